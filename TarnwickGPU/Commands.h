@@ -1,0 +1,137 @@
+// Queues, command buffers and encoders. One thread at a time may use a queue and what it made.
+#pragma once
+
+#include "TarnwickGPU/Pipeline.h"
+#include "TarnwickGPU/Resources.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+namespace tarnwick::gpu {
+
+class Drawable;
+struct CommandBufferParts;
+struct QueueParts;
+
+enum class LoadAction : std::uint8_t { dontCare, load, clear };
+enum class StoreAction : std::uint8_t { dontCare, store, multisampleResolve };
+
+struct ClearColor {
+    double red = 0, green = 0, blue = 0, alpha = 1; // opaque black, as on the home platform
+};
+
+struct ColorAttachment {
+    const Texture* texture = nullptr;
+    const Texture* resolveTexture = nullptr;
+    LoadAction load = LoadAction::dontCare;
+    StoreAction store = StoreAction::store;
+    ClearColor clear;
+};
+
+struct DepthAttachment {
+    const Texture* texture = nullptr;
+    LoadAction load = LoadAction::clear;
+    StoreAction store = StoreAction::dontCare;
+    double clearDepth = 1.0;
+};
+
+struct RenderPassDescriptor {
+    ColorAttachment color; // colour attachment 0
+    DepthAttachment depth; // no texture: no depth
+};
+
+enum class PrimitiveType : std::uint8_t { point, triangle };
+enum class CommandBufferStatus : std::uint8_t { recording, committed, completed, error };
+
+struct Size {
+    std::uint32_t width = 1, height = 1, depth = 1;
+};
+
+// Encoders are handles of their command buffer's state: cheap, and valid until endEncoding().
+// setXxxBytes copies: at most 4096 bytes. Indices are those of the shader's [[buffer(n)]] (0 to 30)
+// and [[texture(n)]] (0 to 30). What a draw needs and nobody bound reads as zero.
+class RenderCommandEncoder {
+  public:
+    explicit RenderCommandEncoder(CommandBufferParts& parts) : parts_(&parts) {}
+    void setRenderPipelineState(const RenderPipelineState& state);
+    void setDepthStencilState(const DepthStencilState& state);
+    void setVertexBytes(const void* bytes, std::size_t length, std::uint32_t index);
+    void setVertexBuffer(const Buffer& buffer, std::size_t offset, std::uint32_t index);
+    void setVertexTexture(const Texture* texture, std::uint32_t index);
+    void setFragmentBytes(const void* bytes, std::size_t length, std::uint32_t index);
+    void setFragmentBuffer(const Buffer& buffer, std::size_t offset, std::uint32_t index);
+    void setFragmentTexture(const Texture* texture, std::uint32_t index);
+    void drawPrimitives(PrimitiveType type, std::uint32_t vertexStart, std::uint32_t vertexCount);
+    void endEncoding();
+
+  private:
+    CommandBufferParts* parts_;
+};
+
+class ComputeCommandEncoder {
+  public:
+    explicit ComputeCommandEncoder(CommandBufferParts& parts) : parts_(&parts) {}
+    void setComputePipelineState(const ComputePipelineState& state);
+    void setBytes(const void* bytes, std::size_t length, std::uint32_t index);
+    void setBuffer(const Buffer& buffer, std::size_t offset, std::uint32_t index);
+    void setTexture(const Texture* texture, std::uint32_t index);
+    // Exactly `threads` threads run, in threadgroups of `perThreadgroup`.
+    void dispatchThreads(Size threads, Size perThreadgroup);
+    void endEncoding();
+
+  private:
+    CommandBufferParts* parts_;
+};
+
+class BlitCommandEncoder {
+  public:
+    explicit BlitCommandEncoder(CommandBufferParts& parts) : parts_(&parts) {}
+    void copy(const Texture& source, const Region& region, const Texture& destination,
+              std::uint32_t destinationX, std::uint32_t destinationY);
+    void endEncoding();
+
+  private:
+    CommandBufferParts* parts_;
+};
+
+// Textures and buffers named while encoding must live until commit(); the GPU's use of them after
+// that is the layer's own care.
+class CommandBuffer {
+  public:
+    explicit CommandBuffer(std::unique_ptr<CommandBufferParts> parts);
+    ~CommandBuffer();
+    CommandBuffer(CommandBuffer&&) noexcept;
+    CommandBuffer& operator=(CommandBuffer&&) noexcept;
+
+    // Nothing when the device is lost or memory is out. One encoder at a time.
+    std::optional<RenderCommandEncoder> renderCommandEncoder(const RenderPassDescriptor&);
+    std::optional<ComputeCommandEncoder> computeCommandEncoder();
+    std::optional<BlitCommandEncoder> blitCommandEncoder();
+
+    // Presents the drawable once the encoded work is done. Before commit().
+    void present(Drawable& drawable);
+    void commit();
+    void waitUntilCompleted(); // blocks
+    CommandBufferStatus status() const;
+
+    // Whether an invocation of this buffer's work ran out of its loop budget. After completion.
+    bool hitLoopBudget() const;
+
+  private:
+    std::unique_ptr<CommandBufferParts> parts_;
+};
+
+class CommandQueue {
+  public:
+    explicit CommandQueue(std::unique_ptr<QueueParts> parts);
+    ~CommandQueue();
+    // Nothing when the device is lost or memory is out.
+    std::optional<CommandBuffer> commandBuffer();
+
+  private:
+    std::unique_ptr<QueueParts> parts_;
+};
+
+} // namespace tarnwick::gpu

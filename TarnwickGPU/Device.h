@@ -1,0 +1,93 @@
+// A GPU: makes every other object of the layer. Shaped as Metal's device, over Vulkan 1.3.
+#pragma once
+
+#include "TarnwickGPU/Format.h"
+#include "TarnwickGPU/Pipeline.h"
+#include "TarnwickMSL/EntryPoint.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnwick::gpu {
+
+class Buffer;
+class CommandQueue;
+class Layer;
+class Texture;
+struct DeviceState; // the Vulkan side, in DeviceState.h
+
+// The compiler rejected a program: what() is the compiler's whole text.
+struct LibraryError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// The device refused a pipeline or was lost: what() is one sentence.
+struct DeviceError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+struct DeviceInfo {
+    std::string name;   // as the driver gives it
+    std::string driver; // name and version
+    bool isCPU = false; // a software rasteriser
+
+    bool operator==(const DeviceInfo&) const = default;
+};
+
+// The machine's usable devices, in the order in which systemDefault prefers them: discrete,
+// integrated, virtual, then the CPU's.
+std::vector<DeviceInfo> allDevices();
+
+class Device {
+  public:
+    // The first of allDevices(), or the one that the environment variable TARNWICK_DEVICE names by
+    // number (from 0, in allDevices()' order) or by a part of its name (any case). Null when there
+    // is none or when TARNWICK_DEVICE fits none. Objects made from a device keep it alive, so
+    // that it may be shared: the last of them to go closes it.
+    static std::shared_ptr<Device> systemDefault();
+
+    ~Device();
+    Device(const Device&) = delete;
+    Device& operator=(const Device&) = delete;
+
+    const DeviceInfo& info() const;
+
+    // Whether the device was lost; every later call then fails in its own way.
+    bool isLost() const;
+
+    // Messages that the validation layer gave so far. The layer is on where the environment
+    // variable TARNWICK_VALIDATION is set to 1.
+    static std::uint64_t validationMessages();
+
+    // Compiles a program's text. Throws LibraryError with the compiler's text.
+    std::unique_ptr<Library> newLibrary(std::string_view source);
+    // A library of modules that exist already. Throws DeviceError.
+    std::unique_ptr<Library> newLibrary(std::vector<msl::EntryPoint> entryPoints);
+
+    // Null where the device cannot make them.
+    std::unique_ptr<CommandQueue> newCommandQueue();
+    std::unique_ptr<Buffer> newBuffer(std::size_t bytes, StorageMode storage = StorageMode::shared);
+    std::unique_ptr<Texture> newTexture(const TextureDescriptor& descriptor);
+    std::unique_ptr<DepthStencilState> newDepthStencilState(const DepthStencilDescriptor&);
+
+    // Throw DeviceError when the device refuses them. The functions may go afterwards.
+    std::unique_ptr<RenderPipelineState> newRenderPipelineState(const RenderPipelineDescriptor&);
+    std::unique_ptr<ComputePipelineState> newComputePipelineState(const Function& kernel);
+
+    // A layer that presents on an X11 window. `display` is an Xlib Display*, borrowed for the
+    // layer's life. Null when the device cannot present there.
+    std::unique_ptr<Layer> newLayer(void* display, unsigned long window);
+
+    DeviceState& state() const { return *state_; }
+
+  private:
+    explicit Device(std::shared_ptr<DeviceState> state);
+    std::shared_ptr<DeviceState> state_;
+};
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,109 @@
+// Libraries, functions and the states that pipelines are made of.
+#pragma once
+
+#include "TarnwickGPU/Format.h"
+#include "TarnwickMSL/EntryPoint.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnwick::gpu {
+
+struct DeviceState;
+struct RenderPipelineParts;  // the Vulkan sides, in the .cpp files
+struct ComputePipelineParts;
+
+// One entry point of a library. Shares its module with the library, so it may outlive it.
+class Function {
+  public:
+    Function(std::shared_ptr<const msl::EntryPoint> entryPoint);
+    const std::string& name() const;
+    msl::Stage stage() const;
+    const msl::EntryPoint& entryPoint() const { return *entryPoint_; }
+
+  private:
+    std::shared_ptr<const msl::EntryPoint> entryPoint_;
+};
+
+class Library {
+  public:
+    Library(std::vector<msl::EntryPoint> entryPoints, std::string warnings);
+
+    // Null when the library has no function of that name.
+    std::unique_ptr<Function> newFunction(std::string_view name) const;
+    std::vector<std::string> functionNames() const;
+    // What the compiler said about a program that it took; often empty.
+    const std::string& warnings() const { return warnings_; }
+
+  private:
+    std::vector<std::shared_ptr<const msl::EntryPoint>> entryPoints_;
+    std::string warnings_;
+};
+
+enum class BlendFactor : std::uint8_t { zero, one, sourceAlpha, oneMinusSourceAlpha };
+enum class BlendOperation : std::uint8_t { add };
+enum class TopologyClass : std::uint8_t { triangle, point };
+
+struct ColorAttachmentDescriptor {
+    PixelFormat format = PixelFormat::invalid;
+    bool blends = false;
+    BlendOperation rgbOperation = BlendOperation::add, alphaOperation = BlendOperation::add;
+    BlendFactor sourceRGB = BlendFactor::one, destinationRGB = BlendFactor::zero;
+    BlendFactor sourceAlpha = BlendFactor::one, destinationAlpha = BlendFactor::zero;
+};
+
+struct RenderPipelineDescriptor {
+    const Function* vertex = nullptr;   // borrowed during the call that makes the pipeline
+    const Function* fragment = nullptr;
+    ColorAttachmentDescriptor color;    // colour attachment 0
+    PixelFormat depthFormat = PixelFormat::invalid; // invalid: no depth attachment
+    std::uint32_t sampleCount = 1;
+    TopologyClass topology = TopologyClass::triangle;
+};
+
+class RenderPipelineState {
+  public:
+    explicit RenderPipelineState(std::unique_ptr<RenderPipelineParts> parts);
+    ~RenderPipelineState();
+    const RenderPipelineParts& parts() const { return *parts_; }
+
+  private:
+    std::unique_ptr<RenderPipelineParts> parts_;
+};
+
+class ComputePipelineState {
+  public:
+    explicit ComputePipelineState(std::unique_ptr<ComputePipelineParts> parts);
+    ~ComputePipelineState();
+    // The most threads that one threadgroup of this pipeline may hold.
+    std::uint32_t maxTotalThreadsPerThreadgroup() const;
+    const ComputePipelineParts& parts() const { return *parts_; }
+
+  private:
+    std::unique_ptr<ComputePipelineParts> parts_;
+};
+
+enum class CompareFunction : std::uint8_t {
+    never, less, equal, lessEqual, greater, notEqual, greaterEqual, always
+};
+
+struct DepthStencilDescriptor {
+    CompareFunction depthCompare = CompareFunction::always;
+    bool depthWrites = false;
+
+    bool operator==(const DepthStencilDescriptor&) const = default;
+};
+
+class DepthStencilState {
+  public:
+    explicit DepthStencilState(const DepthStencilDescriptor& descriptor) : descriptor_(descriptor) {}
+    const DepthStencilDescriptor& descriptor() const { return descriptor_; }
+
+  private:
+    DepthStencilDescriptor descriptor_;
+};
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,49 @@
+// Buffers and textures.
+#pragma once
+
+#include "TarnwickGPU/Format.h"
+
+#include <cstddef>
+#include <memory>
+
+namespace tarnwick::gpu {
+
+struct BufferParts;
+struct TextureParts;
+
+// GPU memory of fixed length. Its memory goes back once the GPU is done with it; no destructor waits.
+class Buffer {
+  public:
+    explicit Buffer(std::unique_ptr<BufferParts> parts);
+    ~Buffer();
+    std::size_t length() const; // bytes
+    // The bytes as the CPU sees them; null for StorageMode::private_. What the GPU wrote is there
+    // once its command buffer has completed.
+    void* contents() const;
+    BufferParts& parts() const { return *parts_; }
+
+  private:
+    std::unique_ptr<BufferParts> parts_;
+};
+
+class Texture {
+  public:
+    explicit Texture(std::unique_ptr<TextureParts> parts);
+    ~Texture();
+    const TextureDescriptor& descriptor() const;
+    std::uint32_t width() const { return descriptor().width; }
+    std::uint32_t height() const { return descriptor().height; }
+
+    // Both are for StorageMode::shared alone, and take place at once on the CPU's side: the caller
+    // sees to it that the GPU is not at work on the texture (as Metal asks).
+    void replace(const Region& region, std::uint32_t mipLevel, const void* bytes,
+                 std::size_t bytesPerRow);
+    void getBytes(void* bytes, std::size_t bytesPerRow, const Region& region,
+                  std::uint32_t mipLevel) const;
+    TextureParts& parts() const { return *parts_; }
+
+  private:
+    std::unique_ptr<TextureParts> parts_;
+};
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,64 @@
+// What the compiler hands out: a SPIR-V module for each entry point, and what it binds.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tarnwick::msl {
+
+enum class Stage : std::uint8_t { vertex, fragment, kernel };
+
+enum class ResourceKind : std::uint8_t {
+    uniformBuffer,  // a `constant` argument
+    storageBuffer,  // a `device` argument
+    sampledTexture, // a texture argument with access::sample or access::read
+    storageTexture, // a texture argument with access::write or access::read_write
+    sampler,        // a sampler argument
+    constantSampler, // a constexpr sampler of the program's own; `samplerState` says which
+    loopReport      // one 32-bit word: set to 1 by an invocation that ran out of its loop budget
+};
+
+enum class TextureShape : std::uint8_t {
+    none, buffer, d1, d1Array, d2, d2Array, d2Multisample, d2MultisampleArray, d3, cube, cubeArray
+};
+
+enum class TextureComponent : std::uint8_t { none, float_, int_, uint_ };
+
+// One resource of an entry point. All resources of a stage lie in descriptor set 0, at `binding`:
+// those of a vertex or kernel function at 0, 1, 2..., those of a fragment function at 32, 33...,
+// so that both stages of a pipeline share one set without touching.
+struct Resource {
+    ResourceKind kind = ResourceKind::uniformBuffer;
+    std::uint32_t index = 0;   // the argument's own index: buffer(n), texture(n), sampler(n)
+    std::uint32_t binding = 0; // Vulkan's binding in descriptor set 0
+    std::uint32_t size = 0;    // bytes of the pointee that the shader may read; 0 where unsized
+    bool isWritten = false;    // the entry point stores through it
+    TextureShape shape = TextureShape::none;
+    TextureComponent component = TextureComponent::none;
+    std::uint64_t samplerState = 0; // Translation/SamplerBits.h's form
+
+    bool operator==(const Resource&) const = default;
+};
+
+// Specialisation constants that every module understands where it uses them.
+inline constexpr std::uint32_t loopBudgetConstant = 0; // uint: iterations before an invocation ends
+inline constexpr std::array<std::uint32_t, 3> threadgroupSizeConstants{1, 2, 3}; // kernels
+
+// Push constants of a kernel: uint3 at byte 0, the exact size of the dispatched grid in threads.
+inline constexpr std::uint32_t kernelPushConstantBytes = 12;
+
+struct EntryPoint {
+    std::string name; // as the source spells it; the module's own entry point is named "main"
+    Stage stage = Stage::fragment;
+    std::vector<std::uint32_t> words; // SPIR-V 1.6 for Vulkan 1.3
+    std::vector<Resource> resources;  // by binding, ascending
+    bool usesLoopBudget = false;      // some loop's bound is not provable
+    bool writesPointSize = false;     // a vertex function with [[point_size]]
+    std::uint32_t colorAttachments = 0; // a fragment function's written colours, bit n for color(n)
+
+    bool operator==(const EntryPoint&) const = default;
+};
+
+} // namespace tarnwick::msl
