@@ -1,0 +1,42 @@
+// Step 1: program text to an LLVM module, by Clang. See docs/compiler.md.
+#pragma once
+
+#include "TarnwickMSL/Translation/Signature.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace llvm {
+class LLVMContext;
+class Module;
+} // namespace llvm
+
+namespace tarnwick::msl {
+
+// The standard library in precompiled form. Made once per process (or read from a file that the
+// build made), then used by any number of parses, one at a time.
+class StandardLibrary {
+  public:
+    // Builds it from the library's own text: 40 to 75 ms. Throws std::runtime_error with Clang's
+    // text if the library itself does not compile.
+    static StandardLibrary build();
+    // Takes bytes that build().precompiled() gave, from this very build of the compiler.
+    static StandardLibrary fromPrecompiled(std::string bytes);
+    const std::string& precompiled() const { return precompiled_; }
+
+  private:
+    std::string precompiled_;
+};
+
+struct Parsed {
+    std::unique_ptr<llvm::Module> module; // null when there were errors
+    std::vector<EntrySignature> entries;  // in source order
+    std::string messages;                 // Clang's text, with "N errors generated." at its end
+    bool failed = false;
+};
+
+Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVMContext& context);
+
+} // namespace tarnwick::msl

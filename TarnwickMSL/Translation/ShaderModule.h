@@ -1,0 +1,71 @@
+// The form between the passes and the writer: one entry point as a structured `main`. See
+// docs/compiler.md for what its LLVM code may and may not hold.
+#pragma once
+
+#include "TarnwickMSL/EntryPoint.h"
+#include "TarnwickMSL/Translation/Signature.h"
+
+#include <llvm/ADT/DenseMap.h>
+#include <llvm/IR/Module.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tarnwick::msl {
+
+enum class InterfaceKind : std::uint8_t {
+    input, output,        // a stage's location or built-in
+    uniformBuffer,        // `constant` argument
+    storageBuffer,        // `device` argument
+    pushConstant,         // the kernel's grid size
+    workgroup,            // threadgroup memory
+    loopReport            // storage buffer of one word
+};
+
+// One external global of the module and what it stands for. Globals that nothing uses any more
+// may be gone from the module; the writer looks them up by name.
+struct InterfaceVariable {
+    InterfaceKind kind = InterfaceKind::input;
+    std::string global;      // the LLVM global's name
+    std::string builtIn;     // input, output: Metal's word ("position", "vertex_id"...); "" = location
+    std::uint32_t location = 0;
+    Scalar scalar = Scalar::float_; // input, output
+    Interpolation interpolation = Interpolation::centerPerspective;
+    std::uint32_t index = 0;     // Metal's buffer index
+    std::uint32_t binding = 0;
+    std::uint64_t elementBytes = 0; // buffers: sizeof one element of the pointee
+    bool isReference = false;       // buffers: exactly one element
+};
+
+// A texture argument; its handle value in the code is its Metal texture index.
+struct TextureVariable {
+    std::uint32_t index = 0;
+    std::uint32_t binding = 0;
+    TextureShape shape = TextureShape::none;
+    TextureComponent component = TextureComponent::none;
+    bool isDepth = false;
+    bool isRead = false, isWritten = false;
+};
+
+// How a block's terminator is structured (SPIR-V 1.6, 2.11).
+struct Merge {
+    llvm::BasicBlock* merge = nullptr;
+    llvm::BasicBlock* continueTarget = nullptr; // a loop's; null for a selection
+};
+using Structure = llvm::DenseMap<llvm::BasicBlock*, Merge>; // by the block that holds the merge
+
+struct ShaderModule {
+    std::unique_ptr<llvm::Module> module;
+    llvm::Function* main = nullptr; // void(), everything inlined into it
+    std::string name;               // the entry point's
+    Stage stage = Stage::fragment;
+    std::vector<InterfaceVariable> interface;
+    std::vector<TextureVariable> textures;
+    Structure structure;
+    bool usesLoopBudget = false;
+    bool earlyFragmentTests = false;
+};
+
+} // namespace tarnwick::msl

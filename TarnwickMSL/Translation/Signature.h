@@ -1,0 +1,70 @@
+// What an entry point takes and gives, as the front end reads it from the program's declarations.
+#pragma once
+
+#include "TarnwickMSL/EntryPoint.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tarnwick::msl {
+
+enum class Scalar : std::uint8_t { bool_, int8, uint8, int16, uint16, int32, uint32, half, float_ };
+enum class Interpolation : std::uint8_t {
+    centerPerspective, centerNoPerspective, centroidPerspective, centroidNoPerspective,
+    samplePerspective, sampleNoPerspective, flat
+};
+
+// One value that crosses a stage's border: a member of a stage_in or result record, or a plain
+// argument or result with a built-in attribute.
+struct StageValue {
+    std::string name;      // the member's name, or the user(...) attribute's; links the stages
+    std::string attribute; // Metal's word: "position", "point_size", "vertex_id", "color", ... or
+                           // "" for a plain interpolated member
+    std::uint32_t index = 0; // of color(n), attribute(n), clip_distance's length, ...
+    Interpolation interpolation = Interpolation::centerPerspective;
+    std::uint64_t offset = 0; // bytes from the start of the record
+    Scalar scalar = Scalar::float_;
+    std::uint32_t width = 1; // components, [1, 4]
+};
+
+enum class ArgumentKind : std::uint8_t { buffer, texture, sampler, threadgroup, stageIn, builtIn };
+enum class AddressSpace : std::uint8_t { constant, device, threadgroup };
+
+// One argument of an entry point, in the order of its LLVM function's own arguments (a hidden
+// result pointer aside).
+struct Argument {
+    ArgumentKind kind = ArgumentKind::buffer;
+    std::string name;        // as the source spells it
+    std::uint32_t index = 0; // n of buffer(n), texture(n), sampler(n), threadgroup(n)
+
+    // buffer, threadgroup: the pointee
+    AddressSpace space = AddressSpace::constant;
+    bool isReference = false;       // exactly one element; a pointer has as many as are bound
+    std::uint64_t elementBytes = 0; // sizeof the pointee
+    std::uint64_t elementAlign = 0;
+    std::string elementType; // the pointee's LLVM type as the module names or prints it ("" if scalar
+                             // types of differing names cannot matter): a hint for typed access
+
+    // texture
+    TextureShape shape = TextureShape::none;
+    TextureComponent component = TextureComponent::none;
+    bool isDepth = false;
+    bool isRead = false, isWritten = false; // by the type's access qualifier
+    std::uint32_t count = 1;                // array<texture, count>
+
+    // stageIn: its members; builtIn: one value
+    std::vector<StageValue> values;
+};
+
+struct EntrySignature {
+    std::string name;   // as the source spells it
+    std::string symbol; // of its function in the LLVM module
+    Stage stage = Stage::fragment;
+    std::vector<Argument> arguments;
+    std::vector<StageValue> results; // members of the result record, or the one plain result
+    bool resultIsRecord = false;
+    bool earlyFragmentTests = false;
+};
+
+} // namespace tarnwick::msl
