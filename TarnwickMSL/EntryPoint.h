@@ -37,7 +37,7 @@ struct Resource {
     bool isWritten = false;    // the entry point stores through it
     TextureShape shape = TextureShape::none;
     TextureComponent component = TextureComponent::none;
-    std::uint64_t samplerState = 0; // Translation/SamplerBits.h's form
+    std::uint64_t samplerState = 0; // SamplerBits.h's form
 
     bool operator==(const Resource&) const = default;
 };
