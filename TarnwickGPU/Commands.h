@@ -42,28 +42,42 @@ struct RenderPassDescriptor {
     DepthAttachment depth; // no texture: no depth
 };
 
-enum class PrimitiveType : std::uint8_t { point, triangle };
+enum class PrimitiveType : std::uint8_t { point, triangle, triangleStrip };
 enum class CommandBufferStatus : std::uint8_t { recording, committed, completed, error };
 
 struct Size {
     std::uint32_t width = 1, height = 1, depth = 1;
 };
 
+// Where clip space lands on the target: pixels from its upper left, depth in [0, 1].
+struct Viewport {
+    double originX = 0, originY = 0, width = 0, height = 0, znear = 0, zfar = 1;
+};
+
+// Pixels from the target's upper left; nothing outside is drawn. Lies within the target.
+struct ScissorRect {
+    std::uint32_t x = 0, y = 0, width = 0, height = 0;
+};
+
 // Encoders are handles of their command buffer's state: cheap, and valid until endEncoding().
 // setXxxBytes copies: at most 4096 bytes. Indices are those of the shader's [[buffer(n)]] (0 to 30)
-// and [[texture(n)]] (0 to 30). What a draw needs and nobody bound reads as zero.
+// and [[texture(n)]] (0 to 30). What a draw needs and nobody bound reads as zero. Clip space has y
+// up and pixel coordinates have y down, as in Metal; clockwise triangles face front.
 class RenderCommandEncoder {
   public:
     explicit RenderCommandEncoder(CommandBufferParts& parts) : parts_(&parts) {}
     void setRenderPipelineState(const RenderPipelineState& state);
     void setDepthStencilState(const DepthStencilState& state);
+    void setViewport(const Viewport& viewport);        // at first the whole target
+    void setScissorRect(const ScissorRect& rectangle); // at first the whole target
     void setVertexBytes(const void* bytes, std::size_t length, std::uint32_t index);
     void setVertexBuffer(const Buffer& buffer, std::size_t offset, std::uint32_t index);
     void setVertexTexture(const Texture* texture, std::uint32_t index);
     void setFragmentBytes(const void* bytes, std::size_t length, std::uint32_t index);
     void setFragmentBuffer(const Buffer& buffer, std::size_t offset, std::uint32_t index);
     void setFragmentTexture(const Texture* texture, std::uint32_t index);
-    void drawPrimitives(PrimitiveType type, std::uint32_t vertexStart, std::uint32_t vertexCount);
+    void drawPrimitives(PrimitiveType type, std::uint32_t vertexStart, std::uint32_t vertexCount,
+                        std::uint32_t instanceCount = 1);
     void endEncoding();
 
   private:
@@ -111,7 +125,7 @@ class CommandBuffer {
     std::optional<BlitCommandEncoder> blitCommandEncoder();
 
     // Presents the drawable once the encoded work is done. Before commit().
-    void present(Drawable& drawable);
+    void present(const Drawable& drawable);
     void commit();
     void waitUntilCompleted(); // blocks
     CommandBufferStatus status() const;
@@ -125,13 +139,15 @@ class CommandBuffer {
 
 class CommandQueue {
   public:
-    explicit CommandQueue(std::unique_ptr<QueueParts> parts);
+    explicit CommandQueue(std::shared_ptr<QueueParts> parts);
     ~CommandQueue();
-    // Nothing when the device is lost or memory is out.
+    CommandQueue(const CommandQueue&) = delete;
+    CommandQueue& operator=(const CommandQueue&) = delete;
+    // Nothing when the device is lost or memory is out. Blocks while 64 of them are in flight.
     std::optional<CommandBuffer> commandBuffer();
 
   private:
-    std::unique_ptr<QueueParts> parts_;
+    std::shared_ptr<QueueParts> parts_; // shared with its command buffers, which may outlive it
 };
 
 } // namespace tarnwick::gpu

@@ -83,10 +83,10 @@ class Device {
     // layer's life. Null when the device cannot present there.
     std::unique_ptr<Layer> newLayer(void* display, unsigned long window);
 
+    explicit Device(std::shared_ptr<DeviceState> state);
     DeviceState& state() const { return *state_; }
 
   private:
-    explicit Device(std::shared_ptr<DeviceState> state);
     std::shared_ptr<DeviceState> state_;
 };
 

@@ -5,35 +5,43 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 namespace tarnwick::gpu {
 
 struct LayerParts;
-struct DrawableParts;
+struct DrawableSlot;
 
 // One frame's picture on its way to the screen. Draw into texture(), then CommandBuffer::present.
-// A drawable that is dropped without being presented goes back unshown.
+// A drawable that is dropped without being presented goes back unshown. It must go before its
+// layer does.
 class Drawable {
   public:
-    explicit Drawable(std::unique_ptr<DrawableParts> parts);
+    Drawable(LayerParts& layer, DrawableSlot& slot) : layer_(&layer), slot_(&slot) {}
     ~Drawable();
+    Drawable(Drawable&&) noexcept;
+    Drawable& operator=(Drawable&&) noexcept;
     const Texture& texture() const; // BGRA8Unorm, sRGB-encoded as it stands
-    DrawableParts& parts() const { return *parts_; }
+    DrawableSlot& slot() const { return *slot_; }
 
   private:
-    std::unique_ptr<DrawableParts> parts_;
+    LayerParts* layer_;
+    DrawableSlot* slot_;
 };
 
 class Layer {
   public:
     explicit Layer(std::unique_ptr<LayerParts> parts);
+    // Waits for the frames in flight, since the window may go right after it.
     ~Layer();
+    Layer(const Layer&) = delete;
+    Layer& operator=(const Layer&) = delete;
 
     // The window has a new size, in pixels; the next drawable has it.
     void resize(std::uint32_t width, std::uint32_t height);
-    // Blocks while three frames are in flight. Null when the window or the device is gone, or its
-    // size is 0 by 0.
-    std::unique_ptr<Drawable> nextDrawable();
+    // Blocks while three frames are in flight. Nothing when the window or the device is gone, or
+    // its size is 0 by 0. One drawable at a time.
+    std::optional<Drawable> nextDrawable();
 
   private:
     std::unique_ptr<LayerParts> parts_;

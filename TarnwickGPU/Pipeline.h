@@ -13,13 +13,13 @@
 namespace tarnwick::gpu {
 
 struct DeviceState;
-struct RenderPipelineParts;  // the Vulkan sides, in the .cpp files
+struct RenderPipelineParts; // the Vulkan sides, in the .cpp files
 struct ComputePipelineParts;
 
 // One entry point of a library. Shares its module with the library, so it may outlive it.
 class Function {
   public:
-    Function(std::shared_ptr<const msl::EntryPoint> entryPoint);
+    explicit Function(std::shared_ptr<const msl::EntryPoint> entryPoint);
     const std::string& name() const;
     msl::Stage stage() const;
     const msl::EntryPoint& entryPoint() const { return *entryPoint_; }
@@ -56,9 +56,9 @@ struct ColorAttachmentDescriptor {
 };
 
 struct RenderPipelineDescriptor {
-    const Function* vertex = nullptr;   // borrowed during the call that makes the pipeline
+    const Function* vertex = nullptr; // borrowed during the call that makes the pipeline
     const Function* fragment = nullptr;
-    ColorAttachmentDescriptor color;    // colour attachment 0
+    ColorAttachmentDescriptor color;                // colour attachment 0
     PixelFormat depthFormat = PixelFormat::invalid; // invalid: no depth attachment
     std::uint32_t sampleCount = 1;
     TopologyClass topology = TopologyClass::triangle;
@@ -87,7 +87,14 @@ class ComputePipelineState {
 };
 
 enum class CompareFunction : std::uint8_t {
-    never, less, equal, lessEqual, greater, notEqual, greaterEqual, always
+    never,
+    less,
+    equal,
+    lessEqual,
+    greater,
+    notEqual,
+    greaterEqual,
+    always
 };
 
 struct DepthStencilDescriptor {
@@ -99,7 +106,8 @@ struct DepthStencilDescriptor {
 
 class DepthStencilState {
   public:
-    explicit DepthStencilState(const DepthStencilDescriptor& descriptor) : descriptor_(descriptor) {}
+    explicit DepthStencilState(const DepthStencilDescriptor& descriptor)
+        : descriptor_(descriptor) {}
     const DepthStencilDescriptor& descriptor() const { return descriptor_; }
 
   private:

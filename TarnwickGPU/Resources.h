@@ -11,7 +11,8 @@ namespace tarnwick::gpu {
 struct BufferParts;
 struct TextureParts;
 
-// GPU memory of fixed length. Its memory goes back once the GPU is done with it; no destructor waits.
+// GPU memory of fixed length. Its memory goes back once the GPU is done with it; no destructor
+// waits.
 class Buffer {
   public:
     explicit Buffer(std::unique_ptr<BufferParts> parts);
