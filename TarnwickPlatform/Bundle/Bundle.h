@@ -1,0 +1,38 @@
+// A folder of resources that belongs to a program or a saver.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <stdexcept>
+#include <string_view>
+
+namespace tarnwick {
+
+// A bundle could not be made: what() is one sentence that names the file.
+struct BundleError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+class Bundle {
+  public:
+    explicit Bundle(std::filesystem::path folder) : folder_(std::move(folder)) {}
+
+    const std::filesystem::path& folder() const { return folder_; }
+
+    // Where SUBDIRECTORY/NAME.EXTENSION lies in the bundle; nothing unless a regular file (or a
+    // link to one) is there.
+    std::optional<std::filesystem::path> pathForResource(std::string_view name,
+                                                         std::string_view extension,
+                                                         std::string_view subdirectory) const;
+
+  private:
+    std::filesystem::path folder_;
+};
+
+// Makes `folder` the bundle of one episode: Shader/shader.metal is a copy of `episode`, and
+// Shader/saver.json a copy of the document beside it (NAME.json beside NAME.metal) or, without one,
+// settings that bear the episode's name and change nothing. What the folder held under these two
+// names is replaced, each in one step. Throws BundleError.
+Bundle makeBundle(const std::filesystem::path& folder, const std::filesystem::path& episode);
+
+} // namespace tarnwick

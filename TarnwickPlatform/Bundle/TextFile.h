@@ -1,0 +1,21 @@
+// Files of text: reading them whole, and knowing UTF-8 when one sees it.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tarnwick {
+
+// Whether `bytes` are well-formed UTF-8 (The Unicode Standard, table 3-7): no overlong forms, no
+// surrogates, nothing past U+10FFFF. False for more than 2 GiB.
+bool isUTF8(std::string_view bytes);
+
+// The bytes of a regular file; nothing when it is missing, cannot be read or is something else.
+std::optional<std::string> fileBytes(const std::filesystem::path& file);
+
+// The same, and nothing when they are not UTF-8.
+std::optional<std::string> fileText(const std::filesystem::path& file);
+
+} // namespace tarnwick

@@ -1,0 +1,61 @@
+#include "TarnwickPlatform/Text/Text.h"
+
+#include <pango/pangocairo.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace tarnwick {
+namespace {
+
+template <auto release> struct Release {
+    template <class Object> void operator()(Object* object) const { release(object); }
+};
+
+using Surface = std::unique_ptr<cairo_surface_t, Release<cairo_surface_destroy>>;
+using Canvas = std::unique_ptr<cairo_t, Release<cairo_destroy>>;
+using Layout = std::unique_ptr<PangoLayout, Release<g_object_unref>>;
+using Font = std::unique_ptr<PangoFontDescription, Release<pango_font_description_free>>;
+
+// More than any band shows; laying out a compiler's megabyte would take minutes.
+constexpr std::size_t mostBytes = 4096;
+
+Layout centeredLayout(cairo_t* canvas, std::string_view text, double points, double width) {
+    const Font font(pango_font_description_from_string("system-ui, sans-serif"));
+    // Absolute: one point is one pixel, whatever the display says about its dots per inch.
+    pango_font_description_set_absolute_size(font.get(), points * PANGO_SCALE);
+    Layout layout(pango_cairo_create_layout(canvas));
+    pango_layout_set_font_description(layout.get(), font.get());
+    pango_layout_set_alignment(layout.get(), PANGO_ALIGN_CENTER);
+    pango_layout_set_width(layout.get(), static_cast<int>(width * PANGO_SCALE));
+    pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
+    text = text.substr(0, mostBytes);
+    const std::unique_ptr<char, Release<g_free>> valid(
+        g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
+    pango_layout_set_text(layout.get(), valid.get(), -1);
+    return layout;
+}
+
+} // namespace
+
+void drawCenteredText(const PixelRows& picture, std::string_view text, double points,
+                      const TextBand& band) {
+    if (band.width <= 0 || band.height <= 0)
+        return;
+    const Surface surface(cairo_image_surface_create_for_data(
+        picture.bytes, CAIRO_FORMAT_RGB24, static_cast<int>(picture.width),
+        static_cast<int>(picture.height), static_cast<int>(picture.bytesPerRow)));
+    const Canvas canvas(cairo_create(surface.get()));
+    cairo_rectangle(canvas.get(), band.x, band.y, band.width, band.height);
+    cairo_clip(canvas.get());
+    cairo_set_source_rgb(canvas.get(), 1, 1, 1);
+
+    const Layout layout = centeredLayout(canvas.get(), text, points, band.width);
+    int height = 0; // pixels
+    pango_layout_get_pixel_size(layout.get(), nullptr, &height);
+    cairo_move_to(canvas.get(), band.x, band.y + std::max(0.0, (band.height - height) / 2));
+    pango_cairo_show_layout(canvas.get(), layout.get());
+    cairo_surface_flush(surface.get());
+}
+
+} // namespace tarnwick
