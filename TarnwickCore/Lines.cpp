@@ -1,0 +1,50 @@
+#include "TarnwickCore/Lines.h"
+
+#include <cstddef>
+
+namespace tarnwick {
+namespace {
+
+// The length in bytes of the line break at `at`; 0 where there is none. CR LF may count as two: no
+// line stands between them, and empty lines are dropped.
+std::size_t breakLength(std::string_view text, std::size_t at) {
+    auto byte = [&](std::size_t offset) {
+        return at + offset < text.size() ? static_cast<unsigned char>(text[at + offset]) : 0u;
+    };
+    switch (byte(0)) {
+    case 0x0a:
+    case 0x0b:
+    case 0x0c:
+    case 0x0d:
+        return 1;
+    case 0xc2:
+        return byte(1) == 0x85 ? 2 : 0;
+    case 0xe2:
+        return byte(1) == 0x80 && (byte(2) == 0xa8 || byte(2) == 0xa9) ? 3 : 0;
+    default:
+        return 0;
+    }
+}
+
+} // namespace
+
+std::vector<std::string_view> linesOf(std::string_view text) {
+    std::vector<std::string_view> lines;
+    std::size_t start = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t length = breakLength(text, at);
+        if (length == 0) {
+            ++at;
+            continue;
+        }
+        if (at > start)
+            lines.push_back(text.substr(start, at - start));
+        at += length;
+        start = at;
+    }
+    if (start < text.size())
+        lines.push_back(text.substr(start));
+    return lines;
+}
+
+} // namespace tarnwick

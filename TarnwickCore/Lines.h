@@ -1,0 +1,13 @@
+// Text taken apart at every line break that Unicode knows.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+namespace tarnwick {
+
+// The lines of `text` that are not empty, without their breaks, as views into `text`. Breaks are
+// U+000A to U+000D, U+0085, U+2028 and U+2029 in UTF-8 (Unicode 15, 5.8). Any bytes are taken.
+std::vector<std::string_view> linesOf(std::string_view text);
+
+} // namespace tarnwick

@@ -1,0 +1,49 @@
+#include "TarnwickCore/Numbers.h"
+
+#include <charconv>
+#include <clocale>
+#include <cstdlib>
+#include <locale.h>
+#include <string>
+
+namespace tarnwick {
+namespace {
+
+// std::from_chars knows neither a leading plus nor the prefix 0x, hence the C function with a
+// locale of its own.
+template <typename Number, typename Convert>
+std::optional<Number> wholeNumber(std::string_view token, Convert convert) {
+    static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", nullptr);
+    constexpr std::string_view blanks = " \t\n\v\f\r";
+    if (token.empty() || blanks.find(token.front()) != std::string_view::npos)
+        return std::nullopt;
+    const std::string terminated(token);
+    char* end = nullptr;
+    const Number number = convert(terminated.c_str(), &end, cLocale);
+    if (end != terminated.c_str() + terminated.size())
+        return std::nullopt;
+    return number;
+}
+
+} // namespace
+
+std::optional<float> floatOf(std::string_view token) {
+    return wholeNumber<float>(token, strtof_l);
+}
+
+std::optional<double> doubleOf(std::string_view token) {
+    return wholeNumber<double>(token, strtod_l);
+}
+
+std::optional<std::int64_t> integerOf(std::string_view digits) {
+    std::int64_t number = 0;
+    const char* end = digits.data() + digits.size();
+    if (digits.empty() || digits.front() == '-')
+        return std::nullopt;
+    const auto [stop, error] = std::from_chars(digits.data(), end, number);
+    if (error != std::errc{} || stop != end)
+        return std::nullopt;
+    return number;
+}
+
+} // namespace tarnwick

@@ -1,0 +1,20 @@
+// Numbers as text, the same in every locale.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace tarnwick {
+
+// The float that the whole of `token` spells in strtof's syntax (C17, 7.22.1.3): decimal or
+// hexadecimal, "inf", "nan". Nothing when anything stands before or after the number.
+std::optional<float> floatOf(std::string_view token);
+// The same for a double.
+std::optional<double> doubleOf(std::string_view token);
+
+// The number that the ASCII digits of `digits` spell. Nothing when it has other characters, is
+// empty, or does not fit.
+std::optional<std::int64_t> integerOf(std::string_view digits);
+
+} // namespace tarnwick

@@ -1,0 +1,37 @@
+// The parameters that an episode declares in comments: `// @param name default min max
+// description`.
+#pragma once
+
+#include <map>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnwick {
+
+// One declared number, shown as a slider. Its place in the list is its place in the `Params` record
+// of the episode and in the buffer of values.
+struct ParamDecl {
+    std::string name;       // an identifier, the member's name in `Params`
+    float defaultValue = 0; // [min, max]
+    float min = 0;
+    float max = 0;      // greater than min
+    std::string detail; // the description; may be empty
+
+    bool operator==(const ParamDecl&) const = default;
+};
+
+// Values of parameters by name.
+using ParamValues = std::map<std::string, float, std::less<>>;
+
+struct ParamParser {
+    // The declarations of `source` in source order; of several with one name the first. Lines that
+    // are no valid declaration (malformed number, max not greater than min) are left out. Any bytes
+    // are taken; never fails.
+    static std::vector<ParamDecl> parse(std::string_view source);
+    // The same for a source that is in lines already.
+    static std::vector<ParamDecl> parse(std::span<const std::string_view> lines);
+};
+
+} // namespace tarnwick

@@ -1,0 +1,66 @@
+#include "TarnwickCore/Pattern.h"
+
+#include "TarnwickBase/Precondition.h"
+
+#include <unicode/regex.h>
+
+namespace tarnwick {
+namespace {
+
+// A view of bytes as ICU's text, closed at the end of its life.
+class OpenedText {
+  public:
+    explicit OpenedText(std::string_view text) {
+        UErrorCode status = U_ZERO_ERROR;
+        utext_openUTF8(&text_, text.data() ? text.data() : "", static_cast<int64_t>(text.size()),
+                       &status);
+        precondition(U_SUCCESS(status), "A view of bytes always opens as text.");
+    }
+    ~OpenedText() { utext_close(&text_); }
+    OpenedText(const OpenedText&) = delete;
+    OpenedText& operator=(const OpenedText&) = delete;
+    UText* get() { return &text_; }
+
+  private:
+    UText text_ = UTEXT_INITIALIZER;
+};
+
+} // namespace
+
+struct Pattern::Compiled {
+    std::unique_ptr<icu::RegexPattern> pattern;
+};
+
+Pattern::Pattern(std::string_view expression) : compiled_(std::make_unique<Compiled>()) {
+    UErrorCode status = U_ZERO_ERROR;
+    UParseError place;
+    OpenedText text(expression);
+    compiled_->pattern.reset(icu::RegexPattern::compile(text.get(), 0, place, status));
+    precondition(U_SUCCESS(status), "The patterns are constants, and each of them compiles.");
+}
+
+Pattern::~Pattern() = default;
+
+std::optional<std::vector<std::string_view>> Pattern::firstMatch(std::string_view text) const {
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::RegexMatcher> matcher(compiled_->pattern->matcher(status));
+    precondition(U_SUCCESS(status), "A matcher fails to be made only without memory.");
+    OpenedText opened(text);
+    matcher->reset(opened.get());
+    // A text that asks for more backtracking than this (counted in steps of the engine, so that
+    // the answer is the same on every machine) counts as one that does not match.
+    matcher->setTimeLimit(1000, status);
+    if (!matcher->find(status) || U_FAILURE(status))
+        return std::nullopt;
+    std::vector<std::string_view> groups;
+    for (int32_t group = 0; group <= matcher->groupCount(); ++group) {
+        const int64_t start = matcher->start64(group, status);
+        const int64_t end = matcher->end64(group, status);
+        groups.push_back(start < 0 ? std::string_view{}
+                                   : text.substr(static_cast<std::size_t>(start),
+                                                 static_cast<std::size_t>(end - start)));
+    }
+    return groups;
+}
+
+} // namespace tarnwick

@@ -1,0 +1,94 @@
+// An episode's text, wrapped in the host code that makes it one whole Metal program.
+#pragma once
+
+#include "TarnwickCore/Params.h"
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnwick {
+
+// The record of each frame that host and episode share; in the program its name is `Uniforms`.
+struct TWUniforms {
+    std::array<float, 2> resolution{}; // pixels
+    float time = 0;                    // seconds since the start of the run
+    float timeDelta = 0;               // seconds since the previous frame
+    std::array<float, 2> mouse{};      // pixels
+    std::uint32_t frame = 0;
+    std::uint32_t pad = 0; // always 0
+
+    bool operator==(const TWUniforms&) const = default;
+};
+static_assert(sizeof(TWUniforms) == 32, "The episode's Uniforms has 32 bytes without gaps.");
+
+struct AssembledShader {
+    std::string source; // the whole program
+    std::vector<ParamDecl> params;
+    bool hasSound = false;      // the episode defines `sound`
+    std::int64_t particles = 0; // 0 for an episode without particles
+    bool hasFade = false;       // a particle episode defines `fade`
+    std::int64_t grid = 0;      // cells per side; 0 for an episode without a grid
+    bool hasBackground = false; // a grid episode defines `background`
+    bool usesInputs = false;    // a fragment episode's `shade` takes an `Inputs`
+
+    bool operator==(const AssembledShader&) const = default;
+
+    bool isParticles() const { return particles > 0; }
+    bool isMesh() const { return grid > 0; }
+};
+
+// Pure; any bytes are taken; nothing fails. May be called from any thread.
+struct ShaderAssembler {
+    static constexpr std::string_view fileName = "shader.metal"; // names the episode's own lines
+    static constexpr std::string_view vertexName = "tw_vertex";
+    static constexpr std::string_view fragmentName = "tw_fragment"; // the final picture, every kind
+    static constexpr std::string_view soundName = "tw_sound";
+    static constexpr std::string_view particleSizeName = "tw_particle_size";
+    static constexpr std::string_view spawnName = "tw_spawn";
+    static constexpr std::string_view updateName = "tw_update";
+    static constexpr std::string_view fadeName = "tw_fade";
+    static constexpr std::string_view dotVertexName = "tw_dot_vertex";
+    static constexpr std::string_view dotFragmentName = "tw_dot_fragment";
+    static constexpr std::string_view meshVertexName = "tw_grid_vertex";
+    static constexpr std::string_view meshFragmentName = "tw_grid_fragment";
+    static constexpr std::string_view backgroundName = "tw_background";
+
+    static constexpr int sampleRate = 48000; // sound samples per second
+    static constexpr int stepRate = 60;      // particle steps per second
+    static constexpr std::int64_t maxParticles = 4000000;
+    static constexpr std::int64_t maxGrid = 1024;       // cells per side
+    static constexpr int spectrumBins = 256;            // width of the spectrum texture
+    static constexpr std::uint32_t audioBuffer = 2;     // buffer index of Inputs' audio levels
+    static constexpr std::uint32_t spectrumTexture = 0; // the four channels' textures follow
+    static constexpr std::uint32_t previousTexture = 5;
+
+    // What a particle or a grid episode must define, for the user to read.
+    static constexpr std::string_view particleSignatures =
+        R"(struct Particle { ... };
+Particle spawn(uint id, constant Params& p)
+void update(thread Particle& q, uint id, constant Uniforms& u, constant Params& p)
+float3 place(Particle q, constant Uniforms& u, constant Params& p)
+float4 ink(Particle q, float2 at, constant Uniforms& u, constant Params& p)
+float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Trails trails)
+and optionally float4 fade(float2 uv, Trails previous, constant Uniforms& u, constant Params& p))";
+    static constexpr std::string_view meshSignatures =
+        R"(struct Vertex { float4 position [[position]]; ... };
+Vertex corner(float2 grid, constant Uniforms& u, constant Params& p)
+float4 shade(Vertex v, constant Uniforms& u, constant Params& p)
+and optionally float4 background(float2 uv, constant Uniforms& u, constant Params& p))";
+
+    static AssembledShader assemble(std::string_view source);
+
+    // The numbers of `// @particles N` and `// @grid N`, capped; 0 without the directive.
+    static std::int64_t particleCount(std::string_view source);
+    static std::int64_t gridSize(std::string_view source);
+    // Whether a line begins a definition `float2 sound(`.
+    static bool definesSound(std::string_view source);
+    // Whether `shade` names Inputs among its parameters, line comments aside.
+    static bool usesInputs(std::string_view source);
+};
+
+} // namespace tarnwick
