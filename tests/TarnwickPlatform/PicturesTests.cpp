@@ -1,0 +1,103 @@
+#include "TarnwickPlatform/Pictures/PNG.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <sstream>
+
+using namespace tarnwick;
+namespace fs = std::filesystem;
+
+namespace {
+
+// A folder of the test's own, empty at first.
+struct Pictures : testing::Test {
+    fs::path folder = fs::path(testing::TempDir()) / "TarnwickPictures";
+    Pictures() {
+        fs::remove_all(folder);
+        fs::create_directories(folder);
+    }
+    ~Pictures() override { fs::remove_all(folder); }
+
+    std::size_t files() const {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), {}));
+    }
+};
+
+// 5 by 3 pixels in rows with a gap, all alpha 0.
+Picture sample() {
+    Picture picture{.width = 5, .height = 3, .bytesPerRow = 24};
+    for (std::size_t index = 0; index < 72; ++index)
+        picture.bytes.push_back(index % 4 == 3 ? 0 : static_cast<std::uint8_t>(index * 3));
+    return picture;
+}
+
+std::string bytesOf(const fs::path& file) {
+    std::ostringstream bytes;
+    bytes << std::ifstream(file, std::ios::binary).rdbuf();
+    return bytes.str();
+}
+
+std::string messageOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const PictureError& error) {
+        return error.what();
+    }
+    return "";
+}
+
+} // namespace
+
+TEST_F(Pictures, comeBackOpaqueFromTheirFile) {
+    const Picture written = sample();
+    writePNG(written, folder / "a.png");
+    const Picture read = readPNG(folder / "a.png");
+    ASSERT_EQ(read.width, 5u);
+    ASSERT_EQ(read.height, 3u);
+    for (std::size_t row = 0; row < 3; ++row)
+        for (std::size_t byte = 0; byte < 20; ++byte)
+            EXPECT_EQ(read.bytes[row * read.bytesPerRow + byte],
+                      byte % 4 == 3 ? 0xff : written.bytes[row * 24 + byte]);
+    EXPECT_EQ(files(), 1u);
+}
+
+TEST_F(Pictures, areMarkedAsOpaqueSRGB) {
+    writePNG(sample(), folder / "a.png");
+    const std::string bytes = bytesOf(folder / "a.png");
+    EXPECT_EQ(bytes[25], 2); // colour type: RGB
+    EXPECT_NE(bytes.find("sRGB"), std::string::npos);
+}
+
+TEST_F(Pictures, replaceAFileOnlyOnceTheyAreWhole) {
+    writePNG(sample(), folder / "a.png");
+    const std::string before = bytesOf(folder / "a.png");
+    EXPECT_THROW(writePNG({}, folder / "a.png"), PictureError);
+    EXPECT_EQ(bytesOf(folder / "a.png"), before);
+    fs::create_symlink("a.png", folder / "link.png");
+    Picture darker = sample();
+    darker.bytes.assign(darker.bytes.size(), 0);
+    writePNG(darker, folder / "link.png");
+    EXPECT_TRUE(fs::is_symlink(folder / "link.png"));
+    EXPECT_EQ(readPNG(folder / "a.png").bytes[0], 0);
+    EXPECT_EQ(files(), 2u);
+}
+
+TEST_F(Pictures, sayWhyTheyCannotBeWrittenOrRead) {
+    const std::string name = folder.string();
+    EXPECT_EQ(messageOf([&] { writePNG(sample(), folder); }),
+              name + " cannot be written: It is a folder.");
+    EXPECT_EQ(messageOf([&] { writePNG(sample(), folder / "none/a.png"); }),
+              name + "/none/a.png cannot be written: No such file or directory.");
+    EXPECT_EQ(messageOf([&] { writePNG(sample(), "/dev/null"); }),
+              "/dev/null cannot be written: It is not a regular file.");
+    EXPECT_EQ(messageOf([&] { readPNG(folder / "a.png"); }),
+              name + "/a.png cannot be read: No such file or directory.");
+    std::ofstream(folder / "text.png") << "no picture";
+    EXPECT_NE(messageOf([&] { readPNG(folder / "text.png"); }), "");
+    writePNG(sample(), folder / "cut.png");
+    fs::resize_file(folder / "cut.png", 60);
+    EXPECT_NE(messageOf([&] { readPNG(folder / "cut.png"); }), "");
+}
