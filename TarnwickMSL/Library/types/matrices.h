@@ -1,0 +1,168 @@
+// Matrices (Metal Shading Language 3.1, 2.3): C columns of R components, column by column. Every
+// step over the columns is written out, so that no loop has to be unrolled later.
+#pragma once
+
+#include "construct.h"
+
+namespace metal {
+
+template <class T, int C, int R> struct matrix {
+    typedef vec<T, R> Column;
+    typedef vec<T, C> Row;
+    Column columns[C];
+
+    matrix() = default;
+    // A diagonal of one value.
+    MSL_INLINE constexpr explicit matrix(T s) : columns{} {
+        columns[0] = axis(0, s);
+        columns[1] = axis(1, s);
+        if constexpr (C > 2)
+            columns[2] = axis(2, s);
+        if constexpr (C > 3)
+            columns[3] = axis(3, s);
+    }
+    template <int K = C, class = enable_if_t<K == 2>>
+    MSL_INLINE constexpr matrix(Column a, Column b) : columns{a, b} {}
+    template <int K = C, class = enable_if_t<K == 3>>
+    MSL_INLINE constexpr matrix(Column a, Column b, Column c) : columns{a, b, c} {}
+    template <int K = C, class = enable_if_t<K == 4>>
+    MSL_INLINE constexpr matrix(Column a, Column b, Column c, Column d) : columns{a, b, c, d} {}
+    // Every component, column by column.
+    template <class... A, class = enable_if_t<sizeof...(A) == C * R && (... && (lanes_of<A> == 1))>>
+    MSL_INLINE constexpr matrix(A... components) : columns{} {
+        const T all[] = {static_cast<T>(components)...};
+        columns[0] = column_of(all);
+        columns[1] = column_of(all + R);
+        if constexpr (C > 2)
+            columns[2] = column_of(all + 2 * R);
+        if constexpr (C > 3)
+            columns[3] = column_of(all + 3 * R);
+    }
+    template <class U> MSL_INLINE constexpr explicit matrix(const matrix<U, C, R>& m) : columns{} {
+        columns[0] = __builtin_convertvector(m.columns[0], Column);
+        columns[1] = __builtin_convertvector(m.columns[1], Column);
+        if constexpr (C > 2)
+            columns[2] = __builtin_convertvector(m.columns[2], Column);
+        if constexpr (C > 3)
+            columns[3] = __builtin_convertvector(m.columns[3], Column);
+    }
+
+    MSL_INLINE constexpr Column& operator[](int i) { return columns[i]; }
+    MSL_INLINE constexpr const Column& operator[](int i) const { return columns[i]; }
+
+    MSL_INLINE matrix operator-() const {
+        return each([](Column a) { return -a; }, *this);
+    }
+    MSL_INLINE matrix& operator+=(const matrix& m) { return *this = *this + m; }
+    MSL_INLINE matrix& operator-=(const matrix& m) { return *this = *this - m; }
+    MSL_INLINE matrix& operator*=(T s) { return *this = *this * s; }
+    MSL_INLINE matrix& operator/=(T s) { return *this = *this / s; }
+    MSL_INLINE matrix& operator*=(const matrix<T, C, C>& m) { return *this = *this * m; }
+
+    friend MSL_INLINE matrix operator+(const matrix& a, const matrix& b) {
+        return each([](Column x, Column y) { return x + y; }, a, b);
+    }
+    friend MSL_INLINE matrix operator-(const matrix& a, const matrix& b) {
+        return each([](Column x, Column y) { return x - y; }, a, b);
+    }
+    template <class S, class = enable_if_t<is_arithmetic_v<S>>>
+    friend MSL_INLINE matrix operator*(const matrix& a, S s) {
+        return each([s](Column x) { return x * T(s); }, a);
+    }
+    template <class S, class = enable_if_t<is_arithmetic_v<S>>>
+    friend MSL_INLINE matrix operator*(S s, const matrix& a) {
+        return each([s](Column x) { return T(s) * x; }, a);
+    }
+    template <class S, class = enable_if_t<is_arithmetic_v<S>>>
+    friend MSL_INLINE matrix operator/(const matrix& a, S s) {
+        return each([s](Column x) { return x / T(s); }, a);
+    }
+    friend MSL_INLINE Column operator*(const matrix& m, Row v) {
+        Column sum = m.columns[0] * v[0] + m.columns[1] * v[1];
+        if constexpr (C > 2)
+            sum += m.columns[2] * v[2];
+        if constexpr (C > 3)
+            sum += m.columns[3] * v[3];
+        return sum;
+    }
+    friend MSL_INLINE Row operator*(Column v, const matrix& m) {
+        if constexpr (C == 2)
+            return Row{inner(v, m.columns[0]), inner(v, m.columns[1])};
+        else if constexpr (C == 3)
+            return Row{inner(v, m.columns[0]), inner(v, m.columns[1]), inner(v, m.columns[2])};
+        else
+            return Row{inner(v, m.columns[0]), inner(v, m.columns[1]), inner(v, m.columns[2]),
+                       inner(v, m.columns[3])};
+    }
+    friend MSL_INLINE bool operator==(const matrix& a, const matrix& b) { return a.equals(b); }
+    friend MSL_INLINE bool operator!=(const matrix& a, const matrix& b) { return !a.equals(b); }
+
+  private:
+    static MSL_INLINE constexpr Column axis(int i, T s) {
+        if constexpr (R == 2)
+            return {i == 0 ? s : T(0), i == 1 ? s : T(0)};
+        else if constexpr (R == 3)
+            return {i == 0 ? s : T(0), i == 1 ? s : T(0), i == 2 ? s : T(0)};
+        else
+            return {i == 0 ? s : T(0), i == 1 ? s : T(0), i == 2 ? s : T(0), i == 3 ? s : T(0)};
+    }
+    static MSL_INLINE constexpr Column column_of(const T* at) {
+        if constexpr (R == 2)
+            return {at[0], at[1]};
+        else if constexpr (R == 3)
+            return {at[0], at[1], at[2]};
+        else
+            return {at[0], at[1], at[2], at[3]};
+    }
+    static MSL_INLINE T inner(Column a, Column b) {
+        const Column p = a * b;
+        if constexpr (R == 2)
+            return p[0] + p[1];
+        else if constexpr (R == 3)
+            return p[0] + p[1] + p[2];
+        else
+            return p[0] + p[1] + p[2] + p[3];
+    }
+    template <class F, class... M> static MSL_INLINE matrix each(F f, const M&... m) {
+        if constexpr (C == 2)
+            return {f(m.columns[0]...), f(m.columns[1]...)};
+        else if constexpr (C == 3)
+            return {f(m.columns[0]...), f(m.columns[1]...), f(m.columns[2]...)};
+        else
+            return {f(m.columns[0]...), f(m.columns[1]...), f(m.columns[2]...),
+                    f(m.columns[3]...)};
+    }
+    MSL_INLINE bool equals(const matrix& m) const {
+        bool same = true;
+        for (int i = 0; i < C; ++i)
+            for (int j = 0; j < R; ++j)
+                same = same & (columns[i][j] == m.columns[i][j]);
+        return same;
+    }
+};
+
+template <class T, int C, int R, int K>
+MSL_INLINE matrix<T, K, R> operator*(const matrix<T, C, R>& a, const matrix<T, K, C>& b) {
+    if constexpr (K == 2)
+        return {a * b.columns[0], a * b.columns[1]};
+    else if constexpr (K == 3)
+        return {a * b.columns[0], a * b.columns[1], a * b.columns[2]};
+    else
+        return {a * b.columns[0], a * b.columns[1], a * b.columns[2], a * b.columns[3]};
+}
+
+} // namespace metal
+
+#define MSL_MATRICES(T)                                                                            \
+    typedef metal::matrix<T, 2, 2> T##2x2;                                                         \
+    typedef metal::matrix<T, 2, 3> T##2x3;                                                         \
+    typedef metal::matrix<T, 2, 4> T##2x4;                                                         \
+    typedef metal::matrix<T, 3, 2> T##3x2;                                                         \
+    typedef metal::matrix<T, 3, 3> T##3x3;                                                         \
+    typedef metal::matrix<T, 3, 4> T##3x4;                                                         \
+    typedef metal::matrix<T, 4, 2> T##4x2;                                                         \
+    typedef metal::matrix<T, 4, 3> T##4x3;                                                         \
+    typedef metal::matrix<T, 4, 4> T##4x4;
+MSL_MATRICES(float)
+MSL_MATRICES(half)
+#undef MSL_MATRICES

@@ -1,0 +1,116 @@
+// Packed vectors (Metal Shading Language 3.1, 2.2.3): aligned as one element, and otherwise used as
+// the vector of the same name.
+#pragma once
+
+#include "construct.h"
+#include "swizzles.h"
+
+namespace metal {
+
+template <class T, int N> struct packed_lanes;
+template <class T> struct packed_lanes<T, 2> {
+    union {
+        T elements[2];
+        struct { T x, y; };
+        struct { T r, g; };
+    };
+};
+template <class T> struct packed_lanes<T, 3> {
+    union {
+        T elements[3];
+        struct { T x, y, z; };
+        struct { T r, g, b; };
+    };
+};
+template <class T> struct packed_lanes<T, 4> {
+    union {
+        T elements[4];
+        struct { T x, y, z, w; };
+        struct { T r, g, b, a; };
+    };
+};
+
+template <class T, int N> struct packed_swizzles;
+template <class T> struct packed_swizzles<T, 2> : packed_lanes<T, 2> {
+    template <int M> using Swizzle = vec<T, M>;
+    using packed_lanes<T, 2>::elements;
+    MSL_INLINE T lane(int i) const { return elements[i]; }
+    MSL_INLINE void set_lane(int i, T value) { elements[i] = value; }
+    MSL_SWIZZLES_2(Swizzle)
+};
+template <class T> struct packed_swizzles<T, 3> : packed_lanes<T, 3> {
+    template <int M> using Swizzle = vec<T, M>;
+    using packed_lanes<T, 3>::elements;
+    MSL_INLINE T lane(int i) const { return elements[i]; }
+    MSL_INLINE void set_lane(int i, T value) { elements[i] = value; }
+    MSL_SWIZZLES_3(Swizzle)
+};
+template <class T> struct packed_swizzles<T, 4> : packed_lanes<T, 4> {
+    template <int M> using Swizzle = vec<T, M>;
+    using packed_lanes<T, 4>::elements;
+    MSL_INLINE T lane(int i) const { return elements[i]; }
+    MSL_INLINE void set_lane(int i, T value) { elements[i] = value; }
+    MSL_SWIZZLES_4(Swizzle)
+};
+
+template <class T, int N> struct packed_vector : packed_swizzles<T, N> {
+    using packed_swizzles<T, N>::elements;
+    typedef vec<T, N> Unpacked;
+
+    packed_vector() = default;
+    MSL_INLINE packed_vector(Unpacked v) { store(v); }
+    template <class A, class B, class... Rest> MSL_INLINE packed_vector(A a, B b, Rest... rest) {
+        store(msl_make<Unpacked>(a, b, rest...));
+    }
+    MSL_INLINE operator Unpacked() const { return unpacked(); }
+    MSL_INLINE Unpacked unpacked() const {
+        if constexpr (N == 2)
+            return {elements[0], elements[1]};
+        else if constexpr (N == 3)
+            return {elements[0], elements[1], elements[2]};
+        else
+            return {elements[0], elements[1], elements[2], elements[3]};
+    }
+    MSL_INLINE void store(Unpacked v) {
+        elements[0] = v[0];
+        elements[1] = v[1];
+        if constexpr (N > 2)
+            elements[2] = v[2];
+        if constexpr (N > 3)
+            elements[3] = v[3];
+    }
+
+    MSL_INLINE T operator[](int i) const { return elements[i]; }
+    MSL_INLINE T& operator[](int i) { return elements[i]; }
+
+#define MSL_PACKED_OPERATOR(op)                                                                    \
+    friend MSL_INLINE Unpacked operator op(packed_vector a, packed_vector b) {                     \
+        return a.unpacked() op b.unpacked();                                                       \
+    }                                                                                              \
+    friend MSL_INLINE Unpacked operator op(packed_vector a, T b) { return a.unpacked() op b; }     \
+    friend MSL_INLINE Unpacked operator op(T a, packed_vector b) { return a op b.unpacked(); }     \
+    friend MSL_INLINE Unpacked operator op(packed_vector a, Unpacked b) {                          \
+        return a.unpacked() op b;                                                                  \
+    }                                                                                              \
+    friend MSL_INLINE Unpacked operator op(Unpacked a, packed_vector b) {                          \
+        return a op b.unpacked();                                                                  \
+    }                                                                                              \
+    MSL_INLINE packed_vector& operator op##=(Unpacked b) {                                         \
+        return store(unpacked() op b), *this;                                                      \
+    }
+    MSL_PACKED_OPERATOR(+)
+    MSL_PACKED_OPERATOR(-)
+    MSL_PACKED_OPERATOR(*)
+    MSL_PACKED_OPERATOR(/)
+#undef MSL_PACKED_OPERATOR
+    MSL_INLINE Unpacked operator-() const { return -unpacked(); }
+};
+
+} // namespace metal
+
+#define MSL_PACKED(T)                                                                              \
+    typedef metal::packed_vector<T, 2> packed_##T##2;                                              \
+    typedef metal::packed_vector<T, 3> packed_##T##3;                                              \
+    typedef metal::packed_vector<T, 4> packed_##T##4;
+MSL_ELEMENTS(MSL_PACKED)
+#undef MSL_PACKED

@@ -1,0 +1,48 @@
+// Vector types (Metal Shading Language 3.1, 2.2): Clang's extended vectors, so that swizzles,
+// their assignment, splats and the arithmetic are the compiler's own. Vectors of bool are a class
+// (bool_vectors.h).
+#pragma once
+
+#include "scalars.h"
+
+#define MSL_VECTORS(T)                                                                             \
+    typedef T T##2 __attribute__((ext_vector_type(2)));                                            \
+    typedef T T##3 __attribute__((ext_vector_type(3)));                                            \
+    typedef T T##4 __attribute__((ext_vector_type(4)));
+#define MSL_ELEMENTS(M) M(char) M(uchar) M(short) M(ushort) M(int) M(uint) M(long) M(ulong) M(half) M(float)
+
+MSL_ELEMENTS(MSL_VECTORS)
+#undef MSL_VECTORS
+
+namespace metal {
+
+// Deducible: `template <class T, int N> T sum(vec<T, N>)`. vec<bool, N> is spelled bool_vector<N>;
+// the front end rewrites it.
+template <class T, int N> using vec = T __attribute__((ext_vector_type(N)));
+
+template <int N> struct bool_vector;
+template <class T, int N> struct packed_vector;
+template <class T, int C, int R> struct matrix;
+
+// What a type is made of: `lanes_of` is 0 for what is neither scalar nor vector.
+template <class T> struct vector_traits {
+    typedef T element;
+    static constexpr int lanes = is_arithmetic_v<T> || is_enum_v<T> ? 1 : 0;
+};
+template <class T> struct vector_traits<const T> : vector_traits<T> {};
+template <class T, int N> struct vector_traits<T __attribute__((ext_vector_type(N)))> {
+    typedef T element;
+    static constexpr int lanes = N;
+};
+template <int N> struct vector_traits<bool_vector<N>> {
+    typedef bool element;
+    static constexpr int lanes = N;
+};
+template <class T, int N> struct vector_traits<packed_vector<T, N>> {
+    typedef T element;
+    static constexpr int lanes = N;
+};
+template <class T> inline constexpr int lanes_of = vector_traits<T>::lanes;
+template <class T> using element_of = typename vector_traits<T>::element;
+
+} // namespace metal
