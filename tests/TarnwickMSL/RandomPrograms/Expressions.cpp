@@ -1,0 +1,292 @@
+#include "tests/TarnwickMSL/RandomPrograms/Generator.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarnwick::trials {
+
+namespace {
+
+constexpr double exactSignedBound = 1 << 24;
+constexpr double exactFloatUnits = 1 << 23; // bound / quantum
+
+std::string parenthesised(const std::string& left, const char* operation, const std::string& right) {
+    return "(" + left + " " + operation + " " + right + ")";
+}
+
+} // namespace
+
+const char* typeName(Kind kind) {
+    switch (kind) {
+    case Kind::unsigned_:
+        return "uint";
+    case Kind::signed_:
+        return "int";
+    case Kind::float_:
+        return "float";
+    }
+    return "";
+}
+
+std::uint32_t Generator::below(std::uint32_t end) {
+    state_ += 0x9E3779B97F4A7C15u;
+    std::uint64_t mixed = state_;
+    mixed = (mixed ^ (mixed >> 30)) * 0xBF58476D1CE4E5B9u;
+    mixed = (mixed ^ (mixed >> 27)) * 0x94D049BB133111EBu;
+    mixed ^= mixed >> 31;
+    return static_cast<std::uint32_t>(mixed % end);
+}
+
+Expression Generator::literal(Kind kind) {
+    switch (kind) {
+    case Kind::unsigned_: {
+        static constexpr std::array<const char*, 8> odd{
+            "0u", "1u", "0xffffffffu", "0x80000000u", "0x7fffffffu", "31u", "2654435761u", "255u"};
+        return {chance(40) ? odd[below(odd.size())] : std::to_string(below(100)) + "u"};
+    }
+    case Kind::signed_: {
+        const int value = static_cast<int>(below(201)) - 100;
+        return {value < 0 ? "(" + std::to_string(value) + ")" : std::to_string(value), 100};
+    }
+    case Kind::float_: {
+        static constexpr std::array<const char*, 8> exact{"0.0f",  "1.0f",  "0.5f",    "2.0f",
+                                                          "-1.5f", "7.25f", "-100.0f", "0.25f"};
+        return {exact[below(exact.size())], 100, 0.25};
+    }
+    }
+    return {};
+}
+
+// An index that stays inside, as the power of two's mask where there is one.
+std::string Generator::index(std::uint32_t length) {
+    const std::string at = leaf(Kind::unsigned_).text;
+    if ((length & (length - 1)) == 0)
+        return "(" + at + " & " + std::to_string(length - 1) + "u)";
+    return "(" + at + " % " + std::to_string(length) + "u)";
+}
+
+Expression Generator::element(const Array& array) {
+    const std::string at =
+        chance(70) ? index(array.length) : std::to_string(below(array.length));
+    return {array.name + "[" + at + "]", 1024, 0.25};
+}
+
+// A variable, an element, a record's or a vector's member, or a literal. Variables of ints and
+// floats hold tamed values.
+Expression Generator::leaf(Kind kind) {
+    std::vector<Expression> found;
+    for (const Variable& variable : scope_.variables)
+        if (variable.kind == kind)
+            found.push_back({variable.name, 1024, 0.25});
+    for (const std::string& record : scope_.records)
+        found.push_back({record + (kind == Kind::unsigned_  ? ".count"
+                                   : kind == Kind::signed_ ? ".level"
+                                                           : ".weight"),
+                         1024, 0.25});
+    if (kind == Kind::unsigned_)
+        for (const std::string& vector : scope_.vectors) {
+            static constexpr std::array<const char*, 4> lanes{".x", ".y", ".z", ".w"};
+            found.push_back({vector + lanes[below(4)]});
+        }
+    if (found.empty() || chance(20))
+        return literal(kind);
+    return any(found);
+}
+
+// The value itself where its bound allows, tamed where not.
+Expression Generator::within(Expression value, Kind kind, double bound) {
+    const bool exact = kind == Kind::float_ ? value.bound <= bound && value.quantum >= 0.25
+                                            : value.bound <= bound;
+    if (kind == Kind::unsigned_ || exact)
+        return value;
+    return {"tame(" + value.text + ")", 1024, 0.25};
+}
+
+std::string Generator::tamed(Kind kind, int depth) {
+    return within(expression(kind, depth), kind, 1024).text;
+}
+
+Expression Generator::expression(Kind kind, int depth) {
+    if (depth <= 0)
+        return leaf(kind);
+    if (chance(8)) {
+        const std::string question = condition(depth - 1);
+        const Expression yes = expression(kind, depth - 1);
+        const Expression no = expression(kind, depth - 1);
+        return {"(" + question + " ? " + yes.text + " : " + no.text + ")",
+                std::max(yes.bound, no.bound), std::min(yes.quantum, no.quantum)};
+    }
+    if (chance(12) && !scope_.arrays.empty()) {
+        const Array& array = any(scope_.arrays);
+        if (array.kind == kind)
+            return element(array);
+    }
+    if (chance(10))
+        for (const Function& function : functions_)
+            if (function.result == kind && function.references.empty() &&
+                function.arrayLength == 0 && affords(function.iterations))
+                return call(function, depth - 1);
+    switch (kind) {
+    case Kind::unsigned_:
+        return unsignedExpression(depth);
+    case Kind::signed_:
+        return signedExpression(depth);
+    case Kind::float_:
+        return floatExpression(depth);
+    }
+    return {};
+}
+
+// A call without side effects.
+Expression Generator::call(const Function& function, int depth) {
+    iterations_ += function.iterations * multiplier_;
+    std::string text = function.name + "(";
+    for (std::size_t i = 0; i < function.values.size(); i++)
+        text += (i > 0 ? ", " : "") + tamed(function.values[i], depth);
+    return {text + ")", 1024, 0.25};
+}
+
+Expression Generator::unsignedExpression(int depth) {
+    const std::string a = expression(Kind::unsigned_, depth - 1).text;
+    static constexpr std::array<const char*, 6> plain{"+", "-", "*", "^", "&", "|"};
+    const std::uint32_t choice = below(18);
+    if (choice < 8)
+        return {parenthesised(a, plain[below(6)], expression(Kind::unsigned_, depth - 1).text)};
+    switch (choice) {
+    case 8:
+        return {parenthesised(a, "<<", "(" + leaf(Kind::unsigned_).text + " & 31u)")};
+    case 9:
+        return {parenthesised(a, ">>", "(" + leaf(Kind::unsigned_).text + " & 31u)")};
+    case 10:
+        return {parenthesised(a, "/", "(" + leaf(Kind::unsigned_).text + " | 1u)")};
+    case 11:
+        return {parenthesised(a, "%", "(" + leaf(Kind::unsigned_).text + " | 1u)")};
+    case 12:
+        return {"~" + a};
+    case 13:
+        return {(chance(50) ? "min(" : "max(") + a + ", " +
+                expression(Kind::unsigned_, depth - 1).text + ")"};
+    case 14:
+        return {"uint(" + expression(Kind::signed_, depth - 1).text + ")"};
+    case 15:
+        return {"popcount(" + a + ")"};
+    case 16:
+        return {"(" + comparison(depth - 1) + " ? 1u : " + a + ")"};
+    default:
+        return {"clamp(" + a + ", 3u, " + std::to_string(4 + below(1000)) + "u)"};
+    }
+}
+
+Expression Generator::signedExpression(int depth) {
+    const Expression a = expression(Kind::signed_, depth - 1);
+    const Expression b = expression(Kind::signed_, depth - 1);
+    switch (below(12)) {
+    case 0:
+    case 1:
+    case 2:
+        return within({parenthesised(a.text, chance(50) ? "+" : "-", b.text), a.bound + b.bound},
+                      Kind::signed_, exactSignedBound);
+    case 3:
+    case 4: {
+        const Expression left = within(a, Kind::signed_, 2048);
+        const Expression right = within(b, Kind::signed_, 2048);
+        return {parenthesised(left.text, "*", right.text), left.bound * right.bound};
+    }
+    case 5:
+        return {parenthesised(a.text, "%", std::to_string(2 + below(60))), 62};
+    case 6:
+        return {"abs(" + a.text + ")", a.bound};
+    case 7:
+        return {(chance(50) ? "min(" : "max(") + a.text + ", " + b.text + ")",
+                std::max(a.bound, b.bound)};
+    case 8:
+        return {"int(" + expression(Kind::unsigned_, depth - 1).text + " & 1023u)", 1023};
+    case 9:
+        return {"int(" + within(expression(Kind::float_, depth - 1), Kind::float_, 4096).text + ")",
+                4096};
+    case 10:
+        return {parenthesised(a.text, ">>", std::to_string(below(7))), a.bound + 1};
+    default:
+        return {parenthesised(a.text, chance(50) ? "&" : "^", b.text), 2 * std::max(a.bound, b.bound)};
+    }
+}
+
+Expression Generator::floatExpression(int depth) {
+    const Expression a = expression(Kind::float_, depth - 1);
+    const Expression b = expression(Kind::float_, depth - 1);
+    const double quantum = std::min(a.quantum, b.quantum);
+    static constexpr std::array<const char*, 5> whole{"floor", "ceil", "trunc", "rint", "round"};
+    switch (below(12)) {
+    case 0:
+    case 1:
+    case 2: {
+        const Expression sum{parenthesised(a.text, chance(50) ? "+" : "-", b.text),
+                             a.bound + b.bound, quantum};
+        return sum.bound / sum.quantum < exactFloatUnits ? sum : within(a, Kind::float_, 1024);
+    }
+    case 3:
+    case 4: {
+        const Expression left = within(a, Kind::float_, 1024);
+        const Expression right = within(b, Kind::float_, 128);
+        const Expression product{parenthesised(left.text, "*", right.text),
+                                 left.bound * right.bound, left.quantum * right.quantum};
+        return product.bound / product.quantum < exactFloatUnits ? product : left;
+    }
+    case 5:
+        return {std::string(whole[below(5)]) + "(" + a.text + ")", a.bound + 1, 1};
+    case 6:
+        return {"abs(" + a.text + ")", a.bound, a.quantum};
+    case 7:
+        return {(chance(50) ? "min(" : "max(") + a.text + ", " + b.text + ")",
+                std::max(a.bound, b.bound), quantum};
+    case 8:
+        return {"float(" + within(expression(Kind::signed_, depth - 1), Kind::signed_, 4096).text +
+                    ")",
+                4096, 1};
+    case 9:
+        return {"float(" + expression(Kind::unsigned_, depth - 1).text + " & 255u)", 255, 1};
+    case 10:
+        return {"fract(" + a.text + ")", 1, a.quantum};
+    default:
+        return {"clamp(" + a.text + ", -8.5f, 64.25f)", 64.25, std::min(a.quantum, 0.25)};
+    }
+}
+
+std::string Generator::comparison(int depth) {
+    static constexpr std::array<const char*, 6> operations{"<", "<=", ">", ">=", "==", "!="};
+    const Kind kind = anyKind();
+    const std::string left = expression(kind, depth).text;
+    const char* operation = operations[below(6)];
+    return "(" + left + " " + operation + " " + expression(kind, depth).text + ")";
+}
+
+std::string Generator::condition(int depth) {
+    // Bits of what changes fast make both branches likely.
+    if (chance(45))
+        return "((" + leaf(Kind::unsigned_).text + " & " + std::to_string(1 + below(7)) +
+               "u) == " + std::to_string(below(2)) + "u)";
+    if (depth <= 0 || chance(50))
+        return comparison(depth);
+    if (chance(25))
+        return "!" + condition(depth - 1);
+    const std::string left = condition(depth - 1);
+    const char* operation = chance(50) ? " && " : " || ";
+    return "(" + left + operation + condition(depth - 1) + ")";
+}
+
+// A condition that changes a variable where it is evaluated so far.
+std::string Generator::effectfulCondition() {
+    const std::string variable = writableVariable(Kind::unsigned_);
+    if (variable.empty())
+        return condition(1);
+    const std::string bump = "(bump(" + variable + ", " + leaf(Kind::unsigned_).text + ") & " +
+                             std::to_string(1 + below(7)) + "u) != 0u";
+    const std::string left = condition(1);
+    const char* operation = chance(50) ? " && " : " || ";
+    std::string text = "(" + left + operation + bump + ")";
+    if (chance(40))
+        text = "(" + text + (chance(50) ? " && " : " || ") + condition(1) + ")";
+    return text;
+}
+
+} // namespace tarnwick::trials

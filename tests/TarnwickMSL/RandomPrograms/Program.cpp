@@ -1,0 +1,170 @@
+#include "tests/TarnwickMSL/RandomPrograms/Generator.h"
+
+namespace tarnwick::trials {
+
+namespace {
+
+// What every program has: taming, mixing, and a record with methods.
+constexpr const char* prelude = R"(int tame(int value) { return value % 1000; }
+float tame(float value) {
+    float quarters = floor(value * 4.0f) * 0.25f;
+    return quarters - floor(quarters * 0.0009765625f) * 1024.0f;
+}
+uint mixed(uint h, uint value) {
+    h = (h ^ value) * 0x9E3779B1u;
+    return h ^ (h >> 15u);
+}
+uint bits(uint value) { return value; }
+uint bits(int value) { return uint(value); }
+uint bits(float value) { return uint(int(value * 16.0f)); }
+uint bump(thread uint& value, uint by) {
+    value += by | 1u;
+    return value;
+}
+struct State {
+    uint count;
+    int level;
+    float weight;
+    uint slots[3];
+    uint turn(uint by) {
+        slots[by % 3u] += by;
+        count = count * 5u + slots[0];
+        return count;
+    }
+    uint digest() const {
+        return mixed(mixed(count, bits(level)), mixed(bits(weight), slots[0] ^ slots[1] ^ slots[2]));
+    }
+};
+State advanced(State state, uint by) {
+    state.level = tame(state.level * 3 + int(by & 15u));
+    state.weight = tame(state.weight * 0.5f + 1.25f);
+    state.slots[by & 1u] = state.count;
+    return state;
+}
+void advance(thread State& state, uint by) {
+    state.count ^= by >> 2u;
+    if ((by & 3u) == 1u) return;
+    state.weight = state.weight > 512.0f ? 0.5f : tame(state.weight + 3.75f);
+    state.slots[2] += state.turn(by);
+}
+)";
+
+} // namespace
+
+std::string randomProgram(std::uint64_t seed) { return Generator(seed).program(); }
+
+std::string Generator::program() {
+    text_ = prelude;
+    tables();
+    const Scope global = scope_;
+    const std::uint32_t helpers = 1 + below(3);
+    for (std::uint32_t i = 0; i < helpers; i++) {
+        helper();
+        scope_ = global;
+    }
+    main();
+    return text_;
+}
+
+void Generator::tables() {
+    const std::uint32_t count = below(3);
+    for (std::uint32_t i = 0; i < count; i++) {
+        const Kind kind = anyKind();
+        const std::uint32_t length = 2 + below(9);
+        const std::string name = fresh("table");
+        std::string values;
+        for (std::uint32_t entry = 0; entry < length; entry++)
+            values += (entry > 0 ? ", " : "") + literal(kind).text;
+        line(std::string("constant ") + typeName(kind) + " " + name + "[" + std::to_string(length) +
+             "] = {" + values + "};");
+        scope_.arrays.push_back({name, kind, length, false});
+    }
+}
+
+std::string Generator::returned() {
+    if (result_ == Kind::unsigned_)
+        return "mixed(h, " + tamed(Kind::unsigned_, 1) + ")";
+    return tamed(result_, 2);
+}
+
+// A function of numbers, references and perhaps an array, with a body like any other.
+void Generator::helper() {
+    Function function;
+    function.name = fresh("helper");
+    function.result = anyKind();
+    std::string parameters;
+    const std::uint32_t values = 1 + below(3), references = below(3);
+    const auto parameter = [&](const std::string& type, const std::string& name) {
+        parameters += (parameters.empty() ? "" : ", ") + type + name;
+    };
+    for (std::uint32_t i = 0; i < values; i++) {
+        function.values.push_back(anyKind());
+        const std::string name = fresh("p");
+        parameter(std::string(typeName(function.values.back())) + " ", name);
+        scope_.variables.push_back({name, function.values.back(), true});
+    }
+    for (std::uint32_t i = 0; i < references; i++) {
+        function.references.push_back(anyKind());
+        const std::string name = fresh("r");
+        parameter(std::string("thread ") + typeName(function.references.back()) + "& ", name);
+        scope_.variables.push_back({name, function.references.back(), true});
+    }
+    if (chance(35)) {
+        function.arrayLength = 3 + below(4);
+        const std::string name = fresh("a");
+        function.takesPointer = chance(50);
+        if (function.takesPointer)
+            parameter("thread uint* ", name);
+        else
+            parameter("thread uint ",
+                      "(&" + name + ")[" + std::to_string(function.arrayLength) + "]");
+        scope_.arrays.push_back({name, Kind::unsigned_, function.arrayLength, true,
+                                 function.takesPointer});
+    }
+    result_ = function.result;
+    budget_ = 60;
+    iterations_ = 0;
+    multiplier_ = 1;
+    open(std::string(typeName(function.result)) + " " + function.name + "(" + parameters + ") {");
+    line("uint h = " + leaf(Kind::unsigned_).text + ";");
+    block(2 + static_cast<int>(below(4)));
+    line("return " + (result_ == Kind::float_   ? "tame(float(h & 4095u) * 0.25f)"
+                      : result_ == Kind::signed_ ? "tame(int(h & 0xffffu) - 30000)"
+                                                 : std::string("h")) +
+         ";");
+    close();
+    function.iterations = iterations_;
+    functions_.push_back(function);
+}
+
+void Generator::main() {
+    result_ = Kind::unsigned_;
+    budget_ = iterationLimit;
+    iterations_ = 0;
+    multiplier_ = 1;
+    open("uint trial(uint input) {");
+    line("uint h = mixed(input, 0x2545F491u);");
+    line("int n = int(input & 15u) - 4;");
+    line("float x = float(input >> 2u) * 0.25f;");
+    scope_.variables.push_back({"input", Kind::unsigned_, false});
+    scope_.variables.push_back({"h", Kind::unsigned_, true});
+    scope_.variables.push_back({"n", Kind::signed_, true});
+    scope_.variables.push_back({"x", Kind::float_, true});
+    const std::uint32_t statements = 5 + below(8);
+    for (std::uint32_t i = 0; i < statements; i++)
+        statement();
+    for (const Variable& variable : scope_.variables)
+        line("h = mixed(h, bits(" + variable.name + "));");
+    for (const std::string& vector : scope_.vectors)
+        line("h = mixed(h, " + vector + ".x ^ " + vector + ".y * 3u ^ " + vector + ".z ^ " +
+             vector + ".w);");
+    for (const Array& array : scope_.arrays)
+        line("for (uint i = 0u; i < " + std::to_string(array.length) +
+             "u; i++) h = mixed(h, bits(" + array.name + "[i]));");
+    for (const std::string& record : scope_.records)
+        line("h = mixed(h, " + record + ".digest());");
+    line("return h;");
+    close();
+}
+
+} // namespace tarnwick::trials
