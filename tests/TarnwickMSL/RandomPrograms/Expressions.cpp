@@ -10,7 +10,8 @@ namespace {
 constexpr double exactSignedBound = 1 << 24;
 constexpr double exactFloatUnits = 1 << 23; // bound / quantum
 
-std::string parenthesised(const std::string& left, const char* operation, const std::string& right) {
+std::string parenthesised(const std::string& left, const char* operation,
+                          const std::string& right) {
     return "(" + left + " " + operation + " " + right + ")";
 }
 
@@ -66,8 +67,7 @@ std::string Generator::index(std::uint32_t length) {
 }
 
 Expression Generator::element(const Array& array) {
-    const std::string at =
-        chance(70) ? index(array.length) : std::to_string(below(array.length));
+    const std::string at = chance(70) ? index(array.length) : std::to_string(below(array.length));
     return {array.name + "[" + at + "]", 1024, 0.25};
 }
 
@@ -79,7 +79,7 @@ Expression Generator::leaf(Kind kind) {
         if (variable.kind == kind)
             found.push_back({variable.name, 1024, 0.25});
     for (const std::string& record : scope_.records)
-        found.push_back({record + (kind == Kind::unsigned_  ? ".count"
+        found.push_back({record + (kind == Kind::unsigned_ ? ".count"
                                    : kind == Kind::signed_ ? ".level"
                                                            : ".weight"),
                          1024, 0.25});
@@ -95,8 +95,8 @@ Expression Generator::leaf(Kind kind) {
 
 // The value itself where its bound allows, tamed where not.
 Expression Generator::within(Expression value, Kind kind, double bound) {
-    const bool exact = kind == Kind::float_ ? value.bound <= bound && value.quantum >= 0.25
-                                            : value.bound <= bound;
+    const bool exact =
+        kind == Kind::float_ ? value.bound <= bound && value.quantum >= 0.25 : value.bound <= bound;
     if (kind == Kind::unsigned_ || exact)
         return value;
     return {"tame(" + value.text + ")", 1024, 0.25};
@@ -207,7 +207,8 @@ Expression Generator::signedExpression(int depth) {
     case 10:
         return {parenthesised(a.text, ">>", std::to_string(below(7))), a.bound + 1};
     default:
-        return {parenthesised(a.text, chance(50) ? "&" : "^", b.text), 2 * std::max(a.bound, b.bound)};
+        return {parenthesised(a.text, chance(50) ? "&" : "^", b.text),
+                2 * std::max(a.bound, b.bound)};
     }
 }
 

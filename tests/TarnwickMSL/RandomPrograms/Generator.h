@@ -2,9 +2,11 @@
 // value in it is exact, so both must agree bit for bit.
 //
 // What keeps a program honest:
-// - unsigned arithmetic wraps; ints stay below 2^24 and floats are multiples of 1/16 below 2^23 / 16,
+// - unsigned arithmetic wraps; ints stay below 2^24 and floats are multiples of 1/16 below 2^23 /
+// 16,
 //   because each expression carries the bound of its value and is tamed before it could pass it;
-// - divisors are odd or constant, shifts are masked, indices are reduced, everything is initialised;
+// - divisors are odd or constant, shifts are masked, indices are reduced, everything is
+// initialised;
 // - an expression has at most one side effect, or a sequence point between them;
 // - the loops of a program run at most `iterationLimit` times in sum, far below the 65,535 after
 //   which the packaged CPU driver ends an invocation.
@@ -54,8 +56,8 @@ class Generator {
     struct Function {
         std::string name;
         Kind result = Kind::unsigned_;
-        std::vector<Kind> values;     // parameters by value
-        std::vector<Kind> references; // then those by reference
+        std::vector<Kind> values;      // parameters by value
+        std::vector<Kind> references;  // then those by reference
         std::uint32_t arrayLength = 0; // then, where not 0, an array of unsigned numbers
         bool takesPointer = false;     // to the array's first element, not the array by reference
         std::uint32_t iterations = 0;
@@ -97,6 +99,7 @@ class Generator {
     void statement();
     void declaration();
     void assignment();
+    void vectorAssignment(const std::string& vector);
     void conditional();
     void loop();
     void countedLoop(std::uint32_t trips);

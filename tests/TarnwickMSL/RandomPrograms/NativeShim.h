@@ -17,14 +17,28 @@ using std::rint;
 using std::round;
 using std::trunc;
 
-inline int abs(int value) { return value < 0 ? -value : value; }
-inline float abs(float value) { return std::fabs(value); }
-inline float fract(float value) { return value - std::floor(value); }
-inline uint popcount(uint value) { return static_cast<uint>(std::popcount(value)); }
+inline int abs(int value) {
+    return value < 0 ? -value : value;
+}
+inline float abs(float value) {
+    return std::fabs(value);
+}
+inline float fract(float value) {
+    return value - std::floor(value);
+}
+inline uint popcount(uint value) {
+    return static_cast<uint>(std::popcount(value));
+}
 
-template <class T> T min(T a, T b) { return b < a ? b : a; }
-template <class T> T max(T a, T b) { return a < b ? b : a; }
-template <class T> T clamp(T value, T low, T high) { return min(max(value, low), high); }
+template <class T> T min(T a, T b) {
+    return b < a ? b : a;
+}
+template <class T> T max(T a, T b) {
+    return a < b ? b : a;
+}
+template <class T> T clamp(T value, T low, T high) {
+    return min(max(value, low), high);
+}
 
 struct uint4 {
     // The swizzles that programs use, as views of the four lanes.
@@ -46,8 +60,12 @@ struct uint4 {
     uint& operator[](uint lane) { return lanes[lane]; }
 };
 
-inline uint4 operator+(uint4 a, uint4 b) { return {a.x + b.x, a.y + b.y, a.z + b.z, a.w + b.w}; }
-inline uint4 operator^(uint4 a, uint4 b) { return {a.x ^ b.x, a.y ^ b.y, a.z ^ b.z, a.w ^ b.w}; }
+inline uint4 operator+(uint4 a, uint4 b) {
+    return {a.x + b.x, a.y + b.y, a.z + b.z, a.w + b.w};
+}
+inline uint4 operator^(uint4 a, uint4 b) {
+    return {a.x ^ b.x, a.y ^ b.y, a.z ^ b.z, a.w ^ b.w};
+}
 inline uint4 max(uint4 a, uint4 b) {
     return {max(a.x, b.x), max(a.y, b.y), max(a.z, b.z), max(a.w, b.w)};
 }

@@ -51,7 +51,9 @@ void advance(thread State& state, uint by) {
 
 } // namespace
 
-std::string randomProgram(std::uint64_t seed) { return Generator(seed).program(); }
+std::string randomProgram(std::uint64_t seed) {
+    return Generator(seed).program();
+}
 
 std::string Generator::program() {
     text_ = prelude;
@@ -118,8 +120,8 @@ void Generator::helper() {
         else
             parameter("thread uint ",
                       "(&" + name + ")[" + std::to_string(function.arrayLength) + "]");
-        scope_.arrays.push_back({name, Kind::unsigned_, function.arrayLength, true,
-                                 function.takesPointer});
+        scope_.arrays.push_back(
+            {name, Kind::unsigned_, function.arrayLength, true, function.takesPointer});
     }
     result_ = function.result;
     budget_ = 60;
@@ -128,9 +130,10 @@ void Generator::helper() {
     open(std::string(typeName(function.result)) + " " + function.name + "(" + parameters + ") {");
     line("uint h = " + leaf(Kind::unsigned_).text + ";");
     block(2 + static_cast<int>(below(4)));
-    line("return " + (result_ == Kind::float_   ? "tame(float(h & 4095u) * 0.25f)"
-                      : result_ == Kind::signed_ ? "tame(int(h & 0xffffu) - 30000)"
-                                                 : std::string("h")) +
+    line("return " +
+         (result_ == Kind::float_    ? "tame(float(h & 4095u) * 0.25f)"
+          : result_ == Kind::signed_ ? "tame(int(h & 0xffffu) - 30000)"
+                                     : std::string("h")) +
          ";");
     close();
     function.iterations = iterations_;

@@ -21,7 +21,9 @@ void Generator::close(const std::string& tail) {
     line(tail);
 }
 
-std::string Generator::fresh(const char* stem) { return stem + std::to_string(names_++); }
+std::string Generator::fresh(const char* stem) {
+    return stem + std::to_string(names_++);
+}
 
 bool Generator::affords(std::uint32_t trips) const {
     return iterations_ + trips * multiplier_ <= budget_;
@@ -86,8 +88,8 @@ void Generator::declaration() {
     const std::uint32_t given = 1 + below(length);
     for (std::uint32_t i = 0; i < given; i++)
         values += (i > 0 ? ", " : "") + tamed(kind, 1);
-    line(std::string(typeName(kind)) + " " + name + "[" + std::to_string(length) + "] = {" + values +
-         "};");
+    line(std::string(typeName(kind)) + " " + name + "[" + std::to_string(length) + "] = {" +
+         values + "};");
     scope_.arrays.push_back({name, kind, length, true});
 }
 
@@ -100,21 +102,8 @@ void Generator::assignment() {
             return;
         }
     }
-    if (chance(12) && !scope_.vectors.empty()) {
-        const std::string vector = any(scope_.vectors);
-        static constexpr std::array<const char*, 3> changes{" = {}.yzwx + {}.xxww;",
-                                                            " = max({}, {}.wzyx) ^ uint4({});",
-                                                            "[{} & 3u] += {};"};
-        const std::uint32_t choice = below(3);
-        std::string change = changes[choice];
-        for (std::size_t at; (at = change.find("{}")) != std::string::npos;)
-            change.replace(at, 2,
-                           choice == 2 || change.find("uint4({})") + 6 == at
-                               ? leaf(Kind::unsigned_).text
-                               : vector);
-        line(vector + change);
-        return;
-    }
+    if (chance(12) && !scope_.vectors.empty())
+        return vectorAssignment(any(scope_.vectors));
     const Kind kind = anyKind();
     const std::string target = writableVariable(kind);
     if (target.empty())
@@ -126,6 +115,18 @@ void Generator::assignment() {
         line(target + (chance(50) ? "++;" : "--;"));
     else
         line(target + " = " + tamed(kind, 3) + ";");
+}
+
+void Generator::vectorAssignment(const std::string& vector) {
+    const std::string value = leaf(Kind::unsigned_).text;
+    switch (below(3)) {
+    case 0:
+        return line(vector + " = " + vector + ".yzwx + " + vector + ".xxww;");
+    case 1:
+        return line(vector + " = max(" + vector + ", " + vector + ".wzyx) ^ uint4(" + value + ");");
+    default:
+        return line(vector + "[" + index(4) + "] += " + value + ";");
+    }
 }
 
 // Folds something of the moment into the result.
@@ -151,8 +152,8 @@ void Generator::effect() {
         arguments += (arguments.empty() ? "" : ", ") + variable;
     }
     if (function.arrayLength > 0) {
-        const auto fits = std::find_if(
-            scope_.arrays.begin(), scope_.arrays.end(), [&](const Array& array) {
+        const auto fits =
+            std::find_if(scope_.arrays.begin(), scope_.arrays.end(), [&](const Array& array) {
                 return array.writable && array.kind == Kind::unsigned_ &&
                        array.length == function.arrayLength &&
                        (function.takesPointer || !array.isPointer);
@@ -280,9 +281,7 @@ void Generator::guardedLoop(std::uint32_t trips) {
     const std::uint32_t form = below(3);
     iterations_ += (trips + 1) * multiplier_;
     multiplier_ *= trips + 1;
-    open(form == 0   ? "while (" + also + " && " + more + ") {"
-         : form == 1 ? "do {"
-                     : "for (;;) {");
+    open(form == 0 ? "while (" + also + " && " + more + ") {" : form == 1 ? "do {" : "for (;;) {");
     const Scope outer = scope_;
     scope_.variables.push_back({guard, Kind::unsigned_, false});
     loops_++;

@@ -1,0 +1,41 @@
+# Random programs: a generator, the same text compiled natively at build time, and the GPU.
+set(random ${CMAKE_CURRENT_SOURCE_DIR}/RandomPrograms)
+set(randomSeeds 1..100)
+
+add_library(RandomPrograms STATIC
+    ${random}/Expressions.cpp ${random}/Metal.cpp ${random}/Native.cpp ${random}/Program.cpp ${random}/Statements.cpp)
+target_link_libraries(RandomPrograms PRIVATE tarnwick_warnings)
+target_include_directories(RandomPrograms PUBLIC ${CMAKE_SOURCE_DIR})
+
+add_executable(random-programs-text ${random}/TextMain.cpp)
+target_link_libraries(random-programs-text PRIVATE RandomPrograms tarnwick_warnings)
+
+set(randomNative ${CMAKE_CURRENT_BINARY_DIR}/RandomProgramsNative.cpp)
+add_custom_command(OUTPUT ${randomNative}
+    COMMAND random-programs-text native ${randomSeeds} > ${randomNative}
+    DEPENDS random-programs-text ${random}/NativeShim.h
+    COMMENT "Writing random programs ${randomSeeds} for the native compiler"
+    VERBATIM)
+
+if(TARGET TarnwickGPU)
+    add_library(RandomProgramsOnGPU STATIC ${random}/Trial.cpp)
+    target_link_libraries(RandomProgramsOnGPU PUBLIC RandomPrograms TarnwickGPU
+                          PRIVATE tarnwick_warnings)
+
+    # The programs' own text is not ours to warn about; -O1 keeps 100 of them cheap to build.
+    add_library(RandomProgramsNative STATIC ${randomNative})
+    target_include_directories(RandomProgramsNative PRIVATE ${CMAKE_SOURCE_DIR})
+    target_compile_options(RandomProgramsNative PRIVATE -w -O1 -ffp-contract=off)
+
+    tarnwick_tests(TarnwickMSL/RandomPrograms
+        SOURCES ${random}/RandomProgramsTests.cpp
+        LINK RandomProgramsOnGPU RandomProgramsNative
+        LABELS gpu)
+
+    # Runs any seeds; built on demand, since it calls the native compiler itself.
+    add_executable(random-programs EXCLUDE_FROM_ALL ${random}/Main.cpp)
+    target_link_libraries(random-programs PRIVATE RandomProgramsOnGPU tarnwick_warnings
+                          ${CMAKE_DL_LIBS})
+    target_compile_definitions(random-programs PRIVATE
+        TARNWICK_SOURCE_DIR="${CMAKE_SOURCE_DIR}" TARNWICK_NATIVE_COMPILER="${CMAKE_CXX_COMPILER}")
+endif()

@@ -1,0 +1,108 @@
+// random-programs --seeds A..B: runs random programs natively and on the GPU, and counts those
+// that agree. The native side is compiled here, in batches.
+#include "tests/TarnwickMSL/RandomPrograms/Native.h"
+#include "tests/TarnwickMSL/RandomPrograms/Trial.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <dlfcn.h>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+
+namespace {
+
+using namespace tarnwick::trials;
+
+constexpr std::uint64_t batchSize = 50;
+
+struct LibraryCloser {
+    void operator()(void* library) const { dlclose(library); }
+};
+using NativeLibrary = std::unique_ptr<void, LibraryCloser>;
+
+// A folder of our own that goes with us.
+class TemporaryFolder {
+  public:
+    TemporaryFolder() {
+        std::string name = (std::filesystem::temp_directory_path() / "random-XXXXXX").string();
+        if (mkdtemp(name.data()) != nullptr)
+            path_ = name;
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        if (!path_.empty())
+            std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    const std::filesystem::path& path() const { return path_; }
+
+  private:
+    std::filesystem::path path_;
+};
+
+NativeLibrary compiled(Seeds seeds, const std::filesystem::path& folder) {
+    const std::string stem = (folder / ("batch" + std::to_string(seeds.first))).string();
+    std::ofstream(stem + ".cpp") << nativeSource(seeds);
+    const std::string command = std::string(TARNWICK_NATIVE_COMPILER) +
+                                " -std=c++20 -w -O1 -ffp-contract=off -shared -fPIC -I " +
+                                TARNWICK_SOURCE_DIR + " " + stem + ".cpp -o " + stem + ".so";
+    if (std::system(command.c_str()) != 0)
+        return nullptr;
+    return NativeLibrary(dlopen((stem + ".so").c_str(), RTLD_NOW | RTLD_LOCAL));
+}
+
+// How many of the seeds agree; nothing when the native side cannot be made.
+std::optional<std::uint64_t> agreeing(Trial& trial, Seeds seeds,
+                                      const std::filesystem::path& folder) {
+    const NativeLibrary library = compiled(seeds, folder);
+    void* symbol = library ? dlsym(library.get(), "nativeTrial") : nullptr;
+    if (symbol == nullptr)
+        return std::nullopt;
+    const auto native = reinterpret_cast<decltype(&nativeTrial)>(symbol);
+    std::uint64_t count = 0;
+    for (std::uint64_t seed = seeds.first; seed <= seeds.last; seed++) {
+        const std::string difference = trial.difference(seed, native);
+        if (difference.empty())
+            count++;
+        else
+            std::printf("seed %llu: %s\n", static_cast<unsigned long long>(seed),
+                        difference.c_str());
+        std::fflush(stdout);
+    }
+    return count;
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    const auto range =
+        count == 3 && std::string(arguments[1]) == "--seeds" ? seeds(arguments[2]) : std::nullopt;
+    if (!range) {
+        std::fputs("Use: random-programs --seeds FIRST..LAST\n", stderr);
+        return 2;
+    }
+    const auto trial = Trial::make();
+    const TemporaryFolder folder;
+    if (!trial || folder.path().empty()) {
+        std::fputs("No Vulkan device or no temporary folder is here.\n", stderr);
+        return 1;
+    }
+    std::uint64_t agreed = 0;
+    for (std::uint64_t first = range->first; first <= range->last; first += batchSize) {
+        const Seeds batch{first, std::min(first + batchSize - 1, range->last)};
+        const auto inBatch = agreeing(*trial, batch, folder.path());
+        if (!inBatch) {
+            std::fputs("The native compiler did not take a batch.\n", stderr);
+            return 1;
+        }
+        agreed += *inBatch;
+    }
+    const std::uint64_t all = range->last - range->first + 1;
+    std::printf("%llu of %llu programs agree on %s\n", static_cast<unsigned long long>(agreed),
+                static_cast<unsigned long long>(all), trial->device().name.c_str());
+    return agreed == all ? 0 : 1;
+}
