@@ -1,0 +1,39 @@
+#include "TarnwickRender/MeshPipelines.h"
+
+#include "TarnwickRender/HostFunctions.h"
+#include "TarnwickRender/ShaderError.h"
+#include "TarnwickRender/ShaderProgram.h"
+
+namespace tarnwick {
+namespace {
+
+std::unique_ptr<gpu::RenderPipelineState> meshPipeline(gpu::Device& device,
+                                                       const gpu::Library& library,
+                                                       std::string_view vertexName,
+                                                       std::string_view fragmentName) {
+    HostStages stages(library, vertexName, fragmentName, ShaderProgram::pixelFormat);
+    stages.descriptor.depthFormat = ShaderProgram::depthFormat;
+    stages.descriptor.sampleCount = ShaderProgram::meshSamples;
+    return device.newRenderPipelineState(stages.descriptor);
+}
+
+} // namespace
+
+MeshPipelines makeMeshPipelines(gpu::Device& device, const gpu::Library& library,
+                                std::int64_t cells, MeshBackground background) {
+    MeshPipelines pipelines{.cells = cells};
+    pipelines.depth = device.newDepthStencilState(
+        {.depthCompare = gpu::CompareFunction::less, .depthWrites = true});
+    pipelines.behind = device.newDepthStencilState(
+        {.depthCompare = gpu::CompareFunction::always, .depthWrites = false});
+    if (!pipelines.depth || !pipelines.behind)
+        throw ShaderError("Could not make the depth test.");
+    pipelines.grid = meshPipeline(device, library, ShaderAssembler::meshVertexName,
+                                  ShaderAssembler::meshFragmentName);
+    if (background == MeshBackground::byEpisode)
+        pipelines.background = meshPipeline(device, library, ShaderAssembler::vertexName,
+                                            ShaderAssembler::backgroundName);
+    return pipelines;
+}
+
+} // namespace tarnwick

@@ -1,0 +1,32 @@
+// The values of an episode's parameters as its `Params` record holds them.
+#pragma once
+
+#include "TarnwickCore/Params.h"
+
+#include <array>
+#include <cstddef>
+#include <span>
+#include <vector>
+
+namespace tarnwick {
+
+// One float a declaration, in order: the value of its name, else its default; values are not
+// brought into the declared range. A single 0 where nothing is declared. Up to 1,024 parameters
+// need no memory of the heap.
+class ParamBuffer {
+  public:
+    ParamBuffer(std::span<const ParamDecl> params, const ParamValues& values);
+    ParamBuffer(const ParamBuffer&) = delete;
+    ParamBuffer& operator=(const ParamBuffer&) = delete;
+
+    const float* data() const { return floats_.data(); }
+    std::size_t length() const { return floats_.size_bytes(); } // bytes, at least 4
+    std::span<const float> floats() const { return floats_; }
+
+  private:
+    std::array<float, 1024> few_;
+    std::vector<float> many_;
+    std::span<float> floats_;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,24 @@
+// What a particle episode needs besides its final picture.
+#pragma once
+
+#include "TarnwickGPU/Device.h"
+#include "TarnwickGPU/Pipeline.h"
+
+#include <cstdint>
+#include <memory>
+
+namespace tarnwick {
+
+struct ParticlePipelines {
+    std::int64_t count = 0;  // particles
+    std::int64_t stride = 0; // bytes of one `struct Particle` as the GPU lays it out
+    std::unique_ptr<gpu::ComputePipelineState> spawn, update;
+    std::unique_ptr<gpu::RenderPipelineState> fade; // into the trails, without blending
+    std::unique_ptr<gpu::RenderPipelineState> dots; // points added to the trails
+};
+
+// Blocks while the GPU measures the record. Throws ShaderError or gpu::DeviceError.
+ParticlePipelines makeParticlePipelines(gpu::Device& device, const gpu::Library& library,
+                                        std::int64_t count);
+
+} // namespace tarnwick

@@ -1,0 +1,27 @@
+// Why an episode did not become a program.
+#pragma once
+
+#include "TarnwickCore/Diagnostics.h"
+#include "TarnwickCore/ShaderAssembler.h"
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnwick {
+
+struct ShaderError : std::runtime_error {
+    // what() is `raw` unchanged.
+    explicit ShaderError(const std::string& raw, std::vector<Diagnostic> diagnostics = {})
+        : std::runtime_error(raw), diagnostics(std::move(diagnostics)), raw(raw) {}
+
+    std::vector<Diagnostic> diagnostics; // empty unless the compiler speaks
+    std::string raw;                     // the compiler's whole text, or a sentence
+};
+
+// The error of a program that the compiler rejected with `compilerText`. Where a particle or a grid
+// episode seems to lack one of its functions, a note lists them all.
+ShaderError compilerError(const AssembledShader& shader, std::string_view compilerText);
+
+} // namespace tarnwick

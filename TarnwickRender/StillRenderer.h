@@ -1,0 +1,32 @@
+// One frame of an episode as a picture.
+#pragma once
+
+#include "TarnwickPlatform/Pictures/PNG.h"
+#include "TarnwickPlatform/Pictures/Picture.h"
+#include "TarnwickRender/ShaderProgram.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+namespace tarnwick {
+
+// Has no state and a queue of its own, so it may work beside live playback.
+struct StillRenderer {
+    // The picture at `time` seconds with the frame number `frame`, the pointer in the middle,
+    // silence and no previous frame; `program` draws into ShaderProgram::pixelFormat. Nothing on
+    // any failure: a size below 1 by 1 or beyond the device, no memory, a lost device, a kind of
+    // episode that ShaderRun does not draw. Blocks.
+    static std::optional<Picture> render(const std::shared_ptr<const ShaderProgram>& program,
+                                         gpu::Device& device, std::int64_t width,
+                                         std::int64_t height, float time, std::uint32_t frame,
+                                         const ParamValues& values);
+
+    // Throws PictureError; then no file was changed. Blocks.
+    static void writePNG(const Picture& picture, const std::filesystem::path& file) {
+        tarnwick::writePNG(picture, file);
+    }
+};
+
+} // namespace tarnwick
