@@ -1,0 +1,66 @@
+#include "TarnwickMSL/Translation/Passes/BuiltInCalls.h"
+
+#include <llvm/ADT/StringSwitch.h>
+#include <llvm/IR/InstrTypes.h>
+#include <llvm/IR/Module.h>
+
+namespace tarnwick::msl {
+
+using namespace llvm;
+
+static constexpr StringLiteral prefix = "msl.";
+
+static StringRef nameOf(StringRef symbol) {
+    return symbol.consume_front(prefix) ? symbol.take_until([](char c) { return c == '.'; })
+                                        : StringRef();
+}
+
+StringRef builtInName(const CallBase& call) {
+    const Function* callee = call.getCalledFunction();
+    return callee && callee->isDeclaration() ? nameOf(callee->getName()) : StringRef();
+}
+
+bool takesTexture(StringRef name) {
+    return StringSwitch<bool>(name)
+        .Cases("sample", "sample_bias", "sample_level", "sample_grad", "gather", true)
+        .Cases("sample_compare", "sample_compare_level", "gather_compare", "read", "write", true)
+        .Cases("width", "height", "depth", "levels", "samples", "layers", true)
+        .Default(false);
+}
+
+// Its value depends on the neighbouring invocations, or it waits for them.
+static bool isConvergent(StringRef name) {
+    return StringSwitch<bool>(name)
+        .Cases("dfdx", "dfdy", "fwidth", "sample", "sample_bias", "sample_compare", true)
+        .Cases("barrier", "discard", true)
+        .Default(name.starts_with("simd_") || name.starts_with("quad_"));
+}
+
+static MemoryEffects effects(StringRef name, bool writesTextures) {
+    if (name == "discard" || name == "barrier" || name == "write" || name.starts_with("atomic"))
+        return MemoryEffects::unknown();
+    if (takesTexture(name) && writesTextures)
+        return MemoryEffects::readOnly();
+    return MemoryEffects::none();
+}
+
+void describeBuiltIns(Module& module) {
+    bool writesTextures = any_of(
+        module, [](const Function& function) { return nameOf(function.getName()) == "write"; });
+    for (Function& function : module) {
+        StringRef name = nameOf(function.getName());
+        if (name.empty() || !function.isDeclaration())
+            continue;
+        function.setAttributes(AttributeList());
+        function.setMemoryEffects(effects(name, writesTextures));
+        function.setDoesNotThrow();
+        function.setWillReturn();
+        if (isConvergent(name))
+            function.setConvergent();
+        for (User* user : function.users())
+            if (auto* call = dyn_cast<CallBase>(user))
+                call->setAttributes(AttributeList());
+    }
+}
+
+} // namespace tarnwick::msl

@@ -1,0 +1,69 @@
+#include "TarnwickMSL/Translation/Passes/Cut.h"
+
+#include <llvm/IR/Constants.h>
+#include <llvm/IR/Module.h>
+#include <llvm/Transforms/Utils/Cloning.h>
+#include <llvm/Transforms/Utils/ValueMapper.h>
+
+namespace tarnwick::msl {
+
+using namespace llvm;
+
+// Copies a global when the first use of it is met.
+class Reached final : public ValueMaterializer {
+  public:
+    virtual ~Reached() = default;
+    Reached(Module& module, ValueToValueMapTy& map) : module_(module), map_(map) {}
+
+    Value* materialize(Value* value) override {
+        if (auto* function = dyn_cast<Function>(value))
+            return declaration(*function);
+        if (auto* variable = dyn_cast<GlobalVariable>(value))
+            return copy(*variable);
+        return nullptr;
+    }
+
+  private:
+    Value* declaration(const Function& from) {
+        auto* made = Function::Create(from.getFunctionType(), GlobalValue::ExternalLinkage,
+                                      from.getName(), module_);
+        made->setAttributes(from.getAttributes());
+        made->setCallingConv(from.getCallingConv());
+        return made;
+    }
+
+    Value* copy(const GlobalVariable& from) {
+        auto* made = new GlobalVariable(module_, from.getValueType(), from.isConstant(),
+                                        GlobalValue::InternalLinkage, nullptr, from.getName(),
+                                        nullptr, GlobalValue::NotThreadLocal, 0u);
+        made->setAlignment(from.getAlign());
+        map_[&from] = made;
+        made->setInitializer(from.hasInitializer()
+                                 ? MapValue(from.getInitializer(), map_, RF_None, nullptr, this)
+                                 : UndefValue::get(from.getValueType()));
+        return made;
+    }
+
+    Module& module_;
+    ValueToValueMapTy& map_;
+};
+
+std::unique_ptr<Module> cut(const Function& function) {
+    const Module& from = *function.getParent();
+    auto module = std::make_unique<Module>(function.getName(), from.getContext());
+    module->setDataLayout(from.getDataLayout());
+    module->setTargetTriple(from.getTargetTriple());
+    auto* copy = Function::Create(function.getFunctionType(), GlobalValue::InternalLinkage,
+                                  function.getName(), *module);
+    ValueToValueMapTy map;
+    map[&function] = copy;
+    for (auto [old, made] : zip(function.args(), copy->args()))
+        map[&old] = &made;
+    Reached reached(*module, map);
+    SmallVector<ReturnInst*, 4> returns;
+    CloneFunctionInto(copy, &function, map, CloneFunctionChangeType::DifferentModule, returns, "",
+                      nullptr, nullptr, &reached);
+    return module;
+}
+
+} // namespace tarnwick::msl

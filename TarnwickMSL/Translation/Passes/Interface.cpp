@@ -1,0 +1,238 @@
+#include "TarnwickMSL/Translation/Passes/Interface.h"
+
+#include "TarnwickMSL/Translation/TranslationError.h"
+
+#include <array>
+#include <string_view>
+
+namespace tarnwick::msl {
+
+using namespace llvm;
+
+// Metal Shading Language 3.1, 5.2.3: the words, and the types that Vulkan 1.3, 15.9 gives what
+// they stand for.
+struct BuiltIn {
+    std::string_view word;
+    Scalar scalar;
+    unsigned width;
+};
+
+// clang-format off
+static constexpr std::array builtIns{
+    BuiltIn{"vertex_id",                         Scalar::uint32, 1},
+    BuiltIn{"instance_id",                       Scalar::uint32, 1},
+    BuiltIn{"base_vertex",                       Scalar::uint32, 1},
+    BuiltIn{"base_instance",                     Scalar::uint32, 1},
+    BuiltIn{"position",                          Scalar::float_, 4},
+    BuiltIn{"point_size",                        Scalar::float_, 1},
+    BuiltIn{"point_coord",                       Scalar::float_, 2},
+    BuiltIn{"clip_distance",                     Scalar::float_, 1},
+    BuiltIn{"front_facing",                      Scalar::bool_,  1},
+    BuiltIn{"primitive_id",                      Scalar::uint32, 1},
+    BuiltIn{"sample_id",                         Scalar::uint32, 1},
+    BuiltIn{"sample_mask",                       Scalar::uint32, 1},
+    BuiltIn{"render_target_array_index",         Scalar::uint32, 1},
+    BuiltIn{"viewport_array_index",              Scalar::uint32, 1},
+    BuiltIn{"depth",                             Scalar::float_, 1},
+    BuiltIn{"stencil",                           Scalar::uint32, 1},
+    BuiltIn{"thread_position_in_grid",           Scalar::uint32, 3},
+    BuiltIn{"thread_position_in_threadgroup",    Scalar::uint32, 3},
+    BuiltIn{"thread_index_in_threadgroup",       Scalar::uint32, 1},
+    BuiltIn{"threadgroup_position_in_grid",      Scalar::uint32, 3},
+    BuiltIn{"threadgroups_per_grid",             Scalar::uint32, 3},
+    BuiltIn{"threads_per_grid",                  Scalar::uint32, 3},
+    BuiltIn{"threads_per_threadgroup",           Scalar::uint32, 3},
+    BuiltIn{"dispatch_threads_per_threadgroup",  Scalar::uint32, 3},
+    BuiltIn{"thread_index_in_simdgroup",         Scalar::uint32, 1},
+    BuiltIn{"simdgroup_index_in_threadgroup",    Scalar::uint32, 1},
+    BuiltIn{"threads_per_simdgroup",             Scalar::uint32, 1},
+    BuiltIn{"simdgroups_per_threadgroup",        Scalar::uint32, 1},
+};
+// clang-format on
+
+static const BuiltIn& builtInFor(std::string_view word) {
+    for (const BuiltIn& builtIn : builtIns)
+        if (builtIn.word == word)
+            return builtIn;
+    throw TranslationError("The attribute '" + std::string(word) + "' is not supported here.");
+}
+
+static bool isFloating(Scalar scalar) {
+    return scalar == Scalar::float_ || scalar == Scalar::half;
+}
+
+static bool isSigned(Scalar scalar) {
+    return scalar == Scalar::int8 || scalar == Scalar::int16 || scalar == Scalar::int32;
+}
+
+static Type* scalarType(LLVMContext& context, Scalar scalar) {
+    switch (scalar) {
+    case Scalar::bool_:
+    case Scalar::int8:
+    case Scalar::uint8:
+        return Type::getInt8Ty(context);
+    case Scalar::int16:
+    case Scalar::uint16:
+        return Type::getInt16Ty(context);
+    case Scalar::int32:
+    case Scalar::uint32:
+        return Type::getInt32Ty(context);
+    case Scalar::half:
+        return Type::getHalfTy(context);
+    case Scalar::float_:
+        return Type::getFloatTy(context);
+    }
+    return nullptr;
+}
+
+static Type* lanes(Type* scalar, unsigned width) {
+    return width == 1 ? scalar : FixedVectorType::get(scalar, width);
+}
+
+Type* memoryType(LLVMContext& context, const StageValue& value) {
+    Type* type = lanes(scalarType(context, value.scalar), value.width);
+    if (value.attribute == "clip_distance" && value.index > 1)
+        return ArrayType::get(type, value.index);
+    return type;
+}
+
+// 32 bits a component: 16-bit inputs and outputs are optional in Vulkan.
+static Type* crossingType(LLVMContext& context, Scalar scalar, unsigned width) {
+    return lanes(isFloating(scalar) ? Type::getFloatTy(context) : Type::getInt32Ty(context), width);
+}
+
+static Scalar crossingScalar(Scalar scalar) {
+    if (isFloating(scalar))
+        return Scalar::float_;
+    return isSigned(scalar) ? Scalar::int32 : Scalar::uint32;
+}
+
+static Type* sameLanes(Type* like, Type* scalar) {
+    auto* vector = dyn_cast<FixedVectorType>(like);
+    return lanes(scalar, vector ? vector->getNumElements() : 1);
+}
+
+static Value* fromCrossing(IRBuilder<>& builder, Value* value, Scalar scalar) {
+    Type* type = sameLanes(value->getType(), scalarType(builder.getContext(), scalar));
+    if (isFloating(scalar))
+        return builder.CreateFPCast(value, type);
+    if (scalar == Scalar::bool_)
+        return builder.CreateZExt(builder.CreateIsNotNull(value), type);
+    return builder.CreateTrunc(value, type);
+}
+
+static Value* toCrossing(IRBuilder<>& builder, Value* value, Scalar scalar) {
+    auto* array = dyn_cast<ArrayType>(value->getType());
+    if (array)
+        return value;
+    unsigned width = isa<FixedVectorType>(value->getType())
+                         ? cast<FixedVectorType>(value->getType())->getNumElements()
+                         : 1;
+    Type* type = crossingType(builder.getContext(), scalar, width);
+    return isFloating(scalar) ? builder.CreateFPCast(value, type)
+                              : builder.CreateIntCast(value, type, isSigned(scalar));
+}
+
+static Value* firstLanes(IRBuilder<>& builder, Value* value, unsigned width) {
+    auto* vector = dyn_cast<FixedVectorType>(value->getType());
+    if (!vector || vector->getNumElements() == width)
+        return value;
+    if (width == 1)
+        return builder.CreateExtractElement(value, std::uint64_t{0});
+    SmallVector<int, 4> mask;
+    for (unsigned lane = 0; lane < width; ++lane)
+        mask.push_back(static_cast<int>(lane));
+    return builder.CreateShuffleVector(value, mask);
+}
+
+Varyings::Varyings(const std::vector<EntrySignature>& entries) {
+    auto add = [this](const StageValue& value) {
+        if (value.attribute.empty())
+            locations_.try_emplace(value.name, locations_.size());
+    };
+    for (const EntrySignature& entry : entries) {
+        if (entry.stage == Stage::vertex && entry.resultIsRecord)
+            for (const StageValue& value : entry.results)
+                add(value);
+        if (entry.stage == Stage::fragment)
+            for (const Argument& argument : entry.arguments)
+                for (const StageValue& value : argument.values)
+                    add(value);
+    }
+}
+
+std::uint32_t Varyings::location(StringRef name) const {
+    auto found = locations_.find(name);
+    return found == locations_.end() ? 0 : found->second;
+}
+
+GlobalVariable* Interface::global(const InterfaceVariable& variable, Type* type) {
+    if (GlobalVariable* known = shader_.module->getNamedGlobal(variable.global))
+        return known;
+    shader_.interface.push_back(variable);
+    bool isConstant = variable.kind == InterfaceKind::input ||
+                      variable.kind == InterfaceKind::uniformBuffer ||
+                      variable.kind == InterfaceKind::pushConstant;
+    return new GlobalVariable(*shader_.module, type, isConstant, GlobalValue::ExternalLinkage,
+                              nullptr, variable.global, nullptr, GlobalValue::NotThreadLocal, 0u);
+}
+
+Value* Interface::readBuiltIn(IRBuilder<>& builder, StringRef word) {
+    const BuiltIn& builtIn = builtInFor({word.data(), word.size()});
+    Type* type = crossingType(builder.getContext(), builtIn.scalar, builtIn.width);
+    InterfaceVariable variable{.kind = InterfaceKind::input,
+                               .global = "msl.in." + word.str(),
+                               .builtIn = word.str(),
+                               .scalar = crossingScalar(builtIn.scalar)};
+    if (word == "threads_per_grid") {
+        variable.kind = InterfaceKind::pushConstant;
+        variable.global = "msl.grid";
+        variable.builtIn.clear();
+    }
+    return builder.CreateLoad(type, global(variable, type));
+}
+
+// Whether the value passes a location that the stages share (or a vertex buffer's), not a built-in.
+static bool hasLocation(Stage stage, const StageValue& value) {
+    return value.attribute.empty() || (stage == Stage::vertex && value.attribute == "attribute");
+}
+
+Value* Interface::read(IRBuilder<>& builder, const StageValue& value) {
+    if (!hasLocation(shader_.stage, value))
+        return fromCrossing(builder,
+                            firstLanes(builder, readBuiltIn(builder, value.attribute), value.width),
+                            value.scalar);
+    bool isAttribute = shader_.stage == Stage::vertex;
+    InterfaceVariable variable{
+        .kind = InterfaceKind::input,
+        .global = "msl.in." + (isAttribute ? std::to_string(value.index) : value.name),
+        .builtIn = {},
+        .location = isAttribute ? value.index : varyings_.location(value.name),
+        .scalar = crossingScalar(value.scalar),
+        .interpolation = isFloating(value.scalar) ? value.interpolation : Interpolation::flat};
+    Type* type = crossingType(builder.getContext(), value.scalar, value.width);
+    return fromCrossing(builder, builder.CreateLoad(type, global(variable, type)), value.scalar);
+}
+
+void Interface::write(IRBuilder<>& builder, const StageValue& value, Value* stored) {
+    InterfaceVariable variable{.kind = InterfaceKind::output,
+                               .global = "msl.out." + value.name,
+                               .builtIn = {},
+                               .location = varyings_.location(value.name),
+                               .scalar = crossingScalar(value.scalar)};
+    bool isColor =
+        shader_.stage == Stage::fragment && (value.attribute.empty() || value.attribute == "color");
+    if (isColor) {
+        variable.location = value.index;
+        variable.global = "msl.out.color." + std::to_string(value.index);
+    } else if (!value.attribute.empty()) {
+        variable.builtIn = builtInFor(value.attribute).word;
+        variable.global = "msl.out." + value.attribute;
+    } else if (!isFloating(value.scalar)) {
+        variable.interpolation = Interpolation::flat;
+    }
+    Value* crossing = toCrossing(builder, stored, value.scalar);
+    builder.CreateStore(crossing, global(variable, crossing->getType()));
+}
+
+} // namespace tarnwick::msl

@@ -1,0 +1,185 @@
+// The packaged CPU driver ends an invocation without a word after 65,535 rounds, summed over all
+// its loops; a GPU hangs instead. So the rounds of a shader that may come near must be counted, in
+// such a way that loops with known ends cost nothing: their most rounds are added up here, and the
+// counting loops around them add the sum at once.
+#include "TarnwickMSL/Translation/Passes/LoopBudget.h"
+
+#include "TarnwickMSL/Translation/Passes/Optimiser.h"
+
+#include <llvm/Analysis/LoopInfo.h>
+#include <llvm/Analysis/ScalarEvolution.h>
+#include <llvm/IR/Dominators.h>
+#include <llvm/IR/IRBuilder.h>
+#include <llvm/Transforms/Utils/BasicBlockUtils.h>
+#include <llvm/Transforms/Utils/PromoteMemToReg.h>
+
+namespace tarnwick::msl {
+
+using namespace llvm;
+
+constexpr std::uint64_t mostInAll = 60'000;    // rounds, where every loop's end is known
+constexpr std::uint64_t mostUncounted = 4'096; // rounds beside a counter; with the default budget
+                                               // of 60,000 that stays below the driver's limit
+constexpr std::uint64_t mostInside = 64;       // rounds of a known loop inside a counting one
+constexpr std::uint64_t unknown = 1ull << 40;
+
+static constexpr StringLiteral counterName = "rounds";
+
+class Counting {
+  public:
+    Counting(ShaderModule& shader, LoopInfo& loops, ScalarEvolution& evolution)
+        : shader_(shader), loops_(loops), evolution_(evolution) {}
+
+    bool isNeeded();
+    void run(DominatorTree& tree);
+
+  private:
+    std::uint64_t rounds(Loop* loop);
+    std::uint64_t inside(Loop* loop);
+    void choose(Loop* loop, std::uint64_t most);
+    void count(Loop* loop, DominatorTree& tree);
+    Value* advance(IRBuilder<>& builder, std::uint64_t by);
+    void makeGlobals();
+
+    ShaderModule& shader_;
+    LoopInfo& loops_;
+    ScalarEvolution& evolution_;
+    DenseMap<Loop*, std::uint64_t> rounds_;
+    SmallVector<Loop*, 8> counted_;
+    DenseMap<Loop*, std::uint64_t> weights_; // of one round of a counting loop
+    AllocaInst* counter_ = nullptr;
+    Value* budget_ = nullptr;
+    BasicBlock* spent_ = nullptr;
+};
+
+std::uint64_t Counting::inside(Loop* loop) {
+    std::uint64_t sum = 0;
+    for (Loop* inner : loop->getSubLoops())
+        sum += rounds(inner);
+    return std::min(sum, unknown);
+}
+
+// The most that all executions of the loop's body come to, once it is entered. The shape that the
+// driver needs runs a loop's header once more than its body.
+std::uint64_t Counting::rounds(Loop* loop) {
+    auto [entry, isNew] = rounds_.try_emplace(loop, unknown);
+    if (!isNew)
+        return entry->second;
+    std::uint64_t own = evolution_.getSmallConstantMaxTripCount(loop);
+    std::uint64_t all = own == 0 ? unknown : std::min(unknown, (own + 1) * (1 + inside(loop)));
+    return rounds_[loop] = all;
+}
+
+bool Counting::isNeeded() {
+    std::uint64_t sum = 0;
+    for (Loop* loop : loops_)
+        sum += rounds(loop);
+    return sum > mostInAll;
+}
+
+void Counting::choose(Loop* loop, std::uint64_t most) {
+    if (rounds(loop) <= most)
+        return;
+    counted_.push_back(loop);
+    std::uint64_t weight = 1;
+    for (Loop* inner : loop->getSubLoops()) {
+        choose(inner, mostInside);
+        weight += rounds(inner) <= mostInside ? rounds(inner) : 1;
+    }
+    weights_[loop] = weight;
+}
+
+void Counting::makeGlobals() {
+    LLVMContext& context = shader_.module->getContext();
+    auto* word = Type::getInt32Ty(context);
+    FunctionCallee budget = shader_.module->getOrInsertFunction("msl.loop_budget", word);
+    auto* report =
+        new GlobalVariable(*shader_.module, word, false, GlobalValue::ExternalLinkage, nullptr,
+                           "msl.loop_report", nullptr, GlobalValue::NotThreadLocal, 0u);
+    shader_.interface.push_back({.kind = InterfaceKind::loopReport,
+                                 .global = report->getName().str(),
+                                 .builtIn = {},
+                                 .scalar = Scalar::uint32,
+                                 .elementBytes = 4,
+                                 .isReference = true});
+    BasicBlock& entry = shader_.main->getEntryBlock();
+    IRBuilder<> builder(&entry, entry.getFirstNonPHIOrDbgOrAlloca());
+    counter_ = builder.CreateAlloca(word, nullptr, counterName);
+    builder.CreateStore(builder.getInt32(0), counter_);
+    budget_ = builder.CreateCall(budget, {}, "budget");
+    spent_ = BasicBlock::Create(context, "spent", shader_.main);
+    BasicBlock* end = nullptr;
+    for (BasicBlock& block : *shader_.main)
+        if (isa_and_nonnull<ReturnInst>(block.getTerminator()))
+            end = &block;
+    builder.SetInsertPoint(spent_);
+    builder.CreateStore(builder.getInt32(1), report);
+    builder.CreateBr(end);
+}
+
+Value* Counting::advance(IRBuilder<>& builder, std::uint64_t by) {
+    Value* before = builder.CreateLoad(builder.getInt32Ty(), counter_);
+    Value* after = builder.CreateAdd(before, builder.getInt32(static_cast<std::uint32_t>(by)));
+    builder.CreateStore(after, counter_);
+    return builder.CreateICmpUGT(after, budget_);
+}
+
+// A latch that tests for the loop's end tests for the budget's as well, so that the loop keeps one
+// exit, and what follows it looks at the counter again. Another latch gets an exit of its own.
+void Counting::count(Loop* loop, DominatorTree& tree) {
+    BasicBlock* latch = loop->getLoopLatch();
+    BasicBlock* header = loop->getHeader();
+    auto* branch = cast<BranchInst>(latch->getTerminator());
+    IRBuilder<> builder(branch);
+    Value* isOver = advance(builder, weights_[loop]);
+    if (branch->isUnconditional()) {
+        builder.CreateCondBr(isOver, spent_, header);
+        branch->eraseFromParent();
+        return;
+    }
+    unsigned out = branch->getSuccessor(0) == header ? 1 : 0;
+    Value* condition = branch->getCondition();
+    branch->setCondition(out == 0 ? builder.CreateOr(condition, isOver)
+                                  : builder.CreateAnd(condition, builder.CreateNot(isOver)));
+    BasicBlock* after = SplitEdge(latch, branch->getSuccessor(out), &tree, &loops_);
+    Instruction* onward = after->getTerminator();
+    builder.SetInsertPoint(onward);
+    Value* now = builder.CreateLoad(builder.getInt32Ty(), counter_);
+    builder.CreateCondBr(builder.CreateICmpUGT(now, budget_), spent_, onward->getSuccessor(0));
+    onward->eraseFromParent();
+}
+
+void Counting::run(DominatorTree& tree) {
+    for (Loop* loop : loops_)
+        choose(loop, mostUncounted / std::max<std::size_t>(1, loops_.getTopLevelLoops().size()));
+    if (counted_.empty())
+        return;
+    makeGlobals();
+    for (Loop* loop : counted_)
+        count(loop, tree);
+    shader_.usesLoopBudget = true;
+}
+
+void budgetLoops(ShaderModule& shader, Optimiser& optimiser) {
+    Function& main = *shader.main;
+    auto& loops = optimiser.analyses().getResult<LoopAnalysis>(main);
+    if (loops.empty())
+        return;
+    Counting counting(shader, loops, optimiser.analyses().getResult<ScalarEvolutionAnalysis>(main));
+    if (!counting.isNeeded())
+        return;
+    counting.run(optimiser.analyses().getResult<DominatorTreeAnalysis>(main));
+    optimiser.forget(main);
+}
+
+void promoteCounter(Function& main) {
+    for (Instruction& instruction : main.getEntryBlock())
+        if (auto* counter = dyn_cast<AllocaInst>(&instruction);
+            counter && counter->getName() == counterName) {
+            DominatorTree tree(main);
+            PromoteMemToReg(counter, tree);
+            return;
+        }
+}
+
+} // namespace tarnwick::msl

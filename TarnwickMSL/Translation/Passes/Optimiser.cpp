@@ -1,0 +1,138 @@
+#include "TarnwickMSL/Translation/Passes/Optimiser.h"
+
+#include <llvm/Analysis/LoopInfo.h>
+#include <llvm/Analysis/ScalarEvolution.h>
+#include <llvm/Analysis/TargetLibraryInfo.h>
+#include <llvm/IR/Module.h>
+#include <llvm/Passes/PassBuilder.h>
+#include <llvm/TargetParser/Triple.h>
+#include <llvm/Transforms/InstCombine/InstCombine.h>
+#include <llvm/Transforms/Scalar/ADCE.h>
+#include <llvm/Transforms/Scalar/DeadStoreElimination.h>
+#include <llvm/Transforms/Scalar/EarlyCSE.h>
+#include <llvm/Transforms/Scalar/IndVarSimplify.h>
+#include <llvm/Transforms/Scalar/LICM.h>
+#include <llvm/Transforms/Scalar/LoopPassManager.h>
+#include <llvm/Transforms/Scalar/LoopRotation.h>
+#include <llvm/Transforms/Scalar/LoopUnrollPass.h>
+#include <llvm/Transforms/Scalar/SROA.h>
+#include <llvm/Transforms/Scalar/SimplifyCFG.h>
+
+namespace tarnwick::msl {
+
+using namespace llvm;
+
+// At this level LoopFullUnroll's threshold is 300; at 2 it is 150, which leaves octaves of noise
+// in loops.
+constexpr int unrollLevel = 3;
+constexpr unsigned longestUnrolled = 128;  // rounds
+constexpr unsigned largestUnrolled = 2400; // instructions, rounds times body, before they fold
+
+struct Optimiser::Managers {
+    LoopAnalysisManager loops;
+    FunctionAnalysisManager functions;
+    CGSCCAnalysisManager components;
+    ModuleAnalysisManager modules;
+    FunctionPassManager light, full, unroll, finish;
+};
+
+// No lookup tables (they would be arrays in memory), no sinking (it merges calls that differ in
+// their texture only, and texture handles must stay constants).
+static SimplifyCFGPass simplifyBranches() {
+    return SimplifyCFGPass(SimplifyCFGOptions()
+                               .convertSwitchToLookupTable(false)
+                               .sinkCommonInsts(false)
+                               .hoistCommonInsts(false)
+                               .convertSwitchRangeToICmp(true));
+}
+
+static void addLightly(FunctionPassManager& passes) {
+    passes.addPass(SROAPass(SROAOptions::ModifyCFG));
+    passes.addPass(EarlyCSEPass());
+    passes.addPass(simplifyBranches());
+}
+
+static void addFully(FunctionPassManager& passes) {
+    addLightly(passes);
+    passes.addPass(InstCombinePass(InstCombineOptions().setMaxIterations(1)));
+}
+
+static void addUnrolling(FunctionPassManager& passes) {
+    LoopPassManager loops;
+    loops.addPass(LoopRotatePass(true));
+    loops.addPass(IndVarSimplifyPass());
+    loops.addPass(LoopFullUnrollPass(unrollLevel));
+    passes.addPass(createFunctionToLoopPassAdaptor(std::move(loops)));
+    addFully(passes);
+}
+
+static void addFinish(FunctionPassManager& passes) {
+    LoopPassManager loops;
+    loops.addPass(LICMPass(LICMOptions()));
+    passes.addPass(createFunctionToLoopPassAdaptor(std::move(loops), true));
+    passes.addPass(EarlyCSEPass(true));
+    passes.addPass(DSEPass());
+    passes.addPass(ADCEPass());
+    passes.addPass(simplifyBranches());
+}
+
+Optimiser::Optimiser(Module& module) : managers_(std::make_unique<Managers>()) {
+    Managers& all = *managers_;
+    TargetLibraryInfoImpl library{Triple(module.getTargetTriple())};
+    library.disableAllFunctions();
+    all.functions.registerPass([library] { return TargetLibraryAnalysis(library); });
+    PassBuilder builder;
+    builder.registerModuleAnalyses(all.modules);
+    builder.registerCGSCCAnalyses(all.components);
+    builder.registerFunctionAnalyses(all.functions);
+    builder.registerLoopAnalyses(all.loops);
+    builder.crossRegisterProxies(all.loops, all.functions, all.components, all.modules);
+    addLightly(all.light);
+    addFully(all.full);
+    addUnrolling(all.unroll);
+    addFinish(all.finish);
+}
+
+Optimiser::~Optimiser() = default;
+
+void Optimiser::cleanLightly(Function& function) {
+    managers_->light.run(function, managers_->functions);
+}
+
+void Optimiser::clean(Function& function) {
+    managers_->full.run(function, managers_->functions);
+}
+
+void Optimiser::unrollLoops(Function& function) {
+    managers_->unroll.run(function, managers_->functions);
+}
+
+void Optimiser::finish(Function& function) {
+    managers_->finish.run(function, managers_->functions);
+}
+
+bool Optimiser::hasShortLoops(Function& function) {
+    auto& loops = managers_->functions.getResult<LoopAnalysis>(function);
+    if (loops.empty())
+        return false;
+    auto& evolution = managers_->functions.getResult<ScalarEvolutionAnalysis>(function);
+    return any_of(loops.getLoopsInPreorder(), [&](Loop* loop) {
+        unsigned rounds = evolution.getSmallConstantMaxTripCount(loop);
+        if (rounds == 0 || rounds > longestUnrolled)
+            return false;
+        std::size_t size = 0;
+        for (BasicBlock* block : loop->blocks())
+            size += block->size();
+        return size * rounds <= largestUnrolled;
+    });
+}
+
+void Optimiser::forget(Function& function) {
+    managers_->functions.invalidate(function, PreservedAnalyses::none());
+}
+
+FunctionAnalysisManager& Optimiser::analyses() {
+    return managers_->functions;
+}
+
+} // namespace tarnwick::msl

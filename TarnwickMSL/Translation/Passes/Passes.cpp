@@ -1,0 +1,90 @@
+// The steps between the front end and the writer, in their order.
+#include "TarnwickMSL/Translation/Passes.h"
+
+#include "TarnwickMSL/Translation/Passes/Bindings.h"
+#include "TarnwickMSL/Translation/Passes/BuiltInCalls.h"
+#include "TarnwickMSL/Translation/Passes/Comparisons.h"
+#include "TarnwickMSL/Translation/Passes/Cut.h"
+#include "TarnwickMSL/Translation/Passes/Dump.h"
+#include "TarnwickMSL/Translation/Passes/Inlining.h"
+#include "TarnwickMSL/Translation/Passes/LoopBudget.h"
+#include "TarnwickMSL/Translation/Passes/Optimiser.h"
+#include "TarnwickMSL/Translation/Passes/Structure.h"
+#include "TarnwickMSL/Translation/Passes/Wrapper.h"
+#include "TarnwickMSL/Translation/TranslationError.h"
+
+#include <llvm/IR/Module.h>
+
+namespace tarnwick::msl {
+
+using namespace llvm;
+
+// Native widths keep the combining of instructions from inventing others.
+static constexpr StringLiteral nativeWidths = "-n8:16:32:64";
+
+// A loop that does nothing and never ends is the user's to find, not the optimiser's to delete.
+static void describe(Function& function) {
+    function.removeFnAttr(Attribute::MustProgress);
+    function.removeFnAttr(Attribute::NoInline);
+    function.removeFnAttr(Attribute::OptimizeNone);
+    for (llvm::Argument& argument : function.args())
+        argument.removeAttr(Attribute::NoAlias);
+    for (BasicBlock& block : function)
+        block.getTerminator()->setMetadata(LLVMContext::MD_loop, nullptr);
+    fixComparisonLanes(function);
+}
+
+void prepare(Module& module, const std::vector<EntrySignature>& entries) {
+    dump(module, "program", "0-front");
+    if (module.getDataLayoutStr().find("-n8") == std::string::npos)
+        module.setDataLayout(module.getDataLayoutStr() + nativeWidths.str());
+    describeBuiltIns(module);
+    for (Function& function : module)
+        if (!function.isDeclaration())
+            describe(function);
+    std::vector<Function*> roots;
+    for (const EntrySignature& entry : entries)
+        if (Function* function = module.getFunction(entry.symbol))
+            roots.push_back(function);
+    Optimiser optimiser(module);
+    inlineEverything(module, roots, optimiser);
+    dump(module, "program", "1-prepared");
+}
+
+static void optimise(ShaderModule& shader, Optimiser& optimiser) {
+    Function& main = *shader.main;
+    optimiser.clean(main);
+    if (optimiser.hasShortLoops(main))
+        optimiser.unrollLoops(main);
+    optimiser.finish(main);
+    dump(shader, "2-optimised");
+}
+
+static void structureCode(ShaderModule& shader, Optimiser& optimiser) {
+    normaliseFlow(*shader.main, optimiser);
+    budgetLoops(shader, optimiser);
+    shader.structure = structureFlow(*shader.main, optimiser);
+    dump(shader, "3-structured");
+}
+
+ShaderModule lower(const Module& module, const EntrySignature& entry,
+                   const std::vector<EntrySignature>& allEntries) {
+    const Function* function = module.getFunction(entry.symbol);
+    if (!function || function->isDeclaration())
+        throw TranslationError("The function '" + entry.name + "' has no body.");
+    ShaderModule shader;
+    shader.module = cut(*function);
+    shader.name = entry.name;
+    shader.stage = entry.stage;
+    shader.earlyFragmentTests = entry.earlyFragmentTests;
+    Function& body = *shader.module->getFunction(function->getName());
+    inlineCall(*wrap(shader, body, entry, Varyings(allEntries)));
+    body.eraseFromParent();
+    Optimiser optimiser(*shader.module);
+    optimise(shader, optimiser);
+    structureCode(shader, optimiser);
+    assignBindings(shader);
+    return shader;
+}
+
+} // namespace tarnwick::msl

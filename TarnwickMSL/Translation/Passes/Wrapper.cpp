@@ -1,0 +1,231 @@
+#include "TarnwickMSL/Translation/Passes/Wrapper.h"
+
+#include "TarnwickMSL/SamplerBits.h"
+#include "TarnwickMSL/Translation/TranslationError.h"
+
+#include <llvm/AsmParser/Parser.h>
+#include <llvm/Support/SourceMgr.h>
+
+namespace tarnwick::msl {
+
+using namespace llvm;
+
+// The pointee's own type where the front end names it; else words of its size.
+static Type* pointeeType(const Module& module, const Argument& argument) {
+    LLVMContext& context = module.getContext();
+    StringRef name = argument.elementType;
+    Type* type =
+        StructType::getTypeByName(context, name.starts_with("%") ? name.drop_front() : name);
+    if (!type && !name.empty() && !name.starts_with("%")) {
+        SMDiagnostic ignored;
+        type = parseType(name, ignored, module);
+    }
+    const DataLayout& layout = module.getDataLayout();
+    if (type && type->isSized() && layout.getTypeAllocSize(type) == argument.elementBytes)
+        return type;
+    if (argument.elementBytes % 4 == 0)
+        return ArrayType::get(Type::getInt32Ty(context), argument.elementBytes / 4);
+    return ArrayType::get(Type::getInt8Ty(context), argument.elementBytes);
+}
+
+// Builds the call's arguments, in the order of the signature.
+class Wrapping {
+  public:
+    Wrapping(ShaderModule& shader, Function& function, const EntrySignature& entry,
+             Interface& interface)
+        : shader_(shader), function_(function), entry_(entry), interface_(interface),
+          builder_(shader.module->getContext()) {}
+
+    CallBase* build();
+
+  private:
+    void returnOutsideGrid();
+    Value* argument(const Argument& given, llvm::Argument& formal);
+    Value* buffer(const Argument& given);
+    Value* textures(const Argument& given, llvm::Argument& formal);
+    Value* sampler(const Argument& given, llvm::Argument& formal);
+    Value* values(const Argument& given, llvm::Argument& formal);
+    Value* passed(llvm::Argument& formal, Value* memory);
+    AllocaInst* local(Type* type);
+    AllocaInst* localFor(llvm::Argument& formal, std::uint64_t bytes);
+    Value* at(Value* pointer, std::uint64_t offset);
+    void writeResults(Value* record, CallBase& call);
+
+    ShaderModule& shader_;
+    Function& function_;
+    const EntrySignature& entry_;
+    Interface& interface_;
+    IRBuilder<> builder_;
+};
+
+AllocaInst* Wrapping::local(Type* type) {
+    BasicBlock& entry = shader_.main->getEntryBlock();
+    AllocaInst* made = IRBuilder<>(&entry, entry.begin()).CreateAlloca(type);
+    made->setAlignment(Align(16));
+    return made;
+}
+
+AllocaInst* Wrapping::localFor(llvm::Argument& formal, std::uint64_t bytes) {
+    if (Type* record = formal.getParamByValType())
+        return local(record);
+    if (!formal.getType()->isPointerTy())
+        return local(formal.getType());
+    return local(ArrayType::get(builder_.getInt8Ty(), bytes));
+}
+
+Value* Wrapping::at(Value* pointer, std::uint64_t offset) {
+    return offset == 0 ? pointer
+                       : builder_.CreateConstInBoundsGEP1_64(builder_.getInt8Ty(), pointer, offset);
+}
+
+// What stands in `memory`, as the function takes it: by address or by value.
+Value* Wrapping::passed(llvm::Argument& formal, Value* memory) {
+    if (formal.getType()->isPointerTy())
+        return memory;
+    return builder_.CreateLoad(formal.getType(), memory);
+}
+
+Value* Wrapping::buffer(const Argument& given) {
+    bool isThreadgroup = given.kind == ArgumentKind::threadgroup;
+    bool isUniform = given.space == AddressSpace::constant && !isThreadgroup;
+    InterfaceVariable variable{.kind = isThreadgroup ? InterfaceKind::workgroup
+                                       : isUniform   ? InterfaceKind::uniformBuffer
+                                                     : InterfaceKind::storageBuffer,
+                               .global = (isThreadgroup ? "msl.threadgroup." : "msl.buffer.") +
+                                         std::to_string(given.index),
+                               .builtIn = {},
+                               .index = given.index,
+                               .elementBytes = given.elementBytes,
+                               .isReference = given.isReference};
+    return interface_.global(variable, pointeeType(*shader_.module, given));
+}
+
+Value* Wrapping::textures(const Argument& given, llvm::Argument& formal) {
+    AllocaInst* memory = localFor(formal, 4 * std::uint64_t{given.count});
+    for (std::uint32_t n = 0; n < given.count; ++n) {
+        std::uint32_t index = given.index + n;
+        shader_.textures.push_back({.index = index,
+                                    .shape = given.shape,
+                                    .component = given.component,
+                                    .isDepth = given.isDepth,
+                                    .isRead = given.isRead,
+                                    .isWritten = given.isWritten});
+        builder_.CreateStore(builder_.getInt32(index), at(memory, 4 * std::uint64_t{n}));
+    }
+    return passed(formal, memory);
+}
+
+Value* Wrapping::sampler(const Argument& given, llvm::Argument& formal) {
+    AllocaInst* memory = localFor(formal, 8);
+    builder_.CreateStore(builder_.getInt64(samplerArgumentBit | given.index), memory);
+    return passed(formal, memory);
+}
+
+Value* Wrapping::values(const Argument& given, llvm::Argument& formal) {
+    std::uint64_t bytes = 0;
+    for (const StageValue& value : given.values)
+        bytes = std::max(bytes, value.offset + 16);
+    if (formal.getType()->isIntegerTy(1)) // a bool by value
+        return builder_.CreateIsNotNull(interface_.read(builder_, given.values.front()));
+    if (!formal.getType()->isPointerTy() && given.values.size() == 1) {
+        Value* only = interface_.read(builder_, given.values.front());
+        if (only->getType() == formal.getType())
+            return only;
+    }
+    AllocaInst* memory = localFor(formal, bytes);
+    for (const StageValue& value : given.values)
+        builder_.CreateStore(interface_.read(builder_, value), at(memory, value.offset));
+    return passed(formal, memory);
+}
+
+Value* Wrapping::argument(const Argument& given, llvm::Argument& formal) {
+    switch (given.kind) {
+    case ArgumentKind::buffer:
+    case ArgumentKind::threadgroup:
+        return buffer(given);
+    case ArgumentKind::texture:
+        return textures(given, formal);
+    case ArgumentKind::sampler:
+        return sampler(given, formal);
+    case ArgumentKind::stageIn:
+    case ArgumentKind::builtIn:
+        return values(given, formal);
+    }
+    return nullptr;
+}
+
+void Wrapping::writeResults(Value* record, CallBase& call) {
+    if (entry_.results.empty())
+        return;
+    if (!record && !entry_.resultIsRecord) {
+        Value* plain = &call;
+        if (plain->getType()->isIntegerTy(1))
+            plain = builder_.CreateZExt(plain, builder_.getInt8Ty());
+        StageValue result = entry_.results.front();
+        if (entry_.stage == Stage::vertex)
+            result.attribute = "position"; // the one plain result a vertex function can have
+        interface_.write(builder_, result, plain);
+        return;
+    }
+    if (!record) { // a record by value
+        record = local(call.getType());
+        builder_.CreateStore(&call, record);
+    }
+    for (const StageValue& value : entry_.results)
+        interface_.write(builder_, value,
+                         builder_.CreateLoad(memoryType(builder_.getContext(), value),
+                                             at(record, value.offset)));
+}
+
+// A dispatch is rounded up to whole threadgroups; Metal's exact grid is what the kernel sees.
+void Wrapping::returnOutsideGrid() {
+    Value* position = interface_.readBuiltIn(builder_, "thread_position_in_grid");
+    Value* grid = interface_.readBuiltIn(builder_, "threads_per_grid");
+    Value* outside = builder_.getFalse();
+    for (std::uint64_t axis = 0; axis < 3; ++axis)
+        outside = builder_.CreateOr(
+            outside, builder_.CreateICmpUGE(builder_.CreateExtractElement(position, axis),
+                                            builder_.CreateExtractElement(grid, axis)));
+    BasicBlock* end = BasicBlock::Create(builder_.getContext(), "outside", shader_.main);
+    BasicBlock* inside = BasicBlock::Create(builder_.getContext(), "inside", shader_.main);
+    builder_.CreateCondBr(outside, end, inside);
+    builder_.SetInsertPoint(end);
+    builder_.CreateRetVoid();
+    builder_.SetInsertPoint(inside);
+}
+
+CallBase* Wrapping::build() {
+    auto* type = FunctionType::get(builder_.getVoidTy(), false);
+    shader_.main = Function::Create(type, GlobalValue::ExternalLinkage, "main", *shader_.module);
+    shader_.main->setDoesNotThrow();
+    builder_.SetInsertPoint(BasicBlock::Create(builder_.getContext(), "entry", shader_.main));
+    if (entry_.stage == Stage::kernel)
+        returnOutsideGrid();
+    SmallVector<Value*, 8> arguments;
+    Value* record = nullptr;
+    auto formal = function_.arg_begin();
+    if (formal != function_.arg_end() && formal->hasStructRetAttr()) {
+        record = local(formal->getParamStructRetType());
+        arguments.push_back(record);
+        ++formal;
+    }
+    for (const Argument& given : entry_.arguments) {
+        if (formal == function_.arg_end())
+            throw TranslationError("The function '" + entry_.name + "' has lost an argument.");
+        arguments.push_back(argument(given, *formal));
+        ++formal;
+    }
+    CallInst* call = builder_.CreateCall(&function_, arguments);
+    call->setCallingConv(function_.getCallingConv());
+    writeResults(record, *call);
+    builder_.CreateRetVoid();
+    return call;
+}
+
+CallBase* wrap(ShaderModule& shader, Function& function, const EntrySignature& entry,
+               const Varyings& varyings) {
+    Interface interface(shader, varyings);
+    return Wrapping(shader, function, entry, interface).build();
+}
+
+} // namespace tarnwick::msl
