@@ -1,0 +1,75 @@
+#include "benchmarks/Compiling.h"
+
+#include "TarnwickMSL/Compile.h"
+#include "benchmarks/Statistics.h"
+#include "benchmarks/Twin.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <unistd.h>
+
+namespace tarnwick::bench {
+
+namespace {
+
+double oneCompilation(const std::string& program) {
+    msl::Compilation compilation;
+    const double time = milliseconds([&] { compilation = msl::compile(program); });
+    if (compilation.failed)
+        throw ProgramError(compilation.messages);
+    return time;
+}
+
+} // namespace
+
+CompileTime compileTime(const Case& one, int rounds) {
+    std::vector<double> ours, twin;
+    oneCompilation(one.program);
+    compiledTwin(one.twin, one.values.size());
+    for (int round = 0; round < rounds; round++) {
+        ours.push_back(oneCompilation(one.program));
+        twin.push_back(milliseconds([&] { compiledTwin(one.twin, one.values.size()); }));
+    }
+    return {median(ours), median(twin)};
+}
+
+std::vector<double> firstCompileTimes(const std::string& self, const Case& one, int rounds) {
+    char file[] = "/tmp/tarnwick-bench-XXXXXX";
+    const int descriptor = mkstemp(file);
+    if (descriptor < 0)
+        throw ProgramError("No temporary file could be made.");
+    close(descriptor);
+    std::ofstream(file) << one.program;
+    std::vector<double> times;
+    for (int round = 0; round < rounds; round++) {
+        double time = -1;
+        const std::string command = "'" + self + "' --first < " + file;
+        if (FILE* process = popen(command.c_str(), "r")) {
+            if (std::fscanf(process, "%lf", &time) != 1)
+                time = -1;
+            pclose(process);
+        }
+        if (time >= 0)
+            times.push_back(time);
+    }
+    std::remove(file);
+    if (times.empty())
+        throw ProgramError("No process compiled " + one.name + ".");
+    return times;
+}
+
+int printFirstCompileTime() {
+    const std::string program{std::istreambuf_iterator<char>(std::cin), {}};
+    try {
+        std::printf("%f\n", oneCompilation(program));
+    } catch (const ProgramError& error) {
+        std::fputs(error.what(), stderr);
+        return 1;
+    }
+    return 0;
+}
+
+} // namespace tarnwick::bench

@@ -1,0 +1,129 @@
+#include "benchmarks/Drawing.h"
+
+#include "TarnwickCore/ShaderAssembler.h"
+#include "benchmarks/Statistics.h"
+#include "benchmarks/Twin.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+namespace tarnwick::bench {
+
+namespace {
+
+constexpr double sampleLength = 25; // ms: cheap shaders are drawn so often that a sample takes this
+
+TWUniforms uniforms() {
+    return {.resolution = {static_cast<float>(drawWidth), static_cast<float>(drawHeight)},
+            .time = 3.25f,
+            .timeDelta = 1.0f / 30,
+            .mouse = {drawWidth * 0.5f, drawHeight * 0.5f},
+            .frame = 97};
+}
+
+// Share of differing pixels, and the strongest difference.
+std::pair<double, std::uint32_t> difference(const std::vector<std::uint8_t>& a,
+                                            const std::vector<std::uint8_t>& b) {
+    std::size_t differing = 0;
+    std::uint32_t strongest = 0;
+    for (std::size_t pixel = 0; pixel < a.size(); pixel += 4) {
+        std::uint32_t here = 0;
+        for (std::size_t channel = 0; channel < 4; channel++)
+            here = std::max(here, static_cast<std::uint32_t>(
+                                      std::abs(a[pixel + channel] - b[pixel + channel])));
+        differing += here > tolerance ? 1 : 0;
+        strongest = std::max(strongest, here);
+    }
+    return {static_cast<double>(differing) * 4 / static_cast<double>(a.size()), strongest};
+}
+
+} // namespace
+
+std::unique_ptr<Drawing> Drawing::make() {
+    auto device = gpu::Device::systemDefault();
+    if (!device)
+        return nullptr;
+    auto queue = device->newCommandQueue();
+    gpu::TextureDescriptor descriptor;
+    descriptor.width = drawWidth;
+    descriptor.height = drawHeight;
+    descriptor.usage.renderTarget = true;
+    auto target = device->newTexture(descriptor);
+    if (!queue || !target)
+        return nullptr;
+    return std::unique_ptr<Drawing>(
+        new Drawing(std::move(device), std::move(queue), std::move(target)));
+}
+
+Drawing::Drawing(std::shared_ptr<gpu::Device> device, std::unique_ptr<gpu::CommandQueue> queue,
+                 std::unique_ptr<gpu::Texture> target)
+    : device_(std::move(device)), queue_(std::move(queue)), target_(std::move(target)) {}
+
+Drawing::Pipeline Drawing::pipeline(const gpu::Function& vertex, const gpu::Function& fragment) {
+    gpu::RenderPipelineDescriptor descriptor;
+    descriptor.vertex = &vertex;
+    descriptor.fragment = &fragment;
+    descriptor.color.format = target_->descriptor().format;
+    return device_->newRenderPipelineState(descriptor);
+}
+
+void Drawing::draw(const gpu::RenderPipelineState& pipeline, const Case& one, int times) {
+    auto commands = queue_->commandBuffer();
+    gpu::RenderPassDescriptor pass;
+    pass.color.texture = target_.get();
+    pass.color.load = gpu::LoadAction::clear;
+    auto encoder = commands ? commands->renderCommandEncoder(pass) : std::nullopt;
+    if (!encoder)
+        throw gpu::DeviceError("The device gives no command buffer.");
+    const TWUniforms frame = uniforms();
+    encoder->setRenderPipelineState(pipeline);
+    encoder->setFragmentBytes(&frame, sizeof(frame), 0);
+    encoder->setFragmentBytes(one.values.data(), one.values.size() * sizeof(float), 1);
+    for (int i = 0; i < times; i++)
+        encoder->drawPrimitives(gpu::PrimitiveType::triangle, 0, 3);
+    encoder->endEncoding();
+    commands->commit();
+    commands->waitUntilCompleted();
+    if (commands->status() != gpu::CommandBufferStatus::completed)
+        throw gpu::DeviceError("A picture of " + one.name + " did not complete.");
+}
+
+std::vector<std::uint8_t> Drawing::picture(const gpu::RenderPipelineState& pipeline,
+                                           const Case& one) {
+    draw(pipeline, one, 1);
+    std::vector<std::uint8_t> bytes(std::size_t{drawWidth} * drawHeight * 4);
+    target_->getBytes(bytes.data(), drawWidth * 4, {0, 0, drawWidth, drawHeight}, 0);
+    return bytes;
+}
+
+DrawTime Drawing::time(const Case& one, int rounds) {
+    const auto library = device_->newLibrary(one.program);
+    const auto twins = device_->newLibrary({compiledTwin(one.twin, one.values.size())});
+    const auto vertex = library->newFunction(ShaderAssembler::vertexName);
+    const auto fragment = library->newFunction(ShaderAssembler::fragmentName);
+    const auto twin = twins->newFunction("twin");
+    if (!vertex || !fragment || !twin)
+        throw gpu::DeviceError("A function of " + one.name + " is missing.");
+    const Pipeline ours = pipeline(*vertex, *fragment), theirs = pipeline(*vertex, *twin);
+
+    DrawTime result;
+    std::tie(result.differing, result.strongest) =
+        difference(picture(*ours, one), picture(*theirs, one));
+
+    const double once = milliseconds([&] { draw(*ours, one, 1); });
+    const int times = std::clamp(static_cast<int>(sampleLength / std::max(once, 0.1)), 1, 64);
+    std::vector<double> oursTimes, twinTimes, ratios;
+    for (int round = 0; round < rounds; round++) {
+        oursTimes.push_back(milliseconds([&] { draw(*ours, one, times); }) / times);
+        twinTimes.push_back(milliseconds([&] { draw(*theirs, one, times); }) / times);
+        ratios.push_back(oursTimes.back() / twinTimes.back());
+    }
+    result.ours = smallest(oursTimes);
+    result.twin = smallest(twinTimes);
+    result.ratio = result.ours / result.twin;
+    result.medianRatio = median(ratios);
+    return result;
+}
+
+} // namespace tarnwick::bench

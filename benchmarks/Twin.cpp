@@ -1,0 +1,34 @@
+#include "benchmarks/Twin.h"
+
+#include <shaderc/shaderc.hpp>
+
+namespace tarnwick::bench {
+
+msl::EntryPoint compiledTwin(const std::string& source, std::size_t paramCount) {
+    static const shaderc::Compiler compiler;
+    shaderc::CompileOptions options;
+    options.SetOptimizationLevel(shaderc_optimization_level_performance);
+    options.SetTargetEnvironment(shaderc_target_env_vulkan, shaderc_env_version_vulkan_1_3);
+    const auto result =
+        compiler.CompileGlslToSpv(source, shaderc_fragment_shader, "twin.frag", options);
+    if (result.GetCompilationStatus() != shaderc_compilation_status_success)
+        throw TwinError(result.GetErrorMessage());
+    msl::EntryPoint twin;
+    twin.name = "twin";
+    twin.stage = msl::Stage::fragment;
+    twin.words.assign(result.begin(), result.end());
+    twin.colorAttachments = 1;
+    const auto uniformBlock = [&](std::uint32_t index, std::uint32_t size) {
+        msl::Resource resource;
+        resource.kind = msl::ResourceKind::uniformBuffer;
+        resource.index = index;
+        resource.binding = 32 + index;
+        resource.size = size;
+        twin.resources.push_back(resource);
+    };
+    uniformBlock(0, 32);
+    uniformBlock(1, static_cast<std::uint32_t>(paramCount * sizeof(float)));
+    return twin;
+}
+
+} // namespace tarnwick::bench
