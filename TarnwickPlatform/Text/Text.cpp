@@ -38,12 +38,12 @@ Layout centeredLayout(cairo_t* canvas, std::string_view text, double points, dou
 
 } // namespace
 
-void drawCenteredText(const PixelRows& picture, std::string_view text, double points,
+void drawCenteredText(Picture& picture, std::string_view text, double points,
                       const TextBand& band) {
     if (band.width <= 0 || band.height <= 0)
         return;
     const Surface surface(cairo_image_surface_create_for_data(
-        picture.bytes, CAIRO_FORMAT_RGB24, static_cast<int>(picture.width),
+        picture.bytes.data(), CAIRO_FORMAT_RGB24, static_cast<int>(picture.width),
         static_cast<int>(picture.height), static_cast<int>(picture.bytesPerRow)));
     const Canvas canvas(cairo_create(surface.get()));
     cairo_rectangle(canvas.get(), band.x, band.y, band.width, band.height);

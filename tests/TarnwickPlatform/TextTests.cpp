@@ -19,12 +19,12 @@ struct Ink {
 
 Ink inkOf(std::string_view text, double points, const TextBand& band) {
     constexpr std::uint32_t width = 400, height = 200;
-    std::vector<std::uint8_t> bytes(std::size_t{width} * height * 4);
-    drawCenteredText({bytes.data(), width, height, width * 4}, text, points, band);
+    Picture picture{width, height, width * 4, std::vector<std::uint8_t>(width * height * 4)};
+    drawCenteredText(picture, text, points, band);
     Ink ink{width, height, 0, 0};
     for (std::uint32_t y = 0; y < height; ++y)
         for (std::uint32_t x = 0; x < width; ++x)
-            if (bytes[(std::size_t{y} * width + x) * 4] > 64)
+            if (picture.bytes[(std::size_t{y} * width + x) * 4] > 64)
                 ink = {std::min(ink.left, x), std::min(ink.top, y), std::max(ink.right, x + 1),
                        std::max(ink.bottom, y + 1)};
     return ink;

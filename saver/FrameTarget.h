@@ -1,0 +1,26 @@
+// Where a view's frames go: a window, or pictures off screen.
+#pragma once
+
+#include "TarnwickGPU/Commands.h"
+#include "saver/Geometry.h"
+
+namespace tarnwick {
+
+// One frame at a time: take nextTexture, draw into it, present. A frame that is taken and not
+// presented goes back unshown with the next call of either of the others.
+class FrameTarget {
+  public:
+    virtual ~FrameTarget() = default;
+
+    // The frames after this one have this size.
+    virtual void resize(const PixelSize& size) = 0;
+
+    // What the next frame is drawn into (bgra8Unorm), owned by the target until it is presented.
+    // Blocks while three frames are in flight. Null while there is nothing to draw into.
+    virtual const gpu::Texture* nextTexture() = 0;
+
+    // Commits `commands`, which draw the frame, and shows it once they are done.
+    virtual void present(gpu::CommandBuffer commands) = 0;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,259 @@
+#include "saver/HostWindow.h"
+
+#include "saver/HostError.h"
+
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <X11/keysym.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <sstream>
+
+namespace tarnwick {
+namespace {
+
+// Buttons and redirections of a window belong to one client alone, so none are asked for.
+constexpr long foreignEvents = StructureNotifyMask | ExposureMask | VisibilityChangeMask;
+constexpr long ownEvents = foreignEvents | KeyPressMask;
+
+struct FreedByX {
+    void operator()(void* memory) const { XFree(memory); }
+};
+
+std::string hexadecimal(unsigned long number) {
+    std::ostringstream text;
+    text << std::hex << std::showbase << number;
+    return text.str();
+}
+
+// The child of `root` that names itself the virtual root, or `root`.
+Window virtualRoot(Display* display, Window root) {
+    const Atom property = XInternAtom(display, "__SWM_VROOT", False);
+    Window actualRoot = 0, parent = 0, *list = nullptr;
+    unsigned count = 0;
+    if (XQueryTree(display, root, &actualRoot, &parent, &list, &count) == 0)
+        return root;
+    const std::unique_ptr<Window, FreedByX> children(list);
+    for (unsigned index = 0; index < count; ++index) {
+        Atom type = 0;
+        int format = 0;
+        unsigned long items = 0, left = 0;
+        unsigned char* bytes = nullptr;
+        const int status = XGetWindowProperty(display, list[index], property, 0, 1, False,
+                                              XA_WINDOW, &type, &format, &items, &left, &bytes);
+        const std::unique_ptr<unsigned char, FreedByX> value(bytes);
+        if (status == Success && type == XA_WINDOW && format == 32 && items == 1) {
+            Window window = 0;
+            std::memcpy(&window, bytes, sizeof window);
+            return window;
+        }
+    }
+    return root;
+}
+
+// A colour channel of 8 bits, in the place that a visual's mask gives it.
+unsigned long channel(std::uint8_t value, unsigned long mask) {
+    if (mask == 0)
+        return 0;
+    const unsigned long lowest = mask & (~mask + 1);
+    return (value * (mask / lowest) + 127) / 255 * lowest;
+}
+
+} // namespace
+
+struct HostWindow::Parts {
+    Display* display = nullptr;
+    Window window = 0;
+    Visual* visual = nullptr;
+    int depth = 0;
+    bool isOwn = false;
+    bool isMapped = false;
+    bool isCovered = false;
+    bool isGone = false;
+    PixelSize size;
+    Atom protocols = 0, deleteWindow = 0;
+
+    explicit Parts(Display* opened) : display(opened) {
+        protocols = XInternAtom(display, "WM_PROTOCOLS", False);
+        deleteWindow = XInternAtom(display, "WM_DELETE_WINDOW", False);
+    }
+    ~Parts() { XCloseDisplay(display); }
+    Parts(const Parts&) = delete;
+    Parts& operator=(const Parts&) = delete;
+
+    void choose(const WindowChoice& choice);
+    void makeOwn(const PixelSize& wanted);
+    void adopt();
+    void take(XEvent& event, News& news);
+};
+
+void HostWindow::Parts::choose(const WindowChoice& choice) {
+    if (choice.id)
+        window = *choice.id;
+    else if (const char* given = std::getenv("XSCREENSAVER_WINDOW"); given != nullptr && *given)
+        window = std::strtoul(given, nullptr, 0);
+    else if (choice.root)
+        window = virtualRoot(display, DefaultRootWindow(display));
+    else
+        makeOwn(choice.ownSize);
+    adopt();
+}
+
+void HostWindow::Parts::makeOwn(const PixelSize& wanted) {
+    isOwn = true;
+    window = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, wanted.width,
+                                 wanted.height, 0, 0, BlackPixel(display, DefaultScreen(display)));
+    XSetWMProtocols(display, window, &deleteWindow, 1);
+}
+
+// Starts to listen, then looks at what the window is: what changes in between is heard of.
+void HostWindow::Parts::adopt() {
+    XSelectInput(display, window, isOwn ? ownEvents : foreignEvents);
+    if (isOwn)
+        XMapWindow(display, window);
+    XWindowAttributes attributes{};
+    if (XGetWindowAttributes(display, window, &attributes) == 0)
+        throw HostError("There is no window " + hexadecimal(window) + " on this display.");
+    visual = attributes.visual;
+    depth = attributes.depth;
+    isMapped = isOwn || attributes.map_state != IsUnmapped;
+    size = {static_cast<std::uint32_t>(attributes.width),
+            static_cast<std::uint32_t>(attributes.height)};
+}
+
+void HostWindow::Parts::take(XEvent& event, News& news) {
+    switch (event.type) {
+    case ConfigureNotify: {
+        const PixelSize now{static_cast<std::uint32_t>(event.xconfigure.width),
+                            static_cast<std::uint32_t>(event.xconfigure.height)};
+        news.resized |= now != size;
+        size = now;
+        break;
+    }
+    case Expose:
+        news.exposed |= event.xexpose.count == 0;
+        break;
+    case MapNotify:
+        isMapped = true;
+        break;
+    case UnmapNotify:
+        isMapped = false;
+        break;
+    case VisibilityNotify:
+        isCovered = event.xvisibility.state == VisibilityFullyObscured;
+        break;
+    case DestroyNotify:
+        isGone = true;
+        break;
+    case ClientMessage:
+        isGone |= event.xclient.message_type == protocols &&
+                  static_cast<Atom>(event.xclient.data.l[0]) == deleteWindow;
+        break;
+    case KeyPress: {
+        const KeySym key = XLookupKeysym(&event.xkey, 0);
+        isGone |= key == XK_Escape || key == XK_q;
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+bool HostWindow::hasDisplay() {
+    Display* display = XOpenDisplay(nullptr);
+    if (display != nullptr)
+        XCloseDisplay(display);
+    return display != nullptr;
+}
+
+HostWindow::HostWindow(const WindowChoice& choice) {
+    // The drivers use the connection from threads of their own.
+    XInitThreads();
+    // A window that another program owns may go at any time: requests that come too late must not
+    // end the process, as they would by default. DestroyNotify tells of it.
+    XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
+    Display* display = XOpenDisplay(nullptr);
+    if (display == nullptr) {
+        const char* name = std::getenv("DISPLAY");
+        throw HostError(name != nullptr && *name
+                            ? "The display " + std::string(name) + " cannot be opened."
+                            : std::string("There is no display: DISPLAY is not set."));
+    }
+    parts_ = std::make_unique<Parts>(display);
+    XSetIOErrorExitHandler(
+        display, [](Display*, void* gone) { *static_cast<bool*>(gone) = true; }, &parts_->isGone);
+    parts_->choose(choice);
+}
+
+HostWindow::~HostWindow() = default;
+
+void* HostWindow::display() const {
+    return parts_->display;
+}
+
+unsigned long HostWindow::window() const {
+    return parts_->window;
+}
+
+int HostWindow::connection() const {
+    return ConnectionNumber(parts_->display);
+}
+
+const PixelSize& HostWindow::size() const {
+    return parts_->size;
+}
+
+bool HostWindow::isGone() const {
+    return parts_->isGone;
+}
+
+bool HostWindow::isVisible() const {
+    return parts_->isMapped && !parts_->isCovered;
+}
+
+HostWindow::News HostWindow::readNews() {
+    News news;
+    while (!parts_->isGone && XPending(parts_->display) > 0) {
+        XEvent event;
+        XNextEvent(parts_->display, &event);
+        parts_->take(event, news);
+    }
+    return news;
+}
+
+void HostWindow::setTitle(const std::string& title) {
+    if (!parts_->isOwn)
+        return;
+    Xutf8SetWMProperties(parts_->display, parts_->window, title.c_str(), title.c_str(), nullptr, 0,
+                         nullptr, nullptr, nullptr);
+}
+
+void HostWindow::show(const Picture& picture) {
+    XImage* image =
+        XCreateImage(parts_->display, parts_->visual, static_cast<unsigned>(parts_->depth), ZPixmap,
+                     0, nullptr, picture.width, picture.height, 32, 0);
+    if (image == nullptr)
+        return;
+    image->data = static_cast<char*>(
+        std::malloc(static_cast<std::size_t>(image->bytes_per_line) * picture.height));
+    for (std::uint32_t y = 0; image->data != nullptr && y < picture.height; ++y)
+        for (std::uint32_t x = 0; x < picture.width; ++x) {
+            const std::uint8_t* pixel =
+                &picture.bytes[y * picture.bytesPerRow + std::size_t{4} * x];
+            XPutPixel(image, static_cast<int>(x), static_cast<int>(y),
+                      channel(pixel[2], image->red_mask) | channel(pixel[1], image->green_mask) |
+                          channel(pixel[0], image->blue_mask));
+        }
+    if (image->data != nullptr) {
+        GC context = XCreateGC(parts_->display, parts_->window, 0, nullptr);
+        XPutImage(parts_->display, parts_->window, context, image, 0, 0, 0, 0, picture.width,
+                  picture.height);
+        XFreeGC(parts_->display, context);
+        XFlush(parts_->display);
+    }
+    XDestroyImage(image); // frees its data as well
+}
+
+} // namespace tarnwick

@@ -1,0 +1,116 @@
+#include "saver/Program.h"
+
+#include "TarnwickPlatform/Pictures/PNG.h"
+#include "saver/HostError.h"
+#include "saver/HostOptions.h"
+#include "saver/Offscreen.h"
+#include "saver/WindowHost.h"
+
+#include <cstdlib>
+#include <iomanip>
+#include <ostream>
+#include <string>
+#include <unistd.h>
+
+namespace tarnwick {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr PixelSize usualSize{1280, 720};
+constexpr PixelSize previewSize{320, 200};
+
+// A folder that goes with its owner.
+class TemporaryFolder {
+  public:
+    TemporaryFolder() {
+        std::string pattern = (fs::temp_directory_path() / "tarnwick-XXXXXX").string();
+        if (mkdtemp(pattern.data()) == nullptr)
+            throw HostError("No folder can be made in " + pattern + ".");
+        path_ = pattern;
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        fs::remove_all(path_, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const fs::path& path() const { return path_; }
+
+  private:
+    fs::path path_;
+};
+
+Bundle bundleBesideProgram() {
+    std::error_code failure;
+    const fs::path program = fs::read_symlink("/proc/self/exe", failure);
+    return Bundle(program.parent_path() / "Tarnwick.saver");
+}
+
+ScreenKind kindOf(const HostOptions& options) {
+    return options.preview ? ScreenKind::preview : ScreenKind::fullScreen;
+}
+
+PixelSize sizeOf(const HostOptions& options) {
+    return options.size.value_or(options.preview ? previewSize : usualSize);
+}
+
+int drawPicture(const HostOptions& options, const Bundle& bundle, double seconds, std::ostream& out,
+                std::ostream& errors) {
+    const OffscreenRun run = drawOffscreen(bundle, kindOf(options), sizeOf(options), seconds);
+    writePNG(run.last, options.picture);
+    if (run.failure)
+        errors << *run.failure << '\n';
+    else
+        out << std::fixed << std::setprecision(1) << run.frames / run.seconds
+            << " frames per second on " << run.device << ", drawn as fast as it can: " << run.frames
+            << " frames of " << run.last.width << " x " << run.last.height << " in " << run.seconds
+            << " s.\n";
+    out << "The last frame is in " << fs::absolute(options.picture).string() << ".\n";
+    return run.failure ? 1 : 0;
+}
+
+int show(const HostOptions& options, const Bundle& bundle, std::ostream& out,
+         std::ostream& errors) {
+    if (options.offscreen)
+        return drawPicture(options, bundle, *options.offscreen, out, errors);
+    if (options.withoutDisplay && !HostWindow::hasDisplay())
+        return drawPicture(options, bundle, *options.withoutDisplay, out, errors);
+    const WindowChoice choice{
+        .id = options.window, .root = options.root, .ownSize = sizeOf(options)};
+    showInWindow(bundle, kindOf(options), choice,
+                 [&](const std::string& failure) { errors << failure << std::endl; });
+    return 0;
+}
+
+int showBundleOrEpisode(const HostOptions& options, std::ostream& out, std::ostream& errors) {
+    if (!options.episode)
+        return show(options, options.bundle ? Bundle(*options.bundle) : bundleBesideProgram(), out,
+                    errors);
+    if (options.bundle)
+        return show(options, makeBundle(*options.bundle, *options.episode), out, errors);
+    const TemporaryFolder folder;
+    return show(options, makeBundle(folder.path(), *options.episode), out, errors);
+}
+
+} // namespace
+
+int runSaver(std::span<const char* const> arguments, std::ostream& out, std::ostream& errors) {
+    try {
+        const HostOptions options = parseHostOptions(arguments);
+        if (options.help) {
+            out << hostUsage;
+            return 0;
+        }
+        return showBundleOrEpisode(options, out, errors);
+    } catch (const UsageError& error) {
+        errors << "tarnwick-saver: " << error.what() << " --help lists the options.\n";
+        return 2;
+    } catch (const std::exception& error) {
+        errors << "tarnwick-saver: " << error.what() << '\n';
+        return 1;
+    }
+}
+
+} // namespace tarnwick

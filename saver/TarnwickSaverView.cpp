@@ -1,0 +1,127 @@
+#include "saver/TarnwickSaverView.h"
+
+#include "TarnwickPlatform/Bundle/TextFile.h"
+#include "TarnwickPlatform/Text/Text.h"
+
+#include <algorithm>
+
+namespace tarnwick {
+namespace {
+
+constexpr double longestStep = 0.1;     // seconds; a machine that slept does not jump ahead
+constexpr double framesPerSecond = 30;  // of the episode's `frame` and `timeDelta`
+constexpr int mostStepsPerFrame = 4;    // of a particle episode that lags behind
+constexpr double failureBandInset = 40; // points, left and right
+constexpr double failureBandHalf = 40;  // points, above and below the middle
+
+} // namespace
+
+TarnwickSaverView::TarnwickSaverView(const Rectangle& frame, ScreenKind kind, const Bundle& bundle,
+                                     HostClock hostClock)
+    : ScreenSaverView(frame, kind), hostClock_(std::move(hostClock)) {
+    setUp(bundle);
+}
+
+void TarnwickSaverView::setUp(const Bundle& bundle) {
+    setAnimationTimeInterval(1 / framesPerSecond);
+    std::shared_ptr<gpu::Device> device = gpu::Device::systemDefault();
+    if (!device) {
+        failure_ = "No Metal device.";
+        return;
+    }
+    const auto shader = bundle.pathForResource("shader", "metal", "Shader");
+    const auto source = shader ? fileText(*shader) : std::nullopt;
+    if (!source) {
+        failure_ = "The saver has no shader in it.";
+        return;
+    }
+    if (const auto document = bundle.pathForResource("saver", "json", "Shader"))
+        if (auto decoded = decodeSettings(fileBytes(*document).value_or("")))
+            settings_ = std::move(*decoded);
+    try {
+        program_ = ShaderProgram::compile(*source, *device, gpu::PixelFormat::bgra8Unorm);
+    } catch (const std::exception& error) {
+        failure_ = std::string("The shader didn't compile: ") + error.what();
+        return;
+    }
+    settings_.keys = settings_.keys.fitted(program_->params());
+    queue_ = device->newCommandQueue();
+    addMetalView(std::move(device));
+}
+
+void TarnwickSaverView::addMetalView(std::shared_ptr<gpu::Device> device) {
+    metal_ = std::make_unique<MTKView>(bounds(), std::move(device));
+    metal_->autoresizingMask = {.widthSizable = true, .heightSizable = true};
+    metal_->colorPixelFormat = gpu::PixelFormat::bgra8Unorm;
+    metal_->colorspace = ColorSpace::sRGB;
+    metal_->preferredFramesPerSecond = isPreview() ? 15 : 30;
+    metal_->delegate = this;
+    addSubview(*metal_);
+}
+
+void TarnwickSaverView::mtkViewDrawableSizeWillChange(MTKView&, const PixelSize&) {
+    run_.reset();
+}
+
+void TarnwickSaverView::drawInMTKView(MTKView& view) {
+    if (!program_ || !queue_)
+        return;
+    const auto pass = view.currentRenderPassDescriptor();
+    const gpu::Texture* drawable = view.currentDrawable();
+    auto commands = queue_->commandBuffer();
+    if (!pass || drawable == nullptr || !commands)
+        return;
+    advanceClock();
+    const TWUniforms frame = uniforms(*drawable);
+    const ParamValues values = settings_.keys.values(clock_, settings_.values);
+    if (program_->needsRun())
+        prepareRun(view, frame, values, *commands);
+    auto encoder = commands->renderCommandEncoder(*pass);
+    if (!encoder)
+        return;
+    program_->draw(*encoder, frame, values, run_.get(), &ShaderInputs::none());
+    encoder->endEncoding();
+    view.present(std::move(*commands));
+}
+
+void TarnwickSaverView::advanceClock() {
+    const double now = hostClock_();
+    clock_ += last_ ? std::min(now - *last_, longestStep) : 0;
+    last_ = now;
+}
+
+TWUniforms TarnwickSaverView::uniforms(const gpu::Texture& drawable) const {
+    TWUniforms uniforms;
+    uniforms.resolution = {static_cast<float>(drawable.width()),
+                           static_cast<float>(drawable.height())};
+    uniforms.time = static_cast<float>(clock_);
+    uniforms.timeDelta = static_cast<float>(1 / framesPerSecond);
+    // A saver has no pointer.
+    uniforms.mouse = {uniforms.resolution[0] * 0.5f, uniforms.resolution[1] * 0.5f};
+    uniforms.frame = static_cast<std::uint32_t>(std::max(0.0, clock_ * framesPerSecond));
+    return uniforms;
+}
+
+void TarnwickSaverView::prepareRun(MTKView& view, const TWUniforms& uniforms,
+                                   const ParamValues& values, gpu::CommandBuffer& commands) {
+    const gpu::Texture& drawable = *view.currentDrawable();
+    if (view.device() != nullptr &&
+        (!run_ || run_->width() != drawable.width() || run_->height() != drawable.height()))
+        run_ = ShaderRun::make(program_, *view.device(), drawable.width(), drawable.height());
+    if (run_)
+        run_->prepare(uniforms, commands, values, mostStepsPerFrame);
+}
+
+void TarnwickSaverView::drawRect(Picture& picture) const {
+    std::ranges::fill(picture.bytes, std::uint8_t{0});
+    if (!failure_)
+        return;
+    const Rectangle area = bounds();
+    drawCenteredText(picture, *failure_, isPreview() ? 9 : 18,
+                     {.x = failureBandInset,
+                      .y = area.height / 2 - failureBandHalf,
+                      .width = area.width - 2 * failureBandInset,
+                      .height = 2 * failureBandHalf});
+}
+
+} // namespace tarnwick

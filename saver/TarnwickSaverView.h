@@ -1,0 +1,61 @@
+// The saver: one episode from a bundle, drawn frame by frame, or a line that says what failed.
+#pragma once
+
+#include "TarnwickGPU/Commands.h"
+#include "TarnwickGPU/Device.h"
+#include "TarnwickPlatform/Bundle/Bundle.h"
+#include "TarnwickPlatform/Dispatch/HostClock.h"
+#include "TarnwickRender/ShaderProgram.h"
+#include "TarnwickRender/ShaderRun.h"
+#include "saver/MTKView.h"
+#include "saver/ScreenSaverView.h"
+#include "saver/Settings.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace tarnwick {
+
+// Reads Shader/shader.metal and Shader/saver.json of its bundle. Everything is set up in the
+// constructor and nothing is tried again: afterwards there is either a subview (metal()) that draws
+// or a failure. The settings are optional: a document that is missing or malformed changes nothing.
+// Never waits for the GPU, but for a drawable while three frames are in flight.
+class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate {
+  public:
+    TarnwickSaverView(const Rectangle& frame, ScreenKind kind, const Bundle& bundle,
+                      HostClock hostClock = currentMediaTime);
+
+    void animateOneFrame() override {} // the subview's host drives the drawing
+    void drawRect(Picture& picture) const override;
+    bool hasConfigureSheet() const override { return false; }
+    void* configureSheet() const override { return nullptr; }
+
+    MTKView* metal() const { return metal_.get(); } // null after a failure
+    const std::optional<std::string>& failure() const { return failure_; }
+    const Settings& settings() const { return settings_; }
+    double clock() const { return clock_; } // seconds during which frames were drawn
+
+  private:
+    void setUp(const Bundle& bundle);
+    void addMetalView(std::shared_ptr<gpu::Device> device);
+
+    void mtkViewDrawableSizeWillChange(MTKView& view, const PixelSize& size) override;
+    void drawInMTKView(MTKView& view) override;
+    void advanceClock();
+    TWUniforms uniforms(const gpu::Texture& drawable) const;
+    void prepareRun(MTKView& view, const TWUniforms& uniforms, const ParamValues& values,
+                    gpu::CommandBuffer& commands);
+
+    std::unique_ptr<MTKView> metal_;
+    std::shared_ptr<const ShaderProgram> program_; // shared with the run, which names it
+    std::unique_ptr<gpu::CommandQueue> queue_;
+    std::unique_ptr<ShaderRun> run_;
+    Settings settings_;
+    double clock_ = 0;           // seconds
+    std::optional<double> last_; // the host clock at the previous frame
+    std::optional<std::string> failure_;
+    HostClock hostClock_;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,16 @@
+// Shows a saver in an X11 window until the window goes or the process is asked to end.
+#pragma once
+
+#include "saver/HostWindow.h"
+#include "saver/TarnwickSaverView.h"
+
+#include <functional>
+
+namespace tarnwick {
+
+// Blocks. `failed` hears, before the failure screen is shown, what the saver's failure is. Throws
+// HostError. To be called while the process has one thread.
+void showInWindow(const Bundle& bundle, ScreenKind kind, const WindowChoice& choice,
+                  const std::function<void(const std::string&)>& failed);
+
+} // namespace tarnwick

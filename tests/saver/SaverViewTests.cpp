@@ -1,0 +1,152 @@
+#include "TarnwickPlatform/Text/Text.h"
+#include "saver/PictureTarget.h"
+#include "saver/TarnwickSaverView.h"
+#include "tests/saver/TestBundle.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+
+namespace tarnwick {
+namespace {
+
+constexpr Rectangle smallFrame{0, 0, 64, 32};
+
+// A saver that draws off screen, on a clock that the test sets.
+class DrawnSaver {
+  public:
+    explicit DrawnSaver(std::string_view shader, std::string_view settings = "",
+                        ScreenKind kind = ScreenKind::fullScreen)
+        : files_(shader, settings),
+          view(smallFrame, kind, files_.bundle(), [this] { return now; }) {
+        if (view.metal() == nullptr)
+            return;
+        auto owned = std::make_unique<PictureTarget>(*view.metal()->device(), PixelSize{64, 32});
+        target = owned.get();
+        view.metal()->setTarget(std::move(owned));
+    }
+
+    // Draws one frame at the host's time `at` and gives its middle pixel: red, green, blue in
+    // 0..255.
+    std::array<int, 3> drawAt(double at) {
+        now = at;
+        view.metal()->draw();
+        const Picture picture = target->lastPicture();
+        const std::size_t middle = picture.height / 2 * picture.bytesPerRow + picture.width / 2 * 4;
+        return {picture.bytes.at(middle + 2), picture.bytes.at(middle + 1),
+                picture.bytes.at(middle)};
+    }
+
+  private:
+    TestBundle files_;
+
+  public:
+    double now = 0;
+    TarnwickSaverView view;
+    PictureTarget* target = nullptr;
+};
+
+#define SHADE "float4 shade(float2 uv, constant Uniforms& u, constant Params& p) "
+
+TEST(SaverView, advancesItsClockByATenthOfASecondAtMost) {
+    DrawnSaver saver(SHADE
+                     "{ return float4(u.time, float(u.frame) / 255.0, u.timeDelta * 15.0, 1.0); }");
+    ASSERT_FALSE(saver.view.failure()) << *saver.view.failure();
+    EXPECT_EQ(saver.drawAt(5000), (std::array{0, 0, 128})); // timeDelta is 1/30 in every frame
+    saver.drawAt(5000.05);
+    EXPECT_NEAR(saver.view.clock(), 0.05, 1e-9);
+    const auto slept = saver.drawAt(5000.05 + 3600);
+    EXPECT_NEAR(saver.view.clock(), 0.15, 1e-9);
+    EXPECT_NEAR(slept[0], 0.15 * 255, 1);
+    EXPECT_EQ(slept[1], 4); // 30 a second, the fraction dropped
+    EXPECT_EQ(slept[2], 128);
+    saver.drawAt(5000.05 + 3600 - 0.1); // a step back is taken as it is
+    EXPECT_NEAR(saver.view.clock(), 0.05, 1e-9);
+}
+
+TEST(SaverView, keepsItsClockWhileThereIsNothingToDrawInto) {
+    const TestBundle files(SHADE "{ return float4(1.0); }");
+    double now = 0;
+    TarnwickSaverView view(smallFrame, ScreenKind::fullScreen, files.bundle(), [&] { return now; });
+    ASSERT_NE(view.metal(), nullptr);
+    for (; now < 1; now += 0.05)
+        view.metal()->draw();
+    EXPECT_EQ(view.clock(), 0);
+}
+
+TEST(SaverView, givesTheDrawablesSizeAndItsMiddleAsMouse) {
+    DrawnSaver saver(
+        SHADE "{ return float4(u.resolution / 255.0, (u.mouse.x + u.mouse.y) / 255.0, 1.0); }");
+    ASSERT_FALSE(saver.view.failure()) << *saver.view.failure();
+    EXPECT_EQ(saver.drawAt(0), (std::array{64, 32, 48}));
+    saver.view.setFrame({0, 0, 100, 50});
+    EXPECT_EQ(saver.drawAt(0), (std::array{100, 50, 75}));
+    EXPECT_EQ(saver.target->lastPicture().width, 100u);
+}
+
+constexpr const char* twoLevels =
+    "// @param level 0.2 0.0 1.0 Red\n"
+    "// @param depth 0.4 0.0 1.0 Green\n" SHADE "{ return float4(p.level, p.depth, 0.0, 1.0); }";
+
+TEST(SaverView, drawsWithTheSettingsValuesAndKeys) {
+    DrawnSaver plain(twoLevels);
+    ASSERT_FALSE(plain.view.failure()) << *plain.view.failure();
+    EXPECT_EQ(plain.drawAt(0), (std::array{51, 102, 0}));
+    EXPECT_EQ(plain.view.settings(), Settings{});
+
+    DrawnSaver tuned(twoLevels, R"({"name": "Tuned", "values": {"level": 0.6}, "keys": {"tracks": {
+        "depth": [{"time": 0, "value": 0, "ease": "linear"}, {"time": 0.2, "value": 7, "ease": "hold"}],
+        "gone": [{"time": 0, "value": 1, "ease": "hold"}]}}})");
+    EXPECT_EQ(tuned.drawAt(0), (std::array{153, 0, 0}));
+    EXPECT_NEAR(tuned.drawAt(0.1)[1], 128, 1); // half way to 1, which 7 is cut down to
+    EXPECT_EQ(tuned.drawAt(0.3), (std::array{153, 255, 0}));
+    EXPECT_EQ(tuned.view.settings().name, "Tuned");
+    EXPECT_FALSE(tuned.view.settings().keys.tracks.contains("gone"));
+
+    DrawnSaver half(twoLevels, R"({"name": "Half", "values": {"level": 0.6}})");
+    EXPECT_EQ(half.drawAt(0), (std::array{51, 102, 0}));
+    EXPECT_EQ(half.view.settings().name, "Tarnwick");
+}
+
+TEST(SaverView, asksForHalfTheFramesInThePreview) {
+    const DrawnSaver full(SHADE "{ return float4(0.0); }");
+    const DrawnSaver preview(SHADE "{ return float4(0.0); }", "", ScreenKind::preview);
+    ASSERT_NE(full.view.metal(), nullptr);
+    EXPECT_EQ(full.view.metal()->preferredFramesPerSecond, 30);
+    EXPECT_EQ(preview.view.metal()->preferredFramesPerSecond, 15);
+}
+
+TEST(SaverView, saysWhatFailed) {
+    const auto failure = [](std::string_view shader) {
+        const DrawnSaver saver(shader);
+        EXPECT_EQ(saver.view.metal(), nullptr);
+        return saver.view.failure().value_or("");
+    };
+    EXPECT_EQ(failure(""), "The saver has no shader in it.");
+    EXPECT_EQ(failure(SHADE "{ return 1; } // \xFF"), "The saver has no shader in it.");
+    const std::string broken = failure(SHADE "{ return colour; }");
+    EXPECT_TRUE(broken.starts_with("The shader didn't compile: ")) << broken;
+    EXPECT_NE(broken.find("shader.metal:1:"), std::string::npos) << broken;
+    EXPECT_NE(broken.find("use of undeclared identifier 'colour'"), std::string::npos) << broken;
+
+    setenv("TARNWICK_DEVICE", "no such device", 1);
+    EXPECT_EQ(failure(SHADE "{ return float4(1.0); }"), "No Metal device.");
+    unsetenv("TARNWICK_DEVICE");
+}
+
+TEST(SaverView, drawsItsFailureInABandAcrossTheMiddle) {
+    for (const ScreenKind kind : {ScreenKind::fullScreen, ScreenKind::preview}) {
+        const TestBundle files("");
+        const TarnwickSaverView view({0, 0, 500, 200}, kind, files.bundle());
+        Picture drawn = blackPicture({500, 200}), expected = drawn;
+        std::ranges::fill(drawn.bytes, std::uint8_t{77});
+        view.drawRect(drawn);
+        drawCenteredText(expected, "The saver has no shader in it.",
+                         kind == ScreenKind::preview ? 9 : 18, {40, 60, 420, 80});
+        EXPECT_EQ(drawn, expected);
+    }
+}
+
+} // namespace
+} // namespace tarnwick
