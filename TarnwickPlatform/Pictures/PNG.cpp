@@ -1,32 +1,23 @@
 #include "TarnwickPlatform/Pictures/PNG.h"
 
 #include "TarnwickBase/Precondition.h"
+#include "TarnwickBase/WholeFile.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <fcntl.h>
 #include <memory>
 #include <png.h>
 #include <string>
-#include <unistd.h>
+#include <string_view>
 
 namespace tarnwick {
 namespace {
 
 namespace fs = std::filesystem;
 
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
 [[noreturn]] void fail(const fs::path& file, const std::string& what, const std::string& why) {
     throw PictureError(file.string() + " cannot be " + what + ": " + why + ".");
-}
-
-std::string systemReason() {
-    return std::strerror(errno);
 }
 
 // libpng's own record of a picture, freed at the end of its life.
@@ -49,48 +40,6 @@ std::vector<std::uint8_t> packedColors(const Picture& picture) {
     return packed;
 }
 
-// A new file beside `target` that goes when it is not kept.
-class FileInProgress {
-  public:
-    explicit FileInProgress(const fs::path& target)
-        : target_(target), path_(target.string() + "." + std::to_string(getpid()) + ".partial") {
-        const int descriptor = open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        file_.reset(descriptor < 0 ? nullptr : fdopen(descriptor, "wb"));
-        if (!file_)
-            fail(target_, "written", systemReason());
-    }
-    ~FileInProgress() {
-        if (!kept_)
-            unlink(path_.c_str());
-    }
-    FileInProgress(const FileInProgress&) = delete;
-    FileInProgress& operator=(const FileInProgress&) = delete;
-
-    std::FILE* get() { return file_.get(); }
-    void keep() {
-        // A full disk may speak up only now.
-        if (std::fclose(file_.release()) != 0 || std::rename(path_.c_str(), target_.c_str()) != 0)
-            fail(target_, "written", systemReason());
-        kept_ = true;
-    }
-
-  private:
-    fs::path target_, path_;
-    File file_;
-    bool kept_ = false;
-};
-
-// What a link leads to stays where it is, and devices are not replaced by files.
-fs::path writableTarget(const fs::path& file) {
-    std::error_code error;
-    const fs::file_status status = fs::status(file, error);
-    if (fs::is_directory(status))
-        fail(file, "written", "It is a folder");
-    if (fs::exists(status) && !fs::is_regular_file(status))
-        fail(file, "written", "It is not a regular file");
-    return fs::exists(status) ? fs::canonical(file, error) : file;
-}
-
 } // namespace
 
 void writePNG(const Picture& picture, const std::filesystem::path& file) {
@@ -104,16 +53,22 @@ void writePNG(const Picture& picture, const std::filesystem::path& file) {
     image.height = picture.height;
     image.format = PNG_FORMAT_BGR; // written as RGB, with the sRGB chunk
     const std::vector<std::uint8_t> colors = packedColors(picture);
-    FileInProgress progress(writableTarget(file));
-    if (!png_image_write_to_stdio(&image, progress.get(), 0, colors.data(), 0, nullptr))
+    std::vector<char> bytes(PNG_IMAGE_PNG_SIZE_MAX(image));
+    png_alloc_size_t length = bytes.size();
+    if (!png_image_write_to_memory(&image, bytes.data(), &length, 0, colors.data(), 0, nullptr))
         fail(file, "written", image.message);
-    progress.keep();
+    try {
+        writeWholeFile(file, std::string_view(bytes.data(), length));
+    } catch (const WholeFileError& error) {
+        throw PictureError(error.what());
+    }
 }
 
 Picture readPNG(const std::filesystem::path& file) {
-    const File opened(std::fopen(file.c_str(), "rbe"));
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> opened(std::fopen(file.c_str(), "rbe"),
+                                                                 std::fclose);
     if (!opened)
-        fail(file, "read", systemReason());
+        fail(file, "read", std::strerror(errno));
     Image image;
     if (!png_image_begin_read_from_stdio(&image, opened.get()))
         fail(file, "read", image.message);

@@ -1,0 +1,57 @@
+#include "TarnwickBase/WholeFile.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <string>
+#include <unistd.h>
+
+namespace tarnwick {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void fail(const fs::path& file, const std::string& why) {
+    throw WholeFileError(file.string() + " cannot be written: " + why + ".");
+}
+
+// Devices and pipes are not replaced by files.
+fs::path replaceable(const fs::path& file) {
+    std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    if (fs::is_directory(status))
+        fail(file, "It is a folder");
+    if (fs::exists(status) && !fs::is_regular_file(status))
+        fail(file, "It is not a regular file");
+    return fs::exists(status) ? fs::canonical(file, error) : file;
+}
+
+// Whether a new file of that name now holds the bytes. A full disk may speak up only on closing.
+bool writeNew(const std::string& name, std::string_view bytes) {
+    const int descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    std::FILE* file = descriptor < 0 ? nullptr : fdopen(descriptor, "wb");
+    if (file == nullptr)
+        return false;
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    const int writeError = errno;
+    const bool closed = std::fclose(file) == 0;
+    if (!written)
+        errno = writeError;
+    return written && closed;
+}
+
+} // namespace
+
+void writeWholeFile(const std::filesystem::path& file, std::string_view bytes) {
+    const fs::path target = replaceable(file);
+    const std::string partial = target.string() + "." + std::to_string(getpid()) + ".partial";
+    unlink(partial.c_str()); // left by an ended process of the same number
+    if (writeNew(partial, bytes) && std::rename(partial.c_str(), target.c_str()) == 0)
+        return;
+    const std::string why = std::strerror(errno);
+    unlink(partial.c_str());
+    fail(file, why);
+}
+
+} // namespace tarnwick

@@ -1,0 +1,20 @@
+// Files that appear whole or not at all.
+#pragma once
+
+#include <filesystem>
+#include <stdexcept>
+#include <string_view>
+
+namespace tarnwick {
+
+// A file could not be written; what() is one sentence that names it.
+struct WholeFileError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// Writes `bytes` as `file`: under another name in the same folder first, then renamed, so that a
+// reader finds the old bytes or the new ones. What a link leads to is replaced, not the link.
+// Throws WholeFileError; also when `file` is there and is no regular file. Blocks.
+void writeWholeFile(const std::filesystem::path& file, std::string_view bytes);
+
+} // namespace tarnwick

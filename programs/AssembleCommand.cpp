@@ -1,0 +1,20 @@
+// tarnwick assemble: the whole program that an episode becomes.
+#include "TarnwickCore/ShaderAssembler.h"
+#include "programs/Command.h"
+#include "programs/SourceFile.h"
+
+namespace tarnwick {
+
+static Status assemble(const Arguments& arguments) {
+    const std::string episode = sourceText(arguments.operand("episode"));
+    print(ShaderAssembler::assemble(episode).source);
+    return Status::done;
+}
+
+const Command assembleCommand{.name = "assemble",
+                              .operands = "EPISODE",
+                              .summary = "Prints the program that the episode becomes.",
+                              .options = {},
+                              .run = assemble};
+
+} // namespace tarnwick

@@ -1,0 +1,42 @@
+// tarnwick check: what the compiler finds in an episode.
+#include "TarnwickCore/ShaderAssembler.h"
+#include "TarnwickMSL/Compile.h"
+#include "TarnwickRender/ShaderError.h"
+#include "programs/Command.h"
+#include "programs/Findings.h"
+#include "programs/SourceFile.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarnwick {
+
+static Status check(const Arguments& arguments) {
+    const std::string_view path = arguments.operand("episode");
+    const AssembledShader shader = ShaderAssembler::assemble(sourceText(path));
+    const msl::Compilation compilation = msl::compile(shader.source);
+    const ShaderError findings =
+        compilation.failed
+            ? compilerError(shader, compilation.messages)
+            : ShaderError(compilation.messages, DiagnosticParser::parse(compilation.messages));
+    print(arguments.has("--json") ? findingsJSON(path, findings.diagnostics, findings.raw)
+                                  : findingsText(path, findings.diagnostics));
+    const bool isExplained =
+        std::any_of(findings.diagnostics.begin(), findings.diagnostics.end(),
+                    [](const Diagnostic& finding) { return finding.severity == Severity::error; });
+    if (compilation.failed && !isExplained)
+        failure(std::string(path) + " does not compile: " + findings.raw);
+    return compilation.failed ? Status::failed : Status::done;
+}
+
+static constexpr std::array<Option, 1> checkOptions{
+    {{"--json", "", "as JSON, with the compiler's own text"}}};
+
+const Command checkCommand{
+    .name = "check",
+    .operands = "EPISODE",
+    .summary = "Prints what the compiler finds, as EPISODE:line:column: severity: message.",
+    .options = checkOptions,
+    .run = check};
+
+} // namespace tarnwick

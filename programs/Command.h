@@ -1,0 +1,29 @@
+// The subcommands, one a file; main.cpp holds the table of them.
+#pragma once
+
+#include "programs/Arguments.h"
+#include "programs/CommandError.h"
+
+#include <span>
+#include <string_view>
+
+namespace tarnwick {
+
+struct Command {
+    std::string_view name;
+    std::string_view operands; // in the help: "EPISODE"
+    std::string_view summary;  // one sentence
+    std::span<const Option> options;
+    Status (*run)(const Arguments& arguments);
+    // Passes its words on as they are: `run` gets them as operands, "--help" among them.
+    bool passesWordsOn = false;
+};
+
+extern const Command assembleCommand;
+extern const Command checkCommand;
+extern const Command devicesCommand;
+extern const Command mslCommand;
+extern const Command saverCommand;
+extern const Command stillCommand;
+
+} // namespace tarnwick

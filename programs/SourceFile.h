@@ -1,0 +1,14 @@
+// Files that the command line names.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tarnwick {
+
+// The text of `path`, a regular file or a pipe. Throws CommandError, whose sentence names the path,
+// when it is missing, a folder, longer than 8 MiB or no UTF-8 text; no more is read than it takes
+// to know.
+std::string sourceText(std::string_view path);
+
+} // namespace tarnwick

@@ -1,0 +1,117 @@
+// tarnwick still: one frame of an episode as a PNG file.
+#include "TarnwickCore/Numbers.h"
+#include "TarnwickRender/StillRenderer.h"
+#include "programs/Command.h"
+#include "programs/Findings.h"
+#include "programs/SourceFile.h"
+#include "programs/StillValues.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+namespace tarnwick {
+namespace {
+
+struct PixelSize {
+    std::int64_t width = 1280, height = 720;
+};
+
+PixelSize sizeOf(const Arguments& arguments) {
+    const auto given = arguments.value("--size");
+    if (!given)
+        return {};
+    constexpr std::int64_t widest = 16384; // of any device's pictures
+    const std::size_t cross = std::min(given->find('x'), given->size());
+    const auto width = integerOf(given->substr(0, cross));
+    const auto height = integerOf(given->substr(std::min(cross + 1, given->size())));
+    auto fits = [](std::optional<std::int64_t> side) {
+        return side && *side >= 1 && *side <= widest;
+    };
+    if (!fits(width) || !fits(height))
+        misuse("--size wants WIDTHxHEIGHT, each from 1 to " + std::to_string(widest) +
+               " pixels, not " + quoted(*given) + ".");
+    return {.width = *width, .height = *height};
+}
+
+double timeOf(const Arguments& arguments) {
+    const auto given = arguments.value("--time");
+    const std::optional<double> time = given ? doubleOf(*given) : 10;
+    if (!time || !std::isfinite(*time) || *time < 0)
+        misuse("--time wants a number of seconds from 0 on, not " + quoted(*given) + ".");
+    return *time;
+}
+
+// Without a number of its own, the one that a saver of 30 frames a second would have.
+std::uint32_t frameOf(const Arguments& arguments, double time) {
+    constexpr double greatest = std::numeric_limits<std::uint32_t>::max();
+    const auto given = arguments.value("--frame");
+    if (!given)
+        return static_cast<std::uint32_t>(std::min(time * 30, greatest));
+    const auto frame = integerOf(*given);
+    if (!frame || static_cast<double>(*frame) > greatest)
+        misuse("--frame wants a whole number from 0 to 4294967295, not " + quoted(*given) + ".");
+    return static_cast<std::uint32_t>(*frame);
+}
+
+std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
+                                               gpu::Device& device) {
+    try {
+        return ShaderProgram::compile(episode, device, ShaderProgram::pixelFormat);
+    } catch (const ShaderError& error) {
+        const std::string findings = findingsText(path, error.diagnostics);
+        std::fputs(findings.c_str(), stderr);
+        failure(std::string(path) + " does not compile" +
+                (findings.empty() ? ": " + error.raw : "."));
+    }
+}
+
+Status still(const Arguments& arguments) {
+    const std::string_view path = arguments.operand("episode");
+    const auto out = arguments.value("-o");
+    if (!out || out->empty())
+        misuse("-o OUT.png is missing: where to write the picture.");
+    const PixelSize size = sizeOf(arguments);
+    const double time = timeOf(arguments);
+    const std::uint32_t frame = frameOf(arguments, time);
+    const std::string episode = sourceText(path);
+    const std::vector<ParamDecl> params = ParamParser::parse(episode);
+    const ParamValues settings = settingsOf(arguments.values("--set"), params, path);
+    const auto keysPath = arguments.value("--keys");
+    const KeyframeTracks keys = keysPath ? keysOf(*keysPath, params) : KeyframeTracks{};
+    const auto device = gpu::Device::systemDefault();
+    if (!device)
+        failure("There is no device to draw with; tarnwick devices lists them.");
+    const auto program = programOf(path, episode, *device);
+    const auto picture =
+        StillRenderer::render(program, *device, size.width, size.height, static_cast<float>(time),
+                              frame, keys.values(time, settings));
+    if (!picture && program->needsRun())
+        failure("Stills of particle and grid episodes cannot be drawn yet.");
+    if (!picture)
+        failure(device->info().name + " cannot draw a picture of " + std::to_string(size.width) +
+                "x" + std::to_string(size.height) + " pixels.");
+    StillRenderer::writePNG(*picture, *out);
+    return Status::done;
+}
+
+constexpr std::array<Option, 6> stillOptions{{
+    {"-o", "OUT.png", "where to write the picture"},
+    {"--time", "SECONDS", "of the episode; 10 without it"},
+    {"--size", "WxH", "in pixels; 1280x720 without it"},
+    {"--set", "NAME=VALUE", "of a parameter; may be repeated"},
+    {"--keys", "FILE.json", "keyframes of parameters, which go before --set"},
+    {"--frame", "N", "the frame's number; 30 a second without it"},
+}};
+
+} // namespace
+
+const Command stillCommand{.name = "still",
+                           .operands = "EPISODE",
+                           .summary = "Draws one frame of the episode as a PNG file.",
+                           .options = stillOptions,
+                           .run = still};
+
+} // namespace tarnwick

@@ -1,0 +1,97 @@
+// tarnwick: checks, assembles, compiles and draws episodes from the command line.
+#include "programs/Command.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <new>
+#include <string>
+
+namespace tarnwick {
+namespace {
+
+constexpr std::array<const Command*, 6> commands{&checkCommand, &assembleCommand, &mslCommand,
+                                                 &stillCommand, &saverCommand,    &devicesCommand};
+
+std::string padded(std::string_view text, std::size_t width) {
+    return std::string(text) + std::string(text.size() < width ? width - text.size() : 1, ' ');
+}
+
+std::string programHelp() {
+    std::string help = "usage: tarnwick COMMAND ...\n\n";
+    for (const Command* command : commands)
+        help += "  " + padded(command->name, 10) + std::string(command->summary) + "\n";
+    return help + "\ntarnwick COMMAND --help says more. Status: 0 done, 1 the work failed, "
+                  "2 it cannot be asked for like this.\n";
+}
+
+std::string commandHelp(const Command& command) {
+    std::string help = "usage: tarnwick " + std::string(command.name);
+    if (!command.options.empty())
+        help += " [OPTION]...";
+    help += (command.operands.empty() ? "" : " ") + std::string(command.operands) + "\n\n" +
+            std::string(command.summary) + "\n";
+    if (!command.options.empty())
+        help += "\n";
+    for (const Option& option : command.options)
+        help += "  " + padded(std::string(option.name) + " " + std::string(option.value), 20) +
+                std::string(option.help) + "\n";
+    return help;
+}
+
+bool asksForHelp(std::span<const char* const> words) {
+    for (const std::string_view word : words) {
+        if (word == "--")
+            return false;
+        if (word == "--help" || word == "-h")
+            return true;
+    }
+    return false;
+}
+
+Status runCommand(const Command& command, std::span<const char* const> words) {
+    if (command.passesWordsOn) {
+        std::vector<const char*> operands{"--"};
+        operands.insert(operands.end(), words.begin(), words.end());
+        return command.run(Arguments({}, operands));
+    }
+    if (asksForHelp(words)) {
+        print(commandHelp(command));
+        return Status::done;
+    }
+    return command.run(Arguments(command.options, words));
+}
+
+Status runProgram(std::span<const char* const> words) {
+    if (words.empty())
+        misuse("No command is given; tarnwick --help lists them.");
+    const std::string_view name = words[0];
+    if (name == "--help" || name == "-h" || name == "help") {
+        print(programHelp());
+        return Status::done;
+    }
+    const auto command = std::find_if(commands.begin(), commands.end(),
+                                      [&](const Command* known) { return known->name == name; });
+    if (command == commands.end())
+        misuse(quoted(name) + " is not a command; tarnwick --help lists them.");
+    return runCommand(**command, words.subspan(1));
+}
+
+} // namespace
+} // namespace tarnwick
+
+int main(int count, char** words) {
+    using namespace tarnwick;
+    try {
+        const std::span<const char* const> all(words, static_cast<std::size_t>(count));
+        return static_cast<int>(runProgram(all.subspan(all.empty() ? 0 : 1)));
+    } catch (const CommandError& error) {
+        std::fprintf(stderr, "tarnwick: %s\n", error.what());
+        return static_cast<int>(error.status);
+    } catch (const std::bad_alloc&) {
+        std::fprintf(stderr, "tarnwick: There is not enough memory.\n");
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "tarnwick: %s\n", error.what());
+    }
+    return static_cast<int>(Status::failed);
+}

@@ -1,0 +1,148 @@
+#include "TarnwickRender/ShaderProgram.h"
+#include "TarnwickRender/ShaderRun.h"
+#include "TarnwickRender/StillRenderer.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+using namespace tarnwick;
+
+namespace {
+
+const std::string plain = "float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {\n"
+                          "    return float4(uv, 0.0, 1.0);\n}\n";
+const std::string particles =
+    "// @particles 1000\n"
+    "struct Particle { float2 at; float2 speed; float age; };\n"
+    "Particle spawn(uint id, constant Params& p) { return Particle{float2(id), float2(0), 0}; }\n"
+    "void update(thread Particle& q, uint id, constant Uniforms& u, constant Params& p) {\n"
+    "    q.at += q.speed * u.timeDelta;\n}\n"
+    "float3 place(Particle q, constant Uniforms& u, constant Params& p) {\n"
+    "    return float3(q.at, 0.01);\n}\n"
+    "float4 ink(Particle q, float2 at, constant Uniforms& u, constant Params& p) {\n"
+    "    return float4(1.0 - length(at));\n}\n"
+    "float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Trails trails) {\n"
+    "    return trails.at(uv);\n}\n";
+const std::string grid =
+    "// @grid 8\n"
+    "struct Vertex { float4 position [[position]]; float height; };\n"
+    "Vertex corner(float2 grid, constant Uniforms& u, constant Params& p) {\n"
+    "    return Vertex{float4(grid * 2.0 - 1.0, 0.5, 1.0), grid.x};\n}\n"
+    "float4 shade(Vertex v, constant Uniforms& u, constant Params& p) {\n"
+    "    return float4(v.height);\n}\n"
+    "float4 background(float2 uv, constant Uniforms& u, constant Params& p) {\n"
+    "    return float4(0.1);\n}\n";
+
+struct Programs : testing::Test {
+    std::shared_ptr<gpu::Device> device = gpu::Device::systemDefault();
+
+    void SetUp() override {
+        if (!device)
+            GTEST_SKIP() << "No device to draw with.";
+    }
+
+    std::shared_ptr<const ShaderProgram> program(const std::string& episode) {
+        return ShaderProgram::compile(episode, *device, ShaderProgram::pixelFormat);
+    }
+
+    // What a pass that `encode` fills leaves in one pixel cleared to blue: blue, green, red, alpha.
+    std::array<int, 4> drawn(const std::function<void(gpu::RenderCommandEncoder&)>& encode) {
+        const auto target = device->newTexture({.usage = {.renderTarget = true}});
+        const auto queue = device->newCommandQueue();
+        auto commands = queue->commandBuffer();
+        auto encoder = commands->renderCommandEncoder({.color = {.texture = target.get(),
+                                                                 .load = gpu::LoadAction::clear,
+                                                                 .clear = {.blue = 1}}});
+        encode(*encoder);
+        encoder->endEncoding();
+        commands->commit();
+        commands->waitUntilCompleted();
+        EXPECT_EQ(commands->status(), gpu::CommandBufferStatus::completed);
+        std::array<std::uint8_t, 4> pixel{};
+        target->getBytes(pixel.data(), 4, {.width = 1, .height = 1}, 0);
+        return {pixel[0], pixel[1], pixel[2], pixel[3]};
+    }
+};
+
+} // namespace
+
+TEST_F(Programs, ofAPlainEpisodeNeedNothingBesideTheirPipeline) {
+    const auto made = program("// @param x 1 0 2\n" + plain);
+    EXPECT_EQ(made->params(), (std::vector<ParamDecl>{{"x", 1, 0, 2, ""}}));
+    EXPECT_FALSE(made->needsRun() || made->usesInputs() || made->hasSound());
+    EXPECT_EQ(made->particleCount() + made->particleStride() + made->gridSize(), 0);
+    EXPECT_FALSE(ShaderRun::make(made, *device, 8, 8));
+}
+
+TEST_F(Programs, measureTheParticleAsTheGPULaysItOut) {
+    const auto made = program(particles);
+    EXPECT_EQ(made->particleCount(), 1000);
+    EXPECT_EQ(made->particleStride(), 24); // two float2 and a float, aligned to 8
+    EXPECT_TRUE(made->needsRun() && !made->isMesh());
+}
+
+TEST_F(Programs, ofAGridEpisodeHaveTheirMesh) {
+    const auto made = program(grid);
+    EXPECT_EQ(made->gridSize(), 8);
+    ASSERT_NE(made->mesh(), nullptr);
+    EXPECT_NE(made->mesh()->background, nullptr);
+    EXPECT_EQ(program(grid.substr(0, grid.find("float4 background")))->mesh()->background, nullptr);
+}
+
+TEST_F(Programs, haveASoundPipelineWhereSoundIsDefined) {
+    EXPECT_TRUE(program(plain + "float2 sound(float t, constant Params& p) { return sin(t); }\n")
+                    ->hasSound());
+}
+
+TEST_F(Programs, drawNothingWithoutTheRunThatTheyNeed) {
+    const TWUniforms uniforms{.resolution = {1, 1}};
+    for (const std::string& episode : {particles, grid}) {
+        const auto made = program(episode);
+        const auto pixel = drawn([&](auto& encoder) { made->draw(encoder, uniforms, {}); });
+        EXPECT_EQ(pixel, (std::array{255, 0, 0, 255}));
+    }
+}
+
+TEST_F(Programs, giveInputsOrSilenceAndBlack) {
+    const auto made =
+        program("float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {\n"
+                "    return float4(in.audio.x, in.channel(1, uv).x, in.channel(2, uv).x\n"
+                "                  + in.previous(uv).x + in.band(0.5), in.channel(0, uv).w);\n}\n");
+    EXPECT_TRUE(made->usesInputs());
+    const TWUniforms uniforms{.resolution = {1, 1}};
+    EXPECT_EQ(drawn([&](auto& encoder) { made->draw(encoder, uniforms, {}); }),
+              (std::array{0, 0, 0, 0}));
+    const auto white = device->newTexture({.format = gpu::PixelFormat::rgba8Unorm});
+    const std::array<std::uint8_t, 4> bytes{255, 255, 255, 255};
+    white->replace({.width = 1, .height = 1}, 0, bytes.data(), 4);
+    const ShaderInputs inputs{.audio = {1, 0, 0, 0}, .channels = {white.get(), nullptr, nullptr}};
+    EXPECT_EQ(drawn([&](auto& encoder) { made->draw(encoder, uniforms, {}, nullptr, &inputs); }),
+              (std::array{0, 0, 255, 255}));
+}
+
+TEST_F(Programs, throwTheCompilersFindings) {
+    try {
+        program(plain + "float x = ;\n");
+        FAIL() << "The episode compiles.";
+    } catch (const ShaderError& error) {
+        ASSERT_FALSE(error.diagnostics.empty());
+        EXPECT_EQ(error.diagnostics[0].line, 4);
+        EXPECT_EQ(error.diagnostics[0].severity, Severity::error);
+        EXPECT_NE(error.raw.find("shader.metal:4:"), std::string::npos);
+    }
+}
+
+TEST_F(Programs, thatLackAFunctionSayWhichTheirKindDefines) {
+    for (const auto& [episode, header] :
+         {std::pair{"// @particles 5\n" + plain, "a particle episode defines:\n"},
+          std::pair{"// @grid 5\n" + plain, "a vertex episode defines:\n"}}) {
+        try {
+            program(episode);
+            FAIL() << "The episode compiles.";
+        } catch (const ShaderError& error) {
+            ASSERT_FALSE(error.diagnostics.empty());
+            EXPECT_TRUE(error.diagnostics.back().message.starts_with(header));
+        }
+    }
+}

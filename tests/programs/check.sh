@@ -1,0 +1,20 @@
+# Findings bear the episode's own name and lines; status 1 where one is an error.
+. "$PROMISES/promises.sh"
+episode >good.metal
+"$TARNWICK" check good.metal >out 2>err || complain 'a good episode fails' check good.metal
+have ! -s out -a ! -s err
+(episode && echo 'float x = y;') >bad.metal
+"$TARNWICK" check bad.metal >out 2>err && complain 'a bad episode passes' check bad.metal
+grep -q "^bad.metal:6:11: error: use of undeclared identifier 'y'" out ||
+    complain 'no finding in line 6' check bad.metal
+echo '// nothing' >empty.metal
+"$TARNWICK" check empty.metal >out 2>err && complain 'an empty episode passes' check empty.metal
+grep -q '^empty.metal:0:[0-9]*: error: .*shade' out || complain 'shade is not missed' check
+echo '// @grid 4' >grid.metal
+"$TARNWICK" check grid.metal >out 2>err
+grep -q '^grid.metal:0:0: note: a vertex episode defines:$' out || complain 'no hint' check
+"$TARNWICK" check bad.metal --json >out 2>err
+for word in '"episode": "bad.metal"' '"severity": "error"' '"line": 6' '"column": 11' '"text": '; do
+    grep -q "$word" out || complain "no $word" check --json
+done
+finish

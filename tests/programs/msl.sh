@@ -1,0 +1,27 @@
+# Any file compiles, not only episodes; its entry points are listed or written.
+. "$PROMISES/promises.sh"
+cat >two.metal <<'TEXT'
+#include <metal_stdlib>
+using namespace metal;
+kernel void twice(device float* a [[buffer(0)]], constant float& by [[buffer(3)]],
+                  uint i [[thread_position_in_grid]]) { a[i] *= by; }
+fragment float4 red() { return float4(1, 0, 0, 1); }
+TEXT
+expect 0 '^kernel twice, ' msl two.metal
+grep -q 'binding 0: buffer(0), storage buffer.*written' out || complain 'no buffer(0)' msl
+grep -q 'buffer(3), uniform buffer, 4 bytes' out || complain 'no buffer(3)' msl
+grep -q '^fragment red, ' out || complain 'no red' msl
+expect 0 '^fragment red, ' msl two.metal --entry red -o red.spv
+spirv-val --target-env vulkan1.3 red.spv || complain 'red.spv is not valid' msl
+expect 2 'no entry point "blue", but kernel twice, fragment red' msl two.metal --entry blue
+expect 2 'entry says which' msl two.metal -o two.spv
+have ! -e two.spv
+echo 'float x = y;' >bad.metal
+expect 1 "^bad.metal:1:11: error: use of undeclared identifier 'y'" msl bad.metal
+"$TARNWICK" msl --batch two.metal bad.metal missing.metal >out 2>err
+[ $? = 1 ] || complain 'status is not 1' msl --batch
+grep -q '^two.metal: ok: kernel twice, fragment red$' out || complain 'no line of two.metal' msl
+grep -q '^bad.metal: failed: bad.metal:1:11: error: ' out || complain 'no line of bad.metal' msl
+grep -q '^missing.metal: failed: ' out || complain 'no line of missing.metal' msl
+[ "$(wc -l <out)" = 3 ] || complain 'not a line a file' msl --batch
+finish

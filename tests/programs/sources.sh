@@ -1,0 +1,17 @@
+# A file that is no text of reasonable length is refused in one sentence that names it.
+. "$PROMISES/promises.sh"
+mkdir folder
+head -c 100000 "$TARNWICK" >binary
+printf 'float x;\0' >zero
+printf 'float \377 x;' >latin
+yes '// one hundred megabytes of text' | head -c 100000000 >long.metal
+for command in check assemble msl; do
+    expect 2 '^tarnwick: missing.metal cannot be read: No such file or directory.$' $command missing.metal
+    expect 2 '^tarnwick: folder is a folder' $command folder
+    for file in binary zero latin; do
+        expect 2 "^tarnwick: $file is not text in UTF-8.$" $command $file
+    done
+    expect 2 '^tarnwick: long.metal is longer than the 8 MiB' $command long.metal
+    expect 2 '^tarnwick: /dev/zero is longer than the 8 MiB' $command /dev/zero
+done
+finish

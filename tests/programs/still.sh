@@ -1,0 +1,17 @@
+# A still shows the episode with the values that it was given.
+. "$PROMISES/promises.sh"
+episode >e.metal
+"$TARNWICK" devices >out 2>err || exit 77
+# The same call gives the same file.
+expect 0 '' still e.metal -o a.png --size 64x48
+expect 0 '' still e.metal -o b.png --size=64x48 --time 3 --frame 7
+cmp -s a.png b.png || complain 'two stills of a still episode differ' still
+expect 0 '' still e.metal -o c.png --size 64x48 --set red=0.5 --set green=0x1p-2
+cmp -s a.png c.png && complain '--set changes nothing' still
+echo '{"tracks":{"red":[{"time":0,"value":0,"ease":"linear"},{"time":4,"value":1,"ease":"hold"}],
+ "gone":[{"time":0,"value":0,"ease":"hold"}]}}' >keys.json
+expect 0 '' still e.metal -o d.png --size 64x48 --keys keys.json --time 2 --set green=0.25
+cmp -s c.png d.png || complain 'keys do not give the value at the time' still
+file c.png 2>/dev/null | grep -q '64 x 48' || head -c 24 c.png | tail -c 8 |
+    od -An -tu1 | grep -q '0 *0 *0 *64 *0 *0 *0 *48' || complain 'not 64 by 48' still
+finish
