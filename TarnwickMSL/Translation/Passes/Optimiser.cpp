@@ -6,6 +6,7 @@
 #include <llvm/IR/Module.h>
 #include <llvm/Passes/PassBuilder.h>
 #include <llvm/TargetParser/Triple.h>
+#include <llvm/Transforms/IPO/GlobalOpt.h>
 #include <llvm/Transforms/InstCombine/InstCombine.h>
 #include <llvm/Transforms/Scalar/ADCE.h>
 #include <llvm/Transforms/Scalar/DeadStoreElimination.h>
@@ -33,7 +34,7 @@ struct Optimiser::Managers {
     FunctionAnalysisManager functions;
     CGSCCAnalysisManager components;
     ModuleAnalysisManager modules;
-    FunctionPassManager light, full, unroll, finish;
+    FunctionPassManager light, full, unroll, finish, tidy;
 };
 
 // No lookup tables (they would be arrays in memory), no sinking (it merges calls that differ in
@@ -91,6 +92,9 @@ Optimiser::Optimiser(Module& module) : managers_(std::make_unique<Managers>()) {
     addFully(all.full);
     addUnrolling(all.unroll);
     addFinish(all.finish);
+    all.tidy.addPass(EarlyCSEPass());
+    all.tidy.addPass(ADCEPass());
+    all.tidy.addPass(simplifyBranches());
 }
 
 Optimiser::~Optimiser() = default;
@@ -109,6 +113,16 @@ void Optimiser::unrollLoops(Function& function) {
 
 void Optimiser::finish(Function& function) {
     managers_->finish.run(function, managers_->functions);
+}
+
+void Optimiser::tidy(Function& function) {
+    forget(function);
+    managers_->tidy.run(function, managers_->functions);
+}
+
+void Optimiser::foldInitialisers(Module& module) {
+    GlobalOptPass().run(module, managers_->modules);
+    managers_->functions.clear();
 }
 
 bool Optimiser::hasShortLoops(Function& function) {

@@ -18,6 +18,8 @@ class Optimiser {
     void clean(llvm::Function& function);        // and the combining of instructions
     void unrollLoops(llvm::Function& function);  // those with a small constant number of rounds
     void finish(llvm::Function& function);       // once, for a function that has everything in it
+    void tidy(llvm::Function& function);         // after a step that leaves dead code behind
+    void foldInitialisers(llvm::Module& module); // of constants that need code to be made
 
     // Whether some loop runs a constant number of times that is small enough to unroll.
     bool hasShortLoops(llvm::Function& function);

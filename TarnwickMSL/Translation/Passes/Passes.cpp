@@ -6,12 +6,20 @@
 #include "TarnwickMSL/Translation/Passes/Comparisons.h"
 #include "TarnwickMSL/Translation/Passes/Cut.h"
 #include "TarnwickMSL/Translation/Passes/Dump.h"
+#include "TarnwickMSL/Translation/Passes/Form.h"
+#include "TarnwickMSL/Translation/Passes/Handles.h"
 #include "TarnwickMSL/Translation/Passes/Inlining.h"
+#include "TarnwickMSL/Translation/Passes/Legalise.h"
 #include "TarnwickMSL/Translation/Passes/LoopBudget.h"
 #include "TarnwickMSL/Translation/Passes/Optimiser.h"
+#include "TarnwickMSL/Translation/Passes/Pointers.h"
 #include "TarnwickMSL/Translation/Passes/Structure.h"
 #include "TarnwickMSL/Translation/Passes/Wrapper.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
+
+#ifndef NDEBUG
+#include "TarnwickBase/Precondition.h"
+#endif
 
 #include <llvm/IR/Module.h>
 
@@ -47,6 +55,8 @@ void prepare(Module& module, const std::vector<EntrySignature>& entries) {
         if (Function* function = module.getFunction(entry.symbol))
             roots.push_back(function);
     Optimiser optimiser(module);
+    if (module.getNamedGlobal("llvm.global_ctors"))
+        optimiser.foldInitialisers(module);
     inlineEverything(module, roots, optimiser);
     dump(module, "program", "1-prepared");
 }
@@ -54,14 +64,29 @@ void prepare(Module& module, const std::vector<EntrySignature>& entries) {
 static void optimise(ShaderModule& shader, Optimiser& optimiser) {
     Function& main = *shader.main;
     optimiser.clean(main);
+    if (expandMemoryCalls(main)) { // local records whose copies were all that kept them in memory
+        optimiser.forget(main);
+        optimiser.cleanLightly(main);
+    }
     if (optimiser.hasShortLoops(main))
         optimiser.unrollLoops(main);
     optimiser.finish(main);
     dump(shader, "2-optimised");
 }
 
+// From what LLVM's optimiser leaves to what shader code may hold.
+static void restrictCode(ShaderModule& shader, Optimiser& optimiser) {
+    Function& main = *shader.main;
+    expandMemoryCalls(main);
+    bool hasPointers = resolvePointers(main);
+    bool hasHandles = resolveHandles(shader);
+    if (hasPointers || hasHandles)
+        optimiser.tidy(main);
+}
+
 static void structureCode(ShaderModule& shader, Optimiser& optimiser) {
     normaliseFlow(*shader.main, optimiser);
+    legalise(*shader.main);
     budgetLoops(shader, optimiser);
     shader.structure = structureFlow(*shader.main, optimiser);
     dump(shader, "3-structured");
@@ -82,8 +107,12 @@ ShaderModule lower(const Module& module, const EntrySignature& entry,
     body.eraseFromParent();
     Optimiser optimiser(*shader.module);
     optimise(shader, optimiser);
+    restrictCode(shader, optimiser);
     structureCode(shader, optimiser);
     assignBindings(shader);
+#ifndef NDEBUG
+    precondition(checkForm(shader).empty(), checkForm(shader));
+#endif
     return shader;
 }
 

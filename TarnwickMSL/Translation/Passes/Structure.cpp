@@ -186,7 +186,8 @@ static void leaveFromHeader(Loop& loop, const LoopShape& shape, ArrayRef<Instruc
 static void structureLoops(Function& main, Structure& structure) {
     DominatorTree tree(main);
     LoopInfo loops(tree);
-    for (Loop* loop : reverse(loops.getLoopsInPreorder())) { // inner ones first
+    auto outerFirst = loops.getLoopsInPreorder();
+    for (Loop* loop : reverse(outerFirst)) {
         LoopShape shape = splitLoop(*loop, tree, loops);
         SmallVector<Instruction*, 8> leaving = leavingValues(*loop);
         if (!leaving.empty()) {

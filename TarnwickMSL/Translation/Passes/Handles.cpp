@@ -1,0 +1,131 @@
+#include "TarnwickMSL/Translation/Passes/Handles.h"
+
+#include "TarnwickMSL/Translation/Passes/BuiltInCalls.h"
+#include "TarnwickMSL/Translation/TranslationError.h"
+
+#include <llvm/ADT/SetVector.h>
+#include <llvm/IR/IRBuilder.h>
+#include <llvm/IR/InstIterator.h>
+#include <llvm/Transforms/Utils/BasicBlockUtils.h>
+
+namespace tarnwick::msl {
+
+using namespace llvm;
+
+using Choices = SmallSetVector<Constant*, 8>;
+
+// The constants that the value is one of; nothing where it comes from anything else.
+static bool collect(Value* value, Choices& choices, SmallPtrSetImpl<Value*>& seen) {
+    if (!seen.insert(value).second || isa<UndefValue>(value))
+        return true;
+    if (auto* constant = dyn_cast<ConstantInt>(value)) {
+        choices.insert(constant);
+        return true;
+    }
+    if (auto* select = dyn_cast<SelectInst>(value))
+        return collect(select->getTrueValue(), choices, seen) &&
+               collect(select->getFalseValue(), choices, seen);
+    if (auto* phi = dyn_cast<PHINode>(value))
+        return all_of(phi->incoming_values(),
+                      [&](Use& use) { return collect(use.get(), choices, seen); });
+    return false;
+}
+
+// "2d.f32" of msl.sample.2d.f32 against what an argument is.
+static bool fits(const TextureVariable& texture, StringRef symbol) {
+    SmallVector<StringRef, 5> words;
+    symbol.split(words, '.');
+    if (words.size() < 3)
+        return true;
+    static constexpr StringLiteral shapes[] = {"",   "buffer",   "1d",        "1d_array",
+                                               "2d", "2d_array", "2d_ms",     "2d_ms_array",
+                                               "3d", "cube",     "cube_array"};
+    if (shapes[static_cast<std::size_t>(texture.shape)] != words[2])
+        return false;
+    static constexpr StringLiteral components[] = {"", "f32", "s32", "u32"};
+    return words.size() < 4 || components[static_cast<std::size_t>(texture.component)] == words[3];
+}
+
+static Choices textureChoices(const ShaderModule& shader, CallBase& call) {
+    Choices choices;
+    SmallPtrSet<Value*, 8> seen;
+    if (collect(call.getArgOperand(0), choices, seen))
+        return choices;
+    choices.clear();
+    for (const TextureVariable& texture : shader.textures)
+        if (fits(texture, call.getCalledFunction()->getName()))
+            choices.insert(ConstantInt::get(call.getContext(), APInt(32, texture.index)));
+    return choices;
+}
+
+static Choices samplerChoices(CallBase& call) {
+    Choices choices;
+    SmallPtrSet<Value*, 8> seen;
+    if (!collect(call.getArgOperand(1), choices, seen))
+        throw TranslationError("A sampler is computed at run time.");
+    return choices;
+}
+
+// All are called, side by side, and one is taken: under a condition an implicit level of detail
+// would lack its neighbours.
+static void splitRead(CallBase& call, unsigned operand, const Choices& choices) {
+    IRBuilder<> builder(&call);
+    Value* chosen = nullptr;
+    for (Constant* choice : choices) {
+        auto* one = cast<CallBase>(builder.Insert(call.clone()));
+        one->setArgOperand(operand, choice);
+        chosen =
+            chosen ? builder.CreateSelect(builder.CreateICmpEQ(call.getArgOperand(operand), choice),
+                                          one, chosen)
+                   : one;
+    }
+    call.replaceAllUsesWith(chosen);
+    call.eraseFromParent();
+}
+
+static void splitWrite(CallBase& call, unsigned operand, const Choices& choices) {
+    for (Constant* choice : choices) {
+        IRBuilder<> builder(&call);
+        Value* isIt = builder.CreateICmpEQ(call.getArgOperand(operand), choice);
+        builder.SetInsertPoint(SplitBlockAndInsertIfThen(isIt, &call, false));
+        cast<CallBase>(builder.Insert(call.clone()))->setArgOperand(operand, choice);
+    }
+    call.eraseFromParent();
+}
+
+static void split(CallBase& call, unsigned operand, const Choices& choices) {
+    if (choices.empty())
+        throw TranslationError("A texture is used that is not among the function's arguments.");
+    if (call.getType()->isVoidTy())
+        splitWrite(call, operand, choices);
+    else
+        splitRead(call, operand, choices);
+}
+
+static bool takesSampler(StringRef name) {
+    return name.starts_with("sample") || name.starts_with("gather");
+}
+
+template <class Needs> static SmallVector<CallBase*, 8> callsThat(Function& main, Needs needs) {
+    SmallVector<CallBase*, 8> calls;
+    for (Instruction& instruction : instructions(main))
+        if (auto* call = dyn_cast<CallBase>(&instruction);
+            call && takesTexture(builtInName(*call)) && needs(*call))
+            calls.push_back(call);
+    return calls;
+}
+
+bool resolveHandles(ShaderModule& shader) {
+    auto textures = callsThat(
+        *shader.main, [](CallBase& call) { return !isa<ConstantInt>(call.getArgOperand(0)); });
+    for (CallBase* call : textures)
+        split(*call, 0, textureChoices(shader, *call));
+    auto samplers = callsThat(*shader.main, [](CallBase& call) {
+        return takesSampler(builtInName(call)) && !isa<ConstantInt>(call.getArgOperand(1));
+    });
+    for (CallBase* call : samplers)
+        split(*call, 1, samplerChoices(*call));
+    return !textures.empty() || !samplers.empty();
+}
+
+} // namespace tarnwick::msl

@@ -1,0 +1,303 @@
+#include "TarnwickMSL/Translation/Passes/Pointers.h"
+
+#include "TarnwickMSL/Translation/TranslationError.h"
+
+#include <llvm/ADT/MapVector.h>
+#include <llvm/ADT/SetVector.h>
+#include <llvm/Analysis/ValueTracking.h>
+#include <llvm/IR/GetElementPtrTypeIterator.h>
+#include <llvm/IR/IRBuilder.h>
+#include <llvm/IR/InstIterator.h>
+#include <llvm/IR/Module.h>
+#include <llvm/IR/Operator.h>
+#include <llvm/Transforms/Utils/BasicBlockUtils.h>
+
+#include <numeric>
+
+namespace tarnwick::msl {
+
+using namespace llvm;
+
+// What a phi or select of pointers has become: the number of its root, and for each root that it
+// may be how far into it, in units.
+struct Chosen {
+    Value* which = nullptr;
+    MapVector<Value*, Value*> offsets;
+};
+
+class Resolver {
+  public:
+    explicit Resolver(Function& main)
+        : main_(main), layout_(main.getParent()->getDataLayout()),
+          word_(Type::getInt32Ty(main.getContext())) {}
+
+    bool run();
+
+  private:
+    using Roots = SmallSetVector<Value*, 4>;
+
+    void collectRoots(Value* pointer, Roots& roots, SmallPtrSetImpl<Value*>& seen);
+    void collectUnit(Value* pointer, SmallPtrSetImpl<Value*>& seen);
+    Chosen chosen(Value* pointer);
+    Chosen alongGep(GEPOperator& step);
+    Chosen atRoot(Value* root, Value* offset);
+    Chosen merged(PHINode& phi);
+    Chosen merged(SelectInst& select);
+    Value* constant(std::uint64_t value) { return ConstantInt::get(word_, value); }
+    Value* rebuilt(Value* pointer, Value* base, Value* root, IRBuilder<>& builder);
+    Value* inUnits(Value* index, std::uint64_t scale, IRBuilder<>& builder);
+    void access(Instruction& user);
+    void load(LoadInst& load, Value* base, const Chosen& from);
+    void store(StoreInst& store, Value* base, const Chosen& to);
+
+    Function& main_;
+    const DataLayout& layout_;
+    Type* word_;
+    DenseMap<Value*, Chosen> known_;
+    MapVector<Value*, std::uint64_t> numbers_; // of the roots
+    Value* last_ = nullptr;                    // the base that known_ and unit_ are for
+    std::uint64_t unit_ = 0;                   // bytes
+};
+
+// Past the steps on top of it.
+static Value* baseOf(Value* pointer) {
+    while (auto* step = dyn_cast<GEPOperator>(pointer))
+        pointer = step->getPointerOperand();
+    return pointer;
+}
+
+static bool isChoice(const Value* pointer) {
+    return isa<PHINode, SelectInst>(pointer);
+}
+
+void Resolver::collectRoots(Value* pointer, Roots& roots, SmallPtrSetImpl<Value*>& seen) {
+    Value* base = baseOf(pointer);
+    if (!seen.insert(base).second || isa<UndefValue, ConstantPointerNull>(base))
+        return;
+    if (auto* phi = dyn_cast<PHINode>(base)) {
+        for (Value* incoming : phi->incoming_values())
+            collectRoots(incoming, roots, seen);
+    } else if (auto* select = dyn_cast<SelectInst>(base)) {
+        collectRoots(select->getTrueValue(), roots, seen);
+        collectRoots(select->getFalseValue(), roots, seen);
+    } else if (isa<AllocaInst, GlobalVariable>(base)) {
+        roots.insert(base);
+    } else {
+        throw TranslationError("Pointers cannot be kept in memory.");
+    }
+}
+
+// All distances must be whole units, so that an array's index stays one.
+void Resolver::collectUnit(Value* pointer, SmallPtrSetImpl<Value*>& seen) {
+    if (!seen.insert(pointer).second)
+        return;
+    if (auto* step = dyn_cast<GEPOperator>(pointer)) {
+        MapVector<Value*, APInt> scales;
+        APInt offset(32, 0);
+        if (!step->collectOffset(layout_, 32, scales, offset))
+            throw TranslationError("A pointer moves in a way that is not supported.");
+        unit_ = std::gcd(unit_, offset.abs().getZExtValue());
+        for (auto& [index, scale] : scales)
+            unit_ = std::gcd(unit_, scale.abs().getZExtValue());
+        return collectUnit(step->getPointerOperand(), seen);
+    }
+    if (auto* phi = dyn_cast<PHINode>(pointer))
+        for (Value* incoming : phi->incoming_values())
+            collectUnit(incoming, seen);
+    if (auto* select = dyn_cast<SelectInst>(pointer)) {
+        collectUnit(select->getTrueValue(), seen);
+        collectUnit(select->getFalseValue(), seen);
+    }
+}
+
+Chosen Resolver::atRoot(Value* root, Value* offset) {
+    auto [entry, isNew] = numbers_.insert({root, numbers_.size()});
+    Chosen result{.which = constant(entry->second), .offsets = {}};
+    result.offsets[root] = offset;
+    return result;
+}
+
+Value* Resolver::inUnits(Value* index, std::uint64_t scale, IRBuilder<>& builder) {
+    Value* wide = builder.CreateSExtOrTrunc(index, word_);
+    return builder.CreateMul(wide, constant(scale / unit_));
+}
+
+Chosen Resolver::alongGep(GEPOperator& step) {
+    Chosen from = chosen(step.getPointerOperand());
+    MapVector<Value*, APInt> scales;
+    APInt offset(32, 0);
+    step.collectOffset(layout_, 32, scales, offset);
+    auto* instruction = dyn_cast<Instruction>(&step);
+    IRBuilder<> builder(instruction ? instruction : main_.getEntryBlock().getTerminator());
+    auto unit = static_cast<std::int64_t>(unit_);
+    Value* moved = constant(static_cast<std::uint64_t>(offset.getSExtValue() / unit));
+    for (auto& [index, scale] : scales)
+        moved = builder.CreateAdd(
+            moved, inUnits(index, static_cast<std::uint64_t>(scale.getSExtValue()), builder));
+    for (auto& [root, before] : from.offsets)
+        before = builder.CreateAdd(before, moved);
+    return from;
+}
+
+// The value where all agree that are not undefined.
+static Value* simplified(PHINode* phi) {
+    Value* same = nullptr;
+    for (Value* incoming : phi->incoming_values()) {
+        if (isa<UndefValue>(incoming) || incoming == phi)
+            continue;
+        if (!isa<Constant>(incoming) || (same && same != incoming))
+            return phi;
+        same = incoming;
+    }
+    return same ? same : phi;
+}
+
+Chosen Resolver::merged(PHINode& phi) {
+    Roots roots;
+    SmallPtrSet<Value*, 8> seen;
+    collectRoots(&phi, roots, seen);
+    IRBuilder<> builder(&phi);
+    Chosen result{.which = builder.CreatePHI(word_, phi.getNumIncomingValues()), .offsets = {}};
+    for (Value* root : roots)
+        result.offsets[root] = builder.CreatePHI(word_, phi.getNumIncomingValues());
+    known_[&phi] = result;
+    for (unsigned n = 0; n < phi.getNumIncomingValues(); ++n) {
+        Chosen from = chosen(phi.getIncomingValue(n));
+        cast<PHINode>(result.which)->addIncoming(from.which, phi.getIncomingBlock(n));
+        for (auto& [root, offset] : result.offsets) {
+            Value* there = from.offsets.lookup(root);
+            cast<PHINode>(offset)->addIncoming(there ? there : UndefValue::get(word_),
+                                               phi.getIncomingBlock(n));
+        }
+    }
+    result.which = simplified(cast<PHINode>(result.which));
+    for (auto& [root, offset] : result.offsets)
+        offset = simplified(cast<PHINode>(offset));
+    return result;
+}
+
+Chosen Resolver::merged(SelectInst& select) {
+    Chosen yes = chosen(select.getTrueValue()), no = chosen(select.getFalseValue());
+    IRBuilder<> builder(&select);
+    Chosen result{.which = builder.CreateSelect(select.getCondition(), yes.which, no.which),
+                  .offsets = {}};
+    result.offsets = no.offsets;
+    for (auto& [root, offset] : yes.offsets) {
+        Value*& there = result.offsets[root];
+        there = there ? builder.CreateSelect(select.getCondition(), offset, there) : offset;
+    }
+    return result;
+}
+
+Chosen Resolver::chosen(Value* pointer) {
+    if (auto found = known_.find(pointer); found != known_.end())
+        return found->second;
+    Chosen result;
+    if (auto* phi = dyn_cast<PHINode>(pointer))
+        result = merged(*phi);
+    else if (auto* select = dyn_cast<SelectInst>(pointer))
+        result = merged(*select);
+    else if (auto* step = dyn_cast<GEPOperator>(pointer))
+        result = alongGep(*step);
+    else if (isa<UndefValue, ConstantPointerNull>(pointer))
+        result.which = UndefValue::get(word_);
+    else
+        result = atRoot(pointer, constant(0));
+    return known_[pointer] = result;
+}
+
+// The steps from `base` to `pointer` again, from one root.
+Value* Resolver::rebuilt(Value* pointer, Value* base, Value* root, IRBuilder<>& builder) {
+    if (pointer == base) {
+        Value* offset = chosen(base).offsets[root];
+        if (auto* number = dyn_cast<ConstantInt>(offset); number && number->isZero())
+            return root;
+        auto bits = static_cast<unsigned>(unit_) * 8;
+        Type* unit = unit_ <= 4 && std::has_single_bit(unit_)
+                         ? static_cast<Type*>(builder.getIntNTy(bits))
+                         : ArrayType::get(builder.getInt8Ty(), unit_);
+        return builder.CreateGEP(unit, root, offset);
+    }
+    auto* step = cast<GetElementPtrInst>(pointer);
+    Value* inner = rebuilt(step->getPointerOperand(), base, root, builder);
+    auto* copy = cast<GetElementPtrInst>(builder.Insert(step->clone()));
+    copy->setOperand(0, inner);
+    return copy;
+}
+
+void Resolver::load(LoadInst& load, Value* base, const Chosen& from) {
+    IRBuilder<> builder(&load);
+    Value* result = nullptr;
+    for (auto& [root, offset] : from.offsets) {
+        Value* pointer = rebuilt(load.getPointerOperand(), base, root, builder);
+        Value* one = builder.CreateAlignedLoad(load.getType(), pointer, load.getAlign());
+        Value* isIt = builder.CreateICmpEQ(from.which, constant(numbers_.lookup(root)));
+        result = result ? builder.CreateSelect(isIt, one, result) : one;
+    }
+    load.replaceAllUsesWith(result ? result : UndefValue::get(load.getType()));
+}
+
+// Another invocation may see a buffer, so a store that is not meant must not happen there.
+void Resolver::store(StoreInst& store, Value* base, const Chosen& to) {
+    for (auto& [root, offset] : to.offsets) {
+        IRBuilder<> builder(&store);
+        if (to.offsets.size() > 1) {
+            Value* isIt = builder.CreateICmpEQ(to.which, constant(numbers_.lookup(root)));
+            builder.SetInsertPoint(SplitBlockAndInsertIfThen(isIt, &store, false));
+        }
+        Value* pointer = rebuilt(store.getPointerOperand(), base, root, builder);
+        builder.CreateAlignedStore(store.getValueOperand(), pointer, store.getAlign());
+    }
+}
+
+void Resolver::access(Instruction& user) {
+    Value* pointer = getLoadStorePointerOperand(&user);
+    if (auto* call = dyn_cast<CallBase>(&user))
+        pointer = call->getArgOperand(0);
+    Value* base = baseOf(pointer);
+    Roots roots;
+    SmallPtrSet<Value*, 8> seen;
+    collectRoots(base, roots, seen);
+    if (base != last_) {
+        last_ = base;
+        unit_ = 0;
+        seen.clear();
+        collectUnit(base, seen);
+        unit_ = std::max<std::uint64_t>(1, unit_);
+        known_.clear();
+    }
+    Chosen to = chosen(base);
+    if (auto* reading = dyn_cast<LoadInst>(&user)) {
+        load(*reading, base, to);
+    } else if (auto* writing = dyn_cast<StoreInst>(&user)) {
+        store(*writing, base, to);
+    } else {
+        if (to.offsets.size() != 1)
+            throw TranslationError("An atomic value is chosen at run time.");
+        IRBuilder<> builder(&user);
+        user.setOperand(0, rebuilt(pointer, base, to.offsets.front().first, builder));
+        return;
+    }
+    user.eraseFromParent();
+}
+
+bool Resolver::run() {
+    SmallVector<Instruction*, 8> users;
+    for (Instruction& instruction : instructions(main_)) {
+        Value* pointer = getLoadStorePointerOperand(&instruction);
+        if (auto* call = dyn_cast<CallBase>(&instruction))
+            if (call->arg_size() > 0 && call->getArgOperand(0)->getType()->isPointerTy())
+                pointer = call->getArgOperand(0);
+        if (pointer && isChoice(baseOf(pointer)))
+            users.push_back(&instruction);
+    }
+    for (Instruction* user : users)
+        access(*user);
+    return !users.empty();
+}
+
+bool resolvePointers(Function& main) {
+    return Resolver(main).run();
+}
+
+} // namespace tarnwick::msl
