@@ -1,0 +1,137 @@
+#include "TarnwickMSL/Translation/FrontEnd/Attributes.h"
+
+#include <clang/AST/Attr.h>
+#include <clang/AST/Decl.h>
+#include <clang/AST/Expr.h>
+#include <clang/Sema/ParsedAttr.h>
+#include <clang/Sema/Sema.h>
+
+#include <array>
+
+namespace tarnwick::msl {
+namespace {
+
+using clang::ParsedAttr;
+using clang::ParsedAttrInfo;
+using Spelling = ParsedAttrInfo::Spelling;
+
+constexpr llvm::StringRef prefix = "msl:";
+
+constexpr std::array words = {
+    // arguments of entry points and members of their records
+    "buffer", "texture", "sampler", "threadgroup", "stage_in", "attribute", "user", "color",
+    "depth", "stencil", "position", "point_size", "clip_distance", "flat", "center_perspective",
+    "center_no_perspective", "centroid_perspective", "centroid_no_perspective",
+    "sample_perspective", "sample_no_perspective", "invariant", "shared", "id", "index",
+    "raster_order_group", "function_constant",
+    // built-in values
+    "vertex_id", "instance_id", "base_vertex", "base_instance", "amplification_id",
+    "amplification_count", "point_coord", "front_facing", "sample_id", "sample_mask",
+    "primitive_id", "barycentric_coord", "viewport_array_index", "render_target_array_index",
+    "thread_position_in_grid", "thread_position_in_threadgroup", "thread_index_in_threadgroup",
+    "threadgroup_position_in_grid", "threads_per_grid", "threads_per_threadgroup",
+    "threadgroups_per_grid", "thread_index_in_simdgroup", "simdgroup_index_in_threadgroup",
+    "threads_per_simdgroup", "simdgroups_per_threadgroup", "grid_size", "grid_origin",
+    "dispatch_threads_per_threadgroup", "thread_execution_width",
+    // functions
+    "vertex", "fragment", "kernel", "early_fragment_tests", "max_total_threads_per_threadgroup",
+    "host_name", "visible", "stitchable"};
+
+// The tags, each as Clang's parser meets it: Metal's words in brackets, the token pass's own words
+// (msl_vertex ...) in GNU's form.
+template <std::size_t... I> constexpr auto spellings(std::index_sequence<I...>) {
+    return std::array{Spelling{ParsedAttr::AS_CXX11, words[I]}...,
+                      Spelling{ParsedAttr::AS_GNU, "msl_vertex"},
+                      Spelling{ParsedAttr::AS_GNU, "msl_fragment"},
+                      Spelling{ParsedAttr::AS_GNU, "msl_kernel"},
+                      Spelling{ParsedAttr::AS_GNU, "msl_device"},
+                      Spelling{ParsedAttr::AS_GNU, "msl_threadgroup"}};
+}
+constexpr auto allSpellings = spellings(std::make_index_sequence<words.size()>());
+
+void reportError(clang::Sema& sema, clang::SourceLocation at, const char* message,
+                 llvm::StringRef word) {
+    clang::DiagnosticsEngine& diagnostics = sema.getDiagnostics();
+    const unsigned id =
+        diagnostics.getDiagnosticIDs()->getCustomDiagID(clang::DiagnosticIDs::Error, message);
+    sema.Diag(at, id) << word;
+}
+
+class MetalAttributeInfo : public ParsedAttrInfo {
+  public:
+    MetalAttributeInfo() {
+        OptArgs = 1;
+        Spellings = allSpellings;
+    }
+
+    AttrHandling handleDeclAttribute(clang::Sema& sema, clang::Decl* declaration,
+                                     const ParsedAttr& attribute) const override {
+        std::string tag = (prefix + attribute.getAttrName()->getName()).str();
+        if (attribute.getNumArgs() > 0 && !appendArgument(sema, attribute, tag))
+            return AttributeNotApplied;
+        declaration->addAttr(
+            clang::BTFDeclTagAttr::CreateImplicit(sema.Context, tag, attribute.getRange()));
+        return AttributeApplied;
+    }
+
+  private:
+    // Adds ":4" or ":name" to the tag.
+    static bool appendArgument(clang::Sema& sema, const ParsedAttr& attribute, std::string& tag) {
+        llvm::StringRef word = attribute.getAttrName()->getName();
+        if (attribute.isArgIdent(0)) {
+            tag += (":" + attribute.getArgAsIdent(0)->Ident->getName()).str();
+            return true;
+        }
+        const clang::Expr* argument = attribute.getArgAsExpr(0)->IgnoreParenImpCasts();
+        if (const auto* text = llvm::dyn_cast<clang::StringLiteral>(argument)) {
+            tag += (":" + text->getString()).str();
+            return true;
+        }
+        clang::Expr::EvalResult value;
+        if (argument->isValueDependent() || !argument->EvaluateAsInt(value, sema.Context)) {
+            reportError(sema, argument->getBeginLoc(),
+                        "'%0' attribute requires an integer constant", word);
+            return false;
+        }
+        if (value.Val.getInt().isNegative() || value.Val.getInt().getActiveBits() > 16) {
+            reportError(sema, argument->getBeginLoc(), "'%0' attribute parameter is out of bounds",
+                        word);
+            return false;
+        }
+        tag.append(":").append(llvm::toString(value.Val.getInt(), 10));
+        return true;
+    }
+};
+
+} // namespace
+
+void registerAttributes() {
+    static clang::ParsedAttrInfoRegistry::Add<MetalAttributeInfo> registration(
+        "metal", "attributes of the Metal Shading Language");
+}
+
+std::vector<MetalAttribute> metalAttributes(const clang::Decl& declaration) {
+    std::vector<MetalAttribute> found;
+    for (const auto* tag : declaration.specific_attrs<clang::BTFDeclTagAttr>()) {
+        llvm::StringRef text = tag->getBTFDeclTag();
+        if (!text.consume_front(prefix))
+            continue;
+        auto [word, argument] = text.split(':');
+        MetalAttribute attribute{.word = word.str(), .index = 0, .hasIndex = false, .text = ""};
+        attribute.hasIndex = !argument.empty() && !argument.getAsInteger(10, attribute.index);
+        if (!attribute.hasIndex)
+            attribute.text = argument.str();
+        found.push_back(std::move(attribute));
+    }
+    return found;
+}
+
+std::optional<MetalAttribute> metalAttribute(const clang::Decl& declaration,
+                                             const std::string& word) {
+    for (MetalAttribute& attribute : metalAttributes(declaration))
+        if (attribute.word == word)
+            return std::move(attribute);
+    return std::nullopt;
+}
+
+} // namespace tarnwick::msl

@@ -1,0 +1,452 @@
+#include "TarnwickMSL/Translation/FrontEnd/Entries.h"
+
+#include "TarnwickMSL/Translation/FrontEnd/Attributes.h"
+
+#include <clang/AST/Attr.h>
+#include <clang/AST/DeclTemplate.h>
+#include <clang/AST/GlobalDecl.h>
+#include <clang/AST/RecordLayout.h>
+#include <clang/Basic/Diagnostic.h>
+#include <clang/CodeGen/CodeGenABITypes.h>
+#include <clang/CodeGen/ModuleBuilder.h>
+#include <llvm/IR/GlobalValue.h>
+#include <llvm/IR/Type.h>
+#include <llvm/Support/raw_ostream.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+namespace tarnwick::msl {
+namespace {
+
+using clang::QualType;
+
+constexpr std::array<std::string_view, 33> builtIns = {"vertex_id",
+                                                       "instance_id",
+                                                       "base_vertex",
+                                                       "base_instance",
+                                                       "amplification_id",
+                                                       "amplification_count",
+                                                       "position",
+                                                       "point_coord",
+                                                       "front_facing",
+                                                       "sample_id",
+                                                       "sample_mask",
+                                                       "primitive_id",
+                                                       "barycentric_coord",
+                                                       "viewport_array_index",
+                                                       "render_target_array_index",
+                                                       "color",
+                                                       "thread_position_in_grid",
+                                                       "thread_position_in_threadgroup",
+                                                       "thread_index_in_threadgroup",
+                                                       "threadgroup_position_in_grid",
+                                                       "threads_per_grid",
+                                                       "threads_per_threadgroup",
+                                                       "threadgroups_per_grid",
+                                                       "thread_index_in_simdgroup",
+                                                       "simdgroup_index_in_threadgroup",
+                                                       "threads_per_simdgroup",
+                                                       "simdgroups_per_threadgroup",
+                                                       "grid_size",
+                                                       "grid_origin",
+                                                       "dispatch_threads_per_threadgroup",
+                                                       "thread_execution_width",
+                                                       "point_size",
+                                                       "clip_distance"};
+
+constexpr std::array<std::pair<std::string_view, Interpolation>, 7> interpolations = {
+    {{"flat", Interpolation::flat},
+     {"center_perspective", Interpolation::centerPerspective},
+     {"center_no_perspective", Interpolation::centerNoPerspective},
+     {"centroid_perspective", Interpolation::centroidPerspective},
+     {"centroid_no_perspective", Interpolation::centroidNoPerspective},
+     {"sample_perspective", Interpolation::samplePerspective},
+     {"sample_no_perspective", Interpolation::sampleNoPerspective}}};
+
+// Attributes of a record's member or a result that name what it is to the pipeline.
+constexpr std::array<std::string_view, 16> memberWords = {"position",
+                                                          "point_size",
+                                                          "clip_distance",
+                                                          "color",
+                                                          "depth",
+                                                          "stencil",
+                                                          "sample_mask",
+                                                          "attribute",
+                                                          "render_target_array_index",
+                                                          "viewport_array_index",
+                                                          "point_coord",
+                                                          "front_facing",
+                                                          "primitive_id",
+                                                          "barycentric_coord",
+                                                          "sample_id",
+                                                          "instance_id"};
+
+template <class Table> bool holds(const Table& table, std::string_view word) {
+    return std::find(table.begin(), table.end(), word) != table.end();
+}
+
+class EntryReader {
+  public:
+    explicit EntryReader(clang::ASTContext& context) : context(context) {}
+
+    void readFrom(clang::Decl* declaration);
+    std::vector<Entry> entries;
+
+  private:
+    clang::ASTContext& context;
+
+    void error(clang::SourceLocation at, const char* message, llvm::StringRef first = "",
+               llvm::StringRef second = "") {
+        clang::DiagnosticsEngine& diagnostics = context.getDiagnostics();
+        const unsigned id =
+            diagnostics.getDiagnosticIDs()->getCustomDiagID(clang::DiagnosticIDs::Error, message);
+        diagnostics.Report(at, id) << first << second;
+    }
+    static llvm::StringRef stageName(Stage stage) {
+        return stage == Stage::vertex ? "vertex" : stage == Stage::fragment ? "fragment" : "kernel";
+    }
+
+    void readFunction(const clang::FunctionDecl& function);
+    void readArgument(const clang::ParmVarDecl& parameter, EntrySignature& signature);
+    bool readResource(const clang::ParmVarDecl& parameter, Argument& argument);
+    bool readTexture(const clang::ClassTemplateSpecializationDecl& texture, Argument& argument);
+    void readPointee(QualType pointee, Argument& argument);
+    bool readBuiltIn(const clang::ParmVarDecl& parameter, EntrySignature& signature,
+                     Argument& argument);
+    void readResult(const clang::FunctionDecl& function, EntrySignature& signature);
+    std::vector<StageValue> members(const clang::RecordDecl& record, bool isInput);
+    bool shape(QualType type, StageValue& value) const;
+    std::optional<Scalar> scalar(QualType type) const;
+    void numberResources(EntrySignature& signature);
+};
+
+std::optional<Scalar> EntryReader::scalar(QualType type) const {
+    const auto* builtIn = type.getCanonicalType()->getAs<clang::BuiltinType>();
+    if (!builtIn)
+        return std::nullopt;
+    switch (builtIn->getKind()) {
+    case clang::BuiltinType::Bool:
+        return Scalar::bool_;
+    case clang::BuiltinType::Char_S:
+    case clang::BuiltinType::SChar:
+        return Scalar::int8;
+    case clang::BuiltinType::UChar:
+        return Scalar::uint8;
+    case clang::BuiltinType::Short:
+        return Scalar::int16;
+    case clang::BuiltinType::UShort:
+        return Scalar::uint16;
+    case clang::BuiltinType::Int:
+        return Scalar::int32;
+    case clang::BuiltinType::UInt:
+        return Scalar::uint32;
+    case clang::BuiltinType::Half:
+        return Scalar::half;
+    case clang::BuiltinType::Float:
+        return Scalar::float_;
+    default:
+        return std::nullopt;
+    }
+}
+
+bool EntryReader::shape(QualType type, StageValue& value) const {
+    if (const auto* array = context.getAsConstantArrayType(type)) {
+        value.index = static_cast<std::uint32_t>(array->getZExtSize());
+        type = array->getElementType();
+    }
+    if (const auto* vector = type->getAs<clang::VectorType>()) {
+        value.width = vector->getNumElements();
+        type = vector->getElementType();
+    }
+    auto found = scalar(type);
+    if (!found)
+        return false;
+    value.scalar = *found;
+    return true;
+}
+
+std::vector<StageValue> EntryReader::members(const clang::RecordDecl& record, bool isInput) {
+    std::vector<StageValue> values;
+    if (record.isInvalidDecl() || !record.isCompleteDefinition())
+        return values;
+    const clang::ASTRecordLayout& layout = context.getASTRecordLayout(&record);
+    for (const clang::FieldDecl* field : record.fields()) {
+        StageValue value;
+        value.name = field->getName().str();
+        value.offset = layout.getFieldOffset(field->getFieldIndex()) / 8;
+        if (!shape(field->getType(), value)) {
+            error(field->getLocation(),
+                  isInput ? "invalid type %0 for a stage_in member"
+                          : "invalid type %0 for a returned member",
+                  "'" + field->getType().getAsString() + "'");
+            continue;
+        }
+        const bool isInteger = value.scalar != Scalar::float_ && value.scalar != Scalar::half;
+        if (isInteger)
+            value.interpolation = Interpolation::flat;
+        for (const MetalAttribute& attribute : metalAttributes(*field)) {
+            for (const auto& [word, interpolation] : interpolations)
+                if (attribute.word == word)
+                    value.interpolation = interpolation;
+            if (attribute.word == "user")
+                value.name = attribute.text;
+            if (holds(memberWords, attribute.word)) {
+                value.attribute = attribute.word;
+                if (attribute.hasIndex)
+                    value.index = attribute.index;
+            }
+        }
+        values.push_back(std::move(value));
+    }
+    return values;
+}
+
+void EntryReader::readPointee(QualType pointee, Argument& argument) {
+    if (!pointee->isIncompleteType()) {
+        argument.elementBytes =
+            static_cast<std::uint64_t>(context.getTypeSizeInChars(pointee).getQuantity());
+        argument.elementAlign =
+            static_cast<std::uint64_t>(context.getTypeAlignInChars(pointee).getQuantity());
+    }
+}
+
+bool EntryReader::readTexture(const clang::ClassTemplateSpecializationDecl& texture,
+                              Argument& argument) {
+    static constexpr std::array<std::pair<std::string_view, TextureShape>, 9> shapes = {
+        {{"1d", TextureShape::d1},
+         {"1d_array", TextureShape::d1Array},
+         {"2d", TextureShape::d2},
+         {"2d_array", TextureShape::d2Array},
+         {"2d_ms", TextureShape::d2Multisample},
+         {"2d_ms_array", TextureShape::d2MultisampleArray},
+         {"3d", TextureShape::d3},
+         {"cube", TextureShape::cube},
+         {"cube_array", TextureShape::cubeArray}}};
+    llvm::StringRef name = texture.getName();
+    argument.isDepth = name.consume_front("depth");
+    if (!argument.isDepth && !name.consume_front("texture"))
+        return false;
+    for (const auto& [text, known] : shapes)
+        if (std::string_view(name) == text)
+            argument.shape = known;
+    if (name == "_buffer")
+        argument.shape = TextureShape::buffer;
+    if (argument.shape == TextureShape::none)
+        return false;
+    argument.kind = ArgumentKind::texture;
+    const QualType component = texture.getTemplateArgs()[0].getAsType();
+    argument.component = component->isFloatingType()        ? TextureComponent::float_
+                         : component->isSignedIntegerType() ? TextureComponent::int_
+                                                            : TextureComponent::uint_;
+    // enum class access { sample, read, write, read_write }
+    const std::int64_t access = texture.getTemplateArgs()[1].getAsIntegral().getExtValue();
+    argument.isRead = access != 2;
+    argument.isWritten = access >= 2;
+    return true;
+}
+
+// Textures, samplers, buffers and threadgroup memory.
+bool EntryReader::readResource(const clang::ParmVarDecl& parameter, Argument& argument) {
+    const QualType type = parameter.getType();
+    if (type->isPointerType() || type->isReferenceType()) {
+        argument.kind = ArgumentKind::buffer;
+        argument.isReference = type->isReferenceType();
+        const bool isThreadgroup = metalAttribute(parameter, "msl_threadgroup").has_value();
+        argument.space = isThreadgroup                             ? AddressSpace::threadgroup
+                         : metalAttribute(parameter, "msl_device") ? AddressSpace::device
+                                                                   : AddressSpace::constant;
+        if (isThreadgroup)
+            argument.kind = ArgumentKind::threadgroup;
+        else if (argument.space == AddressSpace::constant &&
+                 !type->getPointeeType().isConstQualified()) {
+            error(parameter.getLocation(),
+                  "pointer and reference arguments of entry points must be in the device, "
+                  "constant or threadgroup address space");
+        }
+        readPointee(type->getPointeeType(), argument);
+        return true;
+    }
+    const auto* record = type->getAsCXXRecordDecl();
+    if (!record)
+        return false;
+    if (record->getName() == "sampler" &&
+        !llvm::isa<clang::ClassTemplateSpecializationDecl>(record)) {
+        argument.kind = ArgumentKind::sampler;
+        return true;
+    }
+    const auto* made = llvm::dyn_cast<clang::ClassTemplateSpecializationDecl>(record);
+    if (!made)
+        return false;
+    if (made->getName() == "array") {
+        const auto* element = made->getTemplateArgs()[0].getAsType()->getAsCXXRecordDecl();
+        const auto* texture =
+            llvm::dyn_cast_if_present<clang::ClassTemplateSpecializationDecl>(element);
+        argument.count =
+            static_cast<std::uint32_t>(made->getTemplateArgs()[1].getAsIntegral().getZExtValue());
+        return texture && readTexture(*texture, argument);
+    }
+    return readTexture(*made, argument);
+}
+
+bool EntryReader::readBuiltIn(const clang::ParmVarDecl& parameter, EntrySignature&,
+                              Argument& argument) {
+    for (const MetalAttribute& attribute : metalAttributes(parameter)) {
+        if (!holds(builtIns, attribute.word))
+            continue;
+        StageValue value;
+        value.name = parameter.getName().str();
+        value.attribute = attribute.word;
+        value.index = attribute.index;
+        if (!shape(parameter.getType(), value))
+            return false;
+        argument.kind = ArgumentKind::builtIn;
+        argument.values.push_back(std::move(value));
+        return true;
+    }
+    return false;
+}
+
+void EntryReader::readArgument(const clang::ParmVarDecl& parameter, EntrySignature& signature) {
+    Argument argument;
+    argument.name = parameter.getName().str();
+    argument.index = ~0u; // numbered below where the source does not say
+    for (const char* word : {"buffer", "texture", "sampler", "threadgroup"})
+        if (auto attribute = metalAttribute(parameter, word); attribute && attribute->hasIndex)
+            argument.index = attribute->index;
+    const auto* record = parameter.getType()->getAsCXXRecordDecl();
+    if (metalAttribute(parameter, "stage_in")) {
+        argument.kind = ArgumentKind::stageIn;
+        argument.index = 0;
+        if (!record)
+            error(parameter.getLocation(), "invalid type %0 for a stage_in argument",
+                  "'" + parameter.getType().getAsString() + "'");
+        else
+            argument.values = members(*record, true);
+    } else if (readBuiltIn(parameter, signature, argument)) {
+        argument.index = 0;
+    } else if (!readResource(parameter, argument)) {
+        error(parameter.getLocation(), "invalid type %0 for input declaration in a %1 function",
+              "'" + parameter.getType().getAsString() + "'", stageName(signature.stage));
+    }
+    signature.arguments.push_back(std::move(argument));
+}
+
+// Gives arguments without an index the lowest free one of their kind, in order.
+void EntryReader::numberResources(EntrySignature& signature) {
+    for (Argument& argument : signature.arguments) {
+        if (argument.index != ~0u)
+            continue;
+        std::uint32_t free = 0;
+        auto isTaken = [&](const Argument& other) {
+            return other.kind == argument.kind && other.index != ~0u && other.index <= free &&
+                   free < other.index + other.count;
+        };
+        while (std::any_of(signature.arguments.begin(), signature.arguments.end(), isTaken))
+            ++free;
+        argument.index = free;
+    }
+}
+
+void EntryReader::readResult(const clang::FunctionDecl& function, EntrySignature& signature) {
+    const QualType type = function.getReturnType();
+    if (type->isVoidType())
+        return;
+    if (signature.stage == Stage::kernel) {
+        error(function.getLocation(), "kernel must have void return type");
+        return;
+    }
+    StageValue value;
+    if (shape(type, value)) {
+        value.attribute = signature.stage == Stage::vertex ? "position" : "color";
+        signature.results.push_back(std::move(value));
+        return;
+    }
+    const auto* record = type->getAsCXXRecordDecl();
+    if (!record) {
+        error(function.getLocation(), "invalid return type %0 for %1 function",
+              "'" + type.getAsString() + "'", stageName(signature.stage));
+        return;
+    }
+    signature.resultIsRecord = true;
+    signature.results = members(*record, false);
+    const bool hasPosition =
+        std::any_of(signature.results.begin(), signature.results.end(),
+                    [](const StageValue& v) { return v.attribute == "position"; });
+    if (signature.stage == Stage::vertex && !hasPosition)
+        error(function.getLocation(),
+              "invalid return type %0 for vertex function: no member has the 'position' attribute",
+              "'" + type.getAsString() + "'");
+}
+
+void EntryReader::readFunction(const clang::FunctionDecl& function) {
+    EntrySignature signature;
+    bool isEntry = false;
+    for (const MetalAttribute& attribute : metalAttributes(function)) {
+        llvm::StringRef word = attribute.word;
+        word.consume_front("msl_");
+        if (word == "early_fragment_tests")
+            signature.earlyFragmentTests = true;
+        if (word != "vertex" && word != "fragment" && word != "kernel")
+            continue;
+        isEntry = true;
+        signature.stage = word == "vertex"     ? Stage::vertex
+                          : word == "fragment" ? Stage::fragment
+                                               : Stage::kernel;
+    }
+    if (!isEntry || !function.isThisDeclarationADefinition() || function.isInvalidDecl())
+        return;
+    signature.name = function.getNameAsString();
+    for (const clang::ParmVarDecl* parameter : function.parameters())
+        readArgument(*parameter, signature);
+    numberResources(signature);
+    readResult(function, signature);
+    entries.push_back({&function, std::move(signature)});
+}
+
+void EntryReader::readFrom(clang::Decl* declaration) {
+    if (const auto* function = llvm::dyn_cast<clang::FunctionDecl>(declaration))
+        readFunction(*function);
+    else if (auto* space = llvm::dyn_cast<clang::NamespaceDecl>(declaration))
+        for (clang::Decl* inner : space->decls())
+            readFrom(inner);
+    else if (auto* linkage = llvm::dyn_cast<clang::LinkageSpecDecl>(declaration))
+        for (clang::Decl* inner : linkage->decls())
+            readFrom(inner);
+}
+
+} // namespace
+
+std::vector<Entry> readEntries(clang::ASTContext& context,
+                               const std::vector<clang::Decl*>& program) {
+    EntryReader reader(context);
+    for (clang::Decl* declaration : program)
+        reader.readFrom(declaration);
+    return std::move(reader.entries);
+}
+
+void completeEntries(std::vector<Entry>& entries, clang::CodeGenerator& generator) {
+    for (Entry& entry : entries) {
+        entry.signature.symbol =
+            llvm::cast<llvm::GlobalValue>(
+                generator.GetAddrOfGlobal(clang::GlobalDecl(entry.function), false))
+                ->getName()
+                .str();
+        for (std::size_t i = 0; i < entry.signature.arguments.size(); ++i) {
+            Argument& argument = entry.signature.arguments[i];
+            if (argument.kind != ArgumentKind::buffer && argument.kind != ArgumentKind::threadgroup)
+                continue;
+            const QualType pointee =
+                entry.function->getParamDecl(static_cast<unsigned>(i))->getType()->getPointeeType();
+            if (pointee->isIncompleteType())
+                continue;
+            llvm::raw_string_ostream out(argument.elementType);
+            clang::CodeGen::convertTypeForMemory(generator.CGM(), pointee)->print(out, false, true);
+        }
+    }
+}
+
+} // namespace tarnwick::msl

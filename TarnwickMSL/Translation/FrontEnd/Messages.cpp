@@ -1,0 +1,61 @@
+#include "TarnwickMSL/Translation/FrontEnd/Messages.h"
+
+#include "TarnwickMSL/Translation/FrontEnd/LibraryText.h"
+
+#include <clang/Basic/SourceManager.h>
+
+namespace tarnwick::msl {
+
+using Level = clang::DiagnosticsEngine::Level;
+
+void Messages::BeginSourceFile(const clang::LangOptions& language,
+                               const clang::Preprocessor* preprocessor) {
+    options = new clang::DiagnosticOptions;
+    options->ShowPresumedLoc = 1; // the names that #line gives
+    options->ShowCarets = 1;
+    text = std::make_unique<clang::TextDiagnostic>(out, language, options.get(), preprocessor);
+}
+
+void Messages::EndSourceFile() {
+    flushWithheld();
+    text.reset();
+}
+
+void Messages::flushWithheld() {
+    if (!withheld.empty())
+        out << "program_source: " << (withheldLevel == Level::Warning ? "warning: " : "error: ")
+            << withheld << '\n';
+    withheld.clear();
+}
+
+void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic) {
+    DiagnosticConsumer::HandleDiagnostic(level, diagnostic); // counts
+    llvm::SmallString<256> message;
+    diagnostic.FormatDiagnostic(message);
+    if (!diagnostic.hasSourceManager() || !diagnostic.getLocation().isValid() || !text) {
+        out << (level == Level::Warning ? "warning: " : "error: ") << message << '\n';
+        return;
+    }
+    clang::SourceManager& sources = diagnostic.getSourceManager();
+    const clang::FullSourceLoc at(diagnostic.getLocation(), sources);
+    const bool isLibrary = isLibraryFile(sources.getFilename(sources.getExpansionLoc(at)));
+    if (level == Level::Note) {
+        if (isLibrary)
+            return;
+        if (!withheld.empty()) {
+            text->emitDiagnostic(at, withheldLevel, withheld, {}, {});
+            withheld.clear();
+            return;
+        }
+    } else {
+        flushWithheld();
+        if (isLibrary) {
+            withheld = message.str().str();
+            withheldLevel = level;
+            return;
+        }
+    }
+    text->emitDiagnostic(at, level, message, diagnostic.getRanges(), diagnostic.getFixItHints());
+}
+
+} // namespace tarnwick::msl

@@ -1,0 +1,142 @@
+#include "TarnwickMSL/Translation/FrontEnd/Rules.h"
+
+#include "TarnwickMSL/Translation/FrontEnd/LibraryText.h"
+
+#include <clang/AST/RecursiveASTVisitor.h>
+#include <clang/Basic/SourceManager.h>
+#include <llvm/ADT/DenseMap.h>
+#include <llvm/ADT/DenseSet.h>
+#include <llvm/ADT/MapVector.h>
+
+namespace tarnwick::msl {
+namespace {
+
+using clang::DiagnosticsEngine;
+
+struct Call {
+    const clang::FunctionDecl* callee;
+    clang::SourceLocation at;
+};
+
+class RuleChecker : public clang::RecursiveASTVisitor<RuleChecker> {
+  public:
+    explicit RuleChecker(clang::ASTContext& context) : context(context) {}
+
+    bool shouldVisitTemplateInstantiations() const { return true; }
+    bool shouldVisitImplicitCode() const { return false; }
+
+    bool TraverseFunctionDecl(clang::FunctionDecl* function) {
+        return inside(function,
+                      [&] { return RecursiveASTVisitor::TraverseFunctionDecl(function); });
+    }
+    bool TraverseCXXMethodDecl(clang::CXXMethodDecl* method) {
+        return inside(method, [&] { return RecursiveASTVisitor::TraverseCXXMethodDecl(method); });
+    }
+    bool TraverseCXXConstructorDecl(clang::CXXConstructorDecl* method) {
+        return inside(method,
+                      [&] { return RecursiveASTVisitor::TraverseCXXConstructorDecl(method); });
+    }
+
+    bool VisitCallExpr(clang::CallExpr* call);
+    bool VisitCXXConstructExpr(clang::CXXConstructExpr* made) {
+        note(made->getConstructor(), made->getBeginLoc());
+        return true;
+    }
+    bool VisitVarDecl(clang::VarDecl* variable);
+    bool VisitFieldDecl(clang::FieldDecl* field) {
+        checkType(field->getType(), field->getLocation());
+        return true;
+    }
+    void reportRecursion();
+
+  private:
+    clang::ASTContext& context;
+    const clang::FunctionDecl* current = nullptr;
+    llvm::MapVector<const clang::FunctionDecl*, std::vector<Call>> calls;
+
+    template <class F> bool inside(clang::FunctionDecl* function, F traverse) {
+        const clang::FunctionDecl* outer = std::exchange(current, function->getCanonicalDecl());
+        const bool goesOn = traverse();
+        current = outer;
+        return goesOn;
+    }
+    void report(clang::SourceLocation at, const char* message, llvm::StringRef name = "") {
+        DiagnosticsEngine& diagnostics = context.getDiagnostics();
+        const unsigned id =
+            diagnostics.getDiagnosticIDs()->getCustomDiagID(clang::DiagnosticIDs::Error, message);
+        diagnostics.Report(at, id) << name;
+    }
+    void note(const clang::FunctionDecl* callee, clang::SourceLocation at) {
+        if (current && callee)
+            calls[current].push_back({callee->getCanonicalDecl(), at});
+    }
+    void checkType(clang::QualType type, clang::SourceLocation at) {
+        if (type->isFunctionPointerType() || type->isMemberFunctionPointerType() ||
+            type->isFunctionReferenceType())
+            report(at, "function pointers are not supported in Metal");
+    }
+    bool isUsers(clang::SourceLocation at) const {
+        const clang::SourceManager& sources = context.getSourceManager();
+        return at.isValid() &&
+               !isLibraryFile(std::string_view(sources.getFilename(sources.getExpansionLoc(at))));
+    }
+};
+
+bool RuleChecker::VisitCallExpr(clang::CallExpr* call) {
+    if (const clang::FunctionDecl* callee = call->getDirectCallee())
+        note(callee, call->getBeginLoc());
+    else if (!call->isTypeDependent() &&
+             !llvm::isa<clang::CXXPseudoDestructorExpr>(call->getCallee()->IgnoreParens()))
+        report(call->getBeginLoc(), "function pointers are not supported in Metal");
+    return true;
+}
+
+bool RuleChecker::VisitVarDecl(clang::VarDecl* variable) {
+    checkType(variable->getType(), variable->getLocation());
+    const bool isConstant = variable->isConstexpr() || variable->getType().isConstQualified() ||
+                            context.getBaseElementType(variable->getType()).isConstQualified();
+    if (isConstant || variable->hasAttr<clang::SectionAttr>() ||
+        llvm::isa<clang::ParmVarDecl>(variable))
+        return true;
+    if (variable->isStaticLocal())
+        report(variable->getLocation(),
+               "static local variable '%0' must be declared in the constant address space",
+               variable->getName());
+    else if (variable->isFileVarDecl() && !variable->isStaticDataMember())
+        report(variable->getLocation(),
+               "program scope variable '%0' must reside in constant address space",
+               variable->getName());
+    return true;
+}
+
+// Depth-first over the calls; an edge back to a function that is still open closes a cycle.
+void RuleChecker::reportRecursion() {
+    llvm::DenseSet<const clang::FunctionDecl*> open, done;
+    auto visit = [&](auto&& self, const clang::FunctionDecl* function) -> void {
+        open.insert(function);
+        if (auto found = calls.find(function); found != calls.end())
+            for (const Call& call : std::vector(found->second)) {
+                if (open.contains(call.callee) && isUsers(call.at))
+                    report(call.at, "recursive function call to '%0' is not supported in Metal",
+                           call.callee->getNameAsString());
+                else if (!open.contains(call.callee) && !done.contains(call.callee))
+                    self(self, call.callee);
+            }
+        open.erase(function);
+        done.insert(function);
+    };
+    for (const auto& [function, made] : calls)
+        if (!done.contains(function))
+            visit(visit, function);
+}
+
+} // namespace
+
+void checkRules(clang::ASTContext& context, const std::vector<clang::Decl*>& program) {
+    RuleChecker checker(context);
+    for (clang::Decl* declaration : program)
+        checker.TraverseDecl(declaration);
+    checker.reportRecursion();
+}
+
+} // namespace tarnwick::msl

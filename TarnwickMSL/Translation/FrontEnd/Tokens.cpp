@@ -1,0 +1,566 @@
+#include "TarnwickMSL/Translation/FrontEnd/Tokens.h"
+
+#include "TarnwickMSL/Translation/FrontEnd/Scopes.h"
+
+#include <clang/Basic/Diagnostic.h>
+#include <clang/Lex/Preprocessor.h>
+#include <llvm/ADT/DenseMap.h>
+#include <llvm/ADT/SmallPtrSet.h>
+#include <llvm/ADT/StringSet.h>
+
+#include <array>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace tarnwick::msl {
+namespace {
+
+using clang::IdentifierInfo;
+using clang::SourceLocation;
+using clang::Token;
+namespace tok = clang::tok;
+
+// What becomes of one token: new ones before it, then itself, another kind of itself, or nothing.
+struct Edit {
+    std::vector<Token> before;
+    bool dropped = false;
+    std::vector<Token> after;
+};
+
+class TokenPass {
+  public:
+    TokenPass(clang::Preprocessor& preprocessor, std::vector<Token> tokens)
+        : preprocessor(preprocessor), tokens(std::move(tokens)), edits(this->tokens.size()),
+          scopes(this->tokens) {
+        for (const char* element :
+             {"char", "uchar", "short", "ushort", "int", "uint", "long", "ulong", "half", "float"})
+            for (const char* lanes : {"2", "3", "4"})
+                constructed.insert(word((std::string(element) + lanes).c_str()));
+        vec = word("vec");
+    }
+
+    std::vector<Token> run();
+
+  private:
+    clang::Preprocessor& preprocessor;
+    std::vector<Token> tokens;
+    std::vector<Edit> edits;
+    Scopes scopes;
+    llvm::SmallPtrSet<const IdentifierInfo*, 32> constructed; // types made by msl_make
+    llvm::SmallPtrSet<const IdentifierInfo*, 16> vectorMembers;
+    const IdentifierInfo* vec = nullptr;
+    std::size_t entryOpen = 0, entryClose = 0; // the parentheses of an entry point's arguments
+
+    IdentifierInfo* word(const char* text) { return preprocessor.getIdentifierInfo(text); }
+    bool is(std::size_t i, tok::TokenKind kind) const {
+        return i < tokens.size() && tokens[i].is(kind);
+    }
+    bool isWord(std::size_t i, llvm::StringRef text) const {
+        const IdentifierInfo* name = i < tokens.size() && !tokens[i].isAnnotation()
+                                         ? tokens[i].getIdentifierInfo()
+                                         : nullptr;
+        return name && name->getName() == text;
+    }
+    Token make(tok::TokenKind kind, SourceLocation at, IdentifierInfo* name = nullptr) const;
+    void append(std::vector<Token>& to, const char* words, SourceLocation at);
+
+    // `[first, end)` of a type that msl_make makes, where one begins at i.
+    struct TypeSpan {
+        std::size_t first = 0, end = 0;
+    };
+    std::optional<TypeSpan> constructedType(std::size_t i) const;
+
+    void learnTemplateParameters(std::size_t i);
+    void learnAlias(std::size_t i);
+    void qualifier(std::size_t i);
+    void entryPoint(std::size_t i);
+    void attributeArguments(std::size_t i);
+    void halfLiteral(std::size_t i);
+    void forbidden(std::size_t i);
+    std::size_t type(std::size_t i, TypeSpan span);
+    void callMake(std::size_t i, TypeSpan span, std::size_t open);
+    void declarators(TypeSpan span, std::size_t name);
+    void initialise(TypeSpan span, std::size_t open, bool needsEquals);
+    void memberInitialisers(std::size_t colon);
+    bool cast(std::size_t open, TypeSpan span);
+    std::size_t unaryEnd(std::size_t i) const;
+    bool hasNestedBraces(std::size_t open) const;
+    bool hasComma(std::size_t open) const;
+    void openMake(std::vector<Token>& to, TypeSpan span, SourceLocation at);
+    void dropRange(std::size_t from, std::size_t end);
+    bool looksLikeArguments(std::size_t open) const;
+};
+
+Token TokenPass::make(tok::TokenKind kind, SourceLocation at, IdentifierInfo* name) const {
+    Token token;
+    token.startToken();
+    token.setKind(kind);
+    token.setLocation(at);
+    token.setLength(1);
+    if (name)
+        token.setIdentifierInfo(name);
+    return token;
+}
+
+// Appends words and punctuation, separated by spaces, all at one place.
+void TokenPass::append(std::vector<Token>& to, const char* words, SourceLocation at) {
+    static constexpr std::array<std::pair<const char*, tok::TokenKind>, 11> punctuation{
+        {{"(", tok::l_paren},
+         {")", tok::r_paren},
+         {"<", tok::less},
+         {">", tok::greater},
+         {"=", tok::equal},
+         {"[", tok::l_square},
+         {"]", tok::r_square},
+         {",", tok::comma},
+         {"::", tok::coloncolon},
+         {"{", tok::l_brace},
+         {"}", tok::r_brace}}};
+    llvm::SmallVector<llvm::StringRef, 16> pieces;
+    llvm::StringRef(words).split(pieces, ' ', -1, false);
+    for (llvm::StringRef piece : pieces) {
+        tok::TokenKind kind = tok::unknown;
+        for (const auto& [text, known] : punctuation)
+            if (piece == text)
+                kind = known;
+        if (kind != tok::unknown) {
+            to.push_back(make(kind, at));
+        } else if (piece.front() == '"') {
+            Token text = make(tok::string_literal, at);
+            preprocessor.CreateString(piece, text, at, at);
+            to.push_back(text);
+        } else {
+            IdentifierInfo* name = preprocessor.getIdentifierInfo(piece);
+            to.push_back(make(name->getTokenID(), at, name));
+        }
+    }
+}
+
+std::optional<TokenPass::TypeSpan> TokenPass::constructedType(std::size_t i) const {
+    if (!is(i, tok::identifier) && !(i < tokens.size() && tokens[i].getIdentifierInfo()))
+        return std::nullopt;
+    const IdentifierInfo* name = tokens[i].getIdentifierInfo();
+    if (name == vec && is(i + 1, tok::less)) {
+        std::size_t close = scopes.angleEnd(i + 1);
+        if (close)
+            return TypeSpan{i, close + 1};
+        return std::nullopt;
+    }
+    if (constructed.contains(name))
+        return TypeSpan{i, i + 1};
+    return std::nullopt;
+}
+
+// The names in `template <typename T, class U, int N>`: what they stand for may be a vector.
+void TokenPass::learnTemplateParameters(std::size_t i) {
+    if (!is(i + 1, tok::less))
+        return;
+    std::size_t close = scopes.angleEnd(i + 1);
+    for (std::size_t at = i + 1; at < close; ++at)
+        if ((is(at, tok::kw_typename) || is(at, tok::kw_class)) && is(at + 1, tok::identifier))
+            constructed.insert(tokens[at + 1].getIdentifierInfo());
+}
+
+// `using Color = float4;` and `typedef float4 Color;` (also of a template's parameter).
+void TokenPass::learnAlias(std::size_t i) {
+    if (is(i, tok::kw_using) && is(i + 1, tok::identifier) && is(i + 2, tok::equal)) {
+        std::size_t at = i + 3;
+        while (is(at, tok::coloncolon) || (is(at, tok::identifier) && is(at + 1, tok::coloncolon)))
+            ++at;
+        if (auto span = constructedType(at); span && is(span->end, tok::semi))
+            constructed.insert(tokens[i + 1].getIdentifierInfo());
+    } else if (is(i, tok::kw_typedef)) {
+        std::size_t at = i + 1;
+        while (is(at, tok::coloncolon) || (is(at, tok::identifier) && is(at + 1, tok::coloncolon)))
+            ++at;
+        if (auto span = constructedType(at);
+            span && is(span->end, tok::identifier) && is(span->end + 1, tok::semi))
+            constructed.insert(tokens[span->end].getIdentifierInfo());
+    }
+}
+
+void TokenPass::dropRange(std::size_t from, std::size_t end) {
+    for (; from < end; ++from)
+        edits[from].dropped = true;
+}
+
+// `constant`, `device`, `thread` and `threadgroup`.
+void TokenPass::qualifier(std::size_t i) {
+    SourceLocation at = tokens[i].getLocation();
+    const bool isArgument = i > entryOpen && i < entryClose;
+    edits[i].dropped = true;
+    if (isWord(i, "constant")) {
+        if (!(i > 0 && is(i - 1, tok::kw_const)) && !is(i + 1, tok::kw_const))
+            append(edits[i].after, "const", at);
+    } else if (isWord(i, "device")) {
+        if (isArgument)
+            append(edits[i].after, "__attribute__ ( ( msl_device ) )", at);
+    } else if (isWord(i, "threadgroup")) {
+        if (isArgument) {
+            append(edits[i].after, "__attribute__ ( ( msl_threadgroup ) )", at);
+            return;
+        }
+        if (scopes.kindAt(i) != ScopeKind::block || scopes.parenDepthAt(i) > 0)
+            return;
+        for (std::size_t j = i + 1; j < tokens.size(); ++j) {
+            if (is(j, tok::star) || is(j, tok::amp))
+                return;
+            if (is(j, tok::semi) || is(j, tok::equal) || is(j, tok::l_square) ||
+                is(j, tok::l_paren))
+                break;
+        }
+        append(edits[i].after, "static __attribute__ ( ( section ( \"threadgroup\" ) ) )", at);
+    }
+}
+
+// `vertex`, `fragment` and `kernel`, before a declaration or as an attribute of their own.
+void TokenPass::entryPoint(std::size_t i) {
+    if (!(i > 0 && is(i - 1, tok::l_square))) {
+        if (!(i + 1 < tokens.size() && tokens[i + 1].getIdentifierInfo()) &&
+            !is(i + 1, tok::l_square) && !is(i + 1, tok::coloncolon))
+            return;
+        std::string attribute =
+            "__attribute__ ( ( msl_" + tokens[i].getIdentifierInfo()->getName().str() + " ) )";
+        append(edits[i].after, attribute.c_str(), tokens[i].getLocation());
+        edits[i].dropped = true;
+    }
+    std::size_t open = i + 1;
+    while (open < tokens.size() && !is(open, tok::l_paren) && !is(open, tok::semi))
+        ++open;
+    if (is(open, tok::l_paren)) {
+        entryOpen = open;
+        entryClose = scopes.match(open);
+    }
+}
+
+// `[[user(name)]]` and `[[depth(any)]]`: the word becomes a string.
+void TokenPass::attributeArguments(std::size_t i) {
+    std::size_t end = scopes.match(i);
+    for (std::size_t j = i + 2; j + 2 < end; ++j) {
+        if ((isWord(j, "user") || isWord(j, "depth")) && is(j + 1, tok::l_paren) &&
+            tokens[j + 2].getIdentifierInfo() && is(j + 3, tok::r_paren)) {
+            std::string text = "\"" + tokens[j + 2].getIdentifierInfo()->getName().str() + "\"";
+            append(edits[j + 2].after, text.c_str(), tokens[j + 2].getLocation());
+            edits[j + 2].dropped = true;
+        }
+    }
+}
+
+// `0.5h`, which Clang knows in OpenCL only, becomes half(0.5f).
+void TokenPass::halfLiteral(std::size_t i) {
+    std::string text = preprocessor.getSpelling(tokens[i]);
+    const bool isHex = text.size() > 1 && (text[1] == 'x' || text[1] == 'X');
+    if ((text.back() != 'h' && text.back() != 'H') || isHex)
+        return;
+    text.back() = 'f';
+    if (text.find_first_of(".eE") == std::string::npos)
+        text.insert(text.size() - 1, ".0");
+    SourceLocation at = tokens[i].getLocation();
+    Token literal = make(tok::numeric_constant, at);
+    preprocessor.CreateString(text, literal, at, at);
+    append(edits[i].before, "half (", at);
+    edits[i].before.push_back(literal);
+    append(edits[i].before, ")", at);
+    edits[i].dropped = true;
+}
+
+// The words of C++ that a shader may not use.
+void TokenPass::forbidden(std::size_t i) {
+    switch (tokens[i].getKind()) {
+    case tok::kw_double:
+    case tok::kw_goto:
+    case tok::kw_asm:
+    case tok::kw_virtual:
+    case tok::kw_dynamic_cast:
+    case tok::kw_typeid:
+    case tok::kw_thread_local:
+    case tok::kw_try:
+    case tok::kw_throw:
+        break;
+    case tok::kw_new:
+    case tok::kw_delete:
+        if (i > 0 && (is(i - 1, tok::equal) || is(i - 1, tok::kw_operator)))
+            return;
+        break;
+    default:
+        return;
+    }
+    clang::DiagnosticsEngine& diagnostics = preprocessor.getDiagnostics();
+    const unsigned id = diagnostics.getCustomDiagID(clang::DiagnosticsEngine::Error,
+                                                    "'%0' is not supported in Metal");
+    diagnostics.Report(tokens[i].getLocation(), id) << tokens[i].getIdentifierInfo()->getName();
+    if (is(i, tok::kw_try) || is(i, tok::kw_throw) || is(i, tok::kw_virtual))
+        edits[i].dropped = is(i, tok::kw_virtual);
+    if (is(i, tok::kw_double)) {
+        edits[i].dropped = true;
+        append(edits[i].after, "float", tokens[i].getLocation());
+    }
+}
+
+void TokenPass::openMake(std::vector<Token>& to, TypeSpan span, SourceLocation at) {
+    append(to, "msl_make <", at);
+    for (std::size_t i = span.first; i < span.end; ++i) {
+        if (!edits[i].dropped || edits[i].after.empty())
+            to.push_back(tokens[i]);
+        to.insert(to.end(), edits[i].after.begin(), edits[i].after.end());
+    }
+    append(to, ">", at);
+}
+
+// Whether what stands in the braces holds braces of its own, or names its members: then it is left
+// to the language's own initialisation.
+bool TokenPass::hasNestedBraces(std::size_t open) const {
+    const std::size_t close = scopes.match(open);
+    if (is(open + 1, tok::period))
+        return true;
+    for (std::size_t i = open + 1; i < close; ++i) {
+        if (is(i, tok::l_brace) && (is(i - 1, tok::comma) || is(i - 1, tok::l_brace)))
+            return true;
+        if (is(i, tok::l_paren) || is(i, tok::l_square) || is(i, tok::l_brace))
+            i = scopes.match(i);
+    }
+    return false;
+}
+
+bool TokenPass::hasComma(std::size_t open) const {
+    for (std::size_t i = open + 1; i < scopes.match(open); ++i) {
+        if (is(i, tok::comma))
+            return true;
+        if (scopes.isOpen(i))
+            i = scopes.match(i);
+    }
+    return false;
+}
+
+// `float4(...)` and `float4{...}`: the type goes into msl_make's argument, with the names before
+// it.
+void TokenPass::callMake(std::size_t i, TypeSpan span, std::size_t open) {
+    std::size_t first = span.first;
+    while (first >= 1 && is(first - 1, tok::coloncolon)) {
+        --first;
+        if (first >= 1 && is(first - 1, tok::identifier))
+            --first;
+    }
+    if (first > 0 && is(first - 1, tok::kw_typename))
+        --first;
+    openMake(edits[first].before, {first, span.end}, tokens[i].getLocation());
+    dropRange(first, span.end);
+    if (is(open, tok::l_brace)) {
+        tokens[open].setKind(tok::l_paren);
+        tokens[scopes.match(open)].setKind(tok::r_paren);
+    }
+}
+
+// `name(...)`, `name{...}` and `name = {...}` after a constructed type.
+void TokenPass::initialise(TypeSpan span, std::size_t open, bool needsEquals) {
+    if (is(open, tok::l_brace) && hasNestedBraces(open))
+        return;
+    SourceLocation at = tokens[span.first].getLocation();
+    std::size_t first = span.first;
+    while (first >= 2 && is(first - 1, tok::coloncolon) && is(first - 2, tok::identifier))
+        first -= 2;
+    if (needsEquals)
+        append(edits[open].before, "=", tokens[open].getLocation());
+    openMake(edits[open].before, {first, span.end}, at);
+    if (is(open, tok::l_brace)) {
+        tokens[scopes.match(open)].setKind(tok::r_paren);
+        tokens[open].setKind(tok::l_paren);
+    }
+}
+
+// Whether `(` opens a value's arguments rather than a function's parameters.
+bool TokenPass::looksLikeArguments(std::size_t open) const {
+    if (is(open + 1, tok::r_paren) || !is(scopes.match(open) + 1, tok::semi))
+        return false;
+    if (auto span = constructedType(open + 1))
+        return is(span->end, tok::l_paren) || is(span->end, tok::l_brace);
+    return is(open + 1, tok::numeric_constant) || is(open + 1, tok::minus);
+}
+
+void TokenPass::declarators(TypeSpan span, std::size_t name) {
+    const ScopeKind kind = scopes.kindAt(name);
+    for (;;) {
+        std::size_t next = name + 1;
+        if (kind == ScopeKind::type)
+            vectorMembers.insert(tokens[name].getIdentifierInfo());
+        if (is(next, tok::l_paren)) {
+            if (kind != ScopeKind::block && !looksLikeArguments(next))
+                return;
+            if (is(next + 1, tok::r_paren))
+                return;
+            initialise(span, next, true);
+        } else if (is(next, tok::l_brace)) {
+            initialise(span, next, true);
+        } else if (is(next, tok::equal) && is(next + 1, tok::l_brace)) {
+            initialise(span, next + 1, false);
+        }
+        // On to the next declarator, past this one's initialiser.
+        while (next < tokens.size() && !is(next, tok::comma) && !is(next, tok::semi)) {
+            if (is(next, tok::r_paren) || is(next, tok::r_brace) || is(next, tok::eof))
+                return;
+            const bool opens =
+                is(next, tok::l_paren) || is(next, tok::l_square) || scopes.isOpen(next);
+            next = opens ? scopes.match(next) + 1 : next + 1;
+        }
+        if (!is(next, tok::comma) || !is(next + 1, tok::identifier) || scopes.parenDepthAt(name))
+            return;
+        name = next + 1;
+    }
+}
+
+// Where a unary expression ends that begins at i.
+std::size_t TokenPass::unaryEnd(std::size_t i) const {
+    while (is(i, tok::minus) || is(i, tok::plus) || is(i, tok::exclaim) || is(i, tok::tilde) ||
+           is(i, tok::star) || is(i, tok::amp))
+        ++i;
+    if (is(i, tok::l_paren)) {
+        i = scopes.match(i) + 1;
+        if (is(i, tok::identifier) || is(i, tok::numeric_constant) || is(i, tok::l_paren))
+            return unaryEnd(i); // a cast of its own
+    } else {
+        ++i;
+        while (is(i, tok::coloncolon))
+            i += 2;
+        if (is(i, tok::less) && scopes.angleEnd(i) && is(scopes.angleEnd(i) + 1, tok::l_paren))
+            i = scopes.angleEnd(i) + 1;
+    }
+    for (;;) {
+        if (is(i, tok::l_paren) || is(i, tok::l_square) || is(i, tok::l_brace))
+            i = scopes.match(i) + 1;
+        else if (is(i, tok::period) || is(i, tok::arrow))
+            i += 2;
+        else if (is(i, tok::plusplus) || is(i, tok::minusminus))
+            ++i;
+        else
+            return i;
+    }
+}
+
+// `(float3)x`.
+bool TokenPass::cast(std::size_t open, TypeSpan span) {
+    const std::size_t close = span.end, operand = close + 1;
+    if (!is(close, tok::r_paren) || operand >= tokens.size())
+        return false;
+    if (open > 0 && (is(open - 1, tok::identifier) || is(open - 1, tok::r_paren) ||
+                     is(open - 1, tok::r_square) || is(open - 1, tok::kw_sizeof) ||
+                     is(open - 1, tok::kw_alignof) || is(open - 1, tok::kw_decltype) ||
+                     is(open - 1, tok::greater)))
+        return false;
+    if (!is(operand, tok::identifier) && !is(operand, tok::numeric_constant) &&
+        !is(operand, tok::l_paren) && !is(operand, tok::minus) && !constructedType(operand))
+        return false;
+    openMake(edits[open].before, span, tokens[open].getLocation());
+    append(edits[open].before, "(", tokens[open].getLocation());
+    dropRange(open, close + 1);
+    const std::size_t end = unaryEnd(operand);
+    append(edits[end - 1].after, ")", tokens[end - 1].getLocation());
+    return true;
+}
+
+// What stands at a constructed type's name decides what it is; gives the next token to look at.
+std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
+    // vec<bool, N> is a class of its own.
+    if (tokens[i].getIdentifierInfo() == vec && is(i + 2, tok::kw_bool)) {
+        append(edits[i].after, "bool_vector", tokens[i].getLocation());
+        edits[i].dropped = edits[i + 2].dropped = edits[i + 3].dropped = true;
+        return span.end;
+    }
+    const bool opens = is(span.end, tok::l_paren) || is(span.end, tok::l_brace);
+    if (opens && !(i > 0 && (is(i - 1, tok::kw_operator) || is(i - 1, tok::arrow) ||
+                             is(i - 1, tok::kw_class) || is(i - 1, tok::kw_struct) ||
+                             is(i - 1, tok::kw_typename) || is(i - 1, tok::period) ||
+                             is(i - 1, tok::tilde)))) {
+        if (scopes.kindAt(i) == ScopeKind::type && scopes.parenDepthAt(i) == 0 &&
+            is(span.end, tok::l_paren) && !scopes.isInitialiser(i))
+            return span.end; // a class's own constructor
+        if (!(is(span.end, tok::l_brace) && hasNestedBraces(span.end)))
+            callMake(i, span, span.end);
+    } else if (is(span.end, tok::identifier)) {
+        declarators(span, span.end);
+    } else if (i > 0 && is(i - 1, tok::l_paren) && is(span.end, tok::r_paren)) {
+        cast(i - 1, span);
+    } else if (i > 1 && is(i - 1, tok::less) && is(i - 2, tok::kw_static_cast) &&
+               is(span.end, tok::greater)) {
+        edits[i - 2].dropped = true;
+        append(edits[i - 2].after, "msl_make", tokens[i - 2].getLocation());
+    }
+    return span.end;
+}
+
+// `S(...) : a(x, y), b{z} { ... }`, for members that are vectors.
+void TokenPass::memberInitialisers(std::size_t colon) {
+    std::size_t i = colon + 1;
+    while (is(i, tok::identifier)) {
+        const std::size_t name = i++;
+        if (!is(i, tok::l_paren) && !is(i, tok::l_brace))
+            return;
+        const std::size_t close = scopes.match(i);
+        if (vectorMembers.contains(tokens[name].getIdentifierInfo()) && hasComma(i) &&
+            !(is(i, tok::l_brace) && hasNestedBraces(i))) {
+            SourceLocation at = tokens[name].getLocation();
+            append(edits[i].after, "msl_make < decltype (", at);
+            edits[i].after.push_back(tokens[name]);
+            append(edits[i].after, ") > (", at);
+            append(edits[close].before, ")", tokens[close].getLocation());
+        }
+        i = close + 1;
+        if (!is(i, tok::comma))
+            return;
+        ++i;
+    }
+}
+
+std::vector<Token> TokenPass::run() {
+    for (std::size_t i = 0; i < tokens.size();) {
+        const Token& token = tokens[i];
+        if (token.isAnnotation() || !token.getIdentifierInfo()) {
+            if (token.is(tok::numeric_constant))
+                halfLiteral(i);
+            else if (token.is(tok::l_square) && is(i + 1, tok::l_square))
+                attributeArguments(i);
+            else if (token.is(tok::colon) && i > 0 && is(i - 1, tok::r_paren) &&
+                     scopes.kindAt(i) != ScopeKind::block)
+                memberInitialisers(i);
+            ++i;
+            continue;
+        }
+        if (auto span = constructedType(i)) {
+            i = type(i, *span);
+            continue;
+        }
+        if (token.is(tok::kw_template))
+            learnTemplateParameters(i);
+        else if (token.is(tok::kw_using) || token.is(tok::kw_typedef))
+            learnAlias(i);
+        else if (isWord(i, "constant") || isWord(i, "device") || isWord(i, "thread") ||
+                 isWord(i, "threadgroup"))
+            qualifier(i);
+        else if (isWord(i, "vertex") || isWord(i, "fragment") || isWord(i, "kernel"))
+            entryPoint(i);
+        else
+            forbidden(i);
+        ++i;
+    }
+    std::vector<Token> result;
+    result.reserve(tokens.size() + tokens.size() / 4);
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        result.insert(result.end(), edits[i].before.begin(), edits[i].before.end());
+        if (!edits[i].dropped)
+            result.push_back(tokens[i]);
+        result.insert(result.end(), edits[i].after.begin(), edits[i].after.end());
+    }
+    return result;
+}
+
+} // namespace
+
+std::vector<Token> programTokens(clang::Preprocessor& preprocessor) {
+    std::vector<Token> tokens;
+    do {
+        preprocessor.Lex(tokens.emplace_back());
+    } while (tokens.back().isNot(tok::eof));
+    return TokenPass(preprocessor, std::move(tokens)).run();
+}
+
+} // namespace tarnwick::msl
