@@ -83,6 +83,7 @@ std::vector<const char*> compilerOptions() {
             "-fapprox-func",
             "-ffp-contract=fast",
             "-fgnuc-version=0",
+            "-fpreserve-vec3-type",
             "-nostdsysteminc",
             "-nobuiltininc",
             "-internal-isystem",
