@@ -92,19 +92,21 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {
     float3 n = normalize(float3(-slope * p.relief * 0.55, 1.0));
     float3 light = normalize(float3(-0.55, 0.65, 0.55));
     float diffuse = saturate(dot(n, light));
-    float shine = pow(saturate(dot(reflect(float3(0.0, 0.0, -1.0), n), light)), 24.0);
+    float shine = pow(saturate(dot(reflect(float3(0.0, 0.0, -1.0), n), light)), 30.0);
 
     float3 colour = mix(metalColour(0, p.hue), metalColour(1, p.hue),
                         smoothstep(0.25, 0.62, tide.height));
     float2 push = tide.second - 0.5;
-    colour = mix(colour, metalColour(2, p.hue), smoothstep(0.02, 0.22, dot(push, push) * 5.0));
+    colour = mix(colour, metalColour(2, p.hue), smoothstep(0.04, 0.40, dot(push, push) * 5.0));
     colour = mix(colour, metalColour(3, p.hue),
                  0.75 * smoothstep(0.50, 0.74, tide.first.y) * smoothstep(0.40, 0.75, tide.height));
 
-    colour *= 0.35 + 1.15 * diffuse;
-    colour += metalColour(3, p.hue) * shine * 0.55;
-    colour = 1.0 - exp(-1.5 * colour);
-    colour = pow(colour, float3(0.80));
+    // Valleys lie in their own shade; a metal's highlight has the metal's colour.
+    float open = smoothstep(0.18, 0.60, tide.height);
+    colour *= (0.10 + 1.35 * diffuse * diffuse) * (0.25 + 0.75 * open);
+    colour += (0.5 * colour + 0.5 * metalColour(3, p.hue)) * shine * 0.8 * open;
+    colour = 1.0 - exp(-2.3 * colour);
+    colour = pow(colour, float3(0.85));
     colour *= 1.0 - 0.5 * dot(uv - 0.5, uv - 0.5);
     colour += (hash(uv * u.resolution + 0.5) - 0.5) / 255.0;
     return float4(colour, 1.0);

@@ -1,7 +1,7 @@
 // Ember Silk
 //
 // @episode 1 Ember Silk
-// @still 12
+// @still 30
 // @length 60
 // @teaches Painting with distance: one falloff, sharp on one side and soft on the other, makes cloth
 // @category Quiet
@@ -16,16 +16,16 @@
 // @param warmth 0.62 0.0 1.0 From moonlight to firelight
 // @param sparks 0.6 0.0 1.0 Embers that rise through the cloth
 
-constant int veils = 5;
+constant int veils = 6;
 
 // Each veil is turned a little against the one before it. A rotation is a constant matrix of
-// columns: (cos, sin), (-sin, cos), here for about 21 degrees.
-constant float2x2 turn = float2x2(float2(0.934, 0.357), float2(-0.357, 0.934));
+// columns: (cos, sin), (-sin, cos), here for about 12 degrees.
+constant float2x2 turn = float2x2(float2(0.978, 0.208), float2(-0.208, 0.978));
 
 // Where one veil hangs and what it looks like there.
 struct Veil {
-    float height;  // of its bright edge
-    float sheen;   // how much it faces us, 0 to 1
+    float height; // of its bright edge
+    float sheen;  // how much it faces us, 0 to 1
 };
 
 Veil veilAt(float x, float t, float phase, float folds) {
@@ -33,21 +33,21 @@ Veil veilAt(float x, float t, float phase, float folds) {
     float slow = sin(x * 1.35 * folds + t * 0.31 + phase);
     float fast = sin(x * 2.85 * folds - t * 0.47 + phase * 2.3 + slow);
     Veil veil;
-    veil.height = 0.20 * slow + 0.075 * fast;
-    veil.sheen = 0.55 + 0.45 * sin(x * 0.9 + phase * 3.1 - t * 0.21);
+    veil.height = 0.19 * slow + 0.07 * fast;
+    veil.sheen = 0.50 + 0.50 * sin(x * 1.1 + phase * 3.1 - t * 0.21 + fast * 0.4);
     return veil;
 }
 
 // Light around an edge at distance d: above it a long glow, below it a quick end.
 float fold(float d) {
-    return d > 0.0 ? exp2(-6.5 * d) : exp2(70.0 * d);
+    return exp2(d > 0.0 ? -7.0 * d : 90.0 * d);
 }
 
-// Night blue through ember and gold to white-hot; `warmth` slides the whole ramp.
+// Night blue to moonlight, or ember through gold to white; `warmth` slides between the two.
 float3 ramp(float x, float warmth) {
-    float3 cold = mix(float3(0.05, 0.10, 0.24), float3(0.46, 0.66, 0.95), x);
-    float3 warm = mix(float3(0.42, 0.06, 0.05), float3(1.00, 0.62, 0.22), x);
-    return mix(cold, warm, warmth);
+    float3 cold = mix(float3(0.03, 0.09, 0.30), float3(0.40, 0.70, 1.00), x);
+    float3 warm = mix(float3(0.62, 0.07, 0.03), float3(1.00, 0.66, 0.26), x);
+    return mix(cold, warm, smoothstep(0.0, 1.0, warmth));
 }
 
 // A cheap hash without sines: the same number for the same cell on every GPU.
@@ -57,16 +57,17 @@ float hash(float2 cell) {
     return fract((q.x + q.y) * q.z);
 }
 
-// Embers: one candidate in each cell of a grid that slowly rises, most cells stay empty.
+// Embers: one candidate in each cell of a grid that slowly rises; most cells stay empty.
 float emberLight(float2 q, float t) {
-    float2 at = q * 7.0 + float2(0.25 * sin(q.y * 3.0 + t * 0.2), -t * 0.22);
+    float2 at = q * 8.0 + float2(0.3 * sin(q.y * 3.0 + t * 0.2), -t * 0.25);
     float2 cell = floor(at);
     float seed = hash(cell);
     float2 centre = 0.3 + 0.4 * float2(fract(seed * 71.7), fract(seed * 413.1));
-    float d = length(at - cell - centre);
-    float life = saturate(seed * 4.0 - 2.8);
+    float2 away = at - cell - centre;
+    float square = dot(away, away);
+    float life = saturate(seed * 5.0 - 3.9);
     float pulse = 0.5 + 0.5 * sin(t * (0.6 + seed) + seed * 40.0);
-    return life * pulse * (0.0022 / (d * d + 0.0016)) * smoothstep(0.30, 0.12, d);
+    return life * pulse * (0.0009 / (square + 0.0007)) * smoothstep(0.07, 0.0, square);
 }
 
 float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {
@@ -74,23 +75,25 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {
     float2 q = (uv - 0.5) * u.resolution / min(u.resolution.x, u.resolution.y);
     float t = u.time * p.speed;
 
-    float3 colour = mix(float3(0.012, 0.016, 0.040), float3(0.030, 0.012, 0.022), uv.y);
-    float2 at = q;
+    float3 colour = mix(float3(0.010, 0.014, 0.045), float3(0.030, 0.008, 0.020), uv.y);
+    // The first veil is turned backwards, so that the last ones stand upright across it.
+    float2 at = float2(q.x * 0.90 + q.y * 0.44, q.y * 0.90 - q.x * 0.44);
     for (int i = 0; i < veils; i++) {
         float depth = float(i) / float(veils - 1); // 0 at the back, 1 in front
         Veil veil = veilAt(at.x, t + depth * 9.0, float(i) * 1.9, p.folds);
-        float light = fold(at.y - veil.height) * veil.sheen * (0.30 + 0.45 * depth);
-        float heat = 0.25 + 0.75 * light;
-        colour += ramp(heat, mix(p.warmth - 0.35, p.warmth + 0.30, depth)) * light * light * 1.6;
-        colour += ramp(0.15, p.warmth) * light * 0.22;
+        float light = fold(at.y - veil.height + 0.12 - 0.05 * float(i)) * veil.sheen;
+        float warmth = p.warmth + 0.9 * (depth - 0.45);
+        // The body of the cloth, and the fine bright line of its edge.
+        colour += ramp(0.20 + 0.35 * light, warmth) * light * (0.20 + 0.22 * depth);
+        colour += ramp(1.0, warmth) * light * light * light * light * (0.25 + 0.55 * depth);
         at = turn * at;
     }
-    colour += ramp(0.9, p.warmth) * emberLight(q, t) * p.sparks;
+    colour += ramp(0.75, 0.4 + p.warmth) * emberLight(q, t) * p.sparks;
 
     // Highlights roll off instead of clipping, the corners rest in shade, and a little noise hides
     // the steps of 8-bit colour.
-    colour = 1.0 - exp(-1.25 * colour);
-    colour *= 1.0 - 0.45 * dot(uv - 0.5, uv - 0.5) * 2.0;
+    colour = 1.0 - exp(-1.6 * colour);
+    colour *= 1.0 - 0.9 * dot(uv - 0.5, uv - 0.5);
     colour += (hash(uv * u.resolution) - 0.5) / 255.0;
     return float4(colour, 1.0);
 }

@@ -1,7 +1,7 @@
 // Paper Lantern
 //
 // @episode 2 Paper Lantern
-// @still 6
+// @still 8
 // @length 60
 // @teaches Ray marching: distance functions, soft shadows from a lamp inside a pierced shell, shafts of light
 // @category Space
@@ -13,13 +13,15 @@
 
 // @param turn 0.25 -1.0 1.0 How fast the lantern turns
 // @param orbit 0.08 -0.5 0.5 How fast the camera circles
-// @param holes 5.0 3.0 9.0 How finely the shell is pierced
+// @param holes 8.5 4.0 14.0 How finely the shell is pierced
 // @param haze 0.55 0.0 1.0 How much light hangs in the air
 // @param softness 0.5 0.0 1.0 How soft the shadows are
+// @param rays 2 1 4 Rays for each pixel: more are smoother and slower
 
 constant float3 lamp = float3(0.0, 1.55, 0.0);
 constant float shellRadius = 0.72;
-constant int columns = 9;
+constant int columns = 11;
+constant float ring = 4.3; // radius of the circle on which they stand
 constant float far = 16.0;
 
 // What a ray or a shadow may run into.
@@ -48,7 +50,7 @@ float paper(float3 direction, thread const Scene& scene) {
     d.xz = rotate(d.xz, scene.spin);
     float3 g = d * scene.holes;
     float gyroid = dot(sin(g), cos(g.zxy));
-    return abs(gyroid) - 0.42;
+    return abs(gyroid) - 0.46;
 }
 
 float lanternDistance(float3 q, thread const Scene& scene) {
@@ -57,8 +59,13 @@ float lanternDistance(float3 q, thread const Scene& scene) {
     // The pattern is measured in radians of the gyroid; divide by its steepest slope to make it a
     // distance that a ray can trust.
     float holes = -paper(q / max(r, 0.001), scene) * shellRadius / (scene.holes * 1.6);
-    float rims = abs(q.y) - shellRadius * 0.93; // open at both poles
-    return max(max(skin, holes), rims);
+    float rims = abs(q.y) - shellRadius * 0.95; // the caps close both poles
+    float paper_ = max(max(skin, holes), rims);
+    // The cord that it hangs from, and a knob below.
+    float cord = max(length(q.xz) - 0.012, -q.y);
+    float knob = length(q + float3(0.0, shellRadius + 0.10, 0.0)) - 0.05;
+    float2 cap = float2(length(q.xz) - 0.27, abs(abs(q.y) - shellRadius * 0.95) - 0.015);
+    return min(min(paper_, max(cap.x, cap.y)), min(cord, knob));
 }
 
 // One column stands for all nine: fold the plane into a wedge around the middle.
@@ -67,11 +74,11 @@ float columnDistance(float3 q) {
     float angle = atan2(q.z, q.x);
     float a = (fract(angle / wedge) - 0.5) * wedge;
     float r = length(q.xz);
-    float2 at = float2(r * cos(a) - 3.1, r * sin(a));
-    float flute = 0.018 * cos(12.0 * atan2(at.y, at.x));
-    float shaft = length(at) - 0.27 + flute + 0.03 * cos(q.y * 1.1);
-    float2 plinth = abs(at) - 0.36;
-    float base = max(max(plinth.x, plinth.y), q.y - 0.22) - 0.03;
+    float2 at = float2(r * cos(a) - ring, r * sin(a));
+    float flute = 0.022 * cos(14.0 * atan2(at.y, at.x));
+    float shaft = length(at) - 0.34 + flute + 0.03 * cos(q.y * 0.9);
+    float2 plinth = abs(at) - 0.44;
+    float base = max(max(plinth.x, plinth.y), q.y - 0.24) - 0.03;
     return min(shaft * 0.8, base);
 }
 
@@ -135,8 +142,8 @@ float lampLight(float3 q, thread const Scene& scene) {
     // Seen from its own centre the shell is only a question of direction.
     float width = 0.06 + 3.0 / scene.k * max(length_ - shellRadius, 0.0) * 0.3;
     float open = smoothstep(width, -width, paper(-direction, scene));
-    float pole = smoothstep(0.90, 0.96, abs(direction.y));
-    return saturate(light) * max(max(open, pole), length_ < shellRadius ? 1.0 : 0.0);
+    float cap = smoothstep(0.96, 0.92, abs(direction.y));
+    return saturate(light) * (length_ < shellRadius ? 1.0 : open * cap);
 }
 
 // Light scattered towards us by the air along a ray: a few samples, each asking the shell.
@@ -153,14 +160,14 @@ float shafts(float3 origin, float3 direction, float end, float jitter, thread co
         float angle = mix(a, b, (float(i) + jitter) / float(samples));
         float3 q = origin + direction * (closest + d * tan(angle)) - lamp;
         float r = length(q);
-        float open = smoothstep(0.25, -0.15, paper(q / r, scene));
-        sum += r < shellRadius ? 1.0 : open;
+        float open = smoothstep(0.22, -0.22, paper(q / r, scene));
+        sum += r < shellRadius ? 0.6 : open;
     }
     return sum * (b - a) / (d * float(samples));
 }
 
 float3 background(float3 direction) {
-    return mix(float3(0.010, 0.013, 0.026), float3(0.030, 0.038, 0.075), saturate(direction.y));
+    return mix(float3(0.004, 0.007, 0.016), float3(0.012, 0.020, 0.050), saturate(direction.y));
 }
 
 float3 colourAt(float3 q, float3 direction, Material material, thread const Scene& scene) {
@@ -175,9 +182,9 @@ float3 colourAt(float3 q, float3 direction, Material material, thread const Scen
         case flame: return float3(3.2, 2.2, 1.1);
         case shell:
             // Paper glows from behind: what falls on its inside comes through.
-            albedo = float3(0.85, 0.30, 0.10);
-            light = 0.30 + 1.8 * facing;
-            return albedo * light * flameColour;
+            albedo = float3(1.0, 0.42, 0.16);
+            light = 0.16 + 0.20 * pow(1.0 - saturate(dot(n, -direction)), 2.0) + 2.6 * facing;
+            return albedo * light * (0.75 + 0.25 * sin(90.0 * q.y)) * flameColour;
         case ground: {
             // Flagstones: the joints of a square grid, every second row shifted.
             float2 tile = q.xz * 0.9;
@@ -190,40 +197,53 @@ float3 colourAt(float3 q, float3 direction, Material material, thread const Scen
         case column: albedo = float3(0.62, 0.55, 0.50); break;
         default: return background(direction);
     }
-    light = facing * lampLight(q + n * 0.01, scene) * 9.0 / (0.6 + square);
+    light = facing * lampLight(q + n * 0.01, scene) * 15.0 / (0.8 + square);
     float sky = 0.5 + 0.5 * n.y;
-    return albedo * (flameColour * light + float3(0.020, 0.026, 0.050) * sky);
+    // Paper lets a little of the lamp through everywhere, and the night adds its blue.
+    light += 0.40 * facing / (0.8 + square);
+    return albedo * (flameColour * light + float3(0.006, 0.010, 0.024) * sky);
 }
 
-float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {
-    float2 q = (uv - 0.5) * u.resolution / min(u.resolution.x, u.resolution.y);
-    float turn = u.time * p.turn;
-    Scene scene = {float2(cos(turn), sin(turn)), p.holes, mix(30.0, 5.0, p.softness)};
+// Where in a pixel its rays pass: four places of which no two share a row or a column.
+constant float2 places[4] = {float2(-0.125, -0.375), float2(0.125, 0.375), float2(0.375, -0.125),
+                             float2(-0.375, 0.125)};
 
-    // A camera on a circle between the columns, looking at the lantern. Its matrix has the right,
-    // up and forward directions as columns.
-    float around = u.time * p.orbit + 0.35;
-    float3 origin = float3(5.6 * cos(around), 1.5 + 0.35 * sin(u.time * 0.13), 5.6 * sin(around));
-    float3 forward = normalize(float3(0.0, 1.18, 0.0) - origin);
-    float3 right = normalize(cross(forward, float3(0.0, 1.0, 0.0)));
-    float3x3 camera = float3x3(right, cross(right, forward), forward);
-    float3 direction = camera * normalize(float3(q, 1.25));
-
+// The light that comes along one ray, with the air's share.
+float3 lightAlong(float3 origin, float3 direction, float jitter, float haze, thread const Scene& scene) {
     Hit hit = march(origin, direction, scene);
     float3 colour = background(direction);
     if (hit.material != nothing) {
         colour = colourAt(origin + direction * hit.distance, direction, hit.material, scene);
         colour = mix(background(direction), colour, exp(-0.004 * hit.distance * hit.distance));
     }
+    float air = shafts(origin, direction, min(hit.distance, far), jitter, scene);
+    colour += float3(1.0, 0.50, 0.18) * air * 0.085 * haze;
+    return colour / (1.0 + 0.55 * colour); // no ray is brighter than white, so that edges blend
+}
 
-    // Interleaved noise shifts each pixel's samples of the shafts, and hides 8-bit steps.
+float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {
+    float side = min(u.resolution.x, u.resolution.y);
     float2 pixel = uv * u.resolution;
-    float noise = fract(52.9829189 * fract(dot(pixel, float2(0.06711056, 0.00583715))));
-    float end = min(hit.distance, far);
-    float air = shafts(origin, direction, end, noise, scene);
-    colour += float3(1.0, 0.50, 0.18) * air * 0.055 * p.haze;
+    float turn = u.time * p.turn;
+    Scene scene = {float2(cos(turn), sin(turn)), p.holes, mix(30.0, 5.0, p.softness)};
 
-    colour = colour / (1.0 + 0.55 * colour);
-    colour = pow(max(colour, 0.0), float3(0.4545));
+    // A camera on a circle inside the ring of columns, looking at the lantern. Its matrix has the
+    // right, up and forward directions as columns.
+    float around = u.time * p.orbit + 0.35;
+    float3 origin = float3(3.5 * cos(around), 1.35 + 0.3 * sin(u.time * 0.13), 3.5 * sin(around));
+    float3 forward = normalize(float3(0.0, 1.25, 0.0) - origin);
+    float3 right = normalize(cross(forward, float3(0.0, 1.0, 0.0)));
+    float3x3 camera = float3x3(right, cross(right, forward), forward);
+
+    // Interleaved noise shifts each pixel's samples of the shafts, and hides the steps of 8 bits.
+    float noise = fract(52.9829189 * fract(dot(pixel, float2(0.06711056, 0.00583715))));
+    int rays = clamp(int(p.rays), 1, 4);
+    float3 sum = float3(0.0);
+    for (int i = 0; i < rays; i++) {
+        float2 q = (pixel + (rays > 1 ? places[i] : float2(0.0)) - 0.5 * u.resolution) / side;
+        float3 direction = camera * normalize(float3(q, 0.95));
+        sum += lightAlong(origin, direction, noise, p.haze, scene);
+    }
+    float3 colour = pow(max(sum / float(rays), 0.0), float3(0.4545));
     return float4(colour + (noise - 0.5) / 255.0, 1.0);
 }
