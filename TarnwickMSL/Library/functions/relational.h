@@ -1,0 +1,65 @@
+// Relational functions (Metal Shading Language 3.1, 6.2).
+#pragma once
+
+#include "overloads.h"
+
+namespace metal {
+
+MSL_INLINE constexpr bool any(bool x) { return x; }
+MSL_INLINE constexpr bool all(bool x) { return x; }
+MSL_INLINE bool any(bool2 x) { return (x.bits.x | x.bits.y) != 0; }
+MSL_INLINE bool any(bool3 x) { return (x.bits.x | x.bits.y | x.bits.z) != 0; }
+MSL_INLINE bool any(bool4 x) { return (x.bits.x | x.bits.y | x.bits.z | x.bits.w) != 0; }
+MSL_INLINE bool all(bool2 x) { return (x.bits.x & x.bits.y) != 0; }
+MSL_INLINE bool all(bool3 x) { return (x.bits.x & x.bits.y & x.bits.z) != 0; }
+MSL_INLINE bool all(bool4 x) { return (x.bits.x & x.bits.y & x.bits.z & x.bits.w) != 0; }
+
+#define MSL_BODY(T, I, B)                                                                          \
+    MSL_INLINE B isnan(T x) { return x != x; }                                                     \
+    MSL_INLINE B isinf(T x) { return abs(x) == T(INFINITY); }                                      \
+    MSL_INLINE B isfinite(T x) { return abs(x) < T(INFINITY); }                                    \
+    MSL_INLINE B isordered(T x, T y) { return (x == x) & (y == y); }                               \
+    MSL_INLINE B isunordered(T x, T y) { return (x != x) | (y != y); }                             \
+    MSL_INLINE B signbit(T x) { return __builtin_bit_cast(I, x) < I(0); }
+MSL_EACH_FLOATING(MSL_BODY)
+#undef MSL_BODY
+// By the bits, since a device may compare denormals as zeros.
+#define MSL_BODY(T, I, B)                                                                          \
+    MSL_INLINE B isnormal(T x) {                                                                   \
+        I exponent = __builtin_bit_cast(I, x) & I(0x7f800000);                                     \
+        return (exponent != I(0)) & (exponent != I(0x7f800000));                                   \
+    }
+MSL_EACH_FLOAT(MSL_BODY)
+#undef MSL_BODY
+#define MSL_BODY(T, I, B)                                                                          \
+    MSL_INLINE B isnormal(T x) {                                                                   \
+        I exponent = __builtin_bit_cast(I, x) & I(0x7c00);                                         \
+        return (exponent != I(0)) & (exponent != I(0x7c00));                                       \
+    }
+MSL_EACH_HALF(MSL_BODY)
+#undef MSL_BODY
+
+// select(x, y, c) is y where c holds.
+#define MSL_BODY(T)                                                                                \
+    MSL_INLINE constexpr T select(T x, T y, bool c) { return c ? y : x; }
+MSL_BODY(half) MSL_BODY(float) MSL_BODY(bool) MSL_BODY(char) MSL_BODY(uchar) MSL_BODY(short)
+MSL_BODY(ushort) MSL_BODY(int) MSL_BODY(uint) MSL_BODY(long) MSL_BODY(ulong)
+#undef MSL_BODY
+#define MSL_BODY(T, I, N)                                                                          \
+    MSL_INLINE T##N select(T##N x, T##N y, bool##N c) {                                            \
+        return __builtin_convertvector(c.bits, I##N) != I##N(0) ? y : x;                           \
+    }
+#define MSL_EACH(T, I) MSL_BODY(T, I, 2) MSL_BODY(T, I, 3) MSL_BODY(T, I, 4)
+MSL_EACH(half, short) MSL_EACH(float, int) MSL_EACH(char, char) MSL_EACH(uchar, char)
+MSL_EACH(short, short) MSL_EACH(ushort, short) MSL_EACH(int, int) MSL_EACH(uint, int)
+MSL_EACH(long, long) MSL_EACH(ulong, long)
+#undef MSL_EACH
+#undef MSL_BODY
+#define MSL_BODY(N)                                                                                \
+    MSL_INLINE bool##N select(bool##N x, bool##N y, bool##N c) {                                   \
+        return bool##N::from_bits((x.bits & ~c.bits) | (y.bits & c.bits));                         \
+    }
+MSL_BODY(2) MSL_BODY(3) MSL_BODY(4)
+#undef MSL_BODY
+
+} // namespace metal
