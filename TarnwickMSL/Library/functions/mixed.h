@@ -8,15 +8,19 @@
 
 namespace metal {
 
-template <class T> concept _scalar = is_arithmetic_v<T>;
-template <class T> concept _whole = is_integral_v<T>;
+template <class... T>
+inline constexpr bool _scalars = (is_arithmetic_v<T> && ...);
+template <class A, class... T> inline constexpr bool _alike = (is_same_v<A, T> && ...);
 template <class... T> using _common = decltype((T() + ...));
 template <class... T>
 using _floating = conditional_t<is_integral_v<_common<T...>>, float, _common<T...>>;
+// Scalars of differing types; and these or integers, where there is no overload for integers.
+template <class... T> using _differing = enable_if_t<_scalars<T...> && !_alike<T...>>;
+template <class A, class... T>
+using _converted = enable_if_t<_scalars<A, T...> && (!_alike<A, T...> || is_integral_v<A>)>;
 
 #define MSL_BODY(name)                                                                             \
-    template <_scalar A, _scalar B>                                                                \
-        requires(!is_same_v<A, B>)                                                                 \
+    template <class A, class B, class = _differing<A, B>>                                          \
     MSL_INLINE constexpr auto name(A a, B b) {                                                     \
         typedef _common<A, B> T;                                                                   \
         return name(static_cast<T>(a), static_cast<T>(b));                                         \
@@ -24,8 +28,7 @@ using _floating = conditional_t<is_integral_v<_common<T...>>, float, _common<T..
 MSL_BODY(min) MSL_BODY(max)
 #undef MSL_BODY
 #define MSL_BODY(name)                                                                             \
-    template <_scalar A, _scalar B, _scalar C>                                                     \
-        requires(!is_same_v<A, B> || !is_same_v<B, C>)                                             \
+    template <class A, class B, class C, class = _differing<A, B, C>>                              \
     MSL_INLINE constexpr auto name(A a, B b, C c) {                                                \
         typedef _common<A, B, C> T;                                                                \
         return name(static_cast<T>(a), static_cast<T>(b), static_cast<T>(c));                      \
@@ -34,7 +37,9 @@ MSL_BODY(clamp) MSL_BODY(min3) MSL_BODY(max3) MSL_BODY(median3)
 #undef MSL_BODY
 
 #define MSL_BODY(name)                                                                             \
-    template <_whole A> MSL_INLINE float name(A a) { return name(static_cast<float>(a)); }
+    template <class A, class = enable_if_t<is_integral_v<A>>> MSL_INLINE float name(A a) {         \
+        return name(static_cast<float>(a));                                                        \
+    }
 MSL_BODY(sqrt) MSL_BODY(rsqrt) MSL_BODY(exp) MSL_BODY(exp2) MSL_BODY(exp10) MSL_BODY(sin)
 MSL_BODY(cos) MSL_BODY(tan) MSL_BODY(sinpi) MSL_BODY(cospi) MSL_BODY(tanpi) MSL_BODY(asin)
 MSL_BODY(acos) MSL_BODY(atan) MSL_BODY(sinh) MSL_BODY(cosh) MSL_BODY(tanh) MSL_BODY(asinh)
@@ -43,8 +48,7 @@ MSL_BODY(floor) MSL_BODY(ceil) MSL_BODY(trunc) MSL_BODY(rint) MSL_BODY(round) MS
 MSL_BODY(saturate) MSL_BODY(sign)
 #undef MSL_BODY
 #define MSL_BODY(name)                                                                             \
-    template <_scalar A, _scalar B>                                                                \
-        requires(!is_same_v<A, B> || _whole<A>)                                                    \
+    template <class A, class B, class = _converted<A, B>>                                          \
     MSL_INLINE auto name(A a, B b) {                                                               \
         typedef _floating<A, B> T;                                                                 \
         return name(static_cast<T>(a), static_cast<T>(b));                                         \
@@ -53,8 +57,7 @@ MSL_BODY(pow) MSL_BODY(powr) MSL_BODY(atan2) MSL_BODY(fmod) MSL_BODY(step) MSL_B
 MSL_BODY(fmax) MSL_BODY(fdim) MSL_BODY(copysign) MSL_BODY(divide)
 #undef MSL_BODY
 #define MSL_BODY(name)                                                                             \
-    template <_scalar A, _scalar B, _scalar C>                                                     \
-        requires(!is_same_v<A, B> || !is_same_v<B, C> || _whole<A>)                                \
+    template <class A, class B, class C, class = _converted<A, B, C>>                              \
     MSL_INLINE auto name(A a, B b, C c) {                                                          \
         typedef _floating<A, B, C> T;                                                              \
         return name(static_cast<T>(a), static_cast<T>(b), static_cast<T>(c));                      \
