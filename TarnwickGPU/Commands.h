@@ -47,6 +47,8 @@ enum class CommandBufferStatus : std::uint8_t { recording, committed, completed,
 
 struct Size {
     std::uint32_t width = 1, height = 1, depth = 1;
+
+    bool operator==(const Size&) const = default;
 };
 
 // Where clip space lands on the target: pixels from its upper left, depth in [0, 1].

@@ -17,7 +17,7 @@ struct DrawableSlot;
 // layer does.
 class Drawable {
   public:
-    Drawable(LayerParts& layer, DrawableSlot& slot) : layer_(&layer), slot_(&slot) {}
+    explicit Drawable(DrawableSlot& slot) : slot_(&slot) {}
     ~Drawable();
     Drawable(Drawable&&) noexcept;
     Drawable& operator=(Drawable&&) noexcept;
@@ -25,7 +25,6 @@ class Drawable {
     DrawableSlot& slot() const { return *slot_; }
 
   private:
-    LayerParts* layer_;
     DrawableSlot* slot_;
 };
 

@@ -23,6 +23,7 @@ class Function {
     const std::string& name() const;
     msl::Stage stage() const;
     const msl::EntryPoint& entryPoint() const { return *entryPoint_; }
+    const std::shared_ptr<const msl::EntryPoint>& sharedEntryPoint() const { return entryPoint_; }
 
   private:
     std::shared_ptr<const msl::EntryPoint> entryPoint_;

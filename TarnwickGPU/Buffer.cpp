@@ -1,0 +1,46 @@
+#include "TarnwickGPU/Device.h"
+#include "TarnwickGPU/Resources.h"
+#include "TarnwickGPU/TextureParts.h"
+
+#include <cstring>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+bool clear(DeviceState& device, const BufferMemory& memory) {
+    if (memory.bytes) {
+        std::memset(memory.bytes, 0, memory.size);
+        return true;
+    }
+    return device.transfers.run(device, [&](VkCommandBuffer commands) {
+        vkCmdFillBuffer(commands, memory.buffer, 0, VK_WHOLE_SIZE, 0);
+    });
+}
+
+} // namespace
+
+Buffer::Buffer(std::unique_ptr<BufferParts> parts) : parts_(std::move(parts)) {}
+Buffer::~Buffer() = default;
+std::size_t Buffer::length() const {
+    return parts_->memory.size;
+}
+void* Buffer::contents() const {
+    return parts_->memory.bytes;
+}
+
+std::unique_ptr<Buffer> Device::newBuffer(std::size_t bytes, StorageMode storage) {
+    if (isLost())
+        return nullptr;
+    state_->graveyard.collect(state_->handle, state_->submissions.completed());
+    const auto use = storage == StorageMode::private_ ? MemoryUse::gpuOnly : MemoryUse::readBack;
+    const auto memory = makeBufferMemory(*state_, bytes, use);
+    if (!memory)
+        return nullptr;
+    auto parts = std::make_unique<BufferParts>(state_, *memory);
+    if (!clear(*state_, *memory))
+        return nullptr;
+    return std::make_unique<Buffer>(std::move(parts));
+}
+
+} // namespace tarnwick::gpu

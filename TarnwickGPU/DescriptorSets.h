@@ -1,0 +1,26 @@
+// Ordinary descriptor sets of a command buffer, for devices without push descriptors and for
+// pipelines that bind more than can be pushed.
+#pragma once
+
+#include <vulkan/vulkan.h>
+
+#include <cstddef>
+#include <vector>
+
+namespace tarnwick::gpu {
+
+struct DeviceState;
+
+class DescriptorSets {
+  public:
+    // Null when memory is out. Good until reset().
+    VkDescriptorSet take(DeviceState& device, VkDescriptorSetLayout layout);
+    void reset(DeviceState& device); // the GPU is done with all of them
+    void bury(DeviceState& device);
+
+  private:
+    std::vector<VkDescriptorPool> pools_;
+    std::size_t pool_ = 0; // the one in use
+};
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,98 @@
+#include "TarnwickGPU/DeviceState.h"
+
+#include "TarnwickGPU/TextureParts.h"
+
+#include <cstring>
+#include <utility>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+// The packaged CPU driver ends an invocation silently after 65,535 loop iterations; the shader's
+// own count must come first. A GPU takes about a tenth of a second for its budget, well below the
+// two seconds after which drivers give a device up.
+constexpr std::uint32_t cpuLoopBudget = 60'000;
+constexpr std::uint32_t gpuLoopBudget = 16'000'000;
+
+bool openDevice(DeviceState& state) {
+    FeatureChain chain(hasRobustness2(state.physical));
+    std::vector<const char*> extensions;
+    state.features =
+        chooseFeatures(state.physical, state.instance->presentsOnXlib, chain, extensions);
+    constexpr float priority = 1;
+    const VkDeviceQueueCreateInfo queue{.sType = VK_STRUCTURE_TYPE_DEVICE_QUEUE_CREATE_INFO,
+                                        .queueFamilyIndex = state.queueFamily,
+                                        .queueCount = 1,
+                                        .pQueuePriorities = &priority};
+    const VkDeviceCreateInfo info{.sType = VK_STRUCTURE_TYPE_DEVICE_CREATE_INFO,
+                                  .pNext = &chain.core,
+                                  .queueCreateInfoCount = 1,
+                                  .pQueueCreateInfos = &queue,
+                                  .enabledExtensionCount =
+                                      static_cast<std::uint32_t>(extensions.size()),
+                                  .ppEnabledExtensionNames = extensions.data()};
+    return vkCreateDevice(state.physical, &info, nullptr, &state.handle) == VK_SUCCESS;
+}
+
+void readProperties(DeviceState& state) {
+    VkPhysicalDeviceVulkan13Properties vulkan13{
+        .sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_3_PROPERTIES};
+    VkPhysicalDeviceProperties2 properties{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_PROPERTIES_2,
+                                           .pNext = &vulkan13};
+    vkGetPhysicalDeviceProperties2(state.physical, &properties);
+    vkGetPhysicalDeviceMemoryProperties(state.physical, &state.memory);
+    state.limits = properties.properties.limits;
+    state.maxBufferSize = vulkan13.maxBufferSize;
+    state.loopBudget = state.info.isCPU ? cpuLoopBudget : gpuLoopBudget;
+    if (state.features.maxPushDescriptors > 0)
+        state.pushDescriptorSet = reinterpret_cast<PFN_vkCmdPushDescriptorSetKHR>(
+            vkGetDeviceProcAddr(state.handle, "vkCmdPushDescriptorSetKHR"));
+}
+
+bool makeStandIns(DeviceState& state) {
+    for (BufferMemory* standIn : {&state.zeroBuffer, &state.scratchBuffer}) {
+        auto made = makeBufferMemory(state, standInBytes, MemoryUse::upload);
+        if (!made)
+            return false;
+        std::memset(made->bytes, 0, standInBytes);
+        *standIn = *made;
+    }
+    state.blankTexture = TextureParts::make(state, {.format = PixelFormat::rgba8Unorm});
+    return state.blankTexture != nullptr;
+}
+
+} // namespace
+
+std::shared_ptr<DeviceState> DeviceState::make(std::shared_ptr<Instance> instance,
+                                               const PhysicalDevice& chosen) {
+    auto state = std::make_shared<DeviceState>();
+    state->instance = std::move(instance);
+    state->physical = chosen.handle;
+    state->queueFamily = chosen.queueFamily;
+    state->info = chosen.info;
+    if (!openDevice(*state))
+        return nullptr;
+    readProperties(*state);
+    state->pipelineCache.open(*state);
+    if (!state->submissions.start(state->handle, state->queueFamily) || !makeStandIns(*state))
+        return nullptr;
+    return state;
+}
+
+DeviceState::~DeviceState() {
+    if (!handle)
+        return;
+    vkDeviceWaitIdle(handle);
+    blankTexture = nullptr;
+    gpu::bury(*this, zeroBuffer);
+    gpu::bury(*this, scratchBuffer);
+    transfers.stop(*this);
+    graveyard.collect(handle, UINT64_MAX);
+    samplers.stop(handle);
+    pipelineCache.close(*this);
+    submissions.stop();
+    vkDestroyDevice(handle, nullptr);
+}
+
+} // namespace tarnwick::gpu

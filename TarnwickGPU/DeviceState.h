@@ -1,0 +1,65 @@
+// The Vulkan side of a Device, shared by every object that the device made.
+#pragma once
+
+#include "TarnwickGPU/Device.h"
+#include "TarnwickGPU/DeviceFeatures.h"
+#include "TarnwickGPU/Graveyard.h"
+#include "TarnwickGPU/Instance.h"
+#include "TarnwickGPU/Memory.h"
+#include "TarnwickGPU/PhysicalDevices.h"
+#include "TarnwickGPU/PipelineCache.h"
+#include "TarnwickGPU/Samplers.h"
+#include "TarnwickGPU/Submissions.h"
+#include "TarnwickGPU/Transfers.h"
+
+#include <vulkan/vulkan.h>
+
+#include <cstdint>
+#include <memory>
+
+namespace tarnwick::gpu {
+
+struct TextureParts;
+
+// Bytes of zeroBuffer and scratchBuffer: as much as a uniform buffer can show anywhere.
+inline constexpr VkDeviceSize standInBytes = 65536;
+
+struct DeviceState {
+    // Null when the device cannot be opened.
+    static std::shared_ptr<DeviceState> make(std::shared_ptr<Instance> instance,
+                                             const PhysicalDevice& chosen);
+
+    DeviceState() = default;
+    ~DeviceState(); // the one place that waits until the GPU is idle
+    DeviceState(const DeviceState&) = delete;
+    DeviceState& operator=(const DeviceState&) = delete;
+
+    // Hands handles to the graveyard, to go in the order given. Any thread.
+    template <typename... Handles> void bury(Handles... handles) {
+        graveyard.bury(submissions.last(), handles...);
+    }
+
+    std::shared_ptr<Instance> instance;
+    VkPhysicalDevice physical = VK_NULL_HANDLE;
+    VkDevice handle = VK_NULL_HANDLE;
+    std::uint32_t queueFamily = 0;
+    DeviceInfo info;
+    DeviceFeatures features;
+    VkPhysicalDeviceLimits limits{};
+    VkDeviceSize maxBufferSize = 0;
+    VkPhysicalDeviceMemoryProperties memory{};
+    PFN_vkCmdPushDescriptorSetKHR pushDescriptorSet = nullptr; // null: not there
+    std::uint32_t loopBudget = 0; // iterations that an invocation may spend; the shaders' constant
+
+    Submissions submissions;
+    Graveyard graveyard;
+    Transfers transfers;
+    Samplers samplers;
+    PipelineCache pipelineCache;
+
+    // What is bound where nobody bound anything: zeros to read, and a place to write to.
+    BufferMemory zeroBuffer, scratchBuffer;
+    std::unique_ptr<TextureParts> blankTexture; // 1 by 1, transparent black
+};
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,29 @@
+// The connection to the Vulkan loader, with the validation layer where it is asked for.
+#pragma once
+
+#include <vulkan/vulkan.h>
+
+#include <cstdint>
+#include <memory>
+
+namespace tarnwick::gpu {
+
+struct Instance {
+    // Null without a loader or without a Vulkan 1.3 driver.
+    static std::shared_ptr<Instance> make();
+
+    Instance() = default;
+    ~Instance();
+    Instance(const Instance&) = delete;
+    Instance& operator=(const Instance&) = delete;
+
+    VkInstance handle = VK_NULL_HANDLE;
+    VkDebugUtilsMessengerEXT messenger = VK_NULL_HANDLE;
+    bool presentsOnXlib = false; // VK_KHR_surface and VK_KHR_xlib_surface are on
+    bool validates = false;
+};
+
+// Warnings and errors of the validation layer so far, over all instances. Any thread.
+std::uint64_t validationMessageCount();
+
+} // namespace tarnwick::gpu

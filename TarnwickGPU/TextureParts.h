@@ -1,0 +1,58 @@
+// The Vulkan sides of textures and buffers.
+#pragma once
+
+#include "TarnwickGPU/DeviceState.h"
+#include "TarnwickGPU/Format.h"
+
+#include <vulkan/vulkan.h>
+
+#include <memory>
+
+namespace tarnwick::gpu {
+
+struct DrawableSlot;
+
+// Between encoders every texture rests in one layout, `rest`, so that command buffers may be
+// encoded in any order and by any thread: none depends on what another one left behind.
+struct TextureParts {
+    // Contents are zero. Null when the device does not take it or memory is out.
+    static std::unique_ptr<TextureParts> make(DeviceState& device, const TextureDescriptor&);
+    // A swapchain's image, which stays its owner's. Null when memory is out.
+    static std::unique_ptr<TextureParts> wrap(DeviceState& device, const TextureDescriptor&,
+                                              VkImage image, DrawableSlot& drawable);
+
+    explicit TextureParts(DeviceState& state) : device(state) {}
+    ~TextureParts();
+    TextureParts(const TextureParts&) = delete;
+    TextureParts& operator=(const TextureParts&) = delete;
+
+    DeviceState& device;
+    std::shared_ptr<DeviceState> keepsAlive; // null for what the device itself owns
+    TextureDescriptor descriptor;
+    VkImage image = VK_NULL_HANDLE;
+    VkDeviceMemory memory = VK_NULL_HANDLE;      // null: the image is somebody else's
+    VkImageView view = VK_NULL_HANDLE;           // all levels
+    VkImageView attachmentView = VK_NULL_HANDLE; // level 0; null where `view` serves
+    VkImageAspectFlags aspect = VK_IMAGE_ASPECT_COLOR_BIT;
+    VkImageLayout rest = VK_IMAGE_LAYOUT_GENERAL;
+    DrawableSlot* drawable = nullptr; // a swapchain's image
+
+    bool isDepth() const { return aspect == VK_IMAGE_ASPECT_DEPTH_BIT; }
+    VkImageView asAttachment() const { return attachmentView ? attachmentView : view; }
+    VkImageSubresourceRange wholeRange() const {
+        return {aspect, 0, VK_REMAINING_MIP_LEVELS, 0, VK_REMAINING_ARRAY_LAYERS};
+    }
+};
+
+struct BufferParts {
+    std::shared_ptr<DeviceState> device;
+    BufferMemory memory;
+
+    BufferParts(std::shared_ptr<DeviceState> state, const BufferMemory& made)
+        : device(std::move(state)), memory(made) {}
+    ~BufferParts() { bury(*device, memory); }
+    BufferParts(const BufferParts&) = delete;
+    BufferParts& operator=(const BufferParts&) = delete;
+};
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,305 @@
+#include "TarnwickGPU/DeviceState.h"
+#include "tests/TarnwickGPU/Gpu.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <thread>
+
+namespace {
+
+// What this thread took from the heap while it counted.
+thread_local bool countsAllocations = false;
+thread_local std::size_t allocations = 0;
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    if (countsAllocations)
+        ++allocations;
+    if (void* memory = std::malloc(size > 0 ? size : 1))
+        return memory;
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace tarnwick::tests {
+
+namespace {
+
+using namespace gpu;
+using msl::ResourceKind;
+
+// out[i] = in[i] * factor + grid for the threads of the grid, in groups of any size.
+msl::EntryPoint scale() {
+    return glsl(msl::Stage::kernel, "scale",
+                "layout(scalar, binding = 0) buffer Values { uint values[]; };\n"
+                "layout(scalar, binding = 1) uniform Factor { uint factor; };\n"
+                "void main() {\n"
+                "    uint id = gl_GlobalInvocationID.x;\n"
+                "    if (id < grid.x) values[id] = values[id] * factor + grid.y + grid.z;\n"
+                "}\n",
+                {{.kind = ResourceKind::storageBuffer, .index = 0, .binding = 0, .isWritten = true},
+                 {.kind = ResourceKind::uniformBuffer, .index = 3, .binding = 1, .size = 4}});
+}
+
+msl::EntryPoint showBytes(std::uint32_t size) {
+    return glsl(msl::Stage::fragment, "showBytes",
+                "layout(scalar, binding = 32) uniform Bytes { vec4 color; vec4 more; };\n"
+                "layout(binding = 33) uniform texture2D image;\n"
+                "layout(location = 0) out vec4 result;\n"
+                "void main() { result = color + more + texelFetch(image, ivec2(0), 0); }\n",
+                {{.kind = ResourceKind::uniformBuffer, .index = 2, .binding = 32, .size = size},
+                 {.kind = ResourceKind::sampledTexture,
+                  .index = 5,
+                  .binding = 33,
+                  .shape = msl::TextureShape::d2}});
+}
+
+TEST_F(Gpu, dispatchesExactlyTheThreadsAskedFor) {
+    const auto state = pipeline(scale());
+    EXPECT_GE(state->maxTotalThreadsPerThreadgroup(), 128u);
+    const auto buffer = device->newBuffer(64 * 4);
+    auto* values = static_cast<std::uint32_t*>(buffer->contents());
+    for (std::uint32_t at = 0; at < 64; ++at)
+        values[at] = at;
+    auto commands = queue->commandBuffer();
+    auto encoder = commands->computeCommandEncoder();
+    encoder->setComputePipelineState(*state);
+    encoder->setBuffer(*buffer, 0, 0);
+    const std::uint32_t factors[]{3, 2};
+    encoder->setBytes(&factors[0], 4, 3);
+    encoder->dispatchThreads({50, 1, 1}, {16, 1, 1}); // values * 3 + 2
+    encoder->setBytes(&factors[1], 4, 3);
+    encoder->dispatchThreads({50, 1, 1}, {7, 1, 1}); // sees what the first one wrote
+    encoder->endEncoding();
+    commands->commit();
+    commands->waitUntilCompleted();
+    for (std::uint32_t at = 0; at < 64; ++at)
+        EXPECT_EQ(values[at], at < 50 ? (at * 3 + 2) * 2 + 2 : at);
+}
+
+TEST_F(Gpu, readsZerosWhereNothingOrTooLittleIsBound) {
+    const auto state = pipeline(wholeTarget(), showBytes(32));
+    const auto texture = target(2, 2);
+    const std::array<float, 4> color{1, 0, 1, 0};
+    for (bool binds : {false, true}) {
+        auto commands = queue->commandBuffer();
+        auto encoder = commands->renderCommandEncoder(
+            {.color = {.texture = texture.get(), .load = LoadAction::clear}});
+        encoder->setRenderPipelineState(*state);
+        const std::array<float, 8> noise{9, 9, 9, 9, 9, 9, 9, 9};
+        encoder->setFragmentBytes(noise.data(), 32, 1); // lies beside what follows
+        if (binds)
+            encoder->setFragmentBytes(color.data(), 16, 2);
+        encoder->setFragmentBytes(noise.data(), 32, 3);
+        encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
+        encoder->endEncoding();
+        commands->commit();
+        commands->waitUntilCompleted();
+        EXPECT_EQ(pixelAt(*texture, 1, 1), binds ? (Pixel{255, 0, 255, 0}) : (Pixel{0, 0, 0, 0}));
+    }
+}
+
+// The sum of `buffers` uniform buffers' and `textures` textures' first colours.
+msl::EntryPoint sum(std::uint32_t buffers, std::uint32_t textures) {
+    std::string body = "layout(location = 0) out vec4 result;\n", terms = "vec4(0)";
+    std::vector<msl::Resource> resources;
+    for (std::uint32_t at = 0; at < buffers + textures; ++at) {
+        const bool isBuffer = at < buffers;
+        const std::string number = std::to_string(at);
+        body += "layout(binding = " + std::to_string(32 + at) + ") uniform " +
+                (isBuffer ? "B" + number + " { vec4 b" + number + "; };\n"
+                          : "texture2D t" + number + ";\n");
+        terms += isBuffer ? " + b" + number : " + texelFetch(t" + number + ", ivec2(0), 0)";
+        resources.push_back(
+            {.kind = isBuffer ? ResourceKind::uniformBuffer : ResourceKind::sampledTexture,
+             .index = isBuffer ? at : at - buffers,
+             .binding = 32 + at,
+             .size = isBuffer ? 16u : 0u,
+             .shape = isBuffer ? msl::TextureShape::none : msl::TextureShape::d2});
+    }
+    return glsl(msl::Stage::fragment, "sum", body + "void main() { result = " + terms + "; }",
+                resources);
+}
+
+TEST_F(Gpu, bindsMoreThanCanBePushedAndRefusesMoreThanThereIs) {
+    const auto state = pipeline(wholeTarget(), sum(12, 31));
+    const auto texture = target(1, 1);
+    const auto image = device->newTexture({.format = PixelFormat::rgba8Unorm});
+    const Pixel texel{0, 4, 0, 0};
+    image->replace({0, 0, 1, 1}, 0, texel.data(), 4);
+    auto commands = queue->commandBuffer();
+    auto encoder = commands->renderCommandEncoder(
+        {.color = {.texture = texture.get(), .load = LoadAction::clear}});
+    encoder->setRenderPipelineState(*state);
+    const std::array<float, 4> color{2 / 255.0f, 0, 0, 0};
+    for (std::uint32_t index = 0; index < 31; ++index) {
+        encoder->setFragmentBytes(color.data(), 16, index);
+        encoder->setFragmentTexture(image.get(), index);
+    }
+    encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
+    encoder->endEncoding();
+    commands->commit();
+    commands->waitUntilCompleted();
+    EXPECT_EQ(pixelAt(*texture, 0, 0), (Pixel{24, 124, 0, 0}));
+
+    if (device->state().limits.maxPerStageDescriptorUniformBuffers < 31) {
+        EXPECT_THROW(pipeline(wholeTarget(), sum(31, 0)), DeviceError);
+    }
+}
+
+// Each step reads the picture that the step before drew, and the kernel's count.
+TEST_F(Gpu, ordersEncodersAndCommandBuffersByWhatTheyShare) {
+    const auto add = glsl(msl::Stage::fragment, "add",
+                          "layout(scalar, binding = 32) readonly buffer Count { uint count[]; };\n"
+                          "layout(binding = 33) uniform texture2D last;\n"
+                          "layout(location = 0) out vec4 color;\n"
+                          "void main() {\n"
+                          "    color = texelFetch(last, ivec2(gl_FragCoord.xy), 0) + vec4(1);\n"
+                          "    color.y = float(count[0]);\n"
+                          "}\n",
+                          {{.kind = ResourceKind::storageBuffer, .index = 0, .binding = 32},
+                           {.kind = ResourceKind::sampledTexture,
+                            .index = 0,
+                            .binding = 33,
+                            .shape = msl::TextureShape::d2}});
+    const auto kernel = pipeline(scale());
+    const auto state =
+        pipeline(wholeTarget(), add, {.color = {.format = PixelFormat::rgba32Float}});
+    const std::unique_ptr<Texture> pictures[]{target(4, 4, PixelFormat::rgba32Float),
+                                              target(4, 4, PixelFormat::rgba32Float)};
+    const auto copy = target(4, 4, PixelFormat::rgba32Float);
+    const auto count = device->newBuffer(4, StorageMode::private_);
+    const std::uint32_t one = 1;
+    std::uint32_t step = 0;
+    std::optional<CommandBuffer> commands;
+    for (int frame = 0; frame < 100; ++frame) { // more than may be in flight
+        commands = queue->commandBuffer();
+        for (int pass = 0; pass < 2; ++pass, ++step) {
+            auto compute = commands->computeCommandEncoder();
+            compute->setComputePipelineState(*kernel);
+            compute->setBuffer(*count, 0, 0);
+            compute->setBytes(&one, 4, 3);
+            compute->dispatchThreads({1, 1, 1}, {1, 1, 1}); // count + 2
+            compute->endEncoding();
+            auto encoder = commands->renderCommandEncoder(
+                {.color = {.texture = pictures[step % 2].get(), .load = LoadAction::clear}});
+            encoder->setRenderPipelineState(*state);
+            encoder->setFragmentBuffer(*count, 0, 0);
+            encoder->setFragmentTexture(pictures[1 - step % 2].get(), 0);
+            encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
+            encoder->endEncoding();
+        }
+        auto blit = commands->blitCommandEncoder();
+        blit->copy(*pictures[1], {0, 0, 4, 2}, *copy, 0, 2);
+        blit->endEncoding();
+        commands->commit();
+    }
+    commands->waitUntilCompleted();
+    std::array<float, 4> pixel{};
+    copy->getBytes(pixel.data(), 16, {3, 3, 1, 1}, 0);
+    EXPECT_EQ(pixel, (std::array<float, 4>{200, 400, 200, 200}));
+    copy->getBytes(pixel.data(), 16, {3, 1, 1, 1}, 0);
+    EXPECT_EQ(pixel, (std::array<float, 4>{}));
+}
+
+TEST_F(Gpu, learnsOfLoopsThatRanOutOfTheirBudget) {
+    const auto fragment =
+        glsl(msl::Stage::fragment, "spin",
+             "layout(scalar, binding = 32) uniform Turns { uint turns; };\n"
+             "layout(scalar, binding = 33) buffer Report { uint report; };\n"
+             "layout(location = 0) out vec4 color;\n"
+             "void main() {\n"
+             "    color = vec4(1);\n"
+             "    for (uint turn = 0; turn != turns; ++turn)\n"
+             "        if (turn >= loopBudget) { report = 1; return; }\n"
+             "}\n",
+             {{.kind = ResourceKind::uniformBuffer, .index = 0, .binding = 32, .size = 4},
+              {.kind = ResourceKind::loopReport, .binding = 33, .isWritten = true}});
+    const auto state = pipeline(wholeTarget(), fragment);
+    const auto texture = target(2, 2);
+    for (std::uint32_t turns : {1000u, ~0u, 1000u}) {
+        auto commands = queue->commandBuffer();
+        auto encoder = commands->renderCommandEncoder(
+            {.color = {.texture = texture.get(), .load = LoadAction::clear}});
+        encoder->setRenderPipelineState(*state);
+        encoder->setFragmentBytes(&turns, 4, 0);
+        for (int repeat = 0; repeat < 3; ++repeat)
+            encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
+        encoder->endEncoding();
+        commands->commit();
+        commands->waitUntilCompleted();
+        EXPECT_EQ(commands->hitLoopBudget(), turns == ~0u);
+    }
+}
+
+TEST_F(Gpu, takesNothingFromTheHeapOnceWarm) {
+    setenv("TARNWICK_VALIDATION", "0", 1); // the layer has a heap of its own
+    device = Device::systemDefault();
+    setenv("TARNWICK_VALIDATION", "1", 1);
+    queue = device->newCommandQueue();
+    const auto state = pipeline(wholeTarget(), showBytes(64));
+    const auto kernel = pipeline(scale());
+    const auto texture = target(16, 16);
+    const auto buffer = device->newBuffer(64, StorageMode::private_);
+    const std::array<float, 8> bytes{};
+    auto frame = [&] {
+        auto commands = queue->commandBuffer();
+        auto compute = commands->computeCommandEncoder();
+        compute->setComputePipelineState(*kernel);
+        compute->setBuffer(*buffer, 0, 0);
+        compute->setBytes(bytes.data(), 4, 3);
+        compute->dispatchThreads({16, 1, 1}, {8, 1, 1});
+        compute->endEncoding();
+        auto encoder = commands->renderCommandEncoder(
+            {.color = {.texture = texture.get(), .load = LoadAction::clear}});
+        encoder->setRenderPipelineState(*state);
+        encoder->setFragmentBytes(bytes.data(), 32, 2);
+        encoder->setFragmentTexture(nullptr, 5);
+        encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
+        encoder->endEncoding();
+        commands->commit();
+        commands->waitUntilCompleted();
+    };
+    for (int warming = 0; warming < 4; ++warming)
+        frame();
+    countsAllocations = true;
+    for (int measured = 0; measured < 16; ++measured)
+        frame();
+    countsAllocations = false;
+    EXPECT_EQ(allocations, 0u);
+}
+
+TEST_F(Gpu, mayBeSharedByThreadsWithAQueueEach) {
+    const auto state = pipeline(scale());
+    auto work = [&] {
+        const auto own = device->newCommandQueue();
+        const std::uint32_t one = 1;
+        for (int job = 0; job < 50; ++job) {
+            const auto buffer = device->newBuffer(4);
+            auto commands = own->commandBuffer();
+            auto encoder = commands->computeCommandEncoder();
+            encoder->setComputePipelineState(*state);
+            encoder->setBuffer(*buffer, 0, 0);
+            encoder->setBytes(&one, 4, 3);
+            encoder->dispatchThreads({1, 1, 1}, {1, 1, 1});
+            encoder->endEncoding();
+            commands->commit();
+            commands->waitUntilCompleted();
+            EXPECT_EQ(*static_cast<std::uint32_t*>(buffer->contents()), 2u);
+        }
+    };
+    std::thread first(work), second(work);
+    first.join();
+    second.join();
+}
+
+} // namespace
+
+} // namespace tarnwick::tests
