@@ -174,6 +174,7 @@ HostWindow::HostWindow(const WindowChoice& choice) {
     // A window that another program owns may go at any time: requests that come too late must not
     // end the process, as they would by default. DestroyNotify tells of it.
     XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
+    XSetIOErrorHandler([](Display*) { return 0; });
     Display* display = XOpenDisplay(nullptr);
     if (display == nullptr) {
         const char* name = std::getenv("DISPLAY");
