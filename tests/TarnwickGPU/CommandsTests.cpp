@@ -1,32 +1,8 @@
 #include "TarnwickGPU/DeviceState.h"
 #include "tests/TarnwickGPU/Gpu.h"
+#include "tests/TarnwickGPU/HeapCount.h"
 
-#include <cstdlib>
-#include <cstring>
-#include <new>
 #include <thread>
-
-namespace {
-
-// What this thread took from the heap while it counted.
-thread_local bool countsAllocations = false;
-thread_local std::size_t allocations = 0;
-
-} // namespace
-
-void* operator new(std::size_t size) {
-    if (countsAllocations)
-        ++allocations;
-    if (void* memory = std::malloc(size > 0 ? size : 1))
-        return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace tarnwick::tests {
 
@@ -240,10 +216,7 @@ TEST_F(Gpu, learnsOfLoopsThatRanOutOfTheirBudget) {
 }
 
 TEST_F(Gpu, takesNothingFromTheHeapOnceWarm) {
-    setenv("TARNWICK_VALIDATION", "0", 1); // the layer has a heap of its own
-    device = Device::systemDefault();
-    setenv("TARNWICK_VALIDATION", "1", 1);
-    queue = device->newCommandQueue();
+    withoutValidation(); // the layer has a heap of its own
     const auto state = pipeline(wholeTarget(), showBytes(64));
     const auto kernel = pipeline(scale());
     const auto texture = target(16, 16);
@@ -269,11 +242,11 @@ TEST_F(Gpu, takesNothingFromTheHeapOnceWarm) {
     };
     for (int warming = 0; warming < 4; ++warming)
         frame();
-    countsAllocations = true;
-    for (int measured = 0; measured < 16; ++measured)
-        frame();
-    countsAllocations = false;
-    EXPECT_EQ(allocations, 0u);
+    EXPECT_EQ(heapCount([&] {
+                  for (int measured = 0; measured < 16; ++measured)
+                      frame();
+              }),
+              0u);
 }
 
 TEST_F(Gpu, mayBeSharedByThreadsWithAQueueEach) {

@@ -65,6 +65,13 @@ void Gpu::SetUp() {
     ASSERT_TRUE(queue);
 }
 
+void Gpu::withoutValidation() {
+    setenv("TARNWICK_VALIDATION", "0", 1);
+    device = gpu::Device::systemDefault();
+    setenv("TARNWICK_VALIDATION", "1", 1);
+    queue = device->newCommandQueue();
+}
+
 std::unique_ptr<gpu::RenderPipelineState> Gpu::pipeline(const msl::EntryPoint& vertex,
                                                         const msl::EntryPoint& fragment,
                                                         gpu::RenderPipelineDescriptor descriptor) {

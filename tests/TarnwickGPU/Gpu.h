@@ -28,6 +28,7 @@ msl::EntryPoint wholeTarget();
 class Gpu : public testing::Test {
   protected:
     void SetUp() override;
+    void withoutValidation(); // opens the device anew
 
     std::unique_ptr<gpu::RenderPipelineState>
     pipeline(const msl::EntryPoint& vertex, const msl::EntryPoint& fragment,

@@ -1,0 +1,33 @@
+#include "tests/TarnwickGPU/HeapCount.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+thread_local bool counts = false;
+thread_local std::size_t calls = 0;
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    if (counts)
+        ++calls;
+    if (void* memory = std::malloc(size > 0 ? size : 1))
+        return memory;
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+std::size_t tarnwick::tests::heapCount(const std::function<void()>& work) {
+    calls = 0;
+    counts = true;
+    work();
+    counts = false;
+    return calls;
+}
