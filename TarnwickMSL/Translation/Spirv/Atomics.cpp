@@ -1,0 +1,146 @@
+#include "TarnwickMSL/Translation/Spirv/Atomics.h"
+
+#include "TarnwickMSL/Translation/TranslationError.h"
+
+#include <llvm/ADT/StringSwitch.h>
+
+#include <optional>
+
+namespace tarnwick::msl::spirv {
+
+using namespace llvm;
+
+// Metal's atomics are relaxed: no order beyond the one value.
+static Id relaxed(Body& body) {
+    return body.constants.word(0);
+}
+
+static Id scope(Body& body, spv::StorageClass storage) {
+    bool isShared = storage == spv::StorageClass::Workgroup;
+    return body.constants.word(
+        static_cast<std::uint32_t>(isShared ? spv::Scope::Workgroup : spv::Scope::Device));
+}
+
+// Values pass as integers of the same size; floats have no atomics of their own here.
+static Type* integerOf(Type* type) {
+    return Type::getIntNTy(type->getContext(), type->getScalarSizeInBits());
+}
+
+static Id change(Body& body, const Memory::Pointer& pointer, spv::Op op, Type* type, Id value) {
+    return body.emit(op, type, {pointer.id, scope(body, pointer.storage), relaxed(body), value});
+}
+
+static Id compareExchange(Body& body, const Memory::Pointer& pointer, Type* type, Id expected,
+                          Id desired) {
+    return body.emit(spv::Op::OpAtomicCompareExchange, type,
+                     {pointer.id, scope(body, pointer.storage), relaxed(body), relaxed(body),
+                      desired, expected});
+}
+
+static std::optional<spv::Op> changeOp(StringRef op, bool isSigned) {
+    op.consume_front("fetch_");
+    return StringSwitch<std::optional<spv::Op>>(op)
+        .Case("exchange", spv::Op::OpAtomicExchange)
+        .Case("add", spv::Op::OpAtomicIAdd)
+        .Case("sub", spv::Op::OpAtomicISub)
+        .Case("and", spv::Op::OpAtomicAnd)
+        .Case("or", spv::Op::OpAtomicOr)
+        .Case("xor", spv::Op::OpAtomicXor)
+        .Case("min", isSigned ? spv::Op::OpAtomicSMin : spv::Op::OpAtomicUMin)
+        .Case("max", isSigned ? spv::Op::OpAtomicSMax : spv::Op::OpAtomicUMax)
+        .Cases("smin", "min_s", spv::Op::OpAtomicSMin)
+        .Cases("smax", "max_s", spv::Op::OpAtomicSMax)
+        .Cases("umin", "min_u", spv::Op::OpAtomicUMin)
+        .Cases("umax", "max_u", spv::Op::OpAtomicUMax)
+        .Default(std::nullopt);
+}
+
+Id writeAtomicCall(Body& body, Memory& memory, StringRef op, const CallInst& call) {
+    const Value* pointer = call.getArgOperand(0);
+    bool isStore = op == "store";
+    Type* type = isStore ? call.getArgOperand(1)->getType() : call.getType();
+    Type* integer = integerOf(type);
+    Memory::Pointer to = memory.atomic(pointer, integer, op != "load");
+    Id place = scope(body, to.storage);
+    auto operand = [&](unsigned n) {
+        return body.bitcast(integer, type, body.id(call.getArgOperand(n)));
+    };
+    if (isStore) {
+        body.act(spv::Op::OpAtomicStore, {to.id, place, relaxed(body), operand(1)});
+        return 0;
+    }
+    Id before = 0;
+    StringRef suffix = call.getCalledFunction()->getName().rsplit('.').second;
+    if (op == "load")
+        before = body.emit(spv::Op::OpAtomicLoad, integer, {to.id, place, relaxed(body)});
+    else if (op.starts_with("compare_exchange"))
+        before = compareExchange(body, to, integer, operand(1), operand(2));
+    else if (auto known = changeOp(op, suffix.starts_with("s") || suffix.starts_with("i")))
+        before = change(body, to, *known, integer, operand(1));
+    else
+        throw TranslationError("The atomic operation '" + op.str() + "' is not known.");
+    return body.bitcast(type, integer, before);
+}
+
+static spv::Op changeOp(AtomicRMWInst::BinOp op) {
+    switch (op) {
+    case AtomicRMWInst::Xchg:
+        return spv::Op::OpAtomicExchange;
+    case AtomicRMWInst::Add:
+        return spv::Op::OpAtomicIAdd;
+    case AtomicRMWInst::Sub:
+        return spv::Op::OpAtomicISub;
+    case AtomicRMWInst::And:
+        return spv::Op::OpAtomicAnd;
+    case AtomicRMWInst::Or:
+        return spv::Op::OpAtomicOr;
+    case AtomicRMWInst::Xor:
+        return spv::Op::OpAtomicXor;
+    case AtomicRMWInst::Max:
+        return spv::Op::OpAtomicSMax;
+    case AtomicRMWInst::Min:
+        return spv::Op::OpAtomicSMin;
+    case AtomicRMWInst::UMax:
+        return spv::Op::OpAtomicUMax;
+    case AtomicRMWInst::UMin:
+        return spv::Op::OpAtomicUMin;
+    default:
+        throw TranslationError("An atomic operation has no form on the GPU.");
+    }
+}
+
+Id writeAtomic(Body& body, Memory& memory, const AtomicRMWInst& instruction) {
+    Type* type = instruction.getType();
+    Type* integer = integerOf(type);
+    Memory::Pointer to = memory.atomic(instruction.getPointerOperand(), integer, true);
+    Id value = body.bitcast(integer, type, body.id(instruction.getValOperand()));
+    Id before = change(body, to, changeOp(instruction.getOperation()), integer, value);
+    return body.bitcast(type, integer, before);
+}
+
+Id writeAtomic(Body& body, Memory& memory, const AtomicCmpXchgInst& exchange) {
+    Type* type = exchange.getNewValOperand()->getType();
+    Memory::Pointer to = memory.atomic(exchange.getPointerOperand(), type, true);
+    Id expected = body.id(exchange.getCompareOperand());
+    Id before = compareExchange(body, to, type, expected, body.id(exchange.getNewValOperand()));
+    Id same = body.emit(spv::Op::OpIEqual, body.i1(), {before, expected});
+    return body.emit(spv::Op::OpCompositeConstruct, exchange.getType(), {before, same});
+}
+
+Id writeAtomicLoad(Body& body, Memory& memory, const LoadInst& load) {
+    Type* integer = integerOf(load.getType());
+    Memory::Pointer from = memory.atomic(load.getPointerOperand(), integer, false);
+    Id value = body.emit(spv::Op::OpAtomicLoad, integer,
+                         {from.id, scope(body, from.storage), relaxed(body)});
+    return body.bitcast(load.getType(), integer, value);
+}
+
+void writeAtomicStore(Body& body, Memory& memory, const StoreInst& store) {
+    Type* type = store.getValueOperand()->getType();
+    Type* integer = integerOf(type);
+    Memory::Pointer to = memory.atomic(store.getPointerOperand(), integer, true);
+    Id value = body.bitcast(integer, type, body.id(store.getValueOperand()));
+    body.act(spv::Op::OpAtomicStore, {to.id, scope(body, to.storage), relaxed(body), value});
+}
+
+} // namespace tarnwick::msl::spirv

@@ -1,0 +1,75 @@
+#include "TarnwickMSL/Translation/Spirv/Body.h"
+
+#include "TarnwickMSL/Translation/TranslationError.h"
+
+namespace tarnwick::msl::spirv {
+
+using namespace llvm;
+
+Id Body::id(const Value* value) {
+    if (Id known = ids_.lookup(value))
+        return known;
+    auto* constant = dyn_cast<Constant>(value);
+    if (!constant)
+        throw TranslationError("A value is used before it is made.");
+    return constants.of(constant);
+}
+
+SmallVector<Id, 4> Body::operands(const User& user, unsigned first, unsigned last) {
+    SmallVector<Id, 4> list;
+    for (unsigned operand = first; operand < last; ++operand)
+        list.push_back(id(user.getOperand(operand)));
+    return list;
+}
+
+Id Body::emit(spv::Op op, Id type, Operands first, Operands second) {
+    Id result = module.newId();
+    auto count = static_cast<std::uint32_t>(3 + first.size() + second.size());
+    code.insert(code.end(),
+                {count << spv::WordCountShift | static_cast<std::uint32_t>(op), type, result});
+    code.insert(code.end(), first.begin(), first.end());
+    code.insert(code.end(), second.begin(), second.end());
+    return result;
+}
+
+Id Body::extended(GLSLstd450 instruction, Type* type, Operands operands) {
+    return emit(spv::Op::OpExtInst, type,
+                {module.extendedInstructions(), static_cast<std::uint32_t>(instruction)}, operands);
+}
+
+Id Body::local(Id pointerType) {
+    Id result = module.newId();
+    append(locals, spv::Op::OpVariable,
+           {pointerType, result, static_cast<std::uint32_t>(spv::StorageClass::Function)});
+    return result;
+}
+
+Id Body::label(const BasicBlock* block) {
+    Id& known = labels_[block];
+    if (!known)
+        known = module.newId();
+    return known;
+}
+
+Id Body::bitcast(Type* to, Type* from, Id value) {
+    return to == from ? value : emit(spv::Op::OpBitcast, to, {value});
+}
+
+Id Body::resized(Type* to, Type* from, Id value, bool isSigned) {
+    if (to == from)
+        return value;
+    if (to->isFPOrFPVectorTy())
+        return emit(spv::Op::OpFConvert, to, {value});
+    if (to->getScalarSizeInBits() == from->getScalarSizeInBits())
+        return value;
+    return emit(isSigned ? spv::Op::OpSConvert : spv::Op::OpUConvert, to, {value});
+}
+
+Id Body::splat(Type* vector, Id scalar) {
+    if (!vector->isVectorTy())
+        return scalar;
+    SmallVector<std::uint32_t, 4> lanes(laneCount(vector), scalar);
+    return emit(spv::Op::OpCompositeConstruct, vector, lanes);
+}
+
+} // namespace tarnwick::msl::spirv

@@ -1,0 +1,64 @@
+// The function that is being written: its words, the ids of LLVM's values, and short forms of the
+// instructions that the topics share.
+#pragma once
+
+#include "TarnwickMSL/Translation/Spirv/Types.h"
+
+#include <llvm/IR/Instructions.h>
+#include <spirv/unified1/GLSL.std.450.h>
+
+namespace tarnwick::msl::spirv {
+
+class Body {
+  public:
+    Body(llvm::LLVMContext& context, const llvm::DataLayout& layout)
+        : types(module, context, layout), constants(module, types) {}
+
+    Module module;
+    Types types;
+    Constants constants;
+
+    // Throws TranslationError on an instruction that has none yet.
+    Id id(const llvm::Value* value);
+    void set(const llvm::Value* value, Id id) { ids_[value] = id; }
+    bool has(const llvm::Value* value) const { return ids_.contains(value); }
+    // Of each operand from `first` on.
+    llvm::SmallVector<Id, 4> operands(const llvm::User& user, unsigned first, unsigned last);
+
+    // Appends an instruction with a result. The operands are the two lists, one after the other.
+    Id emit(spv::Op op, Id type, Operands first, Operands second = {});
+    Id emit(spv::Op op, llvm::Type* type, Operands first, Operands second = {}) {
+        return emit(op, types.of(type), first, second);
+    }
+    void act(spv::Op op, Operands operands) { append(code, op, operands); } // no result
+    Id extended(GLSLstd450 instruction, llvm::Type* type, Operands operands);
+    Id local(Id pointerType);
+    Id label(const llvm::BasicBlock* block);
+
+    // Of a scalar, or each lane of a vector.
+    Id select(llvm::Type* type, Id condition, Id yes, Id no) {
+        return emit(spv::Op::OpSelect, type, {condition, yes, no});
+    }
+    Id bitcast(llvm::Type* to, llvm::Type* from, Id value);
+    Id negated(llvm::Type* boolean, Id value) {
+        return emit(spv::Op::OpLogicalNot, boolean, {value});
+    }
+    // Integers and floats to another width, or to the same.
+    Id resized(llvm::Type* to, llvm::Type* from, Id value, bool isSigned);
+    Id splat(llvm::Type* vector, Id scalar);
+
+    llvm::Type* i1() { return llvm::Type::getInt1Ty(types.context()); }
+    llvm::Type* i32() { return llvm::Type::getInt32Ty(types.context()); }
+    llvm::Type* f32() { return llvm::Type::getFloatTy(types.context()); }
+
+    // Variables of built-ins, by the built-in and whether it is an input.
+    llvm::DenseMap<std::pair<std::uint32_t, std::uint32_t>, Id> builtIns;
+    Words code;   // blocks, the entry's variables aside
+    Words locals; // OpVariable of the entry block
+
+  private:
+    llvm::DenseMap<const llvm::Value*, Id> ids_;
+    llvm::DenseMap<const llvm::BasicBlock*, Id> labels_;
+};
+
+} // namespace tarnwick::msl::spirv

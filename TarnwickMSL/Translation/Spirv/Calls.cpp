@@ -1,0 +1,90 @@
+#include "TarnwickMSL/Translation/Spirv/Calls.h"
+
+#include "TarnwickMSL/Translation/Spirv/Atomics.h"
+#include "TarnwickMSL/Translation/TranslationError.h"
+
+#include <array>
+#include <string_view>
+
+namespace tarnwick::msl::spirv {
+
+using namespace llvm;
+
+// Where the pipeline sets none: below what the packaged CPU driver runs at most (65,535).
+static constexpr std::uint32_t defaultLoopBudget = 60000;
+
+struct Extended {
+    std::string_view name;
+    GLSLstd450 instruction;
+};
+
+// clang-format off
+static constexpr std::array extendeds{
+    Extended{"tan",   GLSLstd450Tan},
+    Extended{"asin",  GLSLstd450Asin},
+    Extended{"acos",  GLSLstd450Acos},
+    Extended{"atan",  GLSLstd450Atan},
+    Extended{"atan2", GLSLstd450Atan2},
+    Extended{"sinh",  GLSLstd450Sinh},
+    Extended{"cosh",  GLSLstd450Cosh},
+    Extended{"tanh",  GLSLstd450Tanh},
+    Extended{"asinh", GLSLstd450Asinh},
+    Extended{"acosh", GLSLstd450Acosh},
+    Extended{"atanh", GLSLstd450Atanh},
+};
+// clang-format on
+
+// Derivatives are of 32-bit floats (SPIR-V 1.6, 3.52.16); where there are no neighbours, nothing
+// changes between them.
+static Id writeDerivative(Body& body, Stage stage, spv::Op op, const CallInst& call) {
+    Type* type = call.getType();
+    if (stage != Stage::fragment)
+        return body.constants.null(type);
+    Type* wide = shapedLike(type, body.f32());
+    Id value = body.resized(wide, type, body.id(call.getArgOperand(0)), false);
+    return body.resized(type, wide, body.emit(op, wide, {value}), false);
+}
+
+static void writeBarrier(Body& body, StringRef kind) {
+    using Mask = spv::MemorySemanticsMask;
+    auto semantics = static_cast<std::uint32_t>(Mask::AcquireRelease);
+    if (kind == "device")
+        semantics |= static_cast<std::uint32_t>(Mask::UniformMemory);
+    else if (kind == "texture")
+        semantics |= static_cast<std::uint32_t>(Mask::ImageMemory);
+    else
+        semantics |= static_cast<std::uint32_t>(Mask::WorkgroupMemory);
+    Id group = body.constants.word(static_cast<std::uint32_t>(spv::Scope::Workgroup));
+    body.act(spv::Op::OpControlBarrier, {group, group, body.constants.word(semantics)});
+}
+
+Id writeBuiltInCall(Body& body, Memory& memory, Stage stage, StringRef name, const CallInst& call) {
+    for (const Extended& known : extendeds)
+        if (name == StringRef(known.name.data(), known.name.size()))
+            return body.extended(known.instruction, call.getType(),
+                                 body.operands(call, 0, call.arg_size()));
+    if (name == "dfdx")
+        return writeDerivative(body, stage, spv::Op::OpDPdx, call);
+    if (name == "dfdy")
+        return writeDerivative(body, stage, spv::Op::OpDPdy, call);
+    if (name == "fwidth")
+        return writeDerivative(body, stage, spv::Op::OpFwidth, call);
+    if (name == "loop_budget")
+        return body.constants.specialisation(loopBudgetConstant, defaultLoopBudget);
+    if (name == "discard") {
+        body.module.require(spv::Capability::DemoteToHelperInvocation);
+        body.act(spv::Op::OpDemoteToHelperInvocation, {});
+        return 0;
+    }
+    StringRef symbol = call.getCalledFunction()->getName();
+    if (name == "barrier") {
+        StringRef kind = symbol.split("barrier.").second;
+        writeBarrier(body, kind.take_until([](char c) { return c == '.'; }));
+        return 0;
+    }
+    if (name.consume_front("atomic_"))
+        return writeAtomicCall(body, memory, name, call);
+    throw TranslationError("The function '" + symbol.str() + "' is not known on the GPU.");
+}
+
+} // namespace tarnwick::msl::spirv

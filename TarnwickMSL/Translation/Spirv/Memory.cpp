@@ -1,0 +1,279 @@
+#include "TarnwickMSL/Translation/Spirv/Memory.h"
+
+#include "TarnwickMSL/Translation/TranslationError.h"
+
+namespace tarnwick::msl::spirv {
+
+using namespace llvm;
+
+Memory::Memory(Body& body, const ShaderModule& shader) : body_(body), shader_(shader) {}
+
+// An index as 32 bits: LLVM's are of any width, and signed.
+static Id word(Body& body, const Value* index) {
+    if (auto* cast = dyn_cast<CastInst>(index))
+        if (isa<SExtInst, ZExtInst>(cast) && cast->getOperand(0)->getType()->isIntegerTy(32))
+            index = cast->getOperand(0);
+    return body.resized(body.i32(), index->getType(), body.id(index), true);
+}
+
+static Id sum(Body& body, const Step& step) {
+    Id total = 0;
+    for (const Term& term : step.terms) {
+        Id part = word(body, term.index);
+        if (term.scale != 1)
+            part = body.emit(spv::Op::OpIMul, body.i32(),
+                             {part, body.constants.word(static_cast<std::uint32_t>(term.scale))});
+        total = total ? body.emit(spv::Op::OpIAdd, body.i32(), {total, part}) : part;
+    }
+    Id constant = body.constants.word(static_cast<std::uint32_t>(step.constant));
+    if (!total)
+        return constant;
+    return step.constant ? body.emit(spv::Op::OpIAdd, body.i32(), {total, constant}) : total;
+}
+
+// A packaged CPU driver may read an overwritten register for an index that is used twice: each
+// index into local memory is a value of its own, and stays inside while at it.
+Id Memory::index(const Step& step, bool isLocal) {
+    Id value = sum(body_, step);
+    if (!isLocal || step.terms.empty() || !step.bound)
+        return value;
+    Id last = body_.constants.word(static_cast<std::uint32_t>(step.bound - 1));
+    return body_.extended(GLSLstd450UMin, body_.i32(), {value, last});
+}
+
+static bool isDynamicLane(const Access& access) {
+    return !access.steps.empty() && access.steps.back().isLane &&
+           !access.steps.back().terms.empty();
+}
+
+Id Memory::chain(const Found& found, const Access& access, bool stopsAtLane) {
+    const Variable& variable = *found.variable;
+    bool isLocal = variable.view.layout == Layout::plain;
+    SmallVector<std::uint32_t, 6> indices;
+    if (variable.isBlock)
+        indices.push_back(body_.constants.word(0));
+    Type* at = variable.view.element;
+    bool isFirst = variable.view.isArray;
+    ArrayRef<Step> steps = access.steps;
+    if (stopsAtLane)
+        steps = steps.drop_back();
+    for (const Step& step : steps) {
+        if (isFirst) {
+            indices.push_back(index(step, isLocal));
+        } else if (auto* record = dyn_cast<StructType>(at)) {
+            auto member = static_cast<unsigned>(step.constant);
+            indices.push_back(body_.constants.word(
+                body_.types.member(record, member, variable.view.layout).value_or(0)));
+            at = record->getElementType(member);
+        } else {
+            indices.push_back(index(step, isLocal));
+            at = at->isArrayTy() ? at->getArrayElementType()
+                                 : cast<FixedVectorType>(at)->getElementType();
+        }
+        isFirst = false;
+    }
+    if (indices.empty())
+        return variable.id;
+    Id pointee = body_.types.inMemory(at, variable.view.layout);
+    return body_.emit(spv::Op::OpAccessChain, body_.types.pointer(found.root->storage, pointee),
+                      {variable.id}, indices);
+}
+
+// A leaf's value as another type of the same size; booleans count as bytes.
+Id Memory::converted(Type* to, Type* from, Id value) {
+    if (to == from)
+        return value;
+    if (to->isIntegerTy(1))
+        return body_.emit(spv::Op::OpINotEqual, to, {value, body_.constants.null(from)});
+    if (from->isIntegerTy(1))
+        return body_.select(to, value, body_.constants.integer(to, 1), body_.constants.null(to));
+    return body_.bitcast(to, from, value);
+}
+
+static Type* vectorOf(const Access& lane, const View& view) {
+    Type* at = view.element;
+    ArrayRef<Step> steps = lane.steps;
+    if (view.isArray)
+        steps = steps.drop_front();
+    for (const Step& step : steps.drop_back())
+        at = at->isStructTy() ? at->getStructElementType(static_cast<unsigned>(step.constant))
+                              : at->getArrayElementType();
+    return at;
+}
+
+Id Memory::readNarrow(const Found& found, const Access& access) {
+    LLVMContext& context = body_.types.context();
+    Access wide = access;
+    wide.form = Access::Form::whole;
+    wide.type = Type::getIntNTy(context, access.leaf->getScalarSizeInBits());
+    Id value = read(found, wide);
+    if (access.first)
+        value = body_.emit(spv::Op::OpShiftRightLogical, wide.type,
+                           {value, body_.constants.integer(wide.type, access.first * 8)});
+    unsigned bits = access.type->isIntegerTy(1) ? 8 : access.type->getScalarSizeInBits();
+    Type* integer = Type::getIntNTy(context, bits);
+    return converted(access.type, integer, body_.resized(integer, wide.type, value, false));
+}
+
+Id Memory::read(const Found& found, const Access& access) {
+    switch (access.form) {
+    case Access::Form::outside:
+        return body_.constants.null(access.type);
+    case Access::Form::whole: {
+        bool isPlain = found.variable->view.layout == Layout::plain;
+        if (isPlain && isDynamicLane(access)) {
+            Type* vector = vectorOf(access, found.variable->view);
+            Id whole = body_.emit(spv::Op::OpLoad, vector, {chain(found, access, true)});
+            Id lane = index(access.steps.back(), true);
+            Id value = body_.emit(spv::Op::OpVectorExtractDynamic, access.leaf, {whole, lane});
+            return converted(access.type, access.leaf, value);
+        }
+        Id value = body_.emit(spv::Op::OpLoad, access.leaf, {chain(found, access, false)});
+        return converted(access.type, access.leaf, value);
+    }
+    case Access::Form::lanes: {
+        Id value = body_.emit(spv::Op::OpLoad, access.leaf, {chain(found, access, false)});
+        SmallVector<std::uint32_t, 6> operands{value, value};
+        for (unsigned lane = 0; lane < laneCount(access.type); ++lane)
+            operands.push_back(access.first + lane < laneCount(access.leaf) ? access.first + lane
+                                                                            : 0xffffffff);
+        return body_.emit(spv::Op::OpVectorShuffle, access.type, operands);
+    }
+    case Access::Form::narrow:
+        return readNarrow(found, access);
+    case Access::Form::parts:
+    case Access::Form::halves: {
+        SmallVector<std::uint32_t, 8> parts;
+        for (const Access& part : access.parts)
+            parts.push_back(read(found, part));
+        if (access.form == Access::Form::parts)
+            return body_.emit(spv::Op::OpCompositeConstruct, access.type, parts);
+        auto* pair = FixedVectorType::get(access.parts.front().type, 2);
+        return converted(access.type, pair, body_.emit(spv::Op::OpCompositeConstruct, pair, parts));
+    }
+    }
+    return 0;
+}
+
+void Memory::writeNarrow(const Found& found, const Access& access, Id value) {
+    LLVMContext& context = body_.types.context();
+    unsigned bits = access.type->isIntegerTy(1) ? 8 : access.type->getScalarSizeInBits();
+    unsigned wideBits = access.leaf->getScalarSizeInBits();
+    Type* integer = Type::getIntNTy(context, bits);
+    Access wide = access;
+    wide.form = Access::Form::whole;
+    wide.type = Type::getIntNTy(context, wideBits);
+    Id before = read(found, wide);
+    Id inserted = body_.resized(wide.type, integer, converted(integer, access.type, value), false);
+    APInt mask = ~APInt::getBitsSet(wideBits, access.first * 8, access.first * 8 + bits);
+    Id kept = body_.emit(spv::Op::OpBitwiseAnd, wide.type,
+                         {before, body_.constants.integer(wide.type, mask.getZExtValue())});
+    Id moved = body_.emit(spv::Op::OpShiftLeftLogical, wide.type,
+                          {inserted, body_.constants.integer(wide.type, access.first * 8)});
+    write(found, wide, body_.emit(spv::Op::OpBitwiseOr, wide.type, {kept, moved}));
+}
+
+void Memory::writeParts(const Found& found, const Access& access, Id value) {
+    Type* type = access.type;
+    if (access.form == Access::Form::halves) {
+        type = FixedVectorType::get(access.parts.front().type, 2);
+        value = converted(type, access.type, value);
+    }
+    for (unsigned part = 0; part < access.parts.size(); ++part)
+        write(found, access.parts[part],
+              body_.emit(spv::Op::OpCompositeExtract, access.parts[part].type, {value, part}));
+}
+
+void Memory::write(const Found& found, const Access& access, Id value) {
+    switch (access.form) {
+    case Access::Form::outside:
+        return;
+    case Access::Form::whole: {
+        Id leaf = converted(access.leaf, access.type, value);
+        bool isPlain = found.variable->view.layout == Layout::plain;
+        if (isPlain && isDynamicLane(access)) {
+            Type* vector = vectorOf(access, found.variable->view);
+            Id pointer = chain(found, access, true);
+            Id before = body_.emit(spv::Op::OpLoad, vector, {pointer});
+            Id lane = index(access.steps.back(), true);
+            Id after = body_.emit(spv::Op::OpVectorInsertDynamic, vector, {before, leaf, lane});
+            return body_.act(spv::Op::OpStore, {pointer, after});
+        }
+        return body_.act(spv::Op::OpStore, {chain(found, access, false), leaf});
+    }
+    case Access::Form::lanes: {
+        Id pointer = chain(found, access, false);
+        unsigned given = laneCount(access.type), there = laneCount(access.leaf);
+        bool isWhole = access.first == 0 && given >= there;
+        Id before = isWhole ? value : body_.emit(spv::Op::OpLoad, access.leaf, {pointer});
+        SmallVector<std::uint32_t, 6> operands{value, before};
+        for (unsigned lane = 0; lane < there; ++lane) {
+            bool isGiven = lane >= access.first && lane < access.first + given;
+            operands.push_back(isGiven ? lane - access.first : given + lane);
+        }
+        Id after = body_.emit(spv::Op::OpVectorShuffle, access.leaf, operands);
+        return body_.act(spv::Op::OpStore, {pointer, after});
+    }
+    case Access::Form::narrow:
+        return writeNarrow(found, access, value);
+    case Access::Form::parts:
+    case Access::Form::halves:
+        return writeParts(found, access, value);
+    }
+}
+
+Memory::Found Memory::find(const Value* pointer, Type* type, bool isStore) {
+    const DataLayout& layout = body_.types.dataLayout();
+    Place place = placeOf(pointer, layout);
+    Found found{.root = &root(place.root), .variable = nullptr, .access = {}};
+    bool isBuffer = found.root->interface && found.root->variables.front().isBlock;
+    if (isBuffer && isStore && found.root->storage == spv::StorageClass::StorageBuffer)
+        resources_[found.root->resource].isWritten = true;
+    for (Variable& variable : found.root->variables) {
+        std::optional<Access> planned = access(variable.view, place, type, layout);
+        // Another invocation may write what stands beside it.
+        if (!planned || (isStore && isBuffer && storesBeside(*planned)))
+            continue;
+        found.variable = &variable;
+        found.access = std::move(*planned);
+        return found;
+    }
+    if (!isBuffer)
+        throw TranslationError("A local value is used as another type in a way that is not known.");
+    found.variable = &addBlock(*found.root, unitView(place, type, layout));
+    std::optional<Access> planned = access(found.variable->view, place, type, layout);
+    if (!planned)
+        throw TranslationError("A buffer is used as another type in a way that is not known.");
+    found.access = std::move(*planned);
+    return found;
+}
+
+Id Memory::load(const Value* pointer, Type* type) {
+    const Root& from = root(placeOf(pointer, body_.types.dataLayout()).root);
+    if (from.isComputed)
+        return computed(from, pointer, type);
+    Found found = find(pointer, type, false);
+    return read(found, found.access);
+}
+
+void Memory::store(const Value* pointer, Type* type, Id value) {
+    Found found = find(pointer, type, true);
+    write(found, found.access, value);
+}
+
+Memory::Pointer Memory::atomic(const Value* pointer, Type* type, bool isStore) {
+    Found found = find(pointer, type, isStore);
+    if (found.access.form != Access::Form::whole || found.access.leaf != type)
+        throw TranslationError("An atomic value stands in memory as another type.");
+    return {chain(found, found.access, false), found.root->storage};
+}
+
+Id Memory::gridSize() {
+    for (const InterfaceVariable& variable : shader_.interface)
+        if (variable.kind == InterfaceKind::pushConstant)
+            if (const GlobalVariable* global = shader_.module->getNamedGlobal(variable.global))
+                return load(global, FixedVectorType::get(body_.i32(), 3));
+    throw TranslationError("A kernel's grid size is not among what it is given.");
+}
+
+} // namespace tarnwick::msl::spirv

@@ -1,0 +1,85 @@
+// Everything that loads and stores reach: local arrays, tables, buffers, threadgroup memory, and
+// the stage's inputs and outputs, which Stage.h declares.
+#pragma once
+
+#include "TarnwickMSL/Translation/ShaderModule.h"
+#include "TarnwickMSL/Translation/Spirv/Body.h"
+#include "TarnwickMSL/Translation/Spirv/Place.h"
+
+#include <llvm/ADT/MapVector.h>
+
+namespace tarnwick::msl::spirv {
+
+class Memory {
+  public:
+    Memory(Body& body, const ShaderModule& shader);
+
+    Id load(const llvm::Value* pointer, llvm::Type* type);
+    void store(const llvm::Value* pointer, llvm::Type* type, Id value);
+
+    struct Pointer {
+        Id id = 0;
+        spv::StorageClass storage = spv::StorageClass::Function;
+    };
+    // To one integer, for atomics.
+    Pointer atomic(const llvm::Value* pointer, llvm::Type* type, bool isStore);
+
+    Id gridSize(); // kernels: the push constant
+
+    // Once the code is written: decorates the buffers by what it did to them.
+    void finish();
+    // The buffers that it touched.
+    const std::vector<Resource>& resources() const { return resources_; }
+    std::uint32_t colorAttachments() const { return colors_; }
+    bool writesPointSize() const { return writesPointSize_; }
+
+  private:
+    struct Variable { // one SPIR-V variable that shows a root in one way
+        View view;
+        Id id = 0;
+        bool isBlock = false;
+    };
+    struct Root {
+        spv::StorageClass storage = spv::StorageClass::Function;
+        const InterfaceVariable* interface = nullptr; // buffers'
+        std::size_t resource = 0;
+        bool isComputed = false;                  // a built-in that Vulkan has in another form
+        llvm::SmallVector<Variable, 1> variables; // a buffer may have several, others one
+    };
+    struct Found {
+        Root* root = nullptr;
+        Variable* variable = nullptr;
+        Access access;
+    };
+
+    Root& root(const llvm::Value* value);
+    const InterfaceVariable* interfaceOf(const llvm::GlobalVariable& global) const;
+    void makeLocal(Root& made, const llvm::Value& value, llvm::Type* type);
+    void makeTable(Root& made, const llvm::GlobalVariable& global);
+    void makeWorkgroup(Root& made, const llvm::GlobalVariable& global);
+    void makeStage(Root& made, const llvm::GlobalVariable& global);
+    void makeBuffer(Root& made, const llvm::GlobalVariable& global);
+    Variable& addBlock(Root& root, View view);
+    Id blockContent(const Root& root, const View& view);
+    void requireStorage(spv::StorageClass storage, llvm::Type* type);
+    Id computed(const Root& root, const llvm::Value* pointer, llvm::Type* type);
+    Found find(const llvm::Value* pointer, llvm::Type* type, bool isStore);
+
+    Id index(const Step& step, bool isLocal);
+    Id chain(const Found& found, const Access& access, bool stopsAtLane);
+    Id read(const Found& found, const Access& access);
+    Id readNarrow(const Found& found, const Access& access);
+    void write(const Found& found, const Access& access, Id value);
+    void writeNarrow(const Found& found, const Access& access, Id value);
+    void writeParts(const Found& found, const Access& access, Id value);
+    Id converted(llvm::Type* to, llvm::Type* from, Id value);
+
+    Body& body_;
+    const ShaderModule& shader_;
+    llvm::MapVector<const llvm::Value*, std::unique_ptr<Root>> roots_;
+    std::vector<Resource> resources_;
+    std::uint32_t colors_ = 0;
+    bool writesPointSize_ = false;
+};
+
+} // namespace tarnwick::msl::spirv

@@ -1,0 +1,242 @@
+// What each root of memory becomes: a variable, or several that show one buffer in several ways.
+
+#include "TarnwickMSL/Translation/Spirv/Memory.h"
+#include "TarnwickMSL/Translation/Spirv/Stage.h"
+#include "TarnwickMSL/Translation/TranslationError.h"
+
+#include <llvm/Analysis/ConstantFolding.h>
+
+namespace tarnwick::msl::spirv {
+
+using namespace llvm;
+
+// Vulkan 1.3, table 53: the least of maxUniformBufferRange that desktop devices give.
+static constexpr std::uint64_t uniformBytes = 65536;
+// As much threadgroup memory as a pointer without a size may reach.
+static constexpr std::uint64_t workgroupBytes = 16384;
+
+const InterfaceVariable* Memory::interfaceOf(const GlobalVariable& global) const {
+    for (const InterfaceVariable& variable : shader_.interface)
+        if (global.getName() == variable.global)
+            return &variable;
+    return nullptr;
+}
+
+Memory::Root& Memory::root(const Value* value) {
+    std::unique_ptr<Root>& known = roots_[value];
+    if (known)
+        return *known;
+    known = std::make_unique<Root>();
+    Root& made = *known;
+    if (auto* variable = dyn_cast<AllocaInst>(value)) {
+        made.storage = spv::StorageClass::Function;
+        makeLocal(made, *variable, variable->getAllocatedType());
+        return made;
+    }
+    auto& global = *cast<GlobalVariable>(value);
+    made.interface = interfaceOf(global);
+    if (!made.interface)
+        makeTable(made, global);
+    else if (made.interface->kind == InterfaceKind::workgroup)
+        makeWorkgroup(made, global);
+    else if (made.interface->kind == InterfaceKind::input ||
+             made.interface->kind == InterfaceKind::output)
+        makeStage(made, global);
+    else
+        makeBuffer(made, global);
+    return made;
+}
+
+// The declared type where every use fits it, else one that fits them all.
+static View fittingView(const Value& value, Type* type, const DataLayout& layout) {
+    View declared{.element = type, .isArray = false, .count = 0, .layout = Layout::plain};
+    std::vector<Use> uses = usesOf(value, layout);
+    for (const Use& use : uses)
+        if (!access(declared, use.place, use.type, layout))
+            return commonView(uses, layout.getTypeAllocSize(type).getFixedValue(),
+                              type->getContext(), layout);
+    return declared;
+}
+
+static Id contentType(Body& body, const View& view) {
+    Id element = body.types.inMemory(view.element, Layout::plain);
+    return view.isArray ? body.types.array(element, static_cast<std::uint32_t>(view.count))
+                        : element;
+}
+
+void Memory::makeLocal(Root& made, const Value& value, Type* type) {
+    View view = fittingView(value, type, body_.types.dataLayout());
+    Id pointer = body_.types.pointer(made.storage, contentType(body_, view));
+    made.variables.push_back({view, body_.local(pointer), false});
+}
+
+// A table's bytes as elements of another type.
+static SmallVector<std::uint32_t, 16> foldedTable(Body& body, const GlobalVariable& global,
+                                                  const View& view) {
+    const DataLayout& layout = body.types.dataLayout();
+    auto* initialiser = const_cast<Constant*>(global.getInitializer());
+    std::uint64_t stride = layout.getTypeAllocSize(view.element).getFixedValue();
+    SmallVector<std::uint32_t, 16> parts;
+    for (std::uint64_t part = 0; part < view.count; ++part) {
+        APInt offset(layout.getIndexTypeSizeInBits(global.getType()), part * stride);
+        Constant* folded = ConstantFoldLoadFromConst(initialiser, view.element, offset, layout);
+        parts.push_back(folded ? body.constants.of(folded) : body.constants.null(view.element));
+    }
+    return parts;
+}
+
+void Memory::makeTable(Root& made, const GlobalVariable& global) {
+    if (!global.hasInitializer())
+        throw TranslationError("The variable '" + global.getName().str() + "' is not known here.");
+    made.storage = spv::StorageClass::Private;
+    View view = fittingView(global, global.getValueType(), body_.types.dataLayout());
+    Id type = contentType(body_, view);
+    Id value = view.isArray ? body_.constants.composite(type, foldedTable(body_, global, view))
+                            : body_.constants.of(global.getInitializer());
+    Id pointer = body_.types.pointer(made.storage, type);
+    made.variables.push_back({view, body_.module.variable(pointer, made.storage, value), false});
+}
+
+void Memory::makeWorkgroup(Root& made, const GlobalVariable& global) {
+    made.storage = spv::StorageClass::Workgroup;
+    const DataLayout& layout = body_.types.dataLayout();
+    Type* type = global.getValueType();
+    if (!made.interface->isReference && made.interface->elementBytes)
+        type = ArrayType::get(type, workgroupBytes / made.interface->elementBytes);
+    View view = fittingView(global, type, layout);
+    Id pointer = body_.types.pointer(made.storage, contentType(body_, view));
+    made.variables.push_back({view, body_.module.variable(pointer, made.storage), false});
+}
+
+void Memory::makeStage(Root& made, const GlobalVariable& global) {
+    const InterfaceVariable& interface = *made.interface;
+    bool isInput = interface.kind == InterfaceKind::input;
+    made.storage = isInput ? spv::StorageClass::Input : spv::StorageClass::Output;
+    made.isComputed = isInput && isComputedBuiltIn(interface.builtIn);
+    if (made.isComputed)
+        return;
+    StageVariable variable =
+        declareStageVariable(body_, shader_.stage, interface, global.getValueType());
+    View view{.element = variable.type, .isArray = false, .count = 0, .layout = Layout::plain};
+    made.variables.push_back({view, variable.id, false});
+    if (isInput)
+        return;
+    if (shader_.stage == Stage::fragment && interface.builtIn.empty())
+        colors_ |= 1u << interface.location;
+    writesPointSize_ |= interface.builtIn == "point_size";
+}
+
+static ResourceKind resourceKind(InterfaceKind kind) {
+    if (kind == InterfaceKind::uniformBuffer)
+        return ResourceKind::uniformBuffer;
+    return kind == InterfaceKind::loopReport ? ResourceKind::loopReport
+                                             : ResourceKind::storageBuffer;
+}
+
+void Memory::makeBuffer(Root& made, const GlobalVariable& global) {
+    const InterfaceVariable& interface = *made.interface;
+    bool isPush = interface.kind == InterfaceKind::pushConstant;
+    bool isReport = interface.kind == InterfaceKind::loopReport;
+    made.storage = isPush ? spv::StorageClass::PushConstant
+                   : interface.kind == InterfaceKind::uniformBuffer
+                       ? spv::StorageClass::Uniform
+                       : spv::StorageClass::StorageBuffer;
+    bool isOne = isPush || isReport || interface.isReference;
+    if (!isPush) {
+        Resource resource{.kind = resourceKind(interface.kind),
+                          .index = interface.index,
+                          .binding = interface.binding};
+        if (interface.isReference)
+            resource.size = static_cast<std::uint32_t>(interface.elementBytes);
+        made.resource = resources_.size();
+        resources_.push_back(resource);
+    }
+    View view{.element = global.getValueType(), .isArray = !isOne, .count = 0};
+    view.layout = Layout::explicit_;
+    addBlock(made, view);
+}
+
+static bool holds(Type* type, unsigned bits) {
+    if (type->isStructTy())
+        return any_of(cast<StructType>(type)->elements(),
+                      [bits](Type* member) { return holds(member, bits); });
+    if (type->isArrayTy())
+        return holds(type->getArrayElementType(), bits);
+    return type->getScalarSizeInBits() == bits;
+}
+
+void Memory::requireStorage(spv::StorageClass storage, Type* type) {
+    bool isUniform = storage == spv::StorageClass::Uniform;
+    if (holds(type, 8))
+        body_.module.require(isUniform ? spv::Capability::UniformAndStorageBuffer8BitAccess
+                                       : spv::Capability::StorageBuffer8BitAccess);
+    if (holds(type, 16))
+        body_.module.require(isUniform ? spv::Capability::UniformAndStorageBuffer16BitAccess
+                                       : spv::Capability::StorageBuffer16BitAccess);
+}
+
+Id Memory::blockContent(const Root& root, const View& view) {
+    Id element = body_.types.inMemory(view.element, Layout::explicit_);
+    if (!view.isArray)
+        return element;
+    auto stride =
+        static_cast<std::uint32_t>(body_.types.dataLayout().getTypeAllocSize(view.element));
+    Id array = 0;
+    if (root.storage == spv::StorageClass::StorageBuffer) {
+        array = body_.module.declareType(spv::Op::OpTypeRuntimeArray, {element});
+    } else {
+        Id length = body_.constants.word(static_cast<std::uint32_t>(view.count));
+        array = body_.module.declareType(spv::Op::OpTypeArray, {element, length});
+    }
+    body_.module.decorate(array, spv::Decoration::ArrayStride, {stride});
+    return array;
+}
+
+Memory::Variable& Memory::addBlock(Root& root, View view) {
+    std::uint64_t stride =
+        std::max<std::uint64_t>(1, body_.types.dataLayout().getTypeAllocSize(view.element));
+    bool isOpen = root.storage == spv::StorageClass::StorageBuffer;
+    if (view.isArray && !isOpen) {
+        std::uint64_t bytes =
+            root.interface->isReference ? root.interface->elementBytes : uniformBytes;
+        view.count = std::max<std::uint64_t>(1, bytes / stride);
+    }
+    requireStorage(root.storage, view.element);
+    Id block = body_.module.declareType(spv::Op::OpTypeStruct, {blockContent(root, view)});
+    body_.module.decorate(block, spv::Decoration::Block);
+    body_.module.decorateMember(block, 0, spv::Decoration::Offset, {0});
+    Id id = body_.module.variable(body_.types.pointer(root.storage, block), root.storage);
+    if (root.storage != spv::StorageClass::PushConstant) {
+        body_.module.decorate(id, spv::Decoration::DescriptorSet, {0});
+        body_.module.decorate(id, spv::Decoration::Binding, {root.interface->binding});
+    }
+    root.variables.push_back({view, id, true});
+    return root.variables.back();
+}
+
+Id Memory::computed(const Root& from, const Value* pointer, Type* type) {
+    Place place = placeOf(pointer, body_.types.dataLayout());
+    Id whole = computedBuiltIn(body_, from.interface->builtIn, [this] { return gridSize(); });
+    Type* given = cast<GlobalVariable>(place.root)->getValueType();
+    if (type == given)
+        return whole;
+    bool isLane = given->isVectorTy() && type == given->getScalarType() && place.terms.empty();
+    if (!isLane)
+        throw TranslationError("A built-in value is read as another type.");
+    auto lane = static_cast<std::uint32_t>(place.offset / 4);
+    return body_.emit(spv::Op::OpCompositeExtract, type, {whole, lane});
+}
+
+void Memory::finish() {
+    for (const auto& [value, root] : roots_) {
+        bool isStorage = root->storage == spv::StorageClass::StorageBuffer;
+        for (const Variable& variable : root->variables) {
+            if (isStorage && !resources_[root->resource].isWritten)
+                body_.module.decorate(variable.id, spv::Decoration::NonWritable);
+            if (root->variables.size() > 1)
+                body_.module.decorate(variable.id, spv::Decoration::Aliased);
+        }
+    }
+}
+
+} // namespace tarnwick::msl::spirv

@@ -1,0 +1,265 @@
+#include "TarnwickMSL/Translation/SpirvWriter.h"
+
+#include "TarnwickMSL/Translation/Spirv/Arithmetic.h"
+#include "TarnwickMSL/Translation/Spirv/Atomics.h"
+#include "TarnwickMSL/Translation/Spirv/Calls.h"
+#include "TarnwickMSL/Translation/Spirv/Images.h"
+#include "TarnwickMSL/Translation/Spirv/Stage.h"
+#include "TarnwickMSL/Translation/TranslationError.h"
+
+#include <llvm/ADT/PostOrderIterator.h>
+
+namespace tarnwick::msl {
+
+using namespace llvm;
+using namespace spirv;
+
+static std::uint32_t bindingAfter(const ShaderModule& shader) {
+    std::uint32_t next = shader.stage == Stage::fragment ? 32 : 0;
+    for (const InterfaceVariable& variable : shader.interface) {
+        bool hasBinding = variable.kind == InterfaceKind::uniformBuffer ||
+                          variable.kind == InterfaceKind::storageBuffer ||
+                          variable.kind == InterfaceKind::loopReport;
+        if (hasBinding)
+            next = std::max(next, variable.binding + 1);
+    }
+    for (const TextureVariable& texture : shader.textures)
+        next = std::max(next, texture.binding + 1);
+    return next;
+}
+
+class FunctionWriter {
+  public:
+    explicit FunctionWriter(const ShaderModule& shader)
+        : shader_(shader), body_(shader.module->getContext(), shader.module->getDataLayout()),
+          memory_(body_, shader), images_(body_, shader, bindingAfter(shader)) {}
+    EntryPoint write();
+
+  private:
+    void block(const BasicBlock& block);
+    void phi(const PHINode& phi);
+    void instruction(const Instruction& instruction);
+    Id value(const Instruction& instruction);
+    Id call(const CallInst& call);
+    void terminator(const Instruction& terminator);
+    void merge(const BasicBlock& block, bool isBranching);
+    void fillPhis();
+    void modes();
+    Words function();
+    std::vector<Resource> resources() const;
+
+    const ShaderModule& shader_;
+    Body body_;
+    Memory memory_;
+    Images images_;
+    std::vector<std::pair<const PHINode*, std::size_t>> phis_; // and where their operands stand
+};
+
+// The operands follow once every block is written: values may come from below.
+void FunctionWriter::phi(const PHINode& phi) {
+    SmallVector<std::uint32_t, 8> operands(2 * phi.getNumIncomingValues(), 0u);
+    std::size_t at = body_.code.size() + 3;
+    body_.set(&phi, body_.emit(spv::Op::OpPhi, phi.getType(), operands));
+    phis_.emplace_back(&phi, at);
+}
+
+void FunctionWriter::fillPhis() {
+    for (auto [phi, at] : phis_) {
+        for (unsigned incoming = 0; incoming < phi->getNumIncomingValues(); ++incoming) {
+            body_.code[at++] = body_.id(phi->getIncomingValue(incoming));
+            body_.code[at++] = body_.label(phi->getIncomingBlock(incoming));
+        }
+    }
+}
+
+// NAME of a call to `msl.NAME.SUFFIX`.
+static StringRef builtInName(StringRef symbol) {
+    return symbol.consume_front("msl.") ? symbol.take_until([](char c) { return c == '.'; })
+                                        : StringRef();
+}
+
+Id FunctionWriter::call(const CallInst& call) {
+    if (auto* intrinsic = dyn_cast<IntrinsicInst>(&call))
+        return writeIntrinsic(body_, *intrinsic);
+    const Function* callee = call.getCalledFunction();
+    StringRef name = callee ? builtInName(callee->getName()) : StringRef();
+    if (name.empty())
+        throw TranslationError("A function is called that is not known on the GPU" +
+                               (callee ? ": '" + callee->getName().str() + "'." : "."));
+    return Images::takes(name) ? images_.write(name, call)
+                               : writeBuiltInCall(body_, memory_, shader_.stage, name, call);
+}
+
+Id FunctionWriter::value(const Instruction& instruction) {
+    if (auto* operation = dyn_cast<BinaryOperator>(&instruction))
+        return writeBinary(body_, *operation);
+    if (auto* compare = dyn_cast<CmpInst>(&instruction))
+        return writeCompare(body_, *compare);
+    if (auto* cast = dyn_cast<CastInst>(&instruction))
+        return writeCast(body_, *cast);
+    if (auto* called = dyn_cast<CallInst>(&instruction))
+        return call(*called);
+    switch (instruction.getOpcode()) {
+    case Instruction::Load: {
+        auto& load = cast<LoadInst>(instruction);
+        return load.isAtomic() ? writeAtomicLoad(body_, memory_, load)
+                               : memory_.load(load.getPointerOperand(), load.getType());
+    }
+    case Instruction::FNeg:
+        return body_.emit(spv::Op::OpFNegate, instruction.getType(),
+                          {body_.id(instruction.getOperand(0))});
+    case Instruction::Select:
+        return body_.emit(spv::Op::OpSelect, instruction.getType(),
+                          body_.operands(instruction, 0, 3));
+    case Instruction::Freeze:
+        return body_.id(instruction.getOperand(0));
+    case Instruction::InsertElement:
+        return writeInsertElement(body_, cast<InsertElementInst>(instruction));
+    case Instruction::ExtractElement:
+        return writeExtractElement(body_, cast<ExtractElementInst>(instruction));
+    case Instruction::ShuffleVector:
+        return writeShuffle(body_, cast<ShuffleVectorInst>(instruction));
+    case Instruction::InsertValue:
+        return writeInsertValue(body_, cast<InsertValueInst>(instruction));
+    case Instruction::ExtractValue:
+        return writeExtractValue(body_, cast<ExtractValueInst>(instruction));
+    case Instruction::AtomicRMW:
+        return writeAtomic(body_, memory_, cast<AtomicRMWInst>(instruction));
+    case Instruction::AtomicCmpXchg:
+        return writeAtomic(body_, memory_, cast<AtomicCmpXchgInst>(instruction));
+    default:
+        throw TranslationError(std::string("The instruction '") + instruction.getOpcodeName() +
+                               "' has no form on the GPU.");
+    }
+}
+
+void FunctionWriter::instruction(const Instruction& instruction) {
+    if (auto* store = dyn_cast<StoreInst>(&instruction)) {
+        if (store->isAtomic())
+            return writeAtomicStore(body_, memory_, *store);
+        const Value* stored = store->getValueOperand();
+        return memory_.store(store->getPointerOperand(), stored->getType(), body_.id(stored));
+    }
+    // Pointers are worked out where they are used; fences order nothing that is relaxed.
+    bool isSilent = instruction.getType()->isPointerTy() || isa<FenceInst>(instruction);
+    if (isSilent || isDeferred(instruction))
+        return;
+    if (Id made = value(instruction))
+        body_.set(&instruction, made);
+}
+
+void FunctionWriter::merge(const BasicBlock& block, bool isBranching) {
+    auto found = shader_.structure.find(const_cast<BasicBlock*>(&block));
+    if (found == shader_.structure.end())
+        return;
+    const Merge& merge = found->second;
+    if (merge.continueTarget)
+        body_.act(spv::Op::OpLoopMerge,
+                  {body_.label(merge.merge), body_.label(merge.continueTarget), 0});
+    else if (isBranching)
+        body_.act(spv::Op::OpSelectionMerge, {body_.label(merge.merge), 0});
+}
+
+void FunctionWriter::terminator(const Instruction& terminator) {
+    if (isa<ReturnInst>(terminator))
+        return body_.act(spv::Op::OpReturn, {});
+    if (isa<UnreachableInst>(terminator))
+        return body_.act(spv::Op::OpUnreachable, {});
+    auto* branch = dyn_cast<BranchInst>(&terminator);
+    if (!branch)
+        throw TranslationError("A branch has no form on the GPU.");
+    // The two targets of one branch must differ (SPIR-V 1.6, 3.52.17).
+    bool isBranching =
+        branch->isConditional() && branch->getSuccessor(0) != branch->getSuccessor(1);
+    merge(*branch->getParent(), isBranching);
+    Id first = body_.label(branch->getSuccessor(0));
+    if (!isBranching)
+        return body_.act(spv::Op::OpBranch, {first});
+    body_.act(spv::Op::OpBranchConditional,
+              {body_.id(branch->getCondition()), first, body_.label(branch->getSuccessor(1))});
+}
+
+void FunctionWriter::block(const BasicBlock& block) {
+    if (!block.isEntryBlock())
+        body_.act(spv::Op::OpLabel, {body_.label(&block)});
+    for (const Instruction& each : block) {
+        if (auto* merged = dyn_cast<PHINode>(&each))
+            phi(*merged);
+        else if (each.isTerminator())
+            terminator(each);
+        else
+            instruction(each);
+    }
+}
+
+void FunctionWriter::modes() {
+    Module& module = body_.module;
+    if (shader_.stage == Stage::fragment)
+        module.executionMode(spv::ExecutionMode::OriginUpperLeft);
+    if (shader_.stage == Stage::fragment && shader_.earlyFragmentTests)
+        module.executionMode(spv::ExecutionMode::EarlyFragmentTests);
+    if (shader_.stage == Stage::kernel)
+        module.executionMode(spv::ExecutionMode::LocalSizeId, threadgroupSize(body_));
+}
+
+Words FunctionWriter::function() {
+    Id nothing = body_.types.voidType();
+    Id type = body_.module.declareType(spv::Op::OpTypeFunction, {nothing});
+    // Every block stands below those that dominate it; what cannot be reached is last.
+    ReversePostOrderTraversal<const Function*> order(shader_.main);
+    SmallPtrSet<const BasicBlock*, 32> written;
+    for (const BasicBlock* each : order) {
+        block(*each);
+        written.insert(each);
+    }
+    for (const BasicBlock& each : *shader_.main)
+        if (!written.contains(&each))
+            block(each);
+    fillPhis();
+    Words words;
+    append(words, spv::Op::OpFunction, {nothing, body_.module.main(), 0, type});
+    append(words, spv::Op::OpLabel, {body_.label(&shader_.main->getEntryBlock())});
+    words.insert(words.end(), body_.locals.begin(), body_.locals.end());
+    words.insert(words.end(), body_.code.begin(), body_.code.end());
+    append(words, spv::Op::OpFunctionEnd, {});
+    return words;
+}
+
+std::vector<Resource> FunctionWriter::resources() const {
+    std::vector<Resource> all = memory_.resources();
+    all.insert(all.end(), images_.resources().begin(), images_.resources().end());
+    llvm::sort(all, [](const Resource& a, const Resource& b) { return a.binding < b.binding; });
+    return all;
+}
+
+static spv::ExecutionModel modelOf(Stage stage) {
+    switch (stage) {
+    case Stage::vertex:
+        return spv::ExecutionModel::Vertex;
+    case Stage::fragment:
+        return spv::ExecutionModel::Fragment;
+    case Stage::kernel:
+        return spv::ExecutionModel::GLCompute;
+    }
+    return spv::ExecutionModel::Fragment;
+}
+
+EntryPoint FunctionWriter::write() {
+    body_.module.require(spv::Capability::Shader);
+    modes();
+    Words code = function();
+    memory_.finish();
+    return {.name = shader_.name,
+            .stage = shader_.stage,
+            .words = body_.module.finish(modelOf(shader_.stage), code),
+            .resources = resources(),
+            .usesLoopBudget = shader_.usesLoopBudget,
+            .writesPointSize = memory_.writesPointSize(),
+            .colorAttachments = memory_.colorAttachments()};
+}
+
+EntryPoint writeSpirv(const ShaderModule& shader) {
+    return FunctionWriter(shader).write();
+}
+
+} // namespace tarnwick::msl

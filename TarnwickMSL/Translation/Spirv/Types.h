@@ -1,0 +1,84 @@
+// LLVM's types and constants as SPIR-V's, each declared once.
+#pragma once
+
+#include "TarnwickMSL/Translation/Spirv/Module.h"
+
+#include <llvm/ADT/DenseMap.h>
+#include <llvm/IR/Constants.h>
+#include <llvm/IR/DataLayout.h>
+#include <llvm/IR/DerivedTypes.h>
+
+#include <optional>
+
+namespace tarnwick::msl::spirv {
+
+// Whether a type in memory carries explicit offsets and strides (buffers, push constants) or none
+// (everything that no one outside the invocation's group sees).
+enum class Layout : std::uint8_t { plain, explicit_ };
+
+class Types {
+  public:
+    Types(Module& module, llvm::LLVMContext& context, const llvm::DataLayout& layout)
+        : module_(module), context_(context), layout_(layout) {}
+
+    llvm::LLVMContext& context() const { return context_; }
+    const llvm::DataLayout& dataLayout() const { return layout_; }
+
+    Id voidType();
+    // Of values; integers are unsigned throughout. Throws TranslationError on widths that SPIR-V
+    // does not have.
+    Id of(llvm::Type* type) { return inMemory(type, Layout::plain); }
+    Id signedScalar();
+    Id signedVector(); // four signed 32-bit integers, as signed textures give them
+    Id inMemory(llvm::Type* type, Layout layout);
+    Id array(Id element, std::uint32_t count);
+    Id pointer(spv::StorageClass storage, Id pointee);
+
+    // Where a member of the LLVM struct stands in the SPIR-V one; none for padding bytes, which
+    // explicit layouts leave out.
+    std::optional<std::uint32_t> member(llvm::StructType* type, unsigned index,
+                                        Layout layout) const;
+
+  private:
+    Id declare(llvm::Type* type, Layout layout);
+    Id integer(unsigned bits);
+    Id structure(llvm::StructType* type, Layout layout);
+
+    Module& module_;
+    llvm::LLVMContext& context_;
+    const llvm::DataLayout& layout_;
+    Id void_ = 0, signedScalar_ = 0, signedVector_ = 0;
+    llvm::DenseMap<llvm::Type*, Id> types_[2];
+    llvm::DenseMap<std::pair<std::uint32_t, Id>, Id> pointers_, arrays_;
+};
+
+// The same shape (scalar or so many lanes) of another scalar.
+llvm::Type* shapedLike(llvm::Type* shape, llvm::Type* scalar);
+unsigned laneCount(llvm::Type* type);
+
+class Constants {
+  public:
+    Constants(Module& module, Types& types) : module_(module), types_(types) {}
+
+    Id of(const llvm::Constant* constant);
+    Id word(std::uint32_t value);
+    Id signedWord(std::int32_t value) { return word(static_cast<std::uint32_t>(value)); }
+    // Of a scalar's or vector's every lane. Floats take the nearest value.
+    Id integer(llvm::Type* type, std::uint64_t value);
+    Id real(llvm::Type* type, double value);
+    Id null(llvm::Type* type);
+    Id composite(Id type, Operands parts);
+    // 32-bit, with a default value.
+    Id specialisation(std::uint32_t number, std::uint32_t value);
+
+  private:
+    Id declare(const llvm::Constant* constant);
+    Id scalar(llvm::Type* type, const llvm::APInt& bits);
+
+    Module& module_;
+    Types& types_;
+    llvm::DenseMap<const llvm::Constant*, Id> constants_;
+    llvm::DenseMap<std::uint32_t, Id> specialisations_;
+};
+
+} // namespace tarnwick::msl::spirv

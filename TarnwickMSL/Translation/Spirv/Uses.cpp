@@ -1,0 +1,108 @@
+// Which view suits memory that is used as other types than it was declared with.
+
+#include "TarnwickMSL/Translation/Spirv/Place.h"
+
+#include <llvm/IR/Instructions.h>
+
+#include <numeric>
+
+namespace tarnwick::msl::spirv {
+
+using namespace llvm;
+
+std::vector<Use> usesOf(const Value& root, const DataLayout& layout) {
+    std::vector<Use> uses;
+    SmallVector<const Value*, 8> open{&root};
+    while (!open.empty()) {
+        const Value* pointer = open.pop_back_val();
+        for (const User* user : pointer->users()) {
+            Type* type = nullptr;
+            if (auto* load = dyn_cast<LoadInst>(user))
+                type = load->getType();
+            else if (auto* store = dyn_cast<StoreInst>(user))
+                type = store->getValueOperand()->getType();
+            else if (auto* change = dyn_cast<AtomicRMWInst>(user))
+                type = change->getType();
+            else if (auto* exchange = dyn_cast<AtomicCmpXchgInst>(user))
+                type = exchange->getNewValOperand()->getType();
+            if (type)
+                uses.push_back({placeOf(pointer, layout), type});
+            else if (user->getType()->isPointerTy())
+                open.push_back(user);
+        }
+    }
+    return uses;
+}
+
+static void addScalars(Type* type, SmallVectorImpl<Type*>& scalars) {
+    if (auto* record = dyn_cast<StructType>(type)) {
+        for (Type* member : record->elements())
+            addScalars(member, scalars);
+    } else if (type->isArrayTy()) {
+        addScalars(type->getArrayElementType(), scalars);
+    } else {
+        scalars.push_back(type->getScalarType());
+    }
+}
+
+static std::uint64_t stepOf(const Place& place) {
+    auto step = static_cast<std::uint64_t>(std::abs(place.offset));
+    for (const Term& term : place.terms)
+        step = std::gcd(step, static_cast<std::uint64_t>(std::abs(term.scale)));
+    return step;
+}
+
+static std::uint64_t unitOf(const Place& place, Type* type, const DataLayout& layout) {
+    SmallVector<Type*, 4> scalars;
+    addScalars(type, scalars);
+    std::uint64_t unit = std::gcd(stepOf(place), std::uint64_t{4});
+    for (Type* scalar : scalars)
+        unit = std::gcd(unit, layout.getTypeAllocSize(scalar).getFixedValue());
+    return unit;
+}
+
+static Type* integerOf(LLVMContext& context, std::uint64_t bytes) {
+    return Type::getIntNTy(context, static_cast<unsigned>(bytes) * 8);
+}
+
+View unitView(const Place& place, Type* type, const DataLayout& layout) {
+    return {.element = integerOf(type->getContext(), unitOf(place, type, layout)),
+            .isArray = true,
+            .count = 0,
+            .layout = Layout::explicit_};
+}
+
+// The one type that all uses have, standing one after the other; else null.
+static Type* onlyType(ArrayRef<Use> uses, const DataLayout& layout) {
+    Type* type = uses.empty() ? nullptr : uses.front().type;
+    if (!type || type->isAggregateType())
+        return nullptr;
+    std::uint64_t stride = layout.getTypeAllocSize(type).getFixedValue();
+    for (const Use& use : uses)
+        if (use.type != type || stepOf(use.place) % stride != 0)
+            return nullptr;
+    return type;
+}
+
+View commonView(ArrayRef<Use> uses, std::uint64_t bytes, LLVMContext& context,
+                const DataLayout& layout) {
+    Type* element = onlyType(uses, layout);
+    if (!element) {
+        std::uint64_t unit = 4;
+        SmallVector<Type*, 8> scalars;
+        for (const Use& use : uses) {
+            unit = std::gcd(unit, unitOf(use.place, use.type, layout));
+            addScalars(use.type, scalars);
+        }
+        bool isOne = !scalars.empty() && all_equal(scalars) &&
+                     layout.getTypeAllocSize(scalars.front()).getFixedValue() == unit;
+        element = isOne ? scalars.front() : integerOf(context, unit);
+    }
+    std::uint64_t stride = layout.getTypeAllocSize(element).getFixedValue();
+    return {.element = element,
+            .isArray = true,
+            .count = std::max<std::uint64_t>(1, (bytes + stride - 1) / stride),
+            .layout = Layout::plain};
+}
+
+} // namespace tarnwick::msl::spirv

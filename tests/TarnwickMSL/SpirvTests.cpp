@@ -1,0 +1,200 @@
+#include "TarnwickMSL/Translation/SpirvWriter.h"
+#include "TarnwickMSL/Translation/TranslationError.h"
+#include "tests/TarnwickMSL/SpirvModules.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace tarnwick::msl {
+
+// Writes the shader, expects it to be valid, and gives it with its text.
+struct Written {
+    EntryPoint entry;
+    std::string text;
+
+    explicit Written(const ShaderText& given) {
+        ParsedShader parsed = parseShader(given);
+        entry = writeSpirv(parsed.shader);
+        text = disassembly(entry.words);
+        EXPECT_EQ(faults(entry.words), "");
+    }
+    std::size_t count(std::string_view of) const {
+        std::size_t number = 0;
+        for (auto at = text.find(of); at != std::string::npos; at = text.find(of, at + 1))
+            ++number;
+        return number;
+    }
+};
+
+static const InterfaceVariable uv{.kind = InterfaceKind::input, .global = "in.uv", .builtIn = {}};
+static const InterfaceVariable color{
+    .kind = InterfaceKind::output, .global = "out.color", .builtIn = {}};
+static const InterfaceVariable uniforms{.kind = InterfaceKind::uniformBuffer,
+                                        .global = "buffer.0",
+                                        .builtIn = {},
+                                        .binding = 32,
+                                        .elementBytes = 32,
+                                        .isReference = true};
+
+static InterfaceVariable buffer(std::uint32_t index, InterfaceKind kind, std::uint64_t bytes) {
+    return {.kind = kind,
+            .global = "buffer." + std::to_string(index),
+            .builtIn = {},
+            .index = index,
+            .binding = index,
+            .elementBytes = bytes};
+}
+
+static InterfaceVariable builtIn(InterfaceKind kind, std::string word) {
+    auto attribute = word.starts_with("in.") ? word.substr(3) : word;
+    return {.kind = kind, .global = "msl." + word, .builtIn = attribute};
+}
+
+TEST(SpirvWriter, writesAFragmentFunctionWithUniformsAndALoop) {
+    Written written({.code = R"(
+%Uniforms = type { <2 x float>, float, float, <2 x float>, i32, i32 }
+@in.uv = external global <2 x float>
+@buffer.0 = external constant %Uniforms
+@out.color = external global <4 x float>
+define void @main() {
+entry:
+  %uv = load <2 x float>, ptr @in.uv
+  %time = load float, ptr getelementptr (i8, ptr @buffer.0, i32 8)
+  %frame = load i32, ptr getelementptr (%Uniforms, ptr @buffer.0, i32 0, i32 4)
+  br label %header
+header:
+  %i = phi i32 [ 0, %entry ], [ %i.next, %latch ]
+  %sum = phi contract float [ 0.0, %entry ], [ %sum.next, %latch ]
+  %done = icmp sge i32 %i, %frame
+  br i1 %done, label %exit, label %body
+body:
+  %f = sitofp i32 %i to float
+  %s = call contract float @llvm.sin.f32(float %f)
+  %positive = fcmp ogt float %s, 0.0
+  br i1 %positive, label %then, label %join
+then:
+  %t = fmul contract float %s, %time
+  br label %join
+join:
+  %p = phi float [ %s, %body ], [ %t, %then ]
+  %sum.next = fadd contract float %sum, %p
+  %i.next = add i32 %i, 1
+  br label %latch
+latch:
+  br label %header
+exit:
+  %splat.0 = insertelement <2 x float> poison, float %sum, i32 0
+  %splat = shufflevector <2 x float> %splat.0, <2 x float> poison, <2 x i32> zeroinitializer
+  %xy = fmul contract <2 x float> %uv, %splat
+  %wide = shufflevector <2 x float> %xy, <2 x float> poison, <4 x i32> <i32 0, i32 1, i32 poison, i32 poison>
+  %c = insertelement <4 x float> %wide, float %time, i32 2
+  %d = insertelement <4 x float> %c, float 1.0, i32 3
+  store <4 x float> %d, ptr @out.color
+  ret void
+}
+declare float @llvm.sin.f32(float)
+)",
+                     .interface = {uv, color, uniforms},
+                     .merges = {{"header", "exit", "latch"}, {"body", "join", ""}}});
+    EXPECT_EQ(written.count("OpLoopMerge"), 1u);
+    EXPECT_EQ(written.count("OpSelectionMerge"), 1u);
+    EXPECT_EQ(written.count("OpVectorTimesScalar"), 1u);
+    EXPECT_EQ(written.count("NoContraction"), 0u);
+    EXPECT_EQ(written.entry.colorAttachments, 1u);
+    ASSERT_EQ(written.entry.resources.size(), 1u);
+    EXPECT_EQ(written.entry.resources[0].kind, ResourceKind::uniformBuffer);
+    EXPECT_EQ(written.entry.resources[0].size, 32u);
+    EXPECT_EQ(written.entry.resources[0].binding, 32u);
+}
+
+TEST(SpirvWriter, writesAVertexFunctionThatReadsATableAndABuffer) {
+    Written written({.code = R"(
+%Particle = type { <3 x float>, float, [12 x i8] }
+@msl.vertex_id = external constant i32
+@buffer.0 = external global %Particle
+@msl.position = external global <4 x float>
+@msl.point_size = external global float
+@table = internal constant [3 x <2 x float>] [<2 x float> <float 0.0, float 1.0>, <2 x float> <float 2.0, float 3.0>, <2 x float> zeroinitializer]
+define void @main() {
+  %id = load i32, ptr @msl.vertex_id
+  %at = getelementptr %Particle, ptr @buffer.0, i32 %id
+  %v = load <4 x float>, ptr %at
+  %v3 = shufflevector <4 x float> %v, <4 x float> poison, <3 x i32> <i32 0, i32 1, i32 2>
+  %size.at = getelementptr i8, ptr %at, i32 16
+  %size = load float, ptr %size.at
+  %corner.at = getelementptr [3 x <2 x float>], ptr @table, i32 0, i32 %id
+  %corner = load <2 x float>, ptr %corner.at
+  %x = extractelement <2 x float> %corner, i32 0
+  %w = insertelement <4 x float> %v, float %x, i32 3
+  store <4 x float> %w, ptr @msl.position
+  store float %size, ptr @msl.point_size
+  ret void
+}
+)",
+                     .stage = Stage::vertex,
+                     .interface = {builtIn(InterfaceKind::input, "vertex_id"),
+                                   builtIn(InterfaceKind::output, "position"),
+                                   builtIn(InterfaceKind::output, "point_size"),
+                                   buffer(0, InterfaceKind::storageBuffer, 48)}});
+    EXPECT_TRUE(written.entry.writesPointSize);
+    ASSERT_EQ(written.entry.resources.size(), 1u);
+    EXPECT_FALSE(written.entry.resources[0].isWritten);
+    EXPECT_EQ(written.count("NonWritable"), 1u);
+    EXPECT_EQ(written.count("UMin"), 1u) << "the index into the table stays inside";
+}
+
+TEST(SpirvWriter, writesAKernelWithSharedMemoryAtomicsAndTheExactGrid) {
+    Written written(
+        {.code = R"(
+@msl.in.thread_position_in_grid = external constant <3 x i32>
+@msl.in.thread_index_in_threadgroup = external constant i32
+@msl.grid = external constant <3 x i32>
+@buffer.0 = external global i32
+@buffer.1 = external global float
+@shared = external global [64 x float]
+define void @main() {
+entry:
+  %p = load <3 x i32>, ptr @msl.in.thread_position_in_grid
+  %grid = load <3 x i32>, ptr @msl.grid
+  %x = extractelement <3 x i32> %p, i64 0
+  %width = extractelement <3 x i32> %grid, i64 0
+  %outside = icmp uge i32 %x, %width
+  br i1 %outside, label %end, label %inside
+inside:
+  %n = load i32, ptr @msl.in.thread_index_in_threadgroup
+  %s = getelementptr [64 x float], ptr @shared, i32 0, i32 %n
+  store float 1.0, ptr %s
+  call void @msl.barrier.threadgroup()
+  %old = atomicrmw add ptr @buffer.0, i32 1 monotonic
+  %older = call i32 @msl.atomic_fetch_max.s32(ptr @buffer.0, i32 %old)
+  %f = load float, ptr %s
+  %budget = call i32 @msl.loop_budget()
+  %o = getelementptr float, ptr @buffer.1, i32 %budget
+  store float %f, ptr %o
+  br label %end
+end:
+  ret void
+}
+declare void @msl.barrier.threadgroup()
+declare i32 @msl.atomic_fetch_max.s32(ptr, i32)
+declare i32 @msl.loop_budget()
+)",
+         .stage = Stage::kernel,
+         .interface = {builtIn(InterfaceKind::input, "in.thread_position_in_grid"),
+                       builtIn(InterfaceKind::input, "in.thread_index_in_threadgroup"),
+                       {.kind = InterfaceKind::pushConstant, .global = "msl.grid", .builtIn = {}},
+                       buffer(0, InterfaceKind::storageBuffer, 4),
+                       buffer(1, InterfaceKind::storageBuffer, 4),
+                       {.kind = InterfaceKind::workgroup,
+                        .global = "shared",
+                        .builtIn = {},
+                        .isReference = true}},
+         .merges = {{"entry", "end", ""}}});
+    EXPECT_EQ(written.count("LocalSizeId"), 1u);
+    EXPECT_EQ(written.count("SpecId"), 4u);
+    EXPECT_EQ(written.count("OpAtomicSMax"), 1u);
+    EXPECT_TRUE(written.entry.resources.at(1).isWritten);
+}
+
+} // namespace tarnwick::msl
