@@ -15,6 +15,9 @@ namespace tarnwick {
 // need no memory of the heap.
 class ParamBuffer {
   public:
+    // What a uniform buffer of 64 KiB holds.
+    static constexpr std::size_t mostParams = 16384;
+
     ParamBuffer(std::span<const ParamDecl> params, const ParamValues& values);
     ParamBuffer(const ParamBuffer&) = delete;
     ParamBuffer& operator=(const ParamBuffer&) = delete;

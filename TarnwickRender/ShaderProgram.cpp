@@ -50,6 +50,10 @@ std::shared_ptr<const ShaderProgram> ShaderProgram::compile(std::string_view epi
                                                             gpu::Device& device,
                                                             gpu::PixelFormat pixelFormat) {
     AssembledShader shader = ShaderAssembler::assemble(episode);
+    if (shader.params.size() > ParamBuffer::mostParams)
+        throw ShaderError("The episode declares " + std::to_string(shader.params.size()) +
+                          " parameters; at most " + std::to_string(ParamBuffer::mostParams) +
+                          " can be passed to the GPU.");
     const auto library = compiledLibrary(device, shader);
     std::shared_ptr<ShaderProgram> program(new ShaderProgram);
     try {

@@ -6,7 +6,7 @@ for size in 0x0 100000x100000 64 64x 64x-4 64X48 x 64x48x2 ''; do
     expect 2 '^tarnwick: --size wants WIDTHxHEIGHT, each from 1 to 16384 pixels, not "' \
         still e.metal -o out.png --size "$size"
 done
-expect 2 'out.png is missing' still e.metal
+expect 2 'OUT.png is missing' still e.metal
 expect 2 'declares no parameter "blue"; it declares red, green.' still e.metal -o out.png --set blue=1
 expect 2 'The value of red is no number: "1,5"' still e.metal -o out.png --set red=1,5
 expect 2 'The value of red is no number: "inf"' still e.metal -o out.png --set red=inf
