@@ -11,7 +11,7 @@ namespace tarnwick::gpu {
 
 namespace {
 
-constexpr std::size_t mostBytes = 4096;
+constexpr std::size_t mostBytes = 65536;
 constexpr std::size_t mostDrawables = 7;
 
 // Each drawable comes with a semaphore that its first user waits for, and is presented with one.
@@ -131,7 +131,7 @@ void CommandBufferParts::touch(DrawableSlot& slot) {
 
 void CommandBufferParts::setBytes(TableIndex table, const void* bytes, std::size_t length,
                                   std::uint32_t index) {
-    precondition(length > 0 && length <= mostBytes, "setBytes takes 1 to 4096 bytes.");
+    precondition(length > 0 && length <= mostBytes, "setBytes takes 1 to 65536 bytes.");
     precondition(index < indicesPerStage, "Buffers have indices from 0 to 30.");
     const BytesRing::Slice slice = ring.take(*device, length);
     if (!slice.buffer) {

@@ -62,9 +62,9 @@ struct ScissorRect {
 };
 
 // Encoders are handles of their command buffer's state: cheap, and valid until endEncoding().
-// setXxxBytes copies: at most 4096 bytes. Indices are those of the shader's [[buffer(n)]] (0 to 30)
-// and [[texture(n)]] (0 to 30). What a draw needs and nobody bound reads as zero. Clip space has y
-// up and pixel coordinates have y down, as in Metal; clockwise triangles face front.
+// setXxxBytes copies: at most 65536 bytes. Indices are those of the shader's [[buffer(n)]] (0 to
+// 30) and [[texture(n)]] (0 to 30). What a draw needs and nobody bound reads as zero. Clip space
+// has y up and pixel coordinates have y down, as in Metal; clockwise triangles face front.
 class RenderCommandEncoder {
   public:
     explicit RenderCommandEncoder(CommandBufferParts& parts) : parts_(&parts) {}

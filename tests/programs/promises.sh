@@ -16,7 +16,7 @@ expect() {
     said=err
     [ "$status" = 0 ] && said=out
     [ "$met" = "$status" ] || complain "status $met, not $status" "$@"
-    grep -q -e "$pattern" "$said" || complain "no line like: $pattern" "$@"
+    [ -z "$pattern" ] || grep -q -e "$pattern" "$said" || complain "no line like: $pattern" "$@"
     if [ "$status" = 2 ]; then
         [ "$(wc -l <err)" = 1 ] && [ ! -s out ] || complain "more than one sentence" "$@"
     fi
