@@ -63,6 +63,8 @@ std::unique_ptr<Module> cut(const Function& function) {
     SmallVector<ReturnInst*, 4> returns;
     CloneFunctionInto(copy, &function, map, CloneFunctionChangeType::DifferentModule, returns, "",
                       nullptr, nullptr, &reached);
+    if (NamedMDNode* units = module->getNamedMetadata("llvm.dbg.cu")) // cloning leaves it empty
+        units->eraseFromParent();
     return module;
 }
 

@@ -244,14 +244,18 @@ static void legaliseTruncation(TruncInst& truncation) {
 
 void legalise(Function& main) {
     promoteOddIntegers(main);
-    for (Instruction& instruction : make_early_inc_range(instructions(main))) {
-        if (auto* call = dyn_cast<IntrinsicInst>(&instruction)) {
+    SmallVector<Instruction*, 16> candidates; // an expansion removes others than itself
+    for (Instruction& instruction : instructions(main))
+        if (isa<IntrinsicInst, TruncInst, FreezeInst>(instruction))
+            candidates.push_back(&instruction);
+    for (Instruction* instruction : candidates) {
+        if (auto* call = dyn_cast<IntrinsicInst>(instruction)) {
             legaliseIntrinsic(*call);
-        } else if (auto* truncation = dyn_cast<TruncInst>(&instruction)) {
+        } else if (auto* truncation = dyn_cast<TruncInst>(instruction)) {
             legaliseTruncation(*truncation);
-        } else if (isa<FreezeInst>(instruction)) {
-            instruction.replaceAllUsesWith(instruction.getOperand(0));
-            instruction.eraseFromParent();
+        } else {
+            instruction->replaceAllUsesWith(instruction->getOperand(0));
+            instruction->eraseFromParent();
         }
     }
 }

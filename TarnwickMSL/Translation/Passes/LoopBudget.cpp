@@ -31,13 +31,13 @@ class Counting {
         : shader_(shader), loops_(loops), evolution_(evolution) {}
 
     bool isNeeded();
-    void run(DominatorTree& tree);
+    void run();
 
   private:
     std::uint64_t rounds(Loop* loop);
     std::uint64_t inside(Loop* loop);
     void choose(Loop* loop, std::uint64_t most);
-    void count(Loop* loop, DominatorTree& tree);
+    void count(Loop* loop);
     Value* advance(IRBuilder<>& builder, std::uint64_t by);
     void makeGlobals();
 
@@ -126,7 +126,7 @@ Value* Counting::advance(IRBuilder<>& builder, std::uint64_t by) {
 
 // A latch that tests for the loop's end tests for the budget's as well, so that the loop keeps one
 // exit, and what follows it looks at the counter again. Another latch gets an exit of its own.
-void Counting::count(Loop* loop, DominatorTree& tree) {
+void Counting::count(Loop* loop) {
     BasicBlock* latch = loop->getLoopLatch();
     BasicBlock* header = loop->getHeader();
     auto* branch = cast<BranchInst>(latch->getTerminator());
@@ -141,7 +141,7 @@ void Counting::count(Loop* loop, DominatorTree& tree) {
     Value* condition = branch->getCondition();
     branch->setCondition(out == 0 ? builder.CreateOr(condition, isOver)
                                   : builder.CreateAnd(condition, builder.CreateNot(isOver)));
-    BasicBlock* after = SplitEdge(latch, branch->getSuccessor(out), &tree, &loops_);
+    BasicBlock* after = SplitEdge(latch, branch->getSuccessor(out));
     Instruction* onward = after->getTerminator();
     builder.SetInsertPoint(onward);
     Value* now = builder.CreateLoad(builder.getInt32Ty(), counter_);
@@ -149,14 +149,14 @@ void Counting::count(Loop* loop, DominatorTree& tree) {
     onward->eraseFromParent();
 }
 
-void Counting::run(DominatorTree& tree) {
+void Counting::run() {
     for (Loop* loop : loops_)
         choose(loop, mostUncounted / std::max<std::size_t>(1, loops_.getTopLevelLoops().size()));
     if (counted_.empty())
         return;
     makeGlobals();
     for (Loop* loop : counted_)
-        count(loop, tree);
+        count(loop);
     shader_.usesLoopBudget = true;
 }
 
@@ -168,7 +168,7 @@ void budgetLoops(ShaderModule& shader, Optimiser& optimiser) {
     Counting counting(shader, loops, optimiser.analyses().getResult<ScalarEvolutionAnalysis>(main));
     if (!counting.isNeeded())
         return;
-    counting.run(optimiser.analyses().getResult<DominatorTreeAnalysis>(main));
+    counting.run();
     optimiser.forget(main);
 }
 

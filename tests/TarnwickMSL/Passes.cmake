@@ -1,0 +1,4 @@
+# The passes alone: modules from text, run natively before and after.
+tarnwick_tests(TarnwickMSL/Passes
+    SOURCES Passes/PassesTests.cpp Passes/RandomFlow.cpp Passes/Running.cpp Passes/StructureTests.cpp
+    LINK TarnwickMSLTranslationPasses)

@@ -1,0 +1,320 @@
+#include "TarnwickMSL/Translation/Passes/Dump.h"
+#include "TarnwickMSL/Translation/TranslationError.h"
+#include "tests/TarnwickMSL/Passes/Running.h"
+
+#include <gtest/gtest.h>
+
+namespace tarnwick::msl::test {
+
+// Code that must mean the same after all passes as before them.
+struct Sample {
+    const char* name;
+    const char* assembly;
+};
+
+static const Sample samples[] = {
+    {"a pointer chosen by a select",
+     R"(define i32 @f(i32 %a, i32 %b) {
+  %p = alloca [4 x i32]
+  %q = alloca [8 x i32]
+  call void @llvm.memset.p0.i32(ptr %p, i8 3, i32 16, i1 false)
+  call void @llvm.memset.p0.i32(ptr %q, i8 0, i32 32, i1 false)
+  %i = and i32 %a, 3
+  %j = and i32 %b, 7
+  %pi = getelementptr [4 x i32], ptr %p, i32 0, i32 %i
+  %qj = getelementptr [8 x i32], ptr %q, i32 0, i32 %j
+  %c = icmp ult i32 %a, %b
+  %r = select i1 %c, ptr %pi, ptr %qj
+  store i32 %b, ptr %r
+  %p2 = getelementptr i32, ptr %p, i32 2
+  %x = load i32, ptr %p2
+  %y = load i32, ptr %r
+  %q5 = getelementptr i32, ptr %q, i32 5
+  %z = load i32, ptr %q5
+  %s = add i32 %x, %y
+  %t = add i32 %s, %z
+  ret i32 %t
+}
+declare void @llvm.memset.p0.i32(ptr, i8, i32, i1))"},
+    {"a pointer that walks over an array",
+     R"(@t = internal constant [6 x i32] [i32 5, i32 7, i32 9, i32 11, i32 13, i32 2]
+define i32 @f(i32 %a, i32 %b) {
+entry:
+  %n = urem i32 %a, 6
+  %end = getelementptr i32, ptr @t, i32 1
+  br label %l
+l:
+  %i = phi i32 [0, %entry], [%i1, %l]
+  %p = phi ptr [@t, %entry], [%p1, %l]
+  %s = phi i32 [%b, %entry], [%s1, %l]
+  %v = load i32, ptr %p
+  %s1 = add i32 %s, %v
+  %p1 = getelementptr i32, ptr %p, i32 1
+  %i1 = add i32 %i, 1
+  %c = icmp ult i32 %i1, %n
+  br i1 %c, label %l, label %e
+e:
+  ret i32 %s1
+})"},
+    {"records that are copied and indexed",
+     R"(%r = type { i32, [3 x i32], float }
+define i32 @f(i32 %a, i32 %b) {
+  %x = alloca %r
+  %y = alloca [2 x %r]
+  %x1 = getelementptr %r, ptr %x, i32 0, i32 1, i32 1
+  store i32 %a, ptr %x
+  store i32 %b, ptr %x1
+  %y0 = getelementptr [2 x %r], ptr %y, i32 0, i32 0
+  %y1 = getelementptr [2 x %r], ptr %y, i32 0, i32 1
+  call void @llvm.memcpy.p0.p0.i32(ptr %y0, ptr %x, i32 20, i1 false)
+  store i32 %b, ptr %x
+  call void @llvm.memcpy.p0.p0.i32(ptr %y1, ptr %x, i32 20, i1 false)
+  %k = and i32 %b, 1
+  %e = getelementptr [2 x %r], ptr %y, i32 0, i32 %k, i32 0
+  %v = load i32, ptr %e
+  %e1 = getelementptr [2 x %r], ptr %y, i32 0, i32 %k, i32 1, i32 1
+  %w = load i32, ptr %e1
+  %s = mul i32 %v, %w
+  ret i32 %s
+}
+declare void @llvm.memcpy.p0.p0.i32(ptr, ptr, i32, i1))"},
+    {"a long array that is filled",
+     R"(define i32 @f(i32 %a, i32 %b) {
+  %x = alloca [100 x i32]
+  call void @llvm.memset.p0.i32(ptr %x, i8 1, i32 400, i1 false)
+  %i = urem i32 %a, 100
+  %p = getelementptr [100 x i32], ptr %x, i32 0, i32 %i
+  store i32 %b, ptr %p
+  %j = urem i32 %b, 100
+  %q = getelementptr [100 x i32], ptr %x, i32 0, i32 %j
+  %v = load i32, ptr %q
+  ret i32 %v
+}
+declare void @llvm.memset.p0.i32(ptr, i8, i32, i1))"},
+    {"integers of odd widths",
+     R"(define i32 @f(i32 %a, i32 %b) {
+  %t = trunc i32 %a to i5
+  %u = trunc i32 %b to i5
+  %s = add i5 %t, %u
+  %d = ashr i5 %s, 1
+  %c = icmp slt i5 %d, %u
+  %w = sext i5 %d to i32
+  %z = zext i5 %s to i32
+  %r = select i1 %c, i32 %w, i32 %z
+  ret i32 %r
+})"},
+    {"booleans, sums that overflow, classes of floats",
+     R"(define i32 @f(i32 %a, i32 %b) {
+  %o = call { i32, i1 } @llvm.sadd.with.overflow.i32(i32 %a, i32 %b)
+  %s = extractvalue { i32, i1 } %o, 0
+  %c = extractvalue { i32, i1 } %o, 1
+  %x = bitcast i32 %a to float
+  %n = call i1 @llvm.is.fpclass.f32(float %x, i32 507)
+  %l = trunc i32 %b to i1
+  %v = insertelement <3 x i1> zeroinitializer, i1 %c, i32 0
+  %w = insertelement <3 x i1> %v, i1 %n, i32 1
+  %y = insertelement <3 x i1> %w, i1 %l, i32 2
+  %any = bitcast <3 x i1> %y to i3
+  %z = zext i3 %any to i32
+  %r = xor i32 %s, %z
+  ret i32 %r
+}
+declare { i32, i1 } @llvm.sadd.with.overflow.i32(i32, i32)
+declare i1 @llvm.is.fpclass.f32(float, i32))"},
+    {"helpers with references and several returns",
+     R"(define internal void @swap(ptr %p, ptr %q) {
+  %x = load i32, ptr %p
+  %y = load i32, ptr %q
+  store i32 %y, ptr %p
+  store i32 %x, ptr %q
+  ret void
+}
+define internal i32 @pick(i32 %a, i32 %b) {
+  switch i32 %a, label %d [ i32 1, label %one i32 77, label %two ]
+one:
+  ret i32 %b
+two:
+  %c = icmp eq i32 %b, 9
+  br i1 %c, label %one, label %d
+d:
+  %s = sub i32 %a, %b
+  ret i32 %s
+}
+define i32 @f(i32 %a, i32 %b) {
+  %p = alloca i32
+  %q = alloca i32
+  store i32 %a, ptr %p
+  store i32 %b, ptr %q
+  %c = icmp ugt i32 %a, %b
+  br i1 %c, label %s, label %e
+s:
+  call void @swap(ptr %p, ptr %q)
+  br label %e
+e:
+  %x = load i32, ptr %p
+  %y = load i32, ptr %q
+  %r = call i32 @pick(i32 %x, i32 %y)
+  %t = call i32 @pick(i32 %r, i32 %y)
+  ret i32 %t
+})"},
+};
+
+TEST(Passes, keepWhatCodeMeans) {
+    for (const Sample& sample : samples) {
+        SCOPED_TRACE(sample.name);
+        Twins twins(sample.assembly);
+        for (std::uint32_t a : {0u, 1u, 3u, 77u, 0x7f800000u, 0x7fc00001u, 0x80000001u})
+            for (std::uint32_t b : {0u, 2u, 9u, 30u, 0x7ffffff3u, 0x90000005u}) {
+                Outcome expected{twins.original(a, b), 0};
+                EXPECT_EQ(twins.structured(a, b), expected) << a << " " << b << "\n"
+                                                            << text(twins.shader);
+            }
+    }
+}
+
+TEST(Passes, giveComparisonsLanesOfOne) {
+    Twins lanes(R"(define i32 @f(i32 %a, i32 %b) {
+  %v = insertelement <2 x i32> zeroinitializer, i32 %a, i32 0
+  %w = insertelement <2 x i32> zeroinitializer, i32 %b, i32 0
+  %c = icmp ult <2 x i32> %v, %w
+  %s = sext <2 x i1> %c to <2 x i32>
+  %r = extractelement <2 x i32> %s, i32 0
+  ret i32 %r
+})");
+    EXPECT_EQ(lanes.structured(1, 2).value, 1u);
+    EXPECT_EQ(lanes.structured(2, 1).value, 0u);
+    Twins selection(R"(define i32 @f(i32 %a, i32 %b) {
+  %v = insertelement <2 x i32> zeroinitializer, i32 %a, i32 0
+  %w = insertelement <2 x i32> zeroinitializer, i32 %b, i32 0
+  %c = icmp ult <2 x i32> %v, %w
+  %s = sext <2 x i1> %c to <2 x i32>
+  %n = icmp slt <2 x i32> %s, zeroinitializer
+  %m = sext <2 x i1> %n to <2 x i32>
+  %o = xor <2 x i32> %m, <i32 -1, i32 -1>
+  %x = and <2 x i32> %v, %m
+  %y = and <2 x i32> %w, %o
+  %z = or <2 x i32> %x, %y
+  %r = extractelement <2 x i32> %z, i32 0
+  ret i32 %r
+})");
+    EXPECT_EQ(selection.structured(4, 9).value, 4u);
+    EXPECT_EQ(selection.structured(9, 5).value, 5u);
+}
+
+TEST(Passes, nameEachTextureByAConstant) {
+    EntrySignature entry = flatFragment();
+    auto texture = [](std::uint32_t index) {
+        return Argument{.kind = ArgumentKind::texture,
+                        .index = index,
+                        .shape = TextureShape::d2,
+                        .component = TextureComponent::float_};
+    };
+    entry.arguments.insert(entry.arguments.end(), {texture(3), texture(5), texture(9)});
+    llvm::LLVMContext context;
+    ShaderModule shader = lowered(R"(%t = type { i32 }
+define i32 @f(i32 %a, i32 %b, ptr byval(%t) %p, ptr byval(%t) %q, ptr byval(%t) %unused) {
+  %c = icmp ult i32 %a, %b
+  %s = select i1 %c, ptr %p, ptr %q
+  %h = load i32, ptr %s
+  %w = call i32 @msl.width.2d(i32 %h, i32 0)
+  ret i32 %w
+}
+declare i32 @msl.width.2d(i32, i32))",
+                                  context, entry);
+    ASSERT_EQ(shader.textures.size(), 2u);
+    EXPECT_EQ(shader.textures[0].index, 3u);
+    EXPECT_EQ(shader.textures[1].index, 5u);
+    EXPECT_EQ(shader.textures[1].binding, 33u);
+}
+
+TEST(Passes, meetBetweenStagesByName) {
+    StageValue position{.name = "position", .attribute = "position", .offset = 0, .width = 4};
+    StageValue color{.name = "color", .offset = 16, .scalar = Scalar::half, .width = 4};
+    StageValue uv{.name = "uv", .offset = 24, .width = 2};
+    EntrySignature vertex{.name = "v",
+                          .symbol = "v",
+                          .stage = Stage::vertex,
+                          .results = {position, color, uv},
+                          .resultIsRecord = true};
+    EntrySignature fragment{.name = "f",
+                            .symbol = "f",
+                            .stage = Stage::fragment,
+                            .arguments = {{.kind = ArgumentKind::stageIn, .values = {uv}}},
+                            .results = {{.name = "c", .attribute = "color", .width = 4}}};
+    llvm::LLVMContext context;
+    auto module = parse(R"(%o = type { <4 x float>, <4 x half>, <2 x float> }
+%i = type { [24 x i8], <2 x float> }
+define void @v(ptr sret(%o) %r) {
+  %u = getelementptr %o, ptr %r, i32 0, i32 2
+  store <2 x float> <float 1.0, float 2.0>, ptr %u
+  ret void
+}
+define <4 x float> @f(ptr byval(%i) %in) {
+  %u = getelementptr %i, ptr %in, i32 0, i32 1
+  %v = load <2 x float>, ptr %u
+  %w = shufflevector <2 x float> %v, <2 x float> %v, <4 x i32> <i32 0, i32 1, i32 2, i32 3>
+  ret <4 x float> %w
+})",
+                        context);
+    std::vector<EntrySignature> entries{vertex, fragment};
+    prepare(*module, entries);
+    auto locationOf = [&](const EntrySignature& entry, const std::string& global) {
+        for (const InterfaceVariable& variable : lower(*module, entry, entries).interface)
+            if (variable.global == global)
+                return static_cast<int>(variable.location);
+        return -1;
+    };
+    EXPECT_EQ(locationOf(vertex, "msl.out.uv"), 1);
+    EXPECT_EQ(locationOf(fragment, "msl.in.uv"), 1);
+}
+
+TEST(Passes, refuseRecursion) {
+    llvm::LLVMContext context;
+    auto module = parse(R"(define internal i32 @g(i32 %a) {
+  %r = call i32 @g(i32 %a)
+  ret i32 %r
+}
+define i32 @f(i32 %a, i32 %b) {
+  %r = call i32 @g(i32 %a)
+  ret i32 %r
+})",
+                        context);
+    EXPECT_THROW(prepare(*module, {flatFragment()}), TranslationError);
+}
+
+TEST(Passes, keepAKernelInsideItsGrid) {
+    EntrySignature kernel{.name = "k",
+                          .symbol = "k",
+                          .stage = Stage::kernel,
+                          .arguments = {{.kind = ArgumentKind::buffer,
+                                         .space = AddressSpace::device,
+                                         .elementBytes = 4,
+                                         .elementType = "i32"},
+                                        {.kind = ArgumentKind::builtIn,
+                                         .values = {{.name = "i",
+                                                     .attribute = "thread_position_in_grid",
+                                                     .scalar = Scalar::uint32}}}}};
+    llvm::LLVMContext context;
+    ShaderModule shader = lowered(R"(define void @k(ptr %out, i32 %i) {
+  %v = add i32 %i, 7
+  store i32 %v, ptr %out
+  ret void
+})",
+                                  context, kernel);
+    Native native(*shader.module);
+    auto* position = static_cast<std::uint32_t*>(native.address("msl.in.thread_position_in_grid"));
+    auto* grid = static_cast<std::uint32_t*>(native.address("msl.grid"));
+    auto* out = static_cast<std::uint32_t*>(native.address("msl.buffer.0"));
+    ASSERT_TRUE(position && grid && out);
+    auto run = [&](std::uint32_t at) {
+        *out = 0;
+        position[0] = at;
+        grid[0] = 10, grid[1] = grid[2] = 1;
+        reinterpret_cast<void (*)()>(native.address("main"))();
+        return *out;
+    };
+    EXPECT_EQ(run(9), 16u);
+    EXPECT_EQ(run(10), 0u);
+}
+
+} // namespace tarnwick::msl::test

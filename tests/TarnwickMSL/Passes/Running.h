@@ -1,0 +1,59 @@
+// Small modules from text, lowered, and run natively before and after.
+#pragma once
+
+#include "TarnwickMSL/Translation/Passes.h"
+
+#include <llvm/IR/LLVMContext.h>
+
+#include <string>
+
+namespace tarnwick::msl::test {
+
+// A fragment function `i32 @f(i32 a, i32 b)` with what it needs around it.
+EntrySignature flatFragment();
+
+// Reads LLVM assembly; the layout and triple are those of the front end.
+std::unique_ptr<llvm::Module> parse(const std::string& assembly, llvm::LLVMContext& context);
+
+// Prepares and lowers the module's one entry, and expects checkForm to find nothing.
+ShaderModule lowered(const std::string& assembly, llvm::LLVMContext& context,
+                     const EntrySignature& entry);
+
+struct Outcome {
+    std::uint32_t value = 0;
+    std::uint32_t report = 0; // of the loop budget
+    bool operator==(const Outcome&) const = default;
+};
+
+// Machine code of one module.
+class Native {
+  public:
+    explicit Native(const llvm::Module& module);
+    ~Native();
+    void* address(const std::string& symbol) const; // null where there is none
+
+  private:
+    struct Engine;
+    std::unique_ptr<Engine> engine_;
+};
+
+// Runs the assembly's own @f, and the structured main of flatFragment().
+class Twins {
+  public:
+    explicit Twins(const std::string& assembly);
+    std::uint32_t original(std::uint32_t a, std::uint32_t b) const;
+    Outcome structured(std::uint32_t a, std::uint32_t b) const;
+
+    static std::uint32_t budget; // what msl.loop_budget gives
+
+  private:
+    std::unique_ptr<llvm::LLVMContext> context_;
+
+  public:
+    ShaderModule shader;
+
+  private:
+    std::unique_ptr<Native> before_, after_;
+};
+
+} // namespace tarnwick::msl::test
