@@ -76,6 +76,29 @@ std::optional<std::uint64_t> agreeing(Trial& trial, Seeds seeds,
     return count;
 }
 
+int run(Seeds range) {
+    const auto trial = Trial::make();
+    const TemporaryFolder folder;
+    if (!trial || folder.path().empty()) {
+        std::fputs("No Vulkan device or no temporary folder is here.\n", stderr);
+        return 1;
+    }
+    std::uint64_t agreed = 0;
+    for (std::uint64_t first = range.first; first <= range.last; first += batchSize) {
+        const Seeds batch{first, std::min(first + batchSize - 1, range.last)};
+        const auto inBatch = agreeing(*trial, batch, folder.path());
+        if (!inBatch) {
+            std::fputs("The native compiler did not take a batch.\n", stderr);
+            return 1;
+        }
+        agreed += *inBatch;
+    }
+    const std::uint64_t all = range.last - range.first + 1;
+    std::printf("%llu of %llu programs agree on %s\n", static_cast<unsigned long long>(agreed),
+                static_cast<unsigned long long>(all), trial->device().name.c_str());
+    return agreed == all ? 0 : 1;
+}
+
 } // namespace
 
 int main(int count, char** arguments) {
@@ -85,24 +108,5 @@ int main(int count, char** arguments) {
         std::fputs("Use: random-programs --seeds FIRST..LAST\n", stderr);
         return 2;
     }
-    const auto trial = Trial::make();
-    const TemporaryFolder folder;
-    if (!trial || folder.path().empty()) {
-        std::fputs("No Vulkan device or no temporary folder is here.\n", stderr);
-        return 1;
-    }
-    std::uint64_t agreed = 0;
-    for (std::uint64_t first = range->first; first <= range->last; first += batchSize) {
-        const Seeds batch{first, std::min(first + batchSize - 1, range->last)};
-        const auto inBatch = agreeing(*trial, batch, folder.path());
-        if (!inBatch) {
-            std::fputs("The native compiler did not take a batch.\n", stderr);
-            return 1;
-        }
-        agreed += *inBatch;
-    }
-    const std::uint64_t all = range->last - range->first + 1;
-    std::printf("%llu of %llu programs agree on %s\n", static_cast<unsigned long long>(agreed),
-                static_cast<unsigned long long>(all), trial->device().name.c_str());
-    return agreed == all ? 0 : 1;
+    return run(range.value_or(Seeds{}));
 }
