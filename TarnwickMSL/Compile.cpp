@@ -1,12 +1,72 @@
 #include "TarnwickMSL/Compile.h"
 
-namespace tarnwick::msl {
+#include "TarnwickMSL/WorkerProcess.h"
 
-Compilation compile(std::string_view, const CompileOptions&) {
-    return {
-        .failed = true, .entryPoints = {}, .messages = "program_source:1:1: error: no compiler."};
+#include <mutex>
+
+namespace tarnwick::msl {
+namespace {
+
+// No program that people write comes near; the compiler would need gigabytes.
+constexpr std::size_t longestSource = 16u << 20;
+
+// One worker serves the whole process: starting it costs as much as ten compilations.
+struct Shared {
+    std::mutex mutex;
+    WorkerProcess worker;
+};
+
+Shared& shared() {
+    static Shared only;
+    return only;
 }
 
-void warmUp() {}
+Compilation failure(const std::string& sentence) {
+    return {.failed = true,
+            .entryPoints = {},
+            .messages = "program_source:1:1: error: " + sentence + "\n1 error generated.\n"};
+}
+
+Compilation failure(WorkerFault fault, const CompileOptions& options) {
+    switch (fault) {
+    case WorkerFault::missing:
+    case WorkerFault::gone:
+        return failure("the compiler's program 'tarnwick-msl-worker' does not run");
+    case WorkerFault::stopped:
+        return failure("the compiler cannot cope with this program and stopped");
+    case WorkerFault::late:
+        break;
+    }
+    std::string seconds = std::to_string(static_cast<double>(options.limit.count()) / 1000);
+    seconds.erase(seconds.find_last_not_of('0') + 1);
+    if (seconds.back() == '.')
+        seconds.pop_back();
+    return failure("the compiler ran out of time (" + seconds + " s)");
+}
+
+} // namespace
+
+Compilation compile(std::string_view source, const CompileOptions& options) {
+    if (source.size() > longestSource)
+        return failure("the program has " + std::to_string(source.size()) +
+                       " bytes; the compiler takes up to " + std::to_string(longestSource));
+    const Request request{.limitMilliseconds = static_cast<std::uint32_t>(options.limit.count()),
+                          .source = std::string(source)};
+    Shared& common = shared();
+    const std::lock_guard lock(common.mutex);
+    auto answer = common.worker.ask(request);
+    if (const auto* fault = std::get_if<WorkerFault>(&answer); fault && *fault == WorkerFault::gone)
+        answer = common.worker.ask(request); // it had ended by itself, between two requests
+    if (auto* compilation = std::get_if<Compilation>(&answer))
+        return std::move(*compilation);
+    common.worker.start(); // a fresh one, for the next program
+    return failure(std::get<WorkerFault>(answer), options);
+}
+
+void warmUp() {
+    Shared& common = shared();
+    if (const std::unique_lock lock(common.mutex, std::try_to_lock); lock)
+        common.worker.start();
+}
 
 } // namespace tarnwick::msl

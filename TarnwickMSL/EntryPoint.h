@@ -11,17 +11,27 @@ namespace tarnwick::msl {
 enum class Stage : std::uint8_t { vertex, fragment, kernel };
 
 enum class ResourceKind : std::uint8_t {
-    uniformBuffer,  // a `constant` argument
-    storageBuffer,  // a `device` argument
-    sampledTexture, // a texture argument with access::sample or access::read
-    storageTexture, // a texture argument with access::write or access::read_write
-    sampler,        // a sampler argument
+    uniformBuffer,   // a `constant` argument
+    storageBuffer,   // a `device` argument
+    sampledTexture,  // a texture argument with access::sample or access::read
+    storageTexture,  // a texture argument with access::write or access::read_write
+    sampler,         // a sampler argument
     constantSampler, // a constexpr sampler of the program's own; `samplerState` says which
-    loopReport      // one 32-bit word: set to 1 by an invocation that ran out of its loop budget
+    loopReport       // one 32-bit word: set to 1 by an invocation that ran out of its loop budget
 };
 
 enum class TextureShape : std::uint8_t {
-    none, buffer, d1, d1Array, d2, d2Array, d2Multisample, d2MultisampleArray, d3, cube, cubeArray
+    none,
+    buffer,
+    d1,
+    d1Array,
+    d2,
+    d2Array,
+    d2Multisample,
+    d2MultisampleArray,
+    d3,
+    cube,
+    cubeArray
 };
 
 enum class TextureComponent : std::uint8_t { none, float_, int_, uint_ };
@@ -52,10 +62,10 @@ inline constexpr std::uint32_t kernelPushConstantBytes = 12;
 struct EntryPoint {
     std::string name; // as the source spells it; the module's own entry point is named "main"
     Stage stage = Stage::fragment;
-    std::vector<std::uint32_t> words; // SPIR-V 1.6 for Vulkan 1.3
-    std::vector<Resource> resources;  // by binding, ascending
-    bool usesLoopBudget = false;      // some loop's bound is not provable
-    bool writesPointSize = false;     // a vertex function with [[point_size]]
+    std::vector<std::uint32_t> words;   // SPIR-V 1.6 for Vulkan 1.3
+    std::vector<Resource> resources;    // by binding, ascending
+    bool usesLoopBudget = false;        // some loop's bound is not provable
+    bool writesPointSize = false;       // a vertex function with [[point_size]]
     std::uint32_t colorAttachments = 0; // a fragment function's written colours, bit n for color(n)
 
     bool operator==(const EntryPoint&) const = default;

@@ -9,13 +9,24 @@ namespace tarnwick::msl {
 
 enum class SamplerCoord : std::uint8_t { normalized, pixel };
 enum class SamplerAddress : std::uint8_t {
-    clampToZero, clampToEdge, repeat, mirroredRepeat, clampToBorder
+    clampToZero,
+    clampToEdge,
+    repeat,
+    mirroredRepeat,
+    clampToBorder
 };
 enum class SamplerFilter : std::uint8_t { nearest, linear };
 enum class SamplerMipFilter : std::uint8_t { none, nearest, linear };
 enum class SamplerBorder : std::uint8_t { transparentBlack, opaqueBlack, opaqueWhite };
 enum class SamplerCompare : std::uint8_t {
-    never, less, lessEqual, greater, greaterEqual, equal, notEqual, always
+    never,
+    less,
+    lessEqual,
+    greater,
+    greaterEqual,
+    equal,
+    notEqual,
+    always
 };
 
 //  bit   0     coord
@@ -61,7 +72,8 @@ constexpr SamplerState unpackSampler(std::uint64_t bits) {
             .compare = static_cast<SamplerCompare>(field(18, 3)),
             .maxAnisotropy = field(21, 4) + 1,
             .lodMin = static_cast<float>(field(25, 16)) / 256.0f,
-            .lodMax = field(41, 16) == 0xffff ? 1000.0f : static_cast<float>(field(41, 16)) / 256.0f};
+            .lodMax =
+                field(41, 16) == 0xffff ? 1000.0f : static_cast<float>(field(41, 16)) / 256.0f};
 }
 
 } // namespace tarnwick::msl

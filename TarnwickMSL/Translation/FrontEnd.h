@@ -24,6 +24,8 @@ class StandardLibrary {
     static StandardLibrary build();
     // Takes bytes that build().precompiled() gave, from this very build of the compiler.
     static StandardLibrary fromPrecompiled(std::string bytes);
+    // 16 characters that tell this library and compiler from others, for those who keep the bytes.
+    static std::string fingerprint();
     const std::string& precompiled() const { return precompiled_; }
 
   private:

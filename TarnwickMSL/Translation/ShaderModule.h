@@ -16,24 +16,25 @@
 namespace tarnwick::msl {
 
 enum class InterfaceKind : std::uint8_t {
-    input, output,        // a stage's location or built-in
-    uniformBuffer,        // `constant` argument
-    storageBuffer,        // `device` argument
-    pushConstant,         // the kernel's grid size
-    workgroup,            // threadgroup memory
-    loopReport            // storage buffer of one word
+    input,
+    output,        // a stage's location or built-in
+    uniformBuffer, // `constant` argument
+    storageBuffer, // `device` argument
+    pushConstant,  // the kernel's grid size
+    workgroup,     // threadgroup memory
+    loopReport     // storage buffer of one word
 };
 
 // One external global of the module and what it stands for. Globals that nothing uses any more
 // may be gone from the module; the writer looks them up by name.
 struct InterfaceVariable {
     InterfaceKind kind = InterfaceKind::input;
-    std::string global;      // the LLVM global's name
-    std::string builtIn;     // input, output: Metal's word ("position", "vertex_id"...); "" = location
+    std::string global;  // the LLVM global's name
+    std::string builtIn; // input, output: Metal's word ("position", "vertex_id"...); "" = location
     std::uint32_t location = 0;
     Scalar scalar = Scalar::float_; // input, output
     Interpolation interpolation = Interpolation::centerPerspective;
-    std::uint32_t index = 0;     // Metal's buffer index
+    std::uint32_t index = 0; // Metal's buffer index
     std::uint32_t binding = 0;
     std::uint64_t elementBytes = 0; // buffers: sizeof one element of the pointee
     bool isReference = false;       // buffers: exactly one element

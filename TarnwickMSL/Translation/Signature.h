@@ -11,16 +11,21 @@ namespace tarnwick::msl {
 
 enum class Scalar : std::uint8_t { bool_, int8, uint8, int16, uint16, int32, uint32, half, float_ };
 enum class Interpolation : std::uint8_t {
-    centerPerspective, centerNoPerspective, centroidPerspective, centroidNoPerspective,
-    samplePerspective, sampleNoPerspective, flat
+    centerPerspective,
+    centerNoPerspective,
+    centroidPerspective,
+    centroidNoPerspective,
+    samplePerspective,
+    sampleNoPerspective,
+    flat
 };
 
 // One value that crosses a stage's border: a member of a stage_in or result record, or a plain
 // argument or result with a built-in attribute.
 struct StageValue {
-    std::string name;      // the member's name, or the user(...) attribute's; links the stages
-    std::string attribute; // Metal's word: "position", "point_size", "vertex_id", "color", ... or
-                           // "" for a plain interpolated member
+    std::string name;        // the member's name, or the user(...) attribute's; links the stages
+    std::string attribute;   // Metal's word: "position", "point_size", "vertex_id", "color", ... or
+                             // "" for a plain interpolated member
     std::uint32_t index = 0; // of color(n), attribute(n), clip_distance's length, ...
     Interpolation interpolation = Interpolation::centerPerspective;
     std::uint64_t offset = 0; // bytes from the start of the record
@@ -43,8 +48,9 @@ struct Argument {
     bool isReference = false;       // exactly one element; a pointer has as many as are bound
     std::uint64_t elementBytes = 0; // sizeof the pointee
     std::uint64_t elementAlign = 0;
-    std::string elementType; // the pointee's LLVM type as the module names or prints it ("" if scalar
-                             // types of differing names cannot matter): a hint for typed access
+    std::string
+        elementType; // the pointee's LLVM type as the module names or prints it ("" if scalar
+                     // types of differing names cannot matter): a hint for typed access
 
     // texture
     TextureShape shape = TextureShape::none;
@@ -60,6 +66,7 @@ struct Argument {
 struct EntrySignature {
     std::string name;   // as the source spells it
     std::string symbol; // of its function in the LLVM module
+    std::string place;  // "file:line:column" of its name, for messages about the whole of it
     Stage stage = Stage::fragment;
     std::vector<Argument> arguments;
     std::vector<StageValue> results; // members of the result record, or the one plain result

@@ -7,6 +7,7 @@
 #include <clang/AST/GlobalDecl.h>
 #include <clang/AST/RecordLayout.h>
 #include <clang/Basic/Diagnostic.h>
+#include <clang/Basic/SourceManager.h>
 #include <clang/CodeGen/CodeGenABITypes.h>
 #include <clang/CodeGen/ModuleBuilder.h>
 #include <llvm/IR/GlobalValue.h>
@@ -400,6 +401,10 @@ void EntryReader::readFunction(const clang::FunctionDecl& function) {
     if (!isEntry || !function.isThisDeclarationADefinition() || function.isInvalidDecl())
         return;
     signature.name = function.getNameAsString();
+    const clang::PresumedLoc place =
+        context.getSourceManager().getPresumedLoc(function.getLocation());
+    signature.place = std::string(place.getFilename()) + ":" + std::to_string(place.getLine()) +
+                      ":" + std::to_string(place.getColumn());
     for (const clang::ParmVarDecl* parameter : function.parameters())
         readArgument(*parameter, signature);
     numberResources(signature);

@@ -10,6 +10,7 @@
 #include <clang/AST/ASTConsumer.h>
 #include <clang/AST/ASTContext.h>
 #include <clang/AST/ExternalASTSource.h>
+#include <clang/Basic/Version.h>
 #include <clang/CodeGen/ModuleBuilder.h>
 #include <clang/Frontend/CompilerInstance.h>
 #include <clang/Frontend/CompilerInvocation.h>
@@ -20,9 +21,11 @@
 #include <clang/Sema/EnterExpressionEvaluationContext.h>
 #include <clang/Sema/Sema.h>
 #include <clang/Serialization/ASTWriter.h>
+#include <llvm/ADT/StringExtras.h>
 #include <llvm/IR/LLVMContext.h>
 #include <llvm/IR/Module.h>
 #include <llvm/Support/VirtualFileSystem.h>
+#include <llvm/Support/xxhash.h>
 
 #include <stdexcept>
 
@@ -303,6 +306,15 @@ StandardLibrary StandardLibrary::fromPrecompiled(std::string bytes) {
     StandardLibrary library;
     library.precompiled_ = std::move(bytes);
     return library;
+}
+
+std::string StandardLibrary::fingerprint() {
+    std::string all = clang::getClangFullVersion();
+    for (const char* option : compilerOptions())
+        all += option;
+    for (const LibraryFile& file : libraryFiles())
+        all.append(file.name).append(file.text);
+    return llvm::utohexstr(llvm::xxh3_64bits(all), true, 16);
 }
 
 Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVMContext& context) {

@@ -1,0 +1,136 @@
+#include "TarnwickMSL/Wire.h"
+
+#include <cstring>
+#include <type_traits>
+#include <vector>
+
+namespace tarnwick::msl {
+namespace {
+
+// One description of each record serves both ways: `Put` appends what it is given, `Take` fills it.
+class Put {
+  public:
+    std::string bytes;
+
+    template <class T>
+    requires std::is_arithmetic_v<T> || std::is_enum_v<T>
+    void operator()(const T& value) {
+        bytes.append(reinterpret_cast<const char*>(&value), sizeof(T));
+    }
+    void operator()(const std::string& text) { list(text.data(), text.size(), 1); }
+    void operator()(const std::vector<std::uint32_t>& words) {
+        list(words.data(), words.size(), sizeof(std::uint32_t));
+    }
+    template <class T> void operator()(const std::vector<T>& records) {
+        (*this)(static_cast<std::uint32_t>(records.size()));
+        for (const T& record : records)
+            fields(record, *this);
+    }
+
+  private:
+    void list(const void* data, std::size_t count, std::size_t size) {
+        (*this)(static_cast<std::uint32_t>(count));
+        bytes.append(static_cast<const char*>(data), count * size);
+    }
+};
+
+class Take {
+  public:
+    explicit Take(std::string_view bytes) : bytes(bytes) {}
+    bool isWhole() const { return isGood && bytes.empty(); }
+
+    template <class T>
+    requires std::is_arithmetic_v<T> || std::is_enum_v<T>
+    void operator()(T& value) { copy(&value, sizeof(T)); }
+    void operator()(std::string& text) {
+        text.resize(count(1));
+        copy(text.data(), text.size());
+    }
+    void operator()(std::vector<std::uint32_t>& words) {
+        words.resize(count(sizeof(std::uint32_t)));
+        copy(words.data(), words.size() * sizeof(std::uint32_t));
+    }
+    template <class T> void operator()(std::vector<T>& records) {
+        records.resize(count(1));
+        for (T& record : records)
+            fields(record, *this);
+    }
+
+  private:
+    std::string_view bytes;
+    bool isGood = true;
+
+    // A count of things of at least so many bytes, no more than there are bytes left.
+    std::size_t count(std::size_t size) {
+        std::uint32_t given = 0;
+        (*this)(given);
+        isGood = isGood && given <= bytes.size() / size;
+        return isGood ? given : 0;
+    }
+    void copy(void* to, std::size_t size) {
+        isGood = isGood && size <= bytes.size();
+        if (!isGood || size == 0)
+            return;
+        std::memcpy(to, bytes.data(), size);
+        bytes.remove_prefix(size);
+    }
+};
+
+template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, Resource>
+void fields(Record& r, Bytes& bytes) {
+    bytes(r.kind), bytes(r.index), bytes(r.binding), bytes(r.size), bytes(r.isWritten);
+    bytes(r.shape), bytes(r.component), bytes(r.samplerState);
+}
+
+template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, EntryPoint>
+void fields(Record& e, Bytes& bytes) {
+    bytes(e.name), bytes(e.stage), bytes(e.words), bytes(e.resources), bytes(e.usesLoopBudget);
+    bytes(e.writesPointSize), bytes(e.colorAttachments);
+}
+
+template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, Compilation>
+void fields(Record& c, Bytes& bytes) {
+    bytes(c.failed), bytes(c.messages), bytes(c.entryPoints);
+}
+
+template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, Request>
+void fields(Record& r, Bytes& bytes) {
+    bytes(r.limitMilliseconds), bytes(r.source);
+}
+
+template <class Record> std::string bytesOf(const Record& record) {
+    Put put;
+    fields(record, put);
+    return std::move(put.bytes);
+}
+
+template <class Record> std::optional<Record> recordFrom(std::string_view bytes) {
+    Record record;
+    Take take(bytes);
+    fields(record, take);
+    if (!take.isWhole())
+        return std::nullopt;
+    return record;
+}
+
+} // namespace
+
+std::string toBytes(const Request& request) {
+    return bytesOf(request);
+}
+std::string toBytes(const Compilation& compilation) {
+    return bytesOf(compilation);
+}
+
+std::optional<Request> requestFrom(std::string_view bytes) {
+    return recordFrom<Request>(bytes);
+}
+std::optional<Compilation> compilationFrom(std::string_view bytes) {
+    return recordFrom<Compilation>(bytes);
+}
+
+} // namespace tarnwick::msl

@@ -1,0 +1,99 @@
+#include "TarnwickMSL/Worker/Server.h"
+
+#include "TarnwickMSL/Wire.h"
+#include "TarnwickMSL/Worker/Precompiled.h"
+#include "TarnwickMSL/Worker/Translate.h"
+
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+
+#include <cerrno>
+#include <poll.h>
+
+namespace tarnwick::msl {
+namespace {
+
+bool receiveAll(int connection, char* to, std::size_t size) {
+    while (size > 0) {
+        const ssize_t got = recv(connection, to, size, 0);
+        if (got == 0 || (got < 0 && errno != EINTR))
+            return false;
+        if (got > 0) {
+            to += got;
+            size -= static_cast<std::size_t>(got);
+        }
+    }
+    return true;
+}
+
+bool sendAll(int connection, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t sent = send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        if (sent < 0 && errno != EINTR)
+            return false;
+        if (sent > 0)
+            bytes.remove_prefix(static_cast<std::size_t>(sent));
+    }
+    return true;
+}
+
+// A program that asks for more than this is ended rather than the machine; no core files.
+void limitMemory() {
+    const rlimit memory{.rlim_cur = 3ull << 30, .rlim_max = 3ull << 30};
+    setrlimit(RLIMIT_AS, &memory);
+    const rlimit none{.rlim_cur = 0, .rlim_max = 0};
+    setrlimit(RLIMIT_CORE, &none);
+}
+
+// Ends this process (by SIGALRM's default) should its parent be gone and the work never end.
+void limitTime(std::uint32_t milliseconds) {
+    const itimerval timer{
+        .it_interval = {.tv_sec = 0, .tv_usec = 0},
+        .it_value = {.tv_sec = static_cast<time_t>(milliseconds / 1000), .tv_usec = 0}};
+    setitimer(ITIMER_REAL, &timer, nullptr);
+}
+
+bool isRequestWaiting(int connection) {
+    pollfd waiting{.fd = connection, .events = POLLIN, .revents = 0};
+    return poll(&waiting, 1, 0) > 0;
+}
+
+// Touches what the first real program would have to touch, while nobody waits.
+void rehearse(const StandardLibrary& library) {
+    (void)translate("#include <metal_stdlib>\nusing namespace metal;\n"
+                    "fragment float4 f(float4 p [[position]]) {"
+                    " return float4(normalize(p.xyz) * sin(p.x), 1.0); }\n",
+                    library);
+}
+
+bool answerOne(int connection, const StandardLibrary& library) {
+    std::uint32_t size = 0;
+    if (!receiveAll(connection, reinterpret_cast<char*>(&size), sizeof size))
+        return false;
+    std::string bytes(size, '\0');
+    if (!receiveAll(connection, bytes.data(), bytes.size()))
+        return false;
+    const std::optional<Request> request = requestFrom(bytes);
+    if (!request || !sendAll(connection, {&requestIsRead, 1}))
+        return false;
+    limitTime(request->limitMilliseconds + 2000);
+    const std::string answer = toBytes(translate(request->source, library));
+    limitTime(0);
+    size = static_cast<std::uint32_t>(answer.size());
+    return sendAll(connection, {reinterpret_cast<const char*>(&size), sizeof size}) &&
+           sendAll(connection, answer);
+}
+
+} // namespace
+
+void serve(int connection) {
+    limitMemory();
+    const StandardLibrary library = standardLibrary();
+    if (!isRequestWaiting(connection))
+        rehearse(library);
+    while (answerOne(connection, library)) {
+    }
+}
+
+} // namespace tarnwick::msl

@@ -1,0 +1,11 @@
+// All steps of the compiler in a row.
+#pragma once
+
+#include "TarnwickMSL/Compile.h"
+#include "TarnwickMSL/Translation/FrontEnd.h"
+
+namespace tarnwick::msl {
+
+Compilation translate(std::string_view source, const StandardLibrary& library);
+
+} // namespace tarnwick::msl

@@ -1,0 +1,168 @@
+#include "TarnwickMSL/WorkerProcess.h"
+
+#include <sys/socket.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <string>
+#include <unistd.h>
+
+extern char** environ; // unistd.h declares it in GNU mode only
+
+namespace tarnwick::msl {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Waits until the connection is ready; false at the deadline or on an error.
+bool waitFor(int connection, short events, Clock::time_point deadline) {
+    for (;;) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+        if (left.count() <= 0)
+            return false;
+        pollfd waiting{.fd = connection, .events = events, .revents = 0};
+        const int ready = poll(&waiting, 1, static_cast<int>(left.count()));
+        if (ready > 0)
+            return true;
+        if (ready < 0 && errno != EINTR)
+            return false;
+    }
+}
+
+bool sendAll(int connection, std::string_view bytes, Clock::time_point deadline) {
+    while (!bytes.empty()) {
+        if (!waitFor(connection, POLLOUT, deadline))
+            return false;
+        const ssize_t sent =
+            send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (sent > 0)
+            bytes.remove_prefix(static_cast<std::size_t>(sent));
+        else if (errno != EINTR && errno != EAGAIN)
+            return false;
+    }
+    return true;
+}
+
+bool receiveAll(int connection, char* to, std::size_t size, Clock::time_point deadline) {
+    while (size > 0) {
+        if (!waitFor(connection, POLLIN, deadline))
+            return false;
+        const ssize_t got = recv(connection, to, size, MSG_DONTWAIT);
+        if (got == 0 || (got < 0 && errno != EINTR && errno != EAGAIN))
+            return false;
+        if (got > 0) {
+            to += got;
+            size -= static_cast<std::size_t>(got);
+        }
+    }
+    return true;
+}
+
+// The child has the connection as its standard input, no other of this process's files, default
+// signals, and a process group of its own so that a terminal's Ctrl-C is not its business.
+pid_t spawn(const std::filesystem::path& program, int childEnd) {
+    posix_spawn_file_actions_t files;
+    posix_spawn_file_actions_init(&files);
+    posix_spawn_file_actions_adddup2(&files, childEnd, STDIN_FILENO);
+    posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    if (!std::getenv("TARNWICK_MSL_WORKER_TALKS"))
+        posix_spawn_file_actions_addopen(&files, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t none, all;
+    sigemptyset(&none);
+    sigfillset(&all);
+    posix_spawnattr_setsigmask(&attributes, &none);
+    posix_spawnattr_setsigdefault(&attributes, &all);
+    posix_spawnattr_setpgroup(&attributes, 0);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
+                                              POSIX_SPAWN_SETPGROUP);
+    std::string name = program.string(), serve = "--serve";
+    char* words[] = {name.data(), serve.data(), nullptr};
+    pid_t child = -1;
+    if (posix_spawn(&child, name.c_str(), &files, &attributes, words, environ) != 0)
+        child = -1;
+    posix_spawn_file_actions_destroy(&files);
+    posix_spawnattr_destroy(&attributes);
+    return child;
+}
+
+} // namespace
+
+std::filesystem::path workerProgram() {
+    if (const char* named = std::getenv("TARNWICK_MSL_WORKER"))
+        return named;
+    std::error_code error;
+    const std::filesystem::path here =
+        std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+    for (const char* place : {"tarnwick-msl-worker", "../libexec/tarnwick-msl-worker"})
+        if (std::filesystem::path found = here / place; std::filesystem::exists(found, error))
+            return found;
+    return {};
+}
+
+WorkerProcess::~WorkerProcess() {
+    if (connection >= 0)
+        close(connection);
+}
+
+bool WorkerProcess::start() {
+    if (child > 0)
+        return true;
+    const std::filesystem::path program = workerProgram();
+    int ends[2];
+    if (program.empty() || socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
+        return false;
+    child = spawn(program, ends[1]);
+    close(ends[1]);
+    if (child > 0)
+        connection = ends[0];
+    else
+        close(ends[0]);
+    return child > 0;
+}
+
+void WorkerProcess::end() {
+    if (child > 0) {
+        kill(child, SIGKILL);
+        while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
+        }
+    }
+    if (connection >= 0)
+        close(connection);
+    child = connection = -1;
+}
+
+std::variant<Compilation, WorkerFault> WorkerProcess::ask(const Request& request) {
+    if (!start())
+        return WorkerFault::missing;
+    const auto deadline = Clock::now() + std::chrono::milliseconds(request.limitMilliseconds);
+    auto fault = [&](WorkerFault otherwise) {
+        const bool isLate = Clock::now() >= deadline;
+        end();
+        return isLate ? WorkerFault::late : otherwise;
+    };
+    const std::string bytes = toBytes(request);
+    auto size = static_cast<std::uint32_t>(bytes.size());
+    const std::string_view head(reinterpret_cast<const char*>(&size), sizeof size);
+    char isRead = 0;
+    if (!sendAll(connection, head, deadline) || !sendAll(connection, bytes, deadline) ||
+        !receiveAll(connection, &isRead, 1, deadline))
+        return fault(WorkerFault::gone);
+    if (!receiveAll(connection, reinterpret_cast<char*>(&size), sizeof size, deadline))
+        return fault(WorkerFault::stopped);
+    std::string answer(size, '\0');
+    if (!receiveAll(connection, answer.data(), answer.size(), deadline))
+        return fault(WorkerFault::stopped);
+    if (std::optional<Compilation> compilation = compilationFrom(answer))
+        return std::move(*compilation);
+    return fault(WorkerFault::stopped);
+}
+
+} // namespace tarnwick::msl
