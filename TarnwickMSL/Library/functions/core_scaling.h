@@ -10,25 +10,41 @@
 namespace metal {
 namespace _core {
 
-MSL_INLINE uint bits(float x) { return __builtin_bit_cast(uint, x); }
-MSL_INLINE float from_bits(uint x) { return __builtin_bit_cast(float, x); }
-MSL_INLINE float absolute(float x) { return __builtin_elementwise_abs(x); }
-MSL_INLINE float nearest(float x) { return __builtin_elementwise_roundeven(x); }
-MSL_INLINE float with_sign(float x, float sign) { return __builtin_elementwise_copysign(x, sign); }
-MSL_INLINE bool is_nan(float x) { return x != x; }
+MSL_INLINE uint bits(float x) {
+    return __builtin_bit_cast(uint, x);
+}
+MSL_INLINE float from_bits(uint x) {
+    return __builtin_bit_cast(float, x);
+}
+MSL_INLINE float absolute(float x) {
+    return __builtin_elementwise_abs(x);
+}
+MSL_INLINE float nearest(float x) {
+    return __builtin_elementwise_roundeven(x);
+}
+MSL_INLINE float with_sign(float x, float sign) {
+    return __builtin_elementwise_copysign(x, sign);
+}
+MSL_INLINE bool is_nan(float x) {
+    return x != x;
+}
 
 constexpr float infinity = INFINITY;
 constexpr float not_a_number = NAN;
 
 // An integral float's value; 0 for a NaN, whose conversion would have no value at all.
-MSL_INLINE int whole(float x) { return is_nan(x) ? 0 : static_cast<int>(x); }
+MSL_INLINE int whole(float x) {
+    return is_nan(x) ? 0 : static_cast<int>(x);
+}
 
 // 2^n, n in [-126, 127].
-MSL_INLINE float power_of_two(int n) { return from_bits(static_cast<uint>(n + 127) << 23); }
+MSL_INLINE float power_of_two(int n) {
+    return from_bits(static_cast<uint>(n + 127) << 23);
+}
 // x * 2^n, n in [-252, 254], rounded once where |x| is in [0.5, 4).
 MSL_INLINE float scaled(float x, int n) {
-    int half = n >> 1;
-    return x * power_of_two(half) * power_of_two(n - half);
+    int part = n >> 1;
+    return x * power_of_two(part) * power_of_two(n - part);
 }
 
 // A value as the unevaluated sum of two floats.
@@ -80,8 +96,9 @@ MSL_INLINE float fused(float a, float b, float c) {
     float x = from_bits((bits(a) & 0x807fffffu) | 0x3f800000u);
     float y = from_bits((bits(b) & 0x807fffffu) | 0x3f800000u);
     int reach = distance < -80 ? -80 : distance;
-    float z = cExponent == 0u ? 0.0f
-                              : from_bits((bits(c) & 0x807fffffu) | static_cast<uint>(reach + 127) << 23);
+    float z = cExponent == 0u
+                  ? 0.0f
+                  : from_bits((bits(c) & 0x807fffffu) | static_cast<uint>(reach + 127) << 23);
     Pair xy = product(x, y);
     Pair low = sum(z, xy.low);
     Pair high = sum(xy.high, low.high);

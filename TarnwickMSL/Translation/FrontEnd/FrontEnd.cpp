@@ -109,7 +109,9 @@ std::vector<const char*> compilerOptions() {
 class Compiler {
   public:
     Compiler(std::string_view precompiled, std::string& text)
-        : out(text), messages(out), instance(std::make_shared<clang::PCHContainerOperations>()) {
+        : out(text),
+          messages(out, precompiled.empty() ? Messages::About::library : Messages::About::program),
+          instance(std::make_shared<clang::PCHContainerOperations>()) {
         registerAttributes();
         instance.setVerboseOutputStream(out);
         instance.createDiagnostics(&messages, false);

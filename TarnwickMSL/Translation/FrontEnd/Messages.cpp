@@ -38,7 +38,8 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
     }
     clang::SourceManager& sources = diagnostic.getSourceManager();
     const clang::FullSourceLoc at(diagnostic.getLocation(), sources);
-    const bool isLibrary = isLibraryFile(sources.getFilename(sources.getExpansionLoc(at)));
+    const bool isLibrary =
+        about == About::program && isLibraryFile(sources.getFilename(sources.getExpansionLoc(at)));
     if (level == Level::Note) {
         if (isLibrary)
             return;

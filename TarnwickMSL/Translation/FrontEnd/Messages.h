@@ -15,7 +15,8 @@ namespace tarnwick::msl {
 // into the library are left out.
 class Messages : public clang::DiagnosticConsumer {
   public:
-    explicit Messages(llvm::raw_ostream& out) : out(out) {}
+    enum class About { program, library };
+    Messages(llvm::raw_ostream& out, About about) : out(out), about(about) {}
 
     void BeginSourceFile(const clang::LangOptions& options,
                          const clang::Preprocessor* preprocessor) override;
@@ -25,6 +26,7 @@ class Messages : public clang::DiagnosticConsumer {
 
   private:
     llvm::raw_ostream& out;
+    About about;
     llvm::IntrusiveRefCntPtr<clang::DiagnosticOptions> options;
     std::unique_ptr<clang::TextDiagnostic> text;
     std::string withheld; // a message whose place in the program is not known yet
