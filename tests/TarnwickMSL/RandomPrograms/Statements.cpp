@@ -55,7 +55,7 @@ void Generator::statement() {
         stir();
     else if (choice < 62)
         effect();
-    else if (choice < 70 && (loops_ > 0 || chance(15)))
+    else if (choice < 70 && (loops_ > 0 || chance(6)))
         jump();
     else if (depth_ > 4)
         assignment();
