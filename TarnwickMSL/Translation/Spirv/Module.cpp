@@ -51,10 +51,26 @@ void Module::executionMode(spv::ExecutionMode mode, Operands operands) {
            {main_, static_cast<std::uint32_t>(mode)}, operands);
 }
 
+// SPIR-V 1.6, 2.8: only aggregates, which carry decorations, may be declared twice.
+static bool isAggregate(spv::Op op) {
+    return op == spv::Op::OpTypeStruct || op == spv::Op::OpTypeArray ||
+           op == spv::Op::OpTypeRuntimeArray;
+}
+
 Id Module::declareType(spv::Op op, Operands operands) {
-    Id id = newId();
-    append(declarations_, op, {id}, operands);
-    return id;
+    if (isAggregate(op)) {
+        Id id = newId();
+        append(declarations_, op, {id}, operands);
+        return id;
+    }
+    std::vector<std::uint32_t> key{static_cast<std::uint32_t>(op)};
+    key.insert(key.end(), operands.begin(), operands.end());
+    Id& known = types_[key];
+    if (!known) {
+        known = newId();
+        append(declarations_, op, {known}, operands);
+    }
+    return known;
 }
 
 Id Module::declare(spv::Op op, Id type, Operands operands) {

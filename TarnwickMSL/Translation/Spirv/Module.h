@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <map>
 #include <vector>
 
 namespace tarnwick::msl::spirv {
@@ -35,7 +36,7 @@ class Module {
     void executionMode(spv::ExecutionMode mode, Operands operands = {});
 
     // Types, constants and global variables: appends an instruction and gives its new id, which
-    // stands first or behind the type.
+    // stands first or behind the type; a type that stands there already (aggregates aside) is it.
     Id declareType(spv::Op op, Operands operands);
     Id declare(spv::Op op, Id type, Operands operands);
     // A global variable, which becomes part of the entry point's interface.
@@ -52,6 +53,7 @@ class Module {
     llvm::SmallVector<spv::Capability, 8> capabilities_;
     llvm::SmallVector<Id, 16> interface_;
     Words modes_, decorations_, declarations_;
+    std::map<std::vector<std::uint32_t>, Id> types_; // by opcode and operands
 };
 
 } // namespace tarnwick::msl::spirv
