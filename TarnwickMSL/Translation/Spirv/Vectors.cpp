@@ -34,7 +34,42 @@ static bool isFactor(const ShuffleVectorInst& shuffle) {
            });
 }
 
+// Bits of a value seen as a vector that SPIR-V has no type for: the optimiser writes a lane's
+// truncation so. Each lane is worked out where it is taken.
+static bool isBitView(const Value& value) {
+    auto* cast = dyn_cast<BitCastInst>(&value);
+    auto* vector = cast ? dyn_cast<FixedVectorType>(cast->getType()) : nullptr;
+    return vector && !isBoolean(cast->getSrcTy()) &&
+           (vector->getNumElements() > 4 || isBoolean(vector));
+}
+
+static Id extractBits(Body& body, const ExtractElementInst& extract) {
+    auto& view = cast<BitCastInst>(*extract.getVectorOperand());
+    Type* from = view.getSrcTy();
+    Type* integer = Type::getIntNTy(body.types.context(), from->getScalarSizeInBits());
+    std::uint64_t first = cast<ConstantInt>(extract.getIndexOperand())->getZExtValue() *
+                          extract.getType()->getScalarSizeInBits();
+    Id value = body.id(view.getOperand(0));
+    if (from->isVectorTy())
+        value =
+            body.emit(spv::Op::OpCompositeExtract, from->getScalarType(),
+                      {value, static_cast<std::uint32_t>(first / integer->getIntegerBitWidth())});
+    value = body.bitcast(integer, from->getScalarType(), value);
+    if (std::uint64_t shift = first % integer->getIntegerBitWidth())
+        value = body.emit(spv::Op::OpShiftRightLogical, integer,
+                          {value, body.constants.integer(integer, shift)});
+    if (!isBoolean(extract.getType())) {
+        Type* narrow =
+            Type::getIntNTy(body.types.context(), extract.getType()->getScalarSizeInBits());
+        return body.bitcast(extract.getType(), narrow, body.resized(narrow, integer, value, false));
+    }
+    Id bit = body.emit(spv::Op::OpBitwiseAnd, integer, {value, body.constants.integer(integer, 1)});
+    return body.emit(spv::Op::OpINotEqual, body.i1(), {bit, body.constants.null(integer)});
+}
+
 bool isDeferred(const Instruction& instruction) {
+    if (isBitView(instruction))
+        return true;
     if (auto* shuffle = dyn_cast<ShuffleVectorInst>(&instruction))
         return isFactor(*shuffle);
     auto* insert = dyn_cast<InsertElementInst>(&instruction);
@@ -96,6 +131,8 @@ Id writeInsertElement(Body& body, const InsertElementInst& insert) {
 }
 
 Id writeExtractElement(Body& body, const ExtractElementInst& extract) {
+    if (isBitView(*extract.getVectorOperand()) && isa<ConstantInt>(extract.getIndexOperand()))
+        return extractBits(body, extract);
     Id vector = body.id(extract.getVectorOperand());
     if (auto* lane = dyn_cast<ConstantInt>(extract.getIndexOperand()))
         return body.emit(spv::Op::OpCompositeExtract, extract.getType(),
