@@ -1,6 +1,7 @@
 #include "TarnwickRender/ShaderProgram.h"
 #include "TarnwickRender/ShaderRun.h"
 #include "TarnwickRender/StillRenderer.h"
+#include "tests/Validation.h"
 
 #include <gtest/gtest.h>
 
