@@ -10,10 +10,13 @@ thread_local std::size_t calls = 0;
 
 } // namespace
 
-void* operator new(std::size_t size) {
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     if (counts)
         ++calls;
-    if (void* memory = std::malloc(size > 0 ? size : 1))
+    return std::malloc(size > 0 ? size : 1);
+}
+void* operator new(std::size_t size) {
+    if (void* memory = operator new(size, std::nothrow))
         return memory;
     throw std::bad_alloc();
 }
