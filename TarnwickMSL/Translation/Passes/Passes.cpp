@@ -87,6 +87,7 @@ static void restrictCode(ShaderModule& shader, Optimiser& optimiser) {
 static void structureCode(ShaderModule& shader, Optimiser& optimiser) {
     normaliseFlow(*shader.main, optimiser);
     legalise(*shader.main);
+    keepPointersNear(*shader.main);
     budgetLoops(shader, optimiser);
     shader.structure = structureFlow(*shader.main, optimiser);
     dump(shader, "3-structured");

@@ -11,6 +11,7 @@
 #include <llvm/IR/Module.h>
 #include <llvm/IR/Operator.h>
 #include <llvm/Transforms/Utils/BasicBlockUtils.h>
+#include <llvm/Transforms/Utils/Local.h>
 
 #include <numeric>
 
@@ -294,6 +295,47 @@ bool Resolver::run() {
     for (Instruction* user : users)
         access(*user);
     return !users.empty();
+}
+
+// The operand through which an instruction reaches memory; -1 where it does not.
+static int pointerOperand(const Instruction& instruction) {
+    if (isa<LoadInst>(instruction))
+        return LoadInst::getPointerOperandIndex();
+    if (isa<StoreInst>(instruction))
+        return StoreInst::getPointerOperandIndex();
+    if (isa<AtomicRMWInst, AtomicCmpXchgInst>(instruction))
+        return 0;
+    auto* call = dyn_cast<CallBase>(&instruction);
+    return call && call->arg_size() > 0 && call->getArgOperand(0)->getType()->isPointerTy() ? 0
+                                                                                            : -1;
+}
+
+static Value* copiedSteps(Value* pointer, Instruction& before) {
+    auto* step = dyn_cast<GetElementPtrInst>(pointer);
+    if (!step)
+        return pointer;
+    Value* inner = copiedSteps(step->getPointerOperand(), before);
+    Instruction* copy = step->clone();
+    copy->setOperand(0, inner);
+    copy->insertBefore(before.getIterator());
+    return copy;
+}
+
+void keepPointersNear(Function& main) {
+    SmallVector<WeakTrackingVH, 16> old;
+    for (Instruction& instruction : make_early_inc_range(instructions(main))) {
+        int operand = pointerOperand(instruction);
+        if (operand < 0)
+            continue;
+        auto index = static_cast<unsigned>(operand);
+        auto* step = dyn_cast<GetElementPtrInst>(instruction.getOperand(index));
+        if (!step || (step->getParent() == instruction.getParent() &&
+                      !isa<GetElementPtrInst>(step->getPointerOperand())))
+            continue;
+        instruction.setOperand(index, copiedSteps(step, instruction));
+        old.push_back(step);
+    }
+    RecursivelyDeleteTriviallyDeadInstructionsPermissive(old);
 }
 
 bool resolvePointers(Function& main) {

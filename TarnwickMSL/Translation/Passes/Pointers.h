@@ -12,4 +12,8 @@ namespace tarnwick::msl {
 // TranslationError on pointers that are kept in memory.
 bool resolvePointers(llvm::Function& main);
 
+// Gives each access its own steps to its place, right before it, so that structuring the control
+// flow carries numbers from block to block and never a pointer.
+void keepPointersNear(llvm::Function& main);
+
 } // namespace tarnwick::msl

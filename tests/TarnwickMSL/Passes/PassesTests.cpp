@@ -91,6 +91,36 @@ declare void @llvm.memcpy.p0.p0.i32(ptr, ptr, i32, i1))"},
   ret i32 %v
 }
 declare void @llvm.memset.p0.i32(ptr, i8, i32, i1))"},
+    {"a place that is found once and used under several conditions",
+     R"(define i32 @f(i32 %a, i32 %b) {
+entry:
+  %x = alloca [9 x i32]
+  call void @llvm.memset.p0.i32(ptr %x, i8 0, i32 36, i1 false)
+  %i = urem i32 %a, 9
+  %p = getelementptr [9 x i32], ptr %x, i32 0, i32 %i
+  %c = icmp ult i32 %a, %b
+  br i1 %c, label %y, label %n
+y:
+  %v = load i32, ptr %p
+  %v1 = add i32 %v, 17
+  store i32 %v1, ptr %p
+  %d = icmp ult i32 %v1, 200
+  br i1 %d, label %n, label %e
+n:
+  %o = load i32, ptr %p
+  %o1 = add i32 %o, %a
+  store i32 %o1, ptr %p
+  %g = icmp ugt i32 %o1, 50
+  br i1 %g, label %e, label %y
+e:
+  %j = urem i32 %b, 9
+  %q = getelementptr [9 x i32], ptr %x, i32 0, i32 %j
+  %r = load i32, ptr %p
+  %s = load i32, ptr %q
+  %t = xor i32 %r, %s
+  ret i32 %t
+}
+declare void @llvm.memset.p0.i32(ptr, i8, i32, i1))"},
     {"integers of odd widths",
      R"(define i32 @f(i32 %a, i32 %b) {
   %t = trunc i32 %a to i5
