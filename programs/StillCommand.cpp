@@ -98,7 +98,7 @@ Status still(const Arguments& arguments) {
 }
 
 constexpr std::array<Option, 6> stillOptions{{
-    {"-o", "OUT.png", "where to write the picture"},
+    {"-o", "OUT.png", "where to write the picture; always wanted"},
     {"--time", "SECONDS", "of the episode; 10 without it"},
     {"--size", "WxH", "in pixels; 1280x720 without it"},
     {"--set", "NAME=VALUE", "of a parameter; may be repeated"},

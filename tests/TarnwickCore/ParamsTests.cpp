@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <limits>
-#include <string>
 
 using namespace tarnwick;
 
@@ -41,13 +39,4 @@ TEST(Params, keepsSourceOrderAndTheFirstValidOfAName) {
     EXPECT_EQ(ParamParser::parse("// @param b 1 2 0\n// @param b 1 0 2 first\n// @param a 0 0 1\n"
                                  "// @param b 3 0 9 second"),
               (Decls{{"b", 1, 0, 2, "first"}, {"a", 0, 0, 1, ""}}));
-}
-
-TEST(Params, readsTheSameInALocaleWithCommas) {
-    const std::string before = std::setlocale(LC_NUMERIC, nullptr);
-    if (!std::setlocale(LC_NUMERIC, "de_DE.UTF-8"))
-        GTEST_SKIP() << "No locale with decimal commas is installed.";
-    const Decls read = ParamParser::parse("// @param x 0.5 0 1.5\n// @param y 0,5 0 1");
-    std::setlocale(LC_NUMERIC, before.c_str());
-    EXPECT_EQ(read, (Decls{{"x", 0.5f, 0, 1.5f, ""}}));
 }
