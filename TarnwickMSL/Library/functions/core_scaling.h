@@ -87,8 +87,10 @@ MSL_INLINE float sum_to_odd(float a, float b) {
 MSL_INLINE float fused(float a, float b, float c) {
     uint aExponent = bits(a) >> 23 & 0xffu, bExponent = bits(b) >> 23 & 0xffu;
     uint cExponent = bits(c) >> 23 & 0xffu;
-    if (aExponent - 1u >= 254u || bExponent - 1u >= 254u || cExponent == 255u)
+    if (aExponent - 1u >= 254u || bExponent - 1u >= 254u)
         return a * b + c; // a zero, a denormal, an infinity or a NaN
+    if (cExponent == 255u)
+        return c;
     int exponent = static_cast<int>(aExponent + bExponent) - 254;
     int distance = static_cast<int>(cExponent) - 127 - exponent;
     if (distance > 40)

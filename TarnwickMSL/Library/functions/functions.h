@@ -11,6 +11,7 @@
 #include "core_scaling.h"
 #include "core_exponential.h"
 #include "core_trigonometric.h"
+#include "core_inverse.h"
 #include "core_hyperbolic.h"
 #include "core_parts.h"
 #include "integer.h"

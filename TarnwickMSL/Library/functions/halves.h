@@ -4,6 +4,7 @@
 
 #include "core_exponential.h"
 #include "core_hyperbolic.h"
+#include "core_inverse.h"
 #include "core_parts.h"
 #include "core_trigonometric.h"
 

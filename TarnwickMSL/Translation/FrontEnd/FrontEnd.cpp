@@ -85,6 +85,7 @@ std::vector<const char*> compilerOptions() {
             "-freciprocal-math",
             "-fapprox-func",
             "-ffp-contract=fast",
+            "-fexperimental-strict-floating-point", // else float_control is ignored here
             "-fgnuc-version=0",
             "-fpreserve-vec3-type",
             "-nostdsysteminc",
