@@ -10,7 +10,7 @@ namespace metal {
     MSL_INLINE constexpr T min(T x, T y) { return y < x ? y : x; }                                 \
     MSL_INLINE constexpr T max(T x, T y) { return x < y ? y : x; }                                 \
     MSL_INLINE constexpr T clamp(T x, T least, T most) { return min(max(x, least), most); }        \
-    MSL_INLINE constexpr T abs(T x) { return x < T(0) ? static_cast<T>(-x) : x; }                  \
+    MSL_INLINE constexpr T abs(T x) { return x < T(0) ? static_cast<T>(U(0) - U(x)) : x; }         \
     MSL_INLINE constexpr U absdiff(T x, T y) {                                                     \
         return static_cast<U>(x < y ? U(y) - U(x) : U(x) - U(y));                                  \
     }                                                                                              \
@@ -42,10 +42,22 @@ MSL_EACH_INTEGER_SCALAR(MSL_BODY)
 MSL_EACH_INTEGER_VECTOR(MSL_BODY)
 #undef MSL_BODY
 
+// Clang's builtins take narrow scalars for int, so scalars go through a vector.
 #define MSL_BODY(T, U, S, W)                                                                       \
     MSL_INLINE T addsat(T x, T y) { return __builtin_elementwise_add_sat(x, y); }                  \
     MSL_INLINE T subsat(T x, T y) { return __builtin_elementwise_sub_sat(x, y); }                  \
-    MSL_INLINE T reverse_bits(T x) { return __builtin_elementwise_bitreverse(x); }                 \
+    MSL_INLINE T reverse_bits(T x) { return __builtin_elementwise_bitreverse(x); }
+MSL_EACH_INTEGER_VECTOR(MSL_BODY)
+#undef MSL_BODY
+#define MSL_BODY(T)                                                                                \
+    MSL_INLINE T addsat(T x, T y) { return addsat(T##2(x), T##2(y)).x; }                           \
+    MSL_INLINE T subsat(T x, T y) { return subsat(T##2(x), T##2(y)).x; }                           \
+    MSL_INLINE T reverse_bits(T x) { return reverse_bits(T##2(x)).x; }
+MSL_BODY(char) MSL_BODY(uchar) MSL_BODY(short) MSL_BODY(ushort)
+MSL_BODY(int) MSL_BODY(uint) MSL_BODY(long) MSL_BODY(ulong)
+#undef MSL_BODY
+
+#define MSL_BODY(T, U, S, W)                                                                       \
     /* The means without the sum: common bits and half of the others. */                           \
     MSL_INLINE constexpr T hadd(T x, T y) { return static_cast<T>((x & y) + ((x ^ y) >> 1)); }     \
     MSL_INLINE constexpr T rhadd(T x, T y) { return static_cast<T>((x | y) - ((x ^ y) >> 1)); }    \

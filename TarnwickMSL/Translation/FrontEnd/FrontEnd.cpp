@@ -169,6 +169,10 @@ class ProgramConsumer : public clang::ASTConsumer {
 
     void Initialize(clang::ASTContext& context) override { generator->Initialize(context); }
     bool HandleTopLevelDecl(clang::DeclGroupRef group) override {
+        // A library function that only the generated code of another one names is read from the
+        // precompiled library then.
+        if (isGenerating)
+            return generator->HandleTopLevelDecl(group);
         groups.push_back(group);
         return true;
     }
@@ -195,6 +199,7 @@ class ProgramConsumer : public clang::ASTConsumer {
     clang::CompilerInstance& instance;
     std::unique_ptr<clang::CodeGenerator> generator;
     std::vector<clang::DeclGroupRef> groups;
+    bool isGenerating = false;
 
     std::vector<clang::Decl*> userDeclarations() const;
     void hideInternals(const std::vector<Entry>& entries);
@@ -219,6 +224,7 @@ void ProgramConsumer::HandleTranslationUnit(clang::ASTContext& context) {
     }
     if (diagnostics.hasErrorOccurred())
         return;
+    isGenerating = true;
     for (const clang::DeclGroupRef& group : groups)
         generator->HandleTopLevelDecl(group);
     completeEntries(entries, *generator);
