@@ -2,7 +2,6 @@
 
 #include <pango/pangocairo.h>
 
-#include <algorithm>
 #include <memory>
 
 namespace tarnwick {
@@ -36,6 +35,21 @@ Layout centeredLayout(cairo_t* canvas, std::string_view text, double points, dou
     return layout;
 }
 
+// Pixels from the top of the layout to the end of the last line that ends within `limit`.
+double heightOfWholeLines(PangoLayout* layout, double limit) {
+    const std::unique_ptr<PangoLayoutIter, Release<pango_layout_iter_free>> lines(
+        pango_layout_get_iter(layout));
+    double height = 0;
+    do {
+        int top = 0, bottom = 0; // in PANGO_SCALE parts of a pixel
+        pango_layout_iter_get_line_yrange(lines.get(), &top, &bottom);
+        if (bottom > limit * PANGO_SCALE)
+            break;
+        height = pango_units_to_double(bottom);
+    } while (pango_layout_iter_next_line(lines.get()));
+    return height;
+}
+
 } // namespace
 
 void drawCenteredText(Picture& picture, std::string_view text, double points,
@@ -46,14 +60,13 @@ void drawCenteredText(Picture& picture, std::string_view text, double points,
         picture.bytes.data(), CAIRO_FORMAT_RGB24, static_cast<int>(picture.width),
         static_cast<int>(picture.height), static_cast<int>(picture.bytesPerRow)));
     const Canvas canvas(cairo_create(surface.get()));
-    cairo_rectangle(canvas.get(), band.x, band.y, band.width, band.height);
+    const Layout layout = centeredLayout(canvas.get(), text, points, band.width);
+    const double height = heightOfWholeLines(layout.get(), band.height);
+    const double top = band.y + (band.height - height) / 2;
+    cairo_rectangle(canvas.get(), band.x, top, band.width, height);
     cairo_clip(canvas.get());
     cairo_set_source_rgb(canvas.get(), 1, 1, 1);
-
-    const Layout layout = centeredLayout(canvas.get(), text, points, band.width);
-    int height = 0; // pixels
-    pango_layout_get_pixel_size(layout.get(), nullptr, &height);
-    cairo_move_to(canvas.get(), band.x, band.y + std::max(0.0, (band.height - height) / 2));
+    cairo_move_to(canvas.get(), band.x, top);
     pango_cairo_show_layout(canvas.get(), layout.get());
     cairo_surface_flush(surface.get());
 }
