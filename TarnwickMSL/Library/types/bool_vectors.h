@@ -95,3 +95,19 @@ template <int N> struct bool_vector : bool_swizzles<N, bool_vector> {
 typedef metal::bool_vector<2> bool2;
 typedef metal::bool_vector<3> bool3;
 typedef metal::bool_vector<4> bool4;
+
+// A use of everything that copies a class, so that Clang writes those functions here, once: to
+// write them it reads all of the class, swizzles included.
+namespace metal {
+template <class V> MSL_INLINE void copied(V given) {
+    V copy = given;
+    copy = given;
+    copy = static_cast<V&&>(given);
+    V moved = static_cast<V&&>(copy);
+}
+inline void bool_vectors_copied(bool2 a, bool3 b, bool4 c) {
+    copied(a);
+    copied(b);
+    copied(c);
+}
+} // namespace metal

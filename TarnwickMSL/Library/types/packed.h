@@ -2,6 +2,7 @@
 // the vector of the same name.
 #pragma once
 
+#include "bool_vectors.h"
 #include "construct.h"
 #include "swizzles.h"
 
@@ -114,3 +115,16 @@ template <class T, int N> struct packed_vector : packed_swizzles<T, N> {
     typedef metal::packed_vector<T, 4> packed_##T##4;
 MSL_ELEMENTS(MSL_PACKED)
 #undef MSL_PACKED
+
+// Uses of the usual ones, so that they are made here, once, and not in every program.
+namespace metal {
+inline void packed_vectors_copied(packed_float2 a, packed_float3 b, packed_float4 c, packed_half2 d,
+                                  packed_half3 e, packed_half4 f) {
+    copied(a);
+    copied(b);
+    copied(c);
+    copied(d);
+    copied(e);
+    copied(f);
+}
+} // namespace metal

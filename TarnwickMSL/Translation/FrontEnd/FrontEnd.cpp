@@ -87,7 +87,7 @@ std::vector<const char*> compilerOptions() {
             "-ffp-contract=fast",
             "-fexperimental-strict-floating-point", // else float_control is ignored here
             "-fgnuc-version=0",
-            "-fpreserve-vec3-type",
+            "-fpreserve-vec3-type", "-fpch-instantiate-templates",
             "-nostdsysteminc",
             "-nobuiltininc",
             "-internal-isystem",
@@ -286,6 +286,8 @@ void ProgramAction::ExecuteAction() {
     const std::vector<clang::Token> tokens = programTokens(preprocessor);
     preprocessor.EnterTokenStream(tokens, true, false);
     parser.Initialize();
+    // Lets ++ and -- take vectors; set only now, so that none of that dialect's words are known.
+    instance.getLangOpts().ZVector = 1;
     clang::Parser::DeclGroupPtrTy group;
     clang::Sema::ModuleImportState state;
     clang::EnterExpressionEvaluationContext evaluated(
