@@ -4,6 +4,7 @@ if(TARGET TarnwickGPU)
         SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/CorpusTests.cpp
         LINK TarnwickGPU
         LABELS gpu)
+    add_dependencies(TarnwickMSLCorpusTests tarnwick-msl-worker)
     target_compile_definitions(TarnwickMSLCorpusTests PRIVATE
         TARNWICK_CORPUS="${CMAKE_CURRENT_SOURCE_DIR}/corpus")
 endif()

@@ -22,28 +22,22 @@ if(TARGET TarnwickGPU)
     target_link_libraries(RandomProgramsOnGPU PUBLIC RandomPrograms TarnwickGPU
                           PRIVATE tarnwick_warnings)
 
-    # The programs' own text is not ours to warn about; -O1 keeps 100 of them cheap to build. Clang
-    # it must be: C++ leaves the order of a call's arguments open, and they have side effects.
-    find_program(TARNWICK_NATIVE_COMPILER clang++-19 REQUIRED)
-    set(randomObject ${CMAKE_CURRENT_BINARY_DIR}/RandomProgramsNative.o)
-    add_custom_command(OUTPUT ${randomObject}
-        COMMAND ${TARNWICK_NATIVE_COMPILER} -std=c++20 -w -O1 -ffp-contract=off -fPIC
-                -I ${CMAKE_SOURCE_DIR} -c ${randomNative} -o ${randomObject}
-        DEPENDS ${randomNative} ${random}/NativeShim.h
-        COMMENT "Compiling random programs natively"
-        VERBATIM)
-    add_library(RandomProgramsNative STATIC ${randomObject})
-    set_target_properties(RandomProgramsNative PROPERTIES LINKER_LANGUAGE CXX)
+    # The programs' own text is not ours to warn about; -O1 keeps 100 of them cheap to build.
+    add_library(RandomProgramsNative STATIC ${randomNative})
+    target_include_directories(RandomProgramsNative PRIVATE ${CMAKE_SOURCE_DIR})
+    target_compile_options(RandomProgramsNative PRIVATE -w -O1 -ffp-contract=off)
 
     tarnwick_tests(TarnwickMSL/RandomPrograms
         SOURCES ${random}/RandomProgramsTests.cpp
         LINK RandomProgramsOnGPU RandomProgramsNative
         LABELS gpu)
+    add_dependencies(TarnwickMSLRandomProgramsTests tarnwick-msl-worker)
 
     # Runs any seeds; built on demand, since it calls the native compiler itself.
     add_executable(random-programs EXCLUDE_FROM_ALL ${random}/Main.cpp)
+    add_dependencies(random-programs tarnwick-msl-worker)
     target_link_libraries(random-programs PRIVATE RandomProgramsOnGPU tarnwick_warnings
                           ${CMAKE_DL_LIBS})
     target_compile_definitions(random-programs PRIVATE
-        TARNWICK_SOURCE_DIR="${CMAKE_SOURCE_DIR}" TARNWICK_NATIVE_COMPILER="${TARNWICK_NATIVE_COMPILER}")
+        TARNWICK_SOURCE_DIR="${CMAKE_SOURCE_DIR}" TARNWICK_NATIVE_COMPILER="${CMAKE_CXX_COMPILER}")
 endif()

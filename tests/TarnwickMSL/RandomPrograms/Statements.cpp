@@ -169,7 +169,12 @@ void Generator::effect() {
         }
     }
     iterations_ += function.iterations * multiplier_;
-    line("h = mixed(h, bits(" + function.name + "(" + arguments + ")));");
+    // In a statement of its own: the call may change h, and C++ leaves open which of mixed's
+    // arguments comes first.
+    const std::string result = fresh("v");
+    line(std::string(typeName(function.result)) + " " + result + " = " + function.name + "(" +
+         arguments + ");");
+    line("h = mixed(h, bits(" + result + "));");
 }
 
 void Generator::conditional() {
