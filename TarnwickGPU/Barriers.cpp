@@ -6,6 +6,9 @@ namespace tarnwick::gpu {
 
 namespace {
 
+// The CPU reads what is shared once the submission has completed.
+constexpr VkPipelineStageFlags2 anyStage =
+    VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT | VK_PIPELINE_STAGE_2_HOST_BIT;
 constexpr VkAccessFlags2 anyAccess = VK_ACCESS_2_MEMORY_READ_BIT | VK_ACCESS_2_MEMORY_WRITE_BIT;
 
 } // namespace
@@ -35,7 +38,7 @@ void Barriers::leave(const TextureParts& texture, const TextureUse& use) {
     images_.push_back({.sType = VK_STRUCTURE_TYPE_IMAGE_MEMORY_BARRIER_2,
                        .srcStageMask = use.stages,
                        .srcAccessMask = use.access,
-                       .dstStageMask = VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT,
+                       .dstStageMask = anyStage,
                        .dstAccessMask = anyAccess,
                        .oldLayout = use.layout,
                        .newLayout = texture.rest,
@@ -53,7 +56,6 @@ void Barriers::afterWork(VkPipelineStageFlags2 stages, VkAccessFlags2 writes) {
 void Barriers::flush(VkCommandBuffer commands) {
     if (images_.empty() && stages_ == 0)
         return;
-    // The CPU reads shared buffers once the submission has completed.
     const VkMemoryBarrier2 memory{.sType = VK_STRUCTURE_TYPE_MEMORY_BARRIER_2,
                                   .srcStageMask = stages_,
                                   .srcAccessMask = writes_,

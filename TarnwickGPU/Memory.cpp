@@ -93,10 +93,10 @@ std::optional<BufferMemory> makeBufferMemory(DeviceState& device, VkDeviceSize s
     return made;
 }
 
-VkDeviceMemory makeImageMemory(DeviceState& device, VkImage image) {
+VkDeviceMemory makeImageMemory(DeviceState& device, VkImage image, MemoryUse use) {
     VkMemoryRequirements needs;
     vkGetImageMemoryRequirements(device.handle, image, &needs);
-    VkDeviceMemory memory = allocate(device, needs, wishes[0]);
+    VkDeviceMemory memory = allocate(device, needs, wishes[static_cast<std::size_t>(use)]);
     if (memory && vkBindImageMemory(device.handle, image, memory, 0) != VK_SUCCESS) {
         vkFreeMemory(device.handle, memory, nullptr);
         return VK_NULL_HANDLE;

@@ -33,8 +33,8 @@ inline constexpr VkBufferUsageFlags anyBufferUsage =
 // Nothing when memory is out or the device does not take that size. The bytes are undefined.
 std::optional<BufferMemory> makeBufferMemory(DeviceState& device, VkDeviceSize size, MemoryUse use);
 
-// Gives `image` memory of its own on the GPU; null when it is out.
-VkDeviceMemory makeImageMemory(DeviceState& device, VkImage image);
+// Gives `image` memory of its own; null when it is out. The CPU may map what is not gpuOnly.
+VkDeviceMemory makeImageMemory(DeviceState& device, VkImage image, MemoryUse use);
 
 // Hands the buffer to the graveyard and forgets it.
 void bury(DeviceState& device, BufferMemory& memory);

@@ -56,7 +56,8 @@ VkDescriptorImageInfo imageInfo(const DeviceState& device, const ResourceTable& 
         return {bound.sampler, VK_NULL_HANDLE, VK_IMAGE_LAYOUT_UNDEFINED};
     const TextureParts* texture = table.textures[bound.resource.index];
     const bool isPlain = bound.type == VK_DESCRIPTOR_TYPE_SAMPLED_IMAGE &&
-                         bound.resource.shape == msl::TextureShape::d2;
+                         bound.resource.shape == msl::TextureShape::d2 &&
+                         bound.resource.component == msl::TextureComponent::float_;
     if (!texture && (isPlain || !device.features.nullDescriptors))
         texture = device.blankTexture.get();
     if (!texture)

@@ -31,6 +31,8 @@ struct TextureParts {
     TextureDescriptor descriptor;
     VkImage image = VK_NULL_HANDLE;
     VkDeviceMemory memory = VK_NULL_HANDLE;      // null: the image is somebody else's
+    std::byte* bytes = nullptr;                  // level 0 as the CPU sees it, if it does
+    std::size_t bytesPerRow = 0;                 // of `bytes`
     VkImageView view = VK_NULL_HANDLE;           // all levels
     VkImageView attachmentView = VK_NULL_HANDLE; // level 0; null where `view` serves
     VkImageAspectFlags aspect = VK_IMAGE_ASPECT_COLOR_BIT;
@@ -43,6 +45,10 @@ struct TextureParts {
         return {aspect, 0, VK_REMAINING_MIP_LEVELS, 0, VK_REMAINING_ARRAY_LAYERS};
     }
 };
+
+// For the layer's own jobs: after everything before, and before everything after.
+void changeLayout(VkCommandBuffer commands, const TextureParts& parts, VkImageLayout from,
+                  VkImageLayout to);
 
 struct BufferParts {
     std::shared_ptr<DeviceState> device;

@@ -82,6 +82,50 @@ TEST_F(Gpu, readsZerosWhereNothingOrTooLittleIsBound) {
     }
 }
 
+// Textures of other shapes, integer ones, and places to write to.
+TEST_F(Gpu, bearsEveryKindOfResourceUnbound) {
+    using msl::TextureShape;
+    const auto fragment = glsl(
+        msl::Stage::fragment, "unbound",
+        "layout(binding = 32) uniform texture3D volume;\n"
+        "layout(binding = 33) uniform textureCube cube;\n"
+        "layout(binding = 34) uniform utexture2D counts;\n"
+        "layout(binding = 35, rgba8) uniform writeonly image2D picture;\n"
+        "layout(scalar, binding = 36) buffer Words { uint words[]; };\n"
+        "layout(binding = 37) uniform sampler how;\n"
+        "layout(location = 0) out vec4 result;\n"
+        "void main() {\n"
+        "    imageStore(picture, ivec2(0), vec4(1));\n"
+        "    words[5] = 7;\n"
+        "    result = texelFetch(volume, ivec3(0), 0) + texture(samplerCube(cube, how), vec3(1)) "
+        "+\n"
+        "             vec4(texelFetch(counts, ivec2(0), 0)) + vec4(textureSize(volume, 0).x);\n"
+        "}\n",
+        {{.kind = ResourceKind::sampledTexture,
+          .index = 0,
+          .binding = 32,
+          .shape = TextureShape::d3},
+         {.kind = ResourceKind::sampledTexture,
+          .index = 1,
+          .binding = 33,
+          .shape = TextureShape::cube},
+         {.kind = ResourceKind::sampledTexture,
+          .index = 2,
+          .binding = 34,
+          .shape = TextureShape::d2,
+          .component = msl::TextureComponent::uint_},
+         {.kind = ResourceKind::storageTexture,
+          .index = 3,
+          .binding = 35,
+          .isWritten = true,
+          .shape = TextureShape::d2},
+         {.kind = ResourceKind::storageBuffer, .index = 0, .binding = 36, .isWritten = true},
+         {.kind = ResourceKind::sampler, .index = 0, .binding = 37}});
+    const auto texture = target(2, 2);
+    draw(*pipeline(wholeTarget(), fragment), *texture);
+    EXPECT_EQ(pixelAt(*texture, 1, 1), (Pixel{0, 0, 0, 0}));
+}
+
 // The sum of `buffers` uniform buffers' and `textures` textures' first colours.
 msl::EntryPoint sum(std::uint32_t buffers, std::uint32_t textures) {
     std::string body = "layout(location = 0) out vec4 result;\n", terms = "vec4(0)";
