@@ -148,7 +148,7 @@ void Generator::main() {
     open("uint trial(uint input) {");
     line("uint h = mixed(input, 0x2545F491u);");
     line("int n = int(input & 15u) - 4;");
-    line("float x = float(input >> 2u) * 0.25f;");
+    line("float x = float((input >> 2u) & 4095u) * 0.25f;");
     scope_.variables.push_back({"input", Kind::unsigned_, false});
     scope_.variables.push_back({"h", Kind::unsigned_, true});
     scope_.variables.push_back({"n", Kind::signed_, true});
