@@ -3,6 +3,8 @@
 #include "tests/TarnwickGPU/Gpu.h"
 
 #include <cstdlib>
+#include <filesystem>
+#include <utility>
 
 namespace tarnwick::tests {
 
@@ -54,6 +56,33 @@ TEST_F(Gpu, refusesEverythingOnceLost) {
                                              "work: " +
                                                  device->info().name + " was lost.");
     }
+}
+
+// The CPU driver's cache is empty but for its header, which is enough to see it kept.
+TEST_F(Gpu, keepsItsPipelinesOnDisk) {
+    const auto folder = std::filesystem::path(testing::TempDir()) / "tarnwick-cache-test";
+    std::filesystem::remove_all(folder);
+    setenv("XDG_CACHE_HOME", folder.c_str(), 1);
+    DeviceState& state = device->state();
+    const bool wasCPU = std::exchange(state.info.isCPU, false);
+    for (int run = 0; run < 2; ++run) {
+        PipelineCache cache;
+        cache.open(state);
+        EXPECT_TRUE(cache.handle());
+        cache.close(state);
+        const std::filesystem::directory_iterator files(folder / "tarnwick"), end;
+        ASSERT_EQ(std::distance(files, end), 1);
+        EXPECT_GT(std::filesystem::directory_iterator(folder / "tarnwick")->file_size(), 0u);
+    }
+    std::filesystem::permissions(folder / "tarnwick", std::filesystem::perms::none);
+    PipelineCache unreadable;
+    unreadable.open(state);
+    EXPECT_TRUE(unreadable.handle());
+    unreadable.close(state);
+    std::filesystem::permissions(folder / "tarnwick", std::filesystem::perms::owner_all);
+    state.info.isCPU = wasCPU;
+    unsetenv("XDG_CACHE_HOME");
+    std::filesystem::remove_all(folder);
 }
 
 TEST_F(Gpu, outlivesItsHandlesAndNeedsNoOrderOfDestruction) {
