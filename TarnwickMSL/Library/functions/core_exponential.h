@@ -182,7 +182,7 @@ MSL_INLINE float pow(float x, float y) {
         found = (size == 0.0f) == (y > 0.0f) ? 0.0f : infinity;
     else
         found = x < 0.0f && !isWhole ? not_a_number : positive_pow(size, y);
-    return isOdd ? with_sign(found, x) : found;
+    return with_sign(found, isOdd ? x : 1.0f);
 }
 
 // 1 / sqrt(x), rounded once: the quotient's residual is found exactly and half of it added.

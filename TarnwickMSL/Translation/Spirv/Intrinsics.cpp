@@ -86,9 +86,11 @@ static Id masked(Body& body, Type* bits, Id value, const APInt& mask) {
 static Id copySign(Body& body, Type* type, Id magnitude, Id sign) {
     Type* bits = bitsOf(type);
     APInt signBit = APInt::getSignMask(type->getScalarSizeInBits());
-    Id kept = masked(body, bits, body.bitcast(bits, type, magnitude), ~signBit);
+    // The sign first: in the other order LLVM 15, under lavapipe, takes bits of the wrong mask where
+    // a condition on another integer selects between the result and the magnitude.
     Id taken = masked(body, bits, body.bitcast(bits, type, sign), signBit);
-    return body.bitcast(type, bits, body.emit(spv::Op::OpBitwiseOr, bits, {kept, taken}));
+    Id kept = masked(body, bits, body.bitcast(bits, type, magnitude), ~signBit);
+    return body.bitcast(type, bits, body.emit(spv::Op::OpBitwiseOr, bits, {taken, kept}));
 }
 
 // To the nearest, halves away from zero; adding a half first would round 0.49999997 up.
