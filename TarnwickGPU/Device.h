@@ -61,7 +61,7 @@ class Device {
     bool isLost() const;
 
     // Messages that the validation layer gave so far. The layer is on where the environment
-    // variable TARNWICK_VALIDATION is set to 1.
+    // variable TARNWICK_VALIDATION is 1, or abort: then the first message ends the process.
     static std::uint64_t validationMessages();
 
     // Compiles a program's text. Throws LibraryError with the compiler's text.

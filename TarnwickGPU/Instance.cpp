@@ -17,12 +17,19 @@ constexpr const char* validationLayer = "VK_LAYER_KHRONOS_validation";
 // The layer calls back without saying which device of ours is meant, so the count is the process'.
 std::atomic<std::uint64_t> messages{0};
 
+bool variableIs(const char* wanted) {
+    const char* value = std::getenv("TARNWICK_VALIDATION");
+    return value && std::strcmp(value, wanted) == 0;
+}
+
 VKAPI_ATTR VkBool32 VKAPI_CALL takeMessage(VkDebugUtilsMessageSeverityFlagBitsEXT,
                                            VkDebugUtilsMessageTypeFlagsEXT,
                                            const VkDebugUtilsMessengerCallbackDataEXT* data,
                                            void*) {
     ++messages;
     std::fprintf(stderr, "Vulkan validation: %s\n", data->pMessage);
+    if (variableIs("abort"))
+        std::abort();
     return VK_FALSE;
 }
 
@@ -32,11 +39,6 @@ constexpr VkDebugUtilsMessengerCreateInfoEXT messengerInfo{
                        VK_DEBUG_UTILS_MESSAGE_SEVERITY_ERROR_BIT_EXT,
     .messageType = VK_DEBUG_UTILS_MESSAGE_TYPE_VALIDATION_BIT_EXT,
     .pfnUserCallback = takeMessage};
-
-bool validationIsWanted() {
-    const char* value = std::getenv("TARNWICK_VALIDATION");
-    return value && std::strcmp(value, "1") == 0;
-}
 
 bool layerExists(const char* name) {
     std::uint32_t count = 0;
@@ -78,7 +80,7 @@ std::uint64_t validationMessageCount() {
 
 std::shared_ptr<Instance> Instance::make() {
     auto instance = std::make_shared<Instance>();
-    instance->validates = validationIsWanted() && layerExists(validationLayer);
+    instance->validates = (variableIs("1") || variableIs("abort")) && layerExists(validationLayer);
     instance->presentsOnXlib = extensionExists(nullptr, "VK_KHR_surface") &&
                                extensionExists(nullptr, "VK_KHR_xlib_surface");
 
