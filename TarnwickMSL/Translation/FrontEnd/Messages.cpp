@@ -8,6 +8,9 @@ namespace tarnwick::msl {
 
 using Level = clang::DiagnosticsEngine::Level;
 
+// Errors end at 20 by themselves; warnings (about the bytes of a file that is no text) do not.
+constexpr unsigned mostMessages = 200;
+
 void Messages::BeginSourceFile(const clang::LangOptions& language,
                                const clang::Preprocessor* preprocessor) {
     options = new clang::DiagnosticOptions;
@@ -30,6 +33,8 @@ void Messages::flushWithheld() {
 
 void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic) {
     DiagnosticConsumer::HandleDiagnostic(level, diagnostic); // counts
+    if (++given > mostMessages)
+        return;
     llvm::SmallString<256> message;
     diagnostic.FormatDiagnostic(message);
     if (!diagnostic.hasSourceManager() || !diagnostic.getLocation().isValid() || !text) {

@@ -29,6 +29,7 @@ class Messages : public clang::DiagnosticConsumer {
     About about;
     llvm::IntrusiveRefCntPtr<clang::DiagnosticOptions> options;
     std::unique_ptr<clang::TextDiagnostic> text;
+    unsigned given = 0;
     std::string withheld; // a message whose place in the program is not known yet
     clang::DiagnosticsEngine::Level withheldLevel = clang::DiagnosticsEngine::Ignored;
 

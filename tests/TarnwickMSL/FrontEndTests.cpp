@@ -1,0 +1,150 @@
+#include "TarnwickMSL/Translation/FrontEnd.h"
+
+#include <gtest/gtest.h>
+#include <llvm/IR/LLVMContext.h>
+#include <llvm/IR/Module.h>
+
+using namespace tarnwick::msl;
+
+namespace {
+
+const StandardLibrary& library() {
+    static const StandardLibrary only = StandardLibrary::build();
+    return only;
+}
+
+struct Outcome {
+    std::vector<EntrySignature> entries;
+    std::string messages;
+    bool failed = false;
+};
+
+// The program's own lines begin at line 1 of "shader.metal".
+Outcome parsed(const std::string& program) {
+    llvm::LLVMContext context;
+    Parsed found = parse(
+        "#include <metal_stdlib>\nusing namespace metal;\n#line 1 \"shader.metal\"\n" + program,
+        library(), context);
+    return {std::move(found.entries), std::move(found.messages), found.failed};
+}
+
+TEST(FrontEnd, takesTheFormsOfVectorConstructors) {
+    const char* programs[] = {
+        "float4 f(float3 v) { return float4(v, 1.0) + float4(v.xy, 1, 0) + float4(0); }",
+        "float3 f(float2 v) { float3 q(v, 1), r{v, 2.0}; float3 s = {1, v}; return q + r + s; }",
+        "constant float3 table[2] = {float3(1, 2, 3), {4, 5, 6}}; float f(int i) { return "
+        "table[i].x; }",
+        "template <typename T> T f(float x) { return T(x) + T(1); } float2 g() { return "
+        "f<float2>(2); }",
+        "struct S { float3 v; int n; S(float2 a) : v(a, 1), n(2) {} }; float f() { return "
+        "S(3).v.x; }",
+        "using colour = float3; colour f(half h) { return colour(h, 1.0h, 2) + (colour)h; }",
+        "typedef vec<float, 3> v3; v3 f(int3 i) { return v3(i) + vec<float, 3>(i.x, 1, 2); }",
+        "float3 f(int3 i) { return static_cast<float3>(i) * (float3)i.zyx; }",
+        "auto f() { return [](float x) -> float3 { return float3(x, 1, 2); }(3); }",
+        "bool4 f(float4 a, float4 b) { return bool4(any(a < b), (a == b).xyz); }",
+        "metal::float4 f() { return metal::float4(1, 2, metal::float2(3)); }",
+        "float2 f(packed_float3 p) { p.zx = p.xy * 2; return float2(p.yz) + packed_float2(1, 2); }",
+        "struct S { float2 v = float2(1, 2); float2 w{3, 4}; }; float f() { S s; return s.w.y; }",
+    };
+    for (const char* program : programs) {
+        const Outcome outcome = parsed(program);
+        EXPECT_FALSE(outcome.failed) << program << '\n' << outcome.messages;
+    }
+}
+
+struct Refusal {
+    const char* program;
+    const char* message; // how the first line of the messages begins
+};
+
+TEST(FrontEnd, refusesAtTheLineWhatAShaderMayNotDo) {
+    const Refusal refusals[] = {
+        {"float f(int n) {\n return n < 1 ? 1 : f(n - 1); }",
+         "shader.metal:2:20: error: recursive function call to 'f'"},
+        {"float g(int);\nfloat f(int n) { return g(n); }\nfloat g(int n) { return f(n); }",
+         "shader.metal:3:25: error: recursive function call to 'f'"},
+        {"struct S {\n virtual int f() { return 1; } };",
+         "shader.metal:2:2: error: 'virtual' is not"},
+        {"double f() { return 1; }", "shader.metal:1:1: error: 'double' is not supported in Metal"},
+        {"int f() {\n int* p = new int; return *p; }", "shader.metal:2:11: error: 'new' is not"},
+        {"void f(int* p) { delete p; }", "shader.metal:1:18: error: 'delete' is not"},
+        {"void f() { throw 1; }", "shader.metal:1:12: error: 'throw' is not"},
+        {"void f() { goto a; a: ; }", "shader.metal:1:12: error: 'goto' is not"},
+        {"int g() { return 1; }\nint f() { int (*p)() = g; return p(); }",
+         "shader.metal:2:17: error: function pointers are not supported in Metal"},
+        {"void f(constant float& c) {\n c = 1; }",
+         "shader.metal:2:4: error: cannot assign to variable"},
+        {"constant float table[2] = {1, 2};\nvoid f() { table[0] = 3; }",
+         "shader.metal:2:21: error: cannot assign to variable 'table'"},
+        {"float counter;", "shader.metal:1:7: error: program scope variable 'counter' must reside"},
+        {"int f() { static int n; return ++n; }",
+         "shader.metal:1:22: error: static local variable"},
+        {"float4 f(float2 v) {\n return float4(v, 1); }", "shader.metal:2:9: error: "},
+        {"float4 f(float4 v) { return v.xyq; }",
+         "shader.metal:1:31: error: illegal vector component name 'q'"},
+        {"float f() { return dot(1.0, float3(1)) + nothing; }",
+         "shader.metal:1:42: error: use of undeclared identifier 'nothing'"},
+        {"fragment float4 f(float2 p) { return 1; }",
+         "shader.metal:1:26: error: invalid type 'float2'"},
+        {"fragment float4 f(float4 p [[posit]]) { return 1; }",
+         "shader.metal:1:30: error: unknown attribute 'posit' ignored"},
+    };
+    for (const Refusal& refusal : refusals) {
+        const Outcome outcome = parsed(refusal.program);
+        EXPECT_TRUE(outcome.failed) << refusal.program;
+        EXPECT_TRUE(outcome.messages.starts_with(refusal.message)) << refusal.program << '\n'
+                                                                   << outcome.messages;
+        EXPECT_TRUE(outcome.messages.ends_with("generated.\n")) << outcome.messages;
+    }
+}
+
+TEST(FrontEnd, pointsNowhereIntoTheLibrary) {
+    const Outcome outcome = parsed("float f(float3 v) { return clamp(v, 1, 2, 3) + mix(v); }\n"
+                                   "float g(int2 v) { return v.x + sin(&v); }");
+    EXPECT_TRUE(outcome.failed);
+    EXPECT_EQ(outcome.messages.find("/metal/"), std::string::npos) << outcome.messages;
+}
+
+TEST(FrontEnd, readsTheSignaturesOfEntryPoints) {
+    const Outcome outcome = parsed(R"(
+struct U { float2 size; float3 c; };
+struct V { float4 position [[position]]; float2 uv; uint id [[flat]]; float s [[point_size]]; };
+vertex V v(uint vid [[vertex_id]], const device U* us [[buffer(3)]]) { V o; o.uv = us[vid].size; return o; }
+fragment half4 f(V in [[stage_in]], constant U& u [[buffer(1)]], constant float* xs,
+                 texture2d<float> t [[texture(2)]], sampler s [[sampler(1)]],
+                 texture2d<uint, access::read_write> w) {
+    return half4(t.sample(s, in.uv));
+}
+[[kernel]] void k(device float2* out, uint2 at [[thread_position_in_grid]],
+                  threadgroup float* scratch [[threadgroup(0)]]) { out[at.x] = scratch[at.y]; }
+)");
+    ASSERT_FALSE(outcome.failed) << outcome.messages;
+    ASSERT_EQ(outcome.entries.size(), 3u);
+    const EntrySignature &vertex = outcome.entries[0], &fragment = outcome.entries[1],
+                         &kernel = outcome.entries[2];
+    EXPECT_EQ(vertex.stage, Stage::vertex);
+    EXPECT_EQ(vertex.arguments[0].values[0].attribute, "vertex_id");
+    EXPECT_EQ(vertex.arguments[1].space, AddressSpace::device);
+    EXPECT_EQ(vertex.arguments[1].index, 3u);
+    EXPECT_EQ(vertex.arguments[1].elementBytes, 32u);
+    ASSERT_EQ(vertex.results.size(), 4u);
+    EXPECT_EQ(vertex.results[0].attribute, "position");
+    EXPECT_EQ(vertex.results[2].interpolation, Interpolation::flat);
+    EXPECT_EQ(vertex.results[3].attribute, "point_size");
+    EXPECT_EQ(fragment.arguments[0].kind, ArgumentKind::stageIn);
+    EXPECT_TRUE(fragment.arguments[1].isReference);
+    EXPECT_EQ(fragment.arguments[2].index, 0u); // the lowest that is free
+    EXPECT_EQ(fragment.arguments[3].component, TextureComponent::float_);
+    EXPECT_FALSE(fragment.arguments[3].isWritten);
+    EXPECT_EQ(fragment.arguments[4].kind, ArgumentKind::sampler);
+    EXPECT_EQ(fragment.arguments[5].component, TextureComponent::uint_);
+    EXPECT_TRUE(fragment.arguments[5].isRead && fragment.arguments[5].isWritten);
+    EXPECT_EQ(fragment.results[0].scalar, Scalar::half);
+    EXPECT_EQ(kernel.stage, Stage::kernel);
+    EXPECT_EQ(kernel.arguments[1].values[0].width, 2u);
+    EXPECT_EQ(kernel.arguments[2].kind, ArgumentKind::threadgroup);
+    EXPECT_EQ(kernel.place, "shader.metal:10:17");
+}
+
+} // namespace
