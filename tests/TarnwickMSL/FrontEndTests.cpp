@@ -61,7 +61,7 @@ struct Refusal {
 TEST(FrontEnd, refusesAtTheLineWhatAShaderMayNotDo) {
     const Refusal refusals[] = {
         {"float f(int n) {\n return n < 1 ? 1 : f(n - 1); }",
-         "shader.metal:2:20: error: recursive function call to 'f'"},
+         "shader.metal:2:21: error: recursive function call to 'f'"},
         {"float g(int);\nfloat f(int n) { return g(n); }\nfloat g(int n) { return f(n); }",
          "shader.metal:3:25: error: recursive function call to 'f'"},
         {"struct S {\n virtual int f() { return 1; } };",
@@ -82,7 +82,7 @@ TEST(FrontEnd, refusesAtTheLineWhatAShaderMayNotDo) {
          "shader.metal:1:22: error: static local variable"},
         {"float4 f(float2 v) {\n return float4(v, 1); }", "shader.metal:2:9: error: "},
         {"float4 f(float4 v) { return v.xyq; }",
-         "shader.metal:1:31: error: illegal vector component name 'q'"},
+         "shader.metal:1:30: error: illegal vector component name 'q'"},
         {"float f() { return dot(1.0, float3(1)) + nothing; }",
          "shader.metal:1:42: error: use of undeclared identifier 'nothing'"},
         {"fragment float4 f(float2 p) { return 1; }",

@@ -95,6 +95,9 @@ template <int N> struct bool_vector : bool_swizzles<N, bool_vector> {
 typedef metal::bool_vector<2> bool2;
 typedef metal::bool_vector<3> bool3;
 typedef metal::bool_vector<4> bool4;
+namespace metal {
+using ::bool2, ::bool3, ::bool4;
+} // namespace metal
 
 // A use of everything that copies a class, so that Clang writes those functions here, once: to
 // write them it reads all of the class, swizzles included.

@@ -166,3 +166,11 @@ MSL_INLINE matrix<T, K, R> operator*(const matrix<T, C, R>& a, const matrix<T, K
 MSL_MATRICES(float)
 MSL_MATRICES(half)
 #undef MSL_MATRICES
+
+#define MSL_NAMES(T)                                                                               \
+    using ::T##2x2, ::T##2x3, ::T##2x4, ::T##3x2, ::T##3x3, ::T##3x4, ::T##4x2, ::T##4x3, ::T##4x4;
+namespace metal {
+MSL_NAMES(float)
+MSL_NAMES(half)
+} // namespace metal
+#undef MSL_NAMES

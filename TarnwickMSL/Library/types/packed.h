@@ -116,6 +116,12 @@ template <class T, int N> struct packed_vector : packed_swizzles<T, N> {
 MSL_ELEMENTS(MSL_PACKED)
 #undef MSL_PACKED
 
+#define MSL_NAMES(T) using ::packed_##T##2, ::packed_##T##3, ::packed_##T##4;
+namespace metal {
+MSL_ELEMENTS(MSL_NAMES)
+} // namespace metal
+#undef MSL_NAMES
+
 // Uses of the usual ones, so that they are made here, once, and not in every program.
 namespace metal {
 inline void packed_vectors_copied(packed_float2 a, packed_float3 b, packed_float4 c, packed_half2 d,

@@ -14,6 +14,18 @@
 MSL_ELEMENTS(MSL_VECTORS)
 #undef MSL_VECTORS
 
+// The types have their names in metal:: as well.
+#define MSL_NAMES(T)                                                                               \
+    using ::T##2;                                                                                  \
+    using ::T##3;                                                                                  \
+    using ::T##4;
+namespace metal {
+MSL_ELEMENTS(MSL_NAMES)
+using ::uchar, ::ushort, ::uint, ::ulong, ::size_t, ::ptrdiff_t;
+using ::int8_t, ::uint8_t, ::int16_t, ::uint16_t, ::int32_t, ::uint32_t, ::int64_t, ::uint64_t;
+} // namespace metal
+#undef MSL_NAMES
+
 namespace metal {
 
 // Deducible: `template <class T, int N> T sum(vec<T, N>)`. vec<bool, N> is spelled bool_vector<N>;

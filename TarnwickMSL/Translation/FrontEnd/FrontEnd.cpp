@@ -87,7 +87,8 @@ std::vector<const char*> compilerOptions() {
             "-ffp-contract=fast",
             "-fexperimental-strict-floating-point", // else float_control is ignored here
             "-fgnuc-version=0",
-            "-fpreserve-vec3-type", "-fpch-instantiate-templates",
+            "-fpreserve-vec3-type",
+            "-fpch-instantiate-templates",
             "-nostdsysteminc",
             "-nobuiltininc",
             "-internal-isystem",
@@ -100,6 +101,7 @@ std::vector<const char*> compilerOptions() {
             "-Wno-undefined-internal",
             "-Wno-undefined-inline",
             "-Wno-unused-value",
+            "-Wno-literal-conversion",
             "-Werror=unknown-attributes",
             "-D__METAL__=1",
             "-D__METAL_VERSION__=310",
@@ -115,10 +117,12 @@ class Compiler {
           instance(std::make_shared<clang::PCHContainerOperations>()) {
         registerAttributes();
         instance.setVerboseOutputStream(out);
-        instance.createDiagnostics(&messages, false);
+        clang::IgnoringDiagConsumer nobody;
+        clang::DiagnosticsEngine ignored(new clang::DiagnosticIDs, new clang::DiagnosticOptions,
+                                         &nobody, false);
         const std::vector<const char*> options = compilerOptions();
-        clang::CompilerInvocation::CreateFromArgs(instance.getInvocation(), options,
-                                                  instance.getDiagnostics());
+        clang::CompilerInvocation::CreateFromArgs(instance.getInvocation(), options, ignored);
+        instance.createDiagnostics(&messages, false);
         instance.getLangOpts().Half = 1;
         instance.getFrontendOpts().DisableFree = 0;
         clang::PreprocessorOptions& preprocessing = instance.getPreprocessorOpts();

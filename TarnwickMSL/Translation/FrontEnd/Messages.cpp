@@ -3,6 +3,7 @@
 #include "TarnwickMSL/Translation/FrontEnd/LibraryText.h"
 
 #include <clang/Basic/SourceManager.h>
+#include <llvm/ADT/StringExtras.h>
 
 namespace tarnwick::msl {
 
@@ -31,12 +32,27 @@ void Messages::flushWithheld() {
     withheld.clear();
 }
 
+// A constructor of a vector that fits nothing is a call of msl_float4 that fits nothing
+// (Library/types/constructors.h).
+static void nameConstructor(llvm::SmallString<256>& message) {
+    const auto [before, from] = message.str().split("'msl_");
+    const llvm::StringRef type = from.split('\'').first;
+    if (type.size() < 3 || type == "make" || !llvm::isDigit(type.back()))
+        return;
+    const std::string text =
+        ("no matching constructor for initialization of '" + type + "' (vector of " +
+         type.take_back(1) + " '" + type.drop_back(1) + "' values)")
+            .str();
+    message = text;
+}
+
 void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic) {
     DiagnosticConsumer::HandleDiagnostic(level, diagnostic); // counts
     if (++given > mostMessages)
         return;
     llvm::SmallString<256> message;
     diagnostic.FormatDiagnostic(message);
+    nameConstructor(message);
     if (!diagnostic.hasSourceManager() || !diagnostic.getLocation().isValid() || !text) {
         out << (level == Level::Warning ? "warning: " : "error: ") << message << '\n';
         return;

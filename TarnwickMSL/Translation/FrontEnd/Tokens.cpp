@@ -37,6 +37,11 @@ class TokenPass {
              {"char", "uchar", "short", "ushort", "int", "uint", "long", "ulong", "half", "float"})
             for (const char* lanes : {"2", "3", "4"})
                 constructed.insert(word((std::string(element) + lanes).c_str()));
+        for (const char* element : {"int", "uint", "half", "float"})
+            for (const char* lanes : {"2", "3", "4"}) {
+                const std::string type = std::string(element) + lanes;
+                makers[word(type.c_str())] = word(("msl_" + type).c_str());
+            }
         vec = word("vec");
     }
 
@@ -47,7 +52,8 @@ class TokenPass {
     std::vector<Token> tokens;
     std::vector<Edit> edits;
     Scopes scopes;
-    llvm::SmallPtrSet<const IdentifierInfo*, 32> constructed; // types made by msl_make
+    llvm::SmallPtrSet<const IdentifierInfo*, 32> constructed;      // types made by msl_make
+    llvm::DenseMap<const IdentifierInfo*, IdentifierInfo*> makers; // float4's is msl_float4
     llvm::SmallPtrSet<const IdentifierInfo*, 16> vectorMembers;
     const IdentifierInfo* vec = nullptr;
     std::size_t entryOpen = 0, entryClose = 0; // the parentheses of an entry point's arguments
@@ -278,9 +284,12 @@ void TokenPass::forbidden(std::size_t i) {
     case tok::kw_try:
     case tok::kw_throw:
         break;
-    case tok::kw_new:
     case tok::kw_delete:
-        if (i > 0 && (is(i - 1, tok::equal) || is(i - 1, tok::kw_operator)))
+        if (i > 0 && is(i - 1, tok::equal))
+            return; // a deleted function
+        [[fallthrough]];
+    case tok::kw_new:
+        if (i > 0 && is(i - 1, tok::kw_operator))
             return;
         break;
     default:
@@ -299,6 +308,11 @@ void TokenPass::forbidden(std::size_t i) {
 }
 
 void TokenPass::openMake(std::vector<Token>& to, TypeSpan span, SourceLocation at) {
+    if (auto found = makers.find(tokens[span.end - 1].getIdentifierInfo());
+        found != makers.end() && !is(span.first, tok::kw_typename)) {
+        to.push_back(make(tok::identifier, at, found->second));
+        return;
+    }
     append(to, "msl_make <", at);
     for (std::size_t i = span.first; i < span.end; ++i) {
         if (!edits[i].dropped || edits[i].after.empty())
@@ -533,6 +547,8 @@ std::vector<Token> TokenPass::run() {
             learnTemplateParameters(i);
         else if (token.is(tok::kw_using) || token.is(tok::kw_typedef))
             learnAlias(i);
+        else if (i > 0 && is(i - 1, tok::l_square) && isWord(i, "threadgroup"))
+            ; // the attribute of that name
         else if (isWord(i, "constant") || isWord(i, "device") || isWord(i, "thread") ||
                  isWord(i, "threadgroup"))
             qualifier(i);

@@ -1,0 +1,90 @@
+// msl_float4(...) and its like: what the front end makes of `float4(...)` where the type is no
+// template's parameter. Plain functions, since a template would be instantiated anew for each
+// combination of arguments in each program; the templates below take other types' vectors only.
+// A combination that none of them takes is reported as a constructor that does not match.
+#pragma once
+
+#include "bool_vectors.h"
+#include "construct.h"
+#include "packed.h"
+
+namespace metal {
+
+// Whether any of the types is a vector of other elements than T.
+template <class T, class A> inline constexpr bool is_other_vector =
+    (lanes_of<A>) > 1 && !is_same_v<A, vec<T, lanes_of<A>>>;
+
+} // namespace metal
+
+#define MSL_OTHERS(T, V)                                                                           \
+    MSL_INLINE constexpr V msl_##V() { return V(T(0)); }                                           \
+    MSL_INLINE constexpr V msl_##V(T a) { return V(a); }                                           \
+    MSL_INLINE constexpr V msl_##V(V a) { return a; }                                              \
+    template <class A> MSL_INLINE constexpr V msl_##V(A a) { return msl_make<V>(a); }              \
+    template <class A, class B,                                                                    \
+              class = metal::enable_if_t<metal::is_other_vector<T, A> ||                           \
+                                         metal::is_other_vector<T, B>>>                            \
+    MSL_INLINE constexpr V msl_##V(A a, B b) {                                                     \
+        return msl_make<V>(a, b);                                                                  \
+    }
+#define MSL_OTHERS_OF_3(T, V)                                                                      \
+    template <class A, class B, class C,                                                           \
+              class = metal::enable_if_t<metal::is_other_vector<T, A> ||                           \
+                                         metal::is_other_vector<T, B> ||                           \
+                                         metal::is_other_vector<T, C>>>                            \
+    MSL_INLINE constexpr V msl_##V(A a, B b, C c) {                                                \
+        return msl_make<V>(a, b, c);                                                               \
+    }
+#define MSL_CONSTRUCTORS(T)                                                                        \
+    MSL_OTHERS(T, T##2)                                                                            \
+    MSL_INLINE constexpr T##2 msl_##T##2(T a, T b) { return {a, b}; }                              \
+    MSL_OTHERS(T, T##3)                                                                            \
+    MSL_INLINE constexpr T##3 msl_##T##3(T a, T b, T c) { return {a, b, c}; }                      \
+    MSL_INLINE constexpr T##3 msl_##T##3(T##2 a, T b) {                                            \
+        return __builtin_shufflevector(a, T##2(b), 0, 1, 2);                                       \
+    }                                                                                              \
+    MSL_INLINE constexpr T##3 msl_##T##3(T a, T##2 b) {                                            \
+        return __builtin_shufflevector(b, T##2(a), 2, 0, 1);                                       \
+    }                                                                                              \
+    MSL_OTHERS(T, T##4)                                                                            \
+    MSL_OTHERS_OF_3(T, T##4)                                                                       \
+    MSL_INLINE constexpr T##4 msl_##T##4(T a, T b, T c, T d) { return {a, b, c, d}; }              \
+    MSL_INLINE constexpr T##4 msl_##T##4(T##3 a, T b) {                                            \
+        return __builtin_shufflevector(a, T##3(b), 0, 1, 2, 3);                                    \
+    }                                                                                              \
+    MSL_INLINE constexpr T##4 msl_##T##4(T a, T##3 b) {                                            \
+        return __builtin_shufflevector(b, T##3(a), 3, 0, 1, 2);                                    \
+    }                                                                                              \
+    MSL_INLINE constexpr T##4 msl_##T##4(T##2 a, T##2 b) {                                         \
+        return __builtin_shufflevector(a, b, 0, 1, 2, 3);                                          \
+    }                                                                                              \
+    T##4 msl_##T##4(T##2, T) = delete;                                                             \
+    T##4 msl_##T##4(T, T##2) = delete;                                                             \
+    MSL_INLINE constexpr T##4 msl_##T##4(T##2 a, T b, T c) {                                       \
+        return __builtin_shufflevector(a, T##2{b, c}, 0, 1, 2, 3);                                 \
+    }                                                                                              \
+    MSL_INLINE constexpr T##4 msl_##T##4(T a, T##2 b, T c) {                                       \
+        return __builtin_shufflevector(b, T##2{a, c}, 2, 0, 1, 3);                                 \
+    }                                                                                              \
+    MSL_INLINE constexpr T##4 msl_##T##4(T a, T b, T##2 c) {                                       \
+        return __builtin_shufflevector(c, T##2{a, b}, 2, 3, 0, 1);                                 \
+    }
+
+MSL_CONSTRUCTORS(float)
+MSL_CONSTRUCTORS(half)
+MSL_CONSTRUCTORS(int)
+MSL_CONSTRUCTORS(uint)
+
+// Splats of an integer literal.
+#define MSL_SPLATS(T)                                                                              \
+    MSL_INLINE constexpr T##2 msl_##T##2(int a) { return T##2(T(a)); }                             \
+    MSL_INLINE constexpr T##3 msl_##T##3(int a) { return T##3(T(a)); }                             \
+    MSL_INLINE constexpr T##4 msl_##T##4(int a) { return T##4(T(a)); }
+MSL_SPLATS(float)
+MSL_SPLATS(half)
+MSL_SPLATS(uint)
+
+#undef MSL_SPLATS
+#undef MSL_CONSTRUCTORS
+#undef MSL_OTHERS
+#undef MSL_OTHERS_OF_3
