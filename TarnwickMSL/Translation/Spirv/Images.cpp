@@ -156,7 +156,19 @@ Id Images::size(const Image& image, Id level) {
         !image.isStorage && !shape.isMultisample && shape.dimension != spv::Dim::Buffer;
     if (!hasLevels)
         return body_.emit(spv::Op::OpImageQuerySize, type, {load(image)});
-    return body_.emit(spv::Op::OpImageQuerySizeLod, type, {load(image), level});
+    Id all = body_.emit(spv::Op::OpImageQuerySizeLod, type, {load(image), body_.constants.word(0)});
+    return level == body_.constants.word(0) ? all : halved(type, all, level, shape.isArray);
+}
+
+// A level's size from the first one's: a packaged CPU driver answers all invocations of a group
+// with the size of the level that the first of them asks for.
+Id Images::halved(Type* type, Id size, Id level, bool hasLayers) {
+    Id levels = body_.splat(type, level);
+    if (hasLayers)
+        levels = body_.emit(spv::Op::OpCompositeInsert, type,
+                            {body_.constants.word(0), levels, laneCount(type) - 1});
+    Id smaller = body_.emit(spv::Op::OpShiftRightLogical, type, {size, levels});
+    return body_.extended(GLSLstd450UMax, type, {smaller, body_.constants.integer(type, 1)});
 }
 
 // Pixel coordinates run to the first level's size; the layer stays what it is.
@@ -169,24 +181,70 @@ Id Images::perPixel(const Image& image, Type* type, Id coordinates) {
     return body_.emit(spv::Op::OpFDiv, type, {coordinates, pixels});
 }
 
-Id Images::coordinates(const Image& image, const CallInst& call) {
+static constexpr std::int64_t leastOffset = -8, greatestOffset = 7;
+
+// Whether Vulkan takes the offset as it is (Vulkan 1.3, 43.1, minTexelOffset and maxTexelOffset).
+static bool isPlainOffset(const Value* offset) {
+    auto* constant = dyn_cast<Constant>(offset);
+    if (!constant)
+        return false;
+    for (unsigned lane = 0; lane < laneCount(constant->getType()); ++lane) {
+        Constant* element =
+            constant->getType()->isVectorTy() ? constant->getAggregateElement(lane) : nullptr;
+        auto* number = dyn_cast<ConstantInt>(element ? element : constant);
+        if (number &&
+            (number->getSExtValue() < leastOffset || number->getSExtValue() > greatestOffset))
+            return false;
+    }
+    return true;
+}
+
+// Vulkan takes small constant offsets alone; others move the coordinates.
+Id Images::coordinates(const Image& image, const CallInst& call, const Value* offset) {
     const Value* given = call.getArgOperand(2);
+    Type* type = given->getType();
     Id value = body_.id(given);
     std::uint64_t bits = samplerBits(call);
     bool isPixel = !(bits & samplerArgumentBit) && unpackSampler(bits).coord == SamplerCoord::pixel;
-    return isPixel ? perPixel(image, given->getType(), value) : value;
+    if (isPixel)
+        value = perPixel(image, type, value);
+    if (!offset || isPlainOffset(offset))
+        return value;
+    if (shapeOf(*image.texture).isArray)
+        throw TranslationError("A sampling offset into an array of textures must be constant.");
+    Id moved = body_.emit(spv::Op::OpConvertSToF, type, {body_.id(offset)});
+    return body_.emit(spv::Op::OpFAdd, type, {value, perPixel(image, type, moved)});
 }
 
-void Images::addOffset(Extras& extras, const CallInst& call, unsigned argument) {
-    if (call.arg_size() <= argument)
+Id Images::signedOffset(const Constant& offset) {
+    Id scalar = body_.types.signedScalar();
+    SmallVector<std::uint32_t, 3> parts;
+    for (unsigned lane = 0; lane < laneCount(offset.getType()); ++lane) {
+        Constant* element =
+            offset.getType()->isVectorTy() ? offset.getAggregateElement(lane) : nullptr;
+        auto* number = dyn_cast<ConstantInt>(element ? element : &offset);
+        auto value = static_cast<std::uint32_t>(number ? number->getSExtValue() : 0);
+        parts.push_back(body_.module.declare(spv::Op::OpConstant, scalar, {value}));
+    }
+    if (parts.size() == 1)
+        return parts.front();
+    Id type = body_.module.declareType(spv::Op::OpTypeVector,
+                                       {scalar, static_cast<std::uint32_t>(parts.size())});
+    return body_.constants.composite(type, parts);
+}
+
+void Images::addOffset(Extras& extras, const Value* offset) {
+    if (!offset || !isPlainOffset(offset))
         return;
-    auto* offset = dyn_cast<Constant>(call.getArgOperand(argument));
-    if (!offset)
-        throw TranslationError("A texture's sampling offset must be a constant.");
-    if (offset->isNullValue() || isa<UndefValue>(offset))
+    auto& constant = *cast<Constant>(offset);
+    if (constant.isNullValue() || isa<UndefValue>(constant))
         return;
     extras.mask |= constOffset;
-    extras.ids.push_back(body_.constants.of(offset));
+    extras.ids.push_back(signedOffset(constant));
+}
+
+static const Value* argumentOrNull(const CallInst& call, unsigned argument) {
+    return argument < call.arg_size() ? call.getArgOperand(argument) : nullptr;
 }
 
 Id Images::resultType(const Image& image, const CallInst& call) {
@@ -197,6 +255,14 @@ Id Images::resultType(const Image& image, const CallInst& call) {
 Id Images::result(const Image& image, const CallInst& call, Id value) {
     bool isSigned = image.texture->component == TextureComponent::int_;
     return isSigned ? body_.emit(spv::Op::OpBitcast, call.getType(), {value}) : value;
+}
+
+// Which argument of a sampling call is the offset, if it has one.
+static unsigned offsetOf(StringRef name) {
+    return StringSwitch<unsigned>(name)
+        .Cases("sample_bias", "sample_level", "sample_compare", 4)
+        .Cases("sample_grad", "sample_compare_level", 5)
+        .Default(3);
 }
 
 static spv::Op sampleOp(bool compares, bool isExplicit) {
@@ -210,7 +276,8 @@ Id Images::sample(StringRef name, const CallInst& call) {
     Image& from = image(call.getArgOperand(0));
     bool compares = name.starts_with("sample_compare");
     unsigned next = 3;
-    SmallVector<std::uint32_t, 8> operands{0, coordinates(from, call)};
+    const Value* offset = argumentOrNull(call, offsetOf(name));
+    SmallVector<std::uint32_t, 8> operands{0, coordinates(from, call, offset)};
     operands[0] = combined(from, call);
     if (compares)
         operands.push_back(body_.id(call.getArgOperand(next++)));
@@ -232,7 +299,7 @@ Id Images::sample(StringRef name, const CallInst& call) {
         extras.ids.push_back(body_.constants.real(body_.f32(), 0));
     }
     bool isExplicit = extras.mask & (lod | grad);
-    addOffset(extras, call, next);
+    addOffset(extras, offset);
     if (extras.mask) {
         operands.push_back(extras.mask);
         operands.append(extras.ids);
@@ -245,18 +312,16 @@ Id Images::sample(StringRef name, const CallInst& call) {
 Id Images::gather(StringRef name, const CallInst& call) {
     Image& from = image(call.getArgOperand(0));
     bool compares = name == "gather_compare";
-    SmallVector<std::uint32_t, 6> operands{0, coordinates(from, call)};
+    // Either the component stands last, or the reference before the offset.
+    unsigned last = call.arg_size() - 1;
+    const Value* offset = compares   ? argumentOrNull(call, 4)
+                          : last > 3 ? call.getArgOperand(3)
+                                     : nullptr;
+    SmallVector<std::uint32_t, 6> operands{0, coordinates(from, call, offset)};
     operands[0] = combined(from, call);
+    operands.push_back(body_.id(call.getArgOperand(compares ? 3 : last)));
     Extras extras;
-    if (compares) {
-        operands.push_back(body_.id(call.getArgOperand(3)));
-        addOffset(extras, call, 4);
-    } else {
-        unsigned last = call.arg_size() - 1;
-        operands.push_back(body_.id(call.getArgOperand(last)));
-        if (last > 3)
-            addOffset(extras, call, 3);
-    }
+    addOffset(extras, offset);
     if (extras.mask) {
         operands.push_back(extras.mask);
         operands.append(extras.ids);

@@ -45,10 +45,12 @@ class Images {
     Id query(llvm::StringRef name, const llvm::CallInst& call);
 
     Id combined(Image& image, const llvm::CallInst& call);
-    Id coordinates(const Image& image, const llvm::CallInst& call);
+    Id coordinates(const Image& image, const llvm::CallInst& call, const llvm::Value* offset);
     Id perPixel(const Image& image, llvm::Type* type, Id coordinates);
     Id size(const Image& image, Id level);
-    void addOffset(Extras& operands, const llvm::CallInst& call, unsigned argument);
+    Id halved(llvm::Type* type, Id size, Id level, bool hasLayers);
+    Id signedOffset(const llvm::Constant& offset);
+    void addOffset(Extras& extras, const llvm::Value* offset);
     Id result(const Image& image, const llvm::CallInst& call, Id value);
     Id resultType(const Image& image, const llvm::CallInst& call);
 
