@@ -2,16 +2,30 @@
 
 #include "programs/CommandError.h"
 
-#include <algorithm>
-
 namespace tarnwick {
 
+namespace {
+
+// The option that `word` names, up to `equals`.
+const Option& optionNamed(std::span<const Option> options, std::string_view word,
+                          std::size_t equals) {
+    for (const Option& option : options) {
+        if (option.name != word.substr(0, equals))
+            continue;
+        if (option.value.empty() && equals != std::string_view::npos)
+            misuse(std::string(option.name) + " takes no value.");
+        return option;
+    }
+    misuse(quoted(word) + " is not an option here.");
+}
+
+} // namespace
+
 Arguments::Arguments(std::span<const Option> options, std::span<const char* const> words) {
-    for (std::size_t index = 0; index < words.size(); ++index) {
-        const std::string_view word = words[index];
+    for (auto next = words.begin(); next != words.end();) {
+        const std::string_view word = *next++;
         if (word == "--") {
-            operands_.insert(operands_.end(),
-                             words.begin() + static_cast<std::ptrdiff_t>(index) + 1, words.end());
+            operands_.insert(operands_.end(), next, words.end());
             return;
         }
         if (word.size() < 2 || word.front() != '-') {
@@ -19,22 +33,15 @@ Arguments::Arguments(std::span<const Option> options, std::span<const char* cons
             continue;
         }
         const std::size_t equals = word.starts_with("--") ? word.find('=') : std::string_view::npos;
-        const auto option = std::find_if(options.begin(), options.end(), [&](const Option& known) {
-            return known.name == word.substr(0, equals);
-        });
-        if (option == options.end())
-            misuse(quoted(word) + " is not an option here.");
-        if (option->value.empty() && equals != std::string_view::npos)
-            misuse(std::string(option->name) + " takes no value.");
+        const Option& option = optionNamed(options, word, equals);
         std::string_view value;
         if (equals != std::string_view::npos)
             value = word.substr(equals + 1);
-        else if (!option->value.empty() && index + 1 == words.size())
-            misuse(std::string(option->name) + " wants " + std::string(option->value) +
-                   " after it.");
-        else if (!option->value.empty())
-            value = words[++index];
-        values_[option->name].push_back(value);
+        else if (!option.value.empty() && next == words.end())
+            misuse(std::string(option.name) + " wants " + std::string(option.value) + " after it.");
+        else if (!option.value.empty())
+            value = *next++;
+        values_[option.name].push_back(value);
     }
 }
 

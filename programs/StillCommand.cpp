@@ -68,32 +68,48 @@ std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std:
     }
 }
 
-Status still(const Arguments& arguments) {
-    const std::string_view path = arguments.operand("episode");
-    const auto out = arguments.value("-o");
-    if (!out || out->empty())
+// All that the command line says, checked before anything is compiled or drawn.
+struct Request {
+    std::string_view path, out;
+    PixelSize size;
+    double time = 0; // seconds
+    std::uint32_t frame = 0;
+    std::string episode; // its text
+    ParamValues values;  // at that time
+};
+
+Request requestOf(const Arguments& arguments) {
+    Request request{.path = arguments.operand("episode"),
+                    .out = arguments.value("-o").value_or("")};
+    if (request.out.empty())
         misuse("-o OUT.png is missing: where to write the picture.");
-    const PixelSize size = sizeOf(arguments);
-    const double time = timeOf(arguments);
-    const std::uint32_t frame = frameOf(arguments, time);
-    const std::string episode = sourceText(path);
-    const std::vector<ParamDecl> params = ParamParser::parse(episode);
-    const ParamValues settings = settingsOf(arguments.values("--set"), params, path);
-    const auto keysPath = arguments.value("--keys");
-    const KeyframeTracks keys = keysPath ? keysOf(*keysPath, params) : KeyframeTracks{};
+    request.size = sizeOf(arguments);
+    request.time = timeOf(arguments);
+    request.frame = frameOf(arguments, request.time);
+    request.episode = sourceText(request.path);
+    const std::vector<ParamDecl> params = ParamParser::parse(request.episode);
+    request.values = settingsOf(arguments.values("--set"), params, request.path);
+    if (const auto keysPath = arguments.value("--keys"))
+        request.values = keysOf(*keysPath, params).values(request.time, std::move(request.values));
+    return request;
+}
+
+Status still(const Arguments& arguments) {
+    const Request request = requestOf(arguments);
+    const auto [width, height] = request.size;
     const auto device = gpu::Device::systemDefault();
     if (!device)
         failure("There is no device to draw with; tarnwick devices lists them.");
-    const auto program = programOf(path, episode, *device);
+    const auto program = programOf(request.path, request.episode, *device);
     const auto picture =
-        StillRenderer::render(program, *device, size.width, size.height, static_cast<float>(time),
-                              frame, keys.values(time, settings));
+        StillRenderer::render(program, *device, width, height, static_cast<float>(request.time),
+                              request.frame, request.values);
     if (!picture && program->needsRun())
         failure("Stills of particle and grid episodes cannot be drawn yet.");
     if (!picture)
-        failure(device->info().name + " cannot draw a picture of " + std::to_string(size.width) +
-                "x" + std::to_string(size.height) + " pixels.");
-    StillRenderer::writePNG(*picture, *out);
+        failure(device->info().name + " cannot draw a picture of " + std::to_string(width) + "x" +
+                std::to_string(height) + " pixels.");
+    StillRenderer::writePNG(*picture, request.out);
     return Status::done;
 }
 
