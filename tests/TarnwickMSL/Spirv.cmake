@@ -1,7 +1,6 @@
-find_library(spirv_tools SPIRV-Tools REQUIRED)
 tarnwick_tests(TarnwickMSLSpirv
     SOURCES SpirvTests.cpp SpirvModules.cpp
-    LINK TarnwickMSLTranslationSpirv ${spirv_tools})
+    LINK TarnwickMSLTranslationSpirv)
 
 if(TARGET TarnwickGPU)
     tarnwick_tests(TarnwickMSL/Textures
@@ -11,3 +10,11 @@ if(TARGET TarnwickGPU)
     target_compile_options(TarnwickMSLTexturesTests PRIVATE -Wno-missing-field-initializers)
     add_dependencies(TarnwickMSLTexturesTests tarnwick-msl-worker)
 endif()
+
+tarnwick_tests(TarnwickMSL/Validity
+    SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/ValidityTests.cpp
+    LINK TarnwickCore TarnwickMSL TarnwickMSLTranslationSpirv RandomPrograms)
+target_compile_definitions(TarnwickMSLValidityTests PRIVATE
+    TARNWICK_CORPUS="${CMAKE_CURRENT_SOURCE_DIR}/corpus"
+    TARNWICK_EPISODES="${CMAKE_SOURCE_DIR}/episodes")
+add_dependencies(TarnwickMSLValidityTests tarnwick-msl-worker)

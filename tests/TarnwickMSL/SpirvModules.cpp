@@ -3,7 +3,6 @@
 #include <llvm/AsmParser/Parser.h>
 #include <llvm/IR/LLVMContext.h>
 #include <llvm/Support/SourceMgr.h>
-#include <spirv-tools/libspirv.hpp>
 
 #include <array>
 #include <stdexcept>
@@ -39,26 +38,6 @@ ParsedShader parseShader(const ShaderText& text) {
         shader.structure[blockNamed(*shader.main, header)] = {blockNamed(*shader.main, merge),
                                                               blockNamed(*shader.main, next)};
     return parsed;
-}
-
-std::string faults(const std::vector<std::uint32_t>& words) {
-    spvtools::SpirvTools tools(SPV_ENV_VULKAN_1_3);
-    std::string messages;
-    tools.SetMessageConsumer(
-        [&](spv_message_level_t, const char*, const spv_position_t& position, const char* message) {
-            messages += std::to_string(position.index) + ": " + message + "\n";
-        });
-    spvtools::ValidatorOptions options;
-    options.SetScalarBlockLayout(true);
-    bool isValid = tools.Validate(words.data(), words.size(), options);
-    return isValid ? messages : messages + disassembly(words);
-}
-
-std::string disassembly(const std::vector<std::uint32_t>& words) {
-    std::string text;
-    spvtools::SpirvTools(SPV_ENV_VULKAN_1_3)
-        .Disassemble(words, &text, SPV_BINARY_TO_TEXT_OPTION_NO_HEADER);
-    return text;
 }
 
 } // namespace tarnwick::msl

@@ -26,8 +26,4 @@ struct ParsedShader {
 
 ParsedShader parseShader(const ShaderText& text);
 
-// What the SPIR-V validator has to say for Vulkan 1.3; "" where all is well.
-std::string faults(const std::vector<std::uint32_t>& words);
-std::string disassembly(const std::vector<std::uint32_t>& words);
-
 } // namespace tarnwick::msl

@@ -1,3 +1,4 @@
+#include "TarnwickMSL/Translation/Spirv/Validator.h"
 #include "TarnwickMSL/Translation/SpirvWriter.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 #include "tests/TarnwickMSL/SpirvModules.h"
@@ -16,8 +17,8 @@ struct Written {
     explicit Written(const ShaderText& given) {
         ParsedShader parsed = parseShader(given);
         entry = writeSpirv(parsed.shader);
-        text = disassembly(entry.words);
-        EXPECT_EQ(faults(entry.words), "");
+        text = spirvText(entry.words);
+        EXPECT_EQ(spirvFaults(entry.words), "") << text;
     }
     std::size_t count(std::string_view of) const {
         std::size_t number = 0;

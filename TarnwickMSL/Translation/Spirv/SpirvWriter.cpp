@@ -7,6 +7,11 @@
 #include "TarnwickMSL/Translation/Spirv/Stage.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
+#ifndef NDEBUG
+#include "TarnwickBase/Precondition.h"
+#include "TarnwickMSL/Translation/Spirv/Validator.h"
+#endif
+
 #include <llvm/ADT/PostOrderIterator.h>
 
 namespace tarnwick::msl {
