@@ -45,6 +45,7 @@ TEST(FrontEnd, takesTheFormsOfVectorConstructors) {
         "bool4 f(float4 a, float4 b) { return bool4(any(a < b), (a == b).xyz); }",
         "metal::float4 f() { return metal::float4(1, 2, metal::float2(3)); }",
         "float2 f(packed_float3 p) { p.zx = p.xy * 2; return float2(p.yz) + packed_float2(1, 2); }",
+        "template <class T> T f(T a) { return saturate(0.5 + a) * 1e-2; } half g() { return f(1.h); }",
         "struct S { float2 v = float2(1, 2); float2 w{3, 4}; }; float f() { S s; return s.w.y; }",
     };
     for (const char* program : programs) {

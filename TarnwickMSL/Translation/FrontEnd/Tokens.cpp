@@ -6,8 +6,9 @@
 #include <clang/Lex/Preprocessor.h>
 #include <llvm/ADT/DenseMap.h>
 #include <llvm/ADT/SmallPtrSet.h>
-#include <llvm/ADT/StringSet.h>
+#include <llvm/ADT/StringExtras.h>
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string>
@@ -82,7 +83,8 @@ class TokenPass {
     void qualifier(std::size_t i);
     void entryPoint(std::size_t i);
     void attributeArguments(std::size_t i);
-    void halfLiteral(std::size_t i);
+    void literal(std::size_t i);
+    Token number(llvm::StringRef text, SourceLocation at) const;
     void forbidden(std::size_t i);
     std::size_t type(std::size_t i, TypeSpan span);
     void callMake(std::size_t i, TypeSpan span, std::size_t open);
@@ -253,22 +255,40 @@ void TokenPass::attributeArguments(std::size_t i) {
     }
 }
 
-// `0.5h`, which Clang knows in OpenCL only, becomes half(0.5f).
-void TokenPass::halfLiteral(std::size_t i) {
-    std::string text = preprocessor.getSpelling(tokens[i]);
-    const bool isHex = text.size() > 1 && (text[1] == 'x' || text[1] == 'X');
-    if ((text.back() != 'h' && text.back() != 'H') || isHex)
-        return;
-    text.back() = 'f';
-    if (text.find_first_of(".eE") == std::string::npos)
-        text.insert(text.size() - 1, ".0");
-    SourceLocation at = tokens[i].getLocation();
+// A number in other words at the same place.
+Token TokenPass::number(llvm::StringRef text, SourceLocation at) const {
     Token literal = make(tok::numeric_constant, at);
-    preprocessor.CreateString(text, literal, at, at);
-    append(edits[i].before, "half (", at);
-    edits[i].before.push_back(literal);
-    append(edits[i].before, ")", at);
+    char* copy = preprocessor.getPreprocessorAllocator().Allocate<char>(text.size() + 1);
+    std::copy(text.begin(), text.end(), copy);
+    copy[text.size()] = '\0';
+    literal.setLiteralData(copy);
+    literal.setLength(static_cast<unsigned>(text.size()));
+    return literal;
+}
+
+// `0.5h`, which Clang knows in OpenCL only, becomes half(0.5f). `0.5` becomes 0.5f: Clang's own
+// single-precision constants are doubles again beside what depends on a template's parameter.
+void TokenPass::literal(std::size_t i) {
+    llvm::SmallString<32> buffer;
+    std::string text = preprocessor.getSpelling(tokens[i], buffer).str();
+    const bool isHex = text.size() > 1 && (text[1] == 'x' || text[1] == 'X');
+    const bool isHalf = !isHex && (text.back() == 'h' || text.back() == 'H');
+    const bool isFloating = text.find_first_of(isHex ? "pP" : ".eE") != std::string::npos;
+    const bool hasSuffix = !llvm::isDigit(text.back()) && text.back() != '.';
+    if (!isHalf && (!isFloating || hasSuffix))
+        return;
+    if (isHalf)
+        text.pop_back();
+    if (!isFloating)
+        text += ".0";
+    const SourceLocation at = tokens[i].getLocation();
+    const Token single = number(text + "f", at);
     edits[i].dropped = true;
+    if (isHalf)
+        append(edits[i].before, "half (", at);
+    edits[i].before.push_back(single);
+    if (isHalf)
+        append(edits[i].before, ")", at);
 }
 
 // The words of C++ that a shader may not use.
@@ -530,7 +550,7 @@ std::vector<Token> TokenPass::run() {
         const Token& token = tokens[i];
         if (token.isAnnotation() || !token.getIdentifierInfo()) {
             if (token.is(tok::numeric_constant))
-                halfLiteral(i);
+                literal(i);
             else if (token.is(tok::l_square) && is(i + 1, tok::l_square))
                 attributeArguments(i);
             else if (token.is(tok::colon) && i > 0 && is(i - 1, tok::r_paren) &&
