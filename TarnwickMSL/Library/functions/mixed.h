@@ -9,15 +9,15 @@
 namespace metal {
 
 template <class... T>
-inline constexpr bool _scalars = (is_arithmetic_v<T> && ...);
-template <class A, class... T> inline constexpr bool _alike = (is_same_v<A, T> && ...);
+inline constexpr bool _scalars = (__is_arithmetic(T) && ...);
+template <class A, class... T> inline constexpr bool _alike = (__is_same(A, T) && ...);
 template <class... T> using _common = decltype((T() + ...));
 template <class... T>
 using _floating = conditional_t<is_integral_v<_common<T...>>, float, _common<T...>>;
 // Scalars of differing types; and these or integers, where there is no overload for integers.
 template <class... T> using _differing = enable_if_t<_scalars<T...> && !_alike<T...>>;
 template <class A, class... T>
-using _converted = enable_if_t<_scalars<A, T...> && (!_alike<A, T...> || is_integral_v<A>)>;
+using _converted = enable_if_t<_scalars<A, T...> && (!_alike<A, T...> || __is_integral(A))>;
 
 #define MSL_BODY(name)                                                                             \
     template <class A, class B, class = _differing<A, B>>                                          \
@@ -37,7 +37,7 @@ MSL_BODY(clamp) MSL_BODY(min3) MSL_BODY(max3) MSL_BODY(median3)
 #undef MSL_BODY
 
 #define MSL_BODY(name)                                                                             \
-    template <class A, class = enable_if_t<is_integral_v<A>>> MSL_INLINE float name(A a) {         \
+    template <class A, class = enable_if_t<__is_integral(A)>> MSL_INLINE float name(A a) {         \
         return name(static_cast<float>(a));                                                        \
     }
 MSL_BODY(sqrt) MSL_BODY(rsqrt) MSL_BODY(exp) MSL_BODY(exp2) MSL_BODY(exp10) MSL_BODY(sin)

@@ -2,6 +2,7 @@
 // step over the columns is written out, so that no loop has to be unrolled later.
 #pragma once
 
+#include "bool_vectors.h"
 #include "construct.h"
 
 namespace metal {
@@ -174,3 +175,20 @@ MSL_NAMES(float)
 MSL_NAMES(half)
 } // namespace metal
 #undef MSL_NAMES
+
+// Uses of the usual ones, so that they are made here, once, and not in every program.
+namespace metal {
+template <class M> MSL_INLINE void matrix_used(M a) {
+    copied(a);
+    a = a * a + a - -a;
+    a *= a;
+    a = a * 2.0f * 2 + 2.0f * a;
+    typename M::Column v = a * a[0];
+    v = v * a;
+}
+inline void matrices_used(float2x2 a, float3x3 b, float4x4 c) {
+    matrix_used(a);
+    matrix_used(b);
+    matrix_used(c);
+}
+} // namespace metal

@@ -32,8 +32,7 @@ template <class T> struct enable_if<true, T> {
 template <bool condition, class T = void>
 using enable_if_t = typename enable_if<condition, T>::type;
 
-template <class, class> inline constexpr bool is_same_v = false;
-template <class T> inline constexpr bool is_same_v<T, T> = true;
+template <class A, class B> inline constexpr bool is_same_v = __is_same(A, B);
 template <class A, class B> struct is_same {
     static constexpr bool value = is_same_v<A, B>;
 };
@@ -47,11 +46,9 @@ template <class A, class B> struct conditional<false, A, B> {
 template <bool condition, class A, class B>
 using conditional_t = typename conditional<condition, A, B>::type;
 
-template <class T> inline constexpr bool is_floating_point_v =
-    is_same_v<T, float> || is_same_v<T, half>;
+template <class T> inline constexpr bool is_floating_point_v = __is_floating_point(T);
 template <class T> inline constexpr bool is_integral_v = __is_integral(T);
-template <class T> inline constexpr bool is_arithmetic_v =
-    is_floating_point_v<T> || is_integral_v<T>;
+template <class T> inline constexpr bool is_arithmetic_v = __is_arithmetic(T);
 template <class T> inline constexpr bool is_signed_v =
     is_floating_point_v<T> || (is_integral_v<T> && T(-1) < T(0));
 template <class T> inline constexpr bool is_enum_v = __is_enum(T);

@@ -4,7 +4,7 @@
 
 #include <clang/Basic/Diagnostic.h>
 #include <clang/Lex/Preprocessor.h>
-#include <llvm/ADT/DenseMap.h>
+#include <llvm/ADT/STLExtras.h>
 #include <llvm/ADT/SmallPtrSet.h>
 #include <llvm/ADT/StringExtras.h>
 
@@ -29,22 +29,26 @@ struct Edit {
     std::vector<Token> after;
 };
 
+// Names are compared as text: asking for a word of the library's would read what it stands for.
+bool isVectorName(llvm::StringRef name) {
+    if (name.size() < 4 || name.back() < '2' || name.back() > '4')
+        return false;
+    return llvm::is_contained(
+        {"char", "uchar", "short", "ushort", "int", "uint", "long", "ulong", "half", "float"},
+        name.drop_back(1));
+}
+
+// Whether msl_NAME makes it, rather than the template.
+bool hasMaker(llvm::StringRef name) {
+    return isVectorName(name) &&
+           llvm::is_contained({"int", "uint", "half", "float"}, name.drop_back(1));
+}
+
 class TokenPass {
   public:
     TokenPass(clang::Preprocessor& preprocessor, std::vector<Token> tokens)
         : preprocessor(preprocessor), tokens(std::move(tokens)), edits(this->tokens.size()),
-          scopes(this->tokens) {
-        for (const char* element :
-             {"char", "uchar", "short", "ushort", "int", "uint", "long", "ulong", "half", "float"})
-            for (const char* lanes : {"2", "3", "4"})
-                constructed.insert(word((std::string(element) + lanes).c_str()));
-        for (const char* element : {"int", "uint", "half", "float"})
-            for (const char* lanes : {"2", "3", "4"}) {
-                const std::string type = std::string(element) + lanes;
-                makers[word(type.c_str())] = word(("msl_" + type).c_str());
-            }
-        vec = word("vec");
-    }
+          scopes(this->tokens) {}
 
     std::vector<Token> run();
 
@@ -53,13 +57,10 @@ class TokenPass {
     std::vector<Token> tokens;
     std::vector<Edit> edits;
     Scopes scopes;
-    llvm::SmallPtrSet<const IdentifierInfo*, 32> constructed;      // types made by msl_make
-    llvm::DenseMap<const IdentifierInfo*, IdentifierInfo*> makers; // float4's is msl_float4
+    llvm::SmallPtrSet<const IdentifierInfo*, 16> constructed; // the program's own such types
     llvm::SmallPtrSet<const IdentifierInfo*, 16> vectorMembers;
-    const IdentifierInfo* vec = nullptr;
     std::size_t entryOpen = 0, entryClose = 0; // the parentheses of an entry point's arguments
 
-    IdentifierInfo* word(const char* text) { return preprocessor.getIdentifierInfo(text); }
     bool is(std::size_t i, tok::TokenKind kind) const {
         return i < tokens.size() && tokens[i].is(kind);
     }
@@ -149,13 +150,13 @@ std::optional<TokenPass::TypeSpan> TokenPass::constructedType(std::size_t i) con
     if (!is(i, tok::identifier) && !(i < tokens.size() && tokens[i].getIdentifierInfo()))
         return std::nullopt;
     const IdentifierInfo* name = tokens[i].getIdentifierInfo();
-    if (name == vec && is(i + 1, tok::less)) {
+    if (is(i + 1, tok::less) && name->getName() == "vec") {
         std::size_t close = scopes.angleEnd(i + 1);
         if (close)
             return TypeSpan{i, close + 1};
         return std::nullopt;
     }
-    if (constructed.contains(name))
+    if (isVectorName(name->getName()) || constructed.contains(name))
         return TypeSpan{i, i + 1};
     return std::nullopt;
 }
@@ -328,9 +329,9 @@ void TokenPass::forbidden(std::size_t i) {
 }
 
 void TokenPass::openMake(std::vector<Token>& to, TypeSpan span, SourceLocation at) {
-    if (auto found = makers.find(tokens[span.end - 1].getIdentifierInfo());
-        found != makers.end() && !is(span.first, tok::kw_typename)) {
-        to.push_back(make(tok::identifier, at, found->second));
+    if (const IdentifierInfo* name = tokens[span.end - 1].getIdentifierInfo();
+        name && hasMaker(name->getName()) && !is(span.first, tok::kw_typename)) {
+        append(to, ("msl_" + name->getName()).str().c_str(), at);
         return;
     }
     append(to, "msl_make <", at);
@@ -495,7 +496,7 @@ bool TokenPass::cast(std::size_t open, TypeSpan span) {
 // What stands at a constructed type's name decides what it is; gives the next token to look at.
 std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
     // vec<bool, N> is a class of its own.
-    if (tokens[i].getIdentifierInfo() == vec && is(i + 2, tok::kw_bool)) {
+    if (isWord(i, "vec") && is(i + 2, tok::kw_bool)) {
         append(edits[i].after, "bool_vector", tokens[i].getLocation());
         edits[i].dropped = edits[i + 2].dropped = edits[i + 3].dropped = true;
         return span.end;
