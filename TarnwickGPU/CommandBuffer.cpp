@@ -51,6 +51,14 @@ bool submit(CommandBufferParts& parts) {
     return true;
 }
 
+// The command buffer is never committed: what it would have drawn and shown is undone.
+void forgetDrawables(const CommandBufferParts& parts) {
+    for (DrawableSlot* slot : parts.touched)
+        slot->isDrawn = false;
+    for (DrawableSlot* slot : parts.presented)
+        giveBack(*slot);
+}
+
 } // namespace
 
 std::unique_ptr<CommandBufferParts> CommandBufferParts::make(std::shared_ptr<DeviceState> device) {
@@ -176,8 +184,7 @@ CommandBuffer::~CommandBuffer() {
     if (!parts_)
         return;
     if (parts_->status == CommandBufferStatus::recording)
-        for (DrawableSlot* slot : parts_->presented)
-            giveBack(*slot);
+        forgetDrawables(*parts_);
     const std::shared_ptr<QueueParts> queue = std::move(parts_->queue);
     queue->resting.push_back(std::move(parts_));
 }

@@ -66,7 +66,7 @@ class Device {
 
     // Compiles a program's text. Throws LibraryError with the compiler's text.
     std::unique_ptr<Library> newLibrary(std::string_view source);
-    // A library of modules that exist already. Throws DeviceError.
+    // A library of modules that exist already.
     std::unique_ptr<Library> newLibrary(std::vector<msl::EntryPoint> entryPoints);
 
     // Null where the device cannot make them.

@@ -9,10 +9,10 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// The packaged CPU driver ends an invocation silently after 65,535 loop iterations; the shader's own
-// count must come first. A GPU must be done before its driver gives the device up, some seconds after
-// the job began: when each of two million pixels spins that long, a small integrated GPU of about
-// 2e11 such turns a second is at it for 2.5 seconds.
+// The packaged CPU driver ends an invocation silently after 65,535 loop iterations; the shader's
+// own count must come first. A GPU must be done before its driver gives the device up, some seconds
+// after the job began: when each of two million pixels spins that long, a small integrated GPU of
+// about 2e11 such turns a second is at it for 2.5 seconds.
 constexpr std::uint32_t cpuLoopBudget = 60'000;
 constexpr std::uint32_t gpuLoopBudget = 250'000;
 

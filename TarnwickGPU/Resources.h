@@ -36,7 +36,8 @@ class Texture {
     std::uint32_t height() const { return descriptor().height; }
 
     // Both are for StorageMode::shared alone, and take place at once on the CPU's side: the caller
-    // sees to it that the GPU is not at work on the texture (as Metal asks).
+    // sees to it that the GPU is not at work on the texture (as Metal asks). getBytes may block for
+    // a copy. Neither does anything once the device is lost.
     void replace(const Region& region, std::uint32_t mipLevel, const void* bytes,
                  std::size_t bytesPerRow);
     void getBytes(void* bytes, std::size_t bytesPerRow, const Region& region,

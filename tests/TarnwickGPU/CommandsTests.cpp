@@ -158,16 +158,18 @@ TEST_F(Gpu, bindsMoreThanCanBePushedAndRefusesMoreThanThereIs) {
     auto encoder = commands->renderCommandEncoder(
         {.color = {.texture = texture.get(), .load = LoadAction::clear}});
     encoder->setRenderPipelineState(*state);
-    const std::array<float, 4> color{2 / 255.0f, 0, 0, 0};
-    for (std::uint32_t index = 0; index < 31; ++index) {
-        encoder->setFragmentBytes(color.data(), 16, index);
+    for (std::uint32_t index = 0; index < 31; ++index)
         encoder->setFragmentTexture(image.get(), index);
+    for (float draw = 0; draw < 100; ++draw) { // more than one pool has sets for
+        const std::array<float, 4> color{2 / 255.0f, 0, draw / 255 / 12, 0};
+        for (std::uint32_t index = 0; index < 12; ++index)
+            encoder->setFragmentBytes(color.data(), 16, index);
+        encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
     }
-    encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
     encoder->endEncoding();
     commands->commit();
     commands->waitUntilCompleted();
-    EXPECT_EQ(pixelAt(*texture, 0, 0), (Pixel{24, 124, 0, 0}));
+    EXPECT_EQ(pixelAt(*texture, 0, 0), (Pixel{24, 124, 99, 0}));
 
     if (device->state().limits.maxPerStageDescriptorUniformBuffers < 31) {
         EXPECT_THROW(pipeline(wholeTarget(), sum(31, 0)), DeviceError);
