@@ -16,6 +16,7 @@
 #include "core_parts.h"
 #include "integer.h"
 #include "common.h"
+#include "fast_core.h"
 #include "halves.h"
 #include "math.h"
 #include "precise.h"

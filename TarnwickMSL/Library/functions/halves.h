@@ -7,6 +7,7 @@
 #include "core_inverse.h"
 #include "core_parts.h"
 #include "core_trigonometric.h"
+#include "fast_core.h"
 
 namespace metal {
 namespace _halves {
@@ -17,12 +18,12 @@ namespace _halves {
         return static_cast<half>(value);                                                           \
     }                                                                                              \
     MSL_LANES_1(half, name, half)
-// Where the device's own instruction is good enough for half over its whole range.
+// What is good enough for half over its whole range in fast math.
 MSL_BODY(sqrt, __builtin_elementwise_sqrt(x))
 MSL_BODY(rsqrt, 1.0f / __builtin_elementwise_sqrt(x))
-MSL_BODY(exp, __builtin_elementwise_exp(x))
-MSL_BODY(exp2, __builtin_elementwise_exp2(x))
-MSL_BODY(exp10, __builtin_elementwise_exp2(x * 3.32192809f))
+MSL_BODY(exp, _fast::exp2(x * M_LOG2E_F))
+MSL_BODY(exp2, _fast::exp2(x))
+MSL_BODY(exp10, _fast::exp2(x * 3.32192809f))
 MSL_BODY(sin, _core::sin(x))
 MSL_BODY(cos, _core::cos(x))
 MSL_BODY(tan, _core::tan(x))

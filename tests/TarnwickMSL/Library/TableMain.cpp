@@ -18,7 +18,7 @@ constexpr const char* ending = "<!-- end -->\n";
 
 std::string measured(const Case& row, const Verdict& verdict) {
     char text[80];
-    if (row.bound.ulps == 0 && (row.bound.absolute > 0 || row.bound.further))
+    if (row.bound.absolute > 0)
         std::snprintf(text, sizeof text, "%.2g", verdict.worstAbsolute);
     else
         std::snprintf(text, sizeof text, "%.2f ulp", verdict.worstUlps);
