@@ -20,7 +20,10 @@ template <class T, class A> inline constexpr bool is_other_vector =
     MSL_INLINE constexpr V msl_##V() { return V(T(0)); }                                           \
     MSL_INLINE constexpr V msl_##V(T a) { return V(a); }                                           \
     MSL_INLINE constexpr V msl_##V(V a) { return a; }                                              \
-    template <class A> MSL_INLINE constexpr V msl_##V(A a) { return msl_make<V>(a); }              \
+    template <class A, class = metal::enable_if_t<(metal::lanes_of<A>) != 0>>                      \
+    MSL_INLINE constexpr V msl_##V(A a) {                                                          \
+        return msl_make<V>(a);                                                                     \
+    }                                                                                              \
     template <class A, class B,                                                                    \
               class = metal::enable_if_t<metal::is_other_vector<T, A> ||                           \
                                          metal::is_other_vector<T, B>>>                            \

@@ -152,6 +152,11 @@ MSL_INLINE matrix<T, K, R> operator*(const matrix<T, C, R>& a, const matrix<T, K
         return {a * b.columns[0], a * b.columns[1], a * b.columns[2], a * b.columns[3]};
 }
 
+template <class T, int N>
+MSL_INLINE vec<T, N>& operator*=(vec<T, N>& v, const matrix<T, N, N>& m) {
+    return v = v * m;
+}
+
 } // namespace metal
 
 #define MSL_MATRICES(T)                                                                            \

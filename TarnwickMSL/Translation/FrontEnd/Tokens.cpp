@@ -58,6 +58,7 @@ class TokenPass {
     std::vector<Edit> edits;
     Scopes scopes;
     llvm::SmallPtrSet<const IdentifierInfo*, 16> constructed; // the program's own such types
+    llvm::SmallPtrSet<const IdentifierInfo*, 16> constructedTemplates; // and such as vec
     llvm::SmallPtrSet<const IdentifierInfo*, 16> vectorMembers;
     std::size_t entryOpen = 0, entryClose = 0; // the parentheses of an entry point's arguments
 
@@ -87,6 +88,7 @@ class TokenPass {
     void literal(std::size_t i);
     Token number(llvm::StringRef text, SourceLocation at) const;
     void forbidden(std::size_t i);
+    void swizzleTimes(std::size_t i);
     std::size_t type(std::size_t i, TypeSpan span);
     void callMake(std::size_t i, TypeSpan span, std::size_t open);
     void declarators(TypeSpan span, std::size_t name);
@@ -150,7 +152,7 @@ std::optional<TokenPass::TypeSpan> TokenPass::constructedType(std::size_t i) con
     if (!is(i, tok::identifier) && !(i < tokens.size() && tokens[i].getIdentifierInfo()))
         return std::nullopt;
     const IdentifierInfo* name = tokens[i].getIdentifierInfo();
-    if (is(i + 1, tok::less) && name->getName() == "vec") {
+    if (is(i + 1, tok::less) && (name->getName() == "vec" || constructedTemplates.contains(name))) {
         std::size_t close = scopes.angleEnd(i + 1);
         if (close)
             return TypeSpan{i, close + 1};
@@ -178,7 +180,8 @@ void TokenPass::learnAlias(std::size_t i) {
         while (is(at, tok::coloncolon) || (is(at, tok::identifier) && is(at + 1, tok::coloncolon)))
             ++at;
         if (auto span = constructedType(at); span && is(span->end, tok::semi))
-            constructed.insert(tokens[i + 1].getIdentifierInfo());
+            (i > 0 && is(i - 1, tok::greater) ? constructedTemplates : constructed)
+                .insert(tokens[i + 1].getIdentifierInfo());
     } else if (is(i, tok::kw_typedef)) {
         std::size_t at = i + 1;
         while (is(at, tok::coloncolon) || (is(at, tok::identifier) && is(at + 1, tok::coloncolon)))
@@ -326,6 +329,40 @@ void TokenPass::forbidden(std::size_t i) {
         edits[i].dropped = true;
         append(edits[i].after, "float", tokens[i].getLocation());
     }
+}
+
+// `v.xy *= m` becomes `v.xy = v.xy * (m)`: no function can take the lanes to change them, and m may
+// be a matrix.
+void TokenPass::swizzleTimes(std::size_t i) {
+    if (i < 3 || !is(i - 2, tok::period) || !is(i - 1, tok::identifier))
+        return;
+    const llvm::StringRef lanes = tokens[i - 1].getIdentifierInfo()->getName();
+    if (lanes.size() < 2 || lanes.find_first_not_of("xyzwrgba") != llvm::StringRef::npos)
+        return;
+    std::size_t first = i - 2; // of what the lanes are of
+    for (bool wantsName = true; first > 0;) {
+        const std::size_t before = first - 1;
+        if (wantsName && (is(before, tok::r_square) || is(before, tok::r_paren)))
+            first = scopes.match(before);
+        else if (wantsName && (is(before, tok::identifier) || is(before, tok::kw_this)))
+            first = before, wantsName = false;
+        else if (!wantsName &&
+                 (is(before, tok::period) || is(before, tok::arrow) || is(before, tok::coloncolon)))
+            first = before, wantsName = true;
+        else
+            break;
+    }
+    std::size_t end = i + 1;
+    while (end < tokens.size() && !is(end, tok::semi) && !is(end, tok::comma) &&
+           !is(end, tok::r_paren) && !is(end, tok::r_brace) && !is(end, tok::eof))
+        end = scopes.isOpen(end) ? scopes.match(end) + 1 : end + 1;
+    const SourceLocation at = tokens[i].getLocation();
+    tokens[i].setKind(tok::equal);
+    for (std::size_t copied = first; copied < i; ++copied)
+        edits[i].after.push_back(tokens[copied]);
+    edits[i].after.push_back(make(tok::star, at));
+    edits[i].after.push_back(make(tok::l_paren, at));
+    edits[end].before.insert(edits[end].before.begin(), make(tok::r_paren, at));
 }
 
 void TokenPass::openMake(std::vector<Token>& to, TypeSpan span, SourceLocation at) {
@@ -552,6 +589,8 @@ std::vector<Token> TokenPass::run() {
         if (token.isAnnotation() || !token.getIdentifierInfo()) {
             if (token.is(tok::numeric_constant))
                 literal(i);
+            else if (token.is(tok::starequal))
+                swizzleTimes(i);
             else if (token.is(tok::l_square) && is(i + 1, tok::l_square))
                 attributeArguments(i);
             else if (token.is(tok::colon) && i > 0 && is(i - 1, tok::r_paren) &&
