@@ -538,6 +538,11 @@ std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
         edits[i].dropped = edits[i + 2].dropped = edits[i + 3].dropped = true;
         return span.end;
     }
+    const std::size_t open = span.end;
+    if (is(open, tok::l_paren) && (is(open + 1, tok::amp) || is(open + 1, tok::star)) &&
+        is(open + 2, tok::identifier) && is(open + 3, tok::r_paren) &&
+        (is(open + 4, tok::l_square) || is(open + 4, tok::l_paren)))
+        return span.end; // `float3 (&name)[4]`
     const bool opens = is(span.end, tok::l_paren) || is(span.end, tok::l_brace);
     if (opens && !(i > 0 && (is(i - 1, tok::kw_operator) || is(i - 1, tok::arrow) ||
                              is(i - 1, tok::kw_class) || is(i - 1, tok::kw_struct) ||
