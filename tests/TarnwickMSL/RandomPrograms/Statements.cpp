@@ -314,10 +314,11 @@ void Generator::searchLoop(std::uint32_t trips) {
     const Scope outer = scope_;
     scope_.variables.push_back({i, Kind::unsigned_, false});
     loops_++;
-    line("float score = " + tamed(Kind::float_, 2) + ";");
-    scope_.variables.push_back({"score", Kind::float_, false});
+    const std::string score = fresh("v");
+    line("float " + score + " = " + tamed(Kind::float_, 2) + ";");
+    scope_.variables.push_back({score, Kind::float_, false});
     block(1 + static_cast<int>(below(2)));
-    line("if (score > " + best + ") " + best + " = score;");
+    line("if (" + score + " > " + best + ") " + best + " = " + score + ";");
     open("if (" + condition(1) + ") {");
     line(found + " = " + i + " * 3u;");
     line("break;");
