@@ -9,6 +9,13 @@ if(TARGET TarnwickGPU)
         LABELS gpu)
     target_compile_options(TarnwickMSLTexturesTests PRIVATE -Wno-missing-field-initializers)
     add_dependencies(TarnwickMSLTexturesTests tarnwick-msl-worker)
+
+    tarnwick_tests(TarnwickMSL/SpirvValues
+        SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/SpirvValuesTests.cpp
+                ${CMAKE_CURRENT_SOURCE_DIR}/SpirvModules.cpp
+        LINK TarnwickGPU TarnwickMSLTranslationSpirv
+        LABELS gpu)
+    target_compile_options(TarnwickMSLSpirvValuesTests PRIVATE -Wno-missing-field-initializers)
 endif()
 
 tarnwick_tests(TarnwickMSL/Validity

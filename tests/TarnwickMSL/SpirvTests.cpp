@@ -120,8 +120,8 @@ TEST(SpirvWriter, writesAVertexFunctionThatReadsATableAndABuffer) {
 define void @main() {
   %id = load i32, ptr @msl.vertex_id
   %at = getelementptr %Particle, ptr @buffer.0, i32 %id
-  %v = load <4 x float>, ptr %at
-  %v3 = shufflevector <4 x float> %v, <4 x float> poison, <3 x i32> <i32 0, i32 1, i32 2>
+  %v3 = load <3 x float>, ptr %at
+  %v = shufflevector <3 x float> %v3, <3 x float> poison, <4 x i32> <i32 0, i32 1, i32 2, i32 poison>
   %size.at = getelementptr i8, ptr %at, i32 16
   %size = load float, ptr %size.at
   %corner.at = getelementptr [3 x <2 x float>], ptr @table, i32 0, i32 %id

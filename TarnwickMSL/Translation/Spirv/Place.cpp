@@ -304,9 +304,8 @@ std::optional<Access> Planner::lanes(Descent& at, FixedVectorType* type) {
     std::int64_t lane = sizeOf(vector->getElementType(), layout_);
     if (at.offset == 0 && valueBytes(vector, layout_) == valueBytes(type, layout_))
         return leaf(at, type, Access::Form::whole);
-    // Lanes past the leaf's own are its padding.
     bool fits = at.offset >= 0 && at.offset % lane == 0 &&
-                at.offset + valueBytes(type, layout_) <= sizeOf(vector, layout_) &&
+                at.offset + valueBytes(type, layout_) <= valueBytes(vector, layout_) &&
                 vector->getElementType() == type->getElementType();
     if (!fits)
         return std::nullopt;
@@ -322,8 +321,8 @@ std::optional<Access> Planner::scalar(const Place& place, Descent& at, Type* typ
         return halves(place, type);
     if (vector) {
         at.intoLane();
-        if (at.isOutside)
-            return Access{.form = Access::Form::outside, .type = type};
+        if (at.isOutside) // in the padding of a vector of three
+            return std::nullopt;
     }
     if (!isScalar(at.type) || !at.terms.empty() || at.offset < 0)
         return std::nullopt;
