@@ -15,6 +15,7 @@ if(TARGET TarnwickGPU)
                 ${CMAKE_CURRENT_SOURCE_DIR}/SpirvModules.cpp
         LINK TarnwickGPU TarnwickMSLTranslationSpirv
         LABELS gpu)
+    add_dependencies(TarnwickMSLSpirvValuesTests tarnwick-msl-worker)
     target_compile_options(TarnwickMSLSpirvValuesTests PRIVATE -Wno-missing-field-initializers)
 endif()
 

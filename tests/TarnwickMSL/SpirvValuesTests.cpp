@@ -352,4 +352,55 @@ TEST_F(Values, ofIntegerIntrinsicsAreRightInEveryWidth) {
     }
 }
 
+TEST_F(Values, ofAThreadgroupsMemoryAndAtomicsAreShared) {
+    auto library = device->newLibrary(R"(
+#include <metal_stdlib>
+using namespace metal;
+kernel void sum(device float* sums [[buffer(0)]], device atomic_uint* total [[buffer(1)]],
+                device atomic_int* ends [[buffer(2)]], uint i [[thread_position_in_grid]],
+                uint t [[thread_index_in_threadgroup]],
+                uint g [[threadgroup_position_in_grid]]) {
+    threadgroup float shared[64];
+    threadgroup atomic_uint count;
+    if (t == 0)
+        atomic_store_explicit(&count, 0, memory_order_relaxed);
+    shared[t] = float(i);
+    threadgroup_barrier(mem_flags::mem_threadgroup);
+    for (uint step = 32; step > 0; step /= 2) {
+        if (t < step)
+            shared[t] += shared[t + step];
+        threadgroup_barrier(mem_flags::mem_threadgroup);
+    }
+    atomic_fetch_add_explicit(&count, 2u, memory_order_relaxed);
+    atomic_fetch_add_explicit(total, i, memory_order_relaxed);
+    atomic_fetch_max_explicit(ends, int(i) - 5, memory_order_relaxed);
+    atomic_fetch_min_explicit(ends + 1, -int(i), memory_order_relaxed);
+    threadgroup_barrier(mem_flags::mem_threadgroup);
+    if (t == 0)
+        sums[g] = shared[0] + float(atomic_load_explicit(&count, memory_order_relaxed)) * 65536.0;
+}
+)");
+    auto pipeline = device->newComputePipelineState(*library->newFunction("sum"));
+    std::array<std::unique_ptr<gpu::Buffer>, 3> buffers;
+    auto commands = queue->commandBuffer();
+    auto encoder = commands->computeCommandEncoder();
+    encoder->setComputePipelineState(*pipeline);
+    for (std::uint32_t n = 0; n < 3; ++n) {
+        buffers[n] = device->newBuffer(16);
+        std::memset(buffers[n]->contents(), 0, 16);
+        encoder->setBuffer(*buffers[n], 0, n);
+    }
+    encoder->dispatchThreads({192, 1, 1}, {64, 1, 1});
+    encoder->endEncoding();
+    commands->commit();
+    commands->waitUntilCompleted();
+    auto* sums = static_cast<const float*>(buffers[0]->contents());
+    auto* ends = static_cast<const std::int32_t*>(buffers[2]->contents());
+    for (int group = 0; group < 3; ++group) // 64 numbers from 64 * group on; each counts 2
+        EXPECT_EQ(sums[group], static_cast<float>(2016 + 4096 * group + 128 * 65536));
+    EXPECT_EQ(*static_cast<const std::uint32_t*>(buffers[1]->contents()), 192u * 191 / 2);
+    EXPECT_EQ(ends[0], 186);
+    EXPECT_EQ(ends[1], -191);
+}
+
 } // namespace tarnwick::msl

@@ -69,10 +69,11 @@ std::optional<Access> access(const View& view, const Place& place, llvm::Type* t
 // Whether storing so means reading what stands beside it first.
 bool storesBeside(const Access& access);
 
-// A load or store of a root's memory.
+// A load or store of a root's memory, or an atomic change.
 struct Use {
     Place place;
     llvm::Type* type = nullptr;
+    bool isWrite = false;
 };
 std::vector<Use> usesOf(const llvm::Value& root, const llvm::DataLayout& layout);
 

@@ -22,6 +22,12 @@ const InterfaceVariable* Memory::interfaceOf(const GlobalVariable& global) const
     return nullptr;
 }
 
+// A variable of the program's own that is written is threadgroup memory: Metal has no others.
+static bool isWritten(const GlobalVariable& global, const DataLayout& layout) {
+    return !global.isConstant() &&
+           any_of(usesOf(global, layout), [](const Use& use) { return use.isWrite; });
+}
+
 Memory::Root& Memory::root(const Value* value) {
     std::unique_ptr<Root>& known = roots_[value];
     if (known)
@@ -35,10 +41,12 @@ Memory::Root& Memory::root(const Value* value) {
     }
     auto& global = *cast<GlobalVariable>(value);
     made.interface = interfaceOf(global);
-    if (!made.interface)
-        makeTable(made, global);
-    else if (made.interface->kind == InterfaceKind::workgroup)
+    bool isShared = made.interface ? made.interface->kind == InterfaceKind::workgroup
+                                   : isWritten(global, body_.types.dataLayout());
+    if (isShared)
         makeWorkgroup(made, global);
+    else if (!made.interface)
+        makeTable(made, global);
     else if (made.interface->kind == InterfaceKind::input ||
              made.interface->kind == InterfaceKind::output)
         makeStage(made, global);
@@ -101,7 +109,7 @@ void Memory::makeWorkgroup(Root& made, const GlobalVariable& global) {
     made.storage = spv::StorageClass::Workgroup;
     const DataLayout& layout = body_.types.dataLayout();
     Type* type = global.getValueType();
-    if (!made.interface->isReference && made.interface->elementBytes)
+    if (made.interface && !made.interface->isReference && made.interface->elementBytes)
         type = ArrayType::get(type, workgroupBytes / made.interface->elementBytes);
     View view = fittingView(global, type, layout);
     Id pointer = body_.types.pointer(made.storage, contentType(body_, view));

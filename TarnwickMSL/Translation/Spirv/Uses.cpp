@@ -2,7 +2,7 @@
 
 #include "TarnwickMSL/Translation/Spirv/Place.h"
 
-#include <llvm/IR/Instructions.h>
+#include <llvm/IR/IntrinsicInst.h>
 
 #include <numeric>
 
@@ -10,25 +10,35 @@ namespace tarnwick::msl::spirv {
 
 using namespace llvm;
 
+// What the user does with the memory that `pointer` points to; no type where it does nothing.
+static Use useBy(const User& user, const Value* pointer) {
+    if (auto* load = dyn_cast<LoadInst>(&user))
+        return {{}, load->getType(), false};
+    if (auto* store = dyn_cast<StoreInst>(&user))
+        return {{}, store->getValueOperand()->getType(), true};
+    if (auto* change = dyn_cast<AtomicRMWInst>(&user))
+        return {{}, change->getType(), true};
+    if (auto* exchange = dyn_cast<AtomicCmpXchgInst>(&user))
+        return {{}, exchange->getNewValOperand()->getType(), true};
+    auto* call = dyn_cast<CallInst>(&user); // the library's atomics
+    if (!call || isa<IntrinsicInst>(call) || call->arg_empty() || call->getArgOperand(0) != pointer)
+        return {};
+    return {{}, call->arg_size() > 1 ? call->getArgOperand(1)->getType() : call->getType(), true};
+}
+
 std::vector<Use> usesOf(const Value& root, const DataLayout& layout) {
     std::vector<Use> uses;
     SmallVector<const Value*, 8> open{&root};
     while (!open.empty()) {
         const Value* pointer = open.pop_back_val();
         for (const User* user : pointer->users()) {
-            Type* type = nullptr;
-            if (auto* load = dyn_cast<LoadInst>(user))
-                type = load->getType();
-            else if (auto* store = dyn_cast<StoreInst>(user))
-                type = store->getValueOperand()->getType();
-            else if (auto* change = dyn_cast<AtomicRMWInst>(user))
-                type = change->getType();
-            else if (auto* exchange = dyn_cast<AtomicCmpXchgInst>(user))
-                type = exchange->getNewValOperand()->getType();
-            if (type)
-                uses.push_back({placeOf(pointer, layout), type});
-            else if (user->getType()->isPointerTy())
+            Use use = useBy(*user, pointer);
+            if (use.type) {
+                use.place = placeOf(pointer, layout);
+                uses.push_back(std::move(use));
+            } else if (user->getType()->isPointerTy()) {
                 open.push_back(user);
+            }
         }
     }
     return uses;
