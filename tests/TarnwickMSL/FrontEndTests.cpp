@@ -84,6 +84,8 @@ TEST(FrontEnd, refusesAtTheLineWhatAShaderMayNotDo) {
         {"float4 f(float2 v) {\n return float4(v, 1); }", "shader.metal:2:9: error: "},
         {"float4 f(float4 v) { return v.xyq; }",
          "shader.metal:1:30: error: illegal vector component name 'q'"},
+        {"void f(float2 v) { if (v < 1) v = 2; }",
+         "shader.metal:1:24: error: value of type 'bool2' is not contextually"},
         {"float f() { return dot(1.0, float3(1)) + nothing; }",
          "shader.metal:1:42: error: use of undeclared identifier 'nothing'"},
         {"fragment float4 f(float2 p) { return 1; }",

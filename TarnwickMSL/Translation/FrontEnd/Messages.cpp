@@ -46,6 +46,19 @@ static void nameConstructor(llvm::SmallString<256>& message) {
     message = text;
 }
 
+// Comparisons of vectors give Clang's masks; in Metal they are vectors of bool.
+static void nameMasks(llvm::SmallString<256>& message) {
+    std::string text = message.str().str();
+    for (char lanes : {'2', '3', '4'}) {
+        const std::string mask = std::string("'int __attribute__((ext_vector_type(") + lanes +
+                                 ")))' (vector of " + lanes + " 'int' values)";
+        const std::string name = std::string("'bool") + lanes + "'";
+        for (std::size_t at = text.find(mask); at != std::string::npos; at = text.find(mask))
+            text.replace(at, mask.size(), name);
+    }
+    message = text;
+}
+
 void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic) {
     DiagnosticConsumer::HandleDiagnostic(level, diagnostic); // counts
     if (++given > mostMessages)
@@ -53,6 +66,7 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
     llvm::SmallString<256> message;
     diagnostic.FormatDiagnostic(message);
     nameConstructor(message);
+    nameMasks(message);
     if (!diagnostic.hasSourceManager() || !diagnostic.getLocation().isValid() || !text) {
         out << (level == Level::Warning ? "warning: " : "error: ") << message << '\n';
         return;
