@@ -15,6 +15,8 @@ class Module;
 
 namespace tarnwick::msl {
 
+struct Parsed;
+
 // The standard library in precompiled form. Made once per process (or read from a file that the
 // build made), then used by any number of parses, one at a time.
 class StandardLibrary {
@@ -26,10 +28,14 @@ class StandardLibrary {
     static StandardLibrary fromPrecompiled(std::string bytes);
     // 16 characters that tell this library and compiler from others, for those who keep the bytes.
     static std::string fingerprint();
-    const std::string& precompiled() const { return precompiled_; }
+    const std::string& precompiled() const { return *precompiled_; }
 
   private:
-    std::string precompiled_;
+    friend Parsed parse(std::string_view source, const StandardLibrary& library,
+                        llvm::LLVMContext& context);
+    // Shared with copies and with the file system that holds it for Clang.
+    std::shared_ptr<const std::string> precompiled_;
+    std::shared_ptr<void> files_;
 };
 
 struct Parsed {

@@ -111,9 +111,10 @@ std::vector<const char*> compilerOptions() {
 
 class Compiler {
   public:
-    Compiler(std::string_view precompiled, std::string& text)
-        : out(text),
-          messages(out, precompiled.empty() ? Messages::About::library : Messages::About::program),
+    enum class Work { library, program };
+    Compiler(Work work, FileSystem files, std::string& text)
+        : out(text), messages(out, work == Work::library ? Messages::About::library
+                                                         : Messages::About::program),
           instance(std::make_shared<clang::PCHContainerOperations>()) {
         registerAttributes();
         instance.setVerboseOutputStream(out);
@@ -127,9 +128,9 @@ class Compiler {
         instance.getFrontendOpts().DisableFree = 0;
         clang::PreprocessorOptions& preprocessing = instance.getPreprocessorOpts();
         preprocessing.DisablePCHOrModuleValidation = clang::DisableValidationForModuleKind::All;
-        if (!precompiled.empty())
+        if (work == Work::program)
             preprocessing.ImplicitPCHInclude = precompiledFile;
-        instance.createFileManager(fileSystem(precompiled));
+        instance.createFileManager(std::move(files));
     }
 
     bool execute(clang::FrontendAction& action, clang::FrontendInputFile input) {
@@ -308,7 +309,7 @@ void ProgramAction::ExecuteAction() {
 StandardLibrary StandardLibrary::build() {
     std::string text;
     LibraryAction action;
-    Compiler compiler({}, text);
+    Compiler compiler(Compiler::Work::library, fileSystem({}), text);
     const clang::InputKind kind(clang::Language::CXX, clang::InputKind::Source, false,
                                 clang::InputKind::HeaderUnit_None, true);
     if (!compiler.execute(action, clang::FrontendInputFile(prefixFile, kind)) ||
@@ -319,7 +320,9 @@ StandardLibrary StandardLibrary::build() {
 
 StandardLibrary StandardLibrary::fromPrecompiled(std::string bytes) {
     StandardLibrary library;
-    library.precompiled_ = std::move(bytes);
+    library.precompiled_ = std::make_shared<const std::string>(std::move(bytes));
+    // Made once: the file system takes a hash of all its bytes.
+    library.files_ = std::make_shared<FileSystem>(fileSystem(*library.precompiled_));
     return library;
 }
 
@@ -336,7 +339,8 @@ Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVM
     Parsed parsed;
     const std::string text(source); // ends in a zero, as Clang's lexer wants
     {
-        Compiler compiler(library.precompiled(), parsed.messages);
+        Compiler compiler(Compiler::Work::program, *static_cast<FileSystem*>(library.files_.get()),
+                          parsed.messages);
         ProgramAction action(context, parsed);
         const llvm::MemoryBufferRef buffer(text, "program_source");
         const bool isGood = compiler.execute(
