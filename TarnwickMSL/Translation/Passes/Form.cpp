@@ -154,8 +154,8 @@ std::string StructureCheck::checkLoop(BasicBlock& header, const Merge& merge) {
         if (from != back && tree_.dominates(&header, from))
             return about("A loop has two ways back", header);
     for (Instruction& instruction : header)
-        if (!isa<PHINode, BranchInst>(instruction))
-            return about("A loop's header does work", instruction);
+        if (instruction.mayHaveSideEffects())
+            return about("A loop's header has effects", instruction);
     return {};
 }
 

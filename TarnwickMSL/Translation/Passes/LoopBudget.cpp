@@ -8,6 +8,7 @@
 
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/Analysis/ScalarEvolution.h>
+#include <llvm/Analysis/ValueTracking.h>
 #include <llvm/IR/Dominators.h>
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/Transforms/Utils/BasicBlockUtils.h>
@@ -23,7 +24,7 @@ constexpr std::uint64_t mostUncounted = 4'096; // rounds beside a counter; with 
 constexpr std::uint64_t mostInside = 64;       // rounds of a known loop inside a counting one
 constexpr std::uint64_t unknown = 1ull << 40;
 
-static constexpr StringLiteral counterName = "rounds";
+static constexpr StringLiteral counterMark = "msl.rounds"; // metadata: names may be discarded
 
 class Counting {
   public:
@@ -38,7 +39,8 @@ class Counting {
     std::uint64_t inside(Loop* loop);
     void choose(Loop* loop, std::uint64_t most);
     void count(Loop* loop);
-    Value* advance(IRBuilder<>& builder, std::uint64_t by);
+    bool endsForIt(const Loop& loop) const;
+    Value* isSpent(IRBuilder<>& builder);
     void makeGlobals();
 
     ShaderModule& shader_;
@@ -46,7 +48,7 @@ class Counting {
     ScalarEvolution& evolution_;
     DenseMap<Loop*, std::uint64_t> rounds_;
     SmallVector<Loop*, 8> counted_;
-    DenseMap<Loop*, std::uint64_t> weights_; // of one round of a counting loop
+    DenseMap<const Loop*, std::uint64_t> weights_; // of one round of a counting loop
     AllocaInst* counter_ = nullptr;
     Value* budget_ = nullptr;
     BasicBlock* spent_ = nullptr;
@@ -104,7 +106,8 @@ void Counting::makeGlobals() {
                                  .isReference = true});
     BasicBlock& entry = shader_.main->getEntryBlock();
     IRBuilder<> builder(&entry, entry.getFirstNonPHIOrDbgOrAlloca());
-    counter_ = builder.CreateAlloca(word, nullptr, counterName);
+    counter_ = builder.CreateAlloca(word, nullptr, "rounds");
+    counter_->setMetadata(counterMark, MDNode::get(context, {}));
     builder.CreateStore(builder.getInt32(0), counter_);
     budget_ = builder.CreateCall(budget, {}, "budget");
     spent_ = BasicBlock::Create(context, "spent", shader_.main);
@@ -117,35 +120,69 @@ void Counting::makeGlobals() {
     builder.CreateBr(end);
 }
 
-Value* Counting::advance(IRBuilder<>& builder, std::uint64_t by) {
-    Value* before = builder.CreateLoad(builder.getInt32Ty(), counter_);
-    Value* after = builder.CreateAdd(before, builder.getInt32(static_cast<std::uint32_t>(by)));
-    builder.CreateStore(after, counter_);
-    return builder.CreateICmpUGT(after, budget_);
+Value* Counting::isSpent(IRBuilder<>& builder) {
+    return builder.CreateICmpUGT(builder.CreateLoad(builder.getInt32Ty(), counter_), budget_);
 }
 
-// A latch that tests for the loop's end tests for the budget's as well, so that the loop keeps one
-// exit, and what follows it looks at the counter again. Another latch gets an exit of its own.
+static bool isLocal(const Value* pointer) {
+    return isa<AllocaInst>(getUnderlyingObject(pointer));
+}
+
+// Whether anybody outside sees what the loop does before it ends.
+static bool hasEffects(const Loop& loop) {
+    return any_of(loop.blocks(), [](const BasicBlock* block) {
+        return any_of(*block, [](const Instruction& instruction) {
+            auto* store = dyn_cast<StoreInst>(&instruction);
+            return instruction.mayHaveSideEffects() &&
+                   !(store && isLocal(store->getPointerOperand()));
+        });
+    });
+}
+
+// The block whose test for the loop's end can test for the budget's as well, so that the loop gets
+// no further exit.
+static BasicBlock* testingBlock(const Loop& loop) {
+    for (BasicBlock* block : {loop.getHeader(), loop.getLoopLatch()})
+        if (auto* branch = dyn_cast<BranchInst>(block->getTerminator());
+            branch && branch->isConditional() && loop.isLoopExiting(block))
+            return block;
+    return nullptr;
+}
+
+// Whether a loop inside may leave it to this one to end the invocation: it counts as well, nothing
+// leaves it but the test, and the rest of its round has no effect.
+bool Counting::endsForIt(const Loop& loop) const {
+    BasicBlock* testing = testingBlock(loop);
+    return weights_.contains(&loop) && testing && loop.getExitingBlock() == testing &&
+           !hasEffects(loop);
+}
+
+// What follows the test looks at the counter again and ends the invocation, unless the loop around
+// will do so.
 void Counting::count(Loop* loop) {
-    BasicBlock* latch = loop->getLoopLatch();
-    BasicBlock* header = loop->getHeader();
-    auto* branch = cast<BranchInst>(latch->getTerminator());
-    IRBuilder<> builder(branch);
-    Value* isOver = advance(builder, weights_[loop]);
-    if (branch->isUnconditional()) {
-        builder.CreateCondBr(isOver, spent_, header);
-        branch->eraseFromParent();
+    BasicBlock* testing = testingBlock(*loop);
+    Instruction* end = (testing ? testing : loop->getLoopLatch())->getTerminator();
+    IRBuilder<> builder(end);
+    Value* before = builder.CreateLoad(builder.getInt32Ty(), counter_);
+    auto weight = static_cast<std::uint32_t>(weights_[loop]);
+    builder.CreateStore(builder.CreateAdd(before, builder.getInt32(weight)), counter_);
+    Value* isOver = isSpent(builder);
+    if (!testing) {
+        builder.CreateCondBr(isOver, spent_, loop->getHeader());
+        end->eraseFromParent();
         return;
     }
-    unsigned out = branch->getSuccessor(0) == header ? 1 : 0;
+    auto* branch = cast<BranchInst>(end);
+    unsigned out = loop->contains(branch->getSuccessor(0)) ? 1 : 0;
     Value* condition = branch->getCondition();
     branch->setCondition(out == 0 ? builder.CreateOr(condition, isOver)
                                   : builder.CreateAnd(condition, builder.CreateNot(isOver)));
-    BasicBlock* after = SplitEdge(latch, branch->getSuccessor(out));
+    if (Loop* around = loop->getParentLoop(); around && endsForIt(*around))
+        return;
+    BasicBlock* after = SplitEdge(testing, branch->getSuccessor(out));
     Instruction* onward = after->getTerminator();
     builder.SetInsertPoint(onward);
-    Value* now = builder.CreateLoad(builder.getInt32Ty(), counter_);
-    builder.CreateCondBr(builder.CreateICmpUGT(now, budget_), spent_, onward->getSuccessor(0));
+    builder.CreateCondBr(isSpent(builder), spent_, onward->getSuccessor(0));
     onward->eraseFromParent();
 }
 
@@ -172,13 +209,16 @@ void budgetLoops(ShaderModule& shader, Optimiser& optimiser) {
     optimiser.forget(main);
 }
 
+bool isCounter(const Value& pointer) {
+    auto* local = dyn_cast<AllocaInst>(&pointer);
+    return local && local->getMetadata(counterMark);
+}
+
 void promoteCounter(Function& main) {
     for (Instruction& instruction : main.getEntryBlock())
-        if (auto* counter = dyn_cast<AllocaInst>(&instruction);
-            counter && counter->getName() == counterName) {
+        if (isCounter(instruction)) {
             DominatorTree tree(main);
-            PromoteMemToReg(counter, tree);
-            return;
+            return PromoteMemToReg(cast<AllocaInst>(&instruction), tree);
         }
 }
 

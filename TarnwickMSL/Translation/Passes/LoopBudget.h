@@ -13,6 +13,9 @@ class Optimiser;
 // 1 to `msl.loop_report`. Sets shader.usesLoopBudget.
 void budgetLoops(ShaderModule& shader, Optimiser& optimiser);
 
+// Whether the pointer is the counter's place in memory.
+bool isCounter(const llvm::Value& pointer);
+
 // Takes the counter out of memory again; for structured regions before their merges are made.
 void promoteCounter(llvm::Function& main);
 

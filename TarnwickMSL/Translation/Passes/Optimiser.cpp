@@ -1,5 +1,7 @@
 #include "TarnwickMSL/Translation/Passes/Optimiser.h"
 
+#include "TarnwickMSL/Translation/Passes/Costs.h"
+
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/Analysis/ScalarEvolution.h>
 #include <llvm/Analysis/TargetLibraryInfo.h>
@@ -14,7 +16,6 @@
 #include <llvm/Transforms/Scalar/IndVarSimplify.h>
 #include <llvm/Transforms/Scalar/LICM.h>
 #include <llvm/Transforms/Scalar/LoopPassManager.h>
-#include <llvm/Transforms/Scalar/LoopRotation.h>
 #include <llvm/Transforms/Scalar/LoopUnrollPass.h>
 #include <llvm/Transforms/Scalar/SROA.h>
 #include <llvm/Transforms/Scalar/SimplifyCFG.h>
@@ -23,9 +24,6 @@ namespace tarnwick::msl {
 
 using namespace llvm;
 
-// At this level LoopFullUnroll's threshold is 300; at 2 it is 150, which leaves octaves of noise
-// in loops.
-constexpr int unrollLevel = 3;
 constexpr unsigned longestUnrolled = 128;  // rounds
 constexpr unsigned largestUnrolled = 2400; // instructions, rounds times body, before they fold
 
@@ -60,9 +58,8 @@ static void addFully(FunctionPassManager& passes) {
 
 static void addUnrolling(FunctionPassManager& passes) {
     LoopPassManager loops;
-    loops.addPass(LoopRotatePass(true));
     loops.addPass(IndVarSimplifyPass());
-    loops.addPass(LoopFullUnrollPass(unrollLevel));
+    loops.addPass(LoopFullUnrollPass());
     passes.addPass(createFunctionToLoopPassAdaptor(std::move(loops)));
     addFully(passes);
 }
@@ -82,6 +79,7 @@ Optimiser::Optimiser(Module& module) : managers_(std::make_unique<Managers>()) {
     TargetLibraryInfoImpl library{Triple(module.getTargetTriple())};
     library.disableAllFunctions();
     all.functions.registerPass([library] { return TargetLibraryAnalysis(library); });
+    all.functions.registerPass([] { return shaderCosts(); });
     PassBuilder builder;
     builder.registerModuleAnalyses(all.modules);
     builder.registerCGSCCAnalyses(all.components);

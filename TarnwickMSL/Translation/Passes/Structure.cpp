@@ -14,6 +14,7 @@
 #include <llvm/Analysis/PostDominators.h>
 #include <llvm/IR/Dominators.h>
 #include <llvm/IR/IRBuilder.h>
+#include <llvm/IR/PatternMatch.h>
 #include <llvm/Transforms/Scalar/DCE.h>
 #include <llvm/Transforms/Scalar/InstSimplifyPass.h>
 #include <llvm/Transforms/Scalar/StructurizeCFG.h>
@@ -27,6 +28,7 @@
 namespace tarnwick::msl {
 
 using namespace llvm;
+using namespace llvm::PatternMatch;
 
 // Code that cannot be reached in a defined program ends the invocation.
 static void returnWhereUnreachable(Function& main) {
@@ -96,6 +98,66 @@ void normaliseFlow(Function& main, Optimiser& optimiser) {
     optimiser.forget(main);
 }
 
+// A loop that its header alone leaves, by a test that has no effect, has the shape that the driver
+// needs as it is. StructurizeCFG knows only loops that their latch leaves; so while it works, the
+// test stands there: `markLoops` moves it, as the call of a marker that keeps the condition, and
+// `restoreTest` moves it back.
+static constexpr StringLiteral marker = "msl.leaves_from_header";
+
+static bool hasEffects(const Instruction& instruction) {
+    auto* call = dyn_cast<CallBase>(&instruction);
+    auto* store = dyn_cast<StoreInst>(&instruction);
+    return (instruction.mayHaveSideEffects() &&
+            !(store && isCounter(*store->getPointerOperand()))) ||
+           (call && call->isConvergent());
+}
+
+static bool leavesFromHeader(const Loop& loop) {
+    BasicBlock* header = loop.getHeader();
+    BasicBlock* latch = loop.getLoopLatch();
+    if (loop.getExitingBlock() != header || !loop.getExitBlock() || !latch || latch == header ||
+        succ_size(latch) != 1)
+        return false;
+    return none_of(*header, [&](Instruction& value) {
+        if (isa<PHINode>(value) || value.isTerminator())
+            return false;
+        return hasEffects(value) || any_of(value.users(), [&](User* user) {
+                   return !loop.contains(cast<Instruction>(user));
+               });
+    });
+}
+
+static void moveTestToLatch(Loop& loop) {
+    BasicBlock *header = loop.getHeader(), *latch = loop.getLoopLatch();
+    BasicBlock* exit = loop.getExitBlock();
+    auto* test = cast<BranchInst>(header->getTerminator());
+    unsigned inside = test->getSuccessor(0) == exit ? 1 : 0;
+    IRBuilder<> builder(latch->getTerminator());
+    Value* stays = test->getCondition();
+    if (inside == 1) {
+        builder.SetInsertPoint(test);
+        stays = builder.CreateNot(stays);
+        builder.SetInsertPoint(latch->getTerminator());
+    }
+    Module& module = *header->getModule();
+    FunctionCallee mark =
+        module.getOrInsertFunction(marker, builder.getInt1Ty(), builder.getInt1Ty());
+    builder.CreateCondBr(builder.CreateCall(mark, stays), header, exit);
+    latch->getTerminator()->eraseFromParent();
+    BranchInst::Create(test->getSuccessor(inside), header);
+    test->eraseFromParent();
+    for (PHINode& phi : exit->phis())
+        phi.replaceIncomingBlockWith(header, latch);
+}
+
+static void markLoops(Function& main, Optimiser& optimiser) {
+    auto& loops = optimiser.analyses().getResult<LoopAnalysis>(main);
+    for (Loop* loop : loops.getLoopsInPreorder())
+        if (leavesFromHeader(*loop))
+            moveTestToLatch(*loop);
+    optimiser.forget(main);
+}
+
 // The values of the loop that code after it uses, each once.
 static SmallVector<Instruction*, 8> leavingValues(const Loop& loop) {
     SmallVector<Instruction*, 8> leaving;
@@ -110,7 +172,7 @@ static SmallVector<Instruction*, 8> leavingValues(const Loop& loop) {
     return leaving;
 }
 
-// One loop in the making; its blocks are those of `structured` below.
+// One loop in the making.
 struct LoopShape {
     BasicBlock* header = nullptr; // phis and a branch
     BasicBlock* body = nullptr;   // what the header held
@@ -119,6 +181,18 @@ struct LoopShape {
     BasicBlock* merge = nullptr;
 };
 
+// The call of the marker that the loop's latch tests, directly or negated; null for other loops.
+static CallInst* markerOf(const Loop& loop) {
+    auto* branch = cast<BranchInst>(loop.getLoopLatch()->getTerminator());
+    Value* condition = branch->getCondition();
+    if (Value* negated = nullptr; match(condition, m_Not(m_Value(negated))))
+        condition = negated;
+    auto* call = dyn_cast<CallInst>(condition);
+    return call && call->getCalledFunction() && call->getCalledFunction()->getName() == marker
+               ? call
+               : nullptr;
+}
+
 static LoopShape splitLoop(Loop& loop, DominatorTree& tree, LoopInfo& loops) {
     LoopShape shape;
     shape.header = loop.getHeader();
@@ -126,7 +200,10 @@ static LoopShape splitLoop(Loop& loop, DominatorTree& tree, LoopInfo& loops) {
     BasicBlock* exit = loop.getExitBlock();
     if (!latch || !exit || loop.getExitingBlock() != latch)
         throw TranslationError("A loop's control flow could not be structured.");
-    shape.body = SplitBlock(shape.header, shape.header->getFirstNonPHIIt(), &tree, &loops);
+    bool isMarked = markerOf(loop) != nullptr;
+    BasicBlock::iterator split =
+        isMarked ? shape.header->getTerminator()->getIterator() : shape.header->getFirstNonPHIIt();
+    shape.body = SplitBlock(shape.header, split, &tree, &loops);
     shape.latch = latch == shape.header ? shape.body : latch;
     shape.continue_ = SplitBlock(shape.latch, shape.latch->getTerminator(), &tree, &loops);
     shape.merge = SplitEdge(shape.continue_, exit, &tree, &loops);
@@ -183,11 +260,41 @@ static void leaveFromHeader(Loop& loop, const LoopShape& shape, ArrayRef<Instruc
     BranchInst::Create(shape.merge, shape.body, done, shape.header);
 }
 
+static void restoreTest(const LoopShape& shape, CallInst& mark) {
+    Value* stays = mark.getArgOperand(0);
+    shape.continue_->getTerminator()->eraseFromParent();
+    BranchInst::Create(shape.header, shape.continue_);
+    shape.header->getTerminator()->eraseFromParent();
+    BranchInst::Create(shape.body, shape.merge, stays, shape.header);
+    SmallVector<Instruction*, 2> uses; // a negation, which nothing tests any more
+    for (User* user : mark.users())
+        uses.push_back(cast<Instruction>(user));
+    for (Instruction* use : uses)
+        use->eraseFromParent();
+    mark.eraseFromParent();
+}
+
+// Loops that leave from their headers go back to it, all of them before the counter of rounds
+// becomes values: until then the flow of control is not the program's own.
+static void restoreTests(Function& main, Structure& structure) {
+    DominatorTree tree(main);
+    LoopInfo loops(tree);
+    for (Loop* loop : loops.getLoopsInPreorder())
+        if (CallInst* mark = markerOf(*loop)) {
+            LoopShape shape = splitLoop(*loop, tree, loops);
+            restoreTest(shape, *mark);
+            tree.recalculate(main);
+            structure[shape.header] = {shape.merge, shape.continue_};
+        }
+}
+
 static void structureLoops(Function& main, Structure& structure) {
     DominatorTree tree(main);
     LoopInfo loops(tree);
     auto outerFirst = loops.getLoopsInPreorder();
     for (Loop* loop : reverse(outerFirst)) {
+        if (structure.contains(loop->getHeader()))
+            continue;
         LoopShape shape = splitLoop(*loop, tree, loops);
         SmallVector<Instruction*, 8> leaving = leavingValues(*loop);
         if (!leaving.empty()) {
@@ -229,6 +336,7 @@ Structure structureFlow(Function& main, Optimiser& optimiser) {
     Structure structure;
     if (isPlain(main))
         return structure;
+    markLoops(main, optimiser);
     FunctionPassManager passes;
     passes.addPass(LoopSimplifyPass());
     passes.addPass(UnifyLoopExitsPass());
@@ -238,6 +346,7 @@ Structure structureFlow(Function& main, Optimiser& optimiser) {
     passes.run(main, optimiser.analyses());
     optimiser.forget(main);
     dropEmptyBranches(main);
+    restoreTests(main, structure);
     promoteCounter(main);
     structureLoops(main, structure);
     structureSelections(main, structure);

@@ -3,6 +3,8 @@
 #include "TarnwickMSL/Translation/Spirv/Arithmetic.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
+#include <llvm/IR/Operator.h>
+
 #include <array>
 #include <cmath>
 #include <numbers>
@@ -262,12 +264,22 @@ static Id writeFloatIntrinsic(Body& body, const IntrinsicInst& call) {
     }
 }
 
+// Where the code is not precise, what is not a number need not be told from what is: drivers turn
+// the plain forms into clamps and saturation, but take the others to the letter.
+static GLSLstd450 relaxed(GLSLstd450 instruction, const IntrinsicInst& call) {
+    if (!isa<FPMathOperator>(call) || !call.hasApproxFunc())
+        return instruction;
+    return instruction == GLSLstd450NMin   ? GLSLstd450FMin
+           : instruction == GLSLstd450NMax ? GLSLstd450FMax
+                                           : instruction;
+}
+
 Id writeIntrinsic(Body& body, const IntrinsicInst& call) {
     if (asksNothing(call.getIntrinsicID()))
         return 0;
     for (const Direct& known : directs)
         if (known.intrinsic == call.getIntrinsicID())
-            return body.extended(known.instruction, call.getType(),
+            return body.extended(relaxed(known.instruction, call), call.getType(),
                                  body.operands(call, 0, call.arg_size()));
     if (Id id = writeFloatIntrinsic(body, call))
         return id;
