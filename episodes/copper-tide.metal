@@ -64,6 +64,8 @@ Tide tideAt(float2 q, float t, float warp, int detail) {
     return tide;
 }
 
+constant float2 nearby[3] = {float2(1.0, 0.0), float2(0.0, 1.0), float2(0.0, 0.0)};
+
 // Four colours of the metal and its ground; the shader mixes its way through them.
 constant float3 copper[4] = {
     float3(0.016, 0.042, 0.060), // ink
@@ -83,12 +85,16 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {
     q += float2(3.1, 7.7);
     float t = u.time * p.speed;
 
-    Tide tide = tideAt(q, t, p.warp, 5);
-
-    // Two more heights close by give the slope, and the slope gives the light.
+    // Heights at three places close together give the slope, and the slope gives the light. The
+    // last place is the pixel's own.
     const float h = 0.012;
-    float2 slope = float2(tideAt(q + float2(h, 0.0), t, p.warp, 5).height - tide.height,
-                          tideAt(q + float2(0.0, h), t, p.warp, 5).height - tide.height) / h;
+    Tide tide;
+    float3 heights;
+    for (int i = 0; i < 3; i++) {
+        tide = tideAt(q + h * nearby[i], t, p.warp, 5);
+        heights[i] = tide.height;
+    }
+    float2 slope = (heights.xy - heights.z) / h;
     float3 n = normalize(float3(-slope * p.relief * 0.55, 1.0));
     float3 light = normalize(float3(-0.55, 0.65, 0.55));
     float diffuse = saturate(dot(n, light));
