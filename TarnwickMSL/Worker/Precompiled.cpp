@@ -1,22 +1,27 @@
 #include "TarnwickMSL/Worker/Precompiled.h"
 
 #include <fstream>
-#include <iterator>
 
 namespace tarnwick::msl {
 namespace {
 
 std::string readWhole(const std::filesystem::path& path) {
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
     std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    if (error || !file)
+        return {};
+    std::string bytes(size, '\0');
+    file.read(bytes.data(), static_cast<std::streamsize>(size));
+    return file ? bytes : std::string();
 }
 
 } // namespace
 
-// The file: the library's fingerprint in 16 digits, then what Clang wrote.
+// The file: what Clang wrote, then the library's fingerprint in 16 digits.
 bool writePrecompiled(const std::filesystem::path& path) {
     const std::string bytes =
-        StandardLibrary::fingerprint() + StandardLibrary::build().precompiled();
+        StandardLibrary::build().precompiled() + StandardLibrary::fingerprint();
     std::filesystem::path fresh = path;
     fresh += ".new";
     {
@@ -37,8 +42,10 @@ StandardLibrary standardLibrary() {
     const std::string fingerprint = StandardLibrary::fingerprint();
     for (const char* place : {"metal.pch", "../share/tarnwick/metal.pch"}) {
         std::string bytes = readWhole(here / place);
-        if (bytes.starts_with(fingerprint))
-            return StandardLibrary::fromPrecompiled(bytes.substr(fingerprint.size()));
+        if (!bytes.ends_with(fingerprint))
+            continue;
+        bytes.resize(bytes.size() - fingerprint.size());
+        return StandardLibrary::fromPrecompiled(std::move(bytes));
     }
     return StandardLibrary::build();
 }
