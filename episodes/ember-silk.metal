@@ -1,7 +1,7 @@
 // Ember Silk
 //
 // @episode 1 Ember Silk
-// @still 30
+// @still 45
 // @length 60
 // @teaches Painting with distance: one falloff, sharp on one side and soft on the other, makes cloth
 // @category Quiet
@@ -16,7 +16,7 @@
 // @param warmth 0.62 0.0 1.0 From moonlight to firelight
 // @param sparks 0.6 0.0 1.0 Embers that rise through the cloth
 
-constant int veils = 6;
+constant int veils = 5;
 
 // Each veil is turned a little against the one before it. A rotation is a constant matrix of
 // columns: (cos, sin), (-sin, cos), here for about 12 degrees.
@@ -34,7 +34,7 @@ Veil veilAt(float x, float t, float phase, float folds) {
     float fast = sin(x * 2.85 * folds - t * 0.47 + phase * 2.3 + slow);
     Veil veil;
     veil.height = 0.19 * slow + 0.07 * fast;
-    veil.sheen = 0.50 + 0.50 * sin(x * 1.1 + phase * 3.1 - t * 0.21 + fast * 0.4);
+    veil.sheen = 0.60 + 0.40 * slow * (0.9 - 0.6 * fast);
     return veil;
 }
 
@@ -43,11 +43,17 @@ float fold(float d) {
     return exp2(d > 0.0 ? -7.0 * d : 90.0 * d);
 }
 
-// Night blue to moonlight, or ember through gold to white; `warmth` slides between the two.
-float3 ramp(float x, float warmth) {
-    float3 cold = mix(float3(0.03, 0.09, 0.30), float3(0.40, 0.70, 1.00), x);
-    float3 warm = mix(float3(0.62, 0.07, 0.03), float3(1.00, 0.66, 0.26), x);
-    return mix(cold, warm, smoothstep(0.0, 1.0, warmth));
+// The two ends of a veil's colours: in the cloth and at its brightest.
+struct Dye {
+    float3 deep, bright;
+    float3 at(float light) const { return mix(deep, bright, light); }
+};
+
+// Night blue to moonlight, or ember to gold; `warmth` slides between the two.
+Dye dyeOf(float warmth) {
+    float w = smoothstep(0.0, 1.0, warmth);
+    return Dye{mix(float3(0.03, 0.09, 0.30), float3(0.62, 0.07, 0.03), w),
+               mix(float3(0.40, 0.70, 1.00), float3(1.00, 0.66, 0.26), w)};
 }
 
 // A cheap hash without sines: the same number for the same cell on every GPU.
@@ -81,14 +87,15 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {
     for (int i = 0; i < veils; i++) {
         float depth = float(i) / float(veils - 1); // 0 at the back, 1 in front
         Veil veil = veilAt(at.x, t + depth * 9.0, float(i) * 1.9, p.folds);
-        float light = fold(at.y - veil.height + 0.12 - 0.05 * float(i)) * veil.sheen;
-        float warmth = p.warmth + 0.9 * (depth - 0.45);
+        float light = fold(at.y - veil.height + 0.17 - 0.05 * float(i)) * veil.sheen;
+        Dye dye = dyeOf(p.warmth + 0.9 * (depth - 0.45));
         // The body of the cloth, and the fine bright line of its edge.
-        colour += ramp(0.20 + 0.35 * light, warmth) * light * (0.20 + 0.22 * depth);
-        colour += ramp(1.0, warmth) * light * light * light * light * (0.25 + 0.55 * depth);
+        float square = light * light;
+        colour += dye.at(0.20 + 0.35 * light) * (light * (0.24 + 0.24 * depth));
+        colour += dye.bright * (square * square * (0.35 + 0.60 * depth));
         at = turn * at;
     }
-    colour += ramp(0.75, 0.4 + p.warmth) * emberLight(q, t) * p.sparks;
+    colour += float3(0.95, 0.55, 0.20) * (emberLight(q, t) * p.sparks);
 
     // Highlights roll off instead of clipping, the corners rest in shade, and a little noise hides
     // the steps of 8-bit colour.
