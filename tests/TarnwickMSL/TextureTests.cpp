@@ -358,4 +358,29 @@ fragment float4 slopes(Corner in [[stage_in]]) {
     EXPECT_NEAR(slopes[5][2], 1.0f / 4, 1e-6f);
 }
 
+TEST_F(Textures, takeWhatKernelsWrite) {
+    auto library = device->newLibrary(R"(
+#include <metal_stdlib>
+using namespace metal;
+kernel void paint(texture2d<float, access::write> image [[texture(0)]],
+                  device float4* out [[buffer(0)]], const device float4* at [[buffer(1)]],
+                  uint i [[thread_position_in_grid]]) {
+    image.write(at[i].zwzw, uint2(at[i].xy));
+    out[i] = at[i];
+}
+)");
+    auto canvas = device->newTexture({.format = gpu::PixelFormat::rgba32Float,
+                                      .width = 3,
+                                      .height = 2,
+                                      .usage = {.shaderRead = true, .shaderWrite = true}});
+    std::vector<Texel> black(6), pixels(6);
+    canvas->replace({0, 0, 3, 2}, 0, black.data(), 3 * sizeof(Texel));
+    run(*library, "paint", {{0, 0, 5, 6}, {2, 1, 7, 8}, {3, 0, 9, 9}, {0, 2, 9, 9}}, canvas.get());
+    canvas->getBytes(pixels.data(), 3 * sizeof(Texel), {0, 0, 3, 2}, 0);
+    std::vector<Texel> expected(6); // what is written outside goes nowhere
+    expected[0] = {5, 6, 5, 6};
+    expected[5] = {7, 8, 7, 8};
+    EXPECT_EQ(pixels, expected);
+}
+
 } // namespace tarnwick

@@ -40,6 +40,8 @@ class Images {
 
     Id sample(llvm::StringRef name, const llvm::CallInst& call);
     Id gather(llvm::StringRef name, const llvm::CallInst& call);
+    struct Spot;
+    Spot spot(const Image& from, const llvm::CallInst& call);
     Id read(const llvm::CallInst& call);
     Id store(const llvm::CallInst& call);
     Id query(llvm::StringRef name, const llvm::CallInst& call);

@@ -1,0 +1,301 @@
+// The way down from a view to a value, and how the value is put together where it has no place of
+// its own.
+
+#include "TarnwickMSL/Translation/Spirv/Place.h"
+
+namespace tarnwick::msl::spirv {
+
+using namespace llvm;
+
+static std::int64_t floorDivide(std::int64_t a, std::int64_t b) {
+    return a / b - (a % b < 0 ? 1 : 0);
+}
+
+static std::int64_t sizeOf(Type* type, const DataLayout& layout) {
+    return static_cast<std::int64_t>(layout.getTypeAllocSize(type));
+}
+
+// Bytes that hold the value itself: 12 of a vector's three floats, which stand 16 apart.
+static std::int64_t valueBytes(Type* type, const DataLayout& layout) {
+    if (auto* vector = dyn_cast<FixedVectorType>(type))
+        return static_cast<std::int64_t>(vector->getNumElements()) *
+               sizeOf(vector->getElementType(), layout);
+    return sizeOf(type, layout);
+}
+
+// A walk down from a view's element to what stands at an offset.
+class Descent {
+  public:
+    Descent(const View& view, const Place& place, const DataLayout& layout)
+        : layout_(layout), shape_(view.layout), type(view.element), offset(place.offset),
+          anchor(place.anchor), terms(place.terms) {
+        if (view.isArray)
+            intoArray(view.element, view.count);
+    }
+
+    // Goes down until the type wanted or a vector or scalar is reached.
+    bool descend(Type* wanted);
+    bool intoLane();
+
+  private:
+    void intoArray(Type* element, std::uint64_t count);
+    bool intoMember();
+    bool takes(Type* inner) const;
+    bool tryMember(unsigned index);
+
+    const DataLayout& layout_;
+    Layout shape_;
+
+  public:
+    Type* type;
+    std::int64_t offset, anchor;
+    SmallVector<Term, 2> terms;
+    SmallVector<Step, 4> steps;
+    bool isOutside = false;
+};
+
+void Descent::intoArray(Type* element, std::uint64_t count) {
+    std::int64_t stride = std::max<std::int64_t>(1, sizeOf(element, layout_));
+    Step step{.constant = floorDivide(offset, stride), .terms = {}, .bound = count};
+    SmallVector<Term, 2> rest;
+    for (const Term& term : terms) {
+        if (term.scale % stride == 0)
+            step.terms.push_back({term.index, term.scale / stride});
+        else
+            rest.push_back(term);
+    }
+    bool isConstant = step.terms.empty();
+    if (isConstant &&
+        (step.constant < 0 || (count && step.constant >= static_cast<std::int64_t>(count))))
+        isOutside = true;
+    offset -= step.constant * stride;
+    anchor = rest.empty() ? offset : anchor - floorDivide(anchor, stride) * stride;
+    terms = std::move(rest);
+    steps.push_back(std::move(step));
+    type = element;
+}
+
+// Whether every term counts elements of some array (or lanes of a vector) inside.
+bool Descent::takes(Type* inner) const {
+    SmallVector<Type*, 8> open{inner};
+    SmallVector<Term, 2> left = terms;
+    while (!open.empty() && !left.empty()) {
+        Type* at = open.pop_back_val();
+        if (auto* record = dyn_cast<StructType>(at))
+            open.append(record->element_begin(), record->element_end());
+        Type* element = at->isArrayTy()    ? at->getArrayElementType()
+                        : at->isVectorTy() ? cast<FixedVectorType>(at)->getElementType()
+                                           : nullptr;
+        if (!element)
+            continue;
+        std::int64_t stride = std::max<std::int64_t>(1, sizeOf(element, layout_));
+        erase_if(left, [stride](const Term& term) { return term.scale % stride == 0; });
+        open.push_back(element);
+    }
+    return left.empty();
+}
+
+bool Descent::tryMember(unsigned index) {
+    auto* record = cast<StructType>(type);
+    auto place = static_cast<std::int64_t>(
+        layout_.getStructLayout(record)->getElementOffset(index).getFixedValue());
+    Type* inner = record->getElementType(index);
+    // Padding that an explicit layout leaves out cannot be reached.
+    if (!takes(inner) || (shape_ == Layout::explicit_ && inner->isArrayTy() &&
+                          inner->getArrayElementType()->isIntegerTy(8)))
+        return false;
+    steps.push_back({.constant = index, .terms = {}, .bound = record->getNumElements()});
+    offset -= place;
+    anchor -= place;
+    type = inner;
+    return true;
+}
+
+bool Descent::intoMember() {
+    auto* record = cast<StructType>(type);
+    const StructLayout& members = *layout_.getStructLayout(record);
+    auto size = static_cast<std::int64_t>(members.getSizeInBytes().getFixedValue());
+    if (record->getNumElements() == 0 || (terms.empty() && (offset < 0 || offset >= size)))
+        return false;
+    std::int64_t meant = std::clamp<std::int64_t>(anchor, 0, size - 1);
+    unsigned index = members.getElementContainingOffset(static_cast<std::uint64_t>(meant));
+    if (tryMember(index))
+        return true;
+    if (terms.empty())
+        return false;
+    for (unsigned other = 0; other < record->getNumElements(); ++other)
+        if (tryMember(other))
+            return true;
+    return false;
+}
+
+bool Descent::descend(Type* wanted) {
+    while (!isOutside) {
+        if (type == wanted && offset == 0 && terms.empty())
+            return true;
+        if (type->isStructTy()) {
+            if (!intoMember())
+                return false;
+        } else if (type->isArrayTy()) {
+            intoArray(type->getArrayElementType(), type->getArrayNumElements());
+        } else {
+            return true;
+        }
+    }
+    return true;
+}
+
+bool Descent::intoLane() {
+    auto* vector = dyn_cast<FixedVectorType>(type);
+    if (!vector)
+        return false;
+    intoArray(vector->getElementType(), vector->getNumElements());
+    steps.back().isLane = true;
+    return terms.empty() && offset == 0;
+}
+
+static bool isScalar(Type* type) {
+    return type->isIntegerTy() || type->isFloatingPointTy();
+}
+
+class Planner {
+  public:
+    Planner(const View& view, const DataLayout& layout) : view_(view), layout_(layout) {}
+    std::optional<Access> plan(const Place& place, Type* type);
+
+  private:
+    std::optional<Access> lanes(Descent& at, FixedVectorType* type);
+    std::optional<Access> scalar(const Place& place, Descent& at, Type* type);
+    std::optional<Access> parts(const Place& place, Type* type);
+    std::optional<Access> halves(const Place& place, Type* type);
+    static Access leaf(Descent& at, Type* type, Access::Form form, std::uint32_t first = 0);
+
+    const View& view_;
+    const DataLayout& layout_;
+};
+
+Access Planner::leaf(Descent& at, Type* type, Access::Form form, std::uint32_t first) {
+    return {.form = form,
+            .type = type,
+            .leaf = at.type,
+            .steps = std::move(at.steps),
+            .first = first,
+            .parts = {}};
+}
+
+static Place moved(Place place, std::int64_t bytes) {
+    place.offset += bytes;
+    if (place.terms.empty())
+        place.anchor += bytes;
+    return place;
+}
+
+std::optional<Access> Planner::parts(const Place& place, Type* type) {
+    Access access{.form = Access::Form::parts, .type = type};
+    auto* record = dyn_cast<StructType>(type);
+    auto* vector = dyn_cast<FixedVectorType>(type);
+    Type* element = vector   ? vector->getElementType()
+                    : record ? nullptr
+                             : type->getArrayElementType();
+    std::uint64_t count = vector   ? vector->getNumElements()
+                          : record ? record->getNumElements()
+                                   : type->getArrayNumElements();
+    for (std::uint64_t part = 0; part < count; ++part) {
+        auto index = static_cast<unsigned>(part);
+        Type* inner = record ? record->getElementType(index) : element;
+        std::int64_t bytes =
+            record ? static_cast<std::int64_t>(
+                         layout_.getStructLayout(record)->getElementOffset(index).getFixedValue())
+                   : static_cast<std::int64_t>(part) * sizeOf(inner, layout_);
+        std::optional<Access> planned = plan(moved(place, bytes), inner);
+        if (!planned)
+            return std::nullopt;
+        access.parts.push_back(std::move(*planned));
+    }
+    return access;
+}
+
+std::optional<Access> Planner::halves(const Place& place, Type* type) {
+    std::int64_t bytes = sizeOf(type, layout_) / 2;
+    if (bytes < 1)
+        return std::nullopt;
+    Type* half = Type::getIntNTy(type->getContext(), static_cast<unsigned>(bytes) * 8);
+    std::optional<Access> low = plan(place, half), high = plan(moved(place, bytes), half);
+    if (!low || !high)
+        return std::nullopt;
+    Access access{.form = Access::Form::halves, .type = type};
+    access.parts.push_back(std::move(*low));
+    access.parts.push_back(std::move(*high));
+    return access;
+}
+
+std::optional<Access> Planner::lanes(Descent& at, FixedVectorType* type) {
+    auto* vector = dyn_cast<FixedVectorType>(at.type);
+    if (!vector || !at.terms.empty())
+        return std::nullopt;
+    std::int64_t lane = sizeOf(vector->getElementType(), layout_);
+    if (at.offset == 0 && valueBytes(vector, layout_) == valueBytes(type, layout_))
+        return leaf(at, type, Access::Form::whole);
+    bool fits = at.offset >= 0 && at.offset % lane == 0 &&
+                at.offset + valueBytes(type, layout_) <= valueBytes(vector, layout_) &&
+                vector->getElementType() == type->getElementType();
+    if (!fits)
+        return std::nullopt;
+    return leaf(at, type, Access::Form::lanes, static_cast<std::uint32_t>(at.offset / lane));
+}
+
+std::optional<Access> Planner::scalar(const Place& place, Descent& at, Type* type) {
+    std::int64_t bytes = sizeOf(type, layout_);
+    auto* vector = dyn_cast<FixedVectorType>(at.type);
+    if (vector && at.terms.empty() && at.offset == 0 && bytes == valueBytes(vector, layout_))
+        return leaf(at, type, Access::Form::whole);
+    if (vector && sizeOf(vector->getElementType(), layout_) < bytes)
+        return halves(place, type);
+    if (vector) {
+        at.intoLane();
+        if (at.isOutside) // in the padding of a vector of three
+            return std::nullopt;
+    }
+    if (!isScalar(at.type) || !at.terms.empty() || at.offset < 0)
+        return std::nullopt;
+    std::int64_t there = sizeOf(at.type, layout_);
+    if (there == bytes && at.offset == 0)
+        return leaf(at, type, Access::Form::whole);
+    if (there > bytes && at.offset + bytes <= there)
+        return leaf(at, type, Access::Form::narrow, static_cast<std::uint32_t>(at.offset));
+    return there < bytes ? halves(place, type) : std::nullopt;
+}
+
+std::optional<Access> Planner::plan(const Place& place, Type* type) {
+    Descent at(view_, place, layout_);
+    bool reached = at.descend(type);
+    if (at.isOutside && !type->isAggregateType())
+        return Access{.form = Access::Form::outside, .type = type};
+    if (reached && at.type == type && at.offset == 0 && at.terms.empty() &&
+        !type->isAggregateType())
+        return leaf(at, type, Access::Form::whole);
+    if (type->isAggregateType())
+        return parts(place, type);
+    if (!reached)
+        return std::nullopt;
+    if (auto* vector = dyn_cast<FixedVectorType>(type)) {
+        if (auto found = lanes(at, vector))
+            return found;
+        return parts(place, type);
+    }
+    return scalar(place, at, type);
+}
+
+std::optional<Access> access(const View& view, const Place& place, Type* type,
+                             const DataLayout& layout) {
+    return Planner(view, layout).plan(place, type);
+}
+
+bool storesBeside(const Access& access) {
+    if (access.form == Access::Form::narrow || any_of(access.parts, storesBeside))
+        return true;
+    return access.form == Access::Form::lanes &&
+           (access.first > 0 || laneCount(access.type) < laneCount(access.leaf));
+}
+
+} // namespace tarnwick::msl::spirv

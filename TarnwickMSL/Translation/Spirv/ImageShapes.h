@@ -1,0 +1,29 @@
+// What SPIR-V calls the shapes of textures.
+#pragma once
+
+#include "TarnwickMSL/Translation/ShaderModule.h"
+
+#include <spirv/unified1/spirv.hpp11>
+
+#include <cstdint>
+#include <optional>
+
+namespace tarnwick::msl::spirv {
+
+struct ImageShape {
+    TextureShape shape;
+    spv::Dim dimension;
+    bool isArray = false, isMultisample = false;
+    unsigned axes = 0; // of a size, layers aside
+    std::optional<spv::Capability> sampled = std::nullopt, storage = std::nullopt;
+};
+
+// Throws TranslationError on a shape that is not known.
+const ImageShape& shapeOf(const TextureVariable& texture);
+
+// Image operands (SPIR-V 1.6, 3.14).
+namespace image_operand {
+inline constexpr std::uint32_t bias = 0x1, lod = 0x2, grad = 0x4, constOffset = 0x8, sample = 0x40;
+}
+
+} // namespace tarnwick::msl::spirv

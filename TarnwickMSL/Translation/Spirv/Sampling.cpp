@@ -1,0 +1,182 @@
+// Sampling and gathering.
+
+#include "TarnwickMSL/SamplerBits.h"
+#include "TarnwickMSL/Translation/Spirv/ImageShapes.h"
+#include "TarnwickMSL/Translation/Spirv/Images.h"
+#include "TarnwickMSL/Translation/TranslationError.h"
+
+#include <llvm/ADT/StringSwitch.h>
+
+namespace tarnwick::msl::spirv {
+
+using namespace llvm;
+
+using namespace image_operand;
+
+static std::uint64_t samplerBits(const CallInst& call) {
+    auto* bits = dyn_cast<ConstantInt>(call.getArgOperand(1));
+    if (!bits)
+        throw TranslationError("Which sampler is used must be known when the program is compiled.");
+    return bits->getZExtValue();
+}
+
+Id Images::combined(Image& image, const CallInst& call) {
+    Id texture = load(image);
+    Id variable = sampler(samplerBits(call));
+    Id with = body_.emit(spv::Op::OpLoad, samplerType_, {variable});
+    if (!image.sampledType)
+        image.sampledType = body_.module.declareType(spv::Op::OpTypeSampledImage, {image.type});
+    return body_.emit(spv::Op::OpSampledImage, image.sampledType, {texture, with});
+}
+
+// Pixel coordinates run to the first level's size; the layer stays what it is.
+Id Images::perPixel(const Image& image, Type* type, Id coordinates) {
+    const ImageShape& shape = shapeOf(*image.texture);
+    Id pixels = body_.emit(spv::Op::OpConvertUToF, type, {size(image, body_.constants.word(0))});
+    if (shape.isArray)
+        pixels = body_.emit(spv::Op::OpCompositeInsert, type,
+                            {body_.constants.real(body_.f32(), 1), pixels, shape.axes});
+    return body_.emit(spv::Op::OpFDiv, type, {coordinates, pixels});
+}
+
+static constexpr std::int64_t leastOffset = -8, greatestOffset = 7;
+
+// Whether Vulkan takes the offset as it is (Vulkan 1.3, 43.1, minTexelOffset and maxTexelOffset).
+static bool isPlainOffset(const Value* offset) {
+    auto* constant = dyn_cast<Constant>(offset);
+    if (!constant)
+        return false;
+    for (unsigned lane = 0; lane < laneCount(constant->getType()); ++lane) {
+        Constant* element =
+            constant->getType()->isVectorTy() ? constant->getAggregateElement(lane) : nullptr;
+        auto* number = dyn_cast<ConstantInt>(element ? element : constant);
+        if (number &&
+            (number->getSExtValue() < leastOffset || number->getSExtValue() > greatestOffset))
+            return false;
+    }
+    return true;
+}
+
+// Vulkan takes small constant offsets alone; others move the coordinates.
+Id Images::coordinates(const Image& image, const CallInst& call, const Value* offset) {
+    const Value* given = call.getArgOperand(2);
+    Type* type = given->getType();
+    Id value = body_.id(given);
+    std::uint64_t bits = samplerBits(call);
+    bool isPixel = !(bits & samplerArgumentBit) && unpackSampler(bits).coord == SamplerCoord::pixel;
+    if (isPixel)
+        value = perPixel(image, type, value);
+    if (!offset || isPlainOffset(offset))
+        return value;
+    if (shapeOf(*image.texture).isArray)
+        throw TranslationError("A sampling offset into an array of textures must be constant.");
+    Id moved = body_.emit(spv::Op::OpConvertSToF, type, {body_.id(offset)});
+    return body_.emit(spv::Op::OpFAdd, type, {value, perPixel(image, type, moved)});
+}
+
+Id Images::signedOffset(const Constant& offset) {
+    Id scalar = body_.types.signedScalar();
+    SmallVector<std::uint32_t, 3> parts;
+    for (unsigned lane = 0; lane < laneCount(offset.getType()); ++lane) {
+        Constant* element =
+            offset.getType()->isVectorTy() ? offset.getAggregateElement(lane) : nullptr;
+        auto* number = dyn_cast<ConstantInt>(element ? element : &offset);
+        auto value = static_cast<std::uint32_t>(number ? number->getSExtValue() : 0);
+        parts.push_back(body_.module.declare(spv::Op::OpConstant, scalar, {value}));
+    }
+    if (parts.size() == 1)
+        return parts.front();
+    Id type = body_.module.declareType(spv::Op::OpTypeVector,
+                                       {scalar, static_cast<std::uint32_t>(parts.size())});
+    return body_.constants.composite(type, parts);
+}
+
+void Images::addOffset(Extras& extras, const Value* offset) {
+    if (!offset || !isPlainOffset(offset))
+        return;
+    auto& constant = *cast<Constant>(offset);
+    if (constant.isNullValue() || isa<UndefValue>(constant))
+        return;
+    extras.mask |= constOffset;
+    extras.ids.push_back(signedOffset(constant));
+}
+
+static const Value* argumentOrNull(const CallInst& call, unsigned argument) {
+    return argument < call.arg_size() ? call.getArgOperand(argument) : nullptr;
+}
+
+// Which argument of a sampling call is the offset, if it has one.
+static unsigned offsetOf(StringRef name) {
+    return StringSwitch<unsigned>(name)
+        .Cases("sample_bias", "sample_level", "sample_compare", 4)
+        .Cases("sample_grad", "sample_compare_level", 5)
+        .Default(3);
+}
+
+static spv::Op sampleOp(bool compares, bool isExplicit) {
+    if (compares)
+        return isExplicit ? spv::Op::OpImageSampleDrefExplicitLod
+                          : spv::Op::OpImageSampleDrefImplicitLod;
+    return isExplicit ? spv::Op::OpImageSampleExplicitLod : spv::Op::OpImageSampleImplicitLod;
+}
+
+Id Images::sample(StringRef name, const CallInst& call) {
+    Image& from = image(call.getArgOperand(0));
+    bool compares = name.starts_with("sample_compare");
+    unsigned next = 3;
+    const Value* offset = argumentOrNull(call, offsetOf(name));
+    SmallVector<std::uint32_t, 8> operands{0, coordinates(from, call, offset)};
+    operands[0] = combined(from, call);
+    if (compares)
+        operands.push_back(body_.id(call.getArgOperand(next++)));
+    Extras extras;
+    auto take = [&](std::uint32_t bit) {
+        extras.mask |= bit;
+        extras.ids.push_back(body_.id(call.getArgOperand(next++)));
+    };
+    bool hasLevels = shader_.stage == Stage::fragment; // where neighbours give a level
+    if (name == "sample_bias")
+        take(hasLevels ? bias : lod);
+    else if (name == "sample_level" || name == "sample_compare_level")
+        take(lod);
+    else if (name == "sample_grad") {
+        take(grad);
+        take(grad);
+    } else if (!hasLevels) {
+        extras.mask = lod;
+        extras.ids.push_back(body_.constants.real(body_.f32(), 0));
+    }
+    bool isExplicit = extras.mask & (lod | grad);
+    addOffset(extras, offset);
+    if (extras.mask) {
+        operands.push_back(extras.mask);
+        operands.append(extras.ids);
+    }
+    Id type = compares ? body_.types.of(call.getType()) : resultType(from, call);
+    Id value = body_.emit(sampleOp(compares, isExplicit), type, operands);
+    return compares ? value : result(from, call, value);
+}
+
+Id Images::gather(StringRef name, const CallInst& call) {
+    Image& from = image(call.getArgOperand(0));
+    bool compares = name == "gather_compare";
+    // Either the component stands last, or the reference before the offset.
+    unsigned last = call.arg_size() - 1;
+    const Value* offset = compares   ? argumentOrNull(call, 4)
+                          : last > 3 ? call.getArgOperand(3)
+                                     : nullptr;
+    SmallVector<std::uint32_t, 6> operands{0, coordinates(from, call, offset)};
+    operands[0] = combined(from, call);
+    operands.push_back(body_.id(call.getArgOperand(compares ? 3 : last)));
+    Extras extras;
+    addOffset(extras, offset);
+    if (extras.mask) {
+        operands.push_back(extras.mask);
+        operands.append(extras.ids);
+    }
+    Id value = body_.emit(compares ? spv::Op::OpImageDrefGather : spv::Op::OpImageGather,
+                          resultType(from, call), operands);
+    return result(from, call, value);
+}
+
+} // namespace tarnwick::msl::spirv

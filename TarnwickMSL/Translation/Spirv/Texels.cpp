@@ -1,0 +1,124 @@
+// Single texels, and how many there are.
+
+#include "TarnwickMSL/Translation/Spirv/ImageShapes.h"
+#include "TarnwickMSL/Translation/Spirv/Images.h"
+#include "TarnwickMSL/Translation/TranslationError.h"
+
+#include <llvm/ADT/StringSwitch.h>
+
+namespace tarnwick::msl::spirv {
+
+using namespace llvm;
+
+// Sizes are integers of as many components as the image has axes, and its layers last.
+Id Images::size(const Image& image, Id level) {
+    body_.module.require(spv::Capability::ImageQuery);
+    const ImageShape& shape = shapeOf(*image.texture);
+    unsigned count = shape.axes + shape.isArray;
+    Type* type = count == 1 ? body_.i32() : FixedVectorType::get(body_.i32(), count);
+    bool hasLevels =
+        !image.isStorage && !shape.isMultisample && shape.dimension != spv::Dim::Buffer;
+    if (!hasLevels)
+        return body_.emit(spv::Op::OpImageQuerySize, type, {load(image)});
+    Id all = body_.emit(spv::Op::OpImageQuerySizeLod, type, {load(image), body_.constants.word(0)});
+    return level == body_.constants.word(0) ? all : halved(type, all, level, shape.isArray);
+}
+
+// A level's size from the first one's: a packaged CPU driver answers all invocations of a group
+// with the size of the level that the first of them asks for.
+Id Images::halved(Type* type, Id size, Id level, bool hasLayers) {
+    Id levels = body_.splat(type, level);
+    if (hasLayers)
+        levels = body_.emit(spv::Op::OpCompositeInsert, type,
+                            {body_.constants.word(0), levels, laneCount(type) - 1});
+    Id smaller = body_.emit(spv::Op::OpShiftRightLogical, type, {size, levels});
+    return body_.extended(GLSLstd450UMax, type, {smaller, body_.constants.integer(type, 1)});
+}
+
+Id Images::query(StringRef name, const CallInst& call) {
+    const Image& of = image(call.getArgOperand(0));
+    const ImageShape& shape = shapeOf(*of.texture);
+    body_.module.require(spv::Capability::ImageQuery);
+    if (name == "levels") {
+        if (of.isStorage || shape.isMultisample)
+            return body_.constants.word(1);
+        return body_.emit(spv::Op::OpImageQueryLevels, body_.i32(), {load(of)});
+    }
+    if (name == "samples")
+        return body_.emit(spv::Op::OpImageQuerySamples, body_.i32(), {load(of)});
+    Id level = call.arg_size() > 1 ? body_.id(call.getArgOperand(1)) : body_.constants.word(0);
+    Id all = size(of, level);
+    if (shape.axes + shape.isArray == 1)
+        return all;
+    std::uint32_t axis = StringSwitch<std::uint32_t>(name)
+                             .Case("width", 0)
+                             .Case("height", 1)
+                             .Case("depth", 2)
+                             .Default(shape.axes);
+    return body_.emit(spv::Op::OpCompositeExtract, body_.i32(), {all, axis});
+}
+
+// Where a read finds its texel, and whether it is there at all.
+struct Images::Spot {
+    Id at = 0, level = 0, inside = 0;
+};
+
+Images::Spot Images::spot(const Image& from, const CallInst& call) {
+    const ImageShape& shape = shapeOf(*from.texture);
+    Type* type = call.getArgOperand(1)->getType();
+    const Value* given = call.arg_size() > 2 ? call.getArgOperand(2) : nullptr;
+    bool hasLevels = !shape.isMultisample && !from.isStorage && given;
+    bool isFirst = !hasLevels || (isa<Constant>(given) && cast<Constant>(given)->isNullValue());
+    Spot spot{body_.id(call.getArgOperand(1)), isFirst ? body_.constants.word(0) : body_.id(given),
+              0};
+    Id inLevels = 0;
+    if (!isFirst) {
+        Id levels = body_.emit(spv::Op::OpImageQueryLevels, body_.i32(), {load(from)});
+        inLevels = body_.emit(spv::Op::OpULessThan, body_.i1(), {spot.level, levels});
+        spot.level = body_.select(body_.i32(), inLevels, spot.level, body_.constants.word(0));
+    }
+    Type* boolean = shapedLike(type, body_.i1());
+    spot.inside = body_.emit(spv::Op::OpULessThan, boolean, {spot.at, size(from, spot.level)});
+    if (type->isVectorTy())
+        spot.inside = body_.emit(spv::Op::OpAll, body_.i1(), {spot.inside});
+    if (inLevels)
+        spot.inside = body_.emit(spv::Op::OpLogicalAnd, body_.i1(), {inLevels, spot.inside});
+    spot.at = body_.select(type, spot.inside, spot.at, body_.constants.null(type));
+    return spot;
+}
+
+// A read outside gives zero; the fetch itself stays inside.
+Id Images::read(const CallInst& call) {
+    const Image& from = image(call.getArgOperand(0));
+    const ImageShape& shape = shapeOf(*from.texture);
+    if (shape.dimension == spv::Dim::Cube && !from.isStorage)
+        throw TranslationError("Reading single pixels of a cube texture is not supported.");
+    Spot spot = this->spot(from, call);
+    SmallVector<std::uint32_t, 4> operands{load(from), spot.at};
+    if (shape.isMultisample)
+        operands.append({image_operand::sample, call.arg_size() > 2
+                                                    ? body_.id(call.getArgOperand(2))
+                                                    : body_.constants.word(0)});
+    else if (!from.isStorage && shape.dimension != spv::Dim::Buffer)
+        operands.append({image_operand::lod, spot.level});
+    if (from.isStorage)
+        body_.module.require(spv::Capability::StorageImageReadWithoutFormat);
+    Id texel = body_.emit(from.isStorage ? spv::Op::OpImageRead : spv::Op::OpImageFetch,
+                          resultType(from, call), operands);
+    Type* type = call.getType();
+    return body_.select(type, spot.inside, result(from, call, texel), body_.constants.null(type));
+}
+
+Id Images::store(const CallInst& call) {
+    const Image& to = image(call.getArgOperand(0));
+    if (!to.isStorage)
+        throw TranslationError("A texture is written that was not declared to be.");
+    body_.module.require(spv::Capability::StorageImageWriteWithoutFormat);
+    Id texel = body_.id(call.getArgOperand(2));
+    if (to.texture->component == TextureComponent::int_)
+        texel = body_.emit(spv::Op::OpBitcast, body_.types.signedVector(), {texel});
+    body_.act(spv::Op::OpImageWrite, {load(to), body_.id(call.getArgOperand(1)), texel});
+    return 0;
+}
+
+} // namespace tarnwick::msl::spirv
