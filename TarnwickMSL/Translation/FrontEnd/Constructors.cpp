@@ -1,0 +1,330 @@
+// The part of the pass over the tokens that makes constructors of vectors what C++ can parse.
+#include "TarnwickMSL/Translation/FrontEnd/TokenPass.h"
+
+#include <llvm/ADT/STLExtras.h>
+#include <llvm/ADT/StringRef.h>
+
+#include <string>
+
+namespace tarnwick::msl {
+
+namespace {
+
+// Names are compared as text: asking for a word of the library's would read what it stands for.
+bool isVectorName(llvm::StringRef name) {
+    if (name.size() < 4 || name.back() < '2' || name.back() > '4')
+        return false;
+    return llvm::is_contained(
+        {"char", "uchar", "short", "ushort", "int", "uint", "long", "ulong", "half", "float"},
+        name.drop_back(1));
+}
+
+// Whether msl_NAME makes it, rather than the template.
+bool hasMaker(llvm::StringRef name) {
+    return isVectorName(name) &&
+           llvm::is_contained({"int", "uint", "half", "float"}, name.drop_back(1));
+}
+
+} // namespace
+
+std::optional<TokenPass::TypeSpan> TokenPass::constructedType(std::size_t i) const {
+    if (!is(i, tok::identifier) && !(i < tokens.size() && tokens[i].getIdentifierInfo()))
+        return std::nullopt;
+    const IdentifierInfo* name = tokens[i].getIdentifierInfo();
+    if (is(i + 1, tok::less) && (name->getName() == "vec" || constructedTemplates.contains(name))) {
+        std::size_t close = scopes.angleEnd(i + 1);
+        if (close)
+            return TypeSpan{i, close + 1};
+        return std::nullopt;
+    }
+    if (isVectorName(name->getName()) || constructed.contains(name))
+        return TypeSpan{i, i + 1};
+    return std::nullopt;
+}
+
+// The names in `template <typename T, class U, int N>`: what they stand for may be a vector.
+void TokenPass::learnTemplateParameters(std::size_t i) {
+    if (!is(i + 1, tok::less))
+        return;
+    std::size_t close = scopes.angleEnd(i + 1);
+    for (std::size_t at = i + 1; at < close; ++at)
+        if ((is(at, tok::kw_typename) || is(at, tok::kw_class)) && is(at + 1, tok::identifier))
+            constructed.insert(tokens[at + 1].getIdentifierInfo());
+}
+
+// `using Color = float4;` and `typedef float4 Color;` (also of a template's parameter).
+void TokenPass::learnAlias(std::size_t i) {
+    if (is(i, tok::kw_using) && is(i + 1, tok::identifier) && is(i + 2, tok::equal)) {
+        std::size_t at = i + 3;
+        while (is(at, tok::coloncolon) || (is(at, tok::identifier) && is(at + 1, tok::coloncolon)))
+            ++at;
+        if (auto span = constructedType(at); span && is(span->end, tok::semi))
+            (i > 0 && is(i - 1, tok::greater) ? constructedTemplates : constructed)
+                .insert(tokens[i + 1].getIdentifierInfo());
+    } else if (is(i, tok::kw_typedef)) {
+        std::size_t at = i + 1;
+        while (is(at, tok::coloncolon) || (is(at, tok::identifier) && is(at + 1, tok::coloncolon)))
+            ++at;
+        if (auto span = constructedType(at);
+            span && is(span->end, tok::identifier) && is(span->end + 1, tok::semi))
+            constructed.insert(tokens[span->end].getIdentifierInfo());
+    }
+}
+// `v.xy *= m` becomes `v.xy = v.xy * (m)`: no function can take the lanes to change them, and m may
+// be a matrix.
+void TokenPass::swizzleTimes(std::size_t i) {
+    if (i < 3 || !is(i - 2, tok::period) || !is(i - 1, tok::identifier))
+        return;
+    const llvm::StringRef lanes = tokens[i - 1].getIdentifierInfo()->getName();
+    if (lanes.size() < 2 || lanes.find_first_not_of("xyzwrgba") != llvm::StringRef::npos)
+        return;
+    std::size_t first = i - 2; // of what the lanes are of
+    for (bool wantsName = true; first > 0;) {
+        const std::size_t before = first - 1;
+        if (wantsName && (is(before, tok::r_square) || is(before, tok::r_paren)))
+            first = scopes.match(before);
+        else if (wantsName && (is(before, tok::identifier) || is(before, tok::kw_this)))
+            first = before, wantsName = false;
+        else if (!wantsName &&
+                 (is(before, tok::period) || is(before, tok::arrow) || is(before, tok::coloncolon)))
+            first = before, wantsName = true;
+        else
+            break;
+    }
+    std::size_t end = i + 1;
+    while (end < tokens.size() && !is(end, tok::semi) && !is(end, tok::comma) &&
+           !is(end, tok::r_paren) && !is(end, tok::r_brace) && !is(end, tok::eof))
+        end = scopes.isOpen(end) ? scopes.match(end) + 1 : end + 1;
+    const SourceLocation at = tokens[i].getLocation();
+    tokens[i].setKind(tok::equal);
+    for (std::size_t copied = first; copied < i; ++copied)
+        edits[i].after.push_back(tokens[copied]);
+    edits[i].after.push_back(make(tok::star, at));
+    edits[i].after.push_back(make(tok::l_paren, at));
+    edits[end].before.insert(edits[end].before.begin(), make(tok::r_paren, at));
+}
+
+void TokenPass::openMake(std::vector<Token>& to, TypeSpan span, SourceLocation at) {
+    if (const IdentifierInfo* name = tokens[span.end - 1].getIdentifierInfo();
+        name && hasMaker(name->getName()) && !is(span.first, tok::kw_typename)) {
+        append(to, ("msl_" + name->getName()).str().c_str(), at);
+        return;
+    }
+    append(to, "msl_make <", at);
+    for (std::size_t i = span.first; i < span.end; ++i) {
+        if (!edits[i].dropped || edits[i].after.empty())
+            to.push_back(tokens[i]);
+        to.insert(to.end(), edits[i].after.begin(), edits[i].after.end());
+    }
+    append(to, ">", at);
+}
+
+// Whether what stands in the braces holds braces of its own, or names its members: then it is left
+// to the language's own initialisation.
+bool TokenPass::hasNestedBraces(std::size_t open) const {
+    const std::size_t close = scopes.match(open);
+    if (is(open + 1, tok::period))
+        return true;
+    for (std::size_t i = open + 1; i < close; ++i) {
+        if (is(i, tok::l_brace) && (is(i - 1, tok::comma) || is(i - 1, tok::l_brace)))
+            return true;
+        if (is(i, tok::l_paren) || is(i, tok::l_square) || is(i, tok::l_brace))
+            i = scopes.match(i);
+    }
+    return false;
+}
+
+bool TokenPass::hasComma(std::size_t open) const {
+    for (std::size_t i = open + 1; i < scopes.match(open); ++i) {
+        if (is(i, tok::comma))
+            return true;
+        if (scopes.isOpen(i))
+            i = scopes.match(i);
+    }
+    return false;
+}
+
+// `float4(...)` and `float4{...}`: the type goes into msl_make's argument, with the names before
+// it.
+void TokenPass::callMake(std::size_t i, TypeSpan span, std::size_t open) {
+    std::size_t first = span.first;
+    while (first >= 1 && is(first - 1, tok::coloncolon)) {
+        --first;
+        if (first >= 1 && is(first - 1, tok::identifier))
+            --first;
+    }
+    if (first > 0 && is(first - 1, tok::kw_typename))
+        --first;
+    openMake(edits[first].before, {first, span.end}, tokens[i].getLocation());
+    dropRange(first, span.end);
+    if (is(open, tok::l_brace)) {
+        tokens[open].setKind(tok::l_paren);
+        tokens[scopes.match(open)].setKind(tok::r_paren);
+    }
+}
+
+// `name(...)`, `name{...}` and `name = {...}` after a constructed type.
+void TokenPass::initialise(TypeSpan span, std::size_t open, bool needsEquals) {
+    if (is(open, tok::l_brace) && hasNestedBraces(open))
+        return;
+    SourceLocation at = tokens[span.first].getLocation();
+    std::size_t first = span.first;
+    while (first >= 2 && is(first - 1, tok::coloncolon) && is(first - 2, tok::identifier))
+        first -= 2;
+    if (needsEquals)
+        append(edits[open].before, "=", tokens[open].getLocation());
+    openMake(edits[open].before, {first, span.end}, at);
+    if (is(open, tok::l_brace)) {
+        tokens[scopes.match(open)].setKind(tok::r_paren);
+        tokens[open].setKind(tok::l_paren);
+    }
+}
+
+// Whether `(` opens a value's arguments rather than a function's parameters.
+bool TokenPass::looksLikeArguments(std::size_t open) const {
+    if (is(open + 1, tok::r_paren) || !is(scopes.match(open) + 1, tok::semi))
+        return false;
+    if (auto span = constructedType(open + 1))
+        return is(span->end, tok::l_paren) || is(span->end, tok::l_brace);
+    return is(open + 1, tok::numeric_constant) || is(open + 1, tok::minus);
+}
+
+void TokenPass::declarators(TypeSpan span, std::size_t name) {
+    const ScopeKind kind = scopes.kindAt(name);
+    for (;;) {
+        std::size_t next = name + 1;
+        if (kind == ScopeKind::type)
+            vectorMembers.insert(tokens[name].getIdentifierInfo());
+        if (is(next, tok::l_paren)) {
+            if (kind != ScopeKind::block && !looksLikeArguments(next))
+                return;
+            if (is(next + 1, tok::r_paren))
+                return;
+            initialise(span, next, true);
+        } else if (is(next, tok::l_brace)) {
+            initialise(span, next, true);
+        } else if (is(next, tok::equal) && is(next + 1, tok::l_brace)) {
+            initialise(span, next + 1, false);
+        }
+        // On to the next declarator, past this one's initialiser.
+        while (next < tokens.size() && !is(next, tok::comma) && !is(next, tok::semi)) {
+            if (is(next, tok::r_paren) || is(next, tok::r_brace) || is(next, tok::eof))
+                return;
+            const bool opens =
+                is(next, tok::l_paren) || is(next, tok::l_square) || scopes.isOpen(next);
+            next = opens ? scopes.match(next) + 1 : next + 1;
+        }
+        if (!is(next, tok::comma) || !is(next + 1, tok::identifier) || scopes.parenDepthAt(name))
+            return;
+        name = next + 1;
+    }
+}
+
+// Where a unary expression ends that begins at i.
+std::size_t TokenPass::unaryEnd(std::size_t i) const {
+    while (is(i, tok::minus) || is(i, tok::plus) || is(i, tok::exclaim) || is(i, tok::tilde) ||
+           is(i, tok::star) || is(i, tok::amp))
+        ++i;
+    if (is(i, tok::l_paren)) {
+        i = scopes.match(i) + 1;
+        if (is(i, tok::identifier) || is(i, tok::numeric_constant) || is(i, tok::l_paren))
+            return unaryEnd(i); // a cast of its own
+    } else {
+        ++i;
+        while (is(i, tok::coloncolon))
+            i += 2;
+        if (is(i, tok::less) && scopes.angleEnd(i) && is(scopes.angleEnd(i) + 1, tok::l_paren))
+            i = scopes.angleEnd(i) + 1;
+    }
+    for (;;) {
+        if (is(i, tok::l_paren) || is(i, tok::l_square) || is(i, tok::l_brace))
+            i = scopes.match(i) + 1;
+        else if (is(i, tok::period) || is(i, tok::arrow))
+            i += 2;
+        else if (is(i, tok::plusplus) || is(i, tok::minusminus))
+            ++i;
+        else
+            return i;
+    }
+}
+
+// `(float3)x`.
+bool TokenPass::cast(std::size_t open, TypeSpan span) {
+    const std::size_t close = span.end, operand = close + 1;
+    if (!is(close, tok::r_paren) || operand >= tokens.size())
+        return false;
+    if (open > 0 && (is(open - 1, tok::identifier) || is(open - 1, tok::r_paren) ||
+                     is(open - 1, tok::r_square) || is(open - 1, tok::kw_sizeof) ||
+                     is(open - 1, tok::kw_alignof) || is(open - 1, tok::kw_decltype) ||
+                     is(open - 1, tok::greater)))
+        return false;
+    if (!is(operand, tok::identifier) && !is(operand, tok::numeric_constant) &&
+        !is(operand, tok::l_paren) && !is(operand, tok::minus) && !constructedType(operand))
+        return false;
+    openMake(edits[open].before, span, tokens[open].getLocation());
+    append(edits[open].before, "(", tokens[open].getLocation());
+    dropRange(open, close + 1);
+    const std::size_t end = unaryEnd(operand);
+    append(edits[end - 1].after, ")", tokens[end - 1].getLocation());
+    return true;
+}
+
+// What stands at a constructed type's name decides what it is; gives the next token to look at.
+std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
+    // vec<bool, N> is a class of its own.
+    if (isWord(i, "vec") && is(i + 2, tok::kw_bool)) {
+        append(edits[i].after, "bool_vector", tokens[i].getLocation());
+        edits[i].dropped = edits[i + 2].dropped = edits[i + 3].dropped = true;
+        return span.end;
+    }
+    const std::size_t open = span.end;
+    if (is(open, tok::l_paren) && (is(open + 1, tok::amp) || is(open + 1, tok::star)) &&
+        is(open + 2, tok::identifier) && is(open + 3, tok::r_paren) &&
+        (is(open + 4, tok::l_square) || is(open + 4, tok::l_paren)))
+        return span.end; // `float3 (&name)[4]`
+    const bool opens = is(span.end, tok::l_paren) || is(span.end, tok::l_brace);
+    if (opens && !(i > 0 && (is(i - 1, tok::kw_operator) || is(i - 1, tok::arrow) ||
+                             is(i - 1, tok::kw_class) || is(i - 1, tok::kw_struct) ||
+                             is(i - 1, tok::kw_typename) || is(i - 1, tok::period) ||
+                             is(i - 1, tok::tilde)))) {
+        if (scopes.kindAt(i) == ScopeKind::type && scopes.parenDepthAt(i) == 0 &&
+            is(span.end, tok::l_paren) && !scopes.isInitialiser(i))
+            return span.end; // a class's own constructor
+        if (!(is(span.end, tok::l_brace) && hasNestedBraces(span.end)))
+            callMake(i, span, span.end);
+    } else if (is(span.end, tok::identifier)) {
+        declarators(span, span.end);
+    } else if (i > 0 && is(i - 1, tok::l_paren) && is(span.end, tok::r_paren)) {
+        cast(i - 1, span);
+    } else if (i > 1 && is(i - 1, tok::less) && is(i - 2, tok::kw_static_cast) &&
+               is(span.end, tok::greater)) {
+        edits[i - 2].dropped = true;
+        append(edits[i - 2].after, "msl_make", tokens[i - 2].getLocation());
+    }
+    return span.end;
+}
+
+// `S(...) : a(x, y), b{z} { ... }`, for members that are vectors.
+void TokenPass::memberInitialisers(std::size_t colon) {
+    std::size_t i = colon + 1;
+    while (is(i, tok::identifier)) {
+        const std::size_t name = i++;
+        if (!is(i, tok::l_paren) && !is(i, tok::l_brace))
+            return;
+        const std::size_t close = scopes.match(i);
+        if (vectorMembers.contains(tokens[name].getIdentifierInfo()) && hasComma(i) &&
+            !(is(i, tok::l_brace) && hasNestedBraces(i))) {
+            SourceLocation at = tokens[name].getLocation();
+            append(edits[i].after, "msl_make < decltype (", at);
+            edits[i].after.push_back(tokens[name]);
+            append(edits[i].after, ") > (", at);
+            append(edits[close].before, ")", tokens[close].getLocation());
+        }
+        i = close + 1;
+        if (!is(i, tok::comma))
+            return;
+        ++i;
+    }
+}
+
+} // namespace tarnwick::msl

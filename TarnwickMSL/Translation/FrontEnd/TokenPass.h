@@ -1,0 +1,87 @@
+// The working of Tokens.h: one pass from first to last, which notes for each token what becomes of
+// it and writes the result out at the end, so that places in the text stay what they were.
+#pragma once
+
+#include "TarnwickMSL/Translation/FrontEnd/Scopes.h"
+
+#include <clang/Lex/Preprocessor.h>
+#include <clang/Lex/Token.h>
+#include <llvm/ADT/SmallPtrSet.h>
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace tarnwick::msl {
+
+using clang::IdentifierInfo;
+using clang::SourceLocation;
+using clang::Token;
+namespace tok = clang::tok;
+
+// What becomes of one token: new ones before it, then itself, another kind of itself, or nothing.
+struct Edit {
+    std::vector<Token> before;
+    bool dropped = false;
+    std::vector<Token> after;
+};
+class TokenPass {
+  public:
+    TokenPass(clang::Preprocessor& preprocessor, std::vector<Token> tokens)
+        : preprocessor(preprocessor), tokens(std::move(tokens)), edits(this->tokens.size()),
+          scopes(this->tokens) {}
+
+    std::vector<Token> run();
+
+  private:
+    clang::Preprocessor& preprocessor;
+    std::vector<Token> tokens;
+    std::vector<Edit> edits;
+    Scopes scopes;
+    llvm::SmallPtrSet<const IdentifierInfo*, 16> constructed; // the program's own such types
+    llvm::SmallPtrSet<const IdentifierInfo*, 16> constructedTemplates; // and such as vec
+    llvm::SmallPtrSet<const IdentifierInfo*, 16> vectorMembers;
+    std::size_t entryOpen = 0, entryClose = 0; // the parentheses of an entry point's arguments
+
+    bool is(std::size_t i, tok::TokenKind kind) const {
+        return i < tokens.size() && tokens[i].is(kind);
+    }
+    bool isWord(std::size_t i, llvm::StringRef text) const {
+        const IdentifierInfo* name = i < tokens.size() && !tokens[i].isAnnotation()
+                                         ? tokens[i].getIdentifierInfo()
+                                         : nullptr;
+        return name && name->getName() == text;
+    }
+    Token make(tok::TokenKind kind, SourceLocation at, IdentifierInfo* name = nullptr) const;
+    void append(std::vector<Token>& to, const char* words, SourceLocation at);
+
+    // `[first, end)` of a type that msl_make makes, where one begins at i.
+    struct TypeSpan {
+        std::size_t first = 0, end = 0;
+    };
+    std::optional<TypeSpan> constructedType(std::size_t i) const;
+
+    void learnTemplateParameters(std::size_t i);
+    void learnAlias(std::size_t i);
+    void qualifier(std::size_t i);
+    void entryPoint(std::size_t i);
+    void attributeArguments(std::size_t i);
+    void literal(std::size_t i);
+    Token number(llvm::StringRef text, SourceLocation at) const;
+    void forbidden(std::size_t i);
+    void swizzleTimes(std::size_t i);
+    std::size_t type(std::size_t i, TypeSpan span);
+    void callMake(std::size_t i, TypeSpan span, std::size_t open);
+    void declarators(TypeSpan span, std::size_t name);
+    void initialise(TypeSpan span, std::size_t open, bool needsEquals);
+    void memberInitialisers(std::size_t colon);
+    bool cast(std::size_t open, TypeSpan span);
+    std::size_t unaryEnd(std::size_t i) const;
+    bool hasNestedBraces(std::size_t open) const;
+    bool hasComma(std::size_t open) const;
+    void openMake(std::vector<Token>& to, TypeSpan span, SourceLocation at);
+    void dropRange(std::size_t from, std::size_t end);
+    bool looksLikeArguments(std::size_t open) const;
+};
+
+} // namespace tarnwick::msl
