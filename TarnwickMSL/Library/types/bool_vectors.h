@@ -102,15 +102,15 @@ using ::bool2, ::bool3, ::bool4;
 // A use of everything that copies a class, so that Clang writes those functions here, once: to
 // write them it reads all of the class, swizzles included.
 namespace metal {
-template <class V> MSL_INLINE void copied(V given) {
+template <class V> MSL_INLINE void _copied(V given) {
     V copy = given;
     copy = given;
     copy = static_cast<V&&>(given);
     V moved = static_cast<V&&>(copy);
 }
 inline void bool_vectors_copied(bool2 a, bool3 b, bool4 c) {
-    copied(a);
-    copied(b);
-    copied(c);
+    _copied(a);
+    _copied(b);
+    _copied(c);
 }
 } // namespace metal

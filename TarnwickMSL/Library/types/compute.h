@@ -8,17 +8,17 @@ namespace metal {
 enum class mem_flags { mem_none = 0, mem_device = 1, mem_threadgroup = 2, mem_texture = 4 };
 constexpr mem_flags operator|(mem_flags a, mem_flags b) { return mem_flags(int(a) | int(b)); }
 
-__attribute__((convergent)) void barrier_threadgroup() asm("msl.barrier.threadgroup");
-__attribute__((convergent)) void barrier_device() asm("msl.barrier.device");
-__attribute__((convergent)) void barrier_texture() asm("msl.barrier.texture");
+__attribute__((convergent)) void _barrier_threadgroup() asm("msl.barrier.threadgroup");
+__attribute__((convergent)) void _barrier_device() asm("msl.barrier.device");
+__attribute__((convergent)) void _barrier_texture() asm("msl.barrier.texture");
 
 __attribute__((convergent, always_inline)) inline void threadgroup_barrier(mem_flags flags) {
     if (int(flags) & int(mem_flags::mem_device))
-        barrier_device();
+        _barrier_device();
     if (int(flags) & int(mem_flags::mem_texture))
-        barrier_texture();
+        _barrier_texture();
     if (!(int(flags) & int(mem_flags::mem_device)) || (int(flags) & int(mem_flags::mem_threadgroup)))
-        barrier_threadgroup();
+        _barrier_threadgroup();
 }
 __attribute__((convergent, always_inline)) inline void simdgroup_barrier(mem_flags flags) {
     threadgroup_barrier(flags);

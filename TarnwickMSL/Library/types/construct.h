@@ -29,7 +29,7 @@ template <class E, class A> MSL_INLINE constexpr auto lanes_as(A from) {
         return __builtin_convertvector(from, vec<E, n>);
 }
 
-template <class E, class A, class B> MSL_INLINE constexpr auto join(A a, B b) {
+template <class E, class A, class B> MSL_INLINE constexpr auto _join(A a, B b) {
     constexpr int x = lanes_of<A>, y = lanes_of<B>;
     if constexpr (x == 1 && y == 1)
         return vec<E, 2>{a, b};
@@ -45,7 +45,7 @@ template <class E, class A, class B> MSL_INLINE constexpr auto join(A a, B b) {
         return __builtin_shufflevector(a, vec<E, 3>(b), 0, 1, 2, 3);
 }
 
-template <class E, class A, class B, class C> MSL_INLINE constexpr auto join(A a, B b, C c) {
+template <class E, class A, class B, class C> MSL_INLINE constexpr auto _join(A a, B b, C c) {
     constexpr int x = lanes_of<A>, y = lanes_of<B>, z = lanes_of<C>;
     if constexpr (x == 1 && y == 1 && z == 1)
         return vec<E, 3>{a, b, c};
@@ -57,7 +57,7 @@ template <class E, class A, class B, class C> MSL_INLINE constexpr auto join(A a
         return __builtin_shufflevector(c, vec<E, 2>{a, b}, 2, 3, 0, 1);
 }
 
-template <class E> MSL_INLINE constexpr vec<E, 4> join(E a, E b, E c, E d) { return {a, b, c, d}; }
+template <class E> MSL_INLINE constexpr vec<E, 4> _join(E a, E b, E c, E d) { return {a, b, c, d}; }
 
 // Lanes to the vector type asked for.
 template <class V, class L> MSL_INLINE constexpr V from_lanes(L lanes) {
@@ -113,7 +113,7 @@ MSL_INLINE constexpr V msl_make(A a, B b)
     if constexpr (lanes_of<V> < 2)
         return V{a, b};
     else if constexpr (given_lanes<A> + given_lanes<B> == lanes_of<V>)
-        return from_lanes<V>(join<lane_of<V>>(lanes_for<V>(a), lanes_for<V>(b)));
+        return from_lanes<V>(_join<lane_of<V>>(lanes_for<V>(a), lanes_for<V>(b)));
     else
         return V();
 }
@@ -125,7 +125,7 @@ MSL_INLINE constexpr V msl_make(A a, B b, C c)
     if constexpr (lanes_of<V> < 2)
         return V{a, b, c};
     else if constexpr (given_lanes<A> + given_lanes<B> + given_lanes<C> == lanes_of<V>)
-        return from_lanes<V>(join<lane_of<V>>(lanes_for<V>(a), lanes_for<V>(b), lanes_for<V>(c)));
+        return from_lanes<V>(_join<lane_of<V>>(lanes_for<V>(a), lanes_for<V>(b), lanes_for<V>(c)));
     else
         return V();
 }
@@ -139,7 +139,7 @@ MSL_INLINE constexpr V msl_make(A a, B b, C c, D d, Rest... rest)
         return V{a, b, c, d, rest...};
     else if constexpr (sizeof...(Rest) == 0 && lanes_of<V> == 4 &&
                        given_lanes<A> * given_lanes<B> * given_lanes<C> * given_lanes<D> == 1)
-        return from_lanes<V>(join<lane_of<V>>(lanes_for<V>(a), lanes_for<V>(b), lanes_for<V>(c),
+        return from_lanes<V>(_join<lane_of<V>>(lanes_for<V>(a), lanes_for<V>(b), lanes_for<V>(c),
                                               lanes_for<V>(d)));
     else
         return V();

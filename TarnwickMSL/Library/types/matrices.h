@@ -183,8 +183,8 @@ MSL_NAMES(half)
 
 // Uses of the usual ones, so that they are made here, once, and not in every program.
 namespace metal {
-template <class M> MSL_INLINE void matrix_used(M a) {
-    copied(a);
+template <class M> MSL_INLINE void _matrix_used(M a) {
+    _copied(a);
     a = a * a + a - -a;
     a *= a;
     a = a * 2.0f * 2 + 2.0f * a;
@@ -192,8 +192,8 @@ template <class M> MSL_INLINE void matrix_used(M a) {
     v = v * a;
 }
 inline void matrices_used(float2x2 a, float3x3 b, float4x4 c) {
-    matrix_used(a);
-    matrix_used(b);
-    matrix_used(c);
+    _matrix_used(a);
+    _matrix_used(b);
+    _matrix_used(c);
 }
 } // namespace metal

@@ -126,11 +126,11 @@ MSL_ELEMENTS(MSL_NAMES)
 namespace metal {
 inline void packed_vectors_copied(packed_float2 a, packed_float3 b, packed_float4 c, packed_half2 d,
                                   packed_half3 e, packed_half4 f) {
-    copied(a);
-    copied(b);
-    copied(c);
-    copied(d);
-    copied(e);
-    copied(f);
+    _copied(a);
+    _copied(b);
+    _copied(c);
+    _copied(d);
+    _copied(e);
+    _copied(f);
 }
 } // namespace metal

@@ -24,9 +24,9 @@ enum class component { x, y, z, w };
 
 // The built-in calls, by what a texel's components are. Those that take their level from
 // neighbouring invocations may not be moved across branches.
-template <class C> struct image;
+template <class C> struct _image;
 #define MSL_IMAGE(C, V, suffix)                                                                    \
-    template <> struct image<C> {                                                                  \
+    template <> struct _image<C> {                                                                  \
         typedef V Texel;                                                                           \
         __attribute__((const, convergent)) static V sample(uint, ulong, float2, int2) asm(         \
             "msl.sample.2d." suffix);                                                              \
@@ -46,13 +46,13 @@ MSL_IMAGE(float, float4, "f32")
 MSL_IMAGE(int, int4, "s32")
 MSL_IMAGE(uint, uint4, "u32")
 #undef MSL_IMAGE
-__attribute__((const)) uint image_width(uint, int) asm("msl.width.2d");
-__attribute__((const)) uint image_height(uint, int) asm("msl.height.2d");
-__attribute__((const)) uint image_levels(uint, int) asm("msl.levels.2d");
+__attribute__((const)) uint _image_width(uint, int) asm("msl.width.2d");
+__attribute__((const)) uint _image_height(uint, int) asm("msl.height.2d");
+__attribute__((const)) uint _image_levels(uint, int) asm("msl.levels.2d");
 
 // The component type that a texture of T has on the device.
 template <class T>
-using image_of = image<conditional_t<is_floating_point_v<T>, float,
+using _image_of = _image<conditional_t<is_floating_point_v<T>, float,
                                      conditional_t<is_signed_v<T>, int, uint>>>;
 
 template <class T, access a = access::sample> struct texture2d {
@@ -60,42 +60,42 @@ template <class T, access a = access::sample> struct texture2d {
     uint handle;
 
     MSL_INLINE Texel sample(sampler s, float2 at, int2 offset = int2(0)) const {
-        return texel(image_of<T>::sample(handle, s.bits, at, offset));
+        return texel(_image_of<T>::sample(handle, s.bits, at, offset));
     }
     MSL_INLINE Texel sample(sampler s, float2 at, bias b, int2 offset = int2(0)) const {
-        return texel(image_of<T>::sample_bias(handle, s.bits, at, b.value, offset));
+        return texel(_image_of<T>::sample_bias(handle, s.bits, at, b.value, offset));
     }
     MSL_INLINE Texel sample(sampler s, float2 at, level l, int2 offset = int2(0)) const {
-        return texel(image_of<T>::sample_level(handle, s.bits, at, l.value, offset));
+        return texel(_image_of<T>::sample_level(handle, s.bits, at, l.value, offset));
     }
     MSL_INLINE Texel sample(sampler s, float2 at, gradient2d g, int2 offset = int2(0)) const {
-        return texel(image_of<T>::sample_grad(handle, s.bits, at, g.x, g.y, offset));
+        return texel(_image_of<T>::sample_grad(handle, s.bits, at, g.x, g.y, offset));
     }
     MSL_INLINE Texel gather(sampler s, float2 at, int2 offset = int2(0),
                             component c = component::x) const {
-        return texel(image_of<T>::gather(handle, s.bits, at, offset, int(c)));
+        return texel(_image_of<T>::gather(handle, s.bits, at, offset, int(c)));
     }
     MSL_INLINE Texel read(uint2 at, uint lod = 0) const {
-        return texel(image_of<T>::read(handle, at, int(lod)));
+        return texel(_image_of<T>::read(handle, at, int(lod)));
     }
     MSL_INLINE Texel read(ushort2 at, ushort lod = 0) const {
-        return texel(image_of<T>::read(handle, __builtin_convertvector(at, uint2), lod));
+        return texel(_image_of<T>::read(handle, __builtin_convertvector(at, uint2), lod));
     }
     MSL_INLINE void write(Texel value, uint2 at, uint = 0) const {
         static_assert(a == access::write || a == access::read_write,
                       "a texture is written where its access is write or read_write");
-        image_of<T>::write(handle, at,
-                           __builtin_convertvector(value, typename image_of<T>::Texel));
+        _image_of<T>::write(handle, at,
+                           __builtin_convertvector(value, typename _image_of<T>::Texel));
     }
     MSL_INLINE void write(Texel value, ushort2 at, ushort = 0) const {
         write(value, __builtin_convertvector(at, uint2));
     }
-    MSL_INLINE uint get_width(uint lod = 0) const { return image_width(handle, int(lod)); }
-    MSL_INLINE uint get_height(uint lod = 0) const { return image_height(handle, int(lod)); }
-    MSL_INLINE uint get_num_mip_levels() const { return image_levels(handle, 0); }
+    MSL_INLINE uint get_width(uint lod = 0) const { return _image_width(handle, int(lod)); }
+    MSL_INLINE uint get_height(uint lod = 0) const { return _image_height(handle, int(lod)); }
+    MSL_INLINE uint get_num_mip_levels() const { return _image_levels(handle, 0); }
 
   private:
-    static MSL_INLINE Texel texel(typename image_of<T>::Texel v) {
+    static MSL_INLINE Texel texel(typename _image_of<T>::Texel v) {
         return __builtin_convertvector(v, Texel);
     }
 };
