@@ -8,11 +8,13 @@
 
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/Analysis/ScalarEvolution.h>
+#include <llvm/Analysis/ScalarEvolutionExpressions.h>
 #include <llvm/Analysis/ValueTracking.h>
 #include <llvm/IR/Dominators.h>
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/Transforms/Utils/BasicBlockUtils.h>
 #include <llvm/Transforms/Utils/PromoteMemToReg.h>
+#include <llvm/Transforms/Utils/ScalarEvolutionExpander.h>
 
 namespace tarnwick::msl {
 
@@ -23,6 +25,8 @@ constexpr std::uint64_t mostUncounted = 4'096; // rounds beside a counter; with 
                                                // of 60,000 that stays below the driver's limit
 constexpr std::uint64_t mostInside = 64;       // rounds of a known loop inside a counting one
 constexpr std::uint64_t unknown = 1ull << 40;
+constexpr std::uint32_t mostAhead = 1u << 20; // rounds counted ahead of a loop; past every budget
+constexpr unsigned largestAhead = 24;         // terms of the sum that gives them
 
 static constexpr StringLiteral counterMark = "msl.rounds"; // metadata: names may be discarded
 
@@ -39,6 +43,7 @@ class Counting {
     std::uint64_t inside(Loop* loop);
     void choose(Loop* loop, std::uint64_t most);
     void count(Loop* loop);
+    bool countAhead(Loop* loop);
     bool endsForIt(const Loop& loop) const;
     Value* isSpent(IRBuilder<>& builder);
     void makeGlobals();
@@ -186,6 +191,45 @@ void Counting::count(Loop* loop) {
     onward->eraseFromParent();
 }
 
+// A loop whose rounds are known when it is entered pays for them there, all at once, and each round
+// costs nothing: one that could not pay is not entered. Loops inside another stay as they are,
+// since a way out from between them costs the outer one more than counting does.
+bool Counting::countAhead(Loop* loop) {
+    BasicBlock* before = loop->getLoopPreheader();
+    bool isAlone = !loop->getParentLoop() && none_of(loop->getSubLoops(), [&](Loop* inner) {
+        return weights_.contains(inner);
+    });
+    const SCEV* repeats = evolution_.getBackedgeTakenCount(loop);
+    if (!before || !isAlone || isa<SCEVCouldNotCompute>(repeats) ||
+        repeats->getExpressionSize() > largestAhead || weights_[loop] >= (1u << 11))
+        return false;
+    Instruction* end = before->getTerminator();
+    SCEVExpander expander(evolution_, shader_.module->getDataLayout(), "ahead");
+    if (!expander.isSafeToExpandAt(repeats, end) || !repeats->getType()->isIntegerTy())
+        return false;
+    IRBuilder<> builder(end);
+    Value* rounds = expander.expandCodeFor(repeats, repeats->getType(), end->getIterator());
+    unsigned bits = rounds->getType()->getIntegerBitWidth();
+    if (bits > 32) {
+        Value* most = ConstantInt::get(rounds->getType(), mostAhead);
+        rounds = builder.CreateBinaryIntrinsic(Intrinsic::umin, rounds, most);
+    }
+    rounds = builder.CreateZExtOrTrunc(rounds, builder.getInt32Ty());
+    if (bits >= 32)
+        rounds =
+            builder.CreateBinaryIntrinsic(Intrinsic::umin, rounds, builder.getInt32(mostAhead));
+    auto weight = static_cast<std::uint32_t>(weights_[loop]);
+    Value* paid = builder.CreateLoad(builder.getInt32Ty(), counter_);
+    Value* due = builder.CreateMul(rounds, builder.getInt32(weight));
+    builder.CreateStore(builder.CreateAdd(paid, due), counter_);
+    BasicBlock* header = loop->getHeader();
+    SplitEdge(before, header);
+    builder.SetInsertPoint(before->getTerminator());
+    builder.CreateCondBr(isSpent(builder), spent_, before->getTerminator()->getSuccessor(0));
+    before->getTerminator()->eraseFromParent();
+    return true;
+}
+
 void Counting::run() {
     for (Loop* loop : loops_)
         choose(loop, mostUncounted / std::max<std::size_t>(1, loops_.getTopLevelLoops().size()));
@@ -193,7 +237,8 @@ void Counting::run() {
         return;
     makeGlobals();
     for (Loop* loop : counted_)
-        count(loop);
+        if (!countAhead(loop))
+            count(loop);
     shader_.usesLoopBudget = true;
 }
 
