@@ -109,6 +109,16 @@ TEST(FrontEnd, pointsNowhereIntoTheLibrary) {
     EXPECT_EQ(outcome.messages.find("/metal/"), std::string::npos) << outcome.messages;
 }
 
+TEST(FrontEnd, readsProgramsThatEndAnywhere) {
+    const std::string program = "template <class T> struct S { T v[2]; S(T a) : v{a, T(1)} {} };\n"
+                                "fragment float4 f(float4 p [[position]], constant float2* b) {\n"
+                                "  float3 q(b[0], (float)p.x), r = {1, 2, 3}; q.xy *= float2(2);\n"
+                                "  return float4(vec<float, 3>{q} + r, 1.0h); }\n";
+    EXPECT_FALSE(parsed(program).failed) << parsed(program).messages;
+    for (std::size_t size = 0; size < program.size(); ++size)
+        (void)parsed(program.substr(0, size));
+}
+
 TEST(FrontEnd, readsTheSignaturesOfEntryPoints) {
     const Outcome outcome = parsed(R"(
 struct U { float2 size; float3 c; };

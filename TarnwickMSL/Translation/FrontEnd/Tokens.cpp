@@ -195,6 +195,7 @@ void TokenPass::forbidden(std::size_t i) {
 }
 
 std::vector<Token> TokenPass::run() {
+    const Token end = tokens.back(); // what an unclosed bracket is matched with, and changed like
     for (std::size_t i = 0; i < tokens.size();) {
         const Token& token = tokens[i];
         if (token.isAnnotation() || !token.getIdentifierInfo()) {
@@ -229,6 +230,9 @@ std::vector<Token> TokenPass::run() {
             forbidden(i);
         ++i;
     }
+    tokens.back() = end;
+    edits.back().dropped = false;
+    edits.back().after.clear();
     std::vector<Token> result;
     result.reserve(tokens.size() + tokens.size() / 4);
     for (std::size_t i = 0; i < tokens.size(); ++i) {
