@@ -158,16 +158,18 @@ static void markLoops(Function& main, Optimiser& optimiser) {
     optimiser.forget(main);
 }
 
+static bool isOutside(const Loop& loop, const Use& use) {
+    auto* user = cast<Instruction>(use.getUser());
+    auto* phi = dyn_cast<PHINode>(user);
+    return !loop.contains(phi ? phi->getIncomingBlock(use) : user->getParent());
+}
+
 // The values of the loop that code after it uses, each once.
 static SmallVector<Instruction*, 8> leavingValues(const Loop& loop) {
     SmallVector<Instruction*, 8> leaving;
     for (BasicBlock* block : loop.blocks())
         for (Instruction& value : *block)
-            if (any_of(value.uses(), [&](const Use& use) {
-                    auto* user = cast<Instruction>(use.getUser());
-                    auto* phi = dyn_cast<PHINode>(user);
-                    return !loop.contains(phi ? phi->getIncomingBlock(use) : user->getParent());
-                }))
+            if (any_of(value.uses(), [&](const Use& use) { return isOutside(loop, use); }))
                 leaving.push_back(&value);
     return leaving;
 }
@@ -235,24 +237,21 @@ static Value* exitCondition(const LoopShape& shape) {
                                                    : builder.CreateNot(branch->getCondition());
 }
 
-static void redirect(Loop& loop, Instruction& from, Value& to) {
-    from.replaceUsesWithIf(&to, [&](Use& use) {
-        auto* user = cast<Instruction>(use.getUser());
-        auto* phi = dyn_cast<PHINode>(user);
-        return !loop.contains(phi ? phi->getIncomingBlock(use) : user->getParent());
-    });
-}
-
 // The driver masks only phis: any other value that is defined in a loop is computed again for
 // lanes that have left it. So all that leaves does so through phis of the header, and so does the
 // decision to leave.
 static void leaveFromHeader(Loop& loop, const LoopShape& shape, ArrayRef<Instruction*> leaving) {
     Value* isDone = exitCondition(shape);
-    SmallVector<std::pair<Instruction*, Value*>, 8> carriers;
-    for (Instruction* value : leaving)
-        carriers.emplace_back(value, carried(shape, value));
-    for (auto [value, carrier] : carriers)
-        redirect(loop, *value, *carrier);
+    // All uses first: what carries one value may be another that leaves.
+    SmallVector<std::pair<Use*, Value*>, 8> redirected;
+    for (Instruction* value : leaving) {
+        Value* carrier = carried(shape, value);
+        for (Use& use : value->uses())
+            if (isOutside(loop, use))
+                redirected.emplace_back(&use, carrier);
+    }
+    for (auto [use, carrier] : redirected)
+        use->set(carrier);
     PHINode* done = headerPhi(shape, ConstantInt::getFalse(isDone->getContext()), isDone);
     shape.continue_->getTerminator()->eraseFromParent();
     BranchInst::Create(shape.header, shape.continue_);
@@ -336,17 +335,20 @@ Structure structureFlow(Function& main, Optimiser& optimiser) {
     Structure structure;
     if (isPlain(main))
         return structure;
+    LoopSimplifyPass().run(main, optimiser.analyses());
+    optimiser.forget(main);
     markLoops(main, optimiser);
     FunctionPassManager passes;
-    passes.addPass(LoopSimplifyPass());
     passes.addPass(UnifyLoopExitsPass());
     passes.addPass(StructurizeCFGPass());
-    passes.addPass(InstSimplifyPass());
-    passes.addPass(DCEPass());
     passes.run(main, optimiser.analyses());
-    optimiser.forget(main);
     dropEmptyBranches(main);
     restoreTests(main, structure);
+    // No sooner: while the tests are away, code that they guard looks as if it always ran.
+    optimiser.forget(main);
+    InstSimplifyPass().run(main, optimiser.analyses());
+    DCEPass().run(main, optimiser.analyses());
+    optimiser.forget(main);
     promoteCounter(main);
     structureLoops(main, structure);
     structureSelections(main, structure);

@@ -121,6 +121,44 @@ e:
   ret i32 %t
 }
 declare void @llvm.memset.p0.i32(ptr, i8, i32, i1))"},
+    {"a division that a loop's own test guards",
+     R"(define i32 @f(i32 %a, i32 %b) {
+entry:
+  br label %l
+l:
+  %y = phi i32 [ %b, %entry ], [ %r, %body ]
+  %x = phi i32 [ %a, %entry ], [ %y, %body ]
+  %c = icmp eq i32 %y, 0
+  br i1 %c, label %e, label %body
+body:
+  %r = urem i32 %x, %y
+  br label %l
+e:
+  %z = icmp ne i32 %y, 0
+  %k = zext i1 %z to i32
+  %s = shl i32 %x, 1
+  %t = or i32 %s, %k
+  ret i32 %t
+})"},
+    {"values that leave a loop one round after each other",
+     R"(define i32 @f(i32 %a, i32 %b) {
+entry:
+  br label %l
+l:
+  %p = phi i32 [ 1, %entry ], [ %q, %l ]
+  %q = phi i32 [ %a, %entry ], [ %w, %l ]
+  %i = phi i32 [ 0, %entry ], [ %n, %l ]
+  %w = add i32 %p, %q
+  %n = add i32 %i, 1
+  %m = and i32 %b, 31
+  %c = icmp ult i32 %n, %m
+  br i1 %c, label %l, label %e
+e:
+  %s = mul i32 %q, 3
+  %t = xor i32 %p, %s
+  %u = sub i32 %t, %w
+  ret i32 %u
+})"},
     {"integers of odd widths",
      R"(define i32 @f(i32 %a, i32 %b) {
   %t = trunc i32 %a to i5
