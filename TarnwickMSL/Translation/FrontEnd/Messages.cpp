@@ -46,15 +46,34 @@ static void nameConstructor(llvm::SmallString<256>& message) {
     message = text;
 }
 
-// Comparisons of vectors give Clang's masks; in Metal they are vectors of bool.
-static void nameMasks(llvm::SmallString<256>& message) {
+static void replaceAll(std::string& text, const std::string& from, const std::string& to) {
+    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at))
+        text.replace(at, from.size(), to);
+}
+
+// Vectors by Metal's names, where Clang has no other than their attribute. Comparisons give masks
+// of int; in Metal they are vectors of bool.
+static void nameVectors(llvm::SmallString<256>& message) {
+    static constexpr std::pair<const char*, const char*> elements[] = {{"unsigned char", "uchar"},
+                                                                       {"unsigned short", "ushort"},
+                                                                       {"unsigned int", "uint"},
+                                                                       {"unsigned long", "ulong"},
+                                                                       {"char", "char"},
+                                                                       {"short", "short"},
+                                                                       {"int", "int"},
+                                                                       {"long", "long"},
+                                                                       {"half", "half"},
+                                                                       {"float", "float"}};
+    if (!message.str().contains("ext_vector_type"))
+        return;
     std::string text = message.str().str();
-    for (char lanes : {'2', '3', '4'}) {
-        const std::string mask = std::string("'int __attribute__((ext_vector_type(") + lanes +
-                                 ")))' (vector of " + lanes + " 'int' values)";
-        const std::string name = std::string("'bool") + lanes + "'";
-        for (std::size_t at = text.find(mask); at != std::string::npos; at = text.find(mask))
-            text.replace(at, mask.size(), name);
+    for (const char* lanes : {"2", "3", "4"}) {
+        const std::string attribute =
+            std::string(" __attribute__((ext_vector_type(") + lanes + ")))";
+        replaceAll(text, "'int" + attribute + "' (vector of " + lanes + " 'int' values)",
+                   std::string("'bool") + lanes + "'");
+        for (const auto& [clang, metal] : elements)
+            replaceAll(text, clang + attribute, std::string(metal) + lanes);
     }
     message = text;
 }
@@ -66,7 +85,7 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
     llvm::SmallString<256> message;
     diagnostic.FormatDiagnostic(message);
     nameConstructor(message);
-    nameMasks(message);
+    nameVectors(message);
     if (!diagnostic.hasSourceManager() || !diagnostic.getLocation().isValid() || !text) {
         out << (level == Level::Warning ? "warning: " : "error: ") << message << '\n';
         return;
