@@ -11,15 +11,15 @@ namespace metal {
 #define MSL_BODY(T, I, B)                                                                          \
     MSL_INLINE T sqrt(T x) { return __builtin_elementwise_sqrt(x); }                               \
     MSL_INLINE T rsqrt(T x) { return T(1) / __builtin_elementwise_sqrt(x); }                       \
-    MSL_INLINE T sin(T x) { return _fast::sin(x); }                                                \
-    MSL_INLINE T cos(T x) { return _fast::cos(x); }                                                \
+    MSL_INLINE T sin(T x) { return __builtin_elementwise_sin(x); }                                 \
+    MSL_INLINE T cos(T x) { return __builtin_elementwise_cos(x); }                                 \
     MSL_INLINE T tan(T x) { return sin(x) / cos(x); }                                              \
     MSL_INLINE T sincos(T x, T& cosine) {                                                          \
         cosine = cos(x);                                                                           \
         return sin(x);                                                                             \
     }                                                                                              \
-    MSL_INLINE T sinpi(T x) { return _fast::sinpi(x); }                                            \
-    MSL_INLINE T cospi(T x) { return _fast::cospi(x); }                                            \
+    MSL_INLINE T sinpi(T x) { return sin((x - T(2) * rint(x * T(0.5f))) * T(M_PI_F)); }            \
+    MSL_INLINE T cospi(T x) { return cos((x - T(2) * rint(x * T(0.5f))) * T(M_PI_F)); }            \
     MSL_INLINE T tanpi(T x) { return tan((x - rint(x)) * T(M_PI_F)); }                             \
     MSL_INLINE T exp(T x) { return _fast::exp2(x * T(M_LOG2E_F)); }                                \
     MSL_INLINE T exp2(T x) { return _fast::exp2(x); }                                              \

@@ -52,15 +52,15 @@ std::vector<Case> fastCases() {
     const Bound power{"as exp2(y log2(x))", 0, 0, ofPower};
     // clang-format off
     return {
-        {"sin, [-π, π]", "reduction by π, minimax polynomial", "r = sin(x);", {turn}, TRUTH(std::sin(x)), trigonometric},
-        {"sin, [-10⁵, 10⁵]", "reduction by π, minimax polynomial", "r = sin(x);", {linear(-1e5, 1e5)}, TRUTH(std::sin(x)), trigonometric},
-        {"cos, [-10⁵, 10⁵]", "reduction by π, minimax polynomial", "r = cos(x);", {linear(-1e5, 1e5)}, TRUTH(std::cos(x)), trigonometric},
-        {"cos, [-π, π]", "reduction by π, minimax polynomial", "r = cos(x);", {turn}, TRUTH(std::cos(x)), trigonometric},
-        {"sincos, sine, [-π, π]", "reduction by π, minimax polynomial", "T w; r = sincos(x, w);", {turn}, TRUTH(std::sin(x)), trigonometric},
-        {"sincos, cosine, [-π, π]", "reduction by π, minimax polynomial", "sincos(x, r);", {turn}, TRUTH(std::cos(x)), trigonometric},
+        {"sin, [-π, π]", "Sin", "r = sin(x);", {turn}, TRUTH(std::sin(x)), trigonometric},
+        {"sin, [-10⁵, 10⁵]", "Sin", "r = sin(x);", {linear(-1e5, 1e5)}, TRUTH(std::sin(x)), trigonometric},
+        {"cos, [-10⁵, 10⁵]", "Cos", "r = cos(x);", {linear(-1e5, 1e5)}, TRUTH(std::cos(x)), trigonometric},
+        {"cos, [-π, π]", "Cos", "r = cos(x);", {turn}, TRUTH(std::cos(x)), trigonometric},
+        {"sincos, sine, [-π, π]", "Sin, Cos", "T w; r = sincos(x, w);", {turn}, TRUTH(std::sin(x)), trigonometric},
+        {"sincos, cosine, [-π, π]", "Sin, Cos", "sincos(x, r);", {turn}, TRUTH(std::cos(x)), trigonometric},
         {"tan, [-1.5, 1.5]", "sin(x) / cos(x)", "r = tan(x);", {linear(-1.5, 1.5)}, TRUTH(std::tan(x)), {"as sin(x) / cos(x)", 0, 0, ofTangent}},
-        {"sinpi, [-1, 1]", "exact reduction, minimax polynomial", "r = sinpi(x);", {once}, TRUTH(sineOfHalfTurns(x)), trigonometric},
-        {"cospi, [-1, 1]", "exact reduction, minimax polynomial", "r = cospi(x);", {once}, TRUTH(cosineOfHalfTurns(x)), trigonometric},
+        {"sinpi, [-1, 1]", "Sin of π x", "r = sinpi(x);", {once}, TRUTH(sineOfHalfTurns(x)), trigonometric},
+        {"cospi, [-1, 1]", "Cos of π x", "r = cospi(x);", {once}, TRUTH(cosineOfHalfTurns(x)), trigonometric},
         {"tanpi, [-0.45, 0.45]", "sin / cos of π x", "r = tanpi(x);", {linear(-0.45, 0.45)}, TRUTH(std::tan(pi * x)), {"as tan(π x)", 0, 0, ofTangent}},
         {"asin", "as precise::asin", "r = asin(x);", {bothSigns(1e-37, 1)}, TRUTH(std::asin(x)), ulps(5)},
         {"acos", "as precise::acos", "r = acos(x);", {once}, TRUTH(std::acos(x)), ulps(5)},
