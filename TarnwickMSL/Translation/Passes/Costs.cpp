@@ -1,6 +1,8 @@
 #include "TarnwickMSL/Translation/Passes/Costs.h"
 
+#include <llvm/Analysis/LoopInfo.h>
 #include <llvm/Analysis/TargetTransformInfoImpl.h>
+#include <llvm/Analysis/ValueTracking.h>
 #include <llvm/IR/Function.h>
 
 namespace tarnwick::msl {
@@ -11,16 +13,30 @@ using namespace llvm;
 // no longer see a loop's bound once it leaves from its header (docs/compiler.md).
 constexpr unsigned unrolled = 700;
 
+// The same where it turns indices of local arrays into constants: drivers insist on unrolling such
+// loops, however large, and do it worse.
+constexpr unsigned unrolledForArrays = 2'400;
+
 namespace {
+
+bool walksLocalArray(const Loop& loop) {
+    return any_of(loop.blocks(), [&](const BasicBlock* block) {
+        return any_of(*block, [&](const Instruction& instruction) {
+            auto* step = dyn_cast<GetElementPtrInst>(&instruction);
+            return step && !step->hasAllConstantIndices() && !loop.isLoopInvariant(step) &&
+                   isa<AllocaInst>(getUnderlyingObject(step));
+        });
+    });
+}
 
 class ShaderCosts final : public TargetTransformInfoImplCRTPBase<ShaderCosts> {
   public:
     explicit ShaderCosts(const DataLayout& layout) : TargetTransformInfoImplCRTPBase(layout) {}
 
-    void getUnrollingPreferences(Loop*, ScalarEvolution&,
+    void getUnrollingPreferences(Loop* loop, ScalarEvolution&,
                                  TargetTransformInfo::UnrollingPreferences& preferences,
                                  OptimizationRemarkEmitter*) {
-        preferences.Threshold = unrolled;
+        preferences.Threshold = walksLocalArray(*loop) ? unrolledForArrays : unrolled;
         preferences.MaxPercentThresholdBoost = 200;
     }
 };
