@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <ctime>
 #include <utility>
 
 namespace tarnwick::bench {
@@ -20,6 +21,24 @@ TWUniforms uniforms() {
             .timeDelta = 1.0f / 30,
             .mouse = {drawWidth * 0.5f, drawHeight * 0.5f},
             .frame = 97};
+}
+
+// Milliseconds of the wall clock and of all of this process's threads.
+struct Sample {
+    double wall = 0, processor = 0;
+};
+
+template <class Work> Sample sample(Work&& work) {
+    const std::clock_t start = std::clock();
+    const double wall = milliseconds(work);
+    return {wall, static_cast<double>(std::clock() - start) * 1000 / CLOCKS_PER_SEC};
+}
+
+Sample shortest(const std::vector<Sample>& samples) {
+    Sample result = samples.front();
+    for (const Sample& one : samples)
+        result = {std::min(result.wall, one.wall), std::min(result.processor, one.processor)};
+    return result;
 }
 
 // Share of differing pixels, and the strongest difference.
@@ -113,14 +132,18 @@ DrawTime Drawing::time(const Case& one, int rounds) {
 
     const double once = milliseconds([&] { draw(*ours, one, 1); });
     const int times = std::clamp(static_cast<int>(sampleLength / std::max(once, 0.1)), 1, 64);
-    std::vector<double> oursTimes, twinTimes, ratios;
+    std::vector<Sample> ourSamples, twinSamples;
+    std::vector<double> ratios;
     for (int round = 0; round < rounds; round++) {
-        oursTimes.push_back(milliseconds([&] { draw(*ours, one, times); }) / times);
-        twinTimes.push_back(milliseconds([&] { draw(*theirs, one, times); }) / times);
-        ratios.push_back(oursTimes.back() / twinTimes.back());
+        ourSamples.push_back(sample([&] { draw(*ours, one, times); }));
+        twinSamples.push_back(sample([&] { draw(*theirs, one, times); }));
+        ratios.push_back(ourSamples.back().wall / twinSamples.back().wall);
     }
-    result.ours = smallest(oursTimes);
-    result.twin = smallest(twinTimes);
+    const Sample ourShortest = shortest(ourSamples), twinShortest = shortest(twinSamples);
+    result.ours = ourShortest.wall / times;
+    result.twin = twinShortest.wall / times;
+    if (device_->info().isCPU)
+        result.processorRatio = ourShortest.processor / twinShortest.processor;
     result.ratio = result.ours / result.twin;
     result.medianRatio = median(ratios);
     return result;

@@ -16,6 +16,7 @@ struct DrawTime {
     double ours = 0, twin = 0;   // shortest of the rounds, ms a picture
     double ratio = 0;            // of the two shortest
     double medianRatio = 0;      // median of the rounds' ratios
+    double processorRatio = 0;   // of the shortest processor times, on a CPU device alone
     double differing = 0;        // share of pixels that differ by more than `tolerance`
     std::uint32_t strongest = 0; // largest difference of any channel, of 255
 };

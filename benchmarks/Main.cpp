@@ -83,18 +83,20 @@ bool printCompiling(const std::vector<Case>& all, const std::string& self, int r
 bool printDrawing(Drawing& drawing, const std::vector<Case>& all, int rounds) {
     std::printf("Drawing %u by %u pixels on %s (shortest of %d rounds, in turns)\n\n", drawWidth,
                 drawHeight, drawing.device().name.c_str(), rounds);
-    std::printf("  %-16s %9s %9s %7s %9s %9s %9s\n", "shader", "ours ms", "twin ms", "ratio",
-                "median r.", "differing", "strongest");
-    std::vector<double> ratios;
+    std::printf("  %-16s %9s %9s %7s %9s %9s %9s %9s\n", "shader", "ours ms", "twin ms", "ratio",
+                "median r.", "CPU r.", "differing", "strongest");
+    std::vector<double> ratios, processorRatios;
     bool agree = true;
     for (const Case& one : all) {
         const DrawTime time = drawing.time(one, rounds);
         agree = agree && time.differing <= agreeing;
-        std::printf("  %-16s %9.2f %9.2f %7.3f %9.3f %8.3f%% %9u%s\n", one.name.c_str(), time.ours,
-                    time.twin, time.ratio, time.medianRatio, time.differing * 100, time.strongest,
+        std::printf("  %-16s %9.2f %9.2f %7.3f %9.3f %9.3f %8.3f%% %9u%s\n", one.name.c_str(),
+                    time.ours, time.twin, time.ratio, time.medianRatio, time.processorRatio,
+                    time.differing * 100, time.strongest,
                     time.differing <= agreeing ? "" : "  DIFFERENT PICTURES");
         std::fflush(stdout);
         ratios.push_back(time.ratio);
+        processorRatios.push_back(time.processorRatio);
     }
     const double mean = geometricMean(ratios), worst = largest(ratios);
     std::printf("\n  geometric mean %.3f (bar: at most 1.00, %s)\n", mean, verdict(mean <= 1.0));

@@ -92,6 +92,8 @@ int run(Seeds range) {
             return 1;
         }
         agreed += *inBatch;
+        std::fprintf(stderr, "%llu of %llu so far\n", static_cast<unsigned long long>(agreed),
+                     static_cast<unsigned long long>(batch.last - range.first + 1));
     }
     const std::uint64_t all = range.last - range.first + 1;
     std::printf("%llu of %llu programs agree on %s\n", static_cast<unsigned long long>(agreed),
