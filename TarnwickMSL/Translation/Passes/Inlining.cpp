@@ -94,6 +94,14 @@ static void dropBodies(Module& module, const DenseMap<Function*, bool>& roots,
             function.eraseFromParent();
 }
 
+void inlineInto(Function& function, Optimiser& optimiser) {
+    Order order;
+    order.visit(function);
+    for (Function* callee : order.functions)
+        makeSmall(*callee, false, optimiser);
+    optimiser.clean(function);
+}
+
 void inlineEverything(Module& module, const std::vector<Function*>& roots, Optimiser& optimiser) {
     Order order;
     DenseMap<Function*, bool> isRoot;

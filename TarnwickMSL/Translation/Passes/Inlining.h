@@ -20,6 +20,9 @@ class Optimiser;
 void inlineEverything(llvm::Module& module, const std::vector<llvm::Function*>& roots,
                       Optimiser& optimiser);
 
+// Inlines all that one function calls into it, and leaves the others as they are.
+void inlineInto(llvm::Function& function, Optimiser& optimiser);
+
 // Puts the one callee in; the call is gone afterwards.
 void inlineCall(llvm::CallBase& call);
 

@@ -42,6 +42,17 @@ static void describe(Function& function) {
     fixComparisonLanes(function);
 }
 
+// What runs before a program to give its constants their values.
+static std::vector<Function*> initialisers(Module& module) {
+    std::vector<Function*> found;
+    auto* list =
+        dyn_cast<ConstantArray>(module.getNamedGlobal("llvm.global_ctors")->getInitializer());
+    for (unsigned i = 0; list && i < list->getNumOperands(); i++)
+        if (auto* function = dyn_cast<Function>(list->getOperand(i)->getOperand(1)))
+            found.push_back(function);
+    return found;
+}
+
 void prepare(Module& module, const std::vector<EntrySignature>& entries) {
     dump(module, "program", "0-front");
     if (module.getDataLayoutStr().find("-n8") == std::string::npos)
@@ -55,8 +66,12 @@ void prepare(Module& module, const std::vector<EntrySignature>& entries) {
         if (Function* function = module.getFunction(entry.symbol))
             roots.push_back(function);
     Optimiser optimiser(module);
-    if (module.getNamedGlobal("llvm.global_ctors"))
+    if (module.getNamedGlobal("llvm.global_ctors")) {
+        // The evaluation of initialisers knows no intrinsics: `sin(0.5)` must have folded before.
+        for (Function* initialiser : initialisers(module))
+            inlineInto(*initialiser, optimiser);
         optimiser.foldInitialisers(module);
+    }
     inlineEverything(module, roots, optimiser);
     dump(module, "program", "1-prepared");
 }
