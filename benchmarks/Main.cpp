@@ -101,6 +101,11 @@ bool printDrawing(Drawing& drawing, const std::vector<Case>& all, int rounds) {
     const double mean = geometricMean(ratios), worst = largest(ratios);
     std::printf("\n  geometric mean %.3f (bar: at most 1.00, %s)\n", mean, verdict(mean <= 1.0));
     std::printf("  worst          %.3f (bar: at most 1.10, %s)\n", worst, verdict(worst <= 1.10));
+    if (drawing.device().isCPU)
+        std::printf(
+            "  in processor time, which other work on the machine sways less: geometric mean "
+            "%.3f, worst %.3f\n",
+            geometricMean(processorRatios), largest(processorRatios));
     std::printf(
         "  pictures agree: at most %.1f%% of the pixels differ by more than %u of 255: %s\n",
         agreeing * 100, tolerance, agree ? "yes" : "NO");
