@@ -41,7 +41,7 @@ class Drawing {
     Drawing(std::shared_ptr<gpu::Device> device, std::unique_ptr<gpu::CommandQueue> queue,
             std::unique_ptr<gpu::Texture> target);
     Pipeline pipeline(const gpu::Function& vertex, const gpu::Function& fragment);
-    void draw(const gpu::RenderPipelineState& pipeline, const Case& one, int times);
+    void draw(const gpu::RenderPipelineState& pipeline, const Case& one);
     std::vector<std::uint8_t> picture(const gpu::RenderPipelineState& pipeline, const Case& one);
 
     std::shared_ptr<gpu::Device> device_;

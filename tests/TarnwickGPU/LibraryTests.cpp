@@ -37,6 +37,11 @@ fragment float4 endless(constant uint& stop [[buffer(0)]]) {
     while (turn != stop) turn = turn * 5 | 1;
     return float4(1);
 }
+fragment float4 lengthy(constant uint& stop [[buffer(0)]]) {
+    uint sum = 0;
+    for (uint turn = 0; turn < stop - 1; turn++) sum = sum * 5 + turn;
+    return float4(1, sum, 1, 1);
+}
 )";
 
 class LibraryTest : public Gpu {
@@ -53,7 +58,7 @@ class LibraryTest : public Gpu {
 TEST_F(LibraryTest, runsWhatTheTextSays) {
     const auto library = device->newLibrary(program);
     EXPECT_EQ(library->functionNames(),
-              (std::vector<std::string>{"corner", "paint", "fill", "endless"}));
+              (std::vector<std::string>{"corner", "paint", "fill", "endless", "lengthy"}));
     EXPECT_EQ(library->newFunction("none"), nullptr);
     const auto fill = device->newComputePipelineState(*library->newFunction("fill"));
     const auto paint = fragmentPipeline(*library, "paint");
@@ -93,23 +98,27 @@ TEST_F(LibraryTest, runsWhatTheTextSays) {
     EXPECT_EQ(pixelAt(*texture, 1, 1), (Pixel{10, 64, 128, 255}));
 }
 
+// `lengthy` counts ahead of its loop, `endless` in it; a stop at 0 is too far for either.
 TEST_F(LibraryTest, endsLoopsThatDoNotEnd) {
     const auto library = device->newLibrary(program);
-    const auto endless = fragmentPipeline(*library, "endless");
     const auto texture = target(2, 2);
-    for (std::uint32_t stop : {3125u, 0u}) {
-        auto commands = queue->commandBuffer();
-        auto encoder = commands->renderCommandEncoder(
-            {.color = {.texture = texture.get(), .load = LoadAction::clear}});
-        encoder->setRenderPipelineState(*endless);
-        const float size = 4;
-        encoder->setVertexBytes(&size, 4, 4);
-        encoder->setFragmentBytes(&stop, 4, 0);
-        encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
-        encoder->endEncoding();
-        commands->commit();
-        commands->waitUntilCompleted();
-        EXPECT_EQ(commands->hitLoopBudget(), stop == 0);
+    for (const char* name : {"endless", "lengthy"}) {
+        const auto state = fragmentPipeline(*library, name);
+        for (std::uint32_t stop : {3125u, 0u}) {
+            auto commands = queue->commandBuffer();
+            auto encoder = commands->renderCommandEncoder(
+                {.color = {.texture = texture.get(), .load = LoadAction::clear}});
+            encoder->setRenderPipelineState(*state);
+            const float size = 4;
+            encoder->setVertexBytes(&size, 4, 4);
+            encoder->setFragmentBytes(&stop, 4, 0);
+            encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
+            encoder->endEncoding();
+            commands->commit();
+            commands->waitUntilCompleted();
+            EXPECT_EQ(commands->hitLoopBudget(), stop == 0) << name;
+            EXPECT_EQ(pixelAt(*texture, 1, 1)[0], stop == 0 ? 0 : 255) << name;
+        }
     }
 }
 

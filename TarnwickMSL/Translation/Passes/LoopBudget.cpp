@@ -121,6 +121,10 @@ void Counting::makeGlobals() {
         if (isa_and_nonnull<ReturnInst>(block.getTerminator()))
             end = &block;
     builder.SetInsertPoint(spent_);
+    for (const InterfaceVariable& variable : shader_.interface)
+        if (auto* output = shader_.module->getNamedGlobal(variable.global);
+            output && variable.kind == InterfaceKind::output)
+            builder.CreateStore(Constant::getNullValue(output->getValueType()), output);
     builder.CreateStore(builder.getInt32(1), report);
     builder.CreateBr(end);
 }
