@@ -45,6 +45,16 @@ TEST(Compile, namesTheFilesThatLineMarkersGive) {
     EXPECT_EQ(compile("int x = ;").messages.substr(0, 15), "program_source:");
 }
 
+TEST(Compile, refusesConstantsThatItCannotCompute) {
+    const std::string sum = "float sum(int n) { float s = 0; for (int i = 0; i < n; i++)"
+                            " s += sin(float(i)); return s; }\n";
+    const std::string use = "fragment float4 f() { return total; }\n";
+    EXPECT_FALSE(compile(head + sum + "constant float total = sum(9);\n" + use).failed);
+    const Compilation found = compile(head + sum + "constant float total = sum(90000000);\n" + use);
+    EXPECT_TRUE(found.failed);
+    EXPECT_NE(found.messages.find("constant 'total'"), std::string::npos) << found.messages;
+}
+
 // Programs that make the compiler's libraries run away, or fall.
 TEST(Compile, outlivesPrograms) {
     std::string minuses = "float f(float x) { return " + std::string(400000, ' ') + "x; }\n";

@@ -21,6 +21,10 @@
 #include "TarnwickBase/Precondition.h"
 #endif
 
+#include <llvm/Analysis/ValueTracking.h>
+#include <llvm/Demangle/Demangle.h>
+#include <llvm/IR/InstIterator.h>
+#include <llvm/IR/Instructions.h>
 #include <llvm/IR/Module.h>
 
 namespace tarnwick::msl {
@@ -45,12 +49,24 @@ static void describe(Function& function) {
 // What runs before a program to give its constants their values.
 static std::vector<Function*> initialisers(Module& module) {
     std::vector<Function*> found;
-    auto* list =
-        dyn_cast<ConstantArray>(module.getNamedGlobal("llvm.global_ctors")->getInitializer());
+    const GlobalVariable* all = module.getNamedGlobal("llvm.global_ctors");
+    auto* list = all ? dyn_cast<ConstantArray>(all->getInitializer()) : nullptr;
     for (unsigned i = 0; list && i < list->getNumOperands(); i++)
         if (auto* function = dyn_cast<Function>(list->getOperand(i)->getOperand(1)))
             found.push_back(function);
     return found;
+}
+
+// Nothing runs before a shader, so a value that did not fold would be zero without a word.
+static void refuseInitialisers(Module& module) {
+    for (const Function* initialiser : initialisers(module))
+        for (const Instruction& instruction : instructions(*initialiser))
+            if (auto* store = dyn_cast<StoreInst>(&instruction))
+                if (auto* constant =
+                        dyn_cast<GlobalVariable>(getUnderlyingObject(store->getPointerOperand())))
+                    throw TranslationError("The value of the constant '" +
+                                           demangle(constant->getName()) +
+                                           "' cannot be computed before the program runs.");
 }
 
 void prepare(Module& module, const std::vector<EntrySignature>& entries) {
@@ -71,6 +87,7 @@ void prepare(Module& module, const std::vector<EntrySignature>& entries) {
         for (Function* initialiser : initialisers(module))
             inlineInto(*initialiser, optimiser);
         optimiser.foldInitialisers(module);
+        refuseInitialisers(module);
     }
     inlineEverything(module, roots, optimiser);
     dump(module, "program", "1-prepared");
