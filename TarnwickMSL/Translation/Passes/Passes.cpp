@@ -84,8 +84,11 @@ void prepare(Module& module, const std::vector<EntrySignature>& entries) {
     Optimiser optimiser(module);
     if (module.getNamedGlobal("llvm.global_ctors")) {
         // The evaluation of initialisers knows no intrinsics: `sin(0.5)` must have folded before.
-        for (Function* initialiser : initialisers(module))
+        for (Function* initialiser : initialisers(module)) {
             inlineInto(*initialiser, optimiser);
+            if (optimiser.hasShortLoops(*initialiser))
+                optimiser.unrollLoops(*initialiser);
+        }
         optimiser.foldInitialisers(module);
         refuseInitialisers(module);
     }
