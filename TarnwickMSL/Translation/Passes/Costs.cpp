@@ -1,5 +1,7 @@
 #include "TarnwickMSL/Translation/Passes/Costs.h"
 
+#include "TarnwickMSL/Translation/Passes/ArrayLoops.h"
+
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/Analysis/TargetTransformInfoImpl.h>
 #include <llvm/Analysis/ValueTracking.h>
@@ -11,7 +13,7 @@ using namespace llvm;
 
 // Instructions of a loop that is unrolled in full. GPU drivers unroll about so far themselves, but
 // no longer see a loop's bound once it leaves from its header (docs/compiler.md).
-constexpr unsigned unrolled = 700;
+constexpr unsigned unrolled = 900;
 
 // The same where it turns indices of local arrays into constants: drivers insist on unrolling such
 // loops, however large, and do it worse.
@@ -36,7 +38,10 @@ class ShaderCosts final : public TargetTransformInfoImplCRTPBase<ShaderCosts> {
     void getUnrollingPreferences(Loop* loop, ScalarEvolution&,
                                  TargetTransformInfo::UnrollingPreferences& preferences,
                                  OptimizationRemarkEmitter*) {
-        preferences.Threshold = walksLocalArray(*loop) ? unrolledForArrays : unrolled;
+        bool walksArray = walksLocalArray(*loop);
+        preferences.Threshold = walksArray ? unrolledForArrays : unrolled;
+        preferences.UpperBound = walksArray;
+        preferences.MaxUpperBound = mostArrayRounds;
         preferences.MaxPercentThresholdBoost = 200;
     }
 };

@@ -65,6 +65,9 @@ static void addUnrolling(FunctionPassManager& passes) {
     loops.addPass(IndVarSimplifyPass());
     loops.addPass(LoopFullUnrollPass());
     passes.addPass(createFunctionToLoopPassAdaptor(std::move(loops)));
+    // The pass above wants exact numbers of rounds, this one takes the most that a loop may run.
+    passes.addPass(
+        LoopUnrollPass(LoopUnrollOptions().setPartial(false).setPeeling(false).setRuntime(false)));
     addFully(passes);
 }
 

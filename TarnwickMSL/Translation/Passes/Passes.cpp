@@ -1,6 +1,7 @@
 // The steps between the front end and the writer, in their order.
 #include "TarnwickMSL/Translation/Passes.h"
 
+#include "TarnwickMSL/Translation/Passes/ArrayLoops.h"
 #include "TarnwickMSL/Translation/Passes/Bindings.h"
 #include "TarnwickMSL/Translation/Passes/BuiltInCalls.h"
 #include "TarnwickMSL/Translation/Passes/Comparisons.h"
@@ -103,6 +104,8 @@ static void optimise(ShaderModule& shader, Optimiser& optimiser) {
         optimiser.forget(main);
         optimiser.cleanLightly(main);
     }
+    if (boundArrayLoops(main, optimiser.analyses()))
+        optimiser.forget(main);
     if (optimiser.hasShortLoops(main))
         optimiser.unrollLoops(main);
     optimiser.finish(main);
