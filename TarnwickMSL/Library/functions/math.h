@@ -28,8 +28,11 @@ namespace metal {
     MSL_INLINE T log2(T x) { return __builtin_elementwise_log2(x); }                               \
     MSL_INLINE T log10(T x) { return __builtin_elementwise_log2(x) * T(0.301029996f); }            \
     MSL_INLINE T powr(T x, T y) { return _fast::exp2(y * log2(x)); }                               \
-    /* The squares that programs write so, whatever their sign. */                                 \
-    MSL_INLINE T pow(T x, T y) { return y == T(2) ? x * x : powr(x, y); }                          \
+    /* The squares that programs write so, whatever their sign; without a branch. */               \
+    MSL_INLINE T pow(T x, T y) {                                                                   \
+        T found = powr(x, y);                                                                      \
+        return y == T(2) ? x * x : found;                                                          \
+    }                                                                                              \
     MSL_INLINE T sinh(T x) {                                                                       \
         T e = exp(x);                                                                              \
         return T(0.5f) * (e - T(1) / e);                                                           \
@@ -46,10 +49,19 @@ namespace metal {
     MSL_INLINE T acosh(T x) { return log(x + sqrt(x * x - T(1))); }                                \
     MSL_INLINE T atanh(T x) { return T(0.5f) * log((T(1) + x) / (T(1) - x)); }                     \
     MSL_INLINE T fmod(T x, T y) { return x - y * trunc(x / y); }                                   \
-    MSL_INLINE T fract(T x) { return min(x - floor(x), T(0x1.fffffep-1f)); }                       \
     MSL_INLINE T modf(T x, T& whole) {                                                             \
         whole = trunc(x);                                                                          \
         return x - whole;                                                                          \
+    }
+MSL_EACH_FLOAT(MSL_BODY)
+#undef MSL_BODY
+
+// Below one also where the difference rounds up to it: compared as integers, which drivers have an
+// instruction for, while their minimum of floats looks at each operand for a NaN.
+#define MSL_BODY(T, I, B)                                                                          \
+    MSL_INLINE T fract(T x) {                                                                      \
+        I found = __builtin_bit_cast(I, x - floor(x));                                             \
+        return __builtin_bit_cast(T, __builtin_elementwise_min(found, I(0x3f7fffff)));             \
     }
 MSL_EACH_FLOAT(MSL_BODY)
 #undef MSL_BODY
