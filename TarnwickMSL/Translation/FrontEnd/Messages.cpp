@@ -80,6 +80,8 @@ static void nameVectors(llvm::SmallString<256>& message) {
 
 void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic) {
     DiagnosticConsumer::HandleDiagnostic(level, diagnostic); // counts
+    if (level == Level::Fatal)
+        level = Level::Error; // who reads the messages looks for "error:" after the place
     if (++given > mostMessages)
         return;
     llvm::SmallString<256> message;
