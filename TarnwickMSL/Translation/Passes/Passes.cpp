@@ -8,6 +8,7 @@
 #include "TarnwickMSL/Translation/Passes/Cut.h"
 #include "TarnwickMSL/Translation/Passes/Dump.h"
 #include "TarnwickMSL/Translation/Passes/Form.h"
+#include "TarnwickMSL/Translation/Passes/Fractions.h"
 #include "TarnwickMSL/Translation/Passes/Handles.h"
 #include "TarnwickMSL/Translation/Passes/Inlining.h"
 #include "TarnwickMSL/Translation/Passes/Legalise.h"
@@ -104,7 +105,8 @@ static void optimise(ShaderModule& shader, Optimiser& optimiser) {
         optimiser.forget(main);
         optimiser.cleanLightly(main);
     }
-    if (boundArrayLoops(main, optimiser.analyses()))
+    bool isChanged = trimFractions(main);
+    if (boundArrayLoops(main, optimiser.analyses()) || isChanged)
         optimiser.forget(main);
     if (optimiser.hasShortLoops(main))
         optimiser.unrollLoops(main);

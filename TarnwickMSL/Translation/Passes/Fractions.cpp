@@ -1,0 +1,167 @@
+#include "TarnwickMSL/Translation/Passes/Fractions.h"
+
+#include <llvm/ADT/DenseMap.h>
+#include <llvm/IR/Constants.h>
+#include <llvm/IR/InstIterator.h>
+#include <llvm/IR/IntrinsicInst.h>
+#include <llvm/IR/PatternMatch.h>
+#include <llvm/Transforms/Utils/Local.h>
+
+namespace tarnwick::msl {
+
+using namespace llvm;
+using namespace llvm::PatternMatch;
+
+constexpr unsigned deepest = 24; // operations looked through
+constexpr double leastFactor = 1.0 / (1 << 20);
+
+namespace {
+
+// What is true of every lane of a value that is not a NaN. Undefined lanes are not looked at.
+class Facts {
+  public:
+    bool isNonNegative(Value* value, unsigned depth = 0);
+    bool isWhole(Value* value, unsigned depth = 0);
+    bool isNeverJustBelowZero(Value* value);
+
+  private:
+    bool findNonNegative(Value* value, unsigned depth);
+    bool findWhole(Value* value, unsigned depth);
+
+    DenseMap<Value*, bool> nonNegative_, whole_;
+};
+
+} // namespace
+
+template <typename Test> static bool holdsForConstant(const Constant* constant, Test test) {
+    if (auto* number = dyn_cast<ConstantFP>(constant))
+        return test(number->getValueAPF());
+    auto* vector = dyn_cast<FixedVectorType>(constant->getType());
+    for (unsigned i = 0; vector && i < vector->getNumElements(); i++) {
+        Constant* lane = constant->getAggregateElement(i);
+        auto* number = dyn_cast_or_null<ConstantFP>(lane);
+        if (!(number && test(number->getValueAPF())) && !isa_and_nonnull<UndefValue>(lane))
+            return false;
+    }
+    return vector != nullptr;
+}
+
+// The values that a value's lanes are taken from; none where it is no mere rearrangement.
+static SmallVector<Value*, 2> sources(Value* value) {
+    if (auto* extraction = dyn_cast<ExtractElementInst>(value))
+        return {extraction->getVectorOperand()};
+    if (isa<ShuffleVectorInst, InsertElementInst>(value)) {
+        SmallVector<Value*, 2> found;
+        for (Value* operand : {cast<User>(value)->getOperand(0), cast<User>(value)->getOperand(1)})
+            if (!isa<UndefValue>(operand))
+                found.push_back(operand);
+        return found;
+    }
+    return {};
+}
+
+// `x - floor(x)`; gives x, or null.
+static Value* wholeOfFraction(Value* value) {
+    Value* x = nullptr;
+    bool isFraction =
+        match(value, m_FSub(m_Value(x), m_Intrinsic<Intrinsic::floor>(m_Deferred(x))));
+    return isFraction ? x : nullptr;
+}
+
+// The same kept below one; gives the difference.
+static Value* clampedFraction(Value* value) {
+    Value* difference = nullptr;
+    bool isClamped =
+        match(value,
+              m_BitCast(m_SMin(m_BitCast(m_Value(difference)), m_SpecificInt(0x3f7fffff)))) &&
+        difference->getType() == value->getType() && value->getType()->getScalarType()->isFloatTy();
+    return isClamped && wholeOfFraction(difference) ? difference : nullptr;
+}
+
+bool Facts::isNonNegative(Value* value, unsigned depth) {
+    if (auto found = nonNegative_.find(value); found != nonNegative_.end())
+        return found->second;
+    bool is = depth < deepest && findNonNegative(value, depth + 1);
+    return nonNegative_[value] = is;
+}
+
+bool Facts::findNonNegative(Value* value, unsigned depth) {
+    auto is = [&](Value* operand) { return isNonNegative(operand, depth); };
+    if (auto* constant = dyn_cast<Constant>(value))
+        return holdsForConstant(constant, [](const APFloat& number) {
+            return !number.isNegative() || number.isZero();
+        });
+    if (auto from = sources(value); !from.empty())
+        return all_of(from, is);
+    if (isa<UIToFPInst>(value) || wholeOfFraction(value) || clampedFraction(value))
+        return true;
+    Value *a = nullptr, *b = nullptr;
+    if (match(value, m_FMul(m_Value(a), m_Deferred(a))))
+        return true;
+    if (match(value, m_FAdd(m_Value(a), m_Value(b))) ||
+        match(value, m_FMul(m_Value(a), m_Value(b))))
+        return is(a) && is(b);
+    auto* call = dyn_cast<IntrinsicInst>(value);
+    return call &&
+           (call->getIntrinsicID() == Intrinsic::fabs || call->getIntrinsicID() == Intrinsic::sqrt);
+}
+
+bool Facts::isWhole(Value* value, unsigned depth) {
+    if (auto found = whole_.find(value); found != whole_.end())
+        return found->second;
+    bool is = depth < deepest && findWhole(value, depth + 1);
+    return whole_[value] = is;
+}
+
+// Sums and products of whole numbers are whole: where they round, every float is.
+bool Facts::findWhole(Value* value, unsigned depth) {
+    auto is = [&](Value* operand) { return isWhole(operand, depth); };
+    if (auto* constant = dyn_cast<Constant>(value))
+        return holdsForConstant(constant, [](const APFloat& number) { return number.isInteger(); });
+    if (auto from = sources(value); !from.empty())
+        return all_of(from, is);
+    Value *a = nullptr, *b = nullptr;
+    if (match(value, m_FAdd(m_Value(a), m_Value(b))) ||
+        match(value, m_FSub(m_Value(a), m_Value(b))) ||
+        match(value, m_FMul(m_Value(a), m_Value(b))))
+        return is(a) && is(b);
+    if (auto* call = dyn_cast<IntrinsicInst>(value))
+        switch (call->getIntrinsicID()) {
+        case Intrinsic::floor:
+        case Intrinsic::ceil:
+        case Intrinsic::trunc:
+        case Intrinsic::rint:
+        case Intrinsic::roundeven:
+            return true;
+        default:
+            return false;
+        }
+    return isa<UIToFPInst, SIToFPInst>(value);
+}
+
+bool Facts::isNeverJustBelowZero(Value* value) {
+    if (isNonNegative(value) || isWhole(value))
+        return true;
+    Value* a = nullptr;
+    Constant* factor = nullptr;
+    return match(value, m_FMul(m_Value(a), m_Constant(factor))) && isWhole(a) &&
+           holdsForConstant(factor, [](const APFloat& number) {
+               return std::abs(number.convertToDouble()) >= leastFactor;
+           });
+}
+
+bool trimFractions(Function& function) {
+    Facts facts;
+    SmallVector<std::pair<Instruction*, Value*>, 16> found;
+    for (Instruction& instruction : instructions(function))
+        if (Value* difference = clampedFraction(&instruction))
+            if (facts.isNeverJustBelowZero(wholeOfFraction(difference)))
+                found.emplace_back(&instruction, difference);
+    for (auto [clamped, difference] : found) {
+        clamped->replaceAllUsesWith(difference);
+        RecursivelyDeleteTriviallyDeadInstructions(clamped);
+    }
+    return !found.empty();
+}
+
+} // namespace tarnwick::msl
