@@ -59,8 +59,6 @@ static void addFully(FunctionPassManager& passes) {
 
 static void addUnrolling(FunctionPassManager& passes) {
     LoopPassManager loops;
-    // Without it one in 300 random programs went wrong on the CPU driver (its structured code was
-    // right natively; why is not known).
     loops.addPass(LoopRotatePass(true));
     loops.addPass(IndVarSimplifyPass());
     loops.addPass(LoopFullUnrollPass());

@@ -7,6 +7,7 @@
 
 #include "TarnwickMSL/Translation/Passes/LoopBudget.h"
 #include "TarnwickMSL/Translation/Passes/Optimiser.h"
+#include "TarnwickMSL/Translation/Passes/VectorPhis.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/ADT/PostOrderIterator.h>
@@ -352,6 +353,8 @@ Structure structureFlow(Function& main, Optimiser& optimiser) {
     promoteCounter(main);
     structureLoops(main, structure);
     structureSelections(main, structure);
+    splitVectorPhis(main, structure);
+    DCEPass().run(main, optimiser.analyses());
     return structure;
 }
 

@@ -45,3 +45,26 @@ TEST(RandomPrograms, agreeWithNativeCodeBitForBit) {
     std::printf("%llu of %llu programs agree\n", static_cast<unsigned long long>(agreeing),
                 static_cast<unsigned long long>(programs));
 }
+
+// Neighbours that leave the loop at different rounds and in two ways; phis of vectors fail here.
+TEST(Programs, keepVectorsThatLoopsTurn) {
+    const auto trial = Trial::make();
+    if (!trial)
+        GTEST_SKIP() << "No Vulkan device is here.";
+    const Outcome outcome = trial->run(metalSource(R"(uint trial(uint input) {
+    uint4 v = uint4(input, input + 1u, input + 2u, input + 3u);
+    for (uint i = 0u; i < input % 6u; i++) {
+        if (input >= 40u) return 5u;
+        v = v.yzwx;
+    }
+    return v.x;
+}
+)"));
+    ASSERT_EQ(outcome.problem, "");
+    for (std::uint32_t i = 0; i < trialInputs; i++) {
+        const std::uint32_t input = trialInput(i), rounds = input % 6;
+        const std::uint32_t expected = input >= 40 && rounds > 0 ? 5 : input + rounds % 4;
+        EXPECT_EQ(outcome.kernel[i], expected) << "kernel, input " << i;
+        EXPECT_EQ(outcome.fragment[i], expected) << "fragment, input " << i;
+    }
+}
