@@ -59,6 +59,7 @@ static void addFully(FunctionPassManager& passes) {
 
 static void addUnrolling(FunctionPassManager& passes) {
     LoopPassManager loops;
+    // For speed only: loops that test at their end draw up to a fifth faster on the CPU driver.
     loops.addPass(LoopRotatePass(true));
     loops.addPass(IndVarSimplifyPass());
     loops.addPass(LoopFullUnrollPass());
