@@ -14,6 +14,7 @@
 #include "TarnwickMSL/Translation/Passes/Legalise.h"
 #include "TarnwickMSL/Translation/Passes/LoopBudget.h"
 #include "TarnwickMSL/Translation/Passes/Optimiser.h"
+#include "TarnwickMSL/Translation/Passes/Phis.h"
 #include "TarnwickMSL/Translation/Passes/Pointers.h"
 #include "TarnwickMSL/Translation/Passes/Structure.h"
 #include "TarnwickMSL/Translation/Passes/Wrapper.h"
@@ -130,6 +131,7 @@ static void structureCode(ShaderModule& shader, Optimiser& optimiser) {
     keepPointersNear(*shader.main);
     budgetLoops(shader, optimiser);
     shader.structure = structureFlow(*shader.main, optimiser);
+    mergePhis(*shader.main);
     dump(shader, "3-structured");
 }
 
