@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <unistd.h>
 #include <utility>
 
 namespace tarnwick::tests {
@@ -60,7 +61,8 @@ TEST_F(Gpu, refusesEverythingOnceLost) {
 
 // The CPU driver's cache is empty but for its header, which is enough to see it kept.
 TEST_F(Gpu, keepsItsPipelinesOnDisk) {
-    const auto folder = std::filesystem::path(testing::TempDir()) / "tarnwick-cache-test";
+    const auto folder =
+        std::filesystem::path(testing::TempDir()) / ("pipeline-cache" + std::to_string(getpid()));
     std::filesystem::remove_all(folder);
     setenv("XDG_CACHE_HOME", folder.c_str(), 1);
     DeviceState& state = device->state();

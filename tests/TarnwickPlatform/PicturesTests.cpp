@@ -6,15 +6,16 @@
 #include <functional>
 #include <iterator>
 #include <sstream>
+#include <unistd.h>
 
 using namespace tarnwick;
 namespace fs = std::filesystem;
 
 namespace {
 
-// A folder of the test's own, empty at first.
+// A folder of the test's own, empty at first: tests run side by side as processes.
 struct Pictures : testing::Test {
-    fs::path folder = fs::path(testing::TempDir()) / "TarnwickPictures";
+    fs::path folder = fs::path(testing::TempDir()) / ("pictures" + std::to_string(getpid()));
     Pictures() {
         fs::remove_all(folder);
         fs::create_directories(folder);
