@@ -46,4 +46,10 @@ std::optional<std::int64_t> integerOf(std::string_view digits) {
     return number;
 }
 
+std::optional<std::int64_t> signedIntegerOf(std::string_view token) {
+    const bool isSigned = token.starts_with('-') || token.starts_with('+');
+    const std::optional<std::int64_t> size = integerOf(token.substr(isSigned ? 1 : 0));
+    return size && token.starts_with('-') ? -*size : size;
+}
+
 } // namespace tarnwick

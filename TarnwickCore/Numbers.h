@@ -16,5 +16,7 @@ std::optional<double> doubleOf(std::string_view token);
 // The number that the ASCII digits of `digits` spell. Nothing when it has other characters, is
 // empty, or does not fit.
 std::optional<std::int64_t> integerOf(std::string_view digits);
+// The same, with a plus or a minus allowed before the digits.
+std::optional<std::int64_t> signedIntegerOf(std::string_view token);
 
 } // namespace tarnwick

@@ -1,5 +1,6 @@
 #include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickCore/ShaderKind.h"
+#include "TarnwickCore/ShaderTemplate.h"
 
 #include <gtest/gtest.h>
 
@@ -75,6 +76,22 @@ TEST(ShaderAssembler, seesADefinitionOnlyWhereItsTypeOpensTheLine) {
 
 TEST(ShaderKind, goesThroughItsRawValue) {
     for (const ShaderKind kind : {ShaderKind::fragment, ShaderKind::particles, ShaderKind::grid})
-        EXPECT_EQ(shaderKindOf(rawValue(kind)), kind);
-    EXPECT_FALSE(shaderKindOf("Grid"));
+        EXPECT_EQ(shaderKindNamed(rawValue(kind)), kind);
+    EXPECT_FALSE(shaderKindNamed("Grid"));
+}
+
+TEST(ShaderKind, isReadFromTheDirectivesWithParticlesFirst) {
+    EXPECT_EQ(shaderKindOf("// @grid 16\n// @particles 1000"), ShaderKind::particles);
+    EXPECT_EQ(shaderKindOf("// @particles 0\n// @grid 16"), ShaderKind::grid);
+    EXPECT_EQ(shaderKindOf("// @grid many"), ShaderKind::fragment);
+}
+
+TEST(ShaderTemplate, isAnEpisodeUnderItsTitle) {
+    const std::string plain = ShaderTemplate::newShader("Waves");
+    EXPECT_TRUE(plain.starts_with("// Waves\n//\n// @still 4\n"));
+    const AssembledShader shader = assembled(plain);
+    EXPECT_TRUE(shader.hasSound && !shader.usesInputs && shader.params.size() == 3);
+    const std::string inputs = ShaderTemplate::inputsShader("Waves");
+    EXPECT_TRUE(inputs.starts_with("// Waves\n//\n// @still 4\n") && inputs.ends_with("\n}\n"));
+    EXPECT_TRUE(assembled(inputs).usesInputs);
 }

@@ -1,0 +1,17 @@
+// Characters as readers count them, and the blanks around a text.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnwick {
+
+// The characters of `text`, each one extended grapheme cluster (Unicode Standard Annex 29, 3.1): a
+// letter with its marks, a whole emoji. Bytes that are not UTF-8 come back as U+FFFD.
+std::vector<std::string> charactersOf(std::string_view text);
+
+// `text` without the white space (Unicode's White_Space) at its two ends.
+std::string_view trimmed(std::string_view text);
+
+} // namespace tarnwick

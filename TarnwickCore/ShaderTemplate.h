@@ -1,0 +1,17 @@
+// The two texts that a new episode begins with.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tarnwick {
+
+// The title becomes the first line, a comment; it is one line of text.
+struct ShaderTemplate {
+    // With parameters and sound.
+    static std::string newShader(std::string_view title);
+    // With Inputs: sound that is heard, channels, the last frame.
+    static std::string inputsShader(std::string_view title);
+};
+
+} // namespace tarnwick
