@@ -1,89 +1,176 @@
-// Each trial_NAME.metal of the corpus runs a kernel that gets 256 numbers (0, 1, 2...) and must
-// give the numbers that its line `// @expects` lists, bars aside.
+// Every program of the corpus runs or draws what the comments at its head say (CorpusProgram.h) and
+// gives the numbers and the pixels that they promise. That each makes valid modules, the validity
+// tests see to.
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
+#include "tests/TarnwickMSL/CorpusProgram.h"
+#include "tests/Validation.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <numeric>
-#include <sstream>
-#include <string>
-#include <vector>
 
-using namespace tarnwick;
+namespace tarnwick::corpus {
 
 namespace {
 
-constexpr std::size_t numbers = 256;
+constexpr std::size_t numbers = 256, words = 1024;
+constexpr std::uint32_t side = 8; // of the picture
+using Picture = std::array<float, side * side * 4>;
 
-std::vector<std::string> trials() {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(TARNWICK_CORPUS)) {
-        const std::string name = entry.path().stem().string();
-        if (name.starts_with("trial_"))
-            names.push_back(name.substr(6));
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
+class Corpus : public testing::TestWithParam<Program> {
+  protected:
+    static void SetUpTestSuite() { device = gpu::Device::systemDefault(); }
+    static void TearDownTestSuite() { device.reset(); }
+    void SetUp() override;
 
-std::string text(const std::string& name) {
-    std::ifstream stream(std::filesystem::path(TARNWICK_CORPUS) / ("trial_" + name + ".metal"));
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
+    void dispatch(const gpu::Library& library, const Dispatch& given);
+    void draw(const gpu::Library& library, const DrawCall& given);
+    void expectNumbers(const Program& program) const;
+    void expectPixels(const Program& program) const;
 
-std::vector<float> expectations(const std::string& source) {
-    const std::size_t start = source.find("@expects ") + 9;
-    std::istringstream words(source.substr(start, source.find('\n', start) - start));
-    std::vector<float> values;
-    for (std::string word; words >> word;)
-        if (word != "|")
-            values.push_back(std::stof(word));
-    return values;
-}
+    static inline std::shared_ptr<gpu::Device> device;
+    std::unique_ptr<gpu::CommandQueue> queue;
+    std::unique_ptr<gpu::Buffer> out, scratch;
+    std::vector<float> in = std::vector<float>(numbers);
+    Picture picture{};
+};
 
-std::vector<float> results(gpu::Device& device, const std::string& source) {
-    const auto function = device.newLibrary(source)->newFunction("check");
-    const auto pipeline = device.newComputePipelineState(*function);
-    const auto queue = device.newCommandQueue();
-    const auto out = device.newBuffer(numbers * sizeof(float));
-    std::vector<float> in(numbers), values(numbers, NAN);
+void Corpus::SetUp() {
+    if (!device)
+        GTEST_SKIP() << "No Vulkan device is here.";
+    queue = device->newCommandQueue();
+    out = device->newBuffer(numbers * sizeof(float));
+    scratch = device->newBuffer(words * sizeof(std::uint32_t));
     std::iota(in.begin(), in.end(), 0.0f);
-    std::memcpy(out->contents(), values.data(), numbers * sizeof(float));
+    const std::vector<float> nothing(numbers, NAN);
+    std::memcpy(out->contents(), nothing.data(), numbers * sizeof(float));
+}
+
+void Corpus::dispatch(const gpu::Library& library, const Dispatch& given) {
+    const auto function = library.newFunction(given.kernel);
+    ASSERT_TRUE(function) << given.kernel;
+    const auto pipeline = device->newComputePipelineState(*function);
     auto commands = queue->commandBuffer();
     auto encoder = commands->computeCommandEncoder();
     encoder->setComputePipelineState(*pipeline);
     encoder->setBuffer(*out, 0, 0);
     encoder->setBytes(in.data(), in.size() * sizeof(float), 1);
-    encoder->dispatchThreads({1, 1, 1}, {1, 1, 1});
+    encoder->setBuffer(*scratch, 0, 2);
+    encoder->dispatchThreads(given.grid, given.threadgroup);
     encoder->endEncoding();
     commands->commit();
     commands->waitUntilCompleted();
     EXPECT_EQ(commands->status(), gpu::CommandBufferStatus::completed);
-    std::memcpy(values.data(), out->contents(), numbers * sizeof(float));
-    return values;
 }
 
-class Corpus : public testing::TestWithParam<std::string> {};
+std::unique_ptr<gpu::Function> firstOf(const gpu::Library& library, msl::Stage stage) {
+    for (const std::string& name : library.functionNames())
+        if (auto function = library.newFunction(name); function->stage() == stage)
+            return function;
+    return nullptr;
+}
+
+std::unique_ptr<gpu::RenderPipelineState>
+pipelineFor(gpu::Device& device, const gpu::Library& library, const DrawCall& given) {
+    const auto vertex = firstOf(library, msl::Stage::vertex);
+    const auto fragment = firstOf(library, msl::Stage::fragment);
+    gpu::RenderPipelineDescriptor descriptor{.vertex = vertex.get(), .fragment = fragment.get()};
+    descriptor.color = {.format = gpu::PixelFormat::rgba32Float};
+    if (given.hasDepth)
+        descriptor.depthFormat = gpu::PixelFormat::depth32Float;
+    descriptor.sampleCount = given.hasSamples ? 4 : 1;
+    descriptor.topology = given.type == gpu::PrimitiveType::point ? gpu::TopologyClass::point
+                                                                  : gpu::TopologyClass::triangle;
+    return device.newRenderPipelineState(descriptor);
+}
+
+std::unique_ptr<gpu::Texture> target(gpu::Device& device, gpu::PixelFormat format,
+                                     std::uint32_t samples) {
+    const bool isRead = samples == 1 && format != gpu::PixelFormat::depth32Float;
+    return device.newTexture(
+        {.type = samples > 1 ? gpu::TextureType::type2DMultisample : gpu::TextureType::type2D,
+         .format = format,
+         .width = side,
+         .height = side,
+         .sampleCount = samples,
+         .usage = {.shaderRead = isRead, .renderTarget = true},
+         .storage = isRead ? gpu::StorageMode::shared : gpu::StorageMode::private_});
+}
+
+void Corpus::draw(const gpu::Library& library, const DrawCall& given) {
+    const auto pipeline = pipelineFor(*device, library, given);
+    const auto resolved = target(*device, gpu::PixelFormat::rgba32Float, 1);
+    const auto samples =
+        given.hasSamples ? target(*device, gpu::PixelFormat::rgba32Float, 4) : nullptr;
+    const auto depth =
+        given.hasDepth ? target(*device, gpu::PixelFormat::depth32Float, given.hasSamples ? 4 : 1)
+                       : nullptr;
+    const auto less = device->newDepthStencilState(
+        {.depthCompare = gpu::CompareFunction::less, .depthWrites = true});
+    gpu::RenderPassDescriptor pass{
+        .color = {.texture = samples ? samples.get() : resolved.get(),
+                  .resolveTexture = samples ? resolved.get() : nullptr,
+                  .load = gpu::LoadAction::clear,
+                  .store = samples ? gpu::StoreAction::multisampleResolve : gpu::StoreAction::store,
+                  .clear = {0, 0, 0, 0}},
+        .depth = {.texture = depth.get()}};
+    auto commands = queue->commandBuffer();
+    auto encoder = commands->renderCommandEncoder(pass);
+    encoder->setRenderPipelineState(*pipeline);
+    if (depth)
+        encoder->setDepthStencilState(*less);
+    encoder->setVertexBuffer(*out, 0, 0);
+    encoder->setVertexBytes(in.data(), in.size() * sizeof(float), 1);
+    encoder->setVertexBuffer(*scratch, 0, 2);
+    encoder->setFragmentBuffer(*out, 0, 0);
+    encoder->setFragmentBytes(in.data(), in.size() * sizeof(float), 1);
+    encoder->setFragmentBuffer(*scratch, 0, 2);
+    encoder->drawPrimitives(given.type, 0, given.vertices, given.instances);
+    encoder->endEncoding();
+    commands->commit();
+    commands->waitUntilCompleted();
+    EXPECT_EQ(commands->status(), gpu::CommandBufferStatus::completed);
+    resolved->getBytes(picture.data(), side * 4 * sizeof(float), {.width = side, .height = side},
+                       0);
+}
+
+void Corpus::expectNumbers(const Program& program) const {
+    std::vector<float> given(numbers);
+    std::memcpy(given.data(), out->contents(), numbers * sizeof(float));
+    for (std::size_t i = 0; i < program.expected.size(); i++) {
+        const float wanted = program.expected[i];
+        if (std::isnan(wanted) || given[i] == wanted) // an infinity equals itself
+            continue;
+        EXPECT_NEAR(given[i], wanted, program.tolerance * std::abs(wanted)) << "out[" << i << "]";
+    }
+}
+
+void Corpus::expectPixels(const Program& program) const {
+    for (const Pixel& pixel : program.pixels)
+        for (std::size_t i = 0; i < 4; i++)
+            EXPECT_NEAR(picture[(pixel.y * side + pixel.x) * 4 + i], pixel.color[i],
+                        program.tolerance * std::max(std::abs(pixel.color[i]), 1.0f))
+                << "component " << i << " of pixel " << pixel.x << ", " << pixel.y;
+}
 
 } // namespace
 
-TEST_P(Corpus, givesTheNumbersItPromises) {
-    const auto device = gpu::Device::systemDefault();
-    if (!device)
-        GTEST_SKIP() << "No Vulkan device is here.";
-    const std::string source = text(GetParam());
-    const std::vector<float> expected = expectations(source);
-    ASSERT_FALSE(expected.empty());
-    const std::vector<float> given = results(*device, source);
-    for (std::size_t i = 0; i < expected.size(); i++)
-        EXPECT_NEAR(given[i], expected[i], 1e-6f * std::abs(expected[i])) << "out[" << i << "]";
+TEST_P(Corpus, givesWhatItPromises) {
+    const Program& program = GetParam();
+    ASSERT_TRUE(program.draws.empty() || !program.pixels.empty() || !program.expected.empty());
+    const auto library = device->newLibrary(program.source);
+    for (const Dispatch& each : program.runs)
+        dispatch(*library, each);
+    for (const DrawCall& each : program.draws)
+        draw(*library, each);
+    expectNumbers(program);
+    expectPixels(program);
 }
 
-INSTANTIATE_TEST_SUITE_P(Trials, Corpus, testing::ValuesIn(trials()),
-                         [](const auto& trial) { return trial.param; });
+INSTANTIATE_TEST_SUITE_P(Programs, Corpus, testing::ValuesIn(programsIn(TARNWICK_CORPUS)),
+                         [](const auto& program) { return program.param.name; });
+
+} // namespace tarnwick::corpus

@@ -1,0 +1,62 @@
+// A program of the corpus: its text, and what the comments at its head promise of it.
+//
+//   // @expects 3 2.5 | 4*1       what `out` holds afterwards, bars aside; 4*1 is 1 1 1 1. Lines
+//   add up.
+//   // @within 1e-3               how far a number may be off, of its size (or of 1); 1e-6 by
+//   default
+//   // @runs check 64 16          a kernel, its grid and its threadgroup (8x8x2 in three
+//                                 dimensions), both 1 by default. Lines run in their order.
+//   // @draws triangle 3 2        primitives, vertices and instances, with the program's first
+//   vertex
+//                                 and first fragment function, on 8 x 8 pixels that were zero;
+//                                 depth is compared with `less` against 1 where it says `depth`,
+//                                 four samples are resolved where it says `samples`
+//   // @pixel 2 5 : 1 0 0.5 1     a pixel from the upper left, red, green, blue and alpha
+//
+// A program that promises numbers but says neither runs nor draws runs `check` once. All of them
+// have
+//   device float* out [[buffer(0)]]       256 numbers, NaN at first
+//   constant float* in [[buffer(1)]]      256 numbers: 0 1 2 ...
+//   device uint* scratch [[buffer(2)]]    1,024 words, zero at first
+// of any type that suits them.
+#pragma once
+
+#include "TarnwickGPU/Commands.h"
+
+#include <array>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace tarnwick::corpus {
+
+struct Dispatch {
+    std::string kernel;
+    gpu::Size grid, threadgroup;
+};
+
+struct DrawCall {
+    gpu::PrimitiveType type = gpu::PrimitiveType::triangle;
+    std::uint32_t vertices = 0, instances = 1;
+    bool hasDepth = false, hasSamples = false;
+};
+
+struct Pixel {
+    std::uint32_t x = 0, y = 0;
+    std::array<float, 4> color{};
+};
+
+struct Program {
+    std::string name; // of the file, without .metal
+    std::string source;
+    std::vector<float> expected; // NaN: anything
+    float tolerance = 1e-6f;
+    std::vector<Dispatch> runs;
+    std::vector<DrawCall> draws;
+    std::vector<Pixel> pixels;
+};
+
+// All of a folder by name. Throws std::runtime_error on a promise that it cannot read.
+std::vector<Program> programsIn(const std::filesystem::path& folder);
+
+} // namespace tarnwick::corpus
