@@ -1,4 +1,5 @@
 // tarnwick still: one frame of an episode as a PNG file.
+#include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/Numbers.h"
 #include "TarnwickRender/StillRenderer.h"
 #include "programs/Command.h"
@@ -36,9 +37,14 @@ PixelSize sizeOf(const Arguments& arguments) {
     return {.width = *width, .height = *height};
 }
 
-double timeOf(const Arguments& arguments) {
+// Without a time of its own, the one that the episode names.
+double timeOf(const Arguments& arguments, std::string_view episode) {
     const auto given = arguments.value("--time");
-    const std::optional<double> time = given ? doubleOf(*given) : 10;
+    if (!given) {
+        const double still = EpisodeMeta::parse(episode).still;
+        return std::isfinite(still) ? still : EpisodeMeta().still;
+    }
+    const std::optional<double> time = doubleOf(*given);
     if (!time || !std::isfinite(*time) || *time < 0)
         misuse("--time wants a number of seconds from 0 on, not " + quoted(*given) + ".");
     return *time;
@@ -84,9 +90,9 @@ Request requestOf(const Arguments& arguments) {
     if (request.out.empty())
         misuse("-o OUT.png is missing: where to write the picture.");
     request.size = sizeOf(arguments);
-    request.time = timeOf(arguments);
-    request.frame = frameOf(arguments, request.time);
     request.episode = sourceText(request.path);
+    request.time = timeOf(arguments, request.episode);
+    request.frame = frameOf(arguments, request.time);
     const std::vector<ParamDecl> params = ParamParser::parse(request.episode);
     request.values = settingsOf(arguments.values("--set"), params, request.path);
     if (const auto keysPath = arguments.value("--keys"))
@@ -115,7 +121,7 @@ Status still(const Arguments& arguments) {
 
 constexpr std::array<Option, 6> stillOptions{{
     {"-o", "OUT.png", "where to write the picture; always wanted"},
-    {"--time", "SECONDS", "of the episode; 10 without it"},
+    {"--time", "SECONDS", "of the episode; what its @still says without it, or 10"},
     {"--size", "WxH", "in pixels; 1280x720 without it"},
     {"--set", "NAME=VALUE", "of a parameter; may be repeated"},
     {"--keys", "FILE.json", "keyframes of parameters, which go before --set"},

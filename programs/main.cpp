@@ -10,8 +10,11 @@
 namespace tarnwick {
 namespace {
 
-constexpr std::array<const Command*, 6> commands{&checkCommand, &assembleCommand, &mslCommand,
-                                                 &stillCommand, &saverCommand,    &devicesCommand};
+// clang-format off
+constexpr std::array<const Command*, 8> commands{
+    &newCommand, &infoCommand, &checkCommand, &assembleCommand, &mslCommand, &stillCommand,
+    &saverCommand, &devicesCommand};
+// clang-format on
 
 std::string padded(std::string_view text, std::size_t width) {
     return std::string(text) + std::string(text.size() < width ? width - text.size() : 1, ' ');

@@ -14,4 +14,14 @@ expect 0 '' still e.metal -o d.png --size 64x48 --keys keys.json --time 2 --set 
 cmp -s c.png d.png || complain 'keys do not give the value at the time' still
 file c.png 2>/dev/null | grep -q '64 x 48' || head -c 24 c.png | tail -c 8 |
     od -An -tu1 | grep -q '0 *0 *0 *64 *0 *0 *0 *48' || complain 'not 64 by 48' still
+# Without --time it is the one that the episode names, or 10 seconds.
+moving='float4 shade(float2 uv, constant Uniforms& u, constant Params& p) { return u.time * 0.05; }'
+echo "$moving" >ten.metal
+(echo '// @still 4' && cat ten.metal) >four.metal
+for file in ten four; do
+    expect 0 '' still $file.metal -o $file.png --size 8x8
+    expect 0 '' still $file.metal -o $file-again.png --size 8x8 --time $([ $file = ten ] && echo 10 || echo 4)
+    cmp -s $file.png $file-again.png || complain "not the time of $file.metal" still
+done
+cmp -s ten.png four.png && complain '@still changes nothing' still
 finish

@@ -1,0 +1,81 @@
+// tarnwick new: a file with an episode to start from.
+#include "TarnwickCore/Characters.h"
+#include "TarnwickCore/FileNames.h"
+#include "TarnwickCore/Lines.h"
+#include "TarnwickCore/ShaderTemplate.h"
+#include "TarnwickPlatform/Bundle/TextFile.h"
+#include "programs/Command.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+
+namespace tarnwick {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The title stands on the first line, behind the slashes of a comment.
+std::string_view titleOf(const Arguments& arguments) {
+    const std::string_view title = arguments.operand("title");
+    if (!isUTF8(title))
+        misuse("The title is not text in UTF-8.");
+    if (trimmed(title).empty())
+        misuse("The title is empty.");
+    if (linesOf(title).front() != title)
+        misuse("The title is more than one line.");
+    return title;
+}
+
+// A file of the title's name in the current folder, or with a number behind it where that is taken.
+fs::path placeFor(std::string_view title) {
+    std::string name(title);
+    std::ranges::replace(name, '/', '-'); // a title has no folders
+    // With an ending of ours it loses no other: "Vol. 2" stays whole.
+    return FileNames::unique(FileNames::safe(name + ".metal"), "", [](const fs::path& file) {
+        return fs::exists(fs::symlink_status(file));
+    });
+}
+
+void writeNewFile(const fs::path& path, std::string_view text) {
+    std::FILE* const file = std::fopen(path.c_str(), "wbx"); // x: only where there is none
+    if (!file && errno == EEXIST)
+        misuse(path.string() + " is there already and stays as it is.");
+    const bool isWritten = file && std::fwrite(text.data(), 1, text.size(), file) == text.size();
+    if (file && std::fclose(file) == 0 && isWritten)
+        return;
+    const std::string why = std::strerror(errno);
+    if (file)
+        std::remove(path.c_str());
+    failure(path.string() + " cannot be written: " + why + ".");
+}
+
+Status makeNew(const Arguments& arguments) {
+    const std::string_view title = titleOf(arguments);
+    const std::string text = arguments.has("--inputs") ? ShaderTemplate::inputsShader(title)
+                                                       : ShaderTemplate::newShader(title);
+    const auto given = arguments.value("-o");
+    const fs::path path = given ? fs::path(*given) : placeFor(title);
+    writeNewFile(path, text);
+    print(path.string() + "\n");
+    return Status::done;
+}
+
+constexpr std::array<Option, 2> newOptions{{
+    {"--inputs", "", "one that reads sound, pictures and its own last frame"},
+    {"-o", "FILE.metal", "where to; without it the title's name in this folder"},
+}};
+
+} // namespace
+
+const Command newCommand{.name = "new",
+                         .operands = "TITLE",
+                         .summary = "Writes an episode to start from and prints its file's name; "
+                                    "no file is overwritten.",
+                         .options = newOptions,
+                         .run = makeNew};
+
+} // namespace tarnwick

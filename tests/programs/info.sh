@@ -1,0 +1,25 @@
+# What an episode says of itself comes out, for people and as JSON.
+. "$PROMISES/promises.sh"
+(echo '// @episode 7 Waves
+// @variations 3, 5
+// @variation 12.5
+// @still 4
+// @final Thanks | see you
+// @particles 9000000' && episode && echo 'float2 sound(float t, constant Params& p) {') >e.metal
+expect 0 '^episode     7 Waves$' info e.metal
+for line in 'kind        particles, 4000000, with sound' 'length      60 s' \
+    'variations  3, 5; 12.5 s each' 'still       4 s' 'final       Thanks | see you' \
+    'parameter  default  min  max' 'red        0.25     0    1    How red' \
+    'green      0.5      0    1'; do
+    grep -qx -e "$line" out || complain "no line: $line" info e.metal
+done
+expect 0 '"title": "Waves"' info e.metal --json
+for word in '"kind": "particles"' '"particles": 4000000' '"variationLength": 12.5' \
+    '"finalSummary": "see you"' '"default": 0.25' '"sound": true' '"inputs": false'; do
+    grep -q -e "$word" out || complain "no $word" info --json
+done
+echo '// @still inf' >endless.metal
+expect 0 '"still": null' info endless.metal --json
+expect 0 '^kind        fragment$' info endless.metal
+expect 2 'missing.metal cannot be read' info missing.metal
+finish

@@ -1,0 +1,21 @@
+# A new episode compiles, bears its title, and never takes the place of a file.
+. "$PROMISES/promises.sh"
+expect 0 '^Vol. 2- Light-Water.metal$' new 'Vol. 2: Light/Water'
+expect 0 '^// Vol. 2: Light/Water$' assemble 'Vol. 2- Light-Water.metal'
+expect 0 '' check 'Vol. 2- Light-Water.metal'
+expect 0 '^Vol. 2- Light-Water 2.metal$' new 'Vol. 2: Light/Water' --inputs
+expect 0 'Inputs in' assemble 'Vol. 2- Light-Water 2.metal'
+expect 0 '' check 'Vol. 2- Light-Water 2.metal'
+expect 0 '^a.metal$' new A -o a.metal
+ln -s nowhere B.metal
+expect 0 '^B 2.metal$' new B
+echo old >old.metal
+expect 2 '^tarnwick: old.metal is there already and stays as it is.$' new Old -o old.metal
+[ "$(cat old.metal)" = old ] || complain 'old.metal changed' new
+expect 1 '^tarnwick: none/a.metal cannot be written: No such file' new A -o none/a.metal
+expect 2 'title is missing' new
+expect 2 'title is empty' new ' '
+expect 2 'more than one line' new 'one
+two'
+expect 2 'not text in UTF-8' new "$(printf '\377')"
+finish
