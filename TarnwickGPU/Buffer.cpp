@@ -2,6 +2,7 @@
 #include "TarnwickGPU/Resources.h"
 #include "TarnwickGPU/TextureParts.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace tarnwick::gpu {
@@ -29,8 +30,14 @@ void* Buffer::contents() const {
     return parts_->memory.bytes;
 }
 
+// A longer one could be made on some devices, but a shader would read zeros beyond what a
+// descriptor can name.
+std::size_t Device::maxBufferLength() const {
+    return std::min<VkDeviceSize>(state_->maxBufferSize, state_->limits.maxStorageBufferRange);
+}
+
 std::unique_ptr<Buffer> Device::newBuffer(std::size_t bytes, StorageMode storage) {
-    if (isLost())
+    if (isLost() || bytes > maxBufferLength())
         return nullptr;
     state_->graveyard.collect(state_->handle, state_->submissions.completed());
     const auto use = storage == StorageMode::private_ ? MemoryUse::gpuOnly : MemoryUse::readBack;

@@ -60,6 +60,9 @@ class Device {
     // Whether the device was lost; every later call then fails in its own way.
     bool isLost() const;
 
+    // The longest buffer, in bytes, that the device makes and shows to shaders as a whole.
+    std::size_t maxBufferLength() const;
+
     // Messages that the validation layer gave so far. The layer is on where the environment
     // variable TARNWICK_VALIDATION is 1, or abort: then the first message ends the process.
     static std::uint64_t validationMessages();

@@ -1,13 +1,103 @@
 #include "TarnwickRender/ShaderRun.h"
 
-namespace tarnwick {
+#include "TarnwickRender/ParamBuffer.h"
 
-// Neither of the two kinds of episode that need a run is drawn yet.
-std::unique_ptr<ShaderRun> ShaderRun::make(std::shared_ptr<const ShaderProgram>, gpu::Device&,
-                                           std::int64_t, std::int64_t) {
-    return nullptr;
+#include <string>
+
+namespace tarnwick {
+namespace {
+
+// What lies behind the grid: a near-black with a faint warm cast.
+constexpr gpu::ClearColor meshClearColor{.red = 0.035, .green = 0.027, .blue = 0.031, .alpha = 1};
+
+gpu::RenderPassDescriptor meshPass(const MeshTarget& target) {
+    return {.color = {.texture = target.color.get(),
+                      .resolveTexture = target.resolved.get(),
+                      .load = gpu::LoadAction::clear,
+                      .store = gpu::StoreAction::multisampleResolve,
+                      .clear = meshClearColor},
+            .depth = {.texture = target.depth.get()}};
 }
 
-void ShaderRun::prepare(const TWUniforms&, gpu::CommandBuffer&, const ParamValues&, std::int64_t) {}
+std::string megabytes(std::uint64_t bytes) {
+    return std::to_string((bytes + 999'999) / 1'000'000) + " MB";
+}
+
+} // namespace
+
+std::unique_ptr<ShaderRun> ShaderRun::make(std::shared_ptr<const ShaderProgram> program,
+                                           gpu::Device& device, std::int64_t width,
+                                           std::int64_t height) {
+    std::unique_ptr<ShaderRun> run(new ShaderRun);
+    if (program->isParticles())
+        run->simulation_ = ParticleSimulation::make(program, device, width, height);
+    else if (program->isMesh())
+        run->mesh_ = MeshTarget::make(device, width, height);
+    if (!run->simulation_ && !run->mesh_)
+        return nullptr;
+    run->program_ = std::move(program);
+    run->width_ = width;
+    run->height_ = height;
+    return run;
+}
+
+std::string ShaderRun::absence(const ShaderProgram& program, const gpu::Device& device,
+                               std::int64_t width, std::int64_t height) {
+    const auto bytes =
+        static_cast<std::uint64_t>(program.particleCount() * program.particleStride());
+    const std::string particles = std::to_string(program.particleCount()) + " particles of " +
+                                  std::to_string(program.particleStride()) + " bytes each (" +
+                                  megabytes(bytes) + ")";
+    if (bytes > device.maxBufferLength())
+        return device.info().name + " cannot hold " + particles + ": its buffers have " +
+               megabytes(device.maxBufferLength()) + " at most.";
+    return device.info().name + " has no memory for a picture of " + std::to_string(width) + "x" +
+           std::to_string(height) + " pixels" +
+           (program.isParticles() ? " with " + particles + "." : ".");
+}
+
+const gpu::Texture* ShaderRun::picture() const {
+    return simulation_ ? &simulation_->image() : mesh_->resolved.get();
+}
+
+void ShaderRun::prepare(const TWUniforms& uniforms, gpu::CommandBuffer& commands,
+                        const ParamValues& values, std::int64_t limit) {
+    if (simulation_)
+        simulation_->advance(ParticleSimulation::steps(uniforms.time), commands, values,
+                             uniforms.mouse, limit);
+    else
+        drawMesh(uniforms, commands, values);
+}
+
+void ShaderRun::drawMesh(const TWUniforms& uniforms, gpu::CommandBuffer& commands,
+                         const ParamValues& values) const {
+    const MeshPipelines& pipelines = *program_->mesh();
+    const ParamBuffer params(program_->params(), values);
+    const auto cells = static_cast<std::uint32_t>(pipelines.cells);
+    auto encoder = commands.renderCommandEncoder(meshPass(*mesh_));
+    if (!encoder)
+        return;
+    encoder->setVertexBytes(&uniforms, sizeof uniforms, 0);
+    encoder->setVertexBytes(params.data(), params.length(), 1);
+    encoder->setVertexBytes(&cells, sizeof cells, 2);
+    encoder->setFragmentBytes(&uniforms, sizeof uniforms, 0);
+    encoder->setFragmentBytes(params.data(), params.length(), 1);
+    if (pipelines.background) {
+        encoder->setRenderPipelineState(*pipelines.background);
+        encoder->setDepthStencilState(*pipelines.behind);
+        encoder->drawPrimitives(gpu::PrimitiveType::triangle, 0, 3);
+    }
+    encoder->setRenderPipelineState(*pipelines.grid);
+    encoder->setDepthStencilState(*pipelines.depth);
+    encoder->drawPrimitives(gpu::PrimitiveType::triangle, 0, cells * cells * 6);
+    encoder->endEncoding();
+}
+
+bool ShaderRun::warm(double time, gpu::CommandQueue& queue, const ParamValues& values,
+                     const ParticleSimulation::Mouse& mouse,
+                     const std::function<void()>& afterEach) {
+    return !simulation_ ||
+           simulation_->warm(ParticleSimulation::steps(time), queue, values, mouse, afterEach);
+}
 
 } // namespace tarnwick

@@ -1,10 +1,14 @@
 // What a program needs at one size of picture, and the GPU work that comes before its final draw.
 #pragma once
 
+#include "TarnwickRender/MeshTarget.h"
+#include "TarnwickRender/ParticleSimulation.h"
 #include "TarnwickRender/ShaderProgram.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <string>
 
 namespace tarnwick {
 
@@ -13,27 +17,46 @@ namespace tarnwick {
 class ShaderRun {
   public:
     // Null for a program that needs no run, for a size below 1 by 1, and where the run's GPU
-    // objects cannot be made. Particle and grid episodes are compiled but not drawn yet: null for
-    // them too.
+    // objects cannot be made.
     static std::unique_ptr<ShaderRun> make(std::shared_ptr<const ShaderProgram> program,
                                            gpu::Device& device, std::int64_t width,
                                            std::int64_t height);
 
+    // Why make() gave nothing for a program that needs a run: one sentence for the user.
+    static std::string absence(const ShaderProgram& program, const gpu::Device& device,
+                               std::int64_t width, std::int64_t height);
+
     const ShaderProgram& program() const { return *program_; }
     std::int64_t width() const { return width_; }   // pixels
     std::int64_t height() const { return height_; } // pixels
+    // One of the two is there.
+    const ParticleSimulation* simulation() const { return simulation_.get(); }
+    const MeshTarget* mesh() const { return mesh_.get(); }
+    // What the program's final draw shows as its texture 0: the trails, or the grid's picture.
+    const gpu::Texture* picture() const;
 
-    // What the program's final draw shows as its texture 0: null where there is nothing yet.
-    const gpu::Texture* picture() const { return nullptr; }
-
-    // Encodes the work of a frame that comes before its final pass, at most `limit` steps of a
-    // simulation. Neither commits nor waits.
+    // Encodes the work of a frame that comes before its final pass: at most `limit` steps of a
+    // simulation towards the one that uniforms.time names, or the grid's pass. Neither commits nor
+    // waits. Where an encoder cannot be made it encodes less.
     void prepare(const TWUniforms& uniforms, gpu::CommandBuffer& commands,
                  const ParamValues& values, std::int64_t limit);
 
+    // Brings a simulation to the step before the one that `time` (seconds) names, so that the next
+    // prepare() performs that one; from the start where it is there or beyond. Waits for the GPU
+    // and calls `afterEach` every 240 steps. Whether it got there; true without a simulation.
+    bool warm(double time, gpu::CommandQueue& queue, const ParamValues& values,
+              const ParticleSimulation::Mouse& mouse = {},
+              const std::function<void()>& afterEach = {});
+
   private:
+    ShaderRun() = default;
+    void drawMesh(const TWUniforms& uniforms, gpu::CommandBuffer& commands,
+                  const ParamValues& values) const;
+
     std::shared_ptr<const ShaderProgram> program_; // shared: draw() tells programs apart by it
     std::int64_t width_ = 0, height_ = 0;
+    std::unique_ptr<ParticleSimulation> simulation_;
+    std::unique_ptr<MeshTarget> mesh_;
 };
 
 } // namespace tarnwick

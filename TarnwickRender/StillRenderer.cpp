@@ -1,20 +1,21 @@
 #include "TarnwickRender/StillRenderer.h"
 
+#include "TarnwickRender/PictureSize.h"
 #include "TarnwickRender/ShaderRun.h"
 
-#include <limits>
+#include <functional>
 
 namespace tarnwick {
 namespace {
 
 std::unique_ptr<gpu::Texture> readableTarget(gpu::Device& device, std::int64_t width,
                                              std::int64_t height) {
-    constexpr std::int64_t widest = std::numeric_limits<std::uint32_t>::max();
-    if (width < 1 || height < 1 || width > widest || height > widest)
+    const auto size = PictureSize::of(width, height);
+    if (!size)
         return nullptr;
     return device.newTexture({.format = ShaderProgram::pixelFormat,
-                              .width = static_cast<std::uint32_t>(width),
-                              .height = static_cast<std::uint32_t>(height),
+                              .width = size->width,
+                              .height = size->height,
                               .usage = {.shaderRead = true, .renderTarget = true},
                               .storage = gpu::StorageMode::shared});
 }
@@ -26,6 +27,28 @@ TWUniforms stillUniforms(const gpu::Texture& target, float time, std::uint32_t f
             .time = time,
             .mouse = {width * 0.5f, height * 0.5f},
             .frame = frame};
+}
+
+std::function<void()> reporter(const ShaderRun& run, float time, StillNews* news) {
+    if (news == nullptr || !news->warmed || run.simulation() == nullptr)
+        return {};
+    return [&run, news, goal = ParticleSimulation::steps(time)] {
+        news->warmed(run.simulation()->step(), goal);
+    };
+}
+
+// A frame: the run's work, then the pass that shows it.
+bool encode(const ShaderProgram& program, ShaderRun* run, const gpu::Texture& target,
+            const TWUniforms& uniforms, const ParamValues& values, gpu::CommandBuffer& commands) {
+    if (run != nullptr)
+        run->prepare(uniforms, commands, values, ParticleSimulation::noLimit);
+    auto encoder = commands.renderCommandEncoder(
+        {.color = {.texture = &target, .load = gpu::LoadAction::clear}});
+    if (!encoder)
+        return false;
+    program.draw(*encoder, uniforms, values, run);
+    encoder->endEncoding();
+    return true;
 }
 
 Picture pixelsOf(const gpu::Texture& texture) {
@@ -42,29 +65,28 @@ Picture pixelsOf(const gpu::Texture& texture) {
 std::optional<Picture> StillRenderer::render(const std::shared_ptr<const ShaderProgram>& program,
                                              gpu::Device& device, std::int64_t width,
                                              std::int64_t height, float time, std::uint32_t frame,
-                                             const ParamValues& values) {
+                                             const ParamValues& values, StillNews* news) {
     const auto queue = device.newCommandQueue();
     const auto target = queue ? readableTarget(device, width, height) : nullptr;
     if (!target)
         return std::nullopt;
     const auto run =
         program->needsRun() ? ShaderRun::make(program, device, width, height) : nullptr;
+    if (program->needsRun() && !run)
+        return std::nullopt;
+    if (run && !run->warm(time, *queue, values, {}, reporter(*run, time, news)))
+        return std::nullopt;
     auto commands = queue->commandBuffer();
-    if (!commands || (program->needsRun() && !run))
-        return std::nullopt;
     const TWUniforms uniforms = stillUniforms(*target, time, frame);
-    if (run)
-        run->prepare(uniforms, *commands, values, std::numeric_limits<std::int64_t>::max());
-    auto encoder = commands->renderCommandEncoder(
-        {.color = {.texture = target.get(), .load = gpu::LoadAction::clear}});
-    if (!encoder)
+    if (!commands || !encode(*program, run.get(), *target, uniforms, values, *commands))
         return std::nullopt;
-    program->draw(*encoder, uniforms, values, run.get());
-    encoder->endEncoding();
     commands->commit();
     commands->waitUntilCompleted();
     if (commands->status() != gpu::CommandBufferStatus::completed)
         return std::nullopt;
+    if (news != nullptr)
+        news->hitLoopBudget = commands->hitLoopBudget() ||
+                              (run && run->simulation() && run->simulation()->hitLoopBudget());
     return pixelsOf(*target);
 }
 

@@ -7,21 +7,30 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 
 namespace tarnwick {
 
+// What a caller may learn besides the picture.
+struct StillNews {
+    // Called while a simulation is brought forward, with the steps performed and those wanted.
+    std::function<void(std::int64_t step, std::int64_t goal)> warmed;
+    // Afterwards: whether a loop of the episode ran out of its budget and was ended.
+    bool hitLoopBudget = false;
+};
+
 // Has no state and a queue of its own, so it may work beside live playback.
 struct StillRenderer {
     // The picture at `time` seconds with the frame number `frame`, the pointer in the middle,
     // silence and no previous frame; `program` draws into ShaderProgram::pixelFormat. Nothing on
-    // any failure: a size below 1 by 1 or beyond the device, no memory, a lost device, a kind of
-    // episode that ShaderRun does not draw. Blocks.
+    // any failure: a size below 1 by 1 or beyond the device, no memory, a lost device. A particle
+    // episode is played from its start, as a run that shows every frame would. Blocks.
     static std::optional<Picture> render(const std::shared_ptr<const ShaderProgram>& program,
                                          gpu::Device& device, std::int64_t width,
                                          std::int64_t height, float time, std::uint32_t frame,
-                                         const ParamValues& values);
+                                         const ParamValues& values, StillNews* news = nullptr);
 
     // Throws PictureError; then no file was changed. Blocks.
     static void writePNG(const Picture& picture, const std::filesystem::path& file) {

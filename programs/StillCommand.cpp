@@ -1,6 +1,7 @@
 // tarnwick still: one frame of an episode as a PNG file.
 #include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/Numbers.h"
+#include "TarnwickRender/ShaderRun.h"
 #include "TarnwickRender/StillRenderer.h"
 #include "programs/Command.h"
 #include "programs/Findings.h"
@@ -111,7 +112,7 @@ Status still(const Arguments& arguments) {
         StillRenderer::render(program, *device, width, height, static_cast<float>(request.time),
                               request.frame, request.values);
     if (!picture && program->needsRun())
-        failure("Stills of particle and grid episodes cannot be drawn yet.");
+        failure(ShaderRun::absence(*program, *device, width, height));
     if (!picture)
         failure(device->info().name + " cannot draw a picture of " + std::to_string(width) + "x" +
                 std::to_string(height) + " pixels.");

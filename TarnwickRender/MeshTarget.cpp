@@ -1,0 +1,31 @@
+#include "TarnwickRender/MeshTarget.h"
+
+#include "TarnwickRender/PictureSize.h"
+#include "TarnwickRender/ShaderProgram.h"
+
+namespace tarnwick {
+
+std::unique_ptr<MeshTarget> MeshTarget::make(gpu::Device& device, std::int64_t width,
+                                             std::int64_t height) {
+    const auto size = PictureSize::of(width, height);
+    if (!size)
+        return nullptr;
+    const gpu::TextureDescriptor one{.format = ShaderProgram::pixelFormat,
+                                     .width = size->width,
+                                     .height = size->height,
+                                     .usage = {.shaderRead = true, .renderTarget = true},
+                                     .storage = gpu::StorageMode::private_};
+    gpu::TextureDescriptor samples = one;
+    samples.type = gpu::TextureType::type2DMultisample;
+    samples.sampleCount = ShaderProgram::meshSamples;
+    samples.usage.shaderRead = false;
+    gpu::TextureDescriptor depths = samples;
+    depths.format = ShaderProgram::depthFormat;
+    auto made = std::make_unique<MeshTarget>();
+    made->color = device.newTexture(samples);
+    made->depth = device.newTexture(depths);
+    made->resolved = device.newTexture(one);
+    return made->color && made->depth && made->resolved ? std::move(made) : nullptr;
+}
+
+} // namespace tarnwick

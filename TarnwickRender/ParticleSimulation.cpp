@@ -1,0 +1,170 @@
+#include "TarnwickRender/ParticleSimulation.h"
+
+#include "TarnwickBase/Precondition.h"
+#include "TarnwickRender/ParamBuffer.h"
+#include "TarnwickRender/PictureSize.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnwick {
+namespace {
+
+constexpr std::int64_t stepsPerCommandBuffer = 240; // while warming: four seconds
+constexpr std::uint32_t mostThreadsPerGroup = 256;
+
+std::unique_ptr<gpu::Texture> trailsTexture(gpu::Device& device, const PictureSize& size) {
+    return device.newTexture({.format = ShaderProgram::trailsFormat,
+                              .width = size.width,
+                              .height = size.height,
+                              .usage = {.shaderRead = true, .renderTarget = true},
+                              .storage = gpu::StorageMode::private_});
+}
+
+} // namespace
+
+struct ParticleSimulation::Step {
+    std::int64_t number;
+    std::uint32_t particleCount;
+    TWUniforms uniforms;
+    const ParamBuffer& params;
+};
+
+std::unique_ptr<ParticleSimulation>
+ParticleSimulation::make(std::shared_ptr<const ShaderProgram> program, gpu::Device& device,
+                         std::int64_t width, std::int64_t height) {
+    const ParticlePipelines* pipelines = program->particles();
+    const auto size = PictureSize::of(width, height);
+    if (pipelines == nullptr || !size)
+        return nullptr;
+    std::unique_ptr<ParticleSimulation> made(new ParticleSimulation);
+    made->particles_ = device.newBuffer(
+        static_cast<std::size_t>(pipelines->count * pipelines->stride), gpu::StorageMode::private_);
+    if (!made->particles_)
+        return nullptr;
+    for (auto& trails : made->trails_)
+        trails = trailsTexture(device, *size);
+    if (!made->trails_[0] || !made->trails_[1])
+        return nullptr;
+    made->width_ = static_cast<float>(width);
+    made->height_ = static_cast<float>(height);
+    made->program_ = std::move(program);
+    return made;
+}
+
+std::int64_t ParticleSimulation::steps(double seconds) {
+    constexpr double most = 9e18; // of what an int64_t holds
+    const double nearest = std::round(seconds * ShaderAssembler::stepRate);
+    return nearest > 0 ? static_cast<std::int64_t>(std::min(nearest, most)) : 0;
+}
+
+TWUniforms ParticleSimulation::uniforms(std::int64_t step, const Mouse& mouse) const {
+    constexpr auto rate = static_cast<float>(ShaderAssembler::stepRate);
+    return {.resolution = {width_, height_},
+            .time = static_cast<float>(step) / rate,
+            .timeDelta = 1 / rate,
+            .mouse = mouse.value_or(std::array{width_ * 0.5f, height_ * 0.5f}),
+            .frame = static_cast<std::uint32_t>(step)};
+}
+
+void ParticleSimulation::advance(std::int64_t target, gpu::CommandBuffer& commands,
+                                 const ParamValues& values, const Mouse& mouse,
+                                 std::int64_t limit) {
+    if (target < step_)
+        reset();
+    const ParamBuffer params(program_->params(), values);
+    const std::int64_t count = program_->particleCount();
+    precondition(count <= std::numeric_limits<std::uint32_t>::max(),
+                 "Particles are counted in 32 bits.");
+    for (; step_ < target && limit > 0; --limit) {
+        const std::int64_t next = step_ + 1;
+        precondition(next <= std::numeric_limits<std::uint32_t>::max(),
+                     "Steps are counted in 32 bits.");
+        const Step step{next, static_cast<std::uint32_t>(count), uniforms(next, mouse), params};
+        if (!encode(step, commands))
+            return;
+    }
+}
+
+bool ParticleSimulation::encode(const Step& step, gpu::CommandBuffer& commands) {
+    const std::size_t target = step.number == 0 ? current_ : 1 - current_;
+    if (!move(step, commands) || !paint(step, *trails_[target], commands))
+        return false;
+    current_ = target;
+    step_ = step.number;
+    return true;
+}
+
+// Spawns the particles in step 0, updates them in all others.
+bool ParticleSimulation::move(const Step& step, gpu::CommandBuffer& commands) const {
+    const ParticlePipelines& pipelines = *program_->particles();
+    const auto& kernel = step.number == 0 ? *pipelines.spawn : *pipelines.update;
+    auto encoder = commands.computeCommandEncoder();
+    if (!encoder)
+        return false;
+    encoder->setComputePipelineState(kernel);
+    encoder->setBuffer(*particles_, 0, 0);
+    std::uint32_t index = 1;
+    if (step.number > 0)
+        encoder->setBytes(&step.uniforms, sizeof step.uniforms, index++);
+    encoder->setBytes(step.params.data(), step.params.length(), index++);
+    encoder->setBytes(&step.particleCount, sizeof step.particleCount, index);
+    encoder->dispatchThreads(
+        {.width = step.particleCount},
+        {.width = std::min(kernel.maxTotalThreadsPerThreadgroup(), mostThreadsPerGroup)});
+    encoder->endEncoding();
+    return true;
+}
+
+// Last step's trails, faded as the episode decides, with one point a particle added. The spawning's
+// trails start clear.
+bool ParticleSimulation::paint(const Step& step, const gpu::Texture& target,
+                               gpu::CommandBuffer& commands) const {
+    const ParticlePipelines& pipelines = *program_->particles();
+    auto encoder = commands.renderCommandEncoder(
+        {.color = {.texture = &target, .load = gpu::LoadAction::clear, .clear = {.alpha = 0}}});
+    if (!encoder)
+        return false;
+    if (step.number > 0) {
+        encoder->setRenderPipelineState(*pipelines.fade);
+        encoder->setFragmentTexture(trails_[current_].get(), 0);
+        encoder->setFragmentBytes(&step.uniforms, sizeof step.uniforms, 0);
+        encoder->setFragmentBytes(step.params.data(), step.params.length(), 1);
+        encoder->drawPrimitives(gpu::PrimitiveType::triangle, 0, 3);
+    }
+    encoder->setRenderPipelineState(*pipelines.dots);
+    encoder->setVertexBuffer(*particles_, 0, 0);
+    encoder->setVertexBytes(&step.uniforms, sizeof step.uniforms, 1);
+    encoder->setVertexBytes(step.params.data(), step.params.length(), 2);
+    encoder->setFragmentBuffer(*particles_, 0, 0);
+    encoder->setFragmentBytes(&step.uniforms, sizeof step.uniforms, 1);
+    encoder->setFragmentBytes(step.params.data(), step.params.length(), 2);
+    encoder->drawPrimitives(gpu::PrimitiveType::point, 0, step.particleCount);
+    encoder->endEncoding();
+    return true;
+}
+
+bool ParticleSimulation::warm(std::int64_t target, gpu::CommandQueue& queue,
+                              const ParamValues& values, const Mouse& mouse,
+                              const std::function<void()>& afterEach) {
+    const std::int64_t goal = target - 1; // the last step is the frame's own
+    if (goal < step_)
+        reset();
+    while (step_ < goal) {
+        const std::int64_t before = step_;
+        auto commands = queue.commandBuffer();
+        if (!commands)
+            return false;
+        advance(std::min(goal, step_ + stepsPerCommandBuffer), *commands, values, mouse, noLimit);
+        commands->commit();
+        commands->waitUntilCompleted();
+        if (commands->status() != gpu::CommandBufferStatus::completed || step_ == before)
+            return false;
+        hitLoopBudget_ |= commands->hitLoopBudget();
+        if (afterEach)
+            afterEach();
+    }
+    return true;
+}
+
+} // namespace tarnwick
