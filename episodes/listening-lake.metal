@@ -8,7 +8,7 @@
 // @tags aurora, reflection, night, spectrum
 //
 // An aurora over a lake with one lit window. The curtains are one winding sheet, repeated; a ray
-// collects what it meets of them on two dozen heights. With sound the curtains rise, each stretch of
+// collects what it meets of them on eighteen heights. With sound the curtains rise, each stretch of
 // the sky with its own part of the spectrum, and the low end lights them; in silence they wander by
 // themselves. A picture in channel 0 lends them its colours.
 
@@ -18,7 +18,7 @@
 // @param ripple 0.5 0.0 1.5 How much wind there is on the water
 // @param rose 0.6 0.0 1.0 Red in the upper part of the curtains
 
-constant int heights = 24;
+constant int heights = 18;
 constant float horizon = -0.13;
 
 float hash(float2 cell) {
@@ -37,8 +37,8 @@ float noise(float2 q) {
 }
 
 // How much of the sheet there is at a place of the plane. It winds in three sines that do not fit
-// each other, and stands again and again behind itself.
-float sheet(float2 at, float t) {
+// each other, and stands again and again behind itself. Below 1, `sharp` spreads it out.
+float sheet(float2 at, float t, float sharp) {
     float bend = 0.90 * sin(at.x * 0.55 + t * 0.30) + 0.42 * sin(at.x * 1.37 - t * 0.43 + 1.7) +
                  0.16 * sin(at.x * 3.10 + t * 0.71 + at.y * 0.6);
     float row = (at.y + bend) / 2.6 + 0.21;
@@ -46,7 +46,7 @@ float sheet(float2 at, float t) {
     float d = abs(row - which - 0.5) * 2.6;
     float stripes = 0.70 + 0.30 * sin(at.x * 11.0 + 4.0 * bend + t * 0.9) * sin(at.x * 4.3 - t * 0.5 + which);
     float patch = 0.35 + 0.65 * smoothstep(-0.4, 0.9, sin(at.x * 0.42 + which * 2.4 + t * 0.11));
-    return exp2(-d * 14.0) * stripes * patch;
+    return exp2(-14.0 * sharp * d) * sharp * stripes * patch;
 }
 
 float3 aurora(float3 ray, float t, float jitter, constant Params& p, Inputs in) {
@@ -60,17 +60,20 @@ float3 aurora(float3 ray, float t, float jitter, constant Params& p, Inputs in) 
     green = mix(green, given * 1.3, step(0.004, given.r + given.g + given.b));
     float3 sum = float3(0.0);
     for (int i = 0; i < heights; i++) {
-        float h = (float(i) + jitter) / float(heights); // of the curtain, 0 at its foot
+        float x = (float(i) + jitter) / float(heights);
+        float h = x * x; // of the curtain, 0 at its foot, where the most happens
         float level = 1.0 + h * top;
-        float amount = sheet(ray.xz * (level / ray.y) * 1.15, t);
+        // Where samples lie far apart the sheet must be thick enough to be met by one.
+        float apart = 2.3 * x * top / (float(heights) * ray.y);
+        float amount = sheet(ray.xz * (level / ray.y) * 1.15, t, 1.0 / (1.0 + 3.0 * apart));
         // A sharp bright foot, then a long fading.
         float profile = smoothstep(0.0, 0.06, h) * (0.85 * exp(-8.0 * h) + 0.60 * exp(-2.2 * h));
         float3 colour = mix(green, mix(green, red, p.rose), smoothstep(0.12, 0.55, h));
-        sum += colour * amount * profile;
+        sum += colour * (amount * profile * x);
     }
     float haze = smoothstep(0.03, 0.24, ray.y);
     float power = p.light * (0.85 + 0.9 * in.audio.x + 0.4 * in.audio.w);
-    return sum * (11.0 / float(heights)) * haze * power * (1.0 + 0.9 * heard);
+    return sum * (36.0 / float(heights)) * haze * power * (1.0 + 0.9 * heard);
 }
 
 float3 stars(float2 q, float t, float high, float pixel) {
@@ -82,7 +85,7 @@ float3 stars(float2 q, float t, float high, float pixel) {
         float seed = hash(cell);
         float2 away = at - cell - 0.25 - 0.5 * float2(fract(seed * 91.7), fract(seed * 547.3));
         float size = max(0.05, pixel * scale * 0.75);
-        float star = smoothstep(size, 0.0, length(away)) * step(0.83, seed) * (layer == 0 ? 1.0 : 0.45);
+        float star = smoothstep(size, 0.0, length(away)) * (0.05 / size) * step(0.83, seed) * (layer == 0 ? 1.0 : 0.45);
         float twinkle = 0.75 + 0.25 * sin(t * (1.5 + 3.0 * fract(seed * 31.0)) + seed * 90.0) + high * seed;
         sum += star * twinkle * mix(float3(1.0, 0.82, 0.64), float3(0.70, 0.84, 1.0), fract(seed * 77.0)) *
                smoothstep(0.80, 1.0, seed);
@@ -115,19 +118,19 @@ float pines(float x, float y, float scale, float seed) {
     return edge / scale * 2.1;
 }
 
-// Everything above the water; y is counted from the horizon.
-float3 scene(float2 q, float t, float jitter, float pixel, constant Params& p, Inputs in) {
-    float y = q.y - horizon;
-    float3 ray = normalize(float3(q.x, y + 0.02, 0.95));
+// The sky at a height above the horizon.
+float3 skyOver(float2 q, float y, float t, float jitter, float pixel, constant Params& p, Inputs in) {
     float3 night = mix(float3(0.010, 0.042, 0.062), float3(0.004, 0.008, 0.026), smoothstep(0.0, 0.55, y));
+    float3 ray = normalize(float3(q.x, y + 0.02, 0.95));
     float3 curtains = aurora(ray, t * p.wander, jitter, p, in);
     float3 colour = night + curtains;
     colour += stars(q + float2(t * 0.0008, 0.0), t, in.audio.z, pixel) * 0.8 / (1.0 + 5.0 * dot(curtains, float3(0.33))) *
               smoothstep(0.03, 0.2, y);
+    return colour;
+}
 
-    // Two ranges; snow on the far one takes the sky's light.
-    float peaks = 0.6 + 0.4 * sin(q.x * 2.1 + 0.6);
-    float far = 0.010 + 0.27 * ridge(q.x, 1.9, 5.0) * peaks;
+// The far range, in the light of the sky.
+float3 mountain(float2 q, float y, constant Params& p) {
     // Snow keeps to gullies, which run down both flanks; what faces left takes more of the sky.
     float lean = q.x + 0.5 * (noise(float2(q.x * 9.0, y * 14.0)) - 0.5) * y;
     float gully = noise(float2(lean * 44.0 + y * 26.0, y * 6.0)) * 0.6 + noise(float2(lean * 90.0 - y * 40.0, y * 15.0)) * 0.4;
@@ -135,10 +138,21 @@ float3 scene(float2 q, float t, float jitter, float pixel, constant Params& p, I
     float snow = smoothstep(0.42, 0.75, gully + 0.9 * (y - 0.10)) * (0.34 + 0.5 * smoothstep(-0.05, 0.05, face));
     float3 sky = mix(float3(0.030, 0.07, 0.10), float3(0.045, 0.17, 0.13), saturate(p.light));
     float3 rock = float3(0.005, 0.012, 0.019) + snow * sky * smoothstep(0.02, 0.16, y) * 0.8;
-    rock = mix(rock, float3(0.010, 0.034, 0.046), 0.85 * exp(-y * 17.0));
-    colour = mix(colour, rock, smoothstep(pixel, -pixel, y - far));
+    return mix(rock, float3(0.010, 0.034, 0.046), 0.85 * exp(-y * 17.0));
+}
+
+// Everything above the water; y is counted from the horizon.
+float3 scene(float2 q, float t, float jitter, float pixel, constant Params& p, Inputs in) {
+    float y = q.y - horizon;
+    // A wood on the shore, and a range of mountains behind it.
     float near = 0.010 + 0.10 * ridge(q.x + 3.0, 1.1, 9.0) * smoothstep(-0.25, 0.95, abs(q.x - 0.12));
     float woods = near + pines(q.x, y, 34.0, 1.0);
+    float peaks = 0.6 + 0.4 * sin(q.x * 2.1 + 0.6);
+    float far = 0.010 + 0.27 * ridge(q.x, 1.9, 5.0) * peaks;
+    float3 colour = float3(0.0);
+    if (y > max(woods, far) - pixel) colour = skyOver(q, y, t, jitter, pixel, p, in);
+    if (y > woods - pixel && y < far + pixel)
+        colour = mix(colour, mountain(q, y, p), smoothstep(pixel, -pixel, y - far));
     colour = mix(colour, float3(0.003, 0.009, 0.013), smoothstep(pixel, -pixel, y - woods));
 
     // The cabin: a gable, a chimney's smoke, a window, and its light on the trees.

@@ -170,7 +170,7 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {
     float3 head = mix(tip, pivot, 0.12) + float3(0.0, 0.05, 0.0);
 
     float3 view = -ray;
-    float3 colour;
+    float3 colour = float3(0.0);
     float open = 1.0; // what the arm leaves of the lamp's light
     float s, d;
     open -= 0.85 * rod(place, lights[0].place - place, head, pivot, 0.028, 0.05, s, d);
@@ -181,56 +181,61 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {
     float pool = p.lamp * 5.0 * normalize(toLamp).y / (0.5 + dot(toLamp, toLamp)) * open;
     float pixel = here.pixel;
 
-    // The plinth, with the platter's shadow on it; then platter, record and label over one another.
-    float3 timber = wood(here.at + float2(0.0, 0.3));
-    float2 fromLamp = here.at - float2(0.11, -0.08);
-    float shadow = smoothstep(rim + 0.02, rim + 0.36, length(fromLamp));
-    colour = timber * (lights[0].colour * pool * 1.9 * mix(0.25, 1.0, shadow) + float3(0.020, 0.030, 0.052));
-    float3 glance = normalize(normalize(lights[1].place - place) + view);
-    colour += float3(0.05, 0.08, 0.14) * pow(saturate(glance.y), 60.0) * 0.8 * noise(here.at * float2(4.0, 60.0));
+    // The plinth, with the platter's shadow on it; then platter, record and label over one another,
+    // each worked out only where it shows.
+    if (here.radius > rim - pixel) {
+        float3 timber = wood(here.at + float2(0.0, 0.3));
+        float2 fromLamp = here.at - float2(0.11, -0.08);
+        float shadow = smoothstep(rim + 0.02, rim + 0.36, length(fromLamp));
+        colour = timber * (lights[0].colour * pool * 1.9 * mix(0.25, 1.0, shadow) + float3(0.020, 0.030, 0.052));
+        float3 glance = normalize(normalize(lights[1].place - place) + view);
+        colour += float3(0.05, 0.08, 0.14) * pow(saturate(glance.y), 60.0) * 0.8 * noise(here.at * float2(4.0, 60.0));
 
-    float ring = smoothstep(rim + 0.085 + pixel, rim + 0.085 - pixel, here.radius);
-    float dots = smoothstep(0.30, 0.36, abs(fract((here.angle + turned) * 180.0 / 6.2831853) - 0.5));
-    float metal = 0.35 + 0.65 * pow(0.5 + 0.5 * sin(here.angle * 2.0 + 1.1), 3.0);
-    float3 steel = float3(0.42, 0.40, 0.38) * metal * (0.35 + 0.65 * dots) * (lights[0].colour * pool * 2.2 + float3(0.03, 0.05, 0.09));
-    colour = mix(colour, steel, ring);
+        float ring = smoothstep(rim + 0.085 + pixel, rim + 0.085 - pixel, here.radius);
+        float dots = smoothstep(0.30, 0.36, abs(fract((here.angle + turned) * 180.0 / 6.2831853) - 0.5));
+        float metal = 0.35 + 0.65 * pow(0.5 + 0.5 * sin(here.angle * 2.0 + 1.1), 3.0);
+        float3 steel = float3(0.42, 0.40, 0.38) * metal * (0.35 + 0.65 * dots) * (lights[0].colour * pool * 2.2 + float3(0.03, 0.05, 0.09));
+        colour = mix(colour, steel, ring);
+    }
+    if (here.radius < rim + pixel && here.radius > label - pixel) {
+        // The record itself: tracks with quiet gaps between them, each cut a little differently.
+        float lane = (run - here.radius) / (run - deadWax) * 5.0;
+        float gap = smoothstep(0.018 + pixel * 5.0, 0.010, abs(fract(lane + 0.5) - 0.5) / 1.2 - pixel);
+        float cutting = smoothstep(run + pixel, run - pixel, here.radius) * smoothstep(deadWax - pixel, deadWax + pixel, here.radius);
+        float spun = here.angle - turned;
+        float fine = smoothstep(0.010, 0.002, pixel);
+        float loud = 0.75 + 0.5 * fine * (noise(float2(here.radius * 260.0, 2.0)) - 0.5) + 0.25 * noise(float2(here.radius * 38.0, 7.0)) +
+                     0.12 * (noise(float2(cos(spun), sin(spun)) * here.radius * 14.0) - 0.5);
+        float cut = cutting * loud * (1.0 - 0.8 * gap);
+        float sway = p.warp * 0.020;
+        float3 up = normalize(float3(sway * sin(spun * 2.0 + 0.6 + turned), 1.0, sway * cos(spun + turned * 1.0 + turned)));
+        float3 vinyl = float3(0.0055, 0.0052, 0.006) + grooves(here, view, place, up, t, cut + 0.05, p) * (0.35 + 0.65 * open) * 0.34;
 
-    // The record itself: tracks with quiet gaps between them, each cut a little differently.
-    float lane = (run - here.radius) / (run - deadWax) * 5.0;
-    float gap = smoothstep(0.018 + pixel * 5.0, 0.010, abs(fract(lane + 0.5) - 0.5) / 1.2 - pixel);
-    float cutting = smoothstep(run + pixel, run - pixel, here.radius) * smoothstep(deadWax - pixel, deadWax + pixel, here.radius);
-    float spun = here.angle - turned;
-    float fine = smoothstep(0.010, 0.002, pixel);
-    float loud = 0.75 + 0.5 * fine * (noise(float2(here.radius * 260.0, 2.0)) - 0.5) + 0.25 * noise(float2(here.radius * 38.0, 7.0)) +
-                 0.12 * (noise(float2(cos(spun), sin(spun)) * here.radius * 14.0) - 0.5);
-    float cut = cutting * loud * (1.0 - 0.8 * gap);
-    float sway = p.warp * 0.020;
-    float3 up = normalize(float3(sway * sin(spun * 2.0 + 0.6 + turned), 1.0, sway * cos(spun + turned * 1.0 + turned)));
-    float3 vinyl = float3(0.0055, 0.0052, 0.006) + grooves(here, view, place, up, t, cut + 0.05, p) * (0.35 + 0.65 * open) * 0.34;
-
-    // What is heard. Silence has a slow breath of its own, so that the record is never dead.
-    float x = saturate((here.radius - deadWax) / (run - deadWax));
-    float heard = in.band(x) * (0.6 + in.audio.w);
-    float behind = fract((here.angle - atan2(stylus.y, stylus.x)) * (p.turn < 0.0 ? -1.0 : 1.0) / -6.2831853);
-    float trace = smoothstep(0.0, 0.05, behind) * exp(-behind * 5.0) * exp(-abs(here.radius - played) * 30.0);
-    float hot = exp(-behind * 4.0) * exp(-abs(here.radius - played) * 190.0);
-    float wake = heard * exp(-behind * 1.4) * cutting;
-    float3 ember = mix(float3(1.0, 0.20, 0.04), float3(1.0, 0.72, 0.32), saturate(x * 0.7 + heard * 0.5));
-    vinyl += ember * p.glow * (trace * 0.30 + hot * 0.8 + wake * 0.9) * (0.7 + 0.3 * loud) * cutting;
-    float dust = step(0.9965, hash(floor(rotate(here.at, -turned) * 150.0))) * smoothstep(0.012, 0.004, pixel);
-    vinyl += dust * lights[0].colour * pool * 0.10;
-    float bead = smoothstep(0.016 + pixel, 0.0, abs(here.radius - rim + 0.014));
-    vinyl += bead * (lights[0].colour * pool * 0.20 + float3(0.02, 0.03, 0.06));
-    colour = mix(colour, vinyl, smoothstep(rim + pixel, rim - pixel, here.radius));
-
-    float2 paper = rotate(here.at, -turned);
-    float3 face = printed(paper, pixel);
-    float3 given = in.channel(0, 0.5 + 0.5 * paper / label).rgb;
-    face = mix(face, given, step(0.004, given.r + given.g + given.b));
-    float3 label_ = face * (lights[0].colour * pool * 2.3 + float3(0.03, 0.04, 0.06)) * (0.9 + 0.1 * noise(paper * 90.0));
-    label_ += face * p.glow * 0.35 * in.audio.x;
-    label_ *= 1.0 - 0.6 * smoothstep(0.02, 0.0, abs(here.radius - label + 0.004));
-    colour = mix(colour, label_, smoothstep(label + pixel, label - pixel, here.radius));
+        // What is heard. Silence has a slow breath of its own, so that the record is never dead.
+        float x = saturate((here.radius - deadWax) / (run - deadWax));
+        float heard = in.band(x) * (0.6 + in.audio.w);
+        float behind = fract((here.angle - atan2(stylus.y, stylus.x)) * (p.turn < 0.0 ? -1.0 : 1.0) / -6.2831853);
+        float trace = smoothstep(0.0, 0.05, behind) * exp(-behind * 5.0) * exp(-abs(here.radius - played) * 30.0);
+        float hot = exp(-behind * 4.0) * exp(-abs(here.radius - played) * 190.0);
+        float wake = heard * exp(-behind * 1.4) * cutting;
+        float3 ember = mix(float3(1.0, 0.20, 0.04), float3(1.0, 0.72, 0.32), saturate(x * 0.7 + heard * 0.5));
+        vinyl += ember * p.glow * (trace * 0.30 + hot * 0.8 + wake * 0.9) * (0.7 + 0.3 * loud) * cutting;
+        float dust = step(0.9965, hash(floor(rotate(here.at, -turned) * 150.0))) * smoothstep(0.012, 0.004, pixel);
+        vinyl += dust * lights[0].colour * pool * 0.10;
+        float bead = smoothstep(0.016 + pixel, 0.0, abs(here.radius - rim + 0.014));
+        vinyl += bead * (lights[0].colour * pool * 0.20 + float3(0.02, 0.03, 0.06));
+        colour = mix(colour, vinyl, smoothstep(rim + pixel, rim - pixel, here.radius));
+    }
+    if (here.radius < label + pixel) {
+        float2 paper = rotate(here.at, -turned);
+        float3 face = printed(paper, pixel);
+        float3 given = in.channel(0, 0.5 + 0.5 * paper / label).rgb;
+        face = mix(face, given, step(0.004, given.r + given.g + given.b));
+        float3 disc = face * (lights[0].colour * pool * 2.3 + float3(0.03, 0.04, 0.06)) * (0.9 + 0.1 * noise(paper * 90.0));
+        disc += face * p.glow * 0.35 * in.audio.x;
+        disc *= 1.0 - 0.6 * smoothstep(0.02, 0.0, abs(here.radius - label + 0.004));
+        colour = mix(colour, disc, smoothstep(label + pixel, label - pixel, here.radius));
+    }
 
     // The spindle, a small bright dome, and the arm over everything.
     float3 knob = float3(0.0, 0.05, 0.0);
