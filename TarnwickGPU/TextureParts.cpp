@@ -55,7 +55,12 @@ bool isSensible(const TextureDescriptor& descriptor) {
            std::has_single_bit(descriptor.sampleCount);
 }
 
-bool isSupported(const DeviceState& device, const VkImageCreateInfo& info) {
+VkDeviceSize leastBytes(const VkImageCreateInfo& info, PixelFormat format) {
+    return VkDeviceSize{info.extent.width} * info.extent.height * bytesPerPixel(format) *
+           info.samples;
+}
+
+bool isSupported(const DeviceState& device, const VkImageCreateInfo& info, PixelFormat format) {
     VkImageFormatProperties properties;
     return vkGetPhysicalDeviceImageFormatProperties(device.physical, info.format, info.imageType,
                                                     info.tiling, info.usage, info.flags,
@@ -63,6 +68,7 @@ bool isSupported(const DeviceState& device, const VkImageCreateInfo& info) {
            info.extent.width <= properties.maxExtent.width &&
            info.extent.height <= properties.maxExtent.height &&
            info.mipLevels <= properties.maxMipLevels &&
+           leastBytes(info, format) <= properties.maxResourceSize &&
            (properties.sampleCounts & static_cast<VkSampleCountFlags>(info.samples)) != 0;
 }
 
@@ -78,7 +84,7 @@ bool canBeMapped(const DeviceState& device, const TextureDescriptor& descriptor,
                  const VkImageCreateInfo& info) {
     return device.info.isCPU && descriptor.storage == StorageMode::shared &&
            descriptor.mipLevels == 1 && descriptor.sampleCount == 1 &&
-           isSupported(device, linear(info));
+           isSupported(device, linear(info), descriptor.format);
 }
 
 bool map(TextureParts& parts) {
@@ -165,7 +171,7 @@ void changeLayout(VkCommandBuffer commands, const TextureParts& parts, VkImageLa
 std::unique_ptr<TextureParts> TextureParts::make(DeviceState& device,
                                                  const TextureDescriptor& descriptor) {
     VkImageCreateInfo info = imageInfo(descriptor);
-    if (!isSensible(descriptor) || !isSupported(device, info))
+    if (!isSensible(descriptor) || !isSupported(device, info, descriptor.format))
         return nullptr;
     const bool isMapped = canBeMapped(device, descriptor, info);
     if (isMapped)

@@ -19,10 +19,6 @@ gpu::RenderPassDescriptor meshPass(const MeshTarget& target) {
             .depth = {.texture = target.depth.get()}};
 }
 
-std::string megabytes(std::uint64_t bytes) {
-    return std::to_string((bytes + 999'999) / 1'000'000) + " MB";
-}
-
 } // namespace
 
 std::unique_ptr<ShaderRun> ShaderRun::make(std::shared_ptr<const ShaderProgram> program,
@@ -43,15 +39,17 @@ std::unique_ptr<ShaderRun> ShaderRun::make(std::shared_ptr<const ShaderProgram> 
 
 std::string ShaderRun::absence(const ShaderProgram& program, const gpu::Device& device,
                                std::int64_t width, std::int64_t height) {
+    const std::string& name = device.info().name;
+    if (device.isLost())
+        return name + " was lost.";
     const auto bytes =
         static_cast<std::uint64_t>(program.particleCount() * program.particleStride());
     const std::string particles = std::to_string(program.particleCount()) + " particles of " +
-                                  std::to_string(program.particleStride()) + " bytes each (" +
-                                  megabytes(bytes) + ")";
+                                  std::to_string(program.particleStride()) + " bytes";
     if (bytes > device.maxBufferLength())
-        return device.info().name + " cannot hold " + particles + ": its buffers have " +
-               megabytes(device.maxBufferLength()) + " at most.";
-    return device.info().name + " has no memory for a picture of " + std::to_string(width) + "x" +
+        return particles + " are too many for " + name + ": they take " + std::to_string(bytes) +
+               " bytes, and it has room for " + std::to_string(device.maxBufferLength()) + ".";
+    return name + " has no room for a picture of " + std::to_string(width) + "x" +
            std::to_string(height) + " pixels" +
            (program.isParticles() ? " with " + particles + "." : ".");
 }

@@ -22,7 +22,8 @@ class ShaderRun {
                                            gpu::Device& device, std::int64_t width,
                                            std::int64_t height);
 
-    // Why make() gave nothing for a program that needs a run: one sentence for the user.
+    // Why a program is not drawn on the device at a size from 1 by 1 on, where making its run or
+    // rendering its still gave nothing: one sentence for the user.
     static std::string absence(const ShaderProgram& program, const gpu::Device& device,
                                std::int64_t width, std::int64_t height);
 

@@ -5,7 +5,9 @@
 #include "TarnwickRender/StillRenderer.h"
 #include "programs/Command.h"
 #include "programs/Findings.h"
+#include "programs/HeldSignals.h"
 #include "programs/SourceFile.h"
+#include "programs/StepsLine.h"
 #include "programs/StillValues.h"
 
 #include <algorithm>
@@ -101,22 +103,46 @@ Request requestOf(const Arguments& arguments) {
     return request;
 }
 
+// The steps of a simulation are numbered in 32 bits.
+void checkSteps(const ShaderProgram& program, double time) {
+    constexpr std::int64_t last = std::numeric_limits<std::uint32_t>::max();
+    if (program.isParticles() && ParticleSimulation::steps(static_cast<float>(time)) > last)
+        failure("A particle episode has stills up to " +
+                std::to_string(last / ShaderAssembler::stepRate) + " seconds.");
+}
+
+Picture pictureOf(const Request& request, const std::shared_ptr<const ShaderProgram>& program,
+                  gpu::Device& device) {
+    const auto [width, height] = request.size;
+    StillNews news;
+    std::optional<Picture> picture;
+    {
+        StepsLine line;
+        news.warmed = [&](std::int64_t step, std::int64_t goal) { line.show(step, goal); };
+        picture =
+            StillRenderer::render(program, device, width, height, static_cast<float>(request.time),
+                                  request.frame, request.values, &news);
+    }
+    if (!picture)
+        failure(ShaderRun::absence(*program, device, width, height));
+    if (news.hitLoopBudget)
+        std::fprintf(stderr,
+                     "tarnwick: A loop of %s went on for too long and was ended; the picture may "
+                     "lack what it would have drawn.\n",
+                     std::string(request.path).c_str());
+    return *std::move(picture);
+}
+
 Status still(const Arguments& arguments) {
     const Request request = requestOf(arguments);
-    const auto [width, height] = request.size;
     const auto device = gpu::Device::systemDefault();
     if (!device)
         failure("There is no device to draw with; tarnwick devices lists them.");
     const auto program = programOf(request.path, request.episode, *device);
-    const auto picture =
-        StillRenderer::render(program, *device, width, height, static_cast<float>(request.time),
-                              request.frame, request.values);
-    if (!picture && program->needsRun())
-        failure(ShaderRun::absence(*program, *device, width, height));
-    if (!picture)
-        failure(device->info().name + " cannot draw a picture of " + std::to_string(width) + "x" +
-                std::to_string(height) + " pixels.");
-    StillRenderer::writePNG(*picture, request.out);
+    checkSteps(*program, request.time);
+    const Picture picture = pictureOf(request, program, *device);
+    const HeldSignals whileWriting;
+    StillRenderer::writePNG(picture, request.out);
     return Status::done;
 }
 

@@ -38,6 +38,7 @@ OffscreenRun drawOffscreen(const Bundle& bundle, ScreenKind kind, const PixelSiz
     }
     run.device = view.metal()->device()->info().name;
     drawFrames(*view.metal(), seconds, run);
+    run.absence = view.absence();
     if (run.last.bytes.empty())
         throw HostError("The device " + run.device + " drew no picture.");
     return run;

@@ -60,15 +60,16 @@ int drawPicture(const HostOptions& options, const Bundle& bundle, double seconds
                 std::ostream& errors) {
     const OffscreenRun run = drawOffscreen(bundle, kindOf(options), sizeOf(options), seconds);
     writePNG(run.last, options.picture);
-    if (run.failure)
-        errors << *run.failure << '\n';
-    else
+    for (const auto& sentence : {run.failure, run.absence})
+        if (sentence)
+            errors << *sentence << '\n';
+    if (!run.failure)
         out << std::fixed << std::setprecision(1) << run.frames / run.seconds
             << " frames per second on " << run.device << ", drawn as fast as it can: " << run.frames
             << " frames of " << run.last.width << " x " << run.last.height << " in " << run.seconds
             << " s.\n";
     out << "The last frame is in " << fs::absolute(options.picture).string() << ".\n";
-    return run.failure ? 1 : 0;
+    return run.failure || run.absence ? 1 : 0;
 }
 
 int show(const HostOptions& options, const Bundle& bundle, std::ostream& out,

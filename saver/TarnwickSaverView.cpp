@@ -105,9 +105,13 @@ TWUniforms TarnwickSaverView::uniforms(const gpu::Texture& drawable) const {
 void TarnwickSaverView::prepareRun(MTKView& view, const TWUniforms& uniforms,
                                    const ParamValues& values, gpu::CommandBuffer& commands) {
     const gpu::Texture& drawable = *view.currentDrawable();
-    if (view.device() != nullptr &&
-        (!run_ || run_->width() != drawable.width() || run_->height() != drawable.height()))
-        run_ = ShaderRun::make(program_, *view.device(), drawable.width(), drawable.height());
+    const std::int64_t width = drawable.width(), height = drawable.height();
+    if (view.device() != nullptr && (!run_ || run_->width() != width || run_->height() != height)) {
+        run_ = ShaderRun::make(program_, *view.device(), width, height);
+        absence_.reset();
+        if (!run_)
+            absence_ = ShaderRun::absence(*program_, *view.device(), width, height);
+    }
     if (run_)
         run_->prepare(uniforms, commands, values, mostStepsPerFrame);
 }

@@ -33,6 +33,9 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
 
     MTKView* metal() const { return metal_.get(); } // null after a failure
     const std::optional<std::string>& failure() const { return failure_; }
+    // Why the last frame was black though there is no failure: its episode needs GPU objects that
+    // the device could not make at this size.
+    const std::optional<std::string>& absence() const { return absence_; }
     const Settings& settings() const { return settings_; }
     double clock() const { return clock_; } // seconds during which frames were drawn
 
@@ -54,7 +57,7 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
     Settings settings_;
     double clock_ = 0;           // seconds
     std::optional<double> last_; // the host clock at the previous frame
-    std::optional<std::string> failure_;
+    std::optional<std::string> failure_, absence_;
     HostClock hostClock_;
 };
 

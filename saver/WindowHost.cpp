@@ -54,7 +54,25 @@ double drawWhenDue(MTKView& metal, FrameClock& frames) {
     return 0;
 }
 
-void showUntilEnd(TarnwickSaverView& view, HostWindow& window, const EndSignals& signals) {
+// Says each sentence once, not with each frame.
+class Speaker {
+  public:
+    explicit Speaker(const std::function<void(const std::string&)>& failed) : failed_(failed) {}
+
+    void say(const std::optional<std::string>& sentence) {
+        if (sentence && sentence != said_)
+            failed_(*sentence);
+        if (sentence)
+            said_ = sentence;
+    }
+
+  private:
+    const std::function<void(const std::string&)>& failed_;
+    std::optional<std::string> said_;
+};
+
+void showUntilEnd(TarnwickSaverView& view, HostWindow& window, const EndSignals& signals,
+                  Speaker& speaker) {
     MTKView* metal = view.metal();
     FrameClock frames(metal != nullptr ? metal->preferredFramesPerSecond : 1);
     bool isBackgroundStale = true;
@@ -70,7 +88,9 @@ void showUntilEnd(TarnwickSaverView& view, HostWindow& window, const EndSignals&
             isBackgroundStale = false;
         }
         const bool draws = metal != nullptr && window.isVisible();
-        if (const double left = draws ? drawWhenDue(*metal, frames) : longestWait; left > 0)
+        const double left = draws ? drawWhenDue(*metal, frames) : longestWait;
+        speaker.say(view.absence());
+        if (left > 0)
             wait(window, signals, left);
     }
 }
@@ -83,11 +103,11 @@ void showInWindow(const Bundle& bundle, ScreenKind kind, const WindowChoice& cho
     HostWindow window(choice);
     TarnwickSaverView view(frameOf(window), kind, bundle); // after its window: it must go first
     window.setTitle(view.settings().name);
-    if (view.failure())
-        failed(*view.failure());
-    else
+    Speaker speaker(failed);
+    speaker.say(view.failure());
+    if (!view.failure())
         attach(*view.metal(), window);
-    showUntilEnd(view, window, signals);
+    showUntilEnd(view, window, signals, speaker);
 }
 
 } // namespace tarnwick

@@ -109,6 +109,41 @@ TEST(SaverView, drawsWithTheSettingsValuesAndKeys) {
     EXPECT_EQ(half.view.settings().name, "Tarnwick");
 }
 
+// `fields` follow the particle's place; each frame shows the step that it is at.
+std::string particleEpisode(std::string_view count, std::string_view fields) {
+    const std::string rest = "constant Uniforms& u, constant Params& p";
+    return "// @particles " + std::string(count) + "\nstruct Particle { float2 at; " +
+           std::string(fields) +
+           " };\nParticle spawn(uint id, constant Params& p) { Particle q; "
+           "q.at = 0.5; return q; }\nvoid update(thread Particle& q, uint id, " +
+           rest + ") {}\nfloat3 place(Particle q, " + rest +
+           ") { return float3(q.at, 9.0); }\n"
+           "float4 ink(Particle q, float2 at, " +
+           rest +
+           ") { return float(u.frame) / 255.0; }\n"
+           "float4 shade(float2 uv, " +
+           rest + ", Trails trails) { return trails.at(uv); }\n";
+}
+
+TEST(SaverView, playsParticlesWithFourStepsAFrameAtMost) {
+    DrawnSaver saver(particleEpisode("1", ""));
+    ASSERT_FALSE(saver.view.failure()) << *saver.view.failure();
+    EXPECT_EQ(saver.drawAt(0)[0], 0);
+    EXPECT_EQ(saver.drawAt(0.05)[0], 3);
+    EXPECT_EQ(saver.drawAt(0.15)[0], 7); // six steps on, of which four are made
+    EXPECT_EQ(saver.drawAt(0.15)[0], 9);
+    saver.view.setFrame({0, 0, 100, 50}); // a run of that size starts from the spawning
+    EXPECT_EQ(saver.drawAt(0.15)[0], 3);
+    EXPECT_FALSE(saver.view.absence());
+}
+
+TEST(SaverView, isBlackAndSaysWhyWhereItsRunCannotBeMade) {
+    DrawnSaver saver(particleEpisode("4000000", "float4 more[4000];"));
+    ASSERT_FALSE(saver.view.failure()) << *saver.view.failure();
+    EXPECT_EQ(saver.drawAt(0), (std::array{0, 0, 0}));
+    EXPECT_NE(saver.view.absence().value_or("").find("4000000 particles"), std::string::npos);
+}
+
 TEST(SaverView, asksForHalfTheFramesInThePreview) {
     const DrawnSaver full(SHADE "{ return float4(0.0); }");
     const DrawnSaver preview(SHADE "{ return float4(0.0); }", "", ScreenKind::preview);

@@ -1,0 +1,16 @@
+// Keeps Ctrl-C from ending the program in the middle of something.
+#pragma once
+
+namespace tarnwick {
+
+// While it lives SIGINT, SIGTERM and SIGHUP wait; one that came is raised when it goes. One at a
+// time.
+class HeldSignals {
+  public:
+    HeldSignals();
+    ~HeldSignals();
+    HeldSignals(const HeldSignals&) = delete;
+    HeldSignals& operator=(const HeldSignals&) = delete;
+};
+
+} // namespace tarnwick
