@@ -1,19 +1,13 @@
 #include "benchmarks/Drawing.h"
 
 #include "TarnwickCore/ShaderAssembler.h"
-#include "benchmarks/Statistics.h"
 #include "benchmarks/Twin.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <ctime>
 #include <utility>
 
 namespace tarnwick::bench {
 
 namespace {
-
-constexpr double sampleLength = 25; // ms: cheap shaders are drawn so often that a sample takes this
 
 TWUniforms uniforms() {
     return {.resolution = {static_cast<float>(drawWidth), static_cast<float>(drawHeight)},
@@ -21,40 +15,6 @@ TWUniforms uniforms() {
             .timeDelta = 1.0f / 30,
             .mouse = {drawWidth * 0.5f, drawHeight * 0.5f},
             .frame = 97};
-}
-
-// Milliseconds of the wall clock and of all of this process's threads.
-struct Sample {
-    double wall = 0, processor = 0;
-};
-
-template <class Work> Sample sample(Work&& work) {
-    const std::clock_t start = std::clock();
-    const double wall = milliseconds(work);
-    return {wall, static_cast<double>(std::clock() - start) * 1000 / CLOCKS_PER_SEC};
-}
-
-Sample shortest(const std::vector<Sample>& samples) {
-    Sample result = samples.front();
-    for (const Sample& one : samples)
-        result = {std::min(result.wall, one.wall), std::min(result.processor, one.processor)};
-    return result;
-}
-
-// Share of differing pixels, and the strongest difference.
-std::pair<double, std::uint32_t> difference(const std::vector<std::uint8_t>& a,
-                                            const std::vector<std::uint8_t>& b) {
-    std::size_t differing = 0;
-    std::uint32_t strongest = 0;
-    for (std::size_t pixel = 0; pixel < a.size(); pixel += 4) {
-        std::uint32_t here = 0;
-        for (std::size_t channel = 0; channel < 4; channel++)
-            here = std::max(here, static_cast<std::uint32_t>(
-                                      std::abs(a[pixel + channel] - b[pixel + channel])));
-        differing += here > tolerance ? 1 : 0;
-        strongest = std::max(strongest, here);
-    }
-    return {static_cast<double>(differing) * 4 / static_cast<double>(a.size()), strongest};
 }
 
 } // namespace
@@ -127,31 +87,10 @@ DrawTime Drawing::time(const Case& one, int rounds) {
         throw gpu::DeviceError("A function of " + one.name + " is missing.");
     const Pipeline ours = pipeline(*vertex, *fragment), theirs = pipeline(*vertex, *twin);
 
-    DrawTime result;
-    std::tie(result.differing, result.strongest) =
-        difference(picture(*ours, one), picture(*theirs, one));
-
-    const double once = milliseconds([&] { draw(*ours, one); });
-    const int times = std::clamp(static_cast<int>(sampleLength / std::max(once, 0.1)), 1, 64);
-    auto drawOften = [&](const gpu::RenderPipelineState& state) {
-        for (int i = 0; i < times; i++)
-            draw(state, one);
-    };
-    std::vector<Sample> ourSamples, twinSamples;
-    std::vector<double> ratios;
-    for (int round = 0; round < rounds; round++) {
-        ourSamples.push_back(sample([&] { drawOften(*ours); }));
-        twinSamples.push_back(sample([&] { drawOften(*theirs); }));
-        ratios.push_back(ourSamples.back().wall / twinSamples.back().wall);
-    }
-    const Sample ourShortest = shortest(ourSamples), twinShortest = shortest(twinSamples);
-    result.ours = ourShortest.wall / times;
-    result.twin = twinShortest.wall / times;
-    if (device_->info().isCPU)
-        result.processorRatio = ourShortest.processor / twinShortest.processor;
-    result.ratio = result.ours / result.twin;
-    result.medianRatio = median(ratios);
-    return result;
+    const PictureDifference pictures = difference(picture(*ours, one), picture(*theirs, one));
+    return {inTurns(
+                rounds, [&] { draw(*ours, one); }, [&] { draw(*theirs, one); }),
+            pictures};
 }
 
 } // namespace tarnwick::bench

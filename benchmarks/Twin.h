@@ -3,8 +3,10 @@
 
 #include "TarnwickMSL/EntryPoint.h"
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace tarnwick::bench {
 
@@ -12,6 +14,12 @@ namespace tarnwick::bench {
 struct TwinError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
+
+enum class TwinStage : std::uint8_t { vertex, fragment, compute };
+
+// SPIR-V of GLSL 450 with `macro` defined, unless it is empty. Throws TwinError.
+std::vector<std::uint32_t> compiledGLSL(const std::string& source, TwinStage stage,
+                                        const std::string& macro = "");
 
 // A fragment function "twin" that binds what an episode's tw_fragment binds. Throws TwinError.
 msl::EntryPoint compiledTwin(const std::string& source, std::size_t paramCount);

@@ -1,0 +1,116 @@
+#include "benchmarks/Report.h"
+
+#include "benchmarks/Compiling.h"
+#include "benchmarks/Statistics.h"
+#include "benchmarks/Updating.h"
+
+#include <cstdio>
+
+namespace tarnwick::bench {
+
+namespace {
+
+const char* verdict(bool good) {
+    return good ? "reached" : "MISSED";
+}
+
+} // namespace
+
+bool printCompiling(const std::vector<Case>& all, const std::string& self, int rounds) {
+    std::printf("Source text to SPIR-V, warm (median of %d)\n\n", rounds);
+    std::printf("  %-16s %9s %9s %7s\n", "shader", "ours ms", "twin ms", "ratio");
+    std::vector<double> ours, twins;
+    for (const Case& one : all) {
+        const CompileTime time = compileTime(one, rounds);
+        std::printf("  %-16s %9.2f %9.2f %7.2f\n", one.name.c_str(), time.ours, time.twin,
+                    time.ours / time.twin);
+        std::fflush(stdout);
+        ours.push_back(time.ours);
+        twins.push_back(time.twin);
+    }
+    const std::vector<double> first = firstCompileTimes(self, all.front(), 7);
+    const bool good = median(ours) < 12 && largest(ours) < 50 && median(first) < 120;
+    std::printf("\n  median   %8.2f ms, twins %.2f (bar: under 12 ms, %s)\n", median(ours),
+                median(twins), verdict(median(ours) < 12));
+    std::printf("  worst    %8.2f ms, twins %.2f (bar: under 50 ms, %s)\n", largest(ours),
+                largest(twins), verdict(largest(ours) < 50));
+    std::printf(
+        "  first    %8.2f ms, median of %zu processes, worst %.2f (bar: under 120 ms, %s)\n\n",
+        median(first), first.size(), largest(first), verdict(median(first) < 120));
+    return good;
+}
+
+bool printDrawing(Drawing& drawing, const std::vector<Case>& all, int rounds) {
+    std::printf("Drawing %u by %u pixels on %s (shortest of %d rounds, in turns)\n\n", drawWidth,
+                drawHeight, drawing.device()->info().name.c_str(), rounds);
+    std::printf("  %-16s %9s %9s %7s %9s %9s %9s %9s\n", "shader", "ours ms", "twin ms", "ratio",
+                "median r.", "CPU r.", "differing", "strongest");
+    std::vector<double> ratios, processorRatios;
+    bool agree = true;
+    for (const Case& one : all) {
+        const DrawTime time = drawing.time(one, rounds);
+        agree = agree && time.pictures.agrees();
+        std::printf("  %-16s %9.2f %9.2f %7.3f %9.3f %9.3f %8.3f%% %9u%s\n", one.name.c_str(),
+                    time.times.ours, time.times.twin, time.times.ratio, time.times.medianRatio,
+                    time.times.processorRatio, time.pictures.differing * 100,
+                    time.pictures.strongest, time.pictures.agrees() ? "" : "  DIFFERENT PICTURES");
+        std::fflush(stdout);
+        ratios.push_back(time.times.ratio);
+        processorRatios.push_back(time.times.processorRatio);
+    }
+    const double mean = geometricMean(ratios), worst = largest(ratios);
+    std::printf("\n  geometric mean %.3f (bar: at most 1.00, %s)\n", mean, verdict(mean <= 1.0));
+    std::printf("  worst          %.3f (bar: at most 1.10, %s)\n", worst, verdict(worst <= 1.10));
+    if (drawing.device()->info().isCPU)
+        std::printf(
+            "  in processor time, which other work on the machine sways less: geometric mean "
+            "%.3f, worst %.3f\n",
+            geometricMean(processorRatios), largest(processorRatios));
+    std::printf(
+        "  pictures agree: at most %.1f%% of the pixels differ by more than %u of 255: %s\n",
+        agreeing * 100, tolerance, agree ? "yes" : "NO");
+    return agree && mean <= 1.0 && worst <= 1.10;
+}
+
+bool printPlaying(const std::shared_ptr<gpu::Device>& device, const std::filesystem::path& folder,
+                  const std::vector<SceneCase>& all, int rounds) {
+    std::printf("\nPlaying %u by %u pixels on %s: update, draw and final picture of a frame\n"
+                "(shortest of %d rounds, in turns, beside plain Vulkan with GLSL)\n\n",
+                sceneWidth, sceneHeight, device->info().name.c_str(), rounds);
+    std::printf("  %-16s %9s %9s %7s %9s %9s %9s %9s\n", "scene", "ours ms", "hand ms", "ratio",
+                "median r.", "CPU r.", "differing", "strongest");
+    bool good = true;
+    for (const SceneCase& one : all) {
+        const PlayTime time = playTime(device, folder, one, rounds);
+        std::printf("  %-16s ", one.name.c_str());
+        if (time.pictures.agrees())
+            std::printf("%9.2f %9.2f %7.3f %9.3f %9.3f", time.times.ours, time.times.twin,
+                        time.times.ratio, time.times.medianRatio, time.times.processorRatio);
+        else
+            std::printf("%47s", "DIFFERENT PICTURES");
+        const bool reached = time.pictures.agrees() && time.times.ratio <= one.bar;
+        std::printf(" %8.3f%% %9u  (bar: at most %.2f, %s)\n", time.pictures.differing * 100,
+                    time.pictures.strongest, one.bar, verdict(reached));
+        std::fflush(stdout);
+        good = good && reached;
+    }
+    return good;
+}
+
+bool printUpdating(const std::shared_ptr<gpu::Device>& device,
+                   const std::filesystem::path& folder) {
+    const UpdateSpeed speed = updateSpeed(device, folder);
+    const double share = speed.ours / speed.copying;
+    const bool isCPU = device->info().isCPU;
+    std::printf(
+        "\n  update kernel of %u records of %u bytes: %.1f GB/s, by hand %.1f, copying %.1f "
+        "(%.0f%% of copying",
+        speed.count, speed.stride, speed.ours, speed.twin, speed.copying, share * 100);
+    if (isCPU)
+        std::printf("; no bar on a CPU)\n");
+    else
+        std::printf("; bar: at least 80%%, %s)\n", verdict(share >= 0.8));
+    return isCPU || share >= 0.8;
+}
+
+} // namespace tarnwick::bench

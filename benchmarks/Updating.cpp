@@ -1,0 +1,108 @@
+#include "benchmarks/Updating.h"
+
+#include "TarnwickGPU/Commands.h"
+#include "TarnwickRender/ParamBuffer.h"
+#include "TarnwickRender/ShaderProgram.h"
+#include "benchmarks/Playing.h"
+#include "benchmarks/byhand/HandParticles.h"
+
+#include <algorithm>
+
+namespace tarnwick::bench {
+
+namespace {
+
+constexpr int rounds = 7;
+
+// An episode's kernels, without the trails.
+class OurParticles {
+  public:
+    OurParticles(gpu::Device& device, const ShaderProgram& program)
+        : program_(program), queue_(device.newCommandQueue()),
+          records_(device.newBuffer(
+              static_cast<std::size_t>(program.particleCount() * program.particleStride()),
+              gpu::StorageMode::private_)) {
+        if (!queue_ || !records_)
+            throw gpu::DeviceError("The device cannot hold the particles.");
+    }
+
+    void spawn() {
+        run([&](gpu::ComputeCommandEncoder& encoder) {
+            encoder.setBytes(params_.data(), params_.length(), 1);
+            encoder.setBytes(&count_, sizeof count_, 2);
+            dispatch(encoder, *program_.particles()->spawn);
+        });
+    }
+
+    void updateOften(int times) {
+        const TWUniforms uniforms{.time = 1.0f / ShaderAssembler::stepRate,
+                                  .timeDelta = 1.0f / ShaderAssembler::stepRate,
+                                  .frame = 1};
+        run([&](gpu::ComputeCommandEncoder& encoder) {
+            encoder.setBytes(&uniforms, sizeof uniforms, 1);
+            encoder.setBytes(params_.data(), params_.length(), 2);
+            encoder.setBytes(&count_, sizeof count_, 3);
+            for (int i = 0; i < times; i++)
+                dispatch(encoder, *program_.particles()->update);
+        });
+    }
+
+  private:
+    template <class Encode> void run(Encode&& encode) {
+        auto commands = queue_->commandBuffer();
+        auto encoder = commands ? commands->computeCommandEncoder() : std::nullopt;
+        if (!encoder)
+            throw gpu::DeviceError("The device gives no command buffer.");
+        encoder->setBuffer(*records_, 0, 0);
+        encode(*encoder);
+        encoder->endEncoding();
+        commands->commit();
+        commands->waitUntilCompleted();
+    }
+
+    void dispatch(gpu::ComputeCommandEncoder& encoder, const gpu::ComputePipelineState& kernel) {
+        encoder.setComputePipelineState(kernel);
+        encoder.dispatchThreads(
+            {.width = count_},
+            {.width = std::min(kernel.maxTotalThreadsPerThreadgroup(), std::uint32_t{256})});
+    }
+
+    const ShaderProgram& program_;
+    ParamBuffer params_{program_.params(), {}};
+    std::uint32_t count_ = static_cast<std::uint32_t>(program_.particleCount());
+    std::unique_ptr<gpu::CommandQueue> queue_;
+    std::unique_ptr<gpu::Buffer> records_;
+};
+
+// Seconds of one time of `often`, the least of many samples of about 25 ms.
+template <class Often> double seconds(Often&& often) {
+    often(1);
+    const double once = milliseconds([&] { often(1); });
+    const int times = std::clamp(static_cast<int>(25 / once), 1, 64);
+    double least = once;
+    for (int round = 0; round < rounds; round++)
+        least = std::min(least, milliseconds([&] { often(times); }) / times);
+    return least / 1000;
+}
+
+} // namespace
+
+UpdateSpeed updateSpeed(const std::shared_ptr<gpu::Device>& device,
+                        const std::filesystem::path& folder) {
+    SceneCase one{
+        .file = "sparks", .count = device->info().isCPU ? 1'000'000u : 4'000'000u, .stride = 64};
+    const auto program =
+        ShaderProgram::compile(episode(folder, one), *device, ShaderProgram::pixelFormat);
+    OurParticles ours(*device, *program);
+    ours.spawn();
+    HandParticles twin(handKind(*device, folder, one, program->params()), one.stride);
+    twin.next();
+    const double moved = 2.0 * one.count * one.stride / 1e9;
+    return {.count = one.count,
+            .stride = one.stride,
+            .ours = moved / seconds([&](int times) { ours.updateOften(times); }),
+            .twin = moved / seconds([&](int times) { twin.updateOften(times); }),
+            .copying = moved / seconds([&](int times) { twin.copyOften(times); })};
+}
+
+} // namespace tarnwick::bench
