@@ -34,7 +34,7 @@ if(TARGET TarnwickGPU)
     add_dependencies(TarnwickMSLRandomProgramsTests tarnwick-msl-worker)
 
     # Runs any seeds; built on demand, since it calls the native compiler itself.
-    add_executable(random-programs EXCLUDE_FROM_ALL ${random}/Main.cpp)
+    add_executable(random-programs EXCLUDE_FROM_ALL ${random}/Main.cpp ${random}/Watch.cpp)
     add_dependencies(random-programs tarnwick-msl-worker)
     target_link_libraries(random-programs PRIVATE RandomProgramsOnGPU tarnwick_warnings
                           ${CMAKE_DL_LIBS})

@@ -6,6 +6,7 @@
 #include "TarnwickMSL/Translation/Passes/Structure.h"
 
 #include "TarnwickMSL/Translation/Passes/LoopBudget.h"
+#include "TarnwickMSL/Translation/Passes/LoopRows.h"
 #include "TarnwickMSL/Translation/Passes/Optimiser.h"
 #include "TarnwickMSL/Translation/Passes/VectorPhis.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
@@ -153,8 +154,9 @@ static void moveTestToLatch(Loop& loop) {
 
 static void markLoops(Function& main, Optimiser& optimiser) {
     auto& loops = optimiser.analyses().getResult<LoopAnalysis>(main);
+    auto enclosed = rowEnds(loops, [](const Loop&) { return true; });
     for (Loop* loop : loops.getLoopsInPreorder())
-        if (leavesFromHeader(*loop))
+        if (leavesFromHeader(*loop) && !is_contained(enclosed, loop->getHeader()))
             moveTestToLatch(*loop);
     optimiser.forget(main);
 }
@@ -292,17 +294,21 @@ static void structureLoops(Function& main, Structure& structure) {
     DominatorTree tree(main);
     LoopInfo loops(tree);
     auto outerFirst = loops.getLoopsInPreorder();
+    auto enclosed =
+        rowEnds(loops, [&](const Loop& loop) { return !structure.contains(loop.getHeader()); });
     for (Loop* loop : reverse(outerFirst)) {
         if (structure.contains(loop->getHeader()))
             continue;
         LoopShape shape = splitLoop(*loop, tree, loops);
         SmallVector<Instruction*, 8> leaving = leavingValues(*loop);
-        if (!leaving.empty()) {
+        if (!leaving.empty() || is_contained(enclosed, shape.header)) {
             leaveFromHeader(*loop, shape, leaving);
             tree.recalculate(main);
         }
         structure[shape.header] = {shape.merge, shape.continue_};
     }
+    for (BasicBlock* header : enclosed)
+        enclose(*header, structure);
 }
 
 static bool isSelection(const BasicBlock& block, const Structure& structure,

@@ -2,6 +2,7 @@
 // that agree. The native side is compiled here, in batches.
 #include "tests/TarnwickMSL/RandomPrograms/Native.h"
 #include "tests/TarnwickMSL/RandomPrograms/Trial.h"
+#include "tests/TarnwickMSL/RandomPrograms/Watch.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -17,6 +18,7 @@ namespace {
 using namespace tarnwick::trials;
 
 constexpr std::uint64_t batchSize = 50;
+constexpr std::chrono::seconds limit(30); // of a seed; most need half a second
 
 struct LibraryCloser {
     void operator()(void* library) const { dlclose(library); }
@@ -55,38 +57,44 @@ NativeLibrary compiled(Seeds seeds, const std::filesystem::path& folder) {
     return NativeLibrary(dlopen((stem + ".so").c_str(), RTLD_NOW | RTLD_LOCAL));
 }
 
+// Runs in a child.
+Check start(NativeTrial native) {
+    std::shared_ptr<Trial> trial = Trial::make();
+    return [trial, native](std::uint64_t seed) {
+        return trial ? trial->difference(seed, native) : "No Vulkan device is here.";
+    };
+}
+
 // How many of the seeds agree; nothing when the native side cannot be made.
-std::optional<std::uint64_t> agreeing(Trial& trial, Seeds seeds,
-                                      const std::filesystem::path& folder) {
+std::optional<std::uint64_t> agreeing(Seeds seeds, const std::filesystem::path& folder) {
     const NativeLibrary library = compiled(seeds, folder);
     void* symbol = library ? dlsym(library.get(), "nativeTrial") : nullptr;
     if (symbol == nullptr)
         return std::nullopt;
     const auto native = reinterpret_cast<decltype(&nativeTrial)>(symbol);
     std::uint64_t count = 0;
-    for (std::uint64_t seed = seeds.first; seed <= seeds.last; seed++) {
-        const std::string difference = trial.difference(seed, native);
-        if (difference.empty())
-            count++;
-        else
-            std::printf("seed %llu: %s\n", static_cast<unsigned long long>(seed),
-                        difference.c_str());
-        std::fflush(stdout);
-    }
+    watch(
+        seeds, limit, [&] { return start(native); },
+        [&](std::uint64_t seed, const std::string& difference) {
+            count += difference.empty() ? 1 : 0;
+            if (!difference.empty())
+                std::printf("seed %llu: %s\n", static_cast<unsigned long long>(seed),
+                            difference.c_str());
+            std::fflush(stdout);
+        });
     return count;
 }
 
 int run(Seeds range) {
-    const auto trial = Trial::make();
     const TemporaryFolder folder;
-    if (!trial || folder.path().empty()) {
-        std::fputs("No Vulkan device or no temporary folder is here.\n", stderr);
+    if (folder.path().empty()) {
+        std::fputs("No temporary folder is here.\n", stderr);
         return 1;
     }
     std::uint64_t agreed = 0;
     for (std::uint64_t first = range.first; first <= range.last; first += batchSize) {
         const Seeds batch{first, std::min(first + batchSize - 1, range.last)};
-        const auto inBatch = agreeing(*trial, batch, folder.path());
+        const auto inBatch = agreeing(batch, folder.path());
         if (!inBatch) {
             std::fputs("The native compiler did not take a batch.\n", stderr);
             return 1;
@@ -96,8 +104,10 @@ int run(Seeds range) {
                      static_cast<unsigned long long>(batch.last - range.first + 1));
     }
     const std::uint64_t all = range.last - range.first + 1;
+    const auto trial = Trial::make();
     std::printf("%llu of %llu programs agree on %s\n", static_cast<unsigned long long>(agreed),
-                static_cast<unsigned long long>(all), trial->device().name.c_str());
+                static_cast<unsigned long long>(all),
+                trial ? trial->device().name.c_str() : "no device");
     return agreed == all ? 0 : 1;
 }
 

@@ -68,3 +68,26 @@ TEST(Programs, keepVectorsThatLoopsTurn) {
         EXPECT_EQ(outcome.fragment[i], expected) << "fragment, input " << i;
     }
 }
+
+// Without the shape for rows of loops the CPU driver is not through with this in an hour.
+TEST(Programs, comeThroughManyLoopsInARow) {
+    const auto trial = Trial::make();
+    if (!trial)
+        GTEST_SKIP() << "No Vulkan device is here.";
+    constexpr std::uint32_t loops = 20;
+    std::string body = "uint trial(uint a) {\n";
+    for (std::uint32_t k = 0; k < loops; k++)
+        body += "    for (uint i = a % 6u; i < 7u; i++) {\n        a = a * " +
+                std::to_string(2 * k + 3) + "u + i;\n        if ((a & 31u) == 9u) break;\n    }\n";
+    const Outcome outcome = trial->run(metalSource(body + "    return a;\n}\n"));
+    ASSERT_EQ(outcome.problem, "");
+    for (std::uint32_t input = 0; input < trialInputs; input++) {
+        std::uint32_t a = trialInput(input);
+        for (std::uint32_t k = 0; k < loops; k++)
+            for (std::uint32_t i = a % 6; i < 7; i++)
+                if (a = a * (2 * k + 3) + i; (a & 31) == 9)
+                    break;
+        EXPECT_EQ(outcome.kernel[input], a) << "kernel, input " << input;
+        EXPECT_EQ(outcome.fragment[input], a) << "fragment, input " << input;
+    }
+}
