@@ -2,6 +2,7 @@
 
 #include "TarnwickRender/PictureSize.h"
 #include "TarnwickRender/ShaderRun.h"
+#include "TarnwickRender/TexturePicture.h"
 
 #include <functional>
 
@@ -51,15 +52,6 @@ bool encode(const ShaderProgram& program, ShaderRun* run, const gpu::Texture& ta
     return true;
 }
 
-Picture pixelsOf(const gpu::Texture& texture) {
-    Picture picture{.width = texture.width(), .height = texture.height()};
-    picture.bytesPerRow = std::size_t{4} * picture.width;
-    picture.bytes.resize(picture.bytesPerRow * picture.height);
-    texture.getBytes(picture.bytes.data(), picture.bytesPerRow,
-                     {.width = picture.width, .height = picture.height}, 0);
-    return picture;
-}
-
 } // namespace
 
 std::optional<Picture> StillRenderer::render(const std::shared_ptr<const ShaderProgram>& program,
@@ -87,7 +79,7 @@ std::optional<Picture> StillRenderer::render(const std::shared_ptr<const ShaderP
     if (news != nullptr)
         news->hitLoopBudget = commands->hitLoopBudget() ||
                               (run && run->simulation() && run->simulation()->hitLoopBudget());
-    return pixelsOf(*target);
+    return pictureOf(*target);
 }
 
 } // namespace tarnwick

@@ -1,6 +1,7 @@
 #include "saver/PictureTarget.h"
 
 #include "TarnwickGPU/Device.h"
+#include "TarnwickRender/TexturePicture.h"
 
 namespace tarnwick {
 
@@ -45,11 +46,7 @@ Picture PictureTarget::lastPicture() {
     if (!last_)
         return {};
     slots_[*last_].waitUntilDrawn();
-    const gpu::Texture& texture = *slots_[*last_].texture;
-    Picture picture = blackPicture({texture.width(), texture.height()});
-    texture.getBytes(picture.bytes.data(), picture.bytesPerRow,
-                     {0, 0, texture.width(), texture.height()}, 0);
-    return picture;
+    return pictureOf(*slots_[*last_].texture);
 }
 
 } // namespace tarnwick

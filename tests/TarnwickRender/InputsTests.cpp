@@ -65,7 +65,7 @@ TEST_F(Inputs, giveTheEpisodeTheFrameBefore) {
     });
     EXPECT_EQ(frames->previous(), drawn);
     EXPECT_EQ(blueOf(*fresh), 0);
-    const Picture copied = pixels(*wide);
+    const Picture copied = pictureOf(*wide);
     EXPECT_EQ(colorAt(copied, 7, 1)[2], 102); // what both have in common
     EXPECT_EQ(colorAt(copied, 8, 1)[2], 0);
     perform([&](auto& commands) { frames->copyPrevious(*fresh, commands); });
@@ -108,5 +108,5 @@ TEST_F(Inputs, feedAnEpisodeItsOwnPicture) {
         }
         frames->copyPrevious(*shown, commands);
     });
-    EXPECT_EQ(colorAt(pixels(*shown), 2, 2), (Color{60, 30, 0}));
+    EXPECT_EQ(colorAt(pictureOf(*shown), 2, 2), (Color{60, 30, 0}));
 }

@@ -52,15 +52,6 @@ std::unique_ptr<gpu::Texture> Rendering::target(std::uint32_t width, std::uint32
     return device->newTexture({.width = width, .height = height, .usage = {.renderTarget = true}});
 }
 
-Picture Rendering::pixels(const gpu::Texture& texture) {
-    Picture picture{.width = texture.width(), .height = texture.height()};
-    picture.bytesPerRow = std::size_t{4} * picture.width;
-    picture.bytes.resize(picture.bytesPerRow * picture.height);
-    texture.getBytes(picture.bytes.data(), picture.bytesPerRow,
-                     {.width = picture.width, .height = picture.height}, 0);
-    return picture;
-}
-
 Picture Rendering::frame(ShaderRun& run, float time, std::int64_t limit,
                          const ShaderInputs* inputs) {
     const auto texture =
@@ -75,7 +66,7 @@ Picture Rendering::frame(ShaderRun& run, float time, std::int64_t limit,
         run.program().draw(*encoder, uniforms, {}, &run, inputs);
         encoder->endEncoding();
     });
-    return pixels(*texture);
+    return pictureOf(*texture);
 }
 
 } // namespace tarnwick::tests

@@ -5,6 +5,7 @@
 #include "TarnwickGPU/Device.h"
 #include "TarnwickRender/ShaderRun.h"
 #include "TarnwickRender/StillRenderer.h"
+#include "TarnwickRender/TexturePicture.h"
 
 #include <gtest/gtest.h>
 
@@ -51,7 +52,6 @@ class Rendering : public testing::Test {
                   const ShaderInputs* inputs = nullptr);
 
     std::unique_ptr<gpu::Texture> target(std::uint32_t width, std::uint32_t height);
-    static Picture pixels(const gpu::Texture& texture);
     // Encodes with `encode(commands)`, commits and waits.
     template <typename Encode> void perform(const Encode& encode) {
         auto commands = queue->commandBuffer();

@@ -1,0 +1,12 @@
+// What a texture holds, as a picture in memory.
+#pragma once
+
+#include "TarnwickGPU/Resources.h"
+#include "TarnwickPlatform/Pictures/Picture.h"
+
+namespace tarnwick {
+
+// `texture` is shared, of format BGRA8Unorm, and the GPU is done with it. May block for a copy.
+Picture pictureOf(const gpu::Texture& texture);
+
+} // namespace tarnwick
