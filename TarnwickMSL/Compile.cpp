@@ -51,6 +51,7 @@ Compilation compile(std::string_view source, const CompileOptions& options) {
         return failure("the program has " + std::to_string(source.size()) +
                        " bytes; the compiler takes up to " + std::to_string(longestSource));
     const Request request{.limitMilliseconds = static_cast<std::uint32_t>(options.limit.count()),
+                          .target = options.target,
                           .source = std::string(source)};
     Shared& common = shared();
     const std::lock_guard lock(common.mutex);

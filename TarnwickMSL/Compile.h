@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TarnwickMSL/EntryPoint.h"
+#include "TarnwickMSL/Target.h"
 
 #include <chrono>
 #include <string>
@@ -13,6 +14,7 @@ namespace tarnwick::msl {
 struct CompileOptions {
     // Longest wall time of one compilation; past it the compilation is ended and `failed` is set.
     std::chrono::milliseconds limit{8000};
+    Target target; // without it: code for any device
 };
 
 struct Compilation {

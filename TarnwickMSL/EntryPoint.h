@@ -56,6 +56,12 @@ struct Resource {
 inline constexpr std::uint32_t loopBudgetConstant = 0; // uint: iterations before an invocation ends
 inline constexpr std::array<std::uint32_t, 3> threadgroupSizeConstants{1, 2, 3}; // kernels
 
+// uint: bytes of the threadgroup memory that the kernel's argument [[threadgroup(index)]] points
+// to.
+constexpr std::uint32_t threadgroupLengthConstant(std::uint32_t index) {
+    return 16 + index;
+}
+
 // Push constants of a kernel: uint3 at byte 0, the exact size of the dispatched grid in threads.
 inline constexpr std::uint32_t kernelPushConstantBytes = 12;
 
@@ -67,6 +73,10 @@ struct EntryPoint {
     bool usesLoopBudget = false;        // some loop's bound is not provable
     bool writesPointSize = false;       // a vertex function with [[point_size]]
     std::uint32_t colorAttachments = 0; // a fragment function's written colours, bit n for color(n)
+    std::uint32_t threadgroupBytes = 0; // threadgroup memory of the kernel's own
+    std::vector<std::uint32_t>
+        threadgroupPointers;       // indices of its arguments of a length to be set
+    std::uint32_t mostThreads = 0; // max_total_threads_per_threadgroup(n); 0: not said
 
     bool operator==(const EntryPoint&) const = default;
 };

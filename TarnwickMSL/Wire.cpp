@@ -87,7 +87,8 @@ template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, EntryPoint>
 void fields(Record& e, Bytes& bytes) {
     bytes(e.name), bytes(e.stage), bytes(e.words), bytes(e.resources), bytes(e.usesLoopBudget);
-    bytes(e.writesPointSize), bytes(e.colorAttachments);
+    bytes(e.writesPointSize), bytes(e.colorAttachments), bytes(e.threadgroupBytes);
+    bytes(e.threadgroupPointers), bytes(e.mostThreads);
 }
 
 template <class Record, class Bytes>
@@ -99,7 +100,7 @@ void fields(Record& c, Bytes& bytes) {
 template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, Request>
 void fields(Record& r, Bytes& bytes) {
-    bytes(r.limitMilliseconds), bytes(r.source);
+    bytes(r.limitMilliseconds), bytes(r.target.addsFloatsInBuffers), bytes(r.source);
 }
 
 template <class Record> std::string bytesOf(const Record& record) {

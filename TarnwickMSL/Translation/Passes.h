@@ -1,6 +1,7 @@
 // Steps 2 to 4: from the front end's module to a structured `main` for each entry point.
 #pragma once
 
+#include "TarnwickMSL/Target.h"
 #include "TarnwickMSL/Translation/ShaderModule.h"
 
 #include <vector>
@@ -14,6 +15,6 @@ void prepare(llvm::Module& module, const std::vector<EntrySignature>& entries);
 // Cuts one entry point out of a prepared module: clones what it reaches, wraps it in `main`,
 // inlines, optimises and structures it. Throws TranslationError on what cannot be drawn.
 ShaderModule lower(const llvm::Module& module, const EntrySignature& entry,
-                   const std::vector<EntrySignature>& allEntries);
+                   const std::vector<EntrySignature>& allEntries, const Target& target = {});
 
 } // namespace tarnwick::msl

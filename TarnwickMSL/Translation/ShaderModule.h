@@ -67,6 +67,7 @@ struct ShaderModule {
     Structure structure;
     bool usesLoopBudget = false;
     bool earlyFragmentTests = false;
+    std::uint32_t mostThreads = 0; // in a threadgroup of this kernel; 0: not said
 };
 
 } // namespace tarnwick::msl

@@ -72,6 +72,7 @@ struct EntrySignature {
     std::vector<StageValue> results; // members of the result record, or the one plain result
     bool resultIsRecord = false;
     bool earlyFragmentTests = false;
+    std::uint32_t mostThreads = 0; // max_total_threads_per_threadgroup's; 0: not said
 };
 
 } // namespace tarnwick::msl

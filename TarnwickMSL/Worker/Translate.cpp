@@ -8,7 +8,8 @@
 
 namespace tarnwick::msl {
 
-Compilation translate(std::string_view source, const StandardLibrary& library) {
+Compilation translate(std::string_view source, const StandardLibrary& library,
+                      const Target& target) {
     llvm::LLVMContext context;
     Parsed parsed = parse(source, library, context);
     Compilation compilation{
@@ -21,7 +22,7 @@ Compilation translate(std::string_view source, const StandardLibrary& library) {
         for (const EntrySignature& entry : parsed.entries) {
             place = entry.place;
             compilation.entryPoints.push_back(
-                writeSpirv(lower(*parsed.module, entry, parsed.entries)));
+                writeSpirv(lower(*parsed.module, entry, parsed.entries, target)));
         }
     } catch (const TranslationError& error) {
         compilation.failed = true;

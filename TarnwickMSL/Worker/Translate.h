@@ -6,6 +6,7 @@
 
 namespace tarnwick::msl {
 
-Compilation translate(std::string_view source, const StandardLibrary& library);
+Compilation translate(std::string_view source, const StandardLibrary& library,
+                      const Target& target = {});
 
 } // namespace tarnwick::msl

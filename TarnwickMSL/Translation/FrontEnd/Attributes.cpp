@@ -32,7 +32,9 @@ constexpr std::array words = {
     "threadgroup_position_in_grid", "threads_per_grid", "threads_per_threadgroup",
     "threadgroups_per_grid", "thread_index_in_simdgroup", "simdgroup_index_in_threadgroup",
     "threads_per_simdgroup", "simdgroups_per_threadgroup", "grid_size", "grid_origin",
-    "dispatch_threads_per_threadgroup", "thread_execution_width",
+    "dispatch_threads_per_threadgroup", "thread_execution_width", "thread_index_in_quadgroup",
+    "quadgroup_index_in_threadgroup", "quadgroups_per_threadgroup",
+    "dispatch_simdgroups_per_threadgroup", "dispatch_quadgroups_per_threadgroup",
     // functions
     "vertex", "fragment", "kernel", "early_fragment_tests", "max_total_threads_per_threadgroup",
     "host_name", "visible", "stitchable"};

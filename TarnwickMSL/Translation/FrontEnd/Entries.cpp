@@ -25,7 +25,7 @@ namespace {
 
 using clang::QualType;
 
-constexpr std::array<std::string_view, 33> builtIns = {"vertex_id",
+constexpr std::array<std::string_view, 38> builtIns = {"vertex_id",
                                                        "instance_id",
                                                        "base_vertex",
                                                        "base_instance",
@@ -56,6 +56,11 @@ constexpr std::array<std::string_view, 33> builtIns = {"vertex_id",
                                                        "grid_origin",
                                                        "dispatch_threads_per_threadgroup",
                                                        "thread_execution_width",
+                                                       "thread_index_in_quadgroup",
+                                                       "quadgroup_index_in_threadgroup",
+                                                       "quadgroups_per_threadgroup",
+                                                       "dispatch_simdgroups_per_threadgroup",
+                                                       "dispatch_quadgroups_per_threadgroup",
                                                        "point_size",
                                                        "clip_distance"};
 
@@ -391,6 +396,8 @@ void EntryReader::readFunction(const clang::FunctionDecl& function) {
         word.consume_front("msl_");
         if (word == "early_fragment_tests")
             signature.earlyFragmentTests = true;
+        if (word == "max_total_threads_per_threadgroup")
+            signature.mostThreads = attribute.index;
         if (word != "vertex" && word != "fragment" && word != "kernel")
             continue;
         isEntry = true;

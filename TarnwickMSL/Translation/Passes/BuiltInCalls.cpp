@@ -32,16 +32,33 @@ bool takesTexture(StringRef name) {
 static bool isConvergent(StringRef name) {
     return StringSwitch<bool>(name)
         .Cases("dfdx", "dfdy", "fwidth", "sample", "sample_bias", "sample_compare", true)
-        .Cases("barrier", "discard", true)
+        .Cases("barrier", "fence", "discard", true)
         .Default(name.starts_with("simd_") || name.starts_with("quad_"));
 }
 
 static MemoryEffects effects(StringRef name, bool writesTextures) {
-    if (name == "discard" || name == "barrier" || name == "write" || name.starts_with("atomic"))
+    if (name == "discard" || name == "barrier" || name == "fence" || name == "write" ||
+        name.starts_with("atomic"))
         return MemoryEffects::unknown();
     if (takesTexture(name) && writesTextures)
         return MemoryEffects::readOnly();
     return MemoryEffects::none();
+}
+
+// Whoever calls a function that depends on its neighbours depends on them itself: without this
+// two calls in the two ways of a branch would be joined before it.
+static void spreadConvergence(Module& module) {
+    for (bool hasChanged = true; hasChanged;) {
+        hasChanged = false;
+        for (Function& function : module)
+            for (User* user : function.users()) {
+                auto* call = dyn_cast<CallBase>(user);
+                if (!function.isConvergent() || !call || call->getFunction()->isConvergent())
+                    continue;
+                call->getFunction()->setConvergent();
+                hasChanged = true;
+            }
+    }
 }
 
 void describeBuiltIns(Module& module) {
@@ -61,6 +78,7 @@ void describeBuiltIns(Module& module) {
             if (auto* call = dyn_cast<CallBase>(user))
                 call->setAttributes(AttributeList());
     }
+    spreadConvergence(module);
 }
 
 } // namespace tarnwick::msl

@@ -177,7 +177,34 @@ GlobalVariable* Interface::global(const InterfaceVariable& variable, Type* type)
                               nullptr, variable.global, nullptr, GlobalValue::NotThreadLocal, 0u);
 }
 
+// What Vulkan has no variable for, made of what it has; null where it has one.
+Value* Interface::derivedBuiltIn(IRBuilder<>& builder, StringRef word) {
+    auto same = [&](StringRef other) { return readBuiltIn(builder, other); };
+    Value* four = builder.getInt32(4);
+    if (word == "thread_execution_width")
+        return same("threads_per_simdgroup");
+    if (word == "dispatch_simdgroups_per_threadgroup")
+        return same("simdgroups_per_threadgroup");
+    if (word == "grid_size")
+        return same("threads_per_grid");
+    if (word == "grid_origin")
+        return Constant::getNullValue(FixedVectorType::get(builder.getInt32Ty(), 3));
+    if (word == "thread_index_in_quadgroup")
+        return builder.CreateURem(same("thread_index_in_simdgroup"), four);
+    if (word == "quadgroup_index_in_threadgroup")
+        return builder.CreateUDiv(same("thread_index_in_threadgroup"), four);
+    bool isDispatched = word == "dispatch_quadgroups_per_threadgroup";
+    if (!isDispatched && word != "quadgroups_per_threadgroup")
+        return nullptr;
+    Value* size =
+        same(isDispatched ? "dispatch_threads_per_threadgroup" : "threads_per_threadgroup");
+    Value* threads = builder.CreateMulReduce(size);
+    return builder.CreateUDiv(builder.CreateAdd(threads, builder.getInt32(3)), four);
+}
+
 Value* Interface::readBuiltIn(IRBuilder<>& builder, StringRef word) {
+    if (Value* derived = derivedBuiltIn(builder, word))
+        return derived;
     const BuiltIn& builtIn = builtInFor({word.data(), word.size()});
     Type* type = crossingType(builder.getContext(), builtIn.scalar, builtIn.width);
     InterfaceVariable variable{.kind = InterfaceKind::input,

@@ -42,6 +42,8 @@ class Interface {
     llvm::Value* readBuiltIn(llvm::IRBuilder<>& builder, llvm::StringRef word);
 
   private:
+    llvm::Value* derivedBuiltIn(llvm::IRBuilder<>& builder, llvm::StringRef word);
+
     ShaderModule& shader_;
     const Varyings& varyings_;
 };

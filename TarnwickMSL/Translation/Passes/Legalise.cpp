@@ -1,6 +1,7 @@
 #include "TarnwickMSL/Translation/Passes/Legalise.h"
 
 #include "TarnwickMSL/Translation/Passes/OddIntegers.h"
+#include "TarnwickMSL/Translation/Passes/WideVectors.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/IR/IRBuilder.h>
@@ -243,6 +244,7 @@ static void legaliseTruncation(TruncInst& truncation) {
 }
 
 void legalise(Function& main) {
+    splitWideVectors(main);
     promoteOddIntegers(main);
     SmallVector<Instruction*, 16> candidates; // an expansion removes others than itself
     for (Instruction& instruction : instructions(main))

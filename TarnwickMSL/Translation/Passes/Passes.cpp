@@ -2,6 +2,7 @@
 #include "TarnwickMSL/Translation/Passes.h"
 
 #include "TarnwickMSL/Translation/Passes/ArrayLoops.h"
+#include "TarnwickMSL/Translation/Passes/Atomics.h"
 #include "TarnwickMSL/Translation/Passes/Bindings.h"
 #include "TarnwickMSL/Translation/Passes/BuiltInCalls.h"
 #include "TarnwickMSL/Translation/Passes/Comparisons.h"
@@ -116,12 +117,13 @@ static void optimise(ShaderModule& shader, Optimiser& optimiser) {
 }
 
 // From what LLVM's optimiser leaves to what shader code may hold.
-static void restrictCode(ShaderModule& shader, Optimiser& optimiser) {
+static void restrictCode(ShaderModule& shader, const Target& target, Optimiser& optimiser) {
     Function& main = *shader.main;
     expandMemoryCalls(main);
     bool hasPointers = resolvePointers(main);
     bool hasHandles = resolveHandles(shader);
-    if (hasPointers || hasHandles)
+    bool hasAtomics = expandAtomics(main, target);
+    if (hasPointers || hasHandles || hasAtomics)
         optimiser.tidy(main);
 }
 
@@ -136,7 +138,7 @@ static void structureCode(ShaderModule& shader, Optimiser& optimiser) {
 }
 
 ShaderModule lower(const Module& module, const EntrySignature& entry,
-                   const std::vector<EntrySignature>& allEntries) {
+                   const std::vector<EntrySignature>& allEntries, const Target& target) {
     const Function* function = module.getFunction(entry.symbol);
     if (!function || function->isDeclaration())
         throw TranslationError("The function '" + entry.name + "' has no body.");
@@ -145,12 +147,13 @@ ShaderModule lower(const Module& module, const EntrySignature& entry,
     shader.name = entry.name;
     shader.stage = entry.stage;
     shader.earlyFragmentTests = entry.earlyFragmentTests;
+    shader.mostThreads = entry.mostThreads;
     Function& body = *shader.module->getFunction(function->getName());
     inlineCall(*wrap(shader, body, entry, Varyings(allEntries)));
     body.eraseFromParent();
     Optimiser optimiser(*shader.module);
     optimise(shader, optimiser);
-    restrictCode(shader, optimiser);
+    restrictCode(shader, target, optimiser);
     structureCode(shader, optimiser);
     assignBindings(shader);
 #ifndef NDEBUG

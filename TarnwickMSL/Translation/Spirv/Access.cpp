@@ -298,4 +298,13 @@ bool storesBeside(const Access& access) {
            (access.first > 0 || laneCount(access.type) < laneCount(access.leaf));
 }
 
+// Another invocation may write what stands beside it in memory that
+// is shared, and an atomic value must stand there as itself.
+bool suits(const Access& access, const Use& use, bool isShared) {
+    if (use.isAtomic)
+        return access.form == Access::Form::outside ||
+               (access.form == Access::Form::whole && access.leaf == use.type);
+    return !(use.isWrite && isShared && storesBeside(access));
+}
+
 } // namespace tarnwick::msl::spirv

@@ -21,12 +21,14 @@ static Id scope(Body& body, spv::StorageClass storage) {
         static_cast<std::uint32_t>(isShared ? spv::Scope::Workgroup : spv::Scope::Device));
 }
 
-// Values pass as integers of the same size; floats have no atomics of their own here.
+// Values pass as integers of the same size, but for the sums of floats.
 static Type* integerOf(Type* type) {
     return Type::getIntNTy(type->getContext(), type->getScalarSizeInBits());
 }
 
 static Id change(Body& body, const Memory::Pointer& pointer, spv::Op op, Type* type, Id value) {
+    if (type->isIntegerTy(64))
+        body.module.require(spv::Capability::Int64Atomics);
     return body.emit(op, type, {pointer.id, scope(body, pointer.storage), relaxed(body), value});
 }
 
@@ -55,12 +57,26 @@ static std::optional<spv::Op> changeOp(StringRef op, bool isSigned) {
         .Default(std::nullopt);
 }
 
+static Id addFloat(Body& body, Memory& memory, const CallInst& call) {
+    body.module.require(spv::Capability::AtomicFloat32AddEXT);
+    body.module.extension("SPV_EXT_shader_atomic_float_add");
+    Memory::Pointer to = memory.atomic(call.getArgOperand(0), call.getType(), true);
+    if (!to.id)
+        return body.constants.null(call.getType());
+    return change(body, to, spv::Op::OpAtomicFAddEXT, call.getType(),
+                  body.id(call.getArgOperand(1)));
+}
+
 Id writeAtomicCall(Body& body, Memory& memory, StringRef op, const CallInst& call) {
+    if (call.getType()->isFloatTy() && op == "fetch_add")
+        return addFloat(body, memory, call);
     const Value* pointer = call.getArgOperand(0);
     bool isStore = op == "store";
     Type* type = isStore ? call.getArgOperand(1)->getType() : call.getType();
     Type* integer = integerOf(type);
     Memory::Pointer to = memory.atomic(pointer, integer, op != "load");
+    if (!to.id)
+        return body.constants.null(isStore ? integer : type);
     Id place = scope(body, to.storage);
     auto operand = [&](unsigned n) {
         return body.bitcast(integer, type, body.id(call.getArgOperand(n)));

@@ -1,6 +1,7 @@
 #include "TarnwickMSL/Translation/Spirv/Calls.h"
 
 #include "TarnwickMSL/Translation/Spirv/Atomics.h"
+#include "TarnwickMSL/Translation/Spirv/Groups.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <array>
@@ -45,19 +46,6 @@ static Id writeDerivative(Body& body, Stage stage, spv::Op op, const CallInst& c
     return body.resized(type, wide, body.emit(op, wide, {value}), false);
 }
 
-static void writeBarrier(Body& body, StringRef kind) {
-    using Mask = spv::MemorySemanticsMask;
-    auto semantics = static_cast<std::uint32_t>(Mask::AcquireRelease);
-    if (kind == "device")
-        semantics |= static_cast<std::uint32_t>(Mask::UniformMemory);
-    else if (kind == "texture")
-        semantics |= static_cast<std::uint32_t>(Mask::ImageMemory);
-    else
-        semantics |= static_cast<std::uint32_t>(Mask::WorkgroupMemory);
-    Id group = body.constants.word(static_cast<std::uint32_t>(spv::Scope::Workgroup));
-    body.act(spv::Op::OpControlBarrier, {group, group, body.constants.word(semantics)});
-}
-
 Id writeBuiltInCall(Body& body, Memory& memory, Stage stage, StringRef name, const CallInst& call) {
     for (const Extended& known : extendeds)
         if (name == StringRef(known.name.data(), known.name.size()))
@@ -77,11 +65,12 @@ Id writeBuiltInCall(Body& body, Memory& memory, Stage stage, StringRef name, con
         return 0;
     }
     StringRef symbol = call.getCalledFunction()->getName();
-    if (name == "barrier") {
-        StringRef kind = symbol.split("barrier.").second;
-        writeBarrier(body, kind.take_until([](char c) { return c == '.'; }));
+    if (name == "barrier" || name == "fence") {
+        writeBarrier(body, name == "barrier", call);
         return 0;
     }
+    if (name.consume_front("simd_"))
+        return writeSimdCall(body, name, call);
     if (name.consume_front("atomic_"))
         return writeAtomicCall(body, memory, name, call);
     throw TranslationError("The function '" + symbol.str() + "' is not known on the GPU.");

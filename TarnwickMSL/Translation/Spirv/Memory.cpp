@@ -41,6 +41,14 @@ Id Memory::index(const Step& step, bool isLocal) {
     return body_.extended(GLSLstd450UMin, body_.i32(), {value, last});
 }
 
+// The index into the view's own array.
+Id Memory::firstIndex(const Step& step, const Variable& variable) {
+    if (!variable.length)
+        return index(step, variable.view.layout == Layout::plain);
+    Id last = body_.emit(spv::Op::OpISub, body_.i32(), {variable.length, body_.constants.word(1)});
+    return body_.extended(GLSLstd450UMin, body_.i32(), {sum(body_, step), last});
+}
+
 static bool isDynamicLane(const Access& access) {
     return !access.steps.empty() && access.steps.back().isLane &&
            !access.steps.back().terms.empty();
@@ -59,7 +67,7 @@ Id Memory::chain(const Found& found, const Access& access, bool stopsAtLane) {
         steps = steps.drop_back();
     for (const Step& step : steps) {
         if (isFirst) {
-            indices.push_back(index(step, isLocal));
+            indices.push_back(firstIndex(step, variable));
         } else if (auto* record = dyn_cast<StructType>(at)) {
             auto member = static_cast<unsigned>(step.constant);
             indices.push_back(body_.constants.word(
@@ -222,17 +230,16 @@ void Memory::write(const Found& found, const Access& access, Id value) {
     }
 }
 
-Memory::Found Memory::find(const Value* pointer, Type* type, bool isStore) {
+Memory::Found Memory::find(const Value* pointer, const Use& use) {
     const DataLayout& layout = body_.types.dataLayout();
     Place place = placeOf(pointer, layout);
     Found found{.root = &root(place.root), .variable = nullptr, .access = {}};
     bool isBuffer = found.root->interface && found.root->variables.front().isBlock;
-    if (isBuffer && isStore && found.root->storage == spv::StorageClass::StorageBuffer)
+    if (isBuffer && use.isWrite && found.root->storage == spv::StorageClass::StorageBuffer)
         resources_[found.root->resource].isWritten = true;
     for (Variable& variable : found.root->variables) {
-        std::optional<Access> planned = access(variable.view, place, type, layout);
-        // Another invocation may write what stands beside it.
-        if (!planned || (isStore && isBuffer && storesBeside(*planned)))
+        std::optional<Access> planned = access(variable.view, place, use.type, layout);
+        if (!planned || !suits(*planned, use, isBuffer))
             continue;
         found.variable = &variable;
         found.access = std::move(*planned);
@@ -240,9 +247,12 @@ Memory::Found Memory::find(const Value* pointer, Type* type, bool isStore) {
     }
     if (!isBuffer)
         throw TranslationError("A local value is used as another type in a way that is not known.");
-    found.variable = &addBlock(*found.root, unitView(place, type, layout));
-    std::optional<Access> planned = access(found.variable->view, place, type, layout);
-    if (!planned)
+    View view = unitView(place, use.type, layout);
+    if (use.isAtomic)
+        view.element = use.type;
+    found.variable = &addBlock(*found.root, view);
+    std::optional<Access> planned = access(found.variable->view, place, use.type, layout);
+    if (!planned || !suits(*planned, use, true))
         throw TranslationError("A buffer is used as another type in a way that is not known.");
     found.access = std::move(*planned);
     return found;
@@ -252,19 +262,19 @@ Id Memory::load(const Value* pointer, Type* type) {
     const Root& from = root(placeOf(pointer, body_.types.dataLayout()).root);
     if (from.isComputed)
         return computed(from, pointer, type);
-    Found found = find(pointer, type, false);
+    Found found = find(pointer, {.type = type});
     return read(found, found.access);
 }
 
 void Memory::store(const Value* pointer, Type* type, Id value) {
-    Found found = find(pointer, type, true);
+    Found found = find(pointer, {.type = type, .isWrite = true});
     write(found, found.access, value);
 }
 
 Memory::Pointer Memory::atomic(const Value* pointer, Type* type, bool isStore) {
-    Found found = find(pointer, type, isStore);
-    if (found.access.form != Access::Form::whole || found.access.leaf != type)
-        throw TranslationError("An atomic value stands in memory as another type.");
+    Found found = find(pointer, {.type = type, .isWrite = isStore, .isAtomic = true});
+    if (found.access.form == Access::Form::outside)
+        return {0, found.root->storage};
     return {chain(found, found.access, false), found.root->storage};
 }
 

@@ -21,7 +21,7 @@ class Memory {
         Id id = 0;
         spv::StorageClass storage = spv::StorageClass::Function;
     };
-    // To one integer, for atomics.
+    // To one value, for atomics; no id where it stands past the end of the memory.
     Pointer atomic(const llvm::Value* pointer, llvm::Type* type, bool isStore);
 
     Id gridSize(); // kernels: the push constant
@@ -32,12 +32,15 @@ class Memory {
     const std::vector<Resource>& resources() const { return resources_; }
     std::uint32_t colorAttachments() const { return colors_; }
     bool writesPointSize() const { return writesPointSize_; }
+    std::uint32_t threadgroupBytes() const { return threadgroupBytes_; }
+    const std::vector<std::uint32_t>& threadgroupPointers() const { return threadgroupPointers_; }
 
   private:
     struct Variable { // one SPIR-V variable that shows a root in one way
         View view;
         Id id = 0;
         bool isBlock = false;
+        Id length = 0; // of an array whose length is a specialisation constant
     };
     struct Root {
         spv::StorageClass storage = spv::StorageClass::Function;
@@ -63,9 +66,11 @@ class Memory {
     Id blockContent(const Root& root, const View& view);
     void requireStorage(spv::StorageClass storage, llvm::Type* type);
     Id computed(const Root& root, const llvm::Value* pointer, llvm::Type* type);
-    Found find(const llvm::Value* pointer, llvm::Type* type, bool isStore);
+    Found find(const llvm::Value* pointer, const Use& use);
 
+    Variable workgroupArray(Root& made, const View& view);
     Id index(const Step& step, bool isLocal);
+    Id firstIndex(const Step& step, const Variable& variable);
     Id chain(const Found& found, const Access& access, bool stopsAtLane);
     Id read(const Found& found, const Access& access);
     Id readNarrow(const Found& found, const Access& access);
@@ -80,6 +85,8 @@ class Memory {
     std::vector<Resource> resources_;
     std::uint32_t colors_ = 0;
     bool writesPointSize_ = false;
+    std::uint32_t threadgroupBytes_ = 0;
+    std::vector<std::uint32_t> threadgroupPointers_;
 };
 
 } // namespace tarnwick::msl::spirv

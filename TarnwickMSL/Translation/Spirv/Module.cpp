@@ -28,6 +28,11 @@ void Module::require(spv::Capability capability) {
         capabilities_.push_back(capability);
 }
 
+void Module::extension(const char* name) {
+    if (!llvm::is_contained(extensions_, llvm::StringRef(name)))
+        extensions_.push_back(name);
+}
+
 Id Module::extendedInstructions() {
     if (!extended_)
         extended_ = newId();
@@ -94,6 +99,8 @@ Words Module::finish(spv::ExecutionModel model, const Words& function) {
     words.assign({spv::MagicNumber, version, generator, bound_, 0});
     for (spv::Capability capability : capabilities_)
         append(words, spv::Op::OpCapability, static_cast<std::uint32_t>(capability));
+    for (llvm::StringRef name : extensions_)
+        append(words, spv::Op::OpExtension, literal(name.data()));
     if (extended_)
         append(words, spv::Op::OpExtInstImport, {extended_}, literal("GLSL.std.450"));
     append(words, spv::Op::OpMemoryModel,

@@ -3,6 +3,7 @@
 
 #include <llvm/ADT/ArrayRef.h>
 #include <llvm/ADT/SmallVector.h>
+#include <llvm/ADT/StringRef.h>
 #include <spirv/unified1/spirv.hpp11>
 
 #include <cstdint>
@@ -28,6 +29,7 @@ class Module {
 
     // Each capability is declared once, however often it is required.
     void require(spv::Capability capability);
+    void extension(const char* name); // likewise
     Id extendedInstructions(); // GLSL.std.450's import
 
     void decorate(Id target, spv::Decoration decoration, Operands operands = {});
@@ -51,6 +53,7 @@ class Module {
     Id main_ = 1;
     Id extended_ = 0;
     llvm::SmallVector<spv::Capability, 8> capabilities_;
+    llvm::SmallVector<llvm::StringRef, 2> extensions_;
     llvm::SmallVector<Id, 16> interface_;
     Words modes_, decorations_, declarations_;
     std::map<std::vector<std::uint32_t>, Id> types_; // by opcode and operands

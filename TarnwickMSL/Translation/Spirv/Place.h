@@ -71,11 +71,14 @@ bool storesBeside(const Access& access);
 
 // A load or store of a root's memory, or an atomic change.
 struct Use {
-    Place place;
+    Place place{};
     llvm::Type* type = nullptr;
     bool isWrite = false;
+    bool isAtomic = false;
 };
 std::vector<Use> usesOf(const llvm::Value& root, const llvm::DataLayout& layout);
+// Whether the use may reach its place so. Other invocations see what is shared.
+bool suits(const Access& access, const Use& use, bool isShared);
 
 // The view of a buffer that shows any value at that place: integers of as many bytes as divide its
 // offset and its parts.

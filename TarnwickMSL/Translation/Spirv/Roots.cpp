@@ -12,8 +12,8 @@ using namespace llvm;
 
 // Vulkan 1.3, table 53: the least of maxUniformBufferRange that desktop devices give.
 static constexpr std::uint64_t uniformBytes = 65536;
-// As much threadgroup memory as a pointer without a size may reach.
-static constexpr std::uint64_t workgroupBytes = 16384;
+// What the arguments that point to threadgroup memory share where no lengths were set.
+static constexpr std::uint32_t workgroupBytes = 16384;
 
 const InterfaceVariable* Memory::interfaceOf(const GlobalVariable& global) const {
     for (const InterfaceVariable& variable : shader_.interface)
@@ -55,15 +55,22 @@ Memory::Root& Memory::root(const Value* value) {
     return made;
 }
 
-// The declared type where every use fits it, else one that fits them all.
-static View fittingView(const Value& value, Type* type, const DataLayout& layout) {
-    View declared{.element = type, .isArray = false, .count = 0, .layout = Layout::plain};
+// The declared view where every use fits it, else one of as many bytes that fits them all.
+static View fittingView(const Value& value, const View& declared, std::uint64_t bytes,
+                        bool isShared, const DataLayout& layout) {
     std::vector<Use> uses = usesOf(value, layout);
-    for (const Use& use : uses)
-        if (!access(declared, use.place, use.type, layout))
-            return commonView(uses, layout.getTypeAllocSize(type).getFixedValue(),
-                              type->getContext(), layout);
+    for (const Use& use : uses) {
+        std::optional<Access> found = access(declared, use.place, use.type, layout);
+        if (!found || !suits(*found, use, isShared))
+            return commonView(uses, bytes, value.getContext(), layout);
+    }
     return declared;
+}
+
+static View fittingView(const Value& value, Type* type, bool isShared, const DataLayout& layout) {
+    View declared{.element = type, .isArray = false, .count = 0, .layout = Layout::plain};
+    return fittingView(value, declared, layout.getTypeAllocSize(type).getFixedValue(), isShared,
+                       layout);
 }
 
 static Id contentType(Body& body, const View& view) {
@@ -73,9 +80,9 @@ static Id contentType(Body& body, const View& view) {
 }
 
 void Memory::makeLocal(Root& made, const Value& value, Type* type) {
-    View view = fittingView(value, type, body_.types.dataLayout());
+    View view = fittingView(value, type, false, body_.types.dataLayout());
     Id pointer = body_.types.pointer(made.storage, contentType(body_, view));
-    made.variables.push_back({view, body_.local(pointer), false});
+    made.variables.push_back({view, body_.local(pointer)});
 }
 
 // A table's bytes as elements of another type.
@@ -97,23 +104,52 @@ void Memory::makeTable(Root& made, const GlobalVariable& global) {
     if (!global.hasInitializer())
         throw TranslationError("The variable '" + global.getName().str() + "' is not known here.");
     made.storage = spv::StorageClass::Private;
-    View view = fittingView(global, global.getValueType(), body_.types.dataLayout());
+    View view = fittingView(global, global.getValueType(), false, body_.types.dataLayout());
     Id type = contentType(body_, view);
     Id value = view.isArray ? body_.constants.composite(type, foldedTable(body_, global, view))
                             : body_.constants.of(global.getInitializer());
     Id pointer = body_.types.pointer(made.storage, type);
-    made.variables.push_back({view, body_.module.variable(pointer, made.storage, value), false});
+    made.variables.push_back({view, body_.module.variable(pointer, made.storage, value)});
+}
+
+// The array that a [[threadgroup(n)]] pointer points to: as long as the pipeline says.
+Memory::Variable Memory::workgroupArray(Root& made, const View& view) {
+    std::uint32_t index = made.interface->index;
+    auto stride =
+        static_cast<std::uint32_t>(body_.types.dataLayout().getTypeAllocSize(view.element));
+    auto sharers = static_cast<std::uint32_t>(
+        llvm::count_if(shader_.interface, [](const InterfaceVariable& variable) {
+            return variable.kind == InterfaceKind::workgroup && !variable.isReference;
+        }));
+    threadgroupPointers_.push_back(index);
+    Id bytes =
+        body_.constants.specialisation(threadgroupLengthConstant(index), workgroupBytes / sharers);
+    Id length = body_.module.declare(
+        spv::Op::OpSpecConstantOp, body_.types.of(body_.i32()),
+        {static_cast<std::uint32_t>(spv::Op::OpUDiv), bytes, body_.constants.word(stride)});
+    Id element = body_.types.inMemory(view.element, Layout::plain);
+    Id array = body_.module.declareType(spv::Op::OpTypeArray, {element, length});
+    Id pointer = body_.types.pointer(made.storage, array);
+    return {view, body_.module.variable(pointer, made.storage), false, length};
 }
 
 void Memory::makeWorkgroup(Root& made, const GlobalVariable& global) {
     made.storage = spv::StorageClass::Workgroup;
     const DataLayout& layout = body_.types.dataLayout();
     Type* type = global.getValueType();
-    if (made.interface && !made.interface->isReference && made.interface->elementBytes)
-        type = ArrayType::get(type, workgroupBytes / made.interface->elementBytes);
-    View view = fittingView(global, type, layout);
+    std::uint64_t size = layout.getTypeAllocSize(type).getFixedValue();
+    if (made.interface && !made.interface->isReference && size) {
+        View declared{.element = type, .isArray = true, .count = 0, .layout = Layout::plain};
+        View view = fittingView(global, declared, size, true, layout);
+        view.count = 0;
+        made.variables.push_back(workgroupArray(made, view));
+        return;
+    }
+    View view = fittingView(global, type, true, layout);
+    threadgroupBytes_ +=
+        static_cast<std::uint32_t>(std::min<std::uint64_t>(size, UINT32_MAX - threadgroupBytes_));
     Id pointer = body_.types.pointer(made.storage, contentType(body_, view));
-    made.variables.push_back({view, body_.module.variable(pointer, made.storage), false});
+    made.variables.push_back({view, body_.module.variable(pointer, made.storage)});
 }
 
 void Memory::makeStage(Root& made, const GlobalVariable& global) {
@@ -126,7 +162,7 @@ void Memory::makeStage(Root& made, const GlobalVariable& global) {
     StageVariable variable =
         declareStageVariable(body_, shader_.stage, interface, global.getValueType());
     View view{.element = variable.type, .isArray = false, .count = 0, .layout = Layout::plain};
-    made.variables.push_back({view, variable.id, false});
+    made.variables.push_back({view, variable.id});
     if (isInput)
         return;
     if (shader_.stage == Stage::fragment && interface.builtIn.empty())

@@ -260,7 +260,10 @@ EntryPoint FunctionWriter::write() {
             .resources = resources(),
             .usesLoopBudget = shader_.usesLoopBudget,
             .writesPointSize = memory_.writesPointSize(),
-            .colorAttachments = memory_.colorAttachments()};
+            .colorAttachments = memory_.colorAttachments(),
+            .threadgroupBytes = memory_.threadgroupBytes(),
+            .threadgroupPointers = memory_.threadgroupPointers(),
+            .mostThreads = shader_.mostThreads};
 }
 
 EntryPoint writeSpirv(const ShaderModule& shader) {

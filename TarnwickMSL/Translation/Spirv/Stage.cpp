@@ -118,7 +118,7 @@ StageVariable declareStageVariable(Body& body, Stage stage, const InterfaceVaria
     return {id, type};
 }
 
-static Id readBuiltIn(Body& body, spv::BuiltIn builtIn, Type* type) {
+Id readBuiltIn(Body& body, spv::BuiltIn builtIn, Type* type) {
     return body.emit(spv::Op::OpLoad, type, {builtInVariable(body, {"", builtIn}, true, type)});
 }
 

@@ -26,6 +26,9 @@ bool isComputedBuiltIn(llvm::StringRef word);
 // is needed.
 Id computedBuiltIn(Body& body, llvm::StringRef word, const std::function<Id()>& gridSize);
 
+// The variable of a built-in that is an input of one value, loaded.
+Id readBuiltIn(Body& body, spv::BuiltIn builtIn, llvm::Type* type);
+
 // The threadgroup's size as the pipeline was specialised.
 std::array<Id, 3> threadgroupSize(Body& body);
 

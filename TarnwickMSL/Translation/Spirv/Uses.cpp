@@ -13,17 +13,18 @@ using namespace llvm;
 // What the user does with the memory that `pointer` points to; no type where it does nothing.
 static Use useBy(const User& user, const Value* pointer) {
     if (auto* load = dyn_cast<LoadInst>(&user))
-        return {{}, load->getType(), false};
+        return {{}, load->getType(), false, load->isAtomic()};
     if (auto* store = dyn_cast<StoreInst>(&user))
-        return {{}, store->getValueOperand()->getType(), true};
+        return {{}, store->getValueOperand()->getType(), true, store->isAtomic()};
     if (auto* change = dyn_cast<AtomicRMWInst>(&user))
-        return {{}, change->getType(), true};
+        return {{}, change->getType(), true, true};
     if (auto* exchange = dyn_cast<AtomicCmpXchgInst>(&user))
-        return {{}, exchange->getNewValOperand()->getType(), true};
+        return {{}, exchange->getNewValOperand()->getType(), true, true};
     auto* call = dyn_cast<CallInst>(&user); // the library's atomics
     if (!call || isa<IntrinsicInst>(call) || call->arg_empty() || call->getArgOperand(0) != pointer)
         return {};
-    return {{}, call->arg_size() > 1 ? call->getArgOperand(1)->getType() : call->getType(), true};
+    return {
+        {}, call->arg_size() > 1 ? call->getArgOperand(1)->getType() : call->getType(), true, true};
 }
 
 std::vector<Use> usesOf(const Value& root, const DataLayout& layout) {

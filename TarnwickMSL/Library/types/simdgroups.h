@@ -1,0 +1,224 @@
+// What threads of a SIMD-group or quad-group tell each other (Metal Shading Language 3.1, 6.9.2 and
+// 6.9.3). Narrow values pass as their 32-bit kin. Lanes without a partner keep what they have.
+#pragma once
+
+#include "bool_vectors.h"
+#include "compute.h"
+
+namespace metal {
+
+template <class E>
+using _simd_element = conditional_t<
+    is_same_v<E, half>, float,
+    conditional_t<sizeof(E) < 4, conditional_t<is_signed_v<E>, int, uint>, E>>;
+template <class E, int n> struct _simd_shape { typedef vec<E, n> type; };
+template <class E> struct _simd_shape<E, 1> { typedef E type; };
+template <class T> using _simd_wide = typename _simd_shape<_simd_element<element_of<T>>, lanes_of<T>>::type;
+
+template <class T> MSL_INLINE _simd_wide<T> _simd_widened(T x) {
+    return lanes_as<_simd_element<element_of<T>>>(x);
+}
+template <class T> MSL_INLINE T _simd_narrowed(_simd_wide<T> x) { return lanes_as<element_of<T>>(x); }
+
+#define MSL_SIMD_CALL(name, T, suffix)                                                             \
+    __attribute__((convergent)) T _simd_##name(T) asm("msl.simd_" #name "." suffix);
+#define MSL_SIMD_CALLS(T, suffix)                                                                  \
+    MSL_SIMD_CALL(reduce_add, T, suffix) MSL_SIMD_CALL(reduce_mul, T, suffix)                      \
+    MSL_SIMD_CALL(reduce_min, T, suffix) MSL_SIMD_CALL(reduce_max, T, suffix)                      \
+    MSL_SIMD_CALL(inclusive_add, T, suffix) MSL_SIMD_CALL(inclusive_mul, T, suffix)                \
+    MSL_SIMD_CALL(exclusive_add, T, suffix) MSL_SIMD_CALL(exclusive_mul, T, suffix)                \
+    __attribute__((convergent)) T _simd_shuffle(T, uint) asm("msl.simd_shuffle." suffix);
+#define MSL_SIMD_INTEGER(T, suffix)                                                                \
+    MSL_SIMD_CALLS(T, suffix)                                                                      \
+    MSL_SIMD_CALL(reduce_and, T, suffix) MSL_SIMD_CALL(reduce_or, T, suffix)                       \
+    MSL_SIMD_CALL(reduce_xor, T, suffix)
+#define MSL_SIMD_SHAPES(M, T, suffix)                                                              \
+    M(T, suffix) M(T##2, suffix "x2") M(T##3, suffix "x3") M(T##4, suffix "x4")
+MSL_SIMD_SHAPES(MSL_SIMD_INTEGER, int, "s32") MSL_SIMD_SHAPES(MSL_SIMD_INTEGER, uint, "u32")
+MSL_SIMD_SHAPES(MSL_SIMD_INTEGER, long, "s64") MSL_SIMD_SHAPES(MSL_SIMD_INTEGER, ulong, "u64")
+MSL_SIMD_SHAPES(MSL_SIMD_CALLS, float, "f32")
+#undef MSL_SIMD_SHAPES
+#undef MSL_SIMD_INTEGER
+#undef MSL_SIMD_CALLS
+#undef MSL_SIMD_CALL
+
+__attribute__((convergent)) uint _simd_lane() asm("msl.simd_lane.1");
+__attribute__((convergent)) uint _simd_size() asm("msl.simd_size.1");
+__attribute__((convergent)) bool _simd_elect() asm("msl.simd_elect.1");
+__attribute__((convergent)) bool _simd_all(bool) asm("msl.simd_all.1");
+__attribute__((convergent)) bool _simd_any(bool) asm("msl.simd_any.1");
+__attribute__((convergent)) uint4 _simd_ballot(bool) asm("msl.simd_ballot.1");
+
+#define MSL_SIMD_SAME(name, call)                                                                  \
+    template <class T> MSL_CONVERGENT T simd_##name(T x) {                                         \
+        return _simd_narrowed<T>(_simd_##call(_simd_widened(x)));                                  \
+    }
+MSL_SIMD_SAME(sum, reduce_add)
+MSL_SIMD_SAME(product, reduce_mul)
+MSL_SIMD_SAME(min, reduce_min)
+MSL_SIMD_SAME(max, reduce_max)
+MSL_SIMD_SAME(and, reduce_and)
+MSL_SIMD_SAME(or, reduce_or)
+MSL_SIMD_SAME(xor, reduce_xor)
+MSL_SIMD_SAME(prefix_inclusive_sum, inclusive_add)
+MSL_SIMD_SAME(prefix_inclusive_product, inclusive_mul)
+MSL_SIMD_SAME(prefix_exclusive_sum, exclusive_add)
+MSL_SIMD_SAME(prefix_exclusive_product, exclusive_mul)
+#undef MSL_SIMD_SAME
+
+template <class T> MSL_CONVERGENT T simd_shuffle(T x, ushort lane) {
+    return _simd_narrowed<T>(_simd_shuffle(_simd_widened(x), lane));
+}
+template <class T> MSL_CONVERGENT T simd_broadcast(T x, ushort lane) { return simd_shuffle(x, lane); }
+
+// `group` is how many lanes stand together: the SIMD-group, a quad, or as many as `modulo` says.
+template <class T> MSL_CONVERGENT T _shuffle_by(T x, int delta, uint group) {
+    const uint lane = _simd_lane(), first = lane - lane % group;
+    const uint to = lane + uint(delta) - first;
+    return simd_shuffle(x, ushort(to < group ? first + to : lane));
+}
+template <class T> MSL_CONVERGENT T _rotate_by(T x, uint delta, uint group) {
+    const uint lane = _simd_lane(), first = lane - lane % group;
+    return simd_shuffle(x, ushort(first + (lane - first + delta % group) % group));
+}
+template <class T> MSL_CONVERGENT T _fill_by(T x, T filling, int delta, uint group) {
+    const uint lane = _simd_lane(), first = lane - lane % group;
+    const uint to = lane + uint(delta) - first;
+    const T inside = simd_shuffle(x, ushort(first + to % group));
+    const uint around = delta < 0 ? to + group : to - group;
+    const T outside = simd_shuffle(filling, ushort(first + around % group));
+    return to < group ? inside : outside;
+}
+
+// The bits of the threads for which something holds.
+class simd_vote {
+  public:
+    typedef ulong vote_t;
+    simd_vote() = default;
+    MSL_INLINE explicit simd_vote(vote_t all) : bits(uint2{uint(all), uint(all >> 32)}) {}
+    MSL_INLINE explicit simd_vote(uint2 words) : bits(words) {}
+    MSL_INLINE explicit operator vote_t() const { return vote_t(bits.y) << 32 | bits.x; }
+    MSL_CONVERGENT bool all() const { return vote_t(*this) == ~vote_t(0) >> (64 - _simd_size()); }
+    MSL_INLINE bool any() const { return (bits.x | bits.y) != 0; }
+
+  private:
+    uint2 bits;
+};
+class quad_vote {
+  public:
+    typedef ushort vote_t;
+    quad_vote() = default;
+    MSL_INLINE explicit quad_vote(vote_t all) : bits(all & 15) {}
+    MSL_INLINE explicit operator vote_t() const { return bits; }
+    MSL_INLINE bool all() const { return bits == 15; }
+    MSL_INLINE bool any() const { return bits != 0; }
+
+  private:
+    vote_t bits;
+};
+
+MSL_CONVERGENT bool simd_all(bool x) { return _simd_all(x); }
+MSL_CONVERGENT bool simd_any(bool x) { return _simd_any(x); }
+MSL_CONVERGENT bool simd_is_first() { return _simd_elect(); }
+MSL_CONVERGENT simd_vote simd_ballot(bool x) { return simd_vote(_simd_ballot(x).xy); }
+MSL_CONVERGENT simd_vote simd_active_threads_mask() { return simd_ballot(true); }
+
+// The active threads of this thread's quad, or those of them for which x holds.
+MSL_CONVERGENT uint _quad_ballot(bool x) {
+    const uint lane = _simd_lane() & ~3u;
+    return _simd_ballot(x)[lane / 32] >> lane % 32 & 15;
+}
+MSL_CONVERGENT bool quad_all(bool x) { return _quad_ballot(!x) == 0; }
+MSL_CONVERGENT bool quad_any(bool x) { return _quad_ballot(x) != 0; }
+MSL_CONVERGENT quad_vote quad_ballot(bool x) { return quad_vote(ushort(_quad_ballot(x))); }
+MSL_CONVERGENT quad_vote quad_active_threads_mask() { return quad_ballot(true); }
+MSL_CONVERGENT bool quad_is_first() { return (_quad_ballot(true) & ((1u << (_simd_lane() & 3)) - 1)) == 0; }
+template <class T> MSL_CONVERGENT T quad_shuffle(T x, ushort lane) {
+    return simd_shuffle(x, ushort((_simd_lane() & ~3u) + (lane & 3)));
+}
+template <class T> MSL_CONVERGENT T quad_broadcast(T x, ushort lane) { return quad_shuffle(x, lane); }
+
+// The first active thread's value.
+template <class T> MSL_CONVERGENT T simd_broadcast_first(T x) {
+    const uint4 active = _simd_ballot(true);
+    const uint first = active.x ? uint(__builtin_ctz(active.x)) : 32 + uint(__builtin_ctz(active.y));
+    return simd_shuffle(x, ushort(first));
+}
+template <class T> MSL_CONVERGENT T quad_broadcast_first(T x) {
+    return quad_shuffle(x, ushort(__builtin_ctz(_quad_ballot(true))));
+}
+
+#define MSL_SHUFFLES(kind, group)                                                                  \
+    template <class T> MSL_CONVERGENT T kind##_shuffle_xor(T x, ushort mask) {                     \
+        return kind##_shuffle(x, ushort(_simd_lane() % (group) ^ mask));                           \
+    }                                                                                              \
+    template <class T> MSL_CONVERGENT T kind##_shuffle_up(T x, ushort delta) {                     \
+        return _shuffle_by(x, -int(delta), group);                                                 \
+    }                                                                                              \
+    template <class T> MSL_CONVERGENT T kind##_shuffle_down(T x, ushort delta) {                   \
+        return _shuffle_by(x, int(delta), group);                                                  \
+    }                                                                                              \
+    template <class T> MSL_CONVERGENT T kind##_shuffle_rotate_up(T x, ushort delta) {              \
+        return _rotate_by(x, (group) - delta % (group), group);                                    \
+    }                                                                                              \
+    template <class T> MSL_CONVERGENT T kind##_shuffle_rotate_down(T x, ushort delta) {            \
+        return _rotate_by(x, delta, group);                                                        \
+    }                                                                                              \
+    template <class T> MSL_CONVERGENT T kind##_shuffle_and_fill_up(T x, T filling, ushort delta) { \
+        return _fill_by(x, filling, -int(delta), group);                                           \
+    }                                                                                              \
+    template <class T>                                                                             \
+    MSL_CONVERGENT T kind##_shuffle_and_fill_down(T x, T filling, ushort delta) {                  \
+        return _fill_by(x, filling, int(delta), group);                                            \
+    }                                                                                              \
+    template <class T>                                                                             \
+    MSL_CONVERGENT T kind##_shuffle_and_fill_up(T x, T filling, ushort delta, ushort modulo) {     \
+        return _fill_by(x, filling, -int(delta), modulo);                                          \
+    }                                                                                              \
+    template <class T>                                                                             \
+    MSL_CONVERGENT T kind##_shuffle_and_fill_down(T x, T filling, ushort delta, ushort modulo) {   \
+        return _fill_by(x, filling, int(delta), modulo);                                           \
+    }
+MSL_SHUFFLES(simd, _simd_size())
+MSL_SHUFFLES(quad, 4u)
+#undef MSL_SHUFFLES
+
+// Of the quad's active threads, by shuffles: clusters are not on every device.
+#define MSL_QUAD(name, join)                                                                       \
+    template <class T> MSL_CONVERGENT T quad_##name(T x) {                                         \
+        const uint active = _quad_ballot(true), self = _simd_lane() & 3;                           \
+        T result = x;                                                                              \
+        _Pragma("clang loop unroll(full)") for (uint n = 1; n < 4; ++n) {                          \
+            const uint lane = self ^ n;                                                            \
+            const T b = quad_shuffle(x, ushort(lane)), a = result;                                 \
+            result = (active >> lane & 1) ? T(join) : a;                                           \
+        }                                                                                          \
+        return result;                                                                             \
+    }
+MSL_QUAD(sum, a + b)
+MSL_QUAD(product, a * b)
+MSL_QUAD(min, __builtin_elementwise_min(a, b))
+MSL_QUAD(max, __builtin_elementwise_max(a, b))
+MSL_QUAD(and, a & b)
+MSL_QUAD(or, a | b)
+MSL_QUAD(xor, a ^ b)
+#undef MSL_QUAD
+
+#define MSL_QUAD_PREFIX(name, join, start, isInclusive)                                            \
+    template <class T> MSL_CONVERGENT T quad_prefix_##name(T x) {                                  \
+        const uint active = _quad_ballot(true), self = _simd_lane() & 3;                           \
+        T a = T(start);                                                                            \
+        _Pragma("clang loop unroll(full)") for (uint n = 0; n < 4; ++n) {                          \
+            const T b = quad_shuffle(x, ushort(n));                                                \
+            const bool is_before = n < self || (isInclusive && n == self);                         \
+            a = is_before && (active >> n & 1) ? T(join) : a;                                      \
+        }                                                                                          \
+        return a;                                                                                  \
+    }
+MSL_QUAD_PREFIX(inclusive_sum, a + b, 0, true)
+MSL_QUAD_PREFIX(exclusive_sum, a + b, 0, false)
+MSL_QUAD_PREFIX(inclusive_product, a * b, 1, true)
+MSL_QUAD_PREFIX(exclusive_product, a * b, 1, false)
+#undef MSL_QUAD_PREFIX
+
+} // namespace metal

@@ -1,0 +1,113 @@
+#include "TarnwickMSL/Translation/Spirv/Groups.h"
+
+#include "TarnwickMSL/Translation/Spirv/Stage.h"
+#include "TarnwickMSL/Translation/TranslationError.h"
+
+#include <llvm/ADT/StringSwitch.h>
+
+#include <array>
+#include <optional>
+
+namespace tarnwick::msl::spirv {
+
+using namespace llvm;
+
+// mem_flags and thread_scope of the standard library, by their numbers.
+static constexpr std::array kinds{spv::MemorySemanticsMask::UniformMemory,
+                                  spv::MemorySemanticsMask::WorkgroupMemory,
+                                  spv::MemorySemanticsMask::ImageMemory};
+static constexpr std::array scopes{spv::Scope::Invocation, spv::Scope::Subgroup,
+                                   spv::Scope::Workgroup, spv::Scope::Device};
+
+static std::uint64_t numberOf(const Value* value, std::uint64_t otherwise) {
+    auto* number = dyn_cast<ConstantInt>(value);
+    return number ? number->getZExtValue() : otherwise;
+}
+
+void writeBarrier(Body& body, bool waits, const CallInst& call) {
+    std::uint64_t flags = numberOf(call.getArgOperand(1), 7);
+    std::uint32_t semantics = 0;
+    for (std::size_t kind = 0; kind < kinds.size(); ++kind)
+        if (flags >> kind & 1)
+            semantics |= static_cast<std::uint32_t>(kinds[kind]);
+    if (semantics)
+        semantics |= static_cast<std::uint32_t>(spv::MemorySemanticsMask::AcquireRelease);
+    else if (!waits)
+        return;
+    Id scope = body.constants.word(
+        static_cast<std::uint32_t>(scopes[numberOf(call.getArgOperand(0), 2) % scopes.size()]));
+    Id order = body.constants.word(semantics);
+    if (waits)
+        body.act(spv::Op::OpControlBarrier, {scope, scope, order});
+    else
+        body.act(spv::Op::OpMemoryBarrier, {scope, order});
+}
+
+namespace {
+
+struct Combination {
+    spv::Op integer, real;
+};
+
+} // namespace
+
+static std::optional<Combination> combination(StringRef name, bool isSigned) {
+    using enum spv::Op;
+    Combination least{isSigned ? OpGroupNonUniformSMin : OpGroupNonUniformUMin,
+                      OpGroupNonUniformFMin};
+    Combination most{isSigned ? OpGroupNonUniformSMax : OpGroupNonUniformUMax,
+                     OpGroupNonUniformFMax};
+    return StringSwitch<std::optional<Combination>>(name)
+        .Case("add", Combination{OpGroupNonUniformIAdd, OpGroupNonUniformFAdd})
+        .Case("mul", Combination{OpGroupNonUniformIMul, OpGroupNonUniformFMul})
+        .Case("min", least)
+        .Case("max", most)
+        .Case("and", Combination{OpGroupNonUniformBitwiseAnd, OpNop})
+        .Case("or", Combination{OpGroupNonUniformBitwiseOr, OpNop})
+        .Case("xor", Combination{OpGroupNonUniformBitwiseXor, OpNop})
+        .Default(std::nullopt);
+}
+
+static spv::GroupOperation operation(StringRef way) {
+    return way == "reduce"      ? spv::GroupOperation::Reduce
+           : way == "inclusive" ? spv::GroupOperation::InclusiveScan
+                                : spv::GroupOperation::ExclusiveScan;
+}
+
+Id writeSimdCall(Body& body, StringRef name, const CallInst& call) {
+    body.module.require(spv::Capability::GroupNonUniform);
+    Id scope = body.constants.word(static_cast<std::uint32_t>(spv::Scope::Subgroup));
+    Type* type = call.getType();
+    auto operand = [&](unsigned n) { return body.id(call.getArgOperand(n)); };
+    auto emit = [&](spv::Capability capability, spv::Op op, Operands operands) {
+        body.module.require(capability);
+        return body.emit(op, type, {scope}, operands);
+    };
+    if (name == "lane")
+        return readBuiltIn(body, spv::BuiltIn::SubgroupLocalInvocationId, type);
+    if (name == "size")
+        return readBuiltIn(body, spv::BuiltIn::SubgroupSize, type);
+    if (name == "elect")
+        return emit(spv::Capability::GroupNonUniform, spv::Op::OpGroupNonUniformElect, {});
+    if (name == "all")
+        return emit(spv::Capability::GroupNonUniformVote, spv::Op::OpGroupNonUniformAll,
+                    {operand(0)});
+    if (name == "any")
+        return emit(spv::Capability::GroupNonUniformVote, spv::Op::OpGroupNonUniformAny,
+                    {operand(0)});
+    if (name == "ballot")
+        return emit(spv::Capability::GroupNonUniformBallot, spv::Op::OpGroupNonUniformBallot,
+                    {operand(0)});
+    if (name == "shuffle")
+        return emit(spv::Capability::GroupNonUniformShuffle, spv::Op::OpGroupNonUniformShuffle,
+                    {operand(0), operand(1)});
+    auto [way, change] = name.split('_');
+    StringRef suffix = call.getCalledFunction()->getName().rsplit('.').second;
+    if (auto known = combination(change, suffix.starts_with("s")))
+        return emit(spv::Capability::GroupNonUniformArithmetic,
+                    type->isFPOrFPVectorTy() ? known->real : known->integer,
+                    {static_cast<std::uint32_t>(operation(way)), operand(0)});
+    throw TranslationError("The function 'simd_" + name.str() + "' is not known on the GPU.");
+}
+
+} // namespace tarnwick::msl::spirv
