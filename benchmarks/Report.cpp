@@ -107,7 +107,7 @@ bool printUpdating(const std::shared_ptr<gpu::Device>& device,
         "(%.0f%% of copying",
         speed.count, speed.stride, speed.ours, speed.twin, speed.copying, share * 100);
     if (isCPU)
-        std::printf("; no bar on a CPU)\n");
+        std::printf("; processor time %.3f of by hand's; no bar on a CPU)\n", speed.processorRatio);
     else
         std::printf("; bar: at least 80%%, %s)\n", verdict(share >= 0.8));
     return isCPU || share >= 0.8;

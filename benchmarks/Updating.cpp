@@ -4,6 +4,7 @@
 #include "TarnwickRender/ParamBuffer.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "benchmarks/Playing.h"
+#include "benchmarks/Turns.h"
 #include "benchmarks/byhand/HandParticles.h"
 
 #include <algorithm>
@@ -12,7 +13,8 @@ namespace tarnwick::bench {
 
 namespace {
 
-constexpr int rounds = 7;
+constexpr int rounds = 9;
+constexpr int times = 8; // in a command buffer, so that submitting counts for little
 
 // An episode's kernels, without the trails.
 class OurParticles {
@@ -74,17 +76,6 @@ class OurParticles {
     std::unique_ptr<gpu::Buffer> records_;
 };
 
-// Seconds of one time of `often`, the least of many samples of about 25 ms.
-template <class Often> double seconds(Often&& often) {
-    often(1);
-    const double once = milliseconds([&] { often(1); });
-    const int times = std::clamp(static_cast<int>(25 / once), 1, 64);
-    double least = once;
-    for (int round = 0; round < rounds; round++)
-        least = std::min(least, milliseconds([&] { often(times); }) / times);
-    return least / 1000;
-}
-
 } // namespace
 
 UpdateSpeed updateSpeed(const std::shared_ptr<gpu::Device>& device,
@@ -97,12 +88,19 @@ UpdateSpeed updateSpeed(const std::shared_ptr<gpu::Device>& device,
     ours.spawn();
     HandParticles twin(handKind(*device, folder, one, program->params()), one.stride);
     twin.next();
-    const double moved = 2.0 * one.count * one.stride / 1e9;
+    const TurnTimes kernels = inTurns(
+        rounds, [&] { ours.updateOften(times); }, [&] { twin.updateOften(times); });
+    twin.copyOften(times);
+    std::vector<Sample> copies;
+    for (int round = 0; round < rounds; round++)
+        copies.push_back(sample([&] { twin.copyOften(times); }));
+    const double megabytes = 2.0 * times * one.count * one.stride / 1e6;
     return {.count = one.count,
             .stride = one.stride,
-            .ours = moved / seconds([&](int times) { ours.updateOften(times); }),
-            .twin = moved / seconds([&](int times) { twin.updateOften(times); }),
-            .copying = moved / seconds([&](int times) { twin.copyOften(times); })};
+            .ours = megabytes / kernels.ours,
+            .twin = megabytes / kernels.twin,
+            .copying = megabytes / shortest(copies).wall,
+            .processorRatio = kernels.processorRatio};
 }
 
 } // namespace tarnwick::bench

@@ -14,6 +14,7 @@
 #include "TarnwickMSL/Translation/Passes/Inlining.h"
 #include "TarnwickMSL/Translation/Passes/Legalise.h"
 #include "TarnwickMSL/Translation/Passes/LoopBudget.h"
+#include "TarnwickMSL/Translation/Passes/NarrowAccess.h"
 #include "TarnwickMSL/Translation/Passes/Optimiser.h"
 #include "TarnwickMSL/Translation/Passes/Phis.h"
 #include "TarnwickMSL/Translation/Passes/Pointers.h"
@@ -113,6 +114,8 @@ static void optimise(ShaderModule& shader, Optimiser& optimiser) {
     if (optimiser.hasShortLoops(main))
         optimiser.unrollLoops(main);
     optimiser.finish(main);
+    if (narrowAccess(main, optimiser.analyses()))
+        optimiser.forget(main);
     dump(shader, "2-optimised");
 }
 
