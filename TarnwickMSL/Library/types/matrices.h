@@ -7,7 +7,17 @@
 
 namespace metal {
 
+// A column in braces, `{v2, 1}`: C++ finds no constructor for a list where a vector is wanted.
+template <class Column> struct column_list {
+    Column made;
+    MSL_INLINE constexpr column_list(Column column) : made(column) {}
+    template <class A, class B, class... Rest>
+    MSL_INLINE constexpr column_list(A a, B b, Rest... rest)
+        : made(msl_make<Column>(a, b, rest...)) {}
+};
+
 template <class T, int C, int R> struct matrix {
+    typedef column_list<vec<T, R>> List;
     typedef vec<T, R> Column;
     typedef vec<T, C> Row;
     Column columns[C];
@@ -28,6 +38,13 @@ template <class T, int C, int R> struct matrix {
     MSL_INLINE constexpr matrix(Column a, Column b, Column c) : columns{a, b, c} {}
     template <int K = C, class = enable_if_t<K == 4>>
     MSL_INLINE constexpr matrix(Column a, Column b, Column c, Column d) : columns{a, b, c, d} {}
+    template <int K = C, class = enable_if_t<K == 2>>
+    MSL_INLINE constexpr matrix(List a, List b) : columns{a.made, b.made} {}
+    template <int K = C, class = enable_if_t<K == 3>>
+    MSL_INLINE constexpr matrix(List a, List b, List c) : columns{a.made, b.made, c.made} {}
+    template <int K = C, class = enable_if_t<K == 4>>
+    MSL_INLINE constexpr matrix(List a, List b, List c, List d)
+        : columns{a.made, b.made, c.made, d.made} {}
     // Every component, column by column.
     template <class... A, class = enable_if_t<sizeof...(A) == C * R && (... && (lanes_of<A> == 1))>>
     MSL_INLINE constexpr matrix(A... components) : columns{} {

@@ -5,34 +5,97 @@
 // the type of a swizzle of m lanes.
 #pragma once
 
-#define MSL_PROPERTY(V, n, name) __declspec(property(get = get_##name, put = put_##name)) V<n> name;
+// Lanes without a repetition, in all orders: only such swizzles can be assigned to.
+#define MSL_DISTINCT_01 ~, 1
+#define MSL_DISTINCT_02 ~, 1
+#define MSL_DISTINCT_03 ~, 1
+#define MSL_DISTINCT_10 ~, 1
+#define MSL_DISTINCT_12 ~, 1
+#define MSL_DISTINCT_13 ~, 1
+#define MSL_DISTINCT_20 ~, 1
+#define MSL_DISTINCT_21 ~, 1
+#define MSL_DISTINCT_23 ~, 1
+#define MSL_DISTINCT_30 ~, 1
+#define MSL_DISTINCT_31 ~, 1
+#define MSL_DISTINCT_32 ~, 1
+#define MSL_DISTINCT_012 ~, 1
+#define MSL_DISTINCT_013 ~, 1
+#define MSL_DISTINCT_021 ~, 1
+#define MSL_DISTINCT_023 ~, 1
+#define MSL_DISTINCT_031 ~, 1
+#define MSL_DISTINCT_032 ~, 1
+#define MSL_DISTINCT_102 ~, 1
+#define MSL_DISTINCT_103 ~, 1
+#define MSL_DISTINCT_120 ~, 1
+#define MSL_DISTINCT_123 ~, 1
+#define MSL_DISTINCT_130 ~, 1
+#define MSL_DISTINCT_132 ~, 1
+#define MSL_DISTINCT_201 ~, 1
+#define MSL_DISTINCT_203 ~, 1
+#define MSL_DISTINCT_210 ~, 1
+#define MSL_DISTINCT_213 ~, 1
+#define MSL_DISTINCT_230 ~, 1
+#define MSL_DISTINCT_231 ~, 1
+#define MSL_DISTINCT_301 ~, 1
+#define MSL_DISTINCT_302 ~, 1
+#define MSL_DISTINCT_310 ~, 1
+#define MSL_DISTINCT_312 ~, 1
+#define MSL_DISTINCT_320 ~, 1
+#define MSL_DISTINCT_321 ~, 1
+#define MSL_DISTINCT_0123 ~, 1
+#define MSL_DISTINCT_0132 ~, 1
+#define MSL_DISTINCT_0213 ~, 1
+#define MSL_DISTINCT_0231 ~, 1
+#define MSL_DISTINCT_0312 ~, 1
+#define MSL_DISTINCT_0321 ~, 1
+#define MSL_DISTINCT_1023 ~, 1
+#define MSL_DISTINCT_1032 ~, 1
+#define MSL_DISTINCT_1203 ~, 1
+#define MSL_DISTINCT_1230 ~, 1
+#define MSL_DISTINCT_1302 ~, 1
+#define MSL_DISTINCT_1320 ~, 1
+#define MSL_DISTINCT_2013 ~, 1
+#define MSL_DISTINCT_2031 ~, 1
+#define MSL_DISTINCT_2103 ~, 1
+#define MSL_DISTINCT_2130 ~, 1
+#define MSL_DISTINCT_2301 ~, 1
+#define MSL_DISTINCT_2310 ~, 1
+#define MSL_DISTINCT_3012 ~, 1
+#define MSL_DISTINCT_3021 ~, 1
+#define MSL_DISTINCT_3102 ~, 1
+#define MSL_DISTINCT_3120 ~, 1
+#define MSL_DISTINCT_3201 ~, 1
+#define MSL_DISTINCT_3210 ~, 1
+
+// 1 where the name is one of these, else 0.
+#define MSL_IS_DISTINCT(...) MSL_SECOND(__VA_ARGS__, 0, ~)
+#define MSL_SECOND(a, b, ...) b
+
+#define MSL_SWIZZLE(isTarget, ...) MSL_SWIZZLE_OF(isTarget, __VA_ARGS__)
+#define MSL_SWIZZLE_OF(isTarget, ...) MSL_TARGET_##isTarget(__VA_ARGS__)
+
+#define MSL_TARGET_0(V, n, name, lanes, stores)                                                    \
+    __declspec(property(get = get_##name)) V<n> name;                                              \
+    MSL_INLINE V<n> get_##name() const { return msl_make<V<n>> lanes; }
+
+#define MSL_TARGET_1(V, n, name, lanes, stores)                                                    \
+    __declspec(property(get = get_##name, put = put_##name)) V<n> name;                            \
+    MSL_INLINE V<n> get_##name() const { return msl_make<V<n>> lanes; }                            \
+    MSL_INLINE void put_##name(V<n> v) { stores; }
 
 #define MSL_SWIZZLE_2(V, a, i, b, j)                                                               \
-    MSL_PROPERTY(V, 2, a##b)                                                                       \
-    MSL_INLINE V<2> get_##a##b() const {                                                           \
-        return msl_make<V<2>>(lane(i), lane(j));                                                   \
-    }                                                                                              \
-    MSL_INLINE void put_##a##b(V<2> v) {                                                           \
-        set_lane(i, v.x), set_lane(j, v.y);                                                        \
-    }
+    MSL_SWIZZLE(MSL_IS_DISTINCT(MSL_DISTINCT_##i##j), V, 2, a##b, (lane(i), lane(j)),              \
+                (set_lane(i, v.x), set_lane(j, v.y)))
 
 #define MSL_SWIZZLE_3(V, a, i, b, j, c, k)                                                         \
-    MSL_PROPERTY(V, 3, a##b##c)                                                                    \
-    MSL_INLINE V<3> get_##a##b##c() const {                                                        \
-        return msl_make<V<3>>(lane(i), lane(j), lane(k));                                          \
-    }                                                                                              \
-    MSL_INLINE void put_##a##b##c(V<3> v) {                                                        \
-        set_lane(i, v.x), set_lane(j, v.y), set_lane(k, v.z);                                      \
-    }
+    MSL_SWIZZLE(MSL_IS_DISTINCT(MSL_DISTINCT_##i##j##k), V, 3, a##b##c,                            \
+                (lane(i), lane(j), lane(k)),                                                       \
+                (set_lane(i, v.x), set_lane(j, v.y), set_lane(k, v.z)))
 
 #define MSL_SWIZZLE_4(V, a, i, b, j, c, k, d, l)                                                   \
-    MSL_PROPERTY(V, 4, a##b##c##d)                                                                 \
-    MSL_INLINE V<4> get_##a##b##c##d() const {                                                     \
-        return msl_make<V<4>>(lane(i), lane(j), lane(k), lane(l));                                 \
-    }                                                                                              \
-    MSL_INLINE void put_##a##b##c##d(V<4> v) {                                                     \
-        set_lane(i, v.x), set_lane(j, v.y), set_lane(k, v.z), set_lane(l, v.w);                    \
-    }
+    MSL_SWIZZLE(MSL_IS_DISTINCT(MSL_DISTINCT_##i##j##k##l), V, 4, a##b##c##d,                      \
+                (lane(i), lane(j), lane(k), lane(l)),                                              \
+                (set_lane(i, v.x), set_lane(j, v.y), set_lane(k, v.z), set_lane(l, v.w)))
 
 // One step for each letter of a vector of n lanes; a name for each depth, since a macro cannot nest.
 #define MSL_A_2(M, ...) M(__VA_ARGS__, x, 0) M(__VA_ARGS__, y, 1)

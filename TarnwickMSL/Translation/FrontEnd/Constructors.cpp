@@ -180,6 +180,19 @@ void TokenPass::initialise(TypeSpan span, std::size_t open, bool needsEquals) {
     }
 }
 
+// `name[2] = {{v2, 1}, ...}`: the braces that stand as deep as there are dimensions make vectors.
+void TokenPass::initialiseArray(TypeSpan span, std::size_t open, unsigned dimensions) {
+    for (std::size_t i = open + 1; i < scopes.match(open); ++i) {
+        const bool isElement = is(i, tok::l_brace) && (i == open + 1 || is(i - 1, tok::comma));
+        if (isElement && dimensions > 1)
+            initialiseArray(span, i, dimensions - 1);
+        else if (isElement)
+            initialise(span, i, false);
+        if (scopes.isOpen(i))
+            i = scopes.match(i);
+    }
+}
+
 // Whether `(` opens a value's arguments rather than a function's parameters.
 bool TokenPass::looksLikeArguments(std::size_t open) const {
     if (is(open + 1, tok::r_paren) || !is(scopes.match(open) + 1, tok::semi))
@@ -205,6 +218,14 @@ void TokenPass::declarators(TypeSpan span, std::size_t name) {
             initialise(span, next, true);
         } else if (is(next, tok::equal) && is(next + 1, tok::l_brace)) {
             initialise(span, next + 1, false);
+        } else if (is(next, tok::l_square)) {
+            unsigned dimensions = 0;
+            for (; is(next, tok::l_square); next = scopes.match(next) + 1)
+                dimensions++;
+            if (is(next, tok::equal))
+                ++next;
+            if (is(next, tok::l_brace))
+                initialiseArray(span, next, dimensions);
         }
         // On to the next declarator, past this one's initialiser.
         while (next < tokens.size() && !is(next, tok::comma) && !is(next, tok::semi)) {

@@ -46,6 +46,13 @@ static void nameConstructor(llvm::SmallString<256>& message) {
     message = text;
 }
 
+// Vectors that are classes have no way to set such a swizzle (Library/types/swizzles.h); of the
+// others Clang says so itself.
+static void nameAssignment(llvm::SmallString<256>& message) {
+    if (message.str().starts_with("no setter defined for property '"))
+        message = "vector is not assignable (contains duplicate components)";
+}
+
 static void replaceAll(std::string& text, const std::string& from, const std::string& to) {
     for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at))
         text.replace(at, from.size(), to);
@@ -87,6 +94,7 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
     llvm::SmallString<256> message;
     diagnostic.FormatDiagnostic(message);
     nameConstructor(message);
+    nameAssignment(message);
     nameVectors(message);
     if (!diagnostic.hasSourceManager() || !diagnostic.getLocation().isValid() || !text) {
         out << (level == Level::Warning ? "warning: " : "error: ") << message << '\n';

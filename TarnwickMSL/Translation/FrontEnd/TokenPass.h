@@ -74,6 +74,7 @@ class TokenPass {
     void callMake(std::size_t i, TypeSpan span, std::size_t open);
     void declarators(TypeSpan span, std::size_t name);
     void initialise(TypeSpan span, std::size_t open, bool needsEquals);
+    void initialiseArray(TypeSpan span, std::size_t open, unsigned dimensions);
     void memberInitialisers(std::size_t colon);
     bool cast(std::size_t open, TypeSpan span);
     std::size_t unaryEnd(std::size_t i) const;

@@ -1,5 +1,5 @@
 // Values of what the pass over the tokens rewrites: constructors in every place, casts, literals.
-// @expects 1 2 3 4 | 5 6 7 1 | 2 2 2 2 | 1 4 9 16 | 0.5 1.5 2.5 3 | 3 4 1 2 | 6 4 2 0 | 1 0 1 1 | -2 1 3 4 | 10 20 30 40 | 7 7 7 8
+// @expects 1 2 3 4 | 5 6 7 1 | 2 2 2 2 | 1 4 9 16 | 0.5 1.5 2.5 3 | 3 4 1 2 | 6 4 2 0 | 1 0 1 1 | -2 1 3 4 | 10 20 30 40 | 7 7 7 8 | 1 2 3 4 | 5 2 1 3
 #include <metal_stdlib>
 using namespace metal;
 
@@ -38,4 +38,9 @@ kernel void check(device float4* out [[buffer(0)]], constant float* in [[buffer(
     uchar4 small = uchar4(10, 20, 30, 40);
     out[9] = float4(packed_float4(float4(small)));
     out[10] = float4(as_type<float3>(as_type<uint3>(float3(7))), static_cast<float2>(8).y);
+    float2 one = float2(n, 2), both[2][2] = {{{1, 2}, {p}}, {{one}, {3, r.x}}};
+    float2x2 columns = {{1, one.y}, {3, n + 3.0f}}, sum = columns + float2x2({0, 0}, both[0][0] - one);
+    out[11] = float4(sum[0], sum[1]);
+    float3x3 mixed[1] = {{{both[1][0], 3}, float3(1), {n, one}}};
+    out[12] = float4(mixed[0] * float3(1, 1, 1) + float3(2, -2, -5), 3);
 }
