@@ -4,6 +4,7 @@
 #include "TarnwickRender/ShaderRun.h"
 #include "TarnwickRender/TexturePicture.h"
 
+#include <algorithm>
 #include <functional>
 
 namespace tarnwick {
@@ -30,12 +31,18 @@ TWUniforms stillUniforms(const gpu::Texture& target, float time, std::uint32_t f
             .frame = frame};
 }
 
-std::function<void()> reporter(const ShaderRun& run, float time, StillNews* news) {
-    if (news == nullptr || !news->warmed || run.simulation() == nullptr)
-        return {};
-    return [&run, news, goal = ParticleSimulation::steps(time)] {
-        news->warmed(run.simulation()->step(), goal);
-    };
+// Brings a simulation to the step before the frame's own, and tells of the way there.
+bool warm(ShaderRun& run, float time, gpu::CommandQueue& queue, const ParamValues& values,
+          StillNews* news) {
+    const std::int64_t goal = ParticleSimulation::steps(time);
+    std::function<void()> tell;
+    if (news != nullptr && news->warmed && run.simulation() != nullptr && goal > 0)
+        tell = [&run, news, goal] {
+            news->warmed(std::max<std::int64_t>(run.simulation()->step(), 0), goal);
+        };
+    if (tell)
+        tell();
+    return run.warm(time, queue, values, {}, tell);
 }
 
 // A frame: the run's work, then the pass that shows it.
@@ -66,7 +73,7 @@ std::optional<Picture> StillRenderer::render(const std::shared_ptr<const ShaderP
         program->needsRun() ? ShaderRun::make(program, device, width, height) : nullptr;
     if (program->needsRun() && !run)
         return std::nullopt;
-    if (run && !run->warm(time, *queue, values, {}, reporter(*run, time, news)))
+    if (run && !warm(*run, time, *queue, values, news))
         return std::nullopt;
     auto commands = queue->commandBuffer();
     const TWUniforms uniforms = stillUniforms(*target, time, frame);

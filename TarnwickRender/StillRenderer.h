@@ -15,7 +15,7 @@ namespace tarnwick {
 
 // What a caller may learn besides the picture.
 struct StillNews {
-    // Called while a simulation is brought forward, with the steps performed and those wanted.
+    // Called before and while a simulation is brought forward, with the steps performed and wanted.
     std::function<void(std::int64_t step, std::int64_t goal)> warmed;
     // Afterwards: whether a loop of the episode ran out of its budget and was ended.
     bool hitLoopBudget = false;
