@@ -23,7 +23,7 @@ struct Vertex {
     float3 place;   // in the shell's own space, cut along z = 0
     float3 normal;  // the same, towards the open side
     float room;     // counted from the first; whole numbers are walls
-    float part;     // 0 and 1 by turns; between two surfaces it is neither
+    float2 part;    // 0 and 1 by turns in each direction; between two surfaces it is neither
     float kind;     // tube, its rim, wall, its rim
     float height;   // of the tube here, to measure distances by
 };
@@ -115,11 +115,11 @@ Vertex corner(float2 grid, constant Uniforms& u, constant Params& p) {
     float block = tubeRows + 1.0 + rimRows + 2.0;
     if (row <= tubeRows) {
         y = row / tubeRows;
-        v.part = 0.0;
+        v.part = float2(0.0);
     } else if (row < block) {
         kind = 1;
         y = min((row - tubeRows - 1.0) / rimRows, 1.0);
-        v.part = row < block - 1.0 ? 1.0 : 0.5;
+        v.part = float2(0.0, row < block - 1.0 ? 1.0 : 0.5);
     } else {
         // Ten walls side by side in a block of rows, each 19 cells wide.
         float rows = wallRows + 1.0 + edgeRows + 1.0;
@@ -131,8 +131,8 @@ Vertex corner(float2 grid, constant Uniforms& u, constant Params& p) {
         angle = lastWall - step_ * wall;
         kind = inside <= wallRows ? 2 : 3;
         y = kind == 2 ? max(inside / wallRows, 0.02) : (inside - wallRows - 1.0) / edgeRows;
-        v.part = fract((wall + float(kind)) * 0.5) * 2.0;
-        if (wall >= float(walls) || angle < first) v.part = 0.5;
+        v.part = fract(float2(side, float(kind)) * 0.5) * 2.0;
+        if (wall >= float(walls) || angle < first) v.part = float2(0.5);
     }
     v.kind = float(kind);
     const float h = 0.004;
@@ -171,7 +171,7 @@ float3 finish(float3 colour, float2 pixel, constant Uniforms& u) {
 }
 
 float4 shade(Vertex v, constant Uniforms& u, constant Params& p) {
-    if (abs(v.part - 0.5) < 0.4998) discard_fragment();
+    if (any(abs(v.part - 0.5) < 0.4998)) discard_fragment();
     float t = u.time;
     bool wall = abs(v.kind - 2.0) < 0.5, edge = fract(v.kind * 0.5 + 0.1) > 0.5;
     float3 place = turned(v.place, t, p);
