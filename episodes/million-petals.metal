@@ -23,7 +23,7 @@ struct Particle {
     float4 at; // where it is, within about 2.6 of the middle, and how far it came on its last hop
 };
 
-constant float ground = 0.135; // of the picture's height: where the black glass begins
+constant float ground = 0.165; // of the picture's height: where the black glass begins
 
 float hash(float2 cell) {
     float3 q = fract(float3(cell.xyx) * 0.1031);
@@ -93,7 +93,7 @@ float2 rotate(float2 v, float a) {
 
 float3 place(Particle q, constant Uniforms& u, constant Params& p) {
     float t = u.time * p.turn;
-    float3 at = q.at.xyz - float3(0.10, -0.10, 0.25);
+    float3 at = q.at.xyz - float3(-0.50, -0.06, 0.25);
     at.xz = rotate(at.xz, 0.75 * sin(t * 0.21) + 0.25);
     at.yz = rotate(at.yz, 0.16 * sin(t * 0.17 + 1.0));
     float near = 1.0 / (5.6 + at.z);
@@ -102,14 +102,14 @@ float3 place(Particle q, constant Uniforms& u, constant Params& p) {
     float angle = 6.2831853 * chance(own), radius = sqrt(chance(own + 77u));
     float blur = p.focus * 0.030 * abs(at.z + 0.6) * near * 5.0;
     float2 shown = at.xy * near * 0.92 + blur * radius * float2(cos(angle), sin(angle)) * 0.45;
-    return float3(0.5 + shown.x * u.resolution.y / u.resolution.x, 0.565 + shown.y, 1.0 / u.resolution.y);
+    return float3(0.5 + shown.x * u.resolution.y / u.resolution.x, 0.575 + shown.y, 1.0 / u.resolution.y);
 }
 
 // A point is one pixel, and as bright as pixels are large.
 float4 ink(Particle q, float2 at, constant Uniforms& u, constant Params& p) {
     float far = saturate(q.at.w / 3.4);
-    float3 colour = mix(float3(0.20, 0.42, 1.00), float3(1.00, 0.36, 0.46), smoothstep(0.10, 0.75, far + 0.5 * (p.warmth - 0.5)));
-    colour = mix(colour, float3(1.00, 0.78, 0.46), smoothstep(0.55, 1.00, far));
+    float3 colour = mix(float3(0.16, 0.40, 1.00), float3(1.00, 0.27, 0.42), smoothstep(0.10, 0.75, far + 0.5 * (p.warmth - 0.5)));
+    colour = mix(colour, float3(1.00, 0.66, 0.26), smoothstep(0.55, 1.00, far));
     float depth = exp(-0.34 * (q.at.z + 0.4));
     float bright = u.resolution.y / 720.0;
     return float4(colour * depth * bright * bright * 0.030, 1.0);
@@ -131,7 +131,7 @@ float3 lightAt(float2 uv, float spread, float2 square, Trails trails) {
 
 float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Trails trails) {
     float2 square = float2(u.resolution.y / u.resolution.x, 1.0);
-    float2 q = (uv - float2(0.5, 0.565)) / square;
+    float2 q = (uv - float2(0.5, 0.575)) / square;
     float3 colour = mix(float3(0.012, 0.014, 0.024), float3(0.003, 0.003, 0.006), smoothstep(0.0, 0.75, length(q)));
     float3 light;
     if (uv.y > ground) {
@@ -140,8 +140,8 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Trails trails)
     } else {
         // Black glass: the shape upside down, dimmer and softer the farther down.
         float below = ground - uv.y;
-        float2 at = float2(uv.x, ground + below * 1.25);
-        light = lightAt(at, 0.004 + 0.05 * below, square, trails) * (0.30 - 1.3 * below);
+        float2 at = float2(uv.x, ground + 0.015 + below * 1.5);
+        light = lightAt(at, 0.004 + 0.05 * below, square, trails) * (0.42 - 1.6 * below);
         light = max(light, 0.0);
         colour = colour * 0.5 + float3(0.006, 0.007, 0.011) * exp(-below * 60.0);
     }
@@ -151,7 +151,7 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Trails trails)
     float shown = log2(1.0 + 2.4 * strength) * 0.235;
     float3 hue = light / max(strength, 1e-4);
     hue = mix(hue, float3(1.0, 0.96, 0.90), smoothstep(0.45, 1.25, shown));
-    colour += hue * shown * (0.35 + 0.75 * shown);
+    colour += hue * shown * (0.50 + 0.90 * shown);
     colour = 1.0 - exp(-1.7 * colour);
     colour *= 1.0 - 0.6 * dot(uv - 0.5, uv - 0.5);
     colour = pow(colour, float3(0.86));
