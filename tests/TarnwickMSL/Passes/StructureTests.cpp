@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string_view>
+
 namespace tarnwick::msl::test {
 
 TEST(Structure, computesWhatAnyFlowComputes) {
@@ -33,6 +36,40 @@ TEST(Structure, endsWhatNeverEnds) {
             EXPECT_EQ(outcome.value, twins.original(seed, 1)) << seed;
     }
     EXPECT_GT(stopped, 5u);
+}
+
+// Loops that follow one another, each of one to eight rounds.
+static std::string rowOfLoops(unsigned count) {
+    // # is the loop's number, @ that of the one before, $ that of the next.
+    constexpr std::string_view loop = "l#:\n"
+                                      "  %i# = phi i32 [0, %l@], [%n#, %l#]\n"
+                                      "  %s# = phi i32 [%v@, %l@], [%v#, %l#]\n"
+                                      "  %m# = mul i32 %s#, 747796405\n"
+                                      "  %v# = add i32 %m#, %a\n"
+                                      "  %n# = add i32 %i#, 1\n"
+                                      "  %e# = lshr i32 %v@, 29\n"
+                                      "  %c# = icmp ult i32 %i#, %e#\n"
+                                      "  br i1 %c#, label %l#, label %l$\n";
+    std::string text = "define i32 @f(i32 %a, i32 %v0) {\nl0:\n  br label %l1\n";
+    for (unsigned k = 1; k <= count; ++k)
+        for (char letter : loop)
+            text += letter == '#'   ? std::to_string(k)
+                    : letter == '@' ? std::to_string(k - 1)
+                    : letter == '$' ? std::to_string(k + 1)
+                                    : std::string(1, letter);
+    const std::string end = std::to_string(count + 1), last = std::to_string(count);
+    return text + "l" + end + ":\n  ret i32 %v" + last + "\n}\n";
+}
+
+TEST(Structure, breaksUpLongRowsOfLoops) {
+    Twins::budget = 60'000;
+    Twins twins(rowOfLoops(20));
+    for (std::uint32_t input : {0u, 1u, 77u, 0x9e3779b9u})
+        EXPECT_EQ(twins.structured(input, 5), (Outcome{twins.original(input, 5), 0})) << input;
+    std::ptrdiff_t loops = std::count_if(
+        twins.shader.structure.begin(), twins.shader.structure.end(),
+        [](const auto& construct) { return construct.second.continueTarget != nullptr; });
+    EXPECT_GT(loops, 20);
 }
 
 static std::string loopTo(const char* bound, int step) {
