@@ -12,6 +12,7 @@
 #include <llvm/Transforms/InstCombine/InstCombine.h>
 #include <llvm/Transforms/Scalar/ADCE.h>
 #include <llvm/Transforms/Scalar/DeadStoreElimination.h>
+#include <llvm/Transforms/Scalar/DivRemPairs.h>
 #include <llvm/Transforms/Scalar/EarlyCSE.h>
 #include <llvm/Transforms/Scalar/IndVarSimplify.h>
 #include <llvm/Transforms/Scalar/LICM.h>
@@ -76,6 +77,7 @@ static void addFinish(FunctionPassManager& passes) {
     passes.addPass(createFunctionToLoopPassAdaptor(std::move(loops), true));
     passes.addPass(EarlyCSEPass(true));
     passes.addPass(DSEPass());
+    passes.addPass(DivRemPairsPass()); // x % y from x / y, where both are wanted
     passes.addPass(ADCEPass());
     passes.addPass(simplifyBranches());
 }

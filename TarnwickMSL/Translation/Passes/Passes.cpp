@@ -19,6 +19,7 @@
 #include "TarnwickMSL/Translation/Passes/Phis.h"
 #include "TarnwickMSL/Translation/Passes/Pointers.h"
 #include "TarnwickMSL/Translation/Passes/Structure.h"
+#include "TarnwickMSL/Translation/Passes/TwoValuedTables.h"
 #include "TarnwickMSL/Translation/Passes/Wrapper.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
@@ -114,7 +115,8 @@ static void optimise(ShaderModule& shader, Optimiser& optimiser) {
     if (optimiser.hasShortLoops(main))
         optimiser.unrollLoops(main);
     optimiser.finish(main);
-    if (narrowAccess(main, optimiser.analyses()))
+    isChanged = narrowAccess(main, optimiser.analyses());
+    if (replaceTwoValuedTables(main) || isChanged)
         optimiser.forget(main);
     dump(shader, "2-optimised");
 }
