@@ -66,6 +66,7 @@ struct CommandBufferParts {
     bool wroteMemory = false; // the last dispatch stored to buffers or textures
     const RenderPipelineParts* renderPipeline = nullptr;
     const ComputePipelineParts* computePipeline = nullptr;
+    std::array<std::uint32_t, mostThreadgroupPointers> threadgroupLengths{}; // by index; 0: not set
     VkPipeline boundPipeline = VK_NULL_HANDLE;
     std::optional<PrimitiveType> primitive;
     RenderPassDescriptor pass;

@@ -42,6 +42,8 @@ struct RenderPassDescriptor {
     DepthAttachment depth; // no texture: no depth
 };
 
+inline constexpr std::size_t mostThreadgroupPointers = 31;
+
 enum class PrimitiveType : std::uint8_t { point, triangle, triangleStrip };
 enum class CommandBufferStatus : std::uint8_t { recording, committed, completed, error };
 
@@ -93,6 +95,9 @@ class ComputeCommandEncoder {
     void setBytes(const void* bytes, std::size_t length, std::uint32_t index);
     void setBuffer(const Buffer& buffer, std::size_t offset, std::uint32_t index);
     void setTexture(const Texture* texture, std::uint32_t index);
+    // Bytes of the threadgroup memory behind the kernel's [[threadgroup(index)]] pointer, in [0,
+    // 30]; a kernel whose pointers have none set shares 16 KB among them.
+    void setThreadgroupMemoryLength(std::uint32_t bytes, std::uint32_t index);
     // Exactly `threads` threads run, in threadgroups of `perThreadgroup`.
     void dispatchThreads(Size threads, Size perThreadgroup);
     void endEncoding();

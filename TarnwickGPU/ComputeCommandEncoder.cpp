@@ -39,6 +39,7 @@ std::optional<ComputeCommandEncoder> CommandBuffer::computeCommandEncoder() {
     if (parts_->device->submissions.isLost() || parts_->failed)
         return std::nullopt;
     parts_->startEncoding(Encoding::compute);
+    parts_->threadgroupLengths = {};
     parts_->barriers.flush(parts_->handle);
     return ComputeCommandEncoder(*parts_);
 }
@@ -60,6 +61,11 @@ void ComputeCommandEncoder::setTexture(const Texture* texture, std::uint32_t ind
     parts_->setTexture(TableIndex::vertexOrKernel, texture, index);
 }
 
+void ComputeCommandEncoder::setThreadgroupMemoryLength(std::uint32_t bytes, std::uint32_t index) {
+    precondition(index < mostThreadgroupPointers, "An index of threadgroup memory is below 31.");
+    parts_->threadgroupLengths[index] = bytes;
+}
+
 void ComputeCommandEncoder::dispatchThreads(Size threads, Size perThreadgroup) {
     precondition(parts_->encoding == Encoding::compute && parts_->computePipeline,
                  "A dispatch has an open encoder and a pipeline.");
@@ -68,7 +74,10 @@ void ComputeCommandEncoder::dispatchThreads(Size threads, Size perThreadgroup) {
     if (threads.width == 0 || threads.height == 0 || threads.depth == 0)
         return;
     const ComputePipelineParts& kernel = *parts_->computePipeline;
-    const VkPipeline pipeline = kernel.pipelineFor(perThreadgroup);
+    ThreadgroupShape shape{.threads = perThreadgroup};
+    for (std::uint32_t index : kernel.kernel->threadgroupPointers)
+        shape.lengths[index] = parts_->threadgroupLengths[index];
+    const VkPipeline pipeline = kernel.pipelineFor(shape);
     const std::array counts{groups(threads.width, perThreadgroup.width),
                             groups(threads.height, perThreadgroup.height),
                             groups(threads.depth, perThreadgroup.depth)};

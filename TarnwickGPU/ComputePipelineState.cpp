@@ -1,36 +1,78 @@
 #include "TarnwickBase/Precondition.h"
+#include "TarnwickGPU/Capabilities.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/PipelineParts.h"
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 
 namespace tarnwick::gpu {
 
 namespace {
 
-// The size that a pipeline is first made for, to learn early whether the device takes the kernel.
-Size usualThreadgroup(const DeviceState& device) {
-    return {std::min(device.limits.maxComputeWorkGroupInvocations, 256u), 1, 1};
+std::uint32_t mostThreads(const DeviceState& device, const msl::EntryPoint& kernel) {
+    const std::uint32_t most = device.limits.maxComputeWorkGroupInvocations;
+    return kernel.mostThreads ? std::min(kernel.mostThreads, most) : most;
 }
 
-VkResult makeVariant(const DeviceState& device, const BindingLayout& layout, VkShaderModule module,
-                     const Size& threadgroup, VkPipeline& pipeline) {
-    const std::array<std::uint32_t, 4> values{device.loopBudget, threadgroup.width,
-                                              threadgroup.height, threadgroup.depth};
-    std::array<VkSpecializationMapEntry, 4> entries;
-    entries[0] = {msl::loopBudgetConstant, 0, sizeof(std::uint32_t)};
-    for (std::uint32_t axis = 0; axis < 3; ++axis)
-        entries[axis + 1] = {msl::threadgroupSizeConstants[axis],
-                             (axis + 1) * static_cast<std::uint32_t>(sizeof(std::uint32_t)),
-                             sizeof(std::uint32_t)};
-    const VkSpecializationInfo constants{entries.size(), entries.data(), sizeof values,
-                                         values.data()};
+// The shape that a pipeline is first made for, to learn early whether the device takes the kernel.
+ThreadgroupShape usualThreadgroup(const DeviceState& device, const msl::EntryPoint& kernel) {
+    return {.threads = {std::min(mostThreads(device, kernel), 256u), 1, 1}};
+}
+
+// The values of the constants that a kernel's pipelines are specialised with.
+class Constants {
+  public:
+    Constants(const DeviceState& device, const msl::EntryPoint& kernel,
+              const ThreadgroupShape& shape) {
+        add(msl::loopBudgetConstant, device.loopBudget);
+        add(msl::threadgroupSizeConstants[0], shape.threads.width);
+        add(msl::threadgroupSizeConstants[1], shape.threads.height);
+        add(msl::threadgroupSizeConstants[2], shape.threads.depth);
+        for (std::uint32_t index : kernel.threadgroupPointers)
+            if (shape.lengths[index])
+                add(msl::threadgroupLengthConstant(index), shape.lengths[index]);
+    }
+    VkSpecializationInfo info() const {
+        return {count_, entries_.data(), count_ * sizeof(std::uint32_t), values_.data()};
+    }
+
+  private:
+    static constexpr std::size_t most = 4 + mostThreadgroupPointers;
+
+    void add(std::uint32_t constant, std::uint32_t value) {
+        entries_[count_] = {constant, count_ * static_cast<std::uint32_t>(sizeof value),
+                            sizeof value};
+        values_[count_++] = value;
+    }
+
+    std::uint32_t count_ = 0;
+    std::array<VkSpecializationMapEntry, most> entries_{};
+    std::array<std::uint32_t, most> values_{};
+};
+
+// Threadgroup memory in bytes, where all pointers without a length get none.
+std::uint64_t memoryOf(const msl::EntryPoint& kernel, const ThreadgroupShape& shape) {
+    return std::accumulate(shape.lengths.begin(), shape.lengths.end(),
+                           std::uint64_t{kernel.threadgroupBytes});
+}
+
+VkResult makeVariant(const DeviceState& device, const BindingLayout& layout,
+                     const msl::EntryPoint& kernel, const ThreadgroupShape& threadgroup,
+                     VkPipeline& pipeline) {
+    if (memoryOf(kernel, threadgroup) > device.limits.maxComputeSharedMemorySize)
+        return VK_ERROR_OUT_OF_DEVICE_MEMORY;
+    const ShaderModule module(device.handle, kernel);
+    if (!module.handle())
+        return VK_ERROR_UNKNOWN;
+    const Constants values(device, kernel, threadgroup);
+    const VkSpecializationInfo constants = values.info();
     const VkComputePipelineCreateInfo info{
         .sType = VK_STRUCTURE_TYPE_COMPUTE_PIPELINE_CREATE_INFO,
         .stage = {.sType = VK_STRUCTURE_TYPE_PIPELINE_SHADER_STAGE_CREATE_INFO,
                   .stage = VK_SHADER_STAGE_COMPUTE_BIT,
-                  .module = module,
+                  .module = module.handle(),
                   .pName = "main",
                   .pSpecializationInfo = &constants},
         .layout = layout.pipelineLayout};
@@ -62,15 +104,25 @@ std::string refusal(const DeviceState& device, const std::string& what, VkResult
     return "The device could not make " + what + ": " + device.info.name + " " + reason + ".";
 }
 
-VkPipeline ComputePipelineParts::pipelineFor(const Size& threadgroup) const {
+void checkNeeds(const DeviceState& device, const std::string& what,
+                const msl::EntryPoint& function) {
+    const std::string start = "The device could not make " + what + ": " + device.info.name;
+    if (auto missing = missingCapability(function.words, device.features.capabilities))
+        throw DeviceError(start + " has no " + *missing + ".");
+    const std::uint32_t most = device.limits.maxComputeSharedMemorySize;
+    if (function.threadgroupBytes > most)
+        throw DeviceError(start + " has " + std::to_string(most) +
+                          " bytes of threadgroup memory, and " +
+                          std::to_string(function.threadgroupBytes) + " are wanted.");
+}
+
+VkPipeline ComputePipelineParts::pipelineFor(const ThreadgroupShape& threadgroup) const {
     std::lock_guard lock(mutex_);
     for (const Variant& variant : variants_)
         if (variant.threadgroup == threadgroup)
             return variant.pipeline;
-    const ShaderModule module(device->handle, *kernel);
     VkPipeline pipeline = VK_NULL_HANDLE;
-    if (!module.handle() ||
-        makeVariant(*device, layout, module.handle(), threadgroup, pipeline) != VK_SUCCESS)
+    if (makeVariant(*device, layout, *kernel, threadgroup, pipeline) != VK_SUCCESS)
         return VK_NULL_HANDLE;
     variants_.push_back({threadgroup, pipeline});
     return pipeline;
@@ -87,7 +139,7 @@ ComputePipelineState::ComputePipelineState(std::unique_ptr<ComputePipelineParts>
 ComputePipelineState::~ComputePipelineState() = default;
 
 std::uint32_t ComputePipelineState::maxTotalThreadsPerThreadgroup() const {
-    return parts_->device->limits.maxComputeWorkGroupInvocations;
+    return mostThreads(*parts_->device, *parts_->kernel);
 }
 
 std::unique_ptr<ComputePipelineState> Device::newComputePipelineState(const Function& kernel) {
@@ -95,6 +147,7 @@ std::unique_ptr<ComputePipelineState> Device::newComputePipelineState(const Func
     const std::string subject = "the compute pipeline of " + kernel.name();
     if (isLost())
         throw DeviceError(refusal(*state_, subject, VK_ERROR_DEVICE_LOST));
+    checkNeeds(*state_, subject, kernel.entryPoint());
     auto parts = std::make_unique<ComputePipelineParts>();
     parts->device = state_;
     parts->kernel = kernel.sharedEntryPoint();
@@ -103,7 +156,7 @@ std::unique_ptr<ComputePipelineState> Device::newComputePipelineState(const Func
     if (!layout)
         throw DeviceError(refusal(*state_, subject, VK_ERROR_UNKNOWN));
     parts->layout = std::move(*layout);
-    if (!parts->pipelineFor(usualThreadgroup(*state_)))
+    if (!parts->pipelineFor(usualThreadgroup(*state_, *parts->kernel)))
         throw DeviceError(refusal(*state_, subject, VK_ERROR_UNKNOWN));
     return std::make_unique<ComputePipelineState>(std::move(parts));
 }

@@ -1,8 +1,11 @@
 #include "TarnwickGPU/DeviceFeatures.h"
 
+#include "TarnwickGPU/Capabilities.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <utility>
 
 namespace tarnwick::gpu {
 
@@ -22,6 +25,9 @@ constexpr std::array takenCore{&VkPhysicalDeviceFeatures::robustBufferAccess,
                                &VkPhysicalDeviceFeatures::largePoints,
                                &VkPhysicalDeviceFeatures::samplerAnisotropy,
                                &VkPhysicalDeviceFeatures::imageCubeArray,
+                               &VkPhysicalDeviceFeatures::geometryShader,
+                               &VkPhysicalDeviceFeatures::sampleRateShading,
+                               &VkPhysicalDeviceFeatures::shaderClipDistance,
                                &VkPhysicalDeviceFeatures::shaderImageGatherExtended,
                                &VkPhysicalDeviceFeatures::shaderStorageImageExtendedFormats,
                                &VkPhysicalDeviceFeatures::shaderStorageImageReadWithoutFormat,
@@ -37,6 +43,8 @@ constexpr std::array taken12{&VkPhysicalDeviceVulkan12Features::storageBuffer8Bi
                              &VkPhysicalDeviceVulkan12Features::uniformAndStorageBuffer8BitAccess,
                              &VkPhysicalDeviceVulkan12Features::shaderFloat16,
                              &VkPhysicalDeviceVulkan12Features::shaderInt8,
+                             &VkPhysicalDeviceVulkan12Features::shaderBufferInt64Atomics,
+                             &VkPhysicalDeviceVulkan12Features::shaderSharedInt64Atomics,
                              &VkPhysicalDeviceVulkan12Features::uniformBufferStandardLayout,
                              &VkPhysicalDeviceVulkan12Features::shaderSubgroupExtendedTypes,
                              &VkPhysicalDeviceVulkan12Features::vulkanMemoryModel,
@@ -80,28 +88,35 @@ bool hasDeviceExtension(VkPhysicalDevice device, const char* name) {
 
 } // namespace
 
-FeatureChain::FeatureChain(bool withRobustness2)
+FeatureChain::FeatureChain(const OptionalRecords& records)
     : core{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_FEATURES_2, .pNext = &vulkan11},
       vulkan11{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_1_FEATURES, .pNext = &vulkan12},
       vulkan12{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_2_FEATURES, .pNext = &vulkan13},
-      vulkan13{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_3_FEATURES,
-               .pNext = withRobustness2 ? &robustness2 : nullptr},
-      robustness2{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_ROBUSTNESS_2_FEATURES_EXT} {}
+      vulkan13{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_3_FEATURES, .pNext = nullptr},
+      robustness2{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_ROBUSTNESS_2_FEATURES_EXT},
+      atomicFloat{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_SHADER_ATOMIC_FLOAT_FEATURES_EXT} {
+    auto add = [this](auto& record) { record.pNext = std::exchange(vulkan13.pNext, &record); };
+    if (records.robustness2)
+        add(robustness2);
+    if (records.atomicFloat)
+        add(atomicFloat);
+}
 
 bool isUsable(VkPhysicalDevice device) {
-    FeatureChain chain(false);
+    FeatureChain chain({});
     vkGetPhysicalDeviceFeatures2(device, &chain.core);
     return hasAll(chain.vulkan12, needed12) && hasAll(chain.vulkan13, needed13);
 }
 
-bool hasRobustness2(VkPhysicalDevice device) {
-    return hasDeviceExtension(device, VK_EXT_ROBUSTNESS_2_EXTENSION_NAME);
+OptionalRecords optionalRecords(VkPhysicalDevice device) {
+    return {.robustness2 = hasDeviceExtension(device, VK_EXT_ROBUSTNESS_2_EXTENSION_NAME),
+            .atomicFloat = hasDeviceExtension(device, VK_EXT_SHADER_ATOMIC_FLOAT_EXTENSION_NAME)};
 }
 
 DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, FeatureChain& chain,
                               std::vector<const char*>& extensions) {
-    const bool robustness2 = hasRobustness2(device);
-    FeatureChain had(robustness2);
+    const OptionalRecords records = optionalRecords(device);
+    FeatureChain had(records);
     vkGetPhysicalDeviceFeatures2(device, &had.core);
     keep(had.core.features, chain.core.features, takenCore);
     keep(had.vulkan11, chain.vulkan11, taken11);
@@ -110,11 +125,17 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
     keep(had.vulkan13, chain.vulkan13, needed13);
     keep(had.vulkan13, chain.vulkan13, taken13);
     chain.robustness2.nullDescriptor = had.robustness2.nullDescriptor;
+    chain.atomicFloat.shaderBufferFloat32AtomicAdd = had.atomicFloat.shaderBufferFloat32AtomicAdd;
 
     DeviceFeatures features{.nullDescriptors = had.robustness2.nullDescriptor == VK_TRUE,
-                            .anisotropy = had.core.features.samplerAnisotropy == VK_TRUE};
-    if (robustness2)
+                            .anisotropy = had.core.features.samplerAnisotropy == VK_TRUE,
+                            .addsFloatsInBuffers =
+                                chain.atomicFloat.shaderBufferFloat32AtomicAdd == VK_TRUE,
+                            .capabilities = capabilitiesOf(device, chain)};
+    if (records.robustness2)
         extensions.push_back(VK_EXT_ROBUSTNESS_2_EXTENSION_NAME);
+    if (records.atomicFloat)
+        extensions.push_back(VK_EXT_SHADER_ATOMIC_FLOAT_EXTENSION_NAME);
     if (hasDeviceExtension(device, VK_KHR_PUSH_DESCRIPTOR_EXTENSION_NAME)) {
         extensions.push_back(VK_KHR_PUSH_DESCRIPTOR_EXTENSION_NAME);
         features.maxPushDescriptors = maxPushDescriptors(device);

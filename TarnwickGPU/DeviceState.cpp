@@ -17,7 +17,7 @@ constexpr std::uint32_t cpuLoopBudget = 60'000;
 constexpr std::uint32_t gpuLoopBudget = 250'000;
 
 bool openDevice(DeviceState& state) {
-    FeatureChain chain(hasRobustness2(state.physical));
+    FeatureChain chain(optionalRecords(state.physical));
     std::vector<const char*> extensions;
     state.features =
         chooseFeatures(state.physical, state.instance->presentsOnXlib, chain, extensions);

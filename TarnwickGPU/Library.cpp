@@ -38,7 +38,8 @@ std::vector<std::string> Library::functionNames() const {
 }
 
 std::unique_ptr<Library> Device::newLibrary(std::string_view source) {
-    msl::Compilation compilation = msl::compile(source);
+    msl::Compilation compilation = msl::compile(
+        source, {.target = {.addsFloatsInBuffers = state_->features.addsFloatsInBuffers}});
     if (compilation.failed)
         throw LibraryError(compilation.messages);
     return std::make_unique<Library>(std::move(compilation.entryPoints),

@@ -8,6 +8,7 @@
 
 #include <vulkan/vulkan.h>
 
+#include <array>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -29,8 +30,16 @@ struct RenderPipelineParts {
     RenderPipelineParts& operator=(const RenderPipelineParts&) = delete;
 };
 
-// A kernel's threadgroup size is known at the dispatch only, while Vulkan's pipelines have it built
-// in: so there is one for each size met.
+// What a dispatch sets that Vulkan's pipelines have built in.
+struct ThreadgroupShape {
+    Size threads;
+    // Bytes of what the kernel's [[threadgroup(n)]] pointers point to, by n; 0 where not set.
+    std::array<std::uint32_t, mostThreadgroupPointers> lengths{};
+
+    bool operator==(const ThreadgroupShape&) const = default;
+};
+
+// A kernel's threadgroup is known at the dispatch only: so there is a pipeline for each shape met.
 struct ComputePipelineParts {
     ComputePipelineParts() = default;
     ~ComputePipelineParts();
@@ -42,11 +51,11 @@ struct ComputePipelineParts {
     std::shared_ptr<const msl::EntryPoint> kernel;
 
     // Null when the device refuses it. Any thread.
-    VkPipeline pipelineFor(const Size& threadgroup) const;
+    VkPipeline pipelineFor(const ThreadgroupShape& threadgroup) const;
 
   private:
     struct Variant {
-        Size threadgroup;
+        ThreadgroupShape threadgroup;
         VkPipeline pipeline;
     };
     mutable std::mutex mutex_;
@@ -69,5 +78,9 @@ class ShaderModule {
 
 // What DeviceError says of a failed pipeline. `what` is the subject, as "the kernel NAME".
 std::string refusal(const DeviceState& device, const std::string& what, VkResult result);
+
+// Throws DeviceError where the function asks for more than the device has. `what` as above.
+void checkNeeds(const DeviceState& device, const std::string& what,
+                const msl::EntryPoint& function);
 
 } // namespace tarnwick::gpu

@@ -157,6 +157,8 @@ Device::newRenderPipelineState(const RenderPipelineDescriptor& descriptor) {
     parts->topology = descriptor.topology;
     const std::array functions{&descriptor.vertex->entryPoint(),
                                &descriptor.fragment->entryPoint()};
+    for (const msl::EntryPoint* function : functions)
+        checkNeeds(*state_, subject(descriptor), *function);
     auto layout = BindingLayout::make(*state_, functions);
     const ShaderModule vertex(state_->handle, *functions[0]);
     const ShaderModule fragment(state_->handle, *functions[1]);

@@ -16,6 +16,7 @@ class Module;
 namespace tarnwick::msl {
 
 struct Parsed;
+enum class Places : bool;
 
 // The standard library in precompiled form. Made once per process (or read from a file that the
 // build made), then used by any number of parses, one at a time.
@@ -32,7 +33,7 @@ class StandardLibrary {
 
   private:
     friend Parsed parse(std::string_view source, const StandardLibrary& library,
-                        llvm::LLVMContext& context);
+                        llvm::LLVMContext& context, Places places);
     // Shared with copies and with the file system that holds it for Clang.
     std::shared_ptr<const std::string> precompiled_;
     std::shared_ptr<void> files_;
@@ -45,6 +46,10 @@ struct Parsed {
     bool failed = false;
 };
 
-Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVMContext& context);
+// Whether instructions know their lines, for messages: it costs a little.
+enum class Places : bool { left, kept };
+
+Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVMContext& context,
+             Places places = Places::left);
 
 } // namespace tarnwick::msl

@@ -8,10 +8,12 @@
 
 namespace tarnwick::msl {
 
-Compilation translate(std::string_view source, const StandardLibrary& library,
-                      const Target& target) {
+// `wasParsed` tells a program that the front end took from one that it did not.
+static Compilation attempt(std::string_view source, const StandardLibrary& library,
+                           const Target& target, Places places, bool& wasParsed) {
     llvm::LLVMContext context;
-    Parsed parsed = parse(source, library, context);
+    Parsed parsed = parse(source, library, context, places);
+    wasParsed = !parsed.failed;
     Compilation compilation{
         .failed = parsed.failed, .entryPoints = {}, .messages = std::move(parsed.messages)};
     if (compilation.failed)
@@ -27,9 +29,22 @@ Compilation translate(std::string_view source, const StandardLibrary& library,
     } catch (const TranslationError& error) {
         compilation.failed = true;
         compilation.entryPoints.clear();
+        if (!error.place.empty())
+            place = error.place;
         compilation.messages += place + ": error: " + error.what() + "\n1 error generated.\n";
     }
     return compilation;
+}
+
+// Only a program that cannot be translated is worth the time to find the line that is at fault.
+Compilation translate(std::string_view source, const StandardLibrary& library,
+                      const Target& target) {
+    bool wasParsed = false;
+    Compilation first = attempt(source, library, target, Places::left, wasParsed);
+    if (!first.failed || !wasParsed)
+        return first;
+    Compilation second = attempt(source, library, target, Places::kept, wasParsed);
+    return second.failed ? second : first;
 }
 
 } // namespace tarnwick::msl

@@ -133,6 +133,10 @@ class Compiler {
         instance.createFileManager(std::move(files));
     }
 
+    void keepPlaces() {
+        instance.getCodeGenOpts().setDebugInfo(llvm::codegenoptions::LocTrackingOnly);
+    }
+
     bool execute(clang::FrontendAction& action, clang::FrontendInputFile input) {
         instance.getFrontendOpts().Inputs = {std::move(input)};
         return instance.ExecuteAction(action);
@@ -335,12 +339,15 @@ std::string StandardLibrary::fingerprint() {
     return llvm::utohexstr(llvm::xxh3_64bits(all), true, 16);
 }
 
-Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVMContext& context) {
+Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVMContext& context,
+             Places places) {
     Parsed parsed;
     const std::string text(source); // ends in a zero, as Clang's lexer wants
     {
         Compiler compiler(Compiler::Work::program, *static_cast<FileSystem*>(library.files_.get()),
                           parsed.messages);
+        if (places == Places::kept)
+            compiler.keepPlaces();
         ProgramAction action(context, parsed);
         const llvm::MemoryBufferRef buffer(text, "program_source");
         const bool isGood = compiler.execute(

@@ -2,7 +2,7 @@
 
 #include "TarnwickMSL/Translation/Passes/OddIntegers.h"
 #include "TarnwickMSL/Translation/Passes/WideVectors.h"
-#include "TarnwickMSL/Translation/TranslationError.h"
+#include "TarnwickMSL/Translation/Places.h"
 
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/InstIterator.h>
@@ -252,7 +252,7 @@ void legalise(Function& main) {
             candidates.push_back(&instruction);
     for (Instruction* instruction : candidates) {
         if (auto* call = dyn_cast<IntrinsicInst>(instruction)) {
-            legaliseIntrinsic(*call);
+            at(*call, [call] { legaliseIntrinsic(*call); });
         } else if (auto* truncation = dyn_cast<TruncInst>(instruction)) {
             legaliseTruncation(*truncation);
         } else {

@@ -1,5 +1,5 @@
 #include "TarnwickMSL/Translation/Passes/Legalise.h"
-#include "TarnwickMSL/Translation/TranslationError.h"
+#include "TarnwickMSL/Translation/Places.h"
 
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/InstIterator.h>
@@ -153,22 +153,25 @@ static void fill(MemSetInst& call, std::uint64_t bytes, const DataLayout& layout
                                    step(builder, call.getRawDest(), part.offset), Align(1));
 }
 
+static void expand(MemIntrinsic& call, const DataLayout& layout) {
+    auto* bytes = dyn_cast<ConstantInt>(call.getLength());
+    if (!bytes)
+        throw TranslationError("Memory of a length that is not constant is copied.");
+    if (auto* transfer = dyn_cast<MemTransferInst>(&call))
+        copy(*transfer, bytes->getZExtValue(), layout);
+    else
+        fill(cast<MemSetInst>(call), bytes->getZExtValue(), layout);
+    call.eraseFromParent();
+}
+
 bool expandMemoryCalls(Function& main) {
     const DataLayout& layout = main.getParent()->getDataLayout();
     SmallVector<MemIntrinsic*, 8> calls;
     for (Instruction& instruction : instructions(main))
         if (auto* call = dyn_cast<MemIntrinsic>(&instruction))
             calls.push_back(call);
-    for (MemIntrinsic* call : calls) {
-        auto* bytes = dyn_cast<ConstantInt>(call->getLength());
-        if (!bytes)
-            throw TranslationError("Memory of a length that is not constant is copied.");
-        if (auto* transfer = dyn_cast<MemTransferInst>(call))
-            copy(*transfer, bytes->getZExtValue(), layout);
-        else
-            fill(cast<MemSetInst>(*call), bytes->getZExtValue(), layout);
-        call->eraseFromParent();
-    }
+    for (MemIntrinsic* call : calls)
+        at(*call, [&] { expand(*call, layout); });
     return !calls.empty();
 }
 

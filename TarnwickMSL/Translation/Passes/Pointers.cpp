@@ -1,6 +1,6 @@
 #include "TarnwickMSL/Translation/Passes/Pointers.h"
 
-#include "TarnwickMSL/Translation/TranslationError.h"
+#include "TarnwickMSL/Translation/Places.h"
 
 #include <llvm/ADT/MapVector.h>
 #include <llvm/ADT/SetVector.h>
@@ -293,7 +293,7 @@ bool Resolver::run() {
             users.push_back(&instruction);
     }
     for (Instruction* user : users)
-        access(*user);
+        at(*user, [&] { access(*user); });
     return !users.empty();
 }
 
@@ -338,7 +338,22 @@ void keepPointersNear(Function& main) {
     RecursivelyDeleteTriviallyDeadInstructionsPermissive(old);
 }
 
+// What is left after the optimiser stands in memory for good.
+static void refusePointersInMemory(Function& main) {
+    for (const Instruction& instruction : instructions(main)) {
+        bool isLoad = isa<LoadInst>(instruction) && instruction.getType()->isPointerTy();
+        auto* store = dyn_cast<StoreInst>(&instruction);
+        if (isLoad || (store && store->getValueOperand()->getType()->isPointerTy()))
+            throw TranslationError("A pointer is kept in an array or a record where it cannot be "
+                                   "told what it points to.",
+                                   programPlace(instruction));
+        if (isa<IntToPtrInst>(instruction))
+            throw TranslationError("A pointer is made of a number.", programPlace(instruction));
+    }
+}
+
 bool resolvePointers(Function& main) {
+    refusePointersInMemory(main);
     return Resolver(main).run();
 }
 

@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Translation/SpirvWriter.h"
 
+#include "TarnwickMSL/Translation/Places.h"
 #include "TarnwickMSL/Translation/Spirv/Arithmetic.h"
 #include "TarnwickMSL/Translation/Spirv/Atomics.h"
 #include "TarnwickMSL/Translation/Spirv/Calls.h"
@@ -193,7 +194,7 @@ void FunctionWriter::block(const BasicBlock& block) {
         else if (each.isTerminator())
             terminator(each);
         else
-            instruction(each);
+            at(each, [&] { instruction(each); });
     }
 }
 

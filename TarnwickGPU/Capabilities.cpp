@@ -1,0 +1,107 @@
+#include "TarnwickGPU/Capabilities.h"
+
+#include <spirv/unified1/spirv.hpp11>
+
+#include <algorithm>
+#include <array>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+struct Asked {
+    const FeatureChain& chain;
+    VkSubgroupFeatureFlags groups;
+
+    bool core(VkBool32 VkPhysicalDeviceFeatures::*feature) const {
+        return chain.core.features.*feature;
+    }
+    bool in11(VkBool32 VkPhysicalDeviceVulkan11Features::*feature) const {
+        return chain.vulkan11.*feature;
+    }
+    bool in12(VkBool32 VkPhysicalDeviceVulkan12Features::*feature) const {
+        return chain.vulkan12.*feature;
+    }
+    bool hasGroups(VkSubgroupFeatureFlags wanted) const { return (groups & wanted) == wanted; }
+};
+
+struct Row {
+    spv::Capability capability;
+    const char* words;
+    bool (*isThere)(const Asked& device);
+};
+
+using Core = VkPhysicalDeviceFeatures;
+using In11 = VkPhysicalDeviceVulkan11Features;
+using In12 = VkPhysicalDeviceVulkan12Features;
+
+// clang-format off
+constexpr std::array rows{
+    Row{spv::Capability::Int8,  "8-bit integers",  [](const Asked& a) { return a.in12(&In12::shaderInt8); }},
+    Row{spv::Capability::Int16, "16-bit integers", [](const Asked& a) { return a.core(&Core::shaderInt16); }},
+    Row{spv::Capability::Int64, "64-bit integers", [](const Asked& a) { return a.core(&Core::shaderInt64); }},
+    Row{spv::Capability::Float16, "half", [](const Asked& a) { return a.in12(&In12::shaderFloat16); }},
+    Row{spv::Capability::StorageBuffer8BitAccess, "8-bit values in buffers",
+        [](const Asked& a) { return a.in12(&In12::storageBuffer8BitAccess); }},
+    Row{spv::Capability::UniformAndStorageBuffer8BitAccess, "8-bit values in constant buffers",
+        [](const Asked& a) { return a.in12(&In12::uniformAndStorageBuffer8BitAccess); }},
+    Row{spv::Capability::StorageBuffer16BitAccess, "16-bit values in buffers",
+        [](const Asked& a) { return a.in11(&In11::storageBuffer16BitAccess); }},
+    Row{spv::Capability::UniformAndStorageBuffer16BitAccess, "16-bit values in constant buffers",
+        [](const Asked& a) { return a.in11(&In11::uniformAndStorageBuffer16BitAccess); }},
+    Row{spv::Capability::Int64Atomics, "64-bit atomic operations",
+        [](const Asked& a) { return a.in12(&In12::shaderBufferInt64Atomics); }},
+    Row{spv::Capability::AtomicFloat32AddEXT, "atomic sums of floats",
+        [](const Asked& a) { return a.chain.atomicFloat.shaderBufferFloat32AtomicAdd == VK_TRUE; }},
+    Row{spv::Capability::GroupNonUniform, "SIMD-groups",
+        [](const Asked& a) { return a.hasGroups(VK_SUBGROUP_FEATURE_BASIC_BIT); }},
+    Row{spv::Capability::GroupNonUniformVote, "votes of SIMD-groups",
+        [](const Asked& a) { return a.hasGroups(VK_SUBGROUP_FEATURE_VOTE_BIT); }},
+    Row{spv::Capability::GroupNonUniformBallot, "ballots of SIMD-groups",
+        [](const Asked& a) { return a.hasGroups(VK_SUBGROUP_FEATURE_BALLOT_BIT); }},
+    Row{spv::Capability::GroupNonUniformShuffle, "shuffles of SIMD-groups",
+        [](const Asked& a) { return a.hasGroups(VK_SUBGROUP_FEATURE_SHUFFLE_BIT); }},
+    Row{spv::Capability::GroupNonUniformArithmetic, "sums of SIMD-groups",
+        [](const Asked& a) { return a.hasGroups(VK_SUBGROUP_FEATURE_ARITHMETIC_BIT); }},
+    Row{spv::Capability::DrawParameters, "base_vertex and base_instance",
+        [](const Asked& a) { return a.in11(&In11::shaderDrawParameters); }},
+    Row{spv::Capability::Geometry, "primitive_id", [](const Asked& a) { return a.core(&Core::geometryShader); }},
+    Row{spv::Capability::SampleRateShading, "sample_id and interpolation at samples",
+        [](const Asked& a) { return a.core(&Core::sampleRateShading); }},
+    Row{spv::Capability::ClipDistance, "clip_distance",
+        [](const Asked& a) { return a.core(&Core::shaderClipDistance); }},
+};
+// clang-format on
+
+} // namespace
+
+std::vector<std::uint32_t> capabilitiesOf(VkPhysicalDevice device, const FeatureChain& chain) {
+    VkPhysicalDeviceVulkan11Properties vulkan11{
+        .sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_1_PROPERTIES};
+    VkPhysicalDeviceProperties2 properties{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_PROPERTIES_2,
+                                           .pNext = &vulkan11};
+    vkGetPhysicalDeviceProperties2(device, &properties);
+    const Asked asked{chain, vulkan11.subgroupSupportedOperations};
+    std::vector<std::uint32_t> there;
+    for (const Row& row : rows)
+        if (row.isThere(asked))
+            there.push_back(static_cast<std::uint32_t>(row.capability));
+    std::sort(there.begin(), there.end());
+    return there;
+}
+
+std::optional<std::string> missingCapability(std::span<const std::uint32_t> module,
+                                             std::span<const std::uint32_t> capabilities) {
+    constexpr std::size_t header = 5;
+    constexpr auto declaration = 2u << 16 | static_cast<std::uint32_t>(spv::Op::OpCapability);
+    for (std::size_t at = header; at + 1 < module.size() && module[at] == declaration; at += 2) {
+        if (std::binary_search(capabilities.begin(), capabilities.end(), module[at + 1]))
+            continue;
+        for (const Row& row : rows)
+            if (static_cast<std::uint32_t>(row.capability) == module[at + 1])
+                return row.words;
+    }
+    return std::nullopt;
+}
+
+} // namespace tarnwick::gpu
