@@ -17,6 +17,15 @@ if(TARGET TarnwickGPU)
         LABELS gpu)
     add_dependencies(TarnwickMSLSpirvValuesTests tarnwick-msl-worker)
     target_compile_options(TarnwickMSLSpirvValuesTests PRIVATE -Wno-missing-field-initializers)
+
+    tarnwick_tests(TarnwickMSL/Memory
+        SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/KernelRun.cpp
+                ${CMAKE_CURRENT_SOURCE_DIR}/KernelTests.cpp
+                ${CMAKE_CURRENT_SOURCE_DIR}/LayoutTests.cpp
+        LINK TarnwickGPU
+        LABELS gpu)
+    add_dependencies(TarnwickMSLMemoryTests tarnwick-msl-worker)
+    target_compile_options(TarnwickMSLMemoryTests PRIVATE -Wno-missing-field-initializers)
 endif()
 
 tarnwick_tests(TarnwickMSL/Validity

@@ -166,7 +166,7 @@ inside:
   %n = load i32, ptr @msl.in.thread_index_in_threadgroup
   %s = getelementptr [64 x float], ptr @shared, i32 0, i32 %n
   store float 1.0, ptr %s
-  call void @msl.barrier.threadgroup()
+  call void @msl.barrier.1(i32 2, i32 2)
   %old = atomicrmw add ptr @buffer.0, i32 1 monotonic
   %older = call i32 @msl.atomic_fetch_max.s32(ptr @buffer.0, i32 %old)
   %f = load float, ptr %s
@@ -177,7 +177,7 @@ inside:
 end:
   ret void
 }
-declare void @msl.barrier.threadgroup()
+declare void @msl.barrier.1(i32, i32)
 declare i32 @msl.atomic_fetch_max.s32(ptr, i32)
 declare i32 @msl.loop_budget()
 )",
