@@ -70,6 +70,7 @@ class RuleChecker : public clang::RecursiveASTVisitor<RuleChecker> {
         if (current && callee)
             calls[current].push_back({callee->getCanonicalDecl(), at});
     }
+    void checkSize(const clang::VarDecl& variable);
     void checkType(clang::QualType type, clang::SourceLocation at) {
         if (type->isFunctionPointerType() || type->isMemberFunctionPointerType() ||
             type->isFunctionReferenceType())
@@ -91,7 +92,22 @@ bool RuleChecker::VisitCallExpr(clang::CallExpr* call) {
     return true;
 }
 
+// More than a device's thread has in registers and spilled; drivers crash on arrays of megabytes.
+static constexpr std::uint64_t localBytes = 262144;
+
+void RuleChecker::checkSize(const clang::VarDecl& variable) {
+    const clang::QualType type = variable.getType();
+    if (type->isDependentType() || type->isIncompleteType() || type->isReferenceType())
+        return;
+    const std::uint64_t bytes = context.getTypeSizeInChars(type).getQuantity();
+    if (bytes > localBytes)
+        report(variable.getLocation(), "variable takes %0 bytes; a thread has 262144",
+               std::to_string(bytes));
+}
+
 bool RuleChecker::VisitVarDecl(clang::VarDecl* variable) {
+    if (variable->hasLocalStorage())
+        checkSize(*variable);
     checkType(variable->getType(), variable->getLocation());
     const bool isConstant = variable->isConstexpr() || variable->getType().isConstQualified() ||
                             context.getBaseElementType(variable->getType()).isConstQualified();

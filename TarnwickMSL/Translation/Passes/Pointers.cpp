@@ -50,6 +50,7 @@ class Resolver {
     void access(Instruction& user);
     void load(LoadInst& load, Value* base, const Chosen& from);
     void store(StoreInst& store, Value* base, const Chosen& to);
+    void change(Instruction& call, Value* base, const Chosen& at);
 
     Function& main_;
     const DataLayout& layout_;
@@ -251,6 +252,33 @@ void Resolver::store(StoreInst& store, Value* base, const Chosen& to) {
     }
 }
 
+// An atomic change happens at the one root that is meant.
+void Resolver::change(Instruction& call, Value* base, const Chosen& at) {
+    Value* result = nullptr;
+    for (auto& [root, offset] : at.offsets) {
+        IRBuilder<> builder(&call);
+        BasicBlock* before = call.getParent();
+        if (at.offsets.size() > 1) {
+            Value* isIt = builder.CreateICmpEQ(at.which, constant(numbers_.lookup(root)));
+            builder.SetInsertPoint(SplitBlockAndInsertIfThen(isIt, &call, false));
+        }
+        Value* pointer = rebuilt(call.getOperand(0), base, root, builder);
+        Instruction* one = builder.Insert(call.clone());
+        one->setOperand(0, pointer);
+        if (at.offsets.size() == 1 || call.getType()->isVoidTy()) {
+            result = one;
+            continue;
+        }
+        builder.SetInsertPoint(call.getParent(), call.getParent()->begin());
+        PHINode* merged = builder.CreatePHI(call.getType(), 2);
+        merged->addIncoming(result ? result : UndefValue::get(call.getType()), before);
+        merged->addIncoming(one, one->getParent());
+        result = merged;
+    }
+    if (!call.getType()->isVoidTy())
+        call.replaceAllUsesWith(result ? result : UndefValue::get(call.getType()));
+}
+
 void Resolver::access(Instruction& user) {
     Value* pointer = getLoadStorePointerOperand(&user);
     if (auto* call = dyn_cast<CallBase>(&user))
@@ -273,11 +301,7 @@ void Resolver::access(Instruction& user) {
     } else if (auto* writing = dyn_cast<StoreInst>(&user)) {
         store(*writing, base, to);
     } else {
-        if (to.offsets.size() != 1)
-            throw TranslationError("An atomic value is chosen at run time.");
-        IRBuilder<> builder(&user);
-        user.setOperand(0, rebuilt(pointer, base, to.offsets.front().first, builder));
-        return;
+        change(user, base, to);
     }
     user.eraseFromParent();
 }

@@ -85,6 +85,7 @@ class Memory {
     std::vector<Resource> resources_;
     std::uint32_t colors_ = 0;
     bool writesPointSize_ = false;
+    std::uint64_t localBytes_ = 0;
     std::uint32_t threadgroupBytes_ = 0;
     std::vector<std::uint32_t> threadgroupPointers_;
 };

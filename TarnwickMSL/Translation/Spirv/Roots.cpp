@@ -79,7 +79,14 @@ static Id contentType(Body& body, const View& view) {
                         : element;
 }
 
+// As the front end allows for one variable; drivers crash on megabytes.
+static constexpr std::uint64_t localBytes = 262144;
+
 void Memory::makeLocal(Root& made, const Value& value, Type* type) {
+    localBytes_ += body_.types.dataLayout().getTypeAllocSize(type).getFixedValue();
+    if (localBytes_ > localBytes)
+        throw TranslationError("The variables here take more than the " +
+                               std::to_string(localBytes) + " bytes that a thread has.");
     View view = fittingView(value, type, false, body_.types.dataLayout());
     Id pointer = body_.types.pointer(made.storage, contentType(body_, view));
     made.variables.push_back({view, body_.local(pointer)});

@@ -188,6 +188,8 @@ Id Constants::declare(const Constant* constant) {
         return scalar(type, number->getValueAPF().bitcastToAPInt());
     if (constant->isNullValue() || isa<UndefValue>(constant))
         return module_.declare(spv::Op::OpConstantNull, types_.of(type), {});
+    if (isa<ConstantExpr, GlobalValue>(constant))
+        throw TranslationError("A pointer is taken for a number.");
     unsigned count = 0;
     if (auto* vector = dyn_cast<FixedVectorType>(type))
         count = vector->getNumElements();
