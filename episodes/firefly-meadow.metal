@@ -70,7 +70,7 @@ void update(thread Particle& q, uint id, constant Uniforms& u, constant Params& 
     float lit = flash(q.beat);
     float3 pull = float3(sin(t * 0.7 + k) + 0.7 * sin(t * 1.9 + k * 3.1), 0.9 * sin(t * 1.1 + k * 1.7),
                          0.6 * sin(t * 0.5 + k * 2.3)) * 0.16;
-    pull.y += 0.24 * lit + 0.22 * (0.05 + 0.75 * fract(q.seed * 7.0) * fract(q.seed * 13.0) - q.at.y);
+    pull.y += 0.24 * lit + 0.22 * (0.14 + 0.75 * fract(q.seed * 7.0) * fract(q.seed * 13.0) - q.at.y);
     pull.x += 0.10 * p.wind * sin(t * 0.4 + q.at.x * 0.5);
     q.way += (pull - q.way * 1.1) * u.timeDelta;
     q.at += q.way * u.timeDelta;

@@ -51,8 +51,8 @@ float2 rotate(float2 v, float a) {
 // Where the middle of the cloud flies: slow turns on faster ones.
 float3 leader(float t) {
     return float3(0.34 * sin(t * 0.31) + 0.16 * sin(t * 0.73 + 1.0),
-                  0.085 * sin(t * 0.47 + 0.6) + 0.055 * sin(t * 0.97),
-                  0.40 * cos(t * 0.39) + 0.15 * sin(t * 0.61));
+                  0.070 * sin(t * 0.47 + 0.6) + 0.040 * sin(t * 0.97),
+                  0.27 * cos(t * 0.39) + 0.12 * sin(t * 0.61));
 }
 
 // The place of a bird in the cloud at a time: the cloud is drawn out along its way, twisted along
@@ -99,7 +99,8 @@ void update(thread Particle& q, uint id, constant Uniforms& u, constant Params& 
 float3 place(Particle q, constant Uniforms& u, constant Params& p) {
     float near = 1.0 / (1.35 + q.at.z);
     float2 shown = q.at.xy * near * 1.35;
-    float2 uv = float2(0.52 + shown.x * u.resolution.y / u.resolution.x, 0.62 + shown.y);
+    float across = min(u.resolution.y / u.resolution.x, 0.625); // tall pictures see all of the flight
+    float2 uv = float2(0.52 + shown.x * across, 0.62 + shown.y);
     return float3(uv, max(0.0046 * near * 1.35, 1.6 / u.resolution.y));
 }
 

@@ -26,6 +26,7 @@ extern const Command infoCommand;
 extern const Command mslCommand;
 extern const Command newCommand;
 extern const Command saverCommand;
+extern const Command sheetCommand;
 extern const Command stillCommand;
 
 } // namespace tarnwick

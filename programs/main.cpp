@@ -11,9 +11,9 @@ namespace tarnwick {
 namespace {
 
 // clang-format off
-constexpr std::array<const Command*, 8> commands{
+constexpr std::array<const Command*, 9> commands{
     &newCommand, &infoCommand, &checkCommand, &assembleCommand, &mslCommand, &stillCommand,
-    &saverCommand, &devicesCommand};
+    &sheetCommand, &saverCommand, &devicesCommand};
 // clang-format on
 
 std::string padded(std::string_view text, std::size_t width) {

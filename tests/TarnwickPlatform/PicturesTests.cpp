@@ -1,3 +1,4 @@
+#include "TarnwickPlatform/Pictures/Halved.h"
 #include "TarnwickPlatform/Pictures/PNG.h"
 
 #include <gtest/gtest.h>
@@ -101,4 +102,15 @@ TEST_F(Pictures, sayWhyTheyCannotBeWrittenOrRead) {
     writePNG(sample(), folder / "cut.png");
     fs::resize_file(folder / "cut.png", 60);
     EXPECT_NE(messageOf([&] { readPNG(folder / "cut.png"); }), "");
+}
+
+TEST(HalvedPicture, takesTheMeanOfFourPixelsAndLeavesAnOddRestOut) {
+    Picture picture{.width = 3, .height = 3, .bytesPerRow = 16, .bytes{}};
+    for (std::uint8_t at = 0; at < 48; ++at)
+        picture.bytes.push_back(at);
+    const Picture half = halved(picture);
+    EXPECT_EQ(half.width, 1u);
+    EXPECT_EQ(half.height, 1u);
+    // The mean of the bytes b, b + 4, b + 16 and b + 20.
+    EXPECT_EQ(half.bytes, (std::vector<std::uint8_t>{10, 11, 12, 13}));
 }

@@ -84,7 +84,7 @@ TEST_P(Episode, drawsAPictureThatIsNeitherDarkNorFlat) {
     // A million particles take a third of a second a step without a GPU.
     const double still = EpisodeMeta::parse(text).still;
     const bool steps = shaderKindOf(text) == ShaderKind::particles;
-    const auto picture = stillOf(text, steps ? std::min(still, 0.5) : still);
+    const auto picture = stillOf(text, steps ? std::min(still, 0.2) : still);
     ASSERT_TRUE(picture);
     const std::vector<int> channels = channelsOf(*picture);
     double sum = 0, squares = 0;

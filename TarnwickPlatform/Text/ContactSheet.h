@@ -1,0 +1,37 @@
+// Many pictures on one, each with a line of text under it.
+#pragma once
+
+#include "TarnwickPlatform/Pictures/Picture.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace tarnwick {
+
+struct LabelledPicture {
+    Picture picture;
+    std::string label; // UTF-8; what does not fit below the picture is left out
+};
+
+// In pixels, of a sheet of `count` pictures of one size.
+struct SheetLayout {
+    std::uint32_t columns = 1; // at least 1
+    std::uint32_t pictureWidth = 0, pictureHeight = 0;
+    std::size_t count = 0;
+
+    static constexpr std::uint32_t gap = 12;   // around each picture
+    static constexpr std::uint32_t label = 26; // below it
+
+    std::uint64_t width() const { return columns * (std::uint64_t{pictureWidth} + gap) + gap; }
+    std::uint64_t height() const {
+        const std::uint64_t rows = (count + columns - 1) / columns;
+        return rows * (std::uint64_t{pictureHeight} + label + gap) + gap;
+    }
+};
+
+// Row by row from the upper left. The pictures have the layout's size and number, and neither side
+// of the sheet is above 32767 pixels.
+Picture contactSheet(std::span<const LabelledPicture> pictures, const SheetLayout& layout);
+
+} // namespace tarnwick

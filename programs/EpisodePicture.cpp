@@ -1,0 +1,97 @@
+#include "programs/EpisodePicture.h"
+
+#include "TarnwickCore/EpisodeMeta.h"
+#include "TarnwickCore/Numbers.h"
+#include "TarnwickRender/ShaderRun.h"
+#include "programs/CommandError.h"
+#include "programs/Findings.h"
+#include "programs/StepsLine.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+namespace tarnwick {
+namespace {
+
+std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
+                                               gpu::Device& device) {
+    try {
+        return ShaderProgram::compile(episode, device, ShaderProgram::pixelFormat);
+    } catch (const ShaderError& error) {
+        const std::string findings = findingsText(path, error.diagnostics);
+        std::fputs(findings.c_str(), stderr);
+        failure(std::string(path) + " does not compile" +
+                (findings.empty() ? ": " + error.raw : "."));
+    }
+}
+
+// The steps of a simulation are numbered in 32 bits.
+void checkSteps(const ShaderProgram& program, double time) {
+    constexpr std::int64_t last = std::numeric_limits<std::uint32_t>::max();
+    if (program.isParticles() && ParticleSimulation::steps(static_cast<float>(time)) > last)
+        failure("A particle episode has stills up to " +
+                std::to_string(last / ShaderAssembler::stepRate) + " seconds.");
+}
+
+} // namespace
+
+PixelSize pixelSizeOf(const Arguments& arguments, PixelSize otherwise) {
+    const auto given = arguments.value("--size");
+    if (!given)
+        return otherwise;
+    constexpr std::int64_t widest = 16384; // of any device's pictures
+    const std::size_t cross = std::min(given->find('x'), given->size());
+    const auto width = integerOf(given->substr(0, cross));
+    const auto height = integerOf(given->substr(std::min(cross + 1, given->size())));
+    auto fits = [](std::optional<std::int64_t> side) {
+        return side && *side >= 1 && *side <= widest;
+    };
+    if (!fits(width) || !fits(height))
+        misuse("--size wants WIDTHxHEIGHT, each from 1 to " + std::to_string(widest) +
+               " pixels, not " + quoted(*given) + ".");
+    return {.width = *width, .height = *height};
+}
+
+double stillTime(std::string_view episode) {
+    const double still = EpisodeMeta::parse(episode).still;
+    return std::isfinite(still) ? still : EpisodeMeta().still;
+}
+
+std::uint32_t savedFrame(double time) {
+    constexpr double greatest = std::numeric_limits<std::uint32_t>::max();
+    return static_cast<std::uint32_t>(std::min(time * 30, greatest));
+}
+
+Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device) {
+    const auto program = programOf(frame.path, frame.episode, device);
+    checkSteps(*program, frame.time);
+    const auto [width, height] = frame.size;
+    StillNews news;
+    std::optional<Picture> picture;
+    {
+        StepsLine line;
+        news.warmed = [&](std::int64_t step, std::int64_t goal) { line.show(step, goal); };
+        picture =
+            StillRenderer::render(program, device, width, height, static_cast<float>(frame.time),
+                                  frame.frame, frame.values, &news);
+    }
+    if (!picture)
+        failure(ShaderRun::absence(*program, device, width, height));
+    if (news.hitLoopBudget)
+        std::fprintf(stderr,
+                     "tarnwick: A loop of %s went on for too long and was ended; the picture may "
+                     "lack what it would have drawn.\n",
+                     std::string(frame.path).c_str());
+    return *std::move(picture);
+}
+
+std::shared_ptr<gpu::Device> drawingDevice() {
+    auto device = gpu::Device::systemDefault();
+    if (!device)
+        failure("There is no device to draw with; tarnwick devices lists them.");
+    return device;
+}
+
+} // namespace tarnwick

@@ -1,0 +1,42 @@
+// One frame of an episode, drawn for a subcommand.
+#pragma once
+
+#include "TarnwickRender/StillRenderer.h"
+#include "programs/Arguments.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tarnwick {
+
+struct PixelSize {
+    std::int64_t width = 0, height = 0;
+};
+
+// What --size WIDTHxHEIGHT says, or `otherwise`. Throws CommandError.
+PixelSize pixelSizeOf(const Arguments& arguments, PixelSize otherwise);
+
+// The time in seconds at which the episode wants its still taken.
+double stillTime(std::string_view episode);
+
+// The number that a saver of 30 frames a second would have come to.
+std::uint32_t savedFrame(double time);
+
+struct EpisodeFrame {
+    std::string_view path; // to name the episode by
+    std::string episode;   // its text
+    PixelSize size;
+    double time = 0; // seconds, from 0 on
+    std::uint32_t frame = 0;
+    ParamValues values;
+};
+
+// Compiles and draws it; how far a simulation is stands on standard error. Throws CommandError;
+// what the compiler finds has been printed then.
+Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device);
+
+// The device to draw with. Throws CommandError where there is none.
+std::shared_ptr<gpu::Device> drawingDevice();
+
+} // namespace tarnwick
