@@ -23,7 +23,12 @@ VkBlendOp vulkan(BlendOperation operation) {
     return blendOperations[static_cast<std::size_t>(operation)];
 }
 
-VkPipelineColorBlendAttachmentState blending(const ColorAttachmentDescriptor& color) {
+// A fragment function that gives no colour leaves the target as it is.
+VkPipelineColorBlendAttachmentState blending(const ColorAttachmentDescriptor& color,
+                                             const Function* fragment) {
+    constexpr VkColorComponentFlags all = VK_COLOR_COMPONENT_R_BIT | VK_COLOR_COMPONENT_G_BIT |
+                                          VK_COLOR_COMPONENT_B_BIT | VK_COLOR_COMPONENT_A_BIT;
+    const bool isGiven = fragment && (fragment->entryPoint().colorAttachments & 1) != 0;
     return {.blendEnable = color.blends,
             .srcColorBlendFactor = vulkan(color.sourceRGB),
             .dstColorBlendFactor = vulkan(color.destinationRGB),
@@ -31,8 +36,7 @@ VkPipelineColorBlendAttachmentState blending(const ColorAttachmentDescriptor& co
             .srcAlphaBlendFactor = vulkan(color.sourceAlpha),
             .dstAlphaBlendFactor = vulkan(color.destinationAlpha),
             .alphaBlendOp = vulkan(color.alphaOperation),
-            .colorWriteMask = VK_COLOR_COMPONENT_R_BIT | VK_COLOR_COMPONENT_G_BIT |
-                              VK_COLOR_COMPONENT_B_BIT | VK_COLOR_COMPONENT_A_BIT};
+            .colorWriteMask = isGiven ? all : 0};
 }
 
 constexpr std::array dynamicStates{
@@ -102,7 +106,8 @@ VkResult makePipeline(RenderPipelineParts& parts, const RenderPipelineDescriptor
     const VkPipelineMultisampleStateCreateInfo multisample{
         .sType = VK_STRUCTURE_TYPE_PIPELINE_MULTISAMPLE_STATE_CREATE_INFO,
         .rasterizationSamples = static_cast<VkSampleCountFlagBits>(descriptor.sampleCount)};
-    const VkPipelineColorBlendAttachmentState attachment = blending(descriptor.color);
+    const VkPipelineColorBlendAttachmentState attachment =
+        blending(descriptor.color, descriptor.fragment);
     const VkPipelineColorBlendStateCreateInfo blend{
         .sType = VK_STRUCTURE_TYPE_PIPELINE_COLOR_BLEND_STATE_CREATE_INFO,
         .attachmentCount = colors,

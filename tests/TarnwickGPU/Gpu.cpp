@@ -44,7 +44,8 @@ msl::EntryPoint glsl(msl::Stage stage, const std::string& name, const std::strin
     return {.name = name,
             .stage = stage,
             .words = {result.begin(), result.end()},
-            .resources = std::move(resources)};
+            .resources = std::move(resources),
+            .colorAttachments = stage == msl::Stage::fragment ? 1u : 0u};
 }
 
 msl::EntryPoint wholeTarget() {

@@ -95,7 +95,7 @@ TEST(FrontEnd, refusesAtTheLineWhatAShaderMayNotDo) {
         {"fragment float4 f(float2 p) { return 1; }",
          "shader.metal:1:26: error: invalid type 'float2'"},
         {"fragment float4 f(float4 p [[posit]]) { return 1; }",
-         "shader.metal:1:30: error: unknown attribute 'posit' ignored"},
+         "shader.metal:1:30: warning: unknown attribute 'posit' ignored"},
     };
     for (const Refusal& refusal : refusals) {
         const Outcome outcome = parsed(refusal.program);

@@ -20,24 +20,23 @@ constexpr llvm::StringRef prefix = "msl:";
 constexpr std::array words = {
     // arguments of entry points and members of their records
     "buffer", "texture", "sampler", "threadgroup", "stage_in", "attribute", "user", "color",
-    "depth", "stencil", "position", "point_size", "clip_distance", "flat", "center_perspective",
+    "depth", "position", "point_size", "clip_distance", "flat", "center_perspective",
     "center_no_perspective", "centroid_perspective", "centroid_no_perspective",
     "sample_perspective", "sample_no_perspective", "invariant", "shared", "id", "index",
-    "raster_order_group", "function_constant",
+
     // built-in values
-    "vertex_id", "instance_id", "base_vertex", "base_instance", "amplification_id",
-    "amplification_count", "point_coord", "front_facing", "sample_id", "sample_mask",
-    "primitive_id", "barycentric_coord", "viewport_array_index", "render_target_array_index",
+    "vertex_id", "instance_id", "base_vertex", "base_instance", "point_coord", "front_facing",
+    "sample_id", "sample_mask", "primitive_id", "viewport_array_index", "render_target_array_index",
     "thread_position_in_grid", "thread_position_in_threadgroup", "thread_index_in_threadgroup",
     "threadgroup_position_in_grid", "threads_per_grid", "threads_per_threadgroup",
     "threadgroups_per_grid", "thread_index_in_simdgroup", "simdgroup_index_in_threadgroup",
-    "threads_per_simdgroup", "simdgroups_per_threadgroup", "grid_size", "grid_origin",
-    "dispatch_threads_per_threadgroup", "thread_execution_width", "thread_index_in_quadgroup",
-    "quadgroup_index_in_threadgroup", "quadgroups_per_threadgroup",
-    "dispatch_simdgroups_per_threadgroup", "dispatch_quadgroups_per_threadgroup",
+    "threads_per_simdgroup", "simdgroups_per_threadgroup", "dispatch_threads_per_threadgroup",
+    "thread_execution_width", "thread_index_in_quadgroup", "quadgroup_index_in_threadgroup",
+    "quadgroups_per_threadgroup", "dispatch_simdgroups_per_threadgroup",
+    "dispatch_quadgroups_per_threadgroup",
     // functions
     "vertex", "fragment", "kernel", "early_fragment_tests", "max_total_threads_per_threadgroup",
-    "host_name", "visible", "stitchable"};
+    "host_name"};
 
 // The tags, each as Clang's parser meets it: Metal's words in brackets, the token pass's own words
 // (msl_vertex ...) in GNU's form.

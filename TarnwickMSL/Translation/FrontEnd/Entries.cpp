@@ -1,6 +1,8 @@
 #include "TarnwickMSL/Translation/FrontEnd/Entries.h"
 
 #include "TarnwickMSL/Translation/FrontEnd/Attributes.h"
+#include "TarnwickMSL/Translation/FrontEnd/BuiltIns.h"
+#include "TarnwickMSL/Translation/FrontEnd/StageRecords.h"
 
 #include <clang/AST/Attr.h>
 #include <clang/AST/DeclTemplate.h>
@@ -16,6 +18,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -24,76 +27,6 @@ namespace tarnwick::msl {
 namespace {
 
 using clang::QualType;
-
-constexpr std::array<std::string_view, 38> builtIns = {"vertex_id",
-                                                       "instance_id",
-                                                       "base_vertex",
-                                                       "base_instance",
-                                                       "amplification_id",
-                                                       "amplification_count",
-                                                       "position",
-                                                       "point_coord",
-                                                       "front_facing",
-                                                       "sample_id",
-                                                       "sample_mask",
-                                                       "primitive_id",
-                                                       "barycentric_coord",
-                                                       "viewport_array_index",
-                                                       "render_target_array_index",
-                                                       "color",
-                                                       "thread_position_in_grid",
-                                                       "thread_position_in_threadgroup",
-                                                       "thread_index_in_threadgroup",
-                                                       "threadgroup_position_in_grid",
-                                                       "threads_per_grid",
-                                                       "threads_per_threadgroup",
-                                                       "threadgroups_per_grid",
-                                                       "thread_index_in_simdgroup",
-                                                       "simdgroup_index_in_threadgroup",
-                                                       "threads_per_simdgroup",
-                                                       "simdgroups_per_threadgroup",
-                                                       "grid_size",
-                                                       "grid_origin",
-                                                       "dispatch_threads_per_threadgroup",
-                                                       "thread_execution_width",
-                                                       "thread_index_in_quadgroup",
-                                                       "quadgroup_index_in_threadgroup",
-                                                       "quadgroups_per_threadgroup",
-                                                       "dispatch_simdgroups_per_threadgroup",
-                                                       "dispatch_quadgroups_per_threadgroup",
-                                                       "point_size",
-                                                       "clip_distance"};
-
-constexpr std::array<std::pair<std::string_view, Interpolation>, 7> interpolations = {
-    {{"flat", Interpolation::flat},
-     {"center_perspective", Interpolation::centerPerspective},
-     {"center_no_perspective", Interpolation::centerNoPerspective},
-     {"centroid_perspective", Interpolation::centroidPerspective},
-     {"centroid_no_perspective", Interpolation::centroidNoPerspective},
-     {"sample_perspective", Interpolation::samplePerspective},
-     {"sample_no_perspective", Interpolation::sampleNoPerspective}}};
-
-// Attributes of a record's member or a result that name what it is to the pipeline.
-constexpr std::array<std::string_view, 16> memberWords = {"position",
-                                                          "point_size",
-                                                          "clip_distance",
-                                                          "color",
-                                                          "depth",
-                                                          "stencil",
-                                                          "sample_mask",
-                                                          "attribute",
-                                                          "render_target_array_index",
-                                                          "viewport_array_index",
-                                                          "point_coord",
-                                                          "front_facing",
-                                                          "primitive_id",
-                                                          "barycentric_coord",
-                                                          "sample_id",
-                                                          "instance_id"};
-
-template <class Table> bool holds(const Table& table, std::string_view word) {
-    return std::find(table.begin(), table.end(), word) != table.end();
-}
 
 class EntryReader {
   public:
@@ -112,9 +45,6 @@ class EntryReader {
             diagnostics.getDiagnosticIDs()->getCustomDiagID(clang::DiagnosticIDs::Error, message);
         diagnostics.Report(at, id) << first << second;
     }
-    static llvm::StringRef stageName(Stage stage) {
-        return stage == Stage::vertex ? "vertex" : stage == Stage::fragment ? "fragment" : "kernel";
-    }
 
     void readFunction(const clang::FunctionDecl& function);
     void readArgument(const clang::ParmVarDecl& parameter, EntrySignature& signature);
@@ -124,92 +54,9 @@ class EntryReader {
     bool readBuiltIn(const clang::ParmVarDecl& parameter, EntrySignature& signature,
                      Argument& argument);
     void readResult(const clang::FunctionDecl& function, EntrySignature& signature);
-    std::vector<StageValue> members(const clang::RecordDecl& record, bool isInput);
-    bool shape(QualType type, StageValue& value) const;
-    std::optional<Scalar> scalar(QualType type) const;
     void numberResources(EntrySignature& signature);
+    void reportSharedIndices(const clang::FunctionDecl& function, const EntrySignature& signature);
 };
-
-std::optional<Scalar> EntryReader::scalar(QualType type) const {
-    const auto* builtIn = type.getCanonicalType()->getAs<clang::BuiltinType>();
-    if (!builtIn)
-        return std::nullopt;
-    switch (builtIn->getKind()) {
-    case clang::BuiltinType::Bool:
-        return Scalar::bool_;
-    case clang::BuiltinType::Char_S:
-    case clang::BuiltinType::SChar:
-        return Scalar::int8;
-    case clang::BuiltinType::UChar:
-        return Scalar::uint8;
-    case clang::BuiltinType::Short:
-        return Scalar::int16;
-    case clang::BuiltinType::UShort:
-        return Scalar::uint16;
-    case clang::BuiltinType::Int:
-        return Scalar::int32;
-    case clang::BuiltinType::UInt:
-        return Scalar::uint32;
-    case clang::BuiltinType::Half:
-        return Scalar::half;
-    case clang::BuiltinType::Float:
-        return Scalar::float_;
-    default:
-        return std::nullopt;
-    }
-}
-
-bool EntryReader::shape(QualType type, StageValue& value) const {
-    if (const auto* array = context.getAsConstantArrayType(type)) {
-        value.index = static_cast<std::uint32_t>(array->getZExtSize());
-        type = array->getElementType();
-    }
-    if (const auto* vector = type->getAs<clang::VectorType>()) {
-        value.width = vector->getNumElements();
-        type = vector->getElementType();
-    }
-    auto found = scalar(type);
-    if (!found)
-        return false;
-    value.scalar = *found;
-    return true;
-}
-
-std::vector<StageValue> EntryReader::members(const clang::RecordDecl& record, bool isInput) {
-    std::vector<StageValue> values;
-    if (record.isInvalidDecl() || !record.isCompleteDefinition())
-        return values;
-    const clang::ASTRecordLayout& layout = context.getASTRecordLayout(&record);
-    for (const clang::FieldDecl* field : record.fields()) {
-        StageValue value;
-        value.name = field->getName().str();
-        value.offset = layout.getFieldOffset(field->getFieldIndex()) / 8;
-        if (!shape(field->getType(), value)) {
-            error(field->getLocation(),
-                  isInput ? "invalid type %0 for a stage_in member"
-                          : "invalid type %0 for a returned member",
-                  "'" + field->getType().getAsString() + "'");
-            continue;
-        }
-        const bool isInteger = value.scalar != Scalar::float_ && value.scalar != Scalar::half;
-        if (isInteger)
-            value.interpolation = Interpolation::flat;
-        for (const MetalAttribute& attribute : metalAttributes(*field)) {
-            for (const auto& [word, interpolation] : interpolations)
-                if (attribute.word == word)
-                    value.interpolation = interpolation;
-            if (attribute.word == "user")
-                value.name = attribute.text;
-            if (holds(memberWords, attribute.word)) {
-                value.attribute = attribute.word;
-                if (attribute.hasIndex)
-                    value.index = attribute.index;
-            }
-        }
-        values.push_back(std::move(value));
-    }
-    return values;
-}
 
 void EntryReader::readPointee(QualType pointee, Argument& argument) {
     if (!pointee->isIncompleteType()) {
@@ -298,17 +145,23 @@ bool EntryReader::readResource(const clang::ParmVarDecl& parameter, Argument& ar
     return readTexture(*made, argument);
 }
 
-bool EntryReader::readBuiltIn(const clang::ParmVarDecl& parameter, EntrySignature&,
+bool EntryReader::readBuiltIn(const clang::ParmVarDecl& parameter, EntrySignature& signature,
                               Argument& argument) {
     for (const MetalAttribute& attribute : metalAttributes(parameter)) {
-        if (!holds(builtIns, attribute.word))
+        const BuiltInWord* word = builtInWord(attribute.word);
+        if (!word)
             continue;
         StageValue value;
         value.name = parameter.getName().str();
         value.attribute = attribute.word;
+        if (!word->isInputOf(signature.stage))
+            error(parameter.getLocation(),
+                  "attribute '%0' is not valid for an input of a %1 function", attribute.word,
+                  stageName(signature.stage));
+        else if (!readShape(context, parameter.getType(), value) || !word->takes(value))
+            error(parameter.getLocation(), "type %0 is not valid for attribute '%1'",
+                  "'" + parameter.getType().getAsString() + "'", attribute.word);
         value.index = attribute.index;
-        if (!shape(parameter.getType(), value))
-            return false;
         argument.kind = ArgumentKind::builtIn;
         argument.values.push_back(std::move(value));
         return true;
@@ -331,7 +184,7 @@ void EntryReader::readArgument(const clang::ParmVarDecl& parameter, EntrySignatu
             error(parameter.getLocation(), "invalid type %0 for a stage_in argument",
                   "'" + parameter.getType().getAsString() + "'");
         else
-            argument.values = members(*record, true);
+            argument.values = stageValues(context, *record, signature.stage, Border::input);
     } else if (readBuiltIn(parameter, signature, argument)) {
         argument.index = 0;
     } else if (!readResource(parameter, argument)) {
@@ -339,6 +192,22 @@ void EntryReader::readArgument(const clang::ParmVarDecl& parameter, EntrySignatu
               "'" + parameter.getType().getAsString() + "'", stageName(signature.stage));
     }
     signature.arguments.push_back(std::move(argument));
+}
+
+// Two arguments of one kind may not have one index.
+void EntryReader::reportSharedIndices(const clang::FunctionDecl& function,
+                                      const EntrySignature& signature) {
+    std::map<std::pair<ArgumentKind, std::uint32_t>, llvm::StringRef> known;
+    for (std::size_t i = 0; i < signature.arguments.size(); ++i) {
+        const Argument& argument = signature.arguments[i];
+        if (argument.kind == ArgumentKind::stageIn || argument.kind == ArgumentKind::builtIn)
+            continue;
+        for (std::uint32_t n = 0; n < std::min(argument.count, 31u); ++n)
+            if (!known.try_emplace({argument.kind, argument.index + n}, argument.name).second)
+                error(function.getParamDecl(static_cast<unsigned>(i))->getLocation(),
+                      "'%0' and '%1' have the same index", argument.name,
+                      known[{argument.kind, argument.index + n}]);
+    }
 }
 
 // Gives arguments without an index the lowest free one of their kind, in order.
@@ -366,7 +235,7 @@ void EntryReader::readResult(const clang::FunctionDecl& function, EntrySignature
         return;
     }
     StageValue value;
-    if (shape(type, value)) {
+    if (readShape(context, type, value)) {
         value.attribute = signature.stage == Stage::vertex ? "position" : "color";
         signature.results.push_back(std::move(value));
         return;
@@ -378,7 +247,7 @@ void EntryReader::readResult(const clang::FunctionDecl& function, EntrySignature
         return;
     }
     signature.resultIsRecord = true;
-    signature.results = members(*record, false);
+    signature.results = stageValues(context, *record, signature.stage, Border::result);
     const bool hasPosition =
         std::any_of(signature.results.begin(), signature.results.end(),
                     [](const StageValue& v) { return v.attribute == "position"; });
@@ -398,6 +267,8 @@ void EntryReader::readFunction(const clang::FunctionDecl& function) {
             signature.earlyFragmentTests = true;
         if (word == "max_total_threads_per_threadgroup")
             signature.mostThreads = attribute.index;
+        if (word == "host_name")
+            signature.name = attribute.text;
         if (word != "vertex" && word != "fragment" && word != "kernel")
             continue;
         isEntry = true;
@@ -407,7 +278,8 @@ void EntryReader::readFunction(const clang::FunctionDecl& function) {
     }
     if (!isEntry || !function.isThisDeclarationADefinition() || function.isInvalidDecl())
         return;
-    signature.name = function.getNameAsString();
+    if (signature.name.empty())
+        signature.name = function.getQualifiedNameAsString();
     const clang::PresumedLoc place =
         context.getSourceManager().getPresumedLoc(function.getLocation());
     signature.place = std::string(place.getFilename()) + ":" + std::to_string(place.getLine()) +
@@ -415,6 +287,7 @@ void EntryReader::readFunction(const clang::FunctionDecl& function) {
     for (const clang::ParmVarDecl* parameter : function.parameters())
         readArgument(*parameter, signature);
     numberResources(signature);
+    reportSharedIndices(function, signature);
     readResult(function, signature);
     entries.push_back({&function, std::move(signature)});
 }

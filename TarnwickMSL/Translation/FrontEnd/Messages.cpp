@@ -1,6 +1,7 @@
 #include "TarnwickMSL/Translation/FrontEnd/Messages.h"
 
 #include "TarnwickMSL/Translation/FrontEnd/LibraryText.h"
+#include "TarnwickMSL/Translation/FrontEnd/Missing.h"
 
 #include <clang/Basic/SourceManager.h>
 #include <llvm/ADT/StringExtras.h>
@@ -58,6 +59,18 @@ static void replaceAll(std::string& text, const std::string& from, const std::st
         text.replace(at, from.size(), to);
 }
 
+// A name that Clang does not know because it is not there.
+static void nameMissing(llvm::SmallString<256>& message) {
+    const llvm::StringRef text = message;
+    if (!text.starts_with("unknown type name '") && !text.starts_with("no template named '") &&
+        !text.starts_with("no type named '") && !text.starts_with("no member named '") &&
+        !text.starts_with("use of undeclared identifier '"))
+        return;
+    const std::string name = text.split('\'').second.split('\'').first.str();
+    if (isMissingName(name))
+        message = missing("'" + name + "'");
+}
+
 // Vectors by Metal's names, where Clang has no other than their attribute. Comparisons give masks
 // of int; in Metal they are vectors of bool.
 static void nameVectors(llvm::SmallString<256>& message) {
@@ -95,6 +108,7 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
     diagnostic.FormatDiagnostic(message);
     nameConstructor(message);
     nameAssignment(message);
+    nameMissing(message);
     nameVectors(message);
     if (!diagnostic.hasSourceManager() || !diagnostic.getLocation().isValid() || !text) {
         out << (level == Level::Warning ? "warning: " : "error: ") << message << '\n';

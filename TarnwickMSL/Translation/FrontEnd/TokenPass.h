@@ -9,6 +9,7 @@
 #include <llvm/ADT/SmallPtrSet.h>
 
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -66,6 +67,8 @@ class TokenPass {
     void qualifier(std::size_t i);
     void entryPoint(std::size_t i);
     void attributeArguments(std::size_t i);
+    bool missingAttribute(std::size_t i);
+    void report(std::size_t i, const std::string& message);
     void literal(std::size_t i);
     Token number(llvm::StringRef text, SourceLocation at) const;
     void forbidden(std::size_t i);

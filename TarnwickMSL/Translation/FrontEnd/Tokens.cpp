@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Translation/FrontEnd/Tokens.h"
 
+#include "TarnwickMSL/Translation/FrontEnd/Missing.h"
 #include "TarnwickMSL/Translation/FrontEnd/TokenPass.h"
 
 #include <clang/Basic/Diagnostic.h>
@@ -109,10 +110,22 @@ void TokenPass::entryPoint(std::size_t i) {
     }
 }
 
+// Reports an attribute that is not there, and takes it out.
+bool TokenPass::missingAttribute(std::size_t i) {
+    const IdentifierInfo* word = tokens[i].getIdentifierInfo();
+    if (!word || !isMissingAttribute(std::string_view(word->getName())))
+        return false;
+    report(i, missing("attribute '" + word->getName().str() + "'"));
+    dropRange(i, is(i + 1, tok::l_paren) ? scopes.match(i + 1) + 1 : i + 1);
+    return true;
+}
+
 // `[[user(name)]]` and `[[depth(any)]]`: the word becomes a string.
 void TokenPass::attributeArguments(std::size_t i) {
     std::size_t end = scopes.match(i);
-    for (std::size_t j = i + 2; j + 2 < end; ++j) {
+    for (std::size_t j = i + 2; j + 1 < end; ++j) {
+        if ((is(j - 1, tok::l_square) || is(j - 1, tok::comma)) && missingAttribute(j))
+            continue;
         if ((isWord(j, "user") || isWord(j, "depth")) && is(j + 1, tok::l_paren) &&
             tokens[j + 2].getIdentifierInfo() && is(j + 3, tok::r_paren)) {
             std::string text = "\"" + tokens[j + 2].getIdentifierInfo()->getName().str() + "\"";
@@ -158,6 +171,12 @@ void TokenPass::literal(std::size_t i) {
         append(edits[i].before, ")", at);
 }
 
+void TokenPass::report(std::size_t i, const std::string& message) {
+    clang::DiagnosticsEngine& diagnostics = preprocessor.getDiagnostics();
+    const unsigned id = diagnostics.getCustomDiagID(clang::DiagnosticsEngine::Error, "%0");
+    diagnostics.Report(tokens[i].getLocation(), id) << message;
+}
+
 // The words of C++ that a shader may not use.
 void TokenPass::forbidden(std::size_t i) {
     switch (tokens[i].getKind()) {
@@ -182,10 +201,7 @@ void TokenPass::forbidden(std::size_t i) {
     default:
         return;
     }
-    clang::DiagnosticsEngine& diagnostics = preprocessor.getDiagnostics();
-    const unsigned id = diagnostics.getCustomDiagID(clang::DiagnosticsEngine::Error,
-                                                    "'%0' is not supported in Metal");
-    diagnostics.Report(tokens[i].getLocation(), id) << tokens[i].getIdentifierInfo()->getName();
+    report(i, "'" + tokens[i].getIdentifierInfo()->getName().str() + "' is not supported in Metal");
     if (is(i, tok::kw_try) || is(i, tok::kw_throw) || is(i, tok::kw_virtual))
         edits[i].dropped = is(i, tok::kw_virtual);
     if (is(i, tok::kw_double)) {

@@ -3,6 +3,7 @@
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <array>
+#include <set>
 #include <string_view>
 
 namespace tarnwick::msl {
@@ -145,20 +146,43 @@ static Value* firstLanes(IRBuilder<>& builder, Value* value, unsigned width) {
     return builder.CreateShuffleVector(value, mask);
 }
 
-Varyings::Varyings(const std::vector<EntrySignature>& entries) {
-    auto add = [this](const StageValue& value) {
-        if (value.attribute.empty())
-            locations_.try_emplace(value.name, locations_.size());
+// The names that an entry point gives to or takes from the other stage.
+static std::vector<StringRef> varyingNames(const EntrySignature& entry) {
+    std::vector<StringRef> names;
+    auto add = [&names](const std::vector<StageValue>& values) {
+        for (const StageValue& value : values)
+            if (value.attribute.empty())
+                names.push_back(value.name);
     };
-    for (const EntrySignature& entry : entries) {
-        if (entry.stage == Stage::vertex && entry.resultIsRecord)
-            for (const StageValue& value : entry.results)
-                add(value);
-        if (entry.stage == Stage::fragment)
-            for (const Argument& argument : entry.arguments)
-                for (const StageValue& value : argument.values)
-                    add(value);
-    }
+    if (entry.stage == Stage::vertex && entry.resultIsRecord)
+        add(entry.results);
+    if (entry.stage == Stage::fragment)
+        for (const Argument& argument : entry.arguments)
+            add(argument.values);
+    return names;
+}
+
+// Each name has the lowest location that no name has beside which it stands in some entry point:
+// locations are few, and a program may have many entry points.
+Varyings::Varyings(const std::vector<EntrySignature>& entries) {
+    std::vector<std::vector<StringRef>> groups;
+    for (const EntrySignature& entry : entries)
+        groups.push_back(varyingNames(entry));
+    for (const std::vector<StringRef>& group : groups)
+        for (StringRef name : group) {
+            if (locations_.contains(name))
+                continue;
+            std::set<std::uint32_t> taken;
+            for (const std::vector<StringRef>& other : groups)
+                if (is_contained(other, name))
+                    for (StringRef neighbour : other)
+                        if (auto found = locations_.find(neighbour); found != locations_.end())
+                            taken.insert(found->second);
+            std::uint32_t free = 0;
+            while (taken.contains(free))
+                ++free;
+            locations_[name] = free;
+        }
 }
 
 std::uint32_t Varyings::location(StringRef name) const {
@@ -225,6 +249,13 @@ static bool hasLocation(Stage stage, const StageValue& value) {
 }
 
 Value* Interface::read(IRBuilder<>& builder, const StageValue& value) {
+    if (value.attribute == "point_size") // a result alone, in a record that both stages use
+        return Constant::getNullValue(memoryType(builder.getContext(), value));
+    if (Type* type = memoryType(builder.getContext(), value); type->isArrayTy())
+        return builder.CreateLoad(type, global({.kind = InterfaceKind::input,
+                                                .global = "msl.in." + value.attribute,
+                                                .builtIn = value.attribute},
+                                               type));
     if (!hasLocation(shader_.stage, value))
         return fromCrossing(builder,
                             firstLanes(builder, readBuiltIn(builder, value.attribute), value.width),

@@ -10,7 +10,7 @@
 namespace tarnwick::msl {
 
 // The locations of the values between the stages, by name, the same for every entry point of a
-// program, so that any vertex function goes with any fragment function.
+// program, so that any vertex function goes with any fragment function whose names it has.
 class Varyings {
   public:
     explicit Varyings(const std::vector<EntrySignature>& entries);

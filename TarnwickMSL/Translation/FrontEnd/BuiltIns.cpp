@@ -1,0 +1,76 @@
+#include "TarnwickMSL/Translation/FrontEnd/BuiltIns.h"
+
+#include <array>
+
+namespace tarnwick::msl {
+
+using Element = BuiltInWord::Element;
+
+constexpr BuiltInWord kernelInput(std::string_view word, std::uint32_t lanes) {
+    return {.word = word, .mostLanes = lanes, .isKernelInput = true};
+}
+
+// clang-format off
+static constexpr std::array words{
+    BuiltInWord{.word = "vertex_id", .isVertexInput = true},
+    BuiltInWord{.word = "instance_id", .isVertexInput = true},
+    BuiltInWord{.word = "base_vertex", .isVertexInput = true},
+    BuiltInWord{.word = "base_instance", .isVertexInput = true},
+    BuiltInWord{.word = "attribute", .element = Element::any, .mostLanes = 4, .isVertexInput = true},
+    BuiltInWord{.word = "position", .element = Element::float_, .mostLanes = 4, .isFragmentInput = true, .isVertexResult = true},
+    // A record is often the vertex function's result and the fragment function's input; there it is 0.
+    BuiltInWord{.word = "point_size", .element = Element::float_, .isFragmentInput = true, .isVertexResult = true},
+    BuiltInWord{.word = "clip_distance", .element = Element::float_, .isFragmentInput = true, .isVertexResult = true},
+    BuiltInWord{.word = "render_target_array_index", .isFragmentInput = true, .isVertexResult = true},
+    BuiltInWord{.word = "viewport_array_index", .isFragmentInput = true, .isVertexResult = true},
+    BuiltInWord{.word = "point_coord", .element = Element::float_, .mostLanes = 2, .isFragmentInput = true},
+    BuiltInWord{.word = "front_facing", .element = Element::bool_, .isFragmentInput = true},
+    BuiltInWord{.word = "primitive_id", .isFragmentInput = true},
+    BuiltInWord{.word = "sample_id", .isFragmentInput = true},
+    BuiltInWord{.word = "sample_mask", .isFragmentInput = true, .isFragmentResult = true},
+    BuiltInWord{.word = "color", .element = Element::any, .mostLanes = 4, .isFragmentResult = true},
+    BuiltInWord{.word = "depth", .element = Element::float_, .isFragmentResult = true},
+    kernelInput("thread_position_in_grid", 3),
+    kernelInput("thread_position_in_threadgroup", 3),
+    kernelInput("threadgroup_position_in_grid", 3),
+    kernelInput("threads_per_grid", 3),
+    kernelInput("threads_per_threadgroup", 3),
+    kernelInput("dispatch_threads_per_threadgroup", 3),
+    kernelInput("threadgroups_per_grid", 3),
+    kernelInput("thread_index_in_threadgroup", 1),
+    kernelInput("thread_index_in_simdgroup", 1),
+    kernelInput("simdgroup_index_in_threadgroup", 1),
+    kernelInput("threads_per_simdgroup", 1),
+    kernelInput("thread_execution_width", 1),
+    kernelInput("simdgroups_per_threadgroup", 1),
+    kernelInput("dispatch_simdgroups_per_threadgroup", 1),
+    kernelInput("thread_index_in_quadgroup", 1),
+    kernelInput("quadgroup_index_in_threadgroup", 1),
+    kernelInput("quadgroups_per_threadgroup", 1),
+    kernelInput("dispatch_quadgroups_per_threadgroup", 1),
+};
+// clang-format on
+
+bool BuiltInWord::takes(const StageValue& value) const {
+    const bool isFloating = value.scalar == Scalar::float_;
+    const bool isUnsigned = value.scalar == Scalar::uint32 || value.scalar == Scalar::uint16;
+    const bool fits = element == Element::any         ? true
+                      : element == Element::float_    ? isFloating
+                      : element == Element::unsigned_ ? isUnsigned
+                                                      : value.scalar == Scalar::bool_;
+    const bool isExact = !isKernelInput && element != Element::any;
+    return fits && (isExact ? value.width == mostLanes : value.width <= mostLanes);
+}
+
+std::string_view stageName(Stage stage) {
+    return stage == Stage::vertex ? "vertex" : stage == Stage::fragment ? "fragment" : "kernel";
+}
+
+const BuiltInWord* builtInWord(std::string_view word) {
+    for (const BuiltInWord& known : words)
+        if (known.word == word)
+            return &known;
+    return nullptr;
+}
+
+} // namespace tarnwick::msl

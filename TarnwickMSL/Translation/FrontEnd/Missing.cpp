@@ -1,0 +1,48 @@
+#include "TarnwickMSL/Translation/FrontEnd/Missing.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarnwick::msl {
+
+// clang-format off
+// Sorted. Metal Shading Language 3.1: 5.1.1.1 (tessellation), 5.1.4 to 5.1.9 (visible, stitchable,
+// intersection, object, mesh and tile functions), 5.2.3, 5.6 (imageblocks), 5.7 and 5.8.
+static constexpr std::array<std::string_view, 21> attributes{
+    "alias_implicit_imageblock", "amplification_count", "amplification_id", "barycentric_coord",
+    "function_constant", "grid_origin", "grid_size", "imageblock_data", "intersection", "mesh",
+    "object", "patch", "patch_id", "payload", "position_in_patch", "primitive_culled",
+    "raster_order_group", "stencil",
+    "stitchable", "tile", "visible",
+};
+
+// Sorted. 2.1 (bfloat), 2.4 (matrices of SIMD groups), 2.7 (pixel types), 2.11 (imageblocks), 2.14
+// to 2.19, 6.11 (interpolants), 6.13, 6.16 (commands), 6.17 and 6.18 (rays).
+static constexpr std::array<std::string_view, 46> names{
+    "bfloat", "bfloat2", "bfloat3", "bfloat4", "command_buffer", "compute_command", "imageblock",
+    "imageblock_slice", "interpolant", "interpolation", "intersection_function_table",
+    "intersector",
+    "is_function_constant_defined", "mesh", "mesh_grid_properties", "object_data",
+    "patch_control_point", "r16snorm", "r16unorm", "r8snorm", "r8unorm",
+    "rasterization_rate_map_data", "rasterization_rate_map_decoder", "ray_data", "raytracing",
+    "render_command", "rg11b10f", "rg16snorm", "rg16unorm", "rg8snorm", "rg8unorm", "rgb10a2",
+    "rgb9e5", "rgba16snorm", "rgba16unorm", "rgba8snorm", "rgba8unorm", "simdgroup_bfloat8x8",
+    "simdgroup_float8x8", "simdgroup_half8x8", "simdgroup_matrix", "srgba8unorm",
+    "threadgroup_imageblock", "topology", "uniform", "visible_function_table",
+};
+// clang-format on
+static_assert(std::ranges::is_sorted(attributes) && std::ranges::is_sorted(names));
+
+bool isMissingAttribute(std::string_view word) {
+    return std::ranges::binary_search(attributes, word);
+}
+
+bool isMissingName(std::string_view name) {
+    return std::ranges::binary_search(names, name);
+}
+
+std::string missing(std::string_view what) {
+    return std::string(what) + " is not supported on this platform";
+}
+
+} // namespace tarnwick::msl

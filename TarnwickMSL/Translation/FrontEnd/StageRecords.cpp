@@ -1,0 +1,259 @@
+#include "TarnwickMSL/Translation/FrontEnd/StageRecords.h"
+
+#include "TarnwickMSL/Translation/FrontEnd/Attributes.h"
+#include "TarnwickMSL/Translation/FrontEnd/BuiltIns.h"
+
+#include <clang/AST/ASTContext.h>
+#include <clang/AST/DeclCXX.h>
+#include <clang/AST/DeclTemplate.h>
+#include <clang/AST/RecordLayout.h>
+#include <clang/Basic/Diagnostic.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+namespace tarnwick::msl {
+namespace {
+
+using clang::QualType;
+
+// Between the stages: what Metal's devices have, and less than Vulkan's (1.3, 33.1: 128
+// components).
+constexpr std::size_t mostVaryings = 31;
+
+constexpr std::array<std::pair<std::string_view, Interpolation>, 7> interpolations = {
+    {{"flat", Interpolation::flat},
+     {"center_perspective", Interpolation::centerPerspective},
+     {"center_no_perspective", Interpolation::centerNoPerspective},
+     {"centroid_perspective", Interpolation::centroidPerspective},
+     {"centroid_no_perspective", Interpolation::centroidNoPerspective},
+     {"sample_perspective", Interpolation::samplePerspective},
+     {"sample_no_perspective", Interpolation::sampleNoPerspective}}};
+
+std::optional<Scalar> scalarOf(QualType type) {
+    const auto* builtIn = type.getCanonicalType()->getAs<clang::BuiltinType>();
+    if (!builtIn)
+        return std::nullopt;
+    switch (builtIn->getKind()) {
+    case clang::BuiltinType::Bool:
+        return Scalar::bool_;
+    case clang::BuiltinType::Char_S:
+    case clang::BuiltinType::SChar:
+        return Scalar::int8;
+    case clang::BuiltinType::UChar:
+        return Scalar::uint8;
+    case clang::BuiltinType::Short:
+        return Scalar::int16;
+    case clang::BuiltinType::UShort:
+        return Scalar::uint16;
+    case clang::BuiltinType::Int:
+        return Scalar::int32;
+    case clang::BuiltinType::UInt:
+        return Scalar::uint32;
+    case clang::BuiltinType::Half:
+        return Scalar::half;
+    case clang::BuiltinType::Float:
+        return Scalar::float_;
+    default:
+        return std::nullopt;
+    }
+}
+
+// The library's class template that the type is made from, or nothing.
+const clang::ClassTemplateSpecializationDecl* libraryClass(QualType type) {
+    const auto* made = llvm::dyn_cast_if_present<clang::ClassTemplateSpecializationDecl>(
+        type->getAsCXXRecordDecl());
+    const auto* space =
+        made ? llvm::dyn_cast<clang::NamespaceDecl>(made->getDeclContext()) : nullptr;
+    return space && space->getName() == "metal" ? made : nullptr;
+}
+
+class RecordReader {
+  public:
+    RecordReader(clang::ASTContext& context, Stage stage, Border border)
+        : context(context), stage(stage), border(border) {}
+
+    void record(const clang::CXXRecordDecl& record, const StageValue& outer);
+    std::vector<StageValue> values;
+
+  private:
+    clang::ASTContext& context;
+    Stage stage;
+    Border border;
+
+    bool isInput() const { return border == Border::input; }
+    void error(clang::SourceLocation at, const char* message, llvm::StringRef first,
+               llvm::StringRef second = "") {
+        clang::DiagnosticsEngine& diagnostics = context.getDiagnostics();
+        const unsigned id =
+            diagnostics.getDiagnosticIDs()->getCustomDiagID(clang::DiagnosticIDs::Error, message);
+        diagnostics.Report(at, id) << first << second;
+    }
+    void field(const clang::FieldDecl& field, StageValue value);
+    void attributes(const clang::FieldDecl& field, StageValue& value);
+    bool parts(QualType type, const StageValue& whole);
+    void reportTwin(const clang::FieldDecl& field, std::size_t i);
+    void check(const clang::FieldDecl& field, const StageValue& value);
+};
+
+void RecordReader::attributes(const clang::FieldDecl& field, StageValue& value) {
+    for (const MetalAttribute& attribute : metalAttributes(field)) {
+        for (const auto& [word, interpolation] : interpolations)
+            if (attribute.word == word)
+                value.interpolation = interpolation;
+        if (attribute.word == "user")
+            value.name = attribute.text;
+        if (builtInWord(attribute.word)) {
+            value.attribute = attribute.word;
+            if (attribute.hasIndex)
+                value.index = attribute.index;
+        }
+    }
+}
+
+// Reports an attribute where it may not stand.
+void RecordReader::check(const clang::FieldDecl& field, const StageValue& value) {
+    const BuiltInWord* word = builtInWord(value.attribute);
+    if (!word)
+        return;
+    if (!(isInput() ? word->isInputOf(stage) : word->isResultOf(stage)))
+        error(field.getLocation(),
+              isInput() ? "attribute '%0' is not valid for an input of a %1 function"
+                        : "attribute '%0' is not valid for a result of a %1 function",
+              value.attribute, stageName(stage));
+    else if (!word->takes(value))
+        error(field.getLocation(), "type %0 is not valid for attribute '%1'",
+              "'" + field.getType().getAsString() + "'", value.attribute);
+}
+
+// The values in an array or a record, which go by numbers and names. False for what has none.
+bool RecordReader::parts(QualType type, const StageValue& whole) {
+    const bool isVertexAttribute = whole.attribute == "attribute";
+    if (const auto* array = context.getAsConstantArrayType(type)) {
+        const std::uint64_t count = array->getZExtSize();
+        const auto bytes = static_cast<std::uint64_t>(
+            context.getTypeSizeInChars(array->getElementType()).getQuantity());
+        for (std::uint64_t i = 0; i < std::min<std::uint64_t>(count, mostVaryings + 1); ++i) {
+            StageValue value = whole;
+            value.name += "[" + std::to_string(i) + "]";
+            value.offset += i * bytes;
+            if (!parts(array->getElementType(), value))
+                return false;
+        }
+        return !isVertexAttribute;
+    }
+    StageValue value = whole;
+    if (readShape(context, type, value)) {
+        const bool isInteger = value.scalar != Scalar::float_ && value.scalar != Scalar::half;
+        if (isInteger)
+            value.interpolation = Interpolation::flat;
+        values.push_back(std::move(value));
+        return true;
+    }
+    const auto* made = type->getAsCXXRecordDecl();
+    if (!made || !made->isCompleteDefinition() || made->isUnion() || !whole.attribute.empty())
+        return false;
+    if (const auto* known = libraryClass(type))
+        if (!llvm::StringSwitch<bool>(known->getName())
+                 .Cases("matrix", "array", "packed_vector", true)
+                 .Default(false))
+            return false;
+    record(*made, whole);
+    return true;
+}
+
+// Reports a value that stands for the same as one before it.
+void RecordReader::reportTwin(const clang::FieldDecl& field, std::size_t i) {
+    const StageValue& value = values[i];
+    for (std::size_t before = 0; before < i; ++before) {
+        const StageValue& other = values[before];
+        const bool isSame =
+            value.attribute.empty() ? value.name == other.name : value.index == other.index;
+        if (isSame && value.attribute == other.attribute)
+            return error(field.getLocation(), "'%0' stands for the same value as another member",
+                         field.getName());
+    }
+}
+
+void RecordReader::field(const clang::FieldDecl& field, StageValue value) {
+    attributes(field, value);
+    const std::size_t before = values.size();
+    const bool isWhole =
+        value.attribute == "clip_distance" && readShape(context, field.getType(), value);
+    if (isWhole)
+        values.push_back(value);
+    else if (!parts(field.getType(), value)) {
+        values.resize(before);
+        error(field.getLocation(),
+              isInput() ? "invalid type %0 for a stage_in member"
+                        : "invalid type %0 for a returned member",
+              "'" + field.getType().getAsString() + "'");
+        return;
+    }
+    for (std::size_t i = before; i < values.size(); ++i)
+        if (values[i].attribute == value.attribute) {
+            check(field, values[i]);
+            reportTwin(field, i);
+        }
+}
+
+void RecordReader::record(const clang::CXXRecordDecl& record, const StageValue& outer) {
+    if (record.isInvalidDecl() || !record.isCompleteDefinition())
+        return;
+    const clang::ASTRecordLayout& layout = context.getASTRecordLayout(&record);
+    for (const clang::CXXBaseSpecifier& base : record.bases()) {
+        StageValue value = outer;
+        const clang::CXXRecordDecl* of = base.getType()->getAsCXXRecordDecl();
+        value.offset += static_cast<std::uint64_t>(layout.getBaseClassOffset(of).getQuantity());
+        this->record(*of, value);
+    }
+    for (const clang::FieldDecl* member : record.fields()) {
+        StageValue value = outer;
+        const std::string name = member->getName().str();
+        value.name += (outer.name.empty() || name.empty() ? "" : ".") + name;
+        value.offset += layout.getFieldOffset(member->getFieldIndex()) / 8;
+        field(*member, std::move(value));
+    }
+}
+
+} // namespace
+
+bool readShape(const clang::ASTContext& context, QualType type, StageValue& value) {
+    if (const auto* array = context.getAsConstantArrayType(type)) {
+        value.index = static_cast<std::uint32_t>(array->getZExtSize());
+        type = array->getElementType();
+    }
+    if (const auto* vector = type->getAs<clang::VectorType>()) {
+        value.width = vector->getNumElements();
+        type = vector->getElementType();
+    } else if (const auto* made = libraryClass(type); made && made->getName() == "bool_vector") {
+        value.width =
+            static_cast<std::uint32_t>(made->getTemplateArgs()[0].getAsIntegral().getZExtValue());
+        value.scalar = Scalar::bool_;
+        return true;
+    }
+    const auto found = scalarOf(type);
+    if (found)
+        value.scalar = *found;
+    return found.has_value();
+}
+
+std::vector<StageValue> stageValues(clang::ASTContext& context, const clang::CXXRecordDecl& record,
+                                    Stage stage, Border border) {
+    RecordReader reader(context, stage, border);
+    reader.record(record, {});
+    const auto varyings = std::count_if(reader.values.begin(), reader.values.end(),
+                                        [](const StageValue& v) { return v.attribute.empty(); });
+    if (static_cast<std::size_t>(varyings) > mostVaryings) {
+        clang::DiagnosticsEngine& diagnostics = context.getDiagnostics();
+        const unsigned id = diagnostics.getDiagnosticIDs()->getCustomDiagID(
+            clang::DiagnosticIDs::Error, "'%0' has more than %1 values to pass between the stages");
+        diagnostics.Report(record.getLocation(), id)
+            << record.getName() << static_cast<unsigned>(mostVaryings);
+    }
+    return std::move(reader.values);
+}
+
+} // namespace tarnwick::msl
