@@ -14,6 +14,10 @@
 
 namespace tarnwick::corpus {
 
+void PrintTo(const Program& program, std::ostream* out) { // what a failure names
+    *out << program.name;
+}
+
 namespace {
 
 constexpr std::size_t numbers = 256, words = 1024;

@@ -33,7 +33,7 @@ constexpr std::array words = {
     "threads_per_simdgroup", "simdgroups_per_threadgroup", "dispatch_threads_per_threadgroup",
     "thread_execution_width", "thread_index_in_quadgroup", "quadgroup_index_in_threadgroup",
     "quadgroups_per_threadgroup", "dispatch_simdgroups_per_threadgroup",
-    "dispatch_quadgroups_per_threadgroup",
+    "dispatch_quadgroups_per_threadgroup", "grid_size", "grid_origin",
     // functions
     "vertex", "fragment", "kernel", "early_fragment_tests", "max_total_threads_per_threadgroup",
     "host_name"};

@@ -42,6 +42,8 @@ static constexpr std::array words{
     kernelInput("simdgroup_index_in_threadgroup", 1),
     kernelInput("threads_per_simdgroup", 1),
     kernelInput("thread_execution_width", 1),
+    kernelInput("grid_size", 3),
+    kernelInput("grid_origin", 3),
     kernelInput("simdgroups_per_threadgroup", 1),
     kernelInput("dispatch_simdgroups_per_threadgroup", 1),
     kernelInput("thread_index_in_quadgroup", 1),

@@ -44,7 +44,8 @@ constexpr const char* otherHeaders[] = {
     "metal_compute",     "metal_graphics",  "metal_types",           "metal_pack",
     "metal_array",       "metal_simdgroup", "metal_limits",          "metal_numeric",
     "metal_assert",      "metal_config",    "metal_extended_vector", "metal_packed_vector",
-    "metal_type_traits", "metal_utility",   "simd/simd.h",           "metal_stdlib.h"};
+    "metal_type_traits", "metal_utility",   "metal_quadgroup",       "simd/simd.h",
+    "metal_stdlib.h"};
 
 FileSystem fileSystem(std::string_view precompiled) {
     FileSystem files = new llvm::vfs::InMemoryFileSystem;

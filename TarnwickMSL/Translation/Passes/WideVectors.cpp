@@ -11,6 +11,11 @@ using namespace llvm;
 
 constexpr unsigned mostLanes = 4;
 
+static bool isWide(const Value* value) {
+    auto* type = dyn_cast<FixedVectorType>(value->getType());
+    return type && type->getNumElements() > mostLanes;
+}
+
 // A lane as part of a lane of `whole`, whose lanes are wider.
 static Value* partOfLane(IRBuilder<>& builder, Value* whole, FixedVectorType& type,
                          std::uint64_t lane) {
@@ -44,11 +49,15 @@ static Value* loadedLane(LoadInst& load, FixedVectorType& type, std::uint64_t la
 static Value* readLane(ExtractElementInst& extract) {
     auto* type = dyn_cast<FixedVectorType>(extract.getVectorOperandType());
     auto* index = dyn_cast<ConstantInt>(extract.getIndexOperand());
-    if (!type || !index || type->getNumElements() <= mostLanes)
+    if (!index || !isWide(extract.getVectorOperand()))
         return nullptr;
-    if (auto* load = dyn_cast<LoadInst>(extract.getVectorOperand()))
+    Value* source = extract.getVectorOperand();
+    while (isWide(source) && isa<BitCastInst>(source) &&
+           isWide(cast<BitCastInst>(source)->getOperand(0)))
+        source = cast<BitCastInst>(source)->getOperand(0);
+    if (auto* load = dyn_cast<LoadInst>(source))
         return loadedLane(*load, *type, index->getZExtValue());
-    auto* cast = dyn_cast<BitCastInst>(extract.getVectorOperand());
+    auto* cast = dyn_cast<BitCastInst>(source);
     IRBuilder<> builder(&extract);
     return cast && hasParts(cast->getSrcTy(), *type)
                ? partOfLane(builder, cast->getOperand(0), *type, index->getZExtValue())
