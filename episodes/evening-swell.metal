@@ -230,12 +230,13 @@ float grain(float x) {
 
 float2 sound(float t, constant Params& p) {
     float2 out = float2(0.0);
+    float s = fmod(t, 20.0); // small enough to tell samples apart
     for (int i = 0; i < 3; i++) {
         float period = 7.3 + 2.9 * float(i);
         float phase = fract(t / period + 0.37 * float(i));
         float swell = smoothstep(0.0, 0.45, phase) * smoothstep(1.0, 0.5, phase);
-        float hiss = grain(fmod(t, 20.0) * (900.0 + 5200.0 * phase * phase) * 0.25 + float(i) * 4000.0);
-        float rumble = grain(fmod(t, 60.0) * 140.0 + float(i) * 900.0);
+        float hiss = mix(grain(s * 1400.0 + float(i) * 4000.0), grain(s * 6100.0 + float(i) * 900.0), phase);
+        float rumble = grain(s * 140.0 + float(i) * 900.0);
         float v = swell * (0.30 * rumble + 0.20 * hiss * phase);
         float side = 0.5 + 0.35 * (float(i) - 1.0);
         out += v * float2(1.0 - side, side);

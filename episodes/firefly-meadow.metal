@@ -226,17 +226,17 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Trails trails)
 float cricket(float t, float pitch, float pulses, float period, float offset) {
     float chirp = fract(t / period + offset) * period;
     float on = smoothstep(0.0, 0.02, chirp) * smoothstep(0.36 * period, 0.30 * period, chirp);
-    float pulse = 0.5 - 0.5 * cos(6.2831853 * pulses * t);
-    return sin(6.2831853 * pitch * t) * pulse * pulse * on;
+    float pulse = 0.5 - 0.5 * cos(6.2831853 * fract(pulses * fract(t)));
+    return sin(6.2831853 * fract(pitch * fract(t))) * pulse * pulse * on; // pitches are whole hertz
 }
 
 float2 sound(float t, constant Params& p) {
-    float s = fmod(t, 64.0); // precise enough to be in tune
     float2 out = float2(0.0);
-    out += cricket(s, 4200.0, 31.0, 0.92, 0.0) * float2(0.30, 0.12);
-    out += cricket(s, 4650.0, 36.0, 1.13, 0.4) * float2(0.08, 0.26);
-    out += cricket(s, 3850.0, 28.0, 1.37, 0.7) * float2(0.16, 0.16);
-    float slow = 0.6 + 0.4 * sin(6.2831853 * s / 16.0);
+    out += cricket(t, 4200.0, 31.0, 0.92, 0.0) * float2(0.30, 0.12);
+    out += cricket(t, 4650.0, 36.0, 1.13, 0.4) * float2(0.08, 0.26);
+    out += cricket(t, 3850.0, 28.0, 1.37, 0.7) * float2(0.16, 0.16);
+    float slow = 0.6 + 0.4 * sin(6.2831853 * t / 16.0);
+    float s = fmod(t, 32.0); // small enough to tell samples apart
     float air = noise(float2(s * 420.0, 3.0)) + noise(float2(s * 970.0, 7.0)) - 1.0;
     out += air * 0.10 * slow;
     return out * 0.5 * p.volume;

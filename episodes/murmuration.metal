@@ -2,7 +2,7 @@
 //
 // @episode 11 Murmuration
 // @particles 24000
-// @still 6
+// @still 3
 // @length 60
 // @teaches Drawing dark on light with added light: trails count birds, and the picture takes their shadow from the sky
 // @category Nature
