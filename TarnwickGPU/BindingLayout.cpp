@@ -56,25 +56,49 @@ constexpr std::array limitsPerStage{
           &VkPhysicalDeviceLimits::maxPerStageDescriptorStorageImages},
     Limit{VK_DESCRIPTOR_TYPE_SAMPLER, &VkPhysicalDeviceLimits::maxPerStageDescriptorSamplers}};
 
+std::size_t countOf(VkDescriptorType type, std::span<const msl::EntryPoint* const> functions) {
+    std::size_t count = 0;
+    for (const msl::EntryPoint* function : functions)
+        count += static_cast<std::size_t>(
+            std::count_if(function->resources.begin(), function->resources.end(),
+                          [&](const auto& one) { return descriptorType(one.kind) == type; }));
+    return count;
+}
+
 // The packaged CPU driver shows a stage 15 uniform buffers, far fewer than Metal's 31.
-bool isWithinLimits(const DeviceState& device, const msl::EntryPoint& function) {
+bool isWithinLimits(const DeviceState& device,
+                    std::span<const msl::EntryPoint* const> functionsOfAStage,
+                    std::size_t ownBuffers) {
     return std::all_of(limitsPerStage.begin(), limitsPerStage.end(), [&](const Limit& limit) {
-        const auto count =
-            std::count_if(function.resources.begin(), function.resources.end(),
-                          [&](const auto& one) { return descriptorType(one.kind) == limit.type; });
-        return static_cast<std::uint64_t>(count) <= device.limits.*limit.most;
+        const std::size_t own = limit.type == VK_DESCRIPTOR_TYPE_STORAGE_BUFFER ? ownBuffers : 0;
+        return countOf(limit.type, functionsOfAStage) + own <= device.limits.*limit.most;
     });
 }
 
-bool makeSetLayout(DeviceState& device, BindingLayout& layout,
-                   std::span<const msl::EntryPoint* const> functions) {
+bool isWithinLimits(const DeviceState& device, const BindingNeeds& needs) {
+    if (needs.stages != 0)
+        return isWithinLimits(device, needs.functions, needs.ownBuffers);
+    for (std::size_t at = 0; at < needs.functions.size(); ++at)
+        if (!isWithinLimits(device, needs.functions.subspan(at, 1), 0))
+            return false;
+    return true;
+}
+
+bool makeSetLayout(DeviceState& device, BindingLayout& layout, const BindingNeeds& needs) {
     std::vector<VkDescriptorSetLayoutBinding> bindings;
-    for (const msl::EntryPoint* function : functions)
+    for (const msl::EntryPoint* function : needs.functions)
         for (const msl::Resource& resource : function->resources)
-            bindings.push_back({.binding = resource.binding,
-                                .descriptorType = descriptorType(resource.kind),
-                                .descriptorCount = 1,
-                                .stageFlags = stageFlags(function->stage)});
+            bindings.push_back(
+                {.binding = resource.binding,
+                 .descriptorType = descriptorType(resource.kind),
+                 .descriptorCount = 1,
+                 .stageFlags = needs.stages ? needs.stages : stageFlags(function->stage)});
+    for (std::size_t own = 0; own < needs.ownBuffers; ++own)
+        bindings.push_back(
+            {.binding = ownBinding(needs.functions) + static_cast<std::uint32_t>(own),
+             .descriptorType = VK_DESCRIPTOR_TYPE_STORAGE_BUFFER,
+             .descriptorCount = 1,
+             .stageFlags = needs.stages});
     layout.pushesDescriptors =
         device.pushDescriptorSet && bindings.size() <= device.features.maxPushDescriptors;
     const VkDescriptorSetLayoutCreateInfo info{
@@ -89,14 +113,13 @@ bool makeSetLayout(DeviceState& device, BindingLayout& layout,
            VK_SUCCESS;
 }
 
-bool makePipelineLayout(DeviceState& device, BindingLayout& layout, bool isKernel) {
-    const VkPushConstantRange gridSize{.stageFlags = VK_SHADER_STAGE_COMPUTE_BIT,
-                                       .size = msl::kernelPushConstantBytes};
+bool makePipelineLayout(DeviceState& device, BindingLayout& layout,
+                        const VkPushConstantRange& pushConstants) {
     const VkPipelineLayoutCreateInfo info{.sType = VK_STRUCTURE_TYPE_PIPELINE_LAYOUT_CREATE_INFO,
                                           .setLayoutCount = 1,
                                           .pSetLayouts = &layout.setLayout,
-                                          .pushConstantRangeCount = isKernel ? 1u : 0u,
-                                          .pPushConstantRanges = &gridSize};
+                                          .pushConstantRangeCount = pushConstants.size ? 1u : 0u,
+                                          .pPushConstantRanges = &pushConstants};
     return vkCreatePipelineLayout(device.handle, &info, nullptr, &layout.pipelineLayout) ==
            VK_SUCCESS;
 }
@@ -126,17 +149,26 @@ bool listResources(DeviceState& device, BindingLayout& layout, const msl::EntryP
 
 } // namespace
 
-std::optional<BindingLayout>
-BindingLayout::make(DeviceState& device, std::span<const msl::EntryPoint* const> functions) {
-    BindingLayout layout;
-    const bool isKernel = functions.front()->stage == msl::Stage::kernel;
-    bool isMade = std::all_of(functions.begin(), functions.end(), [&](const auto* function) {
-        return isWithinLimits(device, *function);
-    });
-    isMade = isMade && makeSetLayout(device, layout, functions) &&
-             makePipelineLayout(device, layout, isKernel);
+std::uint32_t ownBinding(std::span<const msl::EntryPoint* const> functions) {
+    std::uint32_t free = 0;
     for (const msl::EntryPoint* function : functions)
+        for (const msl::Resource& resource : function->resources)
+            free = std::max(free, resource.binding + 1);
+    return free;
+}
+
+std::optional<BindingLayout> BindingLayout::make(DeviceState& device, const BindingNeeds& needs) {
+    BindingLayout layout;
+    bool isMade = isWithinLimits(device, needs) && makeSetLayout(device, layout, needs) &&
+                  makePipelineLayout(device, layout, needs.pushConstants);
+    for (const msl::EntryPoint* function : needs.functions)
         isMade = isMade && listResources(device, layout, *function);
+    for (std::size_t own = 0; own < needs.ownBuffers; ++own) {
+        const std::uint32_t binding = ownBinding(needs.functions) + static_cast<std::uint32_t>(own);
+        layout.resources.push_back({.resource = {.binding = binding},
+                                    .type = VK_DESCRIPTOR_TYPE_STORAGE_BUFFER,
+                                    .own = own});
+    }
     if (isMade && layout.resources.size() <= mostResources)
         return layout;
     layout.bury(device);

@@ -27,7 +27,21 @@ struct BoundResource {
     VkDescriptorType type = VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER;
     VkSampler sampler = VK_NULL_HANDLE; // of a sampler; bound by the draw, since the packaged CPU
                                         // driver loses immutable samplers in pushed sets
+    std::optional<std::size_t> own;     // not a function's: CommandBufferParts::ownBuffers[own]
 };
+
+// What a pipeline binds.
+struct BindingNeeds {
+    std::span<const msl::EntryPoint* const> functions;
+    VkPushConstantRange pushConstants{}; // none of size 0
+    // Storage buffers of the layer's own code, at the bindings from ownBinding() on.
+    std::size_t ownBuffers = 0;
+    // The stages that see everything; 0: each function's own.
+    VkShaderStageFlags stages = 0;
+};
+
+// The first binding behind those of the functions.
+std::uint32_t ownBinding(std::span<const msl::EntryPoint* const> functions);
 
 struct BindingLayout {
     VkDescriptorSetLayout setLayout = VK_NULL_HANDLE;
@@ -38,8 +52,7 @@ struct BindingLayout {
     std::vector<BoundResource> resources;
 
     // Nothing when the device takes no such layout.
-    static std::optional<BindingLayout> make(DeviceState& device,
-                                             std::span<const msl::EntryPoint* const> functions);
+    static std::optional<BindingLayout> make(DeviceState& device, const BindingNeeds& needs);
     void bury(DeviceState& device);
 };
 

@@ -91,6 +91,7 @@ bool CommandBufferParts::begin() {
     sets.reset(*device);
     reports.reset();
     barriers.forget();
+    sums.reset();
     touched.clear();
     presented.clear();
     status = CommandBufferStatus::recording;
@@ -113,6 +114,7 @@ void CommandBufferParts::startEncoding(Encoding kind) {
     computePipeline = nullptr;
     boundPipeline = VK_NULL_HANDLE;
     primitive.reset();
+    rendering = Rendering::due;
 }
 
 void CommandBufferParts::endEncoding(Encoding kind) {

@@ -8,6 +8,7 @@
 #include "TarnwickGPU/DescriptorSets.h"
 #include "TarnwickGPU/DeviceState.h"
 #include "TarnwickGPU/LoopReports.h"
+#include "TarnwickGPU/PointSums.h"
 #include "TarnwickGPU/ResourceTable.h"
 
 #include <vulkan/vulkan.h>
@@ -25,6 +26,10 @@ struct DrawableSlot;
 struct RenderPipelineParts;
 
 enum class Encoding : std::uint8_t { nothing, render, compute, blit };
+
+// A render encoder's targets are loaded at its first draw, so that kernels of the layer's own can
+// come before; `broken` off for one in between, they go on with what is in them.
+enum class Rendering : std::uint8_t { due, open, broken };
 
 struct CommandBufferParts {
     // Null when memory is out.
@@ -70,6 +75,12 @@ struct CommandBufferParts {
     VkPipeline boundPipeline = VK_NULL_HANDLE;
     std::optional<PrimitiveType> primitive;
     RenderPassDescriptor pass;
+    Rendering rendering = Rendering::due;
+    Viewport viewport;
+    ScissorRect scissor;
+    // What the layer's own code binds at the next draw or dispatch: PointPipelines.h's indices.
+    std::array<VkDescriptorBufferInfo, 2> ownBuffers{};
+    std::shared_ptr<PointSums> sums; // while the GPU may use them
 };
 
 struct QueueParts {

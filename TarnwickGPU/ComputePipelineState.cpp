@@ -63,7 +63,7 @@ VkResult makeVariant(const DeviceState& device, const BindingLayout& layout,
                      VkPipeline& pipeline) {
     if (memoryOf(kernel, threadgroup) > device.limits.maxComputeSharedMemorySize)
         return VK_ERROR_OUT_OF_DEVICE_MEMORY;
-    const ShaderModule module(device.handle, kernel);
+    const ShaderModule module(device.handle, kernel.words);
     if (!module.handle())
         return VK_ERROR_UNKNOWN;
     const Constants values(device, kernel, threadgroup);
@@ -82,10 +82,11 @@ VkResult makeVariant(const DeviceState& device, const BindingLayout& layout,
 
 } // namespace
 
-ShaderModule::ShaderModule(VkDevice device, const msl::EntryPoint& entryPoint) : device_(device) {
+ShaderModule::ShaderModule(VkDevice device, std::span<const std::uint32_t> words)
+    : device_(device) {
     const VkShaderModuleCreateInfo info{.sType = VK_STRUCTURE_TYPE_SHADER_MODULE_CREATE_INFO,
-                                        .codeSize = entryPoint.words.size() * sizeof(std::uint32_t),
-                                        .pCode = entryPoint.words.data()};
+                                        .codeSize = words.size_bytes(),
+                                        .pCode = words.data()};
     if (vkCreateShaderModule(device, &info, nullptr, &handle_) != VK_SUCCESS)
         handle_ = VK_NULL_HANDLE;
 }
@@ -152,7 +153,10 @@ std::unique_ptr<ComputePipelineState> Device::newComputePipelineState(const Func
     parts->device = state_;
     parts->kernel = kernel.sharedEntryPoint();
     const std::array functions{&kernel.entryPoint()};
-    auto layout = BindingLayout::make(*state_, functions);
+    auto layout =
+        BindingLayout::make(*state_, {.functions = functions,
+                                      .pushConstants = {.stageFlags = VK_SHADER_STAGE_COMPUTE_BIT,
+                                                        .size = msl::kernelPushConstantBytes}});
     if (!layout)
         throw DeviceError(refusal(*state_, subject, VK_ERROR_UNKNOWN));
     parts->layout = std::move(*layout);

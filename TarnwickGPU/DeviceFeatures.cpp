@@ -23,6 +23,7 @@ constexpr std::array takenCore{&VkPhysicalDeviceFeatures::robustBufferAccess,
                                &VkPhysicalDeviceFeatures::fragmentStoresAndAtomics,
                                &VkPhysicalDeviceFeatures::vertexPipelineStoresAndAtomics,
                                &VkPhysicalDeviceFeatures::largePoints,
+                               &VkPhysicalDeviceFeatures::multiDrawIndirect,
                                &VkPhysicalDeviceFeatures::samplerAnisotropy,
                                &VkPhysicalDeviceFeatures::imageCubeArray,
                                &VkPhysicalDeviceFeatures::geometryShader, // for primitive_id
@@ -133,6 +134,11 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
                             .anisotropy = had.core.features.samplerAnisotropy == VK_TRUE,
                             .addsFloatsInBuffers =
                                 chain.atomicFloat.shaderBufferFloat32AtomicAdd == VK_TRUE,
+                            .multiDraws = had.core.features.multiDrawIndirect == VK_TRUE,
+                            .sums = had.core.features.shaderInt64 == VK_TRUE &&
+                                    had.vulkan12.shaderBufferInt64Atomics == VK_TRUE &&
+                                    had.core.features.fragmentStoresAndAtomics == VK_TRUE,
+                            .largePoints = had.core.features.largePoints == VK_TRUE,
                             .capabilities = capabilitiesOf(device, chain)};
     if (records.robustness2)
         extensions.push_back(VK_EXT_ROBUSTNESS_2_EXTENSION_NAME);

@@ -36,7 +36,10 @@ struct DeviceFeatures {
     std::uint32_t maxPushDescriptors = 0; // 0: no VK_KHR_push_descriptor
     bool nullDescriptors = false;         // VK_EXT_robustness2's
     bool anisotropy = false;
-    bool addsFloatsInBuffers = false;        // VK_EXT_shader_atomic_float's
+    bool addsFloatsInBuffers = false; // VK_EXT_shader_atomic_float's
+    bool multiDraws = false;          // several draws of one indirect command
+    bool sums = false;        // atomic additions of 64 bits, and stores in fragment functions
+    bool largePoints = false; // larger than a pixel
     std::vector<std::uint32_t> capabilities; // Capabilities.h
 };
 

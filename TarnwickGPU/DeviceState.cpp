@@ -37,14 +37,20 @@ bool openDevice(DeviceState& state) {
 }
 
 void readProperties(DeviceState& state) {
+    VkPhysicalDeviceVulkan11Properties vulkan11{
+        .sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_1_PROPERTIES};
     VkPhysicalDeviceVulkan13Properties vulkan13{
-        .sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_3_PROPERTIES};
+        .sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_3_PROPERTIES, .pNext = &vulkan11};
     VkPhysicalDeviceProperties2 properties{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_PROPERTIES_2,
                                            .pNext = &vulkan13};
     vkGetPhysicalDeviceProperties2(state.physical, &properties);
     vkGetPhysicalDeviceMemoryProperties(state.physical, &state.memory);
     state.limits = properties.properties.limits;
     state.maxBufferSize = vulkan13.maxBufferSize;
+    const bool clips = vulkan11.pointClippingBehavior == VK_POINT_CLIPPING_BEHAVIOR_ALL_CLIP_PLANES;
+    state.points = {.largest = state.features.largePoints ? state.limits.pointSizeRange[1] : 1,
+                    .dropsOutside = clips && !state.info.isCPU,
+                    .splats = state.info.isCPU && state.features.sums};
     state.loopBudget = state.info.isCPU ? cpuLoopBudget : gpuLoopBudget;
     if (state.features.maxPushDescriptors > 0)
         state.pushDescriptorSet = reinterpret_cast<PFN_vkCmdPushDescriptorSetKHR>(
@@ -86,6 +92,7 @@ DeviceState::~DeviceState() {
         return;
     vkDeviceWaitIdle(handle);
     blankTexture = nullptr;
+    pointSums.stop();
     gpu::bury(*this, zeroBuffer);
     gpu::bury(*this, scratchBuffer);
     transfers.stop(*this);

@@ -8,6 +8,8 @@
 #include "TarnwickGPU/Memory.h"
 #include "TarnwickGPU/PhysicalDevices.h"
 #include "TarnwickGPU/PipelineCache.h"
+#include "TarnwickGPU/PointSums.h"
+#include "TarnwickGPU/PointTraits.h"
 #include "TarnwickGPU/Samplers.h"
 #include "TarnwickGPU/Submissions.h"
 #include "TarnwickGPU/Transfers.h"
@@ -50,6 +52,8 @@ struct DeviceState {
     VkPhysicalDeviceMemoryProperties memory{};
     PFN_vkCmdPushDescriptorSetKHR pushDescriptorSet = nullptr; // null: not there
     std::uint32_t loopBudget = 0; // iterations that an invocation may spend; the shaders' constant
+    PointTraits points;
+    PointSumsKeeper pointSums;
 
     Submissions submissions;
     Graveyard graveyard;

@@ -28,7 +28,8 @@ struct BufferMemory {
 // What every buffer of the layer may be used as.
 inline constexpr VkBufferUsageFlags anyBufferUsage =
     VK_BUFFER_USAGE_UNIFORM_BUFFER_BIT | VK_BUFFER_USAGE_STORAGE_BUFFER_BIT |
-    VK_BUFFER_USAGE_TRANSFER_SRC_BIT | VK_BUFFER_USAGE_TRANSFER_DST_BIT;
+    VK_BUFFER_USAGE_INDIRECT_BUFFER_BIT | VK_BUFFER_USAGE_TRANSFER_SRC_BIT |
+    VK_BUFFER_USAGE_TRANSFER_DST_BIT;
 
 // Nothing when memory is out or the device does not take that size. The bytes are undefined.
 std::optional<BufferMemory> makeBufferMemory(DeviceState& device, VkDeviceSize size, MemoryUse use);

@@ -5,12 +5,14 @@
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/DeviceState.h"
 #include "TarnwickGPU/Pipeline.h"
+#include "TarnwickGPU/PointPipelines.h"
 
 #include <vulkan/vulkan.h>
 
 #include <array>
 #include <memory>
 #include <mutex>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -23,6 +25,7 @@ struct RenderPipelineParts {
     PixelFormat colorFormat = PixelFormat::invalid, depthFormat = PixelFormat::invalid;
     std::uint32_t sampleCount = 1;
     TopologyClass topology = TopologyClass::triangle;
+    PointPipelines points;
 
     RenderPipelineParts() = default;
     ~RenderPipelineParts();
@@ -65,7 +68,7 @@ struct ComputePipelineParts {
 // A module for the time that a pipeline is made in.
 class ShaderModule {
   public:
-    ShaderModule(VkDevice device, const msl::EntryPoint& entryPoint);
+    ShaderModule(VkDevice device, std::span<const std::uint32_t> words);
     ~ShaderModule();
     ShaderModule(const ShaderModule&) = delete;
     ShaderModule& operator=(const ShaderModule&) = delete;

@@ -36,6 +36,8 @@ VkDescriptorBufferInfo bufferInfo(CommandBufferParts& commands, ResourceTable& t
                                   const BoundResource& bound) {
     DeviceState& device = *commands.device;
     const msl::Resource& resource = bound.resource;
+    if (bound.own)
+        return commands.ownBuffers[*bound.own];
     if (resource.kind == msl::ResourceKind::loopReport)
         return commands.reports.next();
     BoundBuffer& buffer = table.buffers[resource.index];

@@ -103,7 +103,7 @@ struct Keeper {
 constexpr std::array<Keeper, 7> keepers{{
     {"clang/", "TarnwickMSL"},
     {"llvm/", "TarnwickMSL"},
-    {"spirv", "TarnwickMSL"},
+    {"spirv-tools/", "TarnwickMSL"}, // SPIR-V itself is what it and TarnwickGPU share
     {"vulkan/", "TarnwickGPU"},
     {"pango/", "TarnwickPlatform/Text"},
     {"cairo", "TarnwickPlatform/Text"},
