@@ -1,4 +1,5 @@
 // From a program's text to pixels: the layer's bindings are those that the compiler hands out.
+#include "TarnwickGPU/Capabilities.h"
 #include "tests/TarnwickGPU/Gpu.h"
 
 #include <cstdint>
@@ -130,6 +131,17 @@ TEST_F(LibraryTest, throwsTheCompilersText) {
         EXPECT_NE(std::string(error.what()).find("shader.metal:3:"), std::string::npos);
         EXPECT_NE(std::string(error.what()).find("1 error generated."), std::string::npos);
     }
+}
+
+TEST(Capabilities, areNamedByTheFirstThatTheDeviceLacks) {
+    constexpr std::uint32_t declaration = 2u << 16 | 17, shader = 1, int64 = 11, int64Atomics = 12;
+    const std::vector<std::uint32_t> module{
+        0x07230203,   0x10600,      0, 9, 0, declaration, shader, declaration, int64, declaration,
+        int64Atomics, 3u << 16 | 14};
+    const std::vector<std::uint32_t> all{int64, int64Atomics}, some{int64}, none;
+    EXPECT_EQ(missingCapability(module, all), std::nullopt);
+    EXPECT_EQ(missingCapability(module, some), "64-bit atomic operations");
+    EXPECT_EQ(missingCapability(module, none), "64-bit integers");
 }
 
 } // namespace

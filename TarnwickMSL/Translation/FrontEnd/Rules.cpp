@@ -105,9 +105,18 @@ void RuleChecker::checkSize(const clang::VarDecl& variable) {
                std::to_string(bytes));
 }
 
+static bool isInitialised(const clang::VarDecl& variable) {
+    const clang::Expr* value = variable.getInit();
+    const auto* made = llvm::dyn_cast_if_present<clang::CXXConstructExpr>(value);
+    return value && !(made && made->getConstructor()->isTrivial());
+}
+
 bool RuleChecker::VisitVarDecl(clang::VarDecl* variable) {
     if (variable->hasLocalStorage())
         checkSize(*variable);
+    if (variable->hasAttr<clang::SectionAttr>() && isInitialised(*variable))
+        report(variable->getLocation(), "threadgroup variable '%0' cannot have an initial value",
+               variable->getName());
     checkType(variable->getType(), variable->getLocation());
     const bool isConstant = variable->isConstexpr() || variable->getType().isConstQualified() ||
                             context.getBaseElementType(variable->getType()).isConstQualified();

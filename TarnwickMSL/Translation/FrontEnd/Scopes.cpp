@@ -1,5 +1,7 @@
 #include "TarnwickMSL/Translation/FrontEnd/Scopes.h"
 
+#include <clang/Basic/IdentifierTable.h>
+
 namespace tarnwick::msl {
 
 namespace tok = clang::tok;
@@ -17,6 +19,12 @@ tok::TokenKind closer(tok::TokenKind open) {
 }
 
 } // namespace
+
+bool isAddressSpace(const clang::Token& token) {
+    const clang::IdentifierInfo* name = token.isAnnotation() ? nullptr : token.getIdentifierInfo();
+    return name && (name->isStr("device") || name->isStr("constant") || name->isStr("thread") ||
+                    name->isStr("threadgroup"));
+}
 
 Scopes::Scopes(const std::vector<clang::Token>& tokens)
     : tokens(tokens), partner(tokens.size()), kinds(tokens.size()), depths(tokens.size()) {
@@ -57,7 +65,10 @@ Scopes::Scopes(const std::vector<clang::Token>& tokens)
 ScopeKind Scopes::braceKind(std::size_t i, ScopeKind outer) const {
     if (i == 0)
         return ScopeKind::list;
-    switch (tokens[i - 1].getKind()) {
+    std::size_t before = i;
+    while (before > 1 && isAddressSpace(tokens[before - 1])) // of a method's object
+        --before;
+    switch (tokens[before - 1].getKind()) {
     case tok::r_paren:
     case tok::kw_else:
     case tok::kw_do:

@@ -10,6 +10,9 @@
 
 namespace tarnwick::msl {
 
+// Whether the token is `device`, `constant`, `thread` or `threadgroup`.
+bool isAddressSpace(const clang::Token& token);
+
 enum class ScopeKind : std::uint8_t { namespace_, type, block, list };
 
 class Scopes {

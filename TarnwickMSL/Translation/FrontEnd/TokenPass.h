@@ -72,6 +72,7 @@ class TokenPass {
     void literal(std::size_t i);
     Token number(llvm::StringRef text, SourceLocation at) const;
     void forbidden(std::size_t i);
+    void repeatedFunctions();
     void swizzleTimes(std::size_t i);
     std::size_t type(std::size_t i, TypeSpan span);
     void callMake(std::size_t i, TypeSpan span, std::size_t open);

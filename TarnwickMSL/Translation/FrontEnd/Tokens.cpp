@@ -246,6 +246,7 @@ std::vector<Token> TokenPass::run() {
             forbidden(i);
         ++i;
     }
+    repeatedFunctions();
     tokens.back() = end;
     edits.back().dropped = false;
     edits.back().after.clear();

@@ -18,6 +18,7 @@ namespace tarnwick::msl {
 //    msl_make<float4>(...);
 //  - `vertex`, `fragment` and `kernel` become attributes, `constant` const; `device` and
 //    `threadgroup` leave an attribute on an entry point's argument, else nothing; `thread` nothing;
+//  - of functions that differ in address spaces alone the first stays;
 //  - a `threadgroup` variable becomes a static one of its own section.
 // Words that shaders may not use (`double`, `goto`, ...) are reported. Every token keeps a place
 // of the user's.
