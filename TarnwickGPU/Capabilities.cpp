@@ -1,13 +1,36 @@
 #include "TarnwickGPU/Capabilities.h"
 
-#include <spirv/unified1/spirv.hpp11>
-
 #include <algorithm>
 #include <array>
 
 namespace tarnwick::gpu {
 
 namespace {
+
+// SPIR-V 1.6, 3.31 and 2.3.
+enum class Capability : std::uint32_t {
+    Geometry = 2,
+    Float16 = 9,
+    Int64 = 11,
+    Int64Atomics = 12,
+    Int16 = 22,
+    ClipDistance = 32,
+    SampleRateShading = 35,
+    Int8 = 39,
+    GroupNonUniform = 61,
+    GroupNonUniformVote = 62,
+    GroupNonUniformArithmetic = 63,
+    GroupNonUniformBallot = 64,
+    GroupNonUniformShuffle = 65,
+    DrawParameters = 4427,
+    StorageBuffer16BitAccess = 4433,
+    UniformAndStorageBuffer16BitAccess = 4434,
+    StorageBuffer8BitAccess = 4448,
+    UniformAndStorageBuffer8BitAccess = 4449,
+    AtomicFloat32AddEXT = 6033
+};
+constexpr std::size_t header = 5;                    // words
+constexpr std::uint32_t declaration = 2u << 16 | 17; // OpCapability's first word
 
 struct Asked {
     const FeatureChain& chain;
@@ -26,7 +49,7 @@ struct Asked {
 };
 
 struct Row {
-    spv::Capability capability;
+    Capability capability;
     const char* words;
     bool (*isThere)(const Asked& device);
 };
@@ -37,38 +60,38 @@ using In12 = VkPhysicalDeviceVulkan12Features;
 
 // clang-format off
 constexpr std::array rows{
-    Row{spv::Capability::Int8,  "8-bit integers",  [](const Asked& a) { return a.in12(&In12::shaderInt8); }},
-    Row{spv::Capability::Int16, "16-bit integers", [](const Asked& a) { return a.core(&Core::shaderInt16); }},
-    Row{spv::Capability::Int64, "64-bit integers", [](const Asked& a) { return a.core(&Core::shaderInt64); }},
-    Row{spv::Capability::Float16, "half", [](const Asked& a) { return a.in12(&In12::shaderFloat16); }},
-    Row{spv::Capability::StorageBuffer8BitAccess, "8-bit values in buffers",
+    Row{Capability::Int8,  "8-bit integers",  [](const Asked& a) { return a.in12(&In12::shaderInt8); }},
+    Row{Capability::Int16, "16-bit integers", [](const Asked& a) { return a.core(&Core::shaderInt16); }},
+    Row{Capability::Int64, "64-bit integers", [](const Asked& a) { return a.core(&Core::shaderInt64); }},
+    Row{Capability::Float16, "half", [](const Asked& a) { return a.in12(&In12::shaderFloat16); }},
+    Row{Capability::StorageBuffer8BitAccess, "8-bit values in buffers",
         [](const Asked& a) { return a.in12(&In12::storageBuffer8BitAccess); }},
-    Row{spv::Capability::UniformAndStorageBuffer8BitAccess, "8-bit values in constant buffers",
+    Row{Capability::UniformAndStorageBuffer8BitAccess, "8-bit values in constant buffers",
         [](const Asked& a) { return a.in12(&In12::uniformAndStorageBuffer8BitAccess); }},
-    Row{spv::Capability::StorageBuffer16BitAccess, "16-bit values in buffers",
+    Row{Capability::StorageBuffer16BitAccess, "16-bit values in buffers",
         [](const Asked& a) { return a.in11(&In11::storageBuffer16BitAccess); }},
-    Row{spv::Capability::UniformAndStorageBuffer16BitAccess, "16-bit values in constant buffers",
+    Row{Capability::UniformAndStorageBuffer16BitAccess, "16-bit values in constant buffers",
         [](const Asked& a) { return a.in11(&In11::uniformAndStorageBuffer16BitAccess); }},
-    Row{spv::Capability::Int64Atomics, "64-bit atomic operations",
+    Row{Capability::Int64Atomics, "64-bit atomic operations",
         [](const Asked& a) { return a.in12(&In12::shaderBufferInt64Atomics); }},
-    Row{spv::Capability::AtomicFloat32AddEXT, "atomic sums of floats",
+    Row{Capability::AtomicFloat32AddEXT, "atomic sums of floats",
         [](const Asked& a) { return a.chain.atomicFloat.shaderBufferFloat32AtomicAdd == VK_TRUE; }},
-    Row{spv::Capability::GroupNonUniform, "SIMD-groups",
+    Row{Capability::GroupNonUniform, "SIMD-groups",
         [](const Asked& a) { return a.hasGroups(VK_SUBGROUP_FEATURE_BASIC_BIT); }},
-    Row{spv::Capability::GroupNonUniformVote, "votes of SIMD-groups",
+    Row{Capability::GroupNonUniformVote, "votes of SIMD-groups",
         [](const Asked& a) { return a.hasGroups(VK_SUBGROUP_FEATURE_VOTE_BIT); }},
-    Row{spv::Capability::GroupNonUniformBallot, "ballots of SIMD-groups",
+    Row{Capability::GroupNonUniformBallot, "ballots of SIMD-groups",
         [](const Asked& a) { return a.hasGroups(VK_SUBGROUP_FEATURE_BALLOT_BIT); }},
-    Row{spv::Capability::GroupNonUniformShuffle, "shuffles of SIMD-groups",
+    Row{Capability::GroupNonUniformShuffle, "shuffles of SIMD-groups",
         [](const Asked& a) { return a.hasGroups(VK_SUBGROUP_FEATURE_SHUFFLE_BIT); }},
-    Row{spv::Capability::GroupNonUniformArithmetic, "sums of SIMD-groups",
+    Row{Capability::GroupNonUniformArithmetic, "sums of SIMD-groups",
         [](const Asked& a) { return a.hasGroups(VK_SUBGROUP_FEATURE_ARITHMETIC_BIT); }},
-    Row{spv::Capability::DrawParameters, "base_vertex and base_instance",
+    Row{Capability::DrawParameters, "base_vertex and base_instance",
         [](const Asked& a) { return a.in11(&In11::shaderDrawParameters); }},
-    Row{spv::Capability::Geometry, "primitive_id", [](const Asked& a) { return a.core(&Core::geometryShader); }},
-    Row{spv::Capability::SampleRateShading, "sample_id and interpolation at samples",
+    Row{Capability::Geometry, "primitive_id", [](const Asked& a) { return a.core(&Core::geometryShader); }},
+    Row{Capability::SampleRateShading, "sample_id and interpolation at samples",
         [](const Asked& a) { return a.core(&Core::sampleRateShading); }},
-    Row{spv::Capability::ClipDistance, "clip_distance",
+    Row{Capability::ClipDistance, "clip_distance",
         [](const Asked& a) { return a.core(&Core::shaderClipDistance); }},
 };
 // clang-format on
@@ -92,8 +115,6 @@ std::vector<std::uint32_t> capabilitiesOf(VkPhysicalDevice device, const Feature
 
 std::optional<std::string> missingCapability(std::span<const std::uint32_t> module,
                                              std::span<const std::uint32_t> capabilities) {
-    constexpr std::size_t header = 5;
-    constexpr auto declaration = 2u << 16 | static_cast<std::uint32_t>(spv::Op::OpCapability);
     for (std::size_t at = header; at + 1 < module.size() && module[at] == declaration; at += 2) {
         if (std::binary_search(capabilities.begin(), capabilities.end(), module[at + 1]))
             continue;
