@@ -217,9 +217,9 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {
         float behind = fract((here.angle - atan2(stylus.y, stylus.x)) * (p.turn < 0.0 ? -1.0 : 1.0) / -6.2831853);
         float trace = smoothstep(0.0, 0.05, behind) * exp(-behind * 5.0) * exp(-abs(here.radius - played) * 30.0);
         float hot = exp(-behind * 4.0) * exp(-abs(here.radius - played) * 190.0);
-        float wake = heard * exp(-behind * 1.4) * cutting;
+        float wake = heard * heard * exp(-behind * 3.2) * smoothstep(0.0, 0.02, behind) * (0.55 + 0.9 * (loud - 0.6)) * cutting;
         float3 ember = mix(float3(1.0, 0.20, 0.04), float3(1.0, 0.72, 0.32), saturate(x * 0.7 + heard * 0.5));
-        vinyl += ember * p.glow * (trace * 0.30 + hot * 0.8 + wake * 0.9) * (0.7 + 0.3 * loud) * cutting;
+        vinyl += ember * p.glow * (trace * 0.30 + hot * 0.8 + wake * 0.42) * (0.7 + 0.3 * loud) * cutting;
         float dust = step(0.9965, hash(floor(rotate(here.at, -turned) * 150.0))) * smoothstep(0.012, 0.004, pixel);
         vinyl += dust * lights[0].colour * pool * 0.10;
         float bead = smoothstep(0.016 + pixel, 0.0, abs(here.radius - rim + 0.014));

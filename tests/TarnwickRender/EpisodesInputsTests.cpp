@@ -1,0 +1,73 @@
+// The episodes that hear, played with sound, a picture and their own last frames.
+#include "TarnwickCore/ShaderAssembler.h"
+#include "TarnwickPlatform/Bundle/TextFile.h"
+#include "TarnwickRender/FeedbackFrames.h"
+#include "TarnwickRender/SpectrumTexture.h"
+#include "tests/TarnwickRender/Rendering.h"
+
+#include <filesystem>
+#include <numeric>
+#include <vector>
+
+using namespace tarnwick;
+using namespace tarnwick::tests;
+
+namespace {
+
+constexpr std::uint32_t width = 96, height = 54;
+
+struct HearingEpisode : Rendering {
+    // The last of `frames` frames, each reading the one before, at `loudness` from 0 to 1.
+    Picture played(const std::shared_ptr<const ShaderProgram>& program, int frames,
+                   float loudness) {
+        const auto spectrum = SpectrumTexture::make(*device, ShaderAssembler::spectrumBins);
+        spectrum->update(std::vector<float>(ShaderAssembler::spectrumBins, loudness));
+        const auto feedback = FeedbackFrames::make(*device, width, height, program->pixelFormat);
+        const auto shown = target(width, height);
+        for (int frame = 0; frame < frames; ++frame) {
+            const ShaderInputs inputs{.audio = {loudness, loudness, loudness, loudness},
+                                      .spectrum = &spectrum->texture(),
+                                      .previous = feedback->previous()};
+            const TWUniforms uniforms{.resolution = {width, height},
+                                      .time = 20 + static_cast<float>(frame) / 30,
+                                      .timeDelta = 1.0f / 30,
+                                      .mouse = {width / 2.0f, height / 2.0f},
+                                      .frame = static_cast<std::uint32_t>(frame)};
+            perform([&](gpu::CommandBuffer& commands) {
+                auto encoder = commands.renderCommandEncoder(
+                    {.color = {.texture = &feedback->current(), .load = gpu::LoadAction::clear}});
+                program->draw(*encoder, uniforms, {}, nullptr, &inputs);
+                encoder->endEncoding();
+                feedback->copy(*shown, commands);
+            });
+            feedback->advance();
+        }
+        return pictureOf(*shown);
+    }
+};
+
+double meanOf(const Picture& picture) {
+    // Alpha is 255 everywhere and counts as little as any other channel.
+    return std::accumulate(picture.bytes.begin(), picture.bytes.end(), 0.0) /
+           static_cast<double>(picture.bytes.size());
+}
+
+} // namespace
+
+TEST_F(HearingEpisode, showsSoundAndNeverGrowsWhiteFromItsOwnFrames) {
+    int heard = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(EPISODES)) {
+        const std::string text = fileText(entry.path()).value();
+        if (!ShaderAssembler::usesInputs(text))
+            continue;
+        ++heard;
+        const auto episode = program(text);
+        const Picture silent = played(episode, 1, 0), loud = played(episode, 1, 0.7f);
+        EXPECT_GT(std::abs(meanOf(loud) - meanOf(silent)), 0.5) << entry.path();
+        // What a frame takes from the one before settles.
+        const double after = meanOf(played(episode, 30, 0.7f));
+        EXPECT_NEAR(meanOf(played(episode, 60, 0.7f)), after, 8) << entry.path();
+        EXPECT_LT(after, 200) << entry.path();
+    }
+    EXPECT_GE(heard, 2);
+}
