@@ -18,6 +18,8 @@ typedef decltype((char*)0 - (char*)0) ptrdiff_t;
 typedef uint uintptr_t;
 typedef int intptr_t;
 
+#define NULL nullptr
+
 // In the compiler itself `half` is a keyword.
 #ifndef __METAL__
 typedef _Float16 half;

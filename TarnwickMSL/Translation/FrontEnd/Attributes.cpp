@@ -42,6 +42,7 @@ constexpr std::array words = {
 // (msl_vertex ...) in GNU's form.
 template <std::size_t... I> constexpr auto spellings(std::index_sequence<I...>) {
     return std::array{Spelling{ParsedAttr::AS_CXX11, words[I]}...,
+                      Spelling{ParsedAttr::AS_GNU, "host_name"},
                       Spelling{ParsedAttr::AS_GNU, "msl_vertex"},
                       Spelling{ParsedAttr::AS_GNU, "msl_fragment"},
                       Spelling{ParsedAttr::AS_GNU, "msl_kernel"},

@@ -28,6 +28,21 @@ namespace {
 
 using clang::QualType;
 
+// Whether a texture or a sampler stands somewhere in the record.
+bool holdsResources(QualType type) {
+    type = type->getBaseElementTypeUnsafe()->getCanonicalTypeInternal();
+    const auto* record = type->getAsCXXRecordDecl();
+    if (!record || !record->hasDefinition())
+        return false;
+    const auto* space = llvm::dyn_cast<clang::NamespaceDecl>(record->getDeclContext());
+    const llvm::StringRef name = record->getName();
+    if (space && space->getName() == "metal" &&
+        (name.starts_with("texture") || name.starts_with("depth") || name == "sampler"))
+        return true;
+    return std::any_of(record->field_begin(), record->field_end(),
+                       [](const clang::FieldDecl* f) { return holdsResources(f->getType()); });
+}
+
 class EntryReader {
   public:
     explicit EntryReader(clang::ASTContext& context) : context(context) {}
@@ -120,6 +135,9 @@ bool EntryReader::readResource(const clang::ParmVarDecl& parameter, Argument& ar
                   "pointer and reference arguments of entry points must be in the device, "
                   "constant or threadgroup address space");
         }
+        if (holdsResources(type->getPointeeType()))
+            error(parameter.getLocation(),
+                  "textures and samplers in buffers are not supported on this platform");
         readPointee(type->getPointeeType(), argument);
         return true;
     }
@@ -280,6 +298,9 @@ void EntryReader::readFunction(const clang::FunctionDecl& function) {
         return;
     if (signature.name.empty())
         signature.name = function.getQualifiedNameAsString();
+    for (const Entry& other : entries)
+        if (other.signature.name == signature.name)
+            error(function.getLocation(), "another entry point has the name '%0'", signature.name);
     const clang::PresumedLoc place =
         context.getSourceManager().getPresumedLoc(function.getLocation());
     signature.place = std::string(place.getFilename()) + ":" + std::to_string(place.getLine()) +

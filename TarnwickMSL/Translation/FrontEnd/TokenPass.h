@@ -67,7 +67,9 @@ class TokenPass {
     void qualifier(std::size_t i);
     void entryPoint(std::size_t i);
     void attributeArguments(std::size_t i);
+    std::size_t attributeListEnd(std::size_t i) const;
     bool missingAttribute(std::size_t i);
+    void explicitInstantiation(std::size_t i);
     void report(std::size_t i, const std::string& message);
     void literal(std::size_t i);
     Token number(llvm::StringRef text, SourceLocation at) const;

@@ -90,9 +90,24 @@ void TokenPass::qualifier(std::size_t i) {
     }
 }
 
+// Where the `[[...]]` ends that the word at i stands in; 0 where it stands in none.
+std::size_t TokenPass::attributeListEnd(std::size_t i) const {
+    for (std::size_t at = i; at-- > 1;) {
+        if (is(at, tok::l_square) && is(at - 1, tok::l_square))
+            return scopes.match(at - 1);
+        if (is(at, tok::r_square) || is(at, tok::semi) || is(at, tok::l_brace) ||
+            is(at, tok::r_brace) || is(at, tok::l_paren))
+            return 0;
+        if (is(at, tok::r_paren))
+            at = scopes.match(at);
+    }
+    return 0;
+}
+
 // `vertex`, `fragment` and `kernel`, before a declaration or as an attribute of their own.
 void TokenPass::entryPoint(std::size_t i) {
-    if (!(i > 0 && is(i - 1, tok::l_square))) {
+    const std::size_t listEnd = attributeListEnd(i);
+    if (!listEnd) {
         if (!(i + 1 < tokens.size() && tokens[i + 1].getIdentifierInfo()) &&
             !is(i + 1, tok::l_square) && !is(i + 1, tok::coloncolon))
             return;
@@ -101,9 +116,9 @@ void TokenPass::entryPoint(std::size_t i) {
         append(edits[i].after, attribute.c_str(), tokens[i].getLocation());
         edits[i].dropped = true;
     }
-    std::size_t open = i + 1;
+    std::size_t open = listEnd ? listEnd + 1 : i + 1;
     while (open < tokens.size() && !is(open, tok::l_paren) && !is(open, tok::semi))
-        ++open;
+        open = is(open, tok::l_square) ? scopes.match(open) + 1 : open + 1;
     if (is(open, tok::l_paren)) {
         entryOpen = open;
         entryClose = scopes.match(open);
@@ -177,6 +192,23 @@ void TokenPass::report(std::size_t i, const std::string& message) {
     diagnostics.Report(tokens[i].getLocation(), id) << message;
 }
 
+// `template [[host_name("name")]] kernel void f<float>(...);`: C++ has attributes there in GNU's
+// form alone. What the template says already goes.
+void TokenPass::explicitInstantiation(std::size_t i) {
+    for (std::size_t at = i + 1; is(at, tok::l_square) && is(at + 1, tok::l_square);) {
+        const std::size_t end = scopes.match(at);
+        for (std::size_t j = at + 2; j < end; ++j)
+            if (isWord(j, "host_name") && is(j + 1, tok::l_paren) &&
+                is(j + 2, tok::string_literal)) {
+                append(edits[end].after, "__attribute__ ( ( host_name (", tokens[j].getLocation());
+                edits[end].after.push_back(tokens[j + 2]);
+                append(edits[end].after, ") ) )", tokens[j].getLocation());
+            }
+        dropRange(at, end + 1);
+        at = end + 1;
+    }
+}
+
 // The words of C++ that a shader may not use.
 void TokenPass::forbidden(std::size_t i) {
     switch (tokens[i].getKind()) {
@@ -214,6 +246,10 @@ std::vector<Token> TokenPass::run() {
     const Token end = tokens.back(); // what an unclosed bracket is matched with, and changed like
     for (std::size_t i = 0; i < tokens.size();) {
         const Token& token = tokens[i];
+        if (edits[i].dropped) { // with an attribute
+            ++i;
+            continue;
+        }
         if (token.isAnnotation() || !token.getIdentifierInfo()) {
             if (token.is(tok::numeric_constant))
                 literal(i);
@@ -231,7 +267,9 @@ std::vector<Token> TokenPass::run() {
             i = type(i, *span);
             continue;
         }
-        if (token.is(tok::kw_template))
+        if (token.is(tok::kw_template) && is(i + 1, tok::l_square))
+            explicitInstantiation(i);
+        else if (token.is(tok::kw_template))
             learnTemplateParameters(i);
         else if (token.is(tok::kw_using) || token.is(tok::kw_typedef))
             learnAlias(i);
