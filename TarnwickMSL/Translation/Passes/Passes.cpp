@@ -17,6 +17,7 @@
 #include "TarnwickMSL/Translation/Passes/NarrowAccess.h"
 #include "TarnwickMSL/Translation/Passes/Optimiser.h"
 #include "TarnwickMSL/Translation/Passes/Phis.h"
+#include "TarnwickMSL/Translation/Passes/PointerArrays.h"
 #include "TarnwickMSL/Translation/Passes/Pointers.h"
 #include "TarnwickMSL/Translation/Passes/Structure.h"
 #include "TarnwickMSL/Translation/Passes/TwoValuedTables.h"
@@ -125,6 +126,10 @@ static void optimise(ShaderModule& shader, Optimiser& optimiser) {
 static void restrictCode(ShaderModule& shader, const Target& target, Optimiser& optimiser) {
     Function& main = *shader.main;
     expandMemoryCalls(main);
+    if (splitPointerArrays(main)) {
+        optimiser.forget(main);
+        optimiser.cleanLightly(main);
+    }
     bool hasPointers = resolvePointers(main);
     bool hasHandles = resolveHandles(shader);
     bool hasAtomics = expandAtomics(main, target);

@@ -13,6 +13,8 @@ using namespace llvm;
 // The pointee's own type where the front end names it; else words of its size.
 static Type* pointeeType(const Module& module, const Argument& argument) {
     LLVMContext& context = module.getContext();
+    if (argument.elementBytes == 0) // of void
+        return Type::getInt32Ty(context);
     StringRef name = argument.elementType;
     Type* type =
         StructType::getTypeByName(context, name.starts_with("%") ? name.drop_front() : name);

@@ -106,7 +106,8 @@ Id Types::declare(Type* type, Layout layout) {
         return structure(record, layout);
     if (auto* list = dyn_cast<ArrayType>(type)) {
         Id element = inMemory(list->getElementType(), layout);
-        auto count = static_cast<std::uint32_t>(list->getNumElements());
+        // A record may end in an array of no elements, which stands for those that follow it.
+        auto count = static_cast<std::uint32_t>(std::max<std::uint64_t>(1, list->getNumElements()));
         if (layout == Layout::plain)
             return array(element, count);
         Id length = module_.declare(spv::Op::OpConstant, of(Type::getInt32Ty(context_)), {count});
