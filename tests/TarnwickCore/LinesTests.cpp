@@ -1,4 +1,6 @@
 #include "TarnwickCore/Diagnostics.h"
+#include "TarnwickCore/EpisodeMeta.h"
+#include "TarnwickCore/FileNames.h"
 #include "TarnwickCore/Lines.h"
 #include "TarnwickCore/Params.h"
 #include "TarnwickCore/ShaderAssembler.h"
@@ -36,6 +38,8 @@ TEST(Lines, andAllThatReadsThemTakeAnyBytes) {
                                           "\xc2",
                                           ")",
                                           " ",
+                                          "// @variations 3,\xe3\x80",
+                                          "/.\xcc\x81",
                                           "float2 sound(",
                                           "shader.metal:1:2: error: \xff"};
     for (int round = 0; round < 2000; ++round) {
@@ -47,5 +51,7 @@ TEST(Lines, andAllThatReadsThemTakeAnyBytes) {
         EXPECT_NE(shader.source.find(text), std::string::npos);
         EXPECT_EQ(shader, ShaderAssembler::assemble(text));
         DiagnosticParser::parse(text);
+        EXPECT_EQ(EpisodeMeta::parse(text), EpisodeMeta::parse(text));
+        EXPECT_TRUE(FileNames::safe(text).ends_with(".metal"));
     }
 }
