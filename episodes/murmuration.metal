@@ -62,10 +62,10 @@ float3 cloud(float3 home, float t, constant Params& p) {
     float stretch = 0.55 + 0.40 * sin(t * 0.43) + 0.25 * sin(t * 0.29 + 2.0);
     q *= float3(1.0 + stretch, 0.62 - 0.20 * stretch, 0.60);
     q.yz = rotate(q.yz, 1.5 * q.x * sin(t * 0.37) + t * 0.5);
-    q.y += 0.42 * sin(q.x * 1.9 + t * 0.83) * (0.5 + 0.5 * sin(t * 0.23 + 1.0));
+    q.y += 0.42 * sin(q.x * 1.9 + t * 0.83) * (0.70 + 0.30 * sin(t * 0.23 + 1.0));
     q.x += 0.30 * sin(q.y * 2.6 - t * 0.61) + 0.22 * sin(q.z * 3.1 + t * 0.9);
     float wave = sin(2.2 * q.x - 1.3 * q.z - t * 2.6);
-    float pinch = p.alarm * smoothstep(0.35, 1.0, wave) * (0.5 + 0.5 * sin(t * 0.53));
+    float pinch = p.alarm * smoothstep(0.35, 1.0, wave) * (0.65 + 0.35 * sin(t * 0.53));
     q *= 1.0 - 0.42 * pinch;
     q.xy = rotate(q.xy, 0.45 * sin(t * 0.27 + 0.5) + 0.25 * sin(t * 0.51));
     return leader(t) + q * 0.30 * p.spread;
