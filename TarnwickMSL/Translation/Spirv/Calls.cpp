@@ -65,6 +65,10 @@ Id writeBuiltInCall(Body& body, Memory& memory, Stage stage, StringRef name, con
         return 0;
     }
     StringRef symbol = call.getCalledFunction()->getName();
+    if (name == "barrier" && stage != Stage::kernel)
+        throw TranslationError("Only the threads of a kernel wait for each other.");
+    if (name.starts_with("simd_") && stage == Stage::vertex)
+        throw TranslationError("A vertex function has no SIMD-group.");
     if (name == "barrier" || name == "fence") {
         writeBarrier(body, name == "barrier", call);
         return 0;

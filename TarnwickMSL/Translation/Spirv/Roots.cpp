@@ -141,6 +141,8 @@ Memory::Variable Memory::workgroupArray(Root& made, const View& view) {
 }
 
 void Memory::makeWorkgroup(Root& made, const GlobalVariable& global) {
+    if (shader_.stage != Stage::kernel)
+        throw TranslationError("Only a kernel has threadgroup memory.");
     made.storage = spv::StorageClass::Workgroup;
     const DataLayout& layout = body_.types.dataLayout();
     Type* type = global.getValueType();
