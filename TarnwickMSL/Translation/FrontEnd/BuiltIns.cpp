@@ -16,7 +16,6 @@ static constexpr std::array words{
     BuiltInWord{.word = "instance_id", .isVertexInput = true},
     BuiltInWord{.word = "base_vertex", .isVertexInput = true},
     BuiltInWord{.word = "base_instance", .isVertexInput = true},
-    BuiltInWord{.word = "attribute", .element = Element::any, .mostLanes = 4, .isVertexInput = true},
     BuiltInWord{.word = "position", .element = Element::float_, .mostLanes = 4, .isFragmentInput = true, .isVertexResult = true},
     // A record is often the vertex function's result and the fragment function's input; there it is 0.
     BuiltInWord{.word = "point_size", .element = Element::float_, .isFragmentInput = true, .isVertexResult = true},

@@ -198,7 +198,11 @@ void EntryReader::readArgument(const clang::ParmVarDecl& parameter, EntrySignatu
     if (metalAttribute(parameter, "stage_in")) {
         argument.kind = ArgumentKind::stageIn;
         argument.index = 0;
-        if (!record)
+        if (signature.stage != Stage::fragment)
+            error(parameter.getLocation(),
+                  "attribute 'stage_in' is not supported in a %0 function on this platform",
+                  stageName(signature.stage));
+        else if (!record)
             error(parameter.getLocation(), "invalid type %0 for a stage_in argument",
                   "'" + parameter.getType().getAsString() + "'");
         else

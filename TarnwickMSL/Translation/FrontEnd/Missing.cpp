@@ -8,9 +8,9 @@ namespace tarnwick::msl {
 // clang-format off
 // Sorted. Metal Shading Language 3.1: 5.1.1.1 (tessellation), 5.1.4 to 5.1.9 (visible, stitchable,
 // intersection, object, mesh and tile functions), 5.2.3, 5.6 (imageblocks), 5.7 and 5.8.
-static constexpr std::array<std::string_view, 19> attributes{
-    "alias_implicit_imageblock", "amplification_count", "amplification_id", "barycentric_coord",
-    "function_constant", "imageblock_data", "intersection", "mesh", "object", "patch", "patch_id",
+static constexpr std::array<std::string_view, 20> attributes{
+    "alias_implicit_imageblock", "amplification_count", "amplification_id", "attribute",
+    "barycentric_coord", "function_constant", "imageblock_data", "intersection", "mesh", "object", "patch", "patch_id",
     "payload", "position_in_patch", "primitive_culled", "raster_order_group", "stencil",
     "stitchable", "tile", "visible",
 };

@@ -130,7 +130,6 @@ void RecordReader::check(const clang::FieldDecl& field, const StageValue& value)
 
 // The values in an array or a record, which go by numbers and names. False for what has none.
 bool RecordReader::parts(QualType type, const StageValue& whole) {
-    const bool isVertexAttribute = whole.attribute == "attribute";
     if (const auto* array = context.getAsConstantArrayType(type)) {
         const std::uint64_t count = array->getZExtSize();
         const auto bytes = static_cast<std::uint64_t>(
@@ -142,7 +141,7 @@ bool RecordReader::parts(QualType type, const StageValue& whole) {
             if (!parts(array->getElementType(), value))
                 return false;
         }
-        return !isVertexAttribute;
+        return true;
     }
     StageValue value = whole;
     if (readShape(context, type, value)) {

@@ -243,11 +243,6 @@ Value* Interface::readBuiltIn(IRBuilder<>& builder, StringRef word) {
     return builder.CreateLoad(type, global(variable, type));
 }
 
-// Whether the value passes a location that the stages share (or a vertex buffer's), not a built-in.
-static bool hasLocation(Stage stage, const StageValue& value) {
-    return value.attribute.empty() || (stage == Stage::vertex && value.attribute == "attribute");
-}
-
 Value* Interface::read(IRBuilder<>& builder, const StageValue& value) {
     if (value.attribute == "point_size") // a result alone, in a record that both stages use
         return Constant::getNullValue(memoryType(builder.getContext(), value));
@@ -256,16 +251,15 @@ Value* Interface::read(IRBuilder<>& builder, const StageValue& value) {
                                                 .global = "msl.in." + value.attribute,
                                                 .builtIn = value.attribute},
                                                type));
-    if (!hasLocation(shader_.stage, value))
+    if (!value.attribute.empty())
         return fromCrossing(builder,
                             firstLanes(builder, readBuiltIn(builder, value.attribute), value.width),
                             value.scalar);
-    bool isAttribute = shader_.stage == Stage::vertex;
     InterfaceVariable variable{
         .kind = InterfaceKind::input,
-        .global = "msl.in." + (isAttribute ? std::to_string(value.index) : value.name),
+        .global = "msl.in." + value.name,
         .builtIn = {},
-        .location = isAttribute ? value.index : varyings_.location(value.name),
+        .location = varyings_.location(value.name),
         .scalar = crossingScalar(value.scalar),
         .interpolation = isFloating(value.scalar) ? value.interpolation : Interpolation::flat};
     Type* type = crossingType(builder.getContext(), value.scalar, value.width);

@@ -2,7 +2,7 @@
 #include <metal_stdlib>
 using namespace metal;
 
-struct VertexIn { float3 position [[attribute(0)]]; half4 colour [[attribute(1)]]; };
+struct VertexIn { float3 position; half4 colour; };
 struct Varyings {
     float4 position [[position]];
     float size [[point_size]];
@@ -21,8 +21,9 @@ struct Targets {
 enum Slots { slotUniforms = 3 };
 struct Uniforms { float4x4 matrix; float3 light; float time; };
 
-vertex Varyings fromVertices(VertexIn in [[stage_in]], uint id [[vertex_id]], uint instance [[instance_id]],
+vertex Varyings fromVertices(constant VertexIn* vertices [[buffer(0)]], uint id [[vertex_id]], uint instance [[instance_id]],
                              constant Uniforms& u [[buffer(slotUniforms)]]) {
+    VertexIn in = vertices[id];
     Varyings o = {};
     o.position = u.matrix * float4(in.position, 1);
     o.size = 4;
