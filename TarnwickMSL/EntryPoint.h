@@ -36,6 +36,9 @@ enum class TextureShape : std::uint8_t {
 
 enum class TextureComponent : std::uint8_t { none, float_, int_, uint_ };
 
+// Entries of a stage's tables: an argument's index lies below.
+inline constexpr std::uint32_t mostTextures = 128, mostSamplers = 16;
+
 // One resource of an entry point. All resources of a stage lie in descriptor set 0, at `binding`:
 // those of a vertex or kernel function at 0, 1, 2..., those of a fragment function at 32, 33...,
 // so that both stages of a pipeline share one set without touching.
@@ -47,7 +50,8 @@ struct Resource {
     bool isWritten = false;    // the entry point stores through it
     TextureShape shape = TextureShape::none;
     TextureComponent component = TextureComponent::none;
-    std::uint64_t samplerState = 0; // SamplerBits.h's form
+    std::uint32_t level = 0;        // storageTexture: the one level that is seen
+    std::uint64_t samplerState = 0; // SamplerBits.h's form; of an argument, its bit `compares`
 
     bool operator==(const Resource&) const = default;
 };

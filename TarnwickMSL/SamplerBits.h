@@ -13,7 +13,8 @@ enum class SamplerAddress : std::uint8_t {
     clampToEdge,
     repeat,
     mirroredRepeat,
-    clampToBorder
+    clampToBorder,
+    mirrorClampToEdge // of sampler arguments alone
 };
 enum class SamplerFilter : std::uint8_t { nearest, linear };
 enum class SamplerMipFilter : std::uint8_t { none, nearest, linear };
@@ -37,6 +38,7 @@ enum class SamplerCompare : std::uint8_t {
 //  bits 21..24 most anisotropic samples, less 1
 //  bits 25..40 least LOD, bits 41..56 greatest LOD, each as 16-bit unsigned fixed point, 8 fraction
 //              bits (0xffff: no limit)
+//  bit  57     the sampler compares; the writer sets it where it is used so
 //  bit  63     a sampler argument: the low 16 bits are its [[sampler(n)]] index, the rest is 0
 struct SamplerState {
     SamplerCoord coord = SamplerCoord::normalized;
@@ -48,6 +50,7 @@ struct SamplerState {
     SamplerMipFilter mip = SamplerMipFilter::none;
     SamplerBorder border = SamplerBorder::transparentBlack;
     SamplerCompare compare = SamplerCompare::never;
+    bool compares = false;
     std::uint32_t maxAnisotropy = 1; // [1, 16]
     float lodMin = 0;                // [0, 255]
     float lodMax = 1000;             // at and above 255: no limit
@@ -55,7 +58,26 @@ struct SamplerState {
     bool operator==(const SamplerState&) const = default;
 };
 
+inline constexpr std::uint64_t samplerComparesBit = 1ull << 57;
 inline constexpr std::uint64_t samplerArgumentBit = 1ull << 63;
+
+constexpr std::uint64_t packSampler(const SamplerState& state) {
+    auto field = [](auto value, unsigned at) { return static_cast<std::uint64_t>(value) << at; };
+    auto lod = [](float level) {
+        return level >= 255.0f ? 0xffffu
+               : level > 0.0f  ? static_cast<std::uint32_t>(level * 256.0f + 0.5f)
+                               : 0u;
+    };
+    return field(state.coord, 0) | field(state.s, 1) | field(state.t, 4) | field(state.r, 7) |
+           field(state.mag, 10) | field(state.min, 12) | field(state.mip, 14) |
+           field(state.border, 16) | field(state.compare, 18) |
+           field(state.maxAnisotropy < 1    ? 0
+                 : state.maxAnisotropy > 16 ? 15
+                                            : state.maxAnisotropy - 1,
+                 21) |
+           field(lod(state.lodMin), 25) | field(lod(state.lodMax), 41) |
+           (state.compares ? samplerComparesBit : 0);
+}
 
 constexpr SamplerState unpackSampler(std::uint64_t bits) {
     auto field = [bits](unsigned at, unsigned width) {
@@ -70,6 +92,7 @@ constexpr SamplerState unpackSampler(std::uint64_t bits) {
             .mip = static_cast<SamplerMipFilter>(field(14, 2)),
             .border = static_cast<SamplerBorder>(field(16, 2)),
             .compare = static_cast<SamplerCompare>(field(18, 3)),
+            .compares = (bits & samplerComparesBit) != 0,
             .maxAnisotropy = field(21, 4) + 1,
             .lodMin = static_cast<float>(field(25, 16)) / 256.0f,
             .lodMax =

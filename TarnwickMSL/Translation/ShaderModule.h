@@ -64,6 +64,7 @@ struct ShaderModule {
     Stage stage = Stage::fragment;
     std::vector<InterfaceVariable> interface;
     std::vector<TextureVariable> textures;
+    std::vector<std::uint32_t> samplers; // indices of the sampler arguments
     Structure structure;
     bool usesLoopBudget = false;
     bool earlyFragmentTests = false;

@@ -57,7 +57,7 @@ struct Argument {
     TextureComponent component = TextureComponent::none;
     bool isDepth = false;
     bool isRead = false, isWritten = false; // by the type's access qualifier
-    std::uint32_t count = 1;                // array<texture, count>
+    std::uint32_t count = 1;                // array<texture or sampler, count>
 
     // stageIn: its members; builtIn: one value
     std::vector<StageValue> values;

@@ -21,7 +21,7 @@ enum class compare_func {
 enum class access { sample, read, write, read_write };
 
 struct max_anisotropy {
-    constexpr max_anisotropy(int samples) : samples(samples) {}
+    constexpr explicit max_anisotropy(int samples) : samples(samples) {}
     int samples;
 };
 struct lod_clamp {
@@ -41,6 +41,10 @@ struct sampler {
     constexpr sampler(sampler& other) : bits(other.bits) {}
 
   private:
+    template <class T> constexpr void set(T) {
+        static_assert(sizeof(T) == 0, "a sampler is made of coord, address, filter, mip_filter, "
+                                      "border_color, compare_func, max_anisotropy and lod_clamp");
+    }
     constexpr void field(int at, int width, ulong value) {
         bits = (bits & ~(((1ul << width) - 1) << at)) | (value << at);
     }

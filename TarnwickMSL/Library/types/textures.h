@@ -1,103 +1,342 @@
 // Textures (Metal Shading Language 3.1, 2.9 and 6.12): a handle that the wrapper of each entry
-// point makes a constant. What is done with them are built-in calls that the SPIR-V writer knows by
-// their symbols.
+// point makes a constant. A class is a chain of what its shape and access allow, so that a member
+// that it lacks is not there; the parts know a shape S (texture_shapes.h) and what a texel is (K).
 #pragma once
 
-#include "construct.h"
-#include "samplers.h"
+#include "compute.h"
+#include "texture_shapes.h"
 
 namespace metal {
 
-struct bias {
-    float value;
-    constexpr explicit bias(float value) : value(value) {}
-};
-struct level {
-    float value;
-    constexpr explicit level(float value) : value(value) {}
-};
-struct gradient2d {
-    float2 x, y;
-    constexpr gradient2d(float2 x, float2 y) : x(x), y(y) {}
-};
-enum class component { x, y, z, w };
-
-// The built-in calls, by what a texel's components are. Those that take their level from
-// neighbouring invocations may not be moved across branches.
-template <class C> struct _image;
-#define MSL_IMAGE(C, V, suffix)                                                                    \
-    template <> struct _image<C> {                                                                  \
-        typedef V Texel;                                                                           \
-        __attribute__((const, convergent)) static V sample(uint, ulong, float2, int2) asm(         \
-            "msl.sample.2d." suffix);                                                              \
-        __attribute__((const, convergent)) static V sample_bias(uint, ulong, float2, float,        \
-                                                                int2) asm("msl.sample_bias.2d."    \
-                                                                          suffix);                 \
-        __attribute__((const)) static V sample_level(uint, ulong, float2, float,                   \
-                                                     int2) asm("msl.sample_level.2d." suffix);     \
-        __attribute__((const)) static V sample_grad(uint, ulong, float2, float2, float2,           \
-                                                    int2) asm("msl.sample_grad.2d." suffix);       \
-        __attribute__((const)) static V gather(uint, ulong, float2, int2,                          \
-                                               int) asm("msl.gather.2d." suffix);                  \
-        __attribute__((pure)) static V read(uint, uint2, int) asm("msl.read.2d." suffix);          \
-        static void write(uint, uint2, V) asm("msl.write.2d." suffix);                             \
-    };
-MSL_IMAGE(float, float4, "f32")
-MSL_IMAGE(int, int4, "s32")
-MSL_IMAGE(uint, uint4, "u32")
-#undef MSL_IMAGE
-__attribute__((const)) uint _image_width(uint, int) asm("msl.width.2d");
-__attribute__((const)) uint _image_height(uint, int) asm("msl.height.2d");
-__attribute__((const)) uint _image_levels(uint, int) asm("msl.levels.2d");
-
-// The component type that a texture of T has on the device.
-template <class T>
-using _image_of = _image<conditional_t<is_floating_point_v<T>, float,
-                                     conditional_t<is_signed_v<T>, int, uint>>>;
-
-template <class T, access a = access::sample> struct texture2d {
+// Texels of T: the device's vectors of float, int or uint become T's.
+template <class T> struct _color {
     typedef vec<T, 4> Texel;
-    uint handle;
-
-    MSL_INLINE Texel sample(sampler s, float2 at, int2 offset = int2(0)) const {
-        return texel(_image_of<T>::sample(handle, s.bits, at, offset));
-    }
-    MSL_INLINE Texel sample(sampler s, float2 at, bias b, int2 offset = int2(0)) const {
-        return texel(_image_of<T>::sample_bias(handle, s.bits, at, b.value, offset));
-    }
-    MSL_INLINE Texel sample(sampler s, float2 at, level l, int2 offset = int2(0)) const {
-        return texel(_image_of<T>::sample_level(handle, s.bits, at, l.value, offset));
-    }
-    MSL_INLINE Texel sample(sampler s, float2 at, gradient2d g, int2 offset = int2(0)) const {
-        return texel(_image_of<T>::sample_grad(handle, s.bits, at, g.x, g.y, offset));
-    }
-    MSL_INLINE Texel gather(sampler s, float2 at, int2 offset = int2(0),
-                            component c = component::x) const {
-        return texel(_image_of<T>::gather(handle, s.bits, at, offset, int(c)));
-    }
-    MSL_INLINE Texel read(uint2 at, uint lod = 0) const {
-        return texel(_image_of<T>::read(handle, at, int(lod)));
-    }
-    MSL_INLINE Texel read(ushort2 at, ushort lod = 0) const {
-        return texel(_image_of<T>::read(handle, __builtin_convertvector(at, uint2), lod));
-    }
-    MSL_INLINE void write(Texel value, uint2 at, uint = 0) const {
-        static_assert(a == access::write || a == access::read_write,
-                      "a texture is written where its access is write or read_write");
-        _image_of<T>::write(handle, at,
-                           __builtin_convertvector(value, typename _image_of<T>::Texel));
-    }
-    MSL_INLINE void write(Texel value, ushort2 at, ushort = 0) const {
-        write(value, __builtin_convertvector(at, uint2));
-    }
-    MSL_INLINE uint get_width(uint lod = 0) const { return _image_width(handle, int(lod)); }
-    MSL_INLINE uint get_height(uint lod = 0) const { return _image_height(handle, int(lod)); }
-    MSL_INLINE uint get_num_mip_levels() const { return _image_levels(handle, 0); }
-
-  private:
-    static MSL_INLINE Texel texel(typename _image_of<T>::Texel v) {
+    typedef vec<T, 4> Gathered;
+    typedef conditional_t<is_floating_point_v<T>, float, conditional_t<is_signed_v<T>, int, uint>>
+        Component;
+    template <class V> static MSL_INLINE Texel texel(V v) {
         return __builtin_convertvector(v, Texel);
     }
+    template <class V> static MSL_INLINE Gathered gathered(V v) { return texel(v); }
+    static MSL_INLINE auto stored(Texel v) {
+        return __builtin_convertvector(v, vec<Component, 4>);
+    }
 };
+// Depths are one component.
+template <class T> struct _depth {
+    typedef T Texel;
+    typedef vec<T, 4> Gathered;
+    typedef float Component;
+    static MSL_INLINE Texel texel(float4 v) { return v.x; }
+    static MSL_INLINE Gathered gathered(float4 v) { return v; }
+};
+template <class S, class K> using _calls = typename S::template Calls<typename K::Component>;
+
+// Sizes, and the handle.
+template <class S> struct _width {
+    uint handle;
+    MSL_INLINE uint get_width(uint lod = 0) const { return S::width(handle, int(lod)); }
+    MSL_INLINE uint get_num_mip_levels() const { return S::levels(handle); }
+};
+template <class S> struct _width_and_height : _width<S> {
+    MSL_INLINE uint get_height(uint lod = 0) const { return S::height(this->handle, int(lod)); }
+};
+template <class S> struct _three_sizes : _width_and_height<S> {
+    MSL_INLINE uint get_depth(uint lod = 0) const { return S::depth(this->handle, int(lod)); }
+};
+template <class S, class Base> struct _array_size : Base {
+    MSL_INLINE uint get_array_size() const { return S::layers(this->handle); }
+};
+template <class S> struct _sample_sizes {
+    uint handle;
+    MSL_INLINE uint get_width() const { return S::width(handle, 0); }
+    MSL_INLINE uint get_height() const { return S::height(handle, 0); }
+    MSL_INLINE uint get_num_samples() const { return S::samples(handle); }
+};
+template <class S> struct _only_width {
+    uint handle;
+    MSL_INLINE uint get_width() const { return S::width(handle, 0); }
+};
+
+// Single texels. `Indices...` are the face and the layer of shapes that have them.
+#define MSL_READS(parameters, arguments)                                                           \
+    MSL_INLINE typename K::Texel read(typename S::TexelAt at parameters, uint lod = 0) const {     \
+        return K::texel(_calls<S, K>::read(this->handle, S::place(at arguments), int(lod)));       \
+    }                                                                                              \
+    MSL_INLINE typename K::Texel read(typename S::ShortTexelAt at parameters, uint lod = 0)        \
+        const {                                                                                    \
+        return read(_unshort(at) arguments, lod);                                                  \
+    }
+#define MSL_WRITES(parameters, arguments)                                                          \
+    MSL_INLINE void write(typename K::Texel color, typename S::TexelAt at parameters,              \
+                          uint lod = 0) const {                                                    \
+        _calls<S, K>::write(this->handle, S::place(at arguments), K::stored(color), int(lod));     \
+    }                                                                                              \
+    MSL_INLINE void write(typename K::Texel color, typename S::ShortTexelAt at parameters,         \
+                          uint lod = 0) const {                                                    \
+        write(color, _unshort(at) arguments, lod);                                                 \
+    }
+#define MSL_COMMA ,
+MSL_INLINE uint2 _unshort(ushort2 at) { return __builtin_convertvector(at, uint2); }
+MSL_INLINE uint3 _unshort(ushort3 at) { return __builtin_convertvector(at, uint3); }
+uint _unshort(_no_place);
+
+template <class S, class K, class Base> struct _read : Base {
+    MSL_READS(, )
+};
+template <class S, class K, class Base> struct _read_layer : Base {
+    MSL_READS(MSL_COMMA uint layer, MSL_COMMA layer)
+};
+template <class S, class K, class Base> struct _read_face_and_layer : Base {
+    MSL_READS(MSL_COMMA uint face MSL_COMMA uint layer, MSL_COMMA face MSL_COMMA layer)
+};
+template <class S, class K, class Base> struct _write : Base {
+    MSL_WRITES(, )
+};
+template <class S, class K, class Base> struct _write_layer : Base {
+    MSL_WRITES(MSL_COMMA uint layer, MSL_COMMA layer)
+};
+template <class S, class K, class Base> struct _write_face_and_layer : Base {
+    MSL_WRITES(MSL_COMMA uint face MSL_COMMA uint layer, MSL_COMMA face MSL_COMMA layer)
+};
+#undef MSL_READS
+#undef MSL_WRITES
+
+template <class Base> struct _fenced : Base {
+    MSL_INLINE void fence() const {
+        _fence(thread_scope_threadgroup, int(mem_flags::mem_texture));
+    }
+};
+
+// Sampling at every kind of level. A least level is no operand that all devices have: the level is
+// worked out here, and no lower one is asked for. `parameters` are the place and what follows it.
+#define MSL_SAMPLES(name, Result, result, call, parameters, arguments)                             \
+    MSL_INLINE Result name(sampler s, typename S::At at parameters,                                \
+                           typename S::Offset offset = typename S::Offset(0)) const {              \
+        return result(call(this->handle, s.bits, arguments, offset));                              \
+    }                                                                                              \
+    MSL_INLINE Result name(sampler s, typename S::At at parameters, bias b,                        \
+                           typename S::Offset offset = typename S::Offset(0)) const {              \
+        return result(call##_bias(this->handle, s.bits, arguments, b.value, offset));              \
+    }                                                                                              \
+    MSL_INLINE Result name(sampler s, typename S::At at parameters, level l,                       \
+                           typename S::Offset offset = typename S::Offset(0)) const {              \
+        return result(call##_level(this->handle, s.bits, arguments, l.lod, offset));               \
+    }                                                                                              \
+    MSL_INLINE Result name(sampler s, typename S::At at parameters, typename S::Gradient g,        \
+                           typename S::Offset offset = typename S::Offset(0)) const {              \
+        return result(call##_grad(this->handle, s.bits, arguments, g.dPdx, g.dPdy, offset));       \
+    }                                                                                              \
+    MSL_INLINE Result name(sampler s, typename S::At at parameters, min_lod_clamp least,           \
+                           typename S::Offset offset = typename S::Offset(0)) const {              \
+        const float lod = _at_least(S::lod(this->handle, s.bits, at).y, least);                    \
+        return result(call##_level(this->handle, s.bits, arguments, lod, offset));                 \
+    }                                                                                              \
+    MSL_INLINE Result name(sampler s, typename S::At at parameters, bias b, min_lod_clamp least,   \
+                           typename S::Offset offset = typename S::Offset(0)) const {              \
+        const float lod = _at_least(S::lod(this->handle, s.bits, at).y + b.value, least);          \
+        return result(call##_level(this->handle, s.bits, arguments, lod, offset));                 \
+    }                                                                                              \
+    MSL_INLINE Result name(sampler s, typename S::At at parameters, typename S::Gradient g,        \
+                           min_lod_clamp least,                                                    \
+                           typename S::Offset offset = typename S::Offset(0)) const {              \
+        const float lod = _at_least(S::gradient_lod(this->handle, at, g), least);                  \
+        return result(call##_level(this->handle, s.bits, arguments, lod, offset));                 \
+    }
+MSL_INLINE float _at_least(float lod, min_lod_clamp least) {
+    return lod > least.lod ? lod : least.lod;
+}
+
+template <class S, class Base> struct _levels_of_detail : Base {
+    MSL_INLINE float calculate_clamped_lod(sampler s, typename S::At at) const {
+        return S::lod(this->handle, s.bits, at).x;
+    }
+    MSL_INLINE float calculate_unclamped_lod(sampler s, typename S::At at) const {
+        return S::lod(this->handle, s.bits, at).y;
+    }
+};
+template <class S, class K, class Base> struct _sample : _levels_of_detail<S, Base> {
+    MSL_SAMPLES(sample, typename K::Texel, K::texel, _calls<S MSL_COMMA K>::sample, , S::spot(at))
+};
+template <class S, class K, class Base> struct _sample_layer : _levels_of_detail<S, Base> {
+    MSL_SAMPLES(sample, typename K::Texel, K::texel, _calls<S MSL_COMMA K>::sample,
+                MSL_COMMA uint layer, S::spot(at MSL_COMMA layer))
+};
+template <class S, class K, class Base> struct _compare : Base {
+    MSL_SAMPLES(sample_compare, typename K::Texel, , S::sample_compare, MSL_COMMA float reference,
+                S::spot(at) MSL_COMMA reference)
+    MSL_INLINE float4 gather_compare(sampler s, typename S::At at, float reference,
+                                     typename S::Offset offset = typename S::Offset(0)) const {
+        return S::gather_compare(this->handle, s.bits, S::spot(at), reference, offset);
+    }
+};
+template <class S, class K, class Base> struct _compare_layer : Base {
+    MSL_SAMPLES(sample_compare, typename K::Texel, , S::sample_compare,
+                MSL_COMMA uint layer MSL_COMMA float reference,
+                S::spot(at MSL_COMMA layer) MSL_COMMA reference)
+    MSL_INLINE float4 gather_compare(sampler s, typename S::At at, uint layer, float reference,
+                                     typename S::Offset offset = typename S::Offset(0)) const {
+        return S::gather_compare(this->handle, s.bits, S::spot(at, layer), reference, offset);
+    }
+};
+#undef MSL_SAMPLES
+
+// Of one dimension there are no levels to choose from.
+template <class S, class K, class Base> struct _sample_1d : Base {
+    MSL_INLINE typename K::Texel sample(sampler s, float at) const {
+        return K::texel(_calls<S, K>::sample(this->handle, s.bits, S::spot(at), 0));
+    }
+};
+template <class S, class K, class Base> struct _sample_1d_layer : Base {
+    MSL_INLINE typename K::Texel sample(sampler s, float at, uint layer) const {
+        return K::texel(_calls<S, K>::sample(this->handle, s.bits, S::spot(at, layer), 0));
+    }
+};
+
+// One component of the four texels around a place; a cube's have no offset, a depth's no choice.
+#define MSL_GATHER(parameters, arguments, offset, component)                                       \
+    MSL_INLINE typename K::Gathered gather(sampler s, typename S::At at parameters) const {        \
+        return K::gathered(                                                                        \
+            _calls<S, K>::gather(this->handle, s.bits, S::spot(at arguments), offset, component)); \
+    }
+template <class S, class K, class Base> struct _gather : Base {
+    MSL_GATHER(MSL_COMMA int2 offset = int2(0) MSL_COMMA component c = component::x, , offset,
+               int(c))
+};
+template <class S, class K, class Base> struct _gather_layer : Base {
+    MSL_GATHER(MSL_COMMA uint layer MSL_COMMA int2 offset = int2(0) MSL_COMMA component c =
+                   component::x,
+               MSL_COMMA layer, offset, int(c))
+};
+template <class S, class K, class Base> struct _gather_cube : Base {
+    MSL_GATHER(MSL_COMMA component c = component::x, , int3(0), int(c))
+};
+template <class S, class K, class Base> struct _gather_cube_layer : Base {
+    MSL_GATHER(MSL_COMMA uint layer MSL_COMMA component c = component::x, MSL_COMMA layer, int3(0),
+               int(c))
+};
+template <class S, class K, class Base> struct _gather_depth : Base {
+    MSL_GATHER(MSL_COMMA typename S::Offset offset = typename S::Offset(0), , offset, 0)
+};
+template <class S, class K, class Base> struct _gather_depth_layer : Base {
+    MSL_GATHER(MSL_COMMA uint layer MSL_COMMA typename S::Offset offset = typename S::Offset(0),
+               MSL_COMMA layer, offset, 0)
+};
+#undef MSL_GATHER
+#undef MSL_COMMA
+
+// What each access allows. Shapes name their parts; a texture is read in all ways that it is
+// sampled in.
+template <access a, class Sampled, class Read, class Written, class Both>
+using _by_access =
+    conditional_t<a == access::sample, Sampled,
+                  conditional_t<a == access::read, Read,
+                                conditional_t<a == access::write, Written, _fenced<Both>>>>;
+
+template <class T> inline constexpr bool is_component =
+    is_same_v<T, half> || is_same_v<T, float> || is_same_v<T, short> || is_same_v<T, ushort> ||
+    is_same_v<T, int> || is_same_v<T, uint>;
+#define MSL_COMPONENT                                                                              \
+    static_assert(is_component<T>,                                                                 \
+                  "the component type of a texture is half, float, short, ushort, int or uint");
+
+// name, its shape, the parts: sizes, how it is sampled, read and written.
+#define MSL_TEXTURE(name, S, Sizes, Sampled, Read, Write)                                          \
+    template <class T, access a = access::sample>                                                  \
+    struct name                                                                                    \
+        : _by_access<a, Sampled<S, _color<T>, Read<S, _color<T>, Sizes>>,                          \
+                     Read<S, _color<T>, Sizes>, Write<S, _color<T>, Sizes>,                        \
+                     Write<S, _color<T>, Read<S, _color<T>, Sizes>>> {                             \
+        MSL_COMPONENT                                                                              \
+    };
+#define MSL_ARRAY_SIZE(S, Sizes) _array_size<S, Sizes<S>>
+
+template <class S, class K, class B> using _samples_2d = _gather<S, K, _sample<S, K, B>>;
+template <class S, class K, class B>
+using _samples_2d_array = _gather_layer<S, K, _sample_layer<S, K, B>>;
+template <class S, class K, class B> using _samples_cube = _gather_cube<S, K, _sample<S, K, B>>;
+template <class S, class K, class B>
+using _samples_cube_array = _gather_cube_layer<S, K, _sample_layer<S, K, B>>;
+
+typedef _array_size<_shape_1d_array, _width<_shape_1d_array>> _sizes_1d_array;
+typedef _array_size<_shape_2d_array, _width_and_height<_shape_2d_array>> _sizes_2d_array;
+typedef _array_size<_shape_cube_array, _width_and_height<_shape_cube_array>> _sizes_cube_array;
+typedef _array_size<_shape_2d_ms_array, _sample_sizes<_shape_2d_ms_array>> _sizes_2d_ms_array;
+
+MSL_TEXTURE(texture1d, _shape_1d, _width<_shape_1d>, _sample_1d, _read, _write)
+MSL_TEXTURE(texture1d_array, _shape_1d_array, _sizes_1d_array, _sample_1d_layer, _read_layer,
+            _write_layer)
+MSL_TEXTURE(texture2d, _shape_2d, _width_and_height<_shape_2d>, _samples_2d, _read, _write)
+MSL_TEXTURE(texture2d_array, _shape_2d_array, _sizes_2d_array, _samples_2d_array, _read_layer,
+            _write_layer)
+MSL_TEXTURE(texture3d, _shape_3d, _three_sizes<_shape_3d>, _sample, _read, _write)
+MSL_TEXTURE(texturecube, _shape_cube, _width_and_height<_shape_cube>, _samples_cube, _read_layer,
+            _write_layer)
+MSL_TEXTURE(texturecube_array, _shape_cube_array, _sizes_cube_array, _samples_cube_array,
+            _read_face_and_layer, _write_face_and_layer)
+#undef MSL_TEXTURE
+#undef MSL_ARRAY_SIZE
+
+// In place of the level stands the sample.
+template <class T, access a = access::read>
+struct texture2d_ms : _read<_shape_2d_ms, _color<T>, _sample_sizes<_shape_2d_ms>> {
+    MSL_COMPONENT
+    static_assert(a == access::read, "a multisampled texture's access is read");
+};
+template <class T, access a = access::read>
+struct texture2d_ms_array : _read_layer<_shape_2d_ms_array, _color<T>, _sizes_2d_ms_array> {
+    MSL_COMPONENT
+    static_assert(a == access::read, "a multisampled texture's access is read");
+};
+
+#define MSL_DEPTH(name, S, Sizes, Gather, Compare, Sample, Read)                                   \
+    template <class T, access a = access::sample>                                                  \
+    struct name                                                                                    \
+        : conditional_t<                                                                           \
+              a == access::sample,                                                                 \
+              Gather<S, _depth<T>,                                                                 \
+                     Compare<S, _depth<T>, Sample<S, _depth<T>, Read<S, _depth<T>, Sizes>>>>,      \
+              Read<S, _depth<T>, Sizes>> {                                                         \
+        static_assert(is_same_v<T, float>, "the component type of a depth texture is float");      \
+        static_assert(a == access::sample || a == access::read,                                    \
+                      "a depth texture's access is sample or read");                               \
+    };
+MSL_DEPTH(depth2d, _shape_2d, _width_and_height<_shape_2d>, _gather_depth, _compare, _sample, _read)
+MSL_DEPTH(depth2d_array, _shape_2d_array, _sizes_2d_array, _gather_depth_layer, _compare_layer,
+          _sample_layer, _read_layer)
+MSL_DEPTH(depthcube, _shape_cube, _width_and_height<_shape_cube>, _gather_depth, _compare, _sample,
+          _read_layer)
+MSL_DEPTH(depthcube_array, _shape_cube_array, _sizes_cube_array, _gather_depth_layer,
+          _compare_layer, _sample_layer, _read_face_and_layer)
+#undef MSL_DEPTH
+
+template <class T, access a = access::read>
+struct depth2d_ms : _read<_shape_2d_ms, _depth<T>, _sample_sizes<_shape_2d_ms>> {
+    static_assert(is_same_v<T, float>, "the component type of a depth texture is float");
+    static_assert(a == access::read, "a multisampled texture's access is read");
+};
+template <class T, access a = access::read>
+struct depth2d_ms_array : _read_layer<_shape_2d_ms_array, _depth<T>, _sizes_2d_ms_array> {
+    static_assert(is_same_v<T, float>, "the component type of a depth texture is float");
+    static_assert(a == access::read, "a multisampled texture's access is read");
+};
+#undef MSL_COMPONENT
+
+// Uses of the usual ones, so that they are made here, once, and not in every program.
+template <class T> MSL_INLINE void _texture_used(texture2d<T> t, sampler s) {
+    texture2d<T> copy = t;
+    copy = t;
+    copy.sample(s, float2(0), bias(0));
+    t.sample(s, float2(0), level(0));
+    t.sample(s, float2(0));
+    t.read(uint2(0));
+    t.read(ushort2(0));
+    t.gather(s, float2(0));
+    t.get_width() + t.get_height() + t.get_num_mip_levels();
+}
+inline void _textures_used(texture2d<float> a, texture2d<half> b, sampler s) {
+    _texture_used(a, s);
+    _texture_used(b, s);
+}
 
 } // namespace metal

@@ -66,11 +66,13 @@ class EntryReader {
     bool readResource(const clang::ParmVarDecl& parameter, Argument& argument);
     bool readTexture(const clang::ClassTemplateSpecializationDecl& texture, Argument& argument);
     void readPointee(QualType pointee, Argument& argument);
+    bool holdsHandles(QualType type);
     bool readBuiltIn(const clang::ParmVarDecl& parameter, EntrySignature& signature,
                      Argument& argument);
     void readResult(const clang::FunctionDecl& function, EntrySignature& signature);
     void numberResources(EntrySignature& signature);
     void reportSharedIndices(const clang::FunctionDecl& function, const EntrySignature& signature);
+    void checkBounds(const clang::FunctionDecl& function, const EntrySignature& signature);
 };
 
 void EntryReader::readPointee(QualType pointee, Argument& argument) {
@@ -117,6 +119,21 @@ bool EntryReader::readTexture(const clang::ClassTemplateSpecializationDecl& text
     return true;
 }
 
+// Whether a value of the type has a texture or a sampler somewhere.
+bool EntryReader::holdsHandles(QualType type) {
+    const auto* record = context.getBaseElementType(type)->getAsCXXRecordDecl();
+    if (!record || !record->hasDefinition())
+        return false;
+    const auto* made = llvm::dyn_cast<clang::ClassTemplateSpecializationDecl>(record);
+    Argument ignored;
+    if (made ? readTexture(*made, ignored) : record->getName() == "sampler")
+        return true;
+    return llvm::any_of(record->bases(),
+                        [&](const auto& base) { return holdsHandles(base.getType()); }) ||
+           llvm::any_of(record->fields(),
+                        [&](const auto* field) { return holdsHandles(field->getType()); });
+}
+
 // Textures, samplers, buffers and threadgroup memory.
 bool EntryReader::readResource(const clang::ParmVarDecl& parameter, Argument& argument) {
     const QualType type = parameter.getType();
@@ -139,6 +156,11 @@ bool EntryReader::readResource(const clang::ParmVarDecl& parameter, Argument& ar
             error(parameter.getLocation(),
                   "textures and samplers in buffers are not supported on this platform");
         readPointee(type->getPointeeType(), argument);
+        if (holdsHandles(type->getPointeeType()))
+            error(parameter.getLocation(),
+                  "a buffer cannot hold textures or samplers, as %0 does: each is an argument of "
+                  "its own",
+                  "'" + type->getPointeeType().getUnqualifiedType().getAsString() + "'");
         return true;
     }
     const auto* record = type->getAsCXXRecordDecl();
@@ -158,6 +180,10 @@ bool EntryReader::readResource(const clang::ParmVarDecl& parameter, Argument& ar
             llvm::dyn_cast_if_present<clang::ClassTemplateSpecializationDecl>(element);
         argument.count =
             static_cast<std::uint32_t>(made->getTemplateArgs()[1].getAsIntegral().getZExtValue());
+        if (element && !texture && element->getName() == "sampler") {
+            argument.kind = ArgumentKind::sampler;
+            return true;
+        }
         return texture && readTexture(*texture, argument);
     }
     return readTexture(*made, argument);
@@ -229,6 +255,21 @@ void EntryReader::reportSharedIndices(const clang::FunctionDecl& function,
                 error(function.getParamDecl(static_cast<unsigned>(i))->getLocation(),
                       "'%0' and '%1' have the same index", argument.name,
                       known[{argument.kind, argument.index + n}]);
+    }
+}
+
+// Textures and samplers have tables of so many entries.
+void EntryReader::checkBounds(const clang::FunctionDecl& function,
+                              const EntrySignature& signature) {
+    for (std::size_t n = 0; n < signature.arguments.size(); ++n) {
+        const Argument& argument = signature.arguments[n];
+        const bool isTexture = argument.kind == ArgumentKind::texture;
+        const std::uint64_t most = isTexture ? mostTextures : mostSamplers;
+        const bool isOutside = std::uint64_t{argument.index} + argument.count > most;
+        if (isOutside && (isTexture || argument.kind == ArgumentKind::sampler))
+            error(function.getParamDecl(static_cast<unsigned>(n))->getLocation(),
+                  "'%0' attribute parameter is out of bounds: must be between 0 and %1",
+                  isTexture ? "texture" : "sampler", std::to_string(most - argument.count));
     }
 }
 
@@ -313,6 +354,7 @@ void EntryReader::readFunction(const clang::FunctionDecl& function) {
         readArgument(*parameter, signature);
     numberResources(signature);
     reportSharedIndices(function, signature);
+    checkBounds(function, signature);
     readResult(function, signature);
     entries.push_back({&function, std::move(signature)});
 }

@@ -98,6 +98,12 @@ static void nameVectors(llvm::SmallString<256>& message) {
     message = text;
 }
 
+// A check of the library's own is told in its words alone.
+static llvm::StringRef withoutRequirement(llvm::StringRef message) {
+    const bool isAssertion = message.starts_with("static assertion failed");
+    return isAssertion && message.contains("': ") ? message.split("': ").second : message;
+}
+
 void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic) {
     DiagnosticConsumer::HandleDiagnostic(level, diagnostic); // counts
     if (level == Level::Fatal)
@@ -129,7 +135,7 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
     } else {
         flushWithheld();
         if (isLibrary) {
-            withheld = message.str().str();
+            withheld = withoutRequirement(message).str();
             withheldLevel = level;
             return;
         }

@@ -20,19 +20,23 @@ StringRef builtInName(const CallBase& call) {
     return callee && callee->isDeclaration() ? nameOf(callee->getName()) : StringRef();
 }
 
+bool takesSampler(StringRef name) {
+    return (name.starts_with("sample") && name != "samples") || name.starts_with("gather") ||
+           name == "lod";
+}
+
 bool takesTexture(StringRef name) {
-    return StringSwitch<bool>(name)
-        .Cases("sample", "sample_bias", "sample_level", "sample_grad", "gather", true)
-        .Cases("sample_compare", "sample_compare_level", "gather_compare", "read", "write", true)
-        .Cases("width", "height", "depth", "levels", "samples", "layers", true)
-        .Default(false);
+    return takesSampler(name) || StringSwitch<bool>(name)
+                                     .Cases("read", "write", "width", "height", "depth", true)
+                                     .Cases("levels", "samples", "layers", true)
+                                     .Default(false);
 }
 
 // Its value depends on the neighbouring invocations, or it waits for them.
 static bool isConvergent(StringRef name) {
     return StringSwitch<bool>(name)
-        .Cases("dfdx", "dfdy", "fwidth", "sample", "sample_bias", "sample_compare", true)
-        .Cases("barrier", "fence", "discard", true)
+        .Cases("dfdx", "dfdy", "fwidth", "barrier", "fence", "discard", true)
+        .Cases("sample", "sample_bias", "sample_compare", "sample_compare_bias", "lod", true)
         .Default(name.starts_with("simd_") || name.starts_with("quad_"));
 }
 

@@ -16,6 +16,8 @@ llvm::StringRef builtInName(const llvm::CallBase& call);
 
 // Whether its first operand is a texture's handle.
 bool takesTexture(llvm::StringRef name);
+// Whether its second one is a sampler's bits.
+bool takesSampler(llvm::StringRef name);
 
 // Gives the module's declarations of built-in calls their attributes: which ones touch memory, and
 // which ones must not move under another condition (derivatives, barriers).

@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Translation/Passes/Handles.h"
 
+#include "TarnwickMSL/SamplerBits.h"
 #include "TarnwickMSL/Translation/Passes/BuiltInCalls.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
@@ -31,7 +32,7 @@ static bool collect(Value* value, Choices& choices, SmallPtrSetImpl<Value*>& see
     return false;
 }
 
-// "2d.f32" of msl.sample.2d.f32 against what an argument is.
+// "2d.f32" of msl.sample.2d.f32 against what an argument is; only depths are compared.
 static bool fits(const TextureVariable& texture, StringRef symbol) {
     SmallVector<StringRef, 5> words;
     symbol.split(words, '.');
@@ -40,7 +41,8 @@ static bool fits(const TextureVariable& texture, StringRef symbol) {
     static constexpr StringLiteral shapes[] = {"",   "buffer",   "1d",        "1d_array",
                                                "2d", "2d_array", "2d_ms",     "2d_ms_array",
                                                "3d", "cube",     "cube_array"};
-    if (shapes[static_cast<std::size_t>(texture.shape)] != words[2])
+    if (shapes[static_cast<std::size_t>(texture.shape)] != words[2] ||
+        (words[1].contains("compare") && !texture.isDepth))
         return false;
     static constexpr StringLiteral components[] = {"", "f32", "s32", "u32"};
     return words.size() < 4 || components[static_cast<std::size_t>(texture.component)] == words[3];
@@ -58,11 +60,14 @@ static Choices textureChoices(const ShaderModule& shader, CallBase& call) {
     return choices;
 }
 
-static Choices samplerChoices(CallBase& call) {
+static Choices samplerChoices(const ShaderModule& shader, CallBase& call) {
     Choices choices;
     SmallPtrSet<Value*, 8> seen;
-    if (!collect(call.getArgOperand(1), choices, seen))
-        throw TranslationError("A sampler is computed at run time.");
+    if (collect(call.getArgOperand(1), choices, seen))
+        return choices;
+    choices.clear();
+    for (std::uint32_t index : shader.samplers)
+        choices.insert(ConstantInt::get(call.getContext(), APInt(64, samplerArgumentBit | index)));
     return choices;
 }
 
@@ -95,15 +100,13 @@ static void splitWrite(CallBase& call, unsigned operand, const Choices& choices)
 
 static void split(CallBase& call, unsigned operand, const Choices& choices) {
     if (choices.empty())
-        throw TranslationError("A texture is used that is not among the function's arguments.");
+        throw TranslationError(operand == 0
+                                   ? "A texture is used that is not among the function's arguments."
+                                   : "A sampler is computed at run time.");
     if (call.getType()->isVoidTy())
         splitWrite(call, operand, choices);
     else
         splitRead(call, operand, choices);
-}
-
-static bool takesSampler(StringRef name) {
-    return name.starts_with("sample") || name.starts_with("gather");
 }
 
 template <class Needs> static SmallVector<CallBase*, 8> callsThat(Function& main, Needs needs) {
@@ -124,7 +127,7 @@ bool resolveHandles(ShaderModule& shader) {
         return takesSampler(builtInName(call)) && !isa<ConstantInt>(call.getArgOperand(1));
     });
     for (CallBase* call : samplers)
-        split(*call, 1, samplerChoices(*call));
+        split(*call, 1, samplerChoices(shader, *call));
     return !textures.empty() || !samplers.empty();
 }
 

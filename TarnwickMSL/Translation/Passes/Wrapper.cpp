@@ -45,7 +45,7 @@ class Wrapping {
     Value* argument(const Argument& given, llvm::Argument& formal);
     Value* buffer(const Argument& given);
     Value* textures(const Argument& given, llvm::Argument& formal);
-    Value* sampler(const Argument& given, llvm::Argument& formal);
+    Value* samplers(const Argument& given, llvm::Argument& formal);
     Value* values(const Argument& given, llvm::Argument& formal);
     Value* passed(llvm::Argument& formal, Value* memory);
     AllocaInst* local(Type* type);
@@ -117,9 +117,14 @@ Value* Wrapping::textures(const Argument& given, llvm::Argument& formal) {
     return passed(formal, memory);
 }
 
-Value* Wrapping::sampler(const Argument& given, llvm::Argument& formal) {
-    AllocaInst* memory = localFor(formal, 8);
-    builder_.CreateStore(builder_.getInt64(samplerArgumentBit | given.index), memory);
+Value* Wrapping::samplers(const Argument& given, llvm::Argument& formal) {
+    AllocaInst* memory = localFor(formal, 8 * std::uint64_t{given.count});
+    for (std::uint32_t n = 0; n < given.count; ++n) {
+        std::uint32_t index = given.index + n;
+        shader_.samplers.push_back(index);
+        builder_.CreateStore(builder_.getInt64(samplerArgumentBit | index),
+                             at(memory, 8 * std::uint64_t{n}));
+    }
     return passed(formal, memory);
 }
 
@@ -148,7 +153,7 @@ Value* Wrapping::argument(const Argument& given, llvm::Argument& formal) {
     case ArgumentKind::texture:
         return textures(given, formal);
     case ArgumentKind::sampler:
-        return sampler(given, formal);
+        return samplers(given, formal);
     case ArgumentKind::stageIn:
     case ArgumentKind::builtIn:
         return values(given, formal);

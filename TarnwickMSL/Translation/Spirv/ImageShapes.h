@@ -19,7 +19,7 @@ struct ImageShape {
 };
 
 // Throws TranslationError on a shape that is not known.
-const ImageShape& shapeOf(const TextureVariable& texture);
+const ImageShape& shapeOf(TextureShape shape);
 
 // Image operands (SPIR-V 1.6, 3.14).
 namespace image_operand {

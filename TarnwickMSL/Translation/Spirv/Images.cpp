@@ -27,25 +27,26 @@ static constexpr std::array shapes{
 };
 // clang-format on
 
-const ImageShape& shapeOf(const TextureVariable& texture) {
+const ImageShape& shapeOf(TextureShape wanted) {
     for (const ImageShape& shape : shapes)
-        if (shape.shape == texture.shape)
+        if (shape.shape == wanted)
             return shape;
     throw TranslationError("A texture has a shape that is not known.");
 }
 
 bool Images::takes(StringRef name) {
-    return StringSwitch<bool>(name)
-        .Cases("sample", "sample_bias", "sample_level", "sample_grad", "gather", true)
-        .Cases("sample_compare", "sample_compare_level", "gather_compare", "read", "write", true)
-        .Cases("width", "height", "depth", "levels", "samples", "layers", true)
-        .Default(false);
+    return name.starts_with("sample") || name.starts_with("gather") ||
+           StringSwitch<bool>(name)
+               .Cases("read", "write", "lod", true)
+               .Cases("width", "height", "depth", "levels", "layers", true)
+               .Default(false);
 }
 
-Id Images::imageType(const TextureVariable& texture, bool isStorage) {
-    const ImageShape& shape = shapeOf(texture);
+Id Images::imageType(const Image& made) {
+    const TextureVariable& texture = *made.texture;
+    const ImageShape& shape = *made.shape;
     Module& module = body_.module;
-    if (auto capability = isStorage ? shape.storage : shape.sampled)
+    if (auto capability = made.isStorage ? shape.storage : shape.sampled)
         module.require(*capability);
     Id component = body_.types.of(body_.f32());
     if (texture.component == TextureComponent::uint_)
@@ -55,7 +56,7 @@ Id Images::imageType(const TextureVariable& texture, bool isStorage) {
     return module.declareType(spv::Op::OpTypeImage,
                               {component, static_cast<std::uint32_t>(shape.dimension),
                                texture.isDepth, shape.isArray, shape.isMultisample,
-                               isStorage ? 2u : 1u,
+                               made.isStorage ? 2u : 1u,
                                static_cast<std::uint32_t>(spv::ImageFormat::Unknown)});
 }
 
@@ -66,37 +67,62 @@ static void bind(Module& module, Id variable, std::uint32_t binding) {
 
 void Images::declare(Image& made) {
     const TextureVariable& texture = *made.texture;
-    made.isStorage = texture.isWritten;
-    made.type = imageType(texture, made.isStorage);
+    made.type = imageType(made);
     auto storage = spv::StorageClass::UniformConstant;
     made.variable = body_.module.variable(body_.types.pointer(storage, made.type), storage);
-    bind(body_.module, made.variable, texture.binding);
+    bool isFirst = none_of(resources_, [&](const Resource& known) {
+        return known.binding == texture.binding && known.shape != TextureShape::none;
+    });
+    std::uint32_t binding = isFirst ? texture.binding : nextBinding_++;
+    bind(body_.module, made.variable, binding);
     if (made.isStorage && !texture.isRead)
         body_.module.decorate(made.variable, spv::Decoration::NonReadable);
     resources_.push_back(
         {.kind = made.isStorage ? ResourceKind::storageTexture : ResourceKind::sampledTexture,
          .index = texture.index,
-         .binding = texture.binding,
+         .binding = binding,
          .isWritten = texture.isWritten,
-         .shape = texture.shape,
-         .component = texture.component});
+         .shape = made.shape->shape,
+         .component = texture.component,
+         .level = made.level});
 }
 
-Images::Image& Images::image(const Value* handle) {
+const TextureVariable& Images::texture(const Value* handle) const {
     auto* constant = dyn_cast<ConstantInt>(handle);
     if (!constant)
         throw TranslationError("Which texture is used must be known when the program is compiled.");
-    auto index = static_cast<std::uint32_t>(constant->getZExtValue());
-    Image& known = images_[index];
-    if (known.texture)
-        return known;
     for (const TextureVariable& texture : shader_.textures)
-        if (texture.index == index)
-            known.texture = &texture;
-    if (!known.texture)
-        throw TranslationError("A texture is used that is no argument of the function.");
-    declare(known);
+        if (texture.index == constant->getZExtValue())
+            return texture;
+    throw TranslationError("A texture is used that is no argument of the function.");
+}
+
+Images::Image& Images::image(const Value* handle, Need need, std::uint32_t level) {
+    const TextureVariable& texture = this->texture(handle);
+    bool isCube = texture.shape == TextureShape::cube || texture.shape == TextureShape::cubeArray;
+    bool isFlat = isCube && (need == Need::texels || texture.isWritten);
+    TextureShape shape = isFlat ? TextureShape::d2Array : texture.shape;
+    Image& known = images_[{texture.index, static_cast<std::uint32_t>(shape), level}];
+    if (!known.texture) {
+        known.texture = &texture;
+        known.shape = &shapeOf(shape);
+        known.level = level;
+        known.isStorage = texture.isWritten;
+        declare(known);
+    }
     return known;
+}
+
+// The view that a call reads or writes. Stores see one level, which the view must choose.
+Images::Image& Images::texels(const CallInst& call, unsigned levelOperand) {
+    const Value* handle = call.getArgOperand(0);
+    if (!texture(handle).isWritten || call.arg_size() <= levelOperand)
+        return image(handle, Need::texels);
+    auto* level = dyn_cast<ConstantInt>(call.getArgOperand(levelOperand));
+    if (!level)
+        throw TranslationError("The level at which a texture with access write or read_write is "
+                               "read or written must be known when the program is compiled.");
+    return image(handle, Need::texels, static_cast<std::uint32_t>(level->getZExtValue()));
 }
 
 Id Images::sampler(std::uint64_t bits) {
@@ -107,16 +133,19 @@ Id Images::sampler(std::uint64_t bits) {
         samplerType_ = body_.module.declareType(spv::Op::OpTypeSampler, {});
     auto storage = spv::StorageClass::UniformConstant;
     known = body_.module.variable(body_.types.pointer(storage, samplerType_), storage);
-    bind(body_.module, known, nextBinding_);
+    declareSampler(known, bits);
+    return known;
+}
+
+void Images::declareSampler(Id variable, std::uint64_t bits) {
+    bind(body_.module, variable, nextBinding_);
     bool isArgument = bits & samplerArgumentBit;
     Resource resource{.kind = isArgument ? ResourceKind::sampler : ResourceKind::constantSampler};
     resource.binding = nextBinding_++;
     if (isArgument)
         resource.index = static_cast<std::uint32_t>(bits & 0xffff);
-    else
-        resource.samplerState = bits;
+    resource.samplerState = isArgument ? bits & samplerComparesBit : bits;
     resources_.push_back(resource);
-    return known;
 }
 
 Id Images::resultType(const Image& image, const CallInst& call) {
@@ -138,6 +167,8 @@ Id Images::write(StringRef name, const CallInst& call) {
         return sample(name, call);
     if (name.starts_with("gather"))
         return gather(name, call);
+    if (name == "lod")
+        return levelOfDetail(call);
     return query(name, call);
 }
 

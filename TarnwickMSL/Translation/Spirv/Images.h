@@ -3,6 +3,10 @@
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
 #include "TarnwickMSL/Translation/Spirv/Body.h"
+#include "TarnwickMSL/Translation/Spirv/ImageShapes.h"
+
+#include <array>
+#include <map>
 
 namespace tarnwick::msl::spirv {
 
@@ -20,20 +24,28 @@ class Images {
     const std::vector<Resource>& resources() const { return resources_; }
 
   private:
+    // A view of a texture. Most have one; a cube's single texels are seen as a 2D array's, and each
+    // level that is stored to has a view of its own.
     struct Image {
         const TextureVariable* texture = nullptr;
+        const ImageShape* shape = nullptr; // as it is seen
+        std::uint32_t level = 0;           // of a stored one
         Id type = 0, variable = 0, sampledType = 0;
         bool isStorage = false;
     };
+    enum class Need : std::uint8_t { wholes, texels };
     struct Extras { // image operands (SPIR-V 1.6, 3.14) in the making
         std::uint32_t mask = 0;
         llvm::SmallVector<std::uint32_t, 4> ids;
     };
 
-    Image& image(const llvm::Value* handle);
+    Image& image(const llvm::Value* handle, Need need = Need::wholes, std::uint32_t level = 0);
+    Image& texels(const llvm::CallInst& call, unsigned levelOperand);
+    const TextureVariable& texture(const llvm::Value* handle) const;
     void declare(Image& made);
-    Id imageType(const TextureVariable& texture, bool isStorage);
+    Id imageType(const Image& made);
     Id sampler(std::uint64_t bits);
+    void declareSampler(Id variable, std::uint64_t bits);
     Id load(const Image& image) {
         return body_.emit(spv::Op::OpLoad, image.type, {image.variable});
     }
@@ -46,7 +58,9 @@ class Images {
     Id store(const llvm::CallInst& call);
     Id query(llvm::StringRef name, const llvm::CallInst& call);
 
-    Id combined(Image& image, const llvm::CallInst& call);
+    Id levelOfDetail(const llvm::CallInst& call);
+    Id combined(Image& image, const llvm::CallInst& call, bool compares);
+    Id shifted(const Image& image, llvm::Type* type, const llvm::Value* offset);
     Id coordinates(const Image& image, const llvm::CallInst& call, const llvm::Value* offset);
     Id perPixel(const Image& image, llvm::Type* type, Id coordinates);
     Id size(const Image& image, Id level);
@@ -60,7 +74,7 @@ class Images {
     const ShaderModule& shader_;
     std::uint32_t nextBinding_;
     Id samplerType_ = 0;
-    llvm::DenseMap<std::uint32_t, Image> images_;
+    std::map<std::array<std::uint32_t, 3>, Image> images_; // by index, shape and level
     llvm::DenseMap<std::uint64_t, Id> samplers_;
     std::vector<Resource> resources_;
 };

@@ -5,13 +5,13 @@
 #include "TarnwickMSL/Translation/Spirv/Images.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
-#include <llvm/ADT/StringSwitch.h>
-
 namespace tarnwick::msl::spirv {
 
 using namespace llvm;
 
 using namespace image_operand;
+
+static constexpr std::uint64_t compareBits = 7ull << 18;
 
 static std::uint64_t samplerBits(const CallInst& call) {
     auto* bits = dyn_cast<ConstantInt>(call.getArgOperand(1));
@@ -20,9 +20,17 @@ static std::uint64_t samplerBits(const CallInst& call) {
     return bits->getZExtValue();
 }
 
-Id Images::combined(Image& image, const CallInst& call) {
+// In Metal a call compares, in Vulkan a sampler does: one that is used both ways becomes two.
+static std::uint64_t samplerBits(const CallInst& call, bool compares) {
+    std::uint64_t bits = samplerBits(call);
+    if (compares)
+        return bits | samplerComparesBit;
+    return bits & samplerArgumentBit ? bits : bits & ~compareBits;
+}
+
+Id Images::combined(Image& image, const CallInst& call, bool compares) {
     Id texture = load(image);
-    Id variable = sampler(samplerBits(call));
+    Id variable = sampler(samplerBits(call, compares));
     Id with = body_.emit(spv::Op::OpLoad, samplerType_, {variable});
     if (!image.sampledType)
         image.sampledType = body_.module.declareType(spv::Op::OpTypeSampledImage, {image.type});
@@ -31,7 +39,7 @@ Id Images::combined(Image& image, const CallInst& call) {
 
 // Pixel coordinates run to the first level's size; the layer stays what it is.
 Id Images::perPixel(const Image& image, Type* type, Id coordinates) {
-    const ImageShape& shape = shapeOf(*image.texture);
+    const ImageShape& shape = *image.shape;
     Id pixels = body_.emit(spv::Op::OpConvertUToF, type, {size(image, body_.constants.word(0))});
     if (shape.isArray)
         pixels = body_.emit(spv::Op::OpCompositeInsert, type,
@@ -68,10 +76,18 @@ Id Images::coordinates(const Image& image, const CallInst& call, const Value* of
         value = perPixel(image, type, value);
     if (!offset || isPlainOffset(offset))
         return value;
-    if (shapeOf(*image.texture).isArray)
-        throw TranslationError("A sampling offset into an array of textures must be constant.");
-    Id moved = body_.emit(spv::Op::OpConvertSToF, type, {body_.id(offset)});
-    return body_.emit(spv::Op::OpFAdd, type, {value, perPixel(image, type, moved)});
+    return body_.emit(spv::Op::OpFAdd, type,
+                      {value, perPixel(image, type, shifted(image, type, offset))});
+}
+
+// An offset as coordinates in pixels; the layer stays where it is.
+Id Images::shifted(const Image& image, Type* type, const Value* offset) {
+    if (!image.shape->isArray)
+        return body_.emit(spv::Op::OpConvertSToF, type, {body_.id(offset)});
+    Id moved = body_.emit(spv::Op::OpConvertSToF, shapedLike(offset->getType(), body_.f32()),
+                          {body_.id(offset)});
+    return body_.emit(spv::Op::OpCompositeConstruct, type,
+                      {moved, body_.constants.real(body_.f32(), 0)});
 }
 
 Id Images::signedOffset(const Constant& offset) {
@@ -105,14 +121,6 @@ static const Value* argumentOrNull(const CallInst& call, unsigned argument) {
     return argument < call.arg_size() ? call.getArgOperand(argument) : nullptr;
 }
 
-// Which argument of a sampling call is the offset, if it has one.
-static unsigned offsetOf(StringRef name) {
-    return StringSwitch<unsigned>(name)
-        .Cases("sample_bias", "sample_level", "sample_compare", 4)
-        .Cases("sample_grad", "sample_compare_level", 5)
-        .Default(3);
-}
-
 static spv::Op sampleOp(bool compares, bool isExplicit) {
     if (compares)
         return isExplicit ? spv::Op::OpImageSampleDrefExplicitLod
@@ -122,11 +130,15 @@ static spv::Op sampleOp(bool compares, bool isExplicit) {
 
 Id Images::sample(StringRef name, const CallInst& call) {
     Image& from = image(call.getArgOperand(0));
-    bool compares = name.starts_with("sample_compare");
+    name.consume_front("sample");
+    bool compares = name.consume_front("_compare"); // what is left says how the level is found
     unsigned next = 3;
-    const Value* offset = argumentOrNull(call, offsetOf(name));
+    const Value* offset = argumentOrNull(call, next + compares +
+                                                   (name.empty()      ? 0
+                                                    : name == "_grad" ? 2
+                                                                      : 1));
     SmallVector<std::uint32_t, 8> operands{0, coordinates(from, call, offset)};
-    operands[0] = combined(from, call);
+    operands[0] = combined(from, call, compares);
     if (compares)
         operands.push_back(body_.id(call.getArgOperand(next++)));
     Extras extras;
@@ -135,11 +147,11 @@ Id Images::sample(StringRef name, const CallInst& call) {
         extras.ids.push_back(body_.id(call.getArgOperand(next++)));
     };
     bool hasLevels = shader_.stage == Stage::fragment; // where neighbours give a level
-    if (name == "sample_bias")
+    if (name == "_bias")
         take(hasLevels ? bias : lod);
-    else if (name == "sample_level" || name == "sample_compare_level")
+    else if (name == "_level")
         take(lod);
-    else if (name == "sample_grad") {
+    else if (name == "_grad") {
         take(grad);
         take(grad);
     } else if (!hasLevels) {
@@ -166,7 +178,10 @@ Id Images::gather(StringRef name, const CallInst& call) {
                           : last > 3 ? call.getArgOperand(3)
                                      : nullptr;
     SmallVector<std::uint32_t, 6> operands{0, coordinates(from, call, offset)};
-    operands[0] = combined(from, call);
+    operands[0] = combined(from, call, compares);
+    if (!compares && !isa<Constant>(call.getArgOperand(last)))
+        throw TranslationError("The component that is gathered must be known when the program is "
+                               "compiled.");
     operands.push_back(body_.id(call.getArgOperand(compares ? 3 : last)));
     Extras extras;
     addOffset(extras, offset);
@@ -177,6 +192,16 @@ Id Images::gather(StringRef name, const CallInst& call) {
     Id value = body_.emit(compares ? spv::Op::OpImageDrefGather : spv::Op::OpImageGather,
                           resultType(from, call), operands);
     return result(from, call, value);
+}
+
+// The level that is accessed and the one that was computed; without neighbours both are the first.
+Id Images::levelOfDetail(const CallInst& call) {
+    if (shader_.stage != Stage::fragment)
+        return body_.constants.null(call.getType());
+    body_.module.require(spv::Capability::ImageQuery);
+    Image& of = image(call.getArgOperand(0));
+    Id at = coordinates(of, call, nullptr);
+    return body_.emit(spv::Op::OpImageQueryLod, call.getType(), {combined(of, call, false), at});
 }
 
 } // namespace tarnwick::msl::spirv

@@ -13,14 +13,14 @@ using namespace llvm;
 // Sizes are integers of as many components as the image has axes, and its layers last.
 Id Images::size(const Image& image, Id level) {
     body_.module.require(spv::Capability::ImageQuery);
-    const ImageShape& shape = shapeOf(*image.texture);
+    const ImageShape& shape = *image.shape;
     unsigned count = shape.axes + shape.isArray;
     Type* type = count == 1 ? body_.i32() : FixedVectorType::get(body_.i32(), count);
     bool hasLevels =
         !image.isStorage && !shape.isMultisample && shape.dimension != spv::Dim::Buffer;
-    if (!hasLevels)
-        return body_.emit(spv::Op::OpImageQuerySize, type, {load(image)});
-    Id all = body_.emit(spv::Op::OpImageQuerySizeLod, type, {load(image), body_.constants.word(0)});
+    Id first = body_.constants.word(0);
+    Id all = hasLevels ? body_.emit(spv::Op::OpImageQuerySizeLod, type, {load(image), first})
+                       : body_.emit(spv::Op::OpImageQuerySize, type, {load(image)});
     return level == body_.constants.word(0) ? all : halved(type, all, level, shape.isArray);
 }
 
@@ -37,7 +37,7 @@ Id Images::halved(Type* type, Id size, Id level, bool hasLayers) {
 
 Id Images::query(StringRef name, const CallInst& call) {
     const Image& of = image(call.getArgOperand(0));
-    const ImageShape& shape = shapeOf(*of.texture);
+    const ImageShape& shape = *of.shape;
     body_.module.require(spv::Capability::ImageQuery);
     if (name == "levels") {
         if (of.isStorage || shape.isMultisample)
@@ -55,22 +55,27 @@ Id Images::query(StringRef name, const CallInst& call) {
                              .Case("height", 1)
                              .Case("depth", 2)
                              .Default(shape.axes);
-    return body_.emit(spv::Op::OpCompositeExtract, body_.i32(), {all, axis});
+    Id extent = body_.emit(spv::Op::OpCompositeExtract, body_.i32(), {all, axis});
+    bool countsFaces = name == "layers" && of.texture->shape == TextureShape::cubeArray &&
+                       shape.dimension != spv::Dim::Cube;
+    return countsFaces ? body_.emit(spv::Op::OpUDiv, body_.i32(), {extent, body_.constants.word(6)})
+                       : extent;
 }
 
 // Where a read finds its texel, and whether it is there at all.
 struct Images::Spot {
-    Id at = 0, level = 0, inside = 0;
+    Id at = 0, level = 0, inside = 0, sample = 0;
 };
 
 Images::Spot Images::spot(const Image& from, const CallInst& call) {
-    const ImageShape& shape = shapeOf(*from.texture);
+    const ImageShape& shape = *from.shape;
     Type* type = call.getArgOperand(1)->getType();
     const Value* given = call.arg_size() > 2 ? call.getArgOperand(2) : nullptr;
     bool hasLevels = !shape.isMultisample && !from.isStorage && given;
     bool isFirst = !hasLevels || (isa<Constant>(given) && cast<Constant>(given)->isNullValue());
-    Spot spot{body_.id(call.getArgOperand(1)), isFirst ? body_.constants.word(0) : body_.id(given),
-              0};
+    Spot spot;
+    spot.at = body_.id(call.getArgOperand(1));
+    spot.level = isFirst ? body_.constants.word(0) : body_.id(given);
     Id inLevels = 0;
     if (!isFirst) {
         Id levels = body_.emit(spv::Op::OpImageQueryLevels, body_.i32(), {load(from)});
@@ -81,24 +86,28 @@ Images::Spot Images::spot(const Image& from, const CallInst& call) {
     spot.inside = body_.emit(spv::Op::OpULessThan, boolean, {spot.at, size(from, spot.level)});
     if (type->isVectorTy())
         spot.inside = body_.emit(spv::Op::OpAll, body_.i1(), {spot.inside});
+    if (shape.isMultisample && given) {
+        Id samples = body_.emit(spv::Op::OpImageQuerySamples, body_.i32(), {load(from)});
+        spot.sample = body_.id(given);
+        inLevels = body_.emit(spv::Op::OpULessThan, body_.i1(), {spot.sample, samples});
+    }
     if (inLevels)
         spot.inside = body_.emit(spv::Op::OpLogicalAnd, body_.i1(), {inLevels, spot.inside});
+    if (spot.sample)
+        spot.sample = body_.select(body_.i32(), spot.inside, spot.sample, body_.constants.word(0));
     spot.at = body_.select(type, spot.inside, spot.at, body_.constants.null(type));
     return spot;
 }
 
 // A read outside gives zero; the fetch itself stays inside.
 Id Images::read(const CallInst& call) {
-    const Image& from = image(call.getArgOperand(0));
-    const ImageShape& shape = shapeOf(*from.texture);
-    if (shape.dimension == spv::Dim::Cube && !from.isStorage)
-        throw TranslationError("Reading single pixels of a cube texture is not supported.");
+    const Image& from = texels(call, 2);
+    const ImageShape& shape = *from.shape;
     Spot spot = this->spot(from, call);
     SmallVector<std::uint32_t, 4> operands{load(from), spot.at};
     if (shape.isMultisample)
-        operands.append({image_operand::sample, call.arg_size() > 2
-                                                    ? body_.id(call.getArgOperand(2))
-                                                    : body_.constants.word(0)});
+        operands.append(
+            {image_operand::sample, spot.sample ? spot.sample : body_.constants.word(0)});
     else if (!from.isStorage && shape.dimension != spv::Dim::Buffer)
         operands.append({image_operand::lod, spot.level});
     if (from.isStorage)
@@ -110,7 +119,7 @@ Id Images::read(const CallInst& call) {
 }
 
 Id Images::store(const CallInst& call) {
-    const Image& to = image(call.getArgOperand(0));
+    const Image& to = texels(call, 3);
     if (!to.isStorage)
         throw TranslationError("A texture is written that was not declared to be.");
     body_.module.require(spv::Capability::StorageImageWriteWithoutFormat);
