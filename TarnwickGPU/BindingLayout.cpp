@@ -124,9 +124,16 @@ bool makePipelineLayout(DeviceState& device, BindingLayout& layout,
            VK_SUCCESS;
 }
 
+// A sampler argument's here is what stands in for it.
 std::uint64_t samplerBits(const msl::Resource& resource) {
-    return resource.kind == msl::ResourceKind::sampler ? msl::samplerArgumentBit
-                                                       : resource.samplerState;
+    return resource.kind == msl::ResourceKind::sampler
+               ? msl::samplerArgumentBit | resource.samplerState
+               : resource.samplerState;
+}
+
+bool isTexture(const msl::Resource& resource) {
+    return resource.kind == msl::ResourceKind::sampledTexture ||
+           resource.kind == msl::ResourceKind::storageTexture;
 }
 
 bool listResources(DeviceState& device, BindingLayout& layout, const msl::EntryPoint& function) {
@@ -137,7 +144,9 @@ bool listResources(DeviceState& device, BindingLayout& layout, const msl::EntryP
         const bool isSampler = bound.type == VK_DESCRIPTOR_TYPE_SAMPLER;
         if (isSampler)
             bound.sampler = device.samplers.sampler(device, samplerBits(resource));
-        if (isSampler && !bound.sampler)
+        if (isTexture(resource))
+            bound.standIn = device.standIns.texture(device, resource);
+        if ((isSampler && !bound.sampler) || (isTexture(resource) && !bound.standIn))
             return false;
         const bool isReport = resource.kind == msl::ResourceKind::loopReport;
         layout.reportsLoops |= isReport;

@@ -14,12 +14,13 @@
 namespace tarnwick::gpu {
 
 struct DeviceState;
+struct TextureParts;
 
 // The table of bound resources that a function looks in.
 enum class TableIndex : std::uint8_t { vertexOrKernel, fragment };
 
-// Both stages' buffers and textures, 31 each, their loop reports and their samplers.
-inline constexpr std::size_t mostResources = 160;
+// Of both stages of a pipeline.
+inline constexpr std::size_t mostResources = 320;
 
 struct BoundResource {
     msl::Resource resource;
@@ -28,6 +29,7 @@ struct BoundResource {
     VkSampler sampler = VK_NULL_HANDLE; // of a sampler; bound by the draw, since the packaged CPU
                                         // driver loses immutable samplers in pushed sets
     std::optional<std::size_t> own;     // not a function's: CommandBufferParts::ownBuffers[own]
+    const TextureParts* standIn = nullptr; // of a texture
 };
 
 // What a pipeline binds.

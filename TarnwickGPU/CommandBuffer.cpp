@@ -142,7 +142,7 @@ void CommandBufferParts::touch(DrawableSlot& slot) {
 void CommandBufferParts::setBytes(TableIndex table, const void* bytes, std::size_t length,
                                   std::uint32_t index) {
     precondition(length > 0 && length <= mostBytes, "setBytes takes 1 to 65536 bytes.");
-    precondition(index < indicesPerStage, "Buffers have indices from 0 to 30.");
+    precondition(index < buffersPerStage, "Buffers have indices from 0 to 30.");
     const BytesRing::Slice slice = ring.take(*device, length);
     if (!slice.buffer) {
         failed = true;
@@ -157,7 +157,7 @@ void CommandBufferParts::setBytes(TableIndex table, const void* bytes, std::size
 void CommandBufferParts::setBuffer(TableIndex table, const Buffer& buffer, std::size_t offset,
                                    std::uint32_t index) {
     const BufferMemory& memory = buffer.parts().memory;
-    precondition(index < indicesPerStage, "Buffers have indices from 0 to 30.");
+    precondition(index < buffersPerStage, "Buffers have indices from 0 to 30.");
     precondition(offset < memory.size, "A buffer's offset lies within it.");
     precondition(offset % device->limits.minStorageBufferOffsetAlignment == 0 &&
                      offset % device->limits.minUniformBufferOffsetAlignment == 0,
@@ -168,8 +168,15 @@ void CommandBufferParts::setBuffer(TableIndex table, const Buffer& buffer, std::
 }
 
 void CommandBufferParts::setTexture(TableIndex table, const Texture* texture, std::uint32_t index) {
-    precondition(index < indicesPerStage, "Textures have indices from 0 to 30.");
+    precondition(index < msl::mostTextures, "Textures have indices from 0 to 127.");
     tables[static_cast<std::size_t>(table)].textures[index] = texture ? &texture->parts() : nullptr;
+    resourcesChanged = true;
+}
+
+void CommandBufferParts::setSampler(TableIndex table, const SamplerState* state,
+                                    std::uint32_t index) {
+    precondition(index < msl::mostSamplers, "Samplers have indices from 0 to 15.");
+    tables[static_cast<std::size_t>(table)].samplers[index] = state ? &state->parts() : nullptr;
     resourcesChanged = true;
 }
 

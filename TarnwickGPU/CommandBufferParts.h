@@ -49,6 +49,7 @@ struct CommandBufferParts {
     void setBytes(TableIndex table, const void* bytes, std::size_t length, std::uint32_t index);
     void setBuffer(TableIndex table, const Buffer& buffer, std::size_t offset, std::uint32_t index);
     void setTexture(TableIndex table, const Texture* texture, std::uint32_t index);
+    void setSampler(TableIndex table, const SamplerState* state, std::uint32_t index);
 
     std::shared_ptr<DeviceState> device;
     std::shared_ptr<QueueParts> queue; // while handed out

@@ -3,6 +3,7 @@
 
 #include "TarnwickGPU/Pipeline.h"
 #include "TarnwickGPU/Resources.h"
+#include "TarnwickGPU/SamplerState.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -24,6 +25,7 @@ struct ClearColor {
 
 struct ColorAttachment {
     const Texture* texture = nullptr;
+    std::uint32_t level = 0, slice = 0; // of `texture`
     const Texture* resolveTexture = nullptr;
     LoadAction load = LoadAction::dontCare;
     StoreAction store = StoreAction::store;
@@ -32,6 +34,7 @@ struct ColorAttachment {
 
 struct DepthAttachment {
     const Texture* texture = nullptr;
+    std::uint32_t level = 0, slice = 0;
     LoadAction load = LoadAction::clear;
     StoreAction store = StoreAction::dontCare;
     double clearDepth = 1.0;
@@ -65,8 +68,10 @@ struct ScissorRect {
 
 // Encoders are handles of their command buffer's state: cheap, and valid until endEncoding().
 // setXxxBytes copies: at most 65536 bytes. Indices are those of the shader's [[buffer(n)]] (0 to
-// 30) and [[texture(n)]] (0 to 30). What a draw needs and nobody bound reads as zero. Clip space
-// has y up and pixel coordinates have y down, as in Metal; clockwise triangles face front.
+// 30), [[texture(n)]] (0 to 127) and [[sampler(n)]] (0 to 15). What a draw needs and nobody bound
+// reads as zero, as does a texture of another shape or component than the shader's; an unbound
+// sampler takes the nearest pixel at coordinates clamped to the edge. Clip space has y up and pixel
+// coordinates have y down, as in Metal; clockwise triangles face front.
 class RenderCommandEncoder {
   public:
     explicit RenderCommandEncoder(CommandBufferParts& parts) : parts_(&parts) {}
@@ -77,9 +82,11 @@ class RenderCommandEncoder {
     void setVertexBytes(const void* bytes, std::size_t length, std::uint32_t index);
     void setVertexBuffer(const Buffer& buffer, std::size_t offset, std::uint32_t index);
     void setVertexTexture(const Texture* texture, std::uint32_t index);
+    void setVertexSamplerState(const SamplerState* state, std::uint32_t index);
     void setFragmentBytes(const void* bytes, std::size_t length, std::uint32_t index);
     void setFragmentBuffer(const Buffer& buffer, std::size_t offset, std::uint32_t index);
     void setFragmentTexture(const Texture* texture, std::uint32_t index);
+    void setFragmentSamplerState(const SamplerState* state, std::uint32_t index);
     void drawPrimitives(PrimitiveType type, std::uint32_t vertexStart, std::uint32_t vertexCount,
                         std::uint32_t instanceCount = 1);
     void endEncoding();
@@ -98,6 +105,7 @@ class ComputeCommandEncoder {
     // Bytes of the threadgroup memory behind the kernel's [[threadgroup(index)]] pointer, in [0,
     // 30]; a kernel whose pointers have none set shares 16 KB among them.
     void setThreadgroupMemoryLength(std::uint32_t bytes, std::uint32_t index);
+    void setSamplerState(const SamplerState* state, std::uint32_t index);
     // Exactly `threads` threads run, in threadgroups of `perThreadgroup`.
     void dispatchThreads(Size threads, Size perThreadgroup);
     void endEncoding();
@@ -111,6 +119,9 @@ class BlitCommandEncoder {
     explicit BlitCommandEncoder(CommandBufferParts& parts) : parts_(&parts) {}
     void copy(const Texture& source, const Region& region, const Texture& destination,
               std::uint32_t destinationX, std::uint32_t destinationY);
+    // Fills every level but the first, each from the one before it. For textures of more than one
+    // level whose format can be filtered.
+    void generateMipmaps(const Texture& texture);
     void endEncoding();
 
   private:

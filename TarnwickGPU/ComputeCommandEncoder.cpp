@@ -66,6 +66,10 @@ void ComputeCommandEncoder::setThreadgroupMemoryLength(std::uint32_t bytes, std:
     parts_->threadgroupLengths[index] = bytes;
 }
 
+void ComputeCommandEncoder::setSamplerState(const SamplerState* state, std::uint32_t index) {
+    parts_->setSampler(TableIndex::vertexOrKernel, state, index);
+}
+
 void ComputeCommandEncoder::dispatchThreads(Size threads, Size perThreadgroup) {
     precondition(parts_->encoding == Encoding::compute && parts_->computePipeline,
                  "A dispatch has an open encoder and a pipeline.");

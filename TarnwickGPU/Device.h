@@ -18,7 +18,9 @@ namespace tarnwick::gpu {
 class Buffer;
 class CommandQueue;
 class Layer;
+class SamplerState;
 class Texture;
+struct SamplerDescriptor;
 struct DeviceState; // the Vulkan side, in DeviceState.h
 
 // The compiler rejected a program: what() is the compiler's whole text.
@@ -77,6 +79,7 @@ class Device {
     std::unique_ptr<Buffer> newBuffer(std::size_t bytes, StorageMode storage = StorageMode::shared);
     std::unique_ptr<Texture> newTexture(const TextureDescriptor& descriptor);
     std::unique_ptr<DepthStencilState> newDepthStencilState(const DepthStencilDescriptor&);
+    std::unique_ptr<SamplerState> newSamplerState(const SamplerDescriptor&);
 
     // Throw DeviceError when the device refuses them. The functions may go afterwards.
     std::unique_ptr<RenderPipelineState> newRenderPipelineState(const RenderPipelineDescriptor&);

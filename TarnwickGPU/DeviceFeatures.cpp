@@ -48,6 +48,7 @@ constexpr std::array taken12{&VkPhysicalDeviceVulkan12Features::storageBuffer8Bi
                              &VkPhysicalDeviceVulkan12Features::shaderSharedInt64Atomics,
                              &VkPhysicalDeviceVulkan12Features::shaderOutputLayer,
                              &VkPhysicalDeviceVulkan12Features::shaderOutputViewportIndex,
+                             &VkPhysicalDeviceVulkan12Features::samplerMirrorClampToEdge,
                              &VkPhysicalDeviceVulkan12Features::uniformBufferStandardLayout,
                              &VkPhysicalDeviceVulkan12Features::shaderSubgroupExtendedTypes,
                              &VkPhysicalDeviceVulkan12Features::vulkanMemoryModel,
@@ -132,6 +133,7 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
 
     DeviceFeatures features{.nullDescriptors = had.robustness2.nullDescriptor == VK_TRUE,
                             .anisotropy = had.core.features.samplerAnisotropy == VK_TRUE,
+                            .mirrorClamp = had.vulkan12.samplerMirrorClampToEdge == VK_TRUE,
                             .addsFloatsInBuffers =
                                 chain.atomicFloat.shaderBufferFloat32AtomicAdd == VK_TRUE,
                             .multiDraws = had.core.features.multiDrawIndirect == VK_TRUE,

@@ -40,6 +40,7 @@ struct DeviceFeatures {
     bool multiDraws = false;          // several draws of one indirect command
     bool sums = false;        // atomic additions of 64 bits, and stores in fragment functions
     bool largePoints = false; // larger than a pixel
+    bool mirrorClamp = false; // samplerMirrorClampToEdge
     std::vector<std::uint32_t> capabilities; // Capabilities.h
 };
 

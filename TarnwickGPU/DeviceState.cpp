@@ -1,8 +1,5 @@
 #include "TarnwickGPU/DeviceState.h"
 
-#include "TarnwickGPU/TextureParts.h"
-
-#include <cstring>
 #include <utility>
 
 namespace tarnwick::gpu {
@@ -57,18 +54,6 @@ void readProperties(DeviceState& state) {
             vkGetDeviceProcAddr(state.handle, "vkCmdPushDescriptorSetKHR"));
 }
 
-bool makeStandIns(DeviceState& state) {
-    for (BufferMemory* standIn : {&state.zeroBuffer, &state.scratchBuffer}) {
-        auto made = makeBufferMemory(state, standInBytes, MemoryUse::upload);
-        if (!made)
-            return false;
-        std::memset(made->bytes, 0, standInBytes);
-        *standIn = *made;
-    }
-    state.blankTexture = TextureParts::make(state, {.format = PixelFormat::rgba8Unorm});
-    return state.blankTexture != nullptr;
-}
-
 } // namespace
 
 std::shared_ptr<DeviceState> DeviceState::make(std::shared_ptr<Instance> instance,
@@ -82,7 +67,8 @@ std::shared_ptr<DeviceState> DeviceState::make(std::shared_ptr<Instance> instanc
         return nullptr;
     readProperties(*state);
     state->pipelineCache.open(*state);
-    if (!state->submissions.start(state->handle, state->queueFamily) || !makeStandIns(*state))
+    if (!state->submissions.start(state->handle, state->queueFamily) ||
+        !state->standIns.start(*state))
         return nullptr;
     return state;
 }
@@ -91,10 +77,8 @@ DeviceState::~DeviceState() {
     if (!handle)
         return;
     vkDeviceWaitIdle(handle);
-    blankTexture = nullptr;
     pointSums.stop();
-    gpu::bury(*this, zeroBuffer);
-    gpu::bury(*this, scratchBuffer);
+    standIns.stop(*this);
     transfers.stop(*this);
     graveyard.collect(handle, UINT64_MAX);
     samplers.stop(handle);

@@ -11,6 +11,7 @@
 #include "TarnwickGPU/PointSums.h"
 #include "TarnwickGPU/PointTraits.h"
 #include "TarnwickGPU/Samplers.h"
+#include "TarnwickGPU/StandIns.h"
 #include "TarnwickGPU/Submissions.h"
 #include "TarnwickGPU/Transfers.h"
 
@@ -20,11 +21,6 @@
 #include <memory>
 
 namespace tarnwick::gpu {
-
-struct TextureParts;
-
-// Bytes of zeroBuffer and scratchBuffer: as much as a uniform buffer can show anywhere.
-inline constexpr VkDeviceSize standInBytes = 65536;
 
 struct DeviceState {
     // Null when the device cannot be opened.
@@ -59,11 +55,8 @@ struct DeviceState {
     Graveyard graveyard;
     Transfers transfers;
     Samplers samplers;
+    StandIns standIns;
     PipelineCache pipelineCache;
-
-    // What is bound where nobody bound anything: zeros to read, and a place to write to.
-    BufferMemory zeroBuffer, scratchBuffer;
-    std::unique_ptr<TextureParts> blankTexture; // 1 by 1, transparent black
 };
 
 } // namespace tarnwick::gpu

@@ -15,13 +15,62 @@ enum class PixelFormat : std::uint8_t {
     r32Float,
     rgba16Float,
     rgba32Float,
-    depth32Float
+    depth32Float,
+    depth16Unorm,
+    r8Snorm,
+    r8Uint,
+    r8Sint,
+    r16Unorm,
+    r16Snorm,
+    r16Uint,
+    r16Sint,
+    r16Float,
+    rg8Unorm,
+    rg8Snorm,
+    rg8Uint,
+    rg8Sint,
+    r32Sint,
+    rg16Unorm,
+    rg16Snorm,
+    rg16Uint,
+    rg16Sint,
+    rg16Float,
+    rgba8UnormSRGB,
+    bgra8UnormSRGB,
+    rgba8Snorm,
+    rgba8Uint,
+    rgba8Sint,
+    rgb10a2Unorm,
+    rgb10a2Uint,
+    rg11b10Float,
+    rgb9e5Float,
+    rg32Uint,
+    rg32Sint,
+    rg32Float,
+    rgba16Unorm,
+    rgba16Snorm,
+    rgba16Uint,
+    rgba16Sint,
+    rgba32Uint,
+    rgba32Sint
 };
 
 // Bytes of one pixel.
 std::size_t bytesPerPixel(PixelFormat format);
 
-enum class TextureType : std::uint8_t { type2D, type2DMultisample };
+bool isDepth(PixelFormat format);
+
+enum class TextureType : std::uint8_t {
+    type2D,
+    type2DMultisample,
+    type1D,
+    type1DArray,
+    type2DArray,
+    type2DMultisampleArray,
+    type3D,
+    typeCube,
+    typeCubeArray
+};
 
 // Where the bytes lie: `shared` can be read and written by the CPU, `private_` by the GPU only.
 enum class StorageMode : std::uint8_t { shared, private_ };
@@ -39,17 +88,23 @@ struct TextureDescriptor {
     PixelFormat format = PixelFormat::bgra8Unorm;
     std::uint32_t width = 1;  // pixels
     std::uint32_t height = 1; // pixels
+    std::uint32_t depth = 1;  // pixels, of a 3D texture
     std::uint32_t mipLevels = 1;
     std::uint32_t sampleCount = 1; // 1 or 4
+    std::uint32_t arrayLength = 1; // of an array; a cube is one element
     TextureUsage usage;
     StorageMode storage = StorageMode::shared;
 
     bool operator==(const TextureDescriptor&) const = default;
 };
 
+// Layers of the image: a cube has six a element.
+std::uint32_t slices(const TextureDescriptor& descriptor);
+
 struct Region {
     std::uint32_t x = 0, y = 0;          // pixels, from the upper left
     std::uint32_t width = 0, height = 0; // pixels
+    std::uint32_t z = 0, depth = 1;      // pixels of a 3D texture, from the first plane
 };
 
 } // namespace tarnwick::gpu

@@ -42,7 +42,7 @@ PointRecord recordOf(const CommandBufferParts& parts, const PointDraw& draw) {
     record.to = pair(scissor.x + scissor.width, scissor.y + scissor.height);
     record.firstVertex = draw.start;
     record.count = draw.count;
-    record.rowPixels = targetDescriptor(parts.pass).width;
+    record.rowPixels = targetExtent(parts.pass).width;
     return record;
 }
 
@@ -151,7 +151,7 @@ void drawBlocks(CommandBufferParts& parts, const BlockDraws& draws, std::uint32_
 
 // Takes the sums where adding the points is worth it.
 bool takeSums(CommandBufferParts& parts, const PointDraw& draw) {
-    const TextureDescriptor& target = targetDescriptor(parts.pass);
+    const VkExtent2D target = targetExtent(parts.pass);
     const std::uint64_t pixels = std::uint64_t{target.width} * target.height;
     if (!parts.renderPipeline->points.splatting.pipeline || !parts.device->points.splats ||
         draw.count < pixels / pixelsAPoint)
@@ -175,7 +175,7 @@ void runKernel(CommandBufferParts& parts, const PointKernelPipeline& kernel,
 
 void drawSums(CommandBufferParts& parts, const BlockDraws& draws, const PointRecord& record) {
     const PointPipelines& points = parts.renderPipeline->points;
-    const TextureDescriptor& target = targetDescriptor(parts.pass);
+    const VkExtent2D target = targetExtent(parts.pass);
     openRendering(parts);
     bindPipeline(parts, points.sums);
     readyDraw(parts, points.sumsLayout, PrimitiveType::triangle);

@@ -5,6 +5,7 @@
 #include "TarnwickGPU/PointDrawing.h"
 #include "TarnwickGPU/Rendering.h"
 
+#include <algorithm>
 #include <array>
 
 namespace tarnwick::gpu {
@@ -71,7 +72,7 @@ CommandBuffer::renderCommandEncoder(const RenderPassDescriptor& descriptor) {
     parts_->barriers.flush(parts_->handle);
 
     RenderCommandEncoder encoder(*parts_);
-    const TextureDescriptor& target = targetDescriptor(descriptor);
+    const VkExtent2D target = targetExtent(descriptor);
     encoder.setViewport(
         {.width = static_cast<double>(target.width), .height = static_cast<double>(target.height)});
     encoder.setScissorRect({.width = target.width, .height = target.height});
@@ -117,6 +118,10 @@ void RenderCommandEncoder::setVertexTexture(const Texture* texture, std::uint32_
     parts_->setTexture(TableIndex::vertexOrKernel, texture, index);
 }
 
+void RenderCommandEncoder::setVertexSamplerState(const SamplerState* state, std::uint32_t index) {
+    parts_->setSampler(TableIndex::vertexOrKernel, state, index);
+}
+
 void RenderCommandEncoder::setFragmentBytes(const void* bytes, std::size_t length,
                                             std::uint32_t index) {
     parts_->setBytes(TableIndex::fragment, bytes, length, index);
@@ -129,6 +134,10 @@ void RenderCommandEncoder::setFragmentBuffer(const Buffer& buffer, std::size_t o
 
 void RenderCommandEncoder::setFragmentTexture(const Texture* texture, std::uint32_t index) {
     parts_->setTexture(TableIndex::fragment, texture, index);
+}
+
+void RenderCommandEncoder::setFragmentSamplerState(const SamplerState* state, std::uint32_t index) {
+    parts_->setSampler(TableIndex::fragment, state, index);
 }
 
 void RenderCommandEncoder::drawPrimitives(PrimitiveType type, std::uint32_t vertexStart,

@@ -2,7 +2,9 @@
 
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickGPU/PointForms.h"
+#include "TarnwickGPU/VulkanFormat.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -21,8 +23,15 @@ constexpr std::array topologies{VK_PRIMITIVE_TOPOLOGY_POINT_LIST,
                                 VK_PRIMITIVE_TOPOLOGY_TRIANGLE_STRIP};
 
 VkClearColorValue clearValue(const ClearColor& color, PixelFormat format) {
-    if (format == PixelFormat::r32Uint)
-        return {.uint32 = {static_cast<std::uint32_t>(color.red), 0, 0, 0}};
+    if (componentOf(format) == msl::TextureComponent::uint_)
+        return {.uint32 = {static_cast<std::uint32_t>(color.red),
+                           static_cast<std::uint32_t>(color.green),
+                           static_cast<std::uint32_t>(color.blue),
+                           static_cast<std::uint32_t>(color.alpha)}};
+    if (componentOf(format) == msl::TextureComponent::int_)
+        return {.int32 = {
+                    static_cast<std::int32_t>(color.red), static_cast<std::int32_t>(color.green),
+                    static_cast<std::int32_t>(color.blue), static_cast<std::int32_t>(color.alpha)}};
     return {.float32 = {static_cast<float>(color.red), static_cast<float>(color.green),
                         static_cast<float>(color.blue), static_cast<float>(color.alpha)}};
 }
@@ -30,17 +39,17 @@ VkClearColorValue clearValue(const ClearColor& color, PixelFormat format) {
 VkRenderingAttachmentInfo colorInfo(const ColorAttachment& color) {
     VkRenderingAttachmentInfo info{
         .sType = VK_STRUCTURE_TYPE_RENDERING_ATTACHMENT_INFO,
-        .imageView = color.texture->parts().asAttachment(),
+        .imageView = color.texture->parts().attachment(color.level, color.slice),
         .imageLayout = colorUse.layout,
         .loadOp = loadOps[static_cast<std::size_t>(color.load)],
         .storeOp = storeOps[static_cast<std::size_t>(color.store)],
         .clearValue = {.color = clearValue(color.clear, color.texture->descriptor().format)}};
     if (color.store == StoreAction::multisampleResolve) {
         precondition(color.resolveTexture, "What is resolved has a texture to be resolved to.");
-        info.resolveMode = color.texture->descriptor().format == PixelFormat::r32Uint
-                               ? VK_RESOLVE_MODE_SAMPLE_ZERO_BIT
-                               : VK_RESOLVE_MODE_AVERAGE_BIT;
-        info.resolveImageView = color.resolveTexture->parts().asAttachment();
+        const bool isReal =
+            componentOf(color.texture->descriptor().format) == msl::TextureComponent::float_;
+        info.resolveMode = isReal ? VK_RESOLVE_MODE_AVERAGE_BIT : VK_RESOLVE_MODE_SAMPLE_ZERO_BIT;
+        info.resolveImageView = color.resolveTexture->parts().attachment();
         info.resolveImageLayout = colorUse.layout;
     }
     return info;
@@ -48,7 +57,7 @@ VkRenderingAttachmentInfo colorInfo(const ColorAttachment& color) {
 
 VkRenderingAttachmentInfo depthInfo(const DepthAttachment& depth) {
     return {.sType = VK_STRUCTURE_TYPE_RENDERING_ATTACHMENT_INFO,
-            .imageView = depth.texture->parts().asAttachment(),
+            .imageView = depth.texture->parts().attachment(depth.level, depth.slice),
             .imageLayout = depthUse.layout,
             .loadOp = loadOps[static_cast<std::size_t>(depth.load)],
             .storeOp = storeOps[static_cast<std::size_t>(depth.store)],
@@ -73,20 +82,25 @@ const TextureDescriptor& targetDescriptor(const RenderPassDescriptor& pass) {
     return texture->descriptor();
 }
 
+VkExtent2D targetExtent(const RenderPassDescriptor& pass) {
+    const TextureDescriptor& target = targetDescriptor(pass);
+    const std::uint32_t level = pass.color.texture ? pass.color.level : pass.depth.level;
+    return {std::max(target.width >> level, 1u), std::max(target.height >> level, 1u)};
+}
+
 void openRendering(CommandBufferParts& parts) {
     if (parts.rendering == Rendering::open)
         return;
     const bool goesOn = parts.rendering == Rendering::broken;
     parts.rendering = Rendering::open;
     const RenderPassDescriptor& pass = parts.pass;
-    const TextureDescriptor& target = targetDescriptor(pass);
     VkRenderingAttachmentInfo color, depth;
     if (pass.color.texture)
         color = keptBetween(parts, colorInfo(pass.color), goesOn);
     if (pass.depth.texture)
         depth = keptBetween(parts, depthInfo(pass.depth), goesOn);
     const VkRenderingInfo info{.sType = VK_STRUCTURE_TYPE_RENDERING_INFO,
-                               .renderArea = {.extent = {target.width, target.height}},
+                               .renderArea = {.extent = targetExtent(pass)},
                                .layerCount = 1,
                                .colorAttachmentCount = pass.color.texture ? 1u : 0u,
                                .pColorAttachments = &color,

@@ -14,6 +14,8 @@ inline constexpr TextureUse depthUse{
     VK_ACCESS_2_DEPTH_STENCIL_ATTACHMENT_READ_BIT | VK_ACCESS_2_DEPTH_STENCIL_ATTACHMENT_WRITE_BIT};
 
 const TextureDescriptor& targetDescriptor(const RenderPassDescriptor& pass);
+// Pixels of the level that is drawn into.
+VkExtent2D targetExtent(const RenderPassDescriptor& pass);
 
 // Loads or clears the targets, unless they are open already.
 void openRendering(CommandBufferParts& parts);

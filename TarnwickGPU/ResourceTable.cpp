@@ -1,6 +1,8 @@
 #include "TarnwickGPU/ResourceTable.h"
 
 #include "TarnwickGPU/CommandBufferParts.h"
+#include "TarnwickGPU/Samplers.h"
+#include "TarnwickMSL/SamplerBits.h"
 
 #include <algorithm>
 #include <cstring>
@@ -42,8 +44,8 @@ VkDescriptorBufferInfo bufferInfo(CommandBufferParts& commands, ResourceTable& t
         return commands.reports.next();
     BoundBuffer& buffer = table.buffers[resource.index];
     if (!buffer.buffer)
-        return {resource.isWritten ? device.scratchBuffer.buffer : device.zeroBuffer.buffer, 0,
-                std::min<VkDeviceSize>(standInBytes, device.limits.maxUniformBufferRange)};
+        return {resource.isWritten ? device.standIns.scratch.buffer : device.standIns.zeros.buffer,
+                0, std::min<VkDeviceSize>(standInBytes, device.limits.maxUniformBufferRange)};
     if (buffer.bytes && buffer.size < resource.size)
         lengthen(commands, buffer, resource.size);
     const VkDeviceSize most = bound.type == VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER
@@ -52,19 +54,35 @@ VkDescriptorBufferInfo bufferInfo(CommandBufferParts& commands, ResourceTable& t
     return {buffer.buffer, buffer.offset, std::min(buffer.size, most)};
 }
 
+VkSampler samplerFor(const ResourceTable& table, const BoundResource& bound) {
+    const msl::Resource& resource = bound.resource;
+    const SamplerParts* given =
+        resource.kind == msl::ResourceKind::sampler ? table.samplers[resource.index] : nullptr;
+    if (!given)
+        return bound.sampler;
+    return resource.samplerState & msl::samplerComparesBit ? given->comparing : given->plain;
+}
+
+// Null descriptors read as zero and are of no size; of plain pictures a texture of zeros is safer,
+// since the packaged CPU driver crashes on sampling an implicit level of nothing.
+VkDescriptorImageInfo standInFor(const DeviceState& device, const BoundResource& bound) {
+    const bool isPlain = bound.type == VK_DESCRIPTOR_TYPE_SAMPLED_IMAGE &&
+                         bound.resource.shape == msl::TextureShape::d2 &&
+                         bound.resource.component != msl::TextureComponent::uint_;
+    if (!isPlain && device.features.nullDescriptors)
+        return {VK_NULL_HANDLE, VK_NULL_HANDLE, VK_IMAGE_LAYOUT_UNDEFINED};
+    return {VK_NULL_HANDLE, bound.standIn->views.whole(), bound.standIn->rest};
+}
+
 VkDescriptorImageInfo imageInfo(const DeviceState& device, const ResourceTable& table,
                                 const BoundResource& bound) {
     if (bound.sampler)
-        return {bound.sampler, VK_NULL_HANDLE, VK_IMAGE_LAYOUT_UNDEFINED};
+        return {samplerFor(table, bound), VK_NULL_HANDLE, VK_IMAGE_LAYOUT_UNDEFINED};
     const TextureParts* texture = table.textures[bound.resource.index];
-    const bool isPlain = bound.type == VK_DESCRIPTOR_TYPE_SAMPLED_IMAGE &&
-                         bound.resource.shape == msl::TextureShape::d2 &&
-                         bound.resource.component == msl::TextureComponent::float_;
-    if (!texture && (isPlain || !device.features.nullDescriptors))
-        texture = device.blankTexture.get();
-    if (!texture)
-        return {VK_NULL_HANDLE, VK_NULL_HANDLE, VK_IMAGE_LAYOUT_UNDEFINED};
-    return {VK_NULL_HANDLE, texture->view, texture->rest};
+    const VkImageView view = texture ? texture->viewFor(bound.resource) : VK_NULL_HANDLE;
+    if (!view)
+        return standInFor(device, bound);
+    return {VK_NULL_HANDLE, view, texture->rest};
 }
 
 bool isBuffer(VkDescriptorType type) {

@@ -12,9 +12,10 @@
 namespace tarnwick::gpu {
 
 struct CommandBufferParts;
+struct SamplerParts;
 struct TextureParts;
 
-inline constexpr std::uint32_t indicesPerStage = 31; // of buffers, and of textures
+inline constexpr std::uint32_t buffersPerStage = 31;
 
 struct BoundBuffer {
     VkBuffer buffer = VK_NULL_HANDLE; // null: nothing bound
@@ -24,8 +25,9 @@ struct BoundBuffer {
 };
 
 struct ResourceTable {
-    std::array<BoundBuffer, indicesPerStage> buffers;
-    std::array<const TextureParts*, indicesPerStage> textures{};
+    std::array<BoundBuffer, buffersPerStage> buffers;
+    std::array<const TextureParts*, msl::mostTextures> textures{};
+    std::array<const SamplerParts*, msl::mostSamplers> samplers{};
 };
 
 // Makes what `layout` names the bound descriptors of the next draw or dispatch.

@@ -35,13 +35,19 @@ class Texture {
     std::uint32_t width() const { return descriptor().width; }
     std::uint32_t height() const { return descriptor().height; }
 
-    // Both are for StorageMode::shared alone, and take place at once on the CPU's side: the caller
+    // These are for StorageMode::shared alone, and take place at once on the CPU's side: the caller
     // sees to it that the GPU is not at work on the texture (as Metal asks). getBytes may block for
-    // a copy. Neither does anything once the device is lost.
+    // a copy. None does anything once the device is lost. A slice is an array's element or a
+    // cube's face, 6 * element + face in an array of cubes; faces are in the order +x, -x, +y, -y,
+    // +z, -z. `bytesPerImage` lies between planes of a 3D texture.
     void replace(const Region& region, std::uint32_t mipLevel, const void* bytes,
                  std::size_t bytesPerRow);
+    void replace(const Region& region, std::uint32_t mipLevel, std::uint32_t slice,
+                 const void* bytes, std::size_t bytesPerRow, std::size_t bytesPerImage);
     void getBytes(void* bytes, std::size_t bytesPerRow, const Region& region,
                   std::uint32_t mipLevel) const;
+    void getBytes(void* bytes, std::size_t bytesPerRow, std::size_t bytesPerImage,
+                  const Region& region, std::uint32_t mipLevel, std::uint32_t slice) const;
     TextureParts& parts() const { return *parts_; }
 
   private:

@@ -13,8 +13,9 @@ namespace {
 // Each table is in its enumeration's order.
 constexpr std::array addresses{
     VK_SAMPLER_ADDRESS_MODE_CLAMP_TO_BORDER, // clampToZero, with the border transparent black
-    VK_SAMPLER_ADDRESS_MODE_CLAMP_TO_EDGE, VK_SAMPLER_ADDRESS_MODE_REPEAT,
-    VK_SAMPLER_ADDRESS_MODE_MIRRORED_REPEAT, VK_SAMPLER_ADDRESS_MODE_CLAMP_TO_BORDER};
+    VK_SAMPLER_ADDRESS_MODE_CLAMP_TO_EDGE,       VK_SAMPLER_ADDRESS_MODE_REPEAT,
+    VK_SAMPLER_ADDRESS_MODE_MIRRORED_REPEAT,     VK_SAMPLER_ADDRESS_MODE_CLAMP_TO_BORDER,
+    VK_SAMPLER_ADDRESS_MODE_MIRROR_CLAMP_TO_EDGE};
 constexpr std::array borders{VK_BORDER_COLOR_FLOAT_TRANSPARENT_BLACK,
                              VK_BORDER_COLOR_FLOAT_OPAQUE_BLACK,
                              VK_BORDER_COLOR_FLOAT_OPAQUE_WHITE};
@@ -55,7 +56,7 @@ VkSamplerCreateInfo samplerInfo(const msl::SamplerState& state, const DeviceStat
             .addressModeW = entry(addresses, state.r),
             .anisotropyEnable = device.features.anisotropy && anisotropy > 1,
             .maxAnisotropy = anisotropy,
-            .compareEnable = state.compare != msl::SamplerCompare::never,
+            .compareEnable = state.compares,
             .compareOp = entry(compares, state.compare),
             // Without mips, level 0 alone is read; a quarter still lets the minifying filter
             // have its turn (Vulkan 1.3, the note in 13).
@@ -72,8 +73,13 @@ VkSampler Samplers::sampler(DeviceState& device, std::uint64_t bits) {
     if (auto found = samplers_.find(bits); found != samplers_.end())
         return found->second;
     // A sampler argument that nothing binds samples as a default constexpr sampler does.
-    const auto state =
-        bits & msl::samplerArgumentBit ? msl::SamplerState{} : msl::unpackSampler(bits);
+    msl::SamplerState state = msl::unpackSampler(bits);
+    if (bits & msl::samplerArgumentBit)
+        state = {.compares = state.compares};
+    if (!device.features.mirrorClamp)
+        for (msl::SamplerAddress* address : {&state.s, &state.t, &state.r})
+            if (*address == msl::SamplerAddress::mirrorClampToEdge)
+                return VK_NULL_HANDLE;
     const VkSamplerCreateInfo info = samplerInfo(state, device);
     VkSampler made = VK_NULL_HANDLE;
     if (vkCreateSampler(device.handle, &info, nullptr, &made) == VK_SUCCESS)

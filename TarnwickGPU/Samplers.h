@@ -5,11 +5,18 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <mutex>
 
 namespace tarnwick::gpu {
 
 struct DeviceState;
+
+// The two samplers that one state is: Vulkan's compare always or never.
+struct SamplerParts {
+    std::shared_ptr<DeviceState> device; // keeps them alive
+    VkSampler plain = VK_NULL_HANDLE, comparing = VK_NULL_HANDLE;
+};
 
 class Samplers {
   public:

@@ -2,6 +2,7 @@
 
 #include "TarnwickGPU/VulkanFormat.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
@@ -16,9 +17,8 @@ VkImageUsageFlags imageUsage(const TextureDescriptor& descriptor) {
     if (descriptor.usage.shaderWrite)
         usage |= VK_IMAGE_USAGE_STORAGE_BIT;
     if (descriptor.usage.renderTarget)
-        usage |= descriptor.format == PixelFormat::depth32Float
-                     ? VK_IMAGE_USAGE_DEPTH_STENCIL_ATTACHMENT_BIT
-                     : VK_IMAGE_USAGE_COLOR_ATTACHMENT_BIT;
+        usage |= isDepth(descriptor.format) ? VK_IMAGE_USAGE_DEPTH_STENCIL_ATTACHMENT_BIT
+                                            : VK_IMAGE_USAGE_COLOR_ATTACHMENT_BIT;
     return usage;
 }
 
@@ -29,18 +29,19 @@ VkImageLayout restLayout(const TextureDescriptor& descriptor) {
         return VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL;
     if (!descriptor.usage.renderTarget)
         return VK_IMAGE_LAYOUT_GENERAL;
-    return descriptor.format == PixelFormat::depth32Float
-               ? VK_IMAGE_LAYOUT_DEPTH_STENCIL_ATTACHMENT_OPTIMAL
-               : VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL;
+    return isDepth(descriptor.format) ? VK_IMAGE_LAYOUT_DEPTH_STENCIL_ATTACHMENT_OPTIMAL
+                                      : VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL;
 }
 
 VkImageCreateInfo imageInfo(const TextureDescriptor& descriptor) {
+    const TypeRow& type = rowOf(descriptor.type);
     return {.sType = VK_STRUCTURE_TYPE_IMAGE_CREATE_INFO,
-            .imageType = VK_IMAGE_TYPE_2D,
+            .flags = type.isCube ? VkImageCreateFlags{VK_IMAGE_CREATE_CUBE_COMPATIBLE_BIT} : 0,
+            .imageType = type.image,
             .format = vulkanFormat(descriptor.format),
-            .extent = {descriptor.width, descriptor.height, 1},
+            .extent = {descriptor.width, descriptor.height, descriptor.depth},
             .mipLevels = descriptor.mipLevels,
-            .arrayLayers = 1,
+            .arrayLayers = slices(descriptor),
             .samples = static_cast<VkSampleCountFlagBits>(descriptor.sampleCount),
             .tiling = VK_IMAGE_TILING_OPTIMAL,
             .usage = imageUsage(descriptor),
@@ -48,16 +49,24 @@ VkImageCreateInfo imageInfo(const TextureDescriptor& descriptor) {
 }
 
 bool isSensible(const TextureDescriptor& descriptor) {
-    const bool isMultisample = descriptor.type == TextureType::type2DMultisample;
+    const TypeRow& type = rowOf(descriptor.type);
+    const bool isMultisample = descriptor.type == TextureType::type2DMultisample ||
+                               descriptor.type == TextureType::type2DMultisampleArray;
+    const std::uint32_t longest = std::max({descriptor.width, descriptor.height, descriptor.depth});
     return descriptor.format != PixelFormat::invalid && descriptor.width > 0 &&
-           descriptor.height > 0 && descriptor.mipLevels > 0 &&
+           descriptor.height > 0 && descriptor.depth > 0 && descriptor.mipLevels > 0 &&
+           descriptor.mipLevels <= static_cast<std::uint32_t>(std::bit_width(longest)) &&
            (isMultisample ? descriptor.mipLevels == 1 : descriptor.sampleCount == 1) &&
-           std::has_single_bit(descriptor.sampleCount);
+           std::has_single_bit(descriptor.sampleCount) &&
+           (type.image != VK_IMAGE_TYPE_1D || descriptor.height == 1) &&
+           (type.image == VK_IMAGE_TYPE_3D || descriptor.depth == 1) &&
+           (!type.isCube || descriptor.width == descriptor.height) && descriptor.arrayLength > 0 &&
+           (type.isArray || descriptor.arrayLength == 1);
 }
 
 VkDeviceSize leastBytes(const VkImageCreateInfo& info, PixelFormat format) {
-    return VkDeviceSize{info.extent.width} * info.extent.height * bytesPerPixel(format) *
-           info.samples;
+    return VkDeviceSize{info.extent.width} * info.extent.height * info.extent.depth *
+           info.arrayLayers * bytesPerPixel(format) * info.samples;
 }
 
 bool isSupported(const DeviceState& device, const VkImageCreateInfo& info, PixelFormat format) {
@@ -67,6 +76,8 @@ bool isSupported(const DeviceState& device, const VkImageCreateInfo& info, Pixel
                                                     &properties) == VK_SUCCESS &&
            info.extent.width <= properties.maxExtent.width &&
            info.extent.height <= properties.maxExtent.height &&
+           info.extent.depth <= properties.maxExtent.depth &&
+           info.arrayLayers <= properties.maxArrayLayers &&
            info.mipLevels <= properties.maxMipLevels &&
            leastBytes(info, format) <= properties.maxResourceSize &&
            (properties.sampleCounts & static_cast<VkSampleCountFlags>(info.samples)) != 0;
@@ -83,7 +94,7 @@ VkImageCreateInfo linear(VkImageCreateInfo info) {
 bool canBeMapped(const DeviceState& device, const TextureDescriptor& descriptor,
                  const VkImageCreateInfo& info) {
     return device.info.isCPU && descriptor.storage == StorageMode::shared &&
-           descriptor.mipLevels == 1 && descriptor.sampleCount == 1 &&
+           descriptor.type == TextureType::type2D && descriptor.mipLevels == 1 &&
            isSupported(device, linear(info), descriptor.format);
 }
 
@@ -97,30 +108,6 @@ bool map(TextureParts& parts) {
     parts.bytes = static_cast<std::byte*>(mapped) + layout.offset;
     parts.bytesPerRow = layout.rowPitch;
     return true;
-}
-
-VkImageView makeView(const TextureParts& parts, std::uint32_t levels) {
-    const VkImageViewCreateInfo info{.sType = VK_STRUCTURE_TYPE_IMAGE_VIEW_CREATE_INFO,
-                                     .image = parts.image,
-                                     .viewType = VK_IMAGE_VIEW_TYPE_2D,
-                                     .format = vulkanFormat(parts.descriptor.format),
-                                     .subresourceRange = {parts.aspect, 0, levels, 0, 1}};
-    VkImageView view = VK_NULL_HANDLE;
-    if (vkCreateImageView(parts.device.handle, &info, nullptr, &view) != VK_SUCCESS)
-        return VK_NULL_HANDLE;
-    return view;
-}
-
-bool makeViews(TextureParts& parts) {
-    const TextureDescriptor& descriptor = parts.descriptor;
-    const TextureUsage& usage = descriptor.usage;
-    if (!usage.shaderRead && !usage.shaderWrite && !usage.renderTarget)
-        return true;
-    parts.view = makeView(parts, descriptor.mipLevels);
-    const bool needsOwn = usage.renderTarget && descriptor.mipLevels > 1;
-    if (needsOwn)
-        parts.attachmentView = makeView(parts, 1);
-    return parts.view && (!needsOwn || parts.attachmentView);
 }
 
 // A fresh image has neither contents nor layout, and the packaged CPU driver crashes on sampling
@@ -179,7 +166,7 @@ std::unique_ptr<TextureParts> TextureParts::make(DeviceState& device,
     auto parts = std::make_unique<TextureParts>(device);
     parts->descriptor = descriptor;
     parts->rest = isMapped ? VK_IMAGE_LAYOUT_GENERAL : restLayout(descriptor);
-    if (descriptor.format == PixelFormat::depth32Float)
+    if (gpu::isDepth(descriptor.format))
         parts->aspect = VK_IMAGE_ASPECT_DEPTH_BIT;
     if (vkCreateImage(device.handle, &info, nullptr, &parts->image) != VK_SUCCESS)
         return nullptr;
@@ -189,7 +176,7 @@ std::unique_ptr<TextureParts> TextureParts::make(DeviceState& device,
         vkDestroyImage(device.handle, parts->image, nullptr);
         return nullptr;
     }
-    if ((isMapped && !map(*parts)) || !makeViews(*parts) || !clear(*parts))
+    if ((isMapped && !map(*parts)) || !parts->views.start(*parts) || !clear(*parts))
         return nullptr;
     return parts;
 }
@@ -202,13 +189,13 @@ std::unique_ptr<TextureParts> TextureParts::wrap(DeviceState& device,
     parts->image = image;
     parts->rest = VK_IMAGE_LAYOUT_PRESENT_SRC_KHR;
     parts->drawable = &drawable;
-    if (!makeViews(*parts))
+    if (!parts->views.start(*parts))
         return nullptr;
     return parts;
 }
 
 TextureParts::~TextureParts() {
-    device.bury(attachmentView, view);
+    views.bury(device);
     if (memory)
         device.bury(image, memory);
 }

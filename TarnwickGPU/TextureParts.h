@@ -3,6 +3,7 @@
 
 #include "TarnwickGPU/DeviceState.h"
 #include "TarnwickGPU/Format.h"
+#include "TarnwickGPU/TextureViews.h"
 
 #include <vulkan/vulkan.h>
 
@@ -30,17 +31,20 @@ struct TextureParts {
     std::shared_ptr<DeviceState> keepsAlive; // null for what the device itself owns
     TextureDescriptor descriptor;
     VkImage image = VK_NULL_HANDLE;
-    VkDeviceMemory memory = VK_NULL_HANDLE;      // null: the image is somebody else's
-    std::byte* bytes = nullptr;                  // level 0 as the CPU sees it, if it does
-    std::size_t bytesPerRow = 0;                 // of `bytes`
-    VkImageView view = VK_NULL_HANDLE;           // all levels
-    VkImageView attachmentView = VK_NULL_HANDLE; // level 0; null where `view` serves
+    VkDeviceMemory memory = VK_NULL_HANDLE; // null: the image is somebody else's
+    std::byte* bytes = nullptr;             // level 0 as the CPU sees it, if it does
+    std::size_t bytesPerRow = 0;            // of `bytes`
+    TextureViews views;
     VkImageAspectFlags aspect = VK_IMAGE_ASPECT_COLOR_BIT;
     VkImageLayout rest = VK_IMAGE_LAYOUT_GENERAL;
     DrawableSlot* drawable = nullptr; // a swapchain's image
 
     bool isDepth() const { return aspect == VK_IMAGE_ASPECT_DEPTH_BIT; }
-    VkImageView asAttachment() const { return attachmentView ? attachmentView : view; }
+    // What a shader's resource sees of the texture; null where it is none for it: of another shape
+    // or component, not made for that use, or without that level. Any thread.
+    VkImageView viewFor(const msl::Resource& resource) const;
+    // One level of one slice, to draw into. Null when memory is out. Any thread.
+    VkImageView attachment(std::uint32_t level = 0, std::uint32_t slice = 0) const;
     VkImageSubresourceRange wholeRange() const {
         return {aspect, 0, VK_REMAINING_MIP_LEVELS, 0, VK_REMAINING_ARRAY_LAYERS};
     }

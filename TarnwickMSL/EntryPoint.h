@@ -50,6 +50,7 @@ struct Resource {
     bool isWritten = false;    // the entry point stores through it
     TextureShape shape = TextureShape::none;
     TextureComponent component = TextureComponent::none;
+    bool isDepth = false;           // a depth texture, which may be compared with
     std::uint32_t level = 0;        // storageTexture: the one level that is seen
     std::uint64_t samplerState = 0; // SamplerBits.h's form; of an argument, its bit `compares`
 

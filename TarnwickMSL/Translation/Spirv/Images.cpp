@@ -20,7 +20,7 @@ static constexpr std::array shapes{
     ImageShape{TextureShape::d2,                 spv::Dim::Dim2D,  false, false, 2},
     ImageShape{TextureShape::d2Array,            spv::Dim::Dim2D,  true,  false, 2},
     ImageShape{TextureShape::d2Multisample,      spv::Dim::Dim2D,  false, true,  2, std::nullopt, spv::Capability::StorageImageMultisample},
-    ImageShape{TextureShape::d2MultisampleArray, spv::Dim::Dim2D,  true,  true,  2, spv::Capability::ImageMSArray, spv::Capability::ImageMSArray},
+    ImageShape{TextureShape::d2MultisampleArray, spv::Dim::Dim2D,  true,  true,  2, std::nullopt, spv::Capability::ImageMSArray},
     ImageShape{TextureShape::d3,                 spv::Dim::Dim3D,  false, false, 3},
     ImageShape{TextureShape::cube,               spv::Dim::Cube,   false, false, 2},
     ImageShape{TextureShape::cubeArray,          spv::Dim::Cube,   true,  false, 2, spv::Capability::SampledCubeArray, spv::Capability::ImageCubeArray},
@@ -82,8 +82,10 @@ void Images::declare(Image& made) {
          .index = texture.index,
          .binding = binding,
          .isWritten = texture.isWritten,
+         .isRead = texture.isRead,
          .shape = made.shape->shape,
          .component = texture.component,
+         .isDepth = texture.isDepth,
          .level = made.level});
 }
 

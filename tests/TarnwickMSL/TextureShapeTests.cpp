@@ -1,0 +1,509 @@
+// Textures of every shape, access and component: what programs read, sample, gather, compare and
+// write beside the same worked out here. Every texel of a texture has a number of its own.
+#include "TarnwickGPU/Commands.h"
+#include "TarnwickGPU/Device.h"
+#include "tests/Validation.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace tarnwick {
+
+namespace {
+
+using Texel = std::array<float, 4>;
+
+// x, y, plane (of a 3D texture) or slice, level.
+struct Spot {
+    std::uint32_t x = 0, y = 0, slice = 0, level = 0;
+};
+
+// `place` and `at` are what read and sample take, for a Spot `a` and its middle `u`, in [0, 1].
+struct Shape {
+    const char* name;
+    gpu::TextureDescriptor texture;
+    const char *place, *at;
+    bool hasLevels = true, isDepth = false;
+};
+
+using Type = gpu::TextureType;
+const std::array shapes{
+    Shape{"1d", {.type = Type::type1D, .width = 5}, "a.x", "u.x", false},
+    Shape{"1d_array",
+          {.type = Type::type1DArray, .width = 5, .arrayLength = 3},
+          "a.x, a.z",
+          "u.x, a.z",
+          false},
+    Shape{"2d", {.type = Type::type2D, .width = 6, .height = 4, .mipLevels = 2}, "a.xy", "u.xy"},
+    Shape{"2d_array",
+          {.type = Type::type2DArray, .width = 6, .height = 4, .mipLevels = 2, .arrayLength = 3},
+          "a.xy, a.z",
+          "u.xy, a.z"},
+    Shape{"3d",
+          {.type = Type::type3D, .width = 6, .height = 4, .depth = 5, .mipLevels = 2},
+          "a.xyz",
+          "u.xyz"},
+    Shape{"cube",
+          {.type = Type::typeCube, .width = 4, .height = 4, .mipLevels = 2},
+          "a.xy, a.z",
+          "direction(u.xy, a.z)"},
+    Shape{"cube_array",
+          {.type = Type::typeCubeArray, .width = 4, .height = 4, .mipLevels = 2, .arrayLength = 2},
+          "a.xy, a.z % 6, a.z / 6",
+          "direction(u.xy, a.z % 6), a.z / 6"}};
+
+const Shape& shapeOf(const char* name) {
+    return *std::find_if(shapes.begin(), shapes.end(),
+                         [&](const Shape& one) { return std::string(one.name) == name; });
+}
+
+std::uint32_t planes(const gpu::TextureDescriptor& texture, std::uint32_t level) {
+    return texture.type == Type::type3D ? std::max(texture.depth >> level, 1u) : slices(texture);
+}
+
+bool isInside(const gpu::TextureDescriptor& texture, const Spot& spot) {
+    return spot.level < texture.mipLevels && spot.x < std::max(texture.width >> spot.level, 1u) &&
+           spot.y < std::max(texture.height >> spot.level, 1u) &&
+           spot.slice < planes(texture, spot.level);
+}
+
+int numberOf(const Spot& spot) {
+    return static_cast<int>(1 + spot.x + 10 * spot.y + 100 * spot.slice + 2000 * spot.level);
+}
+
+// All texels, and where `beyond`, one more in each direction that the type has.
+std::vector<Spot> spots(const gpu::TextureDescriptor& texture, std::uint32_t beyond = 0) {
+    const std::uint32_t below =
+        texture.type == Type::type1D || texture.type == Type::type1DArray ? 0 : beyond;
+    const std::uint32_t behind =
+        texture.type == Type::type1D || texture.type == Type::type2D ? 0 : beyond;
+    std::vector<Spot> all;
+    for (std::uint32_t level = 0; level < texture.mipLevels; ++level)
+        for (std::uint32_t slice = 0; slice < planes(texture, level) + behind; ++slice)
+            for (std::uint32_t y = 0; y < std::max(texture.height >> level, 1u) + below; ++y)
+                for (std::uint32_t x = 0; x < std::max(texture.width >> level, 1u) + beyond; ++x)
+                    all.push_back({x, y, slice, level});
+    return all;
+}
+
+// How a component of the language is kept, and a number in it.
+struct Component {
+    const char* name;
+    gpu::PixelFormat format;
+    std::size_t bytes;
+    bool isReal;
+};
+constexpr std::array components{Component{"float", gpu::PixelFormat::rgba32Float, 4, true},
+                                Component{"half", gpu::PixelFormat::rgba16Float, 2, true},
+                                Component{"int", gpu::PixelFormat::rgba32Sint, 4, false},
+                                Component{"uint", gpu::PixelFormat::rgba32Uint, 4, false},
+                                Component{"short", gpu::PixelFormat::rgba16Sint, 2, false},
+                                Component{"ushort", gpu::PixelFormat::rgba16Uint, 2, false}};
+
+void put(std::byte* to, const Component& component, int number) {
+    const auto real = static_cast<float>(number);
+    const auto half = static_cast<_Float16>(real);
+    if (component.isReal)
+        std::memcpy(to, component.bytes == 4 ? static_cast<const void*>(&real) : &half,
+                    component.bytes);
+    else
+        std::memcpy(to, &number, component.bytes);
+}
+
+constexpr const char* preamble = R"(
+#include <metal_stdlib>
+using namespace metal;
+constexpr sampler nearby(filter::nearest, mip_filter::nearest);
+static float3 direction(float2 u, uint face) { // Vulkan 1.3, 16.5.3, backwards
+    float s = u.x * 2 - 1, t = u.y * 2 - 1;
+    switch (face) {
+    case 0: return float3(1, -t, -s);
+    case 1: return float3(-1, -t, s);
+    case 2: return float3(s, 1, t);
+    case 3: return float3(s, -1, -t);
+    case 4: return float3(s, -t, 1);
+    default: return float3(-s, -t, -1);
+    }
+}
+)";
+
+class TextureShapes : public testing::Test {
+  protected:
+    static void SetUpTestSuite() { device = gpu::Device::systemDefault(); }
+    static void TearDownTestSuite() { device.reset(); }
+    void SetUp() override {
+        if (!device)
+            GTEST_SKIP() << "There is no Vulkan 1.3 device.";
+        queue = device->newCommandQueue();
+    }
+
+    // With every texel's numbers: n, n + 1, n + 2, n + 3; a depth's is n / 8192.
+    std::unique_ptr<gpu::Texture> filled(gpu::TextureDescriptor descriptor,
+                                         const Component& component, bool isDepth = false) {
+        descriptor.format = isDepth ? gpu::PixelFormat::depth32Float : component.format;
+        descriptor.usage = {.shaderRead = true, .shaderWrite = !isDepth};
+        auto texture = device->newTexture(descriptor);
+        if (!texture)
+            return nullptr;
+        const std::size_t stride = isDepth ? 4 : component.bytes * 4;
+        std::array<std::byte, 16> pixel;
+        for (const Spot& spot : spots(descriptor)) {
+            const float depth = static_cast<float>(numberOf(spot)) / 8192;
+            if (isDepth)
+                std::memcpy(pixel.data(), &depth, 4);
+            for (int lane = 0; lane < 4 && !isDepth; ++lane)
+                put(&pixel[static_cast<std::size_t>(lane) * component.bytes], component,
+                    numberOf(spot) + lane);
+            const bool isFlat = descriptor.type != Type::type3D;
+            texture->replace({spot.x, spot.y, 1, 1, isFlat ? 0 : spot.slice}, spot.level,
+                             isFlat ? spot.slice : 0, pixel.data(), stride, stride);
+        }
+        return texture;
+    }
+
+    // What `kernel` stores for each spot; the pixel's middle is in the shader's `u`.
+    std::vector<Texel> run(gpu::Library& library, const std::string& kernel,
+                           const std::vector<Spot>& at, const gpu::Texture* texture,
+                           const gpu::SamplerState* sampler = nullptr) {
+        const auto pipeline = device->newComputePipelineState(*library.newFunction(kernel));
+        auto out = device->newBuffer(at.size() * sizeof(Texel));
+        auto in = device->newBuffer(at.size() * sizeof(Spot));
+        std::memcpy(in->contents(), at.data(), at.size() * sizeof(Spot));
+        auto commands = queue->commandBuffer();
+        auto encoder = commands->computeCommandEncoder();
+        encoder->setComputePipelineState(*pipeline);
+        encoder->setBuffer(*out, 0, 0);
+        encoder->setBuffer(*in, 0, 1);
+        encoder->setTexture(texture, 0);
+        encoder->setSamplerState(sampler, 0);
+        encoder->dispatchThreads({static_cast<std::uint32_t>(at.size()), 1, 1}, {64, 1, 1});
+        encoder->endEncoding();
+        commands->commit();
+        commands->waitUntilCompleted();
+        EXPECT_EQ(commands->status(), gpu::CommandBufferStatus::completed);
+        std::vector<Texel> results(at.size());
+        std::memcpy(results.data(), out->contents(), at.size() * sizeof(Texel));
+        return results;
+    }
+
+    // A kernel `name` over `a` and `u`, of a texture `t` of the type.
+    static std::string kernel(const std::string& name, const std::string& type,
+                              const gpu::TextureDescriptor& of, const std::string& body) {
+        const std::string size = "float3(" + std::to_string(of.width) + ", " +
+                                 std::to_string(of.height) + ", " + std::to_string(of.depth) + ")";
+        return "kernel void " + name +
+               "(device float4* out [[buffer(0)]], const device uint4* at [[buffer(1)]], " + type +
+               " t [[texture(0)]], sampler given [[sampler(0)]],"
+               " uint i [[thread_position_in_grid]]) {\n    uint4 a = at[i];\n    float3 u = "
+               "(float3(a.xyz) + 0.5) / max(floor(" +
+               size + " / float(1u << a.w)), float3(1));\n    " + body + "\n}\n";
+    }
+
+    static inline std::shared_ptr<gpu::Device> device;
+    std::unique_ptr<gpu::CommandQueue> queue;
+};
+
+Texel expectedAt(const gpu::TextureDescriptor& texture, const Spot& spot) {
+    const auto number = static_cast<float>(numberOf(spot));
+    return isInside(texture, spot) ? Texel{number, number + 1, number + 2, number + 3} : Texel{};
+}
+
+std::string describe(const Spot& spot) {
+    return "at " + std::to_string(spot.x) + ", " + std::to_string(spot.y) + ", " +
+           std::to_string(spot.slice) + ", level " + std::to_string(spot.level);
+}
+
+// Halves are whole up to 2048: larger numbers are rounded on their way.
+float slack(const Component& component) {
+    return component.isReal && component.bytes == 2 ? 4.0f : 0.0f;
+}
+
+void expectNear(const Texel& given, const Texel& wanted, float slack, const std::string& what) {
+    for (std::size_t lane = 0; lane < 4; ++lane)
+        ASSERT_NEAR(given[lane], wanted[lane], slack) << what;
+}
+
+} // namespace
+
+TEST_F(TextureShapes, readAndSampleEveryTexel) {
+    for (const Shape& shape : shapes)
+        for (const Component& component : components) {
+            const std::string name = shape.name, of = std::string("<") + component.name;
+            const std::string level = shape.hasLevels ? ", level(a.w)" : "";
+            const auto library = device->newLibrary(
+                preamble +
+                kernel("reads", "texture" + name + of + ", access::read>", shape.texture,
+                       std::string("out[i] = float4(t.read(") + shape.place + ", a.w));") +
+                kernel("samples", "texture" + name + of + ">", shape.texture,
+                       std::string("out[i] = float4(t.sample(nearby, ") + shape.at + level +
+                           ")) + float4(t.read(" + shape.place + ", a.w));"));
+            const auto texture = filled(shape.texture, component);
+            ASSERT_TRUE(texture) << name << of;
+            const auto all = spots(shape.texture, 1), inside = spots(shape.texture);
+            const auto read = run(*library, "reads", all, texture.get());
+            for (std::size_t i = 0; i < all.size(); ++i)
+                expectNear(read[i], expectedAt(shape.texture, all[i]), slack(component),
+                           name + of + " read " + describe(all[i]));
+            const auto sampled = run(*library, "samples", inside, texture.get());
+            for (std::size_t i = 0; i < inside.size(); ++i) {
+                Texel twice = expectedAt(shape.texture, inside[i]);
+                for (float& lane : twice)
+                    lane *= 2;
+                expectNear(sampled[i], twice, 2 * slack(component),
+                           name + of + " sampled " + describe(inside[i]));
+            }
+        }
+}
+
+TEST_F(TextureShapes, takeWhatIsWrittenAndNothingBeyond) {
+    for (const Shape& shape : shapes)
+        for (const Component& component : components) {
+            const std::string name = shape.name, of = std::string("<") + component.name;
+            const std::string place = shape.place, texel = "vec<" + std::string(component.name);
+            const auto library = device->newLibrary(
+                preamble +
+                kernel("writes", "texture" + name + of + ", access::write>", shape.texture,
+                       "t.write(" + texel + ", 4>(1 + a.x, a.y, a.z, 7), " + place +
+                           "); out[i] = 0;") +
+                kernel("doubles", "texture" + name + of + ", access::read_write>", shape.texture,
+                       texel + ", 4> v = t.read(" + place + "); t.write(v * " + component.name +
+                           "(2), " + place + "); t.fence(); out[i] = float4(t.read(" + place +
+                           "));"));
+            auto descriptor = shape.texture;
+            descriptor.mipLevels = 1;
+            const auto texture = filled(descriptor, component);
+            run(*library, "writes", spots(descriptor, 1), texture.get());
+            const auto all = spots(descriptor, 1);
+            const auto doubled = run(*library, "doubles", all, texture.get());
+            for (std::size_t i = 0; i < all.size(); ++i) {
+                const auto x = static_cast<float>(all[i].x), y = static_cast<float>(all[i].y),
+                           z = static_cast<float>(all[i].slice);
+                const Texel wanted =
+                    isInside(descriptor, all[i]) ? Texel{2 * (1 + x), 2 * y, 2 * z, 14} : Texel{};
+                expectNear(doubled[i], wanted, 0, name + of + " " + describe(all[i]));
+            }
+        }
+}
+
+TEST_F(TextureShapes, writeAndReadTheLevelAskedFor) {
+    for (const char* name : {"2d", "2d_array", "3d", "cube"}) {
+        const Shape& shape = shapeOf(name);
+        const std::string place = shape.place, type = std::string("texture") + name;
+        const auto library =
+            device->newLibrary(preamble +
+                               kernel("writes", type + "<uint, access::read_write>", shape.texture,
+                                      "t.write(t.read(" + place + ", 1) + 5, " + place +
+                                          ", 1); out[i] = t.get_width(1);") +
+                               kernel("reads", type + "<uint>", shape.texture,
+                                      "out[i] = float4(t.read(" + place + ", a.w));"));
+        const auto texture = filled(shape.texture, components[3]);
+        auto upper = spots(shape.texture);
+        std::erase_if(upper, [](const Spot& spot) { return spot.level == 0; });
+        const auto widths = run(*library, "writes", upper, texture.get());
+        EXPECT_EQ(widths[0][0], static_cast<float>(shape.texture.width / 2)) << name;
+        const auto all = spots(shape.texture);
+        const auto read = run(*library, "reads", all, texture.get());
+        for (std::size_t i = 0; i < all.size(); ++i)
+            EXPECT_EQ(read[i][0], static_cast<float>(numberOf(all[i]) + (all[i].level ? 5 : 0)))
+                << name << " " << describe(all[i]);
+    }
+}
+
+TEST_F(TextureShapes, tellTheirSizes) {
+    const std::array<std::pair<const char*, Texel>, 7> rows{
+        {{"t.get_width(), t.get_num_mip_levels(), 0, 0", {5, 1, 0, 0}},
+         {"t.get_width(), t.get_array_size(), t.get_num_mip_levels(), 0", {5, 3, 1, 0}},
+         {"t.get_width(a.w), t.get_height(a.w), t.get_num_mip_levels(), 0", {3, 2, 2, 0}},
+         {"t.get_width(a.w), t.get_height(), t.get_array_size(), t.get_num_mip_levels()",
+          {3, 4, 3, 2}},
+         {"t.get_width(a.w), t.get_height(), t.get_depth(a.w), t.get_num_mip_levels()",
+          {3, 4, 2, 2}},
+         {"t.get_width(a.w), t.get_height(), t.get_num_mip_levels(), 0", {2, 4, 2, 0}},
+         {"t.get_width(a.w), t.get_height(), t.get_array_size(), t.get_num_mip_levels()",
+          {2, 4, 2, 2}}}};
+    for (std::size_t n = 0; n < shapes.size(); ++n) {
+        const Shape& shape = shapes[n];
+        const auto library = device->newLibrary(
+            preamble + kernel("sizes", std::string("texture") + shape.name + "<float>",
+                              shape.texture,
+                              std::string("out[i] = float4(") + rows[n].first + ");"));
+        const auto texture = filled(shape.texture, components[0]);
+        const Spot spot{.level = shape.texture.mipLevels - 1};
+        EXPECT_EQ(run(*library, "sizes", {spot}, texture.get())[0], rows[n].second) << shape.name;
+    }
+}
+
+// Where gather looks, of a place between four texels (Metal Shading Language 3.1, 6.12): the lower
+// left one first, then counter-clockwise.
+TEST_F(TextureShapes, gatherAndCompareFourTexels) {
+    struct Row {
+        const char *shape, *at;
+    };
+    for (const Row& row :
+         {Row{"2d", "e"}, Row{"2d_array", "e, a.z"}, Row{"cube", "direction(e, a.z)"},
+          Row{"cube_array", "direction(e, a.z % 6), a.z / 6"}}) {
+        const Shape& shape = shapeOf(row.shape);
+        const std::string name = row.shape, at = row.at;
+        const std::string size =
+            std::to_string(shape.texture.width) + ", " + std::to_string(shape.texture.height);
+        const std::string between = "float2 e = float2(a.xy + 1) / float2(" + size +
+                                    "); float r = (a.x + 1 + 10 * a.y + 100 * a.z + 5) / 8192.0;";
+        const bool isCube = name.starts_with("cube");
+        const auto library = device->newLibrary(
+            preamble + std::string("constexpr sampler c(filter::linear, compare_func::less);\n") +
+            kernel("gathers", "texture" + name + "<int>", shape.texture,
+                   between + "out[i] = float4(t.gather(nearby, " + at +
+                       (isCube ? ", component::z));" : ", int2(0), component::z));")) +
+            kernel("depths", "depth" + name + "<float>", shape.texture,
+                   between + "out[i] = t.gather(nearby, " + at + ") * 8192;") +
+            kernel("compares", "depth" + name + "<float>", shape.texture,
+                   between + "out[i] = t.gather_compare(c, " + at + ", r);") +
+            kernel("mixes", "depth" + name + "<float>", shape.texture,
+                   between + "out[i] = float4(t.sample_compare(c, " + at +
+                       ", r), t.sample_compare(c, " + at +
+                       ", r, level(0)), t.sample_compare(given, " + at + ", r), t.sample(nearby, " +
+                       at + ") * 8192);"));
+        auto descriptor = shape.texture;
+        descriptor.mipLevels = 1;
+        const auto texture = filled(descriptor, components[2]);
+        const auto depth = filled(descriptor, components[0], true);
+        const auto greater =
+            device->newSamplerState({.compareFunction = gpu::CompareFunction::greater});
+        auto at4 = spots(descriptor);
+        std::erase_if(at4, [&](const Spot& spot) {
+            return spot.x + 1 >= descriptor.width || spot.y + 1 >= descriptor.height;
+        });
+        const auto gathered = run(*library, "gathers", at4, texture.get());
+        const auto depths = run(*library, "depths", at4, depth.get());
+        const auto compared = run(*library, "compares", at4, depth.get());
+        const auto mixed = run(*library, "mixes", at4, depth.get(), greater.get());
+        for (std::size_t i = 0; i < at4.size(); ++i) {
+            const auto n = static_cast<float>(numberOf(at4[i]));
+            const std::string what = name + " " + describe(at4[i]);
+            expectNear(gathered[i], {n + 12, n + 13, n + 3, n + 2}, 0, what);
+            expectNear(depths[i], {n + 10, n + 11, n + 1, n}, 0.01f, what);
+            expectNear(compared[i], {1, 1, 0, 0}, 0, what); // the reference is n + 5
+            expectNear({mixed[i][0], mixed[i][1], 0, 0}, {0.5f, 0.5f, 0, 0}, 0.01f, what);
+            EXPECT_TRUE(mixed[i][2] == 0 || mixed[i][2] == 1) << what;
+            EXPECT_EQ(mixed[i][2] == 1, mixed[i][3] < n + 5) << what;
+        }
+    }
+}
+
+TEST_F(TextureShapes, readAsZeroWhereNothingFits) {
+    std::string source = preamble;
+    std::vector<std::string> names, types;
+    auto add = [&](const std::string& type, const std::string& value) {
+        types.push_back(type);
+        names.push_back("k" + std::to_string(names.size()));
+        source += kernel(names.back(), type, {}, "out[i] = 1 + float4(" + value + ");");
+    };
+    for (const Shape& shape : shapes)
+        for (const char* component : {"float", "int", "ushort"}) {
+            const std::string of = std::string("texture") + shape.name + "<" + component;
+            const std::string place = shape.place, at = shape.at;
+            add(of + ">", "t.sample(nearby, " + at + ") + t.read(" + place + ", a.w)");
+            add(of + ", access::read>", "t.read(" + place + ", a.w)");
+            add(of + ", access::read_write>", "t.read(" + place + ")");
+        }
+    for (const char* name : {"2d", "2d_array", "cube", "cube_array"})
+        add(std::string("depth") + name + "<float>",
+            std::string("t.sample(nearby, ") + shapeOf(name).at + ") + t.gather(nearby, " +
+                shapeOf(name).at + ")");
+    for (const char* type : {"texture2d_ms<float>", "texture2d_ms<uint>", "depth2d_ms<float>"})
+        add(type, "t.read(a.xy, a.z)");
+    add("texture2d_ms_array<int>", "t.read(a.xy, a.z, 0)");
+    const auto library = device->newLibrary(source);
+    const std::vector<Spot> at{{0, 0, 0, 0}, {3, 1, 2, 1}, {0, 0, 9, 0}};
+    const auto other = filled(shapeOf("1d_array").texture, components[3]); // fits one type alone
+    for (std::size_t n = 0; n < names.size(); ++n)
+        for (const gpu::Texture* given : std::array<const gpu::Texture*, 2>{nullptr, other.get()})
+            for (const Texel& each : run(*library, names[n], at, given))
+                EXPECT_TRUE((given && types[n].starts_with("texture1d_array<ushort")) ||
+                            each == (Texel{1, 1, 1, 1}))
+                    << types[n];
+}
+
+// Each sample of a pixel has a number of its own, drawn there.
+TEST_F(TextureShapes, readTheSamplesOfPixels) {
+    const auto library = device->newLibrary(
+        preamble + std::string(R"(
+struct Corner { float4 position [[position]]; };
+vertex Corner corner(uint id [[vertex_id]], constant float& depth [[buffer(0)]]) {
+    return {float4(float2((id << 1) & 2, id & 2) * 2 - 1, depth, 1)};
+}
+fragment float4 numbered(Corner in [[stage_in]], uint sample [[sample_id]],
+                         constant uint& slice [[buffer(0)]]) {
+    return float4(floor(in.position.xy), sample, slice);
+}
+)") + kernel("plain", "texture2d_ms<float>", {}, "out[i] = t.read(a.xy, a.w);") +
+        kernel("layered", "texture2d_ms_array<float>", {}, "out[i] = t.read(a.xy, a.z, a.w);") +
+        kernel("sizes", "texture2d_ms_array<float>", {},
+               "out[i] = float4(t.get_width(), t.get_height(), t.get_array_size(),"
+               " t.get_num_samples());") +
+        kernel("depths", "depth2d_ms<float>", {}, "out[i] = t.read(a.xy, a.w);"));
+    auto target = [&](gpu::TextureType type, gpu::PixelFormat format) {
+        return device->newTexture({.type = type,
+                                   .format = format,
+                                   .width = 3,
+                                   .height = 2,
+                                   .sampleCount = 4,
+                                   .arrayLength = type == Type::type2DMultisampleArray ? 2u : 1u,
+                                   .usage = {.shaderRead = true, .renderTarget = true},
+                                   .storage = gpu::StorageMode::private_});
+    };
+    const auto plain = target(Type::type2DMultisample, gpu::PixelFormat::rgba32Float);
+    const auto layered = target(Type::type2DMultisampleArray, gpu::PixelFormat::rgba32Float);
+    const auto depth = target(Type::type2DMultisample, gpu::PixelFormat::depth32Float);
+    ASSERT_TRUE(plain && layered && depth);
+    const auto vertex = library->newFunction("corner"), fragment = library->newFunction("numbered");
+    const auto pipeline =
+        device->newRenderPipelineState({.vertex = vertex.get(),
+                                        .fragment = fragment.get(),
+                                        .color = {.format = gpu::PixelFormat::rgba32Float},
+                                        .depthFormat = gpu::PixelFormat::depth32Float,
+                                        .sampleCount = 4});
+    const auto writes = device->newDepthStencilState({.depthWrites = true});
+    auto commands = queue->commandBuffer();
+    auto draw = [&](const gpu::Texture& color, std::uint32_t slice) {
+        auto encoder = commands->renderCommandEncoder(
+            {.color = {.texture = &color, .slice = slice, .load = gpu::LoadAction::clear},
+             .depth = {.texture = depth.get(), .store = gpu::StoreAction::store}});
+        encoder->setRenderPipelineState(*pipeline);
+        encoder->setDepthStencilState(*writes);
+        const float far = 0.25f;
+        encoder->setVertexBytes(&far, sizeof far, 0);
+        encoder->setFragmentBytes(&slice, sizeof slice, 0);
+        encoder->drawPrimitives(gpu::PrimitiveType::triangle, 0, 3);
+        encoder->endEncoding();
+    };
+    draw(*plain, 0);
+    draw(*layered, 0);
+    draw(*layered, 1);
+    commands->commit();
+    std::vector<Spot> at;
+    for (const Spot& spot : spots({.width = 3, .height = 2, .mipLevels = 1}))
+        for (std::uint32_t sample = 0; sample < 5; ++sample)
+            for (std::uint32_t slice = 0; slice < 2; ++slice)
+                at.push_back({spot.x, spot.y, slice, sample});
+    const auto one = run(*library, "plain", at, plain.get());
+    const auto two = run(*library, "layered", at, layered.get());
+    const auto depths = run(*library, "depths", at, depth.get());
+    for (std::size_t i = 0; i < at.size(); ++i) {
+        const bool isThere = at[i].level < 4;
+        const auto x = static_cast<float>(at[i].x), y = static_cast<float>(at[i].y),
+                   sample = static_cast<float>(at[i].level),
+                   slice = static_cast<float>(at[i].slice);
+        EXPECT_EQ(one[i], isThere ? (Texel{x, y, sample, 0}) : Texel{}) << i;
+        EXPECT_EQ(two[i], isThere ? (Texel{x, y, sample, slice}) : Texel{}) << i;
+        EXPECT_EQ(depths[i][0], isThere ? 0.25f : 0.0f) << i;
+    }
+    EXPECT_EQ(run(*library, "sizes", {{}}, layered.get())[0], (Texel{3, 2, 2, 4}));
+}
+
+} // namespace tarnwick
