@@ -35,6 +35,7 @@ constexpr std::uint32_t declaration = 2u << 16 | 17; // OpCapability's first wor
 struct Asked {
     const FeatureChain& chain;
     VkSubgroupFeatureFlags groups;
+    bool isCPU;
 
     bool core(VkBool32 VkPhysicalDeviceFeatures::*feature) const {
         return chain.core.features.*feature;
@@ -93,6 +94,13 @@ constexpr std::array rows{
         [](const Asked& a) { return a.core(&Core::sampleRateShading); }},
     Row{Capability::ClipDistance, "clip_distance",
         [](const Asked& a) { return a.core(&Core::shaderClipDistance); }},
+    // The packaged CPU driver does not tell of it, but reads all formats (Instance.cpp).
+    Row{spv::Capability::StorageImageReadWithoutFormat, "textures that are read and written",
+        [](const Asked& a) { return a.isCPU || a.core(&Core::shaderStorageImageReadWithoutFormat); }},
+    Row{spv::Capability::StorageImageWriteWithoutFormat, "textures that are written",
+        [](const Asked& a) { return a.core(&Core::shaderStorageImageWriteWithoutFormat); }},
+    Row{spv::Capability::SampledCubeArray, "arrays of cubes",
+        [](const Asked& a) { return a.core(&Core::imageCubeArray); }},
 };
 // clang-format on
 
@@ -104,7 +112,8 @@ std::vector<std::uint32_t> capabilitiesOf(VkPhysicalDevice device, const Feature
     VkPhysicalDeviceProperties2 properties{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_PROPERTIES_2,
                                            .pNext = &vulkan11};
     vkGetPhysicalDeviceProperties2(device, &properties);
-    const Asked asked{chain, vulkan11.subgroupSupportedOperations};
+    const Asked asked{chain, vulkan11.subgroupSupportedOperations,
+                      properties.properties.deviceType == VK_PHYSICAL_DEVICE_TYPE_CPU};
     std::vector<std::uint32_t> there;
     for (const Row& row : rows)
         if (row.isThere(asked))

@@ -25,7 +25,7 @@ bool variableIs(const char* wanted) {
 
 // Reading a storage texture whose format the module does not name is for devices with a feature
 // that the packaged CPU driver does not tell of, though it reads them all as it should. Pipelines
-// that do so are made on it and on devices with the feature (BindingLayout.cpp).
+// that do so are made on it and on devices with the feature (Capabilities.cpp).
 bool isBearable(const VkDebugUtilsMessengerCallbackDataEXT& data) {
     const std::string_view name = data.pMessageIdName ? data.pMessageIdName : "";
     return name.ends_with("-OpTypeImage-07028");

@@ -42,6 +42,9 @@ VkSamplerCreateInfo samplerInfo(const msl::SamplerState& state, const DeviceStat
                               state.t == msl::SamplerAddress::clampToZero ||
                               state.r == msl::SamplerAddress::clampToZero;
     const bool hasMips = state.mip != msl::SamplerMipFilter::none;
+    // The packaged CPU driver's compiler crashes on anisotropic samplers where there are no
+    // neighbours.
+    const bool isAnisotropic = device.features.anisotropy && !device.info.isCPU;
     const float anisotropy =
         std::min(static_cast<float>(state.maxAnisotropy), device.limits.maxSamplerAnisotropy);
     const float lodMin = std::max(state.lodMin, 0.0f);
@@ -54,7 +57,7 @@ VkSamplerCreateInfo samplerInfo(const msl::SamplerState& state, const DeviceStat
             .addressModeU = entry(addresses, state.s),
             .addressModeV = entry(addresses, state.t),
             .addressModeW = entry(addresses, state.r),
-            .anisotropyEnable = device.features.anisotropy && anisotropy > 1,
+            .anisotropyEnable = isAnisotropic && anisotropy > 1,
             .maxAnisotropy = anisotropy,
             .compareEnable = state.compares,
             .compareOp = entry(compares, state.compare),

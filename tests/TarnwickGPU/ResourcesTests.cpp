@@ -1,5 +1,6 @@
 #include "tests/TarnwickGPU/Gpu.h"
 
+#include <algorithm>
 #include <cstring>
 #include <numeric>
 
@@ -10,8 +11,8 @@ namespace {
 using namespace gpu;
 
 TEST_F(Gpu, keepsTheBytesOfATexture) {
-    for (auto format : {PixelFormat::r8Unorm, PixelFormat::rgba8Unorm, PixelFormat::bgra8Unorm,
-                        PixelFormat::r32Uint, PixelFormat::rgba16Float, PixelFormat::rgba32Float}) {
+    for (auto format = PixelFormat::r8Unorm; format <= PixelFormat::rgba32Sint;
+         format = static_cast<PixelFormat>(static_cast<int>(format) + 1)) {
         const auto texture =
             device->newTexture({.format = format, .width = 7, .height = 5, .mipLevels = 2});
         ASSERT_TRUE(texture);
@@ -38,10 +39,71 @@ TEST_F(Gpu, copiesPartsOfATextureWithAStride) {
     EXPECT_EQ(read, (std::array<std::uint8_t, 12>{0, 1, 2, 0, 0, 4, 5, 0, 0, 0, 0, 0}));
 }
 
+// Slices of arrays and cubes, and planes of solids, with room between rows and images.
+TEST_F(Gpu, keepsSlicesAndPlanesApart) {
+    for (auto type : {TextureType::type1DArray, TextureType::type2DArray, TextureType::type3D,
+                      TextureType::typeCube, TextureType::typeCubeArray}) {
+        const bool isLine = type == TextureType::type1DArray;
+        const bool isSolid = type == TextureType::type3D;
+        const bool isArray = type != TextureType::typeCube && !isSolid;
+        const auto texture = device->newTexture({.type = type,
+                                                 .format = PixelFormat::r8Uint,
+                                                 .width = 4,
+                                                 .height = isLine ? 1u : 4u,
+                                                 .depth = isSolid ? 4u : 1u,
+                                                 .arrayLength = isArray ? 4u : 1u});
+        ASSERT_TRUE(texture);
+        const std::uint32_t rows = isLine ? 1 : 2;
+        std::vector<std::uint8_t> written(40), read(40, 99);
+        std::iota(written.begin(), written.end(), std::uint8_t{1});
+        const Region region{1, 0, 2, rows, isSolid ? 1u : 0u, isSolid ? 2u : 1u};
+        texture->replace(region, 0, isSolid ? 0 : 2, written.data(), 5, 15);
+        texture->getBytes(read.data(), 3, 8, region, 0, isSolid ? 0 : 2);
+        for (std::uint32_t plane = 0; plane < region.depth; ++plane)
+            for (std::uint32_t row = 0; row < rows; ++row)
+                for (std::uint32_t x = 0; x < 2; ++x)
+                    EXPECT_EQ(read[plane * 8 + row * 3 + x], written[plane * 15 + row * 5 + x]);
+        texture->getBytes(read.data(), 4, 16, {0, 0, 4, 1}, 0, isSolid ? 0 : 1);
+        EXPECT_EQ(std::count(read.begin(), read.begin() + 4, std::uint8_t{0}), 4);
+    }
+}
+
+TEST_F(Gpu, fillsLevelsFromTheFirst) {
+    const auto texture = device->newTexture({.type = TextureType::type2DArray,
+                                             .format = PixelFormat::r32Float,
+                                             .width = 4,
+                                             .height = 4,
+                                             .mipLevels = 3,
+                                             .arrayLength = 2});
+    std::array<float, 16> first{};
+    std::iota(first.begin(), first.end(), 0.0f);
+    for (std::uint32_t slice : {0u, 1u}) {
+        texture->replace({0, 0, 4, 4}, 0, slice, first.data(), 16, 64);
+        for (float& value : first)
+            value += 100;
+    }
+    auto commands = queue->commandBuffer();
+    auto blit = commands->blitCommandEncoder();
+    blit->generateMipmaps(*texture);
+    blit->endEncoding();
+    commands->commit();
+    commands->waitUntilCompleted();
+    std::array<float, 4> second{};
+    float last = 0;
+    texture->getBytes(second.data(), 8, 16, {0, 0, 2, 2}, 1, 1);
+    texture->getBytes(&last, 4, 4, {0, 0, 1, 1}, 2, 1);
+    EXPECT_EQ(second, (std::array<float, 4>{102.5f, 104.5f, 110.5f, 112.5f}));
+    EXPECT_EQ(last, 107.5f);
+}
+
 TEST_F(Gpu, makesNothingThatTheDeviceCannotHold) {
     EXPECT_EQ(device->newTexture({.width = 0, .height = 4}), nullptr);
     EXPECT_EQ(device->newTexture({.width = 100'000, .height = 100'000}), nullptr);
     EXPECT_EQ(device->newTexture({.format = PixelFormat::invalid}), nullptr);
+    EXPECT_EQ(device->newTexture({.width = 4, .mipLevels = 4}), nullptr);
+    EXPECT_EQ(device->newTexture({.type = TextureType::typeCube, .width = 4, .height = 2}),
+              nullptr);
+    EXPECT_EQ(device->newTexture({.width = 4, .depth = 4}), nullptr);
     EXPECT_EQ(device->newBuffer(0), nullptr);
     EXPECT_EQ(device->newBuffer(std::size_t{1} << 60), nullptr);
 }

@@ -4,6 +4,7 @@ if(TARGET TarnwickGPU)
     tarnwick_tests(TarnwickMSL/Corpus TOGETHER
         SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/CorpusProgram.cpp
                 ${CMAKE_CURRENT_SOURCE_DIR}/CorpusTests.cpp
+                ${CMAKE_CURRENT_SOURCE_DIR}/NumberedTextures.cpp
         LINK TarnwickGPU
         LABELS gpu)
     add_dependencies(TarnwickMSLCorpusTests tarnwick-msl-worker)

@@ -53,6 +53,64 @@ DrawCall draw(std::istringstream& words) {
     return call;
 }
 
+constexpr std::array<std::pair<std::string_view, gpu::TextureType>, 7> textureTypes{
+    {{"1d", gpu::TextureType::type1D},
+     {"1d_array", gpu::TextureType::type1DArray},
+     {"2d", gpu::TextureType::type2D},
+     {"2d_array", gpu::TextureType::type2DArray},
+     {"3d", gpu::TextureType::type3D},
+     {"cube", gpu::TextureType::typeCube},
+     {"cube_array", gpu::TextureType::typeCubeArray}}};
+
+BoundTexture texture(std::istringstream& words) {
+    BoundTexture texture;
+    std::string shape, extent;
+    words >> texture.index >> shape >> texture.component >> extent;
+    for (const auto& [name, type] : textureTypes)
+        if (shape == name)
+            texture.descriptor.type = type;
+    const gpu::Size given = size(extent);
+    texture.descriptor.width = given.width;
+    texture.descriptor.height = given.height;
+    texture.descriptor.depth = given.depth;
+    words >> texture.descriptor.arrayLength;
+    if (words)
+        words >> texture.descriptor.mipLevels;
+    texture.descriptor.arrayLength = std::max(texture.descriptor.arrayLength, 1u);
+    texture.descriptor.mipLevels = std::max(texture.descriptor.mipLevels, 1u);
+    return texture;
+}
+
+void addAddress(gpu::SamplerDescriptor& descriptor, gpu::SamplerAddressMode mode) {
+    descriptor.sAddressMode = descriptor.tAddressMode = descriptor.rAddressMode = mode;
+}
+
+BoundSampler sampler(std::istringstream& words) {
+    BoundSampler sampler;
+    gpu::SamplerDescriptor& how = sampler.descriptor;
+    words >> sampler.index;
+    for (std::string word; words >> word;)
+        if (word == "linear")
+            how.minFilter = how.magFilter = gpu::SamplerMinMagFilter::linear;
+        else if (word == "mip_nearest")
+            how.mipFilter = gpu::SamplerMipFilter::nearest;
+        else if (word == "mip_linear")
+            how.mipFilter = gpu::SamplerMipFilter::linear;
+        else if (word == "repeat")
+            addAddress(how, gpu::SamplerAddressMode::repeat);
+        else if (word == "mirrored_repeat")
+            addAddress(how, gpu::SamplerAddressMode::mirrorRepeat);
+        else if (word == "clamp_to_zero")
+            addAddress(how, gpu::SamplerAddressMode::clampToZero);
+        else if (word == "less")
+            how.compareFunction = gpu::CompareFunction::less;
+        else if (word == "greater")
+            how.compareFunction = gpu::CompareFunction::greater;
+        else
+            throw std::runtime_error("No @sampler of the corpus is " + word + ".");
+    return sampler;
+}
+
 Pixel pixel(std::istringstream& words) {
     Pixel pixel;
     std::string colon;
@@ -76,6 +134,10 @@ void takePromise(const std::string& line, Program& program) {
         program.runs.push_back(run(words));
     else if (word == "@draws")
         program.draws.push_back(draw(words));
+    else if (word == "@texture")
+        program.textures.push_back(texture(words));
+    else if (word == "@sampler")
+        program.samplers.push_back(sampler(words));
     else if (word == "@pixel")
         program.pixels.push_back(pixel(words));
     else if (word.starts_with('@'))

@@ -11,6 +11,11 @@
 //                                 and first fragment function, on 8 x 8 pixels that were zero;
 //                                 depth is compared with `less` against 1 where it says `depth`,
 //                                 four samples are resolved where it says `samples`
+//   // @texture 3 2d float 6x4 1 2     [[texture(3)]] of all functions: shape, component (or
+//                                 `depth`), size, elements, levels (both 1 by default); its texels
+//                                 are numbered (NumberedTextures.h)
+//   // @sampler 0 linear repeat   [[sampler(0)]] of all functions: linear, mip_nearest,
+//                                 mip_linear, repeat, mirrored_repeat, clamp_to_zero, less, greater
 //   // @pixel 2 5 : 1 0 0.5 1     a pixel from the upper left, red, green, blue and alpha
 //
 // A program that promises numbers but says neither runs nor draws runs `check` once. All of them
@@ -41,6 +46,17 @@ struct DrawCall {
     bool hasDepth = false, hasSamples = false;
 };
 
+struct BoundTexture {
+    std::uint32_t index = 0;
+    gpu::TextureDescriptor descriptor;
+    std::string component;
+};
+
+struct BoundSampler {
+    std::uint32_t index = 0;
+    gpu::SamplerDescriptor descriptor;
+};
+
 struct Pixel {
     std::uint32_t x = 0, y = 0;
     std::array<float, 4> color{};
@@ -53,6 +69,8 @@ struct Program {
     float tolerance = 1e-6f;
     std::vector<Dispatch> runs;
     std::vector<DrawCall> draws;
+    std::vector<BoundTexture> textures;
+    std::vector<BoundSampler> samplers;
     std::vector<Pixel> pixels;
 };
 

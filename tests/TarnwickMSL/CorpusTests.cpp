@@ -4,12 +4,14 @@
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
 #include "tests/TarnwickMSL/CorpusProgram.h"
+#include "tests/TarnwickMSL/NumberedTextures.h"
 #include "tests/Validation.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstring>
+#include <map>
 #include <numeric>
 
 namespace tarnwick::corpus {
@@ -30,6 +32,7 @@ class Corpus : public testing::TestWithParam<Program> {
     static void TearDownTestSuite() { device.reset(); }
     void SetUp() override;
 
+    void bind(const Program& program);
     void dispatch(const gpu::Library& library, const Dispatch& given);
     void draw(const gpu::Library& library, const DrawCall& given);
     void expectNumbers(const Program& program) const;
@@ -38,6 +41,8 @@ class Corpus : public testing::TestWithParam<Program> {
     static inline std::shared_ptr<gpu::Device> device;
     std::unique_ptr<gpu::CommandQueue> queue;
     std::unique_ptr<gpu::Buffer> out, scratch;
+    std::map<std::uint32_t, std::unique_ptr<gpu::Texture>> textures; // by their index
+    std::map<std::uint32_t, std::unique_ptr<gpu::SamplerState>> samplers;
     std::vector<float> in = std::vector<float>(numbers);
     Picture picture{};
 };
@@ -53,6 +58,16 @@ void Corpus::SetUp() {
     std::memcpy(out->contents(), nothing.data(), numbers * sizeof(float));
 }
 
+void Corpus::bind(const Program& program) {
+    for (const BoundTexture& given : program.textures) {
+        textures[given.index] =
+            tests::numberedTexture(*device, given.descriptor, tests::componentOf(given.component));
+        ASSERT_TRUE(textures[given.index]) << "texture " << given.index;
+    }
+    for (const BoundSampler& given : program.samplers)
+        samplers[given.index] = device->newSamplerState(given.descriptor);
+}
+
 void Corpus::dispatch(const gpu::Library& library, const Dispatch& given) {
     const auto function = library.newFunction(given.kernel);
     ASSERT_TRUE(function) << given.kernel;
@@ -63,6 +78,10 @@ void Corpus::dispatch(const gpu::Library& library, const Dispatch& given) {
     encoder->setBuffer(*out, 0, 0);
     encoder->setBytes(in.data(), in.size() * sizeof(float), 1);
     encoder->setBuffer(*scratch, 0, 2);
+    for (const auto& [index, texture] : textures)
+        encoder->setTexture(texture.get(), index);
+    for (const auto& [index, sampler] : samplers)
+        encoder->setSamplerState(sampler.get(), index);
     encoder->dispatchThreads(given.grid, given.threadgroup);
     encoder->endEncoding();
     commands->commit();
@@ -132,6 +151,14 @@ void Corpus::draw(const gpu::Library& library, const DrawCall& given) {
     encoder->setFragmentBuffer(*out, 0, 0);
     encoder->setFragmentBytes(in.data(), in.size() * sizeof(float), 1);
     encoder->setFragmentBuffer(*scratch, 0, 2);
+    for (const auto& [index, texture] : textures) {
+        encoder->setVertexTexture(texture.get(), index);
+        encoder->setFragmentTexture(texture.get(), index);
+    }
+    for (const auto& [index, sampler] : samplers) {
+        encoder->setVertexSamplerState(sampler.get(), index);
+        encoder->setFragmentSamplerState(sampler.get(), index);
+    }
     encoder->drawPrimitives(given.type, 0, given.vertices, given.instances);
     encoder->endEncoding();
     commands->commit();
@@ -165,6 +192,7 @@ void Corpus::expectPixels(const Program& program) const {
 TEST_P(Corpus, givesWhatItPromises) {
     const Program& program = GetParam();
     ASSERT_TRUE(program.draws.empty() || !program.pixels.empty() || !program.expected.empty());
+    bind(program);
     const auto library = device->newLibrary(program.source);
     for (const Dispatch& each : program.runs)
         dispatch(*library, each);

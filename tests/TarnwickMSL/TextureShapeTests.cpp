@@ -2,6 +2,7 @@
 // write beside the same worked out here. Every texel of a texture has a number of its own.
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
+#include "tests/TarnwickMSL/NumberedTextures.h"
 #include "tests/Validation.h"
 
 #include <gtest/gtest.h>
@@ -9,19 +10,15 @@
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <span>
 #include <string>
 #include <vector>
 
-namespace tarnwick {
+namespace tarnwick::tests {
 
 namespace {
 
 using Texel = std::array<float, 4>;
-
-// x, y, plane (of a 3D texture) or slice, level.
-struct Spot {
-    std::uint32_t x = 0, y = 0, slice = 0, level = 0;
-};
 
 // `place` and `at` are what read and sample take, for a Spot `a` and its middle `u`, in [0, 1].
 struct Shape {
@@ -62,58 +59,7 @@ const Shape& shapeOf(const char* name) {
                          [&](const Shape& one) { return std::string(one.name) == name; });
 }
 
-std::uint32_t planes(const gpu::TextureDescriptor& texture, std::uint32_t level) {
-    return texture.type == Type::type3D ? std::max(texture.depth >> level, 1u) : slices(texture);
-}
-
-bool isInside(const gpu::TextureDescriptor& texture, const Spot& spot) {
-    return spot.level < texture.mipLevels && spot.x < std::max(texture.width >> spot.level, 1u) &&
-           spot.y < std::max(texture.height >> spot.level, 1u) &&
-           spot.slice < planes(texture, spot.level);
-}
-
-int numberOf(const Spot& spot) {
-    return static_cast<int>(1 + spot.x + 10 * spot.y + 100 * spot.slice + 2000 * spot.level);
-}
-
-// All texels, and where `beyond`, one more in each direction that the type has.
-std::vector<Spot> spots(const gpu::TextureDescriptor& texture, std::uint32_t beyond = 0) {
-    const std::uint32_t below =
-        texture.type == Type::type1D || texture.type == Type::type1DArray ? 0 : beyond;
-    const std::uint32_t behind =
-        texture.type == Type::type1D || texture.type == Type::type2D ? 0 : beyond;
-    std::vector<Spot> all;
-    for (std::uint32_t level = 0; level < texture.mipLevels; ++level)
-        for (std::uint32_t slice = 0; slice < planes(texture, level) + behind; ++slice)
-            for (std::uint32_t y = 0; y < std::max(texture.height >> level, 1u) + below; ++y)
-                for (std::uint32_t x = 0; x < std::max(texture.width >> level, 1u) + beyond; ++x)
-                    all.push_back({x, y, slice, level});
-    return all;
-}
-
-// How a component of the language is kept, and a number in it.
-struct Component {
-    const char* name;
-    gpu::PixelFormat format;
-    std::size_t bytes;
-    bool isReal;
-};
-constexpr std::array components{Component{"float", gpu::PixelFormat::rgba32Float, 4, true},
-                                Component{"half", gpu::PixelFormat::rgba16Float, 2, true},
-                                Component{"int", gpu::PixelFormat::rgba32Sint, 4, false},
-                                Component{"uint", gpu::PixelFormat::rgba32Uint, 4, false},
-                                Component{"short", gpu::PixelFormat::rgba16Sint, 2, false},
-                                Component{"ushort", gpu::PixelFormat::rgba16Uint, 2, false}};
-
-void put(std::byte* to, const Component& component, int number) {
-    const auto real = static_cast<float>(number);
-    const auto half = static_cast<_Float16>(real);
-    if (component.isReal)
-        std::memcpy(to, component.bytes == 4 ? static_cast<const void*>(&real) : &half,
-                    component.bytes);
-    else
-        std::memcpy(to, &number, component.bytes);
-}
+constexpr std::span colors(components.data(), 6); // without depth
 
 constexpr const char* preamble = R"(
 #include <metal_stdlib>
@@ -142,28 +88,9 @@ class TextureShapes : public testing::Test {
         queue = device->newCommandQueue();
     }
 
-    // With every texel's numbers: n, n + 1, n + 2, n + 3; a depth's is n / 8192.
-    std::unique_ptr<gpu::Texture> filled(gpu::TextureDescriptor descriptor,
-                                         const Component& component, bool isDepth = false) {
-        descriptor.format = isDepth ? gpu::PixelFormat::depth32Float : component.format;
-        descriptor.usage = {.shaderRead = true, .shaderWrite = !isDepth};
-        auto texture = device->newTexture(descriptor);
-        if (!texture)
-            return nullptr;
-        const std::size_t stride = isDepth ? 4 : component.bytes * 4;
-        std::array<std::byte, 16> pixel;
-        for (const Spot& spot : spots(descriptor)) {
-            const float depth = static_cast<float>(numberOf(spot)) / 8192;
-            if (isDepth)
-                std::memcpy(pixel.data(), &depth, 4);
-            for (int lane = 0; lane < 4 && !isDepth; ++lane)
-                put(&pixel[static_cast<std::size_t>(lane) * component.bytes], component,
-                    numberOf(spot) + lane);
-            const bool isFlat = descriptor.type != Type::type3D;
-            texture->replace({spot.x, spot.y, 1, 1, isFlat ? 0 : spot.slice}, spot.level,
-                             isFlat ? spot.slice : 0, pixel.data(), stride, stride);
-        }
-        return texture;
+    std::unique_ptr<gpu::Texture> filled(const gpu::TextureDescriptor& descriptor,
+                                         const char* component) {
+        return numberedTexture(*device, descriptor, componentOf(component));
     }
 
     // What `kernel` stores for each spot; the pixel's middle is in the shader's `u`.
@@ -232,7 +159,7 @@ void expectNear(const Texel& given, const Texel& wanted, float slack, const std:
 
 TEST_F(TextureShapes, readAndSampleEveryTexel) {
     for (const Shape& shape : shapes)
-        for (const Component& component : components) {
+        for (const Component& component : colors) {
             const std::string name = shape.name, of = std::string("<") + component.name;
             const std::string level = shape.hasLevels ? ", level(a.w)" : "";
             const auto library = device->newLibrary(
@@ -242,7 +169,7 @@ TEST_F(TextureShapes, readAndSampleEveryTexel) {
                 kernel("samples", "texture" + name + of + ">", shape.texture,
                        std::string("out[i] = float4(t.sample(nearby, ") + shape.at + level +
                            ")) + float4(t.read(" + shape.place + ", a.w));"));
-            const auto texture = filled(shape.texture, component);
+            const auto texture = filled(shape.texture, component.name);
             ASSERT_TRUE(texture) << name << of;
             const auto all = spots(shape.texture, 1), inside = spots(shape.texture);
             const auto read = run(*library, "reads", all, texture.get());
@@ -262,7 +189,7 @@ TEST_F(TextureShapes, readAndSampleEveryTexel) {
 
 TEST_F(TextureShapes, takeWhatIsWrittenAndNothingBeyond) {
     for (const Shape& shape : shapes)
-        for (const Component& component : components) {
+        for (const Component& component : colors) {
             const std::string name = shape.name, of = std::string("<") + component.name;
             const std::string place = shape.place, texel = "vec<" + std::string(component.name);
             const auto library = device->newLibrary(
@@ -276,7 +203,7 @@ TEST_F(TextureShapes, takeWhatIsWrittenAndNothingBeyond) {
                            "));"));
             auto descriptor = shape.texture;
             descriptor.mipLevels = 1;
-            const auto texture = filled(descriptor, component);
+            const auto texture = filled(descriptor, component.name);
             run(*library, "writes", spots(descriptor, 1), texture.get());
             const auto all = spots(descriptor, 1);
             const auto doubled = run(*library, "doubles", all, texture.get());
@@ -301,7 +228,7 @@ TEST_F(TextureShapes, writeAndReadTheLevelAskedFor) {
                                           ", 1); out[i] = t.get_width(1);") +
                                kernel("reads", type + "<uint>", shape.texture,
                                       "out[i] = float4(t.read(" + place + ", a.w));"));
-        const auto texture = filled(shape.texture, components[3]);
+        const auto texture = filled(shape.texture, "uint");
         auto upper = spots(shape.texture);
         std::erase_if(upper, [](const Spot& spot) { return spot.level == 0; });
         const auto widths = run(*library, "writes", upper, texture.get());
@@ -332,7 +259,7 @@ TEST_F(TextureShapes, tellTheirSizes) {
             preamble + kernel("sizes", std::string("texture") + shape.name + "<float>",
                               shape.texture,
                               std::string("out[i] = float4(") + rows[n].first + ");"));
-        const auto texture = filled(shape.texture, components[0]);
+        const auto texture = filled(shape.texture, "float");
         const Spot spot{.level = shape.texture.mipLevels - 1};
         EXPECT_EQ(run(*library, "sizes", {spot}, texture.get())[0], rows[n].second) << shape.name;
     }
@@ -370,8 +297,8 @@ TEST_F(TextureShapes, gatherAndCompareFourTexels) {
                        at + ") * 8192);"));
         auto descriptor = shape.texture;
         descriptor.mipLevels = 1;
-        const auto texture = filled(descriptor, components[2]);
-        const auto depth = filled(descriptor, components[0], true);
+        const auto texture = filled(descriptor, "int");
+        const auto depth = filled(descriptor, "depth");
         const auto greater =
             device->newSamplerState({.compareFunction = gpu::CompareFunction::greater});
         auto at4 = spots(descriptor);
@@ -420,7 +347,7 @@ TEST_F(TextureShapes, readAsZeroWhereNothingFits) {
     add("texture2d_ms_array<int>", "t.read(a.xy, a.z, 0)");
     const auto library = device->newLibrary(source);
     const std::vector<Spot> at{{0, 0, 0, 0}, {3, 1, 2, 1}, {0, 0, 9, 0}};
-    const auto other = filled(shapeOf("1d_array").texture, components[3]); // fits one type alone
+    const auto other = filled(shapeOf("1d_array").texture, "uint"); // fits one type alone
     for (std::size_t n = 0; n < names.size(); ++n)
         for (const gpu::Texture* given : std::array<const gpu::Texture*, 2>{nullptr, other.get()})
             for (const Texel& each : run(*library, names[n], at, given))
@@ -506,4 +433,4 @@ fragment float4 numbered(Corner in [[stage_in]], uint sample [[sample_id]],
     EXPECT_EQ(run(*library, "sizes", {{}}, layered.get())[0], (Texel{3, 2, 2, 4}));
 }
 
-} // namespace tarnwick
+} // namespace tarnwick::tests

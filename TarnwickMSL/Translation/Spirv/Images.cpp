@@ -82,7 +82,6 @@ void Images::declare(Image& made) {
          .index = texture.index,
          .binding = binding,
          .isWritten = texture.isWritten,
-         .isRead = texture.isRead,
          .shape = made.shape->shape,
          .component = texture.component,
          .isDepth = texture.isDepth,
