@@ -17,6 +17,9 @@ enum class Capability : std::uint32_t {
     ClipDistance = 32,
     SampleRateShading = 35,
     Int8 = 39,
+    SampledCubeArray = 45,
+    StorageImageReadWithoutFormat = 55,
+    StorageImageWriteWithoutFormat = 56,
     GroupNonUniform = 61,
     GroupNonUniformVote = 62,
     GroupNonUniformArithmetic = 63,
@@ -95,11 +98,11 @@ constexpr std::array rows{
     Row{Capability::ClipDistance, "clip_distance",
         [](const Asked& a) { return a.core(&Core::shaderClipDistance); }},
     // The packaged CPU driver does not tell of it, but reads all formats (Instance.cpp).
-    Row{spv::Capability::StorageImageReadWithoutFormat, "textures that are read and written",
+    Row{Capability::StorageImageReadWithoutFormat, "textures that are read and written",
         [](const Asked& a) { return a.isCPU || a.core(&Core::shaderStorageImageReadWithoutFormat); }},
-    Row{spv::Capability::StorageImageWriteWithoutFormat, "textures that are written",
+    Row{Capability::StorageImageWriteWithoutFormat, "textures that are written",
         [](const Asked& a) { return a.core(&Core::shaderStorageImageWriteWithoutFormat); }},
-    Row{spv::Capability::SampledCubeArray, "arrays of cubes",
+    Row{Capability::SampledCubeArray, "arrays of cubes",
         [](const Asked& a) { return a.core(&Core::imageCubeArray); }},
 };
 // clang-format on

@@ -133,7 +133,6 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
 
     DeviceFeatures features{.nullDescriptors = had.robustness2.nullDescriptor == VK_TRUE,
                             .anisotropy = had.core.features.samplerAnisotropy == VK_TRUE,
-                            .mirrorClamp = had.vulkan12.samplerMirrorClampToEdge == VK_TRUE,
                             .addsFloatsInBuffers =
                                 chain.atomicFloat.shaderBufferFloat32AtomicAdd == VK_TRUE,
                             .multiDraws = had.core.features.multiDrawIndirect == VK_TRUE,
@@ -141,6 +140,7 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
                                     had.vulkan12.shaderBufferInt64Atomics == VK_TRUE &&
                                     had.core.features.fragmentStoresAndAtomics == VK_TRUE,
                             .largePoints = had.core.features.largePoints == VK_TRUE,
+                            .mirrorClamp = had.vulkan12.samplerMirrorClampToEdge == VK_TRUE,
                             .capabilities = capabilitiesOf(device, chain)};
     if (records.robustness2)
         extensions.push_back(VK_EXT_ROBUSTNESS_2_EXTENSION_NAME);

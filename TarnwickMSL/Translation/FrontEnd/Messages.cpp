@@ -98,6 +98,16 @@ static void nameVectors(llvm::SmallString<256>& message) {
     message = text;
 }
 
+// Textures by the names that their components have in Metal.
+static void nameTextures(llvm::SmallString<256>& message) {
+    if (!message.str().contains("metal::texture"))
+        return;
+    std::string text = message.str().str();
+    replaceAll(text, "<unsigned int", "<uint");
+    replaceAll(text, "<unsigned short", "<ushort");
+    message = text;
+}
+
 // A check of the library's own is told in its words alone.
 static llvm::StringRef withoutRequirement(llvm::StringRef message) {
     const bool isAssertion = message.starts_with("static assertion failed");
@@ -116,6 +126,7 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
     nameAssignment(message);
     nameMissing(message);
     nameVectors(message);
+    nameTextures(message);
     if (!diagnostic.hasSourceManager() || !diagnostic.getLocation().isValid() || !text) {
         out << (level == Level::Warning ? "warning: " : "error: ") << message << '\n';
         return;

@@ -20,8 +20,11 @@ namespace tarnwick::msl {
 using namespace llvm;
 using namespace spirv;
 
+// Where a fragment function's begin, behind those of the vertex function (EntryPoint.h).
+static constexpr std::uint32_t fragmentBinding = 32;
+
 static std::uint32_t bindingAfter(const ShaderModule& shader) {
-    std::uint32_t next = shader.stage == Stage::fragment ? 32 : 0;
+    std::uint32_t next = shader.stage == Stage::fragment ? fragmentBinding : 0;
     for (const InterfaceVariable& variable : shader.interface) {
         bool hasBinding = variable.kind == InterfaceKind::uniformBuffer ||
                           variable.kind == InterfaceKind::storageBuffer ||
@@ -235,6 +238,9 @@ std::vector<Resource> FunctionWriter::resources() const {
     std::vector<Resource> all = memory_.resources();
     all.insert(all.end(), images_.resources().begin(), images_.resources().end());
     llvm::sort(all, [](const Resource& a, const Resource& b) { return a.binding < b.binding; });
+    if (shader_.stage == Stage::vertex && !all.empty() && all.back().binding >= fragmentBinding)
+        throw TranslationError("The function '" + shader_.name +
+                               "' uses more than 32 buffers, textures and samplers.");
     return all;
 }
 
