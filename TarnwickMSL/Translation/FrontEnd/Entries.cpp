@@ -66,7 +66,6 @@ class EntryReader {
     bool readResource(const clang::ParmVarDecl& parameter, Argument& argument);
     bool readTexture(const clang::ClassTemplateSpecializationDecl& texture, Argument& argument);
     void readPointee(QualType pointee, Argument& argument);
-    bool holdsHandles(QualType type);
     bool readBuiltIn(const clang::ParmVarDecl& parameter, EntrySignature& signature,
                      Argument& argument);
     void readResult(const clang::FunctionDecl& function, EntrySignature& signature);
@@ -119,21 +118,6 @@ bool EntryReader::readTexture(const clang::ClassTemplateSpecializationDecl& text
     return true;
 }
 
-// Whether a value of the type has a texture or a sampler somewhere.
-bool EntryReader::holdsHandles(QualType type) {
-    const auto* record = context.getBaseElementType(type)->getAsCXXRecordDecl();
-    if (!record || !record->hasDefinition())
-        return false;
-    const auto* made = llvm::dyn_cast<clang::ClassTemplateSpecializationDecl>(record);
-    Argument ignored;
-    if (made ? readTexture(*made, ignored) : record->getName() == "sampler")
-        return true;
-    return llvm::any_of(record->bases(),
-                        [&](const auto& base) { return holdsHandles(base.getType()); }) ||
-           llvm::any_of(record->fields(),
-                        [&](const auto* field) { return holdsHandles(field->getType()); });
-}
-
 // Textures, samplers, buffers and threadgroup memory.
 bool EntryReader::readResource(const clang::ParmVarDecl& parameter, Argument& argument) {
     const QualType type = parameter.getType();
@@ -156,11 +140,6 @@ bool EntryReader::readResource(const clang::ParmVarDecl& parameter, Argument& ar
             error(parameter.getLocation(),
                   "textures and samplers in buffers are not supported on this platform");
         readPointee(type->getPointeeType(), argument);
-        if (holdsHandles(type->getPointeeType()))
-            error(parameter.getLocation(),
-                  "a buffer cannot hold textures or samplers, as %0 does: each is an argument of "
-                  "its own",
-                  "'" + type->getPointeeType().getUnqualifiedType().getAsString() + "'");
         return true;
     }
     const auto* record = type->getAsCXXRecordDecl();
