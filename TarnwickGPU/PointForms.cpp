@@ -29,6 +29,17 @@ Id spread(SpirvBody& body, Id value) {
     return body.make(spv::Op::OpCompositeConstruct, body.numbers2, {value, value});
 }
 
+// A multiple of what the device's own points are rounded to: all have 4 bits at least behind the
+// point, and usually 8 (Vulkan 1.3, 33.1, subPixelPrecisionBits). `by` scales it before.
+Id snapped(SpirvBody& body, GLSLstd450 rounding, Id type, Id value, float by) {
+    constexpr float steps = 256;
+    auto times = [&](Id number, float factor) {
+        const spv::Op op = type == body.number ? spv::Op::OpFMul : spv::Op::OpVectorTimesScalar;
+        return body.make(op, type, {number, body.code.constant(factor)});
+    };
+    return times(body.extended(rounding, type, {times(value, by * steps)}), 1 / steps);
+}
+
 // Finite, and neither behind the eye nor beyond the near and far planes. NaNs fail each comparison.
 Id isBeforeTheEye(SpirvBody& body, const PointSquare& square, Id rawSize) {
     const Id z = body.part(square.position, body.number, 2);
@@ -196,14 +207,17 @@ PointSquare pointSquare(SpirvBody& body, const PointRecordVariable& record, Id p
         spv::Op::OpFAdd, pair,
         {body.make(spv::Op::OpFMul, pair, {square.place, record.pair(body, PointMember::half)}),
          record.pair(body, PointMember::centre)});
-    const Id halfSize =
-        spread(body, body.make(spv::Op::OpFMul, body.number, {square.size, code.constant(0.5f)}));
-    square.lower = body.make(spv::Op::OpFSub, pair, {pixels, halfSize});
+    square.width = snapped(body, GLSLstd450RoundEven, body.number, square.size, 1);
+    const Id halfWidth = snapped(body, GLSLstd450Floor, body.number, square.width, 0.5f);
+    square.lower =
+        body.make(spv::Op::OpFSub, pair,
+                  {snapped(body, GLSLstd450RoundEven, pair, pixels, 1), spread(body, halfWidth)});
     const Id middle = twice(body, 0.5f); // a pixel's
     square.first = body.extended(GLSLstd450Ceil, pair,
                                  {body.make(spv::Op::OpFSub, pair, {square.lower, middle})});
-    const Id end = body.make(spv::Op::OpFSub, pair,
-                             {body.make(spv::Op::OpFAdd, pair, {pixels, halfSize}), middle});
+    const Id end = body.make(
+        spv::Op::OpFSub, pair,
+        {body.make(spv::Op::OpFAdd, pair, {square.lower, spread(body, square.width)}), middle});
     square.covers =
         all(body, body.make(spv::Op::OpFOrdLessThan, booleans(body), {square.first, end}));
     square.isDrawn = body.both(isBeforeTheEye(body, square, rawSize), isNear);

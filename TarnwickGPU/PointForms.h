@@ -38,6 +38,7 @@ struct PointSquare {
     Id position; // the function's own
     Id place;    // in clip space, divided by w
     Id size;     // pixels, at most largestPoint
+    Id width;    // the size, rounded as the device's own points' are
     Id lower;    // its upper left corner, in pixels
     Id first;    // the first whole pixel in it
     Id covers;   // a pixel's centre lies in it

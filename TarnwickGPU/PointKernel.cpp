@@ -237,7 +237,7 @@ void Kernel::shade(const PointSquare& square, Id x, Id y) {
     if (fragment_->coordinates) {
         const Id inside = body_.make(spv::Op::OpFSub, body_.numbers2, {at, square.lower});
         const Id size =
-            body_.make(spv::Op::OpCompositeConstruct, body_.numbers2, {square.size, square.size});
+            body_.make(spv::Op::OpCompositeConstruct, body_.numbers2, {square.width, square.width});
         body_.store(*fragment_->coordinates,
                     body_.make(spv::Op::OpFDiv, body_.numbers2, {inside, size}));
     }
@@ -315,7 +315,7 @@ void Kernel::splat(const PointSquare& square) {
     const Id from = body_.extended(GLSLstd450FMax, pair,
                                    {square.first, record_.pair(body_, PointMember::from)});
     auto end = [&](std::uint32_t axis) {
-        const Id edge = add(lane(square.lower, axis), square.size);
+        const Id edge = add(lane(square.lower, axis), square.width);
         const Id behind =
             body_.extended(GLSLstd450Ceil, body_.number,
                            {body_.make(spv::Op::OpFSub, body_.number, {edge, middle})});
