@@ -1,7 +1,7 @@
 // Chambered Light
 //
 // @episode 8 Chambered Light
-// @grid 208
+// @grid 162
 // @still 9
 // @length 60
 // @teaches One grid as many surfaces: a shell, its walls and its rims, cut from each other by discarding what lies between
@@ -22,27 +22,30 @@ struct Vertex {
     float4 position [[position]];
     float3 place;   // in the shell's own space, cut along z = 0
     float3 normal;  // the same, towards the open side
+    float3 toEye;   // the same
+    float3 key;     // the same: the direction of the light from outside
+    float3 up;      // the same
     float room;     // counted from the first; whole numbers are walls
     float2 part;    // 0 and 1 by turns in each direction; between two surfaces it is neither
     float kind;     // tube, its rim, wall, its rim
     float height;   // of the tube here, to measure distances by
 };
 
-constant float cells = 208.0;      // of the directive above
+constant float cells = 162.0;      // of the directive above
 constant float growth = 0.183;     // of the logarithm of the size, in each radian
 constant float tube = 0.51;        // radius of the tube beside that of the spiral
 constant float flat_ = 0.86;       // of its depth
 constant float first = -20.2;      // the angle where the shell begins; it ends at 0
 constant float lastWall = -2.35;   // from here on the animal lives
 constant float step_ = 0.34;       // angle from one wall to the next
-constant int walls = 40;
+constant int walls = 32;
 
 // The rows of the grid, as parts: the tube, the rim of its cut, walls and rims of walls in four
 // blocks each, with a row between parts that is not shown.
-constant float tubeRows = 92.0;
-constant float rimRows = 8.0;
-constant float wallRows = 14.0;
-constant float edgeRows = 10.0;
+constant float tubeRows = 66.0;
+constant float rimRows = 6.0;
+constant float wallRows = 11.0;
+constant float edgeRows = 8.0;
 
 float hash(float2 cell) {
     float3 q = fract(float3(cell.xyx) * 0.1031);
@@ -105,6 +108,14 @@ float3 turned(float3 q, float t, constant Params& p) {
     return q;
 }
 
+// And back: what stands in the room, as the shell sees it.
+float3 turnedBack(float3 q, float t, constant Params& p) {
+    q.yz = rotate(q.yz, -0.34 - 0.30 * p.sway * sin(t * 0.133));
+    q.xz = rotate(q.xz, -0.62 * p.sway * sin(t * 0.19 + 0.5));
+    q.xy = rotate(q.xy, -1.02 - 0.22 * p.sway * sin(t * 0.071));
+    return q;
+}
+
 constant float3 eye = float3(0.0, 0.0, 5.0);
 
 Vertex corner(float2 grid, constant Uniforms& u, constant Params& p) {
@@ -121,13 +132,13 @@ Vertex corner(float2 grid, constant Uniforms& u, constant Params& p) {
         y = min((row - tubeRows - 1.0) / rimRows, 1.0);
         v.part = float2(0.0, row < block - 1.0 ? 1.0 : 0.5);
     } else {
-        // Ten walls side by side in a block of rows, each 19 cells wide.
+        // Eight walls side by side in a block of rows, each 19 cells wide.
         float rows = wallRows + 1.0 + edgeRows + 1.0;
         float which = floor((row - block) / rows);
         float inside = row - block - which * rows;
-        float side = min(floor(column / 20.0), 9.0);
+        float side = min(floor(column / 20.0), 7.0);
         x = min(column - side * 20.0, 19.0) / 19.0;
-        float wall = which * 10.0 + side;
+        float wall = which * 8.0 + side;
         angle = lastWall - step_ * wall;
         kind = inside <= wallRows ? 2 : 3;
         y = kind == 2 ? max(inside / wallRows, 0.02) : (inside - wallRows - 1.0) / edgeRows;
@@ -145,6 +156,9 @@ Vertex corner(float2 grid, constant Uniforms& u, constant Params& p) {
     v.height = exp(growth * spiral);
     if (kind == 2) v.room = (angle - lastWall) / step_;
 
+    v.toEye = turnedBack(eye, u.time, p) - v.place;
+    v.key = turnedBack(float3(-0.50, 0.68, 0.56), u.time, p);
+    v.up = turnedBack(float3(0.0, 1.0, 0.0), u.time, p);
     float3 q = eye - turned(v.place - float3(0.27, 0.08, -0.10), u.time, p);
     q.xy = -q.xy;
     float2 f = 1.92 * min(u.resolution.x, u.resolution.y) / u.resolution * 2.0;
@@ -174,9 +188,8 @@ float4 shade(Vertex v, constant Uniforms& u, constant Params& p) {
     if (any(abs(v.part - 0.5) < 0.4998)) discard_fragment();
     float t = u.time;
     bool wall = abs(v.kind - 2.0) < 0.5, edge = fract(v.kind * 0.5 + 0.1) > 0.5;
-    float3 place = turned(v.place, t, p);
-    float3 n = normalize(turned(v.normal, t, p));
-    float3 view = normalize(eye - place);
+    float3 n = normalize(v.normal);
+    float3 view = normalize(v.toEye);
     bool behind = dot(n, view) < 0.0;
     if (behind) n = -n;
 
@@ -197,22 +210,22 @@ float4 shade(Vertex v, constant Uniforms& u, constant Params& p) {
     float hung = home ? 0.5 : within;
     float angle = lastWall + step_ * (home ? 1.9 : within);
     float size = exp(growth * angle);
-    float3 lamp = turned(float3(cos(angle), sin(angle), -0.20) * size, t, p);
-    float3 way = (lamp - place) / (size * (home ? 0.75 : 0.36));
+    float3 lamp = float3(cos(angle), sin(angle), -0.20) * size;
+    float3 way = (lamp - v.place) / (size * (home ? 0.75 : 0.36));
     float square = dot(way, way);
     float lit = lightIn(hung, t, p) * (home ? 0.45 : 1.0) * (0.35 + 0.65 * saturate(dot(n, way * rsqrt(square)) * 0.6 + 0.5)) / (0.40 + square);
-    float through = lightIn(v.room + 1.2, t, p) + lightIn(v.room - 1.2, t, p);
+    float through = 1.8 * lightIn(v.room, t, p);
     float3 warm = mix(float3(1.0, 0.46, 0.14), float3(1.0, 0.70, 0.36), saturate(lit));
     float deep = saturate(-v.place.z / (v.height * tube * flat_));
     float3 colour = albedo * warm * p.glow * (edge ? 0.10 * through : 1.5 * lit + 0.10 * through);
 
     // From outside: a large soft key from above, and the blue of the room, that reach less into the
     // depth. Small rooms are narrow.
-    float3 key = normalize(float3(-0.55, 0.75, 0.62));
+    float3 key = v.key;
     float open = mix(1.0, 0.22, deep);
     float3 half_ = normalize(key + view);
     colour += albedo * float3(1.0, 0.93, 0.86) * p.key * (0.42 * saturate(dot(n, key) * 0.7 + 0.3) * open);
-    colour += albedo * float3(0.10, 0.16, 0.26) * (0.5 + 0.5 * n.y) * open * 0.5;
+    colour += albedo * float3(0.10, 0.16, 0.26) * (0.5 + 0.5 * dot(n, v.up)) * open * 0.5;
     colour += mix(float3(1.0), film, 0.6) * p.key * pow(saturate(dot(n, half_)), edge ? 24.0 : 60.0) * 0.55 * open;
     colour += film * pow(1.0 - facing, 3.0) * 0.12 * p.pearl * (p.key + lit);
     return float4(finish(colour, v.position.xy, u), 1.0);

@@ -1,7 +1,7 @@
 // Moon Lotus
 //
 // @episode 9 Moon Lotus
-// @grid 231
+// @grid 210
 // @still 17
 // @length 60
 // @teaches Petals from one formula and a golden angle, light through thin things, and a reflection that is drawn as well
@@ -23,18 +23,20 @@ struct Vertex {
     float4 position [[position]];
     float3 place;  // y is up, the water at 0
     float3 normal;
+    float3 toEye;
     float2 on;     // along the petal, 0 at its foot to 1; across it, -1 to 1
     float layer;   // 0 in the middle of the flower, 1 at its outer petals
     float shown;   // 1 on a surface, less between two
     float kind;    // what it is, see below
 };
 
-// Eleven by eleven patches of 18 cells. Around each lies a seam of points that all stand at its foot,
+// Ten by ten patches of 18 cells. Around each lies a seam of points that all stand at its foot,
 // so that what joins two patches has next to no area; it is not shown.
-constant float cells = 231.0;
+constant float cells = 210.0;
 constant float patch = 21.0;
 constant int petals = 56;   // the first are stamens
-constant int stamens = 16;  // then as many again below the water, a seed head and eight leaves
+constant int stamens = 16;
+constant int mirrored = 30; // of the petals, the outer ones; then come a seed head and eight leaves
 enum Kind { petal, stamen, head, leaf, below };
 
 float hash(float2 cell) {
@@ -140,19 +142,19 @@ constant float3 moonAt = float3(-0.62, 0.42, 0.66); // direction, about of lengt
 
 Vertex corner(float2 grid, constant Uniforms& u, constant Params& p) {
     float row = round(grid.y * cells), column = round(grid.x * cells);
-    float py = min(floor(row / patch), 10.0), px = min(floor(column / patch), 10.0);
-    float number = py * 11.0 + px;
+    float py = min(floor(row / patch), 9.0), px = min(floor(column / patch), 9.0);
+    float number = py * 10.0 + px;
     float2 in = float2(column - px * patch, row - py * patch) - 1.0;
     bool seam = any(in < 0.0) || any(in > 18.0);
     float along = seam ? 0.0 : in.y / 18.0;
     along = clamp(0.5 - 0.5 * cos(3.14159265 * along), 0.004, 1.0); // closer at the ends, which are round
     float across = seam ? 0.0 : in.x / 9.0 - 1.0;
     float t = u.time;
-    bool under = number >= float(petals) && number < float(petals) * 2.0;
-    float index = under ? number - float(petals) : number;
+    bool under = number >= float(petals) && number < float(petals + mirrored);
+    float index = under ? number - float(mirrored) : number; // the last ones are the outer ones
     int kind = index < float(stamens) ? stamen : petal;
-    if (number >= float(petals) * 2.0) {
-        index = number - float(petals) * 2.0 - 1.0;
+    if (number >= float(petals + mirrored)) {
+        index = number - float(petals + mirrored) - 1.0;
         kind = index < 0.0 ? head : leaf;
     }
     float opened = bloom(t, p);
@@ -176,7 +178,8 @@ Vertex corner(float2 grid, constant Uniforms& u, constant Params& p) {
         v.normal.y = -v.normal.y;
     }
     Camera camera = cameraAt(t);
-    float3 view = transpose(camera.to) * (v.place - camera.eye);
+    v.toEye = camera.eye - v.place;
+    float3 view = transpose(camera.to) * -v.toEye;
     v.position = float4(view.xy * focus(u.resolution), view.z - 0.3, view.z);
     return v;
 }
@@ -221,9 +224,8 @@ float4 shade(Vertex v, constant Uniforms& u, constant Params& p) {
     float3 place = under ? float3(v.place.x, -v.place.y, v.place.z) : v.place;
     float3 n = under ? float3(v.normal.x, -v.normal.y, v.normal.z) : v.normal;
     n = normalize(n);
-    float3 eye = cameraAt(t).eye;
-    if (under) eye.y = -eye.y;
-    float3 view = normalize(eye - place);
+    float3 toEye = normalize(v.toEye);
+    float3 view = under ? float3(toEye.x, -toEye.y, toEye.z) : toEye;
     if (dot(n, view) < 0.0) n = -n;
     float3 m = normalize(moonAt);
 
@@ -242,7 +244,7 @@ float4 shade(Vertex v, constant Uniforms& u, constant Params& p) {
     } else if (isThread) {
         albedo = mix(float3(0.85, 0.62, 0.20), float3(1.0, 0.78, 0.26), smoothstep(0.7, 0.9, s));
     } else {
-        float vein = 0.5 + 0.5 * sin(c * 34.0 + 3.0 * noise(float2(c * 5.0, s * 2.0 + v.layer * 40.0)));
+        float vein = 0.5 + 0.5 * sin(c * 34.0 + 1.5 * sin(c * 7.0 + s * 3.0 + v.layer * 40.0));
         albedo = mix(float3(1.0, 0.90, 0.78), float3(0.98, 0.66, 0.76), smoothstep(0.02, 0.55, s));
         albedo = mix(albedo, float3(0.86, 0.20, 0.44), smoothstep(0.42, 1.05, s + 0.16 * abs(c)) * 0.95);
         albedo *= 0.90 + 0.10 * vein;
@@ -266,8 +268,8 @@ float4 shade(Vertex v, constant Uniforms& u, constant Params& p) {
     }
     if (under) {
         // What the water mirrors is dimmer, more so where one looks down on it, and takes its colour.
-        float3 d = normalize(v.place - cameraAt(t).eye);
-        float mirror = 0.16 + 0.70 * pow(1.0 - saturate(-d.y), 3.0);
+        float flat_ = 1.0 - saturate(toEye.y);
+        float mirror = 0.16 + 0.70 * flat_ * flat_ * flat_;
         colour = colour * mirror * float3(0.72, 0.86, 0.95) + float3(0.002, 0.007, 0.010);
         colour *= smoothstep(1.15, 0.1, place.y) * 0.95 + 0.05;
     }
@@ -278,27 +280,30 @@ float4 background(float2 uv, constant Uniforms& u, constant Params& p) {
     float t = u.time;
     Camera camera = cameraAt(t);
     float3 d = normalize(camera.to * float3((uv * 2.0 - 1.0) / focus(u.resolution), 1.0));
-    float3 colour;
     float2 pixel = float2(uv.x, 1.0 - uv.y) * u.resolution;
-    if (d.y < -0.004) {
-        float away = camera.eye.y / -d.y;
-        float2 at = camera.eye.xz + d.xz * away;
+    bool water = d.y < -0.004;
+    float away = camera.eye.y / max(-d.y, 0.004);
+    float2 at = camera.eye.xz + d.xz * away;
+    float ring = length(at);
+    float3 look = d;
+    float mirror = 1.0;
+    if (water) {
         // Ripples: the wind's, and rings around the flower.
-        float ring = length(at);
         float fine = p.ripple / (1.0 + away * 0.10);
         float2 slope = fine * (0.022 * sloped(at * 4.0 + t * float2(0.4, -0.3)).yz + 0.014 * sloped(at * 11.0 - t * float2(0.8, 0.9)).yz);
         slope += at / max(ring, 0.05) * p.ripple * 0.012 * sin(ring * 16.0 - t * 2.2) * exp(-ring * 0.55) * smoothstep(0.4, 0.8, ring);
         float3 n = normalize(float3(slope.x, 1.0, slope.y));
-        float3 up = reflect(d, n);
-        up.y = abs(up.y);
-        float mirror = 0.04 + 0.96 * pow(1.0 - saturate(-dot(d, n)), 4.0);
-        colour = nightLight(up, t, p) * (0.35 + 0.65 * mirror);
-        float glint = pow(max(dot(up, normalize(moonAt)), 0.0), 420.0);
+        look = reflect(d, n);
+        // Far away the water is as bright as the bank behind it.
+        look.y = mix(abs(look.y), 0.02, smoothstep(8.0, 40.0, away) * 0.8);
+        float flat_ = 1.0 - saturate(-dot(d, n));
+        mirror = 0.38 + 0.62 * flat_ * flat_ * flat_ * flat_;
+    }
+    float3 colour = nightLight(look, t, p) * mirror;
+    if (water) {
+        float glint = pow(max(dot(look, normalize(moonAt)), 0.0), 420.0);
         colour += p.moon * float3(0.75, 0.88, 1.0) * glint * 2.2;
         colour += float3(1.0, 0.42, 0.30) * p.heart * 0.055 * exp(-2.3 * ring) + float3(0.002, 0.006, 0.009);
-        if (away > 8.0) colour = mix(colour, nightLight(float3(d.x, 0.02, d.z), t, p), smoothstep(8.0, 40.0, away) * 0.8);
-    } else {
-        colour = nightLight(d, t, p);
     }
     // Fireflies out of focus, near the far bank.
     float a = atan2(d.x, d.z);
