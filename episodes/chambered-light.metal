@@ -148,8 +148,8 @@ Vertex corner(float2 grid, constant Uniforms& u, constant Params& p) {
     v.kind = float(kind);
     const float h = 0.004;
     v.place = surface(kind, x, y, angle);
-    float3 dx = surface(kind, x + h, y, angle) - surface(kind, x - h, y, angle);
-    float3 dy = surface(kind, x, y + h, angle) - surface(kind, x, y - h, angle);
+    float3 dx = surface(kind, x + h, y, angle) - v.place;
+    float3 dy = surface(kind, x, y + h, angle) - v.place;
     v.normal = normalize(cross(dx, dy) + 1e-9);
     float spiral = kind < 2 ? mix(first, 0.0, x) : angle - (kind == 2 ? 0.20 * (1.0 - y * y) : 0.0);
     v.room = (spiral - lastWall) / step_;
@@ -178,7 +178,7 @@ float lightIn(float room, float t, constant Params& p) {
 
 float3 finish(float3 colour, float2 pixel, constant Uniforms& u) {
     colour = 1.0 - exp(-1.9 * colour);
-    colour = pow(colour, float3(0.75));
+    colour = sqrt(colour * sqrt(colour)); // to the power of 3/4
     float2 uv = pixel / u.resolution - 0.5;
     colour *= 1.0 - 0.7 * dot(uv, uv);
     return colour + (hash(pixel) - 0.5) / 255.0;

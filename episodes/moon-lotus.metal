@@ -161,9 +161,10 @@ Vertex corner(float2 grid, constant Uniforms& u, constant Params& p) {
     const float h = 0.012;
     Vertex v;
     v.place = surface(kind, along, across, index, opened, t);
-    float a = clamp(along, h + 0.001, 1.0 - h);
-    float3 ds = surface(kind, a + h, across, index, opened, t) - surface(kind, a - h, across, index, opened, t);
-    float3 dc = surface(kind, a, across + h, index, opened, t) - surface(kind, a, across - h, index, opened, t);
+    float a = clamp(along, 0.02, 0.98);
+    float3 here = surface(kind, a, across, index, opened, t);
+    float3 ds = surface(kind, a + h, across, index, opened, t) - here;
+    float3 dc = surface(kind, a, across + h, index, opened, t) - here;
     v.normal = normalize(cross(ds, dc) + 1e-9);
     v.on = float2(along, across);
     v.layer = saturate((index - float(stamens)) / float(petals - stamens));
@@ -186,7 +187,7 @@ Vertex corner(float2 grid, constant Uniforms& u, constant Params& p) {
 
 float3 finish(float3 colour, float2 pixel, constant Uniforms& u) {
     colour = 1.0 - exp(-1.8 * colour);
-    colour = pow(colour, float3(0.76));
+    colour = sqrt(colour * sqrt(colour)); // to the power of 3/4
     float2 uv = pixel / u.resolution - 0.5;
     colour *= 1.0 - 0.8 * dot(uv, uv);
     return colour + (hash(pixel) - 0.5) / 255.0;
@@ -208,10 +209,15 @@ float3 nightLight(float3 d, float t, constant Params& p) {
 
 float3 moonlit(float3 albedo, float3 n, float3 view, float through, float3 m) {
     float facing = dot(n, m);
+    float shine = saturate(dot(n, normalize(m + view)));
+    shine *= shine; // to the power of 16, and squared below
+    shine *= shine;
+    shine *= shine;
+    shine *= shine;
     float3 cool = float3(0.55, 0.74, 1.0);
     float3 gone = albedo * albedo * float3(1.05, 0.8, 0.95);
     return cool * (albedo * saturate(facing * 0.85 + 0.15) + gone * through * saturate(-facing * 0.8 + 0.25)) +
-           cool * 0.35 * pow(saturate(dot(n, normalize(m + view))), 28.0);
+           cool * (0.35 * shine * shine);
 }
 
 float4 shade(Vertex v, constant Uniforms& u, constant Params& p) {
@@ -234,7 +240,7 @@ float4 shade(Vertex v, constant Uniforms& u, constant Params& p) {
     float s = v.on.x, c = v.on.y;
     if (isLeaf) {
         float vein = smoothstep(0.10, 0.0, abs(fract(c * 9.0) - 0.5)) * smoothstep(0.05, 0.3, s);
-        albedo = mix(float3(0.030, 0.085, 0.050), float3(0.055, 0.13, 0.072), 0.6 * vein + 0.4 * noise(v.place.xz * 9.0));
+        albedo = mix(float3(0.030, 0.085, 0.050), float3(0.055, 0.13, 0.072), 0.6 * vein + 0.3);
         albedo = mix(albedo, float3(0.16, 0.07, 0.06), smoothstep(0.90, 1.0, s) * 0.7);
         through = 0.2;
         shadow = smoothstep(0.35, 1.15, length(place.xz)) * 0.8 + 0.2;
@@ -262,8 +268,9 @@ float4 shade(Vertex v, constant Uniforms& u, constant Params& p) {
     if (isLeaf) {
         // Water stands on the leaves in drops.
         float2 cell = floor(v.place.xz * 16.0);
-        float2 away = fract(v.place.xz * 16.0) - 0.3 - 0.4 * float2(hash(cell), hash(cell + 7.0));
-        float drop = step(0.72, hash(cell + 3.0)) * smoothstep(0.16, 0.08, length(away + float2(0.05, -0.05)));
+        float own = hash(cell);
+        float2 away = fract(v.place.xz * 16.0) - 0.3 - 0.4 * fract(own * float2(91.0, 353.0));
+        float drop = step(0.72, own) * smoothstep(0.16, 0.08, length(away + float2(0.05, -0.05)));
         colour += drop * p.moon * float3(0.35, 0.5, 0.65) * smoothstep(0.10, 0.02, length(away));
     }
     if (under) {
