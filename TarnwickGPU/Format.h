@@ -78,7 +78,7 @@ enum class StorageMode : std::uint8_t { shared, private_ };
 struct TextureUsage {
     bool shaderRead = true;
     bool shaderWrite = false;
-    bool renderTarget = false;
+    bool renderTarget = false; // of 2D textures, their arrays and cubes
 
     bool operator==(const TextureUsage&) const = default;
 };

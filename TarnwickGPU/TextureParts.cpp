@@ -61,7 +61,8 @@ bool isSensible(const TextureDescriptor& descriptor) {
            (type.image != VK_IMAGE_TYPE_1D || descriptor.height == 1) &&
            (type.image == VK_IMAGE_TYPE_3D || descriptor.depth == 1) &&
            (!type.isCube || descriptor.width == descriptor.height) && descriptor.arrayLength > 0 &&
-           (type.isArray || descriptor.arrayLength == 1);
+           (type.isArray || descriptor.arrayLength == 1) &&
+           (type.image == VK_IMAGE_TYPE_2D || !descriptor.usage.renderTarget);
 }
 
 VkDeviceSize leastBytes(const VkImageCreateInfo& info, PixelFormat format) {

@@ -104,6 +104,8 @@ TEST_F(Gpu, makesNothingThatTheDeviceCannotHold) {
     EXPECT_EQ(device->newTexture({.type = TextureType::typeCube, .width = 4, .height = 2}),
               nullptr);
     EXPECT_EQ(device->newTexture({.width = 4, .depth = 4}), nullptr);
+    EXPECT_EQ(device->newTexture({.type = TextureType::type3D, .usage = {.renderTarget = true}}),
+              nullptr);
     EXPECT_EQ(device->newBuffer(0), nullptr);
     EXPECT_EQ(device->newBuffer(std::size_t{1} << 60), nullptr);
 }

@@ -1,48 +1,33 @@
 #include "tests/TarnwickMSL/KernelRun.h"
 
-#include "TarnwickGPU/Resources.h"
+#include <gtest/gtest.h>
 
 #include <cstring>
 
 namespace tarnwick::tests {
 
-void KernelTest::SetUp() {
-    device = gpu::Device::systemDefault();
-    if (!device)
-        GTEST_SKIP() << "There is no Vulkan 1.3 device.";
-    queue = device->newCommandQueue();
-}
-
-std::unique_ptr<gpu::ComputePipelineState> KernelTest::pipeline(const std::string& source) {
-    auto library = device->newLibrary("#include <metal_stdlib>\nusing namespace metal;\n" + source);
-    return device->newComputePipelineState(*library->newFunction("check"));
-}
-
-std::vector<Bytes> KernelTest::run(const KernelRun& kernel, const std::vector<Bytes>& buffers) {
-    const auto state = pipeline(kernel.source);
-    std::vector<std::unique_ptr<gpu::Buffer>> bound;
-    auto commands = queue->commandBuffer();
+std::vector<std::array<float, 4>>
+kernelResults(gpu::Device& device, gpu::CommandQueue& queue, const gpu::Library& library,
+              const std::string& kernel, std::span<const std::byte> inputs,
+              const gpu::Texture* texture, const gpu::SamplerState* sampler) {
+    const auto pipeline = device.newComputePipelineState(*library.newFunction(kernel));
+    auto out = device.newBuffer(inputs.size()), in = device.newBuffer(inputs.size());
+    std::memcpy(in->contents(), inputs.data(), inputs.size());
+    auto commands = queue.commandBuffer();
     auto encoder = commands->computeCommandEncoder();
-    encoder->setComputePipelineState(*state);
-    for (const Bytes& bytes : buffers) {
-        bound.push_back(device->newBuffer(bytes.size()));
-        std::memcpy(bound.back()->contents(), bytes.data(), bytes.size());
-        encoder->setBuffer(*bound.back(), 0, static_cast<std::uint32_t>(bound.size() - 1));
-    }
-    for (std::size_t n = 0; n < kernel.lengths.size(); ++n)
-        encoder->setThreadgroupMemoryLength(static_cast<std::uint32_t>(kernel.lengths[n]),
-                                            static_cast<std::uint32_t>(n));
-    encoder->dispatchThreads(kernel.grid, kernel.threadgroup);
+    encoder->setComputePipelineState(*pipeline);
+    encoder->setBuffer(*out, 0, 0);
+    encoder->setBuffer(*in, 0, 1);
+    encoder->setTexture(texture, 0);
+    encoder->setSamplerState(sampler, 0);
+    std::vector<std::array<float, 4>> results(inputs.size() / sizeof(std::array<float, 4>));
+    encoder->dispatchThreads({static_cast<std::uint32_t>(results.size()), 1, 1}, {64, 1, 1});
     encoder->endEncoding();
     commands->commit();
     commands->waitUntilCompleted();
     EXPECT_EQ(commands->status(), gpu::CommandBufferStatus::completed);
-    std::vector<Bytes> after;
-    for (const auto& buffer : bound) {
-        auto* first = static_cast<const unsigned char*>(buffer->contents());
-        after.emplace_back(first, first + buffer->length());
-    }
-    return after;
+    std::memcpy(results.data(), out->contents(), inputs.size());
+    return results;
 }
 
 } // namespace tarnwick::tests

@@ -1,37 +1,22 @@
-// Runs one kernel on buffers of bytes, for tests of what kernels do with memory.
+// One dispatch of a kernel that takes 16 bytes at [[buffer(1)]] a thread and gives four numbers at
+// [[buffer(0)]], with a texture and a sampler at their index 0.
 #pragma once
 
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
 
-#include <gtest/gtest.h>
-
+#include <array>
 #include <cstddef>
-#include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace tarnwick::tests {
 
-using Bytes = std::vector<unsigned char>;
-
-struct KernelRun {
-    std::string source; // the header is put before it; the kernel's name is `check`
-    gpu::Size grid, threadgroup;
-    std::vector<std::size_t> lengths; // of [[threadgroup(0)]], (1)..., where set
-};
-
-// Skips the test aloud where there is no device.
-class KernelTest : public testing::Test {
-  protected:
-    void SetUp() override;
-
-    std::unique_ptr<gpu::ComputePipelineState> pipeline(const std::string& source);
-    // Binds the buffers at 0, 1...; gives what they hold afterwards.
-    std::vector<Bytes> run(const KernelRun& kernel, const std::vector<Bytes>& buffers);
-
-    std::shared_ptr<gpu::Device> device;
-    std::unique_ptr<gpu::CommandQueue> queue;
-};
+// Waits for the kernel, and expects it to complete.
+std::vector<std::array<float, 4>>
+kernelResults(gpu::Device& device, gpu::CommandQueue& queue, const gpu::Library& library,
+              const std::string& kernel, std::span<const std::byte> inputs,
+              const gpu::Texture* texture, const gpu::SamplerState* sampler = nullptr);
 
 } // namespace tarnwick::tests

@@ -4,7 +4,8 @@ tarnwick_tests(TarnwickMSLSpirv
 
 if(TARGET TarnwickGPU)
     tarnwick_tests(TarnwickMSL/Textures
-        SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/NumberedTextures.cpp
+        SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/KernelRun.cpp
+                ${CMAKE_CURRENT_SOURCE_DIR}/NumberedTextures.cpp
                 ${CMAKE_CURRENT_SOURCE_DIR}/TextureShapeTests.cpp
                 ${CMAKE_CURRENT_SOURCE_DIR}/TextureTests.cpp
         LINK TarnwickGPU

@@ -2,6 +2,7 @@
 // write beside the same worked out here. Every texel of a texture has a number of its own.
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
+#include "tests/TarnwickMSL/KernelRun.h"
 #include "tests/TarnwickMSL/NumberedTextures.h"
 #include "tests/Validation.h"
 
@@ -97,25 +98,8 @@ class TextureShapes : public testing::Test {
     std::vector<Texel> run(gpu::Library& library, const std::string& kernel,
                            const std::vector<Spot>& at, const gpu::Texture* texture,
                            const gpu::SamplerState* sampler = nullptr) {
-        const auto pipeline = device->newComputePipelineState(*library.newFunction(kernel));
-        auto out = device->newBuffer(at.size() * sizeof(Texel));
-        auto in = device->newBuffer(at.size() * sizeof(Spot));
-        std::memcpy(in->contents(), at.data(), at.size() * sizeof(Spot));
-        auto commands = queue->commandBuffer();
-        auto encoder = commands->computeCommandEncoder();
-        encoder->setComputePipelineState(*pipeline);
-        encoder->setBuffer(*out, 0, 0);
-        encoder->setBuffer(*in, 0, 1);
-        encoder->setTexture(texture, 0);
-        encoder->setSamplerState(sampler, 0);
-        encoder->dispatchThreads({static_cast<std::uint32_t>(at.size()), 1, 1}, {64, 1, 1});
-        encoder->endEncoding();
-        commands->commit();
-        commands->waitUntilCompleted();
-        EXPECT_EQ(commands->status(), gpu::CommandBufferStatus::completed);
-        std::vector<Texel> results(at.size());
-        std::memcpy(results.data(), out->contents(), at.size() * sizeof(Texel));
-        return results;
+        return kernelResults(*device, *queue, library, kernel, std::as_bytes(std::span(at)),
+                             texture, sampler);
     }
 
     // A kernel `name` over `a` and `u`, of a texture `t` of the type.

@@ -2,13 +2,14 @@
 // sampler written here from the formulas of Vulkan 1.3, 16.
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
+#include "tests/TarnwickMSL/KernelRun.h"
 #include "tests/Validation.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cmath>
-#include <cstring>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -154,24 +155,8 @@ class Textures : public testing::Test {
     // What `kernel` of the library stores for each of the inputs.
     std::vector<Texel> run(gpu::Library& library, const std::string& kernel,
                            const std::vector<Texel>& inputs, const gpu::Texture* texture) {
-        auto pipeline = device->newComputePipelineState(*library.newFunction(kernel));
-        std::size_t bytes = inputs.size() * sizeof(Texel);
-        auto out = device->newBuffer(bytes), in = device->newBuffer(bytes);
-        std::memcpy(in->contents(), inputs.data(), bytes);
-        auto commands = queue->commandBuffer();
-        auto encoder = commands->computeCommandEncoder();
-        encoder->setComputePipelineState(*pipeline);
-        encoder->setBuffer(*out, 0, 0);
-        encoder->setBuffer(*in, 0, 1);
-        encoder->setTexture(texture, 0);
-        encoder->dispatchThreads({static_cast<std::uint32_t>(inputs.size()), 1, 1}, {64, 1, 1});
-        encoder->endEncoding();
-        commands->commit();
-        commands->waitUntilCompleted();
-        EXPECT_EQ(commands->status(), gpu::CommandBufferStatus::completed);
-        std::vector<Texel> results(inputs.size());
-        std::memcpy(results.data(), out->contents(), bytes);
-        return results;
+        return tests::kernelResults(*device, *queue, library, kernel,
+                                    std::as_bytes(std::span(inputs)), texture);
     }
 
     void compareWithReference(const std::vector<Mode>& modes, const std::vector<Texel>& inputs) {
