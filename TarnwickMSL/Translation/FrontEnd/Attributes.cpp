@@ -19,10 +19,10 @@ constexpr llvm::StringRef prefix = "msl:";
 
 constexpr std::array words = {
     // arguments of entry points and members of their records
-    "buffer", "texture", "sampler", "threadgroup", "stage_in", "user", "color",
-    "depth", "position", "point_size", "clip_distance", "flat", "center_perspective",
-    "center_no_perspective", "centroid_perspective", "centroid_no_perspective",
-    "sample_perspective", "sample_no_perspective", "invariant", "shared", "id", "index",
+    "buffer", "texture", "sampler", "threadgroup", "stage_in", "user", "color", "depth", "position",
+    "point_size", "clip_distance", "flat", "center_perspective", "center_no_perspective",
+    "centroid_perspective", "centroid_no_perspective", "sample_perspective",
+    "sample_no_perspective", "invariant", "shared", "id", "index",
 
     // built-in values
     "vertex_id", "instance_id", "base_vertex", "base_instance", "point_coord", "front_facing",

@@ -221,7 +221,12 @@ void EntryReader::readArgument(const clang::ParmVarDecl& parameter, EntrySignatu
     signature.arguments.push_back(std::move(argument));
 }
 
-// Two arguments of one kind may not have one index.
+// What an encoder has places for at each stage.
+static std::uint32_t mostOf(ArgumentKind kind) {
+    return kind == ArgumentKind::sampler ? 16 : kind == ArgumentKind::texture ? 128 : 31;
+}
+
+// Two arguments of one kind may not have one index, nor one that is not there.
 void EntryReader::reportSharedIndices(const clang::FunctionDecl& function,
                                       const EntrySignature& signature) {
     std::map<std::pair<ArgumentKind, std::uint32_t>, llvm::StringRef> known;
@@ -229,7 +234,11 @@ void EntryReader::reportSharedIndices(const clang::FunctionDecl& function,
         const Argument& argument = signature.arguments[i];
         if (argument.kind == ArgumentKind::stageIn || argument.kind == ArgumentKind::builtIn)
             continue;
-        for (std::uint32_t n = 0; n < std::min(argument.count, 31u); ++n)
+        if (argument.index + argument.count > mostOf(argument.kind))
+            error(function.getParamDecl(static_cast<unsigned>(i))->getLocation(),
+                  "'%0' has an index beyond %1", argument.name,
+                  std::to_string(mostOf(argument.kind) - 1));
+        for (std::uint32_t n = 0; n < std::min(argument.count, 128u); ++n)
             if (!known.try_emplace({argument.kind, argument.index + n}, argument.name).second)
                 error(function.getParamDecl(static_cast<unsigned>(i))->getLocation(),
                       "'%0' and '%1' have the same index", argument.name,
@@ -279,6 +288,9 @@ void EntryReader::readResult(const clang::FunctionDecl& function, EntrySignature
     StageValue value;
     if (readShape(context, type, value)) {
         value.attribute = signature.stage == Stage::vertex ? "position" : "color";
+        if (!builtInWord(value.attribute)->takes(value))
+            error(function.getLocation(), "type %0 is not valid for attribute '%1'",
+                  "'" + type.getAsString() + "'", value.attribute);
         signature.results.push_back(std::move(value));
         return;
     }

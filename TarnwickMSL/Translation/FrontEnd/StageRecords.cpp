@@ -22,6 +22,7 @@ using clang::QualType;
 // Between the stages: what Metal's devices have, and less than Vulkan's (1.3, 33.1: 128
 // components).
 constexpr std::size_t mostVaryings = 31;
+constexpr std::uint32_t mostColors = 8;
 
 constexpr std::array<std::pair<std::string_view, Interpolation>, 7> interpolations = {
     {{"flat", Interpolation::flat},
@@ -123,6 +124,9 @@ void RecordReader::check(const clang::FieldDecl& field, const StageValue& value)
               isInput() ? "attribute '%0' is not valid for an input of a %1 function"
                         : "attribute '%0' is not valid for a result of a %1 function",
               value.attribute, stageName(stage));
+    else if (value.attribute == "color" && value.index >= mostColors)
+        error(field.getLocation(), "'%0' has an index beyond %1", field.getName(),
+              std::to_string(mostColors - 1));
     else if (!word->takes(value))
         error(field.getLocation(), "type %0 is not valid for attribute '%1'",
               "'" + field.getType().getAsString() + "'", value.attribute);

@@ -135,17 +135,28 @@ bool TokenPass::missingAttribute(std::size_t i) {
     return true;
 }
 
-// `[[user(name)]]` and `[[depth(any)]]`: the word becomes a string.
+// `[[user(name)]]` and `[[depth(any)]]`: the word becomes a string. `[[buffer(slot)]]`: Clang takes
+// a lone name for a word, where `(slot)` is a value.
 void TokenPass::attributeArguments(std::size_t i) {
+    static constexpr llvm::StringLiteral numbered[] = {
+        "buffer",      "texture", "sampler",
+        "threadgroup", "color",   "max_total_threads_per_threadgroup"};
     std::size_t end = scopes.match(i);
     for (std::size_t j = i + 2; j + 1 < end; ++j) {
         if ((is(j - 1, tok::l_square) || is(j - 1, tok::comma)) && missingAttribute(j))
             continue;
-        if ((isWord(j, "user") || isWord(j, "depth")) && is(j + 1, tok::l_paren) &&
-            tokens[j + 2].getIdentifierInfo() && is(j + 3, tok::r_paren)) {
-            std::string text = "\"" + tokens[j + 2].getIdentifierInfo()->getName().str() + "\"";
-            append(edits[j + 2].after, text.c_str(), tokens[j + 2].getLocation());
-            edits[j + 2].dropped = true;
+        const std::size_t argument = j + 2;
+        if (!is(j + 1, tok::l_paren) || !is(argument + 1, tok::r_paren) ||
+            tokens[argument].isAnnotation() || !tokens[argument].getIdentifierInfo())
+            continue;
+        const SourceLocation at = tokens[argument].getLocation();
+        if (isWord(j, "user") || isWord(j, "depth")) {
+            std::string text = "\"" + tokens[argument].getIdentifierInfo()->getName().str() + "\"";
+            append(edits[argument].after, text.c_str(), at);
+            edits[argument].dropped = true;
+        } else if (llvm::any_of(numbered, [&](llvm::StringRef word) { return isWord(j, word); })) {
+            append(edits[argument].before, "(", at);
+            append(edits[argument].after, ")", at);
         }
     }
 }
