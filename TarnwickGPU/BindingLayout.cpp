@@ -144,9 +144,10 @@ bool listResources(DeviceState& device, BindingLayout& layout, const msl::EntryP
         const bool isSampler = bound.type == VK_DESCRIPTOR_TYPE_SAMPLER;
         if (isSampler)
             bound.sampler = device.samplers.sampler(device, samplerBits(resource));
-        if (isTexture(resource))
+        const bool needsStandIn = isTexture(resource) && !device.features.nullDescriptors;
+        if (needsStandIn)
             bound.standIn = device.standIns.texture(device, resource);
-        if ((isSampler && !bound.sampler) || (isTexture(resource) && !bound.standIn))
+        if ((isSampler && !bound.sampler) || (needsStandIn && !bound.standIn))
             return false;
         const bool isReport = resource.kind == msl::ResourceKind::loopReport;
         layout.reportsLoops |= isReport;

@@ -29,7 +29,7 @@ struct BoundResource {
     VkSampler sampler = VK_NULL_HANDLE; // of a sampler; bound by the draw, since the packaged CPU
                                         // driver loses immutable samplers in pushed sets
     std::optional<std::size_t> own;     // not a function's: CommandBufferParts::ownBuffers[own]
-    const TextureParts* standIn = nullptr; // of a texture
+    const TextureParts* standIn = nullptr; // of a texture; null where null descriptors serve
 };
 
 // What a pipeline binds.

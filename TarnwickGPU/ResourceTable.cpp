@@ -63,13 +63,9 @@ VkSampler samplerFor(const ResourceTable& table, const BoundResource& bound) {
     return resource.samplerState & msl::samplerComparesBit ? given->comparing : given->plain;
 }
 
-// Null descriptors read as zero and are of no size; of plain pictures a texture of zeros is safer,
-// since the packaged CPU driver crashes on sampling an implicit level of nothing.
+// Null descriptors read as zero and are of no size.
 VkDescriptorImageInfo standInFor(const DeviceState& device, const BoundResource& bound) {
-    const bool isPlain = bound.type == VK_DESCRIPTOR_TYPE_SAMPLED_IMAGE &&
-                         bound.resource.shape == msl::TextureShape::d2 &&
-                         bound.resource.component != msl::TextureComponent::uint_;
-    if (!isPlain && device.features.nullDescriptors)
+    if (device.features.nullDescriptors)
         return {VK_NULL_HANDLE, VK_NULL_HANDLE, VK_IMAGE_LAYOUT_UNDEFINED};
     return {VK_NULL_HANDLE, bound.standIn->views.whole(), bound.standIn->rest};
 }
