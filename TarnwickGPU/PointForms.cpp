@@ -1,5 +1,8 @@
 #include "TarnwickGPU/PointForms.h"
 
+#include "TarnwickGPU/PointConstants.h"
+#include "TarnwickGPU/SpirvLink.h"
+
 #include <algorithm>
 #include <limits>
 
@@ -185,6 +188,76 @@ void stretchCoordinates(SpirvBody& body, Id seen, std::uint32_t location) {
     body.store(seen, body.make(spv::Op::OpFAdd, body.numbers2, {stretched, middle}));
 }
 
+std::uint32_t freeLocation(const msl::EntryPoint& vertex, const msl::EntryPoint& fragment) {
+    std::uint32_t free = 0;
+    for (const auto& [location, variable] :
+         SpirvCode(vertex.words).locations(spv::StorageClass::Output))
+        free = std::max(free, location + 1);
+    for (const auto& [location, variable] :
+         SpirvCode(fragment.words).locations(spv::StorageClass::Input))
+        free = std::max(free, location + 1);
+    return free;
+}
+
+// What a vertex function's module holds of a fragment function.
+struct LinkedConstants {
+    Id function = 0;
+    std::vector<Id> variables;
+    std::map<std::uint32_t, Id> inputs;
+};
+
+std::optional<LinkedConstants> linkConstants(SpirvCode& vertex, const msl::EntryPoint& fragment) {
+    SpirvCode code(fragment.words);
+    const auto constants = partConstants(code);
+    if (!constants)
+        return std::nullopt;
+    LinkedConstants linked{.inputs = code.locations(spv::StorageClass::Input)};
+    removeFunction(code, code.main());
+    for (const spv::StorageClass storage : {spv::StorageClass::Input, spv::StorageClass::Output})
+        for (const Id variable : code.variables(storage))
+            code.makePrivate(variable);
+    std::erase(code.capabilities, spv::Capability::DemoteToHelperInvocation);
+    const auto ids = link(vertex, code);
+    if (!ids)
+        return std::nullopt;
+    linked.function = ids->at(constants->function);
+    for (const Id variable : constants->variables)
+        linked.variables.push_back(ids->at(variable));
+    for (auto& [location, variable] : linked.inputs)
+        variable = ids->at(variable);
+    return linked;
+}
+
+// Behind the vertex function: the fragment function's constants, as outputs.
+void passConstants(SpirvBody& body, const PointPair& pair) {
+    SpirvCode& code = body.code;
+    const auto outputs = code.locations(spv::StorageClass::Output);
+    const auto linked = linkConstants(code, pair.fragment);
+    for (const auto& [location, input] : linked->inputs) {
+        const auto output = outputs.find(location);
+        const Id type = code.pointee(input);
+        const bool fits = output != outputs.end() && code.pointee(output->second) == type;
+        body.store(input, fits ? body.load(output->second) : code.null(type));
+    }
+    body.call(linked->function);
+    std::uint32_t location = pair.location;
+    for (const Id variable : linked->variables) {
+        const Id output = code.variable(spv::StorageClass::Output, code.pointee(variable));
+        code.decorate(output, spv::Decoration::Location, {++location});
+        body.store(output, body.load(variable));
+    }
+}
+
+void takeConstants(SpirvCode& code, std::uint32_t location) {
+    const auto constants = partConstants(code);
+    removeFunction(code, constants->function);
+    for (const Id variable : constants->variables) {
+        code.move(variable, spv::StorageClass::Input);
+        code.decorate(variable, spv::Decoration::Location, {location++});
+        code.decorate(variable, spv::Decoration::Flat);
+    }
+}
+
 } // namespace
 
 PointSquare pointSquare(SpirvBody& body, const PointRecordVariable& record, Id position,
@@ -228,56 +301,55 @@ bool takesPointForms(const msl::EntryPoint& vertex) {
     return SpirvCode(vertex.words).builtIn(spv::BuiltIn::Position).has_value();
 }
 
-Words vertexForm(const msl::EntryPoint& vertex, PointForm form, std::uint32_t location) {
+PointPair pointPair(const msl::EntryPoint& vertex, const msl::EntryPoint& fragment) {
+    constexpr std::uint32_t mostLocations = 15; // of 16, which every device has
+    PointPair pair{vertex, fragment, freeLocation(vertex, fragment)};
     SpirvCode code(vertex.words);
+    const auto passed = linkConstants(code, fragment);
+    pair.passesConstants = passed && pair.location + passed->variables.size() + 1 <= mostLocations;
+    return pair;
+}
+
+Words vertexForm(const PointPair& pair, PointForm form) {
+    SpirvCode code(pair.vertex.words);
     const VertexOutputs outputs{code.builtIn(spv::BuiltIn::Position).value(),
                                 code.builtIn(spv::BuiltIn::PointSize)};
     SpirvBody body(code);
     const Id inner = code.renameMain();
     if (form == PointForm::points) {
         body.call(inner);
-        endPoints(body, outputs, location);
+        endPoints(body, outputs, pair.location);
     } else {
         const Id corner = cornerOf(body);
         divideIndex(body, spv::BuiltIn::BaseVertex, cornersAPoint);
         body.call(inner);
-        endQuads(body, outputs, location, corner);
+        endQuads(body, outputs, pair.location, corner);
     }
+    if (pair.passesConstants)
+        passConstants(body, pair);
     body.finish(code.main());
     return code.finish(spv::ExecutionModel::Vertex);
 }
 
-Words fragmentForm(const msl::EntryPoint& fragment, PointForm form, std::uint32_t location) {
-    SpirvCode code(fragment.words);
+Words fragmentForm(const PointPair& pair, PointForm form) {
+    SpirvCode code(pair.fragment.words);
     const std::optional<Id> coordinates = code.builtIn(spv::BuiltIn::PointCoord);
-    const bool isNumbered = form == PointForm::quads && code.builtIn(spv::BuiltIn::PrimitiveId);
-    if (!coordinates && !isNumbered)
-        return fragment.words;
+    if (pair.passesConstants)
+        takeConstants(code, pair.location + 1);
     SpirvBody body(code);
     if (coordinates && form == PointForm::points) {
-        stretchCoordinates(body, *coordinates, location);
+        stretchCoordinates(body, *coordinates, pair.location);
     } else if (coordinates) {
         code.undecorate(*coordinates);
-        code.decorate(*coordinates, spv::Decoration::Location, {location});
+        code.decorate(*coordinates, spv::Decoration::Location, {pair.location});
         code.decorate(*coordinates, spv::Decoration::NoPerspective);
     }
-    if (isNumbered)
+    if (form == PointForm::quads)
         divideIndex(body, spv::BuiltIn::PrimitiveId, 2);
     const Id inner = code.renameMain();
     body.call(inner);
     body.finish(code.main());
     return code.finish(spv::ExecutionModel::Fragment);
-}
-
-std::uint32_t freeLocation(const msl::EntryPoint& vertex, const msl::EntryPoint& fragment) {
-    std::uint32_t free = 0;
-    for (const auto& [location, variable] :
-         SpirvCode(vertex.words).locations(spv::StorageClass::Output))
-        free = std::max(free, location + 1);
-    for (const auto& [location, variable] :
-         SpirvCode(fragment.words).locations(spv::StorageClass::Input))
-        free = std::max(free, location + 1);
-    return free;
 }
 
 } // namespace tarnwick::gpu

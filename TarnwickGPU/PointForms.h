@@ -21,17 +21,23 @@ enum class PointForm : std::uint8_t { points, quads };
 
 inline constexpr float largestPoint = 511; // pixels, as in Metal
 
-// A fragment function in the form, for use with a vertex function in the same one. `location` is
-// one that neither uses.
-Words fragmentForm(const msl::EntryPoint& fragment, PointForm form, std::uint32_t location);
+// How a pair of functions is drawn.
+struct PointPair {
+    const msl::EntryPoint& vertex;
+    const msl::EntryPoint& fragment;
+    // The first of the locations that neither uses.
+    std::uint32_t location = 0;
+    // Whether the vertex function also works out what is the same all over a point
+    // (PointConstants.h); it then sees the fragment function's resources.
+    bool passesConstants = false;
+};
 
 // Whether the function gives its position as the layer's compiler lets it: forms are for these.
 bool takesPointForms(const msl::EntryPoint& vertex);
+PointPair pointPair(const msl::EntryPoint& vertex, const msl::EntryPoint& fragment);
 
-Words vertexForm(const msl::EntryPoint& vertex, PointForm form, std::uint32_t location);
-
-// The first location behind those of both functions.
-std::uint32_t freeLocation(const msl::EntryPoint& vertex, const msl::EntryPoint& fragment);
+Words vertexForm(const PointPair& pair, PointForm form);
+Words fragmentForm(const PointPair& pair, PointForm form);
 
 // Where a point's square lies, as the code behind a vertex function works it out.
 struct PointSquare {

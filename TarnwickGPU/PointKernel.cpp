@@ -1,5 +1,6 @@
 #include "TarnwickGPU/PointKernel.h"
 
+#include "TarnwickGPU/PointConstants.h"
 #include "TarnwickGPU/PointForms.h"
 #include "TarnwickGPU/SpirvLink.h"
 
@@ -93,6 +94,7 @@ std::optional<VertexPart> vertexPart(SpirvCode& code) {
 // The fragment function as a part of a kernel, by the ids that it has there.
 struct FragmentPart {
     Id function = 0, color = 0, discarded = 0;
+    std::optional<Id> constants; // the function that works out what is the same at each pixel
     std::optional<Id> coordinates, position;
     std::map<std::uint32_t, Id> inputs;
 };
@@ -132,6 +134,8 @@ std::optional<FragmentPart> fragmentPart(SpirvCode& kernel, const msl::EntryPoin
         code.pointee(outputs.at(0)) != code.vector(code.scalar(spv::Op::OpTypeFloat), 4))
         return std::nullopt;
     FragmentPart part{.color = outputs.at(0)};
+    if (const auto constants = partConstants(code))
+        part.constants = constants->function;
     part.inputs = code.locations(spv::StorageClass::Input);
     makeLocationsPrivate(code, spv::StorageClass::Input);
     makeLocationsPrivate(code, spv::StorageClass::Output);
@@ -144,7 +148,7 @@ std::optional<FragmentPart> fragmentPart(SpirvCode& kernel, const msl::EntryPoin
         return std::nullopt;
     for (Id* id : {&part.function, &part.color, &part.discarded})
         *id = ids->at(*id);
-    for (std::optional<Id>* id : {&part.coordinates, &part.position})
+    for (std::optional<Id>* id : {&part.constants, &part.coordinates, &part.position})
         if (*id)
             **id = ids->at(**id);
     for (auto& [location, variable] : part.inputs)
@@ -228,6 +232,8 @@ void Kernel::handOver() {
         const bool fits = output != vertex_.outputs.end() && code_.pointee(output->second) == type;
         body_.store(input, fits ? current(output->second, type) : code_.null(type));
     }
+    if (fragment_->constants)
+        body_.call(*fragment_->constants);
 }
 
 void Kernel::shade(const PointSquare& square, Id x, Id y) {

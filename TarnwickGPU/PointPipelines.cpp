@@ -34,22 +34,34 @@ bool isSum(const RenderPipelineDescriptor& descriptor) {
 }
 
 VkResult makeForm(RenderPipelineParts& parts, const RenderPipelineDescriptor& descriptor,
-                  PointForm form, VkPipeline& pipeline) {
-    const msl::EntryPoint& vertex = descriptor.vertex->entryPoint();
-    const msl::EntryPoint& fragment = descriptor.fragment->entryPoint();
-    const std::uint32_t location = freeLocation(vertex, fragment);
-    const Words vertexWords = vertexForm(vertex, form, location);
-    const Words fragmentWords = fragmentForm(fragment, form, location);
+                  const PointPair& pair, PointForm form, VkPipeline& pipeline) {
+    const Words vertex = vertexForm(pair, form), fragment = fragmentForm(pair, form);
     return makeGraphicsPipeline(
         *parts.device,
-        {.vertex = vertexWords,
-         .fragment = fragmentWords,
+        {.vertex = vertex,
+         .fragment = fragment,
          .layout = parts.layout.pipelineLayout,
          .color = descriptor.color,
+         .givesColor = (pair.fragment.colorAttachments & 1) != 0,
          .depthFormat = descriptor.depthFormat,
          .sampleCount = descriptor.sampleCount,
          .topology = form == PointForm::points ? TopologyClass::point : TopologyClass::triangle},
         pipeline);
+}
+
+// Where the vertex function may not see the fragment function's resources too, it does without.
+std::optional<BindingLayout> layoutOf(DeviceState& device, const Functions& functions,
+                                      PointPair& pair) {
+    BindingNeeds needs{.functions = functions,
+                       .pushConstants = recordFor(VK_SHADER_STAGE_VERTEX_BIT)};
+    if (pair.passesConstants) {
+        needs.stages = VK_SHADER_STAGE_VERTEX_BIT | VK_SHADER_STAGE_FRAGMENT_BIT;
+        if (auto layout = BindingLayout::make(device, needs))
+            return layout;
+        needs.stages = 0;
+        pair.passesConstants = false;
+    }
+    return BindingLayout::make(device, needs);
 }
 
 VkResult makeKernel(DeviceState& device, const Words& words, PointKernelPipeline& kernel) {
@@ -150,9 +162,9 @@ void PointPipelines::bury(DeviceState& device) {
 VkResult makePointPipelines(RenderPipelineParts& parts,
                             const RenderPipelineDescriptor& descriptor) {
     const Functions functions{&descriptor.vertex->entryPoint(), &descriptor.fragment->entryPoint()};
-    auto layout = BindingLayout::make(
-        *parts.device,
-        {.functions = functions, .pushConstants = recordFor(VK_SHADER_STAGE_VERTEX_BIT)});
+    PointPair pair = pointPair(*functions[0], *functions[1]);
+    pair.passesConstants = pair.passesConstants && !stores(*functions[1]);
+    auto layout = layoutOf(*parts.device, functions, pair);
     if (!layout)
         return VK_ERROR_UNKNOWN;
     parts.layout = std::move(*layout);
@@ -163,9 +175,9 @@ VkResult makePointPipelines(RenderPipelineParts& parts,
     if (!suffices || parts.device->points.splats)
         result = makeSorting(parts, descriptor, functions);
     if (result == VK_SUCCESS && points.way == PointWay::sorted)
-        result = makeForm(parts, descriptor, PointForm::quads, points.quads);
+        result = makeForm(parts, descriptor, pair, PointForm::quads, points.quads);
     if (result == VK_SUCCESS)
-        result = makeForm(parts, descriptor,
+        result = makeForm(parts, descriptor, pair,
                           points.way == PointWay::quads ? PointForm::quads : PointForm::points,
                           parts.pipeline);
     return result;

@@ -260,6 +260,14 @@ std::map<std::uint32_t, Id> SpirvCode::locations(spv::StorageClass storage) cons
     return found;
 }
 
+std::vector<Id> SpirvCode::variables(spv::StorageClass storage) const {
+    std::vector<Id> found;
+    for (const auto& [variable, kind] : variables_)
+        if (kind.second == storage)
+            found.push_back(variable);
+    return found;
+}
+
 Id SpirvCode::pointee(Id variable) const {
     return pointerTypes_.at(variables_.at(variable).first).second;
 }
@@ -291,18 +299,17 @@ void SpirvCode::undecorate(Id target) {
     annotations = std::move(kept);
 }
 
-void SpirvCode::makePrivate(Id variable) {
+void SpirvCode::move(Id variable, spv::StorageClass storage) {
     undecorate(variable);
-    const Id type = pointer(spv::StorageClass::Private, pointee(variable));
+    const Id type = pointer(storage, pointee(variable));
     Words kept;
     eachInstruction(declarations, [&](const Instruction& each) {
         if (each.op != spv::Op::OpVariable || each.operands[1] != variable)
             append(kept, each.op, each.operands);
     });
-    append(kept, spv::Op::OpVariable,
-           {type, variable, static_cast<std::uint32_t>(spv::StorageClass::Private)});
+    append(kept, spv::Op::OpVariable, {type, variable, static_cast<std::uint32_t>(storage)});
     declarations = std::move(kept);
-    variables_[variable] = {type, spv::StorageClass::Private};
+    variables_[variable] = {type, storage};
     Words changed; // pointers into it are of another type now
     eachInstruction(functions, [&](const Instruction& each) {
         Words operands(each.operands.begin(), each.operands.end());
@@ -310,7 +317,7 @@ void SpirvCode::makePrivate(Id variable) {
             (each.op == spv::Op::OpAccessChain || each.op == spv::Op::OpInBoundsAccessChain) &&
             operands[2] == variable;
         if (isInto)
-            operands[0] = pointer(spv::StorageClass::Private, pointerTypes_.at(operands[0]).second);
+            operands[0] = pointer(storage, pointerTypes_.at(operands[0]).second);
         append(changed, each.op, operands);
     });
     functions = std::move(changed);

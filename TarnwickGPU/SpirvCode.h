@@ -85,7 +85,10 @@ class SpirvCode {
     std::optional<Id> specialised(std::uint32_t number) const;
     void undecorate(Id target);
     // Makes an input or output a variable of the module's own, which other code fills or reads.
-    void makePrivate(Id variable);
+    void makePrivate(Id variable) { move(variable, spv::StorageClass::Private); }
+    // Gives it another storage class, and no decorations.
+    void move(Id variable, spv::StorageClass storage);
+    std::vector<Id> variables(spv::StorageClass storage) const;
 
     // The entry point's function. renameMain gives the one that is there a new id, by which another
     // one of main()'s id can call it.

@@ -183,4 +183,28 @@ std::optional<std::map<Id, Id>> link(SpirvCode& into, const SpirvCode& from) {
     return Linking(into, from).run();
 }
 
+std::optional<Words> idsOf(const Instruction& instruction) {
+    const Form* form = formOf(instruction.op);
+    if (!form)
+        return std::nullopt;
+    Words ids;
+    const std::size_t result = form->hasType ? 1 : 0;
+    for (std::size_t at = 0; at < instruction.operands.size(); ++at)
+        if (isId(*form, at) && !(form->hasResult && at == result))
+            ids.push_back(instruction.operands[at]);
+    return ids;
+}
+
+bool isIdOperand(spv::Op op, std::size_t operand) {
+    const Form* form = formOf(op);
+    return form && isId(*form, operand);
+}
+
+std::optional<Id> resultOf(const Instruction& instruction) {
+    const Form* form = formOf(instruction.op);
+    if (!form || !form->hasResult)
+        return std::nullopt;
+    return instruction.operands[form->hasType ? 1 : 0];
+}
+
 } // namespace tarnwick::gpu
