@@ -71,7 +71,6 @@ class EntryReader {
     void readResult(const clang::FunctionDecl& function, EntrySignature& signature);
     void numberResources(EntrySignature& signature);
     void reportSharedIndices(const clang::FunctionDecl& function, const EntrySignature& signature);
-    void checkBounds(const clang::FunctionDecl& function, const EntrySignature& signature);
 };
 
 void EntryReader::readPointee(QualType pointee, Argument& argument) {
@@ -223,7 +222,9 @@ void EntryReader::readArgument(const clang::ParmVarDecl& parameter, EntrySignatu
 
 // What an encoder has places for at each stage.
 static std::uint32_t mostOf(ArgumentKind kind) {
-    return kind == ArgumentKind::sampler ? 16 : kind == ArgumentKind::texture ? 128 : 31;
+    return kind == ArgumentKind::sampler   ? mostSamplers
+           : kind == ArgumentKind::texture ? mostTextures
+                                           : 31;
 }
 
 // Two arguments of one kind may not have one index, nor one that is not there.
@@ -238,26 +239,11 @@ void EntryReader::reportSharedIndices(const clang::FunctionDecl& function,
             error(function.getParamDecl(static_cast<unsigned>(i))->getLocation(),
                   "'%0' has an index beyond %1", argument.name,
                   std::to_string(mostOf(argument.kind) - 1));
-        for (std::uint32_t n = 0; n < std::min(argument.count, 128u); ++n)
+        for (std::uint32_t n = 0; n < std::min(argument.count, mostTextures); ++n)
             if (!known.try_emplace({argument.kind, argument.index + n}, argument.name).second)
                 error(function.getParamDecl(static_cast<unsigned>(i))->getLocation(),
                       "'%0' and '%1' have the same index", argument.name,
                       known[{argument.kind, argument.index + n}]);
-    }
-}
-
-// Textures and samplers have tables of so many entries.
-void EntryReader::checkBounds(const clang::FunctionDecl& function,
-                              const EntrySignature& signature) {
-    for (std::size_t n = 0; n < signature.arguments.size(); ++n) {
-        const Argument& argument = signature.arguments[n];
-        const bool isTexture = argument.kind == ArgumentKind::texture;
-        const std::uint64_t most = isTexture ? mostTextures : mostSamplers;
-        const bool isOutside = std::uint64_t{argument.index} + argument.count > most;
-        if (isOutside && (isTexture || argument.kind == ArgumentKind::sampler))
-            error(function.getParamDecl(static_cast<unsigned>(n))->getLocation(),
-                  "'%0' attribute parameter is out of bounds: must be between 0 and %1",
-                  isTexture ? "texture" : "sampler", std::to_string(most - argument.count));
     }
 }
 
@@ -345,7 +331,6 @@ void EntryReader::readFunction(const clang::FunctionDecl& function) {
         readArgument(*parameter, signature);
     numberResources(signature);
     reportSharedIndices(function, signature);
-    checkBounds(function, signature);
     readResult(function, signature);
     entries.push_back({&function, std::move(signature)});
 }
