@@ -1,10 +1,13 @@
 #include "TarnwickMSL/Translation/Passes/Legalise.h"
 #include "TarnwickMSL/Translation/Places.h"
 
+#include <llvm/ADT/MapVector.h>
+#include <llvm/Analysis/ValueTracking.h>
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/InstIterator.h>
 #include <llvm/IR/IntrinsicInst.h>
 #include <llvm/IR/Module.h>
+#include <llvm/IR/Operator.h>
 #include <llvm/Transforms/Utils/BasicBlockUtils.h>
 
 #include <optional>
@@ -39,33 +42,106 @@ static void collectParts(Type* type, std::uint64_t offset, const DataLayout& lay
     }
 }
 
-// The type of a pointer's root, where the pointer is a whole number of it into it.
-static Type* rootType(Value* pointer) {
-    pointer = pointer->stripInBoundsConstantOffsets();
+// A type, and a place in it.
+struct Place {
+    Type* type = nullptr;
+    std::int64_t offset = 0;
+    SmallVector<std::int64_t, 4> scales; // of what is added at run time
+};
+
+static std::optional<Place> rootOf(Value* pointer, const DataLayout& layout) {
+    Place place;
+    MapVector<Value*, APInt> scales;
+    APInt offset(layout.getIndexTypeSizeInBits(pointer->getType()), 0);
+    while (auto* step = dyn_cast<GEPOperator>(pointer)) {
+        if (!step->collectOffset(layout, offset.getBitWidth(), scales, offset))
+            return std::nullopt;
+        pointer = step->getPointerOperand();
+    }
     if (auto* local = dyn_cast<AllocaInst>(pointer))
-        return local->getAllocatedType();
-    if (auto* global = dyn_cast<GlobalVariable>(pointer))
-        return global->getValueType();
-    return nullptr;
+        place.type = local->getAllocatedType();
+    else if (auto* global =
+                 dyn_cast<GlobalVariable>(pointer)) // an element of many, or all there is
+        place.type = ArrayType::get(global->getValueType(), 0);
+    else
+        return std::nullopt;
+    place.offset = offset.getSExtValue();
+    for (const auto& [index, scale] : scales)
+        place.scales.push_back(scale.getSExtValue());
+    return place;
 }
 
-static std::uint64_t offsetOf(Value* pointer, const DataLayout& layout) {
-    APInt offset(layout.getIndexTypeSizeInBits(pointer->getType()), 0);
-    pointer->stripAndAccumulateConstantOffsets(layout, offset, true);
-    return offset.getZExtValue();
+// Into the element of an array that the place lies in, whichever it is.
+static void intoElement(Place& place, const DataLayout& layout) {
+    place.type = place.type->getArrayElementType();
+    auto stride = static_cast<std::int64_t>(layout.getTypeAllocSize(place.type));
+    if (stride == 0)
+        return;
+    erase_if(place.scales, [stride](std::int64_t scale) { return scale % stride == 0; });
+    place.offset = (place.offset % stride + stride) % stride;
+}
+
+// From the pointer's root down to the innermost type in which `bytes` bytes lie at a constant
+// place.
+static std::optional<Place> placeOf(Value* pointer, std::uint64_t bytes, const DataLayout& layout) {
+    std::optional<Place> place = rootOf(pointer, layout);
+    if (place && isa<GlobalVariable>(getUnderlyingObject(pointer, 0)))
+        intoElement(*place, layout);
+    while (place && !place->scales.empty()) {
+        auto* record = dyn_cast<StructType>(place->type);
+        auto size = static_cast<std::int64_t>(layout.getTypeAllocSize(place->type));
+        if (place->type->isArrayTy()) {
+            intoElement(*place, layout);
+        } else if (record && place->offset >= 0 && place->offset < size) {
+            const StructLayout& members = *layout.getStructLayout(record);
+            unsigned member =
+                members.getElementContainingOffset(static_cast<std::uint64_t>(place->offset));
+            place->offset -= static_cast<std::int64_t>(members.getElementOffset(member));
+            place->type = record->getElementType(member);
+        } else {
+            return std::nullopt;
+        }
+    }
+    while (place && place->type->isArrayTy()) { // no more parts than need be
+        Place inner = *place;
+        intoElement(inner, layout);
+        if (inner.offset + static_cast<std::int64_t>(bytes) >
+            static_cast<std::int64_t>(layout.getTypeAllocSize(inner.type)))
+            break;
+        place = inner;
+    }
+    return place;
+}
+
+// Bytes beside each other (characters, padding) move by fours, from whole words of the record on.
+static SmallVector<Part, 8> byWords(ArrayRef<Part> parts, std::uint64_t start) {
+    SmallVector<Part, 8> merged;
+    for (std::size_t n = 0; n < parts.size(); ++n) {
+        bool isWord = n + 4 <= parts.size() && (start + parts[n].offset) % 4 == 0;
+        for (std::size_t k = 0; isWord && k < 4; ++k)
+            isWord =
+                parts[n + k].type->isIntegerTy(8) && parts[n + k].offset == parts[n].offset + k;
+        if (!isWord) {
+            merged.push_back(parts[n]);
+            continue;
+        }
+        merged.push_back({parts[n].offset, Type::getInt32Ty(parts[n].type->getContext())});
+        n += 3;
+    }
+    return merged;
 }
 
 // The parts of `bytes` bytes from the pointer on, as its root's type has them; nothing where they
 // do not fall on whole parts.
 static std::optional<SmallVector<Part, 8>> partsAt(Value* pointer, std::uint64_t bytes,
                                                    const DataLayout& layout) {
-    Type* type = rootType(pointer);
-    if (!type)
+    std::optional<Place> place = placeOf(pointer, bytes, layout);
+    if (!place || place->offset < 0)
         return std::nullopt;
     SmallVector<Part, 8> all, within;
-    collectParts(type, 0, layout, all);
-    std::uint64_t start = offsetOf(pointer, layout);
-    if (all.size() > mostParts || start + bytes > layout.getTypeAllocSize(type))
+    collectParts(place->type, 0, layout, all);
+    auto start = static_cast<std::uint64_t>(place->offset);
+    if (all.size() > mostParts || start + bytes > layout.getTypeAllocSize(place->type))
         return std::nullopt;
     for (const Part& part : all) {
         std::uint64_t end = part.offset + layout.getTypeStoreSize(part.type);
@@ -75,7 +151,15 @@ static std::optional<SmallVector<Part, 8>> partsAt(Value* pointer, std::uint64_t
             return std::nullopt;
         within.push_back({part.offset - start, part.type});
     }
-    return within;
+    return byWords(within, start);
+}
+
+// Of the two ways to see what is copied, that with fewer parts: the optimiser leaves arrays of
+// bytes where records were.
+static std::optional<SmallVector<Part, 8>> partsOfBoth(Value* to, Value* from, std::uint64_t bytes,
+                                                       const DataLayout& layout) {
+    auto there = partsAt(to, bytes, layout), here = partsAt(from, bytes, layout);
+    return !there || (here && here->size() < there->size()) ? here : there;
 }
 
 static SmallVector<Part, 8> words(std::uint64_t bytes, LLVMContext& context) {
@@ -103,9 +187,7 @@ template <class Each> static void forWords(Instruction& at, std::uint64_t count,
 static void copy(MemTransferInst& call, std::uint64_t bytes, const DataLayout& layout) {
     IRBuilder<> builder(&call);
     Value *to = call.getRawDest(), *from = call.getRawSource();
-    auto parts = partsAt(to, bytes, layout);
-    if (!parts)
-        parts = partsAt(from, bytes, layout);
+    auto parts = partsOfBoth(to, from, bytes, layout);
     if (!parts && bytes > 4 * mostParts && bytes % 4 == 0)
         return forWords(call, bytes / 4, [&](IRBuilder<>& inside, Value* index) {
             Type* word = inside.getInt32Ty();
