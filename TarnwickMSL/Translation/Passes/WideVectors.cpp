@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Translation/Passes/WideVectors.h"
 
+#include <llvm/ADT/PostOrderIterator.h>
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/InstIterator.h>
 #include <llvm/IR/Instructions.h>
@@ -11,71 +12,229 @@ using namespace llvm;
 
 constexpr unsigned mostLanes = 4;
 
-static bool isWide(const Value* value) {
-    auto* type = dyn_cast<FixedVectorType>(value->getType());
-    return type && type->getNumElements() > mostLanes;
+static bool isWide(const Type* type) {
+    auto* vector = dyn_cast<FixedVectorType>(type);
+    return vector && vector->getNumElements() > mostLanes;
 }
 
-// A lane as part of a lane of `whole`, whose lanes are wider.
-static Value* partOfLane(IRBuilder<>& builder, Value* whole, FixedVectorType& type,
-                         std::uint64_t lane) {
-    auto* from = cast<FixedVectorType>(whole->getType());
-    unsigned bits = type.getScalarSizeInBits(), wideBits = from->getScalarSizeInBits();
-    std::uint64_t parts = wideBits / bits;
-    Value* wide = builder.CreateExtractElement(whole, lane / parts);
-    Value* word = builder.CreateBitCast(wide, builder.getIntNTy(wideBits));
-    return builder.CreateTrunc(builder.CreateLShr(word, lane % parts * bits),
-                               type.getElementType());
+static unsigned laneCount(const Type* type) {
+    auto* vector = dyn_cast<FixedVectorType>(type);
+    return vector ? vector->getNumElements() : 1;
 }
 
-static bool hasParts(Type* whole, FixedVectorType& type) {
-    auto* from = dyn_cast<FixedVectorType>(whole);
-    return from && type.getElementType()->isIntegerTy() &&
-           from->getScalarSizeInBits() > type.getScalarSizeInBits();
+namespace {
+
+using Lanes = SmallVector<Value*, 16>;
+
+class Splitter {
+  public:
+    explicit Splitter(Function& main) : main_(main) {}
+    void run();
+
+  private:
+    Lanes lanesOf(Value* value, IRBuilder<>& builder);
+    std::optional<Lanes> split(Instruction& instruction, IRBuilder<>& builder);
+    std::optional<Lanes> eachLane(Instruction& instruction, IRBuilder<>& builder);
+    Lanes load(LoadInst& load, IRBuilder<>& builder);
+    void store(StoreInst& store, IRBuilder<>& builder);
+    void fillPhis();
+
+    Function& main_;
+    DenseMap<Value*, Lanes> known_;
+    SmallVector<Instruction*, 16> old_; // whose values stand as lanes now
+};
+
+// `width` bits from `from` on of lanes that stand one after the other, the first one lowest.
+Value* bitsAt(ArrayRef<Value*> lanes, unsigned from, unsigned width, IRBuilder<>& builder) {
+    unsigned bits = lanes.front()->getType()->getScalarSizeInBits();
+    Type* type = builder.getIntNTy(width);
+    Value* result = nullptr;
+    for (unsigned at = from / bits * bits; at < from + width; at += bits) {
+        Value* lane = builder.CreateBitCast(lanes[at / bits], builder.getIntNTy(bits));
+        if (at < from)
+            lane = builder.CreateLShr(lane, from - at);
+        lane = builder.CreateZExtOrTrunc(lane, type);
+        if (at > from)
+            lane = builder.CreateShl(lane, at - from);
+        result = result ? builder.CreateOr(result, lane) : lane;
+    }
+    return result;
 }
 
-static Value* loadedLane(LoadInst& load, FixedVectorType& type, std::uint64_t lane) {
-    IRBuilder<> builder(&load);
+Lanes asLanes(ArrayRef<Value*> lanes, Type* type, IRBuilder<>& builder) {
+    Type* scalar = type->getScalarType();
+    unsigned bits = scalar->getScalarSizeInBits();
+    Lanes result;
+    for (unsigned n = 0; n < laneCount(type); ++n)
+        result.push_back(builder.CreateBitCast(bitsAt(lanes, n * bits, bits, builder), scalar));
+    return result;
+}
+
+Value* joined(ArrayRef<Value*> lanes, Type* type, IRBuilder<>& builder) {
+    if (!type->isVectorTy())
+        return lanes.front();
+    Value* vector = PoisonValue::get(type);
+    for (std::uint64_t n = 0; n < lanes.size(); ++n)
+        vector = builder.CreateInsertElement(vector, lanes[n], n);
+    return vector;
+}
+
+Lanes Splitter::lanesOf(Value* value, IRBuilder<>& builder) {
+    if (auto found = known_.find(value); found != known_.end())
+        return found->second;
+    if (!value->getType()->isVectorTy())
+        return {value};
+    Lanes lanes;
+    for (std::uint64_t n = 0; n < laneCount(value->getType()); ++n)
+        lanes.push_back(builder.CreateExtractElement(value, n)); // folds, of a constant
+    return lanes;
+}
+
+// By words where they are whole: other invocations may store to the bytes beside.
+static Type* unitOf(Type* type, Align alignment, IRBuilder<>& builder) {
+    bool isByWords = alignment >= 4 && type->getPrimitiveSizeInBits() % 32 == 0;
+    return isByWords ? builder.getInt32Ty() : type->getScalarType();
+}
+
+Lanes Splitter::load(LoadInst& load, IRBuilder<>& builder) {
     auto* input = dyn_cast<GlobalVariable>(load.getPointerOperand());
-    if (input && hasParts(input->getValueType(), type)) // built-ins are read whole
-        return partOfLane(builder, builder.CreateLoad(input->getValueType(), input), type, lane);
-    std::uint64_t bytes = type.getScalarSizeInBits() / 8;
-    Value* place =
-        builder.CreateConstGEP1_64(builder.getInt8Ty(), load.getPointerOperand(), lane * bytes);
-    return builder.CreateAlignedLoad(type.getElementType(), place, Align(bytes));
+    if (input && input->getValueType()->isVectorTy() && !isWide(input->getValueType())) {
+        Value* whole = builder.CreateLoad(input->getValueType(), input); // built-ins are read whole
+        return asLanes(lanesOf(whole, builder), load.getType(), builder);
+    }
+    Type* unit = unitOf(load.getType(), load.getAlign(), builder);
+    unsigned bits = unit->getScalarSizeInBits();
+    Lanes units;
+    for (unsigned at = 0; at < load.getType()->getPrimitiveSizeInBits(); at += bits)
+        units.push_back(builder.CreateAlignedLoad(
+            unit, builder.CreateConstGEP1_64(builder.getInt8Ty(), load.getPointerOperand(), at / 8),
+            Align(bits / 8)));
+    return asLanes(units, load.getType(), builder);
 }
 
-// The one lane that is read of a vector too wide for a shader; null where it is another's.
-static Value* readLane(ExtractElementInst& extract) {
-    auto* type = dyn_cast<FixedVectorType>(extract.getVectorOperandType());
-    auto* index = dyn_cast<ConstantInt>(extract.getIndexOperand());
-    if (!index || !isWide(extract.getVectorOperand()))
-        return nullptr;
-    Value* source = extract.getVectorOperand();
-    while (isWide(source) && isa<BitCastInst>(source) &&
-           isWide(cast<BitCastInst>(source)->getOperand(0)))
-        source = cast<BitCastInst>(source)->getOperand(0);
-    if (auto* load = dyn_cast<LoadInst>(source))
-        return loadedLane(*load, *type, index->getZExtValue());
-    auto* cast = dyn_cast<BitCastInst>(source);
-    IRBuilder<> builder(&extract);
-    return cast && hasParts(cast->getSrcTy(), *type)
-               ? partOfLane(builder, cast->getOperand(0), *type, index->getZExtValue())
-               : nullptr;
+void Splitter::store(StoreInst& store, IRBuilder<>& builder) {
+    Type* type = store.getValueOperand()->getType();
+    Type* unit = unitOf(type, store.getAlign(), builder);
+    unsigned bits = unit->getScalarSizeInBits();
+    Lanes lanes = lanesOf(store.getValueOperand(), builder);
+    for (unsigned at = 0; at < type->getPrimitiveSizeInBits(); at += bits)
+        builder.CreateAlignedStore(
+            builder.CreateBitCast(bitsAt(lanes, at, bits, builder), unit),
+            builder.CreateConstGEP1_64(builder.getInt8Ty(), store.getPointerOperand(), at / 8),
+            Align(bits / 8));
 }
+
+std::optional<Lanes> Splitter::eachLane(Instruction& instruction, IRBuilder<>& builder) {
+    SmallVector<Lanes, 3> operands;
+    for (Value* operand : instruction.operands())
+        operands.push_back(lanesOf(operand, builder));
+    Lanes result;
+    for (unsigned n = 0; n < laneCount(instruction.getType()); ++n) {
+        auto at = [&](unsigned k) { return operands[k][operands[k].size() == 1 ? 0 : n]; };
+        Type* type = instruction.getType()->getScalarType();
+        if (auto* operation = dyn_cast<BinaryOperator>(&instruction))
+            result.push_back(builder.CreateBinOp(operation->getOpcode(), at(0), at(1)));
+        else if (auto* cast = dyn_cast<CastInst>(&instruction))
+            result.push_back(builder.CreateCast(cast->getOpcode(), at(0), type));
+        else if (auto* compare = dyn_cast<CmpInst>(&instruction))
+            result.push_back(builder.CreateCmp(compare->getPredicate(), at(0), at(1)));
+        else if (isa<SelectInst>(instruction))
+            result.push_back(builder.CreateSelect(at(0), at(1), at(2)));
+        else if (isa<FreezeInst>(instruction))
+            result.push_back(builder.CreateFreeze(at(0)));
+        else
+            return std::nullopt;
+    }
+    return result;
+}
+
+// The lanes of what the instruction gives; none for a store. Nothing where it is not known.
+std::optional<Lanes> Splitter::split(Instruction& instruction, IRBuilder<>& builder) {
+    Type* type = instruction.getType();
+    if (auto* access = dyn_cast<LoadInst>(&instruction))
+        return load(*access, builder);
+    if (auto* access = dyn_cast<StoreInst>(&instruction)) {
+        store(*access, builder);
+        return Lanes{};
+    }
+    if (isa<BitCastInst>(instruction))
+        return asLanes(lanesOf(instruction.getOperand(0), builder), type, builder);
+    if (auto* shuffle = dyn_cast<ShuffleVectorInst>(&instruction)) {
+        Lanes both = lanesOf(shuffle->getOperand(0), builder), result;
+        both.append(lanesOf(shuffle->getOperand(1), builder));
+        for (int lane : shuffle->getShuffleMask())
+            result.push_back(lane < 0 ? PoisonValue::get(type->getScalarType())
+                                      : both[static_cast<std::size_t>(lane)]);
+        return result;
+    }
+    bool isInsertion = isa<InsertElementInst>(instruction);
+    if (!isInsertion && !isa<ExtractElementInst>(instruction))
+        return eachLane(instruction, builder);
+    auto* index = dyn_cast<ConstantInt>(instruction.getOperand(isInsertion ? 2 : 1));
+    Lanes lanes = lanesOf(instruction.getOperand(0), builder);
+    if (!index || index->getZExtValue() >= lanes.size())
+        return std::nullopt;
+    Value*& lane = lanes[index->getZExtValue()];
+    if (!isInsertion)
+        return Lanes{lane};
+    lane = instruction.getOperand(1);
+    return lanes;
+}
+
+void Splitter::fillPhis() {
+    for (auto& [value, lanes] : known_) {
+        auto* phi = dyn_cast<PHINode>(value);
+        for (unsigned n = 0; phi && n < phi->getNumIncomingValues(); ++n) {
+            IRBuilder<> builder(phi->getIncomingBlock(n)->getTerminator());
+            Lanes incoming = lanesOf(phi->getIncomingValue(n), builder);
+            for (std::size_t lane = 0; lane < lanes.size(); ++lane)
+                cast<PHINode>(lanes[lane])->addIncoming(incoming[lane], phi->getIncomingBlock(n));
+        }
+    }
+}
+
+void Splitter::run() {
+    ReversePostOrderTraversal<Function*> order(&main_);
+    for (BasicBlock* block : order)
+        for (Instruction& instruction : make_early_inc_range(*block)) {
+            Type* type = instruction.getType();
+            if (!isWide(type) && none_of(instruction.operands(), [](const Use& operand) {
+                    return isWide(operand->getType());
+                }))
+                continue;
+            IRBuilder<> builder(&instruction);
+            std::optional<Lanes> lanes = Lanes{};
+            if (auto* phi = dyn_cast<PHINode>(&instruction))
+                for (unsigned n = 0; n < laneCount(type); ++n)
+                    lanes->push_back(
+                        builder.CreatePHI(type->getScalarType(), phi->getNumIncomingValues()));
+            else
+                lanes = split(instruction, builder);
+            if (!lanes)
+                continue;
+            if (isWide(type))
+                known_[&instruction] = *lanes;
+            else if (!type->isVoidTy())
+                instruction.replaceAllUsesWith(joined(*lanes, type, builder));
+            old_.push_back(&instruction);
+        }
+    fillPhis();
+    for (Instruction* instruction : reverse(old_)) {
+        // A user that was not understood keeps what it needs.
+        if (all_of(instruction->users(), [&](User* user) { return is_contained(old_, user); }))
+            instruction->replaceAllUsesWith(PoisonValue::get(instruction->getType()));
+    }
+    for (Instruction* instruction : old_)
+        if (instruction->use_empty())
+            instruction->eraseFromParent();
+}
+
+} // namespace
 
 void splitWideVectors(Function& main) {
-    SmallVector<WeakTrackingVH, 8> old;
-    for (Instruction& instruction : make_early_inc_range(instructions(main))) {
-        auto* extract = dyn_cast<ExtractElementInst>(&instruction);
-        Value* found = extract ? readLane(*extract) : nullptr;
-        if (!found)
-            continue;
-        extract->replaceAllUsesWith(found);
-        old.push_back(extract->getVectorOperand());
-        extract->eraseFromParent();
-    }
-    RecursivelyDeleteTriviallyDeadInstructionsPermissive(old);
+    if (any_of(instructions(main),
+               [](const Instruction& instruction) { return isWide(instruction.getType()); }))
+        Splitter(main).run();
 }
 
 } // namespace tarnwick::msl
