@@ -1,5 +1,5 @@
 // What kernels may do wrong without harm, and what the pipeline sets for them.
-#include "tests/TarnwickMSL/KernelRun.h"
+#include "tests/TarnwickMSL/KernelTest.h"
 
 #include <cstring>
 

@@ -1,6 +1,6 @@
 // The layout of memory is Metal's: every type's size and alignment, where members and lanes stand,
 // as the GPU writes them and the CPU reads their bytes.
-#include "tests/TarnwickMSL/KernelRun.h"
+#include "tests/TarnwickMSL/KernelTest.h"
 
 #include <bit>
 #include <cstring>

@@ -22,7 +22,7 @@ if(TARGET TarnwickGPU)
     target_compile_options(TarnwickMSLSpirvValuesTests PRIVATE -Wno-missing-field-initializers)
 
     tarnwick_tests(TarnwickMSL/Memory
-        SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/KernelRun.cpp
+        SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/KernelTest.cpp
                 ${CMAKE_CURRENT_SOURCE_DIR}/KernelTests.cpp
                 ${CMAKE_CURRENT_SOURCE_DIR}/LayoutTests.cpp
         LINK TarnwickGPU
