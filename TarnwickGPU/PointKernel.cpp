@@ -5,7 +5,6 @@
 #include "TarnwickGPU/SpirvLink.h"
 
 #include <algorithm>
-#include <array>
 #include <initializer_list>
 
 namespace tarnwick::gpu {
@@ -44,25 +43,6 @@ std::optional<Id> takeBuiltIn(SpirvCode& code, spv::BuiltIn builtIn) {
     return variable;
 }
 
-// A storage buffer of numbers.
-Id numbersBuffer(SpirvCode& code, Id number, std::uint32_t bytes, std::uint32_t binding) {
-    const Id array = code.aggregate(spv::Op::OpTypeRuntimeArray, {number});
-    code.decorate(array, spv::Decoration::ArrayStride, {bytes});
-    const Id block = code.aggregate(spv::Op::OpTypeStruct, {array});
-    code.decorate(block, spv::Decoration::Block);
-    code.decorateMember(block, 0, spv::Decoration::Offset, {0});
-    const Id variable = code.variable(spv::StorageClass::StorageBuffer, block);
-    code.decorate(variable, spv::Decoration::DescriptorSet, {0});
-    code.decorate(variable, spv::Decoration::Binding, {binding});
-    return variable;
-}
-
-Id numberAt(SpirvBody& body, Id buffer, Id number, Id index) {
-    return body.make(spv::Op::OpAccessChain,
-                     body.code.pointer(spv::StorageClass::StorageBuffer, number),
-                     {buffer, body.code.constant(body.word, 0u), index});
-}
-
 // The vertex function as a part of a kernel.
 struct VertexPart {
     Id function = 0, position = 0;
@@ -99,14 +79,17 @@ struct FragmentPart {
     std::map<std::uint32_t, Id> inputs;
 };
 
-bool interpolatesElsewhere(const SpirvCode& code) {
-    bool interpolates = false;
+// Interpolation is the raster's. And the packaged CPU driver ends an invocation silently after
+// 65,535 rounds of all its loops, which 16 pixels' would share.
+bool interpolatesOrLoops(const SpirvCode& code) {
+    bool does = false;
     eachInstruction(code.functions, [&](const Instruction& each) {
+        does = does || each.op == spv::Op::OpLoopMerge;
         if (each.op == spv::Op::OpExtInst && each.operands[3] >= GLSLstd450InterpolateAtCentroid &&
             each.operands[3] <= GLSLstd450InterpolateAtOffset)
-            interpolates = true;
+            does = true;
     });
-    return interpolates;
+    return does;
 }
 
 // A kernel has nothing to discard: it keeps in mind that nothing is to be added.
@@ -130,7 +113,7 @@ std::optional<FragmentPart> fragmentPart(SpirvCode& kernel, const msl::EntryPoin
     SpirvCode code(fragment.words);
     const auto outputs = code.locations(spv::StorageClass::Output);
     if (!hasOnly(code, {spv::BuiltIn::FragCoord, spv::BuiltIn::PointCoord}) ||
-        interpolatesElsewhere(code) || outputs.size() != 1 || !outputs.contains(0) ||
+        interpolatesOrLoops(code) || outputs.size() != 1 || !outputs.contains(0) ||
         code.pointee(outputs.at(0)) != code.vector(code.scalar(spv::Op::OpTypeFloat), 4))
         return std::nullopt;
     FragmentPart part{.color = outputs.at(0)};
@@ -161,7 +144,7 @@ class Kernel {
     Kernel(SpirvCode& code, const PointKernelNeeds& needs, const VertexPart& vertex,
            const std::optional<FragmentPart>& fragment)
         : code_(code), needs_(needs), vertex_(vertex), fragment_(fragment), body_(code),
-          record_(code), draws_(numbersBuffer(code, body_.word, 4, needs.drawsBinding)) {}
+          record_(code), draws_(code.buffer(body_.word, 4, needs.drawsBinding)) {}
 
     void write();
 
@@ -209,7 +192,7 @@ void Kernel::runVertex(Id index) {
 
 void Kernel::noteDraw(Id draw) {
     const Id start = body_.make(spv::Op::OpIMul, body_.word, {draw, word(wordsOfADraw)});
-    const Id place = numberAt(body_, draws_, body_.word, sum(start, word(instancesOfADraw)));
+    const Id place = body_.placeIn(draws_, body_.word, sum(start, word(instancesOfADraw)));
     body_.store(place, word(1));
 }
 
@@ -307,7 +290,7 @@ void Kernel::addToSums(Id x, Id y) {
     const Id pixel = body_.make(spv::Op::OpIMul, body_.word, {sum(row, integer(x)), word(4)});
     for (std::uint32_t at = 0; at < 4; ++at) {
         const Id part = body_.make(spv::Op::OpConvertFToS, wide_, {lane(whole, at)});
-        const Id place = numberAt(body_, sums_, wide_, sum(pixel, word(at)));
+        const Id place = body_.placeIn(sums_, wide_, sum(pixel, word(at)));
         body_.make(spv::Op::OpAtomicIAdd, wide_, {place, word(deviceScope), word(relaxed), part});
     }
     body_.branch(done);
@@ -359,7 +342,7 @@ void Kernel::drawPoint(Id index, const PointSquare& square) {
     if (!fragment_)
         return noteBlock(index, square);
     wide_ = code_.scalar(spv::Op::OpTypeInt, 64);
-    sums_ = numbersBuffer(code_, wide_, 8, needs_.sumsBinding);
+    sums_ = code_.buffer(wide_, 8, needs_.sumsBinding);
     code_.require(spv::Capability::Int64);
     code_.require(spv::Capability::Int64Atomics);
     const Id isSmall = body_.make(spv::Op::OpFOrdLessThanEqual, body_.boolean,
@@ -420,69 +403,6 @@ std::optional<Words> pointKernel(const PointKernelNeeds& needs) {
     }
     Kernel(code, needs, *vertex, fragment).write();
     return code.finish(spv::ExecutionModel::GLCompute);
-}
-
-// One triangle over the whole viewport.
-Words sumsVertex() {
-    SpirvCode code;
-    SpirvBody body(code);
-    const Id given = code.variable(spv::StorageClass::Input, body.word);
-    code.decorate(given, spv::Decoration::BuiltIn,
-                  {static_cast<std::uint32_t>(spv::BuiltIn::VertexIndex)});
-    const Id position = code.variable(spv::StorageClass::Output, body.numbers4);
-    code.decorate(position, spv::Decoration::BuiltIn,
-                  {static_cast<std::uint32_t>(spv::BuiltIn::Position)});
-    const Id corner = body.load(given);
-    auto side = [&](std::uint32_t atCorner) { // -1, at its corner 3
-        const Id is = body.make(spv::Op::OpIEqual, body.boolean,
-                                {corner, code.constant(body.word, atCorner)});
-        return body.make(spv::Op::OpSelect, body.number,
-                         {is, code.constant(3.0f), code.constant(-1.0f)});
-    };
-    body.store(position, body.make(spv::Op::OpCompositeConstruct, body.numbers4,
-                                   {side(1), side(2), code.constant(0.0f), code.constant(1.0f)}));
-    body.finish(code.main());
-    return code.finish(spv::ExecutionModel::Vertex);
-}
-
-Words sumsFragment() {
-    SpirvCode code;
-    SpirvBody body(code);
-    const PointRecordVariable record(code);
-    const Id wide = code.scalar(spv::Op::OpTypeInt, 64);
-    code.require(spv::Capability::Int64);
-    const Id sums = numbersBuffer(code, wide, 8, 0);
-    const Id given = code.variable(spv::StorageClass::Input, body.numbers4);
-    code.decorate(given, spv::Decoration::BuiltIn,
-                  {static_cast<std::uint32_t>(spv::BuiltIn::FragCoord)});
-    const Id color = code.variable(spv::StorageClass::Output, body.numbers4);
-    code.decorate(color, spv::Decoration::Location, {0});
-    const Id at = body.load(given);
-    auto word = [&](std::uint32_t lane) {
-        return body.make(spv::Op::OpConvertFToU, body.word, {body.part(at, body.number, lane)});
-    };
-    auto number = [&](spv::Op op, Id left, Id right) {
-        return body.make(op, body.word, {left, right});
-    };
-    const Id row = number(spv::Op::OpIMul, word(1), record.word(body, PointMember::rowPixels));
-    const Id pixel = number(spv::Op::OpIMul, number(spv::Op::OpIAdd, row, word(0)),
-                            code.constant(body.word, 4u));
-    std::array<Id, 4> parts{};
-    for (std::uint32_t lane = 0; lane < 4; ++lane) {
-        const Id index = number(spv::Op::OpIAdd, pixel, code.constant(body.word, lane));
-        const Id place = numberAt(body, sums, wide, index);
-        parts[lane] = body.make(spv::Op::OpConvertSToF, body.number,
-                                {body.make(spv::Op::OpLoad, wide, {place})});
-        body.store(place, code.null(wide));
-    }
-    const Id whole = body.make(spv::Op::OpCompositeConstruct, body.numbers4,
-                               {parts[0], parts[1], parts[2], parts[3]});
-    const Id undo = body.part(record.pair(body, PointMember::rounding), body.number, 1);
-    body.store(color, body.make(spv::Op::OpVectorTimesScalar, body.numbers4, {whole, undo}));
-    body.finish(code.main());
-    append(code.modes, spv::Op::OpExecutionMode,
-           {code.main(), static_cast<std::uint32_t>(spv::ExecutionMode::OriginUpperLeft)});
-    return code.finish(spv::ExecutionModel::Fragment);
 }
 
 } // namespace tarnwick::gpu

@@ -40,6 +40,11 @@ Id SpirvBody::load(spv::StorageClass storage, Id type, Id variable,
     return make(spv::Op::OpLoad, type, {all[1]});
 }
 
+Id SpirvBody::placeIn(Id buffer, Id number, Id index) {
+    return make(spv::Op::OpAccessChain, code.pointer(spv::StorageClass::StorageBuffer, number),
+                {buffer, code.constant(word, 0u), index});
+}
+
 void SpirvBody::call(Id function) {
     make(spv::Op::OpFunctionCall, nothing, {function});
 }

@@ -19,6 +19,8 @@ class SpirvBody {
     void store(Id variable, Id value) { act(spv::Op::OpStore, {variable, value}); }
     // What lies in a block or array at `path`, constant or computed indices.
     Id load(spv::StorageClass storage, Id type, Id variable, std::initializer_list<Id> path);
+    // A pointer to one of a buffer's numbers.
+    Id placeIn(Id buffer, Id number, Id index);
     Id part(Id composite, Id type, std::uint32_t lane) {
         return make(spv::Op::OpCompositeExtract, type, {composite, lane});
     }

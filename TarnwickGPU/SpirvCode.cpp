@@ -224,6 +224,18 @@ Id SpirvCode::variable(spv::StorageClass storage, Id pointee) {
     return id;
 }
 
+Id SpirvCode::buffer(Id number, std::uint32_t bytes, std::uint32_t binding) {
+    const Id array = aggregate(spv::Op::OpTypeRuntimeArray, {number});
+    decorate(array, spv::Decoration::ArrayStride, {bytes});
+    const Id block = aggregate(spv::Op::OpTypeStruct, {array});
+    decorate(block, spv::Decoration::Block);
+    decorateMember(block, 0, spv::Decoration::Offset, {0});
+    const Id made = variable(spv::StorageClass::StorageBuffer, block);
+    decorate(made, spv::Decoration::DescriptorSet, {0});
+    decorate(made, spv::Decoration::Binding, {binding});
+    return made;
+}
+
 void SpirvCode::decorate(Id target, spv::Decoration decoration,
                          std::initializer_list<std::uint32_t> values) {
     Words all{target, static_cast<std::uint32_t>(decoration)};

@@ -70,6 +70,8 @@ class SpirvCode {
     Id aggregate(spv::Op op, std::initializer_list<std::uint32_t> operands);
 
     Id variable(spv::StorageClass storage, Id pointee);
+    // A storage buffer of numbers, each of so many bytes.
+    Id buffer(Id number, std::uint32_t bytes, std::uint32_t binding);
     void decorate(Id target, spv::Decoration decoration,
                   std::initializer_list<std::uint32_t> values = {});
     void decorateMember(Id type, std::uint32_t member, spv::Decoration decoration,
