@@ -16,7 +16,7 @@
 namespace tarnwick::gpu {
 
 inline constexpr std::uint32_t pointsABlock = 2048;
-inline constexpr std::uint32_t pointsAThreadgroup = 64;
+inline constexpr std::uint32_t pointsAThreadgroup = 128; // as many as every device takes
 
 // The indirect draws: that of the sums, then points block by block, then quads.
 inline constexpr std::uint32_t sumsDraw = 0, firstBlockDraw = 1;
