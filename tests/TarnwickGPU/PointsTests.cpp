@@ -41,6 +41,14 @@ fragment float4 edge_fragment(Out in [[stage_in]], float2 at [[point_coord]]) {
     if (at.x > 0.5) discard_fragment();
     return float4(1, fwidth(in.position.x), at);
 }
+fragment float4 mixed_fragment(Out in [[stage_in]], float2 at [[point_coord]],
+                               const device Dot* dots [[buffer(0)]]) {
+    float own = dots[in.id].weight * 2 + 1;
+    uint beside = at.x > 0.5 ? in.id + 1 : in.id;
+    float other = dots[beside].weight;
+    if (at.y > 0.5) other += dots[in.id].size;
+    return float4(1, own, other, own * at.x);
+}
 fragment float4 disc_fragment(Out in [[stage_in]], float2 at [[point_coord]]) {
     if (distance(at, 0.5) > 0.25) discard_fragment();
     return float4(1, 2, in.position.xy / 256);
@@ -299,6 +307,29 @@ TEST_F(Points, discardAndDeriveByEveryWay) {
             expectSame(pictures.back(), pictures.front(), 10, std::string(fragment) + way.name);
         }
     }
+    device->state().points = real;
+}
+
+// Loads that are the same over a point are handed over, others are not.
+TEST_F(Points, readWhatLiesBehindThemByEveryWay) {
+    const PointTraits real = device->state().points;
+    for (const float size : {3.0f, 12.0f})
+        for (const Way& way : ways(real)) {
+            device->state().points = way.traits;
+            const Picture drawn =
+                picture(*dots(PixelFormat::rgba16Float, "mixed_fragment"),
+                        {dotAt(39.5, 29.5, size, 5), dotAt(-200, 0, 1, 7)}, way.count);
+            const float near = 0.5f - 1 / size, far = 0.5f + 1 / size; // a pixel's width aside
+            const Picture wanted{{1, 11, 5, 11 * near},
+                                 {1, 11, 7, 11 * far},
+                                 {1, 11, 5 + size, 11 * near},
+                                 {1, 11, 7 + size, 11 * far}};
+            const auto at = [&](float x, float y) {
+                return drawn[static_cast<std::size_t>(y) * width + static_cast<std::size_t>(x)];
+            };
+            expectSame({at(38.5f, 28.5f), at(40.5f, 28.5f), at(38.5f, 30.5f), at(40.5f, 30.5f)},
+                       wanted, 10, way.name + (" with size " + std::to_string(size)));
+        }
     device->state().points = real;
 }
 
