@@ -1,0 +1,59 @@
+// What an episode hears of a block of sound: a spectrum over logarithmic frequencies, and levels.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace tarnwick {
+
+// Values rise quickly (10 ms) and fall slowly (0.25 s), by the seconds that pass, however often the
+// sound is looked at. One thread at a time.
+class AudioAnalyzer {
+  public:
+    static constexpr std::size_t window = 2048; // samples looked at in each call
+
+    // `sampleRate` in Hz, above 0; with bins, high enough that each begins below half of it (above
+    // 31.2 kHz for 256). `bins` is at least 0.
+    AudioAnalyzer(double sampleRate, std::int64_t bins);
+    ~AudioAnalyzer();
+    AudioAnalyzer(AudioAnalyzer&&) noexcept;
+    AudioAnalyzer& operator=(AudioAnalyzer&&) noexcept;
+
+    // Looks at the last `window` of the samples, with silence before them where there are fewer,
+    // and moves towards what it finds by `elapsed` seconds, at least 0.
+    void analyse(std::span<const float> mono, double elapsed);
+    // Silence, at once: for sound that begins anew or jumps.
+    void reset();
+
+    double sampleRate() const { return sampleRate_; }
+    // Each in [0, 1], from -70 to -6 decibels, 0 being a sine of full scale.
+    const std::vector<float>& spectrum() const { return spectrum_; } // from 30 Hz to 16 kHz
+    const std::array<float, 4>& bands() const { return bands_; }     // low, mid, high, level
+
+    // The means of left and right. An odd sample at the end is left out.
+    static std::vector<float> mono(std::span<const float> interleaved);
+
+  private:
+    struct Transform;
+    // Frequencies of the transform, from `first` up to before `end`, in steps of rate / window.
+    struct Range {
+        std::size_t first = 0, end = 0;
+    };
+    Range binRange(std::size_t bin, std::size_t bins) const;
+    Range bandRange(double from, double to) const;
+    float peak(const Range& range) const;
+    float sum(const Range& range) const;
+
+    double sampleRate_;
+    std::vector<float> spectrum_;
+    std::array<float, 4> bands_{};
+    std::vector<Range> binRanges_;
+    std::array<Range, 3> bandRanges_;
+    std::unique_ptr<Transform> transform_;
+};
+
+} // namespace tarnwick
