@@ -1,0 +1,51 @@
+#include "TarnwickRender/SoundSamples.h"
+
+#include "TarnwickRender/ParamBuffer.h"
+
+#include <algorithm>
+
+namespace tarnwick {
+namespace {
+
+constexpr std::uint32_t mostThreadsPerGroup = 256;
+
+// As the sound kernel declares it.
+struct SoundUniforms {
+    float start = 0; // seconds, of the first sample
+    float rate = ShaderAssembler::sampleRate;
+    std::uint32_t count = 0;
+    std::uint32_t pad = 0;
+};
+
+} // namespace
+
+SoundResult evaluateSound(const ShaderProgram& program, gpu::CommandQueue& queue,
+                          const gpu::Buffer& buffer, double start, std::uint32_t count,
+                          const ParamValues& values) {
+    auto commands = queue.commandBuffer();
+    auto encoder = commands ? commands->computeCommandEncoder() : std::nullopt;
+    if (!encoder)
+        return SoundResult::failed;
+    const gpu::ComputePipelineState& kernel = *program.soundPipeline();
+    const SoundUniforms uniforms{.start = static_cast<float>(start), .count = count};
+    const ParamBuffer params(program.params(), values);
+    encoder->setComputePipelineState(kernel);
+    encoder->setBuffer(buffer, 0, 0);
+    encoder->setBytes(&uniforms, sizeof uniforms, 1);
+    encoder->setBytes(params.data(), params.length(), 2);
+    encoder->dispatchThreads(
+        {.width = count},
+        {.width = std::min(kernel.maxTotalThreadsPerThreadgroup(), mostThreadsPerGroup)});
+    encoder->endEncoding();
+    commands->commit();
+    commands->waitUntilCompleted();
+    if (commands->status() != gpu::CommandBufferStatus::completed)
+        return SoundResult::failed;
+    return commands->hitLoopBudget() ? SoundResult::endedByLoopBudget : SoundResult::done;
+}
+
+std::span<const float> soundSamples(const gpu::Buffer& buffer, std::size_t count) {
+    return {static_cast<const float*>(buffer.contents()), 2 * count};
+}
+
+} // namespace tarnwick

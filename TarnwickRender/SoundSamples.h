@@ -1,0 +1,28 @@
+// One stretch of an episode's sound, evaluated on the GPU.
+#pragma once
+
+#include "TarnwickCore/Params.h"
+#include "TarnwickGPU/Commands.h"
+#include "TarnwickRender/ShaderProgram.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace tarnwick {
+
+// Bytes of one sample: left and right, each a float in [-1, 1].
+inline constexpr std::size_t soundSampleSize = 2 * sizeof(float);
+
+enum class SoundResult : std::uint8_t { done, endedByLoopBudget, failed };
+
+// Fills `buffer`, shared memory for at least `count` samples, with those from `start` seconds on,
+// sampleRate a second. The program has a sound. Blocks.
+SoundResult evaluateSound(const ShaderProgram& program, gpu::CommandQueue& queue,
+                          const gpu::Buffer& buffer, double start, std::uint32_t count,
+                          const ParamValues& values);
+
+// The first `count` samples in `buffer`: left, right, left, right.
+std::span<const float> soundSamples(const gpu::Buffer& buffer, std::size_t count);
+
+} // namespace tarnwick
