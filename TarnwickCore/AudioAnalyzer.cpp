@@ -12,8 +12,7 @@ namespace tarnwick {
 namespace {
 
 constexpr std::size_t window = AudioAnalyzer::window;
-constexpr std::size_t outputs = window / 2;    // of the transform that are looked at
-constexpr double lowest = 30, highest = 16000; // Hz, of the spectrum
+constexpr std::size_t outputs = window / 2; // of the transform that are looked at
 // Hz; low, mid and high lie between neighbours.
 constexpr std::array<double, 4> bandEdges{20, 250, 2000, 12000};
 
@@ -96,10 +95,11 @@ AudioAnalyzer& AudioAnalyzer::operator=(AudioAnalyzer&&) noexcept = default;
 
 // At least one output for each bin, never the constant term.
 AudioAnalyzer::Range AudioAnalyzer::binRange(std::size_t bin, std::size_t bins) const {
-    const double octaves = std::log(highest / lowest), start = std::log(lowest);
+    const double span = std::log(highestFrequency / lowestFrequency),
+                 start = std::log(lowestFrequency);
     auto output = [&](std::size_t edge) {
         const double hertz =
-            std::exp(static_cast<double>(edge) * octaves / static_cast<double>(bins) + start);
+            std::exp(static_cast<double>(edge) * span / static_cast<double>(bins) + start);
         // Beyond the outputs one is like the other.
         return static_cast<std::size_t>(std::min(hertz * window / sampleRate_, outputs + 1.0));
     };

@@ -15,6 +15,7 @@ namespace tarnwick {
 class AudioAnalyzer {
   public:
     static constexpr std::size_t window = 2048; // samples looked at in each call
+    static constexpr double lowestFrequency = 30, highestFrequency = 16000; // Hz, of the spectrum
 
     // `sampleRate` in Hz, above 0; with bins, high enough that each begins below half of it (above
     // 31.2 kHz for 256). `bins` is at least 0.
@@ -31,8 +32,8 @@ class AudioAnalyzer {
 
     double sampleRate() const { return sampleRate_; }
     // Each in [0, 1], from -70 to -6 decibels, 0 being a sine of full scale.
-    const std::vector<float>& spectrum() const { return spectrum_; } // from 30 Hz to 16 kHz
-    const std::array<float, 4>& bands() const { return bands_; }     // low, mid, high, level
+    const std::vector<float>& spectrum() const { return spectrum_; }
+    const std::array<float, 4>& bands() const { return bands_; } // low, mid, high, level
 
     // The means of left and right. An odd sample at the end is left out.
     static std::vector<float> mono(std::span<const float> interleaved);

@@ -27,6 +27,8 @@ extern const Command mslCommand;
 extern const Command newCommand;
 extern const Command saverCommand;
 extern const Command sheetCommand;
+extern const Command soundCommand;
+extern const Command spectrumCommand;
 extern const Command stillCommand;
 
 } // namespace tarnwick

@@ -4,8 +4,8 @@
 #include "TarnwickCore/Numbers.h"
 #include "TarnwickRender/ShaderRun.h"
 #include "programs/CommandError.h"
-#include "programs/Findings.h"
-#include "programs/StepsLine.h"
+#include "programs/EpisodeProgram.h"
+#include "programs/ProgressBar.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,18 +14,6 @@
 
 namespace tarnwick {
 namespace {
-
-std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
-                                               gpu::Device& device) {
-    try {
-        return ShaderProgram::compile(episode, device, ShaderProgram::pixelFormat);
-    } catch (const ShaderError& error) {
-        const std::string findings = findingsText(path, error.diagnostics);
-        std::fputs(findings.c_str(), stderr);
-        failure(std::string(path) + " does not compile" +
-                (findings.empty() ? ": " + error.raw : "."));
-    }
-}
 
 // The steps of a simulation are numbered in 32 bits.
 void checkSteps(const ShaderProgram& program, double time) {
@@ -71,8 +59,8 @@ Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device) {
     StillNews news;
     std::optional<Picture> picture;
     {
-        StepsLine line;
-        news.warmed = [&](std::int64_t step, std::int64_t goal) { line.show(step, goal); };
+        ProgressBar bar("Step");
+        news.warmed = [&](std::int64_t step, std::int64_t goal) { bar.show(step, goal); };
         picture =
             StillRenderer::render(program, device, width, height, static_cast<float>(frame.time),
                                   frame.frame, frame.values, &news);
@@ -85,13 +73,6 @@ Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device) {
                      "lack what it would have drawn.\n",
                      std::string(frame.path).c_str());
     return *std::move(picture);
-}
-
-std::shared_ptr<gpu::Device> drawingDevice() {
-    auto device = gpu::Device::systemDefault();
-    if (!device)
-        failure("There is no device to draw with; tarnwick devices lists them.");
-    return device;
 }
 
 } // namespace tarnwick

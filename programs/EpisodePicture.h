@@ -36,7 +36,4 @@ struct EpisodeFrame {
 // what the compiler finds has been printed then.
 Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device);
 
-// The device to draw with. Throws CommandError where there is none.
-std::shared_ptr<gpu::Device> drawingDevice();
-
 } // namespace tarnwick

@@ -5,6 +5,7 @@
 #include "TarnwickPlatform/Text/ContactSheet.h"
 #include "programs/Command.h"
 #include "programs/EpisodePicture.h"
+#include "programs/EpisodeProgram.h"
 #include "programs/HeldSignals.h"
 #include "programs/SourceFile.h"
 

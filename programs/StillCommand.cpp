@@ -2,6 +2,7 @@
 #include "TarnwickCore/Numbers.h"
 #include "programs/Command.h"
 #include "programs/EpisodePicture.h"
+#include "programs/EpisodeProgram.h"
 #include "programs/HeldSignals.h"
 #include "programs/SourceFile.h"
 #include "programs/StillValues.h"

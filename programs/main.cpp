@@ -1,4 +1,4 @@
-// tarnwick: checks, assembles, compiles and draws episodes from the command line.
+// tarnwick: checks, assembles, compiles, draws and hears episodes from the command line.
 #include "programs/Command.h"
 
 #include <algorithm>
@@ -11,9 +11,9 @@ namespace tarnwick {
 namespace {
 
 // clang-format off
-constexpr std::array<const Command*, 9> commands{
+constexpr std::array<const Command*, 11> commands{
     &newCommand, &infoCommand, &checkCommand, &assembleCommand, &mslCommand, &stillCommand,
-    &sheetCommand, &saverCommand, &devicesCommand};
+    &sheetCommand, &soundCommand, &spectrumCommand, &saverCommand, &devicesCommand};
 // clang-format on
 
 std::string padded(std::string_view text, std::size_t width) {

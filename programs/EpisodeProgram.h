@@ -1,0 +1,20 @@
+// An episode compiled for a subcommand, and the device that it is for.
+#pragma once
+
+#include "TarnwickRender/ShaderProgram.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace tarnwick {
+
+// The device to draw with. Throws CommandError where there is none.
+std::shared_ptr<gpu::Device> drawingDevice();
+
+// `path` is what to name the episode by. Throws CommandError; what the compiler finds has been
+// printed then.
+std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
+                                               gpu::Device& device);
+
+} // namespace tarnwick

@@ -1,0 +1,53 @@
+#include "programs/EpisodeSound.h"
+
+#include "TarnwickCore/Numbers.h"
+#include "TarnwickCore/ShaderAssembler.h"
+#include "TarnwickRender/AudioRenderer.h"
+#include "programs/CommandError.h"
+#include "programs/SourceFile.h"
+#include "programs/StillValues.h"
+
+#include <cmath>
+
+namespace tarnwick {
+namespace {
+
+constexpr double usualDuration = 10; // seconds
+
+double startOf(const Arguments& arguments, std::string_view option) {
+    const auto given = arguments.value(option);
+    const std::optional<double> start = given ? doubleOf(*given) : 0;
+    // The GPU is told in single precision.
+    if (!start || !std::isfinite(static_cast<float>(*start)) || *start < 0)
+        misuse(std::string(option) + " wants a number of seconds from 0 on, not " + quoted(*given) +
+               ".");
+    return *start;
+}
+
+double durationOf(const Arguments& arguments) {
+    const auto given = arguments.value("--duration");
+    const std::optional<double> duration = given ? doubleOf(*given) : usualDuration;
+    if (!duration || !(*duration * ShaderAssembler::sampleRate >= 0.5) ||
+        !(*duration <= AudioRenderer::longestWav))
+        misuse("--duration wants a number of seconds above 0 and up to " +
+               std::to_string(static_cast<int>(AudioRenderer::longestWav)) + ", not " +
+               quoted(*given) + ".");
+    return *duration;
+}
+
+} // namespace
+
+EpisodeSound episodeSoundOf(const Arguments& arguments, std::string_view startOption) {
+    EpisodeSound sound{.path = arguments.operand("episode")};
+    sound.start = startOf(arguments, startOption);
+    sound.duration = durationOf(arguments);
+    sound.episode = sourceText(sound.path);
+    if (!ShaderAssembler::definesSound(sound.episode))
+        misuse(std::string(sound.path) +
+               " has no sound: it defines no float2 sound(float t, constant Params& p).");
+    sound.values =
+        settingsOf(arguments.values("--set"), ParamParser::parse(sound.episode), sound.path);
+    return sound;
+}
+
+} // namespace tarnwick

@@ -1,0 +1,25 @@
+// What the subcommands that hear an episode share.
+#pragma once
+
+#include "TarnwickCore/Params.h"
+#include "programs/Arguments.h"
+
+#include <string>
+#include <string_view>
+
+namespace tarnwick {
+
+// A stretch of an episode's sound, as a command line asks for it.
+struct EpisodeSound {
+    std::string_view path; // to name the episode by
+    std::string episode;   // its text
+    ParamValues values;
+    double start = 0;    // seconds, from 0 on
+    double duration = 0; // seconds, at least one sample
+};
+
+// From the operand, `startOption`, --duration and --set. Throws CommandError; also when the episode
+// has no sound.
+EpisodeSound episodeSoundOf(const Arguments& arguments, std::string_view startOption);
+
+} // namespace tarnwick

@@ -1,0 +1,67 @@
+// tarnwick sound: a stretch of an episode's sound as a WAV file.
+#include "TarnwickBase/WholeFile.h"
+#include "TarnwickRender/AudioRenderer.h"
+#include "programs/Command.h"
+#include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSound.h"
+#include "programs/HeldSignals.h"
+#include "programs/ProgressBar.h"
+
+#include <array>
+#include <cstdio>
+
+namespace tarnwick {
+namespace {
+
+std::vector<float> samplesOf(const EpisodeSound& sound) {
+    const auto device = drawingDevice();
+    const auto program = programOf(sound.path, sound.episode, *device);
+    ProgressBar bar("Second");
+    SoundNews news;
+    news.advanced = [&](std::int64_t done, std::int64_t total) {
+        constexpr std::int64_t second = ShaderAssembler::sampleRate;
+        bar.show(done / second, (total + second - 1) / second);
+    };
+    auto samples =
+        AudioRenderer::render(program, *device, sound.start, sound.duration, sound.values, &news);
+    if (!samples)
+        failure("The device could not evaluate the sound of " + std::string(sound.path) + ".");
+    if (news.hitLoopBudget)
+        std::fprintf(stderr,
+                     "tarnwick: A loop of %s went on for too long and was ended; the sound may "
+                     "not be what it describes.\n",
+                     std::string(sound.path).c_str());
+    return *std::move(samples);
+}
+
+Status sound(const Arguments& arguments) {
+    const std::string_view out = arguments.value("-o").value_or("");
+    if (out.empty())
+        misuse("-o OUT.wav is missing: where to write the sound.");
+    const auto bytes = AudioRenderer::wavData(samplesOf(episodeSoundOf(arguments, "--start")));
+    const HeldSignals whileWriting;
+    try {
+        writeWholeFile(out, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    } catch (const WholeFileError& error) {
+        failure(error.what());
+    }
+    return Status::done;
+}
+
+constexpr std::array<Option, 4> soundOptions{{
+    {"-o", "OUT.wav", "where to write the sound; always wanted"},
+    {"--start", "SECONDS", "of the episode; 0 without it"},
+    {"--duration", "SECONDS", "of sound; 10 without it"},
+    {"--set", "NAME=VALUE", "of a parameter; may be repeated"},
+}};
+
+} // namespace
+
+const Command soundCommand{.name = "sound",
+                           .operands = "EPISODE",
+                           .summary = "Writes the episode's sound as a WAV file of 16-bit stereo "
+                                      "at 48 kHz.",
+                           .options = soundOptions,
+                           .run = sound};
+
+} // namespace tarnwick

@@ -1,0 +1,131 @@
+// tarnwick spectrum: what an episode hears of its own sound, as levels and as a picture.
+#include "TarnwickPlatform/Pictures/PNG.h"
+#include "TarnwickPlatform/Text/SpectrumPicture.h"
+#include "TarnwickRender/SoundTap.h"
+#include "programs/Command.h"
+#include "programs/EpisodePicture.h"
+#include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSound.h"
+#include "programs/HeldSignals.h"
+#include "programs/ProgressBar.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+
+namespace tarnwick {
+namespace {
+
+constexpr int framesASecond = 60;
+constexpr int framesBefore = 2 * framesASecond; // after which nothing is left of older levels
+
+class Listener {
+  public:
+    explicit Listener(const EpisodeSound& sound) : sound_(sound), device_(drawingDevice()) {
+        tap_ = SoundTap::make(programOf(sound.path, sound.episode, *device_), *device_);
+        if (!tap_)
+            fail();
+    }
+    // The levels at `time`, as the frames before left them.
+    std::array<float, 4> levels(double time) {
+        for (int frame = framesBefore; frame > 0; --frame)
+            if (const double before = time - static_cast<double>(frame) / framesASecond;
+                before >= 0)
+                hear(before);
+        return hear(time);
+    }
+    std::array<float, 4> hear(double time) {
+        const ShaderInputs inputs = tap_->inputs(time, sound_.values);
+        if (inputs.spectrum == nullptr)
+            fail();
+        return inputs.audio;
+    }
+    const std::vector<float>& spectrum() const { return tap_->analyzer().spectrum(); }
+
+  private:
+    [[noreturn]] void fail() const {
+        failure("The device could not evaluate the sound of " + std::string(sound_.path) + ".");
+    }
+    const EpisodeSound& sound_;
+    std::shared_ptr<gpu::Device> device_;
+    std::unique_ptr<SoundTap> tap_;
+};
+
+std::string levelsText(const std::array<float, 4>& levels) {
+    constexpr std::array<const char*, 4> names{"low", "mid", "high", "level"};
+    std::string text;
+    for (std::size_t band = 0; band < levels.size(); ++band) {
+        std::array<char, 32> line{};
+        std::snprintf(line.data(), line.size(), "%-6s %.3f\n", names[band],
+                      static_cast<double>(levels[band]));
+        text += line.data();
+    }
+    return text;
+}
+
+// One column of pixels after the other, from the sound's start on.
+SpectrumOverTime spectrumOf(const EpisodeSound& sound, std::uint32_t columns, Listener& listener) {
+    SpectrumOverTime spectrum{.bins = ShaderAssembler::spectrumBins,
+                              .start = sound.start,
+                              .duration = sound.duration,
+                              .lowest = AudioAnalyzer::lowestFrequency,
+                              .highest = AudioAnalyzer::highestFrequency};
+    ProgressBar bar("Column");
+    for (std::uint32_t column = 0; column < columns; ++column) {
+        listener.hear(sound.start + (column + 0.5) * sound.duration / columns);
+        spectrum.values.insert(spectrum.values.end(), listener.spectrum().begin(),
+                               listener.spectrum().end());
+        bar.show(column + 1, columns);
+    }
+    return spectrum;
+}
+
+// Wide and high enough for the axes and something between them.
+SpectrumLayout layoutOf(const Arguments& arguments) {
+    const PixelSize size = pixelSizeOf(arguments, {.width = 1280, .height = 720});
+    if (size.width < SpectrumLayout::leastWidth || size.height < SpectrumLayout::leastHeight)
+        misuse("A spectrum's picture has at least " + std::to_string(SpectrumLayout::leastWidth) +
+               "x" + std::to_string(SpectrumLayout::leastHeight) + " pixels.");
+    return {.width = static_cast<std::uint32_t>(size.width),
+            .height = static_cast<std::uint32_t>(size.height)};
+}
+
+Status spectrum(const Arguments& arguments) {
+    const auto out = arguments.value("-o");
+    if (out && out->empty())
+        misuse("-o wants OUT.png: where to write the picture.");
+    if (!arguments.has("--time"))
+        misuse("--time SECONDS is missing: when to listen.");
+    const EpisodeSound sound = episodeSoundOf(arguments, "--time");
+    const SpectrumLayout layout = layoutOf(arguments);
+    Listener listener(sound);
+    const std::string levels = levelsText(listener.levels(sound.start));
+    if (out) {
+        const Picture picture =
+            spectrumPicture(spectrumOf(sound, layout.plotWidth(), listener), layout);
+        const HeldSignals whileWriting;
+        writePNG(picture, *out);
+    }
+    print(levels);
+    return Status::done;
+}
+
+constexpr std::array<Option, 5> spectrumOptions{{
+    {"--time", "SECONDS", "of the episode, where the levels are taken; always wanted"},
+    {"-o", "OUT.png", "draws the spectrum from there on, high frequencies up"},
+    {"--duration", "SECONDS", "that the picture shows; 10 without it"},
+    {"--size", "WxH", "of the picture, in pixels; 1280x720 without it"},
+    {"--set", "NAME=VALUE", "of a parameter; may be repeated"},
+}};
+
+} // namespace
+
+const Command spectrumCommand{.name = "spectrum",
+                              .operands = "EPISODE",
+                              .summary = "Says how loud the episode's own sound is to it, and "
+                                         "draws its spectrum.",
+                              .options = spectrumOptions,
+                              .run = spectrum};
+
+} // namespace tarnwick

@@ -1,0 +1,41 @@
+# A stretch of sound becomes a WAV file; what has none, or no length, is said and nothing written.
+. "$PROMISES/promises.sh"
+episode >silent.metal
+sounding() {
+    echo "float2 sound(float t, constant Params& p) { $1 }"
+}
+(episode && sounding 'return float2(p.red, -p.green);') >e.metal
+expect 2 'silent.metal has no sound: it defines no float2 sound' sound silent.metal -o out.wav
+expect 2 'OUT.wav is missing' sound e.metal
+for duration in 0 -1 nan inf 1e-9 22370 long ''; do
+    expect 2 'wants a number of seconds above 0 and up to 22369, not "' \
+        sound e.metal -o out.wav --duration "$duration"
+done
+expect 2 'start wants a number of seconds from 0 on, not "-1"' sound e.metal -o out.wav --start -1
+expect 2 'declares no parameter "blue"' sound e.metal -o out.wav --set blue=1
+have ! -e out.wav
+"$TARNWICK" devices >out 2>err || exit 77
+# Two samples: 44 bytes of header, then 16384 and -16384, 24575 and -16384.
+numbers() { tail -c 8 "$1" | od -An -td2 | tr -s ' '; }
+expect 0 '' sound e.metal -o a.wav --duration 0.00004 --set red=0.5
+[ "$(numbers a.wav)" = ' 16384 -16384 16384 -16384' ] || complain 'other samples' sound
+have "$(wc -c <a.wav)" = 52
+have ! -s err
+expect 0 '' sound e.metal -o b.wav --duration 0.00004 --start 5 --set red=0.75
+[ "$(numbers b.wav)" = ' 24575 -16384 24575 -16384' ] || complain '--set changes nothing' sound
+# Without options ten seconds from 0 on; what starts later equals that part of it.
+(episode && sounding 'return float2(fract(t), t * 0.01);') >time.metal
+expect 0 '' sound time.metal -o whole.wav
+have "$(wc -c <whole.wav)" = 1920044
+expect 0 '' sound time.metal -o part.wav --start 2 --duration 1
+tail -c +384045 whole.wav | head -c 192000 >middle
+tail -c +45 part.wav | cmp -s - middle || complain 'a part differs from the whole' sound
+# What is beyond full scale is clipped.
+(episode && sounding 'return float2(1.0 / (t - t), -3.0);') >loud.metal
+expect 0 '' sound loud.metal -o loud.wav --duration 0.00004
+[ "$(numbers loud.wav)" = ' 32767 -32767 32767 -32767' ] || complain 'not clipped' sound
+(episode && sounding 'return y;') >bad.metal
+expect 1 '^bad.metal:6:52: error: ' sound bad.metal -o bad.wav
+have ! -e bad.wav
+expect 1 'none/out.wav cannot be written: No such file' sound e.metal -o none/out.wav
+finish
