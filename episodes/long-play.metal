@@ -5,18 +5,22 @@
 // @length 60
 // @teaches Highlights on brushed things: light on grooves, the colours of a grating, and reading Inputs
 // @category Sound
-// @tags anisotropy, diffraction, record, spectrum
+// @tags anisotropy, diffraction, record, spectrum, sound
 //
 // A record turns under a lamp. Vinyl is a mirror with grooves, so a lamp does not make a spot on it
 // but two fans of light that meet in the middle; they sway, because no record lies quite flat. What
 // is heard glows in the grooves, low notes inside, high ones at the rim; in silence the needle draws
 // its own faint trace. A picture in channel 0 becomes the label.
+//
+// The record has a tune of its own, eight slow bars that come round, with the crackle and the wow of
+// its pressing. Turned faster it plays higher, as records do.
 
 // @param turn 33.3 0.0 78.0 Revolutions in a minute
 // @param warp 0.8 0.0 1.5 How far the record is from flat
 // @param rainbow 0.55 0.0 1.0 Colours of the grooves' grating
 // @param glow 0.8 0.0 2.0 Light of what is heard, in the grooves
 // @param lamp 0.8 0.0 1.5 Brightness of the lamp
+// @param volume 0.5 0.0 1.0 Loudness of the tune
 
 constant float rim = 1.50;     // radii, about a tenth of a metre each
 constant float run = 1.43;     // the outermost groove
@@ -270,4 +274,99 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {
     colour *= 1.0 - 0.75 * dot(uv - 0.5, uv - 0.5);
     colour += (hash(uv * u.resolution + fract(t)) - 0.5) / 255.0;
     return float4(colour, 1.0);
+}
+
+// The tune. Times are the record's own seconds, those of 33.3 turns a minute; notes are counted in
+// semitones, 69 being 440 Hz.
+constant float beat = 0.9, bar = 3.6, tune = 28.8;
+constant float4 chords[8] = {float4(53, 57, 60, 64), float4(52, 55, 59, 62), float4(53, 57, 60, 64), float4(52, 55, 59, 64),
+                             float4(53, 57, 60, 64), float4(55, 59, 62, 64), float4(55, 57, 60, 64), float4(52, 57, 60, 67)};
+constant float basses[8] = {41, 40, 38, 36, 41, 43, 45, 33};
+// Two notes to a beat, 0 where the last one rings on.
+constant float melody[64] = {0, 0, 72, 0, 76, 0, 79, 76,  74, 0, 0, 0, 71, 0, 67, 0,  0, 0, 69, 72, 0, 76, 0, 77,  76, 0, 0, 74, 0, 0, 0, 0,
+                             0, 0, 72, 0, 76, 0, 81, 79,  0, 76, 74, 0, 71, 0, 74, 0,  72, 0, 0, 0, 69, 0, 67, 0,  69, 0, 0, 0, 0, 0, 0, 0};
+
+float hertz(float note) { return 440.0 * exp2((note - 69.0) / 12.0); }
+
+float wave(float cycles) { return sin(6.2831853 * fract(cycles)); }
+
+// White: a number from -1 to 1 for each whole one.
+float white(uint n) {
+    n = n * 0x9E3779B1u + 0x3C6EF35Fu;
+    n = (n ^ (n >> 15)) * 0x85EBCA77u;
+    n ^= n >> 13;
+    return float(n >> 8) / 8388608.0 - 1.0;
+}
+
+// Noise without what lies far above half of `rate`, in Hz.
+float breath(float s, float rate, uint seed) {
+    float at = s * rate;
+    float f = at - floor(at);
+    uint n = uint(at) + seed * 4000000u;
+    return mix(white(n), white(n + 1u), f * f * (3.0 - 2.0 * f));
+}
+
+// A struck reed, bright for a moment; `wow` seconds early or late.
+float reed(float note, float age, float wow, float length_) {
+    if (age < 0.0 || age >= length_) return 0.0;
+    float f = hertz(note);
+    float cycles = f * (age + wow);
+    float fade = exp(-1.6 * age) * smoothstep(0.0, 0.012, age) * smoothstep(length_, length_ * 0.75, age);
+    return fade * sin(6.2831853 * fract(cycles) + (0.25 + 0.9 * exp(-5.0 * age)) * wave(cycles));
+}
+
+float2 music(float s, float wow) {
+    float inBar = fmod(s, bar);
+    int number = min(int(s / bar), 7);
+    float2 out = float2(0.0);
+    for (int i = 0; i < 4; i++) { // a chord, rolled a little
+        float v = reed(chords[number][i], inBar - 0.035 * float(i), wow, bar - 0.12);
+        float side = 0.32 + 0.12 * float(i);
+        out += 0.12 * v * float2(1.0 - side, side);
+    }
+    float deep = fmod(inBar, 2.0 * beat); // on the first beat and the third
+    float low = hertz(basses[number]) * (deep + wow);
+    out += 0.17 * exp(-1.1 * deep) * smoothstep(0.0, 0.02, deep) * smoothstep(1.8, 1.6, deep) * (wave(low) + 0.25 * wave(2.0 * low));
+    int step_ = int(s / (0.5 * beat));
+    for (int back = 0; back < 4; back++) { // notes ring into the next ones
+        int k = step_ - back;
+        if (k < 0 || melody[k] < 1.0) continue;
+        float age = s - float(k) * 0.5 * beat;
+        out += 0.14 * reed(melody[k], age, wow, 2.0 * beat) * float2(0.42, 0.58);
+    }
+    return out;
+}
+
+// A soft drum on the first beat and the third, brushes on the others.
+float2 drums(float s) {
+    float age = fmod(s, 2.0 * beat);
+    float drum = 0.26 * exp(-7.0 * age) * smoothstep(0.0, 0.004, age) * wave(46.0 * age + 1.6 * (1.0 - exp(-22.0 * age)));
+    float after = fmod(s + beat, 2.0 * beat);
+    float brush = 0.055 * exp(-9.0 * after) * smoothstep(0.0, 0.03, after);
+    float tick = fmod(s, 0.5 * beat);
+    brush += 0.016 * exp(-30.0 * tick) * smoothstep(0.0, 0.008, tick);
+    return drum + brush * float2(breath(s, 15000.0, 1u), breath(s, 15000.0, 2u));
+}
+
+// Dust in the groove, a scratch that comes once a turn, and the air of the room that it was cut in.
+float2 crackle(float record, float s) {
+    float cells = record * 38.0;
+    uint cell = uint(cells);
+    float chance = white(cell * 3u);
+    float age = (cells - floor(cells) - 0.4 * (1.0 + white(cell * 3u + 1u))) / 38.0;
+    float size = pow(abs(white(cell * 3u + 2u)), 4.0) * step(0.2, chance);
+    float pop = age < 0.0 ? 0.0 : size * exp(-2600.0 * age) * wave(1900.0 * age);
+    float scratch = fmod(record + 0.7, 1.8018018);
+    pop += 0.5 * exp(-1400.0 * scratch) * wave(900.0 * scratch);
+    float side = 0.5 + 0.35 * chance;
+    float2 air = float2(breath(s, 9000.0, 3u), breath(s, 9000.0, 4u));
+    return 0.16 * pop * float2(1.0 - side, side) + 0.006 * air;
+}
+
+float2 sound(float t, constant Params& p) {
+    float speed = abs(p.turn) / 33.3;
+    float record = t * speed;
+    float s = fmod(record, tune);
+    float wow = p.warp * 0.0007 * sin(6.2831853 * record / 1.8018018);
+    return 2.2 * p.volume * smoothstep(0.0, 0.05, speed) * (music(s, wow) + drums(s) + crackle(record, s));
 }

@@ -1,10 +1,15 @@
-// The episodes that hear, played with sound, a picture and their own last frames.
+// The episodes that hear, played with sound, a picture and their own last frames; and the ones that
+// sound.
 #include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
+#include "TarnwickRender/AudioRenderer.h"
 #include "TarnwickRender/FeedbackFrames.h"
+#include "TarnwickRender/SoundTap.h"
 #include "TarnwickRender/SpectrumTexture.h"
 #include "tests/TarnwickRender/Rendering.h"
 
+#include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <numeric>
 #include <vector>
@@ -17,6 +22,23 @@ namespace {
 constexpr std::uint32_t width = 96, height = 54;
 
 struct HearingEpisode : Rendering {
+    // One frame at `time` seconds, without any before it.
+    Picture drawn(const std::shared_ptr<const ShaderProgram>& program, double time,
+                  const ShaderInputs& inputs) {
+        const auto shown = target(width, height);
+        const TWUniforms uniforms{.resolution = {width, height},
+                                  .time = static_cast<float>(time),
+                                  .timeDelta = 1.0f / 30,
+                                  .mouse = {width / 2.0f, height / 2.0f}};
+        perform([&](gpu::CommandBuffer& commands) {
+            auto encoder = commands.renderCommandEncoder(
+                {.color = {.texture = shown.get(), .load = gpu::LoadAction::clear}});
+            program->draw(*encoder, uniforms, {}, nullptr, &inputs);
+            encoder->endEncoding();
+        });
+        return pictureOf(*shown);
+    }
+
     // The last of `frames` frames, each reading the one before, at `loudness` from 0 to 1.
     Picture played(const std::shared_ptr<const ShaderProgram>& program, int frames,
                    float loudness) {
@@ -70,4 +92,44 @@ TEST_F(HearingEpisode, showsSoundAndNeverGrowsWhiteFromItsOwnFrames) {
         EXPECT_LT(after, 200) << entry.path();
     }
     EXPECT_GE(heard, 2);
+}
+
+// A frame just before a beat is told from the same frame just after it by what the tap hears only.
+TEST_F(HearingEpisode, drawsTheSoundThatItMakes) {
+    const auto text = fileText(std::filesystem::path(EPISODES) / "long-play.metal").value();
+    const auto episode = program(text);
+    const auto tap = SoundTap::make(episode, *device);
+    ASSERT_TRUE(tap);
+    constexpr double beat = 1.8; // seconds from one low note to the next
+    const auto brightnessAt = [&](double time) {
+        return meanOf(drawn(episode, 9, tap->inputs(time, {})));
+    };
+    const double silent = meanOf(drawn(episode, 9, ShaderInputs::none()));
+    brightnessAt(5 * beat - 0.5);
+    const double before = brightnessAt(5 * beat - 0.01), after = brightnessAt(5 * beat + 0.1);
+    EXPECT_GT(before, silent);
+    EXPECT_GT(after, before + 0.3);
+}
+
+TEST_F(Rendering, soundsOfEpisodesAreHeardAndNeverClipped) {
+    int sounding = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(EPISODES)) {
+        const std::string text = fileText(entry.path()).value();
+        if (!ShaderAssembler::definesSound(text))
+            continue;
+        ++sounding;
+        const auto samples = AudioRenderer::render(program(text), *device, 0, 30, {});
+        ASSERT_TRUE(samples);
+        double squares = 0, sum = 0, peak = 0;
+        for (const double sample : *samples) {
+            squares += sample * sample;
+            sum += sample;
+            peak = std::max(peak, std::abs(sample));
+        }
+        const double count = static_cast<double>(samples->size());
+        EXPECT_LT(peak, 0.9) << entry.path();
+        EXPECT_GT(std::sqrt(squares / count), 0.01) << entry.path();
+        EXPECT_LT(std::abs(sum / count), 0.01) << entry.path();
+    }
+    EXPECT_GE(sounding, 3);
 }
