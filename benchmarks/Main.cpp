@@ -1,5 +1,6 @@
 // tarnwick-bench: compile, draw and play times beside hand-written GLSL and Vulkan, as ratios of
 // one run.
+#include "TarnwickBase/FreedMemory.h"
 #include "benchmarks/Compiling.h"
 #include "benchmarks/Report.h"
 
@@ -98,6 +99,7 @@ int main(int count, char** arguments) {
         std::fputs(use, stderr);
         return 2;
     }
+    tarnwick::keepFreedMemory();
     if (given.first)
         return printFirstCompileTime();
     try {

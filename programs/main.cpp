@@ -1,4 +1,5 @@
 // tarnwick: checks, assembles, compiles, draws and hears episodes from the command line.
+#include "TarnwickBase/FreedMemory.h"
 #include "programs/Command.h"
 
 #include <algorithm>
@@ -85,6 +86,7 @@ Status runProgram(std::span<const char* const> words) {
 
 int main(int count, char** words) {
     using namespace tarnwick;
+    keepFreedMemory();
     try {
         const std::span<const char* const> all(words, static_cast<std::size_t>(count));
         return static_cast<int>(runProgram(all.subspan(all.empty() ? 0 : 1)));

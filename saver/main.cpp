@@ -1,9 +1,11 @@
+#include "TarnwickBase/FreedMemory.h"
 #include "saver/Program.h"
 
 #include <cstddef>
 #include <iostream>
 
 int main(int count, char** arguments) {
+    tarnwick::keepFreedMemory();
     const auto given = static_cast<std::size_t>(count);
     return tarnwick::runSaver({arguments + 1, given - 1}, std::cout, std::cerr);
 }

@@ -1,0 +1,14 @@
+#include "TarnwickBase/FreedMemory.h"
+
+#include <malloc.h>
+
+namespace tarnwick {
+
+void keepFreedMemory() {
+#ifdef __GLIBC__
+    mallopt(M_TRIM_THRESHOLD, 512 << 20);
+    mallopt(M_MMAP_THRESHOLD, 32 << 20); // the most that glibc takes
+#endif
+}
+
+} // namespace tarnwick
