@@ -1,5 +1,5 @@
 // tarnwick-bench: compile, draw and play times beside hand-written GLSL and Vulkan, as ratios of
-// one run.
+// one run, and how fast sound is evaluated and heard.
 #include "TarnwickBase/FreedMemory.h"
 #include "benchmarks/Compiling.h"
 #include "benchmarks/Report.h"
@@ -22,8 +22,9 @@ Measures, over the shaders of benchmarks/shaders and their hand-written GLSL twi
   (b) milliseconds to draw 1280 by 720 pixels, our module against the twin's, in turns;
 and over benchmarks/shaders/scenes:
   (c) milliseconds to play a frame of particles or of a grid, beside plain Vulkan with GLSL;
-  (d) gigabytes a second that a particle update moves, beside copying.
---only takes the shaders and scenes whose name contains NAME; (d) is called "updating".
+  (d) gigabytes a second that a particle update moves, beside copying;
+and (e) milliseconds to evaluate an episode's sound and to hear it.
+--only takes the shaders and scenes whose name contains NAME; (d) is called "updating", (e) "sound".
 )";
 
 struct Options {
@@ -69,7 +70,8 @@ int run(const Options& given) {
     keepNamed(all, given.only);
     keepNamed(scenes, given.only);
     const bool updates = std::string_view("updating").find(given.only) != std::string_view::npos;
-    if (all.empty() && scenes.empty() && !updates) {
+    const bool sounds = std::string_view("sound").find(given.only) != std::string_view::npos;
+    if (all.empty() && scenes.empty() && !updates && !sounds) {
         std::fprintf(stderr, "No shader's or scene's name contains \"%s\".\n", given.only.c_str());
         return 2;
     }
@@ -88,6 +90,8 @@ int run(const Options& given) {
         good = printPlaying(drawing->device(), sceneFolder, scenes, given.playRounds) && good;
     if (updates)
         good = printUpdating(drawing->device(), sceneFolder) && good;
+    if (sounds)
+        good = printSounding(*drawing->device()) && good;
     return good ? 0 : 1;
 }
 

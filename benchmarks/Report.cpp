@@ -1,6 +1,7 @@
 #include "benchmarks/Report.h"
 
 #include "benchmarks/Compiling.h"
+#include "benchmarks/Sounding.h"
 #include "benchmarks/Statistics.h"
 #include "benchmarks/Updating.h"
 
@@ -111,6 +112,20 @@ bool printUpdating(const std::shared_ptr<gpu::Device>& device,
     else
         std::printf("; bar: at least 80%%, %s)\n", verdict(share >= 0.8));
     return isCPU || share >= 0.8;
+}
+
+bool printSounding(gpu::Device& device) {
+    const SoundSpeed speed = soundSpeed(device);
+    const double analyse = speed.analyse * 1000;
+    std::printf("\nSound of two oscillators on %s (medians)\n\n", device.info().name.c_str());
+    std::printf("  %.0f s of it   %8.2f ms, %.0f times faster than real time (bar: 100, %s)\n",
+                SoundSpeed::duration, speed.render, speed.realTime(),
+                verdict(speed.realTime() >= 100));
+    std::printf("  a frame hears  %8.3f ms (bar: under 2 ms, %s)\n", speed.inputs,
+                verdict(speed.inputs < 2));
+    std::printf("  analysing      %8.2f us of that (bar: under 30 us, %s)\n", analyse,
+                verdict(analyse < 30));
+    return speed.realTime() >= 100 && speed.inputs < 2 && analyse < 30;
 }
 
 } // namespace tarnwick::bench

@@ -25,4 +25,7 @@ bool printPlaying(const std::shared_ptr<gpu::Device>& device, const std::filesys
 // Bytes a second that a scene's update kernel moves, beside copying.
 bool printUpdating(const std::shared_ptr<gpu::Device>& device, const std::filesystem::path& folder);
 
+// How many times faster than real time sound is rendered, and what hearing it takes a frame.
+bool printSounding(gpu::Device& device);
+
 } // namespace tarnwick::bench

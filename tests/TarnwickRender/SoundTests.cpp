@@ -56,6 +56,7 @@ TEST_F(Sound, isItsFunctionOverTime) {
     EXPECT_TRUE(rendered(sine, 1, 0).empty());
     EXPECT_TRUE(rendered(sine, 1, -1).empty());
     EXPECT_EQ(rendered(sine, 1, 1.6 / 48000).size(), 4u);
+    EXPECT_DEATH(AudioRenderer::render(sounding(sine), *device, 0, NAN, {}), "can be counted");
 }
 
 // Where one job ends and the next begins nothing is heard.
@@ -76,8 +77,12 @@ TEST_F(Sound, staysWithinFullScale) {
         const auto samples = rendered(body, 0, 0.01);
         EXPECT_EQ(samples, std::vector<float>(960, expected)) << body;
     }
-    for (const float sample : rendered("return float2(sqrt(-1.0 - t));", 0, 0.01))
+    const std::string noNumber = "return float2(sqrt(-1.0 - t));";
+    for (const float sample : rendered(noNumber, 0, 0.01))
         EXPECT_TRUE(sample >= -1 && sample <= 1) << sample;
+    const auto tap = SoundTap::make(sounding(noNumber), *device);
+    for (const float level : tap->inputs(1, {}).audio)
+        EXPECT_TRUE(level >= 0 && level <= 1) << level;
 }
 
 TEST_F(Sound, isAbsentWithoutItsFunction) {

@@ -34,6 +34,10 @@ tail -c +45 part.wav | cmp -s - middle || complain 'a part differs from the whol
 (episode && sounding 'return float2(1.0 / (t - t), -3.0);') >loud.metal
 expect 0 '' sound loud.metal -o loud.wav --duration 0.00004
 [ "$(numbers loud.wav)" = ' 32767 -32767 32767 -32767' ] || complain 'not clipped' sound
+# What is no number is some loudness in a whole file.
+(episode && sounding 'return float2(sqrt(-1.0 - t), 0.0 / (t - t));') >nan.metal
+expect 0 '' sound nan.metal -o nan.wav --duration 0.00004
+have "$(wc -c <nan.wav)" = 52
 (episode && sounding 'return y;') >bad.metal
 expect 1 '^bad.metal:6:52: error: ' sound bad.metal -o bad.wav
 have ! -e bad.wav

@@ -6,7 +6,9 @@ episode >silent.metal
 expect 2 'silent.metal has no sound' spectrum silent.metal --time 1
 expect 2 'time SECONDS is missing' spectrum e.metal
 expect 2 'time wants a number of seconds from 0 on, not "soon"' spectrum e.metal --time soon
-expect 2 'above 0' spectrum e.metal --time 1 --duration 0 -o out.png
+for duration in 0 -1 nan; do
+    expect 2 'above 0' spectrum e.metal --time 1 --duration "$duration" -o out.png
+done
 expect 2 'at least 240x160 pixels' spectrum e.metal --time 1 -o out.png --size 64x64
 have ! -e out.png
 "$TARNWICK" devices >out 2>err || exit 77
