@@ -25,6 +25,7 @@ extern const Command devicesCommand;
 extern const Command infoCommand;
 extern const Command mslCommand;
 extern const Command newCommand;
+extern const Command presetsCommand;
 extern const Command saverCommand;
 extern const Command sheetCommand;
 extern const Command soundCommand;

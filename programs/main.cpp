@@ -12,9 +12,9 @@ namespace tarnwick {
 namespace {
 
 // clang-format off
-constexpr std::array<const Command*, 11> commands{
+constexpr std::array<const Command*, 12> commands{
     &newCommand, &infoCommand, &checkCommand, &assembleCommand, &mslCommand, &stillCommand,
-    &sheetCommand, &soundCommand, &spectrumCommand, &saverCommand, &devicesCommand};
+    &sheetCommand, &soundCommand, &spectrumCommand, &presetsCommand, &saverCommand, &devicesCommand};
 // clang-format on
 
 std::string padded(std::string_view text, std::size_t width) {
