@@ -1,10 +1,9 @@
 // Keyframe tracks as JSON (RFC 8259).
 #include "TarnwickCore/KeyframeTracks.h"
+#include "TarnwickCore/Numbers.h"
 
 #include <nlohmann/json.hpp>
 
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -58,15 +57,6 @@ std::vector<Key> trackOf(const json& document, const std::string& name) {
         keys.push_back(
             keyOf(key, "Key " + std::to_string(keys.size() + 1) + " of \"" + name + "\""));
     return keys;
-}
-
-// The double whose shortest decimal form is the float's own, so that 0.1 is written "0.1".
-double asWritten(float value) {
-    std::array<char, 32> text{};
-    const char* end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
-    double widened = value;
-    std::from_chars(text.data(), end, widened);
-    return widened;
 }
 
 ordered_json documentOf(const Key& key) {

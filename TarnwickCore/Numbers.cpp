@@ -1,5 +1,6 @@
 #include "TarnwickCore/Numbers.h"
 
+#include <array>
 #include <charconv>
 #include <clocale>
 #include <cstdlib>
@@ -25,6 +26,23 @@ std::optional<Number> wholeNumber(std::string_view token, Convert convert) {
     return number;
 }
 
+template <typename Integer> std::optional<Integer> wholeDigits(std::string_view digits) {
+    Integer number = 0;
+    const char* end = digits.data() + digits.size();
+    if (digits.empty() || digits.front() == '-')
+        return std::nullopt;
+    const auto [stop, error] = std::from_chars(digits.data(), end, number);
+    if (error != std::errc{} || stop != end)
+        return std::nullopt;
+    return number;
+}
+
+template <typename Number> std::string fewestDigits(Number number) {
+    std::array<char, 64> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+    return {digits.data(), end};
+}
+
 } // namespace
 
 std::optional<float> floatOf(std::string_view token) {
@@ -36,20 +54,29 @@ std::optional<double> doubleOf(std::string_view token) {
 }
 
 std::optional<std::int64_t> integerOf(std::string_view digits) {
-    std::int64_t number = 0;
-    const char* end = digits.data() + digits.size();
-    if (digits.empty() || digits.front() == '-')
-        return std::nullopt;
-    const auto [stop, error] = std::from_chars(digits.data(), end, number);
-    if (error != std::errc{} || stop != end)
-        return std::nullopt;
-    return number;
+    return wholeDigits<std::int64_t>(digits);
+}
+
+std::optional<std::uint64_t> unsignedIntegerOf(std::string_view digits) {
+    return wholeDigits<std::uint64_t>(digits);
 }
 
 std::optional<std::int64_t> signedIntegerOf(std::string_view token) {
     const bool isSigned = token.starts_with('-') || token.starts_with('+');
     const std::optional<std::int64_t> size = integerOf(token.substr(isSigned ? 1 : 0));
     return size && token.starts_with('-') ? -*size : size;
+}
+
+std::string shortest(float number) {
+    return fewestDigits(number);
+}
+
+std::string shortest(double number) {
+    return fewestDigits(number);
+}
+
+double asWritten(float number) {
+    return doubleOf(shortest(number)).value_or(number);
 }
 
 } // namespace tarnwick

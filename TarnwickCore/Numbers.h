@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace tarnwick {
@@ -18,5 +19,15 @@ std::optional<double> doubleOf(std::string_view token);
 std::optional<std::int64_t> integerOf(std::string_view digits);
 // The same, with a plus or a minus allowed before the digits.
 std::optional<std::int64_t> signedIntegerOf(std::string_view token);
+// The digits again, for numbers from 0 to 2^64 - 1.
+std::optional<std::uint64_t> unsignedIntegerOf(std::string_view digits);
+
+// The fewest digits that read back as the same number.
+std::string shortest(float number);
+std::string shortest(double number);
+
+// The double that has the float's own shortest digits, so that 0.1F is written as 0.1 where there
+// are doubles only, as in JSON.
+double asWritten(float number);
 
 } // namespace tarnwick

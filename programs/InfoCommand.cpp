@@ -5,29 +5,16 @@
 #include "TarnwickCore/ShaderKind.h"
 #include "programs/Command.h"
 #include "programs/SourceFile.h"
+#include "programs/TextTable.h"
 
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
 #include <array>
-#include <charconv>
 
 namespace tarnwick {
 namespace {
 
 using nlohmann::ordered_json;
-
-// The fewest digits that read back as the same number.
-template <typename Number> std::string shortest(Number number) {
-    std::array<char, 64> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-    return {digits.data(), end};
-}
-
-// JSON has doubles only; a float goes there with its own digits, not with those of its neighbours.
-double asWritten(float number) {
-    return doubleOf(shortest(number)).value_or(number);
-}
 
 struct Episode {
     EpisodeMeta meta;
@@ -62,27 +49,12 @@ std::string kindText(const Episode& episode) {
     return text;
 }
 
-// A table of name, default, lowest, highest, description; columns as wide as they need.
 std::string paramsText(const std::vector<ParamDecl>& params) {
-    std::vector<std::array<std::string, 4>> cells{{"parameter", "default", "min", "max"}};
+    std::vector<std::vector<std::string>> rows{{"parameter", "default", "min", "max", ""}};
     for (const ParamDecl& param : params)
-        cells.push_back(
-            {param.name, shortest(param.defaultValue), shortest(param.min), shortest(param.max)});
-    std::array<std::size_t, 4> widths{};
-    for (const auto& line : cells)
-        for (std::size_t column = 0; column < line.size(); ++column)
-            widths[column] = std::max(widths[column], line[column].size());
-    std::string text;
-    for (std::size_t index = 0; index < cells.size(); ++index) {
-        for (std::size_t column = 0; column < widths.size(); ++column) {
-            const std::string& cell = cells[index][column];
-            text += cell + std::string(widths[column] - cell.size() + 2, ' ');
-        }
-        text += index > 0 ? params[index - 1].detail : "";
-        text.erase(text.find_last_not_of(' ') + 1);
-        text += "\n";
-    }
-    return text;
+        rows.push_back({param.name, shortest(param.defaultValue), shortest(param.min),
+                        shortest(param.max), param.detail});
+    return textTable(rows);
 }
 
 std::string infoText(const Episode& episode) {
