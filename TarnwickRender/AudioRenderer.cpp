@@ -13,6 +13,7 @@ namespace {
 
 constexpr int rate = ShaderAssembler::sampleRate;
 constexpr std::int64_t samplesPerJob = rate; // one second
+static_assert(samplesPerJob <= SoundCheck::mostSamples);
 
 std::int64_t sampleCount(double duration) {
     const double nearest = std::round(duration * rate);
@@ -66,6 +67,10 @@ AudioRenderer::render(const std::shared_ptr<const ShaderProgram>& program, gpu::
         const auto count = static_cast<std::uint32_t>(std::min(total - offset, samplesPerJob));
         // From the whole offset each time, so that no error grows.
         const double from = start + static_cast<double>(offset) / rate;
+        if (news != nullptr && news->check != nullptr)
+            news->notFinite = news->check->firstNotFinite(from, count, values);
+        if (news != nullptr && news->notFinite)
+            return std::nullopt;
         const SoundResult result = evaluateSound(*program, *queue, *buffer, from, count, values);
         if (result == SoundResult::failed)
             return std::nullopt;

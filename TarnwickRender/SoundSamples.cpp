@@ -1,7 +1,5 @@
 #include "TarnwickRender/SoundSamples.h"
 
-#include "TarnwickRender/ParamBuffer.h"
-
 #include <algorithm>
 
 namespace tarnwick {
@@ -22,13 +20,18 @@ struct SoundUniforms {
 SoundResult evaluateSound(const ShaderProgram& program, gpu::CommandQueue& queue,
                           const gpu::Buffer& buffer, double start, std::uint32_t count,
                           const ParamValues& values) {
+    return runSoundKernel(*program.soundPipeline(), queue, buffer, start, count,
+                          ParamBuffer(program.params(), values));
+}
+
+SoundResult runSoundKernel(const gpu::ComputePipelineState& kernel, gpu::CommandQueue& queue,
+                           const gpu::Buffer& buffer, double start, std::uint32_t count,
+                           const ParamBuffer& params) {
     auto commands = queue.commandBuffer();
     auto encoder = commands ? commands->computeCommandEncoder() : std::nullopt;
     if (!encoder)
         return SoundResult::failed;
-    const gpu::ComputePipelineState& kernel = *program.soundPipeline();
     const SoundUniforms uniforms{.start = static_cast<float>(start), .count = count};
-    const ParamBuffer params(program.params(), values);
     encoder->setComputePipelineState(kernel);
     encoder->setBuffer(buffer, 0, 0);
     encoder->setBytes(&uniforms, sizeof uniforms, 1);

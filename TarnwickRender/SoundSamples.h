@@ -3,6 +3,7 @@
 
 #include "TarnwickCore/Params.h"
 #include "TarnwickGPU/Commands.h"
+#include "TarnwickRender/ParamBuffer.h"
 #include "TarnwickRender/ShaderProgram.h"
 
 #include <cstddef>
@@ -21,6 +22,12 @@ enum class SoundResult : std::uint8_t { done, endedByLoopBudget, failed };
 SoundResult evaluateSound(const ShaderProgram& program, gpu::CommandQueue& queue,
                           const gpu::Buffer& buffer, double start, std::uint32_t count,
                           const ParamValues& values);
+
+// Runs a kernel with the sound kernel's arguments, one thread a sample; `buffer` has room for what
+// it writes. Blocks.
+SoundResult runSoundKernel(const gpu::ComputePipelineState& kernel, gpu::CommandQueue& queue,
+                           const gpu::Buffer& buffer, double start, std::uint32_t count,
+                           const ParamBuffer& params);
 
 // The first `count` samples in `buffer`: left, right, left, right.
 std::span<const float> soundSamples(const gpu::Buffer& buffer, std::size_t count);

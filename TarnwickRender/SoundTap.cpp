@@ -27,7 +27,7 @@ std::unique_ptr<SoundTap> SoundTap::make(std::shared_ptr<const ShaderProgram> pr
 }
 
 ShaderInputs SoundTap::inputs(double time, const ParamValues& values) {
-    const double start = time - AudioAnalyzer::window / rate;
+    const double start = time - heard;
     if (evaluateSound(*program_, *queue_, *buffer_, start, AudioAnalyzer::window, values) ==
         SoundResult::failed)
         return ShaderInputs::none();

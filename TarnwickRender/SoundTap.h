@@ -15,6 +15,10 @@ namespace tarnwick {
 // One for a program, kept while it plays. One thread at a time.
 class SoundTap {
   public:
+    // Seconds before a frame's time that it hears.
+    static constexpr double heard =
+        AudioAnalyzer::window / static_cast<double>(ShaderAssembler::sampleRate);
+
     // Null where the program has no sound or the device cannot make what it takes.
     static std::unique_ptr<SoundTap> make(std::shared_ptr<const ShaderProgram> program,
                                           gpu::Device& device);

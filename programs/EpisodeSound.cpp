@@ -3,11 +3,14 @@
 #include "TarnwickCore/Numbers.h"
 #include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickRender/AudioRenderer.h"
+#include "TarnwickRender/ShaderError.h"
 #include "programs/CommandError.h"
 #include "programs/SourceFile.h"
 #include "programs/StillValues.h"
 
+#include <array>
 #include <cmath>
+#include <cstdio>
 
 namespace tarnwick {
 namespace {
@@ -48,6 +51,29 @@ EpisodeSound episodeSoundOf(const Arguments& arguments, std::string_view startOp
     sound.values =
         settingsOf(arguments.values("--set"), ParamParser::parse(sound.episode), sound.path);
     return sound;
+}
+
+void refuseNotFinite(const EpisodeSound& sound, double time) {
+    std::array<char, 64> seconds{};
+    // A sample lasts 0.00002 s.
+    std::snprintf(seconds.data(), seconds.size(), "%.5f", time);
+    std::string digits(seconds.data());
+    digits.erase(digits.find_last_not_of('0') + 1);
+    if (digits.ends_with('.'))
+        digits.pop_back();
+    misuse("The sound of " + std::string(sound.path) + " is not a finite number at " + digits +
+           " s.");
+}
+
+std::unique_ptr<SoundCheck> soundCheckOf(const EpisodeSound& sound, gpu::Device& device) {
+    const std::string sentence = "The device cannot check the sound of " + std::string(sound.path);
+    try {
+        if (auto check = SoundCheck::make(sound.episode, device))
+            return check;
+    } catch (const ShaderError& error) {
+        failure(sentence + ": " + error.raw);
+    }
+    failure(sentence + ".");
 }
 
 } // namespace tarnwick

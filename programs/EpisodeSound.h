@@ -2,8 +2,10 @@
 #pragma once
 
 #include "TarnwickCore/Params.h"
+#include "TarnwickRender/SoundCheck.h"
 #include "programs/Arguments.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -21,5 +23,11 @@ struct EpisodeSound {
 // From the operand, `startOption`, --duration and --set. Throws CommandError; also when the episode
 // has no sound.
 EpisodeSound episodeSoundOf(const Arguments& arguments, std::string_view startOption);
+
+// Ends the command because `sound` is NaN or infinite at `time` seconds.
+[[noreturn]] void refuseNotFinite(const EpisodeSound& sound, double time);
+
+// What finds such times. Throws CommandError where the device cannot make it.
+std::unique_ptr<SoundCheck> soundCheckOf(const EpisodeSound& sound, gpu::Device& device);
 
 } // namespace tarnwick

@@ -17,13 +17,17 @@ std::vector<float> samplesOf(const EpisodeSound& sound) {
     const auto device = drawingDevice();
     const auto program = programOf(sound.path, sound.episode, *device);
     ProgressBar bar("Second");
+    const auto check = soundCheckOf(sound, *device);
     SoundNews news;
+    news.check = check.get();
     news.advanced = [&](std::int64_t done, std::int64_t total) {
         constexpr std::int64_t second = ShaderAssembler::sampleRate;
         bar.show(done / second, (total + second - 1) / second);
     };
     auto samples =
         AudioRenderer::render(program, *device, sound.start, sound.duration, sound.values, &news);
+    if (news.notFinite)
+        refuseNotFinite(sound, *news.notFinite);
     if (!samples)
         failure("The device could not evaluate the sound of " + std::string(sound.path) + ".");
     if (news.hitLoopBudget)

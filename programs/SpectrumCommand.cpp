@@ -26,6 +26,7 @@ class Listener {
         tap_ = SoundTap::make(programOf(sound.path, sound.episode, *device_), *device_);
         if (!tap_)
             fail();
+        check_ = soundCheckOf(sound, *device_);
     }
     // The levels at `time`, as the frames before left them.
     std::array<float, 4> levels(double time) {
@@ -36,6 +37,9 @@ class Listener {
         return hear(time);
     }
     std::array<float, 4> hear(double time) {
+        if (const auto notFinite = check_->firstNotFinite(time - SoundTap::heard,
+                                                          AudioAnalyzer::window, sound_.values))
+            refuseNotFinite(sound_, *notFinite);
         const ShaderInputs inputs = tap_->inputs(time, sound_.values);
         if (inputs.spectrum == nullptr)
             fail();
@@ -50,6 +54,7 @@ class Listener {
     const EpisodeSound& sound_;
     std::shared_ptr<gpu::Device> device_;
     std::unique_ptr<SoundTap> tap_;
+    std::unique_ptr<SoundCheck> check_;
 };
 
 std::string levelsText(const std::array<float, 4>& levels) {

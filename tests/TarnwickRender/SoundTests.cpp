@@ -12,12 +12,15 @@ namespace {
 
 class Sound : public Rendering {
   protected:
+    static std::string episode(const std::string& body) {
+        return "// @param tone 440 0 1000 Hertz\n"
+               "float2 sound(float t, constant Params& p) {\n" +
+               body +
+               "\n}\nfloat4 shade(float2 uv, constant Uniforms& u, constant Params& p) {\n"
+               "    return float4(1.0);\n}\n";
+    }
     std::shared_ptr<const ShaderProgram> sounding(const std::string& body) {
-        return program("// @param tone 440 0 1000 Hertz\n"
-                       "float2 sound(float t, constant Params& p) {\n" +
-                       body +
-                       "\n}\nfloat4 shade(float2 uv, constant Uniforms& u, constant Params& p) {\n"
-                       "    return float4(1.0);\n}\n");
+        return program(episode(body));
     }
     std::vector<float> rendered(const std::string& body, double start, double duration,
                                 const ParamValues& values = {}) {
@@ -83,6 +86,19 @@ TEST_F(Sound, staysWithinFullScale) {
     const auto tap = SoundTap::make(sounding(noNumber), *device);
     for (const float level : tap->inputs(1, {}).audio)
         EXPECT_TRUE(level >= 0 && level <= 1) << level;
+}
+
+// `-t` is below 0 where t is above it, and -0, whose root is a number, at time 0.
+TEST_F(Sound, isCheckedFromTimeZeroOn) {
+    auto first = [this](const std::string& body, double start, std::uint32_t count) {
+        const auto check = SoundCheck::make(episode(body), *device);
+        return check->firstNotFinite(start, count, {{"tone", 2}});
+    };
+    EXPECT_EQ(first("return float2(sqrt(t), 1e38);", -0.5, 48000), std::nullopt);
+    EXPECT_EQ(first("return float2(0.0, sqrt(-t));", -0.5, 24001), std::nullopt);
+    EXPECT_NEAR(first("return float2(0.0, sqrt(-t));", -0.5, 24002).value_or(9), 1 / 48e3, 1e-9);
+    EXPECT_NEAR(first("return float2(sqrt(p.tone - t));", 1.5, 48000).value_or(9), 2 + 1 / 48e3,
+                1e-9);
 }
 
 TEST_F(Sound, isAbsentWithoutItsFunction) {

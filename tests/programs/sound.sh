@@ -30,14 +30,23 @@ have "$(wc -c <whole.wav)" = 1920044
 expect 0 '' sound time.metal -o part.wav --start 2 --duration 1
 tail -c +384045 whole.wav | head -c 192000 >middle
 tail -c +45 part.wav | cmp -s - middle || complain 'a part differs from the whole' sound
-# What is beyond full scale is clipped.
-(episode && sounding 'return float2(1.0 / (t - t), -3.0);') >loud.metal
+# What is beyond full scale is clipped; before its start a sound need not be a number.
+(episode && sounding 'return float2(3.0 + 0.0 * sqrt(t), -1e38);') >loud.metal
 expect 0 '' sound loud.metal -o loud.wav --duration 0.00004
 [ "$(numbers loud.wav)" = ' 32767 -32767 32767 -32767' ] || complain 'not clipped' sound
-# What is no number is some loudness in a whole file.
-(episode && sounding 'return float2(sqrt(-1.0 - t), 0.0 / (t - t));') >nan.metal
-expect 0 '' sound nan.metal -o nan.wav --duration 0.00004
-have "$(wc -c <nan.wav)" = 52
+# NaN and infinity are said with their time, in any second and on either side.
+echo older >old.wav
+no_number() {
+    (episode && sounding "return t < 1.25 ? float2(0.5) : $1;") >nan.metal
+    expect 2 'The sound of nan.metal is not a finite number at 1.25 s.$' \
+        sound nan.metal -o old.wav --duration 3
+    expect 2 'not a finite number at 1.25 s.$' spectrum nan.metal --time 1.3 -o old.wav
+    [ "$(cat old.wav)" = older ] || complain 'written all the same' "$1"
+    expect 0 '' sound nan.metal -o before.wav --duration 1.25
+}
+no_number 'float2(sqrt(-t), 0.0)'
+no_number 'float2(0.0, 1.0 / (t - t))'
+no_number 'float2(0.0, -exp(99.0 * t))'
 (episode && sounding 'return y;') >bad.metal
 expect 1 '^bad.metal:6:52: error: ' sound bad.metal -o bad.wav
 have ! -e bad.wav
