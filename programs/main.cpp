@@ -13,7 +13,7 @@ namespace {
 
 // clang-format off
 constexpr std::array<const Command*, 12> commands{
-    &newCommand, &infoCommand, &checkCommand, &assembleCommand, &mslCommand, &stillCommand,
+    &newCommand, &metaCommand, &checkCommand, &assembleCommand, &mslCommand, &stillCommand,
     &sheetCommand, &soundCommand, &spectrumCommand, &presetsCommand, &saverCommand, &devicesCommand};
 // clang-format on
 

@@ -5,7 +5,7 @@ head -c 100000 "$TARNWICK" >binary
 printf 'float x;\0' >zero
 printf 'float \377 x;' >latin
 yes '// one hundred megabytes of text' | head -c 100000000 >long.metal
-for command in info check assemble msl; do
+for command in meta check assemble msl; do
     expect 2 '^tarnwick: missing.metal cannot be read: No such file or directory.$' $command missing.metal
     expect 2 '^tarnwick: folder is a folder' $command folder
     for file in binary zero latin; do

@@ -1,4 +1,4 @@
-// tarnwick info: what an episode says about itself.
+// tarnwick meta: what an episode says about itself.
 #include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/Numbers.h"
 #include "TarnwickCore/ShaderAssembler.h"
@@ -57,7 +57,7 @@ std::string paramsText(const std::vector<ParamDecl>& params) {
     return textTable(rows);
 }
 
-std::string infoText(const Episode& episode) {
+std::string metaText(const Episode& episode) {
     const EpisodeMeta& meta = episode.meta;
     std::string variations = listed(meta.variations);
     if (!variations.empty())
@@ -87,7 +87,7 @@ ordered_json paramsJSON(const std::vector<ParamDecl>& params) {
     return list;
 }
 
-std::string infoJSON(std::string_view path, const Episode& episode) {
+std::string metaJSON(std::string_view path, const Episode& episode) {
     const EpisodeMeta& meta = episode.meta;
     const ordered_json document{{"episode", path},
                                 {"number", meta.number},
@@ -110,24 +110,24 @@ std::string infoJSON(std::string_view path, const Episode& episode) {
     return document.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
 }
 
-Status info(const Arguments& arguments) {
+Status meta(const Arguments& arguments) {
     const std::string_view path = arguments.operand("episode");
     const std::string source = sourceText(path);
     const Episode episode{EpisodeMeta::parse(source), shaderKindOf(source),
                           ShaderAssembler::assemble(source)};
-    print(arguments.has("--json") ? infoJSON(path, episode) : infoText(episode));
+    print(arguments.has("--json") ? metaJSON(path, episode) : metaText(episode));
     return Status::done;
 }
 
-constexpr std::array<Option, 1> infoOptions{{{"--json", "", "as JSON; times are in seconds"}}};
+constexpr std::array<Option, 1> metaOptions{{{"--json", "", "as JSON; times are in seconds"}}};
 
 } // namespace
 
-const Command infoCommand{.name = "info",
+const Command metaCommand{.name = "meta",
                           .operands = "EPISODE",
                           .summary =
                               "Prints what the episode is: kind, title, lengths, parameters.",
-                          .options = infoOptions,
-                          .run = info};
+                          .options = metaOptions,
+                          .run = meta};
 
 } // namespace tarnwick

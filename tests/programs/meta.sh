@@ -6,20 +6,24 @@
 // @still 4
 // @final Thanks | see you
 // @particles 9000000' && episode && echo 'float2 sound(float t, constant Params& p) {') >e.metal
-expect 0 '^episode     7 Waves$' info e.metal
+expect 0 '^episode     7 Waves$' meta e.metal
 for line in 'kind        particles, 4000000, with sound' 'length      60 s' \
     'variations  3, 5; 12.5 s each' 'still       4 s' 'final       Thanks | see you' \
     'parameter  default  min  max' 'red        0.25     0    1    How red' \
     'green      0.5      0    1'; do
-    grep -qx -e "$line" out || complain "no line: $line" info e.metal
+    grep -qx -e "$line" out || complain "no line: $line" meta e.metal
 done
-expect 0 '"title": "Waves"' info e.metal --json
+expect 0 '"title": "Waves"' meta e.metal --json
 for word in '"kind": "particles"' '"particles": 4000000' '"variationLength": 12.5' \
     '"finalSummary": "see you"' '"default": 0.25' '"sound": true' '"inputs": false'; do
-    grep -q -e "$word" out || complain "no $word" info --json
+    grep -q -e "$word" out || complain "no $word" meta --json
+done
+for key in number title length variationLength variations still teaches category tags \
+    finalTitle finalSummary; do
+    grep -q "^  \"$key\": " out || complain "no $key" meta --json
 done
 echo '// @still inf' >endless.metal
-expect 0 '"still": null' info endless.metal --json
-expect 0 '^kind        fragment$' info endless.metal
-expect 2 'missing.metal cannot be read' info missing.metal
+expect 0 '"still": null' meta endless.metal --json
+expect 0 '^kind        fragment$' meta endless.metal
+expect 2 'missing.metal cannot be read' meta missing.metal
 finish
