@@ -1,5 +1,5 @@
 // tarnwick-bench: compile, draw and play times beside hand-written GLSL and Vulkan, as ratios of
-// one run, and how fast sound is evaluated and heard.
+// one run, how fast sound is evaluated and heard, and how fast text and data are read.
 #include "TarnwickBase/FreedMemory.h"
 #include "benchmarks/Compiling.h"
 #include "benchmarks/Report.h"
@@ -23,9 +23,13 @@ Measures, over the shaders of benchmarks/shaders and their hand-written GLSL twi
 and over benchmarks/shaders/scenes:
   (c) milliseconds to play a frame of particles or of a grid, beside plain Vulkan with GLSL;
   (d) gigabytes a second that a particle update moves, beside copying;
-and (e) milliseconds to evaluate an episode's sound and to hear it.
---only takes the shaders and scenes whose name contains NAME; (d) is called "updating", (e) "sound".
+(e) milliseconds to evaluate an episode's sound and to hear it;
+and (f) how fast text and data are read.
+--only takes the shaders and scenes whose name contains NAME; (d) is called "updating", (e) "sound",
+and (f) has a name for each line, such as "osc".
 )";
+
+constexpr int textRounds = 21;
 
 struct Options {
     std::string only;
@@ -68,17 +72,22 @@ int run(const Options& given) {
     std::vector<Case> all = cases(shaders);
     std::vector<SceneCase> scenes = sceneCases();
     keepNamed(all, given.only);
+    std::vector<TextCase> texts = textCases();
     keepNamed(scenes, given.only);
+    keepNamed(texts, given.only);
     const bool updates = std::string_view("updating").find(given.only) != std::string_view::npos;
     const bool sounds = std::string_view("sound").find(given.only) != std::string_view::npos;
-    if (all.empty() && scenes.empty() && !updates && !sounds) {
+    if (all.empty() && scenes.empty() && texts.empty() && !updates && !sounds) {
         std::fprintf(stderr, "No shader's or scene's name contains \"%s\".\n", given.only.c_str());
         return 2;
     }
-    bool good = true;
+    bool good = texts.empty() || printTexts(texts, textRounds);
+    if (all.empty() && scenes.empty() && !updates && !sounds)
+        return good ? 0 : 1;
     if (!all.empty())
         good = printCompiling(all, std::filesystem::read_symlink("/proc/self/exe").string(),
-                              given.compileRounds);
+                              given.compileRounds) &&
+               good;
     const auto drawing = Drawing::make();
     if (!drawing) {
         std::fputs("There is no Vulkan device to draw on.\n", stderr);

@@ -114,6 +114,22 @@ bool printUpdating(const std::shared_ptr<gpu::Device>& device,
     return isCPU || share >= 0.8;
 }
 
+bool printTexts(const std::vector<TextCase>& all, int rounds) {
+    std::printf("\nText and data (medians of %d)\n\n", rounds);
+    bool good = true;
+    for (const TextCase& one : all) {
+        std::vector<double> samples;
+        for (int round = 0; round < rounds; round++)
+            samples.push_back(one.sample());
+        const double middle = median(samples);
+        const bool reached = one.isRate ? middle >= one.bar : middle < one.bar;
+        std::printf("  %-44s %9.2f %s (bar: %s %g, %s)\n", one.what.c_str(), middle,
+                    one.unit.c_str(), one.isRate ? "at least" : "under", one.bar, verdict(reached));
+        good = good && reached;
+    }
+    return good;
+}
+
 bool printSounding(gpu::Device& device) {
     const SoundSpeed speed = soundSpeed(device);
     const double analyse = speed.analyse * 1000;

@@ -5,6 +5,7 @@
 #include "benchmarks/Case.h"
 #include "benchmarks/Drawing.h"
 #include "benchmarks/Playing.h"
+#include "benchmarks/Texts.h"
 
 #include <memory>
 #include <string>
@@ -24,6 +25,9 @@ bool printPlaying(const std::shared_ptr<gpu::Device>& device, const std::filesys
 
 // Bytes a second that a scene's update kernel moves, beside copying.
 bool printUpdating(const std::shared_ptr<gpu::Device>& device, const std::filesystem::path& folder);
+
+// The speed of each part without a device, as the median of `rounds` samples.
+bool printTexts(const std::vector<TextCase>& all, int rounds);
 
 // How many times faster than real time sound is rendered, and what hearing it takes a frame.
 bool printSounding(gpu::Device& device);

@@ -1,0 +1,40 @@
+#include "TarnwickCore/UTF8.h"
+
+#include <unicode/utf8.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+namespace tarnwick {
+namespace {
+
+bool isASCII(std::string_view bytes) {
+    return std::none_of(bytes.begin(), bytes.end(),
+                        [](char byte) { return static_cast<unsigned char>(byte) > 0x7F; });
+}
+
+void append(std::string& text, UChar32 character) {
+    std::array<std::uint8_t, U8_MAX_LENGTH> units{};
+    std::size_t count = 0;
+    U8_APPEND_UNSAFE(units, count, character);
+    text.append(units.begin(), units.begin() + count);
+}
+
+} // namespace
+
+std::string wellFormedUTF8(std::string_view bytes) {
+    if (isASCII(bytes))
+        return std::string(bytes);
+    std::string text;
+    text.reserve(bytes.size());
+    const auto* const units = reinterpret_cast<const std::uint8_t*>(bytes.data());
+    for (std::size_t at = 0; at < bytes.size();) {
+        UChar32 character = 0;
+        U8_NEXT_OR_FFFD(units, at, bytes.size(), character);
+        append(text, character);
+    }
+    return text;
+}
+
+} // namespace tarnwick
