@@ -4,22 +4,14 @@
 #include "TarnwickPlatform/Pictures/PNG.h"
 #include "TarnwickPlatform/Pictures/Picture.h"
 #include "TarnwickRender/ShaderProgram.h"
+#include "TarnwickRender/Stills.h"
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <optional>
 
 namespace tarnwick {
-
-// What a caller may learn besides the picture.
-struct StillNews {
-    // Called before and while a simulation is brought forward, with the steps performed and wanted.
-    std::function<void(std::int64_t step, std::int64_t goal)> warmed;
-    // Afterwards: whether a loop of the episode ran out of its budget and was ended.
-    bool hitLoopBudget = false;
-};
 
 // Has no state and a queue of its own, so it may work beside live playback.
 struct StillRenderer {

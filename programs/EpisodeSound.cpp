@@ -5,27 +5,17 @@
 #include "TarnwickRender/AudioRenderer.h"
 #include "TarnwickRender/ShaderError.h"
 #include "programs/CommandError.h"
+#include "programs/Seconds.h"
 #include "programs/SourceFile.h"
 #include "programs/StillValues.h"
 
 #include <array>
-#include <cmath>
 #include <cstdio>
 
 namespace tarnwick {
 namespace {
 
 constexpr double usualDuration = 10; // seconds
-
-double startOf(const Arguments& arguments, std::string_view option) {
-    const auto given = arguments.value(option);
-    const std::optional<double> start = given ? doubleOf(*given) : 0;
-    // The GPU is told in single precision.
-    if (!start || !std::isfinite(static_cast<float>(*start)) || *start < 0)
-        misuse(std::string(option) + " wants a number of seconds from 0 on, not " + quoted(*given) +
-               ".");
-    return *start;
-}
 
 double durationOf(const Arguments& arguments) {
     const auto given = arguments.value("--duration");
@@ -42,7 +32,7 @@ double durationOf(const Arguments& arguments) {
 
 EpisodeSound episodeSoundOf(const Arguments& arguments, std::string_view startOption) {
     EpisodeSound sound{.path = arguments.operand("episode")};
-    sound.start = startOf(arguments, startOption);
+    sound.start = secondsFromZero(arguments, startOption, 0);
     sound.duration = durationOf(arguments);
     sound.episode = sourceText(sound.path);
     if (!ShaderAssembler::definesSound(sound.episode))

@@ -12,9 +12,21 @@ namespace tarnwick {
 namespace {
 
 // clang-format off
-constexpr std::array<const Command*, 12> commands{
-    &newCommand, &metaCommand, &checkCommand, &assembleCommand, &mslCommand, &stillCommand,
-    &sheetCommand, &soundCommand, &spectrumCommand, &presetsCommand, &saverCommand, &devicesCommand};
+constexpr std::array commands{
+    &newCommand,
+    &metaCommand,
+    &checkCommand,
+    &assembleCommand,
+    &mslCommand,
+    &stillCommand,
+    &sheetCommand,
+    &soundCommand,
+    &spectrumCommand,
+    &loopCommand,
+    &presetsCommand,
+    &saverCommand,
+    &devicesCommand,
+};
 // clang-format on
 
 std::string padded(std::string_view text, std::size_t width) {

@@ -1,0 +1,32 @@
+#include "programs/EpisodeLoop.h"
+
+#include "programs/CommandError.h"
+#include "programs/ProgressBar.h"
+
+#include <string>
+
+namespace tarnwick {
+
+FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
+                   const ParamValues& values, const LoopSearch& search, std::string_view path) {
+    if (program->needsRun())
+        failure("The length of a loop is sought among stills, which cannot show how " +
+                std::string(path) + " goes on: it is a " +
+                (program->isMesh() ? "grid" : "particle") + " episode.");
+    std::optional<FoundLoop> found;
+    {
+        ProgressBar bar("Length");
+        found = LoopFinder::best(program, device, values, search.start, search.around, search.range,
+                                 search.fps, [&](std::int64_t done, std::int64_t total) {
+                                     bar.show(done, total);
+                                     return true;
+                                 });
+    }
+    if (!found && device.isLost())
+        failure(device.info().name + " was lost.");
+    if (!found)
+        failure("No length of two frames or more lies within that range.");
+    return *found;
+}
+
+} // namespace tarnwick

@@ -1,0 +1,70 @@
+// tarnwick loop: the length at which an episode comes back to where it began.
+#include "TarnwickCore/Numbers.h"
+#include "programs/Command.h"
+#include "programs/EpisodeLoop.h"
+#include "programs/EpisodeProgram.h"
+#include "programs/Seconds.h"
+#include "programs/SourceFile.h"
+#include "programs/StillValues.h"
+
+#include <array>
+#include <cstdio>
+
+namespace tarnwick {
+namespace {
+
+LoopSearch searchOf(const Arguments& arguments) {
+    LoopSearch search;
+    if (!arguments.has("--around"))
+        misuse("--around SECONDS is missing: about how long the loop is to be.");
+    search.start = secondsFromZero(arguments, "--start", search.start);
+    search.around = secondsFromZero(arguments, "--around", search.around);
+    search.range = secondsFromZero(arguments, "--range", search.range);
+    if (const auto given = arguments.value("--fps")) {
+        const auto fps = integerOf(*given);
+        if (!fps || *fps < 1 || *fps > 1000)
+            misuse("--fps wants a whole number from 1 to 1000, not " + quoted(*given) + ".");
+        search.fps = *fps;
+    }
+    return search;
+}
+
+std::string foundText(const FoundLoop& found, std::int64_t fps) {
+    const auto frames = static_cast<double>(fps) * found.length;
+    std::array<char, 120> text{};
+    std::snprintf(text.data(), text.size(),
+                  "%.9g seconds: %.0f frames, whose ends differ by %.2f of 255 values\n",
+                  found.length, frames, found.difference);
+    return text.data();
+}
+
+Status loop(const Arguments& arguments) {
+    const std::string_view path = arguments.operand("episode");
+    const LoopSearch search = searchOf(arguments);
+    const std::string episode = sourceText(path);
+    const ParamValues values =
+        settingsOf(arguments.values("--set"), ParamParser::parse(episode), path);
+    const auto device = drawingDevice();
+    const auto program = programOf(path, episode, *device);
+    print(foundText(findLoop(program, *device, values, search, path), search.fps));
+    return Status::done;
+}
+
+constexpr std::array<Option, 5> loopOptions{{
+    {"--around", "SECONDS", "about how long the loop is to be; always wanted"},
+    {"--range", "SECONDS", "how much it may be longer or shorter; 0.5 without it"},
+    {"--fps", "N", "frames a second, of which the loop is to have a whole number; 30 without it"},
+    {"--start", "SECONDS", "of the episode, where the loop begins; 0 without it"},
+    {"--set", "NAME=VALUE", "of a parameter; may be repeated"},
+}};
+
+} // namespace
+
+const Command loopCommand{.name = "loop",
+                          .operands = "EPISODE",
+                          .summary = "Finds the length at which the episode comes back closest to "
+                                     "where it began.",
+                          .options = loopOptions,
+                          .run = loop};
+
+} // namespace tarnwick

@@ -1,0 +1,27 @@
+# The length at which an episode loops is found, or it is said why not.
+. "$PROMISES/promises.sh"
+turning() {
+    echo '// @param period 2 0.1 10'
+    echo 'float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {'
+    echo '    return float4(0.5 + 0.5 * cos(6.2831853 * (u.time / p.period + uv.x)));'
+    echo '}'
+}
+turning >e.metal
+expect 2 'around SECONDS is missing' loop e.metal
+for seconds in -1 nan inf 1e39 long ''; do
+    expect 2 'around wants a number of seconds from 0 on, not "' loop e.metal --around "$seconds"
+done
+expect 2 'fps wants a whole number from 1 to 1000, not "0"' loop e.metal --around 2 --fps 0
+expect 2 'declares no parameter "speed"; it declares period' loop e.metal --around 2 --set speed=1
+"$TARNWICK" devices >out 2>err || exit 77
+expect 0 '^2 seconds: 60 frames, whose ends differ by 0.00' loop e.metal --around 2.2
+expect 0 '^1.5 seconds: 15 frames' loop e.metal --around 1 --range 1 --fps 10 --set period=1.5 --start 3
+expect 1 'No length of two frames or more' loop e.metal --around 0.01 --range 0
+cat >grid.metal <<'TEXT'
+// @grid 4
+struct Vertex { float4 position [[position]]; };
+Vertex corner(float2 grid, constant Uniforms& u, constant Params& p) { return {float4(grid, 0, 1)}; }
+float4 shade(Vertex v, constant Uniforms& u, constant Params& p) { return 1.0; }
+TEXT
+expect 1 'grid.metal goes on: it is a grid episode' loop grid.metal --around 2
+finish
