@@ -32,5 +32,6 @@ extern const Command sheetCommand;
 extern const Command soundCommand;
 extern const Command spectrumCommand;
 extern const Command stillCommand;
+extern const Command variationsCommand;
 
 } // namespace tarnwick

@@ -52,27 +52,37 @@ std::uint32_t savedFrame(double time) {
     return static_cast<std::uint32_t>(std::min(time * 30, greatest));
 }
 
-Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device) {
-    const auto program = programOf(frame.path, frame.episode, device);
+Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const EpisodeFrame& frame,
+                  gpu::Device& device, StillNews& news) {
     checkSteps(*program, frame.time);
     const auto [width, height] = frame.size;
+    std::optional<Picture> picture =
+        StillRenderer::render(program, device, width, height, static_cast<float>(frame.time),
+                              frame.frame, frame.values, &news);
+    if (!picture)
+        failure(ShaderRun::absence(*program, device, width, height));
+    return *std::move(picture);
+}
+
+Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device) {
+    const auto program = programOf(frame.path, frame.episode, device);
     StillNews news;
     std::optional<Picture> picture;
     {
         ProgressBar bar("Step");
         news.warmed = [&](std::int64_t step, std::int64_t goal) { bar.show(step, goal); };
-        picture =
-            StillRenderer::render(program, device, width, height, static_cast<float>(frame.time),
-                                  frame.frame, frame.values, &news);
+        picture = pictureOf(program, frame, device, news);
     }
-    if (!picture)
-        failure(ShaderRun::absence(*program, device, width, height));
     if (news.hitLoopBudget)
-        std::fprintf(stderr,
-                     "tarnwick: A loop of %s went on for too long and was ended; the picture may "
-                     "lack what it would have drawn.\n",
-                     std::string(frame.path).c_str());
+        warnOfLoopBudget(frame.path);
     return *std::move(picture);
+}
+
+void warnOfLoopBudget(std::string_view path) {
+    std::fprintf(stderr,
+                 "tarnwick: A loop of %s went on for too long and was ended; the picture may lack "
+                 "what it would have drawn.\n",
+                 std::string(path).c_str());
 }
 
 } // namespace tarnwick

@@ -36,4 +36,11 @@ struct EpisodeFrame {
 // what the compiler finds has been printed then.
 Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device);
 
+// Draws it with its program, the episode's text left aside; says nothing. Throws CommandError.
+Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const EpisodeFrame& frame,
+                  gpu::Device& device, StillNews& news);
+
+// Says on standard error that a loop of the episode was ended.
+void warnOfLoopBudget(std::string_view path);
+
 } // namespace tarnwick

@@ -20,6 +20,7 @@ constexpr std::array commands{
     &mslCommand,
     &stillCommand,
     &sheetCommand,
+    &variationsCommand,
     &soundCommand,
     &spectrumCommand,
     &loopCommand,
@@ -36,7 +37,7 @@ std::string padded(std::string_view text, std::size_t width) {
 std::string programHelp() {
     std::string help = "usage: tarnwick COMMAND ...\n\n";
     for (const Command* command : commands)
-        help += "  " + padded(command->name, 10) + std::string(command->summary) + "\n";
+        help += "  " + padded(command->name, 12) + std::string(command->summary) + "\n";
     return help + "\ntarnwick COMMAND --help says more. Status: 0 done, 1 the work failed, "
                   "2 it cannot be asked for like this.\n";
 }

@@ -31,13 +31,13 @@ Picture contactSheet(std::span<const LabelledPicture> pictures, const SheetLayou
         const std::size_t x =
             layout.gap + index % layout.columns * (layout.pictureWidth + layout.gap);
         const std::size_t y = layout.gap + index / layout.columns *
-                                               (layout.pictureHeight + layout.label + layout.gap);
+                                               (layout.pictureHeight + layout.label() + layout.gap);
         paste(sheet, picture, x, y);
         drawCenteredText(sheet, text, 14,
                          {.x = static_cast<double>(x),
                           .y = static_cast<double>(y + layout.pictureHeight),
                           .width = static_cast<double>(layout.pictureWidth),
-                          .height = SheetLayout::label});
+                          .height = static_cast<double>(layout.label())});
         ++index;
     }
     return sheet;

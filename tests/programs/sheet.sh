@@ -1,8 +1,8 @@
 # A sheet has a place for each episode, in the order of their numbers; what cannot be one is said.
 . "$PROMISES/promises.sh"
 "$TARNWICK" devices >out 2>err || exit 77
-(echo '// @episode 2 Second' && episode) >a.metal
-(echo '// @episode 1 First' && episode | sed 's/0.25/0.75/') >b.metal
+(echo '// @episode 2 B' && episode) >a.metal
+(echo '// @episode 1 A' && episode | sed 's/0.25/0.75/') >b.metal
 expect 0 '' sheet a.metal b.metal -o ab.png --size 64x36 --columns 2
 expect 0 '' sheet b.metal a.metal -o ba.png --size 64x36 --columns 2
 cmp -s ab.png ba.png || complain 'the order of the names counts' sheet

@@ -1,0 +1,29 @@
+// Sheets of stills, as several commands draw them.
+#pragma once
+
+#include "TarnwickPlatform/Text/ContactSheet.h"
+#include "programs/Arguments.h"
+#include "programs/EpisodePicture.h"
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+namespace tarnwick {
+
+// What --columns and --size say of a sheet of one still a label, with room for the longest label
+// below each. Throws CommandError where they say nothing usable or the sheet would be too large.
+SheetLayout sheetLayoutOf(const Arguments& arguments, std::span<const std::string> labels);
+
+// The size to draw a still at before it is halved: twice as large, so that fine lines are smooth.
+PixelSize drawnSize(const SheetLayout& layout);
+
+// Writes the sheet whole or not at all. Throws PictureError.
+void writeSheet(std::span<const LabelledPicture> stills, const SheetLayout& layout,
+                std::string_view out);
+
+// The help of the two options.
+constexpr Option columnsOption{"--columns", "N", "stills side by side; 3 without it"};
+constexpr Option stillSizeOption{"--size", "WxH", "of each still, in pixels; 400x225 without it"};
+
+} // namespace tarnwick

@@ -1,0 +1,133 @@
+// tarnwick variations: a series of settings near an episode's defaults, as a list or as stills.
+#include "TarnwickCore/Numbers.h"
+#include "TarnwickCore/VideoChapters.h"
+#include "TarnwickPlatform/Pictures/Halved.h"
+#include "programs/Command.h"
+#include "programs/EpisodeProgram.h"
+#include "programs/EpisodeVariations.h"
+#include "programs/ProgressBar.h"
+#include "programs/StillSheet.h"
+#include "programs/TextTable.h"
+
+#include <nlohmann/json.hpp>
+
+#include <array>
+
+namespace tarnwick {
+namespace {
+
+using nlohmann::ordered_json;
+
+// As a video of them would name them.
+std::vector<VideoChapters::Chapter> chaptersOf(const EpisodeVariations& variations) {
+    return VideoChapters::variations(variations.series, variations.duration, 0).chapters;
+}
+
+std::string listText(const EpisodeVariations& variations) {
+    const auto chapters = chaptersOf(variations);
+    std::vector<std::vector<std::string>> rows{{"variation", "start", "highlights", "settings"}};
+    for (std::size_t at = 0; at < chapters.size(); ++at) {
+        const Variation& variation = variations.series[at];
+        rows.push_back({std::to_string(variation.index), shortest(variation.start) + " s",
+                        chapters[at].title, chapters[at].settings});
+    }
+    return textTable(rows);
+}
+
+ordered_json documentOf(const Variation& variation) {
+    ordered_json values = ordered_json::object();
+    for (const auto& [name, value] : variation.values)
+        values[name] = asWritten(value);
+    return {{"index", variation.index},
+            {"start", variation.start},
+            {"highlights", variation.highlights},
+            {"values", values}};
+}
+
+std::string listJSON(const EpisodeVariations& variations) {
+    ordered_json series = ordered_json::array();
+    for (const Variation& variation : variations.series)
+        series.push_back(documentOf(variation));
+    const ordered_json document{{"episode", variations.path},
+                                {"seed", variations.seed},
+                                {"length", variations.length},
+                                {"duration", variations.duration},
+                                {"spread", asWritten(variations.spread)},
+                                {"variations", series}};
+    return document.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+}
+
+std::vector<std::string> labelsOf(const EpisodeVariations& variations) {
+    std::vector<std::string> labels;
+    for (const VideoChapters::Chapter& chapter : chaptersOf(variations))
+        labels.push_back(std::to_string(variations.series[labels.size()].index) + "  " +
+                         chapter.title);
+    return labels;
+}
+
+// Each at its start and with its values.
+std::vector<LabelledPicture> stillsOf(const EpisodeVariations& variations,
+                                      std::span<const std::string> labels,
+                                      const SheetLayout& layout) {
+    const auto device = drawingDevice();
+    const auto program = programOf(variations.path, variations.episode, *device);
+    std::vector<LabelledPicture> stills;
+    ProgressBar bar("Still");
+    StillNews news;
+    const auto showProgress = [&] { bar.show(std::ssize(stills), std::ssize(labels)); };
+    news.warmed = [&](std::int64_t, std::int64_t) { showProgress(); };
+    bool hitLoopBudget = false;
+    for (const Variation& variation : variations.series) {
+        showProgress();
+        const EpisodeFrame frame{.path = variations.path,
+                                 .size = drawnSize(layout),
+                                 .time = variation.start,
+                                 .frame = savedFrame(variation.start),
+                                 .values = variation.values};
+        Picture picture = halved(pictureOf(program, frame, *device, news));
+        hitLoopBudget |= news.hitLoopBudget;
+        stills.push_back({.picture = std::move(picture), .label = labels[stills.size()]});
+    }
+    if (hitLoopBudget)
+        warnOfLoopBudget(variations.path);
+    return stills;
+}
+
+Status variations(const Arguments& arguments) {
+    const auto sheet = arguments.value("--sheet");
+    if (sheet && sheet->empty())
+        misuse("--sheet wants the name of a PNG file.");
+    const EpisodeVariations variations = episodeVariationsOf(arguments);
+    if (sheet) {
+        const std::vector<std::string> labels = labelsOf(variations);
+        const SheetLayout layout = sheetLayoutOf(arguments, labels);
+        writeSheet(stillsOf(variations, labels, layout), layout, *sheet);
+    }
+    if (!sheet || arguments.has("--json"))
+        print(arguments.has("--json") ? listJSON(variations) : listText(variations));
+    return Status::done;
+}
+
+constexpr std::array<Option, 10> variationsOptions{{
+    {"--seed", "N", "that the series is drawn from; always wanted"},
+    {"--count", "N", "how many; those of the episode's @variations without it"},
+    {"--from", "N", "the first one's number; 1 without it"},
+    {"--length", "SECONDS", "of the episode; its @length without it, or 60"},
+    {"--duration", "SECONDS", "that each is shown; its @variation without it, or 30"},
+    {"--spread", "X", "from 0, the defaults, to 1, whole ranges; 0.5 without it"},
+    {"--json", "", "the list as JSON; times are in seconds"},
+    {"--sheet", "OUT.png", "draws a still of each, at its start, instead of listing them"},
+    columnsOption,
+    stillSizeOption,
+}};
+
+} // namespace
+
+const Command variationsCommand{.name = "variations",
+                                .operands = "EPISODE",
+                                .summary = "Lists variations of the episode's settings, drawn "
+                                           "from a seed, or draws them on one picture.",
+                                .options = variationsOptions,
+                                .run = variations};
+
+} // namespace tarnwick
