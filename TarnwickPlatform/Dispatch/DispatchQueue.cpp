@@ -1,0 +1,42 @@
+#include "TarnwickPlatform/Dispatch/DispatchQueue.h"
+
+#include "TarnwickBase/Precondition.h"
+#include "TarnwickPlatform/Dispatch/DispatchContext.h"
+
+#include <asio/executor_work_guard.hpp>
+#include <asio/post.hpp>
+
+#include <future>
+
+namespace tarnwick {
+
+DispatchQueue::DispatchQueue() : context_(std::make_shared<Context>()) {
+    thread_ = std::thread([&io = context_->io] {
+        const auto stays = asio::make_work_guard(io);
+        io.run();
+    });
+}
+
+DispatchQueue::~DispatchQueue() {
+    precondition(std::this_thread::get_id() != thread_.get_id(),
+                 "A queue's work cannot wait for the end of that same work.");
+    asio::post(context_->io, [&io = context_->io] { io.stop(); });
+    thread_.join();
+}
+
+void DispatchQueue::async(std::function<void()> work) {
+    asio::post(context_->io, std::move(work));
+}
+
+void DispatchQueue::sync(const std::function<void()>& work) {
+    precondition(std::this_thread::get_id() != thread_.get_id(),
+                 "A queue's work cannot wait for work behind it.");
+    std::promise<void> done;
+    asio::post(context_->io, [&] {
+        work();
+        done.set_value();
+    });
+    done.get_future().wait();
+}
+
+} // namespace tarnwick

@@ -1,0 +1,20 @@
+// Waiting for what other threads do, without counting on how fast they do it.
+#pragma once
+
+#include <chrono>
+#include <thread>
+
+namespace tarnwick {
+
+// Whether `condition` holds within half a minute, asked a thousand times a second.
+template <class Condition> bool eventually(Condition condition) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
+} // namespace tarnwick
