@@ -54,4 +54,10 @@ void writeWholeFile(const std::filesystem::path& file, std::string_view bytes) {
     fail(file, why);
 }
 
+void checkWholeFile(const std::filesystem::path& file) {
+    const fs::path folder = replaceable(file).parent_path();
+    if (access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) != 0)
+        fail(file, std::strerror(errno));
+}
+
 } // namespace tarnwick

@@ -17,4 +17,8 @@ struct WholeFileError : std::runtime_error {
 // Throws WholeFileError; also when `file` is there and is no regular file. Blocks.
 void writeWholeFile(const std::filesystem::path& file, std::string_view bytes);
 
+// Throws WholeFileError where writeWholeFile() would as things stand: the folder is missing or may
+// not be written to, or `file` is no regular file. To be asked before long work.
+void checkWholeFile(const std::filesystem::path& file);
+
 } // namespace tarnwick

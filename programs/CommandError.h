@@ -28,6 +28,9 @@ struct CommandError : std::runtime_error {
 // in a sentence.
 std::string quoted(std::string_view text);
 
+// Throws CommandError where a file cannot come to stand at `path` as things are now.
+void checkOutput(std::string_view path);
+
 // Writes to standard output. Throws CommandError when it cannot be written.
 void print(std::string_view text);
 

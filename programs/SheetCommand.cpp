@@ -49,6 +49,7 @@ Status sheet(const Arguments& arguments) {
     const std::string_view out = arguments.value("-o").value_or("");
     if (out.empty())
         misuse("-o OUT.png is missing: where to write the sheet.");
+    checkOutput(out);
     const std::vector<Episode> episodes = episodesOf(arguments);
     std::vector<std::string> labels;
     for (const Episode& episode : episodes)

@@ -97,6 +97,8 @@ Status variations(const Arguments& arguments) {
     const auto sheet = arguments.value("--sheet");
     if (sheet && sheet->empty())
         misuse("--sheet wants the name of a PNG file.");
+    if (sheet)
+        checkOutput(*sheet);
     const EpisodeVariations variations = episodeVariationsOf(arguments);
     if (sheet) {
         const std::vector<std::string> labels = labelsOf(variations);
