@@ -11,13 +11,21 @@
 
 namespace tarnwick {
 
+namespace {
+
+icu::UnicodeString unicodeOf(std::string_view text) {
+    return icu::UnicodeString::fromUTF8(
+        icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
+}
+
+} // namespace
+
 std::vector<std::string> charactersOf(std::string_view text) {
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<icu::BreakIterator> breaks(
         icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
     precondition(U_SUCCESS(status), "ICU carries the root locale's rules with it.");
-    const auto whole = icu::UnicodeString::fromUTF8(
-        icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
+    const icu::UnicodeString whole = unicodeOf(text);
     breaks->setText(whole);
     std::vector<std::string> characters;
     int32_t start = breaks->first();
@@ -26,6 +34,16 @@ std::vector<std::string> charactersOf(std::string_view text) {
         start = end;
     }
     return characters;
+}
+
+std::string upperCased(std::string_view text) {
+    std::string upper;
+    return unicodeOf(text).toUpper(icu::Locale::getRoot()).toUTF8String(upper);
+}
+
+std::string wellFormed(std::string_view text) {
+    std::string whole;
+    return unicodeOf(text).toUTF8String(whole);
 }
 
 std::string_view trimmed(std::string_view text) {

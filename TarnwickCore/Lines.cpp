@@ -1,13 +1,8 @@
 #include "TarnwickCore/Lines.h"
 
-#include <cstddef>
-
 namespace tarnwick {
-namespace {
 
-// The length in bytes of the line break at `at`; 0 where there is none. CR LF may count as two: no
-// line stands between them, and empty lines are dropped.
-std::size_t breakLength(std::string_view text, std::size_t at) {
+std::size_t lineBreakLength(std::string_view text, std::size_t at) {
     auto byte = [&](std::size_t offset) {
         return at + offset < text.size() ? static_cast<unsigned char>(text[at + offset]) : 0u;
     };
@@ -15,8 +10,9 @@ std::size_t breakLength(std::string_view text, std::size_t at) {
     case 0x0a:
     case 0x0b:
     case 0x0c:
-    case 0x0d:
         return 1;
+    case 0x0d:
+        return byte(1) == 0x0a ? 2 : 1;
     case 0xc2:
         return byte(1) == 0x85 ? 2 : 0;
     case 0xe2:
@@ -26,13 +22,11 @@ std::size_t breakLength(std::string_view text, std::size_t at) {
     }
 }
 
-} // namespace
-
 std::vector<std::string_view> linesOf(std::string_view text) {
     std::vector<std::string_view> lines;
     std::size_t start = 0;
     for (std::size_t at = 0; at < text.size();) {
-        const std::size_t length = breakLength(text, at);
+        const std::size_t length = lineBreakLength(text, at);
         if (length == 0) {
             ++at;
             continue;

@@ -1,0 +1,17 @@
+// Which lines a version of a text has that the version before it had not.
+#pragma once
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace tarnwick {
+
+// For each line of `current`, whether it is new against `previous`, by a longest common subsequence
+// of whole lines. Where there are several, a line of `previous` is passed over before one of
+// `current` is called new. Takes time in proportion to the product of both numbers of lines, 64
+// pairs at a step, and memory to their product's root.
+std::vector<bool> addedLines(std::span<const std::string_view> previous,
+                             std::span<const std::string_view> current);
+
+} // namespace tarnwick
