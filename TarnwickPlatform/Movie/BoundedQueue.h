@@ -1,0 +1,79 @@
+// Private to this folder: what two of the writer's threads hand values through.
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <mutex>
+#include <optional>
+
+namespace tarnwick {
+
+// First in, first out. One side pushes and finishes, the other pops; either may abandon, after
+// which pushing fails and nothing comes out.
+template <typename Value> class BoundedQueue {
+  public:
+    explicit BoundedQueue(std::size_t capacity) : capacity(capacity) {}
+
+    // Waits for room. False: abandoned.
+    bool push(Value value) {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [&] { return abandoned || values.size() < capacity; });
+        return put(std::move(value));
+    }
+
+    // False: full, finished or abandoned.
+    bool tryPush(Value value) {
+        std::lock_guard lock(mutex);
+        return values.size() < capacity && !finished && put(std::move(value));
+    }
+
+    bool hasRoom() const {
+        std::lock_guard lock(mutex);
+        return values.size() < capacity && !finished && !abandoned;
+    }
+
+    // Waits for a value. Nothing: all values are out and no more are coming, or abandoned.
+    std::optional<Value> pop() {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [&] { return abandoned || finished || !values.empty(); });
+        if (abandoned || values.empty())
+            return std::nullopt;
+        std::optional<Value> value(std::move(values.front()));
+        values.pop_front();
+        changed.notify_all();
+        return value;
+    }
+
+    void finish() {
+        std::lock_guard lock(mutex);
+        finished = true;
+        changed.notify_all();
+    }
+
+    void abandon() {
+        std::deque<Value> dropped; // values may run code of others when they go: without the lock
+        std::lock_guard lock(mutex);
+        abandoned = true;
+        dropped.swap(values);
+        changed.notify_all();
+    }
+
+  private:
+    bool put(Value&& value) {
+        if (abandoned)
+            return false;
+        values.push_back(std::move(value));
+        changed.notify_all();
+        return true;
+    }
+
+    const std::size_t capacity;
+    mutable std::mutex mutex;
+    std::condition_variable changed;
+    std::deque<Value> values;
+    bool finished = false;
+    bool abandoned = false;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,174 @@
+// libavcodec's encoders, each with the settings that docs/design.md compares.
+
+#include "TarnwickPlatform/Movie/Libav.h"
+#include "TarnwickPlatform/Movie/VideoEncoder.h"
+
+#include <algorithm>
+#include <thread>
+
+extern "C" {
+#include <libavutil/opt.h>
+}
+
+namespace tarnwick {
+
+namespace {
+
+struct CodecRow {
+    MovieCodec codec;
+    const char* encoder;
+    AVPixelFormat format;
+    // The encoder's private options. Threads that change what x264 and x265 find are fixed here.
+    const char* options;
+};
+
+constexpr std::array codecRows{
+    CodecRow{MovieCodec::h264, "libx264", AV_PIX_FMT_YUV420P,
+             "preset=medium:profile=high:x264-params=threads=6\\:lookahead-threads=1"},
+    CodecRow{MovieCodec::hevc, "libx265", AV_PIX_FMT_YUV420P,
+             "preset=medium:profile=main:x265-params=frame-threads=3\\:log-level=none\\:info=0\\:"
+             "open-gop=0"},
+    CodecRow{MovieCodec::prores422HQ, "prores_ks", AV_PIX_FMT_YUV422P10, "profile=hq"},
+    CodecRow{MovieCodec::prores4444, "prores_ks", AV_PIX_FMT_YUVA444P10,
+             "profile=4444:alpha_bits=16"},
+};
+
+const CodecRow& codecRow(MovieCodec codec) {
+    const auto* row = std::ranges::find(codecRows, codec, &CodecRow::codec);
+    if (row == codecRows.end())
+        throw MovieError("This codec is not one of libavcodec's.");
+    return *row;
+}
+
+// A frame that borrows the picture's memory and keeps the picture until the encoder lets go.
+LibavOwner<AVFrame> frameOf(std::shared_ptr<const PixelBuffer> picture, AVPixelFormat format) {
+    LibavOwner<AVFrame> frame(throwingWhenNull(av_frame_alloc()));
+    frame->format = format;
+    frame->width = static_cast<int>(picture->width());
+    frame->height = static_cast<int>(picture->height());
+    frame->color_range = AVCOL_RANGE_MPEG;
+    frame->color_primaries = AVCOL_PRI_BT709;
+    frame->color_trc = AVCOL_TRC_BT709;
+    frame->colorspace = AVCOL_SPC_BT709;
+    frame->chroma_location = AVCHROMA_LOC_LEFT;
+    for (std::size_t plane = 0; plane < planeShapes(picture->format()).size(); ++plane) {
+        frame->data[plane] = reinterpret_cast<std::uint8_t*>(picture->plane(plane));
+        frame->linesize[plane] = static_cast<int>(picture->layout().planes[plane].bytesPerRow);
+    }
+    auto bytes = static_cast<std::size_t>(picture->layout().bytes);
+    std::uint8_t* address = frame->data[0];
+    auto keep = std::make_unique<std::shared_ptr<const PixelBuffer>>(std::move(picture));
+    frame->buf[0] = throwingWhenNull(av_buffer_create(
+        address, bytes,
+        [](void* kept, std::uint8_t*) {
+            delete static_cast<std::shared_ptr<const PixelBuffer>*>(kept);
+        },
+        keep.get(), AV_BUFFER_FLAG_READONLY));
+    keep.release();
+    return frame;
+}
+
+class LibavEncoder : public VideoEncoder {
+  public:
+    explicit LibavEncoder(const VideoSettings& settings);
+
+    void encode(std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
+                const VideoPacketSink& sink) override;
+    void finish(const VideoPacketSink& sink) override;
+    std::vector<std::byte> configuration() const override;
+    // The wrapper of libx265 does not say. There, too, a B frame may be referred to by others.
+    std::int64_t delay() const override {
+        return context->codec_id == AV_CODEC_ID_HEVC ? 2 : context->has_b_frames;
+    }
+
+  private:
+    void describe(const VideoSettings& settings);
+    void drain(const VideoPacketSink& sink);
+
+    LibavOwner<AVCodecContext> context;
+    std::int64_t firstFrame = -1; // sessions count from 0, so that they are alike wherever they lie
+};
+
+LibavEncoder::LibavEncoder(const VideoSettings& settings) {
+    catchLibavWords();
+    const CodecRow& row = codecRow(settings.codec);
+    const AVCodec* codec = avcodec_find_encoder_by_name(row.encoder);
+    if (!codec)
+        throw MovieError(std::string("Encoder not found: ") + row.encoder);
+    context.reset(throwingWhenNull(avcodec_alloc_context3(codec)));
+    context->pix_fmt = row.format;
+    describe(settings);
+    AVDictionary* options = nullptr;
+    throwingWhenNegative(av_dict_parse_string(&options, row.options, "=", ":", 0));
+    const int opened = avcodec_open2(context.get(), codec, &options);
+    av_dict_free(&options);
+    throwingWhenNegative(opened);
+}
+
+void LibavEncoder::describe(const VideoSettings& settings) {
+    context->width = static_cast<int>(settings.width);
+    context->height = static_cast<int>(settings.height);
+    context->time_base = {1, static_cast<int>(settings.framesPerSecond)};
+    context->framerate = {static_cast<int>(settings.framesPerSecond), 1};
+    context->sample_aspect_ratio = {1, 1};
+    context->color_range = AVCOL_RANGE_MPEG;
+    context->color_primaries = AVCOL_PRI_BT709;
+    context->color_trc = AVCOL_TRC_BT709;
+    context->colorspace = AVCOL_SPC_BT709;
+    context->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
+    if (isProRes(settings.codec)) {
+        context->thread_type = FF_THREAD_FRAME;
+        context->thread_count =
+            static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, 16U));
+        return;
+    }
+    context->chroma_sample_location = AVCHROMA_LOC_LEFT;
+    context->bit_rate = settings.averageBitRate;
+    context->gop_size = static_cast<int>(settings.maxKeyFrameInterval);
+    context->flags |= AV_CODEC_FLAG_CLOSED_GOP;
+}
+
+void LibavEncoder::encode(std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
+                          const VideoPacketSink& sink) {
+    if (firstFrame < 0)
+        firstFrame = frame;
+    catchLibavWords();
+    LibavOwner<AVFrame> wrapped = frameOf(std::move(picture), context->pix_fmt);
+    wrapped->pts = frame - firstFrame;
+    throwingWhenNegative(avcodec_send_frame(context.get(), wrapped.get()));
+    drain(sink);
+}
+
+void LibavEncoder::finish(const VideoPacketSink& sink) {
+    catchLibavWords();
+    throwingWhenNegative(avcodec_send_frame(context.get(), nullptr));
+    drain(sink);
+}
+
+void LibavEncoder::drain(const VideoPacketSink& sink) {
+    LibavOwner<AVPacket> packet(throwingWhenNull(av_packet_alloc()));
+    for (;;) {
+        const int received = avcodec_receive_packet(context.get(), packet.get());
+        if (received == AVERROR(EAGAIN) || received == AVERROR_EOF)
+            return;
+        throwingWhenNegative(received);
+        const auto* bytes = reinterpret_cast<const std::byte*>(packet->data);
+        sink({.bytes = {bytes, bytes + packet->size},
+              .frame = firstFrame + packet->pts,
+              .isKeyFrame = (packet->flags & AV_PKT_FLAG_KEY) != 0});
+        av_packet_unref(packet.get());
+    }
+}
+
+std::vector<std::byte> LibavEncoder::configuration() const {
+    const auto* bytes = reinterpret_cast<const std::byte*>(context->extradata);
+    return {bytes, bytes + context->extradata_size};
+}
+
+} // namespace
+
+std::unique_ptr<VideoEncoder> makeLibavEncoder(const VideoSettings& settings) {
+    return std::make_unique<LibavEncoder>(settings);
+}
+
+} // namespace tarnwick

@@ -1,0 +1,64 @@
+// What a movie's tracks are to be.
+#pragma once
+
+#include "TarnwickPlatform/Movie/PixelBuffer.h"
+
+#include <cstdint>
+#include <string>
+
+namespace tarnwick {
+
+enum class MovieFileType { quickTime, mpeg4 };
+
+// H.264 High; HEVC Main, tagged hvc1; ProRes 422 HQ; ProRes 4444 with 16 bits of alpha; HEVC Main
+// with alpha as an auxiliary layer. The ProRes codecs go into QuickTime movies only.
+enum class MovieCodec { h264, hevc, prores422HQ, prores4444, hevcWithAlpha };
+
+enum class AlphaKind { straight, premultiplied };
+
+// A picture track: Y'CbCr of Rec. ITU-R BT.709 (primaries, transfer function, matrix) in video
+// range, 8 bits a component, 10 for the ProRes codecs.
+struct VideoSettings {
+    MovieCodec codec = MovieCodec::h264;
+    std::int64_t width = 0; // pixels, [16, 16384]; even for all codecs but ProRes 4444
+    std::int64_t height =
+        0; // pixels, [16, 16384]; even where chroma has half the height (H.264, HEVC)
+    std::int64_t framesPerSecond = 0;     // [1, 1000]
+    std::int64_t averageBitRate = 0;      // bits a second, above 0; the ProRes codecs pass it over
+    std::int64_t maxKeyFrameInterval = 0; // frames, above 0; the ProRes codecs pass it over
+    double alphaQuality = 0.9;            // [0, 1], for HEVC with alpha
+    AlphaKind alpha = AlphaKind::premultiplied; // what HEVC with alpha says of its colours
+
+    // What the input's own pool hands out: pixels, which the writer's threads convert, or what the
+    // encoder takes (encoderFormat), for colours that were converted elsewhere.
+    enum class Source { pixels, converted };
+    Source source = Source::pixels;
+    std::int64_t framesInHand = 4; // buffers that the caller may hold besides those appended
+    PixelAllocator allocate{};     // the memory of the pool's buffers; the heap's where it is empty
+};
+
+bool isProRes(MovieCodec codec);
+
+// The format in which `codec`'s encoder takes pictures.
+PixelFormat encoderFormat(MovieCodec codec);
+
+// Frames of a stretch: every stretch begins with a key frame and an encoder that knows nothing of
+// the frames before, so that a part of a movie that begins where a stretch does, and is written on
+// another machine, consists of the same packets as the whole. ProRes: 1.
+std::int64_t stretchLength(const VideoSettings& settings);
+
+// A sound track: AAC-LC, two channels.
+struct AudioSettings {
+    std::int64_t sampleRate = 48000; // samples a second
+    std::int64_t channels = 2;
+    std::int64_t bitRate = 256000; // bits a second
+};
+
+struct MovieChapter {
+    double start = 0;    // seconds of the movie, [0, its length)
+    std::string title{}; // UTF-8
+
+    bool operator==(const MovieChapter&) const = default;
+};
+
+} // namespace tarnwick

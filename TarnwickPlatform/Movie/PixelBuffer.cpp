@@ -1,0 +1,144 @@
+#include "TarnwickPlatform/Movie/PixelBuffer.h"
+
+#include "TarnwickBase/Precondition.h"
+
+#include <cstdlib>
+#include <mutex>
+#include <vector>
+
+namespace tarnwick {
+
+namespace {
+
+constexpr std::array<PlaneShape, 1> bgraPlanes{{{.bytesPerSample = 4}}};
+constexpr std::array<PlaneShape, 3> ycbcr420Planes{{{1, 1, 1}, {1, 2, 2}, {1, 2, 2}}};
+constexpr std::array<PlaneShape, 3> ycbcr422x10Planes{{{2, 1, 1}, {2, 2, 1}, {2, 2, 1}}};
+constexpr std::array<PlaneShape, 4> ycbcra444x10Planes{
+    {{2, 1, 1}, {2, 1, 1}, {2, 1, 1}, {2, 1, 1}}};
+constexpr std::array<PlaneShape, 4> ycbcra420Planes{{{1, 1, 1}, {1, 2, 2}, {1, 2, 2}, {1, 1, 1}}};
+
+std::int64_t roundedUp(std::int64_t value, std::int64_t step) {
+    return (value + step - 1) / step * step;
+}
+
+constexpr std::size_t heapAlignment = 256;
+
+std::optional<PixelMemory> fromHeap(std::size_t bytes) {
+    auto* address = static_cast<std::byte*>(std::aligned_alloc(heapAlignment, bytes));
+    if (!address)
+        return std::nullopt;
+    return PixelMemory{address, std::shared_ptr<void>(address, std::free)};
+}
+
+} // namespace
+
+std::span<const PlaneShape> planeShapes(PixelFormat format) {
+    switch (format) {
+    case PixelFormat::bgra:
+        return bgraPlanes;
+    case PixelFormat::ycbcr420:
+        return ycbcr420Planes;
+    case PixelFormat::ycbcr422x10:
+        return ycbcr422x10Planes;
+    case PixelFormat::ycbcra444x10:
+        return ycbcra444x10Planes;
+    case PixelFormat::ycbcra420:
+        return ycbcra420Planes;
+    }
+    precondition(false, "A pixel format is one of the enumeration's.");
+    return {};
+}
+
+PixelLayout pixelLayout(PixelFormat format, std::int64_t width, std::int64_t height) {
+    PixelLayout layout;
+    std::size_t index = 0;
+    for (const PlaneShape& shape : planeShapes(format)) {
+        PixelLayout::Plane& plane = layout.planes[index++];
+        plane.offset = layout.bytes;
+        plane.width = (width + shape.across - 1) / shape.across;
+        plane.height = (height + shape.down - 1) / shape.down;
+        plane.bytesPerRow = roundedUp(plane.width * shape.bytesPerSample, 64);
+        layout.bytes += roundedUp(plane.bytesPerRow * plane.height, 256);
+    }
+    return layout;
+}
+
+PixelBuffer::PixelBuffer(PixelFormat format, std::int64_t width, std::int64_t height,
+                         PixelMemory memory)
+    : format_(format), width_(width), height_(height), layout_(pixelLayout(format, width, height)),
+      memory_(std::move(memory)) {}
+
+std::byte* PixelBuffer::plane(std::size_t index) const {
+    return memory_.address + layout_.planes[index].offset;
+}
+
+// The memories that lie idle. Buffers that are out hold the store, so it outlives the pool if need
+// be.
+struct PixelBufferPool::Store {
+    PixelFormat format;
+    std::int64_t width;
+    std::int64_t height;
+    std::int64_t capacity;
+    PixelAllocator allocate;
+
+    std::mutex mutex;
+    std::int64_t out = 0;
+    std::vector<PixelMemory> idle{};
+
+    std::optional<PixelMemory> takeMemory();
+    void putBack(PixelMemory memory);
+};
+
+std::optional<PixelMemory> PixelBufferPool::Store::takeMemory() {
+    std::lock_guard lock(mutex);
+    if (out >= capacity)
+        return std::nullopt;
+    std::optional<PixelMemory> memory;
+    if (idle.empty()) {
+        memory = allocate(static_cast<std::size_t>(pixelLayout(format, width, height).bytes));
+    } else {
+        memory = std::move(idle.back());
+        idle.pop_back();
+    }
+    if (memory)
+        ++out;
+    return memory;
+}
+
+void PixelBufferPool::Store::putBack(PixelMemory memory) {
+    std::lock_guard lock(mutex);
+    idle.push_back(std::move(memory));
+    --out;
+}
+
+PixelBufferPool::PixelBufferPool(PixelFormat format, std::int64_t width, std::int64_t height,
+                                 std::int64_t capacity, PixelAllocator allocate)
+    : store(std::make_shared<Store>()) {
+    store->format = format;
+    store->width = width;
+    store->height = height;
+    store->capacity = capacity;
+    store->allocate = allocate ? std::move(allocate) : PixelAllocator(fromHeap);
+}
+
+PixelBufferPool::~PixelBufferPool() = default;
+
+PixelFormat PixelBufferPool::format() const {
+    return store->format;
+}
+
+std::shared_ptr<PixelBuffer> PixelBufferPool::take() {
+    std::optional<PixelMemory> memory = store->takeMemory();
+    if (!memory)
+        return nullptr;
+    PixelMemory kept = *memory;
+    auto giveBack = [store = store, kept = std::move(kept)](PixelBuffer* buffer) {
+        delete buffer;
+        store->putBack(kept);
+    };
+    return std::shared_ptr<PixelBuffer>(
+        new PixelBuffer(store->format, store->width, store->height, std::move(*memory)),
+        std::move(giveBack));
+}
+
+} // namespace tarnwick

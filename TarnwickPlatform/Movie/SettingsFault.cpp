@@ -1,0 +1,66 @@
+#include "TarnwickPlatform/Movie/SettingsFault.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarnwick {
+
+namespace {
+
+std::string sizeText(const VideoSettings& settings) {
+    return std::to_string(settings.width) + " x " + std::to_string(settings.height);
+}
+
+std::optional<std::string> sizeFault(const VideoSettings& settings) {
+    constexpr std::int64_t smallest = 16;
+    constexpr std::int64_t greatest = 16384;
+    for (const std::int64_t side : {settings.width, settings.height})
+        if (side < smallest || side > greatest)
+            return "Pictures of a movie have 16 to 16384 pixels a side, not " + sizeText(settings) +
+                   ".";
+    for (const PlaneShape& shape : planeShapes(encoderFormat(settings.codec)))
+        if (settings.width % shape.across != 0 || settings.height % shape.down != 0)
+            return "This codec takes pictures of an even " +
+                   std::string(shape.down > 1 ? "width and height" : "width") + ", not " +
+                   sizeText(settings) + ".";
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<std::string> settingsFault(const VideoSettings& settings, MovieFileType type) {
+    if (std::optional<std::string> fault = sizeFault(settings))
+        return fault;
+    if (settings.framesPerSecond < 1 || settings.framesPerSecond > 1000)
+        return "A movie has 1 to 1000 frames a second, not " +
+               std::to_string(settings.framesPerSecond) + ".";
+    if (isProRes(settings.codec)) {
+        if (type != MovieFileType::quickTime)
+            return "ProRes goes into QuickTime movies only.";
+        return std::nullopt;
+    }
+    constexpr std::int64_t greatestBitRate = 2'000'000'000;
+    if (settings.averageBitRate < 1 || settings.averageBitRate > greatestBitRate)
+        return "A movie has 1 to 2000000000 bits a second, not " +
+               std::to_string(settings.averageBitRate) + ".";
+    constexpr std::int64_t greatestInterval = 100'000;
+    if (settings.maxKeyFrameInterval < 1 || settings.maxKeyFrameInterval > greatestInterval)
+        return "Key frames are 1 to 100000 frames apart, not " +
+               std::to_string(settings.maxKeyFrameInterval) + ".";
+    return std::nullopt;
+}
+
+std::optional<std::string> settingsFault(const AudioSettings& settings) {
+    constexpr std::array<std::int64_t, 3> rates{32000, 44100, 48000};
+    if (std::ranges::find(rates, settings.sampleRate) == rates.end())
+        return "Sound has 32000, 44100 or 48000 samples a second, not " +
+               std::to_string(settings.sampleRate) + ".";
+    if (settings.channels != 1 && settings.channels != 2)
+        return "Sound has one or two channels, not " + std::to_string(settings.channels) + ".";
+    if (settings.bitRate < 32'000 || settings.bitRate > 512'000)
+        return "Sound has 32000 to 512000 bits a second, not " + std::to_string(settings.bitRate) +
+               ".";
+    return std::nullopt;
+}
+
+} // namespace tarnwick

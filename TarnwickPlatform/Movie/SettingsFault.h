@@ -1,0 +1,15 @@
+// Private to this folder: why a track cannot be what is asked for.
+#pragma once
+
+#include "TarnwickPlatform/Movie/MovieSettings.h"
+
+#include <optional>
+#include <string>
+
+namespace tarnwick {
+
+// One sentence, or nothing where the settings are good.
+std::optional<std::string> settingsFault(const VideoSettings& settings, MovieFileType type);
+std::optional<std::string> settingsFault(const AudioSettings& settings);
+
+} // namespace tarnwick

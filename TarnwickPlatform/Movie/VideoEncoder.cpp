@@ -1,0 +1,20 @@
+#include "TarnwickPlatform/Movie/VideoEncoder.h"
+
+#include "TarnwickPlatform/Movie/MovieError.h"
+
+namespace tarnwick {
+
+std::unique_ptr<VideoEncoder> makeVideoEncoder(const VideoSettings& settings) {
+    switch (settings.codec) {
+    case MovieCodec::h264:
+    case MovieCodec::hevc:
+    case MovieCodec::prores422HQ:
+    case MovieCodec::prores4444:
+        return makeLibavEncoder(settings);
+    case MovieCodec::hevcWithAlpha:
+        throw MovieError("There is no encoder for HEVC with alpha yet.");
+    }
+    return nullptr;
+}
+
+} // namespace tarnwick
