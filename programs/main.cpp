@@ -16,6 +16,7 @@ constexpr std::array commands{
     &newCommand,
     &metaCommand,
     &checkCommand,
+    &tokensCommand,
     &assembleCommand,
     &mslCommand,
     &stillCommand,
