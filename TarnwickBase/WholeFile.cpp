@@ -44,14 +44,26 @@ bool writeNew(const std::string& name, std::string_view bytes) {
 } // namespace
 
 void writeWholeFile(const std::filesystem::path& file, std::string_view bytes) {
-    const fs::path target = replaceable(file);
-    const std::string partial = target.string() + "." + std::to_string(getpid()) + ".partial";
-    unlink(partial.c_str()); // left by an ended process of the same number
-    if (writeNew(partial, bytes) && std::rename(partial.c_str(), target.c_str()) == 0)
-        return;
-    const std::string why = std::strerror(errno);
-    unlink(partial.c_str());
-    fail(file, why);
+    UnfinishedFile unfinished(file);
+    if (!writeNew(unfinished.path(), bytes))
+        fail(file, std::strerror(errno));
+    unfinished.finish();
+}
+
+UnfinishedFile::UnfinishedFile(const std::filesystem::path& file)
+    : target_(replaceable(file)),
+      partial_(target_.string() + "." + std::to_string(getpid()) + ".partial") {
+    checkWholeFile(file);
+    unlink(partial_.c_str()); // left by an ended process of the same number
+}
+
+UnfinishedFile::~UnfinishedFile() {
+    unlink(partial_.c_str());
+}
+
+void UnfinishedFile::finish() {
+    if (std::rename(partial_.c_str(), target_.c_str()) != 0)
+        fail(target_, std::strerror(errno));
 }
 
 void checkWholeFile(const std::filesystem::path& file) {

@@ -17,6 +17,23 @@ struct WholeFileError : std::runtime_error {
 // Throws WholeFileError; also when `file` is there and is no regular file. Blocks.
 void writeWholeFile(const std::filesystem::path& file, std::string_view bytes);
 
+// A file that somebody else writes, under another name in its folder, until it is complete.
+class UnfinishedFile {
+  public:
+    // Throws as checkWholeFile() does.
+    explicit UnfinishedFile(const std::filesystem::path& file);
+    ~UnfinishedFile(); // without finish() nothing remains
+    UnfinishedFile(const UnfinishedFile&) = delete;
+    UnfinishedFile& operator=(const UnfinishedFile&) = delete;
+
+    const std::filesystem::path& path() const { return partial_; } // where to write it
+    // Gives it its own name, in place of a file that has that. Throws WholeFileError.
+    void finish();
+
+  private:
+    std::filesystem::path target_, partial_;
+};
+
 // Throws WholeFileError where writeWholeFile() would as things stand: the folder is missing or may
 // not be written to, or `file` is no regular file. To be asked before long work.
 void checkWholeFile(const std::filesystem::path& file);

@@ -35,9 +35,7 @@ EpisodeSound episodeSoundOf(const Arguments& arguments, std::string_view startOp
     sound.start = secondsFromZero(arguments, startOption, 0);
     sound.duration = durationOf(arguments);
     sound.episode = sourceText(sound.path);
-    if (!ShaderAssembler::definesSound(sound.episode))
-        misuse(std::string(sound.path) +
-               " has no sound: it defines no float2 sound(float t, constant Params& p).");
+    checkSound(sound.episode, sound.path);
     sound.values =
         settingsOf(arguments.values("--set"), ParamParser::parse(sound.episode), sound.path);
     return sound;
@@ -64,6 +62,12 @@ std::unique_ptr<SoundCheck> soundCheckOf(const EpisodeSound& sound, gpu::Device&
         failure(sentence + ": " + error.raw);
     }
     failure(sentence + ".");
+}
+
+void checkSound(std::string_view episode, std::string_view path) {
+    if (!ShaderAssembler::definesSound(episode))
+        misuse(std::string(path) +
+               " has no sound: it defines no float2 sound(float t, constant Params& p).");
 }
 
 } // namespace tarnwick

@@ -30,4 +30,7 @@ EpisodeSound episodeSoundOf(const Arguments& arguments, std::string_view startOp
 // What finds such times. Throws CommandError where the device cannot make it.
 std::unique_ptr<SoundCheck> soundCheckOf(const EpisodeSound& sound, gpu::Device& device);
 
+// Throws CommandError, which names the episode by `path`, where it defines no sound.
+void checkSound(std::string_view episode, std::string_view path);
+
 } // namespace tarnwick

@@ -10,17 +10,17 @@ constexpr std::array numbers{SIGINT, SIGTERM, SIGHUP};
 
 // Blocking them in this thread would not do: the drivers have threads of their own, which would
 // take them.
-volatile std::sig_atomic_t arrived = 0;
+volatile std::sig_atomic_t waiting = 0;
 std::array<struct sigaction, numbers.size()> before;
 
 void remember(int number) {
-    arrived = number;
+    waiting = number;
 }
 
 } // namespace
 
 HeldSignals::HeldSignals() {
-    arrived = 0;
+    waiting = 0;
     struct sigaction action {};
     action.sa_handler = remember;
     action.sa_flags = SA_RESTART;
@@ -31,11 +31,19 @@ HeldSignals::HeldSignals() {
     }
 }
 
+bool HeldSignals::arrived() const {
+    return waiting != 0;
+}
+
+void HeldSignals::forget() {
+    waiting = 0;
+}
+
 HeldSignals::~HeldSignals() {
     for (std::size_t at = 0; at < numbers.size(); ++at)
         sigaction(numbers[at], &before[at], nullptr);
-    if (arrived != 0)
-        std::raise(arrived);
+    if (waiting != 0)
+        std::raise(waiting);
 }
 
 } // namespace tarnwick

@@ -11,6 +11,9 @@ class HeldSignals {
     ~HeldSignals();
     HeldSignals(const HeldSignals&) = delete;
     HeldSignals& operator=(const HeldSignals&) = delete;
+
+    bool arrived() const; // one that waits
+    void forget();        // what arrived is not raised
 };
 
 } // namespace tarnwick

@@ -17,7 +17,10 @@ class ProgressBar {
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
 
-    void show(std::int64_t done, std::int64_t goal); // in [0, goal]
+    // `done` in [0, goal]; `more` stands behind the count.
+    void show(std::int64_t done, std::int64_t goal, std::string_view more = {});
+
+    bool isTerminal() const { return isTerminal_; }
 
   private:
     std::string_view unit_;

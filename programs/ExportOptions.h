@@ -1,0 +1,33 @@
+// How a movie is to be written, as the commands that write one are told.
+#pragma once
+
+#include "TarnwickCore/ExportPreset.h"
+#include "programs/Arguments.h"
+
+#include <string_view>
+
+namespace tarnwick {
+
+// What --preset, --size and --bitrate say of the movie `out`. Throws CommandError: a preset that
+// there is not, a size or a bit rate that its codec cannot take, a name that ends like another
+// container's.
+ExportPreset exportPresetOf(const Arguments& arguments, std::string_view out);
+
+// Whether the movie is to have sound: what --sound or --no-sound says, else whether the episode
+// defines any. `path` is what to name it by. Throws CommandError.
+bool exportSoundOf(const Arguments& arguments, std::string_view episode, std::string_view path);
+
+// Throws CommandError where a movie of so many seconds is none that anybody means: a day at most.
+void checkMovieLength(double seconds);
+
+constexpr Option presetOption{"--preset", "ID",
+                              "the format; tarnwick presets lists them; web without it"};
+constexpr Option movieSizeOption{"--size", "WxH",
+                                 "of the movie, in pixels, in place of the preset's"};
+constexpr Option bitrateOption{"--bitrate", "N",
+                               "of the picture, in bits a second, in place of the preset's"};
+constexpr Option soundOption{"--sound", "", "with the episode's sound, as it is where it has one"};
+constexpr Option noSoundOption{"--no-sound", "", "without it"};
+constexpr Option watermarkOption{"--watermark", "", "with the mark in a corner"};
+
+} // namespace tarnwick
