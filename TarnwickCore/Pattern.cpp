@@ -4,6 +4,8 @@
 
 #include <unicode/regex.h>
 
+#include <utility>
+
 namespace tarnwick {
 namespace {
 
@@ -41,26 +43,47 @@ Pattern::Pattern(std::string_view expression) : compiled_(std::make_unique<Compi
 
 Pattern::~Pattern() = default;
 
-std::optional<std::vector<std::string_view>> Pattern::firstMatch(std::string_view text) const {
+// Hands the groups of one match after the other to `take`, until it answers false.
+template <typename Take>
+static void eachMatch(const icu::RegexPattern& pattern, std::string_view text, Take take) {
     UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<icu::RegexMatcher> matcher(compiled_->pattern->matcher(status));
+    const std::unique_ptr<icu::RegexMatcher> matcher(pattern.matcher(status));
     precondition(U_SUCCESS(status), "A matcher fails to be made only without memory.");
     OpenedText opened(text);
     matcher->reset(opened.get());
     // A text that asks for more backtracking than this (counted in steps of the engine, so that
     // the answer is the same on every machine) counts as one that does not match.
     matcher->setTimeLimit(1000, status);
-    if (!matcher->find(status) || U_FAILURE(status))
-        return std::nullopt;
-    std::vector<std::string_view> groups;
-    for (int32_t group = 0; group <= matcher->groupCount(); ++group) {
-        const int64_t start = matcher->start64(group, status);
-        const int64_t end = matcher->end64(group, status);
-        groups.push_back(start < 0 ? std::string_view{}
-                                   : text.substr(static_cast<std::size_t>(start),
-                                                 static_cast<std::size_t>(end - start)));
+    while (matcher->find(status) && U_SUCCESS(status)) {
+        std::vector<std::string_view> groups;
+        for (int32_t group = 0; group <= matcher->groupCount(); ++group) {
+            const int64_t start = matcher->start64(group, status);
+            const int64_t end = matcher->end64(group, status);
+            groups.push_back(start < 0 ? std::string_view{}
+                                       : text.substr(static_cast<std::size_t>(start),
+                                                     static_cast<std::size_t>(end - start)));
+        }
+        if (!take(std::move(groups)))
+            return;
     }
-    return groups;
+}
+
+std::optional<std::vector<std::string_view>> Pattern::firstMatch(std::string_view text) const {
+    std::optional<std::vector<std::string_view>> first;
+    eachMatch(*compiled_->pattern, text, [&](auto groups) {
+        first = std::move(groups);
+        return false;
+    });
+    return first;
+}
+
+std::vector<std::vector<std::string_view>> Pattern::allMatches(std::string_view text) const {
+    std::vector<std::vector<std::string_view>> all;
+    eachMatch(*compiled_->pattern, text, [&](auto groups) {
+        all.push_back(std::move(groups));
+        return true;
+    });
+    return all;
 }
 
 } // namespace tarnwick

@@ -21,6 +21,8 @@ class Pattern {
     // The first match in `text`: the whole match, then its captures, as views into `text`. A
     // byte that is not UTF-8 is read as U+FFFD.
     std::optional<std::vector<std::string_view>> firstMatch(std::string_view text) const;
+    // All matches, first to last, none overlapping another; each as firstMatch gives it.
+    std::vector<std::vector<std::string_view>> allMatches(std::string_view text) const;
     bool matchesIn(std::string_view text) const { return firstMatch(text).has_value(); }
 
   private:

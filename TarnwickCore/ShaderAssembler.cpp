@@ -100,15 +100,6 @@ void append(std::string& text, std::initializer_list<std::string_view> parts) {
         text += part;
 }
 
-std::string paramsBody(std::span<const ParamDecl> params) {
-    if (params.empty())
-        return "    float unused;";
-    std::string body;
-    for (const ParamDecl& param : params)
-        append(body, {body.empty() ? "" : "\n", "    float ", param.name, ";"});
-    return body;
-}
-
 std::string inputsTail() {
     std::string tail;
     append(tail, {pieces::fragmentOpening, ShaderAssembler::fragmentName, pieces::fragmentInputs,
@@ -174,8 +165,8 @@ AssembledShader described(Lines lines) {
 std::string programText(std::string_view episode, const AssembledShader& shader) {
     std::string text;
     text.reserve(episode.size() + 8192);
-    append(text, {pieces::headerOpening, paramsBody(shader.params), pieces::headerVertex,
-                  ShaderAssembler::vertexName, pieces::headerClosing});
+    append(text, {pieces::headerOpening, ShaderAssembler::paramsBody(shader.params),
+                  pieces::headerVertex, ShaderAssembler::vertexName, pieces::headerClosing});
     if (shader.isParticles())
         text += pieces::trailsStruct;
     if (shader.usesInputs)
@@ -200,6 +191,15 @@ AssembledShader ShaderAssembler::assemble(std::string_view source) {
     AssembledShader shader = described(linesOf(source));
     shader.source = programText(source, shader);
     return shader;
+}
+
+std::string ShaderAssembler::paramsBody(std::span<const ParamDecl> params) {
+    if (params.empty())
+        return "    float unused;";
+    std::string body;
+    for (const ParamDecl& param : params)
+        append(body, {body.empty() ? "" : "\n", "    float ", param.name, ";"});
+    return body;
 }
 
 std::int64_t ShaderAssembler::particleCount(std::string_view source) {

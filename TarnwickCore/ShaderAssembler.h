@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -82,6 +83,8 @@ and optionally float4 background(float2 uv, constant Uniforms& u, constant Param
 
     static AssembledShader assemble(std::string_view source);
 
+    // The members of `Params`, a line each; the last one without its line break.
+    static std::string paramsBody(std::span<const ParamDecl> params);
     // The numbers of `// @particles N` and `// @grid N`, capped; 0 without the directive.
     static std::int64_t particleCount(std::string_view source);
     static std::int64_t gridSize(std::string_view source);

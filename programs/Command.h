@@ -32,6 +32,7 @@ extern const Command sheetCommand;
 extern const Command soundCommand;
 extern const Command spectrumCommand;
 extern const Command stillCommand;
+extern const Command swiftUICommand;
 extern const Command tokensCommand;
 extern const Command variationsCommand;
 

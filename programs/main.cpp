@@ -19,6 +19,7 @@ constexpr std::array commands{
     &tokensCommand,
     &assembleCommand,
     &mslCommand,
+    &swiftUICommand,
     &stillCommand,
     &sheetCommand,
     &variationsCommand,
