@@ -70,7 +70,7 @@ LibavOwner<AVFrame> frameOf(std::shared_ptr<const PixelBuffer> picture, AVPixelF
 
 class LibavEncoder : public VideoEncoder {
   public:
-    explicit LibavEncoder(const VideoSettings& settings);
+    LibavEncoder(const VideoSettings& settings, const CodecRow& row);
 
     void encode(std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
                 const VideoPacketSink& sink) override;
@@ -89,9 +89,8 @@ class LibavEncoder : public VideoEncoder {
     std::int64_t firstFrame = -1; // sessions count from 0, so that they are alike wherever they lie
 };
 
-LibavEncoder::LibavEncoder(const VideoSettings& settings) {
+LibavEncoder::LibavEncoder(const VideoSettings& settings, const CodecRow& row) {
     catchLibavWords();
-    const CodecRow& row = codecRow(settings.codec);
     const AVCodec* codec = avcodec_find_encoder_by_name(row.encoder);
     if (!codec)
         throw MovieError(std::string("Encoder not found: ") + row.encoder);
@@ -168,7 +167,14 @@ std::vector<std::byte> LibavEncoder::configuration() const {
 } // namespace
 
 std::unique_ptr<VideoEncoder> makeLibavEncoder(const VideoSettings& settings) {
-    return std::make_unique<LibavEncoder>(settings);
+    return std::make_unique<LibavEncoder>(settings, codecRow(settings.codec));
+}
+
+std::unique_ptr<VideoEncoder> makeHEVCEncoder(const VideoSettings& settings,
+                                              const std::string& options) {
+    CodecRow row = codecRow(MovieCodec::hevc);
+    row.options = options.c_str();
+    return std::make_unique<LibavEncoder>(settings, row);
 }
 
 } // namespace tarnwick

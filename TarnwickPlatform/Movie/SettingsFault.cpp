@@ -39,6 +39,10 @@ std::optional<std::string> settingsFault(const VideoSettings& settings, MovieFil
             return "ProRes goes into QuickTime movies only.";
         return std::nullopt;
     }
+    if (settings.codec == MovieCodec::hevcWithAlpha &&
+        !(settings.alphaQuality >= 0 && settings.alphaQuality <= 1))
+        return "Alpha has a quality from 0 to 1, not " + std::to_string(settings.alphaQuality) +
+               ".";
     constexpr std::int64_t greatestBitRate = 2'000'000'000;
     if (settings.averageBitRate < 1 || settings.averageBitRate > greatestBitRate)
         return "A movie has 1 to 2000000000 bits a second, not " +

@@ -1,6 +1,6 @@
 #include "TarnwickPlatform/Movie/VideoEncoder.h"
 
-#include "TarnwickPlatform/Movie/MovieError.h"
+#include "TarnwickPlatform/Movie/HEVCAlphaEncoder.h"
 
 namespace tarnwick {
 
@@ -12,7 +12,7 @@ std::unique_ptr<VideoEncoder> makeVideoEncoder(const VideoSettings& settings) {
     case MovieCodec::prores4444:
         return makeLibavEncoder(settings);
     case MovieCodec::hevcWithAlpha:
-        throw MovieError("There is no encoder for HEVC with alpha yet.");
+        return makeHEVCAlphaEncoder(settings);
     }
     return nullptr;
 }

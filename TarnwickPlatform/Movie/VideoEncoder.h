@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace tarnwick {
@@ -53,5 +54,10 @@ std::unique_ptr<VideoEncoder> makeVideoEncoder(const VideoSettings& settings);
 
 // The same by libavcodec, for all codecs but HEVC with alpha.
 std::unique_ptr<VideoEncoder> makeLibavEncoder(const VideoSettings& settings);
+
+// HEVC by libx265 with other options than makeLibavEncoder's, in libavutil's form "name=value:...".
+// Takes the first three planes of ycbcr420 or ycbcra420. Throws MovieError.
+std::unique_ptr<VideoEncoder> makeHEVCEncoder(const VideoSettings& settings,
+                                              const std::string& options);
 
 } // namespace tarnwick

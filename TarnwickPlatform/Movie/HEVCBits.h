@@ -1,0 +1,61 @@
+// The bits of HEVC's syntax structures: fixed lengths, exponential-Golomb codes, and the bytes that
+// keep start codes from appearing within a NAL unit (Rec. ITU-T H.265, 7.2, 7.3.1.1, 9.2).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <utility>
+#include <vector>
+
+namespace tarnwick::hevc {
+
+using Bytes = std::vector<std::uint8_t>;
+using ByteView = std::span<const std::uint8_t>;
+
+// The raw byte sequence payload of a NAL unit's bytes, without the byte 3 behind each two zeros.
+Bytes withoutEmulationPrevention(ByteView bytes);
+
+// The reverse; a last zero byte gets a 3 behind it, too.
+Bytes withEmulationPrevention(ByteView payload);
+
+// The number of bits before the stop bit of rbsp_trailing_bits(); 0 where there is none.
+std::size_t bitsBeforeTrailing(ByteView payload);
+
+// Reads from the highest bit of the first byte on. Past the end there are zeros.
+class BitReader {
+  public:
+    // Borrows `bytes`.
+    explicit BitReader(ByteView bytes) : bytes(bytes) {}
+
+    std::uint32_t bits(int count); // u(n), count in [0, 32]
+    bool flag() { return bits(1) != 0; }
+    std::uint32_t exponentialGolomb(); // ue(v); 0 where the code is longer than 32 zeros allow
+
+    std::size_t position() const { return next; } // in bits
+    bool pastEnd() const { return next > 8 * bytes.size(); }
+
+  private:
+    ByteView bytes;
+    std::size_t next = 0;
+};
+
+// Writes from the highest bit of the first byte on.
+class BitWriter {
+  public:
+    void bits(std::uint32_t value, int count); // u(n): the lowest `count` bits, count in [0, 32]
+    void flag(bool value) { bits(value ? 1 : 0, 1); }
+    void exponentialGolomb(std::uint32_t value); // ue(v), value below 2^32 - 1
+    void copy(BitReader& from, std::size_t count);
+    void alignWithOnes(); // up to the next byte border, none at one
+    void trailingBits();  // rbsp_trailing_bits(): a one, and zeros up to the byte border
+
+    std::size_t position() const { return written; } // in bits
+    Bytes take() { return std::move(bytes_); }
+
+  private:
+    Bytes bytes_;
+    std::size_t written = 0;
+};
+
+} // namespace tarnwick::hevc

@@ -1,0 +1,360 @@
+#include "TarnwickPlatform/Movie/HEVCAlphaEncoder.h"
+#include "TarnwickPlatform/Movie/HEVCLayeredStream.h"
+#include "TarnwickPlatform/Movie/Libav.h"
+#include "TarnwickPlatform/Movie/MovieWriter.h"
+#include "tests/TarnwickPlatform/HEVCSyntax.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+
+namespace tarnwick {
+namespace {
+
+using hevctest::Bytes;
+using hevctest::Unit;
+
+constexpr std::int64_t width = 98, height = 66; // neither is a multiple of the coding blocks' 8
+constexpr std::int64_t frames = 11, interval = 4;
+
+VideoSettings settings() {
+    return {.codec = MovieCodec::hevcWithAlpha,
+            .width = width,
+            .height = height,
+            .framesPerSecond = 30,
+            .averageBitRate = 2'000'000,
+            .maxKeyFrameInterval = interval};
+}
+
+// A disc of colour that moves over nothing, soft at its edge.
+std::shared_ptr<PixelBuffer> picture(std::int64_t frame) {
+    PixelBufferPool pool(PixelFormat::ycbcra420, width, height, 1);
+    auto made = pool.take();
+    for (std::size_t plane = 0; plane < 4; ++plane) {
+        const PixelLayout::Plane& shape = made->layout().planes[plane];
+        const double scale = static_cast<double>(width) / static_cast<double>(shape.width);
+        for (std::int64_t y = 0; y < shape.height; ++y)
+            for (std::int64_t x = 0; x < shape.width; ++x) {
+                const double distance =
+                    std::hypot(static_cast<double>(x) * scale - 30 - 3 * static_cast<double>(frame),
+                               static_cast<double>(y) * scale - 33);
+                const double inside = std::clamp((26 - distance) / 12, 0.0, 1.0);
+                const double value = plane == 3   ? 255 * inside
+                                     : plane == 0 ? 16 + 180 * inside
+                                                  : 128 + (plane == 1 ? -60 : 70) * inside;
+                made->plane(plane)[y * shape.bytesPerRow + x] =
+                    static_cast<std::byte>(std::lround(value));
+            }
+    }
+    return made;
+}
+
+Bytes bytesOf(const std::vector<std::byte>& bytes) {
+    const auto* from = reinterpret_cast<const std::uint8_t*>(bytes.data());
+    return {from, from + bytes.size()};
+}
+
+struct Stream {
+    Bytes configuration;
+    std::vector<VideoPacket> packets;
+};
+
+Stream encoded(const std::unique_ptr<VideoEncoder>& encoder, std::int64_t firstFrame = 0) {
+    Stream made{.configuration = bytesOf(encoder->configuration())};
+    const auto sink = [&](VideoPacket packet) { made.packets.push_back(std::move(packet)); };
+    for (std::int64_t frame = 0; frame < frames; ++frame)
+        encoder->encode(picture(frame), firstFrame + frame, sink);
+    encoder->finish(sink);
+    return made;
+}
+
+// What decoders take: the access units of one layer, the parameter sets before the first one's
+// slices.
+std::vector<Bytes> layer(const Stream& stream, int number) {
+    auto sets = hevctest::readConfiguration(stream.configuration).units;
+    sets[0].layer = number; // the VPS serves both
+    Bytes unit = hevctest::layerStream(sets, number);
+    std::vector<Bytes> units;
+    for (const VideoPacket& packet : stream.packets) {
+        const Bytes slices =
+            hevctest::layerStream(hevctest::readSample(bytesOf(packet.bytes)), number);
+        unit.insert(unit.end(), slices.begin(), slices.end());
+        units.push_back(std::exchange(unit, {}));
+    }
+    return units;
+}
+
+// The luma planes of a stream's pictures, in showing order, each without gaps. Any error ends in
+// fewer pictures.
+std::vector<Bytes> decodedLuma(const std::vector<Bytes>& accessUnits,
+                               const Bytes& configuration = {}) {
+    LibavOwner<AVCodecContext> decoder(
+        avcodec_alloc_context3(avcodec_find_decoder(AV_CODEC_ID_HEVC)));
+    decoder->err_recognition = AV_EF_EXPLODE | AV_EF_BITSTREAM | AV_EF_BUFFER | AV_EF_CAREFUL;
+    decoder->thread_count = 1;
+    decoder->extradata =
+        static_cast<std::uint8_t*>(av_mallocz(configuration.size() + AV_INPUT_BUFFER_PADDING_SIZE));
+    std::copy(configuration.begin(), configuration.end(), decoder->extradata);
+    decoder->extradata_size = static_cast<int>(configuration.size());
+    EXPECT_EQ(avcodec_open2(decoder.get(), nullptr, nullptr), 0);
+    LibavOwner<AVFrame> frame(av_frame_alloc());
+    LibavOwner<AVPacket> packet(av_packet_alloc());
+    std::vector<Bytes> pictures;
+    const auto receive = [&] {
+        while (avcodec_receive_frame(decoder.get(), frame.get()) == 0) {
+            Bytes& luma = pictures.emplace_back();
+            for (int y = 0; y < frame->height; ++y) {
+                const std::uint8_t* row = frame->data[0] + y * frame->linesize[0];
+                luma.insert(luma.end(), row, row + frame->width);
+            }
+        }
+    };
+    for (const Bytes& unit : accessUnits) {
+        EXPECT_EQ(av_new_packet(packet.get(), static_cast<int>(unit.size())), 0);
+        std::memcpy(packet->data, unit.data(), unit.size());
+        EXPECT_EQ(avcodec_send_packet(decoder.get(), packet.get()), 0);
+        av_packet_unref(packet.get());
+        receive();
+    }
+    avcodec_send_packet(decoder.get(), nullptr);
+    receive();
+    return pictures;
+}
+
+// Peak signal-to-noise ratio of decoded luma against a plane of the sources, in dB; 0 where the
+// pictures do not fit.
+double fidelity(const std::vector<Bytes>& decoded, std::size_t plane) {
+    if (decoded.size() != static_cast<std::size_t>(frames))
+        return 0;
+    double squares = 0;
+    for (std::int64_t frame = 0; frame < frames; ++frame) {
+        const Bytes& got = decoded[static_cast<std::size_t>(frame)];
+        const auto source = picture(frame);
+        if (got.size() != static_cast<std::size_t>(width * height))
+            return 0;
+        for (std::int64_t at = 0; at < width * height; ++at) {
+            const std::int64_t from =
+                at / width * source->layout().planes[plane].bytesPerRow + at % width;
+            const int error =
+                static_cast<int>(source->plane(plane)[from]) - got[static_cast<std::size_t>(at)];
+            squares += error * error;
+        }
+    }
+    return 10 * std::log10(255.0 * 255.0 * static_cast<double>(frames * width * height) / squares);
+}
+
+TEST(HEVCAlphaEncoder, describesTwoLayersFieldByField) {
+    const Stream stream = encoded(makeHEVCAlphaEncoder(settings()));
+    const auto configuration = hevctest::readConfiguration(stream.configuration);
+    std::ostringstream text;
+    text << "configuration\n" << configuration.fields;
+    for (const Unit& unit : configuration.units)
+        text << "\nunit " << unit.type << " of layer " << unit.layer << "\n"
+             << hevctest::fields(unit);
+    std::ifstream file(HEVC_ALPHA_FIELDS);
+    std::ostringstream wanted;
+    wanted << file.rdbuf();
+    EXPECT_EQ(text.str(), wanted.str());
+}
+
+TEST(HEVCAlphaEncoder, pairsEachSliceOfColourWithOneOfAlpha) {
+    const Stream stream = encoded(makeHEVCAlphaEncoder(settings()));
+    ASSERT_EQ(stream.packets.size(), static_cast<std::size_t>(frames));
+    const auto sets = hevctest::readConfiguration(stream.configuration).units;
+    for (const VideoPacket& packet : stream.packets) {
+        auto units = hevctest::readSample(bytesOf(packet.bytes));
+        const bool isKeyFrame = packet.frame % interval == 0;
+        EXPECT_EQ(packet.isKeyFrame, isKeyFrame);
+        ASSERT_EQ(units.size(), isKeyFrame ? 3U : 2U);
+        if (isKeyFrame) {
+            EXPECT_EQ(units[0].bytes, sets.back().bytes);
+            units.erase(units.begin());
+        }
+        EXPECT_EQ(units[0].type, units[1].type);
+        EXPECT_EQ(units[0].type >= 16, isKeyFrame);
+        EXPECT_EQ(units[0].layer, 0);
+        EXPECT_EQ(units[1].layer, 1);
+        EXPECT_TRUE(hevctest::fields(units[0]).ends_with("slice_pic_parameter_set_id 0\n"));
+        EXPECT_TRUE(hevctest::fields(units[1]).ends_with("slice_pic_parameter_set_id 15\n"));
+    }
+}
+
+TEST(HEVCAlphaEncoder, givesColourAndAlphaThatDecodeOnTheirOwn) {
+    const Stream stream = encoded(makeHEVCAlphaEncoder(settings()));
+    EXPECT_GT(fidelity(decodedLuma(layer(stream, 0)), 0), 45);
+    EXPECT_GT(fidelity(decodedLuma(layer(stream, 1)), 3), 45);
+}
+
+TEST(HEVCAlphaEncoder, givesTheSamePacketsWhereverAStretchLies) {
+    const Stream first = encoded(makeHEVCAlphaEncoder(settings()));
+    const Stream later = encoded(makeHEVCAlphaEncoder(settings()), 1000);
+    EXPECT_EQ(first.configuration, later.configuration);
+    ASSERT_EQ(first.packets.size(), later.packets.size());
+    for (std::size_t packet = 0; packet < first.packets.size(); ++packet) {
+        EXPECT_EQ(first.packets[packet].bytes, later.packets[packet].bytes);
+        EXPECT_EQ(first.packets[packet].frame + 1000, later.packets[packet].frame);
+    }
+}
+
+TEST(HEVCAlphaEncoder, takesItsSettingsForAlpha) {
+    VideoSettings coarse = settings();
+    coarse.alphaQuality = 0.2;
+    coarse.alpha = AlphaKind::straight;
+    const Stream stream = encoded(makeHEVCAlphaEncoder(coarse));
+    const double quality = fidelity(decodedLuma(layer(stream, 1)), 3);
+    EXPECT_GT(quality, 15);
+    EXPECT_LT(quality, 40);
+    EXPECT_GT(fidelity(decodedLuma(layer(stream, 0)), 0), 45); // colour does not follow
+    const Unit information = hevctest::readConfiguration(stream.configuration).units.back();
+    EXPECT_NE(hevctest::fields(information).find("alpha_channel_use_idc 0\n"), std::string::npos);
+}
+
+struct WrittenTrack {
+    std::uint32_t tag = 0;
+    Bytes configuration;
+    std::vector<Bytes> packets;
+};
+
+// The one track of a file.
+WrittenTrack readTrack(const std::filesystem::path& file) {
+    AVFormatContext* opened = nullptr;
+    EXPECT_EQ(avformat_open_input(&opened, file.c_str(), nullptr, nullptr), 0);
+    EXPECT_EQ(opened->nb_streams, 1U);
+    const AVCodecParameters& parameters = *opened->streams[0]->codecpar;
+    WrittenTrack track{parameters.codec_tag,
+                       {parameters.extradata, parameters.extradata + parameters.extradata_size},
+                       {}};
+    LibavOwner<AVPacket> packet(av_packet_alloc());
+    while (av_read_frame(opened, packet.get()) == 0) {
+        track.packets.emplace_back(packet->data, packet->data + packet->size);
+        av_packet_unref(packet.get());
+    }
+    avformat_close_input(&opened);
+    return track;
+}
+
+TEST(HEVCAlphaEncoder, fillsOneTrackOfAMovie) {
+    const auto file = std::filesystem::path(testing::TempDir()) /
+                      ("hevc-alpha-" + std::to_string(getpid()) + ".mov");
+    const auto writer = MovieWriter::make(file, MovieFileType::quickTime);
+    VideoInput* input = writer->add(settings());
+    ASSERT_TRUE(input && writer->startWriting());
+    writer->startSession({0, 30});
+    for (std::int32_t frame = 0; frame < frames; ++frame) {
+        while (!input->isReadyForMoreMediaData())
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        ASSERT_TRUE(input->append(picture(frame), {frame, 30}));
+    }
+    writer->finishWriting();
+    EXPECT_EQ(writer->status(), MovieWriterStatus::completed) << writer->errorText().value_or("");
+    const WrittenTrack track = readTrack(file);
+    std::filesystem::remove(file);
+    const Stream stream = encoded(makeHEVCAlphaEncoder(settings()));
+    EXPECT_EQ(track.tag, MKTAG('h', 'v', 'c', '1'));
+    EXPECT_EQ(track.configuration, stream.configuration);
+    ASSERT_EQ(track.packets.size(), stream.packets.size());
+    for (std::size_t packet = 0; packet < track.packets.size(); ++packet)
+        EXPECT_EQ(track.packets[packet], bytesOf(stream.packets[packet].bytes));
+    // A decoder that knows nothing of layers shows the colours of the whole.
+    EXPECT_EQ(decodedLuma(track.packets, track.configuration), decodedLuma(layer(stream, 0)));
+}
+
+// Two plain streams of the same frame types.
+struct Layers {
+    Stream colour = encoded(makeHEVCEncoder(settings(), options));
+    Stream alpha = encoded(makeHEVCEncoder(settings(), options + ":qmin=20"));
+
+    static inline const std::string options = "preset=ultrafast:x265-params=log-level=none\\:info=0"
+                                              "\\:b-adapt=0\\:scenecut=0\\:min-keyint=4";
+};
+
+hevc::ByteView viewOf(const VideoPacket& packet) {
+    return {reinterpret_cast<const std::uint8_t*>(packet.bytes.data()), packet.bytes.size()};
+}
+
+std::vector<Bytes> unitsOf(hevc::ByteView stream) {
+    std::vector<Bytes> units;
+    for (const hevc::ByteView unit : hevc::splitByteStream(stream))
+        units.emplace_back(unit.begin(), unit.end());
+    return units;
+}
+
+TEST(LayeredStream, comesApartAsItWasPutTogether) {
+    const Layers plain;
+    const hevc::LayeredStream stream(plain.colour.configuration, plain.alpha.configuration,
+                                     AlphaKind::straight);
+    const auto sets = hevctest::readConfiguration(stream.configuration()).units;
+    const auto colourSets = unitsOf(plain.colour.configuration);
+    const auto alphaSets = unitsOf(plain.alpha.configuration);
+    ASSERT_EQ(sets.size(), 6U);
+    EXPECT_EQ(sets[1].bytes, colourSets[1]);
+    EXPECT_EQ(sets[3].bytes, colourSets[2]);
+    EXPECT_EQ(hevctest::movedBack(sets[2]).bytes, alphaSets[1]);
+    EXPECT_EQ(hevctest::movedBack(sets[4]).bytes, alphaSets[2]);
+    for (std::size_t at = 0; at < plain.colour.packets.size(); ++at) {
+        const hevc::ByteView colour = viewOf(plain.colour.packets[at]);
+        const hevc::ByteView alpha = viewOf(plain.alpha.packets[at]);
+        const auto units = hevctest::readSample(stream.accessUnit(colour, alpha));
+        ASSERT_GE(units.size(), 2U);
+        EXPECT_EQ(units[units.size() - 2].bytes, unitsOf(colour).back());
+        EXPECT_EQ(hevctest::movedBack(units.back()).bytes, unitsOf(alpha).back());
+    }
+}
+
+TEST(LayeredStream, refusesWhatDoesNotPairUp) {
+    const Layers plain;
+    const Bytes& sets = plain.colour.configuration;
+    const hevc::LayeredStream stream(sets, plain.alpha.configuration, AlphaKind::straight);
+    EXPECT_THROW(stream.accessUnit(viewOf(plain.colour.packets[0]), viewOf(plain.alpha.packets[1])),
+                 MovieError);
+    EXPECT_THROW(hevc::LayeredStream(sets, {}, AlphaKind::straight), MovieError);
+    EXPECT_THROW(hevc::LayeredStream(sets, hevc::ByteView(sets).first(40), AlphaKind::straight),
+                 MovieError);
+    VideoSettings larger = settings();
+    larger.width += 32;
+    const auto other = makeHEVCEncoder(larger, Layers::options);
+    EXPECT_THROW(hevc::LayeredStream(sets, bytesOf(other->configuration()), AlphaKind::straight),
+                 MovieError);
+}
+
+TEST(HEVCBits, comeBackFromBehindEmulationPrevention) {
+    std::minstd_rand random(5);
+    for (int round = 0; round < 200; ++round) {
+        Bytes payload(random() % 40);
+        for (std::uint8_t& byte : payload)
+            byte = random() % 3 == 0 ? static_cast<std::uint8_t>(random() % 5) : 0;
+        payload.push_back(0x80);                            // trailing bits
+        payload.insert(payload.end(), random() % 2 * 2, 0); // cabac_zero_words
+        const Bytes escaped = hevc::withEmulationPrevention(payload);
+        EXPECT_EQ(hevc::withoutEmulationPrevention(escaped), payload);
+        for (std::size_t at = 2; at < escaped.size(); ++at)
+            EXPECT_FALSE(escaped[at - 2] == 0 && escaped[at - 1] == 0 && escaped[at] < 3);
+        EXPECT_TRUE(escaped.empty() || escaped.back() != 0);
+    }
+}
+
+TEST(HEVCBits, countByExponentialGolombCodes) {
+    hevc::BitWriter writer;
+    const std::vector<std::uint32_t> values{0, 1, 2, 3, 14, 15, 254, 255, 65535, 0xfffffffe};
+    for (const std::uint32_t value : values)
+        writer.exponentialGolomb(value);
+    const Bytes bytes = writer.take();
+    EXPECT_EQ(bytes[0], 0b1'010'011'0); // 0, 1, 2 and the beginning of 3: table 9-2
+    hevc::BitReader reader(bytes);
+    for (const std::uint32_t value : values)
+        EXPECT_EQ(reader.exponentialGolomb(), value);
+    EXPECT_FALSE(reader.pastEnd());
+}
+
+} // namespace
+} // namespace tarnwick
