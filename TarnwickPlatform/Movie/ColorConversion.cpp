@@ -1,6 +1,7 @@
 #include "TarnwickPlatform/Movie/ColorConversion.h"
 
 #include "TarnwickBase/Precondition.h"
+#include "TarnwickPlatform/Movie/ColorWeights.h"
 
 #include <algorithm>
 #include <vector>
@@ -17,46 +18,6 @@ namespace {
 #define TARNWICK_WIDE_TOO
 #endif
 
-constexpr int fractionBits = 18;
-
-// offset + blue * B + green * G + red * R, the sums of weights of the samples included.
-struct Weights {
-    std::int32_t blue;
-    std::int32_t green;
-    std::int32_t red;
-    std::int32_t offset; // the half that rounds included
-};
-
-constexpr double lumaRed = 0.2126;
-constexpr double lumaGreen = 0.7152;
-constexpr double lumaBlue = 0.0722;
-
-constexpr std::int32_t fixed(double value) {
-    const double scaled = value * (1 << fractionBits);
-    return static_cast<std::int32_t>(scaled < 0 ? scaled - 0.5 : scaled + 0.5);
-}
-
-constexpr Weights lumaWeights(int bits) {
-    const double scale = 219.0 * (1 << (bits - 8)) / 255.0;
-    return {fixed(scale * lumaBlue), fixed(scale * lumaGreen), fixed(scale * lumaRed),
-            fixed(16 * (1 << (bits - 8)) + 0.5)};
-}
-
-// `samples` is the sum of the weights with which pixels were added up.
-constexpr Weights chromaWeights(int bits, double blue, double red, double range, int samples) {
-    const double scale = 224.0 * (1 << (bits - 8)) / 255.0 / range / samples;
-    return {fixed(scale * (blue - lumaBlue)), fixed(scale * -lumaGreen),
-            fixed(scale * (red - lumaRed)), fixed(128 * (1 << (bits - 8)) + 0.5)};
-}
-
-constexpr Weights blueDifference(int bits, int samples) {
-    return chromaWeights(bits, 1, 0, 1.8556, samples);
-}
-
-constexpr Weights redDifference(int bits, int samples) {
-    return chromaWeights(bits, 0, 1, 1.5748, samples);
-}
-
 constexpr std::uint32_t blueAndRed(std::uint32_t pixel) {
     return pixel & 0x00ff00ffU;
 }
@@ -66,19 +27,19 @@ constexpr std::uint32_t greenAndAlpha(std::uint32_t pixel) {
 
 // Sums of blue and red in the halves of one word, and of green (and alpha) in those of another.
 template <typename Sample>
-inline Sample weighted(std::uint32_t blueRed, std::uint32_t greenAlpha, Weights weights) {
+inline Sample weighted(std::uint32_t blueRed, std::uint32_t greenAlpha, ColorWeights weights) {
     const auto blue = static_cast<std::int32_t>(blueRed & 0xffffU);
     const auto red = static_cast<std::int32_t>(blueRed >> 16);
     const auto green = static_cast<std::int32_t>(greenAlpha & 0xffffU);
     return static_cast<Sample>(
         (weights.blue * blue + weights.green * green + weights.red * red + weights.offset) >>
-        fractionBits);
+        ColorWeights::fractionBits);
 }
 
 template <typename Sample>
 [[gnu::always_inline]] inline void fullRow(const std::uint32_t* __restrict pixels,
                                            Sample* __restrict row, std::int64_t width,
-                                           Weights weights) {
+                                           ColorWeights weights) {
     for (std::int64_t x = 0; x < width; ++x)
         row[x] = weighted<Sample>(blueAndRed(pixels[x]), greenAndAlpha(pixels[x]), weights);
 }
@@ -87,7 +48,7 @@ template <typename Sample>
 template <typename Sample>
 [[gnu::always_inline]] inline void
 halfRow(const std::uint32_t* __restrict blueRed, const std::uint32_t* __restrict greenAlpha,
-        Sample* __restrict row, std::int64_t count, Weights weights) {
+        Sample* __restrict row, std::int64_t count, ColorWeights weights) {
     for (std::int64_t i = 0; i < count; ++i) {
         const std::int64_t x = 2 * i + 1;
         row[i] =
@@ -97,22 +58,22 @@ halfRow(const std::uint32_t* __restrict blueRed, const std::uint32_t* __restrict
 }
 
 TARNWICK_WIDE_TOO void fullRow8(const std::uint32_t* pixels, std::uint8_t* row, std::int64_t width,
-                                Weights weights) {
+                                ColorWeights weights) {
     fullRow(pixels, row, width, weights);
 }
 
 TARNWICK_WIDE_TOO void fullRow10(const std::uint32_t* pixels, std::uint16_t* row,
-                                 std::int64_t width, Weights weights) {
+                                 std::int64_t width, ColorWeights weights) {
     fullRow(pixels, row, width, weights);
 }
 
 TARNWICK_WIDE_TOO void halfRow8(const std::uint32_t* blueRed, const std::uint32_t* greenAlpha,
-                                std::uint8_t* row, std::int64_t count, Weights weights) {
+                                std::uint8_t* row, std::int64_t count, ColorWeights weights) {
     halfRow(blueRed, greenAlpha, row, count, weights);
 }
 
 TARNWICK_WIDE_TOO void halfRow10(const std::uint32_t* blueRed, const std::uint32_t* greenAlpha,
-                                 std::uint16_t* row, std::int64_t count, Weights weights) {
+                                 std::uint16_t* row, std::int64_t count, ColorWeights weights) {
     halfRow(blueRed, greenAlpha, row, count, weights);
 }
 
