@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <string_view>
 
 namespace tarnwick {
@@ -16,10 +17,10 @@ namespace fs = std::filesystem;
 // A folder of our own beside the place of another, gone with all that is left in it at the end.
 class Beside {
   public:
-    explicit Beside(const fs::path& place) {
+    Beside(const fs::path& place, const fs::path& shown) {
         std::string name = (place.parent_path() / ".tarnwick-XXXXXX").string();
         if (!mkdtemp(name.data()))
-            throw fs::filesystem_error("", std::error_code(errno, std::generic_category()));
+            misuse(shown.string() + " cannot be written: " + std::strerror(errno) + ".");
         folder_ = name;
     }
     ~Beside() {
@@ -69,7 +70,7 @@ void writeNewFolder(const fs::path& folder, std::span<const NewFile> files) {
     const HeldSignals whileWriting;
     try {
         const fs::path place = placeOf(folder);
-        const Beside beside(place);
+        const Beside beside(place, folder);
         // One more folder inside, since the outer one is for nobody else's eyes.
         const fs::path written = beside.folder() / place.filename();
         writeInto(written, folder, files);
