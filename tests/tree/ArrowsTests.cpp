@@ -100,13 +100,14 @@ struct Keeper {
     std::string_view prefix; // of the header's name
     std::string_view folder;
 };
-constexpr std::array<Keeper, 7> keepers{{
+constexpr std::array<Keeper, 8> keepers{{
     {"clang/", "TarnwickMSL"},
     {"llvm/", "TarnwickMSL"},
     {"spirv-tools/", "TarnwickMSL"}, // SPIR-V itself is what it and TarnwickGPU share
     {"vulkan/", "TarnwickGPU"},
     {"pango/", "TarnwickPlatform/Text"},
     {"cairo", "TarnwickPlatform/Text"},
+    {"asio/", "TarnwickPlatform/Dispatch"},
     {"png.h", "TarnwickPlatform/Pictures"},
 }};
 

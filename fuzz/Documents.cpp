@@ -1,0 +1,45 @@
+// Documents in JSON: keyframe tracks, a saver's settings, MIDI bindings.
+#include "TarnwickCore/KeyframeTracks.h"
+#include "TarnwickCore/MIDIBinding.h"
+#include "fuzz/Input.h"
+#include "fuzz/Law.h"
+#include "saver/Settings.h"
+
+#include <limits>
+
+using namespace tarnwick;
+using namespace tarnwick::fuzz;
+
+namespace {
+
+void readTracks(std::string_view text) {
+    try {
+        const KeyframeTracks tracks = KeyframeTracks::decode(text);
+        law(KeyframeTracks::decode(std::string_view(tracks.encode())) == tracks,
+            "what is written reads the same");
+        for (const double time : {-1.0, 0.0, 0.5, 1e300, std::numeric_limits<double>::infinity()})
+            tracks.values(time, {});
+        tracks.fitted({});
+    } catch (const KeyframeTracksError&) {
+    }
+}
+
+void readBinding(std::string_view text) {
+    try {
+        const MIDIBinding binding = MIDIBinding::decode(text);
+        law(binding.channel < 16 && binding.controller < 128, "a binding is in its ranges");
+        law(MIDIBinding::decode(std::string_view(binding.encode())) == binding,
+            "what is written reads the same");
+    } catch (const MIDIBindingError&) {
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    const std::string_view text = textOf(bytes, size);
+    readTracks(text);
+    readBinding(text);
+    decodeSettings(text);
+    return 0;
+}

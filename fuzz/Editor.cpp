@@ -1,0 +1,43 @@
+// What the editor does with a source: colours, comments, indentation.
+#include "TarnwickCore/CodeEdit.h"
+#include "TarnwickCore/MSLSyntax.h"
+#include "fuzz/Input.h"
+#include "fuzz/Law.h"
+
+using namespace tarnwick;
+using namespace tarnwick::fuzz;
+
+namespace {
+
+std::size_t end(TextRange range) {
+    return range.location + range.length;
+}
+
+void checkTokens(std::string_view text, std::size_t length) {
+    std::size_t reached = 0;
+    SyntaxToken last;
+    for (const SyntaxToken& token : MSLSyntax::tokens(text)) {
+        law(token.range.length > 0 && end(token.range) <= length, "a token lies in the text");
+        const bool inside =
+            token.kind == SyntaxKind::headerKey && end(token.range) <= end(last.range);
+        law(inside || token.range.location >= reached, "tokens stand side by side");
+        reached = std::max(reached, end(token.range));
+        last = token;
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    FuzzedDataProvider input(bytes, size);
+    const TextRange selection{input.ConsumeIntegral<std::uint8_t>(),
+                              input.ConsumeIntegral<std::uint8_t>()};
+    const std::string text = input.ConsumeRemainingBytesAsString();
+    const std::size_t length = utf16Length(text);
+    checkTokens(text, length);
+    const CodeEdit::Replacement edit = CodeEdit::toggleLineComments(text, selection);
+    law(end(edit.range) <= length, "a replacement lies in the text");
+    law(CodeEdit::indent(selection.location, text).find_first_not_of(" \t") == std::string::npos,
+        "an indentation is blank");
+    return 0;
+}

@@ -1,0 +1,25 @@
+// A walkthrough: stages and an episode.
+#include "TarnwickCore/Walkthrough.h"
+
+#include "fuzz/Input.h"
+#include "fuzz/Law.h"
+
+using namespace tarnwick;
+using namespace tarnwick::fuzz;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    FuzzedDataProvider input(bytes, size);
+    const auto capacity = input.ConsumeIntegralInRange<std::int64_t>(-1, 40);
+    std::vector<std::string> stages;
+    while (stages.size() < 3 && input.ConsumeBool())
+        stages.push_back(input.ConsumeRandomLengthString());
+    const std::string episode = input.ConsumeRemainingBytesAsString();
+    const auto all = Walkthrough::stages(episode, EpisodeMeta::parse(episode), stages, capacity);
+    law(all.size() == stages.size() + 1, "each source is a stage");
+    for (const WalkthroughStage& stage : all)
+        for (const WalkthroughPage& page : stage.pages)
+            law(!page.lines.empty() && static_cast<std::int64_t>(page.lines.size()) <=
+                                           std::max<std::int64_t>(capacity, 1),
+                "a page holds lines, and no more than fit");
+    return 0;
+}
