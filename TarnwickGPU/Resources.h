@@ -48,6 +48,16 @@ class Texture {
                   std::uint32_t mipLevel) const;
     void getBytes(void* bytes, std::size_t bytesPerRow, std::size_t bytesPerImage,
                   const Region& region, std::uint32_t mipLevel, std::uint32_t slice) const;
+
+    // Where the CPU sees the pixels in place: those of a shared 2D texture of one level on a CPU
+    // driver. Elsewhere there are no bytes. What the GPU wrote is there once its command buffer has
+    // completed; the CPU may write while the GPU is not at work on the texture.
+    struct MappedPixels {
+        std::byte* bytes = nullptr;
+        std::size_t bytesPerRow = 0;
+        std::size_t length = 0; // bytes that the texture owns from `bytes` on
+    };
+    MappedPixels mapped() const;
     TextureParts& parts() const { return *parts_; }
 
   private:

@@ -149,6 +149,10 @@ void Texture::getBytes(void* bytes, std::size_t bytesPerRow, std::size_t bytesPe
          {static_cast<std::byte*>(bytes), bytesPerRow, bytesPerImage});
 }
 
+Texture::MappedPixels Texture::mapped() const {
+    return {parts_->bytes, parts_->bytesPerRow, parts_->mappedLength};
+}
+
 std::unique_ptr<Texture> Device::newTexture(const TextureDescriptor& descriptor) {
     if (isLost())
         return nullptr;

@@ -108,6 +108,7 @@ bool map(TextureParts& parts) {
         return false;
     parts.bytes = static_cast<std::byte*>(mapped) + layout.offset;
     parts.bytesPerRow = layout.rowPitch;
+    parts.mappedLength = layout.size;
     return true;
 }
 

@@ -34,6 +34,7 @@ struct TextureParts {
     VkDeviceMemory memory = VK_NULL_HANDLE; // null: the image is somebody else's
     std::byte* bytes = nullptr;             // level 0 as the CPU sees it, if it does
     std::size_t bytesPerRow = 0;            // of `bytes`
+    std::size_t mappedLength = 0;           // bytes from `bytes` on
     TextureViews views;
     VkImageAspectFlags aspect = VK_IMAGE_ASPECT_COLOR_BIT;
     VkImageLayout rest = VK_IMAGE_LAYOUT_GENERAL;

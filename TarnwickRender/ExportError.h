@@ -1,0 +1,35 @@
+// Why a film was not exported.
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <variant>
+
+namespace tarnwick {
+
+// what() is the sentence for the user.
+class ExportError : public std::runtime_error {
+  public:
+    struct Setup {
+        std::string reason;
+    };
+    struct Render {
+        std::int64_t frame; // of the film, from 0
+    };
+    struct Writer {
+        std::string reason;
+    };
+    struct Cancelled {};
+    using Case = std::variant<Setup, Render, Writer, Cancelled>;
+
+    explicit ExportError(Case which);
+
+    const Case& which() const { return which_; }
+    bool isCancelled() const { return std::holds_alternative<Cancelled>(which_); }
+
+  private:
+    Case which_;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,45 @@
+#include "TarnwickRender/ExportState.h"
+
+#include <thread>
+
+namespace tarnwick {
+
+void ExportState::fail(const ExportError& error) {
+    const std::lock_guard lock(mutex_);
+    if (!failure_)
+        failure_ = error;
+}
+
+bool ExportState::hasFailed() const {
+    const std::lock_guard lock(mutex_);
+    return failure_.has_value();
+}
+
+void ExportState::throwIfFailed() const {
+    const std::lock_guard lock(mutex_);
+    if (failure_)
+        throw *failure_;
+}
+
+ExportError writerFailure(const MovieWriter& writer) {
+    return ExportError(ExportError::Writer{writer.errorText().value_or("unknown")});
+}
+
+bool waitUntilReady(const MovieInput& input, const MovieWriter& writer, ExportState& state,
+                    std::chrono::nanoseconds patience) {
+    const auto begin = std::chrono::steady_clock::now();
+    while (!state.hasFailed()) {
+        if (input.isReadyForMoreMediaData())
+            return true;
+        if (writer.status() == MovieWriterStatus::failed)
+            state.fail(writerFailure(writer));
+        else if (std::chrono::steady_clock::now() - begin > patience)
+            state.fail(ExportError(ExportError::Writer{"the writer stalled waiting for the " +
+                                                       std::string(input.mediaType()) + " track"}));
+        else
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return false;
+}
+
+} // namespace tarnwick

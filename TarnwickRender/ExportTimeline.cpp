@@ -1,0 +1,59 @@
+#include "TarnwickRender/ExportTimeline.h"
+
+#include "TarnwickCore/ExportPlan.h"
+#include "TarnwickRender/ExportError.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnwick {
+namespace {
+
+// More frames than any film has, and few enough that sums of them fit.
+constexpr double mostFrames = 0x1p52;
+
+std::int64_t countOf(double duration, std::int64_t fps) {
+    if (!(std::abs(duration * static_cast<double>(fps)) < mostFrames))
+        throw ExportError(ExportError::Setup{"a duration is no number of seconds to export"});
+    return ExportPlan::frameCount(duration, fps);
+}
+
+// A crossfade that is too short for a frame has one all the same.
+std::int64_t fadeOf(const ExportSegment& segment, std::int64_t fps) {
+    const double seconds = std::min(segment.loop, segment.duration * 0.5);
+    return seconds > 0 ? ExportPlan::frameCount(seconds, fps) : 0;
+}
+
+} // namespace
+
+ExportTimeline ExportTimeline::of(std::span<const ExportSegment> segments, std::int64_t fps) {
+    if (segments.empty())
+        throw ExportError(ExportError::Setup{"nothing to export"});
+    ExportTimeline timeline{.fps = fps};
+    std::int64_t first = 0;
+    for (const ExportSegment& segment : segments) {
+        const std::int64_t count = countOf(segment.duration, fps);
+        timeline.entries.push_back({&segment, first, count, std::min(fadeOf(segment, fps), count)});
+        first += count;
+        if (static_cast<double>(first) >= mostFrames)
+            throw ExportError(ExportError::Setup{"the film is too long to export"});
+    }
+    return timeline;
+}
+
+std::int64_t ExportTimeline::mostFade() const {
+    std::int64_t most = 0;
+    for (const Entry& entry : entries)
+        most = std::max(most, entry.fade);
+    return most;
+}
+
+bool keepsState(const ShaderProgram& program) {
+    return program.isParticles() || program.usesInputs();
+}
+
+float ownWeight(std::int64_t left, std::int64_t fade) {
+    return static_cast<float>(left) / static_cast<float>(fade + 1);
+}
+
+} // namespace tarnwick

@@ -1,0 +1,60 @@
+// Draws the frames of a film, one after another: its segments' pictures, their crossfades and the
+// watermark.
+#pragma once
+
+#include "TarnwickRender/ExportTimeline.h"
+#include "TarnwickRender/LoopBlend.h"
+#include "TarnwickRender/SegmentPictures.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace tarnwick {
+
+// One thread at a time. The device and the timeline outlive it.
+class FilmFrames {
+  public:
+    // Makes the queue and the pipelines that the film takes. Throws ExportError.
+    FilmFrames(const ExportTimeline& timeline, gpu::Device& device, const PictureSize& size);
+
+    // Makes the textures that the crossfades take. Throws ExportError.
+    void makeLoopTextures();
+
+    // Draws frame `index` of the film into `target` and waits for the GPU. The frames are asked for
+    // in their order; the first may be any. Calls `meanwhile` during what comes before a segment's
+    // first frame: it may throw. Throws ExportError.
+    void draw(std::int64_t index, const gpu::Texture& target,
+              const std::function<void()>& meanwhile);
+
+    // Whether a loop of an episode was ended.
+    bool hitLoopBudget() const { return hitLoopBudget_; }
+
+  private:
+    void begin(const ExportTimeline::Entry& entry, std::int64_t frame,
+               const std::function<void()>& meanwhile);
+    const gpu::Texture& scratch();
+    bool encodeMix(gpu::CommandBuffer& commands, const gpu::Texture& target, std::int64_t frame);
+    template <typename Encode> void perform(std::int64_t frame, const Encode& encode);
+
+    const ExportTimeline& timeline_;
+    gpu::Device& device_;
+    PictureSize size_;
+    std::unique_ptr<gpu::CommandQueue> queue_;
+    std::unique_ptr<OverlayQuad> overlay_;
+    std::unique_ptr<Watermark> watermark_;
+    std::unique_ptr<LoopBlend> blend_;
+    // What a crossfade mixes: a frame, and those before the beginning. Of a program that keeps
+    // state these are drawn and kept before its first frame; of others the first is drawn as
+    // needed.
+    std::unique_ptr<gpu::Texture> own_;
+    std::vector<std::unique_ptr<gpu::Texture>> leadIn_;
+    std::unique_ptr<gpu::Texture> scratch_;
+    const ExportTimeline::Entry* entry_ = nullptr; // the one that pictures_ is of
+    std::optional<SegmentPictures> pictures_;
+    bool hitLoopBudget_ = false;
+};
+
+} // namespace tarnwick

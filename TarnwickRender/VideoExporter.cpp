@@ -1,0 +1,252 @@
+#include "TarnwickRender/VideoExporter.h"
+
+#include "TarnwickBase/Precondition.h"
+#include "TarnwickRender/FilmFrames.h"
+#include "TarnwickRender/FilmSound.h"
+#include "TarnwickRender/PixelBufferTextures.h"
+
+#include <algorithm>
+#include <limits>
+#include <thread>
+
+namespace tarnwick {
+namespace {
+
+constexpr std::int64_t keyFrameSeconds = 2; // between key frames, at most
+constexpr double alphaQuality = 0.9;
+
+[[noreturn]] void cannotStart(const std::string& reason) {
+    throw ExportError(ExportError::Setup{reason});
+}
+
+[[noreturn]] void writingFailed(const std::string& reason) {
+    throw ExportError(ExportError::Writer{reason});
+}
+
+MovieCodec movieCodec(VideoCodec codec) {
+    switch (codec) {
+    case VideoCodec::h264:
+        return MovieCodec::h264;
+    case VideoCodec::hevc:
+        return MovieCodec::hevc;
+    case VideoCodec::prores422:
+        return MovieCodec::prores422HQ;
+    case VideoCodec::prores4444:
+        return MovieCodec::prores4444;
+    case VideoCodec::hevcAlpha:
+        return MovieCodec::hevcWithAlpha;
+    }
+    precondition(false, "A codec is one of the enumeration.");
+    std::abort();
+}
+
+void checkSoundRate(std::int64_t fps) {
+    if (fps < 1 || ShaderAssembler::sampleRate % fps != 0)
+        cannotStart(std::to_string(fps) + " fps does not divide the audio rate");
+}
+
+void checkLayout(const FrameLayout& layout, const ExportPreset& preset) {
+    const auto count = static_cast<std::int64_t>(layout.overlays.size());
+    if (count > 0 && (layout.overlayIndex < 0 || layout.overlayIndex >= count))
+        cannotStart("overlay " + std::to_string(layout.overlayIndex) + " is wanted of " +
+                    std::to_string(count) + ", counted from 0");
+    const FrameLayout::Area& area = layout.picture;
+    if (area.x < 0 || area.y < 0 || area.width < 1 || area.height < 1 ||
+        area.width > preset.width - area.x || area.height > preset.height - area.y)
+        cannotStart("a layout's picture does not lie within the frame");
+}
+
+FrameRange rangeOf(const ExportDetails& details, const ExportTimeline& timeline,
+                   const VideoSettings& settings) {
+    const FrameRange frames = details.frames.value_or(FrameRange{0, timeline.frameCount()});
+    if (frames.first < 0 || frames.first >= frames.end || frames.end > timeline.frameCount())
+        cannotStart("the part does not lie within the film");
+    if (frames.first % stretchLength(settings) != 0)
+        cannotStart("a part begins at a multiple of " + std::to_string(stretchLength(settings)) +
+                    " frames");
+    return frames;
+}
+
+// The writer and its tracks, which belong to it.
+struct Tracks {
+    std::unique_ptr<MovieWriter> writer;
+    VideoInput* video = nullptr;
+    AudioInput* audio = nullptr; // null for a film without sound
+};
+
+Tracks startedTracks(const ExportTimeline& timeline, const ExportPreset& preset,
+                     const VideoSettings& settings, const FrameRange& frames,
+                     const std::filesystem::path& file, const ExportDetails& details) {
+    std::error_code ignored; // the writer says it where the file is in its way
+    std::filesystem::remove(file, ignored);
+    Tracks tracks;
+    tracks.writer = details.makeWriter(file, isQuickTime(preset.codec) ? MovieFileType::quickTime
+                                                                       : MovieFileType::mpeg4);
+    tracks.video = tracks.writer->add(settings);
+    if (tracks.video == nullptr)
+        cannotStart("the writer rejected the video settings");
+    const bool isHeardAtAll =
+        std::any_of(timeline.entries.begin(), timeline.entries.end(),
+                    [](const ExportTimeline::Entry& entry) { return isHeard(*entry.segment); });
+    if (isHeardAtAll && frames.first == 0) {
+        tracks.audio = tracks.writer->add(AudioSettings());
+        if (tracks.audio == nullptr)
+            cannotStart("the writer rejected the audio settings");
+    }
+    if (frames.first == 0)
+        tracks.writer->setChapters(details.chapters);
+    if (!tracks.writer->startWriting())
+        throw writerFailure(*tracks.writer);
+    tracks.writer->startSession({frames.first, static_cast<std::int32_t>(preset.fps)});
+    return tracks;
+}
+
+// The sound's task, which ends with this at the latest.
+class SoundTask {
+  public:
+    template <typename Work>
+    SoundTask(ExportState& state, const Work& work) : state_(state), thread_(work) {}
+    ~SoundTask() {
+        if (!thread_.joinable())
+            return;
+        state_.fail(ExportError(ExportError::Cancelled{}));
+        thread_.join();
+    }
+    SoundTask(const SoundTask&) = delete;
+    SoundTask& operator=(const SoundTask&) = delete;
+    void join() { thread_.join(); }
+
+  private:
+    ExportState& state_;
+    std::thread thread_;
+};
+
+// The pictures' task.
+class PictureTask {
+  public:
+    PictureTask(FilmFrames& film, const PixelBufferTextures& textures, const Tracks& tracks,
+                ExportState& state, const ExportDetails& details)
+        : film_(film), textures_(textures), tracks_(tracks), state_(state), details_(details) {}
+
+    // Ends early where the state has failed.
+    void write(const FrameRange& frames, std::int64_t fps,
+               const VideoExporter::Progress& progress) {
+        for (std::int64_t index = frames.first; index < frames.end; ++index) {
+            auto goOn = [&](std::int64_t done) {
+                if (!progress(done, frames.count()))
+                    throw ExportError(ExportError::Cancelled{});
+            };
+            const std::int64_t before = index - frames.first;
+            auto buffer = drawn(index, [&] { goOn(before); });
+            if (!waitUntilReady(*tracks_.video, *tracks_.writer, state_, details_.patience))
+                return;
+            if (!tracks_.video->append(std::move(buffer), {index, static_cast<std::int32_t>(fps)}))
+                refused(index);
+            state_.setPictures(index + 1);
+            goOn(before + 1);
+        }
+        state_.setPictures(std::numeric_limits<std::int64_t>::max() / 2);
+    }
+
+  private:
+    std::shared_ptr<const PixelBuffer> drawn(std::int64_t index,
+                                             const std::function<void()>& meanwhile) {
+        PixelBufferPool* pool = tracks_.video->pixelBufferPool();
+        if (pool == nullptr)
+            writingFailed("no pixel buffer pool");
+        auto buffer = pool->take();
+        if (!buffer)
+            writingFailed("could not get a pixel buffer");
+        film_.draw(index, textures_.target(*buffer), meanwhile);
+        textures_.finish(*buffer);
+        return buffer;
+    }
+
+    [[noreturn]] void refused(std::int64_t index) {
+        if (tracks_.writer->status() == MovieWriterStatus::failed)
+            throw writerFailure(*tracks_.writer);
+        writingFailed("append failed at frame " + std::to_string(index));
+    }
+
+    FilmFrames& film_;
+    const PixelBufferTextures& textures_;
+    const Tracks& tracks_;
+    ExportState& state_;
+    const ExportDetails& details_;
+};
+
+void finish(MovieWriter& writer) {
+    writer.finishWriting();
+    if (writer.status() != MovieWriterStatus::completed)
+        throw writerFailure(writer);
+}
+
+} // namespace
+
+std::int64_t VideoExporter::frameCount(std::span<const ExportSegment> segments, std::int64_t fps) {
+    return ExportTimeline::of(segments, fps).frameCount();
+}
+
+VideoSettings VideoExporter::videoSettings(const ExportPreset& preset) {
+    return {.codec = movieCodec(preset.codec),
+            .width = preset.width,
+            .height = preset.height,
+            .framesPerSecond = preset.fps,
+            .averageBitRate = preset.bitrate,
+            .maxKeyFrameInterval = keyFrameSeconds * preset.fps,
+            .alphaQuality = alphaQuality};
+}
+
+void VideoExporter::export_(std::span<const ExportSegment> segments, const ExportPreset& preset,
+                            gpu::Device& device, const std::filesystem::path& file,
+                            const Progress& progress, const ExportDetails& details) {
+    const ExportTimeline timeline = ExportTimeline::of(segments, preset.fps);
+    checkSoundRate(preset.fps);
+    for (const ExportSegment& segment : segments)
+        if (segment.layout)
+            checkLayout(*segment.layout, preset);
+    VideoSettings settings = videoSettings(preset);
+    const FrameRange frames = rangeOf(details, timeline, settings);
+    const auto size = PictureSize::of(preset.width, preset.height);
+    if (!size)
+        cannotStart("a frame has no pixels");
+    FilmFrames film(timeline, device, *size);
+    const auto textures = PixelBufferTextures::make(device, preset.width, preset.height);
+    if (!textures)
+        cannotStart("no texture cache");
+    film.makeLoopTextures();
+    settings.allocate = textures->allocator();
+    const Tracks tracks = startedTracks(timeline, preset, settings, frames, file, details);
+
+    ExportState state;
+    SoundTask sound(state, [&] {
+        if (tracks.audio != nullptr)
+            writeSound(timeline, device, *tracks.audio, *tracks.writer, state, details.patience);
+    });
+    try {
+        PictureTask(film, *textures, tracks, state, details).write(frames, preset.fps, progress);
+        tracks.video->markAsFinished();
+    } catch (const ExportError& error) {
+        state.fail(error);
+    }
+    sound.join();
+    if (details.news != nullptr)
+        details.news->hitLoopBudget = film.hitLoopBudget() || state.hitLoopBudget();
+    state.throwIfFailed(); // the writer goes unfinished
+    finish(*tracks.writer);
+}
+
+void VideoExporter::export_(const std::shared_ptr<const ShaderProgram>& program,
+                            gpu::Device& device, const ExportPlan& plan, const ParamValues& values,
+                            bool watermark, const std::filesystem::path& file,
+                            const Progress& progress, const ExportDetails& details) {
+    const ExportSegment segment{.program = program,
+                                .values = values,
+                                .start = plan.start,
+                                .duration = plan.duration,
+                                .watermark = watermark,
+                                .sound = true};
+    export_(std::span(&segment, 1), plan.preset, device, file, progress, details);
+}
+
+} // namespace tarnwick
