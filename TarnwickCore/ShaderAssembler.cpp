@@ -165,8 +165,9 @@ AssembledShader described(Lines lines) {
 std::string programText(std::string_view episode, const AssembledShader& shader) {
     std::string text;
     text.reserve(episode.size() + 8192);
-    append(text, {pieces::headerOpening, ShaderAssembler::paramsBody(shader.params),
-                  pieces::headerVertex, ShaderAssembler::vertexName, pieces::headerClosing});
+    append(text,
+           {pieces::headerOpening, pieces::records, ShaderAssembler::paramsBody(shader.params),
+            pieces::headerVertex, ShaderAssembler::vertexName, pieces::headerClosing});
     if (shader.isParticles())
         text += pieces::trailsStruct;
     if (shader.usesInputs)

@@ -8,11 +8,14 @@ namespace tarnwick::pieces {
 
 // clang-format off
 
-// Every program begins so; the body of Params follows.
+// Every program begins so; the records follow.
 inline constexpr std::string_view headerOpening = R"msl(#include <metal_stdlib>
 using namespace metal;
 
-struct Uniforms {
+)msl";
+
+// The body of Params follows.
+inline constexpr std::string_view records = R"msl(struct Uniforms {
     float2 resolution;
     float  time;
     float  timeDelta;

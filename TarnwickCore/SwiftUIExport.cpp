@@ -5,6 +5,7 @@
 #include "TarnwickCore/ReservedWords.h"
 #include "TarnwickCore/ServiceHosts.h"
 #include "TarnwickCore/ShaderAssembler.h"
+#include "TarnwickCore/ShaderPieces.h"
 #include "TarnwickCore/SwiftUIPieces.h"
 #include "TarnwickCore/SwiftUIView.h"
 #include "TarnwickCore/UTF8.h"
@@ -77,7 +78,8 @@ std::string metalFile(const SwiftUIView& view, std::string_view source) {
                    view.name,
                    pieces::metalInclusions,
                    space,
-                   pieces::metalRecords,
+                   " {\n\n",
+                   pieces::records,
                    ShaderAssembler::paramsBody(view.params),
                    "\n};\n\n",
                    inThreadSpace(source),

@@ -20,21 +20,6 @@ using namespace metal;
 
 namespace )msl";
 
-// Follows the name of the namespace; the body of Params follows.
-inline constexpr std::string_view metalRecords = R"msl( {
-
-struct Uniforms {
-    float2 resolution;
-    float  time;
-    float  timeDelta;
-    float2 mouse;
-    uint   frame;
-    uint   pad;
-};
-
-struct Params {
-)msl";
-
 // Follows the episode's text; the name of the namespace follows.
 inline constexpr std::string_view metalNamespaceEnd = R"msl(
 } // namespace )msl";
