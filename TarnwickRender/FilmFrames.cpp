@@ -141,7 +141,8 @@ bool FilmFrames::encodeMix(gpu::CommandBuffer& commands, const gpu::Texture& tar
 }
 
 void FilmFrames::draw(std::int64_t index, const gpu::Texture& target,
-                      const std::function<void()>& meanwhile) {
+                      const std::function<void()>& meanwhile,
+                      const std::function<bool(gpu::CommandBuffer&)>& encodeMore) {
     const auto entry =
         std::find_if(timeline_.entries.begin(), timeline_.entries.end(),
                      [&](const ExportTimeline::Entry& one) { return index < one.end(); });
@@ -149,10 +150,12 @@ void FilmFrames::draw(std::int64_t index, const gpu::Texture& target,
     if (entry_ != &*entry)
         begin(*entry, frame, meanwhile);
     perform(frame, [&](gpu::CommandBuffer& commands) {
-        return entry->count - frame <= entry->fade
-                   ? encodeMix(commands, target, frame)
-                   : pictures_->encode(commands, target, frame,
-                                       entry->segment->watermark ? watermark_.get() : nullptr);
+        const bool isDrawn =
+            entry->count - frame <= entry->fade
+                ? encodeMix(commands, target, frame)
+                : pictures_->encode(commands, target, frame,
+                                    entry->segment->watermark ? watermark_.get() : nullptr);
+        return isDrawn && encodeMore(commands);
     });
 }
 

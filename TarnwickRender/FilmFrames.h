@@ -25,9 +25,11 @@ class FilmFrames {
 
     // Draws frame `index` of the film into `target` and waits for the GPU. The frames are asked for
     // in their order; the first may be any. Calls `meanwhile` during what comes before a segment's
-    // first frame: it may throw. Throws ExportError.
+    // first frame: it may throw. `encodeMore` adds to the same command buffer, behind the drawing,
+    // and says whether it could. Throws ExportError.
     void draw(std::int64_t index, const gpu::Texture& target,
-              const std::function<void()>& meanwhile);
+              const std::function<void()>& meanwhile,
+              const std::function<bool(gpu::CommandBuffer&)>& encodeMore);
 
     // Whether a loop of an episode was ended.
     bool hitLoopBudget() const { return hitLoopBudget_; }

@@ -3,6 +3,8 @@
 #include "TarnwickRender/PictureSize.h"
 #include "TarnwickRender/ShaderProgram.h"
 
+#include <stdexcept>
+
 namespace tarnwick {
 namespace {
 
@@ -18,26 +20,49 @@ bool canStandBehind(const gpu::Texture& texture) {
 } // namespace
 
 std::unique_ptr<PixelBufferTextures>
-PixelBufferTextures::make(gpu::Device& device, std::int64_t width, std::int64_t height) {
+PixelBufferTextures::make(gpu::Device& device, std::int64_t width, std::int64_t height,
+                          PixelFormat encoderFormat, ColorConversionPlace place) {
     const auto size = PictureSize::of(width, height);
     if (!size)
         return nullptr;
+    const bool isConverted = place == ColorConversionPlace::gpu ||
+                             (place == ColorConversionPlace::chosen && !device.info().isCPU);
     std::unique_ptr<PixelBufferTextures> textures(new PixelBufferTextures(device));
     textures->descriptor_ = {.format = ShaderProgram::pixelFormat,
                              .width = size->width,
                              .height = size->height,
-                             .usage = {.shaderRead = false, .renderTarget = true},
-                             .storage = gpu::StorageMode::shared};
-    textures->readBack_ = device.newTexture(textures->descriptor_);
-    if (!textures->readBack_)
+                             .usage = {.shaderRead = isConverted, .renderTarget = true},
+                             .storage = isConverted ? gpu::StorageMode::private_
+                                                    : gpu::StorageMode::shared};
+    textures->drawn_ = device.newTexture(textures->descriptor_);
+    if (!textures->drawn_)
         return nullptr;
-    if (canStandBehind(*textures->readBack_))
-        textures->readBack_ = nullptr;
+    if (!isConverted) {
+        if (canStandBehind(*textures->drawn_))
+            textures->drawn_ = nullptr;
+        return textures;
+    }
+    try {
+        textures->conversion_ = std::make_unique<PictureConversion>(device, encoderFormat);
+    } catch (const std::runtime_error&) {
+        return nullptr; // the device is lost
+    }
     return textures;
 }
 
+VideoSettings::Source PixelBufferTextures::source() const {
+    return conversion_ ? VideoSettings::Source::converted : VideoSettings::Source::pixels;
+}
+
 PixelAllocator PixelBufferTextures::allocator() const {
-    if (readBack_)
+    if (conversion_)
+        return [&device = device_](std::size_t bytes) -> std::optional<PixelMemory> {
+            const std::shared_ptr<gpu::Buffer> buffer = device.newBuffer(bytes);
+            if (!buffer)
+                return std::nullopt;
+            return PixelMemory{static_cast<std::byte*>(buffer->contents()), buffer};
+        };
+    if (drawn_)
         return {};
     return [&device = device_,
             descriptor = descriptor_](std::size_t bytes) -> std::optional<PixelMemory> {
@@ -49,15 +74,22 @@ PixelAllocator PixelBufferTextures::allocator() const {
 }
 
 const gpu::Texture& PixelBufferTextures::target(const PixelBuffer& buffer) const {
-    return readBack_ ? *readBack_ : *static_cast<const gpu::Texture*>(buffer.memory().get());
+    return drawn_ ? *drawn_ : *static_cast<const gpu::Texture*>(buffer.memory().get());
+}
+
+bool PixelBufferTextures::encodeConversion(gpu::CommandBuffer& commands,
+                                           const PixelBuffer& buffer) const {
+    return !conversion_ ||
+           conversion_->encode(commands, *drawn_,
+                               *static_cast<const gpu::Buffer*>(buffer.memory().get()));
 }
 
 void PixelBufferTextures::finish(const PixelBuffer& buffer) const {
-    if (!readBack_)
+    if (!drawn_ || conversion_)
         return;
-    readBack_->getBytes(buffer.plane(0),
-                        static_cast<std::size_t>(buffer.layout().planes[0].bytesPerRow),
-                        {.width = descriptor_.width, .height = descriptor_.height}, 0);
+    drawn_->getBytes(buffer.plane(0),
+                     static_cast<std::size_t>(buffer.layout().planes[0].bytesPerRow),
+                     {.width = descriptor_.width, .height = descriptor_.height}, 0);
 }
 
 } // namespace tarnwick

@@ -3,7 +3,6 @@
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickRender/FilmFrames.h"
 #include "TarnwickRender/FilmSound.h"
-#include "TarnwickRender/PixelBufferTextures.h"
 
 #include <algorithm>
 #include <limits>
@@ -157,7 +156,9 @@ class PictureTask {
         auto buffer = pool->take();
         if (!buffer)
             writingFailed("could not get a pixel buffer");
-        film_.draw(index, textures_.target(*buffer), meanwhile);
+        film_.draw(index, textures_.target(*buffer), meanwhile, [&](gpu::CommandBuffer& commands) {
+            return textures_.encodeConversion(commands, *buffer);
+        });
         textures_.finish(*buffer);
         return buffer;
     }
@@ -211,10 +212,13 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
     if (!size)
         cannotStart("a frame has no pixels");
     FilmFrames film(timeline, device, *size);
-    const auto textures = PixelBufferTextures::make(device, preset.width, preset.height);
+    const auto textures =
+        PixelBufferTextures::make(device, preset.width, preset.height,
+                                  encoderFormat(settings.codec), details.colorConversion);
     if (!textures)
         cannotStart("no texture cache");
     film.makeLoopTextures();
+    settings.source = textures->source();
     settings.allocate = textures->allocator();
     const Tracks tracks = startedTracks(timeline, preset, settings, frames, file, details);
 

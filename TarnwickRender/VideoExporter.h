@@ -9,6 +9,7 @@
 #include "TarnwickPlatform/Movie/MovieWriter.h"
 #include "TarnwickRender/ExportError.h"
 #include "TarnwickRender/ExportSegment.h"
+#include "TarnwickRender/PixelBufferTextures.h"
 
 #include <chrono>
 #include <filesystem>
@@ -39,6 +40,7 @@ struct ExportDetails {
     std::vector<MovieChapter> chapters{};
     MovieWriterFactory makeWriter = MovieWriter::make;
     std::chrono::nanoseconds patience = std::chrono::seconds(60); // with an input that is not ready
+    ColorConversionPlace colorConversion = ColorConversionPlace::chosen;
     ExportNews* news = nullptr;
 };
 

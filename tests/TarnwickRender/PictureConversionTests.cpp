@@ -1,11 +1,16 @@
 #include "TarnwickPlatform/Movie/ColorConversion.h"
 #include "TarnwickRender/PictureConversion.h"
+#include "TarnwickRender/VideoExporter.h"
 #include "tests/TarnwickRender/Rendering.h"
 
 #include <cmath>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <random>
+#include <sstream>
+#include <unistd.h>
 
 namespace tarnwick::tests {
 namespace {
@@ -128,6 +133,29 @@ TEST_F(PictureConversions, areExactInEveryFormatAndTheSameOnProcessorAndGPU) {
             farthest(*byGPU(*source, format), std::bind_front(sampleAt, std::cref(*byProcessor))),
             0);
     }
+}
+
+// The film's bytes, written and taken away again.
+std::string filmOf(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
+                   VideoCodec codec, ColorConversionPlace place) {
+    const auto file = std::filesystem::path(testing::TempDir()) /
+                      ("converted-" + std::to_string(getpid()) + ".mov");
+    const ExportPreset preset{"small", "Small", 64, 36, 10, 300'000, codec};
+    VideoExporter::export_(program, device, ExportPlan(preset, 1, 0.5), {}, true, file,
+                           [](std::int64_t, std::int64_t) { return true; },
+                           {.colorConversion = place});
+    std::ostringstream bytes;
+    bytes << std::ifstream(file, std::ios::binary).rdbuf();
+    std::filesystem::remove(file);
+    return bytes.str();
+}
+
+TEST_F(PictureConversions, makeTheSameFilmsOnTheGPUAndByTheWriter) {
+    const auto colors = program("float4 shade(float2 uv, " + std::string(arguments) +
+                                ") { return float4(uv, sin(u.time), 1.0) * uv.x; }\n");
+    for (const VideoCodec codec : {VideoCodec::prores4444, VideoCodec::hevcAlpha})
+        EXPECT_TRUE(filmOf(colors, *device, codec, ColorConversionPlace::gpu) ==
+                    filmOf(colors, *device, codec, ColorConversionPlace::writer));
 }
 
 } // namespace

@@ -26,6 +26,7 @@ class Exporting : public Rendering {
     std::string exported(const std::vector<ExportSegment>& segments, ExportDetails details = {},
                          const ExportPreset& preset = small) {
         details.makeWriter = recordingWriters(recording);
+        details.colorConversion = ColorConversionPlace::writer; // it keeps pixels
         try {
             VideoExporter::export_(segments, preset, *device, nowhere, progress, details);
         } catch (const ExportError& error) {
