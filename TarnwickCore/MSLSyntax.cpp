@@ -1,18 +1,16 @@
 #include "TarnwickCore/MSLSyntax.h"
 
 #include "TarnwickCore/SyntaxWords.h"
+#include "TarnwickCore/UTF8.h"
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 namespace tarnwick {
 namespace {
 
 enum class CharacterClass : std::uint8_t {
-    other,
-    blank,
-    newline,
+    plain, // begins nothing that has a colour
     quote,
     hash,
     slash,
@@ -28,8 +26,6 @@ constexpr std::array<CharacterClass, 256> characterClasses = [] {
         for (const char character : characters)
             classes[static_cast<unsigned char>(character)] = one;
     };
-    put(" \t\r", CharacterClass::blank);
-    put("\n", CharacterClass::newline);
     put("\"", CharacterClass::quote);
     put("#", CharacterClass::hash);
     put("/", CharacterClass::slash);
@@ -48,30 +44,23 @@ bool continuesName(char character) {
     return classOf(character) >= CharacterClass::digit;
 }
 
-bool isBlank(char character) {
-    return character == ' ' || character == '\t';
-}
-
 // Works on bytes and counts in bytes: all that tokens begin and end with is ASCII, which is one
 // byte and one code unit alike and never part of another character.
 class Tokenizer {
   public:
     explicit Tokenizer(std::string_view text) : text_(text), words_(SyntaxWords::all()) {
-        tokens_.reserve(text.size() / 8);
+        tokens_.reserve(text.size() / 16);
     }
 
     std::vector<SyntaxToken> tokens() && {
-        bool beginsLine = true; // only blanks before this on its line
-        while (at_ < text_.size()) {
+        for (;;) {
+            at_ = endOfRun(at_, [](char one) { return classOf(one) == CharacterClass::plain; });
+            if (at_ == text_.size())
+                return std::move(tokens_);
             const CharacterClass one = classOf(text_[at_]);
-            if (one == CharacterClass::blank)
-                ++at_;
-            else if (one == CharacterClass::newline)
-                ++at_, beginsLine = true;
-            else
-                at_ = endOf(one, std::exchange(beginsLine, false));
+            // Names are most of it, and a branch of their own is foretold better than a jump.
+            at_ = one == CharacterClass::letter ? name() : endOf(one);
         }
-        return std::move(tokens_);
     }
 
   private:
@@ -83,8 +72,24 @@ class Tokenizer {
         return end;
     }
 
+    // Behind the characters from `start` on of which all are `such`.
+    template <class Such> std::size_t endOfRun(std::size_t start, Such such) const {
+        const std::string_view text = text_; // which no token that is written can change
+        while (start < text.size() && such(text[start]))
+            ++start;
+        return start;
+    }
+
+    // Whether only blanks stand before this on its line. The newline of an unterminated string is
+    // part of that string and begins none.
+    bool beginsLine() const {
+        const std::size_t before = text_.substr(0, at_).find_last_not_of(" \t\r");
+        return before == std::string_view::npos ||
+               (text_[before] == '\n' && before + 1 != stringEnd_);
+    }
+
     // Where what begins here ends.
-    std::size_t endOf(CharacterClass one, bool beginsLine) {
+    std::size_t endOf(CharacterClass one) {
         switch (one) {
         case CharacterClass::letter:
             return name();
@@ -99,10 +104,8 @@ class Tokenizer {
         case CharacterClass::quote:
             return string();
         case CharacterClass::hash:
-            return beginsLine ? add(SyntaxKind::preprocessor, lineEnd()) : at_ + 1;
-        case CharacterClass::other:
-        case CharacterClass::blank:
-        case CharacterClass::newline:
+            return beginsLine() ? add(SyntaxKind::preprocessor, lineEnd()) : at_ + 1;
+        case CharacterClass::plain:
             break;
         }
         return at_ + 1;
@@ -111,9 +114,7 @@ class Tokenizer {
     std::size_t lineEnd() const { return std::min(text_.find('\n', at_), text_.size()); }
 
     std::size_t name() {
-        std::size_t end = at_ + 1;
-        while (end < text_.size() && continuesName(text_[end]))
-            ++end;
+        const std::size_t end = endOfRun(at_ + 1, continuesName);
         if (const auto kind = words_.kindOf(text_.substr(at_, end - at_)))
             add(*kind, end);
         return end;
@@ -136,7 +137,8 @@ class Tokenizer {
         std::size_t end = at_ + 1;
         while (end < text_.size() && text_[end] != '"' && text_[end] != '\n')
             end += text_[end] == '\\' ? 2 : 1;
-        return add(SyntaxKind::string, std::min(end + 1, text_.size()));
+        stringEnd_ = std::min(end + 1, text_.size());
+        return add(SyntaxKind::string, stringEnd_);
     }
 
     std::size_t blockComment() {
@@ -146,9 +148,8 @@ class Tokenizer {
 
     std::size_t lineComment() {
         const std::size_t end = lineEnd();
-        std::size_t key = at_ + 2;
-        while (key < end && isBlank(text_[key]))
-            ++key;
+        const std::size_t key =
+            endOfRun(at_ + 2, [](char one) { return one == ' ' || one == '\t'; });
         const bool isHeader =
             key + 1 < end && text_[key] == '@' && classOf(text_[key + 1]) == CharacterClass::letter;
         add(isHeader ? SyntaxKind::header : SyntaxKind::comment, end);
@@ -158,9 +159,8 @@ class Tokenizer {
     }
 
     void addKey(std::size_t key) {
-        std::size_t end = key + 1;
-        while (end < text_.size() && (continuesName(text_[end]) || text_[end] == '-'))
-            ++end;
+        const std::size_t end =
+            endOfRun(key + 1, [](char one) { return continuesName(one) || one == '-'; });
         tokens_.push_back({SyntaxKind::headerKey, {.location = key, .length = end - key}});
     }
 
@@ -177,16 +177,9 @@ class Tokenizer {
     std::string_view text_;
     const SyntaxWords& words_;
     std::vector<SyntaxToken> tokens_;
-    std::size_t at_ = 0; // the byte to look at
+    std::size_t at_ = 0;        // the byte to look at
+    std::size_t stringEnd_ = 0; // of the last one
 };
-
-bool isASCII(std::string_view text) {
-    // Without a way out of the loop it goes by sixteen bytes.
-    unsigned char all = 0;
-    for (const char character : text)
-        all |= static_cast<unsigned char>(character);
-    return all < 0x80;
-}
 
 void countInUnits(std::vector<SyntaxToken>& tokens, std::string_view text) {
     UTF16Cursor start(text);

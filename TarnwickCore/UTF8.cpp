@@ -2,17 +2,11 @@
 
 #include <unicode/utf8.h>
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 
 namespace tarnwick {
 namespace {
-
-bool isASCII(std::string_view bytes) {
-    return std::none_of(bytes.begin(), bytes.end(),
-                        [](char byte) { return static_cast<unsigned char>(byte) > 0x7F; });
-}
 
 void append(std::string& text, UChar32 character) {
     std::array<std::uint8_t, U8_MAX_LENGTH> units{};
@@ -22,6 +16,14 @@ void append(std::string& text, UChar32 character) {
 }
 
 } // namespace
+
+bool isASCII(std::string_view bytes) {
+    // Without a way out of the loop it goes by sixteen bytes.
+    unsigned char all = 0;
+    for (const char byte : bytes)
+        all |= static_cast<unsigned char>(byte);
+    return all < 0x80;
+}
 
 std::string wellFormedUTF8(std::string_view bytes) {
     if (isASCII(bytes))

@@ -10,4 +10,6 @@ namespace tarnwick {
 // that could have begun a character counting as one (The Unicode Standard, 3.9, table 3-8).
 std::string wellFormedUTF8(std::string_view bytes);
 
+bool isASCII(std::string_view bytes);
+
 } // namespace tarnwick

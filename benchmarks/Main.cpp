@@ -72,7 +72,7 @@ int run(const Options& given) {
     std::vector<Case> all = cases(shaders);
     std::vector<SceneCase> scenes = sceneCases();
     keepNamed(all, given.only);
-    std::vector<TextCase> texts = textCases();
+    std::vector<TextCase> texts = textCases(TARNWICK_BENCH_EPISODES);
     keepNamed(scenes, given.only);
     keepNamed(texts, given.only);
     const bool updates = std::string_view("updating").find(given.only) != std::string_view::npos;

@@ -1,10 +1,16 @@
 #include "benchmarks/Texts.h"
 
+#include "TarnwickCore/MSLSyntax.h"
 #include "TarnwickCore/OSC.h"
+#include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickCore/Walkthrough.h"
 #include "benchmarks/Statistics.h"
 
+#include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <random>
+#include <stdexcept>
 
 namespace tarnwick::bench {
 namespace {
@@ -68,10 +74,58 @@ TextCase explainingStages() {
             }};
 }
 
+// The texts of a folder's episodes, the longest last; in ASCII.
+std::vector<std::string> episodeSources(const std::filesystem::path& folder) {
+    std::vector<std::string> sources;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (entry.path().extension() != ".metal")
+            continue;
+        std::ifstream file(entry.path(), std::ios::binary);
+        std::string& source = sources.emplace_back(std::istreambuf_iterator<char>(file),
+                                                   std::istreambuf_iterator<char>());
+        std::replace_if(
+            source.begin(), source.end(),
+            [](char character) { return static_cast<unsigned char>(character) > 0x7f; }, '?');
+    }
+    if (sources.empty())
+        throw std::runtime_error("There are no episodes in " + folder.string() + ".");
+    std::sort(sources.begin(), sources.end(),
+              [](const auto& one, const auto& other) { return one.size() < other.size(); });
+    return sources;
+}
+
+TextCase colouringSource(const std::vector<std::string>& sources) {
+    std::string text;
+    while (text.size() < 2'000'000)
+        for (const std::string& source : sources)
+            text += source;
+    return {.name = "tokens",
+            .what = "MSLSyntax::tokens of 2 MB of episodes",
+            .unit = "MB/s",
+            .bar = 200,
+            .isRate = true,
+            .sample = [text] {
+                const double time = milliseconds([&] { keep(MSLSyntax::tokens(text)); });
+                return static_cast<double>(text.size()) / 1e3 / time;
+            }};
+}
+
+TextCase assembling(const std::string& source) {
+    const auto lines = std::count(source.begin(), source.end(), '\n');
+    return {.name = "assemble",
+            .what = "ShaderAssembler::assemble of " + std::to_string(lines) + " lines",
+            .unit = "us",
+            .bar = 300,
+            .sample = [source] {
+                return nanoseconds(100, [&] { keep(ShaderAssembler::assemble(source)); }) / 1000;
+            }};
+}
+
 } // namespace
 
-std::vector<TextCase> textCases() {
-    return {parsingOSC(), explainingStages()};
+std::vector<TextCase> textCases(const std::filesystem::path& episodes) {
+    const std::vector<std::string> sources = episodeSources(episodes);
+    return {parsingOSC(), explainingStages(), colouringSource(sources), assembling(sources.back())};
 }
 
 } // namespace tarnwick::bench

@@ -1,6 +1,7 @@
 // How fast the parts without a device are: what reads and writes text and data.
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
@@ -16,7 +17,8 @@ struct TextCase {
     std::function<double()> sample; // one measurement, taking about a hundredth of a second
 };
 
-// What is measured, in the order of printing.
-std::vector<TextCase> textCases();
+// What is measured, in the order of printing; `episodes` is a folder of them. Throws
+// std::runtime_error where it holds none.
+std::vector<TextCase> textCases(const std::filesystem::path& episodes);
 
 } // namespace tarnwick::bench
