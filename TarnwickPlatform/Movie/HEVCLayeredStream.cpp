@@ -60,9 +60,9 @@ LayeredStream::LayeredStream(ByteView colourSets, ByteView alphaSets, AlphaKind 
     const auto format = known(readSequenceParameterSet(colour.sequence), "sequence parameter set");
     auto alphaVideo = known(readVideoParameterSet(alpha.video), "video parameter set");
     auto alphaFormat = known(readSequenceParameterSet(alpha.sequence), "sequence parameter set");
-    // Alpha's lower bit rate may allow it a lower level, which the colours' level covers.
-    alphaVideo.profileTierLevel.back() = video.profileTierLevel.back();
-    alphaFormat.profileTierLevel.back() = format.profileTierLevel.back();
+    // Alpha's lower bit rate may allow it a lower level or tier, which the colours' cover.
+    alphaVideo.profileTierLevel = video.profileTierLevel;
+    alphaFormat.profileTierLevel = format.profileTierLevel;
     if (video != alphaVideo || format != alphaFormat)
         throw MovieError("The HEVC encoders of colour and alpha disagree about the pictures.");
     const NALUnit sequence = known(movedToAlphaLayer(alpha.sequence), "sequence parameter set");

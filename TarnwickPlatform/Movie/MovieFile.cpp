@@ -83,6 +83,8 @@ AVDictionary* muxerOptions(std::int64_t framesPerSecond) {
     AVDictionary* options = nullptr;
     av_dict_set(&options, "movflags", "+faststart+write_colr", 0);
     av_dict_set_int(&options, "video_track_timescale", framesPerSecond * 1000, 0);
+    // Edit lists count in this: in whole milliseconds they would end within a frame.
+    av_dict_set_int(&options, "movie_timescale", framesPerSecond * 1000, 0);
     return options;
 }
 

@@ -269,6 +269,16 @@ TEST(HEVCAlphaEncoder, fillsOneTrackOfAMovie) {
     EXPECT_EQ(decodedLuma(track.packets, track.configuration), decodedLuma(layer(stream, 0)));
 }
 
+// Rates beyond the main tier are for colours alone to need.
+TEST(HEVCAlphaEncoder, takesAnyBitRate) {
+    for (const std::int64_t rate : {1, 60'000'000, 800'000'000}) {
+        VideoSettings asked = settings();
+        asked.averageBitRate = rate;
+        EXPECT_EQ(encoded(makeHEVCAlphaEncoder(asked)).packets.size(),
+                  static_cast<std::size_t>(frames));
+    }
+}
+
 // Two plain streams of the same frame types.
 struct Layers {
     Stream colour = encoded(makeHEVCEncoder(settings(), options));
