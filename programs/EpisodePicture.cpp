@@ -78,11 +78,11 @@ Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device) {
     return *std::move(picture);
 }
 
-void warnOfLoopBudget(std::string_view path) {
+void warnOfLoopBudget(std::string_view path, std::string_view made) {
     std::fprintf(stderr,
-                 "tarnwick: A loop of %s went on for too long and was ended; the picture may lack "
-                 "what it would have drawn.\n",
-                 std::string(path).c_str());
+                 "tarnwick: A loop of %s went on for too long and was ended; the %s may lack what "
+                 "it would have drawn.\n",
+                 std::string(path).c_str(), std::string(made).c_str());
 }
 
 } // namespace tarnwick

@@ -40,7 +40,8 @@ Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device);
 Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const EpisodeFrame& frame,
                   gpu::Device& device, StillNews& news);
 
-// Says on standard error that a loop of the episode was ended.
-void warnOfLoopBudget(std::string_view path);
+// Says on standard error that a loop of the episode was ended; `made` is what may lack something
+// now.
+void warnOfLoopBudget(std::string_view path, std::string_view made = "picture");
 
 } // namespace tarnwick

@@ -1,13 +1,17 @@
 // tarnwick variations: a series of settings near an episode's defaults, as a list or as stills.
+#include "TarnwickBase/WholeFile.h"
 #include "TarnwickCore/Numbers.h"
 #include "TarnwickCore/VideoChapters.h"
 #include "TarnwickPlatform/Pictures/Halved.h"
 #include "programs/Command.h"
 #include "programs/EpisodeProgram.h"
 #include "programs/EpisodeVariations.h"
+#include "programs/ExportOptions.h"
+#include "programs/HeldSignals.h"
 #include "programs/ProgressBar.h"
 #include "programs/StillSheet.h"
 #include "programs/TextTable.h"
+#include "programs/VariationsMovie.h"
 
 #include <nlohmann/json.hpp>
 
@@ -93,24 +97,56 @@ std::vector<LabelledPicture> stillsOf(const EpisodeVariations& variations,
     return stills;
 }
 
-Status variations(const Arguments& arguments) {
-    const auto sheet = arguments.value("--sheet");
-    if (sheet && sheet->empty())
-        misuse("--sheet wants the name of a PNG file.");
-    if (sheet)
-        checkOutput(*sheet);
-    const EpisodeVariations variations = episodeVariationsOf(arguments);
-    if (sheet) {
-        const std::vector<std::string> labels = labelsOf(variations);
-        const SheetLayout layout = sheetLayoutOf(arguments, labels);
-        writeSheet(stillsOf(variations, labels, layout), layout, *sheet);
+void writeSheetOf(const EpisodeVariations& variations, const Arguments& arguments,
+                  std::string_view out) {
+    const std::vector<std::string> labels = labelsOf(variations);
+    const SheetLayout layout = sheetLayoutOf(arguments, labels);
+    writeSheet(stillsOf(variations, labels, layout), layout, out);
+}
+
+void writeChapters(const VideoChapters& chapters, std::string_view out) {
+    const HeldSignals whileWriting;
+    try {
+        writeWholeFile(out, chapters.json() + "\n");
+    } catch (const WholeFileError& error) {
+        failure(error.what());
     }
-    if (!sheet || arguments.has("--json"))
-        print(arguments.has("--json") ? listJSON(variations) : listText(variations));
+}
+
+// The file that `option` names, if it is given.
+std::optional<std::string_view> outputOf(const Arguments& arguments, std::string_view option) {
+    const auto out = arguments.value(option);
+    if (out && out->empty())
+        misuse(std::string(option) + " wants the name of a file.");
+    if (out)
+        checkOutput(*out);
+    return out;
+}
+
+Status variations(const Arguments& arguments) {
+    const auto movie = outputOf(arguments, "-o");
+    const auto chapters = outputOf(arguments, "--chapters");
+    const auto sheet = outputOf(arguments, "--sheet");
+    if (movie && sheet)
+        misuse("-o and --sheet exclude each other.");
+    if (chapters && !movie)
+        misuse("--chapters wants -o: the chapters are those of a movie.");
+    const EpisodeVariations variations = episodeVariationsOf(arguments);
+    if (sheet)
+        writeSheetOf(variations, arguments, *sheet);
+    if (movie) {
+        const VideoChapters list = exportVariations(variations, arguments, *movie);
+        if (chapters)
+            writeChapters(list, *chapters);
+    }
+    if (arguments.has("--json"))
+        print(listJSON(variations));
+    else if (!sheet && !movie)
+        print(listText(variations));
     return Status::done;
 }
 
-constexpr std::array<Option, 10> variationsOptions{{
+constexpr std::array<Option, 17> variationsOptions{{
     {"--seed", "N", "that the series is drawn from; always wanted"},
     {"--count", "N", "how many; those of the episode's @variations without it"},
     {"--from", "N", "the first one's number; 1 without it"},
@@ -120,15 +156,23 @@ constexpr std::array<Option, 10> variationsOptions{{
     {"--json", "", "the list as JSON; times are in seconds"},
     {"--sheet", "OUT.png", "draws a still of each, at its start, instead of listing them"},
     columnsOption,
-    stillSizeOption,
+    {"-o", "OUT.mp4", "writes a movie of them, one after another, each a chapter"},
+    {"--chapters", "OUT.json", "of the movie, with all values"},
+    presetOption,
+    {"--size", "WxH", "of each still (400x225 without it), or of the movie (its preset's)"},
+    bitrateOption,
+    soundOption,
+    noSoundOption,
+    watermarkOption,
 }};
 
 } // namespace
 
 const Command variationsCommand{.name = "variations",
                                 .operands = "EPISODE",
-                                .summary = "Lists variations of the episode's settings, drawn "
-                                           "from a seed, or draws them on one picture.",
+                                .summary =
+                                    "Lists variations of the episode's settings, drawn "
+                                    "from a seed, or draws them on one picture or as a movie.",
                                 .options = variationsOptions,
                                 .run = variations};
 

@@ -1,0 +1,49 @@
+#include "programs/MovieExport.h"
+
+#include "TarnwickBase/WholeFile.h"
+#include "programs/CommandError.h"
+#include "programs/EpisodePicture.h"
+#include "programs/ExportProgress.h"
+#include "programs/HeldSignals.h"
+
+#include <cstdio>
+#include <string>
+
+namespace tarnwick {
+namespace {
+
+void exportInto(const std::filesystem::path& file, std::span<const ExportSegment> segments,
+                const ExportPreset& preset, gpu::Device& device, const ExportDetails& details) {
+    HeldSignals signals;
+    ExportProgress progress;
+    const auto goesOn = [&](std::int64_t done, std::int64_t total) {
+        progress.show(done, total);
+        return !signals.arrived();
+    };
+    try {
+        VideoExporter::export_(segments, preset, device, file, goesOn, details);
+    } catch (const ExportError& error) {
+        signals.forget(); // the sentence says it
+        failure(error.what());
+    }
+}
+
+} // namespace
+
+void exportMovie(std::span<const ExportSegment> segments, const ExportPreset& preset,
+                 gpu::Device& device, std::string_view out, std::string_view path,
+                 ExportDetails details) {
+    ExportNews news;
+    details.news = &news;
+    try {
+        UnfinishedFile file(out);
+        exportInto(file.path(), segments, preset, device, details);
+        file.finish();
+    } catch (const WholeFileError& error) {
+        failure(error.what());
+    }
+    if (news.hitLoopBudget)
+        warnOfLoopBudget(path, "movie");
+}
+
+} // namespace tarnwick

@@ -1,0 +1,46 @@
+#include "programs/VariationsMovie.h"
+
+#include "programs/EpisodeProgram.h"
+#include "programs/ExportOptions.h"
+#include "programs/MovieExport.h"
+
+namespace tarnwick {
+namespace {
+
+// Segments are whole frames long, so that is when chapters begin.
+VideoChapters chaptersOf(const EpisodeVariations& variations, std::int64_t fps) {
+    const auto frames = static_cast<double>(ExportPlan::frameCount(variations.duration, fps));
+    return VideoChapters::variations(variations.series, frames / static_cast<double>(fps), 0);
+}
+
+std::vector<MovieChapter> movieChaptersOf(const VideoChapters& list) {
+    std::vector<MovieChapter> chapters;
+    for (const VideoChapters::Chapter& chapter : list.chapters)
+        chapters.push_back({.start = chapter.at, .title = chapter.title});
+    return chapters;
+}
+
+} // namespace
+
+VideoChapters exportVariations(const EpisodeVariations& variations, const Arguments& arguments,
+                               std::string_view out) {
+    const ExportPreset preset = exportPresetOf(arguments, out);
+    const bool sound = exportSoundOf(arguments, variations.episode, variations.path);
+    VideoChapters chapters = chaptersOf(variations, preset.fps);
+    checkMovieLength(chapters.duration);
+    const auto device = drawingDevice();
+    const auto program = programOf(variations.path, variations.episode, *device);
+    std::vector<ExportSegment> segments;
+    for (const Variation& variation : variations.series)
+        segments.push_back({.program = program,
+                            .values = variation.values,
+                            .start = variation.start,
+                            .duration = variations.duration,
+                            .watermark = arguments.has("--watermark"),
+                            .sound = sound});
+    exportMovie(segments, preset, *device, out, variations.path,
+                {.chapters = movieChaptersOf(chapters)});
+    return chapters;
+}
+
+} // namespace tarnwick

@@ -1,0 +1,42 @@
+# The movie of variations shows one after another, each with its values, and has them as chapters.
+. "$PROMISES/promises.sh"
+"$TARNWICK" devices >out 2>err || exit 77
+command -v ffprobe >out && command -v ffmpeg >out || exit 77
+(episode && echo 'float2 sound(float t, constant Params& p) { return 0.1; }') >e.metal
+series='--seed 5 --count 3 --duration 0.41 --spread 1'
+format='--preset site --size 64x48'
+expect 0 '' variations e.metal $series $format -o a.mp4 --chapters a.json
+# 0.41 s are 12 frames of 30 a second.
+"$TARNWICK" variations e.metal $series | sed '1d; s/   */|/g' >list
+awk -F '|' '{ printf "%.6f|%s\n", (NR - 1) * 0.4, $3 }' list >expected
+ffprobe -v error -show_entries chapter=start_time:chapter_tags=title -of compact=p=0:nk=1 a.mp4 >met
+cmp -s met expected || complain "chapters: $(cat met)" variations
+[ "$(sed 's/.*"duration":\([0-9.]*\).*/\1/' a.json)" = 1.2 ] || complain "$(cat a.json)" variations
+[ "$(ffprobe -v error -show_entries stream=codec_name -of csv=p=0 a.mp4 | tr '\n' ' ')" = \
+    'h264 aac ' ] || complain 'not pictures and sound' variations
+# The sixth frame of each segment has the variation's red and green.
+for place in 0 1 2; do
+    met=$(ffmpeg -v error -i a.mp4 -vf "select=eq(n\,$((place * 12 + 6)))" -frames:v 1 -f rawvideo \
+        -pix_fmt rgb24 - | head -c 2 | od -An -tu1)
+    sed -n "$((place + 1))p" list | sed 's/.*green \([0-9.]*\), red \([0-9.]*\).*/\2 \1/' |
+        awk -v met="$met" '{ split(met, is); for (i = 1; i < 3; i++)
+            if ((is[i] - $i * 255) ^ 2 > 25) exit 1 }' ||
+        complain "segment $place has the colour$met" variations
+done
+expect 0 '' variations e.metal $series $format -o a.mp4 --no-sound
+[ "$(ffprobe -v error -show_entries stream=codec_name -of csv=p=0 a.mp4)" = h264 ] ||
+    complain 'sound that was not wanted' variations
+
+cp a.mp4 before.mp4
+for wrong in '--size 63x48' '--preset none' '--preset prores422' '--bitrate 0' '--duration 1e9' \
+    '--sound --no-sound' '--sheet b.png' '--chapters none/a.json' '--count 90000'; do
+    expect 2 '' variations e.metal $series $format -o a.mp4 $wrong
+done
+expect 2 '^tarnwick: none/a.mp4 cannot be written: No such file' variations e.metal $series \
+    -o none/a.mp4
+(episode && echo 'float x = y;') >bad.metal
+expect 1 'bad.metal does not compile' variations bad.metal $series $format -o a.mp4
+cmp -s a.mp4 before.mp4 || complain 'an older movie is changed' variations
+[ "$(ls)" = "$(printf '%s\n' a.json a.mp4 bad.metal before.mp4 e.metal err expected list met out)" ] ||
+    complain "what remains: $(ls)" variations
+finish
