@@ -14,7 +14,7 @@ grep -q '"red": 0.25' out || complain 'a spread of 0 changes values' variations
 
 for wrong in '--seed=-1' '--seed=18446744073709551616' '--count=0' '--count=-1' '--count=1e3' \
     '--count=99999999' '--from=x' '--from=9223372036854775807 --count=2' '--length=0' \
-    '--length=nan' '--duration=inf' '--duration=1e9' '--spread=1.5' '--spread=nan' '--sheet=' '-o ' ; do
+    '--length=nan' '--duration=inf' '--duration=1e9' '--spread=1.5' '--spread=nan' '--sheet='; do
     expect 2 "${wrong%%=*} wants" variations e.metal --seed 1 --count 1 $wrong
 done
 expect 2 '^tarnwick: --seed N is missing' variations e.metal --count 1
