@@ -26,11 +26,10 @@ std::optional<Number> wholeNumber(std::string_view token, Convert convert) {
     return number;
 }
 
-template <typename Integer> std::optional<Integer> wholeDigits(std::string_view digits) {
+// Digits, behind a minus where the type has a sign.
+template <typename Integer> std::optional<Integer> wholeInteger(std::string_view digits) {
     Integer number = 0;
     const char* end = digits.data() + digits.size();
-    if (digits.empty() || digits.front() == '-')
-        return std::nullopt;
     const auto [stop, error] = std::from_chars(digits.data(), end, number);
     if (error != std::errc{} || stop != end)
         return std::nullopt;
@@ -54,17 +53,15 @@ std::optional<double> doubleOf(std::string_view token) {
 }
 
 std::optional<std::int64_t> integerOf(std::string_view digits) {
-    return wholeDigits<std::int64_t>(digits);
+    return digits.starts_with('-') ? std::nullopt : wholeInteger<std::int64_t>(digits);
 }
 
 std::optional<std::uint64_t> unsignedIntegerOf(std::string_view digits) {
-    return wholeDigits<std::uint64_t>(digits);
+    return wholeInteger<std::uint64_t>(digits);
 }
 
 std::optional<std::int64_t> signedIntegerOf(std::string_view token) {
-    const bool isSigned = token.starts_with('-') || token.starts_with('+');
-    const std::optional<std::int64_t> size = integerOf(token.substr(isSigned ? 1 : 0));
-    return size && token.starts_with('-') ? -*size : size;
+    return token.starts_with('+') ? integerOf(token.substr(1)) : wholeInteger<std::int64_t>(token);
 }
 
 std::string shortest(float number) {

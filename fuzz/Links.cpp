@@ -1,0 +1,67 @@
+// What comes from the network and from links: URLs, open links, release documents, origins.
+#include "TarnwickCore/Forking.h"
+#include "TarnwickCore/LatestRelease.h"
+#include "TarnwickCore/OpenLink.h"
+#include "fuzz/Input.h"
+#include "fuzz/Law.h"
+
+using namespace tarnwick;
+using namespace tarnwick::fuzz;
+
+namespace {
+
+void readURL(std::string_view text) {
+    const std::optional<URL> url = URL::parse(text);
+    if (!url)
+        return;
+    law(URL::parse(url->string()) == url, "a URL reads as itself");
+    law(URL::parse(url->plain().string()) == url->plain(), "its plain form does");
+    law(url->path().starts_with('/'), "a path begins with a slash");
+    url->queryItem("src");
+    url->decodedPath();
+    if (const auto other = url->resolved(text))
+        law(other->isOfOrigin(*url), "a whole URL is itself on any page");
+}
+
+void openLink(std::string_view text) {
+    const auto result = OpenLink::parse(text, OpenLink::Localhosts::refused);
+    const auto* const link = std::get_if<OpenLink>(&result);
+    if (link == nullptr)
+        return;
+    const URL& source = link->source;
+    law(source.scheme() == "https" && source.host() == OpenLink::siteHost && !source.port() &&
+            !source.user() && !source.password() && !source.query() && !source.fragment(),
+        "a source lies on the site");
+    law(URL::parse(source.string()) == source, "what is requested is what was checked");
+    law(link->fileName.ends_with(".metal") && link->fileName.find('/') == std::string::npos &&
+            !link->fileName.starts_with('.'),
+        "a file name is a plain one");
+}
+
+void fork(std::string_view text) {
+    const auto item = ForkedFrom::parse(text);
+    law(!item || ForkedFrom::isValid(*item), "an item is valid");
+    const std::string forked = ForkedFrom::insert("s/1", text);
+    law(ForkedFrom::parse(forked) == item.value_or("s/1"), "the first origin stays");
+}
+
+void readRelease(std::string_view text) {
+    try {
+        const LatestRelease release = LatestRelease::decode(text);
+        law(!release.isNewer("9223372036854775807"), "no build is newer than the last");
+    } catch (const LatestReleaseError&) {
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    const std::string_view text = textOf(bytes, size);
+    readURL(text);
+    openLink(text);
+    openLink("tarnwick://open?src=" + std::string(text));
+    openLink("tarnwick://open?src=https://tarnweb.example/" + std::string(text) + ".metal");
+    fork(text);
+    readRelease(text);
+    return 0;
+}
