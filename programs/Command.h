@@ -22,6 +22,7 @@ struct Command {
 extern const Command assembleCommand;
 extern const Command checkCommand;
 extern const Command devicesCommand;
+extern const Command exportCommand;
 extern const Command loopCommand;
 extern const Command metaCommand;
 extern const Command mslCommand;

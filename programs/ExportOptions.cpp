@@ -1,5 +1,6 @@
 #include "programs/ExportOptions.h"
 
+#include "TarnwickBase/WholeFile.h"
 #include "TarnwickCore/Numbers.h"
 #include "programs/CommandError.h"
 #include "programs/EpisodePicture.h"
@@ -17,7 +18,7 @@ constexpr double longestMovie = 86400;                                   // seco
 ExportPreset presetOf(const Arguments& arguments) {
     const auto given = arguments.value("--preset");
     const std::optional<ExportPreset> preset =
-        given ? ExportPreset::named(*given) : ExportPreset::web;
+        given ? ExportPreset::named(*given) : ExportPreset::site;
     if (!preset)
         misuse(quoted(*given) + " is not a preset; tarnwick presets lists them.");
     return *preset;
@@ -53,6 +54,13 @@ void readBitrate(ExportPreset& preset, const Arguments& arguments) {
 
 } // namespace
 
+std::string_view movieNameOf(const Arguments& arguments) {
+    const std::string_view out = arguments.value("-o").value_or("");
+    if (out.empty())
+        misuse("-o OUT is missing: where to write the movie.");
+    return out;
+}
+
 ExportPreset exportPresetOf(const Arguments& arguments, std::string_view out) {
     ExportPreset preset = presetOf(arguments);
     readSize(preset, arguments);
@@ -61,6 +69,11 @@ ExportPreset exportPresetOf(const Arguments& arguments, std::string_view out) {
     if (std::filesystem::path(out).extension() != wanted)
         misuse("The preset " + std::string(preset.id) + " writes files that end in " + wanted +
                ", not " + quoted(out) + ".");
+    try {
+        checkWholeFile(out);
+    } catch (const WholeFileError& error) {
+        misuse(error.what());
+    }
     return preset;
 }
 

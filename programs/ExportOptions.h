@@ -8,9 +8,12 @@
 
 namespace tarnwick {
 
+// What -o says. Throws CommandError where nothing does.
+std::string_view movieNameOf(const Arguments& arguments);
+
 // What --preset, --size and --bitrate say of the movie `out`. Throws CommandError: a preset that
 // there is not, a size or a bit rate that its codec cannot take, a name that ends like another
-// container's.
+// container's or at which no file can come to stand.
 ExportPreset exportPresetOf(const Arguments& arguments, std::string_view out);
 
 // Whether the movie is to have sound: what --sound or --no-sound says, else whether the episode
@@ -21,7 +24,7 @@ bool exportSoundOf(const Arguments& arguments, std::string_view episode, std::st
 void checkMovieLength(double seconds);
 
 constexpr Option presetOption{"--preset", "ID",
-                              "the format; tarnwick presets lists them; web without it"};
+                              "the format; tarnwick presets lists them; site without it"};
 constexpr Option movieSizeOption{"--size", "WxH",
                                  "of the movie, in pixels, in place of the preset's"};
 constexpr Option bitrateOption{"--bitrate", "N",

@@ -25,6 +25,7 @@ constexpr std::array commands{
     &variationsCommand,
     &soundCommand,
     &spectrumCommand,
+    &exportCommand,
     &loopCommand,
     &presetsCommand,
     &saverCommand,

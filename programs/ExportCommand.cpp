@@ -1,0 +1,169 @@
+// tarnwick export: an episode as a movie.
+#include "TarnwickCore/EpisodeMeta.h"
+#include "TarnwickCore/Numbers.h"
+#include "TarnwickRender/SoundTap.h"
+#include "programs/Command.h"
+#include "programs/EpisodeLoop.h"
+#include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSound.h"
+#include "programs/ExportFrames.h"
+#include "programs/ExportOptions.h"
+#include "programs/MovieExport.h"
+#include "programs/Seconds.h"
+#include "programs/SourceFile.h"
+#include "programs/StillValues.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarnwick {
+namespace {
+
+constexpr std::string_view usualLength = "// @length 10\n"; // of an episode that says none
+
+// All that the command line says, checked before anything is compiled or drawn.
+struct Request {
+    std::string_view path, out;
+    std::string episode;
+    ExportPreset preset;
+    ParamValues values;
+    std::optional<KeyframeTracks> keys;
+    double start = 0, duration = 0, crossfade = 0; // seconds
+    std::optional<LoopSearch> search;              // whose answer is the duration
+    std::optional<FrameRange> frames;
+    bool sound = false, watermark = false;
+};
+
+// Of several lines that say a length the last counts.
+double durationOf(const Arguments& arguments, const std::string& episode) {
+    const auto given = arguments.value("--duration");
+    const double duration = given ? secondsFromZero(*given, "--duration")
+                                  : EpisodeMeta::parse(std::string(usualLength) + episode).length;
+    if (duration == 0)
+        misuse("A movie of 0 seconds has no frames.");
+    checkMovieLength(duration);
+    return duration;
+}
+
+// AROUND or AROUND:RANGE.
+std::optional<LoopSearch> searchOf(const Arguments& arguments, const Request& request) {
+    const auto given = arguments.value("--find-loop");
+    if (!given)
+        return std::nullopt;
+    for (const std::string_view other : {"--duration", "--frames"})
+        if (arguments.has(other))
+            misuse("--find-loop finds how long the movie is, so " + std::string(other) +
+                   " cannot stand beside it.");
+    LoopSearch search{.start = request.start, .fps = request.preset.fps};
+    const std::size_t colon = std::min(given->find(':'), given->size());
+    search.around = secondsFromZero(given->substr(0, colon), "--find-loop");
+    if (colon < given->size())
+        search.range = secondsFromZero(given->substr(colon + 1), "--find-loop");
+    checkMovieLength(search.around + search.range);
+    return search;
+}
+
+Request requestOf(const Arguments& arguments) {
+    Request request{.path = arguments.operand("episode"), .out = movieNameOf(arguments)};
+    request.preset = exportPresetOf(arguments, request.out);
+    request.start = secondsFromZero(arguments, "--start", 0);
+    request.crossfade = secondsFromZero(arguments, "--loop", 0);
+    request.episode = sourceText(request.path);
+    request.search = searchOf(arguments, request);
+    if (!request.search)
+        request.duration = durationOf(arguments, request.episode);
+    if (const auto given = arguments.value("--frames"))
+        request.frames = exportFramesOf(*given, request.preset, request.duration);
+    const std::vector<ParamDecl> params = ParamParser::parse(request.episode);
+    request.values = settingsOf(arguments.values("--set"), params, request.path);
+    if (const auto keysPath = arguments.value("--keys"))
+        request.keys = keysOf(*keysPath, params);
+    request.sound = exportSoundOf(arguments, request.episode, request.path);
+    request.watermark = arguments.has("--watermark");
+    return request;
+}
+
+// Ends the command where the sound is no number: the writer would hide it.
+void checkHeard(const Request& request, gpu::Device& device) {
+    const EpisodeSound sound{.path = request.path,
+                             .episode = request.episode,
+                             .values = request.values,
+                             .start = request.start,
+                             .duration = request.duration};
+    const auto check = soundCheckOf(sound, device);
+    for (double second = 0; second < sound.duration; ++second) {
+        const double left = (sound.duration - second) * ShaderAssembler::sampleRate;
+        const auto count =
+            static_cast<std::uint32_t>(std::min<double>(SoundCheck::mostSamples, left));
+        if (const auto time = check->firstNotFinite(sound.start + second, count, sound.values))
+            refuseNotFinite(sound, *time);
+    }
+}
+
+ExportSegment segmentOf(const Request& request, std::shared_ptr<const ShaderProgram> program) {
+    ExportSegment segment{.program = std::move(program),
+                          .values = request.values,
+                          .start = request.start,
+                          .duration = request.duration,
+                          .watermark = request.watermark,
+                          .sound = request.sound,
+                          .loop = request.crossfade};
+    if (request.keys)
+        segment.valuesAt = [&request](double time) {
+            return request.keys->values(time, request.values);
+        };
+    return segment;
+}
+
+// Lets the picture react to the episode's own sound, heard or not.
+void letListen(ExportSegment& segment, SoundTap* tap) {
+    if (tap == nullptr)
+        return;
+    segment.inputsAt = [tap, valuesAt = segment.valuesAt, values = segment.values](double time) {
+        return tap->inputs(time, valuesAt ? valuesAt(time) : values);
+    };
+}
+
+Status export_(const Arguments& arguments) {
+    Request request = requestOf(arguments);
+    const auto device = drawingDevice();
+    const auto program = programOf(request.path, request.episode, *device);
+    if (request.search)
+        request.duration =
+            findLoop(program, *device, request.values, *request.search, request.path).length;
+    if (request.sound && (!request.frames || request.frames->first == 0))
+        checkHeard(request, *device);
+    ExportSegment segment = segmentOf(request, program);
+    const auto tap = program->usesInputs() ? SoundTap::make(program, *device) : nullptr;
+    letListen(segment, tap.get());
+    exportMovie({&segment, 1}, request.preset, *device, request.out, request.path,
+                {.frames = request.frames});
+    return Status::done;
+}
+
+constexpr std::array<Option, 14> exportOptions{{
+    {"-o", "OUT", "where to write the movie, .mp4 or .mov as the preset has it; always wanted"},
+    presetOption,
+    {"--start", "SECONDS", "of the episode; 0 without it"},
+    {"--duration", "SECONDS", "of the movie; the episode's @length without it, or 10"},
+    {"--set", "NAME=VALUE", "of a parameter; may be repeated"},
+    {"--keys", "FILE.json", "keyframes of parameters, which go before --set"},
+    watermarkOption,
+    {"--loop", "SECONDS", "crossfade the end into what lies before the start, so that it loops"},
+    {"--find-loop", "AROUND[:RANGE]", "take the length within RANGE, or 0.5, that loops best"},
+    soundOption,
+    noSoundOption,
+    movieSizeOption,
+    bitrateOption,
+    {"--frames", "A..B", "write only the frames from A on, up to B, for tarnwick join"},
+}};
+
+} // namespace
+
+const Command exportCommand{.name = "export",
+                            .operands = "EPISODE",
+                            .summary = "Writes the episode as a movie.",
+                            .options = exportOptions,
+                            .run = export_};
+
+} // namespace tarnwick

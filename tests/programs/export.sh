@@ -1,0 +1,85 @@
+# An episode becomes a movie; what cannot be one is said, and nothing is left behind.
+. "$PROMISES/promises.sh"
+moving() {
+    echo '// @param level 0.5 0 1'
+    echo 'float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {'
+    echo '    return float4(fract(u.time * 0.1), p.level, uv.x, 1.0); }'
+}
+sounding='float2 sound(float t, constant Params& p) { return float2(sin(t * 2000.0), 0.1); }'
+moving >e.metal
+(moving && echo "$sounding") >s.metal
+small='--size 32x18 --preset site'
+expect 2 'o OUT is missing' export e.metal
+expect 2 '"nosuch" is not a preset; tarnwick presets lists them' export e.metal -o a.mp4 --preset nosuch
+expect 2 'preset site writes files that end in .mp4, not "a.mov"' export e.metal -o a.mov
+for size in 31x18 32x17 0x0 -2x4 8x8 99999x2 32; do
+    expect 2 'size wants ' export e.metal -o a.mp4 --size $size
+done
+for duration in 0 -1 nan inf 1e9 long ''; do
+    expect 2 ' seconds' export e.metal -o a.mp4 --duration "$duration"
+done
+for length in inf 1e9; do
+    (echo "// @length $length" && moving) >endless.metal
+    expect 2 "The movie would be .* seconds long; 86400 are the most" export endless.metal -o a.mp4
+done
+for option in '--start -1' '--loop -1' '--loop nan' '--find-loop 1:x' '--bitrate 0' '--set speed=1' \
+    '--set level=x' '--sound' '--keys e.metal' '--frames 7..300' '--frames 300..300' \
+    '--frames 0..299' '--frames 300' '--frames 0..601 --duration 20' '--find-loop 2 --duration 2'; do
+    # shellcheck disable=SC2086
+    expect 2 '' export e.metal -o a.mp4 $option
+done
+expect 2 'none/a.mp4 cannot be written: No such file' export e.metal -o none/a.mp4
+mkdir locked && chmod a-w locked
+[ -w locked ] || expect 2 'locked/a.mp4 cannot be written: Permission' export e.metal -o locked/a.mp4
+have ! -e a.mp4
+{ "$TARNWICK" devices && command -v ffprobe && command -v ffmpeg; } >out 2>err || exit 77
+(moving && echo 'float x = y;') >bad.metal
+expect 1 '^bad.metal:4:11: error: ' export bad.metal -o bad.mp4
+(moving && echo 'float2 sound(float t, constant Params& p) { return sqrt(0.5 - t); }') >nan.metal
+expect 2 'The sound of nan.metal is not a finite number at 0.5' export nan.metal -o bad.mp4 --duration 1
+have ! -e bad.mp4
+# field NAME FILE: of its pictures.
+field() { ffprobe -v error -select_streams v -show_entries "stream=$1" -of csv=p=0 "$2" | tr -d ,; }
+# shellcheck disable=SC2086
+{
+    expect 0 '' export s.metal -o a.mp4 $small --duration 0.51 --start 2 --set level=0.25
+    [ "$(field nb_frames a.mp4) $(field width a.mp4) $(field codec_name a.mp4)" = '15 32 h264' ] ||
+        complain 'another movie' export
+    expect 0 '' export s.metal -o silent.mp4 $small --duration 0.1 --no-sound
+    [ "$(ffprobe -v error -show_entries stream=codec_name -of csv=p=0 silent.mp4)" = h264 ] ||
+        complain 'sound that was not wanted' export
+    # Without --duration the episode's own length, or ten seconds.
+    (echo '// @length 0.4' && moving) >short.metal
+    expect 0 '' export short.metal -o short.mp4 $small
+    have "$(field nb_frames short.mp4)" = 12
+    expect 0 '' export e.metal -o ten.mp4 $small
+    have "$(field nb_frames ten.mp4)" = 300
+    # Its clock comes back after ten seconds.
+    expect 0 '' export e.metal -o loop.mp4 $small --find-loop 10:0.1
+    have "$(field nb_frames loop.mp4)" = 300
+    echo '{"tracks":{"level":[{"time":0,"value":0,"ease":"linear"},{"time":1,"value":1,"ease":"hold"}]}}' >keys.json
+    expect 0 '' export e.metal -o keys.mp4 $small --keys keys.json --duration 0.6
+}
+green() {
+    ffmpeg -v error -i "$1" -vf "select=eq(n\,$2)" -frames:v 1 -f rawvideo -pix_fmt rgb24 - |
+        head -c 2 | tail -c 1 | od -An -tu1 | awk -v wanted="$3" '{ exit ($1 - wanted) ^ 2 > 25 }' ||
+        complain "frame $2 of $1 is not as green as $3" export
+}
+green a.mp4 0 64
+green keys.mp4 15 127
+# An export that is broken off leaves an older movie, and nothing else.
+cp a.mp4 before.mp4
+"$TARNWICK" export s.metal -o a.mp4 --duration 60 2>err &
+process=$!
+tries=0
+until ls a.mp4.*partial >out 2>&1 || [ $tries = 100 ]; do
+    sleep 0.1
+    tries=$((tries + 1))
+done
+kill -TERM $process # a shell keeps SIGINT from what runs beside it
+wait $process
+have $? -ne 0
+grep -q '^tarnwick: Export cancelled\.$' err || complain 'not said to be cancelled' export
+cmp -s a.mp4 before.mp4 || complain 'an older movie is changed' export
+have "$(ls ./*partial 2>out | wc -l)" = 0
+finish
