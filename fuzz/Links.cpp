@@ -61,6 +61,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     openLink(text);
     openLink("tarnwick://open?src=" + std::string(text));
     openLink("tarnwick://open?src=https://tarnweb.example/" + std::string(text) + ".metal");
+    openLink("tarnwick://open?src=https://" + std::string(text) + "tarnweb.example/a.metal");
+    openLink("tarnwick://open?src=https://tarnweb.example" + std::string(text) + "/a.metal");
     fork(text);
     readRelease(text);
     return 0;
