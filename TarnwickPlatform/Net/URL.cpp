@@ -3,6 +3,7 @@
 #include <curl/curl.h>
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <memory>
 
@@ -63,6 +64,19 @@ std::string decoded(std::string_view text) {
     return bytes ? std::string(bytes.get(), static_cast<std::size_t>(size)) : std::string();
 }
 
+std::string escaped(std::string_view path) {
+    constexpr std::string_view digits = "0123456789ABCDEF", marks = "-._~/:@!$&'()*+,;=";
+    std::string text;
+    for (const char byte : path) {
+        const auto value = static_cast<unsigned char>(byte);
+        if (value < 0x80 && (std::isalnum(value) || marks.find(byte) != marks.npos))
+            text += byte;
+        else
+            text.append({'%', digits[value >> 4], digits[value & 15]});
+    }
+    return text;
+}
+
 } // namespace
 
 std::optional<URL> URL::parse(std::string_view text) {
@@ -110,6 +124,15 @@ std::optional<std::string> URL::queryItem(std::string_view name) const {
             return decoded(item.substr(std::min(sign + 1, item.size())));
     }
     return std::nullopt;
+}
+
+URL URL::appending(std::string_view component) const {
+    component.remove_prefix(std::min(component.find_first_not_of('/'), component.size()));
+    URL url = *this;
+    if (!url.path_.ends_with('/'))
+        url.path_ += '/';
+    url.path_ += escaped(component);
+    return url;
 }
 
 bool URL::isOfOrigin(const URL& other) const {

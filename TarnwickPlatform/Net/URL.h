@@ -41,6 +41,9 @@ class URL {
     // plus. Empty for NAME without a value; nothing where there is none. Any bytes.
     std::optional<std::string> queryItem(std::string_view name) const;
 
+    // This URL with `component` at the end of its path, one "/" between. Slashes at the component's
+    // start are dropped, others stay; what a path cannot hold (RFC 3986, 3.3) becomes an escape.
+    URL appending(std::string_view component) const;
     // Scheme, host and port are equal; a port that is not written equals only itself.
     bool isOfOrigin(const URL& other) const;
     // Scheme, host, port and path alone.

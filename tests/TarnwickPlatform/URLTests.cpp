@@ -118,6 +118,13 @@ TEST(URL, resolvesReferences) {
     EXPECT_FALSE(page->resolved("x\r\ny"));
 }
 
+TEST(URL, growsByAComponent) {
+    const auto base = URL::parse("https://example.org/api?k#f"), site = URL::parse("https://h");
+    EXPECT_EQ(base->appending("//me/x").string(), "https://example.org/api/me/x?k#f");
+    EXPECT_EQ(site->appending("a b?c#%\n\u00E9").string(), "https://h/a%20b%3Fc%23%25%0A%C3%A9");
+    EXPECT_EQ(URL::parse(site->appending("../@:[").string()), site->appending("../@:["));
+}
+
 TEST(URL, knowsItsOrigin) {
     const auto url = URL::parse("https://example.org/a");
     EXPECT_TRUE(url->isOfOrigin(*URL::parse("HTTPS://u@EXAMPLE.org/b?c")));

@@ -1,0 +1,110 @@
+#include "TarnwickPlatform/Net/SessionLoop.h"
+
+#include "TarnwickBase/Precondition.h"
+
+#include <algorithm>
+#include <signal.h>
+
+namespace tarnwick {
+
+namespace {
+
+CURLM* newMulti() {
+    static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
+    CURLM* multi = ready == CURLE_OK ? curl_multi_init() : nullptr;
+    precondition(multi, "The transfer library starts.");
+    return multi;
+}
+
+// Signals are for the program's own threads, SIGPIPE of a lost TLS connection for none.
+void holdSignals() {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, nullptr);
+}
+
+} // namespace
+
+SessionLoop::SessionLoop(SessionConfiguration configuration)
+    : configuration_(std::move(configuration)), multi_(newMulti()),
+      waker_(std::make_shared<Waker>(multi_)), thread_([this] { run(); }) {}
+
+SessionLoop::~SessionLoop() {
+    precondition(std::this_thread::get_id() != thread_.get_id(),
+                 "A session does not end itself from within its delegates' calls.");
+    {
+        const std::scoped_lock lock(mutex_);
+        isEnding_ = true;
+    }
+    waker_->wake();
+    thread_.join();
+    waker_->retire();
+    curl_multi_cleanup(multi_);
+}
+
+void SessionLoop::add(std::unique_ptr<Transfer> transfer, std::stop_token stop) {
+    {
+        const std::scoped_lock lock(mutex_);
+        arrivals_.push_back({std::move(transfer), std::move(stop)});
+    }
+    waker_->wake();
+}
+
+void SessionLoop::run() {
+    holdSignals();
+    while (takeArrivals()) {
+        int running = 0;
+        curl_multi_perform(multi_, &running);
+        takeEnds();
+        attend();
+        std::erase_if(transfers_, [](const auto& transfer) { return transfer->isOver(); });
+        curl_multi_poll(multi_, nullptr, 0, millisecondsToNextDeadline(), nullptr);
+    }
+    for (const auto& transfer : transfers_)
+        transfer->fail(NetError(NetError::Kind::cancelled));
+    transfers_.clear();
+}
+
+bool SessionLoop::takeArrivals() {
+    std::vector<Arrival> arrivals;
+    bool isEnding = false;
+    {
+        const std::scoped_lock lock(mutex_);
+        arrivals.swap(arrivals_);
+        isEnding = isEnding_;
+    }
+    for (Arrival& arrival : arrivals) {
+        if (!isEnding)
+            arrival.transfer->start(multi_, std::move(arrival.stop), waker_);
+        transfers_.push_back(std::move(arrival.transfer));
+    }
+    return !isEnding;
+}
+
+void SessionLoop::takeEnds() {
+    int waiting = 0;
+    while (const CURLMsg* message = curl_multi_info_read(multi_, &waiting)) {
+        const CURLcode code = message->data.result; // `message` goes with its handle
+        const auto ended = std::ranges::find_if(
+            transfers_, [&](const auto& each) { return each->owns(message->easy_handle); });
+        if (message->msg == CURLMSG_DONE && ended != transfers_.end())
+            (*ended)->didEnd(code);
+    }
+}
+
+void SessionLoop::attend() {
+    const auto now = Transfer::Clock::now();
+    for (const auto& transfer : transfers_)
+        transfer->attend(now);
+}
+
+int SessionLoop::millisecondsToNextDeadline() const {
+    auto next = Transfer::Clock::now() + std::chrono::minutes(1);
+    for (const auto& transfer : transfers_)
+        next = std::min(next, transfer->deadline());
+    const auto rest = next - Transfer::Clock::now();
+    return std::max(0,
+                    static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(rest).count()));
+}
+
+} // namespace tarnwick

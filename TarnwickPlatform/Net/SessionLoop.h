@@ -1,0 +1,46 @@
+// A session's thread: many transfers on one multi handle.
+#pragma once
+
+#include "TarnwickPlatform/Net/Transfer.h"
+
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace tarnwick {
+
+class SessionLoop {
+  public:
+    explicit SessionLoop(SessionConfiguration configuration);
+    ~SessionLoop();
+    SessionLoop(const SessionLoop&) = delete;
+    SessionLoop& operator=(const SessionLoop&) = delete;
+
+    // From any thread.
+    void add(std::unique_ptr<Transfer> transfer, std::stop_token stop);
+    const std::shared_ptr<Waker>& waker() const { return waker_; }
+    const SessionConfiguration& configuration() const { return configuration_; }
+
+  private:
+    struct Arrival {
+        std::unique_ptr<Transfer> transfer;
+        std::stop_token stop;
+    };
+
+    void run();
+    bool takeArrivals(); // false: the session ends
+    void takeEnds();
+    void attend();
+    int millisecondsToNextDeadline() const;
+
+    const SessionConfiguration configuration_;
+    CURLM* multi_;
+    const std::shared_ptr<Waker> waker_;
+    std::mutex mutex_; // over the next two
+    std::vector<Arrival> arrivals_;
+    bool isEnding_ = false;
+    std::vector<std::unique_ptr<Transfer>> transfers_; // the thread's own
+    std::thread thread_;
+};
+
+} // namespace tarnwick

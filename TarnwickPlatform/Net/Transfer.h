@@ -1,0 +1,54 @@
+// One request from its start to its answer, through all redirects.
+#pragma once
+
+#include "TarnwickPlatform/Net/Exchange.h"
+#include "TarnwickPlatform/Net/Waker.h"
+
+#include <chrono>
+#include <functional>
+#include <stop_token>
+
+namespace tarnwick {
+
+// Made on any thread; all else happens on the session's.
+class Transfer : public ExchangeEvents {
+  public:
+    using Clock = std::chrono::steady_clock;
+
+    Transfer(URLRequest request, std::shared_ptr<TaskDelegate> delegate,
+             std::shared_ptr<Receiver> receiver, const SessionConfiguration& configuration);
+
+    // Begins; `stop` is asked each time that the session's thread looks, and rouses it.
+    void start(CURLM* multi, std::stop_token stop, std::shared_ptr<Waker> waker);
+    // Ends what was cancelled or took too long, goes on with what was held up.
+    void attend(Clock::time_point now);
+    void didEnd(CURLcode code); // its exchange
+    void fail(const NetError& error);
+
+    bool isOver() const { return isOver_; }
+    bool owns(CURL* easy) const { return exchange_ && exchange_->easy() == easy; }
+    Clock::time_point deadline() const { return deadline_; }
+
+  private:
+    void send();
+    void followRedirect();
+    bool didReceive(const URLResponse& response) override;
+    Receiver::Taken didReceive(std::string_view bytes) override;
+    void didSendBody(std::int64_t sent) override;
+
+    URLRequest request_;
+    const std::shared_ptr<TaskDelegate> delegate_; // may be null
+    const std::shared_ptr<Receiver> receiver_;     // shared with its reader
+    const SessionConfiguration& configuration_;
+    const Clock::time_point deadline_;
+    CURLM* multi_ = nullptr;
+    std::stop_token stop_;
+    std::optional<std::stop_callback<std::function<void()>>> wakingAtStop_;
+    std::optional<URLRequest> next_; // where the redirect under way leads
+    std::unique_ptr<Exchange> exchange_;
+    int redirects_ = 0;
+    bool isHeldUp_ = false;
+    bool isOver_ = false;
+};
+
+} // namespace tarnwick

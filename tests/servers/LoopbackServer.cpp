@@ -1,0 +1,97 @@
+#include "tests/servers/LoopbackServer.h"
+
+#include "TarnwickBase/Precondition.h"
+#include "tests/Waiting.h"
+
+#include <httplib.h>
+#include <mutex>
+#include <thread>
+
+namespace tarnwick {
+
+struct LoopbackServer::State {
+    Handler handler;
+    std::string base;
+    std::unique_ptr<httplib::Server> server;
+    int port = 0;
+    mutable std::mutex mutex; // over requests
+    std::vector<ServedRequest> requests;
+    std::thread thread;
+
+    void serve(const httplib::Request& request, httplib::Response& response) {
+        ServedRequest served{.method = request.method, .target = request.target};
+        for (const auto& [name, value] : request.headers)
+            served.headers.add(name, value);
+        served.body = request.body;
+        {
+            const std::scoped_lock lock(mutex);
+            requests.push_back(served);
+        }
+        const ServedAnswer answer = handler(served);
+        response.status = answer.status;
+        for (const Header& field : answer.headers)
+            response.headers.emplace(field.name, field.value);
+        response.body = answer.body;
+    }
+};
+
+LoopbackServer::LoopbackServer(Handler handler, const std::string& address,
+                               const ServerCertificate* certificate)
+    : state_(std::make_unique<State>()) {
+    State& state = *state_;
+    state.handler = std::move(handler);
+    if (certificate)
+        state.server = std::make_unique<httplib::SSLServer>(certificate->certificate.c_str(),
+                                                            certificate->key.c_str());
+    else
+        state.server = std::make_unique<httplib::Server>();
+    state.server->new_task_queue = [] { return new httplib::ThreadPool(32); };
+    state.server->set_tcp_nodelay(true);
+    // A body is read as it is, also those forms that the library would take apart.
+    state.server->set_pre_routing_handler(
+        [&state](const httplib::Request& request, httplib::Response& response) {
+            if (request.has_header("Content-Length") || request.has_header("Transfer-Encoding"))
+                return httplib::Server::HandlerResponse::Unhandled;
+            state.serve(request, response);
+            return httplib::Server::HandlerResponse::Handled;
+        });
+    const auto withBody = [&state](const httplib::Request& request, httplib::Response& response,
+                                   const httplib::ContentReader& read) {
+        httplib::Request whole = request;
+        read([&](const char* bytes, std::size_t size) {
+            whole.body.append(bytes, size);
+            return true;
+        });
+        state.serve(whole, response);
+    };
+    state.server->Post(".*", withBody).Put(".*", withBody).Patch(".*", withBody);
+    state.server->Delete(".*", withBody);
+    state.port = state.server->bind_to_any_port(address.c_str());
+    precondition(state.port > 0, "A loopback address has a free port.");
+    const std::string host = address.find(':') == std::string::npos ? address : "[" + address + "]";
+    state.base = (certificate ? "https://" : "http://") + host + ":" + std::to_string(state.port);
+    state.thread = std::thread([&state] { state.server->listen_after_bind(); });
+    precondition(eventually([&] { return state.server->is_running(); }), "The server starts.");
+}
+
+LoopbackServer::~LoopbackServer() {
+    state_->server->stop();
+    state_->thread.join();
+}
+
+int LoopbackServer::port() const {
+    return state_->port;
+}
+
+URL LoopbackServer::url(std::string_view target) const {
+    const auto url = URL::parse(state_->base + std::string(target));
+    precondition(url.has_value(), "Tests ask for addresses that are some.");
+    return *url;
+}
+
+std::vector<ServedRequest> LoopbackServer::requests() const {
+    const std::scoped_lock lock(state_->mutex);
+    return state_->requests;
+}
+
+} // namespace tarnwick
