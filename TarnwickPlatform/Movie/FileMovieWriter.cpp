@@ -13,6 +13,8 @@
 #include "TarnwickPlatform/Movie/MovieWriter.h"
 #include "TarnwickPlatform/Movie/PacketOrder.h"
 #include "TarnwickPlatform/Movie/SettingsFault.h"
+#include "TarnwickPlatform/Movie/SoundEncoder.h"
+#include "TarnwickPlatform/Movie/VideoEncoder.h"
 
 #include <algorithm>
 #include <atomic>
@@ -310,7 +312,7 @@ void FileMovieWriter::makeFile() {
     file = std::make_unique<MovieFile>(path, type);
     file->addVideo(video->settings, video->encoder->configuration(), video->encoder->delay());
     if (audio)
-        file->addSound(audio->settings, *audio->encoder);
+        file->addSound(audio->settings, audio->encoder->format());
     video->makePool();
 }
 

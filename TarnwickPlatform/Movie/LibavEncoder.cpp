@@ -4,6 +4,7 @@
 #include "TarnwickPlatform/Movie/VideoEncoder.h"
 
 #include <algorithm>
+#include <string>
 #include <thread>
 
 extern "C" {
@@ -18,7 +19,8 @@ struct CodecRow {
     MovieCodec codec;
     const char* encoder;
     AVPixelFormat format;
-    // The encoder's private options. Threads that change what x264 and x265 find are fixed here.
+    // The encoder's private options. Threads that change what x264 and x265 find are fixed here:
+    // x265 3.5 with several frame threads and cutree gives other packets from run to run.
     const char* options;
 };
 
@@ -26,12 +28,22 @@ constexpr std::array codecRows{
     CodecRow{MovieCodec::h264, "libx264", AV_PIX_FMT_YUV420P,
              "preset=medium:profile=high:x264-params=threads=6\\:lookahead-threads=1"},
     CodecRow{MovieCodec::hevc, "libx265", AV_PIX_FMT_YUV420P,
-             "preset=medium:profile=main:x265-params=frame-threads=3\\:log-level=none\\:info=0\\:"
+             "preset=medium:profile=main:x265-params=frame-threads=1\\:log-level=none\\:info=0\\:"
              "open-gop=0"},
     CodecRow{MovieCodec::prores422HQ, "prores_ks", AV_PIX_FMT_YUV422P10, "profile=hq"},
     CodecRow{MovieCodec::prores4444, "prores_ks", AV_PIX_FMT_YUVA444P10,
              "profile=4444:alpha_bits=16"},
 };
+
+// With AVX-512, x264 164 reads memory that it never wrote where it follows macroblocks through time
+// (mbtree), and its packets change with what lay there. Its AVX2 functions do not.
+std::string x264Functions() {
+#if defined(__x86_64__)
+    if (__builtin_cpu_supports("avx512bw"))
+        return "\\:asm=MMX2,SSE2Fast,LZCNT,SSSE3,SSE4.2,AVX,FMA3,BMI2,AVX2";
+#endif
+    return "";
+}
 
 const CodecRow& codecRow(MovieCodec codec) {
     const auto* row = std::ranges::find(codecRows, codec, &CodecRow::codec);
@@ -98,7 +110,9 @@ LibavEncoder::LibavEncoder(const VideoSettings& settings, const CodecRow& row) {
     context->pix_fmt = row.format;
     describe(settings);
     AVDictionary* options = nullptr;
-    throwingWhenNegative(av_dict_parse_string(&options, row.options, "=", ":", 0));
+    const std::string text =
+        row.options + (settings.codec == MovieCodec::h264 ? x264Functions() : "");
+    throwingWhenNegative(av_dict_parse_string(&options, text.c_str(), "=", ":", 0));
     const int opened = avcodec_open2(context.get(), codec, &options);
     av_dict_free(&options);
     throwingWhenNegative(opened);

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <numeric>
 
 namespace tarnwick {
 
@@ -14,8 +15,8 @@ struct MovieFile::Container {
     std::int64_t framesPerSecond = 0;
     std::int64_t delay = 0;
     std::int64_t firstFrame = 0;
-    std::int64_t packets = 0; // of the picture track, so far
-    std::int64_t sampleRate = 0;
+    std::int64_t packets = 0;        // of the picture track, so far
+    std::int64_t sampleRate = 48000; // where there is sound, its own
 
     Container(const std::filesystem::path& file, MovieFileType type);
     ~Container();
@@ -79,12 +80,12 @@ const TrackRow& trackRow(MovieCodec codec) {
 static_assert(trackRows[static_cast<std::size_t>(MovieCodec::hevcWithAlpha)].codec ==
               MovieCodec::hevcWithAlpha);
 
-AVDictionary* muxerOptions(std::int64_t framesPerSecond) {
+// Edits are timed in the movie's own scale: whole frames and whole samples are whole numbers in it.
+AVDictionary* muxerOptions(std::int64_t framesPerSecond, std::int64_t sampleRate) {
     AVDictionary* options = nullptr;
+    av_dict_set_int(&options, "movie_timescale", std::lcm(framesPerSecond, sampleRate), 0);
     av_dict_set(&options, "movflags", "+faststart+write_colr", 0);
     av_dict_set_int(&options, "video_track_timescale", framesPerSecond * 1000, 0);
-    // Edit lists count in this: in whole milliseconds they would end within a frame.
-    av_dict_set_int(&options, "movie_timescale", framesPerSecond * 1000, 0);
     return options;
 }
 
@@ -132,7 +133,6 @@ void MovieFile::addVideo(const VideoSettings& settings, std::span<const std::byt
     parameters.codec_id = row.identifier;
     parameters.codec_tag = row.tag;
     parameters.bits_per_coded_sample = row.depth;
-    parameters.bit_rate = isProRes(settings.codec) ? 0 : settings.averageBitRate;
     parameters.width = static_cast<int>(settings.width);
     parameters.height = static_cast<int>(settings.height);
     parameters.sample_aspect_ratio = stream->sample_aspect_ratio = {1, 1};
@@ -148,19 +148,18 @@ void MovieFile::addVideo(const VideoSettings& settings, std::span<const std::byt
     stream->time_base = {1, rate};
 }
 
-void MovieFile::addSound(const AudioSettings& settings, const SoundEncoder& encoder) {
+void MovieFile::addSound(const AudioSettings& settings, const SoundFormat& format) {
     AVStream* stream = container->sound = container->addStream();
     container->sampleRate = settings.sampleRate;
     AVCodecParameters& parameters = *stream->codecpar;
     parameters.codec_type = AVMEDIA_TYPE_AUDIO;
     parameters.codec_id = AV_CODEC_ID_AAC;
     parameters.profile = FF_PROFILE_AAC_LOW;
-    parameters.bit_rate = settings.bitRate;
     parameters.sample_rate = static_cast<int>(settings.sampleRate);
-    parameters.frame_size = static_cast<int>(encoder.samplesPerPacket());
-    parameters.initial_padding = static_cast<int>(encoder.priming());
+    parameters.frame_size = static_cast<int>(format.samplesPerPacket);
+    parameters.initial_padding = static_cast<int>(format.priming);
     av_channel_layout_default(&parameters.ch_layout, static_cast<int>(settings.channels));
-    setConfiguration(parameters, encoder.configuration());
+    setConfiguration(parameters, format.configuration);
     stream->time_base = {1, static_cast<int>(settings.sampleRate)};
 }
 
@@ -169,8 +168,8 @@ void MovieFile::begin(std::int64_t firstFrame) {
     container->firstFrame = firstFrame;
     if (firstFrame > 0)
         av_dict_set(&container->context->metadata, "comment",
-                    ("Begins at frame " + std::to_string(firstFrame)).c_str(), 0);
-    AVDictionary* options = muxerOptions(container->framesPerSecond);
+                    (std::string(firstFrameComment) + std::to_string(firstFrame)).c_str(), 0);
+    AVDictionary* options = muxerOptions(container->framesPerSecond, container->sampleRate);
     const int begun = avformat_write_header(container->context, &options);
     av_dict_free(&options);
     throwingWhenNegative(begun);

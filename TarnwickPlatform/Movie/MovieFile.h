@@ -2,8 +2,7 @@
 #pragma once
 
 #include "TarnwickPlatform/Movie/MovieWriter.h"
-#include "TarnwickPlatform/Movie/SoundEncoder.h"
-#include "TarnwickPlatform/Movie/VideoEncoder.h"
+#include "TarnwickPlatform/Movie/Packets.h"
 
 #include <filesystem>
 #include <memory>
@@ -11,6 +10,13 @@
 #include <vector>
 
 namespace tarnwick {
+
+// What a file says of its AAC, beside the settings.
+struct SoundFormat {
+    std::vector<std::byte> configuration{}; // ISO/IEC 14496-3, AudioSpecificConfig
+    std::int64_t priming = 0;               // samples that decoders make before the first
+    std::int64_t samplesPerPacket = 1024;
+};
 
 // A QuickTime movie or MPEG-4 file being written: the index in front of the data, times of pictures
 // in thousandths of a frame, an edit list that takes the sound's priming off. One thread calls.
@@ -23,10 +29,10 @@ class MovieFile {
 
     void addVideo(const VideoSettings& settings, std::span<const std::byte> configuration,
                   std::int64_t delay);
-    void addSound(const AudioSettings& settings, const SoundEncoder& encoder);
+    void addSound(const AudioSettings& settings, const SoundFormat& format);
 
     // Writes what stands before the packets. `firstFrame`: which frame of the whole the file begins
-    // with; one that is not 0 is noted in the file's comment.
+    // with; one that is not 0 is noted in the file's comment (firstFrameComment).
     void begin(std::int64_t firstFrame);
 
     // Packets of a track come in decoding order, without gaps.
@@ -40,5 +46,8 @@ class MovieFile {
     struct Container;
     std::unique_ptr<Container> container;
 };
+
+// What precedes the number of a part's first frame in its comment.
+inline constexpr std::string_view firstFrameComment = "Begins at frame ";
 
 } // namespace tarnwick

@@ -2,8 +2,7 @@
 #pragma once
 
 #include "TarnwickPlatform/Movie/MovieSettings.h"
-#include "TarnwickPlatform/Movie/SoundEncoder.h"
-#include "TarnwickPlatform/Movie/VideoEncoder.h"
+#include "TarnwickPlatform/Movie/Packets.h"
 
 #include <condition_variable>
 #include <deque>

@@ -3,6 +3,7 @@
 #include "TarnwickBase/Precondition.h"
 
 #include <cstdlib>
+#include <cstring>
 #include <mutex>
 #include <vector>
 
@@ -27,6 +28,7 @@ std::optional<PixelMemory> fromHeap(std::size_t bytes) {
     auto* address = static_cast<std::byte*>(std::aligned_alloc(heapAlignment, bytes));
     if (!address)
         return std::nullopt;
+    std::memset(address, 0, bytes);
     return PixelMemory{address, std::shared_ptr<void>(address, std::free)};
 }
 

@@ -37,7 +37,7 @@ void SoundEncoder::encode(std::span<const float> samples, const SoundPacketSink&
     catchLibavWords();
     std::vector<float>& waiting = session->waiting;
     waiting.insert(waiting.end(), samples.begin(), samples.end());
-    const std::size_t packet = static_cast<std::size_t>(samplesPerPacket()) *
+    const std::size_t packet = static_cast<std::size_t>(session->context->frame_size) *
                                static_cast<std::size_t>(session->context->ch_layout.nb_channels);
     std::size_t begin = 0;
     for (; waiting.size() - begin >= packet; begin += packet)
@@ -87,17 +87,12 @@ void SoundEncoder::Session::drain(const SoundPacketSink& sink) {
     }
 }
 
-std::vector<std::byte> SoundEncoder::configuration() const {
-    const auto* bytes = reinterpret_cast<const std::byte*>(session->context->extradata);
-    return {bytes, bytes + session->context->extradata_size};
-}
-
-std::int64_t SoundEncoder::priming() const {
-    return session->context->initial_padding;
-}
-
-std::int64_t SoundEncoder::samplesPerPacket() const {
-    return session->context->frame_size;
+SoundFormat SoundEncoder::format() const {
+    const AVCodecContext& context = *session->context;
+    const auto* bytes = reinterpret_cast<const std::byte*>(context.extradata);
+    return {.configuration = {bytes, bytes + context.extradata_size},
+            .priming = context.initial_padding,
+            .samplesPerPacket = context.frame_size};
 }
 
 } // namespace tarnwick

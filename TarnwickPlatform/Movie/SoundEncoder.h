@@ -1,22 +1,14 @@
 // Private to this folder: samples in, AAC packets out.
 #pragma once
 
+#include "TarnwickPlatform/Movie/MovieFile.h"
 #include "TarnwickPlatform/Movie/MovieSettings.h"
 
-#include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <span>
-#include <vector>
 
 namespace tarnwick {
-
-struct SoundPacket {
-    std::vector<std::byte> bytes{};
-    std::int64_t sample = 0;   // at which it begins; the first lies before 0 by the priming
-    std::int64_t duration = 0; // samples that are to be heard; fewer in the last one
-};
 
 using SoundPacketSink = std::function<void(SoundPacket)>;
 
@@ -32,9 +24,7 @@ class SoundEncoder {
     // Gives what is left.
     void finish(const SoundPacketSink& sink);
 
-    std::vector<std::byte> configuration() const; // ISO/IEC 14496-3, AudioSpecificConfig
-    std::int64_t priming() const;                 // samples that decoders make before the first
-    std::int64_t samplesPerPacket() const;
+    SoundFormat format() const;
 
   private:
     struct Session;

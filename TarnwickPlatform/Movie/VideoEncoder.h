@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TarnwickPlatform/Movie/MovieSettings.h"
+#include "TarnwickPlatform/Movie/Packets.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,13 +12,6 @@
 #include <vector>
 
 namespace tarnwick {
-
-// One encoded picture, as it goes into the file.
-struct VideoPacket {
-    std::vector<std::byte> bytes{};
-    std::int64_t frame = 0; // the picture's place in showing order, as given to encode
-    bool isKeyFrame = false;
-};
 
 using VideoPacketSink = std::function<void(VideoPacket)>;
 

@@ -1,18 +1,10 @@
 #include "TarnwickPlatform/Movie/MovieWriter.h"
+#include "tests/TarnwickPlatform/SmallMovie.h"
 
 #include <gtest/gtest.h>
 
 namespace tarnwick {
 namespace {
-
-VideoSettings smallVideo(MovieCodec codec) {
-    return {.codec = codec,
-            .width = 64,
-            .height = 48,
-            .framesPerSecond = 10,
-            .averageBitRate = 200'000,
-            .maxKeyFrameInterval = 20};
-}
 
 TEST(MovieWriter, saysWhyATrackCannotBeAdded) {
     auto writer = MovieWriter::make("/nonexistent/movie.mp4", MovieFileType::mpeg4);

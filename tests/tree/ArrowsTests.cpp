@@ -100,7 +100,7 @@ struct Keeper {
     std::string_view prefix; // of the header's name
     std::string_view folder;
 };
-constexpr std::array<Keeper, 9> keepers{{
+constexpr std::array<Keeper, 10> keepers{{
     {"clang/", "TarnwickMSL"},
     {"llvm/", "TarnwickMSL"},
     {"spirv-tools/", "TarnwickMSL"}, // SPIR-V itself is what it and TarnwickGPU share
@@ -110,6 +110,7 @@ constexpr std::array<Keeper, 9> keepers{{
     {"asio/", "TarnwickPlatform/Dispatch"},
     {"curl/", "TarnwickPlatform/Net"},
     {"png.h", "TarnwickPlatform/Pictures"},
+    {"libav", "TarnwickPlatform/Movie"},
 }};
 
 TEST(Arrows, keepForeignHeadersInOneFolder) {

@@ -1,0 +1,23 @@
+// Private to this folder: what lies between encoders and the file.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace tarnwick {
+
+// One encoded picture.
+struct VideoPacket {
+    std::vector<std::byte> bytes{};
+    std::int64_t frame = 0; // the picture's place in showing order, counted from the whole's begin
+    bool isKeyFrame = false;
+};
+
+struct SoundPacket {
+    std::vector<std::byte> bytes{};
+    std::int64_t sample = 0;   // at which it begins; the first lies before 0 by the priming
+    std::int64_t duration = 0; // samples that are to be heard; fewer in the last one
+};
+
+} // namespace tarnwick

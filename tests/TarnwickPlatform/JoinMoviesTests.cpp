@@ -1,0 +1,113 @@
+#include "TarnwickPlatform/Movie/JoinMovies.h"
+#include "TarnwickPlatform/Movie/MovieError.h"
+#include "TarnwickPlatform/Movie/MoviePart.h"
+#include "tests/TarnwickPlatform/SmallMovie.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <fstream>
+#include <iterator>
+
+namespace tarnwick {
+namespace {
+
+std::string contents(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::vector<VideoPacket> pictures(const std::filesystem::path& file) {
+    MoviePart movie(file, MoviePart::Track::video);
+    std::vector<VideoPacket> packets;
+    while (std::optional<VideoPacket> packet = movie.nextPicture())
+        packets.push_back(std::move(*packet));
+    return packets;
+}
+
+std::vector<float> tone(std::int64_t samples) {
+    std::vector<float> values;
+    for (std::int64_t i = 0; i < samples; ++i) {
+        const auto value = static_cast<float>(0.5 * std::sin(0.05 * static_cast<double>(i)));
+        values.insert(values.end(), {value, value});
+    }
+    return values;
+}
+
+class JoinedMovie : public testing::TestWithParam<MovieCodec> {};
+
+INSTANTIATE_TEST_SUITE_P(All, JoinedMovie,
+                         testing::Values(MovieCodec::h264, MovieCodec::hevc,
+                                         MovieCodec::prores422HQ, MovieCodec::prores4444,
+                                         MovieCodec::hevcWithAlpha));
+
+TEST_P(JoinedMovie, isTheMovieWrittenInOneGo) {
+    const TemporaryFolder folder;
+    const VideoSettings video = smallVideo(GetParam());
+    const std::vector<float> sound = tone(25 * 4800);
+    const std::vector<MovieChapter> chapters{{0, "First"}, {7.5, "Second"}};
+    writeMovie(folder / "whole",
+               {.video = video, .frames = 250, .samples = sound, .chapters = chapters});
+    writeMovie(folder / "1",
+               {.video = video, .frames = 100, .samples = sound, .chapters = chapters});
+    writeMovie(folder / "2", {.video = video, .firstFrame = 100, .frames = 100});
+    writeMovie(folder / "3", {.video = video, .firstFrame = 200, .frames = 50});
+    const std::vector parts{folder / "1", folder / "2", folder / "3"};
+    joinMovies(parts, folder / "joined", fileTypeFor(video.codec));
+
+    const std::vector<VideoPacket> whole = pictures(folder / "whole");
+    const std::vector<VideoPacket> joined = pictures(folder / "joined");
+    ASSERT_EQ(whole.size(), 250U);
+    ASSERT_EQ(joined.size(), 250U);
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        EXPECT_TRUE(joined[i].bytes == whole[i].bytes) << i;
+        EXPECT_EQ(joined[i].frame, whole[i].frame);
+        EXPECT_EQ(joined[i].isKeyFrame, whole[i].isKeyFrame);
+    }
+    // Times, sound and chapters too.
+    EXPECT_TRUE(contents(folder / "joined") == contents(folder / "whole"));
+}
+
+std::string whyJoiningFails(const std::vector<std::filesystem::path>& parts,
+                            const std::filesystem::path& output) {
+    try {
+        joinMovies(parts, output, MovieFileType::mpeg4);
+    } catch (const MovieError& error) {
+        return error.what();
+    }
+    return "";
+}
+
+TEST(JoinMovies, saysWhichPartDoesNotFit) {
+    const TemporaryFolder folder;
+    const VideoSettings video = smallVideo(MovieCodec::h264);
+    VideoSettings wider = video;
+    wider.width = 80;
+    writeMovie(folder / "1", {.video = video, .frames = 100});
+    writeMovie(folder / "2", {.video = video, .firstFrame = 100, .frames = 5});
+    writeMovie(folder / "3", {.video = video, .firstFrame = 200, .frames = 5});
+    writeMovie(folder / "wide", {.video = wider, .firstFrame = 100, .frames = 5});
+    std::ofstream(folder / "text") << "no movie";
+    const auto one = (folder / "1").string();
+    const auto why = [&](const char* first, const char* second) {
+        return whyJoiningFails({folder / first, folder / second}, folder / "joined");
+    };
+    EXPECT_EQ(why("1", "3"),
+              (folder / "3").string() +
+                  " begins at frame 200, not at frame 100, where the part before it ends.");
+    EXPECT_EQ(why("2", "3"), (folder / "2").string() + " begins at frame 100, not at frame 0.");
+    EXPECT_EQ(why("1", "wide"),
+              (folder / "wide").string() + " differs from " + one + " in its size.");
+    EXPECT_EQ(why("1", "text"),
+              (folder / "text").string() +
+                  " cannot be read as a movie: Invalid data found when processing input.");
+    EXPECT_EQ(why("1", "none"), (folder / "none").string() +
+                                    " cannot be read as a movie: No such file or directory.");
+    EXPECT_FALSE(std::filesystem::exists(folder / "joined"));
+    EXPECT_EQ(whyJoiningFails({one}, one), one + " is one of the parts that are to be joined.");
+    EXPECT_EQ(whyJoiningFails({one}, "/nonexistent/movie"),
+              "/nonexistent/movie cannot be written: No such file or directory.");
+}
+
+} // namespace
+} // namespace tarnwick

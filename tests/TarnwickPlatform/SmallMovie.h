@@ -1,0 +1,61 @@
+// What the tests of movies write and read: small pictures that move, and clicks.
+#pragma once
+
+#include "TarnwickPlatform/Movie/MovieWriter.h"
+
+#include <filesystem>
+#include <vector>
+
+namespace tarnwick {
+
+// A folder that goes with its contents.
+class TemporaryFolder {
+  public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    std::filesystem::path operator/(const char* name) const { return path / name; }
+
+  private:
+    std::filesystem::path path;
+};
+
+// 64 x 48 pixels, ten frames a second, stretches of 100 frames.
+VideoSettings smallVideo(MovieCodec codec);
+
+MovieFileType fileTypeFor(MovieCodec codec);
+
+// `corners`: full and no red, green, blue and alpha by turns.
+enum class Content { moving, noise, corners };
+
+// Frame `frame` of a movie that every test knows.
+std::shared_ptr<PixelBuffer> drawnPicture(const VideoSettings& settings, std::int64_t frame,
+                                          Content content = Content::moving);
+
+struct SmallMovie {
+    VideoSettings video{};
+    std::int64_t firstFrame = 0;
+    std::int64_t frames = 0;
+    Content content = Content::moving;
+    std::vector<float> samples{}; // left and right by turns; without any there is no sound track
+    std::vector<MovieChapter> chapters{};
+};
+
+// Writes it and expects that to succeed.
+void writeMovie(const std::filesystem::path& file, const SmallMovie& movie);
+
+// A picture as a decoder gives it: planes of numbers, rows one behind the other.
+struct DecodedPicture {
+    std::vector<std::vector<int>> planes;
+    double seconds = 0; // when it is shown
+};
+
+// All pictures of a file in showing order, by libavcodec.
+std::vector<DecodedPicture> decodedPictures(const std::filesystem::path& file);
+
+// The left channel as it is heard, the priming taken off as the edit list says.
+std::vector<float> decodedSound(const std::filesystem::path& file);
+
+} // namespace tarnwick
