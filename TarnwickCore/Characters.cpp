@@ -41,11 +41,6 @@ std::string upperCased(std::string_view text) {
     return unicodeOf(text).toUpper(icu::Locale::getRoot()).toUTF8String(upper);
 }
 
-std::string wellFormed(std::string_view text) {
-    std::string whole;
-    return unicodeOf(text).toUTF8String(whole);
-}
-
 std::string_view trimmed(std::string_view text) {
     static const Pattern pattern(R"((?s)\A\p{White_Space}*(.*?)\p{White_Space}*\z)");
     const auto groups = pattern.firstMatch(text);

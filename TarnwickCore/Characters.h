@@ -15,9 +15,6 @@ std::vector<std::string> charactersOf(std::string_view text);
 // it may grow. Bytes that are not UTF-8 become U+FFFD.
 std::string upperCased(std::string_view text);
 
-// `text` as UTF-8: bytes that are not become U+FFFD.
-std::string wellFormed(std::string_view text);
-
 // `text` without the white space (Unicode's White_Space) at its two ends.
 std::string_view trimmed(std::string_view text);
 

@@ -1,6 +1,6 @@
-#include "TarnwickCore/Characters.h"
 #include "TarnwickCore/Lines.h"
 #include "TarnwickCore/Sentence.h"
+#include "TarnwickCore/UTF8.h"
 #include "TarnwickCore/Walkthrough.h"
 
 #include <algorithm>
@@ -214,7 +214,7 @@ std::string both(const std::string& above, const std::string& beside) {
 } // namespace
 
 Walkthrough::ParsedSource Walkthrough::parsed(std::string_view source) {
-    const std::string text = wellFormed(source);
+    const std::string text = wellFormedUTF8(source);
     std::vector<Scanned> scanned = Scanner(text).lines();
     ParsedSource result;
     takeHeading(scanned, result);

@@ -1,31 +1,20 @@
 #include "TarnwickPlatform/Text/ContactSheet.h"
 
+#include "TarnwickPlatform/Pictures/Composing.h"
 #include "TarnwickPlatform/Text/Text.h"
 
-#include <algorithm>
+#include <array>
 
 namespace tarnwick {
 namespace {
 
-constexpr std::uint8_t ground = 0x16; // of blue, green and red
-
-void paste(Picture& sheet, const Picture& picture, std::size_t x, std::size_t y) {
-    for (std::size_t row = 0; row < picture.height; ++row) {
-        const auto from =
-            picture.bytes.begin() + static_cast<std::ptrdiff_t>(row * picture.bytesPerRow);
-        std::copy_n(from, std::size_t{picture.width} * 4,
-                    sheet.bytes.begin() +
-                        static_cast<std::ptrdiff_t>((y + row) * sheet.bytesPerRow + x * 4));
-    }
-}
+constexpr std::array<std::uint8_t, 3> ground{0x16, 0x16, 0x16};
 
 } // namespace
 
 Picture contactSheet(std::span<const LabelledPicture> pictures, const SheetLayout& layout) {
-    Picture sheet{.width = static_cast<std::uint32_t>(layout.width()),
-                  .height = static_cast<std::uint32_t>(layout.height()),
-                  .bytesPerRow = static_cast<std::size_t>(layout.width()) * 4};
-    sheet.bytes.assign(sheet.bytesPerRow * sheet.height, ground);
+    Picture sheet = filledPicture(static_cast<std::uint32_t>(layout.width()),
+                                  static_cast<std::uint32_t>(layout.height()), ground);
     std::size_t index = 0;
     for (const auto& [picture, text] : pictures) {
         const std::size_t x =

@@ -1,20 +1,9 @@
 #include "TarnwickPlatform/Text/Text.h"
 
-#include <pango/pangocairo.h>
-
-#include <memory>
+#include "TarnwickPlatform/Text/PangoParts.h"
 
 namespace tarnwick {
 namespace {
-
-template <auto release> struct Release {
-    template <class Object> void operator()(Object* object) const { release(object); }
-};
-
-using Surface = std::unique_ptr<cairo_surface_t, Release<cairo_surface_destroy>>;
-using Canvas = std::unique_ptr<cairo_t, Release<cairo_destroy>>;
-using Layout = std::unique_ptr<PangoLayout, Release<g_object_unref>>;
-using Font = std::unique_ptr<PangoFontDescription, Release<pango_font_description_free>>;
 
 // More than any band shows; laying out a compiler's megabyte would take minutes.
 constexpr std::size_t mostBytes = 4096;
@@ -29,9 +18,7 @@ Layout centeredLayout(cairo_t* canvas, std::string_view text, double points, dou
     pango_layout_set_width(layout.get(), static_cast<int>(width * PANGO_SCALE));
     pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
     text = text.substr(0, mostBytes);
-    const std::unique_ptr<char, Release<g_free>> valid(
-        g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
-    pango_layout_set_text(layout.get(), valid.get(), -1);
+    pango_layout_set_text(layout.get(), validText(text).get(), -1);
     return layout;
 }
 
@@ -59,7 +46,7 @@ void drawCenteredText(Picture& picture, std::string_view text, double points,
     const Surface surface(cairo_image_surface_create_for_data(
         picture.bytes.data(), CAIRO_FORMAT_RGB24, static_cast<int>(picture.width),
         static_cast<int>(picture.height), static_cast<int>(picture.bytesPerRow)));
-    const Canvas canvas(cairo_create(surface.get()));
+    const CairoCanvas canvas(cairo_create(surface.get()));
     const Layout layout = centeredLayout(canvas.get(), text, points, band.width);
     const double height = heightOfWholeLines(layout.get(), band.height);
     const double top = band.y + (band.height - height) / 2;
