@@ -3,16 +3,23 @@
 #include "TarnwickCore/MSLSyntax.h"
 #include "TarnwickCore/UTF16.h"
 
+#include <algorithm>
 #include <array>
+#include <string_view>
+#include <utility>
 
 namespace tarnwick {
 namespace {
+
+using Kind = WalkthroughLine::Kind;
 
 constexpr double contextPart = 0.42; // of the alpha of an added line's ink
 
 constexpr Ink hex(std::uint32_t color) {
     return {(color >> 16) / 255.0, (color >> 8 & 0xff) / 255.0, (color & 0xff) / 255.0, 1};
 }
+
+constexpr std::size_t mostBytes = 512; // of a line, some seven lines of a page
 
 // In the order of SyntaxKind.
 constexpr std::array<Ink, 9> inks{
@@ -28,33 +35,56 @@ constexpr std::array<Ink, 9> inks{
 };
 
 // Columns are bytes here: exact for ASCII, which is all that code stands under.
-std::string withoutTabs(const std::string& code) {
+std::string shownText(std::string_view code) {
     std::string text;
-    for (const char unit : code) {
+    for (const char unit : code.substr(0, mostBytes)) {
         if (unit == '\t')
             text.append(4 - text.size() % 4, ' ');
         else
             text += unit;
     }
-    return text;
+    return code.size() > mostBytes ? text + "…" : text;
+}
+
+// Of a page's lines, tabs being gone.
+std::size_t sharedIndent(const std::vector<std::string>& texts, const WalkthroughPage& page) {
+    std::size_t indent = std::string::npos;
+    for (std::size_t at = 0; at < texts.size(); ++at)
+        if (page.lines[at].kind == Kind::added || page.lines[at].kind == Kind::context)
+            indent = std::min(indent, texts[at].find_first_not_of(' '));
+    return indent == std::string::npos ? 0 : indent;
+}
+
+TextBlock codeBlock(std::string text, Kind kind) {
+    const double part = kind == Kind::added ? 1 : contextPart;
+    TextBlock block{.text = std::move(text),
+                    .typeface = TextBlock::Typeface::code,
+                    .ink = plainInk.faded(part)};
+    UTF16Cursor cursor(block.text);
+    for (const auto& [token, range] : MSLSyntax::tokens(block.text)) {
+        const std::size_t start = cursor.byteOf(range.location);
+        const std::size_t end = cursor.byteOf(range.location + range.length);
+        block.stretches.push_back({.start = start,
+                                   .length = end - start,
+                                   .ink = inks[static_cast<std::size_t>(token)].faded(part)});
+    }
+    return block;
 }
 
 } // namespace
 
-TextBlock codeBlock(const WalkthroughLine& line) {
-    const double part = line.kind == WalkthroughLine::Kind::added ? 1 : contextPart;
-    TextBlock block{.text = withoutTabs(line.text),
-                    .typeface = TextBlock::Typeface::code,
-                    .ink = plainInk.faded(part)};
-    UTF16Cursor cursor(block.text);
-    for (const SyntaxToken& token : MSLSyntax::tokens(block.text)) {
-        const std::size_t start = cursor.byteOf(token.range.location);
-        const std::size_t end = cursor.byteOf(token.range.location + token.range.length);
-        block.stretches.push_back({.start = start,
-                                   .length = end - start,
-                                   .ink = inks[static_cast<std::size_t>(token.kind)].faded(part)});
+std::vector<TextBlock> codeBlocks(const WalkthroughPage& page) {
+    std::vector<std::string> texts;
+    for (const WalkthroughLine& line : page.lines)
+        texts.push_back(shownText(line.text));
+    const std::size_t indent = sharedIndent(texts, page);
+    std::vector<TextBlock> blocks;
+    for (std::size_t at = 0; at < texts.size(); ++at) {
+        const Kind kind = page.lines[at].kind;
+        const bool isCode = kind == Kind::added || kind == Kind::context;
+        blocks.push_back(codeBlock(isCode ? texts[at].substr(indent) : texts[at], kind));
     }
-    return block;
+    return blocks;
 }
 
 } // namespace tarnwick

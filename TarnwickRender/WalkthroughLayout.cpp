@@ -10,31 +10,26 @@ namespace tarnwick {
 WalkthroughLayout WalkthroughLayout::of(std::int64_t width, std::int64_t height) {
     precondition(std::min(width, height) >= leastSide && std::max(width, height) <= greatestSide,
                  "Callers ask for frames within the limits.");
-    const auto whole = [](double pixels) { return std::llround(pixels); };
-    WalkthroughLayout layout{.width = width, .height = height};
-    const auto shorter = static_cast<double>(std::min(width, height));
-    layout.unit = shorter;
-    const std::int64_t margin = whole(0.05 * shorter);
     const auto w = static_cast<double>(width), h = static_cast<double>(height);
-    if (w > 1.2 * h) {
-        layout.picture = {0, 0, whole(0.44 * w), height};
-        layout.text = {layout.picture.width + margin, margin, 0, height - 2 * margin};
-    } else {
-        layout.picture = {0, 0, width, whole(0.42 * h)};
-        layout.text = {margin, layout.picture.height + margin, 0, 0};
-        layout.text.height = height - layout.text.y - margin;
-    }
-    layout.text.width = width - layout.text.x - margin;
+    const bool isSideBySide = w > 1.2 * h;
+    const double share = isSideBySide || h < 1.5 * w ? 0.40 : 0.45; // of the picture
+    WalkthroughLayout layout{.width = width, .height = height};
+    layout.picture = isSideBySide ? Area{0, 0, std::llround(share * w), height}
+                                  : Area{0, 0, width, std::llround(share * h)};
+    Area& text = layout.text;
+    text = isSideBySide ? Area{layout.picture.width, 0, width - layout.picture.width, height}
+                        : Area{0, layout.picture.height, width, height - layout.picture.height};
+    // In frames that are nearly square words are smaller, so that a page holds more than a few.
+    layout.unit = static_cast<double>(std::min(text.width, text.height)) / 0.85;
+    layout.unit = std::min(layout.unit, std::min(w, h));
+    const std::int64_t margin = std::llround(0.05 * layout.unit);
+    text = {text.x + margin, text.y + margin, text.width - 2 * margin, text.height - 2 * margin};
     return layout;
 }
 
-double WalkthroughLayout::headingHeight(int summary) const {
-    return 1.6 * labelPoints() + 1.35 * titlePoints() + summary * wordLineHeight * wordPoints();
-}
-
 double WalkthroughLayout::codeHeight() const {
-    return static_cast<double>(text.height) - headingHeight(summaryLines) - gap() - 2 * padding() -
-           gap() - captionLines * wordLineHeight * wordPoints();
+    return static_cast<double>(text.height) - headingHeight() - summaryHeight() - gap() -
+           2 * padding() - gap() - captionHeight();
 }
 
 std::int64_t WalkthroughLayout::capacity() const {

@@ -11,61 +11,13 @@
 namespace tarnwick {
 namespace {
 
-using Kind = WalkthroughLine::Kind;
-
 constexpr Ink accent{1.0, 0.70, 0.37, 1};
 constexpr Ink panel{1, 1, 1, 0.035}; // behind the code
-constexpr Ink lit = accent.faded(0.10);
+constexpr Ink lit = accent.faded(0.08);
 constexpr Ink titleInk{0.96, 0.97, 0.99, 1};
 constexpr std::size_t mostDots = 12; // of a stage's pages; more are written as numbers
+constexpr int manyLines = 1000;      // beyond any room
 constexpr double anyWidth = 1e5;     // pixels, beyond any line that is shown whole
-
-// The code of one page, ready to be drawn.
-struct CodeLine {
-    TextBlock block;
-    Kind kind;
-};
-
-std::vector<CodeLine> codeOf(const WalkthroughPage& page, double points) {
-    std::vector<CodeLine> lines;
-    for (const WalkthroughLine& line : page.lines) {
-        lines.push_back({codeBlock(line), line.kind});
-        TextBlock& block = lines.back().block;
-        block.points = points;
-        block.lineHeight = WalkthroughLayout::codeLineHeight;
-        block.width = anyWidth;
-    }
-    return lines;
-}
-
-// The size at which all of a stage's pages fit, as far as it is readable.
-double codePoints(const WalkthroughStage& stage, const WalkthroughLayout& layout) {
-    double points = layout.greatestCodePoints();
-    for (const WalkthroughPage& page : stage.pages) {
-        const auto lines = static_cast<double>(std::max<std::size_t>(1, page.lines.size()));
-        points =
-            std::min(points, layout.codeHeight() / (WalkthroughLayout::codeLineHeight * lines));
-        for (const CodeLine& line : codeOf(page, layout.greatestCodePoints()))
-            points = std::min(points, layout.greatestCodePoints() * layout.codeWidth() /
-                                          std::max(1.0, extentOf(line.block).width));
-    }
-    return std::max(points, layout.leastCodePoints());
-}
-
-// Gives lines that are too long the room of further ones, first come first served.
-void wrap(std::vector<CodeLine>& lines, const WalkthroughLayout& layout, double points) {
-    const double room = layout.codeHeight() / (WalkthroughLayout::codeLineHeight * points);
-    int left = std::max(0, static_cast<int>(room + 0.01) - static_cast<int>(lines.size()));
-    for (CodeLine& line : lines) {
-        const std::size_t indent = std::min(line.block.text.find_first_not_of(' '),
-                                            std::size_t{24}); // of a line of blanks, there is none
-        line.block.width = layout.codeWidth();
-        line.block.hanging = static_cast<double>(indent + 4) * 0.6 * points;
-        line.block.lines = 1 + left;
-        line.block.lines = std::max(1, extentOf(line.block).lines);
-        left -= line.block.lines - 1;
-    }
-}
 
 TextBlock words(std::string text, double points, double width, int lines) {
     return {.text = std::move(text),
@@ -76,46 +28,154 @@ TextBlock words(std::string text, double points, double width, int lines) {
             .lines = lines};
 }
 
-class Page {
+// A line of text that is set smaller, though not by more than `least`, before it is cut.
+TextBlock fitted(TextBlock block, double width, double least) {
+    block.width = anyWidth;
+    block.points *= std::clamp(width / std::max(1.0, extentOf(block).width), least, 1.0);
+    block.width = width;
+    return block;
+}
+
+double heightOf(const std::vector<TextBlock>& blocks) {
+    double height = 0;
+    for (const TextBlock& block : blocks)
+        height += extentOf(block).height;
+    return height;
+}
+
+void setSizes(TextBlock& block, const WalkthroughLayout& layout, double points) {
+    const std::size_t indent = std::min(block.text.find_first_not_of(' '), std::size_t{24});
+    block.points = points;
+    block.lineHeight = WalkthroughLayout::codeLineHeight;
+    block.width = layout.codeWidth();
+    block.hanging = static_cast<double>(indent + 4) * 0.6 * points;
+}
+
+// A page's code. Lines that are too long take the room of further ones, first come first served,
+// and are cut where none is left.
+std::vector<TextBlock> codeOf(const WalkthroughPage& page, const WalkthroughLayout& layout,
+                              double points) {
+    std::vector<TextBlock> blocks = codeBlocks(page);
+    const double room = layout.codeHeight() / (WalkthroughLayout::codeLineHeight * points);
+    int left = std::max(0, static_cast<int>(room + 0.01) - static_cast<int>(blocks.size()));
+    for (TextBlock& block : blocks) {
+        setSizes(block, layout, points);
+        block.lines = 1 + left;
+        block.lines = extentOf(block).lines;
+        left -= block.lines - 1;
+    }
+    return blocks;
+}
+
+// Whether the page shows every line to its end, wrapped or not.
+bool isWhole(const WalkthroughPage& page, const WalkthroughLayout& layout, double points) {
+    std::vector<TextBlock> blocks = codeBlocks(page);
+    for (TextBlock& block : blocks) {
+        setSizes(block, layout, points);
+        block.lines = manyLines;
+    }
+    return heightOf(blocks) <= layout.codeHeight();
+}
+
+// The size at which no line of the page is wrapped.
+double unwrappedPoints(const WalkthroughPage& page, const WalkthroughLayout& layout) {
+    double widest = 1; // at one pixel's size
+    for (TextBlock& block : codeBlocks(page)) {
+        block.points = layout.greatestCodePoints();
+        block.width = anyWidth;
+        widest = std::max(widest, extentOf(block).width / block.points);
+    }
+    const auto lines = static_cast<double>(page.lines.size());
+    return std::min(layout.codeWidth() / widest,
+                    layout.codeHeight() / (WalkthroughLayout::codeLineHeight * lines));
+}
+
+// One size for all of a stage's pages: the greatest without a wrapped line, but rather one wraps
+// than that people cannot read it well, and rather it is small than cut.
+double codePoints(const WalkthroughStage& stage, const WalkthroughLayout& layout) {
+    double points = layout.greatestCodePoints();
+    for (const WalkthroughPage& page : stage.pages)
+        points = std::min(points, unwrappedPoints(page, layout));
+    points = std::max(points, layout.readableCodePoints());
+    while (points > layout.leastCodePoints() &&
+           !std::ranges::all_of(stage.pages, [&](const WalkthroughPage& page) {
+               return isWhole(page, layout, points);
+           }))
+        points = std::max(0.96 * points, layout.leastCodePoints());
+    return points;
+}
+
+// All that one page says, laid out, from the top: the stage's heading, the code, the caption.
+struct PageContent {
+    TextBlock label, title;
+    std::vector<TextBlock> summary; // one block, or none where it is empty
+    std::vector<TextBlock> code;
+    std::vector<TextBlock> caption;
+    double height = 0; // of everything
+};
+
+PageContent contentOf(const WalkthroughStage& stage, std::size_t page, std::size_t stageCount,
+                      const WalkthroughLayout& layout, double points) {
+    const auto width = static_cast<double>(layout.text.width);
+    PageContent content{.label = words("STAGE " + std::to_string(stage.number) + " OF " +
+                                           std::to_string(stageCount),
+                                       layout.labelPoints(), width / 2, 1),
+                        .title = words(stage.title, layout.titlePoints(), width, 1),
+                        .code = codeOf(stage.pages[page], layout, points)};
+    content.label.weight = TextBlock::Weight::bold;
+    content.label.spacing = 0.12 * layout.labelPoints();
+    content.label.ink = accent;
+    content.title.weight = TextBlock::Weight::bold;
+    content.title.ink = titleInk;
+    content.title = fitted(content.title, width, 0.6);
+    if (!stage.summary.empty()) {
+        content.summary.push_back(
+            words(stage.summary, layout.wordPoints(), width, WalkthroughLayout::summaryLines));
+        content.summary[0].ink = plainInk.faded(0.72);
+    }
+    if (const std::string& text = stage.pages[page].caption; !text.empty()) {
+        // A long caption is set smaller before it is cut.
+        const double room = layout.captionHeight();
+        TextBlock caption = words(text, layout.wordPoints(), width, manyLines);
+        caption.points *= extentOf(caption).height > room ? 0.85 : 1;
+        caption.lines = static_cast<int>(room / (caption.points * caption.lineHeight));
+        content.caption.push_back(std::move(caption));
+    }
+    content.height = layout.headingHeight() + heightOf(content.summary) + layout.gap() +
+                     2 * layout.padding() + heightOf(content.code) +
+                     (content.caption.empty() ? 0 : layout.gap() + heightOf(content.caption));
+    return content;
+}
+
+class PageDrawing {
   public:
-    Page(const WalkthroughLayout& layout, const WalkthroughStage& stage, std::size_t page)
-        : layout_(layout), stage_(stage), page_(page),
-          canvas_(static_cast<std::uint32_t>(layout.width),
-                  static_cast<std::uint32_t>(layout.height)),
-          x_(static_cast<double>(layout.text.x)), y_(static_cast<double>(layout.text.y)),
+    PageDrawing(const WalkthroughLayout& layout, double top)
+        : layout_(layout), canvas_(static_cast<std::uint32_t>(layout.width),
+                                   static_cast<std::uint32_t>(layout.height)),
+          x_(static_cast<double>(layout.text.x)), y_(top),
           width_(static_cast<double>(layout.text.width)) {}
 
-    Picture drawn(std::size_t stageCount) {
-        drawPlace();
-        drawHeading(stageCount);
-        drawCode();
-        drawCaption();
-        return canvas_.picture();
-    }
+    void drawPlace(std::size_t page, std::size_t count);
+    void drawHeading(const PageContent& content);
+    void drawCode(const std::vector<TextBlock>& code, const WalkthroughPage& page);
+    void drawWords(const std::vector<TextBlock>& blocks);
+    Picture picture() const { return canvas_.picture(); }
 
   private:
-    void drawPlace();
-    void drawHeading(std::size_t stageCount);
-    void drawCode();
-    void drawLine(const CodeLine& line);
-    void drawCaption();
-
     const WalkthroughLayout& layout_;
-    const WalkthroughStage& stage_;
-    std::size_t page_;
     Canvas canvas_;
     double x_, y_, width_; // what comes next is drawn at (x_, y_)
 };
 
 // Which of the stage's pages this is, at the right of the first line: dots, or numbers.
-void Page::drawPlace() {
-    const std::size_t count = stage_.pages.size();
+void PageDrawing::drawPlace(std::size_t page, std::size_t count) {
     const double points = layout_.labelPoints();
     if (count > mostDots) {
         TextBlock numbers =
-            words(std::to_string(page_ + 1) + " / " + std::to_string(count), points, width_ / 2, 1);
+            words(std::to_string(page + 1) + " / " + std::to_string(count), points, width_ / 2, 1);
         numbers.ink = plainInk.faded(0.7);
-        canvas_.draw(numbers, x_ + width_ - extentOf(numbers).width, y_);
+        numbers.width = std::ceil(extentOf(numbers).width);
+        canvas_.draw(numbers, x_ + width_ - numbers.width, y_);
         return;
     }
     const double dot = 0.5 * points, step = 1.1 * points;
@@ -124,76 +184,42 @@ void Page::drawPlace() {
                       .y = y_ + 0.45 * points,
                       .width = dot,
                       .height = dot},
-                     index == page_ ? accent : plainInk.faded(0.25), dot);
+                     index == page ? accent : plainInk.faded(0.25), dot);
 }
 
-void Page::drawHeading(std::size_t stageCount) {
-    TextBlock label =
-        words("STAGE " + std::to_string(stage_.number) + " OF " + std::to_string(stageCount),
-              layout_.labelPoints(), width_ / 2, 1);
-    label.weight = TextBlock::Weight::bold;
-    label.spacing = 0.12 * label.points;
-    label.ink = accent;
-    canvas_.draw(label, x_, y_);
+void PageDrawing::drawHeading(const PageContent& content) {
+    canvas_.draw(content.label, x_, y_);
+    canvas_.draw(content.title, x_, y_ + layout_.labelHeight());
+    y_ += layout_.headingHeight();
+    drawWords(content.summary);
+}
 
-    TextBlock title = words(stage_.title, layout_.titlePoints(), anyWidth, 1);
-    title.weight = TextBlock::Weight::bold;
-    title.lineHeight = 1.3;
-    title.ink = titleInk;
-    // A long title is set smaller before it is cut.
-    title.points *= std::clamp(width_ / std::max(1.0, extentOf(title).width), 0.6, 1.0);
-    title.width = width_;
-    canvas_.draw(title, x_, y_ + 1.6 * layout_.labelPoints());
-
-    int lines = 0;
-    if (!stage_.summary.empty()) {
-        TextBlock summary =
-            words(stage_.summary, layout_.wordPoints(), width_, WalkthroughLayout::summaryLines);
-        summary.ink = plainInk.faded(0.72);
-        canvas_.draw(summary, x_, y_ + layout_.headingHeight(0));
-        lines = extentOf(summary).lines;
+void PageDrawing::drawWords(const std::vector<TextBlock>& blocks) {
+    for (const TextBlock& block : blocks) {
+        canvas_.draw(block, x_, y_);
+        y_ += extentOf(block).height;
     }
-    y_ += layout_.headingHeight(lines) + layout_.gap();
 }
 
-void Page::drawCode() {
-    const double points = codePoints(stage_, layout_);
-    std::vector<CodeLine> lines = codeOf(stage_.pages[page_], points);
-    wrap(lines, layout_, points);
-    double height = 2 * layout_.padding();
-    for (const CodeLine& line : lines)
-        height += extentOf(line.block).height;
-    canvas_.fill({.x = x_, .y = y_, .width = width_, .height = height}, panel,
-                 0.6 * layout_.padding());
+void PageDrawing::drawCode(const std::vector<TextBlock>& code, const WalkthroughPage& page) {
+    y_ += layout_.gap();
+    canvas_.fill(
+        {.x = x_, .y = y_, .width = width_, .height = heightOf(code) + 2 * layout_.padding()},
+        panel, 0.6 * layout_.padding());
+    const double bar = std::max(1.0, std::round(0.18 * layout_.padding()));
     y_ += layout_.padding();
-    for (const CodeLine& line : lines)
-        drawLine(line);
-    y_ += layout_.padding() + layout_.gap();
-}
-
-void Page::drawLine(const CodeLine& line) {
-    const double height = extentOf(line.block).height;
-    if (line.kind == Kind::added) {
-        const double bar = std::max(1.0, 0.18 * layout_.padding());
-        canvas_.fill({.x = x_, .y = y_, .width = width_, .height = height}, lit);
-        canvas_.fill({.x = x_, .y = y_, .width = bar, .height = height}, accent);
+    for (std::size_t at = 0; at < code.size(); ++at) {
+        // From whole pixel to whole pixel, so that no seam shows between two lines.
+        const double end = y_ + extentOf(code[at]).height, top = std::round(y_);
+        const TextBand band{.x = x_, .y = top, .width = width_, .height = std::round(end) - top};
+        if (page.lines[at].kind == WalkthroughLine::Kind::added) {
+            canvas_.fill(band, lit);
+            canvas_.fill({.x = x_, .y = band.y, .width = bar, .height = band.height}, accent);
+        }
+        canvas_.draw(code[at], x_ + layout_.padding(), y_);
+        y_ = end;
     }
-    canvas_.draw(line.block, x_ + layout_.padding(), y_);
-    y_ += height;
-}
-
-void Page::drawCaption() {
-    const std::string& caption = stage_.pages[page_].caption;
-    if (caption.empty())
-        return;
-    // A long caption is set smaller before it is cut.
-    const double room =
-        WalkthroughLayout::captionLines * WalkthroughLayout::wordLineHeight * layout_.wordPoints();
-    TextBlock block = words(caption, layout_.wordPoints(), width_, 1000);
-    if (extentOf(block).height > room)
-        block.points *= 0.85;
-    block.lines = std::max(1, static_cast<int>(room / (block.points * block.lineHeight)));
-    canvas_.draw(block, x_, y_);
+    y_ += layout_.padding() + layout_.gap();
 }
 
 } // namespace
@@ -201,10 +227,26 @@ void Page::drawCaption() {
 WalkthroughRenderer::WalkthroughRenderer(std::int64_t width, std::int64_t height)
     : layout_(WalkthroughLayout::of(width, height)) {}
 
-Picture WalkthroughRenderer::overlay(const WalkthroughStage& stage, std::size_t page,
-                                     std::size_t stageCount) const {
-    precondition(page < stage.pages.size(), "Only pages that a stage has are drawn.");
-    return Page(layout_, stage, page).drawn(stageCount);
+WalkthroughRenderer::Pages::Pages(const WalkthroughLayout& layout, const WalkthroughStage& stage,
+                                  std::size_t stageCount)
+    : layout_(layout), stage_(stage), stageCount_(stageCount), points_(codePoints(stage, layout)) {
+    // Headings stand where the tallest page comes to lie in the middle.
+    double tallest = 0;
+    for (std::size_t page = 0; page < stage.pages.size(); ++page)
+        tallest = std::max(tallest, contentOf(stage, page, stageCount, layout, points_).height);
+    const double spare = std::max(0.0, static_cast<double>(layout.text.height) - tallest);
+    top_ = std::floor(static_cast<double>(layout.text.y) + spare / 2);
+}
+
+Picture WalkthroughRenderer::Pages::overlay(std::size_t page) const {
+    precondition(page < stage_.pages.size(), "Only pages that a stage has are drawn.");
+    const PageContent content = contentOf(stage_, page, stageCount_, layout_, points_);
+    PageDrawing drawing(layout_, top_);
+    drawing.drawPlace(page, stage_.pages.size());
+    drawing.drawHeading(content);
+    drawing.drawCode(content.code, stage_.pages[page]);
+    drawing.drawWords(content.caption);
+    return drawing.picture();
 }
 
 Picture WalkthroughRenderer::frame(const Picture& picture, const Picture& overlay) const {

@@ -10,7 +10,7 @@
 
 namespace tarnwick {
 
-// Of one size of frame. Has no other state, so any number of threads may draw with one.
+// Of one size of frame. Never changes, so any number of threads may draw with one.
 class WalkthroughRenderer {
   public:
     // The sides lie within WalkthroughLayout's limits, in pixels.
@@ -23,12 +23,31 @@ class WalkthroughRenderer {
     // Of the rest of the frame.
     static constexpr gpu::ClearColor background{0.051, 0.055, 0.071, 1};
 
-    // Page `page` of the stage, of `stageCount` in all: heading, code and caption over nothing. The
-    // fourth byte of each pixel is its alpha, by which the colours have been multiplied; it is 0
-    // all over the episode's picture. All pages of a stage show their code in one size, as large as
-    // their longest lines allow; lines that are too long for the smallest readable size are wrapped
-    // where the page has room for it, else cut with an ellipsis.
-    Picture overlay(const WalkthroughStage& stage, std::size_t page, std::size_t stageCount) const;
+    // The pages of one stage, drawn one at a time. Lives no longer than the renderer and the stage.
+    class Pages {
+      public:
+        // Page `page`: heading, code and caption over nothing. The fourth byte of each pixel is its
+        // alpha, by which the colours have been multiplied; it is 0 all over the episode's picture.
+        Picture overlay(std::size_t page) const;
+
+      private:
+        friend class WalkthroughRenderer;
+        Pages(const WalkthroughLayout& layout, const WalkthroughStage& stage,
+              std::size_t stageCount);
+
+        const WalkthroughLayout& layout_;
+        const WalkthroughStage& stage_;
+        std::size_t stageCount_;
+        double points_; // of the code, in pixels
+        double top_;    // of what is drawn
+    };
+
+    // Of one of `stageCount` stages. All its pages show their code in one size, as large as their
+    // lines allow: rather one is wrapped than that people cannot read it well, and rather it is
+    // small than cut with an ellipsis.
+    Pages pages(const WalkthroughStage& stage, std::size_t stageCount) const {
+        return {layout_, stage, stageCount};
+    }
 
     // The frame as a film shows it: `picture`, which has the size of its place, under the overlay.
     Picture frame(const Picture& picture, const Picture& overlay) const;

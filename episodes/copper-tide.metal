@@ -5,6 +5,7 @@
 // @length 60
 // @teaches Fractal noise that bends its own coordinates, and light from the slope of a height
 // @category Flow
+// @final Light on the tide | A height has a slope, and a slope catches light: the flow becomes a surface.
 // @tags noise, domain warping, colour
 //
 // Noise by itself looks like fog. Ask for noise at a place that other noise has pushed aside and it
@@ -53,6 +54,8 @@ struct Tide {
     float2 second; // the second
 };
 
+// Each push is a pair of noises, which drift at their own pace; the second pair is asked for where
+// the first one leads.
 Tide tideAt(float2 q, float t, float warp, int detail) {
     Tide tide;
     tide.first = float2(fbm(q + float2(0.0, 0.13 * t), 3),

@@ -2,9 +2,15 @@
 
 #include "programs/CommandError.h"
 
+#include <algorithm>
+
 namespace tarnwick {
 
 namespace {
+
+bool isOption(std::string_view word) {
+    return word.size() >= 2 && word.front() == '-';
+}
 
 // The option that `word` names, up to `equals`.
 const Option& optionNamed(std::span<const Option> options, std::string_view word,
@@ -28,20 +34,25 @@ Arguments::Arguments(std::span<const Option> options, std::span<const char* cons
             operands_.insert(operands_.end(), next, words.end());
             return;
         }
-        if (word.size() < 2 || word.front() != '-') {
+        if (!isOption(word)) {
             operands_.push_back(word);
             continue;
         }
         const std::size_t equals = word.starts_with("--") ? word.find('=') : std::string_view::npos;
         const Option& option = optionNamed(options, word, equals);
-        std::string_view value;
-        if (equals != std::string_view::npos)
-            value = word.substr(equals + 1);
-        else if (!option.value.empty() && next == words.end())
+        auto& values = values_[option.name];
+        if (equals != std::string_view::npos || option.value.empty()) {
+            values.push_back(option.value.empty() ? "" : word.substr(equals + 1));
+            continue;
+        }
+        const bool takesMany = option.value.ends_with("...");
+        const auto end = takesMany             ? std::find_if(next, words.end(), isOption)
+                         : next == words.end() ? next
+                                               : next + 1;
+        if (next == end)
             misuse(std::string(option.name) + " wants " + std::string(option.value) + " after it.");
-        else if (!option.value.empty())
-            value = *next++;
-        values_[option.name].push_back(value);
+        values.insert(values.end(), next, end);
+        next = end;
     }
 }
 

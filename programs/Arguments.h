@@ -12,7 +12,8 @@ namespace tarnwick {
 
 struct Option {
     std::string_view name;  // "--size"
-    std::string_view value; // what to call its value in the help; empty for an option without one
+    std::string_view value; // what to call its value in the help; empty for an option without one;
+                            // "FILE..." for all words that follow it up to the next option
     std::string_view help;
 };
 

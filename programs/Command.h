@@ -36,5 +36,6 @@ extern const Command stillCommand;
 extern const Command swiftUICommand;
 extern const Command tokensCommand;
 extern const Command variationsCommand;
+extern const Command walkthroughCommand;
 
 } // namespace tarnwick

@@ -23,6 +23,7 @@ constexpr std::array commands{
     &stillCommand,
     &sheetCommand,
     &variationsCommand,
+    &walkthroughCommand,
     &soundCommand,
     &spectrumCommand,
     &exportCommand,

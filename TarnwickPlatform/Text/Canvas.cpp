@@ -77,7 +77,8 @@ Layout layoutOf(const TextBlock& block) {
     pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
     pango_layout_set_height(layout.get(), -block.lines);
     pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
-    pango_layout_set_text(layout.get(), validText(block.text).get(), -1);
+    const std::string_view text = std::string_view(block.text).substr(0, mostTextBytes);
+    pango_layout_set_text(layout.get(), validText(text).get(), -1);
     return layout;
 }
 

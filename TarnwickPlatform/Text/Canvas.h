@@ -20,7 +20,8 @@ struct Ink {
     bool operator==(const Ink&) const = default;
 };
 
-// One paragraph in one size. Breaks of lines within the text are shown as signs.
+// One paragraph in one size. Breaks of lines within the text are shown as signs; of more text than
+// 4096 bytes the rest is left out.
 struct TextBlock {
     struct Stretch {
         std::size_t start = 0, length = 0; // bytes of the text, at characters' edges

@@ -3,6 +3,7 @@
 
 #include <pango/pangocairo.h>
 
+#include <cstddef>
 #include <memory>
 #include <string_view>
 
@@ -17,6 +18,9 @@ using CairoCanvas = std::unique_ptr<cairo_t, Release<cairo_destroy>>;
 using Layout = std::unique_ptr<PangoLayout, Release<g_object_unref>>;
 using Font = std::unique_ptr<PangoFontDescription, Release<pango_font_description_free>>;
 using ValidText = std::unique_ptr<char, Release<g_free>>;
+
+// More than any band shows; laying out a compiler's megabyte would take minutes.
+inline constexpr std::size_t mostTextBytes = 4096;
 
 inline ValidText validText(std::string_view text) {
     return ValidText(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));

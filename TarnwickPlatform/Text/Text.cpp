@@ -5,9 +5,6 @@
 namespace tarnwick {
 namespace {
 
-// More than any band shows; laying out a compiler's megabyte would take minutes.
-constexpr std::size_t mostBytes = 4096;
-
 Layout centeredLayout(cairo_t* canvas, std::string_view text, double points, double width) {
     const Font font(pango_font_description_from_string("system-ui, sans-serif"));
     // Absolute: one point is one pixel, whatever the display says about its dots per inch.
@@ -17,7 +14,7 @@ Layout centeredLayout(cairo_t* canvas, std::string_view text, double points, dou
     pango_layout_set_alignment(layout.get(), PANGO_ALIGN_CENTER);
     pango_layout_set_width(layout.get(), static_cast<int>(width * PANGO_SCALE));
     pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
-    text = text.substr(0, mostBytes);
+    text = text.substr(0, mostTextBytes);
     pango_layout_set_text(layout.get(), validText(text).get(), -1);
     return layout;
 }

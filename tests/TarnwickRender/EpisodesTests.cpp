@@ -37,9 +37,10 @@ std::vector<int> channelsOf(const Picture& picture) {
     return channels;
 }
 
+// The stages of walkthroughs among them.
 std::vector<fs::path> episodeFiles() {
     std::vector<fs::path> files;
-    for (const auto& entry : fs::directory_iterator(EPISODES))
+    for (const auto& entry : fs::recursive_directory_iterator(EPISODES))
         if (entry.path().extension() == ".metal")
             files.push_back(entry.path());
     std::ranges::sort(files);
@@ -100,7 +101,7 @@ TEST_P(Episode, drawsAPictureThatIsNeitherDarkNorFlat) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Folder, Episode, testing::ValuesIn(episodeFiles()), [](const auto& given) {
-    std::string name = given.param.stem().string();
+    std::string name = fs::relative(given.param, EPISODES).replace_extension().string();
     std::ranges::replace_if(
         name, [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
     return name;

@@ -1,0 +1,58 @@
+#include "programs/EpisodeWalkthrough.h"
+
+#include "programs/CommandError.h"
+#include "programs/Findings.h"
+#include "programs/SourceFile.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace tarnwick {
+namespace {
+
+std::string failedStage(std::size_t index, std::string_view path, const ShaderError& error) {
+    const auto mistake = std::ranges::find_if(error.diagnostics, [](const Diagnostic& finding) {
+        return finding.severity == Severity::error;
+    });
+    const std::string stage = "Stage " + std::to_string(index + 1) + ", " + std::string(path);
+    if (mistake == error.diagnostics.end())
+        return stage + ", does not compile: " + error.raw;
+    return stage + ", does not compile: line " + std::to_string(mistake->line) + ": " +
+           mistake->message + ".";
+}
+
+} // namespace
+
+std::vector<WalkthroughStage>
+EpisodeWalkthrough::stages(const WalkthroughRenderer& renderer) const {
+    const std::span<const std::string> all(sources);
+    return Walkthrough::stages(episode(), EpisodeMeta::parse(episode()), all.first(all.size() - 1),
+                               renderer.capacity());
+}
+
+EpisodeWalkthrough episodeWalkthroughOf(const Arguments& arguments) {
+    const auto stages = arguments.values(stagesOption.name);
+    EpisodeWalkthrough walkthrough{.paths = {stages.begin(), stages.end()}};
+    walkthrough.paths.push_back(arguments.operand("episode"));
+    for (const std::string_view path : walkthrough.paths)
+        walkthrough.sources.push_back(sourceText(path));
+    return walkthrough;
+}
+
+std::vector<std::shared_ptr<const ShaderProgram>> programsOf(const EpisodeWalkthrough& walkthrough,
+                                                             gpu::Device& device) {
+    std::vector<std::shared_ptr<const ShaderProgram>> programs;
+    for (std::size_t index = 0; index < walkthrough.sources.size(); ++index) {
+        const std::string_view path = walkthrough.paths[index];
+        try {
+            programs.push_back(ShaderProgram::compile(walkthrough.sources[index], device,
+                                                      ShaderProgram::pixelFormat));
+        } catch (const ShaderError& error) {
+            std::fputs(findingsText(path, error.diagnostics).c_str(), stderr);
+            failure(failedStage(index, path, error));
+        }
+    }
+    return programs;
+}
+
+} // namespace tarnwick

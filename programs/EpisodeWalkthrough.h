@@ -1,0 +1,37 @@
+// Which walkthrough a command line asks for, and its programs.
+#pragma once
+
+#include "TarnwickCore/Walkthrough.h"
+#include "TarnwickRender/ShaderProgram.h"
+#include "TarnwickRender/WalkthroughRenderer.h"
+#include "programs/Arguments.h"
+
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnwick {
+
+// Those of the stages and last the episode's.
+struct EpisodeWalkthrough {
+    std::vector<std::string_view> paths; // to name them by
+    std::vector<std::string> sources;    // their texts
+
+    const std::string& episode() const { return sources.back(); }
+    std::vector<WalkthroughStage> stages(const WalkthroughRenderer& renderer) const;
+};
+
+// The single operand with --stages. Throws CommandError.
+EpisodeWalkthrough episodeWalkthroughOf(const Arguments& arguments);
+
+// The programs of all stages, the episode's last. Throws CommandError, which names the stage and
+// the line; all that the compiler finds has been printed then.
+std::vector<std::shared_ptr<const ShaderProgram>> programsOf(const EpisodeWalkthrough& walkthrough,
+                                                             gpu::Device& device);
+
+constexpr Option stagesOption{"--stages", "FILE...",
+                              "the versions that led to it, in order; up to the next option"};
+
+} // namespace tarnwick

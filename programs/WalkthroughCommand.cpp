@@ -1,0 +1,119 @@
+// tarnwick walkthrough: an episode explained by the steps that led to it.
+#include "TarnwickPlatform/Pictures/PNG.h"
+#include "programs/ColouredSource.h"
+#include "programs/Command.h"
+#include "programs/EpisodePicture.h"
+#include "programs/EpisodeProgram.h"
+#include "programs/EpisodeWalkthrough.h"
+#include "programs/HeldSignals.h"
+#include "programs/ProgressBar.h"
+#include "programs/WalkthroughText.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <filesystem>
+
+namespace tarnwick {
+namespace {
+
+namespace fs = std::filesystem;
+
+WalkthroughRenderer rendererOf(const Arguments& arguments) {
+    const PixelSize size = pixelSizeOf(arguments, {.width = 1920, .height = 1080});
+    if (std::min(size.width, size.height) < WalkthroughLayout::leastSide)
+        misuse("--size wants at least " + std::to_string(WalkthroughLayout::leastSide) +
+               " pixels a side for pages that can be read.");
+    return {size.width, size.height};
+}
+
+void makeFolder(const fs::path& folder) {
+    std::error_code error;
+    fs::create_directory(folder, error);
+    if (error || !fs::is_directory(folder))
+        failure(folder.string() + " cannot be made a folder: " +
+                (error ? error.message() : "something else is there") + ".");
+}
+
+// "stage-02-page-03.png", so that names sort as the pages do.
+fs::path pageName(std::int64_t stage, std::size_t page) {
+    std::array<char, 64> name{};
+    std::snprintf(name.data(), name.size(), "stage-%02lld-page-%02zu.png",
+                  static_cast<long long>(stage), page + 1);
+    return name.data();
+}
+
+// Each stage at the episode's still, so that one sees how the same moment came about.
+std::vector<Picture> stillsOf(const EpisodeWalkthrough& walkthrough,
+                              const WalkthroughRenderer& renderer) {
+    const auto device = drawingDevice();
+    const auto programs = programsOf(walkthrough, *device);
+    const double time = stillTime(walkthrough.episode());
+    std::vector<Picture> stills;
+    ProgressBar bar("Still");
+    for (std::size_t index = 0; index < programs.size(); ++index) {
+        bar.show(static_cast<std::int64_t>(index), static_cast<std::int64_t>(programs.size()));
+        const auto& [x, y, width, height] = renderer.picture();
+        StillNews news;
+        stills.push_back(pictureOf(programs[index],
+                                   {.path = walkthrough.paths[index],
+                                    .size = {.width = width, .height = height},
+                                    .time = time,
+                                    .frame = savedFrame(time)},
+                                   *device, news));
+        if (news.hitLoopBudget)
+            warnOfLoopBudget(walkthrough.paths[index]);
+    }
+    return stills;
+}
+
+void writePages(const EpisodeWalkthrough& walkthrough, const WalkthroughRenderer& renderer,
+                const fs::path& folder) {
+    const std::vector<WalkthroughStage> stages = walkthrough.stages(renderer);
+    const std::vector<Picture> stills = stillsOf(walkthrough, renderer);
+    makeFolder(folder);
+    for (std::size_t index = 0; index < stages.size(); ++index) {
+        const auto pages = renderer.pages(stages[index], stages.size());
+        for (std::size_t page = 0; page < stages[index].pages.size(); ++page) {
+            const Picture frame = renderer.frame(stills[index], pages.overlay(page));
+            const fs::path file = folder / pageName(stages[index].number, page);
+            {
+                const HeldSignals whileWriting;
+                writePNG(frame, file);
+            }
+            print(file.string() + "\n");
+        }
+    }
+}
+
+Status walkthrough(const Arguments& arguments) {
+    const EpisodeWalkthrough walkthrough = episodeWalkthroughOf(arguments);
+    const WalkthroughRenderer renderer = rendererOf(arguments);
+    if (const auto folder = arguments.value("--pages")) {
+        writePages(walkthrough, renderer, *folder);
+        return Status::done;
+    }
+    const std::vector<WalkthroughStage> stages = walkthrough.stages(renderer);
+    print(arguments.has("--json")
+              ? walkthroughJSON(stages, walkthrough.paths, renderer.capacity())
+              : walkthroughText(stages, showsColours() ? Colours::ofTerminal : Colours::none));
+    return Status::done;
+}
+
+constexpr std::array<Option, 4> walkthroughOptions{{
+    stagesOption,
+    {"--json", "", "the pages for tools"},
+    {"--pages", "FOLDER", "the pages as pictures, as a movie shows them, into a folder"},
+    {"--size", "WxH", "of the pages, in pixels, by which they are cut; 1920x1080 without it"},
+}};
+
+} // namespace
+
+const Command walkthroughCommand{.name = "walkthrough",
+                                 .operands = "EPISODE",
+                                 .summary = "Explains the episode by what each version of it adds "
+                                            "to the one before, page by page.",
+                                 .options = walkthroughOptions,
+                                 .run = walkthrough};
+
+} // namespace tarnwick
