@@ -1,5 +1,7 @@
 #include "tests/TarnwickPlatform/HEVCSyntax.h"
 
+#include <algorithm>
+#include <sstream>
 #include <stdexcept>
 
 namespace tarnwick::hevctest {
@@ -37,7 +39,8 @@ class Reading {
   public:
     explicit Reading(std::string bits) : bits(std::move(bits)) {}
 
-    std::uint32_t u(const std::string& name, std::size_t count) {
+    // A field of `count` bits: u(n).
+    std::uint32_t number(const std::string& name, std::size_t count) {
         if (at + count > bits.size())
             throw std::runtime_error(name + " lies past the end.");
         std::uint32_t value = 0;
@@ -47,28 +50,34 @@ class Reading {
         return value;
     }
 
-    std::uint32_t ue(const std::string& name) {
-        std::size_t zeros = 0;
-        while (at + zeros < bits.size() && bits[at + zeros] == '0')
-            ++zeros;
-        at += zeros + 1;
-        std::uint32_t value = 1;
-        if (at + zeros > bits.size())
+    // A field of an exponential-Golomb code: ue(v).
+    void code(const std::string& name) {
+        const std::size_t zeros = std::min(bits.find('1', at), bits.size()) - at;
+        at += zeros;
+        std::uint32_t value = 0;
+        if (at + zeros + 1 > bits.size())
             throw std::runtime_error(name + " lies past the end.");
-        for (; zeros > 0; --zeros)
+        for (std::size_t left = zeros + 1; left > 0; --left)
             value = 2 * value + (bits[at++] == '1' ? 1U : 0U);
         text += name + " " + std::to_string(value - 1) + "\n";
-        return value - 1;
     }
 
-    void profileTierLevel(bool profilePresent) {
-        if (profilePresent) {
-            u("general_profile_space", 2);
-            u("general_tier_flag", 1);
-            u("general_profile_idc", 5);
-            at += 32 + 48; // compatibility and constraints
+    // Fields in their order: "NAME:BITS", "NAME:ue", or ":BITS" to pass over. Gives the last one of
+    // so many bits.
+    std::uint32_t read(const std::string& syntax) {
+        std::istringstream words(syntax);
+        std::uint32_t last = 0;
+        for (std::string word; words >> word;) {
+            const std::size_t colon = word.rfind(':');
+            const std::string name = word.substr(0, colon), kind = word.substr(colon + 1);
+            if (kind == "ue")
+                code(name);
+            else if (name.empty())
+                at += std::stoul(kind);
+            else
+                last = number(name, std::stoul(kind));
         }
-        u("general_level_idc", 8);
+        return last;
     }
 
     // What must follow the last field: a one and zeros up to the next byte.
@@ -83,106 +92,71 @@ class Reading {
     std::string text;
 };
 
-void buffering(Reading& reading, const std::string& prefix) {
-    reading.ue(prefix + "max_dec_pic_buffering_minus1");
-    reading.ue(prefix + "max_num_reorder_pics");
-    reading.ue(prefix + "max_latency_increase_plus1");
-}
+const std::string profileTierLevel = // compatibility and constraint flags passed over
+    "general_profile_space:2 general_tier_flag:1 general_profile_idc:5 :80 general_level_idc:8 ";
+const std::string window = "left_offset:ue right_offset:ue top_offset:ue bottom_offset:ue";
 
 // F.7.3.2.1.1 for two layers, the second of which depends on none.
 void vpsExtension(Reading& reading) {
-    reading.profileTierLevel(false);
-    reading.u("splitting_flag", 1);
-    reading.u("scalability_mask_flag", 16);
-    reading.u("dimension_id_len_minus1", 3);
-    reading.u("vps_nuh_layer_id_present_flag", 1);
-    reading.u("layer_id_in_nuh[1]", 6);
-    reading.u("dimension_id[1][0]", 1);
-    reading.u("view_id_len", 4);
-    reading.u("direct_dependency_flag[1][0]", 1);
-    reading.ue("num_add_layer_sets");
-    reading.u("highest_layer_idx_plus1[0][1]", 1);
-    reading.u("vps_sub_layers_max_minus1_present_flag", 1);
-    reading.u("max_tid_ref_present_flag", 1);
-    reading.u("default_ref_layers_active_flag", 1);
-    reading.ue("vps_num_profile_tier_level_minus1");
-    reading.ue("num_add_olss");
-    reading.u("default_output_layer_idc", 2);
-    reading.u("output_layer_flag[1][0]", 1);
-    reading.u("profile_tier_level_idx[1][0]", 1);
-    reading.ue("vps_num_rep_formats_minus1");
-    reading.u("pic_width_vps_in_luma_samples", 16);
-    reading.u("pic_height_vps_in_luma_samples", 16);
-    reading.u("chroma_and_bit_depth_vps_present_flag", 1);
-    reading.u("chroma_format_vps_idc", 2);
-    reading.u("bit_depth_vps_luma_minus8", 4);
-    reading.u("bit_depth_vps_chroma_minus8", 4);
-    if (reading.u("conformance_window_vps_flag", 1) != 0)
-        for (const char* side : {"left", "right", "top", "bottom"})
-            reading.ue(std::string("conf_win_vps_") + side + "_offset");
-    reading.u("max_one_active_ref_layer_flag", 1);
-    reading.u("vps_poc_lsb_aligned_flag", 1);
-    reading.u("poc_lsb_not_present_flag[1]", 1);
-    reading.u("sub_layer_flag_info_present_flag[1]", 1);
-    buffering(reading, "dpb_size.");
-    reading.ue("direct_dep_type_len_minus2");
-    reading.u("direct_dependency_all_layers_flag", 1);
-    reading.ue("vps_non_vui_extension_length");
-    reading.u("vps_vui_present_flag", 1);
+    if (reading.read("general_level_idc:8 splitting_flag:1 scalability_mask_flag:16 "
+                     "dimension_id_len_minus1:3 vps_nuh_layer_id_present_flag:1 "
+                     "layer_id_in_nuh[1]:6 dimension_id[1][0]:1 view_id_len:4 "
+                     "direct_dependency_flag[1][0]:1 num_add_layer_sets:ue "
+                     "highest_layer_idx_plus1[0][1]:1 vps_sub_layers_max_minus1_present_flag:1 "
+                     "max_tid_ref_present_flag:1 default_ref_layers_active_flag:1 "
+                     "vps_num_profile_tier_level_minus1:ue num_add_olss:ue "
+                     "default_output_layer_idc:2 output_layer_flag[1][0]:1 "
+                     "profile_tier_level_idx[1][0]:1 vps_num_rep_formats_minus1:ue "
+                     "pic_width_vps_in_luma_samples:16 pic_height_vps_in_luma_samples:16 "
+                     "chroma_and_bit_depth_vps_present_flag:1 chroma_format_vps_idc:2 "
+                     "bit_depth_vps_luma_minus8:4 bit_depth_vps_chroma_minus8:4 "
+                     "conformance_window_vps_flag:1") != 0)
+        reading.read(window);
+    reading.read("max_one_active_ref_layer_flag:1 vps_poc_lsb_aligned_flag:1 "
+                 "poc_lsb_not_present_flag[1]:1 sub_layer_flag_info_present_flag[1]:1 "
+                 "max_vps_dec_pic_buffering_minus1:ue max_vps_num_reorder_pics:ue "
+                 "max_vps_latency_increase_plus1:ue direct_dep_type_len_minus2:ue "
+                 "direct_dependency_all_layers_flag:1 vps_non_vui_extension_length:ue "
+                 "vps_vui_present_flag:1");
 }
 
 void videoParameterSet(Reading& reading) {
-    reading.u("vps_video_parameter_set_id", 4);
-    reading.u("vps_base_layer_internal_flag", 1);
-    reading.u("vps_base_layer_available_flag", 1);
-    reading.u("vps_max_layers_minus1", 6);
-    reading.u("vps_max_sub_layers_minus1", 3);
-    reading.u("vps_temporal_id_nesting_flag", 1);
-    reading.u("vps_reserved_0xffff_16bits", 16);
-    reading.profileTierLevel(true);
-    reading.u("vps_sub_layer_ordering_info_present_flag", 1);
-    buffering(reading, "vps_");
-    reading.u("vps_max_layer_id", 6);
-    reading.ue("vps_num_layer_sets_minus1");
-    reading.u("vps_timing_info_present_flag", 1);
-    if (reading.u("vps_extension_flag", 1) != 0) {
+    if (reading.read("vps_video_parameter_set_id:4 vps_base_layer_internal_flag:1 "
+                     "vps_base_layer_available_flag:1 vps_max_layers_minus1:6 "
+                     "vps_max_sub_layers_minus1:3 vps_temporal_id_nesting_flag:1 "
+                     "vps_reserved_0xffff_16bits:16 " +
+                     profileTierLevel +
+                     "vps_sub_layer_ordering_info_present_flag:1 "
+                     "vps_max_dec_pic_buffering_minus1:ue vps_max_num_reorder_pics:ue "
+                     "vps_max_latency_increase_plus1:ue vps_max_layer_id:6 "
+                     "vps_num_layer_sets_minus1:ue vps_timing_info_present_flag:1 "
+                     "vps_extension_flag:1") != 0) {
         while (reading.at % 8 != 0)
             if (reading.bits[reading.at++] != '1')
                 reading.text += "a zero where vps_extension_alignment_bit_equal_to_one stands\n";
         vpsExtension(reading);
-        reading.u("vps_extension2_flag", 1);
+        reading.read("vps_extension2_flag:1");
     }
     reading.trailing();
 }
 
 void sequenceParameterSet(Reading& reading) {
-    reading.u("sps_video_parameter_set_id", 4);
-    reading.u("sps_max_sub_layers_minus1", 3);
-    reading.u("sps_temporal_id_nesting_flag", 1);
-    reading.profileTierLevel(true);
-    reading.ue("sps_seq_parameter_set_id");
-    reading.ue("chroma_format_idc");
-    reading.ue("pic_width_in_luma_samples");
-    reading.ue("pic_height_in_luma_samples");
-    if (reading.u("conformance_window_flag", 1) != 0)
-        for (const char* side : {"left", "right", "top", "bottom"})
-            reading.ue(std::string("conf_win_") + side + "_offset");
-    reading.ue("bit_depth_luma_minus8");
-    reading.ue("bit_depth_chroma_minus8");
+    if (reading.read("sps_video_parameter_set_id:4 sps_max_sub_layers_minus1:3 "
+                     "sps_temporal_id_nesting_flag:1 " +
+                     profileTierLevel +
+                     "sps_seq_parameter_set_id:ue chroma_format_idc:ue "
+                     "pic_width_in_luma_samples:ue pic_height_in_luma_samples:ue "
+                     "conformance_window_flag:1") != 0)
+        reading.read(window);
+    reading.read("bit_depth_luma_minus8:ue bit_depth_chroma_minus8:ue");
 }
 
 void supplementalInformation(Reading& reading) {
-    reading.u("payloadType", 8);
-    reading.u("payloadSize", 8);
-    reading.u("alpha_channel_cancel_flag", 1);
-    reading.u("alpha_channel_use_idc", 3);
-    reading.u("alpha_channel_bit_depth_minus8", 3);
-    reading.u("alpha_transparent_value", 9);
-    reading.u("alpha_opaque_value", 9);
-    reading.u("alpha_channel_incr_flag", 1);
-    reading.u("alpha_channel_clip_flag", 1);
-    reading.u("payload_bit_equal_to_one", 1);
-    reading.u("payload_bit_equal_to_zero", 4);
+    reading.read("payloadType:8 payloadSize:8 alpha_channel_cancel_flag:1 "
+                 "alpha_channel_use_idc:3 alpha_channel_bit_depth_minus8:3 "
+                 "alpha_transparent_value:9 alpha_opaque_value:9 alpha_channel_incr_flag:1 "
+                 "alpha_channel_clip_flag:1 payload_bit_equal_to_one:1 "
+                 "payload_bit_equal_to_zero:4");
     reading.trailing();
 }
 
@@ -207,23 +181,15 @@ Configuration readConfiguration(const Bytes& record) {
         for (int bit = 7; bit >= 0; --bit)
             bits += (byte >> bit & 1) != 0 ? '1' : '0';
     Reading reading(bits);
-    reading.u("configurationVersion", 8);
-    reading.profileTierLevel(true);
-    reading.u("reserved min_spatial_segmentation_idc", 16);
-    reading.u("reserved parallelismType", 8);
-    reading.u("reserved chromaFormat", 8);
-    reading.u("reserved bitDepthLumaMinus8", 8);
-    reading.u("reserved bitDepthChromaMinus8", 8);
-    reading.u("avgFrameRate", 16);
-    reading.u("constantFrameRate", 2);
-    reading.u("numTemporalLayers", 3);
-    reading.u("temporalIdNested", 1);
-    reading.u("lengthSizeMinusOne", 2);
+    reading.read("configurationVersion:8 " + profileTierLevel +
+                 "reserved+min_spatial_segmentation_idc:16 reserved+parallelismType:8 "
+                 "reserved+chromaFormat:8 reserved+bitDepthLumaMinus8:8 "
+                 "reserved+bitDepthChromaMinus8:8 avgFrameRate:16 constantFrameRate:2 "
+                 "numTemporalLayers:3 temporalIdNested:1 lengthSizeMinusOne:2");
     Configuration read;
-    for (auto arrays = reading.u("numOfArrays", 8); arrays > 0; --arrays) {
-        reading.u("array_completeness", 1);
-        reading.u("reserved NAL_unit_type", 7);
-        for (auto units = reading.u("numNalus", 16); units > 0; --units) {
+    for (auto arrays = reading.read("numOfArrays:8"); arrays > 0; --arrays) {
+        for (auto units = reading.read("array_completeness:1 reserved+NAL_unit_type:7 numNalus:16");
+             units > 0; --units) {
             const std::size_t length = std::stoul(bits.substr(reading.at, 16), nullptr, 2);
             read.units.push_back(unitOf(slice(record, reading.at / 8 + 2, length)));
             reading.at += 16 + 8 * length;
@@ -254,15 +220,14 @@ std::string fields(const Unit& unit) {
     } else if (unit.type == 33) {
         sequenceParameterSet(reading);
     } else if (unit.type == 34) {
-        reading.ue("pps_pic_parameter_set_id");
-        reading.ue("pps_seq_parameter_set_id");
+        reading.read("pps_pic_parameter_set_id:ue pps_seq_parameter_set_id:ue");
     } else if (unit.type == 39) {
         supplementalInformation(reading);
     } else {
-        reading.u("first_slice_segment_in_pic_flag", 1);
-        if (unit.type >= 16 && unit.type <= 23)
-            reading.u("no_output_of_prior_pics_flag", 1);
-        reading.ue("slice_pic_parameter_set_id");
+        const bool isRandomAccess = unit.type >= 16 && unit.type <= 23;
+        reading.read("first_slice_segment_in_pic_flag:1");
+        reading.read(isRandomAccess ? "no_output_of_prior_pics_flag:1" : "");
+        reading.read("slice_pic_parameter_set_id:ue");
     }
     return reading.text;
 }

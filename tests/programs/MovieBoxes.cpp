@@ -1,11 +1,11 @@
-// Prints what the boxes of an MPEG-4 or QuickTime file say, a line each, read without any library,
-// so that scripts can look at files that were written with one (ISO/IEC 14496-12; for QuickTime's
-// own the QuickTime File Format). Ends with 1 where the boxes do not fit together.
+// Prints the boxes of an MPEG-4 or QuickTime file, a line each, with what some of them say, read
+// without any library, so that scripts can look at files that were written with one (ISO/IEC
+// 14496-12; for QuickTime's own the QuickTime File Format). Ends with 1 where the boxes do not fit
+// together.
 
 #include <cstdint>
 #include <cstdio>
 #include <fstream>
-#include <functional>
 #include <iterator>
 #include <map>
 #include <stdexcept>
@@ -46,45 +46,16 @@ std::string field(const char* name, std::uint64_t value) {
     return std::string(" ") + name + "=" + std::to_string(value);
 }
 
-std::int64_t signedNumber(std::uint64_t value, std::size_t bytes) {
-    const int above = 64 - static_cast<int>(8 * bytes);
-    return static_cast<std::int64_t>(value << above) >> above;
-}
-
 // Box types whose content is boxes, and how many bytes of their own stand before those.
 const std::map<std::string, std::size_t> containers{
     {"moov", 0}, {"trak", 0}, {"edts", 0},  {"mdia", 0},  {"minf", 0},  {"stbl", 0}, {"dinf", 0},
     {"tref", 0}, {"stsd", 8}, {"avc1", 78}, {"hvc1", 78}, {"apch", 78}, {"ap4h", 78}};
 
-// "COUNTxVALUE" for each entry of stts and ctts.
-std::string runs(Reading& box, std::size_t bytes) {
-    std::string said;
-    for (auto left = box.number(4); left > 0; --left) {
-        const auto count = box.number(4);
-        said += " " + std::to_string(count) + "x" +
-                std::to_string(signedNumber(box.number(bytes), bytes));
-    }
-    return said;
-}
-
-std::string times(Reading& box) { // mvhd, mdhd
+std::string times(Reading& box) {
     const std::size_t bytes = box.number(4) >> 24 == 1 ? 8 : 4;
     box.skip(2 * bytes);
     const auto timescale = box.number(4);
     return field("timescale", timescale) + field("duration", box.number(bytes));
-}
-
-std::string trackHeader(Reading& box) {
-    const auto flags = box.number(4);
-    const std::size_t bytes = flags >> 24 == 1 ? 8 : 4;
-    box.skip(2 * bytes);
-    const auto track = box.number(4);
-    box.skip(4);
-    const auto duration = box.number(bytes);
-    box.skip(8 + 8 + 36);
-    const auto width = box.number(4) >> 16, height = box.number(4) >> 16;
-    return field("track", track) + field("flags", flags & 0xffffff) + field("duration", duration) +
-           field("width", width) + field("height", height);
 }
 
 std::string editList(Reading& box) {
@@ -92,7 +63,7 @@ std::string editList(Reading& box) {
     std::string said;
     for (auto left = box.number(4); left > 0; --left) {
         said += field("duration", box.number(bytes));
-        said += " from=" + std::to_string(signedNumber(box.number(bytes), bytes));
+        said += field("from", box.number(bytes));
         said += field("rate", box.number(4) >> 16);
     }
     return said;
@@ -103,19 +74,6 @@ std::string color(Reading& box) {
     for (const char* name : {"primaries", "transfer", "matrix"})
         said += field(name, box.number(2));
     return box.at < box.end ? said + field("full", box.number(1) >> 7) : said;
-}
-
-std::string keySamples(Reading& box) {
-    box.skip(4);
-    std::string said;
-    for (auto left = box.number(4); left > 0; --left)
-        said += " " + std::to_string(box.number(4));
-    return said;
-}
-
-std::string sampleSizes(Reading& box) {
-    box.skip(8);
-    return field("samples", box.number(4));
 }
 
 std::string hevcConfiguration(Reading& box) {
@@ -131,34 +89,20 @@ std::string hevcConfiguration(Reading& box) {
     return said;
 }
 
-std::string skipping(Reading& box, std::size_t bytes, const std::function<std::string()>& then) {
-    box.skip(bytes);
-    return then();
+// "COUNTxDURATION" for each run of samples.
+std::string sampleTimes(Reading& box) {
+    box.skip(4);
+    std::string said;
+    for (auto left = box.number(4); left > 0; --left) {
+        said += " " + std::to_string(box.number(4));
+        said += "x" + std::to_string(box.number(4));
+    }
+    return said;
 }
 
-std::string said(const std::string& type, Reading& box) {
-    if (type == "ftyp")
-        return " " + box.text();
-    if (type == "mvhd" || type == "mdhd")
-        return times(box);
-    if (type == "tkhd")
-        return trackHeader(box);
-    if (type == "elst")
-        return editList(box);
-    if (type == "hdlr")
-        return skipping(box, 8, [&] { return " " + box.text(); });
-    if (type == "colr")
-        return color(box);
-    if (type == "stts" || type == "ctts")
-        return skipping(box, 4, [&] { return runs(box, 4); });
-    if (type == "stss")
-        return keySamples(box);
-    if (type == "stsz")
-        return sampleSizes(box);
-    if (type == "hvcC")
-        return hevcConfiguration(box);
-    return "";
-}
+const std::map<std::string, std::string (*)(Reading&)> readers{
+    {"mvhd", times},       {"mdhd", times}, {"elst", editList},
+    {"stts", sampleTimes}, {"colr", color}, {"hvcC", hevcConfiguration}};
 
 void walk(const Bytes& file, std::size_t at, std::size_t end, const std::string& path) {
     while (at < end) {
@@ -173,7 +117,9 @@ void walk(const Bytes& file, std::size_t at, std::size_t end, const std::string&
             throw std::runtime_error("The box " + path + type + " at " + std::to_string(at) +
                                      " has " + std::to_string(size) + " bytes.");
         Reading content{file, box.at, at + size};
-        std::printf("%s%s at=%zu%s\n", path.c_str(), type.c_str(), at, said(type, content).c_str());
+        const auto reader = readers.find(type);
+        std::printf("%s%s at=%zu%s\n", path.c_str(), type.c_str(), at,
+                    reader == readers.end() ? "" : reader->second(content).c_str());
         const auto container = containers.find(type);
         if (container != containers.end())
             walk(file, box.at + container->second, at + size, path + type + "/");
