@@ -5,8 +5,8 @@
 #include "TarnwickRender/FilmSound.h"
 
 #include <algorithm>
+#include <future>
 #include <limits>
-#include <thread>
 
 namespace tarnwick {
 namespace {
@@ -100,24 +100,31 @@ Tracks startedTracks(const ExportTimeline& timeline, const ExportPreset& preset,
     return tracks;
 }
 
+// Waits for `task`, and asks the caller now and then whether to go on; `goOn` throws if not.
+void await(std::future<void>& task, const std::function<void()>& goOn) {
+    while (task.wait_for(std::chrono::milliseconds(100)) != std::future_status::ready)
+        goOn();
+    task.get();
+}
+
 // The sound's task, which ends with this at the latest.
 class SoundTask {
   public:
     template <typename Work>
-    SoundTask(ExportState& state, const Work& work) : state_(state), thread_(work) {}
+    SoundTask(ExportState& state, const Work& work)
+        : state_(state), task_(std::async(std::launch::async, work)) {}
     ~SoundTask() {
-        if (!thread_.joinable())
-            return;
-        state_.fail(ExportError(ExportError::Cancelled{}));
-        thread_.join();
-    }
+        if (task_.valid())
+            state_.fail(ExportError(ExportError::Cancelled{}));
+    } // the future waits
     SoundTask(const SoundTask&) = delete;
     SoundTask& operator=(const SoundTask&) = delete;
-    void join() { thread_.join(); }
+
+    void await(const std::function<void()>& goOn) { tarnwick::await(task_, goOn); }
 
   private:
     ExportState& state_;
-    std::thread thread_;
+    std::future<void> task_;
 };
 
 // The pictures' task.
@@ -127,14 +134,11 @@ class PictureTask {
                 ExportState& state, const ExportDetails& details)
         : film_(film), textures_(textures), tracks_(tracks), state_(state), details_(details) {}
 
-    // Ends early where the state has failed.
+    // Ends early where the state has failed. `goOn` is told of the frames that are done, and throws
+    // when it is not to.
     void write(const FrameRange& frames, std::int64_t fps,
-               const VideoExporter::Progress& progress) {
+               const std::function<void(std::int64_t done)>& goOn) {
         for (std::int64_t index = frames.first; index < frames.end; ++index) {
-            auto goOn = [&](std::int64_t done) {
-                if (!progress(done, frames.count()))
-                    throw ExportError(ExportError::Cancelled{});
-            };
             const std::int64_t before = index - frames.first;
             auto buffer = drawn(index, [&] { goOn(before); });
             if (!waitUntilReady(*tracks_.video, *tracks_.writer, state_, details_.patience))
@@ -176,8 +180,15 @@ class PictureTask {
     const ExportDetails& details_;
 };
 
-void finish(MovieWriter& writer) {
-    writer.finishWriting();
+// The encoder may have many frames left to do.
+void finish(MovieWriter& writer, const std::function<void()>& goOn) {
+    auto finishing = std::async(std::launch::async, [&] { writer.finishWriting(); });
+    try {
+        await(finishing, goOn);
+    } catch (const ExportError&) {
+        writer.cancelWriting();
+        throw;
+    }
     if (writer.status() != MovieWriterStatus::completed)
         throw writerFailure(writer);
 }
@@ -222,22 +233,27 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
     settings.allocate = textures->allocator();
     const Tracks tracks = startedTracks(timeline, preset, settings, frames, file, details);
 
+    auto goOn = [&](std::int64_t done) {
+        if (!progress(done, frames.count()))
+            throw ExportError(ExportError::Cancelled{});
+    };
+    auto goOnAtTheEnd = [&] { goOn(frames.count()); };
     ExportState state;
     SoundTask sound(state, [&] {
         if (tracks.audio != nullptr)
             writeSound(timeline, device, *tracks.audio, *tracks.writer, state, details.patience);
     });
     try {
-        PictureTask(film, *textures, tracks, state, details).write(frames, preset.fps, progress);
+        PictureTask(film, *textures, tracks, state, details).write(frames, preset.fps, goOn);
         tracks.video->markAsFinished();
+        sound.await(goOnAtTheEnd);
     } catch (const ExportError& error) {
         state.fail(error);
     }
-    sound.join();
     if (details.news != nullptr)
         details.news->hitLoopBudget = film.hitLoopBudget() || state.hitLoopBudget();
     state.throwIfFailed(); // the writer goes unfinished
-    finish(*tracks.writer);
+    finish(*tracks.writer, goOnAtTheEnd);
 }
 
 void VideoExporter::export_(const std::shared_ptr<const ShaderProgram>& program,

@@ -23,6 +23,7 @@ extern const Command assembleCommand;
 extern const Command checkCommand;
 extern const Command devicesCommand;
 extern const Command exportCommand;
+extern const Command joinCommand;
 extern const Command loopCommand;
 extern const Command metaCommand;
 extern const Command mslCommand;

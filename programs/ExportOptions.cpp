@@ -61,6 +61,14 @@ std::string_view movieNameOf(const Arguments& arguments) {
     return out;
 }
 
+void checkMovieName(std::string_view out) {
+    try {
+        checkWholeFile(out);
+    } catch (const WholeFileError& error) {
+        misuse(error.what());
+    }
+}
+
 ExportPreset exportPresetOf(const Arguments& arguments, std::string_view out) {
     ExportPreset preset = presetOf(arguments);
     readSize(preset, arguments);
@@ -69,11 +77,7 @@ ExportPreset exportPresetOf(const Arguments& arguments, std::string_view out) {
     if (std::filesystem::path(out).extension() != wanted)
         misuse("The preset " + std::string(preset.id) + " writes files that end in " + wanted +
                ", not " + quoted(out) + ".");
-    try {
-        checkWholeFile(out);
-    } catch (const WholeFileError& error) {
-        misuse(error.what());
-    }
+    checkMovieName(out);
     return preset;
 }
 

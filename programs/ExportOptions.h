@@ -11,6 +11,9 @@ namespace tarnwick {
 // What -o says. Throws CommandError where nothing does.
 std::string_view movieNameOf(const Arguments& arguments);
 
+// Throws CommandError where no file can come to stand at `out`.
+void checkMovieName(std::string_view out);
+
 // What --preset, --size and --bitrate say of the movie `out`. Throws CommandError: a preset that
 // there is not, a size or a bit rate that its codec cannot take, a name that ends like another
 // container's or at which no file can come to stand.

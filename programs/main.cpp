@@ -27,6 +27,7 @@ constexpr std::array commands{
     &soundCommand,
     &spectrumCommand,
     &exportCommand,
+    &joinCommand,
     &loopCommand,
     &presetsCommand,
     &saverCommand,

@@ -1,0 +1,37 @@
+# Parts of a movie put together are the movie that is exported in one go; other parts are refused.
+. "$PROMISES/promises.sh"
+{ "$TARNWICK" devices && command -v ffmpeg; } >out 2>err || exit 77
+cat >e.metal <<'TEXT'
+float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {
+    return 0.9 * in.previous(uv) + 0.1 * float4(fract(uv + u.time), sin(u.time * 9.0), 1.0);
+}
+float2 sound(float t, constant Params& p) { return float2(sin(t * 2000.0), sin(t * 1000.0)); }
+TEXT
+hashes() {
+    ffmpeg -v error -i "$1" -c copy -f framehash -
+}
+# Both codecs that look at other frames, and one that does not.
+for format in 'site mp4' 'main4k mp4' 'prores4444 mov'; do
+    preset=${format% *} ending=${format#* }
+    size="--size 64x36 --preset $preset"
+    rate=30
+    [ "$preset" = site ] || rate=60
+    # shellcheck disable=SC2086
+    {
+        expect 0 '' export e.metal -o whole.$ending $size --duration 11
+        expect 0 '' export e.metal -o 1.$ending $size --duration 11 --frames 0..$((10 * rate))
+        expect 0 '' export e.metal -o 2.$ending $size --duration 11 --frames $((10 * rate))..
+    }
+    expect 0 '' join 1.$ending 2.$ending -o joined.$ending
+    hashes whole.$ending >whole
+    have -s whole
+    hashes joined.$ending | cmp -s - whole || complain "another movie in $preset" join
+done
+expect 2 '2.mp4 begins at frame 600, not at frame 0' join 2.mp4 1.mp4 -o bad.mp4
+expect 2 '' join 1.mp4 1.mov -o bad.mp4
+expect 2 '' join 1.mp4 none.mp4 -o bad.mp4
+expect 2 '1.mp4 is one of the parts' join 1.mp4 2.mp4 -o 1.mp4
+expect 2 'The parts are missing' join -o bad.mp4
+expect 2 'ends in .mp4 or .mov, not as "bad.avi" does' join 1.mp4 -o bad.avi
+have "$(ls | grep -c bad)" = 0
+finish
