@@ -107,6 +107,14 @@ check_boxes() {
     have_line "moov/trak/edts/elst at=[0-9]* duration=$samples from=$delay rate=1" boxes
     if [ "$preset" = hevcalpha ]; then
         have_line "$stbl/stsd/hvc1/hvcC at=[0-9]* unit=32x1 unit=33x2 unit=34x2 unit=39x1" boxes
+        # ffmpeg decodes no second layer, but reads its units' headers and what is said of it.
+        ffmpeg -nostdin -v trace -i "$movie" -map 0:v -c copy -bsf:v trace_headers -frames:v 1 \
+            -f null - 2>&1 | sed 's/^\[[^]]*\] //' >trace
+        for line in 'vps_max_layers_minus1 .*= 1' 'vps_extension_flag .*= 1' \
+            'alpha_channel_use_idc .*= 1' 'alpha_opaque_value .*= 255' \
+            'nal_unit_type: 20(IDR_N_LP), nuh_layer_id: 1, temporal_id: 0'; do
+            have_line "[0-9]* *$line" trace
+        done
     fi
 }
 
