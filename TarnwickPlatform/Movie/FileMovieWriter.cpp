@@ -319,11 +319,14 @@ void FileMovieWriter::makeFile() {
 void FileMovieWriter::startSession(MediaTime start) {
     if (state.status() != MovieWriterStatus::writing || !file)
         return;
-    const bool fits = start.value >= 0 && start.value % stretchLength(video->settings) == 0 &&
+    const std::int64_t stretch = stretchLength(video->settings);
+    const bool fits = start.value >= 0 && start.value % stretch == 0 &&
                       (start.value == 0 || start.timescale == video->settings.framesPerSecond);
     try {
         if (!fits)
-            throw MovieError("A part of a movie begins where a stretch of it does.");
+            throw MovieError("A part of this movie begins at a multiple of " +
+                             std::to_string(stretch) + " frames, not at " +
+                             std::to_string(start.value) + ".");
         begin(start.value);
     } catch (const MovieError& error) {
         fail(error.what());

@@ -25,8 +25,9 @@ struct CodecRow {
 };
 
 constexpr std::array codecRows{
-    CodecRow{MovieCodec::h264, "libx264", AV_PIX_FMT_YUV420P,
-             "preset=medium:profile=high:x264-params=threads=6\\:lookahead-threads=1"},
+    CodecRow{
+        MovieCodec::h264, "libx264", AV_PIX_FMT_YUV420P,
+        "preset=medium:profile=high:x264-params=threads=6\\:lookahead-threads=1\\:ratetol=0.5"},
     CodecRow{MovieCodec::hevc, "libx265", AV_PIX_FMT_YUV420P,
              "preset=medium:profile=main:x265-params=frame-threads=1\\:log-level=none\\:info=0\\:"
              "open-gop=0"},

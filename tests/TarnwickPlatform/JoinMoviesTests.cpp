@@ -7,15 +7,9 @@
 
 #include <cmath>
 #include <fstream>
-#include <iterator>
 
 namespace tarnwick {
 namespace {
-
-std::string contents(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 std::vector<VideoPacket> pictures(const std::filesystem::path& file) {
     MoviePart movie(file, MoviePart::Track::video);

@@ -1,5 +1,6 @@
 #include "tests/TarnwickPlatform/SmallMovie.h"
 
+#include "TarnwickPlatform/Movie/ColorConversion.h"
 #include "TarnwickPlatform/Movie/Libav.h"
 
 #include <gtest/gtest.h>
@@ -7,7 +8,9 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <thread>
 
 namespace tarnwick {
@@ -89,12 +92,12 @@ std::shared_ptr<PixelBuffer> drawnPicture(const VideoSettings& settings, std::in
     return picture;
 }
 
-namespace {
-
 void waitFor(const MovieWriter& writer, const MovieInput& input) {
     while (!input.isReadyForMoreMediaData() && writer.status() == MovieWriterStatus::writing)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
+
+namespace {
 
 void appendSound(const MovieWriter& writer, AudioInput& input, std::span<const float> samples) {
     constexpr std::size_t values = 2 * 4800;
@@ -104,6 +107,17 @@ void appendSound(const MovieWriter& writer, AudioInput& input, std::span<const f
                                  {static_cast<std::int64_t>(begin / 2), 48000}));
     }
     input.markAsFinished();
+}
+
+std::shared_ptr<PixelBuffer> givenPicture(const SmallMovie& movie, std::int64_t frame) {
+    auto drawn = drawnPicture(movie.video, frame, movie.content);
+    if (movie.video.source == VideoSettings::Source::pixels)
+        return drawn;
+    auto converted =
+        PixelBufferPool(encoderFormat(movie.video.codec), movie.video.width, movie.video.height, 1)
+            .take();
+    convertColors(*drawn, *converted);
+    return converted;
 }
 
 } // namespace
@@ -116,12 +130,14 @@ void writeMovie(const std::filesystem::path& file, const SmallMovie& movie) {
     ASSERT_TRUE(writer->startWriting()) << writer->errorText().value_or("");
     const auto rate = static_cast<std::int32_t>(movie.video.framesPerSecond);
     writer->startSession({movie.firstFrame, rate});
+    if (audio && movie.order == SoundOrder::beforePictures)
+        appendSound(*writer, *audio, movie.samples);
     for (std::int64_t i = movie.firstFrame; i < movie.firstFrame + movie.frames; ++i) {
         waitFor(*writer, *video);
-        ASSERT_TRUE(video->append(drawnPicture(movie.video, i, movie.content), {i, rate}))
+        ASSERT_TRUE(video->append(givenPicture(movie, i), {i, rate}))
             << writer->errorText().value_or("");
     }
-    if (audio)
+    if (audio && movie.order == SoundOrder::afterPictures)
         appendSound(*writer, *audio, movie.samples);
     writer->setChapters(movie.chapters);
     writer->finishWriting();
@@ -179,7 +195,11 @@ std::vector<DecodedPicture> decodedPictures(const std::filesystem::path& file) {
         const auto format = static_cast<AVPixelFormat>(frame.format);
         const bool is420 = format == AV_PIX_FMT_YUV420P;
         const int across = is420 || format == AV_PIX_FMT_YUV422P10 ? 2 : 1;
-        DecodedPicture picture{.seconds = static_cast<double>(frame.pts) * av_q2d(timeBase)};
+        DecodedPicture picture{.seconds = static_cast<double>(frame.pts) * av_q2d(timeBase),
+                               .isBT709 = frame.color_range == AVCOL_RANGE_MPEG &&
+                                          frame.color_primaries == AVCOL_PRI_BT709 &&
+                                          frame.color_trc == AVCOL_TRC_BT709 &&
+                                          frame.colorspace == AVCOL_SPC_BT709};
         for (int plane = 0; plane < 4 && frame.data[plane]; ++plane) {
             const bool isChroma = plane == 1 || plane == 2;
             picture.planes.push_back(planeOf(frame, plane, isChroma ? across : 1,
@@ -197,6 +217,11 @@ std::vector<float> decodedSound(const std::filesystem::path& file) {
         samples.insert(samples.end(), left, left + frame.nb_samples);
     });
     return samples;
+}
+
+std::string contents(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 } // namespace tarnwick

@@ -4,6 +4,7 @@
 #include "TarnwickPlatform/Movie/MovieWriter.h"
 
 #include <filesystem>
+#include <string>
 #include <vector>
 
 namespace tarnwick {
@@ -34,14 +35,20 @@ enum class Content { moving, noise, corners };
 std::shared_ptr<PixelBuffer> drawnPicture(const VideoSettings& settings, std::int64_t frame,
                                           Content content = Content::moving);
 
+enum class SoundOrder { afterPictures, beforePictures };
+
 struct SmallMovie {
     VideoSettings video{};
     std::int64_t firstFrame = 0;
     std::int64_t frames = 0;
     Content content = Content::moving;
     std::vector<float> samples{}; // left and right by turns; without any there is no sound track
+    SoundOrder order = SoundOrder::afterPictures; // in which the writer is given the tracks
     std::vector<MovieChapter> chapters{};
 };
+
+// Waits until the input is ready or the writer has ended.
+void waitFor(const MovieWriter& writer, const MovieInput& input);
 
 // Writes it and expects that to succeed.
 void writeMovie(const std::filesystem::path& file, const SmallMovie& movie);
@@ -49,7 +56,8 @@ void writeMovie(const std::filesystem::path& file, const SmallMovie& movie);
 // A picture as a decoder gives it: planes of numbers, rows one behind the other.
 struct DecodedPicture {
     std::vector<std::vector<int>> planes;
-    double seconds = 0; // when it is shown
+    double seconds = 0;   // when it is shown
+    bool isBT709 = false; // in video range, primaries, transfer function and matrix
 };
 
 // All pictures of a file in showing order, by libavcodec.
@@ -57,5 +65,7 @@ std::vector<DecodedPicture> decodedPictures(const std::filesystem::path& file);
 
 // The left channel as it is heard, the priming taken off as the edit list says.
 std::vector<float> decodedSound(const std::filesystem::path& file);
+
+std::string contents(const std::filesystem::path& file);
 
 } // namespace tarnwick

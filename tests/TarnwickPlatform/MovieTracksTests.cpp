@@ -1,0 +1,160 @@
+// What is in the files that the writer makes, read back by libav.
+
+#include "TarnwickPlatform/Movie/ColorConversion.h"
+#include "TarnwickPlatform/Movie/MoviePart.h"
+#include "tests/TarnwickPlatform/SmallMovie.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnwick {
+namespace {
+
+// A picture's plane as it was given to the encoder.
+std::vector<int> givenPlane(const PixelBuffer& picture, std::size_t plane) {
+    const PixelLayout::Plane& where = picture.layout().planes[plane];
+    const bool isWide = planeShapes(picture.format())[plane].bytesPerSample == 2;
+    std::vector<int> numbers;
+    for (std::int64_t y = 0; y < where.height; ++y) {
+        const std::byte* row = picture.plane(plane) + y * where.bytesPerRow;
+        for (std::int64_t x = 0; x < where.width; ++x)
+            numbers.push_back(isWide ? reinterpret_cast<const std::uint16_t*>(row)[x]
+                                     : static_cast<int>(row[x]));
+    }
+    return numbers;
+}
+
+// Decibels of the difference to full scale, `bits` being given's; decoded may have more of them.
+double likeness(const std::vector<int>& given, const std::vector<int>& decoded, int bits,
+                int moreBits) {
+    double sum = 0;
+    for (std::size_t i = 0; i < given.size(); ++i)
+        sum += std::pow(given[i] - decoded[i] / std::exp2(moreBits), 2);
+    return 10 * std::log10(std::pow(std::exp2(bits) - 1, 2) * static_cast<double>(given.size()) /
+                           std::max(sum, 1e-9));
+}
+
+struct CodecRow {
+    MovieCodec codec;
+    int bits;
+    int moreBits; // that libavcodec decodes to
+    double decibels;
+};
+
+class MovieTrack : public testing::TestWithParam<CodecRow> {};
+
+INSTANTIATE_TEST_SUITE_P(All, MovieTrack,
+                         testing::Values(CodecRow{MovieCodec::h264, 8, 0, 40},
+                                         CodecRow{MovieCodec::hevc, 8, 0, 40},
+                                         CodecRow{MovieCodec::prores422HQ, 10, 0, 50},
+                                         CodecRow{MovieCodec::prores4444, 10, 2, 50}));
+
+TEST_P(MovieTrack, showsEachPictureAtItsTime) {
+    const TemporaryFolder folder;
+    const VideoSettings video = smallVideo(GetParam().codec);
+    writeMovie(folder / "movie", {.video = video, .frames = 45});
+    const std::vector<DecodedPicture> decoded = decodedPictures(folder / "movie");
+    ASSERT_EQ(decoded.size(), 45U);
+    const auto given = PixelBufferPool(encoderFormat(video.codec), 64, 48, 1).take();
+    for (std::size_t i = 0; i < decoded.size(); ++i) {
+        EXPECT_NEAR(decoded[i].seconds, static_cast<double>(i) / 10, 1e-9);
+        EXPECT_TRUE(decoded[i].isBT709);
+        convertColors(*drawnPicture(video, static_cast<std::int64_t>(i)), *given);
+        for (std::size_t plane = 0; plane < 3; ++plane)
+            EXPECT_GE(likeness(givenPlane(*given, plane), decoded[i].planes[plane], GetParam().bits,
+                               GetParam().moreBits),
+                      GetParam().decibels)
+                << i << " " << plane;
+    }
+}
+
+TEST_P(MovieTrack, saysItsColoursInFrontOfItsData) {
+    const TemporaryFolder folder;
+    writeMovie(folder / "movie", {.video = smallVideo(GetParam().codec), .frames = 25});
+    const std::string bytes = contents(folder / "movie");
+    EXPECT_LT(bytes.find("moov"), bytes.find("mdat"));
+    // Primaries, transfer function and matrix 1 (ISO/IEC 23091-2); MPEG-4 also says "no full
+    // range".
+    const bool isMPEG4 = fileTypeFor(GetParam().codec) == MovieFileType::mpeg4;
+    const std::string colors = isMPEG4 ? std::string("colrnclx\0\1\0\1\0\1\0", 15)
+                                       : std::string("colrnclc\0\1\0\1\0\1", 14);
+    EXPECT_NE(bytes.find(colors), std::string::npos);
+}
+
+TEST(MovieTracks, keepAlphaAsItWas) {
+    const TemporaryFolder folder;
+    const VideoSettings video = smallVideo(MovieCodec::prores4444);
+    writeMovie(folder / "movie", {.video = video, .frames = 2, .content = Content::noise});
+    const std::vector<int> decoded = decodedPictures(folder / "movie").at(1).planes.at(3);
+    const auto drawn = drawnPicture(video, 1, Content::noise);
+    for (std::int64_t y = 0; y < video.height; ++y)
+        for (std::int64_t x = 0; x < video.width; ++x) {
+            const int alpha = static_cast<int>(
+                drawn->plane(0)[y * drawn->layout().planes[0].bytesPerRow + 4 * x + 3]);
+            ASSERT_EQ(
+                std::lround(decoded[static_cast<std::size_t>(y * video.width + x)] * 255.0 / 4095),
+                alpha);
+        }
+}
+
+class RatedTrack : public testing::TestWithParam<MovieCodec> {};
+
+INSTANTIATE_TEST_SUITE_P(All, RatedTrack, testing::Values(MovieCodec::h264, MovieCodec::hevc));
+
+TEST_P(RatedTrack, keepsToItsBitRateAndKeyFrames) {
+    const TemporaryFolder folder;
+    VideoSettings video = smallVideo(GetParam());
+    video.framesPerSecond = 60; // the less often there are frames, the later the encoders react
+    video.maxKeyFrameInterval = 120;
+    video.averageBitRate = 300'000;
+    constexpr std::int64_t frames = 600;
+    writeMovie(folder / "movie", {.video = video, .frames = frames, .content = Content::noise});
+    MoviePart movie(folder / "movie", MoviePart::Track::video);
+    double bits = 0;
+    std::int64_t sinceKeyFrame = video.maxKeyFrameInterval;
+    while (const std::optional<VideoPacket> packet = movie.nextPicture()) {
+        bits += 8 * static_cast<double>(packet->bytes.size());
+        sinceKeyFrame = packet->isKeyFrame ? 1 : sinceKeyFrame + 1;
+        EXPECT_LE(sinceKeyFrame, video.maxKeyFrameInterval);
+    }
+    constexpr double seconds = 10;
+    EXPECT_NEAR(bits / seconds, 300'000, 30'000);
+}
+
+// The greatest sample and where it is.
+std::pair<std::size_t, float> loudest(const std::vector<float>& samples) {
+    const auto at = std::ranges::max_element(samples, {}, [](float s) { return std::abs(s); });
+    return {static_cast<std::size_t>(at - samples.begin()), *at};
+}
+
+std::int64_t heardSamples(const std::filesystem::path& file) {
+    MoviePart movie(file, MoviePart::Track::sound);
+    std::int64_t end = 0;
+    while (const std::optional<SoundPacket> packet = movie.nextSound())
+        end = packet->sample + packet->duration;
+    return end;
+}
+
+TEST(MovieTracks, soundBeginsAtItsFirstSample) {
+    const TemporaryFolder folder;
+    for (const std::size_t click : {0U, 20'011U}) {
+        std::vector<float> samples(2 * 30'000);
+        samples[2 * click] = samples[2 * click + 1] = 0.9F;
+        for (const SoundOrder order : {SoundOrder::beforePictures, SoundOrder::afterPictures}) {
+            writeMovie(folder / "movie", {.video = smallVideo(MovieCodec::h264),
+                                          .frames = 6,
+                                          .samples = samples,
+                                          .order = order});
+            const std::vector<float> decoded = decodedSound(folder / "movie");
+            EXPECT_GE(decoded.size(), 30'000U); // decoders give the last packet's filling, too
+            EXPECT_EQ(heardSamples(folder / "movie"), 30'000);
+            EXPECT_EQ(loudest(decoded).first, click);
+            EXPECT_GT(loudest(decoded).second, 0.3F);
+        }
+    }
+}
+
+} // namespace
+} // namespace tarnwick
