@@ -1,10 +1,9 @@
 #include "TarnwickCore/LatestRelease.h"
 
 #include "TarnwickCore/Numbers.h"
+#include "TarnwickCore/OutsideJSON.h"
 #include "TarnwickCore/ServiceHosts.h"
 #include "TarnwickPlatform/Net/URL.h"
-
-#include <nlohmann/json.hpp>
 
 #include <cmath>
 #include <limits>
@@ -18,22 +17,15 @@ using nlohmann::json;
     throw LatestReleaseError(key, key + " " + words);
 }
 
-// Null for a member that is missing.
-const json& member(const json& document, const std::string& key) {
-    static const json none;
-    const auto found = document.find(key);
-    return found == document.end() ? none : *found;
-}
-
 std::string text(const json& document, const std::string& key) {
-    const json& value = member(document, key);
-    if (!value.is_string())
+    std::optional<std::string> value = textOf(document, key.c_str());
+    if (!value)
         fail(key, "is not text");
-    return value.get<std::string>();
+    return std::move(*value);
 }
 
 std::optional<std::string> textIfPresent(const json& document, const std::string& key) {
-    if (member(document, key).is_null())
+    if (memberOf(document, key.c_str()).is_null())
         return std::nullopt;
     return text(document, key);
 }
@@ -73,18 +65,18 @@ std::string LatestRelease::feed() {
 }
 
 LatestRelease LatestRelease::decode(std::string_view bytes) {
-    const json document = json::parse(bytes.begin(), bytes.end(), nullptr, false);
-    if (!document.is_object())
+    const std::optional<json> document = objectOf(bytes);
+    if (!document)
         throw LatestReleaseError("", "it is not a JSON object");
     LatestRelease release;
-    release.version = text(document, "version");
-    const std::optional<std::int64_t> build = integer(member(document, "build"));
+    release.version = text(*document, "version");
+    const std::optional<std::int64_t> build = integer(memberOf(*document, "build"));
     if (!build)
         fail("build", "is not a number");
     release.build = *build;
-    release.url = address(document);
-    release.sha256 = textIfPresent(document, "sha256");
-    release.notes = textIfPresent(document, "notes");
+    release.url = address(*document);
+    release.sha256 = textIfPresent(*document, "sha256");
+    release.notes = textIfPresent(*document, "notes");
     return release;
 }
 

@@ -1,0 +1,35 @@
+// The body of a form that carries files (RFC 7578).
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnwick {
+
+struct Multipart {
+    struct Part {
+        std::string header; // lines that end with CR LF, and the empty one behind them
+        std::string data;   // any bytes
+
+        bool operator==(const Part&) const = default;
+    };
+
+    std::string boundary; // must not occur in a part
+    std::vector<Part> parts;
+
+    bool operator==(const Multipart&) const = default;
+
+    // "Tarnwick-" and a random UUID (RFC 9562, version 4) in capitals; another each time.
+    static std::string makeBoundary();
+
+    // Appends a part. The three texts are written as they are: they hold no quotation marks and no
+    // line breaks. An empty file name is left out.
+    void add(std::string_view name, std::string_view fileName, std::string_view contentType,
+             std::string data);
+
+    std::string contentType() const; // of the body, for the request's header
+    std::string body() const;
+};
+
+} // namespace tarnwick
