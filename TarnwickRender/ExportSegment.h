@@ -25,6 +25,9 @@ struct FrameLayout {
     // because the segments of a film take theirs from one list.
     std::vector<std::shared_ptr<const gpu::Texture>> overlays{};
     std::int64_t overlayIndex = 0; // the one that is shown; none need be there to show none
+    // For each frame's time in seconds of the program: the one that is shown instead, none where it
+    // is not in the list. So a page can turn while the program plays on.
+    std::function<std::int64_t(double time)> overlayIndexAt{};
 };
 
 struct ExportSegment {

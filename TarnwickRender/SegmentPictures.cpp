@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 namespace tarnwick {
@@ -94,20 +95,23 @@ bool SegmentPictures::encode(gpu::CommandBuffer& commands, const gpu::Texture& t
     const TWUniforms record = uniforms(at);
     if (run_)
         run_->prepare(record, commands, values, ParticleSimulation::noLimit);
-    return feedback_ ? encodeThroughFeedback(commands, target, record, values, inputs, watermark)
-                     : encodeDirectly(commands, target, record, values, inputs, watermark);
+    const gpu::Texture* overlay = overlayAt(at);
+    return feedback_
+               ? encodeThroughFeedback(commands, target, record, values, inputs, overlay, watermark)
+               : encodeDirectly(commands, target, record, values, inputs, overlay, watermark);
 }
 
 bool SegmentPictures::encodeDirectly(gpu::CommandBuffer& commands, const gpu::Texture& target,
                                      const TWUniforms& uniforms, const ParamValues& values,
-                                     const ShaderInputs& inputs, const Watermark* watermark) const {
+                                     const ShaderInputs& inputs, const gpu::Texture* overlay,
+                                     const Watermark* watermark) const {
     auto encoder = commands.renderCommandEncoder(
         {.color = {.texture = &target, .load = gpu::LoadAction::clear, .clear = background_}});
     if (!encoder)
         return false;
     enter(*encoder, area_);
     segment_.program->draw(*encoder, uniforms, values, run_.get(), &inputs);
-    drawOver(*encoder, watermark);
+    drawOver(*encoder, overlay, watermark);
     encoder->endEncoding();
     return true;
 }
@@ -116,6 +120,7 @@ bool SegmentPictures::encodeDirectly(gpu::CommandBuffer& commands, const gpu::Te
 bool SegmentPictures::encodeThroughFeedback(gpu::CommandBuffer& commands,
                                             const gpu::Texture& target, const TWUniforms& uniforms,
                                             const ParamValues& values, const ShaderInputs& inputs,
+                                            const gpu::Texture* overlay,
                                             const Watermark* watermark) {
     ShaderInputs seen = inputs;
     if (seen.previous == nullptr)
@@ -131,24 +136,32 @@ bool SegmentPictures::encodeThroughFeedback(gpu::CommandBuffer& commands,
     if (!copy(commands, feedback_->current(), target, area_))
         return false;
     feedback_->advance();
-    if (!segment_.layout && watermark == nullptr)
+    if (overlay == nullptr && watermark == nullptr)
         return true;
     auto over = commands.renderCommandEncoder(
         {.color = {.texture = &target, .load = gpu::LoadAction::load}});
     if (!over)
         return false;
-    drawOver(*over, watermark);
+    drawOver(*over, overlay, watermark);
     over->endEncoding();
     return true;
 }
 
-void SegmentPictures::drawOver(gpu::RenderCommandEncoder& encoder,
+const gpu::Texture* SegmentPictures::overlayAt(double time) const {
+    if (!segment_.layout)
+        return nullptr;
+    const FrameLayout& layout = *segment_.layout;
+    const std::int64_t index =
+        layout.overlayIndexAt ? layout.overlayIndexAt(time) : layout.overlayIndex;
+    const bool isThere = index >= 0 && index < std::ssize(layout.overlays);
+    return isThere ? layout.overlays[static_cast<std::size_t>(index)].get() : nullptr;
+}
+
+void SegmentPictures::drawOver(gpu::RenderCommandEncoder& encoder, const gpu::Texture* overlay,
                                const Watermark* watermark) const {
     enter(encoder, whole(stage_.frame));
-    if (segment_.layout && !segment_.layout->overlays.empty()) {
-        const auto index = static_cast<std::size_t>(segment_.layout->overlayIndex);
-        stage_.overlay->draw(encoder, *segment_.layout->overlays[index]);
-    }
+    if (overlay != nullptr)
+        stage_.overlay->draw(encoder, *overlay);
     if (watermark != nullptr)
         watermark->draw(encoder, stage_.frame.width, stage_.frame.height);
 }

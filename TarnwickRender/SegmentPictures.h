@@ -46,11 +46,15 @@ class SegmentPictures {
     TWUniforms uniforms(double time) const;
     bool encodeDirectly(gpu::CommandBuffer& commands, const gpu::Texture& target,
                         const TWUniforms& uniforms, const ParamValues& values,
-                        const ShaderInputs& inputs, const Watermark* watermark) const;
+                        const ShaderInputs& inputs, const gpu::Texture* overlay,
+                        const Watermark* watermark) const;
     bool encodeThroughFeedback(gpu::CommandBuffer& commands, const gpu::Texture& target,
                                const TWUniforms& uniforms, const ParamValues& values,
-                               const ShaderInputs& inputs, const Watermark* watermark);
-    void drawOver(gpu::RenderCommandEncoder& encoder, const Watermark* watermark) const;
+                               const ShaderInputs& inputs, const gpu::Texture* overlay,
+                               const Watermark* watermark);
+    const gpu::Texture* overlayAt(double time) const; // null for none
+    void drawOver(gpu::RenderCommandEncoder& encoder, const gpu::Texture* overlay,
+                  const Watermark* watermark) const;
 
     const ExportSegment& segment_;
     Stage stage_;

@@ -1,6 +1,8 @@
 // Where a walkthrough's pages have their picture, their code and their words.
 #pragma once
 
+#include "TarnwickRender/ExportSegment.h"
+
 #include <cstdint>
 
 namespace tarnwick {
@@ -8,9 +10,7 @@ namespace tarnwick {
 // Of one size of frame. The picture fills the frame's left part, in frames that are not wider than
 // high its upper part, up to three edges; code and words share what is left, within a margin.
 struct WalkthroughLayout {
-    struct Area {
-        std::int64_t x = 0, y = 0, width = 0, height = 0; // pixels from the frame's upper left
-    };
+    using Area = FrameLayout::Area;
 
     std::int64_t width = 0, height = 0; // pixels, from `leastSide` to `greatestSide`
     Area picture;                       // of the program, whole pixels

@@ -9,6 +9,7 @@
 #include "programs/SourceFile.h"
 #include "programs/StillValues.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -62,6 +63,17 @@ std::unique_ptr<SoundCheck> soundCheckOf(const EpisodeSound& sound, gpu::Device&
         failure(sentence + ": " + error.raw);
     }
     failure(sentence + ".");
+}
+
+void checkHeard(const EpisodeSound& sound, gpu::Device& device) {
+    const auto check = soundCheckOf(sound, device);
+    for (double second = 0; second < sound.duration; ++second) {
+        const double left = (sound.duration - second) * ShaderAssembler::sampleRate;
+        const auto count =
+            static_cast<std::uint32_t>(std::min<double>(SoundCheck::mostSamples, left));
+        if (const auto time = check->firstNotFinite(sound.start + second, count, sound.values))
+            refuseNotFinite(sound, *time);
+    }
 }
 
 void checkSound(std::string_view episode, std::string_view path) {

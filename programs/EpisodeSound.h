@@ -27,6 +27,9 @@ EpisodeSound episodeSoundOf(const Arguments& arguments, std::string_view startOp
 // Ends the command because `sound` is NaN or infinite at `time` seconds.
 [[noreturn]] void refuseNotFinite(const EpisodeSound& sound, double time);
 
+// Ends the command where `sound` is NaN or infinite anywhere, which a movie's writer would hide.
+void checkHeard(const EpisodeSound& sound, gpu::Device& device);
+
 // What finds such times. Throws CommandError where the device cannot make it.
 std::unique_ptr<SoundCheck> soundCheckOf(const EpisodeSound& sound, gpu::Device& device);
 

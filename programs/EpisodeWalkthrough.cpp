@@ -30,6 +30,13 @@ EpisodeWalkthrough::stages(const WalkthroughRenderer& renderer) const {
                                renderer.capacity());
 }
 
+WalkthroughRenderer walkthroughRenderer(std::int64_t width, std::int64_t height) {
+    if (std::min(width, height) < WalkthroughLayout::leastSide)
+        misuse("--size wants at least " + std::to_string(WalkthroughLayout::leastSide) +
+               " pixels a side for pages that can be read.");
+    return {width, height};
+}
+
 EpisodeWalkthrough episodeWalkthroughOf(const Arguments& arguments) {
     const auto stages = arguments.values(stagesOption.name);
     EpisodeWalkthrough walkthrough{.paths = {stages.begin(), stages.end()}};

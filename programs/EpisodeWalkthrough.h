@@ -31,6 +31,9 @@ EpisodeWalkthrough episodeWalkthroughOf(const Arguments& arguments);
 std::vector<std::shared_ptr<const ShaderProgram>> programsOf(const EpisodeWalkthrough& walkthrough,
                                                              gpu::Device& device);
 
+// Of pages of so many pixels. Throws CommandError where they are too small.
+WalkthroughRenderer walkthroughRenderer(std::int64_t width, std::int64_t height);
+
 constexpr Option stagesOption{"--stages", "FILE...",
                               "the versions that led to it, in order; up to the next option"};
 

@@ -83,23 +83,6 @@ Request requestOf(const Arguments& arguments) {
     return request;
 }
 
-// Ends the command where the sound is no number: the writer would hide it.
-void checkHeard(const Request& request, gpu::Device& device) {
-    const EpisodeSound sound{.path = request.path,
-                             .episode = request.episode,
-                             .values = request.values,
-                             .start = request.start,
-                             .duration = request.duration};
-    const auto check = soundCheckOf(sound, device);
-    for (double second = 0; second < sound.duration; ++second) {
-        const double left = (sound.duration - second) * ShaderAssembler::sampleRate;
-        const auto count =
-            static_cast<std::uint32_t>(std::min<double>(SoundCheck::mostSamples, left));
-        if (const auto time = check->firstNotFinite(sound.start + second, count, sound.values))
-            refuseNotFinite(sound, *time);
-    }
-}
-
 ExportSegment segmentOf(const Request& request, std::shared_ptr<const ShaderProgram> program) {
     ExportSegment segment{.program = std::move(program),
                           .values = request.values,
@@ -132,7 +115,12 @@ Status export_(const Arguments& arguments) {
         request.duration =
             findLoop(program, *device, request.values, *request.search, request.path).length;
     if (request.sound && (!request.frames || request.frames->first == 0))
-        checkHeard(request, *device);
+        checkHeard({.path = request.path,
+                    .episode = request.episode,
+                    .values = request.values,
+                    .start = request.start,
+                    .duration = request.duration},
+                   *device);
     ExportSegment segment = segmentOf(request, program);
     const auto tap = program->usesInputs() ? SoundTap::make(program, *device) : nullptr;
     letListen(segment, tap.get());

@@ -5,11 +5,12 @@
 #include "programs/EpisodePicture.h"
 #include "programs/EpisodeProgram.h"
 #include "programs/EpisodeWalkthrough.h"
+#include "programs/ExportOptions.h"
 #include "programs/HeldSignals.h"
 #include "programs/ProgressBar.h"
+#include "programs/WalkthroughMovie.h"
 #include "programs/WalkthroughText.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -18,14 +19,6 @@ namespace tarnwick {
 namespace {
 
 namespace fs = std::filesystem;
-
-WalkthroughRenderer rendererOf(const Arguments& arguments) {
-    const PixelSize size = pixelSizeOf(arguments, {.width = 1920, .height = 1080});
-    if (std::min(size.width, size.height) < WalkthroughLayout::leastSide)
-        misuse("--size wants at least " + std::to_string(WalkthroughLayout::leastSide) +
-               " pixels a side for pages that can be read.");
-    return {size.width, size.height};
-}
 
 void makeFolder(const fs::path& folder) {
     std::error_code error;
@@ -88,8 +81,16 @@ void writePages(const EpisodeWalkthrough& walkthrough, const WalkthroughRenderer
 
 Status walkthrough(const Arguments& arguments) {
     const EpisodeWalkthrough walkthrough = episodeWalkthroughOf(arguments);
-    const WalkthroughRenderer renderer = rendererOf(arguments);
-    if (const auto folder = arguments.value("--pages")) {
+    const auto folder = arguments.value("--pages"), movie = arguments.value("-o");
+    if (arguments.has("--json") + folder.has_value() + movie.has_value() > 1)
+        misuse("--json, --pages and -o exclude each other.");
+    if (movie) {
+        exportWalkthrough(walkthrough, arguments, movieNameOf(arguments));
+        return Status::done;
+    }
+    const PixelSize size = pixelSizeOf(arguments, {.width = 1920, .height = 1080});
+    const WalkthroughRenderer renderer = walkthroughRenderer(size.width, size.height);
+    if (folder) {
         writePages(walkthrough, renderer, *folder);
         return Status::done;
     }
@@ -100,11 +101,19 @@ Status walkthrough(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 4> walkthroughOptions{{
+constexpr std::array<Option, 12> walkthroughOptions{{
     stagesOption,
     {"--json", "", "the pages for tools"},
     {"--pages", "FOLDER", "the pages as pictures, as a movie shows them, into a folder"},
-    {"--size", "WxH", "of the pages, in pixels, by which they are cut; 1920x1080 without it"},
+    {"--size", "WxH", "in pixels, by which pages are cut; 1920x1080 without it, or the preset's"},
+    {"-o", "OUT", "the pages as a movie, .mp4 or .mov as the preset has it"},
+    pageSecondsOption,
+    movieStartOption,
+    presetOption,
+    bitrateOption,
+    soundOption,
+    noSoundOption,
+    watermarkOption,
 }};
 
 } // namespace

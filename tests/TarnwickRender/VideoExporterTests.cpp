@@ -175,6 +175,15 @@ TEST_F(Exporting, laysThePictureIntoTheFrameAndTheOverlayOverBoth) {
     EXPECT_EQ(colorAt(frame, 8, 12), (Color{0, 51, 0}));
     EXPECT_EQ(colorAt(frame, 31, 17), (Color{128, 25, 0}));
     EXPECT_EQ(colorAt(frame, 23, 11), (Color{128, 0, 127}));
+
+    // A page turns while the program plays on; none is shown where there is none of its number.
+    laid.start = 5;
+    laid.duration = 0.2;
+    laid.layout->overlayIndexAt = [](double time) { return time > 5.05 ? 1 : 2; };
+    recording = {};
+    EXPECT_EQ(exported({laid}), "");
+    EXPECT_EQ(colorAt(recording.pictures.at(0), 31, 17), (Color{0, 51, 0}));
+    EXPECT_EQ(colorAt(recording.pictures.back(), 31, 17), (Color{128, 25, 0}));
 }
 
 TEST_F(Exporting, putsTheWatermarkIntoItsCornerAlone) {
