@@ -33,7 +33,7 @@ constexpr std::array rows = std::to_array<Row>({
     {CURLE_UNSUPPORTED_PROTOCOL, Kind::notHTTP}, // an answer without a status line
     {CURLE_WEIRD_SERVER_REPLY, Kind::notHTTP},
     {CURLE_BAD_CONTENT_ENCODING, Kind::notHTTP},
-    {CURLE_FILESIZE_EXCEEDED, Kind::tooLarge},
+    {CURLE_OUT_OF_MEMORY, Kind::tooLarge}, // a header line over 100 KB, which the library refuses
 });
 
 // The results of a certificate's check are numbers of the TLS library (X509_V_ERR_...).
@@ -41,7 +41,8 @@ NetError badCertificate(CURL* easy) {
     long result = 0;
     curl_easy_getinfo(easy, CURLINFO_SSL_VERIFYRESULT, &result);
     switch (result) {
-    case 0: // the chain is good
+    case 0:
+    case 1: // the chain is good, the library looks at the host before it notes that
         return {Kind::badCertificate, "The server's certificate is for another host."};
     case 9:
         return {Kind::badCertificate, "The server's certificate is not yet valid."};

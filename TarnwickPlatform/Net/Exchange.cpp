@@ -38,13 +38,10 @@ curl_socket_t openSocket(void*, curlsocktype, curl_sockaddr* address) {
     return socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
 }
 
-std::optional<std::int64_t> announcedLength(const Headers& headers) {
-    const std::string* digits = headers.find("Content-Length");
+std::optional<std::int64_t> lengthIn(std::string_view digits) {
     std::int64_t length = 0;
-    if (!digits || headers.find("Transfer-Encoding"))
-        return std::nullopt;
-    const auto* end = digits->data() + digits->size();
-    const auto [rest, error] = std::from_chars(digits->data(), end, length);
+    const auto* end = digits.data() + digits.size();
+    const auto [rest, error] = std::from_chars(digits.data(), end, length);
     return error == std::errc() && rest == end && length >= 0 ? std::optional(length)
                                                               : std::nullopt;
 }
@@ -75,7 +72,7 @@ Exchange::~Exchange() {
     curl_multi_remove_handle(multi_, easy_);
     curl_easy_cleanup(easy_);
     curl_slist_free_all(headerLines_);
-    curl_slist_free_all(addresses_);
+    curl_slist_free_all(places_);
 }
 
 template <class Value> void Exchange::set(CURLoption option, Value value) {
@@ -92,11 +89,11 @@ void Exchange::setTransport() {
     const double connectTimeout = std::clamp(configuration_.connectTimeout, 0.001, 1e6);
     set(CURLOPT_CONNECTTIMEOUT_MS, std::lround(connectTimeout * 1000));
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
-    if (isLoopback(request_.url.host()))
+    for (const std::string& place : configuration_.connectTo)
+        places_ = curl_slist_append(places_, place.c_str());
+    set(CURLOPT_CONNECT_TO, places_);
+    if (places_ || isLoopback(request_.url.host()))
         set(CURLOPT_PROXY, "");
-    for (const std::string& address : configuration_.resolve)
-        addresses_ = curl_slist_append(addresses_, address.c_str());
-    set(CURLOPT_RESOLVE, addresses_);
     set(CURLOPT_OPENSOCKETFUNCTION, openSocket);
 }
 
@@ -196,8 +193,9 @@ bool Exchange::didReceiveHeaderLine(std::string_view line) {
     if (!answer)
         return true;
     hasResponse_ = true;
-    refusal_ = refusal(*answer);
-    if (!refusal_ && !events_.didReceive(*answer))
+    if (!canBeRead(*answer))
+        refusal_ = NetError::Kind::notHTTP;
+    else if (!events_.didReceive(*answer))
         refusal_ = NetError::Kind::tooLarge;
     return !refusal_;
 }
@@ -211,17 +209,23 @@ std::optional<URLResponse> Exchange::response() const {
     curl_header* field = nullptr;
     while ((field = curl_easy_nextheader(easy_, CURLH_HEADER, -1, field)))
         response.headers.add(field->name, field->value);
-    response.expectedLength = announcedLength(response.headers);
+    const std::string* length = response.headers.find("Content-Length");
+    if (length && !response.headers.find("Transfer-Encoding"))
+        response.expectedLength = lengthIn(*length);
     return response;
 }
 
-// The library undoes a compressed transfer coding, asked for or not.
-std::optional<NetError::Kind> Exchange::refusal(const URLResponse& response) const {
-    for (const Header& field : response.headers)
-        if (equalsIgnoringCase(field.name, "Transfer-Encoding") &&
-            !equalsIgnoringCase(field.value, "chunked"))
-            return NetError::Kind::notHTTP;
-    return std::nullopt;
+// The library undoes a compressed transfer coding, asked for or not; of several lengths it takes
+// the last, and one that is past all numbers it takes for none.
+bool Exchange::canBeRead(const URLResponse& response) const {
+    const std::string* length = response.headers.find("Content-Length");
+    if (length && !lengthIn(*length))
+        return false;
+    return std::ranges::all_of(response.headers, [&](const Header& field) {
+        return (!equalsIgnoringCase(field.name, "Transfer-Encoding") ||
+                equalsIgnoringCase(field.value, "chunked")) &&
+               (!equalsIgnoringCase(field.name, "Content-Length") || field.value == *length);
+    });
 }
 
 std::optional<NetError> Exchange::error(CURLcode code) const {
@@ -229,7 +233,7 @@ std::optional<NetError> Exchange::error(CURLcode code) const {
         return NetError(*refusal_);
     if (code != CURLE_OK)
         return netError(code, easy_);
-    return hasResponse_ ? std::nullopt : std::optional(NetError(NetError::Kind::notHTTP));
+    return hasResponse_ ? std::nullopt : std::optional(NetError(NetError::Kind::connectionLost));
 }
 
 } // namespace tarnwick

@@ -49,7 +49,7 @@ class Exchange {
     template <class Value> void set(CURLoption option, Value value);
     bool didReceiveHeaderLine(std::string_view line);
     std::optional<URLResponse> response() const; // absent before a final answer's headers are in
-    std::optional<NetError::Kind> refusal(const URLResponse& response) const;
+    bool canBeRead(const URLResponse& response) const;
 
     CURLM* multi_;
     const URLRequest& request_;
@@ -57,7 +57,7 @@ class Exchange {
     ExchangeEvents& events_;
     CURL* easy_;
     curl_slist* headerLines_ = nullptr;
-    curl_slist* addresses_ = nullptr;
+    curl_slist* places_ = nullptr;
     std::size_t headerBytes_ = 0;
     std::int64_t sent_ = 0;
     bool hasResponse_ = false;

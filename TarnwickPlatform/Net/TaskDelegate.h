@@ -14,8 +14,9 @@ class TaskDelegate {
   public:
     virtual ~TaskDelegate() = default;
 
-    // `sent` of `expected` bytes of the body have been handed to the system. Both grow no more when
-    // all are sent, which is always reported; a redirect that keeps the body begins anew at 0.
+    // `sent` of `expected` bytes of the body have been handed to the system. `sent` grows from call
+    // to call; all of them are reported before the answer is there. A redirect that keeps the body
+    // sends it anew.
     virtual void didSendBody(std::int64_t /*sent*/, std::int64_t /*expected*/) {}
 
     // A redirect to what `next` asks for. Gives the request to send, as it is or changed, or none:

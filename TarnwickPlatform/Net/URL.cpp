@@ -30,9 +30,9 @@ std::string lowerCased(std::string text) {
     return text;
 }
 
-bool set(const Handle& url, std::string_view text) {
+bool set(const Handle& url, std::string_view text, unsigned how = flags) {
     return url && isClean(text) &&
-           curl_url_set(url.get(), CURLUPART_URL, std::string(text).c_str(), flags) == CURLUE_OK;
+           curl_url_set(url.get(), CURLUPART_URL, std::string(text).c_str(), how) == CURLUE_OK;
 }
 
 std::optional<std::string> part(const Handle& url, CURLUPart which) {
@@ -104,7 +104,8 @@ std::optional<URL> URL::parse(std::string_view text) {
 
 std::optional<URL> URL::resolved(std::string_view reference) const {
     const Handle handle(curl_url(), &curl_url_cleanup);
-    if (reference.empty() || !set(handle, string()) || !set(handle, reference))
+    constexpr unsigned dotless = flags & ~unsigned{CURLU_PATH_AS_IS};
+    if (reference.empty() || !set(handle, string(), dotless) || !set(handle, reference, dotless))
         return std::nullopt;
     const std::optional<std::string> whole = part(handle, CURLUPART_URL);
     return whole ? parse(*whole) : std::nullopt;

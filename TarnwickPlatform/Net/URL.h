@@ -21,7 +21,7 @@ class URL {
     static std::optional<URL> parse(std::string_view text);
 
     // What `reference` (RFC 3986, 4.2) means on the page of this URL: an absolute URL, //HOST/PATH,
-    // /PATH, PATH, ?QUERY. Nothing when that is none.
+    // /PATH, PATH, ?QUERY. Dot segments are taken out, this URL's too. Nothing when that is none.
     std::optional<URL> resolved(std::string_view reference) const;
 
     const std::string& scheme() const { return scheme_; } // lower case, any: "https", "tarnwick"

@@ -25,9 +25,10 @@ struct SessionConfiguration {
     int redirectLimit = 20;
 
     // For tests. A file of certificates (PEM) that are trusted in place of the system's, and
-    // "host:port:address" in place of a look-up.
+    // "HOST:PORT:HOST:PORT": connections meant for the first go to the second (then without a
+    // proxy).
     std::filesystem::path certificateFile;
-    std::vector<std::string> resolve;
+    std::vector<std::string> connectTo;
 };
 
 // A session without memory: it accepts and sends no cookies, keeps no cache and no passwords. It

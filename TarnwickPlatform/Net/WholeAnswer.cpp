@@ -4,7 +4,11 @@ namespace tarnwick {
 
 bool WholeAnswer::begin(const URLResponse& response) {
     answer_ = Answer{.response = response, .body = {}};
-    return response.expectedLength.value_or(0) <= static_cast<std::int64_t>(limit_);
+    const auto announced = static_cast<std::uint64_t>(response.expectedLength.value_or(0));
+    if (announced > limit_)
+        return false;
+    answer_->body.reserve(announced);
+    return true;
 }
 
 Receiver::Taken WholeAnswer::take(std::string_view bytes) {

@@ -105,6 +105,7 @@ TEST(URL, resolvesReferences) {
         {"x", "https://example.org:8443/a/x"},
         {"/x?y", "https://example.org:8443/x?y"},
         {"?y=z", "https://example.org:8443/a/b?y=z"},
+        {"../.././x/../y", "https://example.org:8443/y"},
         {"//other.org/x", "https://other.org/x"},
         {"http://Other.org:1/x", "http://other.org:1/x"},
     };
@@ -113,6 +114,7 @@ TEST(URL, resolvesReferences) {
         ASSERT_TRUE(url) << reference;
         EXPECT_EQ(url->string(), whole);
     }
+    EXPECT_EQ(URL::parse("https://h/a/../b/c")->resolved("../x")->path(), "/x");
     EXPECT_FALSE(page->resolved(""));
     EXPECT_FALSE(page->resolved("//"));
     EXPECT_FALSE(page->resolved("x\r\ny"));
