@@ -9,8 +9,8 @@ namespace tarnwick {
 
 // For each line of `current`, whether it is new against `previous`, by a longest common subsequence
 // of whole lines. Where there are several, a line of `previous` is passed over before one of
-// `current` is called new. Takes time in proportion to the product of both numbers of lines, 64
-// pairs at a step, and memory to their product's root.
+// `current` is called new. Time grows with the product of both numbers of lines, 64 pairs at a step,
+// memory with one number and the root of the other.
 std::vector<bool> addedLines(std::span<const std::string_view> previous,
                              std::span<const std::string_view> current);
 

@@ -1,6 +1,7 @@
 #include "TarnwickCore/Walkthrough.h"
 
 #include "TarnwickCore/AddedLines.h"
+#include "TarnwickCore/Blanks.h"
 #include "TarnwickCore/Sentence.h"
 
 #include <algorithm>
@@ -19,12 +20,6 @@ struct Shown {
 };
 
 using Chunk = std::vector<Shown>;
-
-std::string_view withoutBlanks(std::string_view code) {
-    constexpr std::string_view blanks = " \t";
-    code.remove_prefix(std::min(code.find_first_not_of(blanks), code.size()));
-    return code.substr(0, code.find_last_not_of(blanks) + 1);
-}
 
 // The lines with code, as they are compared.
 std::vector<std::string_view> comparedLines(const std::vector<SourceLine>& lines) {

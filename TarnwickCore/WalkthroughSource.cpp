@@ -1,3 +1,4 @@
+#include "TarnwickCore/Blanks.h"
 #include "TarnwickCore/Lines.h"
 #include "TarnwickCore/Sentence.h"
 #include "TarnwickCore/UTF8.h"
@@ -10,7 +11,6 @@
 namespace tarnwick {
 namespace {
 
-constexpr std::string_view blanks = " \t";
 constexpr std::array<std::string_view, 3> programKeys{"param", "particles", "grid"};
 
 // A line of the file, taken apart.
@@ -28,11 +28,6 @@ bool isASCIIDigitOrLetter(char unit) {
 
 bool isWordUnit(char unit) {
     return isASCIIDigitOrLetter(unit) || unit == '_';
-}
-
-std::string_view withoutBlanks(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
-    return text.substr(0, text.find_last_not_of(blanks) + 1);
 }
 
 std::string joined(std::string_view first, std::string_view second) {
