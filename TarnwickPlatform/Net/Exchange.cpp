@@ -89,6 +89,7 @@ void Exchange::setTransport() {
     const double connectTimeout = std::clamp(configuration_.connectTimeout, 0.001, 1e6);
     set(CURLOPT_CONNECTTIMEOUT_MS, std::lround(connectTimeout * 1000));
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+    set(CURLOPT_FORBID_REUSE, 1L);
     for (const std::string& place : configuration_.connectTo)
         places_ = curl_slist_append(places_, place.c_str());
     set(CURLOPT_CONNECT_TO, places_);

@@ -32,8 +32,9 @@ struct SessionConfiguration {
 };
 
 // A session without memory: it accepts and sends no cookies, keeps no cache and no passwords. It
-// speaks HTTP/1.1, over TLS 1.2 and up; certificates are always checked. Proxies are taken from the
-// environment, but never for loopback addresses.
+// speaks HTTP/1.1, over TLS 1.2 and up; certificates are always checked. Each request has a
+// connection to itself, so that nothing sent behind one answer becomes the next one's. Proxies are
+// taken from the environment, but never for loopback addresses.
 //
 // Answers are asked for and taken without compression, so that a limit counts the bytes that
 // arrive. A redirect is followed when its Location is an http or https address without a user name,

@@ -154,6 +154,18 @@ TEST(HostileServer, getsNoMoreMemoryThanTheCapsSay) {
     }
 }
 
+TEST(HostileServer, cannotAnswerTheNextRequestWithThisOne) {
+    HostileServer server([](HostileConnection& connection) {
+        for (int i = 1; !connection.readHead().empty(); ++i) {
+            const std::string answer = "HTTP/1.1 200 OK\r\nContent-Length: 1\r\n\r\n";
+            connection.send(answer + std::to_string(i) + answer + "x");
+        }
+    });
+    URLSession session;
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(session.data({.url = server.url()}).get().body, "1");
+}
+
 TEST(HostileServer, isHeardBeforeItHasTakenTheWholeBody) {
     HostileServer server([](HostileConnection& connection) {
         connection.readHead();
