@@ -2,6 +2,7 @@
 
 #include "TarnwickCore/Multipart.h"
 #include "TarnwickCore/OutsideJSON.h"
+#include "TarnwickCore/ServiceAddress.h"
 #include "TarnwickCore/ServiceHosts.h"
 
 #include <algorithm>
@@ -13,10 +14,6 @@ namespace {
 using nlohmann::json;
 using Failure = ServiceFailure;
 
-bool isOnThisMachine(const URL& url) {
-    return url.host() == "localhost" || url.host() == "127.0.0.1"; // lower case already
-}
-
 void setBody(URLRequest& request, const json& body) {
     request.headers.set("Content-Type", "application/json");
     request.body = body.dump(-1, ' ', false, json::error_handler_t::replace);
@@ -25,7 +22,7 @@ void setBody(URLRequest& request, const json& body) {
 // Blocks until the answer is in.
 Answer exchange(URLSession& session, URLRequest request,
                 const std::shared_ptr<TaskDelegate>& delegate, std::stop_token stop) {
-    if (request.url.scheme() != "https" && !isOnThisMachine(request.url))
+    if (!isPrivate(request.url))
         throw Failure(Failure::Kind::network,
                       "Tarnweb is only talked to over https, and the address given is not https.");
     try {

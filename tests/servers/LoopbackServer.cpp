@@ -8,6 +8,33 @@
 #include <thread>
 
 namespace tarnwick {
+namespace {
+
+ServedRequest bodyRead(const httplib::ContentReader& read) {
+    ServedRequest request;
+    read([&](const char* bytes, std::size_t size) {
+        request.body.append(bytes, size);
+        return true;
+    });
+    return request;
+}
+
+ServedRequest formRead(const httplib::ContentReader& read) {
+    ServedRequest request;
+    read(
+        [&](const httplib::MultipartFormData& part) {
+            request.parts.push_back(
+                {.name = part.name, .fileName = part.filename, .contentType = part.content_type});
+            return true;
+        },
+        [&](const char* bytes, std::size_t size) {
+            request.parts.back().data.append(bytes, size);
+            return true;
+        });
+    return request;
+}
+
+} // namespace
 
 struct LoopbackServer::State {
     Handler handler;
@@ -18,11 +45,12 @@ struct LoopbackServer::State {
     std::vector<ServedRequest> requests;
     std::thread thread;
 
-    void serve(const httplib::Request& request, httplib::Response& response) {
-        ServedRequest served{.method = request.method, .target = request.target};
+    void serve(const httplib::Request& request, httplib::Response& response,
+               ServedRequest served = {}) {
+        served.method = request.method;
+        served.target = request.target;
         for (const auto& [name, value] : request.headers)
             served.headers.add(name, value);
-        served.body = request.body;
         {
             const std::scoped_lock lock(mutex);
             requests.push_back(served);
@@ -47,7 +75,7 @@ LoopbackServer::LoopbackServer(Handler handler, const std::string& address,
         state.server = std::make_unique<httplib::Server>();
     state.server->new_task_queue = [] { return new httplib::ThreadPool(32); };
     state.server->set_tcp_nodelay(true);
-    // A body is read as it is, also those forms that the library would take apart.
+    // Bodies are read by handlers of methods, all else is served before those are asked.
     state.server->set_pre_routing_handler(
         [&state](const httplib::Request& request, httplib::Response& response) {
             if (request.has_header("Content-Length") || request.has_header("Transfer-Encoding"))
@@ -57,12 +85,8 @@ LoopbackServer::LoopbackServer(Handler handler, const std::string& address,
         });
     const auto withBody = [&state](const httplib::Request& request, httplib::Response& response,
                                    const httplib::ContentReader& read) {
-        httplib::Request whole = request;
-        read([&](const char* bytes, std::size_t size) {
-            whole.body.append(bytes, size);
-            return true;
-        });
-        state.serve(whole, response);
+        state.serve(request, response,
+                    request.is_multipart_form_data() ? formRead(read) : bodyRead(read));
     };
     state.server->Post(".*", withBody).Put(".*", withBody).Patch(".*", withBody);
     state.server->Delete(".*", withBody);

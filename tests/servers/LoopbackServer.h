@@ -11,10 +11,18 @@
 
 namespace tarnwick {
 
+// Of a form with files, as another parser than ours reads it.
+struct ServedPart {
+    std::string name, fileName, contentType, data;
+
+    bool operator==(const ServedPart&) const = default;
+};
+
 struct ServedRequest {
     std::string method, target; // path and query as they arrived
     Headers headers;
-    std::string body;
+    std::string body;              // empty for such a form
+    std::vector<ServedPart> parts; // of such a form
 };
 
 struct ServedAnswer {
