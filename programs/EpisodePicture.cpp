@@ -13,18 +13,6 @@
 #include <limits>
 
 namespace tarnwick {
-namespace {
-
-// The steps of a simulation are numbered in 32 bits.
-void checkSteps(const ShaderProgram& program, double time) {
-    constexpr std::int64_t last = std::numeric_limits<std::uint32_t>::max();
-    if (program.isParticles() && ParticleSimulation::steps(static_cast<float>(time)) > last)
-        failure("A particle episode has stills up to " +
-                std::to_string(last / ShaderAssembler::stepRate) + " seconds.");
-}
-
-} // namespace
-
 PixelSize pixelSizeOf(const Arguments& arguments, PixelSize otherwise) {
     const auto given = arguments.value("--size");
     if (!given)
@@ -54,7 +42,7 @@ std::uint32_t savedFrame(double time) {
 
 Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const EpisodeFrame& frame,
                   gpu::Device& device, StillNews& news) {
-    checkSteps(*program, frame.time);
+    checkSteps(*program, frame.time, "stills");
     const auto [width, height] = frame.size;
     std::optional<Picture> picture =
         StillRenderer::render(program, device, width, height, static_cast<float>(frame.time),

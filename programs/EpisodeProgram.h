@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TarnwickRender/ShaderProgram.h"
+#include "programs/CommandError.h"
 
 #include <memory>
 #include <string>
@@ -12,9 +13,13 @@ namespace tarnwick {
 // The device to draw with. Throws CommandError where there is none.
 std::shared_ptr<gpu::Device> drawingDevice();
 
-// `path` is what to name the episode by. Throws CommandError; what the compiler finds has been
-// printed then.
+// `path` is what to name the episode by. Throws CommandError, with `status` where the episode does
+// not compile; what the compiler finds has been printed then.
 std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
-                                               gpu::Device& device);
+                                               gpu::Device& device, Status status = Status::failed);
+
+// Throws CommandError where a simulation has no step for that time, in seconds; `what` of it is
+// wanted: "stills".
+void checkSteps(const ShaderProgram& program, double time, std::string_view what);
 
 } // namespace tarnwick

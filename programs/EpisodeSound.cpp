@@ -5,6 +5,7 @@
 #include "TarnwickRender/AudioRenderer.h"
 #include "TarnwickRender/ShaderError.h"
 #include "programs/CommandError.h"
+#include "programs/ProgressBar.h"
 #include "programs/Seconds.h"
 #include "programs/SourceFile.h"
 #include "programs/StillValues.h"
@@ -66,8 +67,10 @@ std::unique_ptr<SoundCheck> soundCheckOf(const EpisodeSound& sound, gpu::Device&
 }
 
 void checkHeard(const EpisodeSound& sound, gpu::Device& device) {
+    ProgressBar bar("Second of sound");
     const auto check = soundCheckOf(sound, device);
     for (double second = 0; second < sound.duration; ++second) {
+        bar.show(static_cast<std::int64_t>(second), static_cast<std::int64_t>(sound.duration));
         const double left = (sound.duration - second) * ShaderAssembler::sampleRate;
         const auto count =
             static_cast<std::uint32_t>(std::min<double>(SoundCheck::mostSamples, left));

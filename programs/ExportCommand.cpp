@@ -110,10 +110,11 @@ void letListen(ExportSegment& segment, SoundTap* tap) {
 Status export_(const Arguments& arguments) {
     Request request = requestOf(arguments);
     const auto device = drawingDevice();
-    const auto program = programOf(request.path, request.episode, *device);
+    const auto program = programOf(request.path, request.episode, *device, Status::misused);
     if (request.search)
         request.duration =
             findLoop(program, *device, request.values, *request.search, request.path).length;
+    checkSteps(*program, request.start + request.duration, "movies");
     if (request.sound && (!request.frames || request.frames->first == 0))
         checkHeard({.path = request.path,
                     .episode = request.episode,

@@ -7,10 +7,13 @@
 namespace tarnwick {
 namespace {
 
-// "41.7 frames/s, 1:05 left"; empty before the first frame.
+// "41.7 frames/s, 1:05 left"; empty before the first frame. Behind the last one the encoder may
+// have much left to do.
 std::string pace(std::int64_t done, std::int64_t total, double elapsed) {
     if (done <= 0 || elapsed <= 0)
         return "";
+    if (done >= total)
+        return "encoding the rest";
     const double rate = static_cast<double>(done) / elapsed;
     const auto left = static_cast<std::int64_t>(static_cast<double>(total - done) / rate + 0.5);
     std::array<char, 80> text{};

@@ -29,7 +29,7 @@ VideoChapters exportVariations(const EpisodeVariations& variations, const Argume
     VideoChapters chapters = chaptersOf(variations, preset.fps);
     checkMovieLength(chapters.duration);
     const auto device = drawingDevice();
-    const auto program = programOf(variations.path, variations.episode, *device);
+    const auto program = programOf(variations.path, variations.episode, *device, Status::misused);
     std::vector<ExportSegment> segments;
     for (const Variation& variation : variations.series)
         segments.push_back({.program = program,

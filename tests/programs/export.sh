@@ -34,9 +34,23 @@ mkdir locked && chmod a-w locked
 have ! -e a.mp4
 { "$TARNWICK" devices && command -v ffprobe && command -v ffmpeg; } >out 2>err || exit 77
 (moving && echo 'float x = y;') >bad.metal
-expect 1 '^bad.metal:4:11: error: ' export bad.metal -o bad.mp4
+"$TARNWICK" export bad.metal -o bad.mp4 2>err
+have $? = 2
+grep -q '^bad.metal:4:11: error: ' err || complain 'nothing about the mistake' export
 (moving && echo 'float2 sound(float t, constant Params& p) { return sqrt(0.5 - t); }') >nan.metal
 expect 2 'The sound of nan.metal is not a finite number at 0.5' export nan.metal -o bad.mp4 --duration 1
+have ! -e bad.mp4
+cat >cloud.metal <<'TEXT'
+// @particles 4
+struct Particle { float2 at; };
+Particle spawn(uint id, constant Params& p) { Particle q; q.at = 0.5; return q; }
+void update(thread Particle& q, uint id, constant Uniforms& u, constant Params& p) {}
+float3 place(Particle q, constant Uniforms& u, constant Params& p) { return float3(q.at, 0.1); }
+float4 ink(Particle q, float2 at, constant Uniforms& u, constant Params& p) { return 1.0; }
+float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Trails t) { return t.at(uv); }
+TEXT
+expect 1 'has movies up to 71582788 seconds' export cloud.metal -o bad.mp4 --start 1e9
+expect 1 'it is a particle episode' export cloud.metal -o bad.mp4 --find-loop 2
 have ! -e bad.mp4
 # field NAME FILE: of its pictures.
 field() { ffprobe -v error -select_streams v -show_entries "stream=$1" -of csv=p=0 "$2" | tr -d ,; }

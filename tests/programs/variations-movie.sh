@@ -34,7 +34,9 @@ done
 expect 2 '^tarnwick: none/a.mp4 cannot be written: No such file' variations e.metal $series \
     -o none/a.mp4
 (episode && echo 'float x = y;') >bad.metal
-expect 1 'bad.metal does not compile' variations bad.metal $series $format -o a.mp4
+"$TARNWICK" variations bad.metal $series $format -o a.mp4 2>err
+have $? = 2
+grep -q 'bad.metal does not compile' err || complain 'nothing about the mistake' variations
 cmp -s a.mp4 before.mp4 || complain 'an older movie is changed' variations
 [ "$(ls)" = "$(printf '%s\n' a.json a.mp4 bad.metal before.mp4 e.metal err expected list met out)" ] ||
     complain "what remains: $(ls)" variations
