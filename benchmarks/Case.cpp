@@ -10,11 +10,6 @@ namespace tarnwick::bench {
 
 namespace {
 
-std::string text(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 // Bindings of a fragment stage: TarnwickMSL/EntryPoint.h.
 constexpr const char* uniforms = R"(#version 450
 #extension GL_EXT_shader_explicit_arithmetic_types_float16 : enable
@@ -42,6 +37,11 @@ std::string wholeTwin(const std::string& body, const std::vector<ParamDecl>& par
 
 } // namespace
 
+std::string fileText(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
 std::vector<Case> cases(const std::filesystem::path& folder) {
     std::vector<Case> found;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
@@ -49,9 +49,11 @@ std::vector<Case> cases(const std::filesystem::path& folder) {
             std::filesystem::path(entry.path()).replace_extension(".frag");
         if (entry.path().extension() != ".metal" || !std::filesystem::exists(twin))
             continue;
-        const AssembledShader shader = ShaderAssembler::assemble(text(entry.path()));
-        Case one{
-            entry.path().stem().string(), shader.source, wholeTwin(text(twin), shader.params), {}};
+        const AssembledShader shader = ShaderAssembler::assemble(fileText(entry.path()));
+        Case one{entry.path().stem().string(),
+                 shader.source,
+                 wholeTwin(fileText(twin), shader.params),
+                 {}};
         for (const ParamDecl& param : shader.params)
             one.values.push_back(param.defaultValue);
         if (one.values.empty())

@@ -16,6 +16,9 @@ struct Case {
     bool operator==(const Case&) const = default;
 };
 
+// All of a file; empty where it cannot be read.
+std::string fileText(const std::filesystem::path& file);
+
 // Every NAME.metal of a folder that has a NAME.frag beside it, by name.
 std::vector<Case> cases(const std::filesystem::path& folder);
 

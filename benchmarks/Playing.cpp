@@ -1,13 +1,12 @@
 #include "benchmarks/Playing.h"
 
 #include "TarnwickCore/ShaderAssembler.h"
+#include "benchmarks/Case.h"
 #include "benchmarks/OurScene.h"
 #include "benchmarks/byhand/HandGrid.h"
 #include "benchmarks/byhand/HandParticles.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 
 namespace tarnwick::bench {
 
@@ -18,8 +17,7 @@ constexpr int comparedFrame = 12; // late enough for trails
 } // namespace
 
 std::string episode(const std::filesystem::path& folder, const SceneCase& one) {
-    std::ifstream stream(folder / (one.file + ".metal"), std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(stream), {}};
+    std::string text = fileText(folder / (one.file + ".metal"));
     const std::string directive = one.stride ? "// @particles " : "// @grid ";
     const std::size_t begin = text.find(directive) + directive.size();
     return text.replace(begin, text.find('\n', begin) - begin, std::to_string(one.count));

@@ -1,6 +1,7 @@
 #include "benchmarks/Report.h"
 
 #include "benchmarks/Compiling.h"
+#include "benchmarks/ExportMemory.h"
 #include "benchmarks/Sounding.h"
 #include "benchmarks/Statistics.h"
 #include "benchmarks/Updating.h"
@@ -142,6 +143,44 @@ bool printSounding(gpu::Device& device) {
     std::printf("  analysing      %8.2f us of that (bar: under 30 us, %s)\n", analyse,
                 verdict(analyse < 30));
     return speed.realTime() >= 100 && speed.inputs < 2 && analyse < 30;
+}
+
+bool printExporting(gpu::Device& device, const std::vector<ExportCase>& all, int rounds) {
+    constexpr double bar = 1.10;
+    std::printf("\nExporting H.264 on %s (shortest of %d rounds, in turns; ms a frame).\n"
+                "The floor is the largest of drawing alone, encoding alone, and the processor time "
+                "of both\nshared by the cores.\n\n",
+                device.info().name.c_str(), rounds);
+    std::printf("  %-24s %7s %9s %9s %9s %9s %7s %9s %7s\n", "film", "frames", "drawing",
+                "encoding", "sharing", "export", "ratio", "median r.", "CPU r.");
+    bool good = true;
+    for (const ExportCase& one : all) {
+        const ExportTimes times = exportTimes(device, one, rounds);
+        const ExportTime& time = times.shortest;
+        const auto frames = static_cast<double>(one.frames);
+        const bool reached = time.ratio() <= bar;
+        std::printf("  %-24s %7.0f %9.2f %9.2f %9.2f %9.2f %7.3f %9.3f %7.3f  (bar: at most %.2f, "
+                    "%s)\n",
+                    one.name.c_str(), frames, time.drawing.wall / frames,
+                    time.encoding.wall / frames, time.sharing() / frames,
+                    time.exporting.wall / frames, time.ratio(), times.medianRatio,
+                    time.processorRatio(), bar, verdict(reached));
+        std::fflush(stdout);
+        good = good && reached;
+    }
+    return good;
+}
+
+bool printExportMemory(const std::string& self) {
+    constexpr double bar = 64;
+    const std::vector<ExportMemory> all = exportMemory(self, {500, 10'000});
+    const double growth = all[1].peak - all[0].peak;
+    std::printf(
+        "\n  peak memory of exporting %lld frames %.1f MB, %lld frames %.1f MB, grown by %.1f "
+        "(bar: under %.0f MB, %s)\n",
+        static_cast<long long>(all[0].frames), all[0].peak, static_cast<long long>(all[1].frames),
+        all[1].peak, growth, bar, verdict(growth < bar));
+    return growth < bar;
 }
 
 } // namespace tarnwick::bench
