@@ -29,7 +29,8 @@ VideoSettings withShare(VideoSettings settings, double share) {
 // Frame types by count alone: a key frame every interval, three B-frames wherever they fit.
 std::string lockstepOptions(const VideoSettings& settings) {
     const std::string interval = std::to_string(settings.maxKeyFrameInterval);
-    return std::string("x265-params=frame-threads=1\\:log-level=none\\:info=0\\:aud=0\\:hrd=0") +
+    return std::string(
+               "x265-params=frame-threads=1\\:pools=16\\:log-level=none\\:info=0\\:aud=0\\:hrd=0") +
            "\\:bframes=3\\:b-adapt=0\\:scenecut=0\\:open-gop=0\\:keyint=" + interval +
            "\\:min-keyint=" + interval;
 }

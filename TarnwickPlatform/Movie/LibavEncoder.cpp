@@ -29,7 +29,8 @@ constexpr std::array codecRows{
         MovieCodec::h264, "libx264", AV_PIX_FMT_YUV420P,
         "preset=medium:profile=high:x264-params=threads=6\\:lookahead-threads=1\\:ratetol=0.5"},
     CodecRow{MovieCodec::hevc, "libx265", AV_PIX_FMT_YUV420P,
-             "preset=medium:profile=main:x265-params=frame-threads=1\\:log-level=none\\:info=0\\:"
+             "preset=medium:profile=main:x265-params=frame-threads=1\\:pools=16\\:log-level=none\\:"
+             "info=0\\:"
              "open-gop=0"},
     CodecRow{MovieCodec::prores422HQ, "prores_ks", AV_PIX_FMT_YUV422P10, "profile=hq"},
     CodecRow{MovieCodec::prores4444, "prores_ks", AV_PIX_FMT_YUVA444P10,
