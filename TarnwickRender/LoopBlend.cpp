@@ -1,6 +1,6 @@
 #include "TarnwickRender/LoopBlend.h"
 
-#include "TarnwickRender/HostFunctions.h"
+#include "TarnwickRender/FramePipeline.h"
 
 namespace tarnwick {
 namespace {
@@ -24,11 +24,8 @@ fragment float4 lb_fragment(BOut in [[stage_in]], texture2d<float> from [[textur
 
 } // namespace
 
-LoopBlend::LoopBlend(gpu::Device& device, gpu::PixelFormat format) {
-    const auto library = device.newLibrary(source);
-    const HostStages stages(*library, "lb_vertex", "lb_fragment", format);
-    pipeline_ = device.newRenderPipelineState(stages.descriptor);
-}
+LoopBlend::LoopBlend(gpu::Device& device, gpu::PixelFormat format)
+    : pipeline_(framePipeline(device, source, "lb_vertex", "lb_fragment", {.format = format})) {}
 
 void LoopBlend::draw(gpu::RenderCommandEncoder& encoder, const gpu::Texture& from,
                      const gpu::Texture& to, float weight) const {

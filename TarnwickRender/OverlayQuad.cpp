@@ -1,7 +1,6 @@
 #include "TarnwickRender/OverlayQuad.h"
 
-#include "TarnwickRender/HostFunctions.h"
-#include "TarnwickRender/PremultipliedOver.h"
+#include "TarnwickRender/FramePipeline.h"
 
 namespace tarnwick {
 namespace {
@@ -24,12 +23,9 @@ fragment float4 ov_fragment(OOut in [[stage_in]], texture2d<float> tex [[texture
 
 } // namespace
 
-OverlayQuad::OverlayQuad(gpu::Device& device, gpu::PixelFormat format) {
-    const auto library = device.newLibrary(source);
-    HostStages stages(*library, "ov_vertex", "ov_fragment", format);
-    stages.descriptor.color = premultipliedOver(format);
-    pipeline_ = device.newRenderPipelineState(stages.descriptor);
-}
+OverlayQuad::OverlayQuad(gpu::Device& device, gpu::PixelFormat format)
+    : pipeline_(
+          framePipeline(device, source, "ov_vertex", "ov_fragment", premultipliedOver(format))) {}
 
 void OverlayQuad::draw(gpu::RenderCommandEncoder& encoder, const gpu::Texture& overlay) const {
     encoder.setRenderPipelineState(*pipeline_);

@@ -1,8 +1,7 @@
 #include "TarnwickRender/Watermark.h"
 
 #include "TarnwickCore/WatermarkPlacement.h"
-#include "TarnwickRender/HostFunctions.h"
-#include "TarnwickRender/PremultipliedOver.h"
+#include "TarnwickRender/FramePipeline.h"
 
 namespace tarnwick {
 namespace {
@@ -54,12 +53,9 @@ fragment float4 wm_fragment(WOut in [[stage_in]], constant WMUniforms& w [[buffe
 
 } // namespace
 
-Watermark::Watermark(gpu::Device& device, gpu::PixelFormat format) {
-    const auto library = device.newLibrary(source);
-    HostStages stages(*library, "wm_vertex", "wm_fragment", format);
-    stages.descriptor.color = premultipliedOver(format);
-    pipeline_ = device.newRenderPipelineState(stages.descriptor);
-}
+Watermark::Watermark(gpu::Device& device, gpu::PixelFormat format)
+    : pipeline_(
+          framePipeline(device, source, "wm_vertex", "wm_fragment", premultipliedOver(format))) {}
 
 void Watermark::draw(gpu::RenderCommandEncoder& encoder, std::int64_t width,
                      std::int64_t height) const {
