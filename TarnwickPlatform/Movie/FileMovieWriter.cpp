@@ -13,6 +13,7 @@
 #include "TarnwickPlatform/Movie/MovieWriter.h"
 #include "TarnwickPlatform/Movie/PacketOrder.h"
 #include "TarnwickPlatform/Movie/SettingsFault.h"
+#include "TarnwickPlatform/Movie/StretchEncoder.h"
 #include "TarnwickPlatform/Movie/SoundEncoder.h"
 #include "TarnwickPlatform/Movie/VideoEncoder.h"
 
@@ -102,7 +103,7 @@ class FileVideoInput : public VideoInput {
     void encodePictures(const VideoPacketSink& sink);
 
     const VideoSettings settings;
-    std::unique_ptr<VideoEncoder> encoder; // of the stretch that is being encoded
+    std::unique_ptr<VideoEncoder> encoder;
 
   private:
     WriterState& state;
@@ -110,7 +111,6 @@ class FileVideoInput : public VideoInput {
     BoundedQueue<QueuedFrame> frames;
     BoundedQueue<QueuedFrame> pictures;
     std::atomic<bool> begun = false;
-    std::int64_t firstFrame = 0;
     std::int64_t nextFrame = 0;
 };
 
@@ -126,7 +126,7 @@ void FileVideoInput::makePool() {
 }
 
 void FileVideoInput::begin(std::int64_t frame) {
-    firstFrame = nextFrame = frame;
+    nextFrame = frame;
     begun = true;
 }
 
@@ -168,16 +168,8 @@ void FileVideoInput::convertFrames() {
 }
 
 void FileVideoInput::encodePictures(const VideoPacketSink& sink) {
-    const std::int64_t stretch = stretchLength(settings);
-    const bool inStretches = !isProRes(settings.codec);
-    while (std::optional<QueuedFrame> picture = pictures.pop()) {
-        if (inStretches && picture->frame % stretch == 0 && picture->frame != firstFrame) {
-            encoder->finish(sink);
-            encoder.reset();
-            encoder = makeVideoEncoder(settings);
-        }
+    while (std::optional<QueuedFrame> picture = pictures.pop())
         encoder->encode(std::move(picture->picture), picture->frame, sink);
-    }
     if (state.status() == MovieWriterStatus::writing)
         encoder->finish(sink);
 }
@@ -306,7 +298,7 @@ bool FileMovieWriter::startWriting() {
 void FileMovieWriter::makeFile() {
     if (!video)
         throw MovieError("A movie needs a picture track.");
-    video->encoder = makeVideoEncoder(video->settings);
+    video->encoder = std::make_unique<StretchEncoder>(video->settings);
     if (audio)
         audio->encoder = std::make_unique<SoundEncoder>(audio->settings);
     file = std::make_unique<MovieFile>(path, type);
@@ -356,7 +348,11 @@ void FileMovieWriter::startThreads() {
     std::lock_guard lock(threadsMutex);
     startThread([this] { video->convertFrames(); });
     startThread([this] {
-        video->encodePictures([this](VideoPacket packet) { packets.put(std::move(packet)); });
+        video->encodePictures([this](VideoPacket packet) {
+            if (state.status() != MovieWriterStatus::writing)
+                throw MovieError("Nothing is being written."); // many frames may be left to encode
+            packets.put(std::move(packet));
+        });
         packets.finishVideo();
     });
     if (audio)
