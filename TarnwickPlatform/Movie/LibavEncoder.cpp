@@ -20,7 +20,8 @@ struct CodecRow {
     const char* encoder;
     AVPixelFormat format;
     // The encoder's private options. Threads that change what x264 and x265 find are fixed here:
-    // x265 3.5 with several frame threads and cutree gives other packets from run to run.
+    // x265 3.5 with several frame threads and cutree gives other packets from run to run, and other
+    // ones with a pool of less than four threads. ProRes' profile 3 is 422 HQ.
     const char* options;
 };
 
@@ -32,7 +33,7 @@ constexpr std::array codecRows{
              "preset=medium:profile=main:x265-params=frame-threads=1\\:pools=16\\:log-level=none\\:"
              "info=0\\:"
              "open-gop=0"},
-    CodecRow{MovieCodec::prores422HQ, "prores_ks", AV_PIX_FMT_YUV422P10, "profile=hq"},
+    CodecRow{MovieCodec::prores422HQ, "prores_aw", AV_PIX_FMT_YUV422P10, "profile=3"},
     CodecRow{MovieCodec::prores4444, "prores_ks", AV_PIX_FMT_YUVA444P10,
              "profile=4444:alpha_bits=16"},
 };
