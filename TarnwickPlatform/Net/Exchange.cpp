@@ -127,6 +127,9 @@ void Exchange::setHeaders() {
     };
     for (const Header& field : request_.headers)
         append(field.value.empty() ? field.name + ";" : field.name + ": " + field.value);
+    // Without this field a server might compress as it likes (RFC 9110, 12.5.3).
+    if (!request_.headers.find("Accept-Encoding"))
+        append("Accept-Encoding: identity");
     // What the library would add of its own: a type nobody gave, and asking before long bodies, for
     // which servers that do not answer it cost a second.
     for (const char* name : {"Content-Type", "Expect"})

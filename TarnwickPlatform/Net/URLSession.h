@@ -36,11 +36,12 @@ struct SessionConfiguration {
 // connection to itself, so that nothing sent behind one answer becomes the next one's. Proxies are
 // taken from the environment, but never for loopback addresses.
 //
-// Answers are asked for and taken without compression, so that a limit counts the bytes that
-// arrive. A redirect is followed when its Location is an http or https address without a user name,
-// not from https to http, and the delegate agrees; else the redirect is itself the answer. 301 and
-// 302 make a POST a GET, 303 makes all but HEAD one, 307 and 308 change nothing. A redirect to
-// another origin goes there without "Authorization", "Cookie" and "Proxy-Authorization".
+// Answers are asked for without compression and never decompressed, so that a limit counts the
+// bytes that arrive. A redirect is followed when its Location is an http or https address without a
+// user name, not from https to http, and the delegate agrees; else the redirect is itself the
+// answer. 301 and 302 make a POST a GET, 303 makes all but HEAD one, 307 and 308 change nothing. A
+// redirect to another origin goes there without "Authorization", "Cookie" and
+// "Proxy-Authorization".
 class URLSession {
   public:
     explicit URLSession(SessionConfiguration configuration = {});
@@ -50,7 +51,9 @@ class URLSession {
     URLSession& operator=(const URLSession&) = delete;
 
     // Both may be called from any thread and return at once. The session keeps the delegate until
-    // the request has ended. A stop requested ends the request with NetError, kind cancelled.
+    // the request has ended, and calls it no more once the answer or its error is there (once more
+    // at most where a stream was cancelled). A stop requested ends the request with NetError, kind
+    // cancelled.
     //
     // The future gives the answer, whatever its status, or throws NetError. Dropping it does not
     // cancel.

@@ -37,7 +37,8 @@ TEST(URLSession, sendsMethodHeadersAndBodyAndGivesTheAnswer) {
     const auto request = server.requests().at(0);
     EXPECT_EQ(*request.headers.find("User-Agent"), "Test/1");
     EXPECT_EQ(*request.headers.find("Accept"), "a/a");
-    for (const char* name : {"Content-Type", "Expect", "Cookie", "Accept-Encoding"})
+    EXPECT_EQ(*request.headers.find("Accept-Encoding"), "identity");
+    for (const char* name : {"Content-Type", "Expect", "Cookie"})
         EXPECT_FALSE(request.headers.find(name)) << name;
 }
 
@@ -65,15 +66,22 @@ TEST(URLSession, reachesTheLoopbackAddressOfIPv6) {
     EXPECT_EQ(URLSession().data({.url = server.url("/six")}).get().body, "/six");
 }
 
+TEST(URLSession, asksNoProxyForALoopbackAddress) {
+    LoopbackServer server(echo);
+    setenv("http_proxy", "http://127.0.0.1:1", 1);
+    EXPECT_EQ(URLSession().data({.url = server.url("/near")}).get().body, "/near");
+    unsetenv("http_proxy");
+}
+
 TEST(URLSession, answersManyRequestsAtOnce) {
     std::atomic<int> asking = 0;
     LoopbackServer server([&](const ServedRequest& request) {
         ++asking; // none is answered before all are asked
-        return eventually([&] { return asking >= 8; }) ? echo(request) : ServedAnswer{};
+        return eventually([&] { return asking >= 6; }) ? echo(request) : ServedAnswer{};
     });
     URLSession session;
     std::vector<std::future<Answer>> answers;
-    for (int i = 0; i < 8; ++i)
+    for (int i = 0; i < 6; ++i)
         answers.push_back(session.data({.url = server.url("/" + std::to_string(i))}));
     for (std::size_t i = 0; i < answers.size(); ++i)
         EXPECT_EQ(answers[i].get().body, "/" + std::to_string(i));
@@ -130,6 +138,13 @@ TEST(URLSession, saysWhyThereIsNoAnswer) {
     for (const auto& [request, sentence] : rows)
         EXPECT_STREQ(failure(session.data(request)).value().what(), sentence);
     EXPECT_EQ(kindOf(session.data({.url = silent.url(), .timeout = 0.01})), Kind::timedOut);
+}
+
+TEST(URLSession, waitsForNoHandshakeLongerThanItsConnectTimeout) {
+    HostileServer silent(neverAnswer);
+    const auto url = URL::parse("https://127.0.0.1:" + std::to_string(silent.port()) + "/");
+    URLSession session({.timeout = 60, .connectTimeout = 0.05});
+    EXPECT_EQ(kindOf(session.data({.url = *url})), Kind::timedOut);
 }
 
 TEST(URLSession, endsARequestWhoseStopIsRequested) {
