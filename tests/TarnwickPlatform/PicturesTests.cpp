@@ -1,8 +1,10 @@
 #include "TarnwickPlatform/Pictures/Halved.h"
+#include "TarnwickPlatform/Pictures/JPEG.h"
 #include "TarnwickPlatform/Pictures/PNG.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -102,6 +104,39 @@ TEST_F(Pictures, sayWhyTheyCannotBeWrittenOrRead) {
     writePNG(sample(), folder / "cut.png");
     fs::resize_file(folder / "cut.png", 60);
     EXPECT_NE(messageOf([&] { readPNG(folder / "cut.png"); }), "");
+}
+
+// Read by another program than the writer's library.
+TEST_F(Pictures, areJPEGsOfTheirColors) {
+    Picture picture{.width = 40, .height = 24, .bytesPerRow = 168};
+    picture.bytes.resize(168 * 24, 0xff);
+    for (std::size_t pixel = 0; pixel < 40 * 24; ++pixel) {
+        std::uint8_t* const color = &picture.bytes[pixel / 40 * 168 + pixel % 40 * 4];
+        color[0] = 200, color[1] = 20, color[2] = pixel % 40 < 20 ? 120 : 30;
+    }
+    for (const int quality : {95, 75}) {
+        const std::string jpeg = jpegOf(picture, quality);
+        ASSERT_EQ(jpeg.substr(0, 3), "\xFF\xD8\xFF");
+        std::ofstream(folder / "a.jpg", std::ios::binary) << jpeg;
+        const std::string command = "ffmpeg -v error -y -i " + (folder / "a.jpg").string() + " " +
+                                    (folder / "a.png").string();
+        if (std::system(command.c_str()) != 0) // NOLINT: no word of it comes from outside
+            GTEST_SKIP() << "There is no ffmpeg to read it with.";
+        const Picture read = readPNG(folder / "a.png");
+        ASSERT_EQ(read.width, 40u);
+        ASSERT_EQ(read.height, 24u);
+        for (const std::size_t column : {4u, 36u})
+            for (std::size_t byte = 0; byte < 3; ++byte)
+                EXPECT_NEAR(read.bytes[12 * read.bytesPerRow + column * 4 + byte],
+                            picture.bytes[12 * 168 + column * 4 + byte], 4);
+    }
+    EXPECT_EQ(jpegOf({}, 90), "");
+    EXPECT_EQ(jpegOf({.width = 70000,
+                      .height = 1,
+                      .bytesPerRow = 280000,
+                      .bytes = std::vector<std::uint8_t>(280000)},
+                     90),
+              "");
 }
 
 TEST(HalvedPicture, takesTheMeanOfFourPixelsAndLeavesAnOddRestOut) {
