@@ -23,14 +23,20 @@ extern const Command assembleCommand;
 extern const Command checkCommand;
 extern const Command devicesCommand;
 extern const Command exportCommand;
+extern const Command handleCommand;
 extern const Command joinCommand;
 extern const Command loopCommand;
 extern const Command metaCommand;
 extern const Command mslCommand;
 extern const Command newCommand;
+extern const Command openCommand;
 extern const Command presetsCommand;
+extern const Command releaseCommand;
 extern const Command saverCommand;
+extern const Command shareCommand;
 extern const Command sheetCommand;
+extern const Command signInCommand;
+extern const Command signOutCommand;
 extern const Command soundCommand;
 extern const Command spectrumCommand;
 extern const Command stillCommand;
@@ -38,5 +44,6 @@ extern const Command swiftUICommand;
 extern const Command tokensCommand;
 extern const Command variationsCommand;
 extern const Command walkthroughCommand;
+extern const Command whoAmICommand;
 
 } // namespace tarnwick

@@ -30,6 +30,10 @@ constexpr std::array commands{
     &joinCommand,
     &loopCommand,
     &presetsCommand,
+    &signInCommand,
+    &signOutCommand,
+    &whoAmICommand,
+    &handleCommand,
     &saverCommand,
     &devicesCommand,
 };

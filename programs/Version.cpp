@@ -1,0 +1,18 @@
+#include "programs/Version.h"
+
+namespace tarnwick {
+
+std::string_view programVersion() {
+    return TARNWICK_VERSION;
+}
+
+std::string_view programBuild() {
+    return TARNWICK_BUILD;
+}
+
+std::string programName() {
+    return "Tarnwick " + std::string(programVersion()) + " (build " + std::string(programBuild()) +
+           ")";
+}
+
+} // namespace tarnwick
