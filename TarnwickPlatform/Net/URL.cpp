@@ -79,7 +79,14 @@ std::string escaped(std::string_view path) {
 
 } // namespace
 
+// An escaped escape in the host ("%2541") is decoded once each time that it is parsed, and what is
+// requested is parsed again.
 std::optional<URL> URL::parse(std::string_view text) {
+    const std::optional<URL> url = parseOnce(text);
+    return url && parseOnce(url->string()) == url ? url : std::nullopt;
+}
+
+std::optional<URL> URL::parseOnce(std::string_view text) {
     const Handle handle(curl_url(), &curl_url_cleanup);
     if (!set(handle, text))
         return std::nullopt;

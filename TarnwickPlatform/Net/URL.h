@@ -55,6 +55,7 @@ class URL {
 
   private:
     URL() = default;
+    static std::optional<URL> parseOnce(std::string_view text);
 
     std::string scheme_, host_, path_;
     std::optional<std::string> user_, password_, query_, fragment_;

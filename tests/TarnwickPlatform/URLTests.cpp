@@ -56,6 +56,8 @@ TEST(URL, isNotWhatOnlyLooksLikeOne) {
                                     "https://example.org:x/"s,
                                     "https://example.org\\.evil.org/"s,
                                     "https://ex%2Fample.org/"s,
+                                    "https://ex%2541mple.org/"s, // "%41", then "A" when requested
+                                    "https://1%2e1/"s,           // "1.1", then "1.0.0.1"
                                     "https://[::1%25eth0]/"s,
                                     "https://[::1/"s,
                                     "javascript:alert(1)"s,
