@@ -67,14 +67,17 @@ std::unique_ptr<SoundCheck> soundCheckOf(const EpisodeSound& sound, gpu::Device&
 }
 
 void checkHeard(const EpisodeSound& sound, gpu::Device& device) {
+    checkHeard(sound, *soundCheckOf(sound, device));
+}
+
+void checkHeard(const EpisodeSound& sound, SoundCheck& check) {
     ProgressBar bar("Second of sound");
-    const auto check = soundCheckOf(sound, device);
     for (double second = 0; second < sound.duration; ++second) {
         bar.show(static_cast<std::int64_t>(second), static_cast<std::int64_t>(sound.duration));
         const double left = (sound.duration - second) * ShaderAssembler::sampleRate;
         const auto count =
             static_cast<std::uint32_t>(std::min<double>(SoundCheck::mostSamples, left));
-        if (const auto time = check->firstNotFinite(sound.start + second, count, sound.values))
+        if (const auto time = check.firstNotFinite(sound.start + second, count, sound.values))
             refuseNotFinite(sound, *time);
     }
 }

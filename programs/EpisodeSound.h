@@ -29,6 +29,7 @@ EpisodeSound episodeSoundOf(const Arguments& arguments, std::string_view startOp
 
 // Ends the command where `sound` is NaN or infinite anywhere, which a movie's writer would hide.
 void checkHeard(const EpisodeSound& sound, gpu::Device& device);
+void checkHeard(const EpisodeSound& sound, SoundCheck& check);
 
 // What finds such times. Throws CommandError where the device cannot make it.
 std::unique_ptr<SoundCheck> soundCheckOf(const EpisodeSound& sound, gpu::Device& device);

@@ -1,7 +1,6 @@
 // tarnwick export: an episode as a movie.
 #include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/Numbers.h"
-#include "TarnwickRender/SoundTap.h"
 #include "programs/Command.h"
 #include "programs/EpisodeLoop.h"
 #include "programs/EpisodeProgram.h"
@@ -96,15 +95,6 @@ ExportSegment segmentOf(const Request& request, std::shared_ptr<const ShaderProg
             return request.keys->values(time, request.values);
         };
     return segment;
-}
-
-// Lets the picture react to the episode's own sound, heard or not.
-void letListen(ExportSegment& segment, SoundTap* tap) {
-    if (tap == nullptr)
-        return;
-    segment.inputsAt = [tap, valuesAt = segment.valuesAt, values = segment.values](double time) {
-        return tap->inputs(time, valuesAt ? valuesAt(time) : values);
-    };
 }
 
 Status export_(const Arguments& arguments) {

@@ -30,6 +30,14 @@ void exportInto(const std::filesystem::path& file, std::span<const ExportSegment
 
 } // namespace
 
+void letListen(ExportSegment& segment, SoundTap* tap) {
+    if (tap == nullptr)
+        return;
+    segment.inputsAt = [tap, valuesAt = segment.valuesAt, values = segment.values](double time) {
+        return tap->inputs(time, valuesAt ? valuesAt(time) : values);
+    };
+}
+
 void exportMovie(std::span<const ExportSegment> segments, const ExportPreset& preset,
                  gpu::Device& device, std::string_view out, std::string_view path,
                  ExportDetails details) {

@@ -1,6 +1,7 @@
 #include "programs/VariationsMovie.h"
 
 #include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSound.h"
 #include "programs/ExportOptions.h"
 #include "programs/MovieExport.h"
 
@@ -20,6 +21,17 @@ std::vector<MovieChapter> movieChaptersOf(const VideoChapters& list) {
     return chapters;
 }
 
+void checkAllHeard(const EpisodeVariations& variations, gpu::Device& device) {
+    EpisodeSound sound{
+        .path = variations.path, .episode = variations.episode, .duration = variations.duration};
+    const auto check = soundCheckOf(sound, device);
+    for (const Variation& variation : variations.series) {
+        sound.values = variation.values;
+        sound.start = variation.start;
+        checkHeard(sound, *check);
+    }
+}
+
 } // namespace
 
 VideoChapters exportVariations(const EpisodeVariations& variations, const Arguments& arguments,
@@ -30,14 +42,19 @@ VideoChapters exportVariations(const EpisodeVariations& variations, const Argume
     checkMovieLength(chapters.duration);
     const auto device = drawingDevice();
     const auto program = programOf(variations.path, variations.episode, *device, Status::misused);
+    if (sound)
+        checkAllHeard(variations, *device);
+    const auto tap = program->usesInputs() ? SoundTap::make(program, *device) : nullptr;
     std::vector<ExportSegment> segments;
-    for (const Variation& variation : variations.series)
+    for (const Variation& variation : variations.series) {
         segments.push_back({.program = program,
                             .values = variation.values,
                             .start = variation.start,
                             .duration = variations.duration,
                             .watermark = arguments.has("--watermark"),
                             .sound = sound});
+        letListen(segments.back(), tap.get());
+    }
     exportMovie(segments, preset, *device, out, variations.path,
                 {.chapters = movieChaptersOf(chapters)});
     return chapters;

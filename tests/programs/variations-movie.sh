@@ -37,7 +37,9 @@ expect 2 '^tarnwick: none/a.mp4 cannot be written: No such file' variations e.me
 "$TARNWICK" variations bad.metal $series $format -o a.mp4 2>err
 have $? = 2
 grep -q 'bad.metal does not compile' err || complain 'nothing about the mistake' variations
+(episode && echo 'float2 sound(float t, constant Params& p) { return sqrt(0.25 - t); }') >nan.metal
+expect 2 'nan.metal is not a finite number at' variations nan.metal $series $format -o a.mp4
 cmp -s a.mp4 before.mp4 || complain 'an older movie is changed' variations
-[ "$(ls)" = "$(printf '%s\n' a.json a.mp4 bad.metal before.mp4 e.metal err expected list met out)" ] ||
+[ "$(ls)" = "$(printf '%s\n' a.json a.mp4 bad.metal before.mp4 e.metal err expected list met nan.metal out)" ] ||
     complain "what remains: $(ls)" variations
 finish
