@@ -101,6 +101,8 @@ TEST(JoinMovies, saysWhichPartDoesNotFit) {
     EXPECT_EQ(whyJoiningFails({one}, one), one + " is one of the parts that are to be joined.");
     EXPECT_EQ(whyJoiningFails({one}, "/nonexistent/movie"),
               "/nonexistent/movie cannot be written: No such file or directory.");
+    EXPECT_EQ(whyJoiningFails({one}, "/dev/full"),
+              "/dev/full cannot be written: No space left on device.");
 }
 
 } // namespace
