@@ -10,7 +10,7 @@ namespace {
 
 Status whoAmI(const Arguments& arguments) {
     if (!arguments.operands().empty())
-        misuse("tarnwick whoami takes no words.");
+        misuse(quoted(arguments.operands().front()) + " is not wanted here.");
     const Service service(arguments);
     const Secret token = service.wantedToken();
     HeldSignals signals;

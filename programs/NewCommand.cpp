@@ -5,12 +5,10 @@
 #include "TarnwickCore/ShaderTemplate.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "programs/Command.h"
+#include "programs/NewFile.h"
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 #include <filesystem>
 
 namespace tarnwick {
@@ -40,26 +38,14 @@ fs::path placeFor(std::string_view title) {
     });
 }
 
-void writeNewFile(const fs::path& path, std::string_view text) {
-    std::FILE* const file = std::fopen(path.c_str(), "wbx"); // x: only where there is none
-    if (!file && errno == EEXIST)
-        misuse(path.string() + " is there already and stays as it is.");
-    const bool isWritten = file && std::fwrite(text.data(), 1, text.size(), file) == text.size();
-    if (file && std::fclose(file) == 0 && isWritten)
-        return;
-    const std::string why = std::strerror(errno);
-    if (file)
-        std::remove(path.c_str());
-    failure(path.string() + " cannot be written: " + why + ".");
-}
-
 Status makeNew(const Arguments& arguments) {
     const std::string_view title = titleOf(arguments);
     const std::string text = arguments.has("--inputs") ? ShaderTemplate::inputsShader(title)
                                                        : ShaderTemplate::newShader(title);
     const auto given = arguments.value("-o");
     const fs::path path = given ? fs::path(*given) : placeFor(title);
-    writeNewFile(path, text);
+    if (!writeNewFile(path, text))
+        misuse(path.string() + " is there already and stays as it is.");
     print(path.string() + "\n");
     return Status::done;
 }

@@ -39,16 +39,20 @@ APIClient clientOf(const URL& base) {
     return client;
 }
 
+// Made when it is asked for: not every command needs a home.
+TokenStore tokenStore() {
+    return TokenStore(TokenFiles(TokenFiles::usualFolder()));
+}
+
 } // namespace
 
 Service::Service(const Arguments& arguments)
-    : isGiven_(!givenServer(arguments).empty()), client_(clientOf(baseOf(givenServer(arguments)))),
-      tokens_(TokenFiles(TokenFiles::usualFolder())) {
+    : isGiven_(!givenServer(arguments).empty()), client_(clientOf(baseOf(givenServer(arguments)))) {
     hideProcessMemory();
 }
 
 std::optional<Secret> Service::token() const {
-    return tokens_.find(client_.base.string());
+    return tokenStore().find(client_.base.string());
 }
 
 Secret Service::wantedToken() const {
@@ -59,11 +63,11 @@ Secret Service::wantedToken() const {
 }
 
 std::string Service::keep(const Secret& token) const {
-    return tokens_.keep(client_.base.string(), token);
+    return tokenStore().keep(client_.base.string(), token);
 }
 
 void Service::forgetToken() const {
-    tokens_.forget(client_.base.string());
+    tokenStore().forget(client_.base.string());
 }
 
 } // namespace tarnwick

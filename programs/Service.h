@@ -31,7 +31,6 @@ class Service {
   private:
     bool isGiven_;
     APIClient client_;
-    TokenStore tokens_;
 };
 
 constexpr Option serverOption{"--server", "URL",

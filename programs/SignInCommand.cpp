@@ -22,7 +22,7 @@ std::string accountText(const Approved& account, const std::string& place) {
 
 Status signIn(const Arguments& arguments) {
     if (!arguments.operands().empty())
-        misuse("tarnwick sign-in takes no words.");
+        misuse(quoted(arguments.operands().front()) + " is not wanted here.");
     const Service service(arguments);
     HeldSignals signals;
     const LinkStart start = awaited(

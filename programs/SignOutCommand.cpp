@@ -35,7 +35,7 @@ std::string withdraw(const Secret& token, const APIClient& client, HeldSignals& 
 
 Status signOut(const Arguments& arguments) {
     if (!arguments.operands().empty())
-        misuse("tarnwick sign-out takes no words.");
+        misuse(quoted(arguments.operands().front()) + " is not wanted here.");
     const Service service(arguments);
     const auto token = tokenOrForget(service);
     if (!token) {

@@ -34,6 +34,8 @@ constexpr std::array commands{
     &signOutCommand,
     &whoAmICommand,
     &handleCommand,
+    &openCommand,
+    &releaseCommand,
     &saverCommand,
     &devicesCommand,
 };

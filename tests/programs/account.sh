@@ -5,7 +5,7 @@ serve
 kept=home/.local/state/tarnwick
 expect 1 'You are not signed in; tarnwick sign-in does that' whoami
 expect 0 'You are not signed in' sign-out
-expect 2 'sign-in takes no words' sign-in now
+expect 2 '"now" is not wanted here' sign-in now
 # A service that has too much to do is asked again.
 echo 503 nameless >service/polls
 expect 0 'You are signed in as ada@a.example. The sign-in is kept in .*/home/.local/state/tarnwick/' sign-in

@@ -1,7 +1,7 @@
 # Help goes to standard output with status 0; a wrong command line is one sentence and status 2.
 . "$PROMISES/promises.sh"
 expect 0 '^usage: tarnwick COMMAND' --help
-for command in new meta swiftui check assemble msl still sheet sound spectrum devices; do
+for command in new meta swiftui check assemble msl still sheet sound spectrum devices sign-in whoami release; do
     expect 0 "^usage: tarnwick $command" "$command" --help
     expect 0 "^  $command " help
 done

@@ -1,4 +1,3 @@
-#include "TarnwickPlatform/Digest/SHA256.h"
 #include "TarnwickPlatform/Secrets/ProcessSecrecy.h"
 #include "TarnwickPlatform/Secrets/TokenStore.h"
 
@@ -139,16 +138,6 @@ TEST(ProcessSecrecy, leavesNoCoreDump) {
     rlimit limit{1, 1};
     getrlimit(RLIMIT_CORE, &limit);
     EXPECT_EQ(limit.rlim_max, 0u);
-}
-
-TEST(SHA256, isTheStandardsOwn) {
-    SHA256 digest;
-    digest.add("a");
-    digest.add("bc"); // FIPS 180-2, B.1
-    EXPECT_EQ(digest.text(), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
-    EXPECT_TRUE(SHA256::isDigest(digest.text()));
-    EXPECT_FALSE(SHA256::isDigest(digest.text() + "0"));
-    EXPECT_FALSE(SHA256::isDigest(std::string(64, 'g')));
 }
 
 } // namespace tarnwick
