@@ -81,8 +81,12 @@ green() {
 }
 green a.mp4 0 64
 green keys.mp4 15 127
-# An export that is broken off leaves an older movie, and nothing else.
+# A file that cannot grow is what a full disk is.
 cp a.mp4 before.mp4
+(trap '' XFSZ && ulimit -f 16 && "$TARNWICK" export s.metal -o a.mp4 --duration 1 --size 320x180) 2>err
+have $? = 1
+grep -q '^tarnwick: Writing the video failed: File too large$' err || complain 'another sentence' export
+# An export that is broken off leaves an older movie, and nothing else.
 "$TARNWICK" export s.metal -o a.mp4 --duration 60 2>err &
 process=$!
 tries=0
