@@ -28,7 +28,7 @@ struct CodecRow {
 constexpr std::array codecRows{
     CodecRow{
         MovieCodec::h264, "libx264", AV_PIX_FMT_YUV420P,
-        "preset=medium:profile=high:x264-params=threads=6\\:lookahead-threads=1\\:ratetol=0.5"},
+        "preset=medium:profile=high:x264-params=threads=6\\:lookahead-threads=1\\:ratetol=0.1"},
     CodecRow{MovieCodec::hevc, "libx265", AV_PIX_FMT_YUV420P,
              "preset=medium:profile=main:x265-params=frame-threads=1\\:pools=16\\:log-level=none\\:"
              "info=0\\:"

@@ -207,11 +207,11 @@ void MovieFile::write(const SoundPacket& packet) {
 
 void MovieFile::finish(const std::vector<MovieChapter>& chapters) {
     catchLibavWords();
-    if (container->framesPerSecond > 0) {
-        setChapters(*container->context, chapters);
-        endChapters(*container->context, static_cast<double>(container->packets) /
-                                             static_cast<double>(container->framesPerSecond));
-    }
+    if (container->packets == 0)
+        throw MovieError("The movie has no pictures.");
+    setChapters(*container->context, chapters);
+    endChapters(*container->context, static_cast<double>(container->packets) /
+                                         static_cast<double>(container->framesPerSecond));
     throwingWhenNegative(av_write_trailer(container->context));
     avio_flush(container->context->pb);
     throwingWhenNegative(container->context->pb->error);

@@ -101,6 +101,19 @@ TEST(MovieWriter, stopsWhenItIsCancelled) {
     }
 }
 
+TEST(MovieWriter, failsWithoutPictures) {
+    const TemporaryFolder folder;
+    auto writer = MovieWriter::make(folder / "movie", MovieFileType::mpeg4);
+    ASSERT_NE(writer->add(smallVideo(MovieCodec::h264)), nullptr);
+    EXPECT_EQ(writer->add(smallVideo(MovieCodec::h264)), nullptr);
+    EXPECT_EQ(writer->errorText(), "The movie has such a track already.");
+    ASSERT_TRUE(writer->startWriting());
+    writer->startSession({0, 10});
+    writer->finishWriting();
+    EXPECT_EQ(writer->status(), MovieWriterStatus::failed);
+    EXPECT_EQ(writer->errorText(), "The movie has no pictures.");
+}
+
 TEST(MovieWriter, beginsPartsWhereStretchesDo) {
     const TemporaryFolder folder;
     auto writer = MovieWriter::make(folder / "movie", MovieFileType::mpeg4);
