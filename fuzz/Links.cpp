@@ -17,6 +17,8 @@ void readURL(std::string_view text) {
     law(URL::parse(url->string()) == url, "a URL reads as itself");
     law(URL::parse(url->plain().string()) == url->plain(), "its plain form does");
     law(url->path().starts_with('/'), "a path begins with a slash");
+    const URL longer = url->appending(text);
+    law(URL::parse(longer.string()) == longer && longer.isOfOrigin(*url), "a longer path is one");
     url->queryItem("src");
     url->decodedPath();
     if (const auto other = url->resolved(text))
