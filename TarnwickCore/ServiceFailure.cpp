@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t longestMessage = 300; // characters
 
-// What the service sends with a refusal.
+// What the service sends with a refusal. A NUL ends the words, as it would end what().
 struct Refusal {
     std::string error;
     bool needsHandle = false;
@@ -45,7 +45,7 @@ Refusal refusalOf(std::string_view body) {
     if (!(error.is_null() || error.is_string()) ||
         !(needsHandle.is_null() || needsHandle.is_boolean()))
         return {};
-    return {.error = cleaned(textOf(*document, "error").value_or("")),
+    return {.error = cleaned(textOf(*document, "error").value_or("").c_str()),
             .needsHandle = needsHandle.is_boolean() && needsHandle.get<bool>()};
 }
 

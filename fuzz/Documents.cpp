@@ -1,6 +1,8 @@
-// Documents in JSON: keyframe tracks, a saver's settings, MIDI bindings.
+// Documents in JSON: keyframe tracks, a saver's settings, MIDI bindings, a service's answers.
 #include "TarnwickCore/KeyframeTracks.h"
 #include "TarnwickCore/MIDIBinding.h"
+#include "TarnwickCore/ServiceFailure.h"
+#include "TarnwickCore/ServiceRecords.h"
 #include "fuzz/Input.h"
 #include "fuzz/Law.h"
 #include "saver/Settings.h"
@@ -34,6 +36,17 @@ void readBinding(std::string_view text) {
     }
 }
 
+void readAnswer(std::string_view text) {
+    if (const auto start = LinkStart::decode(text, dateAt(0)))
+        law(start->interval >= 1 && start->interval <= 60, "an interval is in its range");
+    Approved::decode(text);
+    Me::decode(text);
+    Shared::decode(text);
+    const ServiceFailure failure = ServiceFailure::of(500, text);
+    const std::string_view words = failure.what();
+    law(!words.empty() && words.find('\n') == std::string_view::npos, "a failure has one line");
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
@@ -41,5 +54,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     readTracks(text);
     readBinding(text);
     decodeSettings(text);
+    readAnswer(text);
     return 0;
 }

@@ -114,6 +114,7 @@ TEST(ServiceFailure, saysTheServicesOwnWordsOrOurs) {
               {Kind::server, "Tarnweb answered 409.", 409}},
              {429, "<html>", {Kind::tooMany, "Too many requests. Try again later."}},
              {500, R"({"error":"x"})", {Kind::server, "x", 500}},
+             {500, R"({"error":"\u0000x"})", {Kind::server, "Tarnweb answered 500.", 500}},
              {413,
               R"({"error":null,"needsHandle":null})",
               {Kind::server, "Tarnweb answered 413.", 413}}})
