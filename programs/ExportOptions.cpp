@@ -3,7 +3,6 @@
 #include "TarnwickBase/WholeFile.h"
 #include "TarnwickCore/Numbers.h"
 #include "programs/CommandError.h"
-#include "programs/EpisodePicture.h"
 #include "programs/EpisodeSound.h"
 
 #include <filesystem>
@@ -22,20 +21,6 @@ ExportPreset presetOf(const Arguments& arguments) {
     if (!preset)
         misuse(quoted(*given) + " is not a preset; tarnwick presets lists them.");
     return *preset;
-}
-
-// Chroma is shared by two pixels side by side and, in most codecs, one above the other.
-void readSize(ExportPreset& preset, const Arguments& arguments) {
-    const PixelSize size = pixelSizeOf(arguments, {.width = preset.width, .height = preset.height});
-    const auto fits = [](std::int64_t side) {
-        return side >= leastSide && side <= mostSide && side % 2 == 0;
-    };
-    if (!fits(size.width) || !fits(size.height))
-        misuse("--size wants even numbers from " + std::to_string(leastSide) + " to " +
-               std::to_string(mostSide) + " for a movie, not " +
-               quoted(arguments.value("--size").value_or("")) + ".");
-    preset.width = size.width;
-    preset.height = size.height;
 }
 
 void readBitrate(ExportPreset& preset, const Arguments& arguments) {
@@ -69,9 +54,24 @@ void checkMovieName(std::string_view out) {
     }
 }
 
+// Chroma is shared by two pixels side by side and, in most codecs, one above the other.
+PixelSize movieSizeOf(const Arguments& arguments, const ExportPreset& preset) {
+    const PixelSize size = pixelSizeOf(arguments, {.width = preset.width, .height = preset.height});
+    const auto fits = [](std::int64_t side) {
+        return side >= leastSide && side <= mostSide && side % 2 == 0;
+    };
+    if (!fits(size.width) || !fits(size.height))
+        misuse("--size wants even numbers from " + std::to_string(leastSide) + " to " +
+               std::to_string(mostSide) + " for a movie, not " +
+               quoted(arguments.value("--size").value_or("")) + ".");
+    return size;
+}
+
 ExportPreset exportPresetOf(const Arguments& arguments, std::string_view out) {
     ExportPreset preset = presetOf(arguments);
-    readSize(preset, arguments);
+    const PixelSize size = movieSizeOf(arguments, preset);
+    preset.width = size.width;
+    preset.height = size.height;
     readBitrate(preset, arguments);
     const std::string wanted = "." + std::string(preset.fileExtension());
     if (std::filesystem::path(out).extension() != wanted)

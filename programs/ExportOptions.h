@@ -3,6 +3,7 @@
 
 #include "TarnwickCore/ExportPreset.h"
 #include "programs/Arguments.h"
+#include "programs/EpisodePicture.h"
 
 #include <string_view>
 
@@ -18,6 +19,9 @@ void checkMovieName(std::string_view out);
 // there is not, a size or a bit rate that its codec cannot take, a name that ends like another
 // container's or at which no file can come to stand.
 ExportPreset exportPresetOf(const Arguments& arguments, std::string_view out);
+
+// What --size says, or the preset's own. Throws CommandError for a size that its codec cannot take.
+PixelSize movieSizeOf(const Arguments& arguments, const ExportPreset& preset);
 
 // Whether the movie is to have sound: what --sound or --no-sound says, else whether the episode
 // defines any. `path` is what to name it by. Throws CommandError.

@@ -34,6 +34,7 @@ constexpr std::array commands{
     &signOutCommand,
     &whoAmICommand,
     &handleCommand,
+    &shareCommand,
     &openCommand,
     &releaseCommand,
     &saverCommand,

@@ -40,31 +40,6 @@ ServedAnswer jsonAnswer(int status, const json& document) {
     return {status, {{"Content-Type", "application/json"}}, document.dump()};
 }
 
-// The parts of a form, by name, in their order; nothing where it is none of ours, byte for byte.
-std::vector<std::pair<std::string, std::string>> partsOf(const ServedRequest& request) {
-    constexpr std::string_view form = "multipart/form-data; boundary=";
-    const std::string* type = request.headers.find("Content-Type");
-    if (!type || !type->starts_with(form))
-        return {};
-    const std::string delimiter = "--" + type->substr(form.size());
-    std::vector<std::pair<std::string, std::string>> parts;
-    std::string_view rest = request.body;
-    while (rest.starts_with(delimiter + "\r\n")) {
-        rest.remove_prefix(delimiter.size() + 2);
-        const std::size_t end = rest.find("\r\n" + delimiter);
-        const std::string_view part = rest.substr(0, end);
-        const std::size_t data = part.find("\r\n\r\n");
-        constexpr std::string_view disposition = "Content-Disposition: form-data; name=\"";
-        if (end == rest.npos || data == part.npos || !part.starts_with(disposition))
-            return {};
-        const std::string_view name = part.substr(disposition.size());
-        parts.emplace_back(name.substr(0, name.find('"')), part.substr(data + 4));
-        rest.remove_prefix(end + 2);
-    }
-    return rest == delimiter + "--\r\n" ? parts
-                                        : std::vector<std::pair<std::string, std::string>>{};
-}
-
 class LocalService {
   public:
     explicit LocalService(fs::path folder) : folder_(std::move(folder)) {}
@@ -145,11 +120,11 @@ class LocalService {
 
     ServedAnswer sharedAnswer(const ServedRequest& request) const {
         std::string names;
-        for (const auto& [name, data] : partsOf(request)) {
-            names += name + " ";
-            std::ofstream(folder_ / "shared" / name, std::ios::binary) << data;
+        for (const ServedPart& part : request.parts) {
+            names += part.name + "=" + part.fileName + " ";
+            std::ofstream(folder_ / "shared" / part.name, std::ios::binary) << part.data;
         }
-        if (names != "meta source loop thumb ")
+        if (names != "meta= source=source.metal loop=loop.mp4 thumb=thumb.jpg ")
             return jsonAnswer(400, {{"error", "Not a form of meta, source, loop and thumb."}});
         return jsonAnswer(201, {{"id", "abc123"}, {"url", base_ + "/s/abc123"}});
     }

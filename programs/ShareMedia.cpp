@@ -1,0 +1,122 @@
+#include "programs/ShareMedia.h"
+
+#include "TarnwickCore/ExportPreset.h"
+#include "TarnwickPlatform/Pictures/JPEG.h"
+#include "TarnwickRender/SoundTap.h"
+#include "programs/CommandError.h"
+#include "programs/EpisodeLoop.h"
+#include "programs/MovieExport.h"
+#include "programs/ProgressBar.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+namespace tarnwick {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr double usualLength = 8, range = 2, crossfade = 1; // seconds
+constexpr std::size_t largestThumb = 1'000'000;             // bytes
+constexpr std::streamsize largestUpload = 25'000'000;       // bytes
+
+// Gone with all that is in it at the end of its life.
+class TemporaryFolder {
+  public:
+    TemporaryFolder() {
+        std::error_code error;
+        std::string pattern = (fs::temp_directory_path(error) / "tarnwick-XXXXXX").string();
+        if (error || mkdtemp(pattern.data()) == nullptr)
+            failure("No folder for temporary files can be made: " +
+                    std::string(error ? error.message() : std::strerror(errno)) + ".");
+        path_ = pattern;
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        fs::remove_all(path_, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const fs::path& path() const { return path_; }
+
+  private:
+    fs::path path_;
+};
+
+ExportPreset presetOf(const PixelSize& size) {
+    ExportPreset preset = ExportPreset::site;
+    preset.width = size.width;
+    preset.height = size.height;
+    return preset;
+}
+
+// Late enough for the crossfade to have something before it: a simulation stands still before 0.
+ExportSegment segmentOf(const SharedEpisode& episode, gpu::Device& device) {
+    ExportSegment segment{.program = episode.program,
+                          .start = std::max(crossfade, stillTime(episode.source) - usualLength / 2),
+                          .duration = usualLength,
+                          .loop = crossfade};
+    const LoopSearch search{.start = segment.start,
+                            .around = usualLength,
+                            .range = range,
+                            .fps = ExportPreset::site.fps};
+    if (!episode.program->needsRun())
+        segment.duration = findLoop(episode.program, device, {}, search, episode.path).length;
+    return segment;
+}
+
+} // namespace
+
+std::string sharedLoop(const SharedEpisode& episode, gpu::Device& device) {
+    ExportSegment segment = segmentOf(episode, device);
+    const auto tap =
+        episode.program->usesInputs() ? SoundTap::make(episode.program, device) : nullptr;
+    if (tap)
+        segment.inputsAt = [&](double time) { return tap->inputs(time, {}); };
+    const TemporaryFolder folder;
+    const fs::path file = folder.path() / "loop.mp4";
+    exportMovie({&segment, 1}, presetOf(episode.size), device, file.string(), episode.path);
+    return mediaFile(file.string());
+}
+
+std::string sharedThumb(const SharedEpisode& episode, gpu::Device& device) {
+    const double time = stillTime(episode.source);
+    const EpisodeFrame frame{
+        .path = episode.path, .size = episode.size, .time = time, .frame = savedFrame(time)};
+    Picture picture;
+    {
+        ProgressBar bar("Step");
+        StillNews news{
+            .warmed = [&](std::int64_t step, std::int64_t goal) { bar.show(step, goal); }};
+        picture = pictureOf(episode.program, frame, device, news);
+    }
+    std::string thumb;
+    for (int quality = 92; quality > 0; quality -= 15) {
+        thumb = jpegOf(picture, quality);
+        if (thumb.empty())
+            failure("The thumbnail cannot be made: there is not enough memory.");
+        if (thumb.size() <= largestThumb)
+            break;
+    }
+    return thumb;
+}
+
+std::string mediaFile(std::string_view path) {
+    std::error_code error;
+    if (!fs::is_regular_file(path, error))
+        misuse(std::string(path) + " is not a file that can be read.");
+    std::ifstream stream(std::string(path), std::ios::binary);
+    std::string bytes(static_cast<std::size_t>(largestUpload + 1), '\0');
+    stream.read(bytes.data(), largestUpload + 1);
+    if (!stream.is_open() || stream.bad())
+        misuse(std::string(path) + " cannot be read: " + std::strerror(errno) + ".");
+    bytes.resize(static_cast<std::size_t>(stream.gcount()));
+    return bytes;
+}
+
+} // namespace tarnwick

@@ -1,0 +1,16 @@
+# Links open where the program is installed: its entry is one that desktops take, and what it runs
+# is there.
+. "$PROMISES/promises.sh"
+command -v desktop-file-validate >out || exit 77
+"$CMAKE" --install "$BUILD" --prefix "$folder/installed" >out 2>err || complain 'not installed'
+entry=installed/share/applications/tarnwick.desktop
+desktop-file-validate $entry >out 2>err || complain 'no desktop entry'
+have ! -s out
+grep -q -x 'MimeType=x-scheme-handler/tarnwick;' $entry || complain 'no scheme'
+grep -q -x 'Exec=tarnwick open %u' $entry || complain 'another command'
+TARNWICK="$folder/installed/bin/tarnwick"
+have -x installed/bin/tarnwick-saver
+expect 2 'does not say which shader to open' open tarnwick://open
+episode >e.metal
+expect 0 '' check e.metal
+finish
