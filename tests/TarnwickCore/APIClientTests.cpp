@@ -1,5 +1,6 @@
 #include "TarnwickCore/APIClient.h"
 #include "tests/TarnwickCore/ServiceCalls.h"
+#include "tests/servers/CertificateAuthority.h"
 
 #include <gtest/gtest.h>
 
@@ -94,10 +95,19 @@ TEST(APIClient, sharesWithItsProgress) {
               infinite.problems().at(0));
 }
 
+TEST(APIClient, hearsOfARefusalBeforeTheUploadEnds) {
+    const HostileServer server(silentAfter("HTTP/1.1 413 x\r\nContent-Length: 23\r\n\r\n"
+                                           R"({"error":"That is big"})"));
+    ShareUpload large = upload();
+    large.loop.resize(20'000'000);
+    EXPECT_EQ(failureOf<ServiceFailure>(APIClient(server.url(), "Test/1").share(large, "t")),
+              ServiceFailure(Kind::server, "That is big", 413));
+}
+
 TEST(APIClient, callsAtOnceOnOneSession) {
     const Service service(200, R"({"email":"e"})");
     std::vector<std::future<Me>> calls;
-    for (int call = 0; call < 20; ++call)
+    for (int call = 0; call < 5; ++call)
         calls.push_back(service.client.me("t"));
     for (auto& call : calls)
         EXPECT_EQ(call.get().email, "e");
@@ -157,6 +167,20 @@ TEST(APIClient, endsWithTheTimeOrAStop) {
     EXPECT_EQ(call.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
     stop.request_stop();
     EXPECT_EQ(failureOf<ServiceFailure>(std::move(call)).kind(), Kind::network);
+}
+
+TEST(APIClient, speaksToServersWhoseCertificateIsTrusted) {
+    CertificateAuthority authority;
+    const ServerCertificate certificate = authority.issue("IP:127.0.0.1");
+    const LoopbackServer server([](const ServedRequest&) { return ServedAnswer{.body = "{}"}; },
+                                "127.0.0.1", &certificate);
+    const APIClient stranger(server.url("/"), "Test/1");
+    EXPECT_EQ(failureOf<ServiceFailure>(stranger.me("t")).kind(), Kind::network);
+    EXPECT_TRUE(server.requests().empty());
+    SessionConfiguration trusting = APIClient::sessionConfiguration("Test/1");
+    trusting.certificateFile = authority.file();
+    const APIClient client(server.url("/"), "Test/1", std::make_shared<URLSession>(trusting));
+    EXPECT_EQ(client.setHandle("asked", "t").get(), "asked");
 }
 
 TEST(APIClient, keepsTokensToTheService) {
