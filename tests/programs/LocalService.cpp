@@ -6,6 +6,7 @@
 //            "approved", "nameless" (approved, without a handle) or a status
 //   expires  what the start of a sign-in says of that; nothing without it
 //   refusal  the status and the body with which requests that bear a token are answered
+//   hang     where it is, an upload is never answered
 //   site/    files that it serves as they are
 //   log      a line for each request: milliseconds, method, target, whether it bore the token
 //   shared/  what was uploaded last, a file each part
@@ -119,6 +120,8 @@ class LocalService {
     }
 
     ServedAnswer sharedAnswer(const ServedRequest& request) const {
+        while (fs::exists(folder_ / "hang"))
+            sleep(1);
         std::string names;
         for (const ServedPart& part : request.parts) {
             names += part.name + "=" + part.fileName + " ";

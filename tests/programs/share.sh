@@ -50,4 +50,35 @@ expect 1 'Choose a handle first. tarnwick handle NAME does that' share e.metal -
 rm service/refusal service/shared/*
 expect 0 '/s/abc123$' share e.metal --title A --loop l.mp4 --thumb t.jpg
 { cmp l.mp4 service/shared/loop && cmp t.jpg service/shared/thumb; } >out || complain 'other files' share
+
+# cancelled PATTERN FILE WORD...: tarnwick share WORD... is ended once FILE is there, says so in one
+# sentence that matches PATTERN, and leaves nothing behind. Its command line and environment hold no
+# secret.
+cancelled() {
+    pattern=$1 sign=$2
+    shift 2
+    "$TARNWICK" share "$@" >out 2>err &
+    process=$!
+    tries=0
+    until ls $sign >found 2>&1 || [ $tries = 200 ]; do
+        sleep 0.05
+        tries=$((tries + 1))
+    done
+    cat /proc/$process/cmdline /proc/$process/environ >holds 2>found
+    kill -TERM $process # a shell keeps SIGINT from what runs beside it
+    wait $process
+    have $? = 1
+    grep -q -x "$pattern" err || complain 'not cancelled in a sentence' share "$@"
+    grep -q -e "$token" holds && complain 'a secret in the command line' share "$@"
+    leaksNothing share "$@"
+    [ -z "$(ls tmp)" ] || complain 'something is left' share "$@"
+}
+export TMPDIR="$folder/tmp"
+mkdir tmp
+cancelled 'tarnwick: Export cancelled.' 'tmp/*/*partial' e.metal --title A
+rm service/log
+touch service/hang
+(sleep 0.5 && until grep -q shaders service/log; do sleep 0.05; done && touch arrived) &
+cancelled 'tarnwick: It was cancelled.' arrived e.metal --title A --loop l.mp4 --thumb t.jpg
+rm service/hang
 finish
