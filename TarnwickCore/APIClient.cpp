@@ -19,14 +19,39 @@ void setBody(URLRequest& request, const json& body) {
     request.body = body.dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
+bool isSuccess(int status) {
+    return status >= 200 && status <= 299;
+}
+
+constexpr std::string_view bearer = "Bearer ";
+constexpr std::size_t shortestSecret = 8; // bytes; anything shorter stands in many a word
+
+// The secret that the request carries; empty when it carries none.
+std::string tokenOf(const URLRequest& request) {
+    const std::string* field = request.headers.find("Authorization");
+    return field && field->starts_with(bearer) ? field->substr(bearer.size()) : std::string();
+}
+
+// A refusal's words are shown, and a careless service may repeat what it was sent.
+void hide(const std::string& token, std::string& text) {
+    if (token.size() < shortestSecret)
+        return;
+    for (std::size_t at = 0; (at = text.find(token, at)) != std::string::npos; ++at)
+        text.replace(at, token.size(), "*");
+}
+
 // Blocks until the answer is in.
 Answer exchange(URLSession& session, URLRequest request,
                 const std::shared_ptr<TaskDelegate>& delegate, std::stop_token stop) {
     if (!isPrivate(request.url))
         throw Failure(Failure::Kind::network,
                       "Tarnweb is only talked to over https, and the address given is not https.");
+    const std::string token = tokenOf(request);
     try {
-        return session.data(std::move(request), delegate, std::move(stop)).get();
+        Answer answer = session.data(std::move(request), delegate, std::move(stop)).get();
+        if (!isSuccess(answer.response.status))
+            hide(token, answer.body);
+        return answer;
     } catch (const NetError& error) {
         if (error.kind() == NetError::Kind::notHTTP)
             throw Failure::badAnswer();
@@ -42,10 +67,6 @@ auto call(const APIClient& client, URLRequest request, std::stop_token stop, Rea
         const Answer answer = exchange(*session, std::move(request), nullptr, std::move(stop));
         return read(answer.response.status, answer.body);
     });
-}
-
-bool isSuccess(int status) {
-    return status >= 200 && status <= 299;
 }
 
 // The record of a success, or the failure that the answer is.
@@ -99,7 +120,7 @@ URLRequest APIClient::request(std::string method, std::string_view path) const {
 URLRequest APIClient::request(std::string method, std::string_view path,
                               const std::string& token) const {
     URLRequest signedIn = request(std::move(method), path);
-    signedIn.headers.set("Authorization", "Bearer " + token);
+    signedIn.headers.set("Authorization", std::string(bearer) + token);
     return signedIn;
 }
 

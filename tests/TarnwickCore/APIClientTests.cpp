@@ -196,6 +196,10 @@ TEST(APIClient, keepsTokensToTheService) {
                   ServiceFailure(Kind::network, "Tarnweb is only talked to over https, and the "
                                                 "address given is not https."));
     }
+    const Service careless(401, R"({"error":"secret-7 is not a token, secret-7"})");
+    EXPECT_EQ(failureOf<ServiceFailure>(careless.client.me("secret-7")),
+              ServiceFailure(Kind::signedOut, "* is not a token, *"));
+
     const auto closed = URL::parse("https://127.0.0.1:1/").value();
     for (const char* token : {"secret-7", "secret-7\r\nX: y"}) {
         const auto failure = failureOf<ServiceFailure>(APIClient(closed, "Test/1").me(token));
