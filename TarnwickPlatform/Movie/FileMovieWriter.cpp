@@ -6,220 +6,22 @@
 //
 // Whatever fails records its words and abandons the queues, at which every thread ends.
 
-#include "TarnwickPlatform/Movie/BoundedQueue.h"
-#include "TarnwickPlatform/Movie/ColorConversion.h"
+#include "TarnwickPlatform/Movie/FileAudioInput.h"
+#include "TarnwickPlatform/Movie/FileVideoInput.h"
 #include "TarnwickPlatform/Movie/MovieError.h"
 #include "TarnwickPlatform/Movie/MovieFile.h"
 #include "TarnwickPlatform/Movie/MovieWriter.h"
 #include "TarnwickPlatform/Movie/PacketOrder.h"
 #include "TarnwickPlatform/Movie/SettingsFault.h"
 #include "TarnwickPlatform/Movie/StretchEncoder.h"
-#include "TarnwickPlatform/Movie/SoundEncoder.h"
-#include "TarnwickPlatform/Movie/VideoEncoder.h"
+#include "TarnwickPlatform/Movie/WriterState.h"
 
-#include <algorithm>
-#include <atomic>
-#include <limits>
 #include <thread>
 #include <utility>
 
 namespace tarnwick {
 
 namespace {
-
-constexpr std::size_t queuedFrames = 3;
-constexpr std::size_t queuedPictures = 2;
-constexpr std::size_t queuedSampleRuns = 64;
-
-// What all threads of a writer look at.
-class WriterState {
-  public:
-    MovieWriterStatus status() const {
-        std::lock_guard lock(mutex);
-        return status_;
-    }
-
-    std::optional<std::string> errorText() const {
-        std::lock_guard lock(mutex);
-        return errorText_;
-    }
-
-    void say(std::string text) {
-        std::lock_guard lock(mutex);
-        errorText_ = std::move(text);
-    }
-
-    // The first failure stays. Nothing fails that has ended otherwise.
-    void fail(std::string text) {
-        std::lock_guard lock(mutex);
-        if (status_ != MovieWriterStatus::unknown && status_ != MovieWriterStatus::writing)
-            return;
-        status_ = MovieWriterStatus::failed;
-        errorText_ = std::move(text);
-    }
-
-    // Whether it was `from`, in which case it is `to` now.
-    bool change(MovieWriterStatus from, MovieWriterStatus to) {
-        std::lock_guard lock(mutex);
-        if (status_ != from)
-            return false;
-        status_ = to;
-        return true;
-    }
-
-  private:
-    mutable std::mutex mutex;
-    MovieWriterStatus status_ = MovieWriterStatus::unknown;
-    std::optional<std::string> errorText_;
-};
-
-struct QueuedFrame {
-    std::shared_ptr<const PixelBuffer> picture;
-    std::int64_t frame = 0;
-};
-
-class FileVideoInput : public VideoInput {
-  public:
-    FileVideoInput(const VideoSettings& settings, WriterState& state)
-        : settings(settings), state(state), frames(queuedFrames), pictures(queuedPictures) {}
-
-    std::string_view mediaType() const override { return "vide"; }
-    bool isReadyForMoreMediaData() const override {
-        return begun && frames.hasRoom() && state.status() == MovieWriterStatus::writing;
-    }
-    void markAsFinished() override { frames.finish(); }
-    PixelBufferPool* pixelBufferPool() override { return pool.get(); }
-    bool append(std::shared_ptr<const PixelBuffer> buffer, MediaTime time) override;
-
-    void makePool();
-    void begin(std::int64_t frame);
-    void abandon() {
-        frames.abandon();
-        pictures.abandon();
-    }
-
-    // The stages; each ends when there is no more to do, and throws MovieError.
-    void convertFrames();
-    void encodePictures(const VideoPacketSink& sink);
-
-    const VideoSettings settings;
-    std::unique_ptr<VideoEncoder> encoder;
-
-  private:
-    WriterState& state;
-    std::unique_ptr<PixelBufferPool> pool;
-    BoundedQueue<QueuedFrame> frames;
-    BoundedQueue<QueuedFrame> pictures;
-    std::atomic<bool> begun = false;
-    std::int64_t nextFrame = 0;
-};
-
-void FileVideoInput::makePool() {
-    // Pixels come back once they are converted; converted pictures, once the encoder lets go.
-    constexpr std::int64_t held = queuedFrames + 1;
-    constexpr std::int64_t heldByEncoder = queuedPictures + 20;
-    const bool converted = settings.source == VideoSettings::Source::converted;
-    pool = std::make_unique<PixelBufferPool>(
-        converted ? encoderFormat(settings.codec) : PixelFormat::bgra, settings.width,
-        settings.height, settings.framesInHand + held + (converted ? heldByEncoder : 0),
-        settings.allocate);
-}
-
-void FileVideoInput::begin(std::int64_t frame) {
-    nextFrame = frame;
-    begun = true;
-}
-
-bool FileVideoInput::append(std::shared_ptr<const PixelBuffer> buffer, MediaTime time) {
-    if (!isReadyForMoreMediaData())
-        return false;
-    const bool fits = buffer && buffer->width() == settings.width &&
-                      buffer->height() == settings.height &&
-                      (buffer->format() == PixelFormat::bgra ||
-                       buffer->format() == encoderFormat(settings.codec));
-    if (!fits)
-        return false;
-    if (time != MediaTime{nextFrame, static_cast<std::int32_t>(settings.framesPerSecond)}) {
-        state.fail("A picture was appended out of its order.");
-        return false;
-    }
-    if (!frames.tryPush({std::move(buffer), nextFrame}))
-        return false;
-    ++nextFrame;
-    return true;
-}
-
-void FileVideoInput::convertFrames() {
-    // Its size is bounded by the queue and by what the encoder holds.
-    PixelBufferPool converted(encoderFormat(settings.codec), settings.width, settings.height,
-                              std::numeric_limits<std::int64_t>::max());
-    while (std::optional<QueuedFrame> frame = frames.pop()) {
-        if (frame->picture->format() == PixelFormat::bgra) {
-            std::shared_ptr<PixelBuffer> picture = converted.take();
-            if (!picture)
-                throw MovieError("Cannot allocate memory");
-            convertColors(*frame->picture, *picture);
-            frame->picture = std::move(picture);
-        }
-        if (!pictures.push(std::move(*frame)))
-            return;
-    }
-    pictures.finish();
-}
-
-void FileVideoInput::encodePictures(const VideoPacketSink& sink) {
-    while (std::optional<QueuedFrame> picture = pictures.pop())
-        encoder->encode(std::move(picture->picture), picture->frame, sink);
-    if (state.status() == MovieWriterStatus::writing)
-        encoder->finish(sink);
-}
-
-class FileAudioInput : public AudioInput {
-  public:
-    FileAudioInput(const AudioSettings& settings, WriterState& state)
-        : settings(settings), state(state), runs(queuedSampleRuns) {}
-
-    std::string_view mediaType() const override { return "soun"; }
-    bool isReadyForMoreMediaData() const override {
-        return begun && runs.hasRoom() && state.status() == MovieWriterStatus::writing;
-    }
-    void markAsFinished() override { runs.finish(); }
-    bool append(std::span<const float> samples, MediaTime time) override;
-
-    void begin() { begun = true; }
-    void abandon() { runs.abandon(); }
-    void encodeSamples(const SoundPacketSink& sink);
-
-    const AudioSettings settings;
-    std::unique_ptr<SoundEncoder> encoder;
-
-  private:
-    WriterState& state;
-    BoundedQueue<std::vector<float>> runs;
-    std::atomic<bool> begun = false;
-    std::int64_t nextSample = 0;
-};
-
-bool FileAudioInput::append(std::span<const float> samples, MediaTime time) {
-    const auto channels = static_cast<std::size_t>(settings.channels);
-    if (!isReadyForMoreMediaData() || samples.size() % channels != 0)
-        return false;
-    if (time != MediaTime{nextSample, static_cast<std::int32_t>(settings.sampleRate)}) {
-        state.fail("Samples were appended out of their order.");
-        return false;
-    }
-    if (!runs.tryPush({samples.begin(), samples.end()}))
-        return false;
-    nextSample += static_cast<std::int64_t>(samples.size() / channels);
-    return true;
-}
-
-void FileAudioInput::encodeSamples(const SoundPacketSink& sink) {
-    while (std::optional<std::vector<float>> run = runs.pop())
-        encoder->encode(*run, sink);
-    if (state.status() == MovieWriterStatus::writing)
-        encoder->finish(sink);
-}
 
 class FileMovieWriter : public MovieWriter {
   public:

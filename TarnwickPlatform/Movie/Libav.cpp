@@ -48,4 +48,16 @@ int throwingWhenNegative(int result) {
     return result;
 }
 
+void takePackets(AVCodecContext& encoder, const std::function<void(const AVPacket&)>& take) {
+    const LibavOwner<AVPacket> packet(throwingWhenNull(av_packet_alloc()));
+    for (;;) {
+        const int received = avcodec_receive_packet(&encoder, packet.get());
+        if (received == AVERROR(EAGAIN) || received == AVERROR_EOF)
+            return;
+        throwingWhenNegative(received);
+        take(*packet);
+        av_packet_unref(packet.get());
+    }
+}
+
 } // namespace tarnwick

@@ -3,6 +3,7 @@
 
 #include "TarnwickPlatform/Movie/MovieError.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -37,5 +38,8 @@ template <typename Object> Object* throwingWhenNull(Object* object) {
     throwingWhenNegative(object ? 0 : AVERROR(ENOMEM));
     return object;
 }
+
+// Gives every packet that the encoder has ready. Throws MovieError.
+void takePackets(AVCodecContext& encoder, const std::function<void(const AVPacket&)>& take);
 
 } // namespace tarnwick

@@ -162,18 +162,12 @@ void LibavEncoder::finish(const VideoPacketSink& sink) {
 }
 
 void LibavEncoder::drain(const VideoPacketSink& sink) {
-    LibavOwner<AVPacket> packet(throwingWhenNull(av_packet_alloc()));
-    for (;;) {
-        const int received = avcodec_receive_packet(context.get(), packet.get());
-        if (received == AVERROR(EAGAIN) || received == AVERROR_EOF)
-            return;
-        throwingWhenNegative(received);
-        const auto* bytes = reinterpret_cast<const std::byte*>(packet->data);
-        sink({.bytes = {bytes, bytes + packet->size},
-              .frame = firstFrame + packet->pts,
-              .isKeyFrame = (packet->flags & AV_PKT_FLAG_KEY) != 0});
-        av_packet_unref(packet.get());
-    }
+    takePackets(*context, [&](const AVPacket& packet) {
+        const auto* bytes = reinterpret_cast<const std::byte*>(packet.data);
+        sink({.bytes = {bytes, bytes + packet.size},
+              .frame = firstFrame + packet.pts,
+              .isKeyFrame = (packet.flags & AV_PKT_FLAG_KEY) != 0});
+    });
 }
 
 std::vector<std::byte> LibavEncoder::configuration() const {

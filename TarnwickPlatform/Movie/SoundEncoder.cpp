@@ -73,18 +73,12 @@ void SoundEncoder::Session::send(std::span<const float> samples, const SoundPack
 }
 
 void SoundEncoder::Session::drain(const SoundPacketSink& sink) {
-    LibavOwner<AVPacket> packet(throwingWhenNull(av_packet_alloc()));
-    for (;;) {
-        const int received = avcodec_receive_packet(context.get(), packet.get());
-        if (received == AVERROR(EAGAIN) || received == AVERROR_EOF)
-            return;
-        throwingWhenNegative(received);
-        const auto* bytes = reinterpret_cast<const std::byte*>(packet->data);
-        sink({.bytes = {bytes, bytes + packet->size},
-              .sample = packet->pts,
-              .duration = packet->duration});
-        av_packet_unref(packet.get());
-    }
+    takePackets(*context, [&](const AVPacket& packet) {
+        const auto* bytes = reinterpret_cast<const std::byte*>(packet.data);
+        sink({.bytes = {bytes, bytes + packet.size},
+              .sample = packet.pts,
+              .duration = packet.duration});
+    });
 }
 
 SoundFormat SoundEncoder::format() const {

@@ -1,0 +1,54 @@
+// Private to this folder: what all threads of a writer look at.
+#pragma once
+
+#include "TarnwickPlatform/Movie/MovieWriter.h"
+
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace tarnwick {
+
+// Any thread may call.
+class WriterState {
+  public:
+    MovieWriterStatus status() const {
+        std::lock_guard lock(mutex);
+        return status_;
+    }
+
+    std::optional<std::string> errorText() const {
+        std::lock_guard lock(mutex);
+        return errorText_;
+    }
+
+    void say(std::string text) {
+        std::lock_guard lock(mutex);
+        errorText_ = std::move(text);
+    }
+
+    // The first failure stays. Nothing fails that has ended otherwise.
+    void fail(std::string text) {
+        std::lock_guard lock(mutex);
+        if (status_ != MovieWriterStatus::unknown && status_ != MovieWriterStatus::writing)
+            return;
+        status_ = MovieWriterStatus::failed;
+        errorText_ = std::move(text);
+    }
+
+    // Whether it was `from`, in which case it is `to` now.
+    bool change(MovieWriterStatus from, MovieWriterStatus to) {
+        std::lock_guard lock(mutex);
+        if (status_ != from)
+            return false;
+        status_ = to;
+        return true;
+    }
+
+  private:
+    mutable std::mutex mutex;
+    MovieWriterStatus status_ = MovieWriterStatus::unknown;
+    std::optional<std::string> errorText_;
+};
+
+} // namespace tarnwick
