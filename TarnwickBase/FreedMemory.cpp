@@ -11,4 +11,10 @@ void keepFreedMemory() {
 #endif
 }
 
+void giveFreedMemoryBack() {
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
+
 } // namespace tarnwick

@@ -9,4 +9,9 @@ namespace tarnwick {
 // to be called once, before the first thread is started.
 void keepFreedMemory();
 
+// Gives all of it back once, so that threads to come do not each take as much anew: freed memory
+// lies apart for each few threads. Takes milliseconds. For what lets go of much that threads of its
+// own had allocated; any thread.
+void giveFreedMemoryBack();
+
 } // namespace tarnwick

@@ -1,13 +1,15 @@
 #include "TarnwickPlatform/Movie/StretchEncoder.h"
 
+#include "TarnwickBase/FreedMemory.h"
 #include "TarnwickPlatform/Movie/MovieError.h"
 
 #include <utility>
 
 namespace tarnwick {
 
-StretchEncoder::StretchEncoder(const VideoSettings& settings)
-    : settings(settings), session(makeVideoEncoder(settings)) {}
+StretchEncoder::StretchEncoder(const VideoSettings& settings,
+                               std::chrono::duration<double> patience)
+    : settings(settings), patience(patience), session(makeVideoEncoder(settings)) {}
 
 StretchEncoder::~StretchEncoder() {
     stopped = true;
@@ -25,9 +27,23 @@ void StretchEncoder::drain(VideoEncoder& old) {
 
 void StretchEncoder::beginNext(const VideoPacketSink& sink) {
     awaitDrained(sink);
-    auto next = makeVideoEncoder(settings);
-    std::shared_ptr<VideoEncoder> old = std::exchange(session, std::move(next));
-    draining = std::async(std::launch::async, [this, old] { drain(*old); });
+    if (timeToFinish() <= patience) {
+        session->finish(sink);
+        session.reset(); // before the next one takes its memory
+        giveFreedMemoryBack();
+        session = makeVideoEncoder(settings);
+    } else {
+        auto next = makeVideoEncoder(settings);
+        std::shared_ptr<VideoEncoder> old = std::exchange(session, std::move(next));
+        draining = std::async(std::launch::async, [this, old] { drain(*old); });
+    }
+    taken = given = 0;
+    encodingTime = {};
+}
+
+// By how long this session's frames took so far, each.
+std::chrono::duration<double> StretchEncoder::timeToFinish() const {
+    return encodingTime / static_cast<double>(taken) * static_cast<double>(taken - given);
 }
 
 void StretchEncoder::giveDrained(const VideoPacketSink& sink) {
@@ -44,6 +60,7 @@ void StretchEncoder::awaitDrained(const VideoPacketSink& sink) {
     if (!draining.valid())
         return;
     draining.get();
+    giveFreedMemoryBack();
     giveDrained(sink);
     for (VideoPacket& packet : std::exchange(waiting, {}))
         sink(std::move(packet));
@@ -51,6 +68,7 @@ void StretchEncoder::awaitDrained(const VideoPacketSink& sink) {
 
 VideoPacketSink StretchEncoder::behindTheDrained(const VideoPacketSink& sink) {
     return [this, &sink](VideoPacket packet) {
+        ++given;
         if (draining.valid())
             waiting.push_back(std::move(packet));
         else
@@ -60,14 +78,16 @@ VideoPacketSink StretchEncoder::behindTheDrained(const VideoPacketSink& sink) {
 
 void StretchEncoder::encode(std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
                             const VideoPacketSink& sink) {
-    if (std::exchange(begun, true) && !isProRes(settings.codec) &&
-        frame % stretchLength(settings) == 0)
+    if (taken > 0 && !isProRes(settings.codec) && frame % stretchLength(settings) == 0)
         beginNext(sink);
     if (draining.valid())
         giveDrained(sink);
     if (draining.valid() && draining.wait_for(std::chrono::seconds(0)) == std::future_status::ready)
         awaitDrained(sink);
+    const auto begin = std::chrono::steady_clock::now();
     session->encode(std::move(picture), frame, behindTheDrained(sink));
+    encodingTime += std::chrono::steady_clock::now() - begin;
+    ++taken;
 }
 
 void StretchEncoder::finish(const VideoPacketSink& sink) {

@@ -11,11 +11,17 @@
 namespace tarnwick {
 
 // A session for each stretch. An encoder that looks ahead has some forty frames left to do when a
-// stretch ends, a minute's work for large ones: it does them while the next session takes its first
-// frames, so that the queue before it moves on. Packets come out in order all the same.
+// stretch ends, a minute's work for large ones: where that is to take longer than `patience`, it
+// does them while the next session takes its first frames, so that the queue before it moves on.
+// Otherwise it does them first, since two sessions take twice the memory. Packets are the same, in
+// their order.
 class StretchEncoder : public VideoEncoder {
   public:
-    explicit StretchEncoder(const VideoSettings& settings); // throws MovieError
+    static constexpr std::chrono::seconds usualPatience{10};
+
+    // Throws MovieError.
+    explicit StretchEncoder(const VideoSettings& settings,
+                            std::chrono::duration<double> patience = usualPatience);
     ~StretchEncoder() override; // waits for a frame that is being encoded at most
 
     void encode(std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
@@ -26,14 +32,18 @@ class StretchEncoder : public VideoEncoder {
 
   private:
     void beginNext(const VideoPacketSink& sink);
+    std::chrono::duration<double> timeToFinish() const;
     void drain(VideoEncoder& old);
     void giveDrained(const VideoPacketSink& sink);
     void awaitDrained(const VideoPacketSink& sink);
     VideoPacketSink behindTheDrained(const VideoPacketSink& sink);
 
     const VideoSettings settings;
+    const std::chrono::duration<double> patience;
     std::unique_ptr<VideoEncoder> session;
-    bool begun = false;
+    std::int64_t taken = 0;                        // frames, by this session
+    std::int64_t given = 0;                        // packets, by this session
+    std::chrono::duration<double> encodingTime{0}; // that this session took for them
     std::mutex mutex;
     std::vector<VideoPacket> drained; // by the old session, not given yet; under the mutex
     std::vector<VideoPacket> waiting; // the new session's, behind those

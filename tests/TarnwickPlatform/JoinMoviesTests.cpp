@@ -1,6 +1,8 @@
+#include "TarnwickPlatform/Movie/ColorConversion.h"
 #include "TarnwickPlatform/Movie/JoinMovies.h"
 #include "TarnwickPlatform/Movie/MovieError.h"
 #include "TarnwickPlatform/Movie/MoviePart.h"
+#include "TarnwickPlatform/Movie/StretchEncoder.h"
 #include "tests/TarnwickPlatform/SmallMovie.h"
 
 #include <gtest/gtest.h>
@@ -60,6 +62,28 @@ TEST_P(JoinedMovie, isTheMovieWrittenInOneGo) {
     }
     // Times, sound and chapters too.
     EXPECT_TRUE(contents(folder / "joined") == contents(folder / "whole"));
+}
+
+std::vector<std::vector<std::byte>> encoded(const VideoSettings& video,
+                                            std::chrono::duration<double> patience) {
+    std::vector<std::vector<std::byte>> packets;
+    const auto keep = [&](VideoPacket packet) { packets.push_back(std::move(packet.bytes)); };
+    StretchEncoder encoder(video, patience);
+    for (std::int64_t frame = 0; frame < 250; ++frame) {
+        auto picture =
+            PixelBufferPool(encoderFormat(video.codec), video.width, video.height, 1).take();
+        convertColors(*drawnPicture(video, frame), *picture);
+        encoder.encode(std::move(picture), frame, keep);
+    }
+    encoder.finish(keep);
+    return packets;
+}
+
+TEST(StretchEncoder, givesTheSamePacketsWhileStretchesOverlap) {
+    const VideoSettings video = smallVideo(MovieCodec::h264);
+    const auto overlapping = encoded(video, std::chrono::seconds(-1));
+    EXPECT_EQ(overlapping.size(), 250U);
+    EXPECT_TRUE(overlapping == encoded(video, StretchEncoder::usualPatience));
 }
 
 std::string whyJoiningFails(const std::vector<std::filesystem::path>& parts,
