@@ -1,5 +1,6 @@
 #include "programs/ShareMedia.h"
 
+#include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickCore/ExportPreset.h"
 #include "TarnwickPlatform/Pictures/JPEG.h"
 #include "TarnwickRender/SoundTap.h"
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -23,30 +23,6 @@ namespace fs = std::filesystem;
 constexpr double usualLength = 8, range = 2, crossfade = 1; // seconds
 constexpr std::size_t largestThumb = 1'000'000;             // bytes
 constexpr std::streamsize largestUpload = 25'000'000;       // bytes
-
-// Gone with all that is in it at the end of its life.
-class TemporaryFolder {
-  public:
-    TemporaryFolder() {
-        std::error_code error;
-        std::string pattern = (fs::temp_directory_path(error) / "tarnwick-XXXXXX").string();
-        if (error || mkdtemp(pattern.data()) == nullptr)
-            failure("No folder for temporary files can be made: " +
-                    std::string(error ? error.message() : std::strerror(errno)) + ".");
-        path_ = pattern;
-    }
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        fs::remove_all(path_, ignored);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const fs::path& path() const { return path_; }
-
-  private:
-    fs::path path_;
-};
 
 ExportPreset presetOf(const PixelSize& size) {
     ExportPreset preset = ExportPreset::site;

@@ -1,16 +1,14 @@
 #include "saver/Program.h"
 
+#include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickPlatform/Pictures/PNG.h"
-#include "saver/HostError.h"
 #include "saver/HostOptions.h"
 #include "saver/Offscreen.h"
 #include "saver/WindowHost.h"
 
-#include <cstdlib>
 #include <iomanip>
 #include <ostream>
 #include <string>
-#include <unistd.h>
 
 namespace tarnwick {
 namespace {
@@ -19,28 +17,6 @@ namespace fs = std::filesystem;
 
 constexpr PixelSize usualSize{1280, 720};
 constexpr PixelSize previewSize{320, 200};
-
-// A folder that goes with its owner.
-class TemporaryFolder {
-  public:
-    TemporaryFolder() {
-        std::string pattern = (fs::temp_directory_path() / "tarnwick-XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr)
-            throw HostError("No folder can be made in " + pattern + ".");
-        path_ = pattern;
-    }
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        fs::remove_all(path_, ignored);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const fs::path& path() const { return path_; }
-
-  private:
-    fs::path path_;
-};
 
 Bundle bundleBesideProgram() {
     std::error_code failure;

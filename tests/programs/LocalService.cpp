@@ -77,7 +77,8 @@ class LocalService {
 
     ServedAnswer linkAnswer() const {
         json start{{"device", "device-77"},
-                   {"code", "ABCD-\x1b[31m1234"}, // with an escape that no terminal should get
+                   // With what no terminal should get: an escape, and a mark that turns the line.
+                   {"code", "ABCD-\x1b[31m1234\u202e"},
                    {"url", base_ + "/link"},
                    {"interval", 1}};
         if (fs::exists(folder_ / "expires"))

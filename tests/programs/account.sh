@@ -10,7 +10,7 @@ expect 2 '"now" is not wanted here' sign-in now
 echo 503 nameless >service/polls
 expect 0 'You are signed in as ada@a.example. The sign-in is kept in .*/home/.local/state/tarnwick/' sign-in
 leaksNothing sign-in
-grep -q 'Your code is ABCD-?\[31m1234' out || complain 'no code' sign-in
+grep -q -x 'Your code is ABCD-?\[31m1234?' out || complain 'no code' sign-in
 grep -q "Confirm it on $TARNWICK_SERVER/link" out || complain 'no page' sign-in
 grep -q 'no handle yet; tarnwick handle NAME chooses one' out || complain 'no hint' sign-in
 awk '/poll/ { if (before && $1 - before < 990) exit 1; before = $1 } /link$/ { before = $1 }' service/log ||
