@@ -6,6 +6,7 @@
 #include "TarnwickRender/FeedbackFrames.h"
 #include "TarnwickRender/SoundTap.h"
 #include "TarnwickRender/SpectrumTexture.h"
+#include "tests/TarnwickRender/EpisodeFiles.h"
 #include "tests/TarnwickRender/Rendering.h"
 
 #include <algorithm>
@@ -78,18 +79,18 @@ double meanOf(const Picture& picture) {
 
 TEST_F(HearingEpisode, showsSoundAndNeverGrowsWhiteFromItsOwnFrames) {
     int heard = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(EPISODES)) {
-        const std::string text = fileText(entry.path()).value();
+    for (const auto& path : episodeFiles()) {
+        const std::string text = fileText(path).value();
         if (!ShaderAssembler::usesInputs(text))
             continue;
         ++heard;
         const auto episode = program(text);
         const Picture silent = played(episode, 1, 0), loud = played(episode, 1, 0.7f);
-        EXPECT_GT(std::abs(meanOf(loud) - meanOf(silent)), 0.5) << entry.path();
+        EXPECT_GT(std::abs(meanOf(loud) - meanOf(silent)), 0.5) << path;
         // What a frame takes from the one before settles.
         const double after = meanOf(played(episode, 30, 0.7f));
-        EXPECT_NEAR(meanOf(played(episode, 60, 0.7f)), after, 8) << entry.path();
-        EXPECT_LT(after, 200) << entry.path();
+        EXPECT_NEAR(meanOf(played(episode, 60, 0.7f)), after, 8) << path;
+        EXPECT_LT(after, 200) << path;
     }
     EXPECT_GE(heard, 2);
 }
@@ -113,8 +114,8 @@ TEST_F(HearingEpisode, drawsTheSoundThatItMakes) {
 
 TEST_F(Rendering, soundsOfEpisodesAreHeardAndNeverClipped) {
     int sounding = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(EPISODES)) {
-        const std::string text = fileText(entry.path()).value();
+    for (const auto& path : episodeFiles()) {
+        const std::string text = fileText(path).value();
         if (!ShaderAssembler::definesSound(text))
             continue;
         ++sounding;
@@ -127,9 +128,9 @@ TEST_F(Rendering, soundsOfEpisodesAreHeardAndNeverClipped) {
             peak = std::max(peak, std::abs(sample));
         }
         const double count = static_cast<double>(samples->size());
-        EXPECT_LT(peak, 0.9) << entry.path();
-        EXPECT_GT(std::sqrt(squares / count), 0.01) << entry.path();
-        EXPECT_LT(std::abs(sum / count), 0.01) << entry.path();
+        EXPECT_LT(peak, 0.9) << path;
+        EXPECT_GT(std::sqrt(squares / count), 0.01) << path;
+        EXPECT_LT(std::abs(sum / count), 0.01) << path;
     }
     EXPECT_GE(sounding, 3);
 }

@@ -2,6 +2,7 @@
 #include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/SwiftUIExport.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
+#include "tests/TarnwickRender/EpisodeFiles.h"
 #include "tests/TarnwickRender/Rendering.h"
 
 #include <algorithm>
@@ -42,8 +43,8 @@ struct SwiftUIEpisodes : tests::Rendering {};
 
 TEST_F(SwiftUIEpisodes, drawTheSamePicture) {
     std::vector<std::string> drawn;
-    for (const auto& entry : fs::directory_iterator(EPISODES)) {
-        const std::string source = fileText(entry.path()).value();
+    for (const auto& path : episodeFiles()) {
+        const std::string source = fileText(path).value();
         std::string effect;
         try {
             effect = asEpisode(source);
@@ -62,9 +63,9 @@ TEST_F(SwiftUIEpisodes, drawTheSamePicture) {
             sum += difference;
         }
         // A colour effect's half has 11 bits, so only what lies between two steps may fall apart.
-        EXPECT_LE(worst, 2) << entry.path();
-        EXPECT_LE(sum, static_cast<int>(met.bytes.size() / 50)) << entry.path();
-        drawn.push_back(entry.path().stem());
+        EXPECT_LE(worst, 2) << path;
+        EXPECT_LE(sum, static_cast<int>(met.bytes.size() / 50)) << path;
+        drawn.push_back(path.stem());
     }
     EXPECT_GE(drawn.size(), 4u);
 }
