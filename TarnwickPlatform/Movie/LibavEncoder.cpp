@@ -35,7 +35,7 @@ constexpr std::array codecRows{
              "open-gop=0"},
     CodecRow{MovieCodec::prores422HQ, "prores_aw", AV_PIX_FMT_YUV422P10, "profile=3"},
     CodecRow{MovieCodec::prores4444, "prores_ks", AV_PIX_FMT_YUVA444P10,
-             "profile=4444:alpha_bits=16"},
+             "profile=4444:alpha_bits=16:quant_mat=default"},
 };
 
 // With AVX-512, x264 164 reads memory that it never wrote where it follows macroblocks through time
