@@ -63,7 +63,7 @@ class Samples {
 bool keepPace(std::int64_t index, std::int64_t fps, const ExportState& state) {
     constexpr std::int64_t secondsAhead = 10;
     while (!state.hasFailed() && index > state.pictures() + secondsAhead * fps)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        std::this_thread::sleep_for(std::chrono::milliseconds(10)); // most of a long film's time
     return !state.hasFailed();
 }
 
