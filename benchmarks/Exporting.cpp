@@ -112,7 +112,7 @@ std::vector<ExportCase> exportCases(const std::filesystem::path& shaders,
     std::vector<ExportCase> cases;
     for (const Row& row : {Row{"light", shaders / "gradient.metal", 180, 120},
                            Row{"medium", episodes / "rose-window.metal", 120, 90},
-                           Row{"heavy", episodes / "moon-lotus.metal", 96, 45}}) {
+                           Row{"heavy", episodes / "moon-lotus.metal", 96, 90}}) {
         const std::string name = std::string("export ") + row.name;
         cases.push_back({name + " 1280x720", row.episode, ExportPreset::site, row.small});
         cases.push_back({name + " 1920x1080", row.episode, ExportPreset::web, row.large});
