@@ -1,7 +1,7 @@
 #include "benchmarks/ExportMemory.h"
 
+#include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickRender/VideoExporter.h"
-#include "benchmarks/ScratchFolder.h"
 
 #include <sys/resource.h>
 
@@ -24,7 +24,7 @@ float2 sound(float t, constant Params& p) {
 )";
 
 void exportFrames(gpu::Device& device, std::int64_t frames) {
-    const ScratchFolder folder;
+    const TemporaryFolder folder;
     const auto program = ShaderProgram::compile(episode, device, ShaderProgram::pixelFormat);
     const double duration = static_cast<double>(frames) / static_cast<double>(preset.fps);
     VideoExporter::export_(program, device, ExportPlan(preset, 0, duration), {}, true,

@@ -1,11 +1,11 @@
 #include "benchmarks/Exporting.h"
 
+#include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickPlatform/Movie/MovieError.h"
 #include "TarnwickRender/FilmFrames.h"
 #include "TarnwickRender/PixelBufferTextures.h"
 #include "TarnwickRender/VideoExporter.h"
 #include "benchmarks/Case.h"
-#include "benchmarks/ScratchFolder.h"
 
 #include <thread>
 
@@ -32,7 +32,7 @@ class Film {
     ExportTimeline timeline_;
     std::unique_ptr<PixelBufferTextures> textures_;
     std::vector<std::shared_ptr<PixelBuffer>> pictures_; // all frames of the film
-    ScratchFolder folder_;
+    TemporaryFolder folder_;
 };
 
 Film::Film(gpu::Device& device, const ExportCase& one)

@@ -1,3 +1,4 @@
+#include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickCore/FileWatcher.h"
 #include "tests/Waiting.h"
 
@@ -22,13 +23,6 @@ constexpr double interval = 0.004; // seconds
 // A folder with a file "a", a queue, and a watcher of the file that counts its calls.
 class FileWatcherTest : public testing::Test {
   protected:
-    FileWatcherTest() : folder_(testing::TempDir() + "tarnwick-XXXXXX") {
-        if (::mkdtemp(folder_.data()) == nullptr)
-            std::abort();
-        file_ = fs::path(folder_) / "a";
-    }
-    ~FileWatcherTest() override { fs::remove_all(folder_); }
-
     // With the modification time at `nanoseconds` of one and the same second.
     static void write(const fs::path& file, const std::string& text, long nanoseconds) {
         std::ofstream(file) << text;
@@ -51,8 +45,9 @@ class FileWatcherTest : public testing::Test {
         return calls_ - before;
     }
 
-    std::string folder_;
-    fs::path file_;
+    const TemporaryFolder temporary_;
+    const std::string folder_ = temporary_.path();
+    fs::path file_ = temporary_.path() / "a";
     std::atomic<int> calls_ = 0;
     DispatchQueue queue_;
 };

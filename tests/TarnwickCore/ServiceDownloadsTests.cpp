@@ -1,3 +1,4 @@
+#include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickCore/APIClient.h"
 #include "TarnwickCore/ReleaseDownload.h"
 #include "TarnwickCore/ShaderDownload.h"
@@ -77,8 +78,6 @@ TEST(ShaderDownload, followsRedirectsWithinTheOriginAlone) {
 
 class ReleaseDownloadTest : public testing::Test {
   protected:
-    ~ReleaseDownloadTest() override { fs::remove_all(folder_); }
-
     ReleaseDownload::Problem::Kind problem(const LatestRelease& release) {
         const auto thrown = failureOf<ReleaseDownload::Problem>(
             ReleaseDownload::file(release, folder_ / "release", session_, "Test/1"));
@@ -87,10 +86,8 @@ class ReleaseDownloadTest : public testing::Test {
         return thrown.kind();
     }
 
-    const fs::path folder_ = [] {
-        std::string name = fs::temp_directory_path() / "tarnwick-release-XXXXXX";
-        return fs::path(mkdtemp(name.data()));
-    }();
+    const TemporaryFolder temporary_;
+    const fs::path folder_ = temporary_.path();
     const std::shared_ptr<URLSession> session_ = APIClient::makeSession("Test/1");
 };
 

@@ -42,17 +42,17 @@ TEST_P(JoinedMovie, isTheMovieWrittenInOneGo) {
     const VideoSettings video = smallVideo(GetParam());
     const std::vector<float> sound = tone(25 * 4800);
     const std::vector<MovieChapter> chapters{{0, "First"}, {7.5, "Second"}};
-    writeMovie(folder / "whole",
+    writeMovie(folder.path() / "whole",
                {.video = video, .frames = 250, .samples = sound, .chapters = chapters});
-    writeMovie(folder / "1",
+    writeMovie(folder.path() / "1",
                {.video = video, .frames = 100, .samples = sound, .chapters = chapters});
-    writeMovie(folder / "2", {.video = video, .firstFrame = 100, .frames = 100});
-    writeMovie(folder / "3", {.video = video, .firstFrame = 200, .frames = 50});
-    const std::vector parts{folder / "1", folder / "2", folder / "3"};
-    joinMovies(parts, folder / "joined", fileTypeFor(video.codec));
+    writeMovie(folder.path() / "2", {.video = video, .firstFrame = 100, .frames = 100});
+    writeMovie(folder.path() / "3", {.video = video, .firstFrame = 200, .frames = 50});
+    const std::vector parts{folder.path() / "1", folder.path() / "2", folder.path() / "3"};
+    joinMovies(parts, folder.path() / "joined", fileTypeFor(video.codec));
 
-    const std::vector<VideoPacket> whole = pictures(folder / "whole");
-    const std::vector<VideoPacket> joined = pictures(folder / "joined");
+    const std::vector<VideoPacket> whole = pictures(folder.path() / "whole");
+    const std::vector<VideoPacket> joined = pictures(folder.path() / "joined");
     ASSERT_EQ(whole.size(), 250U);
     ASSERT_EQ(joined.size(), 250U);
     for (std::size_t i = 0; i < whole.size(); ++i) {
@@ -61,7 +61,7 @@ TEST_P(JoinedMovie, isTheMovieWrittenInOneGo) {
         EXPECT_EQ(joined[i].isKeyFrame, whole[i].isKeyFrame);
     }
     // Times, sound and chapters too.
-    EXPECT_TRUE(contents(folder / "joined") == contents(folder / "whole"));
+    EXPECT_TRUE(contents(folder.path() / "joined") == contents(folder.path() / "whole"));
 }
 
 std::vector<std::vector<std::byte>> encoded(const VideoSettings& video,
@@ -101,27 +101,29 @@ TEST(JoinMovies, saysWhichPartDoesNotFit) {
     const VideoSettings video = smallVideo(MovieCodec::h264);
     VideoSettings wider = video;
     wider.width = 80;
-    writeMovie(folder / "1", {.video = video, .frames = 100});
-    writeMovie(folder / "2", {.video = video, .firstFrame = 100, .frames = 5});
-    writeMovie(folder / "3", {.video = video, .firstFrame = 200, .frames = 5});
-    writeMovie(folder / "wide", {.video = wider, .firstFrame = 100, .frames = 5});
-    std::ofstream(folder / "text") << "no movie";
-    const auto one = (folder / "1").string();
+    writeMovie(folder.path() / "1", {.video = video, .frames = 100});
+    writeMovie(folder.path() / "2", {.video = video, .firstFrame = 100, .frames = 5});
+    writeMovie(folder.path() / "3", {.video = video, .firstFrame = 200, .frames = 5});
+    writeMovie(folder.path() / "wide", {.video = wider, .firstFrame = 100, .frames = 5});
+    std::ofstream(folder.path() / "text") << "no movie";
+    const auto one = (folder.path() / "1").string();
     const auto why = [&](const char* first, const char* second) {
-        return whyJoiningFails({folder / first, folder / second}, folder / "joined");
+        return whyJoiningFails({folder.path() / first, folder.path() / second},
+                               folder.path() / "joined");
     };
     EXPECT_EQ(why("1", "3"),
-              (folder / "3").string() +
+              (folder.path() / "3").string() +
                   " begins at frame 200, not at frame 100, where the part before it ends.");
-    EXPECT_EQ(why("2", "3"), (folder / "2").string() + " begins at frame 100, not at frame 0.");
+    EXPECT_EQ(why("2", "3"),
+              (folder.path() / "2").string() + " begins at frame 100, not at frame 0.");
     EXPECT_EQ(why("1", "wide"),
-              (folder / "wide").string() + " differs from " + one + " in its size.");
+              (folder.path() / "wide").string() + " differs from " + one + " in its size.");
     EXPECT_EQ(why("1", "text"),
-              (folder / "text").string() +
+              (folder.path() / "text").string() +
                   " cannot be read as a movie: Invalid data found when processing input.");
-    EXPECT_EQ(why("1", "none"), (folder / "none").string() +
+    EXPECT_EQ(why("1", "none"), (folder.path() / "none").string() +
                                     " cannot be read as a movie: No such file or directory.");
-    EXPECT_FALSE(std::filesystem::exists(folder / "joined"));
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "joined"));
     EXPECT_EQ(whyJoiningFails({one}, one), one + " is one of the parts that are to be joined.");
     EXPECT_EQ(whyJoiningFails({one}, "/nonexistent/movie"),
               "/nonexistent/movie cannot be written: No such file or directory.");

@@ -54,8 +54,8 @@ INSTANTIATE_TEST_SUITE_P(All, MovieTrack,
 TEST_P(MovieTrack, showsEachPictureAtItsTime) {
     const TemporaryFolder folder;
     const VideoSettings video = smallVideo(GetParam().codec);
-    writeMovie(folder / "movie", {.video = video, .frames = 45});
-    const std::vector<DecodedPicture> decoded = decodedPictures(folder / "movie");
+    writeMovie(folder.path() / "movie", {.video = video, .frames = 45});
+    const std::vector<DecodedPicture> decoded = decodedPictures(folder.path() / "movie");
     ASSERT_EQ(decoded.size(), 45U);
     const auto given = PixelBufferPool(encoderFormat(video.codec), 64, 48, 1).take();
     for (std::size_t i = 0; i < decoded.size(); ++i) {
@@ -72,8 +72,8 @@ TEST_P(MovieTrack, showsEachPictureAtItsTime) {
 
 TEST_P(MovieTrack, saysItsColoursInFrontOfItsData) {
     const TemporaryFolder folder;
-    writeMovie(folder / "movie", {.video = smallVideo(GetParam().codec), .frames = 25});
-    const std::string bytes = contents(folder / "movie");
+    writeMovie(folder.path() / "movie", {.video = smallVideo(GetParam().codec), .frames = 25});
+    const std::string bytes = contents(folder.path() / "movie");
     EXPECT_LT(bytes.find("moov"), bytes.find("mdat"));
     // Primaries, transfer function and matrix 1 (ISO/IEC 23091-2); MPEG-4 also says "no full
     // range".
@@ -86,8 +86,8 @@ TEST_P(MovieTrack, saysItsColoursInFrontOfItsData) {
 TEST(MovieTracks, keepAlphaAsItWas) {
     const TemporaryFolder folder;
     const VideoSettings video = smallVideo(MovieCodec::prores4444);
-    writeMovie(folder / "movie", {.video = video, .frames = 2, .content = Content::noise});
-    const std::vector<int> decoded = decodedPictures(folder / "movie").at(1).planes.at(3);
+    writeMovie(folder.path() / "movie", {.video = video, .frames = 2, .content = Content::noise});
+    const std::vector<int> decoded = decodedPictures(folder.path() / "movie").at(1).planes.at(3);
     const auto drawn = drawnPicture(video, 1, Content::noise);
     for (std::int64_t y = 0; y < video.height; ++y)
         for (std::int64_t x = 0; x < video.width; ++x) {
@@ -110,8 +110,9 @@ TEST_P(RatedTrack, keepsToItsBitRateAndKeyFrames) {
     video.maxKeyFrameInterval = 120;
     video.averageBitRate = 300'000;
     constexpr std::int64_t frames = 600;
-    writeMovie(folder / "movie", {.video = video, .frames = frames, .content = Content::noise});
-    MoviePart movie(folder / "movie", MoviePart::Track::video);
+    writeMovie(folder.path() / "movie",
+               {.video = video, .frames = frames, .content = Content::noise});
+    MoviePart movie(folder.path() / "movie", MoviePart::Track::video);
     double bits = 0;
     std::int64_t sinceKeyFrame = video.maxKeyFrameInterval;
     while (const std::optional<VideoPacket> packet = movie.nextPicture()) {
@@ -143,13 +144,13 @@ TEST(MovieTracks, soundBeginsAtItsFirstSample) {
         std::vector<float> samples(2 * 30'000);
         samples[2 * click] = samples[2 * click + 1] = 0.9F;
         for (const SoundOrder order : {SoundOrder::beforePictures, SoundOrder::afterPictures}) {
-            writeMovie(folder / "movie", {.video = smallVideo(MovieCodec::h264),
-                                          .frames = 6,
-                                          .samples = samples,
-                                          .order = order});
-            const std::vector<float> decoded = decodedSound(folder / "movie");
+            writeMovie(folder.path() / "movie", {.video = smallVideo(MovieCodec::h264),
+                                                 .frames = 6,
+                                                 .samples = samples,
+                                                 .order = order});
+            const std::vector<float> decoded = decodedSound(folder.path() / "movie");
             EXPECT_GE(decoded.size(), 30'000U); // decoders give the last packet's filling, too
-            EXPECT_EQ(heardSamples(folder / "movie"), 30'000);
+            EXPECT_EQ(heardSamples(folder.path() / "movie"), 30'000);
             EXPECT_EQ(loudest(decoded).first, click);
             EXPECT_GT(loudest(decoded).second, 0.3F);
         }

@@ -44,7 +44,7 @@ TEST(MovieWriter, saysThatTheDiskIsFull) {
 
 TEST(MovieWriter, isReadyWhileItsQueueHasRoomAndMoreMayCome) {
     const TemporaryFolder folder;
-    auto writer = MovieWriter::make(folder / "movie", MovieFileType::mpeg4);
+    auto writer = MovieWriter::make(folder.path() / "movie", MovieFileType::mpeg4);
     const VideoSettings settings = smallVideo(MovieCodec::h264);
     VideoInput* video = writer->add(settings);
     EXPECT_EQ(video->pixelBufferPool(), nullptr);
@@ -72,16 +72,16 @@ TEST(MovieWriter, isReadyWhileItsQueueHasRoomAndMoreMayCome) {
 TEST(MovieWriter, takesPicturesThatWereConvertedElsewhere) {
     const TemporaryFolder folder;
     VideoSettings settings = smallVideo(MovieCodec::h264);
-    writeMovie(folder / "pixels", {.video = settings, .frames = 40});
+    writeMovie(folder.path() / "pixels", {.video = settings, .frames = 40});
     settings.source = VideoSettings::Source::converted;
-    writeMovie(folder / "converted", {.video = settings, .frames = 40});
-    EXPECT_TRUE(contents(folder / "pixels") == contents(folder / "converted"));
+    writeMovie(folder.path() / "converted", {.video = settings, .frames = 40});
+    EXPECT_TRUE(contents(folder.path() / "pixels") == contents(folder.path() / "converted"));
 }
 
 TEST(MovieWriter, stopsWhenItIsCancelled) {
     const TemporaryFolder folder;
     for (const bool destroyed : {false, true}) {
-        auto writer = MovieWriter::make(folder / "movie", MovieFileType::mpeg4);
+        auto writer = MovieWriter::make(folder.path() / "movie", MovieFileType::mpeg4);
         const VideoSettings settings = smallVideo(MovieCodec::hevc);
         VideoInput* video = writer->add(settings);
         ASSERT_TRUE(writer->startWriting());
@@ -97,13 +97,13 @@ TEST(MovieWriter, stopsWhenItIsCancelled) {
         EXPECT_FALSE(video->isReadyForMoreMediaData());
         writer->finishWriting();
         EXPECT_EQ(writer->status(), MovieWriterStatus::cancelled);
-        EXPECT_EQ(contents(folder / "movie").find("moov"), std::string::npos);
+        EXPECT_EQ(contents(folder.path() / "movie").find("moov"), std::string::npos);
     }
 }
 
 TEST(MovieWriter, failsWithoutPictures) {
     const TemporaryFolder folder;
-    auto writer = MovieWriter::make(folder / "movie", MovieFileType::mpeg4);
+    auto writer = MovieWriter::make(folder.path() / "movie", MovieFileType::mpeg4);
     ASSERT_NE(writer->add(smallVideo(MovieCodec::h264)), nullptr);
     EXPECT_EQ(writer->add(smallVideo(MovieCodec::h264)), nullptr);
     EXPECT_EQ(writer->errorText(), "The movie has such a track already.");
@@ -116,7 +116,7 @@ TEST(MovieWriter, failsWithoutPictures) {
 
 TEST(MovieWriter, beginsPartsWhereStretchesDo) {
     const TemporaryFolder folder;
-    auto writer = MovieWriter::make(folder / "movie", MovieFileType::mpeg4);
+    auto writer = MovieWriter::make(folder.path() / "movie", MovieFileType::mpeg4);
     ASSERT_NE(writer->add(smallVideo(MovieCodec::h264)), nullptr);
     ASSERT_TRUE(writer->startWriting());
     writer->startSession({50, 10});

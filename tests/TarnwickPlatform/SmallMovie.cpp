@@ -15,15 +15,6 @@
 
 namespace tarnwick {
 
-TemporaryFolder::TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "tarnwick-movie-XXXXXX").string();
-    path = mkdtemp(name.data());
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::filesystem::remove_all(path);
-}
-
 VideoSettings smallVideo(MovieCodec codec) {
     return {.codec = codec,
             .width = 64,

@@ -1,6 +1,7 @@
 // What the tests of movies write and read: small pictures that move, and clicks.
 #pragma once
 
+#include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickPlatform/Movie/MovieWriter.h"
 
 #include <filesystem>
@@ -8,20 +9,6 @@
 #include <vector>
 
 namespace tarnwick {
-
-// A folder that goes with its contents.
-class TemporaryFolder {
-  public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    std::filesystem::path operator/(const char* name) const { return path / name; }
-
-  private:
-    std::filesystem::path path;
-};
 
 // 64 x 48 pixels, ten frames a second, stretches of 100 frames.
 VideoSettings smallVideo(MovieCodec codec);

@@ -23,7 +23,7 @@ class Film : public Rendering {
     std::vector<DecodedPicture> decoded(const std::shared_ptr<const ShaderProgram>& program,
                                         const ExportPlan& plan) {
         const TemporaryFolder folder;
-        const auto file = folder / "film.mov";
+        const auto file = folder.path() / "film.mov";
         VideoExporter::export_(program, *device, plan, {}, false, file,
                                [](std::int64_t, std::int64_t) { return true; });
         return decodedPictures(file);

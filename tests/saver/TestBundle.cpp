@@ -1,6 +1,5 @@
 #include "tests/saver/TestBundle.h"
 
-#include <cstdlib>
 #include <fstream>
 
 namespace tarnwick {
@@ -8,8 +7,6 @@ namespace tarnwick {
 namespace fs = std::filesystem;
 
 TestBundle::TestBundle(std::string_view shader, std::string_view settings) {
-    std::string pattern = (fs::temp_directory_path() / "saver-test-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
     fs::create_directory(folder_ / "Shader");
     const auto write = [&](const char* name, std::string_view text) {
         if (!text.empty())
@@ -17,10 +14,6 @@ TestBundle::TestBundle(std::string_view shader, std::string_view settings) {
     };
     write("shader.metal", shader);
     write("saver.json", settings);
-}
-
-TestBundle::~TestBundle() {
-    fs::remove_all(folder_);
 }
 
 } // namespace tarnwick

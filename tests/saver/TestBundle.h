@@ -1,6 +1,7 @@
 // Bundles for tests, in a folder that goes with them.
 #pragma once
 
+#include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickPlatform/Bundle/Bundle.h"
 
 #include <filesystem>
@@ -13,15 +14,13 @@ class TestBundle {
   public:
     // Each file is there unless its text is empty.
     explicit TestBundle(std::string_view shader, std::string_view settings = "");
-    ~TestBundle();
-    TestBundle(const TestBundle&) = delete;
-    TestBundle& operator=(const TestBundle&) = delete;
 
     Bundle bundle() const { return Bundle(folder_); }
     std::string folder() const { return folder_.string(); }
 
   private:
-    std::filesystem::path folder_;
+    TemporaryFolder temporary_;
+    std::filesystem::path folder_ = temporary_.path();
 };
 
 } // namespace tarnwick

@@ -19,9 +19,7 @@ void run(const std::string& command) {
 } // namespace
 
 CertificateAuthority::CertificateAuthority() {
-    std::string folder = std::filesystem::temp_directory_path() / "certificates-XXXXXX";
-    precondition(mkdtemp(folder.data()), "The temporary folder can be written to.");
-    folder_ = folder;
+    const std::string folder = folder_.string();
     std::ofstream(folder_ / "index.txt");
     std::ofstream(folder_ / "ca.conf")
         << "[ca]\ndefault_ca=c\n[c]\ndatabase=" << folder << "/index.txt\nnew_certs_dir=" << folder
@@ -29,10 +27,6 @@ CertificateAuthority::CertificateAuthority() {
            "[p]\ncommonName=supplied\n";
     run("req -x509 " + newKey + "-subj /CN=authority -days 2 -keyout " + folder + "/ca.key -out " +
         file().string());
-}
-
-CertificateAuthority::~CertificateAuthority() {
-    std::filesystem::remove_all(folder_);
 }
 
 ServerCertificate CertificateAuthority::issue(const std::string& names, const std::string& start) {
