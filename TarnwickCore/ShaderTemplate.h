@@ -1,4 +1,4 @@
-// The two texts that a new episode begins with.
+// The texts that a new episode begins with.
 #pragma once
 
 #include <string>
@@ -12,6 +12,12 @@ struct ShaderTemplate {
     static std::string newShader(std::string_view title);
     // With Inputs: sound that is heard, channels, the last frame.
     static std::string inputsShader(std::string_view title);
+    // With trails.
+    static std::string particlesShader(std::string_view title);
+    // With a background.
+    static std::string gridShader(std::string_view title);
+    // A tune, and a picture that hears it through Inputs.
+    static std::string soundShader(std::string_view title);
 };
 
 } // namespace tarnwick

@@ -38,10 +38,40 @@ fs::path placeFor(std::string_view title) {
     });
 }
 
+struct Template {
+    std::string_view option;
+    std::string (*text)(std::string_view title);
+};
+
+constexpr std::array<Template, 4> templates{{
+    {"--particles", ShaderTemplate::particlesShader},
+    {"--grid", ShaderTemplate::gridShader},
+    {"--sound", ShaderTemplate::soundShader},
+    {"--inputs", ShaderTemplate::inputsShader},
+}};
+
+std::string templateText(const Arguments& arguments, std::string_view title) {
+    const Template* chosen = nullptr;
+    for (const Template& each : templates) {
+        if (!arguments.has(each.option))
+            continue;
+        if (chosen)
+            misuse(std::string(chosen->option) + " and " + std::string(each.option) +
+                   " exclude each other.");
+        chosen = &each;
+    }
+    return chosen ? chosen->text(title) : ShaderTemplate::newShader(title);
+}
+
+// With the line that `meta`, `sheet` and movies read the title from, before the template's own.
+std::string withEpisodeLine(std::string text, std::string_view title) {
+    const std::size_t firstDirective = text.find("\n// @");
+    return text.insert(firstDirective, "\n// @episode 1 " + std::string(trimmed(title)));
+}
+
 Status makeNew(const Arguments& arguments) {
     const std::string_view title = titleOf(arguments);
-    const std::string text = arguments.has("--inputs") ? ShaderTemplate::inputsShader(title)
-                                                       : ShaderTemplate::newShader(title);
+    const std::string text = withEpisodeLine(templateText(arguments, title), title);
     const auto given = arguments.value("-o");
     const fs::path path = given ? fs::path(*given) : placeFor(title);
     if (!writeNewFile(path, text))
@@ -50,9 +80,12 @@ Status makeNew(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 2> newOptions{{
-    {"--inputs", "", "one that reads sound, pictures and its own last frame"},
-    {"-o", "FILE.metal", "where to; without it the title's name in this folder"},
+constexpr std::array<Option, 5> newOptions{{
+    {"--particles", "", "a particle episode with trails"},
+    {"--grid", "", "a grid episode: a surface in depth"},
+    {"--sound", "", "a tune, and a picture that hears it"},
+    {"--inputs", "", "an episode that reads sound, pictures and its own last frame"},
+    {"-o", "FILE.metal", "where to write it; default: the title's name in this folder"},
 }};
 
 } // namespace

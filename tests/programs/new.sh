@@ -6,6 +6,12 @@ expect 0 '' check 'Vol. 2- Light-Water.metal'
 expect 0 '^Vol. 2- Light-Water 2.metal$' new 'Vol. 2: Light/Water' --inputs
 expect 0 'Inputs in' assemble 'Vol. 2- Light-Water 2.metal'
 expect 0 '' check 'Vol. 2- Light-Water 2.metal'
+for kind in particles grid sound; do
+    expect 0 "^A $kind.metal$" new "A $kind" --$kind
+    expect 0 '' check "A $kind.metal"
+    expect 0 "\"title\": \"A $kind\"" meta --json "A $kind.metal"
+done
+expect 2 '^tarnwick: --particles and --grid exclude each other.$' new Both --grid --particles
 expect 0 '^a.metal$' new A -o a.metal
 ln -s nowhere B.metal
 expect 0 '^B 2.metal$' new B
