@@ -13,6 +13,10 @@
 #include <string_view>
 #include <vector>
 
+namespace tarnwick::msl {
+struct CompileOptions;
+} // namespace tarnwick::msl
+
 namespace tarnwick::gpu {
 
 class Buffer;
@@ -25,7 +29,10 @@ struct DeviceState; // the Vulkan side, in DeviceState.h
 
 // The compiler rejected a program: what() is the compiler's whole text.
 struct LibraryError : std::runtime_error {
-    using std::runtime_error::runtime_error;
+    explicit LibraryError(const std::string& text, bool isCompilersFault = false)
+        : std::runtime_error(text), isCompilersFault(isCompilersFault) {}
+
+    bool isCompilersFault; // it crashed or ran out of time: nothing is known about the program
 };
 
 // The device refused a pipeline or was lost: what() is one sentence.
@@ -44,6 +51,9 @@ struct DeviceInfo {
 // The machine's usable devices, in the order in which systemDefault prefers them: discrete,
 // integrated, virtual, then the CPU's.
 std::vector<DeviceInfo> allDevices();
+
+// A library of code for any device, for a machine without one. Throws LibraryError.
+std::unique_ptr<Library> newLibrary(std::string_view source, const msl::CompileOptions& options);
 
 class Device {
   public:
@@ -69,8 +79,9 @@ class Device {
     // variable TARNWICK_VALIDATION is 1, or abort: then the first message ends the process.
     static std::uint64_t validationMessages();
 
-    // Compiles a program's text. Throws LibraryError with the compiler's text.
-    std::unique_ptr<Library> newLibrary(std::string_view source);
+    // Compiles a program's text. `moreWarningsIn`: msl::CompileOptions. Throws LibraryError.
+    std::unique_ptr<Library> newLibrary(std::string_view source,
+                                        std::string_view moreWarningsIn = {});
     // A library of modules that exist already.
     std::unique_ptr<Library> newLibrary(std::vector<msl::EntryPoint> entryPoints);
 

@@ -37,13 +37,19 @@ std::vector<std::string> Library::functionNames() const {
     return names;
 }
 
-std::unique_ptr<Library> Device::newLibrary(std::string_view source) {
-    msl::Compilation compilation = msl::compile(
-        source, {.target = {.addsFloatsInBuffers = state_->features.addsFloatsInBuffers}});
+std::unique_ptr<Library> newLibrary(std::string_view source, const msl::CompileOptions& options) {
+    msl::Compilation compilation = msl::compile(source, options);
     if (compilation.failed)
-        throw LibraryError(compilation.messages);
+        throw LibraryError(compilation.messages, compilation.isCompilersFault);
     return std::make_unique<Library>(std::move(compilation.entryPoints),
                                      std::move(compilation.messages));
+}
+
+std::unique_ptr<Library> Device::newLibrary(std::string_view source,
+                                            std::string_view moreWarningsIn) {
+    return gpu::newLibrary(source,
+                           {.target = {.addsFloatsInBuffers = state_->features.addsFloatsInBuffers},
+                            .moreWarningsIn = std::string(moreWarningsIn)});
 }
 
 std::unique_ptr<Library> Device::newLibrary(std::vector<msl::EntryPoint> entryPoints) {

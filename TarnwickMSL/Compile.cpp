@@ -23,6 +23,7 @@ Shared& shared() {
 
 Compilation failure(const std::string& sentence) {
     return {.failed = true,
+            .isCompilersFault = true,
             .entryPoints = {},
             .messages = "program_source:1:1: error: " + sentence + "\n1 error generated.\n"};
 }
@@ -52,6 +53,7 @@ Compilation compile(std::string_view source, const CompileOptions& options) {
                        " bytes; the compiler takes up to " + std::to_string(longestSource));
     const Request request{.limitMilliseconds = static_cast<std::uint32_t>(options.limit.count()),
                           .target = options.target,
+                          .moreWarningsIn = options.moreWarningsIn,
                           .source = std::string(source)};
     Shared& common = shared();
     const std::lock_guard lock(common.mutex);

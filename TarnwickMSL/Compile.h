@@ -15,10 +15,18 @@ struct CompileOptions {
     // Longest wall time of one compilation; past it the compilation is ended and `failed` is set.
     std::chrono::milliseconds limit{8000};
     Target target; // without it: code for any device
+    // The name that #line gives to some part of the source. That part then gets warnings that are
+    // off by default: unused variables, unused parameters of functions that only it calls,
+    // variables that are read before they are set, integer divisions that drop a fraction. No
+    // other part gets any warning. Empty: the default warnings, in all parts.
+    std::string moreWarningsIn;
 };
 
 struct Compilation {
     bool failed = false;
+    // The compiler itself failed: it crashed, ran out of time or could not be started. Nothing is
+    // known about the program then.
+    bool isCompilersFault = false;
     std::vector<EntryPoint> entryPoints; // in source order; empty when `failed`
     // The compiler's messages in Clang's form ("file:line:column: severity: message", excerpt,
     // caret, and at the end "N errors generated."). May hold warnings when not `failed`.

@@ -93,14 +93,15 @@ void fields(Record& e, Bytes& bytes) {
 
 template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, Compilation>
-void fields(Record& c, Bytes& bytes) {
+void fields(Record& c, Bytes& bytes) { // isCompilersFault is this side's finding
     bytes(c.failed), bytes(c.messages), bytes(c.entryPoints);
 }
 
 template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, Request>
 void fields(Record& r, Bytes& bytes) {
-    bytes(r.limitMilliseconds), bytes(r.target.addsFloatsInBuffers), bytes(r.source);
+    bytes(r.limitMilliseconds), bytes(r.target.addsFloatsInBuffers), bytes(r.moreWarningsIn);
+    bytes(r.source);
 }
 
 template <class Record> std::string bytesOf(const Record& record) {

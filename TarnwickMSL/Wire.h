@@ -15,6 +15,7 @@ namespace tarnwick::msl {
 struct Request {
     std::uint32_t limitMilliseconds = 0; // the worker ends itself when it is past this
     Target target{};
+    std::string moreWarningsIn;
     std::string source;
 };
 

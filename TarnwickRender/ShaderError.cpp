@@ -16,7 +16,8 @@ std::string signaturesHint(const AssembledShader& shader) {
 
 } // namespace
 
-ShaderError compilerError(const AssembledShader& shader, std::string_view compilerText) {
+ShaderError compilerError(const AssembledShader& shader, std::string_view compilerText,
+                          Fault fault) {
     std::string raw(compilerText);
     std::vector<Diagnostic> diagnostics = DiagnosticParser::parse(compilerText);
     // An error outside the user's text mostly means that the generated code misses a function.
@@ -24,7 +25,8 @@ ShaderError compilerError(const AssembledShader& shader, std::string_view compil
         std::any_of(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& diagnostic) {
             return diagnostic.severity == Severity::error && diagnostic.line == 0;
         });
-    if (const std::string hint = signaturesHint(shader); isOutside && !hint.empty()) {
+    if (const std::string hint = signaturesHint(shader);
+        fault == Fault::ofEpisode && isOutside && !hint.empty()) {
         diagnostics.push_back({.severity = Severity::note, .message = hint});
         raw += "\nnote: " + hint;
     }

@@ -4,6 +4,7 @@
 #include "TarnwickCore/Diagnostics.h"
 #include "TarnwickCore/ShaderAssembler.h"
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -20,8 +21,11 @@ struct ShaderError : std::runtime_error {
     std::string raw;                     // the compiler's whole text, or a sentence
 };
 
+enum class Fault : std::uint8_t { ofEpisode, ofCompiler }; // it crashed or ran out of time
+
 // The error of a program that the compiler rejected with `compilerText`. Where a particle or a grid
 // episode seems to lack one of its functions, a note lists them all.
-ShaderError compilerError(const AssembledShader& shader, std::string_view compilerText);
+ShaderError compilerError(const AssembledShader& shader, std::string_view compilerText,
+                          Fault fault = Fault::ofEpisode);
 
 } // namespace tarnwick

@@ -9,14 +9,6 @@
 namespace tarnwick {
 namespace {
 
-std::unique_ptr<gpu::Library> compiledLibrary(gpu::Device& device, const AssembledShader& shader) {
-    try {
-        return device.newLibrary(shader.source);
-    } catch (const gpu::LibraryError& error) {
-        throw compilerError(shader, error.what());
-    }
-}
-
 // Missing together, the two functions of every kind get one sentence.
 HostStages mainStages(const gpu::Library& library, gpu::PixelFormat pixelFormat) {
     try {
@@ -49,19 +41,19 @@ std::unique_ptr<gpu::Texture> blankTexture(gpu::Device& device) {
 std::shared_ptr<const ShaderProgram> ShaderProgram::compile(std::string_view episode,
                                                             gpu::Device& device,
                                                             gpu::PixelFormat pixelFormat) {
-    AssembledShader shader = ShaderAssembler::assemble(episode);
-    if (shader.params.size() > ParamBuffer::mostParams)
-        throw ShaderError("The episode declares " + std::to_string(shader.params.size()) +
-                          " parameters; at most " + std::to_string(ParamBuffer::mostParams) +
-                          " can be passed to the GPU.");
-    const auto library = compiledLibrary(device, shader);
+    return make(CompiledEpisode::make(episode, &device), device, pixelFormat);
+}
+
+std::shared_ptr<const ShaderProgram> ShaderProgram::make(const CompiledEpisode& compiled,
+                                                         gpu::Device& device,
+                                                         gpu::PixelFormat pixelFormat) {
     std::shared_ptr<ShaderProgram> program(new ShaderProgram);
     try {
-        program->build(device, shader, *library, pixelFormat);
+        program->build(device, compiled.shader, *compiled.library, pixelFormat);
     } catch (const gpu::DeviceError& error) {
         throw ShaderError(error.what());
     }
-    program->params_ = std::move(shader.params);
+    program->params_ = compiled.shader.params;
     return program;
 }
 

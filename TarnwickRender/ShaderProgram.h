@@ -6,6 +6,7 @@
 #include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
+#include "TarnwickRender/CompiledEpisode.h"
 #include "TarnwickRender/MeshPipelines.h"
 #include "TarnwickRender/ParticlePipelines.h"
 #include "TarnwickRender/ShaderError.h"
@@ -33,6 +34,9 @@ class ShaderProgram {
     // Throws ShaderError. (Shared, since a run names the program that it was made for.)
     static std::shared_ptr<const ShaderProgram>
     compile(std::string_view episode, gpu::Device& device, gpu::PixelFormat pixelFormat);
+    // Of an episode that was compiled for this device, or for any.
+    static std::shared_ptr<const ShaderProgram>
+    make(const CompiledEpisode& compiled, gpu::Device& device, gpu::PixelFormat pixelFormat);
 
     const std::vector<ParamDecl>& params() const { return params_; }
     const gpu::RenderPipelineState& pipeline() const { return *pipeline_; }

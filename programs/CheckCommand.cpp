@@ -1,7 +1,6 @@
 // tarnwick check: what the compiler finds in an episode.
-#include "TarnwickCore/ShaderAssembler.h"
-#include "TarnwickMSL/Compile.h"
-#include "TarnwickRender/ShaderError.h"
+#include "TarnwickGPU/Device.h"
+#include "TarnwickRender/EpisodeCheck.h"
 #include "programs/Command.h"
 #include "programs/Findings.h"
 #include "programs/SourceFile.h"
@@ -13,20 +12,16 @@ namespace tarnwick {
 
 static Status check(const Arguments& arguments) {
     const std::string_view path = arguments.operand("episode");
-    const AssembledShader shader = ShaderAssembler::assemble(sourceText(path));
-    const msl::Compilation compilation = msl::compile(shader.source);
-    const ShaderError findings =
-        compilation.failed
-            ? compilerError(shader, compilation.messages)
-            : ShaderError(compilation.messages, DiagnosticParser::parse(compilation.messages));
+    const auto device = gpu::Device::systemDefault();
+    const EpisodeFindings findings = checkEpisode(sourceText(path), device.get());
     print(arguments.has("--json") ? findingsJSON(path, findings.diagnostics, findings.raw)
                                   : findingsText(path, findings.diagnostics));
     const bool isExplained =
         std::any_of(findings.diagnostics.begin(), findings.diagnostics.end(),
                     [](const Diagnostic& finding) { return finding.severity == Severity::error; });
-    if (compilation.failed && !isExplained)
+    if (!findings.compiles && !isExplained)
         failure(std::string(path) + " does not compile: " + findings.raw);
-    return compilation.failed ? Status::failed : Status::done;
+    return findings.compiles ? Status::done : Status::failed;
 }
 
 static constexpr std::array<Option, 1> checkOptions{

@@ -16,7 +16,7 @@ class Module;
 namespace tarnwick::msl {
 
 struct Parsed;
-enum class Places : bool;
+struct ParseOptions;
 
 // The standard library in precompiled form. Made once per process (or read from a file that the
 // build made), then used by any number of parses, one at a time.
@@ -33,7 +33,7 @@ class StandardLibrary {
 
   private:
     friend Parsed parse(std::string_view source, const StandardLibrary& library,
-                        llvm::LLVMContext& context, Places places);
+                        llvm::LLVMContext& context, const ParseOptions& options);
     // Shared with copies and with the file system that holds it for Clang.
     std::shared_ptr<const std::string> precompiled_;
     std::shared_ptr<void> files_;
@@ -49,7 +49,12 @@ struct Parsed {
 // Whether instructions know their lines, for messages: it costs a little.
 enum class Places : bool { left, kept };
 
+struct ParseOptions {
+    Places places = Places::left;
+    std::string moreWarningsIn; // Compile.h
+};
+
 Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVMContext& context,
-             Places places = Places::left);
+             const ParseOptions& options = {});
 
 } // namespace tarnwick::msl

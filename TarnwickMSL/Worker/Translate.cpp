@@ -10,9 +10,10 @@ namespace tarnwick::msl {
 
 // `wasParsed` tells a program that the front end took from one that it did not.
 static Compilation attempt(std::string_view source, const StandardLibrary& library,
-                           const Target& target, Places places, bool& wasParsed) {
+                           const CompileOptions& options, Places places, bool& wasParsed) {
     llvm::LLVMContext context;
-    Parsed parsed = parse(source, library, context, places);
+    Parsed parsed = parse(source, library, context,
+                          {.places = places, .moreWarningsIn = options.moreWarningsIn});
     wasParsed = !parsed.failed;
     Compilation compilation{
         .failed = parsed.failed, .entryPoints = {}, .messages = std::move(parsed.messages)};
@@ -24,7 +25,7 @@ static Compilation attempt(std::string_view source, const StandardLibrary& libra
         for (const EntrySignature& entry : parsed.entries) {
             place = entry.place;
             compilation.entryPoints.push_back(
-                writeSpirv(lower(*parsed.module, entry, parsed.entries, target)));
+                writeSpirv(lower(*parsed.module, entry, parsed.entries, options.target)));
         }
     } catch (const TranslationError& error) {
         compilation.failed = true;
@@ -38,12 +39,12 @@ static Compilation attempt(std::string_view source, const StandardLibrary& libra
 
 // Only a program that cannot be translated is worth the time to find the line that is at fault.
 Compilation translate(std::string_view source, const StandardLibrary& library,
-                      const Target& target) {
+                      const CompileOptions& options) {
     bool wasParsed = false;
-    Compilation first = attempt(source, library, target, Places::left, wasParsed);
+    Compilation first = attempt(source, library, options, Places::left, wasParsed);
     if (!first.failed || !wasParsed)
         return first;
-    Compilation second = attempt(source, library, target, Places::kept, wasParsed);
+    Compilation second = attempt(source, library, options, Places::kept, wasParsed);
     return second.failed ? second : first;
 }
 

@@ -6,7 +6,8 @@
 
 namespace tarnwick::msl {
 
+// The options' time limit is not kept here.
 Compilation translate(std::string_view source, const StandardLibrary& library,
-                      const Target& target = {});
+                      const CompileOptions& options = {});
 
 } // namespace tarnwick::msl

@@ -43,6 +43,33 @@ TEST(Compile, namesTheFilesThatLineMarkersGive) {
     EXPECT_NE(found.messages.find("undeclared identifier 'shade'"), std::string::npos);
     EXPECT_NE(found.messages.find("1 error generated."), std::string::npos);
     EXPECT_EQ(compile("int x = ;").messages.substr(0, 15), "program_source:");
+    EXPECT_FALSE(found.isCompilersFault);
+}
+
+// What stands before "mine" and behind "host" is not the author's to change.
+TEST(Compile, warnsMoreWhereItIsAskedTo) {
+    const std::string program = std::string(head) +
+                                "float before() { float unused; return 1 / 2; }\n"
+                                "#line 1 \"mine\"\n"
+                                "float4 shade(float2 uv, uint frame) {\n"
+                                "  float half_ = 1 / 2, meant = float(frame / 60), two = 4 / 2;\n"
+                                "  float slow = frame / 60;\n"
+                                "  float3 colour; if (frame > 9) colour = float3(1);\n"
+                                "  float never;\n"
+                                "  return float4(colour, half_ + meant + two + slow); }\n"
+                                "float own(float x, float y) { return x; }\n"
+                                "#line 1 \"host\"\n"
+                                "fragment float4 f() { float unused; return shade(0, 1 / 2); }\n";
+    EXPECT_EQ(compile(program).messages, "");
+    const Compilation found = compile(program, {.moreWarningsIn = "mine"});
+    EXPECT_FALSE(found.failed);
+    for (const char* warning :
+         {"mine:2:19: warning: integer division: 1 / 2 is 0",
+          "mine:3:22: warning: integer division drops",
+          "mine:4:22: warning: variable 'colour' is used uninitialized",
+          "mine:5:9: warning: unused variable 'never'", "mine:7:26: warning: unused parameter 'y'"})
+        EXPECT_NE(found.messages.find(warning), std::string::npos) << warning << found.messages;
+    EXPECT_TRUE(found.messages.ends_with("\n5 warnings generated.\n")) << found.messages;
 }
 
 TEST(Compile, refusesConstantsThatItCannotCompute) {
@@ -73,6 +100,7 @@ TEST(Compile, outlivesPrograms) {
         const Compilation found = compile(program, {.limit = 2000ms});
         EXPECT_LT(std::chrono::steady_clock::now() - start, 4s);
         EXPECT_TRUE(found.failed) << program.substr(0, 60);
+        EXPECT_EQ(found.isCompilersFault, program.size() > 1000) << program.substr(0, 60);
         EXPECT_NE(found.messages.find("error: "), std::string::npos);
         EXPECT_FALSE(compile(good).failed) << program.substr(0, 60);
     }

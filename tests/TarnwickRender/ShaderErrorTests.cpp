@@ -27,4 +27,7 @@ TEST(ShaderError, leavesTheCompilersTextAloneOtherwise) {
     EXPECT_EQ(compilerError({}, outside).raw, outside);
     EXPECT_EQ(compilerError({.grid = 3}, inside).raw, inside);
     EXPECT_EQ(compilerError({.grid = 3}, inside).diagnostics.size(), 2u);
+    const ShaderError crash = compilerError({.grid = 3}, outside, Fault::ofCompiler);
+    EXPECT_EQ(crash.raw, outside);
+    EXPECT_EQ(crash.diagnostics.size(), 1u);
 }

@@ -17,4 +17,9 @@ grep -q '^grid.metal:0:0: note: a vertex episode defines:$' out || complain 'no 
 for word in '"episode": "bad.metal"' '"severity": "error"' '"line": 6' '"column": 11' '"text": '; do
     grep -q "$word" out || complain "no $word" check --json
 done
+# What `still` refuses, `check` refuses.
+(episode && for i in $(seq 16385); do echo "// @param p$i 0 0 1"; done) >many.metal
+"$TARNWICK" check many.metal >out 2>err && complain 'too many parameters pass' check many.metal
+grep -q '^tarnwick: many.metal does not compile: The episode declares 1638[5-9] parameters' err ||
+    complain 'no sentence about parameters' check many.metal
 finish

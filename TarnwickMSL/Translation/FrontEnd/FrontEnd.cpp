@@ -6,6 +6,7 @@
 #include "TarnwickMSL/Translation/FrontEnd/Messages.h"
 #include "TarnwickMSL/Translation/FrontEnd/Rules.h"
 #include "TarnwickMSL/Translation/FrontEnd/Tokens.h"
+#include "TarnwickMSL/Translation/FrontEnd/Warnings.h"
 
 #include <clang/AST/ASTConsumer.h>
 #include <clang/AST/ASTContext.h>
@@ -113,16 +114,19 @@ std::vector<const char*> compilerOptions() {
 class Compiler {
   public:
     enum class Work { library, program };
-    Compiler(Work work, FileSystem files, std::string& text)
-        : out(text), messages(out, work == Work::library ? Messages::About::library
-                                                         : Messages::About::program),
+    Compiler(Work work, FileSystem files, std::string& text, std::string moreWarningsIn = {})
+        : out(text),
+          messages(out, work == Work::library ? Messages::About::library : Messages::About::program,
+                   moreWarningsIn),
           instance(std::make_shared<clang::PCHContainerOperations>()) {
         registerAttributes();
         instance.setVerboseOutputStream(out);
         clang::IgnoringDiagConsumer nobody;
         clang::DiagnosticsEngine ignored(new clang::DiagnosticIDs, new clang::DiagnosticOptions,
                                          &nobody, false);
-        const std::vector<const char*> options = compilerOptions();
+        std::vector<const char*> options = compilerOptions();
+        if (!moreWarningsIn.empty())
+            options.insert(options.end(), moreWarnings.begin(), moreWarnings.end());
         clang::CompilerInvocation::CreateFromArgs(instance.getInvocation(), options, ignored);
         instance.createDiagnostics(&messages, false);
         instance.getLangOpts().Half = 1;
@@ -170,8 +174,9 @@ class LibraryAction : public clang::ASTFrontendAction {
 // Keeps the program's declarations until all are parsed and checked, then generates their code.
 class ProgramConsumer : public clang::ASTConsumer {
   public:
-    ProgramConsumer(clang::CompilerInstance& instance, llvm::LLVMContext& context, Parsed& parsed)
-        : parsed(parsed), instance(instance),
+    ProgramConsumer(clang::CompilerInstance& instance, llvm::LLVMContext& context, Parsed& parsed,
+                    llvm::StringRef moreWarningsIn)
+        : parsed(parsed), instance(instance), moreWarningsIn(moreWarningsIn),
           generator(clang::CreateLLVMCodeGen(
               instance.getDiagnostics(), "program", &instance.getVirtualFileSystem(),
               instance.getHeaderSearchOpts(), instance.getPreprocessorOpts(),
@@ -207,6 +212,7 @@ class ProgramConsumer : public clang::ASTConsumer {
   private:
     Parsed& parsed;
     clang::CompilerInstance& instance;
+    llvm::StringRef moreWarningsIn;
     std::unique_ptr<clang::CodeGenerator> generator;
     std::vector<clang::DeclGroupRef> groups;
     bool isGenerating = false;
@@ -234,6 +240,8 @@ void ProgramConsumer::HandleTranslationUnit(clang::ASTContext& context) {
     }
     if (diagnostics.hasErrorOccurred())
         return;
+    if (!moreWarningsIn.empty())
+        warnMore(context, program, moreWarningsIn);
     isGenerating = true;
     for (const clang::DeclGroupRef& group : groups)
         generator->HandleTopLevelDecl(group);
@@ -268,18 +276,20 @@ void ProgramConsumer::hideInternals(const std::vector<Entry>& entries) {
 
 class ProgramAction : public clang::ASTFrontendAction {
   public:
-    ProgramAction(llvm::LLVMContext& context, Parsed& parsed) : context(context), parsed(parsed) {}
+    ProgramAction(llvm::LLVMContext& context, Parsed& parsed, llvm::StringRef moreWarningsIn)
+        : context(context), parsed(parsed), moreWarningsIn(moreWarningsIn) {}
 
   protected:
     std::unique_ptr<clang::ASTConsumer> CreateASTConsumer(clang::CompilerInstance& instance,
                                                           llvm::StringRef) override {
-        return std::make_unique<ProgramConsumer>(instance, context, parsed);
+        return std::make_unique<ProgramConsumer>(instance, context, parsed, moreWarningsIn);
     }
     void ExecuteAction() override;
 
   private:
     llvm::LLVMContext& context;
     Parsed& parsed;
+    llvm::StringRef moreWarningsIn;
 };
 
 // Clang's own order of parsing, with the pass over the tokens before it.
@@ -341,15 +351,15 @@ std::string StandardLibrary::fingerprint() {
 }
 
 Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVMContext& context,
-             Places places) {
+             const ParseOptions& options) {
     Parsed parsed;
     const std::string text(source); // ends in a zero, as Clang's lexer wants
     {
         Compiler compiler(Compiler::Work::program, *static_cast<FileSystem*>(library.files_.get()),
-                          parsed.messages);
-        if (places == Places::kept)
+                          parsed.messages, options.moreWarningsIn);
+        if (options.places == Places::kept)
             compiler.keepPlaces();
-        ProgramAction action(context, parsed);
+        ProgramAction action(context, parsed, options.moreWarningsIn);
         const llvm::MemoryBufferRef buffer(text, "program_source");
         const bool isGood = compiler.execute(
             action, clang::FrontendInputFile(buffer, clang::InputKind(clang::Language::CXX)));

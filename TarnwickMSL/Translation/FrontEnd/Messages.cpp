@@ -114,7 +114,20 @@ static llvm::StringRef withoutRequirement(llvm::StringRef message) {
     return isAssertion && message.contains("': ") ? message.split("': ").second : message;
 }
 
+bool Messages::isUnwanted(Level level, const clang::Diagnostic& diagnostic) {
+    if (warningsIn.empty() || level == Level::Note)
+        return isSilent;
+    isSilent =
+        level <= Level::Warning &&
+        (!diagnostic.getLocation().isValid() ||
+         diagnostic.getSourceManager().getPresumedLoc(diagnostic.getLocation()).getFilename() !=
+             warningsIn);
+    return isSilent;
+}
+
 void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic) {
+    if (isUnwanted(level, diagnostic))
+        return;
     DiagnosticConsumer::HandleDiagnostic(level, diagnostic); // counts
     if (level == Level::Fatal)
         level = Level::Error; // who reads the messages looks for "error:" after the place

@@ -16,7 +16,9 @@ namespace tarnwick::msl {
 class Messages : public clang::DiagnosticConsumer {
   public:
     enum class About { program, library };
-    Messages(llvm::raw_ostream& out, About about) : out(out), about(about) {}
+    // Where `warningsIn` is not empty, warnings are given for the text of that name (#line) alone.
+    Messages(llvm::raw_ostream& out, About about, std::string warningsIn = {})
+        : out(out), about(about), warningsIn(std::move(warningsIn)) {}
 
     void BeginSourceFile(const clang::LangOptions& options,
                          const clang::Preprocessor* preprocessor) override;
@@ -27,6 +29,8 @@ class Messages : public clang::DiagnosticConsumer {
   private:
     llvm::raw_ostream& out;
     About about;
+    std::string warningsIn;
+    bool isSilent = false; // what the last message was: its notes are left out with it
     llvm::IntrusiveRefCntPtr<clang::DiagnosticOptions> options;
     std::unique_ptr<clang::TextDiagnostic> text;
     unsigned given = 0;
@@ -34,6 +38,7 @@ class Messages : public clang::DiagnosticConsumer {
     clang::DiagnosticsEngine::Level withheldLevel = clang::DiagnosticsEngine::Ignored;
 
     void flushWithheld();
+    bool isUnwanted(clang::DiagnosticsEngine::Level level, const clang::Diagnostic& diagnostic);
 };
 
 } // namespace tarnwick::msl

@@ -1,0 +1,39 @@
+#include "TarnwickRender/CompiledEpisode.h"
+
+#include "TarnwickMSL/Compile.h"
+#include "TarnwickRender/ParamBuffer.h"
+#include "TarnwickRender/ShaderError.h"
+
+#include <string>
+
+namespace tarnwick {
+namespace {
+
+std::unique_ptr<gpu::Library> compiledLibrary(const AssembledShader& shader, gpu::Device* device,
+                                              EpisodeWarnings warnings) {
+    const std::string moreWarningsIn(warnings == EpisodeWarnings::more ? ShaderAssembler::fileName
+                                                                       : "");
+    try {
+        return device ? device->newLibrary(shader.source, moreWarningsIn)
+                      : gpu::newLibrary(shader.source, {.moreWarningsIn = moreWarningsIn});
+    } catch (const gpu::LibraryError& error) {
+        throw compilerError(shader, error.what(),
+                            error.isCompilersFault ? Fault::ofCompiler : Fault::ofEpisode);
+    }
+}
+
+} // namespace
+
+CompiledEpisode CompiledEpisode::make(std::string_view episode, gpu::Device* device,
+                                      EpisodeWarnings warnings) {
+    CompiledEpisode compiled{.shader = ShaderAssembler::assemble(episode), .library = nullptr};
+    const std::size_t params = compiled.shader.params.size();
+    if (params > ParamBuffer::mostParams)
+        throw ShaderError("The episode declares " + std::to_string(params) +
+                          " parameters; at most " + std::to_string(ParamBuffer::mostParams) +
+                          " can be passed to the GPU.");
+    compiled.library = compiledLibrary(compiled.shader, device, warnings);
+    return compiled;
+}
+
+} // namespace tarnwick

@@ -1,0 +1,28 @@
+// An episode's text, assembled and compiled, before anything is made on a device.
+#pragma once
+
+#include "TarnwickCore/ShaderAssembler.h"
+#include "TarnwickGPU/Device.h"
+#include "TarnwickGPU/Pipeline.h"
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+namespace tarnwick {
+
+enum class EpisodeWarnings : std::uint8_t {
+    usual,
+    more // and those of msl::CompileOptions::moreWarningsIn, for the episode's own lines
+};
+
+struct CompiledEpisode {
+    AssembledShader shader;
+    std::unique_ptr<gpu::Library> library; // its warnings() are the compiler's
+
+    // Code for `device`, or for any where it is null. Blocks. Throws ShaderError.
+    static CompiledEpisode make(std::string_view episode, gpu::Device* device,
+                                EpisodeWarnings warnings = EpisodeWarnings::usual);
+};
+
+} // namespace tarnwick

@@ -1,0 +1,24 @@
+// What stands against playing an episode, found without drawing it.
+#pragma once
+
+#include "TarnwickCore/Diagnostics.h"
+#include "TarnwickRender/CompiledEpisode.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnwick {
+
+struct EpisodeFindings {
+    bool compiles = false;
+    std::vector<Diagnostic> diagnostics; // the compiler's: errors, or the warnings of a good one
+    std::string raw; // the compiler's whole text, or the sentence that says why it does not compile
+};
+
+// Goes the way of ShaderProgram::compile: compiles the episode and makes its pipelines on `device`.
+// Where that is null, what a device would refuse is not found. Blocks; any thread.
+EpisodeFindings checkEpisode(std::string_view episode, gpu::Device* device,
+                             EpisodeWarnings warnings = EpisodeWarnings::usual);
+
+} // namespace tarnwick
