@@ -82,7 +82,7 @@ constexpr std::array<Key, 9> keys{{
 
 const Pattern& headerPattern() {
     static const Pattern pattern(R"(^\s*//\s*@(episode|length|variations|variation|still|teaches)"
-                                 R"(|category|tags|final)\s+(.*?)\s*$)");
+                                 R"(|category|tags|final)\s+(.*)$)");
     return pattern;
 }
 
@@ -99,7 +99,7 @@ EpisodeMeta EpisodeMeta::parse(std::string_view source) {
             continue;
         for (const Key& key : keys)
             if (key.name == (*groups)[1])
-                key.read(meta, (*groups)[2]);
+                key.read(meta, trimmed((*groups)[2]));
     }
     return meta;
 }

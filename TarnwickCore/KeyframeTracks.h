@@ -7,6 +7,7 @@
 #include <nlohmann/json_fwd.hpp>
 
 #include <array>
+#include <concepts>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -73,7 +74,14 @@ class KeyframeTracks {
     // JSON has no form for.
     std::string encode() const;
     static KeyframeTracks decode(std::string_view json);
-    static KeyframeTracks decode(const nlohmann::json& document);
+    // Of a document alone: nlohmann::json converts from strings, which are the overload above.
+    template <std::same_as<nlohmann::json> Document>
+    static KeyframeTracks decode(const Document& document) {
+        return decodeDocument(document);
+    }
+
+  private:
+    static KeyframeTracks decodeDocument(const nlohmann::json& document);
 };
 
 // "linear", "smooth", "hold".

@@ -85,7 +85,7 @@ KeyframeTracks KeyframeTracks::decode(std::string_view text) {
     return decode(document);
 }
 
-KeyframeTracks KeyframeTracks::decode(const json& document) {
+KeyframeTracks KeyframeTracks::decodeDocument(const json& document) {
     const json& list = member(document, "tracks", "The document");
     if (!list.is_object())
         fail("\"tracks\" is not an object.");

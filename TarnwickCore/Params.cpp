@@ -1,5 +1,6 @@
 #include "TarnwickCore/Params.h"
 
+#include "TarnwickCore/Characters.h"
 #include "TarnwickCore/Lines.h"
 #include "TarnwickCore/Numbers.h"
 #include "TarnwickCore/Pattern.h"
@@ -12,7 +13,7 @@ namespace {
 
 const Pattern& declarationPattern() {
     static const Pattern pattern(
-        R"(^\s*//\s*@param\s+([A-Za-z_][A-Za-z0-9_]*)\s+(\S+)\s+(\S+)\s+(\S+)\s*(.*?)\s*$)");
+        R"(^\s*//\s*@param\s+([A-Za-z_][A-Za-z0-9_]*)\s+(\S+)\s+(\S+)\s+(\S+)\s*(.*)$)");
     return pattern;
 }
 
@@ -33,7 +34,7 @@ std::optional<ParamDecl> declarationOf(std::string_view line) {
                      .defaultValue = raised > *max ? *max : raised,
                      .min = *min,
                      .max = *max,
-                     .detail = std::string((*groups)[5])};
+                     .detail = std::string(trimmed((*groups)[5]))};
 }
 
 } // namespace

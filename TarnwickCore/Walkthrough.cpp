@@ -118,15 +118,26 @@ WalkthroughStage stageOf(std::int64_t number, const Walkthrough::ParsedSource& s
 std::vector<WalkthroughStage> Walkthrough::stages(std::string_view episode, const EpisodeMeta& meta,
                                                   std::span<const std::string> stageSources,
                                                   std::int64_t capacity) {
-    const auto mostLines = static_cast<std::size_t>(std::max(capacity, std::int64_t{1}));
     std::vector<ParsedSource> sources;
     for (const std::string& source : stageSources)
         sources.push_back(parsed(source));
-    sources.push_back(parsed(episode));
+    return stages(parsed(episode), meta, sources, capacity);
+}
+
+std::vector<WalkthroughStage> Walkthrough::stages(const ParsedSource& episode,
+                                                  const EpisodeMeta& meta,
+                                                  std::span<const ParsedSource> stageSources,
+                                                  std::int64_t capacity) {
+    const auto mostLines = static_cast<std::size_t>(std::max(capacity, std::int64_t{1}));
     std::vector<WalkthroughStage> stages;
-    for (std::size_t index = 0; index < sources.size(); ++index)
-        stages.push_back(stageOf(static_cast<std::int64_t>(index) + 1, sources[index],
-                                 index > 0 ? &sources[index - 1] : nullptr, mostLines));
+    const ParsedSource* previous = nullptr;
+    auto add = [&](const ParsedSource& source) {
+        const auto number = static_cast<std::int64_t>(stages.size()) + 1;
+        stages.push_back(stageOf(number, source, previous, mostLines));
+        previous = &source;
+    };
+    std::ranges::for_each(stageSources, add);
+    add(episode);
     stages.back().title = meta.finalTitle.empty() ? "The finished shader" : meta.finalTitle;
     stages.back().summary = meta.finalSummary;
     return stages;

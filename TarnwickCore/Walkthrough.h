@@ -63,6 +63,11 @@ struct Walkthrough {
     static std::vector<WalkthroughStage> stages(std::string_view episode, const EpisodeMeta& meta,
                                                 std::span<const std::string> stageSources,
                                                 std::int64_t capacity);
+    // The same of sources that are parsed already.
+    static std::vector<WalkthroughStage> stages(const ParsedSource& episode,
+                                                const EpisodeMeta& meta,
+                                                std::span<const ParsedSource> stageSources,
+                                                std::int64_t capacity);
 
     // One stage's source.
     //

@@ -18,6 +18,11 @@ class FeedbackFrames {
     static std::unique_ptr<FeedbackFrames> make(gpu::Device& device, std::int64_t width,
                                                 std::int64_t height, gpu::PixelFormat format);
 
+    std::int64_t width() const { return current().width(); } // pixels
+    std::int64_t height() const { return current().height(); }
+    std::int64_t index() const { return static_cast<std::int64_t>(index_); } // of current(): 0, 1
+    bool hasPrevious() const { return hasPrevious_; }
+
     const gpu::Texture& current() const { return *textures_[index_]; } // to be drawn into
     // The last finished frame; null before the first.
     const gpu::Texture* previous() const {

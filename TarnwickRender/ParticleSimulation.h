@@ -31,7 +31,11 @@ class ParticleSimulation {
     static std::int64_t steps(double seconds);
 
     const ShaderProgram& program() const { return *program_; }
-    std::int64_t step() const { return step_; }      // the last one performed; -1: none yet
+    std::int64_t step() const { return step_; } // the last one performed; -1: none yet
+    // The records of all particles; undefined until the spawning writes them.
+    const gpu::Buffer& particles() const { return *particles_; }
+    // The latest picture and the one before it, by turns.
+    const std::array<std::unique_ptr<gpu::Texture>, 2>& trails() const { return trails_; }
     std::size_t current() const { return current_; } // of the two trails
     const gpu::Texture& image() const { return *trails_[current_]; }
 

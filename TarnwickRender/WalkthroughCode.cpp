@@ -1,5 +1,6 @@
 #include "TarnwickRender/WalkthroughCode.h"
 
+#include "TarnwickCore/Characters.h"
 #include "TarnwickCore/MSLSyntax.h"
 #include "TarnwickCore/UTF16.h"
 
@@ -36,14 +37,15 @@ constexpr std::array<Ink, 9> inks{
 
 // Columns are bytes here: exact for ASCII, which is all that code stands under.
 std::string shownText(std::string_view code) {
+    const std::string_view shown = wholeCharacters(code, mostBytes);
     std::string text;
-    for (const char unit : code.substr(0, mostBytes)) {
+    for (const char unit : shown) {
         if (unit == '\t')
             text.append(4 - text.size() % 4, ' ');
         else
             text += unit;
     }
-    return code.size() > mostBytes ? text + "…" : text;
+    return shown.size() < code.size() ? text + "…" : text;
 }
 
 // Of a page's lines, tabs being gone.

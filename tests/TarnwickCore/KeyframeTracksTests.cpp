@@ -1,6 +1,7 @@
 #include "TarnwickCore/KeyframeTracks.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp> // with which strings convert to documents
 
 #include <cmath>
 #include <limits>
@@ -95,7 +96,7 @@ TEST(KeyframeTracks, areFittedToDeclarations) {
 TEST(KeyframeTracks, goThroughJSON) {
     const char* text = R"({"tracks":{"speed":[{"time":0.0,"value":0.1,"ease":"smooth"},)"
                        R"({"time":4.5,"value":3.0,"ease":"hold"}]}})";
-    const KeyframeTracks tracks = KeyframeTracks::decode(text);
+    const KeyframeTracks tracks = KeyframeTracks::decode(std::string(text));
     EXPECT_EQ(tracks.keys("speed")[0], (Key{0, 0.1f, Ease::smooth}));
     EXPECT_EQ(tracks.encode(), text);
     EXPECT_TRUE(KeyframeTracks::decode(R"({"tracks":{},"more":1})").tracks.empty());

@@ -22,6 +22,13 @@ TEST(Params, takesNumbersOfEveryFormThatStrtofKnows) {
     EXPECT_EQ(ParamParser::parse("// @param x .5 -1. 1e999").size(), 1u);
 }
 
+// Blanks between words, of which the engine once made all pairs.
+TEST(Params, readsLinesOfAnyLength) {
+    const std::string blanks(20000, ' ');
+    EXPECT_EQ(ParamParser::parse("// @param x 1 0 2 a" + blanks + "b" + blanks),
+              (Decls{{"x", 1, 0, 2, "a" + blanks + "b"}}));
+}
+
 TEST(Params, clampsTheDefault) {
     EXPECT_EQ(ParamParser::parse("// @param x 5 0 1"), (Decls{{"x", 1, 0, 1, ""}}));
     EXPECT_EQ(ParamParser::parse("// @param x -5 0 1"), (Decls{{"x", 0, 0, 1, ""}}));

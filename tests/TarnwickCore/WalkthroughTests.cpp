@@ -78,6 +78,15 @@ TEST(Walkthrough, makesSentencesOfComments) {
     EXPECT_EQ(caption("// T\n\n// wait.\u0301\na"), "Wait.\u0301.");
 }
 
+TEST(Walkthrough, takesSourcesThatAreParsedAlready) {
+    const std::string first = "// One\na\nb", second = "// Two\na\nc", last = "a\nd";
+    const EpisodeMeta meta{.finalSummary = "The end"};
+    EXPECT_EQ(Walkthrough::stages(
+                  Walkthrough::parsed(last), meta,
+                  std::vector{Walkthrough::parsed(first), Walkthrough::parsed(second)}, 5),
+              Walkthrough::stages(last, meta, std::vector{first, second}, 5));
+}
+
 TEST(WalkthroughSource, givesEachLineItsComment) {
     const auto source = Walkthrough::parsed("\n//\n// @still 4\n/* Title\n * and more */\n"
                                             "// @param a 1 0 2 How much\n\n"

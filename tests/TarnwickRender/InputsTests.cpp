@@ -55,6 +55,9 @@ TEST_F(Inputs, giveTheEpisodeTheFrameBefore) {
     const auto wide = target(16, 2), fresh = target(8, 4);
     ASSERT_TRUE(frames && wide && fresh);
     EXPECT_EQ(frames->previous(), nullptr);
+    EXPECT_FALSE(frames->hasPrevious());
+    EXPECT_EQ(frames->index(), 0);
+    EXPECT_EQ(std::pair(frames->width(), frames->height()), std::pair(8l, 4l));
     const gpu::Texture* drawn = &frames->current();
     perform([&](auto& commands) {
         frames->copyPrevious(*fresh, commands); // there is none
@@ -64,6 +67,7 @@ TEST_F(Inputs, giveTheEpisodeTheFrameBefore) {
         frames->copy(*wide, commands);
     });
     EXPECT_EQ(frames->previous(), drawn);
+    EXPECT_EQ(frames->index(), 1);
     EXPECT_EQ(blueOf(*fresh), 0);
     const Picture copied = pictureOf(*wide);
     EXPECT_EQ(colorAt(copied, 7, 1)[2], 102); // what both have in common

@@ -59,6 +59,7 @@ TEST_F(Particles, stepTowardsTheTargetAndStartAgainWhereItLiesBehind) {
             [&](auto& commands) { simulation->advance(row.target, commands, {}, {}, row.limit); });
         EXPECT_EQ(simulation->step(), row.step) << row.target;
         EXPECT_EQ(simulation->current(), row.current) << row.target;
+        EXPECT_EQ(simulation->trails()[row.current].get(), &simulation->image()) << row.target;
     }
     EXPECT_TRUE(simulation->warm(1, *queue, {}, {}));
     EXPECT_EQ(simulation->step(), 0);

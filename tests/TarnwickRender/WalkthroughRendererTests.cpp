@@ -1,3 +1,4 @@
+#include "TarnwickRender/WalkthroughCode.h"
 #include "TarnwickRender/WalkthroughRenderer.h"
 
 #include <gtest/gtest.h>
@@ -87,6 +88,18 @@ TEST(WalkthroughRenderer, lightsAddedLinesAndDimsOthers) {
     EXPECT_GT(context, 60);
     EXPECT_LT(context, added * 2 / 3);
     EXPECT_GT(brightness(Kind::added, 200), brightness(Kind::context, 200) + 5);
+}
+
+// A family of four people, one character of 25 bytes, at each place where the line can be cut.
+TEST(WalkthroughCode, cutsLongLinesBetweenCharacters) {
+    const std::string family = "\U0001F468\u200d\U0001F469\u200d\U0001F467\u200d\U0001F466";
+    for (std::size_t before = 480; before < 520; ++before) {
+        const std::string line = std::string(before, 'x') + family + std::string(80, 'y');
+        const std::string text = codeBlocks({.lines = {{line}}})[0].text;
+        const std::string shown = text.substr(0, text.find("…"));
+        EXPECT_TRUE(line.starts_with(shown));
+        EXPECT_TRUE(shown.size() <= before || shown.size() >= before + family.size()) << before;
+    }
 }
 
 TEST(WalkthroughRenderer, showsThePictureUnderTheOverlay) {
