@@ -50,15 +50,13 @@ void writeWholeFile(const std::filesystem::path& file, std::string_view bytes) {
     unfinished.finish();
 }
 
-UnfinishedFile::UnfinishedFile(const std::filesystem::path& file)
-    : target_(replaceable(file)),
-      partial_(target_.string() + "." + std::to_string(getpid()) + ".partial") {
-    checkWholeFile(file);
-    unlink(partial_.c_str()); // left by an ended process of the same number
-}
-
-UnfinishedFile::~UnfinishedFile() {
-    unlink(partial_.c_str());
+// The folder is looked at first, for a sentence of why it takes no file.
+UnfinishedFile::UnfinishedFile(const std::filesystem::path& file) try
+    : target_((checkWholeFile(file), replaceable(file))),
+      folder_(target_.parent_path(), target_.filename().native()),
+      partial_(folder_.path() / target_.filename()) {
+} catch (const TemporaryFolderError& error) {
+    fail(file, error.reason);
 }
 
 void UnfinishedFile::finish() {

@@ -1,6 +1,8 @@
 // Files that appear whole or not at all.
 #pragma once
 
+#include "TarnwickBase/TemporaryFolder.h"
+
 #include <filesystem>
 #include <stdexcept>
 #include <string_view>
@@ -12,17 +14,17 @@ struct WholeFileError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// Writes `bytes` as `file`: under another name in the same folder first, then renamed, so that a
-// reader finds the old bytes or the new ones. What a link leads to is replaced, not the link.
+// Writes `bytes` as `file`: into a folder beside it first, then renamed, so that a reader finds the
+// old bytes or the new ones. What a link leads to is replaced, not the link.
 // Throws WholeFileError; also when `file` is there and is no regular file. Blocks.
 void writeWholeFile(const std::filesystem::path& file, std::string_view bytes);
 
-// A file that somebody else writes, under another name in its folder, until it is complete.
+// A file that somebody else writes, in a temporary folder beside its place, until it is complete.
 class UnfinishedFile {
   public:
     // Throws as checkWholeFile() does.
     explicit UnfinishedFile(const std::filesystem::path& file);
-    ~UnfinishedFile(); // without finish() nothing remains
+    ~UnfinishedFile() = default; // without finish() nothing remains
     UnfinishedFile(const UnfinishedFile&) = delete;
     UnfinishedFile& operator=(const UnfinishedFile&) = delete;
 
@@ -31,7 +33,9 @@ class UnfinishedFile {
     void finish();
 
   private:
-    std::filesystem::path target_, partial_;
+    std::filesystem::path target_;
+    TemporaryFolder folder_;
+    std::filesystem::path partial_;
 };
 
 // Throws WholeFileError where writeWholeFile() would as things stand: the folder is missing or may

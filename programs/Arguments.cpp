@@ -75,4 +75,12 @@ std::span<const std::string_view> Arguments::values(std::string_view option) con
                                   : std::span<const std::string_view>(given->second);
 }
 
+std::vector<std::string_view> Arguments::wordsBeside(std::string_view option) const {
+    std::vector<std::string_view> words = operands_;
+    for (const auto& [name, values] : values_)
+        if (name != option)
+            words.insert(words.end(), values.begin(), values.end());
+    return words;
+}
+
 } // namespace tarnwick

@@ -31,6 +31,9 @@ class Arguments {
     std::optional<std::string_view> value(std::string_view option) const; // the last one given
     std::span<const std::string_view> values(std::string_view option) const;
 
+    // All operands and all values of other options: among them are the files that are read.
+    std::vector<std::string_view> wordsBeside(std::string_view option) const;
+
   private:
     std::vector<std::string_view> operands_;
     std::map<std::string_view, std::vector<std::string_view>> values_;

@@ -1,7 +1,5 @@
 #include "programs/CommandError.h"
 
-#include "TarnwickBase/WholeFile.h"
-
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -23,14 +21,6 @@ std::string quoted(std::string_view text) {
         shown +=
             static_cast<unsigned char>(character) < 0x20 || character == 0x7f ? '?' : character;
     return shown + (text.size() > longest ? "...\"" : "\"");
-}
-
-void checkOutput(std::string_view path) {
-    try {
-        checkWholeFile(path);
-    } catch (const WholeFileError& error) {
-        misuse(error.what());
-    }
 }
 
 void print(std::string_view text) {

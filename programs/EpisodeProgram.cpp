@@ -9,14 +9,14 @@
 namespace tarnwick {
 
 std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
-                                               gpu::Device& device, Status status) {
+                                               gpu::Device& device) {
     try {
         return ShaderProgram::compile(episode, device, ShaderProgram::pixelFormat);
     } catch (const ShaderError& error) {
         const std::string findings = findingsText(path, error.diagnostics);
         std::fputs(findings.c_str(), stderr);
-        throw CommandError(status, std::string(path) + " does not compile" +
-                                       (findings.empty() ? ": " + error.raw : "."));
+        failure(std::string(path) + " does not compile" +
+                (findings.empty() ? ": " + error.raw : "."));
     }
 }
 

@@ -13,10 +13,10 @@ namespace tarnwick {
 // The device to draw with. Throws CommandError where there is none.
 std::shared_ptr<gpu::Device> drawingDevice();
 
-// `path` is what to name the episode by. Throws CommandError, with `status` where the episode does
-// not compile; what the compiler finds has been printed then.
+// `path` is what to name the episode by. Throws CommandError where it does not compile; what the
+// compiler finds has been printed then.
 std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
-                                               gpu::Device& device, Status status = Status::failed);
+                                               gpu::Device& device);
 
 // Throws CommandError where a simulation has no step for that time, in seconds; `what` of it is
 // wanted: "stills".

@@ -51,8 +51,8 @@ void refuseNotFinite(const EpisodeSound& sound, double time) {
     digits.erase(digits.find_last_not_of('0') + 1);
     if (digits.ends_with('.'))
         digits.pop_back();
-    misuse("The sound of " + std::string(sound.path) + " is not a finite number at " + digits +
-           " s.");
+    failure("The sound of " + std::string(sound.path) + " is not a finite number at " + digits +
+            " s.");
 }
 
 std::unique_ptr<SoundCheck> soundCheckOf(const EpisodeSound& sound, gpu::Device& device) {
@@ -84,8 +84,8 @@ void checkHeard(const EpisodeSound& sound, SoundCheck& check) {
 
 void checkSound(std::string_view episode, std::string_view path) {
     if (!ShaderAssembler::definesSound(episode))
-        misuse(std::string(path) +
-               " has no sound: it defines no float2 sound(float t, constant Params& p).");
+        failure(std::string(path) +
+                " has no sound: it defines no float2 sound(float t, constant Params& p).");
 }
 
 } // namespace tarnwick

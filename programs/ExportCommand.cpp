@@ -22,9 +22,9 @@ constexpr std::string_view usualLength = "// @length 10\n"; // of an episode tha
 
 // All that the command line says, checked before anything is compiled or drawn.
 struct Request {
-    std::string_view path, out;
+    std::string_view path;
+    MovieTarget movie;
     std::string episode;
-    ExportPreset preset;
     ParamValues values;
     std::optional<KeyframeTracks> keys;
     double start = 0, duration = 0, crossfade = 0; // seconds
@@ -53,7 +53,7 @@ std::optional<LoopSearch> searchOf(const Arguments& arguments, const Request& re
         if (arguments.has(other))
             misuse("--find-loop finds how long the movie is, so " + std::string(other) +
                    " cannot stand beside it.");
-    LoopSearch search{.start = request.start, .fps = request.preset.fps};
+    LoopSearch search{.start = request.start, .fps = request.movie.preset.fps};
     const std::size_t colon = std::min(given->find(':'), given->size());
     search.around = secondsFromZero(given->substr(0, colon), "--find-loop");
     if (colon < given->size())
@@ -63,8 +63,7 @@ std::optional<LoopSearch> searchOf(const Arguments& arguments, const Request& re
 }
 
 Request requestOf(const Arguments& arguments) {
-    Request request{.path = arguments.operand("episode"), .out = movieNameOf(arguments)};
-    request.preset = exportPresetOf(arguments, request.out);
+    Request request{.path = arguments.operand("episode"), .movie = movieTargetOf(arguments)};
     request.start = secondsFromZero(arguments, "--start", 0);
     request.crossfade = secondsFromZero(arguments, "--loop", 0);
     request.episode = sourceText(request.path);
@@ -72,7 +71,7 @@ Request requestOf(const Arguments& arguments) {
     if (!request.search)
         request.duration = durationOf(arguments, request.episode);
     if (const auto given = arguments.value("--frames"))
-        request.frames = exportFramesOf(*given, request.preset, request.duration);
+        request.frames = exportFramesOf(*given, request.movie.preset, request.duration);
     const std::vector<ParamDecl> params = ParamParser::parse(request.episode);
     request.values = settingsOf(arguments.values("--set"), params, request.path);
     if (const auto keysPath = arguments.value("--keys"))
@@ -100,7 +99,7 @@ ExportSegment segmentOf(const Request& request, std::shared_ptr<const ShaderProg
 Status export_(const Arguments& arguments) {
     Request request = requestOf(arguments);
     const auto device = drawingDevice();
-    const auto program = programOf(request.path, request.episode, *device, Status::misused);
+    const auto program = programOf(request.path, request.episode, *device);
     if (request.search)
         request.duration =
             findLoop(program, *device, request.values, *request.search, request.path).length;
@@ -115,13 +114,14 @@ Status export_(const Arguments& arguments) {
     ExportSegment segment = segmentOf(request, program);
     const auto tap = program->usesInputs() ? SoundTap::make(program, *device) : nullptr;
     letListen(segment, tap.get());
-    exportMovie({&segment, 1}, request.preset, *device, request.out, request.path,
-                {.frames = request.frames});
+    exportMovie({&segment, 1}, request.movie, *device, request.path, {.frames = request.frames});
     return Status::done;
 }
 
 constexpr std::array<Option, 14> exportOptions{{
-    {"-o", "OUT", "where to write the movie, .mp4 or .mov as the preset has it; always wanted"},
+    {"-o", "OUT",
+     "where to write the movie, .mp4 or .mov as the preset has it, or - for standard output; "
+     "required"},
     presetOption,
     {"--start", "SECONDS", "of the episode; 0 without it"},
     {"--duration", "SECONDS", "of the movie; the episode's @length without it, or 10"},

@@ -1,11 +1,8 @@
 #include "programs/ExportOptions.h"
 
-#include "TarnwickBase/WholeFile.h"
 #include "TarnwickCore/Numbers.h"
 #include "programs/CommandError.h"
 #include "programs/EpisodeSound.h"
-
-#include <filesystem>
 
 namespace tarnwick {
 namespace {
@@ -39,21 +36,6 @@ void readBitrate(ExportPreset& preset, const Arguments& arguments) {
 
 } // namespace
 
-std::string_view movieNameOf(const Arguments& arguments) {
-    const std::string_view out = arguments.value("-o").value_or("");
-    if (out.empty())
-        misuse("-o OUT is missing: where to write the movie.");
-    return out;
-}
-
-void checkMovieName(std::string_view out) {
-    try {
-        checkWholeFile(out);
-    } catch (const WholeFileError& error) {
-        misuse(error.what());
-    }
-}
-
 // Chroma is shared by two pixels side by side and, in most codecs, one above the other.
 PixelSize movieSizeOf(const Arguments& arguments, const ExportPreset& preset) {
     const PixelSize size = pixelSizeOf(arguments, {.width = preset.width, .height = preset.height});
@@ -67,18 +49,16 @@ PixelSize movieSizeOf(const Arguments& arguments, const ExportPreset& preset) {
     return size;
 }
 
-ExportPreset exportPresetOf(const Arguments& arguments, std::string_view out) {
+MovieTarget movieTargetOf(const Arguments& arguments) {
     ExportPreset preset = presetOf(arguments);
     const PixelSize size = movieSizeOf(arguments, preset);
     preset.width = size.width;
     preset.height = size.height;
     readBitrate(preset, arguments);
-    const std::string wanted = "." + std::string(preset.fileExtension());
-    if (std::filesystem::path(out).extension() != wanted)
-        misuse("The preset " + std::string(preset.id) + " writes files that end in " + wanted +
-               ", not " + quoted(out) + ".");
-    checkMovieName(out);
-    return preset;
+    const FileKind kind =
+        isQuickTime(preset.codec) ? FileKind::quickTimeMovie : FileKind::mpeg4Movie;
+    return {.preset = preset,
+            .out = Output::wanted(arguments, kind, "The preset " + std::string(preset.id))};
 }
 
 bool exportSoundOf(const Arguments& arguments, std::string_view episode, std::string_view path) {

@@ -4,21 +4,22 @@
 #include "TarnwickCore/ExportPreset.h"
 #include "programs/Arguments.h"
 #include "programs/EpisodePicture.h"
+#include "programs/Output.h"
 
 #include <string_view>
 
 namespace tarnwick {
 
-// What -o says. Throws CommandError where nothing does.
-std::string_view movieNameOf(const Arguments& arguments);
+// A movie that is to be written.
+struct MovieTarget {
+    ExportPreset preset;
+    Output out;
+};
 
-// Throws CommandError where no file can come to stand at `out`.
-void checkMovieName(std::string_view out);
-
-// What --preset, --size and --bitrate say of the movie `out`. Throws CommandError: a preset that
-// there is not, a size or a bit rate that its codec cannot take, a name that ends like another
-// container's or at which no file can come to stand.
-ExportPreset exportPresetOf(const Arguments& arguments, std::string_view out);
+// What --preset, --size, --bitrate and -o say. Throws CommandError: an unknown preset, a size or a
+// bit rate that its codec cannot take, a name that ends like another container's or cannot be
+// written to.
+MovieTarget movieTargetOf(const Arguments& arguments);
 
 // What --size says, or the preset's own. Throws CommandError for a size that its codec cannot take.
 PixelSize movieSizeOf(const Arguments& arguments, const ExportPreset& preset);

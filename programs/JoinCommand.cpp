@@ -1,10 +1,9 @@
 // tarnwick join: puts the parts of a movie together.
-#include "TarnwickBase/WholeFile.h"
 #include "TarnwickPlatform/Movie/JoinMovies.h"
 #include "TarnwickPlatform/Movie/MovieError.h"
 #include "programs/Command.h"
-#include "programs/ExportOptions.h"
 #include "programs/HeldSignals.h"
+#include "programs/Output.h"
 
 #include <array>
 #include <vector>
@@ -12,52 +11,46 @@
 namespace tarnwick {
 namespace {
 
-MovieFileType fileTypeOf(std::string_view out) {
-    const std::string ending = std::filesystem::path(out).extension();
-    if (ending == ".mov")
-        return MovieFileType::quickTime;
-    if (ending != ".mp4")
-        misuse("A movie's name ends in .mp4 or .mov, not as " + quoted(out) + " does.");
-    return MovieFileType::mpeg4;
+namespace fs = std::filesystem;
+
+// As the output's name ends, or on standard output the first part's.
+FileKind kindOf(const Arguments& arguments) {
+    const std::string_view out = arguments.value("-o").value_or("");
+    if (out.empty())
+        misuse("-o OUT is missing: where to write the movie.");
+    const std::string_view named = out == "-" ? arguments.operands().front() : out;
+    for (const FileKind kind : {FileKind::mpeg4Movie, FileKind::quickTimeMovie})
+        if (endsAs(kind, named))
+            return kind;
+    misuse("A movie's name ends in .mp4 or .mov, not as " + quoted(named) + " does.");
 }
 
 // Parts are looked at before anything is written.
-void joinInto(const UnfinishedFile& file, std::span<const std::filesystem::path> parts,
-              MovieFileType type) {
+void joinInto(const fs::path& file, std::span<const fs::path> parts, FileKind kind) {
     try {
-        joinMovies(parts, file.path(), type);
+        joinMovies(parts, file,
+                   kind == FileKind::quickTimeMovie ? MovieFileType::quickTime
+                                                    : MovieFileType::mpeg4);
     } catch (const MovieError& error) {
-        if (!std::filesystem::exists(file.path()))
+        if (!fs::exists(file))
             misuse(error.what());
         failure(error.what());
     }
 }
 
 Status join(const Arguments& arguments) {
-    const std::filesystem::path out = movieNameOf(arguments);
     if (arguments.operands().empty())
         misuse("The parts are missing.");
-    const MovieFileType type = fileTypeOf(out.native());
-    checkMovieName(out.native());
-    const std::vector<std::filesystem::path> parts(arguments.operands().begin(),
-                                                   arguments.operands().end());
-    std::error_code ignored; // of what is not there
-    for (const std::filesystem::path& part : parts)
-        if (std::filesystem::equivalent(part, out, ignored))
-            misuse(out.string() + " is one of the parts.");
+    const FileKind kind = kindOf(arguments);
+    const Output out = Output::wanted(arguments, kind);
+    const std::vector<fs::path> parts(arguments.operands().begin(), arguments.operands().end());
     const HeldSignals whileWriting;
-    try {
-        UnfinishedFile file(out);
-        joinInto(file, parts, type);
-        file.finish();
-    } catch (const WholeFileError& error) {
-        failure(error.what());
-    }
+    out.writeWith([&](const fs::path& file) { joinInto(file, parts, kind); });
     return Status::done;
 }
 
 constexpr std::array<Option, 1> joinOptions{{
-    {"-o", "OUT", "where to write the movie; always wanted"},
+    {"-o", "OUT", "where to write the movie, or - for standard output; required"},
 }};
 
 } // namespace

@@ -1,7 +1,7 @@
 // tarnwick msl: compiles any file in the Metal Shading Language.
-#include "TarnwickBase/WholeFile.h"
 #include "TarnwickMSL/Compile.h"
 #include "programs/Command.h"
+#include "programs/Output.h"
 #include "programs/SourceFile.h"
 
 #include <algorithm>
@@ -82,10 +82,9 @@ const EntryPoint& entryNamed(const Compilation& compilation, std::string_view na
            namesOf(compilation) + ".");
 }
 
-void writeModule(const EntryPoint& entry, std::string_view out) {
-    const std::string_view bytes(reinterpret_cast<const char*>(entry.words.data()),
-                                 entry.words.size() * sizeof entry.words[0]);
-    writeWholeFile(std::filesystem::path(out), bytes);
+std::string_view bytesOf(const EntryPoint& entry) {
+    return {reinterpret_cast<const char*>(entry.words.data()),
+            entry.words.size() * sizeof entry.words[0]};
 }
 
 // The first message that says why, without its excerpt.
@@ -121,7 +120,7 @@ Status batch(const Arguments& arguments) {
 Status compileOne(const Arguments& arguments) {
     const std::string_view path = arguments.operand("file");
     const auto name = arguments.value("--entry");
-    const auto out = arguments.value("-o");
+    const auto out = Output::of(arguments, "-o", FileKind::spirvModule);
     const Compilation compilation = compiled(path);
     std::fputs(compilation.messages.c_str(), stderr);
     if (compilation.failed)
@@ -135,8 +134,8 @@ Status compileOne(const Arguments& arguments) {
         if (name && entry.name != *name)
             continue;
         if (out)
-            writeModule(entry, *out);
-        print(listing(entry));
+            out->write(bytesOf(entry));
+        out ? out->say(listing(entry)) : print(listing(entry));
     }
     return Status::done;
 }
@@ -147,7 +146,7 @@ Status compileMSL(const Arguments& arguments) {
 
 constexpr std::array<Option, 3> mslOptions{{
     {"--entry", "NAME", "only this entry point"},
-    {"-o", "OUT.spv", "writes its SPIR-V"},
+    {"-o", "OUT.spv", "writes its SPIR-V; - for standard output"},
     {"--batch", "", "many files, one line a file"},
 }};
 

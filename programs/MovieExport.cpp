@@ -1,6 +1,5 @@
 #include "programs/MovieExport.h"
 
-#include "TarnwickBase/WholeFile.h"
 #include "programs/CommandError.h"
 #include "programs/EpisodePicture.h"
 #include "programs/ExportProgress.h"
@@ -38,18 +37,19 @@ void letListen(ExportSegment& segment, SoundTap* tap) {
     };
 }
 
-void exportMovie(std::span<const ExportSegment> segments, const ExportPreset& preset,
-                 gpu::Device& device, std::string_view out, std::string_view path,
-                 ExportDetails details) {
+void exportMovie(std::span<const ExportSegment> segments, const MovieTarget& target,
+                 gpu::Device& device, std::string_view path, ExportDetails details) {
+    target.out.writeWith([&](const std::filesystem::path& file) {
+        exportMovieFile(segments, target.preset, device, file, path, details);
+    });
+}
+
+void exportMovieFile(std::span<const ExportSegment> segments, const ExportPreset& preset,
+                     gpu::Device& device, const std::filesystem::path& file, std::string_view path,
+                     ExportDetails details) {
     ExportNews news;
     details.news = &news;
-    try {
-        UnfinishedFile file(out);
-        exportInto(file.path(), segments, preset, device, details);
-        file.finish();
-    } catch (const WholeFileError& error) {
-        failure(error.what());
-    }
+    exportInto(file, segments, preset, device, details);
     if (news.hitLoopBudget)
         warnOfLoopBudget(path, "movie");
 }

@@ -3,6 +3,7 @@
 
 #include "TarnwickRender/SoundTap.h"
 #include "TarnwickRender/VideoExporter.h"
+#include "programs/ExportOptions.h"
 
 #include <span>
 #include <string_view>
@@ -13,12 +14,14 @@ namespace tarnwick {
 // segment's values; `tap` may be null.
 void letListen(ExportSegment& segment, SoundTap* tap);
 
-// Exports the segments as `out`, which gets its name once it is complete: an older movie of that
-// name survives whatever fails. How far it is stands on standard error; Ctrl-C cancels it. `path`
-// is what to name the episode by, `details` what else is wanted of the exporter. Throws
-// CommandError.
-void exportMovie(std::span<const ExportSegment> segments, const ExportPreset& preset,
-                 gpu::Device& device, std::string_view out, std::string_view path,
-                 ExportDetails details = {});
+// Exports the segments to where the target says. How far it is stands on standard error; Ctrl-C
+// cancels it. `path` is what to name the episode by, `details` what else is wanted of the exporter.
+// Throws CommandError.
+void exportMovie(std::span<const ExportSegment> segments, const MovieTarget& target,
+                 gpu::Device& device, std::string_view path, ExportDetails details = {});
+// The same as `file`, of which a part may remain where it fails.
+void exportMovieFile(std::span<const ExportSegment> segments, const ExportPreset& preset,
+                     gpu::Device& device, const std::filesystem::path& file, std::string_view path,
+                     ExportDetails details = {});
 
 } // namespace tarnwick

@@ -6,6 +6,7 @@
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "programs/Command.h"
 #include "programs/NewFile.h"
+#include "programs/Output.h"
 
 #include <algorithm>
 #include <array>
@@ -72,8 +73,12 @@ std::string withEpisodeLine(std::string text, std::string_view title) {
 Status makeNew(const Arguments& arguments) {
     const std::string_view title = titleOf(arguments);
     const std::string text = withEpisodeLine(templateText(arguments, title), title);
-    const auto given = arguments.value("-o");
-    const fs::path path = given ? fs::path(*given) : placeFor(title);
+    const auto given = Output::of(arguments, "-o", FileKind::episode);
+    if (given && given->isStandardOutput()) {
+        print(text);
+        return Status::done;
+    }
+    const fs::path path = given ? fs::path(given->name()) : placeFor(title);
     if (!writeNewFile(path, text))
         misuse(path.string() + " is there already and stays as it is.");
     print(path.string() + "\n");
@@ -85,7 +90,9 @@ constexpr std::array<Option, 5> newOptions{{
     {"--grid", "", "a grid episode: a surface in depth"},
     {"--sound", "", "a tune, and a picture that hears it"},
     {"--inputs", "", "an episode that reads sound, pictures and its own last frame"},
-    {"-o", "FILE.metal", "where to write it; default: the title's name in this folder"},
+    {"-o", "FILE.metal",
+     "where to write it, or - for standard output; default: the title's name in this "
+     "folder"},
 }};
 
 } // namespace

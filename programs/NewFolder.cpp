@@ -20,7 +20,7 @@ class Beside {
     Beside(const fs::path& place, const fs::path& shown) {
         std::string name = (place.parent_path() / ".tarnwick-XXXXXX").string();
         if (!mkdtemp(name.data()))
-            misuse(shown.string() + " cannot be written: " + std::strerror(errno) + ".");
+            failure(shown.string() + " cannot be written: " + std::strerror(errno) + ".");
         folder_ = name;
     }
     ~Beside() {

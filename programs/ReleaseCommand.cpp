@@ -3,6 +3,7 @@
 #include "TarnwickCore/ReleaseDownload.h"
 #include "programs/Awaited.h"
 #include "programs/Command.h"
+#include "programs/Output.h"
 #include "programs/ProgressBar.h"
 #include "programs/Service.h"
 #include "programs/Version.h"
@@ -40,8 +41,8 @@ std::string newsText(const LatestRelease& release) {
     return text;
 }
 
-void download(const LatestRelease& release, std::string_view out, const Service& service,
-              HeldSignals& signals) {
+void download(const LatestRelease& release, const std::filesystem::path& file,
+              const Service& service, HeldSignals& signals) {
     const APIClient& client = service.client();
     std::atomic<double> done = 0;
     ProgressBar bar("Percent");
@@ -49,7 +50,7 @@ void download(const LatestRelease& release, std::string_view out, const Service&
         signals,
         [&](std::stop_token stop) {
             return ReleaseDownload::file(
-                release, out, client.session, client.userAgent, [&](double part) { done = part; },
+                release, file, client.session, client.userAgent, [&](double part) { done = part; },
                 std::move(stop));
         },
         [&] { bar.show(static_cast<std::int64_t>(100 * done), 100); });
@@ -58,11 +59,9 @@ void download(const LatestRelease& release, std::string_view out, const Service&
 Status release(const Arguments& arguments) {
     if (!arguments.operands().empty())
         misuse(quoted(arguments.operands().front()) + " is not wanted here.");
-    const auto out = arguments.value("-o");
-    if (arguments.has("--download") != out.has_value())
+    if (arguments.has("--download") != arguments.has("-o"))
         misuse("--download and -o OUT belong together.");
-    if (out)
-        checkOutput(*out);
+    const auto out = Output::of(arguments, "-o", FileKind::release);
     const Service service(arguments);
     HeldSignals signals;
     const LatestRelease latest = latestRelease(service, signals);
@@ -71,15 +70,16 @@ Status release(const Arguments& arguments) {
     } else if (!out) {
         print(newsText(latest));
     } else {
-        download(latest, *out, service, signals);
-        print(nameOf(latest) + " is in " + std::string(*out) + "; its SHA-256 is the right one.\n");
+        out->writeWith(
+            [&](const std::filesystem::path& place) { download(latest, place, service, signals); });
+        out->say(nameOf(latest) + " is in " + out->name() + "; its SHA-256 is the right one.\n");
     }
     return Status::done;
 }
 
 constexpr std::array<Option, 3> releaseOptions{{
     {"--download", "", "fetch it where it is newer, and check its SHA-256"},
-    {"-o", "OUT", "the file to download to"},
+    {"-o", "OUT", "the file to download to, where there is none yet; - for standard output"},
     serverOption,
 }};
 

@@ -52,13 +52,14 @@ ShareUpload uploadOf(const Arguments& arguments) {
     return upload;
 }
 
-void checkProblems(const ShareUpload& upload) {
+// `status` is whose fault they are: the command line's, or that of what was drawn.
+void checkProblems(const ShareUpload& upload, Status status) {
     const std::vector<std::string> problems = upload.problems();
     if (problems.empty())
         return;
     for (std::size_t at = 0; at + 1 < problems.size(); ++at)
         std::fprintf(stderr, "tarnwick: %s\n", problems[at].c_str());
-    misuse(problems.back());
+    throw CommandError(status, problems.back());
 }
 
 // What cannot be compiled is refused here too when nothing is to be drawn.
@@ -93,11 +94,11 @@ Shared sent(const ShareUpload& upload, const Secret& token, const APIClient& cli
 Status share(const Arguments& arguments) {
     ShareUpload upload = uploadOf(arguments);
     const PixelSize size = movieSizeOf(arguments, ExportPreset::site);
-    checkProblems(upload);
+    checkProblems(upload, Status::misused);
     const Service service(arguments);
     const Secret token = service.wantedToken();
     draw(upload, arguments, size);
-    checkProblems(upload);
+    checkProblems(upload, Status::failed);
     try {
         print(terminalText(sent(upload, token, service.client()).url.string()) + "\n");
     } catch (const ServiceFailure& refusal) {

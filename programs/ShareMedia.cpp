@@ -56,7 +56,7 @@ std::string sharedLoop(const SharedEpisode& episode, gpu::Device& device) {
         segment.inputsAt = [&](double time) { return tap->inputs(time, {}); };
     const TemporaryFolder folder;
     const fs::path file = folder.path() / "loop.mp4";
-    exportMovie({&segment, 1}, presetOf(episode.size), device, file.string(), episode.path);
+    exportMovieFile({&segment, 1}, presetOf(episode.size), device, file, episode.path);
     return mediaFile(file.string());
 }
 

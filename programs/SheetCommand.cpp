@@ -46,10 +46,7 @@ LabelledPicture labelledStill(const Episode& episode, const SheetLayout& layout,
 }
 
 Status sheet(const Arguments& arguments) {
-    const std::string_view out = arguments.value("-o").value_or("");
-    if (out.empty())
-        misuse("-o OUT.png is missing: where to write the sheet.");
-    checkOutput(out);
+    const Output out = Output::wanted(arguments, FileKind::pngPicture);
     const std::vector<Episode> episodes = episodesOf(arguments);
     std::vector<std::string> labels;
     for (const Episode& episode : episodes)
@@ -64,7 +61,7 @@ Status sheet(const Arguments& arguments) {
 }
 
 constexpr std::array<Option, 3> sheetOptions{{
-    {"-o", "OUT.png", "where to write the sheet; always wanted"},
+    {"-o", "OUT.png", "where to write the sheet, or - for standard output; required"},
     columnsOption,
     stillSizeOption,
 }};

@@ -1,10 +1,9 @@
 // tarnwick sound: a stretch of an episode's sound as a WAV file.
-#include "TarnwickBase/WholeFile.h"
 #include "TarnwickRender/AudioRenderer.h"
 #include "programs/Command.h"
 #include "programs/EpisodeProgram.h"
 #include "programs/EpisodeSound.h"
-#include "programs/HeldSignals.h"
+#include "programs/Output.h"
 #include "programs/ProgressBar.h"
 
 #include <array>
@@ -39,21 +38,14 @@ std::vector<float> samplesOf(const EpisodeSound& sound) {
 }
 
 Status sound(const Arguments& arguments) {
-    const std::string_view out = arguments.value("-o").value_or("");
-    if (out.empty())
-        misuse("-o OUT.wav is missing: where to write the sound.");
+    const Output out = Output::wanted(arguments, FileKind::wavSound);
     const auto bytes = AudioRenderer::wavData(samplesOf(episodeSoundOf(arguments, "--start")));
-    const HeldSignals whileWriting;
-    try {
-        writeWholeFile(out, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
-    } catch (const WholeFileError& error) {
-        failure(error.what());
-    }
+    out.write({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     return Status::done;
 }
 
 constexpr std::array<Option, 4> soundOptions{{
-    {"-o", "OUT.wav", "where to write the sound; always wanted"},
+    {"-o", "OUT.wav", "where to write the sound, or - for standard output; required"},
     {"--start", "SECONDS", "of the episode; 0 without it"},
     {"--duration", "SECONDS", "of sound; 10 without it"},
     {"--set", "NAME=VALUE", "of a parameter; may be repeated"},

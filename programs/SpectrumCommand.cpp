@@ -6,7 +6,7 @@
 #include "programs/EpisodePicture.h"
 #include "programs/EpisodeProgram.h"
 #include "programs/EpisodeSound.h"
-#include "programs/HeldSignals.h"
+#include "programs/Output.h"
 #include "programs/ProgressBar.h"
 
 #include <algorithm>
@@ -97,28 +97,26 @@ SpectrumLayout layoutOf(const Arguments& arguments) {
 }
 
 Status spectrum(const Arguments& arguments) {
-    const auto out = arguments.value("-o");
-    if (out && out->empty())
-        misuse("-o wants OUT.png: where to write the picture.");
+    const auto out = Output::of(arguments, "-o", FileKind::pngPicture);
     if (!arguments.has("--time"))
         misuse("--time SECONDS is missing: when to listen.");
     const EpisodeSound sound = episodeSoundOf(arguments, "--time");
     const SpectrumLayout layout = layoutOf(arguments);
     Listener listener(sound);
     const std::string levels = levelsText(listener.levels(sound.start));
-    if (out) {
-        const Picture picture =
-            spectrumPicture(spectrumOf(sound, layout.plotWidth(), listener), layout);
-        const HeldSignals whileWriting;
-        writePNG(picture, *out);
+    if (!out) {
+        print(levels);
+        return Status::done;
     }
-    print(levels);
+    out->write(pngOf(spectrumPicture(spectrumOf(sound, layout.plotWidth(), listener), layout)));
+    out->say(levels);
     return Status::done;
 }
 
 constexpr std::array<Option, 5> spectrumOptions{{
-    {"--time", "SECONDS", "of the episode, where the levels are taken; always wanted"},
-    {"-o", "OUT.png", "draws the spectrum from there on, high frequencies up"},
+    {"--time", "SECONDS", "of the episode, where the levels are taken; required"},
+    {"-o", "OUT.png",
+     "draws the spectrum from there on, high frequencies up; - for standard output"},
     {"--duration", "SECONDS", "that the picture shows; 10 without it"},
     {"--size", "WxH", "of the picture, in pixels; 1280x720 without it"},
     {"--set", "NAME=VALUE", "of a parameter; may be repeated"},

@@ -3,7 +3,7 @@
 #include "programs/Command.h"
 #include "programs/EpisodePicture.h"
 #include "programs/EpisodeProgram.h"
-#include "programs/HeldSignals.h"
+#include "programs/Output.h"
 #include "programs/SourceFile.h"
 #include "programs/StillValues.h"
 
@@ -38,16 +38,14 @@ std::uint32_t frameOf(const Arguments& arguments, double time) {
 
 // All that the command line says, checked before anything is compiled or drawn.
 struct Request {
-    std::string_view out;
+    Output out;
     EpisodeFrame frame;
 };
 
 Request requestOf(const Arguments& arguments) {
-    Request request{.out = arguments.value("-o").value_or("")};
+    Request request{.out = Output::wanted(arguments, FileKind::pngPicture)};
     EpisodeFrame& frame = request.frame;
     frame.path = arguments.operand("episode");
-    if (request.out.empty())
-        misuse("-o OUT.png is missing: where to write the picture.");
     frame.size = pixelSizeOf(arguments, {.width = 1280, .height = 720});
     frame.episode = sourceText(frame.path);
     frame.time = timeOf(arguments, frame.episode);
@@ -62,13 +60,12 @@ Request requestOf(const Arguments& arguments) {
 Status still(const Arguments& arguments) {
     const Request request = requestOf(arguments);
     const Picture picture = pictureOf(request.frame, *drawingDevice());
-    const HeldSignals whileWriting;
-    StillRenderer::writePNG(picture, request.out);
+    request.out.write(pngOf(picture));
     return Status::done;
 }
 
 constexpr std::array<Option, 6> stillOptions{{
-    {"-o", "OUT.png", "where to write the picture; always wanted"},
+    {"-o", "OUT.png", "where to write the picture, or - for standard output; required"},
     {"--time", "SECONDS", "of the episode; what its @still says without it, or 10"},
     {"--size", "WxH", "in pixels; 1280x720 without it"},
     {"--set", "NAME=VALUE", "of a parameter; may be repeated"},

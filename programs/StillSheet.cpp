@@ -1,8 +1,8 @@
 #include "programs/StillSheet.h"
 
 #include "TarnwickCore/Numbers.h"
+#include "TarnwickPlatform/Pictures/PNG.h"
 #include "programs/CommandError.h"
-#include "programs/HeldSignals.h"
 
 #include <algorithm>
 
@@ -56,9 +56,8 @@ PixelSize drawnSize(const SheetLayout& layout) {
 }
 
 void writeSheet(std::span<const LabelledPicture> stills, const SheetLayout& layout,
-                std::string_view out) {
-    const HeldSignals whileWriting;
-    writePNG(contactSheet(stills, layout), out);
+                const Output& out) {
+    out.write(pngOf(contactSheet(stills, layout)));
 }
 
 } // namespace tarnwick

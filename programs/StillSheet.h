@@ -4,10 +4,10 @@
 #include "TarnwickPlatform/Text/ContactSheet.h"
 #include "programs/Arguments.h"
 #include "programs/EpisodePicture.h"
+#include "programs/Output.h"
 
 #include <cstddef>
 #include <span>
-#include <string_view>
 
 namespace tarnwick {
 
@@ -18,9 +18,9 @@ SheetLayout sheetLayoutOf(const Arguments& arguments, std::span<const std::strin
 // The size to draw a still at before it is halved: twice as large, so that fine lines are smooth.
 PixelSize drawnSize(const SheetLayout& layout);
 
-// Writes the sheet whole or not at all. Throws PictureError.
+// Throws CommandError and PictureError.
 void writeSheet(std::span<const LabelledPicture> stills, const SheetLayout& layout,
-                std::string_view out);
+                const Output& out);
 
 // The help of the two options.
 constexpr Option columnsOption{"--columns", "N", "stills side by side; 3 without it"};

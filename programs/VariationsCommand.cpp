@@ -1,5 +1,4 @@
 // tarnwick variations: a series of settings near an episode's defaults, as a list or as stills.
-#include "TarnwickBase/WholeFile.h"
 #include "TarnwickCore/Numbers.h"
 #include "TarnwickCore/VideoChapters.h"
 #include "TarnwickPlatform/Pictures/Halved.h"
@@ -7,7 +6,7 @@
 #include "programs/EpisodeProgram.h"
 #include "programs/EpisodeVariations.h"
 #include "programs/ExportOptions.h"
-#include "programs/HeldSignals.h"
+#include "programs/Output.h"
 #include "programs/ProgressBar.h"
 #include "programs/StillSheet.h"
 #include "programs/TextTable.h"
@@ -15,6 +14,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <array>
 
 namespace tarnwick {
@@ -98,46 +98,37 @@ std::vector<LabelledPicture> stillsOf(const EpisodeVariations& variations,
 }
 
 void writeSheetOf(const EpisodeVariations& variations, const Arguments& arguments,
-                  std::string_view out) {
+                  const Output& out) {
     const std::vector<std::string> labels = labelsOf(variations);
     const SheetLayout layout = sheetLayoutOf(arguments, labels);
     writeSheet(stillsOf(variations, labels, layout), layout, out);
 }
 
-void writeChapters(const VideoChapters& chapters, std::string_view out) {
-    const HeldSignals whileWriting;
-    try {
-        writeWholeFile(out, chapters.json() + "\n");
-    } catch (const WholeFileError& error) {
-        failure(error.what());
-    }
-}
-
-// The file that `option` names, if it is given.
-std::optional<std::string_view> outputOf(const Arguments& arguments, std::string_view option) {
-    const auto out = arguments.value(option);
-    if (out && out->empty())
-        misuse(std::string(option) + " wants the name of a file.");
-    if (out)
-        checkOutput(*out);
-    return out;
+// At most one of them can have standard output.
+void checkOutputs(const Arguments& arguments, std::initializer_list<const Output*> outputs) {
+    const auto count = std::ranges::count_if(
+        outputs, [](const Output* output) { return output && output->isStandardOutput(); });
+    if (count + arguments.has("--json") > 1 && count > 0)
+        misuse("Standard output takes one of the movie, the chapters, the sheet and the list.");
 }
 
 Status variations(const Arguments& arguments) {
-    const auto movie = outputOf(arguments, "-o");
-    const auto chapters = outputOf(arguments, "--chapters");
-    const auto sheet = outputOf(arguments, "--sheet");
-    if (movie && sheet)
+    if (arguments.has("-o") && arguments.has("--sheet"))
         misuse("-o and --sheet exclude each other.");
-    if (chapters && !movie)
+    if (arguments.has("--chapters") && !arguments.has("-o"))
         misuse("--chapters wants -o: the chapters are those of a movie.");
+    const auto chapters = Output::of(arguments, "--chapters", FileKind::chapterList);
+    const auto sheet = Output::of(arguments, "--sheet", FileKind::pngPicture);
+    const auto movie = arguments.has("-o") ? std::optional(movieTargetOf(arguments)) : std::nullopt;
+    checkOutputs(arguments, {chapters ? &*chapters : nullptr, sheet ? &*sheet : nullptr,
+                             movie ? &movie->out : nullptr});
     const EpisodeVariations variations = episodeVariationsOf(arguments);
     if (sheet)
         writeSheetOf(variations, arguments, *sheet);
     if (movie) {
         const VideoChapters list = exportVariations(variations, arguments, *movie);
         if (chapters)
-            writeChapters(list, *chapters);
+            chapters->write(list.json() + "\n");
     }
     if (arguments.has("--json"))
         print(listJSON(variations));
@@ -147,7 +138,7 @@ Status variations(const Arguments& arguments) {
 }
 
 constexpr std::array<Option, 17> variationsOptions{{
-    {"--seed", "N", "that the series is drawn from; always wanted"},
+    {"--seed", "N", "that the series is drawn from; required"},
     {"--count", "N", "how many; those of the episode's @variations without it"},
     {"--from", "N", "the first one's number; 1 without it"},
     {"--length", "SECONDS", "of the episode; its @length without it, or 60"},

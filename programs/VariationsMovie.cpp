@@ -35,13 +35,12 @@ void checkAllHeard(const EpisodeVariations& variations, gpu::Device& device) {
 } // namespace
 
 VideoChapters exportVariations(const EpisodeVariations& variations, const Arguments& arguments,
-                               std::string_view out) {
-    const ExportPreset preset = exportPresetOf(arguments, out);
+                               const MovieTarget& movie) {
     const bool sound = exportSoundOf(arguments, variations.episode, variations.path);
-    VideoChapters chapters = chaptersOf(variations, preset.fps);
+    VideoChapters chapters = chaptersOf(variations, movie.preset.fps);
     checkMovieLength(chapters.duration);
     const auto device = drawingDevice();
-    const auto program = programOf(variations.path, variations.episode, *device, Status::misused);
+    const auto program = programOf(variations.path, variations.episode, *device);
     if (sound)
         checkAllHeard(variations, *device);
     const auto tap = program->usesInputs() ? SoundTap::make(program, *device) : nullptr;
@@ -55,8 +54,7 @@ VideoChapters exportVariations(const EpisodeVariations& variations, const Argume
                             .sound = sound});
         letListen(segments.back(), tap.get());
     }
-    exportMovie(segments, preset, *device, out, variations.path,
-                {.chapters = movieChaptersOf(chapters)});
+    exportMovie(segments, movie, *device, variations.path, {.chapters = movieChaptersOf(chapters)});
     return chapters;
 }
 

@@ -6,7 +6,7 @@
 #include "programs/EpisodeProgram.h"
 #include "programs/EpisodeWalkthrough.h"
 #include "programs/ExportOptions.h"
-#include "programs/HeldSignals.h"
+#include "programs/Output.h"
 #include "programs/ProgressBar.h"
 #include "programs/WalkthroughMovie.h"
 #include "programs/WalkthroughText.h"
@@ -60,22 +60,44 @@ std::vector<Picture> stillsOf(const EpisodeWalkthrough& walkthrough,
     return stills;
 }
 
+struct Page {
+    std::size_t stage, page; // from 0 on
+    Output out;
+};
+
+std::vector<Page> pagesOf(const std::vector<WalkthroughStage>& stages, const fs::path& folder,
+                          const Arguments& arguments) {
+    std::vector<Page> pages;
+    for (std::size_t stage = 0; stage < stages.size(); ++stage)
+        for (std::size_t page = 0; page < stages[stage].pages.size(); ++page)
+            pages.push_back({stage, page,
+                             Output::at(folder / pageName(stages[stage].number, page),
+                                        FileKind::pngPicture, arguments.wordsBeside("--pages"))});
+    return pages;
+}
+
+// What stands in the way is found before anything is drawn.
+void checkPages(std::span<const Page> pages, const fs::path& folder) {
+    std::error_code error;
+    if (!fs::exists(folder, error))
+        return Output::checkWritable(folder);
+    if (!fs::is_directory(folder, error))
+        misuse(folder.string() + " is there already and is no folder.");
+    for (const Page& page : pages)
+        page.out.check();
+}
+
 void writePages(const EpisodeWalkthrough& walkthrough, const WalkthroughRenderer& renderer,
-                const fs::path& folder) {
+                const fs::path& folder, const Arguments& arguments) {
     const std::vector<WalkthroughStage> stages = walkthrough.stages(renderer);
+    const std::vector<Page> pages = pagesOf(stages, folder, arguments);
+    checkPages(pages, folder);
     const std::vector<Picture> stills = stillsOf(walkthrough, renderer);
     makeFolder(folder);
-    for (std::size_t index = 0; index < stages.size(); ++index) {
-        const auto pages = renderer.pages(stages[index], stages.size());
-        for (std::size_t page = 0; page < stages[index].pages.size(); ++page) {
-            const Picture frame = renderer.frame(stills[index], pages.overlay(page));
-            const fs::path file = folder / pageName(stages[index].number, page);
-            {
-                const HeldSignals whileWriting;
-                writePNG(frame, file);
-            }
-            print(file.string() + "\n");
-        }
+    for (const auto& [stage, page, out] : pages) {
+        const auto overlays = renderer.pages(stages[stage], stages.size());
+        out.write(pngOf(renderer.frame(stills[stage], overlays.overlay(page))));
+        print(out.name() + "\n");
     }
 }
 
@@ -85,13 +107,13 @@ Status walkthrough(const Arguments& arguments) {
     if (arguments.has("--json") + folder.has_value() + movie.has_value() > 1)
         misuse("--json, --pages and -o exclude each other.");
     if (movie) {
-        exportWalkthrough(walkthrough, arguments, movieNameOf(arguments));
+        exportWalkthrough(walkthrough, arguments);
         return Status::done;
     }
     const PixelSize size = pixelSizeOf(arguments, {.width = 1920, .height = 1080});
     const WalkthroughRenderer renderer = walkthroughRenderer(size.width, size.height);
     if (folder) {
-        writePages(walkthrough, renderer, *folder);
+        writePages(walkthrough, renderer, *folder, arguments);
         return Status::done;
     }
     const std::vector<WalkthroughStage> stages = walkthrough.stages(renderer);

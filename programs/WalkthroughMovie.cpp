@@ -81,9 +81,9 @@ std::vector<MovieChapter> chaptersOf(const Film& film) {
 
 } // namespace
 
-void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& arguments,
-                       std::string_view out) {
-    const ExportPreset preset = exportPresetOf(arguments, out);
+void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& arguments) {
+    const MovieTarget movie = movieTargetOf(arguments);
+    const ExportPreset& preset = movie.preset;
     const WalkthroughRenderer renderer = walkthroughRenderer(preset.width, preset.height);
     const std::vector<WalkthroughStage> stages = walkthrough.stages(renderer);
     const WalkthroughTimeline timeline = timelineOf(stages, arguments, preset.fps);
@@ -119,7 +119,7 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
         if (tap && programs[stage]->usesInputs())
             segments.back().inputsAt = [&tap](double time) { return tap->inputs(time, {}); };
     }
-    exportMovie(segments, preset, *device, out, path, {.chapters = chaptersOf(film)});
+    exportMovie(segments, movie, *device, path, {.chapters = chaptersOf(film)});
 }
 
 } // namespace tarnwick

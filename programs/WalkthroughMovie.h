@@ -4,17 +4,14 @@
 #include "programs/Arguments.h"
 #include "programs/EpisodeWalkthrough.h"
 
-#include <string_view>
-
 namespace tarnwick {
 
-// Writes the pages, one after another, as `out`: a segment a stage, whose program plays on while
+// Writes the pages, one after another, as -o says: a segment a stage, whose program plays on while
 // its pages turn, and a chapter. Time goes on from stage to stage, so that each takes over the
 // moment that the last one ended with, and the episode's sound lies under all of it. The options of
 // the command line say in which format, how long a page is shown, and whether with sound and
 // watermark. Throws CommandError.
-void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& arguments,
-                       std::string_view out);
+void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& arguments);
 
 constexpr Option pageSecondsOption{"--page-seconds", "S",
                                    "of the movie that each page is shown; 6 without it"};

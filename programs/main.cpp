@@ -51,7 +51,7 @@ std::string programHelp() {
     for (const Command* command : commands)
         help += "  " + padded(command->name, 12) + std::string(command->summary) + "\n";
     return help + "\ntarnwick COMMAND --help says more. Status: 0 done, 1 the work failed, "
-                  "2 it cannot be asked for like this.\n";
+                  "2 the command line is to be changed.\n";
 }
 
 std::string commandHelp(const Command& command) {

@@ -42,23 +42,28 @@ std::vector<std::uint8_t> packedColors(const Picture& picture) {
 
 } // namespace
 
-void writePNG(const Picture& picture, const std::filesystem::path& file) {
+std::string pngOf(const Picture& picture) {
     precondition(picture.bytesPerRow >= std::size_t{4} * picture.width &&
                      picture.bytes.size() >= picture.bytesPerRow * picture.height,
                  "A picture holds the rows that it says it has.");
     if (picture.width == 0 || picture.height == 0)
-        fail(file, "written", "The picture has no pixels");
+        throw PictureError("A picture without pixels cannot be written.");
     Image image;
     image.width = picture.width;
     image.height = picture.height;
     image.format = PNG_FORMAT_BGR; // written as RGB, with the sRGB chunk
     const std::vector<std::uint8_t> colors = packedColors(picture);
-    std::vector<char> bytes(PNG_IMAGE_PNG_SIZE_MAX(image));
+    std::string bytes(PNG_IMAGE_PNG_SIZE_MAX(image), '\0');
     png_alloc_size_t length = bytes.size();
     if (!png_image_write_to_memory(&image, bytes.data(), &length, 0, colors.data(), 0, nullptr))
-        fail(file, "written", image.message);
+        throw PictureError("The picture cannot be written: " + std::string(image.message) + ".");
+    bytes.resize(length);
+    return bytes;
+}
+
+void writePNG(const Picture& picture, const std::filesystem::path& file) {
     try {
-        writeWholeFile(file, std::string_view(bytes.data(), length));
+        writeWholeFile(file, pngOf(picture));
     } catch (const WholeFileError& error) {
         throw PictureError(error.what());
     }

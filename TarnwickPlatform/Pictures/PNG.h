@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <stdexcept>
+#include <string>
 
 namespace tarnwick {
 
@@ -13,9 +14,12 @@ struct PictureError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// Writes 8-bit RGB, marked as sRGB. The file appears whole or not at all: it is written under
-// another name in the same folder and renamed. Blocks. Throws PictureError; also when `file` exists
-// and is no regular file, or the picture has no pixels.
+// The bytes of a file of 8-bit RGB, marked as sRGB. Blocks. Throws PictureError; also when the picture
+// has no pixels.
+std::string pngOf(const Picture& picture);
+
+// Writes the same as a file that appears whole or not at all. Blocks. Throws PictureError; also when
+// `file` exists and is no regular file.
 void writePNG(const Picture& picture, const std::filesystem::path& file);
 
 // Reads any kind of PNG as 8-bit sRGB, what is not opaque laid over black. Blocks. Throws

@@ -30,7 +30,7 @@ done
 expect 2 '2.mp4 begins at frame 600, not at frame 0' join 2.mp4 1.mp4 -o bad.mp4
 expect 2 '' join 1.mp4 1.mov -o bad.mp4
 expect 2 '' join 1.mp4 none.mp4 -o bad.mp4
-expect 2 '1.mp4 is one of the parts' join 1.mp4 2.mp4 -o 1.mp4
+expect 2 '1.mp4 is the file that is read' join 1.mp4 2.mp4 -o 1.mp4
 expect 2 'The parts are missing' join -o bad.mp4
 expect 2 'ends in .mp4 or .mov, not as "bad.avi" does' join 1.mp4 -o bad.avi
 have "$(ls | grep -c bad)" = 0

@@ -29,14 +29,14 @@ expect 0 '^Tarnwick 9.?\[1m5 (build 99) is newer than this one, Tarnwick ' relea
 grep -q -x "$TARNWICK_SERVER/release.tar" out || complain 'no address' release
 grep -q -x 'Second?.' out || complain 'no notes' release
 expect 2 'belong together' release --download
-expect 2 'none/new.tar cannot be written' release --download -o none/new.tar
+expect 1 'none/new.tar cannot be written' release --download -o none/new.tar
 expect 1 'gives no SHA-256' release --download -o new.tar
 document 99 ",\"sha256\":\"$(echo "$digest" | tr a-f A-F)\""
 expect 0 'is in new.tar; its SHA-256 is the right one' release --download -o new.tar
 cmp -s new.tar service/site/release.tar || complain 'another file' release
 echo more >>service/site/release.tar
 expect 1 'not the release that was announced' release --download -o other.tar
-expect 1 'not the release that was announced' release --download -o new.tar
+expect 2 '^tarnwick: new.tar is there already and stays as it is.$' release --download -o new.tar
 have "$(sha256sum <new.tar | cut -c 1-64)" = "$digest"
 rm service/site/release.tar
 expect 1 'Tarnweb answered 404 for the release' release --download -o other.tar

@@ -75,7 +75,7 @@ cancelled() {
 }
 export TMPDIR="$folder/tmp"
 mkdir tmp
-cancelled 'tarnwick: Export cancelled.' 'tmp/*/*partial' e.metal --title A
+cancelled 'tarnwick: Export cancelled.' 'tmp/*/loop.mp4' e.metal --title A
 rm service/log
 touch service/hang
 (sleep 0.5 && until grep -q shaders service/log; do sleep 0.05; done && touch arrived) &

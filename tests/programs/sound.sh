@@ -5,7 +5,7 @@ sounding() {
     echo "float2 sound(float t, constant Params& p) { $1 }"
 }
 (episode && sounding 'return float2(p.red, -p.green);') >e.metal
-expect 2 'silent.metal has no sound: it defines no float2 sound' sound silent.metal -o out.wav
+expect 1 'silent.metal has no sound: it defines no float2 sound' sound silent.metal -o out.wav
 expect 2 'OUT.wav is missing' sound e.metal
 for duration in 0 -1 nan inf 1e-9 22370 long ''; do
     expect 2 'wants a number of seconds above 0 and up to 22369, not "' \
@@ -35,13 +35,13 @@ tail -c +45 part.wav | cmp -s - middle || complain 'a part differs from the whol
 expect 0 '' sound loud.metal -o loud.wav --duration 0.00004
 [ "$(numbers loud.wav)" = ' 32767 -32767 32767 -32767' ] || complain 'not clipped' sound
 # NaN and infinity are said with their time, in any second and on either side.
-echo older >old.wav
+cp a.wav old.wav
 no_number() {
     (episode && sounding "return t < 1.25 ? float2(0.5) : $1;") >nan.metal
-    expect 2 'The sound of nan.metal is not a finite number at 1.25 s.$' \
+    expect 1 'The sound of nan.metal is not a finite number at 1.25 s.$' \
         sound nan.metal -o old.wav --duration 3
-    expect 2 'not a finite number at 1.25 s.$' spectrum nan.metal --time 1.3 -o old.wav
-    [ "$(cat old.wav)" = older ] || complain 'written all the same' "$1"
+    expect 1 'not a finite number at 1.25 s.$' spectrum nan.metal --time 1.3
+    cmp -s a.wav old.wav || complain 'written all the same' "$1"
     expect 0 '' sound nan.metal -o before.wav --duration 1.25
 }
 no_number 'float2(sqrt(-t), 0.0)'

@@ -1,7 +1,8 @@
 # What a still cannot be made of is said in one sentence, and no file is touched.
 . "$PROMISES/promises.sh"
 episode >e.metal
-echo old >out.png
+printf '\211PNG\r\n\032\nold' >out.png
+cp out.png old.png
 for size in 0x0 100000x100000 64 64x 64x-4 64X48 x 64x48x2 ''; do
     expect 2 '^tarnwick: --size wants WIDTHxHEIGHT, each from 1 to 16384 pixels, not "' \
         still e.metal -o out.png --size "$size"
@@ -21,8 +22,11 @@ expect 2 'none.json cannot be read' still e.metal -o out.png --keys none.json
 (episode && echo 'float x = y;') >bad.metal
 expect 1 "^bad.metal:6:11: error: " still bad.metal -o out.png
 expect 1 'none/out.png cannot be written: No such file' still e.metal -o none/out.png --size 8x8
-mkdir folder
-expect 1 'folder cannot be written: It is a folder.' still e.metal -o folder --size 8x8
-[ "$(cat out.png)" = old ] || complain 'out.png changed' still
-[ "$(ls *.partial folder/* 2>/dev/null)" = '' ] || complain 'a part is left' still
+# Where the output cannot be written is found before the episode is compiled.
+expect 1 '^tarnwick: none/out.png cannot be written: No such file' still bad.metal -o none/out.png
+have "$(wc -l <err)" = 1
+mkdir folder.png
+expect 2 'folder.png is a folder' still e.metal -o folder.png --size 8x8
+cmp -s out.png old.png || complain 'out.png changed' still
+[ "$(ls *.partial folder.png/* 2>/dev/null)" = '' ] || complain 'a part is left' still
 finish

@@ -22,7 +22,7 @@ have "$(stat -c %a private private/Sources private/Package.swift | tr '\n' ' ')"
 (echo '// @grid 4' && episode) >grid.metal
 expect 1 '^tarnwick: A grid shader keeps state' swiftui grid.metal -o none
 expect 2 'e.metal is there already and is no folder' swiftui e.metal -o e.metal
-expect 2 '^tarnwick: none/out cannot be written: No such file' swiftui e.metal -o none/out
+expect 1 '^tarnwick: none/out cannot be written: No such file' swiftui e.metal -o none/out
 expect 1 '^tarnwick: none.*cannot be written: File name too long' \
     swiftui e.metal --title "$(head -c 300 /dev/zero | tr '\0' a)" -o none
 expect 2 '-o FOLDER is missing' swiftui e.metal
