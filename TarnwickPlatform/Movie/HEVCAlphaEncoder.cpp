@@ -1,12 +1,14 @@
 #include "TarnwickPlatform/Movie/HEVCAlphaEncoder.h"
 
-#include "TarnwickPlatform/Movie/HEVCLayeredStream.h"
+#include "TarnwickPlatform/Movie/HEVCLayerPairs.h"
 #include "TarnwickPlatform/Movie/MovieError.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <deque>
+#include <limits>
+#include <map>
 #include <string>
 
 namespace tarnwick {
@@ -26,8 +28,11 @@ VideoSettings withShare(VideoSettings settings, double share) {
     return settings;
 }
 
-// Frame types by count alone: a key frame every interval, three B-frames wherever they fit.
-std::string lockstepOptions(const VideoSettings& settings) {
+// No scene cuts and three B-frames wherever they fit. All the same libx265 puts a P-frame in the
+// place of a B-frame by content: with cutree on, it looks for scene cuts in the three pictures
+// before a P-frame although scenecut=0 (fades, cuts and flat pictures have them). So colour decides
+// and alpha follows.
+std::string commonOptions(const VideoSettings& settings) {
     const std::string interval = std::to_string(settings.maxKeyFrameInterval);
     return std::string(
                "x265-params=frame-threads=1\\:pools=16\\:log-level=none\\:info=0\\:aud=0\\:hrd=0") +
@@ -35,24 +40,30 @@ std::string lockstepOptions(const VideoSettings& settings) {
            "\\:min-keyint=" + interval;
 }
 
+constexpr auto presetOptions = "preset=medium:profile=main:forced-idr=1:";
+
 std::string colourOptions(const VideoSettings& settings) {
-    return "preset=medium:profile=main:" + lockstepOptions(settings);
+    return presetOptions + commonOptions(settings);
 }
 
-// Tuned for the numbers, since what pleases the eye in a picture has no meaning in alpha.
+// Tuned for the numbers, since what pleases the eye in a picture has no meaning in alpha. cutree
+// needs the lookahead's own decisions, which are not made where the kinds of pictures are given.
 std::string alphaOptions(const VideoSettings& settings) {
     const long finest = std::lround(coarsestQuantiser * (1 - settings.alphaQuality));
-    return "preset=medium:profile=main:tune=psnr:qmin=" + std::to_string(finest) + ":" +
-           lockstepOptions(settings);
+    return presetOptions + std::string("tune=psnr:qmin=") + std::to_string(finest) + ":" +
+           commonOptions(settings) + "\\:cutree=0\\:rc-lookahead=5";
 }
 
 hevc::ByteView viewOf(const std::vector<std::byte>& bytes) {
     return {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()};
 }
 
-std::vector<std::byte> bytesOf(hevc::ByteView view) {
-    const auto* bytes = reinterpret_cast<const std::byte*>(view.data());
-    return {bytes, bytes + view.size()};
+std::unique_ptr<LibavEncoder> colourEncoder(const VideoSettings& settings) {
+    return makeHEVCEncoder(withShare(settings, colourShare), colourOptions(settings));
+}
+
+std::unique_ptr<LibavEncoder> alphaEncoder(const VideoSettings& settings) {
+    return makeHEVCEncoder(withShare(settings, alphaShare), alphaOptions(settings));
 }
 
 class HEVCAlphaEncoder : public VideoEncoder {
@@ -62,30 +73,35 @@ class HEVCAlphaEncoder : public VideoEncoder {
     void encode(std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
                 const VideoPacketSink& sink) override;
     void finish(const VideoPacketSink& sink) override;
-    std::vector<std::byte> configuration() const override {
-        return bytesOf(stream.configuration());
-    }
+    std::vector<std::byte> configuration() const override { return pairs.configuration(); }
     std::int64_t delay() const override { return colour->delay(); }
 
   private:
-    std::shared_ptr<const PixelBuffer> alphaPicture(const PixelBuffer& picture);
-    void pairUp(const VideoPacketSink& sink);
+    struct WaitingAlpha {
+        std::shared_ptr<const PixelBuffer> picture;
+        std::int64_t frame = 0;
+    };
 
-    std::unique_ptr<VideoEncoder> colour;
-    std::unique_ptr<VideoEncoder> alpha;
-    hevc::LayeredStream stream;
-    PixelBufferPool alphaPictures;
-    std::deque<VideoPacket> colourPackets, alphaPackets; // that wait for their partners
+    std::shared_ptr<const PixelBuffer> alphaPicture(const PixelBuffer& picture);
+    void takeColour(VideoPacket packet, const VideoPacketSink& sink);
+    void encodeAlpha();
+
+    std::unique_ptr<LibavEncoder> colour;
+    std::unique_ptr<LibavEncoder> alpha;
+    hevc::LayerPairs pairs;
+    PixelBufferPool alphaPictures; // its size is bounded by how far colour looks ahead
+    std::deque<WaitingAlpha> waiting;
+    std::map<std::int64_t, PictureKind> kinds; // of the frames that colour has encoded
 };
 
-// An encoder lets go of a picture when it takes the next one at the latest.
-constexpr std::int64_t picturesInEncoder = 3;
-
 HEVCAlphaEncoder::HEVCAlphaEncoder(const VideoSettings& settings)
-    : colour(makeHEVCEncoder(withShare(settings, colourShare), colourOptions(settings))),
-      alpha(makeHEVCEncoder(withShare(settings, alphaShare), alphaOptions(settings))),
-      stream(viewOf(colour->configuration()), viewOf(alpha->configuration()), settings.alpha),
-      alphaPictures(PixelFormat::ycbcr420, settings.width, settings.height, picturesInEncoder) {}
+    : colour(colourEncoder(settings)), alpha(alphaEncoder(settings)),
+      pairs(hevc::LayeredStream(viewOf(colour->configuration()), viewOf(alpha->configuration()),
+                                settings.alpha),
+            {.colour = [settings] { return colourEncoder(settings); },
+             .alpha = [settings] { return alphaEncoder(settings); }}),
+      alphaPictures(PixelFormat::ycbcr420, settings.width, settings.height,
+                    std::numeric_limits<std::int64_t>::max()) {}
 
 std::shared_ptr<const PixelBuffer> HEVCAlphaEncoder::alphaPicture(const PixelBuffer& picture) {
     std::shared_ptr<PixelBuffer> made = alphaPictures.take();
@@ -105,32 +121,38 @@ std::shared_ptr<const PixelBuffer> HEVCAlphaEncoder::alphaPicture(const PixelBuf
 
 void HEVCAlphaEncoder::encode(std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
                               const VideoPacketSink& sink) {
-    alpha->encode(alphaPicture(*picture), frame,
-                  [this](VideoPacket packet) { alphaPackets.push_back(std::move(packet)); });
+    waiting.push_back({alphaPicture(*picture), frame});
     colour->encode(std::move(picture), frame,
-                   [this](VideoPacket packet) { colourPackets.push_back(std::move(packet)); });
-    pairUp(sink);
+                   [&](VideoPacket packet) { takeColour(std::move(packet), sink); });
 }
 
 void HEVCAlphaEncoder::finish(const VideoPacketSink& sink) {
-    alpha->finish([this](VideoPacket packet) { alphaPackets.push_back(std::move(packet)); });
-    colour->finish([this](VideoPacket packet) { colourPackets.push_back(std::move(packet)); });
-    pairUp(sink);
-    if (!colourPackets.empty() || !alphaPackets.empty())
-        throw MovieError("The HEVC encoders of colour and alpha disagree about the pictures.");
+    colour->finish([&](VideoPacket packet) { takeColour(std::move(packet), sink); });
+    alpha->finish([&](VideoPacket packet) {
+        pairs.putAlpha(std::move(packet));
+        pairs.give(sink);
+    });
+    pairs.finish(sink);
 }
 
-void HEVCAlphaEncoder::pairUp(const VideoPacketSink& sink) {
-    while (!colourPackets.empty() && !alphaPackets.empty()) {
-        const VideoPacket& first = colourPackets.front();
-        const VideoPacket& second = alphaPackets.front();
-        if (first.frame != second.frame || first.isKeyFrame != second.isKeyFrame)
-            throw MovieError("The HEVC encoders of colour and alpha disagree about the pictures.");
-        sink({.bytes = bytesOf(stream.accessUnit(viewOf(first.bytes), viewOf(second.bytes))),
-              .frame = first.frame,
-              .isKeyFrame = first.isKeyFrame});
-        colourPackets.pop_front();
-        alphaPackets.pop_front();
+void HEVCAlphaEncoder::takeColour(VideoPacket packet, const VideoPacketSink& sink) {
+    const bool isAlone = packet.kind == PictureKind::intra && !packet.isKeyFrame;
+    kinds[packet.frame] = isAlone ? PictureKind::predicted : packet.kind;
+    pairs.putColour(std::move(packet));
+    encodeAlpha();
+    pairs.give(sink);
+}
+
+// The pictures whose kind is known.
+void HEVCAlphaEncoder::encodeAlpha() {
+    while (!waiting.empty()) {
+        const auto known = kinds.extract(waiting.front().frame);
+        if (!known)
+            return;
+        const WaitingAlpha next = std::move(waiting.front());
+        waiting.pop_front();
+        alpha->encodeAs(known.mapped(), next.picture, next.frame,
+                        [this](VideoPacket packet) { pairs.putAlpha(std::move(packet)); });
     }
 }
 

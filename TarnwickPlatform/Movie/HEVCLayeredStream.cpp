@@ -76,6 +76,10 @@ LayeredStream::LayeredStream(ByteView colourSets, ByteView alphaSets, AlphaKind 
     });
 }
 
+bool LayeredStream::pairsUp(ByteView colour, ByteView alpha) const {
+    return std::ranges::equal(slices(colour), slices(alpha), {}, typeOf, typeOf);
+}
+
 Bytes LayeredStream::accessUnit(ByteView colour, ByteView alpha) const {
     const std::vector<ByteView> colourSlices = slices(colour);
     const std::vector<ByteView> alphaSlices = slices(alpha);

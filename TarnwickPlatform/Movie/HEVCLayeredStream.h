@@ -20,6 +20,9 @@ class LayeredStream {
     // 15, and the alpha channel information.
     const Bytes& configuration() const { return configuration_; }
 
+    // Whether two packets may share an access unit: their slices are of the same types.
+    bool pairsUp(ByteView colour, ByteView alpha) const;
+
     // One access unit, each NAL unit behind its length in 4 bytes: in an IDR picture the alpha
     // channel information; colour's slices; alpha's. Takes one packet of each encoder as byte
     // streams. Throws MovieError where the slices do not pair up by their types.

@@ -1,9 +1,9 @@
 // libavcodec's encoders, each with the settings that docs/design.md compares.
 
-#include "TarnwickPlatform/Movie/Libav.h"
-#include "TarnwickPlatform/Movie/VideoEncoder.h"
+#include "TarnwickPlatform/Movie/LibavEncoder.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <thread>
 
@@ -83,42 +83,60 @@ LibavOwner<AVFrame> frameOf(std::shared_ptr<const PixelBuffer> picture, AVPixelF
     return frame;
 }
 
-class LibavEncoder : public VideoEncoder {
-  public:
-    LibavEncoder(const VideoSettings& settings, const CodecRow& row);
-
-    void encode(std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
-                const VideoPacketSink& sink) override;
-    void finish(const VideoPacketSink& sink) override;
-    std::vector<std::byte> configuration() const override;
-    // The wrapper of libx265 does not say. There, too, a B frame may be referred to by others.
-    std::int64_t delay() const override {
-        return context->codec_id == AV_CODEC_ID_HEVC ? 2 : context->has_b_frames;
+PictureKind kindOf(AVPictureType type) {
+    switch (type) {
+    case AV_PICTURE_TYPE_P:
+        return PictureKind::predicted;
+    case AV_PICTURE_TYPE_B:
+        return PictureKind::bidirectional;
+    default:
+        return PictureKind::intra;
     }
+}
 
-  private:
-    void describe(const VideoSettings& settings);
-    void drain(const VideoPacketSink& sink);
+AVPictureType typeOf(PictureKind kind) {
+    switch (kind) {
+    case PictureKind::intra:
+        return AV_PICTURE_TYPE_I;
+    case PictureKind::predicted:
+        return AV_PICTURE_TYPE_P;
+    case PictureKind::bidirectional:
+        return AV_PICTURE_TYPE_B;
+    }
+    return AV_PICTURE_TYPE_NONE;
+}
 
-    LibavOwner<AVCodecContext> context;
-    std::int64_t firstFrame = -1; // sessions count from 0, so that they are alike wherever they lie
-};
+// The encoder's statistics beside a packet: 32 bits of quality, then the picture's type.
+PictureKind kindOf(const AVPacket& packet) {
+    constexpr std::size_t typeOffset = 4;
+    std::size_t size = 0;
+    const std::uint8_t* statistics =
+        av_packet_get_side_data(&packet, AV_PKT_DATA_QUALITY_STATS, &size);
+    return statistics && size > typeOffset
+               ? kindOf(static_cast<AVPictureType>(statistics[typeOffset]))
+               : PictureKind::intra;
+}
 
-LibavEncoder::LibavEncoder(const VideoSettings& settings, const CodecRow& row) {
+} // namespace
+
+LibavEncoder::LibavEncoder(const VideoSettings& settings, const Library& library) {
     catchLibavWords();
-    const AVCodec* codec = avcodec_find_encoder_by_name(row.encoder);
+    const AVCodec* codec = avcodec_find_encoder_by_name(library.encoder);
     if (!codec)
-        throw MovieError(std::string("Encoder not found: ") + row.encoder);
+        throw MovieError(std::string("Encoder not found: ") + library.encoder);
     context.reset(throwingWhenNull(avcodec_alloc_context3(codec)));
-    context->pix_fmt = row.format;
+    context->pix_fmt = library.format;
     describe(settings);
     AVDictionary* options = nullptr;
-    const std::string text =
-        row.options + (settings.codec == MovieCodec::h264 ? x264Functions() : "");
-    throwingWhenNegative(av_dict_parse_string(&options, text.c_str(), "=", ":", 0));
+    throwingWhenNegative(av_dict_parse_string(&options, library.options.c_str(), "=", ":", 0));
     const int opened = avcodec_open2(context.get(), codec, &options);
     av_dict_free(&options);
     throwingWhenNegative(opened);
+}
+
+// The wrapper of libx265 does not say. There, too, a B frame may be referred to by others.
+std::int64_t LibavEncoder::delay() const {
+    return context->codec_id == AV_CODEC_ID_HEVC ? 2 : context->has_b_frames;
 }
 
 void LibavEncoder::describe(const VideoSettings& settings) {
@@ -146,11 +164,22 @@ void LibavEncoder::describe(const VideoSettings& settings) {
 
 void LibavEncoder::encode(std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
                           const VideoPacketSink& sink) {
+    send(std::move(picture), frame, AV_PICTURE_TYPE_NONE, sink);
+}
+
+void LibavEncoder::encodeAs(PictureKind kind, std::shared_ptr<const PixelBuffer> picture,
+                            std::int64_t frame, const VideoPacketSink& sink) {
+    send(std::move(picture), frame, typeOf(kind), sink);
+}
+
+void LibavEncoder::send(std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
+                        AVPictureType type, const VideoPacketSink& sink) {
     if (firstFrame < 0)
         firstFrame = frame;
     catchLibavWords();
     LibavOwner<AVFrame> wrapped = frameOf(std::move(picture), context->pix_fmt);
     wrapped->pts = frame - firstFrame;
+    wrapped->pict_type = type;
     throwingWhenNegative(avcodec_send_frame(context.get(), wrapped.get()));
     drain(sink);
 }
@@ -166,7 +195,8 @@ void LibavEncoder::drain(const VideoPacketSink& sink) {
         const auto* bytes = reinterpret_cast<const std::byte*>(packet.data);
         sink({.bytes = {bytes, bytes + packet.size},
               .frame = firstFrame + packet.pts,
-              .isKeyFrame = (packet.flags & AV_PKT_FLAG_KEY) != 0});
+              .isKeyFrame = (packet.flags & AV_PKT_FLAG_KEY) != 0,
+              .kind = kindOf(packet)});
     });
 }
 
@@ -175,17 +205,18 @@ std::vector<std::byte> LibavEncoder::configuration() const {
     return {bytes, bytes + context->extradata_size};
 }
 
-} // namespace
-
 std::unique_ptr<VideoEncoder> makeLibavEncoder(const VideoSettings& settings) {
-    return std::make_unique<LibavEncoder>(settings, codecRow(settings.codec));
+    const CodecRow& row = codecRow(settings.codec);
+    const std::string functions = settings.codec == MovieCodec::h264 ? x264Functions() : "";
+    return std::make_unique<LibavEncoder>(
+        settings, LibavEncoder::Library{row.encoder, row.format, row.options + functions});
 }
 
-std::unique_ptr<VideoEncoder> makeHEVCEncoder(const VideoSettings& settings,
+std::unique_ptr<LibavEncoder> makeHEVCEncoder(const VideoSettings& settings,
                                               const std::string& options) {
-    CodecRow row = codecRow(MovieCodec::hevc);
-    row.options = options.c_str();
-    return std::make_unique<LibavEncoder>(settings, row);
+    const CodecRow& row = codecRow(MovieCodec::hevc);
+    return std::make_unique<LibavEncoder>(settings,
+                                          LibavEncoder::Library{row.encoder, row.format, options});
 }
 
 } // namespace tarnwick

@@ -7,11 +7,15 @@
 
 namespace tarnwick {
 
+// How a picture is encoded: on its own, from pictures before it, from pictures on both sides.
+enum class PictureKind { intra, predicted, bidirectional };
+
 // One encoded picture.
 struct VideoPacket {
     std::vector<std::byte> bytes{};
     std::int64_t frame = 0; // the picture's place in showing order, counted from the whole's begin
     bool isKeyFrame = false;
+    PictureKind kind = PictureKind::intra; // what the encoder reports; intra if it reports nothing
 };
 
 struct SoundPacket {

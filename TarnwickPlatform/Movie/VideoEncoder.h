@@ -49,9 +49,4 @@ std::unique_ptr<VideoEncoder> makeVideoEncoder(const VideoSettings& settings);
 // The same by libavcodec, for all codecs but HEVC with alpha.
 std::unique_ptr<VideoEncoder> makeLibavEncoder(const VideoSettings& settings);
 
-// HEVC by libx265 with other options than makeLibavEncoder's, in libavutil's form "name=value:...".
-// Takes the first three planes of ycbcr420 or ycbcra420. Throws MovieError.
-std::unique_ptr<VideoEncoder> makeHEVCEncoder(const VideoSettings& settings,
-                                              const std::string& options);
-
 } // namespace tarnwick

@@ -1,6 +1,5 @@
 #include "TarnwickPlatform/Movie/HEVCAlphaEncoder.h"
-#include "TarnwickPlatform/Movie/HEVCLayeredStream.h"
-#include "TarnwickPlatform/Movie/Libav.h"
+#include "TarnwickPlatform/Movie/HEVCLayerPairs.h"
 #include "TarnwickPlatform/Movie/MovieWriter.h"
 #include "tests/TarnwickPlatform/HEVCSyntax.h"
 
@@ -12,6 +11,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <random>
 #include <sstream>
 #include <thread>
@@ -36,27 +36,33 @@ VideoSettings settings() {
             .maxKeyFrameInterval = interval};
 }
 
-// A disc of colour that moves over nothing, soft at its edge.
-std::shared_ptr<PixelBuffer> picture(std::int64_t frame) {
-    PixelBufferPool pool(PixelFormat::ycbcra420, width, height, 1);
+// A sample of a plane at a place of the picture in pixels, [0, 255].
+using Drawing = std::function<double(std::size_t plane, double x, double y)>;
+
+std::shared_ptr<PixelBuffer> drawn(const VideoSettings& settings, const Drawing& drawing) {
+    PixelBufferPool pool(PixelFormat::ycbcra420, settings.width, settings.height, 1);
     auto made = pool.take();
     for (std::size_t plane = 0; plane < 4; ++plane) {
         const PixelLayout::Plane& shape = made->layout().planes[plane];
-        const double scale = static_cast<double>(width) / static_cast<double>(shape.width);
+        const double scale = static_cast<double>(settings.width) / static_cast<double>(shape.width);
         for (std::int64_t y = 0; y < shape.height; ++y)
-            for (std::int64_t x = 0; x < shape.width; ++x) {
-                const double distance =
-                    std::hypot(static_cast<double>(x) * scale - 30 - 3 * static_cast<double>(frame),
-                               static_cast<double>(y) * scale - 33);
-                const double inside = std::clamp((26 - distance) / 12, 0.0, 1.0);
-                const double value = plane == 3   ? 255 * inside
-                                     : plane == 0 ? 16 + 180 * inside
-                                                  : 128 + (plane == 1 ? -60 : 70) * inside;
+            for (std::int64_t x = 0; x < shape.width; ++x)
                 made->plane(plane)[y * shape.bytesPerRow + x] =
-                    static_cast<std::byte>(std::lround(value));
-            }
+                    static_cast<std::byte>(std::lround(drawing(
+                        plane, static_cast<double>(x) * scale, static_cast<double>(y) * scale)));
     }
     return made;
+}
+
+// A disc of colour that moves over nothing, soft at its edge.
+std::shared_ptr<PixelBuffer> picture(std::int64_t frame) {
+    return drawn(settings(), [frame](std::size_t plane, double x, double y) {
+        const double distance = std::hypot(x - 30 - 3 * static_cast<double>(frame), y - 33);
+        const double inside = std::clamp((26 - distance) / 12, 0.0, 1.0);
+        return plane == 3   ? 255 * inside
+               : plane == 0 ? 16 + 180 * inside
+                            : 128 + (plane == 1 ? -60 : 70) * inside;
+    });
 }
 
 Bytes bytesOf(const std::vector<std::byte>& bytes) {
@@ -219,6 +225,84 @@ TEST(HEVCAlphaEncoder, takesItsSettingsForAlpha) {
     EXPECT_NE(hevctest::fields(information).find("alpha_channel_use_idc 0\n"), std::string::npos);
 }
 
+// What of the pictures changes with the frame, from nothing to everything.
+struct ContentRow {
+    const char* name;
+    double (*value)(std::size_t plane, double x, double y, std::int64_t frame);
+};
+
+bool isAlpha(std::size_t plane) {
+    return plane == 3;
+}
+
+double noise(std::size_t plane, double x, double y, std::int64_t frame) {
+    std::minstd_rand random(static_cast<unsigned>(plane + 5 * frame) +
+                            1000U * static_cast<unsigned>(x) + 1000000U * static_cast<unsigned>(y));
+    random.discard(3);
+    return static_cast<double>(random() % 256);
+}
+
+double fade(std::int64_t frame) {
+    return 16 + 219 * (0.5 + 0.5 * std::sin(static_cast<double>(frame) / 10));
+}
+
+double stripes(double x, std::int64_t number) {
+    return 128 + 100 * std::sin(x * (0.2 + 0.1 * static_cast<double>(number)));
+}
+
+constexpr std::array contentRows{
+    ContentRow{"a still", [](auto, double x, double y, auto) { return std::fmod(x * y, 256); }},
+    ContentRow{"a gradient", [](auto, double x, auto, auto) { return std::fmod(3 * x, 256); }},
+    ContentRow{"noise", noise},
+    ContentRow{"a fade of colour", [](auto plane, auto, auto,
+                                      auto frame) { return isAlpha(plane) ? 255 : fade(frame); }},
+    ContentRow{"a fade of alpha",
+               [](auto plane, double x, double y, auto frame) {
+                   return isAlpha(plane) ? fade(frame) : noise(plane, x, y, 0);
+               }},
+    ContentRow{"cuts", [](auto, double x, auto, auto frame) { return stripes(x, frame / 7); }},
+    ContentRow{"cuts of alpha",
+               [](auto plane, double x, auto, auto frame) {
+                   return isAlpha(plane) ? stripes(x, frame / 7) : stripes(x, 0);
+               }},
+    ContentRow{"a strobe", [](auto, auto, auto, auto frame) { return frame % 2 ? 235.0 : 16.0; }},
+    ContentRow{"a flash",
+               [](auto, double x, auto, auto frame) { return frame == 17 ? 235 : stripes(x, 0); }},
+};
+
+// Whether the frames' order in the stream is that of groups of three B-frames.
+bool goesByCount(const std::vector<VideoPacket>& packets) {
+    constexpr std::array order{4, 2, 1, 3};
+    for (std::size_t at = 0; at + 4 < packets.size(); ++at)
+        if (packets[at + 1].frame != order[at % 4] + static_cast<std::int64_t>(at / 4 * 4))
+            return false;
+    return true;
+}
+
+TEST(HEVCAlphaEncoder, pairsPicturesWhateverTheyHold) {
+    int irregular = 0;
+    for (const auto& [name, value] : contentRows)
+        for (const std::int64_t side : {64, 130}) {
+            VideoSettings asked = settings();
+            asked.width = asked.height = side;
+            asked.maxKeyFrameInterval = 60;
+            const auto encoder = makeHEVCAlphaEncoder(asked);
+            std::vector<VideoPacket> packets;
+            const auto sink = [&](VideoPacket packet) { packets.push_back(std::move(packet)); };
+            for (std::int64_t frame = 0; frame < 45; ++frame)
+                encoder->encode(
+                    drawn(asked, [&, draw = value](auto plane, double x,
+                                                   double y) { return draw(plane, x, y, frame); }),
+                    frame, sink);
+            encoder->finish(sink);
+            EXPECT_EQ(packets.size(), 45U) << name;
+            // A pair that had to be encoded again would have a second key frame.
+            EXPECT_EQ(std::ranges::count_if(packets, &VideoPacket::isKeyFrame), 1) << name;
+            irregular += goesByCount(packets) ? 0 : 1;
+        }
+    EXPECT_GT(irregular, 0) << "no content makes libx265 depart from three B-frames";
+}
+
 struct WrittenTrack {
     std::uint32_t tag = 0;
     Bytes configuration;
@@ -319,6 +403,72 @@ TEST(LayeredStream, comesApartAsItWasPutTogether) {
         EXPECT_EQ(units[units.size() - 2].bytes, unitsOf(colour).back());
         EXPECT_EQ(hevctest::movedBack(units.back()).bytes, unitsOf(alpha).back());
     }
+}
+
+// Frames 0 to 10 of `picture`, key frames every four, all others as `kinds` has them by turns.
+Stream encodedAs(LibavEncoder& encoder, const std::string& kinds) {
+    Stream made{.configuration = bytesOf(encoder.configuration())};
+    const auto sink = [&](VideoPacket packet) { made.packets.push_back(std::move(packet)); };
+    for (std::int64_t frame = 0; frame < frames; ++frame) {
+        const char kind = kinds[static_cast<std::size_t>(frame)];
+        encoder.encodeAs(kind == 'I'   ? PictureKind::intra
+                         : kind == 'P' ? PictureKind::predicted
+                                       : PictureKind::bidirectional,
+                         picture(frame), frame, sink);
+    }
+    encoder.finish(sink);
+    return made;
+}
+
+std::unique_ptr<LibavEncoder> layerEncoder() {
+    VideoSettings asked = settings();
+    asked.maxKeyFrameInterval = 100;
+    return makeHEVCEncoder(asked, "forced-idr=1:" + Layers::options);
+}
+
+// In the first group the layers disagree from its second picture on, in the second one not at all.
+TEST(LayerPairs, encodesAgainWhatDoesNotPairUp) {
+    const Stream colour = encodedAs(*layerEncoder(), "IPBBPBIBBPP");
+    const Stream alpha = encodedAs(*layerEncoder(), "IPPBBPIBBPP");
+    for (const bool isColourFirst : {true, false}) {
+        hevc::LayerPairs pairs(
+            hevc::LayeredStream(colour.configuration, alpha.configuration, AlphaKind::straight),
+            {.colour = layerEncoder, .alpha = layerEncoder});
+        Stream stream{.configuration = bytesOf(pairs.configuration())};
+        const auto sink = [&](VideoPacket packet) { stream.packets.push_back(std::move(packet)); };
+        for (const VideoPacket& packet : isColourFirst ? colour.packets : alpha.packets)
+            isColourFirst ? pairs.putColour(packet) : pairs.putAlpha(packet);
+        pairs.give(sink);
+        EXPECT_TRUE(stream.packets.empty());
+        for (const VideoPacket& packet : isColourFirst ? alpha.packets : colour.packets) {
+            isColourFirst ? pairs.putAlpha(packet) : pairs.putColour(packet);
+            pairs.give(sink);
+        }
+        pairs.finish(sink);
+
+        std::string order, keyFrames;
+        for (const VideoPacket& packet : stream.packets) {
+            order += std::to_string(packet.frame) + " ";
+            keyFrames += packet.isKeyFrame ? std::to_string(packet.frame) + " " : "";
+        }
+        EXPECT_EQ(order, "0 1 2 3 4 5 6 9 8 7 10 ");
+        EXPECT_EQ(keyFrames, "0 2 6 ");
+        EXPECT_GT(fidelity(decodedLuma(layer(stream, 0)), 0), 38);
+        EXPECT_GT(fidelity(decodedLuma(layer(stream, 1)), 0), 38);
+    }
+}
+
+TEST(LayerPairs, failsWhereAPictureIsMissing) {
+    const Stream colour = encodedAs(*layerEncoder(), "IPBBPBIBBPP");
+    hevc::LayerPairs pairs(
+        hevc::LayeredStream(colour.configuration, colour.configuration, AlphaKind::straight),
+        {.colour = layerEncoder, .alpha = layerEncoder});
+    for (const VideoPacket& packet : colour.packets) {
+        pairs.putColour(packet);
+        if (packet.frame != 7)
+            pairs.putAlpha(packet);
+    }
+    EXPECT_THROW(pairs.finish([](const VideoPacket&) {}), MovieError);
 }
 
 TEST(LayeredStream, refusesWhatDoesNotPairUp) {
