@@ -22,7 +22,7 @@ const Option& optionNamed(std::span<const Option> options, std::string_view word
             misuse(std::string(option.name) + " takes no value.");
         return option;
     }
-    misuse(quoted(word) + " is not an option here.");
+    misuse(quoted(word) + " is not an option here; write -- before words that begin with a dash.");
 }
 
 } // namespace

@@ -7,7 +7,8 @@ namespace tarnwick {
 
 static Status assemble(const Arguments& arguments) {
     const std::string episode = sourceText(arguments.operand("episode"));
-    print(ShaderAssembler::assemble(episode).source);
+    const std::string program = ShaderAssembler::assemble(episode).source;
+    print(program.ends_with('\n') ? program : program + "\n");
     return Status::done;
 }
 

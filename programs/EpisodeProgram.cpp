@@ -1,5 +1,6 @@
 #include "programs/EpisodeProgram.h"
 
+#include "TarnwickRender/EpisodeCheck.h"
 #include "TarnwickRender/ParticleSimulation.h"
 #include "programs/Findings.h"
 
@@ -8,16 +9,31 @@
 
 namespace tarnwick {
 
+namespace {
+
+[[noreturn]] void refuse(std::string_view path, std::span<const Diagnostic> diagnostics,
+                         const std::string& raw) {
+    const std::string findings = findingsText(path, diagnostics);
+    std::fputs(findings.c_str(), stderr);
+    failure(std::string(path) + " does not compile" + (findings.empty() ? ": " + raw : "."));
+}
+
+} // namespace
+
 std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
                                                gpu::Device& device) {
     try {
         return ShaderProgram::compile(episode, device, ShaderProgram::pixelFormat);
     } catch (const ShaderError& error) {
-        const std::string findings = findingsText(path, error.diagnostics);
-        std::fputs(findings.c_str(), stderr);
-        failure(std::string(path) + " does not compile" +
-                (findings.empty() ? ": " + error.raw : "."));
+        refuse(path, error.diagnostics, error.raw);
     }
+}
+
+void checkCompiles(std::string_view path, const std::string& episode) {
+    const auto device = gpu::Device::systemDefault();
+    const EpisodeFindings findings = checkEpisode(episode, device.get());
+    if (!findings.compiles)
+        refuse(path, findings.diagnostics, findings.raw);
 }
 
 // The steps of a simulation are numbered in 32 bits.

@@ -18,6 +18,10 @@ std::shared_ptr<gpu::Device> drawingDevice();
 std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
                                                gpu::Device& device);
 
+// Throws CommandError where the episode does not compile, as programOf() does; works without a
+// device.
+void checkCompiles(std::string_view path, const std::string& episode);
+
 // Throws CommandError where a simulation has no step for that time, in seconds; `what` of it is
 // wanted: "stills".
 void checkSteps(const ShaderProgram& program, double time, std::string_view what);

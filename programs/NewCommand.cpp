@@ -34,7 +34,10 @@ fs::path placeFor(std::string_view title) {
     std::string name(title);
     std::ranges::replace(name, '/', '-'); // a title has no folders
     // With an ending of ours it loses no other: "Vol. 2" stays whole.
-    return FileNames::unique(FileNames::safe(name + ".metal"), "", [](const fs::path& file) {
+    std::string stem = fs::path(FileNames::safe(name + ".metal")).stem();
+    // Commands would take a name that begins with a dash for an option.
+    stem.erase(0, stem.find_first_not_of("-. "));
+    return FileNames::unique(FileNames::safe(stem.empty() ? "" : stem + ".metal"), "", [](const fs::path& file) {
         return fs::exists(fs::symlink_status(file));
     });
 }

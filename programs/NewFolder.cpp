@@ -5,38 +5,19 @@
 #include "programs/HeldSignals.h"
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <string_view>
+#include <unistd.h>
 
 namespace tarnwick {
 namespace {
 
 namespace fs = std::filesystem;
 
-// A folder of our own beside the place of another, gone with all that is left in it at the end.
-class Beside {
-  public:
-    Beside(const fs::path& place, const fs::path& shown) {
-        std::string name = (place.parent_path() / ".tarnwick-XXXXXX").string();
-        if (!mkdtemp(name.data()))
-            failure(shown.string() + " cannot be written: " + std::strerror(errno) + ".");
-        folder_ = name;
-    }
-    ~Beside() {
-        std::error_code unheard;
-        fs::remove_all(folder_, unheard);
-    }
-    Beside(const Beside&) = delete;
-    Beside& operator=(const Beside&) = delete;
-    const fs::path& folder() const { return folder_; }
-
-  private:
-    fs::path folder_;
-};
-
 // The place itself, with links followed and without a slash at its end.
 fs::path placeOf(const fs::path& folder) {
+    if (folder == "-")
+        misuse("A folder cannot go to standard output.");
     fs::path place = fs::weakly_canonical(fs::absolute(folder));
     if (!place.has_filename())
         place = place.parent_path();
@@ -64,20 +45,37 @@ void writeInto(const fs::path& folder, const fs::path& shown, std::span<const Ne
     }
 }
 
+// What `work` throws as a sentence about `folder`.
+template <class Work> void reported(const fs::path& folder, const Work& work) {
+    try {
+        work();
+    } catch (const fs::filesystem_error& error) {
+        failure(folder.string() + " cannot be written: " + error.code().message() + ".");
+    } catch (const TemporaryFolderError& error) {
+        failure(folder.string() + " cannot be written: " + error.reason + ".");
+    }
+}
+
 } // namespace
+
+void checkNewFolder(const fs::path& folder) {
+    reported(folder, [&] {
+        const fs::path parent = placeOf(folder).parent_path();
+        if (access(parent.c_str(), W_OK | X_OK) != 0)
+            failure(folder.string() + " cannot be written: " + std::strerror(errno) + ".");
+    });
+}
 
 void writeNewFolder(const fs::path& folder, std::span<const NewFile> files) {
     const HeldSignals whileWriting;
-    try {
+    reported(folder, [&] {
         const fs::path place = placeOf(folder);
-        const Beside beside(place, folder);
+        const TemporaryFolder beside(place.parent_path(), place.filename().native());
         // One more folder inside, since the outer one is for nobody else's eyes.
-        const fs::path written = beside.folder() / place.filename();
+        const fs::path written = beside.path() / place.filename();
         writeInto(written, folder, files);
         fs::rename(written, place);
-    } catch (const fs::filesystem_error& error) {
-        failure(folder.string() + " cannot be written: " + error.code().message() + ".");
-    }
+    });
 }
 
 } // namespace tarnwick

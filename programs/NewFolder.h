@@ -12,6 +12,10 @@ struct NewFile {
     std::string text;
 };
 
+// Throws CommandError where something stands at `folder`, but for an empty folder, or nothing can
+// come to stand there. To be asked before long work.
+void checkNewFolder(const std::filesystem::path& folder);
+
 // Writes the files into a folder of another name beside `folder`, then renames it. Takes the place
 // of an empty folder. Throws CommandError, with nothing left behind, where something else stands
 // there or a file cannot be written. Blocks, and keeps Ctrl-C waiting meanwhile.

@@ -10,6 +10,7 @@
 #include "programs/Service.h"
 
 #include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 
@@ -31,6 +32,8 @@ OpenLink linkOf(const Arguments& arguments, const APIClient& client) {
 fs::path folderOf(const Arguments& arguments) {
     const fs::path folder = arguments.value("-o").value_or("");
     std::error_code error;
+    if (!folder.empty() && !fs::exists(folder, error))
+        failure(folder.string() + " cannot be written to: it is missing.");
     if (!folder.empty() && !fs::is_directory(folder, error))
         misuse(folder.string() + " is not a folder.");
     return folder;
@@ -69,8 +72,13 @@ Status open(const Arguments& arguments) {
         path = saved(source, link, folder);
     }
     print(path.string() + "\n");
-    if (arguments.has("--no-play") || !hasWindows())
+    if (arguments.has("--no-play"))
         return Status::done;
+    if (!hasWindows()) {
+        std::fputs("tarnwick: It is not shown: there is no display, as DISPLAY is not set.\n",
+                   stderr);
+        return Status::done;
+    }
     // Absolute, so that it is no option whatever its name.
     const std::string episode = fs::absolute(path).string();
     becomeSaver(std::array<std::string_view, 1>{episode});

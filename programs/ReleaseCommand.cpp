@@ -1,4 +1,5 @@
 // tarnwick release: whether there is a newer one, and its download.
+#include "TarnwickBase/Version.h"
 #include "TarnwickCore/Lines.h"
 #include "TarnwickCore/ReleaseDownload.h"
 #include "programs/Awaited.h"
@@ -6,7 +7,6 @@
 #include "programs/Output.h"
 #include "programs/ProgressBar.h"
 #include "programs/Service.h"
-#include "programs/Version.h"
 
 #include <array>
 #include <atomic>

@@ -1,8 +1,8 @@
 #include "programs/Service.h"
 
+#include "TarnwickBase/Version.h"
 #include "TarnwickPlatform/Secrets/ProcessSecrecy.h"
 #include "programs/CommandError.h"
-#include "programs/Version.h"
 
 #include <cstdlib>
 

@@ -3,6 +3,7 @@
 #include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/SwiftUIExport.h"
 #include "programs/Command.h"
+#include "programs/EpisodeProgram.h"
 #include "programs/NewFolder.h"
 #include "programs/SourceFile.h"
 
@@ -27,6 +28,7 @@ Status swiftUI(const Arguments& arguments) {
     const std::string_view folder = arguments.value("-o").value_or("");
     if (folder.empty())
         misuse("-o FOLDER is missing: where to write the package.");
+    checkNewFolder(folder);
     const std::string source = sourceText(path);
     SwiftUIExport::Output output;
     try {
@@ -34,6 +36,7 @@ Status swiftUI(const Arguments& arguments) {
     } catch (const SwiftUIExport::Problem& problem) {
         failure(problem.what());
     }
+    checkCompiles(path, source);
     const std::filesystem::path target = "Sources/" + output.name + "Shader";
     const std::array<NewFile, 3> files{{
         {"Package.swift", output.packageManifest},
@@ -47,8 +50,8 @@ Status swiftUI(const Arguments& arguments) {
 }
 
 constexpr std::array<Option, 2> swiftUIOptions{{
-    {"-o", "FOLDER", "where to write the package, a new folder; always wanted"},
-    {"--title", "TITLE", "its types bear it; without it the episode's title or file name"},
+    {"-o", "FOLDER", "where to write the package, a new folder; required"},
+    {"--title", "TITLE", "its types bear it; default: the episode's title or file name"},
 }};
 
 } // namespace

@@ -1,5 +1,6 @@
 // tarnwick: checks, assembles, compiles, draws and hears episodes from the command line.
 #include "TarnwickBase/FreedMemory.h"
+#include "TarnwickBase/Version.h"
 #include "programs/Command.h"
 
 #include <algorithm>
@@ -50,8 +51,10 @@ std::string programHelp() {
     std::string help = "usage: tarnwick COMMAND ...\n\n";
     for (const Command* command : commands)
         help += "  " + padded(command->name, 12) + std::string(command->summary) + "\n";
-    return help + "\ntarnwick COMMAND --help says more. Status: 0 done, 1 the work failed, "
-                  "2 the command line is to be changed.\n";
+    return help +
+           "\ntarnwick help COMMAND says more, as tarnwick COMMAND --help does; tarnwick --version "
+           "says which release this is. Status: 0 done, 1 the work failed, "
+           "2 the command line is to be changed.\n";
 }
 
 std::string commandHelp(const Command& command) {
@@ -91,19 +94,35 @@ Status runCommand(const Command& command, std::span<const char* const> words) {
     return command.run(Arguments(command.options, words));
 }
 
-Status runProgram(std::span<const char* const> words) {
-    if (words.empty())
-        misuse("No command is given; tarnwick --help lists them.");
-    const std::string_view name = words[0];
-    if (name == "--help" || name == "-h" || name == "help") {
-        print(programHelp());
-        return Status::done;
-    }
+const Command& commandNamed(std::string_view name) {
     const auto command = std::find_if(commands.begin(), commands.end(),
                                       [&](const Command* known) { return known->name == name; });
     if (command == commands.end())
         misuse(quoted(name) + " is not a command; tarnwick --help lists them.");
-    return runCommand(**command, words.subspan(1));
+    return **command;
+}
+
+Status help(std::span<const char* const> words) {
+    if (words.size() > 1)
+        misuse("help wants one command, and " + quoted(words[1]) + " follows it.");
+    if (!words.empty())
+        return runCommand(commandNamed(words[0]), std::array{"--help"});
+    print(programHelp());
+    return Status::done;
+}
+
+Status runProgram(std::span<const char* const> words) {
+    if (words.empty())
+        misuse("No command is given; tarnwick --help lists them.");
+    const std::string_view name = words[0];
+    if (name == "help")
+        return help(words.subspan(1));
+    if (name == "--help" || name == "-h")
+        return help({});
+    if (name != "--version" && name != "version")
+        return runCommand(commandNamed(name), words.subspan(1));
+    print(programName() + "\n");
+    return Status::done;
 }
 
 } // namespace

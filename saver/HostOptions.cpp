@@ -23,6 +23,10 @@ Shows the saver of a bundle, or of an episode.
                            the same where no display can be opened
   -o FILE                  where the last frame goes, as PNG (saver.png)
   --help                   says this
+  --version                says which release this is
+
+Status: 0 done, 1 the work failed, as where the episode does not compile, 2 the command line is to be
+changed.
 )";
 
 namespace {
@@ -80,7 +84,7 @@ struct Option {
 };
 
 using Text = std::string_view;
-constexpr std::array<Option, 10> table{{
+constexpr std::array<Option, 11> table{{
     {"bundle", true, [](HostOptions& o, Text, Text value) { o.bundle = value; }},
     {"window-id", true,
      [](HostOptions& o, Text name, Text value) { o.window = windowID(name, value); }},
@@ -94,6 +98,7 @@ constexpr std::array<Option, 10> table{{
      [](HostOptions& o, Text name, Text value) { o.withoutDisplay = seconds(name, value); }},
     {"o", true, [](HostOptions& o, Text, Text value) { o.picture = value; }},
     {"help", false, [](HostOptions& o, Text, Text) { o.help = true; }},
+    {"version", false, [](HostOptions& o, Text, Text) { o.version = true; }},
 }};
 
 const Option* optionNamed(std::string_view name) {

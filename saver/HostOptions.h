@@ -26,7 +26,7 @@ struct HostOptions {
     std::optional<double> offscreen;      // seconds to draw off screen, (0, 3600]
     std::optional<double> withoutDisplay; // the same where no display can be opened
     std::filesystem::path picture = "saver.png"; // the last frame drawn off screen
-    bool help = false;
+    bool help = false, version = false;
 };
 
 // What --help says.

@@ -1,11 +1,14 @@
 #include "saver/Program.h"
 
+#include "TarnwickBase/OutputFile.h"
 #include "TarnwickBase/TemporaryFolder.h"
+#include "TarnwickBase/Version.h"
 #include "TarnwickPlatform/Pictures/PNG.h"
 #include "saver/HostOptions.h"
 #include "saver/Offscreen.h"
 #include "saver/WindowHost.h"
 
+#include <array>
 #include <iomanip>
 #include <ostream>
 #include <string>
@@ -32,8 +35,16 @@ PixelSize sizeOf(const HostOptions& options) {
     return options.size.value_or(options.preview ? previewSize : usualSize);
 }
 
+// Neither the episode nor a file that is no picture makes way for the last frame.
+void checkPicture(const HostOptions& options) {
+    const std::string episode = options.episode.value_or("").string();
+    checkOutputEnding(options.picture, FileKind::pngPicture, "-o");
+    checkOutputFile(options.picture, FileKind::pngPicture, std::array{std::string_view(episode)});
+}
+
 int drawPicture(const HostOptions& options, const Bundle& bundle, double seconds, std::ostream& out,
                 std::ostream& errors) {
+    checkPicture(options);
     const OffscreenRun run = drawOffscreen(bundle, kindOf(options), sizeOf(options), seconds);
     writePNG(run.last, options.picture);
     for (const auto& sentence : {run.failure, run.absence})
@@ -56,9 +67,12 @@ int show(const HostOptions& options, const Bundle& bundle, std::ostream& out,
         return drawPicture(options, bundle, *options.withoutDisplay, out, errors);
     const WindowChoice choice{
         .id = options.window, .root = options.root, .ownSize = sizeOf(options)};
-    showInWindow(bundle, kindOf(options), choice,
-                 [&](const std::string& failure) { errors << failure << std::endl; });
-    return 0;
+    bool hasFailed = false;
+    showInWindow(bundle, kindOf(options), choice, [&](const std::string& failure) {
+        errors << failure << std::endl;
+        hasFailed = true;
+    });
+    return hasFailed ? 1 : 0;
 }
 
 int showBundleOrEpisode(const HostOptions& options, std::ostream& out, std::ostream& errors) {
@@ -80,9 +94,19 @@ int runSaver(std::span<const char* const> arguments, std::ostream& out, std::ost
             out << hostUsage;
             return 0;
         }
+        if (options.version) {
+            out << programName() << '\n';
+            return 0;
+        }
         return showBundleOrEpisode(options, out, errors);
     } catch (const UsageError& error) {
         errors << "tarnwick-saver: " << error.what() << " --help lists the options.\n";
+        return 2;
+    } catch (const OutputNameError& error) {
+        errors << "tarnwick-saver: " << error.what() << '\n';
+        return 2;
+    } catch (const EpisodeReadError& error) {
+        errors << "tarnwick-saver: " << error.what() << '\n';
         return 2;
     } catch (const std::exception& error) {
         errors << "tarnwick-saver: " << error.what() << '\n';

@@ -51,7 +51,7 @@ std::optional<fs::path> Bundle::pathForResource(std::string_view name, std::stri
 Bundle makeBundle(const fs::path& folder, const fs::path& episode) {
     const std::optional<std::string> source = fileBytes(episode);
     if (!source)
-        throw BundleError(episode.string() + " is not a file that can be read.");
+        throw EpisodeReadError(episode.string() + " is not a file that can be read.");
     const std::optional<std::string> settings =
         fileBytes(fs::path(episode).replace_extension("json"));
     std::error_code failure;

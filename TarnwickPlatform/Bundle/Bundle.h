@@ -13,6 +13,11 @@ struct BundleError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// The episode that a bundle was to be made of cannot be read.
+struct EpisodeReadError : BundleError {
+    using BundleError::BundleError;
+};
+
 class Bundle {
   public:
     explicit Bundle(std::filesystem::path folder) : folder_(std::move(folder)) {}
@@ -32,7 +37,7 @@ class Bundle {
 // Makes `folder` the bundle of one episode: Shader/shader.metal is a copy of `episode`, and
 // Shader/saver.json a copy of the document beside it (NAME.json beside NAME.metal) or, without one,
 // settings that bear the episode's name and change nothing. What the folder held under these two
-// names is replaced, each in one step. Throws BundleError.
+// names is replaced, each in one step. Throws BundleError, EpisodeReadError among them.
 Bundle makeBundle(const std::filesystem::path& folder, const std::filesystem::path& episode);
 
 } // namespace tarnwick

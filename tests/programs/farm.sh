@@ -23,6 +23,12 @@ hashes whole.mp4 >whole
 hashes farmed.mp4 | cmp -s - whole || complain 'another movie' export
 have -s whole
 have ! -e farmed.mp4.parts
+if ! command -v sbatch >out; then
+    "$PROMISES/../../scripts/farm-slurm" site 21 'an episode.metal' slurm.mp4 >out 2>err
+    have $? = 1
+    grep -q 'There is no program "sbatch" here' err || complain 'no word about Slurm' export
+    have ! -e slurm.mp4.parts
+fi
 # What breaks off goes on where it was, and says what it was asked in a wrong way.
 mkdir on.mp4.parts
 cp whole.mp4 on.mp4.parts/part-000002.mp4

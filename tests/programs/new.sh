@@ -15,6 +15,13 @@ expect 2 '^tarnwick: --particles and --grid exclude each other.$' new Both --gri
 expect 0 '^a.metal$' new A -o a.metal
 ln -s nowhere B.metal
 expect 0 '^B 2.metal$' new B
+# No title leads out of the folder or reads as an option.
+mkdir inner && cd inner || exit 1
+expect 0 '^x.metal$' new ../x
+expect 0 '^x 2.metal$' new -- -x
+expect 0 '^shader.metal$' new -- ---
+cd ..
+have ! -e x.metal
 echo old >old.metal
 expect 2 '^tarnwick: old.metal is there already and stays as it is.$' new Old -o old.metal
 [ "$(cat old.metal)" = old ] || complain 'old.metal changed' new

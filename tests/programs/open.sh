@@ -8,7 +8,9 @@ cp service/site/s/abc1/source.metal service/site/x/y.metal
 head -c 307201 /dev/zero | tr '\0' ' ' >service/site/s/big/source.metal
 printf '\377' >service/site/s/latin/source.metal
 link="tarnwick://open?src=$TARNWICK_SERVER/s"
+export DISPLAY=
 expect 0 '^s-abc1.metal$' open "$link/abc1/source.metal"
+grep -q 'there is no display' err || complain 'nothing about the display' open
 have "$(head -n 1 s-abc1.metal)" = '// @forked-from s/abc1'
 tail -n +2 s-abc1.metal | cmp -s - service/site/s/abc1/source.metal || complain 'another text' open
 expect 0 '^s-abc1 2.metal$' open "$link/abc1/source.metal"
@@ -23,7 +25,7 @@ expect 1 '^tarnwick: Tarnweb answered 404 for that shader.$' open "$link/none/so
 expect 2 'This is not a Tarnwick open link' open https://a.example/
 expect 2 'does not say which shader to open' open tarnwick://open
 expect 2 'the address is on a.example, not ' open tarnwick://open?src=https://a.example/a.metal
-expect 2 'none is not a folder' open "$link/abc1/source.metal" -o none
+expect 1 'none cannot be written to: it is missing' open "$link/abc1/source.metal" -o none
 # Only where the service is on this machine are links to it taken.
 address=$TARNWICK_SERVER
 unset TARNWICK_SERVER

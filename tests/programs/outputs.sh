@@ -62,6 +62,9 @@ same b-spectrum.png spectrum e.metal --time 1 --duration 0.1
 command -v ffprobe >out && same b.mp4 export e.metal --size 64x36 --duration 0.1
 "$TARNWICK" still e.metal --size 64x36 -o - 2>err >/dev/full
 have $? = 1
+ln e.metal again.png
+expect 2 'again.png and e.metal are the same file' saver e.metal --offscreen 0.1 -o again.png
+expect 2 'none.metal is not a file that can be read' saver none.metal --offscreen 0.1 -o new.png
 # What lies beside the output while it is written goes with its writer, however that ends.
 "$TARNWICK" export e.metal --preset site --duration 60 -o c.mp4 >out 2>err &
 process=$!

@@ -27,7 +27,9 @@ expect 1 '^tarnwick: none.*cannot be written: File name too long' \
     swiftui e.metal --title "$(head -c 300 /dev/zero | tr '\0' a)" -o none
 expect 2 '-o FOLDER is missing' swiftui e.metal
 expect 2 'title is empty' swiftui e.metal --title ' ' -o none
-have ! -e none -a "$(find . -name '.tarnwick*' | wc -l)" = 0
+(cat e.metal && echo 'float x = y;') >bad.metal
+expect 1 '^tarnwick: bad.metal does not compile.$' swiftui bad.metal -o none
+have ! -e none -a "$(find . -name '*.partial' | wc -l)" = 0
 mkdir here
 (cd here && "$TARNWICK" swiftui ../e.metal -o "$PWD/" 2>../err >../out)
 grep -q 'is the current folder' err || complain 'the current folder is replaced' swiftui

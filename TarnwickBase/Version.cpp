@@ -1,4 +1,4 @@
-#include "programs/Version.h"
+#include "TarnwickBase/Version.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-// Which release of the program this is; the build sets it.
+// Which release of the programs this is; the build sets it.
 #pragma once
 
 #include <string>
