@@ -45,8 +45,25 @@ TEST(FrontEnd, takesTheFormsOfVectorConstructors) {
         "bool4 f(float4 a, float4 b) { return bool4(any(a < b), (a == b).xyz); }",
         "metal::float4 f() { return metal::float4(1, 2, metal::float2(3)); }",
         "float2 f(packed_float3 p) { p.zx = p.xy * 2; return float2(p.yz) + packed_float2(1, 2); }",
-        "template <class T> T f(T a) { return saturate(0.5 + a) * 1e-2; } half g() { return f(1.h); }",
+        "template <class T> T f(T a) { return saturate(0.5 + a) * 1e-2; } half g() { return "
+        "f(1.h); }",
         "struct S { float2 v = float2(1, 2); float2 w{3, 4}; }; float f() { S s; return s.w.y; }",
+        "template <class T> bool f(T i) { return i < T(0) && T(1) < i; } bool g() { return f(1.0); "
+        "}",
+        "using C = float3; bool f(C a, short3 b) { return any(a < C(0)) || any(b < short3(1)) || "
+        "any(a < vec<float, 3>(2)); }",
+        "template <class T, class U = vec<T, 2>> U f(T a) { return U(a, T(1)); } float2 g() { "
+        "return "
+        "f(1.0); }",
+        "float f(int4 v) { return static_cast<metal::float4>(v).x + static_cast<vec<float, "
+        "4>>(v).y "
+        "+ static_cast<const float4>(v).z; }",
+        "template <class T> T f(T a) { return a; } struct S { float v; }; float g() { using T = S; "
+        "T "
+        "v = T{40.0}; return v.v; } float T(float2 p) { return p.x; } float h() { return "
+        "T(float2(1)); }",
+        "using C = float3; float f(float C) { return (C) - 1; } C g() { return (C)1 + C(1, 2, 3); "
+        "}",
     };
     for (const char* program : programs) {
         const Outcome outcome = parsed(program);
@@ -82,6 +99,14 @@ TEST(FrontEnd, refusesAtTheLineWhatAShaderMayNotDo) {
         {"int f() { static int n; return ++n; }",
          "shader.metal:1:22: error: static local variable"},
         {"float4 f(float2 v) {\n return float4(v, 1); }", "shader.metal:2:9: error: "},
+        {"bool f(short3 i) {\n return any(i < short3(1, 2)); }",
+         "shader.metal:2:17: error: a vector of 3 components"},
+        {"template <class T> bool f(T i) {\n return i < T(q); }",
+         "shader.metal:2:15: error: use of undeclared identifier 'q'"},
+        {"float f() {\n float thread = 1; return thread * 2 + q; }",
+         "shader.metal:2:8: error: 'thread' is a keyword"},
+        {"float f() {\n float kernel[2] = {1, 2}; return kernel[1] + q; }",
+         "shader.metal:2:8: warning: 'kernel' is a keyword"},
         {"float4 f(float4 v) { return v.xyq; }",
          "shader.metal:1:30: error: illegal vector component name 'q'"},
         {"void f(packed_float3 v) { v.xx = 1; }",

@@ -96,7 +96,9 @@ template <class V> MSL_INLINE constexpr V msl_make() { return V(); }
 template <class V, class A>
 MSL_INLINE constexpr V msl_make(A a)
     MSL_COUNT(metal::lanes_of<A> == 1 ? metal::lanes_of<V> : metal::given_lanes<A>) {
-    if constexpr (metal::lanes_of<V> < 2 || metal::is_same_v<V, A>)
+    if constexpr (metal::lanes_of<V> < 2 && !__is_constructible(V, A))
+        return V{a}; // a record without constructors
+    else if constexpr (metal::lanes_of<V> < 2 || metal::is_same_v<V, A>)
         return V(a);
     else if constexpr (metal::lanes_of<A> == 1)
         return V(static_cast<metal::element_of<V>>(a));

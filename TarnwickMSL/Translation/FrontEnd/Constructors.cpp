@@ -31,25 +31,77 @@ std::optional<TokenPass::TypeSpan> TokenPass::constructedType(std::size_t i) con
     if (!is(i, tok::identifier) && !(i < tokens.size() && tokens[i].getIdentifierInfo()))
         return std::nullopt;
     const IdentifierInfo* name = tokens[i].getIdentifierInfo();
-    if (is(i + 1, tok::less) && (name->getName() == "vec" || constructedTemplates.contains(name))) {
+    if (is(i + 1, tok::less) &&
+        (name->getName() == "vec" || names.kindAt(name, i) == NameKind::template_)) {
         std::size_t close = scopes.angleEnd(i + 1);
         if (close)
             return TypeSpan{i, close + 1};
         return std::nullopt;
     }
-    if (isVectorName(name->getName()) || constructed.contains(name))
+    if (isVectorName(name->getName()) || names.kindAt(name, i) == NameKind::type)
         return TypeSpan{i, i + 1};
     return std::nullopt;
+}
+
+std::optional<TokenPass::WrittenType> TokenPass::writtenType(std::size_t i) const {
+    const auto isQualifier = [&](std::size_t at) {
+        return is(at, tok::kw_const) || is(at, tok::kw_volatile) ||
+               (at < tokens.size() && isAddressSpace(tokens[at]));
+    };
+    while (isQualifier(i))
+        ++i;
+    const std::size_t first = i;
+    if (is(i, tok::kw_typename))
+        ++i;
+    if (is(i, tok::coloncolon))
+        ++i;
+    while (is(i, tok::identifier) && is(i + 1, tok::coloncolon))
+        i += 2;
+    const auto type = constructedType(i);
+    if (!type)
+        return std::nullopt;
+    std::size_t end = type->end;
+    while (isQualifier(end))
+        ++end;
+    return WrittenType{{first, type->end}, end};
 }
 
 // The names in `template <typename T, class U, int N>`: what they stand for may be a vector.
 void TokenPass::learnTemplateParameters(std::size_t i) {
     if (!is(i + 1, tok::less))
         return;
-    std::size_t close = scopes.angleEnd(i + 1);
-    for (std::size_t at = i + 1; at < close; ++at)
-        if ((is(at, tok::kw_typename) || is(at, tok::kw_class)) && is(at + 1, tok::identifier))
-            constructed.insert(tokens[at + 1].getIdentifierInfo());
+    const std::size_t close = scopes.angleEnd(i + 1), end = scopes.declarationEnd(close);
+    for (std::size_t at = i + 1; at < close; ++at) {
+        if (!is(at, tok::kw_typename) && !is(at, tok::kw_class))
+            continue;
+        const std::size_t name = is(at + 1, tok::ellipsis) ? at + 2 : at + 1;
+        if (is(name, tok::identifier) && !is(name + 1, tok::coloncolon))
+            names.declare(tokens[name].getIdentifierInfo(), NameKind::type, name, end);
+    }
+}
+
+// Whether the token can end a type.
+bool TokenPass::endsType(const Token& token) {
+    return !isAddressSpace(token) &&
+           token.isOneOf(tok::identifier, tok::kw_float, tok::kw_half, tok::kw_int,
+                         tok::kw_unsigned, tok::kw_short, tok::kw_char, tok::kw_bool, tok::kw_long,
+                         tok::kw_auto, tok::kw_void);
+}
+
+// Whether the name at i, which is a type's elsewhere, is declared as something else here: after a
+// type.
+bool TokenPass::declaresName(std::size_t i) const {
+    if (i == 0 || i + 1 >= tokens.size() || !is(i, tok::identifier) ||
+        !names.isKnown(tokens[i].getIdentifierInfo()))
+        return false;
+    return endsType(tokens[i - 1]) &&
+           tokens[i + 1].isOneOf(tok::equal, tok::semi, tok::comma, tok::r_paren, tok::l_square,
+                                 tok::l_brace, tok::l_paren, tok::colon);
+}
+
+void TokenPass::learnName(std::size_t i) {
+    if (i != typedefName)
+        names.declare(tokens[i].getIdentifierInfo(), NameKind::other, i, scopes.nameEnd(i));
 }
 
 // `using Color = float4;` and `typedef float4 Color;` (also of a template's parameter).
@@ -59,17 +111,23 @@ void TokenPass::learnAlias(std::size_t i) {
         while (is(at, tok::coloncolon) || (is(at, tok::identifier) && is(at + 1, tok::coloncolon)))
             ++at;
         if (auto span = constructedType(at); span && is(span->end, tok::semi))
-            (i > 0 && is(i - 1, tok::greater) ? constructedTemplates : constructed)
-                .insert(tokens[i + 1].getIdentifierInfo());
+            names.declare(tokens[i + 1].getIdentifierInfo(),
+                          i > 0 && is(i - 1, tok::greater) ? NameKind::template_ : NameKind::type,
+                          i + 1, scopes.nameEnd(i));
+        else // of another type
+            names.declare(tokens[i + 1].getIdentifierInfo(), NameKind::other, i + 1,
+                          scopes.nameEnd(i));
     } else if (is(i, tok::kw_typedef)) {
         std::size_t at = i + 1;
         while (is(at, tok::coloncolon) || (is(at, tok::identifier) && is(at + 1, tok::coloncolon)))
             ++at;
         if (auto span = constructedType(at);
             span && is(span->end, tok::identifier) && is(span->end + 1, tok::semi))
-            constructed.insert(tokens[span->end].getIdentifierInfo());
+            names.declare(tokens[typedefName = span->end].getIdentifierInfo(), NameKind::type,
+                          span->end, scopes.nameEnd(i));
     }
 }
+
 // `v.xy *= m` becomes `v.xy = v.xy * (m)`: no function can take the lanes to change them, and m may
 // be a matrix.
 void TokenPass::swizzleTimes(std::size_t i) {
@@ -112,6 +170,11 @@ void TokenPass::openMake(std::vector<Token>& to, TypeSpan span, SourceLocation a
     }
     append(to, "msl_make <", at);
     for (std::size_t i = span.first; i < span.end; ++i) {
+        if (isBoolVector(i)) {
+            append(to, "bool_vector <", at);
+            i += 3;
+            continue;
+        }
         if (!edits[i].dropped || edits[i].after.empty())
             to.push_back(tokens[i]);
         to.insert(to.end(), edits[i].after.begin(), edits[i].after.end());
@@ -241,10 +304,25 @@ void TokenPass::declarators(TypeSpan span, std::size_t name) {
     }
 }
 
+// Whether an operand of a cast can begin at i.
+bool TokenPass::beginsOperand(std::size_t i) const {
+    if (i >= tokens.size())
+        return false;
+    const Token& token = tokens[i];
+    return token.isLiteral() ||
+           token.isOneOf(tok::identifier, tok::l_paren, tok::minus, tok::plus, tok::exclaim,
+                         tok::tilde, tok::star, tok::plusplus, tok::minusminus, tok::coloncolon,
+                         tok::kw_true, tok::kw_false, tok::kw_this, tok::kw_sizeof, tok::kw_alignof,
+                         tok::kw_static_cast, tok::kw_typename, tok::kw_float, tok::kw_half) ||
+           token.isOneOf(tok::kw_int, tok::kw_unsigned, tok::kw_short, tok::kw_char, tok::kw_bool,
+                         tok::kw_long, tok::kw_decltype);
+}
+
 // Where a unary expression ends that begins at i.
 std::size_t TokenPass::unaryEnd(std::size_t i) const {
-    while (is(i, tok::minus) || is(i, tok::plus) || is(i, tok::exclaim) || is(i, tok::tilde) ||
-           is(i, tok::star) || is(i, tok::amp))
+    while (i < tokens.size() &&
+           tokens[i].isOneOf(tok::minus, tok::plus, tok::exclaim, tok::tilde, tok::star, tok::amp,
+                             tok::plusplus, tok::minusminus, tok::coloncolon, tok::kw_typename))
         ++i;
     if (is(i, tok::l_paren)) {
         i = scopes.match(i) + 1;
@@ -265,35 +343,38 @@ std::size_t TokenPass::unaryEnd(std::size_t i) const {
         else if (is(i, tok::plusplus) || is(i, tok::minusminus))
             ++i;
         else
-            return i;
+            return std::min(i, tokens.size());
     }
 }
 
 // `(float3)x`.
-bool TokenPass::cast(std::size_t open, TypeSpan span) {
-    const std::size_t close = span.end, operand = close + 1;
-    if (!is(close, tok::r_paren) || operand >= tokens.size())
-        return false;
-    if (open > 0 && (is(open - 1, tok::identifier) || is(open - 1, tok::r_paren) ||
-                     is(open - 1, tok::r_square) || is(open - 1, tok::kw_sizeof) ||
-                     is(open - 1, tok::kw_alignof) || is(open - 1, tok::kw_decltype) ||
-                     is(open - 1, tok::greater)))
-        return false;
-    if (!is(operand, tok::identifier) && !is(operand, tok::numeric_constant) &&
-        !is(operand, tok::l_paren) && !is(operand, tok::minus) && !constructedType(operand))
-        return false;
-    openMake(edits[open].before, span, tokens[open].getLocation());
+void TokenPass::cast(std::size_t open) {
+    const auto type = writtenType(open + 1);
+    if (!type || !is(type->end, tok::r_paren) || !beginsOperand(type->end + 1))
+        return;
+    if (open > 0 &&
+        tokens[open - 1].isOneOf(tok::identifier, tok::r_paren, tok::r_square, tok::kw_sizeof,
+                                 tok::kw_alignof, tok::kw_decltype, tok::kw_operator, tok::greater))
+        return;
+    openMake(edits[open].before, type->span, tokens[open].getLocation());
     append(edits[open].before, "(", tokens[open].getLocation());
-    dropRange(open, close + 1);
-    const std::size_t end = unaryEnd(operand);
+    dropRange(open, type->end + 1);
+    const std::size_t end = unaryEnd(type->end + 1);
     append(edits[end - 1].after, ")", tokens[end - 1].getLocation());
-    return true;
+}
+
+// `static_cast<float3>(x)`.
+void TokenPass::staticCast(std::size_t i) {
+    const auto type = is(i + 1, tok::less) ? writtenType(i + 2) : std::nullopt;
+    if (!type || !is(type->end, tok::greater))
+        return;
+    openMake(edits[i].before, type->span, tokens[i].getLocation());
+    dropRange(i, type->end + 1);
 }
 
 // What stands at a constructed type's name decides what it is; gives the next token to look at.
 std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
-    // vec<bool, N> is a class of its own.
-    if (isWord(i, "vec") && is(i + 2, tok::kw_bool)) {
+    if (isBoolVector(i)) {
         append(edits[i].after, "bool_vector", tokens[i].getLocation());
         edits[i].dropped = edits[i + 2].dropped = edits[i + 3].dropped = true;
         return span.end;
@@ -313,14 +394,12 @@ std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
             return span.end; // a class's own constructor
         if (!(is(span.end, tok::l_brace) && hasNestedBraces(span.end)))
             callMake(i, span, span.end);
-    } else if (is(span.end, tok::identifier)) {
-        declarators(span, span.end);
-    } else if (i > 0 && is(i - 1, tok::l_paren) && is(span.end, tok::r_paren)) {
-        cast(i - 1, span);
-    } else if (i > 1 && is(i - 1, tok::less) && is(i - 2, tok::kw_static_cast) &&
-               is(span.end, tok::greater)) {
-        edits[i - 2].dropped = true;
-        append(edits[i - 2].after, "msl_make", tokens[i - 2].getLocation());
+    } else {
+        std::size_t name = span.end; // `float3 const v(1)`
+        while (is(name, tok::kw_const) || (name < tokens.size() && isAddressSpace(tokens[name])))
+            ++name;
+        if (is(name, tok::identifier))
+            declarators(span, name);
     }
     return span.end;
 }

@@ -2,6 +2,7 @@
 
 #include "TarnwickMSL/Translation/FrontEnd/LibraryText.h"
 #include "TarnwickMSL/Translation/FrontEnd/Missing.h"
+#include "TarnwickMSL/Translation/FrontEnd/TokenPlaces.h"
 
 #include <clang/Basic/SourceManager.h>
 #include <llvm/ADT/StringExtras.h>
@@ -145,7 +146,7 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
         return;
     }
     clang::SourceManager& sources = diagnostic.getSourceManager();
-    const clang::FullSourceLoc at(diagnostic.getLocation(), sources);
+    const clang::FullSourceLoc at(usersPlace(sources, diagnostic.getLocation()), sources);
     const bool isLibrary =
         about == About::program && isLibraryFile(sources.getFilename(sources.getExpansionLoc(at)));
     if (level == Level::Note) {
@@ -164,7 +165,12 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
             return;
         }
     }
-    text->emitDiagnostic(at, level, message, diagnostic.getRanges(), diagnostic.getFixItHints());
+    llvm::SmallVector<clang::CharSourceRange, 4> ranges;
+    for (const clang::CharSourceRange& range : diagnostic.getRanges())
+        ranges.emplace_back(clang::SourceRange(usersPlace(sources, range.getBegin()),
+                                               usersPlace(sources, range.getEnd())),
+                            range.isTokenRange());
+    text->emitDiagnostic(at, level, message, ranges, diagnostic.getFixItHints());
 }
 
 } // namespace tarnwick::msl

@@ -27,7 +27,8 @@ bool isAddressSpace(const clang::Token& token) {
 }
 
 Scopes::Scopes(const std::vector<clang::Token>& tokens)
-    : tokens(tokens), partner(tokens.size()), kinds(tokens.size()), depths(tokens.size()) {
+    : tokens(tokens), partner(tokens.size()), around(tokens.size()), kinds(tokens.size()),
+      depths(tokens.size()) {
     struct Open {
         std::size_t at;
         ScopeKind outerKind;
@@ -49,6 +50,7 @@ Scopes::Scopes(const std::vector<clang::Token>& tokens)
         }
         kinds[i] = kind;
         depths[i] = depth;
+        around[i] = open.empty() ? i : open.back().at;
         if (!opens(token))
             continue;
         open.push_back({i, kind, depth});
@@ -138,6 +140,35 @@ ScopeKind Scopes::namedKind(std::size_t i, ScopeKind outer) const {
     return ScopeKind::list;
 }
 
+std::size_t Scopes::bracesEnd(std::size_t i) const {
+    while (around[i] != i) {
+        i = around[i];
+        if (tokens[i].is(tok::l_brace))
+            return match(i);
+    }
+    return tokens.size() - 1;
+}
+
+std::size_t Scopes::declarationEnd(std::size_t i) const {
+    for (; i + 1 < tokens.size(); ++i) {
+        if (tokens[i].is(tok::semi) || tokens[i].is(tok::r_brace))
+            return i;
+        const bool isBody =
+            tokens[i].is(tok::l_brace) && braceKind(i, kinds[i]) == ScopeKind::block;
+        if (isOpen(i))
+            i = match(i);
+        if (isBody)
+            return i;
+    }
+    return i;
+}
+
+std::size_t Scopes::nameEnd(std::size_t i) const {
+    if (kinds[i] != ScopeKind::block && depths[i] == 0)
+        return tokens.size(); // `m::Colour` and `S::Colour` are met anywhere behind
+    return depths[i] > 0 ? declarationEnd(match(around[i]) + 1) : bracesEnd(i);
+}
+
 bool Scopes::isInitialiser(std::size_t i) const {
     while (i-- > 0) {
         switch (tokens[i].getKind()) {
@@ -165,11 +196,8 @@ std::size_t Scopes::angleEnd(std::size_t i) const {
             if (--open == 0)
                 return i;
             break;
-        case tok::greatergreater:
-            if (open <= 2)
-                return 0; // shared between two lists: left to the language
-            open -= 2;
-            break;
+        case tok::greatergreater: // a shift: those that end two lists were parted
+            return 0;
         case tok::l_paren:
         case tok::l_square:
             i = match(i);

@@ -26,6 +26,13 @@ class Scopes {
     ScopeKind kindAt(std::size_t i) const { return kinds[i]; }
     // Parentheses open at i, counted from those braces.
     unsigned parenDepthAt(std::size_t i) const { return depths[i]; }
+    // The bracket that closes the innermost braces around i, or the last token.
+    std::size_t bracesEnd(std::size_t i) const;
+    // Where the declaration ends that the token at i is in: its `;`, or the `}` of its body.
+    std::size_t declarationEnd(std::size_t i) const;
+    // Where what a name stands for ends that is declared at i: the names of parameters and of
+    // conditions in parentheses last to the end of the body behind, others to the end of the block.
+    std::size_t nameEnd(std::size_t i) const;
     // Whether an `=` stands before i in its declaration (a member's default value, say).
     bool isInitialiser(std::size_t i) const;
     // The `>` that ends the template arguments that the `<` at i opens; 0 where it opens none.
@@ -34,6 +41,7 @@ class Scopes {
   private:
     const std::vector<clang::Token>& tokens;
     std::vector<std::size_t> partner;
+    std::vector<std::size_t> around; // the innermost bracket that is open at i; i where none is
     std::vector<ScopeKind> kinds;
     std::vector<unsigned> depths;
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "TarnwickMSL/Translation/FrontEnd/Scopes.h"
+#include "TarnwickMSL/Translation/FrontEnd/TypeNames.h"
 
 #include <clang/Lex/Preprocessor.h>
 #include <clang/Lex/Token.h>
@@ -35,12 +36,14 @@ class TokenPass {
     std::vector<Token> run();
 
   private:
+    std::vector<Token> result() const;
     clang::Preprocessor& preprocessor;
     std::vector<Token> tokens;
     std::vector<Edit> edits;
     Scopes scopes;
-    llvm::SmallPtrSet<const IdentifierInfo*, 16> constructed; // the program's own such types
-    llvm::SmallPtrSet<const IdentifierInfo*, 16> constructedTemplates; // and such as vec
+    TypeNames names; // the program's own
+    std::size_t typedefName = 0;
+    llvm::SmallPtrSet<const IdentifierInfo*, 4> misnamed; // keywords that are used as names
     llvm::SmallPtrSet<const IdentifierInfo*, 16> vectorMembers;
     std::size_t entryOpen = 0, entryClose = 0; // the parentheses of an entry point's arguments
 
@@ -61,16 +64,30 @@ class TokenPass {
         std::size_t first = 0, end = 0;
     };
     std::optional<TypeSpan> constructedType(std::size_t i) const;
+    // The same with the names of namespaces and the qualifiers around it, which are left out of the
+    // span: `const metal::float4`. `end`: of all of it.
+    struct WrittenType {
+        TypeSpan span;
+        std::size_t end = 0;
+    };
+    std::optional<WrittenType> writtenType(std::size_t i) const;
 
     void learnTemplateParameters(std::size_t i);
     void learnAlias(std::size_t i);
+    static bool endsType(const Token& token);
+    bool declaresName(std::size_t i) const;
+    void learnName(std::size_t i);
+    bool isMethodQualifier(std::size_t i) const;
+    bool isUsedAsName(std::size_t i) const;
+    bool isNameNotKeyword(std::size_t i);
     void qualifier(std::size_t i);
     void entryPoint(std::size_t i);
     void attributeArguments(std::size_t i);
     std::size_t attributeListEnd(std::size_t i) const;
     bool missingAttribute(std::size_t i);
     void explicitInstantiation(std::size_t i);
-    void report(std::size_t i, const std::string& message);
+    void report(std::size_t i, const std::string& message,
+                clang::DiagnosticsEngine::Level level = clang::DiagnosticsEngine::Error);
     void literal(std::size_t i);
     Token number(llvm::StringRef text, SourceLocation at) const;
     void forbidden(std::size_t i);
@@ -82,7 +99,12 @@ class TokenPass {
     void initialise(TypeSpan span, std::size_t open, bool needsEquals);
     void initialiseArray(TypeSpan span, std::size_t open, unsigned dimensions);
     void memberInitialisers(std::size_t colon);
-    bool cast(std::size_t open, TypeSpan span);
+    bool isBoolVector(std::size_t i) const { // a class of its own
+        return isWord(i, "vec") && is(i + 2, tok::kw_bool);
+    }
+    void cast(std::size_t open);
+    void staticCast(std::size_t i);
+    bool beginsOperand(std::size_t i) const;
     std::size_t unaryEnd(std::size_t i) const;
     bool hasNestedBraces(std::size_t open) const;
     bool hasComma(std::size_t open) const;

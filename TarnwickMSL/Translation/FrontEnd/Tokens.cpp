@@ -1,7 +1,9 @@
 #include "TarnwickMSL/Translation/FrontEnd/Tokens.h"
 
+#include "TarnwickMSL/Translation/FrontEnd/Closers.h"
 #include "TarnwickMSL/Translation/FrontEnd/Missing.h"
 #include "TarnwickMSL/Translation/FrontEnd/TokenPass.h"
+#include "TarnwickMSL/Translation/FrontEnd/TokenPlaces.h"
 
 #include <clang/Basic/Diagnostic.h>
 #include <llvm/ADT/StringExtras.h>
@@ -61,6 +63,38 @@ void TokenPass::dropRange(std::size_t from, std::size_t end) {
         edits[from].dropped = true;
 }
 
+// Whether the address space at i is that of a method's object: `float get() const thread {`.
+bool TokenPass::isMethodQualifier(std::size_t i) const {
+    while (i > 0 && (isAddressSpace(tokens[i - 1]) || is(i - 1, tok::kw_const)))
+        --i;
+    return i > 0 && is(i - 1, tok::r_paren);
+}
+
+// Whether no type can follow the keyword at i, as it must behind an address space.
+bool TokenPass::isUsedAsName(std::size_t i) const {
+    if (i + 1 >= tokens.size())
+        return false;
+    const Token& next = tokens[i + 1];
+    if (next.isOneOf(tok::star, tok::amp)) // `float thread* p`, or a product
+        return misnamed.contains(tokens[i].getIdentifierInfo()) && i > 0 &&
+               !endsType(tokens[i - 1]) && !is(i - 1, tok::greater);
+    if (next.isAnnotation() || next.getIdentifierInfo() || next.isOneOf(tok::coloncolon, tok::eof))
+        return false;
+    return !isMethodQualifier(i) || misnamed.contains(tokens[i].getIdentifierInfo());
+}
+
+// A variable called `thread`: tells of the keyword, and leaves it the name that it was meant as, so
+// that nothing else is said of it.
+bool TokenPass::isNameNotKeyword(std::size_t i) {
+    if (!isUsedAsName(i))
+        return false;
+    const IdentifierInfo* word = tokens[i].getIdentifierInfo();
+    if (misnamed.insert(word).second)
+        report(i, "'" + word->getName().str() +
+                      "' is a keyword of the Metal Shading Language and cannot be a name");
+    return true;
+}
+
 // `constant`, `device`, `thread` and `threadgroup`.
 void TokenPass::qualifier(std::size_t i) {
     SourceLocation at = tokens[i].getLocation();
@@ -108,9 +142,17 @@ std::size_t TokenPass::attributeListEnd(std::size_t i) const {
 void TokenPass::entryPoint(std::size_t i) {
     const std::size_t listEnd = attributeListEnd(i);
     if (!listEnd) {
-        if (!(i + 1 < tokens.size() && tokens[i + 1].getIdentifierInfo()) &&
-            !is(i + 1, tok::l_square) && !is(i + 1, tok::coloncolon))
+        const bool isAttributed = is(i + 1, tok::l_square) && is(i + 2, tok::l_square);
+        if (!(i + 1 < tokens.size() && tokens[i + 1].getIdentifierInfo()) && !isAttributed &&
+            !is(i + 1, tok::coloncolon)) {
+            if (misnamed.insert(tokens[i].getIdentifierInfo()).second)
+                report(i,
+                       "'" + tokens[i].getIdentifierInfo()->getName().str() +
+                           "' is a keyword of the Metal Shading Language, which other compilers do "
+                           "not take as a name",
+                       clang::DiagnosticsEngine::Warning);
             return;
+        }
         std::string attribute =
             "__attribute__ ( ( msl_" + tokens[i].getIdentifierInfo()->getName().str() + " ) )";
         append(edits[i].after, attribute.c_str(), tokens[i].getLocation());
@@ -197,9 +239,11 @@ void TokenPass::literal(std::size_t i) {
         append(edits[i].before, ")", at);
 }
 
-void TokenPass::report(std::size_t i, const std::string& message) {
+void TokenPass::report(std::size_t i, const std::string& message,
+                       clang::DiagnosticsEngine::Level level) {
     clang::DiagnosticsEngine& diagnostics = preprocessor.getDiagnostics();
-    const unsigned id = diagnostics.getCustomDiagID(clang::DiagnosticsEngine::Error, "%0");
+    const unsigned id = diagnostics.getDiagnosticIDs()->getCustomDiagID(
+        static_cast<clang::DiagnosticIDs::Level>(level), "%0");
     diagnostics.Report(tokens[i].getLocation(), id) << message;
 }
 
@@ -268,12 +312,16 @@ std::vector<Token> TokenPass::run() {
                 swizzleTimes(i);
             else if (token.is(tok::l_square) && is(i + 1, tok::l_square))
                 attributeArguments(i);
+            else if (token.is(tok::l_paren))
+                cast(i);
             else if (token.is(tok::colon) && i > 0 && is(i - 1, tok::r_paren) &&
                      scopes.kindAt(i) != ScopeKind::block)
                 memberInitialisers(i);
             ++i;
             continue;
         }
+        if (declaresName(i))
+            learnName(i);
         if (auto span = constructedType(i)) {
             i = type(i, *span);
             continue;
@@ -284,10 +332,11 @@ std::vector<Token> TokenPass::run() {
             learnTemplateParameters(i);
         else if (token.is(tok::kw_using) || token.is(tok::kw_typedef))
             learnAlias(i);
-        else if (i > 0 && is(i - 1, tok::l_square) && isWord(i, "threadgroup"))
+        else if (token.is(tok::kw_static_cast))
+            staticCast(i);
+        else if (isAddressSpace(token) && attributeListEnd(i))
             ; // the attribute of that name
-        else if (isWord(i, "constant") || isWord(i, "device") || isWord(i, "thread") ||
-                 isWord(i, "threadgroup"))
+        else if (isAddressSpace(token) && !isNameNotKeyword(i))
             qualifier(i);
         else if (isWord(i, "vertex") || isWord(i, "fragment") || isWord(i, "kernel"))
             entryPoint(i);
@@ -299,21 +348,30 @@ std::vector<Token> TokenPass::run() {
     tokens.back() = end;
     edits.back().dropped = false;
     edits.back().after.clear();
-    std::vector<Token> result;
-    result.reserve(tokens.size() + tokens.size() / 4);
-    for (std::size_t i = 0; i < tokens.size(); ++i) {
-        result.insert(result.end(), edits[i].before.begin(), edits[i].before.end());
-        if (!edits[i].dropped)
-            result.push_back(tokens[i]);
-        result.insert(result.end(), edits[i].after.begin(), edits[i].after.end());
-    }
-    return result;
+    return result();
 }
+
+std::vector<Token> TokenPass::result() const {
+    std::vector<Token> all;
+    all.reserve(tokens.size() + tokens.size() / 4);
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        all.insert(all.end(), edits[i].before.begin(), edits[i].before.end());
+        if (!edits[i].dropped)
+            all.push_back(tokens[i]);
+        all.insert(all.end(), edits[i].after.begin(), edits[i].after.end());
+    }
+    TokenPlaces places(preprocessor.getSourceManager(), preprocessor.getLangOpts());
+    for (Token& token : all)
+        places.makeUnique(token);
+    return all;
+}
+
 std::vector<Token> programTokens(clang::Preprocessor& preprocessor) {
     std::vector<Token> tokens;
     do {
         preprocessor.Lex(tokens.emplace_back());
     } while (tokens.back().isNot(tok::eof));
+    partClosers(tokens);
     return TokenPass(preprocessor, std::move(tokens)).run();
 }
 
