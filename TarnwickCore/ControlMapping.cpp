@@ -10,12 +10,10 @@ float clamped(float value, const ParamDecl& param) {
     return std::clamp(value, param.min, param.max);
 }
 
-// Of a place in [0, 1].
+// Of a place in [0, 1]. At 1 the sum may round to the float beside max.
 float valueAt(float place, const ParamDecl& param) {
     if (place <= 0)
         return param.min;
-    if (place >= 1)
-        return param.max;
     // The distance of finite ends may be infinite.
     const float distance = param.max - param.min;
     const float value = std::isfinite(distance) ? param.min + place * distance
@@ -41,11 +39,12 @@ std::optional<ControlMapping::NamedValue> ControlMapping::value(const OSC::Messa
     if (param == params.end())
         return std::nullopt;
     const float number = message.numbers[0];
-    return NamedValue{param->name, isValue ? clamped(number, *param) : valueAt(number, *param)};
+    return NamedValue{param->name,
+                      isValue ? clamped(number, *param) : valueAt(std::min(number, 1.0f), *param)};
 }
 
 float ControlMapping::value(std::uint8_t cc, const ParamDecl& param) {
-    return valueAt(static_cast<float>(cc) / 127, param);
+    return cc >= 127 ? param.max : valueAt(static_cast<float>(cc) / 127, param);
 }
 
 std::optional<ControlMapping::ControlChange> ControlMapping::controlChange(std::uint32_t ump) {

@@ -26,12 +26,14 @@ struct ControlMapping {
     // 1, /tarnwick/NAME/value gives the value itself; both are clamped, numbers after the first do
     // not count. Nothing without a finite first number or for a name that is not declared.
     //
-    // Places 0 and 1 are min and max to the bit. A range that is infinite at both ends has no place
-    // between them: the default stands for all.
+    // A place is min + place * (max - min) in single precision: 0 is min to the bit, 1 is max or
+    // the float below it. A range that is infinite at both ends has no places above 0: the default
+    // stands for all.
     static std::optional<NamedValue> value(const OSC::Message& message,
                                            std::span<const ParamDecl> params);
 
-    // The value at which a controller puts a parameter: min at 0, max at 127 and above.
+    // The value at which a controller puts a parameter: min at 0, max at 127 and above, both to the
+    // bit.
     static float value(std::uint8_t cc, const ParamDecl& param);
 
     struct ControlChange {

@@ -33,6 +33,10 @@ TEST(ControlMapping, placesParametersByOSC) {
                                 "tarnwick/speed", "/other/speed", "/tarnwick/speed/value/value"})
         EXPECT_EQ(set(address, {0.5f}), std::nullopt) << address;
     EXPECT_EQ(set("/tarnwick/speed", {}), std::nullopt);
+    const std::vector<ParamDecl> tenths{{"tenths", 0, -1.6f, 0.5f, ""}};
+    EXPECT_EQ(ControlMapping::value({"/tarnwick/tenths", {1}}, tenths)->value,
+              -1.6f + (0.5f - -1.6f)); // not 0.5f
+    EXPECT_EQ(ControlMapping::value(127, tenths[0]), 0.5f);
     EXPECT_EQ(set("/tarnwick/speed", {std::nanf("")}), std::nullopt);
     EXPECT_EQ(set("/tarnwick/speed/value", {-infinity, 1}), std::nullopt);
 }
