@@ -155,7 +155,7 @@ URLRequest APIClient::handleRequest(const std::string& handle, const std::string
 URLRequest APIClient::shareRequest(const ShareUpload& upload, const std::string& token,
                                    const std::string& boundary) const {
     Multipart form{.boundary = boundary};
-    form.add("meta", "", "application/json", upload.metaJSON());
+    form.add("meta", std::nullopt, "application/json", upload.metaJSON());
     form.add("source", "source.metal", "text/plain; charset=utf-8", upload.source);
     form.add("loop", "loop.mp4", "video/mp4", upload.loop);
     form.add("thumb", "thumb.jpg", "image/jpeg", upload.thumb);

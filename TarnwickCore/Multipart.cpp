@@ -23,11 +23,11 @@ std::string Multipart::makeBoundary() {
     return text;
 }
 
-void Multipart::add(std::string_view name, std::string_view fileName, std::string_view contentType,
-                    std::string data) {
+void Multipart::add(std::string_view name, std::optional<std::string_view> fileName,
+                    std::string_view contentType, std::string data) {
     std::string header = "Content-Disposition: form-data; name=\"" + std::string(name) + "\"";
-    if (!fileName.empty())
-        header += "; filename=\"" + std::string(fileName) + "\"";
+    if (fileName)
+        header += "; filename=\"" + std::string(*fileName) + "\"";
     header += "\r\nContent-Type: " + std::string(contentType) + "\r\n\r\n";
     parts.push_back({.header = std::move(header), .data = std::move(data)});
 }

@@ -1,6 +1,7 @@
 // The body of a form that carries files (RFC 7578).
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,9 +25,9 @@ struct Multipart {
     static std::string makeBoundary();
 
     // Appends a part. The three texts are written as they are: they hold no quotation marks and no
-    // line breaks. An empty file name is left out.
-    void add(std::string_view name, std::string_view fileName, std::string_view contentType,
-             std::string data);
+    // line breaks. An empty file name is written, an absent one is not.
+    void add(std::string_view name, std::optional<std::string_view> fileName,
+             std::string_view contentType, std::string data);
 
     std::string contentType() const; // of the body, for the request's header
     std::string body() const;

@@ -87,11 +87,14 @@ TEST(ShareUpload, writesWhatItIsAsSortedJSON) {
 TEST(Multipart, laysOutItsPartsByteForByte) {
     Multipart form{.boundary = "B"};
     EXPECT_EQ(form.body(), "--B--\r\n");
-    form.add("meta", "", "application/json", "{}");
+    form.add("meta", std::nullopt, "application/json", "{}");
+    form.add("note", "", "text/plain", "x");
     form.add("loop", "loop.mp4", "video/mp4", std::string("\r\n\0--", 5));
     EXPECT_EQ(form.body(),
               "--B\r\nContent-Disposition: form-data; name=\"meta\"\r\n"
               "Content-Type: application/json\r\n\r\n{}\r\n"
+              "--B\r\nContent-Disposition: form-data; name=\"note\"; filename=\"\"\r\n"
+              "Content-Type: text/plain\r\n\r\nx\r\n"
               "--B\r\nContent-Disposition: form-data; name=\"loop\"; filename=\"loop.mp4\"\r\n"
               "Content-Type: video/mp4\r\n\r\n" +
                   std::string("\r\n\0--", 5) + "\r\n--B--\r\n");
