@@ -23,10 +23,12 @@ class ByteStream {
     ByteStream(ByteStream&&) noexcept;
     ByteStream& operator=(ByteStream&&) noexcept;
 
-    // Blocks until the answer has begun. Throws NetError. The same response each time.
+    // Blocks until the answer has begun. Throws NetError where it ends before its head is complete;
+    // what happens later changes nothing here. The same response each time.
     const URLResponse& response();
     // Blocks until there is a next piece of the body, of at least one byte; absent at the end.
-    // Throws NetError, also where the end is not the one that the server announced.
+    // Throws NetError behind all that arrived, also where the end is not the one that the server
+    // announced.
     std::optional<std::string> next();
     // Ends the request; what waits and what is asked for later throws NetError, kind cancelled.
     void cancel();

@@ -8,11 +8,13 @@ constexpr std::size_t room = 256 << 10; // bytes
 
 } // namespace
 
+// What has arrived goes before the error behind it, however late the reader asks; cancel() leaves
+// nothing that has arrived.
 template <class Condition>
-std::unique_lock<std::mutex> StreamedAnswer::lockWhen(Condition condition) {
+std::unique_lock<std::mutex> StreamedAnswer::lockWhen(Condition hasArrived) {
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, [&] { return error_ || condition(); });
-    if (error_)
+    changed_.wait(lock, [&] { return error_ || hasArrived(); });
+    if (isCancelled_ || !hasArrived())
         throw *error_;
     return lock;
 }

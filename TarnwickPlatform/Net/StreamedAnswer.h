@@ -28,7 +28,7 @@ class StreamedAnswer : public Receiver {
     bool isCancelled() const override;
 
   private:
-    template <class Condition> std::unique_lock<std::mutex> lockWhen(Condition condition);
+    template <class Condition> std::unique_lock<std::mutex> lockWhen(Condition hasArrived);
 
     const std::shared_ptr<Waker> waker_;
     mutable std::mutex mutex_; // over all below

@@ -76,6 +76,16 @@ TEST(ByteStream, endsAtItsTimeWhateverItsReaderDoes) {
     auto stream = session.bytes({.url = flood.server.url(), .timeout = 0.1});
     stream.response();
     EXPECT_TRUE(eventually([&] { return flood.server.open() == 0; }));
+    EXPECT_THROW(while (stream.next()){}, NetError);
+}
+
+TEST(ByteStream, givesWhatArrivedBeforeTheConnectionWasLost) {
+    HostileServer cut("HTTP/1.1 404 Not Found\r\nContent-Length: 9\r\n\r\nabc");
+    URLSession session;
+    auto stream = session.bytes({.url = cut.url()});
+    std::this_thread::sleep_for(std::chrono::milliseconds(100)); // until it is lost
+    EXPECT_EQ(stream.response().status, 404);
+    EXPECT_EQ(stream.next(), "abc");
     EXPECT_THROW(stream.next(), NetError);
 }
 
