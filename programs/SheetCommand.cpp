@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 
 namespace tarnwick {
 namespace {
@@ -16,8 +17,16 @@ struct Episode {
     std::string_view path;
     std::string text;
     std::int64_t number;
-    std::string label; // number and title
+    std::string label;
 };
+
+// Number and title. The name of the file where the episode has no title: all such episodes would
+// have one label.
+std::string labelOf(const EpisodeMeta& meta, std::string_view path) {
+    if (meta.title == EpisodeMeta().title)
+        return std::filesystem::path(path).stem().string();
+    return std::to_string(meta.number) + "  " + meta.title;
+}
 
 // In the order of their numbers.
 std::vector<Episode> episodesOf(const Arguments& arguments) {
@@ -27,8 +36,7 @@ std::vector<Episode> episodesOf(const Arguments& arguments) {
     for (const std::string_view path : arguments.operands()) {
         const std::string text = sourceText(path);
         const EpisodeMeta meta = EpisodeMeta::parse(text);
-        episodes.push_back(
-            {path, text, meta.number, std::to_string(meta.number) + "  " + meta.title});
+        episodes.push_back({path, text, meta.number, labelOf(meta, path)});
     }
     std::ranges::stable_sort(episodes, {}, &Episode::number);
     return episodes;

@@ -9,6 +9,12 @@ cmp -s ab.png ba.png || complain 'the order of the names counts' sheet
 # 2 * (64 + 12) + 12 by 36 + 26 + 2 * 12 pixels, in the file's header.
 [ "$(head -c 24 ab.png | tail -c 8 | od -An -tu1 | tr -s ' ')" = ' 0 0 0 164 0 0 0 86' ] ||
     complain 'not 164 by 86' sheet
+# An episode without a title is labelled by its file's name.
+episode >one.metal
+episode >two.metal
+expect 0 '' sheet one.metal -o one.png --size 64x36
+expect 0 '' sheet two.metal -o two.png --size 64x36
+cmp -s one.png two.png && complain 'one label for two files' sheet
 expect 2 'episodes are missing' sheet -o c.png
 expect 2 'OUT.png is missing' sheet a.metal
 expect 2 'wants a whole number from 1 to 100, not "0"' sheet a.metal -o c.png --columns 0
