@@ -1,4 +1,5 @@
 #include "TarnwickCore/APIClient.h"
+#include "TarnwickCore/LatestRelease.h"
 #include "tests/TarnwickCore/ServiceCalls.h"
 #include "tests/servers/CertificateAuthority.h"
 
@@ -6,6 +7,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
+#include <set>
 
 namespace tarnwick {
 namespace {
@@ -45,6 +48,23 @@ TEST(APIClient, signsIn) {
     EXPECT_EQ(approved.client.pollLink("d").get(), LinkPoll(Approved{"t", "e", std::nullopt}));
     EXPECT_EQ(approved.request().body, R"({"device":"d"})");
     EXPECT_EQ(Service(202, "").client.pollLink("d").get(), LinkPoll(LinkPending()));
+}
+
+// docs/service.md has a heading for each request, "### `POST /api/me`", and for no other.
+TEST(APIClient, sendsTheRequestsOfItsPage) {
+    const APIClient client(APIClient::defaultBase(), "Test/1");
+    std::multiset<std::string> sent{"GET " + URL::parse(LatestRelease::feed())->decodedPath()};
+    for (const URLRequest& request :
+         {client.linkStartRequest(), client.linkPollRequest("d"), client.meRequest("t"),
+          client.handleRequest("h", "t"), client.signOutRequest("t"),
+          client.shareRequest(upload(), "t", "b")})
+        sent.insert(request.method + " " + request.url.decodedPath());
+    std::multiset<std::string> described;
+    std::ifstream page(SERVICE_PAGE);
+    for (std::string line; std::getline(page, line);)
+        if (line.starts_with("### `"))
+            described.insert(line.substr(5, line.size() - 6));
+    EXPECT_EQ(described, sent);
 }
 
 TEST(APIClient, asksForTheAccountAndNamesIt) {
