@@ -3,6 +3,7 @@
 
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickRender/ShaderProgram.h"
+#include "TarnwickRender/ValuesAt.h"
 
 #include <cstdint>
 #include <functional>
@@ -47,8 +48,12 @@ struct ExportSegment {
     // Those frames have times before `start`, which may be below 0; a simulation stands still
     // there.
     double loop = 0;
-    // The values at a time in seconds, in place of `values`; asked in any order.
-    std::function<ParamValues(double time)> valuesAt{};
+    // Crossfades the sound of those seconds in the same way, so that the last sample leads on to
+    // the first. Without it the samples stay as they are, and the joint may click.
+    bool loopSound = false;
+    // The values at a time in seconds, in place of `values`: each frame's at its time, and each
+    // step of a simulation's at that of the step, so that the frames' rate changes no particle.
+    ValuesAt valuesAt{};
     // What an episode that takes Inputs meets at a time in seconds; absent: silence and black.
     // Asked once a frame, in their order. Where it gives no previous frame, that is the segment's
     // own.

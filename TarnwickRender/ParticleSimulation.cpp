@@ -30,6 +30,30 @@ struct ParticleSimulation::Step {
     const ParamBuffer& params;
 };
 
+// The parameters of one step after another: the same for all, or those of each step's time.
+class ParticleSimulation::Params {
+  public:
+    Params(const ParticleSimulation& simulation, const ParamValues& values)
+        : simulation_(simulation) {
+        if (!simulation.valuesAt_)
+            fill(values);
+    }
+
+    const ParamBuffer& of(std::int64_t step) {
+        if (simulation_.valuesAt_)
+            fill(simulation_.valuesAt_(static_cast<double>(step) / ShaderAssembler::stepRate));
+        return *buffer_;
+    }
+
+  private:
+    void fill(const ParamValues& values) {
+        buffer_.emplace(simulation_.program_->params(), values);
+    }
+
+    const ParticleSimulation& simulation_;
+    std::optional<ParamBuffer> buffer_;
+};
+
 std::unique_ptr<ParticleSimulation>
 ParticleSimulation::make(std::shared_ptr<const ShaderProgram> program, gpu::Device& device,
                          std::int64_t width, std::int64_t height) {
@@ -72,7 +96,7 @@ void ParticleSimulation::advance(std::int64_t target, gpu::CommandBuffer& comman
                                  std::int64_t limit) {
     if (target < step_)
         reset();
-    const ParamBuffer params(program_->params(), values);
+    Params params(*this, values);
     const std::int64_t count = program_->particleCount();
     precondition(count <= std::numeric_limits<std::uint32_t>::max(),
                  "Particles are counted in 32 bits.");
@@ -80,7 +104,8 @@ void ParticleSimulation::advance(std::int64_t target, gpu::CommandBuffer& comman
         const std::int64_t next = step_ + 1;
         precondition(next <= std::numeric_limits<std::uint32_t>::max(),
                      "Steps are counted in 32 bits.");
-        const Step step{next, static_cast<std::uint32_t>(count), uniforms(next, mouse), params};
+        const Step step{next, static_cast<std::uint32_t>(count), uniforms(next, mouse),
+                        params.of(next)};
         if (!encode(step, commands))
             return;
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TarnwickRender/ShaderProgram.h"
+#include "TarnwickRender/ValuesAt.h"
 
 #include <array>
 #include <cstdint>
@@ -9,6 +10,7 @@
 #include <limits>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace tarnwick {
 
@@ -42,6 +44,11 @@ class ParticleSimulation {
     // The next advance spawns the particles anew.
     void reset() { step_ = -1; }
 
+    // Gives each step the values of its own time, step() / 60 seconds, in place of those given to
+    // advance() and warm(): then a step does not depend on the frame that it is performed for. An
+    // empty function undoes it.
+    void setValuesAt(ValuesAt valuesAt) { valuesAt_ = std::move(valuesAt); }
+
     // Encodes the steps up to `target`, at most `limit` of them. A target that lies behind starts
     // again from the spawning. Where an encoder cannot be made it stops; step() tells how far it
     // got. Step numbers fit in 32 bits.
@@ -58,6 +65,7 @@ class ParticleSimulation {
 
   private:
     struct Step; // what the passes of one step share
+    class Params;
 
     ParticleSimulation() = default;
     TWUniforms uniforms(std::int64_t step, const Mouse& mouse) const;
@@ -67,6 +75,7 @@ class ParticleSimulation {
 
     std::shared_ptr<const ShaderProgram> program_; // shared with the run that it belongs to
     float width_ = 0, height_ = 0;                 // pixels
+    ValuesAt valuesAt_;                            // may be empty
     std::int64_t step_ = -1;
     std::unique_ptr<gpu::Buffer> particles_; // undefined until the spawning writes all of it
     std::array<std::unique_ptr<gpu::Texture>, 2> trails_;

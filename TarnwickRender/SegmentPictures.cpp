@@ -58,6 +58,8 @@ SegmentPictures::SegmentPictures(const ExportSegment& segment, const Stage& stag
     if (program.usesInputs())
         feedback_ = FeedbackFrames::make(stage.device, area_.width, area_.height,
                                          ShaderProgram::pixelFormat);
+    if (run_)
+        run_->setValuesAt(segment.valuesAt);
     if (program.needsRun() != (run_ != nullptr) || program.usesInputs() != (feedback_ != nullptr))
         throw ExportError(ExportError::Setup{
             ShaderRun::absence(program, stage.device, area_.width, area_.height)});
@@ -81,10 +83,8 @@ TWUniforms SegmentPictures::uniforms(double time) const {
 }
 
 bool SegmentPictures::warm(std::int64_t frame, const std::function<void()>& afterEach) {
-    const double at = time(frame);
-    return !run_ ||
-           run_->warm(static_cast<float>(at), stage_.queue,
-                      segment_.valuesAt ? segment_.valuesAt(at) : segment_.values, {}, afterEach);
+    return !run_ || run_->warm(static_cast<float>(time(frame)), stage_.queue, segment_.values, {},
+                               afterEach);
 }
 
 bool SegmentPictures::encode(gpu::CommandBuffer& commands, const gpu::Texture& target,

@@ -58,6 +58,11 @@ const gpu::Texture* ShaderRun::picture() const {
     return simulation_ ? &simulation_->image() : mesh_->resolved.get();
 }
 
+void ShaderRun::setValuesAt(ValuesAt valuesAt) {
+    if (simulation_)
+        simulation_->setValuesAt(std::move(valuesAt));
+}
+
 void ShaderRun::prepare(const TWUniforms& uniforms, gpu::CommandBuffer& commands,
                         const ParamValues& values, std::int64_t limit) {
     if (simulation_)

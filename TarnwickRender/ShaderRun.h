@@ -36,6 +36,10 @@ class ShaderRun {
     // What the program's final draw shows as its texture 0: the trails, or the grid's picture.
     const gpu::Texture* picture() const;
 
+    // Gives each step of a simulation the values of its own time, in place of those given to
+    // prepare() and warm(). A grid has no steps: it takes its frame's.
+    void setValuesAt(ValuesAt valuesAt);
+
     // Encodes the work of a frame that comes before its final pass: at most `limit` steps of a
     // simulation towards the one that uniforms.time names, or the grid's pass. Neither commits nor
     // waits. Where an encoder cannot be made it encodes less.

@@ -66,7 +66,10 @@ bool Stills::prepareRun(float time, const ParamValues& values, StillNews* news) 
         return !program_->needsRun();
     if (run_->simulation() != nullptr && run_->simulation()->step() >= 0)
         run_ = ShaderRun::make(program_, device_, target_->width(), target_->height());
-    return run_ && warm(*run_, time, *queue_, values, news);
+    if (!run_)
+        return false;
+    run_->setValuesAt(valuesAt_);
+    return warm(*run_, time, *queue_, values, news);
 }
 
 // A frame: the run's work, then the pass that shows it.

@@ -33,6 +33,9 @@ class Stills {
     bool render(float time, std::uint32_t frame, const ParamValues& values, Picture& picture,
                 StillNews* news = nullptr);
 
+    // Gives each step of a simulation the values of its own time, in place of the still's.
+    void setValuesAt(ValuesAt valuesAt) { valuesAt_ = std::move(valuesAt); }
+
   private:
     Stills(std::shared_ptr<const ShaderProgram> program, gpu::Device& device)
         : program_(std::move(program)), device_(device) {}
@@ -45,6 +48,7 @@ class Stills {
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<gpu::Texture> target_;
     std::unique_ptr<ShaderRun> run_;
+    ValuesAt valuesAt_; // may be empty
 };
 
 } // namespace tarnwick

@@ -46,7 +46,7 @@ Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const Epi
     const auto [width, height] = frame.size;
     std::optional<Picture> picture =
         StillRenderer::render(program, device, width, height, static_cast<float>(frame.time),
-                              frame.frame, frame.values, &news);
+                              frame.frame, frame.values, &news, frame.valuesAt);
     if (!picture)
         failure(ShaderRun::absence(*program, device, width, height));
     return *std::move(picture);

@@ -29,7 +29,8 @@ struct EpisodeFrame {
     PixelSize size;
     double time = 0; // seconds, from 0 on
     std::uint32_t frame = 0;
-    ParamValues values;
+    ParamValues values;     // of the frame
+    ValuesAt valuesAt = {}; // of a simulation's steps at their times; empty: `values`
 };
 
 // Compiles and draws it; how far a simulation is stands on standard error. Throws CommandError;

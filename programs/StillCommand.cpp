@@ -53,7 +53,11 @@ Request requestOf(const Arguments& arguments) {
     const std::vector<ParamDecl> params = ParamParser::parse(frame.episode);
     frame.values = settingsOf(arguments.values("--set"), params, frame.path);
     if (const auto keysPath = arguments.value("--keys"))
-        frame.values = keysOf(*keysPath, params).values(frame.time, std::move(frame.values));
+        frame.valuesAt = [keys = keysOf(*keysPath, params), base = frame.values](double time) {
+            return keys.values(time, base);
+        };
+    if (frame.valuesAt)
+        frame.values = frame.valuesAt(frame.time);
     return request;
 }
 

@@ -109,6 +109,9 @@ void TarnwickSaverView::prepareRun(MTKView& view, const TWUniforms& uniforms,
     if (view.device() != nullptr && (!run_ || run_->width() != width || run_->height() != height)) {
         run_ = ShaderRun::make(program_, *view.device(), width, height);
         absence_.reset();
+        if (run_ && !settings_.keys.isEmpty())
+            run_->setValuesAt(
+                [this](double time) { return settings_.keys.values(time, settings_.values); });
         if (!run_)
             absence_ = ShaderRun::absence(*program_, *view.device(), width, height);
     }
