@@ -32,8 +32,8 @@ void exportInto(const std::filesystem::path& file, std::span<const ExportSegment
 void letListen(ExportSegment& segment, SoundTap* tap) {
     if (tap == nullptr)
         return;
-    segment.inputsAt = [tap, valuesAt = segment.valuesAt, values = segment.values](double time) {
-        return tap->inputs(time, valuesAt ? valuesAt(time) : values);
+    segment.inputsAt = [tap, values = segment.soundValues.value_or(segment.values)](double time) {
+        return tap->inputs(time, values);
     };
 }
 

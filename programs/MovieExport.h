@@ -10,8 +10,8 @@
 
 namespace tarnwick {
 
-// Lets the segment's picture react to what `tap`, which outlives it, hears at each frame with the
-// segment's values; `tap` may be null.
+// Lets the segment's picture react to what `tap`, which outlives it, hears at each frame: the sound
+// of the movie, which has the segment's values throughout and none of its keys'. `tap` may be null.
 void letListen(ExportSegment& segment, SoundTap* tap);
 
 // Exports the segments to where the target says. How far it is stands on standard error; Ctrl-C
