@@ -18,12 +18,6 @@ std::int64_t countOf(double duration, std::int64_t fps) {
     return ExportPlan::frameCount(duration, fps);
 }
 
-// A crossfade that is too short for a frame has one all the same.
-std::int64_t fadeOf(const ExportSegment& segment, std::int64_t fps) {
-    const double seconds = std::min(segment.loop, segment.duration * 0.5);
-    return seconds > 0 ? ExportPlan::frameCount(seconds, fps) : 0;
-}
-
 } // namespace
 
 ExportTimeline ExportTimeline::of(std::span<const ExportSegment> segments, std::int64_t fps) {
@@ -33,7 +27,8 @@ ExportTimeline ExportTimeline::of(std::span<const ExportSegment> segments, std::
     std::int64_t first = 0;
     for (const ExportSegment& segment : segments) {
         const std::int64_t count = countOf(segment.duration, fps);
-        timeline.entries.push_back({&segment, first, count, std::min(fadeOf(segment, fps), count)});
+        const std::int64_t fade = crossfadeFrames(segment.loop, segment.duration, fps);
+        timeline.entries.push_back({&segment, first, count, std::min(fade, count)});
         first += count;
         if (static_cast<double>(first) >= mostFrames)
             throw ExportError(ExportError::Setup{"the film is too long to export"});
@@ -50,6 +45,12 @@ std::int64_t ExportTimeline::mostFade() const {
 
 bool keepsState(const ShaderProgram& program) {
     return program.isParticles() || program.usesInputs();
+}
+
+// A crossfade that is too short for a frame has one all the same.
+std::int64_t crossfadeFrames(double loop, double duration, std::int64_t fps) {
+    const double seconds = std::min(loop, duration * 0.5);
+    return seconds > 0 ? ExportPlan::frameCount(seconds, fps) : 0;
 }
 
 float ownWeight(std::int64_t left, std::int64_t fade) {

@@ -14,48 +14,127 @@ const std::shared_ptr<const ShaderProgram>& soundProgramOf(const ExportSegment& 
     return segment.soundProgram ? segment.soundProgram : segment.program;
 }
 
+// A film that is one loop is followed and preceded by itself, which the codec is told (see
+// AudioSettings): else the codec's own errors at both ends are heard where they meet.
+bool isOneLoop(const ExportTimeline& timeline) {
+    const ExportTimeline::Entry& entry = timeline.entries.front();
+    return timeline.entries.size() == 1 && entry.segment->loopSound && entry.fade > 0;
+}
+
+// libavcodec 59's encoder takes most of a second to find its quantisers: of a sine of amplitude 0.7
+// the first samples came back off by up to 0.02, those from 0.8 s on by less than 0.001.
+constexpr std::int64_t leadIn = 46 * AudioSettings::packet;
+// The last packet's rest, the packet that it is decoded with, and one that the encoder looks at.
+constexpr std::int64_t leadOut = 3 * AudioSettings::packet;
+
 // The samples of one film, evaluated a second at a time.
 class Samples {
   public:
     Samples(gpu::Device& device, std::int64_t fps)
         : queue_(device.newCommandQueue()), buffer_(device.newBuffer(rate * soundSampleSize)),
-          fps_(fps), perFrame_(rate / fps), silence_(static_cast<std::size_t>(2 * perFrame_)) {}
+          fps_(fps), perFrame_(rate / fps), second_(2 * rate),
+          silence_(static_cast<std::size_t>(2 * perFrame_)) {}
 
-    // Those of frame `frame` of the entry, whose frames are asked for in order; left, right, left,
-    // right. Nothing where the device fails.
+    // Those of frame `frame` of the entry; left, right, left, right. Nothing where the device
+    // fails. Frames are asked for best in their order.
     std::optional<std::span<const float>> ofFrame(const ExportTimeline::Entry& entry,
                                                   std::int64_t frame, ExportState& state) {
         if (!isHeard(*entry.segment))
             return silence_;
         const std::int64_t inSecond = frame % fps_;
-        if (inSecond == 0 && !evaluate(entry, frame, state))
+        if (!fillSecond(entry, frame - inSecond, state))
             return std::nullopt;
-        const auto second = soundSamples(*buffer_, rate);
-        return second.subspan(static_cast<std::size_t>(2 * perFrame_ * inSecond), silence_.size());
+        return std::span<const float>(second_).subspan(
+            static_cast<std::size_t>(2 * perFrame_ * inSecond), silence_.size());
+    }
+
+    // `count` samples of an entry that is repeated for ever, from `first` on, which may be below 0.
+    std::optional<std::vector<float>> ofLoop(const ExportTimeline::Entry& entry, std::int64_t first,
+                                             std::int64_t count, ExportState& state) {
+        const std::int64_t length = entry.count * perFrame_;
+        std::vector<float> samples;
+        for (std::int64_t sample = first; sample < first + count;) {
+            const std::int64_t inLoop = (sample % length + length) % length;
+            const auto frame = ofFrame(entry, inLoop / perFrame_, state);
+            if (!frame)
+                return std::nullopt;
+            const std::int64_t inFrame = inLoop % perFrame_;
+            const std::int64_t run = std::min(perFrame_ - inFrame, first + count - sample);
+            const auto found = frame->subspan(static_cast<std::size_t>(2 * inFrame),
+                                              static_cast<std::size_t>(2 * run));
+            samples.insert(samples.end(), found.begin(), found.end());
+            sample += run;
+        }
+        return samples;
     }
 
   private:
-    bool evaluate(const ExportTimeline::Entry& entry, std::int64_t frame, ExportState& state) {
-        if (!queue_ || !buffer_)
+    // The second, or what is left of the entry, from `frame` on; the end of a loop is mixed with
+    // what lies before the entry's beginning.
+    bool fillSecond(const ExportTimeline::Entry& entry, std::int64_t frame, ExportState& state) {
+        if (filled_ == entry.first + frame)
+            return true;
+        filled_.reset();
+        if (!evaluateSecond(entry, frame, state))
             return false;
-        const ExportSegment& segment = *entry.segment;
-        const std::int64_t frames = std::min(entry.count - frame, fps_);
+        filled_ = entry.first + frame;
+        return true;
+    }
+
+    bool evaluateSecond(const ExportTimeline::Entry& entry, std::int64_t frame,
+                        ExportState& state) {
+        const std::int64_t end = std::min(frame + fps_, entry.count);
+        const auto own = evaluate(*entry.segment, frame, end - frame, state);
+        if (!own)
+            return false;
+        std::copy(own->begin(), own->end(), second_.begin());
+        const std::int64_t mixed = std::max(frame, entry.count - entry.fade);
+        if (!entry.segment->loopSound || mixed >= end)
+            return true;
+        const auto leadIn = evaluate(*entry.segment, mixed - entry.count, end - mixed, state);
+        if (!leadIn)
+            return false;
+        const auto at = static_cast<std::ptrdiff_t>(2 * perFrame_ * (mixed - frame));
+        mix(*leadIn, second_.begin() + at, (entry.count - mixed) * perFrame_,
+            entry.fade * perFrame_);
+        return true;
+    }
+
+    // `left` is how many samples the entry has from the first one on.
+    static void mix(std::span<const float> leadIn, std::vector<float>::iterator own,
+                    std::int64_t left, std::int64_t fade) {
+        for (std::size_t at = 0; at < leadIn.size(); ++at, ++own) {
+            const float weight = ownWeight(left - static_cast<std::int64_t>(at / 2), fade);
+            *own = *own * weight + leadIn[at] * (1 - weight);
+        }
+    }
+
+    // The samples of `frames` frames, a second's at most, from the segment's `frame` on, which is
+    // below 0 before its beginning. Valid until the next call.
+    std::optional<std::span<const float>> evaluate(const ExportSegment& segment, std::int64_t frame,
+                                                   std::int64_t frames, ExportState& state) {
+        if (!queue_ || !buffer_)
+            return std::nullopt;
         // From the whole distance each time, so that no error grows.
         const double start = segment.soundStart.value_or(segment.start) +
                              static_cast<double>(frame) / static_cast<double>(fps_);
+        const auto count = static_cast<std::uint32_t>(frames * perFrame_);
         const SoundResult result =
-            evaluateSound(*soundProgramOf(segment), *queue_, *buffer_, start,
-                          static_cast<std::uint32_t>(frames * perFrame_),
+            evaluateSound(*soundProgramOf(segment), *queue_, *buffer_, start, count,
                           segment.soundValues ? *segment.soundValues : segment.values);
+        if (result == SoundResult::failed)
+            return std::nullopt;
         if (result == SoundResult::endedByLoopBudget)
             state.noteLoopBudget();
-        return result != SoundResult::failed;
+        return soundSamples(*buffer_, count);
     }
 
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<gpu::Buffer> buffer_;
     std::int64_t fps_, perFrame_;
-    std::vector<float> silence_; // of one frame
+    std::vector<float> second_;          // the second under way
+    std::optional<std::int64_t> filled_; // the film's frame that it begins with
+    std::vector<float> silence_;         // of one frame
 };
 
 // Lets the pictures keep up: otherwise a long film's whole sound would be worked out while its
@@ -73,28 +152,44 @@ bool isHeard(const ExportSegment& segment) {
     return segment.sound && soundProgramOf(segment)->hasSound();
 }
 
+AudioSettings soundSettings(const ExportTimeline& timeline) {
+    AudioSettings settings;
+    if (isOneLoop(timeline)) {
+        settings.leadIn = leadIn;
+        settings.length = timeline.frameCount() * (rate / timeline.fps);
+    }
+    return settings;
+}
+
 void writeSound(const ExportTimeline& timeline, gpu::Device& device, AudioInput& input,
                 const MovieWriter& writer, ExportState& state, std::chrono::nanoseconds patience) {
+    const std::int64_t perFrame = rate / timeline.fps;
     Samples samples(device, timeline.fps);
-    auto failedAt = [&](std::int64_t index) {
+    // Whether samples were found and taken; `frame` is the one that a failure names.
+    auto append = [&](const auto& found, std::int64_t first, std::int64_t frame) {
+        if (found && !waitUntilReady(input, writer, state, patience))
+            return false;
+        if (found && input.append(*found, {first, rate}))
+            return true;
         state.fail(writer.status() == MovieWriterStatus::failed
                        ? writerFailure(writer)
                        : ExportError(ExportError::Writer{"audio failed at frame " +
-                                                         std::to_string(index)}));
+                                                         std::to_string(frame)}));
+        return false;
     };
+    const ExportTimeline::Entry& loop = timeline.entries.front();
+    if (isOneLoop(timeline) && !append(samples.ofLoop(loop, -leadIn, leadIn, state), -leadIn, 0))
+        return;
     for (const ExportTimeline::Entry& entry : timeline.entries)
-        for (std::int64_t frame = 0; frame < entry.count; ++frame) {
-            const std::int64_t index = entry.first + frame;
-            if (!keepPace(index, timeline.fps, state))
+        for (std::int64_t frame = entry.first; frame < entry.end(); ++frame)
+            if (!keepPace(frame, timeline.fps, state) ||
+                !append(samples.ofFrame(entry, frame - entry.first, state), frame * perFrame,
+                        frame))
                 return;
-            const auto found = samples.ofFrame(entry, frame, state);
-            if (!found)
-                return failedAt(index);
-            if (!waitUntilReady(input, writer, state, patience))
-                return;
-            if (!input.append(*found, {index * (rate / timeline.fps), rate}))
-                return failedAt(index);
-        }
+    const std::int64_t last = timeline.frameCount() - 1;
+    if (isOneLoop(timeline) &&
+        !append(samples.ofLoop(loop, 0, leadOut, state), (last + 1) * perFrame, last))
+        return;
     input.markAsFinished();
 }
 

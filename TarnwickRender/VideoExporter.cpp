@@ -88,7 +88,7 @@ Tracks startedTracks(const ExportTimeline& timeline, const ExportPreset& preset,
         std::any_of(timeline.entries.begin(), timeline.entries.end(),
                     [](const ExportTimeline::Entry& entry) { return isHeard(*entry.segment); });
     if (isHeardAtAll && frames.first == 0) {
-        tracks.audio = tracks.writer->add(AudioSettings());
+        tracks.audio = tracks.writer->add(soundSettings(timeline));
         if (tracks.audio == nullptr)
             cannotStart("the writer rejected the audio settings");
     }

@@ -1,11 +1,21 @@
 #include "programs/EpisodeLoop.h"
 
+#include "TarnwickCore/Numbers.h"
 #include "programs/CommandError.h"
 #include "programs/ProgressBar.h"
 
+#include <cstdio>
 #include <string>
 
 namespace tarnwick {
+
+void sayLoopStart(double asked, double start) {
+    if (start > asked)
+        std::fprintf(stderr,
+                     "tarnwick: The loop begins at %s s, not at %s s, because its crossfade "
+                     "uses what lies before its beginning.\n",
+                     shortest(start).c_str(), shortest(asked).c_str());
+}
 
 FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
                    const ParamValues& values, const LoopSearch& search, std::string_view path) {

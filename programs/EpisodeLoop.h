@@ -3,6 +3,7 @@
 
 #include "TarnwickRender/LoopFinder.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace tarnwick {
@@ -13,6 +14,15 @@ struct LoopSearch {
     double range = 0.5;    // seconds that the length may differ from that
     std::int64_t fps = 30; // frames a second
 };
+
+// Where a loop begins that is asked to begin at `start` and whose end is crossfaded into the
+// `crossfade` seconds before: late enough that these do not lie before time 0.
+inline double loopStart(double start, double crossfade) {
+    return std::max(start, crossfade);
+}
+
+// Says on standard error that a loop begins later than was asked, where it does.
+void sayLoopStart(double asked, double start);
 
 // How far the search is stands on the terminal; `path` is what to name the episode by. Throws
 // CommandError where no length can be given.

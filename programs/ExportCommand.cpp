@@ -1,6 +1,7 @@
 // tarnwick export: an episode as a movie.
 #include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/Numbers.h"
+#include "TarnwickRender/ExportTimeline.h"
 #include "programs/Command.h"
 #include "programs/EpisodeLoop.h"
 #include "programs/EpisodeProgram.h"
@@ -27,8 +28,8 @@ struct Request {
     std::string episode;
     ParamValues values;
     std::optional<KeyframeTracks> keys;
-    double start = 0, duration = 0, crossfade = 0; // seconds
-    std::optional<LoopSearch> search;              // whose answer is the duration
+    double askedStart = 0, start = 0, duration = 0, crossfade = 0; // seconds
+    std::optional<LoopSearch> search;                              // whose answer is the duration
     std::optional<FrameRange> frames;
     bool sound = false, watermark = false;
 };
@@ -53,7 +54,7 @@ std::optional<LoopSearch> searchOf(const Arguments& arguments, const Request& re
         if (arguments.has(other))
             misuse("--find-loop finds how long the movie is, so " + std::string(other) +
                    " cannot stand beside it.");
-    LoopSearch search{.start = request.start, .fps = request.movie.preset.fps};
+    LoopSearch search{.fps = request.movie.preset.fps};
     const std::size_t colon = std::min(given->find(':'), given->size());
     search.around = secondsFromZero(given->substr(0, colon), "--find-loop");
     if (colon < given->size())
@@ -62,14 +63,27 @@ std::optional<LoopSearch> searchOf(const Arguments& arguments, const Request& re
     return search;
 }
 
+// Before the start there are the crossfade's frames. A search may give any length of its range: the
+// longest has the longest crossfade.
+double startOf(const Request& request) {
+    const double longest =
+        request.search ? request.search->around + request.search->range : request.duration;
+    const std::int64_t fps = request.movie.preset.fps;
+    const std::int64_t frames = crossfadeFrames(request.crossfade, longest, fps);
+    return loopStart(request.askedStart, static_cast<double>(frames) / static_cast<double>(fps));
+}
+
 Request requestOf(const Arguments& arguments) {
     Request request{.path = arguments.operand("episode"), .movie = movieTargetOf(arguments)};
-    request.start = secondsFromZero(arguments, "--start", 0);
+    request.askedStart = secondsFromZero(arguments, "--start", 0);
     request.crossfade = secondsFromZero(arguments, "--loop", 0);
     request.episode = sourceText(request.path);
     request.search = searchOf(arguments, request);
     if (!request.search)
         request.duration = durationOf(arguments, request.episode);
+    request.start = startOf(request);
+    if (request.search)
+        request.search->start = request.start;
     if (const auto given = arguments.value("--frames"))
         request.frames = exportFramesOf(*given, request.movie.preset, request.duration);
     const std::vector<ParamDecl> params = ParamParser::parse(request.episode);
@@ -88,7 +102,8 @@ ExportSegment segmentOf(const Request& request, std::shared_ptr<const ShaderProg
                           .duration = request.duration,
                           .watermark = request.watermark,
                           .sound = request.sound,
-                          .loop = request.crossfade};
+                          .loop = request.crossfade,
+                          .loopSound = true};
     if (request.keys)
         segment.valuesAt = [&request](double time) {
             return request.keys->values(time, request.values);
@@ -100,17 +115,20 @@ Status export_(const Arguments& arguments) {
     Request request = requestOf(arguments);
     const auto device = drawingDevice();
     const auto program = programOf(request.path, request.episode, *device);
+    sayLoopStart(request.askedStart, request.start);
     if (request.search)
         request.duration =
             findLoop(program, *device, request.values, *request.search, request.path).length;
     checkSteps(*program, request.start + request.duration, "movies");
-    if (request.sound && (!request.frames || request.frames->first == 0))
+    if (request.sound && (!request.frames || request.frames->first == 0)) {
+        const double first = std::max(request.start - request.crossfade, 0.0);
         checkHeard({.path = request.path,
                     .episode = request.episode,
                     .values = request.values,
-                    .start = request.start,
-                    .duration = request.duration},
+                    .start = first,
+                    .duration = request.start + request.duration - first},
                    *device);
+    }
     ExportSegment segment = segmentOf(request, program);
     const auto tap = program->usesInputs() ? SoundTap::make(program, *device) : nullptr;
     letListen(segment, tap.get());
@@ -128,7 +146,9 @@ constexpr std::array<Option, 14> exportOptions{{
     {"--set", "NAME=VALUE", "of a parameter; may be repeated"},
     {"--keys", "FILE.json", "keyframes of parameters, which go before --set"},
     watermarkOption,
-    {"--loop", "SECONDS", "crossfade the end into what lies before the start, so that it loops"},
+    {"--loop", "SECONDS",
+     "crossfade the end, sound included, into what lies before the start, so that it loops; the "
+     "start is SECONDS at least"},
     {"--find-loop", "AROUND[:RANGE]", "take the length within RANGE, or 0.5, that loops best"},
     soundOption,
     noSoundOption,

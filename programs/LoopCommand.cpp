@@ -13,11 +13,15 @@
 namespace tarnwick {
 namespace {
 
+double askedStart(const Arguments& arguments) {
+    return secondsFromZero(arguments, "--start", 0);
+}
+
 LoopSearch searchOf(const Arguments& arguments) {
     LoopSearch search;
     if (!arguments.has("--around"))
         misuse("--around SECONDS is missing: about how long the loop is to be.");
-    search.start = secondsFromZero(arguments, "--start", search.start);
+    search.start = loopStart(askedStart(arguments), secondsFromZero(arguments, "--loop", 0));
     search.around = secondsFromZero(arguments, "--around", search.around);
     search.range = secondsFromZero(arguments, "--range", search.range);
     if (const auto given = arguments.value("--fps")) {
@@ -46,15 +50,17 @@ Status loop(const Arguments& arguments) {
         settingsOf(arguments.values("--set"), ParamParser::parse(episode), path);
     const auto device = drawingDevice();
     const auto program = programOf(path, episode, *device);
+    sayLoopStart(askedStart(arguments), search.start);
     print(foundText(findLoop(program, *device, values, search, path), search.fps));
     return Status::done;
 }
 
-constexpr std::array<Option, 5> loopOptions{{
+constexpr std::array<Option, 6> loopOptions{{
     {"--around", "SECONDS", "about how long the loop is to be; always wanted"},
     {"--range", "SECONDS", "how much it may be longer or shorter; 0.5 without it"},
     {"--fps", "N", "frames a second, of which the loop is to have a whole number; 30 without it"},
     {"--start", "SECONDS", "of the episode, where the loop begins; 0 without it"},
+    {"--loop", "SECONDS", "the movie's crossfade, before which it does not begin; 0 without it"},
     {"--set", "NAME=VALUE", "of a parameter; may be repeated"},
 }};
 

@@ -9,7 +9,7 @@ constexpr std::size_t queuedSampleRuns = 64;
 } // namespace
 
 FileAudioInput::FileAudioInput(const AudioSettings& settings, WriterState& state)
-    : settings(settings), state(state), runs(queuedSampleRuns) {}
+    : settings(settings), state(state), runs(queuedSampleRuns), nextSample(-settings.leadIn) {}
 
 bool FileAudioInput::append(std::span<const float> samples, MediaTime time) {
     const auto channels = static_cast<std::size_t>(settings.channels);

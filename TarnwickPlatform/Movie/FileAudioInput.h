@@ -33,7 +33,7 @@ class FileAudioInput : public AudioInput {
     WriterState& state;
     BoundedQueue<std::vector<float>> runs;
     std::atomic<bool> begun = false;
-    std::int64_t nextSample = 0;
+    std::int64_t nextSample;
 };
 
 } // namespace tarnwick

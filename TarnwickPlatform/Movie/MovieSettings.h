@@ -4,6 +4,7 @@
 #include "TarnwickPlatform/Movie/PixelBuffer.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace tarnwick {
@@ -52,6 +53,14 @@ struct AudioSettings {
     std::int64_t sampleRate = 48000; // samples a second
     std::int64_t channels = 2;
     std::int64_t bitRate = 256000; // bits a second
+
+    // A packet's samples are decoded together with its neighbours', so that the first and the last
+    // samples are as good as the others only where the codec knows what lies beside them. Samples
+    // for it alone may be appended: so many before sample 0, whole packets, and any behind the
+    // first `length`. An edit list takes them off again.
+    std::int64_t leadIn = 0;              // [0, 48000]
+    std::optional<std::int64_t> length{}; // samples of a channel; absent: all
+    static constexpr std::int64_t packet = 1024;
 };
 
 struct MovieChapter {

@@ -61,8 +61,8 @@ class VideoInput : public MovieInput {
 class AudioInput : public MovieInput {
   public:
     // Queues samples in [-1, 1], left and right by turns, that begin at `time`: value the sample's
-    // number, timescale the sample rate, each call where the last ended. Copies them. Otherwise as
-    // VideoInput::append.
+    // number, timescale the sample rate, the first call at minus the settings' leadIn, each other
+    // where the last ended. Copies them. Otherwise as VideoInput::append.
     virtual bool append(std::span<const float> samples, MediaTime time) = 0;
 };
 

@@ -64,6 +64,11 @@ std::optional<std::string> settingsFault(const AudioSettings& settings) {
     if (settings.bitRate < 32'000 || settings.bitRate > 512'000)
         return "Sound has 32000 to 512000 bits a second, not " + std::to_string(settings.bitRate) +
                ".";
+    constexpr std::int64_t mostLeadIn = 48'000;
+    if (settings.leadIn < 0 || settings.leadIn > mostLeadIn ||
+        settings.leadIn % AudioSettings::packet != 0)
+        return "The samples before a sound are a multiple of 1024, up to 48000, not " +
+               std::to_string(settings.leadIn) + ".";
     return std::nullopt;
 }
 

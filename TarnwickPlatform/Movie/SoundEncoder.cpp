@@ -3,13 +3,16 @@
 #include "TarnwickPlatform/Movie/Libav.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace tarnwick {
 
 struct SoundEncoder::Session {
     LibavOwner<AVCodecContext> context;
     std::vector<float> waiting{}; // samples of all channels by turns, less than a packet's
-    std::int64_t sent = 0;        // samples of a channel
+    std::int64_t leadIn = 0;      // samples of a channel, as are those below
+    std::int64_t sent = 0;        // at which the next begins
+    std::int64_t end = std::numeric_limits<std::int64_t>::max(); // of what is heard
 
     void send(std::span<const float> samples, const SoundPacketSink& sink);
     void drain(const SoundPacketSink& sink);
@@ -17,6 +20,9 @@ struct SoundEncoder::Session {
 
 SoundEncoder::SoundEncoder(const AudioSettings& settings) : session(std::make_unique<Session>()) {
     catchLibavWords();
+    session->leadIn = settings.leadIn;
+    session->sent = -settings.leadIn;
+    session->end = settings.length.value_or(session->end);
     const AVCodec* codec = avcodec_find_encoder_by_name("aac");
     if (!codec)
         throw MovieError("Encoder not found: aac");
@@ -74,10 +80,12 @@ void SoundEncoder::Session::send(std::span<const float> samples, const SoundPack
 
 void SoundEncoder::Session::drain(const SoundPacketSink& sink) {
     takePackets(*context, [&](const AVPacket& packet) {
+        if (packet.pts >= end)
+            return;
         const auto* bytes = reinterpret_cast<const std::byte*>(packet.data);
         sink({.bytes = {bytes, bytes + packet.size},
               .sample = packet.pts,
-              .duration = packet.duration});
+              .duration = std::min(packet.duration, end - packet.pts)});
     });
 }
 
@@ -85,7 +93,7 @@ SoundFormat SoundEncoder::format() const {
     const AVCodecContext& context = *session->context;
     const auto* bytes = reinterpret_cast<const std::byte*>(context.extradata);
     return {.configuration = {bytes, bytes + context.extradata_size},
-            .priming = context.initial_padding,
+            .priming = context.initial_padding + session->leadIn,
             .samplesPerPacket = context.frame_size};
 }
 

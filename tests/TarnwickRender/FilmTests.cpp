@@ -75,6 +75,31 @@ TEST_F(Film, inProRes4444IsTheStillOfTheSameTime) {
     }
 }
 
+// The codec knows nothing beyond the ends of what it is given, and guesses wrongly there.
+TEST_F(Film, ofALoopGoesOnInItsSoundWhereItBegins) {
+    ExportSegment loop{.program = program("float2 sound(float t, constant Params& p) {"
+                                          " return 0.7 * sin(t * 1381.0); }\n"
+                                          "float4 shade(float2 uv, " +
+                                          std::string(arguments) + ") { return 1.0; }\n"),
+                       .start = 1,
+                       .duration = 0.9,
+                       .sound = true,
+                       .loop = 0.4,
+                       .loopSound = true};
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "loop.mp4";
+    VideoExporter::export_(std::span(&loop, 1), resized(ExportPreset::site, 64, 36), *device, file,
+                           [](std::int64_t, std::int64_t) { return true; });
+    std::vector<float> samples = decodedSound(file);
+    ASSERT_GE(samples.size(), 43'200U);
+    samples.resize(43'200); // decoders give the last packet's filling, too
+    const auto sample = [&](std::size_t at) { return samples[at % samples.size()]; };
+    const float most = 0.7F * 1381 / 48'000;
+    for (std::size_t at = 43'100; at < 43'300; ++at)
+        ASSERT_LT(std::abs(sample(at + 1) - sample(at)), 1.2F * most) << at;
+    EXPECT_NEAR(samples.front(), 0.7F * std::sin(1381.0F), 0.01);
+}
+
 // The web preset's bits a pixel, on small pictures, which have more in each.
 TEST_F(Film, ofAQuietEpisodeKeepsFortyDecibelsAtTheWebPresetsRate) {
     ExportPreset web = resized(ExportPreset::web, 480, 270);

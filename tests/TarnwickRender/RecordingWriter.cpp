@@ -30,7 +30,8 @@ class RecordingWriter : public MovieWriter {
         recording_.video = settings;
         return recording_.takesVideo ? &video_ : nullptr;
     }
-    AudioInput* add(const AudioSettings&) override {
+    AudioInput* add(const AudioSettings& settings) override {
+        recording_.sound = settings;
         recording_.hasSound = true;
         return recording_.takesAudio ? &audio_ : nullptr;
     }
@@ -82,8 +83,9 @@ class RecordingWriter : public MovieWriter {
         void markAsFinished() override {}
         bool append(std::span<const float> samples, MediaTime time) override {
             auto& all = writer.recording_.samples;
-            if (time != MediaTime{static_cast<std::int64_t>(all.size() / 2), 48000} ||
-                time.value == writer.recording_.refusesSample)
+            const auto next =
+                static_cast<std::int64_t>(all.size() / 2) - writer.recording_.sound.leadIn;
+            if (time != MediaTime{next, 48000} || time.value == writer.recording_.refusesSample)
                 return false;
             all.insert(all.end(), samples.begin(), samples.end());
             return true;

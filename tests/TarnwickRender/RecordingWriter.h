@@ -25,7 +25,8 @@ struct Recording {
     MovieFileType type = MovieFileType::mpeg4;
     std::vector<Picture> pictures{};
     std::vector<std::int64_t> times{}; // of the pictures, in frames
-    std::vector<float> samples{};      // left, right, left, right
+    AudioSettings sound{};
+    std::vector<float> samples{}; // left, right, left, right, from the lead-in on
     MovieWriterStatus status = MovieWriterStatus::unknown;
     bool hasSound = false, isFinished = false;
 };

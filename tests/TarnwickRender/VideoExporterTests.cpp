@@ -58,13 +58,18 @@ double difference(const Picture& one, const Picture& other) {
 
 // A swarm that wanders and never comes back.
 std::string swarm() {
-    return ParticleEpisode{.count = 40,
+    return "// @param level 0.5 0 1\n" +
+           ParticleEpisode{.count = 40,
                            .fields = "float2 at; float2 way;",
                            .spawn = "float i = float(id); q.at = fract(float2(i * 0.37, i * 0.71));"
                                     "q.way = float2(sin(i), cos(i));",
-                           .update = "q.at = fract(q.at + q.way * 0.01);",
+                           .update = "q.at = fract(q.at + q.way * 0.02 * p.level);",
                            .fade = "return previous.at(uv) * 0.8;"}
-        .text();
+               .text();
+}
+
+ParamValues swinging(double time) {
+    return {{"level", static_cast<float>(0.5 + 0.4 * std::sin(3 * time))}};
 }
 
 } // namespace
@@ -113,6 +118,22 @@ TEST_F(Exporting, takesValuesAndInputsAtEachFramesTime) {
         EXPECT_NEAR(found[1], 25.5 * (frame + 1), 2); // its own last frame
         EXPECT_EQ(found[2], frame == 1 ? 255 : 0);
     }
+}
+
+TEST_F(Exporting, movesParticlesByTheValuesOfEachStepsTimeAtAnyFrameRate) {
+    ExportSegment keyed = segment(swarm(), 1.5, 0.4);
+    keyed.valuesAt = swinging;
+    ExportPreset faster = small;
+    faster.fps = 20;
+    EXPECT_EQ(exported({keyed}), "");
+    const std::vector<Picture> slow = recording.pictures;
+    recording = {};
+    EXPECT_EQ(exported({keyed}, {}, faster), "");
+    for (std::size_t i = 0; i < slow.size(); ++i)
+        EXPECT_EQ(slow[i], recording.pictures.at(2 * i)) << i;
+    const auto still = StillRenderer::render(keyed.program, *device, 32, 18, 1.8f, 0, swinging(1.8),
+                                             nullptr, swinging);
+    EXPECT_EQ(slow.at(3), still);
 }
 
 TEST_F(Exporting, loopsWithoutAJumpInThePictureOrItsMotion) {
@@ -225,6 +246,50 @@ TEST_F(Exporting, writesTheSoundOfEachSegmentAndSilenceBetween) {
     EXPECT_EQ(samples[57601], -0.25f);
 }
 
+TEST_F(Exporting, crossfadesTheSoundOfALoopWhereAsked) {
+    const std::string sounding =
+        shading("float4(1.0)", "float2 sound(float t, constant Params& p) {"
+                               " return 0.9 * float2(sin(t * 70.7), cos(t * t * 50.0)); }\n");
+    const auto samplesOf = [&](double start, double duration, bool loopSound) {
+        ExportSegment looping = segment(sounding, start, duration);
+        looping.sound = true;
+        looping.loop = 1.2;
+        looping.loopSound = loopSound;
+        recording = {};
+        EXPECT_EQ(exported({looping}), "");
+        return recording.samples;
+    };
+    // What is heard, of samples that go on beyond both ends as the loop does.
+    const auto heard = [&](const std::vector<float>& samples) {
+        const auto leadIn = 2 * recording.sound.leadIn, length = 2 * *recording.sound.length;
+        const auto begin = samples.begin() + leadIn, end = begin + length;
+        EXPECT_TRUE(std::equal(samples.begin(), begin, end - leadIn));
+        EXPECT_TRUE(std::equal(end, samples.end(), begin));
+        EXPECT_GT(samples.end() - end, 2 * 2048);
+        return std::vector(begin, end);
+    };
+    const auto own = samplesOf(3, 2.5, false), before = samplesOf(1.8, 1.2, false);
+    const auto mixed = heard(samplesOf(3, 2.5, true));
+    ASSERT_EQ(mixed.size(), own.size());
+    const std::size_t first = own.size() - before.size();
+    EXPECT_TRUE(
+        std::equal(own.begin(), own.begin() + static_cast<std::ptrdiff_t>(first), mixed.begin()));
+    for (std::size_t at = first; at < mixed.size(); at += 1001) {
+        const double weight = std::floor(static_cast<double>(mixed.size() - at + 1) / 2) / 57601;
+        EXPECT_NEAR(mixed[at], weight * own[at] + (1 - weight) * before[at - first], 1e-3) << at;
+    }
+    for (const std::size_t side : {0u, 1u}) {
+        const auto step = [&](const std::vector<float>& samples, std::size_t from) {
+            return std::abs(samples[(from + 2) % samples.size()] - samples[from]);
+        };
+        float most = 0;
+        for (std::size_t at = side; at + 2 < mixed.size(); at += 2)
+            most = std::max(most, step(mixed, at));
+        EXPECT_LE(step(mixed, mixed.size() - 2 + side), most);
+        EXPECT_GT(step(own, own.size() - 2 + side), 20 * most); // a click
+    }
+}
+
 TEST_F(Exporting, saysWhyItCannotStart) {
     const ExportSegment good = segment(passing, 0, 0.1);
     const std::string start = "Export could not start: ";
@@ -311,6 +376,7 @@ TEST_F(Exporting, drawsAPartAsItIsInTheWhole) {
     std::vector<ExportSegment> segments{segment(passing, 0, 5), segment(swarm(), 2, 11),
                                         segment(memory, 0, 12)};
     segments[1].loop = segments[2].loop = 0.5;
+    segments[1].valuesAt = swinging;
     EXPECT_EQ(exported(segments), "");
     const Recording all = recording;
     const std::int64_t stretch = stretchLength(VideoExporter::videoSettings(small));

@@ -5,6 +5,12 @@ moving() {
     echo 'float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {'
     echo '    return float4(fract(u.time * 0.1), p.level, uv.x, 1.0); }'
 }
+hearing() {
+    echo '// @param level 0 0 1'
+    echo 'float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {'
+    echo '    return float4(0.0, in.audio.w, 0.0, 1.0); }'
+    echo 'float2 sound(float t, constant Params& p) { return p.level * sin(t * 2000.0); }'
+}
 sounding='float2 sound(float t, constant Params& p) { return float2(sin(t * 2000.0), 0.1); }'
 moving >e.metal
 (moving && echo "$sounding") >s.metal
@@ -72,8 +78,14 @@ field() { ffprobe -v error -select_streams v -show_entries "stream=$1" -of csv=p
     # Its clock comes back after ten seconds.
     expect 0 '' export e.metal -o loop.mp4 $small --find-loop 10:0.1
     have "$(field nb_frames loop.mp4)" = 300
+    # A crossfade uses what lies before the beginning, which is never before time 0.
+    expect 0 '' export s.metal -o cross.mp4 $small --duration 0.4 --loop 9 --start 0.1
+    grep -q '^tarnwick: The loop begins at 0.2 s, not at 0.1 s' err || complain 'silent' export
     echo '{"tracks":{"level":[{"time":0,"value":0,"ease":"linear"},{"time":1,"value":1,"ease":"hold"}]}}' >keys.json
     expect 0 '' export e.metal -o keys.mp4 $small --keys keys.json --duration 0.6
+    hearing >hears.metal
+    expect 0 '' export hears.metal -o silence.mp4 $small --keys keys.json --duration 0.6
+    expect 0 '' export hears.metal -o heard.mp4 $small --set level=1 --duration 0.6
 }
 green() {
     ffmpeg -v error -i "$1" -vf "select=eq(n\,$2)" -frames:v 1 -f rawvideo -pix_fmt rgb24 - |
@@ -82,6 +94,9 @@ green() {
 }
 green a.mp4 0 64
 green keys.mp4 15 127
+# It hears the movie's sound, which keys do not change.
+green silence.mp4 15 0
+green heard.mp4 15 255
 # A file that cannot grow is what a full disk is.
 cp a.mp4 before.mp4
 (trap '' XFSZ && ulimit -f 16 && "$TARNWICK" export s.metal -o a.mp4 --duration 1 --size 320x180) 2>err
