@@ -63,14 +63,18 @@ std::optional<LoopSearch> searchOf(const Arguments& arguments, const Request& re
     return search;
 }
 
-// Before the start there are the crossfade's frames. A search may give any length of its range: the
-// longest has the longest crossfade.
+// Seconds that the crossfade of a movie of `duration` seconds has.
+double crossfadeOf(const Request& request, double duration) {
+    const std::int64_t fps = request.movie.preset.fps;
+    return static_cast<double>(crossfadeFrames(request.crossfade, duration, fps)) /
+           static_cast<double>(fps);
+}
+
+// A search may give any length of its range: the longest has the longest crossfade.
 double startOf(const Request& request) {
     const double longest =
         request.search ? request.search->around + request.search->range : request.duration;
-    const std::int64_t fps = request.movie.preset.fps;
-    const std::int64_t frames = crossfadeFrames(request.crossfade, longest, fps);
-    return loopStart(request.askedStart, static_cast<double>(frames) / static_cast<double>(fps));
+    return loopStart(request.askedStart, crossfadeOf(request, longest));
 }
 
 Request requestOf(const Arguments& arguments) {
@@ -121,12 +125,12 @@ Status export_(const Arguments& arguments) {
             findLoop(program, *device, request.values, *request.search, request.path).length;
     checkSteps(*program, request.start + request.duration, "movies");
     if (request.sound && (!request.frames || request.frames->first == 0)) {
-        const double first = std::max(request.start - request.crossfade, 0.0);
+        const double crossfade = crossfadeOf(request, request.duration);
         checkHeard({.path = request.path,
                     .episode = request.episode,
                     .values = request.values,
-                    .start = first,
-                    .duration = request.start + request.duration - first},
+                    .start = request.start - crossfade,
+                    .duration = request.duration + crossfade},
                    *device);
     }
     ExportSegment segment = segmentOf(request, program);

@@ -9,7 +9,6 @@
 #include "programs/MovieExport.h"
 #include "programs/ProgressBar.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -31,10 +30,10 @@ ExportPreset presetOf(const PixelSize& size) {
     return preset;
 }
 
-// Late enough for the crossfade to have something before it: a simulation stands still before 0.
 ExportSegment segmentOf(const SharedEpisode& episode, gpu::Device& device) {
     ExportSegment segment{.program = episode.program,
-                          .start = std::max(crossfade, stillTime(episode.source) - usualLength / 2),
+                          .start =
+                              loopStart(stillTime(episode.source) - usualLength / 2, crossfade),
                           .duration = usualLength,
                           .loop = crossfade};
     const LoopSearch search{.start = segment.start,
