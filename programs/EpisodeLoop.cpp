@@ -1,6 +1,5 @@
 #include "programs/EpisodeLoop.h"
 
-#include "TarnwickCore/Numbers.h"
 #include "programs/CommandError.h"
 #include "programs/ProgressBar.h"
 
@@ -12,9 +11,9 @@ namespace tarnwick {
 void sayLoopStart(double asked, double start) {
     if (start > asked)
         std::fprintf(stderr,
-                     "tarnwick: The loop begins at %s s, not at %s s, because its crossfade "
+                     "tarnwick: The loop begins at %g s, not at %g s, because its crossfade "
                      "uses what lies before its beginning.\n",
-                     shortest(start).c_str(), shortest(asked).c_str());
+                     start, asked);
 }
 
 FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
