@@ -17,7 +17,7 @@ void sayLoopStart(double asked, double start) {
 }
 
 FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
-                   const ParamValues& values, const LoopSearch& search, std::string_view path) {
+                   const Settings& settings, const LoopSearch& search, std::string_view path) {
     if (program->needsRun())
         failure("The length of a loop is sought among stills, which cannot show how " +
                 std::string(path) + " goes on: it is a " +
@@ -25,11 +25,13 @@ FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Dev
     std::optional<FoundLoop> found;
     {
         ProgressBar bar("Length");
-        found = LoopFinder::best(program, device, values, search.start, search.around, search.range,
-                                 search.fps, [&](std::int64_t done, std::int64_t total) {
-                                     bar.show(done, total);
-                                     return true;
-                                 });
+        const auto valuesAt = [&](double time) { return settings.valuesAt(time); };
+        found =
+            LoopFinder::best(program, device, valuesAt, search.start, search.around, search.range,
+                             search.fps, [&](std::int64_t done, std::int64_t total) {
+                                 bar.show(done, total);
+                                 return true;
+                             });
     }
     if (!found && device.isLost())
         failure(device.info().name + " was lost.");

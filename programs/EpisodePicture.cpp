@@ -3,8 +3,10 @@
 #include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/Numbers.h"
 #include "TarnwickRender/ShaderRun.h"
+#include "TarnwickRender/SoundTap.h"
 #include "programs/CommandError.h"
 #include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSettings.h"
 #include "programs/ProgressBar.h"
 
 #include <algorithm>
@@ -44,9 +46,13 @@ Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const Epi
                   gpu::Device& device, StillNews& news) {
     checkSteps(*program, frame.time, "stills");
     const auto [width, height] = frame.size;
-    std::optional<Picture> picture =
-        StillRenderer::render(program, device, width, height, static_cast<float>(frame.time),
-                              frame.frame, frame.values, &news, frame.valuesAt);
+    const auto tap =
+        frame.hears && program->usesInputs() ? SoundTap::make(program, device) : nullptr;
+    const ShaderInputs inputs =
+        tap ? tap->playedInputs(frame.time, frame.settings.values) : ShaderInputs::none();
+    std::optional<Picture> picture = StillRenderer::render(
+        program, device, width, height, static_cast<float>(frame.time), frame.frame,
+        frame.settings.valuesAt(frame.time), &news, valuesOverTime(frame.settings), inputs);
     if (!picture)
         failure(ShaderRun::absence(*program, device, width, height));
     return *std::move(picture);

@@ -1,6 +1,7 @@
 // One frame of an episode, drawn for a subcommand.
 #pragma once
 
+#include "TarnwickCore/Settings.h"
 #include "TarnwickRender/StillRenderer.h"
 #include "programs/Arguments.h"
 
@@ -29,8 +30,8 @@ struct EpisodeFrame {
     PixelSize size;
     double time = 0; // seconds, from 0 on
     std::uint32_t frame = 0;
-    ParamValues values;     // of the frame
-    ValuesAt valuesAt = {}; // of a simulation's steps at their times; empty: `values`
+    Settings settings{};
+    bool hears = false; // plays the episode's own sound to it up to that time; else silence
 };
 
 // Compiles and draws it; how far a simulation is stands on standard error. Throws CommandError;
@@ -44,5 +45,8 @@ Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const Epi
 // Says on standard error that a loop of the episode was ended; `made` is what may lack something
 // now.
 void warnOfLoopBudget(std::string_view path, std::string_view made = "picture");
+
+constexpr Option hearOption{"--hear", "",
+                            "an episode with Inputs hears its own sound; default: silence"};
 
 } // namespace tarnwick

@@ -1,6 +1,7 @@
 // Which walkthrough a command line asks for, and its programs.
 #pragma once
 
+#include "TarnwickCore/Settings.h"
 #include "TarnwickCore/Walkthrough.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "TarnwickRender/WalkthroughRenderer.h"
@@ -18,6 +19,7 @@ namespace tarnwick {
 struct EpisodeWalkthrough {
     std::vector<std::string_view> paths; // to name them by
     std::vector<std::string> sources;    // their texts
+    Settings settings{};                 // of the episode; stages take them too
 
     const std::string& episode() const { return sources.back(); }
     std::vector<WalkthroughStage> stages(const WalkthroughRenderer& renderer) const;

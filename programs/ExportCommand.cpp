@@ -5,13 +5,13 @@
 #include "programs/Command.h"
 #include "programs/EpisodeLoop.h"
 #include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSettings.h"
 #include "programs/EpisodeSound.h"
 #include "programs/ExportFrames.h"
 #include "programs/ExportOptions.h"
 #include "programs/MovieExport.h"
 #include "programs/Seconds.h"
 #include "programs/SourceFile.h"
-#include "programs/StillValues.h"
 
 #include <algorithm>
 #include <array>
@@ -26,8 +26,7 @@ struct Request {
     std::string_view path;
     MovieTarget movie;
     std::string episode;
-    ParamValues values;
-    std::optional<KeyframeTracks> keys;
+    Settings settings;
     double askedStart = 0, start = 0, duration = 0, crossfade = 0; // seconds
     std::optional<LoopSearch> search;                              // whose answer is the duration
     std::optional<FrameRange> frames;
@@ -90,10 +89,7 @@ Request requestOf(const Arguments& arguments) {
         request.search->start = request.start;
     if (const auto given = arguments.value("--frames"))
         request.frames = exportFramesOf(*given, request.movie.preset, request.duration);
-    const std::vector<ParamDecl> params = ParamParser::parse(request.episode);
-    request.values = settingsOf(arguments.values("--set"), params, request.path);
-    if (const auto keysPath = arguments.value("--keys"))
-        request.keys = keysOf(*keysPath, params);
+    request.settings = episodeSettingsOf(arguments, request.path, request.episode);
     request.sound = exportSoundOf(arguments, request.episode, request.path);
     request.watermark = arguments.has("--watermark");
     return request;
@@ -101,17 +97,13 @@ Request requestOf(const Arguments& arguments) {
 
 ExportSegment segmentOf(const Request& request, std::shared_ptr<const ShaderProgram> program) {
     ExportSegment segment{.program = std::move(program),
-                          .values = request.values,
                           .start = request.start,
                           .duration = request.duration,
                           .watermark = request.watermark,
                           .sound = request.sound,
                           .loop = request.crossfade,
                           .loopSound = true};
-    if (request.keys)
-        segment.valuesAt = [&request](double time) {
-            return request.keys->values(time, request.values);
-        };
+    letFollow(segment, request.settings);
     return segment;
 }
 
@@ -122,13 +114,13 @@ Status export_(const Arguments& arguments) {
     sayLoopStart(request.askedStart, request.start);
     if (request.search)
         request.duration =
-            findLoop(program, *device, request.values, *request.search, request.path).length;
+            findLoop(program, *device, request.settings, *request.search, request.path).length;
     checkSteps(*program, request.start + request.duration, "movies");
     if (request.sound && (!request.frames || request.frames->first == 0)) {
         const double crossfade = crossfadeOf(request, request.duration);
         checkHeard({.path = request.path,
                     .episode = request.episode,
-                    .values = request.values,
+                    .values = request.settings.values,
                     .start = request.start - crossfade,
                     .duration = request.duration + crossfade},
                    *device);
@@ -140,15 +132,17 @@ Status export_(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 14> exportOptions{{
+constexpr std::array<Option, 16> exportOptions{{
     {"-o", "OUT",
      "where to write the movie, .mp4 or .mov as the preset has it, or - for standard output; "
      "required"},
     presetOption,
     {"--start", "SECONDS", "of the episode; 0 without it"},
     {"--duration", "SECONDS", "of the movie; the episode's @length without it, or 10"},
-    {"--set", "NAME=VALUE", "of a parameter; may be repeated"},
-    {"--keys", "FILE.json", "keyframes of parameters, which go before --set"},
+    setOption,
+    keysOption,
+    settingsOption,
+    noSettingsOption,
     watermarkOption,
     {"--loop", "SECONDS",
      "crossfade the end, sound included, into what lies before the start, so that it loops; the "

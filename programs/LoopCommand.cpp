@@ -3,9 +3,9 @@
 #include "programs/Command.h"
 #include "programs/EpisodeLoop.h"
 #include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSettings.h"
 #include "programs/Seconds.h"
 #include "programs/SourceFile.h"
-#include "programs/StillValues.h"
 
 #include <array>
 #include <cstdio>
@@ -46,22 +46,24 @@ Status loop(const Arguments& arguments) {
     const std::string_view path = arguments.operand("episode");
     const LoopSearch search = searchOf(arguments);
     const std::string episode = sourceText(path);
-    const ParamValues values =
-        settingsOf(arguments.values("--set"), ParamParser::parse(episode), path);
+    const Settings settings = episodeSettingsOf(arguments, path, episode);
     const auto device = drawingDevice();
     const auto program = programOf(path, episode, *device);
     sayLoopStart(askedStart(arguments), search.start);
-    print(foundText(findLoop(program, *device, values, search, path), search.fps));
+    print(foundText(findLoop(program, *device, settings, search, path), search.fps));
     return Status::done;
 }
 
-constexpr std::array<Option, 6> loopOptions{{
+constexpr std::array<Option, 9> loopOptions{{
     {"--around", "SECONDS", "about how long the loop is to be; always wanted"},
     {"--range", "SECONDS", "how much it may be longer or shorter; 0.5 without it"},
     {"--fps", "N", "frames a second, of which the loop is to have a whole number; 30 without it"},
     {"--start", "SECONDS", "of the episode, where the loop begins; 0 without it"},
     {"--loop", "SECONDS", "the movie's crossfade, before which it does not begin; 0 without it"},
-    {"--set", "NAME=VALUE", "of a parameter; may be repeated"},
+    setOption,
+    keysOption,
+    settingsOption,
+    noSettingsOption,
 }};
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "programs/CommandError.h"
 #include "programs/EpisodePicture.h"
+#include "programs/EpisodeSettings.h"
 #include "programs/ExportProgress.h"
 #include "programs/HeldSignals.h"
 
@@ -28,6 +29,11 @@ void exportInto(const std::filesystem::path& file, std::span<const ExportSegment
 }
 
 } // namespace
+
+void letFollow(ExportSegment& segment, const Settings& settings) {
+    segment.values = settings.values;
+    segment.valuesAt = valuesOverTime(settings);
+}
 
 void letListen(ExportSegment& segment, SoundTap* tap) {
     if (tap == nullptr)

@@ -1,6 +1,7 @@
 // Movies that commands write.
 #pragma once
 
+#include "TarnwickCore/Settings.h"
 #include "TarnwickRender/SoundTap.h"
 #include "TarnwickRender/VideoExporter.h"
 #include "programs/ExportOptions.h"
@@ -9,6 +10,10 @@
 #include <string_view>
 
 namespace tarnwick {
+
+// Draws the segment with the values that the settings give at each time; its sound has the base
+// values.
+void letFollow(ExportSegment& segment, const Settings& settings);
 
 // Lets the segment's picture react to what `tap`, which outlives it, hears at each frame: the sound
 // of the movie, which has the segment's values throughout and none of its keys'. `tap` may be null.

@@ -36,12 +36,14 @@ ExportSegment segmentOf(const SharedEpisode& episode, gpu::Device& device) {
                               loopStart(stillTime(episode.source) - usualLength / 2, crossfade),
                           .duration = usualLength,
                           .loop = crossfade};
+    letFollow(segment, episode.settings);
     const LoopSearch search{.start = segment.start,
                             .around = usualLength,
                             .range = range,
                             .fps = ExportPreset::site.fps};
     if (!episode.program->needsRun())
-        segment.duration = findLoop(episode.program, device, {}, search, episode.path).length;
+        segment.duration =
+            findLoop(episode.program, device, episode.settings, search, episode.path).length;
     return segment;
 }
 
@@ -51,8 +53,7 @@ std::string sharedLoop(const SharedEpisode& episode, gpu::Device& device) {
     ExportSegment segment = segmentOf(episode, device);
     const auto tap =
         episode.program->usesInputs() ? SoundTap::make(episode.program, device) : nullptr;
-    if (tap)
-        segment.inputsAt = [&](double time) { return tap->inputs(time, {}); };
+    letListen(segment, tap.get());
     const TemporaryFolder folder;
     const fs::path file = folder.path() / "loop.mp4";
     exportMovieFile({&segment, 1}, presetOf(episode.size), device, file, episode.path);
@@ -61,8 +62,12 @@ std::string sharedLoop(const SharedEpisode& episode, gpu::Device& device) {
 
 std::string sharedThumb(const SharedEpisode& episode, gpu::Device& device) {
     const double time = stillTime(episode.source);
-    const EpisodeFrame frame{
-        .path = episode.path, .size = episode.size, .time = time, .frame = savedFrame(time)};
+    const EpisodeFrame frame{.path = episode.path,
+                             .size = episode.size,
+                             .time = time,
+                             .frame = savedFrame(time),
+                             .settings = episode.settings,
+                             .hears = true}; // as in the movie
     Picture picture;
     {
         ProgressBar bar("Step");

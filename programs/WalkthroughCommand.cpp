@@ -4,6 +4,7 @@
 #include "programs/Command.h"
 #include "programs/EpisodePicture.h"
 #include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSettings.h"
 #include "programs/EpisodeWalkthrough.h"
 #include "programs/ExportOptions.h"
 #include "programs/Output.h"
@@ -52,7 +53,8 @@ std::vector<Picture> stillsOf(const EpisodeWalkthrough& walkthrough,
                                    {.path = walkthrough.paths[index],
                                     .size = {.width = width, .height = height},
                                     .time = time,
-                                    .frame = savedFrame(time)},
+                                    .frame = savedFrame(time),
+                                    .settings = walkthrough.settings},
                                    *device, news));
         if (news.hitLoopBudget)
             warnOfLoopBudget(walkthrough.paths[index]);
@@ -102,10 +104,13 @@ void writePages(const EpisodeWalkthrough& walkthrough, const WalkthroughRenderer
 }
 
 Status walkthrough(const Arguments& arguments) {
-    const EpisodeWalkthrough walkthrough = episodeWalkthroughOf(arguments);
+    EpisodeWalkthrough walkthrough = episodeWalkthroughOf(arguments);
     const auto folder = arguments.value("--pages"), movie = arguments.value("-o");
     if (arguments.has("--json") + folder.has_value() + movie.has_value() > 1)
         misuse("--json, --pages and -o exclude each other.");
+    if (movie || folder)
+        walkthrough.settings =
+            episodeSettingsOf(arguments, walkthrough.paths.back(), walkthrough.episode());
     if (movie) {
         exportWalkthrough(walkthrough, arguments);
         return Status::done;
@@ -123,7 +128,7 @@ Status walkthrough(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 12> walkthroughOptions{{
+constexpr std::array<Option, 16> walkthroughOptions{{
     stagesOption,
     {"--json", "", "the pages for tools"},
     {"--pages", "FOLDER", "the pages as pictures, as a movie shows them, into a folder"},
@@ -136,6 +141,10 @@ constexpr std::array<Option, 12> walkthroughOptions{{
     soundOption,
     noSoundOption,
     watermarkOption,
+    setOption,
+    keysOption,
+    settingsOption,
+    noSettingsOption,
 }};
 
 } // namespace

@@ -104,7 +104,12 @@ TEST(SaverView, drawsWithTheSettingsValuesAndKeys) {
     EXPECT_EQ(tuned.view.settings().name, "Tuned");
     EXPECT_FALSE(tuned.view.settings().keys.tracks.contains("gone"));
 
+    EXPECT_EQ(tuned.view.settingsRemarks().size(), 2u); // the key of 7, and the track of "gone"
+
     DrawnSaver half(twoLevels, R"({"name": "Half", "values": {"level": 0.6}})");
+    EXPECT_EQ(half.view.settingsRemarks(),
+              std::vector<std::string>{"The settings cannot be read, so the defaults are used: "
+                                       "The document has no \"keys\"."});
     EXPECT_EQ(half.drawAt(0), (std::array{51, 102, 0}));
     EXPECT_EQ(half.view.settings().name, "Tarnwick");
 }
