@@ -1,11 +1,8 @@
 #include "TarnwickMSL/WorkerProcess.h"
 
-#include "TarnwickBase/WaitedTime.h"
-
 #include <sys/socket.h>
 #include <sys/wait.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
@@ -20,30 +17,17 @@ extern char** environ; // unistd.h declares it in GNU mode only
 namespace tarnwick::msl {
 namespace {
 
-// How long the answer may take. The time that this process was stopped does not count.
-class Limit {
-  public:
-    explicit Limit(std::chrono::milliseconds limit) : limit(limit) {}
+using Clock = std::chrono::steady_clock;
 
-    std::chrono::milliseconds left() {
-        return std::chrono::ceil<std::chrono::milliseconds>(limit - waited.look());
-    }
-    bool isOver() { return left().count() <= 0; }
-
-  private:
-    const std::chrono::milliseconds limit;
-    WaitedTime waited;
-};
-
-// Waits until the connection is ready; false at the limit or on an error.
-bool waitFor(int connection, short events, Limit& limit) {
+// Waits until the connection is ready; false at the deadline or on an error.
+bool waitFor(int connection, short events, Clock::time_point deadline) {
     for (;;) {
-        const std::chrono::milliseconds left = limit.left();
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
         if (left.count() <= 0)
             return false;
-        const auto step = std::min<std::chrono::milliseconds>(left, WaitedTime::longestStep);
         pollfd waiting{.fd = connection, .events = events, .revents = 0};
-        const int ready = poll(&waiting, 1, static_cast<int>(step.count()));
+        const int ready = poll(&waiting, 1, static_cast<int>(left.count()));
         if (ready > 0)
             return true;
         if (ready < 0 && errno != EINTR)
@@ -51,9 +35,9 @@ bool waitFor(int connection, short events, Limit& limit) {
     }
 }
 
-bool sendAll(int connection, std::string_view bytes, Limit& limit) {
+bool sendAll(int connection, std::string_view bytes, Clock::time_point deadline) {
     while (!bytes.empty()) {
-        if (!waitFor(connection, POLLOUT, limit))
+        if (!waitFor(connection, POLLOUT, deadline))
             return false;
         const ssize_t sent =
             send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
@@ -65,9 +49,9 @@ bool sendAll(int connection, std::string_view bytes, Limit& limit) {
     return true;
 }
 
-bool receiveAll(int connection, char* to, std::size_t size, Limit& limit) {
+bool receiveAll(int connection, char* to, std::size_t size, Clock::time_point deadline) {
     while (size > 0) {
-        if (!waitFor(connection, POLLIN, limit))
+        if (!waitFor(connection, POLLIN, deadline))
             return false;
         const ssize_t got = recv(connection, to, size, MSG_DONTWAIT);
         if (got == 0 || (got < 0 && errno != EINTR && errno != EAGAIN))
@@ -158,9 +142,9 @@ void WorkerProcess::end() {
 std::variant<Compilation, WorkerFault> WorkerProcess::ask(const Request& request) {
     if (!start())
         return WorkerFault::missing;
-    Limit limit{std::chrono::milliseconds(request.limitMilliseconds)};
+    const auto deadline = Clock::now() + std::chrono::milliseconds(request.limitMilliseconds);
     auto fault = [&](WorkerFault otherwise) {
-        const bool isLate = limit.isOver();
+        const bool isLate = Clock::now() >= deadline;
         end();
         return isLate ? WorkerFault::late : otherwise;
     };
@@ -168,13 +152,13 @@ std::variant<Compilation, WorkerFault> WorkerProcess::ask(const Request& request
     auto size = static_cast<std::uint32_t>(bytes.size());
     const std::string_view head(reinterpret_cast<const char*>(&size), sizeof size);
     char isRead = 0;
-    if (!sendAll(connection, head, limit) || !sendAll(connection, bytes, limit) ||
-        !receiveAll(connection, &isRead, 1, limit))
+    if (!sendAll(connection, head, deadline) || !sendAll(connection, bytes, deadline) ||
+        !receiveAll(connection, &isRead, 1, deadline))
         return fault(WorkerFault::gone);
-    if (!receiveAll(connection, reinterpret_cast<char*>(&size), sizeof size, limit))
+    if (!receiveAll(connection, reinterpret_cast<char*>(&size), sizeof size, deadline))
         return fault(WorkerFault::stopped);
     std::string answer(size, '\0');
-    if (!receiveAll(connection, answer.data(), answer.size(), limit))
+    if (!receiveAll(connection, answer.data(), answer.size(), deadline))
         return fault(WorkerFault::stopped);
     if (std::optional<Compilation> compilation = compilationFrom(answer))
         return std::move(*compilation);

@@ -1,7 +1,5 @@
 #include "TarnwickRender/ExportState.h"
 
-#include "TarnwickBase/WaitedTime.h"
-
 #include <thread>
 
 namespace tarnwick {
@@ -29,13 +27,13 @@ ExportError writerFailure(const MovieWriter& writer) {
 
 bool waitUntilReady(const MovieInput& input, const MovieWriter& writer, ExportState& state,
                     std::chrono::nanoseconds patience) {
-    WaitedTime waited;
+    const auto begin = std::chrono::steady_clock::now();
     while (!state.hasFailed()) {
         if (input.isReadyForMoreMediaData())
             return true;
         if (writer.status() == MovieWriterStatus::failed)
             state.fail(writerFailure(writer));
-        else if (waited.look() > patience)
+        else if (std::chrono::steady_clock::now() - begin > patience)
             state.fail(ExportError(ExportError::Writer{"the writer stalled waiting for the " +
                                                        std::string(input.mediaType()) + " track"}));
         else

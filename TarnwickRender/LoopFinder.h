@@ -2,7 +2,6 @@
 #pragma once
 
 #include "TarnwickRender/ShaderProgram.h"
-#include "TarnwickRender/ValuesAt.h"
 
 #include <cstdint>
 #include <functional>
@@ -31,10 +30,9 @@ struct LoopFinder {
                                             gpu::Device& device, const ParamValues& values,
                                             double start, double around, double range,
                                             std::int64_t fps, const Progress& progress = {});
-    // The same, with how well it loops, and with values that change over time: each still has those
-    // of its own time. Without `valuesAt` all have their defaults.
+    // The same, with how well it loops.
     static std::optional<FoundLoop> best(const std::shared_ptr<const ShaderProgram>& program,
-                                         gpu::Device& device, const ValuesAt& valuesAt,
+                                         gpu::Device& device, const ParamValues& values,
                                          double start, double around, double range,
                                          std::int64_t fps, const Progress& progress = {});
 

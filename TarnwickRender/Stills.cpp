@@ -74,24 +74,24 @@ bool Stills::prepareRun(float time, const ParamValues& values, StillNews* news) 
 
 // A frame: the run's work, then the pass that shows it.
 bool Stills::encode(const TWUniforms& uniforms, const ParamValues& values,
-                    const ShaderInputs& inputs, gpu::CommandBuffer& commands) {
+                    gpu::CommandBuffer& commands) {
     if (run_)
         run_->prepare(uniforms, commands, values, ParticleSimulation::noLimit);
     auto encoder = commands.renderCommandEncoder(
         {.color = {.texture = target_.get(), .load = gpu::LoadAction::clear}});
     if (!encoder)
         return false;
-    program_->draw(*encoder, uniforms, values, run_.get(), &inputs);
+    program_->draw(*encoder, uniforms, values, run_.get());
     encoder->endEncoding();
     return true;
 }
 
 bool Stills::render(float time, std::uint32_t frame, const ParamValues& values, Picture& picture,
-                    StillNews* news, const ShaderInputs& inputs) {
+                    StillNews* news) {
     if (!prepareRun(time, values, news))
         return false;
     auto commands = queue_->commandBuffer();
-    if (!commands || !encode(stillUniforms(*target_, time, frame), values, inputs, *commands))
+    if (!commands || !encode(stillUniforms(*target_, time, frame), values, *commands))
         return false;
     commands->commit();
     commands->waitUntilCompleted();

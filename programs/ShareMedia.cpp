@@ -9,6 +9,7 @@
 #include "programs/MovieExport.h"
 #include "programs/ProgressBar.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -30,20 +31,18 @@ ExportPreset presetOf(const PixelSize& size) {
     return preset;
 }
 
+// Late enough for the crossfade to have something before it: a simulation stands still before 0.
 ExportSegment segmentOf(const SharedEpisode& episode, gpu::Device& device) {
     ExportSegment segment{.program = episode.program,
-                          .start =
-                              loopStart(stillTime(episode.source) - usualLength / 2, crossfade),
+                          .start = std::max(crossfade, stillTime(episode.source) - usualLength / 2),
                           .duration = usualLength,
                           .loop = crossfade};
-    letFollow(segment, episode.settings);
     const LoopSearch search{.start = segment.start,
                             .around = usualLength,
                             .range = range,
                             .fps = ExportPreset::site.fps};
     if (!episode.program->needsRun())
-        segment.duration =
-            findLoop(episode.program, device, episode.settings, search, episode.path).length;
+        segment.duration = findLoop(episode.program, device, {}, search, episode.path).length;
     return segment;
 }
 
@@ -53,7 +52,8 @@ std::string sharedLoop(const SharedEpisode& episode, gpu::Device& device) {
     ExportSegment segment = segmentOf(episode, device);
     const auto tap =
         episode.program->usesInputs() ? SoundTap::make(episode.program, device) : nullptr;
-    letListen(segment, tap.get());
+    if (tap)
+        segment.inputsAt = [&](double time) { return tap->inputs(time, {}); };
     const TemporaryFolder folder;
     const fs::path file = folder.path() / "loop.mp4";
     exportMovieFile({&segment, 1}, presetOf(episode.size), device, file, episode.path);
@@ -62,18 +62,13 @@ std::string sharedLoop(const SharedEpisode& episode, gpu::Device& device) {
 
 std::string sharedThumb(const SharedEpisode& episode, gpu::Device& device) {
     const double time = stillTime(episode.source);
-    const EpisodeFrame frame{.path = episode.path,
-                             .size = episode.size,
-                             .time = time,
-                             .frame = savedFrame(time),
-                             .settings = episode.settings,
-                             .hears = true}; // as in the movie
+    const EpisodeFrame frame{
+        .path = episode.path, .size = episode.size, .time = time, .frame = savedFrame(time)};
     Picture picture;
     {
         ProgressBar bar("Step");
-        StillNews news{
-            .warmed = [&](std::int64_t step, std::int64_t goal) { bar.show(step, goal); }};
-        picture = pictureOf(episode.program, frame, device, news);
+        StillNews news;
+        picture = pictureOf(episode.program, frame, device, news, bar);
     }
     std::string thumb;
     for (int quality = 92; quality > 0; quality -= 15) {

@@ -8,7 +8,6 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace tarnwick {
 
@@ -18,8 +17,7 @@ struct OffscreenRun {
     double seconds = 0; // that they took
     Picture last;       // the last frame, or the failure screen
     std::optional<std::string> failure;
-    std::optional<std::string> absence;       // why the last frame is black though nothing failed
-    std::vector<std::string> settingsRemarks; // what is amiss with the settings document
+    std::optional<std::string> absence; // why the last frame is black though nothing failed
 };
 
 // Draws frames for `seconds` of the host clock, one after the other as fast as the device can, at
