@@ -2,27 +2,19 @@
 // them. A plain value.
 #pragma once
 
+#include "TarnwickCore/DocumentError.h"
 #include "TarnwickCore/Params.h"
 
-#include <nlohmann/json_fwd.hpp>
-
 #include <array>
-#include <concepts>
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tarnwick {
-
-// Text that holds no keyframe tracks; what() is one sentence that says what is amiss.
-struct KeyframeTracksError : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 class KeyframeTracks {
   public:
@@ -70,18 +62,10 @@ class KeyframeTracks {
     KeyframeTracks fitted(std::span<const ParamDecl> params) const;
 
     // The JSON form: {"tracks":{"speed":[{"time":0,"value":1,"ease":"smooth"}]}}. All members are
-    // required, others are passed over. Throw KeyframeTracksError; encode() only on numbers that
-    // JSON has no form for.
+    // required, others are ignored. Throw DocumentError; encode() only on numbers that JSON has no
+    // form for.
     std::string encode() const;
     static KeyframeTracks decode(std::string_view json);
-    // Of a document alone: nlohmann::json converts from strings, which are the overload above.
-    template <std::same_as<nlohmann::json> Document>
-    static KeyframeTracks decode(const Document& document) {
-        return decodeDocument(document);
-    }
-
-  private:
-    static KeyframeTracks decodeDocument(const nlohmann::json& document);
 };
 
 // "linear", "smooth", "hold".

@@ -1,8 +1,11 @@
 #include "TarnwickMSL/WorkerProcess.h"
 
+#include "TarnwickBase/WaitedTime.h"
+
 #include <sys/socket.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
@@ -17,17 +20,30 @@ extern char** environ; // unistd.h declares it in GNU mode only
 namespace tarnwick::msl {
 namespace {
 
-using Clock = std::chrono::steady_clock;
+// How long the answer may take. The time that this process was stopped does not count.
+class Limit {
+  public:
+    explicit Limit(std::chrono::milliseconds limit) : limit(limit) {}
 
-// Waits until the connection is ready; false at the deadline or on an error.
-bool waitFor(int connection, short events, Clock::time_point deadline) {
+    std::chrono::milliseconds left() {
+        return std::chrono::ceil<std::chrono::milliseconds>(limit - waited.look());
+    }
+    bool isOver() { return left().count() <= 0; }
+
+  private:
+    const std::chrono::milliseconds limit;
+    WaitedTime waited;
+};
+
+// Waits until the connection is ready; false at the limit or on an error.
+bool waitFor(int connection, short events, Limit& limit) {
     for (;;) {
-        const auto left =
-            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+        const std::chrono::milliseconds left = limit.left();
         if (left.count() <= 0)
             return false;
+        const auto step = std::min<std::chrono::milliseconds>(left, WaitedTime::longestStep);
         pollfd waiting{.fd = connection, .events = events, .revents = 0};
-        const int ready = poll(&waiting, 1, static_cast<int>(left.count()));
+        const int ready = poll(&waiting, 1, static_cast<int>(step.count()));
         if (ready > 0)
             return true;
         if (ready < 0 && errno != EINTR)
@@ -35,9 +51,9 @@ bool waitFor(int connection, short events, Clock::time_point deadline) {
     }
 }
 
-bool sendAll(int connection, std::string_view bytes, Clock::time_point deadline) {
+bool sendAll(int connection, std::string_view bytes, Limit& limit) {
     while (!bytes.empty()) {
-        if (!waitFor(connection, POLLOUT, deadline))
+        if (!waitFor(connection, POLLOUT, limit))
             return false;
         const ssize_t sent =
             send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
@@ -49,9 +65,9 @@ bool sendAll(int connection, std::string_view bytes, Clock::time_point deadline)
     return true;
 }
 
-bool receiveAll(int connection, char* to, std::size_t size, Clock::time_point deadline) {
+bool receiveAll(int connection, char* to, std::size_t size, Limit& limit) {
     while (size > 0) {
-        if (!waitFor(connection, POLLIN, deadline))
+        if (!waitFor(connection, POLLIN, limit))
             return false;
         const ssize_t got = recv(connection, to, size, MSG_DONTWAIT);
         if (got == 0 || (got < 0 && errno != EINTR && errno != EAGAIN))
@@ -142,9 +158,9 @@ void WorkerProcess::end() {
 std::variant<Compilation, WorkerFault> WorkerProcess::ask(const Request& request) {
     if (!start())
         return WorkerFault::missing;
-    const auto deadline = Clock::now() + std::chrono::milliseconds(request.limitMilliseconds);
+    Limit limit{std::chrono::milliseconds(request.limitMilliseconds)};
     auto fault = [&](WorkerFault otherwise) {
-        const bool isLate = Clock::now() >= deadline;
+        const bool isLate = limit.isOver();
         end();
         return isLate ? WorkerFault::late : otherwise;
     };
@@ -152,13 +168,13 @@ std::variant<Compilation, WorkerFault> WorkerProcess::ask(const Request& request
     auto size = static_cast<std::uint32_t>(bytes.size());
     const std::string_view head(reinterpret_cast<const char*>(&size), sizeof size);
     char isRead = 0;
-    if (!sendAll(connection, head, deadline) || !sendAll(connection, bytes, deadline) ||
-        !receiveAll(connection, &isRead, 1, deadline))
+    if (!sendAll(connection, head, limit) || !sendAll(connection, bytes, limit) ||
+        !receiveAll(connection, &isRead, 1, limit))
         return fault(WorkerFault::gone);
-    if (!receiveAll(connection, reinterpret_cast<char*>(&size), sizeof size, deadline))
+    if (!receiveAll(connection, reinterpret_cast<char*>(&size), sizeof size, limit))
         return fault(WorkerFault::stopped);
     std::string answer(size, '\0');
-    if (!receiveAll(connection, answer.data(), answer.size(), deadline))
+    if (!receiveAll(connection, answer.data(), answer.size(), limit))
         return fault(WorkerFault::stopped);
     if (std::optional<Compilation> compilation = compilationFrom(answer))
         return std::move(*compilation);

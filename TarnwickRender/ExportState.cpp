@@ -1,5 +1,7 @@
 #include "TarnwickRender/ExportState.h"
 
+#include "TarnwickBase/WaitedTime.h"
+
 #include <thread>
 
 namespace tarnwick {
@@ -27,13 +29,13 @@ ExportError writerFailure(const MovieWriter& writer) {
 
 bool waitUntilReady(const MovieInput& input, const MovieWriter& writer, ExportState& state,
                     std::chrono::nanoseconds patience) {
-    const auto begin = std::chrono::steady_clock::now();
+    WaitedTime waited;
     while (!state.hasFailed()) {
         if (input.isReadyForMoreMediaData())
             return true;
         if (writer.status() == MovieWriterStatus::failed)
             state.fail(writerFailure(writer));
-        else if (std::chrono::steady_clock::now() - begin > patience)
+        else if (waited.look() > patience)
             state.fail(ExportError(ExportError::Writer{"the writer stalled waiting for the " +
                                                        std::string(input.mediaType()) + " track"}));
         else

@@ -39,7 +39,8 @@ class ExportState {
 ExportError writerFailure(const MovieWriter& writer);
 
 // Waits until `input`, one of the writer's, takes more; whether it does. False, with a failure
-// recorded: there was one already, the writer failed, or it took longer than `patience`.
+// recorded: there was one already, the writer failed, or it took longer than `patience`, to which
+// the time that this process was stopped does not count (WaitedTime).
 bool waitUntilReady(const MovieInput& input, const MovieWriter& writer, ExportState& state,
                     std::chrono::nanoseconds patience);
 

@@ -22,27 +22,31 @@ double squaredDistance(const Picture& one, const Picture& other) {
 // Two frames in a row, of which the second is often the next pair's first.
 class FramePair {
   public:
-    FramePair(Stills& stills, const ParamValues& values) : stills_(stills), values_(values) {}
+    FramePair(Stills& stills, const ValuesAt& valuesAt) : stills_(stills), valuesAt_(valuesAt) {}
 
     const Picture& first() const { return first_; }
     const Picture& second() const { return second_; }
 
     bool render(double firstTime, double secondTime) {
-        const auto time = static_cast<float>(firstTime);
-        if (secondIsThere_ && secondTime_ == time)
+        if (secondIsThere_ && secondTime_ == static_cast<float>(firstTime))
             std::swap(first_, second_);
-        else if (!stills_.render(time, 0, values_, first_)) {
+        else if (!renderOne(firstTime, first_)) {
             secondIsThere_ = false;
             return false;
         }
         secondTime_ = static_cast<float>(secondTime);
-        secondIsThere_ = stills_.render(secondTime_, 0, values_, second_);
+        secondIsThere_ = renderOne(secondTime, second_);
         return secondIsThere_;
     }
 
   private:
+    bool renderOne(double time, Picture& picture) {
+        const ParamValues values = valuesAt_ ? valuesAt_(time) : ParamValues{};
+        return stills_.render(static_cast<float>(time), 0, values, picture);
+    }
+
     Stills& stills_;
-    const ParamValues& values_;
+    const ValuesAt& valuesAt_;
     Picture first_, second_;
     float secondTime_ = 0; // seconds
     bool secondIsThere_ = false;
@@ -68,7 +72,7 @@ struct Lengths {
 } // namespace
 
 std::optional<FoundLoop> LoopFinder::best(const std::shared_ptr<const ShaderProgram>& program,
-                                          gpu::Device& device, const ParamValues& values,
+                                          gpu::Device& device, const ValuesAt& valuesAt,
                                           double start, double around, double range,
                                           std::int64_t fps, const Progress& progress) {
     // What keeps state cannot be judged by stills.
@@ -77,7 +81,7 @@ std::optional<FoundLoop> LoopFinder::best(const std::shared_ptr<const ShaderProg
     if (!stills || !std::isfinite(start))
         return std::nullopt;
     const double step = lengths->step;
-    FramePair begin(*stills, values), end(*stills, values);
+    FramePair begin(*stills, valuesAt), end(*stills, valuesAt);
     if (!begin.render(start, start + step))
         return std::nullopt;
     std::optional<double> bestScore;
@@ -107,7 +111,8 @@ std::optional<double> LoopFinder::bestLength(const std::shared_ptr<const ShaderP
                                              gpu::Device& device, const ParamValues& values,
                                              double start, double around, double range,
                                              std::int64_t fps, const Progress& progress) {
-    const auto found = best(program, device, values, start, around, range, fps, progress);
+    const auto same = [&](double) { return values; };
+    const auto found = best(program, device, same, start, around, range, fps, progress);
     return found ? std::optional(found->length) : std::nullopt;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TarnwickRender/ShaderProgram.h"
+#include "TarnwickRender/ValuesAt.h"
 
 #include <cstdint>
 #include <functional>
@@ -30,9 +31,10 @@ struct LoopFinder {
                                             gpu::Device& device, const ParamValues& values,
                                             double start, double around, double range,
                                             std::int64_t fps, const Progress& progress = {});
-    // The same, with how well it loops.
+    // The same, with how well it loops, and with values that change over time: each still has those
+    // of its own time. Without `valuesAt` all have their defaults.
     static std::optional<FoundLoop> best(const std::shared_ptr<const ShaderProgram>& program,
-                                         gpu::Device& device, const ParamValues& values,
+                                         gpu::Device& device, const ValuesAt& valuesAt,
                                          double start, double around, double range,
                                          std::int64_t fps, const Progress& progress = {});
 

@@ -39,6 +39,22 @@ ShaderInputs SoundTap::inputs(double time, const ParamValues& values) {
     return {.audio = analyzer_.bands(), .spectrum = &spectrum_->texture()};
 }
 
+std::vector<double> SoundTap::timesBefore(double time) {
+    constexpr int framesASecond = 60;
+    constexpr int framesBefore = 2 * framesASecond; // after which nothing is left of older levels
+    std::vector<double> times;
+    for (int frame = framesBefore; frame > 0; --frame)
+        if (const double before = time - static_cast<double>(frame) / framesASecond; before >= 0)
+            times.push_back(before);
+    return times;
+}
+
+ShaderInputs SoundTap::playedInputs(double time, const ParamValues& values) {
+    for (const double before : timesBefore(time))
+        inputs(before, values);
+    return inputs(time, values);
+}
+
 void SoundTap::listen(double time, std::span<const float> mono) {
     if (lastTime_ && time < *lastTime_)
         analyzer_.reset();

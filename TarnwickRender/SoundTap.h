@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <vector>
 
 namespace tarnwick {
 
@@ -29,6 +30,12 @@ class SoundTap {
     // is this tap's, and the next call changes it. ShaderInputs::none() where the device fails,
     // and then all stays as it was.
     ShaderInputs inputs(double time, const ParamValues& values);
+
+    // The same for a frame that is shown alone: after the frames of the two seconds before it, so
+    // that the levels are those of playback.
+    ShaderInputs playedInputs(double time, const ParamValues& values);
+    // The times of these frames, in seconds: 60 a second, none below 0.
+    static std::vector<double> timesBefore(double time);
 
     const AudioAnalyzer& analyzer() const { return analyzer_; }
     const SpectrumTexture& spectrum() const { return *spectrum_; }

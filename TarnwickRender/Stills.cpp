@@ -74,24 +74,24 @@ bool Stills::prepareRun(float time, const ParamValues& values, StillNews* news) 
 
 // A frame: the run's work, then the pass that shows it.
 bool Stills::encode(const TWUniforms& uniforms, const ParamValues& values,
-                    gpu::CommandBuffer& commands) {
+                    const ShaderInputs& inputs, gpu::CommandBuffer& commands) {
     if (run_)
         run_->prepare(uniforms, commands, values, ParticleSimulation::noLimit);
     auto encoder = commands.renderCommandEncoder(
         {.color = {.texture = target_.get(), .load = gpu::LoadAction::clear}});
     if (!encoder)
         return false;
-    program_->draw(*encoder, uniforms, values, run_.get());
+    program_->draw(*encoder, uniforms, values, run_.get(), &inputs);
     encoder->endEncoding();
     return true;
 }
 
 bool Stills::render(float time, std::uint32_t frame, const ParamValues& values, Picture& picture,
-                    StillNews* news) {
+                    StillNews* news, const ShaderInputs& inputs) {
     if (!prepareRun(time, values, news))
         return false;
     auto commands = queue_->commandBuffer();
-    if (!commands || !encode(stillUniforms(*target_, time, frame), values, *commands))
+    if (!commands || !encode(stillUniforms(*target_, time, frame), values, inputs, *commands))
         return false;
     commands->commit();
     commands->waitUntilCompleted();

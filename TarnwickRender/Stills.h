@@ -27,11 +27,11 @@ class Stills {
                                         gpu::Device& device, std::int64_t width,
                                         std::int64_t height);
 
-    // The picture at `time` seconds with the frame number `frame`, the pointer in the middle,
-    // silence and no previous frame, written over `picture`. Whether that could be done; `picture`
-    // stays as it was if not. A particle episode is played from its start. Blocks.
+    // The picture at `time` seconds with the frame number `frame` and the pointer in the middle,
+    // written over `picture`; by default with silence and no previous frame. Whether that could be
+    // done; `picture` stays as it was if not. A particle episode is played from its start. Blocks.
     bool render(float time, std::uint32_t frame, const ParamValues& values, Picture& picture,
-                StillNews* news = nullptr);
+                StillNews* news = nullptr, const ShaderInputs& inputs = ShaderInputs::none());
 
     // Gives each step of a simulation the values of its own time, in place of the still's.
     void setValuesAt(ValuesAt valuesAt) { valuesAt_ = std::move(valuesAt); }
@@ -40,7 +40,7 @@ class Stills {
     Stills(std::shared_ptr<const ShaderProgram> program, gpu::Device& device)
         : program_(std::move(program)), device_(device) {}
     bool prepareRun(float time, const ParamValues& values, StillNews* news);
-    bool encode(const TWUniforms& uniforms, const ParamValues& values,
+    bool encode(const TWUniforms& uniforms, const ParamValues& values, const ShaderInputs& inputs,
                 gpu::CommandBuffer& commands);
 
     std::shared_ptr<const ShaderProgram> program_;

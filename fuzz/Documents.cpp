@@ -3,9 +3,9 @@
 #include "TarnwickCore/MIDIBinding.h"
 #include "TarnwickCore/ServiceFailure.h"
 #include "TarnwickCore/ServiceRecords.h"
+#include "TarnwickCore/Settings.h"
 #include "fuzz/Input.h"
 #include "fuzz/Law.h"
-#include "saver/Settings.h"
 
 #include <limits>
 
@@ -22,7 +22,17 @@ void readTracks(std::string_view text) {
         for (const double time : {-1.0, 0.0, 0.5, 1e300, std::numeric_limits<double>::infinity()})
             tracks.values(time, {});
         tracks.fitted({});
-    } catch (const KeyframeTracksError&) {
+    } catch (const DocumentError&) {
+    }
+}
+
+void readSettings(std::string_view text) {
+    try {
+        const Settings settings = Settings::decode(text);
+        law(Settings::decode(settings.encode()) == settings, "what is written reads the same");
+        decodeKeys(text);
+        settings.misfits({}, "The episode");
+    } catch (const DocumentError&) {
     }
 }
 
@@ -53,7 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const std::string_view text = textOf(bytes, size);
     readTracks(text);
     readBinding(text);
-    decodeSettings(text);
+    readSettings(text);
     readAnswer(text);
     return 0;
 }

@@ -1,10 +1,8 @@
 #include "programs/EpisodeLoop.h"
 
-#include "TarnwickCore/Numbers.h"
 #include "programs/CommandError.h"
 #include "programs/ProgressBar.h"
 
-#include <array>
 #include <cstdio>
 #include <string>
 
@@ -13,13 +11,13 @@ namespace tarnwick {
 void sayLoopStart(double asked, double start) {
     if (start > asked)
         std::fprintf(stderr,
-                     "tarnwick: The loop begins at %s s, not at %s s, because its crossfade "
+                     "tarnwick: The loop begins at %g s, not at %g s, because its crossfade "
                      "uses what lies before its beginning.\n",
-                     shortest(start).c_str(), shortest(asked).c_str());
+                     start, asked);
 }
 
 FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
-                   const ParamValues& values, const LoopSearch& search, std::string_view path) {
+                   const Settings& settings, const LoopSearch& search, std::string_view path) {
     if (program->needsRun())
         failure("The length of a loop is sought among stills, which cannot show how " +
                 std::string(path) + " goes on: it is a " +
@@ -27,27 +25,19 @@ FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Dev
     std::optional<FoundLoop> found;
     {
         ProgressBar bar("Length");
-        bar.doing("Drawing " + std::string(path));
-        found = LoopFinder::best(program, device, values, search.start, search.around, search.range,
-                                 search.fps, [&](std::int64_t done, std::int64_t total) {
-                                     bar.show(done, total);
-                                     return true;
-                                 });
+        const auto valuesAt = [&](double time) { return settings.valuesAt(time); };
+        found =
+            LoopFinder::best(program, device, valuesAt, search.start, search.around, search.range,
+                             search.fps, [&](std::int64_t done, std::int64_t total) {
+                                 bar.show(done, total);
+                                 return true;
+                             });
     }
     if (!found && device.isLost())
         failure(device.info().name + " was lost.");
     if (!found)
         failure("No length of two frames or more lies within that range.");
     return *found;
-}
-
-std::string loopText(const FoundLoop& found, std::int64_t fps) {
-    const auto frames = static_cast<double>(fps) * found.length;
-    std::array<char, 120> text{};
-    std::snprintf(text.data(), text.size(),
-                  "%.9g seconds: %.0f frames, whose ends differ by %.2f of 255 values",
-                  found.length, frames, found.difference);
-    return text.data();
 }
 
 } // namespace tarnwick

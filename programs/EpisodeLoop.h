@@ -1,10 +1,10 @@
 // The search for a length at which an episode loops, as the subcommands ask for it.
 #pragma once
 
+#include "TarnwickCore/Settings.h"
 #include "TarnwickRender/LoopFinder.h"
 
 #include <algorithm>
-#include <string>
 #include <string_view>
 
 namespace tarnwick {
@@ -25,12 +25,10 @@ inline double loopStart(double start, double crossfade) {
 // Says on standard error that a loop begins later than was asked, where it does.
 void sayLoopStart(double asked, double start);
 
-// How far the search is stands on the terminal; `path` is what to name the episode by. Throws
-// CommandError where no length can be given.
+// Each still has the values that the settings give at its time. How far the search is stands on the
+// terminal; `path` is what to name the episode by. Throws CommandError where no length can be
+// given.
 FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
-                   const ParamValues& values, const LoopSearch& search, std::string_view path);
-
-// "6.03333333 seconds: 181 frames, whose ends differ by 0.52 of 255 values"
-std::string loopText(const FoundLoop& found, std::int64_t fps);
+                   const Settings& settings, const LoopSearch& search, std::string_view path);
 
 } // namespace tarnwick

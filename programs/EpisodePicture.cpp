@@ -3,8 +3,11 @@
 #include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/Numbers.h"
 #include "TarnwickRender/ShaderRun.h"
+#include "TarnwickRender/SoundTap.h"
 #include "programs/CommandError.h"
 #include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSettings.h"
+#include "programs/ProgressBar.h"
 
 #include <algorithm>
 #include <cmath>
@@ -40,37 +43,33 @@ std::uint32_t savedFrame(double time) {
 }
 
 Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const EpisodeFrame& frame,
-                  gpu::Device& device, StillNews& news, ProgressBar& bar) {
+                  gpu::Device& device, StillNews& news) {
     checkSteps(*program, frame.time, "stills");
-    bar.doing("Drawing " + std::string(frame.path));
-    news.warmed = [&](std::int64_t step, std::int64_t goal) {
-        if (step < goal)
-            bar.show(step, goal);
-        else
-            bar.doing("Drawing " + std::string(frame.path));
-    };
     const auto [width, height] = frame.size;
-    std::optional<Picture> picture =
-        StillRenderer::render(program, device, width, height, static_cast<float>(frame.time),
-                              frame.frame, frame.values, &news, frame.valuesAt);
+    const auto tap =
+        frame.hears && program->usesInputs() ? SoundTap::make(program, device) : nullptr;
+    const ShaderInputs inputs =
+        tap ? tap->playedInputs(frame.time, frame.settings.values) : ShaderInputs::none();
+    std::optional<Picture> picture = StillRenderer::render(
+        program, device, width, height, static_cast<float>(frame.time), frame.frame,
+        frame.settings.valuesAt(frame.time), &news, valuesOverTime(frame.settings), inputs);
     if (!picture)
         failure(ShaderRun::absence(*program, device, width, height));
     return *std::move(picture);
 }
 
 Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device) {
-    ProgressBar bar("Step");
-    return pictureOf(frame, device, bar);
-}
-
-Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device, ProgressBar& bar) {
-    const auto program = programOf(frame.path, frame.episode, device, bar);
+    const auto program = programOf(frame.path, frame.episode, device);
     StillNews news;
-    Picture picture = pictureOf(program, frame, device, news, bar);
-    bar.hide();
+    std::optional<Picture> picture;
+    {
+        ProgressBar bar("Step");
+        news.warmed = [&](std::int64_t step, std::int64_t goal) { bar.show(step, goal); };
+        picture = pictureOf(program, frame, device, news);
+    }
     if (news.hitLoopBudget)
         warnOfLoopBudget(frame.path);
-    return picture;
+    return *std::move(picture);
 }
 
 void warnOfLoopBudget(std::string_view path, std::string_view made) {

@@ -1,9 +1,9 @@
 // One frame of an episode, drawn for a subcommand.
 #pragma once
 
+#include "TarnwickCore/Settings.h"
 #include "TarnwickRender/StillRenderer.h"
 #include "programs/Arguments.h"
-#include "programs/ProgressBar.h"
 
 #include <cstdint>
 #include <string>
@@ -30,22 +30,23 @@ struct EpisodeFrame {
     PixelSize size;
     double time = 0; // seconds, from 0 on
     std::uint32_t frame = 0;
-    ParamValues values;     // of the frame
-    ValuesAt valuesAt = {}; // of a simulation's steps at their times; empty: `values`
+    Settings settings{};
+    bool hears = false; // plays the episode's own sound to it up to that time; else silence
 };
 
-// Compiles and draws it; how far that is stands on standard error. Throws CommandError; what the
-// compiler finds has been printed then.
+// Compiles and draws it; how far a simulation is stands on standard error. Throws CommandError;
+// what the compiler finds has been printed then.
 Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device);
-// The same on a bar that shows other work too.
-Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device, ProgressBar& bar);
 
-// Draws it with its program, the episode's text left aside. Throws CommandError.
+// Draws it with its program, the episode's text left aside; says nothing. Throws CommandError.
 Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const EpisodeFrame& frame,
-                  gpu::Device& device, StillNews& news, ProgressBar& bar);
+                  gpu::Device& device, StillNews& news);
 
 // Says on standard error that a loop of the episode was ended; `made` is what may lack something
 // now.
 void warnOfLoopBudget(std::string_view path, std::string_view made = "picture");
+
+constexpr Option hearOption{"--hear", "",
+                            "an episode with Inputs hears its own sound; default: silence"};
 
 } // namespace tarnwick

@@ -5,10 +5,10 @@
 #include "TarnwickRender/AudioRenderer.h"
 #include "TarnwickRender/ShaderError.h"
 #include "programs/CommandError.h"
+#include "programs/EpisodeSettings.h"
 #include "programs/ProgressBar.h"
 #include "programs/Seconds.h"
 #include "programs/SourceFile.h"
-#include "programs/StillValues.h"
 
 #include <algorithm>
 #include <array>
@@ -38,8 +38,7 @@ EpisodeSound episodeSoundOf(const Arguments& arguments, std::string_view startOp
     sound.duration = durationOf(arguments);
     sound.episode = sourceText(sound.path);
     checkSound(sound.episode, sound.path);
-    sound.values =
-        settingsOf(arguments.values("--set"), ParamParser::parse(sound.episode), sound.path);
+    sound.values = episodeSettingsOf(arguments, sound.path, sound.episode).values;
     return sound;
 }
 

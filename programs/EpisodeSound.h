@@ -15,13 +15,13 @@ namespace tarnwick {
 struct EpisodeSound {
     std::string_view path; // to name the episode by
     std::string episode;   // its text
-    ParamValues values;
-    double start = 0;    // seconds, from 0 on
-    double duration = 0; // seconds, at least one sample
+    ParamValues values;    // base values: keys do not move a sound
+    double start = 0;      // seconds, from 0 on
+    double duration = 0;   // seconds, at least one sample
 };
 
-// From the operand, `startOption`, --duration and --set. Throws CommandError; also when the episode
-// has no sound.
+// From the operand, `startOption`, --duration and what says its settings. Throws CommandError; also
+// when the episode has no sound.
 EpisodeSound episodeSoundOf(const Arguments& arguments, std::string_view startOption);
 
 // Ends the command because `sound` is NaN or infinite at `time` seconds.

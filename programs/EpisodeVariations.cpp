@@ -3,6 +3,7 @@
 #include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/Numbers.h"
 #include "programs/CommandError.h"
+#include "programs/EpisodeSettings.h"
 #include "programs/SourceFile.h"
 
 #include <algorithm>
@@ -83,7 +84,25 @@ std::vector<std::int64_t> indicesOf(const Arguments& arguments, const EpisodeMet
     return indices;
 }
 
+// The declarations, with the settings' values for defaults.
+std::vector<ParamDecl> variedParams(std::string_view episode, const Settings& settings) {
+    std::vector<ParamDecl> params = ParamParser::parse(episode);
+    std::erase_if(params,
+                  [&](const ParamDecl& param) { return !settings.keys.keys(param.name).empty(); });
+    for (ParamDecl& param : params)
+        if (const auto value = settings.values.find(param.name); value != settings.values.end())
+            param.defaultValue = value->second;
+    return params;
+}
+
 } // namespace
+
+Settings EpisodeVariations::settingsOf(const Variation& variation) const {
+    Settings varied = settings;
+    for (const auto& [name, value] : variation.values)
+        varied.values[name] = value;
+    return varied;
+}
 
 EpisodeVariations episodeVariationsOf(const Arguments& arguments) {
     EpisodeVariations variations{.path = arguments.operand("episode"), .seed = seedOf(arguments)};
@@ -93,7 +112,8 @@ EpisodeVariations episodeVariationsOf(const Arguments& arguments) {
     variations.duration =
         secondsOf(arguments, "--duration", meta.variationLength, "@variation", variations.path);
     variations.spread = spreadOf(arguments);
-    const std::vector<ParamDecl> params = ParamParser::parse(variations.episode);
+    variations.settings = episodeSettingsOf(arguments, variations.path, variations.episode);
+    const std::vector<ParamDecl> params = variedParams(variations.episode, variations.settings);
     const auto names = static_cast<std::int64_t>(params.size());
     const std::int64_t most =
         std::max<std::int64_t>(1, mostValues / std::max<std::int64_t>(1, names));

@@ -1,6 +1,7 @@
 // Which variations of an episode a command line asks for.
 #pragma once
 
+#include "TarnwickCore/Settings.h"
 #include "TarnwickCore/Variations.h"
 #include "programs/Arguments.h"
 
@@ -18,11 +19,16 @@ struct EpisodeVariations {
     double length = 0;   // seconds of the episode
     double duration = 0; // seconds that each variation is shown
     float spread = 0;    // [0, 1]
+    Settings settings;   // that the series is drawn around
     std::vector<Variation> series;
+
+    // The settings with the variation's values.
+    Settings settingsOf(const Variation& variation) const;
 };
 
 // The single operand with --seed, --from, --count, --length, --duration and --spread; what they
-// leave out the episode's header says. Throws CommandError.
+// leave out the episode's header says. The series varies the settings' values, or the defaults;
+// parameters with keys follow their keys and are not varied. Throws CommandError.
 EpisodeVariations episodeVariationsOf(const Arguments& arguments);
 
 } // namespace tarnwick

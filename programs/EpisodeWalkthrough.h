@@ -1,11 +1,11 @@
 // Which walkthrough a command line asks for, and its programs.
 #pragma once
 
+#include "TarnwickCore/Settings.h"
 #include "TarnwickCore/Walkthrough.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "TarnwickRender/WalkthroughRenderer.h"
 #include "programs/Arguments.h"
-#include "programs/ProgressBar.h"
 
 #include <memory>
 #include <span>
@@ -19,6 +19,7 @@ namespace tarnwick {
 struct EpisodeWalkthrough {
     std::vector<std::string_view> paths; // to name them by
     std::vector<std::string> sources;    // their texts
+    Settings settings{};                 // of the episode; stages take them too
 
     const std::string& episode() const { return sources.back(); }
     std::vector<WalkthroughStage> stages(const WalkthroughRenderer& renderer) const;
@@ -30,7 +31,7 @@ EpisodeWalkthrough episodeWalkthroughOf(const Arguments& arguments);
 // The programs of all stages, the episode's last. Throws CommandError, which names the stage and
 // the line; all that the compiler finds has been printed then.
 std::vector<std::shared_ptr<const ShaderProgram>> programsOf(const EpisodeWalkthrough& walkthrough,
-                                                             gpu::Device& device, ProgressBar& bar);
+                                                             gpu::Device& device);
 
 // Of pages of so many pixels. Throws CommandError where they are too small.
 WalkthroughRenderer walkthroughRenderer(std::int64_t width, std::int64_t height);

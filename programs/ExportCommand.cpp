@@ -5,13 +5,13 @@
 #include "programs/Command.h"
 #include "programs/EpisodeLoop.h"
 #include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSettings.h"
 #include "programs/EpisodeSound.h"
 #include "programs/ExportFrames.h"
 #include "programs/ExportOptions.h"
 #include "programs/MovieExport.h"
 #include "programs/Seconds.h"
 #include "programs/SourceFile.h"
-#include "programs/StillValues.h"
 
 #include <algorithm>
 #include <array>
@@ -26,8 +26,7 @@ struct Request {
     std::string_view path;
     MovieTarget movie;
     std::string episode;
-    ParamValues values;
-    std::optional<KeyframeTracks> keys;
+    Settings settings;
     double askedStart = 0, start = 0, duration = 0, crossfade = 0; // seconds
     std::optional<LoopSearch> search;                              // whose answer is the duration
     std::optional<FrameRange> frames;
@@ -63,14 +62,18 @@ std::optional<LoopSearch> searchOf(const Arguments& arguments, const Request& re
     return search;
 }
 
-// Before the start there are the crossfade's frames. A search may give any length of its range: the
-// longest has the longest crossfade.
+// Seconds that the crossfade of a movie of `duration` seconds has.
+double crossfadeOf(const Request& request, double duration) {
+    const std::int64_t fps = request.movie.preset.fps;
+    return static_cast<double>(crossfadeFrames(request.crossfade, duration, fps)) /
+           static_cast<double>(fps);
+}
+
+// A search may give any length of its range: the longest has the longest crossfade.
 double startOf(const Request& request) {
     const double longest =
         request.search ? request.search->around + request.search->range : request.duration;
-    const std::int64_t fps = request.movie.preset.fps;
-    const std::int64_t frames = crossfadeFrames(request.crossfade, longest, fps);
-    return loopStart(request.askedStart, static_cast<double>(frames) / static_cast<double>(fps));
+    return loopStart(request.askedStart, crossfadeOf(request, longest));
 }
 
 Request requestOf(const Arguments& arguments) {
@@ -86,10 +89,7 @@ Request requestOf(const Arguments& arguments) {
         request.search->start = request.start;
     if (const auto given = arguments.value("--frames"))
         request.frames = exportFramesOf(*given, request.movie.preset, request.duration);
-    const std::vector<ParamDecl> params = ParamParser::parse(request.episode);
-    request.values = settingsOf(arguments.values("--set"), params, request.path);
-    if (const auto keysPath = arguments.value("--keys"))
-        request.keys = keysOf(*keysPath, params);
+    request.settings = episodeSettingsOf(arguments, request.path, request.episode);
     request.sound = exportSoundOf(arguments, request.episode, request.path);
     request.watermark = arguments.has("--watermark");
     return request;
@@ -97,17 +97,13 @@ Request requestOf(const Arguments& arguments) {
 
 ExportSegment segmentOf(const Request& request, std::shared_ptr<const ShaderProgram> program) {
     ExportSegment segment{.program = std::move(program),
-                          .values = request.values,
                           .start = request.start,
                           .duration = request.duration,
                           .watermark = request.watermark,
                           .sound = request.sound,
                           .loop = request.crossfade,
                           .loopSound = true};
-    if (request.keys)
-        segment.valuesAt = [&request](double time) {
-            return request.keys->values(time, request.values);
-        };
+    letFollow(segment, request.settings);
     return segment;
 }
 
@@ -116,20 +112,17 @@ Status export_(const Arguments& arguments) {
     const auto device = drawingDevice();
     const auto program = programOf(request.path, request.episode, *device);
     sayLoopStart(request.askedStart, request.start);
-    if (request.search) {
-        const FoundLoop found =
-            findLoop(program, *device, request.values, *request.search, request.path);
-        request.duration = found.length;
-        request.movie.out.say("The loop takes " + loopText(found, request.search->fps) + ".\n");
-    }
+    if (request.search)
+        request.duration =
+            findLoop(program, *device, request.settings, *request.search, request.path).length;
     checkSteps(*program, request.start + request.duration, "movies");
     if (request.sound && (!request.frames || request.frames->first == 0)) {
-        const double first = std::max(request.start - request.crossfade, 0.0);
+        const double crossfade = crossfadeOf(request, request.duration);
         checkHeard({.path = request.path,
                     .episode = request.episode,
-                    .values = request.values,
-                    .start = first,
-                    .duration = request.start + request.duration - first},
+                    .values = request.settings.values,
+                    .start = request.start - crossfade,
+                    .duration = request.duration + crossfade},
                    *device);
     }
     ExportSegment segment = segmentOf(request, program);
@@ -139,15 +132,17 @@ Status export_(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 14> exportOptions{{
+constexpr std::array<Option, 16> exportOptions{{
     {"-o", "OUT",
      "where to write the movie, .mp4 or .mov as the preset has it, or - for standard output; "
      "required"},
     presetOption,
     {"--start", "SECONDS", "of the episode; 0 without it"},
     {"--duration", "SECONDS", "of the movie; the episode's @length without it, or 10"},
-    {"--set", "NAME=VALUE", "of a parameter; may be repeated"},
-    {"--keys", "FILE.json", "keyframes of parameters, which go before --set"},
+    setOption,
+    keysOption,
+    settingsOption,
+    noSettingsOption,
     watermarkOption,
     {"--loop", "SECONDS",
      "crossfade the end, sound included, into what lies before the start, so that it loops; the "

@@ -4,7 +4,6 @@
 #include "programs/Command.h"
 #include "programs/HeldSignals.h"
 #include "programs/Output.h"
-#include "programs/ProgressBar.h"
 
 #include <array>
 #include <vector>
@@ -46,8 +45,6 @@ Status join(const Arguments& arguments) {
     const Output out = Output::wanted(arguments, kind);
     const std::vector<fs::path> parts(arguments.operands().begin(), arguments.operands().end());
     const HeldSignals whileWriting;
-    ProgressBar bar("");
-    bar.doing("Joining " + std::to_string(parts.size()) + " parts");
     out.writeWith([&](const fs::path& file) { joinInto(file, parts, kind); });
     return Status::done;
 }

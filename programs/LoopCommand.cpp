@@ -3,11 +3,12 @@
 #include "programs/Command.h"
 #include "programs/EpisodeLoop.h"
 #include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSettings.h"
 #include "programs/Seconds.h"
 #include "programs/SourceFile.h"
-#include "programs/StillValues.h"
 
 #include <array>
+#include <cstdio>
 
 namespace tarnwick {
 namespace {
@@ -32,26 +33,37 @@ LoopSearch searchOf(const Arguments& arguments) {
     return search;
 }
 
+std::string foundText(const FoundLoop& found, std::int64_t fps) {
+    const auto frames = static_cast<double>(fps) * found.length;
+    std::array<char, 120> text{};
+    std::snprintf(text.data(), text.size(),
+                  "%.9g seconds: %.0f frames, whose ends differ by %.2f of 255 values\n",
+                  found.length, frames, found.difference);
+    return text.data();
+}
+
 Status loop(const Arguments& arguments) {
     const std::string_view path = arguments.operand("episode");
     const LoopSearch search = searchOf(arguments);
     const std::string episode = sourceText(path);
-    const ParamValues values =
-        settingsOf(arguments.values("--set"), ParamParser::parse(episode), path);
+    const Settings settings = episodeSettingsOf(arguments, path, episode);
     const auto device = drawingDevice();
     const auto program = programOf(path, episode, *device);
     sayLoopStart(askedStart(arguments), search.start);
-    print(loopText(findLoop(program, *device, values, search, path), search.fps) + "\n");
+    print(foundText(findLoop(program, *device, settings, search, path), search.fps));
     return Status::done;
 }
 
-constexpr std::array<Option, 6> loopOptions{{
-    {"--around", "SECONDS", "about how long the loop is to be; required"},
+constexpr std::array<Option, 9> loopOptions{{
+    {"--around", "SECONDS", "about how long the loop is to be; always wanted"},
     {"--range", "SECONDS", "how much it may be longer or shorter; 0.5 without it"},
     {"--fps", "N", "frames a second, of which the loop is to have a whole number; 30 without it"},
     {"--start", "SECONDS", "of the episode, where the loop begins; 0 without it"},
     {"--loop", "SECONDS", "the movie's crossfade, before which it does not begin; 0 without it"},
-    {"--set", "NAME=VALUE", "of a parameter; may be repeated"},
+    setOption,
+    keysOption,
+    settingsOption,
+    noSettingsOption,
 }};
 
 } // namespace

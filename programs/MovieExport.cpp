@@ -2,22 +2,18 @@
 
 #include "programs/CommandError.h"
 #include "programs/EpisodePicture.h"
+#include "programs/EpisodeSettings.h"
 #include "programs/ExportProgress.h"
 #include "programs/HeldSignals.h"
 
-#include <array>
-#include <chrono>
-#include <cinttypes>
 #include <cstdio>
 #include <string>
 
 namespace tarnwick {
 namespace {
 
-// The number of its frames.
-std::int64_t exportInto(const std::filesystem::path& file, std::span<const ExportSegment> segments,
-                        const ExportPreset& preset, gpu::Device& device,
-                        const ExportDetails& details) {
+void exportInto(const std::filesystem::path& file, std::span<const ExportSegment> segments,
+                const ExportPreset& preset, gpu::Device& device, const ExportDetails& details) {
     HeldSignals signals;
     ExportProgress progress;
     const auto goesOn = [&](std::int64_t done, std::int64_t total) {
@@ -30,22 +26,14 @@ std::int64_t exportInto(const std::filesystem::path& file, std::span<const Expor
         signals.forget(); // the sentence says it
         failure(error.what());
     }
-    return progress.total();
-}
-
-// "rose.mp4: 300 frames, 10 s, 2.4 MB, made in 41 s."
-std::string summary(const MovieTarget& target, std::int64_t frames, std::uintmax_t bytes,
-                    double seconds) {
-    const double length = static_cast<double>(frames) / static_cast<double>(target.preset.fps);
-    const auto size = static_cast<double>(bytes);
-    std::array<char, 120> text{};
-    std::snprintf(text.data(), text.size(), ": %" PRId64 " frames, %.6g s, %.1f %s, made in %s.\n",
-                  frames, length, size < 1e6 ? size / 1e3 : size / 1e6, size < 1e6 ? "kB" : "MB",
-                  clockText(seconds).c_str());
-    return target.out.name() + text.data();
 }
 
 } // namespace
+
+void letFollow(ExportSegment& segment, const Settings& settings) {
+    segment.values = settings.values;
+    segment.valuesAt = valuesOverTime(settings);
+}
 
 void letListen(ExportSegment& segment, SoundTap* tap) {
     if (tap == nullptr)
@@ -57,27 +45,19 @@ void letListen(ExportSegment& segment, SoundTap* tap) {
 
 void exportMovie(std::span<const ExportSegment> segments, const MovieTarget& target,
                  gpu::Device& device, std::string_view path, ExportDetails details) {
-    using Clock = std::chrono::steady_clock;
-    const Clock::time_point begin = Clock::now();
-    std::int64_t frames = 0;
-    std::uintmax_t bytes = 0;
     target.out.writeWith([&](const std::filesystem::path& file) {
-        frames = exportMovieFile(segments, target.preset, device, file, path, details);
-        bytes = std::filesystem::file_size(file);
+        exportMovieFile(segments, target.preset, device, file, path, details);
     });
-    const double seconds = std::chrono::duration<double>(Clock::now() - begin).count();
-    target.out.say(summary(target, frames, bytes, seconds));
 }
 
-std::int64_t exportMovieFile(std::span<const ExportSegment> segments, const ExportPreset& preset,
-                             gpu::Device& device, const std::filesystem::path& file,
-                             std::string_view path, ExportDetails details) {
+void exportMovieFile(std::span<const ExportSegment> segments, const ExportPreset& preset,
+                     gpu::Device& device, const std::filesystem::path& file, std::string_view path,
+                     ExportDetails details) {
     ExportNews news;
     details.news = &news;
-    const std::int64_t frames = exportInto(file, segments, preset, device, details);
+    exportInto(file, segments, preset, device, details);
     if (news.hitLoopBudget)
         warnOfLoopBudget(path, "movie");
-    return frames;
 }
 
 } // namespace tarnwick

@@ -2,6 +2,7 @@
 #include "programs/Awaited.h"
 #include "programs/Command.h"
 #include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSettings.h"
 #include "programs/ExportOptions.h"
 #include "programs/ProgressBar.h"
 #include "programs/Service.h"
@@ -63,10 +64,13 @@ void checkProblems(const ShareUpload& upload, Status status) {
 }
 
 // What cannot be compiled is refused here too when nothing is to be drawn.
-void draw(ShareUpload& upload, const Arguments& arguments, const PixelSize& size) {
+void draw(ShareUpload& upload, const Arguments& arguments, const PixelSize& size,
+          const Settings& settings) {
     const auto device = drawingDevice();
-    SharedEpisode episode{
-        .path = arguments.operand("episode"), .source = upload.source, .size = size};
+    SharedEpisode episode{.path = arguments.operand("episode"),
+                          .source = upload.source,
+                          .size = size,
+                          .settings = settings};
     episode.program = programOf(episode.path, episode.source, *device);
     if (!arguments.has("--thumb"))
         upload.thumb = sharedThumb(episode, *device);
@@ -95,9 +99,11 @@ Status share(const Arguments& arguments) {
     ShareUpload upload = uploadOf(arguments);
     const PixelSize size = movieSizeOf(arguments, ExportPreset::site);
     checkProblems(upload, Status::misused);
+    const Settings settings =
+        episodeSettingsOf(arguments, arguments.operand("episode"), upload.source);
     const Service service(arguments);
     const Secret token = service.wantedToken();
-    draw(upload, arguments, size);
+    draw(upload, arguments, size, settings);
     checkProblems(upload, Status::failed);
     try {
         print(terminalText(sent(upload, token, service.client()).url.string()) + "\n");
@@ -109,7 +115,7 @@ Status share(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 8> shareOptions{{
+constexpr std::array<Option, 12> shareOptions{{
     {"--title", "TEXT", "of its page; always wanted"},
     {"--description", "TEXT", "on its page"},
     {"--licence", "ID", "cc-by-nc-sa-4.0, as without it, cc-by-4.0, mit or arr"},
@@ -117,6 +123,10 @@ constexpr std::array<Option, 8> shareOptions{{
     {"--loop", "FILE.mp4", "a movie that loops, in place of one that is drawn"},
     {"--thumb", "FILE.jpg", "a still, in place of one that is drawn"},
     movieSizeOption,
+    setOption,
+    keysOption,
+    settingsOption,
+    noSettingsOption,
     serverOption,
 }};
 

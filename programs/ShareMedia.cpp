@@ -9,7 +9,6 @@
 #include "programs/MovieExport.h"
 #include "programs/ProgressBar.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -31,18 +30,20 @@ ExportPreset presetOf(const PixelSize& size) {
     return preset;
 }
 
-// Late enough for the crossfade to have something before it: a simulation stands still before 0.
 ExportSegment segmentOf(const SharedEpisode& episode, gpu::Device& device) {
     ExportSegment segment{.program = episode.program,
-                          .start = std::max(crossfade, stillTime(episode.source) - usualLength / 2),
+                          .start =
+                              loopStart(stillTime(episode.source) - usualLength / 2, crossfade),
                           .duration = usualLength,
                           .loop = crossfade};
+    letFollow(segment, episode.settings);
     const LoopSearch search{.start = segment.start,
                             .around = usualLength,
                             .range = range,
                             .fps = ExportPreset::site.fps};
     if (!episode.program->needsRun())
-        segment.duration = findLoop(episode.program, device, {}, search, episode.path).length;
+        segment.duration =
+            findLoop(episode.program, device, episode.settings, search, episode.path).length;
     return segment;
 }
 
@@ -52,8 +53,7 @@ std::string sharedLoop(const SharedEpisode& episode, gpu::Device& device) {
     ExportSegment segment = segmentOf(episode, device);
     const auto tap =
         episode.program->usesInputs() ? SoundTap::make(episode.program, device) : nullptr;
-    if (tap)
-        segment.inputsAt = [&](double time) { return tap->inputs(time, {}); };
+    letListen(segment, tap.get());
     const TemporaryFolder folder;
     const fs::path file = folder.path() / "loop.mp4";
     exportMovieFile({&segment, 1}, presetOf(episode.size), device, file, episode.path);
@@ -62,13 +62,18 @@ std::string sharedLoop(const SharedEpisode& episode, gpu::Device& device) {
 
 std::string sharedThumb(const SharedEpisode& episode, gpu::Device& device) {
     const double time = stillTime(episode.source);
-    const EpisodeFrame frame{
-        .path = episode.path, .size = episode.size, .time = time, .frame = savedFrame(time)};
+    const EpisodeFrame frame{.path = episode.path,
+                             .size = episode.size,
+                             .time = time,
+                             .frame = savedFrame(time),
+                             .settings = episode.settings,
+                             .hears = true}; // as in the movie
     Picture picture;
     {
         ProgressBar bar("Step");
-        StillNews news;
-        picture = pictureOf(episode.program, frame, device, news, bar);
+        StillNews news{
+            .warmed = [&](std::int64_t step, std::int64_t goal) { bar.show(step, goal); }};
+        picture = pictureOf(episode.program, frame, device, news);
     }
     std::string thumb;
     for (int quality = 92; quality > 0; quality -= 15) {

@@ -15,6 +15,7 @@ struct SharedEpisode {
     std::string source;
     std::shared_ptr<const ShaderProgram> program;
     PixelSize size; // of the movie and of the still
+    Settings settings{};
 };
 
 // An MP4 movie without sound: around the time of the episode's still, of the length from 6 to 10

@@ -3,6 +3,7 @@
 #include "TarnwickPlatform/Pictures/Halved.h"
 #include "programs/Command.h"
 #include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSettings.h"
 #include "programs/SourceFile.h"
 #include "programs/StillSheet.h"
 
@@ -18,6 +19,7 @@ struct Episode {
     std::string text;
     std::int64_t number;
     std::string label;
+    Settings settings;
 };
 
 // Number and title. The name of the file where the episode has no title: all such episodes would
@@ -36,21 +38,24 @@ std::vector<Episode> episodesOf(const Arguments& arguments) {
     for (const std::string_view path : arguments.operands()) {
         const std::string text = sourceText(path);
         const EpisodeMeta meta = EpisodeMeta::parse(text);
-        episodes.push_back({path, text, meta.number, labelOf(meta, path)});
+        episodes.push_back({path, text, meta.number, labelOf(meta, path),
+                            episodeSettingsOf(arguments, path, text)});
     }
     std::ranges::stable_sort(episodes, {}, &Episode::number);
     return episodes;
 }
 
-LabelledPicture labelledStill(const Episode& episode, const SheetLayout& layout,
-                              gpu::Device& device, ProgressBar& bar) {
+LabelledPicture labelledStill(const Episode& episode, const SheetLayout& layout, bool hears,
+                              gpu::Device& device) {
     const double time = stillTime(episode.text);
     const EpisodeFrame frame{.path = episode.path,
                              .episode = episode.text,
                              .size = drawnSize(layout),
                              .time = time,
-                             .frame = savedFrame(time)};
-    return {.picture = halved(pictureOf(frame, device, bar)), .label = episode.label};
+                             .frame = savedFrame(time),
+                             .settings = episode.settings,
+                             .hears = hears};
+    return {.picture = halved(pictureOf(frame, device)), .label = episode.label};
 }
 
 Status sheet(const Arguments& arguments) {
@@ -62,21 +67,19 @@ Status sheet(const Arguments& arguments) {
     const SheetLayout layout = sheetLayoutOf(arguments, labels);
     const auto device = drawingDevice();
     std::vector<LabelledPicture> pictures;
-    {
-        ProgressBar bar("Step");
-        for (const Episode& episode : episodes) {
-            bar.part(partName("Still", pictures.size(), episodes.size()));
-            pictures.push_back(labelledStill(episode, layout, *device, bar));
-        }
-    }
+    for (const Episode& episode : episodes)
+        pictures.push_back(labelledStill(episode, layout, arguments.has(hearOption.name), *device));
     writeSheet(pictures, layout, out);
     return Status::done;
 }
 
-constexpr std::array<Option, 3> sheetOptions{{
+constexpr std::array<Option, 6> sheetOptions{{
     {"-o", "OUT.png", "where to write the sheet, or - for standard output; required"},
     columnsOption,
     stillSizeOption,
+    settingsOption,
+    noSettingsOption,
+    hearOption,
 }};
 
 } // namespace

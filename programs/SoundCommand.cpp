@@ -2,6 +2,7 @@
 #include "TarnwickRender/AudioRenderer.h"
 #include "programs/Command.h"
 #include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSettings.h"
 #include "programs/EpisodeSound.h"
 #include "programs/Output.h"
 #include "programs/ProgressBar.h"
@@ -16,7 +17,6 @@ std::vector<float> samplesOf(const EpisodeSound& sound) {
     const auto device = drawingDevice();
     const auto program = programOf(sound.path, sound.episode, *device);
     ProgressBar bar("Second");
-    bar.doing("Compiling the sound of " + std::string(sound.path));
     const auto check = soundCheckOf(sound, *device);
     SoundNews news;
     news.check = check.get();
@@ -45,11 +45,13 @@ Status sound(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 4> soundOptions{{
+constexpr std::array<Option, 6> soundOptions{{
     {"-o", "OUT.wav", "where to write the sound, or - for standard output; required"},
     {"--start", "SECONDS", "of the episode; 0 without it"},
     {"--duration", "SECONDS", "of sound; 10 without it"},
-    {"--set", "NAME=VALUE", "of a parameter; may be repeated"},
+    setOption,
+    settingsOption,
+    noSettingsOption,
 }};
 
 } // namespace

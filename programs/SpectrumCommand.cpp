@@ -5,6 +5,7 @@
 #include "programs/Command.h"
 #include "programs/EpisodePicture.h"
 #include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSettings.h"
 #include "programs/EpisodeSound.h"
 #include "programs/Output.h"
 #include "programs/ProgressBar.h"
@@ -17,9 +18,6 @@
 namespace tarnwick {
 namespace {
 
-constexpr int framesASecond = 60;
-constexpr int framesBefore = 2 * framesASecond; // after which nothing is left of older levels
-
 class Listener {
   public:
     explicit Listener(const EpisodeSound& sound) : sound_(sound), device_(drawingDevice()) {
@@ -30,13 +28,8 @@ class Listener {
     }
     // The levels at `time`, as the frames before left them.
     std::array<float, 4> levels(double time) {
-        ProgressBar bar("Frame");
-        for (int frame = framesBefore; frame > 0; --frame)
-            if (const double before = time - static_cast<double>(frame) / framesASecond;
-                before >= 0) {
-                bar.show(framesBefore - frame, framesBefore);
-                hear(before);
-            }
+        for (const double before : SoundTap::timesBefore(time))
+            hear(before);
         return hear(time);
     }
     std::array<float, 4> hear(double time) {
@@ -80,7 +73,6 @@ SpectrumOverTime spectrumOf(const EpisodeSound& sound, std::uint32_t columns, Li
                               .lowest = AudioAnalyzer::lowestFrequency,
                               .highest = AudioAnalyzer::highestFrequency};
     ProgressBar bar("Column");
-    bar.show(0, columns);
     for (std::uint32_t column = 0; column < columns; ++column) {
         listener.hear(sound.start + (column + 0.5) * sound.duration / columns);
         spectrum.values.insert(spectrum.values.end(), listener.spectrum().begin(),
@@ -117,13 +109,15 @@ Status spectrum(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 5> spectrumOptions{{
+constexpr std::array<Option, 7> spectrumOptions{{
     {"--time", "SECONDS", "of the episode, where the levels are taken; required"},
     {"-o", "OUT.png",
      "draws the spectrum from there on, high frequencies up; - for standard output"},
     {"--duration", "SECONDS", "that the picture shows; 10 without it"},
     {"--size", "WxH", "of the picture, in pixels; 1280x720 without it"},
-    {"--set", "NAME=VALUE", "of a parameter; may be repeated"},
+    setOption,
+    settingsOption,
+    noSettingsOption,
 }};
 
 } // namespace

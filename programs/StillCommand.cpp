@@ -3,9 +3,10 @@
 #include "programs/Command.h"
 #include "programs/EpisodePicture.h"
 #include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSettings.h"
+#include "programs/EpisodeSound.h"
 #include "programs/Output.h"
 #include "programs/SourceFile.h"
-#include "programs/StillValues.h"
 
 #include <array>
 #include <cmath>
@@ -36,6 +37,17 @@ std::uint32_t frameOf(const Arguments& arguments, double time) {
     return static_cast<std::uint32_t>(*frame);
 }
 
+// What --hear says. Throws CommandError for an episode that cannot hear itself.
+bool hearsOf(const Arguments& arguments, const EpisodeFrame& frame) {
+    if (!arguments.has(hearOption.name))
+        return false;
+    checkSound(frame.episode, frame.path);
+    if (!ShaderAssembler::assemble(frame.episode).usesInputs)
+        failure(std::string(frame.path) +
+                " does not hear its sound: its shade has no parameter of the type Inputs.");
+    return true;
+}
+
 // All that the command line says, checked before anything is compiled or drawn.
 struct Request {
     Output out;
@@ -50,14 +62,8 @@ Request requestOf(const Arguments& arguments) {
     frame.episode = sourceText(frame.path);
     frame.time = timeOf(arguments, frame.episode);
     frame.frame = frameOf(arguments, frame.time);
-    const std::vector<ParamDecl> params = ParamParser::parse(frame.episode);
-    frame.values = settingsOf(arguments.values("--set"), params, frame.path);
-    if (const auto keysPath = arguments.value("--keys"))
-        frame.valuesAt = [keys = keysOf(*keysPath, params), base = frame.values](double time) {
-            return keys.values(time, base);
-        };
-    if (frame.valuesAt)
-        frame.values = frame.valuesAt(frame.time);
+    frame.hears = hearsOf(arguments, frame);
+    frame.settings = episodeSettingsOf(arguments, frame.path, frame.episode);
     return request;
 }
 
@@ -68,12 +74,15 @@ Status still(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 6> stillOptions{{
+constexpr std::array<Option, 9> stillOptions{{
     {"-o", "OUT.png", "where to write the picture, or - for standard output; required"},
     {"--time", "SECONDS", "of the episode; what its @still says without it, or 10"},
     {"--size", "WxH", "in pixels; 1280x720 without it"},
-    {"--set", "NAME=VALUE", "of a parameter; may be repeated"},
-    {"--keys", "FILE.json", "keyframes of parameters, which go before --set"},
+    setOption,
+    keysOption,
+    settingsOption,
+    noSettingsOption,
+    hearOption,
     {"--frame", "N", "the frame's number; 30 a second without it"},
 }};
 

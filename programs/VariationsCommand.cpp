@@ -4,6 +4,7 @@
 #include "TarnwickPlatform/Pictures/Halved.h"
 #include "programs/Command.h"
 #include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSettings.h"
 #include "programs/EpisodeVariations.h"
 #include "programs/ExportOptions.h"
 #include "programs/Output.h"
@@ -72,25 +73,27 @@ std::vector<std::string> labelsOf(const EpisodeVariations& variations) {
 // Each at its start and with its values.
 std::vector<LabelledPicture> stillsOf(const EpisodeVariations& variations,
                                       std::span<const std::string> labels,
-                                      const SheetLayout& layout) {
+                                      const SheetLayout& layout, bool hears) {
     const auto device = drawingDevice();
-    ProgressBar bar("Step");
-    const auto program = programOf(variations.path, variations.episode, *device, bar);
+    const auto program = programOf(variations.path, variations.episode, *device);
     std::vector<LabelledPicture> stills;
+    ProgressBar bar("Still");
     StillNews news;
+    const auto showProgress = [&] { bar.show(std::ssize(stills), std::ssize(labels)); };
+    news.warmed = [&](std::int64_t, std::int64_t) { showProgress(); };
     bool hitLoopBudget = false;
     for (const Variation& variation : variations.series) {
-        bar.part(partName("Still", stills.size(), labels.size()));
+        showProgress();
         const EpisodeFrame frame{.path = variations.path,
                                  .size = drawnSize(layout),
                                  .time = variation.start,
                                  .frame = savedFrame(variation.start),
-                                 .values = variation.values};
-        Picture picture = halved(pictureOf(program, frame, *device, news, bar));
+                                 .settings = variations.settingsOf(variation),
+                                 .hears = hears};
+        Picture picture = halved(pictureOf(program, frame, *device, news));
         hitLoopBudget |= news.hitLoopBudget;
         stills.push_back({.picture = std::move(picture), .label = labels[stills.size()]});
     }
-    bar.hide();
     if (hitLoopBudget)
         warnOfLoopBudget(variations.path);
     return stills;
@@ -100,7 +103,8 @@ void writeSheetOf(const EpisodeVariations& variations, const Arguments& argument
                   const Output& out) {
     const std::vector<std::string> labels = labelsOf(variations);
     const SheetLayout layout = sheetLayoutOf(arguments, labels);
-    writeSheet(stillsOf(variations, labels, layout), layout, out);
+    const bool hears = arguments.has(hearOption.name);
+    writeSheet(stillsOf(variations, labels, layout, hears), layout, out);
 }
 
 // At most one of them can have standard output.
@@ -136,7 +140,7 @@ Status variations(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 17> variationsOptions{{
+constexpr std::array<Option, 22> variationsOptions{{
     {"--seed", "N", "that the series is drawn from; required"},
     {"--count", "N", "how many; those of the episode's @variations without it"},
     {"--from", "N", "the first one's number; 1 without it"},
@@ -154,6 +158,12 @@ constexpr std::array<Option, 17> variationsOptions{{
     soundOption,
     noSoundOption,
     watermarkOption,
+    setOption,
+    keysOption,
+    settingsOption,
+    noSettingsOption,
+    {"--hear", "",
+     "in the stills episodes with Inputs hear their own sound, as they do in a movie"},
 }};
 
 } // namespace

@@ -26,7 +26,7 @@ void checkAllHeard(const EpisodeVariations& variations, gpu::Device& device) {
         .path = variations.path, .episode = variations.episode, .duration = variations.duration};
     const auto check = soundCheckOf(sound, device);
     for (const Variation& variation : variations.series) {
-        sound.values = variation.values;
+        sound.values = variations.settingsOf(variation).values;
         sound.start = variation.start;
         checkHeard(sound, *check);
     }
@@ -47,11 +47,11 @@ VideoChapters exportVariations(const EpisodeVariations& variations, const Argume
     std::vector<ExportSegment> segments;
     for (const Variation& variation : variations.series) {
         segments.push_back({.program = program,
-                            .values = variation.values,
                             .start = variation.start,
                             .duration = variations.duration,
                             .watermark = arguments.has("--watermark"),
                             .sound = sound});
+        letFollow(segments.back(), variations.settingsOf(variation));
         letListen(segments.back(), tap.get());
     }
     exportMovie(segments, movie, *device, variations.path, {.chapters = movieChaptersOf(chapters)});

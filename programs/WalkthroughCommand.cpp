@@ -4,6 +4,7 @@
 #include "programs/Command.h"
 #include "programs/EpisodePicture.h"
 #include "programs/EpisodeProgram.h"
+#include "programs/EpisodeSettings.h"
 #include "programs/EpisodeWalkthrough.h"
 #include "programs/ExportOptions.h"
 #include "programs/Output.h"
@@ -40,21 +41,21 @@ fs::path pageName(std::int64_t stage, std::size_t page) {
 std::vector<Picture> stillsOf(const EpisodeWalkthrough& walkthrough,
                               const WalkthroughRenderer& renderer) {
     const auto device = drawingDevice();
-    ProgressBar bar("Step");
-    const auto programs = programsOf(walkthrough, *device, bar);
+    const auto programs = programsOf(walkthrough, *device);
     const double time = stillTime(walkthrough.episode());
     std::vector<Picture> stills;
+    ProgressBar bar("Still");
     for (std::size_t index = 0; index < programs.size(); ++index) {
-        bar.part(partName("Still", index, programs.size()));
+        bar.show(static_cast<std::int64_t>(index), static_cast<std::int64_t>(programs.size()));
         const auto& [x, y, width, height] = renderer.picture();
         StillNews news;
         stills.push_back(pictureOf(programs[index],
                                    {.path = walkthrough.paths[index],
                                     .size = {.width = width, .height = height},
                                     .time = time,
-                                    .frame = savedFrame(time)},
-                                   *device, news, bar));
-        bar.hide();
+                                    .frame = savedFrame(time),
+                                    .settings = walkthrough.settings},
+                                   *device, news));
         if (news.hitLoopBudget)
             warnOfLoopBudget(walkthrough.paths[index]);
     }
@@ -103,10 +104,13 @@ void writePages(const EpisodeWalkthrough& walkthrough, const WalkthroughRenderer
 }
 
 Status walkthrough(const Arguments& arguments) {
-    const EpisodeWalkthrough walkthrough = episodeWalkthroughOf(arguments);
+    EpisodeWalkthrough walkthrough = episodeWalkthroughOf(arguments);
     const auto folder = arguments.value("--pages"), movie = arguments.value("-o");
     if (arguments.has("--json") + folder.has_value() + movie.has_value() > 1)
         misuse("--json, --pages and -o exclude each other.");
+    if (movie || folder)
+        walkthrough.settings =
+            episodeSettingsOf(arguments, walkthrough.paths.back(), walkthrough.episode());
     if (movie) {
         exportWalkthrough(walkthrough, arguments);
         return Status::done;
@@ -124,7 +128,7 @@ Status walkthrough(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 12> walkthroughOptions{{
+constexpr std::array<Option, 16> walkthroughOptions{{
     stagesOption,
     {"--json", "", "the pages for tools"},
     {"--pages", "FOLDER", "the pages as pictures, as a movie shows them, into a folder"},
@@ -137,6 +141,10 @@ constexpr std::array<Option, 12> walkthroughOptions{{
     soundOption,
     noSoundOption,
     watermarkOption,
+    setOption,
+    keysOption,
+    settingsOption,
+    noSettingsOption,
 }};
 
 } // namespace

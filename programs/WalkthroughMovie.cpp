@@ -90,10 +90,7 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
     const std::string_view path = walkthrough.paths.back();
     const bool sound = exportSoundOf(arguments, walkthrough.episode(), path);
     const auto device = drawingDevice();
-    const auto programs = [&] {
-        ProgressBar bar("");
-        return programsOf(walkthrough, *device, bar);
-    }();
+    const auto programs = programsOf(walkthrough, *device);
     const Film film{.renderer = renderer,
                     .stages = stages,
                     .timeline = timeline,
@@ -103,6 +100,7 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
     if (sound)
         checkHeard({.path = path,
                     .episode = walkthrough.episode(),
+                    .values = walkthrough.settings.values,
                     .start = film.start,
                     .duration = timeline.total()},
                    *device);
@@ -119,8 +117,8 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
                             .sound = sound,
                             .layout = film.layoutOf(stage),
                             .soundProgram = programs.back()});
-        if (tap && programs[stage]->usesInputs())
-            segments.back().inputsAt = [&tap](double time) { return tap->inputs(time, {}); };
+        letFollow(segments.back(), walkthrough.settings);
+        letListen(segments.back(), programs[stage]->usesInputs() ? tap.get() : nullptr);
     }
     exportMovie(segments, movie, *device, path, {.chapters = chaptersOf(film)});
 }

@@ -13,6 +13,8 @@ Shows the saver of a bundle, or of an episode.
 
   --bundle DIR             the bundle to show (else the one beside the program); with an episode,
                            the folder that is made its bundle
+  --settings FILE.json     the settings of the episode (default: NAME.json beside NAME.metal)
+  --no-settings            ignores the settings beside the episode
   --window-id ID           shows it in this window; without it the environment's XSCREENSAVER_WINDOW
                            is taken, then --root, then a window of its own
   --root                   shows it in the root window
@@ -84,8 +86,10 @@ struct Option {
 };
 
 using Text = std::string_view;
-constexpr std::array<Option, 11> table{{
+constexpr std::array<Option, 13> table{{
     {"bundle", true, [](HostOptions& o, Text, Text value) { o.bundle = value; }},
+    {"settings", true, [](HostOptions& o, Text, Text value) { o.settings = value; }},
+    {"no-settings", false, [](HostOptions& o, Text, Text) { o.noSettings = true; }},
     {"window-id", true,
      [](HostOptions& o, Text name, Text value) { o.window = windowID(name, value); }},
     {"root", false, [](HostOptions& o, Text, Text) { o.root = true; }},
@@ -106,6 +110,14 @@ const Option* optionNamed(std::string_view name) {
         if (option.name == name)
             return &option;
     return nullptr;
+}
+
+// A bundle has settings of its own.
+void checkSettings(const HostOptions& options) {
+    if (options.settings && options.noSettings)
+        throw UsageError("--settings and --no-settings exclude each other.");
+    if ((options.settings || options.noSettings) && !options.episode && !options.help)
+        throw UsageError("--settings and --no-settings require an episode.");
 }
 
 } // namespace
@@ -134,6 +146,7 @@ HostOptions parseHostOptions(std::span<const char* const> arguments) {
             throw UsageError("--" + std::string(option->name) + " takes a value.");
         option->apply(options, option->name, value);
     }
+    checkSettings(options);
     return options;
 }
 

@@ -17,10 +17,12 @@ struct UsageError : std::runtime_error {
 };
 
 struct HostOptions {
-    std::optional<std::filesystem::path> bundle;  // else the one beside the program
-    std::optional<std::filesystem::path> episode; // to be made a bundle of
-    std::optional<unsigned long> window;          // the id of the X11 window to show in
-    bool root = false;                            // show in the root window
+    std::optional<std::filesystem::path> bundle;   // else the one beside the program
+    std::optional<std::filesystem::path> episode;  // to be made a bundle of
+    std::optional<std::filesystem::path> settings; // in place of the document beside the episode
+    bool noSettings = false;                       // ignore the document beside the episode
+    std::optional<unsigned long> window;           // the id of the X11 window to show in
+    bool root = false;                             // show in the root window
     bool preview = false;
     std::optional<PixelSize> size;        // of our own window or picture; each side in [1, 16384]
     std::optional<double> offscreen;      // seconds to draw off screen, (0, 3600]

@@ -31,6 +31,7 @@ OffscreenRun drawOffscreen(const Bundle& bundle, ScreenKind kind, const PixelSiz
     const TarnwickSaverView view(frame, kind, bundle);
     OffscreenRun run;
     run.failure = view.failure();
+    run.settingsRemarks = view.settingsRemarks();
     if (run.failure) {
         run.last = blackPicture(size);
         view.drawRect(run.last);

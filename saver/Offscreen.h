@@ -8,6 +8,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tarnwick {
 
@@ -17,7 +18,8 @@ struct OffscreenRun {
     double seconds = 0; // that they took
     Picture last;       // the last frame, or the failure screen
     std::optional<std::string> failure;
-    std::optional<std::string> absence; // why the last frame is black though nothing failed
+    std::optional<std::string> absence;       // why the last frame is black though nothing failed
+    std::vector<std::string> settingsRemarks; // what is amiss with the settings document
 };
 
 // Draws frames for `seconds` of the host clock, one after the other as fast as the device can, at

@@ -47,6 +47,8 @@ int drawPicture(const HostOptions& options, const Bundle& bundle, double seconds
     checkPicture(options);
     const OffscreenRun run = drawOffscreen(bundle, kindOf(options), sizeOf(options), seconds);
     writePNG(run.last, options.picture);
+    for (const std::string& remark : run.settingsRemarks)
+        errors << remark << '\n';
     for (const auto& sentence : {run.failure, run.absence})
         if (sentence)
             errors << *sentence << '\n';
@@ -68,21 +70,35 @@ int show(const HostOptions& options, const Bundle& bundle, std::ostream& out,
     const WindowChoice choice{
         .id = options.window, .root = options.root, .ownSize = sizeOf(options)};
     bool hasFailed = false;
-    showInWindow(bundle, kindOf(options), choice, [&](const std::string& failure) {
-        errors << failure << std::endl;
+    auto say = [&](const std::string& sentence) { errors << sentence << std::endl; };
+    auto fail = [&](const std::string& failure) {
+        say(failure);
         hasFailed = true;
-    });
+    };
+    showInWindow(bundle, kindOf(options), choice, fail, say);
     return hasFailed ? 1 : 0;
+}
+
+// The document that the episode is shown with.
+std::optional<fs::path> settingsOf(const HostOptions& options, std::ostream& errors) {
+    if (options.settings || options.noSettings)
+        return options.settings;
+    const std::optional<fs::path> beside = settingsBeside(*options.episode);
+    if (beside)
+        errors << "The settings are read from " << beside->string()
+               << "; --no-settings ignores them.\n";
+    return beside;
 }
 
 int showBundleOrEpisode(const HostOptions& options, std::ostream& out, std::ostream& errors) {
     if (!options.episode)
         return show(options, options.bundle ? Bundle(*options.bundle) : bundleBesideProgram(), out,
                     errors);
+    const std::optional<fs::path> settings = settingsOf(options, errors);
     if (options.bundle)
-        return show(options, makeBundle(*options.bundle, *options.episode), out, errors);
+        return show(options, makeBundle(*options.bundle, *options.episode, settings), out, errors);
     const TemporaryFolder folder;
-    return show(options, makeBundle(folder.path(), *options.episode), out, errors);
+    return show(options, makeBundle(folder.path(), *options.episode, settings), out, errors);
 }
 
 } // namespace
@@ -105,7 +121,7 @@ int runSaver(std::span<const char* const> arguments, std::ostream& out, std::ost
     } catch (const OutputNameError& error) {
         errors << "tarnwick-saver: " << error.what() << '\n';
         return 2;
-    } catch (const EpisodeReadError& error) {
+    } catch (const InputReadError& error) {
         errors << "tarnwick-saver: " << error.what() << '\n';
         return 2;
     } catch (const std::exception& error) {

@@ -35,18 +35,40 @@ void TarnwickSaverView::setUp(const Bundle& bundle) {
         failure_ = "The saver has no shader in it.";
         return;
     }
-    if (const auto document = bundle.pathForResource("saver", "json", "Shader"))
-        if (auto decoded = decodeSettings(fileBytes(*document).value_or("")))
-            settings_ = std::move(*decoded);
+    readSettings(bundle);
     try {
         program_ = ShaderProgram::compile(*source, *device, gpu::PixelFormat::bgra8Unorm);
     } catch (const std::exception& error) {
         failure_ = std::string("The shader didn't compile: ") + error.what();
         return;
     }
-    settings_.keys = settings_.keys.fitted(program_->params());
+    fitSettings();
     queue_ = device->newCommandQueue();
     addMetalView(std::move(device));
+}
+
+void TarnwickSaverView::readSettings(const Bundle& bundle) {
+    const auto document = bundle.pathForResource("saver", "json", "Shader");
+    if (!document)
+        return;
+    const std::string sentence = "The settings cannot be read, so the defaults are used";
+    const auto text = fileBytes(*document);
+    if (!text) {
+        settingsRemarks_.push_back(sentence + ".");
+        return;
+    }
+    try {
+        settings_ = Settings::decode(*text);
+    } catch (const DocumentError& error) {
+        settingsRemarks_.push_back(sentence + ": " + error.what());
+    }
+}
+
+void TarnwickSaverView::fitSettings() {
+    const std::vector<ParamDecl>& params = program_->params();
+    const std::vector<std::string> misfits = settings_.misfits(params, "The episode");
+    settingsRemarks_.insert(settingsRemarks_.end(), misfits.begin(), misfits.end());
+    settings_ = settings_.fitted(params);
 }
 
 void TarnwickSaverView::addMetalView(std::shared_ptr<gpu::Device> device) {
@@ -73,7 +95,7 @@ void TarnwickSaverView::drawInMTKView(MTKView& view) {
         return;
     advanceClock();
     const TWUniforms frame = uniforms(*drawable);
-    const ParamValues values = settings_.keys.values(clock_, settings_.values);
+    const ParamValues values = settings_.valuesAt(clock_);
     if (program_->needsRun())
         prepareRun(view, frame, values, *commands);
     auto encoder = commands->renderCommandEncoder(*pass);

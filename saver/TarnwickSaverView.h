@@ -1,6 +1,7 @@
 // The saver: one episode from a bundle, drawn frame by frame, or a line that says what failed.
 #pragma once
 
+#include "TarnwickCore/Settings.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickPlatform/Bundle/Bundle.h"
@@ -9,17 +10,18 @@
 #include "TarnwickRender/ShaderRun.h"
 #include "saver/MTKView.h"
 #include "saver/ScreenSaverView.h"
-#include "saver/Settings.h"
 
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tarnwick {
 
 // Reads Shader/shader.metal and Shader/saver.json of its bundle. Everything is set up in the
 // constructor and nothing is tried again: afterwards there is either a subview (metal()) that draws
-// or a failure. The settings are optional: a document that is missing or malformed changes nothing.
+// or a failure. The settings are optional: a document that is missing or malformed changes nothing;
+// values outside a declared range are clamped.
 // Never waits for the GPU, but for a drawable while three frames are in flight.
 class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate {
   public:
@@ -37,10 +39,14 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
     // the device could not make at this size.
     const std::optional<std::string>& absence() const { return absence_; }
     const Settings& settings() const { return settings_; }
+    // What is amiss with the settings document, a sentence each; the saver draws all the same.
+    const std::vector<std::string>& settingsRemarks() const { return settingsRemarks_; }
     double clock() const { return clock_; } // seconds during which frames were drawn
 
   private:
     void setUp(const Bundle& bundle);
+    void readSettings(const Bundle& bundle);
+    void fitSettings();
     void addMetalView(std::shared_ptr<gpu::Device> device);
 
     void mtkViewDrawableSizeWillChange(MTKView& view, const PixelSize& size) override;
@@ -55,6 +61,7 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<ShaderRun> run_;
     Settings settings_;
+    std::vector<std::string> settingsRemarks_;
     double clock_ = 0;           // seconds
     std::optional<double> last_; // the host clock at the previous frame
     std::optional<std::string> failure_, absence_;

@@ -98,12 +98,15 @@ void showUntilEnd(TarnwickSaverView& view, HostWindow& window, const EndSignals&
 } // namespace
 
 void showInWindow(const Bundle& bundle, ScreenKind kind, const WindowChoice& choice,
-                  const std::function<void(const std::string&)>& failed) {
+                  const std::function<void(const std::string&)>& failed,
+                  const std::function<void(const std::string&)>& remarked) {
     const EndSignals signals;
     HostWindow window(choice);
     TarnwickSaverView view(frameOf(window), kind, bundle); // after its window: it must go first
     window.setTitle(view.settings().name);
     Speaker speaker(failed);
+    for (const std::string& remark : view.settingsRemarks())
+        remarked(remark);
     speaker.say(view.failure());
     if (!view.failure())
         attach(*view.metal(), window);

@@ -48,12 +48,13 @@ void limitMemory() {
     setrlimit(RLIMIT_CORE, &none);
 }
 
-// Ends this process (by SIGALRM's default) should its parent be gone and the work never end.
+// Ends this process (by SIGPROF's default) should its parent be gone and the work never end.
+// Processor time, since the clock also counts while a process is stopped.
 void limitTime(std::uint32_t milliseconds) {
     const itimerval timer{
         .it_interval = {.tv_sec = 0, .tv_usec = 0},
         .it_value = {.tv_sec = static_cast<time_t>(milliseconds / 1000), .tv_usec = 0}};
-    setitimer(ITIMER_REAL, &timer, nullptr);
+    setitimer(ITIMER_PROF, &timer, nullptr);
 }
 
 bool isRequestWaiting(int connection) {

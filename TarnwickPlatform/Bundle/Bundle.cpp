@@ -21,6 +21,13 @@ std::string plainSettings(const fs::path& episode) {
     return document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
+std::string readBytes(const fs::path& file) {
+    std::optional<std::string> bytes = fileBytes(file);
+    if (!bytes)
+        throw InputReadError(file.string() + " is not a file that can be read.");
+    return *std::move(bytes);
+}
+
 // A reader of `file` finds the old bytes or the new ones, never a part.
 void replaceFile(const fs::path& file, std::string_view bytes) {
     const fs::path fresh = file.string() + ".new";
@@ -48,19 +55,25 @@ std::optional<fs::path> Bundle::pathForResource(std::string_view name, std::stri
     return path;
 }
 
-Bundle makeBundle(const fs::path& folder, const fs::path& episode) {
-    const std::optional<std::string> source = fileBytes(episode);
-    if (!source)
-        throw EpisodeReadError(episode.string() + " is not a file that can be read.");
-    const std::optional<std::string> settings =
-        fileBytes(fs::path(episode).replace_extension("json"));
+std::optional<fs::path> settingsBeside(const fs::path& episode) {
+    const fs::path document = fs::path(episode).replace_extension("json");
+    std::error_code failure;
+    if (document == episode || !fs::is_regular_file(document, failure))
+        return std::nullopt;
+    return document;
+}
+
+Bundle makeBundle(const fs::path& folder, const fs::path& episode,
+                  const std::optional<fs::path>& settings) {
+    const std::string source = readBytes(episode);
+    const std::string document = settings ? readBytes(*settings) : plainSettings(episode);
     std::error_code failure;
     fs::create_directories(folder / "Shader", failure);
     if (failure)
         throw BundleError((folder / "Shader").string() + " cannot be made: " + failure.message() +
                           ".");
-    replaceFile(folder / "Shader" / "shader.metal", *source);
-    replaceFile(folder / "Shader" / "saver.json", settings ? *settings : plainSettings(episode));
+    replaceFile(folder / "Shader" / "shader.metal", source);
+    replaceFile(folder / "Shader" / "saver.json", document);
     return Bundle(folder);
 }
 

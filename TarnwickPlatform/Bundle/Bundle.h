@@ -13,8 +13,8 @@ struct BundleError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The episode that a bundle was to be made of cannot be read.
-struct EpisodeReadError : BundleError {
+// The episode or the settings that a bundle was to be made of cannot be read.
+struct InputReadError : BundleError {
     using BundleError::BundleError;
 };
 
@@ -34,10 +34,15 @@ class Bundle {
     std::filesystem::path folder_;
 };
 
+// The settings document beside an episode: NAME.json beside NAME.metal. Nothing unless a regular
+// file (or a link to one) is there.
+std::optional<std::filesystem::path> settingsBeside(const std::filesystem::path& episode);
+
 // Makes `folder` the bundle of one episode: Shader/shader.metal is a copy of `episode`, and
-// Shader/saver.json a copy of the document beside it (NAME.json beside NAME.metal) or, without one,
-// settings that bear the episode's name and change nothing. What the folder held under these two
-// names is replaced, each in one step. Throws BundleError, EpisodeReadError among them.
-Bundle makeBundle(const std::filesystem::path& folder, const std::filesystem::path& episode);
+// Shader/saver.json a copy of the document `settings` or, without one, settings that bear the
+// episode's name and change nothing. What the folder held under these two names is replaced, each
+// in one step. Throws BundleError, InputReadError among them.
+Bundle makeBundle(const std::filesystem::path& folder, const std::filesystem::path& episode,
+                  const std::optional<std::filesystem::path>& settings);
 
 } // namespace tarnwick

@@ -56,6 +56,9 @@ TEST(ShaderDownload, saysWhyThereIsNone) {
     const HostileServer cut(ok + "Content-Length: 9\r\n\r\nabc");
     EXPECT_EQ(fetchProblem(cut.url()).kind(), Kind::network);
     EXPECT_STREQ(fetchProblem(cut.url()).what(), "The connection to the server was lost.");
+    const HostileServer refused("HTTP/1.1 404 Not Found\r\nContent-Length: 9\r\n\r\nabc");
+    for (int time = 0; time < 20; ++time)
+        EXPECT_EQ(fetchProblem(refused.url()), Problem(Kind::status, {}, 404));
 }
 
 TEST(ShaderDownload, followsRedirectsWithinTheOriginAlone) {
@@ -78,6 +81,8 @@ TEST(ShaderDownload, followsRedirectsWithinTheOriginAlone) {
 
 class ReleaseDownloadTest : public testing::Test {
   protected:
+    void SetUp() override { fs::create_directory(folder_); }
+
     ReleaseDownload::Problem::Kind problem(const LatestRelease& release) {
         const auto thrown = failureOf<ReleaseDownload::Problem>(
             ReleaseDownload::file(release, folder_ / "release", session_, "Test/1"));
@@ -87,7 +92,7 @@ class ReleaseDownloadTest : public testing::Test {
     }
 
     const TemporaryFolder temporary_;
-    const fs::path folder_ = temporary_.path();
+    const fs::path folder_ = temporary_.path() / "downloads";
     const std::shared_ptr<URLSession> session_ = APIClient::makeSession("Test/1");
 };
 

@@ -50,22 +50,25 @@ TEST_F(BundleFiles, areMadeFromAnEpisodeAndItsSettings) {
     write("tuned.json", "{}");
     const fs::path folder = root / "made/bundle";
 
-    makeBundle(folder, plain);
+    makeBundle(folder, plain, settingsBeside(plain));
     EXPECT_EQ(fileText(folder / "Shader/shader.metal"), "one");
     EXPECT_NE(fileText(folder / "Shader/saver.json")->find("\"name\": \"plain\""),
               std::string::npos);
 
-    makeBundle(folder, tuned);
+    EXPECT_FALSE(settingsBeside(root / "tuned.json"));
+    makeBundle(folder, tuned, settingsBeside(tuned));
     EXPECT_EQ(fileText(folder / "Shader/shader.metal"), "two");
     EXPECT_EQ(fileText(folder / "Shader/saver.json"), "{}");
 }
 
 TEST_F(BundleFiles, areNotMadeFromWhatCannotBeRead) {
-    EXPECT_THROW(makeBundle(root / "made", root / "missing.metal"), BundleError);
-    EXPECT_THROW(makeBundle(root / "made", root), BundleError);
+    EXPECT_THROW(makeBundle(root / "made", root / "missing.metal", {}), BundleError);
+    EXPECT_THROW(makeBundle(root / "made", root, {}), BundleError);
+    const fs::path good = write("good.metal", "x");
+    EXPECT_THROW(makeBundle(root / "made", good, root / "missing.json"), BundleError);
     EXPECT_FALSE(fs::exists(root / "made"));
     write("file", "");
-    EXPECT_THROW(makeBundle(root / "file", write("good.metal", "x")), BundleError);
+    EXPECT_THROW(makeBundle(root / "file", good, {}), BundleError);
 }
 
 } // namespace

@@ -62,6 +62,18 @@ TEST_F(Loop, isFoundAtThePeriodAndAtTheFirstOfEqualOnes) {
     EXPECT_EQ(LoopFinder::bestLength(swinging, *device, {}, 0.2, 1.5, 1, 20), 2.0);
 }
 
+TEST_F(Loop, isFoundWithTheValuesOfEachTime) {
+    const auto program = shading("float4(p.period)");
+    auto upAndDown = [](double time) { // twice in a second
+        const double turn = 2 * time - std::floor(2 * time);
+        return ParamValues{{"period", static_cast<float>(std::abs(2 * turn - 1))}};
+    };
+    // On the way up and down each value is met twice.
+    const auto found = LoopFinder::best(program, *device, upAndDown, 0.1, 0.4, 0.2, 20);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(*found, (FoundLoop{.length = 0.5, .difference = 0}));
+}
+
 TEST_F(Loop, isTheOneThatStillsMadeOneByOneGive) {
     for (const std::string& color : {turning, noisy})
         for (const double start : {0.0, 1234.567})

@@ -30,6 +30,7 @@ TEST(HostOptions, refuseWhatSaysNothingSensible) {
         {"--size", "12"},       {"--size", "12x"},      {"--offscreen", "0"},
         {"--offscreen", "nan"}, {"--offscreen", "1e9"}, {"--root=yes"},
         {"a.metal", "b.metal"}, {"--bundle"},           {"--"},
+        {"--no-settings"},      {"--settings", "a"},    {"e", "--settings=a", "--no-settings"},
     };
     for (const auto& line : lines)
         EXPECT_THROW(parse(line), UsageError) << line.front();

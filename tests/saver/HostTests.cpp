@@ -253,6 +253,27 @@ TEST(Offscreen, drawsThePictureThatTheWindowWouldShow) {
     EXPECT_NEAR(last.bytes.at(4 * 198 + 2), 51, 1); // the corner's red: 200 / 1000
 }
 
+TEST(Offscreen, drawsAnEpisodeWithTheSettingsBesideIt) {
+    const TestBundle files(episode, "{\"name\":");
+    const std::string folder = files.folder() + "/Shader/";
+    std::filesystem::copy(folder + "shader.metal", folder + "saver.metal");
+    auto said = [&](std::vector<std::string> more) {
+        std::vector<std::string> arguments{"--offscreen", "0.1", folder + "saver.metal", "-o",
+                                           folder + "last.png"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        ProgramRun run(arguments, {});
+        EXPECT_EQ(run.waitForEnd(), 0);
+        return run.said();
+    };
+    const std::string unread = "The settings cannot be read, so the defaults are used: "
+                               "Line 1, column 9 is not JSON: ";
+    const std::string found =
+        "The settings are read from " + folder + "saver.json; --no-settings ignores them.\n";
+    EXPECT_TRUE(said({}).starts_with(found + unread));
+    EXPECT_TRUE(said({"--settings", folder + "saver.json"}).starts_with(unread));
+    EXPECT_EQ(said({"--no-settings"}).find("settings"), std::string::npos);
+}
+
 TEST(Offscreen, keepsTheFailureScreenAndSaysSo) {
     const TestBundle files("");
     const std::string picture = files.folder() + "/last.png";

@@ -104,13 +104,19 @@ TEST(SaverView, drawsWithTheSettingsValuesAndKeys) {
     EXPECT_EQ(tuned.view.settings().name, "Tuned");
     EXPECT_FALSE(tuned.view.settings().keys.tracks.contains("gone"));
 
+    EXPECT_EQ(tuned.view.settingsRemarks().size(), 2u); // the key of 7, and the track of "gone"
+
     DrawnSaver half(twoLevels, R"({"name": "Half", "values": {"level": 0.6}})");
+    EXPECT_EQ(half.view.settingsRemarks(),
+              std::vector<std::string>{"The settings cannot be read, so the defaults are used: "
+                                       "The document has no \"keys\"."});
     EXPECT_EQ(half.drawAt(0), (std::array{51, 102, 0}));
     EXPECT_EQ(half.view.settings().name, "Tarnwick");
 }
 
-// `fields` follow the particle's place; each frame shows the step that it is at.
-std::string particleEpisode(std::string_view count, std::string_view fields) {
+// `fields` follow the particle's place; each frame shows the `number` of the step that it is at.
+std::string particleEpisode(std::string_view count, std::string_view fields,
+                            const std::string& number = "float(u.frame)") {
     const std::string rest = "constant Uniforms& u, constant Params& p";
     return "// @particles " + std::string(count) + "\nstruct Particle { float2 at; " +
            std::string(fields) +
@@ -119,8 +125,8 @@ std::string particleEpisode(std::string_view count, std::string_view fields) {
            rest + ") {}\nfloat3 place(Particle q, " + rest +
            ") { return float3(q.at, 9.0); }\n"
            "float4 ink(Particle q, float2 at, " +
-           rest +
-           ") { return float(u.frame) / 255.0; }\n"
+           rest + ") { return " + number +
+           " / 255.0; }\n"
            "float4 shade(float2 uv, " +
            rest + ", Trails trails) { return trails.at(uv); }\n";
 }
@@ -135,6 +141,15 @@ TEST(SaverView, playsParticlesWithFourStepsAFrameAtMost) {
     saver.view.setFrame({0, 0, 100, 50}); // a run of that size starts from the spawning
     EXPECT_EQ(saver.drawAt(0.15)[0], 3);
     EXPECT_FALSE(saver.view.absence());
+}
+
+TEST(SaverView, movesParticlesByTheKeysAtEachStepsTime) {
+    DrawnSaver saver("// @param level 0 0 60\n" + particleEpisode("1", "", "p.level"),
+                     R"({"name": "", "values": {}, "keys": {"tracks": {"level": [
+        {"time": 0, "value": 0, "ease": "linear"}, {"time": 1, "value": 60, "ease": "hold"}]}}})");
+    ASSERT_FALSE(saver.view.failure()) << *saver.view.failure();
+    EXPECT_EQ(saver.drawAt(0)[0], 0);
+    EXPECT_EQ(saver.drawAt(0.1)[0], 4); // of the four steps' last, where the frame's own is 6
 }
 
 TEST(SaverView, isBlackAndSaysWhyWhereItsRunCannotBeMade) {

@@ -22,8 +22,9 @@ TEST(Readme, namesEveryFolderInItsTable) {
 
 TEST(Readme, pointsAtFilesThatExist) {
     const std::regex link(R"(\]\(([^)#:]+)\))");
-    for (const char* page : {"README.md", "docs/design.md", "docs/compiler.md", "docs/gpu.md",
-                             "docs/library.md", "docs/episodes.md", "docs/service.md"}) {
+    for (const char* page :
+         {"README.md", "docs/design.md", "docs/compiler.md", "docs/gpu.md", "docs/library.md",
+          "docs/episodes.md", "docs/settings.md", "docs/service.md"}) {
         const fs::path file = fs::path(TREE_ROOT) / page;
         ASSERT_TRUE(fs::exists(file)) << page;
         for (const std::string& line : linesOf(file))
