@@ -58,7 +58,7 @@ void SessionLoop::run() {
         takeEnds();
         attend();
         std::erase_if(transfers_, [](const auto& transfer) { return transfer->isOver(); });
-        curl_multi_poll(multi_, nullptr, 0, millisecondsToNextDeadline(), nullptr);
+        curl_multi_poll(multi_, nullptr, 0, millisecondsToNextLook(), nullptr);
     }
     for (const auto& transfer : transfers_)
         transfer->fail(NetError(NetError::Kind::cancelled));
@@ -98,11 +98,12 @@ void SessionLoop::attend() {
         transfer->attend(now);
 }
 
-int SessionLoop::millisecondsToNextDeadline() const {
-    auto next = Transfer::Clock::now() + std::chrono::minutes(1);
+int SessionLoop::millisecondsToNextLook() const {
+    const auto now = Transfer::Clock::now();
+    Transfer::Clock::duration rest =
+        transfers_.empty() ? std::chrono::minutes(1) : WaitedTime::longestStep;
     for (const auto& transfer : transfers_)
-        next = std::min(next, transfer->deadline());
-    const auto rest = next - Transfer::Clock::now();
+        rest = std::min(rest, transfer->timeLeft(now));
     return std::max(0,
                     static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(rest).count()));
 }

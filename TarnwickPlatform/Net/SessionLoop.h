@@ -31,7 +31,7 @@ class SessionLoop {
     bool takeArrivals(); // false: the session ends
     void takeEnds();
     void attend();
-    int millisecondsToNextDeadline() const;
+    int millisecondsToNextLook() const;
 
     const SessionConfiguration configuration_;
     CURLM* multi_;

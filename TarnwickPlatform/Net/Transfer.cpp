@@ -16,10 +16,10 @@ URLRequest withHeaders(URLRequest request, const Headers& additional) {
     return request;
 }
 
-Transfer::Clock::time_point after(double seconds) {
+Transfer::Clock::duration timeOut(double seconds) {
     precondition(seconds > 0, "A time-out is a positive number of seconds.");
     const std::chrono::duration<double> time(std::min(seconds, 1e9));
-    return Transfer::Clock::now() + std::chrono::duration_cast<Transfer::Clock::duration>(time);
+    return std::chrono::duration_cast<Transfer::Clock::duration>(time);
 }
 
 } // namespace
@@ -28,7 +28,7 @@ Transfer::Transfer(URLRequest request, std::shared_ptr<TaskDelegate> delegate,
                    std::shared_ptr<Receiver> receiver, const SessionConfiguration& configuration)
     : request_(withHeaders(std::move(request), configuration.additionalHeaders)),
       delegate_(std::move(delegate)), receiver_(std::move(receiver)), configuration_(configuration),
-      deadline_(after(request_.timeout.value_or(configuration.timeout))) {}
+      timeout_(timeOut(request_.timeout.value_or(configuration.timeout))) {}
 
 void Transfer::start(CURLM* multi, std::stop_token stop, std::shared_ptr<Waker> waker) {
     multi_ = multi;
@@ -48,7 +48,7 @@ void Transfer::attend(Clock::time_point now) {
         return;
     if (stop_.stop_requested() || receiver_->isCancelled())
         return fail(NetError(NetError::Kind::cancelled));
-    if (now >= deadline_)
+    if (timeLeft(now) <= Clock::duration::zero())
         return fail(NetError(NetError::Kind::timedOut));
     if (isHeldUp_ && receiver_->hasRoom()) {
         isHeldUp_ = false;

@@ -1,6 +1,7 @@
 // One request from its start to its answer, through all redirects.
 #pragma once
 
+#include "TarnwickBase/WaitedTime.h"
 #include "TarnwickPlatform/Net/Exchange.h"
 #include "TarnwickPlatform/Net/Waker.h"
 
@@ -13,21 +14,22 @@ namespace tarnwick {
 // Made on any thread; all else happens on the session's.
 class Transfer : public ExchangeEvents {
   public:
-    using Clock = std::chrono::steady_clock;
+    using Clock = WaitedTime::Clock;
 
     Transfer(URLRequest request, std::shared_ptr<TaskDelegate> delegate,
              std::shared_ptr<Receiver> receiver, const SessionConfiguration& configuration);
 
     // Begins; `stop` is asked each time that the session's thread looks, and rouses it.
     void start(CURLM* multi, std::stop_token stop, std::shared_ptr<Waker> waker);
-    // Ends what was cancelled or took too long, goes on with what was held up.
+    // Ends what was cancelled or took too long, goes on with what was held up. To be called every
+    // WaitedTime::longestStep at least.
     void attend(Clock::time_point now);
     void didEnd(CURLcode code); // its exchange
     void fail(const NetError& error);
 
     bool isOver() const { return isOver_; }
     bool owns(CURL* easy) const { return exchange_ && exchange_->easy() == easy; }
-    Clock::time_point deadline() const { return deadline_; }
+    Clock::duration timeLeft(Clock::time_point now) { return timeout_ - waited_.look(now); }
 
   private:
     void send();
@@ -40,7 +42,8 @@ class Transfer : public ExchangeEvents {
     const std::shared_ptr<TaskDelegate> delegate_; // may be null
     const std::shared_ptr<Receiver> receiver_;     // shared with its reader
     const SessionConfiguration& configuration_;
-    const Clock::time_point deadline_;
+    const Clock::duration timeout_;
+    WaitedTime waited_;
     CURLM* multi_ = nullptr;
     std::stop_token stop_;
     std::optional<std::stop_callback<std::function<void()>>> wakingAtStop_;
