@@ -1,6 +1,8 @@
 #include "programs/ExportOptions.h"
 
 #include "TarnwickCore/Numbers.h"
+#include "TarnwickPlatform/Movie/SettingsFault.h"
+#include "TarnwickRender/VideoExporter.h"
 #include "programs/CommandError.h"
 #include "programs/EpisodeSound.h"
 
@@ -55,8 +57,11 @@ MovieTarget movieTargetOf(const Arguments& arguments) {
     preset.width = size.width;
     preset.height = size.height;
     readBitrate(preset, arguments);
-    const FileKind kind =
-        isQuickTime(preset.codec) ? FileKind::quickTimeMovie : FileKind::mpeg4Movie;
+    const bool isMov = isQuickTime(preset.codec);
+    if (const auto fault = settingsFault(VideoExporter::videoSettings(preset),
+                                         isMov ? MovieFileType::quickTime : MovieFileType::mpeg4))
+        misuse(*fault);
+    const FileKind kind = isMov ? FileKind::quickTimeMovie : FileKind::mpeg4Movie;
     return {.preset = preset,
             .out = Output::wanted(arguments, kind, "The preset " + std::string(preset.id))};
 }

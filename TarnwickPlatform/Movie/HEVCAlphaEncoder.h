@@ -6,9 +6,10 @@
 // Each pair is checked, and encoded again where it does not fit (LayerPairs).
 //
 // The average bit rate is that of both layers together: colour is given 95% of it, and alpha takes
-// what its quality needs, 10% at most. Of 1 Mb/s the two take 1.04 where all is opaque noise and 1.17
-// where alpha is noise as well (300 frames of 320x180, 5 seconds). A quality q stops alpha's
-// quantiser at 51 (1 - q), which 0.9 makes 5 of 51: near lossless while a tenth of the bits suffices.
+// what its quality needs, 10% at most. Of 1 Mb/s the two take 1.04 where all is opaque noise
+// and 1.17 where alpha is noise as well (300 frames of 320x180, 5 seconds). A quality q stops
+// alpha's quantiser at 51 (1 - q), which 0.9 makes 5 of 51: near lossless while a tenth of the bits
+// suffices.
 #pragma once
 
 #include "TarnwickPlatform/Movie/VideoEncoder.h"

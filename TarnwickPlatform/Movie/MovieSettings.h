@@ -21,9 +21,10 @@ enum class AlphaKind { straight, premultiplied };
 // range, 8 bits a component, 10 for the ProRes codecs.
 struct VideoSettings {
     MovieCodec codec = MovieCodec::h264;
-    std::int64_t width = 0; // pixels, [16, 16384]; even for all codecs but ProRes 4444
-    std::int64_t height =
-        0; // pixels, [16, 16384]; even where chroma has half the height (H.264, HEVC)
+    // Pixels, [16, 16384], HEVC: at least 50 x 32. The width is even for all codecs but ProRes
+    // 4444, the height for H.264 and HEVC, whose chroma has half of it.
+    std::int64_t width = 0;
+    std::int64_t height = 0;
     std::int64_t framesPerSecond = 0;     // [1, 1000]
     std::int64_t averageBitRate = 0;      // bits a second, above 0; the ProRes codecs pass it over
     std::int64_t maxKeyFrameInterval = 0; // frames, above 0; the ProRes codecs pass it over

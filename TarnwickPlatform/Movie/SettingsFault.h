@@ -1,4 +1,5 @@
-// Private to this folder: why a track cannot be what is asked for.
+// Why a track cannot be what is asked for: what MovieWriter::add refuses, for callers that want to
+// know before they have a writer.
 #pragma once
 
 #include "TarnwickPlatform/Movie/MovieSettings.h"

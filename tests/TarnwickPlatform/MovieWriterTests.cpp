@@ -13,6 +13,12 @@ TEST(MovieWriter, saysWhyATrackCannotBeAdded) {
     EXPECT_EQ(writer->add(odd), nullptr);
     EXPECT_EQ(writer->errorText(),
               "This codec takes pictures of an even width and height, not 63 x 48.");
+    for (const auto codec : {MovieCodec::hevc, MovieCodec::hevcWithAlpha}) {
+        VideoSettings narrow = smallVideo(codec);
+        narrow.width = 48;
+        EXPECT_EQ(writer->add(narrow), nullptr);
+        EXPECT_EQ(writer->errorText(), "An HEVC movie has at least 50 x 32 pixels, not 48 x 48.");
+    }
     EXPECT_EQ(writer->add(smallVideo(MovieCodec::prores4444)), nullptr);
     EXPECT_EQ(writer->errorText(), "ProRes goes into QuickTime movies only.");
     EXPECT_EQ(writer->status(), MovieWriterStatus::unknown);

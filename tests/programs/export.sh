@@ -21,6 +21,14 @@ expect 2 'preset site writes files that end in .mp4, not "a.mov"' export e.metal
 for size in 31x18 32x17 0x0 -2x4 8x8 99999x2 32; do
     expect 2 'size wants ' export e.metal -o a.mp4 --size $size
 done
+for preset in main4k hevcalpha; do
+    for size in 16x16 48x64 64x30; do
+        file=a.mp4
+        [ $preset = main4k ] || file=a.mov
+        expect 2 "An HEVC movie has at least 50 x 32 pixels, not ${size%x*} x ${size#*x}" \
+            export e.metal -o $file --preset $preset --size $size
+    done
+done
 for duration in 0 -1 nan inf 1e9 long ''; do
     expect 2 ' seconds' export e.metal -o a.mp4 --duration "$duration"
 done
