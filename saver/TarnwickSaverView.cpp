@@ -132,8 +132,7 @@ void TarnwickSaverView::prepareRun(MTKView& view, const TWUniforms& uniforms,
         run_ = ShaderRun::make(program_, *view.device(), width, height);
         absence_.reset();
         if (run_ && !settings_.keys.isEmpty())
-            run_->setValuesAt(
-                [this](double time) { return settings_.keys.values(time, settings_.values); });
+            run_->setValuesAt([this](double time) { return settings_.valuesAt(time); });
         if (!run_)
             absence_ = ShaderRun::absence(*program_, *view.device(), width, height);
     }
