@@ -9,7 +9,7 @@ namespace tarnwick {
 const std::string_view hostUsage =
     R"(tarnwick-saver [OPTIONS] [EPISODE.metal]
 
-Shows the saver of a bundle, or of an episode.
+Shows the saver of a bundle, or of an episode. An episode with Inputs meets silence.
 
   --bundle DIR             the bundle to show (else the one beside the program); with an episode,
                            the folder that is made its bundle

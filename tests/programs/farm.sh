@@ -10,6 +10,7 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {
 }
 float2 sound(float t, constant Params& p) { return float2(sin(t * 2000.0), sin(t * 1000.0)); }
 TEXT
+echo '{"name": "", "values": {"speed": 2}, "keys": {"tracks": {}}}' >'an episode.json'
 farm() {
     PART=10 HOSTS=2/: "$PROMISES/../../scripts/farm-parallel" "$@" >out 2>err
 }

@@ -159,7 +159,7 @@ TEST_F(Host, showsEachFailure) {
         display.resizeWindow(*window, {500, 120});
         expectFailureScreen(*window, message, row.preview ? 9 : 18);
         display.askToClose(*window);
-        EXPECT_EQ(run.waitForEnd(), 0);
+        EXPECT_EQ(run.waitForEnd(), 1);
     }
 }
 
