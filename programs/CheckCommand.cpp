@@ -1,7 +1,7 @@
 // tarnwick check: what the compiler finds in an episode.
 #include "TarnwickGPU/Device.h"
-#include "TarnwickRender/EpisodeCheck.h"
 #include "programs/Command.h"
+#include "programs/EpisodeProgram.h"
 #include "programs/Findings.h"
 #include "programs/SourceFile.h"
 
@@ -13,7 +13,7 @@ namespace tarnwick {
 static Status check(const Arguments& arguments) {
     const std::string_view path = arguments.operand("episode");
     const auto device = gpu::Device::systemDefault();
-    const EpisodeFindings findings = checkEpisode(sourceText(path), device.get());
+    const EpisodeFindings findings = findingsOf(path, sourceText(path), device.get());
     print(arguments.has("--json") ? findingsJSON(path, findings.diagnostics, findings.raw)
                                   : findingsText(path, findings.diagnostics));
     const bool isExplained =

@@ -3,6 +3,7 @@
 #include "programs/CommandError.h"
 #include "programs/ProgressBar.h"
 
+#include <array>
 #include <cstdio>
 #include <string>
 
@@ -25,6 +26,7 @@ FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Dev
     std::optional<FoundLoop> found;
     {
         ProgressBar bar("Length");
+        bar.doing("Drawing " + std::string(path));
         const auto valuesAt = [&](double time) { return settings.valuesAt(time); };
         found =
             LoopFinder::best(program, device, valuesAt, search.start, search.around, search.range,
@@ -38,6 +40,15 @@ FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Dev
     if (!found)
         failure("No length of two frames or more lies within that range.");
     return *found;
+}
+
+std::string loopText(const FoundLoop& found, std::int64_t fps) {
+    const auto frames = static_cast<double>(fps) * found.length;
+    std::array<char, 120> text{};
+    std::snprintf(text.data(), text.size(),
+                  "%.9g seconds: %.0f frames, whose ends differ by %.2f of 255 values",
+                  found.length, frames, found.difference);
+    return text.data();
 }
 
 } // namespace tarnwick

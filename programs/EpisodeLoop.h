@@ -5,6 +5,7 @@
 #include "TarnwickRender/LoopFinder.h"
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 
 namespace tarnwick {
@@ -30,5 +31,8 @@ void sayLoopStart(double asked, double start);
 // given.
 FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
                    const Settings& settings, const LoopSearch& search, std::string_view path);
+
+// "6.03333333 seconds: 181 frames, whose ends differ by 0.52 of 255 values"
+std::string loopText(const FoundLoop& found, std::int64_t fps);
 
 } // namespace tarnwick

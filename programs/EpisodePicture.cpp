@@ -7,7 +7,6 @@
 #include "programs/CommandError.h"
 #include "programs/EpisodeProgram.h"
 #include "programs/EpisodeSettings.h"
-#include "programs/ProgressBar.h"
 
 #include <algorithm>
 #include <cmath>
@@ -43,8 +42,15 @@ std::uint32_t savedFrame(double time) {
 }
 
 Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const EpisodeFrame& frame,
-                  gpu::Device& device, StillNews& news) {
+                  gpu::Device& device, StillNews& news, ProgressBar& bar) {
     checkSteps(*program, frame.time, "stills");
+    bar.doing("Drawing " + std::string(frame.path));
+    news.warmed = [&](std::int64_t step, std::int64_t goal) {
+        if (step < goal)
+            bar.show(step, goal);
+        else
+            bar.doing("Drawing " + std::string(frame.path));
+    };
     const auto [width, height] = frame.size;
     const auto tap =
         frame.hears && program->usesInputs() ? SoundTap::make(program, device) : nullptr;
@@ -59,17 +65,18 @@ Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const Epi
 }
 
 Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device) {
-    const auto program = programOf(frame.path, frame.episode, device);
+    ProgressBar bar("Step");
+    return pictureOf(frame, device, bar);
+}
+
+Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device, ProgressBar& bar) {
+    const auto program = programOf(frame.path, frame.episode, device, bar);
     StillNews news;
-    std::optional<Picture> picture;
-    {
-        ProgressBar bar("Step");
-        news.warmed = [&](std::int64_t step, std::int64_t goal) { bar.show(step, goal); };
-        picture = pictureOf(program, frame, device, news);
-    }
+    Picture picture = pictureOf(program, frame, device, news, bar);
+    bar.hide();
     if (news.hitLoopBudget)
         warnOfLoopBudget(frame.path);
-    return *std::move(picture);
+    return picture;
 }
 
 void warnOfLoopBudget(std::string_view path, std::string_view made) {

@@ -4,6 +4,7 @@
 #include "TarnwickCore/Settings.h"
 #include "TarnwickRender/StillRenderer.h"
 #include "programs/Arguments.h"
+#include "programs/ProgressBar.h"
 
 #include <cstdint>
 #include <string>
@@ -34,13 +35,15 @@ struct EpisodeFrame {
     bool hears = false; // plays the episode's own sound to it up to that time; else silence
 };
 
-// Compiles and draws it; how far a simulation is stands on standard error. Throws CommandError;
-// what the compiler finds has been printed then.
+// Compiles and draws it; how far that is stands on standard error. Throws CommandError; what the
+// compiler finds has been printed then.
 Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device);
+// The same on a bar that shows other work too.
+Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device, ProgressBar& bar);
 
-// Draws it with its program, the episode's text left aside; says nothing. Throws CommandError.
+// Draws it with its program, the episode's text left aside. Throws CommandError.
 Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const EpisodeFrame& frame,
-                  gpu::Device& device, StillNews& news);
+                  gpu::Device& device, StillNews& news, ProgressBar& bar);
 
 // Says on standard error that a loop of the episode was ended; `made` is what may lack something
 // now.

@@ -22,16 +22,31 @@ namespace {
 
 std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
                                                gpu::Device& device) {
+    ProgressBar bar("");
+    return programOf(path, episode, device, bar);
+}
+
+std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
+                                               gpu::Device& device, ProgressBar& bar) {
+    bar.doing("Compiling " + std::string(path));
     try {
         return ShaderProgram::compile(episode, device, ShaderProgram::pixelFormat);
     } catch (const ShaderError& error) {
+        bar.hide();
         refuse(path, error.diagnostics, error.raw);
     }
 }
 
+EpisodeFindings findingsOf(std::string_view path, const std::string& episode, gpu::Device* device,
+                           EpisodeWarnings warnings) {
+    ProgressBar bar("");
+    bar.doing("Compiling " + std::string(path));
+    return checkEpisode(episode, device, warnings);
+}
+
 void checkCompiles(std::string_view path, const std::string& episode) {
     const auto device = gpu::Device::systemDefault();
-    const EpisodeFindings findings = checkEpisode(episode, device.get());
+    const EpisodeFindings findings = findingsOf(path, episode, device.get());
     if (!findings.compiles)
         refuse(path, findings.diagnostics, findings.raw);
 }

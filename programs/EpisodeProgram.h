@@ -1,8 +1,10 @@
 // An episode compiled for a subcommand, and the device that it is for.
 #pragma once
 
+#include "TarnwickRender/EpisodeCheck.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "programs/CommandError.h"
+#include "programs/ProgressBar.h"
 
 #include <memory>
 #include <string>
@@ -17,6 +19,13 @@ std::shared_ptr<gpu::Device> drawingDevice();
 // compiler finds has been printed then.
 std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
                                                gpu::Device& device);
+// The same, and says on `bar` that it compiles, among other work that it shows.
+std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
+                                               gpu::Device& device, ProgressBar& bar);
+
+// What the compiler finds, as `check` says it. Without a device its pipelines are not made.
+EpisodeFindings findingsOf(std::string_view path, const std::string& episode, gpu::Device* device,
+                           EpisodeWarnings warnings = EpisodeWarnings::usual);
 
 // Throws CommandError where the episode does not compile, as programOf() does; works without a
 // device.

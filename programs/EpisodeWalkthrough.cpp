@@ -46,15 +46,17 @@ EpisodeWalkthrough episodeWalkthroughOf(const Arguments& arguments) {
     return walkthrough;
 }
 
-std::vector<std::shared_ptr<const ShaderProgram>> programsOf(const EpisodeWalkthrough& walkthrough,
-                                                             gpu::Device& device) {
+std::vector<std::shared_ptr<const ShaderProgram>>
+programsOf(const EpisodeWalkthrough& walkthrough, gpu::Device& device, ProgressBar& bar) {
     std::vector<std::shared_ptr<const ShaderProgram>> programs;
     for (std::size_t index = 0; index < walkthrough.sources.size(); ++index) {
         const std::string_view path = walkthrough.paths[index];
+        bar.doing("Compiling " + std::string(path));
         try {
             programs.push_back(ShaderProgram::compile(walkthrough.sources[index], device,
                                                       ShaderProgram::pixelFormat));
         } catch (const ShaderError& error) {
+            bar.hide();
             std::fputs(findingsText(path, error.diagnostics).c_str(), stderr);
             failure(failedStage(index, path, error));
         }

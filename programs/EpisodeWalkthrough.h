@@ -6,6 +6,7 @@
 #include "TarnwickRender/ShaderProgram.h"
 #include "TarnwickRender/WalkthroughRenderer.h"
 #include "programs/Arguments.h"
+#include "programs/ProgressBar.h"
 
 #include <memory>
 #include <span>
@@ -31,7 +32,7 @@ EpisodeWalkthrough episodeWalkthroughOf(const Arguments& arguments);
 // The programs of all stages, the episode's last. Throws CommandError, which names the stage and
 // the line; all that the compiler finds has been printed then.
 std::vector<std::shared_ptr<const ShaderProgram>> programsOf(const EpisodeWalkthrough& walkthrough,
-                                                             gpu::Device& device);
+                                                             gpu::Device& device, ProgressBar& bar);
 
 // Of pages of so many pixels. Throws CommandError where they are too small.
 WalkthroughRenderer walkthroughRenderer(std::int64_t width, std::int64_t height);

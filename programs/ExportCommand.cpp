@@ -112,9 +112,12 @@ Status export_(const Arguments& arguments) {
     const auto device = drawingDevice();
     const auto program = programOf(request.path, request.episode, *device);
     sayLoopStart(request.askedStart, request.start);
-    if (request.search)
-        request.duration =
-            findLoop(program, *device, request.settings, *request.search, request.path).length;
+    if (request.search) {
+        const FoundLoop found =
+            findLoop(program, *device, request.settings, *request.search, request.path);
+        request.duration = found.length;
+        request.movie.out.say("The loop takes " + loopText(found, request.search->fps) + ".\n");
+    }
     checkSteps(*program, request.start + request.duration, "movies");
     if (request.sound && (!request.frames || request.frames->first == 0)) {
         const double crossfade = crossfadeOf(request, request.duration);

@@ -8,18 +8,19 @@
 
 namespace tarnwick {
 
-// On standard error: where that is a terminal a bar with frames, frames a second and the time left,
-// elsewhere a line of the same every ten seconds.
+// On standard error: frames, frames a second and the time left.
 class ExportProgress {
   public:
     void show(std::int64_t done, std::int64_t total); // frames, in [0, total]
+
+    std::int64_t total() const { return total_; } // frames, after the first call
 
   private:
     using Clock = std::chrono::steady_clock;
 
     ProgressBar bar_{"Frame"};
     Clock::time_point begin_ = Clock::now();
-    Clock::time_point lastLine_ = begin_;
+    std::int64_t total_ = 0;
 };
 
 } // namespace tarnwick

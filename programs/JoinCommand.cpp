@@ -4,6 +4,7 @@
 #include "programs/Command.h"
 #include "programs/HeldSignals.h"
 #include "programs/Output.h"
+#include "programs/ProgressBar.h"
 
 #include <array>
 #include <vector>
@@ -45,6 +46,8 @@ Status join(const Arguments& arguments) {
     const Output out = Output::wanted(arguments, kind);
     const std::vector<fs::path> parts(arguments.operands().begin(), arguments.operands().end());
     const HeldSignals whileWriting;
+    ProgressBar bar("");
+    bar.doing("Joining " + std::to_string(parts.size()) + " parts");
     out.writeWith([&](const fs::path& file) { joinInto(file, parts, kind); });
     return Status::done;
 }

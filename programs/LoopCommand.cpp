@@ -8,7 +8,6 @@
 #include "programs/SourceFile.h"
 
 #include <array>
-#include <cstdio>
 
 namespace tarnwick {
 namespace {
@@ -33,15 +32,6 @@ LoopSearch searchOf(const Arguments& arguments) {
     return search;
 }
 
-std::string foundText(const FoundLoop& found, std::int64_t fps) {
-    const auto frames = static_cast<double>(fps) * found.length;
-    std::array<char, 120> text{};
-    std::snprintf(text.data(), text.size(),
-                  "%.9g seconds: %.0f frames, whose ends differ by %.2f of 255 values\n",
-                  found.length, frames, found.difference);
-    return text.data();
-}
-
 Status loop(const Arguments& arguments) {
     const std::string_view path = arguments.operand("episode");
     const LoopSearch search = searchOf(arguments);
@@ -50,12 +40,12 @@ Status loop(const Arguments& arguments) {
     const auto device = drawingDevice();
     const auto program = programOf(path, episode, *device);
     sayLoopStart(askedStart(arguments), search.start);
-    print(foundText(findLoop(program, *device, settings, search, path), search.fps));
+    print(loopText(findLoop(program, *device, settings, search, path), search.fps) + "\n");
     return Status::done;
 }
 
 constexpr std::array<Option, 9> loopOptions{{
-    {"--around", "SECONDS", "about how long the loop is to be; always wanted"},
+    {"--around", "SECONDS", "about how long the loop is to be; required"},
     {"--range", "SECONDS", "how much it may be longer or shorter; 0.5 without it"},
     {"--fps", "N", "frames a second, of which the loop is to have a whole number; 30 without it"},
     {"--start", "SECONDS", "of the episode, where the loop begins; 0 without it"},

@@ -2,6 +2,7 @@
 #include "TarnwickMSL/Compile.h"
 #include "programs/Command.h"
 #include "programs/Output.h"
+#include "programs/ProgressBar.h"
 #include "programs/SourceFile.h"
 
 #include <algorithm>
@@ -63,6 +64,8 @@ Compilation compiled(std::string_view path) {
             name += '\\';
         name += character == '\n' ? '?' : character;
     }
+    ProgressBar bar("");
+    bar.doing("Compiling " + std::string(path));
     return msl::compile("#line 1 \"" + name + "\"\n" + sourceText(path));
 }
 

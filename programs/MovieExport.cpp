@@ -6,14 +6,19 @@
 #include "programs/ExportProgress.h"
 #include "programs/HeldSignals.h"
 
+#include <array>
+#include <chrono>
+#include <cinttypes>
 #include <cstdio>
 #include <string>
 
 namespace tarnwick {
 namespace {
 
-void exportInto(const std::filesystem::path& file, std::span<const ExportSegment> segments,
-                const ExportPreset& preset, gpu::Device& device, const ExportDetails& details) {
+// The number of its frames.
+std::int64_t exportInto(const std::filesystem::path& file, std::span<const ExportSegment> segments,
+                        const ExportPreset& preset, gpu::Device& device,
+                        const ExportDetails& details) {
     HeldSignals signals;
     ExportProgress progress;
     const auto goesOn = [&](std::int64_t done, std::int64_t total) {
@@ -26,6 +31,19 @@ void exportInto(const std::filesystem::path& file, std::span<const ExportSegment
         signals.forget(); // the sentence says it
         failure(error.what());
     }
+    return progress.total();
+}
+
+// "rose.mp4: 300 frames, 10 s, 2.4 MB, made in 41 s."
+std::string summary(const MovieTarget& target, std::int64_t frames, std::uintmax_t bytes,
+                    double seconds) {
+    const double length = static_cast<double>(frames) / static_cast<double>(target.preset.fps);
+    const auto size = static_cast<double>(bytes);
+    std::array<char, 120> text{};
+    std::snprintf(text.data(), text.size(), ": %" PRId64 " frames, %.6g s, %.1f %s, made in %s.\n",
+                  frames, length, size < 1e6 ? size / 1e3 : size / 1e6, size < 1e6 ? "kB" : "MB",
+                  clockText(seconds).c_str());
+    return target.out.name() + text.data();
 }
 
 } // namespace
@@ -45,19 +63,27 @@ void letListen(ExportSegment& segment, SoundTap* tap) {
 
 void exportMovie(std::span<const ExportSegment> segments, const MovieTarget& target,
                  gpu::Device& device, std::string_view path, ExportDetails details) {
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point begin = Clock::now();
+    std::int64_t frames = 0;
+    std::uintmax_t bytes = 0;
     target.out.writeWith([&](const std::filesystem::path& file) {
-        exportMovieFile(segments, target.preset, device, file, path, details);
+        frames = exportMovieFile(segments, target.preset, device, file, path, details);
+        bytes = std::filesystem::file_size(file);
     });
+    const double seconds = std::chrono::duration<double>(Clock::now() - begin).count();
+    target.out.say(summary(target, frames, bytes, seconds));
 }
 
-void exportMovieFile(std::span<const ExportSegment> segments, const ExportPreset& preset,
-                     gpu::Device& device, const std::filesystem::path& file, std::string_view path,
-                     ExportDetails details) {
+std::int64_t exportMovieFile(std::span<const ExportSegment> segments, const ExportPreset& preset,
+                             gpu::Device& device, const std::filesystem::path& file,
+                             std::string_view path, ExportDetails details) {
     ExportNews news;
     details.news = &news;
-    exportInto(file, segments, preset, device, details);
+    const std::int64_t frames = exportInto(file, segments, preset, device, details);
     if (news.hitLoopBudget)
         warnOfLoopBudget(path, "movie");
+    return frames;
 }
 
 } // namespace tarnwick

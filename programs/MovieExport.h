@@ -6,6 +6,7 @@
 #include "TarnwickRender/VideoExporter.h"
 #include "programs/ExportOptions.h"
 
+#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -19,14 +20,15 @@ void letFollow(ExportSegment& segment, const Settings& settings);
 // of the movie, which has the segment's values throughout and none of its keys'. `tap` may be null.
 void letListen(ExportSegment& segment, SoundTap* tap);
 
-// Exports the segments to where the target says. How far it is stands on standard error; Ctrl-C
+// Exports the segments to where the target says, and says behind it what was made: frames, length,
+// size, time taken. How far it is stands on standard error; Ctrl-C
 // cancels it. `path` is what to name the episode by, `details` what else is wanted of the exporter.
 // Throws CommandError.
 void exportMovie(std::span<const ExportSegment> segments, const MovieTarget& target,
                  gpu::Device& device, std::string_view path, ExportDetails details = {});
-// The same as `file`, of which a part may remain where it fails.
-void exportMovieFile(std::span<const ExportSegment> segments, const ExportPreset& preset,
-                     gpu::Device& device, const std::filesystem::path& file, std::string_view path,
-                     ExportDetails details = {});
+// The same as `file`, of which a part may remain where it fails; gives the number of its frames.
+std::int64_t exportMovieFile(std::span<const ExportSegment> segments, const ExportPreset& preset,
+                             gpu::Device& device, const std::filesystem::path& file,
+                             std::string_view path, ExportDetails details = {});
 
 } // namespace tarnwick

@@ -71,9 +71,8 @@ std::string sharedThumb(const SharedEpisode& episode, gpu::Device& device) {
     Picture picture;
     {
         ProgressBar bar("Step");
-        StillNews news{
-            .warmed = [&](std::int64_t step, std::int64_t goal) { bar.show(step, goal); }};
-        picture = pictureOf(episode.program, frame, device, news);
+        StillNews news;
+        picture = pictureOf(episode.program, frame, device, news, bar);
     }
     std::string thumb;
     for (int quality = 92; quality > 0; quality -= 15) {

@@ -46,7 +46,7 @@ std::vector<Episode> episodesOf(const Arguments& arguments) {
 }
 
 LabelledPicture labelledStill(const Episode& episode, const SheetLayout& layout, bool hears,
-                              gpu::Device& device) {
+                              gpu::Device& device, ProgressBar& bar) {
     const double time = stillTime(episode.text);
     const EpisodeFrame frame{.path = episode.path,
                              .episode = episode.text,
@@ -55,7 +55,7 @@ LabelledPicture labelledStill(const Episode& episode, const SheetLayout& layout,
                              .frame = savedFrame(time),
                              .settings = episode.settings,
                              .hears = hears};
-    return {.picture = halved(pictureOf(frame, device)), .label = episode.label};
+    return {.picture = halved(pictureOf(frame, device, bar)), .label = episode.label};
 }
 
 Status sheet(const Arguments& arguments) {
@@ -67,8 +67,14 @@ Status sheet(const Arguments& arguments) {
     const SheetLayout layout = sheetLayoutOf(arguments, labels);
     const auto device = drawingDevice();
     std::vector<LabelledPicture> pictures;
-    for (const Episode& episode : episodes)
-        pictures.push_back(labelledStill(episode, layout, arguments.has(hearOption.name), *device));
+    {
+        ProgressBar bar("Step");
+        for (const Episode& episode : episodes) {
+            bar.part(partName("Still", pictures.size(), episodes.size()));
+            pictures.push_back(
+                labelledStill(episode, layout, arguments.has(hearOption.name), *device, bar));
+        }
+    }
     writeSheet(pictures, layout, out);
     return Status::done;
 }

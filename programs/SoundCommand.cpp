@@ -17,6 +17,7 @@ std::vector<float> samplesOf(const EpisodeSound& sound) {
     const auto device = drawingDevice();
     const auto program = programOf(sound.path, sound.episode, *device);
     ProgressBar bar("Second");
+    bar.doing("Compiling the sound of " + std::string(sound.path));
     const auto check = soundCheckOf(sound, *device);
     SoundNews news;
     news.check = check.get();

@@ -28,6 +28,8 @@ class Listener {
     }
     // The levels at `time`, as the frames before left them.
     std::array<float, 4> levels(double time) {
+        ProgressBar bar("");
+        bar.doing("Listening to " + std::string(sound_.path));
         for (const double before : SoundTap::timesBefore(time))
             hear(before);
         return hear(time);
@@ -73,6 +75,7 @@ SpectrumOverTime spectrumOf(const EpisodeSound& sound, std::uint32_t columns, Li
                               .lowest = AudioAnalyzer::lowestFrequency,
                               .highest = AudioAnalyzer::highestFrequency};
     ProgressBar bar("Column");
+    bar.show(0, columns);
     for (std::uint32_t column = 0; column < columns; ++column) {
         listener.hear(sound.start + (column + 0.5) * sound.duration / columns);
         spectrum.values.insert(spectrum.values.end(), listener.spectrum().begin(),

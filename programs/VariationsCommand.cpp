@@ -75,25 +75,24 @@ std::vector<LabelledPicture> stillsOf(const EpisodeVariations& variations,
                                       std::span<const std::string> labels,
                                       const SheetLayout& layout, bool hears) {
     const auto device = drawingDevice();
-    const auto program = programOf(variations.path, variations.episode, *device);
+    ProgressBar bar("Step");
+    const auto program = programOf(variations.path, variations.episode, *device, bar);
     std::vector<LabelledPicture> stills;
-    ProgressBar bar("Still");
     StillNews news;
-    const auto showProgress = [&] { bar.show(std::ssize(stills), std::ssize(labels)); };
-    news.warmed = [&](std::int64_t, std::int64_t) { showProgress(); };
     bool hitLoopBudget = false;
     for (const Variation& variation : variations.series) {
-        showProgress();
+        bar.part(partName("Still", stills.size(), labels.size()));
         const EpisodeFrame frame{.path = variations.path,
                                  .size = drawnSize(layout),
                                  .time = variation.start,
                                  .frame = savedFrame(variation.start),
                                  .settings = variations.settingsOf(variation),
                                  .hears = hears};
-        Picture picture = halved(pictureOf(program, frame, *device, news));
+        Picture picture = halved(pictureOf(program, frame, *device, news, bar));
         hitLoopBudget |= news.hitLoopBudget;
         stills.push_back({.picture = std::move(picture), .label = labels[stills.size()]});
     }
+    bar.hide();
     if (hitLoopBudget)
         warnOfLoopBudget(variations.path);
     return stills;

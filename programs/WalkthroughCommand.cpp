@@ -41,12 +41,12 @@ fs::path pageName(std::int64_t stage, std::size_t page) {
 std::vector<Picture> stillsOf(const EpisodeWalkthrough& walkthrough,
                               const WalkthroughRenderer& renderer) {
     const auto device = drawingDevice();
-    const auto programs = programsOf(walkthrough, *device);
+    ProgressBar bar("Step");
+    const auto programs = programsOf(walkthrough, *device, bar);
     const double time = stillTime(walkthrough.episode());
     std::vector<Picture> stills;
-    ProgressBar bar("Still");
     for (std::size_t index = 0; index < programs.size(); ++index) {
-        bar.show(static_cast<std::int64_t>(index), static_cast<std::int64_t>(programs.size()));
+        bar.part(partName("Still", index, programs.size()));
         const auto& [x, y, width, height] = renderer.picture();
         StillNews news;
         stills.push_back(pictureOf(programs[index],
@@ -55,7 +55,8 @@ std::vector<Picture> stillsOf(const EpisodeWalkthrough& walkthrough,
                                     .time = time,
                                     .frame = savedFrame(time),
                                     .settings = walkthrough.settings},
-                                   *device, news));
+                                   *device, news, bar));
+        bar.hide();
         if (news.hitLoopBudget)
             warnOfLoopBudget(walkthrough.paths[index]);
     }

@@ -90,7 +90,10 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
     const std::string_view path = walkthrough.paths.back();
     const bool sound = exportSoundOf(arguments, walkthrough.episode(), path);
     const auto device = drawingDevice();
-    const auto programs = programsOf(walkthrough, *device);
+    const auto programs = [&] {
+        ProgressBar bar("");
+        return programsOf(walkthrough, *device, bar);
+    }();
     const Film film{.renderer = renderer,
                     .stages = stages,
                     .timeline = timeline,

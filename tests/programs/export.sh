@@ -74,6 +74,9 @@ field() { ffprobe -v error -select_streams v -show_entries "stream=$1" -of csv=p
     expect 0 '' export s.metal -o a.mp4 $small --duration 0.51 --start 2 --set level=0.25
     [ "$(field nb_frames a.mp4) $(field width a.mp4) $(field codec_name a.mp4)" = '15 32 h264' ] ||
         complain 'another movie' export
+    # 0.51 seconds are 15 frames at 30 a second.
+    grep -q '^a.mp4: 15 frames, 0.5 s, [0-9.]* [kM]B, made in [0-9.]* s.$' out ||
+        complain 'nothing about what was made' export
     expect 0 '' export s.metal -o silent.mp4 $small --duration 0.1 --no-sound
     [ "$(ffprobe -v error -show_entries stream=codec_name -of csv=p=0 silent.mp4)" = h264 ] ||
         complain 'sound that was not wanted' export
@@ -86,6 +89,7 @@ field() { ffprobe -v error -select_streams v -show_entries "stream=$1" -of csv=p
     # Its clock comes back after ten seconds.
     expect 0 '' export e.metal -o loop.mp4 $small --find-loop 10:0.1
     have "$(field nb_frames loop.mp4)" = 300
+    grep -q '^The loop takes 10 seconds: 300 frames, ' out || complain 'no length of the loop' export
     # A crossfade uses what lies before the beginning, which is never before time 0.
     expect 0 '' export s.metal -o cross.mp4 $small --duration 0.4 --loop 9 --start 0.1
     grep -q '^tarnwick: The loop begins at 0.2 s, not at 0.1 s' err || complain 'silent' export

@@ -1,0 +1,35 @@
+# Long work is seen to go on: on a terminal by one line of it, whatever its width.
+. "$PROMISES/promises.sh"
+{ "$TARNWICK" devices && command -v script; } >out 2>err || exit 77
+# An episode that takes some seconds to draw on this machine.
+rounds=200
+began=0
+until [ $(($(date +%s) - began)) -ge 2 ] && [ $began != 0 ]; do
+    rounds=$((rounds * 2))
+    cat >slow.metal <<TEXT
+float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {
+    float a = uv.x;
+    for (int i = 0; i < $rounds; i++) a += sin(uv.y * i + a);
+    return float4(fract(a), uv, 1.0);
+}
+TEXT
+    began=$(date +%s)
+    expect 0 '' still slow.metal -o a.png --size 512x256
+done
+# shown WIDTH WORD...: what a terminal of that width gets to see, a line each time.
+shown() {
+    width=$1
+    shift
+    script -qec "stty cols $width; $TARNWICK $*" /dev/null </dev/null >typed 2>err
+    have $? = 0
+    tr '\r' '\n' <typed | sed 's/\x1b\[K//g' >lines
+    awk -v width="$width" 'length($0) >= width { wide = 1 } END { exit wide }' lines ||
+        complain "wider than $width" "$@"
+}
+shown 24 still slow.metal -o a.png --size 512x256
+grep -q -x 'Drawing slow.metal, [0-9]* s' lines || complain 'no word while drawing' still
+shown 60 sheet slow.metal slow.metal -o a.png --size 256x128
+grep -q -x 'Still 2 of 2: Drawing slow.metal, [0-9]* s' lines || complain 'no number' sheet
+shown 60 export slow.metal -o a.mp4 --size 128x64 --duration 1
+grep -q '^\[#*\.*\] Frame [0-9]* of 30, ' lines || complain 'no bar' export
+finish
