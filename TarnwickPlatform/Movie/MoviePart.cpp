@@ -17,6 +17,8 @@ struct MoviePart::Container {
     ~Container() { avformat_close_input(&context); }
 
     AVStream* stream(AVMediaType type) const;
+    void checkIsWhole() const;
+    void checkTimes() const;
     LibavOwner<AVPacket> next() const;
     std::int64_t framesPerSecond() const;
 };
@@ -61,6 +63,32 @@ AVStream* MoviePart::Container::stream(AVMediaType type) const {
     return index < 0 ? nullptr : context->streams[index];
 }
 
+// The index may stand in front of data that never arrived.
+void MoviePart::Container::checkIsWhole() const {
+    const std::int64_t size = avio_size(context->pb);
+    for (unsigned track = 0; track < context->nb_streams; ++track) {
+        AVStream* stream = context->streams[track];
+        for (int at = 0; at < avformat_index_get_entries_count(stream); ++at) {
+            const AVIndexEntry& entry = *avformat_index_get_entry(stream, at);
+            if (entry.pos + entry.size > size)
+                fail(path, "it is cut off");
+        }
+    }
+}
+
+// Pictures that are not decoded one frame after the other are another program's.
+void MoviePart::Container::checkTimes() const {
+    const AVIndexEntry* first = avformat_index_get_entry(video, 0);
+    if (!first)
+        fail(path, "it has no pictures in its index");
+    for (int at = 0; at < avformat_index_get_entries_count(video); ++at) {
+        const AVIndexEntry& entry = *avformat_index_get_entry(video, at);
+        if (first->timestamp % ticksPerFrame != 0 ||
+            entry.timestamp != first->timestamp + std::int64_t{at} * ticksPerFrame)
+            fail(path, "its pictures are not one frame apart");
+    }
+}
+
 // The next packet of the wanted track; null at the end.
 LibavOwner<AVPacket> MoviePart::Container::next() const {
     LibavOwner<AVPacket> packet(throwingWhenNull(av_packet_alloc()));
@@ -95,6 +123,8 @@ MoviePart::MoviePart(const std::filesystem::path& file, Track track)
         container->video->time_base.num != 1 ||
         container->video->time_base.den % ticksPerFrame != 0)
         fail(file, "its picture track is of another kind than those that are written here");
+    container->checkIsWhole();
+    container->checkTimes();
     const AVStream* wanted = track == Track::video ? container->video : container->sound;
     container->wanted = wanted ? wanted->index : -1;
 }

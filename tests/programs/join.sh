@@ -32,6 +32,12 @@ expect 2 '2.mp4 begins at frame 600, not at frame 0' join 2.mp4 1.mp4 -o bad.mp4
 expect 2 '' join 1.mp4 1.mov -o bad.mp4
 expect 2 '' join 1.mp4 none.mp4 -o bad.mp4
 expect 2 '1.mp4 is the file that is read' join 1.mp4 2.mp4 -o 1.mp4
+head -c $(($(wc -c <2.mp4) - 9)) 2.mp4 >cut.mp4
+expect 2 'cut.mp4 cannot be read as a movie: it is cut off' join 1.mp4 cut.mp4 -o bad.mp4
+ffmpeg -v error -f lavfi -i testsrc2=size=64x36:rate=30000/1001 -frames:v 9 -pix_fmt yuv420p \
+    -video_track_timescale 30000 ntsc.mp4
+expect 2 'ntsc.mp4 cannot be read as a movie: its pictures are not one frame apart' \
+    join ntsc.mp4 -o bad.mp4
 expect 2 'The parts are missing' join -o bad.mp4
 expect 2 'ends in .mp4 or .mov, not as "bad.avi" does' join 1.mp4 -o bad.avi
 have "$(ls | grep -c bad)" = 0
