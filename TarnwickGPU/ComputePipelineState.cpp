@@ -1,4 +1,3 @@
-#include "TarnwickBase/Precondition.h"
 #include "TarnwickGPU/Capabilities.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/PipelineParts.h"
@@ -144,10 +143,11 @@ std::uint32_t ComputePipelineState::maxTotalThreadsPerThreadgroup() const {
 }
 
 std::unique_ptr<ComputePipelineState> Device::newComputePipelineState(const Function& kernel) {
-    precondition(kernel.stage() == msl::Stage::kernel, "A compute pipeline has a kernel.");
     const std::string subject = "the compute pipeline of " + kernel.name();
     if (isLost())
         throw DeviceError(refusal(*state_, subject, VK_ERROR_DEVICE_LOST));
+    if (kernel.stage() != msl::Stage::kernel)
+        throw DeviceError("The device could not make " + subject + ": it is no kernel.");
     checkNeeds(*state_, subject, kernel.entryPoint());
     auto parts = std::make_unique<ComputePipelineParts>();
     parts->device = state_;

@@ -3,6 +3,7 @@
 #include "TarnwickGPU/GraphicsPipeline.h"
 #include "TarnwickGPU/PipelineParts.h"
 #include "TarnwickGPU/PointForms.h"
+#include "TarnwickGPU/StageInterface.h"
 
 #include <array>
 
@@ -47,13 +48,17 @@ RenderPipelineState::RenderPipelineState(std::unique_ptr<RenderPipelineParts> pa
 RenderPipelineState::~RenderPipelineState() = default;
 
 std::unique_ptr<RenderPipelineState>
-Device::newRenderPipelineState(const RenderPipelineDescriptor& descriptor) {
-    precondition(descriptor.vertex && descriptor.fragment, "A render pipeline has two functions.");
-    precondition(descriptor.vertex->stage() == msl::Stage::vertex &&
-                     descriptor.fragment->stage() == msl::Stage::fragment,
-                 "A render pipeline is a vertex and a fragment function.");
+Device::newRenderPipelineState(const RenderPipelineDescriptor& given) {
+    precondition(given.vertex && given.fragment, "A render pipeline has two functions.");
     if (isLost())
-        throw DeviceError(refusal(*state_, subject(descriptor), VK_ERROR_DEVICE_LOST));
+        throw DeviceError(refusal(*state_, subject(given), VK_ERROR_DEVICE_LOST));
+    if (const auto fault = interfaceFault(*state_, given))
+        throw DeviceError("The device could not make " + subject(given) + ": " + *fault + ".");
+    const Function vertex = withoutLostOutputs(*given.vertex);
+    const Function fragment = withoutLostOutputs(*given.fragment);
+    RenderPipelineDescriptor descriptor = given;
+    descriptor.vertex = &vertex;
+    descriptor.fragment = &fragment;
     auto parts = std::make_unique<RenderPipelineParts>();
     parts->device = state_;
     parts->colorFormat = descriptor.color.format;

@@ -1,20 +1,44 @@
 #include "TarnwickRender/EpisodeCheck.h"
 
+#include "TarnwickRender/HostFunctions.h"
 #include "TarnwickRender/ShaderError.h"
 #include "TarnwickRender/ShaderProgram.h"
+#include "TarnwickRender/ShaderRun.h"
 
 namespace tarnwick {
+namespace {
+
+constexpr std::int64_t smallSide = 16; // of a picture: what counts is the particles' room
+
+// Empty where there is room.
+std::string absence(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device) {
+    if (!program->needsRun() || ShaderRun::make(program, device, smallSide, smallSide))
+        return {};
+    return ShaderRun::absence(*program, device, smallSide, smallSide);
+}
+
+} // namespace
 
 EpisodeFindings checkEpisode(std::string_view episode, gpu::Device* device,
                              EpisodeWarnings warnings) {
     try {
         const CompiledEpisode compiled = CompiledEpisode::make(episode, device, warnings);
-        if (device)
-            ShaderProgram::make(compiled, *device, ShaderProgram::pixelFormat);
         const std::string& messages = compiled.library->warnings();
-        return {true, DiagnosticParser::parse(messages), messages};
+        EpisodeFindings findings{
+            .compiles = true, .diagnostics = DiagnosticParser::parse(messages), .raw = messages};
+        if (!device) {
+            checkHostFunctions(*compiled.library, compiled.shader);
+            return findings;
+        }
+        const std::string absent =
+            absence(ShaderProgram::make(compiled, *device, ShaderProgram::pixelFormat), *device);
+        if (!absent.empty()) {
+            findings.hasRoom = false;
+            findings.raw = absent;
+        }
+        return findings;
     } catch (const ShaderError& error) {
-        return {false, error.diagnostics, error.raw};
+        return {.compiles = false, .diagnostics = error.diagnostics, .raw = error.raw};
     }
 }
 

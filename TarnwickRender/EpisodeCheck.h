@@ -12,8 +12,10 @@ namespace tarnwick {
 
 struct EpisodeFindings {
     bool compiles = false;
+    bool hasRoom = true; // on the device, for what an episode that compiles keeps between frames
     std::vector<Diagnostic> diagnostics; // the compiler's: errors, or the warnings of a good one
     std::string raw; // the compiler's whole text, or the sentence that says why it does not compile
+                     // or has no room
 };
 
 // Goes the way of ShaderProgram::compile: compiles the episode and makes its pipelines on `device`.

@@ -1,6 +1,10 @@
 // The functions that the assembler writes around an episode, found in the compiled library.
+//
+// An episode can hide one of their names by a macro and define a function of that name itself. So a
+// function counts as the host's only if it is of the host's stage and takes what the host binds.
 #pragma once
 
+#include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/Pipeline.h"
 
@@ -9,8 +13,16 @@
 
 namespace tarnwick {
 
-// Throws ShaderError, which names the function, when the library lacks it.
-std::unique_ptr<gpu::Function> hostFunction(const gpu::Library& library, std::string_view name);
+// Null when the library has no such function of the host's, or of a program of our own.
+std::unique_ptr<gpu::Function> findHostFunction(const gpu::Library& library, std::string_view name,
+                                                msl::Stage stage);
+
+// Throws ShaderError, which names the function, when it is not found.
+std::unique_ptr<gpu::Function> hostFunction(const gpu::Library& library, std::string_view name,
+                                            msl::Stage stage);
+
+// Looks for all that the kind of episode has. Throws ShaderError for the first that is not found.
+void checkHostFunctions(const gpu::Library& library, const AssembledShader& shader);
 
 // The pipeline of one kernel. Throws ShaderError or gpu::DeviceError.
 std::unique_ptr<gpu::ComputePipelineState>

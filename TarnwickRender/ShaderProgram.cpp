@@ -9,24 +9,6 @@
 namespace tarnwick {
 namespace {
 
-// Missing together, the two functions of every kind get one sentence.
-HostStages mainStages(const gpu::Library& library, gpu::PixelFormat pixelFormat) {
-    try {
-        return HostStages(library, ShaderAssembler::vertexName, ShaderAssembler::fragmentName,
-                          pixelFormat);
-    } catch (const ShaderError&) {
-        throw ShaderError("The host entry points are missing from the compiled library.");
-    }
-}
-
-std::unique_ptr<gpu::ComputePipelineState> soundKernel(gpu::Device& device,
-                                                       const gpu::Library& library) {
-    const auto function = library.newFunction(ShaderAssembler::soundName);
-    if (!function)
-        throw ShaderError("The host's sound entry point is missing from the compiled library.");
-    return device.newComputePipelineState(*function);
-}
-
 std::unique_ptr<gpu::Texture> blankTexture(gpu::Device& device) {
     auto texture = device.newTexture({.format = gpu::PixelFormat::rgba8Unorm});
     if (!texture)
@@ -59,9 +41,10 @@ std::shared_ptr<const ShaderProgram> ShaderProgram::make(const CompiledEpisode& 
 
 void ShaderProgram::build(gpu::Device& device, const AssembledShader& shader,
                           const gpu::Library& library, gpu::PixelFormat pixelFormat) {
-    const HostStages stages = mainStages(library, pixelFormat);
+    const HostStages stages(library, ShaderAssembler::vertexName, ShaderAssembler::fragmentName,
+                            pixelFormat);
     if (shader.hasSound)
-        soundPipeline_ = soundKernel(device, library);
+        soundPipeline_ = hostKernel(device, library, ShaderAssembler::soundName);
     if (shader.isParticles())
         particles_ = makeParticlePipelines(device, library, shader.particles);
     if (shader.isMesh())

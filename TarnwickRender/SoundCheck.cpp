@@ -1,6 +1,7 @@
 #include "TarnwickRender/SoundCheck.h"
 
 #include "TarnwickBase/Precondition.h"
+#include "TarnwickRender/HostFunctions.h"
 #include "TarnwickRender/ParamBuffer.h"
 #include "TarnwickRender/ShaderError.h"
 #include "TarnwickRender/SoundSamples.h"
@@ -11,8 +12,6 @@
 
 namespace tarnwick {
 namespace {
-
-constexpr std::string_view kernelName = "tw_sound_check";
 
 // Stands behind the whole program, whose lines keep their numbers. Its words are the sound kernel's
 // or begin with the host's prefix, so that no macro of the episode changes it. It looks at the
@@ -34,7 +33,8 @@ std::unique_ptr<gpu::ComputePipelineState> checkingKernel(const std::string& pro
                                                           gpu::Device& device) {
     try {
         const auto library = device.newLibrary(program + std::string(kernelText));
-        if (const auto function = library->newFunction(kernelName))
+        if (const auto function =
+                findHostFunction(*library, SoundCheck::kernelName, msl::Stage::kernel))
             return device.newComputePipelineState(*function);
     } catch (const gpu::LibraryError& error) {
         throw ShaderError(error.what());

@@ -21,6 +21,8 @@ static Status check(const Arguments& arguments) {
                     [](const Diagnostic& finding) { return finding.severity == Severity::error; });
     if (!findings.compiles && !isExplained)
         failure(std::string(path) + " does not compile: " + findings.raw);
+    if (!findings.hasRoom)
+        failure(findings.raw);
     return findings.compiles ? Status::done : Status::failed;
 }
 

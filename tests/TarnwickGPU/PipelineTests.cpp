@@ -60,6 +60,52 @@ TEST_F(Gpu, blendsAndKeepsToViewportAndScissor) {
         EXPECT_EQ(pixelAt(*texture, x, y), (Pixel{255, 255, 255, 64}));
 }
 
+TEST_F(Gpu, leavesOutColoursLayersAndViewportsThatThereAreNot) {
+    const auto texture = target(4, 4);
+    const msl::EntryPoint manyColours =
+        glsl(msl::Stage::fragment, "many",
+             "layout(location = 0) out vec4 color;\nlayout(location = 3) out vec4 other;\n"
+             "void main() { color = vec4(1, 0, 0, 1); other = vec4(1); }\n");
+    const msl::EntryPoint layered =
+        glsl(msl::Stage::vertex, "layered",
+             "#extension GL_ARB_shader_viewport_layer_array : require\n"
+             "void main() { gl_Position = vec4((gl_VertexIndex & 1) * 4 - 1,"
+             " (gl_VertexIndex >> 1) * 4 - 1, 0, 1); gl_Layer = 9999; gl_ViewportIndex = 7; }\n");
+    draw(*pipeline(layered, manyColours), *texture);
+    EXPECT_EQ(pixelAt(*texture, 1, 1), (Pixel{255, 0, 0, 255}));
+    const msl::EntryPoint otherColour =
+        glsl(msl::Stage::fragment, "other",
+             "layout(location = 1) out vec4 color;\nvoid main() { color = vec4(1); }\n");
+    EXPECT_TRUE(pipeline(wholeTarget(), otherColour));
+}
+
+TEST_F(Gpu, refusesFunctionsThatDoNotGoTogether) {
+    const auto reason = [&](const msl::EntryPoint& vertex, const msl::EntryPoint& fragment) {
+        try {
+            pipeline(vertex, fragment);
+        } catch (const DeviceError& error) {
+            const std::string what = error.what();
+            return what.substr(what.find(": ") + 2);
+        }
+        return std::string();
+    };
+    const auto takes = [](const std::string& type) {
+        return glsl(msl::Stage::fragment, "taker",
+                    "layout(location = 0) in flat " + type +
+                        " at;\nlayout(location = 0) out vec4 color;\n"
+                        "void main() { color = vec4(at.x); }\n");
+    };
+    const std::string given = "taker takes a value that wholeTarget does not give, or gives as "
+                              "another type.";
+    EXPECT_EQ(reason(wholeTarget(), takes("vec2")), "");
+    EXPECT_EQ(reason(wholeTarget(), takes("ivec2")), given);
+    EXPECT_EQ(reason(wholeTarget(), takes("vec3")), given);
+    EXPECT_EQ(reason(glsl(msl::Stage::vertex, "empty", "void main() {}"), takes("vec2")),
+              "empty gives no position.");
+    EXPECT_EQ(reason(wholeTarget(), wholeTarget()), "wholeTarget is no fragment function.");
+    EXPECT_THROW(pipeline(wholeTarget()), DeviceError);
+}
+
 TEST_F(Gpu, testsDepthAndResolvesFourSamples) {
     const RenderPipelineDescriptor descriptor{.color = {.format = PixelFormat::rgba8Unorm},
                                               .depthFormat = PixelFormat::depth32Float,

@@ -147,3 +147,77 @@ TEST_F(Programs, thatLackAFunctionSayWhichTheirKindDefines) {
         }
     }
 }
+
+// An episode hides a host's name by a macro and defines a function of that name itself.
+TEST_F(Programs, takeNoFunctionOfTheEpisodesForTheHosts) {
+    struct Row {
+        std::string episode, name, function, error;
+    };
+    const std::string kernel = "kernel void NAME(device uint* o [[buffer(0)]]) { o[0] = 1; }";
+    const std::string fragment = "fragment float4 NAME() { return 1; }";
+    const std::string sound = plain + "float2 sound(float t, constant Params& p) { return 0; }\n";
+    const auto missing = [](const std::string& name) {
+        return "The host's " + name + " entry point is missing from the compiled library.";
+    };
+    const std::string main = "The host entry points are missing from the compiled library.";
+    const Row rows[] = {
+        {plain, "tw_fragment", kernel, main},
+        {plain, "tw_fragment",
+         "fragment float4 NAME(device float4* a [[buffer(0)]]) { return *a; }", main},
+        {plain, "tw_fragment",
+         "fragment float4 NAME(sampler s, texture2d<float> t [[texture(0)]])"
+         " { return t.sample(s, float2(0)); }",
+         main},
+        {plain, "tw_fragment",
+         "fragment float4 NAME(texture3d<float> t [[texture(0)]])"
+         " { return t.read(uint3(0)); }",
+         main},
+        {plain, "tw_fragment",
+         "struct Big { float4 v[70000000]; };"
+         "fragment float4 NAME(constant Big& b [[buffer(0)]]) { return b.v[69999999]; }",
+         main},
+        {plain, "tw_fragment",
+         "struct I { float4 p [[position]]; int uv; };"
+         "fragment float4 NAME(I i [[stage_in]]) { return i.uv; }",
+         "The device could not make the render pipeline of tw_vertex and tw_fragment: tw_fragment "
+         "takes a value that tw_vertex does not give, or gives as another type."},
+        {plain, "tw_fragment",
+         "struct R { int4 c [[color(0)]]; }; fragment R NAME() { return {1}; }",
+         "The device could not make the render pipeline of tw_vertex and tw_fragment: tw_fragment "
+         "gives integers, and the target holds fractions."},
+        {sound, "tw_sound", fragment, missing("sound")},
+        {sound, "tw_sound", "[[max_total_threads_per_threadgroup(1)]] " + kernel, missing("sound")},
+        {sound, "tw_sound",
+         "kernel void NAME(threadgroup float* a [[threadgroup(0)]],"
+         " device float* o [[buffer(0)]]) { o[0] = a[1]; }",
+         missing("sound")},
+        {particles, "tw_particle_size", fragment, missing("tw_particle_size")},
+        {particles, "tw_update", fragment, missing("tw_update")},
+        {particles, "tw_fade", kernel, missing("tw_fade")},
+        {particles, "tw_dot_vertex",
+         "vertex float4 NAME(device float* a [[buffer(0)]])"
+         " { a[0] = 1; return 0; }",
+         missing("tw_dot_vertex")},
+        {grid, "tw_grid_vertex", fragment, missing("tw_grid_vertex")},
+        {grid, "tw_background", kernel, missing("tw_background")},
+    };
+    for (const Row& row : rows) {
+        std::string text = row.function;
+        text.replace(text.find("NAME"), 4, row.name);
+        const std::string episode = row.episode + text + "\n#define " + row.name + " hidden\n";
+        try {
+            program(episode);
+            ADD_FAILURE() << episode;
+        } catch (const ShaderError& error) {
+            EXPECT_EQ(error.raw, row.error) << episode;
+        }
+    }
+}
+
+TEST_F(Programs, passMembersOfAVertexThatWereNeverSet) {
+    std::string unset = grid;
+    unset.replace(unset.find("return Vertex{"),
+                  unset.find("grid.x};") + 8 - unset.find("return Vertex{"),
+                  "Vertex v; v.position = 0; return v;");
+    EXPECT_TRUE(program(unset));
+}

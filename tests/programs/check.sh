@@ -22,4 +22,22 @@ done
 "$TARNWICK" check many.metal >out 2>err && complain 'too many parameters pass' check many.metal
 grep -q '^tarnwick: many.metal does not compile: The episode declares 1638[5-9] parameters' err ||
     complain 'no sentence about parameters' check many.metal
+cat >room.metal <<'END'
+// @particles 4000000
+struct Particle { float4 all[40]; };
+Particle spawn(uint id, constant Params& p) { return {}; }
+void update(thread Particle& q, uint id, constant Uniforms& u, constant Params& p) {}
+float3 place(Particle q, constant Uniforms& u, constant Params& p) { return q.all[7].xyz; }
+float4 ink(Particle q, float2 at, constant Uniforms& u, constant Params& p) { return 1; }
+float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Trails t) { return t.at(uv); }
+END
+"$TARNWICK" check room.metal >out 2>err
+[ $? = 0 ] || grep -q '^tarnwick: 4000000 particles of 640 bytes are too many' err ||
+    complain 'no sentence about room' check room.metal
+# A function of the episode's own under a host's name, which a macro hides, is not the host's.
+(episode && echo 'kernel void tw_fragment(device uint* o [[buffer(0)]]) { o[0] = 1; }
+#define tw_fragment hidden') >own.metal
+for command in check 'still -o own.png'; do
+    expect 1 'The host entry points are missing from the compiled library.' $command own.metal
+done
 finish

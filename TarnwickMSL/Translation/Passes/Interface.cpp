@@ -255,13 +255,13 @@ Value* Interface::read(IRBuilder<>& builder, const StageValue& value) {
         return fromCrossing(builder,
                             firstLanes(builder, readBuiltIn(builder, value.attribute), value.width),
                             value.scalar);
-    InterfaceVariable variable{
-        .kind = InterfaceKind::input,
-        .global = "msl.in." + value.name,
-        .builtIn = {},
-        .location = varyings_.location(value.name),
-        .scalar = crossingScalar(value.scalar),
-        .interpolation = isFloating(value.scalar) ? value.interpolation : Interpolation::flat};
+    InterfaceVariable variable{.kind = InterfaceKind::input,
+                               .global = "msl.in." + value.name,
+                               .builtIn = {},
+                               .location = varyings_.location(value.name),
+                               .scalar = crossingScalar(value.scalar),
+                               .interpolation = isFloating(value.scalar) ? value.interpolation
+                                                                         : Interpolation::flat};
     Type* type = crossingType(builder.getContext(), value.scalar, value.width);
     return fromCrossing(builder, builder.CreateLoad(type, global(variable, type)), value.scalar);
 }
@@ -283,6 +283,9 @@ void Interface::write(IRBuilder<>& builder, const StageValue& value, Value* stor
     } else if (!isFloating(value.scalar)) {
         variable.interpolation = Interpolation::flat;
     }
+    // A member that was never set is written all the same: the fragment function may take it.
+    if (shader_.stage == Stage::vertex)
+        stored = builder.CreateFreeze(stored);
     Value* crossing = toCrossing(builder, stored, value.scalar);
     builder.CreateStore(crossing, global(variable, crossing->getType()));
 }
