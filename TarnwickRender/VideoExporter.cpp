@@ -218,6 +218,7 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
         if (segment.layout)
             checkLayout(*segment.layout, preset);
     VideoSettings settings = videoSettings(preset);
+    settings.speed = details.speed;
     const FrameRange frames = rangeOf(details, timeline, settings);
     const auto size = PictureSize::of(preset.width, preset.height);
     if (!size)

@@ -38,6 +38,7 @@ struct ExportDetails {
     // with others later; the one from frame 0 on has all of the sound. Absent: the whole film.
     std::optional<FrameRange> frames{};
     std::vector<MovieChapter> chapters{};
+    EncodingSpeed speed = EncodingSpeed::usual; // the same for all parts of a film
     MovieWriterFactory makeWriter = MovieWriter::make;
     std::chrono::nanoseconds patience = std::chrono::seconds(60); // with an input that is not ready
     ColorConversionPlace colorConversion = ColorConversionPlace::chosen;

@@ -135,7 +135,7 @@ Status export_(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 16> exportOptions{{
+constexpr std::array<Option, 17> exportOptions{{
     {"-o", "OUT",
      "where to write the movie, .mp4 or .mov as the preset has it, or - for standard output; "
      "required"},
@@ -155,6 +155,7 @@ constexpr std::array<Option, 16> exportOptions{{
     noSoundOption,
     movieSizeOption,
     bitrateOption,
+    draftOption,
     {"--frames", "A..B", "write only the frames from A on, up to B, for tarnwick join"},
 }};
 

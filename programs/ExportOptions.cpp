@@ -6,6 +6,8 @@
 #include "programs/CommandError.h"
 #include "programs/EpisodeSound.h"
 
+#include <algorithm>
+
 namespace tarnwick {
 namespace {
 
@@ -36,6 +38,14 @@ void readBitrate(ExportPreset& preset, const Arguments& arguments) {
     preset = preset.withBitrate(*bitrate);
 }
 
+// Even, as chroma wants it.
+void makeDraft(ExportPreset& preset, bool keepsBitrate) {
+    for (std::int64_t* side : {&preset.width, &preset.height})
+        *side = std::max(leastSide, *side / 4 * 2);
+    if (!keepsBitrate)
+        preset = preset.withBitrate(preset.bitrate / 2);
+}
+
 } // namespace
 
 // Chroma is shared by two pixels side by side and, in most codecs, one above the other.
@@ -57,12 +67,16 @@ MovieTarget movieTargetOf(const Arguments& arguments) {
     preset.width = size.width;
     preset.height = size.height;
     readBitrate(preset, arguments);
+    const bool isDraft = arguments.has(draftOption.name);
+    if (isDraft)
+        makeDraft(preset, arguments.has(bitrateOption.name));
     const bool isMov = isQuickTime(preset.codec);
     if (const auto fault = settingsFault(VideoExporter::videoSettings(preset),
                                          isMov ? MovieFileType::quickTime : MovieFileType::mpeg4))
         misuse(*fault);
     const FileKind kind = isMov ? FileKind::quickTimeMovie : FileKind::mpeg4Movie;
     return {.preset = preset,
+            .speed = isDraft ? EncodingSpeed::quick : EncodingSpeed::usual,
             .out = Output::wanted(arguments, kind, "The preset " + std::string(preset.id))};
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TarnwickCore/ExportPreset.h"
+#include "TarnwickPlatform/Movie/MovieSettings.h"
 #include "programs/Arguments.h"
 #include "programs/EpisodePicture.h"
 #include "programs/Output.h"
@@ -13,12 +14,13 @@ namespace tarnwick {
 // A movie that is to be written.
 struct MovieTarget {
     ExportPreset preset;
+    EncodingSpeed speed = EncodingSpeed::usual;
     Output out;
 };
 
-// What --preset, --size, --bitrate and -o say. Throws CommandError: an unknown preset, a size or a
-// bit rate that its codec cannot take, a name that ends like another container's or cannot be
-// written to.
+// What --preset, --size, --bitrate, --draft and -o say. Throws CommandError: an unknown preset, a
+// size or a bit rate that its codec cannot take, a name that ends like another container's or
+// cannot be written to.
 MovieTarget movieTargetOf(const Arguments& arguments);
 
 // What --size says, or the preset's own. Throws CommandError for a size that its codec cannot take.
@@ -37,6 +39,8 @@ constexpr Option movieSizeOption{"--size", "WxH",
                                  "of the movie, in pixels, in place of the preset's"};
 constexpr Option bitrateOption{"--bitrate", "N",
                                "of the picture, in bits a second, in place of the preset's"};
+constexpr Option draftOption{
+    "--draft", "", "for looking: half the width and height, half the bits, quick encoding"};
 constexpr Option soundOption{"--sound", "", "with the episode's sound, as it is where it has one"};
 constexpr Option noSoundOption{"--no-sound", "", "without it"};
 constexpr Option watermarkOption{"--watermark", "", "with the mark in a corner"};

@@ -65,6 +65,7 @@ void exportMovie(std::span<const ExportSegment> segments, const MovieTarget& tar
                  gpu::Device& device, std::string_view path, ExportDetails details) {
     using Clock = std::chrono::steady_clock;
     const Clock::time_point begin = Clock::now();
+    details.speed = target.speed;
     std::int64_t frames = 0;
     std::uintmax_t bytes = 0;
     target.out.writeWith([&](const std::filesystem::path& file) {

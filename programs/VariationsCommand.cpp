@@ -139,7 +139,7 @@ Status variations(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 22> variationsOptions{{
+constexpr std::array<Option, 23> variationsOptions{{
     {"--seed", "N", "that the series is drawn from; required"},
     {"--count", "N", "how many; those of the episode's @variations without it"},
     {"--from", "N", "the first one's number; 1 without it"},
@@ -154,6 +154,7 @@ constexpr std::array<Option, 22> variationsOptions{{
     presetOption,
     {"--size", "WxH", "of each still (400x225 without it), or of the movie (its preset's)"},
     bitrateOption,
+    draftOption,
     soundOption,
     noSoundOption,
     watermarkOption,

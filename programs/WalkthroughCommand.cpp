@@ -129,7 +129,7 @@ Status walkthrough(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 16> walkthroughOptions{{
+constexpr std::array<Option, 17> walkthroughOptions{{
     stagesOption,
     {"--json", "", "the pages for tools"},
     {"--pages", "FOLDER", "the pages as pictures, as a movie shows them, into a folder"},
@@ -139,6 +139,7 @@ constexpr std::array<Option, 16> walkthroughOptions{{
     movieStartOption,
     presetOption,
     bitrateOption,
+    draftOption,
     soundOption,
     noSoundOption,
     watermarkOption,

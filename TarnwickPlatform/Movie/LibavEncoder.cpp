@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <string_view>
 #include <thread>
 
 extern "C" {
@@ -53,6 +54,14 @@ const CodecRow& codecRow(MovieCodec codec) {
     if (row == codecRows.end())
         throw MovieError("This codec is not one of libavcodec's.");
     return *row;
+}
+
+std::string optionsOf(const VideoSettings& settings, const CodecRow& row) {
+    std::string text = row.options;
+    constexpr std::string_view usual = "preset=medium";
+    if (settings.speed == EncodingSpeed::quick && text.starts_with(usual))
+        text.replace(0, usual.size(), "preset=superfast");
+    return text + (settings.codec == MovieCodec::h264 ? x264Functions() : "");
 }
 
 // A frame that borrows the picture's memory and keeps the picture until the encoder lets go.
@@ -207,9 +216,8 @@ std::vector<std::byte> LibavEncoder::configuration() const {
 
 std::unique_ptr<VideoEncoder> makeLibavEncoder(const VideoSettings& settings) {
     const CodecRow& row = codecRow(settings.codec);
-    const std::string functions = settings.codec == MovieCodec::h264 ? x264Functions() : "";
     return std::make_unique<LibavEncoder>(
-        settings, LibavEncoder::Library{row.encoder, row.format, row.options + functions});
+        settings, LibavEncoder::Library{row.encoder, row.format, optionsOf(settings, row)});
 }
 
 std::unique_ptr<LibavEncoder> makeHEVCEncoder(const VideoSettings& settings,

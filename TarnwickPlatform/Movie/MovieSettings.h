@@ -17,6 +17,11 @@ enum class MovieCodec { h264, hevc, prores422HQ, prores4444, hevcWithAlpha };
 
 enum class AlphaKind { straight, premultiplied };
 
+// How long the encoder may seek a better picture of the same size in bytes. `quick` is for a movie
+// to look at once: H.264 and HEVC without alpha, in a part of the time. Other codecs have one
+// speed.
+enum class EncodingSpeed { usual, quick };
+
 // A picture track: Y'CbCr of Rec. ITU-R BT.709 (primaries, transfer function, matrix) in video
 // range, 8 bits a component, 10 for the ProRes codecs.
 struct VideoSettings {
@@ -28,7 +33,8 @@ struct VideoSettings {
     std::int64_t framesPerSecond = 0;     // [1, 1000]
     std::int64_t averageBitRate = 0;      // bits a second, above 0; the ProRes codecs pass it over
     std::int64_t maxKeyFrameInterval = 0; // frames, above 0; the ProRes codecs pass it over
-    double alphaQuality = 0.9;            // [0, 1], for HEVC with alpha
+    EncodingSpeed speed = EncodingSpeed::usual;
+    double alphaQuality = 0.9;                  // [0, 1], for HEVC with alpha
     AlphaKind alpha = AlphaKind::premultiplied; // what HEVC with alpha says of its colours
 
     // What the input's own pool hands out: pixels, which the writer's threads convert, or what the

@@ -77,6 +77,9 @@ field() { ffprobe -v error -select_streams v -show_entries "stream=$1" -of csv=p
     # 0.51 seconds are 15 frames at 30 a second.
     grep -q '^a.mp4: 15 frames, 0.5 s, [0-9.]* [kM]B, made in [0-9.]* s.$' out ||
         complain 'nothing about what was made' export
+    expect 0 '' export s.metal -o draft.mp4 --size 66x36 --duration 0.5 --draft
+    [ "$(field nb_frames draft.mp4) $(field width draft.mp4) $(field height draft.mp4)" = '15 32 18' ] ||
+        complain 'another draft' export
     expect 0 '' export s.metal -o silent.mp4 $small --duration 0.1 --no-sound
     [ "$(ffprobe -v error -show_entries stream=codec_name -of csv=p=0 silent.mp4)" = h264 ] ||
         complain 'sound that was not wanted' export
