@@ -61,6 +61,22 @@ std::string_view wholeCharacters(std::string_view text, std::size_t mostBytes) {
     return text.substr(0, end);
 }
 
+int cellsOf(std::string_view character) {
+    const icu::UnicodeString text = unicodeOf(character);
+    if (text.isEmpty())
+        return 0;
+    const UChar32 first = text.char32At(0);
+    const auto has = [&](UProperty property) { return u_hasBinaryProperty(first, property) != 0; };
+    const int width = u_getIntPropertyValue(first, UCHAR_EAST_ASIAN_WIDTH);
+    if (width == U_EA_WIDE || width == U_EA_FULLWIDTH || has(UCHAR_EMOJI_PRESENTATION) ||
+        text.indexOf(UChar32(0xfe0f)) >= 0) // asks for the emoji
+        return 2;
+    const int kind = u_charType(first);
+    const bool isBare = kind == U_NON_SPACING_MARK || kind == U_ENCLOSING_MARK ||
+                        kind == U_CONTROL_CHAR || kind == U_FORMAT_CHAR;
+    return isBare ? 0 : 1;
+}
+
 std::string upperCased(std::string_view text) {
     std::string upper;
     return unicodeOf(text).toUpper(icu::Locale::getRoot()).toUTF8String(upper);

@@ -16,6 +16,10 @@ std::vector<std::string> charactersOf(std::string_view text);
 // longer, as many of its code points.
 std::string_view wholeCharacters(std::string_view text, std::size_t mostBytes);
 
+// How many of a terminal's cells a character of charactersOf takes: 2 for wide ones (Unicode
+// Standard Annex 11) and emoji, 0 for marks without a letter and controls, else 1.
+int cellsOf(std::string_view character);
+
 // `text` in upper case as Unicode has it without a language (Unicode 15, 3.13): full mappings, so
 // it may grow. Bytes that are not UTF-8 become U+FFFD.
 std::string upperCased(std::string_view text);

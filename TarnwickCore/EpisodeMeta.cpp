@@ -5,6 +5,7 @@
 #include "TarnwickCore/Numbers.h"
 #include "TarnwickCore/Pattern.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -20,63 +21,85 @@ std::pair<std::string_view, std::optional<std::string_view>> halves(std::string_
     return {text.substr(0, at), text.substr(at + 1)};
 }
 
-void readEpisode(EpisodeMeta& meta, std::string_view value) {
+// Each answers whether all of the value is what its key takes.
+bool readEpisode(EpisodeMeta& meta, std::string_view value) {
     const auto [number, title] = halves(value, ' ');
     const std::optional<std::int64_t> read = signedIntegerOf(number);
     if (!read)
-        return;
+        return false;
     meta.number = *read;
     if (title)
         meta.title = *title;
+    return true;
 }
 
-void readLength(EpisodeMeta& meta, std::string_view value) {
-    if (const auto seconds = doubleOf(value); seconds && *seconds > 0)
-        meta.length = *seconds;
+bool readLength(EpisodeMeta& meta, std::string_view value) {
+    const auto seconds = doubleOf(value);
+    if (!seconds || !(*seconds > 0))
+        return false;
+    meta.length = *seconds;
+    return true;
 }
 
-void readVariation(EpisodeMeta& meta, std::string_view value) {
-    if (const auto seconds = doubleOf(value); seconds && *seconds > 0)
-        meta.variationLength = *seconds;
+bool readVariation(EpisodeMeta& meta, std::string_view value) {
+    const auto seconds = doubleOf(value);
+    if (!seconds || !(*seconds > 0))
+        return false;
+    meta.variationLength = *seconds;
+    return true;
 }
 
-void readVariations(EpisodeMeta& meta, std::string_view value) {
+bool readVariations(EpisodeMeta& meta, std::string_view value) {
     meta.variations.clear();
+    bool areAllRead = true;
     for (std::optional rest(value); rest;) {
         const auto [piece, following] = halves(*rest, ',');
-        if (const auto index = signedIntegerOf(trimmed(piece)); index && *index > 0)
+        const auto index = signedIntegerOf(trimmed(piece));
+        if (index && *index > 0)
             meta.variations.push_back(*index);
+        else
+            areAllRead = false;
         rest = following;
     }
+    return areAllRead;
 }
 
-void readStill(EpisodeMeta& meta, std::string_view value) {
-    if (const auto seconds = doubleOf(value); seconds && *seconds >= 0)
-        meta.still = *seconds;
+bool readStill(EpisodeMeta& meta, std::string_view value) {
+    const auto seconds = doubleOf(value);
+    if (!seconds || !(*seconds >= 0))
+        return false;
+    meta.still = *seconds;
+    return true;
 }
 
-void readFinal(EpisodeMeta& meta, std::string_view value) {
+template <std::string EpisodeMeta::*text> bool readText(EpisodeMeta& meta, std::string_view value) {
+    meta.*text = value;
+    return !value.empty();
+}
+
+bool readFinal(EpisodeMeta& meta, std::string_view value) {
     const auto [title, summary] = halves(value, '|');
     meta.finalTitle = trimmed(title);
     meta.finalSummary = trimmed(summary.value_or(""));
+    return !value.empty();
 }
 
 struct Key {
-    std::string_view name;
-    void (*read)(EpisodeMeta& meta, std::string_view value);
+    std::string_view name, value; // what it takes, for people to read
+    bool (*read)(EpisodeMeta& meta, std::string_view value);
 };
 
 // clang-format off
 constexpr std::array<Key, 9> keys{{
-    {"episode", readEpisode},
-    {"length", readLength},
-    {"variations", readVariations},
-    {"variation", readVariation},
-    {"still", readStill},
-    {"teaches", [](EpisodeMeta& meta, std::string_view value) { meta.teaches = value; }},
-    {"category", [](EpisodeMeta& meta, std::string_view value) { meta.category = value; }},
-    {"tags", [](EpisodeMeta& meta, std::string_view value) { meta.tags = value; }},
-    {"final", readFinal},
+    {"episode", "a number and a title, as in // @episode 12 Light through water", readEpisode},
+    {"length", "a number of seconds above 0", readLength},
+    {"variations", "numbers above 0, as in // @variations 3, 5", readVariations},
+    {"variation", "a number of seconds above 0", readVariation},
+    {"still", "a number of seconds from 0 on", readStill},
+    {"teaches", "a text", readText<&EpisodeMeta::teaches>},
+    {"category", "a text", readText<&EpisodeMeta::category>},
+    {"tags", "a text", readText<&EpisodeMeta::tags>},
+    {"final", "a title, and behind a bar a summary", readFinal},
 }};
 // clang-format on
 
@@ -102,6 +125,24 @@ EpisodeMeta EpisodeMeta::parse(std::string_view source) {
                 key.read(meta, trimmed((*groups)[2]));
     }
     return meta;
+}
+
+std::vector<std::string_view> EpisodeMeta::keyNames() {
+    std::vector<std::string_view> names;
+    for (const Key& key : keys)
+        names.push_back(key.name);
+    return names;
+}
+
+std::string_view EpisodeMeta::valueOf(std::string_view keyName) {
+    const auto key = std::ranges::find(keys, keyName, &Key::name);
+    return key == keys.end() ? "" : key->value;
+}
+
+bool EpisodeMeta::takes(std::string_view keyName, std::string_view value) {
+    const auto key = std::ranges::find(keys, keyName, &Key::name);
+    EpisodeMeta meta;
+    return key != keys.end() && key->read(meta, value);
 }
 
 } // namespace tarnwick

@@ -26,6 +26,12 @@ struct EpisodeMeta {
     // Of several lines with one key the last counts; lines whose value does not fit their key are
     // passed over. "inf" is a number like others. Any bytes are taken; never fails.
     static EpisodeMeta parse(std::string_view source);
+
+    // The keys of the lines, without their @; what the value of one is, for people to read; and
+    // whether a value is that, all of it.
+    static std::vector<std::string_view> keyNames();
+    static std::string_view valueOf(std::string_view keyName);
+    static bool takes(std::string_view keyName, std::string_view value);
 };
 
 } // namespace tarnwick

@@ -41,4 +41,24 @@ std::vector<std::string_view> linesOf(std::string_view text) {
     return lines;
 }
 
+std::vector<std::string_view> compilerLines(std::string_view text) {
+    std::vector<std::string_view> lines;
+    std::size_t start = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] != '\n' && text[at] != '\r')
+            continue;
+        lines.push_back(text.substr(start, at - start));
+        at += text.substr(at).starts_with("\r\n") ? 1 : 0;
+        start = at + 1;
+    }
+    lines.push_back(text.substr(start));
+    return lines;
+}
+
+TextPlace placeOf(std::string_view text, std::size_t offset) {
+    const std::vector<std::string_view> lines = compilerLines(text.substr(0, offset));
+    return {.line = static_cast<std::int64_t>(lines.size()),
+            .column = static_cast<std::int64_t>(lines.back().size()) + 1};
+}
+
 } // namespace tarnwick

@@ -1,7 +1,9 @@
 // Text taken apart at every line break that Unicode knows.
 #pragma once
 
+#include <compare>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -14,5 +16,19 @@ std::vector<std::string_view> linesOf(std::string_view text);
 // The length in bytes of the line break that begins at `at`, CR LF being one break; 0 where none
 // does.
 std::size_t lineBreakLength(std::string_view text, std::size_t at);
+
+// All lines of `text`, empty ones too, as the compiler counts them: breaks are LF, CR and CR LF.
+std::vector<std::string_view> compilerLines(std::string_view text);
+
+// A place in a text as the compiler's messages name it.
+struct TextPlace {
+    std::int64_t line = 0;   // from 1
+    std::int64_t column = 0; // from 1, in bytes
+
+    auto operator<=>(const TextPlace&) const = default;
+};
+
+// Of the byte at `offset`, at most the text's size.
+TextPlace placeOf(std::string_view text, std::size_t offset);
 
 } // namespace tarnwick

@@ -32,7 +32,15 @@ static constexpr auto functionWords = std::to_array<std::string_view>({
     "register", "return", "self", "signed", "sizeof", "static", "struct", "switch", "template",
     "this", "thread", "threadgroup", "throw", "true", "try", "typedef", "typeid", "typename",
     "union", "unsigned", "using", "vertex", "virtual", "void", "volatile", "while", "xor"});
+// Sorted. What C++14, 2.12 has besides, under which no member can be declared.
+static constexpr auto otherKeywords = std::to_array<std::string_view>({
+    "and_eq", "char16_t", "char32_t", "const_cast", "dynamic_cast", "goto", "not_eq", "or_eq",
+    "reinterpret_cast", "static_assert", "static_cast", "thread_local", "wchar_t", "xor_eq"});
+// Sorted. Words among `functionWords` that can name a member all the same.
+static constexpr auto memberNames = std::to_array<std::string_view>({
+    "fragment", "init", "kernel", "main", "metal", "self", "vertex"});
 // clang-format on
+static_assert(std::ranges::is_sorted(otherKeywords) && std::ranges::is_sorted(memberNames));
 static_assert(std::ranges::is_sorted(swiftKeywords) && std::ranges::is_sorted(functionWords));
 
 bool isSwiftKeyword(std::string_view word) {
@@ -43,6 +51,13 @@ bool isReservedFunction(std::string_view word) {
     static const Pattern numberType(
         R"(\A(bool|u?char|u?short|u?int|u?long|half|bfloat|float|double)([2-4](x[2-4])?)?\z)");
     return std::ranges::binary_search(functionWords, word) || numberType.matchesIn(word);
+}
+
+bool isReservedMember(std::string_view word) {
+    static const Pattern scalar(R"(\A(bool|char|short|int|long|half|float|double)\z)");
+    return (std::ranges::binary_search(functionWords, word) &&
+            !std::ranges::binary_search(memberNames, word)) ||
+           std::ranges::binary_search(otherKeywords, word) || scalar.matchesIn(word);
 }
 
 } // namespace tarnwick

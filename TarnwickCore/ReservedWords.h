@@ -14,4 +14,7 @@ bool isSwiftKeyword(std::string_view word);
 // full stop as something else than a member. `word` has letters and digits only.
 bool isReservedFunction(std::string_view word);
 
+// Whether no member of a record can be called `word`: keywords of C++14 and Metal's own.
+bool isReservedMember(std::string_view word);
+
 } // namespace tarnwick

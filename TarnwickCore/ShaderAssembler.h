@@ -66,7 +66,11 @@ struct ShaderAssembler {
     static constexpr std::uint32_t spectrumTexture = 0; // the four channels' textures follow
     static constexpr std::uint32_t previousTexture = 5;
 
-    // What a particle or a grid episode must define, for the user to read.
+    // What an episode of each kind must define, for the user to read.
+    static constexpr std::string_view fragmentSignatures =
+        R"(float4 shade(float2 uv, constant Uniforms& u, constant Params& p)
+or, to read Inputs, float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in)
+and optionally float2 sound(float t, constant Params& p))";
     static constexpr std::string_view particleSignatures =
         R"(struct Particle { ... };
 Particle spawn(uint id, constant Params& p)

@@ -25,6 +25,18 @@ bool isASCII(std::string_view bytes) {
     return all < 0x80;
 }
 
+std::size_t firstIllFormedByte(std::string_view bytes) {
+    const auto* const units = reinterpret_cast<const std::uint8_t*>(bytes.data());
+    for (std::size_t at = 0; at < bytes.size();) {
+        const std::size_t start = at;
+        UChar32 character = 0;
+        U8_NEXT(units, at, bytes.size(), character);
+        if (character < 0)
+            return start;
+    }
+    return std::string_view::npos;
+}
+
 std::string wellFormedUTF8(std::string_view bytes) {
     if (isASCII(bytes))
         return std::string(bytes);

@@ -1,5 +1,6 @@
 #include "TarnwickRender/CompiledEpisode.h"
 
+#include "TarnwickCore/Encoding.h"
 #include "TarnwickMSL/Compile.h"
 #include "TarnwickRender/ParamBuffer.h"
 #include "TarnwickRender/ShaderError.h"
@@ -22,10 +23,19 @@ std::unique_ptr<gpu::Library> compiledLibrary(const AssembledShader& shader, gpu
     }
 }
 
+// In the compiler's form.
+ShaderError encodingError(const Diagnostic& fault) {
+    return ShaderError(std::string(ShaderAssembler::fileName) + ":" + std::to_string(fault.line) +
+                           ":" + std::to_string(fault.column) + ": error: " + fault.message + "\n",
+                       {fault});
+}
+
 } // namespace
 
 CompiledEpisode CompiledEpisode::make(std::string_view episode, gpu::Device* device,
                                       EpisodeWarnings warnings) {
+    if (const auto fault = encodingFault(episode))
+        throw encodingError(*fault);
     CompiledEpisode compiled{.shader = ShaderAssembler::assemble(episode), .library = nullptr};
     const std::size_t params = compiled.shader.params.size();
     if (params > ParamBuffer::mostParams)

@@ -1,20 +1,10 @@
 #include "TarnwickRender/ShaderError.h"
 
+#include "TarnwickCore/EpisodeFunctions.h"
+
 #include <algorithm>
 
 namespace tarnwick {
-namespace {
-
-// What an episode of this kind must define; empty for a fragment episode.
-std::string signaturesHint(const AssembledShader& shader) {
-    if (shader.isMesh())
-        return "a vertex episode defines:\n" + std::string(ShaderAssembler::meshSignatures);
-    if (shader.isParticles())
-        return "a particle episode defines:\n" + std::string(ShaderAssembler::particleSignatures);
-    return {};
-}
-
-} // namespace
 
 ShaderError compilerError(const AssembledShader& shader, std::string_view compilerText,
                           Fault fault) {
@@ -25,8 +15,9 @@ ShaderError compilerError(const AssembledShader& shader, std::string_view compil
         std::any_of(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& diagnostic) {
             return diagnostic.severity == Severity::error && diagnostic.line == 0;
         });
-    if (const std::string hint = signaturesHint(shader);
-        fault == Fault::ofEpisode && isOutside && !hint.empty()) {
+    const bool hasManyFunctions = shader.isMesh() || shader.isParticles();
+    if (fault == Fault::ofEpisode && isOutside && hasManyFunctions) {
+        const std::string hint = definitionsOf(shader);
         diagnostics.push_back({.severity = Severity::note, .message = hint});
         raw += "\nnote: " + hint;
     }

@@ -2,17 +2,8 @@
 
 #include "TarnwickCore/MSLSyntax.h"
 
-#include <array>
-#include <cstdlib>
-#include <unistd.h>
-
 namespace tarnwick {
 namespace {
-
-std::string_view variable(const char* name) {
-    const char* const value = std::getenv(name);
-    return value != nullptr ? value : "";
-}
 
 // Of the sixteen colours that a terminal's user has chosen, those that are read on dark and on
 // light.
@@ -49,10 +40,6 @@ void appendHarmless(std::string& result, std::string_view text) {
 }
 
 } // namespace
-
-bool showsColours() {
-    return isatty(STDOUT_FILENO) == 1 && variable("NO_COLOR").empty() && variable("TERM") != "dumb";
-}
 
 std::string coloured(std::string_view text) {
     std::string result;

@@ -4,18 +4,16 @@
 #include "TarnwickRender/ParticleSimulation.h"
 #include "programs/Findings.h"
 
-#include <cstdio>
 #include <limits>
 
 namespace tarnwick {
 
 namespace {
 
-[[noreturn]] void refuse(std::string_view path, std::span<const Diagnostic> diagnostics,
-                         const std::string& raw) {
-    const std::string findings = findingsText(path, diagnostics);
-    std::fputs(findings.c_str(), stderr);
-    failure(std::string(path) + " does not compile" + (findings.empty() ? ": " + raw : "."));
+[[noreturn]] void refuse(std::string_view path, std::string_view episode,
+                         std::span<const Diagnostic> diagnostics, const std::string& raw) {
+    printFindings(path, episode, diagnostics);
+    failure(std::string(path) + " does not compile" + (diagnostics.empty() ? ": " + raw : "."));
 }
 
 } // namespace
@@ -33,12 +31,12 @@ std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std:
         return ShaderProgram::compile(episode, device, ShaderProgram::pixelFormat);
     } catch (const ShaderError& error) {
         bar.hide();
-        refuse(path, error.diagnostics, error.raw);
+        refuse(path, episode, error.diagnostics, error.raw);
     }
 }
 
-EpisodeFindings findingsOf(std::string_view path, const std::string& episode, gpu::Device* device,
-                           EpisodeWarnings warnings) {
+EpisodeFindings checkedEpisode(std::string_view path, const std::string& episode,
+                               gpu::Device* device, EpisodeWarnings warnings) {
     ProgressBar bar("");
     bar.doing("Compiling " + std::string(path));
     return checkEpisode(episode, device, warnings);
@@ -46,9 +44,9 @@ EpisodeFindings findingsOf(std::string_view path, const std::string& episode, gp
 
 void checkCompiles(std::string_view path, const std::string& episode) {
     const auto device = gpu::Device::systemDefault();
-    const EpisodeFindings findings = findingsOf(path, episode, device.get());
+    const EpisodeFindings findings = checkedEpisode(path, episode, device.get());
     if (!findings.compiles)
-        refuse(path, findings.diagnostics, findings.raw);
+        refuse(path, episode, findings.diagnostics, findings.raw);
 }
 
 // The steps of a simulation are numbered in 32 bits.

@@ -24,8 +24,9 @@ std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std:
                                                gpu::Device& device, ProgressBar& bar);
 
 // What the compiler finds, as `check` says it. Without a device its pipelines are not made.
-EpisodeFindings findingsOf(std::string_view path, const std::string& episode, gpu::Device* device,
-                           EpisodeWarnings warnings = EpisodeWarnings::usual);
+EpisodeFindings checkedEpisode(std::string_view path, const std::string& episode,
+                               gpu::Device* device,
+                               EpisodeWarnings warnings = EpisodeWarnings::usual);
 
 // Throws CommandError where the episode does not compile, as programOf() does; works without a
 // device.

@@ -1,5 +1,6 @@
 #include "programs/EpisodeWalkthrough.h"
 
+#include "TarnwickCore/Findings.h"
 #include "programs/CommandError.h"
 #include "programs/Findings.h"
 #include "programs/SourceFile.h"
@@ -10,15 +11,11 @@
 namespace tarnwick {
 namespace {
 
-std::string failedStage(std::size_t index, std::string_view path, const ShaderError& error) {
-    const auto mistake = std::ranges::find_if(error.diagnostics, [](const Diagnostic& finding) {
-        return finding.severity == Severity::error;
-    });
-    const std::string stage = "Stage " + std::to_string(index + 1) + ", " + std::string(path);
-    if (mistake == error.diagnostics.end())
-        return stage + ", does not compile: " + error.raw;
-    return stage + ", does not compile: line " + std::to_string(mistake->line) + ": " +
-           mistake->message + ".";
+std::string failedStage(std::size_t index, std::string_view path, std::string_view source,
+                        const ShaderError& error) {
+    const std::string mistake = firstError(findingsOf(source, error.diagnostics));
+    return "Stage " + std::to_string(index + 1) + ", " + std::string(path) +
+           ", does not compile: " + (mistake.empty() ? error.raw : mistake + ".");
 }
 
 } // namespace
@@ -57,8 +54,8 @@ programsOf(const EpisodeWalkthrough& walkthrough, gpu::Device& device, ProgressB
                                                       ShaderProgram::pixelFormat));
         } catch (const ShaderError& error) {
             bar.hide();
-            std::fputs(findingsText(path, error.diagnostics).c_str(), stderr);
-            failure(failedStage(index, path, error));
+            printFindings(path, walkthrough.sources[index], error.diagnostics);
+            failure(failedStage(index, path, walkthrough.sources[index], error));
         }
     }
     return programs;

@@ -1,7 +1,8 @@
-// The compiler's findings about an episode, for people and for programs to read.
+// The findings about an episode, for people and for programs to read.
 #pragma once
 
-#include "TarnwickCore/Diagnostics.h"
+#include "TarnwickCore/Finding.h"
+#include "programs/Colours.h"
 
 #include <span>
 #include <string>
@@ -9,13 +10,19 @@
 
 namespace tarnwick {
 
-// "EPISODE:line:column: severity: message" for each finding, a line each. Line 0 is the generated
-// code around the episode.
-std::string findingsText(std::string_view episodePath, std::span<const Diagnostic> findings);
+// For each finding "EPISODE:line:column: severity: message", and below it the line of `source` with
+// a caret, and the hint. A finding about generated code has neither line nor column.
+std::string findingsText(std::string_view episodePath, std::string_view source,
+                         std::span<const Finding> findings, Colours colours);
 
-// {"episode", "findings": [{"severity", "line", "column", "message", "id"}]}, and "text" with the
-// compiler's own words where there are any.
-std::string findingsJSON(std::string_view episodePath, std::span<const Diagnostic> findings,
+// {"episode", "findings": [{"severity", "line", "column", "message", "id", "hint"}]}, and "text"
+// with the compiler's own words where there are any. Line 0 is generated code; "hint" is there
+// where there is one.
+std::string findingsJSON(std::string_view episodePath, std::span<const Finding> findings,
                          std::string_view compilerText);
+
+// Writes to standard error what the compiler's messages about `source` come to.
+void printFindings(std::string_view episodePath, std::string_view source,
+                   std::span<const Diagnostic> diagnostics);
 
 } // namespace tarnwick

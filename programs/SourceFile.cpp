@@ -1,10 +1,13 @@
 #include "programs/SourceFile.h"
 
+#include "TarnwickCore/Encoding.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "programs/CommandError.h"
+#include "programs/Findings.h"
 
 #include <sys/stat.h>
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -55,7 +58,7 @@ std::string bytesOf(std::string_view path, int descriptor) {
 
 } // namespace
 
-std::string sourceText(std::string_view path) {
+std::string sourceBytes(std::string_view path) {
     const Descriptor file(open(std::string(path).c_str(), O_RDONLY | O_CLOEXEC));
     struct stat status {};
     if (file.number < 0 || fstat(file.number, &status) != 0)
@@ -67,8 +70,15 @@ std::string sourceText(std::string_view path) {
     std::string text = bytesOf(path, file.number);
     if (text.size() > longestText)
         tooLong(path);
-    if (text.find('\0') != std::string::npos || !isUTF8(text))
-        misuse(std::string(path) + " is not text in UTF-8.");
+    return withoutByteOrderMark(std::move(text));
+}
+
+std::string sourceText(std::string_view path) {
+    std::string text = sourceBytes(path);
+    if (const auto fault = encodingFault(text)) {
+        printFindings(path, text, std::array{*fault});
+        failure(std::string(path) + " is not text in UTF-8.");
+    }
     return text;
 }
 

@@ -1,10 +1,12 @@
 // tarnwick tokens: an episode's source in colours, or what has which.
 #include "TarnwickCore/MSLSyntax.h"
 #include "programs/ColouredSource.h"
+#include "programs/Colours.h"
 #include "programs/Command.h"
 #include "programs/SourceFile.h"
 
 #include <array>
+#include <unistd.h>
 
 namespace tarnwick {
 namespace {
@@ -23,9 +25,9 @@ std::string tokensJSON(std::string_view source) {
 
 Status tokens(const Arguments& arguments) {
     const std::string source = sourceText(arguments.operand("episode"));
-    print(arguments.has("--json") ? tokensJSON(source)
-          : showsColours()        ? coloured(source)
-                                  : source);
+    print(arguments.has("--json")                           ? tokensJSON(source)
+          : coloursOf(STDOUT_FILENO) == Colours::ofTerminal ? coloured(source)
+                                                            : source);
     return Status::done;
 }
 

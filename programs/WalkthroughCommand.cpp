@@ -1,6 +1,6 @@
 // tarnwick walkthrough: an episode explained by the steps that led to it.
 #include "TarnwickPlatform/Pictures/PNG.h"
-#include "programs/ColouredSource.h"
+#include "programs/Colours.h"
 #include "programs/Command.h"
 #include "programs/EpisodePicture.h"
 #include "programs/EpisodeProgram.h"
@@ -15,6 +15,7 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <unistd.h>
 
 namespace tarnwick {
 namespace {
@@ -123,9 +124,8 @@ Status walkthrough(const Arguments& arguments) {
         return Status::done;
     }
     const std::vector<WalkthroughStage> stages = walkthrough.stages(renderer);
-    print(arguments.has("--json")
-              ? walkthroughJSON(stages, walkthrough.paths, renderer.capacity())
-              : walkthroughText(stages, showsColours() ? Colours::ofTerminal : Colours::none));
+    print(arguments.has("--json") ? walkthroughJSON(stages, walkthrough.paths, renderer.capacity())
+                                  : walkthroughText(stages, coloursOf(STDOUT_FILENO)));
     return Status::done;
 }
 

@@ -15,13 +15,6 @@ using Kind = WalkthroughLine::Kind;
 // In the order of the kinds.
 constexpr std::array<std::string_view, 4> kindNames{"added", "context", "gap", "blank"};
 
-// Select Graphic Rendition (ECMA-48, 8.3.117).
-std::string styled(const std::string& text, std::string_view parameter, Colours colours) {
-    return colours == Colours::none || text.empty()
-               ? text
-               : "\033[" + std::string(parameter) + "m" + text + "\033[0m";
-}
-
 std::string lineText(const WalkthroughLine& line, Colours colours) {
     if (line.kind == Kind::blank)
         return "\n";

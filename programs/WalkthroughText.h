@@ -2,14 +2,13 @@
 #pragma once
 
 #include "TarnwickCore/Walkthrough.h"
+#include "programs/Colours.h"
 
 #include <span>
 #include <string>
 #include <string_view>
 
 namespace tarnwick {
-
-enum class Colours { none, ofTerminal };
 
 // Page after page, for people: a plus before each added line.
 std::string walkthroughText(std::span<const WalkthroughStage> stages, Colours colours);

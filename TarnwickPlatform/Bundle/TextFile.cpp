@@ -19,6 +19,13 @@ bool isUTF8(std::string_view bytes) {
     return U_SUCCESS(outcome) || outcome == U_BUFFER_OVERFLOW_ERROR;
 }
 
+std::string withoutByteOrderMark(std::string text) {
+    constexpr std::string_view mark = "\xef\xbb\xbf";
+    if (text.starts_with(mark))
+        text.erase(0, mark.size());
+    return text;
+}
+
 std::optional<std::string> fileBytes(const std::filesystem::path& file) {
     std::error_code failure;
     if (!std::filesystem::is_regular_file(file, failure))
@@ -34,7 +41,7 @@ std::optional<std::string> fileText(const std::filesystem::path& file) {
     std::optional<std::string> bytes = fileBytes(file);
     if (bytes && !isUTF8(*bytes))
         return std::nullopt;
-    return bytes;
+    return bytes ? std::optional(withoutByteOrderMark(*std::move(bytes))) : std::nullopt;
 }
 
 } // namespace tarnwick

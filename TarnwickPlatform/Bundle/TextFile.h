@@ -12,10 +12,14 @@ namespace tarnwick {
 // surrogates, nothing past U+10FFFF. False for more than 2 GiB.
 bool isUTF8(std::string_view bytes);
 
+// `text` without the byte order mark that some editors put before UTF-8 (The Unicode Standard,
+// 23.8).
+std::string withoutByteOrderMark(std::string text);
+
 // The bytes of a regular file; nothing when it is missing, cannot be read or is something else.
 std::optional<std::string> fileBytes(const std::filesystem::path& file);
 
-// The same, and nothing when they are not UTF-8.
+// The same without a byte order mark, and nothing when they are not UTF-8.
 std::optional<std::string> fileText(const std::filesystem::path& file);
 
 } // namespace tarnwick

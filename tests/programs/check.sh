@@ -9,10 +9,10 @@ grep -q "^bad.metal:6:11: error: use of undeclared identifier 'y'" out ||
     complain 'no finding in line 6' check bad.metal
 echo '// nothing' >empty.metal
 "$TARNWICK" check empty.metal >out 2>err && complain 'an empty episode passes' check empty.metal
-grep -q '^empty.metal:0:[0-9]*: error: .*shade' out || complain 'shade is not missed' check
+grep -q "^empty.metal: error: 'shade' is not defined$" out || complain 'shade is not missed' check
 echo '// @grid 4' >grid.metal
 "$TARNWICK" check grid.metal >out 2>err
-grep -q '^grid.metal:0:0: note: a vertex episode defines:$' out || complain 'no hint' check
+grep -q '^grid.metal: note: a vertex episode defines:$' out || complain 'no hint' check
 "$TARNWICK" check bad.metal --json >out 2>err
 for word in '"episode": "bad.metal"' '"severity": "error"' '"line": 6' '"column": 11' '"text": '; do
     grep -q "$word" out || complain "no $word" check --json
@@ -40,4 +40,30 @@ END
 for command in check 'still -o own.png'; do
     expect 1 'The host entry points are missing from the compiled library.' $command own.metal
 done
+# The caret stands under the place, behind tabs, accents and letters of two cells.
+(episode && printf '/* \303\251 \346\260\264\t*/\tvec3 c;\n') >wide.metal
+"$TARNWICK" check wide.metal >out 2>err
+printf '%s\n' "wide.metal:6:14: error: unknown type name 'vec3'" \
+    '    6 | /* é 水 */  vec3 c;' '      |             ^~~~' \
+    '      hint: vec3 is float3 in Metal' >wanted
+cmp -s out wanted || complain 'not the wanted excerpt' check wide.metal
+# Lines that begin like a declaration are warned of, and more on request.
+(echo '// @param size 1, 0, 2' && episode &&
+    echo 'float third(float x) { float unused = x; return 1 / 3; }') >sloppy.metal
+"$TARNWICK" check sloppy.metal >out 2>err || complain 'warnings fail' check sloppy.metal
+grep -q '^sloppy.metal:1:16: warning: @param is ignored' out || complain 'no warning' check
+have "$(grep -c warning: out)" = 1
+"$TARNWICK" check -W sloppy.metal >out 2>err || complain 'warnings fail' check -W sloppy.metal
+for column in 30 51; do
+    grep -q "^sloppy.metal:7:$column: warning: " out || complain "none in column $column" check -W
+done
+# A byte that is no UTF-8 is an error of its line, everywhere; a byte order mark is none.
+(episode && printf '// caf\351\n') >latin.metal
+"$TARNWICK" check latin.metal >out 2>err && complain 'Latin-1 passes' check latin.metal
+grep -q '^latin.metal:6:7: error: byte 0xE9 is not UTF-8; save the file as UTF-8$' out ||
+    complain 'no place of the byte' check latin.metal
+"$TARNWICK" still latin.metal -o out.png >out 2>err && complain 'Latin-1 is drawn' still
+grep -q '^latin.metal:6:7: error: byte 0xE9' err || complain 'no place of the byte' still
+(printf '\357\273\277' && episode) >marked.metal
+"$TARNWICK" check marked.metal >out 2>err || complain 'a byte order mark fails' check marked.metal
 finish

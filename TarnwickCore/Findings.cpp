@@ -1,0 +1,163 @@
+#include "TarnwickCore/Findings.h"
+
+#include "TarnwickCore/Brackets.h"
+#include "TarnwickCore/DeclarationCheck.h"
+#include "TarnwickCore/EpisodeFunctions.h"
+#include "TarnwickCore/EpisodeHints.h"
+#include "TarnwickCore/Hints.h"
+
+#include <algorithm>
+#include <array>
+#include <set>
+#include <utility>
+
+namespace tarnwick {
+namespace {
+
+bool isError(const Diagnostic& diagnostic) {
+    return diagnostic.severity == Severity::error;
+}
+
+// Whether the error is one of those that a bracket without its partner leads to: the compiler
+// notices far behind it, often in generated code only.
+bool isLate(const Diagnostic& diagnostic) {
+    constexpr std::array<std::string_view, 5> messages{
+        "extraneous closing brace", "function definition is not allowed here", "unterminated ",
+        "expected '}'", "unexpected type name"};
+    return isError(diagnostic) &&
+           (diagnostic.line == 0 || std::ranges::any_of(messages, [&](std::string_view message) {
+                return diagnostic.message.starts_with(message);
+            }));
+}
+
+bool isBefore(const Diagnostic& one, const Diagnostic& other) {
+    return std::pair(one.line, one.column) < std::pair(other.line, other.column);
+}
+
+// `diagnostics` with all that follows from the fault replaced by it.
+std::vector<Diagnostic> replaced(std::span<const Diagnostic> diagnostics, const Diagnostic& fault) {
+    std::vector<Diagnostic> kept;
+    bool isKept = true; // the error or warning that notes belong to
+    for (const Diagnostic& diagnostic : diagnostics) {
+        if (diagnostic.severity != Severity::note)
+            isKept = diagnostic.line > 0 && isBefore(diagnostic, fault);
+        if (isKept)
+            kept.push_back(diagnostic);
+    }
+    kept.push_back(fault);
+    return kept;
+}
+
+// What the text leaves open runs into the code behind it.
+std::vector<Diagnostic> withoutRunningOn(std::string_view source,
+                                         std::span<const Diagnostic> diagnostics) {
+    if (std::ranges::any_of(diagnostics, isLate)) {
+        auto fault = unpairedBracket(source);
+        const bool hasOwnError = std::ranges::any_of(
+            diagnostics, [](const Diagnostic& one) { return isError(one) && one.line > 0; });
+        if (!fault && !hasOwnError)
+            fault = unfinishedEnd(source);
+        if (fault)
+            return replaced(diagnostics, *fault);
+    }
+    return {diagnostics.begin(), diagnostics.end()};
+}
+
+// A parameter's name that breaks the generated record is an error of the author's line.
+void nameBrokenParameters(std::string_view source, std::vector<Finding>& findings) {
+    auto isGenerated = [](const Finding& finding) { return finding.diagnostic.line == 0; };
+    if (std::ranges::none_of(findings, isGenerated))
+        return;
+    std::vector<Finding> broken;
+    for (const Diagnostic& diagnostic : declarationWarnings(source))
+        if (isError(diagnostic))
+            broken.push_back({diagnostic, ""});
+    if (broken.empty())
+        return;
+    std::erase_if(findings, isGenerated);
+    findings.insert(findings.begin(), broken.begin(), broken.end());
+}
+
+void addHints(const EpisodeHints& hints, std::vector<Finding>& findings) {
+    for (Finding& finding : findings)
+        if (finding.hint.empty() && finding.diagnostic.severity != Severity::note)
+            finding.hint = hints.hintFor(finding.diagnostic);
+}
+
+// Where the compiler cannot read a declaration it stumbles over the rest of the line, and over the
+// name that would have been declared.
+bool followsFrom(const Diagnostic& cause, const Diagnostic& diagnostic, const EpisodeHints& hints) {
+    constexpr std::array<std::string_view, 3> stumbles{"expected ", "cannot combine with previous",
+                                                       "declaration does not declare anything"};
+    const bool isUnread =
+        !unknownName(cause.message).empty() || cause.message.starts_with(stumbles[0]);
+    if (cause.line == 0 || !isUnread)
+        return false;
+    if (diagnostic.line == cause.line)
+        for (const std::string_view stumble : stumbles)
+            if (diagnostic.message.starts_with(stumble))
+                return true;
+    return diagnostic.message.starts_with("use of undeclared identifier") &&
+           hints.declaresIn(cause.line, unknownName(diagnostic.message));
+}
+
+// Leaves out what follows from an error that has a hint of its own.
+std::vector<Finding> withoutConsequences(const EpisodeHints& hints, std::vector<Finding> findings) {
+    std::vector<Finding> kept;
+    std::vector<Diagnostic> causes;
+    bool isKept = true; // what notes belong to
+    for (Finding& finding : findings) {
+        const Diagnostic& diagnostic = finding.diagnostic;
+        if (diagnostic.severity != Severity::note)
+            isKept = std::ranges::none_of(causes, [&](const Diagnostic& cause) {
+                return followsFrom(cause, diagnostic, hints);
+            });
+        if (!isKept)
+            continue;
+        if (!finding.hint.empty())
+            causes.push_back(diagnostic);
+        kept.push_back(std::move(finding));
+    }
+    return kept;
+}
+
+void keepFirstOfHints(std::vector<Finding>& findings) {
+    std::set<std::string> said;
+    for (Finding& finding : findings)
+        if (!finding.hint.empty() && !said.insert(finding.hint).second)
+            finding.hint.clear();
+}
+
+} // namespace
+
+std::vector<Finding> findingsOf(std::string_view source, std::span<const Diagnostic> diagnostics) {
+    const EpisodeHints hints(source);
+    std::vector<Finding> findings = aboutEpisodeFunctions(source, ShaderAssembler::assemble(source),
+                                                          withoutRunningOn(source, diagnostics));
+    nameBrokenParameters(source, findings);
+    addHints(hints, findings);
+    findings = withoutConsequences(hints, std::move(findings));
+    keepFirstOfHints(findings);
+    return findings;
+}
+
+std::vector<Finding> withDeclarationWarnings(std::string_view source,
+                                             std::vector<Finding> findings) {
+    for (const Diagnostic& diagnostic : declarationWarnings(source))
+        if (!isError(diagnostic))
+            findings.push_back({diagnostic, ""});
+    return findings;
+}
+
+std::string firstError(std::span<const Finding> findings) {
+    for (const auto& [diagnostic, hint] : findings) {
+        if (!isError(diagnostic))
+            continue;
+        const std::string place =
+            diagnostic.line > 0 ? "line " + std::to_string(diagnostic.line) + ": " : "";
+        return place + diagnostic.message + (hint.empty() ? "" : " (" + hint + ")");
+    }
+    return {};
+}
+
+} // namespace tarnwick

@@ -1,0 +1,41 @@
+// Words of a program's text: letters, digits and underscores of ASCII.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+
+namespace tarnwick {
+
+constexpr bool isWordCharacter(char one) {
+    return (one >= 'a' && one <= 'z') || (one >= 'A' && one <= 'Z') || (one >= '0' && one <= '9') ||
+           one == '_';
+}
+
+// The word that goes on from `at`; empty where none does.
+inline std::string_view wordAt(std::string_view text, std::size_t at) {
+    std::size_t end = std::min(at, text.size());
+    while (end < text.size() && isWordCharacter(text[end]))
+        ++end;
+    return text.substr(std::min(at, end), end - std::min(at, end));
+}
+
+// The word that ends before `end`.
+inline std::string_view wordBefore(std::string_view text, std::size_t end) {
+    std::size_t start = end;
+    while (start > 0 && isWordCharacter(text[start - 1]))
+        --start;
+    return text.substr(start, end - start);
+}
+
+// Where `word` stands in `text` from `from` on, with no other word's part beside it; npos for
+// nowhere.
+inline std::size_t findWord(std::string_view text, std::string_view word, std::size_t from = 0) {
+    for (std::size_t at = text.find(word, from); at != std::string_view::npos;
+         at = text.find(word, at + 1))
+        if (wordBefore(text, at).empty() && wordAt(text, at).size() == word.size())
+            return at;
+    return std::string_view::npos;
+}
+
+} // namespace tarnwick
