@@ -38,7 +38,7 @@ FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Dev
     if (!found && device.isLost())
         failure(device.info().name + " was lost.");
     if (!found)
-        failure("No length of two frames or more lies within that range.");
+        misuse("No length of two frames or more lies within that range.");
     return *found;
 }
 

@@ -110,10 +110,10 @@ Status batch(const Arguments& arguments) {
             line = std::string(path) + (compilation.failed ? ": failed: " : ": ok: ") +
                    (compilation.failed ? firstError(compilation.messages) : namesOf(compilation));
             if (compilation.failed)
-                status = Status::failed;
+                status = std::max(status, Status::failed);
         } catch (const CommandError& error) {
             line = std::string(path) + ": failed: " + error.what();
-            status = Status::failed;
+            status = std::max(status, error.status);
         }
         print(line + "\n");
     }

@@ -12,7 +12,8 @@ const std::string_view hostUsage =
 Shows the saver of a bundle, or of an episode. An episode with Inputs meets silence.
 
   --bundle DIR             the bundle to show (else the one beside the program); with an episode,
-                           the folder that is made its bundle
+                           the folder that is made its bundle; what a person wrote or changed
+                           in that folder stays
   --settings FILE.json     the settings of the episode (default: NAME.json beside NAME.metal)
   --no-settings            ignores the settings beside the episode
   --window-id ID           shows it in this window; without it the environment's XSCREENSAVER_WINDOW

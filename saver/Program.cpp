@@ -38,8 +38,10 @@ PixelSize sizeOf(const HostOptions& options) {
 // Neither the episode nor a file that is no picture makes way for the last frame.
 void checkPicture(const HostOptions& options) {
     const std::string episode = options.episode.value_or("").string();
+    const std::string settings = options.settings.value_or("").string();
     checkOutputEnding(options.picture, FileKind::pngPicture, "-o");
-    checkOutputFile(options.picture, FileKind::pngPicture, std::array{std::string_view(episode)});
+    checkOutputFile(options.picture, FileKind::pngPicture,
+                    std::array{std::string_view(episode), std::string_view(settings)});
 }
 
 int drawPicture(const HostOptions& options, const Bundle& bundle, double seconds, std::ostream& out,

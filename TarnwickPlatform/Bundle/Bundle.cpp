@@ -1,11 +1,15 @@
 #include "TarnwickPlatform/Bundle/Bundle.h"
 
+#include "TarnwickBase/OutputFile.h"
+#include "TarnwickBase/WholeFile.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 
 #include <nlohmann/json.hpp>
 
-#include <fstream>
+#include <array>
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace tarnwick {
 namespace {
@@ -28,19 +32,34 @@ std::string readBytes(const fs::path& file) {
     return *std::move(bytes);
 }
 
-// A reader of `file` finds the old bytes or the new ones, never a part.
-void replaceFile(const fs::path& file, std::string_view bytes) {
-    const fs::path fresh = file.string() + ".new";
-    std::ofstream stream(fresh, std::ios::binary | std::ios::trunc);
-    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    stream.close();
-    std::error_code failure;
-    if (stream)
-        fs::rename(fresh, file, failure);
-    if (!stream || failure) {
-        fs::remove(fresh, failure);
-        throw BundleError(file.string() + " cannot be written.");
-    }
+struct MadeFile {
+    std::string_view name;
+    std::string_view bytes;
+};
+
+// What makeBundle() wrote, a line a file, so that it knows its own files again.
+constexpr std::string_view recordName = ".tarnwick-made";
+
+// The name and the bytes' FNV-1a hash of 64 bits: changes are to be seen, not forgeries.
+std::string recordLine(std::string_view name, std::string_view bytes) {
+    std::uint64_t hash = 0xcbf29ce484222325;
+    for (const char byte : bytes)
+        hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001b3;
+    return std::string(name) + " " + std::to_string(hash) + "\n";
+}
+
+// A file that a person wrote or changed stays.
+void checkMade(const fs::path& folder, const MadeFile& file, std::string_view record) {
+    const fs::path path = folder / file.name;
+    std::error_code ignored;
+    if (!fs::exists(fs::symlink_status(path, ignored)))
+        return;
+    const std::optional<std::string> there = fileBytes(path);
+    if (!there || (*there != file.bytes &&
+                   record.find(recordLine(file.name, *there)) == std::string_view::npos))
+        throw OutputNameError(path.string() +
+                              " is there already and stays as it is, since it is not as a bundle "
+                              "was made; the bundle needs another folder.");
 }
 
 } // namespace
@@ -67,13 +86,25 @@ Bundle makeBundle(const fs::path& folder, const fs::path& episode,
                   const std::optional<fs::path>& settings) {
     const std::string source = readBytes(episode);
     const std::string document = settings ? readBytes(*settings) : plainSettings(episode);
+    const fs::path inner = folder / "Shader";
+    const std::array files{MadeFile{"shader.metal", source}, MadeFile{"saver.json", document}};
+    const std::string record = fileText(inner / recordName).value_or("");
+    std::string made;
+    for (const MadeFile& file : files) {
+        checkMade(inner, file, record);
+        made += recordLine(file.name, file.bytes);
+    }
     std::error_code failure;
-    fs::create_directories(folder / "Shader", failure);
+    fs::create_directories(inner, failure);
     if (failure)
-        throw BundleError((folder / "Shader").string() + " cannot be made: " + failure.message() +
-                          ".");
-    replaceFile(folder / "Shader" / "shader.metal", source);
-    replaceFile(folder / "Shader" / "saver.json", document);
+        throw BundleError(inner.string() + " cannot be made: " + failure.message() + ".");
+    try {
+        for (const MadeFile& file : files)
+            writeWholeFile(inner / file.name, file.bytes);
+        writeWholeFile(inner / recordName, made);
+    } catch (const WholeFileError& error) {
+        throw BundleError(error.what());
+    }
     return Bundle(folder);
 }
 

@@ -40,8 +40,10 @@ std::optional<std::filesystem::path> settingsBeside(const std::filesystem::path&
 
 // Makes `folder` the bundle of one episode: Shader/shader.metal is a copy of `episode`, and
 // Shader/saver.json a copy of the document `settings` or, without one, settings that bear the
-// episode's name and change nothing. What the folder held under these two names is replaced, each
-// in one step. Throws BundleError, InputReadError among them.
+// episode's name and change nothing. What the folder holds under these two names is replaced, each
+// in one step, where it is as this function made it: Shader/.tarnwick-made remembers. Throws
+// OutputNameError where it is not, and BundleError, InputReadError among them; then no file was
+// changed, but for a disk that fails in between.
 Bundle makeBundle(const std::filesystem::path& folder, const std::filesystem::path& episode,
                   const std::optional<std::filesystem::path>& settings);
 

@@ -1,3 +1,4 @@
+#include "TarnwickBase/OutputFile.h"
 #include "TarnwickPlatform/Bundle/Bundle.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 
@@ -59,6 +60,18 @@ TEST_F(BundleFiles, areMadeFromAnEpisodeAndItsSettings) {
     makeBundle(folder, tuned, settingsBeside(tuned));
     EXPECT_EQ(fileText(folder / "Shader/shader.metal"), "two");
     EXPECT_EQ(fileText(folder / "Shader/saver.json"), "{}");
+}
+
+TEST_F(BundleFiles, areNotMadeOverWhatAPersonChanged) {
+    const fs::path plain = write("plain.metal", "one");
+    makeBundle(root / "made", plain, {});
+    write("plain.metal", "two");
+    makeBundle(root / "made", plain, {});
+    write("made/Shader/saver.json", R"({"name": "By hand"})");
+    write("plain.metal", "three");
+    EXPECT_THROW(makeBundle(root / "made", plain, {}), OutputNameError);
+    EXPECT_EQ(fileText(root / "made/Shader/saver.json"), R"({"name": "By hand"})");
+    EXPECT_EQ(fileText(root / "made/Shader/shader.metal"), "two");
 }
 
 TEST_F(BundleFiles, areNotMadeFromWhatCannotBeRead) {

@@ -19,7 +19,7 @@ expect 0 '^1.5 seconds: 15 frames' loop e.metal --around 1 --range 1 --fps 10 --
 expect 0 '^2 seconds: 60 frames' loop e.metal --around 2.2 --loop 0.5
 begins='^tarnwick: The loop begins at 0.5 s, not at 0 s, because its crossfade uses what lies before'
 grep -q "$begins" err || complain 'no word of its start' loop
-expect 1 'No length of two frames or more' loop e.metal --around 0.01 --range 0
+expect 2 'No length of two frames or more' loop e.metal --around 0.01 --range 0
 cat >grid.metal <<'TEXT'
 // @grid 4
 struct Vertex { float4 position [[position]]; };

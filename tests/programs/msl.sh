@@ -19,7 +19,7 @@ have ! -e two.spv
 echo 'float x = y;' >bad.metal
 expect 1 "^bad.metal:1:11: error: use of undeclared identifier 'y'" msl bad.metal
 "$TARNWICK" msl --batch two.metal bad.metal missing.metal >out 2>err
-[ $? = 1 ] || complain 'status is not 1' msl --batch
+[ $? = 2 ] || complain 'status is not 2' msl --batch
 grep -q '^two.metal: ok: kernel twice, fragment red$' out || complain 'no line of two.metal' msl
 grep -q '^bad.metal: failed: bad.metal:1:11: error: ' out || complain 'no line of bad.metal' msl
 grep -q '^missing.metal: failed: ' out || complain 'no line of missing.metal' msl
