@@ -28,10 +28,10 @@ template <class Action> decltype(auto) at(const llvm::Instruction& instruction, 
     std::string place = programPlace(instruction); // the action may erase it
     try {
         return action();
-    } catch (const TranslationError& error) {
-        if (!error.place.empty())
-            throw;
-        throw TranslationError(error.what(), place);
+    } catch (TranslationError& error) {
+        if (error.place.empty())
+            error.place = place;
+        throw;
     }
 }
 

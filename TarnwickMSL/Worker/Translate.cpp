@@ -6,7 +6,15 @@
 
 #include <llvm/IR/LLVMContext.h>
 
+#include <cstdlib>
+
 namespace tarnwick::msl {
+
+// What went wrong inside, for whoever looks at the steps' results (Passes/Dump.h).
+static std::string detail(const TranslationError& error) {
+    auto* fault = dynamic_cast<const CompilerFault*>(&error);
+    return fault && std::getenv("TARNWICK_MSL_DUMP") ? " [" + fault->detail + "]" : "";
+}
 
 // `wasParsed` tells a program that the front end took from one that it did not.
 static Compilation attempt(std::string_view source, const StandardLibrary& library,
@@ -32,7 +40,8 @@ static Compilation attempt(std::string_view source, const StandardLibrary& libra
         compilation.entryPoints.clear();
         if (!error.place.empty())
             place = error.place;
-        compilation.messages += place + ": error: " + error.what() + "\n1 error generated.\n";
+        compilation.messages +=
+            place + ": error: " + error.what() + detail(error) + "\n1 error generated.\n";
     }
     return compilation;
 }

@@ -198,4 +198,92 @@ declare i32 @msl.loop_budget()
     EXPECT_TRUE(written.entry.resources.at(1).isWritten);
 }
 
+// %v of `lanes` lanes, gathered one by one from %x and %y with `last` as the last, and %s, which
+// repeats its lane `repeated`.
+static std::string gathered(unsigned lanes, unsigned last, unsigned repeated) {
+    const std::string type = "<" + std::to_string(lanes) + " x float>";
+    std::string code, before = "poison";
+    for (unsigned i = 1; i <= lanes; ++i) {
+        const unsigned lane = (last + i) % lanes;
+        const std::string name = i == lanes ? "%v" : "%v" + std::to_string(i);
+        code += name + " = insertelement " + type + " " + before + ", float " +
+                (lane % 2 ? "%y" : "%x") + ", i32 " + std::to_string(lane) + "\n";
+        before = name;
+    }
+    std::string mask;
+    for (unsigned i = 0; i < lanes; ++i)
+        mask += (i ? ", i32 " : "i32 ") + std::to_string(repeated);
+    return code + "%s = shufflevector " + type + " %v, " + type + " poison, <" +
+           std::to_string(lanes) + " x i32> <" + mask + ">\n";
+}
+
+// A repeated lane is a factor of its own wherever in the gathering it comes, and is there whole for
+// every other user, in other blocks and in phis too.
+TEST(SpirvWriter, writesRepeatedLanesForAllTheirUsers) {
+    struct User {
+        const char* code;
+        std::size_t scaled; // products with one scalar
+    };
+    const User users[] = {{"%r = fmul T %w, %s\nbr label %end\nend:\n", 1},
+                          {"%r = fadd T %w, %s\nbr label %end\nend:\n", 0},
+                          {"%p = fmul T %s, %w\n%r = fadd T %p, %s\nbr label %end\nend:\n", 1},
+                          {"%r = fmul T %s, %s\nbr label %end\nend:\n", 0},
+                          {"%p = fmul T %s, %v\nbr label %end\nend:\n%r = fmul T %s, %p\n", 2},
+                          {"br label %end\nend:\n%r = phi T [ %s, %entry ]\n", 0}};
+    for (unsigned lanes = 2; lanes <= 4; ++lanes)
+        for (unsigned last = 0; last < lanes; ++last)
+            for (unsigned repeated = 0; repeated < lanes; ++repeated)
+                for (const User& user : users) {
+                    std::string code = user.code;
+                    const std::string type = "<" + std::to_string(lanes) + " x float>";
+                    for (auto at = code.find('T'); at != code.npos; at = code.find('T'))
+                        code.replace(at, 1, type);
+                    SCOPED_TRACE(std::to_string(last) + ", " + std::to_string(repeated) + ": " +
+                                 code);
+                    code = R"(
+@in.uv = external global <2 x float>
+@out.color = external global <4 x float>
+define void @main() {
+entry:
+  %uv = load <2 x float>, ptr @in.uv
+  %x = extractelement <2 x float> %uv, i32 0
+  %y = extractelement <2 x float> %uv, i32 1
+  %w = shufflevector <2 x float> %uv, <2 x float> poison, <)" +
+                           std::to_string(lanes) + " x i32> <i32 1, i32 0" +
+                           (lanes > 2 ? ", i32 0" : "") + (lanes > 3 ? ", i32 1" : "") + ">\n" +
+                           gathered(lanes, last, repeated) + code + "%l = extractelement " + type +
+                           " %r, i32 1\n" + R"(
+  %c = insertelement <4 x float> zeroinitializer, float %l, i32 1
+  store <4 x float> %c, ptr @out.color
+  ret void
+})";
+                    Written written({.code = code, .interface = {uv, color}});
+                    EXPECT_EQ(written.count("OpVectorTimesScalar"), user.scaled) << written.text;
+                }
+}
+
+// What goes wrong inside is not the program's to know.
+TEST(SpirvWriter, callsItsOwnFaultsByOneName) {
+    const char* code = R"(
+@out.color = external global <4 x float>
+define void @main() {
+  %a = alloca float
+  %n = ptrtoint ptr %a to i32
+  %f = uitofp i32 %n to float
+  %c = insertelement <4 x float> zeroinitializer, float %f, i32 0
+  store <4 x float> %c, ptr @out.color
+  ret void
+})";
+    ParsedShader parsed = parseShader({.code = code, .interface = {color}});
+    try {
+        writeSpirv(parsed.shader);
+        FAIL() << "It is written.";
+    } catch (const CompilerFault& fault) {
+        EXPECT_EQ(std::string(fault.what()),
+                  "The compiler has a fault and cannot translate this code. Writing it in another "
+                  "way may help; please report the program.");
+        EXPECT_NE(fault.detail, "");
+    }
+}
+
 } // namespace tarnwick::msl

@@ -100,9 +100,9 @@ static void splitWrite(CallBase& call, unsigned operand, const Choices& choices)
 
 static void split(CallBase& call, unsigned operand, const Choices& choices) {
     if (choices.empty())
-        throw TranslationError(operand == 0
-                                   ? "A texture is used that is not among the function's arguments."
-                                   : "A sampler is computed at run time.");
+        throw TranslationError(
+            operand == 0 ? "A texture is used that is not among the function's arguments."
+                         : "Which sampler is used must be known when the program is compiled.");
     if (call.getType()->isVoidTy())
         splitWrite(call, operand, choices);
     else

@@ -53,8 +53,7 @@ void inlineCall(CallBase& call) {
     InlineFunctionInfo info;
     if (InlineResult result = InlineFunction(call, info, false, nullptr, false);
         !result.isSuccess())
-        throw TranslationError(std::string("A call has no form in a shader: ") +
-                               result.getFailureReason() + ".");
+        throw CompilerFault(std::string("A call cannot be inlined: ") + result.getFailureReason());
 }
 
 static bool inlineCallees(Function& function) {

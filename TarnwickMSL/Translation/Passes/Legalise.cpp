@@ -135,8 +135,15 @@ static std::pair<Value*, Value*> expandOverflow(IRBuilder<>& builder, IntrinsicI
     case Intrinsic::umul_with_overflow:
     case Intrinsic::smul_with_overflow: {
         unsigned bits = a->getType()->getScalarSizeInBits();
+        if (bits > 32 && call.getIntrinsicID() == Intrinsic::umul_with_overflow) {
+            Value* product = builder.CreateMul(a, b);
+            Value* one = ConstantInt::get(a->getType(), 1);
+            Value* divisor = builder.CreateBinaryIntrinsic(Intrinsic::umax, a, one);
+            Value* expected = builder.CreateSelect(builder.CreateICmpEQ(a, zero), zero, b);
+            return {product, builder.CreateICmpNE(builder.CreateUDiv(product, divisor), expected)};
+        }
         if (bits > 32)
-            throw TranslationError("A 64-bit product's overflow is not supported.");
+            throw CompilerFault("A signed product of 64 bits is asked for its overflow.");
         Type* wide = a->getType()->getWithNewBitWidth(bits * 2);
         bool isSigned = call.getIntrinsicID() == Intrinsic::smul_with_overflow;
         Value* product = builder.CreateMul(builder.CreateIntCast(a, wide, isSigned),
@@ -157,7 +164,7 @@ static bool replaceOverflow(IntrinsicInst& call) {
     for (User* user : make_early_inc_range(call.users())) {
         auto* member = dyn_cast<ExtractValueInst>(user);
         if (!member)
-            throw TranslationError("A record is kept whole in a register.");
+            throw CompilerFault("A record is kept whole in a register.");
         member->replaceAllUsesWith(member->getIndices().front() == 0 ? result : overflow);
         member->eraseFromParent();
     }
@@ -227,7 +234,7 @@ static void legaliseIntrinsic(IntrinsicInst& call) {
         return;
     Value* result = expansion(builder, call);
     if (!result)
-        throw TranslationError("A vector's lanes are combined in a way that is not supported.");
+        throw CompilerFault("A vector's lanes are combined in a way that is not supported.");
     call.replaceAllUsesWith(result);
     call.eraseFromParent();
 }

@@ -218,7 +218,7 @@ static Constant* filled(Type* type, std::uint8_t byte, const DataLayout& layout)
 static void fill(MemSetInst& call, std::uint64_t bytes, const DataLayout& layout) {
     auto* value = dyn_cast<ConstantInt>(call.getValue());
     if (!value)
-        throw TranslationError("Memory is filled with a value that is not constant.");
+        throw CompilerFault("Memory is filled with a value that is not constant.");
     auto byte = static_cast<std::uint8_t>(value->getZExtValue());
     auto parts = partsAt(call.getRawDest(), bytes, layout);
     if (!parts && bytes > 4 * mostParts && bytes % 4 == 0)
@@ -238,7 +238,7 @@ static void fill(MemSetInst& call, std::uint64_t bytes, const DataLayout& layout
 static void expand(MemIntrinsic& call, const DataLayout& layout) {
     auto* bytes = dyn_cast<ConstantInt>(call.getLength());
     if (!bytes)
-        throw TranslationError("Memory of a length that is not constant is copied.");
+        throw CompilerFault("Memory of a length that is not constant is copied.");
     if (auto* transfer = dyn_cast<MemTransferInst>(&call))
         copy(*transfer, bytes->getZExtValue(), layout);
     else

@@ -23,7 +23,7 @@ static bool isOdd(const Type* type) {
 static Type* promoted(Type* type) {
     unsigned bits = type->getScalarSizeInBits();
     if (bits > 64)
-        throw TranslationError("An integer of more than 64 bits is needed.");
+        throw CompilerFault("An integer of more than 64 bits is needed.");
     return type->getWithNewBitWidth(bits <= 8 ? 8 : bits <= 16 ? 16 : bits <= 32 ? 32 : 64);
 }
 
@@ -52,7 +52,7 @@ Value* Promotion::wide(Value* value) {
         return ConstantInt::get(promoted(value->getType()), number->getZExtValue());
     if (isa<UndefValue>(value))
         return Constant::getNullValue(promoted(value->getType()));
-    throw TranslationError("An integer's width is not supported.");
+    throw CompilerFault("An integer's width is not supported.");
 }
 
 Value* Promotion::masked(IRBuilder<>& builder, Value* value, Type* odd) {
@@ -78,11 +78,21 @@ Value* Promotion::promoteBinary(BinaryOperator& binary, IRBuilder<>& builder) {
     return masked(builder, builder.CreateBinOp(binary.getOpcode(), a, b), binary.getType());
 }
 
+// The bits of a number as a vector of booleans.
+static Value* toLanes(Value* bits, FixedVectorType* type, IRBuilder<>& builder) {
+    Value* lanes = PoisonValue::get(type);
+    for (std::uint64_t lane = 0; lane < type->getNumElements(); ++lane) {
+        Value* bit = builder.CreateTrunc(builder.CreateLShr(bits, lane), builder.getInt1Ty());
+        lanes = builder.CreateInsertElement(lanes, bit, lane);
+    }
+    return lanes;
+}
+
 // The bits of a vector of booleans as one number.
 Value* Promotion::fromLanes(Instruction& cast, IRBuilder<>& builder) {
     auto* vector = dyn_cast<FixedVectorType>(cast.getOperand(0)->getType());
     if (!vector || !vector->getElementType()->isIntegerTy(1))
-        throw TranslationError("A vector is taken for an integer of an unsupported width.");
+        throw CompilerFault("A vector is taken for an integer of an unsupported width.");
     Type* type = promoted(cast.getType());
     Value* sum = Constant::getNullValue(type);
     for (std::uint64_t lane = 0; lane < vector->getNumElements(); ++lane) {
@@ -120,7 +130,7 @@ Value* Promotion::promote(Instruction& instruction) {
     case Instruction::BitCast:
         return fromLanes(instruction, builder);
     default:
-        throw TranslationError("An integer's width is not supported.");
+        throw CompilerFault("An integer's width is not supported.");
     }
 }
 
@@ -143,10 +153,12 @@ void Promotion::use(Instruction& instruction) {
         result = builder.CreateSExtOrTrunc(spread(builder, operand), instruction.getType());
     } else if (isa<UIToFPInst>(instruction)) {
         result = builder.CreateUIToFP(wide(operand), instruction.getType());
+    } else if (instruction.getType()->isIntOrIntVectorTy(1) && isa<BitCastInst>(instruction)) {
+        result = toLanes(wide(operand), cast<FixedVectorType>(instruction.getType()), builder);
     } else if (isa<SIToFPInst>(instruction)) {
         result = builder.CreateSIToFP(spread(builder, operand), instruction.getType());
     } else {
-        throw TranslationError("An integer's width is not supported.");
+        throw CompilerFault("An integer's width is not supported.");
     }
     instruction.replaceAllUsesWith(result);
 }

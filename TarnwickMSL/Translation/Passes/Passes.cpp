@@ -151,7 +151,7 @@ ShaderModule lower(const Module& module, const EntrySignature& entry,
                    const std::vector<EntrySignature>& allEntries, const Target& target) {
     const Function* function = module.getFunction(entry.symbol);
     if (!function || function->isDeclaration())
-        throw TranslationError("The function '" + entry.name + "' has no body.");
+        throw TranslationError("The function '" + entry.name + "' is declared but not defined.");
     ShaderModule shader;
     shader.module = cut(*function);
     shader.name = entry.name;

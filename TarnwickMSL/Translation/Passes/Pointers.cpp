@@ -26,6 +26,11 @@ struct Chosen {
     MapVector<Value*, Value*> offsets;
 };
 
+// The number of null's root, which nothing is at.
+static constexpr std::uint32_t nowhere = UINT32_MAX;
+// A root's bytes, for pointers that become numbers; more than any variable of a thread has.
+static constexpr unsigned rootBits = 24;
+
 class Resolver {
   public:
     explicit Resolver(Function& main)
@@ -47,7 +52,12 @@ class Resolver {
     Value* constant(std::uint64_t value) { return ConstantInt::get(word_, value); }
     Value* rebuilt(Value* pointer, Value* base, Value* root, IRBuilder<>& builder);
     Value* inUnits(Value* index, std::uint64_t scale, IRBuilder<>& builder);
+    void workOn(ArrayRef<Value*> pointers);
+    Value* meant(const Chosen& at, IRBuilder<>& builder);
+    void compare(ICmpInst& compare);
+    void number(PtrToIntInst& conversion);
     void access(Instruction& user);
+    void resolve(Instruction& user);
     void load(LoadInst& load, Value* base, const Chosen& from);
     void store(StoreInst& store, Value* base, const Chosen& to);
     void change(Instruction& call, Value* base, const Chosen& at);
@@ -57,7 +67,7 @@ class Resolver {
     Type* word_;
     DenseMap<Value*, Chosen> known_;
     MapVector<Value*, std::uint64_t> numbers_; // of the roots
-    Value* last_ = nullptr;                    // the base that known_ and unit_ are for
+    SmallVector<Value*, 2> last_;              // the pointers that known_ and unit_ are for
     std::uint64_t unit_ = 0;                   // bytes
 };
 
@@ -85,7 +95,8 @@ void Resolver::collectRoots(Value* pointer, Roots& roots, SmallPtrSetImpl<Value*
     } else if (isa<AllocaInst, GlobalVariable>(base)) {
         roots.insert(base);
     } else {
-        throw TranslationError("Pointers cannot be kept in memory.");
+        throw CompilerFault(
+            "A pointer comes neither from a variable nor from a choice of pointers.");
     }
 }
 
@@ -97,7 +108,7 @@ void Resolver::collectUnit(Value* pointer, SmallPtrSetImpl<Value*>& seen) {
         MapVector<Value*, APInt> scales;
         APInt offset(32, 0);
         if (!step->collectOffset(layout_, 32, scales, offset))
-            throw TranslationError("A pointer moves in a way that is not supported.");
+            throw CompilerFault("A pointer's step has no constant scale.");
         unit_ = std::gcd(unit_, offset.abs().getZExtValue());
         for (auto& [index, scale] : scales)
             unit_ = std::gcd(unit_, scale.abs().getZExtValue());
@@ -202,7 +213,7 @@ Chosen Resolver::chosen(Value* pointer) {
     else if (auto* step = dyn_cast<GEPOperator>(pointer))
         result = alongGep(*step);
     else if (isa<UndefValue, ConstantPointerNull>(pointer))
-        result.which = UndefValue::get(word_);
+        result.which = constant(nowhere);
     else
         result = atRoot(pointer, constant(0));
     return known_[pointer] = result;
@@ -279,6 +290,69 @@ void Resolver::change(Instruction& call, Value* base, const Chosen& at) {
         call.replaceAllUsesWith(result ? result : UndefValue::get(call.getType()));
 }
 
+// Offsets are in units that all of these pointers share.
+void Resolver::workOn(ArrayRef<Value*> pointers) {
+    if (pointers == ArrayRef(last_))
+        return;
+    last_.assign(pointers.begin(), pointers.end());
+    unit_ = 0;
+    SmallPtrSet<Value*, 8> seen;
+    for (Value* pointer : pointers)
+        collectUnit(pointer, seen);
+    unit_ = std::max<std::uint64_t>(1, unit_);
+    known_.clear();
+}
+
+// The offset into the root that it is.
+Value* Resolver::meant(const Chosen& at, IRBuilder<>& builder) {
+    Value* result = nullptr;
+    for (auto& [root, offset] : at.offsets) {
+        Value* isIt = builder.CreateICmpEQ(at.which, constant(numbers_.lookup(root)));
+        result = result ? builder.CreateSelect(isIt, offset, result) : offset;
+    }
+    return result ? result : constant(0);
+}
+
+// Order means something within one variable alone (Metal Shading Language 3.1, which has C++'s
+// rules for it); equality asks for the variable as well.
+void Resolver::compare(ICmpInst& compare) {
+    workOn({compare.getOperand(0), compare.getOperand(1)});
+    Chosen a = chosen(compare.getOperand(0)), b = chosen(compare.getOperand(1));
+    IRBuilder<> builder(&compare);
+    Value* result =
+        builder.CreateICmp(compare.getSignedPredicate(), meant(a, builder), meant(b, builder));
+    if (compare.getPredicate() == CmpInst::ICMP_EQ)
+        result = builder.CreateAnd(result, builder.CreateICmpEQ(a.which, b.which));
+    else if (compare.getPredicate() == CmpInst::ICMP_NE)
+        result = builder.CreateOr(result, builder.CreateICmpNE(a.which, b.which));
+    compare.replaceAllUsesWith(result);
+}
+
+// A place for every root, so that numbers tell pointers apart and their differences are bytes.
+void Resolver::number(PtrToIntInst& conversion) {
+    workOn({conversion.getPointerOperand()});
+    Chosen at = chosen(conversion.getPointerOperand());
+    IRBuilder<> builder(&conversion);
+    Value* first = builder.CreateShl(builder.CreateAdd(at.which, constant(1)), rootBits);
+    Value* bytes = builder.CreateMul(meant(at, builder), constant(unit_));
+    conversion.replaceAllUsesWith(
+        builder.CreateZExtOrTrunc(builder.CreateAdd(first, bytes), conversion.getType()));
+}
+
+static bool comparesPointers(const Instruction& instruction) {
+    return isa<ICmpInst>(instruction) && instruction.getOperand(0)->getType()->isPointerTy();
+}
+
+void Resolver::resolve(Instruction& user) {
+    if (auto* comparison = dyn_cast<ICmpInst>(&user))
+        compare(*comparison);
+    else if (auto* conversion = dyn_cast<PtrToIntInst>(&user))
+        number(*conversion);
+    else
+        access(user);
+    user.eraseFromParent();
+}
+
 void Resolver::access(Instruction& user) {
     Value* pointer = getLoadStorePointerOperand(&user);
     if (auto* call = dyn_cast<CallBase>(&user))
@@ -287,14 +361,7 @@ void Resolver::access(Instruction& user) {
     Roots roots;
     SmallPtrSet<Value*, 8> seen;
     collectRoots(base, roots, seen);
-    if (base != last_) {
-        last_ = base;
-        unit_ = 0;
-        seen.clear();
-        collectUnit(base, seen);
-        unit_ = std::max<std::uint64_t>(1, unit_);
-        known_.clear();
-    }
+    workOn({base});
     Chosen to = chosen(base);
     if (auto* reading = dyn_cast<LoadInst>(&user)) {
         load(*reading, base, to);
@@ -303,21 +370,41 @@ void Resolver::access(Instruction& user) {
     } else {
         change(user, base, to);
     }
-    user.eraseFromParent();
+}
+
+// Global variables' numbers as instructions of their own.
+static void separateNumbers(Function& main) {
+    for (Instruction& instruction : make_early_inc_range(instructions(main)))
+        for (Use& operand : instruction.operands()) {
+            auto* constant = dyn_cast<ConstantExpr>(operand);
+            if (!constant || constant->getOpcode() != Instruction::PtrToInt)
+                continue;
+            auto* phi = dyn_cast<PHINode>(&instruction);
+            Instruction* before =
+                phi ? phi->getIncomingBlock(operand)->getTerminator() : &instruction;
+            Instruction* number = constant->getAsInstruction();
+            number->insertBefore(before->getIterator());
+            if (phi)
+                phi->setIncomingValueForBlock(phi->getIncomingBlock(operand), number);
+            else
+                operand.set(number);
+        }
 }
 
 bool Resolver::run() {
+    separateNumbers(main_);
     SmallVector<Instruction*, 8> users;
     for (Instruction& instruction : instructions(main_)) {
         Value* pointer = getLoadStorePointerOperand(&instruction);
         if (auto* call = dyn_cast<CallBase>(&instruction))
             if (call->arg_size() > 0 && call->getArgOperand(0)->getType()->isPointerTy())
                 pointer = call->getArgOperand(0);
-        if (pointer && isChoice(baseOf(pointer)))
+        bool isAccess = pointer && isChoice(baseOf(pointer));
+        if (isAccess || comparesPointers(instruction) || isa<PtrToIntInst>(instruction))
             users.push_back(&instruction);
     }
     for (Instruction* user : users)
-        at(*user, [&] { access(*user); });
+        at(*user, [&] { resolve(*user); });
     return !users.empty();
 }
 
@@ -368,11 +455,12 @@ static void refusePointersInMemory(Function& main) {
         bool isLoad = isa<LoadInst>(instruction) && instruction.getType()->isPointerTy();
         auto* store = dyn_cast<StoreInst>(&instruction);
         if (isLoad || (store && store->getValueOperand()->getType()->isPointerTy()))
-            throw TranslationError("A pointer is kept in an array or a record where it cannot be "
-                                   "told what it points to.",
+            throw TranslationError("A pointer in an array or a record is not supported where the "
+                                   "compiler cannot tell which variable it points to.",
                                    programPlace(instruction));
         if (isa<IntToPtrInst>(instruction))
-            throw TranslationError("A pointer is made of a number.", programPlace(instruction));
+            throw TranslationError("Converting an integer to a pointer is not supported.",
+                                   programPlace(instruction));
     }
 }
 

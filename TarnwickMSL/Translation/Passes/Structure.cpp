@@ -204,7 +204,7 @@ static LoopShape splitLoop(Loop& loop, DominatorTree& tree, LoopInfo& loops) {
     BasicBlock* latch = loop.getLoopLatch();
     BasicBlock* exit = loop.getExitBlock();
     if (!latch || !exit || loop.getExitingBlock() != latch)
-        throw TranslationError("A loop's control flow could not be structured.");
+        throw CompilerFault("A loop is not left from its latch alone.");
     bool isMarked = markerOf(loop) != nullptr;
     BasicBlock::iterator split =
         isMarked ? shape.header->getTerminator()->getIterator() : shape.header->getFirstNonPHIIt();

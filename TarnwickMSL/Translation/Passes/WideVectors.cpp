@@ -1,9 +1,10 @@
 #include "TarnwickMSL/Translation/Passes/WideVectors.h"
 
 #include <llvm/ADT/PostOrderIterator.h>
+#include <llvm/Analysis/VectorUtils.h>
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/InstIterator.h>
-#include <llvm/IR/Instructions.h>
+#include <llvm/IR/IntrinsicInst.h>
 #include <llvm/Transforms/Utils/Local.h>
 
 namespace tarnwick::msl {
@@ -15,6 +16,13 @@ constexpr unsigned mostLanes = 4;
 static bool isWide(const Type* type) {
     auto* vector = dyn_cast<FixedVectorType>(type);
     return vector && vector->getNumElements() > mostLanes;
+}
+
+// As what it gives or as what it takes, which may be a constant.
+static bool hasWide(const Instruction& instruction) {
+    return isWide(instruction.getType()) || any_of(instruction.operands(), [](const Use& operand) {
+               return isWide(operand->getType());
+           });
 }
 
 static unsigned laneCount(const Type* type) {
@@ -142,6 +150,14 @@ std::optional<Lanes> Splitter::eachLane(Instruction& instruction, IRBuilder<>& b
             result.push_back(builder.CreateSelect(at(0), at(1), at(2)));
         else if (isa<FreezeInst>(instruction))
             result.push_back(builder.CreateFreeze(at(0)));
+        else if (auto* unary = dyn_cast<UnaryOperator>(&instruction))
+            result.push_back(builder.CreateUnOp(unary->getOpcode(), at(0)));
+        else if (auto* call = dyn_cast<IntrinsicInst>(&instruction);
+                 call && isTriviallyVectorizable(call->getIntrinsicID()))
+            result.push_back(
+                call->arg_size() == 1
+                    ? builder.CreateIntrinsic(type, call->getIntrinsicID(), {at(0)})
+                    : builder.CreateIntrinsic(type, call->getIntrinsicID(), {at(0), at(1)}));
         else
             return std::nullopt;
     }
@@ -198,9 +214,7 @@ void Splitter::run() {
     for (BasicBlock* block : order)
         for (Instruction& instruction : make_early_inc_range(*block)) {
             Type* type = instruction.getType();
-            if (!isWide(type) && none_of(instruction.operands(), [](const Use& operand) {
-                    return isWide(operand->getType());
-                }))
+            if (!hasWide(instruction))
                 continue;
             IRBuilder<> builder(&instruction);
             std::optional<Lanes> lanes = Lanes{};
@@ -232,8 +246,7 @@ void Splitter::run() {
 } // namespace
 
 void splitWideVectors(Function& main) {
-    if (any_of(instructions(main),
-               [](const Instruction& instruction) { return isWide(instruction.getType()); }))
+    if (any_of(instructions(main), hasWide))
         Splitter(main).run();
 }
 

@@ -218,7 +218,7 @@ CallBase* Wrapping::build() {
     }
     for (const Argument& given : entry_.arguments) {
         if (formal == function_.arg_end())
-            throw TranslationError("The function '" + entry_.name + "' has lost an argument.");
+            throw CompilerFault("The function '" + entry_.name + "' has lost an argument.");
         arguments.push_back(argument(given, *formal));
         ++formal;
     }

@@ -2,7 +2,6 @@
 
 #include "TarnwickMSL/Translation/TranslationError.h"
 
-#include <llvm/Analysis/VectorUtils.h>
 #include <llvm/IR/Operator.h>
 #include <llvm/IR/PatternMatch.h>
 
@@ -71,22 +70,13 @@ static Id writeSignedDivision(Body& body, const BinaryOperator& operation, Id a,
     return body.emit(spv::Op::OpISub, type, {a, product});
 }
 
-// The scalar of a vector that holds it in every lane, where the vector is not written itself.
-static const Value* splatted(const Value* value) {
-    return value->getType()->isVectorTy() && isa<ShuffleVectorInst>(value) ? getSplatValue(value)
-                                                                           : nullptr;
-}
-
-static Id writeMultiplication(Body& body, const BinaryOperator& operation) {
-    Type* type = operation.getType();
-    const Value* a = operation.getOperand(0);
-    const Value* b = operation.getOperand(1);
-    if (splatted(a))
-        std::swap(a, b);
-    if (const Value* scalar = splatted(b); scalar && !splatted(a))
-        return writeFloat(body, operation, spv::Op::OpVectorTimesScalar, type,
-                          {body.id(a), body.id(scalar)});
-    return writeFloat(body, operation, spv::Op::OpFMul, type, {body.id(a), body.id(b)});
+static Id writeMultiplication(Body& body, const BinaryOperator& product) {
+    Type* type = product.getType();
+    if (std::optional<Factor> factor = factorOf(product))
+        return writeFloat(body, product, spv::Op::OpVectorTimesScalar, type,
+                          {body.id(factor->vector), body.id(factor->scalar)});
+    return writeFloat(body, product, spv::Op::OpFMul, type,
+                      {body.id(product.getOperand(0)), body.id(product.getOperand(1))});
 }
 
 static spv::Op plainOp(unsigned opcode) {
@@ -122,7 +112,7 @@ static spv::Op plainOp(unsigned opcode) {
     case Instruction::FRem:
         return spv::Op::OpFRem;
     default:
-        throw TranslationError("An operation has no form on the GPU.");
+        throw CompilerFault("A binary operation is not known.");
     }
 }
 
@@ -194,30 +184,6 @@ static Id compareBooleans(Body& body, const CmpInst& compare, Id a, Id b) {
                      {body.negated(type, a), b});
 }
 
-// The optimiser asks "any" and "all" of a boolean vector through an integer of as many bits.
-static Id compareMask(Body& body, const CmpInst& compare, const Value* lanes) {
-    auto* bits = cast<ConstantInt>(compare.getOperand(1));
-    auto* vector = cast<FixedVectorType>(lanes->getType());
-    bool isEqual = compare.getPredicate() == CmpInst::ICMP_EQ;
-    if (!isEqual && compare.getPredicate() != CmpInst::ICMP_NE)
-        throw TranslationError("A boolean vector is used as a number.");
-    Id value = body.id(lanes);
-    if (bits->isZero()) {
-        Id any = body.emit(spv::Op::OpAny, body.i1(), {value});
-        return isEqual ? body.negated(body.i1(), any) : any;
-    }
-    if (!bits->isMinusOne()) {
-        SmallVector<std::uint32_t, 4> wanted;
-        for (unsigned lane = 0; lane < vector->getNumElements(); ++lane)
-            wanted.push_back(
-                body.constants.of(ConstantInt::getBool(body.i1(), bits->getValue()[lane])));
-        Id constant = body.constants.composite(body.types.of(vector), wanted);
-        value = body.emit(spv::Op::OpLogicalEqual, vector, {value, constant});
-    }
-    Id all = body.emit(spv::Op::OpAll, body.i1(), {value});
-    return isEqual ? all : body.negated(body.i1(), all);
-}
-
 // Whether either is not a number.
 static Id unordered(Body& body, const CmpInst& compare) {
     Type* type = compare.getType();
@@ -231,10 +197,6 @@ static Id unordered(Body& body, const CmpInst& compare) {
 }
 
 Id writeCompare(Body& body, const CmpInst& compare) {
-    const Value* lanes = nullptr;
-    if (match(compare.getOperand(0), m_BitCast(m_Value(lanes))) && isBoolean(lanes->getType()) &&
-        isa<ConstantInt>(compare.getOperand(1)))
-        return compareMask(body, compare, lanes);
     Type* type = compare.getType();
     CmpInst::Predicate predicate = compare.getPredicate();
     if (predicate == CmpInst::FCMP_UNO)
@@ -250,7 +212,7 @@ Id writeCompare(Body& body, const CmpInst& compare) {
     for (const Comparison& known : comparisons)
         if (known.predicate == predicate)
             return body.emit(known.op, type, {a, b});
-    throw TranslationError("A comparison has no form on the GPU.");
+    throw CompilerFault("A comparison is not known.");
 }
 
 static Id fromBoolean(Body& body, const CastInst& cast, Id value) {
@@ -275,35 +237,12 @@ static Id toBoolean(Body& body, const CastInst& cast, Id value) {
     return body.emit(spv::Op::OpINotEqual, cast.getType(), {low, body.constants.null(from)});
 }
 
-// A mask of lanes as a number, one bit a lane.
-static Id lanesAsBits(Body& body, const CastInst& cast, Id value) {
-    auto* vector = llvm::cast<FixedVectorType>(cast.getSrcTy());
-    Id total = body.constants.null(cast.getType());
-    for (unsigned lane = 0; lane < vector->getNumElements(); ++lane) {
-        Id bit = body.emit(spv::Op::OpCompositeExtract, body.i1(), {value, lane});
-        Id weight =
-            body.select(cast.getType(), bit, body.constants.integer(cast.getType(), 1ull << lane),
-                        body.constants.null(cast.getType()));
-        total = body.emit(spv::Op::OpBitwiseOr, cast.getType(), {total, weight});
-    }
-    return total;
-}
-
-static Id writeBitcast(Body& body, const CastInst& cast, Id value) {
-    if (!isBoolean(cast.getSrcTy()))
-        return body.bitcast(cast.getType(), cast.getSrcTy(), value);
-    bool asksAnyOrAll = all_of(cast.users(), [](const User* user) {
-        return isa<ICmpInst>(user) && isa<ConstantInt>(user->getOperand(1));
-    });
-    return asksAnyOrAll ? value : lanesAsBits(body, cast, value);
-}
-
 Id writeCast(Body& body, const CastInst& cast) {
     Type* type = cast.getType();
     Type* from = cast.getSrcTy();
     Id value = body.id(cast.getOperand(0));
     if (cast.getOpcode() == Instruction::BitCast)
-        return writeBitcast(body, cast, value);
+        return body.bitcast(type, from, value);
     if (isBoolean(from))
         return fromBoolean(body, cast, value);
     if (isBoolean(type))
@@ -326,7 +265,7 @@ Id writeCast(Body& body, const CastInst& cast) {
     case Instruction::SIToFP:
         return body.emit(spv::Op::OpConvertSToF, type, {value});
     default:
-        throw TranslationError("A conversion has no form on the GPU.");
+        throw CompilerFault("A conversion is not known.");
     }
 }
 

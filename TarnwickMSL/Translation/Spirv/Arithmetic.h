@@ -5,15 +5,30 @@
 
 #include <llvm/IR/IntrinsicInst.h>
 
+#include <optional>
+
 namespace tarnwick::msl::spirv {
 
 Id writeBinary(Body& body, const llvm::BinaryOperator& operation);
 Id writeCompare(Body& body, const llvm::CmpInst& compare);
 Id writeCast(Body& body, const llvm::CastInst& cast);
 
-// Vectors and aggregates: insertelement, extractelement, shufflevector, insertvalue, extractvalue.
-// A lane's insertion that another insertion takes up is written there: `isDeferred`.
+// The scalar that a shufflevector repeats in every lane, where it is a value by itself; else null.
+const llvm::Value* repeatedScalar(const llvm::Value* value);
+
+// A vector times one scalar; nothing where the product is another.
+struct Factor {
+    const llvm::Value* vector = nullptr;
+    const llvm::Value* splat = nullptr; // the operand that repeats
+    const llvm::Value* scalar = nullptr;
+};
+std::optional<Factor> factorOf(const llvm::BinaryOperator& product);
+
+// Whether an insertelement or shufflevector is written where its users ask for it, not at its own
+// place: its users take its parts. Never one that a phi takes.
 bool isDeferred(const llvm::Instruction& instruction);
+
+// Vectors and aggregates: insertelement, extractelement, shufflevector, insertvalue, extractvalue.
 Id writeInsertElement(Body& body, const llvm::InsertElementInst& insert);
 Id writeExtractElement(Body& body, const llvm::ExtractElementInst& extract);
 Id writeShuffle(Body& body, const llvm::ShuffleVectorInst& shuffle);

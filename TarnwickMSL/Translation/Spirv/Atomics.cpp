@@ -94,7 +94,7 @@ Id writeAtomicCall(Body& body, Memory& memory, StringRef op, const CallInst& cal
     else if (auto known = changeOp(op, suffix.starts_with("s") || suffix.starts_with("i")))
         before = change(body, to, *known, integer, operand(1));
     else
-        throw TranslationError("The atomic operation '" + op.str() + "' is not known.");
+        throw CompilerFault("The atomic operation '" + op.str() + "' is not known.");
     return body.bitcast(type, integer, before);
 }
 
@@ -121,7 +121,8 @@ static spv::Op changeOp(AtomicRMWInst::BinOp op) {
     case AtomicRMWInst::UMin:
         return spv::Op::OpAtomicUMin;
     default:
-        throw TranslationError("An atomic operation has no form on the GPU.");
+        throw CompilerFault(
+            "An atomic operation is left that Passes/Atomics should have expanded.");
     }
 }
 

@@ -2,17 +2,28 @@
 
 #include "TarnwickMSL/Translation/TranslationError.h"
 
+#include <llvm/Support/raw_ostream.h>
+
 namespace tarnwick::msl::spirv {
 
 using namespace llvm;
 
+static std::string textOf(const Value& value) {
+    std::string text;
+    raw_string_ostream(text) << value;
+    return text;
+}
+
 Id Body::id(const Value* value) {
     if (Id known = ids_.lookup(value))
         return known;
-    auto* constant = dyn_cast<Constant>(value);
-    if (!constant)
-        throw TranslationError("A value is used before it is made.");
-    return constants.of(constant);
+    if (auto* constant = dyn_cast<Constant>(value))
+        return constants.of(constant);
+    auto* instruction = dyn_cast<Instruction>(value);
+    Id written = instruction && onDemand ? onDemand(*instruction) : 0;
+    if (!written)
+        throw CompilerFault("A value is used before it is written:" + textOf(*value));
+    return written;
 }
 
 SmallVector<Id, 4> Body::operands(const User& user, unsigned first, unsigned last) {

@@ -7,6 +7,8 @@
 #include <llvm/IR/Instructions.h>
 #include <spirv/unified1/GLSL.std.450.h>
 
+#include <functional>
+
 namespace tarnwick::msl::spirv {
 
 class Body {
@@ -18,8 +20,11 @@ class Body {
     Types types;
     Constants constants;
 
-    // Throws TranslationError on an instruction that has none yet.
+    // Of an instruction that has none: what `onDemand` writes here. Throws CompilerFault without.
     Id id(const llvm::Value* value);
+    // Appends an instruction that is written where it is asked for, each time anew since the places
+    // need not see each other; gives 0 for others.
+    std::function<Id(const llvm::Instruction&)> onDemand;
     void set(const llvm::Value* value, Id id) { ids_[value] = id; }
     bool has(const llvm::Value* value) const { return ids_.contains(value); }
     // Of each operand from `first` on.

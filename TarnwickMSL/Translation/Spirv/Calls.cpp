@@ -66,9 +66,9 @@ Id writeBuiltInCall(Body& body, Memory& memory, Stage stage, StringRef name, con
     }
     StringRef symbol = call.getCalledFunction()->getName();
     if (name == "barrier" && stage != Stage::kernel)
-        throw TranslationError("Only the threads of a kernel wait for each other.");
+        throw TranslationError("A barrier is available in a kernel only.");
     if (name.starts_with("simd_") && stage == Stage::vertex)
-        throw TranslationError("A vertex function has no SIMD-group.");
+        throw TranslationError("SIMD-group functions are not available in a vertex function.");
     if (name == "barrier" || name == "fence") {
         writeBarrier(body, name == "barrier", call);
         return 0;
@@ -77,7 +77,7 @@ Id writeBuiltInCall(Body& body, Memory& memory, Stage stage, StringRef name, con
         return writeSimdCall(body, name, call);
     if (name.consume_front("atomic_"))
         return writeAtomicCall(body, memory, name, call);
-    throw TranslationError("The function '" + symbol.str() + "' is not known on the GPU.");
+    throw CompilerFault("A built-in call is not known: " + symbol.str());
 }
 
 } // namespace tarnwick::msl::spirv

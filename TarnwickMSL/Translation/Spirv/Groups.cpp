@@ -107,7 +107,7 @@ Id writeSimdCall(Body& body, StringRef name, const CallInst& call) {
         return emit(spv::Capability::GroupNonUniformArithmetic,
                     type->isFPOrFPVectorTy() ? known->real : known->integer,
                     {static_cast<std::uint32_t>(operation(way)), operand(0)});
-    throw TranslationError("The function 'simd_" + name.str() + "' is not known on the GPU.");
+    throw CompilerFault("A built-in call is not known: simd_" + name.str());
 }
 
 } // namespace tarnwick::msl::spirv

@@ -31,7 +31,7 @@ const ImageShape& shapeOf(TextureShape wanted) {
     for (const ImageShape& shape : shapes)
         if (shape.shape == wanted)
             return shape;
-    throw TranslationError("A texture has a shape that is not known.");
+    throw CompilerFault("A texture has a shape that is not known.");
 }
 
 bool Images::takes(StringRef name) {
@@ -95,7 +95,7 @@ const TextureVariable& Images::texture(const Value* handle) const {
     for (const TextureVariable& texture : shader_.textures)
         if (texture.index == constant->getZExtValue())
             return texture;
-    throw TranslationError("A texture is used that is no argument of the function.");
+    throw TranslationError("A texture is used that is not among the function's arguments.");
 }
 
 Images::Image& Images::image(const Value* handle, Need need, std::uint32_t level) {

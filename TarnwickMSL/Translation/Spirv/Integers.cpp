@@ -173,7 +173,7 @@ Id Integers::saturatedSigned(bool isAddition) {
 
 Id Integers::productOverflow(Id a, Id b, bool isSigned, Id& low) {
     if (bits_ != 32)
-        throw TranslationError("A checked product of this width has no form on the GPU.");
+        throw CompilerFault("A checked product is not of 32 bits.");
     Type* pair = StructType::get(type_, type_);
     Id both =
         body_.emit(isSigned ? spv::Op::OpSMulExtended : spv::Op::OpUMulExtended, pair, {a, b});

@@ -133,7 +133,7 @@ static Id integerPower(Body& body, const IntrinsicInst& call) {
     Type* type = call.getType();
     auto* constant = dyn_cast<ConstantInt>(call.getArgOperand(1));
     if (!constant)
-        throw TranslationError("A power with an integer exponent that is not constant.");
+        throw CompilerFault("A power with an integer exponent that is not constant.");
     std::int64_t exponent = constant->getSExtValue();
     Id base = body.id(call.getArgOperand(0));
     Id one = body.constants.real(type, 1);
@@ -287,8 +287,7 @@ Id writeIntrinsic(Body& body, const IntrinsicInst& call) {
         return id;
     if (Id id = writeReduction(body, call))
         return id;
-    throw TranslationError("The operation '" + call.getCalledFunction()->getName().str() +
-                           "' has no form on the GPU.");
+    throw CompilerFault("An intrinsic is not known: " + call.getCalledFunction()->getName().str());
 }
 
 } // namespace tarnwick::msl::spirv

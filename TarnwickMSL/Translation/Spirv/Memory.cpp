@@ -246,14 +246,14 @@ Memory::Found Memory::find(const Value* pointer, const Use& use) {
         return found;
     }
     if (!isBuffer)
-        throw TranslationError("A local value is used as another type in a way that is not known.");
+        throw CompilerFault("A local value is used as another type in a way that is not known.");
     View view = unitView(place, use.type, layout);
     if (use.isAtomic)
         view.element = use.type;
     found.variable = &addBlock(*found.root, view);
     std::optional<Access> planned = access(found.variable->view, place, use.type, layout);
     if (!planned || !suits(*planned, use, true))
-        throw TranslationError("A buffer is used as another type in a way that is not known.");
+        throw CompilerFault("A buffer is used as another type in a way that is not known.");
     found.access = std::move(*planned);
     return found;
 }
@@ -283,7 +283,7 @@ Id Memory::gridSize() {
         if (variable.kind == InterfaceKind::pushConstant)
             if (const GlobalVariable* global = shader_.module->getNamedGlobal(variable.global))
                 return load(global, FixedVectorType::get(body_.i32(), 3));
-    throw TranslationError("A kernel's grid size is not among what it is given.");
+    throw CompilerFault("A kernel's grid size is not among what it is given.");
 }
 
 } // namespace tarnwick::msl::spirv

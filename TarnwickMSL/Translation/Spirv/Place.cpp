@@ -66,7 +66,7 @@ Place placeOf(const Value* pointer, const DataLayout& layout) {
         }
     }
     if (!isa<AllocaInst, GlobalVariable>(pointer))
-        throw TranslationError("A pointer cannot be followed to what it points into.");
+        throw CompilerFault("A pointer cannot be followed to what it points into.");
     Place place{.root = pointer, .offset = 0, .anchor = 0, .terms = {}};
     for (const GEPOperator* step : reverse(chain))
         addIndices(place, *step, layout);

@@ -5,6 +5,7 @@
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/Analysis/ConstantFolding.h>
+#include <llvm/Demangle/Demangle.h>
 
 namespace tarnwick::msl::spirv {
 
@@ -109,7 +110,8 @@ static SmallVector<std::uint32_t, 16> foldedTable(Body& body, const GlobalVariab
 
 void Memory::makeTable(Root& made, const GlobalVariable& global) {
     if (!global.hasInitializer())
-        throw TranslationError("The variable '" + global.getName().str() + "' is not known here.");
+        throw TranslationError("The variable '" + demangle(global.getName()) +
+                               "' is declared but not defined.");
     made.storage = spv::StorageClass::Private;
     View view = fittingView(global, global.getValueType(), false, body_.types.dataLayout());
     Id type = contentType(body_, view);
@@ -142,7 +144,7 @@ Memory::Variable Memory::workgroupArray(Root& made, const View& view) {
 
 void Memory::makeWorkgroup(Root& made, const GlobalVariable& global) {
     if (shader_.stage != Stage::kernel)
-        throw TranslationError("Only a kernel has threadgroup memory.");
+        throw TranslationError("Threadgroup memory is available in a kernel only.");
     made.storage = spv::StorageClass::Workgroup;
     const DataLayout& layout = body_.types.dataLayout();
     Type* type = global.getValueType();
@@ -275,7 +277,7 @@ Id Memory::computed(const Root& from, const Value* pointer, Type* type) {
         return whole;
     bool isLane = given->isVectorTy() && type == given->getScalarType() && place.terms.empty();
     if (!isLane)
-        throw TranslationError("A built-in value is read as another type.");
+        throw CompilerFault("A built-in value is read as another type.");
     auto lane = static_cast<std::uint32_t>(place.offset / 4);
     return body_.emit(spv::Op::OpCompositeExtract, type, {whole, lane});
 }

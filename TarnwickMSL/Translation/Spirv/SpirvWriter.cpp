@@ -14,6 +14,7 @@
 #endif
 
 #include <llvm/ADT/PostOrderIterator.h>
+#include <llvm/Demangle/Demangle.h>
 
 namespace tarnwick::msl {
 
@@ -41,7 +42,11 @@ class FunctionWriter {
   public:
     explicit FunctionWriter(const ShaderModule& shader)
         : shader_(shader), body_(shader.module->getContext(), shader.module->getDataLayout()),
-          memory_(body_, shader), images_(body_, shader, bindingAfter(shader)) {}
+          memory_(body_, shader), images_(body_, shader, bindingAfter(shader)) {
+        body_.onDemand = [this](const Instruction& instruction) {
+            return isDeferred(instruction) ? value(instruction) : 0;
+        };
+    }
     EntryPoint write();
 
   private:
@@ -73,6 +78,7 @@ void FunctionWriter::phi(const PHINode& phi) {
 }
 
 void FunctionWriter::fillPhis() {
+    body_.onDemand = nullptr; // the operands' blocks are complete
     for (auto [phi, at] : phis_) {
         for (unsigned incoming = 0; incoming < phi->getNumIncomingValues(); ++incoming) {
             body_.code[at++] = body_.id(phi->getIncomingValue(incoming));
@@ -93,8 +99,9 @@ Id FunctionWriter::call(const CallInst& call) {
     const Function* callee = call.getCalledFunction();
     StringRef name = callee ? builtInName(callee->getName()) : StringRef();
     if (name.empty())
-        throw TranslationError("A function is called that is not known on the GPU" +
-                               (callee ? ": '" + callee->getName().str() + "'." : "."));
+        throw callee ? TranslationError("The function '" + demangle(callee->getName()) +
+                                        "' is called but not defined.")
+                     : TranslationError("Function pointers are not supported in a shader.");
     return Images::takes(name) ? images_.write(name, call)
                                : writeBuiltInCall(body_, memory_, shader_.stage, name, call);
 }
@@ -137,8 +144,7 @@ Id FunctionWriter::value(const Instruction& instruction) {
     case Instruction::AtomicCmpXchg:
         return writeAtomic(body_, memory_, cast<AtomicCmpXchgInst>(instruction));
     default:
-        throw TranslationError(std::string("The instruction '") + instruction.getOpcodeName() +
-                               "' has no form on the GPU.");
+        throw CompilerFault(std::string("An instruction is left: ") + instruction.getOpcodeName());
     }
 }
 
@@ -176,16 +182,17 @@ void FunctionWriter::terminator(const Instruction& terminator) {
         return body_.act(spv::Op::OpUnreachable, {});
     auto* branch = dyn_cast<BranchInst>(&terminator);
     if (!branch)
-        throw TranslationError("A branch has no form on the GPU.");
+        throw CompilerFault("A terminator is left that is no branch.");
     // The two targets of one branch must differ (SPIR-V 1.6, 3.52.17).
     bool isBranching =
         branch->isConditional() && branch->getSuccessor(0) != branch->getSuccessor(1);
-    merge(*branch->getParent(), isBranching);
+    Id condition = isBranching ? body_.id(branch->getCondition()) : 0; // may write it
+    merge(*branch->getParent(), isBranching);                          // stands last but one
     Id first = body_.label(branch->getSuccessor(0));
     if (!isBranching)
         return body_.act(spv::Op::OpBranch, {first});
     body_.act(spv::Op::OpBranchConditional,
-              {body_.id(branch->getCondition()), first, body_.label(branch->getSuccessor(1))});
+              {condition, first, body_.label(branch->getSuccessor(1))});
 }
 
 void FunctionWriter::block(const BasicBlock& block) {

@@ -121,7 +121,7 @@ Id Images::read(const CallInst& call) {
 Id Images::store(const CallInst& call) {
     const Image& to = texels(call, 3);
     if (!to.isStorage)
-        throw TranslationError("A texture is written that was not declared to be.");
+        throw CompilerFault("A texture is written that was not declared to be.");
     body_.module.require(spv::Capability::StorageImageWriteWithoutFormat);
     Id texel = body_.id(call.getArgOperand(2));
     if (to.texture->component == TextureComponent::int_)

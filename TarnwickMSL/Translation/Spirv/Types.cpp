@@ -67,8 +67,7 @@ Id Types::integer(unsigned bits) {
     else if (bits == 64)
         module_.require(spv::Capability::Int64);
     else if (bits != 32)
-        throw TranslationError("An integer of " + std::to_string(bits) +
-                               " bits has no form on the GPU.");
+        throw CompilerFault("An integer has " + std::to_string(bits) + " bits.");
     return module_.declareType(spv::Op::OpTypeInt, {bits, 0});
 }
 
@@ -116,7 +115,7 @@ Id Types::declare(Type* type, Layout layout) {
         module_.decorate(made, spv::Decoration::ArrayStride, {stride});
         return made;
     }
-    throw TranslationError("A value has a type that has no form on the GPU.");
+    throw CompilerFault("A value's type is not known.");
 }
 
 Id Types::inMemory(Type* type, Layout layout) {
@@ -190,7 +189,7 @@ Id Constants::declare(const Constant* constant) {
     if (constant->isNullValue() || isa<UndefValue>(constant))
         return module_.declare(spv::Op::OpConstantNull, types_.of(type), {});
     if (isa<ConstantExpr, GlobalValue>(constant))
-        throw TranslationError("A pointer is taken for a number.");
+        throw TranslationError("Converting a pointer to an integer is not supported.");
     unsigned count = 0;
     if (auto* vector = dyn_cast<FixedVectorType>(type))
         count = vector->getNumElements();
@@ -203,7 +202,7 @@ Id Constants::declare(const Constant* constant) {
         if (Constant* element = constant->getAggregateElement(part))
             parts.push_back(of(element));
     if (parts.empty() || parts.size() != count)
-        throw TranslationError("A constant has no form on the GPU.");
+        throw CompilerFault("A constant is not known.");
     return composite(types_.of(type), parts);
 }
 

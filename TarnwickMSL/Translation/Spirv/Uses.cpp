@@ -1,6 +1,7 @@
 // Which view suits memory that is used as other types than it was declared with.
 
 #include "TarnwickMSL/Translation/Spirv/Place.h"
+#include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/IR/IntrinsicInst.h>
 
@@ -37,6 +38,8 @@ std::vector<Use> usesOf(const Value& root, const DataLayout& layout) {
             if (use.type) {
                 use.place = placeOf(pointer, layout);
                 uses.push_back(std::move(use));
+            } else if (isa<PHINode, SelectInst>(user)) {
+                throw CompilerFault("A pointer is chosen at run time.");
             } else if (user->getType()->isPointerTy()) {
                 open.push_back(user);
             }

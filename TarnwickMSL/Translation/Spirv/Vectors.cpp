@@ -3,84 +3,73 @@
 #include "TarnwickMSL/Translation/Spirv/Arithmetic.h"
 
 #include <llvm/Analysis/VectorUtils.h>
-#include <llvm/IR/PatternMatch.h>
 
 namespace tarnwick::msl::spirv {
 
 using namespace llvm;
-using namespace llvm::PatternMatch;
 
 static constexpr std::uint32_t undefinedLane = 0xffffffff;
 
-// The scalar that a shuffle or multiplication takes from an insertion into lane 0 and repeats.
-static bool isSplatSource(const InsertElementInst& insert) {
-    return match(insert.getOperand(2), m_Zero()) && all_of(insert.users(), [](const User* user) {
-               auto* shuffle = dyn_cast<ShuffleVectorInst>(user);
-               return shuffle && shuffle->isZeroEltSplat();
-           });
+// What is deferred
+//
+// A matrix times a vector splats each lane and multiplies by it, and a vector is gathered by one
+// insertion a lane. Written one by one, most of these instructions would be dead: a product takes
+// the scalar itself (OpVectorTimesScalar), an insertion all lanes of those before it
+// (OpCompositeConstruct). So an instruction is deferred where none of its users asks for it whole.
+//
+// Whether a user asks is decided here alone, by the functions that the writer goes by when it
+// writes that user: `repeatedScalar` and `factorOf`. A user that asks all the same gets the value
+// written at its own place (Body::id), so that to defer is a matter of size, never of correctness.
+// The one user that cannot have it so is a phi, whose operands stand at the ends of other blocks.
+
+const Value* repeatedScalar(const Value* value) {
+    auto* shuffle = dyn_cast<ShuffleVectorInst>(value);
+    if (!shuffle)
+        return nullptr;
+    ArrayRef<int> mask = shuffle->getShuffleMask();
+    const int* first = find_if(mask, [](int lane) { return lane >= 0; });
+    if (first == mask.end() || any_of(mask, [&](int lane) { return lane >= 0 && lane != *first; }))
+        return nullptr;
+    // Follows the insertions down to the lane's own, wherever in the chain it is.
+    return findScalarElement(const_cast<ShuffleVectorInst*>(shuffle),
+                             static_cast<unsigned>(first - mask.begin()));
 }
 
-// A splat that only multiplications by a vector take, as OpVectorTimesScalar does.
-static bool isFactor(const ShuffleVectorInst& shuffle) {
-    return shuffle.getType()->isFPOrFPVectorTy() && shuffle.isZeroEltSplat() &&
-           isa<InsertElementInst>(shuffle.getOperand(0)) &&
-           all_of(shuffle.users(), [&](const User* user) {
-               auto* product = dyn_cast<BinaryOperator>(user);
-               if (!product || product->getOpcode() != Instruction::FMul)
-                   return false;
-               bool isFirst = product->getOperand(0) == &shuffle;
-               const Value* other = product->getOperand(isFirst ? 1 : 0);
-               return !(isa<ShuffleVectorInst>(other) && getSplatValue(other));
-           });
+std::optional<Factor> factorOf(const BinaryOperator& product) {
+    if (product.getOpcode() != Instruction::FMul || !product.getType()->isVectorTy())
+        return std::nullopt;
+    const Value* first = product.getOperand(0);
+    const Value* second = product.getOperand(1);
+    const Value* firstScalar = repeatedScalar(first);
+    const Value* secondScalar = repeatedScalar(second);
+    if ((firstScalar == nullptr) == (secondScalar == nullptr))
+        return std::nullopt;
+    return firstScalar ? Factor{.vector = second, .splat = first, .scalar = firstScalar}
+                       : Factor{.vector = first, .splat = second, .scalar = secondScalar};
 }
 
-// Bits of a value seen as a vector that SPIR-V has no type for: the optimiser writes a lane's
-// truncation so. Each lane is worked out where it is taken.
-static bool isBitView(const Value& value) {
-    auto* cast = dyn_cast<BitCastInst>(&value);
-    auto* vector = cast ? dyn_cast<FixedVectorType>(cast->getType()) : nullptr;
-    return vector && !isBoolean(cast->getSrcTy()) &&
-           (vector->getNumElements() > 4 || isBoolean(vector));
+static bool isAtKnownLane(const InsertElementInst& insert) {
+    return isa<ConstantInt>(insert.getOperand(2));
 }
 
-static Id extractBits(Body& body, const ExtractElementInst& extract) {
-    auto& view = cast<BitCastInst>(*extract.getVectorOperand());
-    Type* from = view.getSrcTy();
-    Type* integer = Type::getIntNTy(body.types.context(), from->getScalarSizeInBits());
-    std::uint64_t first = cast<ConstantInt>(extract.getIndexOperand())->getZExtValue() *
-                          extract.getType()->getScalarSizeInBits();
-    Id value = body.id(view.getOperand(0));
-    if (from->isVectorTy())
-        value =
-            body.emit(spv::Op::OpCompositeExtract, from->getScalarType(),
-                      {value, static_cast<std::uint32_t>(first / integer->getIntegerBitWidth())});
-    value = body.bitcast(integer, from->getScalarType(), value);
-    if (std::uint64_t shift = first % integer->getIntegerBitWidth())
-        value = body.emit(spv::Op::OpShiftRightLogical, integer,
-                          {value, body.constants.integer(integer, shift)});
-    if (!isBoolean(extract.getType())) {
-        Type* narrow =
-            Type::getIntNTy(body.types.context(), extract.getType()->getScalarSizeInBits());
-        return body.bitcast(extract.getType(), narrow, body.resized(narrow, integer, value, false));
+// Whether the user is written without the id of `value`, which is one of its operands.
+static bool takesApart(const User& user, const Instruction& value) {
+    if (auto* shuffle = dyn_cast<ShuffleVectorInst>(&user))
+        return repeatedScalar(shuffle) != nullptr;
+    if (auto* product = dyn_cast<BinaryOperator>(&user)) {
+        std::optional<Factor> factor = factorOf(*product);
+        return factor && factor->splat == &value;
     }
-    Id bit = body.emit(spv::Op::OpBitwiseAnd, integer, {value, body.constants.integer(integer, 1)});
-    return body.emit(spv::Op::OpINotEqual, body.i1(), {bit, body.constants.null(integer)});
+    // A vector from which two others are made is written once, not twice in parts.
+    auto* next = dyn_cast<InsertElementInst>(&user);
+    return next && isa<InsertElementInst>(value) && value.hasOneUse() && isAtKnownLane(*next);
 }
 
 bool isDeferred(const Instruction& instruction) {
-    if (isBitView(instruction))
-        return true;
-    if (auto* shuffle = dyn_cast<ShuffleVectorInst>(&instruction))
-        return isFactor(*shuffle);
     auto* insert = dyn_cast<InsertElementInst>(&instruction);
-    if (!insert || !isa<ConstantInt>(insert->getOperand(2)))
-        return false;
-    if (isSplatSource(*insert))
-        return true;
-    if (!insert->hasOneUse())
-        return false;
-    auto* next = dyn_cast<InsertElementInst>(insert->user_back());
-    return next && next->getOperand(0) == insert && isa<ConstantInt>(next->getOperand(2));
+    bool canBe = insert ? isAtKnownLane(*insert) : repeatedScalar(&instruction) != nullptr;
+    return canBe && all_of(instruction.users(),
+                           [&](const User* user) { return takesApart(*user, instruction); });
 }
 
 // The lanes of a chain of insertions, and the vector that it starts from.
@@ -88,10 +77,9 @@ static const Value* gatherLanes(const InsertElementInst& last,
                                 MutableArrayRef<const Value*> lanes) {
     const Value* at = &last;
     while (auto* insert = dyn_cast<InsertElementInst>(at)) {
-        auto* index = dyn_cast<ConstantInt>(insert->getOperand(2));
-        if (!index || (insert != &last && !isDeferred(*insert)))
+        if (!isAtKnownLane(*insert) || (insert != &last && !isDeferred(*insert)))
             break;
-        std::uint64_t lane = index->getZExtValue();
+        std::uint64_t lane = cast<ConstantInt>(insert->getOperand(2))->getZExtValue();
         if (lane < lanes.size() && !lanes[lane])
             lanes[lane] = insert->getOperand(1);
         at = insert->getOperand(0);
@@ -101,7 +89,7 @@ static const Value* gatherLanes(const InsertElementInst& last,
 
 Id writeInsertElement(Body& body, const InsertElementInst& insert) {
     auto* type = cast<FixedVectorType>(insert.getType());
-    if (!isa<ConstantInt>(insert.getOperand(2))) {
+    if (!isAtKnownLane(insert)) {
         Id index = body.resized(body.i32(), insert.getOperand(2)->getType(),
                                 body.id(insert.getOperand(2)), false);
         return body.emit(spv::Op::OpVectorInsertDynamic, type,
@@ -131,8 +119,6 @@ Id writeInsertElement(Body& body, const InsertElementInst& insert) {
 }
 
 Id writeExtractElement(Body& body, const ExtractElementInst& extract) {
-    if (isBitView(*extract.getVectorOperand()) && isa<ConstantInt>(extract.getIndexOperand()))
-        return extractBits(body, extract);
     Id vector = body.id(extract.getVectorOperand());
     if (auto* lane = dyn_cast<ConstantInt>(extract.getIndexOperand()))
         return body.emit(spv::Op::OpCompositeExtract, extract.getType(),
@@ -143,7 +129,7 @@ Id writeExtractElement(Body& body, const ExtractElementInst& extract) {
 }
 
 Id writeShuffle(Body& body, const ShuffleVectorInst& shuffle) {
-    if (const Value* scalar = getSplatValue(&shuffle))
+    if (const Value* scalar = repeatedScalar(&shuffle))
         return body.splat(shuffle.getType(), body.id(scalar));
     Id first = body.id(shuffle.getOperand(0));
     bool hasSecond = !isa<UndefValue>(shuffle.getOperand(1));

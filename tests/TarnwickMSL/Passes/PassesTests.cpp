@@ -225,6 +225,60 @@ e:
   %t = call i32 @pick(i32 %r, i32 %y)
   ret i32 %t
 })"},
+    {"pointers that are compared and subtracted",
+     R"(define i32 @f(i32 %a, i32 %b) {
+entry:
+  %m = alloca [4 x i32]
+  %n = alloca [4 x i32]
+  %i = and i32 %a, 3
+  %j = and i32 %b, 1
+  %isM = icmp eq i32 %j, 0
+  %from = select i1 %isM, ptr %m, ptr %n
+  %to = getelementptr i32, ptr %m, i32 %i
+  br label %loop
+loop:
+  %p = phi ptr [ %from, %entry ], [ %q, %loop ]
+  %k = phi i32 [ 0, %entry ], [ %l, %loop ]
+  %q = getelementptr i32, ptr %p, i32 1
+  %l = add i32 %k, 1
+  %isThere = icmp eq ptr %p, %to
+  %isLast = icmp eq i32 %l, 4
+  %ends = or i1 %isThere, %isLast
+  br i1 %ends, label %end, label %loop
+end:
+  %x = ptrtoint ptr %q to i32
+  %y = ptrtoint ptr %from to i32
+  %d = sub i32 %x, %y
+  %null = select i1 %isM, ptr %p, ptr null
+  %isNull = icmp eq ptr %null, null
+  %bit = zext i1 %isNull to i32
+  %r = add i32 %d, %bit
+  ret i32 %r
+})"},
+    {"a wide product's overflow and booleans out of bits",
+     R"(define i32 @f(i32 %a, i32 %b) {
+  %x = zext i32 %a to i64
+  %y = zext i32 %b to i64
+  %z = shl i64 %y, 20
+  %o = call { i64, i1 } @llvm.umul.with.overflow.i64(i64 %x, i64 %z)
+  %p = extractvalue { i64, i1 } %o, 0
+  %c = extractvalue { i64, i1 } %o, 1
+  %t = trunc i32 %b to i3
+  %v = bitcast i3 %t to <3 x i1>
+  %s = select <3 x i1> %v, <3 x i32> <i32 1, i32 20, i32 300>, <3 x i32> zeroinitializer
+  %s0 = extractelement <3 x i32> %s, i32 0
+  %s1 = extractelement <3 x i32> %s, i32 1
+  %s2 = extractelement <3 x i32> %s, i32 2
+  %m = or i32 %s0, %s1
+  %n = or i32 %m, %s2
+  %h = lshr i64 %p, 32
+  %l = trunc i64 %h to i32
+  %e = zext i1 %c to i32
+  %q = xor i32 %l, %n
+  %r = add i32 %q, %e
+  ret i32 %r
+}
+declare { i64, i1 } @llvm.umul.with.overflow.i64(i64, i64))"},
 };
 
 TEST(Passes, keepWhatCodeMeans) {
