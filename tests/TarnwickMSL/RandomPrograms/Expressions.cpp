@@ -17,7 +17,7 @@ std::string parenthesised(const std::string& left, const char* operation,
 
 } // namespace
 
-const char* typeName(Kind kind) {
+static const char* scalarName(Kind kind) {
     switch (kind) {
     case Kind::unsigned_:
         return "uint";
@@ -27,6 +27,23 @@ const char* typeName(Kind kind) {
         return "float";
     }
     return "";
+}
+
+std::string typeName(Type type) {
+    return scalarName(type.kind) + (type.isMatrix() ? std::to_string(type.columns) + "x" : "") +
+           (type.isScalar() ? "" : std::to_string(type.lanes));
+}
+
+// One that there is a variable of, so that values meet; else half of all are scalars.
+Type Generator::anyType() {
+    if (chance(60) && !scope_.variables.empty())
+        return any(scope_.variables).type;
+    const std::uint32_t choice = below(20);
+    if (choice < 10)
+        return anyKind();
+    if (choice < 17)
+        return anyVector();
+    return {Kind::float_, 2 + below(3), 2 + below(3)};
 }
 
 std::uint32_t Generator::below(std::uint32_t end) {
@@ -68,71 +85,104 @@ std::string Generator::index(std::uint32_t length) {
 
 Expression Generator::element(const Array& array) {
     const std::string at = chance(70) ? index(array.length) : std::to_string(below(array.length));
-    return {array.name + "[" + at + "]", 1024, 0.25};
+    return {array.name + "[" + at + "]", tameBound(array.type), 0.25};
 }
 
-// A variable, an element, a record's or a vector's member, or a literal. Variables of ints and
+static const char* memberOf(Type type) {
+    struct Member {
+        Type type;
+        const char* name;
+    };
+    static const std::array<Member, 6> members{
+        Member{Kind::unsigned_, ".count"},   Member{Kind::signed_, ".level"},
+        Member{Kind::float_, ".weight"},     Member{{Kind::float_, 3}, ".place"},
+        Member{{Kind::signed_, 2}, ".cell"}, Member{{Kind::float_, 2, 2}, ".turn"}};
+    for (const Member& member : members)
+        if (member.type == type)
+            return member.name;
+    return nullptr;
+}
+
+static bool holds(Type whole, Type part) {
+    if (whole == part)
+        return true;
+    bool isLane = part.isScalar() && !whole.isScalar() && whole.kind == part.kind;
+    return isLane || (whole.isMatrix() && part == Type{Kind::float_, whole.lanes});
+}
+
+Expression Generator::partOf(const Variable& variable, Type type) {
+    std::string text = variable.name;
+    if (variable.type.isMatrix() && !type.isMatrix())
+        text += "[" + index(variable.type.columns) + "]";
+    if (type.isScalar() && !variable.type.isScalar())
+        text = lane(text, variable.type.lanes);
+    return {text, tameBound(variable.type), 0.25};
+}
+
+// A variable, a lane of one or a column, a record's member, or a literal. Variables of ints and
 // floats hold tamed values.
-Expression Generator::leaf(Kind kind) {
-    std::vector<Expression> found;
+Expression Generator::leaf(Type type) {
+    std::vector<const Variable*> found;
     for (const Variable& variable : scope_.variables)
-        if (variable.kind == kind)
-            found.push_back({variable.name, 1024, 0.25});
-    for (const std::string& record : scope_.records)
-        found.push_back({record + (kind == Kind::unsigned_ ? ".count"
-                                   : kind == Kind::signed_ ? ".level"
-                                                           : ".weight"),
-                         1024, 0.25});
-    if (kind == Kind::unsigned_)
-        for (const std::string& vector : scope_.vectors) {
-            static constexpr std::array<const char*, 4> lanes{".x", ".y", ".z", ".w"};
-            found.push_back({vector + lanes[below(4)]});
-        }
-    if (found.empty() || chance(20))
-        return literal(kind);
-    return any(found);
+        if (holds(variable.type, type))
+            found.push_back(&variable);
+    const char* member = memberOf(type);
+    const std::size_t all = found.size() + (member ? scope_.records.size() : 0);
+    if (all == 0 || chance(20))
+        return type.isScalar() ? literal(type.kind) : composite(type);
+    const std::size_t at = below(static_cast<std::uint32_t>(all));
+    if (at < found.size())
+        return partOf(*found[at], type);
+    return {scope_.records[at - found.size()] + member, tameBound(type), 0.25};
 }
 
 // The value itself where its bound allows, tamed where not.
-Expression Generator::within(Expression value, Kind kind, double bound) {
-    const bool exact =
-        kind == Kind::float_ ? value.bound <= bound && value.quantum >= 0.25 : value.bound <= bound;
-    if (kind == Kind::unsigned_ || exact)
+Expression Generator::within(Expression value, Type type, double bound) {
+    const bool exact = value.bound <= bound && (type.kind != Kind::float_ || value.quantum >= 0.25);
+    if (type.kind == Kind::unsigned_ || exact)
         return value;
-    return {"tame(" + value.text + ")", 1024, 0.25};
+    return {"tame(" + value.text + ")", tameBound(type), 0.25};
 }
 
-std::string Generator::tamed(Kind kind, int depth) {
-    return within(expression(kind, depth), kind, 1024).text;
+std::string Generator::tamed(Type type, int depth) {
+    return within(expression(type, depth), type, tameBound(type)).text;
 }
 
-Expression Generator::expression(Kind kind, int depth) {
+Expression Generator::expression(Type type, int depth) {
     if (depth <= 0)
-        return leaf(kind);
+        return leaf(type);
     if (chance(8)) {
         const std::string question = condition(depth - 1);
-        const Expression yes = expression(kind, depth - 1);
-        const Expression no = expression(kind, depth - 1);
-        return {"(" + question + " ? " + yes.text + " : " + no.text + ")",
+        const Expression yes = expression(type, depth - 1);
+        const Expression no = expression(type, depth - 1);
+        // Two swizzles have no common type in native code.
+        const std::string as = type.isScalar() || type.isMatrix() ? "" : typeName(type);
+        return {"(" + question + " ? " + as + "(" + yes.text + ") : " + as + "(" + no.text + "))",
                 std::max(yes.bound, no.bound), std::min(yes.quantum, no.quantum)};
     }
     if (chance(12) && !scope_.arrays.empty()) {
         const Array& array = any(scope_.arrays);
-        if (array.kind == kind)
+        if (array.type == type)
             return element(array);
     }
     if (chance(10))
         for (const Function& function : functions_)
-            if (function.result == kind && function.references.empty() &&
+            if (function.result == type && function.references.empty() &&
                 function.arrayLength == 0 && affords(function.iterations))
                 return call(function, depth - 1);
+    if (type.isScalar())
+        return scalarExpression(type.kind, depth);
+    return type.isMatrix() ? matrixExpression(type, depth) : vectorExpression(type, depth);
+}
+
+Expression Generator::scalarExpression(Kind kind, int depth) {
     switch (kind) {
     case Kind::unsigned_:
         return unsignedExpression(depth);
     case Kind::signed_:
         return signedExpression(depth);
     case Kind::float_:
-        return floatExpression(depth);
+        return chance(15) ? dotted(depth) : floatExpression(depth);
     }
     return {};
 }
@@ -143,7 +193,7 @@ Expression Generator::call(const Function& function, int depth) {
     std::string text = function.name + "(";
     for (std::size_t i = 0; i < function.values.size(); i++)
         text += (i > 0 ? ", " : "") + tamed(function.values[i], depth);
-    return {text + ")", 1024, 0.25};
+    return {text + ")", tameBound(function.result), 0.25};
 }
 
 Expression Generator::unsignedExpression(int depth) {
@@ -266,6 +316,8 @@ std::string Generator::condition(int depth) {
     if (chance(45))
         return "((" + leaf(Kind::unsigned_).text + " & " + std::to_string(1 + below(7)) +
                "u) == " + std::to_string(below(2)) + "u)";
+    if (depth > 0 && chance(20))
+        return vectorCondition(depth);
     if (depth <= 0 || chance(50))
         return comparison(depth);
     if (chance(25))

@@ -3,8 +3,8 @@
 //
 // What keeps a program honest:
 // - unsigned arithmetic wraps; ints stay below 2^24 and floats are multiples of 1/16 below 2^23 /
-// 16,
-//   because each expression carries the bound of its value and is tamed before it could pass it;
+//   16, because each expression carries the bound of its value (of each lane, where it has several)
+//   and is tamed before it could pass it;
 // - divisors are odd or constant, shifts are masked, indices are reduced, everything is
 // initialised;
 // - an expression has at most one side effect, or a sequence point between them;
@@ -26,7 +26,27 @@ std::string randomProgram(std::uint64_t seed);
 
 enum class Kind : std::uint8_t { unsigned_, signed_, float_ };
 
-const char* typeName(Kind kind);
+// A scalar, a vector of 2 to 4 lanes, or a matrix of floats with 2 to 4 columns of so many lanes.
+struct Type {
+    Kind kind = Kind::unsigned_;
+    std::uint32_t lanes = 1, columns = 1;
+
+    Type(Kind kind, std::uint32_t lanes = 1, std::uint32_t columns = 1)
+        : kind(kind), lanes(lanes), columns(columns) {}
+    bool operator==(const Type&) const = default;
+    bool isScalar() const { return lanes == 1; }
+    bool isMatrix() const { return columns > 1; }
+};
+
+std::string typeName(Type type);
+
+// The swizzles of a vector of so many lanes that programs use; NativeShim.h has the same.
+std::vector<std::string> swizzlesOf(std::uint32_t lanes);
+
+// What a tamed value of the type is below.
+inline double tameBound(Type type) {
+    return type.isMatrix() ? 4 : 1024;
+}
 
 // Text and the bound of its value (for unsigned numbers without meaning).
 struct Expression {
@@ -43,21 +63,21 @@ class Generator {
   private:
     struct Variable {
         std::string name;
-        Kind kind = Kind::unsigned_;
+        Type type = Kind::unsigned_;
         bool writable = true;
     };
     struct Array {
         std::string name;
-        Kind kind = Kind::unsigned_;
+        Type type = Kind::unsigned_;
         std::uint32_t length = 1;
         bool writable = true;
         bool isPointer = false; // a parameter that came as a pointer
     };
     struct Function {
         std::string name;
-        Kind result = Kind::unsigned_;
-        std::vector<Kind> values;      // parameters by value
-        std::vector<Kind> references;  // then those by reference
+        Type result = Kind::unsigned_;
+        std::vector<Type> values;      // parameters by value
+        std::vector<Type> references;  // then those by reference
         std::uint32_t arrayLength = 0; // then, where not 0, an array of unsigned numbers
         bool takesPointer = false;     // to the array's first element, not the array by reference
         std::uint32_t iterations = 0;
@@ -67,39 +87,59 @@ class Generator {
         std::vector<Variable> variables;
         std::vector<Array> arrays;
         std::vector<std::string> records; // of type State
-        std::vector<std::string> vectors; // of type uint4
     };
 
     // Chance. Own arithmetic, so that a seed means the same with every standard library.
     std::uint32_t below(std::uint32_t end);
     bool chance(std::uint32_t percent) { return below(100) < percent; }
     Kind anyKind() { return static_cast<Kind>(below(3)); }
+    Type anyVector() { return {anyKind(), 2 + below(3)}; }
+    Type anyType();
     template <class T> const T& any(const std::vector<T>& list) {
         return list[below(static_cast<std::uint32_t>(list.size()))];
     }
 
     // Expressions.cpp
-    Expression expression(Kind kind, int depth);
+    Expression expression(Type type, int depth);
+    Expression scalarExpression(Kind kind, int depth);
     Expression unsignedExpression(int depth);
     Expression signedExpression(int depth);
     Expression floatExpression(int depth);
-    Expression leaf(Kind kind);
+    Expression leaf(Type type);
+    Expression partOf(const Variable& variable, Type type);
     Expression literal(Kind kind);
     Expression element(const Array& array);
     Expression call(const Function& function, int depth);
-    Expression within(Expression value, Kind kind, double bound);
-    std::string tamed(Kind kind, int depth);
+    Expression within(Expression value, Type type, double bound);
+    std::string tamed(Type type, int depth);
     std::string condition(int depth);
     std::string comparison(int depth);
     std::string effectfulCondition();
     std::string index(std::uint32_t length);
+
+    // Vectors.cpp
+    Expression composite(Type type);
+    Expression vectorExpression(Type type, int depth);
+    Expression integerLanes(Type type, int depth);
+    Expression floatLanes(Type type, int depth);
+    Expression extreme(Type type, const Expression& value, int depth);
+    Expression arranged(Type type, int depth);
+    Expression converted(Type type, int depth);
+    Expression transformed(Type type, int depth);
+    Expression matrixExpression(Type type, int depth);
+    Expression dotted(int depth);
+    std::string lane(const std::string& vector, std::uint32_t lanes);
+    std::string swizzle(std::uint32_t lanes, std::uint32_t width, bool isStore);
+    std::string vectorCondition(int depth);
+    void assignLanes(const Variable& vector);
+    void assignElements(const Variable& matrix);
 
     // Statements.cpp
     void block(int statements);
     void statement();
     void declaration();
     void assignment();
-    void vectorAssignment(const std::string& vector);
+    void arrayAssignment(const Array& array);
     void conditional();
     void loop();
     void countedLoop(std::uint32_t trips);
@@ -117,13 +157,14 @@ class Generator {
     void line(const std::string& text);
     bool affords(std::uint32_t trips) const;
     std::string fresh(const char* stem);
-    std::string writableVariable(Kind kind);
+    std::string writableVariable(Type type);
 
     // Program.cpp
     void tables();
     void helper();
     void main();
     std::string returned();
+    std::string carrying();
 
     std::uint64_t state_;
     std::string text_;
@@ -137,7 +178,7 @@ class Generator {
     int loops_ = 0;    // around the current place, in this function
     int switches_ = 0; // within the innermost loop
     int depth_ = 0;    // of blocks
-    Kind result_ = Kind::unsigned_;
+    Type result_ = Kind::unsigned_;
 };
 
 } // namespace tarnwick::trials

@@ -50,7 +50,7 @@ NativeLibrary compiled(Seeds seeds, const std::filesystem::path& folder) {
     const std::string stem = (folder / ("batch" + std::to_string(seeds.first))).string();
     std::ofstream(stem + ".cpp") << nativeSource(seeds);
     const std::string command = std::string(TARNWICK_NATIVE_COMPILER) +
-                                " -std=c++20 -w -O1 -ffp-contract=off -shared -fPIC -I " +
+                                " -std=c++20 -w -O0 -ffp-contract=off -shared -fPIC -I " +
                                 TARNWICK_SOURCE_DIR + " " + stem + ".cpp -o " + stem + ".so";
     if (std::system(command.c_str()) != 0)
         return nullptr;

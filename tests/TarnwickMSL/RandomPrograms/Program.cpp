@@ -5,7 +5,7 @@ namespace tarnwick::trials {
 namespace {
 
 // What every program has: taming, mixing, and a record with methods.
-constexpr const char* prelude = R"(int tame(int value) { return value % 1000; }
+constexpr const char* numbers = R"(int tame(int value) { return value % 1000; }
 float tame(float value) {
     float quarters = floor(value * 4.0f) * 0.25f;
     return quarters - floor(quarters * 0.0009765625f) * 1024.0f;
@@ -17,7 +17,9 @@ uint mixed(uint h, uint value) {
 uint bits(uint value) { return value; }
 uint bits(int value) { return uint(value); }
 uint bits(float value) { return uint(int(value * 16.0f)); }
-uint bump(thread uint& value, uint by) {
+)";
+
+constexpr const char* records = R"(uint bump(thread uint& value, uint by) {
     value += by | 1u;
     return value;
 }
@@ -26,28 +28,70 @@ struct State {
     int level;
     float weight;
     uint slots[3];
-    uint turn(uint by) {
+    float3 place;
+    int2 cell;
+    float2x2 turn;
+    uint next(uint by) {
         slots[by % 3u] += by;
         count = count * 5u + slots[0];
         return count;
     }
     uint digest() const {
-        return mixed(mixed(count, bits(level)), mixed(bits(weight), slots[0] ^ slots[1] ^ slots[2]));
+        uint h = mixed(mixed(count, bits(level)), mixed(bits(weight), slots[0] ^ slots[1] ^ slots[2]));
+        return mixed(mixed(h, bits(place)), mixed(bits(cell), bits(turn)));
     }
 };
 State advanced(State state, uint by) {
     state.level = tame(state.level * 3 + int(by & 15u));
     state.weight = tame(state.weight * 0.5f + 1.25f);
     state.slots[by & 1u] = state.count;
+    state.place.xy = tame(state.turn * state.place.zx + 0.75f);
+    state.cell = tame(state.cell.yx * 3 + int2(1, -2));
     return state;
 }
 void advance(thread State& state, uint by) {
     state.count ^= by >> 2u;
     if ((by & 3u) == 1u) return;
     state.weight = state.weight > 512.0f ? 0.5f : tame(state.weight + 3.75f);
-    state.slots[2] += state.turn(by);
+    state.slots[2] += state.next(by);
+    state.place = tame(state.place.yzx * state.turn[0].x + state.weight);
+    state.turn = tame(float2x2(little(state.place.xy), little(state.place.zz)) * state.turn);
 }
 )";
+
+// Overloads for the vectors and matrices of what the numbers have.
+std::string composites() {
+    std::string text;
+    for (std::uint32_t lanes = 2; lanes <= 4; lanes++) {
+        const std::string n = std::to_string(lanes);
+        text += "int" + n + " tame(int" + n + " value) { return value % 1000; }\n";
+        const std::string quarters = "(float" + n + " value) {\n    float" + n +
+                                     " quarters = floor(value * 4.0f) * 0.25f;\n";
+        text += "float" + n + " tame" + quarters +
+                "    return quarters - floor(quarters * 0.0009765625f) * 1024.0f;\n}\n";
+        text += "float" + n + " little" + quarters +
+                "    return quarters - floor(quarters * 0.125f) * 8.0f - 4.0f;\n}\n";
+        for (const Kind kind : {Kind::unsigned_, Kind::signed_, Kind::float_}) {
+            text +=
+                "uint bits(" + typeName({kind, lanes}) + " v) { return mixed(bits(v.x), bits(v.y))";
+            text += lanes > 2 ? " ^ bits(v.z) * 3u" : "";
+            text += lanes > 3 ? " ^ bits(v.w) * 5u; }\n" : "; }\n";
+        }
+    }
+    for (std::uint32_t columns = 2; columns <= 4; columns++)
+        for (std::uint32_t lanes = 2; lanes <= 4; lanes++) {
+            const std::string type = typeName({Kind::float_, lanes, columns});
+            std::string tamed, bits = "0u";
+            for (std::uint32_t i = 0; i < columns; i++) {
+                const std::string column = "m[" + std::to_string(i) + "]";
+                tamed += (i > 0 ? ", little(" : "little(") + column + ")";
+                bits = "mixed(" + bits + ", bits(" + column + "))";
+            }
+            text += type + " tame(" + type + " m) { return " + type + "(" + tamed + "); }\n";
+            text += "uint bits(" + type + " m) { return " + bits + "; }\n";
+        }
+    return text;
+}
 
 } // namespace
 
@@ -56,7 +100,7 @@ std::string randomProgram(std::uint64_t seed) {
 }
 
 std::string Generator::program() {
-    text_ = prelude;
+    text_ = numbers + composites() + records;
     tables();
     const Scope global = scope_;
     const std::uint32_t helpers = 1 + below(3);
@@ -71,15 +115,16 @@ std::string Generator::program() {
 void Generator::tables() {
     const std::uint32_t count = below(3);
     for (std::uint32_t i = 0; i < count; i++) {
-        const Kind kind = anyKind();
-        const std::uint32_t length = 2 + below(9);
+        const Type type = anyType();
+        const std::uint32_t length = 2 + below(type.isScalar() ? 9 : 3);
         const std::string name = fresh("table");
         std::string values;
         for (std::uint32_t entry = 0; entry < length; entry++)
-            values += (entry > 0 ? ", " : "") + literal(kind).text;
-        line(std::string("constant ") + typeName(kind) + " " + name + "[" + std::to_string(length) +
-             "] = {" + values + "};");
-        scope_.arrays.push_back({name, kind, length, false});
+            values += (entry > 0 ? ", " : "") +
+                      (type.isScalar() ? literal(type.kind) : composite(type)).text;
+        line("constant " + typeName(type) + " " + name + "[" + std::to_string(length) + "] = {" +
+             values + "};");
+        scope_.arrays.push_back({name, type, length, false});
     }
 }
 
@@ -89,26 +134,38 @@ std::string Generator::returned() {
     return tamed(result_, 2);
 }
 
+// A helper's last word, which all that its body did to h is in.
+std::string Generator::carrying() {
+    std::string number = result_.kind == Kind::float_    ? "float(h & 4095u) * 0.25f"
+                         : result_.kind == Kind::signed_ ? "int(h & 0xffffu) - 30000"
+                                                         : "h";
+    if (result_.isMatrix())
+        return "tame(" + leaf(result_).text + " * (float(h & 15u) * 0.25f))";
+    if (!result_.isScalar())
+        number = typeName(result_) + "(" + number + ") + " + leaf(result_).text;
+    return result_.kind == Kind::unsigned_ ? number : "tame(" + number + ")";
+}
+
 // A function of numbers, references and perhaps an array, with a body like any other.
 void Generator::helper() {
     Function function;
     function.name = fresh("helper");
-    function.result = anyKind();
+    function.result = anyType();
     std::string parameters;
     const std::uint32_t values = 1 + below(3), references = below(3);
     const auto parameter = [&](const std::string& type, const std::string& name) {
         parameters += (parameters.empty() ? "" : ", ") + type + name;
     };
     for (std::uint32_t i = 0; i < values; i++) {
-        function.values.push_back(anyKind());
+        function.values.push_back(anyType());
         const std::string name = fresh("p");
-        parameter(std::string(typeName(function.values.back())) + " ", name);
+        parameter(typeName(function.values.back()) + " ", name);
         scope_.variables.push_back({name, function.values.back(), true});
     }
     for (std::uint32_t i = 0; i < references; i++) {
-        function.references.push_back(anyKind());
+        function.references.push_back(anyType());
         const std::string name = fresh("r");
-        parameter(std::string("thread ") + typeName(function.references.back()) + "& ", name);
+        parameter("thread " + typeName(function.references.back()) + "& ", name);
         scope_.variables.push_back({name, function.references.back(), true});
     }
     if (chance(35)) {
@@ -127,14 +184,10 @@ void Generator::helper() {
     budget_ = 60;
     iterations_ = 0;
     multiplier_ = 1;
-    open(std::string(typeName(function.result)) + " " + function.name + "(" + parameters + ") {");
+    open(typeName(function.result) + " " + function.name + "(" + parameters + ") {");
     line("uint h = " + leaf(Kind::unsigned_).text + ";");
     block(2 + static_cast<int>(below(4)));
-    line("return " +
-         (result_ == Kind::float_    ? "tame(float(h & 4095u) * 0.25f)"
-          : result_ == Kind::signed_ ? "tame(int(h & 0xffffu) - 30000)"
-                                     : std::string("h")) +
-         ";");
+    line("return " + carrying() + ";");
     close();
     function.iterations = iterations_;
     functions_.push_back(function);
@@ -153,14 +206,16 @@ void Generator::main() {
     scope_.variables.push_back({"h", Kind::unsigned_, true});
     scope_.variables.push_back({"n", Kind::signed_, true});
     scope_.variables.push_back({"x", Kind::float_, true});
+    for (const Type type : {anyVector(), Type{Kind::float_, 2}, Type{Kind::float_, 2, 2}}) {
+        const std::string name = fresh("v");
+        line(typeName(type) + " " + name + " = " + tamed(type, 1) + ";");
+        scope_.variables.push_back({name, type, true});
+    }
     const std::uint32_t statements = 5 + below(8);
     for (std::uint32_t i = 0; i < statements; i++)
         statement();
     for (const Variable& variable : scope_.variables)
         line("h = mixed(h, bits(" + variable.name + "));");
-    for (const std::string& vector : scope_.vectors)
-        line("h = mixed(h, " + vector + ".x ^ " + vector + ".y * 3u ^ " + vector + ".z ^ " +
-             vector + ".w);");
     for (const Array& array : scope_.arrays)
         line("for (uint i = 0u; i < " + std::to_string(array.length) +
              "u; i++) h = mixed(h, bits(" + array.name + "[i]));");

@@ -29,10 +29,10 @@ bool Generator::affords(std::uint32_t trips) const {
     return iterations_ + trips * multiplier_ <= budget_;
 }
 
-std::string Generator::writableVariable(Kind kind) {
+std::string Generator::writableVariable(Type type) {
     std::vector<std::string> found;
     for (const Variable& variable : scope_.variables)
-        if (variable.kind == kind && variable.writable)
+        if (variable.type == type && variable.writable)
             found.push_back(variable.name);
     return found.empty() ? std::string() : any(found);
 }
@@ -68,71 +68,54 @@ void Generator::statement() {
 }
 
 void Generator::declaration() {
-    const Kind kind = anyKind();
+    const Type type = anyType();
     const std::string name = fresh("v");
-    if (chance(70)) {
-        line(std::string(typeName(kind)) + " " + name + " = " + tamed(kind, 2) + ";");
-        scope_.variables.push_back({name, kind, true});
+    if (chance(75)) {
+        line(typeName(type) + " " + name + " = " + tamed(type, 2) + ";");
+        scope_.variables.push_back({name, type, true});
         return;
     }
-    if (chance(40)) {
-        std::string vector = "uint4 " + name + " = uint4(" + tamed(Kind::unsigned_, 1);
-        for (int i = 0; i < 3; i++)
-            vector += ", " + leaf(Kind::unsigned_).text;
-        line(vector + ");");
-        scope_.vectors.push_back(name);
-        return;
-    }
-    const std::uint32_t length = 2 + below(7);
+    const std::uint32_t length = 2 + below(type.isScalar() ? 7 : 3);
     std::string values;
     const std::uint32_t given = 1 + below(length);
     for (std::uint32_t i = 0; i < given; i++)
-        values += (i > 0 ? ", " : "") + tamed(kind, 1);
-    line(std::string(typeName(kind)) + " " + name + "[" + std::to_string(length) + "] = {" +
-         values + "};");
-    scope_.arrays.push_back({name, kind, length, true});
+        values += (i > 0 ? ", " : "") + tamed(type, 1);
+    line(typeName(type) + " " + name + "[" + std::to_string(length) + "] = {" + values + "};");
+    scope_.arrays.push_back({name, type, length, true});
+}
+
+void Generator::arrayAssignment(const Array& array) {
+    const std::string target = element(array).text;
+    if (array.type.isScalar() || chance(60))
+        return line(target + " = " + tamed(array.type, 2) + ";");
+    const Variable part{target, array.type, true};
+    return array.type.isMatrix() ? assignElements(part) : assignLanes(part);
 }
 
 void Generator::assignment() {
     if (chance(25) && !scope_.arrays.empty()) {
         const Array array = any(scope_.arrays);
-        if (array.writable) {
-            const std::string target = element(array).text;
-            line(target + " = " + tamed(array.kind, 2) + ";");
-            return;
-        }
+        if (array.writable)
+            return arrayAssignment(array);
     }
-    if (chance(12) && !scope_.vectors.empty())
-        return vectorAssignment(any(scope_.vectors));
-    const Kind kind = anyKind();
-    const std::string target = writableVariable(kind);
+    const Type type = anyType();
+    const std::string target = writableVariable(type);
     if (target.empty())
         return declaration();
     static constexpr std::array<const char*, 5> compound{" += ", " -= ", " ^= ", " *= ", " |= "};
-    if (kind == Kind::unsigned_ && chance(35))
-        line(target + compound[below(5)] + tamed(kind, 2) + ";");
-    else if (kind == Kind::unsigned_ && chance(20))
+    if (!type.isScalar() && chance(45))
+        return type.isMatrix() ? assignElements({target, type}) : assignLanes({target, type});
+    if (type.kind == Kind::unsigned_ && chance(35))
+        line(target + compound[below(5)] + tamed(type, 2) + ";");
+    else if (type == Kind::unsigned_ && chance(20))
         line(target + (chance(50) ? "++;" : "--;"));
     else
-        line(target + " = " + tamed(kind, 3) + ";");
-}
-
-void Generator::vectorAssignment(const std::string& vector) {
-    const std::string value = leaf(Kind::unsigned_).text;
-    switch (below(3)) {
-    case 0:
-        return line(vector + " = " + vector + ".yzwx + " + vector + ".xxww;");
-    case 1:
-        return line(vector + " = max(" + vector + ", " + vector + ".wzyx) ^ uint4(" + value + ");");
-    default:
-        return line(vector + "[" + index(4) + "] += " + value + ";");
-    }
+        line(target + " = " + tamed(type, 3) + ";");
 }
 
 // Folds something of the moment into the result.
 void Generator::stir() {
-    const Kind kind = anyKind();
-    line("h = mixed(h, bits(" + tamed(kind, 1) + "));");
+    line("h = mixed(h, bits(" + tamed(anyType(), 1) + "));");
 }
 
 // A call that changes its caller's variables.
@@ -143,10 +126,10 @@ void Generator::effect() {
     if (!affords(function.iterations))
         return stir();
     std::string arguments;
-    for (const Kind kind : function.values)
-        arguments += (arguments.empty() ? "" : ", ") + tamed(kind, 1);
-    for (const Kind kind : function.references) {
-        const std::string variable = writableVariable(kind);
+    for (const Type type : function.values)
+        arguments += (arguments.empty() ? "" : ", ") + tamed(type, 1);
+    for (const Type type : function.references) {
+        const std::string variable = writableVariable(type);
         if (variable.empty())
             return stir();
         arguments += (arguments.empty() ? "" : ", ") + variable;
@@ -154,7 +137,7 @@ void Generator::effect() {
     if (function.arrayLength > 0) {
         const auto fits =
             std::find_if(scope_.arrays.begin(), scope_.arrays.end(), [&](const Array& array) {
-                return array.writable && array.kind == Kind::unsigned_ &&
+                return array.writable && array.type == Kind::unsigned_ &&
                        array.length == function.arrayLength &&
                        (function.takesPointer || !array.isPointer);
             });
@@ -172,8 +155,7 @@ void Generator::effect() {
     // In a statement of its own: the call may change h, and C++ leaves open which of mixed's
     // arguments comes first.
     const std::string result = fresh("v");
-    line(std::string(typeName(function.result)) + " " + result + " = " + function.name + "(" +
-         arguments + ");");
+    line(typeName(function.result) + " " + result + " = " + function.name + "(" + arguments + ");");
     line("h = mixed(h, bits(" + result + "));");
 }
 
@@ -420,7 +402,8 @@ void Generator::openLoop() {
 void Generator::stateLoop(std::uint32_t trips) {
     const std::string state = fresh("s"), i = fresh("i");
     line("State " + state + " = {" + tamed(Kind::unsigned_, 1) + ", " + tamed(Kind::signed_, 1) +
-         ", " + tamed(Kind::float_, 1) + ", {1u, " + leaf(Kind::unsigned_).text + "}};");
+         ", " + tamed(Kind::float_, 1) + ", {1u, " + leaf(Kind::unsigned_).text + "}, " +
+         tamed({Kind::float_, 3}, 1) + "};");
     const Scope before = scope_;
     iterations_ += trips * multiplier_;
     multiplier_ *= trips;
@@ -436,7 +419,7 @@ void Generator::stateLoop(std::uint32_t trips) {
         line("advance(" + state + ", " + tamed(Kind::unsigned_, 1) + ");");
         break;
     default:
-        line("if (" + state + ".turn(" + tamed(Kind::unsigned_, 1) + ") > 0x40000000u) " + state +
+        line("if (" + state + ".next(" + tamed(Kind::unsigned_, 1) + ") > 0x40000000u) " + state +
              ".count += 5u;");
     }
     block(1 + static_cast<int>(below(3)));

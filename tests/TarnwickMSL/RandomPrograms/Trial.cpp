@@ -1,5 +1,6 @@
 #include "tests/TarnwickMSL/RandomPrograms/Trial.h"
 
+#include "TarnwickMSL/Compile.h"
 #include "tests/TarnwickMSL/RandomPrograms/Metal.h"
 
 #include <array>
@@ -58,7 +59,11 @@ Trial::Trial(std::shared_ptr<gpu::Device> device, std::unique_ptr<gpu::CommandQu
 Outcome Trial::run(const std::string& source) {
     Outcome outcome;
     try {
-        const auto library = device_->newLibrary(source);
+        // However busy the machine is with other work.
+        msl::Compilation compilation = msl::compile(source, {.limit = std::chrono::minutes(2)});
+        if (compilation.failed)
+            throw Refused(compilation.messages);
+        const auto library = device_->newLibrary(std::move(compilation.entryPoints));
         outcome.kernel = kernelResults(*library);
         outcome.fragment = fragmentResults(*library);
     } catch (const std::runtime_error& error) {

@@ -1,0 +1,277 @@
+// Metal's vectors and matrices for the native compiler, lane by lane.
+#pragma once
+
+namespace tarnwick::trials::native {
+
+template <class T, int N> struct Vec;
+
+// A swizzle: some lanes of the vector of N whose union it is a member of. `Value` is the vector
+// that they make, a parameter so that its operators are found for the swizzle as well.
+template <class Value, class T, int N, int... at> struct View {
+    T lanes[N];
+
+    Value value() const { return Value(lanes[at]...); }
+    operator Value() const { return value(); }
+    View& operator=(const Value& from) {
+        int next = 0;
+        ((lanes[at] = from[next++]), ...);
+        return *this;
+    }
+    View& operator=(const View& other) { return *this = other.value(); }
+};
+
+template <class T, int N> struct Lanes;
+template <class T> struct Lanes<T, 2> {
+    union {
+        T lanes[2] = {};
+        struct {
+            T x, y;
+        };
+        View<Vec<T, 2>, T, 2, 0, 1> xy;
+        View<Vec<T, 2>, T, 2, 1, 0> yx;
+        View<Vec<T, 2>, T, 2, 0, 0> xx;
+        View<Vec<T, 2>, T, 2, 1, 1> yy;
+        View<Vec<T, 3>, T, 2, 0, 1, 0> xyx;
+        View<Vec<T, 3>, T, 2, 1, 1, 0> yyx;
+        View<Vec<T, 4>, T, 2, 0, 1, 0, 1> xyxy;
+    };
+    Lanes() {}
+};
+template <class T> struct Lanes<T, 3> {
+    union {
+        T lanes[3] = {};
+        struct {
+            T x, y, z;
+        };
+        View<Vec<T, 2>, T, 3, 0, 1> xy;
+        View<Vec<T, 2>, T, 3, 1, 0> yx;
+        View<Vec<T, 2>, T, 3, 2, 0> zx;
+        View<Vec<T, 2>, T, 3, 1, 2> yz;
+        View<Vec<T, 2>, T, 3, 2, 2> zz;
+        View<Vec<T, 3>, T, 3, 1, 2, 0> yzx;
+        View<Vec<T, 3>, T, 3, 2, 0, 1> zxy;
+        View<Vec<T, 3>, T, 3, 2, 1, 0> zyx;
+        View<Vec<T, 3>, T, 3, 0, 0, 1> xxy;
+        View<Vec<T, 4>, T, 3, 0, 1, 2, 0> xyzx;
+    };
+    Lanes() {}
+};
+template <class T> struct Lanes<T, 4> {
+    union {
+        T lanes[4] = {};
+        struct {
+            T x, y, z, w;
+        };
+        View<Vec<T, 2>, T, 4, 0, 1> xy;
+        View<Vec<T, 2>, T, 4, 2, 3> zw;
+        View<Vec<T, 2>, T, 4, 3, 0> wx;
+        View<Vec<T, 2>, T, 4, 1, 0> yx;
+        View<Vec<T, 2>, T, 4, 3, 3> ww;
+        View<Vec<T, 3>, T, 4, 0, 1, 2> xyz;
+        View<Vec<T, 3>, T, 4, 3, 2, 1> wzy;
+        View<Vec<T, 3>, T, 4, 1, 2, 3> yzw;
+        View<Vec<T, 4>, T, 4, 1, 2, 3, 0> yzwx;
+        View<Vec<T, 4>, T, 4, 3, 2, 1, 0> wzyx;
+        View<Vec<T, 4>, T, 4, 2, 3, 0, 1> zwxy;
+        View<Vec<T, 4>, T, 4, 0, 0, 3, 3> xxww;
+    };
+    Lanes() {}
+};
+
+#define OPERATOR(sign)                                                                             \
+    friend Vec operator sign(const Vec& a, const Vec& b) {                                         \
+        return made([&](int i) { return T(a[i] sign b[i]); });                                     \
+    }                                                                                              \
+    friend Vec operator sign(const Vec& a, T b) {                                                  \
+        return a sign Vec(b);                                                                      \
+    }                                                                                              \
+    friend Vec operator sign(T a, const Vec& b) {                                                  \
+        return Vec(a) sign b;                                                                      \
+    }                                                                                              \
+    friend Vec& operator sign##=(Vec& a, const Vec& b) {                                           \
+        return a = a sign b;                                                                       \
+    }                                                                                              \
+    friend Vec& operator sign##=(Vec& a, T b) {                                                    \
+        return a = a sign Vec(b);                                                                  \
+    }
+#define COMPARISON(sign)                                                                           \
+    friend Vec<bool, N> operator sign(const Vec& a, const Vec& b) {                                \
+        return Vec<bool, N>::made([&](int i) { return a[i] sign b[i]; });                          \
+    }
+#define FUNCTION(name)                                                                             \
+    friend Vec name(const Vec& a) {                                                                \
+        return made([&](int i) { return native::name(a[i]); });                                    \
+    }
+
+template <class T, int N> struct Vec : Lanes<T, N> {
+    using Lanes<T, N>::lanes;
+
+    Vec() = default;
+    Vec(const Vec& other) { *this = other; }
+    Vec& operator=(const Vec& other) {
+        for (int i = 0; i < N; i++)
+            lanes[i] = other.lanes[i];
+        return *this;
+    }
+    explicit Vec(T all) { std::fill_n(lanes, N, all); }
+    template <class U> explicit Vec(const Vec<U, N>& other) {
+        for (int i = 0; i < N; i++)
+            lanes[i] = T(other[i]);
+    }
+    template <class U, int M, int... at>
+    explicit Vec(const View<Vec<U, N>, U, M, at...>& other) {
+        const Vec<U, N> from = other.value();
+        for (int i = 0; i < N; i++)
+            lanes[i] = T(from[i]);
+    }
+    // Of parts side by side.
+    template <class First, class Second, class... More>
+    Vec(const First& first, const Second& second, const More&... more) {
+        int next = 0;
+        take(next, first), take(next, second), (take(next, more), ...);
+    }
+    template <class Lane> static Vec made(Lane lane) {
+        Vec result;
+        for (int i = 0; i < N; i++)
+            result.lanes[i] = lane(i);
+        return result;
+    }
+    template <class I> T& operator[](I lane) { return lanes[lane]; }
+    template <class I> const T& operator[](I lane) const { return lanes[lane]; }
+
+    OPERATOR(+)
+    OPERATOR(-)
+    OPERATOR(*)
+    OPERATOR(%)
+    OPERATOR(&)
+    OPERATOR(^)
+    OPERATOR(|)
+    OPERATOR(>>)
+    COMPARISON(<)
+    COMPARISON(<=)
+    COMPARISON(>)
+    COMPARISON(>=)
+    COMPARISON(==)
+    COMPARISON(!=)
+    FUNCTION(floor)
+    FUNCTION(ceil)
+    FUNCTION(trunc)
+    FUNCTION(rint)
+    FUNCTION(round)
+    FUNCTION(fract)
+    FUNCTION(abs)
+    friend Vec operator-(const Vec& a) {
+        return made([&](int i) { return -a[i]; });
+    }
+    friend Vec min(const Vec& a, const Vec& b) {
+        return made([&](int i) { return native::min(a[i], b[i]); });
+    }
+    friend Vec max(const Vec& a, const Vec& b) {
+        return made([&](int i) { return native::max(a[i], b[i]); });
+    }
+    friend Vec select(const Vec& no, const Vec& yes, const Vec<bool, N>& which) {
+        return made([&](int i) { return which[i] ? yes[i] : no[i]; });
+    }
+    friend T dot(const Vec& a, const Vec& b) {
+        T sum = 0;
+        for (int i = 0; i < N; i++)
+            sum += a[i] * b[i];
+        return sum;
+    }
+
+  private:
+    void take(int& next, T value) { lanes[next++] = value; }
+    template <int M> void take(int& next, const Vec<T, M>& part) {
+        for (int i = 0; i < M; i++)
+            lanes[next++] = part[i];
+    }
+    template <int M, int L, int... at>
+    void take(int& next, const View<Vec<T, M>, T, L, at...>& part) {
+        take(next, part.value());
+    }
+};
+
+template <int N> bool any(const Vec<bool, N>& lanes) {
+    return std::any_of(lanes.lanes, lanes.lanes + N, [](bool lane) { return lane; });
+}
+template <int N> bool all(const Vec<bool, N>& lanes) {
+    return std::all_of(lanes.lanes, lanes.lanes + N, [](bool lane) { return lane; });
+}
+
+// C columns of R floats.
+template <int C, int R> struct Mat {
+    using Column = Vec<float, R>;
+    Column columns[C];
+
+    Mat() = default;
+    template <class... Rest>
+    Mat(const Column& first, const Rest&... rest) : columns{first, Column(rest)...} {}
+    template <class I> Column& operator[](I column) { return columns[column]; }
+    template <class I> const Column& operator[](I column) const { return columns[column]; }
+
+    friend Mat operator+(const Mat& a, const Mat& b) {
+        return made([&](int i) { return a[i] + b[i]; });
+    }
+    friend Mat operator-(const Mat& a, const Mat& b) {
+        return made([&](int i) { return a[i] - b[i]; });
+    }
+    friend Mat operator*(const Mat& a, float b) {
+        return made([&](int i) { return a[i] * b; });
+    }
+    friend Column operator*(const Mat& a, const Vec<float, C>& b) {
+        Column sum;
+        for (int i = 0; i < C; i++)
+            sum += a[i] * b[i];
+        return sum;
+    }
+    friend Vec<float, C> operator*(const Vec<float, R>& a, const Mat& b) {
+        return Vec<float, C>::made([&](int i) { return dot(a, b[i]); });
+    }
+    friend Mat<R, C> transpose(const Mat& a) {
+        Mat<R, C> result;
+        for (int i = 0; i < C; i++)
+            for (int j = 0; j < R; j++)
+                result[j][i] = a[i][j];
+        return result;
+    }
+
+  private:
+    template <class Lane> static Mat made(Lane column) {
+        Mat result;
+        for (int i = 0; i < C; i++)
+            result[i] = column(i);
+        return result;
+    }
+};
+
+template <int C, int R, int K> Mat<K, R> operator*(const Mat<C, R>& a, const Mat<K, C>& b) {
+    Mat<K, R> result;
+    for (int i = 0; i < K; i++)
+        result[i] = a * b[i];
+    return result;
+}
+
+#undef OPERATOR
+#undef COMPARISON
+#undef FUNCTION
+
+using uint2 = Vec<uint, 2>;
+using uint3 = Vec<uint, 3>;
+using uint4 = Vec<uint, 4>;
+using int2 = Vec<int, 2>;
+using int3 = Vec<int, 3>;
+using int4 = Vec<int, 4>;
+using float2 = Vec<float, 2>;
+using float3 = Vec<float, 3>;
+using float4 = Vec<float, 4>;
+using float2x2 = Mat<2, 2>;
+using float2x3 = Mat<2, 3>;
+using float2x4 = Mat<2, 4>;
+using float3x2 = Mat<3, 2>;
+using float3x3 = Mat<3, 3>;
+using float3x4 = Mat<3, 4>;
+using float4x2 = Mat<4, 2>;
+using float4x3 = Mat<4, 3>;
+using float4x4 = Mat<4, 4>;
+
+} // namespace tarnwick::trials::native

@@ -1,0 +1,274 @@
+#include "tests/TarnwickMSL/RandomPrograms/Generator.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarnwick::trials {
+
+namespace {
+
+constexpr double exactSignedBound = 1 << 24;
+constexpr double exactFloatUnits = 1 << 23; // bound / quantum
+
+bool isExact(const Expression& value) {
+    return value.bound / value.quantum < exactFloatUnits;
+}
+
+Expression product(const Expression& left, const Expression& right, double terms = 1) {
+    return {"(" + left.text + " * " + right.text + ")", left.bound * right.bound * terms,
+            left.quantum * right.quantum};
+}
+
+Expression sum(const Expression& left, const char* sign, const Expression& right) {
+    return {"(" + left.text + sign + right.text + ")", left.bound + right.bound,
+            std::min(left.quantum, right.quantum)};
+}
+
+bool isStorable(const std::string& swizzle) {
+    return std::all_of(swizzle.begin(), swizzle.end(), [&](char lane) {
+        return std::count(swizzle.begin(), swizzle.end(), lane) == 1;
+    });
+}
+
+} // namespace
+
+std::vector<std::string> swizzlesOf(std::uint32_t lanes) {
+    if (lanes == 2)
+        return {"xy", "yx", "xx", "yy", "xyx", "yyx", "xyxy"};
+    if (lanes == 3)
+        return {"xy", "yx", "zx", "yz", "zz", "yzx", "zxy", "zyx", "xxy", "xyzx"};
+    return {"xy", "zw", "wx", "yx", "ww", "xyz", "wzy", "yzw", "yzwx", "wzyx", "zwxy", "xxww"};
+}
+
+std::string Generator::swizzle(std::uint32_t lanes, std::uint32_t width, bool isStore) {
+    std::vector<std::string> fitting;
+    for (const std::string& each : swizzlesOf(lanes))
+        if (each.size() == width && (!isStore || isStorable(each)))
+            fitting.push_back(each);
+    return "." + any(fitting);
+}
+
+std::string Generator::lane(const std::string& vector, std::uint32_t lanes) {
+    static constexpr std::array<const char*, 4> names{".x", ".y", ".z", ".w"};
+    return chance(15) ? vector + "[" + index(lanes) + "]" : vector + names[below(lanes)];
+}
+
+// A vector of its lanes, or a matrix of its columns; leaves alone.
+Expression Generator::composite(Type type) {
+    if (!type.isMatrix() && chance(40))
+        return {typeName(type) + "(" + leaf(type.kind).text + ")", 1024, 0.25};
+    std::string text = typeName(type) + "(";
+    const Type part = type.isMatrix() ? Type{Kind::float_, type.lanes} : Type{type.kind};
+    const std::uint32_t parts = type.isMatrix() ? type.columns : type.lanes;
+    for (std::uint32_t i = 0; i < parts; i++) {
+        const std::string value =
+            type.isMatrix() || chance(60) ? leaf(part).text : literal(type.kind).text;
+        text += (i > 0 ? ", " : "") + (type.isMatrix() ? "little(" + value + ")" : value);
+    }
+    return {text + ")", tameBound(type), 0.25};
+}
+
+Expression Generator::vectorExpression(Type type, int depth) {
+    const std::uint32_t choice = below(20);
+    if (choice < 5)
+        return arranged(type, depth);
+    if (choice < 7)
+        return converted(type, depth);
+    if (choice < 9) { // element by element, as a condition says
+        const Expression a = expression(type, depth - 1), b = expression(type, depth - 1);
+        const std::string left = leaf(type).text;
+        return {"select(" + a.text + ", " + b.text + ", " + left + (chance(50) ? " < " : " != ") +
+                    leaf(type).text + ")",
+                std::max(a.bound, b.bound), std::min(a.quantum, b.quantum)};
+    }
+    if (type.kind != Kind::float_)
+        return integerLanes(type, depth);
+    return choice < 14 ? transformed(type, depth) : floatLanes(type, depth);
+}
+
+// Lanes from elsewhere: a swizzle, a scalar in all of them, or parts side by side.
+Expression Generator::arranged(Type type, int depth) {
+    const std::uint32_t choice = below(3);
+    if (choice == 0) {
+        const Type from{type.kind, 2 + below(3)};
+        Expression value = leaf(from);
+        if (chance(40)) { // native code has no swizzles of swizzles
+            value = expression(from, depth - 1);
+            value.text = typeName(from) + "(" + value.text + ")";
+        }
+        value.text += swizzle(from.lanes, type.lanes, false);
+        return value;
+    }
+    Expression value = expression(type.kind, depth - 1);
+    if (choice == 1) {
+        value.text = typeName(type) + "(" + value.text + ")";
+        return value;
+    }
+    const Expression rest = expression({type.kind, type.lanes - 1}, depth - 1);
+    const bool isFirst = chance(50);
+    return {typeName(type) + "(" + (isFirst ? value : rest).text + ", " +
+                (isFirst ? rest : value).text + ")",
+            std::max(value.bound, rest.bound), std::min(value.quantum, rest.quantum)};
+}
+
+Expression Generator::converted(Type type, int depth) {
+    const Type floats{Kind::float_, type.lanes}, ints{Kind::signed_, type.lanes},
+        words{Kind::unsigned_, type.lanes};
+    const std::string to = typeName(type) + "(";
+    switch (type.kind) {
+    case Kind::unsigned_:
+        return {to + expression(ints, depth - 1).text + ")"};
+    case Kind::signed_:
+        if (chance(50))
+            return {to + expression(words, depth - 1).text + " & 1023u)", 1023};
+        return {to + within(expression(floats, depth - 1), floats, 4096).text + ")", 4096};
+    case Kind::float_:
+        if (chance(50))
+            return {to + expression(words, depth - 1).text + " & 255u)", 255, 1};
+        return {to + within(expression(ints, depth - 1), ints, 4096).text + ")", 4096, 1};
+    }
+    return {};
+}
+
+// One operand may be a scalar, which counts for every lane.
+Expression Generator::integerLanes(Type type, int depth) {
+    const std::string unit = type.kind == Kind::signed_ ? ")" : "u)";
+    const Type other = chance(70) ? type : Type(type.kind);
+    const Expression a = expression(type, depth - 1), b = expression(other, depth - 1);
+    switch (below(7)) {
+    case 0:
+    case 1:
+        return within(sum(a, chance(50) ? " + " : " - ", b), type, exactSignedBound);
+    case 2:
+        return product(within(a, type, 2048), within(b, other, 2048));
+    case 3:
+        return {"(" + a.text + (chance(50) ? " & " : " ^ ") + b.text + ")",
+                2 * std::max(a.bound, b.bound)};
+    case 4:
+        return {"(" + a.text + " % " + std::to_string(2 + below(60)) + unit, 62};
+    case 5:
+        return {"(" + a.text + " >> " + std::to_string(1 + below(7)) + unit, a.bound + 1};
+    default:
+        return extreme(type, a, depth);
+    }
+}
+
+Expression Generator::extreme(Type type, const Expression& value, int depth) {
+    const Expression other = expression(type, depth - 1);
+    return {(chance(50) ? "min(" : "max(") + value.text + ", " + other.text + ")",
+            std::max(value.bound, other.bound), std::min(value.quantum, other.quantum)};
+}
+
+Expression Generator::floatLanes(Type type, int depth) {
+    const Type other = chance(50) ? type : Type(Kind::float_);
+    const Expression a = expression(type, depth - 1), b = expression(other, depth - 1);
+    static constexpr std::array<const char*, 5> whole{"floor", "ceil", "trunc", "rint", "round"};
+    switch (below(9)) {
+    case 0:
+    case 1: {
+        const Expression found = sum(a, chance(50) ? " + " : " - ", b);
+        return isExact(found) ? found : within(a, type, 1024);
+    }
+    case 2:
+    case 3:
+    case 4: {
+        const Expression left = within(a, type, 1024), right = within(b, other, 128);
+        const Expression found = chance(50) ? product(left, right) : product(right, left);
+        return isExact(found) ? found : left;
+    }
+    case 5:
+        return {std::string(whole[below(5)]) + "(" + a.text + ")", a.bound + 1, 1};
+    case 6:
+        return {(chance(50) ? "abs(" : "(-") + a.text + ")", a.bound, a.quantum};
+    case 7:
+        return {"fract(" + a.text + ")", 1, a.quantum};
+    default:
+        return extreme(type, a, depth);
+    }
+}
+
+// A matrix times a vector, or a vector times a matrix.
+Expression Generator::transformed(Type type, int depth) {
+    const std::uint32_t lanes = 2 + below(3);
+    const bool isLeft = chance(60);
+    const Type matrix =
+        isLeft ? Type{Kind::float_, type.lanes, lanes} : Type{Kind::float_, lanes, type.lanes};
+    const Expression m = within(expression(matrix, depth - 1), matrix, 4);
+    const Type vector{Kind::float_, lanes};
+    const Expression v = within(expression(vector, depth - 1), vector, 1024);
+    return isLeft ? product(m, v, lanes) : product(v, m, lanes);
+}
+
+Expression Generator::matrixExpression(Type type, int depth) {
+    const Expression a = within(expression(type, depth - 1), type, 4);
+    switch (below(5)) {
+    case 0: {
+        const std::uint32_t between = 2 + below(3);
+        const Type left{Kind::float_, type.lanes, between},
+            right{Kind::float_, between, type.columns};
+        return product(within(expression(left, depth - 1), left, 4),
+                       within(expression(right, depth - 1), right, 4), between);
+    }
+    case 1:
+        return sum(a, chance(50) ? " + " : " - ", within(expression(type, depth - 1), type, 4));
+    case 2:
+        return product(a, within(expression(Kind::float_, depth - 1), Kind::float_, 128));
+    case 3: {
+        const Type turned{Kind::float_, type.columns, type.lanes};
+        Expression value = expression(turned, depth - 1);
+        value.text = "transpose(" + value.text + ")";
+        return value;
+    }
+    default:
+        return composite(type);
+    }
+}
+
+// A scalar of two vectors.
+Expression Generator::dotted(int depth) {
+    const Type vector{Kind::float_, 2 + below(3)};
+    const Expression a = within(expression(vector, depth - 1), vector, 1024);
+    const Expression b = within(expression(vector, depth - 1), vector, 64);
+    const Expression found = product(a, b, vector.lanes);
+    if (!isExact(found))
+        return leaf(Kind::float_);
+    return {"dot(" + a.text + ", " + b.text + ")", found.bound, found.quantum};
+}
+
+std::string Generator::vectorCondition(int depth) {
+    static constexpr std::array<const char*, 6> operations{" < ",  " <= ", " > ",
+                                                           " >= ", " == ", " != "};
+    const Type type = anyVector();
+    const std::string left = expression(type, depth - 1).text;
+    const char* operation = operations[below(6)];
+    return (chance(50) ? "any(" : "all(") + left + operation + expression(type, depth - 1).text +
+           ")";
+}
+
+// A statement that stores to some of the lanes, or changes them in place.
+void Generator::assignLanes(const Variable& vector) {
+    const Type type = vector.type;
+    const std::uint32_t choice = below(4);
+    if (choice == 0)
+        return line(lane(vector.name, type.lanes) + " = " + tamed(type.kind, 2) + ";");
+    if (choice == 1) {
+        const std::uint32_t width = 2 + below(type.lanes - 1);
+        return line(vector.name + swizzle(type.lanes, width, true) + " = " +
+                    tamed({type.kind, width}, 2) + ";");
+    }
+    const Type other = chance(50) ? type : Type(type.kind);
+    const std::string value = tamed(other, 2);
+    line(vector.name + (choice == 2 ? " += " : " -= ") + value + ";");
+    if (type.kind != Kind::unsigned_)
+        line(vector.name + " = tame(" + vector.name + ");");
+}
+
+void Generator::assignElements(const Variable& matrix) {
+    const std::string column = matrix.name + "[" + index(matrix.type.columns) + "]";
+    if (chance(50))
+        return line(column + " = little(" + tamed({Kind::float_, matrix.type.lanes}, 2) + ");");
+    line(lane(column, matrix.type.lanes) + " = float(" + leaf(Kind::unsigned_).text +
+         " & 7u) - 3.5f;");
+}
+
+} // namespace tarnwick::trials
