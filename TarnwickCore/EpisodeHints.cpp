@@ -14,22 +14,22 @@ namespace tarnwick {
 namespace {
 
 struct Argument {
-    std::string_view name, declaration;
+    std::string_view name, declaration, kinds; // of episode
 };
 
-// What the host hands to an episode's functions.
+// What the host hands to shade.
 constexpr std::array<Argument, 5> arguments{{
-    {"u", "constant Uniforms& u"},
-    {"p", "constant Params& p"},
-    {"uv", "float2 uv"},
-    {"in", "Inputs in"},
-    {"trails", "Trails trails"},
+    {"u", "constant Uniforms& u", "every episode"},
+    {"p", "constant Params& p", "every episode"},
+    {"uv", "float2 uv", "every episode without a grid"},
+    {"in", "Inputs in", "a fragment episode that asks for it"},
+    {"trails", "Trails trails", "a particle episode"},
 }};
 
 std::string forArgument(const Argument& argument) {
-    return std::string(argument.name) +
-           " is an argument of shade: a function that uses it takes it too, as " +
-           std::string(argument.declaration);
+    return std::string(argument.name) + " is shade's argument " +
+           std::string(argument.declaration) + " in " + std::string(argument.kinds) +
+           "; other functions that use it take it too";
 }
 
 } // namespace

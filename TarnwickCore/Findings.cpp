@@ -84,21 +84,29 @@ void addHints(const EpisodeHints& hints, std::vector<Finding>& findings) {
             finding.hint = hints.hintFor(finding.diagnostic);
 }
 
-// Where the compiler cannot read a declaration it stumbles over the rest of the line, and over the
-// name that would have been declared.
-bool followsFrom(const Diagnostic& cause, const Diagnostic& diagnostic, const EpisodeHints& hints) {
+// Where the compiler cannot read a declaration it stumbles over the rest of the line.
+bool isStumble(const Diagnostic& cause, const Diagnostic& diagnostic) {
     constexpr std::array<std::string_view, 3> stumbles{"expected ", "cannot combine with previous",
                                                        "declaration does not declare anything"};
-    const bool isUnread =
-        !unknownName(cause.message).empty() || cause.message.starts_with(stumbles[0]);
+    if (diagnostic.line != cause.line)
+        return false;
+    // Behind a name that could be a value only what shows that it is none.
+    if (cause.message.starts_with("use of undeclared identifier"))
+        return diagnostic.message.starts_with("expected ';' after expression");
+    return std::ranges::any_of(stumbles, [&](std::string_view stumble) {
+        return diagnostic.message.starts_with(stumble);
+    });
+}
+
+// Or over the name that would have been declared.
+bool followsFrom(const Diagnostic& cause, const Diagnostic& diagnostic, const EpisodeHints& hints) {
+    const bool isUnread = !unknownName(cause.message).empty() ||
+                          cause.message.starts_with("expected ';' after expression");
     if (cause.line == 0 || !isUnread)
         return false;
-    if (diagnostic.line == cause.line)
-        for (const std::string_view stumble : stumbles)
-            if (diagnostic.message.starts_with(stumble))
-                return true;
-    return diagnostic.message.starts_with("use of undeclared identifier") &&
-           hints.declaresIn(cause.line, unknownName(diagnostic.message));
+    return isStumble(cause, diagnostic) ||
+           (diagnostic.message.starts_with("use of undeclared identifier") &&
+            hints.declaresIn(cause.line, unknownName(diagnostic.message)));
 }
 
 // Leaves out what follows from an error that has a hint of its own.

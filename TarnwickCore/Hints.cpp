@@ -55,6 +55,7 @@ constexpr auto rows = std::to_array<Row>({
     {"mat2x2", "float2x2"}, {"mat2x3", "float2x3"}, {"mat2x4", "float2x4"},
     {"mat3x2", "float3x2"}, {"mat3x3", "float3x3"}, {"mat3x4", "float3x4"},
     {"mat4x2", "float4x2"}, {"mat4x3", "float4x3"}, {"mat4x4", "float4x4"},
+    {"var", "auto"}, {"let", "const auto"},
     {"sampler2D", channel, Form::sentence}, {"samplerCube", channel, Form::sentence},
     {"Texture2D", channel, Form::sentence}, {"SamplerState", channel, Form::sentence},
     // Qualifiers (GLSL 4.60, 4.3 to 4.7)
@@ -140,6 +141,7 @@ constexpr auto rows = std::to_array<Row>({
     {"expected '(' for function-style cast or type construction", "an array is written float a[3] = {1.0, 2.0, 3.0} in Metal", Form::sentence, Said::fragment},
     {"cannot initialize return object of type 'float4' (vector of 4 'float' values) with an lvalue of type 'float3'", "float4(c, 1.0) makes a colour with alpha of a float3 c", Form::sentence, Said::fragment},
     {"cannot initialize return object of type 'float4' (vector of 4 'float' values) with an rvalue of type 'float3'", "float4(c, 1.0) makes a colour with alpha of a float3 c", Form::sentence, Said::fragment},
+    {"must reside in constant address space", "write constant before its type; what changes has its place inside of functions", Form::sentence, Said::fragment},
     {"cannot assign to variable 'u'", "u cannot be changed: copy what is to change, as in float t = u.time", Form::sentence, Said::fragment},
     {"cannot assign to variable 'p'", "p cannot be changed: copy what is to change, as in float speed = p.speed", Form::sentence, Said::fragment},
 });
@@ -202,7 +204,7 @@ std::string hintOf(const Diagnostic& message, std::string_view line) {
         return find(name, Said::misfit);
     const auto at = static_cast<std::size_t>(std::max<std::int64_t>(message.column - 1, 0));
     // A type that was taken for a variable: "vec2 uv = ...".
-    if (text.starts_with("expected ';'"))
+    if (text.starts_with("expected ';' after expression"))
         return hintForName(wordBefore(line, std::min(at, line.size())));
     if (text == "invalid preprocessing directive")
         return find(wordAt(line, at), Said::directive);

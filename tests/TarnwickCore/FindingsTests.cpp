@@ -57,7 +57,8 @@ TEST(Findings, haveHintsForNamesThatMetalDoesNotKnow) {
         {"x = u.speed;", 7, "no member named 'speed' in 'Uniforms'",
          "u has resolution, time, timeDelta, mouse and frame"},
         {"x = uv;", 5, undeclared + "'uv'",
-         "uv is an argument of shade: a function that uses it takes it too, as float2 uv"},
+         "uv is shade's argument float2 uv in every episode without a grid; other functions that "
+         "use it take it too"},
         // What the compiler knows, or what the episode has itself.
         {"x = mod(y);", 5, "no matching function for call to 'mod'", ""},
         {"x = vec3(y); y = z;", 18, undeclared + "'z'", ""},
@@ -148,6 +149,11 @@ TEST(Findings, leaveOutWhatFollowsFromTheAuthorsOwnErrors) {
                    "shader.metal:2:18: error: use of undeclared identifier 'q'\n"),
               "1:9 unknown type name 'inout' (inout float3 x is thread float3& x in Metal)\n"
               "2:18 use of undeclared identifier 'q'");
+    EXPECT_EQ(told("float f() {\n    float a = iTime\n}\n",
+                   "shader.metal:2:15: error: use of undeclared identifier 'iTime'\n"
+                   "shader.metal:2:20: error: expected ';' at end of declaration\n"),
+              "2:15 use of undeclared identifier 'iTime' (iTime is u.time in an episode)\n"
+              "2:20 expected ';' at end of declaration");
     EXPECT_EQ(told("// @param half 1 0 2\n",
                    "program_source:4:11: error: cannot combine with previous 'float' declaration "
                    "specifier\n"),

@@ -1,6 +1,8 @@
+#include "TarnwickCore/DeclarationCheck.h"
 #include "TarnwickCore/Diagnostics.h"
 #include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/FileNames.h"
+#include "TarnwickCore/Findings.h"
 #include "TarnwickCore/Lines.h"
 #include "TarnwickCore/Params.h"
 #include "TarnwickCore/ShaderAssembler.h"
@@ -41,7 +43,14 @@ TEST(Lines, andAllThatReadsThemTakeAnyBytes) {
                                           "// @variations 3,\xe3\x80",
                                           "/.\xcc\x81",
                                           "float2 sound(",
-                                          "shader.metal:1:2: error: \xff"};
+                                          "shader.metal:1:2: error: \xff",
+                                          "tw_host:1:2: error: expected '}'",
+                                          "shader.metal:9:9: error: unknown type name 'vec3'",
+                                          "@param",
+                                          "// @",
+                                          "{\r",
+                                          "#if",
+                                          "/*"};
     for (int round = 0; round < 2000; ++round) {
         std::string text;
         for (int count = 0; count < 6; ++count)
@@ -50,7 +59,10 @@ TEST(Lines, andAllThatReadsThemTakeAnyBytes) {
         const AssembledShader shader = ShaderAssembler::assemble(text);
         EXPECT_NE(shader.source.find(text), std::string::npos);
         EXPECT_EQ(shader, ShaderAssembler::assemble(text));
-        DiagnosticParser::parse(text);
+        for (const Finding& finding : findingsOf(text, DiagnosticParser::parse(text)))
+            EXPECT_GE(finding.diagnostic.line, 0);
+        for (const Diagnostic& warning : declarationWarnings(text))
+            EXPECT_GE(warning.column, 1);
         EXPECT_EQ(EpisodeMeta::parse(text), EpisodeMeta::parse(text));
         EXPECT_TRUE(FileNames::safe(text).ends_with(".metal"));
     }

@@ -117,6 +117,9 @@ TEST(FrontEnd, refusesAtTheLineWhatAShaderMayNotDo) {
          "shader.metal:1:24: error: value of type 'bool2' is not contextually"},
         {"float f() { return dot(1.0, float3(1)) + nothing; }",
          "shader.metal:1:42: error: use of undeclared identifier 'nothing'"},
+        // Without a suggestion of the library's own names.
+        {"void f() { discard; }",
+         "shader.metal:1:12: error: use of undeclared identifier 'discard'\n"},
         {"fragment float4 f(float2 p) { return 1; }",
          "shader.metal:1:26: error: invalid type 'float2'"},
         {"fragment float4 f(float4 p [[posit]]) { return 1; }",

@@ -72,6 +72,16 @@ static void nameMissing(llvm::SmallString<256>& message) {
         message = missing("'" + name + "'");
 }
 
+// Whether a name of the library's own was suggested for an unknown one, which is left out then.
+static bool cutInternalSuggestion(llvm::SmallString<256>& message) {
+    for (const llvm::StringRef suggestion : {"; did you mean '_", "; did you mean 'msl_"})
+        if (const std::size_t at = message.str().find(suggestion); at != llvm::StringRef::npos) {
+            message.truncate(at);
+            return true;
+        }
+    return false;
+}
+
 // Vectors by Metal's names, where Clang has no other than their attribute. Comparisons give masks
 // of int; in Metal they are vectors of bool.
 static void nameVectors(llvm::SmallString<256>& message) {
@@ -139,6 +149,7 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
     nameConstructor(message);
     nameAssignment(message);
     nameMissing(message);
+    const bool isInternal = cutInternalSuggestion(message);
     nameVectors(message);
     nameTextures(message);
     if (!diagnostic.hasSourceManager() || !diagnostic.getLocation().isValid() || !text) {
@@ -170,7 +181,9 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
         ranges.emplace_back(clang::SourceRange(usersPlace(sources, range.getBegin()),
                                                usersPlace(sources, range.getEnd())),
                             range.isTokenRange());
-    text->emitDiagnostic(at, level, message, ranges, diagnostic.getFixItHints());
+    text->emitDiagnostic(at, level, message, ranges,
+                         isInternal ? llvm::ArrayRef<clang::FixItHint>()
+                                    : diagnostic.getFixItHints());
 }
 
 } // namespace tarnwick::msl
