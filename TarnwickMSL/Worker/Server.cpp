@@ -40,7 +40,8 @@ bool sendAll(int connection, std::string_view bytes) {
 
 // A program that asks for more than this is ended rather than the machine; no core files.
 void limitMemory() {
-#ifndef __SANITIZE_ADDRESS__ // which takes terabytes of addresses for its shadow
+// The sanitizers take terabytes of addresses for their shadow memory.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
     const rlimit memory{.rlim_cur = 3ull << 30, .rlim_max = 3ull << 30};
     setrlimit(RLIMIT_AS, &memory);
 #endif
