@@ -19,4 +19,5 @@ tarnwick_tests(TarnwickMSL/Language
 add_dependencies(TarnwickMSLLanguageTests tarnwick-msl-worker)
 target_compile_definitions(TarnwickMSLLanguageTests PRIVATE
     TARNWICK_CORPUS="${CMAKE_CURRENT_SOURCE_DIR}/corpus"
-    TARNWICK_LANGUAGE_PAGE="${CMAKE_SOURCE_DIR}/docs/language.md")
+    TARNWICK_LANGUAGE_PAGE="${CMAKE_SOURCE_DIR}/docs/language.md"
+    TARNWICK_LIBRARY_PAGE="${CMAKE_SOURCE_DIR}/docs/library.md")

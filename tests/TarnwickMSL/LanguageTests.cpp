@@ -1,12 +1,15 @@
 // docs/language.md is true: the programs that its tables name are the corpus's, all of them, and
-// what it calls missing is refused, on its own line and with the message that stands there.
+// what it calls missing is refused, on its own line and with the message that stands there. So is
+// docs/library.md: the functions that it names are there, but for those that it calls missing.
 #include "TarnwickMSL/Compile.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <regex>
 #include <set>
 #include <string>
 #include <vector>
@@ -53,6 +56,34 @@ std::vector<Row> rows() {
     return rows;
 }
 
+// The functions that a page names: in the first cells of its table, and in backticks.
+struct NamedFunctions {
+    std::set<std::string> there;   // "sin", "precise::sin"
+    std::set<std::string> missing; // those of the paragraph that begins with "Missing:"
+};
+
+NamedFunctions namedFunctions() {
+    const std::regex cell(R"(^\| ((?:precise::)?[a-z]\w+))"), name(R"(`([a-z]\w+)`)");
+    std::ifstream page(TARNWICK_LIBRARY_PAGE);
+    NamedFunctions functions;
+    bool isOfMissing = false;
+    for (std::string line; std::getline(page, line);) {
+        isOfMissing = line.starts_with("Missing:") || (isOfMissing && !line.empty());
+        if (std::smatch match; std::regex_search(line, match, cell) && match[1] != "function")
+            functions.there.insert(match[1]);
+        for (std::sregex_iterator match(line.begin(), line.end(), name), end; match != end; ++match)
+            (isOfMissing ? functions.missing : functions.there).insert((*match)[1]);
+    }
+    return functions;
+}
+
+// A program that is in order where the standard library has the function.
+std::string mention(const std::string& function) {
+    std::string space = function;
+    std::ranges::replace(space, ':', '_');
+    return "namespace mention_" + space + " { using metal::" + function + "; }\n";
+}
+
 } // namespace
 
 TEST(LanguagePage, namesEveryProgramOfTheCorpusAndNoOther) {
@@ -81,6 +112,20 @@ TEST(LanguagePage, saysWhatTheCompilerSaysOfWhatIsMissing) {
                                                             << found.messages;
         EXPECT_TRUE(first.ends_with(": error: " + row.quoted[1])) << row.feature << "\n" << first;
     }
+}
+
+TEST(LibraryPage, namesFunctionsThatAreThereAndThoseThatAreMissing) {
+    const NamedFunctions functions = namedFunctions();
+    EXPECT_GT(functions.there.size(), 120u);
+    EXPECT_FALSE(functions.missing.empty());
+    std::string program = "#include <metal_stdlib>\n";
+    for (const std::string& function : functions.there)
+        program += mention(function);
+    const msl::Compilation found = msl::compile(program);
+    EXPECT_FALSE(found.failed) << found.messages;
+    for (const std::string& function : functions.missing)
+        EXPECT_TRUE(msl::compile("#include <metal_stdlib>\n" + mention(function)).failed)
+            << function;
 }
 
 } // namespace tarnwick
