@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <regex>
 
 namespace tarnwick {
@@ -20,18 +21,71 @@ TEST(Readme, namesEveryFolderInItsTable) {
     EXPECT_EQ(named, topFolders());
 }
 
-TEST(Readme, pointsAtFilesThatExist) {
-    const std::regex link(R"(\]\(([^)#:]+)\))");
-    for (const char* page :
-         {"README.md", "docs/design.md", "docs/compiler.md", "docs/gpu.md", "docs/library.md",
-          "docs/episodes.md", "docs/settings.md", "docs/service.md"}) {
-        const fs::path file = fs::path(TREE_ROOT) / page;
-        ASSERT_TRUE(fs::exists(file)) << page;
-        for (const std::string& line : linesOf(file))
-            for (std::sregex_iterator match(line.begin(), line.end(), link), end; match != end;
-                 ++match)
-                EXPECT_TRUE(fs::exists(file.parent_path() / (*match)[1].str()))
-                    << page << " points at " << (*match)[1];
+// README.md and every page of docs/, from the tree's root.
+std::vector<fs::path> pages() {
+    std::vector<fs::path> found{"README.md"};
+    for (const fs::directory_entry& entry : fs::directory_iterator(fs::path(TREE_ROOT) / "docs"))
+        if (entry.path().extension() == ".md")
+            found.push_back(fs::path("docs") / entry.path().filename());
+    return found;
+}
+
+// All first groups of `pattern` in the lines of a page; where it has a second one, "FIRST SECOND".
+std::vector<std::string> matches(const fs::path& page, const std::regex& pattern) {
+    std::vector<std::string> found;
+    for (const std::string& line : linesOf(fs::path(TREE_ROOT) / page))
+        for (std::sregex_iterator match(line.begin(), line.end(), pattern), end; match != end;
+             ++match)
+            found.push_back(match->size() > 2 ? (*match)[1].str() + " " + (*match)[2].str()
+                                              : (*match)[1].str());
+    return found;
+}
+
+// "## Movie files" is found by "#movie-files".
+bool hasHeading(const fs::path& page, const std::string& anchor) {
+    for (const std::string& heading : matches(page, std::regex("^#+ (.*)"))) {
+        std::string name;
+        for (const char character : heading)
+            if (character == ' ')
+                name += '-';
+            else if (std::isalnum(static_cast<unsigned char>(character)) || character == '-')
+                name += static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
+        if (name == anchor)
+            return true;
+    }
+    return false;
+}
+
+TEST(Pages, pointAtFilesAndHeadingsThatExist) {
+    for (const fs::path& page : pages())
+        for (const std::string& link : matches(page, std::regex(R"(\]\(([^):]+)\))"))) {
+            const std::size_t hash = std::min(link.find('#'), link.size());
+            const fs::path file =
+                hash == 0 ? page : (page.parent_path() / link.substr(0, hash)).lexically_normal();
+            EXPECT_TRUE(fs::exists(fs::path(TREE_ROOT) / file)) << page << " points at " << link;
+            EXPECT_TRUE(hash == link.size() || hasHeading(file, link.substr(hash + 1)))
+                << page << " points at " << link;
+        }
+}
+
+TEST(Pages, giveAddressesThatExist) {
+    const std::vector<std::string> folders = topFolders();
+    const std::regex quoted(R"(`(\w+/[\w./-]*)`)");
+    for (const fs::path& page : pages())
+        for (const std::string& address : matches(page, quoted))
+            if (std::ranges::count(folders, address.substr(0, address.find('/'))) != 0) {
+                EXPECT_TRUE(fs::exists(fs::path(TREE_ROOT) / address)) << page << ": " << address;
+            }
+}
+
+TEST(Glossary, namesTypesThatTheirFilesHave) {
+    const auto rows = matches("docs/glossary.md", std::regex(R"(\| `(\w+)` `([\w./]+)` \|$)"));
+    EXPECT_GT(rows.size(), 40U);
+    for (const std::string& row : rows) {
+        const std::size_t blank = row.find(' ');
+        const std::regex type("\\b(struct|class|enum class|using|void) " + row.substr(0, blank) +
+                              "\\b");
+        EXPECT_FALSE(matches(row.substr(blank + 1), type).empty()) << row;
     }
 }
 
