@@ -62,6 +62,9 @@ TEST(FrontEnd, takesTheFormsOfVectorConstructors) {
         "T "
         "v = T{40.0}; return v.v; } float T(float2 p) { return p.x; } float h() { return "
         "T(float2(1)); }",
+        "auto f() { return [](float x) -> metal::float3 { return metal::float3(x); }(3); } struct "
+        "S { "
+        "operator metal::float3() const { return 1; } };",
         "using C = float3; float f(float C) { return (C) - 1; } C g() { return (C)1 + C(1, 2, 3); "
         "}",
     };

@@ -207,15 +207,28 @@ bool TokenPass::hasComma(std::size_t open) const {
     return false;
 }
 
-// `float4(...)` and `float4{...}`: the type goes into msl_make's argument, with the names before
-// it.
-void TokenPass::callMake(std::size_t i, TypeSpan span, std::size_t open) {
-    std::size_t first = span.first;
+// Where a name begins with the namespaces before it.
+std::size_t TokenPass::qualifiedFirst(std::size_t first) const {
     while (first >= 1 && is(first - 1, tok::coloncolon)) {
         --first;
         if (first >= 1 && is(first - 1, tok::identifier))
             --first;
     }
+    return first;
+}
+
+// Whether a `(` or `{` behind the type at i is no value's: `-> metal::float3 {`.
+bool TokenPass::isNoValue(std::size_t i) const {
+    const std::size_t first = qualifiedFirst(i);
+    return first > 0 && (tokens[first - 1].isOneOf(tok::kw_operator, tok::arrow, tok::kw_class,
+                                                   tok::kw_struct, tok::period, tok::tilde) ||
+                         is(i - 1, tok::kw_typename));
+}
+
+// `float4(...)` and `float4{...}`: the type goes into msl_make's argument, with the names before
+// it.
+void TokenPass::callMake(std::size_t i, TypeSpan span, std::size_t open) {
+    std::size_t first = qualifiedFirst(span.first);
     if (first > 0 && is(first - 1, tok::kw_typename))
         --first;
     openMake(edits[first].before, {first, span.end}, tokens[i].getLocation());
@@ -385,10 +398,7 @@ std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
         (is(open + 4, tok::l_square) || is(open + 4, tok::l_paren)))
         return span.end; // `float3 (&name)[4]`
     const bool opens = is(span.end, tok::l_paren) || is(span.end, tok::l_brace);
-    if (opens && !(i > 0 && (is(i - 1, tok::kw_operator) || is(i - 1, tok::arrow) ||
-                             is(i - 1, tok::kw_class) || is(i - 1, tok::kw_struct) ||
-                             is(i - 1, tok::kw_typename) || is(i - 1, tok::period) ||
-                             is(i - 1, tok::tilde)))) {
+    if (opens && !isNoValue(i)) {
         if (scopes.kindAt(i) == ScopeKind::type && scopes.parenDepthAt(i) == 0 &&
             is(span.end, tok::l_paren) && !scopes.isInitialiser(i))
             return span.end; // a class's own constructor

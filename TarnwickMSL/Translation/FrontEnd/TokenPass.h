@@ -93,6 +93,8 @@ class TokenPass {
     void forbidden(std::size_t i);
     void repeatedFunctions();
     void swizzleTimes(std::size_t i);
+    std::size_t qualifiedFirst(std::size_t first) const;
+    bool isNoValue(std::size_t i) const;
     std::size_t type(std::size_t i, TypeSpan span);
     void callMake(std::size_t i, TypeSpan span, std::size_t open);
     void declarators(TypeSpan span, std::size_t name);
