@@ -1,5 +1,6 @@
 #include "TarnwickGPU/PipelineCache.h"
 
+#include "TarnwickBase/WholeFile.h"
 #include "TarnwickGPU/DeviceState.h"
 
 #include <cstdlib>
@@ -33,18 +34,14 @@ std::vector<char> read(const std::filesystem::path& file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-// Whole or not at all: another process may read at any time.
+// Without a cache the next run only takes longer.
 void replaceFile(const std::filesystem::path& file, const std::vector<char>& bytes) {
     std::error_code failure;
     std::filesystem::create_directories(file.parent_path(), failure);
-    const auto draft = std::filesystem::path(file.string() + "." + std::to_string(getpid()));
-    std::ofstream stream(draft, std::ios::binary);
-    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    stream.close();
-    if (stream)
-        std::filesystem::rename(draft, file, failure);
-    if (!stream || failure)
-        std::filesystem::remove(draft, failure);
+    try {
+        writeWholeFile(file, {bytes.data(), bytes.size()});
+    } catch (const WholeFileError&) {
+    }
 }
 
 } // namespace

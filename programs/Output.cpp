@@ -5,6 +5,7 @@
 #include "programs/CommandError.h"
 #include "programs/HeldSignals.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -51,6 +52,8 @@ std::optional<Output> Output::of(const Arguments& arguments, std::string_view op
     if (name->empty())
         misuse(std::string(option) + " wants the name of a file after it.");
     Output output(*name, kind, arguments.wordsBeside(option));
+    output.saysOnStandardOutput_ = !output.isStandardOutput_ && !arguments.has("--json") &&
+                                   std::ranges::count(output.inputs_, standardOutput) == 0;
     if (!output.isStandardOutput_)
         reported([&] { checkOutputEnding(*name, kind, writer.empty() ? option : writer); });
     output.check();
@@ -112,7 +115,7 @@ void Output::writeWith(const std::function<void(const fs::path& place)>& fill) c
 }
 
 void Output::say(std::string_view text) const {
-    if (isStandardOutput_)
+    if (!saysOnStandardOutput_)
         std::fwrite(text.data(), 1, text.size(), stderr);
     else
         print(text);

@@ -46,7 +46,7 @@ class Output {
     void writeWith(const std::function<void(const std::filesystem::path& place)>& fill) const;
 
     // What the command says besides what it writes: on standard output, or on standard error where
-    // the file goes there.
+    // this file, another one or --json's document goes there.
     void say(std::string_view text) const;
 
   private:
@@ -54,6 +54,7 @@ class Output {
 
     std::string name_;
     bool isStandardOutput_;
+    bool saysOnStandardOutput_ = true;
     FileKind kind_;
     std::vector<std::string_view> inputs_;
 };

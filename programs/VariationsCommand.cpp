@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 
 namespace tarnwick {
 namespace {
@@ -114,6 +115,19 @@ void checkOutputs(const Arguments& arguments, std::initializer_list<const Output
         misuse("Standard output takes one of the movie, the chapters, the sheet and the list.");
 }
 
+// A list of that name would be read as the episode's settings from then on.
+void checkChapters(const Arguments& arguments, std::string_view episode) {
+    namespace fs = std::filesystem;
+    const auto whole = [](const fs::path& file) {
+        std::error_code ignored;
+        return fs::weakly_canonical(fs::absolute(file, ignored), ignored);
+    };
+    const std::string chapters(arguments.value("--chapters").value_or(""));
+    if (whole(chapters) == whole(fs::path(episode).replace_extension("json")))
+        misuse(chapters + " is where the settings of " + std::string(episode) +
+               " are read from; the chapters need another name.");
+}
+
 Status variations(const Arguments& arguments) {
     if (arguments.has("-o") && arguments.has("--sheet"))
         misuse("-o and --sheet exclude each other.");
@@ -124,6 +138,8 @@ Status variations(const Arguments& arguments) {
     const auto movie = arguments.has("-o") ? std::optional(movieTargetOf(arguments)) : std::nullopt;
     checkOutputs(arguments, {chapters ? &*chapters : nullptr, sheet ? &*sheet : nullptr,
                              movie ? &movie->out : nullptr});
+    if (chapters)
+        checkChapters(arguments, arguments.operand("episode"));
     const EpisodeVariations variations = episodeVariationsOf(arguments);
     if (sheet)
         writeSheetOf(variations, arguments, *sheet);

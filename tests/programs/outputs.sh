@@ -32,6 +32,8 @@ ln keys.json keys.png
 expect 2 'keys.png and keys.json are the same file' still e.metal --keys keys.json -o keys.png
 expect 2 'keys.json is there already .* no chapter list' \
     variations e.metal --seed 1 --count 1 -o a.mp4 --chapters keys.json
+expect 2 'e.json is where the settings of e.metal are read from' \
+    variations e.metal --seed 1 --count 1 -o a.mp4 --chapters ./e.json
 mkdir pages && cp e.metal pages/stage-01-page-01.png
 expect 2 'page-01.png is there already' walkthrough e.metal --pages pages
 expect 2 'e.metal is there already and is no folder' walkthrough e.metal --pages e.metal

@@ -33,6 +33,11 @@ for wrong in '--size 63x48' '--preset none' '--preset prores422' '--bitrate 0' '
 done
 expect 1 '^tarnwick: none/a.mp4 cannot be written: No such file' variations e.metal $series \
     -o none/a.mp4
+# Standard output holds the document and nothing else.
+expect 0 '' variations e.metal $series $format -o a.mp4 --no-sound --json
+have "$(head -c 1 out)" = '{'
+grep -q '^a.mp4: ' err || complain 'nothing about what was made' variations
+cp a.mp4 before.mp4
 (episode && echo 'float x = y;') >bad.metal
 "$TARNWICK" variations bad.metal $series $format -o a.mp4 2>err
 have $? = 1
