@@ -34,24 +34,22 @@ VideoSettings withShare(VideoSettings settings, double share) {
 // and alpha follows.
 std::string commonOptions(const VideoSettings& settings) {
     const std::string interval = std::to_string(settings.maxKeyFrameInterval);
-    return std::string(
-               "x265-params=frame-threads=1\\:pools=16\\:log-level=none\\:info=0\\:aud=0\\:hrd=0") +
+    return presetOption(settings.speed) + "profile=main:forced-idr=1:x265-params=" +
+           "frame-threads=1\\:pools=16\\:log-level=none\\:info=0\\:aud=0\\:hrd=0" +
            "\\:bframes=3\\:b-adapt=0\\:scenecut=0\\:open-gop=0\\:keyint=" + interval +
            "\\:min-keyint=" + interval;
 }
 
-constexpr auto presetOptions = "preset=medium:profile=main:forced-idr=1:";
-
 std::string colourOptions(const VideoSettings& settings) {
-    return presetOptions + commonOptions(settings);
+    return commonOptions(settings);
 }
 
 // Tuned for the numbers, since what pleases the eye in a picture has no meaning in alpha. cutree
 // needs the lookahead's own decisions, which are not made where the kinds of pictures are given.
 std::string alphaOptions(const VideoSettings& settings) {
     const long finest = std::lround(coarsestQuantiser * (1 - settings.alphaQuality));
-    return presetOptions + std::string("tune=psnr:qmin=") + std::to_string(finest) + ":" +
-           commonOptions(settings) + "\\:cutree=0\\:rc-lookahead=5";
+    return "tune=psnr:qmin=" + std::to_string(finest) + ":" + commonOptions(settings) +
+           "\\:cutree=0\\:rc-lookahead=5";
 }
 
 hevc::ByteView viewOf(const std::vector<std::byte>& bytes) {

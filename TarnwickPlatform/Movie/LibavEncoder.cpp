@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <string>
-#include <string_view>
 #include <thread>
 
 extern "C" {
@@ -20,18 +19,17 @@ struct CodecRow {
     MovieCodec codec;
     const char* encoder;
     AVPixelFormat format;
-    // The encoder's private options. Threads that change what x264 and x265 find are fixed here:
-    // x265 3.5 with several frame threads and cutree gives other packets from run to run, and other
-    // ones with a pool of less than four threads. ProRes' profile 3 is 422 HQ.
+    // The encoder's private options without its preset. Threads that change what x264 and x265 find
+    // are fixed here: x265 3.5 with several frame threads and cutree gives other packets from run
+    // to run, and other ones with a pool of less than four threads. ProRes' profile 3 is 422 HQ.
     const char* options;
 };
 
 constexpr std::array codecRows{
-    CodecRow{
-        MovieCodec::h264, "libx264", AV_PIX_FMT_YUV420P,
-        "preset=medium:profile=high:x264-params=threads=6\\:lookahead-threads=1\\:ratetol=0.1"},
+    CodecRow{MovieCodec::h264, "libx264", AV_PIX_FMT_YUV420P,
+             "profile=high:x264-params=threads=6\\:lookahead-threads=1\\:ratetol=0.1"},
     CodecRow{MovieCodec::hevc, "libx265", AV_PIX_FMT_YUV420P,
-             "preset=medium:profile=main:x265-params=frame-threads=1\\:pools=16\\:log-level=none\\:"
+             "profile=main:x265-params=frame-threads=1\\:pools=16\\:log-level=none\\:"
              "info=0\\:"
              "open-gop=0"},
     CodecRow{MovieCodec::prores422HQ, "prores_aw", AV_PIX_FMT_YUV422P10, "profile=3"},
@@ -57,11 +55,8 @@ const CodecRow& codecRow(MovieCodec codec) {
 }
 
 std::string optionsOf(const VideoSettings& settings, const CodecRow& row) {
-    std::string text = row.options;
-    constexpr std::string_view usual = "preset=medium";
-    if (settings.speed == EncodingSpeed::quick && text.starts_with(usual))
-        text.replace(0, usual.size(), "preset=superfast");
-    return text + (settings.codec == MovieCodec::h264 ? x264Functions() : "");
+    return (isProRes(settings.codec) ? "" : presetOption(settings.speed)) + row.options +
+           (settings.codec == MovieCodec::h264 ? x264Functions() : "");
 }
 
 // A frame that borrows the picture's memory and keeps the picture until the encoder lets go.
@@ -212,6 +207,10 @@ void LibavEncoder::drain(const VideoPacketSink& sink) {
 std::vector<std::byte> LibavEncoder::configuration() const {
     const auto* bytes = reinterpret_cast<const std::byte*>(context->extradata);
     return {bytes, bytes + context->extradata_size};
+}
+
+std::string presetOption(EncodingSpeed speed) {
+    return speed == EncodingSpeed::quick ? "preset=superfast:" : "preset=medium:";
 }
 
 std::unique_ptr<VideoEncoder> makeLibavEncoder(const VideoSettings& settings) {

@@ -38,6 +38,9 @@ class LibavEncoder : public VideoEncoder {
     std::int64_t firstFrame = -1; // sessions count from 0, so that they are alike wherever they lie
 };
 
+// The first of the options of libx264 and libx265, a colon behind it.
+std::string presetOption(EncodingSpeed speed);
+
 // HEVC by libx265 with options of the caller's. Takes the first three planes of ycbcr420 or
 // ycbcra420. Throws MovieError.
 std::unique_ptr<LibavEncoder> makeHEVCEncoder(const VideoSettings& settings,

@@ -18,8 +18,7 @@ enum class MovieCodec { h264, hevc, prores422HQ, prores4444, hevcWithAlpha };
 enum class AlphaKind { straight, premultiplied };
 
 // How long the encoder may seek a better picture of the same size in bytes. `quick` is for a movie
-// to look at once: H.264 and HEVC without alpha, in a part of the time. Other codecs have one
-// speed.
+// to look at once: H.264 and HEVC in a part of the time. ProRes has one speed.
 enum class EncodingSpeed { usual, quick };
 
 // A picture track: Y'CbCr of Rec. ITU-R BT.709 (primaries, transfer function, matrix) in video
