@@ -21,9 +21,12 @@ bool isError(const Diagnostic& diagnostic) {
 // Whether the error is one of those that a bracket without its partner leads to: the compiler
 // notices far behind it, often in generated code only.
 bool isLate(const Diagnostic& diagnostic) {
-    constexpr std::array<std::string_view, 5> messages{
-        "extraneous closing brace", "function definition is not allowed here", "unterminated ",
-        "expected '}'", "unexpected type name"};
+    constexpr std::array<std::string_view, 6> messages{"extraneous closing brace",
+                                                       "function definition is not allowed here",
+                                                       "unterminated ",
+                                                       "expected '}'",
+                                                       "unexpected type name",
+                                                       "expected ';' after top level declarator"};
     return isError(diagnostic) &&
            (diagnostic.line == 0 || std::ranges::any_of(messages, [&](std::string_view message) {
                 return diagnostic.message.starts_with(message);
@@ -48,17 +51,37 @@ std::vector<Diagnostic> replaced(std::span<const Diagnostic> diagnostics, const 
     return kept;
 }
 
+// The brace that closes nothing may be that of a function whose own is missing, which the compiler
+// then takes for a declaration.
+Diagnostic sourceOf(const Diagnostic& fault, std::span<const Diagnostic> diagnostics) {
+    for (const Diagnostic& diagnostic : diagnostics) {
+        const bool isFunction =
+            diagnostic.message.starts_with("expected ';' after top level declarator") ||
+            diagnostic.message.starts_with("expected function body");
+        if (fault.message.starts_with("'}'") && isFunction && diagnostic.line > 0 &&
+            isBefore(diagnostic, fault)) {
+            Diagnostic missing = diagnostic;
+            missing.message = "'{' is missing: the function's body begins here";
+            return missing;
+        }
+    }
+    return fault;
+}
+
 // What the text leaves open runs into the code behind it.
 std::vector<Diagnostic> withoutRunningOn(std::string_view source,
                                          std::span<const Diagnostic> diagnostics) {
     if (std::ranges::any_of(diagnostics, isLate)) {
         auto fault = unpairedBracket(source);
-        const bool hasOwnError = std::ranges::any_of(
-            diagnostics, [](const Diagnostic& one) { return isError(one) && one.line > 0; });
-        if (!fault && !hasOwnError)
+        auto isOwn = [](const Diagnostic& one) { return isError(one) && one.line > 0; };
+        auto isAwaited = [](const Diagnostic& one) {
+            return isError(one) && one.line == 0 && one.message.starts_with("expected ");
+        };
+        if (!fault && std::ranges::none_of(diagnostics, isOwn) &&
+            std::ranges::any_of(diagnostics, isAwaited))
             fault = unfinishedEnd(source);
         if (fault)
-            return replaced(diagnostics, *fault);
+            return replaced(diagnostics, sourceOf(*fault, diagnostics));
     }
     return {diagnostics.begin(), diagnostics.end()};
 }

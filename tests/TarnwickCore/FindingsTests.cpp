@@ -106,6 +106,11 @@ TEST(Findings, sayOnceWhatRunsIntoTheHostsCode) {
                           "shader.metal:5:5: error: expected unqualified-id\n"
                           "shader.metal:6:1: error: extraneous closing brace ('}')\n"),
               "2:16 use of undeclared identifier 'y'\n4:5 '}' closes nothing that is open");
+    EXPECT_EQ(told(signature + "\n    return a;\n}\n",
+                   "shader.metal:1:66: error: expected ';' after top level declarator\n"
+                   "shader.metal:2:12: error: use of undeclared identifier 'a'\n"
+                   "shader.metal:3:1: error: extraneous closing brace ('}')\n"),
+              "1:66 '{' is missing: the function's body begins here");
     EXPECT_EQ(told(signature, "tw_host:1:9: error: expected ';' after top level declarator\n"),
               "1:65 the text ends in the middle of a declaration");
     // Brackets that the compiler itself places well.
@@ -167,11 +172,14 @@ TEST(Findings, leaveOutWhatFollowsFromTheAuthorsOwnErrors) {
 }
 
 TEST(Findings, haveAFirstErrorInOneLine) {
-    const std::vector<Finding> findings{{{Severity::warning, 1, 1, "unused"}, ""},
-                                        {{Severity::error, 3, 2, "unknown"}, "write b"},
-                                        {{Severity::error, 4, 2, "more"}, ""}};
-    EXPECT_EQ(firstError(findings), "line 3: unknown (write b)");
-    EXPECT_EQ(firstError(std::span(findings).first(1)), "");
-    EXPECT_EQ(firstError(std::vector<Finding>{{{Severity::error, 0, 5, "missing"}, ""}}),
-              "missing");
+    const std::string mistakes = "shader.metal:1:1: warning: unused variable 'a'\n"
+                                 "shader.metal:1:3: error: unknown type name 'vec3'\n"
+                                 "shader.metal:1:5: error: expected expression\n";
+    const auto first = [](const std::string& compilerText) {
+        return firstError(findingsOf("a b c", DiagnosticParser::parse(compilerText)));
+    };
+    EXPECT_EQ(first(mistakes), "line 1: unknown type name 'vec3' (vec3 is float3 in Metal)");
+    EXPECT_EQ(first(mistakes.substr(0, mistakes.find('\n'))), "");
+    EXPECT_EQ(first("tw_host:9:9: error: use of undeclared identifier 'shade'\n"),
+              "'shade' is not defined");
 }
