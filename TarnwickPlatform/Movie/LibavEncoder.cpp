@@ -1,4 +1,4 @@
-// libavcodec's encoders, each with the settings that docs/design.md compares.
+// libavcodec's encoders, each with the settings that docs/measurements.md compares.
 
 #include "TarnwickPlatform/Movie/LibavEncoder.h"
 
