@@ -10,9 +10,12 @@
 #include "programs/Service.h"
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
+#include <unistd.h>
 
 namespace tarnwick {
 namespace {
@@ -32,10 +35,11 @@ OpenLink linkOf(const Arguments& arguments, const APIClient& client) {
 fs::path folderOf(const Arguments& arguments) {
     const fs::path folder = arguments.value("-o").value_or("");
     std::error_code error;
-    if (!folder.empty() && !fs::exists(folder, error))
-        failure(folder.string() + " cannot be written to: it is missing.");
-    if (!folder.empty() && !fs::is_directory(folder, error))
+    if (!folder.empty() && fs::exists(folder, error) && !fs::is_directory(folder, error))
         misuse(folder.string() + " is not a folder.");
+    if (access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) != 0)
+        failure((folder.empty() ? "." : folder.string()) +
+                " cannot be written to: " + std::strerror(errno) + ".");
     return folder;
 }
 

@@ -8,6 +8,7 @@
 #include <array>
 #include <cinttypes>
 #include <cstdio>
+#include <cstdlib>
 #include <unistd.h>
 
 namespace tarnwick {
@@ -23,6 +24,12 @@ std::size_t terminalWidth() {
     winsize size{};
     const bool isKnown = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
     return isKnown ? size.ws_col : usualWidth;
+}
+
+// One that can write a line anew.
+bool isTerminal() {
+    const char* kind = std::getenv("TERM");
+    return isatty(STDERR_FILENO) == 1 && !(kind && std::string_view(kind) == "dumb");
 }
 
 // As much of `text`, UTF-8, as fits into so many columns: no character takes more columns than
@@ -67,7 +74,7 @@ std::string clockText(double seconds) {
 }
 
 ProgressBar::ProgressBar(std::string_view unit)
-    : unit_(unit), isTerminal_(isatty(STDERR_FILENO) == 1),
+    : unit_(unit), isTerminal_(isTerminal()),
       writer_([this](const std::stop_token& stop) { run(stop); }) {}
 
 ProgressBar::~ProgressBar() {

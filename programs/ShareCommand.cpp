@@ -116,7 +116,7 @@ Status share(const Arguments& arguments) {
 }
 
 constexpr std::array<Option, 12> shareOptions{{
-    {"--title", "TEXT", "of its page; always wanted"},
+    {"--title", "TEXT", "of its page; required"},
     {"--description", "TEXT", "on its page"},
     {"--licence", "ID", "cc-by-nc-sa-4.0, as without it, cc-by-4.0, mit or arr"},
     {"--visibility", "WHO", "public, as without it, unlisted or private"},

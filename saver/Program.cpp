@@ -44,8 +44,8 @@ void checkPicture(const HostOptions& options) {
                     std::array{std::string_view(episode), std::string_view(settings)});
 }
 
-int drawPicture(const HostOptions& options, const Bundle& bundle, double seconds, std::ostream& out,
-                std::ostream& errors) {
+Status drawPicture(const HostOptions& options, const Bundle& bundle, double seconds,
+                   std::ostream& out, std::ostream& errors) {
     checkPicture(options);
     const OffscreenRun run = drawOffscreen(bundle, kindOf(options), sizeOf(options), seconds);
     writePNG(run.last, options.picture);
@@ -60,11 +60,11 @@ int drawPicture(const HostOptions& options, const Bundle& bundle, double seconds
             << " frames of " << run.last.width << " x " << run.last.height << " in " << run.seconds
             << " s.\n";
     out << "The last frame is in " << fs::absolute(options.picture).string() << ".\n";
-    return run.failure || run.absence ? 1 : 0;
+    return run.failure || run.absence ? Status::failed : Status::done;
 }
 
-int show(const HostOptions& options, const Bundle& bundle, std::ostream& out,
-         std::ostream& errors) {
+Status show(const HostOptions& options, const Bundle& bundle, std::ostream& out,
+            std::ostream& errors) {
     if (options.offscreen)
         return drawPicture(options, bundle, *options.offscreen, out, errors);
     if (options.withoutDisplay && !HostWindow::hasDisplay())
@@ -78,7 +78,7 @@ int show(const HostOptions& options, const Bundle& bundle, std::ostream& out,
         hasFailed = true;
     };
     showInWindow(bundle, kindOf(options), choice, fail, say);
-    return hasFailed ? 1 : 0;
+    return hasFailed ? Status::failed : Status::done;
 }
 
 // The document that the episode is shown with.
@@ -92,7 +92,7 @@ std::optional<fs::path> settingsOf(const HostOptions& options, std::ostream& err
     return beside;
 }
 
-int showBundleOrEpisode(const HostOptions& options, std::ostream& out, std::ostream& errors) {
+Status showBundleOrEpisode(const HostOptions& options, std::ostream& out, std::ostream& errors) {
     if (!options.episode)
         return show(options, options.bundle ? Bundle(*options.bundle) : bundleBesideProgram(), out,
                     errors);
@@ -105,30 +105,30 @@ int showBundleOrEpisode(const HostOptions& options, std::ostream& out, std::ostr
 
 } // namespace
 
-int runSaver(std::span<const char* const> arguments, std::ostream& out, std::ostream& errors) {
+Status runSaver(std::span<const char* const> arguments, std::ostream& out, std::ostream& errors) {
     try {
         const HostOptions options = parseHostOptions(arguments);
         if (options.help) {
             out << hostUsage;
-            return 0;
+            return Status::done;
         }
         if (options.version) {
             out << programName() << '\n';
-            return 0;
+            return Status::done;
         }
         return showBundleOrEpisode(options, out, errors);
     } catch (const UsageError& error) {
         errors << "tarnwick-saver: " << error.what() << " --help lists the options.\n";
-        return 2;
+        return Status::misused;
     } catch (const OutputNameError& error) {
         errors << "tarnwick-saver: " << error.what() << '\n';
-        return 2;
+        return Status::misused;
     } catch (const InputReadError& error) {
         errors << "tarnwick-saver: " << error.what() << '\n';
-        return 2;
+        return Status::misused;
     } catch (const std::exception& error) {
         errors << "tarnwick-saver: " << error.what() << '\n';
-        return 1;
+        return Status::failed;
     }
 }
 

@@ -7,5 +7,5 @@
 int main(int count, char** arguments) {
     tarnwick::keepFreedMemory();
     const auto given = static_cast<std::size_t>(count);
-    return tarnwick::runSaver({arguments + 1, given - 1}, std::cout, std::cerr);
+    return static_cast<int>(tarnwick::runSaver({arguments + 1, given - 1}, std::cout, std::cerr));
 }

@@ -25,7 +25,7 @@ expect 1 '^tarnwick: Tarnweb answered 404 for that shader.$' open "$link/none/so
 expect 2 'This is not a Tarnwick open link' open https://a.example/
 expect 2 'does not say which shader to open' open tarnwick://open
 expect 2 'the address is on a.example, not ' open tarnwick://open?src=https://a.example/a.metal
-expect 1 'none cannot be written to: it is missing' open "$link/abc1/source.metal" -o none
+expect 1 'none cannot be written to: No such file' open "$link/abc1/source.metal" -o none
 # Only where the service is on this machine are links to it taken.
 address=$TARNWICK_SERVER
 unset TARNWICK_SERVER

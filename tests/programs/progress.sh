@@ -1,6 +1,7 @@
 # Long work is seen to go on: on a terminal by one line of it, whatever its width.
 . "$PROMISES/promises.sh"
 { "$TARNWICK" devices && command -v script; } >out 2>err || exit 77
+export TERM=xterm
 # An episode that takes some seconds to draw on this machine.
 rounds=200
 began=0
