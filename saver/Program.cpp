@@ -3,7 +3,10 @@
 #include "TarnwickBase/OutputFile.h"
 #include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickBase/Version.h"
+#include "TarnwickCore/Encoding.h"
+#include "TarnwickPlatform/Bundle/TextFile.h"
 #include "TarnwickPlatform/Pictures/PNG.h"
+#include "saver/HostError.h"
 #include "saver/HostOptions.h"
 #include "saver/Offscreen.h"
 #include "saver/WindowHost.h"
@@ -92,10 +95,19 @@ std::optional<fs::path> settingsOf(const HostOptions& options, std::ostream& err
     return beside;
 }
 
+// Throws HostError where the episode is not text in UTF-8; a bundle could only lack a shader then.
+void checkText(const fs::path& episode) {
+    const auto fault = encodingFault(withoutByteOrderMark(fileBytes(episode).value_or("")));
+    if (fault)
+        throw HostError(episode.string() + ":" + std::to_string(fault->line) + ":" +
+                        std::to_string(fault->column) + ": " + fault->message + ".");
+}
+
 Status showBundleOrEpisode(const HostOptions& options, std::ostream& out, std::ostream& errors) {
     if (!options.episode)
         return show(options, options.bundle ? Bundle(*options.bundle) : bundleBesideProgram(), out,
                     errors);
+    checkText(*options.episode);
     const std::optional<fs::path> settings = settingsOf(options, errors);
     if (options.bundle)
         return show(options, makeBundle(*options.bundle, *options.episode, settings), out, errors);

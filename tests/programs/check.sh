@@ -64,6 +64,7 @@ grep -q '^latin.metal:6:7: error: byte 0xE9 is not UTF-8; save the file as UTF-8
     complain 'no place of the byte' check latin.metal
 "$TARNWICK" still latin.metal -o out.png >out 2>err && complain 'Latin-1 is drawn' still
 grep -q '^latin.metal:6:7: error: byte 0xE9' err || complain 'no place of the byte' still
+expect 1 '^tarnwick-saver: latin.metal:6:7: byte 0xE9 is not UTF-8' saver latin.metal --offscreen 0.1
 (printf '\357\273\277' && episode) >marked.metal
 "$TARNWICK" check marked.metal >out 2>err || complain 'a byte order mark fails' check marked.metal
 finish
