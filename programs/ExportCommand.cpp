@@ -140,8 +140,8 @@ constexpr std::array<Option, 17> exportOptions{{
      "where to write the movie, .mp4 or .mov as the preset has it, or - for standard output; "
      "required"},
     presetOption,
-    {"--start", "SECONDS", "of the episode; 0 without it"},
-    {"--duration", "SECONDS", "of the movie; the episode's @length without it, or 10"},
+    {"--start", "SECONDS", "of the episode; default: 0"},
+    {"--duration", "SECONDS", "of the movie; default: the episode's @length, or 10"},
     setOption,
     keysOption,
     settingsOption,

@@ -34,7 +34,7 @@ bool exportSoundOf(const Arguments& arguments, std::string_view episode, std::st
 void checkMovieLength(double seconds);
 
 constexpr Option presetOption{"--preset", "ID",
-                              "the format; tarnwick presets lists them; site without it"};
+                              "the format; tarnwick presets lists them; default: site"};
 constexpr Option movieSizeOption{"--size", "WxH",
                                  "of the movie, in pixels, in place of the preset's"};
 constexpr Option bitrateOption{"--bitrate", "N",

@@ -46,10 +46,10 @@ Status loop(const Arguments& arguments) {
 
 constexpr std::array<Option, 9> loopOptions{{
     {"--around", "SECONDS", "about how long the loop is to be; required"},
-    {"--range", "SECONDS", "how much it may be longer or shorter; 0.5 without it"},
-    {"--fps", "N", "frames a second, of which the loop is to have a whole number; 30 without it"},
-    {"--start", "SECONDS", "of the episode, where the loop begins; 0 without it"},
-    {"--loop", "SECONDS", "the movie's crossfade, before which it does not begin; 0 without it"},
+    {"--range", "SECONDS", "how much it may be longer or shorter; default: 0.5"},
+    {"--fps", "N", "frames a second, of which the loop is to have a whole number; default: 30"},
+    {"--start", "SECONDS", "of the episode, where the loop begins; default: 0"},
+    {"--loop", "SECONDS", "the movie's crossfade, before which it does not begin; default: 0"},
     setOption,
     keysOption,
     settingsOption,

@@ -89,7 +89,7 @@ Status open(const Arguments& arguments) {
 }
 
 constexpr std::array<Option, 3> openOptions{{
-    {"-o", "FOLDER", "where to save it; the current folder without it"},
+    {"-o", "FOLDER", "where to save it; default: the current folder"},
     {"--no-play", "", "do not show it in a window"},
     serverOption,
 }};

@@ -34,6 +34,6 @@ class Service {
 };
 
 constexpr Option serverOption{"--server", "URL",
-                              "the service; TARNWICK_SERVER without it, or the site"};
+                              "the service; default: TARNWICK_SERVER, or the site"};
 
 } // namespace tarnwick

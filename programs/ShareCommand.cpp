@@ -118,8 +118,8 @@ Status share(const Arguments& arguments) {
 constexpr std::array<Option, 12> shareOptions{{
     {"--title", "TEXT", "of its page; required"},
     {"--description", "TEXT", "on its page"},
-    {"--licence", "ID", "cc-by-nc-sa-4.0, as without it, cc-by-4.0, mit or arr"},
-    {"--visibility", "WHO", "public, as without it, unlisted or private"},
+    {"--licence", "ID", "cc-by-nc-sa-4.0 (default), cc-by-4.0, mit or arr"},
+    {"--visibility", "WHO", "public (default), unlisted or private"},
     {"--loop", "FILE.mp4", "a movie that loops, in place of one that is drawn"},
     {"--thumb", "FILE.jpg", "a still, in place of one that is drawn"},
     movieSizeOption,

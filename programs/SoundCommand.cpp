@@ -48,8 +48,8 @@ Status sound(const Arguments& arguments) {
 
 constexpr std::array<Option, 6> soundOptions{{
     {"-o", "OUT.wav", "where to write the sound, or - for standard output; required"},
-    {"--start", "SECONDS", "of the episode; 0 without it"},
-    {"--duration", "SECONDS", "of sound; 10 without it"},
+    {"--start", "SECONDS", "of the episode; default: 0"},
+    {"--duration", "SECONDS", "of sound; default: 10"},
     setOption,
     settingsOption,
     noSettingsOption,

@@ -76,14 +76,14 @@ Status still(const Arguments& arguments) {
 
 constexpr std::array<Option, 9> stillOptions{{
     {"-o", "OUT.png", "where to write the picture, or - for standard output; required"},
-    {"--time", "SECONDS", "of the episode; what its @still says without it, or 10"},
-    {"--size", "WxH", "in pixels; 1280x720 without it"},
+    {"--time", "SECONDS", "of the episode; default: what its @still says, or 10"},
+    {"--size", "WxH", "in pixels; default: 1280x720"},
     setOption,
     keysOption,
     settingsOption,
     noSettingsOption,
     hearOption,
-    {"--frame", "N", "the frame's number; 30 a second without it"},
+    {"--frame", "N", "the frame's number; default: 30 a second"},
 }};
 
 } // namespace

@@ -23,7 +23,7 @@ void writeSheet(std::span<const LabelledPicture> stills, const SheetLayout& layo
                 const Output& out);
 
 // The help of the two options.
-constexpr Option columnsOption{"--columns", "N", "stills side by side; 3 without it"};
-constexpr Option stillSizeOption{"--size", "WxH", "of each still, in pixels; 400x225 without it"};
+constexpr Option columnsOption{"--columns", "N", "stills side by side; default: 3"};
+constexpr Option stillSizeOption{"--size", "WxH", "of each still, in pixels; default: 400x225"};
 
 } // namespace tarnwick

@@ -133,7 +133,7 @@ constexpr std::array<Option, 17> walkthroughOptions{{
     stagesOption,
     {"--json", "", "the pages for tools"},
     {"--pages", "FOLDER", "the pages as pictures, as a movie shows them, into a folder"},
-    {"--size", "WxH", "in pixels, by which pages are cut; 1920x1080 without it, or the preset's"},
+    {"--size", "WxH", "in pixels, by which pages are cut; default: 1920x1080, or the preset's"},
     {"-o", "OUT", "the pages as a movie, .mp4 or .mov as the preset has it"},
     pageSecondsOption,
     movieStartOption,

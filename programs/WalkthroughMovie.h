@@ -14,8 +14,8 @@ namespace tarnwick {
 void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& arguments);
 
 constexpr Option pageSecondsOption{"--page-seconds", "S",
-                                   "of the movie that each page is shown; 6 without it"};
+                                   "of the movie that each page is shown; default: 6"};
 constexpr Option movieStartOption{"--start", "SECONDS",
-                                  "of the episode at the movie's beginning; 0 without it"};
+                                  "of the episode at the movie's beginning; default: 0"};
 
 } // namespace tarnwick

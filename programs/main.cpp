@@ -65,9 +65,14 @@ std::string commandHelp(const Command& command) {
             std::string(command.summary) + "\n";
     if (!command.options.empty())
         help += "\n";
+    const auto title = [](const Option& option) {
+        return std::string(option.name) + " " + std::string(option.value);
+    };
+    std::size_t width = 0;
     for (const Option& option : command.options)
-        help += "  " + padded(std::string(option.name) + " " + std::string(option.value), 20) +
-                std::string(option.help) + "\n";
+        width = std::max(width, title(option).size() + 1);
+    for (const Option& option : command.options)
+        help += "  " + padded(title(option), width) + std::string(option.help) + "\n";
     return help;
 }
 
