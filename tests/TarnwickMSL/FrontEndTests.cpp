@@ -65,6 +65,9 @@ TEST(FrontEnd, takesTheFormsOfVectorConstructors) {
         "auto f() { return [](float x) -> metal::float3 { return metal::float3(x); }(3); } struct "
         "S { "
         "operator metal::float3() const { return 1; } };",
+        "struct S { S(float2 a) : v(a, 1), w{1, 2} {} float3 v; float w[2]; }; struct R { float2 "
+        "w; "
+        "operator short2() const { return 1; } }; short2 f() { return short2(R{S(1).v.xy}); }",
         "using C = float3; float f(float C) { return (C) - 1; } C g() { return (C)1 + C(1, 2, 3); "
         "}",
     };

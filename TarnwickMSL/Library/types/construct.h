@@ -12,6 +12,9 @@ namespace metal {
 
 // Lanes that an argument brings; what is neither scalar nor vector brings more than fit.
 template <class A> inline constexpr int given_lanes = lanes_of<A> == 0 ? 100 : lanes_of<A>;
+// A record that converts itself to V.
+template <class V, class A> inline constexpr bool gives_itself_as =
+    lanes_of<A> == 0 && __is_convertible_to(A, V);
 
 template <class T> inline constexpr bool is_bool_vector = false;
 template <int N> inline constexpr bool is_bool_vector<bool_vector<N>> = true;
@@ -95,11 +98,14 @@ template <class V> MSL_INLINE constexpr V msl_make() { return V(); }
 
 template <class V, class A>
 MSL_INLINE constexpr V msl_make(A a)
-    MSL_COUNT(metal::lanes_of<A> == 1 ? metal::lanes_of<V> : metal::given_lanes<A>) {
+    MSL_COUNT((metal::lanes_of<A> == 1 || metal::gives_itself_as<V, A> ? metal::lanes_of<V>
+                                                                       : metal::given_lanes<A>)) {
     if constexpr (metal::lanes_of<V> < 2 && !__is_constructible(V, A))
         return V{a}; // a record without constructors
     else if constexpr (metal::lanes_of<V> < 2 || metal::is_same_v<V, A>)
         return V(a);
+    else if constexpr (metal::gives_itself_as<V, A>)
+        return a;
     else if constexpr (metal::lanes_of<A> == 1)
         return V(static_cast<metal::element_of<V>>(a));
     else if constexpr (metal::lanes_of<A> == metal::lanes_of<V>)

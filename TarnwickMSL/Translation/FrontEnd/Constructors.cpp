@@ -282,8 +282,10 @@ void TokenPass::declarators(TypeSpan span, std::size_t name) {
     const ScopeKind kind = scopes.kindAt(name);
     for (;;) {
         std::size_t next = name + 1;
-        if (kind == ScopeKind::type)
-            vectorMembers.insert(tokens[name].getIdentifierInfo());
+        if (kind == ScopeKind::type && !is(next, tok::l_square)) {
+            vectorMembers.insert({scopes.bracesEnd(name), tokens[name].getIdentifierInfo()});
+            vectorMemberNames.insert(tokens[name].getIdentifierInfo());
+        }
         if (is(next, tok::l_paren)) {
             if (kind != ScopeKind::block && !looksLikeArguments(next))
                 return;
@@ -414,6 +416,14 @@ std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
     return span.end;
 }
 
+// Outside of the record, `S::S() : a(x, y)`, its members are told by their names alone.
+bool TokenPass::isVectorMember(std::size_t name) const {
+    const IdentifierInfo* word = tokens[name].getIdentifierInfo();
+    return scopes.kindAt(name) == ScopeKind::type
+               ? vectorMembers.contains({scopes.bracesEnd(name), word})
+               : vectorMemberNames.contains(word);
+}
+
 // `S(...) : a(x, y), b{z} { ... }`, for members that are vectors.
 void TokenPass::memberInitialisers(std::size_t colon) {
     std::size_t i = colon + 1;
@@ -422,8 +432,7 @@ void TokenPass::memberInitialisers(std::size_t colon) {
         if (!is(i, tok::l_paren) && !is(i, tok::l_brace))
             return;
         const std::size_t close = scopes.match(i);
-        if (vectorMembers.contains(tokens[name].getIdentifierInfo()) && hasComma(i) &&
-            !(is(i, tok::l_brace) && hasNestedBraces(i))) {
+        if (isVectorMember(name) && hasComma(i) && !(is(i, tok::l_brace) && hasNestedBraces(i))) {
             SourceLocation at = tokens[name].getLocation();
             append(edits[i].after, "msl_make < decltype (", at);
             edits[i].after.push_back(tokens[name]);

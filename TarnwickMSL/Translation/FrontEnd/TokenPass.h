@@ -7,6 +7,7 @@
 
 #include <clang/Lex/Preprocessor.h>
 #include <clang/Lex/Token.h>
+#include <llvm/ADT/DenseSet.h>
 #include <llvm/ADT/SmallPtrSet.h>
 
 #include <optional>
@@ -44,7 +45,11 @@ class TokenPass {
     TypeNames names; // the program's own
     std::size_t typedefName = 0;
     llvm::SmallPtrSet<const IdentifierInfo*, 4> misnamed; // keywords that are used as names
-    llvm::SmallPtrSet<const IdentifierInfo*, 16> vectorMembers;
+    // Members that are vectors, by the end of their record's braces; and the colons before lists
+    // that initialise members, which may be declared behind them.
+    llvm::DenseSet<std::pair<std::size_t, const IdentifierInfo*>> vectorMembers;
+    llvm::SmallPtrSet<const IdentifierInfo*, 16> vectorMemberNames;
+    std::vector<std::size_t> initialiserLists;
     std::size_t entryOpen = 0, entryClose = 0; // the parentheses of an entry point's arguments
 
     bool is(std::size_t i, tok::TokenKind kind) const {
@@ -100,6 +105,7 @@ class TokenPass {
     void declarators(TypeSpan span, std::size_t name);
     void initialise(TypeSpan span, std::size_t open, bool needsEquals);
     void initialiseArray(TypeSpan span, std::size_t open, unsigned dimensions);
+    bool isVectorMember(std::size_t name) const;
     void memberInitialisers(std::size_t colon);
     bool isBoolVector(std::size_t i) const { // a class of its own
         return isWord(i, "vec") && is(i + 2, tok::kw_bool);

@@ -316,7 +316,7 @@ std::vector<Token> TokenPass::run() {
                 cast(i);
             else if (token.is(tok::colon) && i > 0 && is(i - 1, tok::r_paren) &&
                      scopes.kindAt(i) != ScopeKind::block)
-                memberInitialisers(i);
+                initialiserLists.push_back(i);
             ++i;
             continue;
         }
@@ -344,6 +344,8 @@ std::vector<Token> TokenPass::run() {
             forbidden(i);
         ++i;
     }
+    for (const std::size_t colon : initialiserLists)
+        memberInitialisers(colon);
     repeatedFunctions();
     tokens.back() = end;
     edits.back().dropped = false;
