@@ -14,6 +14,7 @@ namespace tarnwick {
 namespace {
 
 constexpr std::string_view openers = "{([", closers = "})]";
+constexpr std::size_t deepest = 4096; // brackets within brackets; the compiler takes fewer
 
 // A bracket that waits for its partner.
 struct Open {
@@ -36,21 +37,19 @@ std::size_t lineEnd(std::string_view text, std::size_t at) {
     return std::min(text.find_first_of("\n\r", at), text.size());
 }
 
-// What stands before `at` on its line, without blanks around it.
-std::string_view beforeOnLine(std::string_view text, std::size_t at) {
-    const std::size_t start = lineStart(text, at);
-    return withoutBlanks(text.substr(start, at - start));
+// Columns of the blanks that `line` begins with, a tab going to the next fourth.
+std::size_t indentOf(std::string_view line) {
+    std::size_t columns = 0;
+    for (const char one : line.substr(0, line.find_first_not_of(blanks)))
+        columns += one == '\t' ? 4 - columns % 4 : 1;
+    return columns;
 }
 
-// Columns of the blanks that the line of `at` begins with, a tab going to the next fourth.
-std::size_t indentOf(std::string_view text, std::size_t at) {
-    std::size_t columns = 0;
-    for (std::size_t i = lineStart(text, at); i < text.size(); ++i) {
-        if (blanks.find(text[i]) == std::string_view::npos)
-            break;
-        columns += text[i] == '\t' ? 4 - columns % 4 : 1;
-    }
-    return columns;
+// Whether the word before `at`, perhaps with blanks between, is "for".
+bool followsFor(std::string_view text, std::size_t at) {
+    while (at > 0 && blanks.find(text[at - 1]) != std::string_view::npos)
+        --at;
+    return text.substr(0, at).ends_with("for") && (at == 3 || !isWordCharacter(text[at - 4]));
 }
 
 // Where a comment begins that never ends.
@@ -78,9 +77,7 @@ class Pairing {
     void close(char closer);
     void endStatement();
     void finish();
-    bool isAligned(const Open& open) const {
-        return !beforeOnLine(code_, at_).empty() || open.indent == indentOf(code_, at_);
-    }
+    bool isAligned(const Open& open) const { return at_ != firstOfLine_ || open.indent == indent_; }
     // Keeps the first one.
     void blame(std::size_t at, const std::string& message);
     void blameOpen(std::size_t at, std::string_view opener, std::string_view end = "closed");
@@ -89,7 +86,9 @@ class Pairing {
     std::string_view source_;
     std::string code_;
     std::size_t at_ = 0;
-    std::vector<Open> open_;          // outermost first
+    std::size_t lineStart_ = 0, firstOfLine_ = 0; // where the line and its first code begin
+    std::size_t indent_ = 0;                      // of the line, in columns
+    std::vector<Open> open_;                      // outermost first
     std::optional<Open> parenthesis_; // the last one that closed: where, its opener's indent
     std::vector<Conditional> conditionals_;
     // Braces that indentation accuses: one that was opened deeper than its line of closing stands,
@@ -107,15 +106,16 @@ void Pairing::blame(std::size_t at, const std::string& message) {
 }
 
 void Pairing::blameOpen(std::size_t at, std::string_view opener, std::string_view end) {
+    if (fault_)
+        return; // finding lines takes its time
     const std::string line = std::to_string(placeOf(source_, at).line);
     blame(at, "'" + std::string(opener) + "' of line " + line + " is never " + std::string(end));
 }
 
 // A brace behind a parenthesis belongs to the line where the parenthesis opened.
 void Pairing::open() {
-    const bool isBehind = code_[at_] == '{' && parenthesis_ &&
-                          lineStart(code_, parenthesis_->at) == lineStart(code_, at_);
-    open_.push_back({at_, isBehind ? parenthesis_->indent : indentOf(code_, at_)});
+    const bool isBehind = code_[at_] == '{' && parenthesis_ && parenthesis_->at >= lineStart_;
+    open_.push_back({at_, isBehind ? parenthesis_->indent : indent_});
 }
 
 void Pairing::close(char closer) {
@@ -129,7 +129,7 @@ void Pairing::close(char closer) {
     if (partner != open_.rbegin())
         blameOpen(open_.back());
     if (closer == '}' && !isAligned(*partner)) {
-        const bool isDeeper = indentOf(code_, at_) > partner->indent;
+        const bool isDeeper = indent_ > partner->indent;
         if (auto& suspect = isDeeper ? suspectCloser_ : suspectOpener_; !suspect)
             suspect = isDeeper ? at_ : partner->at;
     }
@@ -140,15 +140,14 @@ void Pairing::close(char closer) {
         return;
     // All is paired up to here, whatever the indentation.
     suspectOpener_.reset();
-    if (indentOf(code_, at_) == 0)
+    if (indent_ == 0)
         suspectCloser_.reset();
 }
 
 // Parentheses end before a statement does, but for those of a for loop.
 void Pairing::endStatement() {
     while (!open_.empty() && code_[open_.back().at] != '{') {
-        const std::string_view before = beforeOnLine(code_, open_.back().at);
-        if (wordBefore(before, before.size()) == "for")
+        if (followsFor(code_, open_.back().at))
             return;
         blameOpen(open_.back());
         open_.pop_back();
@@ -156,9 +155,13 @@ void Pairing::endStatement() {
 }
 
 void Pairing::readLine() {
+    const std::string_view line = std::string_view(code_).substr(at_, lineEnd(code_, at_) - at_);
+    lineStart_ = at_;
+    firstOfLine_ = at_ + std::min(line.find_first_not_of(blanks), line.size());
+    indent_ = indentOf(line);
     for (const std::size_t end = lineEnd(code_, at_); at_ < end; ++at_) {
         const char one = code_[at_];
-        if (openers.find(one) != std::string_view::npos)
+        if (openers.find(one) != std::string_view::npos && open_.size() < deepest)
             open();
         else if (closers.find(one) != std::string_view::npos)
             close(one);
@@ -208,7 +211,7 @@ void Pairing::finish() {
 }
 
 std::optional<Diagnostic> Pairing::fault() {
-    while (at_ < code_.size()) {
+    while (at_ < code_.size() && open_.size() < deepest) {
         const std::string_view line =
             withoutBlanks(std::string_view(code_).substr(at_, lineEnd(code_, at_) - at_));
         line.starts_with('#') ? readDirective() : readLine();

@@ -23,7 +23,8 @@ namespace {
 constexpr std::string_view paramForm = "// @param name default min max description";
 
 std::string inQuotes(std::string_view text) {
-    return "'" + std::string(text) + "'";
+    const std::string_view shown = wholeCharacters(text, 40);
+    return "'" + std::string(shown) + (shown.size() < text.size() ? "…'" : "'");
 }
 
 // A directive: the line that it begins, its key without the @, and what follows.
@@ -154,8 +155,8 @@ void Check::readIgnoredParam(const Directive& directive) {
                                            : "; blanks part the numbers, a point begins decimals"));
         numbers[i] = *number;
     }
-    warn(words[3], ignored + "the maximum " + std::string(words[3]) +
-                       " is not greater than the minimum " + std::string(words[2]));
+    warn(words[3], ignored + "the maximum " + shortest(numbers[3]) +
+                       " is not greater than the minimum " + shortest(numbers[2]));
 }
 
 void Check::readParam(const Directive& directive) {
@@ -173,8 +174,8 @@ void Check::readParam(const Directive& directive) {
                     inQuotes(param.name) + " is a word of the language and cannot name a parameter",
                     Severity::error);
     if (const auto written = floatOf(words[1]); written && *written != param.defaultValue)
-        warn(words[1], "the default " + std::string(words[1]) + " is outside of " +
-                           std::string(words[2]) + " to " + std::string(words[3]) + ": " +
+        warn(words[1], "the default " + shortest(*written) + " is outside of " +
+                           shortest(param.min) + " to " + shortest(param.max) + ": " +
                            shortest(param.defaultValue) + " is used");
 }
 

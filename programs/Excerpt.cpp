@@ -12,6 +12,27 @@ namespace {
 
 constexpr std::size_t mostCells = 110, mostCellsBefore = 70; // of a line's part that is shown
 
+constexpr std::size_t mostBytes = 1000; // looked at before and behind the mark
+
+// As many bytes of a line around `at` as matter, whole characters.
+struct Near {
+    std::string_view before, behind;
+};
+
+bool continuesCharacter(char one) {
+    return (static_cast<unsigned char>(one) & 0xc0) == 0x80;
+}
+
+Near near(std::string_view line, std::size_t at) {
+    std::size_t start = at > mostBytes ? at - mostBytes : 0;
+    while (start < at && continuesCharacter(line[start]))
+        ++start;
+    std::size_t end = std::min(line.size(), at + mostBytes);
+    while (end > at && end < line.size() && continuesCharacter(line[end]))
+        --end;
+    return {line.substr(start, at - start), line.substr(at, end - at)};
+}
+
 struct Shown {
     std::string text;
     std::size_t cells;
@@ -70,14 +91,15 @@ std::string excerpt(std::string_view line, std::int64_t number, std::int64_t col
     const bool hasMark = column >= 1 && static_cast<std::size_t>(column) <= line.size() + 1;
     const std::size_t at = hasMark ? static_cast<std::size_t>(column) - 1 : 0;
     std::vector<Shown> shown;
-    append(shown, line.substr(0, at));
+    const auto [before, behind] = near(line, at);
+    append(shown, before);
     const std::size_t mark = shown.size();
-    append(shown, line.substr(at));
+    append(shown, behind);
     const Part part = partAround(shown, mark);
     std::string text = gutter(std::to_string(number)) + part.text + "\n";
     if (!hasMark)
         return text;
-    const std::size_t length = std::max<std::size_t>(wordAt(line, at).size(), 1);
+    const std::size_t length = std::max<std::size_t>(wordAt(behind, 0).size(), 1);
     return text + gutter("") + std::string(part.before, ' ') +
            styled("^" + std::string(std::min(length, mostCells) - 1, '~'), "1;32", colours) + "\n";
 }
