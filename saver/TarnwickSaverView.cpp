@@ -2,6 +2,7 @@
 
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "TarnwickPlatform/Text/Text.h"
+#include "saver/CompileFailure.h"
 
 #include <algorithm>
 
@@ -38,6 +39,9 @@ void TarnwickSaverView::setUp(const Bundle& bundle) {
     readSettings(bundle);
     try {
         program_ = ShaderProgram::compile(*source, *device, gpu::PixelFormat::bgra8Unorm);
+    } catch (const ShaderError& error) {
+        failure_ = "The shader didn't compile: " + compileFailure(*source, error);
+        return;
     } catch (const std::exception& error) {
         failure_ = std::string("The shader didn't compile: ") + error.what();
         return;
