@@ -41,7 +41,7 @@ bool submit(CommandBufferParts& parts) {
         return false;
     const DrawableSemaphores semaphores = drawableSemaphores(parts);
     const auto number = parts.device->submissions.submit(
-        parts.handle, {semaphores.waits.data(), semaphores.waitCount},
+        parts.queue->lane, parts.handle, {semaphores.waits.data(), semaphores.waitCount},
         {semaphores.signals.data(), semaphores.signalCount});
     if (!number)
         return false;
@@ -231,18 +231,30 @@ void CommandBuffer::waitUntilCompleted() {
                          : CommandBufferStatus::error;
 }
 
+bool CommandBuffer::waitUntilCompleted(double seconds) {
+    precondition(parts_->status != CommandBufferStatus::recording, "Waiting follows commit().");
+    constexpr double longest = 1e9; // seconds, which nanoseconds of 64 bits hold
+    const auto nanoseconds =
+        static_cast<std::uint64_t>(std::clamp(seconds, 0.0, longest) * 1'000'000'000);
+    if (status() == CommandBufferStatus::committed)
+        parts_->device->submissions.wait(parts_->submission, nanoseconds);
+    return status() != CommandBufferStatus::committed;
+}
+
 CommandBufferStatus CommandBuffer::status() const {
     if (parts_->status != CommandBufferStatus::committed)
         return parts_->status;
     Submissions& submissions = parts_->device->submissions;
-    const bool isDone = submissions.completed() >= parts_->submission;
+    const bool isDone = submissions.isDone(parts_->submission);
     if (submissions.isLost())
         return CommandBufferStatus::error;
     return isDone ? CommandBufferStatus::completed : CommandBufferStatus::committed;
 }
 
 bool CommandBuffer::hitLoopBudget() const {
-    return status() == CommandBufferStatus::completed && parts_->reports.anyIsSet();
+    const CommandBufferStatus now = status();
+    return (now == CommandBufferStatus::committed || now == CommandBufferStatus::completed) &&
+           parts_->reports.anyIsSet();
 }
 
 } // namespace tarnwick::gpu

@@ -86,6 +86,7 @@ struct CommandBufferParts {
 
 struct QueueParts {
     std::shared_ptr<DeviceState> device;
+    Lane lane = Lane::pictures;
     std::vector<std::unique_ptr<CommandBufferParts>> resting; // done or in flight, with no owner
     std::size_t made = 0;
 };

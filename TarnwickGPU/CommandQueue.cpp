@@ -30,7 +30,7 @@ std::unique_ptr<CommandBufferParts> take(QueueParts& queue) {
     const std::uint64_t completed = device.submissions.completed();
     device.graveyard.collect(device.handle, completed);
     auto next = oldest(queue.resting);
-    if (next != queue.resting.end() && (*next)->submission <= completed)
+    if (next != queue.resting.end() && device.submissions.isDone((*next)->submission))
         return takeOut(queue.resting, next);
     if (queue.made < mostCommandBuffers) {
         auto parts = CommandBufferParts::make(queue.device);
@@ -64,11 +64,12 @@ std::optional<CommandBuffer> CommandQueue::commandBuffer() {
     return buffer;
 }
 
-std::unique_ptr<CommandQueue> Device::newCommandQueue() {
+std::unique_ptr<CommandQueue> Device::newCommandQueue(QueueUse use) {
     if (isLost())
         return nullptr;
     auto parts = std::make_shared<QueueParts>();
     parts->device = state_;
+    parts->lane = use == QueueUse::beside ? Lane::beside : Lane::pictures;
     return std::make_unique<CommandQueue>(std::move(parts));
 }
 

@@ -146,9 +146,12 @@ class CommandBuffer {
     void present(const Drawable& drawable);
     void commit();
     void waitUntilCompleted(); // blocks
+    // Blocks for so many seconds at most; false where it is still at work then.
+    bool waitUntilCompleted(double seconds);
     CommandBufferStatus status() const;
 
-    // Whether an invocation of this buffer's work ran out of its loop budget. After completion.
+    // Whether an invocation of this buffer's work ran out of its loop budget. Before completion it
+    // may not be known yet.
     bool hitLoopBudget() const;
 
   private:

@@ -2,6 +2,7 @@
 
 #include "TarnwickGPU/DeviceState.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace tarnwick::gpu {
@@ -20,6 +21,23 @@ std::optional<std::string_view> wantedDevice() {
     return wanted ? std::optional<std::string_view>(wanted) : std::nullopt;
 }
 
+// Fit to stand in a sentence.
+std::string quoted(std::string_view text) {
+    constexpr std::size_t longest = 80;
+    std::string shown(text.substr(0, longest));
+    std::ranges::replace_if(
+        shown, [](unsigned char c) { return c < 0x20 || c == 0x7f; }, '?');
+    return "\"" + shown + (text.size() > longest ? "..." : "") + "\"";
+}
+
+// "0 llvmpipe, 1 another"
+std::string listOf(const std::vector<DeviceInfo>& devices) {
+    std::string list;
+    for (std::size_t index = 0; index < devices.size(); ++index)
+        list += (index > 0 ? ", " : "") + std::to_string(index) + " " + devices[index].name;
+    return list;
+}
+
 } // namespace
 
 std::vector<DeviceInfo> allDevices() {
@@ -35,6 +53,18 @@ std::shared_ptr<Device> Device::systemDefault() {
     const auto chosen = chooseDevice(infos(devices), wantedDevice());
     auto state = chosen ? DeviceState::make(std::move(instance), devices[*chosen]) : nullptr;
     return state ? std::make_shared<Device>(std::move(state)) : nullptr;
+}
+
+std::string Device::absence() {
+    const std::vector<DeviceInfo> devices = allDevices();
+    if (devices.empty())
+        return "There is no device to draw with.";
+    const auto wanted = wantedDevice();
+    if (const auto chosen = chooseDevice(devices, wanted))
+        return "The device " + devices[*chosen].name + " cannot be opened.";
+    return "TARNWICK_DEVICE is " + quoted(wanted.value_or("")) +
+           ", which is neither the number of a device nor a part of its name: " + listOf(devices) +
+           ".";
 }
 
 Device::Device(std::shared_ptr<DeviceState> state) : state_(std::move(state)) {}

@@ -40,6 +40,11 @@ struct DeviceError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// `beside` is for kernels over buffers of their own whose results are waited for while pictures are
+// in flight: such a queue works beside the others where the device can. Where it cannot, a command
+// buffer waits for those that were committed before it, of any queue.
+enum class QueueUse : std::uint8_t { pictures, beside };
+
 struct DeviceInfo {
     std::string name;   // as the driver gives it
     std::string driver; // name and version
@@ -62,6 +67,10 @@ class Device {
     // is none or when TARNWICK_DEVICE fits none. Objects made from a device keep it alive, so
     // that it may be shared: the last of them to go closes it.
     static std::shared_ptr<Device> systemDefault();
+
+    // Why systemDefault() is null, in one sentence: there is no device, TARNWICK_DEVICE fits none
+    // (of which the sentence lists all), or the one that it fits cannot be opened.
+    static std::string absence();
 
     ~Device();
     Device(const Device&) = delete;
@@ -86,7 +95,7 @@ class Device {
     std::unique_ptr<Library> newLibrary(std::vector<msl::EntryPoint> entryPoints);
 
     // Null where the device cannot make them.
-    std::unique_ptr<CommandQueue> newCommandQueue();
+    std::unique_ptr<CommandQueue> newCommandQueue(QueueUse use = QueueUse::pictures);
     std::unique_ptr<Buffer> newBuffer(std::size_t bytes, StorageMode storage = StorageMode::shared);
     std::unique_ptr<Texture> newTexture(const TextureDescriptor& descriptor);
     std::unique_ptr<DepthStencilState> newDepthStencilState(const DepthStencilDescriptor&);

@@ -1,5 +1,7 @@
 #include "TarnwickGPU/DeviceState.h"
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 namespace tarnwick::gpu {
@@ -13,16 +15,18 @@ namespace {
 constexpr std::uint32_t cpuLoopBudget = 60'000;
 constexpr std::uint32_t gpuLoopBudget = 250'000;
 
+constexpr std::uint32_t mostQueues = 2; // one a lane
+
 bool openDevice(DeviceState& state) {
     FeatureChain chain(optionalRecords(state.physical));
     std::vector<const char*> extensions;
     state.features =
         chooseFeatures(state.physical, state.instance->presentsOnXlib, chain, extensions);
-    constexpr float priority = 1;
+    constexpr std::array<float, mostQueues> priorities{1, 1};
     const VkDeviceQueueCreateInfo queue{.sType = VK_STRUCTURE_TYPE_DEVICE_QUEUE_CREATE_INFO,
                                         .queueFamilyIndex = state.queueFamily,
-                                        .queueCount = 1,
-                                        .pQueuePriorities = &priority};
+                                        .queueCount = state.queueCount,
+                                        .pQueuePriorities = priorities.data()};
     const VkDeviceCreateInfo info{.sType = VK_STRUCTURE_TYPE_DEVICE_CREATE_INFO,
                                   .pNext = &chain.core,
                                   .queueCreateInfoCount = 1,
@@ -62,12 +66,13 @@ std::shared_ptr<DeviceState> DeviceState::make(std::shared_ptr<Instance> instanc
     state->instance = std::move(instance);
     state->physical = chosen.handle;
     state->queueFamily = chosen.queueFamily;
+    state->queueCount = std::min(chosen.queueCount, mostQueues);
     state->info = chosen.info;
     if (!openDevice(*state))
         return nullptr;
     readProperties(*state);
     state->pipelineCache.open(*state);
-    if (!state->submissions.start(state->handle, state->queueFamily) ||
+    if (!state->submissions.start(state->handle, state->queueFamily, state->queueCount) ||
         !state->standIns.start(*state))
         return nullptr;
     return state;

@@ -41,6 +41,7 @@ struct DeviceState {
     VkPhysicalDevice physical = VK_NULL_HANDLE;
     VkDevice handle = VK_NULL_HANDLE;
     std::uint32_t queueFamily = 0;
+    std::uint32_t queueCount = 1; // that are used: 1, or 2
     DeviceInfo info;
     DeviceFeatures features;
     VkPhysicalDeviceLimits limits{};

@@ -43,7 +43,11 @@ VkDeviceSize ownMemory(VkPhysicalDevice device) {
     return bytes;
 }
 
-std::optional<std::uint32_t> generalQueueFamily(VkPhysicalDevice device) {
+struct Family {
+    std::uint32_t index, queueCount;
+};
+
+std::optional<Family> generalQueueFamily(VkPhysicalDevice device) {
     std::uint32_t count = 0;
     vkGetPhysicalDeviceQueueFamilyProperties(device, &count, nullptr);
     std::vector<VkQueueFamilyProperties> families(count);
@@ -51,7 +55,7 @@ std::optional<std::uint32_t> generalQueueFamily(VkPhysicalDevice device) {
     constexpr VkQueueFlags needed = VK_QUEUE_GRAPHICS_BIT | VK_QUEUE_COMPUTE_BIT;
     for (std::uint32_t family = 0; family < count; ++family)
         if ((families[family].queueFlags & needed) == needed)
-            return family;
+            return Family{family, families[family].queueCount};
     return std::nullopt;
 }
 
@@ -67,7 +71,8 @@ std::optional<Candidate> candidate(VkPhysicalDevice handle) {
     const auto type = properties.properties.deviceType;
     return Candidate{
         .device = {.handle = handle,
-                   .queueFamily = *family,
+                   .queueFamily = family->index,
+                   .queueCount = family->queueCount,
                    .info = {.name = properties.properties.deviceName,
                             .driver = std::string(driver.driverName) + " " + driver.driverInfo,
                             .isCPU = type == VK_PHYSICAL_DEVICE_TYPE_CPU}},

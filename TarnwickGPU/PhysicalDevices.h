@@ -17,6 +17,7 @@ namespace tarnwick::gpu {
 struct PhysicalDevice {
     VkPhysicalDevice handle = VK_NULL_HANDLE;
     std::uint32_t queueFamily = 0; // one that does graphics and compute
+    std::uint32_t queueCount = 1;  // that the family has
     DeviceInfo info;
 };
 

@@ -1,5 +1,6 @@
 #include "TarnwickGPU/PointForms.h"
 
+#include "TarnwickGPU/PointColors.h"
 #include "TarnwickGPU/PointConstants.h"
 #include "TarnwickGPU/SpirvLink.h"
 
@@ -348,6 +349,8 @@ Words fragmentForm(const PointPair& pair, PointForm form) {
         divideIndex(body, spv::BuiltIn::PrimitiveId, 2);
     const Id inner = code.renameMain();
     body.call(inner);
+    if (pair.addsUp)
+        keepColorFinite(body);
     body.finish(code.main());
     return code.finish(spv::ExecutionModel::Fragment);
 }

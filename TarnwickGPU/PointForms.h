@@ -30,6 +30,8 @@ struct PointPair {
     // Whether the vertex function also works out what is the same all over a point
     // (PointConstants.h); it then sees the fragment function's resources.
     bool passesConstants = false;
+    // Whether the points add up: what they add is then kept finite (PointColors.h).
+    bool addsUp = false;
 };
 
 // Whether the function gives its position as the layer's compiler lets it: forms are for these.

@@ -1,5 +1,6 @@
 #include "TarnwickGPU/PointKernel.h"
 
+#include "TarnwickGPU/PointColors.h"
 #include "TarnwickGPU/PointConstants.h"
 #include "TarnwickGPU/PointForms.h"
 #include "TarnwickGPU/SpirvLink.h"
@@ -258,21 +259,19 @@ Id Kernel::factor(BlendFactor factor, Id alpha) {
 
 // Adds the fragment's colour, unless it is nothing.
 void Kernel::addToSums(Id x, Id y) {
-    const Id color = current(fragment_->color, body_.numbers4);
+    const Id color = finiteColor(body_, current(fragment_->color, body_.numbers4));
     const Id rgb = factor(needs_.color.sourceRGB, lane(color, 3));
     const Id alpha = factor(needs_.color.sourceAlpha, lane(color, 3));
     const Id factors =
         body_.make(spv::Op::OpCompositeConstruct, body_.numbers4, {rgb, rgb, rgb, alpha});
     const Id scaled = body_.make(spv::Op::OpFMul, body_.numbers4, {color, factors});
     const Id most = code_.constant(mostColor), least = code_.constant(-mostColor);
-    const Id bounded =
-        body_.extended(GLSLstd450NClamp, body_.numbers4,
+    const Id value =
+        body_.extended(GLSLstd450FClamp, body_.numbers4,
                        {scaled, code_.composite(body_.numbers4, {least, least, least, least}),
                         code_.composite(body_.numbers4, {most, most, most, most})});
     const Id lanes = code_.vector(body_.boolean, 4);
     const Id zero = code_.null(body_.numbers4);
-    const Id isNumber = body_.make(spv::Op::OpFOrdEqual, lanes, {scaled, scaled});
-    const Id value = body_.make(spv::Op::OpSelect, body_.numbers4, {isNumber, bounded, zero});
     const Id differs = body_.make(spv::Op::OpFOrdNotEqual, lanes, {value, zero});
     const Id isSeen = body_.make(spv::Op::OpAny, body_.boolean, {differs});
     const Id isKept = body_.make(spv::Op::OpLogicalNot, body_.boolean,

@@ -164,6 +164,7 @@ VkResult makePointPipelines(RenderPipelineParts& parts,
     const Functions functions{&descriptor.vertex->entryPoint(), &descriptor.fragment->entryPoint()};
     PointPair pair = pointPair(*functions[0], *functions[1]);
     pair.passesConstants = pair.passesConstants && !stores(*functions[1]);
+    pair.addsUp = isSum(descriptor);
     auto layout = layoutOf(*parts.device, functions, pair);
     if (!layout)
         return VK_ERROR_UNKNOWN;

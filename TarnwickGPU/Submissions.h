@@ -1,9 +1,14 @@
-// The one Vulkan queue of a device and the timeline semaphore that counts what was submitted to it
+// The Vulkan queues of a device and the timeline semaphores that count what was submitted to them
 // (Vulkan 1.3, 7.4). Any thread.
+//
+// There are two lanes, one for pictures and one for kernels beside them. Where the family has a
+// second queue the second lane is that; else both lead to the one queue. Submissions are numbered
+// across both, with the lane in the lowest bit, and each lane's semaphore takes its own numbers.
 #pragma once
 
 #include <vulkan/vulkan.h>
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <mutex>
@@ -12,31 +17,47 @@
 
 namespace tarnwick::gpu {
 
+enum class Lane : std::uint8_t { pictures, beside };
+
 class Submissions {
   public:
-    // False when the device has no memory left for it.
-    bool start(VkDevice device, std::uint32_t queueFamily);
+    // `queueCount` of the family's queues were asked for. False when the device has no memory left
+    // for it.
+    bool start(VkDevice device, std::uint32_t queueFamily, std::uint32_t queueCount);
     void stop(); // the GPU is idle
 
-    // Submits and returns the submission's number, from 1; nothing when the device is lost.
-    std::optional<std::uint64_t> submit(VkCommandBuffer commands,
+    // Submits and returns the submission's number, above 0; nothing when the device is lost.
+    std::optional<std::uint64_t> submit(Lane lane, VkCommandBuffer commands,
                                         std::span<const VkSemaphoreSubmitInfo> waits = {},
                                         std::span<const VkSemaphore> signals = {});
     VkResult present(const VkPresentInfoKHR& info);
 
     std::uint64_t last() const { return last_.load(std::memory_order_acquire); }
-    std::uint64_t completed();           // the last submission that the GPU is done with
-    bool wait(std::uint64_t submission); // blocks; false when the device is lost
-    void waitIdle();                     // blocks, for presentation too
+    // A number up to which the GPU is done with all submissions.
+    std::uint64_t completed();
+    bool isDone(std::uint64_t submission);
+    // Blocks; false when the device is lost, or not done with it after so many nanoseconds.
+    bool wait(std::uint64_t submission, std::uint64_t nanoseconds = UINT64_MAX);
+    void waitIdle(); // blocks, for presentation too
 
     bool isLost() const { return lost_.load(std::memory_order_relaxed); }
     void note(VkResult result); // remembers VK_ERROR_DEVICE_LOST
 
   private:
+    struct Track {
+        VkQueue queue = VK_NULL_HANDLE;
+        VkSemaphore timeline = VK_NULL_HANDLE;
+        std::atomic<std::uint64_t> last{0}; // submission of this lane
+    };
+
+    static constexpr std::size_t laneCount = 2;
+
+    Track& trackOf(std::uint64_t submission) { return tracks_[submission % laneCount]; }
+    std::uint64_t valueOf(const Track& track);
+
     VkDevice device_ = VK_NULL_HANDLE;
-    VkQueue queue_ = VK_NULL_HANDLE;
-    VkSemaphore timeline_ = VK_NULL_HANDLE;
-    std::mutex mutex_; // vkQueue* calls are externally synchronised
+    std::array<Track, laneCount> tracks_; // by Lane
+    std::mutex mutex_;                    // vkQueue* calls are externally synchronised
     std::atomic<std::uint64_t> last_{0};
     std::atomic<bool> lost_{false};
 };

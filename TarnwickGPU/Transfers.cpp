@@ -10,6 +10,7 @@ namespace tarnwick::gpu {
 namespace {
 
 constexpr VkDeviceSize leastStaging = 65536;
+constexpr std::size_t mostSlots = 32; // in flight, of which each may have staging memory
 
 // Everything before or after the job on the queue, and the CPU's view of staging memory.
 void waitForAll(VkCommandBuffer commands, VkPipelineStageFlags2 before,
@@ -29,6 +30,8 @@ void waitForAll(VkCommandBuffer commands, VkPipelineStageFlags2 before,
 } // namespace
 
 Transfers::Slot* Transfers::freeSlot(DeviceState& device) {
+    if (device.submissions.isLost())
+        return nullptr;
     if (!pool_) {
         const VkCommandPoolCreateInfo info{.sType = VK_STRUCTURE_TYPE_COMMAND_POOL_CREATE_INFO,
                                            .flags = VK_COMMAND_POOL_CREATE_RESET_COMMAND_BUFFER_BIT,
@@ -36,9 +39,13 @@ Transfers::Slot* Transfers::freeSlot(DeviceState& device) {
         if (vkCreateCommandPool(device.handle, &info, nullptr, &pool_) != VK_SUCCESS)
             return nullptr;
     }
-    const std::uint64_t completed = device.submissions.completed();
-    auto slot = std::find_if(slots_.begin(), slots_.end(),
-                             [completed](const Slot& one) { return one.submission <= completed; });
+    auto isFree = [&](const Slot& one) { return device.submissions.isDone(one.submission); };
+    auto slot = std::ranges::find_if(slots_, isFree);
+    if (slot == slots_.end() && slots_.size() >= mostSlots) {
+        slot = std::ranges::min_element(slots_, {}, &Slot::submission);
+        if (!device.submissions.wait(slot->submission))
+            return nullptr;
+    }
     if (slot != slots_.end())
         return &*slot;
     const VkCommandBufferAllocateInfo info{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_ALLOCATE_INFO,
@@ -51,8 +58,9 @@ Transfers::Slot* Transfers::freeSlot(DeviceState& device) {
     return &slots_.emplace_back(made);
 }
 
-std::optional<std::uint64_t> Transfers::submit(DeviceState& device, const Record& record) {
-    Slot* slot = device.submissions.isLost() ? nullptr : freeSlot(device);
+// `slot` is a free one; none where memory is out.
+std::optional<std::uint64_t> Transfers::submit(DeviceState& device, const Record& record,
+                                               Slot* slot) {
     const VkCommandBufferBeginInfo begin{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_BEGIN_INFO,
                                          .flags = VK_COMMAND_BUFFER_USAGE_ONE_TIME_SUBMIT_BIT};
     if (!slot || vkBeginCommandBuffer(slot->commands, &begin) != VK_SUCCESS)
@@ -62,7 +70,7 @@ std::optional<std::uint64_t> Transfers::submit(DeviceState& device, const Record
                VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT | VK_PIPELINE_STAGE_2_HOST_BIT);
     if (vkEndCommandBuffer(slot->commands) != VK_SUCCESS)
         return std::nullopt;
-    const auto number = device.submissions.submit(slot->commands);
+    const auto number = device.submissions.submit(Lane::pictures, slot->commands);
     if (number)
         slot->submission = *number;
     return number;
@@ -81,19 +89,36 @@ bool Transfers::makeStaging(DeviceState& device, VkDeviceSize size) {
 
 bool Transfers::run(DeviceState& device, const Record& record) {
     std::lock_guard lock(mutex_);
-    return submit(device, record).has_value();
+    return submit(device, record, freeSlot(device)).has_value();
 }
 
 bool Transfers::upload(DeviceState& device, VkDeviceSize size, const Bytes& fill,
                        const RecordStaged& record) {
     std::lock_guard lock(mutex_);
+    if (size <= smallUpload)
+        return uploadSmall(device, fill, record);
     if (!makeStaging(device, size))
         return false;
     fill(staging_.bytes);
-    const auto number =
-        submit(device, [&](VkCommandBuffer commands) { record(commands, staging_.buffer); });
+    const auto number = submit(
+        device, [&](VkCommandBuffer commands) { record(commands, staging_.buffer); },
+        freeSlot(device));
     stagingUse_ = number.value_or(stagingUse_);
     return number.has_value();
+}
+
+bool Transfers::uploadSmall(DeviceState& device, const Bytes& fill, const RecordStaged& record) {
+    Slot* slot = freeSlot(device);
+    if (slot && !slot->staging.buffer)
+        slot->staging =
+            makeBufferMemory(device, smallUpload, MemoryUse::readBack).value_or(BufferMemory());
+    if (!slot || !slot->staging.buffer)
+        return false;
+    fill(slot->staging.bytes);
+    return submit(
+               device, [&](VkCommandBuffer commands) { record(commands, slot->staging.buffer); },
+               slot)
+        .has_value();
 }
 
 bool Transfers::readBack(DeviceState& device, VkDeviceSize size, const RecordStaged& record,
@@ -101,8 +126,9 @@ bool Transfers::readBack(DeviceState& device, VkDeviceSize size, const RecordSta
     std::lock_guard lock(mutex_);
     if (!makeStaging(device, size))
         return false;
-    const auto number =
-        submit(device, [&](VkCommandBuffer commands) { record(commands, staging_.buffer); });
+    const auto number = submit(
+        device, [&](VkCommandBuffer commands) { record(commands, staging_.buffer); },
+        freeSlot(device));
     stagingUse_ = number.value_or(stagingUse_);
     if (!number || !device.submissions.wait(*number))
         return false;
@@ -112,6 +138,8 @@ bool Transfers::readBack(DeviceState& device, VkDeviceSize size, const RecordSta
 
 void Transfers::stop(DeviceState& device) {
     bury(device, staging_);
+    for (Slot& slot : slots_)
+        bury(device, slot.staging);
     if (pool_)
         vkDestroyCommandPool(device.handle, pool_, nullptr);
     pool_ = VK_NULL_HANDLE;

@@ -25,7 +25,8 @@ class Transfers {
     // Later submissions see what the job wrote. False when memory is out or the device is lost.
     bool run(DeviceState& device, const Record& record);
 
-    // `fill` writes `size` bytes of staging memory, from which the job copies.
+    // `fill` writes `size` bytes of staging memory, from which the job copies. A small upload does
+    // not wait for the GPU while few are in flight: each has memory of its own.
     bool upload(DeviceState& device, VkDeviceSize size, const Bytes& fill,
                 const RecordStaged& record);
     // The job copies `size` bytes into staging memory, which `take` reads. Blocks for the GPU.
@@ -38,10 +39,14 @@ class Transfers {
     struct Slot {
         VkCommandBuffer commands = VK_NULL_HANDLE;
         std::uint64_t submission = 0;
+        BufferMemory staging; // of smallUpload bytes, once it was needed
     };
 
+    static constexpr VkDeviceSize smallUpload = 65536;
+
     Slot* freeSlot(DeviceState& device);
-    std::optional<std::uint64_t> submit(DeviceState& device, const Record& record);
+    std::optional<std::uint64_t> submit(DeviceState& device, const Record& record, Slot* slot);
+    bool uploadSmall(DeviceState& device, const Bytes& fill, const RecordStaged& record);
     bool makeStaging(DeviceState& device, VkDeviceSize size);
 
     std::mutex mutex_;

@@ -31,9 +31,9 @@ constexpr std::int64_t leadOut = 3 * AudioSettings::packet;
 class Samples {
   public:
     Samples(gpu::Device& device, std::int64_t fps)
-        : queue_(device.newCommandQueue()), buffer_(device.newBuffer(rate * soundSampleSize)),
-          fps_(fps), perFrame_(rate / fps), second_(2 * rate),
-          silence_(static_cast<std::size_t>(2 * perFrame_)) {}
+        : queue_(device.newCommandQueue(gpu::QueueUse::beside)),
+          buffer_(device.newBuffer(rate * soundSampleSize)), fps_(fps), perFrame_(rate / fps),
+          second_(2 * rate), silence_(static_cast<std::size_t>(2 * perFrame_)) {}
 
     // Those of frame `frame` of the entry; left, right, left, right. Nothing where the device
     // fails. Frames are asked for best in their order.

@@ -15,7 +15,42 @@ struct SoundUniforms {
     std::uint32_t pad = 0;
 };
 
+std::optional<gpu::CommandBuffer> startKernel(const gpu::ComputePipelineState& kernel,
+                                              gpu::CommandQueue& queue, const gpu::Buffer& buffer,
+                                              double start, std::uint32_t count,
+                                              const ParamBuffer& params) {
+    auto commands = queue.commandBuffer();
+    auto encoder = commands ? commands->computeCommandEncoder() : std::nullopt;
+    if (!encoder)
+        return std::nullopt;
+    const SoundUniforms uniforms{.start = static_cast<float>(start), .count = count};
+    encoder->setComputePipelineState(kernel);
+    encoder->setBuffer(buffer, 0, 0);
+    encoder->setBytes(&uniforms, sizeof uniforms, 1);
+    encoder->setBytes(params.data(), params.length(), 2);
+    encoder->dispatchThreads(
+        {.width = count},
+        {.width = std::min(kernel.maxTotalThreadsPerThreadgroup(), mostThreadsPerGroup)});
+    encoder->endEncoding();
+    commands->commit();
+    return commands;
+}
+
 } // namespace
+
+std::optional<gpu::CommandBuffer> startSound(const ShaderProgram& program, gpu::CommandQueue& queue,
+                                             const gpu::Buffer& buffer, double start,
+                                             std::uint32_t count, const ParamValues& values) {
+    return startKernel(*program.soundPipeline(), queue, buffer, start, count,
+                       ParamBuffer(program.params(), values));
+}
+
+SoundResult finishSound(gpu::CommandBuffer& commands) {
+    commands.waitUntilCompleted();
+    if (commands.status() != gpu::CommandBufferStatus::completed)
+        return SoundResult::failed;
+    return commands.hitLoopBudget() ? SoundResult::endedByLoopBudget : SoundResult::done;
+}
 
 SoundResult evaluateSound(const ShaderProgram& program, gpu::CommandQueue& queue,
                           const gpu::Buffer& buffer, double start, std::uint32_t count,
@@ -27,24 +62,8 @@ SoundResult evaluateSound(const ShaderProgram& program, gpu::CommandQueue& queue
 SoundResult runSoundKernel(const gpu::ComputePipelineState& kernel, gpu::CommandQueue& queue,
                            const gpu::Buffer& buffer, double start, std::uint32_t count,
                            const ParamBuffer& params) {
-    auto commands = queue.commandBuffer();
-    auto encoder = commands ? commands->computeCommandEncoder() : std::nullopt;
-    if (!encoder)
-        return SoundResult::failed;
-    const SoundUniforms uniforms{.start = static_cast<float>(start), .count = count};
-    encoder->setComputePipelineState(kernel);
-    encoder->setBuffer(buffer, 0, 0);
-    encoder->setBytes(&uniforms, sizeof uniforms, 1);
-    encoder->setBytes(params.data(), params.length(), 2);
-    encoder->dispatchThreads(
-        {.width = count},
-        {.width = std::min(kernel.maxTotalThreadsPerThreadgroup(), mostThreadsPerGroup)});
-    encoder->endEncoding();
-    commands->commit();
-    commands->waitUntilCompleted();
-    if (commands->status() != gpu::CommandBufferStatus::completed)
-        return SoundResult::failed;
-    return commands->hitLoopBudget() ? SoundResult::endedByLoopBudget : SoundResult::done;
+    auto commands = startKernel(kernel, queue, buffer, start, count, params);
+    return commands ? finishSound(*commands) : SoundResult::failed;
 }
 
 std::span<const float> soundSamples(const gpu::Buffer& buffer, std::size_t count) {

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace tarnwick {
@@ -22,6 +23,13 @@ enum class SoundResult : std::uint8_t { done, endedByLoopBudget, failed };
 SoundResult evaluateSound(const ShaderProgram& program, gpu::CommandQueue& queue,
                           const gpu::Buffer& buffer, double start, std::uint32_t count,
                           const ParamValues& values);
+
+// The same without waiting: the kernel is committed. finishSound() waits for it. Nothing where the
+// device fails.
+std::optional<gpu::CommandBuffer> startSound(const ShaderProgram& program, gpu::CommandQueue& queue,
+                                             const gpu::Buffer& buffer, double start,
+                                             std::uint32_t count, const ParamValues& values);
+SoundResult finishSound(gpu::CommandBuffer& commands);
 
 // Runs a kernel with the sound kernel's arguments, one thread a sample; `buffer` has room for what
 // it writes. Blocks.

@@ -20,23 +20,46 @@ std::unique_ptr<SoundTap> SoundTap::make(std::shared_ptr<const ShaderProgram> pr
         return nullptr;
     std::unique_ptr<SoundTap> made(new SoundTap);
     made->program_ = std::move(program);
-    made->queue_ = device.newCommandQueue();
+    made->queue_ = device.newCommandQueue(gpu::QueueUse::beside);
     made->buffer_ = device.newBuffer(AudioAnalyzer::window * soundSampleSize);
-    made->spectrum_ = SpectrumTexture::make(device, ShaderAssembler::spectrumBins);
-    return made->queue_ && made->buffer_ && made->spectrum_ ? std::move(made) : nullptr;
+    for (auto& spectrum : made->spectra_)
+        spectrum = SpectrumTexture::make(device, ShaderAssembler::spectrumBins);
+    const bool isMade =
+        made->queue_ && made->buffer_ &&
+        std::ranges::all_of(made->spectra_, [](auto& one) { return one != nullptr; });
+    return isMade ? std::move(made) : nullptr;
+}
+
+void SoundTap::prepare(double time, const ParamValues& values) {
+    if (job_)
+        job_->commands.waitUntilCompleted(); // the next one writes to the same buffer
+    job_.reset();
+    auto commands =
+        startSound(*program_, *queue_, *buffer_, time - heard, AudioAnalyzer::window, values);
+    if (commands)
+        job_.emplace(time, values, std::move(*commands));
+}
+
+// Whether the buffer holds what is heard then.
+bool SoundTap::finish(double time, const ParamValues& values) {
+    if (!job_ || job_->time != time || job_->values != values)
+        prepare(time, values);
+    const bool isDone = job_ && finishSound(job_->commands) != SoundResult::failed;
+    job_.reset();
+    return isDone;
 }
 
 ShaderInputs SoundTap::inputs(double time, const ParamValues& values) {
     const double start = time - heard;
-    if (evaluateSound(*program_, *queue_, *buffer_, start, AudioAnalyzer::window, values) ==
-        SoundResult::failed)
+    if (!finish(time, values))
         return ShaderInputs::none();
     std::vector<float> mono = AudioAnalyzer::mono(soundSamples(*buffer_, AudioAnalyzer::window));
     const double before = std::clamp(-start * rate, 0.0, static_cast<double>(mono.size()));
     std::fill_n(mono.begin(), static_cast<std::size_t>(before), 0.0f);
     listen(time, mono);
-    spectrum_->update(analyzer_.spectrum());
-    return {.audio = analyzer_.bands(), .spectrum = &spectrum_->texture()};
+    spectrum_ = (spectrum_ + 1) % spectra_.size();
+    spectra_[spectrum_]->update(analyzer_.spectrum());
+    return {.audio = analyzer_.bands(), .spectrum = &spectrum().texture()};
 }
 
 std::vector<double> SoundTap::timesBefore(double time) {

@@ -6,6 +6,8 @@
 #include "TarnwickRender/ShaderProgram.h"
 #include "TarnwickRender/SpectrumTexture.h"
 
+#include <array>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <span>
@@ -26,9 +28,10 @@ class SoundTap {
 
     // What a frame at `time` seconds hears: the 2048 samples that end there, with silence before
     // time 0. The levels go on from the call before; time that goes back begins in silence. Blocks
-    // for one small job on a queue of its own, so never behind the frame's. The spectrum's texture
-    // is this tap's, and the next call changes it. ShaderInputs::none() where the device fails,
-    // and then all stays as it was.
+    // for one small job, beside the frames in flight where the device has a queue for that. Where
+    // it has not the job waits for all that was committed before it, so a player prepares it. The
+    // spectrum's texture is this tap's; the call after the next mostFramesInFlight changes it.
+    // ShaderInputs::none() where the device fails, and then all stays as it was.
     ShaderInputs inputs(double time, const ParamValues& values);
 
     // The same for a frame that is shown alone: after the frames of the two seconds before it, so
@@ -37,18 +40,35 @@ class SoundTap {
     // The times of these frames, in seconds: 60 a second, none below 0.
     static std::vector<double> timesBefore(double time);
 
+    // Commits the job that inputs() at the same time with the same values takes, and does not wait
+    // for it. Called before the frame before that is committed, it keeps inputs() from waiting for
+    // that frame. A job that nobody took is dropped.
+    void prepare(double time, const ParamValues& values);
+
+    static constexpr std::size_t mostFramesInFlight = 3;
+
     const AudioAnalyzer& analyzer() const { return analyzer_; }
-    const SpectrumTexture& spectrum() const { return *spectrum_; }
+    const SpectrumTexture& spectrum() const { return *spectra_[spectrum_]; } // the newest
 
   private:
+    struct Job {
+        double time; // seconds, of the frame
+        ParamValues values;
+        gpu::CommandBuffer commands;
+    };
+
     SoundTap();
+    bool finish(double time, const ParamValues& values);
     void listen(double time, std::span<const float> mono);
 
     std::shared_ptr<const ShaderProgram> program_;
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<gpu::Buffer> buffer_; // AudioAnalyzer::window samples
     AudioAnalyzer analyzer_;
-    std::unique_ptr<SpectrumTexture> spectrum_;
+    // By turns, since frames in flight still read theirs.
+    std::array<std::unique_ptr<SpectrumTexture>, mostFramesInFlight + 1> spectra_;
+    std::size_t spectrum_ = 0; // the newest of them
+    std::optional<Job> job_;
     std::optional<double> lastTime_; // seconds
 };
 

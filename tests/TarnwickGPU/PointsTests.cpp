@@ -49,6 +49,10 @@ fragment float4 mixed_fragment(Out in [[stage_in]], float2 at [[point_coord]],
     if (at.y > 0.5) other += dots[in.id].size;
     return float4(1, own, other, own * at.x);
 }
+fragment float4 weight_fragment(Out in [[stage_in]], const device Dot* dots [[buffer(0)]]) {
+    float weight = dots[in.id].weight;
+    return float4(weight, -weight, 1, weight * 0.5);
+}
 fragment float4 disc_fragment(Out in [[stage_in]], float2 at [[point_coord]]) {
     if (distance(at, 0.5) > 0.25) discard_fragment();
     return float4(1, 2, in.position.xy / 256);
@@ -291,6 +295,29 @@ TEST_F(Points, addUpAlikeInAnyOrder) {
             differ += std::abs(first[at][channel] - drawn[at][channel]) >
                       std::ldexp(4 + std::abs(drawn[at][0]), -11) * (2 + drawn[at][0]);
     EXPECT_EQ(differ, 0);
+}
+
+// NaN adds nothing and infinity the greatest half, whether the points are drawn or a kernel adds
+// them because there are many for the picture.
+TEST_F(Points, addNeitherNaNNorInfinityByAnyWay) {
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    const std::vector<Dot> strange{dotAt(8.5, 8.5, 1, std::nanf("")), dotAt(20.5, 8.5, 1, infinity),
+                                   dotAt(32.5, 8.5, 1, -infinity), dotAt(44.5, 8.5, 1, 1e30f),
+                                   dotAt(56.5, 8.5, 1, 3)};
+    const PointTraits real = device->state().points;
+    for (const Way& way : ways(real)) {
+        device->state().points = way.traits;
+        const auto state = dots(PixelFormat::rgba16Float, "weight_fragment");
+        const Picture drawn = picture(*state, strange, way.count);
+        const auto at = [&](std::size_t x) { return drawn[8 * width + x]; };
+        constexpr float most = 65504;
+        EXPECT_EQ(at(8), (std::array<float, 4>{0, 0, 1, 0})) << way.name;
+        EXPECT_EQ(at(20), (std::array{most, -most, 1.0f, most})) << way.name;
+        EXPECT_EQ(at(32), (std::array{-most, most, 1.0f, -most})) << way.name;
+        EXPECT_EQ(at(44), (std::array{most, -most, 1.0f, most})) << way.name;
+        EXPECT_EQ(at(56), (std::array{3.0f, -3.0f, 1.0f, 1.5f})) << way.name;
+    }
+    device->state().points = real;
 }
 
 // A kernel cannot run every fragment function: derivatives are the raster's.

@@ -126,6 +126,39 @@ TEST_F(Sound, isHeardAsItEndsAtTheFrame) {
     EXPECT_TRUE(heard.channels.empty() && heard.previous == nullptr);
 }
 
+// A job that was prepared before a frame is committed is not behind it, whatever the device's
+// queues.
+TEST_F(Sound, isHeardWhileAFrameIsInFlight) {
+    const auto loud = sounding(sine);
+    const auto tap = SoundTap::make(loud, *device), other = SoundTap::make(loud, *device);
+    ASSERT_TRUE(tap && other);
+    const ParamValues values{{"tone", 500}};
+    for (const double time : {4.0, 4.1, 4.2, 4.3, 4.4}) {
+        tap->prepare(time, values);
+        other->prepare(time + 1, values); // and not taken
+        EXPECT_EQ(tap->inputs(time, values).audio, other->inputs(time, values).audio);
+        EXPECT_EQ(textureBins(tap->spectrum()), textureBins(other->spectrum()));
+    }
+    const auto heavy =
+        program("float4 shade(float2 uv, constant Uniforms& u, constant Params& p)"
+                " { float x = uv.x; for (int i = 0; x > -1.0; i++) x = fract(x * 1.37 + 0.1);"
+                " return float4(x); }\n"); // 60,000 rounds at each pixel of 128 x 128: a second
+    const auto target = device->newTexture({.format = ShaderProgram::pixelFormat,
+                                            .width = 128,
+                                            .height = 128,
+                                            .usage = {.renderTarget = true}});
+    const auto queue = device->newCommandQueue();
+    auto frame = queue->commandBuffer();
+    auto encoder = frame->renderCommandEncoder({.color = {.texture = target.get()}});
+    heavy->draw(*encoder, {.resolution = {128, 128}}, {});
+    encoder->endEncoding();
+    tap->prepare(5, values);
+    frame->commit();
+    EXPECT_NE(tap->inputs(5, values).spectrum, nullptr);
+    EXPECT_EQ(frame->status(), gpu::CommandBufferStatus::committed);
+    frame->waitUntilCompleted();
+}
+
 TEST_F(Sound, isSilentBeforeItsStartAndAfterAJumpBack) {
     const auto constant = sounding("return float2(0.5);");
     const auto tap = SoundTap::make(constant, *device);
