@@ -52,12 +52,15 @@ bool hearsOf(const Arguments& arguments, const EpisodeFrame& frame) {
 struct Request {
     Output out;
     EpisodeFrame frame;
+    PictureAlpha alpha = PictureAlpha::none;
 };
 
 Request requestOf(const Arguments& arguments) {
     Request request{.out = Output::wanted(arguments, FileKind::pngPicture)};
     EpisodeFrame& frame = request.frame;
     frame.path = arguments.operand("episode");
+    if (arguments.has("--alpha"))
+        request.alpha = PictureAlpha::premultiplied;
     frame.size = pixelSizeOf(arguments, {.width = 1280, .height = 720});
     frame.episode = sourceText(frame.path);
     frame.time = timeOf(arguments, frame.episode);
@@ -70,11 +73,11 @@ Request requestOf(const Arguments& arguments) {
 Status still(const Arguments& arguments) {
     const Request request = requestOf(arguments);
     const Picture picture = pictureOf(request.frame, *drawingDevice());
-    request.out.write(pngOf(picture));
+    request.out.write(pngOf(picture, request.alpha));
     return Status::done;
 }
 
-constexpr std::array<Option, 9> stillOptions{{
+constexpr std::array<Option, 10> stillOptions{{
     {"-o", "OUT.png", "where to write the picture, or - for standard output; required"},
     {"--time", "SECONDS", "of the episode; default: what its @still says, or 10"},
     {"--size", "WxH", "in pixels; default: 1280x720"},
@@ -83,6 +86,7 @@ constexpr std::array<Option, 9> stillOptions{{
     settingsOption,
     noSettingsOption,
     hearOption,
+    {"--alpha", "", "keep the episode's alpha; default: an opaque picture"},
     {"--frame", "N", "the frame's number; default: 30 a second"},
 }};
 

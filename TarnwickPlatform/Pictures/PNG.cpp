@@ -3,6 +3,7 @@
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickBase/WholeFile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -28,21 +29,34 @@ struct Image : png_image {
     Image& operator=(const Image&) = delete;
 };
 
-// The pixels without their fourth bytes, rows without gaps.
-std::vector<std::uint8_t> packedColors(const Picture& picture) {
-    std::vector<std::uint8_t> packed(std::size_t{3} * picture.width * picture.height);
-    std::uint8_t* to = packed.data();
+// Rows without gaps, each pixel of `size` bytes as copy(to, from) leaves it.
+template <typename Copy>
+std::vector<std::uint8_t> packed(const Picture& picture, std::size_t size, const Copy& copy) {
+    std::vector<std::uint8_t> pixels(size * picture.width * picture.height);
+    std::uint8_t* to = pixels.data();
     for (std::size_t row = 0; row < picture.height; ++row) {
         const std::uint8_t* from = picture.bytes.data() + row * picture.bytesPerRow;
-        for (std::size_t column = 0; column < picture.width; ++column, to += 3, from += 4)
-            std::memcpy(to, from, 3);
+        for (std::size_t column = 0; column < picture.width; ++column, to += size, from += 4)
+            copy(to, from);
     }
-    return packed;
+    return pixels;
+}
+
+void copyColors(std::uint8_t* to, const std::uint8_t* from) {
+    std::memcpy(to, from, 3);
+}
+
+void copyStraight(std::uint8_t* to, const std::uint8_t* from) {
+    const int alpha = from[3];
+    for (int channel = 0; channel < 3; ++channel)
+        to[channel] = static_cast<std::uint8_t>(
+            alpha > 0 ? std::min((from[channel] * 255 + alpha / 2) / alpha, 255) : 0);
+    to[3] = from[3];
 }
 
 } // namespace
 
-std::string pngOf(const Picture& picture) {
+std::string pngOf(const Picture& picture, PictureAlpha alpha) {
     precondition(picture.bytesPerRow >= std::size_t{4} * picture.width &&
                      picture.bytes.size() >= picture.bytesPerRow * picture.height,
                  "A picture holds the rows that it says it has.");
@@ -51,8 +65,10 @@ std::string pngOf(const Picture& picture) {
     Image image;
     image.width = picture.width;
     image.height = picture.height;
-    image.format = PNG_FORMAT_BGR; // written as RGB, with the sRGB chunk
-    const std::vector<std::uint8_t> colors = packedColors(picture);
+    const bool isOpaque = alpha == PictureAlpha::none;
+    image.format = isOpaque ? PNG_FORMAT_BGR : PNG_FORMAT_BGRA; // RGB first, with the sRGB chunk
+    const std::vector<std::uint8_t> colors =
+        isOpaque ? packed(picture, 3, copyColors) : packed(picture, 4, copyStraight);
     std::string bytes(PNG_IMAGE_PNG_SIZE_MAX(image), '\0');
     png_alloc_size_t length = bytes.size();
     if (!png_image_write_to_memory(&image, bytes.data(), &length, 0, colors.data(), 0, nullptr))

@@ -24,4 +24,12 @@ for file in ten four; do
     cmp -s $file.png $file-again.png || complain "not the time of $file.metal" still
 done
 cmp -s ten.png four.png && complain '@still changes nothing' still
+# --alpha keeps the episode's alpha; its colours are premultiplied, those of a PNG are not.
+echo 'float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {
+    return uv.x < 0.5 ? float4(0.2, 0.1, 0.0, 0.4) : float4(0.5, 0.0, 0.0, 0.0); }' >glass.metal
+expect 0 '' still glass.metal -o glass.png --size 4x2 --alpha
+expect 0 '' still glass.metal -o opaque.png --size 4x2
+pixels() { ffmpeg -v error -i "$1" -frames:v 1 -f rawvideo -pix_fmt "$2" - | head -c 16 | od -An -tu1 | tr -s ' \n' ' '; }
+have "$(pixels glass.png rgba)" = ' 128 65 0 102 128 65 0 102 0 0 0 0 0 0 0 0 '
+have "$(pixels opaque.png rgb24 | cut -d' ' -f2-13)" = '51 26 0 51 26 0 128 0 0 128 0 0'
 finish
