@@ -1,7 +1,7 @@
-// A folder is removed by whoever holds the lock on its `.tarnwick-owner`. The lock is one of an open
-// file description (fcntl(2), F_OFD_SETLK): unlike a process number it cannot come to mean another
-// process, it counts on all hosts of a network file system, and it is not lost when the process
-// closes another descriptor of the file.
+// A folder is removed by whoever holds the lock on its `.tarnwick-owner`. The lock is one of an
+// open file description (fcntl(2), F_OFD_SETLK): unlike a process number it cannot come to mean
+// another process, it counts on all hosts of a network file system, and it is not lost when the
+// process closes another descriptor of the file.
 #include "TarnwickBase/TemporaryFolder.h"
 
 #include <sys/stat.h>
@@ -40,13 +40,14 @@ bool locked(int descriptor) {
 
 // Whether `path` still is the file that is open.
 bool names(const fs::path& path, int descriptor) {
-    struct stat open {}, named {};
+    struct stat open {
+    }, named{};
     return fstat(descriptor, &open) == 0 && lstat(path.c_str(), &named) == 0 &&
            open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 }
 
-// Removes a folder whose owner's lock is held, and gives the lock back. The owner's file is the last
-// to go and is closed before: network file systems keep an open file under another name.
+// Removes a folder whose owner's lock is held, and gives the lock back. The owner's file is the
+// last to go and is closed before: network file systems keep an open file under another name.
 void clear(const fs::path& folder, int owner) {
     std::error_code ignored;
     std::vector<fs::path> entries;
@@ -117,8 +118,8 @@ TemporaryFolder::TemporaryFolder(const fs::path& parent, std::string_view name) 
     const std::string stem =
         std::string(name.substr(0, longestName)) + "." + std::to_string(getpid());
     for (int number = 1; owner_ < 0 && number <= mostOfOneName; ++number) {
-        path_ = folder / (stem + (number > 1 ? "-" + std::to_string(number) : "") +
-                          std::string(ending));
+        path_ = folder /
+                (stem + (number > 1 ? "-" + std::to_string(number) : "") + std::string(ending));
         if (mkdir(path_.c_str(), 0700) == 0)
             owner_ = newOwner(path_);
         else if (errno != EEXIST)
@@ -126,6 +127,7 @@ TemporaryFolder::TemporaryFolder(const fs::path& parent, std::string_view name) 
     }
     if (owner_ < 0)
         throw TemporaryFolderError("All their names are taken");
+    unfinished_.emplace(path_);
 }
 
 TemporaryFolder::~TemporaryFolder() {

@@ -32,7 +32,9 @@ class FilmFrames {
               const std::function<bool(gpu::CommandBuffer&)>& encodeMore);
 
     // Whether a loop of an episode was ended.
-    bool hitLoopBudget() const { return hitLoopBudget_; }
+    bool hitLoopBudget() const {
+        return hitLoopBudget_ || (pictures_ && pictures_->hitLoopBudget());
+    }
 
   private:
     void begin(const ExportTimeline::Entry& entry, std::int64_t frame,

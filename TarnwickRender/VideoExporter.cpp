@@ -234,12 +234,17 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
     settings.allocate = textures->allocator();
     const Tracks tracks = startedTracks(timeline, preset, settings, frames, file, details);
 
+    ExportState state;
+    auto noteNews = [&] {
+        if (details.news != nullptr)
+            details.news->hitLoopBudget = film.hitLoopBudget() || state.hitLoopBudget();
+    };
     auto goOn = [&](std::int64_t done) {
+        noteNews();
         if (!progress(done, frames.count()))
             throw ExportError(ExportError::Cancelled{});
     };
     auto goOnAtTheEnd = [&] { goOn(frames.count()); };
-    ExportState state;
     SoundTask sound(state, [&] {
         if (tracks.audio != nullptr)
             writeSound(timeline, device, *tracks.audio, *tracks.writer, state, details.patience);
@@ -251,8 +256,7 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
     } catch (const ExportError& error) {
         state.fail(error);
     }
-    if (details.news != nullptr)
-        details.news->hitLoopBudget = film.hitLoopBudget() || state.hitLoopBudget();
+    noteNews();
     state.throwIfFailed(); // the writer goes unfinished
     finish(*tracks.writer, goOnAtTheEnd);
 }

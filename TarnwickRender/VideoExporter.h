@@ -30,7 +30,8 @@ struct FrameRange {
 
 // What becomes known besides the film.
 struct ExportNews {
-    bool hitLoopBudget = false; // a loop of an episode was ended
+    // A loop of an episode was ended; known when the progress of the first such frame is told.
+    bool hitLoopBudget = false;
 };
 
 struct ExportDetails {

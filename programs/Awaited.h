@@ -1,9 +1,9 @@
 // Waiting for what other threads do, without keeping Ctrl-C waiting.
 #pragma once
 
+#include "TarnwickBase/EndSignals.h"
 #include "TarnwickCore/ServiceFailure.h"
 #include "programs/CommandError.h"
-#include "programs/HeldSignals.h"
 #include "programs/TerminalText.h"
 
 #include <chrono>
@@ -30,7 +30,7 @@ auto awaited(HeldSignals& signals, const Call& call, const std::function<void()>
         return future.get();
     } catch (const std::exception&) {
         if (signals.arrived()) {
-            signals.forget(); // the sentence says it
+            signals.answer(); // the sentence says it
             failure("It was cancelled.");
         }
         try {

@@ -9,7 +9,7 @@ static Status devices(const Arguments& arguments) {
         misuse(quoted(arguments.operands().front()) + " is not wanted here.");
     const std::vector<gpu::DeviceInfo> all = gpu::allDevices();
     if (all.empty())
-        failure("There is no device to draw with.");
+        failure(gpu::Device::absence());
     const auto chosen = gpu::Device::systemDefault();
     bool isMarked = false; // of two devices alike the first is the chosen one
     for (std::size_t index = 0; index < all.size(); ++index) {
@@ -19,7 +19,7 @@ static Status devices(const Arguments& arguments) {
               all[index].driver + ")" + (all[index].isCPU ? ", on the CPU" : "") + "\n");
     }
     if (!chosen)
-        failure("None of these devices fits TARNWICK_DEVICE, or none could be opened.");
+        failure(gpu::Device::absence());
     return Status::done;
 }
 

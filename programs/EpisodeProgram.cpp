@@ -60,7 +60,7 @@ void checkSteps(const ShaderProgram& program, double time, std::string_view what
 std::shared_ptr<gpu::Device> drawingDevice() {
     auto device = gpu::Device::systemDefault();
     if (!device)
-        failure("There is no device to draw with; tarnwick devices lists them.");
+        failure(gpu::Device::absence());
     return device;
 }
 

@@ -12,6 +12,7 @@ namespace tarnwick {
 class ExportProgress {
   public:
     void show(std::int64_t done, std::int64_t total); // frames, in [0, total]
+    void hide() { bar_.hide(); } // until the next call of show()
 
     std::int64_t total() const { return total_; } // frames, after the first call
 

@@ -1,8 +1,8 @@
 // tarnwick join: puts the parts of a movie together.
+#include "TarnwickBase/EndSignals.h"
 #include "TarnwickPlatform/Movie/JoinMovies.h"
 #include "TarnwickPlatform/Movie/MovieError.h"
 #include "programs/Command.h"
-#include "programs/HeldSignals.h"
 #include "programs/Output.h"
 #include "programs/ProgressBar.h"
 

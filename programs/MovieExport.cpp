@@ -1,38 +1,20 @@
 #include "programs/MovieExport.h"
 
+#include "TarnwickBase/EndSignals.h"
 #include "programs/CommandError.h"
 #include "programs/EpisodePicture.h"
 #include "programs/EpisodeSettings.h"
 #include "programs/ExportProgress.h"
-#include "programs/HeldSignals.h"
 
 #include <array>
 #include <chrono>
 #include <cinttypes>
 #include <cstdio>
 #include <string>
+#include <utility>
 
 namespace tarnwick {
 namespace {
-
-// The number of its frames.
-std::int64_t exportInto(const std::filesystem::path& file, std::span<const ExportSegment> segments,
-                        const ExportPreset& preset, gpu::Device& device,
-                        const ExportDetails& details) {
-    HeldSignals signals;
-    ExportProgress progress;
-    const auto goesOn = [&](std::int64_t done, std::int64_t total) {
-        progress.show(done, total);
-        return !signals.arrived();
-    };
-    try {
-        VideoExporter::export_(segments, preset, device, file, goesOn, details);
-    } catch (const ExportError& error) {
-        signals.forget(); // the sentence says it
-        failure(error.what());
-    }
-    return progress.total();
-}
 
 // "rose.mp4: 300 frames, 10 s, 2.4 MB, made in 41 s."
 std::string summary(const MovieTarget& target, std::int64_t frames, std::uintmax_t bytes,
@@ -79,12 +61,30 @@ void exportMovie(std::span<const ExportSegment> segments, const MovieTarget& tar
 std::int64_t exportMovieFile(std::span<const ExportSegment> segments, const ExportPreset& preset,
                              gpu::Device& device, const std::filesystem::path& file,
                              std::string_view path, ExportDetails details) {
+    HeldSignals signals;
+    ExportProgress progress;
     ExportNews news;
     details.news = &news;
-    const std::int64_t frames = exportInto(file, segments, preset, device, details);
-    if (news.hitLoopBudget)
+    bool isLoopTold = false;
+    const auto tellOfLoop = [&] {
+        if (!news.hitLoopBudget || std::exchange(isLoopTold, true))
+            return;
+        progress.hide();
         warnOfLoopBudget(path, "movie");
-    return frames;
+    };
+    const auto goesOn = [&](std::int64_t done, std::int64_t total) {
+        tellOfLoop();
+        progress.show(done, total);
+        return !signals.arrived();
+    };
+    try {
+        VideoExporter::export_(segments, preset, device, file, goesOn, details);
+        tellOfLoop();
+    } catch (const ExportError& error) {
+        signals.answer(); // the sentence says it
+        failure(error.what());
+    }
+    return progress.total();
 }
 
 } // namespace tarnwick

@@ -1,8 +1,8 @@
 #include "programs/NewFolder.h"
 
+#include "TarnwickBase/EndSignals.h"
 #include "TarnwickBase/WholeFile.h"
 #include "programs/CommandError.h"
-#include "programs/HeldSignals.h"
 
 #include <cerrno>
 #include <cstring>

@@ -1,9 +1,9 @@
 #include "programs/Output.h"
 
+#include "TarnwickBase/EndSignals.h"
 #include "TarnwickBase/OutputFile.h"
 #include "TarnwickBase/WholeFile.h"
 #include "programs/CommandError.h"
-#include "programs/HeldSignals.h"
 
 #include <algorithm>
 #include <array>

@@ -21,7 +21,7 @@ void pause(double seconds, Date end, HeldSignals& signals) {
     const auto next = Clock::now() + std::chrono::duration<double>(seconds);
     while (Clock::now() < next) {
         if (signals.arrived()) {
-            signals.forget(); // the sentence says it
+            signals.answer(); // the sentence says it
             failure("It was cancelled.");
         }
         if (currentDate() >= end)

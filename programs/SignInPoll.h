@@ -1,8 +1,8 @@
 // Waiting until a user has confirmed a sign-in.
 #pragma once
 
+#include "TarnwickBase/EndSignals.h"
 #include "TarnwickCore/APIClient.h"
-#include "programs/HeldSignals.h"
 
 namespace tarnwick {
 

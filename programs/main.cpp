@@ -1,4 +1,5 @@
 // tarnwick: checks, assembles, compiles, draws and hears episodes from the command line.
+#include "TarnwickBase/EndSignals.h"
 #include "TarnwickBase/FreedMemory.h"
 #include "TarnwickBase/Version.h"
 #include "programs/Command.h"
@@ -130,22 +131,30 @@ Status runProgram(std::span<const char* const> words) {
     return Status::done;
 }
 
+// Says why the program failed, if it did.
+Status statusOf(std::span<const char* const> words) {
+    try {
+        return runProgram(words);
+    } catch (const CommandError& error) {
+        std::fprintf(stderr, "tarnwick: %s\n", error.what());
+        return error.status;
+    } catch (const std::bad_alloc&) {
+        std::fprintf(stderr, "tarnwick: There is not enough memory.\n");
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "tarnwick: %s\n", error.what());
+    }
+    return Status::failed;
+}
+
 } // namespace
 } // namespace tarnwick
 
 int main(int count, char** words) {
     using namespace tarnwick;
     keepFreedMemory();
-    try {
-        const std::span<const char* const> all(words, static_cast<std::size_t>(count));
-        return static_cast<int>(runProgram(all.subspan(all.empty() ? 0 : 1)));
-    } catch (const CommandError& error) {
-        std::fprintf(stderr, "tarnwick: %s\n", error.what());
-        return static_cast<int>(error.status);
-    } catch (const std::bad_alloc&) {
-        std::fprintf(stderr, "tarnwick: There is not enough memory.\n");
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "tarnwick: %s\n", error.what());
-    }
-    return static_cast<int>(Status::failed);
+    const EndSignals signals;
+    const std::span<const char* const> all(words, static_cast<std::size_t>(count));
+    const Status status = statusOf(all.subspan(all.empty() ? 0 : 1));
+    signals.endIfArrived();
+    return static_cast<int>(status);
 }

@@ -17,9 +17,11 @@ Shows the saver of a bundle, or of an episode. An episode with Inputs meets sile
   --settings FILE.json     the settings of the episode (default: NAME.json beside NAME.metal)
   --no-settings            ignores the settings beside the episode
   --window-id ID           shows it in this window; without it the environment's XSCREENSAVER_WINDOW
-                           is taken, then --root, then a window of its own
+                           is taken, then --root, then a window of its own; a small window within
+                           another, as in XScreenSaver's settings, is shown like --preview
   --root                   shows it in the root window
-  --preview                as the small picture in the settings: 15 frames per second
+  --preview                as the small picture in the settings: 15 frames per second and
+                           small text
   --size WxH               the size of its own window or picture, in pixels
   --offscreen SECONDS      draws off screen, as fast as it can, and keeps the last frame
   --without-display SECONDS

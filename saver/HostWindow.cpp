@@ -53,6 +53,19 @@ Window virtualRoot(Display* display, Window root) {
     return root;
 }
 
+// Whether a window lies within another that is not the root, and is small.
+bool isSmallPart(Display* display, Window window, const XWindowAttributes& attributes) {
+    Window root = 0, parent = 0, *list = nullptr;
+    unsigned count = 0;
+    XWindowAttributes screen{};
+    if (XQueryTree(display, window, &root, &parent, &list, &count) == 0 ||
+        XGetWindowAttributes(display, root, &screen) == 0)
+        return false;
+    const std::unique_ptr<Window, FreedByX> children(list);
+    return parent != root && window != root && 2 * attributes.width < screen.width &&
+           2 * attributes.height < screen.height;
+}
+
 // A colour channel of 8 bits, in the place that a visual's mask gives it.
 unsigned long channel(std::uint8_t value, unsigned long mask) {
     if (mask == 0)
@@ -69,6 +82,7 @@ struct HostWindow::Parts {
     Visual* visual = nullptr;
     int depth = 0;
     bool isOwn = false;
+    bool isPreview = false;
     bool isMapped = false;
     bool isCovered = false;
     bool isGone = false;
@@ -118,6 +132,7 @@ void HostWindow::Parts::adopt() {
         throw HostError("There is no window " + hexadecimal(window) + " on this display.");
     visual = attributes.visual;
     depth = attributes.depth;
+    isPreview = !isOwn && isSmallPart(display, window, attributes);
     isMapped = isOwn || attributes.map_state != IsUnmapped;
     size = {static_cast<std::uint32_t>(attributes.width),
             static_cast<std::uint32_t>(attributes.height)};
@@ -208,6 +223,10 @@ const PixelSize& HostWindow::size() const {
 
 bool HostWindow::isGone() const {
     return parts_->isGone;
+}
+
+bool HostWindow::isPreview() const {
+    return parts_->isPreview;
 }
 
 bool HostWindow::isVisible() const {

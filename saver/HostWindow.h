@@ -44,6 +44,10 @@ class HostWindow {
 
     // The window was destroyed or closed, or the display went away.
     bool isGone() const;
+    // Whether it looks like the small picture in the settings of another program: a window that was
+    // given, which lies within another one and has less than half of the screen's width and height.
+    // (XScreenSaver says nothing else about it.)
+    bool isPreview() const;
     // Mapped and not wholly covered.
     bool isVisible() const;
 

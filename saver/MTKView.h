@@ -58,8 +58,16 @@ class MTKView {
     // the delegate hears of.
     void superviewDidResize(const Rectangle& bounds);
 
-    // One frame: calls the delegate's drawInMTKView.
+    // One frame: calls the delegate's drawInMTKView. Blocks while there is no room for one.
     void draw();
+
+    // Waits until the target has room for a frame, at most so many seconds; whether it has. Frames
+    // that were drawn meanwhile are shown.
+    bool waitForRoom(double seconds) { return target_->waitForRoom(seconds); }
+    // Waits until all frames are drawn, at most so many seconds; whether they are.
+    bool waitUntilDrawn(double seconds) { return target_->frames.waitUntilDrawn(seconds); }
+    // Whether the frames take too long to be shown (FrameTimes.h).
+    bool framesTakeTooLong() const { return target_ && target_->frames.takeTooLong(); }
 
     // While the delegate draws a frame. Both take the frame's drawable when it is first asked for
     // and are absent when there is none.

@@ -7,20 +7,46 @@
 namespace tarnwick {
 namespace {
 
-void drawFrames(MTKView& metal, double seconds, OffscreenRun& run) {
+constexpr double longestWait = 0.1; // seconds, between two looks at how long the frames take
+
+// Whether it did not take too long.
+bool waitUntilDrawn(TarnwickSaverView& view, MTKView& metal) {
+    while (!view.failure() && !metal.waitUntilDrawn(longestWait))
+        view.judgeFrames();
+    return !view.failure();
+}
+
+// Whether it could: the frames before it did not take too long.
+bool drawNext(TarnwickSaverView& view, MTKView& metal) {
+    view.judgeFrames();
+    while (!view.failure() && !metal.waitForRoom(longestWait))
+        view.judgeFrames();
+    if (!view.failure())
+        metal.draw();
+    return !view.failure();
+}
+
+void drawFrames(TarnwickSaverView& view, double seconds, OffscreenRun& run) {
+    MTKView& metal = *view.metal();
     auto owned = std::make_unique<PictureTarget>(*metal.device(), metal.frame().pixels());
     PictureTarget& target = *owned;
     metal.setTarget(std::move(owned));
-    metal.draw();
-    target.waitUntilDrawn();
+    if (!drawNext(view, metal) || !waitUntilDrawn(view, metal))
+        return;
     const double start = currentMediaTime();
-    while (currentMediaTime() - start < seconds && !metal.device()->isLost()) {
-        metal.draw();
+    while (currentMediaTime() - start < seconds && !metal.device()->isLost() &&
+           drawNext(view, metal))
         ++run.frames;
-    }
-    target.waitUntilDrawn();
+    if (!waitUntilDrawn(view, metal))
+        return;
     run.seconds = currentMediaTime() - start;
     run.last = target.lastPicture();
+}
+
+void keepFailure(const TarnwickSaverView& view, const PixelSize& size, OffscreenRun& run) {
+    run.failure = view.failure();
+    run.last = blackPicture(size);
+    view.drawRect(run.last);
 }
 
 } // namespace
@@ -28,18 +54,16 @@ void drawFrames(MTKView& metal, double seconds, OffscreenRun& run) {
 OffscreenRun drawOffscreen(const Bundle& bundle, ScreenKind kind, const PixelSize& size,
                            double seconds) {
     const Rectangle frame{0, 0, static_cast<double>(size.width), static_cast<double>(size.height)};
-    const TarnwickSaverView view(frame, kind, bundle);
-    OffscreenRun run;
-    run.failure = view.failure();
-    run.settingsRemarks = view.settingsRemarks();
-    if (run.failure) {
-        run.last = blackPicture(size);
-        view.drawRect(run.last);
-        return run;
+    const auto view = std::make_shared<TarnwickSaverView>(frame, kind, bundle);
+    OffscreenRun run{.view = view};
+    run.settingsRemarks = view->settingsRemarks();
+    if (!view->failure()) {
+        run.device = view->metal()->device()->info().name;
+        drawFrames(*view, seconds, run);
+        run.absence = view->absence();
     }
-    run.device = view.metal()->device()->info().name;
-    drawFrames(*view.metal(), seconds, run);
-    run.absence = view.absence();
+    if (view->failure())
+        keepFailure(*view, size, run);
     if (run.last.bytes.empty())
         throw HostError("The device " + run.device + " drew no picture.");
     return run;

@@ -4,8 +4,9 @@
 #include "TarnwickPlatform/Bundle/Bundle.h"
 #include "TarnwickPlatform/Pictures/Picture.h"
 #include "saver/Geometry.h"
-#include "saver/ScreenSaverView.h"
+#include "saver/TarnwickSaverView.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,6 +14,9 @@
 namespace tarnwick {
 
 struct OffscreenRun {
+    // Keeps what drew. Its end waits for a frame that the device is still at, as after frames that
+    // take too long.
+    std::shared_ptr<const TarnwickSaverView> view;
     std::string device; // its name; empty after a failure
     int frames = 0;     // drawn after the first, which is not timed: the driver compiles in it
     double seconds = 0; // that they took

@@ -26,23 +26,15 @@ class PictureTarget final : public FrameTarget {
     const gpu::Texture* nextTexture() override;
     void present(gpu::CommandBuffer commands) override;
 
-    // Blocks until every presented frame is drawn.
-    void waitUntilDrawn();
-
     // The newest presented frame. Blocks until it is drawn. No pixels before the first frame.
     Picture lastPicture();
 
   private:
-    struct Slot {
-        std::unique_ptr<gpu::Texture> texture;
-        std::optional<gpu::CommandBuffer> commands; // the frame in flight, until it is waited for
-
-        void waitUntilDrawn();
-    };
+    static constexpr std::size_t count = 3; // as many frames in flight as a window's layer has
 
     gpu::Device* device_;
-    std::array<Slot, 3> slots_; // as many frames in flight as a window's layer has
-    std::size_t next_ = 0;      // the slot that nextTexture gives
+    std::array<std::unique_ptr<gpu::Texture>, count> textures_;
+    std::size_t next_ = 0; // the one that nextTexture gives
     std::optional<std::size_t> last_;
 };
 

@@ -1,5 +1,6 @@
 #include "saver/Program.h"
 
+#include "TarnwickBase/EndSignals.h"
 #include "TarnwickBase/OutputFile.h"
 #include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickBase/Version.h"
@@ -62,8 +63,12 @@ Status drawPicture(const HostOptions& options, const Bundle& bundle, double seco
             << " frames per second on " << run.device << ", drawn as fast as it can: " << run.frames
             << " frames of " << run.last.width << " x " << run.last.height << " in " << run.seconds
             << " s.\n";
-    out << "The last frame is in " << fs::absolute(options.picture).string() << ".\n";
-    return run.failure || run.absence ? Status::failed : Status::done;
+    out << "The last frame is in " << fs::absolute(options.picture).string() << ".
+" << std::flush;
+    errors << std::flush;
+    const Status status = run.failure || run.absence ? Status::failed : Status::done;
+    endSoon(static_cast<int>(status)); // the device may be at work for longer
+    return status;
 }
 
 Status show(const HostOptions& options, const Bundle& bundle, std::ostream& out,

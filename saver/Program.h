@@ -9,7 +9,7 @@
 namespace tarnwick {
 
 // Does what the arguments (without the program's name) ask for and says how it went. Gives the
-// status to exit with. Blocks. To be called while the process has one thread.
+// status to exit with. Blocks. Signals that ask the process to end are main()'s (EndSignals.h).
 Status runSaver(std::span<const char* const> arguments, std::ostream& out, std::ostream& errors);
 
 } // namespace tarnwick

@@ -28,6 +28,8 @@ void TarnwickSaverView::setUp(const Bundle& bundle) {
     std::shared_ptr<gpu::Device> device = gpu::Device::systemDefault();
     if (!device) {
         failure_ = "No Metal device.";
+        if (!gpu::allDevices().empty())
+            *failure_ += " " + gpu::Device::absence();
         return;
     }
     const auto shader = bundle.pathForResource("shader", "metal", "Shader");
@@ -83,6 +85,11 @@ void TarnwickSaverView::addMetalView(std::shared_ptr<gpu::Device> device) {
     metal_->preferredFramesPerSecond = isPreview() ? 15 : 30;
     metal_->delegate = this;
     addSubview(*metal_);
+}
+
+void TarnwickSaverView::judgeFrames() {
+    if (!failure_ && metal_ && metal_->framesTakeTooLong())
+        failure_ = "The shader takes too long.";
 }
 
 void TarnwickSaverView::mtkViewDrawableSizeWillChange(MTKView&, const PixelSize&) {

@@ -20,9 +20,9 @@ namespace tarnwick {
 
 // Reads Shader/shader.metal and Shader/saver.json of its bundle. Everything is set up in the
 // constructor and nothing is tried again: afterwards there is either a subview (metal()) that draws
-// or a failure. The settings are optional: a document that is missing or malformed changes nothing;
-// values outside a declared range are clamped.
-// Never waits for the GPU, but for a drawable while three frames are in flight.
+// or a failure. Frames that take too long are a failure too, later. The settings are optional: a
+// document that is missing or malformed changes nothing; values outside a declared range are
+// clamped. Never waits for the GPU, but for a drawable where its host draws while there is no room.
 class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate {
   public:
     TarnwickSaverView(const Rectangle& frame, ScreenKind kind, const Bundle& bundle,
@@ -33,7 +33,7 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
     bool hasConfigureSheet() const override { return false; }
     void* configureSheet() const override { return nullptr; }
 
-    MTKView* metal() const { return metal_.get(); } // null after a failure
+    MTKView* metal() const { return failure_ ? nullptr : metal_.get(); } // null after a failure
     const std::optional<std::string>& failure() const { return failure_; }
     // Why the last frame was black though there is no failure: its episode needs GPU objects that
     // the device could not make at this size.
@@ -41,6 +41,11 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
     const Settings& settings() const { return settings_; }
     // What is amiss with the settings document, a sentence each; the saver draws all the same.
     const std::vector<std::string>& settingsRemarks() const { return settingsRemarks_; }
+    // Whether setting up succeeded, so that frames may have been shown, also before a failure.
+    bool mayHaveDrawn() const { return metal_ != nullptr; }
+    // Looks how long the frames take: too long is a failure. To be asked now and then. Never
+    // blocks.
+    void judgeFrames();
     double clock() const { return clock_; } // seconds during which frames were drawn
 
   private:

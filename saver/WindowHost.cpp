@@ -1,6 +1,6 @@
 #include "saver/WindowHost.h"
 
-#include "saver/EndSignals.h"
+#include "TarnwickBase/EndSignals.h"
 #include "saver/FrameClock.h"
 #include "saver/HostError.h"
 #include "saver/WindowTarget.h"
@@ -15,6 +15,8 @@ namespace {
 // Seconds. The drivers read the connection too and may take in news of ours, of which the
 // descriptor then says nothing.
 constexpr double longestWait = 0.1;
+// Seconds. Frames that were begun before a failure may be shown over its screen.
+constexpr double longestStale = 1;
 
 Rectangle frameOf(const HostWindow& window) {
     return {0, 0, static_cast<double>(window.size().width),
@@ -26,7 +28,7 @@ void attach(MTKView& metal, const HostWindow& window) {
     if (!layer)
         throw HostError("The device " + metal.device()->info().name +
                         " cannot draw into this window.");
-    metal.setTarget(std::make_unique<WindowTarget>(std::move(layer)));
+    metal.setTarget(std::make_unique<WindowTarget>(*metal.device(), std::move(layer)));
 }
 
 void showBackground(const TarnwickSaverView& view, HostWindow& window) {
@@ -36,15 +38,18 @@ void showBackground(const TarnwickSaverView& view, HostWindow& window) {
 }
 
 // Until there is something to read, or `seconds` have passed.
-void wait(const HostWindow& window, const EndSignals& signals, double seconds) {
+void wait(const HostWindow& window, const HeldSignals& signals, double seconds) {
     std::array<pollfd, 2> entries{{{.fd = window.connection(), .events = POLLIN, .revents = 0},
                                    {.fd = signals.descriptor(), .events = POLLIN, .revents = 0}}};
     const timespec time{.tv_sec = 0, .tv_nsec = static_cast<long>(seconds * 1e9)};
     ppoll(entries.data(), entries.size(), &time, nullptr);
 }
 
-// Draws a frame if one is due; gives the seconds until something is to be done again.
+// Draws a frame if one is due and there is room for it; gives the seconds until something is to be
+// done again.
 double drawWhenDue(MTKView& metal, FrameClock& frames) {
+    if (!metal.waitForRoom(longestWait))
+        return 0;
     const double now = currentMediaTime();
     const double left = frames.secondsUntilDue(now);
     if (left > 0)
@@ -66,29 +71,36 @@ class Speaker {
             said_ = sentence;
     }
 
+    bool hasSpoken() const { return said_.has_value(); }
+
   private:
     const std::function<void(const std::string&)>& failed_;
     std::optional<std::string> said_;
 };
 
-void showUntilEnd(TarnwickSaverView& view, HostWindow& window, const EndSignals& signals,
+void showUntilEnd(TarnwickSaverView& view, HostWindow& window, const HeldSignals& signals,
                   Speaker& speaker) {
-    MTKView* metal = view.metal();
-    FrameClock frames(metal != nullptr ? metal->preferredFramesPerSecond : 1);
+    FrameClock frames(view.metal() != nullptr ? view.metal()->preferredFramesPerSecond : 1);
+    double shown = 0; // when the background was, in seconds of the host clock
     bool isBackgroundStale = true;
-    while (!signals.haveArrived()) {
+    while (!signals.arrived()) {
         const HostWindow::News news = window.readNews();
         if (window.isGone())
             return;
         if (news.resized)
             view.setFrame(frameOf(window));
-        isBackgroundStale |= news.exposed || news.resized;
+        view.judgeFrames();
+        MTKView* const metal = view.metal();
+        isBackgroundStale |= news.exposed || news.resized ||
+                             (view.mayHaveDrawn() && currentMediaTime() - shown > longestStale);
         if (metal == nullptr && isBackgroundStale && window.isVisible()) {
             showBackground(view, window);
             isBackgroundStale = false;
+            shown = currentMediaTime();
         }
         const bool draws = metal != nullptr && window.isVisible();
         const double left = draws ? drawWhenDue(*metal, frames) : longestWait;
+        speaker.say(view.failure());
         speaker.say(view.absence());
         if (left > 0)
             wait(window, signals, left);
@@ -100,9 +112,10 @@ void showUntilEnd(TarnwickSaverView& view, HostWindow& window, const EndSignals&
 void showInWindow(const Bundle& bundle, ScreenKind kind, const WindowChoice& choice,
                   const std::function<void(const std::string&)>& failed,
                   const std::function<void(const std::string&)>& remarked) {
-    const EndSignals signals;
+    HeldSignals signals;
     HostWindow window(choice);
-    TarnwickSaverView view(frameOf(window), kind, bundle); // after its window: it must go first
+    const ScreenKind shown = window.isPreview() ? ScreenKind::preview : kind;
+    TarnwickSaverView view(frameOf(window), shown, bundle); // after its window: it must go first
     window.setTitle(view.settings().name);
     Speaker speaker(failed);
     for (const std::string& remark : view.settingsRemarks())
@@ -111,6 +124,8 @@ void showInWindow(const Bundle& bundle, ScreenKind kind, const WindowChoice& cho
     if (!view.failure())
         attach(*view.metal(), window);
     showUntilEnd(view, window, signals, speaker);
+    signals.answer();
+    endSoon(speaker.hasSpoken() ? 1 : 0); // the device may be at work for longer
 }
 
 } // namespace tarnwick

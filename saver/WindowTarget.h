@@ -9,15 +9,27 @@
 
 namespace tarnwick {
 
+namespace gpu {
+class Device;
+}
+
 class WindowTarget final : public FrameTarget {
   public:
-    explicit WindowTarget(std::unique_ptr<gpu::Layer> layer) : layer_(std::move(layer)) {}
+    WindowTarget(gpu::Device& device, std::unique_ptr<gpu::Layer> layer);
 
     void resize(const PixelSize& size) override;
+    bool waitForRoom(double seconds) override;
     const gpu::Texture* nextTexture() override;
     void present(gpu::CommandBuffer commands) override;
 
   private:
+    // Drivers for the CPU wait in presenting until the picture is drawn. The host is not to wait,
+    // so there a frame is presented when it is done, by a command buffer of its own.
+    void presentDrawn();
+
+    bool presentsDrawn_;
+    bool isDrawing_ = false; // drawable_ is committed and not presented
+    std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<gpu::Layer> layer_;
     std::optional<gpu::Drawable> drawable_; // after its layer: it must go first
 };

@@ -1,3 +1,4 @@
+#include "TarnwickBase/EndSignals.h"
 #include "TarnwickBase/FreedMemory.h"
 #include "saver/Program.h"
 
@@ -6,6 +7,7 @@
 
 int main(int count, char** arguments) {
     tarnwick::keepFreedMemory();
+    const tarnwick::EndSignals signals;
     const auto given = static_cast<std::size_t>(count);
     return static_cast<int>(tarnwick::runSaver({arguments + 1, given - 1}, std::cout, std::cerr));
 }

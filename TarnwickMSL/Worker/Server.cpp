@@ -10,6 +10,8 @@
 
 #include <cerrno>
 #include <poll.h>
+#include <thread>
+#include <unistd.h>
 
 namespace tarnwick::msl {
 namespace {
@@ -47,6 +49,16 @@ void limitMemory() {
 #endif
     const rlimit none{.rlim_cur = 0, .rlim_max = 0};
     setrlimit(RLIMIT_CORE, &none);
+}
+
+// Ends this process when its parent ends, however that comes and whatever the compiler is at.
+void endWithParent(int connection) {
+    std::thread([connection] {
+        pollfd gone{.fd = connection, .events = 0, .revents = 0};
+        while (poll(&gone, 1, -1) < 0) {
+        }
+        _exit(0);
+    }).detach();
 }
 
 // Ends this process (by SIGPROF's default) should its parent be gone and the work never end.
@@ -95,6 +107,7 @@ bool answerOne(int connection, const StandardLibrary& library) {
 
 void serve(int connection) {
     limitMemory();
+    endWithParent(connection);
     const StandardLibrary library = standardLibrary();
     if (!isRequestWaiting(connection))
         rehearse(library);

@@ -69,7 +69,7 @@ tr '\0' ' ' </proc/$process/cmdline | grep -q -e "$token" -e device-77 && compla
 have "$(awk '/^Max core file size/ { print $5 $6 }' /proc/$process/limits)" = 00
 kill -TERM $process # a shell keeps SIGINT from what runs beside it
 wait $process
-have $? = 1
+have $? = 143 # by the signal, as a shell expects
 grep -q -x 'tarnwick: It was cancelled.' err || complain 'not cancelled in a sentence' sign-in
 have -z "$(ls $kept)"
 finish

@@ -6,5 +6,8 @@ last=$(($(wc -l <out) - 1))
 export TARNWICK_DEVICE=$last
 expect 0 "^$last \* " devices
 export TARNWICK_DEVICE='no such device'
-expect 1 'fits TARNWICK_DEVICE' devices
+unknown='^tarnwick: TARNWICK_DEVICE is "no such device", which is neither .*: 0 .*\.$'
+expect 1 "$unknown" devices
+episode >e.metal
+expect 1 "$unknown" still e.metal -o e.png
 finish

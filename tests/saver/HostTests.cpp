@@ -163,6 +163,40 @@ TEST_F(Host, showsEachFailure) {
     }
 }
 
+// As XScreenSaver's settings give it, which do not say that it is the preview.
+TEST_F(Host, takesASmallWindowWithinAnotherForThePreview) {
+    const TestBundle files("");
+    const unsigned long settings = display.makeWindow({0, 0, 600, 400});
+    for (const bool isSmall : {true, false}) {
+        const Rectangle frame{10, 10, isSmall ? 300.0 : 330.0, 200};
+        const unsigned long window = display.makeWindow(frame, settings);
+        ProgramRun run({"--bundle", files.folder(), "--window-id", std::to_string(window)},
+                       environment());
+        expectFailureScreen(window, "The saver has no shader in it.", isSmall ? 9 : 18);
+    }
+}
+
+// Some 60,000 rounds at each of 25,600 pixels.
+constexpr const char* endless = SHADE "{ float x = uv.x; for (int i = 0; x > -1.0; i++)"
+                                      " x = fract(x * 1.37 + u.time * 0.1); return float4(x); }";
+
+TEST_F(Host, saysThatAShaderTakesTooLongAndEndsAllTheSame) {
+    const TestBundle files(endless);
+    const std::string message = "The shader takes too long.";
+    const std::string picture = files.folder() + "/last.png";
+    ProgramRun offscreen({"--offscreen", "60", "--bundle", files.folder(), "-o", picture}, {});
+    EXPECT_EQ(offscreen.waitForEnd(60), 1);
+    EXPECT_TRUE(offscreen.said().starts_with(message + "\n")) << offscreen.said();
+
+    ProgramRun run({"--bundle", files.folder(), "--size", "640x480"}, environment());
+    const auto window = display.waitForWindow();
+    ASSERT_TRUE(window) << run.said();
+    ASSERT_TRUE(eventually([&] { return run.said() == message + "\n"; }, 60)) << run.said();
+    expectFailureScreen(*window, message, 18);
+    run.signal(SIGTERM);
+    EXPECT_EQ(run.waitForEnd(10), 1); // 2 s on an idle machine; a frame takes a minute
+}
+
 TEST_F(Host, showsInAWindowThatItIsGivenAndEndsWithIt) {
     const TestBundle files(episode);
     for (const bool byEnvironment : {false, true}) {

@@ -73,11 +73,11 @@ unsigned long VirtualDisplay::root() const {
     return DefaultRootWindow(xlib(display_));
 }
 
-unsigned long VirtualDisplay::makeWindow(const Rectangle& frame) {
+unsigned long VirtualDisplay::makeWindow(const Rectangle& frame, unsigned long parent) {
     const PixelSize size = frame.pixels();
-    const Window window =
-        XCreateSimpleWindow(xlib(display_), root(), static_cast<int>(frame.x),
-                            static_cast<int>(frame.y), size.width, size.height, 0, 0, 0x00FF00);
+    const Window window = XCreateSimpleWindow(xlib(display_), parent != 0 ? parent : root(),
+                                              static_cast<int>(frame.x), static_cast<int>(frame.y),
+                                              size.width, size.height, 0, 0, 0x00FF00);
     XMapWindow(xlib(display_), window);
     XSync(xlib(display_), False);
     return window;

@@ -24,7 +24,8 @@ class VirtualDisplay {
     void end();                                       // as if the server had crashed
 
     unsigned long root() const;
-    unsigned long makeWindow(const Rectangle& frame); // mapped, of this test's client
+    // Mapped, of this test's client, within another window, or the root.
+    unsigned long makeWindow(const Rectangle& frame, unsigned long parent = 0);
     void destroyWindow(unsigned long window);
     void resizeWindow(unsigned long window, const PixelSize& size);
     void nameVirtualRoot(unsigned long window);

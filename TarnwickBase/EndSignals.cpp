@@ -1,0 +1,147 @@
+#include "TarnwickBase/EndSignals.h"
+
+#include "TarnwickBase/Precondition.h"
+#include "TarnwickBase/Unfinished.h"
+
+#include <sys/eventfd.h>
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdint>
+#include <mutex>
+#include <poll.h>
+#include <string_view>
+#include <unistd.h>
+
+namespace tarnwick {
+namespace {
+
+constexpr std::array numbers{SIGINT, SIGTERM, SIGHUP};
+constexpr std::chrono::milliseconds longestHold{1500};
+
+// All that a signal's handler can reach.
+struct Arrival {
+    std::atomic<int> number = 0;      // of the first that arrived; 0 before
+    std::atomic<int> descriptor = -1; // an event: readable once one has arrived
+    std::atomic<int> holders = 0;
+    std::atomic<int> status = -1; // to end with instead of by the signal; -1: none
+};
+
+constinit Arrival arrival;
+std::array<struct sigaction, numbers.size()> before;
+
+void signalEvent() {
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const auto ignored = write(arrival.descriptor, &one, sizeof one);
+}
+
+// Any thread runs it: blocking the signals in ours would leave them to those of the drivers.
+void take(int number) {
+    const int error = errno;
+    int none = 0;
+    arrival.number.compare_exchange_strong(none, number);
+    signalEvent();
+    errno = error;
+}
+
+void wipeTerminalLine() {
+    constexpr std::string_view wipe = "\r\033[K"; // a progress bar may stand there
+    if (isatty(STDERR_FILENO) == 1) [[maybe_unused]]
+        const auto ignored = write(STDERR_FILENO, wipe.data(), wipe.size());
+}
+
+// No destructors, no handlers of exit(): those of drivers wait for what the GPU is at.
+[[noreturn]] void endProcess() {
+    static std::mutex once;
+    once.lock(); // for good: a second thread that wants the same waits for the end here
+    removeUnfinished();
+    wipeTerminalLine();
+    if (arrival.status >= 0)
+        _exit(arrival.status);
+    const int number = arrival.number;
+    struct sigaction usual {};
+    usual.sa_handler = SIG_DFL;
+    sigaction(number, &usual, nullptr);
+    sigset_t only;
+    sigemptyset(&only);
+    sigaddset(&only, number);
+    pthread_sigmask(SIG_UNBLOCK, &only, nullptr);
+    std::raise(number);
+    _exit(128 + number);
+}
+
+} // namespace
+
+EndSignals::EndSignals() {
+    precondition(arrival.descriptor < 0, "A process has one EndSignals.");
+    arrival.descriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    precondition(arrival.descriptor >= 0, "A process has room for a descriptor when it starts.");
+    struct sigaction action {};
+    action.sa_handler = take;
+    action.sa_flags = SA_RESTART;
+    for (std::size_t at = 0; at < numbers.size(); ++at) {
+        sigaction(numbers[at], nullptr, &before[at]);
+        if (before[at].sa_handler != SIG_IGN)
+            sigaction(numbers[at], &action, nullptr);
+    }
+    watcher_ = std::thread([this] { watch(); });
+}
+
+void EndSignals::watch() const {
+    pollfd event{.fd = arrival.descriptor, .events = POLLIN, .revents = 0};
+    while (poll(&event, 1, -1) < 0) {
+    }
+    if (arrival.number == 0 && arrival.status < 0)
+        return; // the process ends by itself
+    const auto deadline = std::chrono::steady_clock::now() + longestHold;
+    while ((arrival.holders > 0 || arrival.status >= 0) &&
+           std::chrono::steady_clock::now() < deadline) {
+        if (isOver_)
+            return;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    endProcess();
+}
+
+EndSignals::~EndSignals() {
+    isOver_ = true;
+    signalEvent();
+    watcher_.join();
+    for (std::size_t at = 0; at < numbers.size(); ++at)
+        sigaction(numbers[at], &before[at], nullptr);
+    close(arrival.descriptor.exchange(-1));
+}
+
+void EndSignals::endIfArrived() const {
+    if (arrival.number != 0)
+        endProcess();
+}
+
+void endSoon(int status) {
+    arrival.status = status;
+    signalEvent();
+}
+
+HeldSignals::HeldSignals() {
+    ++arrival.holders;
+}
+
+HeldSignals::~HeldSignals() {
+    if (isAnswered_)
+        return; // and goes on holding, until main() ends
+    if (arrived())
+        endProcess();
+    --arrival.holders;
+}
+
+bool HeldSignals::arrived() const {
+    return arrival.number != 0;
+}
+
+int HeldSignals::descriptor() const {
+    return arrival.descriptor;
+}
+
+} // namespace tarnwick

@@ -1,0 +1,34 @@
+#include "saver/FrameTimes.h"
+
+#include <gtest/gtest.h>
+
+namespace tarnwick {
+namespace {
+
+TEST(FrameTimes, areTooLongWithOneVeryLongFrameOrLoopsThatNeverEnd) {
+    FrameTimes slow;
+    for (int frame = 0; frame < 100; ++frame)
+        slow.add(10, false); // a heavy episode on a small machine is shown
+    EXPECT_FALSE(slow.areTooLong(19));
+    EXPECT_TRUE(slow.areTooLong(20));
+
+    FrameTimes quick;
+    for (int frame = 0; frame < 1000; ++frame)
+        quick.add(0.1, true); // ended loops that nobody has to wait for
+    EXPECT_FALSE(quick.areTooLong(4.9, true));
+    EXPECT_TRUE(quick.areTooLong(5, true));
+
+    FrameTimes endless;
+    endless.add(2, true);
+    endless.add(2, false); // one frame that ends puts it down to chance
+    endless.add(2, true);
+    endless.add(2, true);
+    EXPECT_FALSE(endless.areTooLong());
+    EXPECT_FALSE(endless.areTooLong(1));
+    EXPECT_TRUE(endless.areTooLong(1, true));
+    endless.add(1, true);
+    EXPECT_TRUE(endless.areTooLong());
+}
+
+} // namespace
+} // namespace tarnwick
