@@ -15,7 +15,7 @@ class FrameTarget {
   public:
     virtual ~FrameTarget() = default;
 
-    // The frames after this one have this size. Waits for those in flight.
+    // The frames that are begun from now on have this size.
     virtual void resize(const PixelSize& size) = 0;
 
     // Waits until nextTexture() need not wait for frames in flight, at most so many seconds;

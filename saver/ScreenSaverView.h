@@ -45,6 +45,7 @@ class ScreenSaverView {
 
     void setAnimationTimeInterval(double seconds) { animationTimeInterval_ = seconds; }
     void addSubview(MTKView& view) { subview_ = &view; }
+    void removeSubview() { subview_ = nullptr; }
 
   private:
     Rectangle frame_;

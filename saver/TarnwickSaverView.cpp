@@ -88,8 +88,10 @@ void TarnwickSaverView::addMetalView(std::shared_ptr<gpu::Device> device) {
 }
 
 void TarnwickSaverView::judgeFrames() {
-    if (!failure_ && metal_ && metal_->framesTakeTooLong())
-        failure_ = "The shader takes too long.";
+    if (failure_ || !metal_ || !metal_->framesTakeTooLong())
+        return;
+    failure_ = "The shader takes too long.";
+    removeSubview(); // which stays until its frames are drawn
 }
 
 void TarnwickSaverView::mtkViewDrawableSizeWillChange(MTKView&, const PixelSize&) {

@@ -100,8 +100,7 @@ void showUntilEnd(TarnwickSaverView& view, HostWindow& window, const HeldSignals
         }
         const bool draws = metal != nullptr && window.isVisible();
         const double left = draws ? drawWhenDue(*metal, frames) : longestWait;
-        speaker.say(view.failure());
-        speaker.say(view.absence());
+        speaker.say(view.failure() ? view.failure() : view.absence());
         if (left > 0)
             wait(window, signals, left);
     }

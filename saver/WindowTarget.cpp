@@ -17,8 +17,8 @@ WindowTarget::WindowTarget(gpu::Device& device, std::unique_ptr<gpu::Layer> laye
       queue_(device.newCommandQueue()), layer_(std::move(layer)) {}
 
 void WindowTarget::resize(const PixelSize& size) {
-    waitForRoom(always);
-    drawable_.reset();
+    if (!isDrawing_)
+        drawable_.reset();
     layer_->resize(size.width, size.height);
 }
 
