@@ -63,8 +63,7 @@ Status drawPicture(const HostOptions& options, const Bundle& bundle, double seco
             << " frames per second on " << run.device << ", drawn as fast as it can: " << run.frames
             << " frames of " << run.last.width << " x " << run.last.height << " in " << run.seconds
             << " s.\n";
-    out << "The last frame is in " << fs::absolute(options.picture).string() << ".
-" << std::flush;
+    out << "The last frame is in " << fs::absolute(options.picture).string() << ".\n" << std::flush;
     errors << std::flush;
     const Status status = run.failure || run.absence ? Status::failed : Status::done;
     endSoon(static_cast<int>(status)); // the device may be at work for longer
