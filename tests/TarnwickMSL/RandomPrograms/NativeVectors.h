@@ -12,7 +12,7 @@ template <class Value, class T, int N, int... at> struct View {
 
     Value value() const { return Value(lanes[at]...); }
     operator Value() const { return value(); }
-    View& operator=(const Value& from) {
+    View& operator=(Value from) { // by value: it may be the vector itself, as in v.yx = v
         int next = 0;
         ((lanes[at] = from[next++]), ...);
         return *this;
@@ -118,8 +118,7 @@ template <class T, int N> struct Vec : Lanes<T, N> {
         for (int i = 0; i < N; i++)
             lanes[i] = T(other[i]);
     }
-    template <class U, int M, int... at>
-    explicit Vec(const View<Vec<U, N>, U, M, at...>& other) {
+    template <class U, int M, int... at> explicit Vec(const View<Vec<U, N>, U, M, at...>& other) {
         const Vec<U, N> from = other.value();
         for (int i = 0; i < N; i++)
             lanes[i] = T(from[i]);
