@@ -31,8 +31,8 @@ class EndSignals {
     std::thread watcher_;
 };
 
-// The process ends with this status within 1.5 s, whatever its destructors wait for. Buffered output
-// is the caller's to flush. Without an EndSignals it does nothing. Any thread.
+// The process ends with this status within 1.5 s, whatever its destructors wait for. Buffered
+// output is the caller's to flush. Without an EndSignals it does nothing. Any thread.
 void endSoon(int status);
 
 // While it lives a signal that arrives ends the process only when it goes, or after 1.5 s.

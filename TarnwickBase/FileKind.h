@@ -21,7 +21,8 @@ enum class FileKind : std::uint8_t {
 std::string_view nameOf(FileKind kind);   // "PNG picture"
 std::string_view endingOf(FileKind kind); // of its files' names: ".png"
 
-// Whether a file of that kind may take another's place; else it is only written where there is none.
+// Whether a file of that kind may replace an existing one. If not, it is only written to a new
+// name.
 bool isReplaceable(FileKind kind);
 
 // Whether a name ends as one of that kind does, in upper or lower case. A release has any name.

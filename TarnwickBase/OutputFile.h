@@ -1,4 +1,4 @@
-// What a program may write over, so that nobody loses work.
+// Checks of output files: a program never overwrites its inputs or a file of another kind.
 #pragma once
 
 #include "TarnwickBase/FileKind.h"
@@ -10,7 +10,7 @@
 
 namespace tarnwick {
 
-// The name that a user gave is none for what is to be written; what() is one sentence.
+// The user's name for an output cannot be used; what() is one sentence.
 struct OutputNameError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };

@@ -1,4 +1,4 @@
-// A folder for files that nobody needs later.
+// A folder for temporary files.
 #pragma once
 
 #include "TarnwickBase/Unfinished.h"

@@ -8,9 +8,8 @@
 namespace tarnwick {
 
 // For each line of `current`, whether it is new against `previous`, by a longest common subsequence
-// of whole lines. Where there are several, a line of `previous` is passed over before one of
-// `current` is called new. Time grows with the product of both numbers of lines, 64 pairs at a step,
-// memory with one number and the root of the other.
+// of whole lines. Where there are several, a line of `previous` is skipped before one of
+// `current` counts as new. Of n and m lines: time O(n m), 64 pairs at a step; memory O(n sqrt m).
 std::vector<bool> addedLines(std::span<const std::string_view> previous,
                              std::span<const std::string_view> current);
 

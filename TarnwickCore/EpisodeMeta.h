@@ -24,7 +24,7 @@ struct EpisodeMeta {
     bool operator==(const EpisodeMeta&) const = default;
 
     // Of several lines with one key the last counts; lines whose value does not fit their key are
-    // passed over. "inf" is a number like others. Any bytes are taken; never fails.
+    // ignored. "inf" is a number like others. Any bytes are taken; never fails.
     static EpisodeMeta parse(std::string_view source);
 
     // The keys of the lines, without their @; what the value of one is, for people to read; and

@@ -49,7 +49,7 @@ class FileWatcher {
         bool operator==(const Stamp&) const = default;
     };
 
-    // Of what `file` leads to; nothing where there is none or it may not be looked at.
+    // Of the file that `file` names, links followed; nothing if it is missing or cannot be read.
     static std::optional<Stamp> stamp(const std::filesystem::path& file);
 
   private:

@@ -113,7 +113,7 @@ bool isStumble(const Diagnostic& cause, const Diagnostic& diagnostic) {
                                                        "declaration does not declare anything"};
     if (diagnostic.line != cause.line)
         return false;
-    // Behind a name that could be a value only what shows that it is none.
+    // After an unknown name in a place for a value, only this message shows that it was a type.
     if (cause.message.starts_with("use of undeclared identifier"))
         return diagnostic.message.starts_with("expected ';' after expression");
     return std::ranges::any_of(stumbles, [&](std::string_view stumble) {

@@ -1,8 +1,8 @@
 #include "TarnwickGPU/Device.h"
 
+#include "TarnwickBase/Quoted.h"
 #include "TarnwickGPU/DeviceState.h"
 
-#include <algorithm>
 #include <cstdlib>
 
 namespace tarnwick::gpu {
@@ -19,15 +19,6 @@ std::vector<DeviceInfo> infos(const std::vector<PhysicalDevice>& devices) {
 std::optional<std::string_view> wantedDevice() {
     const char* wanted = std::getenv("TARNWICK_DEVICE");
     return wanted ? std::optional<std::string_view>(wanted) : std::nullopt;
-}
-
-// Fit to stand in a sentence.
-std::string quoted(std::string_view text) {
-    constexpr std::size_t longest = 80;
-    std::string shown(text.substr(0, longest));
-    std::ranges::replace_if(
-        shown, [](unsigned char c) { return c < 0x20 || c == 0x7f; }, '?');
-    return "\"" + shown + (text.size() > longest ? "..." : "") + "\"";
 }
 
 // "0 llvmpipe, 1 another"

@@ -1,6 +1,7 @@
 // How a subcommand ends when it cannot do what it was asked.
 #pragma once
 
+#include "TarnwickBase/Quoted.h"
 #include "TarnwickBase/Status.h"
 
 #include <stdexcept>
@@ -18,10 +19,6 @@ struct CommandError : std::runtime_error {
 
 [[noreturn]] void misuse(const std::string& sentence);
 [[noreturn]] void failure(const std::string& sentence);
-
-// `text` in quotation marks, cut short where it is long, without control characters: fit to stand
-// in a sentence.
-std::string quoted(std::string_view text);
 
 // Writes to standard output. Throws CommandError when it cannot be written.
 void print(std::string_view text);

@@ -30,7 +30,7 @@ PixelSize movieSizeOf(const Arguments& arguments, const ExportPreset& preset);
 // defines any. `path` is what to name it by. Throws CommandError.
 bool exportSoundOf(const Arguments& arguments, std::string_view episode, std::string_view path);
 
-// Throws CommandError where a movie of so many seconds is none that anybody means: a day at most.
+// Throws CommandError if longer than a day.
 void checkMovieLength(double seconds);
 
 constexpr Option presetOption{"--preset", "ID",

@@ -1,14 +1,20 @@
 #include "saver/FramesInFlight.h"
 
-#include "TarnwickPlatform/Dispatch/HostClock.h"
-
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace tarnwick {
 
+// WaitedTime counts right where it is asked more often than once in its longest step.
+static constexpr double longestWait = 0.5; // seconds
+
+double FramesInFlight::now() {
+    return std::chrono::duration<double>(clock_.look()).count();
+}
+
 void FramesInFlight::add(gpu::CommandBuffer commands) {
-    frames_.push_back({std::move(commands), currentMediaTime()});
+    frames_.push_back({std::move(commands), now()});
 }
 
 bool FramesInFlight::waitForRoom(double seconds) {
@@ -20,23 +26,24 @@ bool FramesInFlight::waitUntilDrawn(double seconds) {
 }
 
 bool FramesInFlight::waitForFewer(std::size_t count, double seconds) {
-    const double end = currentMediaTime() + seconds;
+    const double end = now() + seconds;
     while (frames_.size() >= count) {
-        const double left = std::max(end - currentMediaTime(), 0.0);
-        if (!frames_.front().commands.waitUntilCompleted(left))
+        const double left = end - now();
+        if (frames_.front().commands.waitUntilCompleted(std::clamp(left, 0.0, longestWait)))
+            takeOutOldest();
+        else if (left <= 0)
             return false;
-        takeOutOldest();
     }
     return true;
 }
 
 void FramesInFlight::takeOutOldest() {
-    const double now = currentMediaTime();
+    const double end = now();
     const Frame& oldest = frames_.front();
-    times_.add(now - oldest.begin, oldest.commands.hitLoopBudget());
+    times_.add(end - oldest.begin, oldest.commands.hitLoopBudget());
     frames_.erase(frames_.begin());
     if (!frames_.empty())
-        frames_.front().begin = now;
+        frames_.front().begin = end;
     isFirstDone_ = true;
 }
 
@@ -45,7 +52,7 @@ bool FramesInFlight::takeTooLong() {
     if (frames_.empty())
         return times_.areTooLong();
     const Frame& oldest = frames_.front();
-    return times_.areTooLong(currentMediaTime() - oldest.begin, oldest.commands.hitLoopBudget());
+    return times_.areTooLong(now() - oldest.begin, oldest.commands.hitLoopBudget());
 }
 
 } // namespace tarnwick

@@ -1,6 +1,7 @@
 // The frames that the GPU has still to draw.
 #pragma once
 
+#include "TarnwickBase/WaitedTime.h"
 #include "TarnwickGPU/Commands.h"
 #include "saver/FrameTimes.h"
 
@@ -27,15 +28,19 @@ class FramesInFlight {
   private:
     struct Frame {
         gpu::CommandBuffer commands;
-        double begin; // seconds of the host clock: committed, and the one before it done
+        double begin; // seconds of now(): committed, and the one before it done
     };
 
+    // Seconds, without the time for which the process was stopped (Ctrl-Z, a locker that suspends
+    // the saver): that is no frame's.
+    double now();
     bool waitForFewer(std::size_t count, double seconds);
     void takeOutOldest();
 
     std::size_t most_;
     std::vector<Frame> frames_; // oldest first
     FrameTimes times_;
+    WaitedTime clock_;
     bool isFirstDone_ = false;
 };
 
