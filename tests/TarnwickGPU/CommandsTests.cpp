@@ -1,4 +1,4 @@
-#include "TarnwickGPU/DeviceState.h"
+#include "TarnwickGPU/Vulkan/DeviceState.h"
 #include "tests/TarnwickGPU/Gpu.h"
 #include "tests/TarnwickGPU/HeapCount.h"
 

@@ -1,5 +1,5 @@
-#include "TarnwickGPU/DeviceState.h"
-#include "TarnwickGPU/PhysicalDevices.h"
+#include "TarnwickGPU/Vulkan/DeviceState.h"
+#include "TarnwickGPU/Vulkan/PhysicalDevices.h"
 #include "tests/TarnwickGPU/Gpu.h"
 
 #include <cstdlib>

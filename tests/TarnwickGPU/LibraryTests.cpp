@@ -1,5 +1,5 @@
 // From a program's text to pixels: the layer's bindings are those that the compiler hands out.
-#include "TarnwickGPU/Capabilities.h"
+#include "TarnwickGPU/Vulkan/Capabilities.h"
 #include "tests/TarnwickGPU/Gpu.h"
 
 #include <cstdint>

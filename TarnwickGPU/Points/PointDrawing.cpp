@@ -1,0 +1,238 @@
+#include "TarnwickGPU/Points/PointDrawing.h"
+
+#include "TarnwickGPU/Points/PointForms.h"
+#include "TarnwickGPU/Points/PointKernel.h"
+#include "TarnwickGPU/Vulkan/PipelineParts.h"
+#include "TarnwickGPU/Vulkan/Rendering.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <limits>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+constexpr std::uint32_t verticesOfAQuad = 6;
+constexpr float anySize = std::numeric_limits<float>::max();
+constexpr float margin = 256; // pixels around the picture where centres may lie and still show
+
+// The largest that a kernel adds itself, in pixels: larger ones take less time to draw.
+constexpr float largestSplat = 3;
+// With so many pixels for each point, adding up the sums takes longer than drawing the points.
+constexpr std::uint64_t pixelsAPoint = 16;
+
+struct PointDraw {
+    std::uint32_t start, count, instances;
+};
+
+PointRecord recordOf(const CommandBufferParts& parts, const PointDraw& draw) {
+    const Viewport& viewport = parts.viewport;
+    const ScissorRect& scissor = parts.scissor;
+    auto pair = [](auto x, auto y) { return Pair{static_cast<float>(x), static_cast<float>(y)}; };
+    PointRecord record;
+    record.half = pair(viewport.width / 2, -viewport.height / 2);
+    record.centre =
+        pair(viewport.originX + viewport.width / 2, viewport.originY + viewport.height / 2);
+    for (std::size_t axis = 0; axis < 2; ++axis)
+        record.reach[axis] = 1 + margin / std::abs(record.half[axis]);
+    record.depth = pair(viewport.znear, viewport.zfar - viewport.znear);
+    record.from = pair(scissor.x, scissor.y);
+    record.to = pair(scissor.x + scissor.width, scissor.y + scissor.height);
+    record.firstVertex = draw.start;
+    record.count = draw.count;
+    record.rowPixels = targetExtent(parts.pass).width;
+    return record;
+}
+
+// As many bits behind the point as leave room in 63 for all points on one pixel, each of at most 2
+// to the 17th (PointKernel.cpp).
+Pair roundingFor(std::uint32_t count) {
+    const int bits = 62 - 17 - std::bit_width(count);
+    return {std::ldexp(1.0f, bits), std::ldexp(1.0f, -bits)};
+}
+
+void pushRecord(CommandBufferParts& parts, const BindingLayout& layout, VkShaderStageFlags stages,
+                const PointRecord& record) {
+    vkCmdPushConstants(parts.handle, layout.pipelineLayout, stages, 0, sizeof record, &record);
+}
+
+// Wider by the margin, of which the scissor leaves what it did: so no centre of a point that shows
+// lies outside.
+Viewport widened(const Viewport& viewport) {
+    return {.originX = viewport.originX - margin,
+            .originY = viewport.originY - margin,
+            .width = viewport.width + 2 * margin,
+            .height = viewport.height + 2 * margin,
+            .znear = viewport.znear,
+            .zfar = viewport.zfar};
+}
+
+// Makes ready to draw with the device's own points, of sizes above one and up to another.
+void readyPoints(CommandBufferParts& parts, PointRecord& record, Pair sizes) {
+    const RenderPipelineParts& pipeline = *parts.renderPipeline;
+    openRendering(parts);
+    bindPipeline(parts, pipeline.pipeline);
+    readyDraw(parts, pipeline.layout, PrimitiveType::point);
+    record.sizes = sizes;
+    if (parts.device->points.dropsOutside) {
+        const Viewport wide = widened(parts.viewport);
+        record.scale = {static_cast<float>(parts.viewport.width / wide.width),
+                        static_cast<float>(parts.viewport.height / wide.height)};
+        encodeViewport(parts.handle, wide);
+    }
+    pushRecord(parts, pipeline.layout, VK_SHADER_STAGE_VERTEX_BIT, record);
+}
+
+void endPoints(CommandBufferParts& parts) {
+    if (parts.device->points.dropsOutside)
+        encodeViewport(parts.handle, parts.viewport);
+}
+
+void readyQuads(CommandBufferParts& parts, VkPipeline quads, PointRecord& record, Pair sizes) {
+    const RenderPipelineParts& pipeline = *parts.renderPipeline;
+    openRendering(parts);
+    bindPipeline(parts, quads);
+    readyDraw(parts, pipeline.layout, PrimitiveType::triangle);
+    record.sizes = sizes;
+    pushRecord(parts, pipeline.layout, VK_SHADER_STAGE_VERTEX_BIT, record);
+}
+
+void drawQuads(CommandBufferParts& parts, VkPipeline quads, const PointDraw& draw) {
+    PointRecord record = recordOf(parts, draw);
+    readyQuads(parts, quads, record, {0, anySize});
+    vkCmdDraw(parts.handle, draw.count * verticesOfAQuad, draw.instances,
+              draw.start * verticesOfAQuad, 0);
+}
+
+// The indirect draws, which draw nothing before a kernel says so.
+struct BlockDraws {
+    BytesRing::Slice slice;
+    std::uint32_t blocks = 0;
+
+    VkDeviceSize offset(std::uint32_t draw) const {
+        return slice.offset + draw * sizeof(VkDrawIndirectCommand);
+    }
+};
+
+BlockDraws blockDraws(CommandBufferParts& parts, const PointDraw& draw) {
+    BlockDraws draws{.blocks = (draw.count - 1) / pointsABlock + 1};
+    const VkDeviceSize size = (firstBlockDraw + 2 * draws.blocks) * sizeof(VkDrawIndirectCommand);
+    draws.slice = parts.ring.take(*parts.device, size);
+    if (!draws.slice.buffer)
+        return draws;
+    auto* commands = reinterpret_cast<VkDrawIndirectCommand*>(draws.slice.bytes);
+    commands[sumsDraw] = {.vertexCount = 3};
+    commands += firstBlockDraw;
+    for (const std::uint32_t vertices : {1u, verticesOfAQuad})
+        for (std::uint32_t block = 0; block < draws.blocks; ++block) {
+            const std::uint32_t first = block * pointsABlock;
+            const std::uint32_t count = std::min(pointsABlock, draw.count - first);
+            *commands++ = {.vertexCount = count * vertices,
+                           .instanceCount = 0,
+                           .firstVertex = (draw.start + first) * vertices,
+                           .firstInstance = 0};
+        }
+    parts.ownBuffers[drawsBuffer] = {draws.slice.buffer, draws.slice.offset, size};
+    return draws;
+}
+
+void drawBlocks(CommandBufferParts& parts, const BlockDraws& draws, std::uint32_t form) {
+    constexpr auto stride = static_cast<std::uint32_t>(sizeof(VkDrawIndirectCommand));
+    const DeviceState& device = *parts.device;
+    const std::uint32_t most = device.features.multiDraws ? device.limits.maxDrawIndirectCount : 1;
+    const std::uint32_t step = std::min(draws.blocks, most);
+    const std::uint32_t first = firstBlockDraw + form * draws.blocks;
+    for (std::uint32_t block = 0; block < draws.blocks; block += step)
+        vkCmdDrawIndirect(parts.handle, draws.slice.buffer, draws.offset(first + block),
+                          std::min(step, draws.blocks - block), stride);
+}
+
+// Takes the sums where adding the points is worth it.
+bool takeSums(CommandBufferParts& parts, const PointDraw& draw) {
+    const VkExtent2D target = targetExtent(parts.pass);
+    const std::uint64_t pixels = std::uint64_t{target.width} * target.height;
+    if (!parts.renderPipeline->points.splatting.pipeline || !parts.device->points.splats ||
+        draw.count < pixels / pixelsAPoint)
+        return false;
+    parts.sums = parts.device->pointSums.sums(*parts.device, pixels * bytesOfASum);
+    if (!parts.sums)
+        return false;
+    parts.ownBuffers[sumsBuffer] = {parts.sums->memory.buffer, 0, pixels * bytesOfASum};
+    return true;
+}
+
+void runKernel(CommandBufferParts& parts, const PointKernelPipeline& kernel,
+               const PointRecord& record) {
+    breakRendering(parts);
+    vkCmdBindPipeline(parts.handle, VK_PIPELINE_BIND_POINT_COMPUTE, kernel.pipeline);
+    bindResources(parts, kernel.layout, VK_PIPELINE_BIND_POINT_COMPUTE);
+    pushRecord(parts, kernel.layout, VK_SHADER_STAGE_COMPUTE_BIT, record);
+    vkCmdDispatch(parts.handle, (record.count - 1) / pointsAThreadgroup + 1, 1, 1);
+    waitForAll(parts);
+}
+
+void drawSums(CommandBufferParts& parts, const BlockDraws& draws, const PointRecord& record) {
+    const PointPipelines& points = parts.renderPipeline->points;
+    const VkExtent2D target = targetExtent(parts.pass);
+    openRendering(parts);
+    bindPipeline(parts, points.sums);
+    readyDraw(parts, points.sumsLayout, PrimitiveType::triangle);
+    pushRecord(parts, points.sumsLayout, VK_SHADER_STAGE_FRAGMENT_BIT, record);
+    encodeViewport(parts.handle, {.width = static_cast<double>(target.width),
+                                  .height = static_cast<double>(target.height)});
+    vkCmdDrawIndirect(parts.handle, draws.slice.buffer, draws.offset(sumsDraw), 1,
+                      sizeof(VkDrawIndirectCommand));
+    encodeViewport(parts.handle, parts.viewport);
+}
+
+void drawSorted(CommandBufferParts& parts, const PointDraw& draw) {
+    const PointPipelines& points = parts.renderPipeline->points;
+    const float largest = std::min(parts.device->points.largest, largestPoint);
+    PointRecord record = recordOf(parts, draw);
+    const BlockDraws draws = blockDraws(parts, draw);
+    if (!draws.slice.buffer) {
+        parts.failed = true;
+        return;
+    }
+    const bool splats = takeSums(parts, draw);
+    const float splatted = splats ? largestSplat : 0;
+    record.sizes = {splatted, largest};
+    record.rounding = roundingFor(draw.count);
+    runKernel(parts, splats ? points.splatting : points.sorting, record);
+    if (splats)
+        drawSums(parts, draws, record);
+    readyPoints(parts, record, {splatted, largest});
+    drawBlocks(parts, draws, 0);
+    endPoints(parts);
+    if (largest >= largestPoint)
+        return;
+    readyQuads(parts, points.quads, record, {largest, anySize});
+    drawBlocks(parts, draws, 1);
+}
+
+} // namespace
+
+void drawPoints(CommandBufferParts& parts, std::uint32_t vertexStart, std::uint32_t vertexCount,
+                std::uint32_t instanceCount) {
+    const RenderPipelineParts& pipeline = *parts.renderPipeline;
+    const PointDraw draw{vertexStart, vertexCount, instanceCount};
+    switch (pipeline.points.way) {
+    case PointWay::asGiven:
+        return;
+    case PointWay::points: {
+        PointRecord record = recordOf(parts, draw);
+        readyPoints(parts, record, {0, anySize});
+        vkCmdDraw(parts.handle, vertexCount, instanceCount, vertexStart, 0);
+        return endPoints(parts);
+    }
+    case PointWay::quads:
+        return drawQuads(parts, pipeline.pipeline, draw);
+    case PointWay::sorted:
+        return instanceCount == 1 ? drawSorted(parts, draw)
+                                  : drawQuads(parts, pipeline.points.quads, draw);
+    }
+}
+
+} // namespace tarnwick::gpu

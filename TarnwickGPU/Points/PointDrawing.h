@@ -1,0 +1,14 @@
+// Draws of points, by the ways of PointPipelines.h.
+#pragma once
+
+#include "TarnwickGPU/Vulkan/CommandBufferParts.h"
+
+#include <cstdint>
+
+namespace tarnwick::gpu {
+
+// With the bound render pipeline, whose way is not asGiven.
+void drawPoints(CommandBufferParts& parts, std::uint32_t vertexStart, std::uint32_t vertexCount,
+                std::uint32_t instanceCount);
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,358 @@
+#include "TarnwickGPU/Points/PointForms.h"
+
+#include "TarnwickGPU/Points/PointColors.h"
+#include "TarnwickGPU/Points/PointConstants.h"
+#include "TarnwickGPU/Points/SpirvLink.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+constexpr std::uint32_t cornersAPoint = 6;
+// By corner, bit n for corner n: whether it is at the right, and whether at the bottom. Both
+// triangles are clockwise, so that they face front as points do.
+constexpr std::uint32_t rightCorners = 0b110010, lowerCorners = 0b101100;
+
+Id all(SpirvBody& body, Id lanes) {
+    return body.make(spv::Op::OpAll, body.boolean, {lanes});
+}
+
+Id booleans(SpirvBody& body) {
+    return body.code.vector(body.boolean, 2);
+}
+
+Id twice(SpirvBody& body, float value) {
+    const Id one = body.code.constant(value);
+    return body.code.composite(body.numbers2, {one, one});
+}
+
+Id spread(SpirvBody& body, Id value) {
+    return body.make(spv::Op::OpCompositeConstruct, body.numbers2, {value, value});
+}
+
+// A multiple of what the device's own points are rounded to: all have 4 bits at least behind the
+// point, and usually 8 (Vulkan 1.3, 33.1, subPixelPrecisionBits). `by` scales it before.
+Id snapped(SpirvBody& body, GLSLstd450 rounding, Id type, Id value, float by) {
+    constexpr float steps = 256;
+    auto times = [&](Id number, float factor) {
+        const spv::Op op = type == body.number ? spv::Op::OpFMul : spv::Op::OpVectorTimesScalar;
+        return body.make(op, type, {number, body.code.constant(factor)});
+    };
+    return times(body.extended(rounding, type, {times(value, by * steps)}), 1 / steps);
+}
+
+// Finite, and neither behind the eye nor beyond the near and far planes. NaNs fail each comparison.
+Id isBeforeTheEye(SpirvBody& body, const PointSquare& square, Id rawSize) {
+    const Id z = body.part(square.position, body.number, 2);
+    const Id w = body.part(square.position, body.number, 3);
+    const Id zero = body.code.constant(0.0f);
+    const Id most = body.code.constant(std::numeric_limits<float>::max());
+    auto is = [&](spv::Op op, Id left, Id right) {
+        return body.make(op, body.boolean, {left, right});
+    };
+    Id yes = is(spv::Op::OpFOrdGreaterThan, w, zero);
+    yes = body.both(yes, is(spv::Op::OpFOrdLessThanEqual, w, most));
+    yes = body.both(yes, is(spv::Op::OpFOrdGreaterThanEqual, z, zero));
+    yes = body.both(yes, is(spv::Op::OpFOrdLessThanEqual, z, w));
+    yes = body.both(yes, is(spv::Op::OpFOrdGreaterThan, rawSize, zero));
+    return body.both(yes, is(spv::Op::OpFOrdLessThanEqual, rawSize, most));
+}
+
+Id isAmongSizes(SpirvBody& body, const PointRecordVariable& record, Id size) {
+    const Id sizes = record.pair(body, PointMember::sizes);
+    return body.both(body.make(spv::Op::OpFOrdGreaterThan, body.boolean,
+                               {size, body.part(sizes, body.number, 0)}),
+                     body.make(spv::Op::OpFOrdLessThanEqual, body.boolean,
+                               {size, body.part(sizes, body.number, 1)}));
+}
+
+// A place that every device clips away.
+Id nowhere(SpirvBody& body) {
+    SpirvCode& code = body.code;
+    return code.composite(body.numbers4, {code.constant(0.0f), code.constant(0.0f),
+                                          code.constant(2.0f), code.constant(1.0f)});
+}
+
+// The function's position with another place in x and y, or nowhere.
+void storePosition(SpirvBody& body, Id variable, const PointSquare& square, Id isDrawn, Id xy) {
+    const Id moved =
+        body.make(spv::Op::OpVectorShuffle, body.numbers4, {xy, square.position, 0, 1, 4, 5});
+    body.store(variable,
+               body.make(spv::Op::OpSelect, body.numbers4, {isDrawn, moved, nowhere(body)}));
+}
+
+struct VertexOutputs {
+    Id position;
+    std::optional<Id> size;
+};
+
+// The device's points are never smaller than a pixel: a smaller one that covers a pixel's centre is
+// drawn as one pixel, and the fragment function's coordinates are stretched.
+void endPoints(SpirvBody& body, VertexOutputs outputs, std::uint32_t location) {
+    SpirvCode& code = body.code;
+    const PointRecordVariable record(code);
+    const PointSquare square = pointSquare(body, record, outputs.position, outputs.size);
+    const Id isDrawn = body.both(body.both(square.isDrawn, square.covers),
+                                 isAmongSizes(body, record, square.size));
+    const Id xy = body.make(spv::Op::OpVectorShuffle, body.numbers2,
+                            {square.position, square.position, 0, 1});
+    const Id scaled =
+        body.make(spv::Op::OpFMul, body.numbers2, {xy, record.pair(body, PointMember::scale)});
+    storePosition(body, outputs.position, square, isDrawn, scaled);
+    const Id one = code.constant(1.0f);
+    const Id size =
+        outputs.size ? *outputs.size : code.variable(spv::StorageClass::Output, body.number);
+    if (!outputs.size)
+        code.decorate(size, spv::Decoration::BuiltIn,
+                      {static_cast<std::uint32_t>(spv::BuiltIn::PointSize)});
+    body.store(size, body.extended(GLSLstd450NMax, body.number, {square.size, one}));
+    const Id stretch = code.variable(spv::StorageClass::Output, body.number);
+    code.decorate(stretch, spv::Decoration::Location, {location});
+    const Id inverse = body.make(spv::Op::OpFDiv, body.number, {one, square.size});
+    body.store(stretch, body.extended(GLSLstd450NMax, body.number, {inverse, one}));
+}
+
+Id isCornerAt(SpirvBody& body, Id corner, std::uint32_t corners) {
+    SpirvCode& code = body.code;
+    const Id shifted = body.make(spv::Op::OpShiftRightLogical, body.word,
+                                 {code.constant(body.word, corners), corner});
+    const Id bit =
+        body.make(spv::Op::OpBitwiseAnd, body.word, {shifted, code.constant(body.word, 1u)});
+    return body.make(spv::Op::OpConvertUToF, body.number, {bit});
+}
+
+void endQuads(SpirvBody& body, VertexOutputs outputs, std::uint32_t location, Id corner) {
+    SpirvCode& code = body.code;
+    const PointRecordVariable record(code);
+    const PointSquare square = pointSquare(body, record, outputs.position, outputs.size);
+    const Id isDrawn = body.both(square.isDrawn, isAmongSizes(body, record, square.size));
+    const Id at =
+        body.make(spv::Op::OpCompositeConstruct, body.numbers2,
+                  {isCornerAt(body, corner, rightCorners), isCornerAt(body, corner, lowerCorners)});
+    const Id centred = body.make(spv::Op::OpFSub, body.numbers2, {at, twice(body, 0.5f)});
+    const Id pixels =
+        body.make(spv::Op::OpVectorTimesScalar, body.numbers2, {centred, square.size});
+    const Id offset =
+        body.make(spv::Op::OpFDiv, body.numbers2, {pixels, record.pair(body, PointMember::half)});
+    const Id moved = body.make(spv::Op::OpFAdd, body.numbers2, {square.place, offset});
+    const Id w = body.part(square.position, body.number, 3);
+    storePosition(body, outputs.position, square, isDrawn,
+                  body.make(spv::Op::OpVectorTimesScalar, body.numbers2, {moved, w}));
+    const Id coordinates = code.variable(spv::StorageClass::Output, body.numbers2);
+    code.decorate(coordinates, spv::Decoration::Location, {location});
+    body.store(coordinates, at);
+}
+
+// A point's number from a corner's, in the built-in's place. Returns the corner's.
+std::optional<Id> divideIndex(SpirvBody& body, spv::BuiltIn builtIn, std::uint32_t divisor) {
+    SpirvCode& code = body.code;
+    const std::optional<Id> seen = code.builtIn(builtIn);
+    if (!seen)
+        return std::nullopt;
+    const Id type = code.pointee(*seen);
+    code.makePrivate(*seen);
+    const Id given = code.variable(spv::StorageClass::Input, type);
+    code.decorate(given, spv::Decoration::BuiltIn, {static_cast<std::uint32_t>(builtIn)});
+    const Id index = body.make(spv::Op::OpLoad, type, {given});
+    const Id by = code.constant(type, divisor);
+    body.store(*seen, body.make(spv::Op::OpUDiv, type, {index, by}));
+    return body.make(spv::Op::OpUMod, type, {index, by});
+}
+
+Id cornerOf(SpirvBody& body) {
+    if (const auto corner = divideIndex(body, spv::BuiltIn::VertexIndex, cornersAPoint))
+        return *corner;
+    SpirvCode& code = body.code; // the function does not ask for its number
+    const Id given = code.variable(spv::StorageClass::Input, body.word);
+    code.decorate(given, spv::Decoration::BuiltIn,
+                  {static_cast<std::uint32_t>(spv::BuiltIn::VertexIndex)});
+    return body.make(spv::Op::OpUMod, body.word,
+                     {body.load(given), code.constant(body.word, cornersAPoint)});
+}
+
+void stretchCoordinates(SpirvBody& body, Id seen, std::uint32_t location) {
+    SpirvCode& code = body.code;
+    code.makePrivate(seen);
+    const Id given = code.variable(spv::StorageClass::Input, body.numbers2);
+    code.decorate(given, spv::Decoration::BuiltIn,
+                  {static_cast<std::uint32_t>(spv::BuiltIn::PointCoord)});
+    const Id stretch = code.variable(spv::StorageClass::Input, body.number);
+    code.decorate(stretch, spv::Decoration::Location, {location});
+    code.decorate(stretch, spv::Decoration::Flat);
+    const Id middle = twice(body, 0.5f);
+    const Id centred = body.make(spv::Op::OpFSub, body.numbers2, {body.load(given), middle});
+    const Id stretched =
+        body.make(spv::Op::OpVectorTimesScalar, body.numbers2, {centred, body.load(stretch)});
+    body.store(seen, body.make(spv::Op::OpFAdd, body.numbers2, {stretched, middle}));
+}
+
+std::uint32_t freeLocation(const msl::EntryPoint& vertex, const msl::EntryPoint& fragment) {
+    std::uint32_t free = 0;
+    for (const auto& [location, variable] :
+         SpirvCode(vertex.words).locations(spv::StorageClass::Output))
+        free = std::max(free, location + 1);
+    for (const auto& [location, variable] :
+         SpirvCode(fragment.words).locations(spv::StorageClass::Input))
+        free = std::max(free, location + 1);
+    return free;
+}
+
+// What a vertex function's module holds of a fragment function.
+struct LinkedConstants {
+    Id function = 0;
+    std::vector<Id> variables;
+    std::map<std::uint32_t, Id> inputs;
+};
+
+std::optional<LinkedConstants> linkConstants(SpirvCode& vertex, const msl::EntryPoint& fragment) {
+    SpirvCode code(fragment.words);
+    const auto constants = partConstants(code);
+    if (!constants)
+        return std::nullopt;
+    LinkedConstants linked{.inputs = code.locations(spv::StorageClass::Input)};
+    removeFunction(code, code.main());
+    for (const spv::StorageClass storage : {spv::StorageClass::Input, spv::StorageClass::Output})
+        for (const Id variable : code.variables(storage))
+            code.makePrivate(variable);
+    std::erase(code.capabilities, spv::Capability::DemoteToHelperInvocation);
+    const auto ids = link(vertex, code);
+    if (!ids)
+        return std::nullopt;
+    linked.function = ids->at(constants->function);
+    for (const Id variable : constants->variables)
+        linked.variables.push_back(ids->at(variable));
+    for (auto& [location, variable] : linked.inputs)
+        variable = ids->at(variable);
+    return linked;
+}
+
+// Behind the vertex function: the fragment function's constants, as outputs.
+void passConstants(SpirvBody& body, const PointPair& pair) {
+    SpirvCode& code = body.code;
+    const auto outputs = code.locations(spv::StorageClass::Output);
+    const auto linked = linkConstants(code, pair.fragment);
+    for (const auto& [location, input] : linked->inputs) {
+        const auto output = outputs.find(location);
+        const Id type = code.pointee(input);
+        const bool fits = output != outputs.end() && code.pointee(output->second) == type;
+        body.store(input, fits ? body.load(output->second) : code.null(type));
+    }
+    body.call(linked->function);
+    std::uint32_t location = pair.location;
+    for (const Id variable : linked->variables) {
+        const Id output = code.variable(spv::StorageClass::Output, code.pointee(variable));
+        code.decorate(output, spv::Decoration::Location, {++location});
+        body.store(output, body.load(variable));
+    }
+}
+
+void takeConstants(SpirvCode& code, std::uint32_t location) {
+    const auto constants = partConstants(code);
+    removeFunction(code, constants->function);
+    for (const Id variable : constants->variables) {
+        code.move(variable, spv::StorageClass::Input);
+        code.decorate(variable, spv::Decoration::Location, {location++});
+        code.decorate(variable, spv::Decoration::Flat);
+    }
+}
+
+} // namespace
+
+PointSquare pointSquare(SpirvBody& body, const PointRecordVariable& record, Id position,
+                        std::optional<Id> size) {
+    SpirvCode& code = body.code;
+    const Id pair = body.numbers2;
+    PointSquare square{};
+    square.position = body.load(position);
+    const Id rawSize = size ? body.load(*size) : code.constant(1.0f);
+    square.size =
+        body.extended(GLSLstd450NMin, body.number, {rawSize, code.constant(largestPoint)});
+    const Id xy =
+        body.make(spv::Op::OpVectorShuffle, pair, {square.position, square.position, 0, 1});
+    square.place = body.make(spv::Op::OpFDiv, pair,
+                             {xy, spread(body, body.part(square.position, body.number, 3))});
+    const Id away = body.extended(GLSLstd450FAbs, pair, {square.place});
+    const Id isNear = all(body, body.make(spv::Op::OpFOrdLessThanEqual, booleans(body),
+                                          {away, record.pair(body, PointMember::reach)}));
+    const Id pixels = body.make(
+        spv::Op::OpFAdd, pair,
+        {body.make(spv::Op::OpFMul, pair, {square.place, record.pair(body, PointMember::half)}),
+         record.pair(body, PointMember::centre)});
+    square.width = snapped(body, GLSLstd450RoundEven, body.number, square.size, 1);
+    const Id halfWidth = snapped(body, GLSLstd450Floor, body.number, square.width, 0.5f);
+    square.lower =
+        body.make(spv::Op::OpFSub, pair,
+                  {snapped(body, GLSLstd450RoundEven, pair, pixels, 1), spread(body, halfWidth)});
+    const Id middle = twice(body, 0.5f); // a pixel's
+    square.first = body.extended(GLSLstd450Ceil, pair,
+                                 {body.make(spv::Op::OpFSub, pair, {square.lower, middle})});
+    const Id end = body.make(
+        spv::Op::OpFSub, pair,
+        {body.make(spv::Op::OpFAdd, pair, {square.lower, spread(body, square.width)}), middle});
+    square.covers =
+        all(body, body.make(spv::Op::OpFOrdLessThan, booleans(body), {square.first, end}));
+    square.isDrawn = body.both(isBeforeTheEye(body, square, rawSize), isNear);
+    return square;
+}
+
+bool takesPointForms(const msl::EntryPoint& vertex) {
+    return SpirvCode(vertex.words).builtIn(spv::BuiltIn::Position).has_value();
+}
+
+PointPair pointPair(const msl::EntryPoint& vertex, const msl::EntryPoint& fragment) {
+    constexpr std::uint32_t mostLocations = 15; // of 16, which every device has
+    PointPair pair{vertex, fragment, freeLocation(vertex, fragment)};
+    SpirvCode code(vertex.words);
+    const auto passed = linkConstants(code, fragment);
+    pair.passesConstants = passed && pair.location + passed->variables.size() + 1 <= mostLocations;
+    return pair;
+}
+
+Words vertexForm(const PointPair& pair, PointForm form) {
+    SpirvCode code(pair.vertex.words);
+    const VertexOutputs outputs{code.builtIn(spv::BuiltIn::Position).value(),
+                                code.builtIn(spv::BuiltIn::PointSize)};
+    SpirvBody body(code);
+    const Id inner = code.renameMain();
+    if (form == PointForm::points) {
+        body.call(inner);
+        endPoints(body, outputs, pair.location);
+    } else {
+        const Id corner = cornerOf(body);
+        divideIndex(body, spv::BuiltIn::BaseVertex, cornersAPoint);
+        body.call(inner);
+        endQuads(body, outputs, pair.location, corner);
+    }
+    if (pair.passesConstants)
+        passConstants(body, pair);
+    body.finish(code.main());
+    return code.finish(spv::ExecutionModel::Vertex);
+}
+
+Words fragmentForm(const PointPair& pair, PointForm form) {
+    SpirvCode code(pair.fragment.words);
+    const std::optional<Id> coordinates = code.builtIn(spv::BuiltIn::PointCoord);
+    if (pair.passesConstants)
+        takeConstants(code, pair.location + 1);
+    SpirvBody body(code);
+    if (coordinates && form == PointForm::points) {
+        stretchCoordinates(body, *coordinates, pair.location);
+    } else if (coordinates) {
+        code.undecorate(*coordinates);
+        code.decorate(*coordinates, spv::Decoration::Location, {pair.location});
+        code.decorate(*coordinates, spv::Decoration::NoPerspective);
+    }
+    if (form == PointForm::quads)
+        divideIndex(body, spv::BuiltIn::PrimitiveId, 2);
+    const Id inner = code.renameMain();
+    body.call(inner);
+    if (pair.addsUp)
+        keepColorFinite(body);
+    body.finish(code.main());
+    return code.finish(spv::ExecutionModel::Fragment);
+}
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,407 @@
+#include "TarnwickGPU/Points/PointKernel.h"
+
+#include "TarnwickGPU/Points/PointColors.h"
+#include "TarnwickGPU/Points/PointConstants.h"
+#include "TarnwickGPU/Points/PointForms.h"
+#include "TarnwickGPU/Points/SpirvLink.h"
+
+#include <algorithm>
+#include <initializer_list>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+constexpr std::uint32_t wordsOfADraw = 4, instancesOfADraw = 1; // VkDrawIndirectCommand's
+constexpr std::uint32_t deviceScope = 1, relaxed = 0;           // SPIR-V 1.6, 3.27 and 3.25
+
+// What any of its target's values can be added to without its becoming more than infinite.
+constexpr float mostColor = 131072;
+
+bool hasOnly(const SpirvCode& code, std::initializer_list<spv::BuiltIn> allowed) {
+    bool only = true;
+    eachInstruction(code.annotations, [&](const Instruction& each) {
+        const std::size_t at = each.op == spv::Op::OpMemberDecorate ? 2 : 1;
+        if (at + 1 >= each.operands.size() ||
+            each.operands[at] != static_cast<std::uint32_t>(spv::Decoration::BuiltIn))
+            return;
+        const auto builtIn = static_cast<spv::BuiltIn>(each.operands[at + 1]);
+        only = only && each.op == spv::Op::OpDecorate &&
+               std::find(allowed.begin(), allowed.end(), builtIn) != allowed.end();
+    });
+    return only;
+}
+
+void makeLocationsPrivate(SpirvCode& code, spv::StorageClass storage) {
+    for (const auto& [location, variable] : code.locations(storage))
+        code.makePrivate(variable);
+}
+
+std::optional<Id> takeBuiltIn(SpirvCode& code, spv::BuiltIn builtIn) {
+    const auto variable = code.builtIn(builtIn);
+    if (variable)
+        code.makePrivate(*variable);
+    return variable;
+}
+
+// The vertex function as a part of a kernel.
+struct VertexPart {
+    Id function = 0, position = 0;
+    std::optional<Id> size, vertex, base;
+    std::map<std::uint32_t, Id> outputs;
+};
+
+std::optional<VertexPart> vertexPart(SpirvCode& code) {
+    using spv::BuiltIn;
+    if (!hasOnly(code, {BuiltIn::Position, BuiltIn::PointSize, BuiltIn::VertexIndex,
+                        BuiltIn::InstanceIndex, BuiltIn::BaseVertex, BuiltIn::BaseInstance}))
+        return std::nullopt;
+    VertexPart part;
+    part.outputs = code.locations(spv::StorageClass::Output);
+    makeLocationsPrivate(code, spv::StorageClass::Output);
+    const auto position = takeBuiltIn(code, BuiltIn::Position);
+    if (!position || !code.locations(spv::StorageClass::Input).empty())
+        return std::nullopt;
+    part.position = *position;
+    part.size = takeBuiltIn(code, BuiltIn::PointSize);
+    part.vertex = takeBuiltIn(code, BuiltIn::VertexIndex);
+    part.base = takeBuiltIn(code, BuiltIn::BaseVertex);
+    for (const BuiltIn instance : {BuiltIn::InstanceIndex, BuiltIn::BaseInstance})
+        takeBuiltIn(code, instance);
+    part.function = code.renameMain();
+    return part;
+}
+
+// The fragment function as a part of a kernel, by the ids that it has there.
+struct FragmentPart {
+    Id function = 0, color = 0, discarded = 0;
+    std::optional<Id> constants; // the function that works out what is the same at each pixel
+    std::optional<Id> coordinates, position;
+    std::map<std::uint32_t, Id> inputs;
+};
+
+// Interpolation is the raster's. And the packaged CPU driver ends an invocation silently after
+// 65,535 rounds of all its loops, which 16 pixels' would share.
+bool interpolatesOrLoops(const SpirvCode& code) {
+    bool does = false;
+    eachInstruction(code.functions, [&](const Instruction& each) {
+        does = does || each.op == spv::Op::OpLoopMerge;
+        if (each.op == spv::Op::OpExtInst && each.operands[3] >= GLSLstd450InterpolateAtCentroid &&
+            each.operands[3] <= GLSLstd450InterpolateAtOffset)
+            does = true;
+    });
+    return does;
+}
+
+// A kernel has nothing to discard: it keeps in mind that nothing is to be added.
+Id noteDiscards(SpirvCode& code) {
+    const Id boolean = code.type(spv::Op::OpTypeBool, {});
+    const Id discarded = code.variable(spv::StorageClass::Private, boolean);
+    const Id yes = code.truth();
+    Words changed;
+    eachInstruction(code.functions, [&](const Instruction& each) {
+        if (each.op == spv::Op::OpDemoteToHelperInvocation)
+            append(changed, spv::Op::OpStore, {discarded, yes});
+        else
+            append(changed, each.op, each.operands);
+    });
+    code.functions = std::move(changed);
+    std::erase(code.capabilities, spv::Capability::DemoteToHelperInvocation);
+    return discarded;
+}
+
+std::optional<FragmentPart> fragmentPart(SpirvCode& kernel, const msl::EntryPoint& fragment) {
+    SpirvCode code(fragment.words);
+    const auto outputs = code.locations(spv::StorageClass::Output);
+    if (!hasOnly(code, {spv::BuiltIn::FragCoord, spv::BuiltIn::PointCoord}) ||
+        interpolatesOrLoops(code) || outputs.size() != 1 || !outputs.contains(0) ||
+        code.pointee(outputs.at(0)) != code.vector(code.scalar(spv::Op::OpTypeFloat), 4))
+        return std::nullopt;
+    FragmentPart part{.color = outputs.at(0)};
+    if (const auto constants = partConstants(code))
+        part.constants = constants->function;
+    part.inputs = code.locations(spv::StorageClass::Input);
+    makeLocationsPrivate(code, spv::StorageClass::Input);
+    makeLocationsPrivate(code, spv::StorageClass::Output);
+    part.coordinates = takeBuiltIn(code, spv::BuiltIn::PointCoord);
+    part.position = takeBuiltIn(code, spv::BuiltIn::FragCoord);
+    part.discarded = noteDiscards(code);
+    part.function = code.renameMain();
+    auto ids = link(kernel, code);
+    if (!ids)
+        return std::nullopt;
+    for (Id* id : {&part.function, &part.color, &part.discarded})
+        *id = ids->at(*id);
+    for (std::optional<Id>* id : {&part.constants, &part.coordinates, &part.position})
+        if (*id)
+            **id = ids->at(**id);
+    for (auto& [location, variable] : part.inputs)
+        variable = ids->at(variable);
+    return part;
+}
+
+class Kernel {
+  public:
+    Kernel(SpirvCode& code, const PointKernelNeeds& needs, const VertexPart& vertex,
+           const std::optional<FragmentPart>& fragment)
+        : code_(code), needs_(needs), vertex_(vertex), fragment_(fragment), body_(code),
+          record_(code), draws_(code.buffer(body_.word, 4, needs.drawsBinding)) {}
+
+    void write();
+
+  private:
+    Id one(PointMember member, std::uint32_t lane) {
+        return body_.part(record_.pair(body_, member), body_.number, lane);
+    }
+    Id word(std::uint32_t value) { return code_.constant(body_.word, value); }
+    Id add(Id left, Id right) { return body_.make(spv::Op::OpFAdd, body_.number, {left, right}); }
+    Id times(Id left, Id right) { return body_.make(spv::Op::OpFMul, body_.number, {left, right}); }
+    Id sum(Id left, Id right) { return body_.make(spv::Op::OpIAdd, body_.word, {left, right}); }
+    Id lane(Id vector, std::uint32_t at) { return body_.part(vector, body_.number, at); }
+    Id current(Id variable, Id type) { return body_.make(spv::Op::OpLoad, type, {variable}); }
+    Id isLess(Id left, Id right) {
+        return body_.make(spv::Op::OpFOrdLessThan, body_.boolean, {left, right});
+    }
+
+    void runVertex(Id index);
+    void drawPoint(Id index, const PointSquare& square);
+    void noteDraw(Id draw);
+    void noteBlock(Id index, const PointSquare& square);
+    void handOver();
+    void splat(const PointSquare& square);
+    void shade(const PointSquare& square, Id x, Id y);
+    void addToSums(Id x, Id y);
+    Id factor(BlendFactor factor, Id alpha);
+
+    SpirvCode& code_;
+    const PointKernelNeeds& needs_;
+    const VertexPart& vertex_;
+    const std::optional<FragmentPart>& fragment_;
+    SpirvBody body_;
+    PointRecordVariable record_;
+    Id draws_, wide_ = 0, sums_ = 0;
+};
+
+void Kernel::runVertex(Id index) {
+    const Id first = record_.word(body_, PointMember::firstVertex);
+    if (vertex_.vertex)
+        body_.store(*vertex_.vertex, sum(first, index));
+    if (vertex_.base)
+        body_.store(*vertex_.base, first);
+    body_.call(vertex_.function);
+}
+
+void Kernel::noteDraw(Id draw) {
+    const Id start = body_.make(spv::Op::OpIMul, body_.word, {draw, word(wordsOfADraw)});
+    const Id place = body_.placeIn(draws_, body_.word, sum(start, word(instancesOfADraw)));
+    body_.store(place, word(1));
+}
+
+void Kernel::noteBlock(Id index, const PointSquare& square) {
+    const Id size = word(pointsABlock);
+    const Id count = record_.word(body_, PointMember::count);
+    const Id blocks =
+        body_.make(spv::Op::OpUDiv, body_.word, {sum(count, word(pointsABlock - 1)), size});
+    const Id isLarge = isLess(one(PointMember::sizes, 1), square.size);
+    const Id list = body_.make(spv::Op::OpSelect, body_.word, {isLarge, blocks, word(0)});
+    const Id block = body_.make(spv::Op::OpUDiv, body_.word, {index, size});
+    noteDraw(sum(sum(list, block), word(firstBlockDraw)));
+}
+
+// What the vertex function gave is what the fragment function takes: the same at every pixel.
+void Kernel::handOver() {
+    for (const auto& [location, input] : fragment_->inputs) {
+        const auto output = vertex_.outputs.find(location);
+        const Id type = code_.pointee(input);
+        const bool fits = output != vertex_.outputs.end() && code_.pointee(output->second) == type;
+        body_.store(input, fits ? current(output->second, type) : code_.null(type));
+    }
+    if (fragment_->constants)
+        body_.call(*fragment_->constants);
+}
+
+void Kernel::shade(const PointSquare& square, Id x, Id y) {
+    const Id middle = code_.constant(0.5f);
+    const Id at =
+        body_.make(spv::Op::OpCompositeConstruct, body_.numbers2, {add(x, middle), add(y, middle)});
+    if (fragment_->coordinates) {
+        const Id inside = body_.make(spv::Op::OpFSub, body_.numbers2, {at, square.lower});
+        const Id size =
+            body_.make(spv::Op::OpCompositeConstruct, body_.numbers2, {square.width, square.width});
+        body_.store(*fragment_->coordinates,
+                    body_.make(spv::Op::OpFDiv, body_.numbers2, {inside, size}));
+    }
+    if (fragment_->position) {
+        const Id w = body_.make(spv::Op::OpFDiv, body_.number,
+                                {code_.constant(1.0f), lane(square.position, 3)});
+        const Id depth = add(one(PointMember::depth, 0),
+                             times(one(PointMember::depth, 1), times(lane(square.position, 2), w)));
+        body_.store(*fragment_->position,
+                    body_.make(spv::Op::OpCompositeConstruct, body_.numbers4, {at, depth, w}));
+    }
+    body_.store(fragment_->discarded, code_.null(body_.boolean));
+    body_.call(fragment_->function);
+}
+
+Id Kernel::factor(BlendFactor factor, Id alpha) {
+    switch (factor) {
+    case BlendFactor::zero:
+        return code_.constant(0.0f);
+    case BlendFactor::one:
+        return code_.constant(1.0f);
+    case BlendFactor::sourceAlpha:
+        return alpha;
+    case BlendFactor::oneMinusSourceAlpha:
+        break;
+    }
+    return body_.make(spv::Op::OpFSub, body_.number, {code_.constant(1.0f), alpha});
+}
+
+// Adds the fragment's colour, unless it is nothing.
+void Kernel::addToSums(Id x, Id y) {
+    const Id color = finiteColor(body_, current(fragment_->color, body_.numbers4));
+    const Id rgb = factor(needs_.color.sourceRGB, lane(color, 3));
+    const Id alpha = factor(needs_.color.sourceAlpha, lane(color, 3));
+    const Id factors =
+        body_.make(spv::Op::OpCompositeConstruct, body_.numbers4, {rgb, rgb, rgb, alpha});
+    const Id scaled = body_.make(spv::Op::OpFMul, body_.numbers4, {color, factors});
+    const Id most = code_.constant(mostColor), least = code_.constant(-mostColor);
+    const Id value =
+        body_.extended(GLSLstd450FClamp, body_.numbers4,
+                       {scaled, code_.composite(body_.numbers4, {least, least, least, least}),
+                        code_.composite(body_.numbers4, {most, most, most, most})});
+    const Id lanes = code_.vector(body_.boolean, 4);
+    const Id zero = code_.null(body_.numbers4);
+    const Id differs = body_.make(spv::Op::OpFOrdNotEqual, lanes, {value, zero});
+    const Id isSeen = body_.make(spv::Op::OpAny, body_.boolean, {differs});
+    const Id isKept = body_.make(spv::Op::OpLogicalNot, body_.boolean,
+                                 {current(fragment_->discarded, body_.boolean)});
+    const Id adds = body_.label(), done = body_.label();
+    body_.branchIf(body_.both(isSeen, isKept), adds, done);
+    body_.begin(adds);
+    const Id whole = body_.make(spv::Op::OpVectorTimesScalar, body_.numbers4,
+                                {value, one(PointMember::rounding, 0)});
+    auto integer = [&](Id number) {
+        return body_.make(spv::Op::OpConvertFToU, body_.word, {number});
+    };
+    const Id row = body_.make(spv::Op::OpIMul, body_.word,
+                              {integer(y), record_.word(body_, PointMember::rowPixels)});
+    const Id pixel = body_.make(spv::Op::OpIMul, body_.word, {sum(row, integer(x)), word(4)});
+    for (std::uint32_t at = 0; at < 4; ++at) {
+        const Id part = body_.make(spv::Op::OpConvertFToS, wide_, {lane(whole, at)});
+        const Id place = body_.placeIn(sums_, wide_, sum(pixel, word(at)));
+        body_.make(spv::Op::OpAtomicIAdd, wide_, {place, word(deviceScope), word(relaxed), part});
+    }
+    body_.branch(done);
+    body_.begin(done);
+}
+
+// One loop over the pixels of the square that lie within the scissor.
+void Kernel::splat(const PointSquare& square) {
+    const Id pair = body_.numbers2;
+    const Id middle = code_.constant(0.5f);
+    const Id from = body_.extended(GLSLstd450FMax, pair,
+                                   {square.first, record_.pair(body_, PointMember::from)});
+    auto end = [&](std::uint32_t axis) {
+        const Id edge = add(lane(square.lower, axis), square.width);
+        const Id behind =
+            body_.extended(GLSLstd450Ceil, body_.number,
+                           {body_.make(spv::Op::OpFSub, body_.number, {edge, middle})});
+        return body_.extended(GLSLstd450FMin, body_.number, {behind, one(PointMember::to, axis)});
+    };
+    const Id left = lane(from, 0), endX = end(0), endY = end(1);
+    const Id x = body_.local(body_.number), y = body_.local(body_.number);
+    const Id isWide = isLess(left, endX);
+    body_.store(x, left);
+    body_.store(y, body_.make(spv::Op::OpSelect, body_.number, {isWide, lane(from, 1), endY}));
+    const Id header = body_.label(), test = body_.label(), round = body_.label(),
+             next = body_.label(), done = body_.label();
+    body_.branch(header);
+    body_.begin(header);
+    body_.act(spv::Op::OpLoopMerge, {done, next, 0});
+    body_.branch(test);
+    body_.begin(test);
+    const Id atX = current(x, body_.number), atY = current(y, body_.number);
+    body_.act(spv::Op::OpBranchConditional, {isLess(atY, endY), round, done});
+    body_.begin(round);
+    shade(square, atX, atY);
+    addToSums(atX, atY);
+    body_.branch(next);
+    body_.begin(next);
+    const Id pixel = code_.constant(1.0f);
+    const Id right = add(atX, pixel);
+    const Id isInside = isLess(right, endX);
+    body_.store(x, body_.make(spv::Op::OpSelect, body_.number, {isInside, right, left}));
+    body_.store(y, body_.make(spv::Op::OpSelect, body_.number, {isInside, atY, add(atY, pixel)}));
+    body_.branch(header);
+    body_.begin(done);
+}
+
+void Kernel::drawPoint(Id index, const PointSquare& square) {
+    if (!fragment_)
+        return noteBlock(index, square);
+    wide_ = code_.scalar(spv::Op::OpTypeInt, 64);
+    sums_ = code_.buffer(wide_, 8, needs_.sumsBinding);
+    code_.require(spv::Capability::Int64);
+    code_.require(spv::Capability::Int64Atomics);
+    const Id isSmall = body_.make(spv::Op::OpFOrdLessThanEqual, body_.boolean,
+                                  {square.size, one(PointMember::sizes, 0)});
+    const Id small = body_.label(), large = body_.label(), done = body_.label();
+    body_.act(spv::Op::OpSelectionMerge, {done, 0});
+    body_.act(spv::Op::OpBranchConditional, {isSmall, small, large});
+    body_.begin(small);
+    noteDraw(word(sumsDraw));
+    handOver();
+    splat(square);
+    body_.branch(done);
+    body_.begin(large);
+    noteBlock(index, square);
+    body_.branch(done);
+    body_.begin(done);
+}
+
+void Kernel::write() {
+    const Id triple = code_.vector(body_.word, 3);
+    const Id thread = code_.variable(spv::StorageClass::Input, triple);
+    code_.decorate(thread, spv::Decoration::BuiltIn,
+                   {static_cast<std::uint32_t>(spv::BuiltIn::GlobalInvocationId)});
+    const Id index = body_.part(body_.load(thread), body_.word, 0);
+    const Id isPoint = body_.make(spv::Op::OpULessThan, body_.boolean,
+                                  {index, record_.word(body_, PointMember::count)});
+    const Id works = body_.label(), done = body_.label();
+    body_.branchIf(isPoint, works, done);
+    body_.begin(works);
+    runVertex(index);
+    const PointSquare square = pointSquare(body_, record_, vertex_.position, vertex_.size);
+    const Id draws = body_.label(), drawn = body_.label();
+    body_.branchIf(body_.both(square.isDrawn, square.covers), draws, drawn);
+    body_.begin(draws);
+    drawPoint(index, square);
+    body_.branch(drawn);
+    body_.begin(drawn);
+    body_.branch(done);
+    body_.begin(done);
+    body_.finish(code_.main());
+    append(code_.modes, spv::Op::OpExecutionMode,
+           {code_.main(), static_cast<std::uint32_t>(spv::ExecutionMode::LocalSize),
+            pointsAThreadgroup, 1, 1});
+}
+
+} // namespace
+
+std::optional<Words> pointKernel(const PointKernelNeeds& needs) {
+    SpirvCode code(needs.vertex->words);
+    const auto vertex = vertexPart(code);
+    if (!vertex)
+        return std::nullopt;
+    std::optional<FragmentPart> fragment;
+    if (needs.fragment) {
+        fragment = fragmentPart(code, *needs.fragment);
+        if (!fragment)
+            return std::nullopt;
+    }
+    Kernel(code, needs, *vertex, fragment).write();
+    return code.finish(spv::ExecutionModel::GLCompute);
+}
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,187 @@
+#include "TarnwickGPU/Points/PointPipelines.h"
+
+#include "TarnwickGPU/Points/PointForms.h"
+#include "TarnwickGPU/Points/PointKernel.h"
+#include "TarnwickGPU/Vulkan/GraphicsPipeline.h"
+#include "TarnwickGPU/Vulkan/PipelineParts.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+using Functions = std::array<const msl::EntryPoint*, 2>; // vertex, fragment
+
+constexpr VkPushConstantRange recordFor(VkShaderStageFlags stages) {
+    return {.stageFlags = stages, .size = sizeof(PointRecord)};
+}
+
+bool stores(const msl::EntryPoint& function) {
+    return std::any_of(
+        function.resources.begin(), function.resources.end(), [](const msl::Resource& resource) {
+            return resource.isWritten && resource.kind != msl::ResourceKind::loopReport;
+        });
+}
+
+// Whether the picture is the same in whatever order the points come.
+bool isSum(const RenderPipelineDescriptor& descriptor) {
+    const ColorAttachmentDescriptor& color = descriptor.color;
+    return color.blends && color.destinationRGB == BlendFactor::one &&
+           color.destinationAlpha == BlendFactor::one &&
+           descriptor.depthFormat == PixelFormat::invalid && descriptor.sampleCount == 1;
+}
+
+VkResult makeForm(RenderPipelineParts& parts, const RenderPipelineDescriptor& descriptor,
+                  const PointPair& pair, PointForm form, VkPipeline& pipeline) {
+    const Words vertex = vertexForm(pair, form), fragment = fragmentForm(pair, form);
+    return makeGraphicsPipeline(
+        *parts.device,
+        {.vertex = vertex,
+         .fragment = fragment,
+         .layout = parts.layout.pipelineLayout,
+         .color = descriptor.color,
+         .givesColor = (pair.fragment.colorAttachments & 1) != 0,
+         .depthFormat = descriptor.depthFormat,
+         .sampleCount = descriptor.sampleCount,
+         .topology = form == PointForm::points ? TopologyClass::point : TopologyClass::triangle},
+        pipeline);
+}
+
+// Where the vertex function may not see the fragment function's resources too, it does without.
+std::optional<BindingLayout> layoutOf(DeviceState& device, const Functions& functions,
+                                      PointPair& pair) {
+    BindingNeeds needs{.functions = functions,
+                       .pushConstants = recordFor(VK_SHADER_STAGE_VERTEX_BIT)};
+    if (pair.passesConstants) {
+        needs.stages = VK_SHADER_STAGE_VERTEX_BIT | VK_SHADER_STAGE_FRAGMENT_BIT;
+        if (auto layout = BindingLayout::make(device, needs))
+            return layout;
+        needs.stages = 0;
+        pair.passesConstants = false;
+    }
+    return BindingLayout::make(device, needs);
+}
+
+VkResult makeKernel(DeviceState& device, const Words& words, PointKernelPipeline& kernel) {
+    const ShaderModule module(device.handle, words);
+    if (!module.handle())
+        return VK_ERROR_UNKNOWN;
+    const VkSpecializationMapEntry entry{.constantID = msl::loopBudgetConstant,
+                                         .size = sizeof device.loopBudget};
+    const VkSpecializationInfo constants{1, &entry, sizeof device.loopBudget, &device.loopBudget};
+    const VkComputePipelineCreateInfo info{
+        .sType = VK_STRUCTURE_TYPE_COMPUTE_PIPELINE_CREATE_INFO,
+        .stage = {.sType = VK_STRUCTURE_TYPE_PIPELINE_SHADER_STAGE_CREATE_INFO,
+                  .stage = VK_SHADER_STAGE_COMPUTE_BIT,
+                  .module = module.handle(),
+                  .pName = "main",
+                  .pSpecializationInfo = &constants},
+        .layout = kernel.layout.pipelineLayout};
+    return vkCreateComputePipelines(device.handle, device.pipelineCache.handle(), 1, &info, nullptr,
+                                    &kernel.pipeline);
+}
+
+// Leaves `kernel` empty where the functions do what kernels cannot.
+VkResult makeKernel(DeviceState& device, const RenderPipelineDescriptor& descriptor,
+                    const Functions& functions, bool splats, PointKernelPipeline& kernel) {
+    const std::span<const msl::EntryPoint* const> bound(functions.data(), splats ? 2 : 1);
+    const std::uint32_t binding = ownBinding(bound);
+    const auto words = pointKernel({.vertex = functions[0],
+                                    .fragment = splats ? functions[1] : nullptr,
+                                    .color = descriptor.color,
+                                    .drawsBinding = binding,
+                                    .sumsBinding = binding + 1});
+    if (!words)
+        return VK_SUCCESS;
+    auto layout =
+        BindingLayout::make(device, {.functions = bound,
+                                     .pushConstants = recordFor(VK_SHADER_STAGE_COMPUTE_BIT),
+                                     .ownBuffers = splats ? 2u : 1u,
+                                     .stages = VK_SHADER_STAGE_COMPUTE_BIT});
+    if (!layout)
+        return VK_SUCCESS;
+    kernel.layout = std::move(*layout);
+    return makeKernel(device, *words, kernel);
+}
+
+VkResult makeSums(DeviceState& device, const RenderPipelineDescriptor& descriptor,
+                  PointPipelines& points) {
+    auto layout =
+        BindingLayout::make(device, {.pushConstants = recordFor(VK_SHADER_STAGE_FRAGMENT_BIT),
+                                     .ownBuffers = 1,
+                                     .stages = VK_SHADER_STAGE_FRAGMENT_BIT});
+    if (!layout)
+        return VK_ERROR_UNKNOWN;
+    points.sumsLayout = std::move(*layout);
+    for (BoundResource& resource : points.sumsLayout.resources)
+        resource.own = sumsBuffer;
+    ColorAttachmentDescriptor adds = descriptor.color;
+    adds.sourceRGB = adds.sourceAlpha = BlendFactor::one;
+    const Words vertex = sumsVertex(), fragment = sumsFragment();
+    return makeGraphicsPipeline(device,
+                                {.vertex = vertex,
+                                 .fragment = fragment,
+                                 .layout = points.sumsLayout.pipelineLayout,
+                                 .color = adds},
+                                points.sums);
+}
+
+// Sums keep every bit that a target of halves could show.
+bool canSplat(const DeviceState& device, const RenderPipelineDescriptor& descriptor) {
+    return device.points.splats && descriptor.color.format == PixelFormat::rgba16Float &&
+           !stores(descriptor.fragment->entryPoint());
+}
+
+// Finds out the way of a pipeline whose vertex function takes the layer's code.
+VkResult makeSorting(RenderPipelineParts& parts, const RenderPipelineDescriptor& descriptor,
+                     const Functions& functions) {
+    DeviceState& device = *parts.device;
+    PointPipelines& points = parts.points;
+    if (parts.sampleCount > 1 || !isSum(descriptor) || stores(*functions[0]))
+        return VK_SUCCESS;
+    VkResult result = makeKernel(device, descriptor, functions, false, points.sorting);
+    if (result == VK_SUCCESS && points.sorting.pipeline && canSplat(device, descriptor))
+        result = makeKernel(device, descriptor, functions, true, points.splatting);
+    if (result == VK_SUCCESS && points.splatting.pipeline)
+        result = makeSums(device, descriptor, points);
+    if (points.sorting.pipeline)
+        points.way = PointWay::sorted;
+    return result;
+}
+
+} // namespace
+
+void PointPipelines::bury(DeviceState& device) {
+    device.bury(quads, sorting.pipeline, splatting.pipeline, sums);
+    for (BindingLayout* layout : {&sorting.layout, &splatting.layout, &sumsLayout})
+        layout->bury(device);
+}
+
+VkResult makePointPipelines(RenderPipelineParts& parts,
+                            const RenderPipelineDescriptor& descriptor) {
+    const Functions functions{&descriptor.vertex->entryPoint(), &descriptor.fragment->entryPoint()};
+    PointPair pair = pointPair(*functions[0], *functions[1]);
+    pair.passesConstants = pair.passesConstants && !stores(*functions[1]);
+    pair.addsUp = isSum(descriptor);
+    auto layout = layoutOf(*parts.device, functions, pair);
+    if (!layout)
+        return VK_ERROR_UNKNOWN;
+    parts.layout = std::move(*layout);
+    PointPipelines& points = parts.points;
+    const bool suffices = parts.device->points.largest >= largestPoint && parts.sampleCount == 1;
+    points.way = suffices ? PointWay::points : PointWay::quads;
+    VkResult result = VK_SUCCESS;
+    if (!suffices || parts.device->points.splats)
+        result = makeSorting(parts, descriptor, functions);
+    if (result == VK_SUCCESS && points.way == PointWay::sorted)
+        result = makeForm(parts, descriptor, pair, PointForm::quads, points.quads);
+    if (result == VK_SUCCESS)
+        result = makeForm(parts, descriptor, pair,
+                          points.way == PointWay::quads ? PointForm::quads : PointForm::points,
+                          parts.pipeline);
+    return result;
+}
+
+} // namespace tarnwick::gpu

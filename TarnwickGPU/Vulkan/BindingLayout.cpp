@@ -1,0 +1,194 @@
+#include "TarnwickGPU/Vulkan/BindingLayout.h"
+
+#include "TarnwickGPU/Vulkan/DeviceState.h"
+#include "TarnwickMSL/SamplerBits.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+VkDescriptorType descriptorType(msl::ResourceKind kind) {
+    switch (kind) {
+    case msl::ResourceKind::uniformBuffer:
+        return VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER;
+    case msl::ResourceKind::storageBuffer:
+    case msl::ResourceKind::loopReport:
+        return VK_DESCRIPTOR_TYPE_STORAGE_BUFFER;
+    case msl::ResourceKind::sampledTexture:
+        return VK_DESCRIPTOR_TYPE_SAMPLED_IMAGE;
+    case msl::ResourceKind::storageTexture:
+        return VK_DESCRIPTOR_TYPE_STORAGE_IMAGE;
+    case msl::ResourceKind::sampler:
+    case msl::ResourceKind::constantSampler:
+        break;
+    }
+    return VK_DESCRIPTOR_TYPE_SAMPLER;
+}
+
+VkShaderStageFlags stageFlags(msl::Stage stage) {
+    switch (stage) {
+    case msl::Stage::vertex:
+        return VK_SHADER_STAGE_VERTEX_BIT;
+    case msl::Stage::fragment:
+        return VK_SHADER_STAGE_FRAGMENT_BIT;
+    case msl::Stage::kernel:
+        break;
+    }
+    return VK_SHADER_STAGE_COMPUTE_BIT;
+}
+
+struct Limit {
+    VkDescriptorType type;
+    std::uint32_t VkPhysicalDeviceLimits::*most;
+};
+
+constexpr std::array limitsPerStage{
+    Limit{VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER,
+          &VkPhysicalDeviceLimits::maxPerStageDescriptorUniformBuffers},
+    Limit{VK_DESCRIPTOR_TYPE_STORAGE_BUFFER,
+          &VkPhysicalDeviceLimits::maxPerStageDescriptorStorageBuffers},
+    Limit{VK_DESCRIPTOR_TYPE_SAMPLED_IMAGE,
+          &VkPhysicalDeviceLimits::maxPerStageDescriptorSampledImages},
+    Limit{VK_DESCRIPTOR_TYPE_STORAGE_IMAGE,
+          &VkPhysicalDeviceLimits::maxPerStageDescriptorStorageImages},
+    Limit{VK_DESCRIPTOR_TYPE_SAMPLER, &VkPhysicalDeviceLimits::maxPerStageDescriptorSamplers}};
+
+std::size_t countOf(VkDescriptorType type, std::span<const msl::EntryPoint* const> functions) {
+    std::size_t count = 0;
+    for (const msl::EntryPoint* function : functions)
+        count += static_cast<std::size_t>(
+            std::count_if(function->resources.begin(), function->resources.end(),
+                          [&](const auto& one) { return descriptorType(one.kind) == type; }));
+    return count;
+}
+
+// The packaged CPU driver shows a stage 15 uniform buffers, far fewer than Metal's 31.
+bool isWithinLimits(const DeviceState& device,
+                    std::span<const msl::EntryPoint* const> functionsOfAStage,
+                    std::size_t ownBuffers) {
+    return std::all_of(limitsPerStage.begin(), limitsPerStage.end(), [&](const Limit& limit) {
+        const std::size_t own = limit.type == VK_DESCRIPTOR_TYPE_STORAGE_BUFFER ? ownBuffers : 0;
+        return countOf(limit.type, functionsOfAStage) + own <= device.limits.*limit.most;
+    });
+}
+
+bool isWithinLimits(const DeviceState& device, const BindingNeeds& needs) {
+    if (needs.stages != 0)
+        return isWithinLimits(device, needs.functions, needs.ownBuffers);
+    for (std::size_t at = 0; at < needs.functions.size(); ++at)
+        if (!isWithinLimits(device, needs.functions.subspan(at, 1), 0))
+            return false;
+    return true;
+}
+
+bool makeSetLayout(DeviceState& device, BindingLayout& layout, const BindingNeeds& needs) {
+    std::vector<VkDescriptorSetLayoutBinding> bindings;
+    for (const msl::EntryPoint* function : needs.functions)
+        for (const msl::Resource& resource : function->resources)
+            bindings.push_back(
+                {.binding = resource.binding,
+                 .descriptorType = descriptorType(resource.kind),
+                 .descriptorCount = 1,
+                 .stageFlags = needs.stages ? needs.stages : stageFlags(function->stage)});
+    for (std::size_t own = 0; own < needs.ownBuffers; ++own)
+        bindings.push_back(
+            {.binding = ownBinding(needs.functions) + static_cast<std::uint32_t>(own),
+             .descriptorType = VK_DESCRIPTOR_TYPE_STORAGE_BUFFER,
+             .descriptorCount = 1,
+             .stageFlags = needs.stages});
+    layout.pushesDescriptors =
+        device.pushDescriptorSet && bindings.size() <= device.features.maxPushDescriptors;
+    const VkDescriptorSetLayoutCreateInfo info{
+        .sType = VK_STRUCTURE_TYPE_DESCRIPTOR_SET_LAYOUT_CREATE_INFO,
+        .flags =
+            layout.pushesDescriptors
+                ? VkDescriptorSetLayoutCreateFlags{VK_DESCRIPTOR_SET_LAYOUT_CREATE_PUSH_DESCRIPTOR_BIT_KHR}
+                : 0,
+        .bindingCount = static_cast<std::uint32_t>(bindings.size()),
+        .pBindings = bindings.data()};
+    return vkCreateDescriptorSetLayout(device.handle, &info, nullptr, &layout.setLayout) ==
+           VK_SUCCESS;
+}
+
+bool makePipelineLayout(DeviceState& device, BindingLayout& layout,
+                        const VkPushConstantRange& pushConstants) {
+    const VkPipelineLayoutCreateInfo info{.sType = VK_STRUCTURE_TYPE_PIPELINE_LAYOUT_CREATE_INFO,
+                                          .setLayoutCount = 1,
+                                          .pSetLayouts = &layout.setLayout,
+                                          .pushConstantRangeCount = pushConstants.size ? 1u : 0u,
+                                          .pPushConstantRanges = &pushConstants};
+    return vkCreatePipelineLayout(device.handle, &info, nullptr, &layout.pipelineLayout) ==
+           VK_SUCCESS;
+}
+
+// A sampler argument's here is what stands in for it.
+std::uint64_t samplerBits(const msl::Resource& resource) {
+    return resource.kind == msl::ResourceKind::sampler
+               ? msl::samplerArgumentBit | resource.samplerState
+               : resource.samplerState;
+}
+
+bool isTexture(const msl::Resource& resource) {
+    return resource.kind == msl::ResourceKind::sampledTexture ||
+           resource.kind == msl::ResourceKind::storageTexture;
+}
+
+bool listResources(DeviceState& device, BindingLayout& layout, const msl::EntryPoint& function) {
+    const TableIndex table =
+        function.stage == msl::Stage::fragment ? TableIndex::fragment : TableIndex::vertexOrKernel;
+    for (const msl::Resource& resource : function.resources) {
+        BoundResource bound{resource, table, descriptorType(resource.kind)};
+        const bool isSampler = bound.type == VK_DESCRIPTOR_TYPE_SAMPLER;
+        if (isSampler)
+            bound.sampler = device.samplers.sampler(device, samplerBits(resource));
+        const bool needsStandIn = isTexture(resource) && !device.features.nullDescriptors;
+        if (needsStandIn)
+            bound.standIn = device.standIns.texture(device, resource);
+        if ((isSampler && !bound.sampler) || (needsStandIn && !bound.standIn))
+            return false;
+        const bool isReport = resource.kind == msl::ResourceKind::loopReport;
+        layout.reportsLoops |= isReport;
+        layout.writesMemory |= resource.isWritten && !isReport;
+        layout.resources.push_back(bound);
+    }
+    return true;
+}
+
+} // namespace
+
+std::uint32_t ownBinding(std::span<const msl::EntryPoint* const> functions) {
+    std::uint32_t free = 0;
+    for (const msl::EntryPoint* function : functions)
+        for (const msl::Resource& resource : function->resources)
+            free = std::max(free, resource.binding + 1);
+    return free;
+}
+
+std::optional<BindingLayout> BindingLayout::make(DeviceState& device, const BindingNeeds& needs) {
+    BindingLayout layout;
+    bool isMade = isWithinLimits(device, needs) && makeSetLayout(device, layout, needs) &&
+                  makePipelineLayout(device, layout, needs.pushConstants);
+    for (const msl::EntryPoint* function : needs.functions)
+        isMade = isMade && listResources(device, layout, *function);
+    for (std::size_t own = 0; own < needs.ownBuffers; ++own) {
+        const std::uint32_t binding = ownBinding(needs.functions) + static_cast<std::uint32_t>(own);
+        layout.resources.push_back({.resource = {.binding = binding},
+                                    .type = VK_DESCRIPTOR_TYPE_STORAGE_BUFFER,
+                                    .own = own});
+    }
+    if (isMade && layout.resources.size() <= mostResources)
+        return layout;
+    layout.bury(device);
+    return std::nullopt;
+}
+
+void BindingLayout::bury(DeviceState& device) {
+    device.bury(pipelineLayout, setLayout);
+    pipelineLayout = VK_NULL_HANDLE;
+    setLayout = VK_NULL_HANDLE;
+}
+
+} // namespace tarnwick::gpu

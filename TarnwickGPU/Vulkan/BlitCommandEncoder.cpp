@@ -1,0 +1,98 @@
+#include "TarnwickBase/Precondition.h"
+#include "TarnwickGPU/Commands.h"
+#include "TarnwickGPU/Vulkan/CommandBufferParts.h"
+#include "TarnwickGPU/Vulkan/VulkanFormat.h"
+
+#include <algorithm>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+constexpr TextureUse sourceUse{VK_IMAGE_LAYOUT_TRANSFER_SRC_OPTIMAL, VK_PIPELINE_STAGE_2_COPY_BIT,
+                               VK_ACCESS_2_TRANSFER_READ_BIT};
+constexpr TextureUse destinationUse{VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL,
+                                    VK_PIPELINE_STAGE_2_COPY_BIT, VK_ACCESS_2_TRANSFER_WRITE_BIT};
+
+// Both read and written, level by level.
+constexpr TextureUse mipmapUse{VK_IMAGE_LAYOUT_GENERAL, VK_PIPELINE_STAGE_2_BLIT_BIT,
+                               VK_ACCESS_2_TRANSFER_READ_BIT | VK_ACCESS_2_TRANSFER_WRITE_BIT};
+
+VkOffset3D extent(const TextureDescriptor& texture, std::uint32_t level) {
+    auto size = [level](std::uint32_t first) {
+        return static_cast<std::int32_t>(std::max(first >> level, 1u));
+    };
+    return {size(texture.width), size(texture.height), size(texture.depth)};
+}
+
+bool liesWithin(const TextureDescriptor& texture, const Region& region) {
+    return std::uint64_t{region.x} + region.width <= texture.width &&
+           std::uint64_t{region.y} + region.height <= texture.height;
+}
+
+VkOffset3D offset(std::uint32_t x, std::uint32_t y) {
+    return {static_cast<std::int32_t>(x), static_cast<std::int32_t>(y), 0};
+}
+
+} // namespace
+
+std::optional<BlitCommandEncoder> CommandBuffer::blitCommandEncoder() {
+    if (parts_->device->submissions.isLost() || parts_->failed)
+        return std::nullopt;
+    parts_->startEncoding(Encoding::blit);
+    return BlitCommandEncoder(*parts_);
+}
+
+void BlitCommandEncoder::copy(const Texture& source, const Region& region,
+                              const Texture& destination, std::uint32_t destinationX,
+                              std::uint32_t destinationY) {
+    const TextureParts& from = source.parts();
+    const TextureParts& to = destination.parts();
+    const Region target{destinationX, destinationY, region.width, region.height};
+    precondition(&from != &to && from.descriptor.format == to.descriptor.format &&
+                     from.descriptor.sampleCount == to.descriptor.sampleCount,
+                 "Copies are between two textures of one format.");
+    precondition(liesWithin(from.descriptor, region) && liesWithin(to.descriptor, target),
+                 "A copy's regions lie within their textures.");
+    if (region.width == 0 || region.height == 0)
+        return;
+    parts_->enter(from, sourceUse, Contents::kept);
+    parts_->enter(to, destinationUse, Contents::kept);
+    parts_->barriers.flush(parts_->handle);
+    const VkImageCopy copy{.srcSubresource = {from.aspect, 0, 0, 1},
+                           .srcOffset = offset(region.x, region.y),
+                           .dstSubresource = {to.aspect, 0, 0, 1},
+                           .dstOffset = offset(destinationX, destinationY),
+                           .extent = {region.width, region.height, 1}};
+    vkCmdCopyImage(parts_->handle, from.image, sourceUse.layout, to.image, destinationUse.layout, 1,
+                   &copy);
+    parts_->barriers.leave(from, sourceUse);
+    parts_->barriers.leave(to, destinationUse);
+}
+
+void BlitCommandEncoder::generateMipmaps(const Texture& texture) {
+    const TextureParts& parts = texture.parts();
+    const TextureDescriptor& descriptor = parts.descriptor;
+    precondition(descriptor.mipLevels > 1 && !parts.isDepth() &&
+                     componentOf(descriptor.format) == msl::TextureComponent::float_,
+                 "Levels are made of colours that can be filtered.");
+    parts_->enter(parts, mipmapUse, Contents::kept);
+    parts_->barriers.flush(parts_->handle);
+    for (std::uint32_t level = 1; level < descriptor.mipLevels; ++level) {
+        const VkImageBlit blit{.srcSubresource = {parts.aspect, level - 1, 0, slices(descriptor)},
+                               .srcOffsets = {{}, extent(descriptor, level - 1)},
+                               .dstSubresource = {parts.aspect, level, 0, slices(descriptor)},
+                               .dstOffsets = {{}, extent(descriptor, level)}};
+        vkCmdBlitImage(parts_->handle, parts.image, mipmapUse.layout, parts.image, mipmapUse.layout,
+                       1, &blit, VK_FILTER_LINEAR);
+        parts_->barriers.afterWork(mipmapUse.stages, VK_ACCESS_2_TRANSFER_WRITE_BIT);
+        parts_->barriers.flush(parts_->handle);
+    }
+    parts_->barriers.leave(parts, mipmapUse);
+}
+
+void BlitCommandEncoder::endEncoding() {
+    parts_->endEncoding(Encoding::blit);
+}
+
+} // namespace tarnwick::gpu

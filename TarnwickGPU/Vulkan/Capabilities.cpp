@@ -1,0 +1,140 @@
+#include "TarnwickGPU/Vulkan/Capabilities.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+// SPIR-V 1.6, 3.31 and 2.3.
+enum class Capability : std::uint32_t {
+    Geometry = 2,
+    Float16 = 9,
+    Int64 = 11,
+    Int64Atomics = 12,
+    Int16 = 22,
+    ClipDistance = 32,
+    SampleRateShading = 35,
+    Int8 = 39,
+    SampledCubeArray = 45,
+    StorageImageReadWithoutFormat = 55,
+    StorageImageWriteWithoutFormat = 56,
+    GroupNonUniform = 61,
+    GroupNonUniformVote = 62,
+    GroupNonUniformArithmetic = 63,
+    GroupNonUniformBallot = 64,
+    GroupNonUniformShuffle = 65,
+    DrawParameters = 4427,
+    StorageBuffer16BitAccess = 4433,
+    UniformAndStorageBuffer16BitAccess = 4434,
+    StorageBuffer8BitAccess = 4448,
+    UniformAndStorageBuffer8BitAccess = 4449,
+    AtomicFloat32AddEXT = 6033
+};
+constexpr std::size_t header = 5;                    // words
+constexpr std::uint32_t declaration = 2u << 16 | 17; // OpCapability's first word
+
+struct Asked {
+    const FeatureChain& chain;
+    VkSubgroupFeatureFlags groups;
+    bool isCPU;
+
+    bool core(VkBool32 VkPhysicalDeviceFeatures::*feature) const {
+        return chain.core.features.*feature;
+    }
+    bool in11(VkBool32 VkPhysicalDeviceVulkan11Features::*feature) const {
+        return chain.vulkan11.*feature;
+    }
+    bool in12(VkBool32 VkPhysicalDeviceVulkan12Features::*feature) const {
+        return chain.vulkan12.*feature;
+    }
+    bool hasGroups(VkSubgroupFeatureFlags wanted) const { return (groups & wanted) == wanted; }
+};
+
+struct Row {
+    Capability capability;
+    const char* words;
+    bool (*isThere)(const Asked& device);
+};
+
+using Core = VkPhysicalDeviceFeatures;
+using In11 = VkPhysicalDeviceVulkan11Features;
+using In12 = VkPhysicalDeviceVulkan12Features;
+
+// clang-format off
+constexpr std::array rows{
+    Row{Capability::Int8,  "8-bit integers",  [](const Asked& a) { return a.in12(&In12::shaderInt8); }},
+    Row{Capability::Int16, "16-bit integers", [](const Asked& a) { return a.core(&Core::shaderInt16); }},
+    Row{Capability::Int64, "64-bit integers", [](const Asked& a) { return a.core(&Core::shaderInt64); }},
+    Row{Capability::Float16, "half", [](const Asked& a) { return a.in12(&In12::shaderFloat16); }},
+    Row{Capability::StorageBuffer8BitAccess, "8-bit values in buffers",
+        [](const Asked& a) { return a.in12(&In12::storageBuffer8BitAccess); }},
+    Row{Capability::UniformAndStorageBuffer8BitAccess, "8-bit values in constant buffers",
+        [](const Asked& a) { return a.in12(&In12::uniformAndStorageBuffer8BitAccess); }},
+    Row{Capability::StorageBuffer16BitAccess, "16-bit values in buffers",
+        [](const Asked& a) { return a.in11(&In11::storageBuffer16BitAccess); }},
+    Row{Capability::UniformAndStorageBuffer16BitAccess, "16-bit values in constant buffers",
+        [](const Asked& a) { return a.in11(&In11::uniformAndStorageBuffer16BitAccess); }},
+    Row{Capability::Int64Atomics, "64-bit atomic operations",
+        [](const Asked& a) { return a.in12(&In12::shaderBufferInt64Atomics); }},
+    Row{Capability::AtomicFloat32AddEXT, "atomic sums of floats",
+        [](const Asked& a) { return a.chain.atomicFloat.shaderBufferFloat32AtomicAdd == VK_TRUE; }},
+    Row{Capability::GroupNonUniform, "SIMD-groups",
+        [](const Asked& a) { return a.hasGroups(VK_SUBGROUP_FEATURE_BASIC_BIT); }},
+    Row{Capability::GroupNonUniformVote, "votes of SIMD-groups",
+        [](const Asked& a) { return a.hasGroups(VK_SUBGROUP_FEATURE_VOTE_BIT); }},
+    Row{Capability::GroupNonUniformBallot, "ballots of SIMD-groups",
+        [](const Asked& a) { return a.hasGroups(VK_SUBGROUP_FEATURE_BALLOT_BIT); }},
+    Row{Capability::GroupNonUniformShuffle, "shuffles of SIMD-groups",
+        [](const Asked& a) { return a.hasGroups(VK_SUBGROUP_FEATURE_SHUFFLE_BIT); }},
+    Row{Capability::GroupNonUniformArithmetic, "sums of SIMD-groups",
+        [](const Asked& a) { return a.hasGroups(VK_SUBGROUP_FEATURE_ARITHMETIC_BIT); }},
+    Row{Capability::DrawParameters, "base_vertex and base_instance",
+        [](const Asked& a) { return a.in11(&In11::shaderDrawParameters); }},
+    Row{Capability::Geometry, "primitive_id", [](const Asked& a) { return a.core(&Core::geometryShader); }},
+    Row{Capability::SampleRateShading, "sample_id and interpolation at samples",
+        [](const Asked& a) { return a.core(&Core::sampleRateShading); }},
+    Row{Capability::ClipDistance, "clip_distance",
+        [](const Asked& a) { return a.core(&Core::shaderClipDistance); }},
+    // The packaged CPU driver does not tell of it, but reads all formats (Instance.cpp).
+    Row{Capability::StorageImageReadWithoutFormat, "textures that are read and written",
+        [](const Asked& a) { return a.isCPU || a.core(&Core::shaderStorageImageReadWithoutFormat); }},
+    Row{Capability::StorageImageWriteWithoutFormat, "textures that are written",
+        [](const Asked& a) { return a.core(&Core::shaderStorageImageWriteWithoutFormat); }},
+    Row{Capability::SampledCubeArray, "arrays of cubes",
+        [](const Asked& a) { return a.core(&Core::imageCubeArray); }},
+};
+// clang-format on
+
+} // namespace
+
+std::vector<std::uint32_t> capabilitiesOf(VkPhysicalDevice device, const FeatureChain& chain) {
+    VkPhysicalDeviceVulkan11Properties vulkan11{
+        .sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_1_PROPERTIES};
+    VkPhysicalDeviceProperties2 properties{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_PROPERTIES_2,
+                                           .pNext = &vulkan11};
+    vkGetPhysicalDeviceProperties2(device, &properties);
+    const Asked asked{chain, vulkan11.subgroupSupportedOperations,
+                      properties.properties.deviceType == VK_PHYSICAL_DEVICE_TYPE_CPU};
+    std::vector<std::uint32_t> there;
+    for (const Row& row : rows)
+        if (row.isThere(asked))
+            there.push_back(static_cast<std::uint32_t>(row.capability));
+    std::sort(there.begin(), there.end());
+    return there;
+}
+
+std::optional<std::string> missingCapability(std::span<const std::uint32_t> module,
+                                             std::span<const std::uint32_t> capabilities) {
+    for (std::size_t at = header; at + 1 < module.size() && module[at] == declaration; at += 2) {
+        if (std::binary_search(capabilities.begin(), capabilities.end(), module[at + 1]))
+            continue;
+        for (const Row& row : rows)
+            if (static_cast<std::uint32_t>(row.capability) == module[at + 1])
+                return row.words;
+    }
+    return std::nullopt;
+}
+
+} // namespace tarnwick::gpu

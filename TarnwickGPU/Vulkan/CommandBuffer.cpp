@@ -1,0 +1,260 @@
+#include "TarnwickBase/Precondition.h"
+#include "TarnwickGPU/Vulkan/CommandBufferParts.h"
+#include "TarnwickGPU/Vulkan/LayerParts.h"
+#include "TarnwickGPU/Vulkan/TextureParts.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+constexpr std::size_t mostBytes = 65536;
+constexpr std::size_t mostDrawables = 7;
+
+// Each drawable comes with a semaphore that its first user waits for, and is presented with one.
+struct DrawableSemaphores {
+    std::array<VkSemaphoreSubmitInfo, mostDrawables> waits;
+    std::array<VkSemaphore, mostDrawables> signals;
+    std::size_t waitCount = 0, signalCount = 0;
+};
+
+DrawableSemaphores drawableSemaphores(const CommandBufferParts& parts) {
+    DrawableSemaphores semaphores;
+    for (DrawableSlot* slot : parts.touched)
+        if (std::exchange(slot->acquireIsPending, false))
+            semaphores.waits[semaphores.waitCount++] = {
+                .sType = VK_STRUCTURE_TYPE_SEMAPHORE_SUBMIT_INFO,
+                .semaphore = slot->layer->acquired[slot->frame],
+                .stageMask = VK_PIPELINE_STAGE_2_COLOR_ATTACHMENT_OUTPUT_BIT |
+                             VK_PIPELINE_STAGE_2_ALL_TRANSFER_BIT};
+    for (DrawableSlot* slot : parts.presented)
+        semaphores.signals[semaphores.signalCount++] = slot->presentable;
+    return semaphores;
+}
+
+bool submit(CommandBufferParts& parts) {
+    parts.barriers.flush(parts.handle);
+    if (vkEndCommandBuffer(parts.handle) != VK_SUCCESS || parts.failed)
+        return false;
+    const DrawableSemaphores semaphores = drawableSemaphores(parts);
+    const auto number = parts.device->submissions.submit(
+        parts.queue->lane, parts.handle, {semaphores.waits.data(), semaphores.waitCount},
+        {semaphores.signals.data(), semaphores.signalCount});
+    if (!number)
+        return false;
+    parts.submission = *number;
+    for (DrawableSlot* slot : parts.touched)
+        slot->lastSubmission = *number;
+    return true;
+}
+
+// The command buffer is never committed: what it would have drawn and shown is undone.
+void forgetDrawables(const CommandBufferParts& parts) {
+    for (DrawableSlot* slot : parts.touched)
+        slot->isDrawn = false;
+    for (DrawableSlot* slot : parts.presented)
+        giveBack(*slot);
+}
+
+} // namespace
+
+std::unique_ptr<CommandBufferParts> CommandBufferParts::make(std::shared_ptr<DeviceState> device) {
+    auto parts = std::make_unique<CommandBufferParts>(std::move(device));
+    const VkDevice handle = parts->device->handle;
+    const VkCommandPoolCreateInfo poolInfo{.sType = VK_STRUCTURE_TYPE_COMMAND_POOL_CREATE_INFO,
+                                           .flags = VK_COMMAND_POOL_CREATE_TRANSIENT_BIT,
+                                           .queueFamilyIndex = parts->device->queueFamily};
+    if (vkCreateCommandPool(handle, &poolInfo, nullptr, &parts->pool) != VK_SUCCESS)
+        return nullptr;
+    const VkCommandBufferAllocateInfo info{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_ALLOCATE_INFO,
+                                           .commandPool = parts->pool,
+                                           .level = VK_COMMAND_BUFFER_LEVEL_PRIMARY,
+                                           .commandBufferCount = 1};
+    if (vkAllocateCommandBuffers(handle, &info, &parts->handle) != VK_SUCCESS ||
+        !parts->reports.make(*parts->device))
+        return nullptr;
+    return parts;
+}
+
+CommandBufferParts::~CommandBufferParts() {
+    ring.bury(*device);
+    sets.bury(*device);
+    reports.bury(*device);
+    device->bury(pool);
+}
+
+bool CommandBufferParts::begin() {
+    ring.reset();
+    sets.reset(*device);
+    reports.reset();
+    barriers.forget();
+    sums.reset();
+    touched.clear();
+    presented.clear();
+    status = CommandBufferStatus::recording;
+    failed = false;
+    encoding = Encoding::nothing;
+    const VkCommandBufferBeginInfo info{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_BEGIN_INFO,
+                                        .flags = VK_COMMAND_BUFFER_USAGE_ONE_TIME_SUBMIT_BIT};
+    return vkResetCommandPool(device->handle, pool, 0) == VK_SUCCESS &&
+           vkBeginCommandBuffer(handle, &info) == VK_SUCCESS;
+}
+
+void CommandBufferParts::startEncoding(Encoding kind) {
+    precondition(status == CommandBufferStatus::recording, "Encoders come before commit().");
+    precondition(encoding == Encoding::nothing, "A command buffer has one open encoder at a time.");
+    encoding = kind;
+    tables = {};
+    resourcesChanged = true;
+    wroteMemory = false;
+    renderPipeline = nullptr;
+    computePipeline = nullptr;
+    boundPipeline = VK_NULL_HANDLE;
+    primitive.reset();
+    rendering = Rendering::due;
+}
+
+void CommandBufferParts::endEncoding(Encoding kind) {
+    precondition(encoding == kind, "endEncoding() comes once, and last.");
+    encoding = Encoding::nothing;
+}
+
+void CommandBufferParts::enter(const TextureParts& texture, const TextureUse& use,
+                               Contents contents) {
+    DrawableSlot* slot = texture.drawable;
+    if (slot) {
+        touch(*slot);
+        if (!std::exchange(slot->isDrawn, true))
+            contents = Contents::discarded; // a drawable starts with no contents
+    }
+    barriers.enter(texture, use, contents);
+}
+
+void CommandBufferParts::touch(DrawableSlot& slot) {
+    if (std::find(touched.begin(), touched.end(), &slot) == touched.end())
+        touched.push_back(&slot);
+    precondition(touched.size() <= mostDrawables, "A command buffer has at most 7 drawables.");
+}
+
+void CommandBufferParts::setBytes(TableIndex table, const void* bytes, std::size_t length,
+                                  std::uint32_t index) {
+    precondition(length > 0 && length <= mostBytes, "setBytes takes 1 to 65536 bytes.");
+    precondition(index < buffersPerStage, "Buffers have indices from 0 to 30.");
+    const BytesRing::Slice slice = ring.take(*device, length);
+    if (!slice.buffer) {
+        failed = true;
+        return;
+    }
+    std::memcpy(slice.bytes, bytes, length);
+    tables[static_cast<std::size_t>(table)].buffers[index] = {slice.buffer, slice.offset, length,
+                                                              slice.bytes};
+    resourcesChanged = true;
+}
+
+void CommandBufferParts::setBuffer(TableIndex table, const Buffer& buffer, std::size_t offset,
+                                   std::uint32_t index) {
+    const BufferMemory& memory = buffer.parts().memory;
+    precondition(index < buffersPerStage, "Buffers have indices from 0 to 30.");
+    precondition(offset < memory.size, "A buffer's offset lies within it.");
+    precondition(offset % device->limits.minStorageBufferOffsetAlignment == 0 &&
+                     offset % device->limits.minUniformBufferOffsetAlignment == 0,
+                 "A buffer's offset is a multiple of 256 bytes, or of what the device asks for.");
+    tables[static_cast<std::size_t>(table)].buffers[index] = {memory.buffer, offset,
+                                                              memory.size - offset, nullptr};
+    resourcesChanged = true;
+}
+
+void CommandBufferParts::setTexture(TableIndex table, const Texture* texture, std::uint32_t index) {
+    precondition(index < msl::mostTextures, "Textures have indices from 0 to 127.");
+    tables[static_cast<std::size_t>(table)].textures[index] = texture ? &texture->parts() : nullptr;
+    resourcesChanged = true;
+}
+
+void CommandBufferParts::setSampler(TableIndex table, const SamplerState* state,
+                                    std::uint32_t index) {
+    precondition(index < msl::mostSamplers, "Samplers have indices from 0 to 15.");
+    tables[static_cast<std::size_t>(table)].samplers[index] = state ? &state->parts() : nullptr;
+    resourcesChanged = true;
+}
+
+CommandBuffer::CommandBuffer(std::unique_ptr<CommandBufferParts> parts)
+    : parts_(std::move(parts)) {}
+CommandBuffer::CommandBuffer(CommandBuffer&&) noexcept = default;
+
+CommandBuffer& CommandBuffer::operator=(CommandBuffer&& other) noexcept {
+    std::swap(parts_, other.parts_); // the other one gives ours back
+    return *this;
+}
+
+CommandBuffer::~CommandBuffer() {
+    if (!parts_)
+        return;
+    if (parts_->status == CommandBufferStatus::recording)
+        forgetDrawables(*parts_);
+    const std::shared_ptr<QueueParts> queue = std::move(parts_->queue);
+    queue->resting.push_back(std::move(parts_));
+}
+
+void CommandBuffer::present(const Drawable& drawable) {
+    precondition(parts_->status == CommandBufferStatus::recording, "present() precedes commit().");
+    DrawableSlot& slot = drawable.slot();
+    parts_->touch(slot);
+    slot.isShown = true;
+    parts_->presented.push_back(&slot);
+}
+
+void CommandBuffer::commit() {
+    precondition(parts_->status == CommandBufferStatus::recording, "commit() comes once.");
+    precondition(parts_->encoding == Encoding::nothing, "Encoders end before commit().");
+    // A picture that nobody drew into is still in no layout that can be shown.
+    for (DrawableSlot* slot : parts_->presented)
+        if (!slot->isDrawn)
+            parts_->barriers.enter(
+                slot->texture->parts(),
+                {VK_IMAGE_LAYOUT_PRESENT_SRC_KHR, VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT, 0},
+                Contents::discarded);
+    const bool isSubmitted = submit(*parts_);
+    parts_->status = isSubmitted ? CommandBufferStatus::committed : CommandBufferStatus::error;
+    for (DrawableSlot* slot : parts_->presented)
+        isSubmitted ? show(*slot) : giveBack(*slot);
+}
+
+void CommandBuffer::waitUntilCompleted() {
+    precondition(parts_->status != CommandBufferStatus::recording, "Waiting follows commit().");
+    if (parts_->status != CommandBufferStatus::committed)
+        return;
+    parts_->status = parts_->device->submissions.wait(parts_->submission)
+                         ? CommandBufferStatus::completed
+                         : CommandBufferStatus::error;
+}
+
+bool CommandBuffer::waitUntilCompleted(double seconds) {
+    precondition(parts_->status != CommandBufferStatus::recording, "Waiting follows commit().");
+    constexpr double longest = 1e9; // seconds, which nanoseconds of 64 bits hold
+    const auto nanoseconds =
+        static_cast<std::uint64_t>(std::clamp(seconds, 0.0, longest) * 1'000'000'000);
+    if (status() == CommandBufferStatus::committed)
+        parts_->device->submissions.wait(parts_->submission, nanoseconds);
+    return status() != CommandBufferStatus::committed;
+}
+
+CommandBufferStatus CommandBuffer::status() const {
+    if (parts_->status != CommandBufferStatus::committed)
+        return parts_->status;
+    Submissions& submissions = parts_->device->submissions;
+    const bool isDone = submissions.isDone(parts_->submission);
+    if (submissions.isLost())
+        return CommandBufferStatus::error;
+    return isDone ? CommandBufferStatus::completed : CommandBufferStatus::committed;
+}
+
+bool CommandBuffer::hitLoopBudget() const {
+    const CommandBufferStatus now = status();
+    return (now == CommandBufferStatus::committed || now == CommandBufferStatus::completed) &&
+           parts_->reports.anyIsSet();
+}
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,94 @@
+// The Vulkan sides of queues and command buffers. A command buffer's parts are used again once the
+// GPU is done with them, and everything in them keeps its room, so that a warm frame needs no heap.
+#pragma once
+
+#include "TarnwickGPU/Commands.h"
+#include "TarnwickGPU/Points/PointSums.h"
+#include "TarnwickGPU/Vulkan/Barriers.h"
+#include "TarnwickGPU/Vulkan/BytesRing.h"
+#include "TarnwickGPU/Vulkan/DescriptorSets.h"
+#include "TarnwickGPU/Vulkan/DeviceState.h"
+#include "TarnwickGPU/Vulkan/LoopReports.h"
+#include "TarnwickGPU/Vulkan/ResourceTable.h"
+
+#include <vulkan/vulkan.h>
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace tarnwick::gpu {
+
+struct ComputePipelineParts;
+struct DrawableSlot;
+struct RenderPipelineParts;
+
+enum class Encoding : std::uint8_t { nothing, render, compute, blit };
+
+// A render encoder's targets are loaded at its first draw, so that kernels of the layer's own can
+// come before; `broken` off for one in between, they go on with what is in them.
+enum class Rendering : std::uint8_t { due, open, broken };
+
+struct CommandBufferParts {
+    // Null when memory is out.
+    static std::unique_ptr<CommandBufferParts> make(std::shared_ptr<DeviceState> device);
+    explicit CommandBufferParts(std::shared_ptr<DeviceState> state) : device(std::move(state)) {}
+    ~CommandBufferParts();
+    CommandBufferParts(const CommandBufferParts&) = delete;
+    CommandBufferParts& operator=(const CommandBufferParts&) = delete;
+
+    bool begin(); // false when memory is out
+    void startEncoding(Encoding kind);
+    void endEncoding(Encoding kind);
+    // The encoder uses `texture` so from the next flush of `barriers` on.
+    void enter(const TextureParts& texture, const TextureUse& use, Contents contents);
+    // The command buffer uses a drawable, so the GPU must wait until that is there.
+    void touch(DrawableSlot& slot);
+    void setBytes(TableIndex table, const void* bytes, std::size_t length, std::uint32_t index);
+    void setBuffer(TableIndex table, const Buffer& buffer, std::size_t offset, std::uint32_t index);
+    void setTexture(TableIndex table, const Texture* texture, std::uint32_t index);
+    void setSampler(TableIndex table, const SamplerState* state, std::uint32_t index);
+
+    std::shared_ptr<DeviceState> device;
+    std::shared_ptr<QueueParts> queue; // while handed out
+    VkCommandPool pool = VK_NULL_HANDLE;
+    VkCommandBuffer handle = VK_NULL_HANDLE;
+    std::uint64_t submission = 0; // the last one of these parts
+    CommandBufferStatus status = CommandBufferStatus::recording;
+    bool failed = false; // memory ran out while encoding
+
+    BytesRing ring;
+    DescriptorSets sets;
+    LoopReports reports;
+    Barriers barriers;
+    std::vector<DrawableSlot*> touched, presented;
+
+    // The open encoder's state.
+    Encoding encoding = Encoding::nothing;
+    std::array<ResourceTable, 2> tables; // by TableIndex
+    bool resourcesChanged = true;
+    bool wroteMemory = false; // the last dispatch stored to buffers or textures
+    const RenderPipelineParts* renderPipeline = nullptr;
+    const ComputePipelineParts* computePipeline = nullptr;
+    std::array<std::uint32_t, mostThreadgroupPointers> threadgroupLengths{}; // by index; 0: not set
+    VkPipeline boundPipeline = VK_NULL_HANDLE;
+    std::optional<PrimitiveType> primitive;
+    RenderPassDescriptor pass;
+    Rendering rendering = Rendering::due;
+    Viewport viewport;
+    ScissorRect scissor;
+    // What the layer's own code binds at the next draw or dispatch: PointPipelines.h's indices.
+    std::array<VkDescriptorBufferInfo, 2> ownBuffers{};
+    std::shared_ptr<PointSums> sums; // while the GPU may use them
+};
+
+struct QueueParts {
+    std::shared_ptr<DeviceState> device;
+    Lane lane = Lane::pictures;
+    std::vector<std::unique_ptr<CommandBufferParts>> resting; // done or in flight, with no owner
+    std::size_t made = 0;
+};
+
+} // namespace tarnwick::gpu

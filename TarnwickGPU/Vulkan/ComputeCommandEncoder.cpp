@@ -1,0 +1,116 @@
+#include "TarnwickBase/Precondition.h"
+#include "TarnwickGPU/Commands.h"
+#include "TarnwickGPU/Vulkan/CommandBufferParts.h"
+#include "TarnwickGPU/Vulkan/PipelineParts.h"
+
+#include <array>
+#include <utility>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+std::uint32_t groups(std::uint32_t threads, std::uint32_t perGroup) {
+    return threads / perGroup + (threads % perGroup != 0 ? 1 : 0);
+}
+
+bool fits(const Size& threadgroup, const VkPhysicalDeviceLimits& limits) {
+    const auto& most = limits.maxComputeWorkGroupSize;
+    return threadgroup.width > 0 && threadgroup.height > 0 && threadgroup.depth > 0 &&
+           threadgroup.width <= most[0] && threadgroup.height <= most[1] &&
+           threadgroup.depth <= most[2] &&
+           std::uint64_t{threadgroup.width} * threadgroup.height * threadgroup.depth <=
+               limits.maxComputeWorkGroupInvocations;
+}
+
+// Metal's encoders run their dispatches one after the other, each seeing what those before it
+// wrote.
+void waitForWrites(CommandBufferParts& parts) {
+    if (!std::exchange(parts.wroteMemory, false))
+        return;
+    parts.barriers.afterWork(VK_PIPELINE_STAGE_2_COMPUTE_SHADER_BIT,
+                             VK_ACCESS_2_SHADER_STORAGE_WRITE_BIT);
+    parts.barriers.flush(parts.handle);
+}
+
+} // namespace
+
+std::optional<ComputeCommandEncoder> CommandBuffer::computeCommandEncoder() {
+    if (parts_->device->submissions.isLost() || parts_->failed)
+        return std::nullopt;
+    parts_->startEncoding(Encoding::compute);
+    parts_->threadgroupLengths = {};
+    parts_->barriers.flush(parts_->handle);
+    return ComputeCommandEncoder(*parts_);
+}
+
+void ComputeCommandEncoder::setComputePipelineState(const ComputePipelineState& state) {
+    parts_->computePipeline = &state.parts();
+}
+
+void ComputeCommandEncoder::setBytes(const void* bytes, std::size_t length, std::uint32_t index) {
+    parts_->setBytes(TableIndex::vertexOrKernel, bytes, length, index);
+}
+
+void ComputeCommandEncoder::setBuffer(const Buffer& buffer, std::size_t offset,
+                                      std::uint32_t index) {
+    parts_->setBuffer(TableIndex::vertexOrKernel, buffer, offset, index);
+}
+
+void ComputeCommandEncoder::setTexture(const Texture* texture, std::uint32_t index) {
+    parts_->setTexture(TableIndex::vertexOrKernel, texture, index);
+}
+
+void ComputeCommandEncoder::setThreadgroupMemoryLength(std::uint32_t bytes, std::uint32_t index) {
+    precondition(index < mostThreadgroupPointers, "An index of threadgroup memory is below 31.");
+    parts_->threadgroupLengths[index] = bytes;
+}
+
+void ComputeCommandEncoder::setSamplerState(const SamplerState* state, std::uint32_t index) {
+    parts_->setSampler(TableIndex::vertexOrKernel, state, index);
+}
+
+void ComputeCommandEncoder::dispatchThreads(Size threads, Size perThreadgroup) {
+    precondition(parts_->encoding == Encoding::compute && parts_->computePipeline,
+                 "A dispatch has an open encoder and a pipeline.");
+    const VkPhysicalDeviceLimits& limits = parts_->device->limits;
+    precondition(fits(perThreadgroup, limits), "A threadgroup is of a size that the device takes.");
+    if (threads.width == 0 || threads.height == 0 || threads.depth == 0)
+        return;
+    const ComputePipelineParts& kernel = *parts_->computePipeline;
+    ThreadgroupShape shape{.threads = perThreadgroup};
+    for (std::uint32_t index : kernel.kernel->threadgroupPointers)
+        shape.lengths[index] = parts_->threadgroupLengths[index];
+    const VkPipeline pipeline = kernel.pipelineFor(shape);
+    const std::array counts{groups(threads.width, perThreadgroup.width),
+                            groups(threads.height, perThreadgroup.height),
+                            groups(threads.depth, perThreadgroup.depth)};
+    for (std::size_t axis = 0; axis < counts.size(); ++axis)
+        precondition(counts[axis] <= limits.maxComputeWorkGroupCount[axis],
+                     "A grid has no more threadgroups than the device takes.");
+    if (!pipeline) {
+        parts_->failed = true;
+        return;
+    }
+    waitForWrites(*parts_);
+    if (parts_->boundPipeline != pipeline) {
+        vkCmdBindPipeline(parts_->handle, VK_PIPELINE_BIND_POINT_COMPUTE, pipeline);
+        parts_->boundPipeline = pipeline;
+        parts_->resourcesChanged = true;
+    }
+    if (std::exchange(parts_->resourcesChanged, false) || kernel.layout.reportsLoops)
+        bindResources(*parts_, kernel.layout, VK_PIPELINE_BIND_POINT_COMPUTE);
+    const std::array grid{threads.width, threads.height, threads.depth};
+    vkCmdPushConstants(parts_->handle, kernel.layout.pipelineLayout, VK_SHADER_STAGE_COMPUTE_BIT, 0,
+                       sizeof grid, grid.data());
+    vkCmdDispatch(parts_->handle, counts[0], counts[1], counts[2]);
+    parts_->wroteMemory = kernel.layout.writesMemory;
+}
+
+void ComputeCommandEncoder::endEncoding() {
+    parts_->endEncoding(Encoding::compute);
+    parts_->barriers.afterWork(VK_PIPELINE_STAGE_2_COMPUTE_SHADER_BIT,
+                               VK_ACCESS_2_SHADER_STORAGE_WRITE_BIT);
+}
+
+} // namespace tarnwick::gpu

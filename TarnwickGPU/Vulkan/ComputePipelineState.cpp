@@ -1,0 +1,168 @@
+#include "TarnwickGPU/Device.h"
+#include "TarnwickGPU/Vulkan/Capabilities.h"
+#include "TarnwickGPU/Vulkan/PipelineParts.h"
+
+#include <algorithm>
+#include <array>
+#include <numeric>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+std::uint32_t mostThreads(const DeviceState& device, const msl::EntryPoint& kernel) {
+    const std::uint32_t most = device.limits.maxComputeWorkGroupInvocations;
+    return kernel.mostThreads ? std::min(kernel.mostThreads, most) : most;
+}
+
+// The shape that a pipeline is first made for, to learn early whether the device takes the kernel.
+ThreadgroupShape usualThreadgroup(const DeviceState& device, const msl::EntryPoint& kernel) {
+    return {.threads = {std::min(mostThreads(device, kernel), 256u), 1, 1}};
+}
+
+// The values of the constants that a kernel's pipelines are specialised with.
+class Constants {
+  public:
+    Constants(const DeviceState& device, const msl::EntryPoint& kernel,
+              const ThreadgroupShape& shape) {
+        add(msl::loopBudgetConstant, device.loopBudget);
+        add(msl::threadgroupSizeConstants[0], shape.threads.width);
+        add(msl::threadgroupSizeConstants[1], shape.threads.height);
+        add(msl::threadgroupSizeConstants[2], shape.threads.depth);
+        for (std::uint32_t index : kernel.threadgroupPointers)
+            if (shape.lengths[index])
+                add(msl::threadgroupLengthConstant(index), shape.lengths[index]);
+    }
+    VkSpecializationInfo info() const {
+        return {count_, entries_.data(), count_ * sizeof(std::uint32_t), values_.data()};
+    }
+
+  private:
+    static constexpr std::size_t most = 4 + mostThreadgroupPointers;
+
+    void add(std::uint32_t constant, std::uint32_t value) {
+        entries_[count_] = {constant, count_ * static_cast<std::uint32_t>(sizeof value),
+                            sizeof value};
+        values_[count_++] = value;
+    }
+
+    std::uint32_t count_ = 0;
+    std::array<VkSpecializationMapEntry, most> entries_{};
+    std::array<std::uint32_t, most> values_{};
+};
+
+// Threadgroup memory in bytes, where all pointers without a length get none.
+std::uint64_t memoryOf(const msl::EntryPoint& kernel, const ThreadgroupShape& shape) {
+    return std::accumulate(shape.lengths.begin(), shape.lengths.end(),
+                           std::uint64_t{kernel.threadgroupBytes});
+}
+
+VkResult makeVariant(const DeviceState& device, const BindingLayout& layout,
+                     const msl::EntryPoint& kernel, const ThreadgroupShape& threadgroup,
+                     VkPipeline& pipeline) {
+    if (memoryOf(kernel, threadgroup) > device.limits.maxComputeSharedMemorySize)
+        return VK_ERROR_OUT_OF_DEVICE_MEMORY;
+    const ShaderModule module(device.handle, kernel.words);
+    if (!module.handle())
+        return VK_ERROR_UNKNOWN;
+    const Constants values(device, kernel, threadgroup);
+    const VkSpecializationInfo constants = values.info();
+    const VkComputePipelineCreateInfo info{
+        .sType = VK_STRUCTURE_TYPE_COMPUTE_PIPELINE_CREATE_INFO,
+        .stage = {.sType = VK_STRUCTURE_TYPE_PIPELINE_SHADER_STAGE_CREATE_INFO,
+                  .stage = VK_SHADER_STAGE_COMPUTE_BIT,
+                  .module = module.handle(),
+                  .pName = "main",
+                  .pSpecializationInfo = &constants},
+        .layout = layout.pipelineLayout};
+    return vkCreateComputePipelines(device.handle, device.pipelineCache.handle(), 1, &info, nullptr,
+                                    &pipeline);
+}
+
+} // namespace
+
+ShaderModule::ShaderModule(VkDevice device, std::span<const std::uint32_t> words)
+    : device_(device) {
+    const VkShaderModuleCreateInfo info{.sType = VK_STRUCTURE_TYPE_SHADER_MODULE_CREATE_INFO,
+                                        .codeSize = words.size_bytes(),
+                                        .pCode = words.data()};
+    if (vkCreateShaderModule(device, &info, nullptr, &handle_) != VK_SUCCESS)
+        handle_ = VK_NULL_HANDLE;
+}
+
+ShaderModule::~ShaderModule() {
+    if (handle_)
+        vkDestroyShaderModule(device_, handle_, nullptr);
+}
+
+std::string refusal(const DeviceState& device, const std::string& what, VkResult result) {
+    const char* reason = "does not take it";
+    if (result == VK_ERROR_OUT_OF_DEVICE_MEMORY || result == VK_ERROR_OUT_OF_HOST_MEMORY)
+        reason = "is out of memory";
+    if (result == VK_ERROR_DEVICE_LOST)
+        reason = "was lost";
+    return "The device could not make " + what + ": " + device.info.name + " " + reason + ".";
+}
+
+void checkNeeds(const DeviceState& device, const std::string& what,
+                const msl::EntryPoint& function) {
+    const std::string start = "The device could not make " + what + ": " + device.info.name;
+    if (auto missing = missingCapability(function.words, device.features.capabilities))
+        throw DeviceError(start + " has no " + *missing + ".");
+    const std::uint32_t most = device.limits.maxComputeSharedMemorySize;
+    if (function.threadgroupBytes > most)
+        throw DeviceError(start + " has " + std::to_string(most) +
+                          " bytes of threadgroup memory, and " +
+                          std::to_string(function.threadgroupBytes) + " are wanted.");
+}
+
+VkPipeline ComputePipelineParts::pipelineFor(const ThreadgroupShape& threadgroup) const {
+    std::lock_guard lock(mutex_);
+    for (const Variant& variant : variants_)
+        if (variant.threadgroup == threadgroup)
+            return variant.pipeline;
+    VkPipeline pipeline = VK_NULL_HANDLE;
+    if (makeVariant(*device, layout, *kernel, threadgroup, pipeline) != VK_SUCCESS)
+        return VK_NULL_HANDLE;
+    variants_.push_back({threadgroup, pipeline});
+    return pipeline;
+}
+
+ComputePipelineParts::~ComputePipelineParts() {
+    for (const Variant& variant : variants_)
+        device->bury(variant.pipeline);
+    layout.bury(*device);
+}
+
+ComputePipelineState::ComputePipelineState(std::unique_ptr<ComputePipelineParts> parts)
+    : parts_(std::move(parts)) {}
+ComputePipelineState::~ComputePipelineState() = default;
+
+std::uint32_t ComputePipelineState::maxTotalThreadsPerThreadgroup() const {
+    return mostThreads(*parts_->device, *parts_->kernel);
+}
+
+std::unique_ptr<ComputePipelineState> Device::newComputePipelineState(const Function& kernel) {
+    const std::string subject = "the compute pipeline of " + kernel.name();
+    if (isLost())
+        throw DeviceError(refusal(*state_, subject, VK_ERROR_DEVICE_LOST));
+    if (kernel.stage() != msl::Stage::kernel)
+        throw DeviceError("The device could not make " + subject + ": it is no kernel.");
+    checkNeeds(*state_, subject, kernel.entryPoint());
+    auto parts = std::make_unique<ComputePipelineParts>();
+    parts->device = state_;
+    parts->kernel = kernel.sharedEntryPoint();
+    const std::array functions{&kernel.entryPoint()};
+    auto layout =
+        BindingLayout::make(*state_, {.functions = functions,
+                                      .pushConstants = {.stageFlags = VK_SHADER_STAGE_COMPUTE_BIT,
+                                                        .size = msl::kernelPushConstantBytes}});
+    if (!layout)
+        throw DeviceError(refusal(*state_, subject, VK_ERROR_UNKNOWN));
+    parts->layout = std::move(*layout);
+    if (!parts->pipelineFor(usualThreadgroup(*state_, *parts->kernel)))
+        throw DeviceError(refusal(*state_, subject, VK_ERROR_UNKNOWN));
+    return std::make_unique<ComputePipelineState>(std::move(parts));
+}
+
+} // namespace tarnwick::gpu

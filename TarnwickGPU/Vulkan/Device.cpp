@@ -1,0 +1,74 @@
+#include "TarnwickGPU/Device.h"
+
+#include "TarnwickBase/Quoted.h"
+#include "TarnwickGPU/Vulkan/DeviceState.h"
+
+#include <cstdlib>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+std::vector<DeviceInfo> infos(const std::vector<PhysicalDevice>& devices) {
+    std::vector<DeviceInfo> list;
+    for (const PhysicalDevice& device : devices)
+        list.push_back(device.info);
+    return list;
+}
+
+std::optional<std::string_view> wantedDevice() {
+    const char* wanted = std::getenv("TARNWICK_DEVICE");
+    return wanted ? std::optional<std::string_view>(wanted) : std::nullopt;
+}
+
+// "0 llvmpipe, 1 another"
+std::string listOf(const std::vector<DeviceInfo>& devices) {
+    std::string list;
+    for (std::size_t index = 0; index < devices.size(); ++index)
+        list += (index > 0 ? ", " : "") + std::to_string(index) + " " + devices[index].name;
+    return list;
+}
+
+} // namespace
+
+std::vector<DeviceInfo> allDevices() {
+    const auto instance = Instance::make();
+    return instance ? infos(usableDevices(instance->handle)) : std::vector<DeviceInfo>();
+}
+
+std::shared_ptr<Device> Device::systemDefault() {
+    auto instance = Instance::make();
+    if (!instance)
+        return nullptr;
+    const auto devices = usableDevices(instance->handle);
+    const auto chosen = chooseDevice(infos(devices), wantedDevice());
+    auto state = chosen ? DeviceState::make(std::move(instance), devices[*chosen]) : nullptr;
+    return state ? std::make_shared<Device>(std::move(state)) : nullptr;
+}
+
+std::string Device::absence() {
+    const std::vector<DeviceInfo> devices = allDevices();
+    if (devices.empty())
+        return "There is no device to draw with.";
+    const auto wanted = wantedDevice();
+    if (const auto chosen = chooseDevice(devices, wanted))
+        return "The device " + devices[*chosen].name + " cannot be opened.";
+    return "TARNWICK_DEVICE is " + quoted(wanted.value_or("")) +
+           ", which is neither the number of a device nor a part of its name: " + listOf(devices) +
+           ".";
+}
+
+Device::Device(std::shared_ptr<DeviceState> state) : state_(std::move(state)) {}
+Device::~Device() = default;
+
+const DeviceInfo& Device::info() const {
+    return state_->info;
+}
+bool Device::isLost() const {
+    return state_->submissions.isLost();
+}
+std::uint64_t Device::validationMessages() {
+    return validationMessageCount();
+}
+
+} // namespace tarnwick::gpu

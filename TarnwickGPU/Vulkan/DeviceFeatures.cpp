@@ -1,0 +1,160 @@
+#include "TarnwickGPU/Vulkan/DeviceFeatures.h"
+
+#include "TarnwickGPU/Vulkan/Capabilities.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <utility>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+// Without these no module of the compiler runs, or no command is encoded.
+constexpr std::array needed12{&VkPhysicalDeviceVulkan12Features::timelineSemaphore,
+                              &VkPhysicalDeviceVulkan12Features::scalarBlockLayout};
+constexpr std::array needed13{&VkPhysicalDeviceVulkan13Features::synchronization2,
+                              &VkPhysicalDeviceVulkan13Features::dynamicRendering,
+                              &VkPhysicalDeviceVulkan13Features::maintenance4,
+                              &VkPhysicalDeviceVulkan13Features::shaderDemoteToHelperInvocation};
+
+constexpr std::array takenCore{&VkPhysicalDeviceFeatures::robustBufferAccess,
+                               &VkPhysicalDeviceFeatures::fragmentStoresAndAtomics,
+                               &VkPhysicalDeviceFeatures::vertexPipelineStoresAndAtomics,
+                               &VkPhysicalDeviceFeatures::largePoints,
+                               &VkPhysicalDeviceFeatures::multiDrawIndirect,
+                               &VkPhysicalDeviceFeatures::samplerAnisotropy,
+                               &VkPhysicalDeviceFeatures::imageCubeArray,
+                               &VkPhysicalDeviceFeatures::geometryShader, // for primitive_id
+                               &VkPhysicalDeviceFeatures::sampleRateShading,
+                               &VkPhysicalDeviceFeatures::shaderClipDistance,
+                               &VkPhysicalDeviceFeatures::shaderImageGatherExtended,
+                               &VkPhysicalDeviceFeatures::shaderStorageImageExtendedFormats,
+                               &VkPhysicalDeviceFeatures::shaderStorageImageReadWithoutFormat,
+                               &VkPhysicalDeviceFeatures::shaderStorageImageWriteWithoutFormat,
+                               &VkPhysicalDeviceFeatures::shaderInt16,
+                               &VkPhysicalDeviceFeatures::shaderInt64};
+constexpr std::array taken11{&VkPhysicalDeviceVulkan11Features::storageBuffer16BitAccess,
+                             &VkPhysicalDeviceVulkan11Features::uniformAndStorageBuffer16BitAccess,
+                             &VkPhysicalDeviceVulkan11Features::variablePointersStorageBuffer,
+                             &VkPhysicalDeviceVulkan11Features::variablePointers,
+                             &VkPhysicalDeviceVulkan11Features::shaderDrawParameters};
+constexpr std::array taken12{&VkPhysicalDeviceVulkan12Features::storageBuffer8BitAccess,
+                             &VkPhysicalDeviceVulkan12Features::uniformAndStorageBuffer8BitAccess,
+                             &VkPhysicalDeviceVulkan12Features::shaderFloat16,
+                             &VkPhysicalDeviceVulkan12Features::shaderInt8,
+                             &VkPhysicalDeviceVulkan12Features::shaderBufferInt64Atomics,
+                             &VkPhysicalDeviceVulkan12Features::shaderSharedInt64Atomics,
+                             &VkPhysicalDeviceVulkan12Features::shaderOutputLayer,
+                             &VkPhysicalDeviceVulkan12Features::shaderOutputViewportIndex,
+                             &VkPhysicalDeviceVulkan12Features::samplerMirrorClampToEdge,
+                             &VkPhysicalDeviceVulkan12Features::uniformBufferStandardLayout,
+                             &VkPhysicalDeviceVulkan12Features::shaderSubgroupExtendedTypes,
+                             &VkPhysicalDeviceVulkan12Features::vulkanMemoryModel,
+                             &VkPhysicalDeviceVulkan12Features::vulkanMemoryModelDeviceScope};
+constexpr std::array taken13{
+    &VkPhysicalDeviceVulkan13Features::robustImageAccess,
+    &VkPhysicalDeviceVulkan13Features::shaderTerminateInvocation,
+    &VkPhysicalDeviceVulkan13Features::shaderZeroInitializeWorkgroupMemory};
+
+template <typename Record, std::size_t count>
+void keep(const Record& from, Record& to, const std::array<VkBool32 Record::*, count>& members) {
+    for (auto member : members)
+        to.*member = from.*member;
+}
+
+template <typename Record, std::size_t count>
+bool hasAll(const Record& record, const std::array<VkBool32 Record::*, count>& members) {
+    return std::all_of(members.begin(), members.end(),
+                       [&](auto member) { return record.*member == VK_TRUE; });
+}
+
+std::uint32_t maxPushDescriptors(VkPhysicalDevice device) {
+    VkPhysicalDevicePushDescriptorPropertiesKHR push{
+        .sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_PUSH_DESCRIPTOR_PROPERTIES_KHR};
+    VkPhysicalDeviceProperties2 properties{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_PROPERTIES_2,
+                                           .pNext = &push};
+    vkGetPhysicalDeviceProperties2(device, &properties);
+    return push.maxPushDescriptors;
+}
+
+bool hasDeviceExtension(VkPhysicalDevice device, const char* name) {
+    std::uint32_t count = 0;
+    vkEnumerateDeviceExtensionProperties(device, nullptr, &count, nullptr);
+    std::vector<VkExtensionProperties> extensions(count);
+    vkEnumerateDeviceExtensionProperties(device, nullptr, &count, extensions.data());
+    return std::any_of(extensions.begin(), extensions.end(),
+                       [name](const VkExtensionProperties& extension) {
+                           return std::strcmp(extension.extensionName, name) == 0;
+                       });
+}
+
+} // namespace
+
+FeatureChain::FeatureChain(const OptionalRecords& records)
+    : core{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_FEATURES_2, .pNext = &vulkan11},
+      vulkan11{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_1_FEATURES, .pNext = &vulkan12},
+      vulkan12{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_2_FEATURES, .pNext = &vulkan13},
+      vulkan13{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_3_FEATURES, .pNext = nullptr},
+      robustness2{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_ROBUSTNESS_2_FEATURES_EXT},
+      atomicFloat{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_SHADER_ATOMIC_FLOAT_FEATURES_EXT} {
+    auto add = [this](auto& record) { record.pNext = std::exchange(vulkan13.pNext, &record); };
+    if (records.robustness2)
+        add(robustness2);
+    if (records.atomicFloat)
+        add(atomicFloat);
+}
+
+bool isUsable(VkPhysicalDevice device) {
+    FeatureChain chain({});
+    vkGetPhysicalDeviceFeatures2(device, &chain.core);
+    return hasAll(chain.vulkan12, needed12) && hasAll(chain.vulkan13, needed13);
+}
+
+OptionalRecords optionalRecords(VkPhysicalDevice device) {
+    return {.robustness2 = hasDeviceExtension(device, VK_EXT_ROBUSTNESS_2_EXTENSION_NAME),
+            .atomicFloat = hasDeviceExtension(device, VK_EXT_SHADER_ATOMIC_FLOAT_EXTENSION_NAME)};
+}
+
+DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, FeatureChain& chain,
+                              std::vector<const char*>& extensions) {
+    const OptionalRecords records = optionalRecords(device);
+    FeatureChain had(records);
+    vkGetPhysicalDeviceFeatures2(device, &had.core);
+    keep(had.core.features, chain.core.features, takenCore);
+    keep(had.vulkan11, chain.vulkan11, taken11);
+    keep(had.vulkan12, chain.vulkan12, needed12);
+    keep(had.vulkan12, chain.vulkan12, taken12);
+    keep(had.vulkan13, chain.vulkan13, needed13);
+    keep(had.vulkan13, chain.vulkan13, taken13);
+    chain.robustness2.nullDescriptor = had.robustness2.nullDescriptor;
+    chain.atomicFloat.shaderBufferFloat32AtomicAdd = had.atomicFloat.shaderBufferFloat32AtomicAdd;
+
+    DeviceFeatures features{.nullDescriptors = had.robustness2.nullDescriptor == VK_TRUE,
+                            .anisotropy = had.core.features.samplerAnisotropy == VK_TRUE,
+                            .addsFloatsInBuffers =
+                                chain.atomicFloat.shaderBufferFloat32AtomicAdd == VK_TRUE,
+                            .multiDraws = had.core.features.multiDrawIndirect == VK_TRUE,
+                            .sums = had.core.features.shaderInt64 == VK_TRUE &&
+                                    had.vulkan12.shaderBufferInt64Atomics == VK_TRUE &&
+                                    had.core.features.fragmentStoresAndAtomics == VK_TRUE,
+                            .largePoints = had.core.features.largePoints == VK_TRUE,
+                            .mirrorClamp = had.vulkan12.samplerMirrorClampToEdge == VK_TRUE,
+                            .capabilities = capabilitiesOf(device, chain)};
+    if (records.robustness2)
+        extensions.push_back(VK_EXT_ROBUSTNESS_2_EXTENSION_NAME);
+    if (records.atomicFloat)
+        extensions.push_back(VK_EXT_SHADER_ATOMIC_FLOAT_EXTENSION_NAME);
+    if (hasDeviceExtension(device, VK_KHR_PUSH_DESCRIPTOR_EXTENSION_NAME)) {
+        extensions.push_back(VK_KHR_PUSH_DESCRIPTOR_EXTENSION_NAME);
+        features.maxPushDescriptors = maxPushDescriptors(device);
+    }
+    if (hasSurfaces && hasDeviceExtension(device, VK_KHR_SWAPCHAIN_EXTENSION_NAME)) {
+        extensions.push_back(VK_KHR_SWAPCHAIN_EXTENSION_NAME);
+        features.presents = true;
+    }
+    return features;
+}
+
+} // namespace tarnwick::gpu

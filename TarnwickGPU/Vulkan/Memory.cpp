@@ -1,0 +1,112 @@
+#include "TarnwickGPU/Vulkan/Memory.h"
+
+#include "TarnwickGPU/Vulkan/DeviceState.h"
+
+#include <array>
+#include <bit>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+struct Wish {
+    VkMemoryPropertyFlags required;
+    VkMemoryPropertyFlags preferred;
+};
+
+constexpr VkMemoryPropertyFlags reachable =
+    VK_MEMORY_PROPERTY_HOST_VISIBLE_BIT | VK_MEMORY_PROPERTY_HOST_COHERENT_BIT;
+
+constexpr std::array<Wish, 3> wishes{{
+    {0, VK_MEMORY_PROPERTY_DEVICE_LOCAL_BIT},         // gpuOnly
+    {reachable, VK_MEMORY_PROPERTY_DEVICE_LOCAL_BIT}, // upload
+    {reachable, VK_MEMORY_PROPERTY_HOST_CACHED_BIT},  // readBack
+}};
+
+// The fitting type with most of the preferred properties; the first of equals, since drivers order
+// their types by speed (Vulkan 1.3, 11.2.1).
+std::optional<std::uint32_t> memoryType(const DeviceState& device,
+                                        const VkMemoryRequirements& needs, Wish wish) {
+    std::optional<std::uint32_t> best;
+    int bestScore = -1;
+    for (std::uint32_t type = 0; type < device.memory.memoryTypeCount; ++type) {
+        const VkMemoryType& one = device.memory.memoryTypes[type];
+        const bool fits = (needs.memoryTypeBits & (1u << type)) != 0 &&
+                          (one.propertyFlags & wish.required) == wish.required &&
+                          needs.size <= device.memory.memoryHeaps[one.heapIndex].size;
+        const int score = std::popcount(one.propertyFlags & wish.preferred);
+        if (fits && score > bestScore) {
+            best = type;
+            bestScore = score;
+        }
+    }
+    return best;
+}
+
+VkDeviceMemory allocate(DeviceState& device, const VkMemoryRequirements& needs, Wish wish) {
+    const auto type = memoryType(device, needs, wish);
+    if (!type)
+        return VK_NULL_HANDLE;
+    const VkMemoryAllocateInfo info{.sType = VK_STRUCTURE_TYPE_MEMORY_ALLOCATE_INFO,
+                                    .allocationSize = needs.size,
+                                    .memoryTypeIndex = *type};
+    VkDeviceMemory memory = VK_NULL_HANDLE;
+    if (vkAllocateMemory(device.handle, &info, nullptr, &memory) != VK_SUCCESS)
+        return VK_NULL_HANDLE;
+    return memory;
+}
+
+bool giveMemory(DeviceState& device, BufferMemory& made, MemoryUse use) {
+    VkMemoryRequirements needs;
+    vkGetBufferMemoryRequirements(device.handle, made.buffer, &needs);
+    const Wish wish = wishes[static_cast<std::size_t>(use)];
+    made.memory = allocate(device, needs, wish);
+    if (!made.memory ||
+        vkBindBufferMemory(device.handle, made.buffer, made.memory, 0) != VK_SUCCESS)
+        return false;
+    if (use == MemoryUse::gpuOnly)
+        return true;
+    void* mapped = nullptr;
+    if (vkMapMemory(device.handle, made.memory, 0, VK_WHOLE_SIZE, 0, &mapped) != VK_SUCCESS)
+        return false;
+    made.bytes = static_cast<std::byte*>(mapped);
+    return true;
+}
+
+} // namespace
+
+std::optional<BufferMemory> makeBufferMemory(DeviceState& device, VkDeviceSize size,
+                                             MemoryUse use) {
+    if (size == 0 || size > device.maxBufferSize)
+        return std::nullopt;
+    BufferMemory made{.size = size};
+    const VkBufferCreateInfo info{
+        .sType = VK_STRUCTURE_TYPE_BUFFER_CREATE_INFO, .size = size, .usage = anyBufferUsage};
+    if (vkCreateBuffer(device.handle, &info, nullptr, &made.buffer) != VK_SUCCESS)
+        return std::nullopt;
+    if (!giveMemory(device, made, use)) {
+        vkDestroyBuffer(device.handle, made.buffer, nullptr);
+        if (made.memory)
+            vkFreeMemory(device.handle, made.memory, nullptr);
+        return std::nullopt;
+    }
+    return made;
+}
+
+VkDeviceMemory makeImageMemory(DeviceState& device, VkImage image, MemoryUse use) {
+    VkMemoryRequirements needs;
+    vkGetImageMemoryRequirements(device.handle, image, &needs);
+    VkDeviceMemory memory = allocate(device, needs, wishes[static_cast<std::size_t>(use)]);
+    if (memory && vkBindImageMemory(device.handle, image, memory, 0) != VK_SUCCESS) {
+        vkFreeMemory(device.handle, memory, nullptr);
+        return VK_NULL_HANDLE;
+    }
+    return memory;
+}
+
+void bury(DeviceState& device, BufferMemory& memory) {
+    device.bury(memory.buffer, memory.memory);
+    memory = {};
+}
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,171 @@
+#include "TarnwickBase/Precondition.h"
+#include "TarnwickGPU/Commands.h"
+#include "TarnwickGPU/Points/PointDrawing.h"
+#include "TarnwickGPU/Vulkan/CommandBufferParts.h"
+#include "TarnwickGPU/Vulkan/PipelineParts.h"
+#include "TarnwickGPU/Vulkan/Rendering.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+// In the enumeration's order.
+constexpr std::array compareOps{VK_COMPARE_OP_NEVER,
+                                VK_COMPARE_OP_LESS,
+                                VK_COMPARE_OP_EQUAL,
+                                VK_COMPARE_OP_LESS_OR_EQUAL,
+                                VK_COMPARE_OP_GREATER,
+                                VK_COMPARE_OP_NOT_EQUAL,
+                                VK_COMPARE_OP_GREATER_OR_EQUAL,
+                                VK_COMPARE_OP_ALWAYS};
+
+Contents contentsAfter(LoadAction load) {
+    return load == LoadAction::load ? Contents::kept : Contents::discarded;
+}
+
+void enter(CommandBufferParts& parts, const Texture* texture, const TextureUse& use,
+           Contents contents) {
+    if (texture)
+        parts.enter(texture->parts(), use, contents);
+}
+
+void leave(CommandBufferParts& parts, const Texture* texture, const TextureUse& use) {
+    if (texture)
+        parts.barriers.leave(texture->parts(), use);
+}
+
+void setDepth(VkCommandBuffer commands, const DepthStencilDescriptor& descriptor) {
+    const bool tests = descriptor.depthWrites || descriptor.depthCompare != CompareFunction::always;
+    vkCmdSetDepthTestEnable(commands, tests);
+    vkCmdSetDepthWriteEnable(commands, descriptor.depthWrites);
+    vkCmdSetDepthCompareOp(commands, compareOps[static_cast<std::size_t>(descriptor.depthCompare)]);
+}
+
+bool fits(const RenderPipelineParts& pipeline, const RenderPassDescriptor& pass) {
+    auto format = [](const Texture* texture) {
+        return texture ? texture->descriptor().format : PixelFormat::invalid;
+    };
+    return pipeline.colorFormat == format(pass.color.texture) &&
+           pipeline.depthFormat == format(pass.depth.texture) &&
+           pipeline.sampleCount == targetDescriptor(pass).sampleCount;
+}
+
+bool fits(TopologyClass topology, PrimitiveType type) {
+    return (topology == TopologyClass::point) == (type == PrimitiveType::point);
+}
+
+} // namespace
+
+std::optional<RenderCommandEncoder>
+CommandBuffer::renderCommandEncoder(const RenderPassDescriptor& descriptor) {
+    if (parts_->device->submissions.isLost() || parts_->failed)
+        return std::nullopt;
+    parts_->startEncoding(Encoding::render);
+    parts_->pass = descriptor;
+    enter(*parts_, descriptor.color.texture, colorUse, contentsAfter(descriptor.color.load));
+    if (descriptor.color.store == StoreAction::multisampleResolve)
+        enter(*parts_, descriptor.color.resolveTexture, colorUse, Contents::discarded);
+    enter(*parts_, descriptor.depth.texture, depthUse, contentsAfter(descriptor.depth.load));
+    parts_->barriers.flush(parts_->handle);
+
+    RenderCommandEncoder encoder(*parts_);
+    const VkExtent2D target = targetExtent(descriptor);
+    encoder.setViewport(
+        {.width = static_cast<double>(target.width), .height = static_cast<double>(target.height)});
+    encoder.setScissorRect({.width = target.width, .height = target.height});
+    setDepth(parts_->handle, {});
+    return encoder;
+}
+
+void RenderCommandEncoder::setRenderPipelineState(const RenderPipelineState& state) {
+    const RenderPipelineParts& pipeline = state.parts();
+    precondition(fits(pipeline, parts_->pass), "A pipeline has the formats of its targets.");
+    parts_->renderPipeline = &pipeline;
+    bindPipeline(*parts_, pipeline.pipeline);
+}
+
+void RenderCommandEncoder::setDepthStencilState(const DepthStencilState& state) {
+    setDepth(parts_->handle, state.descriptor());
+}
+
+void RenderCommandEncoder::setViewport(const Viewport& viewport) {
+    parts_->viewport = viewport;
+    encodeViewport(parts_->handle, viewport);
+}
+
+void RenderCommandEncoder::setScissorRect(const ScissorRect& rectangle) {
+    parts_->scissor = rectangle;
+    const VkRect2D scissor{
+        {static_cast<std::int32_t>(rectangle.x), static_cast<std::int32_t>(rectangle.y)},
+        {rectangle.width, rectangle.height}};
+    vkCmdSetScissor(parts_->handle, 0, 1, &scissor);
+}
+
+void RenderCommandEncoder::setVertexBytes(const void* bytes, std::size_t length,
+                                          std::uint32_t index) {
+    parts_->setBytes(TableIndex::vertexOrKernel, bytes, length, index);
+}
+
+void RenderCommandEncoder::setVertexBuffer(const Buffer& buffer, std::size_t offset,
+                                           std::uint32_t index) {
+    parts_->setBuffer(TableIndex::vertexOrKernel, buffer, offset, index);
+}
+
+void RenderCommandEncoder::setVertexTexture(const Texture* texture, std::uint32_t index) {
+    parts_->setTexture(TableIndex::vertexOrKernel, texture, index);
+}
+
+void RenderCommandEncoder::setVertexSamplerState(const SamplerState* state, std::uint32_t index) {
+    parts_->setSampler(TableIndex::vertexOrKernel, state, index);
+}
+
+void RenderCommandEncoder::setFragmentBytes(const void* bytes, std::size_t length,
+                                            std::uint32_t index) {
+    parts_->setBytes(TableIndex::fragment, bytes, length, index);
+}
+
+void RenderCommandEncoder::setFragmentBuffer(const Buffer& buffer, std::size_t offset,
+                                             std::uint32_t index) {
+    parts_->setBuffer(TableIndex::fragment, buffer, offset, index);
+}
+
+void RenderCommandEncoder::setFragmentTexture(const Texture* texture, std::uint32_t index) {
+    parts_->setTexture(TableIndex::fragment, texture, index);
+}
+
+void RenderCommandEncoder::setFragmentSamplerState(const SamplerState* state, std::uint32_t index) {
+    parts_->setSampler(TableIndex::fragment, state, index);
+}
+
+void RenderCommandEncoder::drawPrimitives(PrimitiveType type, std::uint32_t vertexStart,
+                                          std::uint32_t vertexCount, std::uint32_t instanceCount) {
+    precondition(parts_->encoding == Encoding::render && parts_->renderPipeline,
+                 "A draw has an open encoder and a pipeline.");
+    const RenderPipelineParts& pipeline = *parts_->renderPipeline;
+    precondition(fits(pipeline.topology, type), "A pipeline's topology class is its primitives'.");
+    if (vertexCount == 0 || instanceCount == 0)
+        return;
+    if (pipeline.points.way != PointWay::asGiven)
+        return drawPoints(*parts_, vertexStart, vertexCount, instanceCount);
+    openRendering(*parts_);
+    readyDraw(*parts_, pipeline.layout, type);
+    vkCmdDraw(parts_->handle, vertexCount, instanceCount, vertexStart, 0);
+}
+
+void RenderCommandEncoder::endEncoding() {
+    openRendering(*parts_); // it may have targets to clear, if nothing to draw
+    parts_->endEncoding(Encoding::render);
+    vkCmdEndRendering(parts_->handle);
+    const RenderPassDescriptor& pass = parts_->pass;
+    leave(*parts_, pass.color.texture, colorUse);
+    if (pass.color.store == StoreAction::multisampleResolve)
+        leave(*parts_, pass.color.resolveTexture, colorUse);
+    leave(*parts_, pass.depth.texture, depthUse);
+    parts_->barriers.afterWork(VK_PIPELINE_STAGE_2_ALL_GRAPHICS_BIT,
+                               VK_ACCESS_2_SHADER_STORAGE_WRITE_BIT);
+}
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,84 @@
+#include "TarnwickBase/Precondition.h"
+#include "TarnwickGPU/Device.h"
+#include "TarnwickGPU/Points/PointForms.h"
+#include "TarnwickGPU/Points/StageInterface.h"
+#include "TarnwickGPU/Vulkan/GraphicsPipeline.h"
+#include "TarnwickGPU/Vulkan/PipelineParts.h"
+
+#include <array>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+std::string subject(const RenderPipelineDescriptor& descriptor) {
+    return "the render pipeline of " + descriptor.vertex->name() + " and " +
+           descriptor.fragment->name();
+}
+
+VkResult makePipeline(RenderPipelineParts& parts, const RenderPipelineDescriptor& descriptor) {
+    const std::array functions{&descriptor.vertex->entryPoint(),
+                               &descriptor.fragment->entryPoint()};
+    auto layout = BindingLayout::make(*parts.device, {.functions = functions});
+    if (!layout)
+        return VK_ERROR_UNKNOWN;
+    parts.layout = std::move(*layout);
+    return makeGraphicsPipeline(*parts.device,
+                                {.vertex = functions[0]->words,
+                                 .fragment = functions[1]->words,
+                                 .layout = parts.layout.pipelineLayout,
+                                 .color = descriptor.color,
+                                 .givesColor = (functions[1]->colorAttachments & 1) != 0,
+                                 .depthFormat = descriptor.depthFormat,
+                                 .sampleCount = descriptor.sampleCount,
+                                 .topology = descriptor.topology},
+                                parts.pipeline);
+}
+
+} // namespace
+
+RenderPipelineParts::~RenderPipelineParts() {
+    device->bury(pipeline);
+    points.bury(*device);
+    layout.bury(*device);
+}
+
+RenderPipelineState::RenderPipelineState(std::unique_ptr<RenderPipelineParts> parts)
+    : parts_(std::move(parts)) {}
+RenderPipelineState::~RenderPipelineState() = default;
+
+std::unique_ptr<RenderPipelineState>
+Device::newRenderPipelineState(const RenderPipelineDescriptor& given) {
+    precondition(given.vertex && given.fragment, "A render pipeline has two functions.");
+    if (isLost())
+        throw DeviceError(refusal(*state_, subject(given), VK_ERROR_DEVICE_LOST));
+    if (const auto fault = interfaceFault(*state_, given))
+        throw DeviceError("The device could not make " + subject(given) + ": " + *fault + ".");
+    const Function vertex = withoutLostOutputs(*given.vertex);
+    const Function fragment = withoutLostOutputs(*given.fragment);
+    RenderPipelineDescriptor descriptor = given;
+    descriptor.vertex = &vertex;
+    descriptor.fragment = &fragment;
+    auto parts = std::make_unique<RenderPipelineParts>();
+    parts->device = state_;
+    parts->colorFormat = descriptor.color.format;
+    parts->depthFormat = descriptor.depthFormat;
+    parts->sampleCount = descriptor.sampleCount;
+    parts->topology = descriptor.topology;
+    for (const Function* function : {descriptor.vertex, descriptor.fragment})
+        checkNeeds(*state_, subject(descriptor), function->entryPoint());
+    const bool drawsPoints = descriptor.topology == TopologyClass::point &&
+                             takesPointForms(descriptor.vertex->entryPoint());
+    const VkResult result =
+        drawsPoints ? makePointPipelines(*parts, descriptor) : makePipeline(*parts, descriptor);
+    if (result != VK_SUCCESS)
+        throw DeviceError(refusal(*state_, subject(descriptor), result));
+    return std::make_unique<RenderPipelineState>(std::move(parts));
+}
+
+std::unique_ptr<DepthStencilState>
+Device::newDepthStencilState(const DepthStencilDescriptor& descriptor) {
+    return std::make_unique<DepthStencilState>(descriptor);
+}
+
+} // namespace tarnwick::gpu

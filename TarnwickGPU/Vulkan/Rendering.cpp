@@ -1,0 +1,152 @@
+#include "TarnwickGPU/Vulkan/Rendering.h"
+
+#include "TarnwickBase/Precondition.h"
+#include "TarnwickGPU/Points/PointForms.h"
+#include "TarnwickGPU/Vulkan/VulkanFormat.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+// In the enumerations' orders.
+constexpr std::array loadOps{VK_ATTACHMENT_LOAD_OP_DONT_CARE, VK_ATTACHMENT_LOAD_OP_LOAD,
+                             VK_ATTACHMENT_LOAD_OP_CLEAR};
+constexpr std::array storeOps{VK_ATTACHMENT_STORE_OP_DONT_CARE, VK_ATTACHMENT_STORE_OP_STORE,
+                              VK_ATTACHMENT_STORE_OP_DONT_CARE};
+
+constexpr std::array topologies{VK_PRIMITIVE_TOPOLOGY_POINT_LIST,
+                                VK_PRIMITIVE_TOPOLOGY_TRIANGLE_LIST,
+                                VK_PRIMITIVE_TOPOLOGY_TRIANGLE_STRIP};
+
+VkClearColorValue clearValue(const ClearColor& color, PixelFormat format) {
+    if (componentOf(format) == msl::TextureComponent::uint_)
+        return {.uint32 = {static_cast<std::uint32_t>(color.red),
+                           static_cast<std::uint32_t>(color.green),
+                           static_cast<std::uint32_t>(color.blue),
+                           static_cast<std::uint32_t>(color.alpha)}};
+    if (componentOf(format) == msl::TextureComponent::int_)
+        return {.int32 = {
+                    static_cast<std::int32_t>(color.red), static_cast<std::int32_t>(color.green),
+                    static_cast<std::int32_t>(color.blue), static_cast<std::int32_t>(color.alpha)}};
+    return {.float32 = {static_cast<float>(color.red), static_cast<float>(color.green),
+                        static_cast<float>(color.blue), static_cast<float>(color.alpha)}};
+}
+
+VkRenderingAttachmentInfo colorInfo(const ColorAttachment& color) {
+    VkRenderingAttachmentInfo info{
+        .sType = VK_STRUCTURE_TYPE_RENDERING_ATTACHMENT_INFO,
+        .imageView = color.texture->parts().attachment(color.level, color.slice),
+        .imageLayout = colorUse.layout,
+        .loadOp = loadOps[static_cast<std::size_t>(color.load)],
+        .storeOp = storeOps[static_cast<std::size_t>(color.store)],
+        .clearValue = {.color = clearValue(color.clear, color.texture->descriptor().format)}};
+    if (color.store == StoreAction::multisampleResolve) {
+        precondition(color.resolveTexture, "What is resolved has a texture to be resolved to.");
+        const bool isReal =
+            componentOf(color.texture->descriptor().format) == msl::TextureComponent::float_;
+        info.resolveMode = isReal ? VK_RESOLVE_MODE_AVERAGE_BIT : VK_RESOLVE_MODE_SAMPLE_ZERO_BIT;
+        info.resolveImageView = color.resolveTexture->parts().attachment();
+        info.resolveImageLayout = colorUse.layout;
+    }
+    return info;
+}
+
+VkRenderingAttachmentInfo depthInfo(const DepthAttachment& depth) {
+    return {.sType = VK_STRUCTURE_TYPE_RENDERING_ATTACHMENT_INFO,
+            .imageView = depth.texture->parts().attachment(depth.level, depth.slice),
+            .imageLayout = depthUse.layout,
+            .loadOp = loadOps[static_cast<std::size_t>(depth.load)],
+            .storeOp = storeOps[static_cast<std::size_t>(depth.store)],
+            .clearValue = {.depthStencil = {static_cast<float>(depth.clearDepth), 0}}};
+}
+
+// Where the layer may break the rendering off, the contents outlive the break.
+VkRenderingAttachmentInfo keptBetween(const CommandBufferParts& parts,
+                                      VkRenderingAttachmentInfo info, bool goesOn) {
+    if (parts.device->points.largest < largestPoint || parts.device->points.splats)
+        info.storeOp = VK_ATTACHMENT_STORE_OP_STORE;
+    if (goesOn)
+        info.loadOp = VK_ATTACHMENT_LOAD_OP_LOAD;
+    return info;
+}
+
+} // namespace
+
+const TextureDescriptor& targetDescriptor(const RenderPassDescriptor& pass) {
+    const Texture* texture = pass.color.texture ? pass.color.texture : pass.depth.texture;
+    precondition(texture, "A render pass has a target.");
+    return texture->descriptor();
+}
+
+VkExtent2D targetExtent(const RenderPassDescriptor& pass) {
+    const TextureDescriptor& target = targetDescriptor(pass);
+    const std::uint32_t level = pass.color.texture ? pass.color.level : pass.depth.level;
+    return {std::max(target.width >> level, 1u), std::max(target.height >> level, 1u)};
+}
+
+void openRendering(CommandBufferParts& parts) {
+    if (parts.rendering == Rendering::open)
+        return;
+    const bool goesOn = parts.rendering == Rendering::broken;
+    parts.rendering = Rendering::open;
+    const RenderPassDescriptor& pass = parts.pass;
+    VkRenderingAttachmentInfo color, depth;
+    if (pass.color.texture)
+        color = keptBetween(parts, colorInfo(pass.color), goesOn);
+    if (pass.depth.texture)
+        depth = keptBetween(parts, depthInfo(pass.depth), goesOn);
+    const VkRenderingInfo info{.sType = VK_STRUCTURE_TYPE_RENDERING_INFO,
+                               .renderArea = {.extent = targetExtent(pass)},
+                               .layerCount = 1,
+                               .colorAttachmentCount = pass.color.texture ? 1u : 0u,
+                               .pColorAttachments = &color,
+                               .pDepthAttachment = pass.depth.texture ? &depth : nullptr};
+    vkCmdBeginRendering(parts.handle, &info);
+}
+
+void breakRendering(CommandBufferParts& parts) {
+    if (parts.rendering == Rendering::open) {
+        vkCmdEndRendering(parts.handle);
+        parts.rendering = Rendering::broken;
+    }
+    waitForAll(parts);
+}
+
+void waitForAll(CommandBufferParts& parts) {
+    parts.barriers.afterWork(VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT, VK_ACCESS_2_MEMORY_WRITE_BIT);
+    parts.barriers.flush(parts.handle);
+}
+
+void encodeViewport(VkCommandBuffer commands, const Viewport& viewport) {
+    // Vulkan's clip space has y down; a negative height turns it (Vulkan 1.3, 27.9).
+    const VkViewport turned{static_cast<float>(viewport.originX),
+                            static_cast<float>(viewport.originY + viewport.height),
+                            static_cast<float>(viewport.width),
+                            static_cast<float>(-viewport.height),
+                            static_cast<float>(viewport.znear),
+                            static_cast<float>(viewport.zfar)};
+    vkCmdSetViewport(commands, 0, 1, &turned);
+}
+
+void bindPipeline(CommandBufferParts& parts, VkPipeline pipeline) {
+    if (parts.boundPipeline == pipeline)
+        return;
+    vkCmdBindPipeline(parts.handle, VK_PIPELINE_BIND_POINT_GRAPHICS, pipeline);
+    parts.boundPipeline = pipeline;
+    parts.resourcesChanged = true; // its layout may be another
+}
+
+void readyDraw(CommandBufferParts& parts, const BindingLayout& layout, PrimitiveType type) {
+    if (parts.primitive != type) {
+        vkCmdSetPrimitiveTopology(parts.handle, topologies[static_cast<std::size_t>(type)]);
+        parts.primitive = type;
+    }
+    if (std::exchange(parts.resourcesChanged, false) || layout.reportsLoops)
+        bindResources(parts, layout, VK_PIPELINE_BIND_POINT_GRAPHICS);
+}
+
+} // namespace tarnwick::gpu

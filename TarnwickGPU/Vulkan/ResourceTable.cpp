@@ -1,0 +1,131 @@
+#include "TarnwickGPU/Vulkan/ResourceTable.h"
+
+#include "TarnwickGPU/Vulkan/CommandBufferParts.h"
+#include "TarnwickGPU/Vulkan/Samplers.h"
+#include "TarnwickMSL/SamplerBits.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+// Of both stages of a pipeline: BindingLayout.cpp turns down more.
+constexpr std::size_t mostDescriptors = mostResources;
+
+// Built on the stack: each write points at its record of `buffers` or `images`.
+struct Writes {
+    std::array<VkWriteDescriptorSet, mostDescriptors> list;
+    std::array<VkDescriptorBufferInfo, mostDescriptors> buffers;
+    std::array<VkDescriptorImageInfo, mostDescriptors> images;
+    std::uint32_t count = 0;
+};
+
+// A shader may read all of its record though setBytes was given less: the rest is zeros.
+void lengthen(CommandBufferParts& commands, BoundBuffer& bound, VkDeviceSize size) {
+    const BytesRing::Slice slice = commands.ring.take(*commands.device, size);
+    if (!slice.buffer) {
+        commands.failed = true;
+        return;
+    }
+    std::memcpy(slice.bytes, bound.bytes, bound.size);
+    std::memset(slice.bytes + bound.size, 0, size - bound.size);
+    bound = {slice.buffer, slice.offset, size, slice.bytes};
+}
+
+VkDescriptorBufferInfo bufferInfo(CommandBufferParts& commands, ResourceTable& table,
+                                  const BoundResource& bound) {
+    DeviceState& device = *commands.device;
+    const msl::Resource& resource = bound.resource;
+    if (bound.own)
+        return commands.ownBuffers[*bound.own];
+    if (resource.kind == msl::ResourceKind::loopReport)
+        return commands.reports.next();
+    BoundBuffer& buffer = table.buffers[resource.index];
+    if (!buffer.buffer)
+        return {resource.isWritten ? device.standIns.scratch.buffer : device.standIns.zeros.buffer,
+                0, std::min<VkDeviceSize>(standInBytes, device.limits.maxUniformBufferRange)};
+    if (buffer.bytes && buffer.size < resource.size)
+        lengthen(commands, buffer, resource.size);
+    const VkDeviceSize most = bound.type == VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER
+                                  ? device.limits.maxUniformBufferRange
+                                  : device.limits.maxStorageBufferRange;
+    return {buffer.buffer, buffer.offset, std::min(buffer.size, most)};
+}
+
+VkSampler samplerFor(const ResourceTable& table, const BoundResource& bound) {
+    const msl::Resource& resource = bound.resource;
+    const SamplerParts* given =
+        resource.kind == msl::ResourceKind::sampler ? table.samplers[resource.index] : nullptr;
+    if (!given)
+        return bound.sampler;
+    return resource.samplerState & msl::samplerComparesBit ? given->comparing : given->plain;
+}
+
+// Null descriptors read as zero and are of no size.
+VkDescriptorImageInfo standInFor(const DeviceState& device, const BoundResource& bound) {
+    if (device.features.nullDescriptors)
+        return {VK_NULL_HANDLE, VK_NULL_HANDLE, VK_IMAGE_LAYOUT_UNDEFINED};
+    return {VK_NULL_HANDLE, bound.standIn->views.whole(), bound.standIn->rest};
+}
+
+VkDescriptorImageInfo imageInfo(const DeviceState& device, const ResourceTable& table,
+                                const BoundResource& bound) {
+    if (bound.sampler)
+        return {samplerFor(table, bound), VK_NULL_HANDLE, VK_IMAGE_LAYOUT_UNDEFINED};
+    const TextureParts* texture = table.textures[bound.resource.index];
+    const VkImageView view = texture ? texture->viewFor(bound.resource) : VK_NULL_HANDLE;
+    if (!view)
+        return standInFor(device, bound);
+    return {VK_NULL_HANDLE, view, texture->rest};
+}
+
+bool isBuffer(VkDescriptorType type) {
+    return type == VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER || type == VK_DESCRIPTOR_TYPE_STORAGE_BUFFER;
+}
+
+void add(CommandBufferParts& commands, Writes& writes, const BoundResource& bound) {
+    ResourceTable& table = commands.tables[static_cast<std::size_t>(bound.table)];
+    const std::uint32_t at = writes.count++;
+    writes.list[at] = {.sType = VK_STRUCTURE_TYPE_WRITE_DESCRIPTOR_SET,
+                       .dstBinding = bound.resource.binding,
+                       .descriptorCount = 1,
+                       .descriptorType = bound.type};
+    if (isBuffer(bound.type)) {
+        writes.buffers[at] = bufferInfo(commands, table, bound);
+        writes.list[at].pBufferInfo = &writes.buffers[at];
+    } else {
+        writes.images[at] = imageInfo(*commands.device, table, bound);
+        writes.list[at].pImageInfo = &writes.images[at];
+    }
+}
+
+void bindWithSet(CommandBufferParts& commands, const BindingLayout& layout,
+                 VkPipelineBindPoint point, Writes& writes) {
+    const VkDescriptorSet set = commands.sets.take(*commands.device, layout.setLayout);
+    if (!set) {
+        commands.failed = true;
+        return;
+    }
+    for (std::uint32_t at = 0; at < writes.count; ++at)
+        writes.list[at].dstSet = set;
+    vkUpdateDescriptorSets(commands.device->handle, writes.count, writes.list.data(), 0, nullptr);
+    vkCmdBindDescriptorSets(commands.handle, point, layout.pipelineLayout, 0, 1, &set, 0, nullptr);
+}
+
+} // namespace
+
+void bindResources(CommandBufferParts& commands, const BindingLayout& layout,
+                   VkPipelineBindPoint point) {
+    Writes writes; // not cleared: the first `count` of each array are filled
+    for (const BoundResource& bound : layout.resources)
+        add(commands, writes, bound);
+    if (!layout.pushesDescriptors)
+        bindWithSet(commands, layout, point, writes);
+    else if (writes.count > 0)
+        commands.device->pushDescriptorSet(commands.handle, point, layout.pipelineLayout, 0,
+                                           writes.count, writes.list.data());
+}
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,37 @@
+// What one stage of an encoder has bound, by Metal's indices, and how it becomes descriptors.
+#pragma once
+
+#include "TarnwickGPU/Vulkan/BindingLayout.h"
+
+#include <vulkan/vulkan.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace tarnwick::gpu {
+
+struct CommandBufferParts;
+struct SamplerParts;
+struct TextureParts;
+
+inline constexpr std::uint32_t buffersPerStage = 31;
+
+struct BoundBuffer {
+    VkBuffer buffer = VK_NULL_HANDLE; // null: nothing bound
+    VkDeviceSize offset = 0;
+    VkDeviceSize size = 0;            // bytes from offset on
+    const std::byte* bytes = nullptr; // what setBytes copied; null for a Buffer
+};
+
+struct ResourceTable {
+    std::array<BoundBuffer, buffersPerStage> buffers;
+    std::array<const TextureParts*, msl::mostTextures> textures{};
+    std::array<const SamplerParts*, msl::mostSamplers> samplers{};
+};
+
+// Makes what `layout` names the bound descriptors of the next draw or dispatch.
+void bindResources(CommandBufferParts& commands, const BindingLayout& layout,
+                   VkPipelineBindPoint point);
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,90 @@
+#include "TarnwickGPU/Vulkan/StandIns.h"
+
+#include "TarnwickGPU/Vulkan/DeviceState.h"
+#include "TarnwickGPU/Vulkan/TextureParts.h"
+
+#include <array>
+#include <cstring>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+// In the order of msl::TextureShape, from d1 on.
+constexpr std::array types{
+    TextureType::type1D,      TextureType::type1DArray,       TextureType::type2D,
+    TextureType::type2DArray, TextureType::type2DMultisample, TextureType::type2DMultisampleArray,
+    TextureType::type3D,      TextureType::typeCube,          TextureType::typeCubeArray};
+
+TextureType typeOf(msl::TextureShape shape) {
+    return types[static_cast<std::size_t>(shape) - static_cast<std::size_t>(msl::TextureShape::d1)];
+}
+
+// Of four components: one that a format lacks is read as 1 where it is the last.
+PixelFormat formatOf(const msl::Resource& resource) {
+    if (resource.isDepth)
+        return PixelFormat::depth32Float;
+    switch (resource.component) {
+    case msl::TextureComponent::int_:
+        return PixelFormat::rgba8Sint;
+    case msl::TextureComponent::uint_:
+        return PixelFormat::rgba8Uint;
+    case msl::TextureComponent::none:
+    case msl::TextureComponent::float_:
+        break;
+    }
+    return PixelFormat::rgba8Unorm;
+}
+
+TextureDescriptor descriptorOf(const msl::Resource& resource) {
+    const bool isStorage = resource.kind == msl::ResourceKind::storageTexture;
+    const bool isMultisample = resource.shape == msl::TextureShape::d2Multisample ||
+                               resource.shape == msl::TextureShape::d2MultisampleArray;
+    return {.type = typeOf(resource.shape),
+            .format = formatOf(resource),
+            .sampleCount = isMultisample ? 4u : 1u,
+            .usage = {.shaderRead = !isStorage, .shaderWrite = isStorage},
+            .storage = StorageMode::private_};
+}
+
+} // namespace
+
+struct StandIns::Made {
+    TextureDescriptor descriptor;
+    std::unique_ptr<TextureParts> texture;
+};
+
+StandIns::StandIns() = default;
+StandIns::~StandIns() = default;
+
+bool StandIns::start(DeviceState& device) {
+    for (BufferMemory* standIn : {&zeros, &scratch}) {
+        auto made = makeBufferMemory(device, standInBytes, MemoryUse::upload);
+        if (!made)
+            return false;
+        std::memset(made->bytes, 0, standInBytes);
+        *standIn = *made;
+    }
+    return true;
+}
+
+void StandIns::stop(DeviceState& device) {
+    made_.clear();
+    bury(device, zeros);
+    bury(device, scratch);
+}
+
+const TextureParts* StandIns::texture(DeviceState& device, const msl::Resource& resource) {
+    const TextureDescriptor descriptor = descriptorOf(resource);
+    std::lock_guard lock(mutex_);
+    for (const Made& known : made_)
+        if (known.descriptor == descriptor)
+            return known.texture.get();
+    auto made = TextureParts::make(device, descriptor);
+    if (!made)
+        return nullptr;
+    made_.push_back({descriptor, std::move(made)});
+    return made_.back().texture.get();
+}
+
+} // namespace tarnwick::gpu

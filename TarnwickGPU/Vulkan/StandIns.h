@@ -1,0 +1,37 @@
+// What is bound where nobody bound anything that fits: zeros to read, and a place to write to.
+#pragma once
+
+#include "TarnwickGPU/Vulkan/Memory.h"
+#include "TarnwickMSL/EntryPoint.h"
+
+#include <mutex>
+#include <vector>
+
+namespace tarnwick::gpu {
+
+struct DeviceState;
+struct TextureParts;
+
+// Bytes of a stand-in for a buffer: as much as a uniform buffer can show anywhere.
+inline constexpr VkDeviceSize standInBytes = 65536;
+
+class StandIns {
+  public:
+    StandIns();
+    ~StandIns();
+    bool start(DeviceState& device); // false when memory is out
+    void stop(DeviceState& device);
+
+    // One texel of the resource's shape and component, zero where nothing was stored into it. Made
+    // when a pipeline first asks; null when memory is out. Any thread.
+    const TextureParts* texture(DeviceState& device, const msl::Resource& resource);
+
+    BufferMemory zeros, scratch;
+
+  private:
+    struct Made;
+    std::mutex mutex_;
+    std::vector<Made> made_;
+};
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,205 @@
+#include "TarnwickGPU/Vulkan/TextureParts.h"
+
+#include "TarnwickGPU/Vulkan/VulkanFormat.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+VkImageUsageFlags imageUsage(const TextureDescriptor& descriptor) {
+    VkImageUsageFlags usage = VK_IMAGE_USAGE_TRANSFER_SRC_BIT | VK_IMAGE_USAGE_TRANSFER_DST_BIT;
+    if (descriptor.usage.shaderRead)
+        usage |= VK_IMAGE_USAGE_SAMPLED_BIT;
+    if (descriptor.usage.shaderWrite)
+        usage |= VK_IMAGE_USAGE_STORAGE_BIT;
+    if (descriptor.usage.renderTarget)
+        usage |= isDepth(descriptor.format) ? VK_IMAGE_USAGE_DEPTH_STENCIL_ATTACHMENT_BIT
+                                            : VK_IMAGE_USAGE_COLOR_ATTACHMENT_BIT;
+    return usage;
+}
+
+VkImageLayout restLayout(const TextureDescriptor& descriptor) {
+    if (descriptor.usage.shaderWrite)
+        return VK_IMAGE_LAYOUT_GENERAL;
+    if (descriptor.usage.shaderRead)
+        return VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL;
+    if (!descriptor.usage.renderTarget)
+        return VK_IMAGE_LAYOUT_GENERAL;
+    return isDepth(descriptor.format) ? VK_IMAGE_LAYOUT_DEPTH_STENCIL_ATTACHMENT_OPTIMAL
+                                      : VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL;
+}
+
+VkImageCreateInfo imageInfo(const TextureDescriptor& descriptor) {
+    const TypeRow& type = rowOf(descriptor.type);
+    return {.sType = VK_STRUCTURE_TYPE_IMAGE_CREATE_INFO,
+            .flags = type.isCube ? VkImageCreateFlags{VK_IMAGE_CREATE_CUBE_COMPATIBLE_BIT} : 0,
+            .imageType = type.image,
+            .format = vulkanFormat(descriptor.format),
+            .extent = {descriptor.width, descriptor.height, descriptor.depth},
+            .mipLevels = descriptor.mipLevels,
+            .arrayLayers = slices(descriptor),
+            .samples = static_cast<VkSampleCountFlagBits>(descriptor.sampleCount),
+            .tiling = VK_IMAGE_TILING_OPTIMAL,
+            .usage = imageUsage(descriptor),
+            .initialLayout = VK_IMAGE_LAYOUT_UNDEFINED};
+}
+
+bool isSensible(const TextureDescriptor& descriptor) {
+    const TypeRow& type = rowOf(descriptor.type);
+    const bool isMultisample = descriptor.type == TextureType::type2DMultisample ||
+                               descriptor.type == TextureType::type2DMultisampleArray;
+    const std::uint32_t longest = std::max({descriptor.width, descriptor.height, descriptor.depth});
+    return descriptor.format != PixelFormat::invalid && descriptor.width > 0 &&
+           descriptor.height > 0 && descriptor.depth > 0 && descriptor.mipLevels > 0 &&
+           descriptor.mipLevels <= static_cast<std::uint32_t>(std::bit_width(longest)) &&
+           (isMultisample ? descriptor.mipLevels == 1 : descriptor.sampleCount == 1) &&
+           std::has_single_bit(descriptor.sampleCount) &&
+           (type.image != VK_IMAGE_TYPE_1D || descriptor.height == 1) &&
+           (type.image == VK_IMAGE_TYPE_3D || descriptor.depth == 1) &&
+           (!type.isCube || descriptor.width == descriptor.height) && descriptor.arrayLength > 0 &&
+           (type.isArray || descriptor.arrayLength == 1) &&
+           (type.image == VK_IMAGE_TYPE_2D || !descriptor.usage.renderTarget);
+}
+
+VkDeviceSize leastBytes(const VkImageCreateInfo& info, PixelFormat format) {
+    return VkDeviceSize{info.extent.width} * info.extent.height * info.extent.depth *
+           info.arrayLayers * bytesPerPixel(format) * info.samples;
+}
+
+bool isSupported(const DeviceState& device, const VkImageCreateInfo& info, PixelFormat format) {
+    VkImageFormatProperties properties;
+    return vkGetPhysicalDeviceImageFormatProperties(device.physical, info.format, info.imageType,
+                                                    info.tiling, info.usage, info.flags,
+                                                    &properties) == VK_SUCCESS &&
+           info.extent.width <= properties.maxExtent.width &&
+           info.extent.height <= properties.maxExtent.height &&
+           info.extent.depth <= properties.maxExtent.depth &&
+           info.arrayLayers <= properties.maxArrayLayers &&
+           info.mipLevels <= properties.maxMipLevels &&
+           leastBytes(info, format) <= properties.maxResourceSize &&
+           (properties.sampleCounts & static_cast<VkSampleCountFlags>(info.samples)) != 0;
+}
+
+VkImageCreateInfo linear(VkImageCreateInfo info) {
+    info.tiling = VK_IMAGE_TILING_LINEAR;
+    info.initialLayout = VK_IMAGE_LAYOUT_PREINITIALIZED;
+    return info;
+}
+
+// A CPU driver draws into rows of ordinary memory anyway, so the CPU may as well look at them.
+// Elsewhere such images are slow to draw into and to sample, and staging memory serves.
+bool canBeMapped(const DeviceState& device, const TextureDescriptor& descriptor,
+                 const VkImageCreateInfo& info) {
+    return device.info.isCPU && descriptor.storage == StorageMode::shared &&
+           descriptor.type == TextureType::type2D && descriptor.mipLevels == 1 &&
+           isSupported(device, linear(info), descriptor.format);
+}
+
+bool map(TextureParts& parts) {
+    const VkImageSubresource level{parts.aspect, 0, 0};
+    VkSubresourceLayout layout;
+    vkGetImageSubresourceLayout(parts.device.handle, parts.image, &level, &layout);
+    void* mapped = nullptr;
+    if (vkMapMemory(parts.device.handle, parts.memory, 0, VK_WHOLE_SIZE, 0, &mapped) != VK_SUCCESS)
+        return false;
+    parts.bytes = static_cast<std::byte*>(mapped) + layout.offset;
+    parts.bytesPerRow = layout.rowPitch;
+    parts.mappedLength = layout.size;
+    return true;
+}
+
+// A fresh image has neither contents nor layout, and the packaged CPU driver crashes on sampling
+// one. So every texture starts as zeros, at rest.
+bool clear(TextureParts& parts) {
+    if (parts.bytes) {
+        std::memset(parts.bytes, 0, parts.bytesPerRow * parts.descriptor.height);
+        return parts.device.transfers.run(parts.device, [&parts](VkCommandBuffer commands) {
+            changeLayout(commands, parts, VK_IMAGE_LAYOUT_PREINITIALIZED, parts.rest);
+        });
+    }
+    return parts.device.transfers.run(parts.device, [&parts](VkCommandBuffer commands) {
+        const VkImageSubresourceRange range = parts.wholeRange();
+        constexpr auto target = VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL;
+        changeLayout(commands, parts, VK_IMAGE_LAYOUT_UNDEFINED, target);
+        const VkClearColorValue zero{};
+        const VkClearDepthStencilValue zeroDepth{};
+        if (parts.isDepth())
+            vkCmdClearDepthStencilImage(commands, parts.image, target, &zeroDepth, 1, &range);
+        else
+            vkCmdClearColorImage(commands, parts.image, target, &zero, 1, &range);
+        changeLayout(commands, parts, target, parts.rest);
+    });
+}
+
+} // namespace
+
+void changeLayout(VkCommandBuffer commands, const TextureParts& parts, VkImageLayout from,
+                  VkImageLayout to) {
+    const VkImageMemoryBarrier2 barrier{.sType = VK_STRUCTURE_TYPE_IMAGE_MEMORY_BARRIER_2,
+                                        .srcStageMask = VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT,
+                                        .srcAccessMask = VK_ACCESS_2_MEMORY_WRITE_BIT,
+                                        .dstStageMask = VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT,
+                                        .dstAccessMask = VK_ACCESS_2_MEMORY_READ_BIT |
+                                                         VK_ACCESS_2_MEMORY_WRITE_BIT,
+                                        .oldLayout = from,
+                                        .newLayout = to,
+                                        .srcQueueFamilyIndex = VK_QUEUE_FAMILY_IGNORED,
+                                        .dstQueueFamilyIndex = VK_QUEUE_FAMILY_IGNORED,
+                                        .image = parts.image,
+                                        .subresourceRange = parts.wholeRange()};
+    const VkDependencyInfo info{.sType = VK_STRUCTURE_TYPE_DEPENDENCY_INFO,
+                                .imageMemoryBarrierCount = 1,
+                                .pImageMemoryBarriers = &barrier};
+    vkCmdPipelineBarrier2(commands, &info);
+}
+
+std::unique_ptr<TextureParts> TextureParts::make(DeviceState& device,
+                                                 const TextureDescriptor& descriptor) {
+    VkImageCreateInfo info = imageInfo(descriptor);
+    if (!isSensible(descriptor) || !isSupported(device, info, descriptor.format))
+        return nullptr;
+    const bool isMapped = canBeMapped(device, descriptor, info);
+    if (isMapped)
+        info = linear(info);
+    auto parts = std::make_unique<TextureParts>(device);
+    parts->descriptor = descriptor;
+    parts->rest = isMapped ? VK_IMAGE_LAYOUT_GENERAL : restLayout(descriptor);
+    if (gpu::isDepth(descriptor.format))
+        parts->aspect = VK_IMAGE_ASPECT_DEPTH_BIT;
+    if (vkCreateImage(device.handle, &info, nullptr, &parts->image) != VK_SUCCESS)
+        return nullptr;
+    parts->memory =
+        makeImageMemory(device, parts->image, isMapped ? MemoryUse::readBack : MemoryUse::gpuOnly);
+    if (!parts->memory) {
+        vkDestroyImage(device.handle, parts->image, nullptr);
+        return nullptr;
+    }
+    if ((isMapped && !map(*parts)) || !parts->views.start(*parts) || !clear(*parts))
+        return nullptr;
+    return parts;
+}
+
+std::unique_ptr<TextureParts> TextureParts::wrap(DeviceState& device,
+                                                 const TextureDescriptor& descriptor, VkImage image,
+                                                 DrawableSlot& drawable) {
+    auto parts = std::make_unique<TextureParts>(device);
+    parts->descriptor = descriptor;
+    parts->image = image;
+    parts->rest = VK_IMAGE_LAYOUT_PRESENT_SRC_KHR;
+    parts->drawable = &drawable;
+    if (!parts->views.start(*parts))
+        return nullptr;
+    return parts;
+}
+
+TextureParts::~TextureParts() {
+    views.bury(device);
+    if (memory)
+        device.bury(image, memory);
+}
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,156 @@
+#include "TarnwickGPU/Vulkan/TextureViews.h"
+
+#include "TarnwickGPU/Vulkan/TextureParts.h"
+#include "TarnwickGPU/Vulkan/VulkanFormat.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+// In the enumeration's order.
+// clang-format off
+constexpr std::array<TypeRow, 9> rows{{
+    {TextureType::type2D,                 VK_IMAGE_TYPE_2D, VK_IMAGE_VIEW_TYPE_2D},
+    {TextureType::type2DMultisample,      VK_IMAGE_TYPE_2D, VK_IMAGE_VIEW_TYPE_2D},
+    {TextureType::type1D,                 VK_IMAGE_TYPE_1D, VK_IMAGE_VIEW_TYPE_1D},
+    {TextureType::type1DArray,            VK_IMAGE_TYPE_1D, VK_IMAGE_VIEW_TYPE_1D_ARRAY,   true},
+    {TextureType::type2DArray,            VK_IMAGE_TYPE_2D, VK_IMAGE_VIEW_TYPE_2D_ARRAY,   true},
+    {TextureType::type2DMultisampleArray, VK_IMAGE_TYPE_2D, VK_IMAGE_VIEW_TYPE_2D_ARRAY,   true},
+    {TextureType::type3D,                 VK_IMAGE_TYPE_3D, VK_IMAGE_VIEW_TYPE_3D},
+    {TextureType::typeCube,               VK_IMAGE_TYPE_2D, VK_IMAGE_VIEW_TYPE_CUBE,       false, true},
+    {TextureType::typeCubeArray,          VK_IMAGE_TYPE_2D, VK_IMAGE_VIEW_TYPE_CUBE_ARRAY, true,  true},
+}};
+// clang-format on
+
+constexpr bool rowsAreInOrder() {
+    for (std::size_t row = 0; row < rows.size(); ++row)
+        if (static_cast<std::size_t>(rows[row].type) != row)
+            return false;
+    return true;
+}
+static_assert(rowsAreInOrder());
+
+// The types of textures that an argument of a shader's shape takes. A cube's single texels are
+// seen as a 2D array's.
+bool takes(msl::TextureShape shape, TextureType type) {
+    switch (shape) {
+    case msl::TextureShape::none:
+    case msl::TextureShape::buffer:
+        return false;
+    case msl::TextureShape::d1:
+        return type == TextureType::type1D;
+    case msl::TextureShape::d1Array:
+        return type == TextureType::type1DArray;
+    case msl::TextureShape::d2:
+        return type == TextureType::type2D;
+    case msl::TextureShape::d2Array:
+        return type == TextureType::type2DArray || rowOf(type).isCube;
+    case msl::TextureShape::d2Multisample:
+        return type == TextureType::type2DMultisample;
+    case msl::TextureShape::d2MultisampleArray:
+        return type == TextureType::type2DMultisampleArray;
+    case msl::TextureShape::d3:
+        return type == TextureType::type3D;
+    case msl::TextureShape::cube:
+        return type == TextureType::typeCube;
+    case msl::TextureShape::cubeArray:
+        return type == TextureType::typeCubeArray;
+    }
+    return false;
+}
+
+VkImageView makeView(const TextureParts& parts, VkImageViewType type,
+                     const VkImageSubresourceRange& range) {
+    const VkImageViewCreateInfo info{.sType = VK_STRUCTURE_TYPE_IMAGE_VIEW_CREATE_INFO,
+                                     .image = parts.image,
+                                     .viewType = type,
+                                     .format = vulkanFormat(parts.descriptor.format),
+                                     .subresourceRange = range};
+    VkImageView view = VK_NULL_HANDLE;
+    if (vkCreateImageView(parts.device.handle, &info, nullptr, &view) != VK_SUCCESS)
+        return VK_NULL_HANDLE;
+    return view;
+}
+
+bool isSame(const VkImageSubresourceRange& a, const VkImageSubresourceRange& b) {
+    return a.baseMipLevel == b.baseMipLevel && a.levelCount == b.levelCount &&
+           a.baseArrayLayer == b.baseArrayLayer && a.layerCount == b.layerCount;
+}
+
+} // namespace
+
+const TypeRow& rowOf(TextureType type) {
+    return rows[static_cast<std::size_t>(type)];
+}
+
+bool TextureViews::start(const TextureParts& texture) {
+    const TextureDescriptor& descriptor = texture.descriptor;
+    const TextureUsage& usage = descriptor.usage;
+    if (!usage.shaderRead && !usage.shaderWrite && !usage.renderTarget)
+        return true;
+    whole_ = makeView(texture, rowOf(descriptor.type).view, texture.wholeRange());
+    const bool isPlain =
+        descriptor.mipLevels == 1 && rowOf(descriptor.type).view == VK_IMAGE_VIEW_TYPE_2D;
+    if (isPlain)
+        attachment_ = whole_;
+    else if (usage.renderTarget)
+        attachment_ = attachment(texture, 0, 0);
+    return whole_ && (!usage.renderTarget || attachment_);
+}
+
+void TextureViews::bury(DeviceState& device) {
+    device.bury(whole_);
+    for (const Made& made : made_)
+        device.bury(made.view);
+}
+
+VkImageView TextureViews::find(const TextureParts& texture, VkImageViewType type,
+                               const VkImageSubresourceRange& range) const {
+    std::lock_guard lock(mutex_);
+    for (const Made& made : made_)
+        if (made.type == type && isSame(made.range, range))
+            return made.view;
+    const VkImageView view = makeView(texture, type, range);
+    if (view)
+        made_.push_back({type, range, view});
+    return view;
+}
+
+VkImageView TextureViews::of(const TextureParts& texture, VkImageViewType type,
+                             std::uint32_t level) const {
+    if (level == 0 && type == rowOf(texture.descriptor.type).view)
+        return whole_;
+    VkImageSubresourceRange range = texture.wholeRange();
+    range.baseMipLevel = level;
+    return find(texture, type, range);
+}
+
+VkImageView TextureViews::attachment(const TextureParts& texture, std::uint32_t level,
+                                     std::uint32_t slice) const {
+    if (level == 0 && slice == 0 && attachment_)
+        return attachment_;
+    return find(texture, VK_IMAGE_VIEW_TYPE_2D, {texture.aspect, level, 1, slice, 1});
+}
+
+VkImageView TextureParts::viewFor(const msl::Resource& resource) const {
+    const bool isStorage = resource.kind == msl::ResourceKind::storageTexture;
+    const bool isWanted = resource.component == componentOf(descriptor.format) ||
+                          resource.component == msl::TextureComponent::none;
+    const bool isUsable = isStorage ? descriptor.usage.shaderWrite : descriptor.usage.shaderRead;
+    if (!isUsable || !takes(resource.shape, descriptor.type) ||
+        resource.level >= descriptor.mipLevels || !isWanted || (resource.isDepth && !isDepth()))
+        return VK_NULL_HANDLE;
+    const bool isFlattened =
+        resource.shape == msl::TextureShape::d2Array && rowOf(descriptor.type).isCube;
+    return views.of(*this, isFlattened ? VK_IMAGE_VIEW_TYPE_2D_ARRAY : rowOf(descriptor.type).view,
+                    resource.level);
+}
+
+VkImageView TextureParts::attachment(std::uint32_t level, std::uint32_t slice) const {
+    return views.attachment(*this, level, slice);
+}
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,149 @@
+#include "TarnwickGPU/Vulkan/Transfers.h"
+
+#include "TarnwickGPU/Vulkan/DeviceState.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+constexpr VkDeviceSize leastStaging = 65536;
+constexpr std::size_t mostSlots = 32; // in flight, of which each may have staging memory
+
+// Everything before or after the job on the queue, and the CPU's view of staging memory.
+void waitForAll(VkCommandBuffer commands, VkPipelineStageFlags2 before,
+                VkPipelineStageFlags2 after) {
+    const VkMemoryBarrier2 barrier{.sType = VK_STRUCTURE_TYPE_MEMORY_BARRIER_2,
+                                   .srcStageMask = before,
+                                   .srcAccessMask = VK_ACCESS_2_MEMORY_WRITE_BIT,
+                                   .dstStageMask = after,
+                                   .dstAccessMask =
+                                       VK_ACCESS_2_MEMORY_READ_BIT | VK_ACCESS_2_MEMORY_WRITE_BIT};
+    const VkDependencyInfo info{.sType = VK_STRUCTURE_TYPE_DEPENDENCY_INFO,
+                                .memoryBarrierCount = 1,
+                                .pMemoryBarriers = &barrier};
+    vkCmdPipelineBarrier2(commands, &info);
+}
+
+} // namespace
+
+Transfers::Slot* Transfers::freeSlot(DeviceState& device) {
+    if (device.submissions.isLost())
+        return nullptr;
+    if (!pool_) {
+        const VkCommandPoolCreateInfo info{.sType = VK_STRUCTURE_TYPE_COMMAND_POOL_CREATE_INFO,
+                                           .flags = VK_COMMAND_POOL_CREATE_RESET_COMMAND_BUFFER_BIT,
+                                           .queueFamilyIndex = device.queueFamily};
+        if (vkCreateCommandPool(device.handle, &info, nullptr, &pool_) != VK_SUCCESS)
+            return nullptr;
+    }
+    auto isFree = [&](const Slot& one) { return device.submissions.isDone(one.submission); };
+    auto slot = std::ranges::find_if(slots_, isFree);
+    if (slot == slots_.end() && slots_.size() >= mostSlots) {
+        slot = std::ranges::min_element(slots_, {}, &Slot::submission);
+        if (!device.submissions.wait(slot->submission))
+            return nullptr;
+    }
+    if (slot != slots_.end())
+        return &*slot;
+    const VkCommandBufferAllocateInfo info{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_ALLOCATE_INFO,
+                                           .commandPool = pool_,
+                                           .level = VK_COMMAND_BUFFER_LEVEL_PRIMARY,
+                                           .commandBufferCount = 1};
+    Slot made;
+    if (vkAllocateCommandBuffers(device.handle, &info, &made.commands) != VK_SUCCESS)
+        return nullptr;
+    return &slots_.emplace_back(made);
+}
+
+// `slot` is a free one; none where memory is out.
+std::optional<std::uint64_t> Transfers::submit(DeviceState& device, const Record& record,
+                                               Slot* slot) {
+    const VkCommandBufferBeginInfo begin{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_BEGIN_INFO,
+                                         .flags = VK_COMMAND_BUFFER_USAGE_ONE_TIME_SUBMIT_BIT};
+    if (!slot || vkBeginCommandBuffer(slot->commands, &begin) != VK_SUCCESS)
+        return std::nullopt;
+    record(slot->commands);
+    waitForAll(slot->commands, VK_PIPELINE_STAGE_2_ALL_TRANSFER_BIT,
+               VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT | VK_PIPELINE_STAGE_2_HOST_BIT);
+    if (vkEndCommandBuffer(slot->commands) != VK_SUCCESS)
+        return std::nullopt;
+    const auto number = device.submissions.submit(Lane::pictures, slot->commands);
+    if (number)
+        slot->submission = *number;
+    return number;
+}
+
+bool Transfers::makeStaging(DeviceState& device, VkDeviceSize size) {
+    if (staging_.size >= size)
+        return device.submissions.wait(stagingUse_);
+    bury(device, staging_);
+    const auto made =
+        makeBufferMemory(device, std::bit_ceil(std::max(size, leastStaging)), MemoryUse::readBack);
+    if (made)
+        staging_ = *made;
+    return made.has_value();
+}
+
+bool Transfers::run(DeviceState& device, const Record& record) {
+    std::lock_guard lock(mutex_);
+    return submit(device, record, freeSlot(device)).has_value();
+}
+
+bool Transfers::upload(DeviceState& device, VkDeviceSize size, const Bytes& fill,
+                       const RecordStaged& record) {
+    std::lock_guard lock(mutex_);
+    if (size <= smallUpload)
+        return uploadSmall(device, fill, record);
+    if (!makeStaging(device, size))
+        return false;
+    fill(staging_.bytes);
+    const auto number = submit(
+        device, [&](VkCommandBuffer commands) { record(commands, staging_.buffer); },
+        freeSlot(device));
+    stagingUse_ = number.value_or(stagingUse_);
+    return number.has_value();
+}
+
+bool Transfers::uploadSmall(DeviceState& device, const Bytes& fill, const RecordStaged& record) {
+    Slot* slot = freeSlot(device);
+    if (slot && !slot->staging.buffer)
+        slot->staging =
+            makeBufferMemory(device, smallUpload, MemoryUse::readBack).value_or(BufferMemory());
+    if (!slot || !slot->staging.buffer)
+        return false;
+    fill(slot->staging.bytes);
+    return submit(
+               device, [&](VkCommandBuffer commands) { record(commands, slot->staging.buffer); },
+               slot)
+        .has_value();
+}
+
+bool Transfers::readBack(DeviceState& device, VkDeviceSize size, const RecordStaged& record,
+                         const Bytes& take) {
+    std::lock_guard lock(mutex_);
+    if (!makeStaging(device, size))
+        return false;
+    const auto number = submit(
+        device, [&](VkCommandBuffer commands) { record(commands, staging_.buffer); },
+        freeSlot(device));
+    stagingUse_ = number.value_or(stagingUse_);
+    if (!number || !device.submissions.wait(*number))
+        return false;
+    take(staging_.bytes);
+    return true;
+}
+
+void Transfers::stop(DeviceState& device) {
+    bury(device, staging_);
+    for (Slot& slot : slots_)
+        bury(device, slot.staging);
+    if (pool_)
+        vkDestroyCommandPool(device.handle, pool_, nullptr);
+    pool_ = VK_NULL_HANDLE;
+    slots_.clear();
+}
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,59 @@
+// Small jobs of the layer's own on the GPU: first contents, uploads and read-backs, each submitted
+// at once. Any thread; one job at a time.
+#pragma once
+
+#include "TarnwickGPU/Vulkan/Memory.h"
+
+#include <vulkan/vulkan.h>
+
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+namespace tarnwick::gpu {
+
+struct DeviceState;
+
+class Transfers {
+  public:
+    using Record = std::function<void(VkCommandBuffer)>;
+    using RecordStaged = std::function<void(VkCommandBuffer, VkBuffer)>;
+    using Bytes = std::function<void(std::byte*)>;
+
+    // Later submissions see what the job wrote. False when memory is out or the device is lost.
+    bool run(DeviceState& device, const Record& record);
+
+    // `fill` writes `size` bytes of staging memory, from which the job copies. A small upload does
+    // not wait for the GPU while few are in flight: each has memory of its own.
+    bool upload(DeviceState& device, VkDeviceSize size, const Bytes& fill,
+                const RecordStaged& record);
+    // The job copies `size` bytes into staging memory, which `take` reads. Blocks for the GPU.
+    bool readBack(DeviceState& device, VkDeviceSize size, const RecordStaged& record,
+                  const Bytes& take);
+
+    void stop(DeviceState& device); // the GPU is idle
+
+  private:
+    struct Slot {
+        VkCommandBuffer commands = VK_NULL_HANDLE;
+        std::uint64_t submission = 0;
+        BufferMemory staging; // of smallUpload bytes, once it was needed
+    };
+
+    static constexpr VkDeviceSize smallUpload = 65536;
+
+    Slot* freeSlot(DeviceState& device);
+    std::optional<std::uint64_t> submit(DeviceState& device, const Record& record, Slot* slot);
+    bool uploadSmall(DeviceState& device, const Bytes& fill, const RecordStaged& record);
+    bool makeStaging(DeviceState& device, VkDeviceSize size);
+
+    std::mutex mutex_;
+    VkCommandPool pool_ = VK_NULL_HANDLE;
+    std::vector<Slot> slots_;
+    BufferMemory staging_;
+    std::uint64_t stagingUse_ = 0; // the submission that last copied from staging_
+};
+
+} // namespace tarnwick::gpu
