@@ -1,8 +1,8 @@
 #include "TarnwickPlatform/Movie/JoinMovies.h"
 
+#include "TarnwickPlatform/Movie/Files/MovieFile.h"
+#include "TarnwickPlatform/Movie/Files/MoviePart.h"
 #include "TarnwickPlatform/Movie/MovieError.h"
-#include "TarnwickPlatform/Movie/MovieFile.h"
-#include "TarnwickPlatform/Movie/MoviePart.h"
 
 #include <algorithm>
 #include <optional>

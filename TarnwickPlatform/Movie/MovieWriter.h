@@ -9,7 +9,8 @@
 //                   video->append(std::move(buffer), {i, 60});
 //   video->markAsFinished(); writer->finishWriting();
 //
-// The interfaces are abstract so that tests can stand in writers that never become ready or fail.
+// The writer of files is in Writing/FileMovieWriter.cpp. The interfaces are abstract so that tests
+// can stand in writers that never become ready or fail.
 #pragma once
 
 #include "TarnwickPlatform/Movie/MediaTime.h"
@@ -95,8 +96,7 @@ class MovieWriter {
     virtual MovieWriterStatus status() const = 0;
 
     // Why the writer failed or an input could not be added, in the system's or the codec's own
-    // words
-    // ("No space left on device"); nothing where neither is the case.
+    // words ("No space left on device"); nothing where neither is the case.
     virtual std::optional<std::string> errorText() const = 0;
 
     // Waits until all that was appended is encoded and written and the file is complete, which may

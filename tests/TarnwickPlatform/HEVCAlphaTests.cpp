@@ -1,5 +1,5 @@
-#include "TarnwickPlatform/Movie/HEVCAlphaEncoder.h"
-#include "TarnwickPlatform/Movie/HEVCLayerPairs.h"
+#include "TarnwickPlatform/Movie/Encoders/HEVCAlphaEncoder.h"
+#include "TarnwickPlatform/Movie/Encoders/HEVCLayerPairs.h"
 #include "TarnwickPlatform/Movie/MovieWriter.h"
 #include "tests/TarnwickPlatform/HEVCSyntax.h"
 

@@ -1,8 +1,8 @@
 #include "TarnwickPlatform/Movie/ColorConversion.h"
+#include "TarnwickPlatform/Movie/Encoders/StretchEncoder.h"
+#include "TarnwickPlatform/Movie/Files/MoviePart.h"
 #include "TarnwickPlatform/Movie/JoinMovies.h"
 #include "TarnwickPlatform/Movie/MovieError.h"
-#include "TarnwickPlatform/Movie/MoviePart.h"
-#include "TarnwickPlatform/Movie/StretchEncoder.h"
 #include "tests/TarnwickPlatform/SmallMovie.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // What is in the files that the writer makes, read back by libav.
 
 #include "TarnwickPlatform/Movie/ColorConversion.h"
-#include "TarnwickPlatform/Movie/MoviePart.h"
+#include "TarnwickPlatform/Movie/Files/MoviePart.h"
 #include "tests/TarnwickPlatform/SmallMovie.h"
 
 #include <gtest/gtest.h>

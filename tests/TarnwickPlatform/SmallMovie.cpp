@@ -1,7 +1,7 @@
 #include "tests/TarnwickPlatform/SmallMovie.h"
 
 #include "TarnwickPlatform/Movie/ColorConversion.h"
-#include "TarnwickPlatform/Movie/Libav.h"
+#include "TarnwickPlatform/Movie/Packets/Libav.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,11 @@
+// Private to this folder: which encoder a codec has.
+#pragma once
+
+#include "TarnwickPlatform/Movie/Encoders/VideoEncoder.h"
+
+namespace tarnwick {
+
+// An encoder for `settings`, which a MovieWriter has found acceptable. Throws MovieError.
+std::unique_ptr<VideoEncoder> makeVideoEncoder(const VideoSettings& settings);
+
+} // namespace tarnwick

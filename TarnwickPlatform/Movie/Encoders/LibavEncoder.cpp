@@ -1,0 +1,229 @@
+// libavcodec's encoders, each with the settings that docs/measurements.md compares.
+
+#include "TarnwickPlatform/Movie/Encoders/LibavEncoder.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <thread>
+
+extern "C" {
+#include <libavutil/opt.h>
+}
+
+namespace tarnwick {
+
+namespace {
+
+struct CodecRow {
+    MovieCodec codec;
+    const char* encoder;
+    AVPixelFormat format;
+    // The encoder's private options without its preset. Threads that change what x264 and x265 find
+    // are fixed here: x265 3.5 with several frame threads and cutree gives other packets from run
+    // to run, and other ones with a pool of less than four threads. ProRes' profile 3 is 422 HQ.
+    const char* options;
+};
+
+constexpr std::array codecRows{
+    CodecRow{MovieCodec::h264, "libx264", AV_PIX_FMT_YUV420P,
+             "profile=high:x264-params=threads=6\\:lookahead-threads=1\\:ratetol=0.1"},
+    CodecRow{MovieCodec::hevc, "libx265", AV_PIX_FMT_YUV420P,
+             "profile=main:x265-params=frame-threads=1\\:pools=16\\:log-level=none\\:"
+             "info=0\\:"
+             "open-gop=0"},
+    CodecRow{MovieCodec::prores422HQ, "prores_aw", AV_PIX_FMT_YUV422P10, "profile=3"},
+    CodecRow{MovieCodec::prores4444, "prores_ks", AV_PIX_FMT_YUVA444P10,
+             "profile=4444:alpha_bits=16:quant_mat=default"},
+};
+
+// With AVX-512, x264 164 reads memory that it never wrote where it follows macroblocks through time
+// (mbtree), and its packets change with what lay there. Its AVX2 functions do not.
+std::string x264Functions() {
+#if defined(__x86_64__)
+    if (__builtin_cpu_supports("avx512bw"))
+        return "\\:asm=MMX2,SSE2Fast,LZCNT,SSSE3,SSE4.2,AVX,FMA3,BMI2,AVX2";
+#endif
+    return "";
+}
+
+const CodecRow& codecRow(MovieCodec codec) {
+    const auto* row = std::ranges::find(codecRows, codec, &CodecRow::codec);
+    if (row == codecRows.end())
+        throw MovieError("This codec is not one of libavcodec's.");
+    return *row;
+}
+
+std::string optionsOf(const VideoSettings& settings, const CodecRow& row) {
+    return (isProRes(settings.codec) ? "" : presetOption(settings.speed)) + row.options +
+           (settings.codec == MovieCodec::h264 ? x264Functions() : "");
+}
+
+// A frame that borrows the picture's memory and keeps the picture until the encoder lets go.
+LibavOwner<AVFrame> frameOf(std::shared_ptr<const PixelBuffer> picture, AVPixelFormat format) {
+    LibavOwner<AVFrame> frame(throwingWhenNull(av_frame_alloc()));
+    frame->format = format;
+    frame->width = static_cast<int>(picture->width());
+    frame->height = static_cast<int>(picture->height());
+    frame->color_range = AVCOL_RANGE_MPEG;
+    frame->color_primaries = AVCOL_PRI_BT709;
+    frame->color_trc = AVCOL_TRC_BT709;
+    frame->colorspace = AVCOL_SPC_BT709;
+    frame->chroma_location = AVCHROMA_LOC_LEFT;
+    for (std::size_t plane = 0; plane < planeShapes(picture->format()).size(); ++plane) {
+        frame->data[plane] = reinterpret_cast<std::uint8_t*>(picture->plane(plane));
+        frame->linesize[plane] = static_cast<int>(picture->layout().planes[plane].bytesPerRow);
+    }
+    auto bytes = static_cast<std::size_t>(picture->layout().bytes);
+    std::uint8_t* address = frame->data[0];
+    auto keep = std::make_unique<std::shared_ptr<const PixelBuffer>>(std::move(picture));
+    frame->buf[0] = throwingWhenNull(av_buffer_create(
+        address, bytes,
+        [](void* kept, std::uint8_t*) {
+            delete static_cast<std::shared_ptr<const PixelBuffer>*>(kept);
+        },
+        keep.get(), AV_BUFFER_FLAG_READONLY));
+    keep.release();
+    return frame;
+}
+
+PictureKind kindOf(AVPictureType type) {
+    switch (type) {
+    case AV_PICTURE_TYPE_P:
+        return PictureKind::predicted;
+    case AV_PICTURE_TYPE_B:
+        return PictureKind::bidirectional;
+    default:
+        return PictureKind::intra;
+    }
+}
+
+AVPictureType typeOf(PictureKind kind) {
+    switch (kind) {
+    case PictureKind::intra:
+        return AV_PICTURE_TYPE_I;
+    case PictureKind::predicted:
+        return AV_PICTURE_TYPE_P;
+    case PictureKind::bidirectional:
+        return AV_PICTURE_TYPE_B;
+    }
+    return AV_PICTURE_TYPE_NONE;
+}
+
+// The encoder's statistics beside a packet: 32 bits of quality, then the picture's type.
+PictureKind kindOf(const AVPacket& packet) {
+    constexpr std::size_t typeOffset = 4;
+    std::size_t size = 0;
+    const std::uint8_t* statistics =
+        av_packet_get_side_data(&packet, AV_PKT_DATA_QUALITY_STATS, &size);
+    return statistics && size > typeOffset
+               ? kindOf(static_cast<AVPictureType>(statistics[typeOffset]))
+               : PictureKind::intra;
+}
+
+} // namespace
+
+LibavEncoder::LibavEncoder(const VideoSettings& settings, const Library& library) {
+    catchLibavWords();
+    const AVCodec* codec = avcodec_find_encoder_by_name(library.encoder);
+    if (!codec)
+        throw MovieError(std::string("Encoder not found: ") + library.encoder);
+    context.reset(throwingWhenNull(avcodec_alloc_context3(codec)));
+    context->pix_fmt = library.format;
+    describe(settings);
+    AVDictionary* options = nullptr;
+    throwingWhenNegative(av_dict_parse_string(&options, library.options.c_str(), "=", ":", 0));
+    const int opened = avcodec_open2(context.get(), codec, &options);
+    av_dict_free(&options);
+    throwingWhenNegative(opened);
+}
+
+// The wrapper of libx265 does not say. There, too, a B frame may be referred to by others.
+std::int64_t LibavEncoder::delay() const {
+    return context->codec_id == AV_CODEC_ID_HEVC ? 2 : context->has_b_frames;
+}
+
+void LibavEncoder::describe(const VideoSettings& settings) {
+    context->width = static_cast<int>(settings.width);
+    context->height = static_cast<int>(settings.height);
+    context->time_base = {1, static_cast<int>(settings.framesPerSecond)};
+    context->framerate = {static_cast<int>(settings.framesPerSecond), 1};
+    context->sample_aspect_ratio = {1, 1};
+    context->color_range = AVCOL_RANGE_MPEG;
+    context->color_primaries = AVCOL_PRI_BT709;
+    context->color_trc = AVCOL_TRC_BT709;
+    context->colorspace = AVCOL_SPC_BT709;
+    context->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
+    if (isProRes(settings.codec)) {
+        context->thread_type = FF_THREAD_FRAME;
+        context->thread_count =
+            static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, 16U));
+        return;
+    }
+    context->chroma_sample_location = AVCHROMA_LOC_LEFT;
+    context->bit_rate = settings.averageBitRate;
+    context->gop_size = static_cast<int>(settings.maxKeyFrameInterval);
+    context->flags |= AV_CODEC_FLAG_CLOSED_GOP;
+}
+
+void LibavEncoder::encode(std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
+                          const VideoPacketSink& sink) {
+    send(std::move(picture), frame, AV_PICTURE_TYPE_NONE, sink);
+}
+
+void LibavEncoder::encodeAs(PictureKind kind, std::shared_ptr<const PixelBuffer> picture,
+                            std::int64_t frame, const VideoPacketSink& sink) {
+    send(std::move(picture), frame, typeOf(kind), sink);
+}
+
+void LibavEncoder::send(std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
+                        AVPictureType type, const VideoPacketSink& sink) {
+    if (firstFrame < 0)
+        firstFrame = frame;
+    catchLibavWords();
+    LibavOwner<AVFrame> wrapped = frameOf(std::move(picture), context->pix_fmt);
+    wrapped->pts = frame - firstFrame;
+    wrapped->pict_type = type;
+    throwingWhenNegative(avcodec_send_frame(context.get(), wrapped.get()));
+    drain(sink);
+}
+
+void LibavEncoder::finish(const VideoPacketSink& sink) {
+    catchLibavWords();
+    throwingWhenNegative(avcodec_send_frame(context.get(), nullptr));
+    drain(sink);
+}
+
+void LibavEncoder::drain(const VideoPacketSink& sink) {
+    takePackets(*context, [&](const AVPacket& packet) {
+        const auto* bytes = reinterpret_cast<const std::byte*>(packet.data);
+        sink({.bytes = {bytes, bytes + packet.size},
+              .frame = firstFrame + packet.pts,
+              .isKeyFrame = (packet.flags & AV_PKT_FLAG_KEY) != 0,
+              .kind = kindOf(packet)});
+    });
+}
+
+std::vector<std::byte> LibavEncoder::configuration() const {
+    const auto* bytes = reinterpret_cast<const std::byte*>(context->extradata);
+    return {bytes, bytes + context->extradata_size};
+}
+
+std::string presetOption(EncodingSpeed speed) {
+    return speed == EncodingSpeed::quick ? "preset=superfast:" : "preset=medium:";
+}
+
+std::unique_ptr<VideoEncoder> makeLibavEncoder(const VideoSettings& settings) {
+    const CodecRow& row = codecRow(settings.codec);
+    return std::make_unique<LibavEncoder>(
+        settings, LibavEncoder::Library{row.encoder, row.format, optionsOf(settings, row)});
+}
+
+std::unique_ptr<LibavEncoder> makeHEVCEncoder(const VideoSettings& settings,
+                                              const std::string& options) {
+    const CodecRow& row = codecRow(MovieCodec::hevc);
+    return std::make_unique<LibavEncoder>(settings,
+                                          LibavEncoder::Library{row.encoder, row.format, options});
+}
+
+} // namespace tarnwick
