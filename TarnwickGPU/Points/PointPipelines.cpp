@@ -1,9 +1,9 @@
 #include "TarnwickGPU/Points/PointPipelines.h"
 
+#include "TarnwickGPU/Commands/PipelineParts.h"
 #include "TarnwickGPU/Points/PointForms.h"
 #include "TarnwickGPU/Points/PointKernel.h"
 #include "TarnwickGPU/Vulkan/GraphicsPipeline.h"
-#include "TarnwickGPU/Vulkan/PipelineParts.h"
 
 #include <algorithm>
 #include <array>

@@ -2,14 +2,14 @@
 #pragma once
 
 #include "TarnwickGPU/Device.h"
-#include "TarnwickGPU/Points/PointSums.h"
-#include "TarnwickGPU/Points/PointTraits.h"
 #include "TarnwickGPU/Vulkan/DeviceFeatures.h"
 #include "TarnwickGPU/Vulkan/Graveyard.h"
 #include "TarnwickGPU/Vulkan/Instance.h"
 #include "TarnwickGPU/Vulkan/Memory.h"
 #include "TarnwickGPU/Vulkan/PhysicalDevices.h"
 #include "TarnwickGPU/Vulkan/PipelineCache.h"
+#include "TarnwickGPU/Vulkan/PointSums.h"
+#include "TarnwickGPU/Vulkan/PointTraits.h"
 #include "TarnwickGPU/Vulkan/Samplers.h"
 #include "TarnwickGPU/Vulkan/StandIns.h"
 #include "TarnwickGPU/Vulkan/Submissions.h"

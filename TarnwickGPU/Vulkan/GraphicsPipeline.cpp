@@ -1,6 +1,6 @@
 #include "TarnwickGPU/Vulkan/GraphicsPipeline.h"
 
-#include "TarnwickGPU/Vulkan/PipelineParts.h"
+#include "TarnwickGPU/Commands/PipelineParts.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 
 #include <array>

@@ -1,9 +1,9 @@
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickGPU/Commands.h"
-#include "TarnwickGPU/Points/PointDrawing.h"
-#include "TarnwickGPU/Vulkan/CommandBufferParts.h"
-#include "TarnwickGPU/Vulkan/PipelineParts.h"
-#include "TarnwickGPU/Vulkan/Rendering.h"
+#include "TarnwickGPU/Commands/CommandBufferParts.h"
+#include "TarnwickGPU/Commands/PipelineParts.h"
+#include "TarnwickGPU/Commands/PointDrawing.h"
+#include "TarnwickGPU/Commands/Rendering.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "TarnwickGPU/Vulkan/Rendering.h"
+#include "TarnwickGPU/Commands/Rendering.h"
 
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickGPU/Points/PointForms.h"

@@ -1,6 +1,6 @@
-#include "TarnwickGPU/Vulkan/ResourceTable.h"
+#include "TarnwickGPU/Commands/ResourceTable.h"
 
-#include "TarnwickGPU/Vulkan/CommandBufferParts.h"
+#include "TarnwickGPU/Commands/CommandBufferParts.h"
 #include "TarnwickGPU/Vulkan/Samplers.h"
 #include "TarnwickMSL/SamplerBits.h"
 

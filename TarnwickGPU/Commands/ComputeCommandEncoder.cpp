@@ -1,7 +1,7 @@
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickGPU/Commands.h"
-#include "TarnwickGPU/Vulkan/CommandBufferParts.h"
-#include "TarnwickGPU/Vulkan/PipelineParts.h"
+#include "TarnwickGPU/Commands/CommandBufferParts.h"
+#include "TarnwickGPU/Commands/PipelineParts.h"
 
 #include <array>
 #include <utility>

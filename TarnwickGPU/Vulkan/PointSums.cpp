@@ -1,4 +1,4 @@
-#include "TarnwickGPU/Points/PointSums.h"
+#include "TarnwickGPU/Vulkan/PointSums.h"
 
 #include "TarnwickGPU/Vulkan/DeviceState.h"
 

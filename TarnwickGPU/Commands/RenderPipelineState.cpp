@@ -1,9 +1,9 @@
 #include "TarnwickBase/Precondition.h"
+#include "TarnwickGPU/Commands/PipelineParts.h"
+#include "TarnwickGPU/Commands/StageInterface.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/Points/PointForms.h"
-#include "TarnwickGPU/Points/StageInterface.h"
 #include "TarnwickGPU/Vulkan/GraphicsPipeline.h"
-#include "TarnwickGPU/Vulkan/PipelineParts.h"
 
 #include <array>
 

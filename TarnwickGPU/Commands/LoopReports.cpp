@@ -1,4 +1,4 @@
-#include "TarnwickGPU/Vulkan/LoopReports.h"
+#include "TarnwickGPU/Commands/LoopReports.h"
 
 #include "TarnwickGPU/Vulkan/DeviceState.h"
 

@@ -1,6 +1,6 @@
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickGPU/Commands.h"
-#include "TarnwickGPU/Vulkan/CommandBufferParts.h"
+#include "TarnwickGPU/Commands/CommandBufferParts.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 
 #include <algorithm>

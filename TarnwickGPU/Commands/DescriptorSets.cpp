@@ -1,4 +1,4 @@
-#include "TarnwickGPU/Vulkan/DescriptorSets.h"
+#include "TarnwickGPU/Commands/DescriptorSets.h"
 
 #include "TarnwickGPU/Vulkan/DeviceState.h"
 

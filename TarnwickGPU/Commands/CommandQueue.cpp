@@ -1,5 +1,5 @@
+#include "TarnwickGPU/Commands/CommandBufferParts.h"
 #include "TarnwickGPU/Device.h"
-#include "TarnwickGPU/Vulkan/CommandBufferParts.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // Draws of points, by the ways of PointPipelines.h.
 #pragma once
 
-#include "TarnwickGPU/Vulkan/CommandBufferParts.h"
+#include "TarnwickGPU/Commands/CommandBufferParts.h"
 
 #include <cstdint>
 

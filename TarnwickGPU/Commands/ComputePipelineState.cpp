@@ -1,6 +1,6 @@
+#include "TarnwickGPU/Commands/PipelineParts.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/Vulkan/Capabilities.h"
-#include "TarnwickGPU/Vulkan/PipelineParts.h"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,5 @@
 #include "TarnwickBase/Precondition.h"
-#include "TarnwickGPU/Vulkan/CommandBufferParts.h"
+#include "TarnwickGPU/Commands/CommandBufferParts.h"
 #include "TarnwickGPU/Vulkan/LayerParts.h"
 #include "TarnwickGPU/Vulkan/TextureParts.h"
 

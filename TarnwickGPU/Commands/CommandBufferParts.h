@@ -3,13 +3,13 @@
 #pragma once
 
 #include "TarnwickGPU/Commands.h"
-#include "TarnwickGPU/Points/PointSums.h"
-#include "TarnwickGPU/Vulkan/Barriers.h"
-#include "TarnwickGPU/Vulkan/BytesRing.h"
-#include "TarnwickGPU/Vulkan/DescriptorSets.h"
+#include "TarnwickGPU/Commands/Barriers.h"
+#include "TarnwickGPU/Commands/BytesRing.h"
+#include "TarnwickGPU/Commands/DescriptorSets.h"
+#include "TarnwickGPU/Commands/LoopReports.h"
+#include "TarnwickGPU/Commands/ResourceTable.h"
 #include "TarnwickGPU/Vulkan/DeviceState.h"
-#include "TarnwickGPU/Vulkan/LoopReports.h"
-#include "TarnwickGPU/Vulkan/ResourceTable.h"
+#include "TarnwickGPU/Vulkan/PointSums.h"
 
 #include <vulkan/vulkan.h>
 

@@ -1,4 +1,4 @@
-#include "TarnwickGPU/Vulkan/BytesRing.h"
+#include "TarnwickGPU/Commands/BytesRing.h"
 
 #include "TarnwickGPU/Vulkan/DeviceState.h"
 

@@ -1,5 +1,3 @@
-#include "TarnwickGPU/Format.h"
-
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 
 #include <array>

@@ -1,4 +1,4 @@
-#include "TarnwickGPU/Vulkan/Barriers.h"
+#include "TarnwickGPU/Commands/Barriers.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // What the draws of a render encoder have in common.
 #pragma once
 
-#include "TarnwickGPU/Vulkan/CommandBufferParts.h"
+#include "TarnwickGPU/Commands/CommandBufferParts.h"
 
 namespace tarnwick::gpu {
 

@@ -1,9 +1,9 @@
-#include "TarnwickGPU/Points/PointDrawing.h"
+#include "TarnwickGPU/Commands/PointDrawing.h"
 
+#include "TarnwickGPU/Commands/PipelineParts.h"
+#include "TarnwickGPU/Commands/Rendering.h"
 #include "TarnwickGPU/Points/PointForms.h"
 #include "TarnwickGPU/Points/PointKernel.h"
-#include "TarnwickGPU/Vulkan/PipelineParts.h"
-#include "TarnwickGPU/Vulkan/Rendering.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,4 +1,4 @@
-#include "TarnwickGPU/Points/StageInterface.h"
+#include "TarnwickGPU/Commands/StageInterface.h"
 
 #include "TarnwickGPU/Points/SpirvCode.h"
 #include "TarnwickGPU/Vulkan/DeviceState.h"
