@@ -1,7 +1,7 @@
 #include "TarnwickRender/AudioRenderer.h"
 
 #include "TarnwickBase/Precondition.h"
-#include "TarnwickRender/SoundSamples.h"
+#include "TarnwickRender/Sound/SoundSamples.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "TarnwickRender/EpisodeCheck.h"
 
-#include "TarnwickRender/HostFunctions.h"
+#include "TarnwickRender/Program/HostFunctions.h"
 #include "TarnwickRender/ShaderError.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "TarnwickRender/ShaderRun.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "TarnwickCore/Diagnostics.h"
-#include "TarnwickRender/CompiledEpisode.h"
+#include "TarnwickRender/Program/CompiledEpisode.h"
 
 #include <string>
 #include <string_view>

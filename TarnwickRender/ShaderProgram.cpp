@@ -1,7 +1,7 @@
 #include "TarnwickRender/ShaderProgram.h"
 
-#include "TarnwickRender/HostFunctions.h"
 #include "TarnwickRender/ParamBuffer.h"
+#include "TarnwickRender/Program/HostFunctions.h"
 #include "TarnwickRender/ShaderRun.h"
 
 #include <array>

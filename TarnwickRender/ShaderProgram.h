@@ -6,9 +6,9 @@
 #include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
-#include "TarnwickRender/CompiledEpisode.h"
-#include "TarnwickRender/MeshPipelines.h"
-#include "TarnwickRender/ParticlePipelines.h"
+#include "TarnwickRender/Program/CompiledEpisode.h"
+#include "TarnwickRender/Program/MeshPipelines.h"
+#include "TarnwickRender/Program/ParticlePipelines.h"
 #include "TarnwickRender/ShaderError.h"
 #include "TarnwickRender/ShaderInputs.h"
 

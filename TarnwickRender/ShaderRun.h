@@ -1,8 +1,8 @@
 // What a program needs at one size of picture, and the GPU work that comes before its final draw.
 #pragma once
 
-#include "TarnwickRender/MeshTarget.h"
-#include "TarnwickRender/ParticleSimulation.h"
+#include "TarnwickRender/Run/MeshTarget.h"
+#include "TarnwickRender/Run/ParticleSimulation.h"
 #include "TarnwickRender/ShaderProgram.h"
 
 #include <cstdint>

@@ -1,10 +1,10 @@
 #include "TarnwickRender/SoundCheck.h"
 
 #include "TarnwickBase/Precondition.h"
-#include "TarnwickRender/HostFunctions.h"
 #include "TarnwickRender/ParamBuffer.h"
+#include "TarnwickRender/Program/HostFunctions.h"
 #include "TarnwickRender/ShaderError.h"
-#include "TarnwickRender/SoundSamples.h"
+#include "TarnwickRender/Sound/SoundSamples.h"
 
 #include <algorithm>
 #include <span>

@@ -1,6 +1,6 @@
 #include "TarnwickRender/SoundTap.h"
 
-#include "TarnwickRender/SoundSamples.h"
+#include "TarnwickRender/Sound/SoundSamples.h"
 
 #include <algorithm>
 

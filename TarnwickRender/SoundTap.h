@@ -4,7 +4,7 @@
 #include "TarnwickCore/AudioAnalyzer.h"
 #include "TarnwickRender/ShaderInputs.h"
 #include "TarnwickRender/ShaderProgram.h"
-#include "TarnwickRender/SpectrumTexture.h"
+#include "TarnwickRender/Sound/SpectrumTexture.h"
 
 #include <array>
 #include <cstddef>

@@ -1,6 +1,6 @@
 #include "TarnwickRender/Stills.h"
 
-#include "TarnwickRender/PictureSize.h"
+#include "TarnwickRender/Pictures/PictureSize.h"
 #include "TarnwickRender/TexturePicture.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "TarnwickRender/VideoExporter.h"
 
 #include "TarnwickBase/Precondition.h"
-#include "TarnwickRender/FilmFrames.h"
-#include "TarnwickRender/FilmSound.h"
+#include "TarnwickRender/Movies/FilmFrames.h"
+#include "TarnwickRender/Movies/FilmSound.h"
 
 #include <algorithm>
 #include <future>

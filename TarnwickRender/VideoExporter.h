@@ -9,7 +9,7 @@
 #include "TarnwickPlatform/Movie/MovieWriter.h"
 #include "TarnwickRender/ExportError.h"
 #include "TarnwickRender/ExportSegment.h"
-#include "TarnwickRender/PixelBufferTextures.h"
+#include "TarnwickRender/Pictures/PixelBufferTextures.h"
 
 #include <chrono>
 #include <filesystem>

@@ -3,7 +3,7 @@
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickPlatform/Pictures/Composing.h"
 #include "TarnwickPlatform/Text/Canvas.h"
-#include "TarnwickRender/WalkthroughCode.h"
+#include "TarnwickRender/Walkthroughs/WalkthroughCode.h"
 
 #include <algorithm>
 #include <cmath>

@@ -4,7 +4,7 @@
 #include "TarnwickCore/Walkthrough.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickPlatform/Pictures/Picture.h"
-#include "TarnwickRender/WalkthroughLayout.h"
+#include "TarnwickRender/Walkthroughs/WalkthroughLayout.h"
 
 #include <cstddef>
 

@@ -2,8 +2,8 @@
 
 #include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickPlatform/Movie/MovieError.h"
-#include "TarnwickRender/FilmFrames.h"
-#include "TarnwickRender/PixelBufferTextures.h"
+#include "TarnwickRender/Movies/FilmFrames.h"
+#include "TarnwickRender/Pictures/PixelBufferTextures.h"
 #include "TarnwickRender/VideoExporter.h"
 #include "benchmarks/Case.h"
 

@@ -1,7 +1,7 @@
 #include "programs/EpisodeProgram.h"
 
 #include "TarnwickRender/EpisodeCheck.h"
-#include "TarnwickRender/ParticleSimulation.h"
+#include "TarnwickRender/Run/ParticleSimulation.h"
 #include "programs/Findings.h"
 
 #include <limits>

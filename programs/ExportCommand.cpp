@@ -1,7 +1,7 @@
 // tarnwick export: an episode as a movie.
 #include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/Numbers.h"
-#include "TarnwickRender/ExportTimeline.h"
+#include "TarnwickRender/Movies/ExportTimeline.h"
 #include "programs/Command.h"
 #include "programs/EpisodeLoop.h"
 #include "programs/EpisodeProgram.h"

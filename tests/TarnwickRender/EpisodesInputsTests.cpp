@@ -3,9 +3,9 @@
 #include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "TarnwickRender/AudioRenderer.h"
-#include "TarnwickRender/FeedbackFrames.h"
+#include "TarnwickRender/Run/FeedbackFrames.h"
+#include "TarnwickRender/Sound/SpectrumTexture.h"
 #include "TarnwickRender/SoundTap.h"
-#include "TarnwickRender/SpectrumTexture.h"
 #include "tests/TarnwickRender/EpisodeFiles.h"
 #include "tests/TarnwickRender/Rendering.h"
 

@@ -1,5 +1,5 @@
-#include "TarnwickRender/FeedbackFrames.h"
-#include "TarnwickRender/SpectrumTexture.h"
+#include "TarnwickRender/Run/FeedbackFrames.h"
+#include "TarnwickRender/Sound/SpectrumTexture.h"
 #include "tests/TarnwickRender/Rendering.h"
 
 #include <numeric>

@@ -1,5 +1,5 @@
-#include "TarnwickRender/LoopBlend.h"
 #include "TarnwickRender/LoopFinder.h"
+#include "TarnwickRender/Pictures/LoopBlend.h"
 #include "tests/TarnwickRender/Rendering.h"
 
 #include <cmath>

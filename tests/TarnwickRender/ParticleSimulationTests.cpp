@@ -1,4 +1,4 @@
-#include "TarnwickRender/ParticleSimulation.h"
+#include "TarnwickRender/Run/ParticleSimulation.h"
 #include "tests/TarnwickGPU/HeapCount.h"
 #include "tests/TarnwickRender/Rendering.h"
 

@@ -1,5 +1,5 @@
 #include "TarnwickPlatform/Movie/ColorConversion.h"
-#include "TarnwickRender/PictureConversion.h"
+#include "TarnwickRender/Pictures/PictureConversion.h"
 #include "TarnwickRender/VideoExporter.h"
 #include "tests/TarnwickRender/Rendering.h"
 

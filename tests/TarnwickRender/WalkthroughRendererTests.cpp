@@ -1,5 +1,5 @@
-#include "TarnwickRender/WalkthroughCode.h"
 #include "TarnwickRender/WalkthroughRenderer.h"
+#include "TarnwickRender/Walkthroughs/WalkthroughCode.h"
 
 #include <gtest/gtest.h>
 

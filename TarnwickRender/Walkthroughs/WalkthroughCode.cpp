@@ -1,4 +1,4 @@
-#include "TarnwickRender/WalkthroughCode.h"
+#include "TarnwickRender/Walkthroughs/WalkthroughCode.h"
 
 #include "TarnwickCore/Characters.h"
 #include "TarnwickCore/MSLSyntax.h"

@@ -1,6 +1,6 @@
-#include "TarnwickRender/OverlayQuad.h"
+#include "TarnwickRender/Pictures/OverlayQuad.h"
 
-#include "TarnwickRender/FramePipeline.h"
+#include "TarnwickRender/Pictures/FramePipeline.h"
 
 namespace tarnwick {
 namespace {

@@ -1,6 +1,6 @@
-#include "TarnwickRender/FilmSound.h"
+#include "TarnwickRender/Movies/FilmSound.h"
 
-#include "TarnwickRender/SoundSamples.h"
+#include "TarnwickRender/Sound/SoundSamples.h"
 
 #include <algorithm>
 #include <thread>

@@ -1,4 +1,4 @@
-#include "TarnwickRender/SoundSamples.h"
+#include "TarnwickRender/Sound/SoundSamples.h"
 
 #include <algorithm>
 

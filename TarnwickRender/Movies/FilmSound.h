@@ -2,8 +2,8 @@
 #pragma once
 
 #include "TarnwickPlatform/Movie/MovieWriter.h"
-#include "TarnwickRender/ExportState.h"
-#include "TarnwickRender/ExportTimeline.h"
+#include "TarnwickRender/Movies/ExportState.h"
+#include "TarnwickRender/Movies/ExportTimeline.h"
 
 #include <chrono>
 

@@ -4,7 +4,7 @@
 #include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/Resources.h"
 #include "TarnwickPlatform/Movie/MovieSettings.h"
-#include "TarnwickRender/PictureConversion.h"
+#include "TarnwickRender/Pictures/PictureConversion.h"
 
 #include <cstdint>
 #include <memory>

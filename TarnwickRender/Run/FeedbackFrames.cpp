@@ -1,6 +1,6 @@
-#include "TarnwickRender/FeedbackFrames.h"
+#include "TarnwickRender/Run/FeedbackFrames.h"
 
-#include "TarnwickRender/PictureSize.h"
+#include "TarnwickRender/Pictures/PictureSize.h"
 
 #include <algorithm>
 

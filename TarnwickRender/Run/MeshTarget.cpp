@@ -1,6 +1,6 @@
-#include "TarnwickRender/MeshTarget.h"
+#include "TarnwickRender/Run/MeshTarget.h"
 
-#include "TarnwickRender/PictureSize.h"
+#include "TarnwickRender/Pictures/PictureSize.h"
 #include "TarnwickRender/ShaderProgram.h"
 
 namespace tarnwick {

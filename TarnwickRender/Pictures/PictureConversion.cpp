@@ -1,8 +1,8 @@
-#include "TarnwickRender/PictureConversion.h"
+#include "TarnwickRender/Pictures/PictureConversion.h"
 
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickPlatform/Movie/ColorWeights.h"
-#include "TarnwickRender/HostFunctions.h"
+#include "TarnwickRender/Program/HostFunctions.h"
 
 #include <array>
 

@@ -1,8 +1,8 @@
-#include "TarnwickRender/ParticlePipelines.h"
+#include "TarnwickRender/Program/ParticlePipelines.h"
 
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Resources.h"
-#include "TarnwickRender/HostFunctions.h"
+#include "TarnwickRender/Program/HostFunctions.h"
 #include "TarnwickRender/ShaderError.h"
 #include "TarnwickRender/ShaderProgram.h"
 

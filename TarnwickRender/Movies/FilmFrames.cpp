@@ -1,4 +1,4 @@
-#include "TarnwickRender/FilmFrames.h"
+#include "TarnwickRender/Movies/FilmFrames.h"
 
 #include "TarnwickRender/ExportError.h"
 

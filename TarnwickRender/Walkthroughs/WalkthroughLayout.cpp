@@ -1,4 +1,4 @@
-#include "TarnwickRender/WalkthroughLayout.h"
+#include "TarnwickRender/Walkthroughs/WalkthroughLayout.h"
 
 #include "TarnwickBase/Precondition.h"
 

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "TarnwickRender/ExportSegment.h"
-#include "TarnwickRender/FeedbackFrames.h"
-#include "TarnwickRender/OverlayQuad.h"
-#include "TarnwickRender/PictureSize.h"
+#include "TarnwickRender/Pictures/OverlayQuad.h"
+#include "TarnwickRender/Pictures/PictureSize.h"
+#include "TarnwickRender/Pictures/Watermark.h"
+#include "TarnwickRender/Run/FeedbackFrames.h"
 #include "TarnwickRender/ShaderRun.h"
-#include "TarnwickRender/Watermark.h"
 
 #include <cstdint>
 #include <functional>

@@ -2,9 +2,9 @@
 // watermark.
 #pragma once
 
-#include "TarnwickRender/ExportTimeline.h"
-#include "TarnwickRender/LoopBlend.h"
-#include "TarnwickRender/SegmentPictures.h"
+#include "TarnwickRender/Movies/ExportTimeline.h"
+#include "TarnwickRender/Movies/SegmentPictures.h"
+#include "TarnwickRender/Pictures/LoopBlend.h"
 
 #include <cstdint>
 #include <functional>

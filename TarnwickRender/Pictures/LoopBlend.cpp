@@ -1,6 +1,6 @@
-#include "TarnwickRender/LoopBlend.h"
+#include "TarnwickRender/Pictures/LoopBlend.h"
 
-#include "TarnwickRender/FramePipeline.h"
+#include "TarnwickRender/Pictures/FramePipeline.h"
 
 namespace tarnwick {
 namespace {

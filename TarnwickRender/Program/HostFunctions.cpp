@@ -1,4 +1,4 @@
-#include "TarnwickRender/HostFunctions.h"
+#include "TarnwickRender/Program/HostFunctions.h"
 
 #include "TarnwickRender/ParamBuffer.h"
 #include "TarnwickRender/ShaderError.h"

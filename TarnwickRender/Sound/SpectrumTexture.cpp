@@ -1,6 +1,6 @@
-#include "TarnwickRender/SpectrumTexture.h"
+#include "TarnwickRender/Sound/SpectrumTexture.h"
 
-#include "TarnwickRender/PictureSize.h"
+#include "TarnwickRender/Pictures/PictureSize.h"
 
 #include <algorithm>
 

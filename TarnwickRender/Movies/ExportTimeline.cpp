@@ -1,4 +1,4 @@
-#include "TarnwickRender/ExportTimeline.h"
+#include "TarnwickRender/Movies/ExportTimeline.h"
 
 #include "TarnwickCore/ExportPlan.h"
 #include "TarnwickRender/ExportError.h"

@@ -1,4 +1,4 @@
-#include "TarnwickRender/SegmentPictures.h"
+#include "TarnwickRender/Movies/SegmentPictures.h"
 
 #include "TarnwickRender/ExportError.h"
 

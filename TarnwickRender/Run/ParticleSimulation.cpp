@@ -1,8 +1,8 @@
-#include "TarnwickRender/ParticleSimulation.h"
+#include "TarnwickRender/Run/ParticleSimulation.h"
 
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickRender/ParamBuffer.h"
-#include "TarnwickRender/PictureSize.h"
+#include "TarnwickRender/Pictures/PictureSize.h"
 
 #include <algorithm>
 #include <cmath>

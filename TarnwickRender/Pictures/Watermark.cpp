@@ -1,7 +1,7 @@
-#include "TarnwickRender/Watermark.h"
+#include "TarnwickRender/Pictures/Watermark.h"
 
 #include "TarnwickCore/WatermarkPlacement.h"
-#include "TarnwickRender/FramePipeline.h"
+#include "TarnwickRender/Pictures/FramePipeline.h"
 
 namespace tarnwick {
 namespace {

@@ -1,4 +1,4 @@
-#include "TarnwickRender/ExportState.h"
+#include "TarnwickRender/Movies/ExportState.h"
 
 #include "TarnwickBase/WaitedTime.h"
 

@@ -1,6 +1,6 @@
-#include "TarnwickRender/PixelBufferTextures.h"
+#include "TarnwickRender/Pictures/PixelBufferTextures.h"
 
-#include "TarnwickRender/PictureSize.h"
+#include "TarnwickRender/Pictures/PictureSize.h"
 #include "TarnwickRender/ShaderProgram.h"
 
 #include <stdexcept>

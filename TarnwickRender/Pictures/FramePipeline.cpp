@@ -1,6 +1,6 @@
-#include "TarnwickRender/FramePipeline.h"
+#include "TarnwickRender/Pictures/FramePipeline.h"
 
-#include "TarnwickRender/HostFunctions.h"
+#include "TarnwickRender/Program/HostFunctions.h"
 
 namespace tarnwick {
 

@@ -1,6 +1,6 @@
-#include "TarnwickRender/MeshPipelines.h"
+#include "TarnwickRender/Program/MeshPipelines.h"
 
-#include "TarnwickRender/HostFunctions.h"
+#include "TarnwickRender/Program/HostFunctions.h"
 #include "TarnwickRender/ShaderError.h"
 #include "TarnwickRender/ShaderProgram.h"
 

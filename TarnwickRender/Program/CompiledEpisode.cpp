@@ -1,4 +1,4 @@
-#include "TarnwickRender/CompiledEpisode.h"
+#include "TarnwickRender/Program/CompiledEpisode.h"
 
 #include "TarnwickCore/Encoding.h"
 #include "TarnwickMSL/Compile.h"
