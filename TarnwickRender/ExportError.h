@@ -1,4 +1,4 @@
-// Why a film was not exported.
+// Why a movie was not exported.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ class ExportError : public std::runtime_error {
         std::string reason;
     };
     struct Render {
-        std::int64_t frame; // of the film, from 0
+        std::int64_t frame; // of the movie, from 0
     };
     struct Writer {
         std::string reason;

@@ -1,4 +1,4 @@
-// What a film is made of: stretches of programs' time, one after another.
+// What a movie is made of: stretches of programs' time, one after another.
 #pragma once
 
 #include "TarnwickGPU/Commands.h"
@@ -23,7 +23,7 @@ struct FrameLayout {
     Area picture;                 // lies within the frame, and is the program's whole resolution
     gpu::ClearColor background{}; // of the frame
     // Pictures that cover the whole frame, alpha premultiplied, drawn after the program's. Shared,
-    // because the segments of a film take theirs from one list.
+    // because the segments of a movie take theirs from one list.
     std::vector<std::shared_ptr<const gpu::Texture>> overlays{};
     std::int64_t overlayIndex = 0; // the one that is shown; none need be there to show none
     // For each frame's time in seconds of the program: the one that is shown instead, none where it

@@ -1,8 +1,8 @@
 #include "TarnwickRender/VideoExporter.h"
 
 #include "TarnwickBase/Precondition.h"
-#include "TarnwickRender/Movies/FilmFrames.h"
-#include "TarnwickRender/Movies/FilmSound.h"
+#include "TarnwickRender/Movies/MovieFrames.h"
+#include "TarnwickRender/Movies/MovieSound.h"
 
 #include <algorithm>
 #include <future>
@@ -59,7 +59,7 @@ FrameRange rangeOf(const ExportDetails& details, const ExportTimeline& timeline,
                    const VideoSettings& settings) {
     const FrameRange frames = details.frames.value_or(FrameRange{0, timeline.frameCount()});
     if (frames.first < 0 || frames.first >= frames.end || frames.end > timeline.frameCount())
-        cannotStart("the part does not lie within the film");
+        cannotStart("the part does not lie within the movie");
     if (frames.first % stretchLength(settings) != 0)
         cannotStart("a part begins at a multiple of " + std::to_string(stretchLength(settings)) +
                     " frames");
@@ -70,7 +70,7 @@ FrameRange rangeOf(const ExportDetails& details, const ExportTimeline& timeline,
 struct Tracks {
     std::unique_ptr<MovieWriter> writer;
     VideoInput* video = nullptr;
-    AudioInput* audio = nullptr; // null for a film without sound
+    AudioInput* audio = nullptr; // null for a movie without sound
 };
 
 Tracks startedTracks(const ExportTimeline& timeline, const ExportPreset& preset,
@@ -130,9 +130,9 @@ class SoundTask {
 // The pictures' task.
 class PictureTask {
   public:
-    PictureTask(FilmFrames& film, const PixelBufferTextures& textures, const Tracks& tracks,
+    PictureTask(MovieFrames& movie, const PixelBufferTextures& textures, const Tracks& tracks,
                 ExportState& state, const ExportDetails& details)
-        : film_(film), textures_(textures), tracks_(tracks), state_(state), details_(details) {}
+        : movie_(movie), textures_(textures), tracks_(tracks), state_(state), details_(details) {}
 
     // Ends early where the state has failed. `goOn` is told of the frames that are done, and throws
     // when it is not to.
@@ -160,7 +160,7 @@ class PictureTask {
         auto buffer = pool->take();
         if (!buffer)
             writingFailed("could not get a pixel buffer");
-        film_.draw(index, textures_.target(*buffer), meanwhile, [&](gpu::CommandBuffer& commands) {
+        movie_.draw(index, textures_.target(*buffer), meanwhile, [&](gpu::CommandBuffer& commands) {
             return textures_.encodeConversion(commands, *buffer);
         });
         textures_.finish(*buffer);
@@ -173,7 +173,7 @@ class PictureTask {
         writingFailed("append failed at frame " + std::to_string(index));
     }
 
-    FilmFrames& film_;
+    MovieFrames& movie_;
     const PixelBufferTextures& textures_;
     const Tracks& tracks_;
     ExportState& state_;
@@ -223,13 +223,13 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
     const auto size = PictureSize::of(preset.width, preset.height);
     if (!size)
         cannotStart("a frame has no pixels");
-    FilmFrames film(timeline, device, *size);
+    MovieFrames movie(timeline, device, *size);
     const auto textures =
         PixelBufferTextures::make(device, preset.width, preset.height,
                                   encoderFormat(settings.codec), details.colorConversion);
     if (!textures)
         cannotStart("no texture cache");
-    film.makeLoopTextures();
+    movie.makeLoopTextures();
     settings.source = textures->source();
     settings.allocate = textures->allocator();
     const Tracks tracks = startedTracks(timeline, preset, settings, frames, file, details);
@@ -237,7 +237,7 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
     ExportState state;
     auto noteNews = [&] {
         if (details.news != nullptr)
-            details.news->hitLoopBudget = film.hitLoopBudget() || state.hitLoopBudget();
+            details.news->hitLoopBudget = movie.hitLoopBudget() || state.hitLoopBudget();
     };
     auto goOn = [&](std::int64_t done) {
         noteNews();
@@ -250,7 +250,7 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
             writeSound(timeline, device, *tracks.audio, *tracks.writer, state, details.patience);
     });
     try {
-        PictureTask(film, *textures, tracks, state, details).write(frames, preset.fps, goOn);
+        PictureTask(movie, *textures, tracks, state, details).write(frames, preset.fps, goOn);
         tracks.video->markAsFinished();
         sound.await(goOnAtTheEnd);
     } catch (const ExportError& error) {

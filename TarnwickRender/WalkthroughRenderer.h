@@ -49,7 +49,7 @@ class WalkthroughRenderer {
         return {layout_, stage, stageCount};
     }
 
-    // The frame as a film shows it: `picture`, which has the size of its place, under the overlay.
+    // The frame as a movie shows it: `picture`, which has the size of its place, under the overlay.
     Picture frame(const Picture& picture, const Picture& overlay) const;
 
   private:

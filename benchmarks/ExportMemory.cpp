@@ -28,7 +28,7 @@ void exportFrames(gpu::Device& device, std::int64_t frames) {
     const auto program = ShaderProgram::compile(episode, device, ShaderProgram::pixelFormat);
     const double duration = static_cast<double>(frames) / static_cast<double>(preset.fps);
     VideoExporter::export_(program, device, ExportPlan(preset, 0, duration), {}, true,
-                           folder.path() / "film.mp4",
+                           folder.path() / "movie.mp4",
                            [](std::int64_t, std::int64_t) { return true; });
 }
 

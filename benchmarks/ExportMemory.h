@@ -1,4 +1,4 @@
-// How much memory an export takes, of a short film and of a long one.
+// How much memory an export takes, of a short movie and of a long one.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@ struct ExportMemory {
     double peak = 0; // MB of the process's resident set
 };
 
-// Each film by a process of its own, `self` being this program's file. Throws std::runtime_error
+// Each movie by a process of its own, `self` being this program's file. Throws std::runtime_error
 // where a process does not say.
 std::vector<ExportMemory> exportMemory(const std::string& self,
                                        const std::vector<std::int64_t>& frames);

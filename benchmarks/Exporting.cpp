@@ -2,7 +2,7 @@
 
 #include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickPlatform/Movie/MovieError.h"
-#include "TarnwickRender/Movies/FilmFrames.h"
+#include "TarnwickRender/Movies/MovieFrames.h"
 #include "TarnwickRender/Pictures/PixelBufferTextures.h"
 #include "TarnwickRender/VideoExporter.h"
 #include "benchmarks/Case.h"
@@ -13,12 +13,12 @@ namespace tarnwick::bench {
 
 namespace {
 
-// One episode's film, drawn, encoded and exported as often as asked.
-class Film {
+// One episode's movie, drawn, encoded and exported as often as asked.
+class Movie {
   public:
-    Film(gpu::Device& device, const ExportCase& one);
-    Film(const Film&) = delete;
-    Film& operator=(const Film&) = delete;
+    Movie(gpu::Device& device, const ExportCase& one);
+    Movie(const Movie&) = delete;
+    Movie& operator=(const Movie&) = delete;
 
     void draw();
     void encode();
@@ -31,11 +31,11 @@ class Film {
     ExportSegment segment_;
     ExportTimeline timeline_;
     std::unique_ptr<PixelBufferTextures> textures_;
-    std::vector<std::shared_ptr<PixelBuffer>> pictures_; // all frames of the film
+    std::vector<std::shared_ptr<PixelBuffer>> pictures_; // all frames of the movie
     TemporaryFolder folder_;
 };
 
-Film::Film(gpu::Device& device, const ExportCase& one)
+Movie::Movie(gpu::Device& device, const ExportCase& one)
     : device_(device), case_(one), settings_(VideoExporter::videoSettings(one.preset)) {
     const ExportPreset& preset = one.preset;
     segment_.program =
@@ -46,7 +46,7 @@ Film::Film(gpu::Device& device, const ExportCase& one)
     textures_ = PixelBufferTextures::make(device, preset.width, preset.height, format,
                                           ColorConversionPlace::chosen);
     if (!textures_)
-        throw gpu::DeviceError("The device has no textures of a film's size.");
+        throw gpu::DeviceError("The device has no textures of a movie's size.");
     settings_.source = textures_->source();
     const bool isConverted = settings_.source == VideoSettings::Source::converted;
     PixelBufferPool pool(isConverted ? format : PixelFormat::bgra, preset.width, preset.height,
@@ -54,11 +54,11 @@ Film::Film(gpu::Device& device, const ExportCase& one)
     while (auto picture = pool.take())
         pictures_.push_back(std::move(picture));
     if (std::ssize(pictures_) < one.frames)
-        throw gpu::DeviceError("The device has no memory for a film's frames.");
+        throw gpu::DeviceError("The device has no memory for a movie's frames.");
 }
 
-void Film::draw() {
-    FilmFrames frames(timeline_, device_, *PictureSize::of(settings_.width, settings_.height));
+void Movie::draw() {
+    MovieFrames frames(timeline_, device_, *PictureSize::of(settings_.width, settings_.height));
     for (std::size_t index = 0; index < pictures_.size(); ++index) {
         const PixelBuffer& picture = *pictures_[index];
         frames.draw(
@@ -70,7 +70,7 @@ void Film::draw() {
     }
 }
 
-void Film::encode() {
+void Movie::encode() {
     const auto writer = MovieWriter::make(folder_.path() / "encoded.mp4", MovieFileType::mpeg4);
     VideoInput* input = writer->add(settings_);
     if (input == nullptr || !writer->startWriting())
@@ -88,7 +88,7 @@ void Film::encode() {
         throw MovieError(writer->errorText().value_or("The writer does not take a frame."));
 }
 
-void Film::export_() {
+void Movie::export_() {
     VideoExporter::export_({&segment_, 1}, case_.preset, device_, folder_.path() / "exported.mp4",
                            [](std::int64_t, std::int64_t) { return true; });
 }
@@ -107,7 +107,7 @@ std::vector<ExportCase> exportCases(const std::filesystem::path& shaders,
     struct Row {
         const char* name;
         std::filesystem::path episode;
-        std::int64_t small, large; // frames of either size, so that a film takes some seconds
+        std::int64_t small, large; // frames of either size, so that a movie takes some seconds
     };
     std::vector<ExportCase> cases;
     for (const Row& row : {Row{"light", shaders / "gradient.metal", 180, 120},
@@ -121,15 +121,15 @@ std::vector<ExportCase> exportCases(const std::filesystem::path& shaders,
 }
 
 ExportTimes exportTimes(gpu::Device& device, const ExportCase& one, int rounds) {
-    Film film(device, one);
-    film.draw();
+    Movie movie(device, one);
+    movie.draw();
     std::vector<ExportTime> times;
     std::vector<double> ratios;
     for (int round = 0; round < rounds; ++round) {
         ExportTime time{.cores = std::max(std::thread::hardware_concurrency(), 1U)};
-        time.drawing = sample([&] { film.draw(); });
-        time.encoding = sample([&] { film.encode(); });
-        time.exporting = sample([&] { film.export_(); });
+        time.drawing = sample([&] { movie.draw(); });
+        time.encoding = sample([&] { movie.encode(); });
+        time.exporting = sample([&] { movie.export_(); });
         times.push_back(time);
         ratios.push_back(time.ratio());
     }

@@ -24,10 +24,10 @@ struct ExportCase {
 std::vector<ExportCase> exportCases(const std::filesystem::path& shaders,
                                     const std::filesystem::path& episodes);
 
-// Milliseconds of a whole film.
+// Milliseconds of a whole movie.
 struct ExportTime {
     Sample drawing;   // alone: every frame into memory
-    Sample encoding;  // alone: the same frames, from memory, with the film's settings, into a file
+    Sample encoding;  // alone: the same frames, from memory, with the movie's settings, into a file
     Sample exporting; // as a user exports it
     unsigned cores = 1;
 
@@ -45,7 +45,7 @@ struct ExportTimes {
     double medianRatio = 0; // of the rounds' ratios
 };
 
-// Draws the film once, then does the three by turns, `rounds` of each. Throws ShaderError,
+// Draws the movie once, then does the three by turns, `rounds` of each. Throws ShaderError,
 // ExportError, MovieError or gpu::DeviceError.
 ExportTimes exportTimes(gpu::Device& device, const ExportCase& one, int rounds);
 

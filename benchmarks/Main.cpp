@@ -28,8 +28,8 @@ and over benchmarks/shaders/scenes:
   (d) gigabytes a second that a particle update moves, beside copying;
 (e) milliseconds to evaluate an episode's sound and to hear it;
 (f) how fast text and data are read;
-(g) milliseconds to export films, beside drawing and encoding alone;
-and (h) how much more memory a long film takes than a short one.
+(g) milliseconds to export movies, beside drawing and encoding alone;
+and (h) how much more memory a long movie takes than a short one.
 --only takes the shaders and scenes whose name contains NAME; (d) is called "updating", (e) "sound",
 (f) and (g) have a name for each line, such as "osc" and "export heavy", (h) is "export-memory".
 )";

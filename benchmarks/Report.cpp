@@ -151,7 +151,7 @@ bool printExporting(gpu::Device& device, const std::vector<ExportCase>& all, int
                 "The floor is the largest of drawing alone, encoding alone, and the processor time "
                 "of both\nshared by the cores.\n\n",
                 device.info().name.c_str(), rounds);
-    std::printf("  %-24s %7s %9s %9s %9s %9s %7s %9s %7s\n", "film", "frames", "drawing",
+    std::printf("  %-24s %7s %9s %9s %9s %9s %7s %9s %7s\n", "movie", "frames", "drawing",
                 "encoding", "sharing", "export", "ratio", "median r.", "CPU r.");
     bool good = true;
     for (const ExportCase& one : all) {

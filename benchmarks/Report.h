@@ -33,10 +33,10 @@ bool printTexts(const std::vector<TextCase>& all, int rounds);
 // How many times faster than real time sound is rendered, and what hearing it takes a frame.
 bool printSounding(gpu::Device& device);
 
-// Milliseconds to export each film, beside the floor of that time.
+// Milliseconds to export each movie, beside the floor of that time.
 bool printExporting(gpu::Device& device, const std::vector<ExportCase>& all, int rounds);
 
-// How much more memory a film of 10,000 frames takes than one of 500; `self` is this program's
+// How much more memory a movie of 10,000 frames takes than one of 500; `self` is this program's
 // file.
 bool printExportMemory(const std::string& self);
 

@@ -43,7 +43,7 @@ std::shared_ptr<const gpu::Texture> textureOf(const Picture& picture, gpu::Devic
 }
 
 // What the movie is made of.
-struct Film {
+struct StagedMovie {
     const WalkthroughRenderer& renderer;
     const std::vector<WalkthroughStage>& stages;
     const WalkthroughTimeline& timeline;
@@ -70,12 +70,12 @@ struct Film {
     }
 };
 
-std::vector<MovieChapter> chaptersOf(const Film& film) {
+std::vector<MovieChapter> chaptersOf(const StagedMovie& staged) {
     std::vector<MovieChapter> chapters;
-    for (std::size_t stage = 0; stage < film.stages.size(); ++stage)
-        if (!film.stages[stage].pages.empty())
-            chapters.push_back(
-                {.start = film.startOf(stage) - film.start, .title = film.stages[stage].title});
+    for (std::size_t stage = 0; stage < staged.stages.size(); ++stage)
+        if (!staged.stages[stage].pages.empty())
+            chapters.push_back({.start = staged.startOf(stage) - staged.start,
+                                .title = staged.stages[stage].title});
     return chapters;
 }
 
@@ -94,17 +94,17 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
         ProgressBar bar("");
         return programsOf(walkthrough, *device, bar);
     }();
-    const Film film{.renderer = renderer,
-                    .stages = stages,
-                    .timeline = timeline,
-                    .start = secondsFromZero(arguments, movieStartOption.name, 0),
-                    .halfFrame = 0.5 / static_cast<double>(preset.fps),
-                    .device = *device};
+    const StagedMovie staged{.renderer = renderer,
+                             .stages = stages,
+                             .timeline = timeline,
+                             .start = secondsFromZero(arguments, movieStartOption.name, 0),
+                             .halfFrame = 0.5 / static_cast<double>(preset.fps),
+                             .device = *device};
     if (sound)
         checkHeard({.path = path,
                     .episode = walkthrough.episode(),
                     .values = walkthrough.settings.values,
-                    .start = film.start,
+                    .start = staged.start,
                     .duration = timeline.total()},
                    *device);
     // Stages that listen hear the episode.
@@ -114,16 +114,16 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
         if (stages[stage].pages.empty())
             continue;
         segments.push_back({.program = programs[stage],
-                            .start = film.startOf(stage),
+                            .start = staged.startOf(stage),
                             .duration = timeline.duration(static_cast<std::int64_t>(stage)),
                             .watermark = arguments.has(watermarkOption.name),
                             .sound = sound,
-                            .layout = film.layoutOf(stage),
+                            .layout = staged.layoutOf(stage),
                             .soundProgram = programs.back()});
         letFollow(segments.back(), walkthrough.settings);
         letListen(segments.back(), programs[stage]->usesInputs() ? tap.get() : nullptr);
     }
-    exportMovie(segments, movie, *device, path, {.chapters = chaptersOf(film)});
+    exportMovie(segments, movie, *device, path, {.chapters = chaptersOf(staged)});
 }
 
 } // namespace tarnwick

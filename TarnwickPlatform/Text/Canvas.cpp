@@ -17,7 +17,7 @@ int pangoUnits(double pixels) {
     return static_cast<int>(std::lround(pixels * PANGO_SCALE));
 }
 
-// Glyphs at fractions of a pixel: as wide at one size as at the next, and even in films.
+// Glyphs at fractions of a pixel: as wide at one size as at the next, and even in movies.
 Context textContext() {
     Context context(pango_font_map_create_context(pango_cairo_font_map_get_default()));
     const FontOptions options(cairo_font_options_create());

@@ -9,7 +9,7 @@
 namespace tarnwick {
 namespace {
 
-// More frames than any film has, and few enough that sums of them fit.
+// More frames than any movie has, and few enough that sums of them fit.
 constexpr double mostFrames = 0x1p52;
 
 std::int64_t countOf(double duration, std::int64_t fps) {
@@ -31,7 +31,7 @@ ExportTimeline ExportTimeline::of(std::span<const ExportSegment> segments, std::
         timeline.entries.push_back({&segment, first, count, std::min(fade, count)});
         first += count;
         if (static_cast<double>(first) >= mostFrames)
-            throw ExportError(ExportError::Setup{"the film is too long to export"});
+            throw ExportError(ExportError::Setup{"the movie is too long to export"});
     }
     return timeline;
 }

@@ -1,4 +1,4 @@
-// Which frames of a film belong to which of its segments.
+// Which frames of a movie belong to which of its segments.
 #pragma once
 
 #include "TarnwickRender/ExportSegment.h"
@@ -12,7 +12,7 @@ namespace tarnwick {
 struct ExportTimeline {
     struct Entry {
         const ExportSegment* segment = nullptr;
-        std::int64_t first = 0; // frame of the film
+        std::int64_t first = 0; // frame of the movie
         std::int64_t count = 0; // frames, at least 1
         std::int64_t fade = 0;  // frames at its end that are crossfaded
 

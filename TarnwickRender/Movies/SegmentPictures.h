@@ -1,4 +1,4 @@
-// Draws the frames of one segment of a film.
+// Draws the frames of one segment of a movie.
 #pragma once
 
 #include "TarnwickRender/ExportSegment.h"

@@ -1,4 +1,4 @@
-// Lets the GPU draw into the pixel buffers of a film.
+// Lets the GPU draw into the pixel buffers of a movie.
 #pragma once
 
 #include "TarnwickGPU/Device.h"
@@ -11,7 +11,7 @@
 
 namespace tarnwick {
 
-// Where drawn pixels become what a film's encoder takes: the bytes are the same.
+// Where drawn pixels become what a movie's encoder takes: the bytes are the same.
 enum class ColorConversionPlace {
     chosen, // on the GPU, unless pictures are drawn by the processor, which is quicker at it itself
     gpu,

@@ -1,4 +1,4 @@
-// The glowing arch in the corner of a film.
+// The glowing arch in the corner of a movie.
 #pragma once
 
 #include "TarnwickGPU/Commands.h"

@@ -79,9 +79,9 @@ TEST_F(PictureConversions, giveTheBytesThatTheProcessorGives) {
     }
 }
 
-// The film's bytes, written and taken away again.
-std::string filmOf(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
-                   VideoCodec codec, ColorConversionPlace place) {
+// The movie's bytes, written and taken away again.
+std::string movieOf(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
+                    VideoCodec codec, ColorConversionPlace place) {
     const auto file = std::filesystem::path(testing::TempDir()) /
                       ("converted-" + std::to_string(getpid()) + ".mov");
     const ExportPreset preset{"small", "Small", 64, 36, 10, 300'000, codec};
@@ -94,12 +94,12 @@ std::string filmOf(const std::shared_ptr<const ShaderProgram>& program, gpu::Dev
     return bytes.str();
 }
 
-TEST_F(PictureConversions, makeTheSameFilmsOnTheGPUAndByTheWriter) {
+TEST_F(PictureConversions, makeTheSameMoviesOnTheGPUAndByTheWriter) {
     const auto colors = program("float4 shade(float2 uv, " + std::string(arguments) +
                                 ") { return float4(uv, sin(u.time), 1.0) * uv.x; }\n");
     for (const VideoCodec codec : {VideoCodec::prores4444, VideoCodec::hevcAlpha})
-        EXPECT_TRUE(filmOf(colors, *device, codec, ColorConversionPlace::gpu) ==
-                    filmOf(colors, *device, codec, ColorConversionPlace::writer));
+        EXPECT_TRUE(movieOf(colors, *device, codec, ColorConversionPlace::gpu) ==
+                    movieOf(colors, *device, codec, ColorConversionPlace::writer));
 }
 
 } // namespace

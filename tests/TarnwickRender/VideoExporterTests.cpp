@@ -394,5 +394,5 @@ TEST_F(Exporting, drawsAPartAsItIsInTheWhole) {
     EXPECT_EQ(exported(segments, {.frames = FrameRange{7, 20}}),
               "Export could not start: a part begins at a multiple of 100 frames");
     EXPECT_EQ(exported(segments, {.frames = FrameRange{200, 300}}),
-              "Export could not start: the part does not lie within the film");
+              "Export could not start: the part does not lie within the movie");
 }

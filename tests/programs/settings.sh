@@ -62,7 +62,7 @@ cmp -s a.png plain.png || complain 'another picture' still
 
 # The other commands give what they give for the same values on the command line.
 settings '"green": 0.75' "$track" >e.json
-film='--size 32x32 --duration 0.2'
+movie='--size 32x32 --duration 0.2'
 same() { # OUT WORD...: with the document as with its values and keys on the command line
     made=$1
     shift
@@ -77,8 +77,8 @@ same() { # OUT WORD...: with the document as with its values and keys on the com
 keys=
 same a.wav sound e.metal --duration 0.1
 keys='--keys e.json'
-same a.mp4 export e.metal $film
-same b.mp4 variations e.metal --seed 3 --count 2 $film
+same a.mp4 export e.metal $movie
+same b.mp4 variations e.metal --seed 3 --count 2 $movie
 same c.mp4 walkthrough e.metal --stages e.metal --size 320x180 --page-seconds 0.1
 expect 0 '' sheet e.metal -o plain.png $size --no-settings
 expect 0 '' sheet e.metal -o a.png $size

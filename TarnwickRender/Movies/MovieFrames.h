@@ -1,4 +1,4 @@
-// Draws the frames of a film, one after another: its segments' pictures, their crossfades and the
+// Draws the frames of a movie, one after another: its segments' pictures, their crossfades and the
 // watermark.
 #pragma once
 
@@ -15,18 +15,18 @@
 namespace tarnwick {
 
 // One thread at a time. The device and the timeline outlive it.
-class FilmFrames {
+class MovieFrames {
   public:
-    // Makes the queue and the pipelines that the film takes. Throws ExportError.
-    FilmFrames(const ExportTimeline& timeline, gpu::Device& device, const PictureSize& size);
+    // Makes the queue and the pipelines that the movie takes. Throws ExportError.
+    MovieFrames(const ExportTimeline& timeline, gpu::Device& device, const PictureSize& size);
 
     // Makes the textures that the crossfades take. Throws ExportError.
     void makeLoopTextures();
 
-    // Draws frame `index` of the film into `target` and waits for the GPU. The frames are asked for
-    // in their order; the first may be any. Calls `meanwhile` during what comes before a segment's
-    // first frame: it may throw. `encodeMore` adds to the same command buffer, behind the drawing,
-    // and says whether it could. Throws ExportError.
+    // Draws frame `index` of the movie into `target` and waits for the GPU. The frames are asked
+    // for in their order; the first may be any. Calls `meanwhile` during what comes before a
+    // segment's first frame: it may throw. `encodeMore` adds to the same command buffer, behind the
+    // drawing, and says whether it could. Throws ExportError.
     void draw(std::int64_t index, const gpu::Texture& target,
               const std::function<void()>& meanwhile,
               const std::function<bool(gpu::CommandBuffer&)>& encodeMore);

@@ -1,4 +1,4 @@
-// What a decoder makes of the films that are exported.
+// What a decoder makes of the movies that are exported.
 #include "TarnwickRender/VideoExporter.h"
 #include "tests/TarnwickPlatform/SmallMovie.h"
 #include "tests/TarnwickRender/Rendering.h"
@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t pixels = 160 * 90;
 
-class Film : public Rendering {
+class Movie : public Rendering {
   protected:
     std::shared_ptr<const ShaderProgram> episode(const std::string& name) {
         std::ifstream file(EPISODES "/" + name + ".metal");
@@ -23,7 +23,7 @@ class Film : public Rendering {
     std::vector<DecodedPicture> decoded(const std::shared_ptr<const ShaderProgram>& program,
                                         const ExportPlan& plan) {
         const TemporaryFolder folder;
-        const auto file = folder.path() / "film.mov";
+        const auto file = folder.path() / "movie.mov";
         VideoExporter::export_(program, *device, plan, {}, false, file,
                                [](std::int64_t, std::int64_t) { return true; });
         return decodedPictures(file);
@@ -49,7 +49,7 @@ std::array<double, 4> tenBits(const std::uint8_t* bgra) {
 
 // ProRes rounds what it keeps of 8 by 8 pixels to multiples of 4: nothing is lost where they are
 // smooth, and along edges a few samples are off by more than one.
-TEST_F(Film, inProRes4444IsTheStillOfTheSameTime) {
+TEST_F(Movie, inProRes4444IsTheStillOfTheSameTime) {
     const auto smooth = program("float4 shade(float2 uv, " + std::string(arguments) +
                                 ") { return float4(uv, fract(u.time), 0.25 + 0.5 * uv.x); }\n");
     for (const auto& [made, within] : {std::pair{smooth, 1.0}, {episode("ember-silk"), 0.99}}) {
@@ -76,7 +76,7 @@ TEST_F(Film, inProRes4444IsTheStillOfTheSameTime) {
 }
 
 // The codec knows nothing beyond the ends of what it is given, and guesses wrongly there.
-TEST_F(Film, ofALoopGoesOnInItsSoundWhereItBegins) {
+TEST_F(Movie, ofALoopGoesOnInItsSoundWhereItBegins) {
     ExportSegment loop{.program = program("float2 sound(float t, constant Params& p) {"
                                           " return 0.7 * sin(t * 1381.0); }\n"
                                           "float4 shade(float2 uv, " +
@@ -101,7 +101,7 @@ TEST_F(Film, ofALoopGoesOnInItsSoundWhereItBegins) {
 }
 
 // The web preset's bits a pixel, on small pictures, which have more in each.
-TEST_F(Film, ofAQuietEpisodeKeepsFortyDecibelsAtTheWebPresetsRate) {
+TEST_F(Movie, ofAQuietEpisodeKeepsFortyDecibelsAtTheWebPresetsRate) {
     ExportPreset web = resized(ExportPreset::web, 480, 270);
     web = web.withBitrate(web.bitrate / 16);
     const auto program = episode("ember-silk");

@@ -1,4 +1,4 @@
-// Writes the sound of a film: a task beside its pictures.
+// Writes the sound of a movie: a task beside its pictures.
 #pragma once
 
 #include "TarnwickPlatform/Movie/MovieWriter.h"
@@ -12,7 +12,7 @@ namespace tarnwick {
 // Whether the segment makes any sound.
 bool isHeard(const ExportSegment& segment);
 
-// What the film's sound asks of the writer.
+// What the movie's sound asks of the writer.
 AudioSettings soundSettings(const ExportTimeline& timeline);
 
 // Renders the sound of every segment that is heard, silence for the others, and appends it frame by

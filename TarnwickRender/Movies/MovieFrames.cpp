@@ -1,4 +1,4 @@
-#include "TarnwickRender/Movies/FilmFrames.h"
+#include "TarnwickRender/Movies/MovieFrames.h"
 
 #include "TarnwickRender/ExportError.h"
 
@@ -34,7 +34,8 @@ std::unique_ptr<gpu::Texture> frameTexture(gpu::Device& device, const PictureSiz
 
 } // namespace
 
-FilmFrames::FilmFrames(const ExportTimeline& timeline, gpu::Device& device, const PictureSize& size)
+MovieFrames::MovieFrames(const ExportTimeline& timeline, gpu::Device& device,
+                         const PictureSize& size)
     : timeline_(timeline), device_(device), size_(size), queue_(device.newCommandQueue()) {
     if (!queue_)
         cannotStart("no command queue");
@@ -49,7 +50,7 @@ FilmFrames::FilmFrames(const ExportTimeline& timeline, gpu::Device& device, cons
         blend_ = made<LoopBlend>(device, "the loop's crossfade did not compile");
 }
 
-void FilmFrames::makeLoopTextures() {
+void MovieFrames::makeLoopTextures() {
     std::int64_t most = 0;
     for (const ExportTimeline::Entry& entry : timeline_.entries)
         most = std::max(most, keepsState(*entry.segment->program)
@@ -61,14 +62,14 @@ void FilmFrames::makeLoopTextures() {
         leadIn_.push_back(frameTexture(device_, size_));
 }
 
-const gpu::Texture& FilmFrames::scratch() {
+const gpu::Texture& MovieFrames::scratch() {
     if (!scratch_)
         scratch_ = frameTexture(device_, size_);
     return *scratch_;
 }
 
 // Encodes, commits and waits. `frame` is the segment's own.
-template <typename Encode> void FilmFrames::perform(std::int64_t frame, const Encode& encode) {
+template <typename Encode> void MovieFrames::perform(std::int64_t frame, const Encode& encode) {
     auto commands = queue_->commandBuffer();
     const bool isEncoded = commands && encode(*commands);
     if (isEncoded) {
@@ -82,8 +83,8 @@ template <typename Encode> void FilmFrames::perform(std::int64_t frame, const En
 
 // Brings the segment to where `frame` may be drawn: keeps the frames before its beginning where it
 // is to lead into them, and plays what sees its own last frame from the beginning.
-void FilmFrames::begin(const ExportTimeline::Entry& entry, std::int64_t frame,
-                       const std::function<void()>& meanwhile) {
+void MovieFrames::begin(const ExportTimeline::Entry& entry, std::int64_t frame,
+                        const std::function<void()>& meanwhile) {
     const ShaderProgram& program = *entry.segment->program;
     pictures_.emplace(*entry.segment, SegmentPictures::Stage{.device = device_,
                                                              .queue = *queue_,
@@ -121,8 +122,8 @@ void FilmFrames::begin(const ExportTimeline::Entry& entry, std::int64_t frame,
     }
 }
 
-bool FilmFrames::encodeMix(gpu::CommandBuffer& commands, const gpu::Texture& target,
-                           std::int64_t frame) {
+bool MovieFrames::encodeMix(gpu::CommandBuffer& commands, const gpu::Texture& target,
+                            std::int64_t frame) {
     const std::int64_t left = entry_->count - frame;
     const bool isKept = keepsState(*entry_->segment->program);
     const gpu::Texture& leadIn =
@@ -140,9 +141,9 @@ bool FilmFrames::encodeMix(gpu::CommandBuffer& commands, const gpu::Texture& tar
     return true;
 }
 
-void FilmFrames::draw(std::int64_t index, const gpu::Texture& target,
-                      const std::function<void()>& meanwhile,
-                      const std::function<bool(gpu::CommandBuffer&)>& encodeMore) {
+void MovieFrames::draw(std::int64_t index, const gpu::Texture& target,
+                       const std::function<void()>& meanwhile,
+                       const std::function<bool(gpu::CommandBuffer&)>& encodeMore) {
     const auto entry =
         std::find_if(timeline_.entries.begin(), timeline_.entries.end(),
                      [&](const ExportTimeline::Entry& one) { return index < one.end(); });

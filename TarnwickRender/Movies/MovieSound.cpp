@@ -1,4 +1,4 @@
-#include "TarnwickRender/Movies/FilmSound.h"
+#include "TarnwickRender/Movies/MovieSound.h"
 
 #include "TarnwickRender/Sound/SoundSamples.h"
 
@@ -14,7 +14,7 @@ const std::shared_ptr<const ShaderProgram>& soundProgramOf(const ExportSegment& 
     return segment.soundProgram ? segment.soundProgram : segment.program;
 }
 
-// A film that is one loop is followed and preceded by itself, which the codec is told (see
+// A movie that is one loop is followed and preceded by itself, which the codec is told (see
 // AudioSettings): else the codec's own errors at both ends are heard where they meet.
 bool isOneLoop(const ExportTimeline& timeline) {
     const ExportTimeline::Entry& entry = timeline.entries.front();
@@ -27,7 +27,7 @@ constexpr std::int64_t leadIn = 46 * AudioSettings::packet;
 // The last packet's rest, the packet that it is decoded with, and one that the encoder looks at.
 constexpr std::int64_t leadOut = 3 * AudioSettings::packet;
 
-// The samples of one film, evaluated a second at a time.
+// The samples of one movie, evaluated a second at a time.
 class Samples {
   public:
     Samples(gpu::Device& device, std::int64_t fps)
@@ -133,16 +133,16 @@ class Samples {
     std::unique_ptr<gpu::Buffer> buffer_;
     std::int64_t fps_, perFrame_;
     std::vector<float> second_;          // the second under way
-    std::optional<std::int64_t> filled_; // the film's frame that it begins with
+    std::optional<std::int64_t> filled_; // the movie's frame that it begins with
     std::vector<float> silence_;         // of one frame
 };
 
-// Lets the pictures keep up: otherwise a long film's whole sound would be worked out while its
+// Lets the pictures keep up: otherwise a long movie's whole sound would be worked out while its
 // first frames are drawn, and wait in memory. Whether to go on.
 bool keepPace(std::int64_t index, std::int64_t fps, const ExportState& state) {
     constexpr std::int64_t secondsAhead = 10;
     while (!state.hasFailed() && index > state.pictures() + secondsAhead * fps)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10)); // most of a long film's time
+        std::this_thread::sleep_for(std::chrono::milliseconds(10)); // most of a long movie's time
     return !state.hasFailed();
 }
 
