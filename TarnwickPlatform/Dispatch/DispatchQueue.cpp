@@ -10,7 +10,7 @@
 
 namespace tarnwick {
 
-DispatchQueue::DispatchQueue() : context_(std::make_shared<Context>()) {
+DispatchQueue::DispatchQueue() : context_(std::make_shared<DispatchContext>()) {
     thread_ = std::thread([&io = context_->io] {
         const auto stays = asio::make_work_guard(io);
         io.run();

@@ -7,6 +7,8 @@
 
 namespace tarnwick {
 
+struct DispatchContext;
+
 // Work given to one queue runs in the order in which it was given, one piece at a time, on the
 // queue's one thread. Timers of a queue (DispatchTimer) share that thread, however many there are.
 // Work must not throw: what leaves it ends the process.
@@ -27,9 +29,8 @@ class DispatchQueue {
 
   private:
     friend class DispatchTimer;
-    struct Context;
 
-    std::shared_ptr<Context> context_; // shared with timers, which may outlive the queue
+    std::shared_ptr<DispatchContext> context_; // shared with timers, which may outlive the queue
     std::thread thread_;
 };
 

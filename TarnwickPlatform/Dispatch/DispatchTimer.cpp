@@ -34,8 +34,7 @@ Clock::time_point nextOf(Clock::time_point last, Clock::duration interval, Clock
 // timer inside is never used by two threads at once, and a wait finds either a whole source or
 // none.
 struct DispatchTimer::Source : std::enable_shared_from_this<Source> {
-    Source(std::shared_ptr<DispatchQueue::Context> context, double seconds,
-           std::function<void()> handler)
+    Source(std::shared_ptr<DispatchContext> context, double seconds, std::function<void()> handler)
         : context(std::move(context)), timer(this->context->io), interval(durationOf(seconds)),
           handler(std::move(handler)) {}
 
@@ -55,7 +54,7 @@ struct DispatchTimer::Source : std::enable_shared_from_this<Source> {
             wait(nextOf(timer.expiry(), interval, Clock::now()));
     }
 
-    std::shared_ptr<DispatchQueue::Context> context; // before what lives in it
+    std::shared_ptr<DispatchContext> context; // before what lives in it
     asio::steady_timer timer;
     const Clock::duration interval;
     const std::function<void()> handler;

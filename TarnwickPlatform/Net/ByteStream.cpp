@@ -1,6 +1,6 @@
 #include "TarnwickPlatform/Net/ByteStream.h"
 
-#include "TarnwickPlatform/Net/StreamedAnswer.h"
+#include "TarnwickPlatform/Net/Session/StreamedAnswer.h"
 
 namespace tarnwick {
 

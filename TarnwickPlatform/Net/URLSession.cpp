@@ -1,8 +1,8 @@
 #include "TarnwickPlatform/Net/URLSession.h"
 
-#include "TarnwickPlatform/Net/SessionLoop.h"
-#include "TarnwickPlatform/Net/StreamedAnswer.h"
-#include "TarnwickPlatform/Net/WholeAnswer.h"
+#include "TarnwickPlatform/Net/Session/SessionLoop.h"
+#include "TarnwickPlatform/Net/Session/StreamedAnswer.h"
+#include "TarnwickPlatform/Net/Session/WholeAnswer.h"
 
 namespace tarnwick {
 

@@ -1,7 +1,7 @@
 // A session's thread: many transfers on one multi handle.
 #pragma once
 
-#include "TarnwickPlatform/Net/Transfer.h"
+#include "TarnwickPlatform/Net/Session/Transfer.h"
 
 #include <mutex>
 #include <thread>

@@ -1,4 +1,4 @@
-#include "TarnwickPlatform/Net/Redirect.h"
+#include "TarnwickPlatform/Net/Session/Redirect.h"
 
 #include <array>
 

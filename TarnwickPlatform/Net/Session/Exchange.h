@@ -1,8 +1,8 @@
 // One request and its answer on the wire: what URLSession promises, in the library's options.
 #pragma once
 
-#include "TarnwickPlatform/Net/Receiver.h"
-#include "TarnwickPlatform/Net/URLSession.h"
+#include "TarnwickPlatform/Net/Session/Receiver.h"
+#include "TarnwickPlatform/Net/SessionConfiguration.h"
 
 #include <curl/curl.h>
 

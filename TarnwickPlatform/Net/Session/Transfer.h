@@ -2,11 +2,13 @@
 #pragma once
 
 #include "TarnwickBase/WaitedTime.h"
-#include "TarnwickPlatform/Net/Exchange.h"
-#include "TarnwickPlatform/Net/Waker.h"
+#include "TarnwickPlatform/Net/Session/Exchange.h"
+#include "TarnwickPlatform/Net/Session/Waker.h"
+#include "TarnwickPlatform/Net/TaskDelegate.h"
 
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <stop_token>
 
 namespace tarnwick {

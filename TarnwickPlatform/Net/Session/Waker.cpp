@@ -1,4 +1,4 @@
-#include "TarnwickPlatform/Net/Waker.h"
+#include "TarnwickPlatform/Net/Session/Waker.h"
 
 namespace tarnwick {
 

@@ -1,4 +1,4 @@
-#include "TarnwickPlatform/Net/CurlError.h"
+#include "TarnwickPlatform/Net/Session/CurlError.h"
 
 #include <algorithm>
 #include <array>

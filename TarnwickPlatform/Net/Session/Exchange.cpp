@@ -1,8 +1,8 @@
-#include "TarnwickPlatform/Net/Exchange.h"
+#include "TarnwickPlatform/Net/Session/Exchange.h"
 
 #include "TarnwickBase/Precondition.h"
-#include "TarnwickPlatform/Net/CurlError.h"
-#include "TarnwickPlatform/Net/Redirect.h"
+#include "TarnwickPlatform/Net/Session/CurlError.h"
+#include "TarnwickPlatform/Net/Session/Redirect.h"
 
 #include <sys/socket.h>
 

@@ -1,7 +1,7 @@
-#include "TarnwickPlatform/Net/Transfer.h"
+#include "TarnwickPlatform/Net/Session/Transfer.h"
 
 #include "TarnwickBase/Precondition.h"
-#include "TarnwickPlatform/Net/Redirect.h"
+#include "TarnwickPlatform/Net/Session/Redirect.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "TarnwickPlatform/Net/StreamedAnswer.h"
+#include "TarnwickPlatform/Net/Session/StreamedAnswer.h"
 
 namespace tarnwick {
 

@@ -1,8 +1,8 @@
 // The receiver behind a ByteStream: a bounded queue between the session's thread and a reader.
 #pragma once
 
-#include "TarnwickPlatform/Net/Receiver.h"
-#include "TarnwickPlatform/Net/Waker.h"
+#include "TarnwickPlatform/Net/Session/Receiver.h"
+#include "TarnwickPlatform/Net/Session/Waker.h"
 
 #include <condition_variable>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "TarnwickPlatform/Net/SessionLoop.h"
+#include "TarnwickPlatform/Net/Session/SessionLoop.h"
 
 #include "TarnwickBase/Precondition.h"
 

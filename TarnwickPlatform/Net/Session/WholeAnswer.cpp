@@ -1,4 +1,4 @@
-#include "TarnwickPlatform/Net/WholeAnswer.h"
+#include "TarnwickPlatform/Net/Session/WholeAnswer.h"
 
 namespace tarnwick {
 

@@ -1,7 +1,7 @@
 // The receiver that gathers an answer for a future.
 #pragma once
 
-#include "TarnwickPlatform/Net/Receiver.h"
+#include "TarnwickPlatform/Net/Session/Receiver.h"
 
 #include <future>
 
