@@ -1,6 +1,6 @@
 #include "TarnwickMSL/Translation/Passes/Form.h"
 
-#include "TarnwickMSL/Translation/Passes/BuiltInCalls.h"
+#include "TarnwickMSL/Translation/Passes/Calls/BuiltInCalls.h"
 
 #include <llvm/ADT/SetVector.h>
 #include <llvm/Analysis/PostDominators.h>

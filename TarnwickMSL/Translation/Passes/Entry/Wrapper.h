@@ -1,7 +1,7 @@
 // The `main` around an entry point: inputs in, the call, outputs out.
 #pragma once
 
-#include "TarnwickMSL/Translation/Passes/Interface.h"
+#include "TarnwickMSL/Translation/Passes/Entry/Interface.h"
 
 namespace tarnwick::msl {
 

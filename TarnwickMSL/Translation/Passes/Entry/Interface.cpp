@@ -1,4 +1,4 @@
-#include "TarnwickMSL/Translation/Passes/Interface.h"
+#include "TarnwickMSL/Translation/Passes/Entry/Interface.h"
 
 #include "TarnwickMSL/Translation/TranslationError.h"
 

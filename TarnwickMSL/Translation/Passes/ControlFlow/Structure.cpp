@@ -3,12 +3,12 @@
 // stands in its latch). What is left is to give every construct blocks of its own: a loop a header
 // that holds only phis and a branch, a continue target, a merge block; a selection a merge block
 // that no other selection uses.
-#include "TarnwickMSL/Translation/Passes/Structure.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/Structure.h"
 
-#include "TarnwickMSL/Translation/Passes/LoopBudget.h"
-#include "TarnwickMSL/Translation/Passes/LoopRows.h"
-#include "TarnwickMSL/Translation/Passes/Optimiser.h"
-#include "TarnwickMSL/Translation/Passes/VectorPhis.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/LoopBudget.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/LoopRows.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/VectorPhis.h"
+#include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/ADT/PostOrderIterator.h>

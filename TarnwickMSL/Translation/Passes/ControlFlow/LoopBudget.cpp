@@ -2,9 +2,9 @@
 // its loops; a GPU hangs instead. So the rounds of a shader that may come near must be counted, in
 // such a way that loops with known ends cost nothing: their most rounds are added up here, and the
 // counting loops around them add the sum at once.
-#include "TarnwickMSL/Translation/Passes/LoopBudget.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/LoopBudget.h"
 
-#include "TarnwickMSL/Translation/Passes/Optimiser.h"
+#include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/Analysis/ScalarEvolution.h>

@@ -1,6 +1,6 @@
-#include "TarnwickMSL/Translation/Passes/Bindings.h"
+#include "TarnwickMSL/Translation/Passes/Entry/Bindings.h"
 
-#include "TarnwickMSL/Translation/Passes/BuiltInCalls.h"
+#include "TarnwickMSL/Translation/Passes/Calls/BuiltInCalls.h"
 
 #include <llvm/ADT/DenseSet.h>
 #include <llvm/IR/Constants.h>

@@ -1,4 +1,4 @@
-#include "TarnwickMSL/Translation/Passes/Phis.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/Phis.h"
 
 #include <llvm/IR/Constants.h>
 #include <llvm/IR/Function.h>

@@ -1,4 +1,4 @@
-#include "TarnwickMSL/Translation/Passes/PointerArrays.h"
+#include "TarnwickMSL/Translation/Passes/Memory/PointerArrays.h"
 
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/InstIterator.h>

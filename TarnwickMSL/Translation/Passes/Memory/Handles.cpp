@@ -1,7 +1,7 @@
-#include "TarnwickMSL/Translation/Passes/Handles.h"
+#include "TarnwickMSL/Translation/Passes/Memory/Handles.h"
 
 #include "TarnwickMSL/SamplerBits.h"
-#include "TarnwickMSL/Translation/Passes/BuiltInCalls.h"
+#include "TarnwickMSL/Translation/Passes/Calls/BuiltInCalls.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/ADT/SetVector.h>

@@ -1,7 +1,7 @@
 // The packaged CPU driver reads and writes buffers lane by lane, each under a mask of its own: a
 // particle's update that left three of four lanes alone took a quarter longer for writing them
 // back.
-#include "TarnwickMSL/Translation/Passes/NarrowAccess.h"
+#include "TarnwickMSL/Translation/Passes/Memory/NarrowAccess.h"
 
 #include <llvm/Analysis/MemorySSA.h>
 #include <llvm/Analysis/ValueTracking.h>

@@ -1,4 +1,4 @@
-#include "TarnwickMSL/Translation/Passes/WideVectors.h"
+#include "TarnwickMSL/Translation/Passes/Values/WideVectors.h"
 
 #include <llvm/ADT/PostOrderIterator.h>
 #include <llvm/Analysis/VectorUtils.h>

@@ -3,7 +3,7 @@
 // A vector ?: is code generation's own and needs the ones: it tests the condition's sign bit,
 // widens that test by sign, and uses it once as a mask and once negated. Its condition now comes
 // in with lanes of 0 and 1, so its test of the sign becomes one against zero, and its mask stays.
-#include "TarnwickMSL/Translation/Passes/Comparisons.h"
+#include "TarnwickMSL/Translation/Passes/Values/Comparisons.h"
 
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/InstIterator.h>

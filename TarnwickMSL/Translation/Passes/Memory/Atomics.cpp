@@ -1,6 +1,6 @@
-#include "TarnwickMSL/Translation/Passes/Atomics.h"
+#include "TarnwickMSL/Translation/Passes/Memory/Atomics.h"
 
-#include "TarnwickMSL/Translation/Passes/BuiltInCalls.h"
+#include "TarnwickMSL/Translation/Passes/Calls/BuiltInCalls.h"
 
 #include <llvm/Analysis/ValueTracking.h>
 #include <llvm/IR/IRBuilder.h>

@@ -1,6 +1,6 @@
-#include "TarnwickMSL/Translation/Passes/Optimiser.h"
+#include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 
-#include "TarnwickMSL/Translation/Passes/Costs.h"
+#include "TarnwickMSL/Translation/Passes/Optimising/Costs.h"
 
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/Analysis/ScalarEvolution.h>

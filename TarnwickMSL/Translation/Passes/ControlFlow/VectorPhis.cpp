@@ -1,6 +1,6 @@
 // lavapipe 22.3 gets vectors wrong that a loop's phis hand round among their lanes, `v = v.yzwx`,
 // where a further phi carries `v` out of the loop: the same code on scalars is right.
-#include "TarnwickMSL/Translation/Passes/VectorPhis.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/VectorPhis.h"
 
 #include <llvm/Analysis/VectorUtils.h>
 #include <llvm/IR/Dominators.h>

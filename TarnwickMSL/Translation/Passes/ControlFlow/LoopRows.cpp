@@ -3,7 +3,7 @@
 // of the one before: every loop in a row makes the driver two and a half times slower, twelve take
 // it half a second, sixteen half a minute. What a loop with inner loops hands them is unknown to
 // LLVM, which ends the row. So in a long row every few loops one goes into a loop that runs once.
-#include "TarnwickMSL/Translation/Passes/LoopRows.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/LoopRows.h"
 
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/IR/IRBuilder.h>

@@ -1,4 +1,4 @@
-#include "TarnwickMSL/Translation/Passes/BuiltInCalls.h"
+#include "TarnwickMSL/Translation/Passes/Calls/BuiltInCalls.h"
 
 #include <llvm/ADT/StringSwitch.h>
 #include <llvm/IR/InstrTypes.h>

@@ -1,4 +1,4 @@
-#include "TarnwickMSL/Translation/Passes/Cut.h"
+#include "TarnwickMSL/Translation/Passes/Entry/Cut.h"
 
 #include <llvm/IR/Constants.h>
 #include <llvm/IR/Module.h>

@@ -1,6 +1,6 @@
 // Each value of an odd width has one of the next width up; the bits above the odd width are zero,
 // and operations that care for the sign spread it first.
-#include "TarnwickMSL/Translation/Passes/OddIntegers.h"
+#include "TarnwickMSL/Translation/Passes/Values/OddIntegers.h"
 
 #include "TarnwickMSL/Translation/TranslationError.h"
 

@@ -1,6 +1,6 @@
 // The packaged CPU driver fills a table anew for each group of invocations and gathers from it: a
 // grid's six corners, two lanes each, took a twentieth of all its time.
-#include "TarnwickMSL/Translation/Passes/TwoValuedTables.h"
+#include "TarnwickMSL/Translation/Passes/Values/TwoValuedTables.h"
 
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/InstIterator.h>

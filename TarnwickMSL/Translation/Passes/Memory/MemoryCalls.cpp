@@ -1,4 +1,4 @@
-#include "TarnwickMSL/Translation/Passes/Legalise.h"
+#include "TarnwickMSL/Translation/Passes/Values/Legalise.h"
 #include "TarnwickMSL/Translation/Places.h"
 
 #include <llvm/ADT/MapVector.h>

@@ -1,4 +1,4 @@
-#include "TarnwickMSL/Translation/Passes/Wrapper.h"
+#include "TarnwickMSL/Translation/Passes/Entry/Wrapper.h"
 
 #include "TarnwickMSL/SamplerBits.h"
 #include "TarnwickMSL/Translation/TranslationError.h"

@@ -1,4 +1,4 @@
-#include "TarnwickMSL/Translation/Passes/Fractions.h"
+#include "TarnwickMSL/Translation/Passes/Values/Fractions.h"
 
 #include <llvm/ADT/DenseMap.h>
 #include <llvm/IR/Constants.h>

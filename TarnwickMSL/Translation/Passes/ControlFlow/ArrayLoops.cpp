@@ -1,6 +1,6 @@
 // Drivers guess the rounds of such loops from the array's size and unroll them, but not once the
 // index is kept inside the array (docs/compiler.md).
-#include "TarnwickMSL/Translation/Passes/ArrayLoops.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/ArrayLoops.h"
 
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/Analysis/ScalarEvolution.h>

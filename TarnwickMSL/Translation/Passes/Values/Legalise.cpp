@@ -1,7 +1,7 @@
-#include "TarnwickMSL/Translation/Passes/Legalise.h"
+#include "TarnwickMSL/Translation/Passes/Values/Legalise.h"
 
-#include "TarnwickMSL/Translation/Passes/OddIntegers.h"
-#include "TarnwickMSL/Translation/Passes/WideVectors.h"
+#include "TarnwickMSL/Translation/Passes/Values/OddIntegers.h"
+#include "TarnwickMSL/Translation/Passes/Values/WideVectors.h"
 #include "TarnwickMSL/Translation/Places.h"
 
 #include <llvm/IR/IRBuilder.h>

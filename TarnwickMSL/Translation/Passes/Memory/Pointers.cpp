@@ -1,4 +1,4 @@
-#include "TarnwickMSL/Translation/Passes/Pointers.h"
+#include "TarnwickMSL/Translation/Passes/Memory/Pointers.h"
 
 #include "TarnwickMSL/Translation/Places.h"
 

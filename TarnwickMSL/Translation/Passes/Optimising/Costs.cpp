@@ -1,6 +1,6 @@
-#include "TarnwickMSL/Translation/Passes/Costs.h"
+#include "TarnwickMSL/Translation/Passes/Optimising/Costs.h"
 
-#include "TarnwickMSL/Translation/Passes/ArrayLoops.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/ArrayLoops.h"
 
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/Analysis/TargetTransformInfoImpl.h>

@@ -1,9 +1,9 @@
 // Bodies are simplified before they go into their callers: raw ones took two thirds of all time.
 // A function with one call site is only cleaned lightly, for its caller is cleaned again anyway;
 // the full cleaning runs where its result is used twice or where loops of its own unroll.
-#include "TarnwickMSL/Translation/Passes/Inlining.h"
+#include "TarnwickMSL/Translation/Passes/Calls/Inlining.h"
 
-#include "TarnwickMSL/Translation/Passes/Optimiser.h"
+#include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/ADT/DenseMap.h>
