@@ -14,6 +14,7 @@
 #include "TarnwickMSL/Translation/Passes/Form.h"
 #include "TarnwickMSL/Translation/Passes/Memory/Atomics.h"
 #include "TarnwickMSL/Translation/Passes/Memory/Handles.h"
+#include "TarnwickMSL/Translation/Passes/Memory/MemoryCalls.h"
 #include "TarnwickMSL/Translation/Passes/Memory/NarrowAccess.h"
 #include "TarnwickMSL/Translation/Passes/Memory/PointerArrays.h"
 #include "TarnwickMSL/Translation/Passes/Memory/Pointers.h"

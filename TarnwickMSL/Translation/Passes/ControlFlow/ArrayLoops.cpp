@@ -2,6 +2,8 @@
 // index is kept inside the array (docs/compiler.md).
 #include "TarnwickMSL/Translation/Passes/ControlFlow/ArrayLoops.h"
 
+#include "TarnwickMSL/Translation/Passes/Optimising/Costs.h"
+
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/Analysis/ScalarEvolution.h>
 #include <llvm/Analysis/ScalarEvolutionExpressions.h>

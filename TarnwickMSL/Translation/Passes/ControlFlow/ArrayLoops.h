@@ -5,9 +5,6 @@
 
 namespace tarnwick::msl {
 
-// Rounds of a longer unrolled loop cost more than they save where few of them run.
-constexpr unsigned mostArrayRounds = 16;
-
 // Where every round of a loop reads or writes the next element of a local array or a table, the
 // round past the array's end is undefined: the loop's test becomes false before it, which tells the
 // most rounds that the loop runs. Gives whether any loop changed.

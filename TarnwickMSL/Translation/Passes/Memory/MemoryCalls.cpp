@@ -1,4 +1,5 @@
-#include "TarnwickMSL/Translation/Passes/Values/Legalise.h"
+#include "TarnwickMSL/Translation/Passes/Memory/MemoryCalls.h"
+
 #include "TarnwickMSL/Translation/Places.h"
 
 #include <llvm/ADT/MapVector.h>

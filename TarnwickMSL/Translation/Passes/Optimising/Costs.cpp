@@ -1,7 +1,5 @@
 #include "TarnwickMSL/Translation/Passes/Optimising/Costs.h"
 
-#include "TarnwickMSL/Translation/Passes/ControlFlow/ArrayLoops.h"
-
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/Analysis/TargetTransformInfoImpl.h>
 #include <llvm/Analysis/ValueTracking.h>

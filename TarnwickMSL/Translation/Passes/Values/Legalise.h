@@ -7,10 +7,6 @@ class Function;
 
 namespace tarnwick::msl {
 
-// Copies and fills of memory become loads and stores. Run before pointers are resolved. Returns
-// whether there were any.
-bool expandMemoryCalls(llvm::Function& main);
-
 // Drops hints (assume, lifetimes, freeze) and expands intrinsics and integer widths that are not
 // in docs/compiler.md's list. Throws TranslationError on what has no expansion.
 void legalise(llvm::Function& main);
