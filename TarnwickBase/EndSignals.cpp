@@ -75,9 +75,9 @@ void wipeTerminalLine() {
 } // namespace
 
 EndSignals::EndSignals() {
-    precondition(arrival.descriptor < 0, "A process has one EndSignals.");
+    precondition(arrival.descriptor < 0, "a process has one EndSignals");
     arrival.descriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    precondition(arrival.descriptor >= 0, "A process has room for a descriptor when it starts.");
+    precondition(arrival.descriptor >= 0, "a new process can make an eventfd");
     struct sigaction action {};
     action.sa_handler = take;
     action.sa_flags = SA_RESTART;

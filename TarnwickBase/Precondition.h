@@ -1,12 +1,54 @@
-// The one way in which a broken promise of the program's own (never of its user) ends it.
+// Stops the process where the program breaks one of its own rules: a violation. A mistake of the
+// user, of a file or of a server is an error (an exception) and never gets here.
 #pragma once
 
+#include <concepts>
+#include <initializer_list>
+#include <source_location>
+#include <string>
 #include <string_view>
 
 namespace tarnwick {
 
-// Stops the process with `why` on standard error, unless `condition` holds. `why` says why the
-// condition must hold, as a sentence. May be called from any thread.
-void precondition(bool condition, std::string_view why);
+// A rule as a statement without a full stop, "a region lies within its texture", and the place of
+// the call.
+struct Rule {
+    // Implicit, so that a call passes the text alone.
+    constexpr Rule(const char* text, std::source_location place = std::source_location::current())
+        : text(text), place(place) {}
+
+    std::string_view text;
+    std::source_location place;
+};
+
+// How a violation prints a value. Other types have a valueText of their own beside them.
+std::string valueText(double value); // up to 9 digits
+inline std::string valueText(std::integral auto value) {
+    return std::to_string(value);
+}
+inline std::string valueText(bool value) {
+    return value ? "true" : "false";
+}
+inline std::string valueText(std::string_view value) {
+    return std::string(value);
+}
+inline std::string valueText(const char* value) {
+    return value;
+}
+
+// Writes "Violated: RULE (NAME VALUE, NAME VALUE), FILE:LINE" to standard error and aborts.
+// `described` has names and values by turns; FILE counts from the root of the tree.
+[[noreturn]] void reportViolation(const Rule& rule, std::initializer_list<std::string> described);
+
+// Does nothing if `condition` holds, else reports the violation. `values` are names and values by
+// turns:
+//     precondition(size <= room, "the data fit into the buffer", "size", size, "room", room);
+// They become text only where the rule is broken. May be called from any thread.
+template <typename... Values>
+void precondition(bool condition, Rule rule, const Values&... values) {
+    static_assert(sizeof...(values) % 2 == 0, "a value has a name before it");
+    if (!condition) [[unlikely]]
+        reportViolation(rule, {valueText(values)...});
+}
 
 } // namespace tarnwick

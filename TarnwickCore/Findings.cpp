@@ -1,10 +1,10 @@
 #include "TarnwickCore/Findings.h"
 
-#include "TarnwickCore/Brackets.h"
-#include "TarnwickCore/DeclarationCheck.h"
-#include "TarnwickCore/EpisodeFunctions.h"
-#include "TarnwickCore/EpisodeHints.h"
-#include "TarnwickCore/Hints.h"
+#include "TarnwickCore/Findings/Brackets.h"
+#include "TarnwickCore/Findings/DeclarationCheck.h"
+#include "TarnwickCore/Findings/EpisodeFunctions.h"
+#include "TarnwickCore/Findings/EpisodeHints.h"
+#include "TarnwickCore/Findings/Hints.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 #include "TarnwickCore/Forking.h"
 
-#include "TarnwickCore/Lines.h"
-#include "TarnwickCore/Numbers.h"
-#include "TarnwickCore/Pattern.h"
+#include "TarnwickCore/Text/Lines.h"
+#include "TarnwickCore/Text/Numbers.h"
+#include "TarnwickCore/Text/Pattern.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 #include "TarnwickCore/Params.h"
 
-#include "TarnwickCore/Characters.h"
-#include "TarnwickCore/Lines.h"
-#include "TarnwickCore/Numbers.h"
-#include "TarnwickCore/Pattern.h"
+#include "TarnwickCore/Text/Characters.h"
+#include "TarnwickCore/Text/Lines.h"
+#include "TarnwickCore/Text/Numbers.h"
+#include "TarnwickCore/Text/Pattern.h"
 
 #include <optional>
 #include <set>

@@ -1,9 +1,9 @@
 #include "TarnwickCore/ShaderAssembler.h"
 
-#include "TarnwickCore/Lines.h"
-#include "TarnwickCore/Numbers.h"
-#include "TarnwickCore/Pattern.h"
-#include "TarnwickCore/ShaderPieces.h"
+#include "TarnwickCore/Episode/ShaderPieces.h"
+#include "TarnwickCore/Text/Lines.h"
+#include "TarnwickCore/Text/Numbers.h"
+#include "TarnwickCore/Text/Pattern.h"
 
 #include <algorithm>
 #include <initializer_list>

@@ -1,14 +1,14 @@
 #include "TarnwickCore/SwiftUIExport.h"
 
-#include "TarnwickCore/Lines.h"
-#include "TarnwickCore/Pattern.h"
-#include "TarnwickCore/ReservedWords.h"
-#include "TarnwickCore/ServiceHosts.h"
+#include "TarnwickCore/Episode/ReservedWords.h"
+#include "TarnwickCore/Episode/ShaderPieces.h"
+#include "TarnwickCore/Service/ServiceHosts.h"
 #include "TarnwickCore/ShaderAssembler.h"
-#include "TarnwickCore/ShaderPieces.h"
-#include "TarnwickCore/SwiftUIPieces.h"
-#include "TarnwickCore/SwiftUIView.h"
-#include "TarnwickCore/UTF8.h"
+#include "TarnwickCore/SwiftUI/SwiftUIPieces.h"
+#include "TarnwickCore/SwiftUI/SwiftUIView.h"
+#include "TarnwickCore/Text/Lines.h"
+#include "TarnwickCore/Text/Pattern.h"
+#include "TarnwickCore/Text/UTF8.h"
 
 #include <initializer_list>
 

@@ -2,7 +2,7 @@
 // runs it, and the manifest of a Swift package that bundles both.
 #pragma once
 
-#include "TarnwickCore/ShaderKind.h"
+#include "TarnwickCore/Episode/ShaderKind.h"
 
 #include <cstdint>
 #include <stdexcept>

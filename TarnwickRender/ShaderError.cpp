@@ -1,6 +1,6 @@
 #include "TarnwickRender/ShaderError.h"
 
-#include "TarnwickCore/EpisodeFunctions.h"
+#include "TarnwickCore/Findings/EpisodeFunctions.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // Lets an episode react to the sound that it makes itself.
 #pragma once
 
-#include "TarnwickCore/AudioAnalyzer.h"
+#include "TarnwickCore/Live/AudioAnalyzer.h"
 #include "TarnwickRender/ShaderInputs.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "TarnwickRender/Sound/SpectrumTexture.h"

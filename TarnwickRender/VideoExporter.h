@@ -5,7 +5,7 @@
 // while the next frame is drawn. The sound is a task of its own.
 #pragma once
 
-#include "TarnwickCore/ExportPlan.h"
+#include "TarnwickCore/Movies/ExportPlan.h"
 #include "TarnwickPlatform/Movie/MovieWriter.h"
 #include "TarnwickRender/ExportError.h"
 #include "TarnwickRender/ExportSegment.h"

@@ -1,7 +1,7 @@
 // Draws the pages of a walkthrough as pictures to be laid over the episode's.
 #pragma once
 
-#include "TarnwickCore/Walkthrough.h"
+#include "TarnwickCore/Walkthroughs/Walkthrough.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickPlatform/Pictures/Picture.h"
 #include "TarnwickRender/Walkthroughs/WalkthroughLayout.h"

@@ -1,7 +1,7 @@
 // Times to export an episode as a movie, beside the floor of that time.
 #pragma once
 
-#include "TarnwickCore/ExportPreset.h"
+#include "TarnwickCore/Movies/ExportPreset.h"
 #include "TarnwickGPU/Device.h"
 #include "benchmarks/Turns.h"
 

@@ -1,9 +1,9 @@
 #include "benchmarks/Texts.h"
 
-#include "TarnwickCore/MSLSyntax.h"
-#include "TarnwickCore/OSC.h"
+#include "TarnwickCore/Editor/MSLSyntax.h"
+#include "TarnwickCore/Live/OSC.h"
 #include "TarnwickCore/ShaderAssembler.h"
-#include "TarnwickCore/Walkthrough.h"
+#include "TarnwickCore/Walkthroughs/Walkthrough.h"
 #include "benchmarks/Statistics.h"
 
 #include <algorithm>

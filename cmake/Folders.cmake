@@ -1,6 +1,7 @@
-# One target a folder, and the arrows between folders in one place: the call of tarnwick_folder that
-# makes a folder's target also says what the folder may include. tests/Arrows reads the written
-# list and checks every #include of the tree against it.
+# One target a folder, and the arrows between folders and rooms in one place: the call of tarnwick_folder that
+# makes a folder's target also says what the folder may include, and tarnwick_room does it for a room, which is a
+# folder below it without a target of its own. tests/tree/ArrowsTests reads the written list and checks every
+# #include of the tree against it.
 
 # Records are built from the fields that matter, {.width = 1920}; the rest keeps its default.
 # g++ alone judges: Clang, which only builds for fuzzing, has warnings of other names.
@@ -15,13 +16,15 @@ endif()
 
 set_property(GLOBAL PROPERTY tarnwick_arrows "")
 
-# tarnwick_folder(FOLDER SOURCES file... [MAY_INCLUDE folder...] [PUBLIC library...] [PRIVATE library...])
+# tarnwick_folder(FOLDER SOURCES file... [MAY_INCLUDE folder...] [FACES header...]
+#                 [PUBLIC library...] [PRIVATE library...])
 #
 # Makes the static library of FOLDER (a path from the root of the tree; the target's name is the
 # path without its slashes), links the folders that it may include, and notes the arrows. Without
-# SOURCES the folder is headers only.
+# SOURCES the folder is headers only. With FACES, other folders may include no other header that
+# is directly in FOLDER.
 function(tarnwick_folder folder)
-    cmake_parse_arguments(PARSE_ARGV 1 given "" "" "SOURCES;MAY_INCLUDE;PUBLIC;PRIVATE")
+    cmake_parse_arguments(PARSE_ARGV 1 given "" "" "SOURCES;MAY_INCLUDE;FACES;PUBLIC;PRIVATE")
     string(REPLACE "/" "" target ${folder})
     if(given_SOURCES)
         add_library(${target} STATIC ${given_SOURCES})
@@ -41,6 +44,35 @@ function(tarnwick_folder folder)
         target_link_libraries(${target} ${scope} ${library})
     endforeach()
     tarnwick_note_arrows(${folder} ${given_MAY_INCLUDE})
+    tarnwick_note_faces(${folder} ${folder} ${given_FACES})
+endfunction()
+
+# tarnwick_room(FOLDER/ROOM [MAY_INCLUDE room...] [FACES header...] [PRIVATE])
+#
+# Notes a room of FOLDER. MAY_INCLUDE names rooms of FOLDER that were noted before, so there is no ring, or FOLDER
+# itself for the headers directly in it; the files directly in FOLDER then do not include this room. What
+# FOLDER may include, its rooms may include too. FACES are headers directly in FOLDER that belong to the
+# room, with their sources. Other folders include the headers of a room only if it is not PRIVATE.
+function(tarnwick_room room)
+    cmake_parse_arguments(PARSE_ARGV 1 given "PRIVATE" "" "MAY_INCLUDE;FACES")
+    get_filename_component(folder ${room} DIRECTORY)
+    if(NOT IS_DIRECTORY ${CMAKE_SOURCE_DIR}/${room})
+        message(FATAL_ERROR "The room ${room} is not a folder.")
+    endif()
+    get_property(noted GLOBAL PROPERTY tarnwick_rooms)
+    foreach(below IN LISTS given_MAY_INCLUDE)
+        if(NOT below IN_LIST noted AND NOT below STREQUAL folder)
+            message(FATAL_ERROR "${room} may include ${below}, which is not a room noted before.")
+        endif()
+    endforeach()
+    set_property(GLOBAL APPEND PROPERTY tarnwick_rooms ${room})
+    list(JOIN given_MAY_INCLUDE " " below)
+    set(access open)
+    if(given_PRIVATE)
+        set(access private)
+    endif()
+    set_property(GLOBAL APPEND PROPERTY tarnwick_arrows "room ${room} ${access}: ${below}")
+    tarnwick_note_faces(${folder} ${room} ${given_FACES})
 endfunction()
 
 # tarnwick_program(NAME FOLDER SOURCES file... [MAY_INCLUDE folder...] [PRIVATE library...])
@@ -60,6 +92,16 @@ endfunction()
 function(tarnwick_note_arrows folder)
     list(JOIN ARGN " " below)
     set_property(GLOBAL APPEND PROPERTY tarnwick_arrows "${folder}: ${below}")
+endfunction()
+
+# Notes "face FOLDER/HEADER: OWNER", where the owner is the folder itself or a room of it.
+function(tarnwick_note_faces folder owner)
+    foreach(face IN LISTS ARGN)
+        if(NOT EXISTS ${CMAKE_SOURCE_DIR}/${folder}/${face})
+            message(FATAL_ERROR "${folder}/${face} is named as a face and is not a file.")
+        endif()
+        set_property(GLOBAL APPEND PROPERTY tarnwick_arrows "face ${folder}/${face}: ${owner}")
+    endforeach()
 endfunction()
 
 function(tarnwick_write_arrows file)

@@ -1,9 +1,9 @@
 // Documents in JSON: keyframe tracks, a saver's settings, MIDI bindings, a service's answers.
-#include "TarnwickCore/KeyframeTracks.h"
-#include "TarnwickCore/MIDIBinding.h"
-#include "TarnwickCore/ServiceFailure.h"
-#include "TarnwickCore/ServiceRecords.h"
-#include "TarnwickCore/Settings.h"
+#include "TarnwickCore/Animation/KeyframeTracks.h"
+#include "TarnwickCore/Animation/Settings.h"
+#include "TarnwickCore/Live/MIDIBinding.h"
+#include "TarnwickCore/Service/ServiceError.h"
+#include "TarnwickCore/Service/ServiceRecords.h"
 #include "fuzz/Input.h"
 #include "fuzz/Law.h"
 
@@ -52,7 +52,7 @@ void readAnswer(std::string_view text) {
     Approved::decode(text);
     Me::decode(text);
     Shared::decode(text);
-    const ServiceFailure failure = ServiceFailure::of(500, text);
+    const ServiceError failure = ServiceError::of(500, text);
     const std::string_view words = failure.what();
     law(!words.empty() && words.find('\n') == std::string_view::npos, "a failure has one line");
 }

@@ -1,6 +1,6 @@
 // What the editor does with a source: colours, comments, indentation.
-#include "TarnwickCore/CodeEdit.h"
-#include "TarnwickCore/MSLSyntax.h"
+#include "TarnwickCore/Editor/CodeEdit.h"
+#include "TarnwickCore/Editor/MSLSyntax.h"
 #include "fuzz/Input.h"
 #include "fuzz/Law.h"
 

@@ -1,7 +1,7 @@
 // What comes from the network and from links: URLs, open links, release documents, origins.
 #include "TarnwickCore/Forking.h"
-#include "TarnwickCore/LatestRelease.h"
-#include "TarnwickCore/OpenLink.h"
+#include "TarnwickCore/Service/LatestRelease.h"
+#include "TarnwickCore/Service/OpenLink.h"
 #include "fuzz/Input.h"
 #include "fuzz/Law.h"
 

@@ -1,8 +1,8 @@
 // OSC packets: read, mapped onto parameters, written and read again.
-#include "TarnwickCore/OSC.h"
+#include "TarnwickCore/Live/OSC.h"
 
-#include "TarnwickCore/ControlMapping.h"
-#include "TarnwickCore/UTF8.h"
+#include "TarnwickCore/Live/ControlMapping.h"
+#include "TarnwickCore/Text/UTF8.h"
 #include "fuzz/Law.h"
 
 #include <array>

@@ -1,9 +1,9 @@
 // An episode's source: its parameters, what it says about itself, the program made of it.
+#include "TarnwickCore/Episode/FileNames.h"
+#include "TarnwickCore/Episode/ShaderKind.h"
 #include "TarnwickCore/EpisodeMeta.h"
-#include "TarnwickCore/FileNames.h"
 #include "TarnwickCore/Params.h"
 #include "TarnwickCore/ShaderAssembler.h"
-#include "TarnwickCore/ShaderKind.h"
 #include "fuzz/Input.h"
 #include "fuzz/Law.h"
 

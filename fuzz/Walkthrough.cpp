@@ -1,5 +1,5 @@
 // A walkthrough: stages and an episode.
-#include "TarnwickCore/Walkthrough.h"
+#include "TarnwickCore/Walkthroughs/Walkthrough.h"
 
 #include "fuzz/Input.h"
 #include "fuzz/Law.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "TarnwickBase/EndSignals.h"
-#include "TarnwickCore/ServiceFailure.h"
+#include "TarnwickCore/Service/ServiceError.h"
 #include "programs/CommandError.h"
 #include "programs/TerminalText.h"
 
@@ -35,8 +35,8 @@ auto awaited(HeldSignals& signals, const Call& call, const std::function<void()>
         }
         try {
             throw;
-        } catch (const ServiceFailure& refusal) {
-            throw ServiceFailure(refusal.kind(), terminalText(refusal.what()), refusal.status());
+        } catch (const ServiceError& refusal) {
+            throw ServiceError(refusal.kind(), terminalText(refusal.what()), refusal.status());
         }
     }
 }

@@ -1,6 +1,6 @@
 #include "programs/ColouredSource.h"
 
-#include "TarnwickCore/MSLSyntax.h"
+#include "TarnwickCore/Editor/MSLSyntax.h"
 
 namespace tarnwick {
 namespace {

@@ -1,7 +1,7 @@
 // The search for a length at which an episode loops, as the subcommands ask for it.
 #pragma once
 
-#include "TarnwickCore/Settings.h"
+#include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickRender/LoopFinder.h"
 
 #include <algorithm>

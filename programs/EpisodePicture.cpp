@@ -1,7 +1,7 @@
 #include "programs/EpisodePicture.h"
 
 #include "TarnwickCore/EpisodeMeta.h"
-#include "TarnwickCore/Numbers.h"
+#include "TarnwickCore/Text/Numbers.h"
 #include "TarnwickRender/ShaderRun.h"
 #include "TarnwickRender/SoundTap.h"
 #include "programs/CommandError.h"

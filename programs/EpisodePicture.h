@@ -1,7 +1,7 @@
 // One frame of an episode, drawn for a subcommand.
 #pragma once
 
-#include "TarnwickCore/Settings.h"
+#include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickRender/StillRenderer.h"
 #include "programs/Arguments.h"
 #include "programs/ProgressBar.h"

@@ -1,6 +1,6 @@
 #include "programs/EpisodeSettings.h"
 
-#include "TarnwickCore/Numbers.h"
+#include "TarnwickCore/Text/Numbers.h"
 #include "TarnwickPlatform/Bundle/Bundle.h"
 #include "programs/CommandError.h"
 #include "programs/SourceFile.h"

@@ -1,7 +1,7 @@
 // The settings of an episode, as its document and the command line give them.
 #pragma once
 
-#include "TarnwickCore/Settings.h"
+#include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickRender/ValuesAt.h"
 #include "programs/Arguments.h"
 

@@ -1,7 +1,7 @@
 #include "programs/EpisodeSound.h"
 
-#include "TarnwickCore/Numbers.h"
 #include "TarnwickCore/ShaderAssembler.h"
+#include "TarnwickCore/Text/Numbers.h"
 #include "TarnwickRender/AudioRenderer.h"
 #include "TarnwickRender/ShaderError.h"
 #include "programs/CommandError.h"

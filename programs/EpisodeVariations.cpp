@@ -1,7 +1,7 @@
 #include "programs/EpisodeVariations.h"
 
 #include "TarnwickCore/EpisodeMeta.h"
-#include "TarnwickCore/Numbers.h"
+#include "TarnwickCore/Text/Numbers.h"
 #include "programs/CommandError.h"
 #include "programs/EpisodeSettings.h"
 #include "programs/SourceFile.h"

@@ -1,8 +1,8 @@
 // Which variations of an episode a command line asks for.
 #pragma once
 
-#include "TarnwickCore/Settings.h"
-#include "TarnwickCore/Variations.h"
+#include "TarnwickCore/Animation/Settings.h"
+#include "TarnwickCore/Animation/Variations.h"
 #include "programs/Arguments.h"
 
 #include <cstdint>

@@ -1,8 +1,8 @@
 // Which walkthrough a command line asks for, and its programs.
 #pragma once
 
-#include "TarnwickCore/Settings.h"
-#include "TarnwickCore/Walkthrough.h"
+#include "TarnwickCore/Animation/Settings.h"
+#include "TarnwickCore/Walkthroughs/Walkthrough.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "TarnwickRender/WalkthroughRenderer.h"
 #include "programs/Arguments.h"

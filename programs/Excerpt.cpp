@@ -1,7 +1,7 @@
 #include "programs/Excerpt.h"
 
-#include "TarnwickCore/Characters.h"
-#include "TarnwickCore/Words.h"
+#include "TarnwickCore/Findings/Words.h"
+#include "TarnwickCore/Text/Characters.h"
 #include "programs/TerminalText.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // tarnwick export: an episode as a movie.
 #include "TarnwickCore/EpisodeMeta.h"
-#include "TarnwickCore/Numbers.h"
+#include "TarnwickCore/Text/Numbers.h"
 #include "TarnwickRender/Movies/ExportTimeline.h"
 #include "programs/Command.h"
 #include "programs/EpisodeLoop.h"

@@ -1,6 +1,6 @@
 #include "programs/ExportOptions.h"
 
-#include "TarnwickCore/Numbers.h"
+#include "TarnwickCore/Text/Numbers.h"
 #include "TarnwickPlatform/Movie/SettingsFault.h"
 #include "TarnwickRender/VideoExporter.h"
 #include "programs/CommandError.h"

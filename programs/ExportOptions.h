@@ -1,7 +1,7 @@
 // How a movie is to be written, as the commands that write one are told.
 #pragma once
 
-#include "TarnwickCore/ExportPreset.h"
+#include "TarnwickCore/Movies/ExportPreset.h"
 #include "TarnwickPlatform/Movie/MovieSettings.h"
 #include "programs/Arguments.h"
 #include "programs/EpisodePicture.h"

@@ -1,7 +1,7 @@
 #include "programs/Findings.h"
 
 #include "TarnwickCore/Findings.h"
-#include "TarnwickCore/Lines.h"
+#include "TarnwickCore/Text/Lines.h"
 #include "programs/Excerpt.h"
 #include "programs/TerminalText.h"
 

@@ -1,5 +1,5 @@
 // tarnwick loop: the length at which an episode comes back to where it began.
-#include "TarnwickCore/Numbers.h"
+#include "TarnwickCore/Text/Numbers.h"
 #include "programs/Command.h"
 #include "programs/EpisodeLoop.h"
 #include "programs/EpisodeProgram.h"

@@ -1,8 +1,8 @@
 // tarnwick meta: what an episode says about itself.
+#include "TarnwickCore/Episode/ShaderKind.h"
 #include "TarnwickCore/EpisodeMeta.h"
-#include "TarnwickCore/Numbers.h"
 #include "TarnwickCore/ShaderAssembler.h"
-#include "TarnwickCore/ShaderKind.h"
+#include "TarnwickCore/Text/Numbers.h"
 #include "programs/Command.h"
 #include "programs/SourceFile.h"
 #include "programs/TextTable.h"

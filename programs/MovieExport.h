@@ -1,7 +1,7 @@
 // Movies that commands write.
 #pragma once
 
-#include "TarnwickCore/Settings.h"
+#include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickRender/SoundTap.h"
 #include "TarnwickRender/VideoExporter.h"
 #include "programs/ExportOptions.h"

@@ -1,8 +1,8 @@
 // tarnwick new: a file with an episode to start from.
-#include "TarnwickCore/Characters.h"
-#include "TarnwickCore/FileNames.h"
-#include "TarnwickCore/Lines.h"
-#include "TarnwickCore/ShaderTemplate.h"
+#include "TarnwickCore/Episode/FileNames.h"
+#include "TarnwickCore/Episode/ShaderTemplate.h"
+#include "TarnwickCore/Text/Characters.h"
+#include "TarnwickCore/Text/Lines.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "programs/Command.h"
 #include "programs/NewFile.h"
@@ -37,9 +37,9 @@ fs::path placeFor(std::string_view title) {
     std::string stem = fs::path(FileNames::safe(name + ".metal")).stem();
     // Commands would take a name that begins with a dash for an option.
     stem.erase(0, stem.find_first_not_of("-. "));
-    return FileNames::unique(FileNames::safe(stem.empty() ? "" : stem + ".metal"), "", [](const fs::path& file) {
-        return fs::exists(fs::symlink_status(file));
-    });
+    return FileNames::unique(
+        FileNames::safe(stem.empty() ? "" : stem + ".metal"), "",
+        [](const fs::path& file) { return fs::exists(fs::symlink_status(file)); });
 }
 
 struct Template {

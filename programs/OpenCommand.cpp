@@ -1,8 +1,8 @@
 // tarnwick open: the shader that a link of the sharing service's pages names.
-#include "TarnwickCore/FileNames.h"
+#include "TarnwickCore/Episode/FileNames.h"
 #include "TarnwickCore/Forking.h"
-#include "TarnwickCore/OpenLink.h"
-#include "TarnwickCore/ShaderDownload.h"
+#include "TarnwickCore/Service/OpenLink.h"
+#include "TarnwickCore/Service/ShaderDownload.h"
 #include "programs/Awaited.h"
 #include "programs/Command.h"
 #include "programs/NewFile.h"

@@ -1,5 +1,5 @@
 // tarnwick presets: the formats that movies can be exported in.
-#include "TarnwickCore/ExportPreset.h"
+#include "TarnwickCore/Movies/ExportPreset.h"
 #include "programs/Command.h"
 
 #include <nlohmann/json.hpp>

@@ -1,7 +1,7 @@
 // tarnwick release: whether there is a newer one, and its download.
 #include "TarnwickBase/Version.h"
-#include "TarnwickCore/Lines.h"
-#include "TarnwickCore/ReleaseDownload.h"
+#include "TarnwickCore/Service/ReleaseDownload.h"
+#include "TarnwickCore/Text/Lines.h"
 #include "programs/Awaited.h"
 #include "programs/Command.h"
 #include "programs/Output.h"

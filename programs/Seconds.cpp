@@ -1,6 +1,6 @@
 #include "programs/Seconds.h"
 
-#include "TarnwickCore/Numbers.h"
+#include "TarnwickCore/Text/Numbers.h"
 #include "programs/CommandError.h"
 
 #include <cmath>

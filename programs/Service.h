@@ -1,7 +1,7 @@
 // The sharing service, as the commands that talk to it reach it.
 #pragma once
 
-#include "TarnwickCore/APIClient.h"
+#include "TarnwickCore/Service/APIClient.h"
 #include "TarnwickPlatform/Secrets/TokenStore.h"
 #include "programs/Arguments.h"
 

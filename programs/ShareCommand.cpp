@@ -107,8 +107,8 @@ Status share(const Arguments& arguments) {
     checkProblems(upload, Status::failed);
     try {
         print(terminalText(sent(upload, token, service.client()).url.string()) + "\n");
-    } catch (const ServiceFailure& refusal) {
-        if (refusal.kind() == ServiceFailure::Kind::needsHandle)
+    } catch (const ServiceError& refusal) {
+        if (refusal.kind() == ServiceError::Kind::needsHandle)
             failure(std::string(refusal.what()) + " tarnwick handle NAME does that.");
         throw;
     }

@@ -1,7 +1,7 @@
 #include "programs/ShareMedia.h"
 
 #include "TarnwickBase/TemporaryFolder.h"
-#include "TarnwickCore/ExportPreset.h"
+#include "TarnwickCore/Movies/ExportPreset.h"
 #include "TarnwickPlatform/Pictures/JPEG.h"
 #include "TarnwickRender/SoundTap.h"
 #include "programs/CommandError.h"

@@ -31,8 +31,8 @@ void pause(double seconds, Date end, HeldSignals& signals) {
 }
 
 // Whether the next answer may be another.
-bool passes(const ServiceFailure& refusal) {
-    using Kind = ServiceFailure::Kind;
+bool passes(const ServiceError& refusal) {
+    using Kind = ServiceError::Kind;
     return refusal.kind() == Kind::network || refusal.kind() == Kind::tooMany ||
            (refusal.kind() == Kind::server && refusal.status() >= 500);
 }
@@ -52,10 +52,10 @@ Approved approvalOf(const LinkStart& start, const APIClient& client, HeldSignals
                 return std::move(*approved);
             if (std::holds_alternative<LinkGone>(poll))
                 expired();
-        } catch (const ServiceFailure& refusal) {
+        } catch (const ServiceError& refusal) {
             if (!passes(refusal))
                 throw;
-            if (refusal.kind() == ServiceFailure::Kind::tooMany)
+            if (refusal.kind() == ServiceError::Kind::tooMany)
                 interval = std::min(2 * interval, longestInterval);
         }
     }

@@ -2,14 +2,14 @@
 #pragma once
 
 #include "TarnwickBase/EndSignals.h"
-#include "TarnwickCore/APIClient.h"
+#include "TarnwickCore/Service/APIClient.h"
 
 namespace tarnwick {
 
 // Asks once an interval, the first time after one, and on through lost connections and a service
 // that has too much to do. Blocks until the user confirms. Throws CommandError: where the code is
 // no longer valid, which without a date of the service's is after half an hour, and at Ctrl-C;
-// ServiceFailure where the service refuses.
+// ServiceError where the service refuses.
 Approved approvalOf(const LinkStart& start, const APIClient& client, HeldSignals& signals);
 
 } // namespace tarnwick

@@ -28,7 +28,7 @@ std::string withdraw(const Secret& token, const APIClient& client, HeldSignals& 
         if ((status >= 200 && status <= 299) || status == 401)
             return "";
         return terminalText(APIClient::failure(status, answer.body).what());
-    } catch (const ServiceFailure& refusal) {
+    } catch (const ServiceError& refusal) {
         return refusal.what();
     }
 }

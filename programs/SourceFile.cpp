@@ -1,6 +1,6 @@
 #include "programs/SourceFile.h"
 
-#include "TarnwickCore/Encoding.h"
+#include "TarnwickCore/Findings/Encoding.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "programs/CommandError.h"
 #include "programs/Findings.h"

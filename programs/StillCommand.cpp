@@ -1,5 +1,5 @@
 // tarnwick still: one frame of an episode as a PNG file.
-#include "TarnwickCore/Numbers.h"
+#include "TarnwickCore/Text/Numbers.h"
 #include "programs/Command.h"
 #include "programs/EpisodePicture.h"
 #include "programs/EpisodeProgram.h"

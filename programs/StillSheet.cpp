@@ -1,6 +1,6 @@
 #include "programs/StillSheet.h"
 
-#include "TarnwickCore/Numbers.h"
+#include "TarnwickCore/Text/Numbers.h"
 #include "TarnwickPlatform/Pictures/PNG.h"
 #include "programs/CommandError.h"
 

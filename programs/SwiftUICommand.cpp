@@ -1,7 +1,7 @@
 // tarnwick swiftui: an episode as a Swift package.
-#include "TarnwickCore/Characters.h"
 #include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/SwiftUIExport.h"
+#include "TarnwickCore/Text/Characters.h"
 #include "programs/Command.h"
 #include "programs/EpisodeProgram.h"
 #include "programs/NewFolder.h"

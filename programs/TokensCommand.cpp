@@ -1,5 +1,5 @@
 // tarnwick tokens: an episode's source in colours, or what has which.
-#include "TarnwickCore/MSLSyntax.h"
+#include "TarnwickCore/Editor/MSLSyntax.h"
 #include "programs/ColouredSource.h"
 #include "programs/Colours.h"
 #include "programs/Command.h"

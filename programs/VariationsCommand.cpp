@@ -1,6 +1,6 @@
 // tarnwick variations: a series of settings near an episode's defaults, as a list or as stills.
-#include "TarnwickCore/Numbers.h"
-#include "TarnwickCore/VideoChapters.h"
+#include "TarnwickCore/Movies/VideoChapters.h"
+#include "TarnwickCore/Text/Numbers.h"
 #include "TarnwickPlatform/Pictures/Halved.h"
 #include "programs/Command.h"
 #include "programs/EpisodeProgram.h"

@@ -1,7 +1,7 @@
 // The movie of an episode's variations.
 #pragma once
 
-#include "TarnwickCore/VideoChapters.h"
+#include "TarnwickCore/Movies/VideoChapters.h"
 #include "programs/Arguments.h"
 #include "programs/EpisodeVariations.h"
 #include "programs/ExportOptions.h"

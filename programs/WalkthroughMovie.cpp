@@ -1,7 +1,7 @@
 #include "programs/WalkthroughMovie.h"
 
-#include "TarnwickCore/ExportPlan.h"
-#include "TarnwickCore/WalkthroughTimeline.h"
+#include "TarnwickCore/Movies/ExportPlan.h"
+#include "TarnwickCore/Walkthroughs/WalkthroughTimeline.h"
 #include "TarnwickRender/SoundTap.h"
 #include "programs/CommandError.h"
 #include "programs/EpisodeProgram.h"

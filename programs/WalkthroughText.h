@@ -1,7 +1,7 @@
 // A walkthrough as text.
 #pragma once
 
-#include "TarnwickCore/Walkthrough.h"
+#include "TarnwickCore/Walkthroughs/Walkthrough.h"
 #include "programs/Colours.h"
 
 #include <span>

@@ -4,7 +4,7 @@
 #include "TarnwickBase/OutputFile.h"
 #include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickBase/Version.h"
-#include "TarnwickCore/Encoding.h"
+#include "TarnwickCore/Findings/Encoding.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "TarnwickPlatform/Pictures/PNG.h"
 #include "saver/HostError.h"

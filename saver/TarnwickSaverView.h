@@ -1,7 +1,7 @@
 // The saver: one episode from a bundle, drawn frame by frame, or a line that says what failed.
 #pragma once
 
-#include "TarnwickCore/Settings.h"
+#include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickPlatform/Bundle/Bundle.h"

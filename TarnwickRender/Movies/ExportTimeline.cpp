@@ -1,6 +1,6 @@
 #include "TarnwickRender/Movies/ExportTimeline.h"
 
-#include "TarnwickCore/ExportPlan.h"
+#include "TarnwickCore/Movies/ExportPlan.h"
 #include "TarnwickRender/ExportError.h"
 
 #include <algorithm>

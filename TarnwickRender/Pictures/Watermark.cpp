@@ -1,6 +1,6 @@
 #include "TarnwickRender/Pictures/Watermark.h"
 
-#include "TarnwickCore/WatermarkPlacement.h"
+#include "TarnwickCore/Movies/WatermarkPlacement.h"
 #include "TarnwickRender/Pictures/FramePipeline.h"
 
 namespace tarnwick {

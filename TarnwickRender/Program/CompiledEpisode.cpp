@@ -1,6 +1,6 @@
 #include "TarnwickRender/Program/CompiledEpisode.h"
 
-#include "TarnwickCore/Encoding.h"
+#include "TarnwickCore/Findings/Encoding.h"
 #include "TarnwickMSL/Compile.h"
 #include "TarnwickRender/ParamBuffer.h"
 #include "TarnwickRender/ShaderError.h"

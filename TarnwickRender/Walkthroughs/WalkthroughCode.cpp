@@ -1,8 +1,8 @@
 #include "TarnwickRender/Walkthroughs/WalkthroughCode.h"
 
-#include "TarnwickCore/Characters.h"
-#include "TarnwickCore/MSLSyntax.h"
-#include "TarnwickCore/UTF16.h"
+#include "TarnwickCore/Editor/MSLSyntax.h"
+#include "TarnwickCore/Text/Characters.h"
+#include "TarnwickCore/Text/UTF16.h"
 
 #include <algorithm>
 #include <array>

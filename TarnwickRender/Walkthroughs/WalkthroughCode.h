@@ -1,7 +1,7 @@
 // The code of a page, in the colours of its syntax.
 #pragma once
 
-#include "TarnwickCore/Walkthrough.h"
+#include "TarnwickCore/Walkthroughs/Walkthrough.h"
 #include "TarnwickPlatform/Text/Canvas.h"
 
 #include <vector>

@@ -1,6 +1,6 @@
+#include "TarnwickCore/Episode/ShaderKind.h"
+#include "TarnwickCore/Episode/ShaderTemplate.h"
 #include "TarnwickCore/ShaderAssembler.h"
-#include "TarnwickCore/ShaderKind.h"
-#include "TarnwickCore/ShaderTemplate.h"
 
 #include <gtest/gtest.h>
 

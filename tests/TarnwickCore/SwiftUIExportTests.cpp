@@ -1,5 +1,5 @@
-#include "TarnwickCore/ReservedWords.h"
-#include "TarnwickCore/ServiceHosts.h"
+#include "TarnwickCore/Episode/ReservedWords.h"
+#include "TarnwickCore/Service/ServiceHosts.h"
 #include "TarnwickCore/SwiftUIExport.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // The episodes that come with the project, and the two that a new one begins as.
 #include "TarnwickBase/Precondition.h"
+#include "TarnwickCore/Episode/ShaderKind.h"
+#include "TarnwickCore/Episode/ShaderTemplate.h"
 #include "TarnwickCore/EpisodeMeta.h"
-#include "TarnwickCore/ShaderKind.h"
-#include "TarnwickCore/ShaderTemplate.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "TarnwickRender/StillRenderer.h"
 

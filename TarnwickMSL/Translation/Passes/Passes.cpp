@@ -168,7 +168,8 @@ ShaderModule lower(const Module& module, const EntrySignature& entry,
     structureCode(shader, optimiser);
     assignBindings(shader);
 #ifndef NDEBUG
-    precondition(checkForm(shader).empty(), checkForm(shader));
+    const std::string fault = checkForm(shader);
+    precondition(fault.empty(), "lowered code has the form that the writer takes", "fault", fault);
 #endif
     return shader;
 }
