@@ -54,7 +54,7 @@ struct SwiftUIExport {
 
     // An identifier in upper camel case made of the title's words, without the number and the
     // separators that the title may begin with; "TarnwickShader" when no word is left, and
-    // "Shader" stands before one that would begin with a digit.
+    // "Shader" is put before one that would begin with a digit. In SwiftTypeName.cpp.
     static std::string typeName(std::string_view title);
 };
 

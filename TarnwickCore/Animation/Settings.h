@@ -30,7 +30,7 @@ struct Settings {
     // The document: a JSON object (RFC 8259) with "name", "values" and "keys", all three required;
     // "keys" as KeyframeTracks writes it. Other members are ignored. A document that is written
     // and read again is equal. Throw DocumentError; encode() only on numbers that JSON has no form
-    // for.
+    // for. Both are in SettingsJSON.cpp.
     std::string encode() const;
     static Settings decode(std::string_view json);
 };

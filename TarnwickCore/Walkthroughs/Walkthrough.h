@@ -69,7 +69,7 @@ struct Walkthrough {
                                                 std::span<const ParsedSource> stageSources,
                                                 std::int64_t capacity);
 
-    // One stage's source.
+    // One stage's source (WalkthroughSource.cpp).
     //
     // The first line of text among the comments that the source begins with is the title. Those of
     // the same block that follow it, up to a comment line without text or the block's end, are the

@@ -15,10 +15,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Tests have no headers, and a program begins in a main.cpp.
+// Tests and the files with a program's main() have no headers.
 bool standsAlone(const fs::path& file) {
     const std::string top = file.begin()->string();
-    return top == "tests" || top == "fuzz" || file.filename() == "main.cpp";
+    return top == "tests" || top == "fuzz" ||
+           std::ranges::any_of(linesOf(fs::path(TREE_ROOT) / file), [](const std::string& line) {
+               return line.starts_with("int main(");
+           });
 }
 
 // From each source to the headers that it belongs to.
