@@ -2,7 +2,7 @@
 #include "TarnwickBase/EndSignals.h"
 #include "TarnwickBase/FreedMemory.h"
 #include "TarnwickBase/Version.h"
-#include "programs/Command.h"
+#include "programs/Commands/Command.h"
 
 #include <algorithm>
 #include <array>

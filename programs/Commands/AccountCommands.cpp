@@ -1,0 +1,55 @@
+// tarnwick whoami, tarnwick handle: the account that is signed in, and the name that others see.
+#include "programs/Commands/Command.h"
+#include "programs/Service/Awaited.h"
+#include "programs/Service/Service.h"
+
+#include <array>
+
+namespace tarnwick {
+namespace {
+
+Status whoAmI(const Arguments& arguments) {
+    if (!arguments.operands().empty())
+        misuse(quoted(arguments.operands().front()) + " is not wanted here.");
+    const Service service(arguments);
+    const Secret token = service.wantedToken();
+    HeldSignals signals;
+    const Me me = awaited(signals, [&](std::stop_token stop) {
+        return service.client().me(token.text(), std::move(stop));
+    });
+    print("Email:  " + terminalText(me.email) + "\nHandle: " +
+          (me.handle ? terminalText(*me.handle) : "none; tarnwick handle NAME chooses one") + "\n");
+    return Status::done;
+}
+
+Status handle(const Arguments& arguments) {
+    const std::string wanted(arguments.operand("handle"));
+    if (!APIClient::isValidHandle(wanted))
+        misuse("A handle has 3 to 24 characters, each a letter from a to z, a digit or a hyphen.");
+    const Service service(arguments);
+    const Secret token = service.wantedToken();
+    HeldSignals signals;
+    const std::string held = awaited(signals, [&](std::stop_token stop) {
+        return service.client().setHandle(wanted, token.text(), std::move(stop));
+    });
+    print("Your handle is " + terminalText(held) + ".\n");
+    return Status::done;
+}
+
+constexpr std::array<Option, 1> accountOptions{{serverOption}};
+
+} // namespace
+
+const Command whoAmICommand{.name = "whoami",
+                            .operands = "",
+                            .summary = "Says which account of the sharing service is signed in.",
+                            .options = accountOptions,
+                            .run = whoAmI};
+
+const Command handleCommand{.name = "handle",
+                            .operands = "NAME",
+                            .summary = "Chooses the name under which others see what you share.",
+                            .options = accountOptions,
+                            .run = handle};
+
+} // namespace tarnwick

@@ -1,0 +1,44 @@
+// tarnwick check: what the compiler and the declarations' readers find in an episode.
+#include "TarnwickCore/Findings.h"
+#include "TarnwickGPU/Device.h"
+#include "programs/CommandLine/SourceFile.h"
+#include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeProgram.h"
+#include "programs/Terminal/Findings.h"
+
+#include <array>
+#include <unistd.h>
+
+namespace tarnwick {
+
+static Status check(const Arguments& arguments) {
+    const std::string_view path = arguments.operand("episode");
+    const std::string source = sourceBytes(path);
+    const auto device = gpu::Device::systemDefault();
+    const EpisodeFindings checked =
+        checkedEpisode(path, source, device.get(),
+                       arguments.has("-W") ? EpisodeWarnings::more : EpisodeWarnings::usual);
+    const std::vector<Finding> findings =
+        withDeclarationWarnings(source, findingsOf(source, checked.diagnostics));
+    print(arguments.has("--json") ? findingsJSON(path, findings, checked.raw)
+                                  : findingsText(path, source, findings, coloursOf(STDOUT_FILENO)));
+    if (!checked.compiles && firstError(findings).empty())
+        failure(std::string(path) + " does not compile: " + checked.raw);
+    if (!checked.hasRoom)
+        failure(checked.raw);
+    return checked.compiles ? Status::done : Status::failed;
+}
+
+static constexpr std::array<Option, 2> checkOptions{{
+    {"-W", "", "more warnings: unused and unset variables, integer divisions"},
+    {"--json", "", "as JSON, with the compiler's own text"},
+}};
+
+const Command checkCommand{
+    .name = "check",
+    .operands = "EPISODE",
+    .summary = "Prints what is wrong with an episode, as EPISODE:line:column: severity: message.",
+    .options = checkOptions,
+    .run = check};
+
+} // namespace tarnwick

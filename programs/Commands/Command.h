@@ -1,0 +1,49 @@
+// The subcommands. main.cpp holds the table of them.
+#pragma once
+
+#include "programs/CommandLine/Arguments.h"
+#include "programs/CommandLine/CommandError.h"
+
+#include <span>
+#include <string_view>
+
+namespace tarnwick {
+
+struct Command {
+    std::string_view name;
+    std::string_view operands; // in the help: "EPISODE"
+    std::string_view summary;  // one sentence
+    std::span<const Option> options;
+    Status (*run)(const Arguments& arguments);
+    // Passes its words on as they are: `run` gets them as operands, "--help" among them.
+    bool passesWordsOn = false;
+};
+
+extern const Command assembleCommand;    // AssembleCommand.cpp
+extern const Command checkCommand;       // CheckCommand.cpp
+extern const Command devicesCommand;     // DevicesCommand.cpp
+extern const Command exportCommand;      // ExportCommand.cpp
+extern const Command handleCommand;      // AccountCommands.cpp
+extern const Command joinCommand;        // JoinCommand.cpp
+extern const Command loopCommand;        // LoopCommand.cpp
+extern const Command metaCommand;        // MetaCommand.cpp
+extern const Command mslCommand;         // MSLCommand.cpp
+extern const Command newCommand;         // NewCommand.cpp
+extern const Command openCommand;        // OpenCommand.cpp
+extern const Command presetsCommand;     // PresetsCommand.cpp
+extern const Command releaseCommand;     // ReleaseCommand.cpp
+extern const Command saverCommand;       // SaverCommand.cpp
+extern const Command shareCommand;       // ShareCommand.cpp
+extern const Command sheetCommand;       // SheetCommand.cpp
+extern const Command signInCommand;      // SignInCommand.cpp
+extern const Command signOutCommand;     // SignOutCommand.cpp
+extern const Command soundCommand;       // SoundCommand.cpp
+extern const Command spectrumCommand;    // SpectrumCommand.cpp
+extern const Command stillCommand;       // StillCommand.cpp
+extern const Command swiftUICommand;     // SwiftUICommand.cpp
+extern const Command tokensCommand;      // TokensCommand.cpp
+extern const Command variationsCommand;  // VariationsCommand.cpp
+extern const Command walkthroughCommand; // WalkthroughCommand.cpp
+extern const Command whoAmICommand;      // AccountCommands.cpp
+
+} // namespace tarnwick

@@ -1,0 +1,170 @@
+// tarnwick export: an episode as a movie.
+#include "TarnwickCore/EpisodeMeta.h"
+#include "TarnwickCore/Text/Numbers.h"
+#include "TarnwickRender/Movies/ExportTimeline.h"
+#include "programs/CommandLine/Seconds.h"
+#include "programs/CommandLine/SourceFile.h"
+#include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeLoop.h"
+#include "programs/Episode/EpisodeProgram.h"
+#include "programs/Episode/EpisodeSettings.h"
+#include "programs/Episode/EpisodeSound.h"
+#include "programs/Movies/ExportFrames.h"
+#include "programs/Movies/ExportOptions.h"
+#include "programs/Movies/MovieExport.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarnwick {
+namespace {
+
+constexpr std::string_view usualLength = "// @length 10\n"; // of an episode that says none
+
+// All that the command line says, checked before anything is compiled or drawn.
+struct Request {
+    std::string_view path;
+    MovieTarget movie;
+    std::string episode;
+    Settings settings;
+    double askedStart = 0, start = 0, duration = 0, crossfade = 0; // seconds
+    std::optional<LoopSearch> search;                              // whose answer is the duration
+    std::optional<FrameRange> frames;
+    bool sound = false, watermark = false;
+};
+
+// Of several lines that say a length the last counts.
+double durationOf(const Arguments& arguments, const std::string& episode) {
+    const auto given = arguments.value("--duration");
+    const double duration = given ? secondsFromZero(*given, "--duration")
+                                  : EpisodeMeta::parse(std::string(usualLength) + episode).length;
+    if (duration == 0)
+        misuse("A movie of 0 seconds has no frames.");
+    checkMovieLength(duration);
+    return duration;
+}
+
+// AROUND or AROUND:RANGE.
+std::optional<LoopSearch> searchOf(const Arguments& arguments, const Request& request) {
+    const auto given = arguments.value("--find-loop");
+    if (!given)
+        return std::nullopt;
+    for (const std::string_view other : {"--duration", "--frames"})
+        if (arguments.has(other))
+            misuse("--find-loop finds how long the movie is, so " + std::string(other) +
+                   " cannot stand beside it.");
+    LoopSearch search{.fps = request.movie.preset.fps};
+    const std::size_t colon = std::min(given->find(':'), given->size());
+    search.around = secondsFromZero(given->substr(0, colon), "--find-loop");
+    if (colon < given->size())
+        search.range = secondsFromZero(given->substr(colon + 1), "--find-loop");
+    checkMovieLength(search.around + search.range);
+    return search;
+}
+
+// Seconds that the crossfade of a movie of `duration` seconds has.
+double crossfadeOf(const Request& request, double duration) {
+    const std::int64_t fps = request.movie.preset.fps;
+    return static_cast<double>(crossfadeFrames(request.crossfade, duration, fps)) /
+           static_cast<double>(fps);
+}
+
+// A search may give any length of its range: the longest has the longest crossfade.
+double startOf(const Request& request) {
+    const double longest =
+        request.search ? request.search->around + request.search->range : request.duration;
+    return loopStart(request.askedStart, crossfadeOf(request, longest));
+}
+
+Request requestOf(const Arguments& arguments) {
+    Request request{.path = arguments.operand("episode"), .movie = movieTargetOf(arguments)};
+    request.askedStart = secondsFromZero(arguments, "--start", 0);
+    request.crossfade = secondsFromZero(arguments, "--loop", 0);
+    request.episode = sourceText(request.path);
+    request.search = searchOf(arguments, request);
+    if (!request.search)
+        request.duration = durationOf(arguments, request.episode);
+    request.start = startOf(request);
+    if (request.search)
+        request.search->start = request.start;
+    if (const auto given = arguments.value("--frames"))
+        request.frames = exportFramesOf(*given, request.movie.preset, request.duration);
+    request.settings = episodeSettingsOf(arguments, request.path, request.episode);
+    request.sound = exportSoundOf(arguments, request.episode, request.path);
+    request.watermark = arguments.has("--watermark");
+    return request;
+}
+
+ExportSegment segmentOf(const Request& request, std::shared_ptr<const ShaderProgram> program) {
+    ExportSegment segment{.program = std::move(program),
+                          .start = request.start,
+                          .duration = request.duration,
+                          .watermark = request.watermark,
+                          .sound = request.sound,
+                          .loop = request.crossfade,
+                          .loopSound = true};
+    letFollow(segment, request.settings);
+    return segment;
+}
+
+Status export_(const Arguments& arguments) {
+    Request request = requestOf(arguments);
+    const auto device = drawingDevice();
+    const auto program = programOf(request.path, request.episode, *device);
+    sayLoopStart(request.askedStart, request.start);
+    if (request.search) {
+        const FoundLoop found =
+            findLoop(program, *device, request.settings, *request.search, request.path);
+        request.duration = found.length;
+        request.movie.out.say("The loop takes " + loopText(found, request.search->fps) + ".\n");
+    }
+    checkSteps(*program, request.start + request.duration, "movies");
+    if (request.sound && (!request.frames || request.frames->first == 0)) {
+        const double crossfade = crossfadeOf(request, request.duration);
+        checkHeard({.path = request.path,
+                    .episode = request.episode,
+                    .values = request.settings.values,
+                    .start = request.start - crossfade,
+                    .duration = request.duration + crossfade},
+                   *device);
+    }
+    ExportSegment segment = segmentOf(request, program);
+    const auto tap = program->usesInputs() ? SoundTap::make(program, *device) : nullptr;
+    letListen(segment, tap.get());
+    exportMovie({&segment, 1}, request.movie, *device, request.path, {.frames = request.frames});
+    return Status::done;
+}
+
+constexpr std::array<Option, 17> exportOptions{{
+    {"-o", "OUT",
+     "where to write the movie, .mp4 or .mov as the preset has it, or - for standard output; "
+     "required"},
+    presetOption,
+    {"--start", "SECONDS", "of the episode; default: 0"},
+    {"--duration", "SECONDS", "of the movie; default: the episode's @length, or 10"},
+    setOption,
+    keysOption,
+    settingsOption,
+    noSettingsOption,
+    watermarkOption,
+    {"--loop", "SECONDS",
+     "crossfade the end, sound included, into what lies before the start, so that it loops; the "
+     "start is SECONDS at least"},
+    {"--find-loop", "AROUND[:RANGE]", "take the length within RANGE, or 0.5, that loops best"},
+    soundOption,
+    noSoundOption,
+    movieSizeOption,
+    bitrateOption,
+    draftOption,
+    {"--frames", "A..B", "write only the frames from A on, up to B, for tarnwick join"},
+}};
+
+} // namespace
+
+const Command exportCommand{.name = "export",
+                            .operands = "EPISODE",
+                            .summary = "Writes the episode as a movie.",
+                            .options = exportOptions,
+                            .run = export_};
+
+} // namespace tarnwick

@@ -1,0 +1,67 @@
+// tarnwick join: puts the parts of a movie together.
+#include "TarnwickBase/EndSignals.h"
+#include "TarnwickPlatform/Movie/JoinMovies.h"
+#include "TarnwickPlatform/Movie/MovieError.h"
+#include "programs/CommandLine/Output.h"
+#include "programs/Commands/Command.h"
+#include "programs/Terminal/ProgressBar.h"
+
+#include <array>
+#include <vector>
+
+namespace tarnwick {
+namespace {
+
+namespace fs = std::filesystem;
+
+// As the output's name ends, or on standard output the first part's.
+FileKind kindOf(const Arguments& arguments) {
+    const std::string_view out = arguments.value("-o").value_or("");
+    if (out.empty())
+        misuse("-o OUT is missing: where to write the movie.");
+    const std::string_view named = out == "-" ? arguments.operands().front() : out;
+    for (const FileKind kind : {FileKind::mpeg4Movie, FileKind::quickTimeMovie})
+        if (endsAs(kind, named))
+            return kind;
+    misuse("A movie's name ends in .mp4 or .mov, not as " + quoted(named) + " does.");
+}
+
+// Parts are looked at before anything is written.
+void joinInto(const fs::path& file, std::span<const fs::path> parts, FileKind kind) {
+    try {
+        joinMovies(parts, file,
+                   kind == FileKind::quickTimeMovie ? MovieFileType::quickTime
+                                                    : MovieFileType::mpeg4);
+    } catch (const MovieError& error) {
+        if (!fs::exists(file))
+            misuse(error.what());
+        failure(error.what());
+    }
+}
+
+Status join(const Arguments& arguments) {
+    if (arguments.operands().empty())
+        misuse("The parts are missing.");
+    const FileKind kind = kindOf(arguments);
+    const Output out = Output::wanted(arguments, kind);
+    const std::vector<fs::path> parts(arguments.operands().begin(), arguments.operands().end());
+    const HeldSignals whileWriting;
+    ProgressBar bar("");
+    bar.doing("Joining " + std::to_string(parts.size()) + " parts");
+    out.writeWith([&](const fs::path& file) { joinInto(file, parts, kind); });
+    return Status::done;
+}
+
+constexpr std::array<Option, 1> joinOptions{{
+    {"-o", "OUT", "where to write the movie, or - for standard output; required"},
+}};
+
+} // namespace
+
+const Command joinCommand{.name = "join",
+                          .operands = "PART...",
+                          .summary = "Puts the parts of a movie together, without encoding again.",
+                          .options = joinOptions,
+                          .run = join};
+
+} // namespace tarnwick

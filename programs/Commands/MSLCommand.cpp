@@ -1,0 +1,165 @@
+// tarnwick msl: compiles any file in the Metal Shading Language.
+#include "TarnwickMSL/Compile.h"
+#include "programs/CommandLine/Output.h"
+#include "programs/CommandLine/SourceFile.h"
+#include "programs/Commands/Command.h"
+#include "programs/Terminal/ProgressBar.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+namespace tarnwick {
+namespace {
+
+using msl::Compilation;
+using msl::EntryPoint;
+using msl::Resource;
+
+constexpr std::array<std::string_view, 3> stageNames{"vertex", "fragment", "kernel"};
+
+// What an argument is called in the source, and what it is bound as.
+struct ResourceName {
+    std::string_view attribute, kind;
+};
+constexpr std::array<ResourceName, 7> resourceNames{{
+    {"buffer", "uniform buffer"},
+    {"buffer", "storage buffer"},
+    {"texture", "sampled texture"},
+    {"texture", "storage texture"},
+    {"sampler", "sampler"},
+    {"", "constexpr sampler"},
+    {"", "loop report"},
+}};
+static_assert(resourceNames.size() == static_cast<std::size_t>(msl::ResourceKind::loopReport) + 1);
+
+std::string_view stageName(const EntryPoint& entry) {
+    return stageNames[static_cast<std::size_t>(entry.stage)];
+}
+
+std::string lineOf(const Resource& resource) {
+    const ResourceName& name = resourceNames[static_cast<std::size_t>(resource.kind)];
+    std::string line = "  binding " + std::to_string(resource.binding) + ": ";
+    if (!name.attribute.empty())
+        line.append(name.attribute).append("(" + std::to_string(resource.index) + "), ");
+    line += name.kind;
+    if (resource.size != 0)
+        line += ", " + std::to_string(resource.size) + " bytes";
+    return line + (resource.isWritten ? ", written\n" : "\n");
+}
+
+std::string listing(const EntryPoint& entry) {
+    std::string text = std::string(stageName(entry)) + " " + entry.name + ", " +
+                       std::to_string(entry.words.size()) + " words\n";
+    for (const Resource& resource : entry.resources)
+        text += lineOf(resource);
+    return text;
+}
+
+// Compiled under the file's own name, so that the messages bear it.
+Compilation compiled(std::string_view path) {
+    std::string name;
+    for (const char character : path) {
+        if (character == '"' || character == '\\')
+            name += '\\';
+        name += character == '\n' ? '?' : character;
+    }
+    ProgressBar bar("");
+    bar.doing("Compiling " + std::string(path));
+    return msl::compile("#line 1 \"" + name + "\"\n" + sourceText(path));
+}
+
+std::string namesOf(const Compilation& compilation) {
+    std::string names;
+    for (const EntryPoint& entry : compilation.entryPoints)
+        names.append(names.empty() ? "" : ", ").append(stageName(entry)).append(" " + entry.name);
+    return names.empty() ? "no entry point" : names;
+}
+
+const EntryPoint& entryNamed(const Compilation& compilation, std::string_view name,
+                             std::string_view path) {
+    for (const EntryPoint& entry : compilation.entryPoints)
+        if (entry.name == name)
+            return entry;
+    misuse(std::string(path) + " has no entry point " + quoted(name) + ", but " +
+           namesOf(compilation) + ".");
+}
+
+std::string_view bytesOf(const EntryPoint& entry) {
+    return {reinterpret_cast<const char*>(entry.words.data()),
+            entry.words.size() * sizeof entry.words[0]};
+}
+
+// The first message that says why, without its excerpt.
+std::string firstError(const std::string& messages) {
+    const std::size_t error = messages.find("error: ");
+    const std::size_t from = error == std::string::npos ? 0 : messages.rfind('\n', error) + 1;
+    return messages.substr(from, std::min(messages.find('\n', from), messages.size()) - from);
+}
+
+Status batch(const Arguments& arguments) {
+    if (arguments.has("-o") || arguments.has("--entry"))
+        misuse("--batch goes with neither -o nor --entry.");
+    if (arguments.operands().empty())
+        misuse("The files are missing.");
+    Status status = Status::done;
+    for (const std::string_view path : arguments.operands()) {
+        std::string line;
+        try {
+            const Compilation compilation = compiled(path);
+            line = std::string(path) + (compilation.failed ? ": failed: " : ": ok: ") +
+                   (compilation.failed ? firstError(compilation.messages) : namesOf(compilation));
+            if (compilation.failed)
+                status = std::max(status, Status::failed);
+        } catch (const CommandError& error) {
+            line = std::string(path) + ": failed: " + error.what();
+            status = std::max(status, error.status);
+        }
+        print(line + "\n");
+    }
+    return status;
+}
+
+Status compileOne(const Arguments& arguments) {
+    const std::string_view path = arguments.operand("file");
+    const auto name = arguments.value("--entry");
+    const auto out = Output::of(arguments, "-o", FileKind::spirvModule);
+    const Compilation compilation = compiled(path);
+    std::fputs(compilation.messages.c_str(), stderr);
+    if (compilation.failed)
+        return Status::failed;
+    if (out && !name && compilation.entryPoints.size() != 1)
+        misuse("-o writes one entry point; --entry says which: " + std::string(path) + " has " +
+               namesOf(compilation) + ".");
+    if (name)
+        entryNamed(compilation, *name, path);
+    for (const EntryPoint& entry : compilation.entryPoints) {
+        if (name && entry.name != *name)
+            continue;
+        if (out)
+            out->write(bytesOf(entry));
+        out ? out->say(listing(entry)) : print(listing(entry));
+    }
+    return Status::done;
+}
+
+Status compileMSL(const Arguments& arguments) {
+    return arguments.has("--batch") ? batch(arguments) : compileOne(arguments);
+}
+
+constexpr std::array<Option, 3> mslOptions{{
+    {"--entry", "NAME", "only this entry point"},
+    {"-o", "OUT.spv", "writes its SPIR-V; - for standard output"},
+    {"--batch", "", "many files, one line a file"},
+}};
+
+} // namespace
+
+const Command mslCommand{.name = "msl",
+                         .operands = "FILE.metal...",
+                         .summary =
+                             "Compiles a file of Metal Shading Language and lists what it holds.",
+                         .options = mslOptions,
+                         .run = compileMSL};
+
+} // namespace tarnwick

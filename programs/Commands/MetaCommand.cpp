@@ -1,0 +1,133 @@
+// tarnwick meta: what an episode says about itself.
+#include "TarnwickCore/Episode/ShaderKind.h"
+#include "TarnwickCore/EpisodeMeta.h"
+#include "TarnwickCore/ShaderAssembler.h"
+#include "TarnwickCore/Text/Numbers.h"
+#include "programs/CommandLine/SourceFile.h"
+#include "programs/Commands/Command.h"
+#include "programs/Terminal/TextTable.h"
+
+#include <nlohmann/json.hpp>
+
+#include <array>
+
+namespace tarnwick {
+namespace {
+
+using nlohmann::ordered_json;
+
+struct Episode {
+    EpisodeMeta meta;
+    ShaderKind kind;
+    AssembledShader shader;
+};
+
+std::string listed(const std::vector<std::int64_t>& variations) {
+    std::string list;
+    for (const std::int64_t index : variations)
+        list += (list.empty() ? "" : ", ") + std::to_string(index);
+    return list;
+}
+
+std::string row(std::string_view name, const std::string& value) {
+    constexpr std::size_t width = 12;
+    return value.empty() ? ""
+                         : std::string(name) + std::string(width - name.size(), ' ') + value + "\n";
+}
+
+std::string kindText(const Episode& episode) {
+    std::string text(rawValue(episode.kind));
+    if (episode.shader.isParticles())
+        text += ", " + std::to_string(episode.shader.particles);
+    if (episode.shader.isMesh())
+        text += ", " + std::to_string(episode.shader.grid) + " x " +
+                std::to_string(episode.shader.grid) + " cells";
+    if (episode.shader.usesInputs)
+        text += ", with Inputs";
+    if (episode.shader.hasSound)
+        text += ", with sound";
+    return text;
+}
+
+std::string paramsText(const std::vector<ParamDecl>& params) {
+    std::vector<std::vector<std::string>> rows{{"parameter", "default", "min", "max", ""}};
+    for (const ParamDecl& param : params)
+        rows.push_back({param.name, shortest(param.defaultValue), shortest(param.min),
+                        shortest(param.max), param.detail});
+    return textTable(rows);
+}
+
+std::string metaText(const Episode& episode) {
+    const EpisodeMeta& meta = episode.meta;
+    std::string variations = listed(meta.variations);
+    if (!variations.empty())
+        variations += "; " + shortest(meta.variationLength) + " s each";
+    std::string closing = meta.finalTitle;
+    if (!meta.finalSummary.empty())
+        closing += " | " + meta.finalSummary;
+    std::string text = row("episode", std::to_string(meta.number) + " " + meta.title) +
+                       row("kind", kindText(episode)) +
+                       row("length", shortest(meta.length) + " s") + row("variations", variations) +
+                       row("still", shortest(meta.still) + " s") + row("teaches", meta.teaches) +
+                       row("category", meta.category) + row("tags", meta.tags) +
+                       row("final", closing);
+    if (!episode.shader.params.empty())
+        text += "\n" + paramsText(episode.shader.params);
+    return text;
+}
+
+ordered_json paramsJSON(const std::vector<ParamDecl>& params) {
+    ordered_json list = ordered_json::array();
+    for (const ParamDecl& param : params)
+        list.push_back({{"name", param.name},
+                        {"default", asWritten(param.defaultValue)},
+                        {"min", asWritten(param.min)},
+                        {"max", asWritten(param.max)},
+                        {"detail", param.detail}});
+    return list;
+}
+
+std::string metaJSON(std::string_view path, const Episode& episode) {
+    const EpisodeMeta& meta = episode.meta;
+    const ordered_json document{{"episode", path},
+                                {"number", meta.number},
+                                {"title", meta.title},
+                                {"kind", rawValue(episode.kind)},
+                                {"particles", episode.shader.particles},
+                                {"grid", episode.shader.grid},
+                                {"inputs", episode.shader.usesInputs},
+                                {"sound", episode.shader.hasSound},
+                                {"length", meta.length},
+                                {"variations", meta.variations},
+                                {"variationLength", meta.variationLength},
+                                {"still", meta.still},
+                                {"teaches", meta.teaches},
+                                {"category", meta.category},
+                                {"tags", meta.tags},
+                                {"finalTitle", meta.finalTitle},
+                                {"finalSummary", meta.finalSummary},
+                                {"params", paramsJSON(episode.shader.params)}};
+    return document.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+}
+
+Status meta(const Arguments& arguments) {
+    const std::string_view path = arguments.operand("episode");
+    const std::string source = sourceText(path);
+    const Episode episode{EpisodeMeta::parse(source), shaderKindOf(source),
+                          ShaderAssembler::assemble(source)};
+    print(arguments.has("--json") ? metaJSON(path, episode) : metaText(episode));
+    return Status::done;
+}
+
+constexpr std::array<Option, 1> metaOptions{{{"--json", "", "as JSON; times are in seconds"}}};
+
+} // namespace
+
+const Command metaCommand{.name = "meta",
+                          .operands = "EPISODE",
+                          .summary =
+                              "Prints what the episode is: kind, title, lengths, parameters.",
+                          .options = metaOptions,
+                          .run = meta};
+
+} // namespace tarnwick

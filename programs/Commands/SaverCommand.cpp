@@ -1,0 +1,18 @@
+// tarnwick saver: the screen saver's own program.
+#include "programs/Commands/Command.h"
+#include "programs/Service/SaverProgram.h"
+
+namespace tarnwick {
+
+static Status saver(const Arguments& arguments) {
+    becomeSaver(arguments.operands());
+}
+
+const Command saverCommand{.name = "saver",
+                           .operands = "...",
+                           .summary = "Shows the screen saver; tarnwick saver --help says how.",
+                           .options = {},
+                           .run = saver,
+                           .passesWordsOn = true};
+
+} // namespace tarnwick

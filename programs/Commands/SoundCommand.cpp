@@ -1,0 +1,67 @@
+// tarnwick sound: a stretch of an episode's sound as a WAV file.
+#include "TarnwickRender/AudioRenderer.h"
+#include "programs/CommandLine/Output.h"
+#include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeProgram.h"
+#include "programs/Episode/EpisodeSettings.h"
+#include "programs/Episode/EpisodeSound.h"
+#include "programs/Terminal/ProgressBar.h"
+
+#include <array>
+#include <cstdio>
+
+namespace tarnwick {
+namespace {
+
+std::vector<float> samplesOf(const EpisodeSound& sound) {
+    const auto device = drawingDevice();
+    const auto program = programOf(sound.path, sound.episode, *device);
+    ProgressBar bar("Second");
+    bar.doing("Compiling the sound of " + std::string(sound.path));
+    const auto check = soundCheckOf(sound, *device);
+    SoundNews news;
+    news.check = check.get();
+    news.advanced = [&](std::int64_t done, std::int64_t total) {
+        constexpr std::int64_t second = ShaderAssembler::sampleRate;
+        bar.show(done / second, (total + second - 1) / second);
+    };
+    auto samples =
+        AudioRenderer::render(program, *device, sound.start, sound.duration, sound.values, &news);
+    if (news.notFinite)
+        refuseNotFinite(sound, *news.notFinite);
+    if (!samples)
+        failure("The device could not evaluate the sound of " + std::string(sound.path) + ".");
+    if (news.hitLoopBudget)
+        std::fprintf(stderr,
+                     "tarnwick: A loop of %s went on for too long and was ended; the sound may "
+                     "not be what it describes.\n",
+                     std::string(sound.path).c_str());
+    return *std::move(samples);
+}
+
+Status sound(const Arguments& arguments) {
+    const Output out = Output::wanted(arguments, FileKind::wavSound);
+    const auto bytes = AudioRenderer::wavData(samplesOf(episodeSoundOf(arguments, "--start")));
+    out.write({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    return Status::done;
+}
+
+constexpr std::array<Option, 6> soundOptions{{
+    {"-o", "OUT.wav", "where to write the sound, or - for standard output; required"},
+    {"--start", "SECONDS", "of the episode; default: 0"},
+    {"--duration", "SECONDS", "of sound; default: 10"},
+    setOption,
+    settingsOption,
+    noSettingsOption,
+}};
+
+} // namespace
+
+const Command soundCommand{.name = "sound",
+                           .operands = "EPISODE",
+                           .summary = "Writes the episode's sound as a WAV file of 16-bit stereo "
+                                      "at 48 kHz.",
+                           .options = soundOptions,
+                           .run = sound};
+
+} // namespace tarnwick

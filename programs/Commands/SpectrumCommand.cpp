@@ -1,0 +1,135 @@
+// tarnwick spectrum: what an episode hears of its own sound, as levels and as a picture.
+#include "TarnwickPlatform/Pictures/PNG.h"
+#include "TarnwickPlatform/Text/SpectrumPicture.h"
+#include "TarnwickRender/SoundTap.h"
+#include "programs/CommandLine/Output.h"
+#include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodePicture.h"
+#include "programs/Episode/EpisodeProgram.h"
+#include "programs/Episode/EpisodeSettings.h"
+#include "programs/Episode/EpisodeSound.h"
+#include "programs/Terminal/ProgressBar.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+
+namespace tarnwick {
+namespace {
+
+class Listener {
+  public:
+    explicit Listener(const EpisodeSound& sound) : sound_(sound), device_(drawingDevice()) {
+        tap_ = SoundTap::make(programOf(sound.path, sound.episode, *device_), *device_);
+        if (!tap_)
+            fail();
+        check_ = soundCheckOf(sound, *device_);
+    }
+    // The levels at `time`, as the frames before left them.
+    std::array<float, 4> levels(double time) {
+        ProgressBar bar("");
+        bar.doing("Listening to " + std::string(sound_.path));
+        for (const double before : SoundTap::timesBefore(time))
+            hear(before);
+        return hear(time);
+    }
+    std::array<float, 4> hear(double time) {
+        if (const auto notFinite = check_->firstNotFinite(time - SoundTap::heard,
+                                                          AudioAnalyzer::window, sound_.values))
+            refuseNotFinite(sound_, *notFinite);
+        const ShaderInputs inputs = tap_->inputs(time, sound_.values);
+        if (inputs.spectrum == nullptr)
+            fail();
+        return inputs.audio;
+    }
+    const std::vector<float>& spectrum() const { return tap_->analyzer().spectrum(); }
+
+  private:
+    [[noreturn]] void fail() const {
+        failure("The device could not evaluate the sound of " + std::string(sound_.path) + ".");
+    }
+    const EpisodeSound& sound_;
+    std::shared_ptr<gpu::Device> device_;
+    std::unique_ptr<SoundTap> tap_;
+    std::unique_ptr<SoundCheck> check_;
+};
+
+std::string levelsText(const std::array<float, 4>& levels) {
+    constexpr std::array<const char*, 4> names{"low", "mid", "high", "level"};
+    std::string text;
+    for (std::size_t band = 0; band < levels.size(); ++band) {
+        std::array<char, 32> line{};
+        std::snprintf(line.data(), line.size(), "%-6s %.3f\n", names[band],
+                      static_cast<double>(levels[band]));
+        text += line.data();
+    }
+    return text;
+}
+
+// One column of pixels after the other, from the sound's start on.
+SpectrumOverTime spectrumOf(const EpisodeSound& sound, std::uint32_t columns, Listener& listener) {
+    SpectrumOverTime spectrum{.bins = ShaderAssembler::spectrumBins,
+                              .start = sound.start,
+                              .duration = sound.duration,
+                              .lowest = AudioAnalyzer::lowestFrequency,
+                              .highest = AudioAnalyzer::highestFrequency};
+    ProgressBar bar("Column");
+    bar.show(0, columns);
+    for (std::uint32_t column = 0; column < columns; ++column) {
+        listener.hear(sound.start + (column + 0.5) * sound.duration / columns);
+        spectrum.values.insert(spectrum.values.end(), listener.spectrum().begin(),
+                               listener.spectrum().end());
+        bar.show(column + 1, columns);
+    }
+    return spectrum;
+}
+
+// Wide and high enough for the axes and something between them.
+SpectrumLayout layoutOf(const Arguments& arguments) {
+    const PixelSize size = pixelSizeOf(arguments, {.width = 1280, .height = 720});
+    if (size.width < SpectrumLayout::leastWidth || size.height < SpectrumLayout::leastHeight)
+        misuse("A spectrum's picture has at least " + std::to_string(SpectrumLayout::leastWidth) +
+               "x" + std::to_string(SpectrumLayout::leastHeight) + " pixels.");
+    return {.width = static_cast<std::uint32_t>(size.width),
+            .height = static_cast<std::uint32_t>(size.height)};
+}
+
+Status spectrum(const Arguments& arguments) {
+    const auto out = Output::of(arguments, "-o", FileKind::pngPicture);
+    if (!arguments.has("--time"))
+        misuse("--time SECONDS is missing: when to listen.");
+    const EpisodeSound sound = episodeSoundOf(arguments, "--time");
+    const SpectrumLayout layout = layoutOf(arguments);
+    Listener listener(sound);
+    const std::string levels = levelsText(listener.levels(sound.start));
+    if (!out) {
+        print(levels);
+        return Status::done;
+    }
+    out->write(pngOf(spectrumPicture(spectrumOf(sound, layout.plotWidth(), listener), layout)));
+    out->say(levels);
+    return Status::done;
+}
+
+constexpr std::array<Option, 7> spectrumOptions{{
+    {"--time", "SECONDS", "of the episode, where the levels are taken; required"},
+    {"-o", "OUT.png",
+     "draws the spectrum from there on, high frequencies up; - for standard output"},
+    {"--duration", "SECONDS", "that the picture shows; default: 10"},
+    {"--size", "WxH", "of the picture, in pixels; default: 1280x720"},
+    setOption,
+    settingsOption,
+    noSettingsOption,
+}};
+
+} // namespace
+
+const Command spectrumCommand{.name = "spectrum",
+                              .operands = "EPISODE",
+                              .summary = "Says how loud the episode's own sound is to it, and "
+                                         "draws its spectrum.",
+                              .options = spectrumOptions,
+                              .run = spectrum};
+
+} // namespace tarnwick

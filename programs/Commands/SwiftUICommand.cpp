@@ -1,0 +1,66 @@
+// tarnwick swiftui: an episode as a Swift package.
+#include "TarnwickCore/EpisodeMeta.h"
+#include "TarnwickCore/SwiftUIExport.h"
+#include "TarnwickCore/Text/Characters.h"
+#include "programs/CommandLine/NewFolder.h"
+#include "programs/CommandLine/SourceFile.h"
+#include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeProgram.h"
+
+#include <array>
+
+namespace tarnwick {
+namespace {
+
+// The title that is given, else the one that the episode bears, else its file's name.
+std::string titleOf(const Arguments& arguments, std::string_view path, const std::string& source) {
+    if (const auto given = arguments.value("--title")) {
+        if (trimmed(*given).empty())
+            misuse("The title is empty.");
+        return std::string(*given);
+    }
+    const std::string title = EpisodeMeta::parse(source).title;
+    return title != EpisodeMeta{}.title ? title : std::filesystem::path(path).stem().string();
+}
+
+Status swiftUI(const Arguments& arguments) {
+    const std::string_view path = arguments.operand("episode");
+    const std::string_view folder = arguments.value("-o").value_or("");
+    if (folder.empty())
+        misuse("-o FOLDER is missing: where to write the package.");
+    checkNewFolder(folder);
+    const std::string source = sourceText(path);
+    SwiftUIExport::Output output;
+    try {
+        output = SwiftUIExport::make(source, titleOf(arguments, path, source));
+    } catch (const SwiftUIExport::Problem& problem) {
+        failure(problem.what());
+    }
+    checkCompiles(path, source);
+    const std::filesystem::path target = "Sources/" + output.name + "Shader";
+    const std::array<NewFile, 3> files{{
+        {"Package.swift", output.packageManifest},
+        {target / (output.name + ".metal"), output.metal},
+        {target / (output.name + "View.swift"), output.packageSwift},
+    }};
+    writeNewFolder(folder, files);
+    for (const NewFile& file : files)
+        print((std::filesystem::path(folder) / file.path).string() + "\n");
+    return Status::done;
+}
+
+constexpr std::array<Option, 2> swiftUIOptions{{
+    {"-o", "FOLDER", "where to write the package, a new folder; required"},
+    {"--title", "TITLE", "its types bear it; default: the episode's title or file name"},
+}};
+
+} // namespace
+
+const Command swiftUICommand{.name = "swiftui",
+                             .operands = "EPISODE",
+                             .summary = "Writes a plain fragment episode as a Swift package with a "
+                                        "SwiftUI view.",
+                             .options = swiftUIOptions,
+                             .run = swiftUI};
+
+} // namespace tarnwick

@@ -1,0 +1,161 @@
+// tarnwick walkthrough: an episode explained by the steps that led to it.
+#include "TarnwickPlatform/Pictures/PNG.h"
+#include "programs/CommandLine/Output.h"
+#include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodePicture.h"
+#include "programs/Episode/EpisodeProgram.h"
+#include "programs/Episode/EpisodeSettings.h"
+#include "programs/Episode/EpisodeWalkthrough.h"
+#include "programs/Episode/WalkthroughText.h"
+#include "programs/Movies/ExportOptions.h"
+#include "programs/Movies/WalkthroughMovie.h"
+#include "programs/Terminal/Colours.h"
+#include "programs/Terminal/ProgressBar.h"
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <unistd.h>
+
+namespace tarnwick {
+namespace {
+
+namespace fs = std::filesystem;
+
+void makeFolder(const fs::path& folder) {
+    std::error_code error;
+    fs::create_directory(folder, error);
+    if (error || !fs::is_directory(folder))
+        failure(folder.string() + " cannot be made a folder: " +
+                (error ? error.message() : "something else is there") + ".");
+}
+
+// "stage-02-page-03.png", so that names sort as the pages do.
+fs::path pageName(std::int64_t stage, std::size_t page) {
+    std::array<char, 64> name{};
+    std::snprintf(name.data(), name.size(), "stage-%02lld-page-%02zu.png",
+                  static_cast<long long>(stage), page + 1);
+    return name.data();
+}
+
+// Each stage at the episode's still, so that one sees how the same moment came about.
+std::vector<Picture> stillsOf(const EpisodeWalkthrough& walkthrough,
+                              const WalkthroughRenderer& renderer) {
+    const auto device = drawingDevice();
+    ProgressBar bar("Step");
+    const auto programs = programsOf(walkthrough, *device, bar);
+    const double time = stillTime(walkthrough.episode());
+    std::vector<Picture> stills;
+    for (std::size_t index = 0; index < programs.size(); ++index) {
+        bar.part(partName("Still", index, programs.size()));
+        const auto& [x, y, width, height] = renderer.picture();
+        StillNews news;
+        stills.push_back(pictureOf(programs[index],
+                                   {.path = walkthrough.paths[index],
+                                    .size = {.width = width, .height = height},
+                                    .time = time,
+                                    .frame = savedFrame(time),
+                                    .settings = walkthrough.settings},
+                                   *device, news, bar));
+        bar.hide();
+        if (news.hitLoopBudget)
+            warnOfLoopBudget(walkthrough.paths[index]);
+    }
+    return stills;
+}
+
+struct Page {
+    std::size_t stage, page; // from 0 on
+    Output out;
+};
+
+std::vector<Page> pagesOf(const std::vector<WalkthroughStage>& stages, const fs::path& folder,
+                          const Arguments& arguments) {
+    std::vector<Page> pages;
+    for (std::size_t stage = 0; stage < stages.size(); ++stage)
+        for (std::size_t page = 0; page < stages[stage].pages.size(); ++page)
+            pages.push_back({stage, page,
+                             Output::at(folder / pageName(stages[stage].number, page),
+                                        FileKind::pngPicture, arguments.wordsBeside("--pages"))});
+    return pages;
+}
+
+// What stands in the way is found before anything is drawn.
+void checkPages(std::span<const Page> pages, const fs::path& folder) {
+    std::error_code error;
+    if (!fs::exists(folder, error))
+        return Output::checkWritable(folder);
+    if (!fs::is_directory(folder, error))
+        misuse(folder.string() + " is there already and is no folder.");
+    for (const Page& page : pages)
+        page.out.check();
+}
+
+void writePages(const EpisodeWalkthrough& walkthrough, const WalkthroughRenderer& renderer,
+                const fs::path& folder, const Arguments& arguments) {
+    const std::vector<WalkthroughStage> stages = walkthrough.stages(renderer);
+    const std::vector<Page> pages = pagesOf(stages, folder, arguments);
+    checkPages(pages, folder);
+    const std::vector<Picture> stills = stillsOf(walkthrough, renderer);
+    makeFolder(folder);
+    for (const auto& [stage, page, out] : pages) {
+        const auto overlays = renderer.pages(stages[stage], stages.size());
+        out.write(pngOf(renderer.frame(stills[stage], overlays.overlay(page))));
+        print(out.name() + "\n");
+    }
+}
+
+Status walkthrough(const Arguments& arguments) {
+    EpisodeWalkthrough walkthrough = episodeWalkthroughOf(arguments);
+    const auto folder = arguments.value("--pages"), movie = arguments.value("-o");
+    if (arguments.has("--json") + folder.has_value() + movie.has_value() > 1)
+        misuse("--json, --pages and -o exclude each other.");
+    if (movie || folder)
+        walkthrough.settings =
+            episodeSettingsOf(arguments, walkthrough.paths.back(), walkthrough.episode());
+    if (movie) {
+        exportWalkthrough(walkthrough, arguments);
+        return Status::done;
+    }
+    const PixelSize size = pixelSizeOf(arguments, {.width = 1920, .height = 1080});
+    const WalkthroughRenderer renderer = walkthroughRenderer(size.width, size.height);
+    if (folder) {
+        writePages(walkthrough, renderer, *folder, arguments);
+        return Status::done;
+    }
+    const std::vector<WalkthroughStage> stages = walkthrough.stages(renderer);
+    print(arguments.has("--json") ? walkthroughJSON(stages, walkthrough.paths, renderer.capacity())
+                                  : walkthroughText(stages, coloursOf(STDOUT_FILENO)));
+    return Status::done;
+}
+
+constexpr std::array<Option, 17> walkthroughOptions{{
+    stagesOption,
+    {"--json", "", "the pages for tools"},
+    {"--pages", "FOLDER", "the pages as pictures, as a movie shows them, into a folder"},
+    {"--size", "WxH", "in pixels, by which pages are cut; default: 1920x1080, or the preset's"},
+    {"-o", "OUT", "the pages as a movie, .mp4 or .mov as the preset has it"},
+    pageSecondsOption,
+    movieStartOption,
+    presetOption,
+    bitrateOption,
+    draftOption,
+    soundOption,
+    noSoundOption,
+    watermarkOption,
+    setOption,
+    keysOption,
+    settingsOption,
+    noSettingsOption,
+}};
+
+} // namespace
+
+const Command walkthroughCommand{.name = "walkthrough",
+                                 .operands = "EPISODE",
+                                 .summary = "Explains the episode by what each version of it adds "
+                                            "to the one before, page by page.",
+                                 .options = walkthroughOptions,
+                                 .run = walkthrough};
+
+} // namespace tarnwick

@@ -1,0 +1,54 @@
+#include "programs/Episode/EpisodeLoop.h"
+
+#include "programs/CommandLine/CommandError.h"
+#include "programs/Terminal/ProgressBar.h"
+
+#include <array>
+#include <cstdio>
+#include <string>
+
+namespace tarnwick {
+
+void sayLoopStart(double asked, double start) {
+    if (start > asked)
+        std::fprintf(stderr,
+                     "tarnwick: The loop begins at %g s, not at %g s, because its crossfade "
+                     "uses what lies before its beginning.\n",
+                     start, asked);
+}
+
+FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
+                   const Settings& settings, const LoopSearch& search, std::string_view path) {
+    if (program->needsRun())
+        failure("The length of a loop is sought among stills, which cannot show how " +
+                std::string(path) + " goes on: it is a " +
+                (program->isMesh() ? "grid" : "particle") + " episode.");
+    std::optional<FoundLoop> found;
+    {
+        ProgressBar bar("Length");
+        bar.doing("Drawing " + std::string(path));
+        const auto valuesAt = [&](double time) { return settings.valuesAt(time); };
+        found =
+            LoopFinder::best(program, device, valuesAt, search.start, search.around, search.range,
+                             search.fps, [&](std::int64_t done, std::int64_t total) {
+                                 bar.show(done, total);
+                                 return true;
+                             });
+    }
+    if (!found && device.isLost())
+        failure(device.info().name + " was lost.");
+    if (!found)
+        misuse("No length of two frames or more lies within that range.");
+    return *found;
+}
+
+std::string loopText(const FoundLoop& found, std::int64_t fps) {
+    const auto frames = static_cast<double>(fps) * found.length;
+    std::array<char, 120> text{};
+    std::snprintf(text.data(), text.size(),
+                  "%.9g seconds: %.0f frames, whose ends differ by %.2f of 255 values",
+                  found.length, frames, found.difference);
+    return text.data();
+}
+
+} // namespace tarnwick

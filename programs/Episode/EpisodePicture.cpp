@@ -1,0 +1,89 @@
+#include "programs/Episode/EpisodePicture.h"
+
+#include "TarnwickCore/EpisodeMeta.h"
+#include "TarnwickCore/Text/Numbers.h"
+#include "TarnwickRender/ShaderRun.h"
+#include "TarnwickRender/SoundTap.h"
+#include "programs/CommandLine/CommandError.h"
+#include "programs/Episode/EpisodeProgram.h"
+#include "programs/Episode/EpisodeSettings.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+namespace tarnwick {
+PixelSize pixelSizeOf(const Arguments& arguments, PixelSize otherwise) {
+    const auto given = arguments.value("--size");
+    if (!given)
+        return otherwise;
+    constexpr std::int64_t widest = 16384; // of any device's pictures
+    const std::size_t cross = std::min(given->find('x'), given->size());
+    const auto width = integerOf(given->substr(0, cross));
+    const auto height = integerOf(given->substr(std::min(cross + 1, given->size())));
+    auto fits = [](std::optional<std::int64_t> side) {
+        return side && *side >= 1 && *side <= widest;
+    };
+    if (!fits(width) || !fits(height))
+        misuse("--size wants WIDTHxHEIGHT, each from 1 to " + std::to_string(widest) +
+               " pixels, not " + quoted(*given) + ".");
+    return {.width = *width, .height = *height};
+}
+
+double stillTime(std::string_view episode) {
+    const double still = EpisodeMeta::parse(episode).still;
+    return std::isfinite(still) ? still : EpisodeMeta().still;
+}
+
+std::uint32_t savedFrame(double time) {
+    constexpr double greatest = std::numeric_limits<std::uint32_t>::max();
+    return static_cast<std::uint32_t>(std::min(time * 30, greatest));
+}
+
+Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const EpisodeFrame& frame,
+                  gpu::Device& device, StillNews& news, ProgressBar& bar) {
+    checkSteps(*program, frame.time, "stills");
+    bar.doing("Drawing " + std::string(frame.path));
+    news.warmed = [&](std::int64_t step, std::int64_t goal) {
+        if (step < goal)
+            bar.show(step, goal);
+        else
+            bar.doing("Drawing " + std::string(frame.path));
+    };
+    const auto [width, height] = frame.size;
+    const auto tap =
+        frame.hears && program->usesInputs() ? SoundTap::make(program, device) : nullptr;
+    const ShaderInputs inputs =
+        tap ? tap->playedInputs(frame.time, frame.settings.values) : ShaderInputs::none();
+    std::optional<Picture> picture = StillRenderer::render(
+        program, device, width, height, static_cast<float>(frame.time), frame.frame,
+        frame.settings.valuesAt(frame.time), &news, valuesOverTime(frame.settings), inputs);
+    if (!picture)
+        failure(ShaderRun::absence(*program, device, width, height));
+    return *std::move(picture);
+}
+
+Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device) {
+    ProgressBar bar("Step");
+    return pictureOf(frame, device, bar);
+}
+
+Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device, ProgressBar& bar) {
+    const auto program = programOf(frame.path, frame.episode, device, bar);
+    StillNews news;
+    Picture picture = pictureOf(program, frame, device, news, bar);
+    bar.hide();
+    if (news.hitLoopBudget)
+        warnOfLoopBudget(frame.path);
+    return picture;
+}
+
+void warnOfLoopBudget(std::string_view path, std::string_view made) {
+    std::fprintf(stderr,
+                 "tarnwick: A loop of %s went on for too long and was ended; the %s may lack what "
+                 "it would have drawn.\n",
+                 std::string(path).c_str(), std::string(made).c_str());
+}
+
+} // namespace tarnwick

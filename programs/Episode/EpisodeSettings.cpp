@@ -1,0 +1,113 @@
+#include "programs/Episode/EpisodeSettings.h"
+
+#include "TarnwickCore/Text/Numbers.h"
+#include "TarnwickPlatform/Bundle/Bundle.h"
+#include "programs/CommandLine/CommandError.h"
+#include "programs/CommandLine/SourceFile.h"
+#include "programs/Terminal/TerminalText.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+namespace tarnwick {
+namespace {
+
+void say(const std::string& sentence) {
+    std::fprintf(stderr, "tarnwick: %s\n", terminalText(sentence).c_str());
+}
+
+// An episode and what its settings are held to.
+struct Target {
+    std::string path; // to name the episode by
+    std::vector<ParamDecl> params;
+
+    Settings fitted(const Settings& settings, std::string_view source) const {
+        for (const std::string& misfit : settings.misfits(params, path))
+            say(std::string(source) + ": " + misfit);
+        return settings.fitted(params);
+    }
+};
+
+std::string unread(const std::string& file, std::string_view kind, const DocumentError& error) {
+    return terminalText(file + " holds no " + std::string(kind) + ": " + error.what());
+}
+
+// The document at `file`, read by `decode`; `kind` says of what.
+template <class Decode>
+auto documentAt(const std::string& file, std::string_view kind, Decode decode) {
+    try {
+        return decode(sourceText(file));
+    } catch (const DocumentError& error) {
+        misuse(unread(file, kind, error));
+    }
+}
+
+// The document beside the episode. A file of another kind may lie there by chance: a movie's
+// chapters.
+Settings foundSettings(const std::string& file, const Target& target) {
+    Settings settings;
+    try {
+        settings = Settings::decode(sourceText(file));
+    } catch (const DocumentError& error) {
+        const std::string sentence = unread(file, "settings", error);
+        if (error.cause == DocumentError::Cause::broken)
+            misuse(sentence + " --no-settings ignores the file.");
+        say(sentence + " It is ignored.");
+        return {};
+    }
+    say("The settings are read from " + file + "; --no-settings ignores them.");
+    return target.fitted(settings, file);
+}
+
+Settings documentOf(const Arguments& arguments, const Target& target) {
+    const auto given = arguments.value(settingsOption.name);
+    if (given && arguments.has(noSettingsOption.name))
+        misuse("--settings and --no-settings exclude each other.");
+    if (given)
+        return target.fitted(documentAt(std::string(*given), "settings", Settings::decode), *given);
+    const auto beside =
+        arguments.has(noSettingsOption.name) ? std::nullopt : settingsBeside(target.path);
+    return beside ? foundSettings(beside->string(), target) : Settings{};
+}
+
+// The base value replaces whatever the document says of the parameter.
+void apply(std::string_view assignment, const Target& target, Settings& settings) {
+    const std::size_t equals = assignment.find('=');
+    if (equals == std::string_view::npos)
+        misuse("--set wants NAME=VALUE, not " + quoted(assignment) + ".");
+    const std::string name(assignment.substr(0, equals));
+    const std::string_view written = assignment.substr(equals + 1);
+    if (std::ranges::find(target.params, name, &ParamDecl::name) == target.params.end())
+        misuse(terminalText(undeclaredSentence(name, target.params, target.path)));
+    const std::optional<float> value = floatOf(written);
+    if (!value || !std::isfinite(*value))
+        misuse("The value of " + name + " is no number: " + quoted(written) + ".");
+    const Settings given = target.fitted({.values = {{name, *value}}}, "--set");
+    settings.values[name] = given.values.at(name);
+    settings.keys.clear(name);
+}
+
+} // namespace
+
+Settings episodeSettingsOf(const Arguments& arguments, std::string_view path,
+                           std::string_view episode) {
+    const Target target{std::string(path), ParamParser::parse(episode)};
+    Settings settings = documentOf(arguments, target);
+    for (const std::string_view assignment : arguments.values(setOption.name))
+        apply(assignment, target, settings);
+    if (const auto file = arguments.value(keysOption.name)) {
+        const KeyframeTracks keys = documentAt(std::string(*file), "keys", decodeKeys);
+        for (auto& [name, track] : target.fitted({.keys = keys}, *file).keys.tracks)
+            settings.keys.tracks[name] = track;
+    }
+    return settings;
+}
+
+ValuesAt valuesOverTime(const Settings& settings) {
+    if (settings.keys.isEmpty())
+        return {};
+    return [settings](double time) { return settings.valuesAt(time); };
+}
+
+} // namespace tarnwick

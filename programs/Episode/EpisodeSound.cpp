@@ -1,0 +1,90 @@
+#include "programs/Episode/EpisodeSound.h"
+
+#include "TarnwickCore/ShaderAssembler.h"
+#include "TarnwickCore/Text/Numbers.h"
+#include "TarnwickRender/AudioRenderer.h"
+#include "TarnwickRender/ShaderError.h"
+#include "programs/CommandLine/CommandError.h"
+#include "programs/CommandLine/Seconds.h"
+#include "programs/CommandLine/SourceFile.h"
+#include "programs/Episode/EpisodeSettings.h"
+#include "programs/Terminal/ProgressBar.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+namespace tarnwick {
+namespace {
+
+constexpr double usualDuration = 10; // seconds
+
+double durationOf(const Arguments& arguments) {
+    const auto given = arguments.value("--duration");
+    const std::optional<double> duration = given ? doubleOf(*given) : usualDuration;
+    if (!duration || !(*duration * ShaderAssembler::sampleRate >= 0.5) ||
+        !(*duration <= AudioRenderer::longestWav))
+        misuse("--duration wants a number of seconds above 0 and up to " +
+               std::to_string(static_cast<int>(AudioRenderer::longestWav)) + ", not " +
+               quoted(*given) + ".");
+    return *duration;
+}
+
+} // namespace
+
+EpisodeSound episodeSoundOf(const Arguments& arguments, std::string_view startOption) {
+    EpisodeSound sound{.path = arguments.operand("episode")};
+    sound.start = secondsFromZero(arguments, startOption, 0);
+    sound.duration = durationOf(arguments);
+    sound.episode = sourceText(sound.path);
+    checkSound(sound.episode, sound.path);
+    sound.values = episodeSettingsOf(arguments, sound.path, sound.episode).values;
+    return sound;
+}
+
+void refuseNotFinite(const EpisodeSound& sound, double time) {
+    std::array<char, 64> seconds{};
+    // A sample lasts 0.00002 s.
+    std::snprintf(seconds.data(), seconds.size(), "%.5f", time);
+    std::string digits(seconds.data());
+    digits.erase(digits.find_last_not_of('0') + 1);
+    if (digits.ends_with('.'))
+        digits.pop_back();
+    failure("The sound of " + std::string(sound.path) + " is not a finite number at " + digits +
+            " s.");
+}
+
+std::unique_ptr<SoundCheck> soundCheckOf(const EpisodeSound& sound, gpu::Device& device) {
+    const std::string sentence = "The device cannot check the sound of " + std::string(sound.path);
+    try {
+        if (auto check = SoundCheck::make(sound.episode, device))
+            return check;
+    } catch (const ShaderError& error) {
+        failure(sentence + ": " + error.raw);
+    }
+    failure(sentence + ".");
+}
+
+void checkHeard(const EpisodeSound& sound, gpu::Device& device) {
+    checkHeard(sound, *soundCheckOf(sound, device));
+}
+
+void checkHeard(const EpisodeSound& sound, SoundCheck& check) {
+    ProgressBar bar("Second of sound");
+    for (double second = 0; second < sound.duration; ++second) {
+        bar.show(static_cast<std::int64_t>(second), static_cast<std::int64_t>(sound.duration));
+        const double left = (sound.duration - second) * ShaderAssembler::sampleRate;
+        const auto count =
+            static_cast<std::uint32_t>(std::min<double>(SoundCheck::mostSamples, left));
+        if (const auto time = check.firstNotFinite(sound.start + second, count, sound.values))
+            refuseNotFinite(sound, *time);
+    }
+}
+
+void checkSound(std::string_view episode, std::string_view path) {
+    if (!ShaderAssembler::definesSound(episode))
+        failure(std::string(path) +
+                " has no sound: it defines no float2 sound(float t, constant Params& p).");
+}
+
+} // namespace tarnwick

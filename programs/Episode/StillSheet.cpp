@@ -1,0 +1,63 @@
+#include "programs/Episode/StillSheet.h"
+
+#include "TarnwickCore/Text/Numbers.h"
+#include "TarnwickPlatform/Pictures/PNG.h"
+#include "programs/CommandLine/CommandError.h"
+
+#include <algorithm>
+
+namespace tarnwick {
+namespace {
+
+constexpr std::uint64_t longestSide = 16384; // of a sheet, in pixels
+
+std::uint32_t columnsOf(const Arguments& arguments) {
+    const auto given = arguments.value("--columns");
+    const std::optional<std::int64_t> columns = given ? integerOf(*given) : 3;
+    if (!columns || *columns < 1 || *columns > 100)
+        misuse("--columns wants a whole number from 1 to 100, not " + quoted(*given) + ".");
+    return static_cast<std::uint32_t>(*columns);
+}
+
+// Of a label of so many bytes below a still of so many pixels. Words do not fill their lines, hence
+// the one to spare.
+std::uint32_t linesOf(std::size_t bytes, std::int64_t width) {
+    constexpr std::size_t letter = 9; // pixels on average; few are wider
+    constexpr std::size_t most = 6;
+    const std::size_t lines = (bytes * letter - 1) / static_cast<std::size_t>(width) + 1;
+    return static_cast<std::uint32_t>(lines > 1 ? std::min(lines + 1, most) : lines);
+}
+
+} // namespace
+
+SheetLayout sheetLayoutOf(const Arguments& arguments, std::span<const std::string> labels) {
+    const std::uint32_t columns = columnsOf(arguments);
+    const PixelSize size = pixelSizeOf(arguments, {.width = 400, .height = 225});
+    std::size_t longest = 0;
+    for (const std::string& label : labels)
+        longest = std::max(longest, label.size());
+    // No column stays empty.
+    const SheetLayout layout{
+        .columns = static_cast<std::uint32_t>(std::clamp<std::size_t>(labels.size(), 1, columns)),
+        .pictureWidth = static_cast<std::uint32_t>(size.width),
+        .pictureHeight = static_cast<std::uint32_t>(size.height),
+        .count = labels.size(),
+        .lines = linesOf(longest, size.width)};
+    if (layout.width() > longestSide || layout.height() > longestSide)
+        misuse("The sheet would have " + std::to_string(layout.width()) + "x" +
+               std::to_string(layout.height()) + " pixels; either side may have " +
+               std::to_string(longestSide) + ".");
+    return layout;
+}
+
+PixelSize drawnSize(const SheetLayout& layout) {
+    return {.width = 2 * std::int64_t{layout.pictureWidth},
+            .height = 2 * std::int64_t{layout.pictureHeight}};
+}
+
+void writeSheet(std::span<const LabelledPicture> stills, const SheetLayout& layout,
+                const Output& out) {
+    out.write(pngOf(contactSheet(stills, layout)));
+}
+
+} // namespace tarnwick

@@ -1,0 +1,90 @@
+#include "programs/Movies/MovieExport.h"
+
+#include "TarnwickBase/EndSignals.h"
+#include "programs/CommandLine/CommandError.h"
+#include "programs/Episode/EpisodePicture.h"
+#include "programs/Episode/EpisodeSettings.h"
+#include "programs/Terminal/ExportProgress.h"
+
+#include <array>
+#include <chrono>
+#include <cinttypes>
+#include <cstdio>
+#include <string>
+#include <utility>
+
+namespace tarnwick {
+namespace {
+
+// "rose.mp4: 300 frames, 10 s, 2.4 MB, made in 41 s."
+std::string summary(const MovieTarget& target, std::int64_t frames, std::uintmax_t bytes,
+                    double seconds) {
+    const double length = static_cast<double>(frames) / static_cast<double>(target.preset.fps);
+    const auto size = static_cast<double>(bytes);
+    std::array<char, 120> text{};
+    std::snprintf(text.data(), text.size(), ": %" PRId64 " frames, %.6g s, %.1f %s, made in %s.\n",
+                  frames, length, size < 1e6 ? size / 1e3 : size / 1e6, size < 1e6 ? "kB" : "MB",
+                  clockText(seconds).c_str());
+    return target.out.name() + text.data();
+}
+
+} // namespace
+
+void letFollow(ExportSegment& segment, const Settings& settings) {
+    segment.values = settings.values;
+    segment.valuesAt = valuesOverTime(settings);
+}
+
+void letListen(ExportSegment& segment, SoundTap* tap) {
+    if (tap == nullptr)
+        return;
+    segment.inputsAt = [tap, values = segment.soundValues.value_or(segment.values)](double time) {
+        return tap->inputs(time, values);
+    };
+}
+
+void exportMovie(std::span<const ExportSegment> segments, const MovieTarget& target,
+                 gpu::Device& device, std::string_view path, ExportDetails details) {
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point begin = Clock::now();
+    details.speed = target.speed;
+    std::int64_t frames = 0;
+    std::uintmax_t bytes = 0;
+    target.out.writeWith([&](const std::filesystem::path& file) {
+        frames = exportMovieFile(segments, target.preset, device, file, path, details);
+        bytes = std::filesystem::file_size(file);
+    });
+    const double seconds = std::chrono::duration<double>(Clock::now() - begin).count();
+    target.out.say(summary(target, frames, bytes, seconds));
+}
+
+std::int64_t exportMovieFile(std::span<const ExportSegment> segments, const ExportPreset& preset,
+                             gpu::Device& device, const std::filesystem::path& file,
+                             std::string_view path, ExportDetails details) {
+    HeldSignals signals;
+    ExportProgress progress;
+    ExportNews news;
+    details.news = &news;
+    bool isLoopTold = false;
+    const auto tellOfLoop = [&] {
+        if (!news.hitLoopBudget || std::exchange(isLoopTold, true))
+            return;
+        progress.hide();
+        warnOfLoopBudget(path, "movie");
+    };
+    const auto goesOn = [&](std::int64_t done, std::int64_t total) {
+        tellOfLoop();
+        progress.show(done, total);
+        return !signals.arrived();
+    };
+    try {
+        VideoExporter::export_(segments, preset, device, file, goesOn, details);
+        tellOfLoop();
+    } catch (const ExportError& error) {
+        signals.answer(); // the sentence says it
+        failure(error.what());
+    }
+    return progress.total();
+}
+
+} // namespace tarnwick

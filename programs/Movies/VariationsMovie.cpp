@@ -1,0 +1,61 @@
+#include "programs/Movies/VariationsMovie.h"
+
+#include "programs/Episode/EpisodeProgram.h"
+#include "programs/Episode/EpisodeSound.h"
+#include "programs/Movies/ExportOptions.h"
+#include "programs/Movies/MovieExport.h"
+
+namespace tarnwick {
+namespace {
+
+// Segments are whole frames long, so that is when chapters begin.
+VideoChapters chaptersOf(const EpisodeVariations& variations, std::int64_t fps) {
+    const auto frames = static_cast<double>(ExportPlan::frameCount(variations.duration, fps));
+    return VideoChapters::variations(variations.series, frames / static_cast<double>(fps), 0);
+}
+
+std::vector<MovieChapter> movieChaptersOf(const VideoChapters& list) {
+    std::vector<MovieChapter> chapters;
+    for (const VideoChapters::Chapter& chapter : list.chapters)
+        chapters.push_back({.start = chapter.at, .title = chapter.title});
+    return chapters;
+}
+
+void checkAllHeard(const EpisodeVariations& variations, gpu::Device& device) {
+    EpisodeSound sound{
+        .path = variations.path, .episode = variations.episode, .duration = variations.duration};
+    const auto check = soundCheckOf(sound, device);
+    for (const Variation& variation : variations.series) {
+        sound.values = variations.settingsOf(variation).values;
+        sound.start = variation.start;
+        checkHeard(sound, *check);
+    }
+}
+
+} // namespace
+
+VideoChapters exportVariations(const EpisodeVariations& variations, const Arguments& arguments,
+                               const MovieTarget& movie) {
+    const bool sound = exportSoundOf(arguments, variations.episode, variations.path);
+    VideoChapters chapters = chaptersOf(variations, movie.preset.fps);
+    checkMovieLength(chapters.duration);
+    const auto device = drawingDevice();
+    const auto program = programOf(variations.path, variations.episode, *device);
+    if (sound)
+        checkAllHeard(variations, *device);
+    const auto tap = program->usesInputs() ? SoundTap::make(program, *device) : nullptr;
+    std::vector<ExportSegment> segments;
+    for (const Variation& variation : variations.series) {
+        segments.push_back({.program = program,
+                            .start = variation.start,
+                            .duration = variations.duration,
+                            .watermark = arguments.has("--watermark"),
+                            .sound = sound});
+        letFollow(segments.back(), variations.settingsOf(variation));
+        letListen(segments.back(), tap.get());
+    }
+    exportMovie(segments, movie, *device, variations.path, {.chapters = movieChaptersOf(chapters)});
+    return chapters;
+}
+
+} // namespace tarnwick

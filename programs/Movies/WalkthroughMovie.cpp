@@ -1,0 +1,129 @@
+#include "programs/Movies/WalkthroughMovie.h"
+
+#include "TarnwickCore/Movies/ExportPlan.h"
+#include "TarnwickCore/Walkthroughs/WalkthroughTimeline.h"
+#include "TarnwickRender/SoundTap.h"
+#include "programs/CommandLine/CommandError.h"
+#include "programs/CommandLine/Seconds.h"
+#include "programs/Episode/EpisodeProgram.h"
+#include "programs/Episode/EpisodeSound.h"
+#include "programs/Movies/ExportOptions.h"
+#include "programs/Movies/MovieExport.h"
+
+namespace tarnwick {
+namespace {
+
+constexpr double usualPageSeconds = 6;
+
+// A page is whole frames long.
+WalkthroughTimeline timelineOf(const std::vector<WalkthroughStage>& stages,
+                               const Arguments& arguments, std::int64_t fps) {
+    const double seconds = secondsFromZero(arguments, pageSecondsOption.name, usualPageSeconds);
+    if (seconds == 0)
+        misuse("Pages that are shown for 0 seconds make no movie.");
+    checkMovieLength(seconds);
+    const auto frames = static_cast<double>(ExportPlan::frameCount(seconds, fps));
+    WalkthroughTimeline timeline{.pageSeconds = frames / static_cast<double>(fps)};
+    for (const WalkthroughStage& stage : stages)
+        timeline.pageCounts.push_back(std::ssize(stage.pages));
+    if (timeline.total() == 0)
+        misuse("No stage adds a line, so there is no page to show.");
+    checkMovieLength(timeline.total());
+    return timeline;
+}
+
+std::shared_ptr<const gpu::Texture> textureOf(const Picture& picture, gpu::Device& device) {
+    std::shared_ptr<gpu::Texture> texture = device.newTexture(
+        {.format = ShaderProgram::pixelFormat, .width = picture.width, .height = picture.height});
+    if (!texture)
+        failure("The device has no room for all pages of the walkthrough.");
+    texture->replace({.width = picture.width, .height = picture.height}, 0, picture.bytes.data(),
+                     picture.bytesPerRow);
+    return texture;
+}
+
+// What the movie is made of.
+struct StagedMovie {
+    const WalkthroughRenderer& renderer;
+    const std::vector<WalkthroughStage>& stages;
+    const WalkthroughTimeline& timeline;
+    double start = 0;     // seconds of the episode, of the first frame
+    double halfFrame = 0; // seconds
+    gpu::Device& device;
+
+    FrameLayout layoutOf(std::size_t stage) const {
+        FrameLayout layout{.picture = renderer.picture(),
+                           .background = WalkthroughRenderer::background};
+        const auto pages = renderer.pages(stages[stage], stages.size());
+        for (std::size_t page = 0; page < stages[stage].pages.size(); ++page)
+            layout.overlays.push_back(textureOf(pages.overlay(page), device));
+        // In the middle of the frame, where no rounding of its time turns the page too late.
+        layout.overlayIndexAt = [this, stage, from = startOf(stage) - halfFrame](double time) {
+            return timeline.page(static_cast<std::int64_t>(stage), time - from);
+        };
+        return layout;
+    }
+
+    // Of the stage's program.
+    double startOf(std::size_t stage) const {
+        return start + timeline.start(static_cast<std::int64_t>(stage));
+    }
+};
+
+std::vector<MovieChapter> chaptersOf(const StagedMovie& staged) {
+    std::vector<MovieChapter> chapters;
+    for (std::size_t stage = 0; stage < staged.stages.size(); ++stage)
+        if (!staged.stages[stage].pages.empty())
+            chapters.push_back({.start = staged.startOf(stage) - staged.start,
+                                .title = staged.stages[stage].title});
+    return chapters;
+}
+
+} // namespace
+
+void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& arguments) {
+    const MovieTarget movie = movieTargetOf(arguments);
+    const ExportPreset& preset = movie.preset;
+    const WalkthroughRenderer renderer = walkthroughRenderer(preset.width, preset.height);
+    const std::vector<WalkthroughStage> stages = walkthrough.stages(renderer);
+    const WalkthroughTimeline timeline = timelineOf(stages, arguments, preset.fps);
+    const std::string_view path = walkthrough.paths.back();
+    const bool sound = exportSoundOf(arguments, walkthrough.episode(), path);
+    const auto device = drawingDevice();
+    const auto programs = [&] {
+        ProgressBar bar("");
+        return programsOf(walkthrough, *device, bar);
+    }();
+    const StagedMovie staged{.renderer = renderer,
+                             .stages = stages,
+                             .timeline = timeline,
+                             .start = secondsFromZero(arguments, movieStartOption.name, 0),
+                             .halfFrame = 0.5 / static_cast<double>(preset.fps),
+                             .device = *device};
+    if (sound)
+        checkHeard({.path = path,
+                    .episode = walkthrough.episode(),
+                    .values = walkthrough.settings.values,
+                    .start = staged.start,
+                    .duration = timeline.total()},
+                   *device);
+    // Stages that listen hear the episode.
+    const auto tap = SoundTap::make(programs.back(), *device);
+    std::vector<ExportSegment> segments;
+    for (std::size_t stage = 0; stage < stages.size(); ++stage) {
+        if (stages[stage].pages.empty())
+            continue;
+        segments.push_back({.program = programs[stage],
+                            .start = staged.startOf(stage),
+                            .duration = timeline.duration(static_cast<std::int64_t>(stage)),
+                            .watermark = arguments.has(watermarkOption.name),
+                            .sound = sound,
+                            .layout = staged.layoutOf(stage),
+                            .soundProgram = programs.back()});
+        letFollow(segments.back(), walkthrough.settings);
+        letListen(segments.back(), programs[stage]->usesInputs() ? tap.get() : nullptr);
+    }
+    exportMovie(segments, movie, *device, path, {.chapters = chaptersOf(staged)});
+}
+
+} // namespace tarnwick

@@ -1,0 +1,101 @@
+#include "programs/Service/ShareMedia.h"
+
+#include "TarnwickBase/TemporaryFolder.h"
+#include "TarnwickCore/Movies/ExportPreset.h"
+#include "TarnwickPlatform/Pictures/JPEG.h"
+#include "TarnwickRender/SoundTap.h"
+#include "programs/CommandLine/CommandError.h"
+#include "programs/Episode/EpisodeLoop.h"
+#include "programs/Movies/MovieExport.h"
+#include "programs/Terminal/ProgressBar.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+namespace tarnwick {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr double usualLength = 8, range = 2, crossfade = 1; // seconds
+constexpr std::size_t largestThumb = 1'000'000;             // bytes
+constexpr std::streamsize largestUpload = 25'000'000;       // bytes
+
+ExportPreset presetOf(const PixelSize& size) {
+    ExportPreset preset = ExportPreset::site;
+    preset.width = size.width;
+    preset.height = size.height;
+    return preset;
+}
+
+ExportSegment segmentOf(const SharedEpisode& episode, gpu::Device& device) {
+    ExportSegment segment{.program = episode.program,
+                          .start =
+                              loopStart(stillTime(episode.source) - usualLength / 2, crossfade),
+                          .duration = usualLength,
+                          .loop = crossfade};
+    letFollow(segment, episode.settings);
+    const LoopSearch search{.start = segment.start,
+                            .around = usualLength,
+                            .range = range,
+                            .fps = ExportPreset::site.fps};
+    if (!episode.program->needsRun())
+        segment.duration =
+            findLoop(episode.program, device, episode.settings, search, episode.path).length;
+    return segment;
+}
+
+} // namespace
+
+std::string sharedLoop(const SharedEpisode& episode, gpu::Device& device) {
+    ExportSegment segment = segmentOf(episode, device);
+    const auto tap =
+        episode.program->usesInputs() ? SoundTap::make(episode.program, device) : nullptr;
+    letListen(segment, tap.get());
+    const TemporaryFolder folder;
+    const fs::path file = folder.path() / "loop.mp4";
+    exportMovieFile({&segment, 1}, presetOf(episode.size), device, file, episode.path);
+    return mediaFile(file.string());
+}
+
+std::string sharedThumb(const SharedEpisode& episode, gpu::Device& device) {
+    const double time = stillTime(episode.source);
+    const EpisodeFrame frame{.path = episode.path,
+                             .size = episode.size,
+                             .time = time,
+                             .frame = savedFrame(time),
+                             .settings = episode.settings,
+                             .hears = true}; // as in the movie
+    Picture picture;
+    {
+        ProgressBar bar("Step");
+        StillNews news;
+        picture = pictureOf(episode.program, frame, device, news, bar);
+    }
+    std::string thumb;
+    for (int quality = 92; quality > 0; quality -= 15) {
+        thumb = jpegOf(picture, quality);
+        if (thumb.empty())
+            failure("The thumbnail cannot be made: there is not enough memory.");
+        if (thumb.size() <= largestThumb)
+            break;
+    }
+    return thumb;
+}
+
+std::string mediaFile(std::string_view path) {
+    std::error_code error;
+    if (!fs::is_regular_file(path, error))
+        misuse(std::string(path) + " is not a file that can be read.");
+    std::ifstream stream(std::string(path), std::ios::binary);
+    std::string bytes(static_cast<std::size_t>(largestUpload + 1), '\0');
+    stream.read(bytes.data(), largestUpload + 1);
+    if (!stream.is_open() || stream.bad())
+        misuse(std::string(path) + " cannot be read: " + std::strerror(errno) + ".");
+    bytes.resize(static_cast<std::size_t>(stream.gcount()));
+    return bytes;
+}
+
+} // namespace tarnwick

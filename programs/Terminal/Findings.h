@@ -1,0 +1,28 @@
+// The findings about an episode, for people and for programs to read.
+#pragma once
+
+#include "TarnwickCore/Finding.h"
+#include "programs/Terminal/Colours.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace tarnwick {
+
+// For each finding "EPISODE:line:column: severity: message", and below it the line of `source` with
+// a caret, and the hint. A finding about generated code has neither line nor column.
+std::string findingsText(std::string_view episodePath, std::string_view source,
+                         std::span<const Finding> findings, Colours colours);
+
+// {"episode", "findings": [{"severity", "line", "column", "message", "id", "hint"}]}, and "text"
+// with the compiler's own words where there are any. Line 0 is generated code; "hint" is there
+// where there is one.
+std::string findingsJSON(std::string_view episodePath, std::span<const Finding> findings,
+                         std::string_view compilerText);
+
+// Writes to standard error what the compiler's messages about `source` come to.
+void printFindings(std::string_view episodePath, std::string_view source,
+                   std::span<const Diagnostic> diagnostics);
+
+} // namespace tarnwick
