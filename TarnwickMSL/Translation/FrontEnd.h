@@ -1,4 +1,5 @@
-// Step 1: program text to an LLVM module, by Clang. See docs/compiler.md.
+// Step 1: program text to an LLVM module, by Clang. See docs/compiler.md. StandardLibrary is in
+// FrontEnd/StandardLibrary.cpp.
 #pragma once
 
 #include "TarnwickMSL/Translation/Signature.h"
@@ -30,6 +31,9 @@ class StandardLibrary {
     // 16 characters that tell this library and compiler from others, for those who keep the bytes.
     static std::string fingerprint();
     const std::string& precompiled() const { return *precompiled_; }
+    // Every function that the library declares for programs, each overload on its own, sorted:
+    // "metal::precise::sin: float3 (float3)". Compiles the library's text; for tests.
+    static std::vector<std::string> functions();
 
   private:
     friend Parsed parse(std::string_view source, const StandardLibrary& library,

@@ -1,4 +1,5 @@
-// Geometric functions (Metal Shading Language 3.1, 6.6).
+// MSL_GEOMETRIC_FUNCTIONS of list.h, and the geometric functions that fit no row of it (Metal Shading
+// Language 3.1, 6.6).
 #pragma once
 
 #include "math.h"
@@ -13,19 +14,13 @@ namespace metal {
 MSL_BODY(float) MSL_BODY(half)
 #undef MSL_BODY
 
-#define MSL_BODY(T, V)                                                                             \
-    MSL_INLINE T length_squared(V x) { return dot(x, x); }                                         \
-    MSL_INLINE T length(V x) { return sqrt(dot(x, x)); }                                           \
-    MSL_INLINE T distance_squared(V x, V y) { return length_squared(x - y); }                      \
-    MSL_INLINE T distance(V x, V y) { return length(x - y); }                                      \
-    MSL_INLINE V normalize(V x) { return x * rsqrt(dot(x, x)); }                                   \
-    MSL_INLINE V faceforward(V n, V i, V reference) { return dot(reference, i) < T(0) ? n : -n; }  \
-    MSL_INLINE V reflect(V i, V n) { return i - T(2) * dot(n, i) * n; }                            \
-    MSL_INLINE V refract(V i, V n, T ratio) {                                                      \
-        T along = dot(n, i);                                                                       \
-        T k = T(1) - ratio * ratio * (T(1) - along * along);                                       \
-        V found = ratio * i - (ratio * along + sqrt(max(k, T(0)))) * n;                            \
-        return k < T(0) ? V(T(0)) : found;                                                         \
+#define MSL_BODY(E, T)                                                                             \
+    MSL_GEOMETRIC_FUNCTIONS(MSL_DEFINE, T, E)                                                      \
+    MSL_INLINE T refract(T i, T n, E ratio) {                                                      \
+        E along = dot(n, i);                                                                       \
+        E k = E(1) - ratio * ratio * (E(1) - along * along);                                       \
+        T found = ratio * i - (ratio * along + sqrt(max(k, E(0)))) * n;                            \
+        return k < E(0) ? T(E(0)) : found;                                                         \
     }
 MSL_BODY(float, float2) MSL_BODY(float, float3) MSL_BODY(float, float4)
 MSL_BODY(half, half2) MSL_BODY(half, half3) MSL_BODY(half, half4)

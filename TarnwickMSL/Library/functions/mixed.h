@@ -19,50 +19,54 @@ template <class... T> using _differing = enable_if_t<_scalars<T...> && !_alike<T
 template <class A, class... T>
 using _converted = enable_if_t<_scalars<A, T...> && (!_alike<A, T...> || __is_integral(A))>;
 
-#define MSL_BODY(name)                                                                             \
+#define MSL_MIXED_none(name, arguments)
+#define MSL_MIXED_common(name, arguments) MSL_COMMON_##arguments(name)
+#define MSL_MIXED_floating(name, arguments) MSL_FLOATING_##arguments(name)
+#define MSL_COMMON_2(name)                                                                         \
     template <class A, class B, class = _differing<A, B>>                                          \
     MSL_INLINE constexpr auto name(A a, B b) {                                                     \
         typedef _common<A, B> T;                                                                   \
         return name(static_cast<T>(a), static_cast<T>(b));                                         \
     }
-MSL_BODY(min) MSL_BODY(max)
-#undef MSL_BODY
-#define MSL_BODY(name)                                                                             \
+#define MSL_COMMON_3(name)                                                                         \
     template <class A, class B, class C, class = _differing<A, B, C>>                              \
     MSL_INLINE constexpr auto name(A a, B b, C c) {                                                \
         typedef _common<A, B, C> T;                                                                \
         return name(static_cast<T>(a), static_cast<T>(b), static_cast<T>(c));                      \
     }
-MSL_BODY(clamp) MSL_BODY(min3) MSL_BODY(max3) MSL_BODY(median3)
-#undef MSL_BODY
-
-#define MSL_BODY(name)                                                                             \
+#define MSL_FLOATING_1(name)                                                                       \
     template <class A, class = enable_if_t<__is_integral(A)>> MSL_INLINE float name(A a) {         \
         return name(static_cast<float>(a));                                                        \
     }
-MSL_BODY(sqrt) MSL_BODY(rsqrt) MSL_BODY(exp) MSL_BODY(exp2) MSL_BODY(exp10) MSL_BODY(sin)
-MSL_BODY(cos) MSL_BODY(tan) MSL_BODY(sinpi) MSL_BODY(cospi) MSL_BODY(tanpi) MSL_BODY(asin)
-MSL_BODY(acos) MSL_BODY(atan) MSL_BODY(sinh) MSL_BODY(cosh) MSL_BODY(tanh) MSL_BODY(asinh)
-MSL_BODY(acosh) MSL_BODY(atanh) MSL_BODY(log) MSL_BODY(log2) MSL_BODY(log10) MSL_BODY(fabs)
-MSL_BODY(floor) MSL_BODY(ceil) MSL_BODY(trunc) MSL_BODY(rint) MSL_BODY(round) MSL_BODY(fract)
-MSL_BODY(saturate) MSL_BODY(sign)
-#undef MSL_BODY
-#define MSL_BODY(name)                                                                             \
+#define MSL_FLOATING_2(name)                                                                       \
     template <class A, class B, class = _converted<A, B>>                                          \
     MSL_INLINE auto name(A a, B b) {                                                               \
         typedef _floating<A, B> T;                                                                 \
         return name(static_cast<T>(a), static_cast<T>(b));                                         \
     }
-MSL_BODY(pow) MSL_BODY(powr) MSL_BODY(atan2) MSL_BODY(fmod) MSL_BODY(step) MSL_BODY(fmin)
-MSL_BODY(fmax) MSL_BODY(fdim) MSL_BODY(copysign) MSL_BODY(divide)
-#undef MSL_BODY
-#define MSL_BODY(name)                                                                             \
+#define MSL_FLOATING_3(name)                                                                       \
     template <class A, class B, class C, class = _converted<A, B, C>>                              \
     MSL_INLINE auto name(A a, B b, C c) {                                                          \
         typedef _floating<A, B, C> T;                                                              \
         return name(static_cast<T>(a), static_cast<T>(b), static_cast<T>(c));                      \
     }
-MSL_BODY(mix) MSL_BODY(smoothstep) MSL_BODY(fma) MSL_BODY(fmin3) MSL_BODY(fmax3) MSL_BODY(fmedian3)
-#undef MSL_BODY
+#define MSL_ROW(T, name, arguments, mixed, ...) MSL_MIXED_##mixed(name, arguments)
+MSL_COMMON_FUNCTIONS(MSL_ROW, float)
+MSL_MATH_FUNCTIONS(MSL_ROW, float, int)
+#undef MSL_ROW
+#define MSL_ROW(R, T, A, name, arguments, mixed) MSL_MIXED_##mixed(name, arguments)
+MSL_LANE_FUNCTIONS(MSL_ROW, float)
+#undef MSL_ROW
+#define MSL_ROW(name, arguments, mixed) MSL_MIXED_##mixed(name, arguments)
+MSL_CORE_FUNCTIONS(MSL_ROW)
+#undef MSL_ROW
+#undef MSL_MIXED_none
+#undef MSL_MIXED_common
+#undef MSL_MIXED_floating
+#undef MSL_COMMON_2
+#undef MSL_COMMON_3
+#undef MSL_FLOATING_1
+#undef MSL_FLOATING_2
+#undef MSL_FLOATING_3
 
 } // namespace metal

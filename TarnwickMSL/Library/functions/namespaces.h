@@ -1,27 +1,32 @@
 // The names that metal::fast and metal::precise share with metal.
 #pragma once
 
+#include "geometric.h"
 #include "precise.h"
 
-#define MSL_SHARED_NAMES(M)                                                                        \
-    M(abs) M(fabs) M(floor) M(ceil) M(trunc) M(rint) M(round) M(copysign) M(fmin) M(fmax) M(min)   \
-    M(max) M(fmin3) M(fmax3) M(fmedian3) M(min3) M(max3) M(median3) M(fdim) M(clamp) M(saturate)   \
-    M(mix) M(sign) M(step) M(smoothstep) M(frexp) M(ldexp) M(ilogb) M(nextafter) M(fma)            \
-    M(dot) M(cross) M(length) M(length_squared) M(distance) M(distance_squared) M(normalize)       \
-    M(faceforward) M(reflect) M(refract)
-#define MSL_USE(name) using metal::name;
+#define MSL_USE(T, name, ...) using metal::name;
+#define MSL_USE_LANES(R, T, A, name, ...) using metal::name;
+#define MSL_USE_VECTORS(R, T, name, ...) using metal::name;
+#define MSL_USE_CORE(name, ...) using metal::name;
+#define MSL_USE_SHARED                                                                             \
+    MSL_COMMON_FUNCTIONS(MSL_USE, float)                                                           \
+    MSL_LANE_FUNCTIONS(MSL_USE_LANES, float)                                                       \
+    MSL_GEOMETRIC_FUNCTIONS(MSL_USE_VECTORS, float2, float)                                        \
+    using metal::dot, metal::cross, metal::refract;
 
 namespace metal {
 namespace fast {
-MSL_MATH_NAMES(MSL_USE)
-MSL_SHARED_NAMES(MSL_USE)
-MSL_USE(divide)
+MSL_USE_SHARED
+MSL_MATH_FUNCTIONS(MSL_USE, float, int)
+MSL_CORE_FUNCTIONS(MSL_USE_CORE)
 } // namespace fast
 namespace precise {
-MSL_SHARED_NAMES(MSL_USE)
+MSL_USE_SHARED
 } // namespace precise
 } // namespace metal
 
 #undef MSL_USE
-#undef MSL_SHARED_NAMES
-#undef MSL_MATH_NAMES
+#undef MSL_USE_LANES
+#undef MSL_USE_VECTORS
+#undef MSL_USE_CORE
+#undef MSL_USE_SHARED

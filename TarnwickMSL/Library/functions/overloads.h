@@ -1,4 +1,4 @@
-// What the other files spell their overloads with.
+// The macros that make the overloads of list.h and of the other files.
 #pragma once
 
 // M(T, I, B): a floating type, the integers of its width, and what its comparisons give.
@@ -23,12 +23,29 @@
     MSL_EACH_LANES(M, long, ulong, long, 64) MSL_EACH_LANES(M, ulong, ulong, long, 64)
 #define MSL_EACH_INTEGER(M) MSL_EACH_INTEGER_SCALAR(M) MSL_EACH_INTEGER_VECTOR(M)
 
-// The vector forms of a scalar function, lane by lane; R is the result's element.
-#define MSL_LANES_1(R, name, T)                                                                    \
+// How a row of list.h is read: what `arguments` declares and what it hands on.
+#define MSL_TAKES_1(T) T x
+#define MSL_TAKES_2(T) T x, T y
+#define MSL_TAKES_3(T) T x, T y, T z
+#define MSL_TAKES_out(T) T x, T& out
+#define MSL_TAKES_field(T) T x, uint offset, uint count
+#define MSL_TAKES_two_fields(T) T x, T y, uint offset, uint count
+#define MSL_GIVES_1 x
+#define MSL_GIVES_2 x, y
+#define MSL_GIVES_out x, out
+
+// One overload with its body.
+#define MSL_DEFINE(R, T, name, arguments, ...)                                                     \
+    MSL_INLINE R name(MSL_TAKES_##arguments(T)) { __VA_ARGS__ }
+
+// The vectors of a function of scalars, lane by lane. R, T and A are the elements of the result, of
+// the arguments and of the second argument.
+#define MSL_LANES(R, T, A, name, arguments) MSL_LANES_##arguments(R, T, A, name)
+#define MSL_LANES_1(R, T, A, name)                                                                 \
     MSL_INLINE R##2 name(T##2 x) { return {name(x.x), name(x.y)}; }                                \
     MSL_INLINE R##3 name(T##3 x) { return {name(x.x), name(x.y), name(x.z)}; }                     \
     MSL_INLINE R##4 name(T##4 x) { return {name(x.x), name(x.y), name(x.z), name(x.w)}; }
-#define MSL_LANES_2(R, name, T, A)                                                                 \
+#define MSL_LANES_2(R, T, A, name)                                                                 \
     MSL_INLINE R##2 name(T##2 x, A##2 y) { return {name(x.x, y.x), name(x.y, y.y)}; }              \
     MSL_INLINE R##3 name(T##3 x, A##3 y) {                                                         \
         return {name(x.x, y.x), name(x.y, y.y), name(x.z, y.z)};                                   \
@@ -36,7 +53,7 @@
     MSL_INLINE R##4 name(T##4 x, A##4 y) {                                                         \
         return {name(x.x, y.x), name(x.y, y.y), name(x.z, y.z), name(x.w, y.w)};                   \
     }
-#define MSL_LANES_3(R, name, T)                                                                    \
+#define MSL_LANES_3(R, T, A, name)                                                                 \
     MSL_INLINE R##2 name(T##2 x, T##2 y, T##2 z) {                                                 \
         return {name(x.x, y.x, z.x), name(x.y, y.y, z.y)};                                         \
     }                                                                                              \
@@ -48,7 +65,7 @@
                 name(x.w, y.w, z.w)};                                                              \
     }
 // A second result through a reference.
-#define MSL_LANES_OUT(name, T, A)                                                                  \
+#define MSL_LANES_out(R, T, A, name)                                                              \
     MSL_INLINE T##2 name(T##2 x, A##2& out) {                                                      \
         A a, b;                                                                                    \
         T##2 result = {name(x.x, a), name(x.y, b)};                                                \

@@ -1,4 +1,4 @@
-// Programs do not meet the macros of overloads.h.
+// Programs do not see the macros of overloads.h and list.h.
 #undef MSL_EACH_FLOAT
 #undef MSL_EACH_HALF
 #undef MSL_EACH_FLOATING
@@ -6,7 +6,29 @@
 #undef MSL_EACH_INTEGER_SCALAR
 #undef MSL_EACH_INTEGER_VECTOR
 #undef MSL_EACH_INTEGER
+#undef MSL_TAKES_1
+#undef MSL_TAKES_2
+#undef MSL_TAKES_3
+#undef MSL_TAKES_out
+#undef MSL_TAKES_field
+#undef MSL_TAKES_two_fields
+#undef MSL_GIVES_1
+#undef MSL_GIVES_2
+#undef MSL_GIVES_out
+#undef MSL_DEFINE
+#undef MSL_LANES
 #undef MSL_LANES_1
 #undef MSL_LANES_2
 #undef MSL_LANES_3
-#undef MSL_LANES_OUT
+#undef MSL_LANES_out
+#undef MSL_COMMON_FUNCTIONS
+#undef MSL_LANE_FUNCTIONS
+#undef MSL_MATH_FUNCTIONS
+#undef MSL_CORE_FUNCTIONS
+#undef MSL_GEOMETRIC_FUNCTIONS
+#undef MSL_RELATIONAL_FUNCTIONS
+#undef MSL_INTEGER_SCALAR_FUNCTIONS
+#undef MSL_INTEGER_VECTOR_FUNCTIONS
+#undef MSL_INTEGER_FUNCTIONS
+#undef MSL_INTEGER_LANE_FUNCTIONS
+#undef MSL_24_BIT_FUNCTIONS

@@ -1,4 +1,4 @@
-// Math functions of float in precise math (Metal Shading Language 3.1, 8.4).
+// MSL_MATH_FUNCTIONS and MSL_CORE_FUNCTIONS of list.h in precise math.
 #pragma once
 
 #include "math.h"
@@ -6,26 +6,22 @@
 namespace metal {
 namespace precise {
 
-#define MSL_BODY(name)                                                                             \
-    MSL_INLINE float name(float x) { return _core::name(x); }                                      \
-    MSL_LANES_1(float, name, float)
-MSL_BODY(rsqrt) MSL_BODY(exp) MSL_BODY(exp2) MSL_BODY(exp10) MSL_BODY(sin) MSL_BODY(cos)
-MSL_BODY(tan) MSL_BODY(sinpi) MSL_BODY(cospi) MSL_BODY(tanpi) MSL_BODY(asin) MSL_BODY(acos)
-MSL_BODY(atan) MSL_BODY(sinh) MSL_BODY(cosh) MSL_BODY(tanh) MSL_BODY(asinh) MSL_BODY(acosh)
-MSL_BODY(atanh) MSL_BODY(log) MSL_BODY(log2) MSL_BODY(log10) MSL_BODY(fract)
-#undef MSL_BODY
-
-#define MSL_BODY(name)                                                                             \
-    MSL_INLINE float name(float x, float y) { return _core::name(x, y); }                          \
-    MSL_LANES_2(float, name, float, float)
-MSL_BODY(atan2) MSL_BODY(fmod) MSL_BODY(pow) MSL_BODY(powr)
-#undef MSL_BODY
-
-#define MSL_BODY(name)                                                                             \
-    MSL_INLINE float name(float x, float& out) { return _core::name(x, out); }                     \
-    MSL_LANES_OUT(name, float, float)
-MSL_BODY(sincos) MSL_BODY(modf)
-#undef MSL_BODY
+#define MSL_OWN(name, arguments)
+#define MSL_CORE(name, arguments)                                                                  \
+    MSL_DEFINE(float, float, name, arguments, return _core::name(MSL_GIVES_##arguments);)          \
+    MSL_LANES(float, float, float, name, arguments)
+#define MSL_FROM_own MSL_OWN
+#define MSL_FROM_core MSL_CORE
+#define MSL_ROW(T, name, arguments, mixed, precise, ...) MSL_FROM_##precise(name, arguments)
+MSL_MATH_FUNCTIONS(MSL_ROW, float, int)
+#undef MSL_ROW
+#define MSL_ROW(name, arguments, mixed) MSL_CORE(name, arguments)
+MSL_CORE_FUNCTIONS(MSL_ROW)
+#undef MSL_ROW
+#undef MSL_FROM_own
+#undef MSL_FROM_core
+#undef MSL_OWN
+#undef MSL_CORE
 
 #pragma float_control(precise, on, push)
 #pragma clang fp contract(off)
@@ -35,12 +31,6 @@ MSL_BODY(sincos) MSL_BODY(modf)
 MSL_EACH_FLOAT(MSL_BODY)
 #undef MSL_BODY
 #pragma float_control(pop)
-MSL_INLINE half divide(half x, half y) { return x / y; }
-MSL_LANES_2(half, divide, half, half)
-
-#define MSL_USE(name) using _halves::name;
-MSL_MATH_NAMES(MSL_USE)
-#undef MSL_USE
 
 } // namespace precise
 } // namespace metal

@@ -1,7 +1,7 @@
-// Relational functions (Metal Shading Language 3.1, 6.2).
+// MSL_RELATIONAL_FUNCTIONS of list.h; any, all and select (Metal Shading Language 3.1, 6.2).
 #pragma once
 
-#include "overloads.h"
+#include "common.h"
 
 namespace metal {
 
@@ -14,32 +14,11 @@ MSL_INLINE bool all(bool2 x) { return (x.bits.x & x.bits.y) != 0; }
 MSL_INLINE bool all(bool3 x) { return (x.bits.x & x.bits.y & x.bits.z) != 0; }
 MSL_INLINE bool all(bool4 x) { return (x.bits.x & x.bits.y & x.bits.z & x.bits.w) != 0; }
 
-#define MSL_BODY(T, I, B)                                                                          \
-    MSL_INLINE B isnan(T x) { return x != x; }                                                     \
-    MSL_INLINE B isinf(T x) { return abs(x) == T(INFINITY); }                                      \
-    MSL_INLINE B isfinite(T x) { return abs(x) < T(INFINITY); }                                    \
-    MSL_INLINE B isordered(T x, T y) { return (x == x) & (y == y); }                               \
-    MSL_INLINE B isunordered(T x, T y) { return (x != x) | (y != y); }                             \
-    MSL_INLINE B signbit(T x) { return __builtin_bit_cast(I, x) < I(0); }
+#define MSL_BODY(T, I, B) MSL_RELATIONAL_FUNCTIONS(MSL_DEFINE, T, I, B)
 MSL_EACH_FLOATING(MSL_BODY)
 #undef MSL_BODY
-// By the bits, since a device may compare denormals as zeros.
-#define MSL_BODY(T, I, B)                                                                          \
-    MSL_INLINE B isnormal(T x) {                                                                   \
-        I exponent = __builtin_bit_cast(I, x) & I(0x7f800000);                                     \
-        return (exponent != I(0)) & (exponent != I(0x7f800000));                                   \
-    }
-MSL_EACH_FLOAT(MSL_BODY)
-#undef MSL_BODY
-#define MSL_BODY(T, I, B)                                                                          \
-    MSL_INLINE B isnormal(T x) {                                                                   \
-        I exponent = __builtin_bit_cast(I, x) & I(0x7c00);                                         \
-        return (exponent != I(0)) & (exponent != I(0x7c00));                                       \
-    }
-MSL_EACH_HALF(MSL_BODY)
-#undef MSL_BODY
 
-// select(x, y, c) is y where c holds.
+// select(x, y, c) is y where c is true.
 #define MSL_BODY(T)                                                                                \
     MSL_INLINE constexpr T select(T x, T y, bool c) { return c ? y : x; }
 MSL_BODY(half) MSL_BODY(float) MSL_BODY(bool) MSL_BODY(char) MSL_BODY(uchar) MSL_BODY(short)

@@ -78,6 +78,9 @@ std::vector<Case> commonCases(); // the same in fast and precise math
 std::vector<Case> halfCases();
 std::vector<Case> geometricCases(); // and relational, matrix and packing functions
 
+// The calls of integer functions that IntegerTests.cpp compares, "mulhi(x, y)" for instance.
+std::vector<std::string> integerCalls();
+
 // Arguments as the element's bits; all of one length, a multiple of 12.
 using Columns = std::vector<std::vector<std::uint32_t>>;
 Columns columns(const Case& row, std::size_t count);

@@ -64,6 +64,8 @@ std::vector<Case> commonCases() {
         {"max", "NMax", "r = max(x, y);", {any, any}, TRUTH(most(x, y)), exactly(), all},
         {"min3", "NMin", "r = min3(x, y, z);", {near, near, near}, TRUTH(least(x, least(y, z))), exactly(), all},
         {"max3", "NMax", "r = max3(x, y, z);", {near, near, near}, TRUTH(most(x, most(y, z))), exactly(), all},
+        {"fmin3", "NMin", "r = fmin3(x, y, z);", {near, near, near}, TRUTH(least(x, least(y, z))), exactly(), all},
+        {"fmax3", "NMax", "r = fmax3(x, y, z);", {near, near, near}, TRUTH(most(x, most(y, z))), exactly(), all},
         {"median3", "NMin, NMax", "r = median3(x, y, z);", {near, near, near}, TRUTH(middle(x, y, z)), exactly()},
         {"fmedian3", "NMin, NMax", "r = fmedian3(x, y, z);", {near, near, near}, TRUTH(middle(x, y, z)), exactly()},
         {"fdim", "difference", "r = fdim(x, y);", {near, near}, TRUTH(std::fdim(x, y)), rounded(), all},
@@ -147,6 +149,12 @@ std::vector<Case> halfCases() {
     add("saturate", TRUTH(least(most(x, 0), 1)), exactly());
     add("sign", TRUTH(signOf(x)), exactly());
     const std::vector<Case> several = {
+        {"tanpi (half)", viaFloat, "r = tanpi(x);", {near}, TRUTH(tangentOfHalfTurns(x)), ulps(1), none, half},
+        {"sincos, sine (half)", viaFloat, "T w; r = sincos(x, w);", {near}, TRUTH(std::sin(x)), ulps(1), none, half},
+        {"sincos, cosine (half)", viaFloat, "sincos(x, r);", {near}, TRUTH(std::cos(x)), ulps(1), none, half},
+        {"modf, fraction (half)", viaFloat, "T w; r = modf(x, w);", {bothSigns(1e-3, 6e4)}, TRUTH(x - std::trunc(x)), exactly(), none, half},
+        {"modf, whole (half)", viaFloat, "modf(x, r);", {bothSigns(1e-3, 6e4)}, TRUTH(std::trunc(x)), exactly(), none, half},
+        {"divide (half)", "quotient", "r = divide(x, y);", {near, bothSigns(1e-2, 1e2)}, TRUTH(x / y), ulps(1), none, half},
         {"pow (half)", viaFloat, "r = pow(x, y);", {logarithmic(1e-4, 1e4), near}, TRUTH(std::pow(x, y)), ulps(1), Specials::all, half},
         {"powr (half)", viaFloat, "r = powr(x, y);", {logarithmic(1e-4, 1e4), near}, TRUTH(powerOfPositive(x, y)), ulps(1), Specials::all, half},
         {"atan2 (half)", viaFloat, "r = atan2(x, y);", {near, near}, TRUTH(std::atan2(x, y)), ulps(1), Specials::all, half},

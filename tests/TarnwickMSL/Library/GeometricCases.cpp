@@ -43,6 +43,17 @@ Real fields(Real x, Real y, Real z, Real most, Real shift) {
     return field(x) + field(y) * shift + field(z) * shift * shift;
 }
 
+// A format of pack.h. Its halves are as its floats, and a word packed again is the word.
+struct PackedFormat {
+    const char *packed, *unpacked;
+    std::size_t lanes;
+};
+constexpr PackedFormat packedFormats[] = {
+    {"unorm4x8", "unorm4x8", 4},   {"srgb_unorm4x8", "unorm4x8_srgb", 4},
+    {"snorm4x8", "snorm4x8", 4},   {"unorm2x16", "unorm2x16", 2},
+    {"snorm2x16", "snorm2x16", 2}, {"unorm10a2", "unorm10a2", 4},
+    {"unorm565", "unorm565", 3}};
+
 } // namespace
 
 std::vector<Case> geometricCases() {
@@ -50,10 +61,10 @@ std::vector<Case> geometricCases() {
     const Bound roundings{"its formula's roundings", 0, 3e-5};
     const auto none = Specials::none;
     std::vector<Case> cases;
-    auto add = [&](const char* name, const char* lowering, const char* body, auto reference,
+    auto add = [&](std::string name, const char* lowering, std::string body, auto reference,
                    Bound bound, const std::vector<Inputs>& inputs) {
-        cases.push_back({name, lowering, body, inputs, reference, std::move(bound), none,
-                         Element::float_, true});
+        cases.push_back({std::move(name), lowering, std::move(body), inputs, reference,
+                         std::move(bound), none, Element::float_, true});
     };
     // clang-format off
     add("dot", "products and sums", "r = dot(float3(x, y, z), float3(y, z, x));", TRUTH(dot({x, y, z}, {y, z, x})), roundings, near);
@@ -80,6 +91,18 @@ std::vector<Case> geometricCases() {
     add("pack_float_to_unorm565", "shifts", "r = pack_float_to_unorm565(float3(z, y, x) / float3(31, 63, 31));", TRUTH(std::clamp<Real>(x, 0, 31) + 32 * std::clamp<Real>(y, 0, 63) + 2048 * std::clamp<Real>(z, 0, 31)), exactly(), bytes);
     add("pack_float_to_srgb_unorm4x8", "powr", "r = pack_float_to_srgb_unorm4x8(unpack_unorm4x8_srgb_to_float((uint(max(x, 0.0)) & 255) << 8)) >> 8;", TRUTH(std::fmod(std::max<Real>(x, 0), 256.0L)), exactly(), bytes);
     // clang-format on
+    for (const PackedFormat& format : packedFormats) {
+        const std::string pack = std::string("pack_float_to_") + format.packed,
+                          unpack = std::string("unpack_") + format.unpacked,
+                          lanes = std::to_string(format.lanes),
+                          floats = std::string("(float4(x, y, z, x) / 9).xyzw", 25 + format.lanes);
+        add("unpack_" + std::string(format.unpacked) + "_to_half", "in float",
+            "auto p = " + pack + "(" + floats + "); half" + lanes + " h = " + unpack +
+                "_to_half(p); r = all(h == half" + lanes + "(" + unpack +
+                "_to_float(p))) && pack_half_to_" + format.packed + "(h) == " + pack + "(float" +
+                lanes + "(h)) && " + pack + "(" + unpack + "_to_float(p)) == p ? 1 : 0;",
+            TRUTH(1), exactly(), near);
+    }
     return cases;
 }
 

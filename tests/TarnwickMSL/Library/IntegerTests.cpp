@@ -186,6 +186,13 @@ template <class T> void expectExact(Machine& machine, const std::string& type) {
 
 } // namespace
 
+std::vector<std::string> integerCalls() {
+    std::vector<std::string> calls;
+    for (const Row<std::int32_t>& row : rows<std::int32_t>())
+        calls.push_back(row.call);
+    return calls;
+}
+
 TEST(Library, integerFunctionsAreExact) {
     const auto machine = Machine::make();
     if (!machine)

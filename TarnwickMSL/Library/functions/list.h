@@ -1,0 +1,203 @@
+// The functions of numbers, one row each. A row gives the function's body; its overloads for
+// scalars, vectors and halves, its overloads for scalars of several types and its names in
+// metal::fast and metal::precise follow from the row. Metal Shading Language 3.1, 6.2 to 6.6.
+//
+// A row is M(T, name, arguments, mixed, ..., body), where
+//   T          is the type of the overload, float or int3 for instance; some rows name another
+//              type before it, the type of the result.
+//   arguments  is 1, 2 or 3 for the arguments (x), (x, y) or (x, y, z) of type T, or a name of
+//              MSL_TAKES_name in overloads.h.
+//   mixed      says which scalars the arguments may be where they are not all of one type.
+//              `common`: any; they become the type of an arithmetic expression of them all.
+//              `floating`: the same, and integers become float. `none`: no such overloads.
+//   body       is the body of the function. A semicolon ends each statement, the last one too.
+//
+// A row may use functions of the rows above it.
+#pragma once
+
+// Functions of a floating type T that are the same in fast and in precise math (6.4, 6.5).
+#define MSL_COMMON_FUNCTIONS(M, T)                                                                 \
+    M(T, abs, 1, none, return __builtin_elementwise_abs(x);)                                       \
+    M(T, fabs, 1, floating, return __builtin_elementwise_abs(x);)                                  \
+    M(T, floor, 1, floating, return __builtin_elementwise_floor(x);)                               \
+    M(T, ceil, 1, floating, return __builtin_elementwise_ceil(x);)                                 \
+    M(T, trunc, 1, floating, return __builtin_elementwise_trunc(x);)                               \
+    M(T, rint, 1, floating, return __builtin_elementwise_roundeven(x);)                            \
+    M(T, copysign, 2, floating, return __builtin_elementwise_copysign(x, y);)                      \
+    M(T, round, 1, floating, return trunc(x + copysign(_below_half(x), x));)                       \
+    M(T, fmin, 2, floating, return __builtin_elementwise_min(x, y);)                               \
+    M(T, fmax, 2, floating, return __builtin_elementwise_max(x, y);)                               \
+    M(T, min, 2, common, return __builtin_elementwise_min(x, y);)                                  \
+    M(T, max, 2, common, return __builtin_elementwise_max(x, y);)                                  \
+    M(T, fmin3, 3, floating, return min(x, min(y, z));)                                            \
+    M(T, fmax3, 3, floating, return max(x, max(y, z));)                                            \
+    M(T, fmedian3, 3, floating, return max(min(x, y), min(max(x, y), z));)                         \
+    M(T, min3, 3, common, return min(x, min(y, z));)                                               \
+    M(T, max3, 3, common, return max(x, max(y, z));)                                               \
+    M(T, median3, 3, common, return max(min(x, y), min(max(x, y), z));)                            \
+    M(T, fdim, 2, floating, return x <= y ? T(0) : x - y;)                                         \
+    M(T, clamp, 3, common, return min(max(x, y), z);)                                              \
+    M(T, saturate, 1, floating, return min(max(x, T(0)), T(1));)                                   \
+    M(T, mix, 3, floating, return x + (y - x) * z;)                                                \
+    M(T, sign, 1, floating, return x > T(0) ? T(1) : (x < T(0) ? T(-1) : T(0));)                   \
+    M(T, step, 2, floating, return y < x ? T(0) : T(1);)                                           \
+    M(T, smoothstep, 3, floating, T t = saturate((z - x) / (y - x));                               \
+      return t * t * (T(3) - T(2) * t);)
+
+// The same, but lane by lane: common.h has the bodies for float and half. A row is
+// M(R, T, A, name, arguments, mixed); R and A are the elements of the result and of the second
+// argument.
+#define MSL_LANE_FUNCTIONS(M, T)                                                                   \
+    M(T, T, int, frexp, out, none)                                                                 \
+    M(T, T, int, ldexp, 2, none)                                                                   \
+    M(int, T, T, ilogb, 1, none)                                                                   \
+    M(T, T, T, nextafter, 2, none)                                                                 \
+    M(T, T, T, fma, 3, floating)
+
+// Functions of float or its vectors T with other bodies in precise math and for half (6.5). I is
+// the integer type of as many lanes. A row is M(T, name, arguments, mixed, precise, half, body):
+//   precise  `core`: lane by lane _core::name. `own`: precise.h has the body.
+//   half     `core`: lane by lane _core::name, rounded to half. `own`: halves.h has the body.
+//   body     is the body in fast math: the device's own instruction where it is as exact as fast
+//            math requires and as fast as arithmetic (Metal Shading Language 3.1, 8.4).
+// powr takes the driver's exponential: it loses little beside the loss of the logarithm. pow
+// squares negative x too, without a branch. fract's result is below 1 also where the difference
+// rounds up to 1; it is compared as an integer, since drivers' minimum of floats tests for NaN.
+#define MSL_MATH_FUNCTIONS(M, T, I)                                                                \
+    M(T, divide, 2, floating, own, own, return x / y;)                                             \
+    M(T, sqrt, 1, floating, own, own, return __builtin_elementwise_sqrt(x);)                       \
+    M(T, rsqrt, 1, floating, core, own, return T(1) / __builtin_elementwise_sqrt(x);)              \
+    M(T, sin, 1, floating, core, core, return __builtin_elementwise_sin(x);)                       \
+    M(T, cos, 1, floating, core, core, return __builtin_elementwise_cos(x);)                       \
+    M(T, tan, 1, floating, core, core, return sin(x) / cos(x);)                                    \
+    M(T, sincos, out, none, core, core, out = cos(x); return sin(x);)                              \
+    M(T, sinpi, 1, floating, core, core,                                                           \
+      return sin((x - T(2) * rint(x * T(0.5f))) * T(M_PI_F));)                                     \
+    M(T, cospi, 1, floating, core, core,                                                           \
+      return cos((x - T(2) * rint(x * T(0.5f))) * T(M_PI_F));)                                     \
+    M(T, tanpi, 1, floating, core, core, return tan((x - rint(x)) * T(M_PI_F));)                   \
+    M(T, exp, 1, floating, core, own, return _fast::exp2(x * T(M_LOG2E_F));)                       \
+    M(T, exp2, 1, floating, core, own, return _fast::exp2(x);)                                     \
+    M(T, exp10, 1, floating, core, own, return _fast::exp2(x * T(3.32192809f));)                   \
+    M(T, log, 1, floating, core, core, return __builtin_elementwise_log(x);)                       \
+    M(T, log2, 1, floating, core, core, return __builtin_elementwise_log2(x);)                     \
+    M(T, log10, 1, floating, core, core,                                                           \
+      return __builtin_elementwise_log2(x) * T(0.301029996f);)                                     \
+    M(T, powr, 2, floating, core, core, return __builtin_elementwise_exp2(y * log2(x));)           \
+    M(T, pow, 2, floating, core, core, T found = powr(x, y);                                       \
+      return y == T(2) ? x * x : found;)                                                           \
+    M(T, sinh, 1, floating, core, core, T e = exp(x); return T(0.5f) * (e - T(1) / e);)            \
+    M(T, cosh, 1, floating, core, core, T e = exp(x); return T(0.5f) * (e + T(1) / e);)            \
+    M(T, tanh, 1, floating, core, core, return T(1) - T(2) / (exp(T(2) * x) + T(1));)              \
+    M(T, asinh, 1, floating, core, core, T size = abs(x);                                          \
+      return copysign(log(size + sqrt(size * size + T(1))), x);)                                   \
+    M(T, acosh, 1, floating, core, core, return log(x + sqrt(x * x - T(1)));)                      \
+    M(T, atanh, 1, floating, core, core, return T(0.5f) * log((T(1) + x) / (T(1) - x));)           \
+    M(T, fmod, 2, floating, core, core, return x - y * trunc(x / y);)                              \
+    M(T, modf, out, none, core, core, out = trunc(x); return x - out;)                             \
+    M(T, fract, 1, floating, core, own, I found = __builtin_bit_cast(I, x - floor(x));             \
+      return __builtin_bit_cast(T, __builtin_elementwise_min(found, I(0x3f7fffff)));)
+
+// The same, but fast math has _core::name too: drivers approximate these within fewer correct bits
+// than fast math requires. A row is M(name, arguments, mixed).
+#define MSL_CORE_FUNCTIONS(M)                                                                      \
+    M(asin, 1, floating)                                                                           \
+    M(acos, 1, floating)                                                                           \
+    M(atan, 1, floating)                                                                           \
+    M(atan2, 2, floating)
+
+// Functions of vectors T of floats or halves; E is their element (6.6). The same in fast and in
+// precise math. geometric.h has the bodies of dot, cross and refract.
+#define MSL_GEOMETRIC_FUNCTIONS(M, T, E)                                                           \
+    M(E, T, length_squared, 1, return dot(x, x);)                                                  \
+    M(E, T, length, 1, return sqrt(dot(x, x));)                                                    \
+    M(E, T, distance_squared, 2, return length_squared(x - y);)                                    \
+    M(E, T, distance, 2, return length(x - y);)                                                    \
+    M(T, T, normalize, 1, return x * rsqrt(dot(x, x));)                                            \
+    M(T, T, faceforward, 3, return dot(z, y) < E(0) ? x : -x;)                                     \
+    M(T, T, reflect, 2, return x - E(2) * dot(y, x) * y;)
+
+// Relations of a floating type T; B is bool or the vector of bool of as many lanes (6.2).
+// isnormal compares bits, since a device may compare denormals as zeros.
+#define MSL_RELATIONAL_FUNCTIONS(M, T, I, B)                                                       \
+    M(B, T, isnan, 1, return x != x;)                                                              \
+    M(B, T, isinf, 1, return abs(x) == T(INFINITY);)                                               \
+    M(B, T, isfinite, 1, return abs(x) < T(INFINITY);)                                             \
+    M(B, T, isnormal, 1, I infinite = __builtin_bit_cast(I, T(INFINITY));                          \
+      I exponent = __builtin_bit_cast(I, x) & infinite;                                            \
+      return (exponent != I(0)) & (exponent != infinite);)                                         \
+    M(B, T, isordered, 2, return (x == x) & (y == y);)                                             \
+    M(B, T, isunordered, 2, return (x != x) | (y != y);)                                           \
+    M(B, T, signbit, 1, return __builtin_bit_cast(I, x) < I(0);)
+
+// Integers (6.3). T is the integer type, U the unsigned type of its width and lanes, W its width in
+// bits. Some functions have other bodies for scalars, which are constant expressions, than for
+// vectors.
+#define MSL_INTEGER_SCALAR_FUNCTIONS(M, T, U, W)                                                   \
+    M(constexpr T, T, min, 2, return y < x ? y : x;)                                               \
+    M(constexpr T, T, max, 2, return x < y ? y : x;)                                               \
+    M(constexpr T, T, clamp, 3, return min(max(x, y), z);)                                         \
+    M(constexpr T, T, abs, 1, return x < T(0) ? static_cast<T>(U(0) - U(x)) : x;)                  \
+    M(constexpr U, T, absdiff, 2, return static_cast<U>(x < y ? U(y) - U(x) : U(x) - U(y));)       \
+    M(T, T, rotate, 2, U bits = static_cast<U>(x);                                                 \
+      U left = static_cast<U>(static_cast<U>(y) & (W - 1));                                        \
+      U right = static_cast<U>((W - left) & (W - 1));                                              \
+      return static_cast<T>(static_cast<U>(bits << left) | static_cast<U>(bits >> right));)        \
+    M(T, T, addsat, 2, return __builtin_elementwise_add_sat(vec<T, 2>(x), vec<T, 2>(y)).x;)        \
+    M(T, T, subsat, 2, return __builtin_elementwise_sub_sat(vec<T, 2>(x), vec<T, 2>(y)).x;)        \
+    M(T, T, reverse_bits, 1, return __builtin_elementwise_bitreverse(vec<T, 2>(x)).x;)             \
+    M(T, T, extract_bits, field, uint up = (W - offset - count) & (W - 1);                         \
+      uint down = (W - count) & (W - 1);                                                           \
+      T found = static_cast<T>(static_cast<T>(x << up) >> down);                                   \
+      return count == 0u ? T(0) : found;)                                                          \
+    M(T, T, insert_bits, two_fields,                                                               \
+      U ones = static_cast<U>(static_cast<U>(~U(0)) >> ((W - count) & (W - 1)));                   \
+      U mask = count == 0u ? U(0) : static_cast<U>(ones << (offset & (W - 1)));                    \
+      U moved = static_cast<U>(static_cast<U>(y) << (offset & (W - 1)));                           \
+      return static_cast<T>((static_cast<U>(x) & ~mask) | (moved & mask));)
+#define MSL_INTEGER_VECTOR_FUNCTIONS(M, T, U, W)                                                   \
+    M(T, T, min, 2, return __builtin_elementwise_min(x, y);)                                       \
+    M(T, T, max, 2, return __builtin_elementwise_max(x, y);)                                       \
+    M(T, T, clamp, 3, return min(max(x, y), z);)                                                   \
+    M(T, T, abs, 1, return _magnitude(x);)                                                         \
+    M(U, T, absdiff, 2,                                                                            \
+      return __builtin_bit_cast(U, max(x, y)) - __builtin_bit_cast(U, min(x, y));)                 \
+    M(T, T, rotate, 2, U bits = __builtin_bit_cast(U, x);                                          \
+      U left = __builtin_bit_cast(U, y) & U(W - 1);                                                \
+      U right = (U(W) - left) & U(W - 1);                                                          \
+      return __builtin_bit_cast(T, (bits << left) | (bits >> right));)                             \
+    M(T, T, addsat, 2, return __builtin_elementwise_add_sat(x, y);)                                \
+    M(T, T, subsat, 2, return __builtin_elementwise_sub_sat(x, y);)                                \
+    M(T, T, reverse_bits, 1, return __builtin_elementwise_bitreverse(x);)                          \
+    M(T, T, extract_bits, field, decltype(x.x + 0) up = (W - offset - count) & (W - 1);            \
+      decltype(x.x + 0) down = (W - count) & (W - 1);                                              \
+      T found = (x << T(up)) >> T(down);                                                           \
+      return count == 0u ? T(0) : found;)                                                          \
+    M(T, T, insert_bits, two_fields,                                                               \
+      auto mask = insert_bits(decltype(+x.x + 0ul)(0), ~decltype(+x.x + 0ul)(0), offset, count);   \
+      T ones = T(static_cast<decltype(x.x + 0)>(mask));                                            \
+      return (x & ~ones) | ((y << T(offset & (W - 1))) & ones);)
+
+// Scalars and vectors alike, after the functions above. The means are taken without the sum, from
+// the common bits and half of the others.
+#define MSL_INTEGER_FUNCTIONS(M, T)                                                                \
+    M(constexpr T, T, hadd, 2, return static_cast<T>((x & y) + ((x ^ y) >> 1));)                   \
+    M(constexpr T, T, rhadd, 2, return static_cast<T>((x | y) - ((x ^ y) >> 1));)                  \
+    M(T, T, min3, 3, return min(x, min(y, z));)                                                    \
+    M(T, T, max3, 3, return max(x, max(y, z));)                                                    \
+    M(T, T, median3, 3, return max(min(x, y), min(max(x, y), z));)
+
+// Integers whose vectors take the scalar's body lane by lane; T is a scalar. integer.h has _mulhi
+// and _madsat.
+#define MSL_INTEGER_LANE_FUNCTIONS(M, T, U, W)                                                     \
+    M(T, popcount, 1, return static_cast<T>(__builtin_popcountg(static_cast<U>(x)));)              \
+    M(T, clz, 1, return static_cast<T>(__builtin_clzg(static_cast<U>(x), W));)                     \
+    M(T, ctz, 1, return static_cast<T>(__builtin_ctzg(static_cast<U>(x), W));)                     \
+    M(T, mulhi, 2, return _mulhi(x, y);)                                                           \
+    M(T, madhi, 3, return static_cast<T>(_mulhi(x, y) + z);)                                       \
+    M(T, madsat, 3, return _madsat(x, y, z);)
+
+// Integers of 32 bits and their vectors. Only the low 24 bits of x and y count.
+#define MSL_24_BIT_FUNCTIONS(M, T)                                                                 \
+    M(T, T, mul24, 2, return ((x << 8) >> 8) * ((y << 8) >> 8);)                                   \
+    M(T, T, mad24, 3, return mul24(x, y) + z;)

@@ -1,0 +1,117 @@
+#include "TarnwickMSL/Translation/FrontEnd/Compiler.h"
+
+#include "TarnwickMSL/Translation/FrontEnd/Attributes.h"
+#include "TarnwickMSL/Translation/FrontEnd/LibraryText.h"
+#include "TarnwickMSL/Translation/FrontEnd/Warnings.h"
+
+#include <clang/Frontend/CompilerInvocation.h>
+#include <clang/Lex/PreprocessorOptions.h>
+
+namespace tarnwick::msl {
+
+// The library's other headers: all of it comes with metal_stdlib.
+static constexpr const char* otherHeaders[] = {
+    "metal_math",        "metal_common",    "metal_geometric",       "metal_relational",
+    "metal_integer",     "metal_matrix",    "metal_texture",         "metal_atomic",
+    "metal_compute",     "metal_graphics",  "metal_types",           "metal_pack",
+    "metal_array",       "metal_simdgroup", "metal_limits",          "metal_numeric",
+    "metal_assert",      "metal_config",    "metal_extended_vector", "metal_packed_vector",
+    "metal_type_traits", "metal_utility",   "metal_quadgroup",       "simd/simd.h",
+    "metal_stdlib.h"};
+
+FileSystem fileSystem(std::string_view precompiled) {
+    FileSystem files = new llvm::vfs::InMemoryFileSystem;
+    auto add = [&](const std::string& path, std::string_view text) {
+        files->addFile(path, 0, llvm::MemoryBuffer::getMemBuffer(text, path, false));
+    };
+    for (const LibraryFile& file : libraryFiles())
+        add(std::string(libraryFolder) + std::string(file.name), file.text);
+    for (const char* header : otherHeaders)
+        add(std::string(libraryFolder) + header, "#include <metal_stdlib>\n");
+    add(prefixFile, "#include <metal_stdlib>\n");
+    if (!precompiled.empty())
+        add(precompiledFile, precompiled);
+    return files;
+}
+
+std::vector<const char*> compilerOptions() {
+    return {"-triple",
+            "spir-unknown-unknown",
+            "-x",
+            "c++",
+            "-std=c++17",
+            "-O2",
+            "-disable-llvm-passes",
+            "-disable-lifetime-markers",
+            "-relaxed-aliasing",
+            "-disable-free",
+            "-fno-rtti",
+            "-ffreestanding",
+            "-fno-builtin",
+            "-fdeclspec",
+            "-fno-threadsafe-statics",
+            "-cl-single-precision-constant",
+            "-fnative-half-type",
+            "-fnative-half-arguments-and-returns",
+            "-fno-signed-zeros",
+            "-freciprocal-math",
+            "-fapprox-func",
+            "-ffp-contract=fast",
+            "-fexperimental-strict-floating-point", // else float_control is ignored here
+            "-fgnuc-version=0",
+            "-fpreserve-vec3-type",
+            "-fpch-instantiate-templates",
+            "-nostdsysteminc",
+            "-nobuiltininc",
+            "-internal-isystem",
+            "/metal",
+            "-ferror-limit",
+            "20",
+            "-Wno-c++11-narrowing",
+            "-Wno-duplicate-decl-specifier",
+            "-Wno-ignored-attributes",
+            "-Wno-undefined-internal",
+            "-Wno-undefined-inline",
+            "-Wno-unused-value",
+            "-Wno-literal-conversion",
+            "-Wno-pragma-once-outside-header",
+            "-D__METAL__=1",
+            "-D__METAL_VERSION__=310",
+            "-DMETAL_INTERNAL_STD_VERSION=310",
+            "-D__HAVE_NATIVE_DOUBLE__=0"};
+}
+
+Compiler::Compiler(Work work, FileSystem files, std::string& text, std::string moreWarningsIn)
+    : out(text),
+      messages(out, work == Work::library ? Messages::About::library : Messages::About::program,
+               moreWarningsIn),
+      instance(std::make_shared<clang::PCHContainerOperations>()) {
+    registerAttributes();
+    instance.setVerboseOutputStream(out);
+    clang::IgnoringDiagConsumer nobody;
+    clang::DiagnosticsEngine ignored(new clang::DiagnosticIDs, new clang::DiagnosticOptions,
+                                     &nobody, false);
+    std::vector<const char*> options = compilerOptions();
+    if (!moreWarningsIn.empty())
+        options.insert(options.end(), moreWarnings.begin(), moreWarnings.end());
+    clang::CompilerInvocation::CreateFromArgs(instance.getInvocation(), options, ignored);
+    instance.createDiagnostics(&messages, false);
+    instance.getLangOpts().Half = 1;
+    instance.getFrontendOpts().DisableFree = 0;
+    clang::PreprocessorOptions& preprocessing = instance.getPreprocessorOpts();
+    preprocessing.DisablePCHOrModuleValidation = clang::DisableValidationForModuleKind::All;
+    if (work == Work::program)
+        preprocessing.ImplicitPCHInclude = precompiledFile;
+    instance.createFileManager(std::move(files));
+}
+
+void Compiler::keepPlaces() {
+    instance.getCodeGenOpts().setDebugInfo(llvm::codegenoptions::LocTrackingOnly);
+}
+
+bool Compiler::execute(clang::FrontendAction& action, clang::FrontendInputFile input) {
+    instance.getFrontendOpts().Inputs = {std::move(input)};
+    return instance.ExecuteAction(action);
+}
+
+} // namespace tarnwick::msl

@@ -1,0 +1,48 @@
+// Clang, set up for this language: its options, the files that it sees, its messages.
+#pragma once
+
+#include "TarnwickMSL/Translation/FrontEnd/Messages.h"
+
+#include <clang/Frontend/CompilerInstance.h>
+#include <clang/Frontend/FrontendAction.h>
+#include <clang/Frontend/FrontendOptions.h>
+#include <llvm/Support/VirtualFileSystem.h>
+#include <llvm/Support/raw_ostream.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnwick::msl {
+
+using FileSystem = llvm::IntrusiveRefCntPtr<llvm::vfs::InMemoryFileSystem>;
+
+// The file that includes the whole library, and the name of its precompiled form.
+inline constexpr const char* prefixFile = "/metal/prefix.h";
+inline constexpr const char* precompiledFile = "/metal/metal.pch";
+
+// The library's files in memory. `precompiled` is not copied.
+FileSystem fileSystem(std::string_view precompiled = {});
+
+// The same for the library and the programs, as a precompiled header requires.
+std::vector<const char*> compilerOptions();
+
+// One run of Clang over one input.
+class Compiler {
+  public:
+    enum class Work { library, program };
+    // Messages are appended to `text`.
+    Compiler(Work work, FileSystem files, std::string& text, std::string moreWarningsIn = {});
+
+    // Instructions keep their lines (Places::kept).
+    void keepPlaces();
+    // False if there were errors.
+    bool execute(clang::FrontendAction& action, clang::FrontendInputFile input);
+
+  private:
+    llvm::raw_string_ostream out;
+    Messages messages;
+    clang::CompilerInstance instance;
+};
+
+} // namespace tarnwick::msl
