@@ -1,6 +1,5 @@
 #include "TarnwickRender/VideoExporter.h"
 
-#include "TarnwickBase/Precondition.h"
 #include "TarnwickRender/Movies/MovieFrames.h"
 #include "TarnwickRender/Movies/MovieSound.h"
 
@@ -20,23 +19,6 @@ constexpr double alphaQuality = 0.9;
 
 [[noreturn]] void writingFailed(const std::string& reason) {
     throw ExportError(ExportError::Writer{reason});
-}
-
-MovieCodec movieCodec(VideoCodec codec) {
-    switch (codec) {
-    case VideoCodec::h264:
-        return MovieCodec::h264;
-    case VideoCodec::hevc:
-        return MovieCodec::hevc;
-    case VideoCodec::prores422:
-        return MovieCodec::prores422HQ;
-    case VideoCodec::prores4444:
-        return MovieCodec::prores4444;
-    case VideoCodec::hevcAlpha:
-        return MovieCodec::hevcWithAlpha;
-    }
-    precondition(false, "A codec is one of the enumeration.");
-    std::abort();
 }
 
 void checkSoundRate(std::int64_t fps) {
@@ -79,8 +61,7 @@ Tracks startedTracks(const ExportTimeline& timeline, const ExportPreset& preset,
     std::error_code ignored; // the writer says it where the file is in its way
     std::filesystem::remove(file, ignored);
     Tracks tracks;
-    tracks.writer = details.makeWriter(file, isQuickTime(preset.codec) ? MovieFileType::quickTime
-                                                                       : MovieFileType::mpeg4);
+    tracks.writer = details.makeWriter(file, videoCodecRow(preset.codec).fileType);
     tracks.video = tracks.writer->add(settings);
     if (tracks.video == nullptr)
         cannotStart("the writer rejected the video settings");
@@ -200,7 +181,7 @@ std::int64_t VideoExporter::frameCount(std::span<const ExportSegment> segments, 
 }
 
 VideoSettings VideoExporter::videoSettings(const ExportPreset& preset) {
-    return {.codec = movieCodec(preset.codec),
+    return {.codec = preset.codec,
             .width = preset.width,
             .height = preset.height,
             .framesPerSecond = preset.fps,
@@ -226,7 +207,7 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
     MovieFrames movie(timeline, device, *size);
     const auto textures =
         PixelBufferTextures::make(device, preset.width, preset.height,
-                                  encoderFormat(settings.codec), details.colorConversion);
+                                  videoCodecRow(settings.codec).pixelFormat, details.colorConversion);
     if (!textures)
         cannotStart("no texture cache");
     movie.makeLoopTextures();

@@ -42,7 +42,7 @@ Movie::Movie(gpu::Device& device, const ExportCase& one)
         ShaderProgram::compile(fileText(one.episode), device, ShaderProgram::pixelFormat);
     segment_.duration = static_cast<double>(one.frames) / static_cast<double>(preset.fps);
     timeline_ = ExportTimeline::of({&segment_, 1}, preset.fps);
-    const PixelFormat format = encoderFormat(settings_.codec);
+    const PixelFormat format = videoCodecRow(settings_.codec).pixelFormat;
     textures_ = PixelBufferTextures::make(device, preset.width, preset.height, format,
                                           ColorConversionPlace::chosen);
     if (!textures_)

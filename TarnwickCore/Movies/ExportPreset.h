@@ -1,7 +1,7 @@
 // The formats that a movie can be exported in, by name.
 #pragma once
 
-#include "TarnwickCore/Movies/VideoCodec.h"
+#include "TarnwickPlatform/Codecs/VideoCodec.h"
 
 #include <cstdint>
 #include <optional>
@@ -21,19 +21,23 @@ struct ExportPreset {
 
     bool operator==(const ExportPreset&) const = default;
 
-    // "mov" or "mp4".
-    std::string_view fileExtension() const { return isQuickTime(codec) ? "mov" : "mp4"; }
-    // A copy with another bit rate, whatever its value.
+    // Of the codec's files, without a dot: "mov" or "mp4".
+    std::string_view fileExtension() const {
+        return endingOf(fileKind(videoCodecRow(codec).fileType)).substr(1);
+    }
+    // A copy with another bit rate, which is not checked.
     ExportPreset withBitrate(std::int64_t other) const;
 
     // Everyday formats.
     static const ExportPreset main4K, web, preview, site, square, vertical;
     // High-end formats.
     static const ExportPreset prores422, prores4444, hevcAlpha, uhd120, fiveK;
-    static std::span<const ExportPreset> all(); // the everyday ones, in that order
-    static std::span<const ExportPreset> pro(); // the high-end ones, in that order
+    // All of each group, in the order of the tables in the source; a preset that no code names is a
+    // row there and nothing else.
+    static std::span<const ExportPreset> all(); // everyday
+    static std::span<const ExportPreset> pro(); // high-end
 
-    // The preset whose id is exactly that.
+    // The preset with exactly this id.
     static std::optional<ExportPreset> named(std::string_view id);
 };
 

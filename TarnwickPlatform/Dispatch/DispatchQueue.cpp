@@ -19,7 +19,7 @@ DispatchQueue::DispatchQueue() : context_(std::make_shared<DispatchContext>()) {
 
 DispatchQueue::~DispatchQueue() {
     precondition(std::this_thread::get_id() != thread_.get_id(),
-                 "A queue's work cannot wait for the end of that same work.");
+                 "a queue is not destroyed by its own work, for which it would wait");
     asio::post(context_->io, [&io = context_->io] { io.stop(); });
     thread_.join();
 }
@@ -30,7 +30,7 @@ void DispatchQueue::async(std::function<void()> work) {
 
 void DispatchQueue::sync(const std::function<void()>& work) {
     precondition(std::this_thread::get_id() != thread_.get_id(),
-                 "A queue's work cannot wait for work behind it.");
+                 "sync is not called by the queue's own work, behind which it would wait");
     std::promise<void> done;
     asio::post(context_->io, [&] {
         work();

@@ -18,7 +18,7 @@ using Clock = asio::steady_timer::clock_type;
 constexpr double shortest = 0.001, longest = 1e9; // seconds; the clock counts to about 9 * 10^9
 
 Clock::duration durationOf(double seconds) {
-    precondition(!std::isnan(seconds), "A timer's interval is a number.");
+    precondition(!std::isnan(seconds), "a timer's interval is not NaN");
     return std::chrono::duration_cast<Clock::duration>(
         std::chrono::duration<double>(std::clamp(seconds, shortest, longest)));
 }

@@ -182,7 +182,10 @@ void convertTo444(const Rows& pixels, const Rows& converted) {
 void convertColors(const PixelBuffer& pixels, const PixelBuffer& converted) {
     precondition(pixels.format() == PixelFormat::bgra && pixels.width() == converted.width() &&
                      pixels.height() == converted.height(),
-                 "Colours are converted from pixels to a picture of the same size.");
+                 "colours are converted from bgra to a picture of the same size", "format",
+                 static_cast<int>(pixels.format()), "width", pixels.width(), "height",
+                 pixels.height(), "converted width", converted.width(), "converted height",
+                 converted.height());
     switch (converted.format()) {
     case PixelFormat::ycbcr420:
     case PixelFormat::ycbcra420:
@@ -194,7 +197,8 @@ void convertColors(const PixelBuffer& pixels, const PixelBuffer& converted) {
     case PixelFormat::bgra:
         break;
     }
-    precondition(false, "Colours are converted to Y'CbCr.");
+    precondition(false, "colours are converted to Y'CbCr", "format",
+                 static_cast<int>(converted.format()));
 }
 
 } // namespace tarnwick

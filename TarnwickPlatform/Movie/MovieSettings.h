@@ -1,6 +1,7 @@
 // What a movie's tracks are to be.
 #pragma once
 
+#include "TarnwickPlatform/Codecs/VideoCodec.h"
 #include "TarnwickPlatform/Movie/PixelBuffer.h"
 
 #include <cstdint>
@@ -8,12 +9,6 @@
 #include <string>
 
 namespace tarnwick {
-
-enum class MovieFileType { quickTime, mpeg4 };
-
-// H.264 High; HEVC Main, tagged hvc1; ProRes 422 HQ; ProRes 4444 with 16 bits of alpha; HEVC Main
-// with alpha as an auxiliary layer. The ProRes codecs go into QuickTime movies only.
-enum class MovieCodec { h264, hevc, prores422HQ, prores4444, hevcWithAlpha };
 
 enum class AlphaKind { straight, premultiplied };
 
@@ -24,7 +19,7 @@ enum class EncodingSpeed { usual, quick };
 // A picture track: Y'CbCr of Rec. ITU-R BT.709 (primaries, transfer function, matrix) in video
 // range, 8 bits a component, 10 for the ProRes codecs.
 struct VideoSettings {
-    MovieCodec codec = MovieCodec::h264;
+    VideoCodec codec = VideoCodec::h264;
     // Pixels, [16, 16384], HEVC: at least 50 x 32. The width is even for all codecs but ProRes
     // 4444, the height for H.264 and HEVC, whose chroma has half of it.
     std::int64_t width = 0;
@@ -43,11 +38,6 @@ struct VideoSettings {
     std::int64_t framesInHand = 4; // buffers that the caller may hold besides those appended
     PixelAllocator allocate{};     // the memory of the pool's buffers; the heap's where it is empty
 };
-
-bool isProRes(MovieCodec codec);
-
-// The format in which `codec`'s encoder takes pictures.
-PixelFormat encoderFormat(MovieCodec codec);
 
 // Frames of a stretch: every stretch begins with a key frame and an encoder that knows nothing of
 // the frames before, so that a part of a movie that begins where a stretch does, and is written on

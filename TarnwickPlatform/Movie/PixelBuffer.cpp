@@ -1,7 +1,5 @@
 #include "TarnwickPlatform/Movie/PixelBuffer.h"
 
-#include "TarnwickBase/Precondition.h"
-
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
@@ -10,13 +8,6 @@
 namespace tarnwick {
 
 namespace {
-
-constexpr std::array<PlaneShape, 1> bgraPlanes{{{.bytesPerSample = 4}}};
-constexpr std::array<PlaneShape, 3> ycbcr420Planes{{{1, 1, 1}, {1, 2, 2}, {1, 2, 2}}};
-constexpr std::array<PlaneShape, 3> ycbcr422x10Planes{{{2, 1, 1}, {2, 2, 1}, {2, 2, 1}}};
-constexpr std::array<PlaneShape, 4> ycbcra444x10Planes{
-    {{2, 1, 1}, {2, 1, 1}, {2, 1, 1}, {2, 1, 1}}};
-constexpr std::array<PlaneShape, 4> ycbcra420Planes{{{1, 1, 1}, {1, 2, 2}, {1, 2, 2}, {1, 1, 1}}};
 
 std::int64_t roundedUp(std::int64_t value, std::int64_t step) {
     return (value + step - 1) / step * step;
@@ -33,23 +24,6 @@ std::optional<PixelMemory> fromHeap(std::size_t bytes) {
 }
 
 } // namespace
-
-std::span<const PlaneShape> planeShapes(PixelFormat format) {
-    switch (format) {
-    case PixelFormat::bgra:
-        return bgraPlanes;
-    case PixelFormat::ycbcr420:
-        return ycbcr420Planes;
-    case PixelFormat::ycbcr422x10:
-        return ycbcr422x10Planes;
-    case PixelFormat::ycbcra444x10:
-        return ycbcra444x10Planes;
-    case PixelFormat::ycbcra420:
-        return ycbcra420Planes;
-    }
-    precondition(false, "A pixel format is one of the enumeration's.");
-    return {};
-}
 
 PixelLayout pixelLayout(PixelFormat format, std::int64_t width, std::int64_t height) {
     PixelLayout layout;

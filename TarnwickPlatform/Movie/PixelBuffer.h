@@ -1,35 +1,16 @@
 // Pictures on their way into a movie, and pools that use their memory again.
 #pragma once
 
+#include "TarnwickPlatform/Codecs/PixelFormat.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
-#include <span>
 
 namespace tarnwick {
-
-// How a picture lies in memory. Components of 10 bits are 16-bit words in the machine's order, the
-// value in the low bits. Planes stand in the order Y', Cb, Cr, alpha. Alpha is in full range; a
-// 10-bit one is the 8-bit one with its two upper bits repeated below.
-enum class PixelFormat {
-    bgra,         // one plane, 4 bytes a pixel: blue, green, red, alpha, each in full range
-    ycbcr420,     // 8 bits; chroma of half the width and height
-    ycbcr422x10,  // 10 bits; chroma of half the width
-    ycbcra444x10, // 10 bits; all planes of full size
-    ycbcra420,    // 8 bits; chroma of half the width and height; alpha of full size
-};
-
-// One plane of a format: its samples' size and how it is reduced against the picture.
-struct PlaneShape {
-    std::int64_t bytesPerSample = 1; // of the whole pixel in bgra
-    std::int64_t across = 1;         // pixels of the picture a sample, horizontally
-    std::int64_t down = 1;           // vertically
-};
-
-std::span<const PlaneShape> planeShapes(PixelFormat format);
 
 // Where the planes of a picture lie in one piece of memory: from the top row down.
 struct PixelLayout {

@@ -69,7 +69,9 @@ bool compress(const Picture& picture, int quality, Compressed& result) {
 std::string jpegOf(const Picture& picture, int quality) {
     precondition(picture.bytesPerRow >= std::size_t{4} * picture.width &&
                      picture.bytes.size() >= picture.bytesPerRow * picture.height,
-                 "A picture holds the rows that it says it has.");
+                 "a picture's bytes hold all of its rows", "width", picture.width, "height",
+                 picture.height, "bytes per row", picture.bytesPerRow, "bytes",
+                 picture.bytes.size());
     Compressed result;
     if (!compress(picture, quality, result))
         return "";

@@ -59,7 +59,9 @@ void copyStraight(std::uint8_t* to, const std::uint8_t* from) {
 std::string pngOf(const Picture& picture, PictureAlpha alpha) {
     precondition(picture.bytesPerRow >= std::size_t{4} * picture.width &&
                      picture.bytes.size() >= picture.bytesPerRow * picture.height,
-                 "A picture holds the rows that it says it has.");
+                 "a picture's bytes hold all of its rows", "width", picture.width, "height",
+                 picture.height, "bytes per row", picture.bytesPerRow, "bytes",
+                 picture.bytes.size());
     if (picture.width == 0 || picture.height == 0)
         throw PictureError("A picture without pixels cannot be written.");
     Image image;

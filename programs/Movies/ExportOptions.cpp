@@ -1,7 +1,7 @@
 #include "programs/Movies/ExportOptions.h"
 
 #include "TarnwickCore/Text/Numbers.h"
-#include "TarnwickPlatform/Movie/SettingsFault.h"
+#include "TarnwickPlatform/Movie/SettingsError.h"
 #include "TarnwickRender/VideoExporter.h"
 #include "programs/CommandLine/CommandError.h"
 #include "programs/Episode/EpisodeSound.h"
@@ -28,7 +28,7 @@ void readBitrate(ExportPreset& preset, const Arguments& arguments) {
     const auto given = arguments.value("--bitrate");
     if (!given)
         return;
-    if (isProRes(preset.codec))
+    if (videoCodecRow(preset.codec).isIntraOnly)
         misuse("The preset " + std::string(preset.id) + " takes no --bitrate.");
     const std::optional<std::int64_t> bitrate = integerOf(*given);
     if (!bitrate || *bitrate < leastBitrate || *bitrate > mostBitrate)
@@ -70,14 +70,12 @@ MovieTarget movieTargetOf(const Arguments& arguments) {
     const bool isDraft = arguments.has(draftOption.name);
     if (isDraft)
         makeDraft(preset, arguments.has(bitrateOption.name));
-    const bool isMov = isQuickTime(preset.codec);
-    if (const auto fault = settingsFault(VideoExporter::videoSettings(preset),
-                                         isMov ? MovieFileType::quickTime : MovieFileType::mpeg4))
-        misuse(*fault);
-    const FileKind kind = isMov ? FileKind::quickTimeMovie : FileKind::mpeg4Movie;
+    const MovieFileType type = videoCodecRow(preset.codec).fileType;
+    if (const auto error = settingsError(VideoExporter::videoSettings(preset), type))
+        misuse(*error);
     return {.preset = preset,
             .speed = isDraft ? EncodingSpeed::quick : EncodingSpeed::usual,
-            .out = Output::wanted(arguments, kind, "The preset " + std::string(preset.id))};
+            .out = Output::wanted(arguments, fileKind(type), "The preset " + std::string(preset.id))};
 }
 
 bool exportSoundOf(const Arguments& arguments, std::string_view episode, std::string_view path) {

@@ -81,7 +81,7 @@ INSTANTIATE_TEST_SUITE_P(All, ColorConversion,
                                          PixelFormat::ycbcra444x10, PixelFormat::ycbcra420));
 
 TEST_P(ColorConversion, roundsTheDefinitionToTheNearestCode) {
-    VideoSettings settings = smallVideo(MovieCodec::h264);
+    VideoSettings settings = smallVideo(VideoCodec::h264);
     settings.width = 254; // not a whole number of the processor's vectors
     settings.height = 66;
     for (const Content content : {Content::noise, Content::moving, Content::corners}) {

@@ -99,7 +99,7 @@ TEST(DispatchTimer, takesAnyNumberForAnInterval) {
     EXPECT_TRUE(eventually([&] { return often >= 10; }));
     EXPECT_EQ(never, 0);
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_DEATH(DispatchTimer(queue, std::numeric_limits<double>::quiet_NaN(), [] {}), "number");
+    EXPECT_DEATH(DispatchTimer(queue, std::numeric_limits<double>::quiet_NaN(), [] {}), "NaN");
 }
 
 TEST(DispatchTimer, mayEndInItsOwnCall) {

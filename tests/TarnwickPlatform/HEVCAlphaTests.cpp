@@ -28,12 +28,18 @@ constexpr std::int64_t width = 98, height = 66; // neither is a multiple of the 
 constexpr std::int64_t frames = 11, interval = 4;
 
 VideoSettings settings() {
-    return {.codec = MovieCodec::hevcWithAlpha,
+    return {.codec = VideoCodec::hevcAlpha,
             .width = width,
             .height = height,
             .framesPerSecond = 30,
             .averageBitRate = 2'000'000,
             .maxKeyFrameInterval = interval};
+}
+
+// One of the two encoders of HEVC with alpha, with options of the test's.
+std::unique_ptr<LibavEncoder> makeHEVCEncoder(VideoSettings settings, const std::string& options) {
+    settings.codec = VideoCodec::hevc;
+    return std::make_unique<LibavEncoder>(settings, options);
 }
 
 // A sample of a plane at a place of the picture in pixels, [0, 255].

@@ -30,16 +30,13 @@ std::vector<float> tone(std::int64_t samples) {
     return values;
 }
 
-class JoinedMovie : public testing::TestWithParam<MovieCodec> {};
+class JoinedMovie : public testing::TestWithParam<VideoCodecRow> {};
 
-INSTANTIATE_TEST_SUITE_P(All, JoinedMovie,
-                         testing::Values(MovieCodec::h264, MovieCodec::hevc,
-                                         MovieCodec::prores422HQ, MovieCodec::prores4444,
-                                         MovieCodec::hevcWithAlpha));
+INSTANTIATE_TEST_SUITE_P(All, JoinedMovie, testing::ValuesIn(videoCodecRows));
 
 TEST_P(JoinedMovie, isTheMovieWrittenInOneGo) {
     const TemporaryFolder folder;
-    const VideoSettings video = smallVideo(GetParam());
+    const VideoSettings video = smallVideo(GetParam().codec);
     const std::vector<float> sound = tone(25 * 4800);
     const std::vector<MovieChapter> chapters{{0, "First"}, {7.5, "Second"}};
     writeMovie(folder.path() / "whole",
@@ -71,7 +68,8 @@ std::vector<std::vector<std::byte>> encoded(const VideoSettings& video,
     StretchEncoder encoder(video, patience);
     for (std::int64_t frame = 0; frame < 250; ++frame) {
         auto picture =
-            PixelBufferPool(encoderFormat(video.codec), video.width, video.height, 1).take();
+            PixelBufferPool(videoCodecRow(video.codec).pixelFormat, video.width, video.height, 1)
+                .take();
         convertColors(*drawnPicture(video, frame), *picture);
         encoder.encode(std::move(picture), frame, keep);
     }
@@ -80,7 +78,7 @@ std::vector<std::vector<std::byte>> encoded(const VideoSettings& video,
 }
 
 TEST(StretchEncoder, givesTheSamePacketsWhileStretchesOverlap) {
-    const VideoSettings video = smallVideo(MovieCodec::h264);
+    const VideoSettings video = smallVideo(VideoCodec::h264);
     const auto overlapping = encoded(video, std::chrono::seconds(-1));
     EXPECT_EQ(overlapping.size(), 250U);
     EXPECT_TRUE(overlapping == encoded(video, StretchEncoder::usualPatience));
@@ -98,7 +96,7 @@ std::string whyJoiningFails(const std::vector<std::filesystem::path>& parts,
 
 TEST(JoinMovies, saysWhichPartDoesNotFit) {
     const TemporaryFolder folder;
-    const VideoSettings video = smallVideo(MovieCodec::h264);
+    const VideoSettings video = smallVideo(VideoCodec::h264);
     VideoSettings wider = video;
     wider.width = 80;
     writeMovie(folder.path() / "1", {.video = video, .frames = 100});

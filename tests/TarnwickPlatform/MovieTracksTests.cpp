@@ -37,7 +37,7 @@ double likeness(const std::vector<int>& given, const std::vector<int>& decoded, 
 }
 
 struct CodecRow {
-    MovieCodec codec;
+    VideoCodec codec;
     int bits;
     int moreBits; // that libavcodec decodes to
     double decibels;
@@ -46,10 +46,10 @@ struct CodecRow {
 class MovieTrack : public testing::TestWithParam<CodecRow> {};
 
 INSTANTIATE_TEST_SUITE_P(All, MovieTrack,
-                         testing::Values(CodecRow{MovieCodec::h264, 8, 0, 40},
-                                         CodecRow{MovieCodec::hevc, 8, 0, 40},
-                                         CodecRow{MovieCodec::prores422HQ, 10, 0, 50},
-                                         CodecRow{MovieCodec::prores4444, 10, 2, 50}));
+                         testing::Values(CodecRow{VideoCodec::h264, 8, 0, 40},
+                                         CodecRow{VideoCodec::hevc, 8, 0, 40},
+                                         CodecRow{VideoCodec::prores422, 10, 0, 50},
+                                         CodecRow{VideoCodec::prores4444, 10, 2, 50}));
 
 TEST_P(MovieTrack, showsEachPictureAtItsTime) {
     const TemporaryFolder folder;
@@ -57,7 +57,7 @@ TEST_P(MovieTrack, showsEachPictureAtItsTime) {
     writeMovie(folder.path() / "movie", {.video = video, .frames = 45});
     const std::vector<DecodedPicture> decoded = decodedPictures(folder.path() / "movie");
     ASSERT_EQ(decoded.size(), 45U);
-    const auto given = PixelBufferPool(encoderFormat(video.codec), 64, 48, 1).take();
+    const auto given = PixelBufferPool(videoCodecRow(video.codec).pixelFormat, 64, 48, 1).take();
     for (std::size_t i = 0; i < decoded.size(); ++i) {
         EXPECT_NEAR(decoded[i].seconds, static_cast<double>(i) / 10, 1e-9);
         EXPECT_TRUE(decoded[i].isBT709);
@@ -85,7 +85,7 @@ TEST_P(MovieTrack, saysItsColoursInFrontOfItsData) {
 
 TEST(MovieTracks, keepAlphaAsItWas) {
     const TemporaryFolder folder;
-    const VideoSettings video = smallVideo(MovieCodec::prores4444);
+    const VideoSettings video = smallVideo(VideoCodec::prores4444);
     writeMovie(folder.path() / "movie", {.video = video, .frames = 2, .content = Content::noise});
     const std::vector<int> decoded = decodedPictures(folder.path() / "movie").at(1).planes.at(3);
     const auto drawn = drawnPicture(video, 1, Content::noise);
@@ -99,9 +99,9 @@ TEST(MovieTracks, keepAlphaAsItWas) {
         }
 }
 
-class RatedTrack : public testing::TestWithParam<MovieCodec> {};
+class RatedTrack : public testing::TestWithParam<VideoCodec> {};
 
-INSTANTIATE_TEST_SUITE_P(All, RatedTrack, testing::Values(MovieCodec::h264, MovieCodec::hevc));
+INSTANTIATE_TEST_SUITE_P(All, RatedTrack, testing::Values(VideoCodec::h264, VideoCodec::hevc));
 
 TEST_P(RatedTrack, keepsToItsBitRateAndKeyFrames) {
     const TemporaryFolder folder;
@@ -144,7 +144,7 @@ TEST(MovieTracks, soundBeginsAtItsFirstSample) {
         std::vector<float> samples(2 * 30'000);
         samples[2 * click] = samples[2 * click + 1] = 0.9F;
         for (const SoundOrder order : {SoundOrder::beforePictures, SoundOrder::afterPictures}) {
-            writeMovie(folder.path() / "movie", {.video = smallVideo(MovieCodec::h264),
+            writeMovie(folder.path() / "movie", {.video = smallVideo(VideoCodec::h264),
                                                  .frames = 6,
                                                  .samples = samples,
                                                  .order = order});

@@ -8,25 +8,25 @@ namespace {
 
 TEST(MovieWriter, saysWhyATrackCannotBeAdded) {
     auto writer = MovieWriter::make("/nonexistent/movie.mp4", MovieFileType::mpeg4);
-    VideoSettings odd = smallVideo(MovieCodec::h264);
+    VideoSettings odd = smallVideo(VideoCodec::h264);
     odd.width = 63;
     EXPECT_EQ(writer->add(odd), nullptr);
     EXPECT_EQ(writer->errorText(),
               "This codec takes pictures of an even width and height, not 63 x 48.");
-    for (const auto codec : {MovieCodec::hevc, MovieCodec::hevcWithAlpha}) {
+    for (const auto codec : {VideoCodec::hevc, VideoCodec::hevcAlpha}) {
         VideoSettings narrow = smallVideo(codec);
         narrow.width = 48;
         EXPECT_EQ(writer->add(narrow), nullptr);
-        EXPECT_EQ(writer->errorText(), "An HEVC movie has at least 50 x 32 pixels, not 48 x 48.");
+        EXPECT_EQ(writer->errorText(), "A movie in HEVC has at least 50 x 32 pixels, not 48 x 48.");
     }
-    EXPECT_EQ(writer->add(smallVideo(MovieCodec::prores4444)), nullptr);
+    EXPECT_EQ(writer->add(smallVideo(VideoCodec::prores4444)), nullptr);
     EXPECT_EQ(writer->errorText(), "ProRes goes into QuickTime movies only.");
     EXPECT_EQ(writer->status(), MovieWriterStatus::unknown);
 }
 
 TEST(MovieWriter, failsWithTheSystemsWordsWhereTheFileCannotBeMade) {
     auto writer = MovieWriter::make("/nonexistent/movie.mp4", MovieFileType::mpeg4);
-    ASSERT_NE(writer->add(smallVideo(MovieCodec::h264)), nullptr);
+    ASSERT_NE(writer->add(smallVideo(VideoCodec::h264)), nullptr);
     EXPECT_FALSE(writer->startWriting());
     EXPECT_EQ(writer->status(), MovieWriterStatus::failed);
     EXPECT_EQ(writer->errorText(), "No such file or directory");
@@ -35,7 +35,7 @@ TEST(MovieWriter, failsWithTheSystemsWordsWhereTheFileCannotBeMade) {
 // A device that is always full, written without its disk's own words being lost.
 TEST(MovieWriter, saysThatTheDiskIsFull) {
     auto writer = MovieWriter::make("/dev/full", MovieFileType::quickTime);
-    const VideoSettings settings = smallVideo(MovieCodec::prores4444);
+    const VideoSettings settings = smallVideo(VideoCodec::prores4444);
     VideoInput* video = writer->add(settings);
     ASSERT_TRUE(writer->startWriting());
     writer->startSession({0, 10});
@@ -51,7 +51,7 @@ TEST(MovieWriter, saysThatTheDiskIsFull) {
 TEST(MovieWriter, isReadyWhileItsQueueHasRoomAndMoreMayCome) {
     const TemporaryFolder folder;
     auto writer = MovieWriter::make(folder.path() / "movie", MovieFileType::mpeg4);
-    const VideoSettings settings = smallVideo(MovieCodec::h264);
+    const VideoSettings settings = smallVideo(VideoCodec::h264);
     VideoInput* video = writer->add(settings);
     EXPECT_EQ(video->pixelBufferPool(), nullptr);
     ASSERT_TRUE(writer->startWriting());
@@ -69,7 +69,7 @@ TEST(MovieWriter, isReadyWhileItsQueueHasRoomAndMoreMayCome) {
     EXPECT_NE(video->pixelBufferPool()->take(), nullptr);
 
     const auto picture = drawnPicture(settings, 0);
-    EXPECT_FALSE(video->append(drawnPicture(smallVideo(MovieCodec::h264), 0), {0, 30}));
+    EXPECT_FALSE(video->append(drawnPicture(smallVideo(VideoCodec::h264), 0), {0, 30}));
     EXPECT_EQ(writer->status(), MovieWriterStatus::failed);
     EXPECT_FALSE(video->isReadyForMoreMediaData());
     EXPECT_FALSE(video->append(picture, {0, 10}));
@@ -77,7 +77,7 @@ TEST(MovieWriter, isReadyWhileItsQueueHasRoomAndMoreMayCome) {
 
 TEST(MovieWriter, takesPicturesThatWereConvertedElsewhere) {
     const TemporaryFolder folder;
-    VideoSettings settings = smallVideo(MovieCodec::h264);
+    VideoSettings settings = smallVideo(VideoCodec::h264);
     writeMovie(folder.path() / "pixels", {.video = settings, .frames = 40});
     settings.source = VideoSettings::Source::converted;
     writeMovie(folder.path() / "converted", {.video = settings, .frames = 40});
@@ -88,7 +88,7 @@ TEST(MovieWriter, stopsWhenItIsCancelled) {
     const TemporaryFolder folder;
     for (const bool destroyed : {false, true}) {
         auto writer = MovieWriter::make(folder.path() / "movie", MovieFileType::mpeg4);
-        const VideoSettings settings = smallVideo(MovieCodec::hevc);
+        const VideoSettings settings = smallVideo(VideoCodec::hevc);
         VideoInput* video = writer->add(settings);
         ASSERT_TRUE(writer->startWriting());
         writer->startSession({0, 10});
@@ -110,8 +110,8 @@ TEST(MovieWriter, stopsWhenItIsCancelled) {
 TEST(MovieWriter, failsWithoutPictures) {
     const TemporaryFolder folder;
     auto writer = MovieWriter::make(folder.path() / "movie", MovieFileType::mpeg4);
-    ASSERT_NE(writer->add(smallVideo(MovieCodec::h264)), nullptr);
-    EXPECT_EQ(writer->add(smallVideo(MovieCodec::h264)), nullptr);
+    ASSERT_NE(writer->add(smallVideo(VideoCodec::h264)), nullptr);
+    EXPECT_EQ(writer->add(smallVideo(VideoCodec::h264)), nullptr);
     EXPECT_EQ(writer->errorText(), "The movie has such a track already.");
     ASSERT_TRUE(writer->startWriting());
     writer->startSession({0, 10});
@@ -123,7 +123,7 @@ TEST(MovieWriter, failsWithoutPictures) {
 TEST(MovieWriter, beginsPartsWhereStretchesDo) {
     const TemporaryFolder folder;
     auto writer = MovieWriter::make(folder.path() / "movie", MovieFileType::mpeg4);
-    ASSERT_NE(writer->add(smallVideo(MovieCodec::h264)), nullptr);
+    ASSERT_NE(writer->add(smallVideo(VideoCodec::h264)), nullptr);
     ASSERT_TRUE(writer->startWriting());
     writer->startSession({50, 10});
     EXPECT_EQ(writer->status(), MovieWriterStatus::failed);

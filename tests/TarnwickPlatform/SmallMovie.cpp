@@ -15,7 +15,7 @@
 
 namespace tarnwick {
 
-VideoSettings smallVideo(MovieCodec codec) {
+VideoSettings smallVideo(VideoCodec codec) {
     return {.codec = codec,
             .width = 64,
             .height = 48,
@@ -24,9 +24,8 @@ VideoSettings smallVideo(MovieCodec codec) {
             .maxKeyFrameInterval = 20};
 }
 
-MovieFileType fileTypeFor(MovieCodec codec) {
-    const bool isMPEG4 = codec == MovieCodec::h264 || codec == MovieCodec::hevc;
-    return isMPEG4 ? MovieFileType::mpeg4 : MovieFileType::quickTime;
+MovieFileType fileTypeFor(VideoCodec codec) {
+    return videoCodecRow(codec).fileType;
 }
 
 namespace {
@@ -104,9 +103,9 @@ std::shared_ptr<PixelBuffer> givenPicture(const SmallMovie& movie, std::int64_t 
     auto drawn = drawnPicture(movie.video, frame, movie.content);
     if (movie.video.source == VideoSettings::Source::pixels)
         return drawn;
-    auto converted =
-        PixelBufferPool(encoderFormat(movie.video.codec), movie.video.width, movie.video.height, 1)
-            .take();
+    auto converted = PixelBufferPool(videoCodecRow(movie.video.codec).pixelFormat,
+                                     movie.video.width, movie.video.height, 1)
+                         .take();
     convertColors(*drawn, *converted);
     return converted;
 }

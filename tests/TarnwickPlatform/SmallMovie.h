@@ -11,9 +11,9 @@
 namespace tarnwick {
 
 // 64 x 48 pixels, ten frames a second, stretches of 100 frames.
-VideoSettings smallVideo(MovieCodec codec);
+VideoSettings smallVideo(VideoCodec codec);
 
-MovieFileType fileTypeFor(MovieCodec codec);
+MovieFileType fileTypeFor(VideoCodec codec);
 
 // `corners`: full and no red, green, blue and alpha by turns.
 enum class Content { moving, noise, corners };

@@ -25,7 +25,7 @@ for preset in main4k hevcalpha; do
     for size in 16x16 48x64 64x30; do
         file=a.mp4
         [ $preset = main4k ] || file=a.mov
-        expect 2 "An HEVC movie has at least 50 x 32 pixels, not ${size%x*} x ${size#*x}" \
+        expect 2 "A movie in HEVC has at least 50 x 32 pixels, not ${size%x*} x ${size#*x}" \
             export e.metal -o $file --preset $preset --size $size
     done
 done

@@ -11,5 +11,5 @@ while read -r id size fps rest; do
     check_movie "$movie" "$id" "${size%x*}" "${size#*x}" $((fps / 10))
     rm "$movie"
 done <table
-have "$(wc -l <table)" = 11
+have -s table
 finish

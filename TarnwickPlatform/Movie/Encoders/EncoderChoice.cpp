@@ -6,13 +6,10 @@
 namespace tarnwick {
 
 std::unique_ptr<VideoEncoder> makeVideoEncoder(const VideoSettings& settings) {
-    switch (settings.codec) {
-    case MovieCodec::h264:
-    case MovieCodec::hevc:
-    case MovieCodec::prores422HQ:
-    case MovieCodec::prores4444:
+    switch (videoCodecRow(settings.codec).encoderKind) {
+    case EncoderKind::plain:
         return makeLibavEncoder(settings);
-    case MovieCodec::hevcWithAlpha:
+    case EncoderKind::alphaLayer:
         return makeHEVCAlphaEncoder(settings);
     }
     return nullptr;

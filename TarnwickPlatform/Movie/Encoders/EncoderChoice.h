@@ -1,4 +1,4 @@
-// Private to this folder: which encoder a codec has.
+// Private to this folder: the encoder of a codec.
 #pragma once
 
 #include "TarnwickPlatform/Movie/Encoders/VideoEncoder.h"

@@ -14,15 +14,15 @@
 namespace tarnwick {
 namespace {
 
-constexpr double colourShare = 0.95; // of the average bit rate
-constexpr double alphaShare = 0.10;
 constexpr double coarsestQuantiser = 51;
 constexpr std::size_t alphaPlane = 3;
 
 // libx265 counts in thousands of bits a second.
 constexpr std::int64_t leastBitRate = 1000;
 
+// The settings of one of the two encoders, which are HEVC's.
 VideoSettings withShare(VideoSettings settings, double share) {
+    settings.codec = VideoCodec::hevc;
     const double rate = static_cast<double>(settings.averageBitRate) * share;
     settings.averageBitRate = std::max<std::int64_t>(std::llround(rate), leastBitRate);
     return settings;
@@ -34,7 +34,7 @@ VideoSettings withShare(VideoSettings settings, double share) {
 // and alpha follows.
 std::string commonOptions(const VideoSettings& settings) {
     const std::string interval = std::to_string(settings.maxKeyFrameInterval);
-    return presetOption(settings.speed) + "profile=main:forced-idr=1:x265-params=" +
+    return speedOption(settings) + "profile=main:forced-idr=1:x265-params=" +
            "frame-threads=1\\:pools=16\\:log-level=none\\:info=0\\:aud=0\\:hrd=0" +
            "\\:bframes=3\\:b-adapt=0\\:scenecut=0\\:open-gop=0\\:keyint=" + interval +
            "\\:min-keyint=" + interval;
@@ -57,11 +57,13 @@ hevc::ByteView viewOf(const std::vector<std::byte>& bytes) {
 }
 
 std::unique_ptr<LibavEncoder> colourEncoder(const VideoSettings& settings) {
-    return makeHEVCEncoder(withShare(settings, colourShare), colourOptions(settings));
+    return std::make_unique<LibavEncoder>(
+        withShare(settings, videoCodecRow(settings.codec).colourShare), colourOptions(settings));
 }
 
 std::unique_ptr<LibavEncoder> alphaEncoder(const VideoSettings& settings) {
-    return makeHEVCEncoder(withShare(settings, alphaShare), alphaOptions(settings));
+    return std::make_unique<LibavEncoder>(
+        withShare(settings, videoCodecRow(settings.codec).alphaShare), alphaOptions(settings));
 }
 
 class HEVCAlphaEncoder : public VideoEncoder {

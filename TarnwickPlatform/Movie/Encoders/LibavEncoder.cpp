@@ -3,39 +3,17 @@
 #include "TarnwickPlatform/Movie/Encoders/LibavEncoder.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 #include <thread>
 
 extern "C" {
 #include <libavutil/opt.h>
+#include <libavutil/pixdesc.h>
 }
 
 namespace tarnwick {
 
 namespace {
-
-struct CodecRow {
-    MovieCodec codec;
-    const char* encoder;
-    AVPixelFormat format;
-    // The encoder's private options without its preset. Threads that change what x264 and x265 find
-    // are fixed here: x265 3.5 with several frame threads and cutree gives other packets from run
-    // to run, and other ones with a pool of less than four threads. ProRes' profile 3 is 422 HQ.
-    const char* options;
-};
-
-constexpr std::array codecRows{
-    CodecRow{MovieCodec::h264, "libx264", AV_PIX_FMT_YUV420P,
-             "profile=high:x264-params=threads=6\\:lookahead-threads=1\\:ratetol=0.1"},
-    CodecRow{MovieCodec::hevc, "libx265", AV_PIX_FMT_YUV420P,
-             "profile=main:x265-params=frame-threads=1\\:pools=16\\:log-level=none\\:"
-             "info=0\\:"
-             "open-gop=0"},
-    CodecRow{MovieCodec::prores422HQ, "prores_aw", AV_PIX_FMT_YUV422P10, "profile=3"},
-    CodecRow{MovieCodec::prores4444, "prores_ks", AV_PIX_FMT_YUVA444P10,
-             "profile=4444:alpha_bits=16:quant_mat=default"},
-};
 
 // With AVX-512, x264 164 reads memory that it never wrote where it follows macroblocks through time
 // (mbtree), and its packets change with what lay there. Its AVX2 functions do not.
@@ -47,16 +25,10 @@ std::string x264Functions() {
     return "";
 }
 
-const CodecRow& codecRow(MovieCodec codec) {
-    const auto* row = std::ranges::find(codecRows, codec, &CodecRow::codec);
-    if (row == codecRows.end())
-        throw MovieError("This codec is not one of libavcodec's.");
-    return *row;
-}
-
-std::string optionsOf(const VideoSettings& settings, const CodecRow& row) {
-    return (isProRes(settings.codec) ? "" : presetOption(settings.speed)) + row.options +
-           (settings.codec == MovieCodec::h264 ? x264Functions() : "");
+std::string optionsOf(const VideoSettings& settings) {
+    const VideoCodecRow& row = videoCodecRow(settings.codec);
+    return speedOption(settings) + row.options +
+           (settings.codec == VideoCodec::h264 ? x264Functions() : "");
 }
 
 // A frame that borrows the picture's memory and keeps the picture until the encoder lets go.
@@ -123,18 +95,17 @@ PictureKind kindOf(const AVPacket& packet) {
 
 } // namespace
 
-LibavEncoder::LibavEncoder(const VideoSettings& settings, const Library& library) {
+LibavEncoder::LibavEncoder(const VideoSettings& settings, const std::string& options) {
     catchLibavWords();
-    const AVCodec* codec = avcodec_find_encoder_by_name(library.encoder);
-    if (!codec)
-        throw MovieError(std::string("Encoder not found: ") + library.encoder);
-    context.reset(throwingWhenNull(avcodec_alloc_context3(codec)));
-    context->pix_fmt = library.format;
+    const VideoCodecRow& row = videoCodecRow(settings.codec);
+    const AVCodec& codec = encoderNamed(row.encoder);
+    context.reset(throwingWhenNull(avcodec_alloc_context3(&codec)));
+    context->pix_fmt = av_get_pix_fmt(pixelFormatRow(row.pixelFormat).libavName);
     describe(settings);
-    AVDictionary* options = nullptr;
-    throwingWhenNegative(av_dict_parse_string(&options, library.options.c_str(), "=", ":", 0));
-    const int opened = avcodec_open2(context.get(), codec, &options);
-    av_dict_free(&options);
+    AVDictionary* dictionary = nullptr;
+    throwingWhenNegative(av_dict_parse_string(&dictionary, options.c_str(), "=", ":", 0));
+    const int opened = avcodec_open2(context.get(), &codec, &dictionary);
+    av_dict_free(&dictionary);
     throwingWhenNegative(opened);
 }
 
@@ -154,7 +125,7 @@ void LibavEncoder::describe(const VideoSettings& settings) {
     context->color_trc = AVCOL_TRC_BT709;
     context->colorspace = AVCOL_SPC_BT709;
     context->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
-    if (isProRes(settings.codec)) {
+    if (videoCodecRow(settings.codec).isIntraOnly) {
         context->thread_type = FF_THREAD_FRAME;
         context->thread_count =
             static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, 16U));
@@ -209,21 +180,13 @@ std::vector<std::byte> LibavEncoder::configuration() const {
     return {bytes, bytes + context->extradata_size};
 }
 
-std::string presetOption(EncodingSpeed speed) {
-    return speed == EncodingSpeed::quick ? "preset=superfast:" : "preset=medium:";
+std::string speedOption(const VideoSettings& settings) {
+    const VideoCodecRow& row = videoCodecRow(settings.codec);
+    return settings.speed == EncodingSpeed::quick ? row.quickSpeed : row.usualSpeed;
 }
 
 std::unique_ptr<VideoEncoder> makeLibavEncoder(const VideoSettings& settings) {
-    const CodecRow& row = codecRow(settings.codec);
-    return std::make_unique<LibavEncoder>(
-        settings, LibavEncoder::Library{row.encoder, row.format, optionsOf(settings, row)});
-}
-
-std::unique_ptr<LibavEncoder> makeHEVCEncoder(const VideoSettings& settings,
-                                              const std::string& options) {
-    const CodecRow& row = codecRow(MovieCodec::hevc);
-    return std::make_unique<LibavEncoder>(settings,
-                                          LibavEncoder::Library{row.encoder, row.format, options});
+    return std::make_unique<LibavEncoder>(settings, optionsOf(settings));
 }
 
 } // namespace tarnwick

@@ -10,13 +10,9 @@ namespace tarnwick {
 
 class LibavEncoder : public VideoEncoder {
   public:
-    struct Library {
-        const char* encoder = ""; // its name
-        AVPixelFormat format = AV_PIX_FMT_NONE;
-        std::string options{}; // in libavutil's form, "name=value:..."
-    };
-    // Throws MovieError.
-    LibavEncoder(const VideoSettings& settings, const Library& library);
+    // The encoder of the codec's row, with libavcodec's options, "name=value:...". Throws
+    // MovieError.
+    LibavEncoder(const VideoSettings& settings, const std::string& options);
 
     void encode(std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
                 const VideoPacketSink& sink) override;
@@ -38,15 +34,10 @@ class LibavEncoder : public VideoEncoder {
     std::int64_t firstFrame = -1; // sessions count from 0, so that they are alike wherever they lie
 };
 
-// The encoder of every codec but HEVC with alpha. Throws MovieError.
+// An encoder of kind `plain`, with the options of the codec's row. Throws MovieError.
 std::unique_ptr<VideoEncoder> makeLibavEncoder(const VideoSettings& settings);
 
-// The first of the options of libx264 and libx265, a colon behind it.
-std::string presetOption(EncodingSpeed speed);
-
-// HEVC by libx265 with options of the caller's. Takes the first three planes of ycbcr420 or
-// ycbcra420. Throws MovieError.
-std::unique_ptr<LibavEncoder> makeHEVCEncoder(const VideoSettings& settings,
-                                              const std::string& options);
+// The option of the codec's row for the settings' speed, a colon behind it; may be empty.
+std::string speedOption(const VideoSettings& settings);
 
 } // namespace tarnwick

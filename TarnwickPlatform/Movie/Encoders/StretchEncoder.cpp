@@ -79,7 +79,8 @@ VideoPacketSink StretchEncoder::behindTheDrained(const VideoPacketSink& sink) {
 
 void StretchEncoder::encode(std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
                             const VideoPacketSink& sink) {
-    if (taken > 0 && !isProRes(settings.codec) && frame % stretchLength(settings) == 0)
+    if (taken > 0 && !videoCodecRow(settings.codec).isIntraOnly &&
+        frame % stretchLength(settings) == 0)
         beginNext(sink);
     if (draining.valid())
         giveDrained(sink);

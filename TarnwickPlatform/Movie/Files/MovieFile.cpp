@@ -59,27 +59,6 @@ void setConfiguration(AVCodecParameters& parameters, std::span<const std::byte> 
     parameters.extradata_size = static_cast<int>(configuration.size());
 }
 
-struct TrackRow {
-    MovieCodec codec;
-    AVCodecID identifier;
-    std::uint32_t tag;
-    int depth; // bits a pixel that the sample description names
-};
-
-constexpr std::array trackRows{
-    TrackRow{MovieCodec::h264, AV_CODEC_ID_H264, MKTAG('a', 'v', 'c', '1'), 24},
-    TrackRow{MovieCodec::hevc, AV_CODEC_ID_HEVC, MKTAG('h', 'v', 'c', '1'), 24},
-    TrackRow{MovieCodec::prores422HQ, AV_CODEC_ID_PRORES, MKTAG('a', 'p', 'c', 'h'), 24},
-    TrackRow{MovieCodec::prores4444, AV_CODEC_ID_PRORES, MKTAG('a', 'p', '4', 'h'), 32},
-    TrackRow{MovieCodec::hevcWithAlpha, AV_CODEC_ID_HEVC, MKTAG('h', 'v', 'c', '1'), 32},
-};
-
-const TrackRow& trackRow(MovieCodec codec) {
-    return trackRows[static_cast<std::size_t>(codec)];
-}
-static_assert(trackRows[static_cast<std::size_t>(MovieCodec::hevcWithAlpha)].codec ==
-              MovieCodec::hevcWithAlpha);
-
 // Edits are timed in the movie's own scale: whole frames and whole samples are whole numbers in it.
 AVDictionary* muxerOptions(std::int64_t framesPerSecond, std::int64_t sampleRate) {
     AVDictionary* options = nullptr;
@@ -117,6 +96,11 @@ void endChapters(AVFormatContext& context, double seconds) {
 
 } // namespace
 
+SampleEntry sampleEntry(VideoCodec codec) {
+    const std::string_view tag = videoCodecRow(codec).tag;
+    return {.tag = MKTAG(tag[0], tag[1], tag[2], tag[3]), .depth = hasAlpha(codec) ? 32 : 24};
+}
+
 MovieFile::MovieFile(const std::filesystem::path& file, MovieFileType type)
     : container(std::make_unique<Container>(file, type)) {}
 
@@ -127,12 +111,12 @@ void MovieFile::addVideo(const VideoSettings& settings, std::span<const std::byt
     AVStream* stream = container->video = container->addStream();
     container->framesPerSecond = settings.framesPerSecond;
     container->delay = delay;
-    const TrackRow& row = trackRow(settings.codec);
+    const VideoCodecRow& row = videoCodecRow(settings.codec);
     AVCodecParameters& parameters = *stream->codecpar;
     parameters.codec_type = AVMEDIA_TYPE_VIDEO;
-    parameters.codec_id = row.identifier;
-    parameters.codec_tag = row.tag;
-    parameters.bits_per_coded_sample = row.depth;
+    parameters.codec_id = encoderNamed(row.encoder).id;
+    parameters.codec_tag = sampleEntry(row.codec).tag;
+    parameters.bits_per_coded_sample = sampleEntry(row.codec).depth;
     parameters.width = static_cast<int>(settings.width);
     parameters.height = static_cast<int>(settings.height);
     parameters.sample_aspect_ratio = stream->sample_aspect_ratio = {1, 1};

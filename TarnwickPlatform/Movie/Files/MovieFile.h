@@ -1,7 +1,7 @@
 // Private to this folder: the container, from packets.
 #pragma once
 
-#include "TarnwickPlatform/Movie/MovieWriter.h"
+#include "TarnwickPlatform/Movie/MovieSettings.h"
 #include "TarnwickPlatform/Movie/Packets/Packets.h"
 
 #include <filesystem>
@@ -10,6 +10,15 @@
 #include <vector>
 
 namespace tarnwick {
+
+// What a track's sample entry says of its codec; different for each codec.
+struct SampleEntry {
+    std::uint32_t tag = 0; // its type, the first letter in the lowest byte
+    int depth = 0;         // bits a pixel
+
+    bool operator==(const SampleEntry&) const = default;
+};
+SampleEntry sampleEntry(VideoCodec codec);
 
 // A QuickTime movie or MPEG-4 file being written: the index in front of the data, times of pictures
 // in thousandths of a frame, an edit list that takes the sound's priming off. One thread calls.

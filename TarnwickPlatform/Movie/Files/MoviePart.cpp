@@ -34,21 +34,13 @@ constexpr std::int64_t samplesPerPacket = 1024; // of AAC-LC
     throw MovieError(path.string() + " cannot be read as a movie: " + why + ".");
 }
 
-std::optional<MovieCodec> codecOf(const AVCodecParameters& parameters) {
-    switch (parameters.codec_tag) {
-    case MKTAG('a', 'v', 'c', '1'):
-        return MovieCodec::h264;
-    case MKTAG('h', 'v', 'c', '1'):
-        // The sample description says of how many bits a pixel is: alpha adds eight.
-        return parameters.bits_per_coded_sample == 32 ? MovieCodec::hevcWithAlpha
-                                                      : MovieCodec::hevc;
-    case MKTAG('a', 'p', 'c', 'h'):
-        return MovieCodec::prores422HQ;
-    case MKTAG('a', 'p', '4', 'h'):
-        return MovieCodec::prores4444;
-    default:
-        return std::nullopt;
-    }
+// HEVC with alpha differs from HEVC by the depth alone; libav reports none where it is 24.
+std::optional<VideoCodec> codecOf(const AVCodecParameters& parameters) {
+    const int depth = parameters.bits_per_coded_sample == 32 ? 32 : 24;
+    for (const VideoCodecRow& row : videoCodecRows)
+        if (sampleEntry(row.codec) == SampleEntry{parameters.codec_tag, depth})
+            return row.codec;
+    return std::nullopt;
 }
 
 std::vector<std::byte> bytesOf(const std::uint8_t* address, int size) {

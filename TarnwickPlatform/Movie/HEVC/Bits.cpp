@@ -74,7 +74,8 @@ void BitWriter::bits(std::uint32_t value, int count) {
 }
 
 void BitWriter::exponentialGolomb(std::uint32_t value) {
-    precondition(value != ~std::uint32_t{0}, "A code of 32 bits counts from 0 to 2^32 - 2.");
+    precondition(value != ~std::uint32_t{0}, "an exponential-Golomb code is below 2^32 - 1",
+                 "value", value);
     const int length = std::bit_width(value + 1);
     bits(0, length - 1);
     bits(value + 1, length);

@@ -48,6 +48,13 @@ int throwingWhenNegative(int result) {
     return result;
 }
 
+const AVCodec& encoderNamed(const char* name) {
+    const AVCodec* codec = avcodec_find_encoder_by_name(name);
+    if (!codec)
+        throw MovieError(std::string("Encoder not found: ") + name);
+    return *codec;
+}
+
 void takePackets(AVCodecContext& encoder, const std::function<void(const AVPacket&)>& take) {
     const LibavOwner<AVPacket> packet(throwingWhenNull(av_packet_alloc()));
     for (;;) {

@@ -39,6 +39,9 @@ template <typename Object> Object* throwingWhenNull(Object* object) {
     return object;
 }
 
+// Throws MovieError where this build of libavcodec does not have the encoder.
+const AVCodec& encoderNamed(const char* name);
+
 // Gives every packet that the encoder has ready. Throws MovieError.
 void takePackets(AVCodecContext& encoder, const std::function<void(const AVPacket&)>& take);
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "TarnwickPlatform/Movie/Encoders/SoundEncoder.h"
-#include "TarnwickPlatform/Movie/MovieWriter.h"
+#include "TarnwickPlatform/Movie/MovieInput.h"
 #include "TarnwickPlatform/Movie/Writing/BoundedQueue.h"
 #include "TarnwickPlatform/Movie/Writing/WriterState.h"
 

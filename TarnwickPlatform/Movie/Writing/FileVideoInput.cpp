@@ -24,7 +24,7 @@ void FileVideoInput::makePool() {
     constexpr std::int64_t heldByEncoder = queuedPictures + 20;
     const bool converted = settings.source == VideoSettings::Source::converted;
     pool = std::make_unique<PixelBufferPool>(
-        converted ? encoderFormat(settings.codec) : PixelFormat::bgra, settings.width,
+        converted ? videoCodecRow(settings.codec).pixelFormat : PixelFormat::bgra, settings.width,
         settings.height, settings.framesInHand + held + (converted ? heldByEncoder : 0),
         settings.allocate);
 }
@@ -40,7 +40,7 @@ bool FileVideoInput::append(std::shared_ptr<const PixelBuffer> buffer, MediaTime
     const bool fits = buffer && buffer->width() == settings.width &&
                       buffer->height() == settings.height &&
                       (buffer->format() == PixelFormat::bgra ||
-                       buffer->format() == encoderFormat(settings.codec));
+                       buffer->format() == videoCodecRow(settings.codec).pixelFormat);
     if (!fits)
         return false;
     if (time != MediaTime{nextFrame, static_cast<std::int32_t>(settings.framesPerSecond)}) {
@@ -55,8 +55,8 @@ bool FileVideoInput::append(std::shared_ptr<const PixelBuffer> buffer, MediaTime
 
 void FileVideoInput::convertFrames() {
     // Its size is bounded by the queue and by what the encoder holds.
-    PixelBufferPool converted(encoderFormat(settings.codec), settings.width, settings.height,
-                              std::numeric_limits<std::int64_t>::max());
+    PixelBufferPool converted(videoCodecRow(settings.codec).pixelFormat, settings.width,
+                              settings.height, std::numeric_limits<std::int64_t>::max());
     while (std::optional<QueuedFrame> frame = frames.pop()) {
         if (frame->picture->format() == PixelFormat::bgra) {
             std::shared_ptr<PixelBuffer> picture = converted.take();

@@ -1,7 +1,7 @@
 // Private to this folder: what all threads of a writer look at.
 #pragma once
 
-#include "TarnwickPlatform/Movie/MovieWriter.h"
+#include "TarnwickPlatform/Movie/MovieInput.h"
 
 #include <mutex>
 #include <optional>

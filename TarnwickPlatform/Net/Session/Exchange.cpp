@@ -59,7 +59,7 @@ Exchange::Exchange(CURLM* multi, const URLRequest& request,
                    const SessionConfiguration& configuration, ExchangeEvents& events)
     : multi_(multi), request_(request), configuration_(configuration), events_(events),
       easy_(curl_easy_init()) {
-    precondition(easy_, "Memory for a request is there.");
+    precondition(easy_ != nullptr, "the transfer library has memory for a request");
     setTransport();
     setSecurity();
     setRequest();
@@ -76,8 +76,9 @@ Exchange::~Exchange() {
 }
 
 template <class Value> void Exchange::set(CURLoption option, Value value) {
-    precondition(curl_easy_setopt(easy_, option, value) == CURLE_OK,
-                 "The library knows the option and its value.");
+    const CURLcode code = curl_easy_setopt(easy_, option, value);
+    precondition(code == CURLE_OK, "the transfer library accepts an option and its value", "option",
+                 static_cast<int>(option), "code", static_cast<int>(code));
 }
 
 void Exchange::setTransport() {

@@ -12,7 +12,7 @@ namespace {
 CURLM* newMulti() {
     static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
     CURLM* multi = ready == CURLE_OK ? curl_multi_init() : nullptr;
-    precondition(multi, "The transfer library starts.");
+    precondition(multi != nullptr, "the transfer library starts", "code", static_cast<int>(ready));
     return multi;
 }
 
@@ -31,7 +31,7 @@ SessionLoop::SessionLoop(SessionConfiguration configuration)
 
 SessionLoop::~SessionLoop() {
     precondition(std::this_thread::get_id() != thread_.get_id(),
-                 "A session does not end itself from within its delegates' calls.");
+                 "a session is not destroyed on its own thread, by a call of its delegate");
     {
         const std::scoped_lock lock(mutex_);
         isEnding_ = true;

@@ -17,7 +17,7 @@ URLRequest withHeaders(URLRequest request, const Headers& additional) {
 }
 
 Transfer::Clock::duration timeOut(double seconds) {
-    precondition(seconds > 0, "A time-out is a positive number of seconds.");
+    precondition(seconds > 0, "a timeout is above 0 s", "timeout", seconds);
     const std::chrono::duration<double> time(std::min(seconds, 1e9));
     return std::chrono::duration_cast<Transfer::Clock::duration>(time);
 }

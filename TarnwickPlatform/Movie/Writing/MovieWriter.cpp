@@ -6,11 +6,12 @@
 //
 // Whatever fails records its words and abandons the queues, at which every thread ends.
 
+#include "TarnwickPlatform/Movie/MovieWriter.h"
+
 #include "TarnwickPlatform/Movie/Encoders/StretchEncoder.h"
 #include "TarnwickPlatform/Movie/Files/MovieFile.h"
 #include "TarnwickPlatform/Movie/MovieError.h"
-#include "TarnwickPlatform/Movie/MovieWriter.h"
-#include "TarnwickPlatform/Movie/SettingsFault.h"
+#include "TarnwickPlatform/Movie/SettingsError.h"
 #include "TarnwickPlatform/Movie/Writing/FileAudioInput.h"
 #include "TarnwickPlatform/Movie/Writing/FileVideoInput.h"
 #include "TarnwickPlatform/Movie/Writing/PacketOrder.h"
@@ -72,14 +73,14 @@ bool FileMovieWriter::mayAdd(bool isThere, std::optional<std::string> fault) {
 }
 
 VideoInput* FileMovieWriter::add(const VideoSettings& settings) {
-    if (!mayAdd(video != nullptr, settingsFault(settings, type)))
+    if (!mayAdd(video != nullptr, settingsError(settings, type)))
         return nullptr;
     video = std::make_unique<FileVideoInput>(settings, state);
     return video.get();
 }
 
 AudioInput* FileMovieWriter::add(const AudioSettings& settings) {
-    if (!mayAdd(audio != nullptr, settingsFault(settings)))
+    if (!mayAdd(audio != nullptr, settingsError(settings)))
         return nullptr;
     audio = std::make_unique<FileAudioInput>(settings, state);
     return audio.get();

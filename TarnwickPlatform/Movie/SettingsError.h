@@ -10,7 +10,7 @@
 namespace tarnwick {
 
 // One sentence, or nothing where the settings are good.
-std::optional<std::string> settingsFault(const VideoSettings& settings, MovieFileType type);
-std::optional<std::string> settingsFault(const AudioSettings& settings);
+std::optional<std::string> settingsError(const VideoSettings& settings, MovieFileType type);
+std::optional<std::string> settingsError(const AudioSettings& settings);
 
 } // namespace tarnwick

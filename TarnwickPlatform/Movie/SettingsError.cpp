@@ -1,4 +1,4 @@
-#include "TarnwickPlatform/Movie/SettingsFault.h"
+#include "TarnwickPlatform/Movie/SettingsError.h"
 
 #include <algorithm>
 #include <array>
@@ -7,41 +7,20 @@ namespace tarnwick {
 
 namespace {
 
-struct CodecRow {
-    MovieCodec codec;
-    const char* name;
-    std::int64_t leastWidth, leastHeight; // pixels
-};
-
-// libx265 3.5 writes behind its memory where cutree goes over rows of less than four 16x16 blocks,
-// that is below 50 pixels (valgrind finds it at all even widths up to 48, whatever the height), and
-// below 32 pixels it has no coding blocks that its higher levels take.
-constexpr std::array codecRows{
-    CodecRow{MovieCodec::h264, "An H.264", 16, 16},
-    CodecRow{MovieCodec::hevc, "An HEVC", 50, 32},
-    CodecRow{MovieCodec::prores422HQ, "A ProRes", 16, 16},
-    CodecRow{MovieCodec::prores4444, "A ProRes", 16, 16},
-    CodecRow{MovieCodec::hevcWithAlpha, "An HEVC", 50, 32},
-};
-
-const CodecRow& codecRow(MovieCodec codec) {
-    return *std::ranges::find(codecRows, codec, &CodecRow::codec);
-}
-
 std::string sizeText(std::int64_t width, std::int64_t height) {
     return std::to_string(width) + " x " + std::to_string(height);
 }
 
-std::optional<std::string> sizeFault(const VideoSettings& settings) {
+std::optional<std::string> sizeError(const VideoSettings& settings) {
     constexpr std::int64_t greatest = 16384;
-    const CodecRow& row = codecRow(settings.codec);
+    const VideoCodecRow& row = videoCodecRow(settings.codec);
     const std::string size = sizeText(settings.width, settings.height);
     if (settings.width < row.leastWidth || settings.height < row.leastHeight)
-        return std::string(row.name) + " movie has at least " +
+        return "A movie in " + std::string(row.standard) + " has at least " +
                sizeText(row.leastWidth, row.leastHeight) + " pixels, not " + size + ".";
     if (settings.width > greatest || settings.height > greatest)
         return "Pictures of a movie have up to 16384 pixels a side, not " + size + ".";
-    for (const PlaneShape& shape : planeShapes(encoderFormat(settings.codec)))
+    for (const PlaneShape& shape : planeShapes(row.pixelFormat))
         if (settings.width % shape.across != 0 || settings.height % shape.down != 0)
             return "This codec takes pictures of an even " +
                    std::string(shape.down > 1 ? "width and height" : "width") + ", not " + size +
@@ -51,18 +30,18 @@ std::optional<std::string> sizeFault(const VideoSettings& settings) {
 
 } // namespace
 
-std::optional<std::string> settingsFault(const VideoSettings& settings, MovieFileType type) {
-    if (std::optional<std::string> fault = sizeFault(settings))
-        return fault;
+std::optional<std::string> settingsError(const VideoSettings& settings, MovieFileType type) {
+    if (std::optional<std::string> error = sizeError(settings))
+        return error;
     if (settings.framesPerSecond < 1 || settings.framesPerSecond > 1000)
         return "A movie has 1 to 1000 frames a second, not " +
                std::to_string(settings.framesPerSecond) + ".";
-    if (isProRes(settings.codec)) {
-        if (type != MovieFileType::quickTime)
-            return "ProRes goes into QuickTime movies only.";
+    const VideoCodecRow& row = videoCodecRow(settings.codec);
+    if (row.isQuickTimeOnly && type != MovieFileType::quickTime)
+        return std::string(row.standard) + " goes into QuickTime movies only.";
+    if (row.isIntraOnly)
         return std::nullopt;
-    }
-    if (settings.codec == MovieCodec::hevcWithAlpha &&
+    if (row.encoderKind == EncoderKind::alphaLayer &&
         !(settings.alphaQuality >= 0 && settings.alphaQuality <= 1))
         return "Alpha has a quality from 0 to 1, not " + std::to_string(settings.alphaQuality) +
                ".";
@@ -77,7 +56,7 @@ std::optional<std::string> settingsFault(const VideoSettings& settings, MovieFil
     return std::nullopt;
 }
 
-std::optional<std::string> settingsFault(const AudioSettings& settings) {
+std::optional<std::string> settingsError(const AudioSettings& settings) {
     constexpr std::array<std::int64_t, 3> rates{32000, 44100, 48000};
     if (std::ranges::find(rates, settings.sampleRate) == rates.end())
         return "Sound has 32000, 44100 or 48000 samples a second, not " +
