@@ -71,7 +71,8 @@ AudioRenderer::render(const std::shared_ptr<const ShaderProgram>& program, gpu::
             news->notFinite = news->check->firstNotFinite(from, count, values);
         if (news != nullptr && news->notFinite)
             return std::nullopt;
-        const SoundResult result = evaluateSound(*program, *queue, *buffer, from, count, values);
+        const SoundResult result =
+            evaluateSound(*program->parts(), *queue, *buffer, from, count, values);
         if (result == SoundResult::failed)
             return std::nullopt;
         const auto found = soundSamples(*buffer, count);

@@ -1,9 +1,9 @@
 #include "TarnwickRender/EpisodeCheck.h"
 
 #include "TarnwickRender/Program/HostFunctions.h"
+#include "TarnwickRender/ProgramFrames.h"
 #include "TarnwickRender/ShaderError.h"
 #include "TarnwickRender/ShaderProgram.h"
-#include "TarnwickRender/ShaderRun.h"
 
 namespace tarnwick {
 namespace {
@@ -12,9 +12,9 @@ constexpr std::int64_t smallSide = 16; // of a picture: what counts is the parti
 
 // Empty where there is room.
 std::string absence(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device) {
-    if (!program->needsRun() || ShaderRun::make(program, device, smallSide, smallSide))
+    if (ProgramFrames::make(program, device, smallSide, smallSide))
         return {};
-    return ShaderRun::absence(*program, device, smallSide, smallSide);
+    return ProgramFrames::absence(*program, device, smallSide, smallSide);
 }
 
 } // namespace

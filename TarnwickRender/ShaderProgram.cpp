@@ -1,8 +1,8 @@
 #include "TarnwickRender/ShaderProgram.h"
 
-#include "TarnwickRender/ParamBuffer.h"
 #include "TarnwickRender/Program/HostFunctions.h"
-#include "TarnwickRender/ShaderRun.h"
+#include "TarnwickRender/Program/ParamBuffer.h"
+#include "TarnwickRender/Run/ShaderRun.h"
 
 #include <array>
 
@@ -18,6 +18,28 @@ std::unique_ptr<gpu::Texture> blankTexture(gpu::Device& device) {
     return texture;
 }
 
+ProgramParts makeParts(const CompiledEpisode& compiled, gpu::Device& device,
+                       gpu::PixelFormat pixelFormat) {
+    const AssembledShader& shader = compiled.shader;
+    const gpu::Library& library = *compiled.library;
+    const HostStages stages(library, ShaderAssembler::vertexName, ShaderAssembler::fragmentName,
+                            pixelFormat);
+    ProgramParts parts{.params = shader.params};
+    if (shader.hasSound)
+        parts.soundPipeline = hostKernel(device, library, ShaderAssembler::soundName);
+    if (shader.isParticles())
+        parts.particles = makeParticlePipelines(device, library, shader.particles);
+    if (shader.isMesh())
+        parts.mesh = makeMeshPipelines(device, library, shader.grid,
+                                       shader.hasBackground ? MeshBackground::byEpisode
+                                                            : MeshBackground::none);
+    if (shader.usesInputs)
+        parts.blank = blankTexture(device);
+    // Last, so that what is particular to a kind is reported first.
+    parts.pipeline = device.newRenderPipelineState(stages.descriptor);
+    return parts;
+}
+
 } // namespace
 
 std::shared_ptr<const ShaderProgram> ShaderProgram::compile(std::string_view episode,
@@ -29,32 +51,12 @@ std::shared_ptr<const ShaderProgram> ShaderProgram::compile(std::string_view epi
 std::shared_ptr<const ShaderProgram> ShaderProgram::make(const CompiledEpisode& compiled,
                                                          gpu::Device& device,
                                                          gpu::PixelFormat pixelFormat) {
-    std::shared_ptr<ShaderProgram> program(new ShaderProgram);
     try {
-        program->build(device, compiled.shader, *compiled.library, pixelFormat);
+        return std::shared_ptr<const ShaderProgram>(new ShaderProgram(
+            std::make_shared<const ProgramParts>(makeParts(compiled, device, pixelFormat))));
     } catch (const gpu::DeviceError& error) {
         throw ShaderError(error.what());
     }
-    program->params_ = compiled.shader.params;
-    return program;
-}
-
-void ShaderProgram::build(gpu::Device& device, const AssembledShader& shader,
-                          const gpu::Library& library, gpu::PixelFormat pixelFormat) {
-    const HostStages stages(library, ShaderAssembler::vertexName, ShaderAssembler::fragmentName,
-                            pixelFormat);
-    if (shader.hasSound)
-        soundPipeline_ = hostKernel(device, library, ShaderAssembler::soundName);
-    if (shader.isParticles())
-        particles_ = makeParticlePipelines(device, library, shader.particles);
-    if (shader.isMesh())
-        mesh_ = makeMeshPipelines(device, library, shader.grid,
-                                  shader.hasBackground ? MeshBackground::byEpisode
-                                                       : MeshBackground::none);
-    if (shader.usesInputs)
-        blank_ = blankTexture(device);
-    // Last, so that what is particular to a kind is reported first.
-    pipeline_ = device.newRenderPipelineState(stages.descriptor);
 }
 
 void ShaderProgram::draw(gpu::RenderCommandEncoder& encoder, const TWUniforms& uniforms,
@@ -62,7 +64,7 @@ void ShaderProgram::draw(gpu::RenderCommandEncoder& encoder, const TWUniforms& u
                          const ShaderInputs* inputs) const {
     if (needsRun()) {
         const gpu::Texture* picture =
-            run != nullptr && &run->program() == this ? run->picture() : nullptr;
+            run != nullptr && &run->program() == parts_.get() ? run->picture() : nullptr;
         if (picture == nullptr)
             return;
         encoder.setFragmentTexture(picture, 0);
@@ -70,8 +72,8 @@ void ShaderProgram::draw(gpu::RenderCommandEncoder& encoder, const TWUniforms& u
     // After the run's picture: where an episode has both, texture 0 is the spectrum.
     if (usesInputs())
         bindInputs(encoder, inputs != nullptr ? *inputs : ShaderInputs::none());
-    const ParamBuffer params(params_, values);
-    encoder.setRenderPipelineState(*pipeline_);
+    const ParamBuffer params(parts_->params, values);
+    encoder.setRenderPipelineState(*parts_->pipeline);
     encoder.setFragmentBytes(&uniforms, sizeof uniforms, 0);
     encoder.setFragmentBytes(params.data(), params.length(), 1);
     encoder.drawPrimitives(gpu::PrimitiveType::triangle, 0, 3);
@@ -79,7 +81,9 @@ void ShaderProgram::draw(gpu::RenderCommandEncoder& encoder, const TWUniforms& u
 
 void ShaderProgram::bindInputs(gpu::RenderCommandEncoder& encoder,
                                const ShaderInputs& inputs) const {
-    auto orBlank = [this](const gpu::Texture* texture) { return texture ? texture : blank_.get(); };
+    auto orBlank = [this](const gpu::Texture* texture) {
+        return texture ? texture : parts_->blank.get();
+    };
     encoder.setFragmentBytes(inputs.audio.data(), sizeof inputs.audio,
                              ShaderAssembler::audioBuffer);
     encoder.setFragmentTexture(orBlank(inputs.spectrum), ShaderAssembler::spectrumTexture);

@@ -7,14 +7,13 @@
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickRender/Program/CompiledEpisode.h"
-#include "TarnwickRender/Program/MeshPipelines.h"
-#include "TarnwickRender/Program/ParticlePipelines.h"
+#include "TarnwickRender/Program/ProgramParts.h"
+#include "TarnwickRender/Program/TargetFormats.h"
 #include "TarnwickRender/ShaderError.h"
 #include "TarnwickRender/ShaderInputs.h"
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -23,13 +22,8 @@ namespace tarnwick {
 class ShaderRun;
 
 // Never changes once made: threads, runs and renderers may share one.
-class ShaderProgram {
+class ShaderProgram : public TargetFormats {
   public:
-    static constexpr gpu::PixelFormat pixelFormat = gpu::PixelFormat::bgra8Unorm; // final pictures
-    static constexpr gpu::PixelFormat trailsFormat = gpu::PixelFormat::rgba16Float;
-    static constexpr gpu::PixelFormat depthFormat = gpu::PixelFormat::depth32Float;
-    static constexpr std::uint32_t meshSamples = 4;
-
     // `pixelFormat` is that of the target that draw() will draw into. Blocks; all or nothing.
     // Throws ShaderError. (Shared, since a run names the program that it was made for.)
     static std::shared_ptr<const ShaderProgram>
@@ -38,23 +32,27 @@ class ShaderProgram {
     static std::shared_ptr<const ShaderProgram>
     make(const CompiledEpisode& compiled, gpu::Device& device, gpu::PixelFormat pixelFormat);
 
-    const std::vector<ParamDecl>& params() const { return params_; }
-    const gpu::RenderPipelineState& pipeline() const { return *pipeline_; }
-    // The next four are null where the episode does not call for them.
-    const gpu::ComputePipelineState* soundPipeline() const { return soundPipeline_.get(); }
-    const ParticlePipelines* particles() const { return particles_ ? &*particles_ : nullptr; }
-    const MeshPipelines* mesh() const { return mesh_ ? &*mesh_ : nullptr; }
-    const gpu::Texture* blank() const { return blank_.get(); } // 1 by 1, transparent black
+    // Shared with the program's runs.
+    const std::shared_ptr<const ProgramParts>& parts() const { return parts_; }
+    const std::vector<ParamDecl>& params() const { return parts_->params; }
 
-    bool hasSound() const { return soundPipeline_ != nullptr; }
+    // Null where the episode is not of that kind.
+    const ParticlePipelines* particles() const {
+        return isParticles() ? &*parts_->particles : nullptr;
+    }
+    const MeshPipelines* mesh() const { return isMesh() ? &*parts_->mesh : nullptr; }
+
+    bool hasSound() const { return parts_->soundPipeline != nullptr; }
     // Whether drawing needs a ShaderRun of the target's size.
-    bool needsRun() const { return particles_ || mesh_; }
-    bool usesInputs() const { return blank_ != nullptr; }
-    bool isParticles() const { return particles_.has_value(); }
-    std::int64_t particleCount() const { return particles_ ? particles_->count : 0; }
-    std::int64_t particleStride() const { return particles_ ? particles_->stride : 0; } // bytes
-    bool isMesh() const { return mesh_.has_value(); }
-    std::int64_t gridSize() const { return mesh_ ? mesh_->cells : 0; }
+    bool needsRun() const { return parts_->needsRun(); }
+    bool usesInputs() const { return parts_->blank != nullptr; }
+    bool isParticles() const { return parts_->particles.has_value(); }
+    std::int64_t particleCount() const { return isParticles() ? parts_->particles->count : 0; }
+    std::int64_t particleStride() const { // bytes
+        return isParticles() ? parts_->particles->stride : 0;
+    }
+    bool isMesh() const { return parts_->mesh.has_value(); }
+    std::int64_t gridSize() const { return isMesh() ? parts_->mesh->cells : 0; }
 
     // Encodes the full-screen pass that makes the final picture. Encodes nothing when the program
     // needs a run and `run` is null or another program's. Without `inputs` an episode that takes
@@ -64,17 +62,10 @@ class ShaderProgram {
               const ShaderInputs* inputs = nullptr) const;
 
   private:
-    ShaderProgram() = default;
-    void build(gpu::Device& device, const AssembledShader& shader, const gpu::Library& library,
-               gpu::PixelFormat pixelFormat);
+    explicit ShaderProgram(std::shared_ptr<const ProgramParts> parts) : parts_(std::move(parts)) {}
     void bindInputs(gpu::RenderCommandEncoder& encoder, const ShaderInputs& inputs) const;
 
-    std::vector<ParamDecl> params_;
-    std::unique_ptr<gpu::RenderPipelineState> pipeline_;
-    std::unique_ptr<gpu::ComputePipelineState> soundPipeline_;
-    std::optional<ParticlePipelines> particles_;
-    std::optional<MeshPipelines> mesh_;
-    std::unique_ptr<gpu::Texture> blank_;
+    std::shared_ptr<const ProgramParts> parts_;
 };
 
 } // namespace tarnwick

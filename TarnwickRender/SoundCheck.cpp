@@ -1,8 +1,8 @@
 #include "TarnwickRender/SoundCheck.h"
 
 #include "TarnwickBase/Precondition.h"
-#include "TarnwickRender/ParamBuffer.h"
 #include "TarnwickRender/Program/HostFunctions.h"
+#include "TarnwickRender/Program/ParamBuffer.h"
 #include "TarnwickRender/ShaderError.h"
 #include "TarnwickRender/Sound/SoundSamples.h"
 
@@ -33,8 +33,7 @@ std::unique_ptr<gpu::ComputePipelineState> checkingKernel(const std::string& pro
                                                           gpu::Device& device) {
     try {
         const auto library = device.newLibrary(program + std::string(kernelText));
-        if (const auto function =
-                findHostFunction(*library, SoundCheck::kernelName, msl::Stage::kernel))
+        if (const auto function = findHostFunction(*library, soundCheckName, msl::Stage::kernel))
             return device.newComputePipelineState(*function);
     } catch (const gpu::LibraryError& error) {
         throw ShaderError(error.what());

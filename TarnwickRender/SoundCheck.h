@@ -21,7 +21,6 @@ class SoundCheck {
     // ShaderError where the kernel cannot be made, null where the rest cannot.
     static std::unique_ptr<SoundCheck> make(std::string_view episode, gpu::Device& device);
 
-    static constexpr std::string_view kernelName = "tw_sound_check";
     static constexpr std::uint32_t mostSamples = 48000; // of one call
 
     // The time, in seconds, of the first of `count` samples from `start` seconds on that is NaN or

@@ -34,8 +34,8 @@ void SoundTap::prepare(double time, const ParamValues& values) {
     if (job_)
         job_->commands.waitUntilCompleted(); // the next one writes to the same buffer
     job_.reset();
-    auto commands =
-        startSound(*program_, *queue_, *buffer_, time - heard, AudioAnalyzer::window, values);
+    auto commands = startSound(*program_->parts(), *queue_, *buffer_, time - heard,
+                               AudioAnalyzer::window, values);
     if (commands)
         job_.emplace(time, values, std::move(*commands));
 }

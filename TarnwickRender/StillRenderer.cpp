@@ -7,9 +7,7 @@ std::optional<Picture> StillRenderer::render(const std::shared_ptr<const ShaderP
                                              std::int64_t height, float time, std::uint32_t frame,
                                              const ParamValues& values, StillNews* news,
                                              const ValuesAt& valuesAt, const ShaderInputs& inputs) {
-    const auto stills = Stills::make(program, device, width, height);
-    if (stills)
-        stills->setValuesAt(valuesAt);
+    const auto stills = Stills::make(program, device, width, height, valuesAt);
     Picture picture;
     if (!stills || !stills->render(time, frame, values, picture, news, inputs))
         return std::nullopt;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "TarnwickPlatform/Pictures/Picture.h"
-#include "TarnwickRender/ShaderRun.h"
+#include "TarnwickRender/ProgramFrames.h"
 
 #include <cstdint>
 #include <functional>
@@ -22,10 +22,11 @@ struct StillNews {
 class Stills {
   public:
     // Null for a size below 1 by 1 or beyond the device, and where it cannot make what it takes.
-    // `program` draws into ShaderProgram::pixelFormat; the device outlives this.
+    // `program` draws into ShaderProgram::pixelFormat; the device outlives this. `valuesAt`, unless
+    // empty, gives each step of a simulation the values of its own time.
     static std::unique_ptr<Stills> make(std::shared_ptr<const ShaderProgram> program,
                                         gpu::Device& device, std::int64_t width,
-                                        std::int64_t height);
+                                        std::int64_t height, ValuesAt valuesAt = {});
 
     // The picture at `time` seconds with the frame number `frame` and the pointer in the middle,
     // written over `picture`; by default with silence and no previous frame. Whether that could be
@@ -33,21 +34,17 @@ class Stills {
     bool render(float time, std::uint32_t frame, const ParamValues& values, Picture& picture,
                 StillNews* news = nullptr, const ShaderInputs& inputs = ShaderInputs::none());
 
-    // Gives each step of a simulation the values of its own time, in place of the still's.
-    void setValuesAt(ValuesAt valuesAt) { valuesAt_ = std::move(valuesAt); }
-
   private:
-    Stills(std::shared_ptr<const ShaderProgram> program, gpu::Device& device)
-        : program_(std::move(program)), device_(device) {}
-    bool prepareRun(float time, const ParamValues& values, StillNews* news);
-    bool encode(const TWUniforms& uniforms, const ParamValues& values, const ShaderInputs& inputs,
-                gpu::CommandBuffer& commands);
+    Stills(std::shared_ptr<const ShaderProgram> program, gpu::Device& device, ValuesAt valuesAt)
+        : program_(std::move(program)), device_(device), valuesAt_(std::move(valuesAt)) {}
+    bool makeFrames();
+    bool warm(float time, const ParamValues& values, StillNews* news);
 
     std::shared_ptr<const ShaderProgram> program_;
     gpu::Device& device_;
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<gpu::Texture> target_;
-    std::unique_ptr<ShaderRun> run_;
+    std::unique_ptr<ProgramFrames> frames_;
     ValuesAt valuesAt_; // may be empty
 };
 

@@ -11,11 +11,9 @@ namespace {
 
 constexpr std::int64_t mostSteps = 4; // a frame, as in the saver
 
-TWUniforms uniformsOf(std::uint32_t frame) {
-    return {.resolution = {static_cast<float>(sceneWidth), static_cast<float>(sceneHeight)},
-            .time = static_cast<float>(frame) / ShaderAssembler::stepRate,
+FrameMoment momentOf(std::uint32_t frame) {
+    return {.time = static_cast<float>(frame) / ShaderAssembler::stepRate,
             .timeDelta = 1.0f / ShaderAssembler::stepRate,
-            .mouse = {sceneWidth * 0.5f, sceneHeight * 0.5f},
             .frame = frame};
 }
 
@@ -29,24 +27,21 @@ OurScene::OurScene(std::shared_ptr<gpu::Device> device, const std::string& episo
     descriptor.usage.renderTarget = true;
     target_ = device_->newTexture(descriptor);
     program_ = ShaderProgram::compile(episode, *device_, descriptor.format);
-    run_ = ShaderRun::make(program_, *device_, sceneWidth, sceneHeight);
-    if (!queue_ || !target_ || !run_)
+    frames_ = ProgramFrames::make(program_, *device_, sceneWidth, sceneHeight);
+    if (!queue_ || !target_ || !frames_)
         throw gpu::DeviceError("The device cannot make what the episode needs.");
 }
 
 void OurScene::next() {
-    const TWUniforms uniforms = uniformsOf(frame_++);
     auto commands = queue_->commandBuffer();
-    if (!commands)
-        throw gpu::DeviceError("The device gives no command buffer.");
-    run_->prepare(uniforms, *commands, {}, mostSteps);
     gpu::RenderPassDescriptor pass;
     pass.color.texture = target_.get();
     pass.color.load = gpu::LoadAction::clear;
-    if (auto encoder = commands->renderCommandEncoder(pass)) {
-        program_->draw(*encoder, uniforms, {}, run_.get());
-        encoder->endEncoding();
-    }
+    if (!commands ||
+        !frames_->encode(*commands,
+                         {.moment = momentOf(frame_++), .values = {}, .stepLimit = mostSteps},
+                         {.descriptor = pass}))
+        throw gpu::DeviceError("The device gives no command buffer.");
     commands->commit();
     commands->waitUntilCompleted();
     if (commands->status() != gpu::CommandBufferStatus::completed)

@@ -1,8 +1,8 @@
 // A particle or grid episode, drawn as the saver draws it.
 #pragma once
 
+#include "TarnwickRender/ProgramFrames.h"
 #include "TarnwickRender/ShaderProgram.h"
-#include "TarnwickRender/ShaderRun.h"
 #include "benchmarks/Scene.h"
 
 #include <memory>
@@ -24,7 +24,7 @@ class OurScene : public Scene {
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<gpu::Texture> target_;
     std::shared_ptr<const ShaderProgram> program_;
-    std::unique_ptr<ShaderRun> run_;
+    std::unique_ptr<ProgramFrames> frames_;
     std::uint32_t frame_ = 0;
 };
 

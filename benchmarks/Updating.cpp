@@ -1,7 +1,7 @@
 #include "benchmarks/Updating.h"
 
 #include "TarnwickGPU/Commands.h"
-#include "TarnwickRender/ParamBuffer.h"
+#include "TarnwickRender/Program/ParamBuffer.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "benchmarks/Playing.h"
 #include "benchmarks/Turns.h"

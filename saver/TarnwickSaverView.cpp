@@ -95,7 +95,7 @@ void TarnwickSaverView::judgeFrames() {
 }
 
 void TarnwickSaverView::mtkViewDrawableSizeWillChange(MTKView&, const PixelSize&) {
-    run_.reset();
+    frames_.reset();
 }
 
 void TarnwickSaverView::drawInMTKView(MTKView& view) {
@@ -107,16 +107,16 @@ void TarnwickSaverView::drawInMTKView(MTKView& view) {
     if (!pass || drawable == nullptr || !commands)
         return;
     advanceClock();
-    const TWUniforms frame = uniforms(*drawable);
+    fitFrames(view.device(), *drawable);
     const ParamValues values = settings_.valuesAt(clock_);
-    if (program_->needsRun())
-        prepareRun(view, frame, values, *commands);
-    auto encoder = commands->renderCommandEncoder(*pass);
-    if (!encoder)
-        return;
-    program_->draw(*encoder, frame, values, run_.get(), &ShaderInputs::none());
-    encoder->endEncoding();
-    view.present(std::move(*commands));
+    const bool isEncoded =
+        frames_
+            ? frames_->encode(
+                  *commands, {.moment = moment(), .values = values, .stepLimit = mostStepsPerFrame},
+                  {.descriptor = *pass})
+            : encodeClearing(*commands, *pass);
+    if (isEncoded)
+        view.present(std::move(*commands));
 }
 
 void TarnwickSaverView::advanceClock() {
@@ -125,32 +125,24 @@ void TarnwickSaverView::advanceClock() {
     last_ = now;
 }
 
-TWUniforms TarnwickSaverView::uniforms(const gpu::Texture& drawable) const {
-    TWUniforms uniforms;
-    uniforms.resolution = {static_cast<float>(drawable.width()),
-                           static_cast<float>(drawable.height())};
-    uniforms.time = static_cast<float>(clock_);
-    uniforms.timeDelta = static_cast<float>(1 / framesPerSecond);
-    // A saver has no pointer.
-    uniforms.mouse = {uniforms.resolution[0] * 0.5f, uniforms.resolution[1] * 0.5f};
-    uniforms.frame = static_cast<std::uint32_t>(std::max(0.0, clock_ * framesPerSecond));
-    return uniforms;
+// A saver has no pointer.
+FrameMoment TarnwickSaverView::moment() const {
+    return {.time = static_cast<float>(clock_),
+            .timeDelta = static_cast<float>(1 / framesPerSecond),
+            .frame = static_cast<std::uint32_t>(std::max(0.0, clock_ * framesPerSecond))};
 }
 
-void TarnwickSaverView::prepareRun(MTKView& view, const TWUniforms& uniforms,
-                                   const ParamValues& values, gpu::CommandBuffer& commands) {
-    const gpu::Texture& drawable = *view.currentDrawable();
+void TarnwickSaverView::fitFrames(gpu::Device* device, const gpu::Texture& drawable) {
     const std::int64_t width = drawable.width(), height = drawable.height();
-    if (view.device() != nullptr && (!run_ || run_->width() != width || run_->height() != height)) {
-        run_ = ShaderRun::make(program_, *view.device(), width, height);
-        absence_.reset();
-        if (run_ && !settings_.keys.isEmpty())
-            run_->setValuesAt([this](double time) { return settings_.valuesAt(time); });
-        if (!run_)
-            absence_ = ShaderRun::absence(*program_, *view.device(), width, height);
-    }
-    if (run_)
-        run_->prepare(uniforms, commands, values, mostStepsPerFrame);
+    if (device == nullptr || (frames_ && frames_->width() == width && frames_->height() == height))
+        return;
+    ValuesAt valuesAt;
+    if (!settings_.keys.isEmpty())
+        valuesAt = [this](double time) { return settings_.valuesAt(time); };
+    frames_ = ProgramFrames::make(program_, *device, width, height, std::move(valuesAt));
+    absence_.reset();
+    if (!frames_)
+        absence_ = ProgramFrames::absence(*program_, *device, width, height);
 }
 
 void TarnwickSaverView::drawRect(Picture& picture) const {

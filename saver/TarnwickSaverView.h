@@ -6,8 +6,8 @@
 #include "TarnwickGPU/Device.h"
 #include "TarnwickPlatform/Bundle/Bundle.h"
 #include "TarnwickPlatform/Dispatch/HostClock.h"
+#include "TarnwickRender/ProgramFrames.h"
 #include "TarnwickRender/ShaderProgram.h"
-#include "TarnwickRender/ShaderRun.h"
 #include "saver/MTKView.h"
 #include "saver/ScreenSaverView.h"
 
@@ -57,14 +57,13 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
     void mtkViewDrawableSizeWillChange(MTKView& view, const PixelSize& size) override;
     void drawInMTKView(MTKView& view) override;
     void advanceClock();
-    TWUniforms uniforms(const gpu::Texture& drawable) const;
-    void prepareRun(MTKView& view, const TWUniforms& uniforms, const ParamValues& values,
-                    gpu::CommandBuffer& commands);
+    void fitFrames(gpu::Device* device, const gpu::Texture& drawable);
+    FrameMoment moment() const;
 
     std::unique_ptr<MTKView> metal_;
-    std::shared_ptr<const ShaderProgram> program_; // shared with the run, which names it
+    std::shared_ptr<const ShaderProgram> program_; // shared with the frames
     std::unique_ptr<gpu::CommandQueue> queue_;
-    std::unique_ptr<ShaderRun> run_;
+    std::unique_ptr<ProgramFrames> frames_; // of the drawable's size
     Settings settings_;
     std::vector<std::string> settingsRemarks_;
     double clock_ = 0;           // seconds

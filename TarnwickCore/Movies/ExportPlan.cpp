@@ -23,6 +23,11 @@ std::int64_t ExportPlan::frameCount(double duration, std::int64_t fps) {
     return std::max<std::int64_t>(1, static_cast<std::int64_t>(frames));
 }
 
+std::int64_t ExportPlan::crossfadeFrames(double loop, double duration, std::int64_t fps) {
+    const double seconds = std::min(loop, duration * 0.5);
+    return seconds > 0 ? frameCount(seconds, fps) : 0;
+}
+
 std::int64_t ExportPlan::frameCount() const {
     return frameCount(duration, preset.fps);
 }

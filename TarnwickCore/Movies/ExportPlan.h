@@ -24,6 +24,9 @@ struct ExportPlan {
 
     // The same of `duration` seconds at `fps`, without a plan.
     static std::int64_t frameCount(double duration, std::int64_t fps);
+    // Frames of the crossfade where `duration` seconds loop by `loop` seconds: 0 for none, else at
+    // least 1, and at most half of the duration.
+    static std::int64_t crossfadeFrames(double loop, double duration, std::int64_t fps);
 };
 
 } // namespace tarnwick

@@ -27,7 +27,7 @@ ExportTimeline ExportTimeline::of(std::span<const ExportSegment> segments, std::
     std::int64_t first = 0;
     for (const ExportSegment& segment : segments) {
         const std::int64_t count = countOf(segment.duration, fps);
-        const std::int64_t fade = crossfadeFrames(segment.loop, segment.duration, fps);
+        const std::int64_t fade = ExportPlan::crossfadeFrames(segment.loop, segment.duration, fps);
         timeline.entries.push_back({&segment, first, count, std::min(fade, count)});
         first += count;
         if (static_cast<double>(first) >= mostFrames)
@@ -45,12 +45,6 @@ std::int64_t ExportTimeline::mostFade() const {
 
 bool keepsState(const ShaderProgram& program) {
     return program.isParticles() || program.usesInputs();
-}
-
-// A crossfade that is too short for a frame has one all the same.
-std::int64_t crossfadeFrames(double loop, double duration, std::int64_t fps) {
-    const double seconds = std::min(loop, duration * 0.5);
-    return seconds > 0 ? ExportPlan::frameCount(seconds, fps) : 0;
 }
 
 float ownWeight(std::int64_t left, std::int64_t fade) {

@@ -32,9 +32,6 @@ struct ExportTimeline {
 // Whether the picture of a frame depends on the frames before it.
 bool keepsState(const ShaderProgram& program);
 
-// Frames of the crossfade of a segment of `duration` seconds that loops by `loop` seconds.
-std::int64_t crossfadeFrames(double loop, double duration, std::int64_t fps);
-
 // The weight of a segment's own frame in the mix with the one before the beginning that it leads
 // into; `left` is how many frames are left with it, 1 to `fade`. Linear in time: each frame of the
 // fade, and the step into and out of it, changes it by as much. The same for samples.

@@ -120,7 +120,7 @@ class Samples {
                              static_cast<double>(frame) / static_cast<double>(fps_);
         const auto count = static_cast<std::uint32_t>(frames * perFrame_);
         const SoundResult result =
-            evaluateSound(*soundProgramOf(segment), *queue_, *buffer_, start, count,
+            evaluateSound(*soundProgramOf(segment)->parts(), *queue_, *buffer_, start, count,
                           segment.soundValues ? *segment.soundValues : segment.values);
         if (result == SoundResult::failed)
             return std::nullopt;

@@ -25,16 +25,6 @@ FrameLayout::Area whole(const PictureSize& frame) {
     return {.width = frame.width, .height = frame.height};
 }
 
-// A pass in which nothing is drawn, for its clearing.
-bool clear(gpu::CommandBuffer& commands, const gpu::Texture& target,
-           const gpu::ClearColor& background) {
-    auto encoder = commands.renderCommandEncoder(
-        {.color = {.texture = &target, .load = gpu::LoadAction::clear, .clear = background}});
-    if (encoder)
-        encoder->endEncoding();
-    return encoder.has_value();
-}
-
 bool copy(gpu::CommandBuffer& commands, const gpu::Texture& source, const gpu::Texture& target,
           const FrameLayout::Area& area) {
     auto encoder = commands.blitCommandEncoder();
@@ -53,16 +43,14 @@ SegmentPictures::SegmentPictures(const ExportSegment& segment, const Stage& stag
       area_(segment.layout ? segment.layout->picture : whole(stage.frame)),
       background_(segment.layout ? segment.layout->background : gpu::ClearColor()) {
     const ShaderProgram& program = *segment.program;
-    if (program.needsRun())
-        run_ = ShaderRun::make(segment.program, stage.device, area_.width, area_.height);
+    frames_ = ProgramFrames::make(segment.program, stage.device, area_.width, area_.height,
+                                  segment.valuesAt);
     if (program.usesInputs())
         feedback_ = FeedbackFrames::make(stage.device, area_.width, area_.height,
                                          ShaderProgram::pixelFormat);
-    if (run_)
-        run_->setValuesAt(segment.valuesAt);
-    if (program.needsRun() != (run_ != nullptr) || program.usesInputs() != (feedback_ != nullptr))
+    if (!frames_ || program.usesInputs() != (feedback_ != nullptr))
         throw ExportError(ExportError::Setup{
-            ShaderRun::absence(program, stage.device, area_.width, area_.height)});
+            ProgramFrames::absence(program, stage.device, area_.width, area_.height)});
 }
 
 double SegmentPictures::time(std::int64_t frame) const {
@@ -70,21 +58,16 @@ double SegmentPictures::time(std::int64_t frame) const {
 }
 
 // The frame's number is that of a playback from time 0 on.
-TWUniforms SegmentPictures::uniforms(double time) const {
+FrameMoment SegmentPictures::moment(double time) const {
     constexpr double greatest = std::numeric_limits<std::uint32_t>::max();
-    const auto width = static_cast<float>(area_.width);
-    const auto height = static_cast<float>(area_.height);
     const auto fps = static_cast<double>(stage_.fps);
-    return {.resolution = {width, height},
-            .time = static_cast<float>(time),
+    return {.time = static_cast<float>(time),
             .timeDelta = static_cast<float>(1 / fps),
-            .mouse = {width * 0.5f, height * 0.5f},
             .frame = static_cast<std::uint32_t>(std::clamp(std::round(time * fps), 0.0, greatest))};
 }
 
 bool SegmentPictures::warm(std::int64_t frame, const std::function<void()>& afterEach) {
-    return !run_ || run_->warm(static_cast<float>(time(frame)), stage_.queue, segment_.values, {},
-                               afterEach);
+    return frames_->warm(static_cast<float>(time(frame)), stage_.queue, segment_.values, afterEach);
 }
 
 bool SegmentPictures::encode(gpu::CommandBuffer& commands, const gpu::Texture& target,
@@ -92,46 +75,41 @@ bool SegmentPictures::encode(gpu::CommandBuffer& commands, const gpu::Texture& t
     const double at = time(frame);
     const ParamValues values = segment_.valuesAt ? segment_.valuesAt(at) : segment_.values;
     const ShaderInputs inputs = segment_.inputsAt ? segment_.inputsAt(at) : ShaderInputs::none();
-    const TWUniforms record = uniforms(at);
-    if (run_)
-        run_->prepare(record, commands, values, ParticleSimulation::noLimit);
+    const ProgramFrame drawn{.moment = moment(at), .values = values, .inputs = inputs};
     const gpu::Texture* overlay = overlayAt(at);
-    return feedback_
-               ? encodeThroughFeedback(commands, target, record, values, inputs, overlay, watermark)
-               : encodeDirectly(commands, target, record, values, inputs, overlay, watermark);
+    return feedback_ ? encodeThroughFeedback(commands, target, drawn, overlay, watermark)
+                     : encodeDirectly(commands, target, drawn, overlay, watermark);
 }
 
 bool SegmentPictures::encodeDirectly(gpu::CommandBuffer& commands, const gpu::Texture& target,
-                                     const TWUniforms& uniforms, const ParamValues& values,
-                                     const ShaderInputs& inputs, const gpu::Texture* overlay,
+                                     const ProgramFrame& frame, const gpu::Texture* overlay,
                                      const Watermark* watermark) const {
-    auto encoder = commands.renderCommandEncoder(
-        {.color = {.texture = &target, .load = gpu::LoadAction::clear, .clear = background_}});
-    if (!encoder)
-        return false;
-    enter(*encoder, area_);
-    segment_.program->draw(*encoder, uniforms, values, run_.get(), &inputs);
-    drawOver(*encoder, overlay, watermark);
-    encoder->endEncoding();
-    return true;
+    using Encoder = gpu::RenderCommandEncoder;
+    return frames_->encode(
+        commands, frame,
+        {.descriptor = {.color = {.texture = &target,
+                                  .load = gpu::LoadAction::clear,
+                                  .clear = background_}},
+         .before = [this](Encoder& encoder) { enter(encoder, area_); },
+         .after = [&](Encoder& encoder) { drawOver(encoder, overlay, watermark); }});
 }
 
 // The program's picture is drawn apart, since the next frame is to see it bare.
 bool SegmentPictures::encodeThroughFeedback(gpu::CommandBuffer& commands,
-                                            const gpu::Texture& target, const TWUniforms& uniforms,
-                                            const ParamValues& values, const ShaderInputs& inputs,
+                                            const gpu::Texture& target, const ProgramFrame& frame,
                                             const gpu::Texture* overlay,
                                             const Watermark* watermark) {
-    ShaderInputs seen = inputs;
+    ShaderInputs seen = frame.inputs;
     if (seen.previous == nullptr)
         seen.previous = feedback_->previous();
-    auto picture = commands.renderCommandEncoder(
-        {.color = {.texture = &feedback_->current(), .load = gpu::LoadAction::clear}});
-    if (!picture)
+    const gpu::RenderPassDescriptor apart{
+        .color = {.texture = &feedback_->current(), .load = gpu::LoadAction::clear}};
+    if (!frames_->encode(commands, {.moment = frame.moment, .values = frame.values, .inputs = seen},
+                         {.descriptor = apart}))
         return false;
-    segment_.program->draw(*picture, uniforms, values, run_.get(), &seen);
-    picture->endEncoding();
-    if (segment_.layout && !clear(commands, target, background_))
+    const gpu::RenderPassDescriptor clearing{
+        .color = {.texture = &target, .load = gpu::LoadAction::clear, .clear = background_}};
+    if (segment_.layout && !encodeClearing(commands, clearing))
         return false;
     if (!copy(commands, feedback_->current(), target, area_))
         return false;
@@ -164,10 +142,6 @@ void SegmentPictures::drawOver(gpu::RenderCommandEncoder& encoder, const gpu::Te
         stage_.overlay->draw(encoder, *overlay);
     if (watermark != nullptr)
         watermark->draw(encoder, stage_.frame.width, stage_.frame.height);
-}
-
-bool SegmentPictures::hitLoopBudget() const {
-    return run_ && run_->simulation() && run_->simulation()->hitLoopBudget();
 }
 
 } // namespace tarnwick

@@ -5,8 +5,8 @@
 #include "TarnwickRender/Pictures/OverlayQuad.h"
 #include "TarnwickRender/Pictures/PictureSize.h"
 #include "TarnwickRender/Pictures/Watermark.h"
+#include "TarnwickRender/ProgramFrames.h"
 #include "TarnwickRender/Run/FeedbackFrames.h"
-#include "TarnwickRender/ShaderRun.h"
 
 #include <cstdint>
 #include <functional>
@@ -39,18 +39,16 @@ class SegmentPictures {
                 const Watermark* watermark = nullptr);
 
     // Whether a loop was ended while simulating.
-    bool hitLoopBudget() const;
+    bool hitLoopBudget() const { return frames_->hitLoopBudget(); }
 
   private:
     double time(std::int64_t frame) const; // seconds
-    TWUniforms uniforms(double time) const;
+    FrameMoment moment(double time) const;
     bool encodeDirectly(gpu::CommandBuffer& commands, const gpu::Texture& target,
-                        const TWUniforms& uniforms, const ParamValues& values,
-                        const ShaderInputs& inputs, const gpu::Texture* overlay,
+                        const ProgramFrame& frame, const gpu::Texture* overlay,
                         const Watermark* watermark) const;
     bool encodeThroughFeedback(gpu::CommandBuffer& commands, const gpu::Texture& target,
-                               const TWUniforms& uniforms, const ParamValues& values,
-                               const ShaderInputs& inputs, const gpu::Texture* overlay,
+                               const ProgramFrame& frame, const gpu::Texture* overlay,
                                const Watermark* watermark);
     const gpu::Texture* overlayAt(double time) const; // null for none
     void drawOver(gpu::RenderCommandEncoder& encoder, const gpu::Texture* overlay,
@@ -60,7 +58,7 @@ class SegmentPictures {
     Stage stage_;
     FrameLayout::Area area_; // of the program's picture
     gpu::ClearColor background_;
-    std::unique_ptr<ShaderRun> run_;
+    std::unique_ptr<ProgramFrames> frames_;
     std::unique_ptr<FeedbackFrames> feedback_; // of a program that may look at its last frame
 };
 

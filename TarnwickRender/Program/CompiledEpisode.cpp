@@ -2,7 +2,7 @@
 
 #include "TarnwickCore/Findings/Encoding.h"
 #include "TarnwickMSL/Compile.h"
-#include "TarnwickRender/ParamBuffer.h"
+#include "TarnwickRender/Program/ParamBuffer.h"
 #include "TarnwickRender/ShaderError.h"
 
 #include <string>

@@ -1,8 +1,7 @@
 #include "TarnwickRender/Program/HostFunctions.h"
 
-#include "TarnwickRender/ParamBuffer.h"
+#include "TarnwickRender/Program/ParamBuffer.h"
 #include "TarnwickRender/ShaderError.h"
-#include "TarnwickRender/SoundCheck.h"
 
 #include <algorithm>
 #include <array>
@@ -39,7 +38,7 @@ constexpr std::array interfaces{
     HostInterface{Names::meshVertexName,   Stage::vertex,   3, 0},
     HostInterface{Names::meshFragmentName, Stage::fragment, 2, 0},
     HostInterface{Names::backgroundName,   Stage::fragment, 2, 0},
-    HostInterface{SoundCheck::kernelName,  Stage::kernel,   3, 0, memory, written},
+    HostInterface{soundCheckName,  Stage::kernel,   3, 0, memory, written},
 };
 // clang-format on
 
@@ -94,7 +93,7 @@ bool isOfKind(std::string_view name, const AssembledShader& shader) {
         return shader.hasBackground;
     if (isOneOf({Names::meshVertexName, Names::meshFragmentName}))
         return shader.isMesh();
-    return name != SoundCheck::kernelName && shader.isParticles();
+    return name != soundCheckName && shader.isParticles();
 }
 
 } // namespace

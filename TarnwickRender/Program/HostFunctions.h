@@ -13,6 +13,9 @@
 
 namespace tarnwick {
 
+// The kernel that SoundCheck adds behind the program.
+inline constexpr std::string_view soundCheckName = "tw_sound_check";
+
 // Null when the library has no such function of the host's, or of a program of our own.
 std::unique_ptr<gpu::Function> findHostFunction(const gpu::Library& library, std::string_view name,
                                                 msl::Stage stage);

@@ -1,8 +1,8 @@
 #include "TarnwickRender/Program/MeshPipelines.h"
 
 #include "TarnwickRender/Program/HostFunctions.h"
+#include "TarnwickRender/Program/TargetFormats.h"
 #include "TarnwickRender/ShaderError.h"
-#include "TarnwickRender/ShaderProgram.h"
 
 namespace tarnwick {
 namespace {
@@ -11,9 +11,9 @@ std::unique_ptr<gpu::RenderPipelineState> meshPipeline(gpu::Device& device,
                                                        const gpu::Library& library,
                                                        std::string_view vertexName,
                                                        std::string_view fragmentName) {
-    HostStages stages(library, vertexName, fragmentName, ShaderProgram::pixelFormat);
-    stages.descriptor.depthFormat = ShaderProgram::depthFormat;
-    stages.descriptor.sampleCount = ShaderProgram::meshSamples;
+    HostStages stages(library, vertexName, fragmentName, TargetFormats::pixelFormat);
+    stages.descriptor.depthFormat = TargetFormats::depthFormat;
+    stages.descriptor.sampleCount = TargetFormats::meshSamples;
     return device.newRenderPipelineState(stages.descriptor);
 }
 

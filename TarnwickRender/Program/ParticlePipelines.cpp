@@ -3,8 +3,8 @@
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Resources.h"
 #include "TarnwickRender/Program/HostFunctions.h"
+#include "TarnwickRender/Program/TargetFormats.h"
 #include "TarnwickRender/ShaderError.h"
-#include "TarnwickRender/ShaderProgram.h"
 
 #include <cstring>
 
@@ -49,9 +49,9 @@ ParticlePipelines makeParticlePipelines(gpu::Device& device, const gpu::Library&
     if (stride == 0)
         throw ShaderError("Could not measure struct Particle.");
     const HostStages fade(library, ShaderAssembler::vertexName, ShaderAssembler::fadeName,
-                          ShaderProgram::trailsFormat);
+                          TargetFormats::trailsFormat);
     HostStages dots(library, ShaderAssembler::dotVertexName, ShaderAssembler::dotFragmentName,
-                    ShaderProgram::trailsFormat);
+                    TargetFormats::trailsFormat);
     dots.descriptor.topology = gpu::TopologyClass::point;
     addInto(dots.descriptor.color);
     ParticlePipelines pipelines{.count = count, .stride = stride};

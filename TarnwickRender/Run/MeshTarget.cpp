@@ -1,7 +1,7 @@
 #include "TarnwickRender/Run/MeshTarget.h"
 
 #include "TarnwickRender/Pictures/PictureSize.h"
-#include "TarnwickRender/ShaderProgram.h"
+#include "TarnwickRender/Program/TargetFormats.h"
 
 namespace tarnwick {
 
@@ -10,17 +10,17 @@ std::unique_ptr<MeshTarget> MeshTarget::make(gpu::Device& device, std::int64_t w
     const auto size = PictureSize::of(width, height);
     if (!size)
         return nullptr;
-    const gpu::TextureDescriptor one{.format = ShaderProgram::pixelFormat,
+    const gpu::TextureDescriptor one{.format = TargetFormats::pixelFormat,
                                      .width = size->width,
                                      .height = size->height,
                                      .usage = {.shaderRead = true, .renderTarget = true},
                                      .storage = gpu::StorageMode::private_};
     gpu::TextureDescriptor samples = one;
     samples.type = gpu::TextureType::type2DMultisample;
-    samples.sampleCount = ShaderProgram::meshSamples;
+    samples.sampleCount = TargetFormats::meshSamples;
     samples.usage.shaderRead = false;
     gpu::TextureDescriptor depths = samples;
-    depths.format = ShaderProgram::depthFormat;
+    depths.format = TargetFormats::depthFormat;
     auto made = std::make_unique<MeshTarget>();
     made->color = device.newTexture(samples);
     made->depth = device.newTexture(depths);

@@ -9,7 +9,7 @@
 
 namespace tarnwick {
 
-// Three textures of one size that live on the GPU alone: ShaderProgram::meshSamples a pixel in
+// Three textures of one size that live on the GPU alone: TargetFormats::meshSamples a pixel in
 // `color` and `depth`, their mean in `resolved`.
 struct MeshTarget {
     std::unique_ptr<gpu::Texture> color, depth, resolved;

@@ -1,8 +1,9 @@
 #include "TarnwickRender/Run/ParticleSimulation.h"
 
 #include "TarnwickBase/Precondition.h"
-#include "TarnwickRender/ParamBuffer.h"
 #include "TarnwickRender/Pictures/PictureSize.h"
+#include "TarnwickRender/Program/ParamBuffer.h"
+#include "TarnwickRender/Program/TargetFormats.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,7 +15,7 @@ constexpr std::int64_t stepsPerCommandBuffer = 240; // while warming: four secon
 constexpr std::uint32_t mostThreadsPerGroup = 256;
 
 std::unique_ptr<gpu::Texture> trailsTexture(gpu::Device& device, const PictureSize& size) {
-    return device.newTexture({.format = ShaderProgram::trailsFormat,
+    return device.newTexture({.format = TargetFormats::trailsFormat,
                               .width = size.width,
                               .height = size.height,
                               .usage = {.shaderRead = true, .renderTarget = true},
@@ -46,20 +47,18 @@ class ParticleSimulation::Params {
     }
 
   private:
-    void fill(const ParamValues& values) {
-        buffer_.emplace(simulation_.program_->params(), values);
-    }
+    void fill(const ParamValues& values) { buffer_.emplace(simulation_.program_->params, values); }
 
     const ParticleSimulation& simulation_;
     std::optional<ParamBuffer> buffer_;
 };
 
 std::unique_ptr<ParticleSimulation>
-ParticleSimulation::make(std::shared_ptr<const ShaderProgram> program, gpu::Device& device,
+ParticleSimulation::make(std::shared_ptr<const ProgramParts> program, gpu::Device& device,
                          std::int64_t width, std::int64_t height) {
-    const ParticlePipelines* pipelines = program->particles();
+    const auto& pipelines = program->particles;
     const auto size = PictureSize::of(width, height);
-    if (pipelines == nullptr || !size)
+    if (!pipelines || !size)
         return nullptr;
     std::unique_ptr<ParticleSimulation> made(new ParticleSimulation);
     made->particles_ = device.newBuffer(
@@ -70,8 +69,8 @@ ParticleSimulation::make(std::shared_ptr<const ShaderProgram> program, gpu::Devi
         trails = trailsTexture(device, *size);
     if (!made->trails_[0] || !made->trails_[1])
         return nullptr;
-    made->width_ = static_cast<float>(width);
-    made->height_ = static_cast<float>(height);
+    made->width_ = width;
+    made->height_ = height;
     made->program_ = std::move(program);
     return made;
 }
@@ -84,11 +83,11 @@ std::int64_t ParticleSimulation::steps(double seconds) {
 
 TWUniforms ParticleSimulation::uniforms(std::int64_t step, const Mouse& mouse) const {
     constexpr auto rate = static_cast<float>(ShaderAssembler::stepRate);
-    return {.resolution = {width_, height_},
-            .time = static_cast<float>(step) / rate,
-            .timeDelta = 1 / rate,
-            .mouse = mouse.value_or(std::array{width_ * 0.5f, height_ * 0.5f}),
-            .frame = static_cast<std::uint32_t>(step)};
+    return frameUniforms({.time = static_cast<float>(step) / rate,
+                          .timeDelta = 1 / rate,
+                          .frame = static_cast<std::uint32_t>(step),
+                          .mouse = mouse},
+                         width_, height_);
 }
 
 void ParticleSimulation::advance(std::int64_t target, gpu::CommandBuffer& commands,
@@ -97,7 +96,7 @@ void ParticleSimulation::advance(std::int64_t target, gpu::CommandBuffer& comman
     if (target < step_)
         reset();
     Params params(*this, values);
-    const std::int64_t count = program_->particleCount();
+    const std::int64_t count = program_->particles->count;
     precondition(count <= std::numeric_limits<std::uint32_t>::max(),
                  "Particles are counted in 32 bits.");
     for (; step_ < target && limit > 0; --limit) {
@@ -122,7 +121,7 @@ bool ParticleSimulation::encode(const Step& step, gpu::CommandBuffer& commands) 
 
 // Spawns the particles in step 0, updates them in all others.
 bool ParticleSimulation::move(const Step& step, gpu::CommandBuffer& commands) const {
-    const ParticlePipelines& pipelines = *program_->particles();
+    const ParticlePipelines& pipelines = *program_->particles;
     const auto& kernel = step.number == 0 ? *pipelines.spawn : *pipelines.update;
     auto encoder = commands.computeCommandEncoder();
     if (!encoder)
@@ -145,7 +144,7 @@ bool ParticleSimulation::move(const Step& step, gpu::CommandBuffer& commands) co
 // trails start clear.
 bool ParticleSimulation::paint(const Step& step, const gpu::Texture& target,
                                gpu::CommandBuffer& commands) const {
-    const ParticlePipelines& pipelines = *program_->particles();
+    const ParticlePipelines& pipelines = *program_->particles;
     auto encoder = commands.renderCommandEncoder(
         {.color = {.texture = &target, .load = gpu::LoadAction::clear, .clear = {.alpha = 0}}});
     if (!encoder)

@@ -1,7 +1,8 @@
 // The particles of an episode, moved in steps of 1/60 second, and the trails that they leave.
 #pragma once
 
-#include "TarnwickRender/ShaderProgram.h"
+#include "TarnwickRender/Program/FrameUniforms.h"
+#include "TarnwickRender/Program/ProgramParts.h"
 #include "TarnwickRender/ValuesAt.h"
 
 #include <array>
@@ -19,20 +20,20 @@ namespace tarnwick {
 // thread at a time.
 class ParticleSimulation {
   public:
-    using Mouse = std::optional<std::array<float, 2>>; // pixels; nothing: the middle of the picture
+    using Mouse = FrameMoment::Mouse;
 
     static constexpr std::int64_t noLimit = std::numeric_limits<std::int64_t>::max();
 
     // `width` by `height` are the trails' pixels. Null for a program without particles, for a size
     // below 1 by 1, and where the device cannot make the buffer or the trails.
-    static std::unique_ptr<ParticleSimulation> make(std::shared_ptr<const ShaderProgram> program,
+    static std::unique_ptr<ParticleSimulation> make(std::shared_ptr<const ProgramParts> program,
                                                     gpu::Device& device, std::int64_t width,
                                                     std::int64_t height);
 
     // The step nearest to a time, a half counting upwards; 0 for times before the start.
     static std::int64_t steps(double seconds);
 
-    const ShaderProgram& program() const { return *program_; }
+    const ProgramParts& program() const { return *program_; }
     std::int64_t step() const { return step_; } // the last one performed; -1: none yet
     // The records of all particles; undefined until the spawning writes them.
     const gpu::Buffer& particles() const { return *particles_; }
@@ -73,9 +74,9 @@ class ParticleSimulation {
     bool move(const Step& step, gpu::CommandBuffer& commands) const;
     bool paint(const Step& step, const gpu::Texture& target, gpu::CommandBuffer& commands) const;
 
-    std::shared_ptr<const ShaderProgram> program_; // shared with the run that it belongs to
-    float width_ = 0, height_ = 0;                 // pixels
-    ValuesAt valuesAt_;                            // may be empty
+    std::shared_ptr<const ProgramParts> program_; // shared with the run that it belongs to
+    std::int64_t width_ = 0, height_ = 0;         // pixels
+    ValuesAt valuesAt_;                           // may be empty
     std::int64_t step_ = -1;
     std::unique_ptr<gpu::Buffer> particles_; // undefined until the spawning writes all of it
     std::array<std::unique_ptr<gpu::Texture>, 2> trails_;

@@ -38,11 +38,11 @@ std::optional<gpu::CommandBuffer> startKernel(const gpu::ComputePipelineState& k
 
 } // namespace
 
-std::optional<gpu::CommandBuffer> startSound(const ShaderProgram& program, gpu::CommandQueue& queue,
+std::optional<gpu::CommandBuffer> startSound(const ProgramParts& program, gpu::CommandQueue& queue,
                                              const gpu::Buffer& buffer, double start,
                                              std::uint32_t count, const ParamValues& values) {
-    return startKernel(*program.soundPipeline(), queue, buffer, start, count,
-                       ParamBuffer(program.params(), values));
+    return startKernel(*program.soundPipeline, queue, buffer, start, count,
+                       ParamBuffer(program.params, values));
 }
 
 SoundResult finishSound(gpu::CommandBuffer& commands) {
@@ -52,11 +52,11 @@ SoundResult finishSound(gpu::CommandBuffer& commands) {
     return commands.hitLoopBudget() ? SoundResult::endedByLoopBudget : SoundResult::done;
 }
 
-SoundResult evaluateSound(const ShaderProgram& program, gpu::CommandQueue& queue,
+SoundResult evaluateSound(const ProgramParts& program, gpu::CommandQueue& queue,
                           const gpu::Buffer& buffer, double start, std::uint32_t count,
                           const ParamValues& values) {
-    return runSoundKernel(*program.soundPipeline(), queue, buffer, start, count,
-                          ParamBuffer(program.params(), values));
+    return runSoundKernel(*program.soundPipeline, queue, buffer, start, count,
+                          ParamBuffer(program.params, values));
 }
 
 SoundResult runSoundKernel(const gpu::ComputePipelineState& kernel, gpu::CommandQueue& queue,

@@ -3,8 +3,8 @@
 
 #include "TarnwickCore/Params.h"
 #include "TarnwickGPU/Commands.h"
-#include "TarnwickRender/ParamBuffer.h"
-#include "TarnwickRender/ShaderProgram.h"
+#include "TarnwickRender/Program/ParamBuffer.h"
+#include "TarnwickRender/Program/ProgramParts.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -20,13 +20,13 @@ enum class SoundResult : std::uint8_t { done, endedByLoopBudget, failed };
 
 // Fills `buffer`, shared memory for at least `count` samples, with those from `start` seconds on,
 // sampleRate a second. The program has a sound. Blocks.
-SoundResult evaluateSound(const ShaderProgram& program, gpu::CommandQueue& queue,
+SoundResult evaluateSound(const ProgramParts& program, gpu::CommandQueue& queue,
                           const gpu::Buffer& buffer, double start, std::uint32_t count,
                           const ParamValues& values);
 
 // The same without waiting: the kernel is committed. finishSound() waits for it. Nothing where the
 // device fails.
-std::optional<gpu::CommandBuffer> startSound(const ShaderProgram& program, gpu::CommandQueue& queue,
+std::optional<gpu::CommandBuffer> startSound(const ProgramParts& program, gpu::CommandQueue& queue,
                                              const gpu::Buffer& buffer, double start,
                                              std::uint32_t count, const ParamValues& values);
 SoundResult finishSound(gpu::CommandBuffer& commands);

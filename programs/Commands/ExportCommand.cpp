@@ -1,7 +1,6 @@
 // tarnwick export: an episode as a movie.
 #include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/Text/Numbers.h"
-#include "TarnwickRender/Movies/ExportTimeline.h"
 #include "programs/CommandLine/Seconds.h"
 #include "programs/CommandLine/SourceFile.h"
 #include "programs/Commands/Command.h"
@@ -65,7 +64,7 @@ std::optional<LoopSearch> searchOf(const Arguments& arguments, const Request& re
 // Seconds that the crossfade of a movie of `duration` seconds has.
 double crossfadeOf(const Request& request, double duration) {
     const std::int64_t fps = request.movie.preset.fps;
-    return static_cast<double>(crossfadeFrames(request.crossfade, duration, fps)) /
+    return static_cast<double>(ExportPlan::crossfadeFrames(request.crossfade, duration, fps)) /
            static_cast<double>(fps);
 }
 

@@ -2,7 +2,7 @@
 
 #include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/Text/Numbers.h"
-#include "TarnwickRender/ShaderRun.h"
+#include "TarnwickRender/ProgramFrames.h"
 #include "TarnwickRender/SoundTap.h"
 #include "programs/CommandLine/CommandError.h"
 #include "programs/Episode/EpisodeProgram.h"
@@ -60,7 +60,7 @@ Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const Epi
         program, device, width, height, static_cast<float>(frame.time), frame.frame,
         frame.settings.valuesAt(frame.time), &news, valuesOverTime(frame.settings), inputs);
     if (!picture)
-        failure(ShaderRun::absence(*program, device, width, height));
+        failure(ProgramFrames::absence(*program, device, width, height));
     return *std::move(picture);
 }
 

@@ -1,7 +1,7 @@
 #include "programs/Episode/EpisodeProgram.h"
 
 #include "TarnwickRender/EpisodeCheck.h"
-#include "TarnwickRender/Run/ParticleSimulation.h"
+#include "TarnwickRender/ProgramFrames.h"
 #include "programs/Terminal/Findings.h"
 
 #include <limits>

@@ -1,4 +1,4 @@
-#include "TarnwickRender/ParamBuffer.h"
+#include "TarnwickRender/Program/ParamBuffer.h"
 
 #include <gtest/gtest.h>
 

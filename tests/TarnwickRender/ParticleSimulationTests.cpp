@@ -39,7 +39,7 @@ TEST_F(Particles, countStepsToTheNearestHalvesUpwards) {
 }
 
 TEST_F(Particles, stepTowardsTheTargetAndStartAgainWhereItLiesBehind) {
-    const auto simulation = ParticleSimulation::make(program(swarm.text()), *device, 8, 8);
+    const auto simulation = ParticleSimulation::make(program(swarm.text())->parts(), *device, 8, 8);
     ASSERT_TRUE(simulation);
     struct Row {
         std::int64_t target, limit, step;
@@ -84,7 +84,7 @@ TEST_F(Particles, lookTheSameInAStillAndHoweverTheyWerePlayed) {
                                             std::vector<int>(8, 4),
                                             {1, 4, 2, 3, 4, 4, 1, 4, 1, 4, 4},
                                             {4, 4, 4, 4, 4, 4, 0, 0, 4, 4}}) {
-        const auto run = ShaderRun::make(made, *device, 48, 32);
+        const auto run = ProgramFrames::make(made, *device, 48, 32);
         ASSERT_TRUE(run);
         int step = 0;
         Picture shown = frame(*run, 0, 4);
@@ -92,7 +92,7 @@ TEST_F(Particles, lookTheSameInAStillAndHoweverTheyWerePlayed) {
             shown = frame(*run, time(step += stride), 4);
         EXPECT_EQ(shown, *still) << strides.size() << " frames";
     }
-    const auto late = ShaderRun::make(made, *device, 48, 32);
+    const auto late = ProgramFrames::make(made, *device, 48, 32);
     Picture shown;
     for (int frames = 0; frames < 9; ++frames) // 33 steps, the spawning among them
         shown = frame(*late, time(last), 4);
@@ -109,7 +109,7 @@ TEST_F(Particles, meetTheUniformsOfTheirStepNotOfTheFrame) {
                "        all(u.resolution == float2(8, 4)) && u.timeDelta == float(1.0 / 60.0)\n"
                "        && u.pad == 0 ? 255.0 : 0.0, 0.0) / 255.0;"}
                                   .text());
-    const auto run = ShaderRun::make(made, *device, 8, 4);
+    const auto run = ProgramFrames::make(made, *device, 8, 4);
     ASSERT_TRUE(run);
     EXPECT_EQ(colorAt(frame(*run, 0, 4), 0, 0), (Color{0, 4 + 2 * 16, 255}));
     EXPECT_EQ(colorAt(frame(*run, 7.0f / 60, 99), 7, 3), (Color{7 + 7 * 16, 4 + 2 * 16, 255}));
@@ -162,31 +162,29 @@ TEST_F(Particles, stayInsideTheProcessWhateverTheyDo) {
 TEST_F(Particles, areAbsentWhereTheDeviceHasNoRoomForThem) {
     const auto made = program(
         ParticleEpisode{.count = 4000000, .fields = "float2 at; float4 more[4095];"}.text());
-    EXPECT_FALSE(ParticleSimulation::make(made, *device, 8, 8));
-    EXPECT_FALSE(ShaderRun::make(made, *device, 8, 8));
+    EXPECT_FALSE(ParticleSimulation::make(made->parts(), *device, 8, 8));
+    EXPECT_FALSE(ProgramFrames::make(made, *device, 8, 8));
     EXPECT_FALSE(StillRenderer::render(made, *device, 8, 8, 0, 0, {}));
-    EXPECT_TRUE(ShaderRun::absence(*made, *device, 8, 8)
+    EXPECT_TRUE(ProgramFrames::absence(*made, *device, 8, 8)
                     .starts_with("4000000 particles of 65536 bytes are too many for "));
     const auto small = program(swarm.text());
     for (const auto& [width, height] : {std::pair{0, 8}, {8, 0}, {-1, 8}, {8, 1 << 30}})
-        EXPECT_FALSE(ShaderRun::make(small, *device, width, height));
+        EXPECT_FALSE(ProgramFrames::make(small, *device, width, height));
 }
 
 TEST_F(Particles, takeNothingFromTheHeapOnceWarm) {
     withoutValidation(); // which takes some
     const auto made = program(swarm.text());
-    const auto run = ShaderRun::make(made, *device, 32, 32);
+    const auto run = ProgramFrames::make(made, *device, 32, 32);
     const auto texture = target(32, 32);
     ASSERT_TRUE(run && texture);
-    TWUniforms uniforms{.resolution = {32, 32}};
+    FrameMoment moment;
     const auto drawFrame = [&] {
         auto commands = queue->commandBuffer();
-        uniforms.time += 1.0f / 30;
-        run->prepare(uniforms, *commands, {}, 4);
-        auto encoder = commands->renderCommandEncoder(
-            {.color = {.texture = texture.get(), .load = gpu::LoadAction::clear}});
-        made->draw(*encoder, uniforms, {}, run.get());
-        encoder->endEncoding();
+        moment.time += 1.0f / 30;
+        run->encode(
+            *commands, {.moment = moment, .values = {}, .stepLimit = 4},
+            {.descriptor = {.color = {.texture = texture.get(), .load = gpu::LoadAction::clear}}});
         commands->commit();
         commands->waitUntilCompleted();
     };

@@ -44,7 +44,7 @@ Picture Rendering::still(const std::string& episode, std::int64_t width, std::in
                          float time, StillNews* news) {
     const auto made = program(episode);
     auto picture = StillRenderer::render(made, *device, width, height, time, 0, {}, news);
-    EXPECT_TRUE(picture) << ShaderRun::absence(*made, *device, width, height);
+    EXPECT_TRUE(picture) << ProgramFrames::absence(*made, *device, width, height);
     return picture.value_or(Picture());
 }
 
@@ -52,19 +52,15 @@ std::unique_ptr<gpu::Texture> Rendering::target(std::uint32_t width, std::uint32
     return device->newTexture({.width = width, .height = height, .usage = {.renderTarget = true}});
 }
 
-Picture Rendering::frame(ShaderRun& run, float time, std::int64_t limit,
-                         const ShaderInputs* inputs) {
-    const auto texture =
-        target(static_cast<std::uint32_t>(run.width()), static_cast<std::uint32_t>(run.height()));
-    const auto width = static_cast<float>(run.width()), height = static_cast<float>(run.height());
-    const TWUniforms uniforms{
-        .resolution = {width, height}, .time = time, .mouse = {width * 0.5f, height * 0.5f}};
+Picture Rendering::frame(ProgramFrames& frames, float time, std::int64_t limit,
+                         const ShaderInputs& inputs) {
+    const auto texture = target(static_cast<std::uint32_t>(frames.width()),
+                                static_cast<std::uint32_t>(frames.height()));
     perform([&](gpu::CommandBuffer& commands) {
-        run.prepare(uniforms, commands, {}, limit);
-        auto encoder = commands.renderCommandEncoder(
-            {.color = {.texture = texture.get(), .load = gpu::LoadAction::clear}});
-        run.program().draw(*encoder, uniforms, {}, &run, inputs);
-        encoder->endEncoding();
+        frames.encode(
+            commands,
+            {.moment = {.time = time}, .values = {}, .inputs = inputs, .stepLimit = limit},
+            {.descriptor = {.color = {.texture = texture.get(), .load = gpu::LoadAction::clear}}});
     });
     return pictureOf(*texture);
 }

@@ -3,7 +3,7 @@
 
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
-#include "TarnwickRender/ShaderRun.h"
+#include "TarnwickRender/ProgramFrames.h"
 #include "TarnwickRender/StillRenderer.h"
 #include "TarnwickRender/TexturePicture.h"
 
@@ -47,9 +47,9 @@ class Rendering : public testing::Test {
     Picture still(const std::string& episode, std::int64_t width, std::int64_t height,
                   float time = 0, StillNews* news = nullptr);
 
-    // One frame of a run at `time`, with at most `limit` steps, into a picture of the run's size.
-    Picture frame(ShaderRun& run, float time, std::int64_t limit,
-                  const ShaderInputs* inputs = nullptr);
+    // One frame at `time`, with at most `limit` steps.
+    Picture frame(ProgramFrames& frames, float time, std::int64_t limit,
+                  const ShaderInputs& inputs = ShaderInputs::none());
 
     std::unique_ptr<gpu::Texture> target(std::uint32_t width, std::uint32_t height);
     // Encodes with `encode(commands)`, commits and waits.

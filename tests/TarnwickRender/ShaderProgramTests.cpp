@@ -1,5 +1,4 @@
 #include "TarnwickRender/ShaderProgram.h"
-#include "TarnwickRender/ShaderRun.h"
 #include "TarnwickRender/StillRenderer.h"
 #include "tests/Validation.h"
 
@@ -73,7 +72,6 @@ TEST_F(Programs, ofAPlainEpisodeNeedNothingBesideTheirPipeline) {
     EXPECT_EQ(made->params(), (std::vector<ParamDecl>{{"x", 1, 0, 2, ""}}));
     EXPECT_FALSE(made->needsRun() || made->usesInputs() || made->hasSound());
     EXPECT_EQ(made->particleCount() + made->particleStride() + made->gridSize(), 0);
-    EXPECT_FALSE(ShaderRun::make(made, *device, 8, 8));
 }
 
 TEST_F(Programs, measureTheParticleAsTheGPULaysItOut) {

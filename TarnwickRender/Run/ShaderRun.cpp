@@ -1,8 +1,6 @@
-#include "TarnwickRender/ShaderRun.h"
+#include "TarnwickRender/Run/ShaderRun.h"
 
-#include "TarnwickRender/ParamBuffer.h"
-
-#include <string>
+#include "TarnwickRender/Program/ParamBuffer.h"
 
 namespace tarnwick {
 namespace {
@@ -21,13 +19,13 @@ gpu::RenderPassDescriptor meshPass(const MeshTarget& target) {
 
 } // namespace
 
-std::unique_ptr<ShaderRun> ShaderRun::make(std::shared_ptr<const ShaderProgram> program,
+std::unique_ptr<ShaderRun> ShaderRun::make(std::shared_ptr<const ProgramParts> program,
                                            gpu::Device& device, std::int64_t width,
                                            std::int64_t height) {
     std::unique_ptr<ShaderRun> run(new ShaderRun);
-    if (program->isParticles())
+    if (program->particles)
         run->simulation_ = ParticleSimulation::make(program, device, width, height);
-    else if (program->isMesh())
+    else if (program->mesh)
         run->mesh_ = MeshTarget::make(device, width, height);
     if (!run->simulation_ && !run->mesh_)
         return nullptr;
@@ -35,23 +33,6 @@ std::unique_ptr<ShaderRun> ShaderRun::make(std::shared_ptr<const ShaderProgram> 
     run->width_ = width;
     run->height_ = height;
     return run;
-}
-
-std::string ShaderRun::absence(const ShaderProgram& program, const gpu::Device& device,
-                               std::int64_t width, std::int64_t height) {
-    const std::string& name = device.info().name;
-    if (device.isLost())
-        return name + " was lost.";
-    const auto bytes =
-        static_cast<std::uint64_t>(program.particleCount() * program.particleStride());
-    const std::string particles = std::to_string(program.particleCount()) + " particles of " +
-                                  std::to_string(program.particleStride()) + " bytes";
-    if (bytes > device.maxBufferLength())
-        return particles + " are too many for " + name + ": they take " + std::to_string(bytes) +
-               " bytes, and it has room for " + std::to_string(device.maxBufferLength()) + ".";
-    return name + " has no room for a picture of " + std::to_string(width) + "x" +
-           std::to_string(height) + " pixels" +
-           (program.isParticles() ? " with " + particles + "." : ".");
 }
 
 const gpu::Texture* ShaderRun::picture() const {
@@ -74,8 +55,8 @@ void ShaderRun::prepare(const TWUniforms& uniforms, gpu::CommandBuffer& commands
 
 void ShaderRun::drawMesh(const TWUniforms& uniforms, gpu::CommandBuffer& commands,
                          const ParamValues& values) const {
-    const MeshPipelines& pipelines = *program_->mesh();
-    const ParamBuffer params(program_->params(), values);
+    const MeshPipelines& pipelines = *program_->mesh;
+    const ParamBuffer params(program_->params, values);
     const auto cells = static_cast<std::uint32_t>(pipelines.cells);
     auto encoder = commands.renderCommandEncoder(meshPass(*mesh_));
     if (!encoder)

@@ -3,12 +3,10 @@
 
 #include "TarnwickRender/Run/MeshTarget.h"
 #include "TarnwickRender/Run/ParticleSimulation.h"
-#include "TarnwickRender/ShaderProgram.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <string>
 
 namespace tarnwick {
 
@@ -18,16 +16,11 @@ class ShaderRun {
   public:
     // Null for a program that needs no run, for a size below 1 by 1, and where the run's GPU
     // objects cannot be made.
-    static std::unique_ptr<ShaderRun> make(std::shared_ptr<const ShaderProgram> program,
+    static std::unique_ptr<ShaderRun> make(std::shared_ptr<const ProgramParts> program,
                                            gpu::Device& device, std::int64_t width,
                                            std::int64_t height);
 
-    // Why a program is not drawn on the device at a size from 1 by 1 on, where making its run or
-    // rendering its still gave nothing: one sentence for the user.
-    static std::string absence(const ShaderProgram& program, const gpu::Device& device,
-                               std::int64_t width, std::int64_t height);
-
-    const ShaderProgram& program() const { return *program_; }
+    const ProgramParts& program() const { return *program_; }
     std::int64_t width() const { return width_; }   // pixels
     std::int64_t height() const { return height_; } // pixels
     // One of the two is there.
@@ -58,7 +51,7 @@ class ShaderRun {
     void drawMesh(const TWUniforms& uniforms, gpu::CommandBuffer& commands,
                   const ParamValues& values) const;
 
-    std::shared_ptr<const ShaderProgram> program_; // shared: draw() tells programs apart by it
+    std::shared_ptr<const ProgramParts> program_; // shared: a program draws its own runs only
     std::int64_t width_ = 0, height_ = 0;
     std::unique_ptr<ParticleSimulation> simulation_;
     std::unique_ptr<MeshTarget> mesh_;
