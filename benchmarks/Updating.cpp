@@ -1,13 +1,12 @@
 #include "benchmarks/Updating.h"
 
 #include "TarnwickGPU/Commands.h"
+#include "TarnwickRender/Program/HostFunctions.h"
 #include "TarnwickRender/Program/ParamBuffer.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "benchmarks/Playing.h"
 #include "benchmarks/Turns.h"
 #include "benchmarks/byhand/HandParticles.h"
-
-#include <algorithm>
 
 namespace tarnwick::bench {
 
@@ -64,9 +63,7 @@ class OurParticles {
 
     void dispatch(gpu::ComputeCommandEncoder& encoder, const gpu::ComputePipelineState& kernel) {
         encoder.setComputePipelineState(kernel);
-        encoder.dispatchThreads(
-            {.width = count_},
-            {.width = std::min(kernel.maxTotalThreadsPerThreadgroup(), std::uint32_t{256})});
+        encoder.dispatchThreads({.width = count_}, hostThreadgroup(kernel));
     }
 
     const ShaderProgram& program_;

@@ -1,7 +1,7 @@
 #include "TarnwickRender/Pictures/PixelBufferTextures.h"
 
 #include "TarnwickRender/Pictures/PictureSize.h"
-#include "TarnwickRender/ShaderProgram.h"
+#include "TarnwickRender/Program/TargetFormats.h"
 
 #include <stdexcept>
 
@@ -28,7 +28,7 @@ PixelBufferTextures::make(gpu::Device& device, std::int64_t width, std::int64_t 
     const bool isConverted = place == ColorConversionPlace::gpu ||
                              (place == ColorConversionPlace::chosen && !device.info().isCPU);
     std::unique_ptr<PixelBufferTextures> textures(new PixelBufferTextures(device));
-    textures->descriptor_ = {.format = ShaderProgram::pixelFormat,
+    textures->descriptor_ = {.format = TargetFormats::pixelFormat,
                              .width = size->width,
                              .height = size->height,
                              .usage = {.shaderRead = isConverted, .renderTarget = true},

@@ -127,6 +127,11 @@ hostKernel(gpu::Device& device, const gpu::Library& library, std::string_view na
     return device.newComputePipelineState(*hostFunction(library, name, Stage::kernel));
 }
 
+gpu::Size hostThreadgroup(const gpu::ComputePipelineState& kernel) {
+    constexpr std::uint32_t most = 256;
+    return {.width = std::min(kernel.maxTotalThreadsPerThreadgroup(), most)};
+}
+
 HostStages::HostStages(const gpu::Library& library, std::string_view vertexName,
                        std::string_view fragmentName, gpu::PixelFormat colorFormat)
     : vertex(hostFunction(library, vertexName, Stage::vertex)),

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "TarnwickCore/ShaderAssembler.h"
+#include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/Pipeline.h"
 
@@ -30,6 +31,9 @@ void checkHostFunctions(const gpu::Library& library, const AssembledShader& shad
 // The pipeline of one kernel. Throws ShaderError or gpu::DeviceError.
 std::unique_ptr<gpu::ComputePipelineState>
 hostKernel(gpu::Device& device, const gpu::Library& library, std::string_view name);
+
+// The size of a host kernel's threadgroups: 256 threads, or the pipeline's maximum if that is less.
+gpu::Size hostThreadgroup(const gpu::ComputePipelineState& kernel);
 
 // Two stages and what is drawn into: the functions that a descriptor borrows, kept beside it.
 struct HostStages {

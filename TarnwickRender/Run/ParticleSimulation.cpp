@@ -2,6 +2,7 @@
 
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickRender/Pictures/PictureSize.h"
+#include "TarnwickRender/Program/HostFunctions.h"
 #include "TarnwickRender/Program/ParamBuffer.h"
 #include "TarnwickRender/Program/TargetFormats.h"
 
@@ -12,7 +13,6 @@ namespace tarnwick {
 namespace {
 
 constexpr std::int64_t stepsPerCommandBuffer = 240; // while warming: four seconds
-constexpr std::uint32_t mostThreadsPerGroup = 256;
 
 std::unique_ptr<gpu::Texture> trailsTexture(gpu::Device& device, const PictureSize& size) {
     return device.newTexture({.format = TargetFormats::trailsFormat,
@@ -133,9 +133,7 @@ bool ParticleSimulation::move(const Step& step, gpu::CommandBuffer& commands) co
         encoder->setBytes(&step.uniforms, sizeof step.uniforms, index++);
     encoder->setBytes(step.params.data(), step.params.length(), index++);
     encoder->setBytes(&step.particleCount, sizeof step.particleCount, index);
-    encoder->dispatchThreads(
-        {.width = step.particleCount},
-        {.width = std::min(kernel.maxTotalThreadsPerThreadgroup(), mostThreadsPerGroup)});
+    encoder->dispatchThreads({.width = step.particleCount}, hostThreadgroup(kernel));
     encoder->endEncoding();
     return true;
 }

@@ -1,6 +1,8 @@
 // The particles of an episode, moved in steps of 1/60 second, and the trails that they leave.
 #pragma once
 
+#include "TarnwickGPU/Commands.h"
+#include "TarnwickGPU/Device.h"
 #include "TarnwickRender/Program/FrameUniforms.h"
 #include "TarnwickRender/Program/ProgramParts.h"
 #include "TarnwickRender/ValuesAt.h"

@@ -1,6 +1,7 @@
 // What a program needs at one size of picture, and the GPU work that comes before its final draw.
 #pragma once
 
+#include "TarnwickGPU/Commands.h"
 #include "TarnwickRender/Run/MeshTarget.h"
 #include "TarnwickRender/Run/ParticleSimulation.h"
 

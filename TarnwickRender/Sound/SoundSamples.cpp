@@ -1,11 +1,10 @@
 #include "TarnwickRender/Sound/SoundSamples.h"
 
-#include <algorithm>
+#include "TarnwickCore/ShaderAssembler.h"
+#include "TarnwickRender/Program/HostFunctions.h"
 
 namespace tarnwick {
 namespace {
-
-constexpr std::uint32_t mostThreadsPerGroup = 256;
 
 // As the sound kernel declares it.
 struct SoundUniforms {
@@ -28,9 +27,7 @@ std::optional<gpu::CommandBuffer> startKernel(const gpu::ComputePipelineState& k
     encoder->setBuffer(buffer, 0, 0);
     encoder->setBytes(&uniforms, sizeof uniforms, 1);
     encoder->setBytes(params.data(), params.length(), 2);
-    encoder->dispatchThreads(
-        {.width = count},
-        {.width = std::min(kernel.maxTotalThreadsPerThreadgroup(), mostThreadsPerGroup)});
+    encoder->dispatchThreads({.width = count}, hostThreadgroup(kernel));
     encoder->endEncoding();
     commands->commit();
     return commands;
