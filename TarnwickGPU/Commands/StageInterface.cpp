@@ -1,25 +1,28 @@
 #include "TarnwickGPU/Commands/StageInterface.h"
 
-#include "TarnwickGPU/Points/SpirvCode.h"
 #include "TarnwickGPU/Vulkan/DeviceState.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
+#include "TarnwickSpirv/Interface.h"
+#include "TarnwickSpirv/Rewriting.h"
 
 #include <map>
 #include <utility>
 
 namespace tarnwick::gpu {
 
+using namespace spirv;
+
 namespace {
 
-std::vector<Id> lostOutputs(const SpirvCode& code, msl::Stage stage) {
+std::vector<Id> lostOutputs(const Module& code, msl::Stage stage) {
     std::vector<Id> lost;
     if (stage == msl::Stage::fragment)
-        for (const auto& [location, variable] : code.locations(spv::StorageClass::Output))
+        for (const auto& [location, variable] : locations(code, spv::StorageClass::Output))
             if (location != 0)
                 lost.push_back(variable);
     if (stage == msl::Stage::vertex)
         for (const spv::BuiltIn word : {spv::BuiltIn::Layer, spv::BuiltIn::ViewportIndex})
-            if (const auto variable = code.builtIn(word))
+            if (const auto variable = builtIn(code, word))
                 lost.push_back(*variable);
     return lost;
 }
@@ -31,9 +34,9 @@ struct Shape {
     std::uint32_t lanes = 1;
 };
 
-Shape shapeOf(const SpirvCode& code, Id type) {
+Shape shapeOf(const Module& code, Id type) {
     Shape shape;
-    eachInstruction(code.declarations, [&](const Instruction& each) {
+    eachInstruction(code.declarations(), [&](const Instruction& each) {
         if (each.operands.empty() || each.operands[0] != type)
             return;
         if (each.op == spv::Op::OpTypeInt || each.op == spv::Op::OpTypeFloat)
@@ -46,10 +49,10 @@ Shape shapeOf(const SpirvCode& code, Id type) {
 
 using Shapes = std::map<std::uint32_t, Shape>; // by location
 
-Shapes shapesOf(const SpirvCode& code, spv::StorageClass storage) {
+Shapes shapesOf(const Module& code, spv::StorageClass storage) {
     Shapes shapes;
-    for (const auto& [location, variable] : code.locations(storage))
-        shapes[location] = shapeOf(code, code.pointee(variable));
+    for (const auto& [location, variable] : locations(code, storage))
+        shapes[location] = shapeOf(code, pointee(code, variable));
     return shapes;
 }
 
@@ -70,12 +73,12 @@ bool areTaken(const Shapes& inputs, const Shapes& outputs) {
 } // namespace
 
 Function withoutLostOutputs(const Function& function) {
-    SpirvCode code(function.entryPoint().words);
+    Module code(function.entryPoint().words);
     const std::vector<Id> lost = lostOutputs(code, function.stage());
     if (lost.empty())
         return function;
     for (const Id variable : lost)
-        code.makePrivate(variable);
+        makePrivate(code, variable);
     auto changed = std::make_shared<msl::EntryPoint>(function.entryPoint());
     changed->words =
         code.finish(function.stage() == msl::Stage::vertex ? spv::ExecutionModel::Vertex
@@ -91,9 +94,9 @@ std::optional<std::string> interfaceFault(const DeviceState& device,
         return vertex + " is no vertex function";
     if (descriptor.fragment->stage() != msl::Stage::fragment)
         return fragment + " is no fragment function";
-    const SpirvCode giver(descriptor.vertex->entryPoint().words);
-    const SpirvCode taker(descriptor.fragment->entryPoint().words);
-    if (giver.variables(spv::StorageClass::Output).empty()) // its end is never reached
+    const Module giver(descriptor.vertex->entryPoint().words);
+    const Module taker(descriptor.fragment->entryPoint().words);
+    if (variables(giver, spv::StorageClass::Output).empty()) // its end is never reached
         return vertex + " gives no position";
     const Shapes outputs = shapesOf(giver, spv::StorageClass::Output);
     if (4 * outputs.size() > device.limits.maxVertexOutputComponents)

@@ -3,7 +3,7 @@
 // numbers holds neither NaN nor infinity, a target of halves keeps both for ever.
 #pragma once
 
-#include "TarnwickGPU/Points/SpirvBody.h"
+#include "TarnwickGPU/Points/PointBody.h"
 
 namespace tarnwick::gpu {
 
@@ -11,9 +11,9 @@ namespace tarnwick::gpu {
 inline constexpr float greatestHalf = 65504;
 
 // Four floats, each in [-greatestHalf, greatestHalf]: NaN becomes 0, what lies beyond the nearest.
-Id finiteColor(SpirvBody& body, Id color);
+Id finiteColor(PointBody& body, Id color);
 
 // Behind a fragment function: makes its colour 0 such a one, if it has four floats.
-void keepColorFinite(SpirvBody& body);
+void keepColorFinite(PointBody& body);
 
 } // namespace tarnwick::gpu

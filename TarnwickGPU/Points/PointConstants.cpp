@@ -1,6 +1,7 @@
 #include "TarnwickGPU/Points/PointConstants.h"
 
-#include "TarnwickGPU/Points/SpirvLink.h"
+#include "TarnwickSpirv/IdOperands.h"
+#include "TarnwickSpirv/Interface.h"
 
 #include <spirv/unified1/GLSL.std.450.h>
 
@@ -10,6 +11,8 @@
 #include <utility>
 
 namespace tarnwick::gpu {
+
+using namespace spirv;
 
 namespace {
 
@@ -34,7 +37,7 @@ bool isArithmetic(const Instruction& each) {
 // One function's instructions, and which of them are to go.
 class Parting {
   public:
-    explicit Parting(SpirvCode& code) : code_(code) {
+    explicit Parting(Module& code) : code_(code) {
         eachInstruction(code.functions,
                         [this](const Instruction& each) { instructions_.push_back(each); });
     }
@@ -59,7 +62,7 @@ class Parting {
     PointConstants write();
     void writeFunction(const PointConstants& constants);
 
-    SpirvCode& code_;
+    Module& code_;
     std::vector<Instruction> instructions_;
     Words instructionWords_; // the code that they are of, once there is other
     std::set<Id> inputs_, buffers_,
@@ -70,9 +73,9 @@ class Parting {
 };
 
 void Parting::findRoots() {
-    for (const auto& [location, variable] : code_.locations(spv::StorageClass::Input))
+    for (const auto& [location, variable] : locations(code_, spv::StorageClass::Input))
         inputs_.insert(variable);
-    for (const Id variable : code_.variables(spv::StorageClass::Uniform))
+    for (const Id variable : variables(code_, spv::StorageClass::Uniform))
         buffers_.insert(variable);
     eachInstruction(code_.annotations, [this](const Instruction& each) {
         if (each.op == OpDecorate &&
@@ -110,7 +113,7 @@ void Parting::findConstants() {
 // Numbers of 32 bits, alone or in vectors.
 bool Parting::crosses(Id type) const {
     bool does = false;
-    eachInstruction(code_.declarations, [&](const Instruction& each) {
+    eachInstruction(code_.declarations(), [&](const Instruction& each) {
         if (each.operands[0] != type)
             return;
         if (each.op == OpTypeFloat || each.op == OpTypeInt)
@@ -209,20 +212,8 @@ PointConstants Parting::write() {
 
 } // namespace
 
-std::optional<PointConstants> partConstants(SpirvCode& fragment) {
+std::optional<PointConstants> partConstants(Module& fragment) {
     return Parting(fragment).run();
-}
-
-void removeFunction(SpirvCode& code, Id function) {
-    Words kept;
-    bool isIn = false;
-    eachInstruction(code.functions, [&](const Instruction& each) {
-        if (each.op == OpFunction)
-            isIn = each.operands[1] == function;
-        if (!isIn)
-            append(kept, each.op, each.operands);
-    });
-    code.functions = std::move(kept);
 }
 
 } // namespace tarnwick::gpu

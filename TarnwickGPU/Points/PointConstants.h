@@ -2,7 +2,7 @@
 // of them: what follows from the vertex function's outputs and from read-only buffers alone.
 #pragma once
 
-#include "TarnwickGPU/Points/SpirvCode.h"
+#include "TarnwickSpirv/Module.h"
 
 #include <optional>
 #include <vector>
@@ -10,15 +10,13 @@
 namespace tarnwick::gpu {
 
 struct PointConstants {
-    Id function = 0;           // works them out, once the inputs are there
-    std::vector<Id> variables; // private ones of the module: what it leaves there main() reads
+    spirv::Id function = 0; // works them out, once the inputs are there
+    std::vector<spirv::Id>
+        variables; // private ones of the module: what it leaves there main() reads
 };
 
 // Parts a fragment function in two. Nothing, and the code as it was, where that saves no load, or
 // where more would pass from the one to the other than a few inputs.
-std::optional<PointConstants> partConstants(SpirvCode& fragment);
-
-// The code without one of its functions.
-void removeFunction(SpirvCode& code, Id function);
+std::optional<PointConstants> partConstants(spirv::Module& fragment);
 
 } // namespace tarnwick::gpu

@@ -2,12 +2,16 @@
 
 #include "TarnwickGPU/Points/PointColors.h"
 #include "TarnwickGPU/Points/PointConstants.h"
-#include "TarnwickGPU/Points/SpirvLink.h"
+#include "TarnwickSpirv/Interface.h"
+#include "TarnwickSpirv/Link.h"
+#include "TarnwickSpirv/Rewriting.h"
 
 #include <algorithm>
 #include <limits>
 
 namespace tarnwick::gpu {
+
+using namespace spirv;
 
 namespace {
 
@@ -16,42 +20,42 @@ constexpr std::uint32_t cornersAPoint = 6;
 // triangles are clockwise, so that they face front as points do.
 constexpr std::uint32_t rightCorners = 0b110010, lowerCorners = 0b101100;
 
-Id all(SpirvBody& body, Id lanes) {
-    return body.make(spv::Op::OpAll, body.boolean, {lanes});
+Id all(PointBody& body, Id lanes) {
+    return body.emit(spv::Op::OpAll, body.boolean, {lanes});
 }
 
-Id booleans(SpirvBody& body) {
-    return body.code.vector(body.boolean, 2);
+Id booleans(PointBody& body) {
+    return body.module.vector(body.boolean, 2);
 }
 
-Id twice(SpirvBody& body, float value) {
-    const Id one = body.code.constant(value);
-    return body.code.composite(body.numbers2, {one, one});
+Id twice(PointBody& body, float value) {
+    const Id one = body.module.constant(value);
+    return body.module.composite(body.numbers2, {one, one});
 }
 
-Id spread(SpirvBody& body, Id value) {
-    return body.make(spv::Op::OpCompositeConstruct, body.numbers2, {value, value});
+Id spread(PointBody& body, Id value) {
+    return body.emit(spv::Op::OpCompositeConstruct, body.numbers2, {value, value});
 }
 
 // A multiple of what the device's own points are rounded to: all have 4 bits at least behind the
 // point, and usually 8 (Vulkan 1.3, 33.1, subPixelPrecisionBits). `by` scales it before.
-Id snapped(SpirvBody& body, GLSLstd450 rounding, Id type, Id value, float by) {
+Id snapped(PointBody& body, GLSLstd450 rounding, Id type, Id value, float by) {
     constexpr float steps = 256;
     auto times = [&](Id number, float factor) {
         const spv::Op op = type == body.number ? spv::Op::OpFMul : spv::Op::OpVectorTimesScalar;
-        return body.make(op, type, {number, body.code.constant(factor)});
+        return body.emit(op, type, {number, body.module.constant(factor)});
     };
     return times(body.extended(rounding, type, {times(value, by * steps)}), 1 / steps);
 }
 
 // Finite, and neither behind the eye nor beyond the near and far planes. NaNs fail each comparison.
-Id isBeforeTheEye(SpirvBody& body, const PointSquare& square, Id rawSize) {
+Id isBeforeTheEye(PointBody& body, const PointSquare& square, Id rawSize) {
     const Id z = body.part(square.position, body.number, 2);
     const Id w = body.part(square.position, body.number, 3);
-    const Id zero = body.code.constant(0.0f);
-    const Id most = body.code.constant(std::numeric_limits<float>::max());
+    const Id zero = body.module.constant(0.0f);
+    const Id most = body.module.constant(std::numeric_limits<float>::max());
     auto is = [&](spv::Op op, Id left, Id right) {
-        return body.make(op, body.boolean, {left, right});
+        return body.emit(op, body.boolean, {left, right});
     };
     Id yes = is(spv::Op::OpFOrdGreaterThan, w, zero);
     yes = body.both(yes, is(spv::Op::OpFOrdLessThanEqual, w, most));
@@ -61,27 +65,27 @@ Id isBeforeTheEye(SpirvBody& body, const PointSquare& square, Id rawSize) {
     return body.both(yes, is(spv::Op::OpFOrdLessThanEqual, rawSize, most));
 }
 
-Id isAmongSizes(SpirvBody& body, const PointRecordVariable& record, Id size) {
+Id isAmongSizes(PointBody& body, const PointRecordVariable& record, Id size) {
     const Id sizes = record.pair(body, PointMember::sizes);
-    return body.both(body.make(spv::Op::OpFOrdGreaterThan, body.boolean,
+    return body.both(body.emit(spv::Op::OpFOrdGreaterThan, body.boolean,
                                {size, body.part(sizes, body.number, 0)}),
-                     body.make(spv::Op::OpFOrdLessThanEqual, body.boolean,
+                     body.emit(spv::Op::OpFOrdLessThanEqual, body.boolean,
                                {size, body.part(sizes, body.number, 1)}));
 }
 
 // A place that every device clips away.
-Id nowhere(SpirvBody& body) {
-    SpirvCode& code = body.code;
+Id nowhere(PointBody& body) {
+    Module& code = body.module;
     return code.composite(body.numbers4, {code.constant(0.0f), code.constant(0.0f),
                                           code.constant(2.0f), code.constant(1.0f)});
 }
 
 // The function's position with another place in x and y, or nowhere.
-void storePosition(SpirvBody& body, Id variable, const PointSquare& square, Id isDrawn, Id xy) {
+void storePosition(PointBody& body, Id variable, const PointSquare& square, Id isDrawn, Id xy) {
     const Id moved =
-        body.make(spv::Op::OpVectorShuffle, body.numbers4, {xy, square.position, 0, 1, 4, 5});
+        body.emit(spv::Op::OpVectorShuffle, body.numbers4, {xy, square.position, 0, 1, 4, 5});
     body.store(variable,
-               body.make(spv::Op::OpSelect, body.numbers4, {isDrawn, moved, nowhere(body)}));
+               body.emit(spv::Op::OpSelect, body.numbers4, {isDrawn, moved, nowhere(body)}));
 }
 
 struct VertexOutputs {
@@ -91,16 +95,16 @@ struct VertexOutputs {
 
 // The device's points are never smaller than a pixel: a smaller one that covers a pixel's centre is
 // drawn as one pixel, and the fragment function's coordinates are stretched.
-void endPoints(SpirvBody& body, VertexOutputs outputs, std::uint32_t location) {
-    SpirvCode& code = body.code;
+void endPoints(PointBody& body, VertexOutputs outputs, std::uint32_t location) {
+    Module& code = body.module;
     const PointRecordVariable record(code);
     const PointSquare square = pointSquare(body, record, outputs.position, outputs.size);
     const Id isDrawn = body.both(body.both(square.isDrawn, square.covers),
                                  isAmongSizes(body, record, square.size));
-    const Id xy = body.make(spv::Op::OpVectorShuffle, body.numbers2,
+    const Id xy = body.emit(spv::Op::OpVectorShuffle, body.numbers2,
                             {square.position, square.position, 0, 1});
     const Id scaled =
-        body.make(spv::Op::OpFMul, body.numbers2, {xy, record.pair(body, PointMember::scale)});
+        body.emit(spv::Op::OpFMul, body.numbers2, {xy, record.pair(body, PointMember::scale)});
     storePosition(body, outputs.position, square, isDrawn, scaled);
     const Id one = code.constant(1.0f);
     const Id size =
@@ -111,71 +115,71 @@ void endPoints(SpirvBody& body, VertexOutputs outputs, std::uint32_t location) {
     body.store(size, body.extended(GLSLstd450NMax, body.number, {square.size, one}));
     const Id stretch = code.variable(spv::StorageClass::Output, body.number);
     code.decorate(stretch, spv::Decoration::Location, {location});
-    const Id inverse = body.make(spv::Op::OpFDiv, body.number, {one, square.size});
+    const Id inverse = body.emit(spv::Op::OpFDiv, body.number, {one, square.size});
     body.store(stretch, body.extended(GLSLstd450NMax, body.number, {inverse, one}));
 }
 
-Id isCornerAt(SpirvBody& body, Id corner, std::uint32_t corners) {
-    SpirvCode& code = body.code;
-    const Id shifted = body.make(spv::Op::OpShiftRightLogical, body.word,
+Id isCornerAt(PointBody& body, Id corner, std::uint32_t corners) {
+    Module& code = body.module;
+    const Id shifted = body.emit(spv::Op::OpShiftRightLogical, body.word,
                                  {code.constant(body.word, corners), corner});
     const Id bit =
-        body.make(spv::Op::OpBitwiseAnd, body.word, {shifted, code.constant(body.word, 1u)});
-    return body.make(spv::Op::OpConvertUToF, body.number, {bit});
+        body.emit(spv::Op::OpBitwiseAnd, body.word, {shifted, code.constant(body.word, 1u)});
+    return body.emit(spv::Op::OpConvertUToF, body.number, {bit});
 }
 
-void endQuads(SpirvBody& body, VertexOutputs outputs, std::uint32_t location, Id corner) {
-    SpirvCode& code = body.code;
+void endQuads(PointBody& body, VertexOutputs outputs, std::uint32_t location, Id corner) {
+    Module& code = body.module;
     const PointRecordVariable record(code);
     const PointSquare square = pointSquare(body, record, outputs.position, outputs.size);
     const Id isDrawn = body.both(square.isDrawn, isAmongSizes(body, record, square.size));
     const Id at =
-        body.make(spv::Op::OpCompositeConstruct, body.numbers2,
+        body.emit(spv::Op::OpCompositeConstruct, body.numbers2,
                   {isCornerAt(body, corner, rightCorners), isCornerAt(body, corner, lowerCorners)});
-    const Id centred = body.make(spv::Op::OpFSub, body.numbers2, {at, twice(body, 0.5f)});
+    const Id centred = body.emit(spv::Op::OpFSub, body.numbers2, {at, twice(body, 0.5f)});
     const Id pixels =
-        body.make(spv::Op::OpVectorTimesScalar, body.numbers2, {centred, square.size});
+        body.emit(spv::Op::OpVectorTimesScalar, body.numbers2, {centred, square.size});
     const Id offset =
-        body.make(spv::Op::OpFDiv, body.numbers2, {pixels, record.pair(body, PointMember::half)});
-    const Id moved = body.make(spv::Op::OpFAdd, body.numbers2, {square.place, offset});
+        body.emit(spv::Op::OpFDiv, body.numbers2, {pixels, record.pair(body, PointMember::half)});
+    const Id moved = body.emit(spv::Op::OpFAdd, body.numbers2, {square.place, offset});
     const Id w = body.part(square.position, body.number, 3);
     storePosition(body, outputs.position, square, isDrawn,
-                  body.make(spv::Op::OpVectorTimesScalar, body.numbers2, {moved, w}));
+                  body.emit(spv::Op::OpVectorTimesScalar, body.numbers2, {moved, w}));
     const Id coordinates = code.variable(spv::StorageClass::Output, body.numbers2);
     code.decorate(coordinates, spv::Decoration::Location, {location});
     body.store(coordinates, at);
 }
 
 // A point's number from a corner's, in the built-in's place. Returns the corner's.
-std::optional<Id> divideIndex(SpirvBody& body, spv::BuiltIn builtIn, std::uint32_t divisor) {
-    SpirvCode& code = body.code;
-    const std::optional<Id> seen = code.builtIn(builtIn);
+std::optional<Id> divideIndex(PointBody& body, spv::BuiltIn builtIn, std::uint32_t divisor) {
+    Module& code = body.module;
+    const std::optional<Id> seen = spirv::builtIn(code, builtIn);
     if (!seen)
         return std::nullopt;
-    const Id type = code.pointee(*seen);
-    code.makePrivate(*seen);
+    const Id type = pointee(code, *seen);
+    makePrivate(code, *seen);
     const Id given = code.variable(spv::StorageClass::Input, type);
     code.decorate(given, spv::Decoration::BuiltIn, {static_cast<std::uint32_t>(builtIn)});
-    const Id index = body.make(spv::Op::OpLoad, type, {given});
+    const Id index = body.emit(spv::Op::OpLoad, type, {given});
     const Id by = code.constant(type, divisor);
-    body.store(*seen, body.make(spv::Op::OpUDiv, type, {index, by}));
-    return body.make(spv::Op::OpUMod, type, {index, by});
+    body.store(*seen, body.emit(spv::Op::OpUDiv, type, {index, by}));
+    return body.emit(spv::Op::OpUMod, type, {index, by});
 }
 
-Id cornerOf(SpirvBody& body) {
+Id cornerOf(PointBody& body) {
     if (const auto corner = divideIndex(body, spv::BuiltIn::VertexIndex, cornersAPoint))
         return *corner;
-    SpirvCode& code = body.code; // the function does not ask for its number
+    Module& code = body.module; // the function does not ask for its number
     const Id given = code.variable(spv::StorageClass::Input, body.word);
     code.decorate(given, spv::Decoration::BuiltIn,
                   {static_cast<std::uint32_t>(spv::BuiltIn::VertexIndex)});
-    return body.make(spv::Op::OpUMod, body.word,
+    return body.emit(spv::Op::OpUMod, body.word,
                      {body.load(given), code.constant(body.word, cornersAPoint)});
 }
 
-void stretchCoordinates(SpirvBody& body, Id seen, std::uint32_t location) {
-    SpirvCode& code = body.code;
-    code.makePrivate(seen);
+void stretchCoordinates(PointBody& body, Id seen, std::uint32_t location) {
+    Module& code = body.module;
+    makePrivate(code, seen);
     const Id given = code.variable(spv::StorageClass::Input, body.numbers2);
     code.decorate(given, spv::Decoration::BuiltIn,
                   {static_cast<std::uint32_t>(spv::BuiltIn::PointCoord)});
@@ -183,19 +187,19 @@ void stretchCoordinates(SpirvBody& body, Id seen, std::uint32_t location) {
     code.decorate(stretch, spv::Decoration::Location, {location});
     code.decorate(stretch, spv::Decoration::Flat);
     const Id middle = twice(body, 0.5f);
-    const Id centred = body.make(spv::Op::OpFSub, body.numbers2, {body.load(given), middle});
+    const Id centred = body.emit(spv::Op::OpFSub, body.numbers2, {body.load(given), middle});
     const Id stretched =
-        body.make(spv::Op::OpVectorTimesScalar, body.numbers2, {centred, body.load(stretch)});
-    body.store(seen, body.make(spv::Op::OpFAdd, body.numbers2, {stretched, middle}));
+        body.emit(spv::Op::OpVectorTimesScalar, body.numbers2, {centred, body.load(stretch)});
+    body.store(seen, body.emit(spv::Op::OpFAdd, body.numbers2, {stretched, middle}));
 }
 
 std::uint32_t freeLocation(const msl::EntryPoint& vertex, const msl::EntryPoint& fragment) {
     std::uint32_t free = 0;
     for (const auto& [location, variable] :
-         SpirvCode(vertex.words).locations(spv::StorageClass::Output))
+         locations(Module(vertex.words), spv::StorageClass::Output))
         free = std::max(free, location + 1);
     for (const auto& [location, variable] :
-         SpirvCode(fragment.words).locations(spv::StorageClass::Input))
+         locations(Module(fragment.words), spv::StorageClass::Input))
         free = std::max(free, location + 1);
     return free;
 }
@@ -207,16 +211,16 @@ struct LinkedConstants {
     std::map<std::uint32_t, Id> inputs;
 };
 
-std::optional<LinkedConstants> linkConstants(SpirvCode& vertex, const msl::EntryPoint& fragment) {
-    SpirvCode code(fragment.words);
+std::optional<LinkedConstants> linkConstants(Module& vertex, const msl::EntryPoint& fragment) {
+    Module code(fragment.words);
     const auto constants = partConstants(code);
     if (!constants)
         return std::nullopt;
-    LinkedConstants linked{.inputs = code.locations(spv::StorageClass::Input)};
+    LinkedConstants linked{.inputs = locations(code, spv::StorageClass::Input)};
     removeFunction(code, code.main());
     for (const spv::StorageClass storage : {spv::StorageClass::Input, spv::StorageClass::Output})
-        for (const Id variable : code.variables(storage))
-            code.makePrivate(variable);
+        for (const Id variable : variables(code, storage))
+            makePrivate(code, variable);
     std::erase(code.capabilities, spv::Capability::DemoteToHelperInvocation);
     const auto ids = link(vertex, code);
     if (!ids)
@@ -230,30 +234,30 @@ std::optional<LinkedConstants> linkConstants(SpirvCode& vertex, const msl::Entry
 }
 
 // Behind the vertex function: the fragment function's constants, as outputs.
-void passConstants(SpirvBody& body, const PointPair& pair) {
-    SpirvCode& code = body.code;
-    const auto outputs = code.locations(spv::StorageClass::Output);
+void passConstants(PointBody& body, const PointPair& pair) {
+    Module& code = body.module;
+    const auto outputs = locations(code, spv::StorageClass::Output);
     const auto linked = linkConstants(code, pair.fragment);
     for (const auto& [location, input] : linked->inputs) {
         const auto output = outputs.find(location);
-        const Id type = code.pointee(input);
-        const bool fits = output != outputs.end() && code.pointee(output->second) == type;
+        const Id type = pointee(code, input);
+        const bool fits = output != outputs.end() && pointee(code, output->second) == type;
         body.store(input, fits ? body.load(output->second) : code.null(type));
     }
     body.call(linked->function);
     std::uint32_t location = pair.location;
     for (const Id variable : linked->variables) {
-        const Id output = code.variable(spv::StorageClass::Output, code.pointee(variable));
+        const Id output = code.variable(spv::StorageClass::Output, pointee(code, variable));
         code.decorate(output, spv::Decoration::Location, {++location});
         body.store(output, body.load(variable));
     }
 }
 
-void takeConstants(SpirvCode& code, std::uint32_t location) {
+void takeConstants(Module& code, std::uint32_t location) {
     const auto constants = partConstants(code);
     removeFunction(code, constants->function);
     for (const Id variable : constants->variables) {
-        code.move(variable, spv::StorageClass::Input);
+        changeStorage(code, variable, spv::StorageClass::Input);
         code.decorate(variable, spv::Decoration::Location, {location++});
         code.decorate(variable, spv::Decoration::Flat);
     }
@@ -261,9 +265,9 @@ void takeConstants(SpirvCode& code, std::uint32_t location) {
 
 } // namespace
 
-PointSquare pointSquare(SpirvBody& body, const PointRecordVariable& record, Id position,
+PointSquare pointSquare(PointBody& body, const PointRecordVariable& record, Id position,
                         std::optional<Id> size) {
-    SpirvCode& code = body.code;
+    Module& code = body.module;
     const Id pair = body.numbers2;
     PointSquare square{};
     square.position = body.load(position);
@@ -271,52 +275,52 @@ PointSquare pointSquare(SpirvBody& body, const PointRecordVariable& record, Id p
     square.size =
         body.extended(GLSLstd450NMin, body.number, {rawSize, code.constant(largestPoint)});
     const Id xy =
-        body.make(spv::Op::OpVectorShuffle, pair, {square.position, square.position, 0, 1});
-    square.place = body.make(spv::Op::OpFDiv, pair,
+        body.emit(spv::Op::OpVectorShuffle, pair, {square.position, square.position, 0, 1});
+    square.place = body.emit(spv::Op::OpFDiv, pair,
                              {xy, spread(body, body.part(square.position, body.number, 3))});
     const Id away = body.extended(GLSLstd450FAbs, pair, {square.place});
-    const Id isNear = all(body, body.make(spv::Op::OpFOrdLessThanEqual, booleans(body),
+    const Id isNear = all(body, body.emit(spv::Op::OpFOrdLessThanEqual, booleans(body),
                                           {away, record.pair(body, PointMember::reach)}));
-    const Id pixels = body.make(
+    const Id pixels = body.emit(
         spv::Op::OpFAdd, pair,
-        {body.make(spv::Op::OpFMul, pair, {square.place, record.pair(body, PointMember::half)}),
+        {body.emit(spv::Op::OpFMul, pair, {square.place, record.pair(body, PointMember::half)}),
          record.pair(body, PointMember::centre)});
     square.width = snapped(body, GLSLstd450RoundEven, body.number, square.size, 1);
     const Id halfWidth = snapped(body, GLSLstd450Floor, body.number, square.width, 0.5f);
     square.lower =
-        body.make(spv::Op::OpFSub, pair,
+        body.emit(spv::Op::OpFSub, pair,
                   {snapped(body, GLSLstd450RoundEven, pair, pixels, 1), spread(body, halfWidth)});
     const Id middle = twice(body, 0.5f); // a pixel's
     square.first = body.extended(GLSLstd450Ceil, pair,
-                                 {body.make(spv::Op::OpFSub, pair, {square.lower, middle})});
-    const Id end = body.make(
+                                 {body.emit(spv::Op::OpFSub, pair, {square.lower, middle})});
+    const Id end = body.emit(
         spv::Op::OpFSub, pair,
-        {body.make(spv::Op::OpFAdd, pair, {square.lower, spread(body, square.width)}), middle});
+        {body.emit(spv::Op::OpFAdd, pair, {square.lower, spread(body, square.width)}), middle});
     square.covers =
-        all(body, body.make(spv::Op::OpFOrdLessThan, booleans(body), {square.first, end}));
+        all(body, body.emit(spv::Op::OpFOrdLessThan, booleans(body), {square.first, end}));
     square.isDrawn = body.both(isBeforeTheEye(body, square, rawSize), isNear);
     return square;
 }
 
 bool takesPointForms(const msl::EntryPoint& vertex) {
-    return SpirvCode(vertex.words).builtIn(spv::BuiltIn::Position).has_value();
+    return builtIn(Module(vertex.words), spv::BuiltIn::Position).has_value();
 }
 
 PointPair pointPair(const msl::EntryPoint& vertex, const msl::EntryPoint& fragment) {
     constexpr std::uint32_t mostLocations = 15; // of 16, which every device has
     PointPair pair{vertex, fragment, freeLocation(vertex, fragment)};
-    SpirvCode code(vertex.words);
+    Module code(vertex.words);
     const auto passed = linkConstants(code, fragment);
     pair.passesConstants = passed && pair.location + passed->variables.size() + 1 <= mostLocations;
     return pair;
 }
 
 Words vertexForm(const PointPair& pair, PointForm form) {
-    SpirvCode code(pair.vertex.words);
-    const VertexOutputs outputs{code.builtIn(spv::BuiltIn::Position).value(),
-                                code.builtIn(spv::BuiltIn::PointSize)};
-    SpirvBody body(code);
-    const Id inner = code.renameMain();
+    Module code(pair.vertex.words);
+    const VertexOutputs outputs{builtIn(code, spv::BuiltIn::Position).value(),
+                                builtIn(code, spv::BuiltIn::PointSize)};
+    PointBody body(code);
+    const Id inner = renameMain(code);
     if (form == PointForm::points) {
         body.call(inner);
         endPoints(body, outputs, pair.location);
@@ -333,21 +337,21 @@ Words vertexForm(const PointPair& pair, PointForm form) {
 }
 
 Words fragmentForm(const PointPair& pair, PointForm form) {
-    SpirvCode code(pair.fragment.words);
-    const std::optional<Id> coordinates = code.builtIn(spv::BuiltIn::PointCoord);
+    Module code(pair.fragment.words);
+    const std::optional<Id> coordinates = builtIn(code, spv::BuiltIn::PointCoord);
     if (pair.passesConstants)
         takeConstants(code, pair.location + 1);
-    SpirvBody body(code);
+    PointBody body(code);
     if (coordinates && form == PointForm::points) {
         stretchCoordinates(body, *coordinates, pair.location);
     } else if (coordinates) {
-        code.undecorate(*coordinates);
+        undecorate(code, *coordinates);
         code.decorate(*coordinates, spv::Decoration::Location, {pair.location});
         code.decorate(*coordinates, spv::Decoration::NoPerspective);
     }
     if (form == PointForm::quads)
         divideIndex(body, spv::BuiltIn::PrimitiveId, 2);
-    const Id inner = code.renameMain();
+    const Id inner = renameMain(code);
     body.call(inner);
     if (pair.addsUp)
         keepColorFinite(body);

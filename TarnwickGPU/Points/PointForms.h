@@ -54,7 +54,7 @@ struct PointSquare {
 };
 
 // `size` is none where the function gives no size: then it is 1, as in Metal.
-PointSquare pointSquare(SpirvBody& body, const PointRecordVariable& record, Id position,
+PointSquare pointSquare(PointBody& body, const PointRecordVariable& record, Id position,
                         std::optional<Id> size);
 
 } // namespace tarnwick::gpu

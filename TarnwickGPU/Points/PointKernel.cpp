@@ -3,12 +3,16 @@
 #include "TarnwickGPU/Points/PointColors.h"
 #include "TarnwickGPU/Points/PointConstants.h"
 #include "TarnwickGPU/Points/PointForms.h"
-#include "TarnwickGPU/Points/SpirvLink.h"
+#include "TarnwickSpirv/Interface.h"
+#include "TarnwickSpirv/Link.h"
+#include "TarnwickSpirv/Rewriting.h"
 
 #include <algorithm>
 #include <initializer_list>
 
 namespace tarnwick::gpu {
+
+using namespace spirv;
 
 namespace {
 
@@ -18,7 +22,7 @@ constexpr std::uint32_t deviceScope = 1, relaxed = 0;           // SPIR-V 1.6, 3
 // What any of its target's values can be added to without its becoming more than infinite.
 constexpr float mostColor = 131072;
 
-bool hasOnly(const SpirvCode& code, std::initializer_list<spv::BuiltIn> allowed) {
+bool hasOnly(const Module& code, std::initializer_list<spv::BuiltIn> allowed) {
     bool only = true;
     eachInstruction(code.annotations, [&](const Instruction& each) {
         const std::size_t at = each.op == spv::Op::OpMemberDecorate ? 2 : 1;
@@ -32,15 +36,15 @@ bool hasOnly(const SpirvCode& code, std::initializer_list<spv::BuiltIn> allowed)
     return only;
 }
 
-void makeLocationsPrivate(SpirvCode& code, spv::StorageClass storage) {
-    for (const auto& [location, variable] : code.locations(storage))
-        code.makePrivate(variable);
+void makeLocationsPrivate(Module& code, spv::StorageClass storage) {
+    for (const auto& [location, variable] : locations(code, storage))
+        makePrivate(code, variable);
 }
 
-std::optional<Id> takeBuiltIn(SpirvCode& code, spv::BuiltIn builtIn) {
-    const auto variable = code.builtIn(builtIn);
+std::optional<Id> takeBuiltIn(Module& code, spv::BuiltIn builtIn) {
+    const auto variable = spirv::builtIn(code, builtIn);
     if (variable)
-        code.makePrivate(*variable);
+        makePrivate(code, *variable);
     return variable;
 }
 
@@ -51,16 +55,16 @@ struct VertexPart {
     std::map<std::uint32_t, Id> outputs;
 };
 
-std::optional<VertexPart> vertexPart(SpirvCode& code) {
+std::optional<VertexPart> vertexPart(Module& code) {
     using spv::BuiltIn;
     if (!hasOnly(code, {BuiltIn::Position, BuiltIn::PointSize, BuiltIn::VertexIndex,
                         BuiltIn::InstanceIndex, BuiltIn::BaseVertex, BuiltIn::BaseInstance}))
         return std::nullopt;
     VertexPart part;
-    part.outputs = code.locations(spv::StorageClass::Output);
+    part.outputs = locations(code, spv::StorageClass::Output);
     makeLocationsPrivate(code, spv::StorageClass::Output);
     const auto position = takeBuiltIn(code, BuiltIn::Position);
-    if (!position || !code.locations(spv::StorageClass::Input).empty())
+    if (!position || !locations(code, spv::StorageClass::Input).empty())
         return std::nullopt;
     part.position = *position;
     part.size = takeBuiltIn(code, BuiltIn::PointSize);
@@ -68,7 +72,7 @@ std::optional<VertexPart> vertexPart(SpirvCode& code) {
     part.base = takeBuiltIn(code, BuiltIn::BaseVertex);
     for (const BuiltIn instance : {BuiltIn::InstanceIndex, BuiltIn::BaseInstance})
         takeBuiltIn(code, instance);
-    part.function = code.renameMain();
+    part.function = renameMain(code);
     return part;
 }
 
@@ -82,7 +86,7 @@ struct FragmentPart {
 
 // Interpolation is the raster's. And the packaged CPU driver ends an invocation silently after
 // 65,535 rounds of all its loops, which 16 pixels' would share.
-bool interpolatesOrLoops(const SpirvCode& code) {
+bool interpolatesOrLoops(const Module& code) {
     bool does = false;
     eachInstruction(code.functions, [&](const Instruction& each) {
         does = does || each.op == spv::Op::OpLoopMerge;
@@ -94,7 +98,7 @@ bool interpolatesOrLoops(const SpirvCode& code) {
 }
 
 // A kernel has nothing to discard: it keeps in mind that nothing is to be added.
-Id noteDiscards(SpirvCode& code) {
+Id noteDiscards(Module& code) {
     const Id boolean = code.type(spv::Op::OpTypeBool, {});
     const Id discarded = code.variable(spv::StorageClass::Private, boolean);
     const Id yes = code.truth();
@@ -110,23 +114,23 @@ Id noteDiscards(SpirvCode& code) {
     return discarded;
 }
 
-std::optional<FragmentPart> fragmentPart(SpirvCode& kernel, const msl::EntryPoint& fragment) {
-    SpirvCode code(fragment.words);
-    const auto outputs = code.locations(spv::StorageClass::Output);
+std::optional<FragmentPart> fragmentPart(Module& kernel, const msl::EntryPoint& fragment) {
+    Module code(fragment.words);
+    const auto outputs = locations(code, spv::StorageClass::Output);
     if (!hasOnly(code, {spv::BuiltIn::FragCoord, spv::BuiltIn::PointCoord}) ||
         interpolatesOrLoops(code) || outputs.size() != 1 || !outputs.contains(0) ||
-        code.pointee(outputs.at(0)) != code.vector(code.scalar(spv::Op::OpTypeFloat), 4))
+        pointee(code, outputs.at(0)) != code.vector(code.real(), 4))
         return std::nullopt;
     FragmentPart part{.color = outputs.at(0)};
     if (const auto constants = partConstants(code))
         part.constants = constants->function;
-    part.inputs = code.locations(spv::StorageClass::Input);
+    part.inputs = locations(code, spv::StorageClass::Input);
     makeLocationsPrivate(code, spv::StorageClass::Input);
     makeLocationsPrivate(code, spv::StorageClass::Output);
     part.coordinates = takeBuiltIn(code, spv::BuiltIn::PointCoord);
     part.position = takeBuiltIn(code, spv::BuiltIn::FragCoord);
     part.discarded = noteDiscards(code);
-    part.function = code.renameMain();
+    part.function = renameMain(code);
     auto ids = link(kernel, code);
     if (!ids)
         return std::nullopt;
@@ -142,10 +146,10 @@ std::optional<FragmentPart> fragmentPart(SpirvCode& kernel, const msl::EntryPoin
 
 class Kernel {
   public:
-    Kernel(SpirvCode& code, const PointKernelNeeds& needs, const VertexPart& vertex,
+    Kernel(Module& code, const PointKernelNeeds& needs, const VertexPart& vertex,
            const std::optional<FragmentPart>& fragment)
         : code_(code), needs_(needs), vertex_(vertex), fragment_(fragment), body_(code),
-          record_(code), draws_(code.buffer(body_.word, 4, needs.drawsBinding)) {}
+          record_(code), draws_(numbersBuffer(code, body_.word, 4, needs.drawsBinding)) {}
 
     void write();
 
@@ -154,13 +158,13 @@ class Kernel {
         return body_.part(record_.pair(body_, member), body_.number, lane);
     }
     Id word(std::uint32_t value) { return code_.constant(body_.word, value); }
-    Id add(Id left, Id right) { return body_.make(spv::Op::OpFAdd, body_.number, {left, right}); }
-    Id times(Id left, Id right) { return body_.make(spv::Op::OpFMul, body_.number, {left, right}); }
-    Id sum(Id left, Id right) { return body_.make(spv::Op::OpIAdd, body_.word, {left, right}); }
+    Id add(Id left, Id right) { return body_.emit(spv::Op::OpFAdd, body_.number, {left, right}); }
+    Id times(Id left, Id right) { return body_.emit(spv::Op::OpFMul, body_.number, {left, right}); }
+    Id sum(Id left, Id right) { return body_.emit(spv::Op::OpIAdd, body_.word, {left, right}); }
     Id lane(Id vector, std::uint32_t at) { return body_.part(vector, body_.number, at); }
-    Id current(Id variable, Id type) { return body_.make(spv::Op::OpLoad, type, {variable}); }
+    Id current(Id variable, Id type) { return body_.emit(spv::Op::OpLoad, type, {variable}); }
     Id isLess(Id left, Id right) {
-        return body_.make(spv::Op::OpFOrdLessThan, body_.boolean, {left, right});
+        return body_.emit(spv::Op::OpFOrdLessThan, body_.boolean, {left, right});
     }
 
     void runVertex(Id index);
@@ -173,11 +177,11 @@ class Kernel {
     void addToSums(Id x, Id y);
     Id factor(BlendFactor factor, Id alpha);
 
-    SpirvCode& code_;
+    Module& code_;
     const PointKernelNeeds& needs_;
     const VertexPart& vertex_;
     const std::optional<FragmentPart>& fragment_;
-    SpirvBody body_;
+    PointBody body_;
     PointRecordVariable record_;
     Id draws_, wide_ = 0, sums_ = 0;
 };
@@ -192,7 +196,7 @@ void Kernel::runVertex(Id index) {
 }
 
 void Kernel::noteDraw(Id draw) {
-    const Id start = body_.make(spv::Op::OpIMul, body_.word, {draw, word(wordsOfADraw)});
+    const Id start = body_.emit(spv::Op::OpIMul, body_.word, {draw, word(wordsOfADraw)});
     const Id place = body_.placeIn(draws_, body_.word, sum(start, word(instancesOfADraw)));
     body_.store(place, word(1));
 }
@@ -201,10 +205,10 @@ void Kernel::noteBlock(Id index, const PointSquare& square) {
     const Id size = word(pointsABlock);
     const Id count = record_.word(body_, PointMember::count);
     const Id blocks =
-        body_.make(spv::Op::OpUDiv, body_.word, {sum(count, word(pointsABlock - 1)), size});
+        body_.emit(spv::Op::OpUDiv, body_.word, {sum(count, word(pointsABlock - 1)), size});
     const Id isLarge = isLess(one(PointMember::sizes, 1), square.size);
-    const Id list = body_.make(spv::Op::OpSelect, body_.word, {isLarge, blocks, word(0)});
-    const Id block = body_.make(spv::Op::OpUDiv, body_.word, {index, size});
+    const Id list = body_.emit(spv::Op::OpSelect, body_.word, {isLarge, blocks, word(0)});
+    const Id block = body_.emit(spv::Op::OpUDiv, body_.word, {index, size});
     noteDraw(sum(sum(list, block), word(firstBlockDraw)));
 }
 
@@ -212,8 +216,8 @@ void Kernel::noteBlock(Id index, const PointSquare& square) {
 void Kernel::handOver() {
     for (const auto& [location, input] : fragment_->inputs) {
         const auto output = vertex_.outputs.find(location);
-        const Id type = code_.pointee(input);
-        const bool fits = output != vertex_.outputs.end() && code_.pointee(output->second) == type;
+        const Id type = pointee(code_, input);
+        const bool fits = output != vertex_.outputs.end() && pointee(code_, output->second) == type;
         body_.store(input, fits ? current(output->second, type) : code_.null(type));
     }
     if (fragment_->constants)
@@ -223,21 +227,21 @@ void Kernel::handOver() {
 void Kernel::shade(const PointSquare& square, Id x, Id y) {
     const Id middle = code_.constant(0.5f);
     const Id at =
-        body_.make(spv::Op::OpCompositeConstruct, body_.numbers2, {add(x, middle), add(y, middle)});
+        body_.emit(spv::Op::OpCompositeConstruct, body_.numbers2, {add(x, middle), add(y, middle)});
     if (fragment_->coordinates) {
-        const Id inside = body_.make(spv::Op::OpFSub, body_.numbers2, {at, square.lower});
+        const Id inside = body_.emit(spv::Op::OpFSub, body_.numbers2, {at, square.lower});
         const Id size =
-            body_.make(spv::Op::OpCompositeConstruct, body_.numbers2, {square.width, square.width});
+            body_.emit(spv::Op::OpCompositeConstruct, body_.numbers2, {square.width, square.width});
         body_.store(*fragment_->coordinates,
-                    body_.make(spv::Op::OpFDiv, body_.numbers2, {inside, size}));
+                    body_.emit(spv::Op::OpFDiv, body_.numbers2, {inside, size}));
     }
     if (fragment_->position) {
-        const Id w = body_.make(spv::Op::OpFDiv, body_.number,
+        const Id w = body_.emit(spv::Op::OpFDiv, body_.number,
                                 {code_.constant(1.0f), lane(square.position, 3)});
         const Id depth = add(one(PointMember::depth, 0),
                              times(one(PointMember::depth, 1), times(lane(square.position, 2), w)));
         body_.store(*fragment_->position,
-                    body_.make(spv::Op::OpCompositeConstruct, body_.numbers4, {at, depth, w}));
+                    body_.emit(spv::Op::OpCompositeConstruct, body_.numbers4, {at, depth, w}));
     }
     body_.store(fragment_->discarded, code_.null(body_.boolean));
     body_.call(fragment_->function);
@@ -254,7 +258,7 @@ Id Kernel::factor(BlendFactor factor, Id alpha) {
     case BlendFactor::oneMinusSourceAlpha:
         break;
     }
-    return body_.make(spv::Op::OpFSub, body_.number, {code_.constant(1.0f), alpha});
+    return body_.emit(spv::Op::OpFSub, body_.number, {code_.constant(1.0f), alpha});
 }
 
 // Adds the fragment's colour, unless it is nothing.
@@ -263,8 +267,8 @@ void Kernel::addToSums(Id x, Id y) {
     const Id rgb = factor(needs_.color.sourceRGB, lane(color, 3));
     const Id alpha = factor(needs_.color.sourceAlpha, lane(color, 3));
     const Id factors =
-        body_.make(spv::Op::OpCompositeConstruct, body_.numbers4, {rgb, rgb, rgb, alpha});
-    const Id scaled = body_.make(spv::Op::OpFMul, body_.numbers4, {color, factors});
+        body_.emit(spv::Op::OpCompositeConstruct, body_.numbers4, {rgb, rgb, rgb, alpha});
+    const Id scaled = body_.emit(spv::Op::OpFMul, body_.numbers4, {color, factors});
     const Id most = code_.constant(mostColor), least = code_.constant(-mostColor);
     const Id value =
         body_.extended(GLSLstd450FClamp, body_.numbers4,
@@ -272,25 +276,25 @@ void Kernel::addToSums(Id x, Id y) {
                         code_.composite(body_.numbers4, {most, most, most, most})});
     const Id lanes = code_.vector(body_.boolean, 4);
     const Id zero = code_.null(body_.numbers4);
-    const Id differs = body_.make(spv::Op::OpFOrdNotEqual, lanes, {value, zero});
-    const Id isSeen = body_.make(spv::Op::OpAny, body_.boolean, {differs});
-    const Id isKept = body_.make(spv::Op::OpLogicalNot, body_.boolean,
+    const Id differs = body_.emit(spv::Op::OpFOrdNotEqual, lanes, {value, zero});
+    const Id isSeen = body_.emit(spv::Op::OpAny, body_.boolean, {differs});
+    const Id isKept = body_.emit(spv::Op::OpLogicalNot, body_.boolean,
                                  {current(fragment_->discarded, body_.boolean)});
     const Id adds = body_.label(), done = body_.label();
     body_.branchIf(body_.both(isSeen, isKept), adds, done);
     body_.begin(adds);
-    const Id whole = body_.make(spv::Op::OpVectorTimesScalar, body_.numbers4,
+    const Id whole = body_.emit(spv::Op::OpVectorTimesScalar, body_.numbers4,
                                 {value, one(PointMember::rounding, 0)});
     auto integer = [&](Id number) {
-        return body_.make(spv::Op::OpConvertFToU, body_.word, {number});
+        return body_.emit(spv::Op::OpConvertFToU, body_.word, {number});
     };
-    const Id row = body_.make(spv::Op::OpIMul, body_.word,
+    const Id row = body_.emit(spv::Op::OpIMul, body_.word,
                               {integer(y), record_.word(body_, PointMember::rowPixels)});
-    const Id pixel = body_.make(spv::Op::OpIMul, body_.word, {sum(row, integer(x)), word(4)});
+    const Id pixel = body_.emit(spv::Op::OpIMul, body_.word, {sum(row, integer(x)), word(4)});
     for (std::uint32_t at = 0; at < 4; ++at) {
-        const Id part = body_.make(spv::Op::OpConvertFToS, wide_, {lane(whole, at)});
+        const Id part = body_.emit(spv::Op::OpConvertFToS, wide_, {lane(whole, at)});
         const Id place = body_.placeIn(sums_, wide_, sum(pixel, word(at)));
-        body_.make(spv::Op::OpAtomicIAdd, wide_, {place, word(deviceScope), word(relaxed), part});
+        body_.emit(spv::Op::OpAtomicIAdd, wide_, {place, word(deviceScope), word(relaxed), part});
     }
     body_.branch(done);
     body_.begin(done);
@@ -306,14 +310,15 @@ void Kernel::splat(const PointSquare& square) {
         const Id edge = add(lane(square.lower, axis), square.width);
         const Id behind =
             body_.extended(GLSLstd450Ceil, body_.number,
-                           {body_.make(spv::Op::OpFSub, body_.number, {edge, middle})});
+                           {body_.emit(spv::Op::OpFSub, body_.number, {edge, middle})});
         return body_.extended(GLSLstd450FMin, body_.number, {behind, one(PointMember::to, axis)});
     };
     const Id left = lane(from, 0), endX = end(0), endY = end(1);
-    const Id x = body_.local(body_.number), y = body_.local(body_.number);
+    const Id zero = code_.null(body_.number);
+    const Id x = body_.local(body_.number, zero), y = body_.local(body_.number, zero);
     const Id isWide = isLess(left, endX);
     body_.store(x, left);
-    body_.store(y, body_.make(spv::Op::OpSelect, body_.number, {isWide, lane(from, 1), endY}));
+    body_.store(y, body_.emit(spv::Op::OpSelect, body_.number, {isWide, lane(from, 1), endY}));
     const Id header = body_.label(), test = body_.label(), round = body_.label(),
              next = body_.label(), done = body_.label();
     body_.branch(header);
@@ -331,8 +336,8 @@ void Kernel::splat(const PointSquare& square) {
     const Id pixel = code_.constant(1.0f);
     const Id right = add(atX, pixel);
     const Id isInside = isLess(right, endX);
-    body_.store(x, body_.make(spv::Op::OpSelect, body_.number, {isInside, right, left}));
-    body_.store(y, body_.make(spv::Op::OpSelect, body_.number, {isInside, atY, add(atY, pixel)}));
+    body_.store(x, body_.emit(spv::Op::OpSelect, body_.number, {isInside, right, left}));
+    body_.store(y, body_.emit(spv::Op::OpSelect, body_.number, {isInside, atY, add(atY, pixel)}));
     body_.branch(header);
     body_.begin(done);
 }
@@ -340,11 +345,11 @@ void Kernel::splat(const PointSquare& square) {
 void Kernel::drawPoint(Id index, const PointSquare& square) {
     if (!fragment_)
         return noteBlock(index, square);
-    wide_ = code_.scalar(spv::Op::OpTypeInt, 64);
-    sums_ = code_.buffer(wide_, 8, needs_.sumsBinding);
+    wide_ = code_.integer(64);
+    sums_ = numbersBuffer(code_, wide_, 8, needs_.sumsBinding);
     code_.require(spv::Capability::Int64);
     code_.require(spv::Capability::Int64Atomics);
-    const Id isSmall = body_.make(spv::Op::OpFOrdLessThanEqual, body_.boolean,
+    const Id isSmall = body_.emit(spv::Op::OpFOrdLessThanEqual, body_.boolean,
                                   {square.size, one(PointMember::sizes, 0)});
     const Id small = body_.label(), large = body_.label(), done = body_.label();
     body_.act(spv::Op::OpSelectionMerge, {done, 0});
@@ -366,7 +371,7 @@ void Kernel::write() {
     code_.decorate(thread, spv::Decoration::BuiltIn,
                    {static_cast<std::uint32_t>(spv::BuiltIn::GlobalInvocationId)});
     const Id index = body_.part(body_.load(thread), body_.word, 0);
-    const Id isPoint = body_.make(spv::Op::OpULessThan, body_.boolean,
+    const Id isPoint = body_.emit(spv::Op::OpULessThan, body_.boolean,
                                   {index, record_.word(body_, PointMember::count)});
     const Id works = body_.label(), done = body_.label();
     body_.branchIf(isPoint, works, done);
@@ -382,15 +387,13 @@ void Kernel::write() {
     body_.branch(done);
     body_.begin(done);
     body_.finish(code_.main());
-    append(code_.modes, spv::Op::OpExecutionMode,
-           {code_.main(), static_cast<std::uint32_t>(spv::ExecutionMode::LocalSize),
-            pointsAThreadgroup, 1, 1});
+    code_.executionMode(spv::ExecutionMode::LocalSize, {pointsAThreadgroup, 1, 1});
 }
 
 } // namespace
 
 std::optional<Words> pointKernel(const PointKernelNeeds& needs) {
-    SpirvCode code(needs.vertex->words);
+    Module code(needs.vertex->words);
     const auto vertex = vertexPart(code);
     if (!vertex)
         return std::nullopt;

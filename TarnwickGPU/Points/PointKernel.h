@@ -7,8 +7,8 @@
 #pragma once
 
 #include "TarnwickGPU/Pipeline.h"
-#include "TarnwickGPU/Points/SpirvCode.h"
 #include "TarnwickMSL/EntryPoint.h"
+#include "TarnwickSpirv/Module.h"
 
 #include <cstdint>
 #include <optional>
@@ -33,10 +33,10 @@ struct PointKernelNeeds {
 };
 
 // Nothing where a function does what a kernel cannot.
-std::optional<Words> pointKernel(const PointKernelNeeds& needs);
+std::optional<spirv::Words> pointKernel(const PointKernelNeeds& needs);
 
 // The functions that add the sums to the target, and clear them. They see them at binding 0.
-Words sumsVertex();
-Words sumsFragment();
+spirv::Words sumsVertex();
+spirv::Words sumsFragment();
 
 } // namespace tarnwick::gpu

@@ -2,6 +2,8 @@
 
 namespace tarnwick::gpu {
 
+using namespace spirv;
+
 namespace {
 
 constexpr auto firstWord = static_cast<std::uint32_t>(PointMember::firstVertex);
@@ -15,25 +17,25 @@ std::uint32_t offsetOf(std::uint32_t member) {
 
 } // namespace
 
-PointRecordVariable::PointRecordVariable(SpirvCode& code) {
-    const Id word = code.scalar(spv::Op::OpTypeInt);
-    const Id pair = code.vector(code.scalar(spv::Op::OpTypeFloat), 2);
-    const Id record = code.aggregate(spv::Op::OpTypeStruct, {pair, pair, pair, pair, pair, pair,
-                                                             pair, pair, pair, word, word, word});
+PointRecordVariable::PointRecordVariable(Module& code) {
+    const Id word = code.integer();
+    const Id pair = code.vector(code.real(), 2);
+    const Id record = code.type(spv::Op::OpTypeStruct, {pair, pair, pair, pair, pair, pair, pair,
+                                                        pair, pair, word, word, word});
     code.decorate(record, spv::Decoration::Block);
     for (std::uint32_t member = 0; member < memberCount; ++member)
         code.decorateMember(record, member, spv::Decoration::Offset, {offsetOf(member)});
     variable_ = code.variable(spv::StorageClass::PushConstant, record);
 }
 
-Id PointRecordVariable::pair(SpirvBody& body, PointMember member) const {
+Id PointRecordVariable::pair(PointBody& body, PointMember member) const {
     return body.load(spv::StorageClass::PushConstant, body.numbers2, variable_,
-                     {body.code.constant(body.word, static_cast<std::uint32_t>(member))});
+                     {body.module.constant(body.word, static_cast<std::uint32_t>(member))});
 }
 
-Id PointRecordVariable::word(SpirvBody& body, PointMember member) const {
+Id PointRecordVariable::word(PointBody& body, PointMember member) const {
     return body.load(spv::StorageClass::PushConstant, body.word, variable_,
-                     {body.code.constant(body.word, static_cast<std::uint32_t>(member))});
+                     {body.module.constant(body.word, static_cast<std::uint32_t>(member))});
 }
 
 } // namespace tarnwick::gpu

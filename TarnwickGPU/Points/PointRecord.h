@@ -1,7 +1,7 @@
 // What the layer tells its own code around a point's functions: the push constants of every form.
 #pragma once
 
-#include "TarnwickGPU/Points/SpirvBody.h"
+#include "TarnwickGPU/Points/PointBody.h"
 
 #include <array>
 #include <cstdint>
@@ -46,9 +46,9 @@ enum class PointMember : std::uint32_t {
 // The record's variable in a module, made once; and its values.
 class PointRecordVariable {
   public:
-    explicit PointRecordVariable(SpirvCode& code);
-    Id pair(SpirvBody& body, PointMember member) const;
-    Id word(SpirvBody& body, PointMember member) const;
+    explicit PointRecordVariable(spirv::Module& code);
+    Id pair(PointBody& body, PointMember member) const;
+    Id word(PointBody& body, PointMember member) const;
 
   private:
     Id variable_;

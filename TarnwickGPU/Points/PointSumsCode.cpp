@@ -5,10 +5,12 @@
 
 namespace tarnwick::gpu {
 
+using namespace spirv;
+
 // One triangle over the whole viewport.
 Words sumsVertex() {
-    SpirvCode code;
-    SpirvBody body(code);
+    Module code;
+    PointBody body(code);
     const Id given = code.variable(spv::StorageClass::Input, body.word);
     code.decorate(given, spv::Decoration::BuiltIn,
                   {static_cast<std::uint32_t>(spv::BuiltIn::VertexIndex)});
@@ -17,24 +19,24 @@ Words sumsVertex() {
                   {static_cast<std::uint32_t>(spv::BuiltIn::Position)});
     const Id corner = body.load(given);
     auto side = [&](std::uint32_t atCorner) { // -1, at its corner 3
-        const Id is = body.make(spv::Op::OpIEqual, body.boolean,
+        const Id is = body.emit(spv::Op::OpIEqual, body.boolean,
                                 {corner, code.constant(body.word, atCorner)});
-        return body.make(spv::Op::OpSelect, body.number,
+        return body.emit(spv::Op::OpSelect, body.number,
                          {is, code.constant(3.0f), code.constant(-1.0f)});
     };
-    body.store(position, body.make(spv::Op::OpCompositeConstruct, body.numbers4,
+    body.store(position, body.emit(spv::Op::OpCompositeConstruct, body.numbers4,
                                    {side(1), side(2), code.constant(0.0f), code.constant(1.0f)}));
     body.finish(code.main());
     return code.finish(spv::ExecutionModel::Vertex);
 }
 
 Words sumsFragment() {
-    SpirvCode code;
-    SpirvBody body(code);
+    Module code;
+    PointBody body(code);
     const PointRecordVariable record(code);
-    const Id wide = code.scalar(spv::Op::OpTypeInt, 64);
+    const Id wide = code.integer(64);
     code.require(spv::Capability::Int64);
-    const Id sums = code.buffer(wide, 8, 0);
+    const Id sums = numbersBuffer(code, wide, 8, 0);
     const Id given = code.variable(spv::StorageClass::Input, body.numbers4);
     code.decorate(given, spv::Decoration::BuiltIn,
                   {static_cast<std::uint32_t>(spv::BuiltIn::FragCoord)});
@@ -42,10 +44,10 @@ Words sumsFragment() {
     code.decorate(color, spv::Decoration::Location, {0});
     const Id at = body.load(given);
     auto word = [&](std::uint32_t lane) {
-        return body.make(spv::Op::OpConvertFToU, body.word, {body.part(at, body.number, lane)});
+        return body.emit(spv::Op::OpConvertFToU, body.word, {body.part(at, body.number, lane)});
     };
     auto number = [&](spv::Op op, Id left, Id right) {
-        return body.make(op, body.word, {left, right});
+        return body.emit(op, body.word, {left, right});
     };
     const Id row = number(spv::Op::OpIMul, word(1), record.word(body, PointMember::rowPixels));
     const Id pixel = number(spv::Op::OpIMul, number(spv::Op::OpIAdd, row, word(0)),
@@ -54,17 +56,16 @@ Words sumsFragment() {
     for (std::uint32_t lane = 0; lane < 4; ++lane) {
         const Id index = number(spv::Op::OpIAdd, pixel, code.constant(body.word, lane));
         const Id place = body.placeIn(sums, wide, index);
-        parts[lane] = body.make(spv::Op::OpConvertSToF, body.number,
-                                {body.make(spv::Op::OpLoad, wide, {place})});
+        parts[lane] = body.emit(spv::Op::OpConvertSToF, body.number,
+                                {body.emit(spv::Op::OpLoad, wide, {place})});
         body.store(place, code.null(wide));
     }
-    const Id whole = body.make(spv::Op::OpCompositeConstruct, body.numbers4,
+    const Id whole = body.emit(spv::Op::OpCompositeConstruct, body.numbers4,
                                {parts[0], parts[1], parts[2], parts[3]});
     const Id undo = body.part(record.pair(body, PointMember::rounding), body.number, 1);
-    body.store(color, body.make(spv::Op::OpVectorTimesScalar, body.numbers4, {whole, undo}));
+    body.store(color, body.emit(spv::Op::OpVectorTimesScalar, body.numbers4, {whole, undo}));
     body.finish(code.main());
-    append(code.modes, spv::Op::OpExecutionMode,
-           {code.main(), static_cast<std::uint32_t>(spv::ExecutionMode::OriginUpperLeft)});
+    code.executionMode(spv::ExecutionMode::OriginUpperLeft);
     return code.finish(spv::ExecutionModel::Fragment);
 }
 

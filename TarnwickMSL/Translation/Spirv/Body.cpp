@@ -33,28 +33,6 @@ SmallVector<Id, 4> Body::operands(const User& user, unsigned first, unsigned las
     return list;
 }
 
-Id Body::emit(spv::Op op, Id type, Operands first, Operands second) {
-    Id result = module.newId();
-    auto count = static_cast<std::uint32_t>(3 + first.size() + second.size());
-    code.insert(code.end(),
-                {count << spv::WordCountShift | static_cast<std::uint32_t>(op), type, result});
-    code.insert(code.end(), first.begin(), first.end());
-    code.insert(code.end(), second.begin(), second.end());
-    return result;
-}
-
-Id Body::extended(GLSLstd450 instruction, Type* type, Operands operands) {
-    return emit(spv::Op::OpExtInst, type,
-                {module.extendedInstructions(), static_cast<std::uint32_t>(instruction)}, operands);
-}
-
-Id Body::local(Id pointerType) {
-    Id result = module.newId();
-    append(locals, spv::Op::OpVariable,
-           {pointerType, result, static_cast<std::uint32_t>(spv::StorageClass::Function)});
-    return result;
-}
-
 Id Body::label(const BasicBlock* block) {
     Id& known = labels_[block];
     if (!known)

@@ -3,20 +3,19 @@
 #pragma once
 
 #include "TarnwickMSL/Translation/Spirv/Types.h"
+#include "TarnwickSpirv/FunctionBody.h"
 
 #include <llvm/IR/Instructions.h>
-#include <spirv/unified1/GLSL.std.450.h>
 
 #include <functional>
 
 namespace tarnwick::msl::spirv {
 
-class Body {
+class Body : public tarnwick::spirv::FunctionBody {
   public:
-    Body(llvm::LLVMContext& context, const llvm::DataLayout& layout)
-        : types(module, context, layout), constants(module, types) {}
+    Body(Module& module, llvm::LLVMContext& context, const llvm::DataLayout& layout)
+        : FunctionBody(module), types(module, context, layout), constants(module, types) {}
 
-    Module module;
     Types types;
     Constants constants;
 
@@ -30,14 +29,13 @@ class Body {
     // Of each operand from `first` on.
     llvm::SmallVector<Id, 4> operands(const llvm::User& user, unsigned first, unsigned last);
 
-    // Appends an instruction with a result. The operands are the two lists, one after the other.
-    Id emit(spv::Op op, Id type, Operands first, Operands second = {});
+    using FunctionBody::emit;
     Id emit(spv::Op op, llvm::Type* type, Operands first, Operands second = {}) {
         return emit(op, types.of(type), first, second);
     }
-    void act(spv::Op op, Operands operands) { append(code, op, operands); } // no result
-    Id extended(GLSLstd450 instruction, llvm::Type* type, Operands operands);
-    Id local(Id pointerType);
+    Id extended(GLSLstd450 instruction, llvm::Type* type, Operands operands) {
+        return FunctionBody::extended(instruction, types.of(type), operands);
+    }
     Id label(const llvm::BasicBlock* block);
 
     // Of a scalar, or each lane of a vector.
@@ -58,8 +56,6 @@ class Body {
 
     // Variables of built-ins, by the built-in and whether it is an input.
     llvm::DenseMap<std::pair<std::uint32_t, std::uint32_t>, Id> builtIns;
-    Words code;   // blocks, the entry's variables aside
-    Words locals; // OpVariable of the entry block
 
   private:
     llvm::DenseMap<const llvm::Value*, Id> ids_;

@@ -53,28 +53,22 @@ Id Images::imageType(const Image& made) {
         component = body_.types.of(body_.i32());
     else if (texture.component == TextureComponent::int_)
         component = body_.types.signedScalar();
-    return module.declareType(spv::Op::OpTypeImage,
-                              {component, static_cast<std::uint32_t>(shape.dimension),
-                               texture.isDepth, shape.isArray, shape.isMultisample,
-                               made.isStorage ? 2u : 1u,
-                               static_cast<std::uint32_t>(spv::ImageFormat::Unknown)});
-}
-
-static void bind(Module& module, Id variable, std::uint32_t binding) {
-    module.decorate(variable, spv::Decoration::DescriptorSet, {0});
-    module.decorate(variable, spv::Decoration::Binding, {binding});
+    return module.type(spv::Op::OpTypeImage,
+                       {component, static_cast<std::uint32_t>(shape.dimension), texture.isDepth,
+                        shape.isArray, shape.isMultisample, made.isStorage ? 2u : 1u,
+                        static_cast<std::uint32_t>(spv::ImageFormat::Unknown)});
 }
 
 void Images::declare(Image& made) {
     const TextureVariable& texture = *made.texture;
     made.type = imageType(made);
     auto storage = spv::StorageClass::UniformConstant;
-    made.variable = body_.module.variable(body_.types.pointer(storage, made.type), storage);
+    made.variable = body_.module.variable(storage, made.type);
     bool isFirst = none_of(resources_, [&](const Resource& known) {
         return known.binding == texture.binding && known.shape != TextureShape::none;
     });
     std::uint32_t binding = isFirst ? texture.binding : nextBinding_++;
-    bind(body_.module, made.variable, binding);
+    body_.module.bind(made.variable, binding);
     if (made.isStorage && !texture.isRead)
         body_.module.decorate(made.variable, spv::Decoration::NonReadable);
     resources_.push_back(
@@ -130,16 +124,13 @@ Id Images::sampler(std::uint64_t bits) {
     Id& known = samplers_[bits];
     if (known)
         return known;
-    if (!samplerType_)
-        samplerType_ = body_.module.declareType(spv::Op::OpTypeSampler, {});
-    auto storage = spv::StorageClass::UniformConstant;
-    known = body_.module.variable(body_.types.pointer(storage, samplerType_), storage);
+    known = body_.module.variable(spv::StorageClass::UniformConstant, samplerType());
     declareSampler(known, bits);
     return known;
 }
 
 void Images::declareSampler(Id variable, std::uint64_t bits) {
-    bind(body_.module, variable, nextBinding_);
+    body_.module.bind(variable, nextBinding_);
     bool isArgument = bits & samplerArgumentBit;
     Resource resource{.kind = isArgument ? ResourceKind::sampler : ResourceKind::constantSampler};
     resource.binding = nextBinding_++;

@@ -30,7 +30,7 @@ class Images {
         const TextureVariable* texture = nullptr;
         const ImageShape* shape = nullptr; // as it is seen
         std::uint32_t level = 0;           // of a stored one
-        Id type = 0, variable = 0, sampledType = 0;
+        Id type = 0, variable = 0;
         bool isStorage = false;
     };
     enum class Need : std::uint8_t { wholes, texels };
@@ -45,6 +45,7 @@ class Images {
     void declare(Image& made);
     Id imageType(const Image& made);
     Id sampler(std::uint64_t bits);
+    Id samplerType() { return body_.module.type(spv::Op::OpTypeSampler, {}); }
     void declareSampler(Id variable, std::uint64_t bits);
     Id load(const Image& image) {
         return body_.emit(spv::Op::OpLoad, image.type, {image.variable});
@@ -73,7 +74,6 @@ class Images {
     Body& body_;
     const ShaderModule& shader_;
     std::uint32_t nextBinding_;
-    Id samplerType_ = 0;
     std::map<std::array<std::uint32_t, 3>, Image> images_; // by index, shape and level
     llvm::DenseMap<std::uint64_t, Id> samplers_;
     std::vector<Resource> resources_;

@@ -83,7 +83,7 @@ Id Memory::chain(const Found& found, const Access& access, bool stopsAtLane) {
     if (indices.empty())
         return variable.id;
     Id pointee = body_.types.inMemory(at, variable.view.layout);
-    return body_.emit(spv::Op::OpAccessChain, body_.types.pointer(found.root->storage, pointee),
+    return body_.emit(spv::Op::OpAccessChain, body_.module.pointer(found.root->storage, pointee),
                       {variable.id}, indices);
 }
 

@@ -89,8 +89,7 @@ void Memory::makeLocal(Root& made, const Value& value, Type* type) {
         throw TranslationError("The variables here take more than the " +
                                std::to_string(localBytes) + " bytes that a thread has.");
     View view = fittingView(value, type, false, body_.types.dataLayout());
-    Id pointer = body_.types.pointer(made.storage, contentType(body_, view));
-    made.variables.push_back({view, body_.local(pointer)});
+    made.variables.push_back({view, body_.local(contentType(body_, view))});
 }
 
 // A table's bytes as elements of another type.
@@ -117,8 +116,7 @@ void Memory::makeTable(Root& made, const GlobalVariable& global) {
     Id type = contentType(body_, view);
     Id value = view.isArray ? body_.constants.composite(type, foldedTable(body_, global, view))
                             : body_.constants.of(global.getInitializer());
-    Id pointer = body_.types.pointer(made.storage, type);
-    made.variables.push_back({view, body_.module.variable(pointer, made.storage, value)});
+    made.variables.push_back({view, body_.module.variable(made.storage, type, value)});
 }
 
 // The array that a [[threadgroup(n)]] pointer points to: as long as the pipeline says.
@@ -137,9 +135,8 @@ Memory::Variable Memory::workgroupArray(Root& made, const View& view) {
         spv::Op::OpSpecConstantOp, body_.types.of(body_.i32()),
         {static_cast<std::uint32_t>(spv::Op::OpUDiv), bytes, body_.constants.word(stride)});
     Id element = body_.types.inMemory(view.element, Layout::plain);
-    Id array = body_.module.declareType(spv::Op::OpTypeArray, {element, length});
-    Id pointer = body_.types.pointer(made.storage, array);
-    return {view, body_.module.variable(pointer, made.storage), false, length};
+    Id array = body_.module.type(spv::Op::OpTypeArray, {element, length});
+    return {view, body_.module.variable(made.storage, array), false, length};
 }
 
 void Memory::makeWorkgroup(Root& made, const GlobalVariable& global) {
@@ -159,8 +156,7 @@ void Memory::makeWorkgroup(Root& made, const GlobalVariable& global) {
     View view = fittingView(global, type, true, layout);
     threadgroupBytes_ +=
         static_cast<std::uint32_t>(std::min<std::uint64_t>(size, UINT32_MAX - threadgroupBytes_));
-    Id pointer = body_.types.pointer(made.storage, contentType(body_, view));
-    made.variables.push_back({view, body_.module.variable(pointer, made.storage)});
+    made.variables.push_back({view, body_.module.variable(made.storage, contentType(body_, view))});
 }
 
 void Memory::makeStage(Root& made, const GlobalVariable& global) {
@@ -238,10 +234,10 @@ Id Memory::blockContent(const Root& root, const View& view) {
         static_cast<std::uint32_t>(body_.types.dataLayout().getTypeAllocSize(view.element));
     Id array = 0;
     if (root.storage == spv::StorageClass::StorageBuffer) {
-        array = body_.module.declareType(spv::Op::OpTypeRuntimeArray, {element});
+        array = body_.module.type(spv::Op::OpTypeRuntimeArray, {element});
     } else {
         Id length = body_.constants.word(static_cast<std::uint32_t>(view.count));
-        array = body_.module.declareType(spv::Op::OpTypeArray, {element, length});
+        array = body_.module.type(spv::Op::OpTypeArray, {element, length});
     }
     body_.module.decorate(array, spv::Decoration::ArrayStride, {stride});
     return array;
@@ -257,14 +253,10 @@ Memory::Variable& Memory::addBlock(Root& root, View view) {
         view.count = std::max<std::uint64_t>(1, bytes / stride);
     }
     requireStorage(root.storage, view.element);
-    Id block = body_.module.declareType(spv::Op::OpTypeStruct, {blockContent(root, view)});
-    body_.module.decorate(block, spv::Decoration::Block);
-    body_.module.decorateMember(block, 0, spv::Decoration::Offset, {0});
-    Id id = body_.module.variable(body_.types.pointer(root.storage, block), root.storage);
-    if (root.storage != spv::StorageClass::PushConstant) {
-        body_.module.decorate(id, spv::Decoration::DescriptorSet, {0});
-        body_.module.decorate(id, spv::Decoration::Binding, {root.interface->binding});
-    }
+    Id block = body_.module.block(blockContent(root, view));
+    Id id = body_.module.variable(root.storage, block);
+    if (root.storage != spv::StorageClass::PushConstant)
+        body_.module.bind(id, root.interface->binding);
     root.variables.push_back({view, id, true});
     return root.variables.back();
 }

@@ -31,10 +31,9 @@ static std::uint64_t samplerBits(const CallInst& call, bool compares) {
 Id Images::combined(Image& image, const CallInst& call, bool compares) {
     Id texture = load(image);
     Id variable = sampler(samplerBits(call, compares));
-    Id with = body_.emit(spv::Op::OpLoad, samplerType_, {variable});
-    if (!image.sampledType)
-        image.sampledType = body_.module.declareType(spv::Op::OpTypeSampledImage, {image.type});
-    return body_.emit(spv::Op::OpSampledImage, image.sampledType, {texture, with});
+    Id with = body_.emit(spv::Op::OpLoad, samplerType(), {variable});
+    Id type = body_.module.type(spv::Op::OpTypeSampledImage, {image.type});
+    return body_.emit(spv::Op::OpSampledImage, type, {texture, with});
 }
 
 // Pixel coordinates run to the first level's size; the layer stays what it is.
@@ -102,8 +101,7 @@ Id Images::signedOffset(const Constant& offset) {
     }
     if (parts.size() == 1)
         return parts.front();
-    Id type = body_.module.declareType(spv::Op::OpTypeVector,
-                                       {scalar, static_cast<std::uint32_t>(parts.size())});
+    Id type = body_.module.vector(scalar, static_cast<std::uint32_t>(parts.size()));
     return body_.constants.composite(type, parts);
 }
 

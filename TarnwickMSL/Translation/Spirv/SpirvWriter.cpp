@@ -41,7 +41,8 @@ static std::uint32_t bindingAfter(const ShaderModule& shader) {
 class FunctionWriter {
   public:
     explicit FunctionWriter(const ShaderModule& shader)
-        : shader_(shader), body_(shader.module->getContext(), shader.module->getDataLayout()),
+        : shader_(shader),
+          body_(module_, shader.module->getContext(), shader.module->getDataLayout()),
           memory_(body_, shader), images_(body_, shader, bindingAfter(shader)) {
         body_.onDemand = [this](const Instruction& instruction) {
             return isDeferred(instruction) ? value(instruction) : 0;
@@ -59,10 +60,11 @@ class FunctionWriter {
     void merge(const BasicBlock& block, bool isBranching);
     void fillPhis();
     void modes();
-    Words function();
+    void function();
     std::vector<Resource> resources() const;
 
     const ShaderModule& shader_;
+    Module module_;
     Body body_;
     Memory memory_;
     Images images_;
@@ -209,18 +211,16 @@ void FunctionWriter::block(const BasicBlock& block) {
 }
 
 void FunctionWriter::modes() {
-    Module& module = body_.module;
     if (shader_.stage == Stage::fragment)
-        module.executionMode(spv::ExecutionMode::OriginUpperLeft);
+        module_.executionMode(spv::ExecutionMode::OriginUpperLeft);
     if (shader_.stage == Stage::fragment && shader_.earlyFragmentTests)
-        module.executionMode(spv::ExecutionMode::EarlyFragmentTests);
+        module_.executionMode(spv::ExecutionMode::EarlyFragmentTests);
     if (shader_.stage == Stage::kernel)
-        module.executionMode(spv::ExecutionMode::LocalSizeId, threadgroupSize(body_));
+        module_.executionMode(spv::ExecutionMode::LocalSizeId, threadgroupSize(body_));
 }
 
-Words FunctionWriter::function() {
-    Id nothing = body_.types.voidType();
-    Id type = body_.module.declareType(spv::Op::OpTypeFunction, {nothing});
+void FunctionWriter::function() {
+    body_.type(); // the first declaration
     // Every block stands below those that dominate it; what cannot be reached is last.
     ReversePostOrderTraversal<const Function*> order(shader_.main);
     SmallPtrSet<const BasicBlock*, 32> written;
@@ -232,13 +232,7 @@ Words FunctionWriter::function() {
         if (!written.contains(&each))
             block(each);
     fillPhis();
-    Words words;
-    append(words, spv::Op::OpFunction, {nothing, body_.module.main(), 0, type});
-    append(words, spv::Op::OpLabel, {body_.label(&shader_.main->getEntryBlock())});
-    words.insert(words.end(), body_.locals.begin(), body_.locals.end());
-    words.insert(words.end(), body_.code.begin(), body_.code.end());
-    append(words, spv::Op::OpFunctionEnd, {});
-    return words;
+    body_.finish(module_.main(), body_.label(&shader_.main->getEntryBlock()));
 }
 
 std::vector<Resource> FunctionWriter::resources() const {
@@ -264,13 +258,12 @@ static spv::ExecutionModel modelOf(Stage stage) {
 }
 
 EntryPoint FunctionWriter::write() {
-    body_.module.require(spv::Capability::Shader);
     modes();
-    Words code = function();
+    function();
     memory_.finish();
     return {.name = shader_.name,
             .stage = shader_.stage,
-            .words = body_.module.finish(modelOf(shader_.stage), code),
+            .words = module_.finish(modelOf(shader_.stage)),
             .resources = resources(),
             .usesLoopBudget = shader_.usesLoopBudget,
             .writesPointSize = memory_.writesPointSize(),

@@ -61,7 +61,7 @@ static Id builtInVariable(Body& body, const BuiltIn& builtIn, bool isInput, Type
     if (id)
         return id;
     auto storage = isInput ? spv::StorageClass::Input : spv::StorageClass::Output;
-    id = body.module.variable(body.types.pointer(storage, body.types.of(type)), storage);
+    id = body.module.variable(storage, body.types.of(type));
     if (builtIn.capability)
         body.module.require(*builtIn.capability);
     body.module.decorate(id, spv::Decoration::BuiltIn, {number});
@@ -102,7 +102,7 @@ StageVariable declareStageVariable(Body& body, Stage stage, const InterfaceVaria
     bool hasLocation = interface.builtIn.empty();
     Id id = 0;
     if (hasLocation) {
-        id = body.module.variable(body.types.pointer(storage, body.types.of(type)), storage);
+        id = body.module.variable(storage, body.types.of(type));
         body.module.decorate(id, spv::Decoration::Location, {interface.location});
     } else {
         BuiltIn builtIn = builtInFor(interface.builtIn, stage == Stage::fragment);

@@ -8,38 +8,12 @@ namespace tarnwick::msl::spirv {
 
 using namespace llvm;
 
-Id Types::voidType() {
-    if (!void_)
-        void_ = module_.declareType(spv::Op::OpTypeVoid, {});
-    return void_;
-}
-
-Id Types::signedScalar() {
-    if (!signedScalar_)
-        signedScalar_ = module_.declareType(spv::Op::OpTypeInt, {32, 1});
-    return signedScalar_;
-}
-
-Id Types::signedVector() {
-    if (!signedVector_)
-        signedVector_ = module_.declareType(spv::Op::OpTypeVector, {signedScalar(), 4});
-    return signedVector_;
-}
-
-Id Types::pointer(spv::StorageClass storage, Id pointee) {
-    Id& known = pointers_[{static_cast<std::uint32_t>(storage), pointee}];
-    if (!known)
-        known = module_.declareType(spv::Op::OpTypePointer,
-                                    {static_cast<std::uint32_t>(storage), pointee});
-    return known;
-}
-
 Id Types::array(Id element, std::uint32_t count) {
     if (Id known = arrays_.lookup({count, element}))
         return known;
     // The length is a constant of its own: Constants is made after Types and unifies by LLVM's.
     Id length = module_.declare(spv::Op::OpConstant, of(Type::getInt32Ty(context_)), {count});
-    Id made = module_.declareType(spv::Op::OpTypeArray, {element, length});
+    Id made = module_.type(spv::Op::OpTypeArray, {element, length});
     arrays_[{count, element}] = made;
     return made;
 }
@@ -68,7 +42,7 @@ Id Types::integer(unsigned bits) {
         module_.require(spv::Capability::Int64);
     else if (bits != 32)
         throw CompilerFault("An integer has " + std::to_string(bits) + " bits.");
-    return module_.declareType(spv::Op::OpTypeInt, {bits, 0});
+    return module_.integer(bits);
 }
 
 Id Types::structure(StructType* type, Layout layout) {
@@ -76,7 +50,7 @@ Id Types::structure(StructType* type, Layout layout) {
     for (unsigned index = 0; index < type->getNumElements(); ++index)
         if (member(type, index, layout))
             members.push_back(inMemory(type->getElementType(index), layout));
-    Id made = module_.declareType(spv::Op::OpTypeStruct, members);
+    Id made = module_.type(spv::Op::OpTypeStruct, members);
     if (layout == Layout::plain)
         return made;
     const StructLayout& offsets = *layout_.getStructLayout(type);
@@ -90,17 +64,16 @@ Id Types::structure(StructType* type, Layout layout) {
 
 Id Types::declare(Type* type, Layout layout) {
     if (auto* wanted = dyn_cast<IntegerType>(type))
-        return wanted->getBitWidth() == 1 ? module_.declareType(spv::Op::OpTypeBool, {})
+        return wanted->getBitWidth() == 1 ? module_.type(spv::Op::OpTypeBool, {})
                                           : integer(wanted->getBitWidth());
     if (type->isFloatTy())
-        return module_.declareType(spv::Op::OpTypeFloat, {32});
+        return module_.real();
     if (type->isHalfTy()) {
         module_.require(spv::Capability::Float16);
-        return module_.declareType(spv::Op::OpTypeFloat, {16});
+        return module_.real(16);
     }
     if (auto* vector = dyn_cast<FixedVectorType>(type); vector && vector->getNumElements() <= 4)
-        return module_.declareType(spv::Op::OpTypeVector,
-                                   {of(vector->getElementType()), vector->getNumElements()});
+        return module_.vector(of(vector->getElementType()), vector->getNumElements());
     if (auto* record = dyn_cast<StructType>(type))
         return structure(record, layout);
     if (auto* list = dyn_cast<ArrayType>(type)) {
@@ -110,7 +83,7 @@ Id Types::declare(Type* type, Layout layout) {
         if (layout == Layout::plain)
             return array(element, count);
         Id length = module_.declare(spv::Op::OpConstant, of(Type::getInt32Ty(context_)), {count});
-        Id made = module_.declareType(spv::Op::OpTypeArray, {element, length});
+        Id made = module_.type(spv::Op::OpTypeArray, {element, length});
         auto stride = static_cast<std::uint32_t>(layout_.getTypeAllocSize(list->getElementType()));
         module_.decorate(made, spv::Decoration::ArrayStride, {stride});
         return made;

@@ -1,7 +1,7 @@
 // LLVM's types and constants as SPIR-V's, each declared once.
 #pragma once
 
-#include "TarnwickMSL/Translation/Spirv/Module.h"
+#include "TarnwickSpirv/Module.h"
 
 #include <llvm/ADT/DenseMap.h>
 #include <llvm/IR/Constants.h>
@@ -11,6 +11,11 @@
 #include <optional>
 
 namespace tarnwick::msl::spirv {
+
+using tarnwick::spirv::Id;
+using tarnwick::spirv::Module;
+using tarnwick::spirv::Operands;
+using tarnwick::spirv::Words;
 
 // Whether a type in memory carries explicit offsets and strides (buffers, push constants) or none
 // (everything that no one outside the invocation's group sees).
@@ -24,15 +29,14 @@ class Types {
     llvm::LLVMContext& context() const { return context_; }
     const llvm::DataLayout& dataLayout() const { return layout_; }
 
-    Id voidType();
     // Of values; integers are unsigned throughout. Throws TranslationError on widths that SPIR-V
     // does not have.
     Id of(llvm::Type* type) { return inMemory(type, Layout::plain); }
-    Id signedScalar();
-    Id signedVector(); // four signed 32-bit integers, as signed textures give them
+    Id signedScalar() { return module_.type(spv::Op::OpTypeInt, {32, 1}); }
+    // Four signed 32-bit integers, as signed textures give them.
+    Id signedVector() { return module_.vector(signedScalar(), 4); }
     Id inMemory(llvm::Type* type, Layout layout);
     Id array(Id element, std::uint32_t count);
-    Id pointer(spv::StorageClass storage, Id pointee);
 
     // Where a member of the LLVM struct stands in the SPIR-V one; none for padding bytes, which
     // explicit layouts leave out.
@@ -47,9 +51,8 @@ class Types {
     Module& module_;
     llvm::LLVMContext& context_;
     const llvm::DataLayout& layout_;
-    Id void_ = 0, signedScalar_ = 0, signedVector_ = 0;
     llvm::DenseMap<llvm::Type*, Id> types_[2];
-    llvm::DenseMap<std::pair<std::uint32_t, Id>, Id> pointers_, arrays_;
+    llvm::DenseMap<std::pair<std::uint32_t, Id>, Id> arrays_;
 };
 
 // The same shape (scalar or so many lanes) of another scalar.

@@ -1,17 +1,16 @@
-#include "TarnwickGPU/Points/SpirvLink.h"
+#include "TarnwickSpirv/IdOperands.h"
 
 #include <algorithm>
 #include <array>
-#include <set>
 
-namespace tarnwick::gpu {
+namespace tarnwick::spirv {
 
 namespace {
 
 using enum spv::Op;
 
-// Which operands of an instruction are ids: all but `literals` from the `first` on (0 literals: all
-// that follow).
+// Which operands of an instruction are ids: all but `literals` of them from the `first` on. With 0
+// literals none is an id from the `first` on.
 struct Form {
     spv::Op from, to; // of these opcodes
     bool hasType = true;
@@ -24,7 +23,8 @@ struct Form {
 
 constexpr bool typed = true, hasId = true;
 
-// SPIR-V 1.6, 3.52, as far as the layer's compiler uses it in functions.
+// SPIR-V 1.6, 3.52: the instructions that this project's compiler writes, but for derivatives,
+// sampling at an implied level, atomic operations and those of groups.
 // clang-format off
 constexpr std::array forms{
     Form{OpExtInst, OpExtInst, typed, hasId, 3, 1},
@@ -67,7 +67,7 @@ constexpr std::array forms{
     Form{OpUnreachable, OpUnreachable, !typed, !hasId},
     Form{OpCopyLogical, OpCopyLogical},
     Form{OpDemoteToHelperInvocation, OpDemoteToHelperInvocation, !typed, !hasId},
-    // types, constants and decorations
+    // Types, constants and decorations.
     Form{OpTypeVoid, OpTypeBool, !typed, hasId},
     Form{OpTypeInt, OpTypeFloat, !typed, hasId, 1},
     Form{OpTypeVector, OpTypeMatrix, !typed, hasId, 2},
@@ -99,100 +99,10 @@ bool isId(const Form& form, std::size_t operand) {
     return operand < form.first || operand >= form.first + literals;
 }
 
-bool isKnown(Operands section) {
-    bool known = true;
-    eachInstruction(section,
-                    [&](const Instruction& each) { known = known && formOf(each.op) != nullptr; });
-    return known;
-}
-
-class Linking {
-  public:
-    Linking(SpirvCode& into, const SpirvCode& from) : into_(into), from_(from) {}
-
-    std::map<Id, Id> run() {
-        for (const spv::Capability capability : from_.capabilities)
-            into_.require(capability);
-        if (const auto import = from_.importedInstructions())
-            ids_[*import] = into_.extendedInstructions();
-        eachInstruction(from_.declarations, [this](const Instruction& each) { declare(each); });
-        eachInstruction(from_.annotations, [this](const Instruction& each) {
-            if (!shared_.contains(each.operands[0]))
-                append(into_.annotations, each.op, renamed(each));
-        });
-        eachInstruction(from_.functions, [this](const Instruction& each) {
-            append(into_.functions, each.op, renamed(each));
-        });
-        for (const Id variable : from_.interface)
-            into_.interface.push_back(idOf(variable));
-        return std::move(ids_);
-    }
-
-  private:
-    Id idOf(Id id) {
-        Id& known = ids_[id];
-        if (known == 0)
-            known = into_.newId();
-        return known;
-    }
-
-    Words renamed(const Instruction& each) {
-        const Form& form = *formOf(each.op);
-        Words operands(each.operands.begin(), each.operands.end());
-        for (std::size_t at = 0; at < operands.size(); ++at)
-            if (isId(form, at))
-                operands[at] = idOf(operands[at]);
-        return operands;
-    }
-
-    // Types and constants that both modules have become one; specialisation constants by number.
-    void declare(const Instruction& each) {
-        const std::size_t result = formOf(each.op)->hasType ? 1 : 0;
-        const Id id = each.operands[result];
-        if (const auto special = from_.specialisation(id))
-            if (const auto known = into_.specialised(*special))
-                return share(id, *known);
-        Words operands(each.operands.begin(), each.operands.end());
-        const Form& form = *formOf(each.op);
-        for (std::size_t at = 0; at < operands.size(); ++at)
-            if (at != result && isId(form, at))
-                operands[at] = idOf(operands[at]);
-        if (const auto known = into_.find({each.op, operands}))
-            return share(id, *known);
-        operands[result] = idOf(id);
-        into_.add({each.op, operands});
-    }
-
-    void share(Id id, Id known) {
-        ids_[id] = known;
-        shared_.insert(id);
-    }
-
-    SpirvCode& into_;
-    const SpirvCode& from_;
-    std::map<Id, Id> ids_;
-    std::set<Id> shared_; // of `from`
-};
-
 } // namespace
 
-std::optional<std::map<Id, Id>> link(SpirvCode& into, const SpirvCode& from) {
-    if (!isKnown(into.functions) || !isKnown(from.functions) || !isKnown(from.declarations) ||
-        !isKnown(from.annotations) || !from.extensions.empty())
-        return std::nullopt;
-    return Linking(into, from).run();
-}
-
-std::optional<Words> idsOf(const Instruction& instruction) {
-    const Form* form = formOf(instruction.op);
-    if (!form)
-        return std::nullopt;
-    Words ids;
-    const std::size_t result = form->hasType ? 1 : 0;
-    for (std::size_t at = 0; at < instruction.operands.size(); ++at)
-        if (isId(*form, at) && !(form->hasResult && at == result))
-            ids.push_back(instruction.operands[at]);
-    return ids;
+bool isKnown(spv::Op op) {
+    return formOf(op) != nullptr;
 }
 
 bool isIdOperand(spv::Op op, std::size_t operand) {
@@ -200,11 +110,28 @@ bool isIdOperand(spv::Op op, std::size_t operand) {
     return form && isId(*form, operand);
 }
 
-std::optional<Id> resultOf(const Instruction& instruction) {
-    const Form* form = formOf(instruction.op);
+std::optional<std::size_t> resultOperand(spv::Op op) {
+    const Form* form = formOf(op);
     if (!form || !form->hasResult)
         return std::nullopt;
-    return instruction.operands[form->hasType ? 1 : 0];
+    return form->hasType ? 1 : 0;
 }
 
-} // namespace tarnwick::gpu
+std::optional<Id> resultOf(const Instruction& instruction) {
+    const auto at = resultOperand(instruction.op);
+    return at ? std::optional(instruction.operands[*at]) : std::nullopt;
+}
+
+std::optional<Words> idsOf(const Instruction& instruction) {
+    const Form* form = formOf(instruction.op);
+    if (!form)
+        return std::nullopt;
+    Words ids;
+    const auto result = resultOperand(instruction.op);
+    for (std::size_t at = 0; at < instruction.operands.size(); ++at)
+        if (isId(*form, at) && at != result)
+            ids.push_back(instruction.operands[at]);
+    return ids;
+}
+
+} // namespace tarnwick::spirv

@@ -1,0 +1,25 @@
+// A module's global variables by what its decorations say of them, and its specialisation
+// constants.
+#pragma once
+
+#include "TarnwickSpirv/Module.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <vector>
+
+namespace tarnwick::spirv {
+
+// The variable of a built-in value, if the module has a variable for this one alone.
+std::optional<Id> builtIn(const Module& module, spv::BuiltIn builtIn);
+// The variables of a storage class that have locations, by location.
+std::map<std::uint32_t, Id> locations(const Module& module, spv::StorageClass storage);
+std::vector<Id> variables(const Module& module, spv::StorageClass storage);
+Id pointee(const Module& module, Id variable); // the type of its value
+
+// The number of a specialisation constant, and the constant of a number.
+std::optional<std::uint32_t> specialisation(const Module& module, Id constant);
+std::optional<Id> specialised(const Module& module, std::uint32_t number);
+
+} // namespace tarnwick::spirv
