@@ -1,6 +1,7 @@
 // A GPU: makes every other object of the layer. Shaped as Metal's device, over Vulkan 1.3.
 #pragma once
 
+#include "TarnwickGPU/DeviceInfo.h"
 #include "TarnwickGPU/Format.h"
 #include "TarnwickGPU/Pipeline.h"
 #include "TarnwickMSL/EntryPoint.h"
@@ -44,14 +45,6 @@ struct DeviceError : std::runtime_error {
 // in flight: such a queue works beside the others where the device can. Where it cannot, a command
 // buffer waits for those that were committed before it, of any queue.
 enum class QueueUse : std::uint8_t { pictures, beside };
-
-struct DeviceInfo {
-    std::string name;   // as the driver gives it
-    std::string driver; // name and version
-    bool isCPU = false; // a software rasteriser
-
-    bool operator==(const DeviceInfo&) const = default;
-};
 
 // The machine's usable devices, in the order in which systemDefault prefers them: discrete,
 // integrated, virtual, then the CPU's.

@@ -15,7 +15,7 @@ constexpr VkAccessFlags2 anyAccess = VK_ACCESS_2_MEMORY_READ_BIT | VK_ACCESS_2_M
 
 void Barriers::enter(const TextureParts& texture, const TextureUse& use, Contents contents) {
     auto barrier = std::find_if(images_.begin(), images_.end(),
-                                [&](const auto& one) { return one.image == texture.image; });
+                                [&](const auto& one) { return one.image == texture.image.handle; });
     if (barrier == images_.end()) {
         const VkImageMemoryBarrier2 fresh{.sType = VK_STRUCTURE_TYPE_IMAGE_MEMORY_BARRIER_2,
                                           .srcStageMask = VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT,
@@ -23,8 +23,8 @@ void Barriers::enter(const TextureParts& texture, const TextureUse& use, Content
                                           .oldLayout = texture.rest,
                                           .srcQueueFamilyIndex = VK_QUEUE_FAMILY_IGNORED,
                                           .dstQueueFamilyIndex = VK_QUEUE_FAMILY_IGNORED,
-                                          .image = texture.image,
-                                          .subresourceRange = texture.wholeRange()};
+                                          .image = texture.image.handle,
+                                          .subresourceRange = texture.image.wholeRange()};
         barrier = images_.insert(images_.end(), fresh);
     }
     barrier->dstStageMask = use.stages;
@@ -44,8 +44,8 @@ void Barriers::leave(const TextureParts& texture, const TextureUse& use) {
                        .newLayout = texture.rest,
                        .srcQueueFamilyIndex = VK_QUEUE_FAMILY_IGNORED,
                        .dstQueueFamilyIndex = VK_QUEUE_FAMILY_IGNORED,
-                       .image = texture.image,
-                       .subresourceRange = texture.wholeRange()});
+                       .image = texture.image.handle,
+                       .subresourceRange = texture.image.wholeRange()});
 }
 
 void Barriers::afterWork(VkPipelineStageFlags2 stages, VkAccessFlags2 writes) {

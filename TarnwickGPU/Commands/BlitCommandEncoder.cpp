@@ -49,42 +49,44 @@ void BlitCommandEncoder::copy(const Texture& source, const Region& region,
     const TextureParts& from = source.parts();
     const TextureParts& to = destination.parts();
     const Region target{destinationX, destinationY, region.width, region.height};
-    precondition(&from != &to && from.descriptor.format == to.descriptor.format &&
-                     from.descriptor.sampleCount == to.descriptor.sampleCount,
+    precondition(&from != &to && from.image.descriptor.format == to.image.descriptor.format &&
+                     from.image.descriptor.sampleCount == to.image.descriptor.sampleCount,
                  "Copies are between two textures of one format.");
-    precondition(liesWithin(from.descriptor, region) && liesWithin(to.descriptor, target),
+    precondition(liesWithin(from.image.descriptor, region) &&
+                     liesWithin(to.image.descriptor, target),
                  "A copy's regions lie within their textures.");
     if (region.width == 0 || region.height == 0)
         return;
     parts_->enter(from, sourceUse, Contents::kept);
     parts_->enter(to, destinationUse, Contents::kept);
     parts_->barriers.flush(parts_->handle);
-    const VkImageCopy copy{.srcSubresource = {from.aspect, 0, 0, 1},
+    const VkImageCopy copy{.srcSubresource = {from.image.aspect, 0, 0, 1},
                            .srcOffset = offset(region.x, region.y),
-                           .dstSubresource = {to.aspect, 0, 0, 1},
+                           .dstSubresource = {to.image.aspect, 0, 0, 1},
                            .dstOffset = offset(destinationX, destinationY),
                            .extent = {region.width, region.height, 1}};
-    vkCmdCopyImage(parts_->handle, from.image, sourceUse.layout, to.image, destinationUse.layout, 1,
-                   &copy);
+    vkCmdCopyImage(parts_->handle, from.image.handle, sourceUse.layout, to.image.handle,
+                   destinationUse.layout, 1, &copy);
     parts_->barriers.leave(from, sourceUse);
     parts_->barriers.leave(to, destinationUse);
 }
 
 void BlitCommandEncoder::generateMipmaps(const Texture& texture) {
     const TextureParts& parts = texture.parts();
-    const TextureDescriptor& descriptor = parts.descriptor;
-    precondition(descriptor.mipLevels > 1 && !parts.isDepth() &&
+    const TextureDescriptor& descriptor = parts.image.descriptor;
+    precondition(descriptor.mipLevels > 1 && !parts.image.isDepth() &&
                      componentOf(descriptor.format) == msl::TextureComponent::float_,
                  "Levels are made of colours that can be filtered.");
     parts_->enter(parts, mipmapUse, Contents::kept);
     parts_->barriers.flush(parts_->handle);
     for (std::uint32_t level = 1; level < descriptor.mipLevels; ++level) {
-        const VkImageBlit blit{.srcSubresource = {parts.aspect, level - 1, 0, slices(descriptor)},
-                               .srcOffsets = {{}, extent(descriptor, level - 1)},
-                               .dstSubresource = {parts.aspect, level, 0, slices(descriptor)},
-                               .dstOffsets = {{}, extent(descriptor, level)}};
-        vkCmdBlitImage(parts_->handle, parts.image, mipmapUse.layout, parts.image, mipmapUse.layout,
-                       1, &blit, VK_FILTER_LINEAR);
+        const VkImageBlit blit{
+            .srcSubresource = {parts.image.aspect, level - 1, 0, slices(descriptor)},
+            .srcOffsets = {{}, extent(descriptor, level - 1)},
+            .dstSubresource = {parts.image.aspect, level, 0, slices(descriptor)},
+            .dstOffsets = {{}, extent(descriptor, level)}};
+        vkCmdBlitImage(parts_->handle, parts.image.handle, mipmapUse.layout, parts.image.handle,
+                       mipmapUse.layout, 1, &blit, VK_FILTER_LINEAR);
         parts_->barriers.afterWork(mipmapUse.stages, VK_ACCESS_2_TRANSFER_WRITE_BIT);
         parts_->barriers.flush(parts_->handle);
     }

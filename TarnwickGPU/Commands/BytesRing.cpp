@@ -1,7 +1,5 @@
 #include "TarnwickGPU/Commands/BytesRing.h"
 
-#include "TarnwickGPU/Vulkan/DeviceState.h"
-
 #include <algorithm>
 
 namespace tarnwick::gpu {
@@ -18,7 +16,7 @@ VkDeviceSize alignment(const VkPhysicalDeviceLimits& limits) {
 
 } // namespace
 
-BytesRing::Slice BytesRing::take(DeviceState& device, VkDeviceSize size) {
+BytesRing::Slice BytesRing::take(const DeviceRecord& device, VkDeviceSize size) {
     const VkDeviceSize step = alignment(device.limits);
     const VkDeviceSize needed = (size + step - 1) / step * step;
     if (chunk_ < chunks_.size() && used_ + needed > chunks_[chunk_].size) {
@@ -42,9 +40,9 @@ void BytesRing::reset() {
     used_ = 0;
 }
 
-void BytesRing::bury(DeviceState& device) {
+void BytesRing::bury(Graveyard& graveyard) {
     for (BufferMemory& chunk : chunks_)
-        gpu::bury(device, chunk);
+        gpu::bury(graveyard, chunk);
     chunks_.clear();
     reset();
 }

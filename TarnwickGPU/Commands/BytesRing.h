@@ -11,8 +11,6 @@
 
 namespace tarnwick::gpu {
 
-struct DeviceState;
-
 class BytesRing {
   public:
     struct Slice {
@@ -22,9 +20,9 @@ class BytesRing {
     };
 
     // `size` bytes at an offset that suits every kind of descriptor.
-    Slice take(DeviceState& device, VkDeviceSize size);
+    Slice take(const DeviceRecord& device, VkDeviceSize size);
     void reset();
-    void bury(DeviceState& device);
+    void bury(Graveyard& graveyard);
 
   private:
     std::vector<BufferMemory> chunks_;

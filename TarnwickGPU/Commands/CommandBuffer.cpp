@@ -1,5 +1,7 @@
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickGPU/Commands/CommandBufferParts.h"
+#include "TarnwickGPU/Layer.h"
+#include "TarnwickGPU/Vulkan/BufferParts.h"
 #include "TarnwickGPU/Vulkan/LayerParts.h"
 #include "TarnwickGPU/Vulkan/TextureParts.h"
 
@@ -63,10 +65,10 @@ void forgetDrawables(const CommandBufferParts& parts) {
 
 std::unique_ptr<CommandBufferParts> CommandBufferParts::make(std::shared_ptr<DeviceState> device) {
     auto parts = std::make_unique<CommandBufferParts>(std::move(device));
-    const VkDevice handle = parts->device->handle;
+    const VkDevice handle = parts->device->record.handle;
     const VkCommandPoolCreateInfo poolInfo{.sType = VK_STRUCTURE_TYPE_COMMAND_POOL_CREATE_INFO,
                                            .flags = VK_COMMAND_POOL_CREATE_TRANSIENT_BIT,
-                                           .queueFamilyIndex = parts->device->queueFamily};
+                                           .queueFamilyIndex = parts->device->record.queueFamily};
     if (vkCreateCommandPool(handle, &poolInfo, nullptr, &parts->pool) != VK_SUCCESS)
         return nullptr;
     const VkCommandBufferAllocateInfo info{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_ALLOCATE_INFO,
@@ -74,21 +76,22 @@ std::unique_ptr<CommandBufferParts> CommandBufferParts::make(std::shared_ptr<Dev
                                            .level = VK_COMMAND_BUFFER_LEVEL_PRIMARY,
                                            .commandBufferCount = 1};
     if (vkAllocateCommandBuffers(handle, &info, &parts->handle) != VK_SUCCESS ||
-        !parts->reports.make(*parts->device))
+        !parts->reports.make(parts->device->record))
         return nullptr;
     return parts;
 }
 
 CommandBufferParts::~CommandBufferParts() {
-    ring.bury(*device);
-    sets.bury(*device);
-    reports.bury(*device);
-    device->bury(pool);
+    Graveyard& graveyard = device->graveyard;
+    ring.bury(graveyard);
+    sets.bury(graveyard);
+    reports.bury(graveyard);
+    graveyard.bury(pool);
 }
 
 bool CommandBufferParts::begin() {
     ring.reset();
-    sets.reset(*device);
+    sets.reset(device->record);
     reports.reset();
     barriers.forget();
     sums.reset();
@@ -99,7 +102,7 @@ bool CommandBufferParts::begin() {
     encoding = Encoding::nothing;
     const VkCommandBufferBeginInfo info{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_BEGIN_INFO,
                                         .flags = VK_COMMAND_BUFFER_USAGE_ONE_TIME_SUBMIT_BIT};
-    return vkResetCommandPool(device->handle, pool, 0) == VK_SUCCESS &&
+    return vkResetCommandPool(device->record.handle, pool, 0) == VK_SUCCESS &&
            vkBeginCommandBuffer(handle, &info) == VK_SUCCESS;
 }
 
@@ -143,7 +146,7 @@ void CommandBufferParts::setBytes(TableIndex table, const void* bytes, std::size
                                   std::uint32_t index) {
     precondition(length > 0 && length <= mostBytes, "setBytes takes 1 to 65536 bytes.");
     precondition(index < buffersPerStage, "Buffers have indices from 0 to 30.");
-    const BytesRing::Slice slice = ring.take(*device, length);
+    const BytesRing::Slice slice = ring.take(device->record, length);
     if (!slice.buffer) {
         failed = true;
         return;
@@ -159,8 +162,8 @@ void CommandBufferParts::setBuffer(TableIndex table, const Buffer& buffer, std::
     const BufferMemory& memory = buffer.parts().memory;
     precondition(index < buffersPerStage, "Buffers have indices from 0 to 30.");
     precondition(offset < memory.size, "A buffer's offset lies within it.");
-    precondition(offset % device->limits.minStorageBufferOffsetAlignment == 0 &&
-                     offset % device->limits.minUniformBufferOffsetAlignment == 0,
+    precondition(offset % device->record.limits.minStorageBufferOffsetAlignment == 0 &&
+                     offset % device->record.limits.minUniformBufferOffsetAlignment == 0,
                  "A buffer's offset is a multiple of 256 bytes, or of what the device asks for.");
     tables[static_cast<std::size_t>(table)].buffers[index] = {memory.buffer, offset,
                                                               memory.size - offset, nullptr};

@@ -8,6 +8,7 @@
 #include "TarnwickGPU/Commands/DescriptorSets.h"
 #include "TarnwickGPU/Commands/LoopReports.h"
 #include "TarnwickGPU/Commands/ResourceTable.h"
+#include "TarnwickGPU/Vulkan/BindingLayout.h"
 #include "TarnwickGPU/Vulkan/DeviceState.h"
 #include "TarnwickGPU/Vulkan/PointSums.h"
 

@@ -27,8 +27,7 @@ std::unique_ptr<CommandBufferParts> takeOut(Resting& resting, Resting::iterator 
 // Parts that the GPU is done with, else new ones, else the first to be done.
 std::unique_ptr<CommandBufferParts> take(QueueParts& queue) {
     DeviceState& device = *queue.device;
-    const std::uint64_t completed = device.submissions.completed();
-    device.graveyard.collect(device.handle, completed);
+    device.graveyard.collect();
     auto next = oldest(queue.resting);
     if (next != queue.resting.end() && device.submissions.isDone((*next)->submission))
         return takeOut(queue.resting, next);

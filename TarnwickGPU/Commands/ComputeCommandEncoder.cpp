@@ -2,6 +2,7 @@
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Commands/CommandBufferParts.h"
 #include "TarnwickGPU/Commands/PipelineParts.h"
+#include "TarnwickGPU/Commands/ResourceBinding.h"
 
 #include <array>
 #include <utility>
@@ -73,7 +74,7 @@ void ComputeCommandEncoder::setSamplerState(const SamplerState* state, std::uint
 void ComputeCommandEncoder::dispatchThreads(Size threads, Size perThreadgroup) {
     precondition(parts_->encoding == Encoding::compute && parts_->computePipeline,
                  "A dispatch has an open encoder and a pipeline.");
-    const VkPhysicalDeviceLimits& limits = parts_->device->limits;
+    const VkPhysicalDeviceLimits& limits = parts_->device->record.limits;
     precondition(fits(perThreadgroup, limits), "A threadgroup is of a size that the device takes.");
     if (threads.width == 0 || threads.height == 0 || threads.depth == 0)
         return;

@@ -1,6 +1,7 @@
+#include "TarnwickGPU/Commands/PipelineErrors.h"
 #include "TarnwickGPU/Commands/PipelineParts.h"
 #include "TarnwickGPU/Device.h"
-#include "TarnwickGPU/Vulkan/Capabilities.h"
+#include "TarnwickGPU/Vulkan/ShaderModule.h"
 
 #include <algorithm>
 #include <array>
@@ -10,20 +11,20 @@ namespace tarnwick::gpu {
 
 namespace {
 
-std::uint32_t mostThreads(const DeviceState& device, const msl::EntryPoint& kernel) {
+std::uint32_t mostThreads(const DeviceRecord& device, const msl::EntryPoint& kernel) {
     const std::uint32_t most = device.limits.maxComputeWorkGroupInvocations;
     return kernel.mostThreads ? std::min(kernel.mostThreads, most) : most;
 }
 
 // The shape that a pipeline is first made for, to learn early whether the device takes the kernel.
-ThreadgroupShape usualThreadgroup(const DeviceState& device, const msl::EntryPoint& kernel) {
+ThreadgroupShape usualThreadgroup(const DeviceRecord& device, const msl::EntryPoint& kernel) {
     return {.threads = {std::min(mostThreads(device, kernel), 256u), 1, 1}};
 }
 
 // The values of the constants that a kernel's pipelines are specialised with.
 class Constants {
   public:
-    Constants(const DeviceState& device, const msl::EntryPoint& kernel,
+    Constants(const DeviceRecord& device, const msl::EntryPoint& kernel,
               const ThreadgroupShape& shape) {
         add(msl::loopBudgetConstant, device.loopBudget);
         add(msl::threadgroupSizeConstants[0], shape.threads.width);
@@ -60,12 +61,13 @@ std::uint64_t memoryOf(const msl::EntryPoint& kernel, const ThreadgroupShape& sh
 VkResult makeVariant(const DeviceState& device, const BindingLayout& layout,
                      const msl::EntryPoint& kernel, const ThreadgroupShape& threadgroup,
                      VkPipeline& pipeline) {
-    if (memoryOf(kernel, threadgroup) > device.limits.maxComputeSharedMemorySize)
+    const DeviceRecord& record = device.record;
+    if (memoryOf(kernel, threadgroup) > record.limits.maxComputeSharedMemorySize)
         return VK_ERROR_OUT_OF_DEVICE_MEMORY;
-    const ShaderModule module(device.handle, kernel.words);
+    const ShaderModule module(record.handle, kernel.words);
     if (!module.handle())
         return VK_ERROR_UNKNOWN;
-    const Constants values(device, kernel, threadgroup);
+    const Constants values(record, kernel, threadgroup);
     const VkSpecializationInfo constants = values.info();
     const VkComputePipelineCreateInfo info{
         .sType = VK_STRUCTURE_TYPE_COMPUTE_PIPELINE_CREATE_INFO,
@@ -75,46 +77,11 @@ VkResult makeVariant(const DeviceState& device, const BindingLayout& layout,
                   .pName = "main",
                   .pSpecializationInfo = &constants},
         .layout = layout.pipelineLayout};
-    return vkCreateComputePipelines(device.handle, device.pipelineCache.handle(), 1, &info, nullptr,
+    return vkCreateComputePipelines(record.handle, device.pipelineCache.handle(), 1, &info, nullptr,
                                     &pipeline);
 }
 
 } // namespace
-
-ShaderModule::ShaderModule(VkDevice device, std::span<const std::uint32_t> words)
-    : device_(device) {
-    const VkShaderModuleCreateInfo info{.sType = VK_STRUCTURE_TYPE_SHADER_MODULE_CREATE_INFO,
-                                        .codeSize = words.size_bytes(),
-                                        .pCode = words.data()};
-    if (vkCreateShaderModule(device, &info, nullptr, &handle_) != VK_SUCCESS)
-        handle_ = VK_NULL_HANDLE;
-}
-
-ShaderModule::~ShaderModule() {
-    if (handle_)
-        vkDestroyShaderModule(device_, handle_, nullptr);
-}
-
-std::string refusal(const DeviceState& device, const std::string& what, VkResult result) {
-    const char* reason = "does not take it";
-    if (result == VK_ERROR_OUT_OF_DEVICE_MEMORY || result == VK_ERROR_OUT_OF_HOST_MEMORY)
-        reason = "is out of memory";
-    if (result == VK_ERROR_DEVICE_LOST)
-        reason = "was lost";
-    return "The device could not make " + what + ": " + device.info.name + " " + reason + ".";
-}
-
-void checkNeeds(const DeviceState& device, const std::string& what,
-                const msl::EntryPoint& function) {
-    const std::string start = "The device could not make " + what + ": " + device.info.name;
-    if (auto missing = missingCapability(function.words, device.features.capabilities))
-        throw DeviceError(start + " has no " + *missing + ".");
-    const std::uint32_t most = device.limits.maxComputeSharedMemorySize;
-    if (function.threadgroupBytes > most)
-        throw DeviceError(start + " has " + std::to_string(most) +
-                          " bytes of threadgroup memory, and " +
-                          std::to_string(function.threadgroupBytes) + " are wanted.");
-}
 
 VkPipeline ComputePipelineParts::pipelineFor(const ThreadgroupShape& threadgroup) const {
     std::lock_guard lock(mutex_);
@@ -130,8 +97,8 @@ VkPipeline ComputePipelineParts::pipelineFor(const ThreadgroupShape& threadgroup
 
 ComputePipelineParts::~ComputePipelineParts() {
     for (const Variant& variant : variants_)
-        device->bury(variant.pipeline);
-    layout.bury(*device);
+        device->graveyard.bury(variant.pipeline);
+    layout.bury(device->graveyard);
 }
 
 ComputePipelineState::ComputePipelineState(std::unique_ptr<ComputePipelineParts> parts)
@@ -139,16 +106,16 @@ ComputePipelineState::ComputePipelineState(std::unique_ptr<ComputePipelineParts>
 ComputePipelineState::~ComputePipelineState() = default;
 
 std::uint32_t ComputePipelineState::maxTotalThreadsPerThreadgroup() const {
-    return mostThreads(*parts_->device, *parts_->kernel);
+    return mostThreads(parts_->device->record, *parts_->kernel);
 }
 
 std::unique_ptr<ComputePipelineState> Device::newComputePipelineState(const Function& kernel) {
     const std::string subject = "the compute pipeline of " + kernel.name();
     if (isLost())
-        throw DeviceError(refusal(*state_, subject, VK_ERROR_DEVICE_LOST));
+        throw DeviceError(refusal(state_->record, subject, VK_ERROR_DEVICE_LOST));
     if (kernel.stage() != msl::Stage::kernel)
         throw DeviceError("The device could not make " + subject + ": it is no kernel.");
-    checkNeeds(*state_, subject, kernel.entryPoint());
+    checkNeeds(state_->record, subject, kernel.entryPoint());
     auto parts = std::make_unique<ComputePipelineParts>();
     parts->device = state_;
     parts->kernel = kernel.sharedEntryPoint();
@@ -158,10 +125,10 @@ std::unique_ptr<ComputePipelineState> Device::newComputePipelineState(const Func
                                       .pushConstants = {.stageFlags = VK_SHADER_STAGE_COMPUTE_BIT,
                                                         .size = msl::kernelPushConstantBytes}});
     if (!layout)
-        throw DeviceError(refusal(*state_, subject, VK_ERROR_UNKNOWN));
+        throw DeviceError(refusal(state_->record, subject, VK_ERROR_UNKNOWN));
     parts->layout = std::move(*layout);
-    if (!parts->pipelineFor(usualThreadgroup(*state_, *parts->kernel)))
-        throw DeviceError(refusal(*state_, subject, VK_ERROR_UNKNOWN));
+    if (!parts->pipelineFor(usualThreadgroup(state_->record, *parts->kernel)))
+        throw DeviceError(refusal(state_->record, subject, VK_ERROR_UNKNOWN));
     return std::make_unique<ComputePipelineState>(std::move(parts));
 }
 

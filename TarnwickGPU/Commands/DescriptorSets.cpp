@@ -1,6 +1,7 @@
 #include "TarnwickGPU/Commands/DescriptorSets.h"
 
-#include "TarnwickGPU/Vulkan/DeviceState.h"
+#include "TarnwickGPU/Vulkan/DeviceRecord.h"
+#include "TarnwickGPU/Vulkan/Graveyard.h"
 
 #include <array>
 
@@ -10,7 +11,7 @@ namespace {
 
 constexpr std::uint32_t setsPerPool = 64;
 
-VkDescriptorPool makePool(const DeviceState& device) {
+VkDescriptorPool makePool(const DeviceRecord& device) {
     constexpr std::array sizes{
         VkDescriptorPoolSize{VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER, setsPerPool * 8},
         VkDescriptorPoolSize{VK_DESCRIPTOR_TYPE_STORAGE_BUFFER, setsPerPool * 8},
@@ -27,7 +28,7 @@ VkDescriptorPool makePool(const DeviceState& device) {
     return pool;
 }
 
-VkDescriptorSet allocate(const DeviceState& device, VkDescriptorPool pool,
+VkDescriptorSet allocate(const DeviceRecord& device, VkDescriptorPool pool,
                          VkDescriptorSetLayout layout) {
     const VkDescriptorSetAllocateInfo info{.sType = VK_STRUCTURE_TYPE_DESCRIPTOR_SET_ALLOCATE_INFO,
                                            .descriptorPool = pool,
@@ -41,7 +42,7 @@ VkDescriptorSet allocate(const DeviceState& device, VkDescriptorPool pool,
 
 } // namespace
 
-VkDescriptorSet DescriptorSets::take(DeviceState& device, VkDescriptorSetLayout layout) {
+VkDescriptorSet DescriptorSets::take(const DeviceRecord& device, VkDescriptorSetLayout layout) {
     for (; pool_ < pools_.size(); ++pool_)
         if (VkDescriptorSet set = allocate(device, pools_[pool_], layout))
             return set;
@@ -52,15 +53,15 @@ VkDescriptorSet DescriptorSets::take(DeviceState& device, VkDescriptorSetLayout 
     return allocate(device, made, layout);
 }
 
-void DescriptorSets::reset(DeviceState& device) {
+void DescriptorSets::reset(const DeviceRecord& device) {
     for (VkDescriptorPool pool : pools_)
         vkResetDescriptorPool(device.handle, pool, 0);
     pool_ = 0;
 }
 
-void DescriptorSets::bury(DeviceState& device) {
+void DescriptorSets::bury(Graveyard& graveyard) {
     for (VkDescriptorPool pool : pools_)
-        device.bury(pool);
+        graveyard.bury(pool);
     pools_.clear();
     pool_ = 0;
 }

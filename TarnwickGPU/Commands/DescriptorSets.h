@@ -9,14 +9,15 @@
 
 namespace tarnwick::gpu {
 
-struct DeviceState;
+class Graveyard;
+struct DeviceRecord;
 
 class DescriptorSets {
   public:
     // Null when memory is out. Good until reset().
-    VkDescriptorSet take(DeviceState& device, VkDescriptorSetLayout layout);
-    void reset(DeviceState& device); // the GPU is done with all of them
-    void bury(DeviceState& device);
+    VkDescriptorSet take(const DeviceRecord& device, VkDescriptorSetLayout layout);
+    void reset(const DeviceRecord& device); // the GPU is done with all of them
+    void bury(Graveyard& graveyard);
 
   private:
     std::vector<VkDescriptorPool> pools_;

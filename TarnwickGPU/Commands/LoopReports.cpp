@@ -1,7 +1,5 @@
 #include "TarnwickGPU/Commands/LoopReports.h"
 
-#include "TarnwickGPU/Vulkan/DeviceState.h"
-
 #include <algorithm>
 #include <cstring>
 
@@ -13,7 +11,7 @@ constexpr std::uint32_t wordCount = 64;
 
 } // namespace
 
-bool LoopReports::make(DeviceState& device) {
+bool LoopReports::make(const DeviceRecord& device) {
     stride_ = std::max(device.limits.minStorageBufferOffsetAlignment, VkDeviceSize{4});
     const auto made = makeBufferMemory(device, stride_ * wordCount, MemoryUse::readBack);
     if (!made)
@@ -30,8 +28,8 @@ void LoopReports::reset() {
     taken_ = 0;
 }
 
-void LoopReports::bury(DeviceState& device) {
-    gpu::bury(device, memory_);
+void LoopReports::bury(Graveyard& graveyard) {
+    gpu::bury(graveyard, memory_);
 }
 
 VkDescriptorBufferInfo LoopReports::next() {

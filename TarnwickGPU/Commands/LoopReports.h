@@ -9,13 +9,11 @@
 
 namespace tarnwick::gpu {
 
-struct DeviceState;
-
 class LoopReports {
   public:
-    bool make(DeviceState& device); // false when memory is out
+    bool make(const DeviceRecord& device); // false when memory is out
     void reset();
-    void bury(DeviceState& device);
+    void bury(Graveyard& graveyard);
 
     // The word for the next draw or dispatch: each has its own for as long as there are some, so
     // that two of them do not write to one place without a barrier.

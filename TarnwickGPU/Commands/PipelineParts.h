@@ -1,4 +1,5 @@
-// The Vulkan sides of the pipeline states.
+// The Vulkan sides of the pipeline states. RenderPipelineState.cpp and ComputePipelineState.cpp
+// make them.
 #pragma once
 
 #include "TarnwickGPU/Commands.h"
@@ -12,20 +13,17 @@
 #include <array>
 #include <memory>
 #include <mutex>
-#include <span>
-#include <string>
 #include <vector>
 
 namespace tarnwick::gpu {
 
 struct RenderPipelineParts {
     std::shared_ptr<DeviceState> device;
-    BindingLayout layout;
-    VkPipeline pipeline = VK_NULL_HANDLE;
+    PipelineWithLayout drawing;
     PixelFormat colorFormat = PixelFormat::invalid, depthFormat = PixelFormat::invalid;
     std::uint32_t sampleCount = 1;
     TopologyClass topology = TopologyClass::triangle;
-    PointPipelines points;
+    PointPipelines points; // beside `drawing`, where that draws points
 
     RenderPipelineParts() = default;
     ~RenderPipelineParts();
@@ -64,26 +62,5 @@ struct ComputePipelineParts {
     mutable std::mutex mutex_;
     mutable std::vector<Variant> variants_;
 };
-
-// A module for the time that a pipeline is made in.
-class ShaderModule {
-  public:
-    ShaderModule(VkDevice device, std::span<const std::uint32_t> words);
-    ~ShaderModule();
-    ShaderModule(const ShaderModule&) = delete;
-    ShaderModule& operator=(const ShaderModule&) = delete;
-    VkShaderModule handle() const { return handle_; } // null when the device refused it
-
-  private:
-    VkDevice device_;
-    VkShaderModule handle_ = VK_NULL_HANDLE;
-};
-
-// What DeviceError says of a failed pipeline. `what` is the subject, as "the kernel NAME".
-std::string refusal(const DeviceState& device, const std::string& what, VkResult result);
-
-// Throws DeviceError where the function asks for more than the device has. `what` as above.
-void checkNeeds(const DeviceState& device, const std::string& what,
-                const msl::EntryPoint& function);
 
 } // namespace tarnwick::gpu

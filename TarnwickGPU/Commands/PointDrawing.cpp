@@ -2,6 +2,7 @@
 
 #include "TarnwickGPU/Commands/PipelineParts.h"
 #include "TarnwickGPU/Commands/Rendering.h"
+#include "TarnwickGPU/Commands/ResourceBinding.h"
 #include "TarnwickGPU/Points/PointForms.h"
 #include "TarnwickGPU/Points/PointKernel.h"
 
@@ -73,20 +74,20 @@ Viewport widened(const Viewport& viewport) {
 void readyPoints(CommandBufferParts& parts, PointRecord& record, Pair sizes) {
     const RenderPipelineParts& pipeline = *parts.renderPipeline;
     openRendering(parts);
-    bindPipeline(parts, pipeline.pipeline);
-    readyDraw(parts, pipeline.layout, PrimitiveType::point);
+    bindPipeline(parts, pipeline.drawing.pipeline);
+    readyDraw(parts, pipeline.drawing.layout, PrimitiveType::point);
     record.sizes = sizes;
-    if (parts.device->points.dropsOutside) {
+    if (parts.device->record.points.dropsOutside) {
         const Viewport wide = widened(parts.viewport);
         record.scale = {static_cast<float>(parts.viewport.width / wide.width),
                         static_cast<float>(parts.viewport.height / wide.height)};
         encodeViewport(parts.handle, wide);
     }
-    pushRecord(parts, pipeline.layout, VK_SHADER_STAGE_VERTEX_BIT, record);
+    pushRecord(parts, pipeline.drawing.layout, VK_SHADER_STAGE_VERTEX_BIT, record);
 }
 
 void endPoints(CommandBufferParts& parts) {
-    if (parts.device->points.dropsOutside)
+    if (parts.device->record.points.dropsOutside)
         encodeViewport(parts.handle, parts.viewport);
 }
 
@@ -94,9 +95,9 @@ void readyQuads(CommandBufferParts& parts, VkPipeline quads, PointRecord& record
     const RenderPipelineParts& pipeline = *parts.renderPipeline;
     openRendering(parts);
     bindPipeline(parts, quads);
-    readyDraw(parts, pipeline.layout, PrimitiveType::triangle);
+    readyDraw(parts, pipeline.drawing.layout, PrimitiveType::triangle);
     record.sizes = sizes;
-    pushRecord(parts, pipeline.layout, VK_SHADER_STAGE_VERTEX_BIT, record);
+    pushRecord(parts, pipeline.drawing.layout, VK_SHADER_STAGE_VERTEX_BIT, record);
 }
 
 void drawQuads(CommandBufferParts& parts, VkPipeline quads, const PointDraw& draw) {
@@ -119,7 +120,7 @@ struct BlockDraws {
 BlockDraws blockDraws(CommandBufferParts& parts, const PointDraw& draw) {
     BlockDraws draws{.blocks = (draw.count - 1) / pointsABlock + 1};
     const VkDeviceSize size = (firstBlockDraw + 2 * draws.blocks) * sizeof(VkDrawIndirectCommand);
-    draws.slice = parts.ring.take(*parts.device, size);
+    draws.slice = parts.ring.take(parts.device->record, size);
     if (!draws.slice.buffer)
         return draws;
     auto* commands = reinterpret_cast<VkDrawIndirectCommand*>(draws.slice.bytes);
@@ -140,7 +141,7 @@ BlockDraws blockDraws(CommandBufferParts& parts, const PointDraw& draw) {
 
 void drawBlocks(CommandBufferParts& parts, const BlockDraws& draws, std::uint32_t form) {
     constexpr auto stride = static_cast<std::uint32_t>(sizeof(VkDrawIndirectCommand));
-    const DeviceState& device = *parts.device;
+    const DeviceRecord& device = parts.device->record;
     const std::uint32_t most = device.features.multiDraws ? device.limits.maxDrawIndirectCount : 1;
     const std::uint32_t step = std::min(draws.blocks, most);
     const std::uint32_t first = firstBlockDraw + form * draws.blocks;
@@ -153,17 +154,17 @@ void drawBlocks(CommandBufferParts& parts, const BlockDraws& draws, std::uint32_
 bool takeSums(CommandBufferParts& parts, const PointDraw& draw) {
     const VkExtent2D target = targetExtent(parts.pass);
     const std::uint64_t pixels = std::uint64_t{target.width} * target.height;
-    if (!parts.renderPipeline->points.splatting.pipeline || !parts.device->points.splats ||
+    if (!parts.renderPipeline->points.splatting.pipeline || !parts.device->record.points.splats ||
         draw.count < pixels / pixelsAPoint)
         return false;
-    parts.sums = parts.device->pointSums.sums(*parts.device, pixels * bytesOfASum);
+    parts.sums = parts.device->pointSums.sums(pixels * bytesOfASum);
     if (!parts.sums)
         return false;
     parts.ownBuffers[sumsBuffer] = {parts.sums->memory.buffer, 0, pixels * bytesOfASum};
     return true;
 }
 
-void runKernel(CommandBufferParts& parts, const PointKernelPipeline& kernel,
+void runKernel(CommandBufferParts& parts, const PipelineWithLayout& kernel,
                const PointRecord& record) {
     breakRendering(parts);
     vkCmdBindPipeline(parts.handle, VK_PIPELINE_BIND_POINT_COMPUTE, kernel.pipeline);
@@ -177,9 +178,9 @@ void drawSums(CommandBufferParts& parts, const BlockDraws& draws, const PointRec
     const PointPipelines& points = parts.renderPipeline->points;
     const VkExtent2D target = targetExtent(parts.pass);
     openRendering(parts);
-    bindPipeline(parts, points.sums);
-    readyDraw(parts, points.sumsLayout, PrimitiveType::triangle);
-    pushRecord(parts, points.sumsLayout, VK_SHADER_STAGE_FRAGMENT_BIT, record);
+    bindPipeline(parts, points.sums.pipeline);
+    readyDraw(parts, points.sums.layout, PrimitiveType::triangle);
+    pushRecord(parts, points.sums.layout, VK_SHADER_STAGE_FRAGMENT_BIT, record);
     encodeViewport(parts.handle, {.width = static_cast<double>(target.width),
                                   .height = static_cast<double>(target.height)});
     vkCmdDrawIndirect(parts.handle, draws.slice.buffer, draws.offset(sumsDraw), 1,
@@ -189,7 +190,7 @@ void drawSums(CommandBufferParts& parts, const BlockDraws& draws, const PointRec
 
 void drawSorted(CommandBufferParts& parts, const PointDraw& draw) {
     const PointPipelines& points = parts.renderPipeline->points;
-    const float largest = std::min(parts.device->points.largest, largestPoint);
+    const float largest = std::min(parts.device->record.points.largest, largestPoint);
     PointRecord record = recordOf(parts, draw);
     const BlockDraws draws = blockDraws(parts, draw);
     if (!draws.slice.buffer) {
@@ -228,7 +229,7 @@ void drawPoints(CommandBufferParts& parts, std::uint32_t vertexStart, std::uint3
         return endPoints(parts);
     }
     case PointWay::quads:
-        return drawQuads(parts, pipeline.pipeline, draw);
+        return drawQuads(parts, pipeline.drawing.pipeline, draw);
     case PointWay::sorted:
         return instanceCount == 1 ? drawSorted(parts, draw)
                                   : drawQuads(parts, pipeline.points.quads, draw);

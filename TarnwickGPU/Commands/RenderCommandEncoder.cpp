@@ -84,7 +84,7 @@ void RenderCommandEncoder::setRenderPipelineState(const RenderPipelineState& sta
     const RenderPipelineParts& pipeline = state.parts();
     precondition(fits(pipeline, parts_->pass), "A pipeline has the formats of its targets.");
     parts_->renderPipeline = &pipeline;
-    bindPipeline(*parts_, pipeline.pipeline);
+    bindPipeline(*parts_, pipeline.drawing.pipeline);
 }
 
 void RenderCommandEncoder::setDepthStencilState(const DepthStencilState& state) {
@@ -151,7 +151,7 @@ void RenderCommandEncoder::drawPrimitives(PrimitiveType type, std::uint32_t vert
     if (pipeline.points.way != PointWay::asGiven)
         return drawPoints(*parts_, vertexStart, vertexCount, instanceCount);
     openRendering(*parts_);
-    readyDraw(*parts_, pipeline.layout, type);
+    readyDraw(*parts_, pipeline.drawing.layout, type);
     vkCmdDraw(parts_->handle, vertexCount, instanceCount, vertexStart, 0);
 }
 

@@ -1,4 +1,5 @@
 #include "TarnwickBase/Precondition.h"
+#include "TarnwickGPU/Commands/PipelineErrors.h"
 #include "TarnwickGPU/Commands/PipelineParts.h"
 #include "TarnwickGPU/Commands/StageInterface.h"
 #include "TarnwickGPU/Device.h"
@@ -22,25 +23,24 @@ VkResult makePipeline(RenderPipelineParts& parts, const RenderPipelineDescriptor
     auto layout = BindingLayout::make(*parts.device, {.functions = functions});
     if (!layout)
         return VK_ERROR_UNKNOWN;
-    parts.layout = std::move(*layout);
+    parts.drawing.layout = std::move(*layout);
     return makeGraphicsPipeline(*parts.device,
                                 {.vertex = functions[0]->words,
                                  .fragment = functions[1]->words,
-                                 .layout = parts.layout.pipelineLayout,
+                                 .layout = parts.drawing.layout.pipelineLayout,
                                  .color = descriptor.color,
                                  .givesColor = (functions[1]->colorAttachments & 1) != 0,
                                  .depthFormat = descriptor.depthFormat,
                                  .sampleCount = descriptor.sampleCount,
                                  .topology = descriptor.topology},
-                                parts.pipeline);
+                                parts.drawing.pipeline);
 }
 
 } // namespace
 
 RenderPipelineParts::~RenderPipelineParts() {
-    device->bury(pipeline);
-    points.bury(*device);
-    layout.bury(*device);
+    drawing.bury(device->graveyard);
+    points.bury(device->graveyard);
 }
 
 RenderPipelineState::RenderPipelineState(std::unique_ptr<RenderPipelineParts> parts)
@@ -51,8 +51,8 @@ std::unique_ptr<RenderPipelineState>
 Device::newRenderPipelineState(const RenderPipelineDescriptor& given) {
     precondition(given.vertex && given.fragment, "A render pipeline has two functions.");
     if (isLost())
-        throw DeviceError(refusal(*state_, subject(given), VK_ERROR_DEVICE_LOST));
-    if (const auto fault = interfaceFault(*state_, given))
+        throw DeviceError(refusal(state_->record, subject(given), VK_ERROR_DEVICE_LOST));
+    if (const auto fault = interfaceFault(state_->record, given))
         throw DeviceError("The device could not make " + subject(given) + ": " + *fault + ".");
     const Function vertex = withoutLostOutputs(*given.vertex);
     const Function fragment = withoutLostOutputs(*given.fragment);
@@ -66,13 +66,14 @@ Device::newRenderPipelineState(const RenderPipelineDescriptor& given) {
     parts->sampleCount = descriptor.sampleCount;
     parts->topology = descriptor.topology;
     for (const Function* function : {descriptor.vertex, descriptor.fragment})
-        checkNeeds(*state_, subject(descriptor), function->entryPoint());
+        checkNeeds(state_->record, subject(descriptor), function->entryPoint());
     const bool drawsPoints = descriptor.topology == TopologyClass::point &&
                              takesPointForms(descriptor.vertex->entryPoint());
     const VkResult result =
-        drawsPoints ? makePointPipelines(*parts, descriptor) : makePipeline(*parts, descriptor);
+        drawsPoints ? makePointPipelines(*state_, descriptor, parts->drawing, parts->points)
+                    : makePipeline(*parts, descriptor);
     if (result != VK_SUCCESS)
-        throw DeviceError(refusal(*state_, subject(descriptor), result));
+        throw DeviceError(refusal(state_->record, subject(descriptor), result));
     return std::make_unique<RenderPipelineState>(std::move(parts));
 }
 

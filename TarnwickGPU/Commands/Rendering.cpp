@@ -1,6 +1,7 @@
 #include "TarnwickGPU/Commands/Rendering.h"
 
 #include "TarnwickBase/Precondition.h"
+#include "TarnwickGPU/Commands/ResourceBinding.h"
 #include "TarnwickGPU/Points/PointForms.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 
@@ -39,7 +40,7 @@ VkClearColorValue clearValue(const ClearColor& color, PixelFormat format) {
 VkRenderingAttachmentInfo colorInfo(const ColorAttachment& color) {
     VkRenderingAttachmentInfo info{
         .sType = VK_STRUCTURE_TYPE_RENDERING_ATTACHMENT_INFO,
-        .imageView = color.texture->parts().attachment(color.level, color.slice),
+        .imageView = color.texture->parts().views.attachment(color.level, color.slice),
         .imageLayout = colorUse.layout,
         .loadOp = loadOps[static_cast<std::size_t>(color.load)],
         .storeOp = storeOps[static_cast<std::size_t>(color.store)],
@@ -49,7 +50,7 @@ VkRenderingAttachmentInfo colorInfo(const ColorAttachment& color) {
         const bool isReal =
             componentOf(color.texture->descriptor().format) == msl::TextureComponent::float_;
         info.resolveMode = isReal ? VK_RESOLVE_MODE_AVERAGE_BIT : VK_RESOLVE_MODE_SAMPLE_ZERO_BIT;
-        info.resolveImageView = color.resolveTexture->parts().attachment();
+        info.resolveImageView = color.resolveTexture->parts().views.attachment();
         info.resolveImageLayout = colorUse.layout;
     }
     return info;
@@ -57,7 +58,7 @@ VkRenderingAttachmentInfo colorInfo(const ColorAttachment& color) {
 
 VkRenderingAttachmentInfo depthInfo(const DepthAttachment& depth) {
     return {.sType = VK_STRUCTURE_TYPE_RENDERING_ATTACHMENT_INFO,
-            .imageView = depth.texture->parts().attachment(depth.level, depth.slice),
+            .imageView = depth.texture->parts().views.attachment(depth.level, depth.slice),
             .imageLayout = depthUse.layout,
             .loadOp = loadOps[static_cast<std::size_t>(depth.load)],
             .storeOp = storeOps[static_cast<std::size_t>(depth.store)],
@@ -67,7 +68,8 @@ VkRenderingAttachmentInfo depthInfo(const DepthAttachment& depth) {
 // Where the layer may break the rendering off, the contents outlive the break.
 VkRenderingAttachmentInfo keptBetween(const CommandBufferParts& parts,
                                       VkRenderingAttachmentInfo info, bool goesOn) {
-    if (parts.device->points.largest < largestPoint || parts.device->points.splats)
+    const PointTraits& points = parts.device->record.points;
+    if (points.largest < largestPoint || points.splats)
         info.storeOp = VK_ATTACHMENT_STORE_OP_STORE;
     if (goesOn)
         info.loadOp = VK_ATTACHMENT_LOAD_OP_LOAD;

@@ -1,7 +1,7 @@
-// What one stage of an encoder has bound, by Metal's indices, and how it becomes descriptors.
+// The resources that an encoder has bound for one stage, by Metal's indices.
 #pragma once
 
-#include "TarnwickGPU/Vulkan/BindingLayout.h"
+#include "TarnwickMSL/EntryPoint.h"
 
 #include <vulkan/vulkan.h>
 
@@ -11,7 +11,6 @@
 
 namespace tarnwick::gpu {
 
-struct CommandBufferParts;
 struct SamplerParts;
 struct TextureParts;
 
@@ -29,9 +28,5 @@ struct ResourceTable {
     std::array<const TextureParts*, msl::mostTextures> textures{};
     std::array<const SamplerParts*, msl::mostSamplers> samplers{};
 };
-
-// Makes what `layout` names the bound descriptors of the next draw or dispatch.
-void bindResources(CommandBufferParts& commands, const BindingLayout& layout,
-                   VkPipelineBindPoint point);
 
 } // namespace tarnwick::gpu

@@ -1,6 +1,6 @@
 #include "TarnwickGPU/Commands/StageInterface.h"
 
-#include "TarnwickGPU/Vulkan/DeviceState.h"
+#include "TarnwickGPU/Vulkan/DeviceRecord.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 #include "TarnwickSpirv/Interface.h"
 #include "TarnwickSpirv/Rewriting.h"
@@ -87,7 +87,7 @@ Function withoutLostOutputs(const Function& function) {
     return Function(std::move(changed));
 }
 
-std::optional<std::string> interfaceFault(const DeviceState& device,
+std::optional<std::string> interfaceFault(const DeviceRecord& device,
                                           const RenderPipelineDescriptor& descriptor) {
     const std::string &vertex = descriptor.vertex->name(), &fragment = descriptor.fragment->name();
     if (descriptor.vertex->stage() != msl::Stage::vertex)

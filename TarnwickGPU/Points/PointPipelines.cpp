@@ -1,9 +1,9 @@
 #include "TarnwickGPU/Points/PointPipelines.h"
 
-#include "TarnwickGPU/Commands/PipelineParts.h"
 #include "TarnwickGPU/Points/PointForms.h"
 #include "TarnwickGPU/Points/PointKernel.h"
 #include "TarnwickGPU/Vulkan/GraphicsPipeline.h"
+#include "TarnwickGPU/Vulkan/ShaderModule.h"
 
 #include <algorithm>
 #include <array>
@@ -33,14 +33,15 @@ bool isSum(const RenderPipelineDescriptor& descriptor) {
            descriptor.depthFormat == PixelFormat::invalid && descriptor.sampleCount == 1;
 }
 
-VkResult makeForm(RenderPipelineParts& parts, const RenderPipelineDescriptor& descriptor,
-                  const PointPair& pair, PointForm form, VkPipeline& pipeline) {
+VkResult makeForm(const DeviceState& device, const RenderPipelineDescriptor& descriptor,
+                  VkPipelineLayout layout, const PointPair& pair, PointForm form,
+                  VkPipeline& pipeline) {
     const Words vertex = vertexForm(pair, form), fragment = fragmentForm(pair, form);
     return makeGraphicsPipeline(
-        *parts.device,
+        device,
         {.vertex = vertex,
          .fragment = fragment,
-         .layout = parts.layout.pipelineLayout,
+         .layout = layout,
          .color = descriptor.color,
          .givesColor = (pair.fragment.colorAttachments & 1) != 0,
          .depthFormat = descriptor.depthFormat,
@@ -64,13 +65,14 @@ std::optional<BindingLayout> layoutOf(DeviceState& device, const Functions& func
     return BindingLayout::make(device, needs);
 }
 
-VkResult makeKernel(DeviceState& device, const Words& words, PointKernelPipeline& kernel) {
-    const ShaderModule module(device.handle, words);
+VkResult makeKernel(const DeviceState& device, const Words& words, PipelineWithLayout& kernel) {
+    const DeviceRecord& record = device.record;
+    const ShaderModule module(record.handle, words);
     if (!module.handle())
         return VK_ERROR_UNKNOWN;
     const VkSpecializationMapEntry entry{.constantID = msl::loopBudgetConstant,
-                                         .size = sizeof device.loopBudget};
-    const VkSpecializationInfo constants{1, &entry, sizeof device.loopBudget, &device.loopBudget};
+                                         .size = sizeof record.loopBudget};
+    const VkSpecializationInfo constants{1, &entry, sizeof record.loopBudget, &record.loopBudget};
     const VkComputePipelineCreateInfo info{
         .sType = VK_STRUCTURE_TYPE_COMPUTE_PIPELINE_CREATE_INFO,
         .stage = {.sType = VK_STRUCTURE_TYPE_PIPELINE_SHADER_STAGE_CREATE_INFO,
@@ -79,13 +81,13 @@ VkResult makeKernel(DeviceState& device, const Words& words, PointKernelPipeline
                   .pName = "main",
                   .pSpecializationInfo = &constants},
         .layout = kernel.layout.pipelineLayout};
-    return vkCreateComputePipelines(device.handle, device.pipelineCache.handle(), 1, &info, nullptr,
+    return vkCreateComputePipelines(record.handle, device.pipelineCache.handle(), 1, &info, nullptr,
                                     &kernel.pipeline);
 }
 
 // Leaves `kernel` empty where the functions do what kernels cannot.
 VkResult makeKernel(DeviceState& device, const RenderPipelineDescriptor& descriptor,
-                    const Functions& functions, bool splats, PointKernelPipeline& kernel) {
+                    const Functions& functions, bool splats, PipelineWithLayout& kernel) {
     const std::span<const msl::EntryPoint* const> bound(functions.data(), splats ? 2 : 1);
     const std::uint32_t binding = ownBinding(bound);
     const auto words = pointKernel({.vertex = functions[0],
@@ -114,8 +116,8 @@ VkResult makeSums(DeviceState& device, const RenderPipelineDescriptor& descripto
                                      .stages = VK_SHADER_STAGE_FRAGMENT_BIT});
     if (!layout)
         return VK_ERROR_UNKNOWN;
-    points.sumsLayout = std::move(*layout);
-    for (BoundResource& resource : points.sumsLayout.resources)
+    points.sums.layout = std::move(*layout);
+    for (BoundResource& resource : points.sums.layout.resources)
         resource.own = sumsBuffer;
     ColorAttachmentDescriptor adds = descriptor.color;
     adds.sourceRGB = adds.sourceAlpha = BlendFactor::one;
@@ -123,26 +125,24 @@ VkResult makeSums(DeviceState& device, const RenderPipelineDescriptor& descripto
     return makeGraphicsPipeline(device,
                                 {.vertex = vertex,
                                  .fragment = fragment,
-                                 .layout = points.sumsLayout.pipelineLayout,
+                                 .layout = points.sums.layout.pipelineLayout,
                                  .color = adds},
-                                points.sums);
+                                points.sums.pipeline);
 }
 
 // Sums keep every bit that a target of halves could show.
-bool canSplat(const DeviceState& device, const RenderPipelineDescriptor& descriptor) {
+bool canSplat(const DeviceRecord& device, const RenderPipelineDescriptor& descriptor) {
     return device.points.splats && descriptor.color.format == PixelFormat::rgba16Float &&
            !stores(descriptor.fragment->entryPoint());
 }
 
 // Finds out the way of a pipeline whose vertex function takes the layer's code.
-VkResult makeSorting(RenderPipelineParts& parts, const RenderPipelineDescriptor& descriptor,
-                     const Functions& functions) {
-    DeviceState& device = *parts.device;
-    PointPipelines& points = parts.points;
-    if (parts.sampleCount > 1 || !isSum(descriptor) || stores(*functions[0]))
+VkResult makeSorting(DeviceState& device, const RenderPipelineDescriptor& descriptor,
+                     const Functions& functions, PointPipelines& points) {
+    if (descriptor.sampleCount > 1 || !isSum(descriptor) || stores(*functions[0]))
         return VK_SUCCESS;
     VkResult result = makeKernel(device, descriptor, functions, false, points.sorting);
-    if (result == VK_SUCCESS && points.sorting.pipeline && canSplat(device, descriptor))
+    if (result == VK_SUCCESS && points.sorting.pipeline && canSplat(device.record, descriptor))
         result = makeKernel(device, descriptor, functions, true, points.splatting);
     if (result == VK_SUCCESS && points.splatting.pipeline)
         result = makeSums(device, descriptor, points);
@@ -153,34 +153,36 @@ VkResult makeSorting(RenderPipelineParts& parts, const RenderPipelineDescriptor&
 
 } // namespace
 
-void PointPipelines::bury(DeviceState& device) {
-    device.bury(quads, sorting.pipeline, splatting.pipeline, sums);
-    for (BindingLayout* layout : {&sorting.layout, &splatting.layout, &sumsLayout})
-        layout->bury(device);
+void PointPipelines::bury(Graveyard& graveyard) {
+    graveyard.bury(quads);
+    for (PipelineWithLayout* made : {&sorting, &splatting, &sums})
+        made->bury(graveyard);
 }
 
-VkResult makePointPipelines(RenderPipelineParts& parts,
-                            const RenderPipelineDescriptor& descriptor) {
+VkResult makePointPipelines(DeviceState& device, const RenderPipelineDescriptor& descriptor,
+                            PipelineWithLayout& drawing, PointPipelines& points) {
     const Functions functions{&descriptor.vertex->entryPoint(), &descriptor.fragment->entryPoint()};
     PointPair pair = pointPair(*functions[0], *functions[1]);
     pair.passesConstants = pair.passesConstants && !stores(*functions[1]);
     pair.addsUp = isSum(descriptor);
-    auto layout = layoutOf(*parts.device, functions, pair);
+    auto layout = layoutOf(device, functions, pair);
     if (!layout)
         return VK_ERROR_UNKNOWN;
-    parts.layout = std::move(*layout);
-    PointPipelines& points = parts.points;
-    const bool suffices = parts.device->points.largest >= largestPoint && parts.sampleCount == 1;
+    drawing.layout = std::move(*layout);
+    const PointTraits& traits = device.record.points;
+    const bool suffices = traits.largest >= largestPoint && descriptor.sampleCount == 1;
     points.way = suffices ? PointWay::points : PointWay::quads;
     VkResult result = VK_SUCCESS;
-    if (!suffices || parts.device->points.splats)
-        result = makeSorting(parts, descriptor, functions);
+    if (!suffices || traits.splats)
+        result = makeSorting(device, descriptor, functions, points);
+    auto make = [&](PointForm form, VkPipeline& pipeline) {
+        return makeForm(device, descriptor, drawing.layout.pipelineLayout, pair, form, pipeline);
+    };
     if (result == VK_SUCCESS && points.way == PointWay::sorted)
-        result = makeForm(parts, descriptor, pair, PointForm::quads, points.quads);
+        result = make(PointForm::quads, points.quads);
     if (result == VK_SUCCESS)
-        result = makeForm(parts, descriptor, pair,
-                          points.way == PointWay::quads ? PointForm::quads : PointForm::points,
-                          parts.pipeline);
+        result = make(points.way == PointWay::quads ? PointForm::quads : PointForm::points,
+                      drawing.pipeline);
     return result;
 }
 

@@ -12,7 +12,6 @@ namespace tarnwick::gpu {
 
 struct DeviceState;
 struct RenderPipelineDescriptor;
-struct RenderPipelineParts;
 
 enum class PointWay : std::uint8_t {
     asGiven, // no points, or a vertex function that the layer adds nothing to
@@ -22,28 +21,23 @@ enum class PointWay : std::uint8_t {
              // out alike in any order
 };
 
-// A kernel of the layer's own, for one threadgroup size.
-struct PointKernelPipeline {
-    BindingLayout layout;
-    VkPipeline pipeline = VK_NULL_HANDLE; // null: there is none
-};
-
 struct PointPipelines {
     PointWay way = PointWay::asGiven;
-    // The render pipeline's own one draws by the way, `sorted` by points; this one by quads.
+    // Draws quads with the layout of the render pipeline, which draws points: only of way `sorted`.
     VkPipeline quads = VK_NULL_HANDLE;
-    PointKernelPipeline sorting;   // of way `sorted`
-    PointKernelPipeline splatting; // sorts, and adds small points to sums; may be missing
-    BindingLayout sumsLayout;      // draws the sums into the target
-    VkPipeline sums = VK_NULL_HANDLE;
+    PipelineWithLayout sorting;   // a kernel of way `sorted`
+    PipelineWithLayout splatting; // a kernel that also adds small points to sums; may be missing
+    PipelineWithLayout sums;      // draws the sums into the target
 
-    void bury(DeviceState& device);
+    void bury(Graveyard& graveyard);
 };
 
 // The indices in CommandBufferParts::ownBuffers of the kernels' buffers.
 inline constexpr std::size_t drawsBuffer = 0, sumsBuffer = 1;
 
-// Makes all of `parts` that is a pipeline.
-VkResult makePointPipelines(RenderPipelineParts& parts, const RenderPipelineDescriptor& descriptor);
+// Makes the pipeline that draws points (quads if the way is `quads`), and those beside it. On an
+// error the caller buries what was made.
+VkResult makePointPipelines(DeviceState& device, const RenderPipelineDescriptor& descriptor,
+                            PipelineWithLayout& drawing, PointPipelines& points);
 
 } // namespace tarnwick::gpu

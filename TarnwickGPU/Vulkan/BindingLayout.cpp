@@ -66,7 +66,7 @@ std::size_t countOf(VkDescriptorType type, std::span<const msl::EntryPoint* cons
 }
 
 // The packaged CPU driver shows a stage 15 uniform buffers, far fewer than Metal's 31.
-bool isWithinLimits(const DeviceState& device,
+bool isWithinLimits(const DeviceRecord& device,
                     std::span<const msl::EntryPoint* const> functionsOfAStage,
                     std::size_t ownBuffers) {
     return std::all_of(limitsPerStage.begin(), limitsPerStage.end(), [&](const Limit& limit) {
@@ -75,7 +75,7 @@ bool isWithinLimits(const DeviceState& device,
     });
 }
 
-bool isWithinLimits(const DeviceState& device, const BindingNeeds& needs) {
+bool isWithinLimits(const DeviceRecord& device, const BindingNeeds& needs) {
     if (needs.stages != 0)
         return isWithinLimits(device, needs.functions, needs.ownBuffers);
     for (std::size_t at = 0; at < needs.functions.size(); ++at)
@@ -84,7 +84,7 @@ bool isWithinLimits(const DeviceState& device, const BindingNeeds& needs) {
     return true;
 }
 
-bool makeSetLayout(DeviceState& device, BindingLayout& layout, const BindingNeeds& needs) {
+bool makeSetLayout(const DeviceRecord& device, BindingLayout& layout, const BindingNeeds& needs) {
     std::vector<VkDescriptorSetLayoutBinding> bindings;
     for (const msl::EntryPoint* function : needs.functions)
         for (const msl::Resource& resource : function->resources)
@@ -113,7 +113,7 @@ bool makeSetLayout(DeviceState& device, BindingLayout& layout, const BindingNeed
            VK_SUCCESS;
 }
 
-bool makePipelineLayout(DeviceState& device, BindingLayout& layout,
+bool makePipelineLayout(const DeviceRecord& device, BindingLayout& layout,
                         const VkPushConstantRange& pushConstants) {
     const VkPipelineLayoutCreateInfo info{.sType = VK_STRUCTURE_TYPE_PIPELINE_LAYOUT_CREATE_INFO,
                                           .setLayoutCount = 1,
@@ -143,10 +143,10 @@ bool listResources(DeviceState& device, BindingLayout& layout, const msl::EntryP
         BoundResource bound{resource, table, descriptorType(resource.kind)};
         const bool isSampler = bound.type == VK_DESCRIPTOR_TYPE_SAMPLER;
         if (isSampler)
-            bound.sampler = device.samplers.sampler(device, samplerBits(resource));
-        const bool needsStandIn = isTexture(resource) && !device.features.nullDescriptors;
+            bound.sampler = device.samplers.sampler(samplerBits(resource));
+        const bool needsStandIn = isTexture(resource) && !device.record.features.nullDescriptors;
         if (needsStandIn)
-            bound.standIn = device.standIns.texture(device, resource);
+            bound.standIn = device.standIns.texture(resource);
         if ((isSampler && !bound.sampler) || (needsStandIn && !bound.standIn))
             return false;
         const bool isReport = resource.kind == msl::ResourceKind::loopReport;
@@ -169,8 +169,9 @@ std::uint32_t ownBinding(std::span<const msl::EntryPoint* const> functions) {
 
 std::optional<BindingLayout> BindingLayout::make(DeviceState& device, const BindingNeeds& needs) {
     BindingLayout layout;
-    bool isMade = isWithinLimits(device, needs) && makeSetLayout(device, layout, needs) &&
-                  makePipelineLayout(device, layout, needs.pushConstants);
+    bool isMade = isWithinLimits(device.record, needs) &&
+                  makeSetLayout(device.record, layout, needs) &&
+                  makePipelineLayout(device.record, layout, needs.pushConstants);
     for (const msl::EntryPoint* function : needs.functions)
         isMade = isMade && listResources(device, layout, *function);
     for (std::size_t own = 0; own < needs.ownBuffers; ++own) {
@@ -181,14 +182,20 @@ std::optional<BindingLayout> BindingLayout::make(DeviceState& device, const Bind
     }
     if (isMade && layout.resources.size() <= mostResources)
         return layout;
-    layout.bury(device);
+    layout.bury(device.graveyard);
     return std::nullopt;
 }
 
-void BindingLayout::bury(DeviceState& device) {
-    device.bury(pipelineLayout, setLayout);
+void BindingLayout::bury(Graveyard& graveyard) {
+    graveyard.bury(pipelineLayout, setLayout);
     pipelineLayout = VK_NULL_HANDLE;
     setLayout = VK_NULL_HANDLE;
+}
+
+void PipelineWithLayout::bury(Graveyard& graveyard) {
+    graveyard.bury(pipeline);
+    pipeline = VK_NULL_HANDLE;
+    layout.bury(graveyard);
 }
 
 } // namespace tarnwick::gpu

@@ -13,6 +13,7 @@
 
 namespace tarnwick::gpu {
 
+class Graveyard;
 struct DeviceState;
 struct TextureParts;
 
@@ -53,9 +54,17 @@ struct BindingLayout {
     bool reportsLoops = false; // some function counts its loops
     std::vector<BoundResource> resources;
 
-    // Nothing when the device takes no such layout.
+    // Nothing when the device does not support the layout.
     static std::optional<BindingLayout> make(DeviceState& device, const BindingNeeds& needs);
-    void bury(DeviceState& device);
+    void bury(Graveyard& graveyard);
+};
+
+// A pipeline and the layout that it was made with.
+struct PipelineWithLayout {
+    BindingLayout layout;
+    VkPipeline pipeline = VK_NULL_HANDLE; // null: none was made
+
+    void bury(Graveyard& graveyard);
 };
 
 } // namespace tarnwick::gpu

@@ -1,6 +1,7 @@
 #include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/Resources.h"
-#include "TarnwickGPU/Vulkan/TextureParts.h"
+#include "TarnwickGPU/Vulkan/BufferParts.h"
+#include "TarnwickGPU/Vulkan/DeviceState.h"
 
 #include <algorithm>
 #include <cstring>
@@ -9,12 +10,12 @@ namespace tarnwick::gpu {
 
 namespace {
 
-bool clear(DeviceState& device, const BufferMemory& memory) {
+bool clear(Transfers& transfers, const BufferMemory& memory) {
     if (memory.bytes) {
         std::memset(memory.bytes, 0, memory.size);
         return true;
     }
-    return device.transfers.run(device, [&](VkCommandBuffer commands) {
+    return transfers.run([&](VkCommandBuffer commands) {
         vkCmdFillBuffer(commands, memory.buffer, 0, VK_WHOLE_SIZE, 0);
     });
 }
@@ -33,19 +34,20 @@ void* Buffer::contents() const {
 // A longer one could be made on some devices, but a shader would read zeros beyond what a
 // descriptor can name.
 std::size_t Device::maxBufferLength() const {
-    return std::min<VkDeviceSize>(state_->maxBufferSize, state_->limits.maxStorageBufferRange);
+    return std::min<VkDeviceSize>(state_->record.maxBufferSize,
+                                  state_->record.limits.maxStorageBufferRange);
 }
 
 std::unique_ptr<Buffer> Device::newBuffer(std::size_t bytes, StorageMode storage) {
     if (isLost() || bytes > maxBufferLength())
         return nullptr;
-    state_->graveyard.collect(state_->handle, state_->submissions.completed());
+    state_->graveyard.collect();
     const auto use = storage == StorageMode::private_ ? MemoryUse::gpuOnly : MemoryUse::readBack;
-    const auto memory = makeBufferMemory(*state_, bytes, use);
+    const auto memory = makeBufferMemory(state_->record, bytes, use);
     if (!memory)
         return nullptr;
-    auto parts = std::make_unique<BufferParts>(state_, *memory);
-    if (!clear(*state_, *memory))
+    auto parts = std::make_unique<BufferParts>(state_, state_->graveyard, *memory);
+    if (!clear(state_->transfers, *memory))
         return nullptr;
     return std::make_unique<Buffer>(std::move(parts));
 }

@@ -1,7 +1,7 @@
 // What a module asks of a device, against what the device has.
 #pragma once
 
-#include "TarnwickGPU/Vulkan/DeviceFeatures.h"
+#include "TarnwickGPU/Vulkan/FeatureChain.h"
 
 #include <optional>
 #include <span>

@@ -2,6 +2,7 @@
 
 #include "TarnwickBase/Quoted.h"
 #include "TarnwickGPU/Vulkan/DeviceState.h"
+#include "TarnwickGPU/Vulkan/PhysicalDevices.h"
 
 #include <cstdlib>
 
@@ -62,7 +63,7 @@ Device::Device(std::shared_ptr<DeviceState> state) : state_(std::move(state)) {}
 Device::~Device() = default;
 
 const DeviceInfo& Device::info() const {
-    return state_->info;
+    return state_->record.info;
 }
 bool Device::isLost() const {
     return state_->submissions.isLost();

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <utility>
 
 namespace tarnwick::gpu {
 
@@ -91,20 +90,6 @@ bool hasDeviceExtension(VkPhysicalDevice device, const char* name) {
 }
 
 } // namespace
-
-FeatureChain::FeatureChain(const OptionalRecords& records)
-    : core{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_FEATURES_2, .pNext = &vulkan11},
-      vulkan11{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_1_FEATURES, .pNext = &vulkan12},
-      vulkan12{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_2_FEATURES, .pNext = &vulkan13},
-      vulkan13{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_3_FEATURES, .pNext = nullptr},
-      robustness2{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_ROBUSTNESS_2_FEATURES_EXT},
-      atomicFloat{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_SHADER_ATOMIC_FLOAT_FEATURES_EXT} {
-    auto add = [this](auto& record) { record.pNext = std::exchange(vulkan13.pNext, &record); };
-    if (records.robustness2)
-        add(robustness2);
-    if (records.atomicFloat)
-        add(atomicFloat);
-}
 
 bool isUsable(VkPhysicalDevice device) {
     FeatureChain chain({});

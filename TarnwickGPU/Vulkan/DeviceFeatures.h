@@ -1,6 +1,8 @@
 // The Vulkan features that the layer needs, and those that it takes where a device has them.
 #pragma once
 
+#include "TarnwickGPU/Vulkan/FeatureChain.h"
+
 #include <vulkan/vulkan.h>
 
 #include <cstdint>
@@ -8,29 +10,7 @@
 
 namespace tarnwick::gpu {
 
-// Records of extensions, only where a device has those.
-struct OptionalRecords {
-    bool robustness2 = false; // VK_EXT_robustness2
-    bool atomicFloat = false; // VK_EXT_shader_atomic_float
-};
-OptionalRecords optionalRecords(VkPhysicalDevice device);
-
-// One chain of feature records, for asking and for switching on. Stays where it was made, since
-// its records point at each other.
-struct FeatureChain {
-    explicit FeatureChain(const OptionalRecords& records);
-    FeatureChain(const FeatureChain&) = delete;
-    FeatureChain& operator=(const FeatureChain&) = delete;
-
-    VkPhysicalDeviceFeatures2 core;
-    VkPhysicalDeviceVulkan11Features vulkan11;
-    VkPhysicalDeviceVulkan12Features vulkan12;
-    VkPhysicalDeviceVulkan13Features vulkan13;
-    VkPhysicalDeviceRobustness2FeaturesEXT robustness2;
-    VkPhysicalDeviceShaderAtomicFloatFeaturesEXT atomicFloat;
-};
-
-// What a device turned out to have beyond the needed.
+// The optional features of a device.
 struct DeviceFeatures {
     bool presents = false;                // VK_KHR_swapchain
     std::uint32_t maxPushDescriptors = 0; // 0: no VK_KHR_push_descriptor
@@ -44,10 +24,13 @@ struct DeviceFeatures {
     std::vector<std::uint32_t> capabilities; // Capabilities.h
 };
 
+// Whether the device has all features that the layer needs.
 bool isUsable(VkPhysicalDevice device);
+// The extensions' records that may stand in the device's FeatureChain.
+OptionalRecords optionalRecords(VkPhysicalDevice device);
 
-// Sets `chain`, made with optionalRecords(), to what is to be switched on, and adds the extensions
-// to name with it. A swapchain is only for an instance that has surfaces.
+// Sets `chain`, made with optionalRecords(), to the features to enable, and adds the names of the
+// extensions to enable with them. Enables VK_KHR_swapchain only if the instance has surfaces.
 DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, FeatureChain& chain,
                               std::vector<const char*>& extensions);
 

@@ -1,6 +1,6 @@
 #include "TarnwickGPU/Vulkan/GraphicsPipeline.h"
 
-#include "TarnwickGPU/Commands/PipelineParts.h"
+#include "TarnwickGPU/Vulkan/ShaderModule.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 
 #include <array>
@@ -90,13 +90,13 @@ struct Stages {
 
 } // namespace
 
-VkResult makeGraphicsPipeline(DeviceState& device, const GraphicsPipelineNeeds& needs,
+VkResult makeGraphicsPipeline(const DeviceState& device, const GraphicsPipelineNeeds& needs,
                               VkPipeline& pipeline) {
-    const ShaderModule vertex(device.handle, needs.vertex);
-    const ShaderModule fragment(device.handle, needs.fragment);
+    const ShaderModule vertex(device.record.handle, needs.vertex);
+    const ShaderModule fragment(device.record.handle, needs.fragment);
     if (!vertex.handle() || !fragment.handle())
         return VK_ERROR_UNKNOWN;
-    const Stages stages(vertex.handle(), fragment.handle(), device.loopBudget);
+    const Stages stages(vertex.handle(), fragment.handle(), device.record.loopBudget);
     const CommonState common;
     const VkFormat colorFormat = vulkanFormat(needs.color.format);
     const std::uint32_t colors = colorFormat == VK_FORMAT_UNDEFINED ? 0 : 1;
@@ -130,7 +130,7 @@ VkResult makeGraphicsPipeline(DeviceState& device, const GraphicsPipelineNeeds& 
         .pColorBlendState = &blend,
         .pDynamicState = &common.dynamic,
         .layout = needs.layout};
-    return vkCreateGraphicsPipelines(device.handle, device.pipelineCache.handle(), 1, &info,
+    return vkCreateGraphicsPipelines(device.record.handle, device.pipelineCache.handle(), 1, &info,
                                      nullptr, &pipeline);
 }
 

@@ -21,7 +21,7 @@ struct GraphicsPipelineNeeds {
     TopologyClass topology = TopologyClass::triangle;
 };
 
-VkResult makeGraphicsPipeline(DeviceState& device, const GraphicsPipelineNeeds& needs,
+VkResult makeGraphicsPipeline(const DeviceState& device, const GraphicsPipelineNeeds& needs,
                               VkPipeline& pipeline);
 
 } // namespace tarnwick::gpu

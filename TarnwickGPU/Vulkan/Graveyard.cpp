@@ -43,13 +43,13 @@ void Graveyard::add(std::uint64_t lastSubmission, VkObjectType type, std::uint64
     remains_.push_back({lastSubmission, type, handle});
 }
 
-void Graveyard::collect(VkDevice device, std::uint64_t completed) {
+void Graveyard::destroyUpTo(std::uint64_t completed) {
     std::lock_guard lock(mutex_);
     auto end = std::find_if(remains_.begin(), remains_.end(), [completed](const Remains& one) {
         return one.lastSubmission > completed;
     });
     for (auto one = remains_.begin(); one != end; ++one)
-        destroy(device, one->type, one->handle);
+        destroy(device_.handle, one->type, one->handle);
     remains_.erase(remains_.begin(), end);
 }
 

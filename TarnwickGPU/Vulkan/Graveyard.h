@@ -1,6 +1,9 @@
-// Where GPU handles wait until the GPU is done with them: each is keyed by the submission that was
-// the last when its owner went, so that no destructor waits.
+// Destroys handles once the GPU is done with them. Each is keyed by the submission that was the
+// last when its owner was destroyed, so that no destructor waits.
 #pragma once
+
+#include "TarnwickGPU/Vulkan/DeviceRecord.h"
+#include "TarnwickGPU/Vulkan/Submissions.h"
 
 #include <vulkan/vulkan.h>
 
@@ -12,14 +15,19 @@ namespace tarnwick::gpu {
 
 class Graveyard {
   public:
-    // Null handles are passed over. Handles buried together go in the order given. Any thread.
-    template <typename... Handles> void bury(std::uint64_t lastSubmission, Handles... handles) {
+    Graveyard(const DeviceRecord& device, Submissions& submissions)
+        : device_(device), submissions_(submissions) {}
+
+    // Ignores null handles. Handles buried together are destroyed in the order given. Any thread.
+    template <typename... Handles> void bury(Handles... handles) {
+        const std::uint64_t last = submissions_.last();
         std::lock_guard lock(mutex_);
-        (add(lastSubmission, typeOf(handles), reinterpret_cast<std::uint64_t>(handles)), ...);
+        (add(last, typeOf(handles), reinterpret_cast<std::uint64_t>(handles)), ...);
     }
 
-    // Destroys what no submission after `completed` uses.
-    void collect(VkDevice device, std::uint64_t completed);
+    // Destroys the handles that no unfinished submission uses. Any thread.
+    void collect() { destroyUpTo(submissions_.completed()); }
+    void destroyAll() { destroyUpTo(UINT64_MAX); } // the GPU is idle
 
   private:
     struct Remains {
@@ -45,7 +53,10 @@ class Graveyard {
     static constexpr VkObjectType typeOf(VkCommandPool) { return VK_OBJECT_TYPE_COMMAND_POOL; }
 
     void add(std::uint64_t lastSubmission, VkObjectType type, std::uint64_t handle);
+    void destroyUpTo(std::uint64_t completed);
 
+    const DeviceRecord& device_;
+    Submissions& submissions_;
     std::mutex mutex_;
     std::vector<Remains> remains_; // ascending by lastSubmission
 };

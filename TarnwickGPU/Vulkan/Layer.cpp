@@ -3,226 +3,9 @@
 #include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/Vulkan/LayerParts.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace tarnwick::gpu {
-
-namespace {
-
-constexpr VkFormat format = VK_FORMAT_B8G8R8A8_UNORM;
-constexpr VkColorSpaceKHR colorSpace = VK_COLOR_SPACE_SRGB_NONLINEAR_KHR;
-constexpr std::uint64_t longestAcquire = 1'000'000'000; // nanoseconds
-
-VkSemaphore makeSemaphore(const DeviceState& device) {
-    const VkSemaphoreCreateInfo info{.sType = VK_STRUCTURE_TYPE_SEMAPHORE_CREATE_INFO};
-    VkSemaphore semaphore = VK_NULL_HANDLE;
-    if (vkCreateSemaphore(device.handle, &info, nullptr, &semaphore) != VK_SUCCESS)
-        return VK_NULL_HANDLE;
-    return semaphore;
-}
-
-bool canPresent(const DeviceState& device, VkSurfaceKHR surface) {
-    VkBool32 isSupported = VK_FALSE;
-    if (vkGetPhysicalDeviceSurfaceSupportKHR(device.physical, device.queueFamily, surface,
-                                             &isSupported) != VK_SUCCESS ||
-        !isSupported)
-        return false;
-    std::uint32_t count = 0;
-    vkGetPhysicalDeviceSurfaceFormatsKHR(device.physical, surface, &count, nullptr);
-    std::vector<VkSurfaceFormatKHR> formats(count);
-    vkGetPhysicalDeviceSurfaceFormatsKHR(device.physical, surface, &count, formats.data());
-    return std::any_of(formats.begin(), formats.end(), [](const VkSurfaceFormatKHR& one) {
-        return one.format == format && one.colorSpace == colorSpace;
-    });
-}
-
-// What a call on the swapchain says about the window.
-void heed(LayerParts& layer, VkResult result) {
-    layer.device->submissions.note(result);
-    if (result == VK_ERROR_OUT_OF_DATE_KHR || result == VK_SUBOPTIMAL_KHR)
-        layer.isStale = true;
-    else if (result < 0)
-        layer.isGone = true;
-}
-
-VkExtent2D extentFor(const LayerParts& layer, const VkSurfaceCapabilitiesKHR& surface) {
-    if (surface.currentExtent.width != UINT32_MAX)
-        return surface.currentExtent;
-    return {
-        std::clamp(layer.wanted.width, surface.minImageExtent.width, surface.maxImageExtent.width),
-        std::clamp(layer.wanted.height, surface.minImageExtent.height,
-                   surface.maxImageExtent.height)};
-}
-
-VkSwapchainKHR makeSwapchain(LayerParts& layer, const VkSurfaceCapabilitiesKHR& surface,
-                             VkExtent2D extent) {
-    const std::uint32_t most = surface.maxImageCount > 0 ? surface.maxImageCount : UINT32_MAX;
-    const VkSwapchainCreateInfoKHR info{
-        .sType = VK_STRUCTURE_TYPE_SWAPCHAIN_CREATE_INFO_KHR,
-        .surface = layer.surface,
-        .minImageCount =
-            std::min(std::max<std::uint32_t>(surface.minImageCount, framesInFlight), most),
-        .imageFormat = format,
-        .imageColorSpace = colorSpace,
-        .imageExtent = extent,
-        .imageArrayLayers = 1,
-        .imageUsage = surface.supportedUsageFlags &
-                      (VK_IMAGE_USAGE_COLOR_ATTACHMENT_BIT | VK_IMAGE_USAGE_TRANSFER_SRC_BIT |
-                       VK_IMAGE_USAGE_TRANSFER_DST_BIT),
-        .preTransform = surface.currentTransform,
-        .compositeAlpha = surface.supportedCompositeAlpha & VK_COMPOSITE_ALPHA_OPAQUE_BIT_KHR
-                              ? VK_COMPOSITE_ALPHA_OPAQUE_BIT_KHR
-                              : VK_COMPOSITE_ALPHA_INHERIT_BIT_KHR,
-        .presentMode = VK_PRESENT_MODE_FIFO_KHR,
-        .clipped = VK_TRUE,
-        .oldSwapchain = layer.swapchain};
-    VkSwapchainKHR made = VK_NULL_HANDLE;
-    const VkResult result = vkCreateSwapchainKHR(layer.device->handle, &info, nullptr, &made);
-    if (result != VK_SUCCESS) {
-        heed(layer, result);
-        return VK_NULL_HANDLE;
-    }
-    return made;
-}
-
-bool makeSlots(LayerParts& layer, VkExtent2D extent) {
-    DeviceState& device = *layer.device;
-    std::uint32_t count = 0;
-    vkGetSwapchainImagesKHR(device.handle, layer.swapchain, &count, nullptr);
-    std::vector<VkImage> images(count);
-    vkGetSwapchainImagesKHR(device.handle, layer.swapchain, &count, images.data());
-    for (std::uint32_t index = 0; index < count; ++index) {
-        auto slot = std::make_unique<DrawableSlot>();
-        slot->layer = &layer;
-        slot->index = index;
-        slot->presentable = makeSemaphore(device);
-        auto texture = TextureParts::wrap(device,
-                                          {.format = PixelFormat::bgra8Unorm,
-                                           .width = extent.width,
-                                           .height = extent.height,
-                                           .usage = {.shaderRead = false, .renderTarget = true},
-                                           .storage = StorageMode::private_},
-                                          images[index], *slot);
-        const bool isMade = slot->presentable && texture;
-        if (texture)
-            slot->texture = std::make_unique<Texture>(std::move(texture));
-        layer.slots.push_back(std::move(slot));
-        if (!isMade)
-            return false;
-    }
-    return count > 0;
-}
-
-// Nothing of the layer is in flight, on the GPU or on its way to the screen, afterwards.
-void waitForFrames(LayerParts& layer) {
-    for (std::uint64_t submission : layer.submissions)
-        layer.device->submissions.wait(submission);
-    layer.device->submissions.waitIdle();
-}
-
-// An image that was acquired and never waited for leaves its semaphore signalled.
-void renewSemaphore(LayerParts& layer, const DrawableSlot& slot) {
-    if (!slot.acquireIsPending)
-        return;
-    VkSemaphore& semaphore = layer.acquired[slot.frame];
-    vkDestroySemaphore(layer.device->handle, semaphore, nullptr);
-    semaphore = makeSemaphore(*layer.device);
-}
-
-void dropSlots(LayerParts& layer) {
-    DeviceState& device = *layer.device;
-    for (auto& slot : layer.slots) {
-        renewSemaphore(layer, *slot);
-        vkDestroySemaphore(device.handle, slot->presentable, nullptr);
-    }
-    layer.slots.clear();
-    layer.returned = nullptr;
-    device.graveyard.collect(device.handle, device.submissions.completed()); // the images' views
-}
-
-bool remake(LayerParts& layer) {
-    DeviceState& device = *layer.device;
-    waitForFrames(layer);
-    VkSurfaceCapabilitiesKHR surface;
-    const VkResult result =
-        vkGetPhysicalDeviceSurfaceCapabilitiesKHR(device.physical, layer.surface, &surface);
-    if (result != VK_SUCCESS) {
-        heed(layer, result);
-        return false;
-    }
-    const VkExtent2D extent = extentFor(layer, surface);
-    if (extent.width == 0 || extent.height == 0)
-        return false; // hidden: later perhaps
-    const VkSwapchainKHR made = makeSwapchain(layer, surface, extent);
-    dropSlots(layer);
-    vkDestroySwapchainKHR(device.handle, layer.swapchain, nullptr);
-    layer.swapchain = made;
-    layer.isStale = !made || !makeSlots(layer, extent);
-    return !layer.isStale;
-}
-
-DrawableSlot* acquire(LayerParts& layer) {
-    DeviceState& device = *layer.device;
-    if (!device.submissions.wait(layer.submissions[layer.frame]))
-        return nullptr;
-    std::uint32_t index = 0;
-    const VkResult result =
-        vkAcquireNextImageKHR(device.handle, layer.swapchain, longestAcquire,
-                              layer.acquired[layer.frame], VK_NULL_HANDLE, &index);
-    if (result != VK_SUCCESS)
-        heed(layer, result);
-    if (result != VK_SUCCESS && result != VK_SUBOPTIMAL_KHR)
-        return nullptr;
-    DrawableSlot& slot = *layer.slots[index];
-    slot.frame = layer.frame;
-    slot.acquireIsPending = true;
-    layer.frame = (layer.frame + 1) % framesInFlight;
-    return &slot;
-}
-
-DrawableSlot* nextSlot(LayerParts& layer) {
-    for (int attempt = 0; attempt < 2; ++attempt) {
-        if (layer.isStale && !remake(layer))
-            return nullptr;
-        if (layer.returned)
-            return std::exchange(layer.returned, nullptr);
-        DrawableSlot* slot = acquire(layer);
-        if (slot || !layer.isStale || layer.isGone)
-            return slot;
-    }
-    return nullptr;
-}
-
-} // namespace
-
-void show(DrawableSlot& slot) {
-    LayerParts& layer = *slot.layer;
-    layer.submissions[slot.frame] = slot.lastSubmission;
-    const VkPresentInfoKHR info{.sType = VK_STRUCTURE_TYPE_PRESENT_INFO_KHR,
-                                .waitSemaphoreCount = 1,
-                                .pWaitSemaphores = &slot.presentable,
-                                .swapchainCount = 1,
-                                .pSwapchains = &layer.swapchain,
-                                .pImageIndices = &slot.index};
-    const VkResult result = layer.device->submissions.present(info);
-    if (result != VK_SUCCESS)
-        heed(layer, result);
-}
-
-void giveBack(DrawableSlot& slot) {
-    slot.isShown = false;
-    slot.layer->returned = &slot;
-}
-
-LayerParts::~LayerParts() {
-    waitForFrames(*this);
-    dropSlots(*this);
-    for (VkSemaphore semaphore : acquired)
-        vkDestroySemaphore(device->handle, semaphore, nullptr);
-    vkDestroySwapchainKHR(device->handle, swapchain, nullptr);
-    vkDestroySurfaceKHR(device->instance->handle, surface, nullptr);
-}
 
 Drawable::~Drawable() {
     if (slot_ && !slot_->isShown)
@@ -253,7 +36,7 @@ void Layer::resize(std::uint32_t width, std::uint32_t height) {
 std::optional<Drawable> Layer::nextDrawable() {
     if (parts_->isGone || parts_->device->submissions.isLost())
         return std::nullopt;
-    DrawableSlot* slot = nextSlot(*parts_);
+    DrawableSlot* slot = parts_->nextSlot();
     if (!slot)
         return std::nullopt;
     slot->isDrawn = false;
@@ -262,16 +45,10 @@ std::optional<Drawable> Layer::nextDrawable() {
 }
 
 std::unique_ptr<Layer> Device::newLayer(void* display, unsigned long window) {
-    if (isLost() || !state_->features.presents)
+    if (isLost() || !state_->record.features.presents)
         return nullptr;
-    auto parts = std::make_unique<LayerParts>(state_);
-    parts->surface = makeXlibSurface(state_->instance->handle, display, window);
-    if (!parts->surface || !canPresent(*state_, parts->surface))
-        return nullptr;
-    for (VkSemaphore& semaphore : parts->acquired)
-        if (semaphore = makeSemaphore(*state_); !semaphore)
-            return nullptr;
-    return std::make_unique<Layer>(std::move(parts));
+    auto parts = LayerParts::make(state_, display, window);
+    return parts ? std::make_unique<Layer>(std::move(parts)) : nullptr;
 }
 
 } // namespace tarnwick::gpu

@@ -1,19 +1,21 @@
-// The Vulkan side of layers and drawables.
+// The Vulkan side of layers and drawables: a window's surface and its swapchain.
+// XlibSurface.cpp makes the surface, apart from the rest because Xlib's header defines macros such
+// as None and Status.
 #pragma once
 
-#include "TarnwickGPU/Layer.h"
+#include "TarnwickGPU/Resources.h"
 #include "TarnwickGPU/Vulkan/DeviceState.h"
-#include "TarnwickGPU/Vulkan/TextureParts.h"
 
 #include <vulkan/vulkan.h>
 
 #include <array>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <vector>
 
 namespace tarnwick::gpu {
+
+struct LayerParts;
 
 // One image of the swapchain.
 struct DrawableSlot {
@@ -21,40 +23,46 @@ struct DrawableSlot {
     std::uint32_t index = 0; // in the swapchain
     std::unique_ptr<Texture> texture;
     VkSemaphore presentable = VK_NULL_HANDLE; // signalled by the submission that presents it
-    std::size_t frame = 0;         // while acquired: the one of the layer's semaphores that says so
-    bool acquireIsPending = false; // nothing has waited for `acquired` yet
-    bool isDrawn = false;          // has contents
-    bool isShown = false;          // a command buffer presents it
+    std::size_t frame = 0; // while acquired: the index of its semaphore in LayerParts::acquired
+    bool acquireIsPending = false;    // no submission waits for that semaphore yet
+    bool isDrawn = false;             // has contents
+    bool isShown = false;             // a command buffer presents it
     std::uint64_t lastSubmission = 0; // that used the image
 };
 
 inline constexpr std::size_t framesInFlight = 3;
 
 struct LayerParts {
+    // Null when the device cannot present on the window.
+    static std::unique_ptr<LayerParts> make(std::shared_ptr<DeviceState> device, void* display,
+                                            unsigned long window);
     explicit LayerParts(std::shared_ptr<DeviceState> state) : device(std::move(state)) {}
-    ~LayerParts();
+    ~LayerParts(); // waits for the frames in flight
     LayerParts(const LayerParts&) = delete;
     LayerParts& operator=(const LayerParts&) = delete;
+
+    // The next image to draw into. Null when the window is hidden or gone, or the device is lost.
+    DrawableSlot* nextSlot();
 
     std::shared_ptr<DeviceState> device;
     VkSurfaceKHR surface = VK_NULL_HANDLE;
     VkSwapchainKHR swapchain = VK_NULL_HANDLE;
     std::vector<std::unique_ptr<DrawableSlot>> slots;
     std::array<VkSemaphore, framesInFlight> acquired{};      // signalled by the swapchain
-    std::array<std::uint64_t, framesInFlight> submissions{}; // the last that used each of them
-    std::size_t frame = 0;                                   // the next
-    VkExtent2D wanted{};                                     // what resize() asked for
+    std::array<std::uint64_t, framesInFlight> submissions{}; // the last that used each semaphore
+    std::size_t frame = 0;                                   // the next index in both
+    VkExtent2D wanted{};                                     // pixels, from Layer::resize()
     DrawableSlot* returned = nullptr;                        // acquired, and dropped unshown
-    bool isStale = true;                                     // the swapchain is to be made anew
+    bool isStale = true;                                     // a new swapchain must be made
     bool isGone = false;                                     // the window or its surface
 };
 
-// Presents what was submitted last with the slot.
+// Presents the slot after the submission that last used it.
 void show(DrawableSlot& slot);
-// The slot was not presented after all: the next drawable is it again.
+// The slot is not presented: the layer's next drawable is this slot again.
 void giveBack(DrawableSlot& slot);
 
-// Null when the display or the window is not of this driver's kind.
+// Null when the driver has no surfaces for the display or the window.
 VkSurfaceKHR makeXlibSurface(VkInstance instance, void* display, unsigned long window);
 
 } // namespace tarnwick::gpu

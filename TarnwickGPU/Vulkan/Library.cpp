@@ -47,9 +47,9 @@ std::unique_ptr<Library> newLibrary(std::string_view source, const msl::CompileO
 
 std::unique_ptr<Library> Device::newLibrary(std::string_view source,
                                             std::string_view moreWarningsIn) {
-    return gpu::newLibrary(source,
-                           {.target = {.addsFloatsInBuffers = state_->features.addsFloatsInBuffers},
-                            .moreWarningsIn = std::string(moreWarningsIn)});
+    return gpu::newLibrary(
+        source, {.target = {.addsFloatsInBuffers = state_->record.features.addsFloatsInBuffers},
+                 .moreWarningsIn = std::string(moreWarningsIn)});
 }
 
 std::unique_ptr<Library> Device::newLibrary(std::vector<msl::EntryPoint> entryPoints) {

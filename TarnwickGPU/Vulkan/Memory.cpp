@@ -1,6 +1,6 @@
 #include "TarnwickGPU/Vulkan/Memory.h"
 
-#include "TarnwickGPU/Vulkan/DeviceState.h"
+#include "TarnwickGPU/Vulkan/Graveyard.h"
 
 #include <array>
 #include <bit>
@@ -25,7 +25,7 @@ constexpr std::array<Wish, 3> wishes{{
 
 // The fitting type with most of the preferred properties; the first of equals, since drivers order
 // their types by speed (Vulkan 1.3, 11.2.1).
-std::optional<std::uint32_t> memoryType(const DeviceState& device,
+std::optional<std::uint32_t> memoryType(const DeviceRecord& device,
                                         const VkMemoryRequirements& needs, Wish wish) {
     std::optional<std::uint32_t> best;
     int bestScore = -1;
@@ -43,7 +43,7 @@ std::optional<std::uint32_t> memoryType(const DeviceState& device,
     return best;
 }
 
-VkDeviceMemory allocate(DeviceState& device, const VkMemoryRequirements& needs, Wish wish) {
+VkDeviceMemory allocate(const DeviceRecord& device, const VkMemoryRequirements& needs, Wish wish) {
     const auto type = memoryType(device, needs, wish);
     if (!type)
         return VK_NULL_HANDLE;
@@ -56,7 +56,7 @@ VkDeviceMemory allocate(DeviceState& device, const VkMemoryRequirements& needs, 
     return memory;
 }
 
-bool giveMemory(DeviceState& device, BufferMemory& made, MemoryUse use) {
+bool giveMemory(const DeviceRecord& device, BufferMemory& made, MemoryUse use) {
     VkMemoryRequirements needs;
     vkGetBufferMemoryRequirements(device.handle, made.buffer, &needs);
     const Wish wish = wishes[static_cast<std::size_t>(use)];
@@ -75,7 +75,7 @@ bool giveMemory(DeviceState& device, BufferMemory& made, MemoryUse use) {
 
 } // namespace
 
-std::optional<BufferMemory> makeBufferMemory(DeviceState& device, VkDeviceSize size,
+std::optional<BufferMemory> makeBufferMemory(const DeviceRecord& device, VkDeviceSize size,
                                              MemoryUse use) {
     if (size == 0 || size > device.maxBufferSize)
         return std::nullopt;
@@ -93,7 +93,7 @@ std::optional<BufferMemory> makeBufferMemory(DeviceState& device, VkDeviceSize s
     return made;
 }
 
-VkDeviceMemory makeImageMemory(DeviceState& device, VkImage image, MemoryUse use) {
+VkDeviceMemory makeImageMemory(const DeviceRecord& device, VkImage image, MemoryUse use) {
     VkMemoryRequirements needs;
     vkGetImageMemoryRequirements(device.handle, image, &needs);
     VkDeviceMemory memory = allocate(device, needs, wishes[static_cast<std::size_t>(use)]);
@@ -104,8 +104,8 @@ VkDeviceMemory makeImageMemory(DeviceState& device, VkImage image, MemoryUse use
     return memory;
 }
 
-void bury(DeviceState& device, BufferMemory& memory) {
-    device.bury(memory.buffer, memory.memory);
+void bury(Graveyard& graveyard, BufferMemory& memory) {
+    graveyard.bury(memory.buffer, memory.memory);
     memory = {};
 }
 

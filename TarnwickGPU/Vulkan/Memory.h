@@ -2,6 +2,8 @@
 // objects are few and large.
 #pragma once
 
+#include "TarnwickGPU/Vulkan/DeviceRecord.h"
+
 #include <vulkan/vulkan.h>
 
 #include <cstddef>
@@ -10,7 +12,7 @@
 
 namespace tarnwick::gpu {
 
-struct DeviceState;
+class Graveyard;
 
 enum class MemoryUse : std::uint8_t {
     gpuOnly,
@@ -32,12 +34,13 @@ inline constexpr VkBufferUsageFlags anyBufferUsage =
     VK_BUFFER_USAGE_TRANSFER_DST_BIT;
 
 // Nothing when memory is out or the device does not take that size. The bytes are undefined.
-std::optional<BufferMemory> makeBufferMemory(DeviceState& device, VkDeviceSize size, MemoryUse use);
+std::optional<BufferMemory> makeBufferMemory(const DeviceRecord& device, VkDeviceSize size,
+                                             MemoryUse use);
 
 // Gives `image` memory of its own; null when it is out. The CPU may map what is not gpuOnly.
-VkDeviceMemory makeImageMemory(DeviceState& device, VkImage image, MemoryUse use);
+VkDeviceMemory makeImageMemory(const DeviceRecord& device, VkImage image, MemoryUse use);
 
 // Hands the buffer to the graveyard and forgets it.
-void bury(DeviceState& device, BufferMemory& memory);
+void bury(Graveyard& graveyard, BufferMemory& memory);
 
 } // namespace tarnwick::gpu

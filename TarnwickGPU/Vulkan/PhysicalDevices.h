@@ -1,7 +1,7 @@
 // The machine's usable Vulkan devices, and which of them is taken.
 #pragma once
 
-#include "TarnwickGPU/Device.h"
+#include "TarnwickGPU/DeviceInfo.h"
 
 #include <vulkan/vulkan.h>
 

@@ -1,7 +1,6 @@
 #include "TarnwickGPU/Vulkan/PipelineCache.h"
 
 #include "TarnwickBase/WholeFile.h"
-#include "TarnwickGPU/Vulkan/DeviceState.h"
 
 #include <cstdlib>
 #include <fstream>
@@ -17,7 +16,7 @@ namespace {
 
 // The driver refuses data of another device or version itself (Vulkan 1.3, 10.6.4); the name
 // keeps several devices from overwriting each other's.
-std::string fileName(const DeviceState& device) {
+std::string fileName(const DeviceRecord& device) {
     VkPhysicalDeviceProperties properties;
     vkGetPhysicalDeviceProperties(device.physical, &properties);
     std::string name = "pipelines-";
@@ -54,29 +53,29 @@ std::filesystem::path cacheFolder() {
     return {};
 }
 
-void PipelineCache::open(const DeviceState& device) {
-    if (device.info.isCPU || cacheFolder().empty())
+void PipelineCache::open() {
+    if (device_.info.isCPU || cacheFolder().empty())
         return;
-    file_ = cacheFolder() / fileName(device);
+    file_ = cacheFolder() / fileName(device_);
     const std::vector<char> bytes = read(file_);
     const VkPipelineCacheCreateInfo info{.sType = VK_STRUCTURE_TYPE_PIPELINE_CACHE_CREATE_INFO,
                                          .initialDataSize = bytes.size(),
                                          .pInitialData = bytes.data()};
-    if (vkCreatePipelineCache(device.handle, &info, nullptr, &handle_) != VK_SUCCESS)
+    if (vkCreatePipelineCache(device_.handle, &info, nullptr, &handle_) != VK_SUCCESS)
         handle_ = VK_NULL_HANDLE;
 }
 
-void PipelineCache::close(const DeviceState& device) {
+void PipelineCache::close() {
     if (!handle_)
         return;
     std::size_t size = 0;
-    vkGetPipelineCacheData(device.handle, handle_, &size, nullptr);
+    vkGetPipelineCacheData(device_.handle, handle_, &size, nullptr);
     std::vector<char> bytes(size);
     if (size > 0 &&
-        vkGetPipelineCacheData(device.handle, handle_, &size, bytes.data()) == VK_SUCCESS &&
+        vkGetPipelineCacheData(device_.handle, handle_, &size, bytes.data()) == VK_SUCCESS &&
         bytes != read(file_))
         replaceFile(file_, bytes);
-    vkDestroyPipelineCache(device.handle, handle_, nullptr);
+    vkDestroyPipelineCache(device_.handle, handle_, nullptr);
     handle_ = VK_NULL_HANDLE;
 }
 

@@ -2,22 +2,25 @@
 // cache of its own).
 #pragma once
 
+#include "TarnwickGPU/Vulkan/DeviceRecord.h"
+
 #include <vulkan/vulkan.h>
 
 #include <filesystem>
 
 namespace tarnwick::gpu {
 
-struct DeviceState;
-
 class PipelineCache {
   public:
+    explicit PipelineCache(const DeviceRecord& device) : device_(device) {}
+
     // Reads what an earlier run left. A file that cannot be read or written is as none.
-    void open(const DeviceState& device);
-    void close(const DeviceState& device);
+    void open();
+    void close();
     VkPipelineCache handle() const { return handle_; } // null where none is kept
 
   private:
+    const DeviceRecord& device_;
     std::filesystem::path file_;
     VkPipelineCache handle_ = VK_NULL_HANDLE;
 };

@@ -9,26 +9,29 @@
 
 namespace tarnwick::gpu {
 
-struct DeviceState;
-
 // Lives for as long as a command buffer may use it.
 struct PointSums {
-    PointSums(DeviceState& state, const BufferMemory& made) : device(state), memory(made) {}
-    ~PointSums() { bury(device, memory); }
+    PointSums(Graveyard& yard, const BufferMemory& made) : graveyard(yard), memory(made) {}
+    ~PointSums() { bury(graveyard, memory); }
     PointSums(const PointSums&) = delete;
     PointSums& operator=(const PointSums&) = delete;
 
-    DeviceState& device;
+    Graveyard& graveyard;
     BufferMemory memory;
 };
 
 class PointSumsKeeper {
   public:
+    PointSumsKeeper(const DeviceRecord& device, Graveyard& graveyard)
+        : device_(device), graveyard_(graveyard) {}
+
     // Sums of at least `bytes`; null when memory is out or a shader cannot see so much. Any thread.
-    std::shared_ptr<PointSums> sums(DeviceState& device, VkDeviceSize bytes);
+    std::shared_ptr<PointSums> sums(VkDeviceSize bytes);
     void stop() { sums_.reset(); }
 
   private:
+    const DeviceRecord& device_;
+    Graveyard& graveyard_;
     std::mutex mutex_;
     std::shared_ptr<PointSums> sums_;
 };

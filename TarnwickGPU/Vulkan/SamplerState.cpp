@@ -46,9 +46,9 @@ SamplerState::~SamplerState() = default;
 
 std::unique_ptr<SamplerState> Device::newSamplerState(const SamplerDescriptor& descriptor) {
     msl::SamplerState state = stateOf(descriptor);
-    const VkSampler plain = state_->samplers.sampler(*state_, msl::packSampler(state));
+    const VkSampler plain = state_->samplers.sampler(msl::packSampler(state));
     state.compares = true;
-    const VkSampler comparing = state_->samplers.sampler(*state_, msl::packSampler(state));
+    const VkSampler comparing = state_->samplers.sampler(msl::packSampler(state));
     if (!plain || !comparing)
         return nullptr;
     return std::make_unique<SamplerState>(

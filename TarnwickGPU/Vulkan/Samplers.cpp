@@ -1,6 +1,5 @@
 #include "TarnwickGPU/Vulkan/Samplers.h"
 
-#include "TarnwickGPU/Vulkan/DeviceState.h"
 #include "TarnwickMSL/SamplerBits.h"
 
 #include <algorithm>
@@ -37,7 +36,7 @@ VkFilter filter(msl::SamplerFilter filter) {
     return filter == msl::SamplerFilter::linear ? VK_FILTER_LINEAR : VK_FILTER_NEAREST;
 }
 
-VkSamplerCreateInfo samplerInfo(const msl::SamplerState& state, const DeviceState& device) {
+VkSamplerCreateInfo samplerInfo(const msl::SamplerState& state, const DeviceRecord& device) {
     const bool clampsToZero = state.s == msl::SamplerAddress::clampToZero ||
                               state.t == msl::SamplerAddress::clampToZero ||
                               state.r == msl::SamplerAddress::clampToZero;
@@ -71,7 +70,7 @@ VkSamplerCreateInfo samplerInfo(const msl::SamplerState& state, const DeviceStat
 
 } // namespace
 
-VkSampler Samplers::sampler(DeviceState& device, std::uint64_t bits) {
+VkSampler Samplers::sampler(std::uint64_t bits) {
     std::lock_guard lock(mutex_);
     if (auto found = samplers_.find(bits); found != samplers_.end())
         return found->second;
@@ -79,20 +78,20 @@ VkSampler Samplers::sampler(DeviceState& device, std::uint64_t bits) {
     msl::SamplerState state = msl::unpackSampler(bits);
     if (bits & msl::samplerArgumentBit)
         state = {.compares = state.compares};
-    if (!device.features.mirrorClamp)
+    if (!device_.features.mirrorClamp)
         for (msl::SamplerAddress* address : {&state.s, &state.t, &state.r})
             if (*address == msl::SamplerAddress::mirrorClampToEdge)
                 return VK_NULL_HANDLE;
-    const VkSamplerCreateInfo info = samplerInfo(state, device);
+    const VkSamplerCreateInfo info = samplerInfo(state, device_);
     VkSampler made = VK_NULL_HANDLE;
-    if (vkCreateSampler(device.handle, &info, nullptr, &made) == VK_SUCCESS)
+    if (vkCreateSampler(device_.handle, &info, nullptr, &made) == VK_SUCCESS)
         samplers_.emplace(bits, made);
     return made;
 }
 
-void Samplers::stop(VkDevice device) {
+void Samplers::stop() {
     for (const auto& [bits, sampler] : samplers_)
-        vkDestroySampler(device, sampler, nullptr);
+        vkDestroySampler(device_.handle, sampler, nullptr);
     samplers_.clear();
 }
 

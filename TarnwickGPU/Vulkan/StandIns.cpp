@@ -1,6 +1,5 @@
 #include "TarnwickGPU/Vulkan/StandIns.h"
 
-#include "TarnwickGPU/Vulkan/DeviceState.h"
 #include "TarnwickGPU/Vulkan/TextureParts.h"
 
 #include <array>
@@ -54,12 +53,13 @@ struct StandIns::Made {
     std::unique_ptr<TextureParts> texture;
 };
 
-StandIns::StandIns() = default;
+StandIns::StandIns(const DeviceRecord& device, Graveyard& graveyard, Transfers& transfers)
+    : device_(device), graveyard_(graveyard), transfers_(transfers) {}
 StandIns::~StandIns() = default;
 
-bool StandIns::start(DeviceState& device) {
+bool StandIns::start() {
     for (BufferMemory* standIn : {&zeros, &scratch}) {
-        auto made = makeBufferMemory(device, standInBytes, MemoryUse::upload);
+        auto made = makeBufferMemory(device_, standInBytes, MemoryUse::upload);
         if (!made)
             return false;
         std::memset(made->bytes, 0, standInBytes);
@@ -68,19 +68,19 @@ bool StandIns::start(DeviceState& device) {
     return true;
 }
 
-void StandIns::stop(DeviceState& device) {
+void StandIns::stop() {
     made_.clear();
-    bury(device, zeros);
-    bury(device, scratch);
+    bury(graveyard_, zeros);
+    bury(graveyard_, scratch);
 }
 
-const TextureParts* StandIns::texture(DeviceState& device, const msl::Resource& resource) {
+const TextureParts* StandIns::texture(const msl::Resource& resource) {
     const TextureDescriptor descriptor = descriptorOf(resource);
     std::lock_guard lock(mutex_);
     for (const Made& known : made_)
         if (known.descriptor == descriptor)
             return known.texture.get();
-    auto made = TextureParts::make(device, descriptor);
+    auto made = TextureParts::make(device_, graveyard_, transfers_, descriptor);
     if (!made)
         return nullptr;
     made_.push_back({descriptor, std::move(made)});

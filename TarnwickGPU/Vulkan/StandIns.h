@@ -9,7 +9,7 @@
 
 namespace tarnwick::gpu {
 
-struct DeviceState;
+class Transfers;
 struct TextureParts;
 
 // Bytes of a stand-in for a buffer: as much as a uniform buffer can show anywhere.
@@ -17,19 +17,22 @@ inline constexpr VkDeviceSize standInBytes = 65536;
 
 class StandIns {
   public:
-    StandIns();
+    StandIns(const DeviceRecord& device, Graveyard& graveyard, Transfers& transfers);
     ~StandIns();
-    bool start(DeviceState& device); // false when memory is out
-    void stop(DeviceState& device);
+    bool start(); // false when memory is out
+    void stop();  // the GPU is idle
 
     // One texel of the resource's shape and component, zero where nothing was stored into it. Made
     // when a pipeline first asks; null when memory is out. Any thread.
-    const TextureParts* texture(DeviceState& device, const msl::Resource& resource);
+    const TextureParts* texture(const msl::Resource& resource);
 
     BufferMemory zeros, scratch;
 
   private:
     struct Made;
+    const DeviceRecord& device_;
+    Graveyard& graveyard_;
+    Transfers& transfers_;
     std::mutex mutex_;
     std::vector<Made> made_;
 };

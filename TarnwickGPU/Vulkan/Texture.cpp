@@ -1,6 +1,7 @@
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/Resources.h"
+#include "TarnwickGPU/Vulkan/DeviceState.h"
 #include "TarnwickGPU/Vulkan/TextureParts.h"
 
 #include <algorithm>
@@ -42,7 +43,7 @@ bool liesWithin(const TextureDescriptor& descriptor, const Part& part) {
 }
 
 Block blockOf(const TextureParts& parts, const Part& part) {
-    const TextureDescriptor& descriptor = parts.descriptor;
+    const TextureDescriptor& descriptor = parts.image.descriptor;
     precondition(descriptor.storage == StorageMode::shared && descriptor.sampleCount == 1,
                  "The CPU reaches shared textures of one sample only.");
     precondition(liesWithin(descriptor, part), "A region lies within its texture.");
@@ -53,13 +54,13 @@ Block blockOf(const TextureParts& parts, const Part& part) {
 // A region of a texture that the CPU sees; such a texture has one image.
 Pixels<std::byte> mappedPixels(const TextureParts& parts, const Region& region) {
     return {parts.bytes + region.y * parts.bytesPerRow +
-                region.x * bytesPerPixel(parts.descriptor.format),
+                region.x * bytesPerPixel(parts.image.descriptor.format),
             parts.bytesPerRow, 0};
 }
 
 VkBufferImageCopy copyOf(const TextureParts& parts, const Part& part) {
     const Region& region = part.region;
-    return {.imageSubresource = {parts.aspect, part.level, part.slice, 1},
+    return {.imageSubresource = {parts.image.aspect, part.level, part.slice, 1},
             .imageOffset = {static_cast<std::int32_t>(region.x),
                             static_cast<std::int32_t>(region.y),
                             static_cast<std::int32_t>(region.z)},
@@ -87,14 +88,14 @@ void write(const TextureParts& parts, const Part& part, const Pixels<const std::
         return;
     if (parts.bytes)
         return copyPixels(mappedPixels(parts, part.region), source, block);
-    parts.device.transfers.upload(
-        parts.device, block.bytes(),
+    parts.transfers.upload(
+        block.bytes(),
         [&](std::byte* staging) { copyPixels(block.packed(staging), source, block); },
         [&](VkCommandBuffer commands, VkBuffer staging) {
             const VkBufferImageCopy copy = copyOf(parts, part);
             constexpr auto target = VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL;
             changeLayout(commands, parts, parts.rest, target);
-            vkCmdCopyBufferToImage(commands, staging, parts.image, target, 1, &copy);
+            vkCmdCopyBufferToImage(commands, staging, parts.image.handle, target, 1, &copy);
             changeLayout(commands, parts, target, parts.rest);
         });
 }
@@ -107,13 +108,13 @@ void read(const TextureParts& parts, const Part& part, const Pixels<std::byte>& 
         const auto [bytes, perRow, perImage] = mappedPixels(parts, part.region);
         return copyPixels(target, {bytes, perRow, perImage}, block);
     }
-    parts.device.transfers.readBack(
-        parts.device, block.bytes(),
+    parts.transfers.readBack(
+        block.bytes(),
         [&](VkCommandBuffer commands, VkBuffer staging) {
             const VkBufferImageCopy copy = copyOf(parts, part);
             constexpr auto source = VK_IMAGE_LAYOUT_TRANSFER_SRC_OPTIMAL;
             changeLayout(commands, parts, parts.rest, source);
-            vkCmdCopyImageToBuffer(commands, parts.image, source, staging, 1, &copy);
+            vkCmdCopyImageToBuffer(commands, parts.image.handle, source, staging, 1, &copy);
             changeLayout(commands, parts, source, parts.rest);
         },
         [&](const std::byte* staging) { copyPixels(target, block.packed(staging), block); });
@@ -124,7 +125,7 @@ void read(const TextureParts& parts, const Part& part, const Pixels<std::byte>& 
 Texture::Texture(std::unique_ptr<TextureParts> parts) : parts_(std::move(parts)) {}
 Texture::~Texture() = default;
 const TextureDescriptor& Texture::descriptor() const {
-    return parts_->descriptor;
+    return parts_->image.descriptor;
 }
 
 void Texture::replace(const Region& region, std::uint32_t mipLevel, const void* bytes,
@@ -156,8 +157,9 @@ Texture::MappedPixels Texture::mapped() const {
 std::unique_ptr<Texture> Device::newTexture(const TextureDescriptor& descriptor) {
     if (isLost())
         return nullptr;
-    state_->graveyard.collect(state_->handle, state_->submissions.completed());
-    auto parts = TextureParts::make(*state_, descriptor);
+    state_->graveyard.collect();
+    auto parts =
+        TextureParts::make(state_->record, state_->graveyard, state_->transfers, descriptor);
     if (!parts)
         return nullptr;
     parts->keepsAlive = state_;

@@ -1,5 +1,9 @@
 #include "TarnwickGPU/Vulkan/TextureParts.h"
 
+#include "TarnwickGPU/Vulkan/DeviceRecord.h"
+#include "TarnwickGPU/Vulkan/Graveyard.h"
+#include "TarnwickGPU/Vulkan/Memory.h"
+#include "TarnwickGPU/Vulkan/Transfers.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 
 #include <algorithm>
@@ -70,7 +74,7 @@ VkDeviceSize leastBytes(const VkImageCreateInfo& info, PixelFormat format) {
            info.arrayLayers * bytesPerPixel(format) * info.samples;
 }
 
-bool isSupported(const DeviceState& device, const VkImageCreateInfo& info, PixelFormat format) {
+bool isSupported(const DeviceRecord& device, const VkImageCreateInfo& info, PixelFormat format) {
     VkImageFormatProperties properties;
     return vkGetPhysicalDeviceImageFormatProperties(device.physical, info.format, info.imageType,
                                                     info.tiling, info.usage, info.flags,
@@ -92,7 +96,7 @@ VkImageCreateInfo linear(VkImageCreateInfo info) {
 
 // A CPU driver draws into rows of ordinary memory anyway, so the CPU may as well look at them.
 // Elsewhere such images are slow to draw into and to sample, and staging memory serves.
-bool canBeMapped(const DeviceState& device, const TextureDescriptor& descriptor,
+bool canBeMapped(const DeviceRecord& device, const TextureDescriptor& descriptor,
                  const VkImageCreateInfo& info) {
     return device.info.isCPU && descriptor.storage == StorageMode::shared &&
            descriptor.type == TextureType::type2D && descriptor.mipLevels == 1 &&
@@ -100,9 +104,9 @@ bool canBeMapped(const DeviceState& device, const TextureDescriptor& descriptor,
 }
 
 bool map(TextureParts& parts) {
-    const VkImageSubresource level{parts.aspect, 0, 0};
+    const VkImageSubresource level{parts.image.aspect, 0, 0};
     VkSubresourceLayout layout;
-    vkGetImageSubresourceLayout(parts.device.handle, parts.image, &level, &layout);
+    vkGetImageSubresourceLayout(parts.device.handle, parts.image.handle, &level, &layout);
     void* mapped = nullptr;
     if (vkMapMemory(parts.device.handle, parts.memory, 0, VK_WHOLE_SIZE, 0, &mapped) != VK_SUCCESS)
         return false;
@@ -116,21 +120,22 @@ bool map(TextureParts& parts) {
 // one. So every texture starts as zeros, at rest.
 bool clear(TextureParts& parts) {
     if (parts.bytes) {
-        std::memset(parts.bytes, 0, parts.bytesPerRow * parts.descriptor.height);
-        return parts.device.transfers.run(parts.device, [&parts](VkCommandBuffer commands) {
+        std::memset(parts.bytes, 0, parts.bytesPerRow * parts.image.descriptor.height);
+        return parts.transfers.run([&parts](VkCommandBuffer commands) {
             changeLayout(commands, parts, VK_IMAGE_LAYOUT_PREINITIALIZED, parts.rest);
         });
     }
-    return parts.device.transfers.run(parts.device, [&parts](VkCommandBuffer commands) {
-        const VkImageSubresourceRange range = parts.wholeRange();
+    return parts.transfers.run([&parts](VkCommandBuffer commands) {
+        const VkImageSubresourceRange range = parts.image.wholeRange();
         constexpr auto target = VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL;
         changeLayout(commands, parts, VK_IMAGE_LAYOUT_UNDEFINED, target);
         const VkClearColorValue zero{};
         const VkClearDepthStencilValue zeroDepth{};
-        if (parts.isDepth())
-            vkCmdClearDepthStencilImage(commands, parts.image, target, &zeroDepth, 1, &range);
+        if (parts.image.isDepth())
+            vkCmdClearDepthStencilImage(commands, parts.image.handle, target, &zeroDepth, 1,
+                                        &range);
         else
-            vkCmdClearColorImage(commands, parts.image, target, &zero, 1, &range);
+            vkCmdClearColorImage(commands, parts.image.handle, target, &zero, 1, &range);
         changeLayout(commands, parts, target, parts.rest);
     });
 }
@@ -149,15 +154,16 @@ void changeLayout(VkCommandBuffer commands, const TextureParts& parts, VkImageLa
                                         .newLayout = to,
                                         .srcQueueFamilyIndex = VK_QUEUE_FAMILY_IGNORED,
                                         .dstQueueFamilyIndex = VK_QUEUE_FAMILY_IGNORED,
-                                        .image = parts.image,
-                                        .subresourceRange = parts.wholeRange()};
+                                        .image = parts.image.handle,
+                                        .subresourceRange = parts.image.wholeRange()};
     const VkDependencyInfo info{.sType = VK_STRUCTURE_TYPE_DEPENDENCY_INFO,
                                 .imageMemoryBarrierCount = 1,
                                 .pImageMemoryBarriers = &barrier};
     vkCmdPipelineBarrier2(commands, &info);
 }
 
-std::unique_ptr<TextureParts> TextureParts::make(DeviceState& device,
+std::unique_ptr<TextureParts> TextureParts::make(const DeviceRecord& device, Graveyard& graveyard,
+                                                 Transfers& transfers,
                                                  const TextureDescriptor& descriptor) {
     VkImageCreateInfo info = imageInfo(descriptor);
     if (!isSensible(descriptor) || !isSupported(device, info, descriptor.format))
@@ -165,41 +171,41 @@ std::unique_ptr<TextureParts> TextureParts::make(DeviceState& device,
     const bool isMapped = canBeMapped(device, descriptor, info);
     if (isMapped)
         info = linear(info);
-    auto parts = std::make_unique<TextureParts>(device);
-    parts->descriptor = descriptor;
+    auto parts = std::make_unique<TextureParts>(device, graveyard, transfers);
+    TextureImage& image = parts->image;
+    image.descriptor = descriptor;
     parts->rest = isMapped ? VK_IMAGE_LAYOUT_GENERAL : restLayout(descriptor);
-    if (gpu::isDepth(descriptor.format))
-        parts->aspect = VK_IMAGE_ASPECT_DEPTH_BIT;
-    if (vkCreateImage(device.handle, &info, nullptr, &parts->image) != VK_SUCCESS)
+    if (isDepth(descriptor.format))
+        image.aspect = VK_IMAGE_ASPECT_DEPTH_BIT;
+    if (vkCreateImage(device.handle, &info, nullptr, &image.handle) != VK_SUCCESS)
         return nullptr;
     parts->memory =
-        makeImageMemory(device, parts->image, isMapped ? MemoryUse::readBack : MemoryUse::gpuOnly);
+        makeImageMemory(device, image.handle, isMapped ? MemoryUse::readBack : MemoryUse::gpuOnly);
     if (!parts->memory) {
-        vkDestroyImage(device.handle, parts->image, nullptr);
+        vkDestroyImage(device.handle, image.handle, nullptr);
         return nullptr;
     }
-    if ((isMapped && !map(*parts)) || !parts->views.start(*parts) || !clear(*parts))
+    if ((isMapped && !map(*parts)) || !parts->views.start() || !clear(*parts))
         return nullptr;
     return parts;
 }
 
-std::unique_ptr<TextureParts> TextureParts::wrap(DeviceState& device,
-                                                 const TextureDescriptor& descriptor, VkImage image,
+std::unique_ptr<TextureParts> TextureParts::wrap(const DeviceRecord& device, Graveyard& graveyard,
+                                                 Transfers& transfers, const TextureImage& image,
                                                  DrawableSlot& drawable) {
-    auto parts = std::make_unique<TextureParts>(device);
-    parts->descriptor = descriptor;
+    auto parts = std::make_unique<TextureParts>(device, graveyard, transfers);
     parts->image = image;
     parts->rest = VK_IMAGE_LAYOUT_PRESENT_SRC_KHR;
     parts->drawable = &drawable;
-    if (!parts->views.start(*parts))
+    if (!parts->views.start())
         return nullptr;
     return parts;
 }
 
 TextureParts::~TextureParts() {
-    views.bury(device);
+    views.bury(graveyard);
     if (memory)
-        device.bury(image, memory);
+        graveyard.bury(image.handle, memory);
 }
 
 } // namespace tarnwick::gpu

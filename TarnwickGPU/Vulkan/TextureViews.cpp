@@ -1,6 +1,7 @@
 #include "TarnwickGPU/Vulkan/TextureViews.h"
 
-#include "TarnwickGPU/Vulkan/TextureParts.h"
+#include "TarnwickGPU/Vulkan/DeviceRecord.h"
+#include "TarnwickGPU/Vulkan/Graveyard.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 
 #include <algorithm>
@@ -62,19 +63,6 @@ bool takes(msl::TextureShape shape, TextureType type) {
     return false;
 }
 
-VkImageView makeView(const TextureParts& parts, VkImageViewType type,
-                     const VkImageSubresourceRange& range) {
-    const VkImageViewCreateInfo info{.sType = VK_STRUCTURE_TYPE_IMAGE_VIEW_CREATE_INFO,
-                                     .image = parts.image,
-                                     .viewType = type,
-                                     .format = vulkanFormat(parts.descriptor.format),
-                                     .subresourceRange = range};
-    VkImageView view = VK_NULL_HANDLE;
-    if (vkCreateImageView(parts.device.handle, &info, nullptr, &view) != VK_SUCCESS)
-        return VK_NULL_HANDLE;
-    return view;
-}
-
 bool isSame(const VkImageSubresourceRange& a, const VkImageSubresourceRange& b) {
     return a.baseMipLevel == b.baseMipLevel && a.levelCount == b.levelCount &&
            a.baseArrayLayer == b.baseArrayLayer && a.layerCount == b.layerCount;
@@ -86,71 +74,77 @@ const TypeRow& rowOf(TextureType type) {
     return rows[static_cast<std::size_t>(type)];
 }
 
-bool TextureViews::start(const TextureParts& texture) {
-    const TextureDescriptor& descriptor = texture.descriptor;
+bool TextureViews::start() {
+    const TextureDescriptor& descriptor = image_.descriptor;
     const TextureUsage& usage = descriptor.usage;
     if (!usage.shaderRead && !usage.shaderWrite && !usage.renderTarget)
         return true;
-    whole_ = makeView(texture, rowOf(descriptor.type).view, texture.wholeRange());
-    const bool isPlain =
-        descriptor.mipLevels == 1 && rowOf(descriptor.type).view == VK_IMAGE_VIEW_TYPE_2D;
+    const VkImageViewType type = rowOf(descriptor.type).view;
+    whole_ = make(type, image_.wholeRange());
+    const bool isPlain = descriptor.mipLevels == 1 && type == VK_IMAGE_VIEW_TYPE_2D;
     if (isPlain)
         attachment_ = whole_;
     else if (usage.renderTarget)
-        attachment_ = attachment(texture, 0, 0);
+        attachment_ = attachment();
     return whole_ && (!usage.renderTarget || attachment_);
 }
 
-void TextureViews::bury(DeviceState& device) {
-    device.bury(whole_);
+void TextureViews::bury(Graveyard& graveyard) {
+    graveyard.bury(whole_);
     for (const Made& made : made_)
-        device.bury(made.view);
+        graveyard.bury(made.view);
 }
 
-VkImageView TextureViews::find(const TextureParts& texture, VkImageViewType type,
-                               const VkImageSubresourceRange& range) const {
+VkImageView TextureViews::make(VkImageViewType type, const VkImageSubresourceRange& range) const {
+    const VkImageViewCreateInfo info{.sType = VK_STRUCTURE_TYPE_IMAGE_VIEW_CREATE_INFO,
+                                     .image = image_.handle,
+                                     .viewType = type,
+                                     .format = vulkanFormat(image_.descriptor.format),
+                                     .subresourceRange = range};
+    VkImageView view = VK_NULL_HANDLE;
+    if (vkCreateImageView(device_.handle, &info, nullptr, &view) != VK_SUCCESS)
+        return VK_NULL_HANDLE;
+    return view;
+}
+
+VkImageView TextureViews::find(VkImageViewType type, const VkImageSubresourceRange& range) const {
     std::lock_guard lock(mutex_);
     for (const Made& made : made_)
         if (made.type == type && isSame(made.range, range))
             return made.view;
-    const VkImageView view = makeView(texture, type, range);
+    const VkImageView view = make(type, range);
     if (view)
         made_.push_back({type, range, view});
     return view;
 }
 
-VkImageView TextureViews::of(const TextureParts& texture, VkImageViewType type,
-                             std::uint32_t level) const {
-    if (level == 0 && type == rowOf(texture.descriptor.type).view)
+VkImageView TextureViews::fromLevel(VkImageViewType type, std::uint32_t level) const {
+    if (level == 0 && type == rowOf(image_.descriptor.type).view)
         return whole_;
-    VkImageSubresourceRange range = texture.wholeRange();
+    VkImageSubresourceRange range = image_.wholeRange();
     range.baseMipLevel = level;
-    return find(texture, type, range);
+    return find(type, range);
 }
 
-VkImageView TextureViews::attachment(const TextureParts& texture, std::uint32_t level,
-                                     std::uint32_t slice) const {
+VkImageView TextureViews::forResource(const msl::Resource& resource) const {
+    const TextureDescriptor& descriptor = image_.descriptor;
+    const TypeRow& type = rowOf(descriptor.type);
+    const bool isStorage = resource.kind == msl::ResourceKind::storageTexture;
+    const bool isUsable = isStorage ? descriptor.usage.shaderWrite : descriptor.usage.shaderRead;
+    const bool hasComponent = resource.component == componentOf(descriptor.format) ||
+                              resource.component == msl::TextureComponent::none;
+    if (!isUsable || !takes(resource.shape, descriptor.type) ||
+        resource.level >= descriptor.mipLevels || !hasComponent ||
+        (resource.isDepth && !image_.isDepth()))
+        return VK_NULL_HANDLE;
+    const bool isFlattened = resource.shape == msl::TextureShape::d2Array && type.isCube;
+    return fromLevel(isFlattened ? VK_IMAGE_VIEW_TYPE_2D_ARRAY : type.view, resource.level);
+}
+
+VkImageView TextureViews::attachment(std::uint32_t level, std::uint32_t slice) const {
     if (level == 0 && slice == 0 && attachment_)
         return attachment_;
-    return find(texture, VK_IMAGE_VIEW_TYPE_2D, {texture.aspect, level, 1, slice, 1});
-}
-
-VkImageView TextureParts::viewFor(const msl::Resource& resource) const {
-    const bool isStorage = resource.kind == msl::ResourceKind::storageTexture;
-    const bool isWanted = resource.component == componentOf(descriptor.format) ||
-                          resource.component == msl::TextureComponent::none;
-    const bool isUsable = isStorage ? descriptor.usage.shaderWrite : descriptor.usage.shaderRead;
-    if (!isUsable || !takes(resource.shape, descriptor.type) ||
-        resource.level >= descriptor.mipLevels || !isWanted || (resource.isDepth && !isDepth()))
-        return VK_NULL_HANDLE;
-    const bool isFlattened =
-        resource.shape == msl::TextureShape::d2Array && rowOf(descriptor.type).isCube;
-    return views.of(*this, isFlattened ? VK_IMAGE_VIEW_TYPE_2D_ARRAY : rowOf(descriptor.type).view,
-                    resource.level);
-}
-
-VkImageView TextureParts::attachment(std::uint32_t level, std::uint32_t slice) const {
-    return views.attachment(*this, level, slice);
+    return find(VK_IMAGE_VIEW_TYPE_2D, {image_.aspect, level, 1, slice, 1});
 }
 
 } // namespace tarnwick::gpu

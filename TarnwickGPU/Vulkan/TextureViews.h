@@ -1,7 +1,9 @@
-// A texture's views: what shaders see of it and what is drawn into, made when first wanted.
+// A texture's image and its views, which shaders read, store to and draw into. A view is made when
+// it is first needed.
 #pragma once
 
 #include "TarnwickGPU/Format.h"
+#include "TarnwickMSL/EntryPoint.h"
 
 #include <vulkan/vulkan.h>
 
@@ -11,10 +13,10 @@
 
 namespace tarnwick::gpu {
 
-struct DeviceState;
-struct TextureParts;
+class Graveyard;
+struct DeviceRecord;
 
-// What a type of texture is in Vulkan.
+// Vulkan's names for a type of texture.
 struct TypeRow {
     TextureType type;
     VkImageType image;
@@ -23,19 +25,35 @@ struct TypeRow {
 };
 const TypeRow& rowOf(TextureType type);
 
+struct TextureImage {
+    VkImage handle = VK_NULL_HANDLE;
+    TextureDescriptor descriptor;
+    VkImageAspectFlags aspect = VK_IMAGE_ASPECT_COLOR_BIT;
+
+    bool isDepth() const { return aspect == VK_IMAGE_ASPECT_DEPTH_BIT; }
+    VkImageSubresourceRange wholeRange() const {
+        return {aspect, 0, VK_REMAINING_MIP_LEVELS, 0, VK_REMAINING_ARRAY_LAYERS};
+    }
+};
+
 class TextureViews {
   public:
-    // Makes the view of the whole. False when memory is out.
-    bool start(const TextureParts& texture);
-    void bury(DeviceState& device);
+    // Both must outlive the views.
+    TextureViews(const DeviceRecord& device, const TextureImage& image)
+        : device_(device), image_(image) {}
 
-    // All of the texture as its own type; null where its usage has no views.
+    // Makes the view of the whole image. False when memory is out.
+    bool start();
+    void bury(Graveyard& graveyard);
+
+    // The whole image as its own type; null if its usage has no views.
     VkImageView whole() const { return whole_; }
-    // Of all slices of one type, from a level on. Null when memory is out.
-    VkImageView of(const TextureParts& texture, VkImageViewType type, std::uint32_t level) const;
-    // One level of one slice.
-    VkImageView attachment(const TextureParts& texture, std::uint32_t level,
-                           std::uint32_t slice) const;
+    // The view for a shader's resource. Null if the texture has another shape or component, its
+    // usage does not include the resource's, it lacks the resource's level, or memory is out. Any
+    // thread.
+    VkImageView forResource(const msl::Resource& resource) const;
+    // One level of one slice, to draw into. Null when memory is out. Any thread.
+    VkImageView attachment(std::uint32_t level = 0, std::uint32_t slice = 0) const;
 
   private:
     struct Made {
@@ -43,10 +61,13 @@ class TextureViews {
         VkImageSubresourceRange range;
         VkImageView view;
     };
-    VkImageView find(const TextureParts& texture, VkImageViewType type,
-                     const VkImageSubresourceRange& range) const;
+    VkImageView make(VkImageViewType type, const VkImageSubresourceRange& range) const;
+    VkImageView find(VkImageViewType type, const VkImageSubresourceRange& range) const;
+    VkImageView fromLevel(VkImageViewType type, std::uint32_t level) const;
 
-    VkImageView whole_ = VK_NULL_HANDLE, attachment_ = VK_NULL_HANDLE; // used without a lock
+    const DeviceRecord& device_;
+    const TextureImage& image_;
+    VkImageView whole_ = VK_NULL_HANDLE, attachment_ = VK_NULL_HANDLE; // read without a lock
     mutable std::mutex mutex_;
     mutable std::vector<Made> made_;
 };

@@ -14,7 +14,8 @@
 
 namespace tarnwick::gpu {
 
-struct DeviceState;
+class Graveyard;
+class Submissions;
 
 class Transfers {
   public:
@@ -22,18 +23,19 @@ class Transfers {
     using RecordStaged = std::function<void(VkCommandBuffer, VkBuffer)>;
     using Bytes = std::function<void(std::byte*)>;
 
+    Transfers(const DeviceRecord& device, Submissions& submissions, Graveyard& graveyard)
+        : device_(device), submissions_(submissions), graveyard_(graveyard) {}
+
     // Later submissions see what the job wrote. False when memory is out or the device is lost.
-    bool run(DeviceState& device, const Record& record);
+    bool run(const Record& record);
 
     // `fill` writes `size` bytes of staging memory, from which the job copies. A small upload does
     // not wait for the GPU while few are in flight: each has memory of its own.
-    bool upload(DeviceState& device, VkDeviceSize size, const Bytes& fill,
-                const RecordStaged& record);
+    bool upload(VkDeviceSize size, const Bytes& fill, const RecordStaged& record);
     // The job copies `size` bytes into staging memory, which `take` reads. Blocks for the GPU.
-    bool readBack(DeviceState& device, VkDeviceSize size, const RecordStaged& record,
-                  const Bytes& take);
+    bool readBack(VkDeviceSize size, const RecordStaged& record, const Bytes& take);
 
-    void stop(DeviceState& device); // the GPU is idle
+    void stop(); // the GPU is idle
 
   private:
     struct Slot {
@@ -44,11 +46,14 @@ class Transfers {
 
     static constexpr VkDeviceSize smallUpload = 65536;
 
-    Slot* freeSlot(DeviceState& device);
-    std::optional<std::uint64_t> submit(DeviceState& device, const Record& record, Slot* slot);
-    bool uploadSmall(DeviceState& device, const Bytes& fill, const RecordStaged& record);
-    bool makeStaging(DeviceState& device, VkDeviceSize size);
+    Slot* freeSlot();
+    std::optional<std::uint64_t> submit(const Record& record, Slot* slot);
+    bool uploadSmall(const Bytes& fill, const RecordStaged& record);
+    bool makeStaging(VkDeviceSize size);
 
+    const DeviceRecord& device_;
+    Submissions& submissions_;
+    Graveyard& graveyard_;
     std::mutex mutex_;
     VkCommandPool pool_ = VK_NULL_HANDLE;
     std::vector<Slot> slots_;

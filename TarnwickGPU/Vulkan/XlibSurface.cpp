@@ -1,4 +1,3 @@
-// Apart from the rest of the layer, because Xlib's header defines words such as None and Status.
 #include "TarnwickGPU/Vulkan/LayerParts.h"
 
 #include <X11/Xlib.h>

@@ -171,7 +171,7 @@ TEST_F(Gpu, bindsMoreThanCanBePushedAndRefusesMoreThanThereIs) {
     commands->waitUntilCompleted();
     EXPECT_EQ(pixelAt(*texture, 0, 0), (Pixel{24, 124, 99, 0}));
 
-    if (device->state().limits.maxPerStageDescriptorUniformBuffers < 31) {
+    if (device->state().record.limits.maxPerStageDescriptorUniformBuffers < 31) {
         EXPECT_THROW(pipeline(wholeTarget(), sum(31, 0)), DeviceError);
     }
 }

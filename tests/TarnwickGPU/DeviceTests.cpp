@@ -65,24 +65,23 @@ TEST_F(Gpu, keepsItsPipelinesOnDisk) {
         std::filesystem::path(testing::TempDir()) / ("pipeline-cache" + std::to_string(getpid()));
     std::filesystem::remove_all(folder);
     setenv("XDG_CACHE_HOME", folder.c_str(), 1);
-    DeviceState& state = device->state();
-    const bool wasCPU = std::exchange(state.info.isCPU, false);
+    DeviceRecord record = device->state().record;
+    record.info.isCPU = false;
     for (int run = 0; run < 2; ++run) {
-        PipelineCache cache;
-        cache.open(state);
+        PipelineCache cache(record);
+        cache.open();
         EXPECT_TRUE(cache.handle());
-        cache.close(state);
+        cache.close();
         const std::filesystem::directory_iterator files(folder / "tarnwick"), end;
         ASSERT_EQ(std::distance(files, end), 1);
         EXPECT_GT(std::filesystem::directory_iterator(folder / "tarnwick")->file_size(), 0u);
     }
     std::filesystem::permissions(folder / "tarnwick", std::filesystem::perms::none);
-    PipelineCache unreadable;
-    unreadable.open(state);
+    PipelineCache unreadable(record);
+    unreadable.open();
     EXPECT_TRUE(unreadable.handle());
-    unreadable.close(state);
+    unreadable.close();
     std::filesystem::permissions(folder / "tarnwick", std::filesystem::perms::owner_all);
-    state.info.isCPU = wasCPU;
     unsetenv("XDG_CACHE_HOME");
     std::filesystem::remove_all(folder);
 }

@@ -214,9 +214,9 @@ std::vector<Way> ways(const PointTraits& real) {
 }
 
 TEST_F(Points, areSquaresOfTheirSizeEverywhere) {
-    const PointTraits real = device->state().points;
+    const PointTraits real = device->state().record.points;
     for (const Way& way : ways(real)) {
-        device->state().points = way.traits;
+        device->state().record.points = way.traits;
         // A kernel adds into targets of halves, rounding once; others round with every point.
         const bool isHalf = way.count > 0;
         const auto state = dots(isHalf ? PixelFormat::rgba16Float : PixelFormat::rgba32Float);
@@ -227,7 +227,7 @@ TEST_F(Points, areSquaresOfTheirSizeEverywhere) {
                        way.name + (" with size " + std::to_string(size)));
         }
     }
-    device->state().points = real;
+    device->state().record.points = real;
 }
 
 TEST_F(Points, areNotDrawnFromPlacesThatAreNone) {
@@ -246,16 +246,16 @@ TEST_F(Points, areNotDrawnFromPlacesThatAreNone) {
         dots_.push_back({{0, 0, z, w}, 8, 1});
     const std::vector<Dot> none = dots_;
     dots_.push_back({{-1, 1, 2, 2}, 4, 3}); // on the far plane, at 32 and 16
-    const PointTraits real = device->state().points;
+    const PointTraits real = device->state().record.points;
     for (const Way& way : ways(real)) {
-        device->state().points = way.traits;
+        device->state().record.points = way.traits;
         const auto state = dots(PixelFormat::rgba16Float);
         Picture wanted(std::size_t{width} * height);
         expectSame(picture(*state, none, way.count), wanted, 14, way.name);
         wanted = expected({dotAt(32, 16, 4, 3)});
         expectSame(picture(*state, dots_, way.count), wanted, 11, way.name);
     }
-    device->state().points = real;
+    device->state().record.points = real;
 }
 
 // What is blended otherwise comes in the points' order.
@@ -280,10 +280,10 @@ TEST_F(Points, addUpAlikeInAnyOrder) {
                     weight(random));
     const auto state = dots(PixelFormat::rgba16Float);
     const Picture first = picture(*state, many);
-    const PointTraits real = device->state().points;
-    device->state().points.splats = false;
+    const PointTraits real = device->state().record.points;
+    device->state().record.points.splats = false;
     const Picture drawn = picture(*state, many);
-    device->state().points = real;
+    device->state().record.points = real;
     std::shuffle(many.begin(), many.end(), random);
     const Picture second = picture(*state, many);
     if (real.splats) {
@@ -304,9 +304,9 @@ TEST_F(Points, addNeitherNaNNorInfinityByAnyWay) {
     const std::vector<Dot> strange{dotAt(8.5, 8.5, 1, std::nanf("")), dotAt(20.5, 8.5, 1, infinity),
                                    dotAt(32.5, 8.5, 1, -infinity), dotAt(44.5, 8.5, 1, 1e30f),
                                    dotAt(56.5, 8.5, 1, 3)};
-    const PointTraits real = device->state().points;
+    const PointTraits real = device->state().record.points;
     for (const Way& way : ways(real)) {
-        device->state().points = way.traits;
+        device->state().record.points = way.traits;
         const auto state = dots(PixelFormat::rgba16Float, "weight_fragment");
         const Picture drawn = picture(*state, strange, way.count);
         const auto at = [&](std::size_t x) { return drawn[8 * width + x]; };
@@ -317,16 +317,16 @@ TEST_F(Points, addNeitherNaNNorInfinityByAnyWay) {
         EXPECT_EQ(at(44), (std::array{most, -most, 1.0f, most})) << way.name;
         EXPECT_EQ(at(56), (std::array{3.0f, -3.0f, 1.0f, 1.5f})) << way.name;
     }
-    device->state().points = real;
+    device->state().record.points = real;
 }
 
 // A kernel cannot run every fragment function: derivatives are the raster's.
 TEST_F(Points, discardAndDeriveByEveryWay) {
-    const PointTraits real = device->state().points;
+    const PointTraits real = device->state().record.points;
     for (const char* const fragment : {"edge_fragment", "disc_fragment"}) {
         std::vector<Picture> pictures;
         for (const Way& way : ways(real)) {
-            device->state().points = way.traits;
+            device->state().record.points = way.traits;
             pictures.push_back(picture(*dots(PixelFormat::rgba16Float, fragment),
                                        {dotAt(40, 30, 12), dotAt(70.5, 30.5, 3)}, way.count));
             EXPECT_EQ(pictures.back()[30 * width + 39][0], 1) << fragment << ", " << way.name;
@@ -334,15 +334,15 @@ TEST_F(Points, discardAndDeriveByEveryWay) {
             expectSame(pictures.back(), pictures.front(), 10, std::string(fragment) + way.name);
         }
     }
-    device->state().points = real;
+    device->state().record.points = real;
 }
 
 // Loads that are the same over a point are handed over, others are not.
 TEST_F(Points, readWhatLiesBehindThemByEveryWay) {
-    const PointTraits real = device->state().points;
+    const PointTraits real = device->state().record.points;
     for (const float size : {3.0f, 12.0f})
         for (const Way& way : ways(real)) {
-            device->state().points = way.traits;
+            device->state().record.points = way.traits;
             const Picture drawn =
                 picture(*dots(PixelFormat::rgba16Float, "mixed_fragment"),
                         {dotAt(39.5, 29.5, size, 5), dotAt(-200, 0, 1, 7)}, way.count);
@@ -357,12 +357,12 @@ TEST_F(Points, readWhatLiesBehindThemByEveryWay) {
             expectSame({at(38.5f, 28.5f), at(40.5f, 28.5f), at(38.5f, 30.5f), at(40.5f, 30.5f)},
                        wanted, 10, way.name + (" with size " + std::to_string(size)));
         }
-    device->state().points = real;
+    device->state().record.points = real;
 }
 
 // Other draws before and after in one encoder, a part of the buffer, a viewport and a scissor.
 TEST_F(Points, keepToTheirPlaceAmongOtherDraws) {
-    const PointTraits real = device->state().points;
+    const PointTraits real = device->state().record.points;
     const auto whole = pipeline(wholeTarget(),
                                 glsl(msl::Stage::fragment, "quarter",
                                      "layout(location = 0) in vec2 at;\n"
@@ -375,7 +375,7 @@ TEST_F(Points, keepToTheirPlaceAmongOtherDraws) {
     std::vector<Dot> all(600, dotAt(64, 32, 8)); // these are not drawn
     all[599] = dotAt(64, 32, 2);
     for (const Way& way : ways(real)) {
-        device->state().points = way.traits;
+        device->state().record.points = way.traits;
         const auto state = dots(PixelFormat::rgba16Float);
         const std::uint32_t start = 599, count = way.count > 0 ? 600 : 1;
         all.resize(start + count);
@@ -409,7 +409,7 @@ TEST_F(Points, keepToTheirPlaceAmongOtherDraws) {
         EXPECT_EQ(at(96, 48)[0], 0) << way.name;
         EXPECT_EQ(at(94, 48)[0], 0) << way.name;
     }
-    device->state().points = real;
+    device->state().record.points = real;
 }
 
 TEST_F(Points, takeNothingFromTheHeapOnceWarm) {

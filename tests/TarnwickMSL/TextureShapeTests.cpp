@@ -334,7 +334,7 @@ TEST_F(TextureShapes, readAsZeroWhereNothingFits) {
     const auto library = device->newLibrary(source);
     const std::vector<Spot> at{{0, 0, 0, 0}, {3, 1, 2, 1}, {0, 0, 9, 0}};
     const auto other = filled(shapeOf("1d_array").texture, "uint"); // fits one type alone
-    bool& hasNulls = device->state().features.nullDescriptors;
+    bool& hasNulls = device->state().record.features.nullDescriptors;
     const bool hadNulls = std::exchange(hasNulls, false); // so that textures stand in
     for (const std::string& name : names)
         for (const Texel& each : run(*library, name, at, nullptr))

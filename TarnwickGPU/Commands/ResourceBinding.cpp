@@ -1,7 +1,8 @@
-#include "TarnwickGPU/Commands/ResourceTable.h"
+#include "TarnwickGPU/Commands/ResourceBinding.h"
 
 #include "TarnwickGPU/Commands/CommandBufferParts.h"
 #include "TarnwickGPU/Vulkan/Samplers.h"
+#include "TarnwickGPU/Vulkan/TextureParts.h"
 #include "TarnwickMSL/SamplerBits.h"
 
 #include <algorithm>
@@ -24,7 +25,7 @@ struct Writes {
 
 // A shader may read all of its record though setBytes was given less: the rest is zeros.
 void lengthen(CommandBufferParts& commands, BoundBuffer& bound, VkDeviceSize size) {
-    const BytesRing::Slice slice = commands.ring.take(*commands.device, size);
+    const BytesRing::Slice slice = commands.ring.take(commands.device->record, size);
     if (!slice.buffer) {
         commands.failed = true;
         return;
@@ -36,7 +37,8 @@ void lengthen(CommandBufferParts& commands, BoundBuffer& bound, VkDeviceSize siz
 
 VkDescriptorBufferInfo bufferInfo(CommandBufferParts& commands, ResourceTable& table,
                                   const BoundResource& bound) {
-    DeviceState& device = *commands.device;
+    const DeviceState& device = *commands.device;
+    const VkPhysicalDeviceLimits& limits = device.record.limits;
     const msl::Resource& resource = bound.resource;
     if (bound.own)
         return commands.ownBuffers[*bound.own];
@@ -45,12 +47,12 @@ VkDescriptorBufferInfo bufferInfo(CommandBufferParts& commands, ResourceTable& t
     BoundBuffer& buffer = table.buffers[resource.index];
     if (!buffer.buffer)
         return {resource.isWritten ? device.standIns.scratch.buffer : device.standIns.zeros.buffer,
-                0, std::min<VkDeviceSize>(standInBytes, device.limits.maxUniformBufferRange)};
+                0, std::min<VkDeviceSize>(standInBytes, limits.maxUniformBufferRange)};
     if (buffer.bytes && buffer.size < resource.size)
         lengthen(commands, buffer, resource.size);
     const VkDeviceSize most = bound.type == VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER
-                                  ? device.limits.maxUniformBufferRange
-                                  : device.limits.maxStorageBufferRange;
+                                  ? limits.maxUniformBufferRange
+                                  : limits.maxStorageBufferRange;
     return {buffer.buffer, buffer.offset, std::min(buffer.size, most)};
 }
 
@@ -64,18 +66,18 @@ VkSampler samplerFor(const ResourceTable& table, const BoundResource& bound) {
 }
 
 // Null descriptors read as zero and are of no size.
-VkDescriptorImageInfo standInFor(const DeviceState& device, const BoundResource& bound) {
+VkDescriptorImageInfo standInFor(const DeviceRecord& device, const BoundResource& bound) {
     if (device.features.nullDescriptors)
         return {VK_NULL_HANDLE, VK_NULL_HANDLE, VK_IMAGE_LAYOUT_UNDEFINED};
     return {VK_NULL_HANDLE, bound.standIn->views.whole(), bound.standIn->rest};
 }
 
-VkDescriptorImageInfo imageInfo(const DeviceState& device, const ResourceTable& table,
+VkDescriptorImageInfo imageInfo(const DeviceRecord& device, const ResourceTable& table,
                                 const BoundResource& bound) {
     if (bound.sampler)
         return {samplerFor(table, bound), VK_NULL_HANDLE, VK_IMAGE_LAYOUT_UNDEFINED};
     const TextureParts* texture = table.textures[bound.resource.index];
-    const VkImageView view = texture ? texture->viewFor(bound.resource) : VK_NULL_HANDLE;
+    const VkImageView view = texture ? texture->views.forResource(bound.resource) : VK_NULL_HANDLE;
     if (!view)
         return standInFor(device, bound);
     return {VK_NULL_HANDLE, view, texture->rest};
@@ -96,21 +98,22 @@ void add(CommandBufferParts& commands, Writes& writes, const BoundResource& boun
         writes.buffers[at] = bufferInfo(commands, table, bound);
         writes.list[at].pBufferInfo = &writes.buffers[at];
     } else {
-        writes.images[at] = imageInfo(*commands.device, table, bound);
+        writes.images[at] = imageInfo(commands.device->record, table, bound);
         writes.list[at].pImageInfo = &writes.images[at];
     }
 }
 
 void bindWithSet(CommandBufferParts& commands, const BindingLayout& layout,
                  VkPipelineBindPoint point, Writes& writes) {
-    const VkDescriptorSet set = commands.sets.take(*commands.device, layout.setLayout);
+    const VkDescriptorSet set = commands.sets.take(commands.device->record, layout.setLayout);
     if (!set) {
         commands.failed = true;
         return;
     }
     for (std::uint32_t at = 0; at < writes.count; ++at)
         writes.list[at].dstSet = set;
-    vkUpdateDescriptorSets(commands.device->handle, writes.count, writes.list.data(), 0, nullptr);
+    vkUpdateDescriptorSets(commands.device->record.handle, writes.count, writes.list.data(), 0,
+                           nullptr);
     vkCmdBindDescriptorSets(commands.handle, point, layout.pipelineLayout, 0, 1, &set, 0, nullptr);
 }
 
@@ -124,8 +127,8 @@ void bindResources(CommandBufferParts& commands, const BindingLayout& layout,
     if (!layout.pushesDescriptors)
         bindWithSet(commands, layout, point, writes);
     else if (writes.count > 0)
-        commands.device->pushDescriptorSet(commands.handle, point, layout.pipelineLayout, 0,
-                                           writes.count, writes.list.data());
+        commands.device->record.pushDescriptorSet(commands.handle, point, layout.pipelineLayout, 0,
+                                                  writes.count, writes.list.data());
 }
 
 } // namespace tarnwick::gpu

@@ -1,0 +1,30 @@
+#include "TarnwickGPU/Commands/PipelineErrors.h"
+
+#include "TarnwickGPU/Device.h"
+#include "TarnwickGPU/Vulkan/Capabilities.h"
+#include "TarnwickGPU/Vulkan/DeviceRecord.h"
+
+namespace tarnwick::gpu {
+
+std::string refusal(const DeviceRecord& device, const std::string& subject, VkResult result) {
+    const char* reason = "does not take it";
+    if (result == VK_ERROR_OUT_OF_DEVICE_MEMORY || result == VK_ERROR_OUT_OF_HOST_MEMORY)
+        reason = "is out of memory";
+    if (result == VK_ERROR_DEVICE_LOST)
+        reason = "was lost";
+    return "The device could not make " + subject + ": " + device.info.name + " " + reason + ".";
+}
+
+void checkNeeds(const DeviceRecord& device, const std::string& subject,
+                const msl::EntryPoint& function) {
+    const std::string start = "The device could not make " + subject + ": " + device.info.name;
+    if (auto missing = missingCapability(function.words, device.features.capabilities))
+        throw DeviceError(start + " has no " + *missing + ".");
+    const std::uint32_t most = device.limits.maxComputeSharedMemorySize;
+    if (function.threadgroupBytes > most)
+        throw DeviceError(start + " has " + std::to_string(most) +
+                          " bytes of threadgroup memory, and " +
+                          std::to_string(function.threadgroupBytes) + " are wanted.");
+}
+
+} // namespace tarnwick::gpu

@@ -1,0 +1,36 @@
+// What the objects of a device read of it: handles, features, limits and memory types. Filled when
+// the device is opened and constant from then on. The owner is DeviceState.
+#pragma once
+
+#include "TarnwickGPU/DeviceInfo.h"
+#include "TarnwickGPU/Vulkan/DeviceFeatures.h"
+#include "TarnwickGPU/Vulkan/PointTraits.h"
+
+#include <vulkan/vulkan.h>
+
+#include <cstdint>
+
+namespace tarnwick::gpu {
+
+struct PhysicalDevice;
+
+struct DeviceRecord {
+    VkPhysicalDevice physical = VK_NULL_HANDLE;
+    VkDevice handle = VK_NULL_HANDLE;
+    std::uint32_t queueFamily = 0;
+    std::uint32_t queueCount = 1; // queues of the family in use: 1 or 2
+    DeviceInfo info;
+    DeviceFeatures features;
+    VkPhysicalDeviceLimits limits{};
+    VkDeviceSize maxBufferSize = 0; // bytes
+    VkPhysicalDeviceMemoryProperties memory{};
+    PFN_vkCmdPushDescriptorSetKHR pushDescriptorSet = nullptr; // null: not supported
+    std::uint32_t loopBudget = 0; // iterations per invocation; the shaders' specialisation constant
+    PointTraits points;
+};
+
+// `handle` is null if the driver does not open the device; else the caller destroys it. The device
+// presents on windows only if the instance has surfaces.
+DeviceRecord openDevice(const PhysicalDevice& chosen, bool hasSurfaces);
+
+} // namespace tarnwick::gpu
