@@ -1,4 +1,6 @@
-// Queues, command buffers and encoders. One thread at a time may use a queue and what it made.
+// Queues, command buffers and encoders. One thread at a time may use a queue and the objects that
+// it made. Implemented in Commands/: CommandQueue.cpp, CommandBuffer.cpp, RenderCommandEncoder.cpp,
+// ComputeCommandEncoder.cpp, BlitCommandEncoder.cpp.
 #pragma once
 
 #include "TarnwickGPU/Pipeline.h"

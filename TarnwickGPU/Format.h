@@ -1,4 +1,4 @@
-// Pixel formats, texture descriptions and sampling of the GPU layer.
+// Pixel formats and texture descriptors. Vulkan/VulkanFormat.cpp has the table of the formats.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,5 @@
-// Libraries, functions and the states that pipelines are made of.
+// Libraries, functions and pipeline states. Device/Library.cpp, Commands/RenderPipelineState.cpp
+// and Commands/ComputePipelineState.cpp implement them.
 #pragma once
 
 #include "TarnwickGPU/Format.h"

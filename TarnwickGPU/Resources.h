@@ -1,4 +1,4 @@
-// Buffers and textures.
+// Buffers and textures. Resources/BufferParts.cpp and Resources/Texture.cpp implement them.
 #pragma once
 
 #include "TarnwickGPU/Format.h"

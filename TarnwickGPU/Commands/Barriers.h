@@ -6,7 +6,7 @@
 // submission and of later ones on the queue (Vulkan 1.3, 7.6).
 #pragma once
 
-#include "TarnwickGPU/Vulkan/TextureParts.h"
+#include "TarnwickGPU/Resources/TextureParts.h"
 
 #include <vulkan/vulkan.h>
 

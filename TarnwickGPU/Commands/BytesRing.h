@@ -2,7 +2,7 @@
 // GPU, and free again when the command buffer starts anew.
 #pragma once
 
-#include "TarnwickGPU/Vulkan/Memory.h"
+#include "TarnwickGPU/Resources/Memory.h"
 
 #include <vulkan/vulkan.h>
 

@@ -1,9 +1,9 @@
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickGPU/Commands/CommandBufferParts.h"
+#include "TarnwickGPU/Device/LayerParts.h"
 #include "TarnwickGPU/Layer.h"
-#include "TarnwickGPU/Vulkan/BufferParts.h"
-#include "TarnwickGPU/Vulkan/LayerParts.h"
-#include "TarnwickGPU/Vulkan/TextureParts.h"
+#include "TarnwickGPU/Resources/BufferParts.h"
+#include "TarnwickGPU/Resources/TextureParts.h"
 
 #include <algorithm>
 #include <cstring>

@@ -8,9 +8,9 @@
 #include "TarnwickGPU/Commands/DescriptorSets.h"
 #include "TarnwickGPU/Commands/LoopReports.h"
 #include "TarnwickGPU/Commands/ResourceTable.h"
-#include "TarnwickGPU/Vulkan/BindingLayout.h"
-#include "TarnwickGPU/Vulkan/DeviceState.h"
-#include "TarnwickGPU/Vulkan/PointSums.h"
+#include "TarnwickGPU/Device/BindingLayout.h"
+#include "TarnwickGPU/Device/DeviceState.h"
+#include "TarnwickGPU/Resources/PointSums.h"
 
 #include <vulkan/vulkan.h>
 

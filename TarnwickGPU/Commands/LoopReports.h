@@ -1,7 +1,7 @@
 // Where the shaders of one command buffer say that an invocation ran out of its loop budget.
 #pragma once
 
-#include "TarnwickGPU/Vulkan/Memory.h"
+#include "TarnwickGPU/Resources/Memory.h"
 
 #include <vulkan/vulkan.h>
 

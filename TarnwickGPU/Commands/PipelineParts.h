@@ -3,10 +3,10 @@
 #pragma once
 
 #include "TarnwickGPU/Commands.h"
+#include "TarnwickGPU/Device/BindingLayout.h"
+#include "TarnwickGPU/Device/DeviceState.h"
 #include "TarnwickGPU/Pipeline.h"
 #include "TarnwickGPU/Points/PointPipelines.h"
-#include "TarnwickGPU/Vulkan/BindingLayout.h"
-#include "TarnwickGPU/Vulkan/DeviceState.h"
 
 #include <vulkan/vulkan.h>
 

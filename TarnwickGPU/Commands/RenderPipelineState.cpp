@@ -3,8 +3,8 @@
 #include "TarnwickGPU/Commands/PipelineParts.h"
 #include "TarnwickGPU/Commands/StageInterface.h"
 #include "TarnwickGPU/Device.h"
+#include "TarnwickGPU/Device/GraphicsPipeline.h"
 #include "TarnwickGPU/Points/PointForms.h"
-#include "TarnwickGPU/Vulkan/GraphicsPipeline.h"
 
 #include <array>
 

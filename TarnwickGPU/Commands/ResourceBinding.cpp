@@ -1,8 +1,8 @@
 #include "TarnwickGPU/Commands/ResourceBinding.h"
 
 #include "TarnwickGPU/Commands/CommandBufferParts.h"
-#include "TarnwickGPU/Vulkan/Samplers.h"
-#include "TarnwickGPU/Vulkan/TextureParts.h"
+#include "TarnwickGPU/Resources/Samplers.h"
+#include "TarnwickGPU/Resources/TextureParts.h"
 #include "TarnwickMSL/SamplerBits.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // Writes the descriptors of a draw or dispatch from the tables of bound resources.
 #pragma once
 
-#include "TarnwickGPU/Vulkan/BindingLayout.h"
+#include "TarnwickGPU/Device/BindingLayout.h"
 
 #include <vulkan/vulkan.h>
 

@@ -35,7 +35,8 @@ struct PointKernelNeeds {
 // Nothing where a function does what a kernel cannot.
 std::optional<spirv::Words> pointKernel(const PointKernelNeeds& needs);
 
-// The functions that add the sums to the target, and clear them. They see them at binding 0.
+// The functions that add the sums, a buffer at binding 0, to the target and clear them. They are in
+// PointSumsCode.cpp.
 spirv::Words sumsVertex();
 spirv::Words sumsFragment();
 

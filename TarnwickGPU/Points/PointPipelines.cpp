@@ -1,8 +1,8 @@
 #include "TarnwickGPU/Points/PointPipelines.h"
 
+#include "TarnwickGPU/Device/GraphicsPipeline.h"
 #include "TarnwickGPU/Points/PointForms.h"
 #include "TarnwickGPU/Points/PointKernel.h"
-#include "TarnwickGPU/Vulkan/GraphicsPipeline.h"
 #include "TarnwickGPU/Vulkan/ShaderModule.h"
 
 #include <algorithm>

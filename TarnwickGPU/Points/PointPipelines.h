@@ -1,8 +1,8 @@
 // The pipelines that a render pipeline of points is made of.
 #pragma once
 
+#include "TarnwickGPU/Device/BindingLayout.h"
 #include "TarnwickGPU/Points/PointRecord.h"
-#include "TarnwickGPU/Vulkan/BindingLayout.h"
 
 #include <vulkan/vulkan.h>
 

@@ -1,4 +1,4 @@
-#include "TarnwickGPU/Vulkan/DeviceState.h"
+#include "TarnwickGPU/Device/DeviceState.h"
 #include "tests/TarnwickGPU/Gpu.h"
 #include "tests/TarnwickGPU/HeapCount.h"
 

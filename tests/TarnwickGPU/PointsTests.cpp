@@ -1,6 +1,6 @@
 // Points against squares worked out on the CPU, by every way that the layer has to draw them.
 #include "TarnwickGPU/Commands/PipelineParts.h"
-#include "TarnwickGPU/Vulkan/DeviceState.h"
+#include "TarnwickGPU/Device/DeviceState.h"
 #include "tests/TarnwickGPU/Gpu.h"
 #include "tests/TarnwickGPU/HeapCount.h"
 

@@ -2,7 +2,7 @@
 // write beside the same worked out here. Every texel of a texture has a number of its own.
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
-#include "TarnwickGPU/Vulkan/DeviceState.h"
+#include "TarnwickGPU/Device/DeviceState.h"
 #include "tests/TarnwickMSL/KernelRun.h"
 #include "tests/TarnwickMSL/NumberedTextures.h"
 #include "tests/Validation.h"

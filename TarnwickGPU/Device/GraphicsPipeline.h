@@ -1,8 +1,8 @@
 // One Vulkan pipeline of a vertex and a fragment module.
 #pragma once
 
+#include "TarnwickGPU/Device/DeviceState.h"
 #include "TarnwickGPU/Pipeline.h"
-#include "TarnwickGPU/Vulkan/DeviceState.h"
 
 #include <vulkan/vulkan.h>
 

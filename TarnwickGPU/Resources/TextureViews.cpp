@@ -1,4 +1,4 @@
-#include "TarnwickGPU/Vulkan/TextureViews.h"
+#include "TarnwickGPU/Resources/TextureViews.h"
 
 #include "TarnwickGPU/Vulkan/DeviceRecord.h"
 #include "TarnwickGPU/Vulkan/Graveyard.h"

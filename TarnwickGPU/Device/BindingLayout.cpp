@@ -1,6 +1,6 @@
-#include "TarnwickGPU/Vulkan/BindingLayout.h"
+#include "TarnwickGPU/Device/BindingLayout.h"
 
-#include "TarnwickGPU/Vulkan/DeviceState.h"
+#include "TarnwickGPU/Device/DeviceState.h"
 #include "TarnwickMSL/SamplerBits.h"
 
 #include <algorithm>

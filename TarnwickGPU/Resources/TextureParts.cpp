@@ -1,9 +1,9 @@
-#include "TarnwickGPU/Vulkan/TextureParts.h"
+#include "TarnwickGPU/Resources/TextureParts.h"
 
+#include "TarnwickGPU/Resources/Memory.h"
+#include "TarnwickGPU/Resources/Transfers.h"
 #include "TarnwickGPU/Vulkan/DeviceRecord.h"
 #include "TarnwickGPU/Vulkan/Graveyard.h"
-#include "TarnwickGPU/Vulkan/Memory.h"
-#include "TarnwickGPU/Vulkan/Transfers.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 
 #include <algorithm>

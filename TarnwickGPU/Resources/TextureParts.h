@@ -2,7 +2,7 @@
 #pragma once
 
 #include "TarnwickGPU/Format.h"
-#include "TarnwickGPU/Vulkan/TextureViews.h"
+#include "TarnwickGPU/Resources/TextureViews.h"
 
 #include <vulkan/vulkan.h>
 

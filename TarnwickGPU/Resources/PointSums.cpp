@@ -1,4 +1,4 @@
-#include "TarnwickGPU/Vulkan/PointSums.h"
+#include "TarnwickGPU/Resources/PointSums.h"
 
 #include <cstring>
 

@@ -1,4 +1,4 @@
-#include "TarnwickGPU/Vulkan/LayerParts.h"
+#include "TarnwickGPU/Device/LayerParts.h"
 
 #include <X11/Xlib.h>
 #include <vulkan/vulkan_xlib.h>

@@ -1,8 +1,7 @@
 #include "TarnwickBase/Precondition.h"
-#include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/Resources.h"
-#include "TarnwickGPU/Vulkan/DeviceState.h"
-#include "TarnwickGPU/Vulkan/TextureParts.h"
+#include "TarnwickGPU/Resources/TextureParts.h"
+#include "TarnwickGPU/Resources/Transfers.h"
 
 #include <algorithm>
 #include <cstring>
@@ -152,18 +151,6 @@ void Texture::getBytes(void* bytes, std::size_t bytesPerRow, std::size_t bytesPe
 
 Texture::MappedPixels Texture::mapped() const {
     return {parts_->bytes, parts_->bytesPerRow, parts_->mappedLength};
-}
-
-std::unique_ptr<Texture> Device::newTexture(const TextureDescriptor& descriptor) {
-    if (isLost())
-        return nullptr;
-    state_->graveyard.collect();
-    auto parts =
-        TextureParts::make(state_->record, state_->graveyard, state_->transfers, descriptor);
-    if (!parts)
-        return nullptr;
-    parts->keepsAlive = state_;
-    return std::make_unique<Texture>(std::move(parts));
 }
 
 } // namespace tarnwick::gpu

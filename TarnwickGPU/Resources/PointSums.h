@@ -2,7 +2,7 @@
 // leave it as they found it, full of zeros.
 #pragma once
 
-#include "TarnwickGPU/Vulkan/Memory.h"
+#include "TarnwickGPU/Resources/Memory.h"
 
 #include <memory>
 #include <mutex>

@@ -1,7 +1,7 @@
 #include "TarnwickGPU/Layer.h"
 
 #include "TarnwickGPU/Device.h"
-#include "TarnwickGPU/Vulkan/LayerParts.h"
+#include "TarnwickGPU/Device/LayerParts.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "TarnwickGPU/Vulkan/Memory.h"
+#include "TarnwickGPU/Resources/Memory.h"
 
 #include "TarnwickGPU/Vulkan/Graveyard.h"
 

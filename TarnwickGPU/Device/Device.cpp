@@ -1,10 +1,16 @@
 #include "TarnwickGPU/Device.h"
 
 #include "TarnwickBase/Quoted.h"
-#include "TarnwickGPU/Vulkan/DeviceState.h"
+#include "TarnwickGPU/Device/DeviceState.h"
+#include "TarnwickGPU/Resources.h"
+#include "TarnwickGPU/Resources/BufferParts.h"
+#include "TarnwickGPU/Resources/TextureParts.h"
 #include "TarnwickGPU/Vulkan/PhysicalDevices.h"
+#include "TarnwickMSL/Compile.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace tarnwick::gpu {
 
@@ -70,6 +76,47 @@ bool Device::isLost() const {
 }
 std::uint64_t Device::validationMessages() {
     return validationMessageCount();
+}
+
+std::unique_ptr<Library> Device::newLibrary(std::string_view source,
+                                            std::string_view moreWarningsIn) {
+    return gpu::newLibrary(
+        source, {.target = {.addsFloatsInBuffers = state_->record.features.addsFloatsInBuffers},
+                 .moreWarningsIn = std::string(moreWarningsIn)});
+}
+
+std::unique_ptr<Library> Device::newLibrary(std::vector<msl::EntryPoint> entryPoints) {
+    return std::make_unique<Library>(std::move(entryPoints), std::string());
+}
+
+// Some devices make longer buffers, but a descriptor shows a shader only this much.
+std::size_t Device::maxBufferLength() const {
+    return std::min<VkDeviceSize>(state_->record.maxBufferSize,
+                                  state_->record.limits.maxStorageBufferRange);
+}
+
+std::unique_ptr<Buffer> Device::newBuffer(std::size_t bytes, StorageMode storage) {
+    if (isLost() || bytes > maxBufferLength())
+        return nullptr;
+    state_->graveyard.collect();
+    auto parts =
+        BufferParts::make(state_->record, state_->graveyard, state_->transfers, bytes, storage);
+    if (!parts)
+        return nullptr;
+    parts->keepsAlive = state_;
+    return std::make_unique<Buffer>(std::move(parts));
+}
+
+std::unique_ptr<Texture> Device::newTexture(const TextureDescriptor& descriptor) {
+    if (isLost())
+        return nullptr;
+    state_->graveyard.collect();
+    auto parts =
+        TextureParts::make(state_->record, state_->graveyard, state_->transfers, descriptor);
+    if (!parts)
+        return nullptr;
+    parts->keepsAlive = state_;
+    return std::make_unique<Texture>(std::move(parts));
 }
 
 } // namespace tarnwick::gpu

@@ -1,6 +1,6 @@
-#include "TarnwickGPU/Vulkan/LayerParts.h"
+#include "TarnwickGPU/Device/LayerParts.h"
 
-#include "TarnwickGPU/Vulkan/TextureParts.h"
+#include "TarnwickGPU/Resources/TextureParts.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "TarnwickGPU/Vulkan/GraphicsPipeline.h"
+#include "TarnwickGPU/Device/GraphicsPipeline.h"
 
 #include "TarnwickGPU/Vulkan/ShaderModule.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"

@@ -1,7 +1,7 @@
 #include "TarnwickGPU/SamplerState.h"
 
 #include "TarnwickGPU/Device.h"
-#include "TarnwickGPU/Vulkan/DeviceState.h"
+#include "TarnwickGPU/Device/DeviceState.h"
 #include "TarnwickMSL/SamplerBits.h"
 
 #include <array>

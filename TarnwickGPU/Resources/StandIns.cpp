@@ -1,6 +1,6 @@
-#include "TarnwickGPU/Vulkan/StandIns.h"
+#include "TarnwickGPU/Resources/StandIns.h"
 
-#include "TarnwickGPU/Vulkan/TextureParts.h"
+#include "TarnwickGPU/Resources/TextureParts.h"
 
 #include <array>
 #include <cstring>

@@ -1,7 +1,7 @@
 // What is bound where nobody bound anything that fits: zeros to read, and a place to write to.
 #pragma once
 
-#include "TarnwickGPU/Vulkan/Memory.h"
+#include "TarnwickGPU/Resources/Memory.h"
 #include "TarnwickMSL/EntryPoint.h"
 
 #include <mutex>

@@ -1,4 +1,4 @@
-#include "TarnwickGPU/Vulkan/DeviceState.h"
+#include "TarnwickGPU/Device/DeviceState.h"
 
 #include "TarnwickGPU/Vulkan/PhysicalDevices.h"
 

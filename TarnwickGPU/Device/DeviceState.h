@@ -2,15 +2,15 @@
 // Shared by every object that the device made.
 #pragma once
 
+#include "TarnwickGPU/Resources/PointSums.h"
+#include "TarnwickGPU/Resources/Samplers.h"
+#include "TarnwickGPU/Resources/StandIns.h"
+#include "TarnwickGPU/Resources/Transfers.h"
 #include "TarnwickGPU/Vulkan/DeviceRecord.h"
 #include "TarnwickGPU/Vulkan/Graveyard.h"
 #include "TarnwickGPU/Vulkan/Instance.h"
 #include "TarnwickGPU/Vulkan/PipelineCache.h"
-#include "TarnwickGPU/Vulkan/PointSums.h"
-#include "TarnwickGPU/Vulkan/Samplers.h"
-#include "TarnwickGPU/Vulkan/StandIns.h"
 #include "TarnwickGPU/Vulkan/Submissions.h"
-#include "TarnwickGPU/Vulkan/Transfers.h"
 
 #include <memory>
 

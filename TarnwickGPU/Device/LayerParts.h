@@ -3,8 +3,8 @@
 // as None and Status.
 #pragma once
 
+#include "TarnwickGPU/Device/DeviceState.h"
 #include "TarnwickGPU/Resources.h"
-#include "TarnwickGPU/Vulkan/DeviceState.h"
 
 #include <vulkan/vulkan.h>
 

@@ -1,6 +1,5 @@
 #include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/Pipeline.h"
-#include "TarnwickGPU/Vulkan/DeviceState.h"
 #include "TarnwickMSL/Compile.h"
 
 #include <utility>
@@ -43,17 +42,6 @@ std::unique_ptr<Library> newLibrary(std::string_view source, const msl::CompileO
         throw LibraryError(compilation.messages, compilation.isCompilersFault);
     return std::make_unique<Library>(std::move(compilation.entryPoints),
                                      std::move(compilation.messages));
-}
-
-std::unique_ptr<Library> Device::newLibrary(std::string_view source,
-                                            std::string_view moreWarningsIn) {
-    return gpu::newLibrary(
-        source, {.target = {.addsFloatsInBuffers = state_->record.features.addsFloatsInBuffers},
-                 .moreWarningsIn = std::string(moreWarningsIn)});
-}
-
-std::unique_ptr<Library> Device::newLibrary(std::vector<msl::EntryPoint> entryPoints) {
-    return std::make_unique<Library>(std::move(entryPoints), std::string());
 }
 
 } // namespace tarnwick::gpu

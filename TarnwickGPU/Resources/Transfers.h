@@ -2,7 +2,7 @@
 // at once. Any thread; one job at a time.
 #pragma once
 
-#include "TarnwickGPU/Vulkan/Memory.h"
+#include "TarnwickGPU/Resources/Memory.h"
 
 #include <vulkan/vulkan.h>
 

@@ -1,4 +1,4 @@
-#include "TarnwickGPU/Vulkan/Transfers.h"
+#include "TarnwickGPU/Resources/Transfers.h"
 
 #include "TarnwickGPU/Vulkan/Graveyard.h"
 #include "TarnwickGPU/Vulkan/Submissions.h"

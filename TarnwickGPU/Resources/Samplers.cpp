@@ -1,4 +1,4 @@
-#include "TarnwickGPU/Vulkan/Samplers.h"
+#include "TarnwickGPU/Resources/Samplers.h"
 
 #include "TarnwickMSL/SamplerBits.h"
 

@@ -1,0 +1,44 @@
+#include "TarnwickGPU/Resources/BufferParts.h"
+
+#include "TarnwickGPU/Resources.h"
+#include "TarnwickGPU/Resources/Transfers.h"
+
+#include <cstring>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+bool clear(Transfers& transfers, const BufferMemory& memory) {
+    if (memory.bytes) {
+        std::memset(memory.bytes, 0, memory.size);
+        return true;
+    }
+    return transfers.run([&](VkCommandBuffer commands) {
+        vkCmdFillBuffer(commands, memory.buffer, 0, VK_WHOLE_SIZE, 0);
+    });
+}
+
+} // namespace
+
+std::unique_ptr<BufferParts> BufferParts::make(const DeviceRecord& device, Graveyard& graveyard,
+                                               Transfers& transfers, std::size_t bytes,
+                                               StorageMode storage) {
+    const auto use = storage == StorageMode::private_ ? MemoryUse::gpuOnly : MemoryUse::readBack;
+    const auto memory = makeBufferMemory(device, bytes, use);
+    if (!memory)
+        return nullptr;
+    auto parts = std::make_unique<BufferParts>(graveyard, *memory);
+    return clear(transfers, *memory) ? std::move(parts) : nullptr;
+}
+
+Buffer::Buffer(std::unique_ptr<BufferParts> parts) : parts_(std::move(parts)) {}
+Buffer::~Buffer() = default;
+std::size_t Buffer::length() const {
+    return parts_->memory.size;
+}
+void* Buffer::contents() const {
+    return parts_->memory.bytes;
+}
+
+} // namespace tarnwick::gpu
