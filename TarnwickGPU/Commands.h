@@ -3,6 +3,7 @@
 // ComputeCommandEncoder.cpp, BlitCommandEncoder.cpp.
 #pragma once
 
+#include "TarnwickGPU/CommandRecords.h"
 #include "TarnwickGPU/Pipeline.h"
 #include "TarnwickGPU/Resources.h"
 #include "TarnwickGPU/SamplerState.h"
@@ -17,56 +18,6 @@ namespace tarnwick::gpu {
 class Drawable;
 struct CommandBufferParts;
 struct QueueParts;
-
-enum class LoadAction : std::uint8_t { dontCare, load, clear };
-enum class StoreAction : std::uint8_t { dontCare, store, multisampleResolve };
-
-struct ClearColor {
-    double red = 0, green = 0, blue = 0, alpha = 1; // opaque black, as on the home platform
-};
-
-struct ColorAttachment {
-    const Texture* texture = nullptr;
-    std::uint32_t level = 0, slice = 0; // of `texture`
-    const Texture* resolveTexture = nullptr;
-    LoadAction load = LoadAction::dontCare;
-    StoreAction store = StoreAction::store;
-    ClearColor clear;
-};
-
-struct DepthAttachment {
-    const Texture* texture = nullptr;
-    std::uint32_t level = 0, slice = 0;
-    LoadAction load = LoadAction::clear;
-    StoreAction store = StoreAction::dontCare;
-    double clearDepth = 1.0;
-};
-
-struct RenderPassDescriptor {
-    ColorAttachment color; // colour attachment 0
-    DepthAttachment depth; // no texture: no depth
-};
-
-inline constexpr std::size_t mostThreadgroupPointers = 31;
-
-enum class PrimitiveType : std::uint8_t { point, triangle, triangleStrip };
-enum class CommandBufferStatus : std::uint8_t { recording, committed, completed, error };
-
-struct Size {
-    std::uint32_t width = 1, height = 1, depth = 1;
-
-    bool operator==(const Size&) const = default;
-};
-
-// Where clip space lands on the target: pixels from its upper left, depth in [0, 1].
-struct Viewport {
-    double originX = 0, originY = 0, width = 0, height = 0, znear = 0, zfar = 1;
-};
-
-// Pixels from the target's upper left; nothing outside is drawn. Lies within the target.
-struct ScissorRect {
-    std::uint32_t x = 0, y = 0, width = 0, height = 0;
-};
 
 // Encoders are handles of their command buffer's state: cheap, and valid until endEncoding().
 // setXxxBytes copies: at most 65536 bytes. Indices are those of the shader's [[buffer(n)]] (0 to

@@ -1,7 +1,7 @@
 // Presenting on a window: what a drawable is taken from.
 #pragma once
 
-#include "TarnwickGPU/Commands.h"
+#include "TarnwickGPU/Resources.h"
 
 #include <cstdint>
 #include <memory>

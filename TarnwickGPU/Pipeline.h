@@ -1,5 +1,5 @@
-// Libraries, functions and pipeline states. Device/Library.cpp, Commands/RenderPipelineState.cpp
-// and Commands/ComputePipelineState.cpp implement them.
+// Libraries, functions and pipeline states. Device/Library.cpp implements the first two;
+// Commands/PipelineParts.h names the sources of the pipeline states.
 #pragma once
 
 #include "TarnwickGPU/Format.h"

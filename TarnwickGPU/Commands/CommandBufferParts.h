@@ -1,8 +1,9 @@
-// The Vulkan sides of queues and command buffers. A command buffer's parts are used again once the
-// GPU is done with them, and everything in them keeps its room, so that a warm frame needs no heap.
+// The Vulkan sides of queues and command buffers, and the state of the open encoder. A command
+// buffer's parts are used again once the GPU is done with them, and their containers keep their
+// memory, so that a warm frame allocates nothing from the heap.
 #pragma once
 
-#include "TarnwickGPU/Commands.h"
+#include "TarnwickGPU/CommandRecords.h"
 #include "TarnwickGPU/Commands/Barriers.h"
 #include "TarnwickGPU/Commands/BytesRing.h"
 #include "TarnwickGPU/Commands/DescriptorSets.h"
@@ -22,9 +23,15 @@
 
 namespace tarnwick::gpu {
 
+class Buffer;
+class SamplerState;
 struct ComputePipelineParts;
 struct DrawableSlot;
+struct QueueParts;
 struct RenderPipelineParts;
+
+// The drawables that one command buffer may draw into or present.
+inline constexpr std::size_t mostDrawables = 7;
 
 enum class Encoding : std::uint8_t { nothing, render, compute, blit };
 

@@ -1,3 +1,4 @@
+#include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Commands/CommandBufferParts.h"
 #include "TarnwickGPU/Device.h"
 

@@ -2,7 +2,7 @@
 // make them.
 #pragma once
 
-#include "TarnwickGPU/Commands.h"
+#include "TarnwickGPU/CommandRecords.h"
 #include "TarnwickGPU/Device/BindingLayout.h"
 #include "TarnwickGPU/Device/DeviceState.h"
 #include "TarnwickGPU/Pipeline.h"

@@ -3,6 +3,8 @@
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickGPU/Commands/ResourceBinding.h"
 #include "TarnwickGPU/Points/PointForms.h"
+#include "TarnwickGPU/Resources.h"
+#include "TarnwickGPU/Resources/TextureParts.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 
 #include <algorithm>

@@ -1,6 +1,4 @@
-#include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/Pipeline.h"
-#include "TarnwickMSL/Compile.h"
 
 #include <utility>
 
@@ -34,14 +32,6 @@ std::vector<std::string> Library::functionNames() const {
     for (const auto& entryPoint : entryPoints_)
         names.push_back(entryPoint->name);
     return names;
-}
-
-std::unique_ptr<Library> newLibrary(std::string_view source, const msl::CompileOptions& options) {
-    msl::Compilation compilation = msl::compile(source, options);
-    if (compilation.failed)
-        throw LibraryError(compilation.messages, compilation.isCompilersFault);
-    return std::make_unique<Library>(std::move(compilation.entryPoints),
-                                     std::move(compilation.messages));
 }
 
 } // namespace tarnwick::gpu

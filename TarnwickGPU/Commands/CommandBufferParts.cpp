@@ -1,0 +1,142 @@
+#include "TarnwickGPU/Commands/CommandBufferParts.h"
+
+#include "TarnwickBase/Precondition.h"
+#include "TarnwickGPU/Device/LayerParts.h"
+#include "TarnwickGPU/Resources.h"
+#include "TarnwickGPU/Resources/BufferParts.h"
+#include "TarnwickGPU/Resources/TextureParts.h"
+#include "TarnwickGPU/SamplerState.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace tarnwick::gpu {
+
+namespace {
+
+constexpr std::size_t mostBytes = 65536;
+
+} // namespace
+
+std::unique_ptr<CommandBufferParts> CommandBufferParts::make(std::shared_ptr<DeviceState> device) {
+    auto parts = std::make_unique<CommandBufferParts>(std::move(device));
+    const VkDevice handle = parts->device->record.handle;
+    const VkCommandPoolCreateInfo poolInfo{.sType = VK_STRUCTURE_TYPE_COMMAND_POOL_CREATE_INFO,
+                                           .flags = VK_COMMAND_POOL_CREATE_TRANSIENT_BIT,
+                                           .queueFamilyIndex = parts->device->record.queueFamily};
+    if (vkCreateCommandPool(handle, &poolInfo, nullptr, &parts->pool) != VK_SUCCESS)
+        return nullptr;
+    const VkCommandBufferAllocateInfo info{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_ALLOCATE_INFO,
+                                           .commandPool = parts->pool,
+                                           .level = VK_COMMAND_BUFFER_LEVEL_PRIMARY,
+                                           .commandBufferCount = 1};
+    if (vkAllocateCommandBuffers(handle, &info, &parts->handle) != VK_SUCCESS ||
+        !parts->reports.make(parts->device->record))
+        return nullptr;
+    return parts;
+}
+
+CommandBufferParts::~CommandBufferParts() {
+    Graveyard& graveyard = device->graveyard;
+    ring.bury(graveyard);
+    sets.bury(graveyard);
+    reports.bury(graveyard);
+    graveyard.bury(pool);
+}
+
+bool CommandBufferParts::begin() {
+    ring.reset();
+    sets.reset(device->record);
+    reports.reset();
+    barriers.forget();
+    sums.reset();
+    touched.clear();
+    presented.clear();
+    status = CommandBufferStatus::recording;
+    failed = false;
+    encoding = Encoding::nothing;
+    const VkCommandBufferBeginInfo info{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_BEGIN_INFO,
+                                        .flags = VK_COMMAND_BUFFER_USAGE_ONE_TIME_SUBMIT_BIT};
+    return vkResetCommandPool(device->record.handle, pool, 0) == VK_SUCCESS &&
+           vkBeginCommandBuffer(handle, &info) == VK_SUCCESS;
+}
+
+void CommandBufferParts::startEncoding(Encoding kind) {
+    precondition(status == CommandBufferStatus::recording, "Encoders come before commit().");
+    precondition(encoding == Encoding::nothing, "A command buffer has one open encoder at a time.");
+    encoding = kind;
+    tables = {};
+    resourcesChanged = true;
+    wroteMemory = false;
+    renderPipeline = nullptr;
+    computePipeline = nullptr;
+    boundPipeline = VK_NULL_HANDLE;
+    primitive.reset();
+    rendering = Rendering::due;
+}
+
+void CommandBufferParts::endEncoding(Encoding kind) {
+    precondition(encoding == kind, "endEncoding() comes once, and last.");
+    encoding = Encoding::nothing;
+}
+
+void CommandBufferParts::enter(const TextureParts& texture, const TextureUse& use,
+                               Contents contents) {
+    DrawableSlot* slot = texture.drawable;
+    if (slot) {
+        touch(*slot);
+        if (!std::exchange(slot->isDrawn, true))
+            contents = Contents::discarded; // a drawable starts with no contents
+    }
+    barriers.enter(texture, use, contents);
+}
+
+void CommandBufferParts::touch(DrawableSlot& slot) {
+    if (std::find(touched.begin(), touched.end(), &slot) == touched.end())
+        touched.push_back(&slot);
+    precondition(touched.size() <= mostDrawables, "A command buffer has at most 7 drawables.");
+}
+
+void CommandBufferParts::setBytes(TableIndex table, const void* bytes, std::size_t length,
+                                  std::uint32_t index) {
+    precondition(length > 0 && length <= mostBytes, "setBytes takes 1 to 65536 bytes.");
+    precondition(index < buffersPerStage, "Buffers have indices from 0 to 30.");
+    const BytesRing::Slice slice = ring.take(device->record, length);
+    if (!slice.buffer) {
+        failed = true;
+        return;
+    }
+    std::memcpy(slice.bytes, bytes, length);
+    tables[static_cast<std::size_t>(table)].buffers[index] = {slice.buffer, slice.offset, length,
+                                                              slice.bytes};
+    resourcesChanged = true;
+}
+
+void CommandBufferParts::setBuffer(TableIndex table, const Buffer& buffer, std::size_t offset,
+                                   std::uint32_t index) {
+    const BufferMemory& memory = buffer.parts().memory;
+    precondition(index < buffersPerStage, "Buffers have indices from 0 to 30.");
+    precondition(offset < memory.size, "A buffer's offset lies within it.");
+    precondition(offset % device->record.limits.minStorageBufferOffsetAlignment == 0 &&
+                     offset % device->record.limits.minUniformBufferOffsetAlignment == 0,
+                 "A buffer's offset is a multiple of 256 bytes, or of what the device asks for.");
+    tables[static_cast<std::size_t>(table)].buffers[index] = {memory.buffer, offset,
+                                                              memory.size - offset, nullptr};
+    resourcesChanged = true;
+}
+
+void CommandBufferParts::setTexture(TableIndex table, const Texture* texture, std::uint32_t index) {
+    precondition(index < msl::mostTextures, "Textures have indices from 0 to 127.");
+    tables[static_cast<std::size_t>(table)].textures[index] = texture ? &texture->parts() : nullptr;
+    resourcesChanged = true;
+}
+
+void CommandBufferParts::setSampler(TableIndex table, const SamplerState* state,
+                                    std::uint32_t index) {
+    precondition(index < msl::mostSamplers, "Samplers have indices from 0 to 15.");
+    tables[static_cast<std::size_t>(table)].samplers[index] = state ? &state->parts() : nullptr;
+    resourcesChanged = true;
+}
+
+} // namespace tarnwick::gpu
