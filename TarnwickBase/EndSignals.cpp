@@ -21,12 +21,12 @@ namespace {
 constexpr std::array numbers{SIGINT, SIGTERM, SIGHUP};
 constexpr std::chrono::milliseconds longestHold{1500};
 
-// All that a signal's handler can reach.
+// The state that the signal handler may access.
 struct Arrival {
-    std::atomic<int> number = 0;      // of the first that arrived; 0 before
-    std::atomic<int> descriptor = -1; // an event: readable once one has arrived
+    std::atomic<int> number = 0;      // of the first signal that arrived; 0 before
+    std::atomic<int> descriptor = -1; // an eventfd: readable once a signal has arrived
     std::atomic<int> holders = 0;
-    std::atomic<int> status = -1; // to end with instead of by the signal; -1: none
+    std::atomic<int> status = -1; // to end with, instead of the signal; -1: none
 };
 
 constinit Arrival arrival;
@@ -37,7 +37,8 @@ void signalEvent() {
     [[maybe_unused]] const auto ignored = write(arrival.descriptor, &one, sizeof one);
 }
 
-// Any thread runs it: blocking the signals in ours would leave them to those of the drivers.
+// The handler. Any thread may run it: if our threads blocked the signals, only the drivers' threads
+// would receive them.
 void take(int number) {
     const int error = errno;
     int none = 0;
@@ -47,15 +48,15 @@ void take(int number) {
 }
 
 void wipeTerminalLine() {
-    constexpr std::string_view wipe = "\r\033[K"; // a progress bar may stand there
+    constexpr std::string_view wipe = "\r\033[K"; // a progress bar may be on it
     if (isatty(STDERR_FILENO) == 1) [[maybe_unused]]
         const auto ignored = write(STDERR_FILENO, wipe.data(), wipe.size());
 }
 
-// No destructors, no handlers of exit(): those of drivers wait for what the GPU is at.
+// Runs no destructors and no handlers of exit(): those of drivers wait for the GPU.
 [[noreturn]] void endProcess() {
     static std::mutex once;
-    once.lock(); // for good: a second thread that wants the same waits for the end here
+    once.lock(); // never unlocked: a second thread waits here for the end of the process
     removeUnfinished();
     wipeTerminalLine();
     if (arrival.status >= 0)
@@ -130,7 +131,7 @@ HeldSignals::HeldSignals() {
 
 HeldSignals::~HeldSignals() {
     if (isAnswered_)
-        return; // and goes on holding, until main() ends
+        return; // signals remain held until main() ends
     if (arrived())
         endProcess();
     --arrival.holders;

@@ -1,8 +1,8 @@
 // The signals that ask a program to end: SIGINT, SIGTERM and SIGHUP.
 //
-// Whatever the program waits for, a driver that draws for a minute among it, it ends within two
-// seconds of one, leaves nothing unfinished behind, and ends by the signal itself, so that its
-// status is the conventional one and a shell's loop ends with it.
+// The program ends within two seconds of a signal, even while it waits for a driver that draws for
+// a minute. It leaves no unfinished file behind. It ends by the signal itself, so that its status
+// is the conventional one and a loop of a shell ends with it.
 #pragma once
 
 #include <atomic>
@@ -10,18 +10,18 @@
 
 namespace tarnwick {
 
-// One for the process, which main() makes before all else. A thread of its own ends the process
-// when a signal arrives: at once, or after 1.5 s at most while a HeldSignals lives. It removes
-// what Unfinished.h lists and wipes the terminal's last line. No destructor runs. Signals that are
-// ignored when the process starts stay ignored.
+// A process has one, which main() makes first. A thread of its own ends the process when a signal
+// arrives: at once, or after 1.5 s at most while a HeldSignals exists. The thread removes the files
+// listed by Unfinished.h and clears the last line of the terminal. No destructor runs. Signals that
+// are ignored when the process starts remain ignored.
 class EndSignals {
   public:
     EndSignals();
-    ~EndSignals(); // a signal ends the process as if there had been none of these
+    ~EndSignals(); // restores the handlers that the process had before
     EndSignals(const EndSignals&) = delete;
     EndSignals& operator=(const EndSignals&) = delete;
 
-    // Ends the process if a signal has arrived, which was answered.
+    // Ends the process if a signal has arrived and was answered (HeldSignals::answer).
     void endIfArrived() const;
 
   private:
@@ -31,12 +31,12 @@ class EndSignals {
     std::thread watcher_;
 };
 
-// The process ends with this status within 1.5 s, whatever its destructors wait for. Buffered
-// output is the caller's to flush. Without an EndSignals it does nothing. Any thread.
+// Ends the process with `status` within 1.5 s, even if a destructor blocks. The caller flushes
+// buffered output. Does nothing without an EndSignals. May be called from any thread.
 void endSoon(int status);
 
-// While it lives a signal that arrives ends the process only when it goes, or after 1.5 s.
-// Without an EndSignals it does nothing. Any thread.
+// While one exists, a signal that arrives ends the process only after its destructor, or after 1.5
+// s. Does nothing without an EndSignals. May be used on any thread.
 class HeldSignals {
   public:
     HeldSignals();
@@ -44,9 +44,9 @@ class HeldSignals {
     HeldSignals(const HeldSignals&) = delete;
     HeldSignals& operator=(const HeldSignals&) = delete;
 
-    bool arrived() const;   // one that waits
-    int descriptor() const; // readable once one has arrived; -1 without an EndSignals
-    // The program says itself that it ends, and has what is left of that time to do so.
+    bool arrived() const;   // a signal has arrived and is held
+    int descriptor() const; // readable once a signal has arrived; -1 without an EndSignals
+    // The program ends by itself: it reports the end and uses the rest of the 1.5 s to clean up.
     void answer() { isAnswered_ = true; }
 
   private:

@@ -18,7 +18,7 @@ bool isWAV(Text start) { // Multimedia Programming Interface and Data Specificat
     return start.starts_with("RIFF") && start.size() >= 12 && start.substr(8, 4) == "WAVE";
 }
 
-// The type of the first box. Old QuickTime movies begin without one that tells their brand.
+// The type of the first box. Old QuickTime movies have no file type box.
 bool isMovie(Text start) { // ISO/IEC 14496-12, 4.2
     if (start.size() < 8)
         return false;
@@ -28,7 +28,7 @@ bool isMovie(Text start) { // ISO/IEC 14496-12, 4.2
     return false;
 }
 
-// As VideoChapters writes it.
+// The beginning of the text that VideoChapters writes.
 bool isChapterList(Text start) {
     return start.starts_with("{\"duration\":");
 }
@@ -41,7 +41,7 @@ bool isSPIRV(Text start) { // SPIR-V 1.6, 2.3, in either order of bytes
 struct Row {
     FileKind kind;
     Text name, ending;
-    bool (*begins)(Text start); // its first sixteen bytes, or all; null: nothing is replaced by it
+    bool (*begins)(Text start); // the first 16 bytes, or all; null: not replaceable
 };
 
 constexpr std::array rows{

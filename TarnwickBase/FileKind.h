@@ -1,4 +1,4 @@
-// The kinds of files that the programs write, and how to tell one.
+// The kinds of files that the programs write, and how to recognise each.
 #pragma once
 
 #include <cstdint>
@@ -19,17 +19,18 @@ enum class FileKind : std::uint8_t {
 };
 
 std::string_view nameOf(FileKind kind);   // "PNG picture"
-std::string_view endingOf(FileKind kind); // of its files' names: ".png"
+std::string_view endingOf(FileKind kind); // of file names, lower case: ".png"; empty for a release
 
-// Whether a file of that kind may replace an existing one. If not, it is only written to a new
+// Whether a file of that kind may replace an existing one. Otherwise it is written only under a new
 // name.
 bool isReplaceable(FileKind kind);
 
-// Whether a name ends as one of that kind does, in upper or lower case. A release has any name.
+// Whether the name of `file` ends in endingOf(kind), in upper or lower case. Always true for a
+// release.
 bool endsAs(FileKind kind, const std::filesystem::path& file);
 
-// Whether `file`, as far as its first bytes tell, is of that kind, which is replaceable; a movie is
-// one in either container. Blocks.
+// Whether the first bytes of `file` are those of `kind`, which must be replaceable. A movie may be
+// in either container. False if the file cannot be read. Blocks.
 bool holds(FileKind kind, const std::filesystem::path& file);
 
 } // namespace tarnwick

@@ -7,7 +7,7 @@ namespace tarnwick {
 void keepFreedMemory() {
 #ifdef __GLIBC__
     mallopt(M_TRIM_THRESHOLD, 512 << 20);
-    mallopt(M_MMAP_THRESHOLD, 32 << 20); // the most that glibc takes
+    mallopt(M_MMAP_THRESHOLD, 32 << 20); // the maximum that glibc accepts
 #endif
 }
 

@@ -1,17 +1,17 @@
-// What becomes of memory that the process has freed.
+// Memory that the process has freed: whether it is kept or returned to the system.
 #pragma once
 
 namespace tarnwick {
 
-// Keeps up to 512 MiB of freed memory in the process instead of giving it back to the system each
-// time. Drivers that draw on the CPU take some 40 MB for each frame and free it behind it: giving
-// that back and faulting it in again costs them up to a tenth of a frame. For programs that draw:
-// to be called once, before the first thread is started.
+// Keeps up to 512 MiB of freed memory in the process instead of returning it to the system each
+// time. Drivers that draw on the CPU allocate about 40 MB for each frame and free it afterwards;
+// returning it and faulting it in again costs up to a tenth of a frame. For programs that draw:
+// call it once, before the first thread starts.
 void keepFreedMemory();
 
-// Gives all of it back once, so that threads to come do not each take as much anew: freed memory
-// lies apart for each few threads. Takes milliseconds. For what lets go of much that threads of its
-// own had allocated; any thread.
+// Returns all freed memory to the system once. glibc keeps the freed memory of each few threads
+// apart, so new threads would otherwise allocate as much again. Call it after threads that
+// allocated much have ended. Takes milliseconds. May be called from any thread.
 void giveFreedMemoryBack();
 
 } // namespace tarnwick

@@ -15,13 +15,12 @@ namespace fs = std::filesystem;
 
 void checkInputs(const fs::path& file, std::span<const std::string_view> inputs) {
     for (const std::string_view input : inputs) {
-        std::error_code ignored; // of a word that names no file
+        std::error_code ignored; // `input` may name no file
         if (fs::equivalent(file, input, ignored))
             refuse(file, file.native() == input
-                             ? "is the file that is read; the output needs another name."
+                             ? "is the input file; the output needs another name."
                              : "and " + std::string(input) +
-                                   " are the same file, which is read; the output needs another "
-                                   "name.");
+                                   " are the same file, an input; the output needs another name.");
     }
 }
 
@@ -29,15 +28,15 @@ void checkReplaced(const fs::path& file, FileKind kind) {
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
     if (!isReplaceable(kind) && fs::exists(fs::symlink_status(file, error)))
-        refuse(file, "is there already and stays as it is.");
+        refuse(file, "already exists and is not replaced.");
     if (!fs::exists(status))
         return;
     if (fs::is_directory(status))
-        refuse(file, "is a folder, in whose place no file is written.");
+        refuse(file, "is a folder and is not replaced.");
     if (!fs::is_regular_file(status))
-        refuse(file, "is not a regular file, and stays as it is.");
+        refuse(file, "is not a regular file and is not replaced.");
     if (fs::file_size(file, error) != 0 && !holds(kind, file))
-        refuse(file, "is there already and stays as it is, since it is no " +
+        refuse(file, "already exists and is not replaced, because it is no " +
                          std::string(nameOf(kind)) + ".");
 }
 

@@ -10,20 +10,19 @@
 
 namespace tarnwick {
 
-// The user's name for an output cannot be used; what() is one sentence.
+// The name that the user gave for an output cannot be used. what() is one sentence.
 struct OutputNameError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// Throws OutputNameError unless the name ends as the kind's do. `writer` is the sentence's subject:
-// "-o", "The preset site".
+// Throws OutputNameError unless the name ends in endingOf(kind). `writer` is the subject of the
+// sentence: "-o", "The preset site".
 void checkOutputEnding(const std::filesystem::path& file, FileKind kind, std::string_view writer);
 
-// Throws OutputNameError where `file` is one of `inputs` under whatever name (links are followed;
-// words that name no file count for nothing), or where something stands there that may not be
-// replaced: a folder, a device, a file that is not empty and not of that kind, anything by a kind
-// that replaces nothing. Throws WholeFileError where it cannot be written as things stand. To be
-// asked before long work, and again behind it. Blocks.
+// Throws OutputNameError if `file` is one of `inputs` (links are followed; inputs that name no file
+// are ignored), or if it exists and must not be replaced: a folder, a device, a file that is not
+// empty and not of `kind`, or any file if `kind` is not replaceable. Throws WholeFileError if the
+// file cannot be written. Call it before long work and again before writing. Blocks.
 void checkOutputFile(const std::filesystem::path& file, FileKind kind,
                      std::span<const std::string_view> inputs);
 

@@ -1,5 +1,5 @@
-// Stops the process where the program breaks one of its own rules: a violation. A mistake of the
-// user, of a file or of a server is an error (an exception) and never gets here.
+// Stops the process if the program breaks one of its own rules: a violation. A mistake of the user,
+// in a file or of a server is an error (an exception) and must never reach a precondition.
 #pragma once
 
 #include <concepts>
@@ -21,7 +21,7 @@ struct Rule {
     std::source_location place;
 };
 
-// How a violation prints a value. Other types have a valueText of their own beside them.
+// How a violation prints a value. Another type has its own valueText, declared beside it.
 std::string valueText(double value); // up to 9 digits
 inline std::string valueText(std::integral auto value) {
     return std::to_string(value);
@@ -37,13 +37,13 @@ inline std::string valueText(const char* value) {
 }
 
 // Writes "Violated: RULE (NAME VALUE, NAME VALUE), FILE:LINE" to standard error and aborts.
-// `described` has names and values by turns; FILE counts from the root of the tree.
+// `described` has names and values by turns; FILE is relative to the root of the repository.
 [[noreturn]] void reportViolation(const Rule& rule, std::initializer_list<std::string> described);
 
-// Does nothing if `condition` holds, else reports the violation. `values` are names and values by
-// turns:
+// Does nothing if `condition` holds, otherwise reports the violation. `values` are names and values
+// by turns:
 //     precondition(size <= room, "the data fit into the buffer", "size", size, "room", room);
-// They become text only where the rule is broken. May be called from any thread.
+// They are converted to text only after a violation. May be called from any thread.
 template <typename... Values>
 void precondition(bool condition, Rule rule, const Values&... values) {
     static_assert(sizeof...(values) % 2 == 0, "a value has a name before it");

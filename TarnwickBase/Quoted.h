@@ -1,4 +1,4 @@
-// Foreign text as a part of a sentence.
+// Outside text as a part of a sentence.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace tarnwick {
 
-// `text` in quotation marks; control characters become question marks, and after 80 bytes "..."
-// stands for the rest.
+// `text` in quotation marks. Control characters are replaced by question marks. Bytes after the
+// first 80 are replaced by "...".
 std::string quoted(std::string_view text);
 
 } // namespace tarnwick

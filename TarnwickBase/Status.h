@@ -1,18 +1,18 @@
-// The statuses that the programs end with.
+// The exit statuses of the programs.
 #pragma once
 
 namespace tarnwick {
 
-// The same cause has the same status in all commands and in the saver.
+// The same cause gives the same status in all commands and in the saver.
 enum class Status : int {
     done = 0,
-    // The command line is right, and the work failed: the episode does not compile, is not of the
-    // kind that the command takes or has no finite sound; the output cannot be written; the device,
+    // The command line is right and the work failed: the episode does not compile, is not of a kind
+    // that the command accepts or has no finite sound; the output cannot be written; the device,
     // the memory or the service fails; the work was cancelled.
     failed = 1,
-    // The command line is to be changed: an unknown option, a missing or invalid value, a name that
-    // the episode does not declare; an input that cannot be read as what it is to be; the name of
-    // an output that is an input's, ends otherwise or has something else standing there.
+    // The command line is wrong: an unknown option, a missing or invalid value, a name that the
+    // episode does not declare; an input that cannot be read or has the wrong format; an output
+    // that has the name of an input, has the wrong ending or would replace a file of another kind.
     misused = 2,
 };
 

@@ -1,6 +1,6 @@
-// A folder is removed by whoever holds the lock on its `.tarnwick-owner`. The lock is one of an
-// open file description (fcntl(2), F_OFD_SETLK): unlike a process number it cannot come to mean
-// another process, it counts on all hosts of a network file system, and it is not lost when the
+// The process that holds the lock on a folder's `.tarnwick-owner` removes the folder. The lock is
+// one of an open file description (fcntl(2), F_OFD_SETLK). Unlike a process number, it never refers
+// to another process later, it holds on all hosts of a network file system, and it remains when the
 // process closes another descriptor of the file.
 #include "TarnwickBase/TemporaryFolder.h"
 
@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view ownerName = ".tarnwick-owner";
 constexpr std::string_view ending = ".partial";
-constexpr std::size_t longestName = 200; // bytes of what it is named after; systems take 255 in all
+constexpr std::size_t longestName = 200; // bytes of NAME; systems accept 255 in all
 constexpr int mostOfOneName = 1000;
 
 fs::path systemFolder() {
@@ -38,7 +38,7 @@ bool locked(int descriptor) {
     return fcntl(descriptor, F_OFD_SETLK, &whole) == 0;
 }
 
-// Whether `path` still is the file that is open.
+// Whether `path` is still the file that is open.
 bool names(const fs::path& path, int descriptor) {
     struct stat open {
     }, named{};
@@ -46,8 +46,8 @@ bool names(const fs::path& path, int descriptor) {
            open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 }
 
-// Removes a folder whose owner's lock is held, and gives the lock back. The owner's file is the
-// last to go and is closed before: network file systems keep an open file under another name.
+// Removes a folder whose owner is locked, and unlocks the owner. The owner's file is removed last
+// and closed before: network file systems keep an open file under another name.
 void clear(const fs::path& folder, int owner) {
     std::error_code ignored;
     std::vector<fs::path> entries;
@@ -62,7 +62,7 @@ void clear(const fs::path& folder, int owner) {
     fs::remove(folder, ignored);
 }
 
-// The locked owner of a folder that was ours to remove and that no process uses any more; else -1.
+// The locked owner of a folder of this user that no process uses any more; otherwise -1.
 int abandonedOwner(const fs::path& folder) {
     struct stat status {};
     if (lstat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode) ||
@@ -91,8 +91,8 @@ void removeAbandoned(const fs::path& parent) {
             clear(folder, owner);
 }
 
-// The new owner of a new folder. -1 where another process took the folder for an abandoned one
-// before it was locked, which removes it. Throws TemporaryFolderError.
+// The new owner of a new folder. -1 if another process removes the folder, because it found it
+// before it was locked. Throws TemporaryFolderError.
 int newOwner(const fs::path& folder) {
     const fs::path file = folder / ownerName;
     const int owner = open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
@@ -126,7 +126,7 @@ TemporaryFolder::TemporaryFolder(const fs::path& parent, std::string_view name) 
             throw TemporaryFolderError(std::strerror(errno));
     }
     if (owner_ < 0)
-        throw TemporaryFolderError("All their names are taken");
+        throw TemporaryFolderError("All its names are taken");
     unfinished_.emplace(path_);
 }
 

@@ -11,7 +11,7 @@
 
 namespace tarnwick {
 
-// There is no place for one; what() is one sentence.
+// A temporary folder cannot be made. what() is one sentence.
 struct TemporaryFolderError : std::runtime_error {
     explicit TemporaryFolderError(const std::string& reason)
         : std::runtime_error("No folder for temporary files can be made: " + reason + "."),
@@ -19,18 +19,18 @@ struct TemporaryFolderError : std::runtime_error {
     std::string reason; // "Permission denied"
 };
 
-// Of mode 0700; it goes with its owner, and all that is in it. A process that is killed leaves it;
-// then the next one to make such a folder in the same place removes it. For that a file in it,
-// `.tarnwick-owner`, is locked as long as the folder is in use: the system unlocks it when the
-// process ends, however it ends. A signal that ends the process removes it at once (EndSignals.h).
-// A folder of another user, one that is in use, and one on a file system that has no locks stay.
-// Blocks.
+// A folder of mode 0700. The destructor removes it with its content. The folder of a process that
+// was killed remains; the next process that makes a temporary folder in the same place removes it.
+// The file `.tarnwick-owner` in a folder is locked as long as the folder is in use; the system
+// unlocks it when the process ends for any reason. A signal that ends the process removes the
+// folder at once (EndSignals.h). Never removed: folders of other users, folders in use, and folders
+// on a file system without locks. Blocks.
 class TemporaryFolder {
   public:
-    // Where TMPDIR says or in /tmp. Throws TemporaryFolderError.
+    // In the folder that TMPDIR names, default: /tmp. Throws TemporaryFolderError.
     TemporaryFolder();
-    // In `parent`, called NAME.NUMBER.partial: for a file that is to be renamed into `parent`,
-    // which only works within one file system. Throws TemporaryFolderError.
+    // In `parent`, with the name NAME.NUMBER.partial: for a file that is renamed into `parent`
+    // later, which requires one file system. Throws TemporaryFolderError.
     TemporaryFolder(const std::filesystem::path& parent, std::string_view name);
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;

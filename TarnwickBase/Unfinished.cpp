@@ -9,7 +9,7 @@
 namespace tarnwick {
 namespace {
 
-// Of the whole process, since a signal is.
+// One list for the process, because a signal ends the whole process.
 struct List {
     std::mutex mutex;
     std::vector<std::filesystem::path> paths;
@@ -23,7 +23,7 @@ List& list() {
 } // namespace
 
 Unfinished::Unfinished(std::filesystem::path path) : path_(std::move(path)) {
-    std::error_code error; // the path as it is will do
+    std::error_code error; // then the path as given
     if (auto absolute = std::filesystem::absolute(path_, error); !error)
         path_ = std::move(absolute);
     const std::lock_guard lock(list().mutex);

@@ -1,16 +1,16 @@
-// What must not outlive this process in the state that it is in.
+// Files and folders that are removed if this process ends early.
 #pragma once
 
 #include <filesystem>
 
 namespace tarnwick {
 
-// A file or folder that goes when the process ends early. Its owner removes it itself otherwise.
-// Any thread.
+// A file or folder that a signal removes when it ends the process. Otherwise its owner removes it.
+// May be used on any thread.
 class Unfinished {
   public:
     explicit Unfinished(std::filesystem::path path);
-    ~Unfinished(); // it is finished, or removed
+    ~Unfinished(); // the file is finished, or its owner has removed it
     Unfinished(const Unfinished&) = delete;
     Unfinished& operator=(const Unfinished&) = delete;
 
@@ -18,8 +18,8 @@ class Unfinished {
     std::filesystem::path path_;
 };
 
-// Removes all that is unfinished now, folders with what is in them. For the end of the process:
-// their owners may still be at work.
+// Removes all unfinished files, and folders with their content. Only for the end of the process:
+// the owners may still be writing.
 void removeUnfinished();
 
 } // namespace tarnwick

@@ -1,4 +1,4 @@
-// Which release of the programs this is; the build sets it.
+// The release of the programs, set by the build.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 namespace tarnwick {
 
 std::string_view programVersion(); // for people: "0.1.0"
-std::string_view programBuild();   // what orders releases: "1"
+std::string_view programBuild();   // a number that grows with each release: "1"
 std::string programName();         // "Tarnwick 0.1.0 (build 1)"
 
 } // namespace tarnwick

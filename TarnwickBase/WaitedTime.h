@@ -1,14 +1,14 @@
-// How long something has been waited for, for limits to patience.
+// The time that a wait has lasted, for timeouts.
 #pragma once
 
 #include <chrono>
 
 namespace tarnwick {
 
-// The steady clock goes on while a process is stopped (Ctrl-Z, SIGSTOP, a batch system), so a limit
-// that was set by the clock is over when the process goes on, though whatever it waits for was
-// stopped as well or has long arrived. This counts in steps between two looks, each of which is at
-// most `longestStep`: look that often. One thread.
+// The steady clock goes on while a process is stopped (Ctrl-Z, SIGSTOP, a batch system). A timeout
+// set by the clock would then have expired when the process continues, although the other side was
+// stopped as well or has answered. This class adds the times between two calls of look(), each
+// limited to `longestStep`. Call look() at least that often. For one thread.
 class WaitedTime {
   public:
     using Clock = std::chrono::steady_clock;
@@ -16,7 +16,7 @@ class WaitedTime {
 
     explicit WaitedTime(Clock::time_point begin = Clock::now()) : last(begin) {}
 
-    // The sum of all steps.
+    // The sum of all steps up to `now`.
     Clock::duration look(Clock::time_point now = Clock::now());
 
   private:

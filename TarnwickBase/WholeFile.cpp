@@ -13,10 +13,10 @@ namespace {
 namespace fs = std::filesystem;
 
 [[noreturn]] void fail(const fs::path& file, const std::string& why) {
-    throw WholeFileError(file.string() + " cannot be written: " + why + ".");
+    throw WholeFileError(file, why);
 }
 
-// Devices and pipes are not replaced by files.
+// The file to write, links followed. Throws for folders, devices and pipes, which are not replaced.
 fs::path replaceable(const fs::path& file) {
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
@@ -27,7 +27,8 @@ fs::path replaceable(const fs::path& file) {
     return fs::exists(status) ? fs::canonical(file, error) : file;
 }
 
-// Whether a new file of that name now holds the bytes. A full disk may speak up only on closing.
+// Writes a new file. False on an error, with errno set; a full disk may report its error only on
+// closing.
 bool writeNew(const std::string& name, std::string_view bytes) {
     const int descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     std::FILE* file = descriptor < 0 ? nullptr : fdopen(descriptor, "wb");
@@ -50,7 +51,7 @@ void writeWholeFile(const std::filesystem::path& file, std::string_view bytes) {
     unfinished.finish();
 }
 
-// The folder is looked at first, for a sentence of why it takes no file.
+// Checks the folder first, for an error that names the reason.
 UnfinishedFile::UnfinishedFile(const std::filesystem::path& file) try
     : target_((checkWholeFile(file), replaceable(file))),
       folder_(target_.parent_path(), target_.filename().native()),

@@ -44,7 +44,7 @@ std::vector<Diagnostic> DiagnosticParser::parse(std::string_view text) {
         const auto groups = messagePattern().firstMatch(line);
         if (!groups)
             continue;
-        // Numbers of generated code would mean nothing to the user.
+        // Line numbers of generated code mean nothing to the user.
         const bool isEpisode = (*groups)[1] == "shader.metal";
         diagnostics.push_back({.severity = severityOf((*groups)[4]).value_or(Severity::error),
                                .line = isEpisode ? integerOf((*groups)[2]).value_or(0) : 0,

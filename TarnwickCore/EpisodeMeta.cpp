@@ -12,7 +12,7 @@
 namespace tarnwick {
 namespace {
 
-// `text` up to the first `mark`, and what follows it; the second is absent without a mark.
+// `text` up to the first `mark`, and the text after it; the second is absent without a mark.
 std::pair<std::string_view, std::optional<std::string_view>> halves(std::string_view text,
                                                                     char mark) {
     const std::size_t at = text.find(mark);
@@ -21,7 +21,7 @@ std::pair<std::string_view, std::optional<std::string_view>> halves(std::string_
     return {text.substr(0, at), text.substr(at + 1)};
 }
 
-// Each answers whether all of the value is what its key takes.
+// Each reads `value` into the record and returns whether the whole of it is valid for its key.
 bool readEpisode(EpisodeMeta& meta, std::string_view value) {
     const auto [number, title] = halves(value, ' ');
     const std::optional<std::int64_t> read = signedIntegerOf(number);
@@ -85,7 +85,7 @@ bool readFinal(EpisodeMeta& meta, std::string_view value) {
 }
 
 struct Key {
-    std::string_view name, value; // what it takes, for people to read
+    std::string_view name, value; // `value` describes the valid values, for people
     bool (*read)(EpisodeMeta& meta, std::string_view value);
 };
 
@@ -114,7 +114,7 @@ const Pattern& headerPattern() {
 EpisodeMeta EpisodeMeta::parse(std::string_view source) {
     EpisodeMeta meta;
     for (const std::string_view line : linesOf(source)) {
-        // A search for one character spares the engine nearly all lines.
+        // Searching for one character first avoids running the expression on nearly all lines.
         if (line.find('@') == std::string_view::npos)
             continue;
         const auto groups = headerPattern().firstMatch(line);

@@ -1,4 +1,4 @@
-// What an episode says about itself as a piece of work, in comment lines such as `// @still 4`.
+// The metadata of an episode, in comment lines such as `// @still 4`.
 #pragma once
 
 #include <cstdint>
@@ -11,24 +11,25 @@ namespace tarnwick {
 struct EpisodeMeta {
     std::int64_t number = 1;
     std::string title = "Untitled";
-    double length = 60;                   // seconds of the episode's video, above 0
+    double length = 60;                   // seconds of the episode's movie, above 0
     double variationLength = 30;          // seconds of each variation, above 0
-    std::vector<std::int64_t> variations; // the indices on offer, each above 0
-    double still = 10;                    // the still picture's time in seconds, from 0 on
-    std::string teaches;
+    std::vector<std::int64_t> variations; // indices of the published variations, each above 0
+    double still = 10;                    // time of the still in seconds, at least 0
+    std::string teaches;                  // one line, as are the texts below; may be empty
     std::string category;
     std::string tags;
-    std::string finalTitle; // of the closing card
+    std::string finalTitle; // of the last stage of the walkthrough
     std::string finalSummary;
 
     bool operator==(const EpisodeMeta&) const = default;
 
-    // Of several lines with one key the last counts; lines whose value does not fit their key are
-    // ignored. "inf" is a number like others. Any bytes are taken; never fails.
+    // The metadata in `source`. If several lines have the same key, the last one is used. Lines
+    // whose value is invalid for their key are ignored. "inf" is a valid number. Accepts any bytes;
+    // never fails.
     static EpisodeMeta parse(std::string_view source);
 
-    // The keys of the lines, without their @; what the value of one is, for people to read; and
-    // whether a value is that, all of it.
+    // The keys of the lines, without the @; the description of the value of a key, for people; and
+    // whether the whole of `value` is valid for the key.
     static std::vector<std::string_view> keyNames();
     static std::string_view valueOf(std::string_view keyName);
     static bool takes(std::string_view keyName, std::string_view value);

@@ -1,4 +1,4 @@
-// A message about an episode as its author reads it.
+// A diagnostic as the author of an episode reads it.
 #pragma once
 
 #include "TarnwickCore/Diagnostics.h"
@@ -9,7 +9,7 @@ namespace tarnwick {
 
 struct Finding {
     Diagnostic diagnostic;
-    std::string hint; // what helps, in a line or more without a full stop; may be empty
+    std::string hint; // how to correct it: one or more lines without a full stop; may be empty
 
     bool operator==(const Finding&) const = default;
 };

@@ -18,8 +18,8 @@ bool isError(const Diagnostic& diagnostic) {
     return diagnostic.severity == Severity::error;
 }
 
-// Whether the error is one of those that a bracket without its partner leads to: the compiler
-// notices far behind it, often in generated code only.
+// Whether the error may be the consequence of an unpaired bracket. The compiler reports such errors
+// far after the bracket, often only in generated code.
 bool isLate(const Diagnostic& diagnostic) {
     constexpr std::array<std::string_view, 6> messages{"extraneous closing brace",
                                                        "function definition is not allowed here",
@@ -37,56 +37,56 @@ bool isBefore(const Diagnostic& one, const Diagnostic& other) {
     return std::pair(one.line, one.column) < std::pair(other.line, other.column);
 }
 
-// `diagnostics` with all that follows from the fault replaced by it.
-std::vector<Diagnostic> replaced(std::span<const Diagnostic> diagnostics, const Diagnostic& fault) {
+// `diagnostics` before `cause`, then `cause` in place of its consequences.
+std::vector<Diagnostic> replaced(std::span<const Diagnostic> diagnostics, const Diagnostic& cause) {
     std::vector<Diagnostic> kept;
-    bool isKept = true; // the error or warning that notes belong to
+    bool isKept = true; // whether the notes that follow are kept
     for (const Diagnostic& diagnostic : diagnostics) {
         if (diagnostic.severity != Severity::note)
-            isKept = diagnostic.line > 0 && isBefore(diagnostic, fault);
+            isKept = diagnostic.line > 0 && isBefore(diagnostic, cause);
         if (isKept)
             kept.push_back(diagnostic);
     }
-    kept.push_back(fault);
+    kept.push_back(cause);
     return kept;
 }
 
-// The brace that closes nothing may be that of a function whose own is missing, which the compiler
-// then takes for a declaration.
-Diagnostic sourceOf(const Diagnostic& fault, std::span<const Diagnostic> diagnostics) {
+// An unmatched closing brace may be the end of a function whose opening brace is missing. The
+// compiler reads such a function as a declaration.
+Diagnostic sourceOf(const Diagnostic& unpaired, std::span<const Diagnostic> diagnostics) {
     for (const Diagnostic& diagnostic : diagnostics) {
         const bool isFunction =
             diagnostic.message.starts_with("expected ';' after top level declarator") ||
             diagnostic.message.starts_with("expected function body");
-        if (fault.message.starts_with("'}'") && isFunction && diagnostic.line > 0 &&
-            isBefore(diagnostic, fault)) {
+        if (unpaired.message.starts_with("'}'") && isFunction && diagnostic.line > 0 &&
+            isBefore(diagnostic, unpaired)) {
             Diagnostic missing = diagnostic;
             missing.message = "'{' is missing: the function's body begins here";
             return missing;
         }
     }
-    return fault;
+    return unpaired;
 }
 
-// What the text leaves open runs into the code behind it.
+// Replaces the errors that an unclosed bracket or declaration causes in later code.
 std::vector<Diagnostic> withoutRunningOn(std::string_view source,
                                          std::span<const Diagnostic> diagnostics) {
     if (std::ranges::any_of(diagnostics, isLate)) {
-        auto fault = unpairedBracket(source);
+        auto cause = unpairedBracket(source);
         auto isOwn = [](const Diagnostic& one) { return isError(one) && one.line > 0; };
         auto isAwaited = [](const Diagnostic& one) {
             return isError(one) && one.line == 0 && one.message.starts_with("expected ");
         };
-        if (!fault && std::ranges::none_of(diagnostics, isOwn) &&
+        if (!cause && std::ranges::none_of(diagnostics, isOwn) &&
             std::ranges::any_of(diagnostics, isAwaited))
-            fault = unfinishedEnd(source);
-        if (fault)
-            return replaced(diagnostics, sourceOf(*fault, diagnostics));
+            cause = unfinishedEnd(source);
+        if (cause)
+            return replaced(diagnostics, sourceOf(*cause, diagnostics));
     }
     return {diagnostics.begin(), diagnostics.end()};
 }
 
-// A parameter's name that breaks the generated record is an error of the author's line.
+// A parameter name that breaks the generated record is reported at the author's own line.
 void nameBrokenParameters(std::string_view source, std::vector<Finding>& findings) {
     auto isGenerated = [](const Finding& finding) { return finding.diagnostic.line == 0; };
     if (std::ranges::none_of(findings, isGenerated))
@@ -107,13 +107,13 @@ void addHints(const EpisodeHints& hints, std::vector<Finding>& findings) {
             finding.hint = hints.hintFor(finding.diagnostic);
 }
 
-// Where the compiler cannot read a declaration it stumbles over the rest of the line.
+// Whether `diagnostic` is about the rest of a line whose declaration the compiler could not read.
 bool isStumble(const Diagnostic& cause, const Diagnostic& diagnostic) {
     constexpr std::array<std::string_view, 3> stumbles{"expected ", "cannot combine with previous",
                                                        "declaration does not declare anything"};
     if (diagnostic.line != cause.line)
         return false;
-    // After an unknown name in a place for a value, only this message shows that it was a type.
+    // For an unknown name in the place of a value, only this message shows that the name is a type.
     if (cause.message.starts_with("use of undeclared identifier"))
         return diagnostic.message.starts_with("expected ';' after expression");
     return std::ranges::any_of(stumbles, [&](std::string_view stumble) {
@@ -121,7 +121,8 @@ bool isStumble(const Diagnostic& cause, const Diagnostic& diagnostic) {
     });
 }
 
-// Or over the name that would have been declared.
+// Whether `diagnostic` follows from `cause`: it is about the rest of the line, or about the name
+// that the line would have declared.
 bool followsFrom(const Diagnostic& cause, const Diagnostic& diagnostic, const EpisodeHints& hints) {
     const bool isUnread = !unknownName(cause.message).empty() ||
                           cause.message.starts_with("expected ';' after expression");
@@ -132,11 +133,11 @@ bool followsFrom(const Diagnostic& cause, const Diagnostic& diagnostic, const Ep
             hints.declaresIn(cause.line, unknownName(diagnostic.message)));
 }
 
-// Leaves out what follows from an error that has a hint of its own.
+// Removes diagnostics that follow from an error with a hint.
 std::vector<Finding> withoutConsequences(const EpisodeHints& hints, std::vector<Finding> findings) {
     std::vector<Finding> kept;
     std::vector<Diagnostic> causes;
-    bool isKept = true; // what notes belong to
+    bool isKept = true; // whether the notes that follow are kept
     for (Finding& finding : findings) {
         const Diagnostic& diagnostic = finding.diagnostic;
         if (diagnostic.severity != Severity::note)

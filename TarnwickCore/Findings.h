@@ -1,4 +1,4 @@
-// What the author of an episode is told about it.
+// The findings about an episode: diagnostics for its author, with hints.
 #pragma once
 
 #include "TarnwickCore/Finding.h"
@@ -10,19 +10,18 @@
 
 namespace tarnwick {
 
-// The messages of the compiler about `source`, an episode's text, said about the author's own
-// lines and with hints. What follows from text that runs into generated code becomes one error at
-// the bracket that is never closed; functions that are missing become one error, followed by a note
-// that lists what the kind of episode defines. A hint stands at its first place only. Any bytes are
-// taken; pure.
+// The findings for the compiler's `diagnostics` of `source`, an episode's text, at the author's own
+// lines. Errors in generated code that an unclosed bracket causes become one error at that bracket.
+// Missing functions become one error and a note that lists the functions of this kind of episode.
+// Each hint is given once, at its first finding. Accepts any bytes; pure.
 std::vector<Finding> findingsOf(std::string_view source, std::span<const Diagnostic> diagnostics);
 
-// `findings` of `source`, and behind them the warnings about its declarations.
+// `findings` of `source`, followed by the warnings about its declarations.
 std::vector<Finding> withDeclarationWarnings(std::string_view source,
                                              std::vector<Finding> findings);
 
-// The first error in one line, for screens without room: "line 3: unknown type name 'vec3' (vec3 is
-// float3 in Metal)". Without a line for errors outside of the author's text; empty without errors.
+// The first error in one line, for small screens: "line 3: unknown type name 'vec3' (vec3 is float3
+// in Metal)". Errors outside the author's text have no line. Empty without errors.
 std::string firstError(std::span<const Finding> findings);
 
 } // namespace tarnwick

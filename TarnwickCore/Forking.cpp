@@ -12,7 +12,7 @@ std::optional<std::string> ForkedFrom::parse(std::string_view source) {
     static const Pattern pattern(R"(^\s*//\s*@forked-from\s+(\S+)\s*$)");
     for (const std::string_view line : linesOf(source)) {
         if (line.find("@forked-from") == std::string_view::npos)
-            continue; // faster than the pattern
+            continue; // faster than the expression
         const auto groups = pattern.firstMatch(line);
         if (groups && isValid((*groups)[1]))
             return std::string((*groups)[1]);

@@ -18,7 +18,7 @@ const Pattern& declarationPattern() {
 }
 
 std::optional<ParamDecl> declarationOf(std::string_view line) {
-    // The engine is slow beside a search for a word, and most lines declare nothing.
+    // The expression is slow compared with a search for a word, and most lines declare nothing.
     if (line.find("@param") == std::string_view::npos)
         return std::nullopt;
     const auto groups = declarationPattern().firstMatch(line);

@@ -10,10 +10,10 @@
 
 namespace tarnwick {
 
-// One declared number, shown as a slider. Its place in the list is its place in the `Params` record
+// One declared number, shown as a slider. Its index in the list is its index in the `Params` record
 // of the episode and in the buffer of values.
 struct ParamDecl {
-    std::string name;       // an identifier, the member's name in `Params`
+    std::string name;       // an identifier: the name of the member of `Params`
     float defaultValue = 0; // [min, max]
     float min = 0;
     float max = 0;      // greater than min
@@ -26,11 +26,11 @@ struct ParamDecl {
 using ParamValues = std::map<std::string, float, std::less<>>;
 
 struct ParamParser {
-    // The declarations of `source` in source order; of several with one name the first. Lines that
-    // are no valid declaration (malformed number, max not greater than min) are left out. Any bytes
-    // are taken; never fails.
+    // The declarations in `source`, in order; if several have the same name, the first. Invalid
+    // declarations (malformed number, max not greater than min) are ignored. Accepts any bytes;
+    // never fails.
     static std::vector<ParamDecl> parse(std::string_view source);
-    // The same for a source that is in lines already.
+    // The same for a source that is already divided into lines.
     static std::vector<ParamDecl> parse(std::span<const std::string_view> lines);
 };
 

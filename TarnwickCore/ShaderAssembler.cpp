@@ -19,8 +19,8 @@ bool holds(std::string_view text, std::string_view word) {
     return text.find(word) != std::string_view::npos;
 }
 
-// A pattern that lines are matched against, and a word that stands in every line that it matches:
-// looking for the word first spares the engine nearly all lines.
+// An expression for lines, and a word that every matching line has. Searching for the word first
+// avoids running the expression on nearly all lines.
 struct LinePattern {
     std::string_view word;
     Pattern pattern;
@@ -32,7 +32,7 @@ struct LinePattern {
     }
 };
 
-// The patterns live as long as the process.
+// The expressions exist as long as the process.
 const LinePattern& particlesDirective() {
     static const LinePattern directive{"@particles", Pattern(R"(^\s*//\s*@particles\s+(\d+)\s*$)")};
     return directive;
@@ -58,7 +58,7 @@ bool definesBackground(Lines lines) {
     return definition.matchesAny(lines);
 }
 
-// The number of the first line that holds the directive, at most `cap`.
+// The number in the first line with the directive, at most `cap`.
 std::int64_t directiveNumber(const LinePattern& directive, Lines lines, std::int64_t cap) {
     for (const std::string_view line : lines) {
         if (!holds(line, directive.word))
@@ -66,7 +66,7 @@ std::int64_t directiveNumber(const LinePattern& directive, Lines lines, std::int
         const auto groups = directive.pattern.firstMatch(line);
         if (!groups)
             continue;
-        // Digits of other scripts match as well; they spell no number here.
+        // Digits of other scripts match as well, but are not a number here.
         const std::string_view digits = (*groups)[1];
         const bool isAscii = digits.find_first_not_of("0123456789") == std::string_view::npos;
         constexpr std::int64_t beyondAnyCap = std::numeric_limits<std::int64_t>::max();
@@ -83,8 +83,8 @@ bool usesInputs(Lines lines) {
     std::string code;
     for (const std::string_view line : lines)
         code.append(line.substr(0, line.find("//"))).push_back('\n');
-    // A match never reaches over a closing parenthesis, so each stretch up to the next one stands
-    // for itself, and only those with all three words need the engine.
+    // A match never spans a closing parenthesis. So the text is divided there, and only parts with
+    // all three words need the expression.
     for (std::size_t start = 0; start < code.size();) {
         const std::size_t end = std::min(code.find(')', start), code.size());
         const std::string_view stretch = std::string_view(code).substr(start, end - start);
@@ -144,7 +144,7 @@ void appendParticleTail(std::string& text, bool hasFade) {
             pieces::dotFragment, ShaderAssembler::fragmentName, pieces::particlePicture});
 }
 
-// What the episode is, all but the program's text.
+// The description of the episode, without the text of the program.
 AssembledShader described(Lines lines) {
     AssembledShader shader;
     shader.params = ParamParser::parse(lines);

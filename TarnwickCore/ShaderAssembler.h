@@ -1,4 +1,4 @@
-// An episode's text, wrapped in the host code that makes it one whole Metal program.
+// Assembles an episode's text and the host code into one whole Metal program.
 #pragma once
 
 #include "TarnwickCore/Params.h"
@@ -12,28 +12,28 @@
 
 namespace tarnwick {
 
-// The record of each frame that host and episode share; in the program its name is `Uniforms`.
+// The record that host and episode share in each frame. Its name in the program is `Uniforms`.
 struct TWUniforms {
-    std::array<float, 2> resolution{}; // pixels
+    std::array<float, 2> resolution{}; // width and height in pixels
     float time = 0;                    // seconds since the start of the run
     float timeDelta = 0;               // seconds since the previous frame
     std::array<float, 2> mouse{};      // pixels
-    std::uint32_t frame = 0;
-    std::uint32_t pad = 0; // always 0
+    std::uint32_t frame = 0;           // from 0
+    std::uint32_t pad = 0;             // always 0
 
     bool operator==(const TWUniforms&) const = default;
 };
 static_assert(sizeof(TWUniforms) == 32, "The episode's Uniforms has 32 bytes without gaps.");
 
 struct AssembledShader {
-    std::string source; // the whole program
-    std::vector<ParamDecl> params;
-    bool hasSound = false;      // the episode defines `sound`
-    std::int64_t particles = 0; // 0 for an episode without particles
-    bool hasFade = false;       // a particle episode defines `fade`
-    std::int64_t grid = 0;      // cells per side; 0 for an episode without a grid
-    bool hasBackground = false; // a grid episode defines `background`
-    bool usesInputs = false;    // a fragment episode's `shade` takes an `Inputs`
+    std::string source;            // the whole program
+    std::vector<ParamDecl> params; // in the order of the buffer of values
+    bool hasSound = false;         // the episode defines `sound`
+    std::int64_t particles = 0;    // 0 for an episode without particles
+    bool hasFade = false;          // a particle episode defines `fade`
+    std::int64_t grid = 0;         // cells per side; 0 for an episode without a grid
+    bool hasBackground = false;    // a grid episode defines `background`
+    bool usesInputs = false;       // `shade` of a fragment episode has a parameter `Inputs`
 
     bool operator==(const AssembledShader&) const = default;
 
@@ -41,11 +41,11 @@ struct AssembledShader {
     bool isMesh() const { return grid > 0; }
 };
 
-// Pure; any bytes are taken; nothing fails. May be called from any thread.
+// Pure; accepts any bytes; never fails. May be called from any thread.
 struct ShaderAssembler {
-    static constexpr std::string_view fileName = "shader.metal"; // names the episode's own lines
+    static constexpr std::string_view fileName = "shader.metal"; // of the episode's own lines
     static constexpr std::string_view vertexName = "tw_vertex";
-    static constexpr std::string_view fragmentName = "tw_fragment"; // the final picture, every kind
+    static constexpr std::string_view fragmentName = "tw_fragment"; // final picture, every kind
     static constexpr std::string_view soundName = "tw_sound";
     static constexpr std::string_view particleSizeName = "tw_particle_size";
     static constexpr std::string_view spawnName = "tw_spawn";
@@ -66,7 +66,7 @@ struct ShaderAssembler {
     static constexpr std::uint32_t spectrumTexture = 0; // the four channels' textures follow
     static constexpr std::uint32_t previousTexture = 5;
 
-    // What an episode of each kind must define, for the user to read.
+    // The functions that an episode of each kind must define, for the user to read.
     static constexpr std::string_view fragmentSignatures =
         R"(float4 shade(float2 uv, constant Uniforms& u, constant Params& p)
 or, to read Inputs, float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in)
@@ -87,14 +87,15 @@ and optionally float4 background(float2 uv, constant Uniforms& u, constant Param
 
     static AssembledShader assemble(std::string_view source);
 
-    // The members of `Params`, a line each; the last one without its line break.
+    // The members of `Params`, one line each; no line break after the last.
     static std::string paramsBody(std::span<const ParamDecl> params);
-    // The numbers of `// @particles N` and `// @grid N`, capped; 0 without the directive.
+    // The numbers in `// @particles N` and `// @grid N`, limited to the maxima above; 0 without the
+    // directive.
     static std::int64_t particleCount(std::string_view source);
     static std::int64_t gridSize(std::string_view source);
     // Whether a line begins a definition `float2 sound(`.
     static bool definesSound(std::string_view source);
-    // Whether `shade` names Inputs among its parameters, line comments aside.
+    // Whether `shade` has a parameter of type Inputs. Line comments are ignored.
     static bool usesInputs(std::string_view source);
 };
 

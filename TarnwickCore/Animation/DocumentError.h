@@ -7,15 +7,15 @@
 
 namespace tarnwick {
 
-// Text that is no such document, or values that a document has no form for. what() is one sentence
-// that says where and why.
+// A text that is not a valid document, or values that JSON cannot represent. what() is one sentence
+// with the place and the reason.
 struct DocumentError : std::runtime_error {
     enum class Cause : std::uint8_t { broken, otherKind };
 
     explicit DocumentError(const std::string& sentence, Cause cause = Cause::broken)
         : std::runtime_error(sentence), cause(cause) {}
 
-    Cause cause; // otherKind: an object of JSON that has nothing of the document
+    Cause cause; // otherKind: a JSON object without any member of the document
 };
 
 } // namespace tarnwick

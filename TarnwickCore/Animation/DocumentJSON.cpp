@@ -18,10 +18,8 @@ std::string placeOf(std::string_view before) {
     return "Line " + std::to_string(line) + ", column " + std::to_string(column);
 }
 
-// The part of the parser's message that says what is wrong: "unexpected '}'; expected string
-// literal". The message goes "... parse error at line 1, column 2: syntax error while parsing
-// object
-// - ...; last read: '...'".
+// The reason in the parser's message: "unexpected '}'; expected string literal". The message is
+// "... parse error at line 1, column 2: syntax error while parsing object - ...; last read: '...'".
 std::string reasonOf(std::string_view message) {
     const std::size_t dash = message.find(" - ");
     if (dash == std::string_view::npos)
@@ -63,7 +61,7 @@ double requiredNumber(const json& object, const char* name, const std::string& w
 float singleOf(const json& value, const std::string& what) {
     if (!value.is_number())
         throw DocumentError(what + " is not a number.");
-    // The greatest float's shortest digits are above it, and round to it.
+    // The shortest digits of the greatest float are above it and round to it.
     const auto single = static_cast<float>(value.get<double>());
     if (!std::isfinite(single))
         throw DocumentError(what + " is beyond the greatest float, 3.4028235e38.");

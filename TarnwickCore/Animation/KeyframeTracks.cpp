@@ -28,7 +28,7 @@ float weight(Ease ease, float u) {
     return u;
 }
 
-// Keys: at least one.
+// `keys` has at least one.
 float valueAt(std::span<const Key> keys, double time) {
     if (time <= keys.front().time)
         return keys.front().value;

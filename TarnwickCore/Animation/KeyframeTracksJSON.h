@@ -1,4 +1,4 @@
-// Keyframe tracks as a part of other documents.
+// Keyframe tracks as a part of JSON documents.
 #pragma once
 
 #include "TarnwickCore/Animation/KeyframeTracks.h"
@@ -9,10 +9,10 @@
 
 namespace tarnwick {
 
-// `where` names `document` in the sentence of the error. Throws DocumentError.
+// Reads tracks. `where` names `document` in the error. Throws DocumentError.
 KeyframeTracks keyframeTracksOf(const nlohmann::json& document, const std::string& where);
 
-// Throws DocumentError on numbers that JSON has no form for.
+// Throws DocumentError on a number that is not finite.
 nlohmann::ordered_json documentOf(const KeyframeTracks& tracks);
 
 } // namespace tarnwick

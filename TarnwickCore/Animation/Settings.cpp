@@ -15,7 +15,7 @@ std::string rangeText(const ParamDecl& param) {
     return param.name + " goes from " + shortest(param.min) + " to " + shortest(param.max) + "; ";
 }
 
-// One sentence a track, however many of its keys lie outside; empty where none does.
+// One sentence for each track, however many keys are outside; empty if none is.
 std::string clampedSentence(const ParamDecl& param, std::span<const KeyframeTracks::Key> keys) {
     auto isOutside = [&](const auto& key) { return clamped(param, key.value) != key.value; };
     const auto first = std::ranges::find_if(keys, isOutside);

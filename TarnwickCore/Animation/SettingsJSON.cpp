@@ -40,7 +40,7 @@ ordered_json documentOf(const ParamValues& values) {
 
 } // namespace
 
-// Indented, as people edit it.
+// Indented, because people edit it.
 std::string Settings::encode() const {
     const ordered_json document{
         {"name", name}, {"values", documentOf(values)}, {"keys", tarnwick::documentOf(keys)}};

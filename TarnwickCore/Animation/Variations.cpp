@@ -1,6 +1,5 @@
-// All draws are counter-based, so that no variation needs the ones before it. The output function
-// is that of SplitMix64 (Steele, Lea and Flood, "Fast splittable pseudorandom number generators",
-// 2014).
+// All draws are counter-based: no variation needs the ones before it. The output function is that
+// of SplitMix64 (Steele, Lea and Flood, "Fast splittable pseudorandom number generators", 2014).
 #include "TarnwickCore/Animation/Variations.h"
 
 #include <algorithm>
@@ -11,11 +10,11 @@
 namespace tarnwick {
 namespace {
 
-// 64-bit numbers wrap around.
-constexpr std::uint64_t golden = 0x9e3779b97f4a7c15; // from one parameter, or one seed, to the next
-constexpr std::uint64_t stride = 0xbf58476d1ce4e5b9; // from one variation to the next
+// Steps of the state. 64-bit numbers wrap around.
+constexpr std::uint64_t golden = 0x9e3779b97f4a7c15; // between parameters, or seeds
+constexpr std::uint64_t stride = 0xbf58476d1ce4e5b9; // between variations
 
-// In [0, 1).
+// A number in [0, 1).
 double unitNumber(std::uint64_t state) {
     std::uint64_t mixed = (state ^ (state >> 30)) * 0xbf58476d1ce4e5b9;
     mixed = (mixed ^ (mixed >> 27)) * 0x94d049bb133111eb;
@@ -32,7 +31,7 @@ std::uint64_t startState(std::uint64_t seed, std::uint64_t index) {
     return seed * golden + golden + index * stride;
 }
 
-// Single precision throughout, halves away from zero. What is no number becomes the least value.
+// Rounds in single precision, halves away from zero. NaN becomes the minimum.
 float roundedInto(float value, const ParamDecl& param) {
     const float rounded = std::round(value * 100) / 100;
     return std::min(std::max(param.min, rounded), param.max);
@@ -48,7 +47,7 @@ float variedValue(const ParamDecl& param, double unit, float spread) {
 struct Change {
     const ParamDecl* param;
     float value;
-    float size; // absolute; 0 where the default was only rounded
+    float size; // absolute; 0 if the default was only rounded
 };
 
 Change changeOf(const ParamDecl& param, float value) {
@@ -67,7 +66,7 @@ std::string highlightsOf(std::vector<Change>& changes) {
     return text;
 }
 
-// Of the episode, in which variations may start; seconds.
+// The range of start times within the episode, in seconds.
 double startRoom(double length, double duration) {
     const double room = length - duration;
     return room > 0 && std::isfinite(2 * room) ? room : 0;

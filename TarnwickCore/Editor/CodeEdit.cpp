@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::string_view marker = "//";
 
-// The pieces between newlines, one more than there are of those.
+// The texts between newlines, one more than there are newlines.
 std::vector<std::string_view> piecesOf(std::string_view text) {
     std::vector<std::string_view> pieces;
     for (std::size_t start = 0;;) {
@@ -32,7 +32,7 @@ std::size_t lineStart(std::string_view text, std::size_t byte) {
     return before == std::string_view::npos ? 0 : before + 1;
 }
 
-// Behind its newline, where it has one.
+// The position after its newline, if it has one.
 std::size_t lineEnd(std::string_view text, std::size_t byte) {
     const std::size_t newline = text.find('\n', byte);
     return newline == std::string_view::npos ? text.size() : newline + 1;

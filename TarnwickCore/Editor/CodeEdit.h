@@ -1,4 +1,4 @@
-// What the editor's commands do to text, as replacements that it applies and can undo.
+// Commands of the editor, as replacements that it applies and can undo.
 #pragma once
 
 #include "TarnwickCore/Text/UTF16.h"
@@ -9,20 +9,20 @@
 
 namespace tarnwick {
 
-// Pure; any bytes are taken; nothing fails. May be called from any thread. Places are in UTF-16
-// code units, and those behind the text stand for its end. A line ends with a line feed; a carriage
-// return before it stays where it is. What is not UTF-8 is counted, and comes back, as U+FFFD.
+// Pure; accepts any bytes; never fails. May be called from any thread. Positions are in UTF-16 code
+// units; positions after the text count as its end. A line ends with a line feed; a carriage return
+// before it is kept. Invalid UTF-8 is counted and returned as U+FFFD.
 struct CodeEdit {
     struct Replacement {
-        TextRange range; // of the text as it was
+        TextRange range; // of the text before the edit
         std::string replacement;
 
         bool operator==(const Replacement&) const = default;
     };
 
-    // Every line that `selection` touches, commented in one column, or bared where all of them are
-    // comments; blank ones stay. A selection that ends with a newline does not touch the line
-    // behind it, a caret touches its own.
+    // Comments every line that `selection` touches, in one column, or uncomments them if all are
+    // comments. Blank lines are unchanged. A selection that ends with a newline does not touch the
+    // line after it; an empty selection touches its own line.
     static Replacement toggleLineComments(std::string_view text, TextRange selection);
 
     // The spaces and tabs that begin the line of `location`.

@@ -10,14 +10,14 @@ namespace tarnwick {
 struct FileWatcher::Watch {
     const std::filesystem::path file;
     const std::function<void()> onChange;
-    std::optional<Stamp> last; // touched on the queue alone
+    std::optional<Stamp> last; // used on the queue only
     std::atomic<bool> stopped = false;
 
     void look() {
         const std::optional<Stamp> now = stamp(file);
         if (now == std::exchange(last, now) || !now)
             return;
-        // After the look, so that no change is told of that came after the stop.
+        // After the poll, so that no change after the stop is reported.
         if (!stopped)
             onChange();
     }
@@ -41,7 +41,7 @@ void FileWatcher::stop() {
 }
 
 std::optional<FileWatcher::Stamp> FileWatcher::stamp(const std::filesystem::path& file) {
-    // A path with a NUL inside names no file, while stat() would look at what stands before it.
+    // A path with a NUL names no file; stat() would read the path before the NUL.
     struct stat status {};
     if (file.native().find('\0') != std::string::npos || ::stat(file.c_str(), &status) != 0)
         return std::nullopt;

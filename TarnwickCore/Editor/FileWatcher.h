@@ -1,4 +1,4 @@
-// Notices that a file, mostly a shader's source under somebody's hands, has changed.
+// Watches a file, such as an episode in an editor, for changes.
 #pragma once
 
 #include "TarnwickPlatform/Dispatch/DispatchQueue.h"
@@ -12,15 +12,14 @@
 
 namespace tarnwick {
 
-// Looks at one file again and again, and calls back once when a look finds another file, or the
-// file otherwise, than the look before. A file that goes away is not reported, one that comes
-// (again) is. Polling sees changes on every file system and by every way of saving: in place, by
-// renaming another file over it, through a symbolic link.
+// Polls one file and calls back once if its stamp differs from the one before. The removal of a
+// file is not reported; its creation is. Polling works on every file system and for every way of
+// saving: in place, by renaming another file over it, through a symbolic link.
 class FileWatcher {
   public:
-    // Looks at once, without calling back, then every `interval` seconds (DispatchTimer says what
-    // becomes of intervals that are none). Looks and calls run on `queue`. The file is named by its
-    // path, as all files are here; of a URL give the decoded path.
+    // Reads the stamp at once without a callback, then every `interval` seconds (DispatchTimer
+    // describes invalid intervals). Polls and callbacks run on `queue`. The file is named by its
+    // path; for a URL pass the decoded path.
     FileWatcher(std::filesystem::path file, double interval, DispatchQueue& queue,
                 std::function<void()> onChange);
     // Stops. May run inside onChange.
@@ -28,10 +27,10 @@ class FileWatcher {
     FileWatcher(const FileWatcher&) = delete;
     FileWatcher& operator=(const FileWatcher&) = delete;
 
-    // Ends the watching for good: no call begins after this, and none tells of what happens to the
-    // file from now on. May be called from any thread, from onChange too, and again. Does not wait:
-    // seen from another thread a call that has begun runs to its end, for which the queue's sync()
-    // waits before what onChange refers to is destroyed.
+    // Stops for ever: no callback begins after this, and none reports a change after this. May be
+    // called from any thread, from onChange, and more than once. Does not wait: on another thread a
+    // callback that has begun runs to its end. Wait for it with sync() of the queue before
+    // destroying objects that onChange uses.
     void stop();
 
     struct timespec_ {
@@ -40,22 +39,22 @@ class FileWatcher {
         bool operator==(const timespec_&) const = default;
     };
 
-    // What two looks compare.
+    // The state of a file that two polls compare.
     struct Stamp {
-        timespec_ mtime;         // of the last modification
+        timespec_ mtime;         // time of the last modification
         std::int64_t size = 0;   // bytes
-        std::uint64_t inode = 0; // differs when another file was renamed over this one
+        std::uint64_t inode = 0; // changes if another file is renamed over this one
 
         bool operator==(const Stamp&) const = default;
     };
 
-    // Of the file that `file` names, links followed; nothing if it is missing or cannot be read.
+    // The stamp of `file`, links followed; nothing if it is missing or unreadable.
     static std::optional<Stamp> stamp(const std::filesystem::path& file);
 
   private:
     struct Watch;
 
-    std::shared_ptr<Watch> watch_; // shared with a look under way, whose onChange may destroy this
+    std::shared_ptr<Watch> watch_; // shared with a running poll, whose onChange may destroy this
     DispatchTimer timer_;
 };
 

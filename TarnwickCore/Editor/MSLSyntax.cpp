@@ -10,7 +10,7 @@ namespace tarnwick {
 namespace {
 
 enum class CharacterClass : std::uint8_t {
-    plain, // begins nothing that has a colour
+    plain, // begins no token
     quote,
     hash,
     slash,
@@ -44,8 +44,8 @@ bool continuesName(char character) {
     return classOf(character) >= CharacterClass::digit;
 }
 
-// Works on bytes and counts in bytes: all that tokens begin and end with is ASCII, which is one
-// byte and one code unit alike and never part of another character.
+// Works on bytes: tokens begin and end with ASCII characters, which are one byte and one code unit
+// each and never part of another character.
 class Tokenizer {
   public:
     explicit Tokenizer(std::string_view text) : text_(text), words_(SyntaxWords::all()) {
@@ -58,13 +58,14 @@ class Tokenizer {
             if (at_ == text_.size())
                 return std::move(tokens_);
             const CharacterClass one = classOf(text_[at_]);
-            // Names are most of it, and a branch of their own is foretold better than a jump.
+            // Most tokens are names, and the processor predicts a branch of their own better than a
+            // jump.
             at_ = one == CharacterClass::letter ? name() : endOf(one);
         }
     }
 
   private:
-    char next(std::size_t ahead = 1) const { // NUL behind the end
+    char next(std::size_t ahead = 1) const { // NUL after the end
         return at_ + ahead < text_.size() ? text_[at_ + ahead] : '\0';
     }
     std::size_t add(SyntaxKind kind, std::size_t end) {
@@ -72,23 +73,23 @@ class Tokenizer {
         return end;
     }
 
-    // Behind the characters from `start` on of which all are `such`.
+    // The end of the run of characters from `start` on for which `such` is true.
     template <class Such> std::size_t endOfRun(std::size_t start, Such such) const {
-        const std::string_view text = text_; // which no token that is written can change
+        const std::string_view text = text_; // a copy: no write to a token can alias it
         while (start < text.size() && such(text[start]))
             ++start;
         return start;
     }
 
-    // Whether only blanks stand before this on its line. The newline of an unterminated string is
-    // part of that string and begins none.
+    // Whether only blanks are before this on its line. The newline of an unterminated string is
+    // part of the string and begins no line.
     bool beginsLine() const {
         const std::size_t before = text_.substr(0, at_).find_last_not_of(" \t\r");
         return before == std::string_view::npos ||
                (text_[before] == '\n' && before + 1 != stringEnd_);
     }
 
-    // Where what begins here ends.
+    // The end of the token that begins here.
     std::size_t endOf(CharacterClass one) {
         switch (one) {
         case CharacterClass::letter:
@@ -132,7 +133,7 @@ class Tokenizer {
         return add(SyntaxKind::number, end);
     }
 
-    // An unterminated one takes its line's newline with it.
+    // An unterminated string contains the newline of its line.
     std::size_t string() {
         std::size_t end = at_ + 1;
         while (end < text_.size() && text_[end] != '"' && text_[end] != '\n')
@@ -177,8 +178,8 @@ class Tokenizer {
     std::string_view text_;
     const SyntaxWords& words_;
     std::vector<SyntaxToken> tokens_;
-    std::size_t at_ = 0;        // the byte to look at
-    std::size_t stringEnd_ = 0; // of the last one
+    std::size_t at_ = 0;        // the current byte
+    std::size_t stringEnd_ = 0; // of the last string
 };
 
 void countInUnits(std::vector<SyntaxToken>& tokens, std::string_view text) {

@@ -1,4 +1,4 @@
-// Colours for an episode's source: one pass over the text, for editors and printed pages.
+// Divides an episode's source into coloured tokens in one pass, for editors and printed pages.
 #pragma once
 
 #include "TarnwickCore/Editor/SyntaxKind.h"
@@ -18,17 +18,17 @@ struct SyntaxToken {
     bool operator==(const SyntaxToken&) const = default;
 };
 
-// Pure; any bytes are taken; nothing fails. May be called from any thread.
+// Pure; accepts any bytes; never fails. May be called from any thread.
 struct MSLSyntax {
     using Words = std::unordered_set<std::string>;
 
     static const Words& keywords(); // of the language
     static const Words& types();    // of the language and of episodes, such as Uniforms
 
-    // The stretches that have a colour, in the order in which they begin; operators, punctuation
-    // and names of the user's own have none. A newline is a line feed: a carriage return before it
-    // belongs to the comment or the preprocessor line that it ends. Letters and digits are ASCII's.
-    // What is not UTF-8 is counted as U+FFFD, as UTF16Cursor does.
+    // The coloured tokens, ordered by their beginning. Operators, punctuation and the names of the
+    // author have no colour. A newline is a line feed; a carriage return before it belongs to the
+    // comment or preprocessor line that it ends. Letters and digits are ASCII. Invalid UTF-8 is
+    // counted as U+FFFD, as UTF16Cursor does.
     static std::vector<SyntaxToken> tokens(std::string_view text);
 };
 

@@ -8,8 +8,8 @@ namespace tarnwick {
 
 enum class SyntaxKind : std::uint8_t {
     comment,
-    header,    // a comment line of the episode's own conventions: // @param ...
-    headerKey, // the @param of it; lies inside the header, and follows it in a list
+    header,    // a comment line with a declaration: // @param ...
+    headerKey, // its @param; inside the header, and after it in a list
     keyword,
     type,
     number,
@@ -18,7 +18,7 @@ enum class SyntaxKind : std::uint8_t {
     attribute,
 };
 
-// "comment", "headerKey": as the enumeration has it.
+// The name of the case: "comment", "headerKey".
 std::string_view rawValue(SyntaxKind kind);
 
 } // namespace tarnwick

@@ -6,8 +6,8 @@
 namespace tarnwick {
 namespace {
 
-// Length and four letters tell the words apart well enough: float2x3 from float3x3, ushort from
-// ushort4.
+// The length and four letters distinguish the words well enough: float2x3 from float3x3, ushort
+// from ushort4.
 std::size_t hashOf(std::string_view word) {
     auto letter = [&](std::size_t at) {
         return static_cast<std::uint32_t>(static_cast<unsigned char>(word[at]));

@@ -17,8 +17,8 @@ std::string_view lastComponent(std::string_view path) {
     return path.substr(path.rfind('/') + 1);
 }
 
-// What stands before the last full stop of `name`, and what stands after it. A name that only
-// begins with a full stop has no extension.
+// The text before the last full stop of `name`, and the text after it. A name whose only full stop
+// is its first character has no extension.
 std::pair<std::string_view, std::string_view> baseAndExtension(std::string_view name) {
     const std::size_t stop = name.rfind('.');
     if (stop == 0 || stop == std::string_view::npos)
@@ -45,7 +45,7 @@ std::string FileNames::safe(std::string_view name) {
     for (const std::string& character : characters)
         text += character;
     std::string_view base = trimmed(text);
-    // Blanks may have stood before a full stop, which would now hide the file.
+    // A full stop after removed blanks would hide the file.
     while (base.starts_with('.'))
         base = trimmed(base.substr(1));
     return std::string(base.empty() ? "shader" : base) + ".metal";

@@ -9,14 +9,14 @@
 namespace tarnwick {
 
 struct FileNames {
-    // A file name made of any text: of its last path component, without extension, the letters,
-    // marks, digits, hyphens, underscores, spaces and full stops stay and every other character
-    // becomes a hyphen; at most 80 characters, then ".metal". Never a hidden file; "shader.metal"
-    // when nothing is left.
+    // A safe file name made of the last path component of `name` without its extension. Letters,
+    // marks, digits, hyphens, underscores, spaces and full stops are kept; every other character
+    // becomes a hyphen. At most 80 characters, then ".metal". Never a hidden file; "shader.metal"
+    // if no character remains.
     static std::string safe(std::string_view name);
 
-    // A place in `directory` for a new file called `name`: that name, or with " 2", " 3" and so on
-    // before its extension ("metal" where it has none), the first for which `exists` answers no.
+    // The path of a new file in `directory`: `name`, or `name` with " 2", " 3" and so on before its
+    // extension (default: "metal"), the first for which `exists` returns false.
     static std::filesystem::path
     unique(std::string_view name, const std::filesystem::path& directory,
            const std::function<bool(const std::filesystem::path&)>& exists);

@@ -32,11 +32,11 @@ static constexpr auto functionWords = std::to_array<std::string_view>({
     "register", "return", "self", "signed", "sizeof", "static", "struct", "switch", "template",
     "this", "thread", "threadgroup", "throw", "true", "try", "typedef", "typeid", "typename",
     "union", "unsigned", "using", "vertex", "virtual", "void", "volatile", "while", "xor"});
-// Sorted. What C++14, 2.12 has besides, under which no member can be declared.
+// Sorted. The other keywords of C++14, 2.12, which cannot name a member.
 static constexpr auto otherKeywords = std::to_array<std::string_view>({
     "and_eq", "char16_t", "char32_t", "const_cast", "dynamic_cast", "goto", "not_eq", "or_eq",
     "reinterpret_cast", "static_assert", "static_cast", "thread_local", "wchar_t", "xor_eq"});
-// Sorted. Words among `functionWords` that can name a member all the same.
+// Sorted. Words among `functionWords` that can name a member.
 static constexpr auto memberNames = std::to_array<std::string_view>({
     "fragment", "init", "kernel", "main", "metal", "self", "vertex"});
 // clang-format on

@@ -1,20 +1,20 @@
-// Words of Swift and Metal that a generated program cannot use as names.
+// Words of Swift and Metal that are not valid names in a generated program.
 #pragma once
 
 #include <string_view>
 
 namespace tarnwick {
 
-// Whether Swift reads `word` as a keyword somewhere, so that as a name it stands in backquotes (The
-// Swift Programming Language 5.9, Lexical Structure).
+// Whether `word` is a keyword of Swift in some context, so that as a name it must be in backquotes
+// (The Swift Programming Language 5.9, Lexical Structure).
 bool isSwiftKeyword(std::string_view word);
 
-// Whether no Metal function can be called `word`, or none that Swift finds by that name: keywords
-// of C++14, Metal's own words and scalar, vector and matrix types, and what Swift reads after a
-// full stop as something else than a member. `word` has letters and digits only.
+// Whether `word` is not valid as the name of a Metal function that Swift calls: keywords of C++14,
+// words of Metal and its scalar, vector and matrix types, and words that Swift does not read as a
+// member after a full stop. `word` has letters and digits only.
 bool isReservedFunction(std::string_view word);
 
-// Whether no member of a record can be called `word`: keywords of C++14 and Metal's own.
+// Whether `word` is not valid as the name of a member: keywords of C++14 and of Metal.
 bool isReservedMember(std::string_view word);
 
 } // namespace tarnwick

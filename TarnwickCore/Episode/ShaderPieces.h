@@ -1,5 +1,5 @@
-// The host code that is written around an episode, piece by piece. A text that begins or ends with
-// blanks or line breaks does so on purpose: the pieces are joined as they stand.
+// The host code around an episode, in parts. Blanks and line breaks at the ends of a text are part
+// of it: the texts are joined without separators.
 #pragma once
 
 #include <string_view>

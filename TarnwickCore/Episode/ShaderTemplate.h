@@ -1,4 +1,4 @@
-// The texts that a new episode begins with.
+// The texts of new episodes.
 #pragma once
 
 #include <string>
@@ -6,17 +6,17 @@
 
 namespace tarnwick {
 
-// The title becomes the first line, a comment; it is one line of text.
+// The title, one line of text, becomes the first line, a comment.
 struct ShaderTemplate {
     // With parameters and sound.
     static std::string newShader(std::string_view title);
-    // With Inputs: sound that is heard, channels, the last frame.
+    // With Inputs: live sound, channels, the previous frame.
     static std::string inputsShader(std::string_view title);
     // With trails.
     static std::string particlesShader(std::string_view title);
     // With a background.
     static std::string gridShader(std::string_view title);
-    // A tune, and a picture that hears it through Inputs.
+    // With a tune, and a picture that reads it through Inputs.
     static std::string soundShader(std::string_view title);
 };
 

@@ -14,18 +14,18 @@ namespace tarnwick {
 namespace {
 
 constexpr std::string_view openers = "{([", closers = "})]";
-constexpr std::size_t deepest = 4096; // brackets within brackets; the compiler takes fewer
+constexpr std::size_t deepest = 4096; // nested brackets; the compiler accepts fewer
 
-// A bracket that waits for its partner.
+// A bracket that is not closed yet.
 struct Open {
     std::size_t at = 0;     // bytes
-    std::size_t indent = 0; // columns of the line that it stands in
+    std::size_t indent = 0; // of its line, in columns
 };
 
 struct Conditional {
     std::size_t at = 0;
-    std::vector<Open> before;                 // at the #if
-    std::optional<std::vector<Open>> through; // at the end of the first branch
+    std::vector<Open> before;                 // open brackets at the #if
+    std::optional<std::vector<Open>> through; // and at the end of the first branch
 };
 
 std::size_t lineStart(std::string_view text, std::size_t at) {
@@ -37,7 +37,7 @@ std::size_t lineEnd(std::string_view text, std::size_t at) {
     return std::min(text.find_first_of("\n\r", at), text.size());
 }
 
-// Columns of the blanks that `line` begins with, a tab going to the next fourth.
+// The columns of the blanks at the beginning of `line`; tab stops are at every fourth column.
 std::size_t indentOf(std::string_view line) {
     std::size_t columns = 0;
     for (const char one : line.substr(0, line.find_first_not_of(blanks)))
@@ -45,14 +45,14 @@ std::size_t indentOf(std::string_view line) {
     return columns;
 }
 
-// Whether the word before `at`, perhaps with blanks between, is "for".
+// Whether the word before `at` and its blanks is "for".
 bool followsFor(std::string_view text, std::size_t at) {
     while (at > 0 && blanks.find(text[at - 1]) != std::string_view::npos)
         --at;
     return text.substr(0, at).ends_with("for") && (at == 3 || !isWordCharacter(text[at - 4]));
 }
 
-// Where a comment begins that never ends.
+// The beginning of a comment that never ends.
 std::optional<std::size_t> openComment(std::string_view source) {
     const std::vector<SyntaxToken> tokens = MSLSyntax::tokens(source);
     if (tokens.empty() || tokens.back().kind != SyntaxKind::comment)
@@ -68,7 +68,7 @@ class Pairing {
   public:
     explicit Pairing(std::string_view source) : source_(source), code_(codeText(source)) {}
 
-    std::optional<Diagnostic> fault();
+    std::optional<Diagnostic> error();
 
   private:
     void readLine();
@@ -78,7 +78,7 @@ class Pairing {
     void endStatement();
     void finish();
     bool isAligned(const Open& open) const { return at_ != firstOfLine_ || open.indent == indent_; }
-    // Keeps the first one.
+    // Keeps the first error.
     void blame(std::size_t at, const std::string& message);
     void blameOpen(std::size_t at, std::string_view opener, std::string_view end = "closed");
     void blameOpen(const Open& open) { blameOpen(open.at, source_.substr(open.at, 1)); }
@@ -86,33 +86,33 @@ class Pairing {
     std::string_view source_;
     std::string code_;
     std::size_t at_ = 0;
-    std::size_t lineStart_ = 0, firstOfLine_ = 0; // where the line and its first code begin
+    std::size_t lineStart_ = 0, firstOfLine_ = 0; // the beginning of the line and of its code
     std::size_t indent_ = 0;                      // of the line, in columns
     std::vector<Open> open_;                      // outermost first
-    std::optional<Open> parenthesis_; // the last one that closed: where, its opener's indent
+    std::optional<Open> parenthesis_; // the last closed one: its end, and the indent of its opener
     std::vector<Conditional> conditionals_;
-    // Braces that indentation accuses: one that was opened deeper than its line of closing stands,
-    // one that closes deeper than its line of opening stands.
+    // The braces that are suspect by indentation: an opening brace deeper than the line of its
+    // closing brace; a closing brace deeper than the line of its opening brace.
     std::optional<std::size_t> suspectOpener_, suspectCloser_;
-    std::optional<Diagnostic> fault_;
+    std::optional<Diagnostic> error_;
     bool hasUnpairedMacro_ = false;
 };
 
 void Pairing::blame(std::size_t at, const std::string& message) {
-    if (fault_)
+    if (error_)
         return;
     const auto [line, column] = placeOf(source_, at);
-    fault_ = {.severity = Severity::error, .line = line, .column = column, .message = message};
+    error_ = {.severity = Severity::error, .line = line, .column = column, .message = message};
 }
 
 void Pairing::blameOpen(std::size_t at, std::string_view opener, std::string_view end) {
-    if (fault_)
-        return; // finding lines takes its time
+    if (error_)
+        return; // finding lines is slow
     const std::string line = std::to_string(placeOf(source_, at).line);
     blame(at, "'" + std::string(opener) + "' of line " + line + " is never " + std::string(end));
 }
 
-// A brace behind a parenthesis belongs to the line where the parenthesis opened.
+// A brace after a parenthesis belongs to the line of the opening parenthesis.
 void Pairing::open() {
     const bool isBehind = code_[at_] == '{' && parenthesis_ && parenthesis_->at >= lineStart_;
     open_.push_back({at_, isBehind ? parenthesis_->indent : indent_});
@@ -124,7 +124,7 @@ void Pairing::close(char closer) {
                                       [&](const Open& open) { return code_[open.at] == opener; });
     if (partner == open_.rend()) {
         const std::size_t at = closer == '}' ? suspectCloser_.value_or(at_) : at_;
-        return blame(at, std::string("'") + closer + "' closes nothing that is open");
+        return blame(at, std::string("'") + closer + "' has no matching '" + opener + "'");
     }
     if (partner != open_.rbegin())
         blameOpen(open_.back());
@@ -138,13 +138,13 @@ void Pairing::close(char closer) {
     open_.erase(partner.base() - 1, open_.end());
     if (!open_.empty())
         return;
-    // All is paired up to here, whatever the indentation.
+    // All brackets are paired up to here, regardless of indentation.
     suspectOpener_.reset();
     if (indent_ == 0)
         suspectCloser_.reset();
 }
 
-// Parentheses end before a statement does, but for those of a for loop.
+// Parentheses must end before a statement ends, except for those of a for loop.
 void Pairing::endStatement() {
     while (!open_.empty() && code_[open_.back().at] != '{') {
         if (followsFor(code_, open_.back().at))
@@ -170,8 +170,8 @@ void Pairing::readLine() {
     }
 }
 
-// Of the branches of a conditional only one is compiled, so each begins with what was open at the
-// #if, and the first one's end counts for what follows.
+// Only one branch of a conditional is compiled. Each branch begins with the brackets open at the
+// #if; the brackets open at the end of the first branch remain open after the #endif.
 void Pairing::readDirective() {
     const std::size_t start = at_;
     at_ = lineEnd(code_, at_);
@@ -198,7 +198,7 @@ void Pairing::readDirective() {
 }
 
 void Pairing::finish() {
-    // An open comment swallows all behind it.
+    // An unclosed comment contains all text after it.
     if (const auto comment = openComment(source_))
         blameOpen(*comment, "/*");
     if (!conditionals_.empty())
@@ -210,7 +210,7 @@ void Pairing::finish() {
     blameOpen(open_.back());
 }
 
-std::optional<Diagnostic> Pairing::fault() {
+std::optional<Diagnostic> Pairing::error() {
     while (at_ < code_.size() && open_.size() < deepest) {
         const std::string_view line =
             withoutBlanks(std::string_view(code_).substr(at_, lineEnd(code_, at_) - at_));
@@ -218,13 +218,13 @@ std::optional<Diagnostic> Pairing::fault() {
         ++at_;
     }
     finish();
-    return hasUnpairedMacro_ ? std::nullopt : fault_;
+    return hasUnpairedMacro_ ? std::nullopt : error_;
 }
 
 } // namespace
 
 std::optional<Diagnostic> unpairedBracket(std::string_view source) {
-    return Pairing(source).fault();
+    return Pairing(source).error();
 }
 
 std::optional<Diagnostic> unfinishedEnd(std::string_view source) {

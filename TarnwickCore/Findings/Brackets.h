@@ -1,4 +1,4 @@
-// What an episode opens and never closes, or closes without having opened it.
+// Finds brackets, comments and conditional directives that are not paired.
 #pragma once
 
 #include "TarnwickCore/Diagnostics.h"
@@ -8,13 +8,13 @@
 
 namespace tarnwick {
 
-// The first fault of `source` in the pairing of {}, (), [], comments and conditional directives, as
-// an error: "'{' of line 67 is never closed". Where indentation shows which brace of several lacks
-// its partner, the place is that brace's. Nothing where all are paired, and nothing where a macro's
-// body is not, since code that uses it may rightly look unpaired. Any bytes are taken.
+// The first unpaired {}, (), [], comment or conditional directive of `source`, as an error: "'{' of
+// line 67 is never closed". If indentation shows which of several braces is unpaired, the error is
+// at that brace. Nothing if all are paired. Nothing also if the body of a macro is unpaired,
+// because code that uses the macro may correctly look unpaired. Accepts any bytes.
 std::optional<Diagnostic> unpairedBracket(std::string_view source);
 
-// Where the text ends in the middle of a declaration, an error at its last character of code.
+// An error at the last character of code, if the text ends in the middle of a declaration.
 std::optional<Diagnostic> unfinishedEnd(std::string_view source);
 
 } // namespace tarnwick

@@ -1,4 +1,4 @@
-// A program's text without what only people read.
+// The text of a program without comments and strings.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace tarnwick {
 
-// `source` with blanks in place of its comments and strings, byte for byte, so that all else stands
-// where it stood; line breaks stay. Any bytes are taken.
+// `source` with its comments and strings replaced by blanks, byte for byte: all other text keeps
+// its place. Line breaks are kept. Accepts any bytes.
 std::string codeText(std::string_view source);
 
 } // namespace tarnwick

@@ -27,7 +27,7 @@ std::string inQuotes(std::string_view text) {
     return "'" + std::string(shown) + (shown.size() < text.size() ? "…'" : "'");
 }
 
-// A directive: the line that it begins, its key without the @, and what follows.
+// A directive: its line, its key without the @, and the text after the key.
 struct Directive {
     std::string_view line, key, value;
 };
@@ -51,8 +51,8 @@ std::vector<std::string_view> wordsOf(std::string_view text) {
     return words;
 }
 
-// The optimal string alignment distance: how many letters to put in, leave out, change, or exchange
-// with their neighbours.
+// The optimal string alignment distance: the number of letters to insert, remove, change, or
+// exchange with a neighbour.
 std::size_t distance(std::string_view one, std::string_view other) {
     std::vector<std::vector<std::size_t>> table(one.size() + 1,
                                                 std::vector<std::size_t>(other.size() + 1));
@@ -86,13 +86,13 @@ std::vector<std::string_view> knownKeys() {
     return keys;
 }
 
-// The known key that `key` seems to mean; empty where it is like none.
+// The known key most like `key`; empty if none is like it.
 std::string_view nearKey(std::string_view key) {
     constexpr std::size_t longest = 32; // keys are short
     if (key.size() > longest)
         return "";
     std::string_view nearest;
-    std::size_t least = key.size() < 5 ? 2 : 3; // farther ones are other words
+    std::size_t least = key.size() < 5 ? 2 : 3; // at a greater distance it is another word
     for (const std::string_view known : knownKeys())
         if (const std::size_t far = distance(lowerCased(key), known); far < least) {
             least = far;
@@ -116,13 +116,14 @@ class Check {
     void warn(std::string_view at, const std::string& message,
               Severity severity = Severity::warning);
 
-    std::string_view physicalLine_; // as the compiler counts lines
+    std::string_view physicalLine_; // a line as the compiler counts them
     std::int64_t number_ = 0;
-    std::map<std::string, std::int64_t, std::less<>> params_, counts_; // where each was declared
+    std::map<std::string, std::int64_t, std::less<>> params_,
+        counts_; // the line of each declaration
     std::vector<Diagnostic> warnings_;
 };
 
-// `at` is a part of the line.
+// Warns at `at`, a part of the line.
 void Check::warn(std::string_view at, const std::string& message, Severity severity) {
     warnings_.push_back({.severity = severity,
                          .line = number_,
@@ -148,11 +149,12 @@ void Check::readIgnoredParam(const Directive& directive) {
                                       " is missing: " + std::string(paramForm));
         const auto number = floatOf(words[i]);
         if (!number)
-            return warn(words[i], ignored + inQuotes(words[i]) + " is not a number (the " +
-                                      std::string(places[i]) + ")" +
-                                      (words[i].find(',') == std::string_view::npos
-                                           ? ""
-                                           : "; blanks part the numbers, a point begins decimals"));
+            return warn(words[i],
+                        ignored + inQuotes(words[i]) + " is not a number (the " +
+                            std::string(places[i]) + ")" +
+                            (words[i].find(',') == std::string_view::npos
+                                 ? ""
+                                 : "; separate numbers by blanks, and decimals by a point"));
         numbers[i] = *number;
     }
     warn(words[3], ignored + "the maximum " + shortest(numbers[3]) +
@@ -171,10 +173,10 @@ void Check::readParam(const Directive& directive) {
                                   " declares " + inQuotes(param.name));
     if (isReservedMember(param.name))
         return warn(words[0],
-                    inQuotes(param.name) + " is a word of the language and cannot name a parameter",
+                    inQuotes(param.name) + " is a reserved word and cannot name a parameter",
                     Severity::error);
     if (const auto written = floatOf(words[1]); written && *written != param.defaultValue)
-        warn(words[1], "the default " + shortest(*written) + " is outside of " +
+        warn(words[1], "the default " + shortest(*written) + " is outside the range " +
                            shortest(param.min) + " to " + shortest(param.max) + ": " +
                            shortest(param.defaultValue) + " is used");
 }
@@ -186,20 +188,19 @@ void Check::readCount(const Directive& directive) {
     const auto groups = number.firstMatch(directive.value);
     if (!groups)
         return warn(directive.key,
-                    name + " is ignored: it takes one whole number and nothing else, as in // " +
+                    name + " is ignored: it requires one whole number and nothing else, as in // " +
                         name + (key == "grid" ? " 64" : " 20000"));
     const auto [first, isNew] = counts_.emplace(key, number_);
     if (!isNew)
-        return warn(directive.key, name + " is ignored: that of line " +
-                                       std::to_string(first->second) + " counts");
+        return warn(directive.key, name + " is ignored: line " + std::to_string(first->second) +
+                                       " has one already");
     const bool isGrid = key == "grid";
     const std::int64_t count = isGrid ? ShaderAssembler::gridSize(directive.line)
                                       : ShaderAssembler::particleCount(directive.line);
     if (count == 0)
-        return warn((*groups)[1], name + " 0 counts as none");
+        return warn((*groups)[1], name + " 0 has no effect");
     if (integerOf((*groups)[1]) != count)
-        warn((*groups)[1], "at most " + std::to_string(count) + " are taken: " + name + " " +
-                               std::to_string(count));
+        warn((*groups)[1], name + " is limited to " + std::to_string(count));
 }
 
 void Check::readKey(const Directive& directive) {
@@ -208,14 +209,14 @@ void Check::readKey(const Directive& directive) {
     if (directive.key == "forked-from") {
         if (!ForkedFrom::parse(directive.line))
             warn(directive.key,
-                 name + " is ignored: it takes an episode, as in // " + name + " episode-12");
+                 name + " is ignored: it requires an episode, as in // " + name + " episode-12");
         return;
     }
     if (!EpisodeMeta::takes(directive.key, value))
         warn(value.empty() ? directive.key : value,
              name +
-                 (directive.key == "variations" ? " is read in part: it takes "
-                                                : " is ignored: it takes ") +
+                 (directive.key == "variations" ? " is partly ignored: it requires "
+                                                : " is ignored: it requires ") +
                  std::string(EpisodeMeta::valueOf(directive.key)));
 }
 
@@ -224,14 +225,14 @@ void Check::readDirective(const Directive& directive) {
     if (std::ranges::find(known, directive.key) == known.end()) {
         if (const std::string_view near = nearKey(directive.key); !near.empty())
             warn(directive.key, "'@" + std::string(directive.key) +
-                                    "' is not known and ignored; did you mean '@" +
+                                    "' is unknown and ignored; did you mean '@" +
                                     std::string(near) + "'?");
         return;
     }
     const bool isApart = *(directive.key.data() - 1) != '@';
     if (isApart)
         return warn(directive.key,
-                    "@" + std::string(directive.key) + " is ignored: a blank stands behind its @");
+                    "@" + std::string(directive.key) + " is ignored: there is a blank after its @");
     if (directive.key == "param")
         readParam(directive);
     else if (directive.key == "particles" || directive.key == "grid")
@@ -240,7 +241,7 @@ void Check::readDirective(const Directive& directive) {
         readKey(directive);
 }
 
-// A declaration that would be one at the beginning of a // line.
+// Warns about a declaration that is valid only at the beginning of a // line.
 void Check::readMisplaced(std::string_view line) {
     const std::string_view before = line.substr(0, line.find('@'));
     const std::string_view mark = trimmed(before);
@@ -253,8 +254,7 @@ void Check::readMisplaced(std::string_view line) {
     const std::string moved = "// " + rest;
     if (!ParamParser::parse(moved).empty() || ShaderAssembler::particleCount(moved) > 0 ||
         ShaderAssembler::gridSize(moved) > 0)
-        warn(line.substr(before.size()),
-             "this declaration is ignored: it counts only at the beginning of a // line");
+        warn(line.substr(before.size()), "this declaration is ignored: it must begin a // line");
 }
 
 void Check::readLine(std::string_view line) {
@@ -270,7 +270,7 @@ std::vector<Diagnostic> Check::warnings(std::string_view source) {
     for (const std::string_view line : compilerLines(source)) {
         physicalLine_ = line;
         ++number_;
-        // The parsers know more line breaks than the compiler.
+        // The parsers accept more line breaks than the compiler.
         for (const std::string_view part : linesOf(line))
             readLine(part);
     }

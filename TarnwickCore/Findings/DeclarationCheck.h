@@ -1,5 +1,5 @@
-// Lines of an episode that begin like a declaration (// @param, // @still, ...) but are not read as
-// one, or not as they are written.
+// Warns about lines that look like a declaration (// @param, // @still, ...) and are ignored, or
+// are not read as written.
 #pragma once
 
 #include "TarnwickCore/Diagnostics.h"
@@ -9,9 +9,9 @@
 
 namespace tarnwick {
 
-// A warning for each such line of `source`, in order, at the word that is at fault: "@param is
-// ignored: the maximum 0 is not greater than the minimum 1". An error for a parameter whose name no
-// program compiles with. Any bytes are taken; never fails.
+// A warning for each such line of `source`, in order, at the wrong word: "@param is ignored: the
+// maximum 0 is not greater than the minimum 1". An error for a parameter name that no program
+// compiles with. Accepts any bytes; never fails.
 std::vector<Diagnostic> declarationWarnings(std::string_view source);
 
 } // namespace tarnwick

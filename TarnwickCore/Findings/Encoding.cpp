@@ -9,7 +9,7 @@
 
 namespace tarnwick {
 
-std::optional<Diagnostic> encodingFault(std::string_view source) {
+std::optional<Diagnostic> encodingError(std::string_view source) {
     const std::size_t at = std::min(firstIllFormedByte(source), source.find('\0'));
     if (at == std::string_view::npos)
         return std::nullopt;

@@ -1,4 +1,4 @@
-// Whether the text of an episode is text.
+// Checks that the file of an episode is text.
 #pragma once
 
 #include "TarnwickCore/Diagnostics.h"
@@ -8,8 +8,8 @@
 
 namespace tarnwick {
 
-// The first byte of `source` that is not UTF-8 (The Unicode Standard, table 3-7) or is a NUL, as an
-// error at its place; nothing where all is text.
-std::optional<Diagnostic> encodingFault(std::string_view source);
+// An error at the first byte of `source` that is not UTF-8 (The Unicode Standard, table 3-7) or is
+// NUL; nothing without one.
+std::optional<Diagnostic> encodingError(std::string_view source);
 
 } // namespace tarnwick

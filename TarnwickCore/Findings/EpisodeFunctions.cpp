@@ -37,7 +37,7 @@ Signature signatureOf(std::string_view line) {
     return {line, type, wordAt(line, type.size() + 1)};
 }
 
-// What is called in an episode like `shader`.
+// The functions that the host calls in an episode like `shader`.
 std::vector<Signature> signaturesOf(const AssembledShader& shader) {
     const bool isFragment = !shader.isMesh() && !shader.isParticles();
     std::vector<Signature> signatures;
@@ -58,7 +58,7 @@ const Signature* signatureNamed(const std::vector<Signature>& all, std::string_v
     return found == all.end() ? nullptr : &*found;
 }
 
-// What stands in the first quotation marks.
+// The text in the first quotation marks.
 std::string_view quotedName(std::string_view message) {
     const std::size_t start = message.find('\'') + 1;
     return start == 0 ? "" : message.substr(start, message.find('\'', start) - start);
@@ -68,7 +68,7 @@ bool isError(const Diagnostic& diagnostic) {
     return diagnostic.severity == Severity::error;
 }
 
-// Where a line defines a function or a record of that name: at its name.
+// The place of the name in the line that defines a function or record of that name.
 struct Definition {
     std::string type;
     TextPlace place;
@@ -104,7 +104,7 @@ Diagnostic errorAt(const TextPlace& place, std::string message) {
     return error;
 }
 
-// Reads the messages about generated code.
+// Reads the diagnostics about generated code.
 class HostMessages {
   public:
     HostMessages(std::string_view source, const AssembledShader& shader)
@@ -118,14 +118,14 @@ class HostMessages {
     void takeUnknown(const Signature& signature, const std::vector<Diagnostic>& notes);
     void takeMisfit(const Signature& signature, const std::vector<Diagnostic>& notes);
     bool takeReturns();
-    void addDefined(const Signature& signature, const TextPlace& place, const std::string& fault);
+    void addDefined(const Signature& signature, const TextPlace& place, const std::string& message);
 
     std::string_view source_;
     const AssembledShader& shader_;
     std::vector<Signature> signatures_;
     std::vector<std::string> missing_;
-    std::optional<Diagnostic> other_; // a name much like the missing one
-    std::vector<Finding> defined_;    // functions that are there, but not as they are called
+    std::optional<Diagnostic> other_; // a name similar to the missing one
+    std::vector<Finding> defined_;    // functions defined differently from how they are called
     std::vector<Finding> rest_;
 };
 
@@ -156,22 +156,23 @@ void HostMessages::takeMisfit(const Signature& signature, const std::vector<Diag
         if (note.line == 0 || !note.message.starts_with(lead))
             continue;
         addDefined(signature, {note.line, note.column},
-                   "does not take what the host passes: " + note.message.substr(lead.size()));
+                   "does not accept the arguments of the host: " +
+                       note.message.substr(lead.size()));
         return;
     }
 }
 
-// Once each.
+// Adds each finding once.
 void HostMessages::addDefined(const Signature& signature, const TextPlace& place,
-                              const std::string& fault) {
+                              const std::string& message) {
     Finding finding;
-    finding.diagnostic = errorAt(place, "'" + std::string(signature.name) + "' " + fault);
+    finding.diagnostic = errorAt(place, "'" + std::string(signature.name) + "' " + message);
     finding.hint = signature.text;
     if (std::ranges::find(defined_, finding) == defined_.end())
         defined_.push_back(std::move(finding));
 }
 
-// Functions that return something else; the message about it names none.
+// Finds functions with another return type. The message of the compiler does not name them.
 bool HostMessages::takeReturns() {
     bool isFound = false;
     for (const Signature& signature : signatures_) {
@@ -182,7 +183,7 @@ bool HostMessages::takeReturns() {
             continue;
         isFound = true;
         addDefined(signature, definition->place,
-                   "returns " + definition->type + "; the host wants " +
+                   "returns " + definition->type + "; the host requires " +
                        std::string(signature.type));
     }
     return isFound;
@@ -233,7 +234,7 @@ std::vector<Finding> aboutEpisodeFunctions(std::string_view source, const Assemb
             continue;
         }
         if (head.line == 0)
-            continue; // nothing that the author could change
+            continue; // nothing that the author can change
         hasOwnError |= isError(head);
         findings.push_back({head, ""});
         for (const Diagnostic& note : notes)

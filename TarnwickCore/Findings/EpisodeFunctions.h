@@ -10,13 +10,13 @@
 
 namespace tarnwick {
 
-// What an episode of the kind of `shader` defines: "a particle episode defines:", and the
-// signatures, a line each.
+// The functions of an episode of the kind of `shader`: "a particle episode defines:", then the
+// signatures, one per line.
 std::string definitionsOf(const AssembledShader& shader);
 
-// `diagnostics` of `source`, which was assembled to `shader`, with those about generated code said
-// about the functions that the episode lacks or defines differently. Where the episode has errors
-// of its own, those about generated code that follow from them are left out.
+// The findings for `diagnostics` of `source`, which was assembled to `shader`. Errors in generated
+// code become errors about functions that the episode does not define or defines differently. They
+// are omitted if they follow from errors in the episode's own text.
 std::vector<Finding> aboutEpisodeFunctions(std::string_view source, const AssembledShader& shader,
                                            const std::vector<Diagnostic>& diagnostics);
 

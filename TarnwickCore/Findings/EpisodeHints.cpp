@@ -17,7 +17,7 @@ struct Argument {
     std::string_view name, declaration, kinds; // of episode
 };
 
-// What the host hands to shade.
+// The arguments that the host passes to shade.
 constexpr std::array<Argument, 5> arguments{{
     {"u", "constant Uniforms& u", "every episode"},
     {"p", "constant Params& p", "every episode"},
@@ -69,13 +69,13 @@ std::string EpisodeHints::forMissingParameter(std::string_view name) const {
     return "the parameters are " + names + "; a line such as " + declaration + " declares another";
 }
 
-// A function that stands below the line that calls it.
+// A hint for a function that is defined below the line that calls it.
 std::string EpisodeHints::forLaterDefinition(std::string_view name, std::int64_t line) const {
     for (auto at = static_cast<std::size_t>(std::max<std::int64_t>(line, 0));
          at < codeLines_.size(); ++at) {
         const std::string_view text = codeLines_[at];
         const std::size_t found = findWord(text, name);
-        // At the beginning of a line, behind its type.
+        // A definition begins a line, with its type.
         if (found == std::string_view::npos || found == 0 || !isWordCharacter(text[0]) ||
             !text.substr(found + name.size()).starts_with('(') ||
             text.substr(0, found).find_first_of("=(;{") != std::string_view::npos)
@@ -106,7 +106,7 @@ std::string EpisodeHints::forUnknownName(const Diagnostic& message, std::string_
 }
 
 std::string EpisodeHints::hintFor(const Diagnostic& message) const {
-    // Of a program that has no shade it is worth knowing what another system would have called.
+    // For a program without shade, the entry point of another system is the useful hint.
     if (message.line == 0 && message.message.starts_with("'shade' is not defined"))
         for (const std::string_view name : {"mainImage", "main"})
             if (findWord(code_, name) != std::string_view::npos)

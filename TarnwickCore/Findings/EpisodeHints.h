@@ -1,4 +1,4 @@
-// Hints that follow from what an episode itself says: its parameters, its arguments, its order.
+// Hints that depend on the episode: its parameters, its arguments, the order of its functions.
 #pragma once
 
 #include "TarnwickCore/Diagnostics.h"
@@ -12,16 +12,16 @@ namespace tarnwick {
 
 class EpisodeHints {
   public:
-    // Of one source, which outlives it.
+    // The source must outlive it.
     explicit EpisodeHints(std::string_view source);
     EpisodeHints(const EpisodeHints&) = delete;
     EpisodeHints& operator=(const EpisodeHints&) = delete;
 
-    // A hint for a compiler's message about the source, from the source or else from the table of
-    // Hints.h; empty where neither has one.
+    // A hint for a diagnostic of the source, from the source or otherwise from the table of
+    // Hints.h; empty without one.
     std::string hintFor(const Diagnostic& message) const;
 
-    // Whether line `number`, one of the source, declares something called `name`: behind a type.
+    // Whether line `number` of the source declares `name`, after a type.
     bool declaresIn(std::int64_t number, std::string_view name) const;
 
   private:

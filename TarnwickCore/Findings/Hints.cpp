@@ -8,19 +8,19 @@
 namespace tarnwick {
 namespace {
 
-// What the compiler says about the name of a row.
+// The kind of message that a row is for.
 enum class Said {
-    unknown,   // that it does not know it
-    misfit,    // that it does not take such arguments
-    directive, // that there is no such # line
+    unknown,   // the name is unknown
+    misfit,    // the arguments do not fit
+    directive, // the # line is unknown
     fragment,  // `name` is a part of the message
 };
 
-// How the hint is made of the row.
+// How the text of the hint is made.
 enum class Form {
     metal,    // "vec3 is float3 in Metal"
     episode,  // "iTime is u.time in an episode"
-    sentence, // `instead` says it all
+    sentence, // `instead` is the whole hint
 };
 
 struct Row {
@@ -59,7 +59,7 @@ constexpr auto rows = std::to_array<Row>({
     {"sampler2D", channel, Form::sentence}, {"samplerCube", channel, Form::sentence},
     {"Texture2D", channel, Form::sentence}, {"SamplerState", channel, Form::sentence},
     // Qualifiers (GLSL 4.60, 4.3 to 4.7)
-    {"in", "a plain argument is what GLSL calls in: leave the word out", Form::sentence},
+    {"in", "a plain argument is GLSL's in: leave the word out", Form::sentence},
     {"out", "out float3 x is thread float3& x in Metal", Form::sentence},
     {"inout", "inout float3 x is thread float3& x in Metal", Form::sentence},
     {"uniform", uniforms, Form::sentence},
@@ -110,7 +110,7 @@ constexpr auto rows = std::to_array<Row>({
     // Constants
     {"PI", "M_PI_F"}, {"pi", "M_PI_F"}, {"M_PI", "M_PI_F"}, {"TAU", "2.0 * M_PI_F"}, {"TWO_PI", "2.0 * M_PI_F"},
     {"HALF_PI", "M_PI_2_F"},
-    // What a program gets and gives (GLSL 4.60, 7.1)
+    // Inputs and outputs of a program (GLSL 4.60, 7.1)
     {"gl_FragCoord", fromPixels, Form::sentence}, {"fragCoord", fromPixels, Form::sentence},
     {"gl_FragColor", returnsColour, Form::sentence}, {"fragColor", returnsColour, Form::sentence},
     {"FragColor", returnsColour, Form::sentence}, {"outColor", returnsColour, Form::sentence},
@@ -119,7 +119,7 @@ constexpr auto rows = std::to_array<Row>({
     {"gl_VertexID", "spawn and update get the particle's number as id", Form::sentence},
     {"vUv", "uv", Form::episode}, {"v_uv", "uv", Form::episode}, {"vTexCoord", "uv", Form::episode},
     {"v_texcoord", "uv", Form::episode},
-    // What sites and editors of shaders give
+    // Names that shader sites and editors define
     {"mainImage", signature, Form::episode}, {"main", signature, Form::episode},
     {"iTime", "u.time", Form::episode}, {"iGlobalTime", "u.time", Form::episode},
     {"u_time", "u.time", Form::episode}, {"time", "u.time", Form::episode},
@@ -136,14 +136,14 @@ constexpr auto rows = std::to_array<Row>({
     {"iChannel2", "in.channel(2, uv) reads it, where shade takes Inputs in as its fourth argument", Form::sentence},
     {"iChannel3", "in.channel(3, uv) reads it, where shade takes Inputs in as its fourth argument", Form::sentence},
     {"iChannelResolution", "in.channel(0, uv) takes uv from 0 to 1, whatever the picture's size", Form::sentence},
-    // Habits that are not a name
+    // Habits without a name
     {"is not contextually convertible to 'bool'", "all(...) or any(...) makes one bool of a vector of them", Form::sentence, Said::fragment},
     {"expected '(' for function-style cast or type construction", "an array is written float a[3] = {1.0, 2.0, 3.0} in Metal", Form::sentence, Said::fragment},
     {"cannot initialize return object of type 'float4' (vector of 4 'float' values) with an lvalue of type 'float3'", "float4(c, 1.0) makes a colour with alpha of a float3 c", Form::sentence, Said::fragment},
     {"cannot initialize return object of type 'float4' (vector of 4 'float' values) with an rvalue of type 'float3'", "float4(c, 1.0) makes a colour with alpha of a float3 c", Form::sentence, Said::fragment},
-    {"must reside in constant address space", "write constant before its type; what changes has its place inside of functions", Form::sentence, Said::fragment},
-    {"cannot assign to variable 'u'", "u cannot be changed: copy what is to change, as in float t = u.time", Form::sentence, Said::fragment},
-    {"cannot assign to variable 'p'", "p cannot be changed: copy what is to change, as in float speed = p.speed", Form::sentence, Said::fragment},
+    {"must reside in constant address space", "write constant before its type; variables must be inside functions", Form::sentence, Said::fragment},
+    {"cannot assign to variable 'u'", "u cannot be changed: copy the value, as in float t = u.time", Form::sentence, Said::fragment},
+    {"cannot assign to variable 'p'", "p cannot be changed: copy the value, as in float speed = p.speed", Form::sentence, Said::fragment},
 });
 // clang-format on
 
@@ -167,7 +167,7 @@ std::string findFragment(std::string_view message) {
     return {};
 }
 
-// What follows `lead` in the message, up to the next quotation mark.
+// The text after `lead` in the message, up to the next quotation mark.
 std::string_view quotedAfter(std::string_view message, std::string_view lead) {
     return message.starts_with(lead)
                ? message.substr(lead.size(), message.find('\'', lead.size()) - lead.size())
@@ -194,7 +194,7 @@ std::string hintForName(std::string_view name) {
 std::string hintOf(const Diagnostic& message, std::string_view line) {
     const std::string_view text = message.message;
     if (const std::string_view name = unknownName(text); !name.empty()) {
-        // A signature that cannot be mended word by word.
+        // A signature that cannot be corrected word by word.
         const bool isSignature = name == "out" || name == "inout" || name == "in" || name == "vec4";
         return hintForName(isSignature && findWord(line, "mainImage") != std::string_view::npos
                                ? "mainImage"
@@ -203,7 +203,7 @@ std::string hintOf(const Diagnostic& message, std::string_view line) {
     if (const auto name = quotedAfter(text, "no matching function for call to '"); !name.empty())
         return find(name, Said::misfit);
     const auto at = static_cast<std::size_t>(std::max<std::int64_t>(message.column - 1, 0));
-    // A type that was taken for a variable: "vec2 uv = ...".
+    // A type that the compiler read as a variable: "vec2 uv = ...".
     if (text.starts_with("expected ';' after expression"))
         return hintForName(wordBefore(line, std::min(at, line.size())));
     if (text == "invalid preprocessing directive")

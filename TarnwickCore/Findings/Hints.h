@@ -1,4 +1,4 @@
-// What helps those who write GLSL, HLSL or a shader site's habits where Metal has something else.
+// Hints for names and habits of GLSL, HLSL and shader sites, for which Metal has other names.
 #pragma once
 
 #include "TarnwickCore/Diagnostics.h"
@@ -8,9 +8,9 @@
 
 namespace tarnwick {
 
-// A hint for a compiler's message about `line`, the line of the source that it points at: "vec3 is
-// float3 in Metal". Empty where the table has none: only names that the compiler complains about
-// are looked up, so an episode may well define a mod() of its own. Any bytes are taken.
+// A hint for a diagnostic about `line`, its line of the source: "vec3 is float3 in Metal". Empty if
+// the table has none. Only names that the compiler rejects are looked up, so an episode may define
+// a mod() of its own. Accepts any bytes.
 std::string hintOf(const Diagnostic& message, std::string_view line);
 
 // The hint for a name that the compiler does not know; empty where the table has none.

@@ -1,4 +1,4 @@
-// Words of a program's text: letters, digits and underscores of ASCII.
+// Words of the text of a program: ASCII letters, digits and underscores.
 #pragma once
 
 #include <algorithm>
@@ -12,7 +12,7 @@ constexpr bool isWordCharacter(char one) {
            one == '_';
 }
 
-// The word that goes on from `at`; empty where none does.
+// The word characters from `at` on; empty without one.
 inline std::string_view wordAt(std::string_view text, std::size_t at) {
     std::size_t end = std::min(at, text.size());
     while (end < text.size() && isWordCharacter(text[end]))
@@ -28,8 +28,7 @@ inline std::string_view wordBefore(std::string_view text, std::size_t end) {
     return text.substr(start, end - start);
 }
 
-// Where `word` stands in `text` from `from` on, with no other word's part beside it; npos for
-// nowhere.
+// The position of `word` in `text` from `from` on, as a whole word; npos without one.
 inline std::size_t findWord(std::string_view text, std::string_view word, std::size_t from = 0) {
     for (std::size_t at = text.find(word, from); at != std::string_view::npos;
          at = text.find(word, at + 1))

@@ -12,11 +12,11 @@ namespace tarnwick {
 namespace {
 
 constexpr std::size_t window = AudioAnalyzer::window;
-constexpr std::size_t outputs = window / 2; // of the transform that are looked at
-// Hz; low, mid and high lie between neighbours.
+constexpr std::size_t outputs = window / 2; // used frequencies of the transform
+// Hz; low, mid and high are between neighbours.
 constexpr std::array<double, 4> bandEdges{20, 250, 2000, 12000};
 
-// The periodic form: 0 at the first point, and at the one after the last.
+// The periodic form of the Hann window: 0 at the first point, and at the point after the last.
 std::vector<float> hannWindow() {
     std::vector<float> hann(window);
     for (std::size_t n = 0; n < window; ++n)
@@ -25,7 +25,7 @@ std::vector<float> hannWindow() {
     return hann;
 }
 
-// Of an amplitude. Silence, and what is no number, is 0.
+// The decibels of an amplitude, mapped to [0, 1]. Silence and NaN give 0.
 float decibels(float amplitude) {
     return amplitude > 0 ? std::clamp((20 * std::log10(amplitude) + 70) / 64, 0.0f, 1.0f) : 0;
 }
@@ -39,7 +39,7 @@ float rootMeanSquare(std::span<const float> samples) {
                : static_cast<float>(std::sqrt(squares / static_cast<double>(samples.size())));
 }
 
-// How much of the way to a target `elapsed` seconds make.
+// The fraction of the way to a target after `elapsed` seconds.
 struct Smoothing {
     float attack, release;
     explicit Smoothing(double elapsed)
@@ -58,7 +58,7 @@ struct AudioAnalyzer::Transform {
     std::vector<float> hann = hannWindow();
     std::array<float, window> frame{};
     std::array<kiss_fft_cpx, outputs + 1> found{};
-    std::array<float, outputs> magnitudes{}; // 1 for a sine of full scale amid the outputs
+    std::array<float, outputs> magnitudes{}; // 1 for a sine of full scale
 
     Transform() { precondition(setup != nullptr, "KISS FFT supports this length of transform"); }
     void perform(std::span<const float> samples);
@@ -71,7 +71,7 @@ void AudioAnalyzer::Transform::perform(std::span<const float> samples) {
                    hann.begin() + static_cast<std::ptrdiff_t>(silent),
                    frame.begin() + static_cast<std::ptrdiff_t>(silent), std::multiplies());
     kiss_fftr(setup.get(), frame.data(), found.data());
-    // The window halves the amplitude, and its other half is in the negative frequencies.
+    // The window halves the amplitude, and half of it is in the negative frequencies.
     for (std::size_t k = 0; k < outputs; ++k)
         magnitudes[k] =
             std::sqrt(found[k].r * found[k].r + found[k].i * found[k].i) * (4.0f / window);
@@ -101,7 +101,7 @@ AudioAnalyzer::Range AudioAnalyzer::binRange(std::size_t bin, std::size_t bins) 
     auto output = [&](std::size_t edge) {
         const double hertz =
             std::exp(static_cast<double>(edge) * span / static_cast<double>(bins) + start);
-        // Beyond the outputs one is like the other.
+        // All frequencies beyond the outputs are equivalent.
         return static_cast<std::size_t>(std::min(hertz * window / sampleRate_, outputs + 1.0));
     };
     const std::size_t first = std::max<std::size_t>(output(bin), 1);
@@ -127,7 +127,7 @@ float AudioAnalyzer::peak(const Range& range) const {
     return greatest;
 }
 
-// Of the powers, as an amplitude.
+// The amplitude of the sum of the powers.
 float AudioAnalyzer::sum(const Range& range) const {
     double squares = 0;
     for (std::size_t k = range.first; k < range.end; ++k)

@@ -1,4 +1,5 @@
-// What an episode hears of a block of sound: a spectrum over logarithmic frequencies, and levels.
+// Computes the spectrum over logarithmic frequencies and the levels that an episode reads from
+// sound.
 #pragma once
 
 #include <array>
@@ -10,37 +11,37 @@
 
 namespace tarnwick {
 
-// Values rise quickly (10 ms) and fall slowly (0.25 s), by the seconds that pass, however often the
-// sound is looked at. One thread at a time.
+// Values rise quickly (10 ms) and fall slowly (0.25 s) by elapsed time, independent of the rate of
+// calls. One thread at a time.
 class AudioAnalyzer {
   public:
-    static constexpr std::size_t window = 2048; // samples looked at in each call
+    static constexpr std::size_t window = 2048; // samples used by each call
     static constexpr double lowestFrequency = 30, highestFrequency = 16000; // Hz, of the spectrum
 
-    // `sampleRate` in Hz, above 0; with bins, high enough that each begins below half of it (above
-    // 31.2 kHz for 256). `bins` is at least 0.
+    // `sampleRate` in Hz, above 0; each of the `bins` must begin below half of it (above 31.2 kHz
+    // for 256 bins). `bins` is at least 0.
     AudioAnalyzer(double sampleRate, std::int64_t bins);
     ~AudioAnalyzer();
     AudioAnalyzer(AudioAnalyzer&&) noexcept;
     AudioAnalyzer& operator=(AudioAnalyzer&&) noexcept;
 
-    // Looks at the last `window` of the samples, with silence before them where there are fewer,
-    // and moves towards what it finds by `elapsed` seconds, at least 0.
+    // Analyses the last `window` samples, preceded by silence if there are fewer, and moves the
+    // values towards the result by `elapsed` seconds, at least 0.
     void analyse(std::span<const float> mono, double elapsed);
-    // Silence, at once: for sound that begins anew or jumps.
+    // Sets all values to silence at once, for sound that restarts or jumps.
     void reset();
 
     double sampleRate() const { return sampleRate_; }
-    // Each in [0, 1], from -70 to -6 decibels, 0 being a sine of full scale.
+    // Each in [0, 1], from -70 to -6 decibels; 0 decibels is a sine of full scale.
     const std::vector<float>& spectrum() const { return spectrum_; }
-    const std::array<float, 4>& bands() const { return bands_; } // low, mid, high, level
+    const std::array<float, 4>& bands() const { return bands_; } // low, mid, high, level; [0, 1]
 
-    // The means of left and right. An odd sample at the end is left out.
+    // The means of left and right samples. An odd sample at the end is ignored.
     static std::vector<float> mono(std::span<const float> interleaved);
 
   private:
     struct Transform;
-    // Frequencies of the transform, from `first` up to before `end`, in steps of rate / window.
+    // Indices of frequencies of the transform, [first, end), in steps of rate / window.
     struct Range {
         std::size_t first = 0, end = 0;
     };

@@ -10,11 +10,11 @@ float clamped(float value, const ParamDecl& param) {
     return std::clamp(value, param.min, param.max);
 }
 
-// Of a place in [0, 1]. At 1 the sum may round to the float beside max.
+// The value at a position in [0, 1]. At 1 the sum may round to the float next to max.
 float valueAt(float place, const ParamDecl& param) {
     if (place <= 0)
         return param.min;
-    // The distance of finite ends may be infinite.
+    // The difference of finite ends may be infinite.
     const float distance = param.max - param.min;
     const float value = std::isfinite(distance) ? param.min + place * distance
                                                 : std::lerp(param.min, param.max, place);

@@ -1,4 +1,4 @@
-// What OSC messages and MIDI controllers mean for parameters.
+// Maps OSC messages and MIDI controllers to parameters.
 #pragma once
 
 #include "TarnwickCore/Live/OSC.h"
@@ -22,18 +22,17 @@ struct ControlMapping {
         bool operator==(const NamedValue&) const = default;
     };
 
-    // What a message sets: /tarnwick/NAME places the parameter in its range by a number from 0 to
-    // 1, /tarnwick/NAME/value gives the value itself; both are clamped, numbers after the first do
-    // not count. Nothing without a finite first number or for a name that is not declared.
+    // The parameter value that a message sets. /tarnwick/NAME has a position, [0, 1], in the range
+    // of the parameter. /tarnwick/NAME/value has the value itself. Both are clamped; numbers after
+    // the first are ignored. Nothing without a finite first number, or if the name is not declared.
     //
-    // A place is min + place * (max - min) in single precision: 0 is min to the bit, 1 is max or
-    // the float below it. A range that is infinite at both ends has no places above 0: the default
-    // stands for all.
+    // The value at a position is min + position * (max - min) in single precision: 0 gives exactly
+    // min, 1 gives max or the float below it. If the range is infinite at both ends, every position
+    // above 0 gives the default.
     static std::optional<NamedValue> value(const OSC::Message& message,
                                            std::span<const ParamDecl> params);
 
-    // The value at which a controller puts a parameter: min at 0, max at 127 and above, both to the
-    // bit.
+    // The value for a controller value `cc`: exactly min at 0, exactly max at 127 and above.
     static float value(std::uint8_t cc, const ParamDecl& param);
 
     struct ControlChange {

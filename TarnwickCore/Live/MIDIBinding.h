@@ -1,4 +1,4 @@
-// Which MIDI controller turns a parameter.
+// The MIDI controller that sets a parameter.
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
@@ -12,13 +12,13 @@
 
 namespace tarnwick {
 
-// Text that holds no binding; what() is one sentence that says what is amiss.
+// A text that is not a valid binding. what() is one sentence with the reason.
 struct MIDIBindingError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
 struct MIDIBinding {
-    std::uint8_t channel = 0;    // [0, 15], as on the wire
+    std::uint8_t channel = 0;    // [0, 15], as in MIDI messages
     std::uint8_t controller = 0; // [0, 127]
 
     bool operator==(const MIDIBinding&) const = default;
@@ -26,8 +26,8 @@ struct MIDIBinding {
     // "CC 74 · ch 1" for controller 74 of channel 0: people count channels from 1.
     std::string label() const;
 
-    // The JSON form: {"channel":0,"controller":74}. Both are required and integers in their ranges;
-    // other members are passed over. decode() throws MIDIBindingError.
+    // The JSON form: {"channel":0,"controller":74}. Both are required integers in their ranges;
+    // other members are ignored. decode() throws MIDIBindingError.
     std::string encode() const;
     static MIDIBinding decode(std::string_view json);
     static MIDIBinding decode(const nlohmann::json& document);

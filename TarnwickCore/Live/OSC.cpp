@@ -11,8 +11,8 @@
 namespace tarnwick {
 namespace {
 
-constexpr int deepest = 3;             // of elements; the packet itself is at 0
-constexpr std::size_t bundleHead = 16; // "#bundle" with its zero, and the time tag
+constexpr int deepest = 3;             // the number of bundles around an element
+constexpr std::size_t bundleHead = 16; // "#bundle" with its NUL, and the time tag
 constexpr std::uint64_t alignment = 4;
 
 using Bytes = std::span<const std::uint8_t>;
@@ -21,7 +21,7 @@ constexpr std::uint64_t padded(std::uint64_t length) {
     return (length + alignment - 1) / alignment * alignment;
 }
 
-// Reads from the front of an element; nothing, or false, when it ends too early.
+// Reads from the beginning of an element. Nothing, or false, if it is too short.
 class Reader {
   public:
     explicit Reader(Bytes bytes) : rest_(bytes) {}
@@ -70,7 +70,7 @@ bool skipBlob(Reader& reader) {
     return length && reader.skip(padded(*length));
 }
 
-// Reads the argument that `tag` announces. False when it ends past the message.
+// Reads the argument of type `tag`. False if it extends beyond the message.
 bool readArgument(char tag, Reader& reader, std::vector<float>& numbers) {
     switch (tag) {
     case 'f':

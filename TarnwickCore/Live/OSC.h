@@ -1,4 +1,4 @@
-// Open Sound Control packets (OSC 1.0): what is read of them here are addresses and numbers.
+// Reads addresses and numbers from Open Sound Control packets (OSC 1.0), and writes them.
 #pragma once
 
 #include <cstdint>
@@ -10,27 +10,26 @@ namespace tarnwick {
 
 struct OSC {
     struct Message {
-        std::string address;        // UTF-8; begins with "/" when it was parsed
+        std::string address;        // UTF-8; begins with "/" if parsed
         std::vector<float> numbers; // the arguments of types f and i, in order
 
         bool operator==(const Message&) const = default;
     };
 
-    // The messages of a packet, those of bundles in their order (time tags are not waited for),
-    // down to bundles in bundles in bundles in bundles. Never fails and takes any bytes: what does
-    // not parse is left out.
+    // The messages of a packet in order, including those in up to three nested bundles. Time tags
+    // are ignored. Accepts any bytes; never fails: invalid parts are ignored.
     //
-    // A message is dropped when its address or its type tags are missing or an argument ends past
-    // the message, the padding of a string or blob included; it has no numbers of strings, blobs,
-    // doubles, 64-bit integers and time tags. Of all other types, also those that OSC 1.0 calls
-    // nonstandard, no bytes are skipped: a number after a c, r or m is read from that argument's
-    // place. Lengths are unsigned. An address that is no UTF-8 has U+FFFD in place of what is
-    // malformed.
+    // A message is ignored if its address or its type tags are missing or an argument extends
+    // beyond the message, including the padding of a string or blob. Strings, blobs, doubles,
+    // 64-bit integers and time tags are skipped. For all other types, including those that OSC 1.0
+    // calls nonstandard, no bytes are skipped: a number after a c, r or m is read from the place of
+    // that argument. Lengths are unsigned. In an address that is not UTF-8, ill-formed parts become
+    // U+FFFD.
     static std::vector<Message> parse(std::span<const std::uint8_t> packet);
 
-    // One message with a float for each number. The address is written up to its first NUL, which
-    // OSC's strings cannot hold, and as parse() reads it: well-formed. With "/" at its beginning,
-    // parse() gives the message back.
+    // Writes one message with a float for each number. The address is written up to its first NUL,
+    // which OSC strings cannot hold, and well-formed as parse() reads it. If it begins with "/",
+    // parse() returns the same message.
     static std::vector<std::uint8_t> encode(const Message& message);
 };
 

@@ -1,4 +1,4 @@
-// The stretch of an episode's time that one export covers, in frames.
+// The range of frames that one export covers.
 #pragma once
 
 #include "TarnwickCore/Movies/ExportPreset.h"
@@ -8,21 +8,21 @@
 namespace tarnwick {
 
 struct ExportPlan {
-    // Negative times, and those that are no number, become 0.
+    // Negative times and NaN become 0.
     ExportPlan(const ExportPreset& preset, double start, double duration);
 
     ExportPreset preset;
-    double start = 0;    // seconds of the episode, of the first frame
+    double start = 0;    // time of the first frame, seconds of the episode
     double duration = 0; // seconds
 
     bool operator==(const ExportPlan&) const = default;
 
-    // At least 1. `duration` has a number of frames that can be counted.
+    // At least 1. A duration whose number of frames does not fit into 64 bits is a violation.
     std::int64_t frameCount() const;
-    // Seconds of the episode, a whole number of frame periods from `start`.
+    // The time of a frame in seconds of the episode: `start` plus a whole number of frame periods.
     float time(std::int64_t frame) const;
 
-    // The same of `duration` seconds at `fps`, without a plan.
+    // The number of frames of `duration` seconds at `fps`.
     static std::int64_t frameCount(double duration, std::int64_t fps);
     // Frames of the crossfade where `duration` seconds loop by `loop` seconds: 0 for none, else at
     // least 1, and at most half of the duration.

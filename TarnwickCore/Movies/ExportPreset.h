@@ -1,4 +1,4 @@
-// The formats that a movie can be exported in, by name.
+// The formats of exported movies, by name.
 #pragma once
 
 #include "TarnwickPlatform/Codecs/VideoCodec.h"
@@ -11,17 +11,17 @@
 namespace tarnwick {
 
 struct ExportPreset {
-    std::string_view id;      // stable; the texts are the program's own, and outlive every copy
+    std::string_view id;      // stable; static text, as is the name
     std::string_view name;    // for people
     std::int64_t width = 0;   // pixels
     std::int64_t height = 0;  // pixels
-    std::int64_t fps = 0;     // frames a second
-    std::int64_t bitrate = 0; // average of the picture, bits a second; 0 where the codec takes none
+    std::int64_t fps = 0;     // frames per second
+    std::int64_t bitrate = 0; // average of the video track, bits/s; 0: not used by the codec
     VideoCodec codec = VideoCodec::h264;
 
     bool operator==(const ExportPreset&) const = default;
 
-    // Of the codec's files, without a dot: "mov" or "mp4".
+    // Of the files of the codec, without a dot: "mov" or "mp4".
     std::string_view fileExtension() const {
         return endingOf(fileKind(videoCodecRow(codec).fileType)).substr(1);
     }
@@ -32,8 +32,8 @@ struct ExportPreset {
     static const ExportPreset main4K, web, preview, site, square, vertical;
     // High-end formats.
     static const ExportPreset prores422, prores4444, hevcAlpha, uhd120, fiveK;
-    // All of each group, in the order of the tables in the source; a preset that no code names is a
-    // row there and nothing else.
+    // All of each group, in the order of the tables in ExportPreset.cpp. A preset that no code
+    // names needs only a row there.
     static std::span<const ExportPreset> all(); // everyday
     static std::span<const ExportPreset> pro(); // high-end
 

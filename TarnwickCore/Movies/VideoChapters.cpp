@@ -16,7 +16,7 @@ std::string settingsOf(const ParamValues& values) {
     return text;
 }
 
-// JSON (RFC 8259) has no form for others.
+// JSON (RFC 8259) represents finite numbers only.
 double finite(double seconds) {
     if (!std::isfinite(seconds))
         throw VideoChaptersError("A time of the chapter list is not a finite number.");

@@ -1,4 +1,4 @@
-// Where the corner watermark sits on a frame.
+// The place of the watermark in the corner of a frame.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 namespace tarnwick {
 
 struct WatermarkPlacement {
-    // A square in pixels from the frame's lower left, y up.
+    // A square in pixels; the origin is the lower left corner of the frame, y points up.
     struct Square {
         float x = 0, y = 0; // its lower left corner
         float side = 0;
@@ -14,8 +14,8 @@ struct WatermarkPlacement {
         bool operator==(const Square&) const = default;
     };
 
-    // Near the lower right corner of a landscape or square frame. In a portrait frame near the
-    // upper left one, where telephones lay no controls of their own.
+    // Near the lower right corner of a landscape or square frame. Near the upper left corner of a
+    // portrait frame, where telephones show no controls.
     static Square rect(std::int64_t width, std::int64_t height);
 };
 

@@ -24,15 +24,16 @@ bool isSuccess(int status) {
 }
 
 constexpr std::string_view bearer = "Bearer ";
-constexpr std::size_t shortestSecret = 8; // bytes; anything shorter stands in many a word
+constexpr std::size_t shortestSecret = 8; // bytes; a shorter text is part of many words
 
-// The secret that the request carries; empty when it carries none.
+// The token in the request; empty without one.
 std::string tokenOf(const URLRequest& request) {
     const std::string* field = request.headers.find("Authorization");
     return field && field->starts_with(bearer) ? field->substr(bearer.size()) : std::string();
 }
 
-// A refusal's words are shown, and a careless service may repeat what it was sent.
+// Hides the token in a refusal, because the text is shown and a service may repeat what it
+// received.
 void hide(const std::string& token, std::string& text) {
     if (token.size() < shortestSecret)
         return;
@@ -40,7 +41,7 @@ void hide(const std::string& token, std::string& text) {
         text.replace(at, token.size(), "*");
 }
 
-// Blocks until the answer is in.
+// Sends the request and waits for the answer.
 Answer exchange(URLSession& session, URLRequest request,
                 const std::shared_ptr<TaskDelegate>& delegate, std::stop_token stop) {
     if (!isPrivate(request.url))
@@ -59,7 +60,7 @@ Answer exchange(URLSession& session, URLRequest request,
     }
 }
 
-// What read(status, body) makes of the answer to `request`.
+// Sends `request` and returns read(status, body) of the answer.
 template <typename Read>
 auto call(const APIClient& client, URLRequest request, std::stop_token stop, Read read) {
     return std::async(std::launch::async, [session = client.session, request = std::move(request),
@@ -69,7 +70,7 @@ auto call(const APIClient& client, URLRequest request, std::stop_token stop, Rea
     });
 }
 
-// The record of a success, or the failure that the answer is.
+// The record of a success. Throws Failure for other answers.
 template <typename Record>
 Record decoded(std::optional<Record> record, bool success, int status, std::string_view body) {
     if (!success)

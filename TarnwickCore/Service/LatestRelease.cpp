@@ -40,7 +40,7 @@ std::optional<std::int64_t> integer(const json& value) {
         return value.get<std::int64_t>();
     if (!value.is_number_float())
         return std::nullopt;
-    // "42.0" and "4.2e1" are 42, as far as a double has whole numbers without gaps.
+    // "42.0" and "4.2e1" are 42, within the range in which doubles represent all whole numbers.
     const double number = value.get<double>();
     if (std::abs(number) > 0x1p53 || number != std::trunc(number))
         return std::nullopt;

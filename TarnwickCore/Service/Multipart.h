@@ -1,4 +1,4 @@
-// The body of a form that carries files (RFC 7578).
+// The body of a form with files (RFC 7578).
 #pragma once
 
 #include <optional>
@@ -10,7 +10,7 @@ namespace tarnwick {
 
 struct Multipart {
     struct Part {
-        std::string header; // lines that end with CR LF, and the empty one behind them
+        std::string header; // lines that end with CR LF, and an empty line
         std::string data;   // any bytes
 
         bool operator==(const Part&) const = default;
@@ -21,15 +21,15 @@ struct Multipart {
 
     bool operator==(const Multipart&) const = default;
 
-    // "Tarnwick-" and a random UUID (RFC 9562, version 4) in capitals; another each time.
+    // "Tarnwick-" and a random UUID (RFC 9562, version 4) in capitals; different in each call.
     static std::string makeBoundary();
 
-    // Appends a part. The three texts are written as they are: they hold no quotation marks and no
+    // Appends a part. The three texts are written unchanged and must hold no quotation marks and no
     // line breaks. An empty file name is written, an absent one is not.
     void add(std::string_view name, std::optional<std::string_view> fileName,
              std::string_view contentType, std::string data);
 
-    std::string contentType() const; // of the body, for the request's header
+    std::string contentType() const; // of the body, for the header of the request
     std::string body() const;
 };
 

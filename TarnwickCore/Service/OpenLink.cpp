@@ -21,7 +21,7 @@ bool isLocal(const URL& source) {
     return source.host() == "localhost" || source.host() == "127.0.0.1";
 }
 
-// Why the program does not ask for `source`; empty when it does.
+// The reason for which the program does not open `source`; empty if it does.
 std::string objection(const URL& source, OpenLink::Localhosts localhosts) {
     if (source.user() || source.password())
         return "the address carries a user name";

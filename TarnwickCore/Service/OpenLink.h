@@ -1,5 +1,4 @@
-// A link by which the sharing service's pages open a shader in the program:
-// tarnwick://open?src=ADDRESS.
+// The links that open a shader of the sharing service in the program: tarnwick://open?src=ADDRESS.
 #pragma once
 
 #include "TarnwickCore/Service/ServiceHosts.h"
@@ -13,12 +12,12 @@
 
 namespace tarnwick {
 
-// Links come from anywhere, so that only .metal files of the service's own site pass: over https,
-// with no user's name and no port. Pure; any bytes are taken. May be called from any thread.
+// Links may come from anywhere, so only .metal files of the site of the service are accepted, over
+// https, without user name and port. Pure; accepts any bytes. May be called from any thread.
 struct OpenLink {
-    URL source;                      // of the file: no user's name, no query, no fragment
-    std::optional<std::string> item; // what it belongs to, in ForkedFrom's grammar
-    std::string fileName;            // to save it under: a safe one, ends in ".metal"
+    URL source;                      // of the file: no user name, no query, no fragment
+    std::optional<std::string> item; // the item of the file, in the grammar of ForkedFrom
+    std::string fileName;            // for saving it: a safe name that ends in ".metal"
 
     bool operator==(const OpenLink&) const = default;
 
@@ -28,19 +27,19 @@ struct OpenLink {
         enum class Kind : std::uint8_t { notAllowed, notAnOpenLink, missingSource };
 
         Kind kind = Kind::notAnOpenLink;
-        std::string reason; // of notAllowed: "the address is not https"
+        std::string reason; // for notAllowed: "the address is not https"
 
         bool operator==(const Problem&) const = default;
 
-        std::string description() const; // the user's sentence
+        std::string description() const; // one sentence for the user
     };
 
-    // A service on this machine, for its developers: http and ports are allowed for it.
+    // Whether http and ports are allowed for a service on this machine, for its developers.
     enum class Localhosts : std::uint8_t { refused, allowed };
 
-    // Scheme and host of the link count in any case. Of several src the first is taken, also when
-    // it is empty. An address that URL::parse refuses is none. Hosts are compared, and named in
-    // reasons, with ASCII's letters in lower case and without looking behind their names.
+    // Scheme and host of the link are compared in any case. If there are several src, the first is
+    // used, even if it is empty. An address that URL::parse rejects is missing. Hosts are compared,
+    // and named in reasons, in ASCII lower case and without DNS lookups.
     static std::variant<OpenLink, Problem> parse(std::string_view url, Localhosts localhosts);
 
     struct Description {
@@ -50,9 +49,10 @@ struct OpenLink {
         bool operator==(const Description&) const = default;
     };
 
-    // What a file of the site is, by its path with escapes decoded: episode-NN-NAME/source.metal,
-    // episode-NN-NAME/stages/STAGE.metal, s/ID/source.metal, or any other. These names are lower
-    // case; digits and letters are ASCII's. `source` keeps the path as it was written.
+    // The item and file name of a file of the site, by its decoded path:
+    // episode-NN-NAME/source.metal, episode-NN-NAME/stages/STAGE.metal, s/ID/source.metal, or any
+    // other path. These names are lower case; digits and letters are ASCII. `source` keeps the path
+    // as written.
     static Description describe(std::string_view path);
 };
 

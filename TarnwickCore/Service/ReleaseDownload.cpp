@@ -12,40 +12,40 @@
 namespace tarnwick {
 namespace {
 
-using Problem = ReleaseDownload::Problem;
-using Kind = Problem::Kind;
+using Error = ReleaseDownload::Error;
+using Kind = Error::Kind;
 
 void checkAddress(const std::optional<URL>& url) {
     if (!url || !isPrivate(*url))
-        throw Problem(Kind::notSecure, "The address given for the release is not https, so "
-                                       "nothing was downloaded.");
+        throw Error(Kind::notSecure, "The address given for the release is not https, so "
+                                     "nothing was downloaded.");
 }
 
 void checkStatus(const URLResponse& response) {
     if (response.status != 200)
-        throw Problem(Kind::status,
-                      "Tarnweb answered " + std::to_string(response.status) + " for the release.");
+        throw Error(Kind::status,
+                    "Tarnweb answered " + std::to_string(response.status) + " for the release.");
 }
 
 // The expected digest in lower case.
 std::string digestOf(const LatestRelease& release) {
     if (!release.sha256)
-        throw Problem(Kind::noDigest, "The release document gives no SHA-256 to check the release "
-                                      "against, so nothing was downloaded.");
+        throw Error(Kind::noDigest, "The release document gives no SHA-256 to check the release "
+                                    "against, so nothing was downloaded.");
     std::string digest;
     for (const char digit : *release.sha256)
         digest += static_cast<char>(digit >= 'A' && digit <= 'F' ? digit - 'A' + 'a' : digit);
     if (digest.size() != 64 || digest.find_first_not_of("0123456789abcdef") != std::string::npos)
-        throw Problem(Kind::noDigest, "The SHA-256 in the release document is not 64 hexadecimal "
-                                      "digits, so nothing was downloaded.");
+        throw Error(Kind::noDigest, "The SHA-256 in the release document is not 64 hexadecimal "
+                                    "digits, so nothing was downloaded.");
     return digest;
 }
 
 [[noreturn]] void tooLarge() {
-    throw Problem(Kind::tooLarge, "The release is over 1 GB, which none is, so it was not kept.");
+    throw Error(Kind::tooLarge, "The release is over 1 GB, so it was not kept.");
 }
 
-// A new file that bytes are added to.
+// A new file to which bytes are appended.
 class File {
   public:
     explicit File(std::filesystem::path path)
@@ -62,21 +62,20 @@ class File {
     void add(std::string_view bytes) {
         require(std::fwrite(bytes.data(), 1, bytes.size(), file_) == bytes.size());
     }
-    // A full disk may speak up only here.
+    // A full disk may report its error only on closing.
     void close() { require(std::fclose(std::exchange(file_, nullptr)) == 0); }
 
   private:
     void require(bool success) const {
         if (!success)
-            throw WholeFileError(path_.string() + " cannot be written: " + std::strerror(errno) +
-                                 ".");
+            throw WholeFileError(path_, std::strerror(errno));
     }
 
     std::filesystem::path path_;
     std::FILE* file_;
 };
 
-// Writes the whole of the answer to `path` and gives its digest.
+// Writes the whole answer to `path` and returns its digest.
 std::string download(ByteStream stream, const std::filesystem::path& path,
                      const ProgressReport& progress) {
     const URLResponse& response = stream.response();
@@ -102,10 +101,10 @@ std::string download(ByteStream stream, const std::filesystem::path& path,
 
 void checkDigest(const std::string& digest, const std::string& expected) {
     if (digest != expected)
-        throw Problem(Kind::wrongDigest,
-                      "What was downloaded is not the release that was announced, so it was "
-                      "deleted: its SHA-256 is " +
-                          digest + ", not " + expected + ".");
+        throw Error(Kind::wrongDigest,
+                    "The downloaded file is not the announced release and was deleted: its "
+                    "SHA-256 is " +
+                        digest + ", not " + expected + ".");
 }
 
 URLRequest requestTo(const URL& url, const std::string& userAgent, const char* accept,
@@ -129,7 +128,7 @@ std::future<LatestRelease> ReleaseDownload::document(const URL& feed,
             checkStatus(answer.response);
             return LatestRelease::decode(answer.body);
         } catch (const NetError& error) {
-            throw Problem(Kind::network, error.what());
+            throw Error(Kind::network, error.what());
         }
     });
 }
@@ -149,9 +148,9 @@ std::future<void> ReleaseDownload::file(const LatestRelease& release, std::files
                 expected);
             unfinished.finish();
         } catch (const NetError& error) {
-            throw Problem(Kind::network, error.what());
+            throw Error(Kind::network, error.what());
         } catch (const WholeFileError& error) {
-            throw Problem(Kind::notWritten, error.what());
+            throw Error(Kind::notWritten, error.what());
         }
     };
     return std::async(std::launch::async, work);

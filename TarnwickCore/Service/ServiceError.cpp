@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t longestMessage = 300; // characters
 
-// What the service sends with a refusal. A NUL ends the words, as it would end what().
+// The content of a refusal. A NUL ends the text, because it ends what().
 struct Refusal {
     std::string error;
     bool needsHandle = false;

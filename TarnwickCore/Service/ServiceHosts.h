@@ -1,5 +1,4 @@
-// The hosts of the sharing service: configuration. A system that talks to another service changes
-// these two lines and nothing else.
+// The hosts of the sharing service: configuration. For another service only these two lines change.
 #pragma once
 
 #include <string_view>

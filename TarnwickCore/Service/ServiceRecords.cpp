@@ -15,7 +15,7 @@ std::optional<URL> pageOf(const json& object, const char* name) {
     return isPage ? url : std::nullopt;
 }
 
-// Whether the member can be read as optional text.
+// Whether the member is text, null or missing.
 bool isTextOrAbsent(const json& object, const char* name) {
     const json& member = memberOf(object, name);
     return member.is_null() || member.is_string();

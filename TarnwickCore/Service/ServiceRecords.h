@@ -1,4 +1,4 @@
-// What the sharing service answers, as records.
+// The answers of the sharing service, as records.
 #pragma once
 
 #include "TarnwickCore/Text/Date.h"
@@ -11,39 +11,39 @@
 
 namespace tarnwick {
 
-// Each decode() reads a JSON object and looks at the members named here alone. It gives nothing
-// when a member is missing or has a wrong type; a member that is optional may be missing or null.
-// An address must be one of http or https, as it is for a browser. Any bytes are taken.
+// Each decode() reads a JSON object and ignores all members except those named here. It returns
+// nothing if a member is missing or has a wrong type; an optional member may be missing or null. An
+// address must be http or https. Accepts any bytes.
 
 // A sign-in that has begun: the user confirms `code` on the page `url`.
 struct LinkStart {
-    std::string device; // what polls send back; a secret
+    std::string device; // sent with each poll; a secret
     std::string code;
     URL url;
     double interval = 5;         // seconds between polls, [1, 60]
-    std::optional<Date> expires; // when the code is no longer valid
+    std::optional<Date> expires; // end of the validity of the code
 
     bool operator==(const LinkStart&) const = default;
 
-    // "interval" counts as absent when it is no number, and is brought into its range. "expires" is
-    // a number of seconds from `now` when below 86400, else since 1970 in seconds, or in
-    // milliseconds when over 100000000000; or text for dateOf(). It never stops the decoding.
+    // "interval" is ignored if it is not a number, and clamped to its range. "expires" is a number
+    // or a text for dateOf(). A number below 86400 is seconds from `now`; above 100000000000,
+    // milliseconds since 1970; otherwise seconds since 1970. An invalid "expires" is ignored.
     static std::optional<LinkStart> decode(std::string_view json, Date now);
 };
 
-// The user has confirmed: the account and what opens it.
+// The user has confirmed: the account and its token.
 struct Approved {
     std::string token; // a secret
     std::string email;
-    std::optional<std::string> handle; // the name others see; none until the account chooses one
+    std::optional<std::string> handle; // the public name; none until the account chooses one
 
     bool operator==(const Approved&) const = default;
     static std::optional<Approved> decode(std::string_view json);
 };
-struct LinkPending { // not confirmed yet: ask again after the interval
+struct LinkPending { // not confirmed yet: poll again after the interval
     bool operator==(const LinkPending&) const = default;
 };
-struct LinkGone { // expired or withdrawn: begin anew
+struct LinkGone { // expired or withdrawn: start again
     bool operator==(const LinkGone&) const = default;
 };
 using LinkPoll = std::variant<Approved, LinkPending, LinkGone>;

@@ -1,4 +1,4 @@
-// Fetching the shader that an open link names.
+// Downloads the shader that an open link names.
 #pragma once
 
 #include "TarnwickCore/Service/OpenLink.h"
@@ -17,16 +17,16 @@ namespace tarnwick {
 struct ShaderDownload {
     static constexpr std::size_t limit = std::size_t{300} * 1024; // bytes
 
-    // what() is the user's sentence.
+    // what() is one sentence for the user.
     class Problem : public std::runtime_error {
       public:
         enum class Kind : std::uint8_t {
-            status,   // the site's answer is not 200
-            network,  // no answer: the system's words
-            tooLarge, // over `limit`, announced or arrived
+            status,   // the answer is not 200
+            network,  // no answer; what() is the text of the system
+            tooLarge, // longer than `limit`, as announced or received
             notText,  // not UTF-8
         };
-        // Only `status` has a status other than 0, and says words of its own.
+        // `words` is the sentence for `network`; `status` is 0 except for kind `status`.
         explicit Problem(Kind kind, const std::string& words = {}, int status = 0);
 
         Kind kind() const { return kind_; }
@@ -38,8 +38,8 @@ struct ShaderDownload {
         int status_;
     };
 
-    // Follows redirects to where the first request went, by scheme, host and port as written: what
-    // a link was checked for holds for what is read. Other redirects are the answer themselves.
+    // Follows redirects within the origin of the first request (scheme, host and port as written),
+    // for which the link was checked. Any other redirect is the answer itself.
     class SameOrigin : public TaskDelegate {
       public:
         explicit SameOrigin(URL origin) : origin_(std::move(origin)) {}
@@ -51,10 +51,10 @@ struct ShaderDownload {
         URL origin_;
     };
 
-    // The text of `link.source`; any text, a NUL or a byte order mark included. Goes out at once,
-    // on a thread of its own, and takes 60 s at most; the future throws Problem alone. Its
-    // destructor waits: a stop requested ends it soon, with the kind network. No more than `limit`
-    // bytes are kept, and an answer that announces more is not read.
+    // Downloads the text of `link.source`, which may hold NULs and a byte order mark. Sends at
+    // once, on its own thread. Timeout: 60 s. The future throws Problem only. Its destructor waits;
+    // a requested stop ends the call soon, with kind `network`. At most `limit` bytes are kept, and
+    // an answer that announces more is not read.
     static std::future<std::string> fetch(const OpenLink& link, std::shared_ptr<URLSession> session,
                                           std::string userAgent, std::stop_token stop = {});
 };

@@ -47,7 +47,7 @@ std::string notFinite(const ParamDecl& param) {
     return "The parameter " + param.name + " has a number that is not finite.";
 }
 
-// Whole numbers without ".0", which the library writes behind doubles.
+// Writes whole numbers without ".0", which the library appends to doubles.
 json numberOf(float value) {
     const double number = asWritten(value);
     if (number == std::trunc(number) && std::abs(number) < 0x1p53)

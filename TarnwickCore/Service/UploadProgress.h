@@ -1,4 +1,4 @@
-// How far an upload has come.
+// The progress of an upload.
 #pragma once
 
 #include "TarnwickPlatform/Net/TaskDelegate.h"
@@ -8,11 +8,12 @@
 
 namespace tarnwick {
 
-// Takes the part of the body that is sent, [0, 1], on the session's thread: it must be quick and
-// must not throw. With a body, 1 comes at the end; a redirect that keeps the body begins anew.
+// Receives the fraction of the body that is sent, [0, 1], on the thread of the session. It must be
+// quick and must not throw. If there is a body, the last call has 1; a redirect that keeps the body
+// starts again.
 using ProgressReport = std::function<void(double)>;
 
-// Of one task. Says nothing while the size of the body is not known.
+// The delegate of one task. Reports nothing while the size of the body is unknown.
 class UploadProgress : public TaskDelegate {
   public:
     explicit UploadProgress(ProgressReport report) : report_(std::move(report)) {}

@@ -1,4 +1,4 @@
-// The name of the type that a title becomes.
+// Makes the name of the type from a title.
 #include "TarnwickCore/SwiftUIExport.h"
 #include "TarnwickCore/Text/Pattern.h"
 #include "TarnwickCore/Text/UTF8.h"
@@ -23,12 +23,12 @@ bool isLetter(char character) {
     return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
 }
 
-// `word` in the letters and digits of ASCII; shorter, or empty, where it cannot be written so.
+// `word` transliterated to ASCII letters and digits. Characters without such a form are omitted.
 std::string inASCII(std::string_view word) {
     std::string text(word);
     if (!std::ranges::all_of(text, isASCII)) {
         UErrorCode status = U_ZERO_ERROR;
-        // Made anew each time: one that exists may not be used by two threads.
+        // Made for each call: two threads must not share one.
         const std::unique_ptr<icu::Transliterator> latin(
             icu::Transliterator::createInstance("Any-Latin; Latin-ASCII", UTRANS_FORWARD, status));
         if (latin && U_SUCCESS(status)) {
@@ -51,7 +51,7 @@ std::string withoutNumber(std::string_view title) {
 } // namespace
 
 std::string SwiftUIExport::typeName(std::string_view title) {
-    // Marks belong to the letters that they stand on.
+    // Marks belong to their letters.
     static const Pattern word(R"([\p{L}\p{N}][\p{L}\p{M}\p{N}]*)");
     const std::string text = withoutNumber(wellFormedUTF8(title));
     std::string name;

@@ -1,6 +1,5 @@
-// The texts of a SwiftUI package that are the same for every episode, piece by piece. A text that
-// begins or ends with blanks or line breaks does so on purpose: the pieces are joined as they
-// stand.
+// The parts of a SwiftUI package that are the same for every episode. Blanks and line breaks at the
+// ends of a text are part of it: the texts are joined without separators.
 #pragma once
 
 #include <array>
@@ -54,7 +53,7 @@ inline constexpr std::string_view metalEnd = R"msl(::shade(uv, u, p));
 }
 )msl";
 
-// The package's manifest; the name of the type stands between each two of them.
+// The package's manifest; the name of the type is between each two parts.
 inline constexpr std::array<std::string_view, 9> manifest{
 R"swift(// swift-tools-version: 5.9
 // )swift",

@@ -1,4 +1,4 @@
-// The SwiftUI view that runs an exported episode. Part of SwiftUIExport, which callers use.
+// The SwiftUI view that runs an exported episode. A part of SwiftUIExport, which callers use.
 #pragma once
 
 #include "TarnwickCore/Params.h"
@@ -11,13 +11,14 @@
 namespace tarnwick {
 
 struct SwiftUIView {
-    // Where the view stands, which is where it finds the Metal function: in a package it is public
-    // and reads the package's own library; in any other target it reads the program's.
+    // The target of the view, where it finds the Metal function. In a package the view is public
+    // and reads the library of the package; in any other target it reads the library of the
+    // program.
     enum class Place : std::uint8_t { anyTarget, package };
 
     std::string title;    // one line
-    std::string name;     // the view's, without the "View" at its end
-    std::string function; // the Metal function's
+    std::string name;     // of the view, without "View" at its end
+    std::string function; // name of the Metal function
     std::vector<ParamDecl> params;
 
     std::string text(Place place) const;

@@ -1,4 +1,4 @@
-// JSON (RFC 8259) that came from somebody else.
+// JSON (RFC 8259) from outside.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -9,17 +9,17 @@
 
 namespace tarnwick {
 
-// Arrays and objects within each other, at most. Documents of any service have a handful.
+// The maximum depth of nested arrays and objects. The documents of the service have fewer than 8.
 inline constexpr int deepestOutsideJSON = 64;
 
-// The object that the whole of `bytes` spells; of members with one name the last counts. Nothing
-// when they spell something else, are not UTF-8, have a NUL, or go deeper than that. Any bytes are
-// taken; needs no more stack for deep ones.
+// The object that the whole of `bytes` denotes. If several members have the same name, the last one
+// is used. Nothing if `bytes` is not an object, is not UTF-8, has a NUL, or is nested deeper than
+// the maximum. Accepts any bytes; the stack does not grow with the depth.
 std::optional<nlohmann::json> objectOf(std::string_view bytes);
 
-// The member; null also where there is none.
+// The member; the JSON value null if there is none.
 const nlohmann::json& memberOf(const nlohmann::json& object, const char* name);
-// Nothing for a member that is missing or no text.
+// Nothing if the member is missing or is not text.
 std::optional<std::string> textOf(const nlohmann::json& object, const char* name);
 
 } // namespace tarnwick

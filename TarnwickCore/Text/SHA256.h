@@ -9,13 +9,13 @@ struct evp_md_ctx_st;
 
 namespace tarnwick {
 
-// SHA-256 of bytes that come piece by piece. For one thread at a time.
+// Computes SHA-256 of bytes that arrive in pieces. For one thread at a time.
 class SHA256 {
   public:
     SHA256();
 
     void update(std::string_view bytes);
-    // 64 hexadecimal digits in lower case. Ends it: nothing may be called after.
+    // 64 hexadecimal digits in lower case. No call may follow.
     std::string finish();
 
   private:

@@ -1,4 +1,4 @@
-// Words of a comment as a sentence.
+// Makes a sentence of the words of a comment.
 #pragma once
 
 #include <string>
@@ -6,9 +6,9 @@
 
 namespace tarnwick {
 
-// `words` with its first character in upper case, and with a full stop behind it unless it ends in
-// one of ".", "!", "?", ":" and "…". Characters are those that readers count, upper case is
-// Unicode's in no language in particular ("ß" becomes "SS"). Empty for empty words.
+// `words` with its first character in upper case (Unicode, independent of language: "ß" becomes
+// "SS"), and with a full stop, unless it ends in ".", "!", "?", ":" or "…". Characters are grapheme
+// clusters. Empty for empty words.
 std::string sentence(std::string_view words);
 
 } // namespace tarnwick

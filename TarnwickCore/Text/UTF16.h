@@ -1,4 +1,4 @@
-// Positions in UTF-8 text as editors count them: in UTF-16 code units.
+// Converts positions in UTF-8 text to UTF-16 code units, which editors count.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 namespace tarnwick {
 
-// A stretch of text, in UTF-16 code units.
+// A range of text, in UTF-16 code units.
 struct TextRange {
     std::size_t location = 0;
     std::size_t length = 0;
@@ -14,17 +14,18 @@ struct TextRange {
     bool operator==(const TextRange&) const = default;
 };
 
-// Translates between bytes of a text and code units, fastest for places that ascend. Bytes that are
-// not UTF-8 count as what wellFormedUTF8 makes of them. The text outlives it.
+// Converts between byte offsets of a text and code units; fastest if positions ascend. Invalid
+// UTF-8 is counted as wellFormedUTF8() replaces it. The text must outlive it.
 class UTF16Cursor {
   public:
     explicit UTF16Cursor(std::string_view text) : text_(text) {}
 
-    // The code units before `byte`, where a character begins or the text ends.
+    // The number of code units before `byte`, which is the beginning of a character or the end of
+    // the text.
     std::size_t unitOf(std::size_t byte);
 
-    // The byte where the character of code unit `unit` begins, also for the second unit of two;
-    // the text's end for units behind it.
+    // The byte offset of the character of code unit `unit`, which may be the second unit of two;
+    // the size of the text for units after it.
     std::size_t byteOf(std::size_t unit);
 
   private:
@@ -35,7 +36,7 @@ class UTF16Cursor {
     bool nextEightAreASCII() const;
 
     std::string_view text_;
-    std::size_t byte_ = 0, unit_ = 0; // where it stands: the same place
+    std::size_t byte_ = 0, unit_ = 0; // the current position in both counts
 };
 
 inline std::size_t utf16Length(std::string_view text) {

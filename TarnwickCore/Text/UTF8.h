@@ -1,4 +1,4 @@
-// Text that came from outside, made well-formed.
+// Makes outside text well-formed.
 #pragma once
 
 #include <cstddef>
@@ -7,11 +7,11 @@
 
 namespace tarnwick {
 
-// `bytes` as UTF-8 text: each part that is not well-formed becomes one U+FFFD, the longest part
-// that could have begun a character counting as one (The Unicode Standard, 3.9, table 3-8).
+// `bytes` as UTF-8 text. Each ill-formed part becomes one U+FFFD; a part is the longest that could
+// begin a character (The Unicode Standard, 3.9, table 3-8).
 std::string wellFormedUTF8(std::string_view bytes);
 
-// Where the first part of `bytes` that is not well-formed begins; npos where all is.
+// The offset of the first part of `bytes` that is not well-formed; npos without one.
 std::size_t firstIllFormedByte(std::string_view bytes);
 
 bool isASCII(std::string_view bytes);

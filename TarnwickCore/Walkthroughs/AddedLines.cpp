@@ -1,11 +1,10 @@
 // L[i][j] is the length of the longest common subsequence of the previous lines from i and the
-// current lines from j. Neighbours in a row of that table differ by 0 or 1, so a row is kept as one
-// bit a column, and a row is made from the one below it with one addition for 64 columns (Hyyrö,
-// "Bit-Parallel LCS-length Computation Revisited", 2004). Both texts are taken from their ends:
-// bit k is about the last k + 1 current lines, and clear where L grows there.
+// current lines from j. Neighbours in a row of that table differ by 0 or 1, so a row is stored as
+// one bit per column. A row follows from the row below it with one addition for 64 columns (Hyyrö,
+// "Bit-Parallel LCS-length Computation Revisited", 2004). Both texts are processed from their ends:
+// bit k is about the last k + 1 current lines, and clear if L grows there.
 //
-// Of all rows only every few are kept; those between them are made again when the walk, which goes
-// the other way, comes to them.
+// Only every stride-th row is kept. The walk goes the other way and recomputes the rows between.
 #include "TarnwickCore/Walkthroughs/AddedLines.h"
 
 #include <algorithm>
@@ -49,7 +48,7 @@ class CommonLengths {
     std::vector<Row> kept_; // rows 0, stride, 2 * stride, ..., and the empty one below the last
     std::vector<Row> rows_; // those of `block_`, and the one below them
     std::size_t block_;
-    Row matches_; // all clear between two rows
+    Row matches_; // all bits clear between two rows
 };
 
 CommonLengths::CommonLengths(std::span<const std::string_view> previous,
@@ -116,8 +115,8 @@ void CommonLengths::enter(std::size_t block) {
 std::vector<bool> addedLines(std::span<const std::string_view> previous,
                              std::span<const std::string_view> current) {
     std::vector<bool> added(current.size(), false);
-    // The walk steps through equal beginnings without a look at the table. Equal endings are
-    // another matter: which of several equal lines is the new one depends on them.
+    // The walk passes equal beginnings without reading the table. Equal endings need it: they
+    // decide which of several equal lines is new.
     const auto first =
         static_cast<std::size_t>(std::ranges::mismatch(previous, current).in1 - previous.begin());
     previous = previous.subspan(first);

@@ -1,4 +1,4 @@
-// Which lines a version of a text has that the version before it had not.
+// Finds the lines that a version of a text adds to the version before.
 #pragma once
 
 #include <span>
@@ -7,9 +7,9 @@
 
 namespace tarnwick {
 
-// For each line of `current`, whether it is new against `previous`, by a longest common subsequence
-// of whole lines. Where there are several, a line of `previous` is skipped before one of
-// `current` counts as new. Of n and m lines: time O(n m), 64 pairs at a step; memory O(n sqrt m).
+// For each line of `current`, whether it is not in `previous`, by a longest common subsequence of
+// whole lines. If there are several, lines of `previous` are skipped first. For n and m lines: time
+// O(n m) in steps of 64 pairs, memory O(n sqrt m).
 std::vector<bool> addedLines(std::span<const std::string_view> previous,
                              std::span<const std::string_view> current);
 

@@ -13,7 +13,7 @@ namespace {
 using Kind = WalkthroughLine::Kind;
 using SourceLine = Walkthrough::SourceLine;
 
-// A line for a page, with what the page's caption takes from it.
+// A line of a page, and the comment that it adds to the caption.
 struct Shown {
     WalkthroughLine line;
     std::string_view comment;
@@ -21,7 +21,7 @@ struct Shown {
 
 using Chunk = std::vector<Shown>;
 
-// The lines with code, as they are compared.
+// The lines with code, in the form in which they are compared.
 std::vector<std::string_view> comparedLines(const std::vector<SourceLine>& lines) {
     std::vector<std::string_view> compared;
     for (const SourceLine& line : lines)
@@ -30,7 +30,7 @@ std::vector<std::string_view> comparedLines(const std::vector<SourceLine>& lines
     return compared;
 }
 
-// For each of `lines`, whether it is new; `previous` is null for the first stage.
+// For each of `lines`, whether it is new. `previous` is null for the first stage.
 std::vector<bool> addedMarks(const std::vector<SourceLine>& lines,
                              const std::vector<SourceLine>* previous) {
     const std::vector<std::string_view> current = comparedLines(lines);
@@ -44,7 +44,7 @@ std::vector<bool> addedMarks(const std::vector<SourceLine>& lines,
 }
 
 std::vector<Chunk> blocksOf(const std::vector<SourceLine>& lines, const std::vector<bool>& added) {
-    std::vector<Chunk> blocks(1); // the last one is being filled
+    std::vector<Chunk> blocks(1); // the last one is not complete
     bool hasSkipped = false;
     for (std::size_t i = 0; i < lines.size(); ++i) {
         const SourceLine& line = lines[i];
@@ -85,7 +85,8 @@ WalkthroughPage pageOf(Chunk lines) {
     return page;
 }
 
-// Blocks cut to `capacity` lines, and as many of them on a page as fit with a blank line between.
+// Divides blocks to at most `capacity` lines and fills pages with them, with a blank line between
+// blocks.
 std::vector<WalkthroughPage> pagesOf(const std::vector<Chunk>& blocks, std::size_t capacity) {
     std::vector<WalkthroughPage> pages;
     Chunk page;

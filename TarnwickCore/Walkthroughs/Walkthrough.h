@@ -1,4 +1,4 @@
-// An episode explained by the steps that led to it: what each version of it adds, in pages.
+// An episode explained by the versions that led to it: the lines that each version adds, in pages.
 #pragma once
 
 #include "TarnwickCore/EpisodeMeta.h"
@@ -13,9 +13,9 @@ namespace tarnwick {
 
 struct WalkthroughLine {
     enum class Kind {
-        added,   // this stage introduced it
-        context, // unchanged, beside an added one
-        gap,     // stands for unchanged lines that are not shown
+        added,   // new in this stage
+        context, // unchanged, next to an added line
+        gap,     // in place of unchanged lines that are not shown
         blank,   // between two blocks of a page
     };
 
@@ -27,7 +27,7 @@ struct WalkthroughLine {
 
 struct WalkthroughPage {
     std::vector<WalkthroughLine> lines;
-    std::string caption; // what the comments of the added lines say; may be empty
+    std::string caption; // the comments of the added lines; may be empty
 
     bool operator==(const WalkthroughPage&) const = default;
 };
@@ -36,15 +36,15 @@ struct WalkthroughStage {
     std::int64_t number = 1; // from 1
     std::string title;
     std::string summary;
-    std::vector<WalkthroughPage> pages; // none where the stage adds no line
+    std::vector<WalkthroughPage> pages; // none if the stage adds no line
 
     bool operator==(const WalkthroughStage&) const = default;
 };
 
 struct Walkthrough {
     struct SourceLine {
-        std::string code;    // without comments, and without blanks at its end
-        std::string comment; // what is said about it, on one line; may be empty
+        std::string code;    // without comments and trailing blanks
+        std::string comment; // one line; may be empty
 
         bool operator==(const SourceLine&) const = default;
     };
@@ -57,36 +57,36 @@ struct Walkthrough {
         bool operator==(const ParsedSource&) const = default;
     };
 
-    // The stages of `stageSources`, in order, and then of the episode itself, whose title and
-    // summary are the closing ones of `meta`. `capacity` is the most lines that fit on a page; what
-    // is below 1 counts as 1. Any bytes are taken: what is not UTF-8 comes back as U+FFFD.
+    // The stages of `stageSources`, in order, followed by the episode itself, whose title and
+    // summary are `finalTitle` and `finalSummary` of `meta`. `capacity` is the maximum number of
+    // lines of a page; below 1: 1. Accepts any bytes; text that is not UTF-8 becomes U+FFFD.
     static std::vector<WalkthroughStage> stages(std::string_view episode, const EpisodeMeta& meta,
                                                 std::span<const std::string> stageSources,
                                                 std::int64_t capacity);
-    // The same of sources that are parsed already.
+    // The same for parsed sources.
     static std::vector<WalkthroughStage> stages(const ParsedSource& episode,
                                                 const EpisodeMeta& meta,
                                                 std::span<const ParsedSource> stageSources,
                                                 std::int64_t capacity);
 
-    // One stage's source (WalkthroughSource.cpp).
+    // Parses the source of one stage (WalkthroughSource.cpp).
     //
-    // The first line of text among the comments that the source begins with is the title. Those of
-    // the same block that follow it, up to a comment line without text or the block's end, are the
-    // summary, joined by blanks. They explain the stage, so no line of code has them as its own.
+    // The title is the first line of text in the comments at the beginning of the source. The
+    // summary is the rest of that block of comments, up to a comment line without text, joined by
+    // blanks. Title and summary explain the stage and are no comments of a line of code.
     //
-    // A comment beside code belongs to that line; comment lines directly above a line of code
-    // belong to it too and come first. Lines that hold nothing but comments are not among `lines`,
-    // so they part no block of code; a line without anything is, with empty code. A comment line
-    // without a letter or a digit, such as a rule of dashes, has no text.
+    // A comment beside code belongs to that line. Comment lines directly above a line of code
+    // belong to it too and come first. Lines that hold only comments are not among `lines`, so they
+    // do not divide blocks of code. Empty lines are among `lines`, with empty code. A comment line
+    // without a letter or digit, such as a rule of dashes, has no text.
     //
-    // A line `// @key ...` is a directive, not a comment. One that shapes the program (@param,
-    // @particles, @grid) is code: that a stage adds a slider is worth showing. The others, which
-    // file the episode, are passed over as if they were not there.
+    // A line `// @key ...` is a directive, not a comment. @param, @particles and @grid change the
+    // program and are code, because an added slider is worth showing. All other directives are
+    // ignored.
     //
-    // Lines end at every break that Unicode knows, CR LF being one. What is comment and what is
-    // code is told as the compiler tells it (C++20, 5.2, 5.7): by comment marks outside of strings
-    // and characters; a // comment ends at LF or CR alone, and not at one behind a backslash.
+    // Lines end at all line breaks of Unicode; CR LF is one. Comments are recognised as the
+    // compiler does (C++20, 5.2, 5.7): by comment marks outside strings and characters. A //
+    // comment ends only at LF or CR, and not after a backslash.
     static ParsedSource parsed(std::string_view source);
 };
 

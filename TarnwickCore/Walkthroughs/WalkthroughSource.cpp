@@ -13,12 +13,12 @@ namespace {
 
 constexpr std::array<std::string_view, 3> programKeys{"param", "particles", "grid"};
 
-// A line of the file, taken apart.
+// A scanned line of the file.
 struct Scanned {
     std::string code;
     std::string comment;
-    bool isCommented = false; // some of it, or all, is comment
-    bool isDirective = false; // then its code is the whole line, or nothing to pass it over
+    bool isCommented = false; // some or all of it is comment
+    bool isDirective = false; // then `code` is the whole line, or empty if ignored
 };
 
 bool isASCIIDigitOrLetter(char unit) {
@@ -35,8 +35,8 @@ std::string joined(std::string_view first, std::string_view second) {
     return std::string(first).append(areBoth ? " " : "").append(second);
 }
 
-// A comment's words without what only decorates them: "/// ", the star at a line's beginning, and
-// whole lines without a letter or a digit.
+// The words of a comment without decoration: "/// ", the star at the beginning of a line, and lines
+// without a letter or digit.
 std::string_view wordsOf(std::string_view comment) {
     comment = withoutBlanks(comment);
     comment.remove_prefix(std::min(comment.find_first_not_of("/*!"), comment.size()));
@@ -57,7 +57,7 @@ std::string_view directiveKey(std::string_view text) {
     return text.substr(0, static_cast<std::size_t>(end - text.begin()));
 }
 
-// Tells code from comments, unit by unit.
+// Separates code from comments, unit by unit.
 class Scanner {
   public:
     explicit Scanner(std::string_view text) : text_(text) {}
@@ -103,7 +103,7 @@ class Scanner {
     std::size_t at_ = 0;
     State state_ = State::code;
     Scanned line_;
-    std::string comment_; // the current one, as far as it stands on this line
+    std::string comment_; // the part of the current comment on this line
     std::vector<Scanned> lines_;
 };
 
@@ -115,7 +115,7 @@ void Scanner::stepCode() {
         return begin(State::blockComment);
     if (unit == '"')
         state_ = State::string;
-    // Behind a letter or a digit it parts digits: 1'000 (C++20, 5.13.2).
+    // After a letter or digit it separates digits: 1'000 (C++20, 5.13.2).
     else if (unit == '\'' && (line_.code.empty() || !isWordUnit(line_.code.back())))
         state_ = State::character;
     take(1);
@@ -123,7 +123,7 @@ void Scanner::stepCode() {
 
 void Scanner::stepQuoted(char quote) {
     const char unit = text_[at_];
-    // A backslash guards the unit behind it, though never a line's break, which ends the line here.
+    // A backslash escapes the unit after it, except a line break, which ends the line here.
     const bool guards = unit == '\\' && lineBreakLength(text_, at_ + 1) == 0;
     if (unit == quote)
         state_ = State::code;
@@ -138,7 +138,7 @@ void Scanner::stepBlockComment() {
     at_ += 2;
     finishComment();
     state_ = State::code;
-    // One blank stands for the comment, as in C++20, 5.2.
+    // The comment becomes one blank (C++20, 5.2).
     if (isCodeBlank() || blanks.find(line_.code.back()) != std::string_view::npos)
         at_ = std::min(text_.find_first_not_of(blanks, at_), text_.size());
 }
@@ -151,7 +151,8 @@ void Scanner::begin(State comment) {
         line_.code += ' ';
 }
 
-// What follows a break that ends no comment is still comment to the compiler.
+// A directive ends at every line break. After a break that does not end the comment, the compiler
+// still reads comment.
 bool Scanner::takeDirective() {
     const std::string_view key = directiveKey(text_.substr(at_));
     if (key.empty())
@@ -186,7 +187,7 @@ void Scanner::finishLine() {
     line_.isCommented = state_ == State::lineComment || state_ == State::blockComment;
 }
 
-// Moves the title and the summary out of the comments that `lines` begin with.
+// Moves the title and the summary from the comments at the beginning of `lines` to `source`.
 void takeHeading(std::vector<Scanned>& lines, Walkthrough::ParsedSource& source) {
     for (Scanned& line : lines) {
         if (line.isDirective)
@@ -200,7 +201,7 @@ void takeHeading(std::vector<Scanned>& lines, Walkthrough::ParsedSource& source)
     }
 }
 
-// One comment of two, which do not know of each other.
+// Joins two independent comments.
 std::string both(const std::string& above, const std::string& beside) {
     return above.empty() || beside.empty() ? above + beside
                                            : sentence(above) + " " + sentence(beside);

@@ -1,4 +1,4 @@
-// When each page of a walkthrough is shown.
+// The times at which the pages of a walkthrough are shown.
 #pragma once
 
 #include <cstdint>
@@ -6,22 +6,22 @@
 
 namespace tarnwick {
 
-// Every page is shown for as long as every other, stage after stage.
+// All pages are shown equally long, stage after stage.
 struct WalkthroughTimeline {
-    double pageSeconds = 0;               // seconds each page is shown, above 0
-    std::vector<std::int64_t> pageCounts; // of each stage, from 0 on
+    double pageSeconds = 0;               // seconds per page, above 0
+    std::vector<std::int64_t> pageCounts; // per stage, each at least 0
 
     bool operator==(const WalkthroughTimeline&) const = default;
 
-    // In seconds. A stage that is not there stops the program; start() takes the end of the last
-    // stage as well, as the number of stages.
+    // In seconds. A stage that does not exist is a violation. start() also accepts the number of
+    // stages: the end of the last stage.
     double duration(std::int64_t stage) const;
     double start(std::int64_t stage) const;
     double total() const;
 
-    // The page shown `time` seconds after the stage's start: the first one before it, the last one
-    // after its end, 0 where it has none. A time that in pages is not finite or not within 64 bits
-    // stops the program.
+    // The page shown `time` seconds after the start of the stage: the first before the stage, the
+    // last after it, 0 if it has none. A time whose page number is not finite or does not fit into
+    // 64 bits is a violation.
     std::int64_t page(std::int64_t stage, double time) const;
 };
 

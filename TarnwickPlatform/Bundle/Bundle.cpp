@@ -58,8 +58,8 @@ void checkMade(const fs::path& folder, const MadeFile& file, std::string_view re
     if (!there || (*there != file.bytes &&
                    record.find(recordLine(file.name, *there)) == std::string_view::npos))
         throw OutputNameError(path.string() +
-                              " is there already and stays as it is, since it is not as a bundle "
-                              "was made; the bundle needs another folder.");
+                              " already exists and was changed since the bundle was made; the "
+                              "bundle needs another folder.");
 }
 
 } // namespace

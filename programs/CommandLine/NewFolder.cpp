@@ -24,23 +24,22 @@ fs::path placeOf(const fs::path& folder) {
     if (!fs::exists(place))
         return place;
     if (!fs::is_directory(place))
-        misuse(folder.string() + " is there already and is no folder.");
+        misuse(folder.string() + " already exists and is not a folder.");
     if (!fs::is_empty(place))
-        misuse(folder.string() + " is there already with something in it and stays as it is.");
+        misuse(folder.string() + " already exists and is not empty.");
     if (fs::equivalent(place, fs::current_path()))
-        misuse(folder.string() + " is the current folder; a new one is wanted.");
+        misuse(folder.string() + " is the current folder; a new folder is required.");
     return place;
 }
 
-// `shown` is what to call `folder` by, which nobody will find under its own name.
+// `shown` names the folder in errors, because `folder` is temporary.
 void writeInto(const fs::path& folder, const fs::path& shown, std::span<const NewFile> files) {
     for (const NewFile& file : files) {
         fs::create_directories((folder / file.path).parent_path());
         try {
             writeWholeFile(folder / file.path, file.text);
         } catch (const WholeFileError& error) {
-            const std::string_view sentence = error.what();
-            failure(shown.string() + std::string(sentence.substr(folder.string().size())));
+            failure(WholeFileError(shown / file.path, error.reason).what());
         }
     }
 }

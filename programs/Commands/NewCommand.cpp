@@ -83,7 +83,7 @@ Status makeNew(const Arguments& arguments) {
     }
     const fs::path path = given ? fs::path(given->name()) : placeFor(title);
     if (!writeNewFile(path, text))
-        misuse(path.string() + " is there already and stays as it is.");
+        misuse(path.string() + " already exists and is not replaced.");
     print(path.string() + "\n");
     return Status::done;
 }

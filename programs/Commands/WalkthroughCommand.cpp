@@ -86,7 +86,7 @@ void checkPages(std::span<const Page> pages, const fs::path& folder) {
     if (!fs::exists(folder, error))
         return Output::checkWritable(folder);
     if (!fs::is_directory(folder, error))
-        misuse(folder.string() + " is there already and is no folder.");
+        misuse(folder.string() + " already exists and is not a folder.");
     for (const Page& page : pages)
         page.out.check();
 }

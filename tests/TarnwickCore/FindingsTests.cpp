@@ -82,7 +82,7 @@ TEST(Findings, haveHintsFromTheEpisodeItself) {
               "it up)\n"
               "3:34 use of undeclared identifier 'speed' (speed is a parameter: p.speed)\n"
               "3:44 no member named 'size' in 'Params' (line 1: @param is ignored: '2,' is not a "
-              "number (the default); blanks part the numbers, a point begins decimals)\n"
+              "number (the default); separate numbers by blanks, and decimals by a point)\n"
               "3:44 no member named 'siz' in 'Params' (the parameters are speed; a line such as "
               "// @param siz 0.5 0 1 declares another)\n"
               "3:44 no member named 'siz' in 'Params'");
@@ -105,7 +105,7 @@ TEST(Findings, sayOnceWhatRunsIntoTheHostsCode) {
     EXPECT_EQ(told(extra, "shader.metal:2:16: error: use of undeclared identifier 'y'\n"
                           "shader.metal:5:5: error: expected unqualified-id\n"
                           "shader.metal:6:1: error: extraneous closing brace ('}')\n"),
-              "2:16 use of undeclared identifier 'y'\n4:5 '}' closes nothing that is open");
+              "2:16 use of undeclared identifier 'y'\n4:5 '}' has no matching '{'");
     EXPECT_EQ(told(signature + "\n    return a;\n}\n",
                    "shader.metal:1:66: error: expected ';' after top level declarator\n"
                    "shader.metal:2:12: error: use of undeclared identifier 'a'\n"
@@ -133,16 +133,17 @@ TEST(Findings, sayWhatTheKindOfEpisodeDefines) {
         told("// @particles 9\n", host + "'spawn'\n" + host + "'update'\n" + host + "'ink'\n"),
         "0:0 'spawn', 'update' and 'ink' are not defined\n0:0 a particle episode defines:\n" +
             std::string(ShaderAssembler::particleSignatures));
-    EXPECT_EQ(told("float4 shade(float2 uv) {}",
-                   "tw_host:4:12: error: no matching function for call to 'shade'\n"
-                   "shader.metal:1:8: note: candidate function not viable: requires single "
-                   "argument 'uv', but 3 arguments were provided\n"),
-              "1:8 'shade' does not take what the host passes: requires single argument 'uv', but "
-              "3 arguments were provided (" +
-                  signature + ")");
+    EXPECT_EQ(
+        told("float4 shade(float2 uv) {}",
+             "tw_host:4:12: error: no matching function for call to 'shade'\n"
+             "shader.metal:1:8: note: candidate function not viable: requires single "
+             "argument 'uv', but 3 arguments were provided\n"),
+        "1:8 'shade' does not accept the arguments of the host: requires single argument 'uv', but "
+        "3 arguments were provided (" +
+            signature + ")");
     EXPECT_EQ(told("// float4 shade\nfloat3 shade(float2 uv) {}",
                    "tw_host:4:12: error: cannot initialize return object of type 'float4'\n"),
-              "2:8 'shade' returns float3; the host wants float4 (" + signature + ")");
+              "2:8 'shade' returns float3; the host requires float4 (" + signature + ")");
 }
 
 TEST(Findings, leaveOutWhatFollowsFromTheAuthorsOwnErrors) {
@@ -162,7 +163,7 @@ TEST(Findings, leaveOutWhatFollowsFromTheAuthorsOwnErrors) {
     EXPECT_EQ(told("// @param half 1 0 2\n",
                    "program_source:4:11: error: cannot combine with previous 'float' declaration "
                    "specifier\n"),
-              "1:11 'half' is a word of the language and cannot name a parameter");
+              "1:11 'half' is a reserved word and cannot name a parameter");
     const std::string own = "shader.metal:1:16: error: unknown type name 'vec2'\n";
     const std::string host = "tw_host:4:12: error: use of undeclared identifier 'shade'\n";
     EXPECT_EQ(told("float4 shade(vec2 uv) {}", own + host),

@@ -23,7 +23,7 @@ expect 0 '^shader.metal$' new -- ---
 cd ..
 have ! -e x.metal
 echo old >old.metal
-expect 2 '^tarnwick: old.metal is there already and stays as it is.$' new Old -o old.metal
+expect 2 '^tarnwick: old.metal already exists and is not replaced.$' new Old -o old.metal
 [ "$(cat old.metal)" = old ] || complain 'old.metal changed' new
 expect 1 '^tarnwick: none/a.metal cannot be written: No such file' new A -o none/a.metal
 expect 2 'title is missing' new

@@ -8,7 +8,7 @@ cp e.metal before.metal
 hidden() {
     for way in 'ln -s' ln cp; do
         $way e.metal "$1"
-        said=$([ "$way" = cp ] && echo 'is there already and stays as it is' || echo 'are the same file')
+        said=$([ "$way" = cp ] && echo 'already exists and is not replaced' || echo 'are the same file')
         shift
         expect 2 "$said" "$@" "$output"
         set -- "$output" "$@"
@@ -30,13 +30,13 @@ output=a.mov && hidden $output export e.metal --preset prores422 -o
 output=a.spv && hidden $output msl e.metal -o
 ln keys.json keys.png
 expect 2 'keys.png and keys.json are the same file' still e.metal --keys keys.json -o keys.png
-expect 2 'keys.json is there already .* no chapter list' \
+expect 2 'keys.json already exists .* no chapter list' \
     variations e.metal --seed 1 --count 1 -o a.mp4 --chapters keys.json
 expect 2 'e.json is where the settings of e.metal are read from' \
     variations e.metal --seed 1 --count 1 -o a.mp4 --chapters ./e.json
 mkdir pages && cp e.metal pages/stage-01-page-01.png
-expect 2 'page-01.png is there already' walkthrough e.metal --pages pages
-expect 2 'e.metal is there already and is no folder' walkthrough e.metal --pages e.metal
+expect 2 'page-01.png already exists' walkthrough e.metal --pages pages
+expect 2 'e.metal already exists and is not a folder' walkthrough e.metal --pages e.metal
 for command in still sheet sound export; do
     expect 2 'writes files that end in' $command e.metal -o e.metal
 done

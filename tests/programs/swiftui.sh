@@ -9,7 +9,7 @@ done
 have "$(find pack -type f | wc -l)" = 3
 grep -q 'ShaderLibrary.bundle(.module).twoColours(.float2' pack/Sources/*/*View.swift ||
     complain 'another view' swiftui
-expect 2 '^tarnwick: pack is there already with something in it and stays as it is.$' \
+expect 2 '^tarnwick: pack already exists and is not empty.$' \
     swiftui e.metal -o pack
 mkdir empty
 ln -s empty link
@@ -21,7 +21,7 @@ expect 0 'MyWavesView.swift' swiftui 'my waves.metal' -o private
 have "$(stat -c %a private private/Sources private/Package.swift | tr '\n' ' ')" = '750 750 640 '
 (echo '// @grid 4' && episode) >grid.metal
 expect 1 '^tarnwick: A grid shader keeps state' swiftui grid.metal -o none
-expect 2 'e.metal is there already and is no folder' swiftui e.metal -o e.metal
+expect 2 'e.metal already exists and is not a folder' swiftui e.metal -o e.metal
 expect 1 '^tarnwick: none/out cannot be written: No such file' swiftui e.metal -o none/out
 expect 1 '^tarnwick: none.*cannot be written: File name too long' \
     swiftui e.metal --title "$(head -c 300 /dev/zero | tr '\0' a)" -o none

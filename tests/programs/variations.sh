@@ -25,7 +25,7 @@ expect 2 'endless.metal lists none itself' variations endless.metal --seed 1 --l
 expect 1 '^tarnwick: none/a.png cannot be written: No such file or directory.$' \
     variations e.metal --seed 1 --sheet none/a.png
 ln -s /dev/full full.png
-expect 2 '^tarnwick: full.png is not a regular file, and stays as it is.$' \
+expect 2 '^tarnwick: full.png is not a regular file and is not replaced.$' \
     variations e.metal --seed 1 --sheet full.png
 
 # The sheet is the one of episodes that have a variation's values as defaults, its start as the time

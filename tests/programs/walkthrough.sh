@@ -35,5 +35,5 @@ expect 1 '^tarnwick: Stage 1, bad.metal, does not compile: line 3: ' \
     walkthrough e.metal --stages bad.metal --pages none
 have ! -e none
 echo >file
-expect 2 'file is there already and is no folder' walkthrough e.metal --pages file --size 320x180
+expect 2 'file already exists and is not a folder' walkthrough e.metal --pages file --size 320x180
 finish

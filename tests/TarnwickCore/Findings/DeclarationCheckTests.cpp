@@ -32,13 +32,12 @@ TEST(DeclarationCheck, saysWhyAParameterIsIgnored) {
         {"// @param x 1 0", "1:11 @param is ignored: the maximum of 'x' is missing: // @param name "
                             "default min max description"},
         {"// @param x 1, 0, 2", "1:13 @param is ignored: '1,' is not a number (the default); "
-                                "blanks part the numbers, a point begins decimals"},
+                                "separate numbers by blanks, and decimals by a point"},
         {"// @param x 1 low 2", "1:15 @param is ignored: 'low' is not a number (the minimum)"},
         {"  //@param x 1 2 0 Size",
          "1:18 @param is ignored: the maximum 0 is not greater than the minimum 2"},
-        {"// @param x 5 0 1", "1:13 the default 5 is outside of 0 to 1: 1 is used"},
-        {"// @param float 1 0 2",
-         "1:11 'float' is a word of the language and cannot name a parameter"},
+        {"// @param x 5 0 1", "1:13 the default 5 is outside the range 0 to 1: 1 is used"},
+        {"// @param float 1 0 2", "1:11 'float' is a reserved word and cannot name a parameter"},
         {"\n// @param x 1 0 2\r\n// @param x 2 0 4", "3:11 @param is ignored: line 2 declares 'x'"},
     };
     for (const auto& [line, warning] : rows)
@@ -47,30 +46,32 @@ TEST(DeclarationCheck, saysWhyAParameterIsIgnored) {
 
 TEST(DeclarationCheck, readsTheOtherDirectives) {
     const std::vector<Row> rows{
-        {"// @particles lots", "1:5 @particles is ignored: it takes one whole number and nothing "
-                               "else, as in // @particles 20000"},
-        {"// @grid 64 cells", "1:5 @grid is ignored: it takes one whole number and nothing else, "
-                              "as in // @grid 64"},
-        {"// @grid 0", "1:10 @grid 0 counts as none"},
-        {"// @particles 9000000", "1:15 at most 4000000 are taken: @particles 4000000"},
+        {"// @particles lots",
+         "1:5 @particles is ignored: it requires one whole number and nothing "
+         "else, as in // @particles 20000"},
+        {"// @grid 64 cells",
+         "1:5 @grid is ignored: it requires one whole number and nothing else, "
+         "as in // @grid 64"},
+        {"// @grid 0", "1:10 @grid 0 has no effect"},
+        {"// @particles 9000000", "1:15 @particles is limited to 4000000"},
         {"// @particles 5\n// @grid 6", "1:1 @particles is ignored: line 2 makes this a grid "
                                         "episode"},
-        {"// @grid 5\n// @grid 6", "2:5 @grid is ignored: that of line 1 counts"},
-        {"// @episode twelve Water", "1:13 @episode is ignored: it takes a number and a title, as "
-                                     "in // @episode 12 Light through water"},
-        {"// @still", "1:5 @still is ignored: it takes a number of seconds from 0 on"},
-        {"// @length 0", "1:12 @length is ignored: it takes a number of seconds above 0"},
-        {"// @variations 3, x", "1:16 @variations is read in part: it takes numbers above 0, as in "
-                                "// @variations 3, 5"},
+        {"// @grid 5\n// @grid 6", "2:5 @grid is ignored: line 1 has one already"},
+        {"// @episode twelve Water",
+         "1:13 @episode is ignored: it requires a number and a title, as "
+         "in // @episode 12 Light through water"},
+        {"// @still", "1:5 @still is ignored: it requires a number of seconds from 0 on"},
+        {"// @length 0", "1:12 @length is ignored: it requires a number of seconds above 0"},
+        {"// @variations 3, x",
+         "1:16 @variations is partly ignored: it requires numbers above 0, as in "
+         "// @variations 3, 5"},
         {"// @forked-from somewhere",
-         "1:5 @forked-from is ignored: it takes an episode, as in // @forked-from episode-12"},
-        {"// @parm x 1 0 2", "1:5 '@parm' is not known and ignored; did you mean '@param'?"},
-        {"// @Still 4", "1:5 '@Still' is not known and ignored; did you mean '@still'?"},
-        {"// @ param x 1 0 2", "1:6 @param is ignored: a blank stands behind its @"},
-        {"/* @param x 1 0 2 */", "1:4 this declaration is ignored: it counts only at the beginning "
-                                 "of a // line"},
-        {"float a; // @grid 5", "1:13 this declaration is ignored: it counts only at the beginning "
-                                "of a // line"},
+         "1:5 @forked-from is ignored: it requires an episode, as in // @forked-from episode-12"},
+        {"// @parm x 1 0 2", "1:5 '@parm' is unknown and ignored; did you mean '@param'?"},
+        {"// @Still 4", "1:5 '@Still' is unknown and ignored; did you mean '@still'?"},
+        {"// @ param x 1 0 2", "1:6 @param is ignored: there is a blank after its @"},
+        {"/* @param x 1 0 2 */", "1:4 this declaration is ignored: it must begin a // line"},
+        {"float a; // @grid 5", "1:13 this declaration is ignored: it must begin a // line"},
     };
     for (const auto& [line, warning] : rows)
         EXPECT_EQ(warningsOf(line), warning) << line;

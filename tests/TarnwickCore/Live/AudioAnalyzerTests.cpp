@@ -158,7 +158,7 @@ TEST(AudioAnalyzer, recoversFromSamplesThatAreNoNumbers) {
 }
 
 TEST(AudioAnalyzer, stopsWhereBinsBeginAboveHalfTheRate) {
-    EXPECT_DEATH(AudioAnalyzer(22050, 256).analyse({}, 1), "half the rate");
+    EXPECT_DEATH(AudioAnalyzer(22050, 256).analyse({}, 1), "half the sample rate");
     EXPECT_DEATH(AudioAnalyzer(48000, -1), "bins");
     AudioAnalyzer(22050, 0).analyse(noise(9), 1);
 }

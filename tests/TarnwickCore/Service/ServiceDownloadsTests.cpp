@@ -83,8 +83,8 @@ class ReleaseDownloadTest : public testing::Test {
   protected:
     void SetUp() override { fs::create_directory(folder_); }
 
-    ReleaseDownload::Problem::Kind problem(const LatestRelease& release) {
-        const auto thrown = failureOf<ReleaseDownload::Problem>(
+    ReleaseDownload::Error::Kind problem(const LatestRelease& release) {
+        const auto thrown = failureOf<ReleaseDownload::Error>(
             ReleaseDownload::file(release, folder_ / "release", session_, "Test/1"));
         EXPECT_TRUE(std::string_view(thrown.what()).ends_with('.')) << thrown.what();
         EXPECT_TRUE(fs::is_empty(folder_)) << thrown.what();
@@ -113,7 +113,7 @@ TEST_F(ReleaseDownloadTest, keepsWhatHasTheAnnouncedDigest) {
 }
 
 TEST_F(ReleaseDownloadTest, keepsNothingElse) {
-    using Kind = ReleaseDownload::Problem::Kind;
+    using Kind = ReleaseDownload::Error::Kind;
     const FixedServer good(200, std::string(1'000'000, 'a')), bad(200, std::string(999'999, 'a'));
     const std::string url = good.url("/r").string();
     EXPECT_EQ(problem({.url = bad.url("/r").string(), .sha256 = millionDigest}), Kind::wrongDigest);
@@ -131,7 +131,7 @@ TEST_F(ReleaseDownloadTest, keepsNothingElse) {
     EXPECT_EQ(problem({.url = cut.url().string(), .sha256 = millionDigest}), Kind::network);
     EXPECT_EQ(problem({.url = large.url().string(), .sha256 = millionDigest}), Kind::tooLarge);
     EXPECT_EQ(problem({.url = gone.url("/").string(), .sha256 = millionDigest}), Kind::status);
-    EXPECT_EQ(failureOf<ReleaseDownload::Problem>(
+    EXPECT_EQ(failureOf<ReleaseDownload::Error>(
                   ReleaseDownload::file({.url = url, .sha256 = millionDigest},
                                         folder_ / "missing" / "release", session_, "Test/1"))
                   .kind(),
@@ -145,11 +145,11 @@ TEST_F(ReleaseDownloadTest, readsTheDocument) {
     const FixedServer server(200, R"({"version":"1.2","build":7,"url":"https://a.example/r"})");
     EXPECT_EQ(document(server.url("/app/latest.json")).get().build, 7);
     EXPECT_THROW(document(FixedServer(200, "{}").url("/")).get(), LatestReleaseError);
-    EXPECT_THROW(document(FixedServer(500, "{}").url("/")).get(), ReleaseDownload::Problem);
+    EXPECT_THROW(document(FixedServer(500, "{}").url("/")).get(), ReleaseDownload::Error);
     EXPECT_THROW(document(URL::parse("http://media.tarnweb.example/").value()).get(),
-                 ReleaseDownload::Problem);
+                 ReleaseDownload::Error);
     const HostileServer large(endless("HTTP/1.1 200 OK\r\n\r\n"));
-    EXPECT_THROW(document(large.url()).get(), ReleaseDownload::Problem);
+    EXPECT_THROW(document(large.url()).get(), ReleaseDownload::Error);
 }
 
 } // namespace

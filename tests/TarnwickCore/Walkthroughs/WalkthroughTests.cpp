@@ -139,7 +139,7 @@ TEST(WalkthroughTimeline, showsEveryPageForAsLong) {
     EXPECT_EQ(timeline.page(0, 99), 1);
     EXPECT_EQ(timeline.page(0, -99), 0);
     EXPECT_EQ(timeline.page(1, 0), 0);
-    EXPECT_DEATH(timeline.duration(3), "counted by its pages");
-    EXPECT_DEATH(timeline.start(4), "after the end");
+    EXPECT_DEATH(timeline.duration(3), "the stage exists");
+    EXPECT_DEATH(timeline.start(4), "the stage exists or is the end");
     EXPECT_DEATH(timeline.page(0, 1e300), "64 bits");
 }
