@@ -26,21 +26,24 @@ const char* difference(const MoviePart& first, const MoviePart& part) {
     return part.configuration() == first.configuration() ? nullptr : "encoder's parameters";
 }
 
+[[noreturn]] void refuse(const std::string& sentence) {
+    throw MovieError(sentence, MovieError::Kind::parts);
+}
+
 void checkFits(const MoviePart& first, const MoviePart& part, std::int64_t nextFrame) {
     if (const char* what = difference(first, part))
-        throw MovieError(part.path().string() + " differs from " + first.path().string() +
-                         " in its " + what + ".");
+        refuse(part.path().string() + " differs from " + first.path().string() + " in its " + what +
+               ".");
     if (part.firstFrame() != nextFrame)
-        throw MovieError(part.path().string() + " begins at frame " +
-                         std::to_string(part.firstFrame()) + ", not at frame " +
-                         std::to_string(nextFrame) +
-                         (nextFrame == 0 ? "." : ", where the part before it ends."));
+        refuse(part.path().string() + " begins at frame " + std::to_string(part.firstFrame()) +
+               ", not at frame " + std::to_string(nextFrame) +
+               (nextFrame == 0 ? "." : ", where the part before it ends."));
 }
 
 // Before anything is written.
 void checkParts(std::span<const fs::path> parts) {
     if (parts.empty())
-        throw MovieError("There are no parts to join.");
+        refuse("There are no parts to join.");
     const MoviePart first(parts.front(), MoviePart::Track::video);
     std::int64_t frames = 0;
     for (const fs::path& path : parts) {
@@ -54,7 +57,7 @@ void checkIsNoPart(const fs::path& output, std::span<const fs::path> parts) {
     std::error_code ignored;
     for (const fs::path& part : parts)
         if (fs::equivalent(part, output, ignored))
-            throw MovieError(output.string() + " is one of the parts that are to be joined.");
+            refuse(output.string() + " is one of the parts that are to be joined.");
 }
 
 // The file's own words become a sentence.

@@ -15,25 +15,23 @@ namespace {
 namespace fs = std::filesystem;
 
 // As the output's name ends, or on standard output the first part's.
-FileKind kindOf(const Arguments& arguments) {
+MovieFileType typeOf(const Arguments& arguments) {
     const std::string_view out = arguments.value("-o").value_or("");
     if (out.empty())
         misuse("-o OUT is missing: where to write the movie.");
     const std::string_view named = out == "-" ? arguments.operands().front() : out;
-    for (const FileKind kind : {FileKind::mpeg4Movie, FileKind::quickTimeMovie})
-        if (endsAs(kind, named))
-            return kind;
+    for (const MovieFileType type : {MovieFileType::mpeg4, MovieFileType::quickTime})
+        if (endsAs(fileKind(type), named))
+            return type;
     misuse("A movie's name ends in .mp4 or .mov, not as " + quoted(named) + " does.");
 }
 
 // Parts are looked at before anything is written.
-void joinInto(const fs::path& file, std::span<const fs::path> parts, FileKind kind) {
+void joinInto(const fs::path& file, std::span<const fs::path> parts, MovieFileType type) {
     try {
-        joinMovies(parts, file,
-                   kind == FileKind::quickTimeMovie ? MovieFileType::quickTime
-                                                    : MovieFileType::mpeg4);
+        joinMovies(parts, file, type);
     } catch (const MovieError& error) {
-        if (!fs::exists(file))
+        if (error.kind == MovieError::Kind::parts)
             misuse(error.what());
         failure(error.what());
     }
@@ -42,13 +40,13 @@ void joinInto(const fs::path& file, std::span<const fs::path> parts, FileKind ki
 Status join(const Arguments& arguments) {
     if (arguments.operands().empty())
         misuse("The parts are missing.");
-    const FileKind kind = kindOf(arguments);
-    const Output out = Output::wanted(arguments, kind);
+    const MovieFileType type = typeOf(arguments);
+    const Output out = Output::wanted(arguments, fileKind(type));
     const std::vector<fs::path> parts(arguments.operands().begin(), arguments.operands().end());
     const HeldSignals whileWriting;
     ProgressBar bar("");
     bar.doing("Joining " + std::to_string(parts.size()) + " parts");
-    out.writeWith([&](const fs::path& file) { joinInto(file, parts, kind); });
+    out.writeWith([&](const fs::path& file) { joinInto(file, parts, type); });
     return Status::done;
 }
 

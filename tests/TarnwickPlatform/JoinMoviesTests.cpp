@@ -84,12 +84,14 @@ TEST(StretchEncoder, givesTheSamePacketsWhileStretchesOverlap) {
     EXPECT_TRUE(overlapping == encoded(video, StretchEncoder::usualPatience));
 }
 
+// The sentence; in brackets where the parts are not to blame.
 std::string whyJoiningFails(const std::vector<std::filesystem::path>& parts,
                             const std::filesystem::path& output) {
     try {
         joinMovies(parts, output, MovieFileType::mpeg4);
     } catch (const MovieError& error) {
-        return error.what();
+        const std::string sentence = error.what();
+        return error.kind == MovieError::Kind::parts ? sentence : "[" + sentence + "]";
     }
     return "";
 }
@@ -124,9 +126,9 @@ TEST(JoinMovies, saysWhichPartDoesNotFit) {
     EXPECT_FALSE(std::filesystem::exists(folder.path() / "joined"));
     EXPECT_EQ(whyJoiningFails({one}, one), one + " is one of the parts that are to be joined.");
     EXPECT_EQ(whyJoiningFails({one}, "/nonexistent/movie"),
-              "/nonexistent/movie cannot be written: No such file or directory.");
+              "[/nonexistent/movie cannot be written: No such file or directory.]");
     EXPECT_EQ(whyJoiningFails({one}, "/dev/full"),
-              "/dev/full cannot be written: No space left on device.");
+              "[/dev/full cannot be written: No space left on device.]");
 }
 
 } // namespace

@@ -31,7 +31,8 @@ constexpr int ticksPerFrame = 1000;
 constexpr std::int64_t samplesPerPacket = 1024; // of AAC-LC
 
 [[noreturn]] void fail(const std::filesystem::path& path, const std::string& why) {
-    throw MovieError(path.string() + " cannot be read as a movie: " + why + ".");
+    throw MovieError(path.string() + " cannot be read as a movie: " + why + ".",
+                     MovieError::Kind::parts);
 }
 
 // HEVC with alpha differs from HEVC by the depth alone; libav reports none where it is 24.
