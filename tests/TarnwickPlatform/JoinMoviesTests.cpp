@@ -1,4 +1,3 @@
-#include "TarnwickPlatform/Movie/ColorConversion.h"
 #include "TarnwickPlatform/Movie/Encoders/StretchEncoder.h"
 #include "TarnwickPlatform/Movie/Files/MoviePart.h"
 #include "TarnwickPlatform/Movie/JoinMovies.h"
@@ -13,14 +12,6 @@
 namespace tarnwick {
 namespace {
 
-std::vector<VideoPacket> pictures(const std::filesystem::path& file) {
-    MoviePart movie(file, MoviePart::Track::video);
-    std::vector<VideoPacket> packets;
-    while (std::optional<VideoPacket> packet = movie.nextPicture())
-        packets.push_back(std::move(*packet));
-    return packets;
-}
-
 std::vector<float> tone(std::int64_t samples) {
     std::vector<float> values;
     for (std::int64_t i = 0; i < samples; ++i) {
@@ -32,7 +23,8 @@ std::vector<float> tone(std::int64_t samples) {
 
 class JoinedMovie : public testing::TestWithParam<VideoCodecRow> {};
 
-INSTANTIATE_TEST_SUITE_P(All, JoinedMovie, testing::ValuesIn(videoCodecRows));
+INSTANTIATE_TEST_SUITE_P(All, JoinedMovie, testing::ValuesIn(videoCodecRows),
+                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST_P(JoinedMovie, isTheMovieWrittenInOneGo) {
     const TemporaryFolder folder;
@@ -46,18 +38,9 @@ TEST_P(JoinedMovie, isTheMovieWrittenInOneGo) {
     writeMovie(folder.path() / "2", {.video = video, .firstFrame = 100, .frames = 100});
     writeMovie(folder.path() / "3", {.video = video, .firstFrame = 200, .frames = 50});
     const std::vector parts{folder.path() / "1", folder.path() / "2", folder.path() / "3"};
-    joinMovies(parts, folder.path() / "joined", fileTypeFor(video.codec));
+    joinMovies(parts, folder.path() / "joined", GetParam().fileType);
 
-    const std::vector<VideoPacket> whole = pictures(folder.path() / "whole");
-    const std::vector<VideoPacket> joined = pictures(folder.path() / "joined");
-    ASSERT_EQ(whole.size(), 250U);
-    ASSERT_EQ(joined.size(), 250U);
-    for (std::size_t i = 0; i < whole.size(); ++i) {
-        EXPECT_TRUE(joined[i].bytes == whole[i].bytes) << i;
-        EXPECT_EQ(joined[i].frame, whole[i].frame);
-        EXPECT_EQ(joined[i].isKeyFrame, whole[i].isKeyFrame);
-    }
-    // Times, sound and chapters too.
+    EXPECT_EQ(MoviePart(folder.path() / "joined", MoviePart::Track::video).frameCount(), 250);
     EXPECT_TRUE(contents(folder.path() / "joined") == contents(folder.path() / "whole"));
 }
 
@@ -66,13 +49,8 @@ std::vector<std::vector<std::byte>> encoded(const VideoSettings& video,
     std::vector<std::vector<std::byte>> packets;
     const auto keep = [&](VideoPacket packet) { packets.push_back(std::move(packet.bytes)); };
     StretchEncoder encoder(video, patience);
-    for (std::int64_t frame = 0; frame < 250; ++frame) {
-        auto picture =
-            PixelBufferPool(videoCodecRow(video.codec).pixelFormat, video.width, video.height, 1)
-                .take();
-        convertColors(*drawnPicture(video, frame), *picture);
-        encoder.encode(std::move(picture), frame, keep);
-    }
+    for (std::int64_t frame = 0; frame < 250; ++frame)
+        encoder.encode(convertedPicture(video, frame), frame, keep);
     encoder.finish(keep);
     return packets;
 }

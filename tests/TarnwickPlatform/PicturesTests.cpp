@@ -93,10 +93,6 @@ TEST_F(Pictures, sayWhyTheyCannotBeWrittenOrRead) {
     const std::string name = folder.string();
     EXPECT_EQ(messageOf([&] { writePNG(sample(), folder); }),
               name + " cannot be written: It is a folder.");
-    EXPECT_EQ(messageOf([&] { writePNG(sample(), folder / "none/a.png"); }),
-              name + "/none/a.png cannot be written: No such file or directory.");
-    EXPECT_EQ(messageOf([&] { writePNG(sample(), "/dev/null"); }),
-              "/dev/null cannot be written: It is not a regular file.");
     EXPECT_EQ(messageOf([&] { readPNG(folder / "a.png"); }),
               name + "/a.png cannot be read: No such file or directory.");
     std::ofstream(folder / "text.png") << "no picture";

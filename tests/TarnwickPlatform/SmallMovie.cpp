@@ -24,10 +24,6 @@ VideoSettings smallVideo(VideoCodec codec) {
             .maxKeyFrameInterval = 20};
 }
 
-MovieFileType fileTypeFor(VideoCodec codec) {
-    return videoCodecRow(codec).fileType;
-}
-
 namespace {
 
 std::uint32_t movingPixel(std::int64_t x, std::int64_t y, std::int64_t frame) {
@@ -82,6 +78,28 @@ std::shared_ptr<PixelBuffer> drawnPicture(const VideoSettings& settings, std::in
     return picture;
 }
 
+std::shared_ptr<PixelBuffer> convertedPicture(const VideoSettings& settings, std::int64_t frame,
+                                              Content content) {
+    auto converted = PixelBufferPool(videoCodecRow(settings.codec).pixelFormat, settings.width,
+                                     settings.height, 1)
+                         .take();
+    convertColors(*drawnPicture(settings, frame, content), *converted);
+    return converted;
+}
+
+std::vector<int> samplesOf(const PixelBuffer& picture, std::size_t plane) {
+    const PixelLayout::Plane& where = picture.layout().planes[plane];
+    const bool isWide = planeShapes(picture.format())[plane].bytesPerSample == 2;
+    std::vector<int> samples;
+    for (std::int64_t y = 0; y < where.height; ++y) {
+        const std::byte* row = picture.plane(plane) + y * where.bytesPerRow;
+        for (std::int64_t x = 0; x < where.width; ++x)
+            samples.push_back(isWide ? reinterpret_cast<const std::uint16_t*>(row)[x]
+                                     : static_cast<int>(row[x]));
+    }
+    return samples;
+}
+
 void waitFor(const MovieWriter& writer, const MovieInput& input) {
     while (!input.isReadyForMoreMediaData() && writer.status() == MovieWriterStatus::writing)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -99,21 +117,10 @@ void appendSound(const MovieWriter& writer, AudioInput& input, std::span<const f
     input.markAsFinished();
 }
 
-std::shared_ptr<PixelBuffer> givenPicture(const SmallMovie& movie, std::int64_t frame) {
-    auto drawn = drawnPicture(movie.video, frame, movie.content);
-    if (movie.video.source == VideoSettings::Source::pixels)
-        return drawn;
-    auto converted = PixelBufferPool(videoCodecRow(movie.video.codec).pixelFormat,
-                                     movie.video.width, movie.video.height, 1)
-                         .take();
-    convertColors(*drawn, *converted);
-    return converted;
-}
-
 } // namespace
 
 void writeMovie(const std::filesystem::path& file, const SmallMovie& movie) {
-    auto writer = MovieWriter::make(file, fileTypeFor(movie.video.codec));
+    auto writer = MovieWriter::make(file, videoCodecRow(movie.video.codec).fileType);
     VideoInput* video = writer->add(movie.video);
     AudioInput* audio = movie.samples.empty() ? nullptr : writer->add(AudioSettings{});
     ASSERT_NE(video, nullptr) << writer->errorText().value_or("");
@@ -124,7 +131,10 @@ void writeMovie(const std::filesystem::path& file, const SmallMovie& movie) {
         appendSound(*writer, *audio, movie.samples);
     for (std::int64_t i = movie.firstFrame; i < movie.firstFrame + movie.frames; ++i) {
         waitFor(*writer, *video);
-        ASSERT_TRUE(video->append(givenPicture(movie, i), {i, rate}))
+        const bool isConverted = movie.video.source == VideoSettings::Source::converted;
+        ASSERT_TRUE(video->append(isConverted ? convertedPicture(movie.video, i, movie.content)
+                                              : drawnPicture(movie.video, i, movie.content),
+                                  {i, rate}))
             << writer->errorText().value_or("");
     }
     if (audio && movie.order == SoundOrder::afterPictures)

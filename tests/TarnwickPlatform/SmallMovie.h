@@ -13,14 +13,19 @@ namespace tarnwick {
 // 64 x 48 pixels, ten frames a second, stretches of 100 frames.
 VideoSettings smallVideo(VideoCodec codec);
 
-MovieFileType fileTypeFor(VideoCodec codec);
-
 // `corners`: full and no red, green, blue and alpha by turns.
 enum class Content { moving, noise, corners };
 
 // Frame `frame` of a movie that every test knows.
 std::shared_ptr<PixelBuffer> drawnPicture(const VideoSettings& settings, std::int64_t frame,
                                           Content content = Content::moving);
+
+// The same in the format that the codec's encoder takes.
+std::shared_ptr<PixelBuffer> convertedPicture(const VideoSettings& settings, std::int64_t frame,
+                                              Content content = Content::moving);
+
+// A plane's samples, rows one behind the other.
+std::vector<int> samplesOf(const PixelBuffer& picture, std::size_t plane);
 
 enum class SoundOrder { afterPictures, beforePictures };
 
