@@ -101,7 +101,7 @@ std::optional<fs::path> settingsOf(const HostOptions& options, std::ostream& err
 
 // Throws HostError where the episode is not text in UTF-8; a bundle could only lack a shader then.
 void checkText(const fs::path& episode) {
-    const auto fault = encodingFault(withoutByteOrderMark(fileBytes(episode).value_or("")));
+    const auto fault = encodingError(withoutByteOrderMark(fileBytes(episode).value_or("")));
     if (fault)
         throw HostError(episode.string() + ":" + std::to_string(fault->line) + ":" +
                         std::to_string(fault->column) + ": " + fault->message + ".");

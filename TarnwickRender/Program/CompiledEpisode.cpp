@@ -24,7 +24,7 @@ std::unique_ptr<gpu::Library> compiledLibrary(const AssembledShader& shader, gpu
 }
 
 // In the compiler's form.
-ShaderError encodingError(const Diagnostic& fault) {
+ShaderError shaderError(const Diagnostic& fault) {
     return ShaderError(std::string(ShaderAssembler::fileName) + ":" + std::to_string(fault.line) +
                            ":" + std::to_string(fault.column) + ": error: " + fault.message + "\n",
                        {fault});
@@ -34,8 +34,8 @@ ShaderError encodingError(const Diagnostic& fault) {
 
 CompiledEpisode CompiledEpisode::make(std::string_view episode, gpu::Device* device,
                                       EpisodeWarnings warnings) {
-    if (const auto fault = encodingFault(episode))
-        throw encodingError(*fault);
+    if (const auto fault = encodingError(episode))
+        throw shaderError(*fault);
     CompiledEpisode compiled{.shader = ShaderAssembler::assemble(episode), .library = nullptr};
     const std::size_t params = compiled.shader.params.size();
     if (params > ParamBuffer::mostParams)

@@ -75,7 +75,7 @@ std::string sourceBytes(std::string_view path) {
 
 std::string sourceText(std::string_view path) {
     std::string text = sourceBytes(path);
-    if (const auto fault = encodingFault(text)) {
+    if (const auto fault = encodingError(text)) {
         printFindings(path, text, std::array{*fault});
         failure(std::string(path) + " is not text in UTF-8.");
     }
