@@ -40,7 +40,7 @@ std::vector<double> firstCompileTimes(const std::string& self, const Case& one, 
     char file[] = "/tmp/tarnwick-bench-XXXXXX";
     const int descriptor = mkstemp(file);
     if (descriptor < 0)
-        throw ProgramError("No temporary file could be made.");
+        throw ProgramError("A temporary file cannot be made.");
     close(descriptor);
     std::ofstream(file) << one.program;
     std::vector<double> times;

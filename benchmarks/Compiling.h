@@ -1,4 +1,4 @@
-// Times from source text to SPIR-V.
+// Times of compiling from source text to SPIR-V.
 #pragma once
 
 #include "benchmarks/Case.h"
@@ -9,7 +9,7 @@
 
 namespace tarnwick::bench {
 
-// A program of the bench did not compile; what() is the compiler's text.
+// A program of the benchmark does not compile. what() is the text of the compiler.
 struct ProgramError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -19,14 +19,14 @@ struct CompileTime {
     double twin = 0; // median, ms: shaderc with its optimiser on the twin, warm
 };
 
-// Throws ProgramError or TwinError. `rounds` of each, alternating.
+// Compiles each `rounds` times, alternating. Throws ProgramError or TwinError.
 CompileTime compileTime(const Case& one, int rounds);
 
-// Times of the first compilation of a process, ms: one process for each round, which is this
-// program itself with --first.
+// Times of the first compilation of a process, in ms. Each round starts a process of this program
+// with --first.
 std::vector<double> firstCompileTimes(const std::string& self, const Case& one, int rounds);
 
-// What such a process does: compiles standard input once and prints the milliseconds.
+// The work of such a process: compiles standard input once and prints the milliseconds.
 int printFirstCompileTime();
 
 } // namespace tarnwick::bench

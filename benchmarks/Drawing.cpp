@@ -47,8 +47,8 @@ Drawing::Pipeline Drawing::pipeline(const gpu::Function& vertex, const gpu::Func
     return device_->newRenderPipelineState(descriptor);
 }
 
-// One picture a command buffer, and none before the last is done: within one pass the packaged CPU
-// driver leaves out what a later opaque draw covers, unless the shader writes memory.
+// One picture per command buffer, each completed before the next: within one pass the CPU driver
+// omits pixels that a later opaque draw covers, unless the shader writes memory.
 void Drawing::draw(const gpu::RenderPipelineState& pipeline, const Case& one) {
     auto commands = queue_->commandBuffer();
     gpu::RenderPassDescriptor pass;
@@ -56,7 +56,7 @@ void Drawing::draw(const gpu::RenderPipelineState& pipeline, const Case& one) {
     pass.color.load = gpu::LoadAction::clear;
     auto encoder = commands ? commands->renderCommandEncoder(pass) : std::nullopt;
     if (!encoder)
-        throw gpu::DeviceError("The device gives no command buffer.");
+        throw gpu::DeviceError("The device cannot make a command buffer.");
     const TWUniforms frame = uniforms();
     encoder->setRenderPipelineState(pipeline);
     encoder->setFragmentBytes(&frame, sizeof(frame), 0);

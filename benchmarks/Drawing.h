@@ -1,4 +1,4 @@
-// Times to draw: our module against the twin's, on the same device.
+// Times of drawing: our module compared with the twin, on the same device.
 #pragma once
 
 #include "TarnwickGPU/Commands.h"
@@ -25,8 +25,8 @@ class Drawing {
     static std::unique_ptr<Drawing> make();
     const std::shared_ptr<gpu::Device>& device() const { return device_; }
 
-    // Draws both warm, then in turns, `rounds` of each. Throws gpu::LibraryError, gpu::DeviceError
-    // or TwinError.
+    // Draws both once to warm up, then alternates, `rounds` times each. Throws gpu::LibraryError,
+    // gpu::DeviceError or TwinError.
     DrawTime time(const Case& one, int rounds);
 
   private:

@@ -12,7 +12,7 @@ namespace tarnwick::bench {
 
 namespace {
 
-// Small and quick, with all that an export carries along: pictures, sound and a watermark.
+// Small and fast, with all parts of an export: pictures, sound and a watermark.
 constexpr ExportPreset preset{"", "", 64, 64, 60, 200'000, VideoCodec::h264};
 constexpr const char* episode =
     R"(float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {
@@ -57,7 +57,7 @@ std::vector<ExportMemory> exportMemory(const std::string& self,
 int printExportPeak(std::int64_t frames) {
     const auto device = gpu::Device::systemDefault();
     if (!device) {
-        std::fputs("There is no Vulkan device to draw on.\n", stderr);
+        std::fputs("There is no Vulkan device.\n", stderr);
         return 1;
     }
     exportFrames(*device, frames);

@@ -1,4 +1,4 @@
-// How much memory an export takes, of a short movie and of a long one.
+// The memory used by the export of a short movie and of a long one.
 #pragma once
 
 #include <cstdint>
@@ -9,15 +9,16 @@ namespace tarnwick::bench {
 
 struct ExportMemory {
     std::int64_t frames = 0;
-    double peak = 0; // MB of the process's resident set
+    double peak = 0; // MB, resident set of the process
 };
 
-// Each movie by a process of its own, `self` being this program's file. Throws std::runtime_error
-// where a process does not say.
+// Each movie is exported by a process of its own; `self` is the file of this program. Throws
+// std::runtime_error if a process does not print its result.
 std::vector<ExportMemory> exportMemory(const std::string& self,
                                        const std::vector<std::int64_t>& frames);
 
-// What that process does: exports so many frames, prints its peak in MB. The process's status.
+// The work of that process: exports `frames` frames and prints its peak in MB. Returns the exit
+// status.
 int printExportPeak(std::int64_t frames);
 
 } // namespace tarnwick::bench

@@ -13,7 +13,7 @@ namespace tarnwick::bench {
 
 namespace {
 
-// One episode's movie, drawn, encoded and exported as often as asked.
+// The movie of one episode, drawn, encoded and exported any number of times.
 class Movie {
   public:
     Movie(gpu::Device& device, const ExportCase& one);
@@ -46,7 +46,7 @@ Movie::Movie(gpu::Device& device, const ExportCase& one)
     textures_ = PixelBufferTextures::make(device, preset.width, preset.height, format,
                                           ColorConversionPlace::chosen);
     if (!textures_)
-        throw gpu::DeviceError("The device has no textures of a movie's size.");
+        throw gpu::DeviceError("The device has no textures of the size of a movie.");
     settings_.source = textures_->source();
     const bool isConverted = settings_.source == VideoSettings::Source::converted;
     PixelBufferPool pool(isConverted ? format : PixelFormat::bgra, preset.width, preset.height,
@@ -85,7 +85,7 @@ void Movie::encode() {
     }
     writer->finishWriting();
     if (writer->status() != MovieWriterStatus::completed)
-        throw MovieError(writer->errorText().value_or("The writer does not take a frame."));
+        throw MovieError(writer->errorText().value_or("The writer does not accept a frame."));
 }
 
 void Movie::export_() {

@@ -1,4 +1,4 @@
-// Times to export an episode as a movie, beside the floor of that time.
+// Times of exporting an episode as a movie, compared with their lower bound.
 #pragma once
 
 #include "TarnwickCore/Movies/ExportPreset.h"
@@ -14,7 +14,7 @@
 namespace tarnwick::bench {
 
 struct ExportCase {
-    std::string name; // what --only takes and what is printed
+    std::string name; // for --only and for printing
     std::filesystem::path episode;
     ExportPreset preset;
     std::int64_t frames = 0;
@@ -26,12 +26,12 @@ std::vector<ExportCase> exportCases(const std::filesystem::path& shaders,
 
 // Milliseconds of a whole movie.
 struct ExportTime {
-    Sample drawing;   // alone: every frame into memory
-    Sample encoding;  // alone: the same frames, from memory, with the movie's settings, into a file
-    Sample exporting; // as a user exports it
+    Sample drawing;   // only drawing: every frame into memory
+    Sample encoding;  // only encoding: the same frames from memory into a file
+    Sample exporting; // the whole export
     unsigned cores = 1;
 
-    // What no export is quicker than: its two halves side by side, on that many cores.
+    // The lower bound of an export: its two halves in parallel on `cores` cores.
     double sharing() const { return (drawing.processor + encoding.processor) / cores; }
     double floor() const { return std::max({drawing.wall, encoding.wall, sharing()}); }
     double ratio() const { return exporting.wall / floor(); }
@@ -41,11 +41,11 @@ struct ExportTime {
 };
 
 struct ExportTimes {
-    ExportTime shortest;    // of the rounds, each value by itself
-    double medianRatio = 0; // of the rounds' ratios
+    ExportTime shortest;    // shortest of the rounds, each value separately
+    double medianRatio = 0; // of the ratios of the rounds
 };
 
-// Draws the movie once, then does the three by turns, `rounds` of each. Throws ShaderError,
+// Draws the movie once, then repeats the three in turn, `rounds` times each. Throws ShaderError,
 // ExportError, MovieError or gpu::DeviceError.
 ExportTimes exportTimes(gpu::Device& device, const ExportCase& one, int rounds);
 

@@ -1,6 +1,6 @@
-// tarnwick-bench: compile, draw and play times beside hand-written GLSL and Vulkan, as ratios of
-// one run, how fast sound is evaluated and heard, how fast text and data are read, and how near
-// exports come to the floor of their time.
+// tarnwick-bench: times of compiling, drawing and playing relative to hand-written GLSL and Vulkan
+// in the same run, the speed of rendering and analysing sound, the speed of reading text and data,
+// and the time of exports relative to its lower bound.
 #include "TarnwickBase/FreedMemory.h"
 #include "benchmarks/Compiling.h"
 #include "benchmarks/ExportMemory.h"
@@ -20,18 +20,20 @@ constexpr const char* use =
     R"(Use: tarnwick-bench [--only NAME] [--compile-rounds N] [--draw-rounds N] [--play-rounds N]
                     [--export-rounds N]
 
-Measures, over the shaders of benchmarks/shaders and their hand-written GLSL twins:
-  (a) milliseconds from source text to all SPIR-V, warm, ours beside shaderc with its optimiser;
-  (b) milliseconds to draw 1280 by 720 pixels, our module against the twin's, in turns;
-and over benchmarks/shaders/scenes:
-  (c) milliseconds to play a frame of particles or of a grid, beside plain Vulkan with GLSL;
-  (d) gigabytes a second that a particle update moves, beside copying;
-(e) milliseconds to evaluate an episode's sound and to hear it;
-(f) how fast text and data are read;
-(g) milliseconds to export movies, beside drawing and encoding alone;
-and (h) how much more memory a long movie takes than a short one.
---only takes the shaders and scenes whose name contains NAME; (d) is called "updating", (e) "sound",
-(f) and (g) have a name for each line, such as "osc" and "export heavy", (h) is "export-memory".
+Measures, with the shaders of benchmarks/shaders and their hand-written GLSL twins:
+  (a) milliseconds from source text to all SPIR-V, warm, compared with shaderc and its optimiser;
+  (b) milliseconds to draw 1280 by 720 pixels, in turns with the twin;
+with benchmarks/shaders/scenes:
+  (c) milliseconds to play a frame of particles or of a grid, compared with plain Vulkan and GLSL;
+  (d) gigabytes per second that a particle update moves, compared with copying;
+and without either:
+  (e) milliseconds to render the sound of an episode, and to analyse it;
+  (f) the speed of reading text and data;
+  (g) milliseconds to export movies, compared with drawing only and encoding only;
+  (h) the additional memory of a long movie compared with a short one.
+--only measures the shaders and scenes whose name contains NAME. (d) is named "updating", (e)
+"sound"; (f) and (g) have a name for each line, such as "osc" and "export heavy"; (h) is named
+"export-memory".
 )";
 
 constexpr int textRounds = 21;
@@ -43,7 +45,7 @@ struct Options {
     int playRounds = 9;
     int exportRounds = 3;
     bool first = false;
-    int peakOfFrames = 0; // to be exported by this process alone
+    int peakOfFrames = 0; // to export in this process
     bool valid = true;
 };
 
@@ -78,7 +80,7 @@ template <class One> void keepNamed(std::vector<One>& all, const std::string& pa
     std::erase_if(all, [&](const One& one) { return one.name.find(part) == std::string::npos; });
 }
 
-// What was asked for.
+// The command line.
 struct Plan {
     std::vector<Case> shaders;
     std::vector<SceneCase> scenes;
@@ -111,7 +113,7 @@ bool runOnDevice(const Plan& plan, const Options& given) {
         std::filesystem::path(TARNWICK_BENCH_SHADERS) / "scenes";
     const auto drawing = Drawing::make();
     if (!drawing) {
-        std::fputs("There is no Vulkan device to draw on.\n", stderr);
+        std::fputs("There is no Vulkan device.\n", stderr);
         return false;
     }
     bool good = true;
@@ -131,7 +133,7 @@ bool runOnDevice(const Plan& plan, const Options& given) {
 int run(const Options& given) {
     const Plan plan(given.only);
     if (plan.isEmpty()) {
-        std::fprintf(stderr, "No shader's or scene's name contains \"%s\".\n", given.only.c_str());
+        std::fprintf(stderr, "No name of a shader or scene contains \"%s\".\n", given.only.c_str());
         return 2;
     }
     const std::string self = std::filesystem::read_symlink("/proc/self/exe").string();

@@ -9,7 +9,7 @@ namespace tarnwick::bench {
 
 namespace {
 
-constexpr std::int64_t mostSteps = 4; // a frame, as in the saver
+constexpr std::int64_t mostSteps = 4; // per frame, as in the saver
 
 FrameMoment momentOf(std::uint32_t frame) {
     return {.time = static_cast<float>(frame) / ShaderAssembler::stepRate,
@@ -29,7 +29,7 @@ OurScene::OurScene(std::shared_ptr<gpu::Device> device, const std::string& episo
     program_ = ShaderProgram::compile(episode, *device_, descriptor.format);
     frames_ = ProgramFrames::make(program_, *device_, sceneWidth, sceneHeight);
     if (!queue_ || !target_ || !frames_)
-        throw gpu::DeviceError("The device cannot make what the episode needs.");
+        throw gpu::DeviceError("The device cannot make the objects that the episode requires.");
 }
 
 void OurScene::next() {
@@ -41,7 +41,7 @@ void OurScene::next() {
         !frames_->encode(*commands,
                          {.moment = momentOf(frame_++), .values = {}, .stepLimit = mostSteps},
                          {.descriptor = pass}))
-        throw gpu::DeviceError("The device gives no command buffer.");
+        throw gpu::DeviceError("The device cannot make a command buffer.");
     commands->commit();
     commands->waitUntilCompleted();
     if (commands->status() != gpu::CommandBufferStatus::completed)

@@ -1,4 +1,4 @@
-// How far two pictures differ.
+// The difference of two pictures.
 #pragma once
 
 #include <algorithm>
@@ -8,8 +8,8 @@
 
 namespace tarnwick::bench {
 
-// Pictures agree where at most this share of their pixels differs by more than the tolerance: edges
-// fall on either side of a pixel when a last bit differs, and nothing else should.
+// Pictures agree if at most this share of their pixels differs by more than the tolerance. A
+// difference in the last bit may move an edge by a pixel; no other difference is expected.
 inline constexpr std::uint32_t tolerance = 2; // of 255, in any channel
 inline constexpr double agreeing = 0.002;
 
@@ -20,7 +20,7 @@ struct PictureDifference {
     bool agrees() const { return differing <= agreeing; }
 };
 
-// Of two pictures of one size, four bytes a pixel.
+// The difference of two pictures of one size, four bytes per pixel.
 inline PictureDifference difference(const std::vector<std::uint8_t>& a,
                                     const std::vector<std::uint8_t>& b) {
     std::size_t differing = 0;

@@ -64,10 +64,9 @@ bool printDrawing(Drawing& drawing, const std::vector<Case>& all, int rounds) {
     std::printf("\n  geometric mean %.3f (bar: at most 1.00, %s)\n", mean, verdict(mean <= 1.0));
     std::printf("  worst          %.3f (bar: at most 1.10, %s)\n", worst, verdict(worst <= 1.10));
     if (drawing.device()->info().isCPU)
-        std::printf(
-            "  in processor time, which other work on the machine sways less: geometric mean "
-            "%.3f, worst %.3f\n",
-            geometricMean(processorRatios), largest(processorRatios));
+        std::printf("  in CPU time, which other work on the machine affects less: geometric mean "
+                    "%.3f, worst %.3f\n",
+                    geometricMean(processorRatios), largest(processorRatios));
     std::printf(
         "  pictures agree: at most %.1f%% of the pixels differ by more than %u of 255: %s\n",
         agreeing * 100, tolerance, agree ? "yes" : "NO");
@@ -148,8 +147,8 @@ bool printSounding(gpu::Device& device) {
 bool printExporting(gpu::Device& device, const std::vector<ExportCase>& all, int rounds) {
     constexpr double bar = 1.10;
     std::printf("\nExporting H.264 on %s (shortest of %d rounds, in turns; ms a frame).\n"
-                "The floor is the largest of drawing alone, encoding alone, and the processor time "
-                "of both\nshared by the cores.\n\n",
+                "The lower bound is the largest of drawing only, encoding only, and the CPU time "
+                "of both\ndivided by the cores.\n\n",
                 device.info().name.c_str(), rounds);
     std::printf("  %-24s %7s %9s %9s %9s %9s %7s %9s %7s\n", "movie", "frames", "drawing",
                 "encoding", "sharing", "export", "ratio", "median r.", "CPU r.");

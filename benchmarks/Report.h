@@ -1,4 +1,4 @@
-// The bench's sections, as they are printed. Each answers whether its bars were reached.
+// The printed sections of the benchmark. Each returns whether its bars were reached.
 #pragma once
 
 #include "TarnwickGPU/Device.h"
@@ -14,7 +14,7 @@
 
 namespace tarnwick::bench {
 
-// Milliseconds from source text to SPIR-V; `self` is this program's file.
+// Milliseconds from source text to SPIR-V; `self` is the file of this program.
 bool printCompiling(const std::vector<Case>& all, const std::string& self, int rounds);
 
 // Milliseconds to draw one picture of each fragment shader.
@@ -24,20 +24,20 @@ bool printDrawing(Drawing& drawing, const std::vector<Case>& all, int rounds);
 bool printPlaying(const std::shared_ptr<gpu::Device>& device, const std::filesystem::path& folder,
                   const std::vector<SceneCase>& all, int rounds);
 
-// Bytes a second that a scene's update kernel moves, beside copying.
+// Bytes per second that the update kernel of a scene moves, compared with copying.
 bool printUpdating(const std::shared_ptr<gpu::Device>& device, const std::filesystem::path& folder);
 
-// The speed of each part without a device, as the median of `rounds` samples.
+// The speed of the parts without a device, as the median of `rounds` samples.
 bool printTexts(const std::vector<TextCase>& all, int rounds);
 
-// How many times faster than real time sound is rendered, and what hearing it takes a frame.
+// The speed of rendering sound relative to real time, and the time of analysing sound per frame.
 bool printSounding(gpu::Device& device);
 
-// Milliseconds to export each movie, beside the floor of that time.
+// Milliseconds of exporting each movie, compared with the lower bound.
 bool printExporting(gpu::Device& device, const std::vector<ExportCase>& all, int rounds);
 
-// How much more memory a movie of 10,000 frames takes than one of 500; `self` is this program's
-// file.
+// The additional memory of a movie of 10,000 frames compared with 500; `self` is the file of this
+// program.
 bool printExportMemory(const std::string& self);
 
 } // namespace tarnwick::bench

@@ -1,5 +1,4 @@
-// A picture that moves in steps of a sixtieth of a second: ours and the hand-written one play the
-// same.
+// A picture that moves in steps of 1/60 s. Our scene and the hand-written scene play the same.
 #pragma once
 
 #include <cstdint>
@@ -10,10 +9,9 @@ namespace tarnwick::bench {
 class Scene {
   public:
     virtual ~Scene() = default;
-    // Draws the next frame whole, from the update to the final picture, and blocks until it is
-    // there.
+    // Draws the next frame, from the update to the final picture. Blocks until it is complete.
     virtual void next() = 0;
-    // The last frame's BGRA bytes, rows from the top, without gaps.
+    // The BGRA bytes of the last frame, rows from the top, without gaps.
     virtual std::vector<std::uint8_t> picture() = 0;
 };
 

@@ -21,7 +21,7 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {
 }
 )";
 
-// The first time warms up and is not counted.
+// The first run warms up and is not counted.
 template <class Work> double medianTime(int times, Work&& work) {
     std::vector<double> all;
     for (int time = 0; time <= times; time++) {
@@ -49,13 +49,13 @@ SoundSpeed soundSpeed(gpu::Device& device) {
         ShaderProgram::compile(episode, device, ShaderProgram::pixelFormat);
     const auto tap = SoundTap::make(program, device);
     if (!tap)
-        throw gpu::DeviceError("The device cannot make what listening takes.");
+        throw gpu::DeviceError("The device cannot make the sound inputs.");
     std::vector<float> samples;
     SoundSpeed speed;
     speed.render = medianTime(renders, [&](int) {
         auto rendered = AudioRenderer::render(program, device, 0, SoundSpeed::duration, {});
         if (!rendered)
-            throw gpu::DeviceError("The device fails at evaluating sound.");
+            throw gpu::DeviceError("The device cannot render sound.");
         samples = *std::move(rendered);
     });
     speed.inputs = medianTime(frames, [&](int frame) { tap->inputs(1 + frame / 60.0, {}); });

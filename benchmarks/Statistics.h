@@ -8,7 +8,7 @@
 
 namespace tarnwick::bench {
 
-// Milliseconds that `work` takes.
+// The milliseconds of one call of `work`.
 template <class Work> double milliseconds(Work&& work) {
     const auto start = std::chrono::steady_clock::now();
     work();
@@ -16,7 +16,7 @@ template <class Work> double milliseconds(Work&& work) {
         .count();
 }
 
-// All of these want at least one value.
+// All of these require at least one value.
 inline double median(std::vector<double> values) {
     std::sort(values.begin(), values.end());
     const std::size_t middle = values.size() / 2;

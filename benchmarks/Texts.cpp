@@ -15,7 +15,7 @@
 namespace tarnwick::bench {
 namespace {
 
-// Nanoseconds that `work` takes, as the mean of many.
+// The nanoseconds of one call of `work`, as the mean of many calls.
 template <class Work> double nanoseconds(int times, Work&& work) {
     return milliseconds([&] {
                for (int time = 0; time < times; time++)
@@ -24,7 +24,7 @@ template <class Work> double nanoseconds(int times, Work&& work) {
            1e6 / times;
 }
 
-// The compiler has to believe that the value is looked at.
+// Makes the compiler compute the value.
 template <class Value> void keep(const Value& value) {
     asm volatile("" : : "g"(&value) : "memory");
 }
@@ -39,8 +39,8 @@ TextCase parsingOSC() {
             }};
 }
 
-// Of 1,000 lines, a fifth of them braces; each stage changes 100 lines of the one before it, the
-// first among them, and most of the new ones have a comment.
+// Stages of 1,000 lines, a fifth of them braces. Each stage changes 100 lines of the one before,
+// including the first; most new lines have a comment.
 std::vector<std::string> stageSources(std::size_t count) {
     std::vector<std::string> lines(1000), sources;
     std::mt19937 random(1);
@@ -74,7 +74,7 @@ TextCase explainingStages() {
             }};
 }
 
-// The texts of a folder's episodes, the longest last; in ASCII.
+// The texts of the episodes of a folder, the longest last; in ASCII.
 std::vector<std::string> episodeSources(const std::filesystem::path& folder) {
     std::vector<std::string> sources;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {

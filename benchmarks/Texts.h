@@ -1,4 +1,4 @@
-// How fast the parts without a device are: what reads and writes text and data.
+// The speed of the parts without a device, which read and write text and data.
 #pragma once
 
 #include <filesystem>
@@ -9,16 +9,16 @@
 namespace tarnwick::bench {
 
 struct TextCase {
-    std::string name;               // what --only takes
-    std::string what;               // one line, as it is printed
+    std::string name;               // for --only
+    std::string what;               // one line, for printing
     std::string unit;               // of `measure` and `bar`
-    double bar = 0;                 // what the median is to stay below, or to reach
-    bool isRate = false;            // more is better
-    std::function<double()> sample; // one measurement, taking about a hundredth of a second
+    double bar = 0;                 // maximum of the median, or minimum for a rate
+    bool isRate = false;            // greater is better
+    std::function<double()> sample; // one measurement of about 10 ms
 };
 
-// What is measured, in the order of printing; `episodes` is a folder of them. Throws
-// std::runtime_error where it holds none.
+// The measured cases, in the order of printing; `episodes` is a folder of episodes. Throws
+// std::runtime_error if it has none.
 std::vector<TextCase> textCases(const std::filesystem::path& episodes);
 
 } // namespace tarnwick::bench

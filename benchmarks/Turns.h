@@ -1,4 +1,5 @@
-// Two ways of the same work, timed in turns, so that what else the machine does meets both.
+// Measures two implementations of the same work in turns, so that other load on the machine affects
+// both.
 #pragma once
 
 #include "benchmarks/Statistics.h"
@@ -9,15 +10,15 @@
 
 namespace tarnwick::bench {
 
-// Milliseconds of the wall clock and of all of this process's threads.
+// Milliseconds of the wall clock, and of the CPU time of all threads of this process.
 struct Sample {
     double wall = 0, processor = 0;
 };
 
 struct TurnTimes {
-    double ours = 0, twin = 0; // shortest of the rounds, ms a picture
+    double ours = 0, twin = 0; // shortest of the rounds, ms per picture
     double ratio = 0;          // of the two shortest
-    double medianRatio = 0;    // median of the rounds' ratios
+    double medianRatio = 0;    // median of the ratios of the rounds
     double processorRatio = 0; // of the shortest processor times
 };
 
@@ -34,7 +35,7 @@ inline Sample shortest(const std::vector<Sample>& samples) {
     return result;
 }
 
-// `rounds` samples of each work; cheap work is repeated until a sample takes about 25 ms.
+// `rounds` samples of each work; short work is repeated until a sample takes about 25 ms.
 template <class Ours, class Twin> TurnTimes inTurns(int rounds, Ours&& ours, Twin&& twin) {
     const double once = milliseconds(ours);
     twin();

@@ -13,7 +13,7 @@ namespace tarnwick::bench {
 namespace {
 
 constexpr int rounds = 9;
-constexpr int times = 8; // in a command buffer, so that submitting counts for little
+constexpr int times = 8; // updates per command buffer, so that submission costs little
 
 // An episode's kernels, without the trails.
 class OurParticles {
@@ -24,7 +24,7 @@ class OurParticles {
               static_cast<std::size_t>(program.particleCount() * program.particleStride()),
               gpu::StorageMode::private_)) {
         if (!queue_ || !records_)
-            throw gpu::DeviceError("The device cannot hold the particles.");
+            throw gpu::DeviceError("The device has no memory for the particles.");
     }
 
     void spawn() {
@@ -53,7 +53,7 @@ class OurParticles {
         auto commands = queue_->commandBuffer();
         auto encoder = commands ? commands->computeCommandEncoder() : std::nullopt;
         if (!encoder)
-            throw gpu::DeviceError("The device gives no command buffer.");
+            throw gpu::DeviceError("The device cannot make a command buffer.");
         encoder->setBuffer(*records_, 0, 0);
         encode(*encoder);
         encoder->endEncoding();

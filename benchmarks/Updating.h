@@ -1,4 +1,4 @@
-// How many bytes a particle update moves a second.
+// The bytes per second that a particle update moves.
 #pragma once
 
 #include "TarnwickGPU/Device.h"
@@ -9,15 +9,15 @@
 
 namespace tarnwick::bench {
 
-// 10^9 bytes a second, each record counted once as read and once as written.
+// 10^9 bytes per second; each record is counted once as read and once as written.
 struct UpdateSpeed {
-    std::uint32_t count = 0, stride = 0; // records and their bytes
+    std::uint32_t count = 0, stride = 0; // number of records, and bytes of each
     double ours = 0, twin = 0;           // the update kernel, ours and by hand
-    double copying = 0;                  // copying as many bytes from buffer to buffer
-    double processorRatio = 0;           // of the kernels' processor times, ours to the other's
+    double copying = 0;                  // copying the same bytes between buffers
+    double processorRatio = 0; // of the CPU times of the kernels, ours to the hand-written
 };
 
-// Of records that no cache holds. Throws as playTime does.
+// Measures records that exceed all caches. Throws as playTime does.
 UpdateSpeed updateSpeed(const std::shared_ptr<gpu::Device>& device,
                         const std::filesystem::path& folder);
 

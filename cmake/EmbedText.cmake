@@ -1,7 +1,7 @@
 # cmake -DFILES=name;... -DROOT=folder -DOUTPUT=file.cpp -P EmbedText.cmake
 #
-# Writes the files as a table of (name, text), for tarnwick::msl::libraryFiles. Raw strings are cut
-# into pieces, since compilers limit a literal's length.
+# Writes the files as a table of (name, text), for tarnwick::msl::libraryFiles. Texts are divided
+# into several raw strings, because compilers limit the length of a literal.
 set(text "#include \"TarnwickMSL/Translation/FrontEnd/LibraryText.h\"\n\nnamespace tarnwick::msl {\n\n")
 string(APPEND text "std::span<const LibraryFile> libraryFiles() {\n    static const LibraryFile files[] = {\n")
 foreach(file IN LISTS FILES)

@@ -1,28 +1,28 @@
-# One target a folder, and the arrows between folders and rooms in one place: the call of tarnwick_folder that
-# makes a folder's target also says what the folder may include, and tarnwick_room does it for a room, which is a
-# folder below it without a target of its own. tests/tree/ArrowsTests reads the written list and checks every
-# #include of the tree against it.
+# One target per folder. The arrows between folders and rooms are stated once: the call of
+# tarnwick_folder that makes the target of a folder also states which folders it may include.
+# tarnwick_room does this for a room, a folder below it without a target of its own.
+# tests/tree/ArrowsTests reads the written list and checks every #include of the tree.
 
-# Records are built from the fields that matter, {.width = 1920}; the rest keeps its default.
-# g++ alone judges: Clang, which only builds for fuzzing, has warnings of other names.
+# Records are built from some fields, {.width = 1920}; the others keep their defaults. Only g++ has
+# these warnings: Clang, used for fuzzing only, names its warnings differently.
 add_library(tarnwick_warnings INTERFACE)
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     target_compile_options(tarnwick_warnings INTERFACE
         -Wall -Wextra -Wpedantic -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
         -Wshadow=local -Wno-missing-field-initializers -Werror
-        # g++ 12 sees an overlap in "literal" + std::string&& that is not there (GCC bug 105329).
+        # g++ 12 reports a false overlap in "literal" + std::string&& (GCC bug 105329).
         -Wno-restrict)
 endif()
 
 set_property(GLOBAL PROPERTY tarnwick_arrows "")
 
-# tarnwick_folder(FOLDER SOURCES file... [MAY_INCLUDE folder...] [FACES header...]
-#                 [PUBLIC library...] [PRIVATE library...])
+# tarnwick_folder(FOLDER SOURCES file... [MAY_INCLUDE folder...] [FACES header...] [PUBLIC
+# library...] [PRIVATE library...])
 #
 # Makes the static library of FOLDER (a path from the root of the tree; the target's name is the
-# path without its slashes), links the folders that it may include, and notes the arrows. Without
-# SOURCES the folder is headers only. With FACES, other folders may include no other header that
-# is directly in FOLDER.
+# path without its slashes), links the folders that it may include, and records the arrows. Without
+# SOURCES the folder has headers only. With FACES, other folders may include no other header that is
+# directly in FOLDER.
 function(tarnwick_folder folder)
     cmake_parse_arguments(PARSE_ARGV 1 given "" "" "SOURCES;MAY_INCLUDE;FACES;PUBLIC;PRIVATE")
     string(REPLACE "/" "" target ${folder})
@@ -49,10 +49,11 @@ endfunction()
 
 # tarnwick_room(FOLDER/ROOM [MAY_INCLUDE room...] [FACES header...] [PRIVATE])
 #
-# Notes a room of FOLDER. MAY_INCLUDE names rooms of FOLDER that were noted before, so there is no ring, or FOLDER
-# itself for the headers directly in it; the files directly in FOLDER then do not include this room. What
-# FOLDER may include, its rooms may include too. FACES are headers directly in FOLDER that belong to the
-# room, with their sources. Other folders include the headers of a room only if it is not PRIVATE.
+# Records a room of FOLDER. MAY_INCLUDE names rooms of FOLDER that were recorded before, so there is
+# no ring, or FOLDER itself for the headers directly in it; the files directly in FOLDER then do not
+# include this room. A room may include all folders that FOLDER may include. FACES are headers
+# directly in FOLDER that belong to the room, with their sources. Other folders include the headers
+# of a room only if it is not PRIVATE.
 function(tarnwick_room room)
     cmake_parse_arguments(PARSE_ARGV 1 given "PRIVATE" "" "MAY_INCLUDE;FACES")
     get_filename_component(folder ${room} DIRECTORY)
@@ -62,7 +63,7 @@ function(tarnwick_room room)
     get_property(noted GLOBAL PROPERTY tarnwick_rooms)
     foreach(below IN LISTS given_MAY_INCLUDE)
         if(NOT below IN_LIST noted AND NOT below STREQUAL folder)
-            message(FATAL_ERROR "${room} may include ${below}, which is not a room noted before.")
+            message(FATAL_ERROR "${room} may include ${below}, which is not a room recorded before.")
         endif()
     endforeach()
     set_property(GLOBAL APPEND PROPERTY tarnwick_rooms ${room})
@@ -88,13 +89,14 @@ function(tarnwick_program name folder)
     tarnwick_note_arrows(${folder} ${given_MAY_INCLUDE})
 endfunction()
 
-# Notes "FOLDER: FOLDER..." for the written list; several calls for one folder add up.
+# Records "FOLDER: FOLDER..." for the written list. The arrows of several calls for one folder are
+# added.
 function(tarnwick_note_arrows folder)
     list(JOIN ARGN " " below)
     set_property(GLOBAL APPEND PROPERTY tarnwick_arrows "${folder}: ${below}")
 endfunction()
 
-# Notes "face FOLDER/HEADER: OWNER", where the owner is the folder itself or a room of it.
+# Records "face FOLDER/HEADER: OWNER". The owner is the folder itself or one of its rooms.
 function(tarnwick_note_faces folder owner)
     foreach(face IN LISTS ARGN)
         if(NOT EXISTS ${CMAKE_SOURCE_DIR}/${folder}/${face})

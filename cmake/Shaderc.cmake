@@ -1,6 +1,6 @@
-# The target tarnwick_shaderc, where libshaderc-dev is installed: GLSL to SPIR-V for the GPU layer's
-# tests and for benchmarks. Debian 12's shared library lacks symbols of its own, and its static ones
-# name none of what they need.
+# The target tarnwick_shaderc, if libshaderc-dev is installed: GLSL to SPIR-V for benchmarks and for
+# the tests of the GPU layer. The shared library of Debian 12 lacks some of its symbols, and the
+# static libraries do not name their dependencies.
 find_path(SHADERC_INCLUDE shaderc/shaderc.hpp)
 find_library(SHADERC_COMBINED shaderc_combined)
 if(NOT TARGET tarnwick_shaderc AND SHADERC_INCLUDE AND SHADERC_COMBINED)

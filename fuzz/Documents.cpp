@@ -1,4 +1,4 @@
-// Documents in JSON: keyframe tracks, a saver's settings, MIDI bindings, a service's answers.
+// Documents in JSON: keyframe tracks, settings of a saver, MIDI bindings, answers of a service.
 #include "TarnwickCore/Animation/KeyframeTracks.h"
 #include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickCore/Live/MIDIBinding.h"
@@ -18,7 +18,7 @@ void readTracks(std::string_view text) {
     try {
         const KeyframeTracks tracks = KeyframeTracks::decode(text);
         law(KeyframeTracks::decode(std::string_view(tracks.encode())) == tracks,
-            "what is written reads the same");
+            "a written document reads back equal");
         for (const double time : {-1.0, 0.0, 0.5, 1e300, std::numeric_limits<double>::infinity()})
             tracks.values(time, {});
         tracks.fitted({});
@@ -29,7 +29,7 @@ void readTracks(std::string_view text) {
 void readSettings(std::string_view text) {
     try {
         const Settings settings = Settings::decode(text);
-        law(Settings::decode(settings.encode()) == settings, "what is written reads the same");
+        law(Settings::decode(settings.encode()) == settings, "a written document reads back equal");
         decodeKeys(text);
         settings.misfits({}, "The episode");
     } catch (const DocumentError&) {
@@ -41,7 +41,7 @@ void readBinding(std::string_view text) {
         const MIDIBinding binding = MIDIBinding::decode(text);
         law(binding.channel < 16 && binding.controller < 128, "a binding is in its ranges");
         law(MIDIBinding::decode(std::string_view(binding.encode())) == binding,
-            "what is written reads the same");
+            "a written document reads back equal");
     } catch (const MIDIBindingError&) {
     }
 }
@@ -54,7 +54,7 @@ void readAnswer(std::string_view text) {
     Shared::decode(text);
     const ServiceError failure = ServiceError::of(500, text);
     const std::string_view words = failure.what();
-    law(!words.empty() && words.find('\n') == std::string_view::npos, "a failure has one line");
+    law(!words.empty() && words.find('\n') == std::string_view::npos, "an error has one line");
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// What the editor does with a source: colours, comments, indentation.
+// Operations of the editor: colours, comments, indentation.
 #include "TarnwickCore/Editor/CodeEdit.h"
 #include "TarnwickCore/Editor/MSLSyntax.h"
 #include "fuzz/Input.h"
@@ -17,10 +17,10 @@ void checkTokens(std::string_view text, std::size_t length) {
     std::size_t reached = 0;
     SyntaxToken last;
     for (const SyntaxToken& token : MSLSyntax::tokens(text)) {
-        law(token.range.length > 0 && end(token.range) <= length, "a token lies in the text");
+        law(token.range.length > 0 && end(token.range) <= length, "a token is within the text");
         const bool inside =
             token.kind == SyntaxKind::headerKey && end(token.range) <= end(last.range);
-        law(inside || token.range.location >= reached, "tokens stand side by side");
+        law(inside || token.range.location >= reached, "tokens do not overlap");
         reached = std::max(reached, end(token.range));
         last = token;
     }
@@ -36,7 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const std::size_t length = utf16Length(text);
     checkTokens(text, length);
     const CodeEdit::Replacement edit = CodeEdit::toggleLineComments(text, selection);
-    law(end(edit.range) <= length, "a replacement lies in the text");
+    law(end(edit.range) <= length, "a replacement is within the text");
     law(CodeEdit::indent(selection.location, text).find_first_not_of(" \t") == std::string::npos,
         "an indentation is blank");
     return 0;

@@ -1,4 +1,4 @@
-// The fuzzer's bytes as a target's input, and its random choices.
+// The input of a target, and random choices made from it.
 #pragma once
 
 #include <fuzzer/FuzzedDataProvider.h>

@@ -1,4 +1,4 @@
-// What must hold whatever the input.
+// Laws that must hold for every input.
 #pragma once
 
 #include <cstdio>
@@ -6,7 +6,7 @@
 
 namespace tarnwick::fuzz {
 
-// Ends the process, by which the fuzzer keeps the input, unless `holds`.
+// Aborts unless `holds`; the fuzzer then keeps the input.
 inline void law(bool holds, const char* words) {
     if (holds)
         return;

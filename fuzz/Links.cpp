@@ -1,4 +1,4 @@
-// What comes from the network and from links: URLs, open links, release documents, origins.
+// Input from the network and from links: URLs, open links, release documents, origins.
 #include "TarnwickCore/Forking.h"
 #include "TarnwickCore/Service/LatestRelease.h"
 #include "TarnwickCore/Service/OpenLink.h"
@@ -14,11 +14,12 @@ void readURL(std::string_view text) {
     const std::optional<URL> url = URL::parse(text);
     if (!url)
         return;
-    law(URL::parse(url->string()) == url, "a URL reads as itself");
-    law(URL::parse(url->plain().string()) == url->plain(), "its plain form does");
+    law(URL::parse(url->string()) == url, "a written URL parses to itself");
+    law(URL::parse(url->plain().string()) == url->plain(), "so does its plain form");
     law(url->path().starts_with('/'), "a path begins with a slash");
     const URL longer = url->appending(text);
-    law(URL::parse(longer.string()) == longer && longer.isOfOrigin(*url), "a longer path is one");
+    law(URL::parse(longer.string()) == longer && longer.isOfOrigin(*url),
+        "a URL with a longer path is valid and of the same origin");
     url->queryItem("src");
     url->decodedPath();
     if (const auto other = url->resolved(text))
@@ -33,18 +34,18 @@ void openLink(std::string_view text) {
     const URL& source = link->source;
     law(source.scheme() == "https" && source.host() == OpenLink::siteHost && !source.port() &&
             !source.user() && !source.password() && !source.query() && !source.fragment(),
-        "a source lies on the site");
-    law(URL::parse(source.string()) == source, "what is requested is what was checked");
+        "a source is on the site");
+    law(URL::parse(source.string()) == source, "the requested URL is the checked one");
     law(link->fileName.ends_with(".metal") && link->fileName.find('/') == std::string::npos &&
             !link->fileName.starts_with('.'),
-        "a file name is a plain one");
+        "a file name has no path");
 }
 
 void fork(std::string_view text) {
     const auto item = ForkedFrom::parse(text);
     law(!item || ForkedFrom::isValid(*item), "an item is valid");
     const std::string forked = ForkedFrom::insert("s/1", text);
-    law(ForkedFrom::parse(forked) == item.value_or("s/1"), "the first origin stays");
+    law(ForkedFrom::parse(forked) == item.value_or("s/1"), "the first origin is kept");
 }
 
 void readRelease(std::string_view text) {

@@ -1,4 +1,4 @@
-// OSC packets: read, mapped onto parameters, written and read again.
+// OSC packets: parsed, mapped to parameters, written and parsed again.
 #include "TarnwickCore/Live/OSC.h"
 
 #include "TarnwickCore/Live/ControlMapping.h"
@@ -14,7 +14,7 @@ using namespace tarnwick::fuzz;
 
 namespace {
 
-// NaN included.
+// Compares bits, so that NaN equals itself.
 bool sameBits(const OSC::Message& a, const OSC::Message& b) {
     return a.address == b.address &&
            std::equal(a.numbers.begin(), a.numbers.end(), b.numbers.begin(), b.numbers.end(),
@@ -30,8 +30,8 @@ void map(const OSC::Message& message) {
     if (!set)
         return;
     const ParamDecl& param = params[set->name == "a" ? 0 : 1];
-    law(set->name == param.name, "a value is of a parameter that is declared");
-    law(set->value >= param.min && set->value <= param.max, "a value lies in its range");
+    law(set->name == param.name, "a value belongs to a declared parameter");
+    law(set->value >= param.min && set->value <= param.max, "a value is in its range");
 }
 
 } // namespace
@@ -43,11 +43,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         law(message.address.starts_with('/'), "an address begins with a slash");
         law(message.address == wellFormedUTF8(message.address), "an address is UTF-8");
         const std::vector<std::uint8_t> written = OSC::encode(message);
-        law(written.size() % 4 == 0, "a packet is of whole words");
+        law(written.size() % 4 == 0, "a packet has whole words");
         const std::vector<OSC::Message> again = OSC::parse(written);
-        law(again.size() == 1 && sameBits(again[0], message), "what is written reads the same");
+        law(again.size() == 1 && sameBits(again[0], message), "a written message parses to itself");
         map(message);
     }
-    law(taken <= size, "a packet gives no more than it holds");
+    law(taken <= size, "the numbers of a packet fit into its size");
     return 0;
 }

@@ -20,6 +20,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         for (const WalkthroughPage& page : stage.pages)
             law(!page.lines.empty() && static_cast<std::int64_t>(page.lines.size()) <=
                                            std::max<std::int64_t>(capacity, 1),
-                "a page holds lines, and no more than fit");
+                "a page has lines, and no more than its capacity");
     return 0;
 }

@@ -1,5 +1,5 @@
-// A grid scene as it is written by hand: vertices from their index alone into four samples with
-// depth, resolved, and the final pass.
+// A grid scene written by hand: vertices from their index, four samples with depth, resolved, and
+// the final pass.
 #pragma once
 
 #include "benchmarks/byhand/HandScene.h"

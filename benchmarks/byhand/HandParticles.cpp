@@ -11,13 +11,14 @@ constexpr VkBufferUsageFlags recordUsage =
     VK_BUFFER_USAGE_STORAGE_BUFFER_BIT | VK_BUFFER_USAGE_TRANSFER_SRC_BIT;
 constexpr std::uint32_t threadsInGroup = 256; // common.glsl says so too
 
-// Before the trails: the particles are there for the vertices.
+// Before the trails: the vertices read the particles.
 constexpr VkMemoryBarrier2 updated{.sType = VK_STRUCTURE_TYPE_MEMORY_BARRIER_2,
                                    .srcStageMask = VK_PIPELINE_STAGE_2_COMPUTE_SHADER_BIT,
                                    .srcAccessMask = VK_ACCESS_2_SHADER_STORAGE_WRITE_BIT,
                                    .dstStageMask = VK_PIPELINE_STAGE_2_VERTEX_SHADER_BIT,
                                    .dstAccessMask = VK_ACCESS_2_SHADER_STORAGE_READ_BIT};
-// After them: the next frame's kernel may go on from what this frame's wrote and the vertices read.
+// After the trails: the next frame's kernel may start when this frame's kernel has written and the
+// vertices have read.
 constexpr VkMemoryBarrier2 drawn{
     .sType = VK_STRUCTURE_TYPE_MEMORY_BARRIER_2,
     .srcStageMask = VK_PIPELINE_STAGE_2_COMPUTE_SHADER_BIT | VK_PIPELINE_STAGE_2_VERTEX_SHADER_BIT,

@@ -1,5 +1,5 @@
-// A particle scene as it is written by hand: a kernel, a fading pass with point sprites added on
-// top, and the final pass.
+// A particle scene written by hand: a kernel, a fading pass with added point sprites, and the final
+// pass.
 #pragma once
 
 #include "benchmarks/byhand/HandScene.h"
@@ -8,12 +8,12 @@ namespace tarnwick::bench {
 
 class HandParticles : public HandScene {
   public:
-    // `stride` is that of the scene's record, bytes. Throws VulkanError or TwinError.
+    // `stride` is the size of the record of the scene in bytes. Throws VulkanError or TwinError.
     HandParticles(const HandSceneKind& kind, std::uint32_t stride);
     void next() override;
 
-    // Commands of the update kernel alone, and of copying its records elsewhere, `times` each, one
-    // after the other; both block until they are done.
+    // Runs the update kernel only, or copies its records, `times` times in sequence. Both block
+    // until completed.
     void updateOften(int times);
     void copyOften(int times);
 
@@ -23,11 +23,11 @@ class HandParticles : public HandScene {
     void trailsPass(VkCommandBuffer commands) const;
 
     std::uint32_t number_ = 0; // of the frame to draw
-    std::size_t current_ = 0;  // which trails are drawn into
+    std::size_t current_ = 0;  // index of the trails being drawn
     VkDeviceSize bytes_;       // of all particles
     HandBuffer particles_, copy_;
     std::array<HandImage, 2> trails_;
-    std::array<VkDescriptorSet, 2> bindings_; // each with the trails of its number
+    std::array<VkDescriptorSet, 2> bindings_; // each with the trails of its index
     VkPipeline spawn_, update_, fade_, dots_;
 };
 

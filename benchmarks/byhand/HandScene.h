@@ -1,4 +1,5 @@
-// What the hand-written scenes share: the final pass into a picture, and its way to the host.
+// The common part of the hand-written scenes: the final pass into a picture, and the copy to the
+// host.
 #pragma once
 
 #include "benchmarks/Scene.h"
@@ -10,7 +11,7 @@ struct HandSceneKind {
     std::string deviceName;
     std::filesystem::path file; // GLSL sections
     VkFilter filter = VK_FILTER_LINEAR;
-    std::uint32_t count = 0; // particles, or squares a side
+    std::uint32_t count = 0; // particles, or squares per side
     std::array<float, 4> params{};
 };
 
@@ -22,7 +23,8 @@ class HandScene : public Scene {
     explicit HandScene(const HandSceneKind& kind);
     // The record of frame `number`.
     void setTime(std::uint32_t number);
-    // Draws what `bindings` names into the final picture, which is an attachment already.
+    // Draws the resources of `bindings` into the final picture, which must be in the attachment
+    // layout.
     void finalPass(VkCommandBuffer commands, VkDescriptorSet bindings) const;
     void bind(VkCommandBuffer commands, VkDescriptorSet bindings, VkPipelineBindPoint point) const {
         pipelines_.bind(commands, bindings, frame_, point);

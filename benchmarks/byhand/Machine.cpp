@@ -17,7 +17,7 @@ VkPhysicalDevice deviceOfName(VkInstance instance, const std::string& name) {
         if (name == properties.deviceName)
             return device;
     }
-    throw VulkanError("No Vulkan device is called " + name + ".");
+    throw VulkanError("There is no Vulkan device named " + name + ".");
 }
 
 std::uint32_t drawingFamily(VkPhysicalDevice device) {

@@ -1,5 +1,5 @@
 // Plain Vulkan 1.3 for the hand-written scenes: one device, one queue, one command buffer, and the
-// objects that a scene makes once. Nothing of TarnwickGPU is used here.
+// objects that a scene makes once. Independent of TarnwickGPU.
 #pragma once
 
 #include <vulkan/vulkan.h>
@@ -14,7 +14,7 @@
 
 namespace tarnwick::bench {
 
-// Vulkan refused something that the scenes need; what() names the call.
+// A Vulkan call of a scene does not succeed. what() names the call.
 struct VulkanError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -23,7 +23,7 @@ enum class HandMemory : std::uint8_t { device, host };
 
 struct HandBuffer {
     VkBuffer handle = VK_NULL_HANDLE;
-    void* bytes = nullptr; // where the host sees it, else null
+    void* bytes = nullptr; // mapped for the host, otherwise null
 };
 
 struct HandImage {
@@ -38,10 +38,11 @@ struct HandImageKind {
     VkSampleCountFlagBits samples = VK_SAMPLE_COUNT_1_BIT;
 };
 
-// Everything that a machine made goes with it. Each call throws VulkanError where Vulkan refuses.
+// The destructor destroys all objects that a machine made. Each call throws VulkanError if Vulkan
+// reports an error.
 class Machine {
   public:
-    // The device whose name the driver gives as `deviceName`.
+    // Uses the device whose driver gives the name `deviceName`.
     explicit Machine(const std::string& deviceName);
     ~Machine();
     Machine(const Machine&) = delete;
@@ -51,14 +52,14 @@ class Machine {
     HandBuffer buffer(VkDeviceSize bytes, VkBufferUsageFlags usage, HandMemory memory);
     HandImage image(const HandImageKind& kind, VkExtent2D extent);
 
-    // Records with `record`, submits, and blocks until the device is done.
+    // Records with `record`, submits, and blocks until the device has completed.
     template <class Record> void run(Record&& record) {
         begin();
         record(commands_);
         submitAndWait();
     }
 
-    // Notes how something is destroyed; the last noted goes first.
+    // Records how to destroy an object; the last recorded is destroyed first.
     void atEnd(std::function<void()> destroy) { ends_.push_back(std::move(destroy)); }
 
   private:

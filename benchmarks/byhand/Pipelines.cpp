@@ -12,7 +12,7 @@ std::string text(const std::filesystem::path& file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-// Where an image of a layout is used, and how.
+// The stages and accesses of an image in a layout.
 struct Use {
     VkPipelineStageFlags2 stages;
     VkAccessFlags2 access;
@@ -32,7 +32,7 @@ Use useOf(VkImageLayout layout) {
         return {VK_PIPELINE_STAGE_2_FRAGMENT_SHADER_BIT, VK_ACCESS_2_SHADER_SAMPLED_READ_BIT};
     case VK_IMAGE_LAYOUT_TRANSFER_SRC_OPTIMAL:
         return {VK_PIPELINE_STAGE_2_COPY_BIT, VK_ACCESS_2_TRANSFER_READ_BIT};
-    default: // whatever a frame did with it before
+    default: // any earlier use
         return {VK_PIPELINE_STAGE_2_FRAGMENT_SHADER_BIT |
                     VK_PIPELINE_STAGE_2_COLOR_ATTACHMENT_OUTPUT_BIT |
                     VK_PIPELINE_STAGE_2_LATE_FRAGMENT_TESTS_BIT,

@@ -1,5 +1,5 @@
-// The hand-written scenes' pipelines and bindings: one layout for all of them, with a storage
-// buffer at binding 0, a sampled picture at binding 1 and the frame's record as push constants.
+// Pipelines and bindings of the hand-written scenes: one layout for all, with a storage buffer at
+// binding 0, a sampled picture at binding 1 and the record of the frame as push constants.
 #pragma once
 
 #include "benchmarks/Twin.h"
@@ -21,19 +21,19 @@ struct HandFrame {
 };
 
 struct HandGraphics {
-    const char* vertex = "FULL_SCREEN"; // sections of the scene's text
+    const char* vertex = "FULL_SCREEN"; // sections of the text of the scene
     const char* fragment = "FINAL";
     VkFormat color = VK_FORMAT_B8G8R8A8_UNORM;
     VkFormat depth = VK_FORMAT_UNDEFINED;
     VkSampleCountFlagBits samples = VK_SAMPLE_COUNT_1_BIT;
     VkPrimitiveTopology topology = VK_PRIMITIVE_TOPOLOGY_TRIANGLE_LIST;
-    bool adds = false;       // sums into the target, else replaces
-    bool testsDepth = false; // less, and writes
+    bool adds = false;       // adds to the target, otherwise replaces
+    bool testsDepth = false; // compares "less" and writes depth
 };
 
 class HandPipelines {
   public:
-    // `scene` is a file of GLSL sections; `filter` is that of the sampled picture.
+    // `scene` is a file of GLSL sections; `filter` is used for the sampled picture.
     HandPipelines(Machine& machine, const std::filesystem::path& scene, VkFilter filter);
 
     // Throw VulkanError or TwinError.
@@ -55,13 +55,13 @@ class HandPipelines {
     VkSampler sampler_ = VK_NULL_HANDLE;
 };
 
-// An image's way from one layout to another; the old contents go where `from` is undefined.
+// A transition of an image between layouts; the old content is lost if `from` is undefined.
 VkImageMemoryBarrier2 handTransition(const HandImage& image, VkImageLayout from, VkImageLayout to);
 
 void handBarrier(VkCommandBuffer commands, std::initializer_list<VkImageMemoryBarrier2> images,
                  const VkMemoryBarrier2* memory = nullptr);
 
-// Begins a pass over the whole of what `color` names; depth may be null.
+// Begins a pass over the whole of `color`; `depth` may be null.
 void handPass(VkCommandBuffer commands, VkExtent2D extent, const VkRenderingAttachmentInfo& color,
               const VkRenderingAttachmentInfo* depth = nullptr);
 

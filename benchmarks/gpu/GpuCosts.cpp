@@ -1,5 +1,5 @@
-// What the GPU layer itself costs: microseconds of the CPU for encoding, and of the clock for the
-// smallest jobs. Prints a line a cost: the least and the median of many runs.
+// The costs of the GPU layer: microseconds of CPU time for encoding, and of the clock for the
+// smallest jobs. Prints one line per cost: minimum and median of many runs.
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/Resources.h"
@@ -37,7 +37,7 @@ double microseconds(Clock::duration time) {
     return std::chrono::duration<double, std::micro>(time).count();
 }
 
-// `run` returns the time that counts.
+// `run` returns the measured time.
 void report(const char* what, int runs, const std::function<Clock::duration()>& run) {
     std::vector<double> times;
     for (int warming = 0; warming < 5; ++warming)
@@ -97,7 +97,7 @@ void Bench::encodePass(CommandBuffer& commands, const Texture& texture, int draw
     encoder->endEncoding();
 }
 
-// The CPU's time from asking for the command buffer until commit() is back.
+// The CPU time from requesting the command buffer until commit() returns.
 Clock::duration Bench::frame(int draws) const {
     const auto start = Clock::now();
     auto commands = queue->commandBuffer();

@@ -27,7 +27,7 @@ have ! -e farmed.mp4.parts
 if ! command -v sbatch >out; then
     "$PROMISES/../../scripts/farm-slurm" site 21 'an episode.metal' slurm.mp4 >out 2>err
     have $? = 1
-    grep -q 'There is no program "sbatch" here' err || complain 'no word about Slurm' export
+    grep -q 'The program "sbatch" is not installed' err || complain 'no word about Slurm' export
     have ! -e slurm.mp4.parts
 fi
 # What breaks off goes on where it was, and says what it was asked in a wrong way.
