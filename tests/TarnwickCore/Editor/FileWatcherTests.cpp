@@ -64,13 +64,8 @@ TEST_F(FileWatcherTest, callsOnceForEachChange) {
               }),
               1);
     EXPECT_EQ(callsAfter([&] { ::chmod(file_.c_str(), 0600); }), 0);
-}
-
-TEST_F(FileWatcherTest, seesAFileThatIsRenamedOverIt) {
-    write(file_, "one", 1);
-    const auto watching = watcher();
-    EXPECT_EQ(callsAfter([&] {
-                  write(file_.string() + "~", "two", 1);
+    EXPECT_EQ(callsAfter([&] { // only the inode differs
+                  write(file_.string() + "~", "four", 4);
                   fs::rename(file_.string() + "~", file_);
               }),
               1);

