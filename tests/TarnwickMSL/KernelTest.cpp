@@ -2,8 +2,6 @@
 
 #include "TarnwickGPU/Resources.h"
 
-#include <cstring>
-
 namespace tarnwick::tests {
 
 void KernelTest::SetUp() {
@@ -13,13 +11,17 @@ void KernelTest::SetUp() {
     queue = device->newCommandQueue();
 }
 
-std::unique_ptr<gpu::ComputePipelineState> KernelTest::pipeline(const std::string& source) {
-    auto library = device->newLibrary("#include <metal_stdlib>\nusing namespace metal;\n" + source);
-    return device->newComputePipelineState(*library->newFunction("check"));
+std::unique_ptr<gpu::Library> KernelTest::compiled(const std::string& program) {
+    return device->newLibrary("#include <metal_stdlib>\nusing namespace metal;\n" + program);
 }
 
-std::vector<Bytes> KernelTest::run(const KernelRun& kernel, const std::vector<Bytes>& buffers) {
-    const auto state = pipeline(kernel.source);
+std::unique_ptr<gpu::ComputePipelineState> KernelTest::pipeline(const std::string& program) {
+    return device->newComputePipelineState(*compiled(program)->newFunction("check"));
+}
+
+std::vector<Bytes> KernelTest::run(const gpu::Library& library, const KernelRun& run,
+                                   const std::vector<Bytes>& buffers) {
+    const auto state = device->newComputePipelineState(*library.newFunction(run.kernel));
     std::vector<std::unique_ptr<gpu::Buffer>> bound;
     auto commands = queue->commandBuffer();
     auto encoder = commands->computeCommandEncoder();
@@ -29,10 +31,12 @@ std::vector<Bytes> KernelTest::run(const KernelRun& kernel, const std::vector<By
         std::memcpy(bound.back()->contents(), bytes.data(), bytes.size());
         encoder->setBuffer(*bound.back(), 0, static_cast<std::uint32_t>(bound.size() - 1));
     }
-    for (std::size_t n = 0; n < kernel.lengths.size(); ++n)
-        encoder->setThreadgroupMemoryLength(static_cast<std::uint32_t>(kernel.lengths[n]),
+    for (std::size_t n = 0; n < run.lengths.size(); ++n)
+        encoder->setThreadgroupMemoryLength(static_cast<std::uint32_t>(run.lengths[n]),
                                             static_cast<std::uint32_t>(n));
-    encoder->dispatchThreads(kernel.grid, kernel.threadgroup);
+    encoder->setTexture(run.texture, 0);
+    encoder->setSamplerState(run.sampler, 0);
+    encoder->dispatchThreads(run.grid, run.threadgroup);
     encoder->endEncoding();
     commands->commit();
     commands->waitUntilCompleted();

@@ -74,9 +74,9 @@ TEST_F(Kernels, stayInsideTheirBuffersHoweverFarTheyReach) {
     std::memcpy(readOnly.data(), &one, 4);
     for (const char* statement : outside) {
         for (int shift : {8, 20, 27, 30}) {
-            const auto after = run(
-                {.source = reaching(statement, shift), .grid = {8, 1, 1}, .threadgroup = {8, 1, 1}},
-                {Bytes(64), Bytes(96), readOnly, readOnly, Bytes(64)});
+            const auto after = run(*compiled(reaching(statement, shift)),
+                                   {.grid = {8, 1, 1}, .threadgroup = {8, 1, 1}},
+                                   {Bytes(64), Bytes(96), readOnly, readOnly, Bytes(64)});
             EXPECT_EQ(word(after[4], 0), 0x40a00000u) << statement << " " << shift;
             EXPECT_EQ(after[2], readOnly) << statement << " " << shift;
         }
@@ -85,9 +85,7 @@ TEST_F(Kernels, stayInsideTheirBuffersHoweverFarTheyReach) {
 
 // A particle's update: 1.3 to 2.2 times as fast on the CPU driver as through words.
 TEST_F(Kernels, copyRecordsMemberByMember) {
-    auto library = device->newLibrary(R"(
-#include <metal_stdlib>
-using namespace metal;
+    const auto library = compiled(R"(
 struct Spin { half angle; char turns; };
 struct Particle { float2 at; packed_float3 way; half4 color; Spin spin; bool isAlive; float trail[4]; };
 void move(thread Particle& p) { p.at.x += p.way.y; p.spin.turns++; p.trail[p.spin.turns & 3] = p.at.x; }
@@ -112,9 +110,10 @@ kernel void check(device uint* out [[buffer(0)]], threadgroup uint* a [[threadgr
     threadgroup_barrier(mem_flags::mem_threadgroup);
     out[i] = a[(i + 1) % 32] + b[(i + 2) % 32].w;
 })";
+    const auto library = compiled(source);
     for (std::size_t threads : {16u, 32u}) {
-        const auto after = run({.source = source,
-                                .grid = {static_cast<std::uint32_t>(threads), 1, 1},
+        const auto after = run(*library,
+                               {.grid = {static_cast<std::uint32_t>(threads), 1, 1},
                                 .threadgroup = {static_cast<std::uint32_t>(threads), 1, 1},
                                 .lengths = {33 * 4, 33 * 8}},
                                {Bytes(128)});

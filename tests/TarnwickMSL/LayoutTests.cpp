@@ -124,7 +124,7 @@ TEST_F(Layout, ofEveryTypeIsMetals) {
     for (const Element& element : elements) {
         const std::vector<Type> all = typesOf(element);
         const auto found =
-            run({.source = program(all)}, {Bytes(all.size() * room), Bytes(all.size() * 4)});
+            run(*compiled(program(all)), {}, {Bytes(all.size() * room), Bytes(all.size() * 4)});
         for (std::size_t n = 0; n < all.size(); ++n) {
             expectSizes(all[n], &found[1][n * 4]);
             expectBytes(all[n], &found[0][n * room]);
@@ -213,7 +213,7 @@ void expectRecord(const Record& r, unsigned middle, unsigned byte) {
 
 TEST_F(Layout, ofARecordOfEverythingIsThatOfTheHost) {
     const auto found =
-        run({.source = recordInMetal}, {Bytes(sizeof(Record)), Bytes(sizeof(Record)), Bytes(4)});
+        run(*compiled(recordInMetal), {}, {Bytes(sizeof(Record)), Bytes(sizeof(Record)), Bytes(4)});
     Record record;
     std::memcpy(&record, found[0].data(), sizeof record);
     expectRecord(record, 1000, 8);

@@ -4,7 +4,7 @@ tarnwick_tests(TarnwickMSLSpirv
 
 if(TARGET TarnwickGPU)
     tarnwick_tests(TarnwickMSL/Textures
-        SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/KernelRun.cpp
+        SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/KernelTest.cpp
                 ${CMAKE_CURRENT_SOURCE_DIR}/NumberedTextures.cpp
                 ${CMAKE_CURRENT_SOURCE_DIR}/TextureShapeTests.cpp
                 ${CMAKE_CURRENT_SOURCE_DIR}/TextureTests.cpp
@@ -14,7 +14,8 @@ if(TARGET TarnwickGPU)
     add_dependencies(TarnwickMSLTexturesTests tarnwick-msl-worker)
 
     tarnwick_tests(TarnwickMSL/SpirvValues
-        SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/SpirvValuesTests.cpp
+        SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/KernelTest.cpp
+                ${CMAKE_CURRENT_SOURCE_DIR}/SpirvValuesTests.cpp
                 ${CMAKE_CURRENT_SOURCE_DIR}/SpirvModules.cpp
         LINK TarnwickGPU TarnwickMSLTranslationSpirv
         LABELS gpu)

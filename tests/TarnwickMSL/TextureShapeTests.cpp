@@ -3,7 +3,7 @@
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/Device/DeviceState.h"
-#include "tests/TarnwickMSL/KernelRun.h"
+#include "tests/TarnwickMSL/KernelTest.h"
 #include "tests/TarnwickMSL/NumberedTextures.h"
 #include "tests/Validation.h"
 
@@ -20,8 +20,6 @@
 namespace tarnwick::tests {
 
 namespace {
-
-using Texel = std::array<float, 4>;
 
 // `place` and `at` are what read and sample take, for a Spot `a` and its middle `u`, in [0, 1].
 struct Shape {
@@ -65,8 +63,6 @@ const Shape& shapeOf(const char* name) {
 constexpr std::span colors(components.data(), 6); // without depth
 
 constexpr const char* preamble = R"(
-#include <metal_stdlib>
-using namespace metal;
 constexpr sampler nearby(filter::nearest, mip_filter::nearest);
 static float3 direction(float2 u, uint face) { // Vulkan 1.3, 16.5.3, backwards
     float s = u.x * 2 - 1, t = u.y * 2 - 1;
@@ -81,27 +77,11 @@ static float3 direction(float2 u, uint face) { // Vulkan 1.3, 16.5.3, backwards
 }
 )";
 
-class TextureShapes : public testing::Test {
+class TextureShapes : public KernelTest {
   protected:
-    static void SetUpTestSuite() { device = gpu::Device::systemDefault(); }
-    static void TearDownTestSuite() { device.reset(); }
-    void SetUp() override {
-        if (!device)
-            GTEST_SKIP() << "There is no Vulkan 1.3 device.";
-        queue = device->newCommandQueue();
-    }
-
     std::unique_ptr<gpu::Texture> filled(const gpu::TextureDescriptor& descriptor,
                                          const char* component) {
         return numberedTexture(*device, descriptor, componentOf(component));
-    }
-
-    // What `kernel` stores for each spot; the pixel's middle is in the shader's `u`.
-    std::vector<Texel> run(gpu::Library& library, const std::string& kernel,
-                           const std::vector<Spot>& at, const gpu::Texture* texture,
-                           const gpu::SamplerState* sampler = nullptr) {
-        return kernelResults(*device, *queue, library, kernel, std::as_bytes(std::span(at)),
-                             texture, sampler);
     }
 
     // A kernel `name` over `a` and `u`, of a texture `t` of the type.
@@ -109,6 +89,7 @@ class TextureShapes : public testing::Test {
                               const gpu::TextureDescriptor& of, const std::string& body) {
         const std::string size = "float3(" + std::to_string(of.width) + ", " +
                                  std::to_string(of.height) + ", " + std::to_string(of.depth) + ")";
+        // `u` is the texel's middle.
         return "kernel void " + name +
                "(device float4* out [[buffer(0)]], const device uint4* at [[buffer(1)]], " + type +
                " t [[texture(0)]], sampler given [[sampler(0)]],"
@@ -116,9 +97,6 @@ class TextureShapes : public testing::Test {
                "(float3(a.xyz) + 0.5) / max(floor(" +
                size + " / float(1u << a.w)), float3(1));\n    " + body + "\n}\n";
     }
-
-    static inline std::shared_ptr<gpu::Device> device;
-    std::unique_ptr<gpu::CommandQueue> queue;
 };
 
 Texel expectedAt(const gpu::TextureDescriptor& texture, const Spot& spot) {
@@ -148,21 +126,21 @@ TEST_F(TextureShapes, readAndSampleEveryTexel) {
         for (const Component& component : colors) {
             const std::string name = shape.name, of = std::string("<") + component.name;
             const std::string level = shape.hasLevels ? ", level(a.w)" : "";
-            const auto library = device->newLibrary(
-                preamble +
-                kernel("reads", "texture" + name + of + ", access::read>", shape.texture,
-                       std::string("out[i] = float4(t.read(") + shape.place + ", a.w));") +
-                kernel("samples", "texture" + name + of + ">", shape.texture,
-                       std::string("out[i] = float4(t.sample(nearby, ") + shape.at + level +
-                           ")) + float4(t.read(" + shape.place + ", a.w));"));
+            const auto library =
+                compiled(preamble +
+                         kernel("reads", "texture" + name + of + ", access::read>", shape.texture,
+                                std::string("out[i] = float4(t.read(") + shape.place + ", a.w));") +
+                         kernel("samples", "texture" + name + of + ">", shape.texture,
+                                std::string("out[i] = float4(t.sample(nearby, ") + shape.at +
+                                    level + ")) + float4(t.read(" + shape.place + ", a.w));"));
             const auto texture = filled(shape.texture, component.name);
             ASSERT_TRUE(texture) << name << of;
             const auto all = spots(shape.texture, 1), inside = spots(shape.texture);
-            const auto read = run(*library, "reads", all, texture.get());
+            const auto read = texels(*library, "reads", all, texture.get());
             for (std::size_t i = 0; i < all.size(); ++i)
                 expectNear(read[i], expectedAt(shape.texture, all[i]), slack(component),
                            name + of + " read " + describe(all[i]));
-            const auto sampled = run(*library, "samples", inside, texture.get());
+            const auto sampled = texels(*library, "samples", inside, texture.get());
             for (std::size_t i = 0; i < inside.size(); ++i) {
                 Texel twice = expectedAt(shape.texture, inside[i]);
                 for (float& lane : twice)
@@ -178,7 +156,7 @@ TEST_F(TextureShapes, takeWhatIsWrittenAndNothingBeyond) {
         for (const Component& component : colors) {
             const std::string name = shape.name, of = std::string("<") + component.name;
             const std::string place = shape.place, texel = "vec<" + std::string(component.name);
-            const auto library = device->newLibrary(
+            const auto library = compiled(
                 preamble +
                 kernel("writes", "texture" + name + of + ", access::write>", shape.texture,
                        "t.write(" + texel + ", 4>(1 + a.x, a.y, a.z, 7), " + place +
@@ -190,9 +168,9 @@ TEST_F(TextureShapes, takeWhatIsWrittenAndNothingBeyond) {
             auto descriptor = shape.texture;
             descriptor.mipLevels = 1;
             const auto texture = filled(descriptor, component.name);
-            run(*library, "writes", spots(descriptor, 1), texture.get());
+            texels(*library, "writes", spots(descriptor, 1), texture.get());
             const auto all = spots(descriptor, 1);
-            const auto doubled = run(*library, "doubles", all, texture.get());
+            const auto doubled = texels(*library, "doubles", all, texture.get());
             for (std::size_t i = 0; i < all.size(); ++i) {
                 const auto x = static_cast<float>(all[i].x), y = static_cast<float>(all[i].y),
                            z = static_cast<float>(all[i].slice);
@@ -208,19 +186,19 @@ TEST_F(TextureShapes, writeAndReadTheLevelAskedFor) {
         const Shape& shape = shapeOf(name);
         const std::string place = shape.place, type = std::string("texture") + name;
         const auto library =
-            device->newLibrary(preamble +
-                               kernel("writes", type + "<uint, access::read_write>", shape.texture,
-                                      "t.write(t.read(" + place + ", 1) + 5, " + place +
-                                          ", 1); out[i] = t.get_width(1);") +
-                               kernel("reads", type + "<uint>", shape.texture,
-                                      "out[i] = float4(t.read(" + place + ", a.w));"));
+            compiled(preamble +
+                     kernel("writes", type + "<uint, access::read_write>", shape.texture,
+                            "t.write(t.read(" + place + ", 1) + 5, " + place +
+                                ", 1); out[i] = t.get_width(1);") +
+                     kernel("reads", type + "<uint>", shape.texture,
+                            "out[i] = float4(t.read(" + place + ", a.w));"));
         const auto texture = filled(shape.texture, "uint");
         auto upper = spots(shape.texture);
         std::erase_if(upper, [](const Spot& spot) { return spot.level == 0; });
-        const auto widths = run(*library, "writes", upper, texture.get());
+        const auto widths = texels(*library, "writes", upper, texture.get());
         EXPECT_EQ(widths[0][0], static_cast<float>(shape.texture.width / 2)) << name;
         const auto all = spots(shape.texture);
-        const auto read = run(*library, "reads", all, texture.get());
+        const auto read = texels(*library, "reads", all, texture.get());
         for (std::size_t i = 0; i < all.size(); ++i)
             EXPECT_EQ(read[i][0], static_cast<float>(numberOf(all[i]) + (all[i].level ? 5 : 0)))
                 << name << " " << describe(all[i]);
@@ -241,13 +219,14 @@ TEST_F(TextureShapes, tellTheirSizes) {
           {2, 4, 2, 2}}}};
     for (std::size_t n = 0; n < shapes.size(); ++n) {
         const Shape& shape = shapes[n];
-        const auto library = device->newLibrary(
-            preamble + kernel("sizes", std::string("texture") + shape.name + "<float>",
-                              shape.texture,
-                              std::string("out[i] = float4(") + rows[n].first + ");"));
+        const auto library =
+            compiled(preamble + kernel("sizes", std::string("texture") + shape.name + "<float>",
+                                       shape.texture,
+                                       std::string("out[i] = float4(") + rows[n].first + ");"));
         const auto texture = filled(shape.texture, "float");
         const Spot spot{.level = shape.texture.mipLevels - 1};
-        EXPECT_EQ(run(*library, "sizes", {spot}, texture.get())[0], rows[n].second) << shape.name;
+        EXPECT_EQ(texels(*library, "sizes", std::vector{spot}, texture.get())[0], rows[n].second)
+            << shape.name;
     }
 }
 
@@ -267,7 +246,7 @@ TEST_F(TextureShapes, gatherAndCompareFourTexels) {
         const std::string between = "float2 e = float2(a.xy + 1) / float2(" + size +
                                     "); float r = (a.x + 1 + 10 * a.y + 100 * a.z + 5) / 8192.0;";
         const bool isCube = name.starts_with("cube");
-        const auto library = device->newLibrary(
+        const auto library = compiled(
             preamble + std::string("constexpr sampler c(filter::linear, compare_func::less);\n") +
             kernel("gathers", "texture" + name + "<int>", shape.texture,
                    between + "out[i] = float4(t.gather(nearby, " + at +
@@ -291,10 +270,10 @@ TEST_F(TextureShapes, gatherAndCompareFourTexels) {
         std::erase_if(at4, [&](const Spot& spot) {
             return spot.x + 1 >= descriptor.width || spot.y + 1 >= descriptor.height;
         });
-        const auto gathered = run(*library, "gathers", at4, texture.get());
-        const auto depths = run(*library, "depths", at4, depth.get());
-        const auto compared = run(*library, "compares", at4, depth.get());
-        const auto mixed = run(*library, "mixes", at4, depth.get(), greater.get());
+        const auto gathered = texels(*library, "gathers", at4, texture.get());
+        const auto depths = texels(*library, "depths", at4, depth.get());
+        const auto compared = texels(*library, "compares", at4, depth.get());
+        const auto mixed = texels(*library, "mixes", at4, depth.get(), greater.get());
         for (std::size_t i = 0; i < at4.size(); ++i) {
             const auto n = static_cast<float>(numberOf(at4[i]));
             const std::string what = name + " " + describe(at4[i]);
@@ -331,18 +310,18 @@ TEST_F(TextureShapes, readAsZeroWhereNothingFits) {
     for (const char* type : {"texture2d_ms<float>", "texture2d_ms<uint>", "depth2d_ms<float>"})
         add(type, "t.read(a.xy, a.z)");
     add("texture2d_ms_array<int>", "t.read(a.xy, a.z, 0)");
-    const auto library = device->newLibrary(source);
+    const auto library = compiled(source);
     const std::vector<Spot> at{{0, 0, 0, 0}, {3, 1, 2, 1}, {0, 0, 9, 0}};
     const auto other = filled(shapeOf("1d_array").texture, "uint"); // fits one type alone
     bool& hasNulls = device->state().record.features.nullDescriptors;
     const bool hadNulls = std::exchange(hasNulls, false); // so that textures stand in
     for (const std::string& name : names)
-        for (const Texel& each : run(*library, name, at, nullptr))
+        for (const Texel& each : texels(*library, name, at, nullptr))
             EXPECT_EQ(each, (Texel{1, 1, 1, 1})) << name;
     hasNulls = hadNulls;
     for (std::size_t n = 0; n < names.size(); ++n)
         for (const gpu::Texture* given : std::array<const gpu::Texture*, 2>{nullptr, other.get()})
-            for (const Texel& each : run(*library, names[n], at, given))
+            for (const Texel& each : texels(*library, names[n], at, given))
                 EXPECT_TRUE((given && types[n].starts_with("texture1d_array<ushort")) ||
                             each == (Texel{1, 1, 1, 1}))
                     << types[n];
@@ -350,7 +329,7 @@ TEST_F(TextureShapes, readAsZeroWhereNothingFits) {
 
 // Each sample of a pixel has a number of its own, drawn there.
 TEST_F(TextureShapes, readTheSamplesOfPixels) {
-    const auto library = device->newLibrary(
+    const auto library = compiled(
         preamble + std::string(R"(
 struct Corner { float4 position [[position]]; };
 vertex Corner corner(uint id [[vertex_id]], constant float& depth [[buffer(0)]]) {
@@ -410,9 +389,9 @@ fragment float4 numbered(Corner in [[stage_in]], uint sample [[sample_id]],
         for (std::uint32_t sample = 0; sample < 5; ++sample)
             for (std::uint32_t slice = 0; slice < 2; ++slice)
                 at.push_back({spot.x, spot.y, slice, sample});
-    const auto one = run(*library, "plain", at, plain.get());
-    const auto two = run(*library, "layered", at, layered.get());
-    const auto depths = run(*library, "depths", at, depth.get());
+    const auto one = texels(*library, "plain", at, plain.get());
+    const auto two = texels(*library, "layered", at, layered.get());
+    const auto depths = texels(*library, "depths", at, depth.get());
     for (std::size_t i = 0; i < at.size(); ++i) {
         const bool isThere = at[i].level < 4;
         const auto x = static_cast<float>(at[i].x), y = static_cast<float>(at[i].y),
@@ -422,7 +401,8 @@ fragment float4 numbered(Corner in [[stage_in]], uint sample [[sample_id]],
         EXPECT_EQ(two[i], isThere ? (Texel{x, y, sample, slice}) : Texel{}) << i;
         EXPECT_EQ(depths[i][0], isThere ? 0.25f : 0.0f) << i;
     }
-    EXPECT_EQ(run(*library, "sizes", {{}}, layered.get())[0], (Texel{3, 2, 2, 4}));
+    EXPECT_EQ(texels(*library, "sizes", std::vector<Spot>(1), layered.get())[0],
+              (Texel{3, 2, 2, 4}));
 }
 
 } // namespace tarnwick::tests

@@ -2,7 +2,7 @@
 // sampler written here from the formulas of Vulkan 1.3, 16.
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
-#include "tests/TarnwickMSL/KernelRun.h"
+#include "tests/TarnwickMSL/KernelTest.h"
 #include "tests/Validation.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ namespace tarnwick {
 
 namespace {
 
-using Texel = std::array<float, 4>;
+using tests::Texel;
 
 struct Level {
     int width = 0, height = 0;
@@ -100,7 +100,7 @@ Texel sampled(const std::vector<Level>& levels, float u, float v, float lod, con
 
 // A program with a kernel for each mode, which samples at `at[i].xy` and the level `at[i].z`.
 std::string source(const std::vector<Mode>& modes) {
-    std::string text = "#include <metal_stdlib>\nusing namespace metal;\n";
+    std::string text;
     for (std::size_t n = 0; n < modes.size(); ++n) {
         auto name = [](const auto& names, auto value) {
             return std::string(names[static_cast<std::size_t>(value)]);
@@ -119,13 +119,12 @@ std::string source(const std::vector<Mode>& modes) {
     return text;
 }
 
-class Textures : public testing::Test {
+class Textures : public tests::KernelTest {
   protected:
     void SetUp() override {
-        device = gpu::Device::systemDefault();
+        KernelTest::SetUp();
         if (!device)
-            GTEST_SKIP() << "There is no Vulkan 1.3 device.";
-        queue = device->newCommandQueue();
+            return;
         for (int size = 8; size >= 2; size /= 2)
             levels.push_back(levelOf(size, size * 3 / 4 + (size == 2)));
         image = device->newTexture({.format = gpu::PixelFormat::rgba32Float,
@@ -152,15 +151,8 @@ class Textures : public testing::Test {
         return level;
     }
 
-    // What `kernel` of the library stores for each of the inputs.
-    std::vector<Texel> run(gpu::Library& library, const std::string& kernel,
-                           const std::vector<Texel>& inputs, const gpu::Texture* texture) {
-        return tests::kernelResults(*device, *queue, library, kernel,
-                                    std::as_bytes(std::span(inputs)), texture);
-    }
-
     void compareWithReference(const std::vector<Mode>& modes, const std::vector<Texel>& inputs) {
-        auto library = device->newLibrary(source(modes));
+        const auto library = compiled(source(modes));
         for (std::size_t n = 0; n < modes.size(); ++n) {
             std::vector<Texel> given = inputs;
             if (modes[n].isPixel)
@@ -168,7 +160,7 @@ class Textures : public testing::Test {
                     at[0] *= 8;
                     at[1] *= 6;
                 }
-            auto results = run(*library, "sample" + std::to_string(n), given, image.get());
+            auto results = texels(*library, "sample" + std::to_string(n), given, image.get());
             for (std::size_t i = 0; i < given.size(); ++i) {
                 Texel expected = sampled(levels, given[i][0], given[i][1], given[i][2], modes[n]);
                 for (std::size_t lane = 0; lane < 4; ++lane)
@@ -179,8 +171,6 @@ class Textures : public testing::Test {
         }
     }
 
-    std::shared_ptr<gpu::Device> device;
-    std::unique_ptr<gpu::CommandQueue> queue;
     std::vector<Level> levels;
     std::unique_ptr<gpu::Texture> image;
 };
@@ -216,19 +206,8 @@ TEST_F(Textures, sampleLevelsAsTheMipFilterSays) {
         compareWithReference(modes, positions(level));
 }
 
-TEST_F(Textures, readPixelsAndGiveZeroOutside) {
-    auto library = device->newLibrary(R"(
-#include <metal_stdlib>
-using namespace metal;
-kernel void read(device float4* out [[buffer(0)]], const device float4* at [[buffer(1)]],
-                 texture2d<float> image [[texture(0)]], uint i [[thread_position_in_grid]]) {
-    out[i] = image.read(uint2(int2(at[i].xy)), uint(at[i].z));
-}
-kernel void sizes(device float4* out [[buffer(0)]], const device float4* at [[buffer(1)]],
-                  texture2d<float> image [[texture(0)]], uint i [[thread_position_in_grid]]) {
-    uint level = uint(at[i].z);
-    out[i] = float4(image.get_width(level), image.get_height(level), image.get_num_mip_levels(), 0);
-}
+TEST_F(Textures, sampleAtOffsetsInTexels) {
+    const auto library = compiled(R"(
 kernel void shifted(device float4* out [[buffer(0)]], const device float4* at [[buffer(1)]],
                     texture2d<float> image [[texture(0)]], uint i [[thread_position_in_grid]]) {
     constexpr sampler s(filter::nearest, address::repeat);
@@ -239,133 +218,16 @@ kernel void shiftedBy(device float4* out [[buffer(0)]], const device float4* at 
     constexpr sampler s(filter::nearest, address::repeat);
     out[i] = image.sample(s, at[i].xy, level(0), int2(at[i].zw));
 }
-kernel void graded(device float4* out [[buffer(0)]], const device float4* at [[buffer(1)]],
-                   texture2d<float> image [[texture(0)]], uint i [[thread_position_in_grid]]) {
-    constexpr sampler s(filter::nearest, mip_filter::nearest, address::repeat);
-    out[i] = image.sample(s, at[i].xy, gradient2d(float2(at[i].z / 8, 0), float2(0)));
-}
 )");
-    std::vector<Texel> at;
-    for (float y : {-1.0f, 0.0f, 2.0f, 5.0f, 6.0f, 1e6f})
-        for (float x : {-1.0f, 0.0f, 1.0f, 7.0f, 8.0f, 1e6f})
-            for (float level : {0.0f, 1.0f, 2.0f, 3.0f, 9.0f}) // neighbours' levels differ
-                at.push_back({x, y, level, 0});
-    auto reads = run(*library, "read", at, image.get());
-    for (std::size_t i = 0; i < at.size(); ++i) {
-        auto n = static_cast<std::size_t>(at[i][2]);
-        bool isInside = n < 3 && at[i][0] >= 0 && at[i][1] >= 0 &&
-                        at[i][0] < static_cast<float>(levels[n].width) &&
-                        at[i][1] < static_cast<float>(levels[n].height);
-        auto x = static_cast<int>(at[i][0]), y = static_cast<int>(at[i][1]);
-        EXPECT_EQ(reads[i], isInside ? texelAt(levels[n], x, y, {}) : Texel{}) << i;
-    }
-    auto sizes = run(*library, "sizes", {{0, 0, 0, 0}, {0, 0, 1, 0}, {0, 0, 2, 0}}, image.get());
-    EXPECT_EQ(sizes[0], (Texel{8, 6, 3, 0}));
-    EXPECT_EQ(sizes[1], (Texel{4, 3, 3, 0}));
-    EXPECT_EQ(sizes[2], (Texel{2, 1, 3, 0}));
-
     const Mode repeat{Address::repeat, Filter::nearest, Mips::none, false};
-    auto inside = positions(1);
-    auto shifted = run(*library, "shifted", inside, image.get());
-    auto shiftedBy = run(*library, "shiftedBy", inside, image.get());
-    auto graded = run(*library, "graded", inside, image.get());
+    const std::vector<Texel> inside = positions(1);
+    const auto shifted = texels(*library, "shifted", inside, image.get());
+    const auto shiftedBy = texels(*library, "shiftedBy", inside, image.get());
     for (std::size_t i = 0; i < inside.size(); ++i) {
-        float u = inside[i][0], v = inside[i][1];
+        const float u = inside[i][0], v = inside[i][1];
         EXPECT_EQ(shifted[i], sampled(levels[0], u - 1.0f / 8, v + 2.0f / 6, repeat)) << i;
         EXPECT_EQ(shiftedBy[i], sampled(levels[0], u + 1.0f / 8, v, repeat)) << i;
-        EXPECT_EQ(graded[i], sampled(levels[0], u, v, repeat)) << i;
     }
-    for (Texel& each : inside)
-        each[2] = 4;
-    graded = run(*library, "graded", inside, image.get());
-    for (std::size_t i = 0; i < inside.size(); ++i)
-        EXPECT_EQ(graded[i], sampled(levels[2], inside[i][0], inside[i][1], repeat)) << i;
-}
-
-// In a fragment function the level follows from how far neighbouring pixels' coordinates lie apart.
-TEST_F(Textures, sampleTheLevelThatNeighboursAskFor) {
-    auto library = device->newLibrary(R"(
-#include <metal_stdlib>
-using namespace metal;
-struct Corner { float4 position [[position]]; float2 uv; };
-vertex Corner corner(uint id [[vertex_id]]) {
-    float2 p = float2((id << 1) & 2, id & 2);
-    return {float4(p * 2.0 - 1.0, 0.0, 1.0), float2(p.x, 1.0 - p.y)};
-}
-fragment float4 plain(Corner in [[stage_in]], texture2d<float> image [[texture(0)]]) {
-    constexpr sampler s(filter::nearest, mip_filter::nearest);
-    return image.sample(s, in.uv);
-}
-fragment float4 biased(Corner in [[stage_in]], texture2d<float> image [[texture(0)]]) {
-    constexpr sampler s(filter::nearest, mip_filter::nearest);
-    return image.sample(s, in.uv, bias(1.0));
-}
-fragment float4 slopes(Corner in [[stage_in]]) {
-    if (in.position.x < 1.0)
-        discard_fragment();
-    return float4(dfdx(in.uv.x), dfdy(in.uv.y), fwidth(in.uv.x), 1.0);
-}
-)");
-    auto vertex = library->newFunction("corner");
-    auto drawn = [&](const char* name) {
-        auto fragment = library->newFunction(name);
-        auto pipeline =
-            device->newRenderPipelineState({.vertex = vertex.get(),
-                                            .fragment = fragment.get(),
-                                            .color = {.format = gpu::PixelFormat::rgba32Float}});
-        auto target = device->newTexture({.format = gpu::PixelFormat::rgba32Float,
-                                          .width = 4,
-                                          .height = 3,
-                                          .mipLevels = 1,
-                                          .sampleCount = 1,
-                                          .usage = {.renderTarget = true}});
-        auto commands = queue->commandBuffer();
-        auto encoder = commands->renderCommandEncoder(
-            {.color = {.texture = target.get(), .load = gpu::LoadAction::clear}});
-        encoder->setRenderPipelineState(*pipeline);
-        encoder->setFragmentTexture(image.get(), 0);
-        encoder->drawPrimitives(gpu::PrimitiveType::triangle, 0, 3);
-        encoder->endEncoding();
-        commands->commit();
-        commands->waitUntilCompleted();
-        std::vector<Texel> pixels(12);
-        target->getBytes(pixels.data(), 4 * sizeof(Texel), {0, 0, 4, 3}, 0);
-        return pixels;
-    };
-    EXPECT_EQ(drawn("plain"), levels[1].texels) << "4 pixels across 8 texels";
-    auto biased = drawn("biased");
-    EXPECT_EQ(biased[0], levels[2].texels[0]);
-    EXPECT_EQ(biased[11], levels[2].texels[1]);
-    auto slopes = drawn("slopes");
-    EXPECT_EQ(slopes[0], (Texel{0, 0, 0, 1})) << "what is discarded stays as it was cleared";
-    EXPECT_NEAR(slopes[5][0], 1.0f / 4, 1e-6f);
-    EXPECT_NEAR(slopes[5][1], 1.0f / 3, 1e-6f);
-    EXPECT_NEAR(slopes[5][2], 1.0f / 4, 1e-6f);
-}
-
-TEST_F(Textures, takeWhatKernelsWrite) {
-    auto library = device->newLibrary(R"(
-#include <metal_stdlib>
-using namespace metal;
-kernel void paint(texture2d<float, access::write> image [[texture(0)]],
-                  device float4* out [[buffer(0)]], const device float4* at [[buffer(1)]],
-                  uint i [[thread_position_in_grid]]) {
-    image.write(at[i].zwzw, uint2(at[i].xy));
-    out[i] = at[i];
-}
-)");
-    auto canvas = device->newTexture({.format = gpu::PixelFormat::rgba32Float,
-                                      .width = 3,
-                                      .height = 2,
-                                      .usage = {.shaderRead = true, .shaderWrite = true}});
-    std::vector<Texel> black(6), pixels(6);
-    canvas->replace({0, 0, 3, 2}, 0, black.data(), 3 * sizeof(Texel));
-    run(*library, "paint", {{0, 0, 5, 6}, {2, 1, 7, 8}, {3, 0, 9, 9}, {0, 2, 9, 9}}, canvas.get());
-    canvas->getBytes(pixels.data(), 3 * sizeof(Texel), {0, 0, 3, 2}, 0);
-    std::vector<Texel> expected(6); // what is written outside goes nowhere
-    expected[0] = {5, 6, 5, 6};
-    expected[5] = {7, 8, 7, 8};
-    EXPECT_EQ(pixels, expected);
 }
 
 } // namespace tarnwick
