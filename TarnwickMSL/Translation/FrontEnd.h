@@ -19,16 +19,16 @@ namespace tarnwick::msl {
 struct Parsed;
 struct ParseOptions;
 
-// The standard library in precompiled form. Made once per process (or read from a file that the
-// build made), then used by any number of parses, one at a time.
+// The standard library in precompiled form. Make it once per process, or read it from the file that
+// the build wrote. Parses may share it, one at a time.
 class StandardLibrary {
   public:
     // Builds it from the library's own text: 40 to 75 ms. Throws std::runtime_error with Clang's
     // text if the library itself does not compile.
     static StandardLibrary build();
-    // Takes bytes that build().precompiled() gave, from this very build of the compiler.
+    // From the bytes of precompiled(), which must be of the same build of the compiler.
     static StandardLibrary fromPrecompiled(std::string bytes);
-    // 16 characters that tell this library and compiler from others, for those who keep the bytes.
+    // 16 hexadecimal digits that identify this library and compiler, for files with the bytes.
     static std::string fingerprint();
     const std::string& precompiled() const { return *precompiled_; }
     // Every function that the library declares for programs, each overload on its own, sorted:
@@ -38,7 +38,7 @@ class StandardLibrary {
   private:
     friend Parsed parse(std::string_view source, const StandardLibrary& library,
                         llvm::LLVMContext& context, const ParseOptions& options);
-    // Shared with copies and with the file system that holds it for Clang.
+    // Shared with copies and with files_, Clang's view of them.
     std::shared_ptr<const std::string> precompiled_;
     std::shared_ptr<void> files_;
 };
@@ -50,7 +50,7 @@ struct Parsed {
     bool failed = false;
 };
 
-// Whether instructions know their lines, for messages: it costs a little.
+// Whether instructions keep their lines, for messages. Keeping them takes time.
 enum class Places : bool { left, kept };
 
 struct ParseOptions {

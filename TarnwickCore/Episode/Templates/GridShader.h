@@ -1,6 +1,8 @@
 // A grid episode, after its title.
 #pragma once
 
+#include "TarnwickCore/Episode/Templates/Ramp.h"
+
 #include <string_view>
 
 namespace tarnwick::templates {
@@ -27,13 +29,7 @@ struct Vertex {
     float rise; // -1 to 1
 };
 
-float3 furnelRamp(float x) {
-    x = saturate(x);
-    float3 c = mix(float3(0.035, 0.027, 0.030), float3(0.88, 0.26, 0.05), smoothstep(0.0, 0.45, x));
-    c = mix(c, float3(1.0, 0.69, 0.38), smoothstep(0.4, 0.8, x));
-    return mix(c, float3(1.0, 0.95, 0.87), smoothstep(0.8, 1.0, x));
-}
-
+)msl" FURNEL_RAMP R"msl(
 // How high the surface stands at a place from -1 to 1, before `height`.
 float rise(float2 q, constant Uniforms& u, constant Params& p) {
     float t = u.time * p.speed;

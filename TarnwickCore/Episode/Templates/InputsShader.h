@@ -1,6 +1,8 @@
 // A fragment episode that reads Inputs, after its title.
 #pragma once
 
+#include "TarnwickCore/Episode/Templates/Ramp.h"
+
 #include <string_view>
 
 namespace tarnwick::templates {
@@ -20,13 +22,7 @@ inline constexpr std::string_view inputsShader = R"msl(
 // @param punch 1.5 0.0 4.0 How hard the low end pushes the rings
 // @param picture 0.3 0.0 1.0 How much of channel 0 shows through
 
-float3 furnelRamp(float x) {
-    x = saturate(x);
-    float3 c = mix(float3(0.035, 0.027, 0.030), float3(0.88, 0.26, 0.05), smoothstep(0.0, 0.45, x));
-    c = mix(c, float3(1.0, 0.69, 0.38), smoothstep(0.4, 0.8, x));
-    return mix(c, float3(1.0, 0.95, 0.87), smoothstep(0.8, 1.0, x));
-}
-
+)msl" FURNEL_RAMP R"msl(
 float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {
     float2 q = uv - 0.5;
     q.x *= u.resolution.x / u.resolution.y;

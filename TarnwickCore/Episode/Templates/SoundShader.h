@@ -1,6 +1,8 @@
 // A fragment episode with a tune of its own, which its picture hears, after its title.
 #pragma once
 
+#include "TarnwickCore/Episode/Templates/Ramp.h"
+
 #include <string_view>
 
 namespace tarnwick::templates {
@@ -62,13 +64,7 @@ float2 sound(float t, constant Params& p) {
     return 0.28 * p.volume * v;
 }
 
-float3 furnelRamp(float x) {
-    x = saturate(x);
-    float3 c = mix(float3(0.035, 0.027, 0.030), float3(0.88, 0.26, 0.05), smoothstep(0.0, 0.45, x));
-    c = mix(c, float3(1.0, 0.69, 0.38), smoothstep(0.4, 0.8, x));
-    return mix(c, float3(1.0, 0.95, 0.87), smoothstep(0.8, 1.0, x));
-}
-
+)msl" FURNEL_RAMP R"msl(
 float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {
     float2 q = uv - 0.5;
     q.x *= u.resolution.x / u.resolution.y;

@@ -1,5 +1,5 @@
 // Exponentials, logarithms and powers of one float. The polynomials are minimax approximations with
-// coefficients of 24 bits; their relative errors stand beside them.
+// 24-bit coefficients; the comments give their relative errors.
 #pragma once
 
 #include "core_scaling.h"
@@ -37,7 +37,7 @@ MSL_INLINE float exp_near_zero(float x) {
 }
 
 MSL_INLINE float between(float x, float least, float most) {
-    return x < least ? least : (x > most ? most : x); // a NaN stays
+    return x < least ? least : (x > most ? most : x); // keeps a NaN
 }
 
 MSL_INLINE float exp2(float x) {
@@ -81,7 +81,7 @@ MSL_INLINE float log_tail(float x) {
     p = p * x + 0.3333331347f;
     return x * x * (p * x - 0.5f);
 }
-// What a logarithm gives where its argument is no positive number; `found` elsewhere.
+// The logarithm of zero, negative numbers, infinity and NaN; `found` for other x.
 MSL_INLINE float log_or_special(float x, float found) {
     if (x == infinity)
         return x;
@@ -98,7 +98,7 @@ MSL_INLINE float log2(float x) {
     Scaled parts = centred(x);
     float f = parts.mantissa - 1.0f;
     float tail = log_tail(f);
-    // log2(e) less 1 keeps the leading product small and its rounding with it.
+    // log2(e) - 1 keeps the product and its rounding error small.
     float found = f + (tail + (f + tail) * 0.442695051f);
     return log_or_special(x, static_cast<float>(parts.exponent) + found);
 }
@@ -108,7 +108,7 @@ MSL_INLINE float log10(float x) {
     float found = n * 0.30078125f + ((f + log_tail(f)) * 0.434294492f + n * 2.48745666e-4f);
     return log_or_special(x, found);
 }
-// ln(1 + x), with the rounding of 1 + x put right.
+// ln(1 + x), corrected by the rounding error of 1 + x.
 MSL_INLINE float log1p(float x) {
     Pair one = sum(1.0f, x);
     Scaled parts = centred(one.high);
@@ -143,7 +143,7 @@ MSL_INLINE Pair log2_pair(float x) {
 // x^y for x > 0 and finite, y finite.
 MSL_INLINE float positive_pow(float x, float y) {
     Pair l = log2_pair(x);
-    float limit = 0x1p60f; // past it the result is 0, 1 or infinite, and products would overflow
+    float limit = 0x1p60f; // beyond it the result is 0, 1 or infinite; keeps products from overflow
     float power = between(y, -limit, limit);
     Pair p = product(power, l.high);
     float low = p.low + power * l.low;
@@ -185,7 +185,7 @@ MSL_INLINE float pow(float x, float y) {
     return with_sign(found, isOdd ? x : 1.0f);
 }
 
-// 1 / sqrt(x), rounded once: the quotient's residual is found exactly and half of it added.
+// 1 / sqrt(x), rounded once: adds half of the quotient's residual, which is computed exactly.
 MSL_INLINE float rsqrt(float x) {
     if (!(x > 0.0f) || x == infinity)
         return x == 0.0f ? with_sign(infinity, x) : (x == infinity ? 0.0f : not_a_number);

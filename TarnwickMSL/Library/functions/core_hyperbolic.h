@@ -9,7 +9,7 @@
 namespace metal {
 namespace _core {
 
-// e^x / 2 and e^-x / 2 for x in [0, 90], each without leaving the range.
+// e^x / 2 and e^-x / 2 for x in [0, 90], without overflow.
 MSL_INLINE Pair half_exponentials(float x) {
     Scaled up = exp_parts(x < 90.0f ? x : 90.0f);
     return {scaled(up.mantissa, up.exponent - 1), scaled(1.0f / up.mantissa, -up.exponent - 1)};
@@ -49,7 +49,7 @@ MSL_INLINE float tanh(float x) {
 MSL_INLINE float asinh(float x) {
     float size = absolute(x);
     float square = size * size;
-    // x + sqrt(x x + 1) less 1, and past 2^12 simply 2 x.
+    // x + sqrt(x x + 1) - 1, and 2 x beyond 2^12.
     float found = log1p(size + square / (1.0f + __builtin_elementwise_sqrt(square + 1.0f)));
     found = size > 4096.0f ? log(size) + 0.693147181f : found;
     found = size < 0x1p-12f ? size : found;

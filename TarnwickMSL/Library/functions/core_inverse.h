@@ -1,5 +1,5 @@
 // Inverse circular functions of one float. Unlike in the other core files the device may contract
-// and divide as fast math allows: no step needs its rounding to be as written.
+// and use reciprocals, as in fast math: no step depends on exact rounding.
 #pragma once
 
 #include "core_scaling.h"

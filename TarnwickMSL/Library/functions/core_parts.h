@@ -1,4 +1,4 @@
-// A float taken apart: exponent and mantissa, neighbours, remainders. All exact.
+// Parts of a float: exponent and mantissa, neighbours, remainders. All exact.
 #pragma once
 
 #include "core_scaling.h"
@@ -9,7 +9,7 @@
 namespace metal {
 namespace _core {
 
-// The bits with a denormal brought into the normal range by 2^24 (`lifted`); the sign is dropped.
+// The bits without the sign. A denormal is multiplied by 2^24 into the normal range.
 struct Lifted {
     uint bits;
     int lift; // 24 or 0
@@ -37,7 +37,7 @@ MSL_INLINE int ilogb(float x) {
 }
 MSL_INLINE float ldexp(float x, int n) {
     n = n < -300 ? -300 : (n > 300 ? 300 : n);
-    // Three steps, the middle one the largest where it shrinks, so that only one of them rounds.
+    // Three factors. The largest reduction is in the middle, so that only one product rounds.
     int step = n < -126 ? -100 : (n > 127 ? 127 : n);
     int rest = n - step;
     int next = rest < -126 ? -100 : (rest > 127 ? 127 : rest);
@@ -52,7 +52,7 @@ MSL_INLINE float nextafter(float x, float y) {
         return y;
     if (size == 0u)
         return from_bits((to & 0x80000000u) | 1u);
-    // Away from zero where y is of one sign with x and larger.
+    // Away from zero if y has the sign of x and is larger.
     bool away = ((from ^ to) >> 31) == 0u && (to & 0x7fffffffu) > size;
     return from_bits(away ? from + 1u : from - 1u);
 }

@@ -1,4 +1,4 @@
-// Bits of floats, scaling, and sums and products with their rounding errors. Here and in the other
+// Bits of floats, scaling, and sums and products with their rounding errors. In this and the other
 // core files every operation rounds once, in the order written.
 #pragma once
 
@@ -32,7 +32,7 @@ MSL_INLINE bool is_nan(float x) {
 constexpr float infinity = INFINITY;
 constexpr float not_a_number = NAN;
 
-// An integral float's value; 0 for a NaN, whose conversion would have no value at all.
+// The integer of an integral float; 0 for a NaN, whose conversion is undefined.
 MSL_INLINE int whole(float x) {
     return is_nan(x) ? 0 : static_cast<int>(x);
 }
@@ -41,7 +41,7 @@ MSL_INLINE int whole(float x) {
 MSL_INLINE float power_of_two(int n) {
     return from_bits(static_cast<uint>(n + 127) << 23);
 }
-// x * 2^n, n in [-252, 254], rounded once where |x| is in [0.5, 4).
+// x * 2^n, n in [-252, 254], rounded once if |x| is in [0.5, 4).
 MSL_INLINE float scaled(float x, int n) {
     int part = n >> 1;
     return x * power_of_two(part) * power_of_two(n - part);
@@ -58,13 +58,13 @@ MSL_INLINE Pair sum(float a, float b) {
     float part = high - a;
     return {high, (a - (high - part)) + (b - part)};
 }
-// The same where |a| >= |b|.
+// The same for |a| >= |b|.
 MSL_INLINE Pair ordered_sum(float a, float b) {
     float high = a + b;
     return {high, b - (high - a)};
 }
-// high + low == a * b, exactly, as long as nothing overflows or underflows: there is no fused
-// multiply-add to count on (Vulkan 1.3 lets Fma round twice), so each factor is cut into 12 bits.
+// high + low == a * b, exactly, without overflow or underflow. Vulkan 1.3 lets Fma round twice, so
+// the factors are split into 12 bits instead.
 MSL_INLINE Pair product(float a, float b) {
     float a1 = from_bits(bits(a) & 0xfffff000u), a2 = a - a1;
     float b1 = from_bits(bits(b) & 0xfffff000u), b2 = b - b1;
@@ -72,8 +72,8 @@ MSL_INLINE Pair product(float a, float b) {
     return {high, ((a1 * b1 - high) + a1 * b2 + a2 * b1) + a2 * b2};
 }
 
-// a + b rounded to odd: inexact sums get an odd last bit, so that a later rounding to fewer bits
-// comes out as if it were the only one.
+// a + b rounded to odd: inexact sums get an odd last bit, so that a second rounding to fewer bits
+// is as exact as one.
 MSL_INLINE float sum_to_odd(float a, float b) {
     Pair exact = sum(a, b);
     uint given = bits(exact.high);
@@ -83,7 +83,7 @@ MSL_INLINE float sum_to_odd(float a, float b) {
 }
 
 // a * b + c, rounded once (Boldo and Melquiond, "Emulation of FMA and correctly rounded sums"). The
-// factors are brought into [1, 2) and c after them, so that no step leaves the range.
+// factors are scaled into [1, 2) and c with them, so that no step leaves the range.
 MSL_INLINE float fused(float a, float b, float c) {
     uint aExponent = bits(a) >> 23 & 0xffu, bExponent = bits(b) >> 23 & 0xffu;
     uint cExponent = bits(c) >> 23 & 0xffu;

@@ -9,23 +9,23 @@
 namespace metal {
 namespace _core {
 
-// An angle less the nearest multiple of pi/2, and that multiple modulo 4 (in the low two bits).
+// An angle minus the nearest multiple of pi/2, and that multiple modulo 4 (in the low two bits).
 struct Reduced {
     float angle; // about [-pi/4, pi/4]
     int quarter;
 };
 
-// 2/pi in binary, after one word of zeros: the bits behind its point.
+// The fraction of 2/pi in binary, after one word of zeros.
 constexpr uint two_over_pi[8] = {0u,          0xa2f9836eu, 0x4e441529u, 0xfc2757d1u,
                                  0xf534ddc0u, 0xdb629599u, 0x3c439041u, 0xfe5163abu};
 
-// For |x| above 2^13: the product with those bits of 2/pi that matter modulo 4 (Payne and Hanek).
+// For |x| above 2^13: the product with the bits of 2/pi that matter modulo 4 (Payne and Hanek).
 MSL_INLINE Reduced reduced_far(float x) {
     uint given = bits(x) & 0x7fffffffu;
     uint mantissa = (given & 0x007fffffu) | 0x00800000u;
-    uint offset = (given >> 23) - 150u + 30u; // bits to drop: those that weigh 4 or more
+    uint offset = (given >> 23) - 150u + 30u; // bits of weight 4 or more are dropped
     uint word = offset >> 5, shift = offset & 31u;
-    word = word > 4u ? 4u : word; // infinities and NaNs, whose result is set below
+    word = word > 4u ? 4u : word; // infinities and NaNs; their result is set below
     ulong w01 = static_cast<ulong>(two_over_pi[word]) << 32 | two_over_pi[word + 1u];
     ulong w23 = static_cast<ulong>(two_over_pi[word + 2u]) << 32 | two_over_pi[word + 3u];
     uint top = static_cast<uint>((w01 << shift) >> 32);
@@ -34,7 +34,7 @@ MSL_INLINE Reduced reduced_far(float x) {
     ulong low = static_cast<ulong>(mantissa) * bottom;
     ulong next = static_cast<ulong>(mantissa) * middle + (low >> 32);
     uint high = mantissa * top + static_cast<uint>(next >> 32);
-    // high.next is the angle in quarters modulo 4, two bits before its point.
+    // high.next is the angle in quarters modulo 4, two bits before its binary point.
     ulong fraction = (static_cast<ulong>(high) << 32 | (next & 0xffffffffu)) << 2;
     int quarter = static_cast<int>(high >> 30);
     bool past = (fraction >> 63) != 0u;
@@ -76,7 +76,7 @@ MSL_INLINE float cos_near_zero(float x) {
     return 1.0f - (0.5f * s - s * (s * p));
 }
 
-// The sine of an angle that is `quarter` quarter turns past `s` = its sine, `c` = its cosine.
+// The sine of `quarter` quarter turns plus an angle with sine `s` and cosine `c`.
 MSL_INLINE float turned(float s, float c, int quarter) {
     float found = (quarter & 1) != 0 ? c : s;
     return (quarter & 2) != 0 ? -found : found;
@@ -103,7 +103,7 @@ MSL_INLINE float tan(float x) {
     return x == 0.0f ? x : (odd ? -c : s) / (odd ? s : c);
 }
 
-// Half turns less the nearest multiple of a half; exact.
+// Half turns minus the nearest multiple of 1/2; exact.
 MSL_INLINE Reduced reduced_half_turns(float x) {
     float size = absolute(x);
     if (!(size < infinity))

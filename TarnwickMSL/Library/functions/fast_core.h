@@ -1,7 +1,7 @@
-// The exponential of float in fast math. Drivers have an instruction for it, but the packaged CPU
-// driver's goes past the bound near 0 (3.2 units for 3). The polynomial is summed as a tree: in a
-// marching loop each step waits for the one before. Its sin and cos are within their bound, and
-// arithmetic in their place made whole shaders up to twice as slow.
+// The exponential of float in fast math. The instruction of the packaged CPU driver exceeds the
+// bound near 0 (3.2 ulp instead of 3). The polynomial is summed as a tree, since in a marching loop
+// each step waits for the one before. The driver's sin and cos keep their bound; arithmetic instead
+// of them made whole shaders up to twice as slow.
 #pragma once
 
 #include "common.h"

@@ -1,9 +1,9 @@
-// The functions of the standard library (Metal Shading Language 3.1, 6), each overload spelled out
-// by macros rather than deduced, so that a call resolves as the language's users expect.
+// The functions of the standard library (Metal Shading Language 3.1, 6). Macros write each
+// overload, rather than templates, so that calls resolve as the language defines.
 //
-// `metal::` is `metal::fast::`. A function that both have in common is one function with a second
-// name; what is better than fast math grants lives in `_core`, in plain operations of float that
-// carry no fast-math flag. docs/library.md lists how each is lowered and how exact it is.
+// `metal::` is `metal::fast::`. A function that is the same in precise math has one definition and
+// a using-declaration. Precise bodies are in `_core`, in plain operations of float without
+// fast-math flags. docs/library.md lists the lowering and the error of each function.
 #pragma once
 
 #include "overloads.h"

@@ -1,4 +1,4 @@
-// MSL_GEOMETRIC_FUNCTIONS of list.h, and the geometric functions that fit no row of it (Metal Shading
+// MSL_GEOMETRIC_FUNCTIONS of list.h, and the geometric functions that fit no row (Metal Shading
 // Language 3.1, 6.6).
 #pragma once
 

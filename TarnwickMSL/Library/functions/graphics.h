@@ -1,5 +1,5 @@
-// Derivatives and discard (Metal Shading Language 3.1, 6.10): built-ins of the compiler, whose
-// names docs/compiler.md lists.
+// Derivatives and discard (Metal Shading Language 3.1, 6.10): built-in calls, which
+// docs/compiler.md lists.
 #pragma once
 
 #include "common.h"

@@ -7,9 +7,9 @@
 //              type before it, the type of the result.
 //   arguments  is 1, 2 or 3 for the arguments (x), (x, y) or (x, y, z) of type T, or a name of
 //              MSL_TAKES_name in overloads.h.
-//   mixed      says which scalars the arguments may be where they are not all of one type.
-//              `common`: any; they become the type of an arithmetic expression of them all.
-//              `floating`: the same, and integers become float. `none`: no such overloads.
+//   mixed      is about calls with scalars of different types, as in max(0, x). `common`: the
+//              arguments get the type of an arithmetic expression of them. `floating`: the same,
+//              and integers become float. `none`: there are no such overloads.
 //   body       is the body of the function. A semicolon ends each statement, the last one too.
 //
 // A row may use functions of the rows above it.
@@ -60,9 +60,9 @@
 //   half     `core`: lane by lane _core::name, rounded to half. `own`: halves.h has the body.
 //   body     is the body in fast math: the device's own instruction where it is as exact as fast
 //            math requires and as fast as arithmetic (Metal Shading Language 3.1, 8.4).
-// powr takes the driver's exponential: it loses little beside the loss of the logarithm. pow
-// squares negative x too, without a branch. fract's result is below 1 also where the difference
-// rounds up to 1; it is compared as an integer, since drivers' minimum of floats tests for NaN.
+// powr uses the driver's exponential: its error is small beside that of the logarithm. pow squares
+// negative x too, without a branch. fract clamps its result below 1 where the difference rounds up
+// to 1, as an integer, since a minimum of floats also tests for NaN.
 #define MSL_MATH_FUNCTIONS(M, T, I)                                                                \
     M(T, divide, 2, floating, own, own, return x / y;)                                             \
     M(T, sqrt, 1, floating, own, own, return __builtin_elementwise_sqrt(x);)                       \
@@ -98,8 +98,8 @@
     M(T, fract, 1, floating, core, own, I found = __builtin_bit_cast(I, x - floor(x));             \
       return __builtin_bit_cast(T, __builtin_elementwise_min(found, I(0x3f7fffff)));)
 
-// The same, but fast math has _core::name too: drivers approximate these within fewer correct bits
-// than fast math requires. A row is M(name, arguments, mixed).
+// The same, with _core::name in fast math too: the instructions of drivers have larger errors than
+// fast math allows. A row is M(name, arguments, mixed).
 #define MSL_CORE_FUNCTIONS(M)                                                                      \
     M(asin, 1, floating)                                                                           \
     M(acos, 1, floating)                                                                           \
@@ -131,8 +131,8 @@
     M(B, T, signbit, 1, return __builtin_bit_cast(I, x) < I(0);)
 
 // Integers (6.3). T is the integer type, U the unsigned type of its width and lanes, W its width in
-// bits. Some functions have other bodies for scalars, which are constant expressions, than for
-// vectors.
+// bits. The bodies for scalars are constant expressions where Metal's are; vectors have other
+// bodies.
 #define MSL_INTEGER_SCALAR_FUNCTIONS(M, T, U, W)                                                   \
     M(constexpr T, T, min, 2, return y < x ? y : x;)                                               \
     M(constexpr T, T, max, 2, return x < y ? y : x;)                                               \
@@ -178,8 +178,8 @@
       T ones = T(static_cast<decltype(x.x + 0)>(mask));                                            \
       return (x & ~ones) | ((y << T(offset & (W - 1))) & ones);)
 
-// Scalars and vectors alike, after the functions above. The means are taken without the sum, from
-// the common bits and half of the others.
+// Scalars and vectors alike, after the functions above. hadd and rhadd avoid the sum: the common
+// bits plus half of the others.
 #define MSL_INTEGER_FUNCTIONS(M, T)                                                                \
     M(constexpr T, T, hadd, 2, return static_cast<T>((x & y) + ((x ^ y) >> 1));)                   \
     M(constexpr T, T, rhadd, 2, return static_cast<T>((x | y) - ((x ^ y) >> 1));)                  \

@@ -31,7 +31,7 @@ template <class T> MSL_INLINE T determinant(matrix<T, 2, 2> m) {
 template <class T> MSL_INLINE T determinant(matrix<T, 3, 3> m) {
     return dot(m.columns[0], cross(m.columns[1], m.columns[2]));
 }
-// By the 2 x 2 minors of the upper and the lower two rows.
+// By the 2 x 2 minors of the upper two and the lower two rows.
 template <class T> MSL_INLINE T determinant(matrix<T, 4, 4> m) {
     vec<T, 4> a = m.columns[0], b = m.columns[1], c = m.columns[2], d = m.columns[3];
     T ab = a.x * b.y - b.x * a.y, ac = a.x * c.y - c.x * a.y, ad = a.x * d.y - d.x * a.y;

@@ -1,6 +1,6 @@
-// Scalars of several types in one call: `max(0, x)`, `pow(x, 2)`, `clamp(h, 0.0, 1.0)`, `sqrt(2)`. The
-// arguments get the type that an arithmetic expression of them would have, so that no overload
-// wins by chance; where only floats are possible, integers become float.
+// Calls with scalars of different types: `max(0, x)`, `pow(x, 2)`, `clamp(h, 0.0, 1.0)`, `sqrt(2)`.
+// The arguments get the type of an arithmetic expression of them; functions of floats convert
+// integers to float.
 #pragma once
 
 #include "math.h"
@@ -14,7 +14,7 @@ template <class A, class... T> inline constexpr bool _alike = (__is_same(A, T) &
 template <class... T> using _common = decltype((T() + ...));
 template <class... T>
 using _floating = conditional_t<is_integral_v<_common<T...>>, float, _common<T...>>;
-// Scalars of differing types; and these or integers, where there is no overload for integers.
+// Scalars of different types; and these or integers, for functions without overloads for integers.
 template <class... T> using _differing = enable_if_t<_scalars<T...> && !_alike<T...>>;
 template <class A, class... T>
 using _converted = enable_if_t<_scalars<A, T...> && (!_alike<A, T...> || __is_integral(A))>;

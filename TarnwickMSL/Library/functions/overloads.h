@@ -1,14 +1,15 @@
 // The macros that make the overloads of list.h and of the other files.
 #pragma once
 
-// M(T, I, B): a floating type, the integers of its width, and what its comparisons give.
+// M(T, I, B): a floating type, the integers of its width, and the type of its comparisons.
 #define MSL_EACH_FLOAT(M)                                                                          \
     M(float, int, bool) M(float2, int2, bool2) M(float3, int3, bool3) M(float4, int4, bool4)
 #define MSL_EACH_HALF(M)                                                                           \
     M(half, short, bool) M(half2, short2, bool2) M(half3, short3, bool3) M(half4, short4, bool4)
 #define MSL_EACH_FLOATING(M) MSL_EACH_FLOAT(M) MSL_EACH_HALF(M)
 
-// M(T, U, S, W): an integer type, the unsigned and the signed one of its width, and that width.
+// M(T, U, S, W): an integer type, the unsigned and the signed type of its width, and the width in
+// bits.
 #define MSL_EACH_LANES(M, T, U, S, W)                                                              \
     M(T##2, U##2, S##2, W) M(T##3, U##3, S##3, W) M(T##4, U##4, S##4, W)
 #define MSL_EACH_INTEGER_SCALAR(M)                                                                 \
@@ -23,7 +24,7 @@
     MSL_EACH_LANES(M, long, ulong, long, 64) MSL_EACH_LANES(M, ulong, ulong, long, 64)
 #define MSL_EACH_INTEGER(M) MSL_EACH_INTEGER_SCALAR(M) MSL_EACH_INTEGER_VECTOR(M)
 
-// How a row of list.h is read: what `arguments` declares and what it hands on.
+// The column `arguments` of list.h: the parameters, and the arguments of a call with them.
 #define MSL_TAKES_1(T) T x
 #define MSL_TAKES_2(T) T x, T y
 #define MSL_TAKES_3(T) T x, T y, T z
@@ -38,8 +39,8 @@
 #define MSL_DEFINE(R, T, name, arguments, ...)                                                     \
     MSL_INLINE R name(MSL_TAKES_##arguments(T)) { __VA_ARGS__ }
 
-// The vectors of a function of scalars, lane by lane. R, T and A are the elements of the result, of
-// the arguments and of the second argument.
+// The overloads for vectors of a function of scalars, lane by lane. R, T and A are the elements of
+// the result, of the arguments and of the second argument.
 #define MSL_LANES(R, T, A, name, arguments) MSL_LANES_##arguments(R, T, A, name)
 #define MSL_LANES_1(R, T, A, name)                                                                 \
     MSL_INLINE R##2 name(T##2 x) { return {name(x.x), name(x.y)}; }                                \
@@ -87,7 +88,7 @@
 
 namespace metal {
 
-// Vectors of half and of float into each other.
+// Conversions between half and float, of scalars and vectors.
 MSL_INLINE float _wide(half x) { return x; }
 MSL_INLINE float2 _wide(half2 x) { return __builtin_convertvector(x, float2); }
 MSL_INLINE float3 _wide(half3 x) { return __builtin_convertvector(x, float3); }

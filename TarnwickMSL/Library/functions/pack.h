@@ -1,11 +1,11 @@
-// Normalised integers packed into words and back (Metal Shading Language 3.1, 6.13).
+// Conversions to and from words of normalised integers (Metal Shading Language 3.1, 6.13).
 #pragma once
 
 #include "math.h"
 
 namespace metal {
 
-// Each component as a field of a word, the first one lowest; to the nearest, ties to even.
+// Each component as an integer, rounded to the nearest, ties to even.
 MSL_INLINE uint4 _unorm(float4 x, float4 most) {
     return __builtin_convertvector(rint(saturate(x) * most), uint4);
 }

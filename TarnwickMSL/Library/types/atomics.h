@@ -1,5 +1,5 @@
-// Atomic values (Metal Shading Language 3.1, 2.6 and 6.15). What is not an integer of 32 bits is
-// kept as one: booleans as 0 and 1, floats as their bits.
+// Atomic values (Metal Shading Language 3.1, 2.6 and 6.15). Each is stored as an integer: booleans
+// as 0 and 1, floats as their bits.
 #pragma once
 
 #include "compute.h"
@@ -21,7 +21,7 @@ typedef atomic<ulong> atomic_ulong;
 
 #define MSL_RELAXED(order)                                                                         \
     __attribute__((diagnose_if(order != memory_order_relaxed,                                      \
-                               "atomic operations take memory_order_relaxed", "error")))
+                               "atomic operations require memory_order_relaxed", "error")))
 
 #define MSL_ATOMIC_CALL(W, name, suffix) W _atomic_##name(W*, W) asm("msl.atomic_" #name "." suffix);
 #define MSL_ATOMIC_WORD(W, suffix)                                                                 \
@@ -42,7 +42,7 @@ float _atomic_fetch_add(uint*, float) asm("msl.atomic_fetch_add.f32");
 
 template <class W> MSL_INLINE W* _word_of(const volatile W& value) { return const_cast<W*>(&value); }
 
-// PUT and GET turn a value into the word W that stands for it, and back.
+// PUT converts a value to the word W that represents it, GET converts it back.
 #define MSL_ATOMIC_VALUE(T, W, PUT, GET)                                                           \
     MSL_INLINE T atomic_load_explicit(const volatile atomic<T>* at, memory_order order)            \
         MSL_RELAXED(order) {                                                                       \

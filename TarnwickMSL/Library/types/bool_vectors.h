@@ -1,5 +1,5 @@
 // Vectors of bool (Metal Shading Language 3.1, 2.2): one byte a lane, true is 1. Comparisons of
-// other vectors give integer masks, Clang's way; they convert to these without being asked.
+// other vectors give integer masks, as in Clang; these convert implicitly.
 #pragma once
 
 #include "construct.h"
@@ -7,7 +7,7 @@
 
 namespace metal {
 
-// The components by name, in the storage that bool_vector shares with its lanes.
+// The components by name, in one union with the lanes.
 template <int N> struct bool_lanes;
 template <> struct bool_lanes<2> {
     union {
@@ -31,23 +31,16 @@ template <> struct bool_lanes<4> {
     };
 };
 
-// The class of the swizzles is a parameter, so that they are looked at once it is complete.
+// The class is a template parameter, so that Clang looks at the swizzles after it is complete.
 template <int N, template <int> class V> struct bool_swizzles;
-template <template <int> class V> struct bool_swizzles<2, V> : bool_lanes<2> {
-    MSL_INLINE bool lane(int i) const { return bits[i]; }
-    MSL_INLINE void set_lane(int i, bool value) { bits[i] = value; }
-    MSL_SWIZZLES_2(V)
-};
-template <template <int> class V> struct bool_swizzles<3, V> : bool_lanes<3> {
-    MSL_INLINE bool lane(int i) const { return bits[i]; }
-    MSL_INLINE void set_lane(int i, bool value) { bits[i] = value; }
-    MSL_SWIZZLES_3(V)
-};
-template <template <int> class V> struct bool_swizzles<4, V> : bool_lanes<4> {
-    MSL_INLINE bool lane(int i) const { return bits[i]; }
-    MSL_INLINE void set_lane(int i, bool value) { bits[i] = value; }
-    MSL_SWIZZLES_4(V)
-};
+#define MSL_BODY(N)                                                                                \
+    template <template <int> class V> struct bool_swizzles<N, V> : bool_lanes<N> {                 \
+        MSL_INLINE bool lane(int i) const { return bits[i]; }                                      \
+        MSL_INLINE void set_lane(int i, bool value) { bits[i] = value; }                           \
+        MSL_SWIZZLES_##N(V)                                                                        \
+    };
+MSL_BODY(2) MSL_BODY(3) MSL_BODY(4)
+#undef MSL_BODY
 
 template <int N> struct bool_vector : bool_swizzles<N, bool_vector> {
     typedef vec<uchar, N> Bits;
@@ -99,8 +92,8 @@ namespace metal {
 using ::bool2, ::bool3, ::bool4;
 } // namespace metal
 
-// A use of everything that copies a class, so that Clang writes those functions here, once: to
-// write them it reads all of the class, swizzles included.
+// Uses every implicit copy function, so that Clang defines them here, once: defining them reads the
+// whole class with its swizzles.
 namespace metal {
 template <class V> MSL_INLINE void _copied(V given) {
     V copy = given;

@@ -1,7 +1,7 @@
-// Constructors of vectors (Metal Shading Language 3.1, 2.2.1). C++ has no form for `float4(v3, 1)`
-// where float4 is no class, so the front end turns each such expression into a call of these:
-// `float4(...)`, `float4{...}`, `float4 name(...)`, and `T(...)` where T is a template's parameter.
-// Lanes are moved by shuffles, since constant expressions cannot read a vector's element.
+// Constructors of vectors (Metal Shading Language 3.1, 2.2.1). float4 is no class, so C++ has no
+// `float4(v3, 1)`. The front end rewrites these expressions to calls of the functions below:
+// `float4(...)`, `float4{...}`, `float4 name(...)`, and `T(...)` where T is a template parameter.
+// Shuffles move the lanes, since constant expressions cannot read a lane of a vector.
 #pragma once
 
 #include "vectors.h"
@@ -10,16 +10,16 @@
 
 namespace metal {
 
-// Lanes that an argument brings; what is neither scalar nor vector brings more than fit.
+// The number of lanes of an argument. A type that is neither scalar nor vector has more than fit.
 template <class A> inline constexpr int given_lanes = lanes_of<A> == 0 ? 100 : lanes_of<A>;
-// A record that converts itself to V.
+// Whether A is a record with a conversion to V.
 template <class V, class A> inline constexpr bool gives_itself_as =
     lanes_of<A> == 0 && __is_convertible_to(A, V);
 
 template <class T> inline constexpr bool is_bool_vector = false;
 template <int N> inline constexpr bool is_bool_vector<bool_vector<N>> = true;
 
-// `from` as a vector (or, of one lane, a scalar) of E; bool lanes are 0 and 1.
+// `from` with elements E, as a vector or, of one lane, as a scalar; bool lanes are 0 and 1.
 template <class E, class A> MSL_INLINE constexpr auto lanes_as(A from) {
     constexpr int n = lanes_of<A>;
     if constexpr (n == 1)
@@ -62,7 +62,7 @@ template <class E, class A, class B, class C> MSL_INLINE constexpr auto _join(A 
 
 template <class E> MSL_INLINE constexpr vec<E, 4> _join(E a, E b, E c, E d) { return {a, b, c, d}; }
 
-// Lanes to the vector type asked for.
+// The vector V with the given lanes.
 template <class V, class L> MSL_INLINE constexpr V from_lanes(L lanes) {
     if constexpr (is_bool_vector<V>)
         return V::from_bits(lanes);
@@ -70,7 +70,7 @@ template <class V, class L> MSL_INLINE constexpr V from_lanes(L lanes) {
         return V(lanes);
 }
 
-// What lanes are moved in: bool's are bytes.
+// The element type in which lanes are moved: bytes for bool.
 template <class V> using lane_of = conditional_t<is_same_v<element_of<V>, bool>, uchar, element_of<V>>;
 template <class V, class A> MSL_INLINE constexpr auto lanes_for(A a) {
     if constexpr (is_same_v<element_of<V>, bool> && lanes_of<A> == 1)
@@ -157,11 +157,11 @@ MSL_INLINE constexpr V msl_make(A a, B b, C c, D d, Rest... rest)
 
 namespace metal {
 
-// The bits of one type as another's of the same size (Metal Shading Language 3.1, 2.19).
+// The bits of a value as another type of the same size (Metal Shading Language 3.1, 2.19).
 template <class To, class From>
 MSL_INLINE constexpr To as_type(From from)
     __attribute__((diagnose_if(sizeof(To) != sizeof(From),
-                               "as_type takes and gives types of one size", "error"))) {
+                               "as_type requires types of the same size", "error"))) {
     if constexpr (sizeof(To) == sizeof(From))
         return __builtin_bit_cast(To, from);
     else

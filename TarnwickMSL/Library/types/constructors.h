@@ -1,7 +1,7 @@
-// msl_float4(...) and its like: what the front end makes of `float4(...)` where the type is no
-// template's parameter. Plain functions, since a template would be instantiated anew for each
-// combination of arguments in each program; the templates below take other types' vectors only.
-// A combination that none of them takes is reported as a constructor that does not match.
+// msl_float4(...) and the like: the front end rewrites `float4(...)` to them where the type is no
+// template parameter. They are plain functions, since a template would be instantiated again for
+// each combination of arguments in each program. The templates below only take vectors with other
+// elements. Arguments that fit no overload are reported as "no matching constructor".
 #pragma once
 
 #include "bool_vectors.h"
@@ -10,7 +10,7 @@
 
 namespace metal {
 
-// Whether any of the types is a vector of other elements than T.
+// Whether A is a vector with elements other than T.
 template <class T, class A> inline constexpr bool is_other_vector =
     (lanes_of<A>) > 1 && !is_same_v<A, vec<T, lanes_of<A>>>;
 

@@ -1,5 +1,5 @@
-// Matrices (Metal Shading Language 3.1, 2.3): C columns of R components, column by column. Every
-// step over the columns is written out, so that no loop has to be unrolled later.
+// Matrices (Metal Shading Language 3.1, 2.3): C columns of R components, stored by columns. The
+// code has no loops over columns, which would have to be unrolled later.
 #pragma once
 
 #include "bool_vectors.h"
@@ -7,7 +7,7 @@
 
 namespace metal {
 
-// A column in braces, `{v2, 1}`: C++ finds no constructor for a list where a vector is wanted.
+// A column in braces, `{v2, 1}`: for a vector parameter C++ would find no constructor.
 template <class Column> struct column_list {
     Column made;
     MSL_INLINE constexpr column_list(Column column) : made(column) {}
@@ -23,7 +23,7 @@ template <class T, int C, int R> struct matrix {
     Column columns[C];
 
     matrix() = default;
-    // A diagonal of one value.
+    // A diagonal matrix.
     MSL_INLINE constexpr explicit matrix(T s) : columns{} {
         columns[0] = axis(0, s);
         columns[1] = axis(1, s);
@@ -45,7 +45,7 @@ template <class T, int C, int R> struct matrix {
     template <int K = C, class = enable_if_t<K == 4>>
     MSL_INLINE constexpr matrix(List a, List b, List c, List d)
         : columns{a.made, b.made, c.made, d.made} {}
-    // Every component, column by column.
+    // All components, column by column.
     template <class... A, class = enable_if_t<sizeof...(A) == C * R && (... && (lanes_of<A> == 1))>>
     MSL_INLINE constexpr matrix(A... components) : columns{} {
         const T all[] = {static_cast<T>(components)...};
@@ -198,7 +198,7 @@ MSL_NAMES(half)
 } // namespace metal
 #undef MSL_NAMES
 
-// Uses of the usual ones, so that they are made here, once, and not in every program.
+// Instantiates the common types here, once, rather than in every program.
 namespace metal {
 template <class M> MSL_INLINE void _matrix_used(M a) {
     _copied(a);

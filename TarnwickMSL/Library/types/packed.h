@@ -1,5 +1,5 @@
-// Packed vectors (Metal Shading Language 3.1, 2.2.3): aligned as one element, and otherwise used as
-// the vector of the same name.
+// Packed vectors (Metal Shading Language 3.1, 2.2.3): with the alignment of one element, otherwise
+// like the vector of the same name.
 #pragma once
 
 #include "bool_vectors.h"
@@ -32,27 +32,16 @@ template <class T> struct packed_lanes<T, 4> {
 };
 
 template <class T, int N> struct packed_swizzles;
-template <class T> struct packed_swizzles<T, 2> : packed_lanes<T, 2> {
-    template <int M> using Swizzle = vec<T, M>;
-    using packed_lanes<T, 2>::elements;
-    MSL_INLINE T lane(int i) const { return elements[i]; }
-    MSL_INLINE void set_lane(int i, T value) { elements[i] = value; }
-    MSL_SWIZZLES_2(Swizzle)
-};
-template <class T> struct packed_swizzles<T, 3> : packed_lanes<T, 3> {
-    template <int M> using Swizzle = vec<T, M>;
-    using packed_lanes<T, 3>::elements;
-    MSL_INLINE T lane(int i) const { return elements[i]; }
-    MSL_INLINE void set_lane(int i, T value) { elements[i] = value; }
-    MSL_SWIZZLES_3(Swizzle)
-};
-template <class T> struct packed_swizzles<T, 4> : packed_lanes<T, 4> {
-    template <int M> using Swizzle = vec<T, M>;
-    using packed_lanes<T, 4>::elements;
-    MSL_INLINE T lane(int i) const { return elements[i]; }
-    MSL_INLINE void set_lane(int i, T value) { elements[i] = value; }
-    MSL_SWIZZLES_4(Swizzle)
-};
+#define MSL_BODY(N)                                                                                \
+    template <class T> struct packed_swizzles<T, N> : packed_lanes<T, N> {                         \
+        template <int M> using Swizzle = vec<T, M>;                                                \
+        using packed_lanes<T, N>::elements;                                                        \
+        MSL_INLINE T lane(int i) const { return elements[i]; }                                     \
+        MSL_INLINE void set_lane(int i, T value) { elements[i] = value; }                          \
+        MSL_SWIZZLES_##N(Swizzle)                                                                  \
+    };
+MSL_BODY(2) MSL_BODY(3) MSL_BODY(4)
+#undef MSL_BODY
 
 template <class T, int N> struct packed_vector : packed_swizzles<T, N> {
     using packed_swizzles<T, N>::elements;
@@ -122,7 +111,7 @@ MSL_ELEMENTS(MSL_NAMES)
 } // namespace metal
 #undef MSL_NAMES
 
-// Uses of the usual ones, so that they are made here, once, and not in every program.
+// Instantiates the common types here, once, rather than in every program.
 namespace metal {
 inline void packed_vectors_copied(packed_float2 a, packed_float3 b, packed_float4 c, packed_half2 d,
                                   packed_half3 e, packed_half4 f) {

@@ -42,8 +42,8 @@ struct sampler {
 
   private:
     template <class T> constexpr void set(T) {
-        static_assert(sizeof(T) == 0, "a sampler is made of coord, address, filter, mip_filter, "
-                                      "border_color, compare_func, max_anisotropy and lod_clamp");
+        static_assert(sizeof(T) == 0, "the arguments of a sampler are coord, address, filter, "
+                                      "mip_filter, border_color, compare_func, max_anisotropy and lod_clamp");
     }
     constexpr void field(int at, int width, ulong value) {
         bits = (bits & ~(((1ul << width) - 1) << at)) | (value << at);

@@ -1,4 +1,4 @@
-// Scalar types (Metal Shading Language 3.1, 2.1) and the few traits that the library itself needs.
+// Scalar types (Metal Shading Language 3.1, 2.1) and the traits that the library itself uses.
 #pragma once
 
 typedef unsigned char uchar;
@@ -20,7 +20,7 @@ typedef int intptr_t;
 
 #define NULL nullptr
 
-// In the compiler itself `half` is a keyword.
+// The compiler has `half` as a keyword.
 #ifndef __METAL__
 typedef _Float16 half;
 #endif

@@ -1,5 +1,5 @@
-// What threads of a SIMD-group or quad-group tell each other (Metal Shading Language 3.1, 6.9.2 and
-// 6.9.3). Narrow values pass as their 32-bit kin. Lanes without a partner keep what they have.
+// Functions of SIMD-groups and quad-groups (Metal Shading Language 3.1, 6.9.2 and 6.9.3). Narrow
+// values are widened to 32 bits. A lane without a partner keeps its value.
 #pragma once
 
 #include "bool_vectors.h"
@@ -71,7 +71,7 @@ template <class T> MSL_CONVERGENT T simd_shuffle(T x, ushort lane) {
 }
 template <class T> MSL_CONVERGENT T simd_broadcast(T x, ushort lane) { return simd_shuffle(x, lane); }
 
-// `group` is how many lanes stand together: the SIMD-group, a quad, or as many as `modulo` says.
+// `group` is the number of lanes in a group: a SIMD-group, a quad or `modulo` lanes.
 template <class T> MSL_CONVERGENT T _shuffle_by(T x, int delta, uint group) {
     const uint lane = _simd_lane(), first = lane - lane % group;
     const uint to = lane + uint(delta) - first;
@@ -90,7 +90,7 @@ template <class T> MSL_CONVERGENT T _fill_by(T x, T filling, int delta, uint gro
     return to < group ? inside : outside;
 }
 
-// The bits of the threads for which something holds.
+// One bit for each thread: 1 if the condition is true there.
 class simd_vote {
   public:
     typedef ulong vote_t;
@@ -123,7 +123,7 @@ MSL_CONVERGENT bool simd_is_first() { return _simd_elect(); }
 MSL_CONVERGENT simd_vote simd_ballot(bool x) { return simd_vote(_simd_ballot(x).xy); }
 MSL_CONVERGENT simd_vote simd_active_threads_mask() { return simd_ballot(true); }
 
-// The active threads of this thread's quad, or those of them for which x holds.
+// The bits of the active threads of this quad for which x is true.
 MSL_CONVERGENT uint _quad_ballot(bool x) {
     const uint lane = _simd_lane() & ~3u;
     return _simd_ballot(x)[lane / 32] >> lane % 32 & 15;
@@ -138,7 +138,7 @@ template <class T> MSL_CONVERGENT T quad_shuffle(T x, ushort lane) {
 }
 template <class T> MSL_CONVERGENT T quad_broadcast(T x, ushort lane) { return quad_shuffle(x, lane); }
 
-// The first active thread's value.
+// The value of the first active thread.
 template <class T> MSL_CONVERGENT T simd_broadcast_first(T x) {
     const uint4 active = _simd_ballot(true);
     const uint first = active.x ? uint(__builtin_ctz(active.x)) : 32 + uint(__builtin_ctz(active.y));
@@ -183,7 +183,8 @@ MSL_SHUFFLES(simd, _simd_size())
 MSL_SHUFFLES(quad, 4u)
 #undef MSL_SHUFFLES
 
-// Of the quad's active threads, by shuffles: clusters are not on every device.
+// Reductions over the active threads of a quad, by shuffles: not every device has clustered
+// operations.
 #define MSL_QUAD(name, join)                                                                       \
     template <class T> MSL_CONVERGENT T quad_##name(T x) {                                         \
         const uint active = _quad_ballot(true), self = _simd_lane() & 3;                           \

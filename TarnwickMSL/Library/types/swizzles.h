@@ -1,11 +1,11 @@
-// Swizzles of the vectors that are classes (bool and packed ones), as properties: no storage, and
-// nothing of them is read from the precompiled library until a program names one.
+// Swizzles of the vector classes (bool and packed vectors), as properties: they take no storage,
+// and Clang reads one from the precompiled library only if a program uses it.
 //
-// MSL_SWIZZLES_n(V) stands in a class of n lanes with `lane(i)` and `set_lane(i, value)`; V<m> is
-// the type of a swizzle of m lanes.
+// MSL_SWIZZLES_n(V) is for a class of n lanes with `lane(i)` and `set_lane(i, value)`; V<m> is the
+// type of a swizzle of m lanes.
 #pragma once
 
-// Lanes without a repetition, in all orders: only such swizzles can be assigned to.
+// Lanes without repetition, in all orders: only such swizzles can be assigned to.
 #define MSL_DISTINCT_01 ~, 1
 #define MSL_DISTINCT_02 ~, 1
 #define MSL_DISTINCT_03 ~, 1
@@ -67,7 +67,7 @@
 #define MSL_DISTINCT_3201 ~, 1
 #define MSL_DISTINCT_3210 ~, 1
 
-// 1 where the name is one of these, else 0.
+// 1 if the name is one of these, otherwise 0.
 #define MSL_IS_DISTINCT(...) MSL_SECOND(__VA_ARGS__, 0, ~)
 #define MSL_SECOND(a, b, ...) b
 
@@ -97,7 +97,7 @@
                 (lane(i), lane(j), lane(k), lane(l)),                                              \
                 (set_lane(i, v.x), set_lane(j, v.y), set_lane(k, v.z), set_lane(l, v.w)))
 
-// One step for each letter of a vector of n lanes; a name for each depth, since a macro cannot nest.
+// One macro for each letter of a swizzle, with a name for each depth, since a macro cannot nest.
 #define MSL_A_2(M, ...) M(__VA_ARGS__, x, 0) M(__VA_ARGS__, y, 1)
 #define MSL_A_3(M, ...) MSL_A_2(M, __VA_ARGS__) M(__VA_ARGS__, z, 2)
 #define MSL_A_4(M, ...) MSL_A_3(M, __VA_ARGS__) M(__VA_ARGS__, w, 3)

@@ -1,6 +1,6 @@
-// The shapes of textures, and the built-in calls on them that the SPIR-V writer knows by their
-// symbols. A call's coordinates end with the layer; those of single texels (`Place`) with the face
-// or layer.
+// The shapes of textures, and the built-in calls on them, which the SPIR-V writer knows by symbol.
+// Coordinates end with the layer; coordinates of single texels (`Place`) end with the face or the
+// layer.
 #pragma once
 
 #include "construct.h"
@@ -34,7 +34,7 @@ struct gradientcube {
 };
 enum class component { x, y, z, w };
 
-// Stand where a shape has no offsets, or no coordinates of ushort.
+// For shapes without offsets or without ushort coordinates.
 struct _no_offset {
     constexpr explicit _no_offset(int) {}
     MSL_INLINE operator int3() const { return int3(0); }
@@ -44,7 +44,7 @@ struct _no_place {
     operator uint() const;
 };
 
-// By what a texel's components are on the device.
+// By the component type of texels on the device.
 #define MSL_TEXEL_CALLS(shape, V, suffix, Place)                                                   \
     static V read(uint, Place, int) asm("msl.read." #shape "." suffix);                            \
     static void write(uint, Place, V, int) asm("msl.write." #shape "." suffix);
@@ -97,8 +97,9 @@ MSL_READ_CALLS(buffer, uint)
 #undef MSL_READ_CALLS_OF
 #undef MSL_READ_CALLS
 
-// The calls that know no component: sizes for all, levels of detail and comparisons for what is
-// sampled. `lod` takes no layer and gives the level that is accessed and the one computed.
+// The calls that do not depend on the component: sizes of all shapes, levels of detail and
+// comparisons of sampled shapes. `lod` takes no layer; it gives the accessed level and the computed
+// level.
 #define MSL_SIZES(shape)                                                                           \
     template <class C> using Calls = _calls_##shape<C>;                                            \
     static uint width(uint, int) asm("msl.width." #shape);                                         \
@@ -118,7 +119,7 @@ MSL_READ_CALLS(buffer, uint)
                                      Shift) asm("msl.sample_compare_grad." #shape);                \
     static float4 gather_compare(uint, ulong, Spot, float, Shift) asm("msl.gather_compare." #shape);
 
-// The level of detail that gradients, in texels, ask for (Vulkan 1.3, 16.5.6).
+// The level of detail for gradients in texels (Vulkan 1.3, 16.5.6).
 MSL_INLINE float _gradient_lod(float3 dx, float3 dy) {
     const float x = dx.x * dx.x + dx.y * dx.y + dx.z * dx.z;
     const float y = dy.x * dy.x + dy.y * dy.y + dy.z * dy.z;
@@ -130,8 +131,8 @@ MSL_INLINE float _gradient_lod(uint width, uint height, gradient2d g) {
                          float3{g.dPdy.x * x, g.dPdy.y * y, 0});
 }
 
-// How far a direction's place on its face moves, in texels: the largest component becomes 1, and
-// a face is 2 wide (Vulkan 1.3, 16.5.4).
+// The gradient of a direction's position on its face, in texels: the largest component becomes 1,
+// and a face is 2 wide (Vulkan 1.3, 16.5.4).
 MSL_INLINE float3 _on_face(float3 at, float3 change, float size) {
     const float3 far = __builtin_elementwise_abs(at);
     const float2 larger = far.x >= far.y ? float2{far.x, change.x * (at.x < 0 ? -1.0f : 1.0f)}
@@ -232,7 +233,7 @@ struct _shape_cube_array {
     MSL_SIZES(cube_array)
     MSL_SAMPLING(cube_array, float4, float3, int3)
     static MSL_INLINE uint3 place(uint2 at, uint face, uint layer) {
-        // A face that is none lies in no layer.
+        // An invalid face is in no layer.
         return uint3{at.x, at.y, face < 6 ? layer * 6 + face : 0xffffffff};
     }
     static MSL_INLINE float4 spot(float3 at, uint layer) {

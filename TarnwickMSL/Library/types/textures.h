@@ -1,6 +1,7 @@
 // Textures (Metal Shading Language 3.1, 2.9 and 6.12): a handle that the wrapper of each entry
-// point makes a constant. A class is a chain of what its shape and access allow, so that a member
-// that it lacks is not there; the parts know a shape S (texture_shapes.h) and what a texel is (K).
+// point makes a constant. A class derives from a chain of parts, one for each ability of its shape
+// and access, so that other members do not exist. The parts are templates over a shape S
+// (texture_shapes.h) and a texel K.
 #pragma once
 
 #include "compute.h"
@@ -8,7 +9,7 @@
 
 namespace metal {
 
-// Texels of T: the device's vectors of float, int or uint become T's.
+// Texels of T, converted from the device's vectors of float, int or uint.
 template <class T> struct _color {
     typedef vec<T, 4> Texel;
     typedef vec<T, 4> Gathered;
@@ -22,7 +23,7 @@ template <class T> struct _color {
         return __builtin_convertvector(v, vec<Component, 4>);
     }
 };
-// Depths are one component.
+// Texels of one component, a depth.
 template <class T> struct _depth {
     typedef T Texel;
     typedef vec<T, 4> Gathered;
@@ -32,7 +33,7 @@ template <class T> struct _depth {
 };
 template <class S, class K> using _calls = typename S::template Calls<typename K::Component>;
 
-// Sizes, and the handle.
+// The handle, and sizes.
 template <class S> struct _width {
     uint handle;
     MSL_INLINE uint get_width(uint lod = 0) const { return S::width(handle, int(lod)); }
@@ -58,7 +59,7 @@ template <class S> struct _only_width {
     MSL_INLINE uint get_width() const { return S::width(handle, 0); }
 };
 
-// Single texels. `Indices...` are the face and the layer of shapes that have them.
+// Access to single texels. `Indices...` are the face and the layer, if the shape has them.
 #define MSL_READS(parameters, arguments)                                                           \
     MSL_INLINE typename K::Texel read(typename S::TexelAt at parameters, uint lod = 0) const {     \
         return K::texel(_calls<S, K>::read(this->handle, S::place(at arguments), int(lod)));       \
@@ -108,8 +109,8 @@ template <class Base> struct _fenced : Base {
     }
 };
 
-// Sampling at every kind of level. A least level is no operand that all devices have: the level is
-// worked out here, and no lower one is asked for. `parameters` are the place and what follows it.
+// Sampling with every option for the level. Not all devices take a minimum level as an operand, so
+// the level is computed here and clamped. `parameters` are the coordinates and the options.
 #define MSL_SAMPLES(name, Result, result, call, parameters, arguments)                             \
     MSL_INLINE Result name(sampler s, typename S::At at parameters,                                \
                            typename S::Offset offset = typename S::Offset(0)) const {              \
@@ -181,7 +182,7 @@ template <class S, class K, class Base> struct _compare_layer : Base {
 };
 #undef MSL_SAMPLES
 
-// Of one dimension there are no levels to choose from.
+// One-dimensional textures have one level.
 template <class S, class K, class Base> struct _sample_1d : Base {
     MSL_INLINE typename K::Texel sample(sampler s, float at) const {
         return K::texel(_calls<S, K>::sample(this->handle, s.bits, S::spot(at), 0));
@@ -193,7 +194,8 @@ template <class S, class K, class Base> struct _sample_1d_layer : Base {
     }
 };
 
-// One component of the four texels around a place; a cube's have no offset, a depth's no choice.
+// One component of the four texels around a position. Cubes take no offset, depth textures no
+// choice of component.
 #define MSL_GATHER(parameters, arguments, offset, component)                                       \
     MSL_INLINE typename K::Gathered gather(sampler s, typename S::At at parameters) const {        \
         return K::gathered(                                                                        \
@@ -225,8 +227,7 @@ template <class S, class K, class Base> struct _gather_depth_layer : Base {
 #undef MSL_GATHER
 #undef MSL_COMMA
 
-// What each access allows. Shapes name their parts; a texture is read in all ways that it is
-// sampled in.
+// The members for each access. A sampled texture also has the members of a read one.
 template <access a, class Sampled, class Read, class Written, class Both>
 using _by_access =
     conditional_t<a == access::sample, Sampled,
@@ -240,7 +241,7 @@ template <class T> inline constexpr bool is_component =
     static_assert(is_component<T>,                                                                 \
                   "the component type of a texture is half, float, short, ushort, int or uint");
 
-// name, its shape, the parts: sizes, how it is sampled, read and written.
+// The name, the shape, and the parts for sizes, sampling, reading and writing.
 #define MSL_TEXTURE(name, S, Sizes, Sampled, Read, Write)                                          \
     template <class T, access a = access::sample>                                                  \
     struct name                                                                                    \
@@ -277,7 +278,7 @@ MSL_TEXTURE(texturecube_array, _shape_cube_array, _sizes_cube_array, _samples_cu
 #undef MSL_TEXTURE
 #undef MSL_ARRAY_SIZE
 
-// In place of the level stands the sample.
+// The sample takes the place of the level.
 template <class T, access a = access::read>
 struct texture2d_ms : _read<_shape_2d_ms, _color<T>, _sample_sizes<_shape_2d_ms>> {
     MSL_COMPONENT
@@ -322,7 +323,7 @@ struct depth2d_ms_array : _read_layer<_shape_2d_ms_array, _depth<T>, _sizes_2d_m
 };
 #undef MSL_COMPONENT
 
-// Uses of the usual ones, so that they are made here, once, and not in every program.
+// Instantiates the common types here, once, rather than in every program.
 template <class T> MSL_INLINE void _texture_used(texture2d<T> t, sampler s) {
     texture2d<T> copy = t;
     copy = t;

@@ -1,5 +1,5 @@
-// Traits of types (<metal_type_traits>, <metal_utility>), with the names and the meaning that C++17
-// gives them (ISO/IEC 14882:2017, 23.15 and 23.2).
+// Type traits (<metal_type_traits>, <metal_utility>), with the names and meanings of C++17 (ISO/IEC
+// 14882:2017, 23.15 and 23.2).
 #pragma once
 
 #include "scalars.h"
@@ -16,7 +16,7 @@ template <bool given> using bool_constant = integral_constant<bool, given>;
 typedef bool_constant<true> true_type;
 typedef bool_constant<false> false_type;
 
-// The compiler's own answers, as values and as types.
+// Clang's built-in traits, as values and as types.
 #define MSL_TRAIT(name, ...)                                                                       \
     template <class T> inline constexpr bool name##_v = __VA_ARGS__;                               \
     template <class T> struct name : bool_constant<__VA_ARGS__> {};

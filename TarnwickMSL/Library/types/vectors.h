@@ -1,6 +1,5 @@
-// Vector types (Metal Shading Language 3.1, 2.2): Clang's extended vectors, so that swizzles,
-// their assignment, splats and the arithmetic are the compiler's own. Vectors of bool are a class
-// (bool_vectors.h).
+// Vector types (Metal Shading Language 3.1, 2.2): Clang's extended vectors, which have swizzles,
+// their assignment, splats and arithmetic. Vectors of bool are a class (bool_vectors.h).
 #pragma once
 
 #include "scalars.h"
@@ -14,7 +13,7 @@
 MSL_ELEMENTS(MSL_VECTORS)
 #undef MSL_VECTORS
 
-// The types have their names in metal:: as well.
+// The types are in metal:: too.
 #define MSL_NAMES(T)                                                                               \
     using ::T##2;                                                                                  \
     using ::T##3;                                                                                  \
@@ -28,15 +27,15 @@ using ::int8_t, ::uint8_t, ::int16_t, ::uint16_t, ::int32_t, ::uint32_t, ::int64
 
 namespace metal {
 
-// Deducible: `template <class T, int N> T sum(vec<T, N>)`. vec<bool, N> is spelled bool_vector<N>;
-// the front end rewrites it.
+// Template arguments can be deduced from it: `template <class T, int N> T sum(vec<T, N>)`. The
+// front end rewrites vec<bool, N> to bool_vector<N>.
 template <class T, int N> using vec = T __attribute__((ext_vector_type(N)));
 
 template <int N> struct bool_vector;
 template <class T, int N> struct packed_vector;
 template <class T, int C, int R> struct matrix;
 
-// What a type is made of: `lanes_of` is 0 for what is neither scalar nor vector.
+// The element type and the number of lanes of a type; 0 lanes if it is neither scalar nor vector.
 template <class T> struct vector_traits {
     typedef T element;
     static constexpr int lanes = is_arithmetic_v<T> || is_enum_v<T> ? 1 : 0;

@@ -38,8 +38,8 @@ constexpr std::array words = {
     "vertex", "fragment", "kernel", "early_fragment_tests", "max_total_threads_per_threadgroup",
     "host_name"};
 
-// The tags, each as Clang's parser meets it: Metal's words in brackets, the token pass's own words
-// (msl_vertex ...) in GNU's form.
+// The spellings that Clang's parser accepts: Metal's words in double brackets, and the words of the
+// token pass (msl_vertex ...) in GNU's form.
 template <std::size_t... I> constexpr auto spellings(std::index_sequence<I...>) {
     return std::array{Spelling{ParsedAttr::AS_CXX11, words[I]}...,
                       Spelling{ParsedAttr::AS_GNU, "host_name"},
@@ -77,7 +77,7 @@ class MetalAttributeInfo : public ParsedAttrInfo {
     }
 
   private:
-    // Adds ":4" or ":name" to the tag.
+    // Appends ":4" or ":name" to the tag.
     static bool appendArgument(clang::Sema& sema, const ParsedAttr& attribute, std::string& tag) {
         llvm::StringRef word = attribute.getAttrName()->getName();
         if (attribute.isArgIdent(0)) {

@@ -1,5 +1,5 @@
-// Metal's attributes (`[[buffer(0)]]`, `[[stage_in]]`, `[[position]]`...), kept on Clang's
-// declarations as tags that start with "msl:".
+// Metal's attributes (`[[buffer(0)]]`, `[[stage_in]]`, `[[position]]`...). Clang's declarations
+// keep them as tags that begin with "msl:".
 #pragma once
 
 #include <cstdint>
@@ -13,17 +13,18 @@ class Decl;
 
 namespace tarnwick::msl {
 
-// Makes Clang know the attributes. Before the first parse of the process; again does nothing.
+// Registers the attributes with Clang. Required before the first parse of the process; later calls
+// do nothing.
 void registerAttributes();
 
 struct MetalAttribute {
     std::string word;        // "buffer", "position", "msl_fragment", ...
-    std::uint32_t index = 0; // its number, where it has one
+    std::uint32_t index = 0; // the number in parentheses, if hasIndex
     bool hasIndex = false;
-    std::string text; // its word in parentheses: user(locn0)
+    std::string text; // the word in parentheses: "locn0" of user(locn0)
 };
 
-// Those of one declaration, in the order written.
+// The attributes of one declaration, in source order.
 std::vector<MetalAttribute> metalAttributes(const clang::Decl& declaration);
 
 std::optional<MetalAttribute> metalAttribute(const clang::Decl& declaration,

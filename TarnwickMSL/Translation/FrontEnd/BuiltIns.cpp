@@ -17,7 +17,7 @@ static constexpr std::array words{
     BuiltInWord{.word = "base_vertex", .isVertexInput = true},
     BuiltInWord{.word = "base_instance", .isVertexInput = true},
     BuiltInWord{.word = "position", .element = Element::float_, .mostLanes = 4, .isFragmentInput = true, .isVertexResult = true},
-    // A record is often the vertex function's result and the fragment function's input; there it is 0.
+    // Vertex results often serve as fragment input; point_size is 0 there.
     BuiltInWord{.word = "point_size", .element = Element::float_, .isFragmentInput = true, .isVertexResult = true},
     BuiltInWord{.word = "clip_distance", .element = Element::float_, .isFragmentInput = true, .isVertexResult = true},
     BuiltInWord{.word = "render_target_array_index", .isFragmentInput = true, .isVertexResult = true},

@@ -1,4 +1,4 @@
-// The attributes of values that a stage takes or gives: where each may stand, and on what types.
+// The attributes of the values that a stage takes or returns: the stages and the types of each.
 #pragma once
 
 #include "TarnwickMSL/Translation/Signature.h"
@@ -14,7 +14,7 @@ struct BuiltInWord {
 
     std::string_view word;
     Element element = Element::unsigned_;
-    std::uint32_t mostLanes = 1; // fewer are taken of a kernel's positions and sizes alone
+    std::uint32_t mostLanes = 1; // a kernel's positions and sizes may have fewer
     bool isVertexInput = false, isFragmentInput = false, isKernelInput = false;
     bool isVertexResult = false, isFragmentResult = false;
 
@@ -26,14 +26,14 @@ struct BuiltInWord {
     bool isResultOf(Stage stage) const {
         return stage == Stage::vertex ? isVertexResult : isFragmentResult;
     }
-    // Whether a value of that shape may have the attribute.
+    // Whether the attribute is valid for a value of that scalar and width.
     bool takes(const StageValue& value) const;
 };
 
 // "vertex", "fragment" or "kernel".
 std::string_view stageName(Stage stage);
 
-// Null for other words.
+// Null if the word is no built-in value.
 const BuiltInWord* builtInWord(std::string_view word);
 
 } // namespace tarnwick::msl

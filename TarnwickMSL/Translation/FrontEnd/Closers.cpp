@@ -17,16 +17,16 @@ using clang::Token;
 
 class Lists {
   public:
-    // Looks at the tokens in their order; gives how many lists the token may end.
+    // Call with each token in order. Returns the number of argument lists that the token may close.
     unsigned closedBy(const Token& token, const Token& before);
 
   private:
     struct Open {
-        unsigned lists = 0, ofHeaders = 0; // of them, in template<...>
+        unsigned lists = 0, ofHeaders = 0; // `ofHeaders` of the `lists` are in template<...>
     };
     Open open;
-    llvm::SmallVector<Open, 16> outer; // around the parentheses and brackets that are open
-    llvm::SmallPtrSet<const IdentifierInfo*, 16> templates; // the program's own
+    llvm::SmallVector<Open, 16> outer; // the states outside the open parentheses and brackets
+    llvm::SmallPtrSet<const IdentifierInfo*, 16> templates; // declared in the program
     bool isAfterHeader = false;
 
     void learn(const Token& token, const Token& before);

@@ -1,4 +1,4 @@
-// The `>>` that end two lists of template arguments at once.
+// Splits `>>` that closes two lists of template arguments.
 #pragma once
 
 #include <vector>
@@ -9,8 +9,8 @@ class Token;
 
 namespace tarnwick::msl {
 
-// Makes two `>` of each, where a list of vec, array, a template of the program's own, a static_cast
-// or a template's parameters is open, so that each of them ends one list.
+// Replaces `>>` by two `>` where a list of template arguments or parameters is open: of vec, array,
+// static_cast or a template that the program declares.
 void partClosers(std::vector<clang::Token>& tokens);
 
 } // namespace tarnwick::msl

@@ -9,7 +9,7 @@
 
 namespace tarnwick::msl {
 
-// The library's other headers: all of it comes with metal_stdlib.
+// The other headers of the standard library. Each includes metal_stdlib, which has everything.
 static constexpr const char* otherHeaders[] = {
     "metal_math",        "metal_common",    "metal_geometric",       "metal_relational",
     "metal_integer",     "metal_matrix",    "metal_texture",         "metal_atomic",
@@ -57,7 +57,7 @@ std::vector<const char*> compilerOptions() {
             "-freciprocal-math",
             "-fapprox-func",
             "-ffp-contract=fast",
-            "-fexperimental-strict-floating-point", // else float_control is ignored here
+            "-fexperimental-strict-floating-point", // otherwise Clang ignores float_control
             "-fgnuc-version=0",
             "-fpreserve-vec3-type",
             "-fpch-instantiate-templates",

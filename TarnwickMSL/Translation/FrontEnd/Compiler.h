@@ -1,4 +1,4 @@
-// Clang, set up for this language: its options, the files that it sees, its messages.
+// Clang with this language's options, files and messages.
 #pragma once
 
 #include "TarnwickMSL/Translation/FrontEnd/Messages.h"
@@ -17,14 +17,14 @@ namespace tarnwick::msl {
 
 using FileSystem = llvm::IntrusiveRefCntPtr<llvm::vfs::InMemoryFileSystem>;
 
-// The file that includes the whole library, and the name of its precompiled form.
+// The header that includes the whole library, and the name of its precompiled form.
 inline constexpr const char* prefixFile = "/metal/prefix.h";
 inline constexpr const char* precompiledFile = "/metal/metal.pch";
 
 // The library's files in memory. `precompiled` is not copied.
 FileSystem fileSystem(std::string_view precompiled = {});
 
-// The same for the library and the programs, as a precompiled header requires.
+// One list for the library and the programs: a precompiled header requires equal options.
 std::vector<const char*> compilerOptions();
 
 // One run of Clang over one input.

@@ -1,4 +1,4 @@
-// The part of the pass over the tokens that makes constructors of vectors what C++ can parse.
+// Constructors of vectors in the token pass: rewrites them to calls that C++ can parse.
 #include "TarnwickMSL/Translation/FrontEnd/TokenPass.h"
 
 #include <llvm/ADT/STLExtras.h>
@@ -10,7 +10,7 @@ namespace tarnwick::msl {
 
 namespace {
 
-// Names are compared as text: asking for a word of the library's would read what it stands for.
+// Compares text: looking up an identifier of the library would deserialise its declaration.
 bool isVectorName(llvm::StringRef name) {
     if (name.size() < 4 || name.back() < '2' || name.back() > '4')
         return false;
@@ -19,7 +19,8 @@ bool isVectorName(llvm::StringRef name) {
         name.drop_back(1));
 }
 
-// Whether msl_NAME makes it, rather than the template.
+// Whether the library has a function msl_NAME (types/constructors.h). Otherwise msl_make<NAME> is
+// called.
 bool hasMaker(llvm::StringRef name) {
     return isVectorName(name) &&
            llvm::is_contained({"int", "uint", "half", "float"}, name.drop_back(1));
@@ -66,7 +67,7 @@ std::optional<TokenPass::WrittenType> TokenPass::writtenType(std::size_t i) cons
     return WrittenType{{first, type->end}, end};
 }
 
-// The names in `template <typename T, class U, int N>`: what they stand for may be a vector.
+// Learns the names in `template <typename T, class U, int N>`: each may be a vector type.
 void TokenPass::learnTemplateParameters(std::size_t i) {
     if (!is(i + 1, tok::less))
         return;
@@ -80,7 +81,7 @@ void TokenPass::learnTemplateParameters(std::size_t i) {
     }
 }
 
-// Whether the token can end a type.
+// Whether the token can be the last of a type.
 bool TokenPass::endsType(const Token& token) {
     return !isAddressSpace(token) &&
            token.isOneOf(tok::identifier, tok::kw_float, tok::kw_half, tok::kw_int,
@@ -88,8 +89,8 @@ bool TokenPass::endsType(const Token& token) {
                          tok::kw_auto, tok::kw_void);
 }
 
-// Whether the name at i, which is a type's elsewhere, is declared as something else here: after a
-// type.
+// Whether the name at i, elsewhere the name of a type, is declared here as a variable or function:
+// it follows a type.
 bool TokenPass::declaresName(std::size_t i) const {
     if (i == 0 || i + 1 >= tokens.size() || !is(i, tok::identifier) ||
         !names.isKnown(tokens[i].getIdentifierInfo()))
@@ -104,7 +105,7 @@ void TokenPass::learnName(std::size_t i) {
         names.declare(tokens[i].getIdentifierInfo(), NameKind::other, i, scopes.nameEnd(i));
 }
 
-// `using Color = float4;` and `typedef float4 Color;` (also of a template's parameter).
+// Learns `using Color = float4;` and `typedef float4 Color;`, also of a template's parameter.
 void TokenPass::learnAlias(std::size_t i) {
     if (is(i, tok::kw_using) && is(i + 1, tok::identifier) && is(i + 2, tok::equal)) {
         std::size_t at = i + 3;
@@ -114,7 +115,7 @@ void TokenPass::learnAlias(std::size_t i) {
             names.declare(tokens[i + 1].getIdentifierInfo(),
                           i > 0 && is(i - 1, tok::greater) ? NameKind::template_ : NameKind::type,
                           i + 1, scopes.nameEnd(i));
-        else // of another type
+        else // not of a vector type
             names.declare(tokens[i + 1].getIdentifierInfo(), NameKind::other, i + 1,
                           scopes.nameEnd(i));
     } else if (is(i, tok::kw_typedef)) {
@@ -128,15 +129,15 @@ void TokenPass::learnAlias(std::size_t i) {
     }
 }
 
-// `v.xy *= m` becomes `v.xy = v.xy * (m)`: no function can take the lanes to change them, and m may
-// be a matrix.
+// Rewrites `v.xy *= m` to `v.xy = v.xy * (m)`: a function cannot take a swizzle by reference, and m
+// may be a matrix.
 void TokenPass::swizzleTimes(std::size_t i) {
     if (i < 3 || !is(i - 2, tok::period) || !is(i - 1, tok::identifier))
         return;
     const llvm::StringRef lanes = tokens[i - 1].getIdentifierInfo()->getName();
     if (lanes.size() < 2 || lanes.find_first_not_of("xyzwrgba") != llvm::StringRef::npos)
         return;
-    std::size_t first = i - 2; // of what the lanes are of
+    std::size_t first = i - 2; // the first token of the vector's expression
     for (bool wantsName = true; first > 0;) {
         const std::size_t before = first - 1;
         if (wantsName && (is(before, tok::r_square) || is(before, tok::r_paren)))
@@ -182,8 +183,7 @@ void TokenPass::openMake(std::vector<Token>& to, TypeSpan span, SourceLocation a
     append(to, ">", at);
 }
 
-// Whether what stands in the braces holds braces of its own, or names its members: then it is left
-// to the language's own initialisation.
+// Whether the braces contain nested braces or designators. C++ initialises such lists itself.
 bool TokenPass::hasNestedBraces(std::size_t open) const {
     const std::size_t close = scopes.match(open);
     if (is(open + 1, tok::period))
@@ -207,7 +207,7 @@ bool TokenPass::hasComma(std::size_t open) const {
     return false;
 }
 
-// Where a name begins with the namespaces before it.
+// The first token of the qualified name that ends at `first`.
 std::size_t TokenPass::qualifiedFirst(std::size_t first) const {
     while (first >= 1 && is(first - 1, tok::coloncolon)) {
         --first;
@@ -217,7 +217,7 @@ std::size_t TokenPass::qualifiedFirst(std::size_t first) const {
     return first;
 }
 
-// Whether a `(` or `{` behind the type at i is no value's: `-> metal::float3 {`.
+// Whether the `(` or `{` after the type at i constructs no value: `-> metal::float3 {`.
 bool TokenPass::isNoValue(std::size_t i) const {
     const std::size_t first = qualifiedFirst(i);
     return first > 0 && (tokens[first - 1].isOneOf(tok::kw_operator, tok::arrow, tok::kw_class,
@@ -225,8 +225,8 @@ bool TokenPass::isNoValue(std::size_t i) const {
                          is(i - 1, tok::kw_typename));
 }
 
-// `float4(...)` and `float4{...}`: the type goes into msl_make's argument, with the names before
-// it.
+// Rewrites `float4(...)` and `float4{...}`. The type with its namespaces becomes the argument of
+// msl_make.
 void TokenPass::callMake(std::size_t i, TypeSpan span, std::size_t open) {
     std::size_t first = qualifiedFirst(span.first);
     if (first > 0 && is(first - 1, tok::kw_typename))
@@ -239,7 +239,7 @@ void TokenPass::callMake(std::size_t i, TypeSpan span, std::size_t open) {
     }
 }
 
-// `name(...)`, `name{...}` and `name = {...}` after a constructed type.
+// Rewrites `name(...)`, `name{...}` and `name = {...}` after a vector type.
 void TokenPass::initialise(TypeSpan span, std::size_t open, bool needsEquals) {
     if (is(open, tok::l_brace) && hasNestedBraces(open))
         return;
@@ -256,7 +256,8 @@ void TokenPass::initialise(TypeSpan span, std::size_t open, bool needsEquals) {
     }
 }
 
-// `name[2] = {{v2, 1}, ...}`: the braces that stand as deep as there are dimensions make vectors.
+// Rewrites `name[2] = {{v2, 1}, ...}`: the innermost braces, by the number of dimensions, make
+// vectors.
 void TokenPass::initialiseArray(TypeSpan span, std::size_t open, unsigned dimensions) {
     for (std::size_t i = open + 1; i < scopes.match(open); ++i) {
         const bool isElement = is(i, tok::l_brace) && (i == open + 1 || is(i - 1, tok::comma));
@@ -269,7 +270,7 @@ void TokenPass::initialiseArray(TypeSpan span, std::size_t open, unsigned dimens
     }
 }
 
-// Whether `(` opens a value's arguments rather than a function's parameters.
+// Whether `(` opens the arguments of a constructor rather than the parameters of a function.
 bool TokenPass::looksLikeArguments(std::size_t open) const {
     if (is(open + 1, tok::r_paren) || !is(scopes.match(open) + 1, tok::semi))
         return false;
@@ -305,7 +306,7 @@ void TokenPass::declarators(TypeSpan span, std::size_t name) {
             if (is(next, tok::l_brace))
                 initialiseArray(span, next, dimensions);
         }
-        // On to the next declarator, past this one's initialiser.
+        // Skip the initialiser, to the next declarator.
         while (next < tokens.size() && !is(next, tok::comma) && !is(next, tok::semi)) {
             if (is(next, tok::r_paren) || is(next, tok::r_brace) || is(next, tok::eof))
                 return;
@@ -333,7 +334,7 @@ bool TokenPass::beginsOperand(std::size_t i) const {
                          tok::kw_long, tok::kw_decltype);
 }
 
-// Where a unary expression ends that begins at i.
+// The token after the unary expression that begins at i.
 std::size_t TokenPass::unaryEnd(std::size_t i) const {
     while (i < tokens.size() &&
            tokens[i].isOneOf(tok::minus, tok::plus, tok::exclaim, tok::tilde, tok::star, tok::amp,
@@ -342,7 +343,7 @@ std::size_t TokenPass::unaryEnd(std::size_t i) const {
     if (is(i, tok::l_paren)) {
         i = scopes.match(i) + 1;
         if (is(i, tok::identifier) || is(i, tok::numeric_constant) || is(i, tok::l_paren))
-            return unaryEnd(i); // a cast of its own
+            return unaryEnd(i); // another cast
     } else {
         ++i;
         while (is(i, tok::coloncolon))
@@ -362,7 +363,7 @@ std::size_t TokenPass::unaryEnd(std::size_t i) const {
     }
 }
 
-// `(float3)x`.
+// Rewrites `(float3)x`.
 void TokenPass::cast(std::size_t open) {
     const auto type = writtenType(open + 1);
     if (!type || !is(type->end, tok::r_paren) || !beginsOperand(type->end + 1))
@@ -378,7 +379,7 @@ void TokenPass::cast(std::size_t open) {
     append(edits[end - 1].after, ")", tokens[end - 1].getLocation());
 }
 
-// `static_cast<float3>(x)`.
+// Rewrites `static_cast<float3>(x)`.
 void TokenPass::staticCast(std::size_t i) {
     const auto type = is(i + 1, tok::less) ? writtenType(i + 2) : std::nullopt;
     if (!type || !is(type->end, tok::greater))
@@ -387,7 +388,7 @@ void TokenPass::staticCast(std::size_t i) {
     dropRange(i, type->end + 1);
 }
 
-// What stands at a constructed type's name decides what it is; gives the next token to look at.
+// Rewrites the construct that begins with the vector type at i. Returns the next token to visit.
 std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
     if (isBoolVector(i)) {
         append(edits[i].after, "bool_vector", tokens[i].getLocation());
@@ -403,7 +404,7 @@ std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
     if (opens && !isNoValue(i)) {
         if (scopes.kindAt(i) == ScopeKind::type && scopes.parenDepthAt(i) == 0 &&
             is(span.end, tok::l_paren) && !scopes.isInitialiser(i))
-            return span.end; // a class's own constructor
+            return span.end; // a constructor of the class
         if (!(is(span.end, tok::l_brace) && hasNestedBraces(span.end)))
             callMake(i, span, span.end);
     } else {
@@ -416,7 +417,7 @@ std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
     return span.end;
 }
 
-// Outside of the record, `S::S() : a(x, y)`, its members are told by their names alone.
+// `S::S() : a(x, y)` outside the record: only the member's name is known.
 bool TokenPass::isVectorMember(std::size_t name) const {
     const IdentifierInfo* word = tokens[name].getIdentifierInfo();
     return scopes.kindAt(name) == ScopeKind::type
@@ -424,7 +425,7 @@ bool TokenPass::isVectorMember(std::size_t name) const {
                : vectorMemberNames.contains(word);
 }
 
-// `S(...) : a(x, y), b{z} { ... }`, for members that are vectors.
+// Rewrites `S(...) : a(x, y), b{z} { ... }` for the members that are vectors.
 void TokenPass::memberInitialisers(std::size_t colon) {
     std::size_t i = colon + 1;
     while (is(i, tok::identifier)) {

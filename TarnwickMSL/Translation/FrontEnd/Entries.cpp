@@ -28,7 +28,7 @@ namespace {
 
 using clang::QualType;
 
-// Whether a texture or a sampler stands somewhere in the record.
+// Whether the record or a member of it holds a texture or a sampler.
 bool holdsResources(QualType type) {
     type = type->getBaseElementTypeUnsafe()->getCanonicalTypeInternal();
     const auto* record = type->getAsCXXRecordDecl();
@@ -194,7 +194,7 @@ bool EntryReader::readBuiltIn(const clang::ParmVarDecl& parameter, EntrySignatur
 void EntryReader::readArgument(const clang::ParmVarDecl& parameter, EntrySignature& signature) {
     Argument argument;
     argument.name = parameter.getName().str();
-    argument.index = ~0u; // numbered below where the source does not say
+    argument.index = ~0u; // no index in the source: numberResources assigns one
     for (const char* word : {"buffer", "texture", "sampler", "threadgroup"})
         if (auto attribute = metalAttribute(parameter, word); attribute && attribute->hasIndex)
             argument.index = attribute->index;
@@ -220,14 +220,14 @@ void EntryReader::readArgument(const clang::ParmVarDecl& parameter, EntrySignatu
     signature.arguments.push_back(std::move(argument));
 }
 
-// What an encoder has places for at each stage.
+// The number of indices that an encoder has for the kind.
 static std::uint32_t mostOf(ArgumentKind kind) {
     return kind == ArgumentKind::sampler   ? mostSamplers
            : kind == ArgumentKind::texture ? mostTextures
                                            : 31;
 }
 
-// Two arguments of one kind may not have one index, nor one that is not there.
+// Reports indices that two arguments of one kind share, and indices out of range.
 void EntryReader::reportSharedIndices(const clang::FunctionDecl& function,
                                       const EntrySignature& signature) {
     std::map<std::pair<ArgumentKind, std::uint32_t>, llvm::StringRef> known;
@@ -247,7 +247,7 @@ void EntryReader::reportSharedIndices(const clang::FunctionDecl& function,
     }
 }
 
-// Gives arguments without an index the lowest free one of their kind, in order.
+// Assigns the lowest free index of its kind to each argument without one, in order.
 void EntryReader::numberResources(EntrySignature& signature) {
     for (Argument& argument : signature.arguments) {
         if (argument.index != ~0u)

@@ -1,4 +1,4 @@
-// From the declarations of a program's entry points to their signatures.
+// Reads the signatures of a program's entry points from their declarations.
 #pragma once
 
 #include "TarnwickMSL/Translation/Signature.h"
@@ -14,18 +14,18 @@ class FunctionDecl;
 
 namespace tarnwick::msl {
 
-// An entry point's declaration and what was read from it.
+// An entry point's declaration and its signature.
 struct Entry {
     const clang::FunctionDecl* function = nullptr;
     EntrySignature signature;
 };
 
-// The entry points among a program's declarations, in source order. What their arguments and
-// results may not be is reported to the context's diagnostics.
+// The entry points among a program's declarations, in source order. Invalid arguments and results
+// are reported to the context's diagnostics.
 std::vector<Entry> readEntries(clang::ASTContext& context,
                                const std::vector<clang::Decl*>& program);
 
-// Fills in what only the code generator knows: symbols and the pointees' LLVM types.
+// Adds the symbols and the LLVM types of pointees, which only the code generator knows.
 void completeEntries(std::vector<Entry>& entries, clang::CodeGenerator& generator);
 
 } // namespace tarnwick::msl

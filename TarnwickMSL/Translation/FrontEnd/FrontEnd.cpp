@@ -22,7 +22,7 @@
 namespace tarnwick::msl {
 namespace {
 
-// Keeps the program's declarations until all are parsed and checked, then generates their code.
+// Collects the program's declarations; after the checks of the whole program it generates code.
 class ProgramConsumer : public clang::ASTConsumer {
   public:
     ProgramConsumer(clang::CompilerInstance& instance, llvm::LLVMContext& context, Parsed& parsed,
@@ -35,8 +35,7 @@ class ProgramConsumer : public clang::ASTConsumer {
 
     void Initialize(clang::ASTContext& context) override { generator->Initialize(context); }
     bool HandleTopLevelDecl(clang::DeclGroupRef group) override {
-        // A library function that only the generated code of another one names is read from the
-        // precompiled library then.
+        // While code is generated, Clang reads more library functions from the precompiled header.
         if (isGenerating)
             return generator->HandleTopLevelDecl(group);
         groups.push_back(group);
@@ -106,7 +105,7 @@ void ProgramConsumer::HandleTranslationUnit(clang::ASTContext& context) {
         parsed.entries.push_back(std::move(entry.signature));
 }
 
-// Only entry points are seen from outside.
+// Gives all symbols but the entry points internal linkage.
 void ProgramConsumer::hideInternals(const std::vector<Entry>& entries) {
     for (llvm::Function& function : *parsed.module) {
         if (function.isDeclaration())
@@ -143,7 +142,7 @@ class ProgramAction : public clang::ASTFrontendAction {
     llvm::StringRef moreWarningsIn;
 };
 
-// Clang's own order of parsing, with the pass over the tokens before it.
+// Parses as clang::ParseAST does, but on the tokens of the token pass.
 void ProgramAction::ExecuteAction() {
     clang::CompilerInstance& instance = getCompilerInstance();
     instance.createSema(clang::TU_Complete, nullptr);
@@ -157,7 +156,7 @@ void ProgramAction::ExecuteAction() {
     const std::vector<clang::Token> tokens = programTokens(preprocessor);
     preprocessor.EnterTokenStream(tokens, true, false);
     parser.Initialize();
-    // Lets ++ and -- take vectors; set only now, so that none of that dialect's words are known.
+    // ZVector lets ++ and -- take vectors. Set after lexing, so that its keywords stay unknown.
     instance.getLangOpts().ZVector = 1;
     clang::Parser::DeclGroupPtrTy group;
     clang::Sema::ModuleImportState state;
@@ -175,7 +174,7 @@ void ProgramAction::ExecuteAction() {
 Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVMContext& context,
              const ParseOptions& options) {
     Parsed parsed;
-    const std::string text(source); // ends in a zero, as Clang's lexer wants
+    const std::string text(source); // zero-terminated, as Clang's lexer requires
     {
         Compiler compiler(Compiler::Work::program, *static_cast<FileSystem*>(library.files_.get()),
                           parsed.messages, options.moreWarningsIn);

@@ -1,4 +1,4 @@
-// The standard library's files, as text that the build put into the program.
+// The text of the standard library's files. The build generates the source, LibraryText.cpp.
 #pragma once
 
 #include <span>
@@ -7,13 +7,13 @@
 namespace tarnwick::msl {
 
 struct LibraryFile {
-    std::string_view name; // from the library's root: "metal_stdlib", "types/vectors.h"
+    std::string_view name; // relative to TarnwickMSL/Library: "types/vectors.h"
     std::string_view text; // zero-terminated
 };
 
 std::span<const LibraryFile> libraryFiles();
 
-// Where the library's files stand in the compiler's own file system.
+// The folder of the library's files in the compiler's in-memory file system.
 inline constexpr std::string_view libraryFolder = "/metal/";
 
 inline bool isLibraryFile(std::string_view path) {

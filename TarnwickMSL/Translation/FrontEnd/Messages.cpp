@@ -11,13 +11,13 @@ namespace tarnwick::msl {
 
 using Level = clang::DiagnosticsEngine::Level;
 
-// Errors end at 20 by themselves; warnings (about the bytes of a file that is no text) do not.
+// Clang stops after 20 errors; warnings have no limit (-ferror-limit).
 constexpr unsigned mostMessages = 200;
 
 void Messages::BeginSourceFile(const clang::LangOptions& language,
                                const clang::Preprocessor* preprocessor) {
     options = new clang::DiagnosticOptions;
-    options->ShowPresumedLoc = 1; // the names that #line gives
+    options->ShowPresumedLoc = 1; // files and lines by #line
     options->ShowCarets = 1;
     text = std::make_unique<clang::TextDiagnostic>(out, language, options.get(), preprocessor);
 }
@@ -34,8 +34,8 @@ void Messages::flushWithheld() {
     withheld.clear();
 }
 
-// A constructor of a vector that fits nothing is a call of msl_float4 that fits nothing
-// (Library/types/constructors.h).
+// An invalid constructor of float4 is an invalid call of msl_float4 (Library/types/constructors.h).
+// Rewrites the message.
 static void nameConstructor(llvm::SmallString<256>& message) {
     const auto [before, from] = message.str().split("'msl_");
     const llvm::StringRef type = from.split('\'').first;
@@ -48,8 +48,8 @@ static void nameConstructor(llvm::SmallString<256>& message) {
     message = text;
 }
 
-// Vectors that are classes have no way to set such a swizzle (Library/types/swizzles.h); of the
-// others Clang says so itself.
+// Vectors that are classes declare no setter for swizzles with repeated components
+// (Library/types/swizzles.h). Rewrites Clang's message to the message for other vectors.
 static void nameAssignment(llvm::SmallString<256>& message) {
     if (message.str().starts_with("no setter defined for property '"))
         message = "vector is not assignable (contains duplicate components)";
@@ -60,7 +60,7 @@ static void replaceAll(std::string& text, const std::string& from, const std::st
         text.replace(at, from.size(), to);
 }
 
-// A name that Clang does not know because it is not there.
+// Rewrites "unknown name" where Metal has the name and this platform does not.
 static void nameMissing(llvm::SmallString<256>& message) {
     const llvm::StringRef text = message;
     if (!text.starts_with("unknown type name '") && !text.starts_with("no template named '") &&
@@ -72,7 +72,7 @@ static void nameMissing(llvm::SmallString<256>& message) {
         message = missing("'" + name + "'");
 }
 
-// Whether a name of the library's own was suggested for an unknown one, which is left out then.
+// Removes the suggestion of an internal name of the library. Returns whether there was one.
 static bool cutInternalSuggestion(llvm::SmallString<256>& message) {
     for (const llvm::StringRef suggestion : {"; did you mean '_", "; did you mean 'msl_"})
         if (const std::size_t at = message.str().find(suggestion); at != llvm::StringRef::npos) {
@@ -82,7 +82,7 @@ static bool cutInternalSuggestion(llvm::SmallString<256>& message) {
     return false;
 }
 
-// Vectors by Metal's names, where Clang has no other than their attribute. Comparisons give masks
+// Replaces Clang's spelling of vector types, an attribute, by Metal's names. Comparisons give masks
 // of int; in Metal they are vectors of bool.
 static void nameVectors(llvm::SmallString<256>& message) {
     static constexpr std::pair<const char*, const char*> elements[] = {{"unsigned char", "uchar"},
@@ -109,7 +109,7 @@ static void nameVectors(llvm::SmallString<256>& message) {
     message = text;
 }
 
-// Textures by the names that their components have in Metal.
+// Replaces the component types of textures by Metal's names.
 static void nameTextures(llvm::SmallString<256>& message) {
     if (!message.str().contains("metal::texture"))
         return;
@@ -119,7 +119,7 @@ static void nameTextures(llvm::SmallString<256>& message) {
     message = text;
 }
 
-// A check of the library's own is told in its words alone.
+// A failed static_assert of the library: its text alone.
 static llvm::StringRef withoutRequirement(llvm::StringRef message) {
     const bool isAssertion = message.starts_with("static assertion failed");
     return isAssertion && message.contains("': ") ? message.split("': ").second : message;
@@ -141,7 +141,7 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
         return;
     DiagnosticConsumer::HandleDiagnostic(level, diagnostic); // counts
     if (level == Level::Fatal)
-        level = Level::Error; // who reads the messages looks for "error:" after the place
+        level = Level::Error; // readers of the messages expect "error:" after the place
     if (++given > mostMessages)
         return;
     llvm::SmallString<256> message;

@@ -1,4 +1,4 @@
-// The compiler's text as users see it: Clang's own, but never about the standard library's insides.
+// Clang's messages as users see them, without the internals of the standard library.
 #pragma once
 
 #include <clang/Basic/Diagnostic.h>
@@ -10,13 +10,13 @@
 
 namespace tarnwick::msl {
 
-// Prints each message with its excerpt and caret. What is reported inside the library (an error in
-// the body of one of its templates) is told at the user's line that asked for it; notes that point
-// into the library are left out.
+// Prints each message with the source line and a caret. A message inside the library (an error in
+// the body of a template) is printed at the line of the program that uses it. Notes inside the
+// library are left out.
 class Messages : public clang::DiagnosticConsumer {
   public:
     enum class About { program, library };
-    // Where `warningsIn` is not empty, warnings are given for the text of that name (#line) alone.
+    // If `warningsIn` is not empty, prints warnings only for the file of that name (#line).
     Messages(llvm::raw_ostream& out, About about, std::string warningsIn = {})
         : out(out), about(about), warningsIn(std::move(warningsIn)) {}
 
@@ -30,11 +30,11 @@ class Messages : public clang::DiagnosticConsumer {
     llvm::raw_ostream& out;
     About about;
     std::string warningsIn;
-    bool isSilent = false; // what the last message was: its notes are left out with it
+    bool isSilent = false; // whether the last message was left out; its notes are left out too
     llvm::IntrusiveRefCntPtr<clang::DiagnosticOptions> options;
     std::unique_ptr<clang::TextDiagnostic> text;
     unsigned given = 0;
-    std::string withheld; // a message whose place in the program is not known yet
+    std::string withheld; // a message that waits for its place in the program
     clang::DiagnosticsEngine::Level withheldLevel = clang::DiagnosticsEngine::Ignored;
 
     void flushWithheld();

@@ -1,5 +1,5 @@
-// What the language has on other platforms and this compiler has not: named so that programs which
-// ask for it are told so, rather than that the word is unknown.
+// Names and attributes of the language that this compiler does not support. Programs that use one
+// get a message that says so, rather than "unknown name".
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@ namespace tarnwick::msl {
 bool isMissingAttribute(std::string_view word);
 bool isMissingName(std::string_view name);
 
-// The whole sentence about a name or an attribute.
+// The message about a name or an attribute.
 std::string missing(std::string_view what);
 
 } // namespace tarnwick::msl

@@ -1,5 +1,5 @@
-// Functions that differ in address spaces alone. C++ sees one function there, so of several that
-// say the same the first stays; where they say different things Clang reports the second.
+// Functions that differ only in address spaces. For C++ they have one signature. If their bodies
+// are equal, the first is kept; otherwise Clang reports a redefinition.
 
 #include "TarnwickMSL/Translation/FrontEnd/TokenPass.h"
 
@@ -11,12 +11,12 @@ namespace tarnwick::msl {
 
 namespace {
 
-// A function's tokens: [first, body) is its head, [body, end) its braces.
+// The tokens of a function: [first, body) is the declaration, [body, end) the body.
 struct Definition {
     std::size_t scope = 0, first = 0, body = 0, end = 0;
 };
 
-// The tokens of a range, address spaces aside.
+// The tokens of a range without address spaces.
 class Plain {
   public:
     Plain(llvm::ArrayRef<Token> tokens, std::size_t first, std::size_t end) {
@@ -59,7 +59,8 @@ class Plain {
 } // namespace
 
 void TokenPass::repeatedFunctions() {
-    llvm::DenseMap<std::size_t, llvm::SmallVector<Definition, 1>> known; // by their heads' hash
+    llvm::DenseMap<std::size_t, llvm::SmallVector<Definition, 1>>
+        known; // by the hash of the declaration
     llvm::SmallVector<std::size_t, 8> open{0};
     std::size_t first = 0;
     auto settle = [&](const Definition& found) {

@@ -92,7 +92,7 @@ bool RuleChecker::VisitCallExpr(clang::CallExpr* call) {
     return true;
 }
 
-// More than a device's thread has in registers and spilled; drivers crash on arrays of megabytes.
+// More than the registers and the spill memory of a thread. Drivers crash on arrays of megabytes.
 static constexpr std::uint64_t localBytes = 262144;
 
 void RuleChecker::checkSize(const clang::VarDecl& variable) {
@@ -101,7 +101,7 @@ void RuleChecker::checkSize(const clang::VarDecl& variable) {
         return;
     const std::uint64_t bytes = context.getTypeSizeInChars(type).getQuantity();
     if (bytes > localBytes)
-        report(variable.getLocation(), "variable takes %0 bytes; a thread has 262144",
+        report(variable.getLocation(), "variable takes %0 bytes; the maximum is 262144",
                std::to_string(bytes));
 }
 
@@ -134,7 +134,7 @@ bool RuleChecker::VisitVarDecl(clang::VarDecl* variable) {
     return true;
 }
 
-// Depth-first over the calls; an edge back to a function that is still open closes a cycle.
+// Depth-first search over the calls; a call of a function on the current path closes a cycle.
 void RuleChecker::reportRecursion() {
     llvm::DenseSet<const clang::FunctionDecl*> open, done;
     auto visit = [&](auto&& self, const clang::FunctionDecl* function) -> void {

@@ -1,4 +1,4 @@
-// What a shader may not do though C++ allows it, reported at the user's lines.
+// Reports what C++ allows and a shader may not do, at the program's lines.
 #pragma once
 
 #include <vector>
@@ -11,8 +11,8 @@ class DiagnosticsEngine;
 
 namespace tarnwick::msl {
 
-// Looks through a program's declarations for recursion, function pointers, static locals that
-// change, globals without an address space, exceptions and the like.
+// Reports recursion, function pointers, large local arrays, threadgroup variables with an initial
+// value, and mutable variables at program scope or static in a function.
 void checkRules(clang::ASTContext& context, const std::vector<clang::Decl*>& program);
 
 } // namespace tarnwick::msl

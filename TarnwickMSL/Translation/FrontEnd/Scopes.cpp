@@ -63,12 +63,12 @@ Scopes::Scopes(const std::vector<clang::Token>& tokens)
     }
 }
 
-// What the `{` at i begins, by what stands before it.
+// The kind of the braces that open at i, by the tokens before them.
 ScopeKind Scopes::braceKind(std::size_t i, ScopeKind outer) const {
     if (i == 0)
         return ScopeKind::list;
     std::size_t before = i;
-    while (before > 1 && isAddressSpace(tokens[before - 1])) // of a method's object
+    while (before > 1 && isAddressSpace(tokens[before - 1])) // qualifiers of a method
         --before;
     switch (tokens[before - 1].getKind()) {
     case tok::r_paren:
@@ -101,7 +101,7 @@ ScopeKind Scopes::braceKind(std::size_t i, ScopeKind outer) const {
     }
 }
 
-// A `{` after a name or a type: looks back through its declaration for what it declares.
+// The kind of braces after a name or a type, by the keyword of their declaration.
 ScopeKind Scopes::namedKind(std::size_t i, ScopeKind outer) const {
     for (std::size_t at = i; at-- > 0;) {
         switch (tokens[at].getKind()) {
@@ -165,7 +165,7 @@ std::size_t Scopes::declarationEnd(std::size_t i) const {
 
 std::size_t Scopes::nameEnd(std::size_t i) const {
     if (kinds[i] != ScopeKind::block && depths[i] == 0)
-        return tokens.size(); // `m::Colour` and `S::Colour` are met anywhere behind
+        return tokens.size(); // `m::Colour` and `S::Colour` may follow anywhere
     return depths[i] > 0 ? declarationEnd(match(around[i]) + 1) : bracesEnd(i);
 }
 
@@ -196,7 +196,7 @@ std::size_t Scopes::angleEnd(std::size_t i) const {
             if (--open == 0)
                 return i;
             break;
-        case tok::greatergreater: // a shift: those that end two lists were parted
+        case tok::greatergreater: // a shift: partClosers has split the closers
             return 0;
         case tok::l_paren:
         case tok::l_square:

@@ -1,5 +1,5 @@
-// The brackets of a program's tokens: which belong together, and what the braces around a token
-// are.
+// The brackets of a program's tokens: pairs, and the kind of the braces around a token. Indices
+// count tokens.
 #pragma once
 
 #include <clang/Lex/Token.h>
@@ -19,29 +19,30 @@ class Scopes {
   public:
     explicit Scopes(const std::vector<clang::Token>& tokens);
 
-    // The bracket that closes what the one at i opens, or the last token.
+    // The bracket that closes the one at i; the last token if there is none.
     std::size_t match(std::size_t i) const { return partner[i] ? partner[i] : tokens.size() - 1; }
     bool isOpen(std::size_t i) const { return partner[i] > i; }
-    // What the innermost braces around i are.
+    // The kind of the innermost braces around i.
     ScopeKind kindAt(std::size_t i) const { return kinds[i]; }
-    // Parentheses open at i, counted from those braces.
+    // The number of open parentheses and brackets at i inside these braces.
     unsigned parenDepthAt(std::size_t i) const { return depths[i]; }
-    // The bracket that closes the innermost braces around i, or the last token.
+    // The bracket that closes the innermost braces around i; the last token if there is none.
     std::size_t bracesEnd(std::size_t i) const;
-    // Where the declaration ends that the token at i is in: its `;`, or the `}` of its body.
+    // The end of the declaration that contains i: its `;` or the `}` of its body.
     std::size_t declarationEnd(std::size_t i) const;
-    // Where what a name stands for ends that is declared at i: the names of parameters and of
-    // conditions in parentheses last to the end of the body behind, others to the end of the block.
+    // The end of the scope of a name declared at i. Names of parameters and conditions last to the
+    // end of the following body, others to the end of the block.
     std::size_t nameEnd(std::size_t i) const;
-    // Whether an `=` stands before i in its declaration (a member's default value, say).
+    // Whether an `=` precedes i in its declaration (the default value of a member, for instance).
     bool isInitialiser(std::size_t i) const;
-    // The `>` that ends the template arguments that the `<` at i opens; 0 where it opens none.
+    // The `>` that closes the list of template arguments opened by the `<` at i; 0 if it opens
+    // none.
     std::size_t angleEnd(std::size_t i) const;
 
   private:
     const std::vector<clang::Token>& tokens;
     std::vector<std::size_t> partner;
-    std::vector<std::size_t> around; // the innermost bracket that is open at i; i where none is
+    std::vector<std::size_t> around; // the innermost bracket open at i; i if there is none
     std::vector<ScopeKind> kinds;
     std::vector<unsigned> depths;
 

@@ -19,7 +19,7 @@ namespace {
 
 using clang::QualType;
 
-// Between the stages: what Metal's devices have, and less than Vulkan's (1.3, 33.1: 128
+// The maximum between the stages: that of Metal's devices, below Vulkan's (1.3, 33.1: 128
 // components).
 constexpr std::size_t mostVaryings = 31;
 constexpr std::uint32_t mostColors = 8;
@@ -62,7 +62,7 @@ std::optional<Scalar> scalarOf(QualType type) {
     }
 }
 
-// The library's class template that the type is made from, or nothing.
+// The class template of the library that the type is an instance of; null for other types.
 const clang::ClassTemplateSpecializationDecl* libraryClass(QualType type) {
     const auto* made = llvm::dyn_cast_if_present<clang::ClassTemplateSpecializationDecl>(
         type->getAsCXXRecordDecl());
@@ -114,7 +114,7 @@ void RecordReader::attributes(const clang::FieldDecl& field, StageValue& value) 
     }
 }
 
-// Reports an attribute where it may not stand.
+// Reports an attribute that is invalid for the stage, the direction or the type.
 void RecordReader::check(const clang::FieldDecl& field, const StageValue& value) {
     const BuiltInWord* word = builtInWord(value.attribute);
     if (!word)
@@ -132,7 +132,8 @@ void RecordReader::check(const clang::FieldDecl& field, const StageValue& value)
               "'" + field.getType().getAsString() + "'", value.attribute);
 }
 
-// The values in an array or a record, which go by numbers and names. False for what has none.
+// Appends the values of an array or a record, named by index and member. False if a part is neither
+// a number nor a vector.
 bool RecordReader::parts(QualType type, const StageValue& whole) {
     if (const auto* array = context.getAsConstantArrayType(type)) {
         const std::uint64_t count = array->getZExtSize();
@@ -167,7 +168,7 @@ bool RecordReader::parts(QualType type, const StageValue& whole) {
     return true;
 }
 
-// Reports a value that stands for the same as one before it.
+// Reports a value with the attribute and index, or the name, of an earlier value.
 void RecordReader::reportTwin(const clang::FieldDecl& field, std::size_t i) {
     const StageValue& value = values[i];
     for (std::size_t before = 0; before < i; ++before) {
@@ -175,7 +176,7 @@ void RecordReader::reportTwin(const clang::FieldDecl& field, std::size_t i) {
         const bool isSame =
             value.attribute.empty() ? value.name == other.name : value.index == other.index;
         if (isSame && value.attribute == other.attribute)
-            return error(field.getLocation(), "'%0' stands for the same value as another member",
+            return error(field.getLocation(), "'%0' has the attribute or the name of another member",
                          field.getName());
     }
 }

@@ -1,4 +1,4 @@
-// What crosses a stage's border in one record, value by value.
+// The values that a record passes into or out of a stage.
 #pragma once
 
 #include "TarnwickMSL/Translation/Signature.h"
@@ -16,12 +16,12 @@ namespace tarnwick::msl {
 
 enum class Border : std::uint8_t { input, result };
 
-// Fills in a value's scalar and width; an array's length is `index` and its elements are looked at.
-// False for what is neither a number nor a vector or array of them.
+// Sets a value's scalar and width. Of an array: of its element, and `index` is its length. False if
+// the type is no number, vector or array of these.
 bool readShape(const clang::ASTContext& context, clang::QualType type, StageValue& value);
 
-// The values of a record's members, those of its bases, nested records, arrays and matrices one by
-// one ("inner.uv", "colours[1]"). What cannot cross is reported at its member.
+// The values of a record: members of bases, nested records, arrays and matrices, one by one
+// ("inner.uv", "colours[1]"). Members of invalid types are reported.
 std::vector<StageValue> stageValues(clang::ASTContext& context, const clang::CXXRecordDecl& record,
                                     Stage stage, Border border);
 

@@ -36,7 +36,7 @@ class LibraryAction : public clang::ASTFrontendAction {
     }
 };
 
-// The functions of a namespace and of those in it, without the library's own (`_name`).
+// Lists the functions of all namespaces, without internal ones (`_name`, `msl_name`).
 class Listing : public clang::ASTConsumer {
   public:
     explicit Listing(std::vector<std::string>& functions) : functions(functions) {}
@@ -115,7 +115,7 @@ std::vector<std::string> StandardLibrary::functions() {
 StandardLibrary StandardLibrary::fromPrecompiled(std::string bytes) {
     StandardLibrary library;
     library.precompiled_ = std::make_shared<const std::string>(std::move(bytes));
-    // Made once: the file system takes a hash of all its bytes.
+    // Made once: a file system hashes the bytes of its files.
     library.files_ = std::make_shared<FileSystem>(fileSystem(*library.precompiled_));
     return library;
 }

@@ -1,5 +1,7 @@
-// The working of Tokens.h: one pass from first to last, which notes for each token what becomes of
-// it and writes the result out at the end, so that places in the text stay what they were.
+// The pass behind Tokens.h. It visits the tokens once, notes the changes of each, and writes the
+// result at the end, so that indices and locations stay valid. Tokens.cpp has the pass itself,
+// Constructors.cpp the constructors of vectors, Overloads.cpp the overloads that differ only in
+// address spaces.
 #pragma once
 
 #include "TarnwickMSL/Translation/FrontEnd/Scopes.h"
@@ -22,7 +24,7 @@ using clang::SourceLocation;
 using clang::Token;
 namespace tok = clang::tok;
 
-// What becomes of one token: new ones before it, then itself, another kind of itself, or nothing.
+// The changes at one token: `before` + the token, unless dropped, + `after`.
 struct Edit {
     std::vector<Token> before;
     bool dropped = false;
@@ -42,15 +44,15 @@ class TokenPass {
     std::vector<Token> tokens;
     std::vector<Edit> edits;
     Scopes scopes;
-    TypeNames names; // the program's own
+    TypeNames names; // declared in the program
     std::size_t typedefName = 0;
-    llvm::SmallPtrSet<const IdentifierInfo*, 4> misnamed; // keywords that are used as names
-    // Members that are vectors, by the end of their record's braces; and the colons before lists
-    // that initialise members, which may be declared behind them.
+    llvm::SmallPtrSet<const IdentifierInfo*, 4> misnamed; // keywords used as names
+    // Vector members, with the end of their record's braces; and the colons of member initialisers,
+    // which may precede the members.
     llvm::DenseSet<std::pair<std::size_t, const IdentifierInfo*>> vectorMembers;
     llvm::SmallPtrSet<const IdentifierInfo*, 16> vectorMemberNames;
     std::vector<std::size_t> initialiserLists;
-    std::size_t entryOpen = 0, entryClose = 0; // the parentheses of an entry point's arguments
+    std::size_t entryOpen = 0, entryClose = 0; // the parentheses around an entry point's arguments
 
     bool is(std::size_t i, tok::TokenKind kind) const {
         return i < tokens.size() && tokens[i].is(kind);
@@ -64,13 +66,13 @@ class TokenPass {
     Token make(tok::TokenKind kind, SourceLocation at, IdentifierInfo* name = nullptr) const;
     void append(std::vector<Token>& to, const char* words, SourceLocation at);
 
-    // `[first, end)` of a type that msl_make makes, where one begins at i.
+    // The tokens `[first, end)` of the vector type that begins at i.
     struct TypeSpan {
         std::size_t first = 0, end = 0;
     };
     std::optional<TypeSpan> constructedType(std::size_t i) const;
-    // The same with the names of namespaces and the qualifiers around it, which are left out of the
-    // span: `const metal::float4`. `end`: of all of it.
+    // The vector type at i with namespaces and qualifiers before it, `const metal::float4`. `span`
+    // is without them, `end` after all.
     struct WrittenType {
         TypeSpan span;
         std::size_t end = 0;

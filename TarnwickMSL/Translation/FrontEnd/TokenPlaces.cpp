@@ -6,8 +6,8 @@
 
 namespace tarnwick::msl {
 
-// A fresh place is a macro's expansion whose range is counted in characters, as the language's own
-// macros' never are. It is as long as the token there: Clang measures it to find a token's end.
+// A new place is a macro expansion with a character range; macros of the program have token ranges.
+// Its length is that of the token there: Clang measures it to find the token's end.
 void TokenPlaces::makeUnique(clang::Token& token) {
     const clang::SourceLocation at = token.getLocation();
     if (taken.insert(at).second || token.is(clang::tok::eof))

@@ -1,8 +1,8 @@
-// Places in the text for tokens that the user did not write.
+// Source locations for tokens that the token pass inserts.
 //
-// Clang's parser may read a piece of the program twice, and finds again by its place what it kept
-// of the first time; so no two tokens have one place. A token that stands in for another is given a
-// place of its own that leads back to the user's.
+// Clang's parser may read tokens twice, and looks up by location its results of the first time, so
+// locations must be unique. A token that shares the location of another gets a new one that leads
+// back to it.
 #pragma once
 
 #include <clang/Basic/SourceLocation.h>
@@ -21,7 +21,7 @@ class TokenPlaces {
     TokenPlaces(clang::SourceManager& sources, const clang::LangOptions& language)
         : sources(sources), language(language) {}
 
-    // Moves the token to a fresh place if one before it has its place.
+    // Gives the token a new location if an earlier token has its location.
     void makeUnique(clang::Token& token);
 
   private:
@@ -30,7 +30,7 @@ class TokenPlaces {
     llvm::DenseSet<clang::SourceLocation> taken;
 };
 
-// The user's place that a token's leads back to; of a user's own token, its own.
+// The location in the program that a token's location leads back to.
 clang::SourceLocation usersPlace(const clang::SourceManager& sources, clang::SourceLocation at);
 
 } // namespace tarnwick::msl

@@ -25,7 +25,7 @@ Token TokenPass::make(tok::TokenKind kind, SourceLocation at, IdentifierInfo* na
     return token;
 }
 
-// Appends words and punctuation, separated by spaces, all at one place.
+// Appends tokens, separated by spaces in `words`, all at one location.
 void TokenPass::append(std::vector<Token>& to, const char* words, SourceLocation at) {
     static constexpr std::array<std::pair<const char*, tok::TokenKind>, 11> punctuation{
         {{"(", tok::l_paren},
@@ -63,14 +63,14 @@ void TokenPass::dropRange(std::size_t from, std::size_t end) {
         edits[from].dropped = true;
 }
 
-// Whether the address space at i is that of a method's object: `float get() const thread {`.
+// Whether the address space at i qualifies a method: `float get() const thread {`.
 bool TokenPass::isMethodQualifier(std::size_t i) const {
     while (i > 0 && (isAddressSpace(tokens[i - 1]) || is(i - 1, tok::kw_const)))
         --i;
     return i > 0 && is(i - 1, tok::r_paren);
 }
 
-// Whether no type can follow the keyword at i, as it must behind an address space.
+// Whether the keyword at i is used as a name: no type follows it.
 bool TokenPass::isUsedAsName(std::size_t i) const {
     if (i + 1 >= tokens.size())
         return false;
@@ -83,8 +83,8 @@ bool TokenPass::isUsedAsName(std::size_t i) const {
     return !isMethodQualifier(i) || misnamed.contains(tokens[i].getIdentifierInfo());
 }
 
-// A variable called `thread`: tells of the keyword, and leaves it the name that it was meant as, so
-// that nothing else is said of it.
+// Reports a variable named like a keyword, `thread`, and keeps it as a name, so that no further
+// errors follow.
 bool TokenPass::isNameNotKeyword(std::size_t i) {
     if (!isUsedAsName(i))
         return false;
@@ -95,7 +95,7 @@ bool TokenPass::isNameNotKeyword(std::size_t i) {
     return true;
 }
 
-// `constant`, `device`, `thread` and `threadgroup`.
+// Rewrites `constant`, `device`, `thread` and `threadgroup`.
 void TokenPass::qualifier(std::size_t i) {
     SourceLocation at = tokens[i].getLocation();
     const bool isArgument = i > entryOpen && i < entryClose;
@@ -124,7 +124,7 @@ void TokenPass::qualifier(std::size_t i) {
     }
 }
 
-// Where the `[[...]]` ends that the word at i stands in; 0 where it stands in none.
+// The end of the `[[...]]` around i; 0 if there is none.
 std::size_t TokenPass::attributeListEnd(std::size_t i) const {
     for (std::size_t at = i; at-- > 1;) {
         if (is(at, tok::l_square) && is(at - 1, tok::l_square))
@@ -138,7 +138,8 @@ std::size_t TokenPass::attributeListEnd(std::size_t i) const {
     return 0;
 }
 
-// `vertex`, `fragment` and `kernel`, before a declaration or as an attribute of their own.
+// Rewrites `vertex`, `fragment` and `kernel` before a declaration, and finds the arguments of the
+// entry point.
 void TokenPass::entryPoint(std::size_t i) {
     const std::size_t listEnd = attributeListEnd(i);
     if (!listEnd) {
@@ -148,8 +149,8 @@ void TokenPass::entryPoint(std::size_t i) {
             if (misnamed.insert(tokens[i].getIdentifierInfo()).second)
                 report(i,
                        "'" + tokens[i].getIdentifierInfo()->getName().str() +
-                           "' is a keyword of the Metal Shading Language, which other compilers do "
-                           "not take as a name",
+                           "' is a keyword of the Metal Shading Language; other compilers do not "
+                           "accept it as a name",
                        clang::DiagnosticsEngine::Warning);
             return;
         }
@@ -167,7 +168,7 @@ void TokenPass::entryPoint(std::size_t i) {
     }
 }
 
-// Reports an attribute that is not there, and takes it out.
+// Reports and drops an attribute that is not supported.
 bool TokenPass::missingAttribute(std::size_t i) {
     const IdentifierInfo* word = tokens[i].getIdentifierInfo();
     if (!word || !isMissingAttribute(std::string_view(word->getName())))
@@ -177,8 +178,8 @@ bool TokenPass::missingAttribute(std::size_t i) {
     return true;
 }
 
-// `[[user(name)]]` and `[[depth(any)]]`: the word becomes a string. `[[buffer(slot)]]`: Clang takes
-// a lone name for a word, where `(slot)` is a value.
+// Rewrites the word of `[[user(name)]]` and `[[depth(any)]]` to a string. Puts parentheses round
+// the name in `[[buffer(slot)]]`: Clang takes a single name for a word, `(slot)` for a value.
 void TokenPass::attributeArguments(std::size_t i) {
     static constexpr llvm::StringLiteral numbered[] = {
         "buffer",      "texture", "sampler",
@@ -203,7 +204,7 @@ void TokenPass::attributeArguments(std::size_t i) {
     }
 }
 
-// A number in other words at the same place.
+// A number with another text at the same location.
 Token TokenPass::number(llvm::StringRef text, SourceLocation at) const {
     Token literal = make(tok::numeric_constant, at);
     char* copy = preprocessor.getPreprocessorAllocator().Allocate<char>(text.size() + 1);
@@ -214,8 +215,9 @@ Token TokenPass::number(llvm::StringRef text, SourceLocation at) const {
     return literal;
 }
 
-// `0.5h`, which Clang knows in OpenCL only, becomes half(0.5f). `0.5` becomes 0.5f: Clang's own
-// single-precision constants are doubles again beside what depends on a template's parameter.
+// Rewrites `0.5h`, which Clang accepts in OpenCL only, to half(0.5f), and `0.5` to 0.5f: Clang's
+// own single-precision constants are doubles beside expressions that depend on a template
+// parameter.
 void TokenPass::literal(std::size_t i) {
     llvm::SmallString<32> buffer;
     std::string text = preprocessor.getSpelling(tokens[i], buffer).str();
@@ -247,8 +249,8 @@ void TokenPass::report(std::size_t i, const std::string& message,
     diagnostics.Report(tokens[i].getLocation(), id) << message;
 }
 
-// `template [[host_name("name")]] kernel void f<float>(...);`: C++ has attributes there in GNU's
-// form alone. What the template says already goes.
+// Rewrites `template [[host_name("name")]] kernel void f<float>(...);`: C++ allows attributes there
+// only in GNU's form. Attributes that the template already has are dropped.
 void TokenPass::explicitInstantiation(std::size_t i) {
     for (std::size_t at = i + 1; is(at, tok::l_square) && is(at + 1, tok::l_square);) {
         const std::size_t end = scopes.match(at);
@@ -264,7 +266,7 @@ void TokenPass::explicitInstantiation(std::size_t i) {
     }
 }
 
-// The words of C++ that a shader may not use.
+// Reports keywords of C++ that a shader may not use.
 void TokenPass::forbidden(std::size_t i) {
     switch (tokens[i].getKind()) {
     case tok::kw_double:
@@ -298,10 +300,10 @@ void TokenPass::forbidden(std::size_t i) {
 }
 
 std::vector<Token> TokenPass::run() {
-    const Token end = tokens.back(); // what an unclosed bracket is matched with, and changed like
+    const Token end = tokens.back(); // may have been changed as the match of an unclosed bracket
     for (std::size_t i = 0; i < tokens.size();) {
         const Token& token = tokens[i];
-        if (edits[i].dropped) { // with an attribute
+        if (edits[i].dropped) { // together with an attribute
             ++i;
             continue;
         }

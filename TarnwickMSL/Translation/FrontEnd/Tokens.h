@@ -1,5 +1,5 @@
-// The pass over a program's tokens, after preprocessing and before parsing: it turns what C++ has
-// no form for into what it has.
+// The token pass: rewrites a program's tokens, after preprocessing and before parsing, to C++ that
+// Clang can parse.
 #pragma once
 
 #include <vector>
@@ -11,8 +11,7 @@ class Token;
 
 namespace tarnwick::msl {
 
-// Reads the main file to its end and gives its tokens, the end included, as the parser is to see
-// them:
+// Reads the main file to its end. Returns the rewritten tokens, with the end of the file:
 //  - constructors of vectors, `float4(v3, 1)`, `float4{...}`, `float4 v(a, b)`, `float4 v = {...}`,
 //    members' initialisers, casts, and the same on template parameters, become
 //    msl_make<float4>(...);
@@ -20,8 +19,8 @@ namespace tarnwick::msl {
 //    `threadgroup` leave an attribute on an entry point's argument, else nothing; `thread` nothing;
 //  - of functions that differ in address spaces alone the first stays;
 //  - a `threadgroup` variable becomes a static one of its own section.
-// Words that shaders may not use (`double`, `goto`, ...) are reported. Every token keeps a place
-// of the user's.
+// Reports keywords that shaders may not use (`double`, `goto`, ...). Every token leads back to a
+// location in the program (usersPlace).
 std::vector<clang::Token> programTokens(clang::Preprocessor& preprocessor);
 
 } // namespace tarnwick::msl

@@ -1,5 +1,5 @@
-// The names that a program gives to types which the pass over the tokens makes values of: template
-// parameters and aliases of vectors. What a name means depends on where it stands.
+// The names that a program gives to vector types: template parameters and aliases. The meaning of a
+// name depends on its place.
 #pragma once
 
 #include <clang/Basic/IdentifierTable.h>
@@ -12,15 +12,14 @@
 namespace tarnwick::msl {
 
 enum class NameKind : std::uint8_t {
-    other,    // nothing to the pass: a variable hides a type of the same name
+    other,    // not a vector type: a variable hides a type of the same name
     type,     // `T`, and `Colour` of `using Colour = float4`
     template_ // `V` of `template <class T> using V = vec<T, 3>`
 };
 
 class TypeNames {
   public:
-    // From token `first` on, and before `end`. What is declared later hides what is declared
-    // before.
+    // Valid for the tokens [first, end). A later declaration hides an earlier one.
     void declare(const clang::IdentifierInfo* name, NameKind kind, std::size_t first,
                  std::size_t end) {
         known[name].push_back({kind, first, end});

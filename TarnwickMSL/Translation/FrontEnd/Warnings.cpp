@@ -61,7 +61,7 @@ std::optional<std::int64_t> literal(const clang::Expr* expression) {
                : std::nullopt;
 }
 
-// `1 / 2`, wherever it stands.
+// `1 / 2`.
 bool Warner::VisitBinaryOperator(clang::BinaryOperator* operation) {
     if (!integerDivision(operation))
         return true;
@@ -73,7 +73,7 @@ bool Warner::VisitBinaryOperator(clang::BinaryOperator* operation) {
     return true;
 }
 
-// `float x = i / 2;`. A conversion that is written, `float(i / 2)`, is meant.
+// `float x = i / 2;`. An explicit conversion, `float(i / 2)`, is intended.
 bool Warner::VisitImplicitCastExpr(clang::ImplicitCastExpr* cast) {
     if (cast->getCastKind() != clang::CK_IntegralToFloating)
         return true;

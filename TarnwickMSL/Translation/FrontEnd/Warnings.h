@@ -1,4 +1,4 @@
-// Warnings that a program's author asks for (Compile.h, moreWarningsIn).
+// Additional warnings (Compile.h, moreWarningsIn).
 #pragma once
 
 #include <llvm/ADT/StringRef.h>
@@ -13,15 +13,15 @@ class Decl;
 
 namespace tarnwick::msl {
 
-// The options that turn on Clang's own ones.
+// The options for Clang's warnings.
 inline constexpr std::array moreWarnings{
     "-Wunused-variable",   "-Wunused-but-set-variable", "-Wunused-value",
     "-Wuninitialized",     "-Wsometimes-uninitialized", "-Wconditional-uninitialized",
     "-Wliteral-conversion"};
 
-// Reports those that Clang does not have, in the text that #line calls `file`: integer divisions
-// that drop a fraction, and unused parameters of functions that no other text calls (which would
-// dictate their parameters).
+// Reports warnings that Clang does not have, in the file that #line names `file`: integer divisions
+// that drop a fraction, and unused parameters of functions that no other file calls (a call from
+// elsewhere dictates the parameters).
 void warnMore(clang::ASTContext& context, const std::vector<clang::Decl*>& program,
               llvm::StringRef file);
 

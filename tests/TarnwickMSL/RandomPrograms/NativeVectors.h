@@ -20,63 +20,36 @@ template <class Value, class T, int N, int... at> struct View {
     View& operator=(const View& other) { return *this = other.value(); }
 };
 
+// The lanes of a vector, by index, by name and by swizzles.
 template <class T, int N> struct Lanes;
-template <class T> struct Lanes<T, 2> {
-    union {
-        T lanes[2] = {};
-        struct {
-            T x, y;
-        };
-        View<Vec<T, 2>, T, 2, 0, 1> xy;
-        View<Vec<T, 2>, T, 2, 1, 0> yx;
-        View<Vec<T, 2>, T, 2, 0, 0> xx;
-        View<Vec<T, 2>, T, 2, 1, 1> yy;
-        View<Vec<T, 3>, T, 2, 0, 1, 0> xyx;
-        View<Vec<T, 3>, T, 2, 1, 1, 0> yyx;
-        View<Vec<T, 4>, T, 2, 0, 1, 0, 1> xyxy;
+#define VIEW(name, ...) View<Vec<T, sizeof #name - 1>, T, lane_count, __VA_ARGS__> name;
+#define LANES(count, views, ...)                                                                   \
+    template <class T> struct Lanes<T, count> {                                                    \
+        static constexpr int lane_count = count;                                                   \
+        union {                                                                                    \
+            T lanes[count] = {};                                                                   \
+            struct {                                                                               \
+                T __VA_ARGS__;                                                                     \
+            };                                                                                     \
+            views                                                                                  \
+        };                                                                                         \
+        Lanes() {}                                                                                 \
     };
-    Lanes() {}
-};
-template <class T> struct Lanes<T, 3> {
-    union {
-        T lanes[3] = {};
-        struct {
-            T x, y, z;
-        };
-        View<Vec<T, 2>, T, 3, 0, 1> xy;
-        View<Vec<T, 2>, T, 3, 1, 0> yx;
-        View<Vec<T, 2>, T, 3, 2, 0> zx;
-        View<Vec<T, 2>, T, 3, 1, 2> yz;
-        View<Vec<T, 2>, T, 3, 2, 2> zz;
-        View<Vec<T, 3>, T, 3, 1, 2, 0> yzx;
-        View<Vec<T, 3>, T, 3, 2, 0, 1> zxy;
-        View<Vec<T, 3>, T, 3, 2, 1, 0> zyx;
-        View<Vec<T, 3>, T, 3, 0, 0, 1> xxy;
-        View<Vec<T, 4>, T, 3, 0, 1, 2, 0> xyzx;
-    };
-    Lanes() {}
-};
-template <class T> struct Lanes<T, 4> {
-    union {
-        T lanes[4] = {};
-        struct {
-            T x, y, z, w;
-        };
-        View<Vec<T, 2>, T, 4, 0, 1> xy;
-        View<Vec<T, 2>, T, 4, 2, 3> zw;
-        View<Vec<T, 2>, T, 4, 3, 0> wx;
-        View<Vec<T, 2>, T, 4, 1, 0> yx;
-        View<Vec<T, 2>, T, 4, 3, 3> ww;
-        View<Vec<T, 3>, T, 4, 0, 1, 2> xyz;
-        View<Vec<T, 3>, T, 4, 3, 2, 1> wzy;
-        View<Vec<T, 3>, T, 4, 1, 2, 3> yzw;
-        View<Vec<T, 4>, T, 4, 1, 2, 3, 0> yzwx;
-        View<Vec<T, 4>, T, 4, 3, 2, 1, 0> wzyx;
-        View<Vec<T, 4>, T, 4, 2, 3, 0, 1> zwxy;
-        View<Vec<T, 4>, T, 4, 0, 0, 3, 3> xxww;
-    };
-    Lanes() {}
-};
+// clang-format off
+LANES(2, VIEW(xy, 0, 1) VIEW(yx, 1, 0) VIEW(xx, 0, 0) VIEW(yy, 1, 1) VIEW(xyx, 0, 1, 0)
+      VIEW(yyx, 1, 1, 0) VIEW(xyxy, 0, 1, 0, 1),
+      x, y)
+LANES(3, VIEW(xy, 0, 1) VIEW(yx, 1, 0) VIEW(zx, 2, 0) VIEW(yz, 1, 2) VIEW(zz, 2, 2)
+      VIEW(yzx, 1, 2, 0) VIEW(zxy, 2, 0, 1) VIEW(zyx, 2, 1, 0) VIEW(xxy, 0, 0, 1)
+      VIEW(xyzx, 0, 1, 2, 0),
+      x, y, z)
+LANES(4, VIEW(xy, 0, 1) VIEW(zw, 2, 3) VIEW(wx, 3, 0) VIEW(yx, 1, 0) VIEW(ww, 3, 3)
+      VIEW(xyz, 0, 1, 2) VIEW(wzy, 3, 2, 1) VIEW(yzw, 1, 2, 3) VIEW(yzwx, 1, 2, 3, 0)
+      VIEW(wzyx, 3, 2, 1, 0) VIEW(zwxy, 2, 3, 0, 1) VIEW(xxww, 0, 0, 3, 3),
+      x, y, z, w)
+// clang-format on
+#undef VIEW
+#undef LANES
 
 #define OPERATOR(sign)                                                                             \
     friend Vec operator sign(const Vec& a, const Vec& b) {                                         \
