@@ -1,6 +1,8 @@
 tarnwick_tests(TarnwickMSL/FrontEnd
-    SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/FrontEndTests.cpp
-    LINK TarnwickMSLTranslationFrontEnd)
+    SOURCES FrontEnd/FrontEndTests.cpp FrontEnd/Parsing.cpp FrontEnd/PlacesTests.cpp FrontEnd/TokensTests.cpp
+    LINK TarnwickMSLTranslationFrontEnd tarnwick_clang)
+target_compile_definitions(TarnwickMSLFrontEndTests PRIVATE
+    TARNWICK_CORPUS="${CMAKE_CURRENT_SOURCE_DIR}/corpus")
 
 tarnwick_tests(TarnwickMSL/Compile
     SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/CompileTests.cpp

@@ -270,12 +270,20 @@ void TokenPass::initialiseArray(TypeSpan span, std::size_t open, unsigned dimens
     }
 }
 
+// Whether `(` opens a declarator rather than arguments: `float3 (&name)[4]`.
+bool TokenPass::isArrayDeclarator(std::size_t open) const {
+    return is(open, tok::l_paren) && (is(open + 1, tok::amp) || is(open + 1, tok::star)) &&
+           is(open + 2, tok::identifier) && is(open + 3, tok::r_paren) &&
+           (is(open + 4, tok::l_square) || is(open + 4, tok::l_paren));
+}
+
 // Whether `(` opens the arguments of a constructor rather than the parameters of a function.
 bool TokenPass::looksLikeArguments(std::size_t open) const {
     if (is(open + 1, tok::r_paren) || !is(scopes.match(open) + 1, tok::semi))
         return false;
     if (auto span = constructedType(open + 1))
-        return is(span->end, tok::l_paren) || is(span->end, tok::l_brace);
+        return (is(span->end, tok::l_paren) || is(span->end, tok::l_brace)) &&
+               !isArrayDeclarator(span->end);
     return is(open + 1, tok::numeric_constant) || is(open + 1, tok::minus);
 }
 
@@ -395,11 +403,8 @@ std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
         edits[i].dropped = edits[i + 2].dropped = edits[i + 3].dropped = true;
         return span.end;
     }
-    const std::size_t open = span.end;
-    if (is(open, tok::l_paren) && (is(open + 1, tok::amp) || is(open + 1, tok::star)) &&
-        is(open + 2, tok::identifier) && is(open + 3, tok::r_paren) &&
-        (is(open + 4, tok::l_square) || is(open + 4, tok::l_paren)))
-        return span.end; // `float3 (&name)[4]`
+    if (isArrayDeclarator(span.end))
+        return span.end;
     const bool opens = is(span.end, tok::l_paren) || is(span.end, tok::l_brace);
     if (opens && !isNoValue(i)) {
         if (scopes.kindAt(i) == ScopeKind::type && scopes.parenDepthAt(i) == 0 &&

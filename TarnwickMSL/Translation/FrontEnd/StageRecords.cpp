@@ -95,6 +95,7 @@ class RecordReader {
     void field(const clang::FieldDecl& field, StageValue value);
     void attributes(const clang::FieldDecl& field, StageValue& value);
     bool parts(QualType type, const StageValue& whole);
+    bool elements(QualType element, std::uint64_t count, const StageValue& whole);
     void reportTwin(const clang::FieldDecl& field, std::size_t i);
     void check(const clang::FieldDecl& field, const StageValue& value);
 };
@@ -132,22 +133,25 @@ void RecordReader::check(const clang::FieldDecl& field, const StageValue& value)
               "'" + field.getType().getAsString() + "'", value.attribute);
 }
 
+// Appends the values of elements that follow each other in memory, named by index.
+bool RecordReader::elements(QualType element, std::uint64_t count, const StageValue& whole) {
+    const auto bytes =
+        static_cast<std::uint64_t>(context.getTypeSizeInChars(element).getQuantity());
+    for (std::uint64_t i = 0; i < std::min<std::uint64_t>(count, mostVaryings + 1); ++i) {
+        StageValue value = whole;
+        value.name += "[" + std::to_string(i) + "]";
+        value.offset += i * bytes;
+        if (!parts(element, value))
+            return false;
+    }
+    return true;
+}
+
 // Appends the values of an array or a record, named by index and member. False if a part is neither
 // a number nor a vector.
 bool RecordReader::parts(QualType type, const StageValue& whole) {
-    if (const auto* array = context.getAsConstantArrayType(type)) {
-        const std::uint64_t count = array->getZExtSize();
-        const auto bytes = static_cast<std::uint64_t>(
-            context.getTypeSizeInChars(array->getElementType()).getQuantity());
-        for (std::uint64_t i = 0; i < std::min<std::uint64_t>(count, mostVaryings + 1); ++i) {
-            StageValue value = whole;
-            value.name += "[" + std::to_string(i) + "]";
-            value.offset += i * bytes;
-            if (!parts(array->getElementType(), value))
-                return false;
-        }
-        return true;
-    }
+    if (const auto* array = context.getAsConstantArrayType(type))
+        return elements(array->getElementType(), array->getZExtSize(), whole);
     StageValue value = whole;
     if (readShape(context, type, value)) {
         const bool isInteger = value.scalar != Scalar::float_ && value.scalar != Scalar::half;
@@ -159,11 +163,14 @@ bool RecordReader::parts(QualType type, const StageValue& whole) {
     const auto* made = type->getAsCXXRecordDecl();
     if (!made || !made->isCompleteDefinition() || made->isUnion() || !whole.attribute.empty())
         return false;
-    if (const auto* known = libraryClass(type))
-        if (!llvm::StringSwitch<bool>(known->getName())
-                 .Cases("matrix", "array", "packed_vector", true)
-                 .Default(false))
+    if (const auto* known = libraryClass(type)) {
+        const clang::TemplateArgumentList& arguments = known->getTemplateArgs();
+        if (known->getName() == "packed_vector")
+            return elements(arguments[0].getAsType(), arguments[1].getAsIntegral().getZExtValue(),
+                            whole);
+        if (known->getName() != "matrix" && known->getName() != "array")
             return false;
+    }
     record(*made, whole);
     return true;
 }

@@ -121,6 +121,7 @@ class TokenPass {
     void openMake(std::vector<Token>& to, TypeSpan span, SourceLocation at);
     void dropRange(std::size_t from, std::size_t end);
     bool looksLikeArguments(std::size_t open) const;
+    bool isArrayDeclarator(std::size_t open) const;
 };
 
 } // namespace tarnwick::msl

@@ -74,7 +74,7 @@ static void refuseInitialisers(Module& module) {
                         dyn_cast<GlobalVariable>(getUnderlyingObject(store->getPointerOperand())))
                     throw TranslationError("The value of the constant '" +
                                            demangle(constant->getName()) +
-                                           "' cannot be computed before the program runs.");
+                                           "' cannot be computed at compile time.");
 }
 
 void prepare(Module& module, const std::vector<EntrySignature>& entries) {

@@ -85,11 +85,11 @@ void Images::declare(Image& made) {
 const TextureVariable& Images::texture(const Value* handle) const {
     auto* constant = dyn_cast<ConstantInt>(handle);
     if (!constant)
-        throw TranslationError("Which texture is used must be known when the program is compiled.");
+        throw TranslationError("The texture must be known at compile time.");
     for (const TextureVariable& texture : shader_.textures)
         if (texture.index == constant->getZExtValue())
             return texture;
-    throw TranslationError("A texture is used that is not among the function's arguments.");
+    throw TranslationError("The texture is not an argument of the entry point.");
 }
 
 Images::Image& Images::image(const Value* handle, Need need, std::uint32_t level) {
@@ -115,8 +115,8 @@ Images::Image& Images::texels(const CallInst& call, unsigned levelOperand) {
         return image(handle, Need::texels);
     auto* level = dyn_cast<ConstantInt>(call.getArgOperand(levelOperand));
     if (!level)
-        throw TranslationError("The level at which a texture with access write or read_write is "
-                               "read or written must be known when the program is compiled.");
+        throw TranslationError("The level of a texture with access write or read_write must be "
+                               "known at compile time.");
     return image(handle, Need::texels, static_cast<std::uint32_t>(level->getZExtValue()));
 }
 

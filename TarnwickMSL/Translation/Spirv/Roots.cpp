@@ -86,8 +86,8 @@ static constexpr std::uint64_t localBytes = 262144;
 void Memory::makeLocal(Root& made, const Value& value, Type* type) {
     localBytes_ += body_.types.dataLayout().getTypeAllocSize(type).getFixedValue();
     if (localBytes_ > localBytes)
-        throw TranslationError("The variables here take more than the " +
-                               std::to_string(localBytes) + " bytes that a thread has.");
+        throw TranslationError("The local variables take more than " + std::to_string(localBytes) +
+                               " bytes, the maximum for a thread.");
     View view = fittingView(value, type, false, body_.types.dataLayout());
     made.variables.push_back({view, body_.local(contentType(body_, view))});
 }

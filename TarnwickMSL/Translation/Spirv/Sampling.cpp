@@ -16,7 +16,7 @@ static constexpr std::uint64_t compareBits = 7ull << 18;
 static std::uint64_t samplerBits(const CallInst& call) {
     auto* bits = dyn_cast<ConstantInt>(call.getArgOperand(1));
     if (!bits)
-        throw TranslationError("Which sampler is used must be known when the program is compiled.");
+        throw TranslationError("The sampler must be known at compile time.");
     return bits->getZExtValue();
 }
 
@@ -178,8 +178,7 @@ Id Images::gather(StringRef name, const CallInst& call) {
     SmallVector<std::uint32_t, 6> operands{0, coordinates(from, call, offset)};
     operands[0] = combined(from, call, compares);
     if (!compares && !isa<Constant>(call.getArgOperand(last)))
-        throw TranslationError("The component that is gathered must be known when the program is "
-                               "compiled.");
+        throw TranslationError("The component to gather must be known at compile time.");
     operands.push_back(body_.id(call.getArgOperand(compares ? 3 : last)));
     Extras extras;
     addOffset(extras, offset);

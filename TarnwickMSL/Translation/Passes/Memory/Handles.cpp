@@ -100,9 +100,8 @@ static void splitWrite(CallBase& call, unsigned operand, const Choices& choices)
 
 static void split(CallBase& call, unsigned operand, const Choices& choices) {
     if (choices.empty())
-        throw TranslationError(
-            operand == 0 ? "A texture is used that is not among the function's arguments."
-                         : "Which sampler is used must be known when the program is compiled.");
+        throw TranslationError(operand == 0 ? "The texture is not an argument of the entry point."
+                                            : "The sampler must be known at compile time.");
     if (call.getType()->isVoidTy())
         splitWrite(call, operand, choices);
     else

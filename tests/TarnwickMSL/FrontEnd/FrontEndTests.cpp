@@ -1,32 +1,17 @@
-#include "TarnwickMSL/Translation/FrontEnd.h"
+#include "tests/TarnwickMSL/FrontEnd/Parsing.h"
 
 #include <gtest/gtest.h>
-#include <llvm/IR/LLVMContext.h>
-#include <llvm/IR/Module.h>
 
-using namespace tarnwick::msl;
+namespace tarnwick::msl {
 
 namespace {
 
-const StandardLibrary& library() {
-    static const StandardLibrary only = StandardLibrary::build();
-    return only;
-}
-
-struct Outcome {
-    std::vector<EntrySignature> entries;
-    std::string messages;
-    bool failed = false;
+struct Refusal {
+    const char* program;
+    const char* message; // how the first line of the messages begins
 };
 
-// The program's own lines begin at line 1 of "shader.metal".
-Outcome parsed(const std::string& program) {
-    llvm::LLVMContext context;
-    Parsed found = parse(
-        "#include <metal_stdlib>\nusing namespace metal;\n#line 1 \"shader.metal\"\n" + program,
-        library(), context);
-    return {std::move(found.entries), std::move(found.messages), found.failed};
-}
+} // namespace
 
 TEST(FrontEnd, takesTheFormsOfVectorConstructors) {
     const char* programs[] = {
@@ -76,11 +61,6 @@ TEST(FrontEnd, takesTheFormsOfVectorConstructors) {
         EXPECT_FALSE(outcome.failed) << program << '\n' << outcome.messages;
     }
 }
-
-struct Refusal {
-    const char* program;
-    const char* message; // how the first line of the messages begins
-};
 
 TEST(FrontEnd, refusesAtTheLineWhatAShaderMayNotDo) {
     const Refusal refusals[] = {
@@ -185,4 +165,52 @@ fragment half4 f(V in [[stage_in]], constant U& u [[buffer(1)]], constant float*
     EXPECT_EQ(kernel.place, "shader.metal:10:17");
 }
 
-} // namespace
+// What passes the border of a stage: members of bases, nested records, arrays and matrices.
+TEST(FrontEnd, readsRecordsValueByValue) {
+    const Outcome outcome = parsed(R"(
+struct Base { float4 position [[position]]; };
+struct Inner { half tint; float2 uv; };
+struct Result : Base {
+    Inner inner[2]; float3x2 turn; packed_float3 packed; uint4 id; bool2 flags;
+    float2 free [[user(spare), center_no_perspective]]; float clip [[clip_distance]] [3];
+};
+vertex Result v() { return {}; }
+)");
+    ASSERT_FALSE(outcome.failed) << outcome.messages;
+    // Each: name, attribute, index, offset, Scalar x width, Interpolation.
+    std::string found;
+    for (const StageValue& value : outcome.entries.at(0).results)
+        found += value.name + " " + value.attribute + " " + std::to_string(value.index) + " at " +
+                 std::to_string(value.offset) + ": " + std::to_string(int(value.scalar)) + " x " +
+                 std::to_string(value.width) + ", " + std::to_string(int(value.interpolation)) +
+                 "\n";
+    EXPECT_EQ(found, "position position 0 at 0: 8 x 4, 0\n"
+                     "inner[0].tint  0 at 16: 7 x 1, 0\n"
+                     "inner[0].uv  0 at 24: 8 x 2, 0\n"
+                     "inner[1].tint  0 at 32: 7 x 1, 0\n"
+                     "inner[1].uv  0 at 40: 8 x 2, 0\n"
+                     "turn.columns[0]  0 at 48: 8 x 2, 0\n"
+                     "turn.columns[1]  0 at 56: 8 x 2, 0\n"
+                     "turn.columns[2]  0 at 64: 8 x 2, 0\n"
+                     "packed[0]  0 at 72: 8 x 1, 0\n"
+                     "packed[1]  0 at 76: 8 x 1, 0\n"
+                     "packed[2]  0 at 80: 8 x 1, 0\n"
+                     "id  0 at 96: 6 x 4, 6\n"
+                     "flags  0 at 112: 0 x 2, 6\n"
+                     "spare  0 at 120: 8 x 2, 1\n"
+                     "clip clip_distance 3 at 128: 8 x 1, 0\n");
+}
+
+TEST(FrontEnd, numbersArgumentsWithoutAnIndex) {
+    const Outcome outcome =
+        parsed("kernel void k(device int* a [[buffer(1)]], device int* b, texture2d<float> t,"
+               " device int* c [[buffer(0)]], device int* d, array<texture2d<float>, 3> list,"
+               " texture2d<float> u, sampler s) {}");
+    ASSERT_FALSE(outcome.failed) << outcome.messages;
+    std::vector<std::uint32_t> indices;
+    for (const Argument& argument : outcome.entries.at(0).arguments)
+        indices.push_back(argument.index);
+    EXPECT_EQ(indices, (std::vector<std::uint32_t>{1, 2, 0, 0, 3, 1, 4, 0}));
+}
+
+} // namespace tarnwick::msl
