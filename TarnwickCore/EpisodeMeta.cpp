@@ -111,7 +111,7 @@ const Pattern& headerPattern() {
 
 } // namespace
 
-EpisodeMeta EpisodeMeta::parse(std::string_view source) {
+EpisodeMeta EpisodeMeta::parse(std::string_view source, std::set<std::string_view>* given) {
     EpisodeMeta meta;
     for (const std::string_view line : linesOf(source)) {
         // Searching for one character first avoids running the expression on nearly all lines.
@@ -121,8 +121,8 @@ EpisodeMeta EpisodeMeta::parse(std::string_view source) {
         if (!groups)
             continue;
         for (const Key& key : keys)
-            if (key.name == (*groups)[1])
-                key.read(meta, trimmed((*groups)[2]));
+            if (key.name == (*groups)[1] && key.read(meta, trimmed((*groups)[2])) && given)
+                given->insert(key.name);
     }
     return meta;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,7 +27,9 @@ struct EpisodeMeta {
     // The metadata in `source`. If several lines have the same key, the last one is used. Lines
     // whose value is invalid for their key are ignored. "inf" is a valid number. Accepts any bytes;
     // never fails.
-    static EpisodeMeta parse(std::string_view source);
+    static EpisodeMeta parse(std::string_view source) { return parse(source, nullptr); }
+    // The same, and adds the keys of lines with a valid value to `given`, which may be null.
+    static EpisodeMeta parse(std::string_view source, std::set<std::string_view>* given);
 
     // The keys of the lines, without the @; the description of the value of a key, for people; and
     // whether the whole of `value` is valid for the key.

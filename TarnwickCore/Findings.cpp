@@ -162,10 +162,11 @@ void keepFirstOfHints(std::vector<Finding>& findings) {
 
 } // namespace
 
-std::vector<Finding> findingsOf(std::string_view source, std::span<const Diagnostic> diagnostics) {
-    const EpisodeHints hints(source);
-    std::vector<Finding> findings = aboutEpisodeFunctions(source, ShaderAssembler::assemble(source),
-                                                          withoutRunningOn(source, diagnostics));
+std::vector<Finding> findingsOf(const Episode& episode, std::span<const Diagnostic> diagnostics) {
+    const std::string_view source = episode.text;
+    const EpisodeHints hints(episode);
+    std::vector<Finding> findings =
+        aboutEpisodeFunctions(source, episode.shader, withoutRunningOn(source, diagnostics));
     nameBrokenParameters(source, findings);
     addHints(hints, findings);
     findings = withoutConsequences(hints, std::move(findings));
@@ -173,9 +174,9 @@ std::vector<Finding> findingsOf(std::string_view source, std::span<const Diagnos
     return findings;
 }
 
-std::vector<Finding> withDeclarationWarnings(std::string_view source,
+std::vector<Finding> withDeclarationWarnings(const Episode& episode,
                                              std::vector<Finding> findings) {
-    for (const Diagnostic& diagnostic : declarationWarnings(source))
+    for (const Diagnostic& diagnostic : declarationWarnings(episode.text))
         if (!isError(diagnostic))
             findings.push_back({diagnostic, ""});
     return findings;

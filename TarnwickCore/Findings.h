@@ -1,6 +1,7 @@
 // The findings about an episode: diagnostics for its author, with hints.
 #pragma once
 
+#include "TarnwickCore/Episode/Episode.h"
 #include "TarnwickCore/Finding.h"
 
 #include <span>
@@ -10,15 +11,14 @@
 
 namespace tarnwick {
 
-// The findings for the compiler's `diagnostics` of `source`, an episode's text, at the author's own
-// lines. Errors in generated code that an unclosed bracket causes become one error at that bracket.
-// Missing functions become one error and a note that lists the functions of this kind of episode.
-// Each hint is given once, at its first finding. Accepts any bytes; pure.
-std::vector<Finding> findingsOf(std::string_view source, std::span<const Diagnostic> diagnostics);
+// The findings for the compiler's `diagnostics` of the episode, at the author's own lines. Errors in
+// generated code that an unclosed bracket causes become one error at that bracket. Missing functions
+// become one error and a note that lists the functions of this kind of episode. Each hint is given
+// once, at its first finding. Pure.
+std::vector<Finding> findingsOf(const Episode& episode, std::span<const Diagnostic> diagnostics);
 
-// `findings` of `source`, followed by the warnings about its declarations.
-std::vector<Finding> withDeclarationWarnings(std::string_view source,
-                                             std::vector<Finding> findings);
+// `findings`, followed by the warnings about the episode's declarations.
+std::vector<Finding> withDeclarationWarnings(const Episode& episode, std::vector<Finding> findings);
 
 // The first error in one line, for small screens: "line 3: unknown type name 'vec3' (vec3 is float3
 // in Metal)". Errors outside the author's text have no line. Empty without errors.

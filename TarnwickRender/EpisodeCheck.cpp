@@ -19,7 +19,7 @@ std::string absence(const std::shared_ptr<const ShaderProgram>& program, gpu::De
 
 } // namespace
 
-EpisodeFindings checkEpisode(std::string_view episode, gpu::Device* device,
+EpisodeFindings checkEpisode(const Episode& episode, gpu::Device* device,
                              EpisodeWarnings warnings) {
     try {
         const CompiledEpisode compiled = CompiledEpisode::make(episode, device, warnings);

@@ -5,7 +5,6 @@
 #include "TarnwickRender/Program/CompiledEpisode.h"
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace tarnwick {
@@ -20,7 +19,7 @@ struct EpisodeFindings {
 
 // Goes the way of ShaderProgram::compile: compiles the episode and makes its pipelines on `device`.
 // Where that is null, what a device would refuse is not found. Blocks; any thread.
-EpisodeFindings checkEpisode(std::string_view episode, gpu::Device* device,
+EpisodeFindings checkEpisode(const Episode& episode, gpu::Device* device,
                              EpisodeWarnings warnings = EpisodeWarnings::usual);
 
 } // namespace tarnwick

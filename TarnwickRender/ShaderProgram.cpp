@@ -42,9 +42,8 @@ ProgramParts makeParts(const CompiledEpisode& compiled, gpu::Device& device,
 
 } // namespace
 
-std::shared_ptr<const ShaderProgram> ShaderProgram::compile(std::string_view episode,
-                                                            gpu::Device& device,
-                                                            gpu::PixelFormat pixelFormat) {
+std::shared_ptr<const ShaderProgram>
+ShaderProgram::compile(const Episode& episode, gpu::Device& device, gpu::PixelFormat pixelFormat) {
     return make(CompiledEpisode::make(episode, &device), device, pixelFormat);
 }
 

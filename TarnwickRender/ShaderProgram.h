@@ -2,8 +2,7 @@
 // that ends each of its frames.
 #pragma once
 
-#include "TarnwickCore/Params.h"
-#include "TarnwickCore/ShaderAssembler.h"
+#include "TarnwickCore/Episode/Episode.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickRender/Program/CompiledEpisode.h"
@@ -14,7 +13,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <string_view>
 #include <vector>
 
 namespace tarnwick {
@@ -26,8 +24,8 @@ class ShaderProgram : public TargetFormats {
   public:
     // `pixelFormat` is that of the target that draw() will draw into. Blocks; all or nothing.
     // Throws ShaderError. (Shared, since a run names the program that it was made for.)
-    static std::shared_ptr<const ShaderProgram>
-    compile(std::string_view episode, gpu::Device& device, gpu::PixelFormat pixelFormat);
+    static std::shared_ptr<const ShaderProgram> compile(const Episode& episode, gpu::Device& device,
+                                                        gpu::PixelFormat pixelFormat);
     // Of an episode that was compiled for this device, or for any.
     static std::shared_ptr<const ShaderProgram>
     make(const CompiledEpisode& compiled, gpu::Device& device, gpu::PixelFormat pixelFormat);

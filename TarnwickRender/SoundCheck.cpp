@@ -45,11 +45,10 @@ std::unique_ptr<gpu::ComputePipelineState> checkingKernel(const std::string& pro
 
 } // namespace
 
-std::unique_ptr<SoundCheck> SoundCheck::make(std::string_view episode, gpu::Device& device) {
-    AssembledShader shader = ShaderAssembler::assemble(episode);
+std::unique_ptr<SoundCheck> SoundCheck::make(const AssembledShader& episode, gpu::Device& device) {
     std::unique_ptr<SoundCheck> made(new SoundCheck);
-    made->kernel_ = checkingKernel(shader.source, device);
-    made->params_ = std::move(shader.params);
+    made->kernel_ = checkingKernel(episode.source, device);
+    made->params_ = episode.params;
     made->queue_ = device.newCommandQueue();
     made->marks_ = device.newBuffer(mostSamples * sizeof(std::uint32_t));
     return made->queue_ && made->marks_ ? std::move(made) : nullptr;

@@ -1,14 +1,13 @@
 // Finds where an episode's sound is no number, which the sound kernel's clamping hides.
 #pragma once
 
-#include "TarnwickCore/Params.h"
+#include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
 
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <string_view>
 #include <vector>
 
 namespace tarnwick {
@@ -19,7 +18,7 @@ class SoundCheck {
     // Compiles the episode once more, with a kernel behind its own that calls `sound` at the very
     // times of the sound kernel. For an episode that compiles and has a sound; blocks. Throws
     // ShaderError where the kernel cannot be made, null where the rest cannot.
-    static std::unique_ptr<SoundCheck> make(std::string_view episode, gpu::Device& device);
+    static std::unique_ptr<SoundCheck> make(const AssembledShader& episode, gpu::Device& device);
 
     static constexpr std::uint32_t mostSamples = 48000; // of one call
 

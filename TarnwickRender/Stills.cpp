@@ -1,6 +1,6 @@
 #include "TarnwickRender/Stills.h"
 
-#include "TarnwickRender/Pictures/PictureSize.h"
+#include "TarnwickBase/PixelSize.h"
 #include "TarnwickRender/TexturePicture.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@ namespace {
 
 std::unique_ptr<gpu::Texture> readableTarget(gpu::Device& device, std::int64_t width,
                                              std::int64_t height) {
-    const auto size = PictureSize::of(width, height);
+    const auto size = PixelSize::of(width, height);
     if (!size)
         return nullptr;
     return device.newTexture({.format = ShaderProgram::pixelFormat,

@@ -201,13 +201,13 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
     VideoSettings settings = videoSettings(preset);
     settings.speed = details.speed;
     const FrameRange frames = rangeOf(details, timeline, settings);
-    const auto size = PictureSize::of(preset.width, preset.height);
+    const auto size = PixelSize::of(preset.width, preset.height);
     if (!size)
         cannotStart("a frame has no pixels");
     MovieFrames movie(timeline, device, *size);
-    const auto textures =
-        PixelBufferTextures::make(device, preset.width, preset.height,
-                                  videoCodecRow(settings.codec).pixelFormat, details.colorConversion);
+    const auto textures = PixelBufferTextures::make(device, preset.width, preset.height,
+                                                    videoCodecRow(settings.codec).pixelFormat,
+                                                    details.colorConversion);
     if (!textures)
         cannotStart("no texture cache");
     movie.makeLoopTextures();

@@ -25,7 +25,8 @@ float2 sound(float t, constant Params& p) {
 
 void exportFrames(gpu::Device& device, std::int64_t frames) {
     const TemporaryFolder folder;
-    const auto program = ShaderProgram::compile(episode, device, ShaderProgram::pixelFormat);
+    const auto program =
+        ShaderProgram::compile(Episode::of(episode), device, ShaderProgram::pixelFormat);
     const double duration = static_cast<double>(frames) / static_cast<double>(preset.fps);
     VideoExporter::export_(program, device, ExportPlan(preset, 0, duration), {}, true,
                            folder.path() / "movie.mp4",

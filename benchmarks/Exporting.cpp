@@ -38,8 +38,8 @@ class Movie {
 Movie::Movie(gpu::Device& device, const ExportCase& one)
     : device_(device), case_(one), settings_(VideoExporter::videoSettings(one.preset)) {
     const ExportPreset& preset = one.preset;
-    segment_.program =
-        ShaderProgram::compile(fileText(one.episode), device, ShaderProgram::pixelFormat);
+    segment_.program = ShaderProgram::compile(Episode::of(fileText(one.episode)), device,
+                                              ShaderProgram::pixelFormat);
     segment_.duration = static_cast<double>(one.frames) / static_cast<double>(preset.fps);
     timeline_ = ExportTimeline::of({&segment_, 1}, preset.fps);
     const PixelFormat format = videoCodecRow(settings_.codec).pixelFormat;
@@ -58,7 +58,7 @@ Movie::Movie(gpu::Device& device, const ExportCase& one)
 }
 
 void Movie::draw() {
-    MovieFrames frames(timeline_, device_, *PictureSize::of(settings_.width, settings_.height));
+    MovieFrames frames(timeline_, device_, *PixelSize::of(settings_.width, settings_.height));
     for (std::size_t index = 0; index < pictures_.size(); ++index) {
         const PixelBuffer& picture = *pictures_[index];
         frames.draw(

@@ -26,7 +26,7 @@ OurScene::OurScene(std::shared_ptr<gpu::Device> device, const std::string& episo
     descriptor.height = sceneHeight;
     descriptor.usage.renderTarget = true;
     target_ = device_->newTexture(descriptor);
-    program_ = ShaderProgram::compile(episode, *device_, descriptor.format);
+    program_ = ShaderProgram::compile(Episode::of(episode), *device_, descriptor.format);
     frames_ = ProgramFrames::make(program_, *device_, sceneWidth, sceneHeight);
     if (!queue_ || !target_ || !frames_)
         throw gpu::DeviceError("The device cannot make the objects that the episode requires.");

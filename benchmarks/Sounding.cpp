@@ -46,7 +46,7 @@ double analyseTime(const std::vector<float>& samples) {
 
 SoundSpeed soundSpeed(gpu::Device& device) {
     const std::shared_ptr<const ShaderProgram> program =
-        ShaderProgram::compile(episode, device, ShaderProgram::pixelFormat);
+        ShaderProgram::compile(Episode::of(episode), device, ShaderProgram::pixelFormat);
     const auto tap = SoundTap::make(program, device);
     if (!tap)
         throw gpu::DeviceError("The device cannot make the sound inputs.");

@@ -79,8 +79,8 @@ UpdateSpeed updateSpeed(const std::shared_ptr<gpu::Device>& device,
                         const std::filesystem::path& folder) {
     SceneCase one{
         .file = "sparks", .count = device->info().isCPU ? 1'000'000u : 4'000'000u, .stride = 64};
-    const auto program =
-        ShaderProgram::compile(episode(folder, one), *device, ShaderProgram::pixelFormat);
+    const auto program = ShaderProgram::compile(Episode::of(episode(folder, one)), *device,
+                                                ShaderProgram::pixelFormat);
     OurParticles ours(*device, *program);
     ours.spawn();
     HandParticles twin(handKind(*device, folder, one, program->params()), one.stride);

@@ -1,18 +1,13 @@
 // Sizes and places on a screen. One point is one pixel here.
 #pragma once
 
+#include "TarnwickBase/PixelSize.h"
 #include "TarnwickPlatform/Pictures/Picture.h"
 
 #include <cstddef>
 #include <cstdint>
 
 namespace tarnwick {
-
-struct PixelSize {
-    std::uint32_t width = 0, height = 0; // pixels
-
-    bool operator==(const PixelSize&) const = default;
-};
 
 // Black all over.
 inline Picture blackPicture(const PixelSize& size) {

@@ -33,16 +33,17 @@ void TarnwickSaverView::setUp(const Bundle& bundle) {
         return;
     }
     const auto shader = bundle.pathForResource("shader", "metal", "Shader");
-    const auto source = shader ? fileText(*shader) : std::nullopt;
+    auto source = shader ? fileText(*shader) : std::nullopt;
     if (!source) {
         failure_ = "The saver has no shader in it.";
         return;
     }
     readSettings(bundle);
+    const Episode episode = Episode::of(*std::move(source));
     try {
-        program_ = ShaderProgram::compile(*source, *device, gpu::PixelFormat::bgra8Unorm);
+        program_ = ShaderProgram::compile(episode, *device, gpu::PixelFormat::bgra8Unorm);
     } catch (const ShaderError& error) {
-        failure_ = "The shader didn't compile: " + compileFailure(*source, error);
+        failure_ = "The shader didn't compile: " + compileFailure(episode, error);
         return;
     } catch (const std::exception& error) {
         failure_ = std::string("The shader didn't compile: ") + error.what();

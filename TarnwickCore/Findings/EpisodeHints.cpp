@@ -34,12 +34,12 @@ std::string forArgument(const Argument& argument) {
 
 } // namespace
 
-EpisodeHints::EpisodeHints(std::string_view source)
-    : source_(source), code_(codeText(source)), lines_(compilerLines(source)),
-      codeLines_(compilerLines(code_)), params_(ParamParser::parse(source)) {}
+EpisodeHints::EpisodeHints(const Episode& episode)
+    : episode_(episode), code_(codeText(episode.text)), lines_(compilerLines(episode.text)),
+      codeLines_(compilerLines(code_)) {}
 
 bool EpisodeHints::declares(std::string_view name) const {
-    return std::ranges::find(params_, name, &ParamDecl::name) != params_.end();
+    return std::ranges::find(episode_.params(), name, &ParamDecl::name) != episode_.params().end();
 }
 
 bool EpisodeHints::declaresIn(std::int64_t number, std::string_view name) const {
@@ -55,16 +55,16 @@ bool EpisodeHints::declaresIn(std::int64_t number, std::string_view name) const 
 }
 
 std::string EpisodeHints::forMissingParameter(std::string_view name) const {
-    for (const Diagnostic& warning : declarationWarnings(source_)) {
+    for (const Diagnostic& warning : declarationWarnings(episode_.text)) {
         const std::string_view line = lines_[static_cast<std::size_t>(warning.line) - 1];
         if (findWord(line, name) != std::string_view::npos)
             return "line " + std::to_string(warning.line) + ": " + warning.message;
     }
     const std::string declaration = "// @param " + std::string(name) + " 0.5 0 1";
-    if (params_.empty())
+    if (episode_.params().empty())
         return "a line such as " + declaration + " declares it";
     std::string names;
-    for (const ParamDecl& param : params_)
+    for (const ParamDecl& param : episode_.params())
         names += (names.empty() ? "" : ", ") + param.name;
     return "the parameters are " + names + "; a line such as " + declaration + " declares another";
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "TarnwickCore/Diagnostics.h"
-#include "TarnwickCore/Params.h"
+#include "TarnwickCore/Episode/Episode.h"
 
 #include <string>
 #include <string_view>
@@ -12,8 +12,8 @@ namespace tarnwick {
 
 class EpisodeHints {
   public:
-    // The source must outlive it.
-    explicit EpisodeHints(std::string_view source);
+    // The episode must outlive it.
+    explicit EpisodeHints(const Episode& episode);
     EpisodeHints(const EpisodeHints&) = delete;
     EpisodeHints& operator=(const EpisodeHints&) = delete;
 
@@ -30,10 +30,9 @@ class EpisodeHints {
     std::string forLaterDefinition(std::string_view name, std::int64_t line) const;
     bool declares(std::string_view name) const;
 
-    std::string_view source_;
+    const Episode& episode_;
     std::string code_;                                // without comments
     std::vector<std::string_view> lines_, codeLines_; // of the two, as the compiler counts them
-    std::vector<ParamDecl> params_;
 };
 
 } // namespace tarnwick

@@ -21,7 +21,7 @@ std::unique_ptr<Pipeline> made(gpu::Device& device, const char* otherwise) {
     }
 }
 
-std::unique_ptr<gpu::Texture> frameTexture(gpu::Device& device, const PictureSize& size) {
+std::unique_ptr<gpu::Texture> frameTexture(gpu::Device& device, const PixelSize& size) {
     auto texture = device.newTexture({.format = ShaderProgram::pixelFormat,
                                       .width = size.width,
                                       .height = size.height,
@@ -34,8 +34,7 @@ std::unique_ptr<gpu::Texture> frameTexture(gpu::Device& device, const PictureSiz
 
 } // namespace
 
-MovieFrames::MovieFrames(const ExportTimeline& timeline, gpu::Device& device,
-                         const PictureSize& size)
+MovieFrames::MovieFrames(const ExportTimeline& timeline, gpu::Device& device, const PixelSize& size)
     : timeline_(timeline), device_(device), size_(size), queue_(device.newCommandQueue()) {
     if (!queue_)
         cannotStart("no command queue");

@@ -18,7 +18,7 @@ namespace tarnwick {
 class MovieFrames {
   public:
     // Makes the queue and the pipelines that the movie takes. Throws ExportError.
-    MovieFrames(const ExportTimeline& timeline, gpu::Device& device, const PictureSize& size);
+    MovieFrames(const ExportTimeline& timeline, gpu::Device& device, const PixelSize& size);
 
     // Makes the textures that the crossfades take. Throws ExportError.
     void makeLoopTextures();
@@ -45,7 +45,7 @@ class MovieFrames {
 
     const ExportTimeline& timeline_;
     gpu::Device& device_;
-    PictureSize size_;
+    PixelSize size_;
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<OverlayQuad> overlay_;
     std::unique_ptr<Watermark> watermark_;

@@ -21,7 +21,7 @@ void enter(gpu::RenderCommandEncoder& encoder, const FrameLayout::Area& area) {
                             .height = static_cast<std::uint32_t>(area.height)});
 }
 
-FrameLayout::Area whole(const PictureSize& frame) {
+FrameLayout::Area whole(const PixelSize& frame) {
     return {.width = frame.width, .height = frame.height};
 }
 

@@ -1,9 +1,9 @@
 // Draws the frames of one segment of a movie.
 #pragma once
 
+#include "TarnwickBase/PixelSize.h"
 #include "TarnwickRender/ExportSegment.h"
 #include "TarnwickRender/Pictures/OverlayQuad.h"
-#include "TarnwickRender/Pictures/PictureSize.h"
 #include "TarnwickRender/Pictures/Watermark.h"
 #include "TarnwickRender/ProgramFrames.h"
 #include "TarnwickRender/Run/FeedbackFrames.h"
@@ -21,7 +21,7 @@ class SegmentPictures {
         gpu::Device& device;
         gpu::CommandQueue& queue;
         const OverlayQuad* overlay = nullptr; // for a segment with a layout
-        PictureSize frame{};
+        PixelSize frame{};
         std::int64_t fps = 1;
     };
 

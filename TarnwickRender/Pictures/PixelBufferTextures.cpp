@@ -1,6 +1,6 @@
 #include "TarnwickRender/Pictures/PixelBufferTextures.h"
 
-#include "TarnwickRender/Pictures/PictureSize.h"
+#include "TarnwickBase/PixelSize.h"
 #include "TarnwickRender/Program/TargetFormats.h"
 
 #include <stdexcept>
@@ -22,7 +22,7 @@ bool canStandBehind(const gpu::Texture& texture) {
 std::unique_ptr<PixelBufferTextures>
 PixelBufferTextures::make(gpu::Device& device, std::int64_t width, std::int64_t height,
                           PixelFormat encoderFormat, ColorConversionPlace place) {
-    const auto size = PictureSize::of(width, height);
+    const auto size = PixelSize::of(width, height);
     if (!size)
         return nullptr;
     const bool isConverted = place == ColorConversionPlace::gpu ||

@@ -32,18 +32,16 @@ ShaderError shaderError(const Diagnostic& fault) {
 
 } // namespace
 
-CompiledEpisode CompiledEpisode::make(std::string_view episode, gpu::Device* device,
+CompiledEpisode CompiledEpisode::make(const Episode& episode, gpu::Device* device,
                                       EpisodeWarnings warnings) {
-    if (const auto fault = encodingError(episode))
+    if (const auto fault = encodingError(episode.text))
         throw shaderError(*fault);
-    CompiledEpisode compiled{.shader = ShaderAssembler::assemble(episode), .library = nullptr};
-    const std::size_t params = compiled.shader.params.size();
+    const std::size_t params = episode.params().size();
     if (params > ParamBuffer::mostParams)
         throw ShaderError("The episode declares " + std::to_string(params) +
                           " parameters; at most " + std::to_string(ParamBuffer::mostParams) +
                           " can be passed to the GPU.");
-    compiled.library = compiledLibrary(compiled.shader, device, warnings);
-    return compiled;
+    return {.shader = episode.shader, .library = compiledLibrary(episode.shader, device, warnings)};
 }
 
 } // namespace tarnwick

@@ -1,13 +1,12 @@
 // An episode's text, assembled and compiled, before anything is made on a device.
 #pragma once
 
-#include "TarnwickCore/ShaderAssembler.h"
+#include "TarnwickCore/Episode/Episode.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/Pipeline.h"
 
 #include <cstdint>
 #include <memory>
-#include <string_view>
 
 namespace tarnwick {
 
@@ -21,7 +20,7 @@ struct CompiledEpisode {
     std::unique_ptr<gpu::Library> library; // its warnings() are the compiler's
 
     // Code for `device`, or for any where it is null. Blocks. Throws ShaderError.
-    static CompiledEpisode make(std::string_view episode, gpu::Device* device,
+    static CompiledEpisode make(const Episode& episode, gpu::Device* device,
                                 EpisodeWarnings warnings = EpisodeWarnings::usual);
 };
 

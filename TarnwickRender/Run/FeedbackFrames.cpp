@@ -1,6 +1,6 @@
 #include "TarnwickRender/Run/FeedbackFrames.h"
 
-#include "TarnwickRender/Pictures/PictureSize.h"
+#include "TarnwickBase/PixelSize.h"
 
 #include <algorithm>
 
@@ -23,7 +23,7 @@ void copyCommonPart(const gpu::Texture& source, const gpu::Texture& target,
 
 std::unique_ptr<FeedbackFrames> FeedbackFrames::make(gpu::Device& device, std::int64_t width,
                                                      std::int64_t height, gpu::PixelFormat format) {
-    const auto size = PictureSize::of(width, height);
+    const auto size = PixelSize::of(width, height);
     if (!size)
         return nullptr;
     auto made = std::make_unique<FeedbackFrames>();

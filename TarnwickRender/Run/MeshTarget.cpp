@@ -1,13 +1,13 @@
 #include "TarnwickRender/Run/MeshTarget.h"
 
-#include "TarnwickRender/Pictures/PictureSize.h"
+#include "TarnwickBase/PixelSize.h"
 #include "TarnwickRender/Program/TargetFormats.h"
 
 namespace tarnwick {
 
 std::unique_ptr<MeshTarget> MeshTarget::make(gpu::Device& device, std::int64_t width,
                                              std::int64_t height) {
-    const auto size = PictureSize::of(width, height);
+    const auto size = PixelSize::of(width, height);
     if (!size)
         return nullptr;
     const gpu::TextureDescriptor one{.format = TargetFormats::pixelFormat,

@@ -1,7 +1,7 @@
 #include "TarnwickRender/Run/ParticleSimulation.h"
 
+#include "TarnwickBase/PixelSize.h"
 #include "TarnwickBase/Precondition.h"
-#include "TarnwickRender/Pictures/PictureSize.h"
 #include "TarnwickRender/Program/HostFunctions.h"
 #include "TarnwickRender/Program/ParamBuffer.h"
 #include "TarnwickRender/Program/TargetFormats.h"
@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::int64_t stepsPerCommandBuffer = 240; // while warming: four seconds
 
-std::unique_ptr<gpu::Texture> trailsTexture(gpu::Device& device, const PictureSize& size) {
+std::unique_ptr<gpu::Texture> trailsTexture(gpu::Device& device, const PixelSize& size) {
     return device.newTexture({.format = TargetFormats::trailsFormat,
                               .width = size.width,
                               .height = size.height,
@@ -57,7 +57,7 @@ std::unique_ptr<ParticleSimulation>
 ParticleSimulation::make(std::shared_ptr<const ProgramParts> program, gpu::Device& device,
                          std::int64_t width, std::int64_t height) {
     const auto& pipelines = program->particles;
-    const auto size = PictureSize::of(width, height);
+    const auto size = PixelSize::of(width, height);
     if (!pipelines || !size)
         return nullptr;
     std::unique_ptr<ParticleSimulation> made(new ParticleSimulation);

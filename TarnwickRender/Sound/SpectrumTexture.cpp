@@ -1,13 +1,13 @@
 #include "TarnwickRender/Sound/SpectrumTexture.h"
 
-#include "TarnwickRender/Pictures/PictureSize.h"
+#include "TarnwickBase/PixelSize.h"
 
 #include <algorithm>
 
 namespace tarnwick {
 
 std::unique_ptr<SpectrumTexture> SpectrumTexture::make(gpu::Device& device, std::int64_t bins) {
-    const auto size = PictureSize::of(bins, 1);
+    const auto size = PixelSize::of(bins, 1);
     if (!size)
         return nullptr;
     auto made = std::make_unique<SpectrumTexture>();

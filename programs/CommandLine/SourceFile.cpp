@@ -76,7 +76,7 @@ std::string sourceBytes(std::string_view path) {
 std::string sourceText(std::string_view path) {
     std::string text = sourceBytes(path);
     if (const auto fault = encodingError(text)) {
-        printFindings(path, text, std::array{*fault});
+        printFindings(path, text, std::array{Finding{.diagnostic = *fault, .hint = ""}});
         failure(std::string(path) + " is not text in UTF-8.");
     }
     return text;

@@ -1,13 +1,11 @@
 // tarnwick assemble: the whole program that an episode becomes.
-#include "TarnwickCore/ShaderAssembler.h"
-#include "programs/CommandLine/SourceFile.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeFile.h"
 
 namespace tarnwick {
 
 static Status assemble(const Arguments& arguments) {
-    const std::string episode = sourceText(arguments.operand("episode"));
-    const std::string program = ShaderAssembler::assemble(episode).source;
+    const std::string program = episodeAt(arguments.operand("episode")).shader.source;
     print(program.ends_with('\n') ? program : program + "\n");
     return Status::done;
 }

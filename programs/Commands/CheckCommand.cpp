@@ -1,8 +1,8 @@
 // tarnwick check: what the compiler and the declarations' readers find in an episode.
 #include "TarnwickCore/Findings.h"
 #include "TarnwickGPU/Device.h"
-#include "programs/CommandLine/SourceFile.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Terminal/Findings.h"
 
@@ -12,18 +12,18 @@
 namespace tarnwick {
 
 static Status check(const Arguments& arguments) {
-    const std::string_view path = arguments.operand("episode");
-    const std::string source = sourceBytes(path);
+    const Episode episode = episodeAt(arguments.operand("episode"), EpisodeBytes::any);
     const auto device = gpu::Device::systemDefault();
     const EpisodeFindings checked =
-        checkedEpisode(path, source, device.get(),
+        checkedEpisode(episode, device.get(),
                        arguments.has("-W") ? EpisodeWarnings::more : EpisodeWarnings::usual);
     const std::vector<Finding> findings =
-        withDeclarationWarnings(source, findingsOf(source, checked.diagnostics));
-    print(arguments.has("--json") ? findingsJSON(path, findings, checked.raw)
-                                  : findingsText(path, source, findings, coloursOf(STDOUT_FILENO)));
+        withDeclarationWarnings(episode, findingsOf(episode, checked.diagnostics));
+    print(arguments.has("--json")
+              ? findingsJSON(episode.path, findings, checked.raw)
+              : findingsText(episode.path, episode.text, findings, coloursOf(STDOUT_FILENO)));
     if (!checked.compiles && firstError(findings).empty())
-        failure(std::string(path) + " does not compile: " + checked.raw);
+        failure(episode.path + " does not compile: " + checked.raw);
     if (!checked.hasRoom)
         failure(checked.raw);
     return checked.compiles ? Status::done : Status::failed;

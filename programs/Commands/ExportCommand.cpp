@@ -1,9 +1,8 @@
 // tarnwick export: an episode as a movie.
-#include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/Text/Numbers.h"
 #include "programs/CommandLine/Seconds.h"
-#include "programs/CommandLine/SourceFile.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeLoop.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
@@ -18,13 +17,12 @@
 namespace tarnwick {
 namespace {
 
-constexpr std::string_view usualLength = "// @length 10\n"; // of an episode that says none
+constexpr double usualDuration = 10; // seconds, of an episode without @length
 
 // All that the command line says, checked before anything is compiled or drawn.
 struct Request {
-    std::string_view path;
+    Episode episode;
     MovieTarget movie;
-    std::string episode;
     Settings settings;
     double askedStart = 0, start = 0, duration = 0, crossfade = 0; // seconds
     std::optional<LoopSearch> search;                              // whose answer is the duration
@@ -32,11 +30,10 @@ struct Request {
     bool sound = false, watermark = false;
 };
 
-// Of several lines that say a length the last counts.
-double durationOf(const Arguments& arguments, const std::string& episode) {
+double durationOf(const Arguments& arguments, const Episode& episode) {
     const auto given = arguments.value("--duration");
-    const double duration = given ? secondsFromZero(*given, "--duration")
-                                  : EpisodeMeta::parse(std::string(usualLength) + episode).length;
+    const double duration =
+        given ? secondsFromZero(*given, "--duration") : episode.length().value_or(usualDuration);
     if (duration == 0)
         misuse("A movie of 0 seconds has no frames.");
     checkMovieLength(duration);
@@ -76,10 +73,11 @@ double startOf(const Request& request) {
 }
 
 Request requestOf(const Arguments& arguments) {
-    Request request{.path = arguments.operand("episode"), .movie = movieTargetOf(arguments)};
+    const std::string_view path = arguments.operand("episode");
+    Request request{.movie = movieTargetOf(arguments)};
     request.askedStart = secondsFromZero(arguments, "--start", 0);
     request.crossfade = secondsFromZero(arguments, "--loop", 0);
-    request.episode = sourceText(request.path);
+    request.episode = episodeAt(path);
     request.search = searchOf(arguments, request);
     if (!request.search)
         request.duration = durationOf(arguments, request.episode);
@@ -88,8 +86,8 @@ Request requestOf(const Arguments& arguments) {
         request.search->start = request.start;
     if (const auto given = arguments.value("--frames"))
         request.frames = exportFramesOf(*given, request.movie.preset, request.duration);
-    request.settings = episodeSettingsOf(arguments, request.path, request.episode);
-    request.sound = exportSoundOf(arguments, request.episode, request.path);
+    request.settings = episodeSettingsOf(arguments, request.episode);
+    request.sound = exportSoundOf(arguments, request.episode);
     request.watermark = arguments.has("--watermark");
     return request;
 }
@@ -109,19 +107,18 @@ ExportSegment segmentOf(const Request& request, std::shared_ptr<const ShaderProg
 Status export_(const Arguments& arguments) {
     Request request = requestOf(arguments);
     const auto device = drawingDevice();
-    const auto program = programOf(request.path, request.episode, *device);
+    const auto program = programOf(request.episode, *device);
     sayLoopStart(request.askedStart, request.start);
     if (request.search) {
         const FoundLoop found =
-            findLoop(program, *device, request.settings, *request.search, request.path);
+            findLoop(program, *device, request.settings, *request.search, request.episode.path);
         request.duration = found.length;
         request.movie.out.say("The loop takes " + loopText(found, request.search->fps) + ".\n");
     }
     checkSteps(*program, request.start + request.duration, "movies");
     if (request.sound && (!request.frames || request.frames->first == 0)) {
         const double crossfade = crossfadeOf(request, request.duration);
-        checkHeard({.path = request.path,
-                    .episode = request.episode,
+        checkHeard({.episode = request.episode,
                     .values = request.settings.values,
                     .start = request.start - crossfade,
                     .duration = request.duration + crossfade},
@@ -130,7 +127,8 @@ Status export_(const Arguments& arguments) {
     ExportSegment segment = segmentOf(request, program);
     const auto tap = program->usesInputs() ? SoundTap::make(program, *device) : nullptr;
     letListen(segment, tap.get());
-    exportMovie({&segment, 1}, request.movie, *device, request.path, {.frames = request.frames});
+    exportMovie({&segment, 1}, request.movie, *device, request.episode.path,
+                {.frames = request.frames});
     return Status::done;
 }
 

@@ -1,8 +1,8 @@
 // tarnwick loop: the length at which an episode comes back to where it began.
 #include "TarnwickCore/Text/Numbers.h"
 #include "programs/CommandLine/Seconds.h"
-#include "programs/CommandLine/SourceFile.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeLoop.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
@@ -35,10 +35,10 @@ LoopSearch searchOf(const Arguments& arguments) {
 Status loop(const Arguments& arguments) {
     const std::string_view path = arguments.operand("episode");
     const LoopSearch search = searchOf(arguments);
-    const std::string episode = sourceText(path);
-    const Settings settings = episodeSettingsOf(arguments, path, episode);
+    const Episode episode = episodeAt(path);
+    const Settings settings = episodeSettingsOf(arguments, episode);
     const auto device = drawingDevice();
-    const auto program = programOf(path, episode, *device);
+    const auto program = programOf(episode, *device);
     sayLoopStart(askedStart(arguments), search.start);
     print(loopText(findLoop(program, *device, settings, search, path), search.fps) + "\n");
     return Status::done;

@@ -1,10 +1,7 @@
 // tarnwick meta: what an episode says about itself.
-#include "TarnwickCore/Episode/ShaderKind.h"
-#include "TarnwickCore/EpisodeMeta.h"
-#include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickCore/Text/Numbers.h"
-#include "programs/CommandLine/SourceFile.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeFile.h"
 #include "programs/Terminal/TextTable.h"
 
 #include <nlohmann/json.hpp>
@@ -15,12 +12,6 @@ namespace tarnwick {
 namespace {
 
 using nlohmann::ordered_json;
-
-struct Episode {
-    EpisodeMeta meta;
-    ShaderKind kind;
-    AssembledShader shader;
-};
 
 std::string listed(const std::vector<std::int64_t>& variations) {
     std::string list;
@@ -87,9 +78,9 @@ ordered_json paramsJSON(const std::vector<ParamDecl>& params) {
     return list;
 }
 
-std::string metaJSON(std::string_view path, const Episode& episode) {
+std::string metaJSON(const Episode& episode) {
     const EpisodeMeta& meta = episode.meta;
-    const ordered_json document{{"episode", path},
+    const ordered_json document{{"episode", episode.path},
                                 {"number", meta.number},
                                 {"title", meta.title},
                                 {"kind", rawValue(episode.kind)},
@@ -111,11 +102,8 @@ std::string metaJSON(std::string_view path, const Episode& episode) {
 }
 
 Status meta(const Arguments& arguments) {
-    const std::string_view path = arguments.operand("episode");
-    const std::string source = sourceText(path);
-    const Episode episode{EpisodeMeta::parse(source), shaderKindOf(source),
-                          ShaderAssembler::assemble(source)};
-    print(arguments.has("--json") ? metaJSON(path, episode) : metaText(episode));
+    const Episode episode = episodeAt(arguments.operand("episode"));
+    print(arguments.has("--json") ? metaJSON(episode) : metaText(episode));
     return Status::done;
 }
 

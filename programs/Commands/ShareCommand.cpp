@@ -1,6 +1,6 @@
 // tarnwick share: an episode for others to see.
-#include "programs/CommandLine/SourceFile.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Movies/ExportOptions.h"
@@ -37,20 +37,25 @@ Choice choiceOf(const Arguments& arguments, std::string_view option,
     misuse(std::string(option) + " wants one of " + known + ", not " + quoted(*given) + ".");
 }
 
-// All that the command line says; stand-ins for what is yet to be drawn.
-ShareUpload uploadOf(const Arguments& arguments) {
+struct Request {
+    Episode episode;
+    ShareUpload upload; // with stand-ins for the movie and the picture that are not drawn yet
+};
+
+Request requestOf(const Arguments& arguments) {
     if (!arguments.has("--title"))
         misuse("--title TEXT is missing: what the page is to be called.");
     ShareUpload upload{.title = std::string(arguments.value("--title").value()),
                        .description = std::string(arguments.value("--description").value_or(""))};
     upload.licence = choiceOf(arguments, "--licence", allLicences, upload.licence);
     upload.visibility = choiceOf(arguments, "--visibility", allVisibilities, upload.visibility);
-    upload.source = sourceText(arguments.operand("episode"));
-    upload.params = ParamParser::parse(upload.source);
+    Episode episode = episodeAt(arguments.operand("episode"));
+    upload.source = episode.text;
+    upload.params = episode.params();
     const auto loop = arguments.value("--loop"), thumb = arguments.value("--thumb");
     upload.loop = loop ? mediaFile(*loop) : standInLoop;
     upload.thumb = thumb ? mediaFile(*thumb) : standInThumb;
-    return upload;
+    return {std::move(episode), std::move(upload)};
 }
 
 // `status` is whose fault they are: the command line's, or that of what was drawn.
@@ -64,18 +69,17 @@ void checkProblems(const ShareUpload& upload, Status status) {
 }
 
 // What cannot be compiled is refused here too when nothing is to be drawn.
-void draw(ShareUpload& upload, const Arguments& arguments, const PixelSize& size,
+void draw(Request& request, const Arguments& arguments, const PixelSize& size,
           const Settings& settings) {
     const auto device = drawingDevice();
-    SharedEpisode episode{.path = arguments.operand("episode"),
-                          .source = upload.source,
-                          .size = size,
-                          .settings = settings};
-    episode.program = programOf(episode.path, episode.source, *device);
+    const SharedEpisode shared{.episode = request.episode,
+                               .program = programOf(request.episode, *device),
+                               .size = size,
+                               .settings = settings};
     if (!arguments.has("--thumb"))
-        upload.thumb = sharedThumb(episode, *device);
+        request.upload.thumb = sharedThumb(shared, *device);
     if (!arguments.has("--loop"))
-        upload.loop = sharedLoop(episode, *device);
+        request.upload.loop = sharedLoop(shared, *device);
 }
 
 Shared sent(const ShareUpload& upload, const Secret& token, const APIClient& client) {
@@ -96,14 +100,14 @@ Shared sent(const ShareUpload& upload, const Secret& token, const APIClient& cli
 }
 
 Status share(const Arguments& arguments) {
-    ShareUpload upload = uploadOf(arguments);
+    Request request = requestOf(arguments);
+    const ShareUpload& upload = request.upload;
     const PixelSize size = movieSizeOf(arguments, ExportPreset::site);
     checkProblems(upload, Status::misused);
-    const Settings settings =
-        episodeSettingsOf(arguments, arguments.operand("episode"), upload.source);
+    const Settings settings = episodeSettingsOf(arguments, request.episode);
     const Service service(arguments);
     const Secret token = service.wantedToken();
-    draw(upload, arguments, size, settings);
+    draw(request, arguments, size, settings);
     checkProblems(upload, Status::failed);
     try {
         print(terminalText(sent(upload, token, service.client()).url.string()) + "\n");

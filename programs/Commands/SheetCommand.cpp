@@ -1,8 +1,7 @@
 // tarnwick sheet: the stills of many episodes on one picture.
-#include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickPlatform/Pictures/Halved.h"
-#include "programs/CommandLine/SourceFile.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Episode/StillSheet.h"
@@ -14,65 +13,61 @@
 namespace tarnwick {
 namespace {
 
-struct Episode {
-    std::string_view path;
-    std::string text;
-    std::int64_t number;
-    std::string label;
+struct SheetEpisode {
+    Episode episode;
     Settings settings;
 };
 
 // Number and title. The name of the file where the episode has no title: all such episodes would
 // have one label.
-std::string labelOf(const EpisodeMeta& meta, std::string_view path) {
-    if (meta.title == EpisodeMeta().title)
-        return std::filesystem::path(path).stem().string();
-    return std::to_string(meta.number) + "  " + meta.title;
+std::string labelOf(const Episode& episode) {
+    if (episode.meta.title == EpisodeMeta().title)
+        return std::filesystem::path(episode.path).stem().string();
+    return std::to_string(episode.meta.number) + "  " + episode.meta.title;
 }
 
 // In the order of their numbers.
-std::vector<Episode> episodesOf(const Arguments& arguments) {
+std::vector<SheetEpisode> episodesOf(const Arguments& arguments) {
     if (arguments.operands().empty())
         misuse("The episodes are missing.");
-    std::vector<Episode> episodes;
+    std::vector<SheetEpisode> episodes;
     for (const std::string_view path : arguments.operands()) {
-        const std::string text = sourceText(path);
-        const EpisodeMeta meta = EpisodeMeta::parse(text);
-        episodes.push_back({path, text, meta.number, labelOf(meta, path),
-                            episodeSettingsOf(arguments, path, text)});
+        Episode episode = episodeAt(path);
+        Settings settings = episodeSettingsOf(arguments, episode);
+        episodes.push_back({std::move(episode), std::move(settings)});
     }
-    std::ranges::stable_sort(episodes, {}, &Episode::number);
+    std::ranges::stable_sort(episodes, {},
+                             [](const SheetEpisode& one) { return one.episode.meta.number; });
     return episodes;
 }
 
-LabelledPicture labelledStill(const Episode& episode, const SheetLayout& layout, bool hears,
+LabelledPicture labelledStill(const SheetEpisode& one, const SheetLayout& layout, bool hears,
                               gpu::Device& device, ProgressBar& bar) {
-    const double time = stillTime(episode.text);
-    const EpisodeFrame frame{.path = episode.path,
-                             .episode = episode.text,
+    const double time = stillTime(one.episode);
+    const EpisodeFrame frame{.episode = one.episode,
                              .size = drawnSize(layout),
                              .time = time,
                              .frame = savedFrame(time),
-                             .settings = episode.settings,
+                             .settings = one.settings,
                              .hears = hears};
-    return {.picture = halved(pictureOf(frame, device, bar)), .label = episode.label};
+    return {.picture = halved(pictureOf(frame, device, bar)), .label = labelOf(one.episode)};
 }
 
 Status sheet(const Arguments& arguments) {
     const Output out = Output::wanted(arguments, FileKind::pngPicture);
-    const std::vector<Episode> episodes = episodesOf(arguments);
+    const std::vector<SheetEpisode> episodes = episodesOf(arguments);
     std::vector<std::string> labels;
-    for (const Episode& episode : episodes)
-        labels.push_back(episode.label);
+    for (const SheetEpisode& one : episodes)
+        labels.push_back(labelOf(one.episode));
     const SheetLayout layout = sheetLayoutOf(arguments, labels);
     const auto device = drawingDevice();
     std::vector<LabelledPicture> pictures;
     {
         ProgressBar bar("Step");
-        for (const Episode& episode : episodes) {
+        for (const SheetEpisode& one : episodes) {
             bar.part(partName("Still", pictures.size(), episodes.size()));
             pictures.push_back(
-                labelledStill(episode, layout, arguments.has(hearOption.name), *device, bar));
+                labelledStill(one, layout, arguments.has(hearOption.name), *device, bar));
         }
     }
     writeSheet(pictures, layout, out);

@@ -15,9 +15,9 @@ namespace {
 
 std::vector<float> samplesOf(const EpisodeSound& sound) {
     const auto device = drawingDevice();
-    const auto program = programOf(sound.path, sound.episode, *device);
+    const auto program = programOf(sound.episode, *device);
     ProgressBar bar("Second");
-    bar.doing("Compiling the sound of " + std::string(sound.path));
+    bar.doing("Compiling the sound of " + sound.episode.path);
     const auto check = soundCheckOf(sound, *device);
     SoundNews news;
     news.check = check.get();
@@ -30,12 +30,12 @@ std::vector<float> samplesOf(const EpisodeSound& sound) {
     if (news.notFinite)
         refuseNotFinite(sound, *news.notFinite);
     if (!samples)
-        failure("The device could not evaluate the sound of " + std::string(sound.path) + ".");
+        failure("The device could not evaluate the sound of " + sound.episode.path + ".");
     if (news.hitLoopBudget)
         std::fprintf(stderr,
                      "tarnwick: A loop of %s went on for too long and was ended; the sound may "
                      "not be what it describes.\n",
-                     std::string(sound.path).c_str());
+                     sound.episode.path.c_str());
     return *std::move(samples);
 }
 

@@ -21,7 +21,7 @@ namespace {
 class Listener {
   public:
     explicit Listener(const EpisodeSound& sound) : sound_(sound), device_(drawingDevice()) {
-        tap_ = SoundTap::make(programOf(sound.path, sound.episode, *device_), *device_);
+        tap_ = SoundTap::make(programOf(sound.episode, *device_), *device_);
         if (!tap_)
             fail();
         check_ = soundCheckOf(sound, *device_);
@@ -29,7 +29,7 @@ class Listener {
     // The levels at `time`, as the frames before left them.
     std::array<float, 4> levels(double time) {
         ProgressBar bar("");
-        bar.doing("Listening to " + std::string(sound_.path));
+        bar.doing("Listening to " + sound_.episode.path);
         for (const double before : SoundTap::timesBefore(time))
             hear(before);
         return hear(time);
@@ -47,7 +47,7 @@ class Listener {
 
   private:
     [[noreturn]] void fail() const {
-        failure("The device could not evaluate the sound of " + std::string(sound_.path) + ".");
+        failure("The device could not evaluate the sound of " + sound_.episode.path + ".");
     }
     const EpisodeSound& sound_;
     std::shared_ptr<gpu::Device> device_;

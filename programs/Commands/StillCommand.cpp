@@ -1,8 +1,8 @@
 // tarnwick still: one frame of an episode as a PNG file.
 #include "TarnwickCore/Text/Numbers.h"
 #include "programs/CommandLine/Output.h"
-#include "programs/CommandLine/SourceFile.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodePicture.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
@@ -16,7 +16,7 @@ namespace tarnwick {
 namespace {
 
 // Without a time of its own, the one that the episode names.
-double timeOf(const Arguments& arguments, std::string_view episode) {
+double timeOf(const Arguments& arguments, const Episode& episode) {
     const auto given = arguments.value("--time");
     if (!given)
         return stillTime(episode);
@@ -38,12 +38,12 @@ std::uint32_t frameOf(const Arguments& arguments, double time) {
 }
 
 // What --hear says. Throws CommandError for an episode that cannot hear itself.
-bool hearsOf(const Arguments& arguments, const EpisodeFrame& frame) {
+bool hearsOf(const Arguments& arguments, const Episode& episode) {
     if (!arguments.has(hearOption.name))
         return false;
-    checkSound(frame.episode, frame.path);
-    if (!ShaderAssembler::assemble(frame.episode).usesInputs)
-        failure(std::string(frame.path) +
+    checkSound(episode);
+    if (!episode.shader.usesInputs)
+        failure(episode.path +
                 " does not hear its sound: its shade has no parameter of the type Inputs.");
     return true;
 }
@@ -58,15 +58,15 @@ struct Request {
 Request requestOf(const Arguments& arguments) {
     Request request{.out = Output::wanted(arguments, FileKind::pngPicture)};
     EpisodeFrame& frame = request.frame;
-    frame.path = arguments.operand("episode");
+    const std::string_view path = arguments.operand("episode");
     if (arguments.has("--alpha"))
         request.alpha = PictureAlpha::premultiplied;
     frame.size = pixelSizeOf(arguments, {.width = 1280, .height = 720});
-    frame.episode = sourceText(frame.path);
+    frame.episode = episodeAt(path);
     frame.time = timeOf(arguments, frame.episode);
     frame.frame = frameOf(arguments, frame.time);
-    frame.hears = hearsOf(arguments, frame);
-    frame.settings = episodeSettingsOf(arguments, frame.path, frame.episode);
+    frame.hears = hearsOf(arguments, frame.episode);
+    frame.settings = episodeSettingsOf(arguments, frame.episode);
     return request;
 }
 

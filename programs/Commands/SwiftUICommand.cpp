@@ -1,10 +1,9 @@
 // tarnwick swiftui: an episode as a Swift package.
-#include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/SwiftUIExport.h"
 #include "TarnwickCore/Text/Characters.h"
 #include "programs/CommandLine/NewFolder.h"
-#include "programs/CommandLine/SourceFile.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeProgram.h"
 
 #include <array>
@@ -13,14 +12,15 @@ namespace tarnwick {
 namespace {
 
 // The title that is given, else the one that the episode bears, else its file's name.
-std::string titleOf(const Arguments& arguments, std::string_view path, const std::string& source) {
+std::string titleOf(const Arguments& arguments, const Episode& episode) {
     if (const auto given = arguments.value("--title")) {
         if (trimmed(*given).empty())
             misuse("The title is empty.");
         return std::string(*given);
     }
-    const std::string title = EpisodeMeta::parse(source).title;
-    return title != EpisodeMeta{}.title ? title : std::filesystem::path(path).stem().string();
+    const std::string& title = episode.meta.title;
+    return title != EpisodeMeta{}.title ? title
+                                        : std::filesystem::path(episode.path).stem().string();
 }
 
 Status swiftUI(const Arguments& arguments) {
@@ -29,14 +29,14 @@ Status swiftUI(const Arguments& arguments) {
     if (folder.empty())
         misuse("-o FOLDER is missing: where to write the package.");
     checkNewFolder(folder);
-    const std::string source = sourceText(path);
+    const Episode episode = episodeAt(path);
     SwiftUIExport::Output output;
     try {
-        output = SwiftUIExport::make(source, titleOf(arguments, path, source));
+        output = SwiftUIExport::make(episode.text, titleOf(arguments, episode));
     } catch (const SwiftUIExport::Problem& problem) {
         failure(problem.what());
     }
-    checkCompiles(path, source);
+    checkCompiles(episode);
     const std::filesystem::path target = "Sources/" + output.name + "Shader";
     const std::array<NewFile, 3> files{{
         {"Package.swift", output.packageManifest},

@@ -54,7 +54,7 @@ std::string listJSON(const EpisodeVariations& variations) {
     ordered_json series = ordered_json::array();
     for (const Variation& variation : variations.series)
         series.push_back(documentOf(variation));
-    const ordered_json document{{"episode", variations.path},
+    const ordered_json document{{"episode", variations.episode.path},
                                 {"seed", variations.seed},
                                 {"length", variations.length},
                                 {"duration", variations.duration},
@@ -77,13 +77,13 @@ std::vector<LabelledPicture> stillsOf(const EpisodeVariations& variations,
                                       const SheetLayout& layout, bool hears) {
     const auto device = drawingDevice();
     ProgressBar bar("Step");
-    const auto program = programOf(variations.path, variations.episode, *device, bar);
+    const auto program = programOf(variations.episode, *device, bar);
     std::vector<LabelledPicture> stills;
     StillNews news;
     bool hitLoopBudget = false;
     for (const Variation& variation : variations.series) {
         bar.part(partName("Still", stills.size(), labels.size()));
-        const EpisodeFrame frame{.path = variations.path,
+        const EpisodeFrame frame{.episode = variations.episode,
                                  .size = drawnSize(layout),
                                  .time = variation.start,
                                  .frame = savedFrame(variation.start),
@@ -95,7 +95,7 @@ std::vector<LabelledPicture> stillsOf(const EpisodeVariations& variations,
     }
     bar.hide();
     if (hitLoopBudget)
-        warnOfLoopBudget(variations.path);
+        warnOfLoopBudget(variations.episode.path);
     return stills;
 }
 

@@ -51,15 +51,15 @@ std::vector<Picture> stillsOf(const EpisodeWalkthrough& walkthrough,
         const auto& [x, y, width, height] = renderer.picture();
         StillNews news;
         stills.push_back(pictureOf(programs[index],
-                                   {.path = walkthrough.paths[index],
-                                    .size = {.width = width, .height = height},
+                                   {.episode = walkthrough.episodes[index],
+                                    .size = *PixelSize::of(width, height),
                                     .time = time,
                                     .frame = savedFrame(time),
                                     .settings = walkthrough.settings},
                                    *device, news, bar));
         bar.hide();
         if (news.hitLoopBudget)
-            warnOfLoopBudget(walkthrough.paths[index]);
+            warnOfLoopBudget(walkthrough.episodes[index].path);
     }
     return stills;
 }
@@ -111,8 +111,7 @@ Status walkthrough(const Arguments& arguments) {
     if (arguments.has("--json") + folder.has_value() + movie.has_value() > 1)
         misuse("--json, --pages and -o exclude each other.");
     if (movie || folder)
-        walkthrough.settings =
-            episodeSettingsOf(arguments, walkthrough.paths.back(), walkthrough.episode());
+        walkthrough.settings = episodeSettingsOf(arguments, walkthrough.episode());
     if (movie) {
         exportWalkthrough(walkthrough, arguments);
         return Status::done;
@@ -124,8 +123,9 @@ Status walkthrough(const Arguments& arguments) {
         return Status::done;
     }
     const std::vector<WalkthroughStage> stages = walkthrough.stages(renderer);
-    print(arguments.has("--json") ? walkthroughJSON(stages, walkthrough.paths, renderer.capacity())
-                                  : walkthroughText(stages, coloursOf(STDOUT_FILENO)));
+    print(arguments.has("--json")
+              ? walkthroughJSON(stages, walkthrough.episodes, renderer.capacity())
+              : walkthroughText(stages, coloursOf(STDOUT_FILENO)));
     return Status::done;
 }
 

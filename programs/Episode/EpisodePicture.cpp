@@ -1,6 +1,5 @@
 #include "programs/Episode/EpisodePicture.h"
 
-#include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/Text/Numbers.h"
 #include "TarnwickRender/ProgramFrames.h"
 #include "TarnwickRender/SoundTap.h"
@@ -28,12 +27,11 @@ PixelSize pixelSizeOf(const Arguments& arguments, PixelSize otherwise) {
     if (!fits(width) || !fits(height))
         misuse("--size wants WIDTHxHEIGHT, each from 1 to " + std::to_string(widest) +
                " pixels, not " + quoted(*given) + ".");
-    return {.width = *width, .height = *height};
+    return *PixelSize::of(*width, *height);
 }
 
-double stillTime(std::string_view episode) {
-    const double still = EpisodeMeta::parse(episode).still;
-    return std::isfinite(still) ? still : EpisodeMeta().still;
+double stillTime(const Episode& episode) {
+    return std::isfinite(episode.meta.still) ? episode.meta.still : EpisodeMeta().still;
 }
 
 std::uint32_t savedFrame(double time) {
@@ -44,12 +42,12 @@ std::uint32_t savedFrame(double time) {
 Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const EpisodeFrame& frame,
                   gpu::Device& device, StillNews& news, ProgressBar& bar) {
     checkSteps(*program, frame.time, "stills");
-    bar.doing("Drawing " + std::string(frame.path));
+    bar.doing("Drawing " + frame.episode.path);
     news.warmed = [&](std::int64_t step, std::int64_t goal) {
         if (step < goal)
             bar.show(step, goal);
         else
-            bar.doing("Drawing " + std::string(frame.path));
+            bar.doing("Drawing " + frame.episode.path);
     };
     const auto [width, height] = frame.size;
     const auto tap =
@@ -70,12 +68,12 @@ Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device) {
 }
 
 Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device, ProgressBar& bar) {
-    const auto program = programOf(frame.path, frame.episode, device, bar);
+    const auto program = programOf(frame.episode, device, bar);
     StillNews news;
     Picture picture = pictureOf(program, frame, device, news, bar);
     bar.hide();
     if (news.hitLoopBudget)
-        warnOfLoopBudget(frame.path);
+        warnOfLoopBudget(frame.episode.path);
     return picture;
 }
 

@@ -1,7 +1,9 @@
 // One frame of an episode, drawn for a subcommand.
 #pragma once
 
+#include "TarnwickBase/PixelSize.h"
 #include "TarnwickCore/Animation/Settings.h"
+#include "TarnwickCore/Episode/Episode.h"
 #include "TarnwickRender/StillRenderer.h"
 #include "programs/CommandLine/Arguments.h"
 #include "programs/Terminal/ProgressBar.h"
@@ -12,22 +14,17 @@
 
 namespace tarnwick {
 
-struct PixelSize {
-    std::int64_t width = 0, height = 0;
-};
-
 // What --size WIDTHxHEIGHT says, or `otherwise`. Throws CommandError.
 PixelSize pixelSizeOf(const Arguments& arguments, PixelSize otherwise);
 
-// The time in seconds at which the episode wants its still taken.
-double stillTime(std::string_view episode);
+// The time of the episode's still, in seconds.
+double stillTime(const Episode& episode);
 
 // The number that a saver of 30 frames a second would have come to.
 std::uint32_t savedFrame(double time);
 
 struct EpisodeFrame {
-    std::string_view path; // to name the episode by
-    std::string episode;   // its text
+    Episode episode;
     PixelSize size;
     double time = 0; // seconds, from 0 on
     std::uint32_t frame = 0;
@@ -41,7 +38,7 @@ Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device);
 // The same on a bar that shows other work too.
 Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device, ProgressBar& bar);
 
-// Draws it with its program, the episode's text left aside. Throws CommandError.
+// Draws it with its program. Throws CommandError.
 Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const EpisodeFrame& frame,
                   gpu::Device& device, StillNews& news, ProgressBar& bar);
 

@@ -10,43 +10,42 @@ namespace tarnwick {
 
 namespace {
 
-[[noreturn]] void refuse(std::string_view path, std::string_view episode,
-                         std::span<const Diagnostic> diagnostics, const std::string& raw) {
-    printFindings(path, episode, diagnostics);
-    failure(std::string(path) + " does not compile" + (diagnostics.empty() ? ": " + raw : "."));
+[[noreturn]] void refuse(const Episode& episode, std::span<const Diagnostic> diagnostics,
+                         const std::string& raw) {
+    printFindings(episode, diagnostics);
+    failure(episode.path + " does not compile" + (diagnostics.empty() ? ": " + raw : "."));
 }
 
 } // namespace
 
-std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
-                                               gpu::Device& device) {
+std::shared_ptr<const ShaderProgram> programOf(const Episode& episode, gpu::Device& device) {
     ProgressBar bar("");
-    return programOf(path, episode, device, bar);
+    return programOf(episode, device, bar);
 }
 
-std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
-                                               gpu::Device& device, ProgressBar& bar) {
-    bar.doing("Compiling " + std::string(path));
+std::shared_ptr<const ShaderProgram> programOf(const Episode& episode, gpu::Device& device,
+                                               ProgressBar& bar) {
+    bar.doing("Compiling " + episode.path);
     try {
         return ShaderProgram::compile(episode, device, ShaderProgram::pixelFormat);
     } catch (const ShaderError& error) {
         bar.hide();
-        refuse(path, episode, error.diagnostics, error.raw);
+        refuse(episode, error.diagnostics, error.raw);
     }
 }
 
-EpisodeFindings checkedEpisode(std::string_view path, const std::string& episode,
-                               gpu::Device* device, EpisodeWarnings warnings) {
+EpisodeFindings checkedEpisode(const Episode& episode, gpu::Device* device,
+                               EpisodeWarnings warnings) {
     ProgressBar bar("");
-    bar.doing("Compiling " + std::string(path));
+    bar.doing("Compiling " + episode.path);
     return checkEpisode(episode, device, warnings);
 }
 
-void checkCompiles(std::string_view path, const std::string& episode) {
+void checkCompiles(const Episode& episode) {
     const auto device = gpu::Device::systemDefault();
-    const EpisodeFindings findings = checkedEpisode(path, episode, device.get());
+    const EpisodeFindings findings = checkedEpisode(episode, device.get());
     if (!findings.compiles)
-        refuse(path, episode, findings.diagnostics, findings.raw);
+        refuse(episode, findings.diagnostics, findings.raw);
 }
 
 // The steps of a simulation are numbered in 32 bits.

@@ -7,7 +7,6 @@
 #include "programs/Terminal/ProgressBar.h"
 
 #include <memory>
-#include <string>
 #include <string_view>
 
 namespace tarnwick {
@@ -15,22 +14,19 @@ namespace tarnwick {
 // The device to draw with. Throws CommandError where there is none.
 std::shared_ptr<gpu::Device> drawingDevice();
 
-// `path` is what to name the episode by. Throws CommandError where it does not compile; what the
-// compiler finds has been printed then.
-std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
-                                               gpu::Device& device);
+// Throws CommandError where the episode does not compile, after it printed the compiler's findings.
+std::shared_ptr<const ShaderProgram> programOf(const Episode& episode, gpu::Device& device);
 // The same, and says on `bar` that it compiles, among other work that it shows.
-std::shared_ptr<const ShaderProgram> programOf(std::string_view path, const std::string& episode,
-                                               gpu::Device& device, ProgressBar& bar);
+std::shared_ptr<const ShaderProgram> programOf(const Episode& episode, gpu::Device& device,
+                                               ProgressBar& bar);
 
 // What the compiler finds, as `check` says it. Without a device its pipelines are not made.
-EpisodeFindings checkedEpisode(std::string_view path, const std::string& episode,
-                               gpu::Device* device,
+EpisodeFindings checkedEpisode(const Episode& episode, gpu::Device* device,
                                EpisodeWarnings warnings = EpisodeWarnings::usual);
 
 // Throws CommandError where the episode does not compile, as programOf() does; works without a
 // device.
-void checkCompiles(std::string_view path, const std::string& episode);
+void checkCompiles(const Episode& episode);
 
 // Throws CommandError where a simulation has no step for that time, in seconds; `what` of it is
 // wanted: "stills".

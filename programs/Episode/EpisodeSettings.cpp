@@ -17,17 +17,12 @@ void say(const std::string& sentence) {
     std::fprintf(stderr, "tarnwick: %s\n", terminalText(sentence).c_str());
 }
 
-// An episode and what its settings are held to.
-struct Target {
-    std::string path; // to name the episode by
-    std::vector<ParamDecl> params;
-
-    Settings fitted(const Settings& settings, std::string_view source) const {
-        for (const std::string& misfit : settings.misfits(params, path))
-            say(std::string(source) + ": " + misfit);
-        return settings.fitted(params);
-    }
-};
+// Says which of the settings from `source` do not fit the episode, and gives those that do.
+Settings fitted(const Settings& settings, const Episode& episode, std::string_view source) {
+    for (const std::string& misfit : settings.misfits(episode.params(), episode.path))
+        say(std::string(source) + ": " + misfit);
+    return settings.fitted(episode.params());
+}
 
 std::string unread(const std::string& file, std::string_view kind, const DocumentError& error) {
     return terminalText(file + " holds no " + std::string(kind) + ": " + error.what());
@@ -45,7 +40,7 @@ auto documentAt(const std::string& file, std::string_view kind, Decode decode) {
 
 // The document beside the episode. A file of another kind may lie there by chance: a movie's
 // chapters.
-Settings foundSettings(const std::string& file, const Target& target) {
+Settings foundSettings(const std::string& file, const Episode& episode) {
     Settings settings;
     try {
         settings = Settings::decode(sourceText(file));
@@ -57,48 +52,47 @@ Settings foundSettings(const std::string& file, const Target& target) {
         return {};
     }
     say("The settings are read from " + file + "; --no-settings ignores them.");
-    return target.fitted(settings, file);
+    return fitted(settings, episode, file);
 }
 
-Settings documentOf(const Arguments& arguments, const Target& target) {
+Settings documentOf(const Arguments& arguments, const Episode& episode) {
     const auto given = arguments.value(settingsOption.name);
     if (given && arguments.has(noSettingsOption.name))
         misuse("--settings and --no-settings exclude each other.");
     if (given)
-        return target.fitted(documentAt(std::string(*given), "settings", Settings::decode), *given);
+        return fitted(documentAt(std::string(*given), "settings", Settings::decode), episode,
+                      *given);
     const auto beside =
-        arguments.has(noSettingsOption.name) ? std::nullopt : settingsBeside(target.path);
-    return beside ? foundSettings(beside->string(), target) : Settings{};
+        arguments.has(noSettingsOption.name) ? std::nullopt : settingsBeside(episode.path);
+    return beside ? foundSettings(beside->string(), episode) : Settings{};
 }
 
 // The base value replaces whatever the document says of the parameter.
-void apply(std::string_view assignment, const Target& target, Settings& settings) {
+void apply(std::string_view assignment, const Episode& episode, Settings& settings) {
     const std::size_t equals = assignment.find('=');
     if (equals == std::string_view::npos)
         misuse("--set wants NAME=VALUE, not " + quoted(assignment) + ".");
     const std::string name(assignment.substr(0, equals));
     const std::string_view written = assignment.substr(equals + 1);
-    if (std::ranges::find(target.params, name, &ParamDecl::name) == target.params.end())
-        misuse(terminalText(undeclaredSentence(name, target.params, target.path)));
+    if (std::ranges::find(episode.params(), name, &ParamDecl::name) == episode.params().end())
+        misuse(terminalText(undeclaredSentence(name, episode.params(), episode.path)));
     const std::optional<float> value = floatOf(written);
     if (!value || !std::isfinite(*value))
         misuse("The value of " + name + " is no number: " + quoted(written) + ".");
-    const Settings given = target.fitted({.values = {{name, *value}}}, "--set");
+    const Settings given = fitted({.values = {{name, *value}}}, episode, "--set");
     settings.values[name] = given.values.at(name);
     settings.keys.clear(name);
 }
 
 } // namespace
 
-Settings episodeSettingsOf(const Arguments& arguments, std::string_view path,
-                           std::string_view episode) {
-    const Target target{std::string(path), ParamParser::parse(episode)};
-    Settings settings = documentOf(arguments, target);
+Settings episodeSettingsOf(const Arguments& arguments, const Episode& episode) {
+    Settings settings = documentOf(arguments, episode);
     for (const std::string_view assignment : arguments.values(setOption.name))
-        apply(assignment, target, settings);
+        apply(assignment, episode, settings);
     if (const auto file = arguments.value(keysOption.name)) {
         const KeyframeTracks keys = documentAt(std::string(*file), "keys", decodeKeys);
-        for (auto& [name, track] : target.fitted({.keys = keys}, *file).keys.tracks)
+        for (auto& [name, track] : fitted({.keys = keys}, episode, *file).keys.tracks)
             settings.keys.tracks[name] = track;
     }
     return settings;

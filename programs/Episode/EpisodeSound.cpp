@@ -6,7 +6,7 @@
 #include "TarnwickRender/ShaderError.h"
 #include "programs/CommandLine/CommandError.h"
 #include "programs/CommandLine/Seconds.h"
-#include "programs/CommandLine/SourceFile.h"
+#include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Terminal/ProgressBar.h"
 
@@ -33,12 +33,13 @@ double durationOf(const Arguments& arguments) {
 } // namespace
 
 EpisodeSound episodeSoundOf(const Arguments& arguments, std::string_view startOption) {
-    EpisodeSound sound{.path = arguments.operand("episode")};
+    const std::string_view path = arguments.operand("episode");
+    EpisodeSound sound;
     sound.start = secondsFromZero(arguments, startOption, 0);
     sound.duration = durationOf(arguments);
-    sound.episode = sourceText(sound.path);
-    checkSound(sound.episode, sound.path);
-    sound.values = episodeSettingsOf(arguments, sound.path, sound.episode).values;
+    sound.episode = episodeAt(path);
+    checkSound(sound.episode);
+    sound.values = episodeSettingsOf(arguments, sound.episode).values;
     return sound;
 }
 
@@ -50,14 +51,13 @@ void refuseNotFinite(const EpisodeSound& sound, double time) {
     digits.erase(digits.find_last_not_of('0') + 1);
     if (digits.ends_with('.'))
         digits.pop_back();
-    failure("The sound of " + std::string(sound.path) + " is not a finite number at " + digits +
-            " s.");
+    failure("The sound of " + sound.episode.path + " is not a finite number at " + digits + " s.");
 }
 
 std::unique_ptr<SoundCheck> soundCheckOf(const EpisodeSound& sound, gpu::Device& device) {
-    const std::string sentence = "The device cannot check the sound of " + std::string(sound.path);
+    const std::string sentence = "The device cannot check the sound of " + sound.episode.path;
     try {
-        if (auto check = SoundCheck::make(sound.episode, device))
+        if (auto check = SoundCheck::make(sound.episode.shader, device))
             return check;
     } catch (const ShaderError& error) {
         failure(sentence + ": " + error.raw);
@@ -81,9 +81,9 @@ void checkHeard(const EpisodeSound& sound, SoundCheck& check) {
     }
 }
 
-void checkSound(std::string_view episode, std::string_view path) {
-    if (!ShaderAssembler::definesSound(episode))
-        failure(std::string(path) +
+void checkSound(const Episode& episode) {
+    if (!episode.shader.hasSound)
+        failure(episode.path +
                 " has no sound: it defines no float2 sound(float t, constant Params& p).");
 }
 

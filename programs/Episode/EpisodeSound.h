@@ -1,7 +1,7 @@
 // What the subcommands that hear an episode share.
 #pragma once
 
-#include "TarnwickCore/Params.h"
+#include "TarnwickCore/Episode/Episode.h"
 #include "TarnwickRender/SoundCheck.h"
 #include "programs/CommandLine/Arguments.h"
 
@@ -13,11 +13,10 @@ namespace tarnwick {
 
 // A stretch of an episode's sound, as a command line asks for it.
 struct EpisodeSound {
-    std::string_view path; // to name the episode by
-    std::string episode;   // its text
-    ParamValues values;    // base values: keys do not move a sound
-    double start = 0;      // seconds, from 0 on
-    double duration = 0;   // seconds, at least one sample
+    Episode episode;
+    ParamValues values;  // base values: keys do not move a sound
+    double start = 0;    // seconds, from 0 on
+    double duration = 0; // seconds, at least one sample
 };
 
 // From the operand, `startOption`, --duration and what says its settings. Throws CommandError; also
@@ -34,7 +33,7 @@ void checkHeard(const EpisodeSound& sound, SoundCheck& check);
 // What finds such times. Throws CommandError where the device cannot make it.
 std::unique_ptr<SoundCheck> soundCheckOf(const EpisodeSound& sound, gpu::Device& device);
 
-// Throws CommandError, which names the episode by `path`, where it defines no sound.
-void checkSound(std::string_view episode, std::string_view path);
+// Throws CommandError where the episode defines no sound.
+void checkSound(const Episode& episode);
 
 } // namespace tarnwick

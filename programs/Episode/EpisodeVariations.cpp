@@ -1,9 +1,8 @@
 #include "programs/Episode/EpisodeVariations.h"
 
-#include "TarnwickCore/EpisodeMeta.h"
 #include "TarnwickCore/Text/Numbers.h"
 #include "programs/CommandLine/CommandError.h"
-#include "programs/CommandLine/SourceFile.h"
+#include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeSettings.h"
 
 #include <algorithm>
@@ -85,8 +84,8 @@ std::vector<std::int64_t> indicesOf(const Arguments& arguments, const EpisodeMet
 }
 
 // The declarations, with the settings' values for defaults.
-std::vector<ParamDecl> variedParams(std::string_view episode, const Settings& settings) {
-    std::vector<ParamDecl> params = ParamParser::parse(episode);
+std::vector<ParamDecl> variedParams(const Episode& episode, const Settings& settings) {
+    std::vector<ParamDecl> params = episode.params();
     std::erase_if(params,
                   [&](const ParamDecl& param) { return !settings.keys.keys(param.name).empty(); });
     for (ParamDecl& param : params)
@@ -105,19 +104,20 @@ Settings EpisodeVariations::settingsOf(const Variation& variation) const {
 }
 
 EpisodeVariations episodeVariationsOf(const Arguments& arguments) {
-    EpisodeVariations variations{.path = arguments.operand("episode"), .seed = seedOf(arguments)};
-    variations.episode = sourceText(variations.path);
-    const EpisodeMeta meta = EpisodeMeta::parse(variations.episode);
-    variations.length = secondsOf(arguments, "--length", meta.length, "@length", variations.path);
+    const std::string_view path = arguments.operand("episode");
+    EpisodeVariations variations{.seed = seedOf(arguments)};
+    variations.episode = episodeAt(path);
+    const EpisodeMeta& meta = variations.episode.meta;
+    variations.length = secondsOf(arguments, "--length", meta.length, "@length", path);
     variations.duration =
-        secondsOf(arguments, "--duration", meta.variationLength, "@variation", variations.path);
+        secondsOf(arguments, "--duration", meta.variationLength, "@variation", path);
     variations.spread = spreadOf(arguments);
-    variations.settings = episodeSettingsOf(arguments, variations.path, variations.episode);
+    variations.settings = episodeSettingsOf(arguments, variations.episode);
     const std::vector<ParamDecl> params = variedParams(variations.episode, variations.settings);
     const auto names = static_cast<std::int64_t>(params.size());
     const std::int64_t most =
         std::max<std::int64_t>(1, mostValues / std::max<std::int64_t>(1, names));
-    for (const std::int64_t index : indicesOf(arguments, meta, variations.path, most))
+    for (const std::int64_t index : indicesOf(arguments, meta, path, most))
         for (Variation& one : Variations::make(params, variations.seed, index, 1, variations.length,
                                                variations.duration, variations.spread))
             variations.series.push_back(std::move(one));

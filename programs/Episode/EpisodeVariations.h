@@ -3,6 +3,7 @@
 
 #include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickCore/Animation/Variations.h"
+#include "TarnwickCore/Episode/Episode.h"
 #include "programs/CommandLine/Arguments.h"
 
 #include <cstdint>
@@ -13,8 +14,7 @@
 namespace tarnwick {
 
 struct EpisodeVariations {
-    std::string_view path; // to name the episode by
-    std::string episode;   // its text
+    Episode episode;
     std::uint64_t seed = 0;
     double length = 0;   // seconds of the episode
     double duration = 0; // seconds that each variation is shown

@@ -2,7 +2,7 @@
 
 #include "TarnwickCore/Findings.h"
 #include "programs/CommandLine/CommandError.h"
-#include "programs/CommandLine/SourceFile.h"
+#include "programs/Episode/EpisodeFile.h"
 #include "programs/Terminal/Findings.h"
 
 #include <algorithm>
@@ -11,10 +11,9 @@
 namespace tarnwick {
 namespace {
 
-std::string failedStage(std::size_t index, std::string_view path, std::string_view source,
-                        const ShaderError& error) {
-    const std::string mistake = firstError(findingsOf(source, error.diagnostics));
-    return "Stage " + std::to_string(index + 1) + ", " + std::string(path) +
+std::string failedStage(std::size_t index, const Episode& stage, const ShaderError& error) {
+    const std::string mistake = firstError(findingsOf(stage, error.diagnostics));
+    return "Stage " + std::to_string(index + 1) + ", " + stage.path +
            ", does not compile: " + (mistake.empty() ? error.raw : mistake + ".");
 }
 
@@ -22,9 +21,10 @@ std::string failedStage(std::size_t index, std::string_view path, std::string_vi
 
 std::vector<WalkthroughStage>
 EpisodeWalkthrough::stages(const WalkthroughRenderer& renderer) const {
-    const std::span<const std::string> all(sources);
-    return Walkthrough::stages(episode(), EpisodeMeta::parse(episode()), all.first(all.size() - 1),
-                               renderer.capacity());
+    std::vector<std::string> before;
+    for (std::size_t stage = 0; stage + 1 < episodes.size(); ++stage)
+        before.push_back(episodes[stage].text);
+    return Walkthrough::stages(episode().text, episode().meta, before, renderer.capacity());
 }
 
 WalkthroughRenderer walkthroughRenderer(std::int64_t width, std::int64_t height) {
@@ -36,26 +36,26 @@ WalkthroughRenderer walkthroughRenderer(std::int64_t width, std::int64_t height)
 
 EpisodeWalkthrough episodeWalkthroughOf(const Arguments& arguments) {
     const auto stages = arguments.values(stagesOption.name);
-    EpisodeWalkthrough walkthrough{.paths = {stages.begin(), stages.end()}};
-    walkthrough.paths.push_back(arguments.operand("episode"));
-    for (const std::string_view path : walkthrough.paths)
-        walkthrough.sources.push_back(sourceText(path));
+    std::vector<std::string_view> paths(stages.begin(), stages.end());
+    paths.push_back(arguments.operand("episode"));
+    EpisodeWalkthrough walkthrough;
+    for (const std::string_view path : paths)
+        walkthrough.episodes.push_back(episodeAt(path));
     return walkthrough;
 }
 
 std::vector<std::shared_ptr<const ShaderProgram>>
 programsOf(const EpisodeWalkthrough& walkthrough, gpu::Device& device, ProgressBar& bar) {
     std::vector<std::shared_ptr<const ShaderProgram>> programs;
-    for (std::size_t index = 0; index < walkthrough.sources.size(); ++index) {
-        const std::string_view path = walkthrough.paths[index];
-        bar.doing("Compiling " + std::string(path));
+    for (std::size_t index = 0; index < walkthrough.episodes.size(); ++index) {
+        const Episode& stage = walkthrough.episodes[index];
+        bar.doing("Compiling " + stage.path);
         try {
-            programs.push_back(ShaderProgram::compile(walkthrough.sources[index], device,
-                                                      ShaderProgram::pixelFormat));
+            programs.push_back(ShaderProgram::compile(stage, device, ShaderProgram::pixelFormat));
         } catch (const ShaderError& error) {
             bar.hide();
-            printFindings(path, walkthrough.sources[index], error.diagnostics);
-            failure(failedStage(index, path, walkthrough.sources[index], error));
+            printFindings(stage, error.diagnostics);
+            failure(failedStage(index, stage, error));
         }
     }
     return programs;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TarnwickCore/Animation/Settings.h"
+#include "TarnwickCore/Episode/Episode.h"
 #include "TarnwickCore/Walkthroughs/Walkthrough.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "TarnwickRender/WalkthroughRenderer.h"
@@ -16,13 +17,11 @@
 
 namespace tarnwick {
 
-// Those of the stages and last the episode's.
 struct EpisodeWalkthrough {
-    std::vector<std::string_view> paths; // to name them by
-    std::vector<std::string> sources;    // their texts
-    Settings settings{};                 // of the episode; stages take them too
+    std::vector<Episode> episodes; // the stages, the episode itself last
+    Settings settings{};           // of the episode; stages take them too
 
-    const std::string& episode() const { return sources.back(); }
+    const Episode& episode() const { return episodes.back(); }
     std::vector<WalkthroughStage> stages(const WalkthroughRenderer& renderer) const;
 };
 

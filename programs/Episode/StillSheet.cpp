@@ -51,8 +51,7 @@ SheetLayout sheetLayoutOf(const Arguments& arguments, std::span<const std::strin
 }
 
 PixelSize drawnSize(const SheetLayout& layout) {
-    return {.width = 2 * std::int64_t{layout.pictureWidth},
-            .height = 2 * std::int64_t{layout.pictureHeight}};
+    return {.width = 2 * layout.pictureWidth, .height = 2 * layout.pictureHeight};
 }
 
 void writeSheet(std::span<const LabelledPicture> stills, const SheetLayout& layout,

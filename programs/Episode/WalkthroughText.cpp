@@ -61,14 +61,14 @@ std::string walkthroughText(std::span<const WalkthroughStage> stages, Colours co
 }
 
 std::string walkthroughJSON(std::span<const WalkthroughStage> stages,
-                            std::span<const std::string_view> paths, std::int64_t capacity) {
+                            std::span<const Episode> episodes, std::int64_t capacity) {
     ordered_json list = ordered_json::array();
     for (std::size_t index = 0; index < stages.size(); ++index) {
         ordered_json pages = ordered_json::array();
         for (const WalkthroughPage& page : stages[index].pages)
             pages.push_back(pageDocument(page));
         list.push_back({{"number", stages[index].number},
-                        {"source", paths[index]},
+                        {"source", episodes[index].path},
                         {"title", stages[index].title},
                         {"summary", stages[index].summary},
                         {"pages", std::move(pages)}});

@@ -1,6 +1,7 @@
 // A walkthrough as text.
 #pragma once
 
+#include "TarnwickCore/Episode/Episode.h"
 #include "TarnwickCore/Walkthroughs/Walkthrough.h"
 #include "programs/Terminal/Colours.h"
 
@@ -13,8 +14,8 @@ namespace tarnwick {
 // Page after page, for people: a plus before each added line.
 std::string walkthroughText(std::span<const WalkthroughStage> stages, Colours colours);
 
-// For tools. `paths` names each stage's file, the episode's last.
+// For tools. `episodes` are the stages' files, the episode itself last.
 std::string walkthroughJSON(std::span<const WalkthroughStage> stages,
-                            std::span<const std::string_view> paths, std::int64_t capacity);
+                            std::span<const Episode> episodes, std::int64_t capacity);
 
 } // namespace tarnwick

@@ -50,7 +50,7 @@ void makeDraft(ExportPreset& preset, bool keepsBitrate) {
 
 // Chroma is shared by two pixels side by side and, in most codecs, one above the other.
 PixelSize movieSizeOf(const Arguments& arguments, const ExportPreset& preset) {
-    const PixelSize size = pixelSizeOf(arguments, {.width = preset.width, .height = preset.height});
+    const PixelSize size = pixelSizeOf(arguments, *PixelSize::of(preset.width, preset.height));
     const auto fits = [](std::int64_t side) {
         return side >= leastSide && side <= mostSide && side % 2 == 0;
     };
@@ -75,15 +75,16 @@ MovieTarget movieTargetOf(const Arguments& arguments) {
         misuse(*error);
     return {.preset = preset,
             .speed = isDraft ? EncodingSpeed::quick : EncodingSpeed::usual,
-            .out = Output::wanted(arguments, fileKind(type), "The preset " + std::string(preset.id))};
+            .out =
+                Output::wanted(arguments, fileKind(type), "The preset " + std::string(preset.id))};
 }
 
-bool exportSoundOf(const Arguments& arguments, std::string_view episode, std::string_view path) {
+bool exportSoundOf(const Arguments& arguments, const Episode& episode) {
     if (arguments.has("--sound") && arguments.has("--no-sound"))
         misuse("--sound and --no-sound exclude each other.");
     if (arguments.has("--sound"))
-        checkSound(episode, path);
-    return !arguments.has("--no-sound") && ShaderAssembler::definesSound(episode);
+        checkSound(episode);
+    return !arguments.has("--no-sound") && episode.shader.hasSound;
 }
 
 void checkMovieLength(double seconds) {

@@ -27,8 +27,8 @@ MovieTarget movieTargetOf(const Arguments& arguments);
 PixelSize movieSizeOf(const Arguments& arguments, const ExportPreset& preset);
 
 // Whether the movie is to have sound: what --sound or --no-sound says, else whether the episode
-// defines any. `path` is what to name it by. Throws CommandError.
-bool exportSoundOf(const Arguments& arguments, std::string_view episode, std::string_view path);
+// defines any. Throws CommandError.
+bool exportSoundOf(const Arguments& arguments, const Episode& episode);
 
 // Throws CommandError if longer than a day.
 void checkMovieLength(double seconds);

@@ -22,8 +22,7 @@ std::vector<MovieChapter> movieChaptersOf(const VideoChapters& list) {
 }
 
 void checkAllHeard(const EpisodeVariations& variations, gpu::Device& device) {
-    EpisodeSound sound{
-        .path = variations.path, .episode = variations.episode, .duration = variations.duration};
+    EpisodeSound sound{.episode = variations.episode, .duration = variations.duration};
     const auto check = soundCheckOf(sound, device);
     for (const Variation& variation : variations.series) {
         sound.values = variations.settingsOf(variation).values;
@@ -36,11 +35,11 @@ void checkAllHeard(const EpisodeVariations& variations, gpu::Device& device) {
 
 VideoChapters exportVariations(const EpisodeVariations& variations, const Arguments& arguments,
                                const MovieTarget& movie) {
-    const bool sound = exportSoundOf(arguments, variations.episode, variations.path);
+    const bool sound = exportSoundOf(arguments, variations.episode);
     VideoChapters chapters = chaptersOf(variations, movie.preset.fps);
     checkMovieLength(chapters.duration);
     const auto device = drawingDevice();
-    const auto program = programOf(variations.path, variations.episode, *device);
+    const auto program = programOf(variations.episode, *device);
     if (sound)
         checkAllHeard(variations, *device);
     const auto tap = program->usesInputs() ? SoundTap::make(program, *device) : nullptr;
@@ -54,7 +53,8 @@ VideoChapters exportVariations(const EpisodeVariations& variations, const Argume
         letFollow(segments.back(), variations.settingsOf(variation));
         letListen(segments.back(), tap.get());
     }
-    exportMovie(segments, movie, *device, variations.path, {.chapters = movieChaptersOf(chapters)});
+    exportMovie(segments, movie, *device, variations.episode.path,
+                {.chapters = movieChaptersOf(chapters)});
     return chapters;
 }
 

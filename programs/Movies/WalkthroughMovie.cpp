@@ -87,8 +87,7 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
     const WalkthroughRenderer renderer = walkthroughRenderer(preset.width, preset.height);
     const std::vector<WalkthroughStage> stages = walkthrough.stages(renderer);
     const WalkthroughTimeline timeline = timelineOf(stages, arguments, preset.fps);
-    const std::string_view path = walkthrough.paths.back();
-    const bool sound = exportSoundOf(arguments, walkthrough.episode(), path);
+    const bool sound = exportSoundOf(arguments, walkthrough.episode());
     const auto device = drawingDevice();
     const auto programs = [&] {
         ProgressBar bar("");
@@ -101,8 +100,7 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
                              .halfFrame = 0.5 / static_cast<double>(preset.fps),
                              .device = *device};
     if (sound)
-        checkHeard({.path = path,
-                    .episode = walkthrough.episode(),
+        checkHeard({.episode = walkthrough.episode(),
                     .values = walkthrough.settings.values,
                     .start = staged.start,
                     .duration = timeline.total()},
@@ -123,7 +121,8 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
         letFollow(segments.back(), walkthrough.settings);
         letListen(segments.back(), programs[stage]->usesInputs() ? tap.get() : nullptr);
     }
-    exportMovie(segments, movie, *device, path, {.chapters = chaptersOf(staged)});
+    exportMovie(segments, movie, *device, walkthrough.episode().path,
+                {.chapters = chaptersOf(staged)});
 }
 
 } // namespace tarnwick

@@ -30,49 +30,49 @@ ExportPreset presetOf(const PixelSize& size) {
     return preset;
 }
 
-ExportSegment segmentOf(const SharedEpisode& episode, gpu::Device& device) {
-    ExportSegment segment{.program = episode.program,
+ExportSegment segmentOf(const SharedEpisode& shared, gpu::Device& device) {
+    ExportSegment segment{.program = shared.program,
                           .start =
-                              loopStart(stillTime(episode.source) - usualLength / 2, crossfade),
+                              loopStart(stillTime(shared.episode) - usualLength / 2, crossfade),
                           .duration = usualLength,
                           .loop = crossfade};
-    letFollow(segment, episode.settings);
+    letFollow(segment, shared.settings);
     const LoopSearch search{.start = segment.start,
                             .around = usualLength,
                             .range = range,
                             .fps = ExportPreset::site.fps};
-    if (!episode.program->needsRun())
+    if (!shared.program->needsRun())
         segment.duration =
-            findLoop(episode.program, device, episode.settings, search, episode.path).length;
+            findLoop(shared.program, device, shared.settings, search, shared.episode.path).length;
     return segment;
 }
 
 } // namespace
 
-std::string sharedLoop(const SharedEpisode& episode, gpu::Device& device) {
-    ExportSegment segment = segmentOf(episode, device);
+std::string sharedLoop(const SharedEpisode& shared, gpu::Device& device) {
+    ExportSegment segment = segmentOf(shared, device);
     const auto tap =
-        episode.program->usesInputs() ? SoundTap::make(episode.program, device) : nullptr;
+        shared.program->usesInputs() ? SoundTap::make(shared.program, device) : nullptr;
     letListen(segment, tap.get());
     const TemporaryFolder folder;
     const fs::path file = folder.path() / "loop.mp4";
-    exportMovieFile({&segment, 1}, presetOf(episode.size), device, file, episode.path);
+    exportMovieFile({&segment, 1}, presetOf(shared.size), device, file, shared.episode.path);
     return mediaFile(file.string());
 }
 
-std::string sharedThumb(const SharedEpisode& episode, gpu::Device& device) {
-    const double time = stillTime(episode.source);
-    const EpisodeFrame frame{.path = episode.path,
-                             .size = episode.size,
+std::string sharedThumb(const SharedEpisode& shared, gpu::Device& device) {
+    const double time = stillTime(shared.episode);
+    const EpisodeFrame frame{.episode = shared.episode,
+                             .size = shared.size,
                              .time = time,
                              .frame = savedFrame(time),
-                             .settings = episode.settings,
+                             .settings = shared.settings,
                              .hears = true}; // as in the movie
     Picture picture;
     {
         ProgressBar bar("Step");
         StillNews news;
-        picture = pictureOf(episode.program, frame, device, news, bar);
+        picture = pictureOf(shared.program, frame, device, news, bar);
     }
     std::string thumb;
     for (int quality = 92; quality > 0; quality -= 15) {

@@ -11,8 +11,7 @@
 namespace tarnwick {
 
 struct SharedEpisode {
-    std::string_view path; // to name the episode by
-    std::string source;
+    Episode episode;
     std::shared_ptr<const ShaderProgram> program;
     PixelSize size; // of the movie and of the still
     Settings settings{};

@@ -81,11 +81,14 @@ std::string findingsJSON(std::string_view episodePath, std::span<const Finding> 
     return document.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
 }
 
-void printFindings(std::string_view episodePath, std::string_view source,
-                   std::span<const Diagnostic> diagnostics) {
-    const std::string text = findingsText(episodePath, source, findingsOf(source, diagnostics),
-                                          coloursOf(STDERR_FILENO));
+void printFindings(std::string_view path, std::string_view source,
+                   std::span<const Finding> findings) {
+    const std::string text = findingsText(path, source, findings, coloursOf(STDERR_FILENO));
     std::fputs(text.c_str(), stderr);
+}
+
+void printFindings(const Episode& episode, std::span<const Diagnostic> diagnostics) {
+    printFindings(episode.path, episode.text, findingsOf(episode, diagnostics));
 }
 
 } // namespace tarnwick

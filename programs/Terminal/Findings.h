@@ -1,6 +1,7 @@
 // The findings about an episode, for people and for programs to read.
 #pragma once
 
+#include "TarnwickCore/Episode/Episode.h"
 #include "TarnwickCore/Finding.h"
 #include "programs/Terminal/Colours.h"
 
@@ -21,8 +22,10 @@ std::string findingsText(std::string_view episodePath, std::string_view source,
 std::string findingsJSON(std::string_view episodePath, std::span<const Finding> findings,
                          std::string_view compilerText);
 
-// Writes to standard error what the compiler's messages about `source` come to.
-void printFindings(std::string_view episodePath, std::string_view source,
-                   std::span<const Diagnostic> diagnostics);
+// Writes findingsText to standard error.
+void printFindings(std::string_view path, std::string_view source,
+                   std::span<const Finding> findings);
+// Writes the findings of the compiler's messages about the episode to standard error.
+void printFindings(const Episode& episode, std::span<const Diagnostic> diagnostics);
 
 } // namespace tarnwick

@@ -23,7 +23,7 @@ std::string textOf(const std::vector<Finding>& findings) {
 
 // What the compiler's text about a source comes to.
 std::string told(const std::string& source, const std::string& compilerText) {
-    return textOf(findingsOf(source, DiagnosticParser::parse(compilerText)));
+    return textOf(findingsOf(Episode::of(source), DiagnosticParser::parse(compilerText)));
 }
 
 // A source of one line, and the compiler's message about it.
@@ -177,7 +177,7 @@ TEST(Findings, haveAFirstErrorInOneLine) {
                                  "shader.metal:1:3: error: unknown type name 'vec3'\n"
                                  "shader.metal:1:5: error: expected expression\n";
     const auto first = [](const std::string& compilerText) {
-        return firstError(findingsOf("a b c", DiagnosticParser::parse(compilerText)));
+        return firstError(findingsOf(Episode::of("a b c"), DiagnosticParser::parse(compilerText)));
     };
     EXPECT_EQ(first(mistakes), "line 1: unknown type name 'vec3' (vec3 is float3 in Metal)");
     EXPECT_EQ(first(mistakes.substr(0, mistakes.find('\n'))), "");

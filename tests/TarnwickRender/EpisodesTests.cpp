@@ -22,7 +22,8 @@ namespace fs = std::filesystem;
 std::optional<Picture> stillOf(const std::string& episode, double time) {
     const auto device = gpu::Device::systemDefault();
     precondition(device != nullptr, "The test skips where there is no device.");
-    const auto program = ShaderProgram::compile(episode, *device, ShaderProgram::pixelFormat);
+    const auto program =
+        ShaderProgram::compile(Episode::of(episode), *device, ShaderProgram::pixelFormat);
     return StillRenderer::render(program, *device, 96, 54, static_cast<float>(time),
                                  static_cast<std::uint32_t>(time * 30), {});
 }

@@ -37,7 +37,7 @@ void Rendering::withoutValidation() {
 }
 
 std::shared_ptr<const ShaderProgram> Rendering::program(const std::string& episode) {
-    return ShaderProgram::compile(episode, *device, ShaderProgram::pixelFormat);
+    return ShaderProgram::compile(Episode::of(episode), *device, ShaderProgram::pixelFormat);
 }
 
 Picture Rendering::still(const std::string& episode, std::int64_t width, std::int64_t height,

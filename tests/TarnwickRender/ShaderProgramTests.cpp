@@ -43,7 +43,7 @@ struct Programs : testing::Test {
     }
 
     std::shared_ptr<const ShaderProgram> program(const std::string& episode) {
-        return ShaderProgram::compile(episode, *device, ShaderProgram::pixelFormat);
+        return ShaderProgram::compile(Episode::of(episode), *device, ShaderProgram::pixelFormat);
     }
 
     // What a pass that `encode` fills leaves in one pixel cleared to blue: blue, green, red, alpha.

@@ -91,7 +91,7 @@ TEST_F(Sound, staysWithinFullScale) {
 // `-t` is below 0 where t is above it, and -0, whose root is a number, at time 0.
 TEST_F(Sound, isCheckedFromTimeZeroOn) {
     auto first = [this](const std::string& body, double start, std::uint32_t count) {
-        const auto check = SoundCheck::make(episode(body), *device);
+        const auto check = SoundCheck::make(ShaderAssembler::assemble(episode(body)), *device);
         return check->firstNotFinite(start, count, {{"tone", 2}});
     };
     EXPECT_EQ(first("return float2(sqrt(t), 1e38);", -0.5, 48000), std::nullopt);

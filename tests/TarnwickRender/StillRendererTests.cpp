@@ -20,9 +20,9 @@ struct StillRendering : testing::Test {
     // A picture of `width` by `height`, of the episode whose `shade` has this body.
     std::optional<Picture> still(const std::string& body, std::int64_t width = 8,
                                  std::int64_t height = 4, const ParamValues& values = {}) {
-        const auto program =
-            ShaderProgram::compile(declarations + std::string(signature) + body + "\n}\n", *device,
-                                   ShaderProgram::pixelFormat);
+        const auto program = ShaderProgram::compile(
+            Episode::of(declarations + std::string(signature) + body + "\n}\n"), *device,
+            ShaderProgram::pixelFormat);
         return StillRenderer::render(program, *device, width, height, 2.5f, 75, values);
     }
 

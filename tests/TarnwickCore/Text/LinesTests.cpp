@@ -59,7 +59,7 @@ TEST(Lines, andAllThatReadsThemTakeAnyBytes) {
         const AssembledShader shader = ShaderAssembler::assemble(text);
         EXPECT_NE(shader.source.find(text), std::string::npos);
         EXPECT_EQ(shader, ShaderAssembler::assemble(text));
-        for (const Finding& finding : findingsOf(text, DiagnosticParser::parse(text)))
+        for (const Finding& finding : findingsOf(Episode::of(text), DiagnosticParser::parse(text)))
             EXPECT_GE(finding.diagnostic.line, 0);
         for (const Diagnostic& warning : declarationWarnings(text))
             EXPECT_GE(warning.column, 1);
