@@ -26,18 +26,8 @@ struct HearingEpisode : Rendering {
     // One frame at `time` seconds, without any before it.
     Picture drawn(const std::shared_ptr<const ShaderProgram>& program, double time,
                   const ShaderInputs& inputs) {
-        const auto shown = target(width, height);
-        const TWUniforms uniforms{.resolution = {width, height},
-                                  .time = static_cast<float>(time),
-                                  .timeDelta = 1.0f / 30,
-                                  .mouse = {width / 2.0f, height / 2.0f}};
-        perform([&](gpu::CommandBuffer& commands) {
-            auto encoder = commands.renderCommandEncoder(
-                {.color = {.texture = shown.get(), .load = gpu::LoadAction::clear}});
-            program->draw(*encoder, uniforms, {}, nullptr, &inputs);
-            encoder->endEncoding();
-        });
-        return pictureOf(*shown);
+        const auto frames = ProgramFrames::make(program, *device, width, height);
+        return frame(*frames, static_cast<float>(time), 0, inputs);
     }
 
     // The last of `frames` frames, each reading the one before, at `loudness` from 0 to 1.
@@ -45,22 +35,22 @@ struct HearingEpisode : Rendering {
                    float loudness) {
         const auto spectrum = SpectrumTexture::make(*device, ShaderAssembler::spectrumBins);
         spectrum->update(std::vector<float>(ShaderAssembler::spectrumBins, loudness));
+        const auto shownBy = ProgramFrames::make(program, *device, width, height);
         const auto feedback = FeedbackFrames::make(*device, width, height, program->pixelFormat);
         const auto shown = target(width, height);
         for (int frame = 0; frame < frames; ++frame) {
             const ShaderInputs inputs{.audio = {loudness, loudness, loudness, loudness},
                                       .spectrum = &spectrum->texture(),
                                       .previous = feedback->previous()};
-            const TWUniforms uniforms{.resolution = {width, height},
-                                      .time = 20 + static_cast<float>(frame) / 30,
-                                      .timeDelta = 1.0f / 30,
-                                      .mouse = {width / 2.0f, height / 2.0f},
-                                      .frame = static_cast<std::uint32_t>(frame)};
             perform([&](gpu::CommandBuffer& commands) {
-                auto encoder = commands.renderCommandEncoder(
-                    {.color = {.texture = &feedback->current(), .load = gpu::LoadAction::clear}});
-                program->draw(*encoder, uniforms, {}, nullptr, &inputs);
-                encoder->endEncoding();
+                shownBy->encode(commands,
+                                {.moment = {.time = 20 + static_cast<float>(frame) / 30,
+                                            .timeDelta = 1.0f / 30,
+                                            .frame = static_cast<std::uint32_t>(frame)},
+                                 .values = {},
+                                 .inputs = inputs},
+                                {.descriptor = {.color = {.texture = &feedback->current(),
+                                                          .load = gpu::LoadAction::clear}}});
                 feedback->copy(*shown, commands);
             });
             feedback->advance();

@@ -48,7 +48,7 @@ std::vector<fs::path> episodeFiles() {
     return files;
 }
 
-struct Episode : testing::TestWithParam<fs::path> {};
+struct ShippedEpisode : testing::TestWithParam<fs::path> {};
 struct Template : testing::Test {};
 
 } // namespace
@@ -79,7 +79,7 @@ TEST_F(Template, drawsItsPicture) {
     }
 }
 
-TEST_P(Episode, drawsAPictureThatIsNeitherDarkNorFlat) {
+TEST_P(ShippedEpisode, drawsAPictureThatIsNeitherDarkNorFlat) {
     if (!gpu::Device::systemDefault())
         GTEST_SKIP() << "No device to draw with.";
     const std::string text = fileText(GetParam()).value();
@@ -101,9 +101,10 @@ TEST_P(Episode, drawsAPictureThatIsNeitherDarkNorFlat) {
     EXPECT_GT(spread, 8);
 }
 
-INSTANTIATE_TEST_SUITE_P(Folder, Episode, testing::ValuesIn(episodeFiles()), [](const auto& given) {
-    std::string name = fs::relative(given.param, EPISODES).replace_extension().string();
-    std::ranges::replace_if(
-        name, [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(
+    Folder, ShippedEpisode, testing::ValuesIn(episodeFiles()), [](const auto& given) {
+        std::string name = fs::relative(given.param, EPISODES).replace_extension().string();
+        std::ranges::replace_if(
+            name, [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
+        return name;
+    });

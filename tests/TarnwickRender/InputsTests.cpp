@@ -98,17 +98,16 @@ TEST_F(Inputs, feedAnEpisodeItsOwnPicture) {
     const auto spectrum = SpectrumTexture::make(*device, ShaderAssembler::spectrumBins);
     ASSERT_TRUE(frames && spectrum);
     spectrum->update(std::vector<float>(256, 20.0f / 255));
-    const TWUniforms uniforms{.resolution = {4, 4}};
+    const auto drawn = ProgramFrames::make(made, *device, 4, 4);
     const auto shown = target(4, 4);
     perform([&](auto& commands) {
         for (int count = 0; count < 3; ++count, frames->advance()) {
             const ShaderInputs inputs{.audio = {0, 10.0f / 255, 0, 0},
                                       .spectrum = &spectrum->texture(),
                                       .previous = frames->previous()};
-            auto encoder = commands.renderCommandEncoder(
-                {.color = {.texture = &frames->current(), .load = gpu::LoadAction::clear}});
-            made->draw(*encoder, uniforms, {}, nullptr, &inputs);
-            encoder->endEncoding();
+            drawn->encode(commands, {.values = {}, .inputs = inputs},
+                          {.descriptor = {.color = {.texture = &frames->current(),
+                                                    .load = gpu::LoadAction::clear}}});
         }
         frames->copyPrevious(*shown, commands);
     });

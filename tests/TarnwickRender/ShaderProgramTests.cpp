@@ -1,12 +1,9 @@
-#include "TarnwickRender/ShaderProgram.h"
-#include "TarnwickRender/StillRenderer.h"
-#include "tests/Validation.h"
-
-#include <gtest/gtest.h>
+#include "tests/TarnwickRender/Rendering.h"
 
 #include <functional>
 
 using namespace tarnwick;
+using namespace tarnwick::tests;
 
 namespace {
 
@@ -34,34 +31,19 @@ const std::string grid =
     "float4 background(float2 uv, constant Uniforms& u, constant Params& p) {\n"
     "    return float4(0.1);\n}\n";
 
-struct Programs : testing::Test {
-    std::shared_ptr<gpu::Device> device = gpu::Device::systemDefault();
-
-    void SetUp() override {
-        if (!device)
-            GTEST_SKIP() << "No device to draw with.";
-    }
-
-    std::shared_ptr<const ShaderProgram> program(const std::string& episode) {
-        return ShaderProgram::compile(Episode::of(episode), *device, ShaderProgram::pixelFormat);
-    }
-
+struct Programs : Rendering {
     // What a pass that `encode` fills leaves in one pixel cleared to blue: blue, green, red, alpha.
     std::array<int, 4> drawn(const std::function<void(gpu::RenderCommandEncoder&)>& encode) {
-        const auto target = device->newTexture({.usage = {.renderTarget = true}});
-        const auto queue = device->newCommandQueue();
-        auto commands = queue->commandBuffer();
-        auto encoder = commands->renderCommandEncoder({.color = {.texture = target.get(),
-                                                                 .load = gpu::LoadAction::clear,
-                                                                 .clear = {.blue = 1}}});
-        encode(*encoder);
-        encoder->endEncoding();
-        commands->commit();
-        commands->waitUntilCompleted();
-        EXPECT_EQ(commands->status(), gpu::CommandBufferStatus::completed);
-        std::array<std::uint8_t, 4> pixel{};
-        target->getBytes(pixel.data(), 4, {.width = 1, .height = 1}, 0);
-        return {pixel[0], pixel[1], pixel[2], pixel[3]};
+        const auto shown = target(1, 1);
+        perform([&](gpu::CommandBuffer& commands) {
+            auto encoder = commands.renderCommandEncoder({.color = {.texture = shown.get(),
+                                                                    .load = gpu::LoadAction::clear,
+                                                                    .clear = {.blue = 1}}});
+            encode(*encoder);
+            encoder->endEncoding();
+        });
+        const Picture picture = pictureOf(*shown);
+        return {picture.bytes[0], picture.bytes[1], picture.bytes[2], picture.bytes[3]};
     }
 };
 
@@ -87,11 +69,6 @@ TEST_F(Programs, ofAGridEpisodeHaveTheirMesh) {
     ASSERT_NE(made->mesh(), nullptr);
     EXPECT_NE(made->mesh()->background, nullptr);
     EXPECT_EQ(program(grid.substr(0, grid.find("float4 background")))->mesh()->background, nullptr);
-}
-
-TEST_F(Programs, haveASoundPipelineWhereSoundIsDefined) {
-    EXPECT_TRUE(program(plain + "float2 sound(float t, constant Params& p) { return sin(t); }\n")
-                    ->hasSound());
 }
 
 TEST_F(Programs, drawNothingWithoutTheRunThatTheyNeed) {
@@ -157,6 +134,8 @@ TEST_F(Programs, takeNoFunctionOfTheEpisodesForTheHosts) {
     const auto missing = [](const std::string& name) {
         return "The host's " + name + " entry point is missing from the compiled library.";
     };
+    const std::string refused = "The device could not make the render pipeline of tw_vertex and "
+                                "tw_fragment: tw_fragment ";
     const std::string main = "The host entry points are missing from the compiled library.";
     const Row rows[] = {
         {plain, "tw_fragment", kernel, main},
@@ -177,12 +156,10 @@ TEST_F(Programs, takeNoFunctionOfTheEpisodesForTheHosts) {
         {plain, "tw_fragment",
          "struct I { float4 p [[position]]; int uv; };"
          "fragment float4 NAME(I i [[stage_in]]) { return i.uv; }",
-         "The device could not make the render pipeline of tw_vertex and tw_fragment: tw_fragment "
-         "takes a value that tw_vertex does not give, or gives as another type."},
+         refused + "takes a value that tw_vertex does not give, or gives as another type."},
         {plain, "tw_fragment",
          "struct R { int4 c [[color(0)]]; }; fragment R NAME() { return {1}; }",
-         "The device could not make the render pipeline of tw_vertex and tw_fragment: tw_fragment "
-         "gives integers, and the target holds fractions."},
+         refused + "gives integers, and the target holds fractions."},
         {sound, "tw_sound", fragment, missing("sound")},
         {sound, "tw_sound", "[[max_total_threads_per_threadgroup(1)]] " + kernel, missing("sound")},
         {sound, "tw_sound",
