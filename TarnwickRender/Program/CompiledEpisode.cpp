@@ -24,18 +24,18 @@ std::unique_ptr<gpu::Library> compiledLibrary(const AssembledShader& shader, gpu
 }
 
 // In the compiler's form.
-ShaderError shaderError(const Diagnostic& fault) {
-    return ShaderError(std::string(ShaderAssembler::fileName) + ":" + std::to_string(fault.line) +
-                           ":" + std::to_string(fault.column) + ": error: " + fault.message + "\n",
-                       {fault});
+ShaderError shaderError(const Diagnostic& error) {
+    return ShaderError(std::string(ShaderAssembler::fileName) + ":" + std::to_string(error.line) +
+                           ":" + std::to_string(error.column) + ": error: " + error.message + "\n",
+                       {error});
 }
 
 } // namespace
 
 CompiledEpisode CompiledEpisode::make(const Episode& episode, gpu::Device* device,
                                       EpisodeWarnings warnings) {
-    if (const auto fault = encodingError(episode.text))
-        throw shaderError(*fault);
+    if (const auto error = encodingError(episode.text))
+        throw shaderError(*error);
     const std::size_t params = episode.params().size();
     if (params > ParamBuffer::mostParams)
         throw ShaderError("The episode declares " + std::to_string(params) +
