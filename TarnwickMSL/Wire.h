@@ -1,9 +1,9 @@
-// What passes between `compile` and its worker process: requests and answers as bytes, each sent as
-// a 32-bit length and as many bytes. Both ends are of one build, so numbers keep their machine
-// form.
+// Requests to the compiler's worker process and its answers as bytes. Each is sent as a 32-bit
+// length and as many bytes. Both ends are of one build, so numbers keep their machine form.
 #pragma once
 
-#include "TarnwickMSL/Compile.h"
+#include "TarnwickMSL/Compilation.h"
+#include "TarnwickMSL/Target.h"
 
 #include <cstdint>
 #include <optional>
@@ -13,20 +13,20 @@
 namespace tarnwick::msl {
 
 struct Request {
-    std::uint32_t limitMilliseconds = 0; // the worker ends itself when it is past this
+    std::uint32_t limitMilliseconds = 0; // after this the worker ends itself
     Target target{};
     std::string moreWarningsIn;
     std::string source;
 };
 
-// The byte that a worker sends as soon as it has read a request: from then on a closed connection
-// means that this program ended it.
+// The byte that a worker sends as soon as it has read a request. A connection that closes after it
+// means that this request ended the worker.
 inline constexpr char requestIsRead = 'r';
 
 std::string toBytes(const Request& request);
 std::string toBytes(const Compilation& compilation);
 
-// Nothing where the bytes are cut short or hold what cannot be.
+// Absent if the bytes are cut short or invalid.
 std::optional<Request> requestFrom(std::string_view bytes);
 std::optional<Compilation> compilationFrom(std::string_view bytes);
 

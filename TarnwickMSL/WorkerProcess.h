@@ -19,22 +19,22 @@ enum class WorkerFault {
     late     // it was ended at the time limit
 };
 
-// Where the worker's program is: what TARNWICK_MSL_WORKER names, or beside this process's program,
-// or in ../libexec of there. Empty where there is none.
+// The path of the worker's program: the value of TARNWICK_MSL_WORKER, else a file beside this
+// process's program or in ../libexec from there. Empty if there is none.
 std::filesystem::path workerProgram();
 
-// Owns one child at most. Not for several threads at a time.
+// Owns at most one child. One thread at a time.
 class WorkerProcess {
   public:
     WorkerProcess() = default;
     WorkerProcess(const WorkerProcess&) = delete;
     WorkerProcess& operator=(const WorkerProcess&) = delete;
-    // Lets the child go: it ends when it finds the connection closed.
+    // Closes the connection; the child then ends by itself.
     ~WorkerProcess();
 
-    // Starts a child if there is none, without waiting for it; false where that fails.
+    // Starts a child if there is none, without waiting for it; false if that fails.
     bool start();
-    // Sends the request and waits for the answer. After a fault there is no child any more.
+    // Sends the request and waits for the answer. After a fault there is no child.
     std::variant<Compilation, WorkerFault> ask(const Request& request);
 
   private:
