@@ -1,7 +1,4 @@
-// The way down from a view to a value, and how the value is put together where it has no place of
-// its own.
-
-#include "TarnwickMSL/Translation/Spirv/Place.h"
+#include "TarnwickMSL/Translation/Spirv/Access.h"
 
 namespace tarnwick::msl::spirv {
 
@@ -296,15 +293,6 @@ bool storesBeside(const Access& access) {
         return true;
     return access.form == Access::Form::lanes &&
            (access.first > 0 || laneCount(access.type) < laneCount(access.leaf));
-}
-
-// Another invocation may write what stands beside it in memory that
-// is shared, and an atomic value must stand there as itself.
-bool suits(const Access& access, const Use& use, bool isShared) {
-    if (use.isAtomic)
-        return access.form == Access::Form::outside ||
-               (access.form == Access::Form::whole && access.leaf == use.type);
-    return !(use.isWrite && isShared && storesBeside(access));
 }
 
 } // namespace tarnwick::msl::spirv

@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Translation/Spirv/Arithmetic.h"
 
+#include "TarnwickMSL/Translation/Spirv/Vectors.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/IR/Operator.h>
@@ -228,15 +229,6 @@ static Id fromBoolean(Body& body, const CastInst& cast, Id value) {
     return body.select(type, value, yes, body.constants.null(type));
 }
 
-static Id toBoolean(Body& body, const CastInst& cast, Id value) {
-    Type* from = cast.getSrcTy();
-    if (from->isFPOrFPVectorTy())
-        return body.emit(spv::Op::OpFUnordNotEqual, cast.getType(),
-                         {value, body.constants.null(from)});
-    Id low = body.emit(spv::Op::OpBitwiseAnd, from, {value, body.constants.integer(from, 1)});
-    return body.emit(spv::Op::OpINotEqual, cast.getType(), {low, body.constants.null(from)});
-}
-
 Id writeCast(Body& body, const CastInst& cast) {
     Type* type = cast.getType();
     Type* from = cast.getSrcTy();
@@ -246,7 +238,7 @@ Id writeCast(Body& body, const CastInst& cast) {
     if (isBoolean(from))
         return fromBoolean(body, cast, value);
     if (isBoolean(type))
-        return toBoolean(body, cast, value);
+        throw CompilerFault("A conversion to a boolean is left.");
     switch (cast.getOpcode()) {
     case Instruction::Trunc:
     case Instruction::ZExt:

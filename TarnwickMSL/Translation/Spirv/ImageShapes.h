@@ -1,4 +1,4 @@
-// What SPIR-V calls the shapes of textures.
+// The shapes of textures as SPIR-V has them.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
@@ -14,11 +14,12 @@ struct ImageShape {
     TextureShape shape;
     spv::Dim dimension;
     bool isArray = false, isMultisample = false;
-    unsigned axes = 0; // of a size, layers aside
+    unsigned axes = 0; // of a size, without layers
+    // Required for textures that are sampled, and for those that are stored to.
     std::optional<spv::Capability> sampled = std::nullopt, storage = std::nullopt;
 };
 
-// Throws TranslationError on a shape that is not known.
+// Throws CompilerFault on a shape that is not in the table.
 const ImageShape& shapeOf(TextureShape shape);
 
 // Image operands (SPIR-V 1.6, 3.14).

@@ -1,4 +1,5 @@
-// Textures and samplers: their variables, and the calls on them (docs/compiler.md).
+// Textures and samplers: their variables, and the calls on them (docs/compiler.md). Sampling.cpp
+// has sampling and gathering, Texels.cpp single texels and sizes.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"

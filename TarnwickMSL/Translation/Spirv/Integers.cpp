@@ -1,8 +1,4 @@
-// LLVM's intrinsics on integers of any width, in the 32 bits that most of Vulkan's bit operations
-// are limited to (Vulkan 1.3, Appendix A).
-
-#include "TarnwickMSL/Translation/Spirv/Arithmetic.h"
-#include "TarnwickMSL/Translation/TranslationError.h"
+#include "TarnwickMSL/Translation/Spirv/Integers.h"
 
 namespace tarnwick::msl::spirv {
 
@@ -38,9 +34,6 @@ class Integers {
     Id saturatedUnsigned(bool isAddition);
     Id saturatedSigned(bool isAddition);
     Id signedOverflow(Id a, Id b, Id result, bool isAddition);
-    Id withOverflow();
-    Id productOverflow(Id a, Id b, bool isSigned, Id& low);
-    Id threeWay(bool isSigned);
 
     Body& body_;
     const IntrinsicInst& call_;
@@ -171,56 +164,6 @@ Id Integers::saturatedSigned(bool isAddition) {
     return body_.select(type_, signedOverflow(a, b, result, isAddition), end, result);
 }
 
-Id Integers::productOverflow(Id a, Id b, bool isSigned, Id& low) {
-    if (bits_ != 32)
-        throw CompilerFault("A checked product is not of 32 bits.");
-    Type* pair = StructType::get(type_, type_);
-    Id both =
-        body_.emit(isSigned ? spv::Op::OpSMulExtended : spv::Op::OpUMulExtended, pair, {a, b});
-    low = body_.emit(spv::Op::OpCompositeExtract, type_, {both, 0});
-    Id high = body_.emit(spv::Op::OpCompositeExtract, type_, {both, 1});
-    Id fits = isSigned ? op(spv::Op::OpShiftRightArithmetic, low, number(31)) : number(0);
-    return test(spv::Op::OpINotEqual, high, fits);
-}
-
-Id Integers::withOverflow() {
-    Id a = operand(0), b = operand(1);
-    Id result = 0, overflows = 0;
-    auto plain = [&](spv::Op operation) { result = op(operation, a, b); };
-    switch (call_.getIntrinsicID()) {
-    case Intrinsic::uadd_with_overflow:
-        plain(spv::Op::OpIAdd);
-        overflows = test(spv::Op::OpULessThan, result, a);
-        break;
-    case Intrinsic::usub_with_overflow:
-        plain(spv::Op::OpISub);
-        overflows = test(spv::Op::OpULessThan, a, b);
-        break;
-    case Intrinsic::sadd_with_overflow:
-        plain(spv::Op::OpIAdd);
-        overflows = signedOverflow(a, b, result, true);
-        break;
-    case Intrinsic::ssub_with_overflow:
-        plain(spv::Op::OpISub);
-        overflows = signedOverflow(a, b, result, false);
-        break;
-    default:
-        overflows =
-            productOverflow(a, b, call_.getIntrinsicID() == Intrinsic::smul_with_overflow, result);
-    }
-    return body_.emit(spv::Op::OpCompositeConstruct, call_.getType(), {result, overflows});
-}
-
-Id Integers::threeWay(bool isSigned) {
-    Id a = operand(0), b = operand(1);
-    Type* type = call_.getType();
-    Id isLess = test(isSigned ? spv::Op::OpSLessThan : spv::Op::OpULessThan, a, b);
-    Id isMore = test(isSigned ? spv::Op::OpSGreaterThan : spv::Op::OpUGreaterThan, a, b);
-    Id more =
-        body_.select(type, isMore, body_.constants.integer(type, 1), body_.constants.null(type));
-    return body_.select(type, isLess, body_.constants.of(Constant::getAllOnesValue(type)), more);
-}
-
 Id Integers::write() {
     switch (call_.getIntrinsicID()) {
     case Intrinsic::abs:
@@ -247,19 +190,6 @@ Id Integers::write() {
         return saturatedSigned(true);
     case Intrinsic::ssub_sat:
         return saturatedSigned(false);
-    case Intrinsic::uadd_with_overflow:
-    case Intrinsic::usub_with_overflow:
-    case Intrinsic::umul_with_overflow:
-    case Intrinsic::sadd_with_overflow:
-    case Intrinsic::ssub_with_overflow:
-    case Intrinsic::smul_with_overflow:
-        return withOverflow();
-    case Intrinsic::scmp:
-        return threeWay(true);
-    case Intrinsic::ucmp:
-        return threeWay(false);
-    case Intrinsic::expect:
-        return operand(0);
     case Intrinsic::is_constant:
         return body_.constants.null(call_.getType());
     default:
@@ -269,63 +199,6 @@ Id Integers::write() {
 
 Id writeIntegerIntrinsic(Body& body, const IntrinsicInst& call) {
     return Integers(body, call).write();
-}
-
-static Id combine(Body& body, Intrinsic::ID reduction, Type* type, Id a, Id b) {
-    auto plain = [&](spv::Op op) { return body.emit(op, type, {a, b}); };
-    auto extended = [&](GLSLstd450 op) { return body.extended(op, type, {a, b}); };
-    switch (reduction) {
-    case Intrinsic::vector_reduce_add:
-        return plain(spv::Op::OpIAdd);
-    case Intrinsic::vector_reduce_mul:
-        return plain(spv::Op::OpIMul);
-    case Intrinsic::vector_reduce_and:
-        return plain(spv::Op::OpBitwiseAnd);
-    case Intrinsic::vector_reduce_or:
-        return plain(spv::Op::OpBitwiseOr);
-    case Intrinsic::vector_reduce_xor:
-        return plain(isBoolean(type) ? spv::Op::OpLogicalNotEqual : spv::Op::OpBitwiseXor);
-    case Intrinsic::vector_reduce_smin:
-        return extended(GLSLstd450SMin);
-    case Intrinsic::vector_reduce_smax:
-        return extended(GLSLstd450SMax);
-    case Intrinsic::vector_reduce_umin:
-        return extended(GLSLstd450UMin);
-    case Intrinsic::vector_reduce_umax:
-        return extended(GLSLstd450UMax);
-    case Intrinsic::vector_reduce_fadd:
-        return plain(spv::Op::OpFAdd);
-    case Intrinsic::vector_reduce_fmul:
-        return plain(spv::Op::OpFMul);
-    case Intrinsic::vector_reduce_fmin:
-        return extended(GLSLstd450NMin);
-    case Intrinsic::vector_reduce_fmax:
-        return extended(GLSLstd450NMax);
-    default:
-        return 0;
-    }
-}
-
-Id writeReduction(Body& body, const IntrinsicInst& call) {
-    Intrinsic::ID reduction = call.getIntrinsicID();
-    bool hasStart =
-        reduction == Intrinsic::vector_reduce_fadd || reduction == Intrinsic::vector_reduce_fmul;
-    if (!StringRef(call.getCalledFunction()->getName()).starts_with("llvm.vector.reduce."))
-        return 0;
-    const Value* operand = call.getArgOperand(hasStart ? 1 : 0);
-    Type* type = call.getType();
-    if (isBoolean(type) && reduction == Intrinsic::vector_reduce_or)
-        return body.emit(spv::Op::OpAny, type, {body.id(operand)});
-    if (isBoolean(type) && reduction == Intrinsic::vector_reduce_and)
-        return body.emit(spv::Op::OpAll, type, {body.id(operand)});
-    Id total = hasStart ? body.id(call.getArgOperand(0)) : 0;
-    for (unsigned lane = 0; lane < laneCount(operand->getType()); ++lane) {
-        Id part = body.emit(spv::Op::OpCompositeExtract, type, {body.id(operand), lane});
-        total = total ? combine(body, reduction, type, total, part) : part;
-        if (!total)
-            return 0;
-    }
-    return total;
 }
 
 } // namespace tarnwick::msl::spirv

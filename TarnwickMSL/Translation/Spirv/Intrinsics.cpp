@@ -1,6 +1,7 @@
-// LLVM's intrinsics on floats, and those that ask nothing of the GPU.
+#include "TarnwickMSL/Translation/Spirv/Intrinsics.h"
 
 #include "TarnwickMSL/Translation/Spirv/Arithmetic.h"
+#include "TarnwickMSL/Translation/Spirv/Integers.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/IR/Operator.h>
@@ -53,28 +54,6 @@ static constexpr std::array directs{
     Direct{Intrinsic::umax,      GLSLstd450UMax},
 };
 // clang-format on
-
-static bool asksNothing(Intrinsic::ID intrinsic) {
-    switch (intrinsic) {
-    case Intrinsic::lifetime_start:
-    case Intrinsic::lifetime_end:
-    case Intrinsic::invariant_start:
-    case Intrinsic::invariant_end:
-    case Intrinsic::assume:
-    case Intrinsic::donothing:
-    case Intrinsic::sideeffect:
-    case Intrinsic::experimental_noalias_scope_decl:
-    case Intrinsic::dbg_declare:
-    case Intrinsic::dbg_value:
-    case Intrinsic::dbg_label:
-    case Intrinsic::trap:
-    case Intrinsic::ubsantrap:
-    case Intrinsic::debugtrap:
-        return true;
-    default:
-        return false;
-    }
-}
 
 static Type* bitsOf(Type* type) {
     return shapedLike(type, Type::getIntNTy(type->getContext(), type->getScalarSizeInBits()));
@@ -170,65 +149,6 @@ static Id saturated(Body& body, const IntrinsicInst& call, bool isSigned) {
     return body.select(type, isNan, body.constants.null(type), number);
 }
 
-// Each class as a test of the number's bits: the driver may take a float's own tests for granted.
-class Classification {
-  public:
-    Classification(Body& body, Type* type, Id value)
-        : body_(body), bits_(bitsOf(type)), boolean_(shapedLike(type, body.i1())),
-          semantics_(type->getScalarType()->getFltSemantics()),
-          pattern_(body.bitcast(bits_, type, value)) {
-        APInt sign = APInt::getSignMask(type->getScalarSizeInBits());
-        magnitude_ = masked(body, bits_, pattern_, ~sign);
-    }
-    Id test(FPClassTest mask);
-
-  private:
-    Id compare(spv::Op op, const APInt& with) {
-        return body_.emit(op, boolean_,
-                          {magnitude_, body_.constants.of(ConstantInt::get(bits_, with))});
-    }
-    Id between(const APInt& first, const APInt& past);
-    void add(FPClassTest mask, FPClassTest negative, FPClassTest positive, Id is);
-
-    Body& body_;
-    Type* bits_;
-    Type* boolean_;
-    const fltSemantics& semantics_;
-    Id pattern_ = 0, magnitude_ = 0, result_ = 0;
-};
-
-Id Classification::between(const APInt& first, const APInt& past) {
-    Id low = compare(spv::Op::OpUGreaterThanEqual, first);
-    Id high = compare(spv::Op::OpULessThan, past);
-    return body_.emit(spv::Op::OpLogicalAnd, boolean_, {low, high});
-}
-
-void Classification::add(FPClassTest mask, FPClassTest negative, FPClassTest positive, Id is) {
-    bool takesNegative = mask & negative, takesPositive = mask & positive;
-    if (!takesNegative && !takesPositive)
-        return;
-    if (takesNegative != takesPositive) {
-        spv::Op op = takesNegative ? spv::Op::OpSLessThan : spv::Op::OpSGreaterThanEqual;
-        Id side = body_.emit(op, boolean_, {pattern_, body_.constants.null(bits_)});
-        is = body_.emit(spv::Op::OpLogicalAnd, boolean_, {is, side});
-    }
-    result_ = result_ ? body_.emit(spv::Op::OpLogicalOr, boolean_, {result_, is}) : is;
-}
-
-Id Classification::test(FPClassTest mask) {
-    unsigned width = bits_->getScalarSizeInBits();
-    APInt infinity = APFloat::getInf(semantics_).bitcastToAPInt();
-    APInt normal = APFloat::getSmallestNormalized(semantics_).bitcastToAPInt();
-    APInt zero = APInt::getZero(width);
-    add(mask, fcNegZero, fcPosZero, compare(spv::Op::OpIEqual, zero));
-    add(mask, fcNegSubnormal, fcPosSubnormal, between(zero + 1, normal));
-    add(mask, fcNegNormal, fcPosNormal, between(normal, infinity));
-    add(mask, fcNegInf, fcPosInf, compare(spv::Op::OpIEqual, infinity));
-    if (mask & fcNan)
-        add(fcAllFlags, fcNan, fcNan, compare(spv::Op::OpUGreaterThan, infinity));
-    return result_ ? result_ : body_.constants.null(boolean_);
-}
-
 static Id writeFloatIntrinsic(Body& body, const IntrinsicInst& call) {
     Type* type = call.getType();
     auto operand = [&](unsigned n) { return body.id(call.getArgOperand(n)); };
@@ -255,10 +175,6 @@ static Id writeFloatIntrinsic(Body& body, const IntrinsicInst& call) {
         return saturated(body, call, true);
     case Intrinsic::fptoui_sat:
         return saturated(body, call, false);
-    case Intrinsic::is_fpclass:
-        return Classification(body, call.getArgOperand(0)->getType(), operand(0))
-            .test(
-                static_cast<FPClassTest>(cast<ConstantInt>(call.getArgOperand(1))->getZExtValue()));
     default:
         return 0;
     }
@@ -275,8 +191,6 @@ static GLSLstd450 relaxed(GLSLstd450 instruction, const IntrinsicInst& call) {
 }
 
 Id writeIntrinsic(Body& body, const IntrinsicInst& call) {
-    if (asksNothing(call.getIntrinsicID()))
-        return 0;
     for (const Direct& known : directs)
         if (known.intrinsic == call.getIntrinsicID())
             return body.extended(relaxed(known.instruction, call), call.getType(),
@@ -285,9 +199,7 @@ Id writeIntrinsic(Body& body, const IntrinsicInst& call) {
         return id;
     if (Id id = writeIntegerIntrinsic(body, call))
         return id;
-    if (Id id = writeReduction(body, call))
-        return id;
-    throw CompilerFault("An intrinsic is not known: " + call.getCalledFunction()->getName().str());
+    throw CompilerFault("An intrinsic is left: " + call.getCalledFunction()->getName().str());
 }
 
 } // namespace tarnwick::msl::spirv

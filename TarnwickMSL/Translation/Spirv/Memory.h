@@ -1,10 +1,10 @@
-// Everything that loads and stores reach: local arrays, tables, buffers, threadgroup memory, and
-// the stage's inputs and outputs, which Stage.h declares.
+// All memory that loads and stores reach: local arrays, tables, buffers, threadgroup memory, and
+// the stage's inputs and outputs, which Stage.h declares. Roots.cpp makes the variables.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
 #include "TarnwickMSL/Translation/Spirv/Body.h"
-#include "TarnwickMSL/Translation/Spirv/Place.h"
+#include "TarnwickMSL/Translation/Spirv/Uses.h"
 
 #include <llvm/ADT/MapVector.h>
 

@@ -55,15 +55,9 @@ static void addIndices(Place& place, const GEPOperator& step, const DataLayout& 
 
 Place placeOf(const Value* pointer, const DataLayout& layout) {
     SmallVector<const GEPOperator*, 4> chain;
-    while (true) {
-        if (auto* step = dyn_cast<GEPOperator>(pointer)) {
-            chain.push_back(step);
-            pointer = step->getPointerOperand();
-        } else if (isa<BitCastOperator, AddrSpaceCastOperator, FreezeInst>(pointer)) {
-            pointer = cast<User>(pointer)->getOperand(0);
-        } else {
-            break;
-        }
+    while (auto* step = dyn_cast<GEPOperator>(pointer)) {
+        chain.push_back(step);
+        pointer = step->getPointerOperand();
     }
     if (!isa<AllocaInst, GlobalVariable>(pointer))
         throw CompilerFault("A pointer cannot be followed to what it points into.");

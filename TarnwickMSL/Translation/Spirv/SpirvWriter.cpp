@@ -5,13 +5,10 @@
 #include "TarnwickMSL/Translation/Spirv/Atomics.h"
 #include "TarnwickMSL/Translation/Spirv/Calls.h"
 #include "TarnwickMSL/Translation/Spirv/Images.h"
+#include "TarnwickMSL/Translation/Spirv/Intrinsics.h"
 #include "TarnwickMSL/Translation/Spirv/Stage.h"
+#include "TarnwickMSL/Translation/Spirv/Vectors.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
-
-#ifndef NDEBUG
-#include "TarnwickBase/Precondition.h"
-#include "TarnwickMSL/Translation/Spirv/Validator.h"
-#endif
 
 #include <llvm/ADT/PostOrderIterator.h>
 #include <llvm/Demangle/Demangle.h>
@@ -129,8 +126,6 @@ Id FunctionWriter::value(const Instruction& instruction) {
     case Instruction::Select:
         return body_.emit(spv::Op::OpSelect, instruction.getType(),
                           body_.operands(instruction, 0, 3));
-    case Instruction::Freeze:
-        return body_.id(instruction.getOperand(0));
     case Instruction::InsertElement:
         return writeInsertElement(body_, cast<InsertElementInst>(instruction));
     case Instruction::ExtractElement:

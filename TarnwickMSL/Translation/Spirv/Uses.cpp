@@ -1,6 +1,5 @@
-// Which view suits memory that is used as other types than it was declared with.
+#include "TarnwickMSL/Translation/Spirv/Uses.h"
 
-#include "TarnwickMSL/Translation/Spirv/Place.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/IR/IntrinsicInst.h>
@@ -46,6 +45,15 @@ std::vector<Use> usesOf(const Value& root, const DataLayout& layout) {
         }
     }
     return uses;
+}
+
+// In shared memory another invocation may write the bytes beside the value, and an atomic value
+// must be in memory as itself.
+bool suits(const Access& access, const Use& use, bool isShared) {
+    if (use.isAtomic)
+        return access.form == Access::Form::outside ||
+               (access.form == Access::Form::whole && access.leaf == use.type);
+    return !(use.isWrite && isShared && storesBeside(access));
 }
 
 static void addScalars(Type* type, SmallVectorImpl<Type*>& scalars) {

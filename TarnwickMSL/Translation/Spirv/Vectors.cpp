@@ -1,6 +1,4 @@
-// Building vectors and aggregates and taking them apart.
-
-#include "TarnwickMSL/Translation/Spirv/Arithmetic.h"
+#include "TarnwickMSL/Translation/Spirv/Vectors.h"
 
 #include <llvm/Analysis/VectorUtils.h>
 

@@ -196,8 +196,11 @@ static bool isHint(const IntrinsicInst& call) {
     case Intrinsic::lifetime_start:
     case Intrinsic::lifetime_end:
     case Intrinsic::experimental_noalias_scope_decl:
+    case Intrinsic::invariant_start:
+    case Intrinsic::invariant_end:
     case Intrinsic::sideeffect:
     case Intrinsic::trap:
+    case Intrinsic::ubsantrap:
     case Intrinsic::debugtrap:
     case Intrinsic::stacksave:
     case Intrinsic::stackrestore:

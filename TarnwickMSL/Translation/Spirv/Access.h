@@ -1,0 +1,55 @@
+// The way from a root's memory to a value in it, through the types by which the memory is seen.
+// Knows LLVM alone, nothing of SPIR-V.
+#pragma once
+
+#include "TarnwickMSL/Translation/Spirv/Place.h"
+#include "TarnwickMSL/Translation/Spirv/Types.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace tarnwick::msl::spirv {
+
+// How a root's memory is seen: one element, or elements one after the other.
+struct View {
+    llvm::Type* element = nullptr;
+    bool isArray = false;
+    std::uint64_t count = 0; // elements of an array; 0: as many as are bound
+    Layout layout = Layout::plain;
+};
+
+// One step down: into an array, a struct's member or a vector's lane.
+struct Step {
+    std::int64_t constant = 0;
+    llvm::SmallVector<Term, 2> terms; // each `scale` counts elements
+    std::uint64_t bound = 0;          // number of elements; 0: not known
+    bool isLane = false;
+};
+
+// How a value of a type is made of the values in memory.
+struct Access {
+    enum class Form : std::uint8_t {
+        whole,   // the leaf is the value, perhaps under another type of the same size
+        lanes,   // lanes of the leaf, a vector, from `first` on
+        narrow,  // bytes of the leaf, a wider scalar, from `first` on
+        parts,   // each part on its own
+        halves,  // two integers, low one first, make one scalar
+        outside, // past the end of the memory
+    };
+    Form form = Form::whole;
+    llvm::Type* type = nullptr; // the value's
+    llvm::Type* leaf = nullptr; // of the value in memory at the end of the steps
+    llvm::SmallVector<Step, 4> steps{};
+    std::uint32_t first = 0;
+    std::vector<Access> parts{};
+};
+
+// Absent if the view cannot show a value of the type at that place.
+std::optional<Access> access(const View& view, const Place& place, llvm::Type* type,
+                             const llvm::DataLayout& layout);
+
+// Whether a store of this form first reads the bytes beside the value.
+bool storesBeside(const Access& access);
+
+} // namespace tarnwick::msl::spirv

@@ -1,0 +1,34 @@
+// The uses of memory, and the views that suit memory whose uses have other types than it was
+// declared with.
+#pragma once
+
+#include "TarnwickMSL/Translation/Spirv/Access.h"
+
+#include <llvm/ADT/ArrayRef.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace tarnwick::msl::spirv {
+
+// A load or store of a root's memory, or an atomic change.
+struct Use {
+    Place place{};
+    llvm::Type* type = nullptr;
+    bool isWrite = false;
+    bool isAtomic = false;
+};
+// Throws CompilerFault if a pointer into the root is chosen at run time.
+std::vector<Use> usesOf(const llvm::Value& root, const llvm::DataLayout& layout);
+
+// Whether the access serves the use. Other invocations see memory that is shared.
+bool suits(const Access& access, const Use& use, bool isShared);
+
+// The view of a buffer that shows any value at that place: integers of as many bytes as divide its
+// offset and its parts.
+View unitView(const Place& place, llvm::Type* type, const llvm::DataLayout& layout);
+// The view of `bytes` bytes of memory that suits all its uses.
+View commonView(llvm::ArrayRef<Use> uses, std::uint64_t bytes, llvm::LLVMContext& context,
+                const llvm::DataLayout& layout);
+
+} // namespace tarnwick::msl::spirv

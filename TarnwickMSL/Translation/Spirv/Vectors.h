@@ -1,0 +1,33 @@
+// Building vectors and aggregates and taking them apart.
+#pragma once
+
+#include "TarnwickMSL/Translation/Spirv/Body.h"
+
+#include <llvm/IR/Instructions.h>
+
+#include <optional>
+
+namespace tarnwick::msl::spirv {
+
+// The scalar that a shufflevector repeats in every lane, if it is a value by itself; else null.
+const llvm::Value* repeatedScalar(const llvm::Value* value);
+
+// The factors of a product of a vector and one scalar; absent for other products.
+struct Factor {
+    const llvm::Value* vector = nullptr;
+    const llvm::Value* splat = nullptr; // the operand that repeats
+    const llvm::Value* scalar = nullptr;
+};
+std::optional<Factor> factorOf(const llvm::BinaryOperator& product);
+
+// Whether an insertelement or shufflevector is written where its users need it, not at its own
+// place: its users take its parts. Never one that a phi takes.
+bool isDeferred(const llvm::Instruction& instruction);
+
+Id writeInsertElement(Body& body, const llvm::InsertElementInst& insert);
+Id writeExtractElement(Body& body, const llvm::ExtractElementInst& extract);
+Id writeShuffle(Body& body, const llvm::ShuffleVectorInst& shuffle);
+Id writeInsertValue(Body& body, const llvm::InsertValueInst& insert);
+Id writeExtractValue(Body& body, const llvm::ExtractValueInst& extract);
+
+} // namespace tarnwick::msl::spirv
