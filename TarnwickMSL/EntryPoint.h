@@ -1,4 +1,4 @@
-// What the compiler hands out: a SPIR-V module for each entry point, and what it binds.
+// The compiler's output: a SPIR-V module for each entry point, and the resources that it binds.
 #pragma once
 
 #include <array>
@@ -16,7 +16,7 @@ enum class ResourceKind : std::uint8_t {
     sampledTexture,  // a texture argument with access::sample or access::read
     storageTexture,  // a texture argument with access::write or access::read_write
     sampler,         // a sampler argument
-    constantSampler, // a constexpr sampler of the program's own; `samplerState` says which
+    constantSampler, // a constexpr sampler of the program; `samplerState` is its state
     loopReport       // one 32-bit word: set to 1 by an invocation that ran out of its loop budget
 };
 
@@ -36,28 +36,28 @@ enum class TextureShape : std::uint8_t {
 
 enum class TextureComponent : std::uint8_t { none, float_, int_, uint_ };
 
-// Entries of a stage's tables: an argument's index lies below.
+// The sizes of a stage's tables: an argument's index is in [0, size).
 inline constexpr std::uint32_t mostTextures = 128, mostSamplers = 16;
 
-// One resource of an entry point. All resources of a stage lie in descriptor set 0, at `binding`:
-// those of a vertex or kernel function at 0, 1, 2..., those of a fragment function at 32, 33...,
-// so that both stages of a pipeline share one set without touching.
+// One resource of an entry point, at `binding` of descriptor set 0. The bindings of a vertex or
+// kernel function are 0, 1, 2..., those of a fragment function 32, 33..., so both stages of a
+// pipeline share one set.
 struct Resource {
     ResourceKind kind = ResourceKind::uniformBuffer;
     std::uint32_t index = 0;   // the argument's own index: buffer(n), texture(n), sampler(n)
     std::uint32_t binding = 0; // Vulkan's binding in descriptor set 0
-    std::uint32_t size = 0;    // bytes of the pointee that the shader may read; 0 where unsized
+    std::uint32_t size = 0;    // bytes of the pointee that the shader may read; 0 if unsized
     bool isWritten = false;    // the entry point stores through it
     TextureShape shape = TextureShape::none;
     TextureComponent component = TextureComponent::none;
     bool isDepth = false;           // a depth texture, which may be compared with
-    std::uint32_t level = 0;        // storageTexture: the one level that is seen
+    std::uint32_t level = 0;        // storageTexture: the one level that is visible
     std::uint64_t samplerState = 0; // SamplerBits.h's form; of an argument, its bit `compares`
 
     bool operator==(const Resource&) const = default;
 };
 
-// Specialisation constants that every module understands where it uses them.
+// Specialisation constants of the modules. A module declares those that it uses.
 inline constexpr std::uint32_t loopBudgetConstant = 0; // uint: iterations before an invocation ends
 inline constexpr std::array<std::uint32_t, 3> threadgroupSizeConstants{1, 2, 3}; // kernels
 
@@ -75,13 +75,13 @@ struct EntryPoint {
     Stage stage = Stage::fragment;
     std::vector<std::uint32_t> words;   // SPIR-V 1.6 for Vulkan 1.3
     std::vector<Resource> resources;    // by binding, ascending
-    bool usesLoopBudget = false;        // some loop's bound is not provable
+    bool usesLoopBudget = false;        // some loop has no bound that the compiler can prove
     bool writesPointSize = false;       // a vertex function with [[point_size]]
     std::uint32_t colorAttachments = 0; // a fragment function's written colours, bit n for color(n)
-    std::uint32_t threadgroupBytes = 0; // threadgroup memory of the kernel's own
+    std::uint32_t threadgroupBytes = 0; // threadgroup memory that the kernel declares
     std::vector<std::uint32_t>
-        threadgroupPointers;       // indices of its arguments of a length to be set
-    std::uint32_t mostThreads = 0; // max_total_threads_per_threadgroup(n); 0: not said
+        threadgroupPointers;       // indices of the arguments whose length the host sets
+    std::uint32_t mostThreads = 0; // max_total_threads_per_threadgroup(n); 0: not specified
 
     bool operator==(const EntryPoint&) const = default;
 };

@@ -1,5 +1,5 @@
-// The 64 bits that a sampler is, from the standard library's constexpr constructor to the GPU
-// layer's VkSampler. The standard library (TarnwickMSL/Library) packs the same form.
+// A sampler as 64 bits, from the standard library's constexpr constructor to the GPU layer's
+// VkSampler. The standard library (TarnwickMSL/Library) packs the same form.
 // Metal Shading Language 3.1, 2.10.
 #pragma once
 
@@ -14,7 +14,7 @@ enum class SamplerAddress : std::uint8_t {
     repeat,
     mirroredRepeat,
     clampToBorder,
-    mirrorClampToEdge // of sampler arguments alone
+    mirrorClampToEdge // only of sampler arguments
 };
 enum class SamplerFilter : std::uint8_t { nearest, linear };
 enum class SamplerMipFilter : std::uint8_t { none, nearest, linear };
@@ -35,10 +35,10 @@ enum class SamplerCompare : std::uint8_t {
 //  bits 10..11 magnification filter   12..13 minification filter   14..15 mip filter
 //  bits 16..17 border colour
 //  bits 18..20 compare function
-//  bits 21..24 most anisotropic samples, less 1
-//  bits 25..40 least LOD, bits 41..56 greatest LOD, each as 16-bit unsigned fixed point, 8 fraction
-//              bits (0xffff: no limit)
-//  bit  57     the sampler compares; the writer sets it where it is used so
+//  bits 21..24 maximum anisotropy - 1
+//  bits 25..40 minimum LOD, bits 41..56 maximum LOD, each as 16-bit unsigned fixed point with 8
+//              fraction bits (0xffff: no limit)
+//  bit  57     the sampler compares; the writer sets it for such uses
 //  bit  63     a sampler argument: the low 16 bits are its [[sampler(n)]] index, the rest is 0
 struct SamplerState {
     SamplerCoord coord = SamplerCoord::normalized;

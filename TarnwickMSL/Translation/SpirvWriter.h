@@ -1,4 +1,4 @@
-// Step 5: a structured `main` to SPIR-V words and the list of what it binds.
+// Step 5: writes a structured `main` as SPIR-V and lists the resources that it binds.
 #pragma once
 
 #include "TarnwickMSL/EntryPoint.h"
@@ -6,7 +6,8 @@
 
 namespace tarnwick::msl {
 
-// Throws TranslationError on code that SPIR-V has no form for.
+// Throws TranslationError on code that SPIR-V has no form for, and CompilerFault on code that the
+// steps before should not leave.
 EntryPoint writeSpirv(const ShaderModule& shader);
 
 } // namespace tarnwick::msl

@@ -12,7 +12,7 @@ static std::int64_t sizeOf(Type* type, const DataLayout& layout) {
     return static_cast<std::int64_t>(layout.getTypeAllocSize(type));
 }
 
-// Bytes that hold the value itself: 12 of a vector's three floats, which stand 16 apart.
+// Bytes of the value itself: 12 for a vector of three floats, whose stride is 16.
 static std::int64_t valueBytes(Type* type, const DataLayout& layout) {
     if (auto* vector = dyn_cast<FixedVectorType>(type))
         return static_cast<std::int64_t>(vector->getNumElements()) *
@@ -20,7 +20,7 @@ static std::int64_t valueBytes(Type* type, const DataLayout& layout) {
     return sizeOf(type, layout);
 }
 
-// A walk down from a view's element to what stands at an offset.
+// A walk from a view's element down to the value at an offset.
 class Descent {
   public:
     Descent(const View& view, const Place& place, const DataLayout& layout)

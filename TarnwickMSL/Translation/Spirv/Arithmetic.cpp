@@ -45,7 +45,7 @@ static Id writeBoolean(Body& body, const BinaryOperator& operation, Id a, Id b) 
     }
 }
 
-// The least integer by minus one does not fit its type; a processor may trap there.
+// The least integer divided by -1 does not fit its type; a processor may trap.
 static Id safeDivisor(Body& body, const BinaryOperator& operation, Id a, Id b) {
     if (isa<Constant>(operation.getOperand(1)) && !match(operation.getOperand(1), m_AllOnes()))
         return b;
@@ -66,7 +66,7 @@ static Id writeSignedDivision(Body& body, const BinaryOperator& operation, Id a,
     Id quotient = body.emit(spv::Op::OpSDiv, type, {a, divisor});
     if (operation.getOpcode() == Instruction::SDiv)
         return quotient;
-    // OpSRem is defined for operands that are not negative alone (Vulkan 1.3, Appendix A).
+    // OpSRem is defined only for operands that are not negative (Vulkan 1.3, Appendix A).
     Id product = body.emit(spv::Op::OpIMul, type, {quotient, divisor});
     return body.emit(spv::Op::OpISub, type, {a, product});
 }
@@ -167,7 +167,7 @@ static constexpr std::array comparisons{
 };
 // clang-format on
 
-// One bit: true counts as 1 without a sign, as -1 with one.
+// Of i1: true is 1 in unsigned comparisons, -1 in signed ones.
 static Id compareBooleans(Body& body, const CmpInst& compare, Id a, Id b) {
     Type* type = compare.getType();
     CmpInst::Predicate predicate = compare.getPredicate();
@@ -179,13 +179,13 @@ static Id compareBooleans(Body& body, const CmpInst& compare, Id a, Id b) {
     bool isGreater = predicate == CmpInst::ICMP_UGT || predicate == CmpInst::ICMP_UGE ||
                      predicate == CmpInst::ICMP_SGT || predicate == CmpInst::ICMP_SGE;
     if (isGreater != isSigned)
-        std::swap(a, b); // from here on: not a, and (or) b
+        std::swap(a, b); // the result is: not a, and (or) b
     bool orEqual = CmpInst::isNonStrictPredicate(predicate);
     return body.emit(orEqual ? spv::Op::OpLogicalOr : spv::Op::OpLogicalAnd, type,
                      {body.negated(type, a), b});
 }
 
-// Whether either is not a number.
+// Whether either operand is NaN.
 static Id unordered(Body& body, const CmpInst& compare) {
     Type* type = compare.getType();
     const Value* a = compare.getOperand(0);

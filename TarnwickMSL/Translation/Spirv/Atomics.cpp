@@ -21,7 +21,7 @@ static Id scope(Body& body, spv::StorageClass storage) {
         static_cast<std::uint32_t>(isShared ? spv::Scope::Workgroup : spv::Scope::Device));
 }
 
-// Values pass as integers of the same size, but for the sums of floats.
+// All operations but sums of floats take integers of the same size.
 static Type* integerOf(Type* type) {
     return Type::getIntNTy(type->getContext(), type->getScalarSizeInBits());
 }

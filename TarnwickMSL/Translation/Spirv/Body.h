@@ -1,5 +1,5 @@
-// The function that is being written: its words, the ids of LLVM's values, and short forms of the
-// instructions that the topics share.
+// The function being written: its words, the ids of LLVM's values, and the instructions that
+// several files write.
 #pragma once
 
 #include "TarnwickMSL/Translation/Spirv/Types.h"
@@ -19,14 +19,15 @@ class Body : public tarnwick::spirv::FunctionBody {
     Types types;
     Constants constants;
 
-    // Of an instruction that has none: what `onDemand` writes here. Throws CompilerFault without.
+    // The id of a value. An instruction without an id is written here by `onDemand`; throws
+    // CompilerFault if that writes nothing.
     Id id(const llvm::Value* value);
-    // Appends an instruction that is written where it is asked for, each time anew since the places
-    // need not see each other; gives 0 for others.
+    // Writes an instruction at the place of its use and gives the id; 0 for instructions that are
+    // not written so. Each use has its own copy, since the place of one need not dominate the next.
     std::function<Id(const llvm::Instruction&)> onDemand;
     void set(const llvm::Value* value, Id id) { ids_[value] = id; }
     bool has(const llvm::Value* value) const { return ids_.contains(value); }
-    // Of each operand from `first` on.
+    // The ids of the operands [first, last).
     llvm::SmallVector<Id, 4> operands(const llvm::User& user, unsigned first, unsigned last);
 
     using FunctionBody::emit;

@@ -11,7 +11,7 @@ namespace tarnwick::msl::spirv {
 
 using namespace llvm;
 
-// Where the pipeline sets none: below what the packaged CPU driver runs at most (65,535).
+// Used if the pipeline sets none. Below the maximum of the packaged CPU driver (65,535).
 static constexpr std::uint32_t defaultLoopBudget = 60000;
 
 struct Extended {
@@ -35,8 +35,8 @@ static constexpr std::array extendeds{
 };
 // clang-format on
 
-// Derivatives are of 32-bit floats (SPIR-V 1.6, 3.52.16); where there are no neighbours, nothing
-// changes between them.
+// Derivatives take 32-bit floats (SPIR-V 1.6, 3.52.16). Outside fragment functions there are no
+// neighbours, and the derivative is 0.
 static Id writeDerivative(Body& body, Stage stage, spv::Op op, const CallInst& call) {
     Type* type = call.getType();
     if (stage != Stage::fragment)

@@ -5,7 +5,8 @@
 
 namespace tarnwick::msl::spirv {
 
-// The call's value; 0 where it has none. Throws TranslationError on a NAME that is not known.
+// Gives the call's value; 0 if it has none. Throws TranslationError on a function that the stage
+// does not have, CompilerFault on an unknown NAME.
 Id writeBuiltInCall(Body& body, Memory& memory, Stage stage, llvm::StringRef name,
                     const llvm::CallInst& call);
 

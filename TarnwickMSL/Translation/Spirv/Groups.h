@@ -1,5 +1,5 @@
-// What the threads of a threadgroup or SIMD-group do together: barriers, fences, and the values
-// that they tell each other.
+// Operations of the threads of a threadgroup or SIMD-group together: barriers, fences, and the
+// exchange of values.
 #pragma once
 
 #include "TarnwickMSL/Translation/Spirv/Body.h"
@@ -9,7 +9,7 @@ namespace tarnwick::msl::spirv {
 // `call` has the standard library's numbers for the scope and the kinds of memory.
 void writeBarrier(Body& body, bool waits, const llvm::CallInst& call);
 
-// `name` is what follows "simd_".
+// `name` is the name of the call without "simd_".
 Id writeSimdCall(Body& body, llvm::StringRef name, const llvm::CallInst& call);
 
 } // namespace tarnwick::msl::spirv

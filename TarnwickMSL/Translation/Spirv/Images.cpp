@@ -84,7 +84,7 @@ Images::Image& Images::image(const Value* handle, Need need, std::uint32_t level
     return known;
 }
 
-// The view that a call reads or writes. Stores see one level, which the view must choose.
+// The view that a call reads or writes. A store goes to one level, which the view must select.
 Images::Image& Images::texels(const CallInst& call, unsigned levelOperand) {
     const Value* handle = call.getArgOperand(0);
     if (!texture(handle).isWritten || call.arg_size() <= levelOperand)

@@ -17,25 +17,25 @@ class Images {
     Images(Body& body, const ShaderModule& shader, std::uint32_t nextBinding)
         : body_(body), shader_(shader), nextBinding_(nextBinding) {}
 
-    // Whether NAME is one of a call on a texture.
+    // Whether NAME is a call on a texture.
     static bool takes(llvm::StringRef name);
-    // The call's value; 0 where it has none.
+    // Gives the call's value; 0 if it has none.
     Id write(llvm::StringRef name, const llvm::CallInst& call);
 
     const std::vector<Resource>& resources() const { return resources_; }
 
   private:
-    // A view of a texture. Most have one; a cube's single texels are seen as a 2D array's, and each
-    // level that is stored to has a view of its own.
+    // A view of a texture. Most textures have one. Single texels of a cube are those of a view as a
+    // 2D array, and each level that is stored to has a view of its own.
     struct Image {
         const TextureVariable* texture = nullptr;
-        const ImageShape* shape = nullptr; // as it is seen
+        const ImageShape* shape = nullptr; // the view's
         std::uint32_t level = 0;           // of a stored one
         Id type = 0, variable = 0;
         bool isStorage = false;
     };
     enum class Need : std::uint8_t { wholes, texels };
-    struct Extras { // image operands (SPIR-V 1.6, 3.14) in the making
+    struct Extras { // image operands (SPIR-V 1.6, 3.14)
         std::uint32_t mask = 0;
         llvm::SmallVector<std::uint32_t, 4> ids;
     };

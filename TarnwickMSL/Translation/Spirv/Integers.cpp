@@ -4,7 +4,7 @@ namespace tarnwick::msl::spirv {
 
 using namespace llvm;
 
-// A call's operands and the operations on them that its lowering is written in.
+// A call's operands, and short forms of the operations that lower it.
 class Integers {
   public:
     Integers(Body& body, const IntrinsicInst& call)
@@ -59,7 +59,7 @@ Id Integers::population(Id value) {
     return body_.resized(type_, words(), body_.emit(spv::Op::OpIAdd, words(), {low, high}), false);
 }
 
-// FindUMsb gives -1 for zero, so that 31 less it is 32.
+// FindUMsb gives -1 for zero, so 31 - FindUMsb is 32.
 Id Integers::leadingZeros(Id value) {
     Type* word = words();
     auto zeros = [&](Id of, std::uint64_t width) {
@@ -78,7 +78,7 @@ Id Integers::leadingZeros(Id value) {
 Id Integers::trailingZeros(Id value) {
     Type* word = words();
     auto lowest = [&](Id of) { return body_.extended(GLSLstd450FindILsb, word, {of}); };
-    // -1 for none is the greatest number without a sign.
+    // FindILsb gives -1 for zero: the greatest unsigned number.
     auto atMost = [&](Id count, std::uint64_t most) {
         return body_.extended(GLSLstd450UMin, word, {count, body_.constants.integer(word, most)});
     };
@@ -147,8 +147,8 @@ Id Integers::saturatedUnsigned(bool isAddition) {
                         op(spv::Op::OpISub, a, b));
 }
 
-// Addition: both have a sign that the result has not. Subtraction: the signs differ, and the
-// result's differs from the first's.
+// Addition overflows if both operands have another sign than the result. Subtraction overflows if
+// the operands' signs differ and the result's differs from the first's.
 Id Integers::signedOverflow(Id a, Id b, Id result, bool isAddition) {
     Id first = op(spv::Op::OpBitwiseXor, a, result);
     Id second = op(spv::Op::OpBitwiseXor, isAddition ? b : a, isAddition ? result : b);

@@ -87,7 +87,7 @@ static Id roundAway(Body& body, Type* type, Id value) {
     return body.select(type, isHalf, further, whole);
 }
 
-// IEEE 754-2019 minimum and maximum: not a number if either is not.
+// IEEE 754-2019 minimum and maximum: NaN if either operand is NaN.
 static Id propagating(Body& body, Type* type, GLSLstd450 instruction, Id a, Id b) {
     Type* boolean = shapedLike(type, body.i1());
     Id chosen = body.extended(instruction, type, {a, b});
@@ -126,7 +126,7 @@ static Id integerPower(Body& body, const IntrinsicInst& call) {
     return exponent < 0 ? body.emit(spv::Op::OpFDiv, type, {one, power}) : power;
 }
 
-// Converts what fits and takes the ends of the range for what does not; not a number is zero.
+// Numbers out of the type's range become its ends; NaN becomes 0.
 static Id saturated(Body& body, const IntrinsicInst& call, bool isSigned) {
     Type* type = call.getType();
     Type* from = call.getArgOperand(0)->getType();
@@ -180,8 +180,8 @@ static Id writeFloatIntrinsic(Body& body, const IntrinsicInst& call) {
     }
 }
 
-// Where the code is not precise, what is not a number need not be told from what is: drivers turn
-// the plain forms into clamps and saturation, but take the others to the letter.
+// Fast code need not handle NaN. Drivers turn FMin and FMax into clamps and saturation; NMin and
+// NMax they execute as written.
 static GLSLstd450 relaxed(GLSLstd450 instruction, const IntrinsicInst& call) {
     if (!isa<FPMathOperator>(call) || !call.hasApproxFunc())
         return instruction;

@@ -31,8 +31,8 @@ static Id sum(Body& body, const Step& step) {
     return step.constant ? body.emit(spv::Op::OpIAdd, body.i32(), {total, constant}) : total;
 }
 
-// A packaged CPU driver may read an overwritten register for an index that is used twice: each
-// index into local memory is a value of its own, and stays inside while at it.
+// A packaged CPU driver may read an overwritten register for an index that is used twice. So each
+// index into local memory is a value of its own; UMin also keeps it inside the array.
 Id Memory::index(const Step& step, bool isLocal) {
     Id value = sum(body_, step);
     if (!isLocal || step.terms.empty() || !step.bound)

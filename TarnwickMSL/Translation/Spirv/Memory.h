@@ -21,14 +21,14 @@ class Memory {
         Id id = 0;
         spv::StorageClass storage = spv::StorageClass::Function;
     };
-    // To one value, for atomics; no id where it stands past the end of the memory.
+    // A pointer to one value, for atomics; its id is 0 if it is past the end of the memory.
     Pointer atomic(const llvm::Value* pointer, llvm::Type* type, bool isStore);
 
     Id gridSize(); // kernels: the push constant
 
-    // Once the code is written: decorates the buffers by what it did to them.
+    // Call after the code is written: decorates the buffers by their uses.
     void finish();
-    // The buffers that it touched.
+    // The buffers that the code uses.
     const std::vector<Resource>& resources() const { return resources_; }
     std::uint32_t colorAttachments() const { return colors_; }
     bool writesPointSize() const { return writesPointSize_; }

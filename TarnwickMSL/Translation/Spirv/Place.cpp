@@ -47,7 +47,7 @@ static void addIndices(Place& place, const GEPOperator& step, const DataLayout& 
         } else {
             std::uint64_t stride = type.getSequentialElementStride(layout).getFixedValue();
             auto scale = static_cast<std::int64_t>(stride);
-            // Only byte addresses need taking apart; an index of an array is one term as it is.
+            // Only byte addresses are sums of products; the index of an array is one term.
             addIndex(place, index, scale, scale == 1 ? 0 : 6);
         }
     }

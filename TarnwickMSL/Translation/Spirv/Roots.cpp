@@ -1,4 +1,4 @@
-// What each root of memory becomes: a variable, or several that show one buffer in several ways.
+// The variables of each root of memory: one, or several that show one buffer in several ways.
 
 #include "TarnwickMSL/Translation/Spirv/Memory.h"
 #include "TarnwickMSL/Translation/Spirv/Stage.h"
@@ -11,9 +11,9 @@ namespace tarnwick::msl::spirv {
 
 using namespace llvm;
 
-// Vulkan 1.3, table 53: the least of maxUniformBufferRange that desktop devices give.
+// The smallest maxUniformBufferRange (Vulkan 1.3, table 53) of desktop devices.
 static constexpr std::uint64_t uniformBytes = 65536;
-// What the arguments that point to threadgroup memory share where no lengths were set.
+// Shared by the arguments that point to threadgroup memory if no lengths are set.
 static constexpr std::uint32_t workgroupBytes = 16384;
 
 const InterfaceVariable* Memory::interfaceOf(const GlobalVariable& global) const {
@@ -23,7 +23,7 @@ const InterfaceVariable* Memory::interfaceOf(const GlobalVariable& global) const
     return nullptr;
 }
 
-// A variable of the program's own that is written is threadgroup memory: Metal has no others.
+// A variable of the program itself that is written is threadgroup memory: Metal has no others.
 static bool isWritten(const GlobalVariable& global, const DataLayout& layout) {
     return !global.isConstant() &&
            any_of(usesOf(global, layout), [](const Use& use) { return use.isWrite; });
@@ -56,7 +56,7 @@ Memory::Root& Memory::root(const Value* value) {
     return made;
 }
 
-// The declared view where every use fits it, else one of as many bytes that fits them all.
+// The declared view if it fits every use, else one of the same size that fits them all.
 static View fittingView(const Value& value, const View& declared, std::uint64_t bytes,
                         bool isShared, const DataLayout& layout) {
     std::vector<Use> uses = usesOf(value, layout);
@@ -80,7 +80,7 @@ static Id contentType(Body& body, const View& view) {
                         : element;
 }
 
-// As the front end allows for one variable; drivers crash on megabytes.
+// Of all local variables together: the front end's maximum for one. Drivers crash on megabytes.
 static constexpr std::uint64_t localBytes = 262144;
 
 void Memory::makeLocal(Root& made, const Value& value, Type* type) {
@@ -119,7 +119,7 @@ void Memory::makeTable(Root& made, const GlobalVariable& global) {
     made.variables.push_back({view, body_.module.variable(made.storage, type, value)});
 }
 
-// The array that a [[threadgroup(n)]] pointer points to: as long as the pipeline says.
+// The array that a [[threadgroup(n)]] pointer points to. The pipeline sets its length.
 Memory::Variable Memory::workgroupArray(Root& made, const View& view) {
     std::uint32_t index = made.interface->index;
     auto stride =

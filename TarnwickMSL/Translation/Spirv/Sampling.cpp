@@ -20,7 +20,7 @@ static std::uint64_t samplerBits(const CallInst& call) {
     return bits->getZExtValue();
 }
 
-// In Metal a call compares, in Vulkan a sampler does: one that is used both ways becomes two.
+// In Metal a call compares, in Vulkan a sampler does: a sampler of both uses becomes two.
 static std::uint64_t samplerBits(const CallInst& call, bool compares) {
     std::uint64_t bits = samplerBits(call);
     if (compares)
@@ -36,7 +36,7 @@ Id Images::combined(Image& image, const CallInst& call, bool compares) {
     return body_.emit(spv::Op::OpSampledImage, type, {texture, with});
 }
 
-// Pixel coordinates run to the first level's size; the layer stays what it is.
+// Pixel coordinates are divided by the first level's size; the layer is not.
 Id Images::perPixel(const Image& image, Type* type, Id coordinates) {
     const ImageShape& shape = *image.shape;
     Id pixels = body_.emit(spv::Op::OpConvertUToF, type, {size(image, body_.constants.word(0))});
@@ -64,7 +64,7 @@ static bool isPlainOffset(const Value* offset) {
     return true;
 }
 
-// Vulkan takes small constant offsets alone; others move the coordinates.
+// Vulkan takes only small constant offsets; others are added to the coordinates.
 Id Images::coordinates(const Image& image, const CallInst& call, const Value* offset) {
     const Value* given = call.getArgOperand(2);
     Type* type = given->getType();
@@ -79,7 +79,7 @@ Id Images::coordinates(const Image& image, const CallInst& call, const Value* of
                       {value, perPixel(image, type, shifted(image, type, offset))});
 }
 
-// An offset as coordinates in pixels; the layer stays where it is.
+// An offset as coordinates in pixels; 0 for the layer.
 Id Images::shifted(const Image& image, Type* type, const Value* offset) {
     if (!image.shape->isArray)
         return body_.emit(spv::Op::OpConvertSToF, type, {body_.id(offset)});
@@ -129,7 +129,7 @@ static spv::Op sampleOp(bool compares, bool isExplicit) {
 Id Images::sample(StringRef name, const CallInst& call) {
     Image& from = image(call.getArgOperand(0));
     name.consume_front("sample");
-    bool compares = name.consume_front("_compare"); // what is left says how the level is found
+    bool compares = name.consume_front("_compare"); // the rest says how the level is found
     unsigned next = 3;
     const Value* offset = argumentOrNull(call, next + compares +
                                                    (name.empty()      ? 0
@@ -170,7 +170,7 @@ Id Images::sample(StringRef name, const CallInst& call) {
 Id Images::gather(StringRef name, const CallInst& call) {
     Image& from = image(call.getArgOperand(0));
     bool compares = name == "gather_compare";
-    // Either the component stands last, or the reference before the offset.
+    // The component is last. A comparison has none; its reference is before the offset.
     unsigned last = call.arg_size() - 1;
     const Value* offset = compares   ? argumentOrNull(call, 4)
                           : last > 3 ? call.getArgOperand(3)
@@ -191,7 +191,7 @@ Id Images::gather(StringRef name, const CallInst& call) {
     return result(from, call, value);
 }
 
-// The level that is accessed and the one that was computed; without neighbours both are the first.
+// The level that is accessed and the level that was computed; both are 0 without neighbours.
 Id Images::levelOfDetail(const CallInst& call) {
     if (shader_.stage != Stage::fragment)
         return body_.constants.null(call.getType());

@@ -18,7 +18,7 @@ namespace tarnwick::msl {
 using namespace llvm;
 using namespace spirv;
 
-// Where a fragment function's begin, behind those of the vertex function (EntryPoint.h).
+// The first binding of a fragment function, after those of the vertex function (EntryPoint.h).
 static constexpr std::uint32_t fragmentBinding = 32;
 
 static std::uint32_t bindingAfter(const ShaderModule& shader) {
@@ -65,10 +65,10 @@ class FunctionWriter {
     Body body_;
     Memory memory_;
     Images images_;
-    std::vector<std::pair<const PHINode*, std::size_t>> phis_; // and where their operands stand
+    std::vector<std::pair<const PHINode*, std::size_t>> phis_; // and the place of their operands
 };
 
-// The operands follow once every block is written: values may come from below.
+// The operands are filled in after all blocks are written: a value may come from a later block.
 void FunctionWriter::phi(const PHINode& phi) {
     SmallVector<std::uint32_t, 8> operands(2 * phi.getNumIncomingValues(), 0u);
     std::size_t at = body_.code.size() + 3;
@@ -152,7 +152,7 @@ void FunctionWriter::instruction(const Instruction& instruction) {
         const Value* stored = store->getValueOperand();
         return memory_.store(store->getPointerOperand(), stored->getType(), body_.id(stored));
     }
-    // Pointers are worked out where they are used; fences order nothing that is relaxed.
+    // A pointer is resolved at its use. Atomics are relaxed, so fences have no effect.
     bool isSilent = instruction.getType()->isPointerTy() || isa<FenceInst>(instruction);
     if (isSilent || isDeferred(instruction))
         return;
@@ -184,7 +184,7 @@ void FunctionWriter::terminator(const Instruction& terminator) {
     bool isBranching =
         branch->isConditional() && branch->getSuccessor(0) != branch->getSuccessor(1);
     Id condition = isBranching ? body_.id(branch->getCondition()) : 0; // may write it
-    merge(*branch->getParent(), isBranching);                          // stands last but one
+    merge(*branch->getParent(), isBranching); // the last instruction but one
     Id first = body_.label(branch->getSuccessor(0));
     if (!isBranching)
         return body_.act(spv::Op::OpBranch, {first});
@@ -216,7 +216,7 @@ void FunctionWriter::modes() {
 
 void FunctionWriter::function() {
     body_.type(); // the first declaration
-    // Every block stands below those that dominate it; what cannot be reached is last.
+    // Each block comes after those that dominate it; unreachable blocks come last.
     ReversePostOrderTraversal<const Function*> order(shader_.main);
     SmallPtrSet<const BasicBlock*, 32> written;
     for (const BasicBlock* each : order) {

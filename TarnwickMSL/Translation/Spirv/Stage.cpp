@@ -14,7 +14,7 @@ struct BuiltIn {
     std::string_view word;
     spv::BuiltIn builtIn;
     std::optional<spv::Capability> capability = std::nullopt;
-    bool isArray = false; // in Vulkan, of one or more
+    bool isArray = false; // Vulkan's variable is an array
 };
 
 // clang-format off
@@ -44,7 +44,7 @@ static constexpr std::array builtIns{
 };
 // clang-format on
 
-// A fragment's position is what it came to be; a vertex's is what it gives.
+// The position of a fragment function is its pixel's, of a vertex function its output.
 static BuiltIn builtInFor(StringRef word, bool isFragment) {
     if (word == "position")
         return {"position", isFragment ? spv::BuiltIn::FragCoord : spv::BuiltIn::Position};
@@ -54,7 +54,7 @@ static BuiltIn builtInFor(StringRef word, bool isFragment) {
     throw TranslationError("The attribute '" + word.str() + "' is not supported here.");
 }
 
-// The one variable of the entry point that stands for the built-in.
+// The entry point's one variable of the built-in.
 static Id builtInVariable(Body& body, const BuiltIn& builtIn, bool isInput, Type* type) {
     auto number = static_cast<std::uint32_t>(builtIn.builtIn);
     Id& id = body.builtIns[{number, isInput ? 1u : 0u}];
@@ -129,7 +129,7 @@ std::array<Id, 3> threadgroupSize(Body& body) {
     return size;
 }
 
-// The threads that this very threadgroup has: fewer where the grid ends.
+// The size of this threadgroup: smaller at the end of the grid.
 static Id threadsHere(Body& body, const std::function<Id()>& gridSize) {
     Type* triple = FixedVectorType::get(body.i32(), 3);
     Id full = body.emit(spv::Op::OpCompositeConstruct, triple, threadgroupSize(body));

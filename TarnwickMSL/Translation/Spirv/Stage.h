@@ -12,7 +12,7 @@ namespace tarnwick::msl::spirv {
 // A variable of the Input or Output class.
 struct StageVariable {
     Id id = 0;
-    llvm::Type* type = nullptr; // what it holds: a value, or an array of them
+    llvm::Type* type = nullptr; // of the value, or an array of values
 };
 
 // Throws TranslationError on a built-in that this stage does not have.
@@ -22,14 +22,14 @@ StageVariable declareStageVariable(Body& body, Stage stage, const InterfaceVaria
 // Whether Vulkan has the built-in in another form than Metal.
 bool isComputedBuiltIn(llvm::StringRef word);
 
-// Such a built-in's value, worked out where it is read. `gridSize` gives the exact grid, where it
-// is needed.
+// The value of such a built-in, computed at the place of the read. `gridSize` gives the exact grid;
+// it is called only for the values that need it.
 Id computedBuiltIn(Body& body, llvm::StringRef word, const std::function<Id()>& gridSize);
 
-// The variable of a built-in that is an input of one value, loaded.
+// Loads a built-in input of one value.
 Id readBuiltIn(Body& body, spv::BuiltIn builtIn, llvm::Type* type);
 
-// The threadgroup's size as the pipeline was specialised.
+// The threadgroup's size, as specialisation constants.
 std::array<Id, 3> threadgroupSize(Body& body);
 
 } // namespace tarnwick::msl::spirv

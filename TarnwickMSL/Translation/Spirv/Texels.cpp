@@ -1,4 +1,4 @@
-// Single texels, and how many there are.
+// Single texels, and the sizes of textures.
 
 #include "TarnwickMSL/Translation/Spirv/ImageShapes.h"
 #include "TarnwickMSL/Translation/Spirv/Images.h"
@@ -24,8 +24,8 @@ Id Images::size(const Image& image, Id level) {
     return level == body_.constants.word(0) ? all : halved(type, all, level, shape.isArray);
 }
 
-// A level's size from the first one's: a packaged CPU driver answers all invocations of a group
-// with the size of the level that the first of them asks for.
+// Computes a level's size from the first level's: a packaged CPU driver gives all invocations of a
+// group the size of the level that the first of them queries.
 Id Images::halved(Type* type, Id size, Id level, bool hasLayers) {
     Id levels = body_.splat(type, level);
     if (hasLayers)
@@ -62,7 +62,7 @@ Id Images::query(StringRef name, const CallInst& call) {
                        : extent;
 }
 
-// Where a read finds its texel, and whether it is there at all.
+// The coordinates of a read, and whether the texture has that texel.
 struct Images::Spot {
     Id at = 0, level = 0, inside = 0, sample = 0;
 };
@@ -99,7 +99,7 @@ Images::Spot Images::spot(const Image& from, const CallInst& call) {
     return spot;
 }
 
-// A read outside gives zero; the fetch itself stays inside.
+// A read outside the texture gives zero. The fetch itself is always inside.
 Id Images::read(const CallInst& call) {
     const Image& from = texels(call, 2);
     const ImageShape& shape = *from.shape;

@@ -11,7 +11,7 @@ using namespace llvm;
 Id Types::array(Id element, std::uint32_t count) {
     if (Id known = arrays_.lookup({count, element}))
         return known;
-    // The length is a constant of its own: Constants is made after Types and unifies by LLVM's.
+    // The length is a constant of its own, since Constants is made after Types.
     Id length = module_.declare(spv::Op::OpConstant, of(Type::getInt32Ty(context_)), {count});
     Id made = module_.type(spv::Op::OpTypeArray, {element, length});
     arrays_[{count, element}] = made;
@@ -78,7 +78,7 @@ Id Types::declare(Type* type, Layout layout) {
         return structure(record, layout);
     if (auto* list = dyn_cast<ArrayType>(type)) {
         Id element = inMemory(list->getElementType(), layout);
-        // A record may end in an array of no elements, which stands for those that follow it.
+        // A record may end in an array of 0 elements, a flexible array.
         auto count = static_cast<std::uint32_t>(std::max<std::uint64_t>(1, list->getNumElements()));
         if (layout == Layout::plain)
             return array(element, count);

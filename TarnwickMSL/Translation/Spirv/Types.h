@@ -17,8 +17,8 @@ using tarnwick::spirv::Module;
 using tarnwick::spirv::Operands;
 using tarnwick::spirv::Words;
 
-// Whether a type in memory carries explicit offsets and strides (buffers, push constants) or none
-// (everything that no one outside the invocation's group sees).
+// Whether a type in memory has explicit offsets and strides (buffers, push constants) or none
+// (memory that only the invocation's group sees).
 enum class Layout : std::uint8_t { plain, explicit_ };
 
 class Types {
@@ -29,7 +29,7 @@ class Types {
     llvm::LLVMContext& context() const { return context_; }
     const llvm::DataLayout& dataLayout() const { return layout_; }
 
-    // Of values; integers are unsigned throughout. Throws TranslationError on widths that SPIR-V
+    // The type of values. All integers are unsigned. Throws CompilerFault on a width that SPIR-V
     // does not have.
     Id of(llvm::Type* type) { return inMemory(type, Layout::plain); }
     Id signedScalar() { return module_.type(spv::Op::OpTypeInt, {32, 1}); }
@@ -38,8 +38,8 @@ class Types {
     Id inMemory(llvm::Type* type, Layout layout);
     Id array(Id element, std::uint32_t count);
 
-    // Where a member of the LLVM struct stands in the SPIR-V one; none for padding bytes, which
-    // explicit layouts leave out.
+    // The index in the SPIR-V struct of a member of the LLVM struct; absent for padding bytes,
+    // which explicit layouts leave out.
     std::optional<std::uint32_t> member(llvm::StructType* type, unsigned index,
                                         Layout layout) const;
 
@@ -55,7 +55,7 @@ class Types {
     llvm::DenseMap<std::pair<std::uint32_t, Id>, Id> arrays_;
 };
 
-// The same shape (scalar or so many lanes) of another scalar.
+// A type with the lanes of `shape` and another scalar.
 llvm::Type* shapedLike(llvm::Type* shape, llvm::Type* scalar);
 unsigned laneCount(llvm::Type* type);
 
@@ -66,12 +66,12 @@ class Constants {
     Id of(const llvm::Constant* constant);
     Id word(std::uint32_t value);
     Id signedWord(std::int32_t value) { return word(static_cast<std::uint32_t>(value)); }
-    // Of a scalar's or vector's every lane. Floats take the nearest value.
+    // A scalar, or a vector whose lanes all have the value. Floats take the nearest value.
     Id integer(llvm::Type* type, std::uint64_t value);
     Id real(llvm::Type* type, double value);
     Id null(llvm::Type* type);
     Id composite(Id type, Operands parts);
-    // 32-bit, with a default value.
+    // A specialisation constant of 32 bits and its default value.
     Id specialisation(std::uint32_t number, std::uint32_t value);
 
   private:

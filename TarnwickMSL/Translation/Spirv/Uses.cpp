@@ -10,7 +10,7 @@ namespace tarnwick::msl::spirv {
 
 using namespace llvm;
 
-// What the user does with the memory that `pointer` points to; no type where it does nothing.
+// The user's use of the memory at `pointer`; its type is null if there is none.
 static Use useBy(const User& user, const Value* pointer) {
     if (auto* load = dyn_cast<LoadInst>(&user))
         return {{}, load->getType(), false, load->isAtomic()};
@@ -94,7 +94,7 @@ View unitView(const Place& place, Type* type, const DataLayout& layout) {
             .layout = Layout::explicit_};
 }
 
-// The one type that all uses have, standing one after the other; else null.
+// The one type of all uses if all their places are multiples of its stride; else null.
 static Type* onlyType(ArrayRef<Use> uses, const DataLayout& layout) {
     Type* type = uses.empty() ? nullptr : uses.front().type;
     if (!type || type->isAggregateType())

@@ -8,17 +8,18 @@ using namespace llvm;
 
 static constexpr std::uint32_t undefinedLane = 0xffffffff;
 
-// What is deferred
+// Deferred instructions
 //
 // A matrix times a vector splats each lane and multiplies by it, and a vector is gathered by one
-// insertion a lane. Written one by one, most of these instructions would be dead: a product takes
-// the scalar itself (OpVectorTimesScalar), an insertion all lanes of those before it
-// (OpCompositeConstruct). So an instruction is deferred where none of its users asks for it whole.
+// insertion for each lane. Written one by one, most of these instructions would be dead: a product
+// takes the scalar itself (OpVectorTimesScalar), an insertion takes all lanes of the insertions
+// before it (OpCompositeConstruct). So an instruction is deferred if none of its users needs it
+// whole.
 //
-// Whether a user asks is decided here alone, by the functions that the writer goes by when it
-// writes that user: `repeatedScalar` and `factorOf`. A user that asks all the same gets the value
-// written at its own place (Body::id), so that to defer is a matter of size, never of correctness.
-// The one user that cannot have it so is a phi, whose operands stand at the ends of other blocks.
+// Whether a user needs it is decided here alone, by the functions that the writer calls when it
+// writes that user: `repeatedScalar` and `factorOf`. A user that needs it anyway gets the value
+// written at its own place (Body::id): to defer changes the size of the code, never its result. A
+// phi cannot get it so, since its operands belong to the ends of other blocks.
 
 const Value* repeatedScalar(const Value* value) {
     auto* shuffle = dyn_cast<ShuffleVectorInst>(value);
