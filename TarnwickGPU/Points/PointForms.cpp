@@ -160,6 +160,8 @@ std::optional<Id> divideIndex(PointBody& body, spv::BuiltIn builtIn, std::uint32
     makePrivate(code, *seen);
     const Id given = code.variable(spv::StorageClass::Input, type);
     code.decorate(given, spv::Decoration::BuiltIn, {static_cast<std::uint32_t>(builtIn)});
+    if (builtIn == spv::BuiltIn::PrimitiveId) // VUID-StandaloneSpirv-Flat-04744
+        code.decorate(given, spv::Decoration::Flat);
     const Id index = body.emit(spv::Op::OpLoad, type, {given});
     const Id by = code.constant(type, divisor);
     body.store(*seen, body.emit(spv::Op::OpUDiv, type, {index, by}));
