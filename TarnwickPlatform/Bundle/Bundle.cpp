@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The settings of an episode that brings none: its name, no values, no keys.
+// The settings of an episode without any: its name, no values, no keys.
 std::string plainSettings(const fs::path& episode) {
     nlohmann::ordered_json document;
     document["name"] = episode.stem().string();
@@ -37,10 +37,10 @@ struct MadeFile {
     std::string_view bytes;
 };
 
-// What makeBundle() wrote, a line a file, so that it knows its own files again.
+// The list of the files that makeBundle() wrote, one on each line, by which it recognises them.
 constexpr std::string_view recordName = ".tarnwick-made";
 
-// The name and the bytes' FNV-1a hash of 64 bits: changes are to be seen, not forgeries.
+// The name and the 64-bit FNV-1a hash of the bytes, which shows changes, not forgeries.
 std::string recordLine(std::string_view name, std::string_view bytes) {
     std::uint64_t hash = 0xcbf29ce484222325;
     for (const char byte : bytes)
@@ -48,7 +48,7 @@ std::string recordLine(std::string_view name, std::string_view bytes) {
     return std::string(name) + " " + std::to_string(hash) + "\n";
 }
 
-// A file that a person wrote or changed stays.
+// Throws if a person wrote or changed the file.
 void checkMade(const fs::path& folder, const MadeFile& file, std::string_view record) {
     const fs::path path = folder / file.name;
     std::error_code ignored;

@@ -8,12 +8,12 @@
 
 namespace tarnwick {
 
-// A bundle could not be made: what() is one sentence that names the file.
+// A bundle cannot be made. what() is one sentence that names the file.
 struct BundleError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The episode or the settings that a bundle was to be made of cannot be read.
+// The episode or the settings of a new bundle cannot be read.
 struct InputReadError : BundleError {
     using BundleError::BundleError;
 };
@@ -24,8 +24,8 @@ class Bundle {
 
     const std::filesystem::path& folder() const { return folder_; }
 
-    // Where SUBDIRECTORY/NAME.EXTENSION lies in the bundle; nothing unless a regular file (or a
-    // link to one) is there.
+    // The path of SUBDIRECTORY/NAME.EXTENSION in the bundle; absent unless it is a regular file or
+    // a link to one.
     std::optional<std::filesystem::path> pathForResource(std::string_view name,
                                                          std::string_view extension,
                                                          std::string_view subdirectory) const;
@@ -34,16 +34,16 @@ class Bundle {
     std::filesystem::path folder_;
 };
 
-// The settings document beside an episode: NAME.json beside NAME.metal. Nothing unless a regular
-// file (or a link to one) is there.
+// The settings document beside an episode: NAME.json beside NAME.metal. Absent unless it is a
+// regular file or a link to one.
 std::optional<std::filesystem::path> settingsBeside(const std::filesystem::path& episode);
 
 // Makes `folder` the bundle of one episode: Shader/shader.metal is a copy of `episode`, and
-// Shader/saver.json a copy of the document `settings` or, without one, settings that bear the
-// episode's name and change nothing. What the folder holds under these two names is replaced, each
-// in one step, where it is as this function made it: Shader/.tarnwick-made remembers. Throws
-// OutputNameError where it is not, and BundleError, InputReadError among them; then no file was
-// changed, but for a disk that fails in between.
+// Shader/saver.json a copy of the document `settings`, or without one a document with the episode's
+// name and no values. Existing files of these two names are replaced, each in one step, if this
+// function made them and nobody changed them since (Shader/.tarnwick-made has their hashes). Throws
+// OutputNameError if somebody changed them, and otherwise BundleError or InputReadError; then no
+// file is changed, unless writing the second file fails.
 Bundle makeBundle(const std::filesystem::path& folder, const std::filesystem::path& episode,
                   const std::optional<std::filesystem::path>& settings);
 

@@ -11,7 +11,7 @@ namespace tarnwick {
 bool isUTF8(std::string_view bytes) {
     if (bytes.size() > std::numeric_limits<std::int32_t>::max())
         return false;
-    // Only measures: with no room for a result, well-formed text "overflows" it.
+    // Only measures: without room for a result, well-formed text gives an overflow error.
     UErrorCode outcome = U_ZERO_ERROR;
     std::int32_t units = 0;
     u_strFromUTF8(nullptr, 0, &units, bytes.data(), static_cast<std::int32_t>(bytes.size()),

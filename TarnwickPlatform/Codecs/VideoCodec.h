@@ -28,10 +28,11 @@ constexpr FileKind fileKind(MovieFileType type) {
     return type == MovieFileType::quickTime ? FileKind::quickTimeMovie : FileKind::mpeg4Movie;
 }
 
-// How a codec's stream is made; TarnwickPlatform/Movie/Encoders/EncoderChoice.cpp has the classes.
+// How a codec's stream is made. TarnwickPlatform/Movie/Encoders/EncoderChoice.cpp chooses the
+// class.
 enum class EncoderKind : std::uint8_t {
-    plain,      // by one encoder of libavcodec
-    alphaLayer, // by two, of colour and of alpha, whose streams become two layers of one
+    plain,      // by one encoder
+    alphaLayer, // by two encoders, of colour and of alpha, whose streams become two layers of one
 };
 
 struct VideoCodecRow {

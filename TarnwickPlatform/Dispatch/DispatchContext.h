@@ -1,4 +1,4 @@
-// What a queue and its timers share.
+// The record that a queue and its timers share.
 #pragma once
 
 #define ASIO_STANDALONE

@@ -9,22 +9,21 @@ namespace tarnwick {
 
 struct DispatchContext;
 
-// Work given to one queue runs in the order in which it was given, one piece at a time, on the
-// queue's one thread. Timers of a queue (DispatchTimer) share that thread, however many there are.
-// Work must not throw: what leaves it ends the process.
+// Runs work in the order in which it was given, one piece at a time, on one thread. All timers of a
+// queue (DispatchTimer) share that thread. Work must not throw: an exception ends the process.
 class DispatchQueue {
   public:
     DispatchQueue();
-    // Blocks until the work given so far has been done. Timers fire no more, work given later is
-    // dropped. Not to be destroyed by its own work.
+    // Blocks until the work given so far is done. Timers stop; work given later is dropped. A
+    // queue's own work must not destroy it.
     ~DispatchQueue();
     DispatchQueue(const DispatchQueue&) = delete;
     DispatchQueue& operator=(const DispatchQueue&) = delete;
 
-    // Gives work and returns at once. May be called from any thread.
+    // Gives work and returns at once. Any thread.
     void async(std::function<void()> work);
-    // Blocks until `work` and all work given before it has been done. May be called from any thread
-    // but the queue's own. With work that does nothing: waits for what is running.
+    // Blocks until `work` and all work given before it is done. Any thread but the queue's own.
+    // With empty work: waits for the work under way.
     void sync(const std::function<void()>& work);
 
   private:

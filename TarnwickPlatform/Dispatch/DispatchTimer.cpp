@@ -23,16 +23,15 @@ Clock::duration durationOf(double seconds) {
         std::chrono::duration<double>(std::clamp(seconds, shortest, longest)));
 }
 
-// The first moment after `now` of those `interval` apart, counted on from `last`, which has passed.
+// The first time after `now` in steps of `interval` from `last`, which has passed.
 Clock::time_point nextOf(Clock::time_point last, Clock::duration interval, Clock::time_point now) {
     return last + ((now - last) / interval + 1) * interval;
 }
 
 } // namespace
 
-// Only a call under way and the timer's owner hold it strongly, one after the other or both: so the
-// timer inside is never used by two threads at once, and a wait finds either a whole source or
-// none.
+// Only the timer's owner and a call under way own it. So two threads never use the timer at once,
+// and a wait finds either a whole source or none.
 struct DispatchTimer::Source : std::enable_shared_from_this<Source> {
     Source(std::shared_ptr<DispatchContext> context, double seconds, std::function<void()> handler)
         : context(std::move(context)), timer(this->context->io), interval(durationOf(seconds)),
@@ -54,7 +53,7 @@ struct DispatchTimer::Source : std::enable_shared_from_this<Source> {
             wait(nextOf(timer.expiry(), interval, Clock::now()));
     }
 
-    std::shared_ptr<DispatchContext> context; // before what lives in it
+    std::shared_ptr<DispatchContext> context; // declared before the timer, which uses it
     asio::steady_timer timer;
     const Clock::duration interval;
     const std::function<void()> handler;
@@ -71,8 +70,7 @@ DispatchTimer::~DispatchTimer() {
 }
 
 void DispatchTimer::cancel() {
-    std::shared_ptr<Source>
-        dropped; // let go outside the lock, as what its handler holds may cancel
+    std::shared_ptr<Source> dropped; // destroyed without the lock: it may call cancel()
     const std::lock_guard lock(mutex_);
     dropped.swap(source_);
     if (dropped)

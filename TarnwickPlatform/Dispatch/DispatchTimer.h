@@ -1,4 +1,4 @@
-// A timer that fires on a queue again and again.
+// A repeating timer on a queue.
 #pragma once
 
 #include "TarnwickPlatform/Dispatch/DispatchQueue.h"
@@ -11,19 +11,18 @@ namespace tarnwick {
 
 class DispatchTimer {
   public:
-    // Begins at once: `handler` is called on `queue` after `interval` seconds and then every
-    // `interval` seconds, on a grid that does not drift and as exactly as the system can. When the
-    // queue is late, the firings missed count as one, and the grid stays. An interval below 1 ms, a
-    // negative one too, is 1 ms; one above 10^9 s is that. It is not NaN.
+    // Starts at once: calls `handler` on `queue` after `interval` seconds and then every `interval`
+    // seconds, without drift. If the queue is late, missed calls become one, and later calls keep
+    // their times. `interval` is clamped to [0.001, 1e9] s and must not be NaN.
     DispatchTimer(DispatchQueue& queue, double interval, std::function<void()> handler);
     // Cancels.
     ~DispatchTimer();
     DispatchTimer(const DispatchTimer&) = delete;
     DispatchTimer& operator=(const DispatchTimer&) = delete;
 
-    // Calls the handler no more and lets it go. May be called from any thread, from the handler
-    // too, and again. Does not wait: seen from another thread a call that has begun runs to its end
-    // (the queue's sync() waits for it), and the handler lives as long.
+    // Stops calling the handler and releases it. Any thread, also the handler; may be called again.
+    // Does not block: a call of the handler that is under way on another thread runs to its end
+    // (the queue's sync() waits for it), and the handler lives until then.
     void cancel();
 
   private:

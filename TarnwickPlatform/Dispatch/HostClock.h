@@ -1,15 +1,15 @@
-// The host's clock: what frames are timed by.
+// The host's clock, by which frames are timed.
 #pragma once
 
 #include <functional>
 
 namespace tarnwick {
 
-// Seconds since a moment of the host's own choice, never going back, running on while the process
-// sleeps and standing still while the machine does. May be called from any thread.
+// Seconds since an arbitrary moment. Never decreases; advances while the process sleeps, not while
+// the machine does. Any thread.
 double currentMediaTime();
 
-// What reads the time in place of currentMediaTime, where a test brings its own.
+// A function in place of currentMediaTime, for tests.
 using HostClock = std::function<double()>;
 
 } // namespace tarnwick

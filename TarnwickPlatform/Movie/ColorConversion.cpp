@@ -10,8 +10,8 @@ namespace tarnwick {
 
 namespace {
 
-// The loops below are written so that the compiler makes vectors of them; the wider ones where the
-// processor has them. All is whole numbers, so both give the same.
+// The compiler vectorises the loops below, with wide vectors where the processor has them. All
+// numbers are integers, so both give the same result.
 #if defined(__x86_64__) && defined(__gnu_linux__) && !defined(__SANITIZE_ADDRESS__)
 #define TARNWICK_WIDE_TOO __attribute__((target_clones("avx2", "default")))
 #else
@@ -25,7 +25,8 @@ constexpr std::uint32_t greenAndAlpha(std::uint32_t pixel) {
     return (pixel >> 8) & 0x00ff00ffU;
 }
 
-// Sums of blue and red in the halves of one word, and of green (and alpha) in those of another.
+// Takes the sums of blue and red in the halves of one word, and those of green and alpha in
+// another.
 template <typename Sample>
 inline Sample weighted(std::uint32_t blueRed, std::uint32_t greenAlpha, ColorWeights weights) {
     const auto blue = static_cast<std::int32_t>(blueRed & 0xffffU);
@@ -44,7 +45,7 @@ template <typename Sample>
         row[x] = weighted<Sample>(blueAndRed(pixels[x]), greenAndAlpha(pixels[x]), weights);
 }
 
-// Chroma of half the width from a row of sums, one more at either end.
+// Makes chroma of half the width from a row of sums with one more sum at either end.
 template <typename Sample>
 [[gnu::always_inline]] inline void
 halfRow(const std::uint32_t* __restrict blueRed, const std::uint32_t* __restrict greenAlpha,
@@ -89,7 +90,7 @@ TARNWICK_WIDE_TOO void alphaRow10(const std::uint32_t* __restrict pixels,
         row[x] = static_cast<std::uint16_t>((pixels[x] >> 22 & ~3U) | pixels[x] >> 30);
 }
 
-// Two rows, or the same row twice, added up.
+// Adds up two rows, or the same row twice.
 TARNWICK_WIDE_TOO void addRows(const std::uint32_t* __restrict above,
                                const std::uint32_t* __restrict below,
                                std::uint32_t* __restrict blueRed,
@@ -128,7 +129,7 @@ struct Rows {
     }
 };
 
-// Rows are gone through once, so that each is converted while it is near.
+// Visits each row once, while it is in the cache.
 void convertTo420(const Rows& pixels, const Rows& converted, bool withAlpha) {
     const std::int64_t width = converted.buffer.width();
     const std::int64_t height = converted.buffer.height();

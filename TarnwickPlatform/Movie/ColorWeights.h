@@ -6,15 +6,15 @@
 
 namespace tarnwick {
 
-// (offset + blue * B + green * G + red * R) >> fractionBits is a code value, B, G and R being sums
-// of pixels' components. Rounds to the nearest; never negative, below 2^31.
+// (offset + blue * B + green * G + red * R) >> fractionBits is a code value, where B, G and R are
+// sums of pixels' components. Rounds to the nearest. The sum is in [0, 2^31).
 struct ColorWeights {
     static constexpr int fractionBits = 18;
 
     std::int32_t blue;
     std::int32_t green;
     std::int32_t red;
-    std::int32_t offset; // the half that rounds included
+    std::int32_t offset; // including the half that rounds
 };
 
 namespace colorweights {
@@ -36,7 +36,7 @@ constexpr ColorWeights chroma(int bits, double blue, double red, double range, i
 
 } // namespace colorweights
 
-// Of one pixel, for code values of `bits`.
+// For one pixel and code values of `bits` bits, 8 or 10.
 constexpr ColorWeights lumaWeights(int bits) {
     using namespace colorweights;
     const double scale = 219.0 * (1 << (bits - 8)) / 255.0;
@@ -44,7 +44,7 @@ constexpr ColorWeights lumaWeights(int bits) {
             fixed(16 * (1 << (bits - 8)) + 0.5)};
 }
 
-// `samples` is the sum of the weights with which pixels were added up, in [1, 8].
+// `samples` is the sum of the weights with which pixels are added up, in [1, 8].
 constexpr ColorWeights blueDifference(int bits, int samples) {
     return colorweights::chroma(bits, 1, 0, 1.8556, samples);
 }

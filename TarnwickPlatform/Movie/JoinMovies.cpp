@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What differs between a part and the first one, or nothing.
+// The name of a property in which a part differs from the first one; null if there is none.
 const char* difference(const MoviePart& first, const MoviePart& part) {
     const VideoSettings wanted = first.video();
     const VideoSettings found = part.video();
@@ -40,7 +40,7 @@ void checkFits(const MoviePart& first, const MoviePart& part, std::int64_t nextF
                (nextFrame == 0 ? "." : ", where the part before it ends."));
 }
 
-// Before anything is written.
+// Called before anything is written.
 void checkParts(std::span<const fs::path> parts) {
     if (parts.empty())
         refuse("There are no parts to join.");
@@ -60,7 +60,7 @@ void checkIsNoPart(const fs::path& output, std::span<const fs::path> parts) {
             refuse(output.string() + " is one of the parts that are to be joined.");
 }
 
-// The file's own words become a sentence.
+// Makes a sentence of the words of an error in writing.
 template <typename Work> void writing(const fs::path& output, Work work) {
     try {
         work();

@@ -1,4 +1,4 @@
-// Puts the parts of a movie together that were written one by one, on several machines perhaps.
+// Joins the parts of a movie, which may have been written on several machines.
 #pragma once
 
 #include "TarnwickPlatform/Movie/MovieSettings.h"
@@ -8,12 +8,11 @@
 
 namespace tarnwick {
 
-// Writes the movie that `parts` are the stretches of, in their order, to `output`, without encoding
-// again: picture packets and their times are those of the movie written in one go. Sound and
-// chapters are those of the first part. Throws MovieError, and leaves no complete file: of kind
-// `parts` when a part cannot be read or is the output, when parts differ in codec, size, rate or
-// the encoder's parameters, when one does not begin where the one before ended or the first does
-// not begin at frame 0; otherwise when the output cannot be written. Blocks; any thread.
+// Writes the movie of `parts`, in their order, to `output`, without encoding again: its bytes are
+// those of the movie written in one go. Sound and chapters are those of the first part. Throws
+// MovieError and leaves no complete file. The kind is `parts` if a part cannot be read or is the
+// output, if parts differ in codec, size, rate or the encoder's parameters, if one does not begin
+// where the one before ended, or if the first does not begin at frame 0. Blocks. Any thread.
 void joinMovies(std::span<const std::filesystem::path> parts, const std::filesystem::path& output,
                 MovieFileType type);
 

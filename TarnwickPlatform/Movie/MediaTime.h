@@ -1,4 +1,4 @@
-// A moment of a movie as a fraction, so that the times of frames and of samples are exact.
+// A time in a movie as a fraction, so that the times of frames and samples are exact.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The tracks of a movie that is being written, as its writer's caller sees them.
+// The inputs of a movie that is being written: one for each track.
 #pragma once
 
 #include "TarnwickPlatform/Movie/MediaTime.h"
@@ -10,42 +10,41 @@
 
 namespace tarnwick {
 
-// A track's way in. One thread appends; the other calls come from any thread. Belongs to its
-// writer.
+// The input of one track. One thread appends; any thread may make the other calls. The writer owns
+// it.
 class MovieInput {
   public:
     virtual ~MovieInput() = default;
 
     virtual std::string_view mediaType() const = 0; // "vide" or "soun"
 
-    // Whether append would queue without growing past the bounded queue: false while that is full,
-    // before the session starts and after the input was marked as finished. A writer that failed or
-    // was cancelled is not ready either.
+    // Whether append would accept a buffer now. False while the queue is full, before the session
+    // starts, after markAsFinished, and after the writer failed or was cancelled.
     virtual bool isReadyForMoreMediaData() const = 0;
 
-    // No more is coming: lets the writer finish this track while others go on.
+    // Ends this track. The writer finishes it while others go on.
     virtual void markAsFinished() = 0;
 };
 
 class VideoInput : public MovieInput {
   public:
-    // Buffers of the settings' size. Null before startWriting succeeds. Lives as long as the
-    // writer.
+    // A pool of buffers of the settings' size, owned by the input. Null before startWriting
+    // succeeds.
     virtual PixelBufferPool* pixelBufferPool() = 0;
 
-    // Queues a picture, in the order of times: value i, timescale the frames a second, i from the
-    // session's start up without gaps. The buffer is of the settings' size, as bgra or in the
-    // encoder's format, from the pool or the caller's own, and not to be written any more. False,
-    // without effect: the input is not ready or the picture is another than the above; a picture
-    // that breaks the order also makes the writer fail. Never blocks.
+    // Queues a picture. `time` has the value i and the timescale of the frames a second; i counts
+    // up from the session's start without gaps. The buffer has the settings' size and is bgra or in
+    // the encoder's format, from the pool or the caller's own; the caller does not write to it any
+    // more. False, without effect: the input is not ready, or the buffer or time is invalid. A
+    // wrong time also makes the writer fail. Never blocks.
     virtual bool append(std::shared_ptr<const PixelBuffer> buffer, MediaTime time) = 0;
 };
 
 class AudioInput : public MovieInput {
   public:
-    // Queues samples in [-1, 1], left and right by turns, that begin at `time`: value the sample's
-    // number, timescale the sample rate, the first call at minus the settings' leadIn, each other
-    // where the last ended. Copies them. Otherwise as VideoInput::append.
+    // Queues a copy of samples in [-1, 1], left and right interleaved. `time` is that of the first
+    // sample: value the sample's number, timescale the sample rate. The first call begins at minus
+    // the settings' leadIn, each later one where the last ended. Otherwise as VideoInput::append.
     virtual bool append(std::span<const float> samples, MediaTime time) = 0;
 };
 

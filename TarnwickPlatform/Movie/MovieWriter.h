@@ -1,5 +1,5 @@
-// Writes a movie file: frames and samples go in, each with its time; encoding and writing run on
-// the writer's own threads, so that a caller draws the next frame meanwhile.
+// Writes a movie file: the caller appends frames and samples, each with its time. Encoding and
+// writing run on the writer's own threads, so the caller draws the next frame meanwhile.
 //
 //   auto writer = MovieWriter::make(path, MovieFileType::mpeg4);
 //   VideoInput* video = writer->add(videoSettings);      // null: errorText() says why
@@ -9,8 +9,8 @@
 //                   video->append(std::move(buffer), {i, 60});
 //   video->markAsFinished(); writer->finishWriting();
 //
-// The interfaces are abstract so that tests
-// can stand in writers that never become ready or fail.
+// The interfaces are abstract, so that tests can replace the writer by one that is never ready or
+// fails.
 #pragma once
 
 #include "TarnwickPlatform/Movie/MediaTime.h"
@@ -26,46 +26,48 @@
 
 namespace tarnwick {
 
-// The calls of one writer come from one thread, but status, errorText and cancelWriting from any.
-// Destroying a writer that is writing cancels it.
+// One thread calls; any thread may call status, errorText and cancelWriting. Destroying a writer
+// that is writing cancels it.
 class MovieWriter {
   public:
-    // Makes nothing on disk yet.
+    // Does not create the file yet.
     static std::unique_ptr<MovieWriter> make(std::filesystem::path file, MovieFileType type);
 
     virtual ~MovieWriter() = default;
 
-    // Adds the one picture or sound track, before startWriting. Null, with the reason as errorText,
-    // when there is one already or the file type or the codec does not take what is asked for.
+    // Adds the one picture or sound track, before startWriting. Null, with the reason in errorText,
+    // if the track exists already or the settings are invalid (settingsError). The writer owns the
+    // input.
     virtual VideoInput* add(const VideoSettings& settings) = 0;
     virtual AudioInput* add(const AudioSettings& settings) = 0;
 
-    // Chapters of the file, in the order of their starts; at any time before finishWriting.
+    // Sets the chapters of the file, in the order of their starts. May be called at any time before
+    // finishWriting.
     virtual void setChapters(std::vector<MovieChapter> chapters) = 0;
 
-    // Makes the encoders and the file, in place of one that is there. False: status is failed.
+    // Makes the encoders and the file; an existing file is replaced. False: status is failed.
     virtual bool startWriting() = 0;
 
-    // The time at which the file begins: 0, or the first frame of a part of a movie, at which a
-    // stretch begins (stretchLength). Value and timescale as in VideoInput::append.
+    // Sets the time at which the file begins: 0, or the first frame of a part of a movie, which is
+    // a multiple of stretchLength. Value and timescale as in VideoInput::append.
     virtual void startSession(MediaTime start) = 0;
 
     virtual MovieWriterStatus status() const = 0;
 
-    // Why the writer failed or an input could not be added, in the system's or the codec's own
-    // words ("No space left on device"); nothing where neither is the case.
+    // Why the writer failed or an input could not be added, in the words of the system or the codec
+    // ("No space left on device"); absent if neither is the case.
     virtual std::optional<std::string> errorText() const = 0;
 
-    // Waits until all that was appended is encoded and written and the file is complete, which may
-    // take long. Then status is completed or failed. Marks what was not as finished.
+    // Marks all inputs as finished and blocks until everything appended is encoded and written and
+    // the file is complete, which may take minutes. Status is completed or failed afterwards.
     virtual void finishWriting() = 0;
 
-    // Stops as soon as the encoder has done its frame, waits for that, and leaves the incomplete
-    // file. Without effect after finishWriting.
+    // Blocks until the encoder has finished its current frame, then stops. The incomplete file
+    // remains. No effect after finishWriting.
     virtual void cancelWriting() = 0;
 };
 
-// What makes writers, for callers that are to work with others than MovieWriter::make's.
+// Makes writers, for callers that take other writers than MovieWriter::make's.
 using MovieWriterFactory =
     std::function<std::unique_ptr<MovieWriter>(const std::filesystem::path&, MovieFileType)>;
 

@@ -48,8 +48,7 @@ std::byte* PixelBuffer::plane(std::size_t index) const {
     return memory_.address + layout_.planes[index].offset;
 }
 
-// The memories that lie idle. Buffers that are out hold the store, so it outlives the pool if need
-// be.
+// The unused memory. Buffers that are out hold the store, so it may outlive the pool.
 struct PixelBufferPool::Store {
     PixelFormat format;
     std::int64_t width;

@@ -1,4 +1,4 @@
-// Pictures on their way into a movie, and pools that use their memory again.
+// Pictures on their way into a movie, and pools that reuse their memory.
 #pragma once
 
 #include "TarnwickPlatform/Codecs/PixelFormat.h"
@@ -12,32 +12,32 @@
 
 namespace tarnwick {
 
-// Where the planes of a picture lie in one piece of memory: from the top row down.
+// The places of a picture's planes in one block of memory, top row first.
 struct PixelLayout {
     struct Plane {
-        std::int64_t offset = 0;      // bytes from the beginning, a multiple of 256
+        std::int64_t offset = 0;      // bytes from the start, a multiple of 256
         std::int64_t bytesPerRow = 0; // a multiple of 64, at least a row's samples
         std::int64_t width = 0;       // samples
         std::int64_t height = 0;      // rows
     };
-    std::array<Plane, 4> planes{}; // as many as the format has; the others are empty
-    std::int64_t bytes = 0;        // in all, a multiple of 256
+    std::array<Plane, 4> planes{}; // those that the format does not have are empty
+    std::int64_t bytes = 0;        // of the block, a multiple of 256
 };
 
 PixelLayout pixelLayout(PixelFormat format, std::int64_t width, std::int64_t height);
 
-// Memory that something else owns, a GPU's buffer perhaps.
+// Memory with an owner, for instance a GPU's buffer.
 struct PixelMemory {
     std::byte* address = nullptr; // a multiple of 16
-    std::shared_ptr<void> owner;  // keeps the memory; a caller may cast it back to what it is
+    std::shared_ptr<void> owner;  // keeps the memory; the caller that made it may cast it back
 };
 
-// Gives `bytes` bytes, or nothing. Is called by the thread that calls PixelBufferPool::take.
+// Allocates `bytes` bytes; absent if there is no memory. Called by the thread that calls
+// PixelBufferPool::take.
 using PixelAllocator = std::function<std::optional<PixelMemory>(std::size_t bytes)>;
 
-// A picture. Who has it alone may write it; once appended it is read by the writer's threads.
-// Shared, because the caller and the encoder's delay line both hold it, and neither outlives the
-// other for certain.
+// A picture. Its only owner may write to it; after it is appended, the writer's threads read it.
+// Shared, because the caller and the encoder both hold it and either may live longer.
 class PixelBuffer {
   public:
     PixelBuffer(PixelFormat format, std::int64_t width, std::int64_t height, PixelMemory memory);
@@ -47,10 +47,10 @@ class PixelBuffer {
     std::int64_t height() const { return height_; }
     const PixelLayout& layout() const { return layout_; }
 
-    // The beginning of a plane; its rows are layout().planes[plane].bytesPerRow apart.
+    // The first byte of a plane; its rows are layout().planes[index].bytesPerRow apart.
     std::byte* plane(std::size_t index) const;
 
-    // What owns the memory, as the allocator gave it.
+    // The owner of the memory, as the allocator gave it.
     const std::shared_ptr<void>& memory() const { return memory_.owner; }
 
   private:
@@ -61,8 +61,8 @@ class PixelBuffer {
     PixelMemory memory_;
 };
 
-// Hands out buffers of one kind, `capacity` at a time at most. A buffer comes back, from any
-// thread, when its last owner lets go of it, and may outlive the pool. Any thread may take.
+// Hands out buffers of one format and size, at most `capacity` at a time. A buffer returns when its
+// last owner releases it, on any thread, and may outlive the pool. Any thread may take.
 class PixelBufferPool {
   public:
     PixelBufferPool(PixelFormat format, std::int64_t width, std::int64_t height,
@@ -71,13 +71,13 @@ class PixelBufferPool {
 
     PixelFormat format() const;
 
-    // A buffer whose content is left from its last use, or null: when `capacity` of them are out,
-    // or there is no memory.
+    // A buffer with the content of its last use. Null if `capacity` buffers are out or there is no
+    // memory.
     std::shared_ptr<PixelBuffer> take();
 
   private:
     struct Store;
-    std::shared_ptr<Store> store; // shared with the buffers that are out, which return to it
+    std::shared_ptr<Store> store; // shared with the buffers that are out
 };
 
 } // namespace tarnwick

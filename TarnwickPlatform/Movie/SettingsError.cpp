@@ -19,12 +19,11 @@ std::optional<std::string> sizeError(const VideoSettings& settings) {
         return "A movie in " + std::string(row.standard) + " has at least " +
                sizeText(row.leastWidth, row.leastHeight) + " pixels, not " + size + ".";
     if (settings.width > greatest || settings.height > greatest)
-        return "Pictures of a movie have up to 16384 pixels a side, not " + size + ".";
+        return "A movie has at most 16384 pixels a side, not " + size + ".";
     for (const PlaneShape& shape : planeShapes(row.pixelFormat))
         if (settings.width % shape.across != 0 || settings.height % shape.down != 0)
-            return "This codec takes pictures of an even " +
-                   std::string(shape.down > 1 ? "width and height" : "width") + ", not " + size +
-                   ".";
+            return "A movie in " + std::string(row.standard) + " has an even " +
+                   (shape.down > 1 ? "width and height" : "width") + ", not " + size + ".";
     return std::nullopt;
 }
 

@@ -1,5 +1,4 @@
-// Why a track cannot be what is asked for: what MovieWriter::add refuses, for callers that want to
-// know before they have a writer.
+// Checks the settings of a track as MovieWriter::add does, for callers that have no writer yet.
 #pragma once
 
 #include "TarnwickPlatform/Movie/MovieSettings.h"
@@ -9,7 +8,7 @@
 
 namespace tarnwick {
 
-// One sentence, or nothing where the settings are good.
+// One sentence that says why the settings are invalid; absent if they are valid.
 std::optional<std::string> settingsError(const VideoSettings& settings, MovieFileType type);
 std::optional<std::string> settingsError(const AudioSettings& settings);
 

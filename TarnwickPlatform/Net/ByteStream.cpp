@@ -14,7 +14,7 @@ ByteStream::~ByteStream() {
 ByteStream::ByteStream(ByteStream&&) noexcept = default;
 
 ByteStream& ByteStream::operator=(ByteStream&& other) noexcept {
-    std::swap(answer_, other.answer_); // the other one cancels what this one held
+    std::swap(answer_, other.answer_); // the other's destructor cancels this one's request
     return *this;
 }
 

@@ -1,4 +1,4 @@
-// The answer to one request, piece by piece.
+// The answer to one request, in pieces.
 #pragma once
 
 #include "TarnwickPlatform/Net/URLRequest.h"
@@ -12,10 +12,9 @@ namespace tarnwick {
 
 class StreamedAnswer;
 
-// Belongs to one reader; only cancel() may be called from other threads. The session reads on from
-// the network while less than 256 KiB wait here, so a slow reader holds up the server and costs no
-// memory. Waiting always ends: with the request's time-out at the latest, whose time passes during
-// the reader's own work too.
+// One thread reads; any thread may call cancel(). The session reads from the network while less
+// than 256 KiB wait here, so a slow reader slows the server down and memory stays bounded. Blocking
+// always ends, at the latest with the request's timeout, which includes the reader's own time.
 class ByteStream {
   public:
     explicit ByteStream(std::shared_ptr<StreamedAnswer> answer);
@@ -23,14 +22,13 @@ class ByteStream {
     ByteStream(ByteStream&&) noexcept;
     ByteStream& operator=(ByteStream&&) noexcept;
 
-    // Blocks until the answer has begun. Throws NetError where it ends before its head is complete;
-    // what happens later changes nothing here. The same response each time.
+    // Blocks until the answer's headers are complete. Throws NetError if the request ends before
+    // that. The same response each time, whatever happens later.
     const URLResponse& response();
     // Blocks until there is a next piece of the body, of at least one byte; absent at the end.
-    // Throws NetError behind all that arrived, also where the end is not the one that the server
-    // announced.
+    // Throws NetError after all bytes that arrived, also if the body is shorter than announced.
     std::optional<std::string> next();
-    // Ends the request; what waits and what is asked for later throws NetError, kind cancelled.
+    // Ends the request. Calls that block now and later calls throw NetError of kind cancelled.
     void cancel();
 
   private:

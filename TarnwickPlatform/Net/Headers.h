@@ -14,17 +14,17 @@ struct Header {
     bool operator==(const Header&) const = default;
 };
 
-// Fields in their order. Names are looked up without regard to the case of ASCII letters.
+// Fields in their order. The case of ASCII letters in names is ignored.
 class Headers {
   public:
     Headers() = default;
     Headers(std::initializer_list<Header> fields) : fields_(fields) {}
 
-    // The first field of that name; null when there is none.
+    // The value of the first field with that name; null if there is none.
     const std::string* find(std::string_view name) const;
-    // The only field of that name from now on, at the place of the first.
+    // Replaces all fields of that name by one, at the place of the first.
     void set(std::string_view name, std::string_view value);
-    void add(std::string_view name, std::string_view value); // beside others of that name
+    void add(std::string_view name, std::string_view value); // keeps others of that name
     void remove(std::string_view name);
 
     auto begin() const { return fields_.begin(); }
@@ -36,7 +36,7 @@ class Headers {
     std::vector<Header> fields_;
 };
 
-// Whether two texts are the same but for the case of ASCII letters.
+// Whether two texts are equal if the case of ASCII letters is ignored.
 bool equalsIgnoringCase(std::string_view a, std::string_view b);
 
 } // namespace tarnwick

@@ -8,7 +8,7 @@ const char* sentenceOf(NetError::Kind kind) {
     using enum NetError::Kind;
     switch (kind) {
     case badRequest:
-        return "The request is not one that can be sent.";
+        return "The request cannot be sent.";
     case cannotFindHost:
         return "A server with that name is not found.";
     case cannotConnect:

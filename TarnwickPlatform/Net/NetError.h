@@ -1,4 +1,4 @@
-// Why a request got no answer.
+// The error of requests that get no answer.
 #pragma once
 
 #include <stdexcept>
@@ -6,27 +6,27 @@
 
 namespace tarnwick {
 
-// what() is one whole sentence for the user. It holds nothing of what was sent or received: no
+// what() is one whole sentence for the user. It has nothing of the request or the answer: no
 // address, no header, no body.
 class NetError : public std::runtime_error {
   public:
     enum class Kind {
-        badRequest, // not sent: the address is not http or https or carries a user name, or a
-                    // header or the method can't be written
+        badRequest, // not sent: the address is not http or https or has a user name, or a header or
+                    // the method has invalid characters
         cannotFindHost,
         cannotConnect,
         timedOut, // while connecting or while the answer arrived
         connectionLost,
-        secureConnectionFailed, // TLS, but not for the certificate
+        secureConnectionFailed, // TLS fails, but not because of the certificate
         badCertificate,
-        notHTTP, // what arrived is no HTTP answer
+        notHTTP, // the answer is not valid HTTP
         tooManyRedirects,
-        tooLarge, // headers or body are over the session's caps
+        tooLarge, // headers or body exceed the session's limits
         cancelled,
         other,
     };
 
-    explicit NetError(Kind kind); // says the kind's own sentence
+    explicit NetError(Kind kind); // with the kind's own sentence
     NetError(Kind kind, const std::string& sentence) : runtime_error(sentence), kind_(kind) {}
 
     Kind kind() const { return kind_; }

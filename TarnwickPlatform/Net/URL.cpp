@@ -15,7 +15,7 @@ using Text = std::unique_ptr<char, decltype(&curl_free)>;
 
 constexpr unsigned flags = CURLU_NON_SUPPORT_SCHEME | CURLU_PATH_AS_IS | CURLU_URLENCODE;
 
-// Blanks are refused as well: curl would make them pluses or escapes.
+// Refuses blanks, which curl would change to pluses or escapes.
 bool isClean(std::string_view text) {
     return std::none_of(text.begin(), text.end(), [](char byte) {
         const auto value = static_cast<unsigned char>(byte);
@@ -56,7 +56,7 @@ std::optional<std::uint16_t> portOf(const std::optional<std::string>& digits) {
 }
 
 std::string decoded(std::string_view text) {
-    if (text.empty()) // its length would stand for "up to the NUL"
+    if (text.empty()) // for curl, length 0 means "up to the NUL"
         return {};
     int size = 0;
     const Text bytes(curl_easy_unescape(nullptr, text.data(), static_cast<int>(text.size()), &size),
@@ -79,8 +79,8 @@ std::string escaped(std::string_view path) {
 
 } // namespace
 
-// An escaped escape in the host ("%2541") is decoded once each time that it is parsed, and what is
-// requested is parsed again.
+// Each parse decodes an escaped escape in the host ("%2541") once, and the library parses again for
+// the request. So a URL must parse to itself.
 std::optional<URL> URL::parse(std::string_view text) {
     const std::optional<URL> url = parseOnce(text);
     return url && parseOnce(url->string()) == url ? url : std::nullopt;

@@ -1,4 +1,4 @@
-// What is asked of a server, and what it answers.
+// The records of a request and its answer.
 #pragma once
 
 #include "TarnwickPlatform/Net/Headers.h"
@@ -13,10 +13,11 @@ namespace tarnwick {
 struct URLRequest {
     URL url; // http or https, without user name and password
     std::string method = "GET";
-    Headers headers;  // go before the session's additional ones
-    std::string body; // sent with its length unless it is empty and the method is GET or HEAD
-    // Seconds for the whole request, redirects and the answer's last byte included; > 0. Absent:
-    // the session's.
+    Headers headers; // the session adds its additional ones if they are not here
+    // Any bytes. Sent with its length, but not at all if it is empty and the method is GET or HEAD.
+    std::string body;
+    // Seconds for the whole request, from its start to the answer's last byte, with redirects; > 0.
+    // Default: the session's timeout.
     std::optional<double> timeout;
 
     bool operator==(const URLRequest&) const = default;
@@ -24,12 +25,12 @@ struct URLRequest {
 
 struct URLResponse {
     int status = 0; // [200, 999]
-    URL url;        // of the request that this answers, the last of the redirects
+    URL url;        // of the answered request, after all redirects
     Headers headers;
-    std::optional<std::int64_t> expectedLength; // bytes of the body as announced
+    std::optional<std::int64_t> expectedLength; // bytes of the body, as announced
 };
 
-// An answer that is held in memory as a whole.
+// A whole answer in memory.
 struct Answer {
     URLResponse response;
     std::string body; // any bytes

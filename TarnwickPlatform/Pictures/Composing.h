@@ -1,4 +1,4 @@
-// Putting pictures together.
+// Puts pictures together.
 #pragma once
 
 #include "TarnwickPlatform/Pictures/Picture.h"
@@ -9,16 +9,15 @@
 
 namespace tarnwick {
 
-// Of one colour: blue, green, red.
+// A picture of one colour: blue, green, red.
 Picture filledPicture(std::uint32_t width, std::uint32_t height,
                       const std::array<std::uint8_t, 3>& color);
 
-// Copies `picture` to where its upper left comes to lie at (x, y) of `sheet`, which holds all of
-// it.
+// Copies `picture` into `sheet` with its upper left at (x, y). All of it is within the sheet.
 void paste(Picture& sheet, const Picture& picture, std::size_t x, std::size_t y);
 
-// Lays `above`, of the same size, over `below`: its fourth bytes are alpha, by which its colours
-// have been multiplied.
+// Lays `above` over `below`, of the same size. The fourth bytes of `above` are alpha, and its
+// colours are premultiplied.
 void layOver(Picture& below, const Picture& above);
 
 } // namespace tarnwick

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int fullColorQuality = 90;
 
-// The library reports failures by a call that must not come back.
+// The library reports an error by a call that must not return.
 struct Failures : jpeg_error_mgr {
     std::jmp_buf escape;
 };
@@ -39,14 +39,14 @@ void describe(jpeg_compress_struct& codec, const Picture& picture, int quality) 
     codec.optimize_coding = TRUE;
 }
 
-// Holds nothing that a jump would leave behind: the library's memory is freed here.
+// Has no object with a destructor, which a jump would skip. Frees the library's memory.
 bool compress(const Picture& picture, int quality, Compressed& result) {
     jpeg_compress_struct codec{};
     Failures failures{};
     codec.err = jpeg_std_error(&failures);
     failures.error_exit = escape;
     failures.output_message = [](j_common_ptr) {};
-    if (setjmp(failures.escape) != 0) { // NOLINT: the library knows no other way
+    if (setjmp(failures.escape) != 0) { // NOLINT: the library's only way to report errors
         jpeg_destroy_compress(&codec);
         return false;
     }

@@ -7,9 +7,9 @@
 
 namespace tarnwick {
 
-// The bytes of a JPEG file. `quality` is the IJG's, [1, 100]; below 90 colours have half the
-// resolution in both directions. JFIF has no place for sRGB: readers take colours for that. Empty
-// where the picture has no pixels or more than 65,500 on a side, or memory lacks. Blocks.
+// The bytes of a JPEG file. `quality` is the IJG's, [1, 100]; below 90 chroma has half the
+// resolution in both directions. JFIF cannot say sRGB; readers assume it. Empty if the picture has
+// no pixels or more than 65,500 on a side, or there is not enough memory. Blocks.
 std::string jpegOf(const Picture& picture, int quality);
 
 } // namespace tarnwick

@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
     throw PictureError(file.string() + " cannot be " + what + ": " + why + ".");
 }
 
-// libpng's own record of a picture, freed at the end of its life.
+// Owns libpng's record of a picture.
 struct Image : png_image {
     Image() : png_image{} { version = PNG_IMAGE_VERSION; }
     ~Image() { png_image_free(this); }
@@ -29,7 +29,7 @@ struct Image : png_image {
     Image& operator=(const Image&) = delete;
 };
 
-// Rows without gaps, each pixel of `size` bytes as copy(to, from) leaves it.
+// Rows without gaps, with pixels of `size` bytes that copy(to, from) writes.
 template <typename Copy>
 std::vector<std::uint8_t> packed(const Picture& picture, std::size_t size, const Copy& copy) {
     std::vector<std::uint8_t> pixels(size * picture.width * picture.height);
@@ -96,7 +96,8 @@ Picture readPNG(const std::filesystem::path& file) {
     if (!png_image_begin_read_from_stdio(&image, opened.get()))
         fail(file, "read", image.message);
     Picture picture{.width = image.width, .height = image.height};
-    // Colours alone, so that what is not opaque is laid over black; then room for the fourth byte.
+    // Reads the colours alone, so that libpng lays them over black; then makes room for the fourth
+    // byte.
     image.format = PNG_FORMAT_BGR;
     const png_color black{};
     std::vector<std::uint8_t> packed(PNG_IMAGE_SIZE(image));

@@ -7,9 +7,8 @@
 
 namespace tarnwick {
 
-// Rows from the top, `bytesPerRow` bytes apart, of 8-bit pixels in the order blue, green, red, and
-// a fourth byte that is ignored: the picture is opaque, except
-// where a function says that it takes that byte as alpha. Colours are sRGB (IEC 61966-2-1).
+// Rows from the top, `bytesPerRow` bytes apart, of pixels of four bytes: blue, green, red, and one
+// that is ignored, unless a function takes it as alpha. Colours are sRGB (IEC 61966-2-1).
 struct Picture {
     std::uint32_t width = 0;     // pixels
     std::uint32_t height = 0;    // pixels

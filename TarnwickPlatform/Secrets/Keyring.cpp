@@ -21,7 +21,7 @@ const SecretSchema schema{.name = "tarnwick.Token",
                           .flags = SECRET_SCHEMA_NONE,
                           .attributes = {{"server", SECRET_SCHEMA_ATTRIBUTE_STRING}, {}}};
 
-// Without a bus the library would try to start one.
+// Without this check the library would try to start a bus.
 bool hasSessionBus() {
     if (const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS"); address && *address)
         return true;
@@ -34,8 +34,8 @@ bool hasDisplay() {
     return std::getenv("DISPLAY") != nullptr || std::getenv("WAYLAND_DISPLAY") != nullptr;
 }
 
-// What a caller and the thread that talks to the service share; the thread may outlive the caller's
-// patience, as the library does not promise to come back once it is cancelled.
+// The state that a caller shares with the thread that calls the service. The thread may outlive the
+// caller's patience, as the library may not return after it is cancelled.
 class Talk {
   public:
     Talk() = default;
@@ -45,7 +45,7 @@ class Talk {
 
     GCancellable* cancellable() const { return cancellable_; }
 
-    // On its own thread. Connects first, so that it is known how far it came.
+    // Runs on its own thread. Connects first, so that the caller knows whether there is a service.
     void hold(const std::function<void()>& say) {
         GError* error = nullptr;
         ::SecretService* service =
@@ -75,7 +75,7 @@ class Talk {
     std::promise<void> end_;
 };
 
-// Has the service asked by `say`, whose captures live as long as its thread does.
+// Calls the service by `say` on a thread, which keeps the captures of `say` alive.
 void ask(std::chrono::milliseconds patience, std::function<void(GCancellable*)> say) {
     if (!hasSessionBus())
         return;
@@ -86,7 +86,7 @@ void ask(std::chrono::milliseconds patience, std::function<void(GCancellable*)> 
     talk->wait(patience);
 }
 
-// An answer that may come when nobody waits for it any more.
+// An answer that may arrive after the caller has stopped waiting.
 template <class Value> struct Late {
     std::mutex mutex;
     Value value{};

@@ -6,7 +6,7 @@
 namespace tarnwick {
 
 void hideProcessMemory() {
-    // The first reaches dumps into a pipe too, which the limit does not; the second is inherited.
+    // The first also prevents dumps into a pipe, which the limit does not; the second is inherited.
     prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
     const rlimit none{};
     setrlimit(RLIMIT_CORE, &none);

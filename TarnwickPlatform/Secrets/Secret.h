@@ -1,4 +1,4 @@
-// Text that nobody else is to see.
+// A secret text, which is overwritten after use.
 #pragma once
 
 #include <string>
@@ -8,13 +8,13 @@ namespace tarnwick {
 // Overwrites the text's bytes, then makes it empty.
 void wipe(std::string& text);
 
-// Overwrites its bytes when it goes. Copies that others make of text() are theirs to wipe.
+// Overwrites its bytes when it is destroyed. A caller that copies text() must wipe the copy.
 class Secret {
   public:
     Secret() = default;
     explicit Secret(std::string&& text) : text_(text) { wipe(text); }
     ~Secret() { wipe(text_); }
-    // Copied and wiped, not moved: a short string leaves its bytes behind when it is moved.
+    // Copies and wipes instead of moving: a short string keeps its bytes when it is moved.
     Secret(Secret&& other) : Secret(std::move(other.text_)) {}
     Secret& operator=(Secret&& other);
 

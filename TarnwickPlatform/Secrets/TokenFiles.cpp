@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t longestName = 240; // bytes of a file's name; systems take 255
+constexpr std::size_t longestName = 240; // bytes of a file's name; systems allow 255
 constexpr std::size_t longestToken = std::size_t{16} << 10; // bytes
 
 [[noreturn]] void fail(const fs::path& file, const std::string& what) {
@@ -28,7 +28,7 @@ constexpr std::size_t longestToken = std::size_t{16} << 10; // bytes
     fail(file, std::string("cannot be written: ") + std::strerror(errno));
 }
 
-// An open file, closed at the end of its life.
+// Owns an open file.
 class Descriptor {
   public:
     explicit Descriptor(int number) : number_(number) {}
@@ -46,7 +46,7 @@ class Descriptor {
     int number_;
 };
 
-// Asked of the open file, so that what is judged is what is read.
+// Checks the open file, so that the checked file is the one that is read.
 void checkOwner(int descriptor, const fs::path& file) {
     struct stat status {};
     if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
@@ -74,7 +74,8 @@ Secret contentsOf(int descriptor, const fs::path& file) {
     return token;
 }
 
-// Whether a new file of that name holds the token. A full disk may speak up only on closing.
+// Writes the token to a new file. Whether that succeeded; a full disk may be reported only by
+// close().
 bool writeNew(const fs::path& file, const Secret& token) {
     const int descriptor = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (descriptor < 0)
@@ -89,7 +90,7 @@ bool writeNew(const fs::path& file, const Secret& token) {
     return isWritten && isClosed;
 }
 
-// `text` with all bytes escaped but letters, digits, full stops and hyphens.
+// `text` with all bytes escaped except letters, digits, full stops and hyphens.
 std::string escaped(std::string_view text) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     std::string name;
@@ -116,7 +117,7 @@ fs::path TokenFiles::usualFolder() {
         return state / "tarnwick";
     const fs::path home = absolute("HOME");
     if (home.empty())
-        throw TokenError("There is no home folder to keep a sign-in in: HOME is not set.");
+        throw TokenError("The sign-in cannot be kept: HOME is not set.");
     return home / ".local/state/tarnwick";
 }
 
@@ -129,7 +130,7 @@ fs::path TokenFiles::fileOf(std::string_view server) const {
 
 std::optional<Secret> TokenFiles::find(std::string_view server) const {
     const fs::path file = fileOf(server);
-    // Not to wait for the other end where it is a pipe.
+    // O_NONBLOCK: opening a pipe does not wait for its other end.
     const Descriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!opened.isOpen() && (errno == ENOENT || errno == ENOTDIR))
         return std::nullopt;
@@ -144,11 +145,11 @@ void TokenFiles::makeFolder() const {
     if (!folder_.parent_path().empty() && !fs::is_directory(folder_.parent_path(), error))
         for (fs::path made; const fs::path& part : folder_.parent_path()) {
             made /= part;
-            mkdir(made.c_str(), 0700); // where that fails, the last one says why
+            mkdir(made.c_str(), 0700); // an error shows in the mkdir below
         }
     if (mkdir(folder_.c_str(), 0700) != 0 && errno != EEXIST)
         failToWrite(folder_);
-    // Refused for a folder of another user's.
+    // Fails for a folder of another user.
     if (chmod(folder_.c_str(), 0700) != 0)
         failToWrite(folder_);
 }

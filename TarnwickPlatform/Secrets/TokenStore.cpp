@@ -2,8 +2,8 @@
 
 namespace tarnwick {
 
-// A file goes before the keyring: where there is one, the keyring did not take that token, and may
-// still hold an older one.
+// A file comes before the keyring: if there is a file, the keyring did not take that token, and may
+// still have an older one.
 std::optional<Secret> TokenStore::find(const std::string& server) const {
     if (auto token = files_.find(server))
         return token;

@@ -1,4 +1,4 @@
-// Where the tokens of signed-in accounts are kept between runs.
+// Keeps the tokens of signed-in accounts between runs.
 #pragma once
 
 #include "TarnwickPlatform/Secrets/Keyring.h"
@@ -9,16 +9,16 @@
 
 namespace tarnwick {
 
-// One token a server: in the desktop's keyring where there is one, else in a file. Blocks as the
-// keyring does.
+// One token for each server: in the desktop's keyring if there is one, otherwise in a file. Blocks
+// as Keyring does.
 class TokenStore {
   public:
     explicit TokenStore(TokenFiles files, Keyring keyring = Keyring())
         : files_(std::move(files)), keyring_(keyring) {}
 
-    // Nothing where none is kept. Throws TokenError.
+    // Absent if there is none. Throws TokenError.
     std::optional<Secret> find(const std::string& server) const;
-    // In place of an older one. Gives where it is now, for people. Throws TokenError.
+    // Replaces an older token. Returns the place as a text for the user. Throws TokenError.
     std::string keep(const std::string& server, const Secret& token) const;
     // Throws TokenError.
     void forget(const std::string& server) const;

@@ -17,7 +17,7 @@ int pangoUnits(double pixels) {
     return static_cast<int>(std::lround(pixels * PANGO_SCALE));
 }
 
-// Glyphs at fractions of a pixel: as wide at one size as at the next, and even in movies.
+// Subpixel positions of glyphs: widths scale with the size, and moving text is smooth.
 Context textContext() {
     Context context(pango_font_map_create_context(pango_cairo_font_map_get_default()));
     const FontOptions options(cairo_font_options_create());
@@ -53,7 +53,7 @@ Attributes attributesOf(const TextBlock& block) {
     auto addInk = [&](const Ink& ink, std::size_t start, std::size_t end) {
         add(pango_attr_foreground_new(channel(ink.red), channel(ink.green), channel(ink.blue)),
             start, end);
-        // 0 stands for no alpha of its own.
+        // For Pango, alpha 0 means that none is set.
         add(pango_attr_foreground_alpha_new(std::max<guint16>(channel(ink.alpha), 1)), start, end);
     };
     constexpr std::size_t whole = PANGO_ATTR_INDEX_TO_TEXT_END;

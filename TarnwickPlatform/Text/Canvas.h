@@ -1,4 +1,4 @@
-// Drawing shapes and wrapped text into a transparent picture, to be laid over others.
+// Draws shapes and wrapped text into a transparent picture, which is laid over others.
 #pragma once
 
 #include "TarnwickPlatform/Pictures/Picture.h"
@@ -12,7 +12,7 @@
 
 namespace tarnwick {
 
-// Of sRGB, each in [0, 1], the colours not premultiplied.
+// sRGB, each in [0, 1], not premultiplied.
 struct Ink {
     double red = 1, green = 1, blue = 1, alpha = 1;
 
@@ -20,29 +20,29 @@ struct Ink {
     bool operator==(const Ink&) const = default;
 };
 
-// One paragraph in one size. Breaks of lines within the text are shown as signs; of more text than
-// 4096 bytes the rest is left out.
+// One paragraph in one size. Line breaks in the text are drawn as signs; text after 4096 bytes is
+// ignored.
 struct TextBlock {
     struct Stretch {
-        std::size_t start = 0, length = 0; // bytes of the text, at characters' edges
+        std::size_t start = 0, length = 0; // bytes of the text, at character boundaries
         Ink ink;
 
         bool operator==(const Stretch&) const = default;
     };
-    enum class Typeface { text, code }; // the system's font; one whose characters are equally wide
+    enum class Typeface { text, code }; // the system's font; a monospaced font
     enum class Weight { normal, bold };
 
-    std::string text; // UTF-8; what is not is shown as replacement characters
+    std::string text; // UTF-8; invalid bytes are drawn as replacement characters
     Typeface typeface = Typeface::text;
     Weight weight = Weight::normal;
     double points = 16;               // pixels
-    double lineHeight = 1.4;          // in parts of `points`
-    double spacing = 0;               // pixels between characters, besides their own width
-    Ink ink;                          // where no stretch has its own
-    std::vector<Stretch> stretches{}; // later ones over earlier ones
-    double width = 0;                 // pixels, at least 1; wrapped to it at words, else anywhere
-    double hanging = 0;               // pixels that lines after the first are set in
-    int lines = 1;                    // at most, from 1 on; the last one ends in an ellipsis if cut
+    double lineHeight = 1.4;          // as a multiple of `points`
+    double spacing = 0;               // pixels added between characters
+    Ink ink;                          // outside the stretches
+    std::vector<Stretch> stretches{}; // a later one replaces an earlier one
+    double width = 0; // pixels, at least 1; text wraps at words, or within a word that is too wide
+    double hanging = 0; // pixels by which lines after the first are indented
+    int lines = 1;      // at most, at least 1; the last one ends in an ellipsis if text is cut
 };
 
 struct TextExtent {
@@ -50,24 +50,24 @@ struct TextExtent {
     int lines = 0;
 };
 
-// What a block takes up when drawn. Any thread.
+// The extent of a block when drawn. Any thread.
 TextExtent extentOf(const TextBlock& block);
 
 class Canvas {
   public:
-    // Fully transparent. Each side in [1, 32767] pixels.
+    // Makes a transparent canvas. Each side in [1, 32767] pixels.
     Canvas(std::uint32_t width, std::uint32_t height);
     ~Canvas();
     Canvas(const Canvas&) = delete;
     Canvas& operator=(const Canvas&) = delete;
 
-    // Corners are rounded by `radius` pixels, at most to a half circle.
+    // Fills a rectangle. Its corners are rounded by `radius` pixels, at most to a half circle.
     void fill(const TextBand& area, const Ink& ink, double radius = 0);
-    // With its upper left at (x, y); nothing is drawn outside of what extentOf says and the width.
+    // Draws with the upper left corner at (x, y), within the height of extentOf and the block's
+    // width.
     void draw(const TextBlock& block, double x, double y);
 
-    // What was drawn so far. The fourth byte of a pixel is its alpha; the colours are
-    // premultiplied by it.
+    // A copy of the canvas. The fourth byte of a pixel is alpha; the colours are premultiplied.
     Picture picture() const;
 
   private:

@@ -1,4 +1,4 @@
-// Many pictures on one, each with a few lines of text under it.
+// Draws many pictures on one sheet, each with a few lines of text below it.
 #pragma once
 
 #include "TarnwickPlatform/Pictures/Picture.h"
@@ -11,15 +11,15 @@ namespace tarnwick {
 
 struct LabelledPicture {
     Picture picture;
-    std::string label; // UTF-8; wrapped at words; what does not fit below is left out
+    std::string label; // UTF-8; wrapped at words; lines that do not fit are left out
 };
 
-// In pixels, of a sheet of `count` pictures of one size.
+// The layout of a sheet of `count` pictures of one size, in pixels.
 struct SheetLayout {
     std::uint32_t columns = 1; // at least 1
     std::uint32_t pictureWidth = 0, pictureHeight = 0;
     std::size_t count = 0;
-    std::uint32_t lines = 1; // of text that fit below each picture
+    std::uint32_t lines = 1; // of text below each picture
 
     static constexpr std::uint32_t gap = 12;  // around each picture
     static constexpr std::uint32_t line = 18; // of text
@@ -33,8 +33,8 @@ struct SheetLayout {
     }
 };
 
-// Row by row from the upper left. The pictures have the layout's size and number, and neither side
-// of the sheet is above 32767 pixels.
+// Places the pictures row by row from the upper left. They have the layout's size and number, and
+// neither side of the sheet is above 32767 pixels.
 Picture contactSheet(std::span<const LabelledPicture> pictures, const SheetLayout& layout);
 
 } // namespace tarnwick

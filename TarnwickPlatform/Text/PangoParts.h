@@ -1,4 +1,4 @@
-// Owners of Pango's and Cairo's objects. For this folder's .cpp files.
+// Owners of Pango's and Cairo's objects, for this folder's .cpp files.
 #pragma once
 
 #include <pango/pangocairo.h>
@@ -19,7 +19,8 @@ using Layout = std::unique_ptr<PangoLayout, Release<g_object_unref>>;
 using Font = std::unique_ptr<PangoFontDescription, Release<pango_font_description_free>>;
 using ValidText = std::unique_ptr<char, Release<g_free>>;
 
-// More than any band shows; laying out a compiler's megabyte would take minutes.
+// The bytes of text that are laid out, more than any band can show: a compiler's megabyte would
+// take minutes.
 inline constexpr std::size_t mostTextBytes = 4096;
 
 inline ValidText validText(std::string_view text) {

@@ -17,9 +17,9 @@ constexpr float ground = 0x16, line = 0x90; // of blue, green and red
 constexpr std::uint32_t tick = 5;           // pixels
 constexpr double points = 12;               // of the labels
 constexpr double labelWidth = 72, labelHeight = 18;
-constexpr std::size_t longestLabel = 9; // characters, of those of times; longer ones are left out
+constexpr std::size_t longestLabel = 9; // characters of a label of time; longer ones are left out
 
-// At values evenly apart from 0 to 1.
+// The colours of values evenly spaced from 0 to 1.
 constexpr std::array<Color, 5> ramp{
     {{8, 4, 4}, {110, 20, 60}, {90, 50, 190}, {40, 150, 250}, {220, 250, 255}}};
 
@@ -43,7 +43,7 @@ void fill(Picture& picture, std::uint32_t x, std::uint32_t y, std::uint32_t widt
         }
 }
 
-// The index of the part of `parts` even ones that pixel `at` of `pixels` lies in.
+// Divides `pixels` into `parts` equal parts: the index of the part of pixel `at`.
 std::size_t partAt(std::uint32_t at, std::uint32_t pixels, std::size_t parts) {
     return (2 * std::size_t{at} + 1) * parts / (2 * std::size_t{pixels});
 }
@@ -84,7 +84,7 @@ void labelFrequency(Picture& picture, const SpectrumOverTime& spectrum,
 
 void drawFrequencies(Picture& picture, const SpectrumOverTime& spectrum,
                      const SpectrumLayout& layout) {
-    // Every 1, 2 and 5 where there is room, else the powers of ten.
+    // Labels 1, 2 and 5 times powers of ten if there is room, otherwise the powers only.
     const double decade =
         layout.plotHeight() / std::log10(spectrum.highest / spectrum.lowest); // in pixels
     const bool roomy = std::log10(2.0) * decade > labelHeight;
@@ -95,7 +95,7 @@ void drawFrequencies(Picture& picture, const SpectrumOverTime& spectrum,
                 labelFrequency(picture, spectrum, layout, digit * std::pow(10, power));
 }
 
-// The least of 1, 2 and 5 times a power of ten that is at least `least`.
+// The smallest of 1, 2 and 5 times a power of ten that is not below `least`.
 double roundStep(double least) {
     const double power = std::pow(10, std::floor(std::log10(least)));
     for (const double digit : {1.0, 2.0, 5.0})
@@ -117,7 +117,7 @@ void drawTimes(Picture& picture, const SpectrumOverTime& spectrum, const Spectru
     const double width = layout.plotWidth() - 1;
     const double step = roundStep(spectrum.duration * labelWidth / width);
     const double first = std::ceil(spectrum.start / step);
-    // So far from 0 that steps can't be told apart, the axis has no labels.
+    // No labels if `start` is so large that steps round to the same number.
     for (int count = 0; count <= width / labelWidth; ++count) {
         const double seconds = (first + count) * step;
         const double right = (seconds - spectrum.start) / spectrum.duration;

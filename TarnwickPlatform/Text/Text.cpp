@@ -7,7 +7,7 @@ namespace {
 
 Layout centeredLayout(cairo_t* canvas, std::string_view text, double points, double width) {
     const Font font(pango_font_description_from_string("system-ui, sans-serif"));
-    // Absolute: one point is one pixel, whatever the display says about its dots per inch.
+    // An absolute size: one point is one pixel, for any resolution of the display.
     pango_font_description_set_absolute_size(font.get(), points * PANGO_SCALE);
     Layout layout(pango_cairo_create_layout(canvas));
     pango_layout_set_font_description(layout.get(), font.get());

@@ -11,8 +11,7 @@ TEST(MovieWriter, saysWhyATrackCannotBeAdded) {
     VideoSettings odd = smallVideo(VideoCodec::h264);
     odd.width = 63;
     EXPECT_EQ(writer->add(odd), nullptr);
-    EXPECT_EQ(writer->errorText(),
-              "This codec takes pictures of an even width and height, not 63 x 48.");
+    EXPECT_EQ(writer->errorText(), "A movie in H.264 has an even width and height, not 63 x 48.");
     for (const auto codec : {VideoCodec::hevc, VideoCodec::hevcAlpha}) {
         VideoSettings narrow = smallVideo(codec);
         narrow.width = 48;
@@ -112,7 +111,7 @@ TEST(MovieWriter, failsWithoutPictures) {
     auto writer = MovieWriter::make(folder.path() / "movie", MovieFileType::mpeg4);
     ASSERT_NE(writer->add(smallVideo(VideoCodec::h264)), nullptr);
     EXPECT_EQ(writer->add(smallVideo(VideoCodec::h264)), nullptr);
-    EXPECT_EQ(writer->errorText(), "The movie has such a track already.");
+    EXPECT_EQ(writer->errorText(), "The movie already has this track.");
     ASSERT_TRUE(writer->startWriting());
     writer->startSession({0, 10});
     writer->finishWriting();

@@ -17,10 +17,10 @@ namespace {
 constexpr double coarsestQuantiser = 51;
 constexpr std::size_t alphaPlane = 3;
 
-// libx265 counts in thousands of bits a second.
+// libx265 takes its rate in thousands of bits a second.
 constexpr std::int64_t leastBitRate = 1000;
 
-// The settings of one of the two encoders, which are HEVC's.
+// The settings of one of the two encoders, which encode plain HEVC.
 VideoSettings withShare(VideoSettings settings, double share) {
     settings.codec = VideoCodec::hevc;
     const double rate = static_cast<double>(settings.averageBitRate) * share;
@@ -28,10 +28,10 @@ VideoSettings withShare(VideoSettings settings, double share) {
     return settings;
 }
 
-// No scene cuts and three B-frames wherever they fit. All the same libx265 puts a P-frame in the
-// place of a B-frame by content: with cutree on, it looks for scene cuts in the three pictures
-// before a P-frame although scenecut=0 (fades, cuts and flat pictures have them). So colour decides
-// and alpha follows.
+// No scene cuts, and three B-frames wherever they fit. libx265 still puts a P-frame in the place of
+// a B-frame for some content: with cutree on, it looks for scene cuts in the three pictures before
+// a P-frame although scenecut=0 (fades, cuts and flat pictures have them). So colour decides and
+// alpha follows.
 std::string commonOptions(const VideoSettings& settings) {
     const std::string interval = std::to_string(settings.maxKeyFrameInterval);
     return speedOption(settings) + "profile=main:forced-idr=1:x265-params=" +
@@ -44,8 +44,8 @@ std::string colourOptions(const VideoSettings& settings) {
     return commonOptions(settings);
 }
 
-// Tuned for the numbers, since what pleases the eye in a picture has no meaning in alpha. cutree
-// needs the lookahead's own decisions, which are not made where the kinds of pictures are given.
+// Tuned for PSNR, since psychovisual tuning has no meaning for alpha. cutree needs the lookahead's
+// decisions, which libx265 does not make if it is given the kinds of pictures.
 std::string alphaOptions(const VideoSettings& settings) {
     const long finest = std::lround(coarsestQuantiser * (1 - settings.alphaQuality));
     return "tune=psnr:qmin=" + std::to_string(finest) + ":" + commonOptions(settings) +
@@ -89,7 +89,7 @@ class HEVCAlphaEncoder : public VideoEncoder {
     std::unique_ptr<LibavEncoder> colour;
     std::unique_ptr<LibavEncoder> alpha;
     hevc::LayerPairs pairs;
-    PixelBufferPool alphaPictures; // its size is bounded by how far colour looks ahead
+    PixelBufferPool alphaPictures; // at most as many as colour looks ahead
     std::deque<WaitingAlpha> waiting;
     std::map<std::int64_t, PictureKind> kinds; // of the frames that colour has encoded
 };
@@ -143,7 +143,7 @@ void HEVCAlphaEncoder::takeColour(VideoPacket packet, const VideoPacketSink& sin
     pairs.give(sink);
 }
 
-// The pictures whose kind is known.
+// Encodes the waiting pictures whose kind is known.
 void HEVCAlphaEncoder::encodeAlpha() {
     while (!waiting.empty()) {
         const auto known = kinds.extract(waiting.front().frame);

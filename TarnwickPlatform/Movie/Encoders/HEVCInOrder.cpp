@@ -10,7 +10,7 @@ namespace {
 
 using PictureSink = std::function<void(std::shared_ptr<const PixelBuffer>, std::int64_t frame)>;
 
-// Gives the pictures of a stream in showing order.
+// Gives the pictures of a stream in display order.
 class Decoder {
   public:
     explicit Decoder(const std::vector<std::byte>& parameterSets);

@@ -1,4 +1,4 @@
-// Private to this folder: encodes pictures again so that nothing is left for an encoder to choose.
+// Encodes pictures again, with kinds that do not depend on the encoder.
 #pragma once
 
 #include "TarnwickPlatform/Movie/Encoders/LibavEncoder.h"
@@ -7,10 +7,9 @@
 
 namespace tarnwick::hevc {
 
-// Decodes `group`, packets from a key frame up to the next one, and encodes its pictures from frame
-// `first` on with `encoder`, a new one of the same settings: a key frame, then each picture from
-// those before it. So the packets come in the order of the frames, whatever the pictures hold.
-// Throws MovieError.
+// Decodes `group`, the packets from a key frame up to the next one, and encodes its pictures from
+// frame `first` on with `encoder`, a new one of the same settings: a key frame, then P-frames. So
+// the packets are in the order of the frames for any content. Throws MovieError.
 std::vector<VideoPacket> encodedInOrder(std::span<const VideoPacket> group, std::int64_t first,
                                         LibavEncoder& encoder);
 

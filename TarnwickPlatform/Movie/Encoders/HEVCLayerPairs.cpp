@@ -67,7 +67,7 @@ void LayerPairs::Layer::take() {
     waiting.pop_front();
 }
 
-// All packets of frames before `end`.
+// Takes all packets of frames before `end`.
 void LayerPairs::Layer::takeUntil(std::int64_t end) {
     const auto left = std::stable_partition(waiting.begin(), waiting.end(),
                                             [end](const auto& one) { return one.frame < end; });
@@ -89,7 +89,8 @@ void LayerPairs::takePair() {
     greatest = std::max(colour.group.size() == 1 ? groupBegin : greatest, held.back().frame);
 }
 
-// What has been given is always all frames up to one, so that encoding may begin anew behind it.
+// Gives pairs only if all frames up to the greatest are among them, so that encoding can start
+// again after that frame.
 void LayerPairs::giveHeld(const VideoPacketSink& sink) {
     if (greatest + 1 - groupBegin != static_cast<std::int64_t>(colour.group.size()))
         return;
@@ -97,7 +98,7 @@ void LayerPairs::giveHeld(const VideoPacketSink& sink) {
         sink(std::move(packet));
 }
 
-// The frame behind the group's last one, once all packets of the group are here.
+// The frame after the group's last one; absent until all packets of the group have arrived.
 std::optional<std::int64_t> LayerPairs::groupEnd(More more) const {
     const auto known = colour.group.size() + colour.waiting.size();
     const auto next = std::find_if(colour.waiting.begin() + 1, colour.waiting.end(),

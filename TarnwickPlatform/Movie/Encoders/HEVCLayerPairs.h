@@ -1,4 +1,4 @@
-// Private to this folder: the packets of two encoders, of colour and of alpha, as one stream's.
+// Makes the packets of one stream from those of two encoders, of colour and of alpha.
 #pragma once
 
 #include "TarnwickPlatform/Movie/Encoders/LibavEncoder.h"
@@ -9,13 +9,13 @@
 
 namespace tarnwick::hevc {
 
-// Pairs each packet of colour with alpha's packet of the same picture. Where two packets differ in
-// their picture or its kind, the pictures that are left up to the next key frame are decoded from
-// the packets and encoded again, each from those before it (encodedInOrder): that costs some
-// quality there, and no work is lost. Packets since the last key frame are kept for that.
+// Pairs each packet of colour with alpha's packet of the same picture. If two packets differ in
+// their picture or its kind, the pictures from there up to the next key frame are decoded from the
+// packets and encoded again, each from those before it (encodedInOrder). They lose some quality;
+// the export goes on. Packets since the last key frame are kept for that.
 class LayerPairs {
   public:
-    // New encoders of the settings that the packets were made with.
+    // Make new encoders with the settings of those that made the packets.
     struct Encoders {
         std::function<std::unique_ptr<LibavEncoder>()> colour, alpha;
     };
@@ -23,13 +23,14 @@ class LayerPairs {
     LayerPairs(LayeredStream stream, Encoders encoders)
         : stream(std::move(stream)), encoders(std::move(encoders)) {}
 
-    // In decoding order, a key frame first; no picture refers to one before the last key frame.
+    // Take packets in decoding order, a key frame first; no picture refers to one before the last
+    // key frame.
     void putColour(VideoPacket packet) { colour.waiting.push_back(std::move(packet)); }
     void putAlpha(VideoPacket packet) { alpha.waiting.push_back(std::move(packet)); }
 
-    // Gives what can be given by now. Throws MovieError.
+    // Gives the packets that are complete. Throws MovieError.
     void give(const VideoPacketSink& sink) { give(sink, More::isComing); }
-    // The same of the rest, after the last packet of each encoder.
+    // Gives the remaining packets, after the last packet of each encoder. Throws MovieError.
     void finish(const VideoPacketSink& sink);
 
     std::vector<std::byte> configuration() const;
@@ -39,7 +40,7 @@ class LayerPairs {
 
     struct Layer {
         std::deque<VideoPacket> waiting;
-        std::vector<VideoPacket> group; // that were taken since the last key frame, it included
+        std::vector<VideoPacket> group; // taken since the last key frame, including it
 
         void beginGroup();
         void take();
@@ -57,9 +58,9 @@ class LayerPairs {
     const LayeredStream stream;
     const Encoders encoders;
     Layer colour, alpha;
-    std::vector<VideoPacket> held; // pairs that are shown after one that has not been taken
+    std::vector<VideoPacket> held; // pairs that are displayed after one that has not been taken
     std::int64_t groupBegin = 0;   // the first frame of the group
-    std::int64_t greatest = 0;     // frame of the group's pairs
+    std::int64_t greatest = 0;     // greatest frame of the group's pairs
 };
 
 } // namespace tarnwick::hevc

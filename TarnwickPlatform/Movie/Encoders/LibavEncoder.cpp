@@ -1,4 +1,4 @@
-// libavcodec's encoders, each with the settings that docs/measurements.md compares.
+// The encoders of libavcodec. docs/measurements.md compares their options.
 
 #include "TarnwickPlatform/Movie/Encoders/LibavEncoder.h"
 
@@ -15,8 +15,8 @@ namespace tarnwick {
 
 namespace {
 
-// With AVX-512, x264 164 reads memory that it never wrote where it follows macroblocks through time
-// (mbtree), and its packets change with what lay there. Its AVX2 functions do not.
+// With AVX-512, x264 164 reads uninitialised memory where it follows macroblocks through time
+// (mbtree), and its packets depend on that memory. Its AVX2 functions do not.
 std::string x264Functions() {
 #if defined(__x86_64__)
     if (__builtin_cpu_supports("avx512bw"))
@@ -31,7 +31,8 @@ std::string optionsOf(const VideoSettings& settings) {
            (settings.codec == VideoCodec::h264 ? x264Functions() : "");
 }
 
-// A frame that borrows the picture's memory and keeps the picture until the encoder lets go.
+// A frame that borrows the picture's memory and owns a reference to the picture until the encoder
+// releases the frame.
 LibavOwner<AVFrame> frameOf(std::shared_ptr<const PixelBuffer> picture, AVPixelFormat format) {
     LibavOwner<AVFrame> frame(throwingWhenNull(av_frame_alloc()));
     frame->format = format;
@@ -82,7 +83,8 @@ AVPictureType typeOf(PictureKind kind) {
     return AV_PICTURE_TYPE_NONE;
 }
 
-// The encoder's statistics beside a packet: 32 bits of quality, then the picture's type.
+// Reads the encoder's statistics in a packet's side data: 32 bits of quality, then the picture's
+// type.
 PictureKind kindOf(const AVPacket& packet) {
     constexpr std::size_t typeOffset = 4;
     std::size_t size = 0;
@@ -109,7 +111,7 @@ LibavEncoder::LibavEncoder(const VideoSettings& settings, const std::string& opt
     throwingWhenNegative(opened);
 }
 
-// The wrapper of libx265 does not say. There, too, a B frame may be referred to by others.
+// libavcodec does not report the delay of libx265. It is 2, as a B frame may be a reference.
 std::int64_t LibavEncoder::delay() const {
     return context->codec_id == AV_CODEC_ID_HEVC ? 2 : context->has_b_frames;
 }

@@ -1,4 +1,4 @@
-// Private to this folder: one of libavcodec's encoders.
+// An encoder of libavcodec.
 #pragma once
 
 #include "TarnwickPlatform/Movie/Encoders/VideoEncoder.h"
@@ -10,13 +10,13 @@ namespace tarnwick {
 
 class LibavEncoder : public VideoEncoder {
   public:
-    // The encoder of the codec's row, with libavcodec's options, "name=value:...". Throws
+    // Opens the encoder of the codec's row with libavcodec's options, "name=value:...". Throws
     // MovieError.
     LibavEncoder(const VideoSettings& settings, const std::string& options);
 
     void encode(std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
                 const VideoPacketSink& sink) override;
-    // As `encode`, but the caller chooses how the picture is encoded. For libx265 with the option
+    // As `encode`, but the caller chooses the kind of the picture. For libx265 with the option
     // forced-idr=1, which makes an intra picture a key frame.
     void encodeAs(PictureKind kind, std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
                   const VideoPacketSink& sink);
@@ -31,13 +31,14 @@ class LibavEncoder : public VideoEncoder {
     void drain(const VideoPacketSink& sink);
 
     LibavOwner<AVCodecContext> context;
-    std::int64_t firstFrame = -1; // sessions count from 0, so that they are alike wherever they lie
+    std::int64_t firstFrame = -1; // of the session; libavcodec gets numbers from 0 on, so that
+                                  // packets do not depend on it
 };
 
 // An encoder of kind `plain`, with the options of the codec's row. Throws MovieError.
 std::unique_ptr<VideoEncoder> makeLibavEncoder(const VideoSettings& settings);
 
-// The option of the codec's row for the settings' speed, a colon behind it; may be empty.
+// The option of the codec's row for the settings' speed, with a colon after it, or empty.
 std::string speedOption(const VideoSettings& settings);
 
 } // namespace tarnwick

@@ -9,10 +9,10 @@ namespace tarnwick {
 
 struct SoundEncoder::Session {
     LibavOwner<AVCodecContext> context;
-    std::vector<float> waiting{}; // samples of all channels by turns, less than a packet's
-    std::int64_t leadIn = 0;      // samples of a channel, as are those below
-    std::int64_t sent = 0;        // at which the next begins
-    std::int64_t end = std::numeric_limits<std::int64_t>::max(); // of what is heard
+    std::vector<float> waiting{}; // interleaved samples, less than a packet
+    std::int64_t leadIn = 0;      // samples of a channel, as below
+    std::int64_t sent = 0;        // first sample of the next packet
+    std::int64_t end = std::numeric_limits<std::int64_t>::max(); // of the heard samples
 
     void send(std::span<const float> samples, const SoundPacketSink& sink);
     void drain(const SoundPacketSink& sink);

@@ -1,4 +1,4 @@
-// Private to this folder: samples in, AAC packets out.
+// Encodes samples to AAC packets.
 #pragma once
 
 #include "TarnwickPlatform/Movie/MovieSettings.h"
@@ -18,10 +18,10 @@ class SoundEncoder {
     explicit SoundEncoder(const AudioSettings& settings);
     ~SoundEncoder();
 
-    // Takes samples of all channels by turns that begin where the last ended.
+    // Takes interleaved samples, which begin where the last call's ended.
     void encode(std::span<const float> samples, const SoundPacketSink& sink);
 
-    // Gives what is left.
+    // Gives the remaining packets. The last call.
     void finish(const SoundPacketSink& sink);
 
     SoundFormat format() const;

@@ -16,7 +16,7 @@ StretchEncoder::~StretchEncoder() {
     stopped = true;
 }
 
-// Runs on a thread of its own.
+// Runs on its own thread.
 void StretchEncoder::drain(VideoEncoder& old) {
     old.finish([this](VideoPacket packet) {
         if (stopped)
@@ -30,7 +30,7 @@ void StretchEncoder::beginNext(const VideoPacketSink& sink) {
     awaitDrained(sink);
     if (timeToFinish() <= patience) {
         session->finish(sink);
-        session.reset(); // before the next one takes its memory
+        session.reset(); // before the next session allocates
         giveFreedMemoryBack();
         session = makeVideoEncoder(settings);
     } else {
@@ -42,7 +42,7 @@ void StretchEncoder::beginNext(const VideoPacketSink& sink) {
     encodingTime = {};
 }
 
-// By how long this session's frames took so far, each.
+// Estimated from the mean time of this session's frames.
 std::chrono::duration<double> StretchEncoder::timeToFinish() const {
     return encodingTime / static_cast<double>(taken) * static_cast<double>(taken - given);
 }

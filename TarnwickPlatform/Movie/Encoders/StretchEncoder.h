@@ -1,4 +1,4 @@
-// Private to this folder: encodes a movie as stretches that know nothing of each other.
+// Encodes a movie as stretches that do not depend on each other.
 #pragma once
 
 #include "TarnwickPlatform/Movie/Encoders/VideoEncoder.h"
@@ -10,11 +10,11 @@
 
 namespace tarnwick {
 
-// A session for each stretch. An encoder that looks ahead has some forty frames left to do when a
-// stretch ends, a minute's work for large ones: where that is to take longer than `patience`, it
-// does them while the next session takes its first frames, so that the queue before it moves on.
-// Otherwise it does them first, since two sessions take twice the memory. Packets are the same, in
-// their order.
+// Has a session for each stretch. An encoder that looks ahead has about forty frames left when a
+// stretch ends, a minute's work for large ones. If that is estimated to take longer than
+// `patience`, the old session encodes them on another thread while the next session takes its first
+// frames, so that the queue before it moves on. Otherwise they are encoded first, since two
+// sessions take twice the memory. The packets and their order are the same.
 class StretchEncoder : public VideoEncoder {
   public:
     static constexpr std::chrono::seconds usualPatience{10};
@@ -22,7 +22,7 @@ class StretchEncoder : public VideoEncoder {
     // Throws MovieError.
     explicit StretchEncoder(const VideoSettings& settings,
                             std::chrono::duration<double> patience = usualPatience);
-    ~StretchEncoder() override; // waits for a frame that is being encoded at most
+    ~StretchEncoder() override; // blocks until the frame under way is encoded
 
     void encode(std::shared_ptr<const PixelBuffer> picture, std::int64_t frame,
                 const VideoPacketSink& sink) override;
@@ -41,14 +41,14 @@ class StretchEncoder : public VideoEncoder {
     const VideoSettings settings;
     const std::chrono::duration<double> patience;
     std::unique_ptr<VideoEncoder> session;
-    std::int64_t taken = 0;                        // frames, by this session
+    std::int64_t taken = 0;                        // frames, to this session
     std::int64_t given = 0;                        // packets, by this session
-    std::chrono::duration<double> encodingTime{0}; // that this session took for them
+    std::chrono::duration<double> encodingTime{0}; // of this session, for them
     std::mutex mutex;
-    std::vector<VideoPacket> drained; // by the old session, not given yet; under the mutex
-    std::vector<VideoPacket> waiting; // the new session's, behind those
+    std::vector<VideoPacket> drained; // of the old session, not given yet; guarded by the mutex
+    std::vector<VideoPacket> waiting; // of the new session, after those
     std::atomic<bool> stopped = false;
-    std::future<void> draining; // valid while the old session is at work; goes first
+    std::future<void> draining; // valid while the old session works; destroyed first
 };
 
 } // namespace tarnwick

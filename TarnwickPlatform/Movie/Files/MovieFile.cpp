@@ -16,7 +16,7 @@ struct MovieFile::Container {
     std::int64_t delay = 0;
     std::int64_t firstFrame = 0;
     std::int64_t packets = 0;        // of the picture track, so far
-    std::int64_t sampleRate = 48000; // where there is sound, its own
+    std::int64_t sampleRate = 48000; // of the sound, if there is any
 
     Container(const std::filesystem::path& file, MovieFileType type);
     ~Container();
@@ -30,7 +30,8 @@ MovieFile::Container::Container(const std::filesystem::path& file, MovieFileType
     const char* name = type == MovieFileType::quickTime ? "mov" : "mp4";
     throwingWhenNegative(
         avformat_alloc_output_context2(&context, nullptr, name, ("file:" + file.string()).c_str()));
-    // Says neither the time nor the library's version, so that the same frames give the same file.
+    // Writes neither the time nor the library's version, so that the same frames give the same
+    // file.
     context->flags |= AVFMT_FLAG_BITEXACT;
     const int opened = avio_open(&context->pb, context->url, AVIO_FLAG_WRITE);
     if (opened >= 0)
@@ -59,7 +60,7 @@ void setConfiguration(AVCodecParameters& parameters, std::span<const std::byte> 
     parameters.extradata_size = static_cast<int>(configuration.size());
 }
 
-// Edits are timed in the movie's own scale: whole frames and whole samples are whole numbers in it.
+// The movie's time scale, in which edit lists are, has whole numbers for frames and samples.
 AVDictionary* muxerOptions(std::int64_t framesPerSecond, std::int64_t sampleRate) {
     AVDictionary* options = nullptr;
     av_dict_set_int(&options, "movie_timescale", std::lcm(framesPerSecond, sampleRate), 0);
@@ -84,7 +85,7 @@ void setChapters(AVFormatContext& context, const std::vector<MovieChapter>& chap
     }
 }
 
-// Each chapter ends where the next begins, the last with the movie.
+// Each chapter ends where the next begins, the last at the end of the movie.
 void endChapters(AVFormatContext& context, double seconds) {
     for (unsigned index = 0; index < context.nb_chapters; ++index) {
         AVChapter& chapter = *context.chapters[index];

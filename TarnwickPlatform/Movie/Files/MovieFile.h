@@ -1,4 +1,4 @@
-// Private to this folder: the container, from packets.
+// Writes the container from packets.
 #pragma once
 
 #include "TarnwickPlatform/Movie/MovieSettings.h"
@@ -11,7 +11,7 @@
 
 namespace tarnwick {
 
-// What a track's sample entry says of its codec; different for each codec.
+// The part of a track's sample entry that depends on the codec; different for each codec.
 struct SampleEntry {
     std::uint32_t tag = 0; // its type, the first letter in the lowest byte
     int depth = 0;         // bits a pixel
@@ -20,12 +20,12 @@ struct SampleEntry {
 };
 SampleEntry sampleEntry(VideoCodec codec);
 
-// A QuickTime movie or MPEG-4 file being written: the index in front of the data, times of pictures
-// in thousandths of a frame, an edit list that takes the sound's priming off. One thread calls.
-// Throws MovieError with the system's own words.
+// A QuickTime movie or MPEG-4 file that is being written. The index is before the data, times of
+// pictures are in thousandths of a frame, and an edit list removes the sound's priming. One thread
+// calls. Throws MovieError with the system's own words.
 class MovieFile {
   public:
-    // Makes the file, empty.
+    // Creates the file, empty; an existing one is replaced.
     MovieFile(const std::filesystem::path& file, MovieFileType type);
     ~MovieFile();
 
@@ -33,11 +33,11 @@ class MovieFile {
                   std::int64_t delay);
     void addSound(const AudioSettings& settings, const SoundFormat& format);
 
-    // Writes what stands before the packets. `firstFrame`: which frame of the whole the file begins
-    // with; one that is not 0 is noted in the file's comment (firstFrameComment).
+    // Writes the header. `firstFrame` is the frame of the whole movie with which the file begins;
+    // if it is not 0, the file's comment has it (firstFrameComment).
     void begin(std::int64_t firstFrame);
 
-    // Packets of a track come in decoding order, without gaps.
+    // Take the packets of a track in decoding order, without gaps.
     void write(const VideoPacket& packet);
     void write(const SoundPacket& packet);
 
@@ -49,7 +49,7 @@ class MovieFile {
     std::unique_ptr<Container> container;
 };
 
-// What precedes the number of a part's first frame in its comment.
+// The text before the number of the first frame in a part's comment.
 inline constexpr std::string_view firstFrameComment = "Begins at frame ";
 
 } // namespace tarnwick

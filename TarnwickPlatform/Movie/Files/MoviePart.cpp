@@ -12,7 +12,7 @@ struct MoviePart::Container {
     AVFormatContext* context = nullptr;
     AVStream* video = nullptr;
     AVStream* sound = nullptr;
-    int wanted = -1; // the index of the track that is read
+    int wanted = -1; // index of the track that is read
 
     ~Container() { avformat_close_input(&context); }
 
@@ -25,7 +25,7 @@ struct MoviePart::Container {
 
 namespace {
 
-// The track's clock runs in thousandths of a frame.
+// The track's times are in thousandths of a frame.
 constexpr int ticksPerFrame = 1000;
 
 constexpr std::int64_t samplesPerPacket = 1024; // of AAC-LC
@@ -35,7 +35,7 @@ constexpr std::int64_t samplesPerPacket = 1024; // of AAC-LC
                      MovieError::Kind::parts);
 }
 
-// HEVC with alpha differs from HEVC by the depth alone; libav reports none where it is 24.
+// HEVC with alpha differs from HEVC only by the depth; libav reports 0 for 24.
 std::optional<VideoCodec> codecOf(const AVCodecParameters& parameters) {
     const int depth = parameters.bits_per_coded_sample == 32 ? 32 : 24;
     for (const VideoCodecRow& row : videoCodecRows)
@@ -56,7 +56,7 @@ AVStream* MoviePart::Container::stream(AVMediaType type) const {
     return index < 0 ? nullptr : context->streams[index];
 }
 
-// The index may stand in front of data that never arrived.
+// A file that was cut off still has its index, which is before the data.
 void MoviePart::Container::checkIsWhole() const {
     const std::int64_t size = avio_size(context->pb);
     for (unsigned track = 0; track < context->nb_streams; ++track) {
@@ -69,7 +69,7 @@ void MoviePart::Container::checkIsWhole() const {
     }
 }
 
-// Pictures that are not decoded one frame after the other are another program's.
+// MovieFile writes pictures that are decoded one frame after the other; others are refused.
 void MoviePart::Container::checkTimes() const {
     const AVIndexEntry* first = avformat_index_get_entry(video, 0);
     if (!first)
@@ -82,7 +82,7 @@ void MoviePart::Container::checkTimes() const {
     }
 }
 
-// The next packet of the wanted track; null at the end.
+// The next packet of the track that is read; null at the end.
 LibavOwner<AVPacket> MoviePart::Container::next() const {
     LibavOwner<AVPacket> packet(throwingWhenNull(av_packet_alloc()));
     for (;;) {
@@ -173,7 +173,7 @@ AudioSettings MoviePart::sound() const {
 
 SoundFormat MoviePart::soundFormat() const {
     const AVCodecParameters& parameters = *container->sound->codecpar;
-    // The first packets lie before 0 by what the edit list takes off.
+    // The first packet's time is minus the priming that the edit list removes.
     const AVIndexEntry* first = avformat_index_get_entry(container->sound, 0);
     return {.configuration = bytesOf(parameters.extradata, parameters.extradata_size),
             .priming = first ? std::max<std::int64_t>(0, -first->timestamp) : 0,

@@ -1,4 +1,4 @@
-// Private to this folder: reads back what MovieFile wrote.
+// Reads the files that MovieFile wrote.
 #pragma once
 
 #include "TarnwickPlatform/Movie/Files/MovieFile.h"
@@ -11,31 +11,31 @@
 
 namespace tarnwick {
 
-// A movie file, or a part of a movie. One thread calls. Throws MovieError with a sentence that
-// names the file, when it cannot be read or has no picture track of one of our codecs.
+// A movie file or a part of a movie. One thread calls. Throws MovieError of kind `parts`, with a
+// sentence that names the file, if it cannot be read or its picture track is not of one of our
+// codecs.
 class MoviePart {
   public:
     enum class Track { video, sound };
 
-    // Reads the packets of one track; the other's are passed over.
+    // Opens the file to read the packets of one track; those of the other are skipped.
     MoviePart(const std::filesystem::path& file, Track track);
     MoviePart(MoviePart&&) noexcept;
     ~MoviePart();
 
     const std::filesystem::path& path() const;
-    VideoSettings
-    video() const; // what a file says of them: no rates of bits, no key frames' interval
+    VideoSettings video() const; // codec, size and frame rate; a file does not have the others
     std::vector<std::byte> configuration() const;
     std::int64_t firstFrame() const;
     std::int64_t frameCount() const;
-    std::int64_t delay() const; // frames by which decoding runs ahead of showing
+    std::int64_t delay() const; // frames by which decoding runs ahead of display
 
     bool hasSound() const;
     AudioSettings sound() const;
     SoundFormat soundFormat() const;
     std::vector<MovieChapter> chapters() const;
 
-    // The next packet of the track in decoding order; nothing at the end.
+    // The next packet of the track in decoding order; absent at the end.
     std::optional<VideoPacket> nextPicture();
     std::optional<SoundPacket> nextSound();
 

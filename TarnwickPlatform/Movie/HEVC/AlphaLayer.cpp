@@ -3,16 +3,16 @@
 namespace tarnwick::hevc {
 namespace {
 
-// What is left of `payload` behind `from`, up to the trailing bits, which are made anew.
+// Copies the rest of the payload up to its trailing bits, and writes new trailing bits.
 void copyRest(BitWriter& to, BitReader& from, ByteView payload) {
     const std::size_t end = bitsBeforeTrailing(payload);
     to.copy(from, end > from.position() ? end - from.position() : 0);
     to.trailingBits();
 }
 
-// The three bits behind the VPS's id are sps_ext_or_max_sub_layers_minus1 in layer 1 and stay as
-// they are: below 7, so the rest has the layout of layer 0's. With one sub-layer, as here, profile,
-// tier and level take 96 bits and the nesting flag one before.
+// The three bits after the VPS's id are sps_ext_or_max_sub_layers_minus1 in layer 1 and are not
+// changed: they are below 7, so the rest has the layout of layer 0. With one sub-layer, as here,
+// the nesting flag takes one bit and profile, tier and level take 96.
 std::optional<Bytes> sequenceParameterSet(ByteView payload) {
     BitReader from(payload);
     BitWriter to;

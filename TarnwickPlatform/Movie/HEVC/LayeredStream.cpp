@@ -60,7 +60,7 @@ LayeredStream::LayeredStream(ByteView colourSets, ByteView alphaSets, AlphaKind 
     const auto format = known(readSequenceParameterSet(colour.sequence), "sequence parameter set");
     auto alphaVideo = known(readVideoParameterSet(alpha.video), "video parameter set");
     auto alphaFormat = known(readSequenceParameterSet(alpha.sequence), "sequence parameter set");
-    // Alpha's lower bit rate may allow it a lower level or tier, which the colours' cover.
+    // Alpha's bit rate is lower, so its level or tier may be lower; those of colour cover it.
     alphaVideo.profileTierLevel = video.profileTierLevel;
     alphaFormat.profileTierLevel = format.profileTierLevel;
     if (video != alphaVideo || format != alphaFormat)

@@ -5,7 +5,7 @@
 namespace tarnwick::hevc {
 namespace {
 
-// Where the next 00 00 01 begins, the end where there is none.
+// The offset of the next 00 00 01; the end if there is none.
 std::size_t nextStartCode(ByteView stream, std::size_t from) {
     constexpr std::uint8_t startCode[] = {0, 0, 1};
     const auto found = std::search(stream.begin() + static_cast<std::ptrdiff_t>(from), stream.end(),
@@ -21,7 +21,7 @@ std::vector<ByteView> splitByteStream(ByteView stream) {
     while (start < stream.size()) {
         const std::size_t next = nextStartCode(stream, start + 3);
         ByteView unit = stream.subspan(start + 3, next - start - 3);
-        // Zeros before the next start code belong to neither; no unit ends in a zero.
+        // Zeros before the next start code belong to no unit; no unit ends in a zero.
         while (!unit.empty() && unit.back() == 0)
             unit = unit.first(unit.size() - 1);
         if (!unit.empty())

@@ -1,5 +1,5 @@
-// NAL units of an HEVC stream: where they lie in what an encoder gives, and their headers
-// (Rec. ITU-T H.265, 7.3.1.2, 7.4.2.2, Annex B).
+// NAL units of an HEVC stream: finding them in an encoder's byte stream, and their headers (Rec.
+// ITU-T H.265, 7.3.1.2, 7.4.2.2, Annex B).
 #pragma once
 
 #include "TarnwickPlatform/Movie/HEVC/Bits.h"
@@ -8,7 +8,7 @@
 
 namespace tarnwick::hevc {
 
-// nal_unit_type, as far as it matters here (H.265, table 7-1).
+// Values of nal_unit_type that are used here (H.265, table 7-1).
 namespace nal {
 constexpr int firstIRAP = 16; // intra random access points: 16 to 23
 constexpr int IDRWithRADL = 19;
@@ -33,19 +33,19 @@ struct NALUnit {
     bool operator==(const NALUnit&) const = default;
 };
 
-// The NAL units of a byte stream with start codes, which they borrow.
+// The NAL units of a byte stream with start codes. They borrow its bytes.
 std::vector<ByteView> splitByteStream(ByteView stream);
 
-// nal_unit_type of a NAL unit's first byte, 63 where there is none.
+// nal_unit_type of a NAL unit's first byte; 63 for no bytes.
 int typeOf(ByteView unit);
 
-// Nothing where there are less than two bytes.
+// Absent for less than two bytes.
 std::optional<NALUnit> readNALUnit(ByteView unit);
 
-// Header and payload, emulation prevention put in, without a start code.
+// The bytes of header and payload, with emulation prevention, without a start code.
 Bytes written(const NALUnit& unit);
 
-// Appends `unit` behind its length in 4 bytes (ISO/IEC 14496-15, 4.3.2).
+// Appends the length of `unit` in 4 bytes, then `unit` (ISO/IEC 14496-15, 4.3.2).
 void appendWithLength(Bytes& sample, ByteView unit);
 
 } // namespace tarnwick::hevc

@@ -23,8 +23,8 @@ void writeBuffering(BitWriter& to, const VideoParameterSet& base) {
     to.exponentialGolomb(base.maxLatencyPlus1);
 }
 
-// video_parameter_set_rbsp() up to the extension: two layers at most, of which the one layer set
-// that may be named here holds the base alone.
+// video_parameter_set_rbsp() up to the extension. There are two layers; the one layer set that is
+// possible here has the base alone.
 void writeForBaseDecoders(BitWriter& to, const VideoParameterSet& base) {
     to.bits(0, 4); // vps_video_parameter_set_id
     to.flag(true); // vps_base_layer_internal_flag
@@ -41,7 +41,7 @@ void writeForBaseDecoders(BitWriter& to, const VideoParameterSet& base) {
     to.flag(false);          // vps_timing_info_present_flag
 }
 
-// That layer 1 is alpha, needs no other layer, and makes a layer set of its own.
+// Layer 1 is alpha, depends on no other layer, and has its own layer set.
 void writeLayers(BitWriter& to) {
     constexpr std::uint32_t auxiliaryId = 0x1000; // scalability_mask_flag[3] of 16
     constexpr std::uint32_t alpha = 1;            // table F.2

@@ -1,5 +1,5 @@
-// What parameter sets say, as far as another parameter set or a container repeats it, and the ones
-// that tell of an alpha layer (Rec. ITU-T H.265, 7.3.2, 7.3.3, F.7.3.2.1, F.14.2.8).
+// Reads the fields of parameter sets that another parameter set or a container repeats, and writes
+// the VPS and the SEI of an alpha layer (Rec. ITU-T H.265, 7.3.2, 7.3.3, F.7.3.2.1, F.14.2.8).
 #pragma once
 
 #include "TarnwickPlatform/Movie/HEVC/NALUnits.h"
@@ -20,14 +20,14 @@ struct VideoParameterSet {
     bool operator==(const VideoParameterSet&) const = default;
 };
 
-// Margins that are coded but not shown, in chroma samples.
+// Margins that are coded but not displayed, in chroma samples.
 struct ConformanceWindow {
     std::uint32_t left = 0, right = 0, top = 0, bottom = 0;
 
     bool operator==(const ConformanceWindow&) const = default;
 };
 
-// The beginning of an SPS of one sub-layer.
+// The first fields of an SPS of one sub-layer.
 struct SequenceParameterSet {
     std::array<std::uint8_t, 12> profileTierLevel{};
     bool temporalIdNesting = true;
@@ -39,24 +39,24 @@ struct SequenceParameterSet {
     bool operator==(const SequenceParameterSet&) const = default;
 };
 
-// Both give nothing where there are more sub-layers than one, or the payload ends too early.
+// Both are absent if there is more than one sub-layer or the payload ends too early.
 std::optional<VideoParameterSet> readVideoParameterSet(const NALUnit& unit);
 std::optional<SequenceParameterSet> readSequenceParameterSet(const NALUnit& unit);
 
-// A VPS of two independent layers of one size and kind: `base` with pictures as `format` says, and
-// an auxiliary layer of alpha with as many pictures in its buffer. It has two output layer sets,
-// colour alone and alpha alone.
+// A VPS of two independent layers with pictures of `format`: `base`, and an auxiliary layer of
+// alpha with as many pictures in its buffer. It has two output layer sets, colour alone and alpha
+// alone.
 NALUnit videoParameterSetWithAlpha(const VideoParameterSet& base,
                                    const SequenceParameterSet& format);
 
 // A prefix SEI with the alpha channel information: 8 bits, 0 is transparent, 255 opaque.
 NALUnit alphaChannelInformation(AlphaKind kind);
 
-// What stands in a track's hvcC: units written as they are, each complete.
+// The contents of a track's hvcC. Units are written unchanged, each complete.
 struct DecoderConfiguration {
     SequenceParameterSet format;
     std::vector<Bytes> videoParameterSets, sequenceParameterSets, pictureParameterSets;
-    std::vector<Bytes> supplementalInformation; // may also stand in samples
+    std::vector<Bytes> supplementalInformation; // samples may have it too
 };
 
 // HEVCDecoderConfigurationRecord with lengths of 4 bytes (ISO/IEC 14496-15, 8.3.2.1).

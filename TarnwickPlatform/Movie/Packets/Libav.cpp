@@ -9,7 +9,7 @@ namespace tarnwick {
 
 namespace {
 
-// The library's messages come on the thread that called it, so each thread has its own.
+// The library logs on the thread that called it, so each thread has its own message.
 thread_local std::string lastComplaint;
 
 void keepComplaint(void*, int level, const char* format, va_list arguments) {

@@ -1,4 +1,4 @@
-// Private to this folder: owners for libav's objects, and its words for what fails.
+// Owners of libav's objects, and its messages as errors.
 #pragma once
 
 #include "TarnwickPlatform/Movie/MovieError.h"
@@ -22,24 +22,24 @@ struct LibavDeleter {
 };
 template <typename Object> using LibavOwner = std::unique_ptr<Object, LibavDeleter>;
 
-// What the libraries say goes nowhere from now on, but the calling thread's last complaint is kept
-// for libavWords. Takes effect once for the process.
+// Suppresses the libraries' messages from now on, and forgets the calling thread's last one, which
+// libavWords would give. The first call takes effect for the process.
 void catchLibavWords();
 
-// Why a call gave `error`: what the library complained about on this thread since the last call of
-// catchLibavWords or libavWords, or else the system's words for the number.
+// Why a call gave `error`: the library's last message on this thread since the last call of
+// catchLibavWords or libavWords, otherwise the system's words for the number.
 std::string libavWords(int error);
 
 // Throws MovieError with libavWords where `result` is negative.
 int throwingWhenNegative(int result);
 
-// Frees nothing, throws MovieError("Cannot allocate memory") where `object` is null.
+// Throws MovieError("Cannot allocate memory") if `object` is null; otherwise returns it.
 template <typename Object> Object* throwingWhenNull(Object* object) {
     throwingWhenNegative(object ? 0 : AVERROR(ENOMEM));
     return object;
 }
 
-// Throws MovieError where this build of libavcodec does not have the encoder.
+// Throws MovieError if this build of libavcodec does not have the encoder.
 const AVCodec& encoderNamed(const char* name);
 
 // Gives every packet that the encoder has ready. Throws MovieError.

@@ -1,4 +1,4 @@
-// Private to this folder: what lies between encoders and the file.
+// Encoded pictures and sound, on their way from encoders to the file.
 #pragma once
 
 #include <cstddef>
@@ -7,27 +7,27 @@
 
 namespace tarnwick {
 
-// How a picture is encoded: on its own, from pictures before it, from pictures on both sides.
+// How a picture is encoded: alone, from pictures before it, or from pictures on both sides.
 enum class PictureKind { intra, predicted, bidirectional };
 
 // One encoded picture.
 struct VideoPacket {
     std::vector<std::byte> bytes{};
-    std::int64_t frame = 0; // the picture's place in showing order, counted from the whole's begin
+    std::int64_t frame = 0; // number in display order, from the start of the whole movie
     bool isKeyFrame = false;
-    PictureKind kind = PictureKind::intra; // what the encoder reports; intra if it reports nothing
+    PictureKind kind = PictureKind::intra; // as the encoder reports it; default: intra
 };
 
 struct SoundPacket {
     std::vector<std::byte> bytes{};
-    std::int64_t sample = 0;   // at which it begins; the first lies before 0 by the priming
-    std::int64_t duration = 0; // samples that are to be heard; fewer in the last one
+    std::int64_t sample = 0;   // its first; that of the first packet is minus the priming
+    std::int64_t duration = 0; // samples that are heard; fewer in the last packet
 };
 
-// What a file says of its AAC, beside the settings.
+// The properties of AAC in a file that are not settings.
 struct SoundFormat {
     std::vector<std::byte> configuration{}; // ISO/IEC 14496-3, AudioSpecificConfig
-    std::int64_t priming = 0;               // samples that decoders make before the first
+    std::int64_t priming = 0;               // samples that decoders give before the first
     std::int64_t samplesPerPacket = 1024;
 };
 

@@ -1,4 +1,4 @@
-// Private to this folder: what two of the writer's threads hand values through.
+// A queue between two of the writer's threads.
 #pragma once
 
 #include <condition_variable>
@@ -9,20 +9,20 @@
 
 namespace tarnwick {
 
-// First in, first out. One side pushes and finishes, the other pops; either may abandon, after
-// which pushing fails and nothing comes out.
+// First in, first out. One thread pushes and finishes, the other pops. Either may abandon the
+// queue: then it drops its values, and push and pop give nothing.
 template <typename Value> class BoundedQueue {
   public:
     explicit BoundedQueue(std::size_t capacity) : capacity(capacity) {}
 
-    // Waits for room. False: abandoned.
+    // Blocks until there is room. False: abandoned.
     bool push(Value value) {
         std::unique_lock lock(mutex);
         changed.wait(lock, [&] { return abandoned || values.size() < capacity; });
         return put(std::move(value));
     }
 
-    // False: full, finished or abandoned.
+    // Does not block. False: full, finished or abandoned.
     bool tryPush(Value value) {
         std::lock_guard lock(mutex);
         return values.size() < capacity && !finished && put(std::move(value));
@@ -33,7 +33,7 @@ template <typename Value> class BoundedQueue {
         return values.size() < capacity && !finished && !abandoned;
     }
 
-    // Waits for a value. Nothing: all values are out and no more are coming, or abandoned.
+    // Blocks until there is a value. Absent: finished and empty, or abandoned.
     std::optional<Value> pop() {
         std::unique_lock lock(mutex);
         changed.wait(lock, [&] { return abandoned || finished || !values.empty(); });
@@ -52,7 +52,7 @@ template <typename Value> class BoundedQueue {
     }
 
     void abandon() {
-        std::deque<Value> dropped; // values may run code of others when they go: without the lock
+        std::deque<Value> dropped; // destroyed without the lock: it may run callers' code
         std::lock_guard lock(mutex);
         abandoned = true;
         dropped.swap(values);

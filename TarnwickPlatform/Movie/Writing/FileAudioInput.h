@@ -1,4 +1,4 @@
-// Private to this folder: the sound track of the writer of files, up to its packets.
+// The sound track of the writer of files, up to its packets.
 #pragma once
 
 #include "TarnwickPlatform/Movie/Encoders/SoundEncoder.h"

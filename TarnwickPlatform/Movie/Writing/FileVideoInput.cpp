@@ -19,7 +19,7 @@ FileVideoInput::FileVideoInput(const VideoSettings& settings, WriterState& state
     : settings(settings), state(state), frames(queuedFrames), pictures(queuedPictures) {}
 
 void FileVideoInput::makePool() {
-    // Pixels come back once they are converted; converted pictures, once the encoder lets go.
+    // Buffers of pixels return after conversion; converted buffers return after encoding.
     constexpr std::int64_t held = queuedFrames + 1;
     constexpr std::int64_t heldByEncoder = queuedPictures + 20;
     const bool converted = settings.source == VideoSettings::Source::converted;
@@ -54,7 +54,7 @@ bool FileVideoInput::append(std::shared_ptr<const PixelBuffer> buffer, MediaTime
 }
 
 void FileVideoInput::convertFrames() {
-    // Its size is bounded by the queue and by what the encoder holds.
+    // Its size is limited by the queue and by the pictures that the encoder holds.
     PixelBufferPool converted(videoCodecRow(settings.codec).pixelFormat, settings.width,
                               settings.height, std::numeric_limits<std::int64_t>::max());
     while (std::optional<QueuedFrame> frame = frames.pop()) {

@@ -1,4 +1,4 @@
-// Private to this folder: the picture track of the writer of files, up to its packets.
+// The picture track of the writer of files, up to its packets.
 #pragma once
 
 #include "TarnwickPlatform/Movie/Encoders/VideoEncoder.h"
@@ -29,7 +29,7 @@ class FileVideoInput : public VideoInput {
         pictures.abandon();
     }
 
-    // The stages; each ends when there is no more to do, and throws MovieError.
+    // The stages, each on its own thread. They return after the last frame. They throw MovieError.
     void convertFrames();
     void encodePictures(const VideoPacketSink& sink);
 

@@ -1,10 +1,10 @@
-// The writer that MovieWriter::make gives. Frames go through three threads, each behind a bounded
-// queue, so that conversion, encoding and writing overlap; sound has one of its own:
+// The writer of files. Frames pass three threads, each with a bounded queue before it, so that
+// conversion, encoding and writing overlap; sound has its own thread:
 //
 //   append ── frames ── converting ── pictures ── encoding ──┐
 //   append ── samples ── encoding ───────────────────────────┴── packets ── writing
 //
-// Whatever fails records its words and abandons the queues, at which every thread ends.
+// An error is recorded in the state and abandons the queues, which ends all threads.
 
 #include "TarnwickPlatform/Movie/MovieWriter.h"
 
@@ -58,13 +58,13 @@ class FileMovieWriter : public MovieWriter {
     std::unique_ptr<MovieFile> file;
     PacketOrder packets;
     std::vector<MovieChapter> chapters;
-    std::mutex threadsMutex; // cancelWriting and finishWriting may come from different threads
+    std::mutex threadsMutex; // cancelWriting and finishWriting may be called on different threads
     std::vector<std::thread> threads;
 };
 
 bool FileMovieWriter::mayAdd(bool isThere, std::optional<std::string> fault) {
     if (isThere)
-        fault = "The movie has such a track already.";
+        fault = "The movie already has this track.";
     if (state.status() != MovieWriterStatus::unknown)
         fault = "Tracks are added before writing starts.";
     if (fault)
@@ -153,7 +153,7 @@ void FileMovieWriter::startThreads() {
     startThread([this] {
         video->encodePictures([this](VideoPacket packet) {
             if (state.status() != MovieWriterStatus::writing)
-                throw MovieError("Nothing is being written."); // many frames may be left to encode
+                throw MovieError("Nothing is being written."); // ends the stage early
             packets.put(std::move(packet));
         });
         packets.finishVideo();

@@ -1,4 +1,4 @@
-// Private to this folder: brings the packets of both tracks into the order of the file.
+// Puts the packets of both tracks into the order of the file.
 #pragma once
 
 #include "TarnwickPlatform/Movie/MovieSettings.h"
@@ -14,21 +14,21 @@ namespace tarnwick {
 
 using MoviePacket = std::variant<VideoPacket, SoundPacket>;
 
-// Sound stands beside the pictures that it is heard with. Neither encoder waits for the other
-// track: a caller may append one track as a whole before the other. Sound that is ahead waits here,
-// small as it is; pictures wait for sound while they are few, then go into the file without it.
-// Each encoder's thread puts, one thread takes.
+// In the file, sound is next to the pictures of its time. Neither encoder waits for the other
+// track, as a caller may append one track as a whole before the other. Sound that is ahead waits
+// here; it is small. Pictures wait for sound up to 8 MB, then they are written without it. Each
+// encoder's thread puts, one thread takes.
 class PacketOrder {
   public:
-    // Before anything is put: what the tracks are.
+    // Sets the tracks, before anything is put.
     void expect(const VideoSettings& video, const AudioSettings* sound);
 
-    void put(VideoPacket packet); // waits while very much lies here
+    void put(VideoPacket packet); // blocks while 32 MB of pictures wait
     void put(SoundPacket packet);
     void finishVideo();
     void finishSound();
 
-    // Waits for the packet that comes next. Nothing: all are out, or abandoned.
+    // Blocks until the next packet of the file is there. Absent: all packets are out, or abandoned.
     std::optional<MoviePacket> take();
 
     void abandon();
@@ -44,8 +44,7 @@ class PacketOrder {
     std::size_t pictureBytes = 0;
     double secondsPerFrame = 0;
     double secondsPerSample = 0;
-    double pictureTime =
-        0; // seconds at which the next picture is decoded, from the file's beginning
+    double pictureTime = 0; // seconds from the file's start at which the next picture is decoded
     bool videoFinished = false;
     bool soundFinished = true;
     bool abandoned = false;

@@ -1,4 +1,4 @@
-// Private to this folder: what all threads of a writer look at.
+// The status of a writer, which all of its threads share.
 #pragma once
 
 #include "TarnwickPlatform/Movie/MovieInput.h"
@@ -27,7 +27,7 @@ class WriterState {
         errorText_ = std::move(text);
     }
 
-    // The first failure stays. Nothing fails that has ended otherwise.
+    // Keeps the first error. No effect after the writer has ended.
     void fail(std::string text) {
         std::lock_guard lock(mutex);
         if (status_ != MovieWriterStatus::unknown && status_ != MovieWriterStatus::writing)
@@ -36,7 +36,7 @@ class WriterState {
         errorText_ = std::move(text);
     }
 
-    // Whether it was `from`, in which case it is `to` now.
+    // Sets the status to `to` if it is `from`. Whether it was.
     bool change(MovieWriterStatus from, MovieWriterStatus to) {
         std::lock_guard lock(mutex);
         if (status_ != from)

@@ -42,7 +42,7 @@ NetError badCertificate(CURL* easy) {
     curl_easy_getinfo(easy, CURLINFO_SSL_VERIFYRESULT, &result);
     switch (result) {
     case 0:
-    case 1: // the chain is good, the library looks at the host before it notes that
+    case 1: // the chain is valid; the library checks the host before it stores that
         return {Kind::badCertificate, "The server's certificate is for another host."};
     case 9:
         return {Kind::badCertificate, "The server's certificate is not yet valid."};

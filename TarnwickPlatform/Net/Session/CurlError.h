@@ -1,4 +1,4 @@
-// What the library's error codes mean to the user.
+// Makes NetErrors of the library's error codes.
 #pragma once
 
 #include "TarnwickPlatform/Net/NetError.h"
@@ -7,7 +7,7 @@
 
 namespace tarnwick {
 
-// Why the transfer of `easy` ended with `code`, which is not CURLE_OK.
+// The error of the transfer of `easy`, which ended with `code`, not CURLE_OK.
 NetError netError(CURLcode code, CURL* easy);
 
 } // namespace tarnwick

@@ -33,7 +33,7 @@ bool isLoopback(const std::string& host) {
     return host == "localhost" || host == "[::1]" || host.starts_with("127.");
 }
 
-// Programs started from here inherit no connection.
+// Child processes do not inherit the connection.
 curl_socket_t openSocket(void*, curlsocktype, curl_sockaddr* address) {
     return socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
 }
@@ -83,9 +83,9 @@ template <class Value> void Exchange::set(CURLoption option, Value value) {
 
 void Exchange::setTransport() {
     set(CURLOPT_NOSIGNAL, 1L);
-    set(CURLOPT_QUICK_EXIT, 1L); // else ending a request waits for a look-up of its host
+    set(CURLOPT_QUICK_EXIT, 1L); // otherwise ending a request waits for the look-up of its host
     set(CURLOPT_PROTOCOLS_STR, "http,https");
-    // In HTTP/2 one stream's window holds megabytes for a reader that does not read.
+    // In HTTP/2 the window of one stream buffers megabytes for a slow reader.
     set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
     const double connectTimeout = std::clamp(configuration_.connectTimeout, 0.001, 1e6);
     set(CURLOPT_CONNECTTIMEOUT_MS, std::lround(connectTimeout * 1000));
@@ -106,7 +106,7 @@ void Exchange::setSecurity() {
     if (configuration_.certificateFile.empty())
         return;
     set(CURLOPT_CAINFO, configuration_.certificateFile.c_str());
-    set(CURLOPT_CAPATH, static_cast<const char*>(nullptr)); // the system's are not trusted then
+    set(CURLOPT_CAPATH, static_cast<const char*>(nullptr)); // else the system's are trusted too
 }
 
 void Exchange::setRequest() {
@@ -128,18 +128,18 @@ void Exchange::setHeaders() {
     };
     for (const Header& field : request_.headers)
         append(field.value.empty() ? field.name + ";" : field.name + ": " + field.value);
-    // Without this field a server might compress as it likes (RFC 9110, 12.5.3).
+    // Without this field a server may compress (RFC 9110, 12.5.3).
     if (!request_.headers.find("Accept-Encoding"))
         append("Accept-Encoding: identity");
-    // What the library would add of its own: a type nobody gave, and asking before long bodies, for
-    // which servers that do not answer it cost a second.
+    // Remove the library's own fields: a type that the caller did not give, and "Expect" before
+    // long bodies, which costs a second with servers that do not answer it.
     for (const char* name : {"Content-Type", "Expect"})
         if (!request_.headers.find(name))
             append(std::string(name) + ":");
     set(CURLOPT_HTTPHEADER, headerLines_);
 }
 
-// The library is C: what its callbacks throw ends the process.
+// The library is C: an exception in a callback ends the process.
 void Exchange::setCallbacks() {
     using Taker = std::size_t (*)(char*, std::size_t, std::size_t, void*) noexcept;
     const Taker header = [](char* bytes, std::size_t, std::size_t size, void* self) noexcept {
@@ -192,7 +192,7 @@ bool Exchange::didReceiveHeaderLine(std::string_view line) {
     if (headerBytes_ > configuration_.headerLimit)
         refusal_ = NetError::Kind::tooLarge;
     const bool isLast = line == "\r\n" || line == "\n";
-    if (refusal_ || !isLast || hasResponse_) // lines behind the body are counted, no more
+    if (refusal_ || !isLast || hasResponse_) // trailers are only counted
         return !refusal_;
     const auto answer = response();
     if (!answer)
@@ -208,7 +208,7 @@ bool Exchange::didReceiveHeaderLine(std::string_view line) {
 std::optional<URLResponse> Exchange::response() const {
     long status = 0;
     curl_easy_getinfo(easy_, CURLINFO_RESPONSE_CODE, &status);
-    if (status < 200) // "100 Continue" and the like go before the answer
+    if (status < 200) // interim answers such as "100 Continue"
         return std::nullopt;
     URLResponse response{.status = static_cast<int>(status), .url = request_.url};
     curl_header* field = nullptr;
@@ -220,8 +220,9 @@ std::optional<URLResponse> Exchange::response() const {
     return response;
 }
 
-// The library undoes a compressed transfer coding, asked for or not; of several lengths it takes
-// the last, and one that is past all numbers it takes for none.
+// Refuses answers that the library would read in its own way: it decodes a compressed transfer
+// coding even if not asked for, takes the last of several lengths, and ignores a length that
+// overflows.
 bool Exchange::canBeRead(const URLResponse& response) const {
     const std::string* length = response.headers.find("Content-Length");
     if (length && !lengthIn(*length))

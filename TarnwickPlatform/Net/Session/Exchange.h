@@ -1,4 +1,4 @@
-// One request and its answer on the wire: what URLSession promises, in the library's options.
+// One request and its answer on the wire, with the library's options for the rules of URLSession.
 #pragma once
 
 #include "TarnwickPlatform/Net/Session/Receiver.h"
@@ -10,7 +10,7 @@
 
 namespace tarnwick {
 
-// Whom an exchange tells of its course; calls come from within the library's.
+// Receives the events of an exchange, from within the library's calls.
 class ExchangeEvents {
   public:
     virtual ~ExchangeEvents() = default;
@@ -21,23 +21,23 @@ class ExchangeEvents {
     virtual void didSendBody(std::int64_t sent) = 0;
 };
 
-// Lives on the session's thread, not to be destroyed from within its events.
+// For the session's thread. Its events must not destroy it.
 class Exchange {
   public:
-    // Begins to send. `request` has all its headers and can be sent (canBeSent); it, the
+    // Starts sending. `request` has all its headers and can be sent (canBeSent). It, the
     // configuration and `events` outlive this.
     Exchange(CURLM* multi, const URLRequest& request, const SessionConfiguration& configuration,
              ExchangeEvents& events);
-    ~Exchange(); // ends it, wherever it stands
+    ~Exchange(); // ends the exchange
     Exchange(const Exchange&) = delete;
     Exchange& operator=(const Exchange&) = delete;
 
     CURL* easy() const { return easy_; }
-    // Goes on after bytes were taken "later".
+    // Continues after the receiver took bytes "later".
     CURLcode resume();
-    // Why it ended with `code`; absent when the answer is complete.
+    // The error of an exchange that ended with `code`; absent if the answer is complete.
     std::optional<NetError> error(CURLcode code) const;
-    // Reports what has been sent of the body, if that is more than was last reported.
+    // Reports the sent bytes of the body, if they are more than at the last report.
     void reportSent();
 
   private:
@@ -61,7 +61,7 @@ class Exchange {
     std::size_t headerBytes_ = 0;
     std::int64_t sent_ = 0;
     bool hasResponse_ = false;
-    std::optional<NetError::Kind> refusal_; // why this ended the exchange itself
+    std::optional<NetError::Kind> refusal_; // why this object ended the exchange
 };
 
 // Whether address, method and header fields can be written as HTTP (RFC 9110, 5.5 and 9.1).

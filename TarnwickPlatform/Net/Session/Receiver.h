@@ -1,4 +1,4 @@
-// Who takes an answer from the session's thread: one that waits for the whole, or a stream.
+// Receives an answer from the session's thread: as a whole, or as a stream.
 #pragma once
 
 #include "TarnwickPlatform/Net/NetError.h"
@@ -8,15 +8,15 @@
 
 namespace tarnwick {
 
-// All calls come from the session's thread: one begin(), any number of take(), then end(); or
-// fail() at any point, and nothing after it.
+// The session's thread calls: begin() once, take() any number of times, then end(). fail() may come
+// at any point and is the last call.
 class Receiver {
   public:
-    enum class Taken { all, later, tooMuch }; // later: nothing of it, until hasRoom()
+    enum class Taken { all, later, tooMuch }; // later: nothing is taken until hasRoom()
 
     virtual ~Receiver() = default;
 
-    virtual bool begin(const URLResponse& response) = 0; // false: it announces too much
+    virtual bool begin(const URLResponse& response) = 0; // false: the announced body is too large
     virtual Taken take(std::string_view bytes) = 0;
     virtual void end() = 0;
     virtual void fail(const NetError& error) = 0;

@@ -10,7 +10,7 @@ bool isRedirect(int status) {
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
 }
 
-// GET in place of the request's own method, and no body.
+// Whether the method changes to GET, without a body.
 bool becomesGET(int status, const std::string& method) {
     return ((status == 301 || status == 302) && method == "POST") ||
            (status == 303 && method != "GET" && method != "HEAD");

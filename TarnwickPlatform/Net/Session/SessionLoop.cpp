@@ -16,7 +16,8 @@ CURLM* newMulti() {
     return multi;
 }
 
-// Signals are for the program's own threads, SIGPIPE of a lost TLS connection for none.
+// Blocks all signals: the program's own threads handle them, and SIGPIPE of a lost TLS connection
+// is ignored.
 void holdSignals() {
     sigset_t all;
     sigfillset(&all);
@@ -84,7 +85,7 @@ bool SessionLoop::takeArrivals() {
 void SessionLoop::takeEnds() {
     int waiting = 0;
     while (const CURLMsg* message = curl_multi_info_read(multi_, &waiting)) {
-        const CURLcode code = message->data.result; // `message` goes with its handle
+        const CURLcode code = message->data.result; // didEnd() frees the message
         const auto ended = std::ranges::find_if(
             transfers_, [&](const auto& each) { return each->owns(message->easy_handle); });
         if (message->msg == CURLMSG_DONE && ended != transfers_.end())

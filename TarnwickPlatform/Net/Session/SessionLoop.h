@@ -1,4 +1,4 @@
-// A session's thread: many transfers on one multi handle.
+// The thread of a session, with many transfers on one multi handle.
 #pragma once
 
 #include "TarnwickPlatform/Net/Session/Transfer.h"
@@ -16,7 +16,7 @@ class SessionLoop {
     SessionLoop(const SessionLoop&) = delete;
     SessionLoop& operator=(const SessionLoop&) = delete;
 
-    // From any thread.
+    // Any thread.
     void add(std::unique_ptr<Transfer> transfer, std::stop_token stop);
     const std::shared_ptr<Waker>& waker() const { return waker_; }
     const SessionConfiguration& configuration() const { return configuration_; }

@@ -8,8 +8,8 @@ constexpr std::size_t room = 256 << 10; // bytes
 
 } // namespace
 
-// What has arrived goes before the error behind it, however late the reader asks; cancel() leaves
-// nothing that has arrived.
+// Bytes that arrived come before the error after them, also if the reader asks late; cancel() drops
+// them.
 template <class Condition>
 std::unique_lock<std::mutex> StreamedAnswer::lockWhen(Condition hasArrived) {
     std::unique_lock lock(mutex_);
@@ -21,7 +21,7 @@ std::unique_lock<std::mutex> StreamedAnswer::lockWhen(Condition hasArrived) {
 
 const URLResponse& StreamedAnswer::response() {
     const auto lock = lockWhen([&] { return response_.has_value(); });
-    return *response_; // which changes no more
+    return *response_; // which does not change any more
 }
 
 std::optional<std::string> StreamedAnswer::next() {

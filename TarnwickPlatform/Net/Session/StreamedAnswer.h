@@ -15,7 +15,7 @@ class StreamedAnswer : public Receiver {
   public:
     explicit StreamedAnswer(std::shared_ptr<Waker> waker) : waker_(std::move(waker)) {}
 
-    // For the reader, as ByteStream says.
+    // For the reader, as in ByteStream.
     const URLResponse& response();
     std::optional<std::string> next();
     void cancel();

@@ -83,14 +83,14 @@ void Transfer::fail(const NetError& error) {
     receiver_->fail(error);
 }
 
-// A redirect's own body is not read: its exchange ends here.
+// The body of a followed redirect is not read: its exchange ends here.
 bool Transfer::didReceive(const URLResponse& response) {
     next_ = redirected(request_, response);
     if (next_ && delegate_)
         next_ = delegate_->willRedirect(response, *next_);
     if (next_)
         return false;
-    return receiver_->begin(response) || request_.method == "HEAD"; // which has no body to hold
+    return receiver_->begin(response) || request_.method == "HEAD"; // HEAD has no body
 }
 
 Receiver::Taken Transfer::didReceive(std::string_view bytes) {

@@ -13,7 +13,7 @@
 
 namespace tarnwick {
 
-// Made on any thread; all else happens on the session's.
+// Constructed on any thread; all other calls are on the session's thread.
 class Transfer : public ExchangeEvents {
   public:
     using Clock = WaitedTime::Clock;
@@ -21,10 +21,10 @@ class Transfer : public ExchangeEvents {
     Transfer(URLRequest request, std::shared_ptr<TaskDelegate> delegate,
              std::shared_ptr<Receiver> receiver, const SessionConfiguration& configuration);
 
-    // Begins; `stop` is asked each time that the session's thread looks, and rouses it.
+    // Starts. `stop` is checked in each attend(), and requesting it wakes the session's thread.
     void start(CURLM* multi, std::stop_token stop, std::shared_ptr<Waker> waker);
-    // Ends what was cancelled or took too long, goes on with what was held up. To be called every
-    // WaitedTime::longestStep at least.
+    // Ends the transfer if it was cancelled or timed out; resumes it if the receiver has room
+    // again. Called at least every WaitedTime::longestStep.
     void attend(Clock::time_point now);
     void didEnd(CURLcode code); // its exchange
     void fail(const NetError& error);
@@ -49,7 +49,7 @@ class Transfer : public ExchangeEvents {
     CURLM* multi_ = nullptr;
     std::stop_token stop_;
     std::optional<std::stop_callback<std::function<void()>>> wakingAtStop_;
-    std::optional<URLRequest> next_; // where the redirect under way leads
+    std::optional<URLRequest> next_; // the request after the redirect under way
     std::unique_ptr<Exchange> exchange_;
     int redirects_ = 0;
     bool isHeldUp_ = false;

@@ -1,4 +1,4 @@
-// Rouses a session's thread from its wait for the network.
+// Wakes a session's thread from its wait for the network.
 #pragma once
 
 #include <curl/curl.h>
@@ -7,13 +7,13 @@
 
 namespace tarnwick {
 
-// Shared by the session and by all that may outlive it: streams and stop callbacks.
+// Shared by the session with streams and stop callbacks, which may outlive it.
 class Waker {
   public:
     explicit Waker(CURLM* multi) : multi_(multi) {}
 
-    void wake();   // from any thread; nothing once retired
-    void retire(); // before the handle ends
+    void wake();   // any thread; no effect after retire()
+    void retire(); // called before the handle is freed
 
   private:
     std::mutex mutex_; // over multi_

@@ -1,4 +1,4 @@
-// The receiver that gathers an answer for a future.
+// The receiver that collects an answer for a future.
 #pragma once
 
 #include "TarnwickPlatform/Net/Session/Receiver.h"
