@@ -13,7 +13,7 @@ struct DispatchContext;
 // queue (DispatchTimer) share that thread. Work must not throw: an exception ends the process.
 class DispatchQueue {
   public:
-    DispatchQueue();
+    DispatchQueue(); // starts the thread
     // Blocks until the work given so far is done. Timers stop; work given later is dropped. A
     // queue's own work must not destroy it.
     ~DispatchQueue();

@@ -52,6 +52,7 @@ class MovieWriter {
     // a multiple of stretchLength. Value and timescale as in VideoInput::append.
     virtual void startSession(MediaTime start) = 0;
 
+    // Becomes `failed` on any thread of the writer.
     virtual MovieWriterStatus status() const = 0;
 
     // Why the writer failed or an input could not be added, in the words of the system or the codec

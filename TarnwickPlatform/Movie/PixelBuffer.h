@@ -24,6 +24,7 @@ struct PixelLayout {
     std::int64_t bytes = 0;        // of the block, a multiple of 256
 };
 
+// The layout of a picture of `width` x `height` pixels, each at least 1.
 PixelLayout pixelLayout(PixelFormat format, std::int64_t width, std::int64_t height);
 
 // Memory with an owner, for instance a GPU's buffer.
@@ -40,6 +41,7 @@ using PixelAllocator = std::function<std::optional<PixelMemory>(std::size_t byte
 // Shared, because the caller and the encoder both hold it and either may live longer.
 class PixelBuffer {
   public:
+    // `memory` has pixelLayout(format, width, height).bytes bytes.
     PixelBuffer(PixelFormat format, std::int64_t width, std::int64_t height, PixelMemory memory);
 
     PixelFormat format() const { return format_; }
@@ -65,6 +67,7 @@ class PixelBuffer {
 // last owner releases it, on any thread, and may outlive the pool. Any thread may take.
 class PixelBufferPool {
   public:
+    // Memory is allocated as buffers are taken; default: by the heap, filled with zeros.
     PixelBufferPool(PixelFormat format, std::int64_t width, std::int64_t height,
                     std::int64_t capacity, PixelAllocator allocate = {});
     ~PixelBufferPool();

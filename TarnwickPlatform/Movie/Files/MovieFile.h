@@ -29,6 +29,7 @@ class MovieFile {
     MovieFile(const std::filesystem::path& file, MovieFileType type);
     ~MovieFile();
 
+    // Add the tracks, before begin(). `configuration` and `delay` are those of the VideoEncoder.
     void addVideo(const VideoSettings& settings, std::span<const std::byte> configuration,
                   std::int64_t delay);
     void addSound(const AudioSettings& settings, const SoundFormat& format);

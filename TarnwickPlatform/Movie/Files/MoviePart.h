@@ -25,19 +25,19 @@ class MoviePart {
 
     const std::filesystem::path& path() const;
     VideoSettings video() const; // codec, size and frame rate; a file does not have the others
-    std::vector<std::byte> configuration() const;
-    std::int64_t firstFrame() const;
+    std::vector<std::byte> configuration() const; // of VideoEncoder, as the container's record
+    std::int64_t firstFrame() const;              // of the whole movie; 0 if the file does not say
     std::int64_t frameCount() const;
     std::int64_t delay() const; // frames by which decoding runs ahead of display
 
-    bool hasSound() const;
+    bool hasSound() const; // the next two need it
     AudioSettings sound() const;
     SoundFormat soundFormat() const;
     std::vector<MovieChapter> chapters() const;
 
     // The next packet of the track in decoding order; absent at the end.
     std::optional<VideoPacket> nextPicture();
-    std::optional<SoundPacket> nextSound();
+    std::optional<SoundPacket> nextSound(); // absent also if there is no sound
 
   private:
     struct Container;

@@ -45,10 +45,10 @@ class BitWriter {
   public:
     void bits(std::uint32_t value, int count); // u(n): the lowest `count` bits, count in [0, 32]
     void flag(bool value) { bits(value ? 1 : 0, 1); }
-    void exponentialGolomb(std::uint32_t value); // ue(v), value below 2^32 - 1
-    void copy(BitReader& from, std::size_t count);
-    void alignWithOnes(); // up to the next byte boundary; none if at one
-    void trailingBits();  // rbsp_trailing_bits(): a one, and zeros up to the byte boundary
+    void exponentialGolomb(std::uint32_t value);   // ue(v), value below 2^32 - 1
+    void copy(BitReader& from, std::size_t count); // the next `count` bits of `from`
+    void alignWithOnes();                          // up to the next byte boundary; none if at one
+    void trailingBits(); // rbsp_trailing_bits(): a one, and zeros up to the byte boundary
 
     std::size_t position() const { return written; } // in bits
     Bytes take() { return std::move(bytes_); }

@@ -25,12 +25,14 @@ class PacketOrder {
 
     void put(VideoPacket packet); // blocks while 32 MB of pictures wait
     void put(SoundPacket packet);
+    // No more packets of the track are coming.
     void finishVideo();
     void finishSound();
 
     // Blocks until the next packet of the file is there. Absent: all packets are out, or abandoned.
     std::optional<MoviePacket> take();
 
+    // Drops all packets and ends all blocking calls.
     void abandon();
 
   private:

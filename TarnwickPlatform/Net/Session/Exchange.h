@@ -17,8 +17,8 @@ class ExchangeEvents {
 
     // False: the exchange ends here, with the error tooLarge.
     virtual bool didReceive(const URLResponse& response) = 0;
-    virtual Receiver::Taken didReceive(std::string_view bytes) = 0;
-    virtual void didSendBody(std::int64_t sent) = 0;
+    virtual Receiver::Taken didReceive(std::string_view bytes) = 0; // of the body
+    virtual void didSendBody(std::int64_t sent) = 0;                // bytes in all
 };
 
 // For the session's thread. Its events must not destroy it.

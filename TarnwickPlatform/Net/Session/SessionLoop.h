@@ -12,7 +12,7 @@ namespace tarnwick {
 class SessionLoop {
   public:
     explicit SessionLoop(SessionConfiguration configuration);
-    ~SessionLoop();
+    ~SessionLoop(); // cancels all transfers and blocks until the thread ends
     SessionLoop(const SessionLoop&) = delete;
     SessionLoop& operator=(const SessionLoop&) = delete;
 
