@@ -7,7 +7,7 @@
 namespace tarnwick::msl {
 namespace {
 
-// No program that people write comes near; the compiler would need gigabytes.
+// Bytes, far above any real program. For more the compiler would need gigabytes.
 constexpr std::size_t longestSource = 16u << 20;
 
 // One worker serves the whole process: starting it costs as much as ten compilations.

@@ -60,7 +60,7 @@ class Take {
     std::string_view bytes;
     bool isGood = true;
 
-    // A count of things of at least so many bytes, no more than there are bytes left.
+    // A number of elements of at least `size` bytes each; 0 if the bytes that are left hold fewer.
     std::size_t count(std::size_t size) {
         std::uint32_t given = 0;
         (*this)(given);
@@ -93,7 +93,7 @@ void fields(Record& e, Bytes& bytes) {
 
 template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, Compilation>
-void fields(Record& c, Bytes& bytes) { // isCompilersFault is this side's finding
+void fields(Record& c, Bytes& bytes) { // isCompilersFault is set on the parent's side
     bytes(c.failed), bytes(c.messages), bytes(c.entryPoints);
 }
 

@@ -20,7 +20,7 @@ extern char** environ; // unistd.h declares it in GNU mode only
 namespace tarnwick::msl {
 namespace {
 
-// How long the answer may take. The time that this process was stopped does not count.
+// The time limit of an answer. Time while this process is stopped does not count.
 class Limit {
   public:
     explicit Limit(std::chrono::milliseconds limit) : limit(limit) {}
@@ -80,8 +80,8 @@ bool receiveAll(int connection, char* to, std::size_t size, Limit& limit) {
     return true;
 }
 
-// The child has the connection as its standard input, no other of this process's files, default
-// signals, and a process group of its own so that a terminal's Ctrl-C is not its business.
+// The child has the connection as its standard input, no other file of this process, default
+// signals, and a process group of its own, so that a terminal's Ctrl-C does not reach it.
 pid_t spawn(const std::filesystem::path& program, int childEnd) {
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);

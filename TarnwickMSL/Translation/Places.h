@@ -1,4 +1,4 @@
-// Where in the program an instruction comes from. Code knows it only where it was parsed for that
+// The place in the program of an instruction. Known only if the program was parsed for it
 // (Places::kept).
 #pragma once
 
@@ -11,8 +11,8 @@
 
 namespace tarnwick::msl {
 
-// "file:line:column" of the user's line, also for what the standard library made of it; empty where
-// it is not known.
+// "file:line:column" of the user's line, also for instructions of the standard library that it
+// calls; empty if not known.
 inline std::string programPlace(const llvm::Instruction& instruction) {
     const llvm::DILocation* at = instruction.getDebugLoc();
     while (at && at->getInlinedAt() && at->getFilename().starts_with("/metal/"))
@@ -23,7 +23,7 @@ inline std::string programPlace(const llvm::Instruction& instruction) {
            std::to_string(at->getColumn());
 }
 
-// Does something about an instruction; what cannot be done is told at its place.
+// Runs an action about an instruction. An error of the action gets the instruction's place.
 template <class Action> decltype(auto) at(const llvm::Instruction& instruction, Action action) {
     std::string place = programPlace(instruction); // the action may erase it
     try {

@@ -25,8 +25,8 @@ enum class InterfaceKind : std::uint8_t {
     loopReport     // storage buffer of one word
 };
 
-// One external global of the module and what it stands for. Globals that nothing uses any more
-// may be gone from the module; the writer looks them up by name.
+// One external global of the module and its meaning. The module may have lost globals that are not
+// used; the writer finds them by name.
 struct InterfaceVariable {
     InterfaceKind kind = InterfaceKind::input;
     std::string global;  // the LLVM global's name
@@ -68,7 +68,7 @@ struct ShaderModule {
     Structure structure;
     bool usesLoopBudget = false;
     bool earlyFragmentTests = false;
-    std::uint32_t mostThreads = 0; // in a threadgroup of this kernel; 0: not said
+    std::uint32_t mostThreads = 0; // in a threadgroup of this kernel; 0: not specified
 };
 
 } // namespace tarnwick::msl

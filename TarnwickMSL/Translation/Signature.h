@@ -1,4 +1,4 @@
-// What an entry point takes and gives, as the front end reads it from the program's declarations.
+// An entry point's arguments and results, as the front end reads them from the declarations.
 #pragma once
 
 #include "TarnwickMSL/EntryPoint.h"
@@ -20,7 +20,7 @@ enum class Interpolation : std::uint8_t {
     flat
 };
 
-// One value that crosses a stage's border: a member of a stage_in or result record, or a plain
+// One value that passes between stages: a member of a stage_in or result record, or a plain
 // argument or result with a built-in attribute.
 struct StageValue {
     std::string name;        // the member's name, or the user(...) attribute's; links the stages
@@ -72,7 +72,7 @@ struct EntrySignature {
     std::vector<StageValue> results; // members of the result record, or the one plain result
     bool resultIsRecord = false;
     bool earlyFragmentTests = false;
-    std::uint32_t mostThreads = 0; // max_total_threads_per_threadgroup's; 0: not said
+    std::uint32_t mostThreads = 0; // max_total_threads_per_threadgroup's; 0: not specified
 };
 
 } // namespace tarnwick::msl

@@ -18,7 +18,7 @@ std::string readWhole(const std::filesystem::path& path) {
 
 } // namespace
 
-// The file: what Clang wrote, then the library's fingerprint in 16 digits.
+// The file is Clang's output and then the library's fingerprint, 16 digits.
 bool writePrecompiled(const std::filesystem::path& path) {
     const std::string bytes =
         StandardLibrary::build().precompiled() + StandardLibrary::fingerprint();

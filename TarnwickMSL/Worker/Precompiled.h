@@ -7,11 +7,11 @@
 
 namespace tarnwick::msl {
 
-// Writes the file anew; false where that fails.
+// Replaces the file; false if that fails.
 bool writePrecompiled(const std::filesystem::path& path);
 
-// The file beside this program (or in ../share/tarnwick of there); where it is missing or not of
-// this very library and compiler, the library is built in memory.
+// Reads the file beside this program, or in ../share/tarnwick from there. If it is missing or
+// another build wrote it, builds the library in memory.
 StandardLibrary standardLibrary();
 
 } // namespace tarnwick::msl

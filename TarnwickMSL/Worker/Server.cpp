@@ -40,7 +40,7 @@ bool sendAll(int connection, std::string_view bytes) {
     return true;
 }
 
-// A program that asks for more than this is ended rather than the machine; no core files.
+// Limits this process's memory, so that no program can exhaust the machine's. No core files.
 void limitMemory() {
 // The sanitizers take terabytes of addresses for their shadow memory.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
@@ -51,7 +51,7 @@ void limitMemory() {
     setrlimit(RLIMIT_CORE, &none);
 }
 
-// Ends this process when its parent ends, however that comes and whatever the compiler is at.
+// Ends this process when its parent ends, in any way and at any time.
 void endWithParent(int connection) {
     std::thread([connection] {
         pollfd gone{.fd = connection, .events = 0, .revents = 0};
@@ -61,8 +61,8 @@ void endWithParent(int connection) {
     }).detach();
 }
 
-// Ends this process (by SIGPROF's default) should its parent be gone and the work never end.
-// Processor time, since the clock also counts while a process is stopped.
+// Ends this process by SIGPROF if its parent is gone and the work does not end. Counts processor
+// time, since the clock goes on while a process is stopped.
 void limitTime(std::uint32_t milliseconds) {
     const itimerval timer{
         .it_interval = {.tv_sec = 0, .tv_usec = 0},
@@ -75,7 +75,7 @@ bool isRequestWaiting(int connection) {
     return poll(&waiting, 1, 0) > 0;
 }
 
-// Touches what the first real program would have to touch, while nobody waits.
+// Loads the memory that the first program needs, while nobody waits.
 void rehearse(const StandardLibrary& library) {
     (void)translate("#include <metal_stdlib>\nusing namespace metal;\n"
                     "fragment float4 f(float4 p [[position]]) {"
