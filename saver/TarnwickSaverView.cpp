@@ -2,7 +2,7 @@
 
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "TarnwickPlatform/Text/Text.h"
-#include "saver/CompileFailure.h"
+#include "saver/CompileError.h"
 
 #include <algorithm>
 
@@ -43,7 +43,7 @@ void TarnwickSaverView::setUp(const Bundle& bundle) {
     try {
         program_ = ShaderProgram::compile(episode, *device, gpu::PixelFormat::bgra8Unorm);
     } catch (const ShaderError& error) {
-        failure_ = "The shader didn't compile: " + compileFailure(episode, error);
+        failure_ = "The shader didn't compile: " + compileErrorText(episode, error);
         return;
     } catch (const std::exception& error) {
         failure_ = std::string("The shader didn't compile: ") + error.what();

@@ -13,12 +13,12 @@ namespace {
 constexpr int fullColorQuality = 90;
 
 // The library reports an error by a call that must not return.
-struct Failures : jpeg_error_mgr {
+struct ErrorExit : jpeg_error_mgr {
     std::jmp_buf escape;
 };
 
 void escape(j_common_ptr codec) {
-    std::longjmp(static_cast<Failures*>(codec->err)->escape, 1);
+    std::longjmp(static_cast<ErrorExit*>(codec->err)->escape, 1);
 }
 
 struct Compressed {
@@ -42,7 +42,7 @@ void describe(jpeg_compress_struct& codec, const Picture& picture, int quality) 
 // Has no object with a destructor, which a jump would skip. Frees the library's memory.
 bool compress(const Picture& picture, int quality, Compressed& result) {
     jpeg_compress_struct codec{};
-    Failures failures{};
+    ErrorExit failures{};
     codec.err = jpeg_std_error(&failures);
     failures.error_exit = escape;
     failures.output_message = [](j_common_ptr) {};

@@ -1,4 +1,4 @@
-#include "saver/CompileFailure.h"
+#include "saver/CompileError.h"
 
 #include "TarnwickCore/Findings.h"
 
@@ -14,7 +14,7 @@ static std::string lineOf(const Finding& finding) {
     return hint.empty() ? line : line + " (" + hint + ")";
 }
 
-std::string compileFailure(const Episode& episode, const ShaderError& error) {
+std::string compileErrorText(const Episode& episode, const ShaderError& error) {
     std::string first;
     int others = 0;
     for (const Finding& finding : findingsOf(episode, error.diagnostics)) {
