@@ -12,7 +12,7 @@ enum class LoadAction : std::uint8_t { dontCare, load, clear };
 enum class StoreAction : std::uint8_t { dontCare, store, multisampleResolve };
 
 struct ClearColor {
-    double red = 0, green = 0, blue = 0, alpha = 1; // opaque black, as on the home platform
+    double red = 0, green = 0, blue = 0, alpha = 1; // opaque black, as in Metal
 };
 
 struct ColorAttachment {
@@ -37,6 +37,7 @@ struct RenderPassDescriptor {
     DepthAttachment depth; // no texture: no depth
 };
 
+// A kernel's [[threadgroup(n)]] arguments have n in [0, 30].
 inline constexpr std::size_t mostThreadgroupPointers = 31;
 
 enum class PrimitiveType : std::uint8_t { point, triangle, triangleStrip };
@@ -48,12 +49,12 @@ struct Size {
     bool operator==(const Size&) const = default;
 };
 
-// Where clip space lands on the target: pixels from its upper left, depth in [0, 1].
+// The part of the target that clip space covers: pixels from its upper left, depth in [0, 1].
 struct Viewport {
     double originX = 0, originY = 0, width = 0, height = 0, znear = 0, zfar = 1;
 };
 
-// Pixels from the target's upper left; nothing outside is drawn. Lies within the target.
+// Pixels from the target's upper left, within the target. Nothing is drawn outside.
 struct ScissorRect {
     std::uint32_t x = 0, y = 0, width = 0, height = 0;
 };

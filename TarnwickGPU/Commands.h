@@ -20,18 +20,18 @@ struct CommandBufferParts;
 struct QueueParts;
 
 // Encoders are handles of their command buffer's state: cheap, and valid until endEncoding().
-// setXxxBytes copies: at most 65536 bytes. Indices are those of the shader's [[buffer(n)]] (0 to
-// 30), [[texture(n)]] (0 to 127) and [[sampler(n)]] (0 to 15). What a draw needs and nobody bound
-// reads as zero, as does a texture of another shape or component than the shader's; an unbound
-// sampler takes the nearest pixel at coordinates clamped to the edge. Clip space has y up and pixel
-// coordinates have y down, as in Metal; clockwise triangles face front.
+// setXxxBytes copies 1 to 65536 bytes. Indices are those of the shader's [[buffer(n)]] (0 to 30),
+// [[texture(n)]] (0 to 127) and [[sampler(n)]] (0 to 15). A resource that is not bound reads as
+// zero, and so does a texture of another shape or component than the shader's; a sampler that is
+// not bound takes the nearest pixel and clamps coordinates to the edge. Clip space has y up and
+// pixel coordinates have y down, as in Metal; clockwise triangles face front.
 class RenderCommandEncoder {
   public:
     explicit RenderCommandEncoder(CommandBufferParts& parts) : parts_(&parts) {}
     void setRenderPipelineState(const RenderPipelineState& state);
     void setDepthStencilState(const DepthStencilState& state);
-    void setViewport(const Viewport& viewport);        // at first the whole target
-    void setScissorRect(const ScissorRect& rectangle); // at first the whole target
+    void setViewport(const Viewport& viewport);        // default: the whole target
+    void setScissorRect(const ScissorRect& rectangle); // default: the whole target
     void setVertexBytes(const void* bytes, std::size_t length, std::uint32_t index);
     void setVertexBuffer(const Buffer& buffer, std::size_t offset, std::uint32_t index);
     void setVertexTexture(const Texture* texture, std::uint32_t index);
@@ -55,11 +55,11 @@ class ComputeCommandEncoder {
     void setBytes(const void* bytes, std::size_t length, std::uint32_t index);
     void setBuffer(const Buffer& buffer, std::size_t offset, std::uint32_t index);
     void setTexture(const Texture* texture, std::uint32_t index);
-    // Bytes of the threadgroup memory behind the kernel's [[threadgroup(index)]] pointer, in [0,
-    // 30]; a kernel whose pointers have none set shares 16 KB among them.
+    // The bytes of threadgroup memory at the kernel's pointer [[threadgroup(index)]], index in [0,
+    // 30]. Default: the pointers without a length share 16 KB.
     void setThreadgroupMemoryLength(std::uint32_t bytes, std::uint32_t index);
     void setSamplerState(const SamplerState* state, std::uint32_t index);
-    // Exactly `threads` threads run, in threadgroups of `perThreadgroup`.
+    // Runs exactly `threads` threads, in threadgroups of `perThreadgroup`.
     void dispatchThreads(Size threads, Size perThreadgroup);
     void endEncoding();
 
@@ -72,8 +72,8 @@ class BlitCommandEncoder {
     explicit BlitCommandEncoder(CommandBufferParts& parts) : parts_(&parts) {}
     void copy(const Texture& source, const Region& region, const Texture& destination,
               std::uint32_t destinationX, std::uint32_t destinationY);
-    // Fills every level but the first, each from the one before it. For textures of more than one
-    // level whose format can be filtered.
+    // Fills every level but the first from the level before it. For textures of several levels
+    // whose format can be filtered.
     void generateMipmaps(const Texture& texture);
     void endEncoding();
 
@@ -81,8 +81,7 @@ class BlitCommandEncoder {
     CommandBufferParts* parts_;
 };
 
-// Textures and buffers named while encoding must live until commit(); the GPU's use of them after
-// that is the layer's own care.
+// Textures and buffers used while encoding must live until commit(), and may be destroyed after it.
 class CommandBuffer {
   public:
     explicit CommandBuffer(std::unique_ptr<CommandBufferParts> parts);
@@ -95,16 +94,15 @@ class CommandBuffer {
     std::optional<ComputeCommandEncoder> computeCommandEncoder();
     std::optional<BlitCommandEncoder> blitCommandEncoder();
 
-    // Presents the drawable once the encoded work is done. Before commit().
+    // Presents the drawable once the GPU has finished this command buffer. Before commit().
     void present(const Drawable& drawable);
     void commit();
     void waitUntilCompleted(); // blocks
-    // Blocks for so many seconds at most; false where it is still at work then.
+    // Blocks for at most `seconds`; false if the GPU has not finished by then.
     bool waitUntilCompleted(double seconds);
     CommandBufferStatus status() const;
 
-    // Whether an invocation of this buffer's work ran out of its loop budget. Before completion it
-    // may not be known yet.
+    // Whether an invocation used up its loop budget. Before completion it may not be known yet.
     bool hitLoopBudget() const;
 
   private:
@@ -117,7 +115,8 @@ class CommandQueue {
     ~CommandQueue();
     CommandQueue(const CommandQueue&) = delete;
     CommandQueue& operator=(const CommandQueue&) = delete;
-    // Nothing when the device is lost or memory is out. Blocks while 64 of them are in flight.
+    // Nothing when the device is lost or memory is out. Blocks while 64 command buffers are in
+    // flight.
     std::optional<CommandBuffer> commandBuffer();
 
   private:

@@ -26,14 +26,14 @@ class Layer;
 class SamplerState;
 class Texture;
 struct SamplerDescriptor;
-struct DeviceState; // the Vulkan side, in DeviceState.h
+struct DeviceState; // the Vulkan side, in Device/DeviceState.h
 
 // The compiler rejected a program: what() is the compiler's whole text.
 struct LibraryError : std::runtime_error {
     explicit LibraryError(const std::string& text, bool isCompilersFault = false)
         : std::runtime_error(text), isCompilersFault(isCompilersFault) {}
 
-    bool isCompilersFault; // it crashed or ran out of time: nothing is known about the program
+    bool isCompilersFault; // the compiler crashed or ran out of time: the program may be valid
 };
 
 // The device refused a pipeline or was lost: what() is one sentence.
@@ -41,28 +41,27 @@ struct DeviceError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// `beside` is for kernels over buffers of their own whose results are waited for while pictures are
-// in flight: such a queue works beside the others where the device can. Where it cannot, a command
-// buffer waits for those that were committed before it, of any queue.
+// `beside` is for kernels with buffers of their own whose results the CPU waits for while pictures
+// are in flight. Such a queue runs in parallel to the others if the device has two Vulkan queues.
+// If not, a command buffer waits for all that were committed before it, of any queue.
 enum class QueueUse : std::uint8_t { pictures, beside };
 
-// The machine's usable devices, in the order in which systemDefault prefers them: discrete,
-// integrated, virtual, then the CPU's.
+// The usable devices of the machine in order of preference: discrete, integrated, virtual, CPU.
 std::vector<DeviceInfo> allDevices();
 
-// A library of code for any device, for a machine without one. Throws LibraryError.
+// Compiles a program for any device; needs none. Blocks. Throws LibraryError. Any thread.
 std::unique_ptr<Library> newLibrary(std::string_view source, const msl::CompileOptions& options);
 
+// Any thread may call its functions.
 class Device {
   public:
-    // The first of allDevices(), or the one that the environment variable TARNWICK_DEVICE names by
-    // number (from 0, in allDevices()' order) or by a part of its name (any case). Null when there
-    // is none or when TARNWICK_DEVICE fits none. Objects made from a device keep it alive, so
-    // that it may be shared: the last of them to go closes it.
+    // The first of allDevices(), or the device that the environment variable TARNWICK_DEVICE names:
+    // its index in allDevices(), or a part of its name in any case. Null if there is no such device
+    // or the driver does not open it. Every object made by a device keeps it open.
     static std::shared_ptr<Device> systemDefault();
 
-    // Why systemDefault() is null, in one sentence: there is no device, TARNWICK_DEVICE fits none
-    // (of which the sentence lists all), or the one that it fits cannot be opened.
+    // Why systemDefault() is null, in one sentence: there is no device, TARNWICK_DEVICE names none
+    // (the sentence lists the devices), or the device cannot be opened.
     static std::string absence();
 
     ~Device();
@@ -71,35 +70,38 @@ class Device {
 
     const DeviceInfo& info() const;
 
-    // Whether the device was lost; every later call then fails in its own way.
+    // Whether the device was lost. Later calls then return null or throw DeviceError.
     bool isLost() const;
 
-    // The longest buffer, in bytes, that the device makes and shows to shaders as a whole.
+    // The maximum length of a buffer, in bytes, of which shaders can read all.
     std::size_t maxBufferLength() const;
 
-    // Messages that the validation layer gave so far. The layer is on where the environment
-    // variable TARNWICK_VALIDATION is 1, or abort: then the first message ends the process.
+    // The number of messages of Vulkan's validation layer so far, over all devices. The environment
+    // variable TARNWICK_VALIDATION enables the layer: 1, or abort to end the process at the first
+    // message.
     static std::uint64_t validationMessages();
 
-    // Compiles a program's text. `moreWarningsIn`: msl::CompileOptions. Throws LibraryError.
+    // Compiles a program. Blocks. `moreWarningsIn`: see msl::CompileOptions. Throws LibraryError.
     std::unique_ptr<Library> newLibrary(std::string_view source,
                                         std::string_view moreWarningsIn = {});
-    // A library of modules that exist already.
+    // A library of compiled entry points.
     std::unique_ptr<Library> newLibrary(std::vector<msl::EntryPoint> entryPoints);
 
-    // Null where the device cannot make them.
+    // Null if memory is out, the device is lost or it does not support the descriptor. Buffers and
+    // textures are zero at first.
     std::unique_ptr<CommandQueue> newCommandQueue(QueueUse use = QueueUse::pictures);
     std::unique_ptr<Buffer> newBuffer(std::size_t bytes, StorageMode storage = StorageMode::shared);
     std::unique_ptr<Texture> newTexture(const TextureDescriptor& descriptor);
     std::unique_ptr<DepthStencilState> newDepthStencilState(const DepthStencilDescriptor&);
     std::unique_ptr<SamplerState> newSamplerState(const SamplerDescriptor&);
 
-    // Throw DeviceError when the device refuses them. The functions may go afterwards.
+    // Blocks while the driver compiles. Throws DeviceError if the functions do not fit each other
+    // or the device refuses them. The functions may be destroyed afterwards.
     std::unique_ptr<RenderPipelineState> newRenderPipelineState(const RenderPipelineDescriptor&);
     std::unique_ptr<ComputePipelineState> newComputePipelineState(const Function& kernel);
 
-    // A layer that presents on an X11 window. `display` is an Xlib Display*, borrowed for the
-    // layer's life. Null when the device cannot present there.
+    // A layer that presents on an X11 window. `display` is an Xlib Display*, which must outlive the
+    // layer. Null if the device cannot present on the window.
     std::unique_ptr<Layer> newLayer(void* display, unsigned long window);
 
     explicit Device(std::shared_ptr<DeviceState> state);

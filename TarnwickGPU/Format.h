@@ -72,13 +72,13 @@ enum class TextureType : std::uint8_t {
     typeCubeArray
 };
 
-// Where the bytes lie: `shared` can be read and written by the CPU, `private_` by the GPU only.
+// Who reads and writes the bytes: the CPU and the GPU, or the GPU alone.
 enum class StorageMode : std::uint8_t { shared, private_ };
 
 struct TextureUsage {
     bool shaderRead = true;
     bool shaderWrite = false;
-    bool renderTarget = false; // of 2D textures, their arrays and cubes
+    bool renderTarget = false; // only of 2D textures, their arrays and cubes
 
     bool operator==(const TextureUsage&) const = default;
 };
@@ -86,21 +86,22 @@ struct TextureUsage {
 struct TextureDescriptor {
     TextureType type = TextureType::type2D;
     PixelFormat format = PixelFormat::bgra8Unorm;
-    std::uint32_t width = 1;  // pixels
-    std::uint32_t height = 1; // pixels
-    std::uint32_t depth = 1;  // pixels, of a 3D texture
-    std::uint32_t mipLevels = 1;
+    std::uint32_t width = 1;       // pixels
+    std::uint32_t height = 1;      // pixels
+    std::uint32_t depth = 1;       // pixels; 1 unless the texture is 3D
+    std::uint32_t mipLevels = 1;   // [1, number of levels down to one pixel]
     std::uint32_t sampleCount = 1; // 1 or 4
-    std::uint32_t arrayLength = 1; // of an array; a cube is one element
+    std::uint32_t arrayLength = 1; // elements of an array; a cube is one element
     TextureUsage usage;
     StorageMode storage = StorageMode::shared;
 
     bool operator==(const TextureDescriptor&) const = default;
 };
 
-// Layers of the image: a cube has six a element.
+// The number of 2D images in the texture: elements of an array, six for each cube.
 std::uint32_t slices(const TextureDescriptor& descriptor);
 
+// A part of one level.
 struct Region {
     std::uint32_t x = 0, y = 0;          // pixels, from the upper left
     std::uint32_t width = 0, height = 0; // pixels

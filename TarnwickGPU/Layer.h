@@ -1,4 +1,4 @@
-// Presenting on a window: what a drawable is taken from.
+// Presents frames on a window. One thread at a time may use a layer and its drawables.
 #pragma once
 
 #include "TarnwickGPU/Resources.h"
@@ -12,16 +12,16 @@ namespace tarnwick::gpu {
 struct LayerParts;
 struct DrawableSlot;
 
-// One frame's picture on its way to the screen. Draw into texture(), then CommandBuffer::present.
-// A drawable that is dropped without being presented goes back unshown. It must go before its
-// layer does.
+// The texture of a window in which the next frame is drawn. Draw into texture(), then call
+// CommandBuffer::present. A drawable destroyed before that is not shown. The layer must outlive its
+// drawables.
 class Drawable {
   public:
     explicit Drawable(DrawableSlot& slot) : slot_(&slot) {}
     ~Drawable();
     Drawable(Drawable&&) noexcept;
     Drawable& operator=(Drawable&&) noexcept;
-    const Texture& texture() const; // BGRA8Unorm, sRGB-encoded as it stands
+    const Texture& texture() const; // BGRA8Unorm; the values are sRGB-encoded
     DrawableSlot& slot() const { return *slot_; }
 
   private:
@@ -31,15 +31,15 @@ class Drawable {
 class Layer {
   public:
     explicit Layer(std::unique_ptr<LayerParts> parts);
-    // Waits for the frames in flight, since the window may go right after it.
+    // Blocks until no frame is in flight, since the window may be destroyed next.
     ~Layer();
     Layer(const Layer&) = delete;
     Layer& operator=(const Layer&) = delete;
 
-    // The window has a new size, in pixels; the next drawable has it.
+    // Sets the size of the next drawable, in pixels. Call it when the window's size changes.
     void resize(std::uint32_t width, std::uint32_t height);
-    // Blocks while three frames are in flight. Nothing when the window or the device is gone, or
-    // its size is 0 by 0. One drawable at a time.
+    // Blocks while three frames are in flight. Nothing if the window is closed, its size is 0 by 0,
+    // or the device is lost. One drawable at a time.
     std::optional<Drawable> nextDrawable();
 
   private:

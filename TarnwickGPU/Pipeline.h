@@ -14,10 +14,10 @@
 namespace tarnwick::gpu {
 
 struct DeviceState;
-struct RenderPipelineParts; // the Vulkan sides, in the .cpp files
+struct RenderPipelineParts; // the Vulkan sides, in Commands/PipelineParts.h
 struct ComputePipelineParts;
 
-// One entry point of a library. Shares its module with the library, so it may outlive it.
+// One entry point of a library. Shares its module with the library, which it may outlive.
 class Function {
   public:
     explicit Function(std::shared_ptr<const msl::EntryPoint> entryPoint);
@@ -37,7 +37,7 @@ class Library {
     // Null when the library has no function of that name.
     std::unique_ptr<Function> newFunction(std::string_view name) const;
     std::vector<std::string> functionNames() const;
-    // What the compiler said about a program that it took; often empty.
+    // The compiler's warnings as text; often empty.
     const std::string& warnings() const { return warnings_; }
 
   private:
@@ -62,7 +62,7 @@ struct RenderPipelineDescriptor {
     const Function* fragment = nullptr;
     ColorAttachmentDescriptor color;                // colour attachment 0
     PixelFormat depthFormat = PixelFormat::invalid; // invalid: no depth attachment
-    std::uint32_t sampleCount = 1;
+    std::uint32_t sampleCount = 1;                  // 1 or 4
     TopologyClass topology = TopologyClass::triangle;
 };
 
@@ -80,7 +80,7 @@ class ComputePipelineState {
   public:
     explicit ComputePipelineState(std::unique_ptr<ComputePipelineParts> parts);
     ~ComputePipelineState();
-    // The most threads that one threadgroup of this pipeline may hold.
+    // The maximum number of threads in one threadgroup.
     std::uint32_t maxTotalThreadsPerThreadgroup() const;
     const ComputePipelineParts& parts() const { return *parts_; }
 

@@ -11,15 +11,15 @@ namespace tarnwick::gpu {
 struct BufferParts;
 struct TextureParts;
 
-// GPU memory of fixed length. Its memory goes back once the GPU is done with it; no destructor
-// waits.
+// GPU memory of fixed length. A destroyed buffer or texture is freed once the GPU has finished the
+// command buffers that use it; the destructor does not wait.
 class Buffer {
   public:
     explicit Buffer(std::unique_ptr<BufferParts> parts);
     ~Buffer();
     std::size_t length() const; // bytes
-    // The bytes as the CPU sees them; null for StorageMode::private_. What the GPU wrote is there
-    // once its command buffer has completed.
+    // The bytes in the CPU's memory; null for StorageMode::private_. The GPU's stores are there
+    // once their command buffer has completed.
     void* contents() const;
     BufferParts& parts() const { return *parts_; }
 
@@ -35,11 +35,11 @@ class Texture {
     std::uint32_t width() const { return descriptor().width; }
     std::uint32_t height() const { return descriptor().height; }
 
-    // These are for StorageMode::shared alone, and take place at once on the CPU's side: the caller
-    // sees to it that the GPU is not at work on the texture (as Metal asks). getBytes may block for
-    // a copy. None does anything once the device is lost. A slice is an array's element or a
-    // cube's face, 6 * element + face in an array of cubes; faces are in the order +x, -x, +y, -y,
-    // +z, -z. `bytesPerImage` lies between planes of a 3D texture.
+    // Copy pixels at once, only for StorageMode::shared. The caller makes sure that no command
+    // buffer in flight uses the texture. getBytes may block for a copy on the GPU. They do nothing
+    // once the device is lost. A slice is an array's element or a cube's face, 6 * element + face
+    // in an array of cubes; faces are in the order +x, -x, +y, -y, +z, -z. `bytesPerImage` is the
+    // distance in bytes between two planes of a 3D texture.
     void replace(const Region& region, std::uint32_t mipLevel, const void* bytes,
                  std::size_t bytesPerRow);
     void replace(const Region& region, std::uint32_t mipLevel, std::uint32_t slice,
@@ -49,13 +49,13 @@ class Texture {
     void getBytes(void* bytes, std::size_t bytesPerRow, std::size_t bytesPerImage,
                   const Region& region, std::uint32_t mipLevel, std::uint32_t slice) const;
 
-    // Where the CPU sees the pixels in place: those of a shared 2D texture of one level on a CPU
-    // driver. Elsewhere there are no bytes. What the GPU wrote is there once its command buffer has
-    // completed; the CPU may write while the GPU is not at work on the texture.
+    // The texture's own pixels in the CPU's memory: for a shared 2D texture of one level on a CPU
+    // driver. Else `bytes` is null. The GPU's stores are there once their command buffer has
+    // completed; the CPU may write while no command buffer in flight uses the texture.
     struct MappedPixels {
         std::byte* bytes = nullptr;
         std::size_t bytesPerRow = 0;
-        std::size_t length = 0; // bytes that the texture owns from `bytes` on
+        std::size_t length = 0; // bytes of the texture from `bytes` on
     };
     MappedPixels mapped() const;
     TextureParts& parts() const { return *parts_; }

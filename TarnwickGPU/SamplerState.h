@@ -8,7 +8,7 @@
 
 namespace tarnwick::gpu {
 
-struct SamplerParts; // the Vulkan side, in Samplers.h
+struct SamplerParts; // the Vulkan side, in Resources/Samplers.h
 
 enum class SamplerMinMagFilter : std::uint8_t { nearest, linear };
 enum class SamplerMipFilter : std::uint8_t { notMipmapped, nearest, linear };
@@ -33,12 +33,12 @@ struct SamplerDescriptor {
     SamplerBorderColor borderColor = SamplerBorderColor::transparentBlack;
     float lodMinClamp = 0;                                    // [0, 255], in steps of 1/256
     float lodMaxClamp = 1000;                                 // from 255 on: no limit
-    CompareFunction compareFunction = CompareFunction::never; // of what sample_compare compares
+    CompareFunction compareFunction = CompareFunction::never; // of sample_compare
 
     bool operator==(const SamplerDescriptor&) const = default;
 };
 
-// Coordinates are normalized: only a program's own constexpr samplers take pixels.
+// Coordinates are normalized; only constexpr samplers of a program take pixels.
 class SamplerState {
   public:
     explicit SamplerState(std::unique_ptr<const SamplerParts> parts);

@@ -6,7 +6,7 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// The CPU reads what is shared once the submission has completed.
+// The host stage: the CPU reads shared memory once the submission has completed.
 constexpr VkPipelineStageFlags2 anyStage =
     VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT | VK_PIPELINE_STAGE_2_HOST_BIT;
 constexpr VkAccessFlags2 anyAccess = VK_ACCESS_2_MEMORY_READ_BIT | VK_ACCESS_2_MEMORY_WRITE_BIT;

@@ -1,9 +1,9 @@
-// What must be waited for between encoders: one vkCmdPipelineBarrier2 at each boundary.
+// The barriers between encoders: one vkCmdPipelineBarrier2 at each boundary.
 //
-// An encoder enters the textures that it needs in a layout of its own and leaves them when it ends.
-// Leaving is put off, so that a texture which the next encoder enters again goes from layout to
-// layout without resting. Everything that rests is visible to every later command, of this
-// submission and of later ones on the queue (Vulkan 1.3, 7.6).
+// An encoder enters its textures, which changes their layouts, and leaves them at its end, which
+// changes them back to the layout `rest`. Leaving is deferred until the next encoder begins: a
+// texture that it enters again then changes its layout only once. The contents of a texture at rest
+// are visible to every later command of the queue (Vulkan 1.3, 7.6).
 #pragma once
 
 #include "TarnwickGPU/Resources/TextureParts.h"
@@ -15,7 +15,7 @@
 
 namespace tarnwick::gpu {
 
-// How a command uses a texture.
+// The layout that a command needs, and the stages and accesses that use the texture.
 struct TextureUse {
     VkImageLayout layout = VK_IMAGE_LAYOUT_GENERAL;
     VkPipelineStageFlags2 stages = 0;
@@ -28,14 +28,14 @@ class Barriers {
   public:
     void enter(const TextureParts& texture, const TextureUse& use, Contents contents);
     void leave(const TextureParts& texture, const TextureUse& use);
-    // Commands of `stages` ran, and did `writes` to buffers and resting textures.
+    // Call it after commands of `stages` that did `writes` to buffers and to textures at rest.
     void afterWork(VkPipelineStageFlags2 stages, VkAccessFlags2 writes);
-    // Encodes what was put off, if anything.
+    // Encodes the deferred barrier, if any.
     void flush(VkCommandBuffer commands);
-    void forget(); // the command buffer starts anew
+    void forget(); // the command buffer is recorded anew
 
   private:
-    std::vector<VkImageMemoryBarrier2> images_; // one a texture; keeps its room between frames
+    std::vector<VkImageMemoryBarrier2> images_; // one per texture; keeps its memory between frames
     VkPipelineStageFlags2 stages_ = 0;
     VkAccessFlags2 writes_ = 0;
 };

@@ -1,6 +1,7 @@
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Commands/CommandBufferParts.h"
+#include "TarnwickGPU/Resources/ValueTexts.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 
 #include <algorithm>
@@ -14,7 +15,7 @@ constexpr TextureUse sourceUse{VK_IMAGE_LAYOUT_TRANSFER_SRC_OPTIMAL, VK_PIPELINE
 constexpr TextureUse destinationUse{VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL,
                                     VK_PIPELINE_STAGE_2_COPY_BIT, VK_ACCESS_2_TRANSFER_WRITE_BIT};
 
-// Both read and written, level by level.
+// The levels are read and written in one layout.
 constexpr TextureUse mipmapUse{VK_IMAGE_LAYOUT_GENERAL, VK_PIPELINE_STAGE_2_BLIT_BIT,
                                VK_ACCESS_2_TRANSFER_READ_BIT | VK_ACCESS_2_TRANSFER_WRITE_BIT};
 
@@ -25,9 +26,24 @@ VkOffset3D extent(const TextureDescriptor& texture, std::uint32_t level) {
     return {size(texture.width), size(texture.height), size(texture.depth)};
 }
 
-bool liesWithin(const TextureDescriptor& texture, const Region& region) {
+bool isWithin(const TextureDescriptor& texture, const Region& region) {
     return std::uint64_t{region.x} + region.width <= texture.width &&
            std::uint64_t{region.y} + region.height <= texture.height;
+}
+
+void checkCopy(const TextureImage& from, const Region& source, const TextureImage& to,
+               const Region& target) {
+    const TextureDescriptor &given = from.descriptor, &taken = to.descriptor;
+    precondition(&from != &to, "a copy is between two textures");
+    precondition(given.format == taken.format && given.sampleCount == taken.sampleCount,
+                 "a copy is between textures of one format and sample count", "source VkFormat",
+                 static_cast<int>(vulkanFormat(given.format)), "destination VkFormat",
+                 static_cast<int>(vulkanFormat(taken.format)), "source samples", given.sampleCount,
+                 "destination samples", taken.sampleCount);
+    precondition(isWithin(given, source), "the region to copy is within its texture", "region",
+                 source, "texture", given);
+    precondition(isWithin(taken, target), "the region to copy to is within its texture", "region",
+                 target, "texture", taken);
 }
 
 VkOffset3D offset(std::uint32_t x, std::uint32_t y) {
@@ -49,12 +65,7 @@ void BlitCommandEncoder::copy(const Texture& source, const Region& region,
     const TextureParts& from = source.parts();
     const TextureParts& to = destination.parts();
     const Region target{destinationX, destinationY, region.width, region.height};
-    precondition(&from != &to && from.image.descriptor.format == to.image.descriptor.format &&
-                     from.image.descriptor.sampleCount == to.image.descriptor.sampleCount,
-                 "Copies are between two textures of one format.");
-    precondition(liesWithin(from.image.descriptor, region) &&
-                     liesWithin(to.image.descriptor, target),
-                 "A copy's regions lie within their textures.");
+    checkCopy(from.image, region, to.image, target);
     if (region.width == 0 || region.height == 0)
         return;
     parts_->enter(from, sourceUse, Contents::kept);
@@ -74,9 +85,12 @@ void BlitCommandEncoder::copy(const Texture& source, const Region& region,
 void BlitCommandEncoder::generateMipmaps(const Texture& texture) {
     const TextureParts& parts = texture.parts();
     const TextureDescriptor& descriptor = parts.image.descriptor;
-    precondition(descriptor.mipLevels > 1 && !parts.image.isDepth() &&
+    precondition(descriptor.mipLevels > 1, "a texture whose levels are generated has several",
+                 "texture", descriptor);
+    precondition(!parts.image.isDepth() &&
                      componentOf(descriptor.format) == msl::TextureComponent::float_,
-                 "Levels are made of colours that can be filtered.");
+                 "a texture whose levels are generated has colours that can be filtered",
+                 "VkFormat", static_cast<int>(vulkanFormat(descriptor.format)));
     parts_->enter(parts, mipmapUse, Contents::kept);
     parts_->barriers.flush(parts_->handle);
     for (std::uint32_t level = 1; level < descriptor.mipLevels; ++level) {

@@ -6,7 +6,8 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// One frame of an ordinary program takes a few hundred bytes, a warming particle program 0.3 MB.
+// A frame of an ordinary program needs a few hundred bytes, the first frame of a particle program
+// 0.3 MB.
 constexpr VkDeviceSize chunkBytes = 65536;
 
 VkDeviceSize alignment(const VkPhysicalDeviceLimits& limits) {

@@ -1,5 +1,5 @@
-// Memory that a command buffer's setBytes calls copy into: written by the CPU in order, read by the
-// GPU, and free again when the command buffer starts anew.
+// The memory that setBytes copies into. It belongs to a command buffer, is filled in order, and is
+// reused from its start when the command buffer is recorded anew.
 #pragma once
 
 #include "TarnwickGPU/Resources/Memory.h"
@@ -19,7 +19,7 @@ class BytesRing {
         std::byte* bytes = nullptr;
     };
 
-    // `size` bytes at an offset that suits every kind of descriptor.
+    // `size` bytes at an offset with the alignment of every kind of descriptor.
     Slice take(const DeviceRecord& device, VkDeviceSize size);
     void reset();
     void bury(Graveyard& graveyard);

@@ -12,7 +12,8 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// Each drawable comes with a semaphore that its first user waits for, and is presented with one.
+// A drawable has two semaphores: its first submission waits for one, and the presentation waits for
+// the other.
 struct DrawableSemaphores {
     std::array<VkSemaphoreSubmitInfo, mostDrawables> waits;
     std::array<VkSemaphore, mostDrawables> signals;
@@ -49,7 +50,7 @@ bool submit(CommandBufferParts& parts) {
     return true;
 }
 
-// The command buffer is never committed: what it would have drawn and shown is undone.
+// For a command buffer that is never committed: its drawables are neither drawn into nor shown.
 void forgetDrawables(const CommandBufferParts& parts) {
     for (DrawableSlot* slot : parts.touched)
         slot->isDrawn = false;
@@ -64,7 +65,7 @@ CommandBuffer::CommandBuffer(std::unique_ptr<CommandBufferParts> parts)
 CommandBuffer::CommandBuffer(CommandBuffer&&) noexcept = default;
 
 CommandBuffer& CommandBuffer::operator=(CommandBuffer&& other) noexcept {
-    std::swap(parts_, other.parts_); // the other one gives ours back
+    std::swap(parts_, other.parts_); // the destructor of `other` returns our parts to the queue
     return *this;
 }
 
@@ -78,7 +79,8 @@ CommandBuffer::~CommandBuffer() {
 }
 
 void CommandBuffer::present(const Drawable& drawable) {
-    precondition(parts_->status == CommandBufferStatus::recording, "present() precedes commit().");
+    precondition(parts_->status == CommandBufferStatus::recording, "present() is before commit()",
+                 "status", nameOf(parts_->status));
     DrawableSlot& slot = drawable.slot();
     parts_->touch(slot);
     slot.isShown = true;
@@ -86,9 +88,11 @@ void CommandBuffer::present(const Drawable& drawable) {
 }
 
 void CommandBuffer::commit() {
-    precondition(parts_->status == CommandBufferStatus::recording, "commit() comes once.");
-    precondition(parts_->encoding == Encoding::nothing, "Encoders end before commit().");
-    // A picture that nobody drew into is still in no layout that can be shown.
+    precondition(parts_->status == CommandBufferStatus::recording, "commit() is called once",
+                 "status", nameOf(parts_->status));
+    precondition(parts_->encoding == Encoding::nothing, "every encoder ends before commit()",
+                 "open encoder", nameOf(parts_->encoding));
+    // A drawable without contents is not yet in the layout for presenting.
     for (DrawableSlot* slot : parts_->presented)
         if (!slot->isDrawn)
             parts_->barriers.enter(
@@ -102,7 +106,7 @@ void CommandBuffer::commit() {
 }
 
 void CommandBuffer::waitUntilCompleted() {
-    precondition(parts_->status != CommandBufferStatus::recording, "Waiting follows commit().");
+    precondition(parts_->status != CommandBufferStatus::recording, "waiting is after commit()");
     if (parts_->status != CommandBufferStatus::committed)
         return;
     parts_->status = parts_->device->submissions.wait(parts_->submission)
@@ -111,8 +115,8 @@ void CommandBuffer::waitUntilCompleted() {
 }
 
 bool CommandBuffer::waitUntilCompleted(double seconds) {
-    precondition(parts_->status != CommandBufferStatus::recording, "Waiting follows commit().");
-    constexpr double longest = 1e9; // seconds, which nanoseconds of 64 bits hold
+    precondition(parts_->status != CommandBufferStatus::recording, "waiting is after commit()");
+    constexpr double longest = 1e9; // seconds; in nanoseconds it fits in 64 bits
     const auto nanoseconds =
         static_cast<std::uint64_t>(std::clamp(seconds, 0.0, longest) * 1'000'000'000);
     if (status() == CommandBufferStatus::committed)

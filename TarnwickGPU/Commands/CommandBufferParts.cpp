@@ -19,6 +19,16 @@ constexpr std::size_t mostBytes = 65536;
 
 } // namespace
 
+const char* nameOf(Encoding encoding) {
+    constexpr std::array names{"none", "render", "compute", "blit"};
+    return names[static_cast<std::size_t>(encoding)];
+}
+
+const char* nameOf(CommandBufferStatus status) {
+    constexpr std::array names{"recording", "committed", "completed", "error"};
+    return names[static_cast<std::size_t>(status)];
+}
+
 std::unique_ptr<CommandBufferParts> CommandBufferParts::make(std::shared_ptr<DeviceState> device) {
     auto parts = std::make_unique<CommandBufferParts>(std::move(device));
     const VkDevice handle = parts->device->record.handle;
@@ -63,8 +73,10 @@ bool CommandBufferParts::begin() {
 }
 
 void CommandBufferParts::startEncoding(Encoding kind) {
-    precondition(status == CommandBufferStatus::recording, "Encoders come before commit().");
-    precondition(encoding == Encoding::nothing, "A command buffer has one open encoder at a time.");
+    precondition(status == CommandBufferStatus::recording, "an encoder is made before commit()",
+                 "status", nameOf(status));
+    precondition(encoding == Encoding::nothing, "a command buffer has one open encoder at a time",
+                 "open encoder", nameOf(encoding));
     encoding = kind;
     tables = {};
     resourcesChanged = true;
@@ -77,7 +89,8 @@ void CommandBufferParts::startEncoding(Encoding kind) {
 }
 
 void CommandBufferParts::endEncoding(Encoding kind) {
-    precondition(encoding == kind, "endEncoding() comes once, and last.");
+    precondition(encoding == kind, "endEncoding() is called once, on the open encoder",
+                 "open encoder", nameOf(encoding), "ended", nameOf(kind));
     encoding = Encoding::nothing;
 }
 
@@ -95,13 +108,15 @@ void CommandBufferParts::enter(const TextureParts& texture, const TextureUse& us
 void CommandBufferParts::touch(DrawableSlot& slot) {
     if (std::find(touched.begin(), touched.end(), &slot) == touched.end())
         touched.push_back(&slot);
-    precondition(touched.size() <= mostDrawables, "A command buffer has at most 7 drawables.");
+    precondition(touched.size() <= mostDrawables, "a command buffer has at most 7 drawables",
+                 "drawables", touched.size());
 }
 
 void CommandBufferParts::setBytes(TableIndex table, const void* bytes, std::size_t length,
                                   std::uint32_t index) {
-    precondition(length > 0 && length <= mostBytes, "setBytes takes 1 to 65536 bytes.");
-    precondition(index < buffersPerStage, "Buffers have indices from 0 to 30.");
+    precondition(length > 0 && length <= mostBytes, "setBytes copies 1 to 65536 bytes", "bytes",
+                 length);
+    precondition(index < buffersPerStage, "the index of a buffer is in [0, 30]", "index", index);
     const BytesRing::Slice slice = ring.take(device->record, length);
     if (!slice.buffer) {
         failed = true;
@@ -116,25 +131,30 @@ void CommandBufferParts::setBytes(TableIndex table, const void* bytes, std::size
 void CommandBufferParts::setBuffer(TableIndex table, const Buffer& buffer, std::size_t offset,
                                    std::uint32_t index) {
     const BufferMemory& memory = buffer.parts().memory;
-    precondition(index < buffersPerStage, "Buffers have indices from 0 to 30.");
-    precondition(offset < memory.size, "A buffer's offset lies within it.");
-    precondition(offset % device->record.limits.minStorageBufferOffsetAlignment == 0 &&
-                     offset % device->record.limits.minUniformBufferOffsetAlignment == 0,
-                 "A buffer's offset is a multiple of 256 bytes, or of what the device asks for.");
+    precondition(index < buffersPerStage, "the index of a buffer is in [0, 30]", "index", index);
+    const VkPhysicalDeviceLimits& limits = device->record.limits;
+    precondition(offset < memory.size, "the offset is within the buffer", "offset", offset, "bytes",
+                 memory.size);
+    precondition(offset % limits.minStorageBufferOffsetAlignment == 0 &&
+                     offset % limits.minUniformBufferOffsetAlignment == 0,
+                 "the offset is a multiple of the device's alignments", "offset", offset,
+                 "alignment of storage buffers", limits.minStorageBufferOffsetAlignment,
+                 "alignment of uniform buffers", limits.minUniformBufferOffsetAlignment);
     tables[static_cast<std::size_t>(table)].buffers[index] = {memory.buffer, offset,
                                                               memory.size - offset, nullptr};
     resourcesChanged = true;
 }
 
 void CommandBufferParts::setTexture(TableIndex table, const Texture* texture, std::uint32_t index) {
-    precondition(index < msl::mostTextures, "Textures have indices from 0 to 127.");
+    precondition(index < msl::mostTextures, "the index of a texture is in [0, 127]", "index",
+                 index);
     tables[static_cast<std::size_t>(table)].textures[index] = texture ? &texture->parts() : nullptr;
     resourcesChanged = true;
 }
 
 void CommandBufferParts::setSampler(TableIndex table, const SamplerState* state,
                                     std::uint32_t index) {
-    precondition(index < msl::mostSamplers, "Samplers have indices from 0 to 15.");
+    precondition(index < msl::mostSamplers, "the index of a sampler is in [0, 15]", "index", index);
     tables[static_cast<std::size_t>(table)].samplers[index] = state ? &state->parts() : nullptr;
     resourcesChanged = true;
 }

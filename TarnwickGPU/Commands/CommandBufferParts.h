@@ -35,8 +35,13 @@ inline constexpr std::size_t mostDrawables = 7;
 
 enum class Encoding : std::uint8_t { nothing, render, compute, blit };
 
-// A render encoder's targets are loaded at its first draw, so that kernels of the layer's own can
-// come before; `broken` off for one in between, they go on with what is in them.
+// As violations print them.
+const char* nameOf(Encoding encoding);
+const char* nameOf(CommandBufferStatus status);
+
+// The targets of a render encoder are loaded or cleared at its first draw, so that kernels of the
+// layer can run before (due). `broken`: interrupted for such a kernel, to continue with the
+// targets' contents.
 enum class Rendering : std::uint8_t { due, open, broken };
 
 struct CommandBufferParts {
@@ -50,9 +55,9 @@ struct CommandBufferParts {
     bool begin(); // false when memory is out
     void startEncoding(Encoding kind);
     void endEncoding(Encoding kind);
-    // The encoder uses `texture` so from the next flush of `barriers` on.
+    // The encoder has the use `use` of `texture` from the next flush of `barriers` on.
     void enter(const TextureParts& texture, const TextureUse& use, Contents contents);
-    // The command buffer uses a drawable, so the GPU must wait until that is there.
+    // The command buffer uses a drawable: the GPU waits until the swapchain has released its image.
     void touch(DrawableSlot& slot);
     void setBytes(TableIndex table, const void* bytes, std::size_t length, std::uint32_t index);
     void setBuffer(TableIndex table, const Buffer& buffer, std::size_t offset, std::uint32_t index);
@@ -60,12 +65,12 @@ struct CommandBufferParts {
     void setSampler(TableIndex table, const SamplerState* state, std::uint32_t index);
 
     std::shared_ptr<DeviceState> device;
-    std::shared_ptr<QueueParts> queue; // while handed out
+    std::shared_ptr<QueueParts> queue; // null while in QueueParts::resting
     VkCommandPool pool = VK_NULL_HANDLE;
     VkCommandBuffer handle = VK_NULL_HANDLE;
-    std::uint64_t submission = 0; // the last one of these parts
+    std::uint64_t submission = 0; // the last of these parts
     CommandBufferStatus status = CommandBufferStatus::recording;
-    bool failed = false; // memory ran out while encoding
+    bool failed = false; // memory was out while encoding; commit() gives an error
 
     BytesRing ring;
     DescriptorSets sets;
@@ -87,15 +92,17 @@ struct CommandBufferParts {
     Rendering rendering = Rendering::due;
     Viewport viewport;
     ScissorRect scissor;
-    // What the layer's own code binds at the next draw or dispatch: PointPipelines.h's indices.
+    // The buffers that the layer's own code binds at the next draw or dispatch; PointPipelines.h
+    // has the indices.
     std::array<VkDescriptorBufferInfo, 2> ownBuffers{};
-    std::shared_ptr<PointSums> sums; // while the GPU may use them
+    std::shared_ptr<PointSums> sums; // kept while the GPU may use them
 };
 
 struct QueueParts {
     std::shared_ptr<DeviceState> device;
     Lane lane = Lane::pictures;
-    std::vector<std::unique_ptr<CommandBufferParts>> resting; // done or in flight, with no owner
+    std::vector<std::unique_ptr<CommandBufferParts>>
+        resting; // finished or in flight, with no CommandBuffer
     std::size_t made = 0;
 };
 

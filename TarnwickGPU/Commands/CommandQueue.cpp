@@ -25,7 +25,7 @@ std::unique_ptr<CommandBufferParts> takeOut(Resting& resting, Resting::iterator 
     return parts;
 }
 
-// Parts that the GPU is done with, else new ones, else the first to be done.
+// Parts that the GPU has finished, else new ones, else the first parts that it finishes.
 std::unique_ptr<CommandBufferParts> take(QueueParts& queue) {
     DeviceState& device = *queue.device;
     device.graveyard.collect();
@@ -36,7 +36,7 @@ std::unique_ptr<CommandBufferParts> take(QueueParts& queue) {
         auto parts = CommandBufferParts::make(queue.device);
         if (parts) {
             ++queue.made;
-            queue.resting.reserve(queue.made); // so that giving back needs no heap
+            queue.resting.reserve(queue.made); // so that returning parts allocates nothing
         }
         return parts;
     }

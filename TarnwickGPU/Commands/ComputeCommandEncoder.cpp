@@ -24,8 +24,8 @@ bool fits(const Size& threadgroup, const VkPhysicalDeviceLimits& limits) {
                limits.maxComputeWorkGroupInvocations;
 }
 
-// Metal's encoders run their dispatches one after the other, each seeing what those before it
-// wrote.
+// The dispatches of one encoder run one after the other, and each reads the stores of those before
+// it, as in Metal.
 void waitForWrites(CommandBufferParts& parts) {
     if (!std::exchange(parts.wroteMemory, false))
         return;
@@ -63,7 +63,8 @@ void ComputeCommandEncoder::setTexture(const Texture* texture, std::uint32_t ind
 }
 
 void ComputeCommandEncoder::setThreadgroupMemoryLength(std::uint32_t bytes, std::uint32_t index) {
-    precondition(index < mostThreadgroupPointers, "An index of threadgroup memory is below 31.");
+    precondition(index < mostThreadgroupPointers, "an index of threadgroup memory is in [0, 30]",
+                 "index", index);
     parts_->threadgroupLengths[index] = bytes;
 }
 
@@ -72,10 +73,13 @@ void ComputeCommandEncoder::setSamplerState(const SamplerState* state, std::uint
 }
 
 void ComputeCommandEncoder::dispatchThreads(Size threads, Size perThreadgroup) {
-    precondition(parts_->encoding == Encoding::compute && parts_->computePipeline,
-                 "A dispatch has an open encoder and a pipeline.");
+    precondition(parts_->encoding == Encoding::compute, "a dispatch is in an open compute encoder",
+                 "open encoder", nameOf(parts_->encoding));
+    precondition(parts_->computePipeline, "a dispatch follows setComputePipelineState()");
     const VkPhysicalDeviceLimits& limits = parts_->device->record.limits;
-    precondition(fits(perThreadgroup, limits), "A threadgroup is of a size that the device takes.");
+    precondition(fits(perThreadgroup, limits), "the device supports the size of the threadgroup",
+                 "width", perThreadgroup.width, "height", perThreadgroup.height, "depth",
+                 perThreadgroup.depth, "maximum of threads", limits.maxComputeWorkGroupInvocations);
     if (threads.width == 0 || threads.height == 0 || threads.depth == 0)
         return;
     const ComputePipelineParts& kernel = *parts_->computePipeline;
@@ -88,7 +92,8 @@ void ComputeCommandEncoder::dispatchThreads(Size threads, Size perThreadgroup) {
                             groups(threads.depth, perThreadgroup.depth)};
     for (std::size_t axis = 0; axis < counts.size(); ++axis)
         precondition(counts[axis] <= limits.maxComputeWorkGroupCount[axis],
-                     "A grid has no more threadgroups than the device takes.");
+                     "the device supports the number of threadgroups", "threadgroups", counts[axis],
+                     "maximum", limits.maxComputeWorkGroupCount[axis]);
     if (!pipeline) {
         parts_->failed = true;
         return;

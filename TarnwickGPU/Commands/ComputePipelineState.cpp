@@ -16,12 +16,12 @@ std::uint32_t mostThreads(const DeviceRecord& device, const msl::EntryPoint& ker
     return kernel.mostThreads ? std::min(kernel.mostThreads, most) : most;
 }
 
-// The shape that a pipeline is first made for, to learn early whether the device takes the kernel.
+// The shape of the first variant, made at once to learn whether the device supports the kernel.
 ThreadgroupShape usualThreadgroup(const DeviceRecord& device, const msl::EntryPoint& kernel) {
     return {.threads = {std::min(mostThreads(device, kernel), 256u), 1, 1}};
 }
 
-// The values of the constants that a kernel's pipelines are specialised with.
+// The specialisation constants of a kernel's pipelines.
 class Constants {
   public:
     Constants(const DeviceRecord& device, const msl::EntryPoint& kernel,
@@ -52,7 +52,7 @@ class Constants {
     std::array<std::uint32_t, most> values_{};
 };
 
-// Threadgroup memory in bytes, where all pointers without a length get none.
+// Bytes of threadgroup memory without the default of pointers that have no length.
 std::uint64_t memoryOf(const msl::EntryPoint& kernel, const ThreadgroupShape& shape) {
     return std::accumulate(shape.lengths.begin(), shape.lengths.end(),
                            std::uint64_t{kernel.threadgroupBytes});

@@ -1,5 +1,5 @@
-// Ordinary descriptor sets of a command buffer, for devices without push descriptors and for
-// pipelines that bind more than can be pushed.
+// The allocated descriptor sets of a command buffer, for devices without push descriptors and for
+// pipelines that bind more than the device can push.
 #pragma once
 
 #include <vulkan/vulkan.h>
@@ -14,9 +14,9 @@ struct DeviceRecord;
 
 class DescriptorSets {
   public:
-    // Null when memory is out. Good until reset().
+    // Null when memory is out. Valid until reset().
     VkDescriptorSet take(const DeviceRecord& device, VkDescriptorSetLayout layout);
-    void reset(const DeviceRecord& device); // the GPU is done with all of them
+    void reset(const DeviceRecord& device); // the GPU uses none of the sets
     void bury(Graveyard& graveyard);
 
   private:

@@ -1,4 +1,5 @@
-// Where the shaders of one command buffer say that an invocation ran out of its loop budget.
+// The words in which the shaders of one command buffer store that an invocation used up its loop
+// budget.
 #pragma once
 
 #include "TarnwickGPU/Resources/Memory.h"
@@ -15,10 +16,10 @@ class LoopReports {
     void reset();
     void bury(Graveyard& graveyard);
 
-    // The word for the next draw or dispatch: each has its own for as long as there are some, so
-    // that two of them do not write to one place without a barrier.
+    // The word for the next draw or dispatch. There are 64; the 65th draw gets the first again.
+    // With words of their own, draws need no barrier between their stores.
     VkDescriptorBufferInfo next();
-    bool anyIsSet() const; // the GPU is done
+    bool anyIsSet() const; // complete once the GPU has finished the command buffer
 
   private:
     BufferMemory memory_;

@@ -23,7 +23,7 @@ struct RenderPipelineParts {
     PixelFormat colorFormat = PixelFormat::invalid, depthFormat = PixelFormat::invalid;
     std::uint32_t sampleCount = 1;
     TopologyClass topology = TopologyClass::triangle;
-    PointPipelines points; // beside `drawing`, where that draws points
+    PointPipelines points; // beside `drawing`, if it draws points
 
     RenderPipelineParts() = default;
     ~RenderPipelineParts();
@@ -31,16 +31,16 @@ struct RenderPipelineParts {
     RenderPipelineParts& operator=(const RenderPipelineParts&) = delete;
 };
 
-// What a dispatch sets that Vulkan's pipelines have built in.
+// The values of a dispatch that are constants in Vulkan's pipelines.
 struct ThreadgroupShape {
     Size threads;
-    // Bytes of what the kernel's [[threadgroup(n)]] pointers point to, by n; 0 where not set.
+    // Bytes of threadgroup memory at the kernel's pointer [[threadgroup(n)]], by n; 0: not set.
     std::array<std::uint32_t, mostThreadgroupPointers> lengths{};
 
     bool operator==(const ThreadgroupShape&) const = default;
 };
 
-// A kernel's threadgroup is known at the dispatch only: so there is a pipeline for each shape met.
+// The threadgroup is known only at the dispatch, so there is one pipeline for each shape.
 struct ComputePipelineParts {
     ComputePipelineParts() = default;
     ~ComputePipelineParts();

@@ -17,11 +17,12 @@ namespace {
 
 constexpr std::uint32_t verticesOfAQuad = 6;
 constexpr float anySize = std::numeric_limits<float>::max();
-constexpr float margin = 256; // pixels around the picture where centres may lie and still show
+constexpr float margin =
+    256; // pixels around the picture in which a point's centre may be and still show
 
-// The largest that a kernel adds itself, in pixels: larger ones take less time to draw.
+// Pixels: the largest point that a kernel adds itself. Drawing larger ones takes less time.
 constexpr float largestSplat = 3;
-// With so many pixels for each point, adding up the sums takes longer than drawing the points.
+// With more pixels per point, adding up the sums takes longer than drawing the points.
 constexpr std::uint64_t pixelsAPoint = 16;
 
 struct PointDraw {
@@ -47,8 +48,8 @@ PointRecord recordOf(const CommandBufferParts& parts, const PointDraw& draw) {
     return record;
 }
 
-// As many bits behind the point as leave room in 63 for all points on one pixel, each of at most 2
-// to the 17th (PointKernel.cpp).
+// The number of fractional bits with which the sum of all points on one pixel, at most 2^17 each
+// (PointKernel.cpp), fits in 63 bits.
 Pair roundingFor(std::uint32_t count) {
     const int bits = 62 - 17 - std::bit_width(count);
     return {std::ldexp(1.0f, bits), std::ldexp(1.0f, -bits)};
@@ -59,8 +60,8 @@ void pushRecord(CommandBufferParts& parts, const BindingLayout& layout, VkShader
     vkCmdPushConstants(parts.handle, layout.pipelineLayout, stages, 0, sizeof record, &record);
 }
 
-// Wider by the margin, of which the scissor leaves what it did: so no centre of a point that shows
-// lies outside.
+// The viewport with the margin around it, so that the centre of every point that shows is inside.
+// The scissor still limits the drawing.
 Viewport widened(const Viewport& viewport) {
     return {.originX = viewport.originX - margin,
             .originY = viewport.originY - margin,
@@ -70,7 +71,7 @@ Viewport widened(const Viewport& viewport) {
             .zfar = viewport.zfar};
 }
 
-// Makes ready to draw with the device's own points, of sizes above one and up to another.
+// Prepares a draw of the device's own points: of sizes above sizes[0] and up to sizes[1].
 void readyPoints(CommandBufferParts& parts, PointRecord& record, Pair sizes) {
     const RenderPipelineParts& pipeline = *parts.renderPipeline;
     openRendering(parts);
@@ -107,7 +108,7 @@ void drawQuads(CommandBufferParts& parts, VkPipeline quads, const PointDraw& dra
               draw.start * verticesOfAQuad, 0);
 }
 
-// The indirect draws, which draw nothing before a kernel says so.
+// The indirect draws. A kernel sets their instance counts, which are 0 at first.
 struct BlockDraws {
     BytesRing::Slice slice;
     std::uint32_t blocks = 0;
@@ -150,7 +151,7 @@ void drawBlocks(CommandBufferParts& parts, const BlockDraws& draws, std::uint32_
                           std::min(step, draws.blocks - block), stride);
 }
 
-// Takes the sums where adding the points is worth it.
+// Takes the sums if adding points is faster than drawing them.
 bool takeSums(CommandBufferParts& parts, const PointDraw& draw) {
     const VkExtent2D target = targetExtent(parts.pass);
     const std::uint64_t pixels = std::uint64_t{target.width} * target.height;

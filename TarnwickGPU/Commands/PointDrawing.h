@@ -1,4 +1,4 @@
-// Draws of points, by the ways of PointPipelines.h.
+// Draws points by the PointWay of the pipeline.
 #pragma once
 
 #include "TarnwickGPU/Commands/CommandBufferParts.h"
@@ -7,7 +7,7 @@
 
 namespace tarnwick::gpu {
 
-// With the bound render pipeline, whose way is not asGiven.
+// Draws with the bound render pipeline, whose way is not asGiven.
 void drawPoints(CommandBufferParts& parts, std::uint32_t vertexStart, std::uint32_t vertexCount,
                 std::uint32_t instanceCount);
 

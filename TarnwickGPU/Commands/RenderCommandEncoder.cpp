@@ -4,6 +4,7 @@
 #include "TarnwickGPU/Commands/PipelineParts.h"
 #include "TarnwickGPU/Commands/PointDrawing.h"
 #include "TarnwickGPU/Commands/Rendering.h"
+#include "TarnwickGPU/Vulkan/VulkanFormat.h"
 
 #include <algorithm>
 #include <array>
@@ -12,7 +13,7 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// In the enumeration's order.
+// In the order of the enumeration.
 constexpr std::array compareOps{VK_COMPARE_OP_NEVER,
                                 VK_COMPARE_OP_LESS,
                                 VK_COMPARE_OP_EQUAL,
@@ -82,7 +83,12 @@ CommandBuffer::renderCommandEncoder(const RenderPassDescriptor& descriptor) {
 
 void RenderCommandEncoder::setRenderPipelineState(const RenderPipelineState& state) {
     const RenderPipelineParts& pipeline = state.parts();
-    precondition(fits(pipeline, parts_->pass), "A pipeline has the formats of its targets.");
+    const TextureDescriptor& target = targetDescriptor(parts_->pass);
+    precondition(fits(pipeline, parts_->pass),
+                 "a pipeline has the formats and the sample count of the targets",
+                 "pipeline VkFormat", static_cast<int>(vulkanFormat(pipeline.colorFormat)),
+                 "target VkFormat", static_cast<int>(vulkanFormat(target.format)),
+                 "pipeline samples", pipeline.sampleCount, "target samples", target.sampleCount);
     parts_->renderPipeline = &pipeline;
     bindPipeline(*parts_, pipeline.drawing.pipeline);
 }
@@ -142,10 +148,12 @@ void RenderCommandEncoder::setFragmentSamplerState(const SamplerState* state, st
 
 void RenderCommandEncoder::drawPrimitives(PrimitiveType type, std::uint32_t vertexStart,
                                           std::uint32_t vertexCount, std::uint32_t instanceCount) {
-    precondition(parts_->encoding == Encoding::render && parts_->renderPipeline,
-                 "A draw has an open encoder and a pipeline.");
+    precondition(parts_->encoding == Encoding::render, "a draw is in an open render encoder",
+                 "open encoder", nameOf(parts_->encoding));
+    precondition(parts_->renderPipeline, "a draw follows setRenderPipelineState()");
     const RenderPipelineParts& pipeline = *parts_->renderPipeline;
-    precondition(fits(pipeline.topology, type), "A pipeline's topology class is its primitives'.");
+    precondition(fits(pipeline.topology, type),
+                 "points are drawn with a pipeline of points, triangles with one of triangles");
     if (vertexCount == 0 || instanceCount == 0)
         return;
     if (pipeline.points.way != PointWay::asGiven)
@@ -156,7 +164,7 @@ void RenderCommandEncoder::drawPrimitives(PrimitiveType type, std::uint32_t vert
 }
 
 void RenderCommandEncoder::endEncoding() {
-    openRendering(*parts_); // it may have targets to clear, if nothing to draw
+    openRendering(*parts_); // a pass without draws still clears its targets
     parts_->endEncoding(Encoding::render);
     vkCmdEndRendering(parts_->handle);
     const RenderPassDescriptor& pass = parts_->pass;

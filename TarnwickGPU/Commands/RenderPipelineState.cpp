@@ -49,7 +49,9 @@ RenderPipelineState::~RenderPipelineState() = default;
 
 std::unique_ptr<RenderPipelineState>
 Device::newRenderPipelineState(const RenderPipelineDescriptor& given) {
-    precondition(given.vertex && given.fragment, "A render pipeline has two functions.");
+    precondition(given.vertex && given.fragment, "a render pipeline has two functions",
+                 "has a vertex function", given.vertex != nullptr, "has a fragment function",
+                 given.fragment != nullptr);
     if (isLost())
         throw DeviceError(refusal(state_->record, subject(given), VK_ERROR_DEVICE_LOST));
     if (const auto fault = interfaceFault(state_->record, given))

@@ -15,7 +15,7 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// In the enumerations' orders.
+// In the order of the enumerations.
 constexpr std::array loadOps{VK_ATTACHMENT_LOAD_OP_DONT_CARE, VK_ATTACHMENT_LOAD_OP_LOAD,
                              VK_ATTACHMENT_LOAD_OP_CLEAR};
 constexpr std::array storeOps{VK_ATTACHMENT_STORE_OP_DONT_CARE, VK_ATTACHMENT_STORE_OP_STORE,
@@ -48,7 +48,7 @@ VkRenderingAttachmentInfo colorInfo(const ColorAttachment& color) {
         .storeOp = storeOps[static_cast<std::size_t>(color.store)],
         .clearValue = {.color = clearValue(color.clear, color.texture->descriptor().format)}};
     if (color.store == StoreAction::multisampleResolve) {
-        precondition(color.resolveTexture, "What is resolved has a texture to be resolved to.");
+        precondition(color.resolveTexture, "multisampleResolve has a texture to resolve to");
         const bool isReal =
             componentOf(color.texture->descriptor().format) == msl::TextureComponent::float_;
         info.resolveMode = isReal ? VK_RESOLVE_MODE_AVERAGE_BIT : VK_RESOLVE_MODE_SAMPLE_ZERO_BIT;
@@ -67,7 +67,7 @@ VkRenderingAttachmentInfo depthInfo(const DepthAttachment& depth) {
             .clearValue = {.depthStencil = {static_cast<float>(depth.clearDepth), 0}}};
 }
 
-// Where the layer may break the rendering off, the contents outlive the break.
+// If kernels may interrupt the rendering, the contents are kept until it continues.
 VkRenderingAttachmentInfo keptBetween(const CommandBufferParts& parts,
                                       VkRenderingAttachmentInfo info, bool goesOn) {
     const PointTraits& points = parts.device->record.points;
@@ -82,7 +82,7 @@ VkRenderingAttachmentInfo keptBetween(const CommandBufferParts& parts,
 
 const TextureDescriptor& targetDescriptor(const RenderPassDescriptor& pass) {
     const Texture* texture = pass.color.texture ? pass.color.texture : pass.depth.texture;
-    precondition(texture, "A render pass has a target.");
+    precondition(texture, "a render pass has a target");
     return texture->descriptor();
 }
 
@@ -141,7 +141,7 @@ void bindPipeline(CommandBufferParts& parts, VkPipeline pipeline) {
         return;
     vkCmdBindPipeline(parts.handle, VK_PIPELINE_BIND_POINT_GRAPHICS, pipeline);
     parts.boundPipeline = pipeline;
-    parts.resourcesChanged = true; // its layout may be another
+    parts.resourcesChanged = true; // its layout may differ
 }
 
 void readyDraw(CommandBufferParts& parts, const BindingLayout& layout, PrimitiveType type) {

@@ -1,4 +1,4 @@
-// What the draws of a render encoder have in common.
+// The steps that all draws of a render encoder share.
 #pragma once
 
 #include "TarnwickGPU/Commands/CommandBufferParts.h"
@@ -14,19 +14,19 @@ inline constexpr TextureUse depthUse{
     VK_ACCESS_2_DEPTH_STENCIL_ATTACHMENT_READ_BIT | VK_ACCESS_2_DEPTH_STENCIL_ATTACHMENT_WRITE_BIT};
 
 const TextureDescriptor& targetDescriptor(const RenderPassDescriptor& pass);
-// Pixels of the level that is drawn into.
+// Pixels of the level to draw into.
 VkExtent2D targetExtent(const RenderPassDescriptor& pass);
 
-// Loads or clears the targets, unless they are open already.
+// Begins rendering, or continues it after breakRendering(), unless it is open.
 void openRendering(CommandBufferParts& parts);
-// Closes them for a while, so that kernels can run; these come after all that was drawn.
+// Interrupts rendering so that kernels can run, after all draws so far.
 void breakRendering(CommandBufferParts& parts);
-// What follows sees all that came before.
+// Later commands wait for all earlier ones and see their stores.
 void waitForAll(CommandBufferParts& parts);
 
 void encodeViewport(VkCommandBuffer commands, const Viewport& viewport);
 void bindPipeline(CommandBufferParts& parts, VkPipeline pipeline);
-// The last before a draw: primitives, and descriptors where they have changed.
+// Sets the primitives, and the descriptors if they have changed. Call it last before a draw.
 void readyDraw(CommandBufferParts& parts, const BindingLayout& layout, PrimitiveType type);
 
 } // namespace tarnwick::gpu

@@ -12,10 +12,10 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// Of both stages of a pipeline: BindingLayout.cpp turns down more.
+// Of both stages of a pipeline. BindingLayout makes no layout with more.
 constexpr std::size_t mostDescriptors = mostResources;
 
-// Built on the stack: each write points at its record of `buffers` or `images`.
+// On the stack. Each write points at its record in `buffers` or `images`.
 struct Writes {
     std::array<VkWriteDescriptorSet, mostDescriptors> list;
     std::array<VkDescriptorBufferInfo, mostDescriptors> buffers;
@@ -23,7 +23,7 @@ struct Writes {
     std::uint32_t count = 0;
 };
 
-// A shader may read all of its record though setBytes was given less: the rest is zeros.
+// If setBytes gave fewer bytes than the shader's record has, the rest is zeros.
 void lengthen(CommandBufferParts& commands, BoundBuffer& bound, VkDeviceSize size) {
     const BytesRing::Slice slice = commands.ring.take(commands.device->record, size);
     if (!slice.buffer) {
@@ -65,7 +65,7 @@ VkSampler samplerFor(const ResourceTable& table, const BoundResource& bound) {
     return resource.samplerState & msl::samplerComparesBit ? given->comparing : given->plain;
 }
 
-// Null descriptors read as zero and are of no size.
+// Null descriptors read as zero and have size 0.
 VkDescriptorImageInfo standInFor(const DeviceRecord& device, const BoundResource& bound) {
     if (device.features.nullDescriptors)
         return {VK_NULL_HANDLE, VK_NULL_HANDLE, VK_IMAGE_LAYOUT_UNDEFINED};

@@ -19,8 +19,8 @@ inline constexpr std::uint32_t buffersPerStage = 31;
 struct BoundBuffer {
     VkBuffer buffer = VK_NULL_HANDLE; // null: nothing bound
     VkDeviceSize offset = 0;
-    VkDeviceSize size = 0;            // bytes from offset on
-    const std::byte* bytes = nullptr; // what setBytes copied; null for a Buffer
+    VkDeviceSize size = 0;            // bytes from `offset` on
+    const std::byte* bytes = nullptr; // the copy that setBytes made; null for a Buffer
 };
 
 struct ResourceTable {

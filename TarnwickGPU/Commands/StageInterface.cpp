@@ -27,8 +27,8 @@ std::vector<Id> lostOutputs(const Module& code, msl::Stage stage) {
     return lost;
 }
 
-// A number or a vector of numbers; other types, which the layer's compiler passes nowhere, are of
-// no kind.
+// A number or a vector of numbers. Other types have kind OpNop; the layer's compiler does not pass
+// them between functions.
 struct Shape {
     spv::Op kind = spv::Op::OpNop; // OpTypeInt or OpTypeFloat
     std::uint32_t lanes = 1;
@@ -96,7 +96,7 @@ std::optional<std::string> interfaceFault(const DeviceRecord& device,
         return fragment + " is no fragment function";
     const Module giver(descriptor.vertex->entryPoint().words);
     const Module taker(descriptor.fragment->entryPoint().words);
-    if (variables(giver, spv::StorageClass::Output).empty()) // its end is never reached
+    if (variables(giver, spv::StorageClass::Output).empty()) // the function never returns
         return vertex + " gives no position";
     const Shapes outputs = shapesOf(giver, spv::StorageClass::Output);
     if (4 * outputs.size() > device.limits.maxVertexOutputComponents)

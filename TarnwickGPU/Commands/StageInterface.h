@@ -1,5 +1,5 @@
-// What the functions of a render pipeline give to each other and to its target. Which of them go
-// together is up to the program's text, so nothing of it is taken for granted.
+// Checks and adapts the outputs and inputs of the two functions of a render pipeline. The program's
+// text chooses the functions, so they may not fit each other or the target.
 #pragma once
 
 #include "TarnwickGPU/Pipeline.h"
@@ -11,11 +11,11 @@ namespace tarnwick::gpu {
 
 struct DeviceRecord;
 
-// The function without outputs that no pipeline of the layer has a place for: colours other than
-// color(0), and layers and viewports other than the target's one. Nobody sees what it gives there.
+// The function with the outputs that no pipeline of the layer has (colours other than color(0),
+// layers and viewports) changed to private variables.
 Function withoutLostOutputs(const Function& function);
 
-// Why the two functions do not make a pipeline, as a clause; nothing where they do.
+// Why the two functions cannot be one pipeline, as a clause; nothing if they can.
 std::optional<std::string> interfaceFault(const DeviceRecord& device,
                                           const RenderPipelineDescriptor& descriptor);
 

@@ -65,7 +65,7 @@ std::size_t countOf(VkDescriptorType type, std::span<const msl::EntryPoint* cons
     return count;
 }
 
-// The packaged CPU driver shows a stage 15 uniform buffers, far fewer than Metal's 31.
+// The packaged CPU driver has 15 uniform buffers per stage, Metal 31.
 bool isWithinLimits(const DeviceRecord& device,
                     std::span<const msl::EntryPoint* const> functionsOfAStage,
                     std::size_t ownBuffers) {
@@ -124,7 +124,7 @@ bool makePipelineLayout(const DeviceRecord& device, BindingLayout& layout,
            VK_SUCCESS;
 }
 
-// A sampler argument's here is what stands in for it.
+// For a sampler argument: the bits of the sampler that is used if none is bound.
 std::uint64_t samplerBits(const msl::Resource& resource) {
     return resource.kind == msl::ResourceKind::sampler
                ? msl::samplerArgumentBit | resource.samplerState

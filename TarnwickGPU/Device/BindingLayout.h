@@ -1,4 +1,4 @@
-// What the functions of a pipeline bind, as Vulkan's layouts and as a list that each draw walks.
+// The resources that the functions of a pipeline bind, as Vulkan's layouts and as a list for draws.
 #pragma once
 
 #include "TarnwickMSL/EntryPoint.h"
@@ -17,41 +17,43 @@ class Graveyard;
 struct DeviceState;
 struct TextureParts;
 
-// The table of bound resources that a function looks in.
+// The ResourceTable of a function.
 enum class TableIndex : std::uint8_t { vertexOrKernel, fragment };
 
-// Of both stages of a pipeline.
+// Resources of both stages of a pipeline.
 inline constexpr std::size_t mostResources = 320;
 
 struct BoundResource {
     msl::Resource resource;
     TableIndex table = TableIndex::vertexOrKernel;
     VkDescriptorType type = VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER;
-    VkSampler sampler = VK_NULL_HANDLE; // of a sampler; bound by the draw, since the packaged CPU
-                                        // driver loses immutable samplers in pushed sets
-    std::optional<std::size_t> own;     // not a function's: CommandBufferParts::ownBuffers[own]
-    const TextureParts* standIn = nullptr; // of a texture; null where null descriptors serve
+    // Of a sampler. The draw binds it, since the packaged CPU driver loses immutable samplers in
+    // pushed sets.
+    VkSampler sampler = VK_NULL_HANDLE;
+    // Of the layer's own code: the index in CommandBufferParts::ownBuffers.
+    std::optional<std::size_t> own;
+    const TextureParts* standIn = nullptr; // of a texture, if the device has no null descriptors
 };
 
-// What a pipeline binds.
+// The resources of a pipeline.
 struct BindingNeeds {
     std::span<const msl::EntryPoint* const> functions;
-    VkPushConstantRange pushConstants{}; // none of size 0
-    // Storage buffers of the layer's own code, at the bindings from ownBinding() on.
+    VkPushConstantRange pushConstants{}; // size 0: none
+    // Storage buffers of the layer's own code, at ownBinding() and the bindings after it.
     std::size_t ownBuffers = 0;
-    // The stages that see everything; 0: each function's own.
+    // The stages that see every resource; 0: each function sees its own.
     VkShaderStageFlags stages = 0;
 };
 
-// The first binding behind those of the functions.
+// The first binding after those of the functions.
 std::uint32_t ownBinding(std::span<const msl::EntryPoint* const> functions);
 
 struct BindingLayout {
     VkDescriptorSetLayout setLayout = VK_NULL_HANDLE;
     VkPipelineLayout pipelineLayout = VK_NULL_HANDLE;
     bool pushesDescriptors = false;
-    bool writesMemory = false; // some function stores to a buffer or a texture
-    bool reportsLoops = false; // some function counts its loops
+    bool writesMemory = false; // a function stores to a buffer or a texture
+    bool reportsLoops = false; // a function counts its loop iterations
     std::vector<BoundResource> resources;
 
     // Nothing when the device does not support the layout.

@@ -9,7 +9,7 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// In the enumerations' orders.
+// In the order of the enumerations.
 constexpr std::array blendFactors{VK_BLEND_FACTOR_ZERO, VK_BLEND_FACTOR_ONE,
                                   VK_BLEND_FACTOR_SRC_ALPHA, VK_BLEND_FACTOR_ONE_MINUS_SRC_ALPHA};
 constexpr std::array blendOperations{VK_BLEND_OP_ADD};
@@ -42,8 +42,8 @@ constexpr std::array dynamicStates{
     VK_DYNAMIC_STATE_PRIMITIVE_TOPOLOGY, VK_DYNAMIC_STATE_DEPTH_TEST_ENABLE,
     VK_DYNAMIC_STATE_DEPTH_WRITE_ENABLE, VK_DYNAMIC_STATE_DEPTH_COMPARE_OP};
 
-// What every pipeline of the layer has in common: no vertex buffers, nothing culled, and states
-// that the encoder sets.
+// The state that all pipelines of the layer share: no vertex buffers, no culling, and dynamic
+// states that the encoder sets.
 struct CommonState {
     VkPipelineVertexInputStateCreateInfo vertexInput{
         .sType = VK_STRUCTURE_TYPE_PIPELINE_VERTEX_INPUT_STATE_CREATE_INFO};

@@ -15,12 +15,13 @@ struct GraphicsPipelineNeeds {
     std::span<const std::uint32_t> vertex, fragment; // SPIR-V
     VkPipelineLayout layout = VK_NULL_HANDLE;
     ColorAttachmentDescriptor color;
-    bool givesColor = true; // else the target stays as it is
+    bool givesColor = true; // false: the target keeps its contents
     PixelFormat depthFormat = PixelFormat::invalid;
     std::uint32_t sampleCount = 1;
     TopologyClass topology = TopologyClass::triangle;
 };
 
+// Blocks while the driver compiles. `pipeline` is set only if the result is VK_SUCCESS.
 VkResult makeGraphicsPipeline(const DeviceState& device, const GraphicsPipelineNeeds& needs,
                               VkPipeline& pipeline);
 

@@ -36,7 +36,7 @@ bool canPresent(const DeviceRecord& device, VkSurfaceKHR surface) {
     });
 }
 
-// What a call on the swapchain says about the window.
+// Notes the result of a call on the swapchain.
 void heed(LayerParts& layer, VkResult result) {
     layer.device->submissions.note(result);
     if (result == VK_ERROR_OUT_OF_DATE_KHR || result == VK_SUBOPTIMAL_KHR)
@@ -118,14 +118,14 @@ bool makeSlots(LayerParts& layer, VkExtent2D extent) {
     return count > 0;
 }
 
-// Nothing of the layer is in flight, on the GPU or on its way to the screen, afterwards.
+// Afterwards no frame of the layer is in flight, neither on the GPU nor in presentation.
 void waitForFrames(LayerParts& layer) {
     for (std::uint64_t submission : layer.submissions)
         layer.device->submissions.wait(submission);
     layer.device->submissions.waitIdle();
 }
 
-// An image that was acquired and never waited for leaves its semaphore signalled.
+// If no submission waited for an acquired image, its semaphore is still signalled.
 void renewSemaphore(LayerParts& layer, const DrawableSlot& slot) {
     if (!slot.acquireIsPending)
         return;
@@ -157,7 +157,7 @@ bool remake(LayerParts& layer) {
     }
     const VkExtent2D extent = extentFor(layer, surface);
     if (extent.width == 0 || extent.height == 0)
-        return false; // hidden: later perhaps
+        return false; // the window is hidden
     const VkSwapchainKHR made = makeSwapchain(layer, surface, extent);
     dropSlots(layer);
     vkDestroySwapchainKHR(device.handle, layer.swapchain, nullptr);

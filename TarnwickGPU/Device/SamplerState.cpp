@@ -10,7 +10,7 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// Each table is in its enumeration's order.
+// Each table is in the order of its enumeration.
 constexpr std::array addresses{
     msl::SamplerAddress::clampToEdge, msl::SamplerAddress::mirrorClampToEdge,
     msl::SamplerAddress::repeat,      msl::SamplerAddress::mirroredRepeat,
@@ -24,7 +24,7 @@ msl::SamplerAddress address(SamplerAddressMode mode) {
     return addresses[static_cast<std::size_t>(mode)];
 }
 
-// The enumerations of filters and borders are the bits' own.
+// The enumerations of filters and borders have the values of msl's.
 msl::SamplerState stateOf(const SamplerDescriptor& descriptor) {
     return {.s = address(descriptor.sAddressMode),
             .t = address(descriptor.tAddressMode),

@@ -16,7 +16,7 @@ Id four(PointBody& body, Id type, Id one) {
     return body.module.composite(type, {one, one, one, one});
 }
 
-// By the bits, since a device need not keep comparisons with NaN (Vulkan 1.3, "Precision and
+// Tests the bits, since a device need not support NaN in comparisons (Vulkan 1.3, "Precision and
 // Operation of SPIR-V Instructions").
 Id isNaN(PointBody& body, Id color) {
     Module& code = body.module;

@@ -18,13 +18,13 @@ namespace {
 
 using enum spv::Op;
 
-constexpr std::size_t mostVariables = 6; // each is a location between the stages
+constexpr std::size_t mostVariables = 6; // each needs a location between the stages
 
 bool isArithmetic(const Instruction& each) {
     const auto within = [&](spv::Op first, spv::Op last) {
         return each.op >= first && each.op <= last;
     };
-    if (each.op == OpExtInst) // not modf and frexp, which store, nor what interpolates
+    if (each.op == OpExtInst) // neither modf and frexp, which store, nor interpolation
         return each.operands[3] != GLSLstd450Modf && each.operands[3] != GLSLstd450Frexp &&
                (each.operands[3] < GLSLstd450InterpolateAtCentroid ||
                 each.operands[3] > GLSLstd450InterpolateAtOffset);
@@ -34,7 +34,7 @@ bool isArithmetic(const Instruction& each) {
            each.op == OpInBoundsAccessChain;
 }
 
-// One function's instructions, and which of them are to go.
+// The instructions of one function, and the ones to move.
 class Parting {
   public:
     explicit Parting(Module& code) : code_(code) {
@@ -64,12 +64,13 @@ class Parting {
 
     Module& code_;
     std::vector<Instruction> instructions_;
-    Words instructionWords_; // the code that they are of, once there is other
+    Words instructionWords_; // a copy of the code that they point into
     std::set<Id> inputs_, buffers_,
-        chains_;                         // pointers: to inputs, to what nobody writes, into both
-    std::set<std::size_t> constant_;     // instructions whose results are the same at each pixel
-    std::set<std::size_t> moved_;        // of these, those that main() does without
-    std::map<std::size_t, Id> crossing_; // of these, those whose results it needs: their types
+        chains_;                     // pointers to inputs, to read-only variables, and into both
+    std::set<std::size_t> constant_; // instructions with the same result at each pixel
+    std::set<std::size_t> moved_;    // of constant_: those moved out of main()
+    std::map<std::size_t, Id>
+        crossing_; // of moved_: those whose results main() reads, with their types
 };
 
 void Parting::findRoots() {
@@ -84,7 +85,7 @@ void Parting::findRoots() {
     });
 }
 
-// In the first block, which every pixel runs.
+// Only of the first block, which every pixel runs.
 void Parting::findConstants() {
     std::set<Id> results, varying; // of instructions
     for (const Instruction& each : instructions_)
@@ -124,10 +125,10 @@ bool Parting::crosses(Id type) const {
     return does;
 }
 
-// From the last to the first: what goes is used by what goes, or crosses. False where the code
-// holds what is not known.
+// From the last instruction to the first: the result of a moved instruction is used only by moved
+// ones, or it crosses. False if the code has an unknown instruction.
 bool Parting::keepUsed() {
-    std::set<Id> needed; // by what stays
+    std::set<Id> needed; // by instructions that stay in main()
     for (std::size_t at = instructions_.size(); at-- > 0;) {
         const Instruction& each = instructions_[at];
         const auto ids = idsOf(each);
@@ -153,7 +154,7 @@ bool Parting::savesLoad() const {
     });
 }
 
-// The constant instructions under other ids, in a function of their own.
+// The moved instructions with new ids, in a function of their own.
 void Parting::writeFunction(const PointConstants& constants) {
     const Id nothing = code_.type(OpTypeVoid, {});
     Words words;

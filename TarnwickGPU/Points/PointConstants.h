@@ -1,5 +1,5 @@
-// What a fragment function works out anew at every pixel of a point, though it is the same at all
-// of them: what follows from the vertex function's outputs and from read-only buffers alone.
+// Finds the values of a fragment function that are the same at every pixel of a point: those
+// computed only from the vertex function's outputs and from read-only buffers.
 #pragma once
 
 #include "TarnwickSpirv/Module.h"
@@ -10,13 +10,12 @@
 namespace tarnwick::gpu {
 
 struct PointConstants {
-    spirv::Id function = 0; // works them out, once the inputs are there
-    std::vector<spirv::Id>
-        variables; // private ones of the module: what it leaves there main() reads
+    spirv::Id function = 0;           // computes them from the inputs
+    std::vector<spirv::Id> variables; // private; `function` stores them, main() reads them
 };
 
-// Parts a fragment function in two. Nothing, and the code as it was, where that saves no load, or
-// where more would pass from the one to the other than a few inputs.
+// Splits a fragment function in two. Nothing, and the code unchanged, if that saves no load or
+// needs more than 6 variables.
 std::optional<PointConstants> partConstants(spirv::Module& fragment);
 
 } // namespace tarnwick::gpu

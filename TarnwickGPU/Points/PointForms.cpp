@@ -16,8 +16,8 @@ using namespace spirv;
 namespace {
 
 constexpr std::uint32_t cornersAPoint = 6;
-// By corner, bit n for corner n: whether it is at the right, and whether at the bottom. Both
-// triangles are clockwise, so that they face front as points do.
+// Bit n is for corner n: whether it is at the right, and whether at the bottom. Both triangles are
+// clockwise, so that they face front as points do.
 constexpr std::uint32_t rightCorners = 0b110010, lowerCorners = 0b101100;
 
 Id all(PointBody& body, Id lanes) {
@@ -37,8 +37,8 @@ Id spread(PointBody& body, Id value) {
     return body.emit(spv::Op::OpCompositeConstruct, body.numbers2, {value, value});
 }
 
-// A multiple of what the device's own points are rounded to: all have 4 bits at least behind the
-// point, and usually 8 (Vulkan 1.3, 33.1, subPixelPrecisionBits). `by` scales it before.
+// Rounds to 1/256 pixel, as devices usually round their own points; at least they have 4 fractional
+// bits (Vulkan 1.3, 33.1, subPixelPrecisionBits). `by` is multiplied before.
 Id snapped(PointBody& body, GLSLstd450 rounding, Id type, Id value, float by) {
     constexpr float steps = 256;
     auto times = [&](Id number, float factor) {
@@ -48,7 +48,7 @@ Id snapped(PointBody& body, GLSLstd450 rounding, Id type, Id value, float by) {
     return times(body.extended(rounding, type, {times(value, by * steps)}), 1 / steps);
 }
 
-// Finite, and neither behind the eye nor beyond the near and far planes. NaNs fail each comparison.
+// Finite, in front of the eye and between the near and far planes. NaN fails each comparison.
 Id isBeforeTheEye(PointBody& body, const PointSquare& square, Id rawSize) {
     const Id z = body.part(square.position, body.number, 2);
     const Id w = body.part(square.position, body.number, 3);
@@ -73,14 +73,14 @@ Id isAmongSizes(PointBody& body, const PointRecordVariable& record, Id size) {
                                {size, body.part(sizes, body.number, 1)}));
 }
 
-// A place that every device clips away.
+// A place that every device clips.
 Id nowhere(PointBody& body) {
     Module& code = body.module;
     return code.composite(body.numbers4, {code.constant(0.0f), code.constant(0.0f),
                                           code.constant(2.0f), code.constant(1.0f)});
 }
 
-// The function's position with another place in x and y, or nowhere.
+// The function's position with other x and y, or a clipped one.
 void storePosition(PointBody& body, Id variable, const PointSquare& square, Id isDrawn, Id xy) {
     const Id moved =
         body.emit(spv::Op::OpVectorShuffle, body.numbers4, {xy, square.position, 0, 1, 4, 5});
@@ -93,7 +93,7 @@ struct VertexOutputs {
     std::optional<Id> size;
 };
 
-// The device's points are never smaller than a pixel: a smaller one that covers a pixel's centre is
+// A device draws no points smaller than a pixel. A smaller one that covers a pixel's centre is
 // drawn as one pixel, and the fragment function's coordinates are stretched.
 void endPoints(PointBody& body, VertexOutputs outputs, std::uint32_t location) {
     Module& code = body.module;
@@ -150,7 +150,7 @@ void endQuads(PointBody& body, VertexOutputs outputs, std::uint32_t location, Id
     body.store(coordinates, at);
 }
 
-// A point's number from a corner's, in the built-in's place. Returns the corner's.
+// Stores the point's number in the built-in's variable. Returns the corner's number.
 std::optional<Id> divideIndex(PointBody& body, spv::BuiltIn builtIn, std::uint32_t divisor) {
     Module& code = body.module;
     const std::optional<Id> seen = spirv::builtIn(code, builtIn);
@@ -171,7 +171,7 @@ std::optional<Id> divideIndex(PointBody& body, spv::BuiltIn builtIn, std::uint32
 Id cornerOf(PointBody& body) {
     if (const auto corner = divideIndex(body, spv::BuiltIn::VertexIndex, cornersAPoint))
         return *corner;
-    Module& code = body.module; // the function does not ask for its number
+    Module& code = body.module; // the function does not read its number
     const Id given = code.variable(spv::StorageClass::Input, body.word);
     code.decorate(given, spv::Decoration::BuiltIn,
                   {static_cast<std::uint32_t>(spv::BuiltIn::VertexIndex)});
@@ -206,7 +206,7 @@ std::uint32_t freeLocation(const msl::EntryPoint& vertex, const msl::EntryPoint&
     return free;
 }
 
-// What a vertex function's module holds of a fragment function.
+// The parts of a fragment function that are linked into the vertex function's module.
 struct LinkedConstants {
     Id function = 0;
     std::vector<Id> variables;
@@ -235,7 +235,7 @@ std::optional<LinkedConstants> linkConstants(Module& vertex, const msl::EntryPoi
     return linked;
 }
 
-// Behind the vertex function: the fragment function's constants, as outputs.
+// After the vertex function: outputs the fragment function's constants.
 void passConstants(PointBody& body, const PointPair& pair) {
     Module& code = body.module;
     const auto outputs = locations(code, spv::StorageClass::Output);

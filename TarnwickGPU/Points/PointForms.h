@@ -1,12 +1,12 @@
 // The forms of functions that draw points.
 //
-// Vulkan leaves open how large its own points can be, what becomes of sizes below 1, and whether a
-// point whose centre lies outside of the picture shows what of it lies inside (Vulkan 1.3, 27.8 and
-// 28.10). So vertex and fragment functions of points get code of the layer's around them, in one
-// of two forms:
+// In Vulkan the device decides the maximum size of points, the drawing of sizes below 1, and
+// whether a point shows if its centre is outside of the picture (Vulkan 1.3, 27.8 and 28.10). In
+// Metal all three are fixed. So the layer adds code around the vertex and fragment functions of
+// points, in one of two forms:
 //
-// - points: the device's own. What it would draw differently is kept from it or corrected.
-// - quads: two triangles a point, from six vertices of the draw.
+// - points: the device's own, with sizes and places corrected.
+// - quads: two triangles per point, from six vertices of the draw.
 #pragma once
 
 #include "TarnwickGPU/Points/PointRecord.h"
@@ -21,39 +21,41 @@ enum class PointForm : std::uint8_t { points, quads };
 
 inline constexpr float largestPoint = 511; // pixels, as in Metal
 
-// How a pair of functions is drawn.
+// The functions of a pipeline of points.
 struct PointPair {
     const msl::EntryPoint& vertex;
     const msl::EntryPoint& fragment;
-    // The first of the locations that neither uses.
+    // The first location that neither function uses.
     std::uint32_t location = 0;
-    // Whether the vertex function also works out what is the same all over a point
-    // (PointConstants.h); it then sees the fragment function's resources.
+    // Whether the vertex form also computes the fragment function's constants (PointConstants.h);
+    // then it needs the fragment function's resources.
     bool passesConstants = false;
-    // Whether the points add up: what they add is then kept finite (PointColors.h).
+    // Whether the points add up; their colours are then made finite (PointColors.h).
     bool addsUp = false;
 };
 
-// Whether the function gives its position as the layer's compiler lets it: forms are for these.
+// Whether the function stores its position as the layer's compiler writes it, so that it can have
+// forms.
 bool takesPointForms(const msl::EntryPoint& vertex);
 PointPair pointPair(const msl::EntryPoint& vertex, const msl::EntryPoint& fragment);
 
+// SPIR-V.
 Words vertexForm(const PointPair& pair, PointForm form);
 Words fragmentForm(const PointPair& pair, PointForm form);
 
-// Where a point's square lies, as the code behind a vertex function works it out.
+// Values of a point's square, computed after the vertex function.
 struct PointSquare {
     Id position; // the function's own
     Id place;    // in clip space, divided by w
-    Id size;     // pixels, at most largestPoint
-    Id width;    // the size, rounded as the device's own points' are
+    Id size;     // pixels, [0, largestPoint]
+    Id width;    // the size, rounded as the device rounds its own points
     Id lower;    // its upper left corner, in pixels
     Id first;    // the first whole pixel in it
-    Id covers;   // a pixel's centre lies in it
-    Id isDrawn;  // finite, in reach and not behind a plane
+    Id covers;   // whether the centre of a pixel is inside
+    Id isDrawn;  // whether it is finite, within PointRecord::reach and between the planes
 };
 
-// `size` is none where the function gives no size: then it is 1, as in Metal.
+// Default of `size`: 1, as in Metal.
 PointSquare pointSquare(PointBody& body, const PointRecordVariable& record, Id position,
                         std::optional<Id> size);
 

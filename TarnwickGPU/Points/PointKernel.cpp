@@ -19,7 +19,7 @@ namespace {
 constexpr std::uint32_t wordsOfADraw = 4, instancesOfADraw = 1; // VkDrawIndirectCommand's
 constexpr std::uint32_t deviceScope = 1, relaxed = 0;           // SPIR-V 1.6, 3.27 and 3.25
 
-// What any of its target's values can be added to without its becoming more than infinite.
+// Twice the range of halves: adding such a colour to any finite half still overflows to infinity.
 constexpr float mostColor = 131072;
 
 bool hasOnly(const Module& code, std::initializer_list<spv::BuiltIn> allowed) {
@@ -48,7 +48,7 @@ std::optional<Id> takeBuiltIn(Module& code, spv::BuiltIn builtIn) {
     return variable;
 }
 
-// The vertex function as a part of a kernel.
+// The vertex function inside the kernel.
 struct VertexPart {
     Id function = 0, position = 0;
     std::optional<Id> size, vertex, base;
@@ -76,16 +76,17 @@ std::optional<VertexPart> vertexPart(Module& code) {
     return part;
 }
 
-// The fragment function as a part of a kernel, by the ids that it has there.
+// The fragment function inside the kernel, by its ids there.
 struct FragmentPart {
     Id function = 0, color = 0, discarded = 0;
-    std::optional<Id> constants; // the function that works out what is the same at each pixel
+    std::optional<Id> constants; // computes the values that are the same at each pixel
     std::optional<Id> coordinates, position;
     std::map<std::uint32_t, Id> inputs;
 };
 
-// Interpolation is the raster's. And the packaged CPU driver ends an invocation silently after
-// 65,535 rounds of all its loops, which 16 pixels' would share.
+// Kernels have no interpolation. Loops are excluded since the packaged CPU driver ends an
+// invocation silently after 65,535 iterations of all its loops, which the pixels of a point would
+// share.
 bool interpolatesOrLoops(const Module& code) {
     bool does = false;
     eachInstruction(code.functions, [&](const Instruction& each) {
@@ -97,7 +98,7 @@ bool interpolatesOrLoops(const Module& code) {
     return does;
 }
 
-// A kernel has nothing to discard: it keeps in mind that nothing is to be added.
+// Instead of discarding the pixel, the kernel stores that it adds nothing.
 Id noteDiscards(Module& code) {
     const Id boolean = code.type(spv::Op::OpTypeBool, {});
     const Id discarded = code.variable(spv::StorageClass::Private, boolean);
@@ -212,7 +213,7 @@ void Kernel::noteBlock(Id index, const PointSquare& square) {
     noteDraw(sum(sum(list, block), word(firstBlockDraw)));
 }
 
-// What the vertex function gave is what the fragment function takes: the same at every pixel.
+// The vertex function's outputs are the fragment function's inputs, the same at every pixel.
 void Kernel::handOver() {
     for (const auto& [location, input] : fragment_->inputs) {
         const auto output = vertex_.outputs.find(location);
@@ -261,7 +262,7 @@ Id Kernel::factor(BlendFactor factor, Id alpha) {
     return body_.emit(spv::Op::OpFSub, body_.number, {code_.constant(1.0f), alpha});
 }
 
-// Adds the fragment's colour, unless it is nothing.
+// Adds the fragment's colour unless it is zero or the pixel was discarded.
 void Kernel::addToSums(Id x, Id y) {
     const Id color = finiteColor(body_, current(fragment_->color, body_.numbers4));
     const Id rgb = factor(needs_.color.sourceRGB, lane(color, 3));
@@ -300,7 +301,7 @@ void Kernel::addToSums(Id x, Id y) {
     body_.begin(done);
 }
 
-// One loop over the pixels of the square that lie within the scissor.
+// One loop over the pixels of the square inside the scissor.
 void Kernel::splat(const PointSquare& square) {
     const Id pair = body_.numbers2;
     const Id middle = code_.constant(0.5f);

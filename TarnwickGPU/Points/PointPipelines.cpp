@@ -25,7 +25,7 @@ bool stores(const msl::EntryPoint& function) {
         });
 }
 
-// Whether the picture is the same in whatever order the points come.
+// Whether the picture does not depend on the order of the points.
 bool isSum(const RenderPipelineDescriptor& descriptor) {
     const ColorAttachmentDescriptor& color = descriptor.color;
     return color.blends && color.destinationRGB == BlendFactor::one &&
@@ -50,7 +50,8 @@ VkResult makeForm(const DeviceState& device, const RenderPipelineDescriptor& des
         pipeline);
 }
 
-// Where the vertex function may not see the fragment function's resources too, it does without.
+// If the device's limits do not let the vertex stage see the fragment function's resources too, the
+// pair passes no constants.
 std::optional<BindingLayout> layoutOf(DeviceState& device, const Functions& functions,
                                       PointPair& pair) {
     BindingNeeds needs{.functions = functions,
@@ -85,7 +86,7 @@ VkResult makeKernel(const DeviceState& device, const Words& words, PipelineWithL
                                     &kernel.pipeline);
 }
 
-// Leaves `kernel` empty where the functions do what kernels cannot.
+// Leaves `kernel` empty if the functions have instructions that kernels do not support.
 VkResult makeKernel(DeviceState& device, const RenderPipelineDescriptor& descriptor,
                     const Functions& functions, bool splats, PipelineWithLayout& kernel) {
     const std::span<const msl::EntryPoint* const> bound(functions.data(), splats ? 2 : 1);
@@ -130,13 +131,13 @@ VkResult makeSums(DeviceState& device, const RenderPipelineDescriptor& descripto
                                 points.sums.pipeline);
 }
 
-// Sums keep every bit that a target of halves could show.
+// Sums are precise enough only for a target of halves.
 bool canSplat(const DeviceRecord& device, const RenderPipelineDescriptor& descriptor) {
     return device.points.splats && descriptor.color.format == PixelFormat::rgba16Float &&
            !stores(descriptor.fragment->entryPoint());
 }
 
-// Finds out the way of a pipeline whose vertex function takes the layer's code.
+// Makes the kernels and chooses the way `sorted` if the points add up and kernels can draw them.
 VkResult makeSorting(DeviceState& device, const RenderPipelineDescriptor& descriptor,
                      const Functions& functions, PointPipelines& points) {
     if (descriptor.sampleCount > 1 || !isSum(descriptor) || stores(*functions[0]))

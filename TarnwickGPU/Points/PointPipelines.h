@@ -1,4 +1,4 @@
-// The pipelines that a render pipeline of points is made of.
+// The pipelines of a render pipeline that draws points.
 #pragma once
 
 #include "TarnwickGPU/Device/BindingLayout.h"
@@ -14,11 +14,11 @@ struct DeviceState;
 struct RenderPipelineDescriptor;
 
 enum class PointWay : std::uint8_t {
-    asGiven, // no points, or a vertex function that the layer adds nothing to
-    points,  // the device's own
-    quads,   // two triangles a point
-    sorted   // a kernel finds out which of both each block of points needs: for sums, which come
-             // out alike in any order
+    asGiven, // no points, or a vertex function without forms
+    points,  // as the device's own points
+    quads,   // as two triangles per point
+    sorted   // a kernel decides for each block of points; only for colours that add up, since the
+             // order of the points changes
 };
 
 struct PointPipelines {
@@ -32,7 +32,7 @@ struct PointPipelines {
     void bury(Graveyard& graveyard);
 };
 
-// The indices in CommandBufferParts::ownBuffers of the kernels' buffers.
+// The kernels' buffers: their indices in CommandBufferParts::ownBuffers.
 inline constexpr std::size_t drawsBuffer = 0, sumsBuffer = 1;
 
 // Makes the pipeline that draws points (quads if the way is `quads`), and those beside it. On an

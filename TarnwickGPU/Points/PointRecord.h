@@ -1,4 +1,4 @@
-// What the layer tells its own code around a point's functions: the push constants of every form.
+// The push constants of the layer's code around the functions of points, in every form.
 #pragma once
 
 #include "TarnwickGPU/Points/PointBody.h"
@@ -10,24 +10,25 @@ namespace tarnwick::gpu {
 
 using Pair = std::array<float, 2>; // x and y
 
-// Pixels are counted from the target's upper left.
+// Pixels are counted from the upper left of the target.
 struct PointRecord {
-    Pair half{};   // pixels that 1 in clip space is, to the right and (negative) down
-    Pair centre{}; // where clip space's 0 lies, in pixels
-    Pair reach{};  // how far from 0 in clip space a centre may lie and still show
-    Pair scale{1, 1};
-    Pair sizes{};    // draws points of sizes above the first, up to the second; a kernel adds those
-                     // up to the first itself, and notes those above the second as quads
-    Pair depth{};    // of the viewport: at the near plane, and from there to the far plane
-    Pair from{};     // first pixel that may be drawn to
-    Pair to{};       // and the end of them
-    Pair rounding{}; // sums are whole numbers: of colours times the first; the second undoes it
+    Pair half{};      // pixels of 1 in clip space; y is negative
+    Pair centre{};    // the pixel of 0 in clip space
+    Pair reach{};     // the maximum distance of a visible point's centre from 0 in clip space
+    Pair scale{1, 1}; // of the position, for a viewport with a margin
+    // Draws points of sizes in (sizes[0], sizes[1]]. A kernel adds those up to sizes[0] itself and
+    // enables quads for those above sizes[1].
+    Pair sizes{};
+    Pair depth{};    // of the viewport: znear and zfar - znear
+    Pair from{};     // the first pixel of the scissor
+    Pair to{};       // its end, exclusive
+    Pair rounding{}; // sums are integers: colours times rounding[0]; rounding[1] is its inverse
     std::uint32_t firstVertex = 0;
     std::uint32_t count = 0;     // of points
     std::uint32_t rowPixels = 0; // of the sums' rows
 };
 
-// In the record's order, as the shaders see it.
+// In the order of the record.
 enum class PointMember : std::uint32_t {
     half,
     centre,
@@ -43,7 +44,7 @@ enum class PointMember : std::uint32_t {
     rowPixels
 };
 
-// The record's variable in a module, made once; and its values.
+// The record as a variable of a module, and its values.
 class PointRecordVariable {
   public:
     explicit PointRecordVariable(spirv::Module& code);

@@ -23,8 +23,8 @@ constexpr std::array<Wish, 3> wishes{{
     {reachable, VK_MEMORY_PROPERTY_HOST_CACHED_BIT},  // readBack
 }};
 
-// The fitting type with most of the preferred properties; the first of equals, since drivers order
-// their types by speed (Vulkan 1.3, 11.2.1).
+// The type with all required and most of the preferred properties. The first of equals, since
+// drivers order their types by speed (Vulkan 1.3, 11.2.1).
 std::optional<std::uint32_t> memoryType(const DeviceRecord& device,
                                         const VkMemoryRequirements& needs, Wish wish) {
     std::optional<std::uint32_t> best;

@@ -1,5 +1,5 @@
-// Vulkan buffers and images with the memory that they lie in. One allocation each: the layer's
-// objects are few and large.
+// Vulkan buffers and images with their memory. One allocation each: the layer's objects are few and
+// large.
 #pragma once
 
 #include "TarnwickGPU/Vulkan/DeviceRecord.h"
@@ -16,31 +16,32 @@ class Graveyard;
 
 enum class MemoryUse : std::uint8_t {
     gpuOnly,
-    upload,  // written by the CPU, read by the GPU: near the GPU where the CPU can reach that
-    readBack // read by the CPU: cached where the device has such memory
+    upload,  // written by the CPU, read by the GPU: in the GPU's memory if the CPU can map it
+    readBack // read by the CPU: cached if the device has such memory
 };
 
 struct BufferMemory {
     VkBuffer buffer = VK_NULL_HANDLE;
     VkDeviceMemory memory = VK_NULL_HANDLE;
-    std::byte* bytes = nullptr; // as the CPU sees them, coherent; null for gpuOnly
+    std::byte* bytes = nullptr; // mapped and coherent; null for gpuOnly
     VkDeviceSize size = 0;
 };
 
-// What every buffer of the layer may be used as.
+// The usage of every buffer of the layer.
 inline constexpr VkBufferUsageFlags anyBufferUsage =
     VK_BUFFER_USAGE_UNIFORM_BUFFER_BIT | VK_BUFFER_USAGE_STORAGE_BUFFER_BIT |
     VK_BUFFER_USAGE_INDIRECT_BUFFER_BIT | VK_BUFFER_USAGE_TRANSFER_SRC_BIT |
     VK_BUFFER_USAGE_TRANSFER_DST_BIT;
 
-// Nothing when memory is out or the device does not take that size. The bytes are undefined.
+// Nothing when memory is out or the device does not support the size. The bytes are undefined.
 std::optional<BufferMemory> makeBufferMemory(const DeviceRecord& device, VkDeviceSize size,
                                              MemoryUse use);
 
-// Gives `image` memory of its own; null when it is out. The CPU may map what is not gpuOnly.
+// Binds memory of its own to `image`; null when memory is out. Memory that is not gpuOnly can be
+// mapped.
 VkDeviceMemory makeImageMemory(const DeviceRecord& device, VkImage image, MemoryUse use);
 
-// Hands the buffer to the graveyard and forgets it.
+// Hands the buffer to the graveyard and clears the record.
 void bury(Graveyard& graveyard, BufferMemory& memory);
 
 } // namespace tarnwick::gpu

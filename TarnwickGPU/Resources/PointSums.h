@@ -1,5 +1,5 @@
-// The sums of a target's pixels, for points that a kernel adds. One for a device: command buffers
-// leave it as they found it, full of zeros.
+// The buffer of sums, four numbers per pixel of a target, to which a kernel adds points. All
+// command buffers of a device share it, since each sets it to zero again.
 #pragma once
 
 #include "TarnwickGPU/Resources/Memory.h"
@@ -9,7 +9,7 @@
 
 namespace tarnwick::gpu {
 
-// Lives for as long as a command buffer may use it.
+// Kept alive by the command buffers that use it.
 struct PointSums {
     PointSums(Graveyard& yard, const BufferMemory& made) : graveyard(yard), memory(made) {}
     ~PointSums() { bury(graveyard, memory); }
@@ -25,7 +25,8 @@ class PointSumsKeeper {
     PointSumsKeeper(const DeviceRecord& device, Graveyard& graveyard)
         : device_(device), graveyard_(graveyard) {}
 
-    // Sums of at least `bytes`; null when memory is out or a shader cannot see so much. Any thread.
+    // At least `bytes` long, zero. Null when memory is out or a descriptor cannot show the length.
+    // Any thread.
     std::shared_ptr<PointSums> sums(VkDeviceSize bytes);
     void stop() { sums_.reset(); }
 

@@ -9,7 +9,7 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// Each table is in its enumeration's order.
+// Each table is in the order of its enumeration.
 constexpr std::array addresses{
     VK_SAMPLER_ADDRESS_MODE_CLAMP_TO_BORDER, // clampToZero, with the border transparent black
     VK_SAMPLER_ADDRESS_MODE_CLAMP_TO_EDGE,       VK_SAMPLER_ADDRESS_MODE_REPEAT,
@@ -41,8 +41,8 @@ VkSamplerCreateInfo samplerInfo(const msl::SamplerState& state, const DeviceReco
                               state.t == msl::SamplerAddress::clampToZero ||
                               state.r == msl::SamplerAddress::clampToZero;
     const bool hasMips = state.mip != msl::SamplerMipFilter::none;
-    // The packaged CPU driver's compiler crashes on anisotropic samplers where there are no
-    // neighbours.
+    // The compiler of the packaged CPU driver crashes on anisotropic samplers in kernels, which
+    // have no derivatives.
     const bool isAnisotropic = device.features.anisotropy && !device.info.isCPU;
     const float anisotropy =
         std::min(static_cast<float>(state.maxAnisotropy), device.limits.maxSamplerAnisotropy);
@@ -60,8 +60,8 @@ VkSamplerCreateInfo samplerInfo(const msl::SamplerState& state, const DeviceReco
             .maxAnisotropy = anisotropy,
             .compareEnable = state.compares,
             .compareOp = entry(compares, state.compare),
-            // Without mips, level 0 alone is read; a quarter still lets the minifying filter
-            // have its turn (Vulkan 1.3, the note in 13).
+            // Without mips only level 0 is read. With 0.25 the minifying filter is still used
+            // (Vulkan 1.3, the note in 13).
             .minLod = hasMips ? lodMin : 0.0f,
             .maxLod = hasMips ? std::max(state.lodMax, lodMin) : 0.25f,
             .borderColor = clampsToZero ? VK_BORDER_COLOR_FLOAT_TRANSPARENT_BLACK
@@ -74,7 +74,7 @@ VkSampler Samplers::sampler(std::uint64_t bits) {
     std::lock_guard lock(mutex_);
     if (auto found = samplers_.find(bits); found != samplers_.end())
         return found->second;
-    // A sampler argument that nothing binds samples as a default constexpr sampler does.
+    // A sampler argument that is not bound samples as a default constexpr sampler does.
     msl::SamplerState state = msl::unpackSampler(bits);
     if (bits & msl::samplerArgumentBit)
         state = {.compares = state.compares};

@@ -1,4 +1,4 @@
-// The Vulkan samplers of a device, one for each sampler state that a program names.
+// The Vulkan samplers of a device, one for each state in use.
 #pragma once
 
 #include "TarnwickGPU/Vulkan/DeviceRecord.h"
@@ -12,7 +12,7 @@
 
 namespace tarnwick::gpu {
 
-// The two samplers that one state is: Vulkan's compare always or never.
+// The two Vulkan samplers of one sampler state, since a Vulkan sampler compares always or never.
 struct SamplerParts {
     std::shared_ptr<const void> keepsAlive; // the device, which owns the samplers
     VkSampler plain = VK_NULL_HANDLE, comparing = VK_NULL_HANDLE;
@@ -22,8 +22,8 @@ class Samplers {
   public:
     explicit Samplers(const DeviceRecord& device) : device_(device) {}
 
-    // The sampler of TarnwickMSL/SamplerBits.h's bits; it lives as long as the device. Null when
-    // the device has no more. Any thread.
+    // The sampler of the bits of TarnwickMSL/SamplerBits.h; it lives as long as the device. Null if
+    // the device does not support it or has no more samplers. Any thread.
     VkSampler sampler(std::uint64_t bits);
     void stop(); // the GPU is idle
 

@@ -9,7 +9,7 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// In the order of msl::TextureShape, from d1 on.
+// In the order of msl::TextureShape from d1 on.
 constexpr std::array types{
     TextureType::type1D,      TextureType::type1DArray,       TextureType::type2D,
     TextureType::type2DArray, TextureType::type2DMultisample, TextureType::type2DMultisampleArray,
@@ -19,7 +19,7 @@ TextureType typeOf(msl::TextureShape shape) {
     return types[static_cast<std::size_t>(shape) - static_cast<std::size_t>(msl::TextureShape::d1)];
 }
 
-// Of four components: one that a format lacks is read as 1 where it is the last.
+// With four components, since a missing fourth component reads as 1.
 PixelFormat formatOf(const msl::Resource& resource) {
     if (resource.isDepth)
         return PixelFormat::depth32Float;

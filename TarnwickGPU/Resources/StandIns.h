@@ -1,4 +1,5 @@
-// What is bound where nobody bound anything that fits: zeros to read, and a place to write to.
+// The resources that are bound in place of missing or unsuitable ones: zeros to read, and memory to
+// store to.
 #pragma once
 
 #include "TarnwickGPU/Resources/Memory.h"
@@ -12,7 +13,7 @@ namespace tarnwick::gpu {
 class Transfers;
 struct TextureParts;
 
-// Bytes of a stand-in for a buffer: as much as a uniform buffer can show anywhere.
+// Bytes of a stand-in for a buffer: the maximum size of a uniform buffer on every device.
 inline constexpr VkDeviceSize standInBytes = 65536;
 
 class StandIns {
@@ -22,8 +23,8 @@ class StandIns {
     bool start(); // false when memory is out
     void stop();  // the GPU is idle
 
-    // One texel of the resource's shape and component, zero where nothing was stored into it. Made
-    // when a pipeline first asks; null when memory is out. Any thread.
+    // One texel of the resource's shape and component, zero unless a shader stored to it. Made when
+    // a pipeline first needs it; null when memory is out. Any thread.
     const TextureParts* texture(const msl::Resource& resource);
 
     BufferMemory zeros, scratch;

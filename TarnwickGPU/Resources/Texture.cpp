@@ -2,6 +2,7 @@
 #include "TarnwickGPU/Resources.h"
 #include "TarnwickGPU/Resources/TextureParts.h"
 #include "TarnwickGPU/Resources/Transfers.h"
+#include "TarnwickGPU/Resources/ValueTexts.h"
 
 #include <algorithm>
 #include <cstring>
@@ -10,7 +11,7 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// Pixels at a place in memory.
+// Pixels in the CPU's memory.
 template <typename Byte> struct Pixels {
     Byte* bytes;
     std::size_t bytesPerRow, bytesPerImage;
@@ -26,13 +27,13 @@ struct Block {
     }
 };
 
-// The part of a texture that a call names.
+// The part of a texture that a call reads or writes.
 struct Part {
     Region region;
     std::uint32_t level = 0, slice = 0;
 };
 
-bool liesWithin(const TextureDescriptor& descriptor, const Part& part) {
+bool isWithin(const TextureDescriptor& descriptor, const Part& part) {
     const Region& region = part.region;
     auto extent = [&](std::uint32_t first) { return std::max(first >> part.level, 1u); };
     return part.level < descriptor.mipLevels && part.slice < slices(descriptor) &&
@@ -44,13 +45,15 @@ bool liesWithin(const TextureDescriptor& descriptor, const Part& part) {
 Block blockOf(const TextureParts& parts, const Part& part) {
     const TextureDescriptor& descriptor = parts.image.descriptor;
     precondition(descriptor.storage == StorageMode::shared && descriptor.sampleCount == 1,
-                 "The CPU reaches shared textures of one sample only.");
-    precondition(liesWithin(descriptor, part), "A region lies within its texture.");
+                 "a texture that the CPU reads or writes is shared and has one sample", "shared",
+                 descriptor.storage == StorageMode::shared, "samples", descriptor.sampleCount);
+    precondition(isWithin(descriptor, part), "a region is within its texture", "region",
+                 part.region, "level", part.level, "slice", part.slice, "texture", descriptor);
     return {part.region.width * bytesPerPixel(descriptor.format), part.region.height,
             part.region.depth};
 }
 
-// A region of a texture that the CPU sees; such a texture has one image.
+// A region of a texture in the CPU's memory; such a texture has one slice and one level.
 Pixels<std::byte> mappedPixels(const TextureParts& parts, const Region& region) {
     return {parts.bytes + region.y * parts.bytesPerRow +
                 region.x * bytesPerPixel(parts.image.descriptor.format),

@@ -94,8 +94,8 @@ VkImageCreateInfo linear(VkImageCreateInfo info) {
     return info;
 }
 
-// A CPU driver draws into rows of ordinary memory anyway, so the CPU may as well look at them.
-// Elsewhere such images are slow to draw into and to sample, and staging memory serves.
+// A CPU driver draws into rows of ordinary memory, so the CPU can map them at no cost. On GPUs
+// linear images are slow to draw into and to sample, so staging memory is used.
 bool canBeMapped(const DeviceRecord& device, const TextureDescriptor& descriptor,
                  const VkImageCreateInfo& info) {
     return device.info.isCPU && descriptor.storage == StorageMode::shared &&
@@ -116,8 +116,8 @@ bool map(TextureParts& parts) {
     return true;
 }
 
-// A fresh image has neither contents nor layout, and the packaged CPU driver crashes on sampling
-// one. So every texture starts as zeros, at rest.
+// A new image has neither contents nor a layout, and the packaged CPU driver crashes if it is
+// sampled. So every texture is zero and at rest from the start.
 bool clear(TextureParts& parts) {
     if (parts.bytes) {
         std::memset(parts.bytes, 0, parts.bytesPerRow * parts.image.descriptor.height);

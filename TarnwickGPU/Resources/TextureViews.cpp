@@ -11,7 +11,7 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// In the enumeration's order.
+// In the order of the enumeration.
 // clang-format off
 constexpr std::array<TypeRow, 9> rows{{
     {TextureType::type2D,                 VK_IMAGE_TYPE_2D, VK_IMAGE_VIEW_TYPE_2D},
@@ -34,8 +34,8 @@ constexpr bool rowsAreInOrder() {
 }
 static_assert(rowsAreInOrder());
 
-// The types of textures that an argument of a shader's shape takes. A cube's single texels are
-// seen as a 2D array's.
+// Whether an argument of a shader's shape accepts a texture of the type. A shader reads single
+// texels of a cube as those of a 2D array.
 bool takes(msl::TextureShape shape, TextureType type) {
     switch (shape) {
     case msl::TextureShape::none:

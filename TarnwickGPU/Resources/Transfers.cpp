@@ -11,9 +11,10 @@ namespace tarnwick::gpu {
 namespace {
 
 constexpr VkDeviceSize leastStaging = 65536;
-constexpr std::size_t mostSlots = 32; // in flight, of which each may have staging memory
+constexpr std::size_t mostSlots = 32; // jobs in flight
 
-// Everything before or after the job on the queue, and the CPU's view of staging memory.
+// A barrier between the job and the commands before or after it, and the CPU's reads of staging
+// memory.
 void waitForAll(VkCommandBuffer commands, VkPipelineStageFlags2 before,
                 VkPipelineStageFlags2 after) {
     const VkMemoryBarrier2 barrier{.sType = VK_STRUCTURE_TYPE_MEMORY_BARRIER_2,
@@ -59,7 +60,7 @@ Transfers::Slot* Transfers::freeSlot() {
     return &slots_.emplace_back(made);
 }
 
-// `slot` is a free one; none where memory is out.
+// `slot` is free, or null when memory is out.
 std::optional<std::uint64_t> Transfers::submit(const Record& record, Slot* slot) {
     const VkCommandBufferBeginInfo begin{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_BEGIN_INFO,
                                          .flags = VK_COMMAND_BUFFER_USAGE_ONE_TIME_SUBMIT_BIT};

@@ -1,5 +1,5 @@
-// Small jobs of the layer's own on the GPU: first contents, uploads and read-backs, each submitted
-// at once. Any thread; one job at a time.
+// Small jobs of the layer itself on the GPU: clearing, uploads and read-backs. Each is submitted at
+// once. Any thread; one job at a time.
 #pragma once
 
 #include "TarnwickGPU/Resources/Memory.h"
@@ -26,11 +26,12 @@ class Transfers {
     Transfers(const DeviceRecord& device, Submissions& submissions, Graveyard& graveyard)
         : device_(device), submissions_(submissions), graveyard_(graveyard) {}
 
-    // Later submissions see what the job wrote. False when memory is out or the device is lost.
+    // Later submissions see the job's stores. False when memory is out or the device is lost.
     bool run(const Record& record);
 
-    // `fill` writes `size` bytes of staging memory, from which the job copies. A small upload does
-    // not wait for the GPU while few are in flight: each has memory of its own.
+    // `fill` writes `size` bytes of staging memory, from which the job copies. An upload of up to
+    // 64 KiB has staging memory of its own and does not wait for the GPU while fewer than 32 jobs
+    // are in flight. Larger ones wait for the last copy.
     bool upload(VkDeviceSize size, const Bytes& fill, const RecordStaged& record);
     // The job copies `size` bytes into staging memory, which `take` reads. Blocks for the GPU.
     bool readBack(VkDeviceSize size, const RecordStaged& record, const Bytes& take);
@@ -41,7 +42,7 @@ class Transfers {
     struct Slot {
         VkCommandBuffer commands = VK_NULL_HANDLE;
         std::uint64_t submission = 0;
-        BufferMemory staging; // of smallUpload bytes, once it was needed
+        BufferMemory staging; // smallUpload bytes, made when first needed
     };
 
     static constexpr VkDeviceSize smallUpload = 65536;

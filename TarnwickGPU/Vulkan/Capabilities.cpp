@@ -97,7 +97,7 @@ constexpr std::array rows{
         [](const Asked& a) { return a.core(&Core::sampleRateShading); }},
     Row{Capability::ClipDistance, "clip_distance",
         [](const Asked& a) { return a.core(&Core::shaderClipDistance); }},
-    // The packaged CPU driver does not tell of it, but reads all formats (Instance.cpp).
+    // The packaged CPU driver does not report the feature, but reads all formats (Instance.cpp).
     Row{Capability::StorageImageReadWithoutFormat, "textures that are read and written",
         [](const Asked& a) { return a.isCPU || a.core(&Core::shaderStorageImageReadWithoutFormat); }},
     Row{Capability::StorageImageWriteWithoutFormat, "textures that are written",

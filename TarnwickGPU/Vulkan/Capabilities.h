@@ -1,4 +1,4 @@
-// What a module asks of a device, against what the device has.
+// Compares the capabilities that a SPIR-V module declares with those of a device.
 #pragma once
 
 #include "TarnwickGPU/Vulkan/FeatureChain.h"
@@ -10,11 +10,11 @@
 
 namespace tarnwick::gpu {
 
-// The capabilities that modules may declare on a device opened with `chain`, ascending.
+// The SPIR-V capabilities of a device opened with the features of `chain`, ascending.
 std::vector<std::uint32_t> capabilitiesOf(VkPhysicalDevice device, const FeatureChain& chain);
 
-// What the first capability that the device lacks is for, in words ("64-bit integers"); nothing
-// where it has all that the module declares, or where this layer does not know the capability.
+// The purpose of the first capability that the device lacks, in words ("64-bit integers"). Nothing
+// if the device has all of the module's capabilities, or the table here does not list it.
 std::optional<std::string> missingCapability(std::span<const std::uint32_t> module,
                                              std::span<const std::uint32_t> capabilities);
 

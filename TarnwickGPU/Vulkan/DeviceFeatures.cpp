@@ -10,7 +10,7 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// Without these no module of the compiler runs, or no command is encoded.
+// Required by the compiler's modules or by the encoders.
 constexpr std::array needed12{&VkPhysicalDeviceVulkan12Features::timelineSemaphore,
                               &VkPhysicalDeviceVulkan12Features::scalarBlockLayout};
 constexpr std::array needed13{&VkPhysicalDeviceVulkan13Features::synchronization2,

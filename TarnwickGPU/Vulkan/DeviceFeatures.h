@@ -1,4 +1,4 @@
-// The Vulkan features that the layer needs, and those that it takes where a device has them.
+// The Vulkan features that the layer requires, and those that it enables if a device has them.
 #pragma once
 
 #include "TarnwickGPU/Vulkan/FeatureChain.h"
@@ -14,10 +14,10 @@ namespace tarnwick::gpu {
 struct DeviceFeatures {
     bool presents = false;                // VK_KHR_swapchain
     std::uint32_t maxPushDescriptors = 0; // 0: no VK_KHR_push_descriptor
-    bool nullDescriptors = false;         // VK_EXT_robustness2's
+    bool nullDescriptors = false;         // of VK_EXT_robustness2
     bool anisotropy = false;
-    bool addsFloatsInBuffers = false; // VK_EXT_shader_atomic_float's
-    bool multiDraws = false;          // several draws of one indirect command
+    bool addsFloatsInBuffers = false; // of VK_EXT_shader_atomic_float
+    bool multiDraws = false;          // an indirect command may have several draws
     bool sums = false;        // atomic additions of 64 bits, and stores in fragment functions
     bool largePoints = false; // larger than a pixel
     bool mirrorClamp = false; // samplerMirrorClampToEdge

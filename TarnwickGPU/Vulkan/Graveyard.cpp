@@ -37,7 +37,8 @@ void destroy(VkDevice device, VkObjectType type, std::uint64_t handle) {
 void Graveyard::add(std::uint64_t lastSubmission, VkObjectType type, std::uint64_t handle) {
     if (!handle)
         return;
-    // Two threads may arrive with their submissions swapped; the later key is right for both.
+    // Two threads may arrive in the other order than their numbers; the larger number is safe for
+    // both.
     if (!remains_.empty())
         lastSubmission = std::max(lastSubmission, remains_.back().lastSubmission);
     remains_.push_back({lastSubmission, type, handle});

@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* validationLayer = "VK_LAYER_KHRONOS_validation";
 
-// The layer calls back without saying which device of ours is meant, so the count is the process'.
+// The layer's callback does not name a device, so the count is per process.
 std::atomic<std::uint64_t> messages{0};
 
 bool variableIs(const char* wanted) {
@@ -23,9 +23,9 @@ bool variableIs(const char* wanted) {
     return value && std::strcmp(value, wanted) == 0;
 }
 
-// Reading a storage texture whose format the module does not name is for devices with a feature
-// that the packaged CPU driver does not tell of, though it reads them all as it should. Pipelines
-// that do so are made on it and on devices with the feature (Capabilities.cpp).
+// Reading a storage texture without a format in the module requires a feature that the packaged CPU
+// driver does not report, though it reads all formats correctly. Pipelines that do it are made on
+// that driver and on devices with the feature (Capabilities.cpp).
 bool isBearable(const VkDebugUtilsMessengerCallbackDataEXT& data) {
     const std::string_view name = data.pMessageIdName ? data.pMessageIdName : "";
     return name.ends_with("-OpTypeImage-07028");

@@ -1,4 +1,4 @@
-// The connection to the Vulkan loader, with the validation layer where it is asked for.
+// The connection to the Vulkan loader, with the validation layer if TARNWICK_VALIDATION enables it.
 #pragma once
 
 #include <vulkan/vulkan.h>
@@ -19,7 +19,7 @@ struct Instance {
 
     VkInstance handle = VK_NULL_HANDLE;
     VkDebugUtilsMessengerEXT messenger = VK_NULL_HANDLE;
-    bool presentsOnXlib = false; // VK_KHR_surface and VK_KHR_xlib_surface are on
+    bool presentsOnXlib = false; // VK_KHR_surface and VK_KHR_xlib_surface are enabled
     bool validates = false;
 };
 

@@ -1,4 +1,4 @@
-// The machine's usable Vulkan devices, and which of them is taken.
+// The usable Vulkan devices of the machine, and the choice of one.
 #pragma once
 
 #include "TarnwickGPU/DeviceInfo.h"
@@ -16,17 +16,17 @@ namespace tarnwick::gpu {
 
 struct PhysicalDevice {
     VkPhysicalDevice handle = VK_NULL_HANDLE;
-    std::uint32_t queueFamily = 0; // one that does graphics and compute
-    std::uint32_t queueCount = 1;  // that the family has
+    std::uint32_t queueFamily = 0; // a family with graphics and compute
+    std::uint32_t queueCount = 1;  // queues of the family
     DeviceInfo info;
 };
 
-// Those that do Vulkan 1.3 with what every module needs; preferred ones first: discrete,
-// integrated, virtual, the CPU's, and among equals the one with more memory of its own.
+// The devices with Vulkan 1.3 and the features that the layer requires, in order of preference:
+// discrete, integrated, virtual, CPU, and among equals the one with more memory of its own.
 std::vector<PhysicalDevice> usableDevices(VkInstance instance);
 
-// Which of `devices` is meant: the first where nothing is wanted, else the one that `wanted` names
-// by number or by a part of its name (any case). Nothing when it fits none.
+// The index of the device that `wanted` names by its index or by a part of its name in any case.
+// Default: the first. Nothing if there is no such device.
 std::optional<std::size_t> chooseDevice(std::span<const DeviceInfo> devices,
                                         std::optional<std::string_view> wanted);
 

@@ -14,8 +14,8 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// The driver refuses data of another device or version itself (Vulkan 1.3, 10.6.4); the name
-// keeps several devices from overwriting each other's.
+// One file per device and driver version, so that devices do not overwrite each other's. The driver
+// itself refuses data of another device or version (Vulkan 1.3, 10.6.4).
 std::string fileName(const DeviceRecord& device) {
     VkPhysicalDeviceProperties properties;
     vkGetPhysicalDeviceProperties(device.physical, &properties);
@@ -33,7 +33,7 @@ std::vector<char> read(const std::filesystem::path& file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-// Without a cache the next run only takes longer.
+// Errors are ignored: without a cache the next run only takes longer.
 void replaceFile(const std::filesystem::path& file, const std::vector<char>& bytes) {
     std::error_code failure;
     std::filesystem::create_directories(file.parent_path(), failure);

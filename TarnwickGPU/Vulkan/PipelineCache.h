@@ -1,5 +1,5 @@
-// The driver's compiled pipelines, kept on disk between runs for real GPUs (the CPU driver keeps a
-// cache of its own).
+// The driver's compiled pipelines, kept on disk between runs. Only for GPUs; the CPU driver has a
+// cache of its own.
 #pragma once
 
 #include "TarnwickGPU/Vulkan/DeviceRecord.h"
@@ -14,10 +14,10 @@ class PipelineCache {
   public:
     explicit PipelineCache(const DeviceRecord& device) : device_(device) {}
 
-    // Reads what an earlier run left. A file that cannot be read or written is as none.
+    // Reads the file of earlier runs. A file that cannot be read or written is ignored.
     void open();
     void close();
-    VkPipelineCache handle() const { return handle_; } // null where none is kept
+    VkPipelineCache handle() const { return handle_; } // null on CPU devices
 
   private:
     const DeviceRecord& device_;

@@ -46,7 +46,8 @@ void Submissions::stop() {
 std::optional<std::uint64_t> Submissions::submit(Lane lane, VkCommandBuffer commands,
                                                  std::span<const VkSemaphoreSubmitInfo> waits,
                                                  std::span<const VkSemaphore> signals) {
-    precondition(signals.size() < mostSignals, "A command buffer presents at most 7 drawables.");
+    precondition(signals.size() < mostSignals, "a submission signals at most 7 semaphores",
+                 "semaphores", signals.size());
     if (isLost())
         return std::nullopt;
     std::lock_guard lock(mutex_);
@@ -91,7 +92,8 @@ std::uint64_t Submissions::valueOf(const Track& track) {
     return value;
 }
 
-// The last of all is read first: a lane that is idle later has done its part of what came before.
+// Reads the number of the last submission first: a lane that is idle after that has finished its
+// part of all submissions up to that number.
 std::uint64_t Submissions::completed() {
     std::uint64_t done = last();
     for (const Track& track : tracks_) {

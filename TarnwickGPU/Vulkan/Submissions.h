@@ -1,9 +1,9 @@
 // The Vulkan queues of a device and the timeline semaphores that count what was submitted to them
 // (Vulkan 1.3, 7.4). Any thread.
 //
-// There are two lanes, one for pictures and one for kernels beside them. Where the family has a
-// second queue the second lane is that; else both lead to the one queue. Submissions are numbered
-// across both, with the lane in the lowest bit, and each lane's semaphore takes its own numbers.
+// There are two lanes, one for pictures and one for kernels beside them. Each is a queue if the
+// family has two; else both are the same queue. Submissions are numbered across both lanes, with
+// the lane in the lowest bit, and each lane's semaphore has the values of its own submissions.
 #pragma once
 
 #include <vulkan/vulkan.h>
@@ -21,8 +21,7 @@ enum class Lane : std::uint8_t { pictures, beside };
 
 class Submissions {
   public:
-    // `queueCount` of the family's queues were asked for. False when the device has no memory left
-    // for it.
+    // `queueCount` queues of the family were created with the device. False when memory is out.
     bool start(VkDevice device, std::uint32_t queueFamily, std::uint32_t queueCount);
     void stop(); // the GPU is idle
 
@@ -33,15 +32,15 @@ class Submissions {
     VkResult present(const VkPresentInfoKHR& info);
 
     std::uint64_t last() const { return last_.load(std::memory_order_acquire); }
-    // A number up to which the GPU is done with all submissions.
+    // The GPU has finished all submissions up to this number.
     std::uint64_t completed();
     bool isDone(std::uint64_t submission);
-    // Blocks; false when the device is lost, or not done with it after so many nanoseconds.
+    // Blocks for at most `nanoseconds`; false if the device is lost or has not finished it by then.
     bool wait(std::uint64_t submission, std::uint64_t nanoseconds = UINT64_MAX);
-    void waitIdle(); // blocks, for presentation too
+    void waitIdle(); // blocks until submissions and presentation are done
 
     bool isLost() const { return lost_.load(std::memory_order_relaxed); }
-    void note(VkResult result); // remembers VK_ERROR_DEVICE_LOST
+    void note(VkResult result); // VK_ERROR_DEVICE_LOST makes isLost() true
 
   private:
     struct Track {

@@ -14,7 +14,7 @@ struct FormatRow {
 };
 using Component = msl::TextureComponent;
 
-// In the enumeration's order.
+// In the order of the enumeration.
 // clang-format off
 constexpr std::array<FormatRow, 46> rows{{
     {PixelFormat::invalid,          VK_FORMAT_UNDEFINED,                     0,  Component::none},

@@ -1,4 +1,4 @@
-// Vulkan's names of the layer's pixel formats.
+// Vulkan's formats for the layer's pixel formats.
 #pragma once
 
 #include "TarnwickGPU/Format.h"
@@ -10,7 +10,7 @@ namespace tarnwick::gpu {
 
 VkFormat vulkanFormat(PixelFormat format);
 
-// What shaders see of a pixel.
+// The type of the values that shaders read.
 msl::TextureComponent componentOf(PixelFormat format);
 
 } // namespace tarnwick::gpu

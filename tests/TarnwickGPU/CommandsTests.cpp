@@ -37,7 +37,7 @@ msl::EntryPoint showBytes(std::uint32_t size) {
                   .shape = msl::TextureShape::d2}});
 }
 
-TEST_F(Gpu, dispatchesExactlyTheThreadsAskedFor) {
+TEST_F(Gpu, dispatchesExactlyTheGivenThreads) {
     const auto state = pipeline(scale());
     EXPECT_GE(state->maxTotalThreadsPerThreadgroup(), 128u);
     const auto buffer = device->newBuffer(64 * 4);
@@ -52,10 +52,9 @@ TEST_F(Gpu, dispatchesExactlyTheThreadsAskedFor) {
     encoder->setBytes(&factors[0], 4, 3);
     encoder->dispatchThreads({50, 1, 1}, {16, 1, 1}); // values * 3 + 2
     encoder->setBytes(&factors[1], 4, 3);
-    encoder->dispatchThreads({50, 1, 1}, {7, 1, 1}); // sees what the first one wrote
+    encoder->dispatchThreads({50, 1, 1}, {7, 1, 1}); // reads the stores of the first
     encoder->endEncoding();
-    commands->commit();
-    commands->waitUntilCompleted();
+    finish(*commands);
     for (std::uint32_t at = 0; at < 64; ++at)
         EXPECT_EQ(values[at], at < 50 ? (at * 3 + 2) * 2 + 2 : at);
 }
@@ -65,25 +64,22 @@ TEST_F(Gpu, readsZerosWhereNothingOrTooLittleIsBound) {
     const auto texture = target(2, 2);
     const std::array<float, 4> color{1, 0, 1, 0};
     for (bool binds : {false, true}) {
-        auto commands = queue->commandBuffer();
-        auto encoder = commands->renderCommandEncoder(
-            {.color = {.texture = texture.get(), .load = LoadAction::clear}});
-        encoder->setRenderPipelineState(*state);
         const std::array<float, 8> noise{9, 9, 9, 9, 9, 9, 9, 9};
-        encoder->setFragmentBytes(noise.data(), 32, 1); // lies beside what follows
-        if (binds)
-            encoder->setFragmentBytes(color.data(), 16, 2);
-        encoder->setFragmentBytes(noise.data(), 32, 3);
-        encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
-        encoder->endEncoding();
-        commands->commit();
-        commands->waitUntilCompleted();
+        render({.color = {.texture = texture.get(), .load = LoadAction::clear}},
+               [&](auto& encoder) {
+                   encoder.setRenderPipelineState(*state);
+                   encoder.setFragmentBytes(noise.data(), 32, 1); // before the color in memory
+                   if (binds)
+                       encoder.setFragmentBytes(color.data(), 16, 2);
+                   encoder.setFragmentBytes(noise.data(), 32, 3);
+                   encoder.drawPrimitives(PrimitiveType::triangle, 0, 3);
+               });
         EXPECT_EQ(pixelAt(*texture, 1, 1), binds ? (Pixel{255, 0, 255, 0}) : (Pixel{0, 0, 0, 0}));
     }
 }
 
-// Textures of other shapes, integer ones, and places to write to.
-TEST_F(Gpu, bearsEveryKindOfResourceUnbound) {
+// Textures of other shapes, textures of integers, and resources to store to.
+TEST_F(Gpu, drawsWithEveryKindOfResourceUnbound) {
     using msl::TextureShape;
     const auto fragment = glsl(
         msl::Stage::fragment, "unbound",
@@ -154,21 +150,17 @@ TEST_F(Gpu, bindsMoreThanCanBePushedAndRefusesMoreThanThereIs) {
     const auto image = device->newTexture({.format = PixelFormat::rgba8Unorm});
     const Pixel texel{0, 4, 0, 0};
     image->replace({0, 0, 1, 1}, 0, texel.data(), 4);
-    auto commands = queue->commandBuffer();
-    auto encoder = commands->renderCommandEncoder(
-        {.color = {.texture = texture.get(), .load = LoadAction::clear}});
-    encoder->setRenderPipelineState(*state);
-    for (std::uint32_t index = 0; index < 31; ++index)
-        encoder->setFragmentTexture(image.get(), index);
-    for (float draw = 0; draw < 100; ++draw) { // more than one pool has sets for
-        const std::array<float, 4> color{2 / 255.0f, 0, draw / 255 / 12, 0};
-        for (std::uint32_t index = 0; index < 12; ++index)
-            encoder->setFragmentBytes(color.data(), 16, index);
-        encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
-    }
-    encoder->endEncoding();
-    commands->commit();
-    commands->waitUntilCompleted();
+    render({.color = {.texture = texture.get(), .load = LoadAction::clear}}, [&](auto& encoder) {
+        encoder.setRenderPipelineState(*state);
+        for (std::uint32_t index = 0; index < 31; ++index)
+            encoder.setFragmentTexture(image.get(), index);
+        for (float draw = 0; draw < 100; ++draw) { // more sets than one pool has
+            const std::array<float, 4> color{2 / 255.0f, 0, draw / 255 / 12, 0};
+            for (std::uint32_t index = 0; index < 12; ++index)
+                encoder.setFragmentBytes(color.data(), 16, index);
+            encoder.drawPrimitives(PrimitiveType::triangle, 0, 3);
+        }
+    });
     EXPECT_EQ(pixelAt(*texture, 0, 0), (Pixel{24, 124, 99, 0}));
 
     if (device->state().record.limits.maxPerStageDescriptorUniformBuffers < 31) {
@@ -176,7 +168,7 @@ TEST_F(Gpu, bindsMoreThanCanBePushedAndRefusesMoreThanThereIs) {
     }
 }
 
-// Each step reads the picture that the step before drew, and the kernel's count.
+// Each step reads the previous step's picture and the kernel's count.
 TEST_F(Gpu, ordersEncodersAndCommandBuffersByWhatTheyShare) {
     const auto add = glsl(msl::Stage::fragment, "add",
                           "layout(scalar, binding = 32) readonly buffer Count { uint count[]; };\n"
@@ -231,7 +223,7 @@ TEST_F(Gpu, ordersEncodersAndCommandBuffersByWhatTheyShare) {
     EXPECT_EQ(pixel, (std::array<float, 4>{}));
 }
 
-TEST_F(Gpu, learnsOfLoopsThatRanOutOfTheirBudget) {
+TEST_F(Gpu, reportsLoopsThatUseUpTheirBudget) {
     const auto fragment =
         glsl(msl::Stage::fragment, "spin",
              "layout(scalar, binding = 32) uniform Turns { uint turns; };\n"
@@ -247,22 +239,19 @@ TEST_F(Gpu, learnsOfLoopsThatRanOutOfTheirBudget) {
     const auto state = pipeline(wholeTarget(), fragment);
     const auto texture = target(2, 2);
     for (std::uint32_t turns : {1000u, ~0u, 1000u}) {
-        auto commands = queue->commandBuffer();
-        auto encoder = commands->renderCommandEncoder(
-            {.color = {.texture = texture.get(), .load = LoadAction::clear}});
-        encoder->setRenderPipelineState(*state);
-        encoder->setFragmentBytes(&turns, 4, 0);
-        for (int repeat = 0; repeat < 3; ++repeat)
-            encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
-        encoder->endEncoding();
-        commands->commit();
-        commands->waitUntilCompleted();
-        EXPECT_EQ(commands->hitLoopBudget(), turns == ~0u);
+        const auto commands = render(
+            {.color = {.texture = texture.get(), .load = LoadAction::clear}}, [&](auto& encoder) {
+                encoder.setRenderPipelineState(*state);
+                encoder.setFragmentBytes(&turns, 4, 0);
+                for (int repeat = 0; repeat < 3; ++repeat)
+                    encoder.drawPrimitives(PrimitiveType::triangle, 0, 3);
+            });
+        EXPECT_EQ(commands.hitLoopBudget(), turns == ~0u);
     }
 }
 
-TEST_F(Gpu, takesNothingFromTheHeapOnceWarm) {
-    withoutValidation(); // the layer has a heap of its own
+TEST_F(Gpu, allocatesNothingOnceWarm) {
+    withoutValidation(); // the validation layer allocates
     const auto state = pipeline(wholeTarget(), showBytes(64));
     const auto kernel = pipeline(scale());
     const auto texture = target(16, 16);
@@ -283,16 +272,9 @@ TEST_F(Gpu, takesNothingFromTheHeapOnceWarm) {
         encoder->setFragmentTexture(nullptr, 5);
         encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
         encoder->endEncoding();
-        commands->commit();
-        commands->waitUntilCompleted();
+        finish(*commands);
     };
-    for (int warming = 0; warming < 4; ++warming)
-        frame();
-    EXPECT_EQ(heapCount([&] {
-                  for (int measured = 0; measured < 16; ++measured)
-                      frame();
-              }),
-              0u);
+    EXPECT_EQ(heapCountOnceWarm(frame), 0u);
 }
 
 TEST_F(Gpu, mayBeSharedByThreadsWithAQueueEach) {
@@ -309,8 +291,7 @@ TEST_F(Gpu, mayBeSharedByThreadsWithAQueueEach) {
             encoder->setBytes(&one, 4, 3);
             encoder->dispatchThreads({1, 1, 1}, {1, 1, 1});
             encoder->endEncoding();
-            commands->commit();
-            commands->waitUntilCompleted();
+            finish(*commands);
             EXPECT_EQ(*static_cast<std::uint32_t*>(buffer->contents()), 2u);
         }
     };

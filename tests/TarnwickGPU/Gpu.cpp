@@ -99,18 +99,17 @@ std::unique_ptr<gpu::Texture> Gpu::target(std::uint32_t width, std::uint32_t hei
 
 void Gpu::draw(const gpu::RenderPipelineState& state, const gpu::Texture& texture,
                const gpu::Texture* fragmentTexture) {
-    auto commands = queue->commandBuffer();
-    ASSERT_TRUE(commands);
-    auto encoder = commands->renderCommandEncoder(
-        {.color = {.texture = &texture, .load = gpu::LoadAction::clear}});
-    ASSERT_TRUE(encoder);
-    encoder->setRenderPipelineState(state);
-    encoder->setFragmentTexture(fragmentTexture, 0);
-    encoder->drawPrimitives(gpu::PrimitiveType::triangle, 0, 3);
-    encoder->endEncoding();
-    commands->commit();
-    commands->waitUntilCompleted();
-    EXPECT_EQ(commands->status(), gpu::CommandBufferStatus::completed);
+    render({.color = {.texture = &texture, .load = gpu::LoadAction::clear}}, [&](auto& encoder) {
+        encoder.setRenderPipelineState(state);
+        encoder.setFragmentTexture(fragmentTexture, 0);
+        encoder.drawPrimitives(gpu::PrimitiveType::triangle, 0, 3);
+    });
+}
+
+void Gpu::finish(gpu::CommandBuffer& commands) {
+    commands.commit();
+    commands.waitUntilCompleted();
+    EXPECT_EQ(commands.status(), gpu::CommandBufferStatus::completed);
 }
 
 Pixel pixelAt(const gpu::Texture& texture, std::uint32_t x, std::uint32_t y) {

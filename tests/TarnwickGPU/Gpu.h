@@ -1,5 +1,5 @@
-// What the layer's tests share: a device, and entry points made from GLSL, so that they do not wait
-// for the compiler.
+// The fixture of the layer's tests: a device, and entry points made from GLSL, which are faster to
+// make than by the compiler.
 #pragma once
 
 #include "TarnwickGPU/Commands.h"
@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tarnwick::tests {
@@ -24,7 +25,7 @@ msl::EntryPoint glsl(msl::Stage stage, const std::string& name, const std::strin
 // A triangle that covers the target; hands `vec2 at`, [0, 1] from the upper left, to the fragment.
 msl::EntryPoint wholeTarget();
 
-// Skips the test aloud where there is no device.
+// Skips the test if there is no device.
 class Gpu : public testing::Test {
   protected:
     void SetUp() override;
@@ -38,6 +39,18 @@ class Gpu : public testing::Test {
     std::unique_ptr<gpu::Texture> target(std::uint32_t width, std::uint32_t height,
                                          gpu::PixelFormat format = gpu::PixelFormat::rgba8Unorm);
 
+    // Commits, and waits for completion.
+    static void finish(gpu::CommandBuffer& commands);
+    // A command buffer of one render pass, finished.
+    template <typename Encode>
+    gpu::CommandBuffer render(const gpu::RenderPassDescriptor& pass, const Encode& encode) {
+        auto commands = queue->commandBuffer();
+        auto encoder = commands->renderCommandEncoder(pass);
+        encode(*encoder);
+        encoder->endEncoding();
+        finish(*commands);
+        return std::move(*commands);
+    }
     // Draws three vertices over a cleared target and waits.
     void draw(const gpu::RenderPipelineState& state, const gpu::Texture& texture,
               const gpu::Texture* fragmentTexture = nullptr);

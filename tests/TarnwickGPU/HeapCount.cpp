@@ -27,10 +27,12 @@ void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 
-std::size_t tarnwick::tests::heapCount(const std::function<void()>& work) {
+void tarnwick::tests::startHeapCount() {
     calls = 0;
     counts = true;
-    work();
+}
+
+std::size_t tarnwick::tests::heapCount() {
     counts = false;
     return calls;
 }

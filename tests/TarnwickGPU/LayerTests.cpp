@@ -14,7 +14,7 @@ namespace {
 
 using namespace gpu;
 
-// A window on a display of the test's own, presented on through a connection of its own.
+// A window on the test's own display, with a separate connection for presenting.
 class LayerTest : public Gpu {
   protected:
     void SetUp() override {
@@ -50,8 +50,8 @@ class LayerTest : public Gpu {
         return true;
     }
 
-    // What the window shows, once it shows it: presenting happens on a thread of the driver's.
-    bool comesToShow(const std::array<int, 3>& color, int x, int y) {
+    // Waits until the window shows the colour, since the driver presents on its own thread.
+    bool eventuallyShows(const std::array<int, 3>& color, int x, int y) {
         for (int attempt = 0; attempt < 200; ++attempt) {
             if (screen->pixel(window, x, y) == color)
                 return true;
@@ -68,7 +68,7 @@ class LayerTest : public Gpu {
 
 TEST_F(LayerTest, showsWhatIsPresentedAlsoAfterAResize) {
     ASSERT_TRUE(showColor({1, 0, 0, 1}));
-    EXPECT_TRUE(comesToShow({255, 0, 0}, 63, 47));
+    EXPECT_TRUE(eventuallyShows({255, 0, 0}, 63, 47));
     screen->resizeWindow(window, {128, 100});
     layer->resize(128, 100);
     {
@@ -76,10 +76,10 @@ TEST_F(LayerTest, showsWhatIsPresentedAlsoAfterAResize) {
         ASSERT_TRUE(drawable);
         EXPECT_EQ(drawable->texture().width(), 128u);
         EXPECT_EQ(drawable->texture().height(), 100u);
-    } // dropped: the next one is it again
+    } // destroyed without present(): the next drawable is the same
     for (int frame = 0; frame < 10; ++frame)
         ASSERT_TRUE(showColor({0, 0, frame / 9.0, 1}));
-    EXPECT_TRUE(comesToShow({0, 0, 255}, 127, 99));
+    EXPECT_TRUE(eventuallyShows({0, 0, 255}, 127, 99));
 }
 
 TEST_F(LayerTest, takesBackWhatWasNeverPresented) {
@@ -98,9 +98,9 @@ TEST_F(LayerTest, takesBackWhatWasNeverPresented) {
         else
             commands->commit(); // and never present
     }
-    layer->resize(1, 1); // a new swapchain, while one image is still acquired
+    layer->resize(1, 1); // makes a new swapchain while one image is acquired
     ASSERT_TRUE(showColor({0, 1, 0, 1}));
-    EXPECT_TRUE(comesToShow({0, 255, 0}, 5, 5));
+    EXPECT_TRUE(eventuallyShows({0, 255, 0}, 5, 5));
 }
 
 TEST_F(LayerTest, givesNothingOnceTheWindowIsGone) {
@@ -116,16 +116,11 @@ TEST_F(LayerTest, givesNothingOnceTheWindowIsGone) {
     EXPECT_FALSE(device->isLost());
 }
 
-TEST_F(LayerTest, takesNothingFromTheHeapOnceWarm) {
+TEST_F(LayerTest, allocatesNothingOnceWarm) {
     layer = nullptr;
     withoutValidation();
     layer = device->newLayer(display, window);
-    auto frames = [this] {
-        for (int frame = 0; frame < 8; ++frame)
-            showColor({0, 0, 0, 1});
-    };
-    frames();
-    EXPECT_EQ(heapCount(frames), 0u);
+    EXPECT_EQ(heapCountOnceWarm([this] { showColor({0, 0, 0, 1}); }), 0u);
 }
 
 } // namespace

@@ -89,8 +89,7 @@ TEST_F(LibraryTest, runsWhatTheTextSays) {
     encoder->setFragmentTexture(image.get(), 2);
     encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
     encoder->endEncoding();
-    commands->commit();
-    commands->waitUntilCompleted();
+    finish(*commands);
 
     const auto* values = static_cast<const std::uint32_t*>(words->contents());
     for (std::uint32_t at = 0; at < 16; ++at)
@@ -99,25 +98,23 @@ TEST_F(LibraryTest, runsWhatTheTextSays) {
     EXPECT_EQ(pixelAt(*texture, 1, 1), (Pixel{10, 64, 128, 255}));
 }
 
-// `lengthy` counts ahead of its loop, `endless` in it; a stop at 0 is too far for either.
+// `lengthy` counts before its loop, `endless` in it; both exceed the budget for a stop at 0.
 TEST_F(LibraryTest, endsLoopsThatDoNotEnd) {
     const auto library = device->newLibrary(program);
     const auto texture = target(2, 2);
     for (const char* name : {"endless", "lengthy"}) {
         const auto state = fragmentPipeline(*library, name);
         for (std::uint32_t stop : {3125u, 0u}) {
-            auto commands = queue->commandBuffer();
-            auto encoder = commands->renderCommandEncoder(
-                {.color = {.texture = texture.get(), .load = LoadAction::clear}});
-            encoder->setRenderPipelineState(*state);
             const float size = 4;
-            encoder->setVertexBytes(&size, 4, 4);
-            encoder->setFragmentBytes(&stop, 4, 0);
-            encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
-            encoder->endEncoding();
-            commands->commit();
-            commands->waitUntilCompleted();
-            EXPECT_EQ(commands->hitLoopBudget(), stop == 0) << name;
+            const auto commands =
+                render({.color = {.texture = texture.get(), .load = LoadAction::clear}},
+                       [&](auto& encoder) {
+                           encoder.setRenderPipelineState(*state);
+                           encoder.setVertexBytes(&size, 4, 4);
+                           encoder.setFragmentBytes(&stop, 4, 0);
+                           encoder.drawPrimitives(PrimitiveType::triangle, 0, 3);
+                       });
+            EXPECT_EQ(commands.hitLoopBudget(), stop == 0) << name;
             EXPECT_EQ(pixelAt(*texture, 1, 1)[0], stop == 0 ? 0 : 255) << name;
         }
     }

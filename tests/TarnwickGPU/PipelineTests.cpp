@@ -41,16 +41,14 @@ TEST_F(Gpu, blendsAndKeepsToViewportAndScissor) {
                                            .destinationRGB = BlendFactor::oneMinusSourceAlpha,
                                            .sourceAlpha = BlendFactor::one,
                                            .destinationAlpha = BlendFactor::one}});
-    auto commands = queue->commandBuffer();
-    auto encoder = commands->renderCommandEncoder(
-        {.color = {.texture = texture.get(), .load = LoadAction::clear, .clear = {1, 1, 1, 0.25}}});
-    encoder->setRenderPipelineState(*state);
-    encoder->setViewport({.originX = 4, .originY = 2, .width = 4, .height = 4});
-    encoder->setScissorRect({.x = 0, .y = 2, .width = 6, .height = 1});
-    encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
-    encoder->endEncoding();
-    commands->commit();
-    commands->waitUntilCompleted();
+    render(
+        {.color = {.texture = texture.get(), .load = LoadAction::clear, .clear = {1, 1, 1, 0.25}}},
+        [&](auto& encoder) {
+            encoder.setRenderPipelineState(*state);
+            encoder.setViewport({.originX = 4, .originY = 2, .width = 4, .height = 4});
+            encoder.setScissorRect({.x = 0, .y = 2, .width = 6, .height = 1});
+            encoder.drawPrimitives(PrimitiveType::triangle, 0, 3);
+        });
     const Pixel pixel = pixelAt(*texture, 4, 2); // `at` is 1/8, 1/8 there
     EXPECT_NEAR(pixel[0], 255 * (0.5 / 8 + 0.5), 1);
     EXPECT_NEAR(pixel[1], 255 * (0.5 / 8 + 0.5), 1);
@@ -149,8 +147,7 @@ TEST_F(Gpu, testsDepthAndResolvesFourSamples) {
         encoder->drawPrimitives(PrimitiveType::triangle, 0, 12);
         encoder->endEncoding();
     }
-    commands->commit();
-    commands->waitUntilCompleted();
+    finish(*commands);
     EXPECT_EQ(pixelAt(*resolved, 2, 2), (Pixel{128, 255, 0, 255}));
 }
 
@@ -171,14 +168,10 @@ TEST_F(Gpu, facesClockwiseTrianglesToTheFrontAndDrawsPoints) {
     const auto points =
         pipeline(vertex, paint("vec4(0, gl_PointCoord, 1)"),
                  {.color = {.format = PixelFormat::rgba8Unorm}, .topology = TopologyClass::point});
-    auto commands = queue->commandBuffer();
-    auto encoder = commands->renderCommandEncoder(
-        {.color = {.texture = texture.get(), .load = LoadAction::load}});
-    encoder->setRenderPipelineState(*points);
-    encoder->drawPrimitives(PrimitiveType::point, 3, 1);
-    encoder->endEncoding();
-    commands->commit();
-    commands->waitUntilCompleted();
+    render({.color = {.texture = texture.get(), .load = LoadAction::load}}, [&](auto& encoder) {
+        encoder.setRenderPipelineState(*points);
+        encoder.drawPrimitives(PrimitiveType::point, 3, 1);
+    });
     // Its centre is 3 pixels from the left and 1 from the top; point coordinates have y down.
     EXPECT_EQ(pixelAt(*texture, 5, 5), (Pixel{255, 0, 0, 255}));
     EXPECT_EQ(pixelAt(*texture, 2, 0), (Pixel{0, 64, 64, 255}));

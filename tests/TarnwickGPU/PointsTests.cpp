@@ -112,6 +112,22 @@ Picture expected(const std::vector<Dot>& dots) {
     return picture;
 }
 
+// The ways of drawing points, as on other devices.
+struct Way {
+    const char* name;
+    PointTraits traits;
+    std::size_t count = 0; // of points, so that a kernel adds them
+};
+
+std::vector<Way> ways(const PointTraits& real) {
+    const std::size_t many = std::size_t{width} * height / 16;
+    return {{"this device", real},
+            {"this device, many points", real, many},
+            {"points and quads", {.largest = 255, .dropsOutside = false}},
+            {"points that drop outside", {.largest = 255, .dropsOutside = true}},
+            {"quads", {.largest = 0.25f, .dropsOutside = true}}};
+}
+
 struct Points : Gpu {
     void SetUp() override {
         Gpu::SetUp();
@@ -140,18 +156,15 @@ struct Points : Gpu {
         std::memcpy(buffer->contents(), drawn.data(), buffer->length());
         const PixelFormat format = state.parts().colorFormat;
         const auto texture = target(width, height, format);
-        auto commands = queue->commandBuffer();
-        auto encoder = commands->renderCommandEncoder({.color = {.texture = texture.get(),
-                                                                 .load = LoadAction::clear,
-                                                                 .clear = {0, 0, 0, 0}}});
-        encoder->setRenderPipelineState(state);
-        encoder->setVertexBuffer(*buffer, 0, 0);
-        encoder->setFragmentBuffer(*buffer, 0, 0);
-        encoder->drawPrimitives(PrimitiveType::point, 0, static_cast<std::uint32_t>(drawn.size()));
-        encoder->endEncoding();
-        commands->commit();
-        commands->waitUntilCompleted();
-        EXPECT_EQ(commands->status(), CommandBufferStatus::completed);
+        render(
+            {.color = {.texture = texture.get(), .load = LoadAction::clear, .clear = {0, 0, 0, 0}}},
+            [&](auto& encoder) {
+                encoder.setRenderPipelineState(state);
+                encoder.setVertexBuffer(*buffer, 0, 0);
+                encoder.setFragmentBuffer(*buffer, 0, 0);
+                encoder.drawPrimitives(PrimitiveType::point, 0,
+                                       static_cast<std::uint32_t>(drawn.size()));
+            });
         return format == PixelFormat::rgba16Float ? contents<std::uint16_t>(*texture)
                                                   : contents<float>(*texture);
     }
@@ -164,6 +177,17 @@ struct Points : Gpu {
             std::transform(pixels[at].begin(), pixels[at].end(), picture[at].begin(),
                            [](Component component) { return toFloat(component); });
         return picture;
+    }
+
+    // Calls check(way) with the device drawing points by each way.
+    template <typename Check> void eachWay(const Check& check) {
+        PointTraits& traits = device->state().record.points;
+        const PointTraits real = traits;
+        for (const Way& way : ways(real)) {
+            traits = way.traits;
+            check(way);
+        }
+        traits = real;
     }
 
     std::unique_ptr<Library> library;
@@ -197,26 +221,8 @@ std::vector<Dot> acrossEdges(float size) {
     return dots;
 }
 
-// Ways by which the layer draws, as it would on other devices.
-struct Way {
-    const char* name;
-    PointTraits traits;
-    std::size_t count = 0; // of points, so that a kernel adds them
-};
-
-std::vector<Way> ways(const PointTraits& real) {
-    const std::size_t many = std::size_t{width} * height / 16;
-    return {{"this device", real},
-            {"this device, many points", real, many},
-            {"points and quads", {.largest = 255, .dropsOutside = false}},
-            {"points that drop outside", {.largest = 255, .dropsOutside = true}},
-            {"quads", {.largest = 0.25f, .dropsOutside = true}}};
-}
-
 TEST_F(Points, areSquaresOfTheirSizeEverywhere) {
-    const PointTraits real = device->state().record.points;
-    for (const Way& way : ways(real)) {
-        device->state().record.points = way.traits;
+    eachWay([&](const Way& way) {
         // A kernel adds into targets of halves, rounding once; others round with every point.
         const bool isHalf = way.count > 0;
         const auto state = dots(isHalf ? PixelFormat::rgba16Float : PixelFormat::rgba32Float);
@@ -226,8 +232,7 @@ TEST_F(Points, areSquaresOfTheirSizeEverywhere) {
             expectSame(picture(*state, drawn, way.count), expected(drawn), isHalf ? 11 : 14,
                        way.name + (" with size " + std::to_string(size)));
         }
-    }
-    device->state().record.points = real;
+    });
 }
 
 TEST_F(Points, areNotDrawnFromPlacesThatAreNone) {
@@ -246,19 +251,16 @@ TEST_F(Points, areNotDrawnFromPlacesThatAreNone) {
         dots_.push_back({{0, 0, z, w}, 8, 1});
     const std::vector<Dot> none = dots_;
     dots_.push_back({{-1, 1, 2, 2}, 4, 3}); // on the far plane, at 32 and 16
-    const PointTraits real = device->state().record.points;
-    for (const Way& way : ways(real)) {
-        device->state().record.points = way.traits;
+    eachWay([&](const Way& way) {
         const auto state = dots(PixelFormat::rgba16Float);
         Picture wanted(std::size_t{width} * height);
         expectSame(picture(*state, none, way.count), wanted, 14, way.name);
         wanted = expected({dotAt(32, 16, 4, 3)});
         expectSame(picture(*state, dots_, way.count), wanted, 11, way.name);
-    }
-    device->state().record.points = real;
+    });
 }
 
-// What is blended otherwise comes in the points' order.
+// Colours that do not add up are blended in the order of the points.
 TEST_F(Points, coverEachOtherInTheirOrder) {
     const auto state = dots(PixelFormat::rgba16Float, "dot_fragment", false);
     const Picture drawn =
@@ -304,9 +306,7 @@ TEST_F(Points, addNeitherNaNNorInfinityByAnyWay) {
     const std::vector<Dot> strange{dotAt(8.5, 8.5, 1, std::nanf("")), dotAt(20.5, 8.5, 1, infinity),
                                    dotAt(32.5, 8.5, 1, -infinity), dotAt(44.5, 8.5, 1, 1e30f),
                                    dotAt(56.5, 8.5, 1, 3)};
-    const PointTraits real = device->state().record.points;
-    for (const Way& way : ways(real)) {
-        device->state().record.points = way.traits;
+    eachWay([&](const Way& way) {
         const auto state = dots(PixelFormat::rgba16Float, "weight_fragment");
         const Picture drawn = picture(*state, strange, way.count);
         const auto at = [&](std::size_t x) { return drawn[8 * width + x]; };
@@ -316,33 +316,27 @@ TEST_F(Points, addNeitherNaNNorInfinityByAnyWay) {
         EXPECT_EQ(at(32), (std::array{-most, most, 1.0f, -most})) << way.name;
         EXPECT_EQ(at(44), (std::array{most, -most, 1.0f, most})) << way.name;
         EXPECT_EQ(at(56), (std::array{3.0f, -3.0f, 1.0f, 1.5f})) << way.name;
-    }
-    device->state().record.points = real;
+    });
 }
 
-// A kernel cannot run every fragment function: derivatives are the raster's.
+// A kernel cannot run a fragment function with derivatives.
 TEST_F(Points, discardAndDeriveByEveryWay) {
-    const PointTraits real = device->state().record.points;
     for (const char* const fragment : {"edge_fragment", "disc_fragment"}) {
         std::vector<Picture> pictures;
-        for (const Way& way : ways(real)) {
-            device->state().record.points = way.traits;
+        eachWay([&](const Way& way) {
             pictures.push_back(picture(*dots(PixelFormat::rgba16Float, fragment),
                                        {dotAt(40, 30, 12), dotAt(70.5, 30.5, 3)}, way.count));
             EXPECT_EQ(pictures.back()[30 * width + 39][0], 1) << fragment << ", " << way.name;
             EXPECT_EQ(pictures.back()[30 * width + 44][0], 0) << fragment << ", " << way.name;
             expectSame(pictures.back(), pictures.front(), 10, std::string(fragment) + way.name);
-        }
+        });
     }
-    device->state().record.points = real;
 }
 
-// Loads that are the same over a point are handed over, others are not.
+// Loads that are the same over a point move to the vertex function, others do not.
 TEST_F(Points, readWhatLiesBehindThemByEveryWay) {
-    const PointTraits real = device->state().record.points;
     for (const float size : {3.0f, 12.0f})
-        for (const Way& way : ways(real)) {
-            device->state().record.points = way.traits;
+        eachWay([&](const Way& way) {
             const Picture drawn =
                 picture(*dots(PixelFormat::rgba16Float, "mixed_fragment"),
                         {dotAt(39.5, 29.5, size, 5), dotAt(-200, 0, 1, 7)}, way.count);
@@ -356,13 +350,11 @@ TEST_F(Points, readWhatLiesBehindThemByEveryWay) {
             };
             expectSame({at(38.5f, 28.5f), at(40.5f, 28.5f), at(38.5f, 30.5f), at(40.5f, 30.5f)},
                        wanted, 10, way.name + (" with size " + std::to_string(size)));
-        }
-    device->state().record.points = real;
+        });
 }
 
 // Other draws before and after in one encoder, a part of the buffer, a viewport and a scissor.
 TEST_F(Points, keepToTheirPlaceAmongOtherDraws) {
-    const PointTraits real = device->state().record.points;
     const auto whole = pipeline(wholeTarget(),
                                 glsl(msl::Stage::fragment, "quarter",
                                      "layout(location = 0) in vec2 at;\n"
@@ -374,32 +366,27 @@ TEST_F(Points, keepToTheirPlaceAmongOtherDraws) {
                                            .destinationAlpha = BlendFactor::one}});
     std::vector<Dot> all(600, dotAt(64, 32, 8)); // these are not drawn
     all[599] = dotAt(64, 32, 2);
-    for (const Way& way : ways(real)) {
-        device->state().record.points = way.traits;
+    eachWay([&](const Way& way) {
         const auto state = dots(PixelFormat::rgba16Float);
         const std::uint32_t start = 599, count = way.count > 0 ? 600 : 1;
         all.resize(start + count);
         const auto buffer = device->newBuffer(all.size() * sizeof(Dot));
         std::memcpy(buffer->contents(), all.data(), buffer->length());
         const auto texture = target(width, height, PixelFormat::rgba16Float);
-        auto commands = queue->commandBuffer();
-        auto encoder = commands->renderCommandEncoder({.color = {.texture = texture.get(),
-                                                                 .load = LoadAction::clear,
-                                                                 .store = StoreAction::store,
-                                                                 .clear = {0, 0, 0, 0}}});
-        encoder->setRenderPipelineState(*whole);
-        encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
-        encoder->setRenderPipelineState(*state);
-        encoder->setVertexBuffer(*buffer, 0, 0);
-        encoder->setFragmentBuffer(*buffer, 0, 0);
-        encoder->setViewport({.originX = 64, .originY = 32, .width = 64, .height = 32});
-        encoder->setScissorRect({.x = 0, .y = 0, .width = 96, .height = 64});
-        encoder->drawPrimitives(PrimitiveType::point, start, count);
-        encoder->setRenderPipelineState(*whole);
-        encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
-        encoder->endEncoding();
-        commands->commit();
-        commands->waitUntilCompleted();
+        render(
+            {.color = {.texture = texture.get(), .load = LoadAction::clear, .clear = {0, 0, 0, 0}}},
+            [&](auto& encoder) {
+                encoder.setRenderPipelineState(*whole);
+                encoder.drawPrimitives(PrimitiveType::triangle, 0, 3);
+                encoder.setRenderPipelineState(*state);
+                encoder.setVertexBuffer(*buffer, 0, 0);
+                encoder.setFragmentBuffer(*buffer, 0, 0);
+                encoder.setViewport({.originX = 64, .originY = 32, .width = 64, .height = 32});
+                encoder.setScissorRect({.x = 0, .y = 0, .width = 96, .height = 64});
+                encoder.drawPrimitives(PrimitiveType::point, start, count);
+                encoder.setRenderPipelineState(*whole);
+                encoder.drawPrimitives(PrimitiveType::triangle, 0, 3);
+            });
         const Picture drawn = contents<std::uint16_t>(*texture);
         const auto at = [&](std::uint32_t x, std::uint32_t y) { return drawn[y * width + x]; };
         // Twice a quarter in the viewport and outside of it; the point's left half is left.
@@ -408,33 +395,23 @@ TEST_F(Points, keepToTheirPlaceAmongOtherDraws) {
         EXPECT_EQ(at(95, 48), (std::array{1.0f, 0.25f, 1.25f, 1.0f})) << way.name;
         EXPECT_EQ(at(96, 48)[0], 0) << way.name;
         EXPECT_EQ(at(94, 48)[0], 0) << way.name;
-    }
-    device->state().record.points = real;
+    });
 }
 
-TEST_F(Points, takeNothingFromTheHeapOnceWarm) {
+TEST_F(Points, allocateNothingOnceWarm) {
     withoutValidation();
     const auto state = dots(PixelFormat::rgba16Float);
     const auto buffer = device->newBuffer(5000 * sizeof(Dot));
     const auto texture = target(width, height, PixelFormat::rgba16Float);
-    auto frame = [&] {
-        auto commands = queue->commandBuffer();
-        auto encoder = commands->renderCommandEncoder({.color = {.texture = texture.get()}});
-        encoder->setRenderPipelineState(*state);
-        encoder->setVertexBuffer(*buffer, 0, 0);
-        encoder->setFragmentBuffer(*buffer, 0, 0);
-        encoder->drawPrimitives(PrimitiveType::point, 0, 5000);
-        encoder->endEncoding();
-        commands->commit();
-        commands->waitUntilCompleted();
+    const auto frame = [&] {
+        render({.color = {.texture = texture.get()}}, [&](auto& encoder) {
+            encoder.setRenderPipelineState(*state);
+            encoder.setVertexBuffer(*buffer, 0, 0);
+            encoder.setFragmentBuffer(*buffer, 0, 0);
+            encoder.drawPrimitives(PrimitiveType::point, 0, 5000);
+        });
     };
-    for (int warming = 0; warming < 4; ++warming)
-        frame();
-    EXPECT_EQ(heapCount([&] {
-                  for (int measured = 0; measured < 16; ++measured)
-                      frame();
-              }),
-              0u);
+    EXPECT_EQ(heapCountOnceWarm(frame), 0u);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "TarnwickGPU/Resources/ValueTexts.h"
 #include "tests/TarnwickGPU/Gpu.h"
 
 #include <algorithm>
@@ -39,7 +40,7 @@ TEST_F(Gpu, copiesPartsOfATextureWithAStride) {
     EXPECT_EQ(read, (std::array<std::uint8_t, 12>{0, 1, 2, 0, 0, 4, 5, 0, 0, 0, 0, 0}));
 }
 
-// Slices of arrays and cubes, and planes of solids, with room between rows and images.
+// Slices of arrays and cubes, and planes of 3D textures, with gaps between rows and images.
 TEST_F(Gpu, keepsSlicesAndPlanesApart) {
     for (auto type : {TextureType::type1DArray, TextureType::type2DArray, TextureType::type3D,
                       TextureType::typeCube, TextureType::typeCubeArray}) {
@@ -86,8 +87,7 @@ TEST_F(Gpu, fillsLevelsFromTheFirst) {
     auto blit = commands->blitCommandEncoder();
     blit->generateMipmaps(*texture);
     blit->endEncoding();
-    commands->commit();
-    commands->waitUntilCompleted();
+    finish(*commands);
     std::array<float, 4> second{};
     float last = 0;
     texture->getBytes(second.data(), 8, 16, {0, 0, 2, 2}, 1, 1);
@@ -108,6 +108,14 @@ TEST_F(Gpu, makesNothingThatTheDeviceCannotHold) {
               nullptr);
     EXPECT_EQ(device->newBuffer(0), nullptr);
     EXPECT_EQ(device->newBuffer(std::size_t{1} << 60), nullptr);
+}
+
+TEST(ValueTexts, giveSizesOfRegionsAndTextures) {
+    EXPECT_EQ(valueText(Region{16, 0, 640, 480}), "16,0 640x480");
+    EXPECT_EQ(valueText(Region{0, 0, 8, 8, 4, 2}), "0,0,4 8x8x2");
+    EXPECT_EQ(valueText(TextureDescriptor{.width = 320, .height = 240}), "320x240");
+    EXPECT_EQ(valueText(TextureDescriptor{.width = 8, .height = 8, .mipLevels = 4}),
+              "8x8 of 4 levels");
 }
 
 TEST_F(Gpu, givesBuffersOfZeros) {
