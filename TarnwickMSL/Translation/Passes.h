@@ -1,20 +1,44 @@
-// Steps 2 to 4: from the front end's module to a structured `main` for each entry point.
+// The steps from the front end's module to SPIR-V. docs/compiler.md has their table.
 #pragma once
 
 #include "TarnwickMSL/Target.h"
-#include "TarnwickMSL/Translation/ShaderModule.h"
+#include "TarnwickMSL/Translation/Signature.h"
 
+#include <string>
+#include <string_view>
 #include <vector>
+
+namespace llvm {
+class Module;
+}
 
 namespace tarnwick::msl {
 
-// Works on the whole program's module once: comparisons' lanes, then each function's own clean-up.
-// Consumes nothing; the module is shared by the entry points that are cut from it afterwards.
-void prepare(llvm::Module& module, const std::vector<EntrySignature>& entries);
+// Runs all steps. Changes the module. Throws TranslationError for a program that cannot be
+// translated; its place is at least that of the entry point, if the error is of one.
+//
+// With the environment variable TARNWICK_MSL_DUMP=FOLDER it writes the text after each step into
+// FOLDER/NAME.NN-STEP.ll; NAME is "program" or the entry point, NN counts the steps from 01. With
+// TARNWICK_CHECK_STEPS=1 it checks the code from the step `inline` on, after each step that changed
+// it: LLVM's verifier and the rules that hold from there on. TARNWICK_CHECK_STEPS=all (the default in
+// debug builds; 0 is off) checks the steps before as well, and the last step's words by the SPIR-V
+// validator. What they find is a CompilerFault that names the step.
+std::vector<EntryPoint> runSteps(llvm::Module& program, const std::vector<EntrySignature>& entries,
+                                 const Target& target = {});
 
-// Cuts one entry point out of a prepared module: clones what it reaches, wraps it in `main`,
-// inlines, optimises and structures it. Throws TranslationError on what cannot be drawn.
-ShaderModule lower(const llvm::Module& module, const EntrySignature& entry,
-                   const std::vector<EntrySignature>& allEntries, const Target& target = {});
+// Whether the variables above ask for the details of a CompilerFault.
+bool showsFaults();
+
+// The front end's result as text, from which runStep starts.
+std::string programText(const llvm::Module& program, const std::vector<EntrySignature>& entries);
+
+// Runs one step on a text (Passes/Forms/Text.h says its form) and returns the text after it; after
+// the step `spirv` that is the listing of the SPIR-V. Checks the result. Throws
+// std::invalid_argument if there is no step of this name or the text cannot be read, and
+// TranslationError as runSteps does.
+std::string runStep(std::string_view name, std::string_view text, const Target& target = {});
+
+// The table of the steps in Markdown, as docs/compiler.md has it.
+std::string stepTable();
 
 } // namespace tarnwick::msl

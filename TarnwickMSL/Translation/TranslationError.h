@@ -16,7 +16,7 @@ struct TranslationError : std::runtime_error {
 };
 
 // A step meets code that the steps before it should not have left: the compiler is wrong, not the
-// program. All of them read alike for the user; `detail` is for the dump (Passes/Dump.h).
+// program. All of them read alike for the user; `detail` names the step (Passes.h).
 struct CompilerFault : TranslationError {
     explicit CompilerFault(std::string detail)
         : TranslationError("The compiler has a fault and cannot translate this code. Writing it "

@@ -1,4 +1,4 @@
-// The front end's result as text, for those who work on the steps after it.
+// The compiler's intermediate forms on standard output, for work on its steps.
 #pragma once
 
 #include "TarnwickMSL/Translation/FrontEnd.h"
@@ -7,7 +7,11 @@
 
 namespace tarnwick::msl {
 
-// Prints messages, signatures and the module; false where the program has errors.
+// Prints the front end's messages, signatures and module; false if the program has errors.
 bool dumpParsed(std::string_view source, const StandardLibrary& library);
+
+// Prints what the step makes of the text (Passes.h, runStep); false if that is an error, which it
+// prints to standard error.
+bool dumpStep(std::string_view step, std::string_view text);
 
 } // namespace tarnwick::msl

@@ -1,19 +1,16 @@
 #include "TarnwickMSL/Worker/Translate.h"
 
 #include "TarnwickMSL/Translation/Passes.h"
-#include "TarnwickMSL/Translation/SpirvWriter.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/IR/LLVMContext.h>
-
-#include <cstdlib>
+#include <llvm/IR/Module.h>
 
 namespace tarnwick::msl {
 
-// What went wrong inside, for whoever looks at the steps' results (Passes/Dump.h).
 static std::string detail(const TranslationError& error) {
     auto* fault = dynamic_cast<const CompilerFault*>(&error);
-    return fault && std::getenv("TARNWICK_MSL_DUMP") ? " [" + fault->detail + "]" : "";
+    return fault && showsFaults() ? " [" + fault->detail + "]" : "";
 }
 
 // `wasParsed` tells a program that the front end took from one that it did not.
@@ -27,19 +24,11 @@ static Compilation attempt(std::string_view source, const StandardLibrary& libra
         .failed = parsed.failed, .entryPoints = {}, .messages = std::move(parsed.messages)};
     if (compilation.failed)
         return compilation;
-    std::string place = "program_source:1:1";
     try {
-        prepare(*parsed.module, parsed.entries);
-        for (const EntrySignature& entry : parsed.entries) {
-            place = entry.place;
-            compilation.entryPoints.push_back(
-                writeSpirv(lower(*parsed.module, entry, parsed.entries, options.target)));
-        }
+        compilation.entryPoints = runSteps(*parsed.module, parsed.entries, options.target);
     } catch (const TranslationError& error) {
         compilation.failed = true;
-        compilation.entryPoints.clear();
-        if (!error.place.empty())
-            place = error.place;
+        const std::string place = error.place.empty() ? "program_source:1:1" : error.place;
         compilation.messages +=
             place + ": error: " + error.what() + detail(error) + "\n1 error generated.\n";
     }

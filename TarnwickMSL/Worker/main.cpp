@@ -1,7 +1,10 @@
 // The compiler as a process of its own:
 //   tarnwick-msl-worker --serve                 answers requests on standard input, a socket
 //   tarnwick-msl-worker --precompile FILE       writes the precompiled standard library
-//   tarnwick-msl-worker --dump-ir FILE.metal    prints what the front end makes of a program
+//   tarnwick-msl-worker --dump-ir FILE.metal    prints the front end's module and signatures
+//   tarnwick-msl-worker --step NAME FILE.ll     runs one step on a text and prints the result
+//   tarnwick-msl-worker --steps                 prints the table of the steps
+#include "TarnwickMSL/Translation/Passes.h"
 #include "TarnwickMSL/Worker/Dump.h"
 #include "TarnwickMSL/Worker/Precompiled.h"
 #include "TarnwickMSL/Worker/Server.h"
@@ -11,6 +14,7 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <string>
 #include <string_view>
 #include <unistd.h>
 
@@ -18,19 +22,28 @@ using namespace tarnwick::msl;
 
 namespace {
 
-int run(std::string_view command, const char* file) {
+std::string textOf(const char* file) {
+    std::ifstream input(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(input), {}};
+}
+
+int run(std::string_view command, const char* file, const char* second) {
     if (command == "--serve") {
         serve(STDIN_FILENO);
         return 0;
     }
     if (command == "--precompile" && file)
         return writePrecompiled(file) ? 0 : 1;
-    if (command == "--dump-ir" && file) {
-        std::ifstream input(file, std::ios::binary);
-        const std::string source{std::istreambuf_iterator<char>(input), {}};
-        return dumpParsed(source, standardLibrary()) ? 0 : 1;
+    if (command == "--dump-ir" && file)
+        return dumpParsed(textOf(file), standardLibrary()) ? 0 : 1;
+    if (command == "--step" && file && second)
+        return dumpStep(file, textOf(second)) ? 0 : 1;
+    if (command == "--steps") {
+        std::cout << stepTable();
+        return 0;
     }
-    std::cerr << "tarnwick-msl-worker: --serve, --precompile FILE or --dump-ir FILE is wanted.\n";
+    std::cerr << "tarnwick-msl-worker: requires --serve, --precompile FILE, --dump-ir FILE, "
+                 "--step NAME FILE or --steps.\n";
     return 2;
 }
 
@@ -38,7 +51,8 @@ int run(std::string_view command, const char* file) {
 
 int main(int count, char** words) {
     try {
-        const int status = run(count > 1 ? words[1] : "", count > 2 ? words[2] : nullptr);
+        const int status = run(count > 1 ? words[1] : "", count > 2 ? words[2] : nullptr,
+                               count > 3 ? words[3] : nullptr);
         std::cout.flush();
         return status;
     } catch (const std::exception& error) {

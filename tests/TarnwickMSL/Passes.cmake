@@ -3,5 +3,8 @@ tarnwick_tests(TarnwickMSL/Passes
     SOURCES Passes/ArrayLoopTests.cpp Passes/FractionTests.cpp Passes/NarrowAccessTests.cpp
             Passes/PassesTests.cpp
             Passes/RandomFlow.cpp Passes/Running.cpp Passes/StructureTests.cpp
-            Passes/TwoValuedTableTests.cpp
+            Passes/StepsTests.cpp Passes/TwoValuedTableTests.cpp
     LINK TarnwickMSLTranslationPasses)
+target_compile_definitions(TarnwickMSLPassesTests PRIVATE
+    TARNWICK_STEPS="${CMAKE_CURRENT_SOURCE_DIR}/Steps"
+    TARNWICK_COMPILER_PAGE="${CMAKE_SOURCE_DIR}/docs/compiler.md")

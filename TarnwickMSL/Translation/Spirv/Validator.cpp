@@ -13,6 +13,7 @@ std::string spirvFaults(const std::vector<std::uint32_t>& words) {
         });
     spvtools::ValidatorOptions options;
     options.SetScalarBlockLayout(true);
+    options.SetFriendlyNames(false);
     bool isValid = tools.Validate(words.data(), words.size(), options);
     return isValid || !messages.empty() ? messages : "The module is not valid.";
 }

@@ -1,4 +1,5 @@
-// The SPIR-V validator's word on a module: asked by debug builds of the writer, and by tests.
+// What SPIRV-Tools says of a SPIR-V module. The last step of the compiler is checked with it where
+// steps are checked (Passes.h).
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "TarnwickMSL/Translation/Passes/Dump.h"
+#include "TarnwickMSL/Translation/Passes/Forms/Text.h"
 #include "tests/TarnwickMSL/Passes/Running.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "TarnwickMSL/Translation/Passes/Dump.h"
+#include "TarnwickMSL/Translation/Passes/Forms/Text.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 #include "tests/TarnwickMSL/Passes/Running.h"
 

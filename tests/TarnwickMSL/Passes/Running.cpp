@@ -1,7 +1,8 @@
 #include "tests/TarnwickMSL/Passes/Running.h"
 
-#include "TarnwickMSL/Translation/Passes/Dump.h"
-#include "TarnwickMSL/Translation/Passes/Form.h"
+#include "TarnwickMSL/Translation/Passes/Driver.h"
+#include "TarnwickMSL/Translation/Passes/Forms/Form.h"
+#include "TarnwickMSL/Translation/Passes/Forms/Text.h"
 
 #include <gtest/gtest.h>
 #include <llvm/AsmParser/Parser.h>
@@ -37,11 +38,29 @@ std::unique_ptr<Module> parse(const std::string& assembly, LLVMContext& context)
     return module;
 }
 
+void prepare(Module& program, const std::vector<EntrySignature>& entries) {
+    Work work(program, entries);
+    for (const Step& step : steps())
+        if (step.scope == Scope::program)
+            perform(step, work);
+}
+
+ShaderModule lower(Module& program, const EntrySignature& entry,
+                   const std::vector<EntrySignature>& entries) {
+    Work work(program, entries);
+    work.entry = &entry;
+    for (const Step& step : steps())
+        if (step.scope == Scope::entryPoint && step.name != "spirv")
+            perform(step, work);
+    return std::move(work.shader);
+}
+
 ShaderModule lowered(const std::string& assembly, LLVMContext& context,
                      const EntrySignature& entry) {
     auto module = parse(assembly, context);
-    prepare(*module, {entry});
-    ShaderModule shader = lower(*module, entry, {entry});
+    const std::vector<EntrySignature> entries{entry};
+    prepare(*module, entries);
+    ShaderModule shader = lower(*module, entry, entries);
     std::string fault = checkForm(shader);
     EXPECT_EQ(fault, "") << text(shader);
     return shader;
@@ -68,7 +87,7 @@ Native::Native(const Module& module) : engine_(std::make_unique<Engine>()) {
     engine_->jit = cantFail(LLJITBuilder().create());
     auto context = std::make_unique<LLVMContext>();
     SMDiagnostic fault;
-    auto copy = parseAssemblyString(text(module), fault, *context);
+    auto copy = parseAssemblyString(text(module, {}), fault, *context);
     copy->setDataLayout(engine_->jit->getDataLayout());
     copy->setTargetTriple(engine_->jit->getTargetTriple().str());
     for (GlobalVariable& global : copy->globals())

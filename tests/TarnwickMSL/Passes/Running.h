@@ -1,7 +1,7 @@
 // Small modules from text, lowered, and run natively before and after.
 #pragma once
 
-#include "TarnwickMSL/Translation/Passes.h"
+#include "TarnwickMSL/Translation/ShaderModule.h"
 
 #include <llvm/IR/LLVMContext.h>
 
@@ -15,7 +15,14 @@ EntrySignature flatFragment();
 // Reads LLVM assembly; the layout and triple are those of the front end.
 std::unique_ptr<llvm::Module> parse(const std::string& assembly, llvm::LLVMContext& context);
 
-// Prepares and lowers the module's one entry, and expects checkForm to find nothing.
+// Runs the steps on the whole program.
+void prepare(llvm::Module& program, const std::vector<EntrySignature>& entries);
+
+// Runs the steps on one entry point of a prepared program, but for the SPIR-V.
+ShaderModule lower(llvm::Module& program, const EntrySignature& entry,
+                   const std::vector<EntrySignature>& entries);
+
+// Both for the module's one entry; expects checkForm to find nothing.
 ShaderModule lowered(const std::string& assembly, llvm::LLVMContext& context,
                      const EntrySignature& entry);
 

@@ -1,5 +1,5 @@
-#include "TarnwickMSL/Translation/Passes/Dump.h"
-#include "TarnwickMSL/Translation/Passes/Form.h"
+#include "TarnwickMSL/Translation/Passes/Forms/Form.h"
+#include "TarnwickMSL/Translation/Passes/Forms/Text.h"
 #include "tests/TarnwickMSL/Passes/RandomFlow.h"
 #include "tests/TarnwickMSL/Passes/Running.h"
 

@@ -1,6 +1,9 @@
 #include "TarnwickMSL/Translation/Passes/Entry/Cut.h"
 
+#include "TarnwickMSL/Translation/TranslationError.h"
+
 #include <llvm/IR/Constants.h>
+#include <llvm/IR/DebugInfo.h>
 #include <llvm/IR/Module.h>
 #include <llvm/Transforms/Utils/Cloning.h>
 #include <llvm/Transforms/Utils/ValueMapper.h>
@@ -48,7 +51,19 @@ class Reached final : public ValueMaterializer {
     ValueToValueMapTy& map_;
 };
 
-std::unique_ptr<Module> cut(const Function& function) {
+// Every compile unit of the places must be in this list, which cloning leaves empty.
+static void listUnits(Module& module) {
+    NamedMDNode* units = module.getNamedMetadata("llvm.dbg.cu");
+    if (!units)
+        return;
+    DebugInfoFinder finder;
+    finder.processModule(module);
+    units->clearOperands();
+    for (DICompileUnit* unit : finder.compile_units())
+        units->addOperand(unit);
+}
+
+static std::unique_ptr<Module> copied(const Function& function) {
     const Module& from = *function.getParent();
     auto module = std::make_unique<Module>(function.getName(), from.getContext());
     module->setDataLayout(from.getDataLayout());
@@ -63,9 +78,22 @@ std::unique_ptr<Module> cut(const Function& function) {
     SmallVector<ReturnInst*, 4> returns;
     CloneFunctionInto(copy, &function, map, CloneFunctionChangeType::DifferentModule, returns, "",
                       nullptr, nullptr, &reached);
-    if (NamedMDNode* units = module->getNamedMetadata("llvm.dbg.cu")) // cloning leaves it empty
-        units->eraseFromParent();
+    copy->setLinkage(GlobalValue::InternalLinkage); // cloning takes the original's visibility
+    listUnits(*module);
     return module;
+}
+
+ShaderModule cut(const Module& program, const EntrySignature& entry) {
+    const Function* function = program.getFunction(entry.symbol);
+    if (!function || function->isDeclaration())
+        throw TranslationError("The function '" + entry.name + "' is declared but not defined.");
+    ShaderModule shader;
+    shader.module = copied(*function);
+    shader.name = entry.name;
+    shader.stage = entry.stage;
+    shader.earlyFragmentTests = entry.earlyFragmentTests;
+    shader.mostThreads = entry.mostThreads;
+    return shader;
 }
 
 } // namespace tarnwick::msl

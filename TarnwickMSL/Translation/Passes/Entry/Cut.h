@@ -1,17 +1,13 @@
-// One function taken out of a program's module into a module of its own.
+// One entry point in a module of its own.
 #pragma once
 
-#include <memory>
-
-namespace llvm {
-class Function;
-class Module;
-} // namespace llvm
+#include "TarnwickMSL/Translation/ShaderModule.h"
 
 namespace tarnwick::msl {
 
-// A new module in the same context that holds a copy of the function, as an internal one, and of
-// the constants and declarations that it reaches; nothing else.
-std::unique_ptr<llvm::Module> cut(const llvm::Function& function);
+// Copies the entry point's function, as an internal one, and the constants and declarations that
+// it reaches into a new module of the same context. Sets what the signature says about the whole
+// shader; `main` is null. Throws TranslationError if the function has no body.
+ShaderModule cut(const llvm::Module& program, const EntrySignature& entry);
 
 } // namespace tarnwick::msl

@@ -1,6 +1,8 @@
 #include "TarnwickMSL/Translation/Passes/Entry/Wrapper.h"
 
 #include "TarnwickMSL/SamplerBits.h"
+#include "TarnwickMSL/Translation/Passes/Calls/Inlining.h"
+#include "TarnwickMSL/Translation/Passes/Entry/Interface.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/AsmParser/Parser.h>
@@ -229,10 +231,13 @@ CallBase* Wrapping::build() {
     return call;
 }
 
-CallBase* wrap(ShaderModule& shader, Function& function, const EntrySignature& entry,
-               const Varyings& varyings) {
+void wrap(ShaderModule& shader, const EntrySignature& entry,
+          const std::vector<EntrySignature>& allEntries) {
+    Function& body = *shader.module->getFunction(entry.symbol);
+    const Varyings varyings(allEntries);
     Interface interface(shader, varyings);
-    return Wrapping(shader, function, entry, interface).build();
+    inlineCall(*Wrapping(shader, body, entry, interface).build());
+    body.eraseFromParent();
 }
 
 } // namespace tarnwick::msl

@@ -11,6 +11,7 @@
 #include <llvm/Transforms/IPO/GlobalOpt.h>
 #include <llvm/Transforms/InstCombine/InstCombine.h>
 #include <llvm/Transforms/Scalar/ADCE.h>
+#include <llvm/Transforms/Scalar/DCE.h>
 #include <llvm/Transforms/Scalar/DeadStoreElimination.h>
 #include <llvm/Transforms/Scalar/DivRemPairs.h>
 #include <llvm/Transforms/Scalar/EarlyCSE.h>
@@ -124,6 +125,10 @@ void Optimiser::finish(Function& function) {
 void Optimiser::tidy(Function& function) {
     forget(function);
     managers_->tidy.run(function, managers_->functions);
+}
+
+void Optimiser::dropDeadCode(Function& function) {
+    DCEPass().run(function, managers_->functions);
 }
 
 void Optimiser::foldInitialisers(Module& module) {

@@ -19,6 +19,7 @@ class Optimiser {
     void unrollLoops(llvm::Function& function);  // those with a small constant number of rounds
     void finish(llvm::Function& function);       // once, for a function that has everything in it
     void tidy(llvm::Function& function);         // after a step that leaves dead code behind
+    void dropDeadCode(llvm::Function& function);
     void foldInitialisers(llvm::Module& module); // of constants that need code to be made
 
     // Whether some loop runs a constant number of times that is small enough to unroll.

@@ -1,7 +1,5 @@
 #include "TarnwickMSL/Translation/Passes/Values/Legalise.h"
 
-#include "TarnwickMSL/Translation/Passes/Values/OddIntegers.h"
-#include "TarnwickMSL/Translation/Passes/Values/WideVectors.h"
 #include "TarnwickMSL/Translation/Places.h"
 
 #include <llvm/IR/IRBuilder.h>
@@ -254,8 +252,6 @@ static void legaliseTruncation(TruncInst& truncation) {
 }
 
 void legalise(Function& main) {
-    splitWideVectors(main);
-    promoteOddIntegers(main);
     SmallVector<Instruction*, 16> candidates; // an expansion removes others than itself
     for (Instruction& instruction : instructions(main))
         if (isa<IntrinsicInst, TruncInst, FreezeInst>(instruction))

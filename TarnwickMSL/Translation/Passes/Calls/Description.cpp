@@ -1,0 +1,35 @@
+#include "TarnwickMSL/Translation/Passes/Calls/Description.h"
+
+#include "TarnwickMSL/Translation/Passes/Calls/BuiltInCalls.h"
+
+#include <llvm/IR/Instructions.h>
+#include <llvm/IR/Module.h>
+
+namespace tarnwick::msl {
+
+using namespace llvm;
+
+// Native widths keep the combining of instructions from inventing others.
+static constexpr StringLiteral nativeWidths = "-n8:16:32:64";
+
+// An endless loop without effects is for the user to find, not for the optimiser to delete.
+static void describe(Function& function) {
+    function.removeFnAttr(Attribute::MustProgress);
+    function.removeFnAttr(Attribute::NoInline);
+    function.removeFnAttr(Attribute::OptimizeNone);
+    for (llvm::Argument& argument : function.args())
+        argument.removeAttr(Attribute::NoAlias);
+    for (BasicBlock& block : function)
+        block.getTerminator()->setMetadata(LLVMContext::MD_loop, nullptr);
+}
+
+void describe(Module& program) {
+    if (program.getDataLayoutStr().find("-n8") == std::string::npos)
+        program.setDataLayout(program.getDataLayoutStr() + nativeWidths.str());
+    describeBuiltIns(program);
+    for (Function& function : program)
+        if (!function.isDeclaration())
+            describe(function);
+}
+
+} // namespace tarnwick::msl

@@ -1,0 +1,21 @@
+// Control flow in the shape that loops can be counted and structured in.
+#pragma once
+
+namespace llvm {
+class Function;
+}
+
+namespace tarnwick::msl {
+
+class Optimiser;
+
+// Makes one return, no switch, no unreachable code; loops with one entry, one latch and an exit.
+void normaliseFlow(llvm::Function& main, Optimiser& optimiser);
+
+// Whether the code has no conditional branch.
+bool isPlain(const llvm::Function& main);
+
+// Replaces conditional branches whose two targets are the same block.
+void dropEmptyBranches(llvm::Function& main);
+
+} // namespace tarnwick::msl

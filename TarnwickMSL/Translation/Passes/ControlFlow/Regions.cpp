@@ -1,0 +1,146 @@
+#include "TarnwickMSL/Translation/Passes/ControlFlow/Regions.h"
+
+#include "TarnwickMSL/Translation/Passes/ControlFlow/Flow.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/LoopBudget.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/LoopRows.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/LoopShape.h"
+#include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
+
+#include <llvm/Analysis/LoopInfo.h>
+#include <llvm/IR/Dominators.h>
+#include <llvm/IR/IRBuilder.h>
+#include <llvm/IR/PatternMatch.h>
+#include <llvm/Transforms/Scalar/DCE.h>
+#include <llvm/Transforms/Scalar/InstSimplifyPass.h>
+#include <llvm/Transforms/Scalar/StructurizeCFG.h>
+#include <llvm/Transforms/Utils/LoopSimplify.h>
+#include <llvm/Transforms/Utils/UnifyLoopExits.h>
+
+namespace tarnwick::msl {
+
+using namespace llvm;
+using namespace llvm::PatternMatch;
+
+// A loop that its header alone leaves, by a test that has no effect, has the shape that the driver
+// needs as it is. StructurizeCFG knows only loops that their latch leaves; so while it works, the
+// test stands there: `markLoops` moves it, as the call of a marker that keeps the condition, and
+// `restoreTest` moves it back.
+static constexpr StringLiteral marker = "msl.leaves_from_header";
+
+static bool hasEffects(const Instruction& instruction) {
+    auto* call = dyn_cast<CallBase>(&instruction);
+    auto* store = dyn_cast<StoreInst>(&instruction);
+    return (instruction.mayHaveSideEffects() &&
+            !(store && isCounter(*store->getPointerOperand()))) ||
+           (call && call->isConvergent());
+}
+
+static bool leavesFromHeader(const Loop& loop) {
+    BasicBlock* header = loop.getHeader();
+    BasicBlock* latch = loop.getLoopLatch();
+    if (loop.getExitingBlock() != header || !loop.getExitBlock() || !latch || latch == header ||
+        succ_size(latch) != 1)
+        return false;
+    return none_of(*header, [&](Instruction& value) {
+        if (isa<PHINode>(value) || value.isTerminator())
+            return false;
+        return hasEffects(value) || any_of(value.users(), [&](User* user) {
+                   return !loop.contains(cast<Instruction>(user));
+               });
+    });
+}
+
+static void moveTestToLatch(Loop& loop) {
+    BasicBlock *header = loop.getHeader(), *latch = loop.getLoopLatch();
+    BasicBlock* exit = loop.getExitBlock();
+    auto* test = cast<BranchInst>(header->getTerminator());
+    unsigned inside = test->getSuccessor(0) == exit ? 1 : 0;
+    IRBuilder<> builder(latch->getTerminator());
+    Value* stays = test->getCondition();
+    if (inside == 1) {
+        builder.SetInsertPoint(test);
+        stays = builder.CreateNot(stays);
+        builder.SetInsertPoint(latch->getTerminator());
+    }
+    Module& module = *header->getModule();
+    FunctionCallee mark =
+        module.getOrInsertFunction(marker, builder.getInt1Ty(), builder.getInt1Ty());
+    builder.CreateCondBr(builder.CreateCall(mark, stays), header, exit);
+    latch->getTerminator()->eraseFromParent();
+    BranchInst::Create(test->getSuccessor(inside), header);
+    test->eraseFromParent();
+    for (PHINode& phi : exit->phis())
+        phi.replaceIncomingBlockWith(header, latch);
+}
+
+static void markLoops(Function& main, Optimiser& optimiser) {
+    auto& loops = optimiser.analyses().getResult<LoopAnalysis>(main);
+    auto enclosed = rowEnds(loops, [](const Loop&) { return true; });
+    for (Loop* loop : loops.getLoopsInPreorder())
+        if (leavesFromHeader(*loop) && !is_contained(enclosed, loop->getHeader()))
+            moveTestToLatch(*loop);
+    optimiser.forget(main);
+}
+
+// The call of the marker that the loop's latch tests, directly or negated; null for other loops.
+static CallInst* markerOf(const Loop& loop) {
+    auto* branch = cast<BranchInst>(loop.getLoopLatch()->getTerminator());
+    Value* condition = branch->getCondition();
+    if (Value* negated = nullptr; match(condition, m_Not(m_Value(negated))))
+        condition = negated;
+    auto* call = dyn_cast<CallInst>(condition);
+    return call && call->getCalledFunction() && call->getCalledFunction()->getName() == marker
+               ? call
+               : nullptr;
+}
+
+static void restoreTest(const LoopShape& shape, CallInst& mark) {
+    Value* stays = mark.getArgOperand(0);
+    shape.continue_->getTerminator()->eraseFromParent();
+    BranchInst::Create(shape.header, shape.continue_);
+    shape.header->getTerminator()->eraseFromParent();
+    BranchInst::Create(shape.body, shape.merge, stays, shape.header);
+    SmallVector<Instruction*, 2> uses; // a negation, which nothing tests any more
+    for (User* user : mark.users())
+        uses.push_back(cast<Instruction>(user));
+    for (Instruction* use : uses)
+        use->eraseFromParent();
+    mark.eraseFromParent();
+}
+
+// Loops that leave from their headers go back to it, all of them before the counter of rounds
+// becomes values: until then the flow of control is not the program's own.
+static void restoreTests(Function& main, Structure& structure) {
+    DominatorTree tree(main);
+    LoopInfo loops(tree);
+    for (Loop* loop : loops.getLoopsInPreorder())
+        if (CallInst* mark = markerOf(*loop)) {
+            LoopShape shape =
+                splitLoop(*loop, loop->getHeader()->getTerminator()->getIterator(), tree, loops);
+            restoreTest(shape, *mark);
+            tree.recalculate(main);
+            structure[shape.header] = {shape.merge, shape.continue_};
+        }
+}
+
+void makeRegions(Function& main, Structure& structure, Optimiser& optimiser) {
+    if (isPlain(main))
+        return;
+    LoopSimplifyPass().run(main, optimiser.analyses());
+    optimiser.forget(main);
+    markLoops(main, optimiser);
+    FunctionPassManager passes;
+    passes.addPass(UnifyLoopExitsPass());
+    passes.addPass(StructurizeCFGPass());
+    passes.run(main, optimiser.analyses());
+    dropEmptyBranches(main);
+    restoreTests(main, structure);
+    // No sooner: while the tests are away, code that they guard looks as if it always ran.
+    optimiser.forget(main);
+    InstSimplifyPass().run(main, optimiser.analyses());
+    DCEPass().run(main, optimiser.analyses());
+    optimiser.forget(main);
+    promoteCounter(main);
+}
+
+} // namespace tarnwick::msl

@@ -1,0 +1,216 @@
+#include "TarnwickMSL/Translation/Passes/Steps.h"
+
+#include "TarnwickMSL/Translation/Passes/Calls/Description.h"
+#include "TarnwickMSL/Translation/Passes/Calls/Initialisers.h"
+#include "TarnwickMSL/Translation/Passes/Calls/Inlining.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/ArrayLoops.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/Flow.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/LoopBudget.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/Loops.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/Phis.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/Regions.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/Selections.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/VectorPhis.h"
+#include "TarnwickMSL/Translation/Passes/Entry/Bindings.h"
+#include "TarnwickMSL/Translation/Passes/Entry/Cut.h"
+#include "TarnwickMSL/Translation/Passes/Entry/Wrapper.h"
+#include "TarnwickMSL/Translation/Passes/Memory/Atomics.h"
+#include "TarnwickMSL/Translation/Passes/Memory/Handles.h"
+#include "TarnwickMSL/Translation/Passes/Memory/MemoryCalls.h"
+#include "TarnwickMSL/Translation/Passes/Memory/NarrowAccess.h"
+#include "TarnwickMSL/Translation/Passes/Memory/PointerArrays.h"
+#include "TarnwickMSL/Translation/Passes/Memory/Pointers.h"
+#include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
+#include "TarnwickMSL/Translation/Passes/Values/Comparisons.h"
+#include "TarnwickMSL/Translation/Passes/Values/Fractions.h"
+#include "TarnwickMSL/Translation/Passes/Values/Legalise.h"
+#include "TarnwickMSL/Translation/Passes/Values/OddIntegers.h"
+#include "TarnwickMSL/Translation/Passes/Values/TwoValuedTables.h"
+#include "TarnwickMSL/Translation/Passes/Values/WideVectors.h"
+#include "TarnwickMSL/Translation/SpirvWriter.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarnwick::msl {
+
+using namespace llvm;
+
+static void comparisons(Work& work) {
+    for (Function& function : work.program)
+        fixComparisonLanes(function);
+}
+
+static void inlining(Work& work) {
+    std::vector<Function*> roots;
+    for (const EntrySignature& entry : work.entries)
+        if (Function* function = work.program.getFunction(entry.symbol))
+            roots.push_back(function);
+    inlineEverything(work.program, roots, work.optimiser());
+}
+
+static void copies(Work& work) {
+    if (!expandMemoryCalls(work.main()))
+        return;
+    work.optimiser().forget(work.main());
+    work.optimiser().cleanLightly(work.main());
+}
+
+static void unrolling(Work& work) {
+    if (work.optimiser().hasShortLoops(work.main()))
+        work.optimiser().unrollLoops(work.main());
+}
+
+static void pointerArrays(Work& work) {
+    if (!splitPointerArrays(work.main()))
+        return;
+    work.optimiser().forget(work.main());
+    work.optimiser().cleanLightly(work.main());
+}
+
+static void tidying(Work& work) {
+    if (work.hasDeadCode)
+        work.optimiser().tidy(work.main());
+    work.hasDeadCode = false;
+}
+
+static void vectorPhis(Work& work) {
+    if (isPlain(work.main()))
+        return;
+    splitVectorPhis(work.main(), work.shader.structure);
+    work.optimiser().dropDeadCode(work.main());
+}
+
+// clang-format off
+static constexpr std::array table{
+    Step{"describe", Scope::program, "Passes/Calls/Description.h",
+         [](Work& work) { describe(work.program); },
+         "Sets attributes by which the optimiser keeps calls in order; before every step that optimises."},
+    Step{"comparisons", Scope::program, "Passes/Values/Comparisons.h", comparisons,
+         "Makes Metal's lanes of 1 of Clang's lanes of all ones; before any step rewrites Clang's patterns."},
+    Step{"initialisers", Scope::program, "Passes/Calls/Initialisers.h",
+         [](Work& work) { foldInitialisers(work.program, work.optimiser()); },
+         "Evaluates constants that need code; before `inline`, so that their values reach every function."},
+    Step{"inline", Scope::program, "Passes/Calls/Inlining.h", inlining,
+         "Puts each function into its callers, callees first, each cleaned before; before `cut`, so that entry points share the work.",
+         Form::calls},
+    Step{"cut", Scope::entryPoint, "Passes/Entry/Cut.h",
+         [](Work& work) { work.shader = cut(work.program, *work.entry); },
+         "Copies one entry point and the constants that it reaches into a module of its own; all later steps change only that."},
+    Step{"wrap", Scope::entryPoint, "Passes/Entry/Wrapper.h",
+         [](Work& work) { wrap(work.shader, *work.entry, work.entries); },
+         "Makes `main`, which reads inputs, runs the entry point and writes outputs; after `cut`, which gives it a module.",
+         Form::main},
+    Step{"clean", Scope::entryPoint, "Passes/Optimising/Optimiser.h",
+         [](Work& work) { work.optimiser().clean(work.main()); },
+         "Turns memory into values and combines instructions; after `wrap`, so that constant handles meet the calls that take them."},
+    Step{"memory-calls", Scope::entryPoint, "Passes/Memory/MemoryCalls.h", copies,
+         "Makes loads and stores of copies and fills; after `clean`, which removes most of them, and before loops are measured."},
+    Step{"fractions", Scope::entryPoint, "Passes/Values/Fractions.h",
+         [](Work& work) { work.forgetMainIf(trimFractions(work.main())); },
+         "Removes the clamp of `fract` where the fraction cannot reach one; after `clean`, which shows the operands."},
+    Step{"array-loops", Scope::entryPoint, "Passes/ControlFlow/ArrayLoops.h",
+         [](Work& work) { work.forgetMainIf(boundArrayLoops(work.main(), work.optimiser().analyses())); },
+         "Ends loops with the short array that they walk over; before `unroll`, which needs the number of rounds."},
+    Step{"unroll", Scope::entryPoint, "Passes/Optimising/Optimiser.h", unrolling,
+         "Unrolls short loops; before `finish`, which removes what the rounds repeat."},
+    Step{"finish", Scope::entryPoint, "Passes/Optimising/Optimiser.h",
+         [](Work& work) { work.optimiser().finish(work.main()); },
+         "Moves code out of loops, removes repeated and unused code; once, on code that no later step makes larger."},
+    Step{"narrow-access", Scope::entryPoint, "Passes/Memory/NarrowAccess.h",
+         [](Work& work) { work.forgetMainIf(narrowAccess(work.main(), work.optimiser().analyses())); },
+         "Reads and writes single lanes of vectors in buffers; after `finish`, which joins accesses."},
+    Step{"two-valued-tables", Scope::entryPoint, "Passes/Values/TwoValuedTables.h",
+         [](Work& work) { work.forgetMainIf(replaceTwoValuedTables(work.main())); },
+         "Makes bits of a number of tables with two values; after `unroll`, which makes many indices constant."},
+    Step{"late-memory-calls", Scope::entryPoint, "Passes/Memory/MemoryCalls.h",
+         [](Work& work) { work.forgetMainIf(expandMemoryCalls(work.main())); },
+         "Repeats `memory-calls`, since LLVM's passes make new copies; before `pointers`, which knows loads and stores only.",
+         Form::copies},
+    Step{"pointer-arrays", Scope::entryPoint, "Passes/Memory/PointerArrays.h", pointerArrays,
+         "Turns indexed arrays of pointers into choices; before `pointers`, which resolves choices but no pointers in memory."},
+    Step{"pointers", Scope::entryPoint, "Passes/Memory/Pointers.h",
+         [](Work& work) { work.hasDeadCode |= resolvePointers(work.main()); },
+         "Replaces pointers that are chosen, compared or converted by numbers; after all LLVM passes that combine pointers.",
+         Form::pointers},
+    Step{"handles", Scope::entryPoint, "Passes/Memory/Handles.h",
+         [](Work& work) { work.hasDeadCode |= resolveHandles(work.shader); },
+         "Gives each texture call its texture and sampler as constants; after `pointers`, which turns chosen arguments into chosen numbers.",
+         Form::handles},
+    Step{"atomics", Scope::entryPoint, "Passes/Memory/Atomics.h",
+         [](Work& work) { work.hasDeadCode |= expandAtomics(work.main(), work.target); },
+         "Makes loops of atomic operations that the target lacks; after `pointers`, which finds the buffer, and before loops are counted."},
+    Step{"tidy", Scope::entryPoint, "Passes/Optimising/Optimiser.h", tidying,
+         "Removes code that the three steps before left without use; the last step that may join blocks.",
+         Form::choices},
+    Step{"flow", Scope::entryPoint, "Passes/ControlFlow/Flow.h",
+         [](Work& work) { normaliseFlow(work.main(), work.optimiser()); },
+         "Makes one return, no switches, loops with one entry and an exit; before loops are counted and structured.",
+         Form::flow},
+    Step{"wide-vectors", Scope::entryPoint, "Passes/Values/WideVectors.h",
+         [](Work& work) { splitWideVectors(work.main()); },
+         "Takes vectors of more than four lanes apart; before `odd-integers`, since their lanes may have odd widths.",
+         Form::lanes},
+    Step{"odd-integers", Scope::entryPoint, "Passes/Values/OddIntegers.h",
+         [](Work& work) { promoteOddIntegers(work.main()); },
+         "Puts integers of other widths into the next width of a shader; before `legalise`, which makes booleans of their bits.",
+         Form::widths},
+    Step{"legalise", Scope::entryPoint, "Passes/Values/Legalise.h",
+         [](Work& work) { legalise(work.main()); },
+         "Expands intrinsics that the writer does not have; after all LLVM passes that would combine them again.",
+         Form::operations},
+    Step{"near-addresses", Scope::entryPoint, "Passes/Memory/Pointers.h",
+         [](Work& work) { keepPointersNear(work.main()); },
+         "Repeats the steps to an address before each access; before the control flow is structured, which would carry pointers between blocks.",
+         Form::addresses},
+    Step{"loop-budget", Scope::entryPoint, "Passes/ControlFlow/LoopBudget.h",
+         [](Work& work) { budgetLoops(work.shader, work.optimiser()); },
+         "Counts rounds of loops without a known end; after `flow`, which makes loops countable, and before their shape hides the number of rounds."},
+    Step{"regions", Scope::entryPoint, "Passes/ControlFlow/Regions.h",
+         [](Work& work) { makeRegions(work.main(), work.shader.structure, work.optimiser()); },
+         "Nests the control flow in regions with one entry and one exit; after `loop-budget`, whose exits it nests as well.",
+         Form::exits},
+    Step{"loops", Scope::entryPoint, "Passes/ControlFlow/Loops.h",
+         [](Work& work) { structureLoops(work.main(), work.shader.structure); },
+         "Gives each loop its header, continue target and merge block; before `selections`, which then knows every loop's branches.",
+         Form::loops},
+    Step{"selections", Scope::entryPoint, "Passes/ControlFlow/Selections.h",
+         [](Work& work) { structureSelections(work.main(), work.shader.structure); },
+         "Gives every other branch its merge block; after `loops`.",
+         Form::selections},
+    Step{"vector-phis", Scope::entryPoint, "Passes/ControlFlow/VectorPhis.h", vectorPhis,
+         "Splits phis of vectors into lanes; after the steps that make phis.",
+         Form::phis},
+    Step{"phis", Scope::entryPoint, "Passes/ControlFlow/Phis.h",
+         [](Work& work) { mergePhis(work.main()); },
+         "Joins phis that carry one value twice; after `vector-phis`, so that it compares lanes."},
+    Step{"bindings", Scope::entryPoint, "Passes/Entry/Bindings.h",
+         [](Work& work) { assignBindings(work.shader); },
+         "Numbers the buffers and textures that are still used; last, when no step removes uses.",
+         Form::bindings},
+    Step{"spirv", Scope::entryPoint, "SpirvWriter.h",
+         [](Work& work) { work.result = writeSpirv(work.shader); },
+         "Writes the SPIR-V words, which SPIRV-Tools' validator checks."},
+};
+// clang-format on
+
+std::span<const Step> steps() {
+    return table;
+}
+
+const Step* stepNamed(std::string_view name) {
+    const auto* found = std::ranges::find(table, name, &Step::name);
+    return found == table.end() ? nullptr : found;
+}
+
+std::string stepTable() {
+    std::string text = "| step | header | why here | from here on |\n|---|---|---|---|\n";
+    for (const Step& step : table) {
+        text += "| `" + std::string(step.name) + "` | `TarnwickMSL/Translation/" +
+                std::string(step.header) + "` | ";
+        text += std::string(step.reason) + " | " + std::string(sentence(step.form)) + " |\n";
+    }
+    return text;
+}
+
+} // namespace tarnwick::msl

@@ -1,0 +1,32 @@
+// The table of the compiler's steps, from the front end's module to SPIR-V.
+#pragma once
+
+#include "TarnwickMSL/Translation/Passes/Forms/Form.h"
+#include "TarnwickMSL/Translation/Passes/Forms/Work.h"
+
+#include <span>
+#include <string_view>
+
+namespace tarnwick::msl {
+
+enum class Scope : std::uint8_t { program, entryPoint }; // a step runs once for each
+
+struct Step {
+    std::string_view name;
+    Scope scope = Scope::entryPoint;
+    std::string_view header; // of the function that `run` calls, below TarnwickMSL/Translation/
+    void (*run)(Work& work) = nullptr;
+    std::string_view reason; // what it does, and why before or after which other step
+    Form form = Form::any;   // the rule that holds from here on, if a new one does
+};
+
+// In the order in which they run.
+std::span<const Step> steps();
+
+// Null if there is no step of this name.
+const Step* stepNamed(std::string_view name);
+
+// The table in Markdown, as docs/compiler.md has it.
+std::string stepTable();
+
+} // namespace tarnwick::msl

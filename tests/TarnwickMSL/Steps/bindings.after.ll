@@ -1,0 +1,13 @@
+; shader name=shade
+; variable kind=uniform_buffer global=msl.buffer.1 index=1 binding=32
+; texture index=5 binding=33 shape=2d
+@msl.buffer.0 = external global i32
+@msl.buffer.1 = external constant i32
+
+define void @main() {
+  %x = load i32, ptr @msl.buffer.1, align 4
+  %width = call i32 @msl.width.2d(i32 5, i32 %x)
+  ret void
+}
+
+declare i32 @msl.width.2d(i32, i32)

@@ -1,0 +1,5 @@
+define <2 x i32> @f(<2 x i32> %a, <2 x i32> %b) {
+  %less = icmp slt <2 x i32> %a, %b
+  %1 = zext <2 x i1> %less to <2 x i32>
+  ret <2 x i32> %1
+}

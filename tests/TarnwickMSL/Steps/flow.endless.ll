@@ -1,0 +1,7 @@
+; A loop that nothing leaves gets an exit that is never taken.
+define void @main() {
+  br label %loop
+
+loop:
+  br label %loop
+}

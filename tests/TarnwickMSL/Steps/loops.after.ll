@@ -1,0 +1,30 @@
+; shader
+; merge header=%loop at=%merge continue=%continue
+@in = external constant i32
+@out = external global i32
+
+define void @main() {
+entry:
+  %n = load i32, ptr @in, align 4
+  br label %loop
+
+loop:                                             ; preds = %continue, %entry
+  %0 = phi i1 [ %isDone, %continue ], [ false, %entry ]
+  %i = phi i32 [ 0, %entry ], [ %next, %continue ]
+  br i1 %0, label %merge, label %loop.split
+
+loop.split:                                       ; preds = %loop
+  %next = add i32 %i, 3
+  %isDone = icmp uge i32 %next, %n
+  br label %continue
+
+continue:                                         ; preds = %loop.split
+  br label %loop
+
+merge:                                            ; preds = %loop
+  br label %end
+
+end:                                              ; preds = %merge
+  store i32 %i, ptr @out, align 4
+  ret void
+}

@@ -1,0 +1,19 @@
+; The value that leaves the loop does so through a phi of the header.
+@in = external constant i32
+@out = external global i32
+
+define void @main() {
+entry:
+  %n = load i32, ptr @in
+  br label %loop
+
+loop:
+  %i = phi i32 [ 0, %entry ], [ %next, %loop ]
+  %next = add i32 %i, 3
+  %isDone = icmp uge i32 %next, %n
+  br i1 %isDone, label %end, label %loop
+
+end:
+  store i32 %next, ptr @out
+  ret void
+}
