@@ -1,6 +1,5 @@
 #include "TarnwickMSL/Translation/Passes/Driver.h"
 
-#include "TarnwickMSL/Translation/Passes.h"
 #include "TarnwickMSL/Translation/Passes/Forms/Text.h"
 #include "TarnwickMSL/Translation/Spirv/Validator.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
@@ -35,7 +34,7 @@ static Checks checks() {
     return word == "all" ? Checks::all : Checks::code;
 }
 
-bool showsFaults() {
+bool looksInside() {
     return dumpFolder() || checks() != Checks::none;
 }
 

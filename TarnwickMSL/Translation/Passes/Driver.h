@@ -13,6 +13,9 @@ void perform(const Step& step, Work& work);
 // rule of a step up to this one, or is SPIR-V that the validator refuses.
 void requireForm(const Step& step, const Work& work);
 
+// Whether the environment asks for dumps or checks.
+bool looksInside();
+
 // Writes the dump of the front end's module.
 void dumpStart(const Work& work);
 

@@ -41,6 +41,10 @@ std::vector<EntryPoint> runSteps(llvm::Module& program, const std::vector<EntryS
     return made;
 }
 
+bool showsFaults() {
+    return looksInside();
+}
+
 std::string programText(const llvm::Module& program, const std::vector<EntrySignature>& entries) {
     return text(program, entries);
 }
@@ -74,6 +78,16 @@ std::string runStep(std::string_view name, std::string_view text, const Target& 
     step->run(*read.work);
     requireForm(*step, *read.work);
     return msl::text(*read.work);
+}
+
+std::string stepTable() {
+    std::string text = "| step | header | why here | from here on |\n|---|---|---|---|\n";
+    for (const Step& step : steps()) {
+        text += "| `" + std::string(step.name) + "` | `TarnwickMSL/Translation/" +
+                std::string(step.header) + "` | ";
+        text += std::string(step.reason) + " | " + std::string(sentence(step.form)) + " |\n";
+    }
+    return text;
 }
 
 } // namespace tarnwick::msl

@@ -203,14 +203,4 @@ const Step* stepNamed(std::string_view name) {
     return found == table.end() ? nullptr : found;
 }
 
-std::string stepTable() {
-    std::string text = "| step | header | why here | from here on |\n|---|---|---|---|\n";
-    for (const Step& step : table) {
-        text += "| `" + std::string(step.name) + "` | `TarnwickMSL/Translation/" +
-                std::string(step.header) + "` | ";
-        text += std::string(step.reason) + " | " + std::string(sentence(step.form)) + " |\n";
-    }
-    return text;
-}
-
 } // namespace tarnwick::msl

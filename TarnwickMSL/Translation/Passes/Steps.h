@@ -26,7 +26,4 @@ std::span<const Step> steps();
 // Null if there is no step of this name.
 const Step* stepNamed(std::string_view name);
 
-// The table in Markdown, as docs/compiler.md has it.
-std::string stepTable();
-
 } // namespace tarnwick::msl
