@@ -16,7 +16,7 @@ namespace tarnwick {
 // are ignored when the process starts remain ignored.
 class EndSignals {
   public:
-    EndSignals();
+    EndSignals();  // installs the handlers; a violation if the process has one already
     ~EndSignals(); // restores the handlers that the process had before
     EndSignals(const EndSignals&) = delete;
     EndSignals& operator=(const EndSignals&) = delete;

@@ -9,7 +9,7 @@ namespace tarnwick {
 // May be used on any thread.
 class Unfinished {
   public:
-    explicit Unfinished(std::filesystem::path path);
+    explicit Unfinished(std::filesystem::path path); // need not exist yet
     ~Unfinished(); // the file is finished, or its owner has removed it
     Unfinished(const Unfinished&) = delete;
     Unfinished& operator=(const Unfinished&) = delete;

@@ -13,7 +13,7 @@ enum class Severity : std::uint8_t { error, warning, note };
 
 // The words of the compiler: "error", "warning", "note".
 std::string_view rawValue(Severity severity);
-std::optional<Severity> severityOf(std::string_view rawValue);
+std::optional<Severity> severityOf(std::string_view rawValue); // exactly
 
 struct Diagnostic {
     Severity severity = Severity::error;

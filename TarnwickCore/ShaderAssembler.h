@@ -85,7 +85,7 @@ Vertex corner(float2 grid, constant Uniforms& u, constant Params& p)
 float4 shade(Vertex v, constant Uniforms& u, constant Params& p)
 and optionally float4 background(float2 uv, constant Uniforms& u, constant Params& p))";
 
-    static AssembledShader assemble(std::string_view source);
+    static AssembledShader assemble(std::string_view source); // of the text of an episode
 
     // The members of `Params`, one line each; no line break after the last.
     static std::string paramsBody(std::span<const ParamDecl> params);

@@ -1,5 +1,5 @@
-// Included by one file of a test binary that uses the GPU: switches the validation layer on, and
-// fails every test during which it gives a message.
+// Included by one file of each test binary that uses the GPU. Switches the validation layer on, and
+// fails every test during which it reports a message.
 #pragma once
 
 #include "TarnwickGPU/Device.h"

@@ -1,4 +1,4 @@
-// Waiting for what other threads do, without counting on how fast they do it.
+// Waits for other threads, independent of their speed.
 #pragma once
 
 #include <chrono>
@@ -6,7 +6,7 @@
 
 namespace tarnwick {
 
-// Whether `condition` holds within half a minute, asked a thousand times a second.
+// Whether `condition` holds within 30 s; checked every millisecond.
 template <class Condition> bool eventually(Condition condition) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (!condition()) {

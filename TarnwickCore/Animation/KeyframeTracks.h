@@ -49,7 +49,7 @@ class KeyframeTracks {
     void setEase(std::string_view name, double time, Ease ease);
     // Removes every key at `time`, and the track if it was the last key.
     void remove(std::string_view name, double time);
-    void clear(std::string_view name);
+    void clear(std::string_view name); // removes the track
 
     bool isEmpty() const;    // no track has a key
     double lastTime() const; // of the last key, in seconds; 0 without keys
@@ -70,6 +70,6 @@ class KeyframeTracks {
 
 // "linear", "smooth", "hold".
 std::string_view rawValue(KeyframeTracks::Ease ease);
-std::optional<KeyframeTracks::Ease> easeOf(std::string_view rawValue);
+std::optional<KeyframeTracks::Ease> easeOf(std::string_view rawValue); // exactly
 
 } // namespace tarnwick

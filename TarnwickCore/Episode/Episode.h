@@ -13,7 +13,7 @@
 
 namespace tarnwick {
 
-// Made once from a text and handed on: nothing reads the text again.
+// Made once from a text and passed on: the text is never read again.
 struct Episode {
     std::string path; // names the episode in messages; empty without a file
     std::string text;
@@ -22,7 +22,7 @@ struct Episode {
     std::set<std::string_view> metaKeys; // the keys of `meta` that the text gives
     AssembledShader shader;              // parameters, functions, the whole program
 
-    // Pure. Any bytes are taken; never fails.
+    // Pure; accepts any bytes; never fails.
     static Episode of(std::string text, std::string path = {});
 
     const std::vector<ParamDecl>& params() const { return shader.params; }

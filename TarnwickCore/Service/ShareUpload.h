@@ -26,9 +26,9 @@ std::optional<Licence> licenceNamed(std::string_view rawValue); // nothing for a
 enum class Visibility : std::uint8_t { public_, unlisted, private_ };
 inline constexpr std::array allVisibilities{Visibility::public_, Visibility::unlisted,
                                             Visibility::private_};
-std::string_view rawValue(Visibility visibility); // "public"
-std::string_view nameOf(Visibility visibility);   // "Public"
-std::optional<Visibility> visibilityNamed(std::string_view rawValue);
+std::string_view rawValue(Visibility visibility);                     // "public"
+std::string_view nameOf(Visibility visibility);                       // "Public"
+std::optional<Visibility> visibilityNamed(std::string_view rawValue); // exactly
 
 // A number is not finite, so JSON cannot represent it. what() is one sentence for the user.
 struct ShareUploadError : std::runtime_error {

@@ -21,7 +21,7 @@ struct SwiftUIView {
     std::string function; // name of the Metal function
     std::vector<ParamDecl> params;
 
-    std::string text(Place place) const;
+    std::string text(Place place) const; // the Swift source
 };
 
 } // namespace tarnwick

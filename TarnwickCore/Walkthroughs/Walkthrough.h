@@ -33,9 +33,9 @@ struct WalkthroughPage {
 };
 
 struct WalkthroughStage {
-    std::int64_t number = 1; // from 1
-    std::string title;
-    std::string summary;
+    std::int64_t number = 1;            // from 1
+    std::string title;                  // one line; may be empty
+    std::string summary;                // one line; may be empty
     std::vector<WalkthroughPage> pages; // none if the stage adds no line
 
     bool operator==(const WalkthroughStage&) const = default;

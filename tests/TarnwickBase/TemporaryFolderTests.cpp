@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What a process leaves that makes a folder in `parent` and ends without a word.
+// The folder that a process in `parent` leaves when it ends without destructors.
 fs::path left(const fs::path& parent) {
     const pid_t child = fork();
     if (child == 0) {
@@ -24,13 +24,13 @@ fs::path left(const fs::path& parent) {
     return parent / ("a." + std::to_string(child) + ".partial");
 }
 
-TEST(TemporaryFolder, removesWhatDeadProcessesLeftAndNothingElse) {
+TEST(TemporaryFolder, removesFoldersOfDeadProcessesOnly) {
     const TemporaryFolder parent;
     const fs::path dead = left(parent.path());
     ASSERT_TRUE(fs::exists(dead / "file"));
     const TemporaryFolder living(parent.path(), "a");
     EXPECT_FALSE(fs::exists(dead));
-    // Of names alike, but not made by this class.
+    // Similar names, not made by this class.
     fs::create_directories(parent.path() / "mine.partial/folder");
     std::ofstream(parent.path() / "text.partial") << "bytes";
     const fs::path again = left(parent.path());

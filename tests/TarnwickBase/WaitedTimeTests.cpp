@@ -21,8 +21,8 @@ TEST(WaitedTime, countsALongStepAsOneSecond) {
     EXPECT_EQ(waited.look(begin + 1h + 10ms), 2010ms);
 }
 
-// What the clock itself does not: a child that is stopped for 1.5 s finds one second at most.
-TEST(WaitedTime, leavesOutWhatAProcessWasStoppedFor) {
+// A child that is stopped for 1.5 s counts at most one second.
+TEST(WaitedTime, excludesTheTimeOfAStop) {
     const pid_t child = fork();
     if (child == 0) {
         const auto begin = WaitedTime::Clock::now();

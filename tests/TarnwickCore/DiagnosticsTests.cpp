@@ -4,7 +4,7 @@
 
 using namespace tarnwick;
 
-TEST(Diagnostics, tellTheUsersLinesFromGeneratedOnes) {
+TEST(Diagnostics, distinguishTheEpisodesLinesFromGeneratedOnes) {
     const std::vector<Diagnostic> expected{
         {Severity::error, 0, 10, "unknown type name 'flot'"},
         {Severity::warning, 12, 5, "unused variable 'x'"},
@@ -26,7 +26,7 @@ TEST(Diagnostics, tellTheUsersLinesFromGeneratedOnes) {
     EXPECT_TRUE(DiagnosticParser::parse("").empty());
 }
 
-TEST(Diagnostics, ofOneMessageShareAnId) {
+TEST(Diagnostics, haveAnId) {
     const Diagnostic diagnostic{Severity::error, 12, 5, "use of undeclared identifier 'foo'"};
     EXPECT_EQ(diagnostic.id(), "error:12:5:use of undeclared identifier 'foo'");
 }

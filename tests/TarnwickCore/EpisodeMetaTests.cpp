@@ -25,7 +25,7 @@ TEST(EpisodeMeta, readsEveryKey) {
               expected);
 }
 
-TEST(EpisodeMeta, passesOverWhatDoesNotFit) {
+TEST(EpisodeMeta, ignoresInvalidValues) {
     for (const char* line :
          {"// @episode twelve Water", "// @episode 1.5 Water", "// @length 0", "// @length 1m",
           "// @variation -1", "// @still -0.5", "// @still nan", "// @variations", "/* @still 3 */",
@@ -33,7 +33,7 @@ TEST(EpisodeMeta, passesOverWhatDoesNotFit) {
         EXPECT_EQ(EpisodeMeta::parse(line), EpisodeMeta{}) << line;
 }
 
-TEST(EpisodeMeta, letsTheLastLineOfAKeyCount) {
+TEST(EpisodeMeta, usesTheLastLineOfAKey) {
     const EpisodeMeta meta =
         EpisodeMeta::parse("// @episode 3 Waves\n// @still 4\n// @tags a\n// @variations 1, 2\n"
                            "// @final One | two\n// @episode 7\n// @still soon\n// @tags  \n"

@@ -21,12 +21,12 @@ std::string textOf(const std::vector<Finding>& findings) {
     return text;
 }
 
-// What the compiler's text about a source comes to.
+// The findings for a text of the compiler about a source.
 std::string told(const std::string& source, const std::string& compilerText) {
     return textOf(findingsOf(Episode::of(source), DiagnosticParser::parse(compilerText)));
 }
 
-// A source of one line, and the compiler's message about it.
+// A source of one line, and the message of the compiler about it.
 struct Row {
     std::string line;
     int column;
@@ -35,7 +35,7 @@ struct Row {
 
 } // namespace
 
-TEST(Findings, haveHintsForNamesThatMetalDoesNotKnow) {
+TEST(Findings, haveHintsForUnknownNames) {
     const std::string undeclared = "use of undeclared identifier ";
     const std::vector<Row> rows{
         {"vec3 c;", 1, "unknown type name 'vec3'", "vec3 is float3 in Metal"},
@@ -59,7 +59,7 @@ TEST(Findings, haveHintsForNamesThatMetalDoesNotKnow) {
         {"x = uv;", 5, undeclared + "'uv'",
          "uv is shade's argument float2 uv in every episode without a grid; other functions that "
          "use it take it too"},
-        // What the compiler knows, or what the episode has itself.
+        // Names that the compiler or the episode defines.
         {"x = mod(y);", 5, "no matching function for call to 'mod'", ""},
         {"x = vec3(y); y = z;", 18, undeclared + "'z'", ""},
     };
@@ -69,7 +69,7 @@ TEST(Findings, haveHintsForNamesThatMetalDoesNotKnow) {
                       (hint.empty() ? "" : " (" + hint + ")"));
 }
 
-TEST(Findings, haveHintsFromTheEpisodeItself) {
+TEST(Findings, haveHintsFromTheEpisode) {
     const std::string source = "// @param size 2, 0, 4\n// @param speed 1 0 2\n"
                                "float f(float x) { return g(x) * speed * p.size; }\n"
                                "float g(float x) { return 1; }\n";
@@ -88,8 +88,8 @@ TEST(Findings, haveHintsFromTheEpisodeItself) {
               "3:44 no member named 'siz' in 'Params'");
 }
 
-// The compiler's own words about such texts.
-TEST(Findings, sayOnceWhatRunsIntoTheHostsCode) {
+// Messages of the compiler about such texts.
+TEST(Findings, reportAnUnclosedBracketOnce) {
     const std::string open = signature + " {\n    for (int i = 0; i < 3; i++) {\n"
                                          "        uv *= y;\n    return float4(uv, 0, 1);\n}\n";
     EXPECT_EQ(told(open, "shader.metal:3:15: error: use of undeclared identifier 'y'\n"
@@ -113,13 +113,13 @@ TEST(Findings, sayOnceWhatRunsIntoTheHostsCode) {
               "1:66 '{' is missing: the function's body begins here");
     EXPECT_EQ(told(signature, "tw_host:1:9: error: expected ';' after top level declarator\n"),
               "1:65 the text ends in the middle of a declaration");
-    // Brackets that the compiler itself places well.
+    // Brackets for which the compiler reports the right place.
     const std::string good = "shader.metal:2:9: error: expected ')'\n"
                              "shader.metal:2:5: note: to match this '('\n";
     EXPECT_EQ(told("\nfoo (1;\n", good), "2:9 expected ')'\n2:5 to match this '('");
 }
 
-TEST(Findings, sayWhatTheKindOfEpisodeDefines) {
+TEST(Findings, listTheFunctionsOfTheKind) {
     const std::string host = "tw_host:4:12: error: use of undeclared identifier ";
     const std::string note =
         "0:0 a fragment episode defines:\n" + std::string(ShaderAssembler::fragmentSignatures);
@@ -146,7 +146,7 @@ TEST(Findings, sayWhatTheKindOfEpisodeDefines) {
               "2:8 'shade' returns float3; the host requires float4 (" + signature + ")");
 }
 
-TEST(Findings, leaveOutWhatFollowsFromTheAuthorsOwnErrors) {
+TEST(Findings, omitConsequencesOfTheAuthorsErrors) {
     EXPECT_EQ(told("float f(inout vec3 p) {\n    return p.x + q;\n}\n",
                    "shader.metal:1:9: error: unknown type name 'inout'\n"
                    "shader.metal:1:20: error: expected ')'\n"

@@ -16,13 +16,13 @@ TEST(Params, readsADeclaration) {
         expected);
 }
 
-TEST(Params, takesNumbersOfEveryFormThatStrtofKnows) {
+TEST(Params, readsNumbersInAllFormsOfStrtof) {
     EXPECT_EQ(ParamParser::parse("// @param x 0x1p-1 -INFINITY 0X.8p+1"),
               (Decls{{"x", 0.5f, -std::numeric_limits<float>::infinity(), 1, ""}}));
     EXPECT_EQ(ParamParser::parse("// @param x .5 -1. 1e999").size(), 1u);
 }
 
-// Blanks between words, of which the engine once made all pairs.
+// Many blanks between words: the expression once tried all pairs of them.
 TEST(Params, readsLinesOfAnyLength) {
     const std::string blanks(20000, ' ');
     EXPECT_EQ(ParamParser::parse("// @param x 1 0 2 a" + blanks + "b" + blanks),
@@ -34,7 +34,7 @@ TEST(Params, clampsTheDefault) {
     EXPECT_EQ(ParamParser::parse("// @param x -5 0 1"), (Decls{{"x", 0, 0, 1, ""}}));
 }
 
-TEST(Params, leavesOutWhatIsNoDeclaration) {
+TEST(Params, ignoresInvalidDeclarations) {
     for (const char* line : {"// @param x 0.5 1 1", "// @param x 0.5 2 1", "// @param x 0.5 0 1,5",
                              "// @param x 1f 0 2", "// @param x 0.5 0 nan", "/* @param x 1 0 2 */",
                              "// @param 2x 1 0 2", "// @param x 1 0", "// @parameter x 1 0 2",
@@ -42,7 +42,7 @@ TEST(Params, leavesOutWhatIsNoDeclaration) {
         EXPECT_TRUE(ParamParser::parse(line).empty()) << line;
 }
 
-TEST(Params, keepsSourceOrderAndTheFirstValidOfAName) {
+TEST(Params, keepsTheOrderAndTheFirstValidOfAName) {
     EXPECT_EQ(ParamParser::parse("// @param b 1 2 0\n// @param b 1 0 2 first\n// @param a 0 0 1\n"
                                  "// @param b 3 0 9 second"),
               (Decls{{"b", 1, 0, 2, "first"}, {"a", 0, 0, 1, ""}}));

@@ -54,7 +54,7 @@ TEST(ShaderAssembler, capsTheDirectives) {
     EXPECT_EQ(assembled("// @grid 0\n// @particles 5").particles, 5);
 }
 
-TEST(ShaderAssembler, findsInputsInTheParametersOfShadeAlone) {
+TEST(ShaderAssembler, findsInputsInTheParametersOfShadeOnly) {
     const std::string_view shade = "float4 shade(float2 uv, constant Params& p, Inputs in)";
     EXPECT_TRUE(ShaderAssembler::usesInputs(shade));
     EXPECT_TRUE(
@@ -68,13 +68,13 @@ TEST(ShaderAssembler, findsInputsInTheParametersOfShadeAlone) {
     EXPECT_TRUE(particles.isParticles() && !particles.usesInputs);
 }
 
-TEST(ShaderAssembler, seesADefinitionOnlyWhereItsTypeOpensTheLine) {
+TEST(ShaderAssembler, findsADefinitionOnlyAtTheBeginningOfALine) {
     EXPECT_TRUE(ShaderAssembler::definesSound("    float2 sound(float t, constant Params& p)"));
     EXPECT_FALSE(ShaderAssembler::definesSound("static float2 sound(float t, constant Params& p)"));
     EXPECT_FALSE(ShaderAssembler::definesSound("float2 sounds(float t)"));
 }
 
-TEST(ShaderKind, goesThroughItsRawValue) {
+TEST(ShaderKind, isReadFromItsRawValue) {
     for (const ShaderKind kind : {ShaderKind::fragment, ShaderKind::particles, ShaderKind::grid})
         EXPECT_EQ(shaderKindNamed(rawValue(kind)), kind);
     EXPECT_FALSE(shaderKindNamed("Grid"));
@@ -86,7 +86,7 @@ TEST(ShaderKind, isReadFromTheDirectivesWithParticlesFirst) {
     EXPECT_EQ(shaderKindOf("// @grid many"), ShaderKind::fragment);
 }
 
-TEST(ShaderTemplate, isAnEpisodeUnderItsTitle) {
+TEST(ShaderTemplate, isAnEpisodeAfterItsTitle) {
     const std::string plain = ShaderTemplate::newShader("Waves");
     EXPECT_TRUE(plain.starts_with("// Waves\n//\n// @still 4\n"));
     const AssembledShader shader = assembled(plain);

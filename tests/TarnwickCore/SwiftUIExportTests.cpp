@@ -37,7 +37,7 @@ std::vector<std::string> matches(const std::string& text, const std::string& exp
     return found;
 }
 
-// Swift without what stands in comments and between quotation marks.
+// Swift without comments and string literals.
 std::string codeOf(const std::string& swift) {
     return std::regex_replace(swift, std::regex(R"(//[^\n]*|"[^"\n]*")"), "");
 }
@@ -57,7 +57,7 @@ bool isBalanced(const std::string& code) {
     return open.empty() && std::ranges::count(code, '`') % 2 == 0;
 }
 
-// The properties that the view declares, backquotes and all.
+// The properties of the view, with backquotes.
 std::vector<std::string> propertiesOf(const std::string& swift) {
     return matches(codeOf(swift), R"(\bvar (`?\w+`?))");
 }
@@ -74,7 +74,7 @@ void expectProperView(const std::string& swift) {
 
 } // namespace
 
-TEST(SwiftUIExport, refusesWhatAColourEffectCannotDo) {
+TEST(SwiftUIExport, refusesEpisodesThatCannotBeColourEffects) {
     struct Row {
         std::string episode;
         Problem::Reason reason;
@@ -102,7 +102,7 @@ TEST(SwiftUIExport, refusesWhatAColourEffectCannotDo) {
         }
 }
 
-TEST(SwiftUIExport, namesTheTypeByTheTitlesWords) {
+TEST(SwiftUIExport, namesTheTypeAfterTheTitle) {
     struct Row {
         std::string title, name;
     };
@@ -118,7 +118,7 @@ TEST(SwiftUIExport, namesTheTypeByTheTitlesWords) {
         EXPECT_EQ(SwiftUIExport::typeName(row.title), row.name) << row.title;
 }
 
-TEST(SwiftUIExport, callsNoFunctionByAWordOfTheLanguages) {
+TEST(SwiftUIExport, namesNoFunctionAfterAKeyword) {
     struct Row {
         std::string title, function;
     };
@@ -135,7 +135,7 @@ TEST(SwiftUIExport, callsNoFunctionByAWordOfTheLanguages) {
     }
 }
 
-TEST(SwiftUIExport, handsTheParametersThroughAsTheyAreDeclared) {
+TEST(SwiftUIExport, passesTheDeclaredParameters) {
     const auto output = SwiftUIExport::make(
         "// @param speed 0.6 0.0 3.0 How fast\n// @param bands inf 1 inf\n" + std::string(shade),
         "Waves");
@@ -154,7 +154,7 @@ TEST(SwiftUIExport, handsTheParametersThroughAsTheyAreDeclared) {
     EXPECT_TRUE(holds(none.swift, "View {\n    // The shader declares no parameters.\n"));
 }
 
-TEST(SwiftUIExport, movesTheRecordsReferencesIntoThreadSpaceAndNothingElse) {
+TEST(SwiftUIExport, changesReferencesToTheRecordsOnly) {
     const auto output = SwiftUIExport::make("float a(constant   Params &p, constant\nUniforms& u);"
                                             "// constant Uniforms*, xconstant Params& \xff\n"
                                             "constant ParamsOf& q",
@@ -174,8 +174,8 @@ TEST(SwiftUIExport, keepsTheTitleInItsComments) {
     expectProperView(output.swift);
 }
 
-// Every word that the view itself says bare, that is neither a member nor a label.
-TEST(SwiftUIExport, letsNoParameterTakeANameThatTheViewNeeds) {
+// Every bare word in the view except members and labels.
+TEST(SwiftUIExport, renamesParametersNamedLikeMembersOfTheView) {
     const auto plain = SwiftUIExport::make(shade, "Timeline");
     const std::string code = codeOf(plain.packageSwift);
     EXPECT_TRUE(holds(code, "SwiftUI.TimelineView("));
@@ -195,7 +195,7 @@ TEST(SwiftUIExport, letsNoParameterTakeANameThatTheViewNeeds) {
     expectProperView(SwiftUIExport::make(with(words), "Timeline").swift);
 }
 
-TEST(SwiftUIExport, makesThePackagesViewTheSameButPublic) {
+TEST(SwiftUIExport, makesTheViewOfThePackagePublic) {
     const auto output = SwiftUIExport::make(with({"speed", "in"}), "7. Waves");
     std::string view = std::regex_replace(output.packageSwift, std::regex("public "), "");
     view.replace(view.find("bundle(.module)"), 15, "default");

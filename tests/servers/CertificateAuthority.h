@@ -6,14 +6,14 @@
 
 namespace tarnwick {
 
-// In a temporary folder that ends with it.
+// Its files are in a temporary folder.
 class CertificateAuthority {
   public:
     CertificateAuthority();
 
     std::filesystem::path file() const { return folder_ / "ca.pem"; } // its own certificate
-    // For `names` as openssl writes them, "IP:127.0.0.1,DNS:localhost"; valid for a day from
-    // `start` ("20200101000000Z"), which is now when empty.
+    // `names` have the form of openssl, "IP:127.0.0.1,DNS:localhost". Valid for a day from `start`
+    // ("20200101000000Z"; empty: now).
     ServerCertificate issue(const std::string& names, const std::string& start = "");
 
   private:

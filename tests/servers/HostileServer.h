@@ -1,4 +1,4 @@
-// A server on a loopback address that sends whatever bytes a test wants, as slowly as it wants.
+// A server on a loopback address that sends any bytes at any speed.
 #pragma once
 
 #include "TarnwickPlatform/Net/URL.h"
@@ -17,13 +17,13 @@ class HostileConnection {
   public:
     explicit HostileConnection(int socket) : socket_(socket) {}
 
-    // Up to the empty line; "" when the client goes before.
+    // Reads up to the empty line; "" if the client disconnects before.
     std::string readHead();
-    // False when the client is gone.
+    // False if the client has disconnected.
     bool send(std::string_view bytes);
-    // What the client has left to send is dropped unread, so it learns of a reset.
+    // Closes without reading the rest, so that the client receives a reset.
     void reset();
-    // Until the client goes or the server ends.
+    // Blocks until the client disconnects or the server ends.
     void waitForClient();
 
   private:
@@ -32,19 +32,19 @@ class HostileConnection {
 
 class HostileServer {
   public:
-    // Called for every connection on a thread of its own; the connection is closed behind it.
+    // Called for every connection, on its own thread; then the connection is closed.
     using Script = std::function<void(HostileConnection&)>;
 
     explicit HostileServer(Script script);
     // Reads the head of a request and sends `answer`.
     explicit HostileServer(std::string answer);
-    ~HostileServer(); // shuts all connections and waits for their scripts
+    ~HostileServer(); // closes all connections and waits for their scripts
     HostileServer(const HostileServer&) = delete;
     HostileServer& operator=(const HostileServer&) = delete;
 
     URL url(std::string_view target = "/") const; // "http://127.0.0.1:PORT" and `target`
     int port() const { return port_; }
-    int connections() const { return count_; } // made so far
+    int connections() const { return count_; } // made until now
     int open();                                // now
 
   private:
@@ -53,7 +53,7 @@ class HostileServer {
     Script script_;
     int socket_, port_ = 0;
     std::atomic<int> count_ = 0;
-    std::mutex mutex_; // over the next two
+    std::mutex mutex_; // of the next two
     std::list<int> open_;
     std::list<std::thread> threads_;
     std::thread acceptor_;

@@ -41,7 +41,7 @@ struct LoopbackServer::State {
     std::string base;
     std::unique_ptr<httplib::Server> server;
     int port = 0;
-    mutable std::mutex mutex; // over requests
+    mutable std::mutex mutex; // of requests
     std::vector<ServedRequest> requests;
     std::thread thread;
 
@@ -75,7 +75,7 @@ LoopbackServer::LoopbackServer(Handler handler, const std::string& address,
         state.server = std::make_unique<httplib::Server>();
     state.server->new_task_queue = [] { return new httplib::ThreadPool(32); };
     state.server->set_tcp_nodelay(true);
-    // Bodies are read by handlers of methods, all else is served before those are asked.
+    // Handlers of methods read bodies; other requests are answered before them.
     state.server->set_pre_routing_handler(
         [&state](const httplib::Request& request, httplib::Response& response) {
             if (request.has_header("Content-Length") || request.has_header("Transfer-Encoding"))

@@ -1,4 +1,4 @@
-// A well-behaved HTTP server on a loopback address, on a port that the system chooses.
+// A correct HTTP server on a loopback address, on a port chosen by the system.
 #pragma once
 
 #include "TarnwickPlatform/Net/URLRequest.h"
@@ -11,7 +11,7 @@
 
 namespace tarnwick {
 
-// Of a form with files, as another parser than ours reads it.
+// A part of a form with files, read by another parser than ours.
 struct ServedPart {
     std::string name, fileName, contentType, data;
 
@@ -19,10 +19,10 @@ struct ServedPart {
 };
 
 struct ServedRequest {
-    std::string method, target; // path and query as they arrived
+    std::string method, target; // path and query as received
     Headers headers;
-    std::string body;              // empty for such a form
-    std::vector<ServedPart> parts; // of such a form
+    std::string body;              // empty for a form with files
+    std::vector<ServedPart> parts; // of a form with files
 };
 
 struct ServedAnswer {
@@ -37,10 +37,10 @@ struct ServerCertificate {
 
 class LoopbackServer {
   public:
-    // Called for every request, on several threads at once.
+    // Called for every request, on several threads in parallel.
     using Handler = std::function<ServedAnswer(const ServedRequest&)>;
 
-    // Answers as soon as it stands. With a certificate over TLS.
+    // Runs after construction. With a certificate it uses TLS.
     explicit LoopbackServer(Handler handler, const std::string& address = "127.0.0.1",
                             const ServerCertificate* certificate = nullptr);
     ~LoopbackServer();
@@ -48,7 +48,7 @@ class LoopbackServer {
     int port() const;
     // "http://ADDRESS:PORT" (or https) and `target`.
     URL url(std::string_view target) const;
-    std::vector<ServedRequest> requests() const; // so far, in the order of their arrival
+    std::vector<ServedRequest> requests() const; // until now, in order
 
   private:
     struct State;

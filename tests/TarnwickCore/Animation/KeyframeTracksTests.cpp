@@ -48,7 +48,7 @@ TEST(KeyframeTracks, editsOfMissingKeysChangeNothing) {
     EXPECT_TRUE(tracks.isEmpty() && tracks.tracks.empty());
 }
 
-TEST(KeyframeTracks, valuesTravelAsTheEarlierKeySays) {
+TEST(KeyframeTracks, valuesChangeByTheEaseOfTheEarlierKey) {
     for (const Ease ease : KeyframeTracks::allEases) {
         KeyframeTracks tracks;
         tracks.tracks["a"] = {{0, 1, ease}, {4, 3, ease}, {6, 7, ease}};
@@ -62,7 +62,7 @@ TEST(KeyframeTracks, valuesTravelAsTheEarlierKeySays) {
     }
 }
 
-TEST(KeyframeTracks, ofEqualTimesTheLaterKeyCounts) {
+TEST(KeyframeTracks, useTheLaterOfTwoKeysAtOneTime) {
     KeyframeTracks tracks;
     tracks.tracks["a"] = {{0, 1, {}}, {1, 2, {}}, {1, 3, {}}, {2, 3, {}}};
     EXPECT_EQ(tracks.value("a", 1), 3);
@@ -94,7 +94,7 @@ TEST(KeyframeTracks, areFittedToDeclarations) {
     EXPECT_TRUE(tracks.fitted({}).tracks.empty());
 }
 
-TEST(KeyframeTracks, goThroughJSON) {
+TEST(KeyframeTracks, areReadAsTheyAreWritten) {
     const char* text = R"({"tracks":{"speed":[{"time":0.0,"value":0.1,"ease":"smooth"},)"
                        R"({"time":4.5,"value":3.0,"ease":"hold"}]}})";
     const KeyframeTracks tracks = KeyframeTracks::decode(std::string(text));
@@ -112,7 +112,7 @@ TEST(KeyframeTracks, goThroughJSON) {
     EXPECT_THROW(random.encode(), DocumentError);
 }
 
-TEST(KeyframeTracks, sayWhatIsAmissInTheirJSON) {
+TEST(KeyframeTracks, nameTheErrorInTheirJSON) {
     const std::vector<std::pair<const char*, const char*>> rows{
         {"{}", "The document has no \"tracks\"."},
         {R"({"tracks":[]})", "\"tracks\" is not an object."},

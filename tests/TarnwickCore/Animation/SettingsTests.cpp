@@ -12,7 +12,7 @@ namespace {
 
 using Ease = KeyframeTracks::Ease;
 
-TEST(Settings, areReadWhole) {
+TEST(Settings, areReadFromTheirDocument) {
     const Settings settings =
         Settings::decode(R"({"name": "Dusk", "values": {"speed": 0.5, "far": 2},
         "keys": {"tracks": {"speed": [{"time": 1, "value": 3, "ease": "hold"}]}}, "other": null})");
@@ -21,7 +21,7 @@ TEST(Settings, areReadWhole) {
     EXPECT_EQ(settings.valuesAt(9), (ParamValues{{"speed", 3.0f}, {"far", 2.0f}}));
 }
 
-TEST(Settings, sayWhereAndWhyTheyCannotBeRead) {
+TEST(Settings, nameThePlaceAndReasonOfAnError) {
     const std::string complete = R"("values": {}, "keys": {"tracks": {}}})";
     const std::vector<std::pair<std::string, std::string>> rows{
         {"",
@@ -46,7 +46,7 @@ TEST(Settings, sayWhereAndWhyTheyCannotBeRead) {
         EXPECT_EQ(thrownBy<DocumentError>([&] { Settings::decode(text); }), sentence) << text;
 }
 
-// Its shortest digits are above it as a double.
+// The shortest digits of the greatest float are above it as a double.
 TEST(Settings, holdTheGreatestFloat) {
     constexpr float greatest = std::numeric_limits<float>::max();
     const Settings settings = Settings::decode(
@@ -57,7 +57,7 @@ TEST(Settings, holdTheGreatestFloat) {
     EXPECT_EQ(Settings::decode(settings.encode()), settings);
 }
 
-TEST(Settings, readTheSameAfterTheyAreWritten) {
+TEST(Settings, areReadAsTheyAreWritten) {
     std::mt19937 bits(11);
     Settings settings{.name = "\"Dusk\" \\ \n \u00e9"};
     for (int count = 0; count < 500; ++count) {
@@ -74,7 +74,7 @@ TEST(Settings, readTheSameAfterTheyAreWritten) {
     EXPECT_THROW(settings.encode(), DocumentError);
 }
 
-TEST(Settings, areFittedToDeclarationsAndSayHow) {
+TEST(Settings, areFittedToDeclarationsAndListTheChanges) {
     const std::vector<ParamDecl> params{{"speed", 1, 0, 3, ""}, {"hue", 0, -1, 1, ""}};
     Settings settings{.name = "Dusk", .values = {{"speed", 99}, {"hue", 0.5f}, {"gone", 1}}};
     settings.keys.tracks = {{"hue", {{0, 1, Ease::hold}, {4, 7, Ease::hold}, {5, -7, Ease::hold}}},

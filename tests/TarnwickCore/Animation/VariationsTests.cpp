@@ -55,14 +55,14 @@ TEST(Variations, areTheSeriesOfTheirSeed) {
     EXPECT_EQ(last.front(), end);
     EXPECT_EQ(last.back().index, std::numeric_limits<std::int64_t>::min());
 
-    // A variation does not depend on the series that it is part of.
+    // A variation is independent of the series.
     for (std::int64_t k = 0; k < 3; ++k)
         EXPECT_EQ(Variations::make(params, 7, 1 + k, 1, 60, 30, 0.5F).front(),
                   few[static_cast<std::size_t>(k)]);
     EXPECT_TRUE(Variations::make(params, 7, 1, -1, 60, 30, 0.5F).empty());
 }
 
-TEST(Variations, ofNoSpreadNameNothing) {
+TEST(Variations, withoutSpreadHaveNoHighlights) {
     const std::vector<ParamDecl> odd{{"half", 0.125F, 0, 1, ""},
                                      {"below", -0.125F, -1, 1, ""},
                                      {"edge", 0.004F, 0.003F, 1, ""},
@@ -78,7 +78,7 @@ TEST(Variations, ofNoSpreadNameNothing) {
     }
 }
 
-TEST(Variations, startWithinWhatTheLengthLeaves) {
+TEST(Variations, startEarlyEnoughToEndWithinTheLength) {
     for (const auto& [length, duration] : {std::pair{30.0, 60.0},
                                            {30.0, 30.0},
                                            {std::nan(""), 30.0},
@@ -108,7 +108,7 @@ TEST(VideoChapters, startWhereTheirSegmentsStart) {
     EXPECT_EQ(VideoChapters::variations({}, 30, 12.5), (VideoChapters{12.5, {}}));
 }
 
-TEST(VideoChapters, goThroughJSON) {
+TEST(VideoChapters, areReadAsTheyAreWritten) {
     const VideoChapters list{70, {{10, "a \"b\" \u00e9", "hue 0.3"}}};
     const char* text = R"({"duration":70.0,"chapters":[{"at":10.0,"title":"a \"b\" )"
                        "\u00e9\",\"settings\":\"hue 0.3\"}]}";

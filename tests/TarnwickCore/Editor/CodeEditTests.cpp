@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t far = std::numeric_limits<std::size_t>::max();
 
-// The text with the selection's lines commented or bared.
+// The text after toggling the comments of the selected lines.
 std::string toggled(const std::string& text, TextRange selection = {.location = 0, .length = far}) {
     const auto [range, replacement] = CodeEdit::toggleLineComments(text, selection);
     UTF16Cursor cursor(text);
@@ -23,13 +23,13 @@ std::string toggled(const std::string& text, TextRange selection = {.location = 
 
 } // namespace
 
-TEST(CodeEdit, commentsInOneColumnAndBaresAgain) {
+TEST(CodeEdit, commentsInOneColumnAndUncomments) {
     EXPECT_EQ(toggled("    a();\n  b();"), "  //   a();\n  // b();");
     EXPECT_EQ(toggled("\ta\n\n  \r\n\t\tb\r\n"), "\t// a\n\n  \r\n\t// \tb\r\n");
     EXPECT_EQ(toggled("// a\nb"), "// // a\n// b");
     EXPECT_EQ(toggled("//a\n//  b\n\n \t// c // d\r\n"), "a\n b\n\n \tc // d\r\n");
     EXPECT_EQ(toggled("\n \n\t\r\n"), "\n \n\t\r\n");
-    // No-break space is blank as well, but no indentation.
+    // A no-break space is blank, but not indentation.
     EXPECT_EQ(toggled("\xc2\xa0\n\xc2\xa0//a\n"), "\xc2\xa0\n\xc2\xa0"
                                                   "a\n");
     EXPECT_EQ(toggled("\xc2\xa0"
@@ -43,10 +43,10 @@ TEST(CodeEdit, touchesTheLinesOfTheSelection) {
     const std::string text = "a\nb\nc";
     using Replacement = CodeEdit::Replacement;
     const std::vector<std::pair<TextRange, Replacement>> rows{
-        {{2, 0}, {{2, 2}, "// b\n"}}, // a caret: its line, with the newline
+        {{2, 0}, {{2, 2}, "// b\n"}}, // an empty selection: its line with the newline
         {{1, 0}, {{0, 2}, "// a\n"}}, // before the newline
         {{0, 2}, {{0, 2}, "// a\n"}}, // to the newline
-        {{1, 1}, {{0, 2}, "// a\n"}}, // the newline alone
+        {{1, 1}, {{0, 2}, "// a\n"}}, // only the newline
         {{0, 3}, {{0, 4}, "// a\n// b\n"}}, {{3, 2}, {{2, 3}, "// b\n// c"}},
         {{9, 0}, {{4, 1}, "// c"}},         {{4, far}, {{4, 1}, "// c"}}};
     for (const auto& [selection, expected] : rows) {
@@ -66,7 +66,7 @@ TEST(CodeEdit, countsCodeUnits) {
     EXPECT_EQ(CodeEdit::indent(4, "\xf0\x9f\x98\x80\n\t b"), "\t ");
 }
 
-TEST(CodeEdit, givesTheIndentOfALine) {
+TEST(CodeEdit, returnsTheIndentOfALine) {
     EXPECT_EQ(CodeEdit::indent(0, "\t  a\n b"), "\t  ");
     EXPECT_EQ(CodeEdit::indent(4, "\t  a\n b"), "\t  ");
     EXPECT_EQ(CodeEdit::indent(far, "\t  a\n b"), " ");
@@ -75,8 +75,8 @@ TEST(CodeEdit, givesTheIndentOfALine) {
     EXPECT_EQ(CodeEdit::indent(0, " \t\r\na"), " \t");
 }
 
-// Where nothing was a comment, toggling twice is toggling not at all.
-TEST(CodeEdit, bringsAnyLinesBack) {
+// If no line was a comment, toggling twice restores the text.
+TEST(CodeEdit, restoresAnyLines) {
     static constexpr std::string_view bytes = "a \t\r\n\n\xc3\xa9\xf0\x9f\x98\x80\xff";
     std::mt19937 random(7);
     for (int round = 0; round < 20000; ++round) {

@@ -23,7 +23,7 @@ constexpr double interval = 0.004; // seconds
 // A folder with a file "a", a queue, and a watcher of the file that counts its calls.
 class FileWatcherTest : public testing::Test {
   protected:
-    // With the modification time at `nanoseconds` of one and the same second.
+    // Sets the modification time to `nanoseconds` after a fixed second.
     static void write(const fs::path& file, const std::string& text, long nanoseconds) {
         std::ofstream(file) << text;
         const timespec times[2] = {{1'700'000'000, 0}, {1'700'000'000, nanoseconds}};
@@ -34,8 +34,8 @@ class FileWatcherTest : public testing::Test {
         return std::make_unique<FileWatcher>(file_, interval, queue_, [this] { calls_++; });
     }
 
-    // Does `change` while the queue is held, so that no look falls into it, and lets some looks
-    // pass.
+    // Makes `change` while the queue is held, so that no poll runs at the same time, and waits for
+    // some polls.
     template <class Change> int callsAfter(Change change) {
         const int before = calls_;
         queue_.sync(change);
@@ -56,7 +56,7 @@ TEST_F(FileWatcherTest, callsOnceForEachChange) {
     write(file_, "one", 1);
     const auto watching = watcher();
     EXPECT_EQ(callsAfter([] {}), 0);
-    EXPECT_EQ(callsAfter([&] { write(file_, "two", 2); }), 1); // neither size nor second differ
+    EXPECT_EQ(callsAfter([&] { write(file_, "two", 2); }), 1); // same size, same second
     EXPECT_EQ(callsAfter([&] { write(file_, "longer", 2); }), 1);
     EXPECT_EQ(callsAfter([&] {
                   write(file_, "three", 3);
@@ -71,13 +71,13 @@ TEST_F(FileWatcherTest, callsOnceForEachChange) {
               1);
 }
 
-TEST_F(FileWatcherTest, tellsOfComingButNotOfGoing) {
+TEST_F(FileWatcherTest, reportsCreationButNotRemoval) {
     const auto watching = watcher();
     EXPECT_EQ(callsAfter([] {}), 0);
     EXPECT_EQ(callsAfter([&] { write(file_, "one", 1); }), 1);
     EXPECT_EQ(callsAfter([&] { fs::remove(file_); }), 0);
     EXPECT_EQ(callsAfter([&] { write(file_, "one", 1); }), 1);
-    // Gone and back between two looks, it is another file only if its stamp is another.
+    // If a file disappears and returns between two polls, only a different stamp is a change.
     EXPECT_EQ(callsAfter([&] {
                   fs::rename(file_, file_.string() + "~");
                   fs::rename(file_.string() + "~", file_);
@@ -91,7 +91,7 @@ TEST_F(FileWatcherTest, followsLinksAndOddNames) {
     const auto watching = watcher();
     EXPECT_EQ(callsAfter([&] { write(fs::path(folder_) / "b", "one", 1); }), 1);
     EXPECT_EQ(callsAfter([&] { write(fs::path(folder_) / "b", "two", 2); }), 1);
-    EXPECT_EQ(callsAfter([&] { // another link, to a file of the same size and time
+    EXPECT_EQ(callsAfter([&] { // another link to a file of the same size and time
                   write(fs::path(folder_) / "c", "two", 2);
                   fs::remove(file_);
                   fs::create_symlink("c", file_);
@@ -100,7 +100,7 @@ TEST_F(FileWatcherTest, followsLinksAndOddNames) {
     EXPECT_FALSE(FileWatcher::stamp(fs::path(folder_ + std::string("/b\0c", 4))));
 }
 
-TEST_F(FileWatcherTest, isSilentOnceStopped) {
+TEST_F(FileWatcherTest, reportsNothingAfterAStop) {
     write(file_, "one", 1);
     const auto watching = watcher();
     watching->stop();
@@ -122,13 +122,13 @@ TEST_F(FileWatcherTest, mayBeDestroyedByItsOwnCall) {
     std::unique_ptr<FileWatcher> watching;
     watching = std::make_unique<FileWatcher>(file_, interval, queue_, [&, held] {
         watching.reset();
-        calls_ += *held + 1; // what the closure holds outlives its call
+        calls_ += *held + 1; // the captures of the closure outlive the call
     });
     EXPECT_EQ(callsAfter([&] { write(file_, "two", 2); }), 1);
     EXPECT_TRUE(eventually([&] { return held.use_count() == 1; }));
 }
 
-TEST_F(FileWatcherTest, stopsWithoutWaitingForACallUnderWay) {
+TEST_F(FileWatcherTest, stopsWithoutWaitingForARunningCall) {
     write(file_, "one", 1);
     std::latch begun(1), goOn(1);
     auto watching = std::make_unique<FileWatcher>(file_, interval, queue_, [&] {
@@ -145,7 +145,7 @@ TEST_F(FileWatcherTest, stopsWithoutWaitingForACallUnderWay) {
     EXPECT_EQ(calls_, 1);
 }
 
-TEST_F(FileWatcherTest, takesNoThreadOfItsOwn) {
+TEST_F(FileWatcherTest, needsNoThreadOfItsOwn) {
     const auto threads = [] {
         return std::distance(fs::directory_iterator("/proc/self/task"), fs::directory_iterator());
     };

@@ -32,7 +32,7 @@ void holds(const std::vector<Row>& rows) {
         EXPECT_EQ(tokensOf(text), tokens) << text;
 }
 
-// Bytes that begin, continue and break every kind of token and of character.
+// Bytes that begin, continue and break every kind of token and character.
 std::string randomText(std::mt19937& random) {
     static constexpr std::string_view bytes =
         "/*\"\\\n\r\t #[]@.eE+-_af0 9\xc3\xa9\xf0\x9f\x98\x80\xe2\x80\xa8\xed\xa0\x80\xff\0"sv;
@@ -55,7 +55,7 @@ TEST(MSLSyntax, knowsItsWords) {
            {"f(half3)", "type 2+5"}});
 }
 
-TEST(MSLSyntax, tellsHeadersFromComments) {
+TEST(MSLSyntax, distinguishesHeadersAndComments) {
     holds({{"// @param speed 0.6 0 3 Speed\nx", "header 0+29; headerKey 3+6"},
            {"x; //@episode-2_a! 3", "header 3+17; headerKey 5+12"},
            {"//\t @_", "header 0+6; headerKey 4+2"},
@@ -87,7 +87,8 @@ TEST(MSLSyntax, countsCodeUnits) {
            {"\xf0\x9f\x98\x80 if", "keyword 3+2"},
            {"// @a \xf0\x9f\x98\x80\nif", "header 0+8; headerKey 3+2; keyword 9+2"},
            {"if\xc3\xa9if", "keyword 0+2; keyword 3+2"},
-           // A maximal subpart of a character counts one: two bytes of three, each of a surrogate.
+           // A maximal subpart of a character is one U+FFFD: two bytes of three, each byte of a
+           // surrogate.
            {"\xe2\x80if\xed\xa0\x80if\xff", "keyword 1+2; keyword 6+2"}});
     UTF16Cursor cursor("a\xf0\x9f\x98\x80z");
     EXPECT_EQ(cursor.byteOf(2), 1u); // the second unit of the pair
@@ -96,7 +97,7 @@ TEST(MSLSyntax, countsCodeUnits) {
     EXPECT_EQ(cursor.unitOf(1), 1u);
 }
 
-TEST(MSLSyntax, readsAnyBytesAsTheTextThatTheyStandFor) {
+TEST(MSLSyntax, readsInvalidUTF8AsItsReplacement) {
     std::mt19937 random(5);
     for (int round = 0; round < 20000; ++round) {
         const std::string text = randomText(random), read = wellFormedUTF8(text);

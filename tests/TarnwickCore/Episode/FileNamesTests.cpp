@@ -6,7 +6,7 @@
 
 using namespace tarnwick;
 
-TEST(FileNames, areSafeWhateverTheyAreMadeOf) {
+TEST(FileNames, areSafe) {
     struct Row {
         std::string name, file;
     };
@@ -34,7 +34,7 @@ TEST(FileNames, areSafeWhateverTheyAreMadeOf) {
         EXPECT_EQ(FileNames::safe(row.name), row.file) << row.name;
 }
 
-TEST(FileNames, countUpToTheFirstThatIsFree) {
+TEST(FileNames, countUpToTheFirstFreeName) {
     std::set<std::filesystem::path> taken{"a/Waves.metal", "a/Waves 2.metal", "a/v1.2.txt"};
     auto exists = [&](const std::filesystem::path& file) { return taken.contains(file); };
     EXPECT_EQ(FileNames::unique("Waves.metal", "a", exists), "a/Waves 3.metal");

@@ -19,7 +19,7 @@ struct Row {
 
 } // namespace
 
-TEST(Brackets, areFoundWhereTheyLackTheirPartner) {
+TEST(Brackets, areFoundIfUnpaired) {
     const std::vector<Row> rows{
         {"void f() {\n    if (a) {\n        b;\n}\nvoid g() {\n}\n",
          "2:12 '{' of line 2 is never closed"},
@@ -41,7 +41,7 @@ TEST(Brackets, areFoundWhereTheyLackTheirPartner) {
         EXPECT_EQ(said(unpairedBracket(source)), fault) << source;
 }
 
-TEST(Brackets, areLeftAloneWhereTheyArePaired) {
+TEST(Brackets, areAcceptedIfPaired) {
     for (const std::string source :
          {"// {\nfloat a[2] = {1, 2}; /* ( */\nfor (int i = 0; i < f(\"(\"); i++) { b(); }\n",
           "#if A\nvoid f() {\n#elif B\nvoid g() {\n#else\nvoid h() {\n#endif\n}\n",
@@ -51,7 +51,7 @@ TEST(Brackets, areLeftAloneWhereTheyArePaired) {
         EXPECT_EQ(said(unpairedBracket(source)), "") << source;
 }
 
-TEST(Brackets, tellWhereATextEndsTooEarly) {
+TEST(Brackets, areFollowedByACompleteText) {
     EXPECT_EQ(said(unfinishedEnd("float a;\nfloat b = \n // end\n")),
               "2:9 the text ends in the middle of a declaration");
     for (const char* whole : {"float a;\n", "void f() {} // end", "#define A 1", "", "// a"})

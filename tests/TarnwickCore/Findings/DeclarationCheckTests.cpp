@@ -6,7 +6,7 @@ using namespace tarnwick;
 
 namespace {
 
-// "line:column message", a line each.
+// "line:column message", one per line.
 std::string warningsOf(const std::string& source) {
     std::string text;
     for (const Diagnostic& warning : declarationWarnings(source)) {
@@ -23,7 +23,7 @@ struct Row {
 
 } // namespace
 
-TEST(DeclarationCheck, saysWhyAParameterIsIgnored) {
+TEST(DeclarationCheck, explainsWhyAParameterIsIgnored) {
     const std::vector<Row> rows{
         {"// @param", "1:5 @param is ignored: it has no name: // @param name default min max "
                       "description"},
@@ -44,7 +44,7 @@ TEST(DeclarationCheck, saysWhyAParameterIsIgnored) {
         EXPECT_EQ(warningsOf(line), warning) << line;
 }
 
-TEST(DeclarationCheck, readsTheOtherDirectives) {
+TEST(DeclarationCheck, explainsTheOtherDirectives) {
     const std::vector<Row> rows{
         {"// @particles lots",
          "1:5 @particles is ignored: it requires one whole number and nothing "
@@ -77,7 +77,7 @@ TEST(DeclarationCheck, readsTheOtherDirectives) {
         EXPECT_EQ(warningsOf(line), warning) << line;
 }
 
-TEST(DeclarationCheck, isSilentAboutTheRest) {
+TEST(DeclarationCheck, acceptsOtherLines) {
     EXPECT_EQ(warningsOf("// @param a 1 0 2 One\n// @param b 0.5 0 1\n// @episode 12 Water\n"
                          "// @still 0\n// @variations 3, 5\n// @final Thanks | to all\n"
                          "// @particles 100\n// @forked-from episode-12\n// @author Jane\n"

@@ -14,7 +14,7 @@ using namespace tarnwick;
 
 namespace {
 
-constexpr double atOnce = 1e9; // seconds: smoothing arrives
+constexpr double atOnce = 1e9; // seconds: no smoothing
 using Samples = std::vector<float>;
 
 Samples made(std::size_t count, const std::function<double(std::size_t)>& sample) {
@@ -37,7 +37,7 @@ Samples noise(std::size_t count) {
     });
 }
 
-// The same in double precision, by the transform's definition: no code in common.
+// The definition in double precision, with no code in common.
 struct Reference {
     std::vector<double> magnitudes = std::vector<double>(1024);
     double rate, level;
@@ -117,7 +117,7 @@ TEST(AudioAnalyzer, findsWhatADirectTransformInDoublePrecisionFinds) {
     }
 }
 
-TEST(AudioAnalyzer, movesByTheTimeThatPassesHoweverOftenItLooks) {
+TEST(AudioAnalyzer, movesByElapsedTimeIndependentOfTheRateOfCalls) {
     const Samples tone = sine(300, 48000, 0.1);
     AudioAnalyzer once(48000, 64), often(48000, 64);
     once.analyse(tone, 0);
@@ -138,8 +138,8 @@ TEST(AudioAnalyzer, movesByTheTimeThatPassesHoweverOftenItLooks) {
     EXPECT_EQ(level.bands(), (std::array<float, 4>{}));
 }
 
-// A broken sample must not stay in the state for ever.
-TEST(AudioAnalyzer, recoversFromSamplesThatAreNoNumbers) {
+// An invalid sample must not remain in the state.
+TEST(AudioAnalyzer, recoversFromNaNAndInfinity) {
     AudioAnalyzer analyzer(48000, 256);
     analyzer.analyse(Samples{NAN, 1, 2}, 0.02);
     analyzer.analyse(Samples{INFINITY, 1, 2}, 0.02);

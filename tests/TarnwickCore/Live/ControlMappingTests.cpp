@@ -53,7 +53,7 @@ TEST(ControlMapping, placesParametersByMIDI) {
     EXPECT_EQ(ControlMapping::value(64, {"a", 0, 0, 127, ""}), 64.0f / 127 * 127);
 }
 
-TEST(ControlMapping, staysANumberInRangesWithoutMeasure) {
+TEST(ControlMapping, isANumberInInfiniteRanges) {
     for (const auto& [min, max] :
          {std::pair{-largest, largest}, {-infinity, infinity}, {0.0f, infinity}, {-infinity, 0.0f}})
         for (const int cc : {0, 1, 64, 127}) {
@@ -64,7 +64,7 @@ TEST(ControlMapping, staysANumberInRangesWithoutMeasure) {
         }
 }
 
-TEST(ControlMapping, knowsControlChanges) {
+TEST(ControlMapping, readsControlChanges) {
     using Change = ControlMapping::ControlChange;
     EXPECT_EQ(ControlMapping::controlChange(0x20B14A7F), (Change{1, 0x4A, 0x7F}));
     EXPECT_EQ(ControlMapping::controlChange(0x23B00000), (Change{0, 0, 0}));
@@ -84,7 +84,7 @@ TEST(MIDIBinding, isLabelledHashedAndStored) {
         EXPECT_EQ(MIDIBinding::decode(std::string_view(one.encode())), one);
 }
 
-TEST(MIDIBinding, saysWhatIsAmissInItsJSON) {
+TEST(MIDIBinding, namesTheErrorInItsJSON) {
     const std::vector<std::pair<std::string_view, const char*>> rows{
         {"", "The text is not JSON."},
         {"[]", "A MIDI binding is not an object."},

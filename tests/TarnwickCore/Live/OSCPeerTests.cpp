@@ -1,5 +1,5 @@
-// Packets that another implementation of OSC wrote, and what it reads in ours: liblo's tools, over
-// UDP on the loopback interface.
+// Exchanges packets with another implementation of OSC: the tools of liblo, over UDP on the
+// loopback interface.
 #include "TarnwickCore/Live/OSC.h"
 #include "tests/Waiting.h"
 
@@ -29,7 +29,7 @@ namespace {
 namespace fs = std::filesystem;
 using Bytes = std::vector<std::uint8_t>;
 
-// A UDP socket on a loopback port of the kernel's choice.
+// A UDP socket on a loopback port chosen by the kernel.
 class Socket {
   public:
     Socket() {
@@ -74,7 +74,7 @@ class Socket {
     std::uint16_t port_ = 0;
 };
 
-// A program of PATH, ended with this object; `output` is its standard output's descriptor.
+// A program from PATH that the destructor ends. `output` is the descriptor of its standard output.
 class Child {
   public:
     explicit Child(std::vector<std::string> words, int output = STDOUT_FILENO) {
@@ -100,7 +100,7 @@ class Child {
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
 
-    // The UDP port that the program listens on; 0 as long as there is none.
+    // The UDP port on which the program listens; 0 until it does.
     std::uint16_t port() const {
         const std::set<std::string> open = openFiles();
         for (const char* const table : {"/proc/net/udp", "/proc/net/udp6"}) {
@@ -119,7 +119,8 @@ class Child {
     }
 
   private:
-    // What the program's descriptors lead to. It opens and closes files meanwhile.
+    // The targets of the descriptors of the program, which may open and close files at the same
+    // time.
     std::set<std::string> openFiles() const {
         std::set<std::string> open;
         std::error_code gone;
@@ -132,7 +133,7 @@ class Child {
     pid_t process_ = 0;
 };
 
-TEST(OSCPeer, isUnderstoodWhateverItSends) {
+TEST(OSCPeer, sendsMessagesThatWeRead) {
     using Messages = std::vector<OSC::Message>;
     struct Row {
         std::vector<std::string> words;
@@ -157,7 +158,7 @@ TEST(OSCPeer, isUnderstoodWhateverItSends) {
     }
 }
 
-TEST(OSCPeer, isUnderstoodInBundles) {
+TEST(OSCPeer, sendsBundlesThatWeRead) {
     const fs::path file = testing::TempDir() + "tarnwick-" + std::to_string(::getpid()) + ".osc";
     std::ofstream(file) << "e9000000.00000000 /tarnwick/a fi 0.25 3\n"
                            "e9000000.00000000 /tarnwick/b sf \"hello\" 1\n"
@@ -172,7 +173,7 @@ TEST(OSCPeer, isUnderstoodInBundles) {
     fs::remove(file);
 }
 
-// The line that oscdump prints of a message, without its time.
+// The line that oscdump prints for a message, without its time.
 std::string dumped(const OSC::Message& message) {
     std::string line = message.address + " " + std::string(message.numbers.size(), 'f');
     for (const float number : message.numbers) {
@@ -183,7 +184,7 @@ std::string dumped(const OSC::Message& message) {
     return line;
 }
 
-TEST(OSCPeer, understandsWhatWeSend) {
+TEST(OSCPeer, readsMessagesThatWeSend) {
     std::array<int, 2> pipe{};
     ASSERT_EQ(::pipe2(pipe.data(), O_CLOEXEC), 0);
     const Child receiver({"oscdump", "-L", "0"}, pipe[1]);

@@ -9,7 +9,7 @@
 
 using namespace tarnwick;
 
-TEST(VideoCodec, readsTheNamesThatItGives) {
+TEST(VideoCodec, readsItsNames) {
     for (const VideoCodecRow& row : videoCodecRows)
         EXPECT_EQ(videoCodecNamed(rawValue(row.codec)), row.codec);
     EXPECT_EQ(videoCodecNamed("hevcAlpha"), VideoCodec::hevcAlpha);
@@ -17,7 +17,7 @@ TEST(VideoCodec, readsTheNamesThatItGives) {
         EXPECT_FALSE(videoCodecNamed(unknown)) << unknown;
 }
 
-TEST(ExportPreset, isFoundByItsIdAlone) {
+TEST(ExportPreset, isFoundByItsExactId) {
     EXPECT_EQ(ExportPreset::named("5k"), ExportPreset::fiveK);
     EXPECT_EQ(ExportPreset::named("hevcalpha"), ExportPreset::hevcAlpha);
     for (const auto* unknown : {"5K", "", "hevcAlpha"})
@@ -27,7 +27,7 @@ TEST(ExportPreset, isFoundByItsIdAlone) {
 TEST(ExportPreset, fitsItsOwnName) {
     for (const auto& presets : {ExportPreset::all(), ExportPreset::pro()})
         for (const ExportPreset& preset : presets) {
-            EXPECT_EQ(ExportPreset::named(preset.id), preset); // so no other has its id
+            EXPECT_EQ(ExportPreset::named(preset.id), preset); // so ids are unique
             const std::string size =
                 std::to_string(preset.width) + "×" + std::to_string(preset.height);
             const std::string rate = "· " + std::to_string(preset.fps) + " fps";
@@ -44,21 +44,21 @@ TEST(ExportPlan, roundsToFramesAndHasOneAtLeast) {
     EXPECT_EQ(frames(10), 300);
     EXPECT_EQ(frames(10.01), 300);
     EXPECT_EQ(frames(10.02), 301);
-    EXPECT_EQ(frames(0.15), 5); // a half goes up
+    EXPECT_EQ(frames(0.15), 5); // a half is rounded up
     EXPECT_EQ(frames(0), 1);
     EXPECT_EQ(ExportPlan(ExportPreset::web, -3, -1), ExportPlan(ExportPreset::web, 0, 0));
     constexpr double none = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(ExportPlan(ExportPreset::web, none, none), ExportPlan(ExportPreset::web, 0, 0));
 }
 
-TEST(ExportPlan, timesItsFramesWithoutAddingUp) {
+TEST(ExportPlan, timesFramesWithoutAccumulatingErrors) {
     const ExportPlan plan(ExportPreset::web, 2.5, 1e6);
     EXPECT_EQ(plan.time(0), 2.5f);
     EXPECT_EQ(plan.time(60), 3.5f);
     EXPECT_EQ(plan.time(60 * 4096 + 1), static_cast<float>(4098.5 + 1 / 60.0));
 }
 
-TEST(WatermarkPlacement, keepsToTheLowerRightOrTheUpperLeft) {
+TEST(WatermarkPlacement, isAtTheLowerRightOrTheUpperLeft) {
     const auto wide = WatermarkPlacement::rect(3840, 2160);
     EXPECT_NEAR(wide.x, 3551.352, 1e-3);
     EXPECT_NEAR(wide.y, 46.008, 1e-3);

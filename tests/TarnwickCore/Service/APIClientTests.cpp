@@ -46,7 +46,7 @@ TEST(APIClient, signsIn) {
     EXPECT_EQ(Service(202, "").client.pollLink("d").get(), LinkPoll(LinkPending()));
 }
 
-// docs/service.md has a heading for each request, "### `POST /api/me`", and for no other.
+// docs/service.md has one heading for each request, "### `POST /api/me`", and no other.
 TEST(APIClient, sendsTheRequestsOfItsPage) {
     const APIClient client(APIClient::defaultBase(), "Test/1");
     std::multiset<std::string> sent{"GET " + URL::parse(LatestRelease::feed())->decodedPath()};
@@ -97,7 +97,7 @@ TEST(APIClient, sharesWithItsProgress) {
         {"source", "source.metal", "text/plain; charset=utf-8", upload().source},
         {"loop", "loop.mp4", "video/mp4", upload().loop},
         {"thumb", "thumb.jpg", "image/jpeg", upload().thumb}};
-    EXPECT_TRUE(request.parts == parts); // as text they would fill pages
+    EXPECT_TRUE(request.parts == parts); // not EXPECT_EQ: the text would fill pages
     EXPECT_EQ(service.client.shareRequest(upload(), "t", "B").timeout, 300);
 
     EXPECT_EQ(failureOf<ServiceError>(Service(204, "").client.share(upload(), "t")),
@@ -108,7 +108,7 @@ TEST(APIClient, sharesWithItsProgress) {
               infinite.problems().at(0));
 }
 
-TEST(APIClient, hearsOfARefusalBeforeTheUploadEnds) {
+TEST(APIClient, receivesARefusalBeforeTheUploadEnds) {
     const HostileServer server(silentAfter("HTTP/1.1 413 x\r\nContent-Length: 23\r\n\r\n"
                                            R"({"error":"That is big"})"));
     ShareUpload large = upload();
@@ -117,7 +117,7 @@ TEST(APIClient, hearsOfARefusalBeforeTheUploadEnds) {
               ServiceError(Kind::server, "That is big", 413));
 }
 
-TEST(APIClient, callsAtOnceOnOneSession) {
+TEST(APIClient, makesParallelCallsOnOneSession) {
     const Service service(200, R"({"email":"e"})");
     std::vector<std::future<Me>> calls;
     for (int call = 0; call < 5; ++call)
@@ -163,7 +163,7 @@ TEST(APIClient, givesOneSentenceForEachHostileAnswer) {
     }
 }
 
-TEST(APIClient, endsWithTheTimeOrAStop) {
+TEST(APIClient, endsAtTheTimeoutOrAStop) {
     const HostileServer drips([](HostileConnection& connection) {
         connection.readHead();
         connection.send("HTTP/1.1 200 OK\r\n\r\n");
@@ -182,7 +182,7 @@ TEST(APIClient, endsWithTheTimeOrAStop) {
     EXPECT_EQ(failureOf<ServiceError>(std::move(call)).kind(), Kind::network);
 }
 
-TEST(APIClient, speaksToServersWhoseCertificateIsTrusted) {
+TEST(APIClient, connectsOnlyToTrustedServers) {
     CertificateAuthority authority;
     const ServerCertificate certificate = authority.issue("IP:127.0.0.1");
     const LoopbackServer server([](const ServedRequest&) { return ServedAnswer{.body = "{}"}; },
@@ -196,7 +196,7 @@ TEST(APIClient, speaksToServersWhoseCertificateIsTrusted) {
     EXPECT_EQ(client.setHandle("asked", "t").get(), "asked");
 }
 
-TEST(APIClient, keepsTokensToTheService) {
+TEST(APIClient, sendsTokensToTheServiceOnly) {
     const Service other(200, R"({"email":"e"})");
     const Service service(307, "", {{"Location", other.server.url("/x").string()}});
     EXPECT_EQ(service.client.me("secret-7").get().email, "e");

@@ -32,7 +32,7 @@ TEST(LatestRelease, isReadFromItsDocument) {
         std::nullopt);
 }
 
-TEST(LatestRelease, saysWhatIsAmissInItsDocument) {
+TEST(LatestRelease, namesTheErrorInItsDocument) {
     std::vector<std::pair<std::string, const char*>> rows{
         {"", "it is not a JSON object"},
         {"{\"version\":\"\xFF\"}", "it is not a JSON object"},

@@ -9,7 +9,7 @@ namespace {
 using Localhosts = OpenLink::Localhosts;
 using Problem = OpenLink::Problem;
 
-// The sentence for a link that is refused, the source's address and file name for one that is not.
+// The sentence for a refused link, otherwise the address, item and file name of its source.
 std::string outcome(const std::string& link, Localhosts localhosts = Localhosts::refused) {
     const auto result = OpenLink::parse(link, localhosts);
     if (const auto* problem = std::get_if<Problem>(&result))
@@ -29,7 +29,7 @@ TEST(OpenLink, namesAFileOfTheSite) {
     EXPECT_EQ(ofSource("https://tarnweb.example/episode-07-plasma/stages/glow.metal"),
               "https://tarnweb.example/episode-07-plasma/stages/glow.metal episode-07/glow "
               "episode-07-plasma-glow.metal");
-    // The path counts as it decodes, and stays as it was written: the query is decoded once.
+    // The decoded path is checked and the written one is kept: the query is decoded once.
     EXPECT_EQ(ofSource("https://tarnweb.example/episode-123-x/sourc%2565%252EMETAL"),
               "https://tarnweb.example/episode-123-x/sourc%65%2EMETAL - source.metal");
     EXPECT_EQ(ofSource("https://tarnweb.example/../%252e%252e%252fa%2500b.METAL"),
@@ -70,7 +70,7 @@ TEST(OpenLink, isRefusedWithItsReason) {
             << source;
 }
 
-TEST(OpenLink, mayNameThisMachineWhereThatIsAllowed) {
+TEST(OpenLink, mayNameThisMachineIfAllowed) {
     const auto allowed = Localhosts::allowed;
     EXPECT_EQ(ofSource("http://127.0.0.1:8080/a.metal", allowed),
               "http://127.0.0.1:8080/a.metal - a.metal");

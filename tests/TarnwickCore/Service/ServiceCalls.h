@@ -1,4 +1,4 @@
-// What the tests of the service's calls share.
+// Common to the tests of calls of the service.
 #pragma once
 
 #include "tests/servers/HostileServer.h"
@@ -10,7 +10,7 @@
 
 namespace tarnwick {
 
-// The error of type Failure that the call ends with; another ends the test.
+// The error of type Failure that the call throws. Any other end fails the test.
 template <typename Failure, typename Result> Failure failureOf(std::future<Result> call) {
     try {
         call.get();
@@ -20,7 +20,7 @@ template <typename Failure, typename Result> Failure failureOf(std::future<Resul
     throw std::runtime_error("The call gives a result.");
 }
 
-// A server whose every answer is the same.
+// A server that gives the same answer to every request.
 class FixedServer : public LoopbackServer {
   public:
     FixedServer(int status, const std::string& body, const Headers& headers = {})
@@ -29,7 +29,7 @@ class FixedServer : public LoopbackServer {
           }) {}
 };
 
-// Sends `head` and then nothing.
+// Sends `head`, then nothing.
 inline HostileServer::Script silentAfter(const std::string& head) {
     return [head](HostileConnection& connection) {
         connection.readHead();
@@ -38,7 +38,7 @@ inline HostileServer::Script silentAfter(const std::string& head) {
     };
 }
 
-// Sends `head` and then megabytes for as long as somebody reads.
+// Sends `head`, then megabytes as long as the client reads.
 inline HostileServer::Script endless(const std::string& head) {
     return [head](HostileConnection& connection) {
         connection.readHead();

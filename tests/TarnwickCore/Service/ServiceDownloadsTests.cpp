@@ -23,7 +23,7 @@ ShaderDownload::Problem fetchProblem(const URL& source) {
     return failureOf<ShaderDownload::Problem>(fetch(source));
 }
 
-TEST(ShaderDownload, givesTextUpToItsLimit) {
+TEST(ShaderDownload, returnsTextUpToItsLimit) {
     const std::string text = "é\0"
                              "\uFEFF" +
                              std::string(300 * 1024 - 5, 'a');
@@ -36,7 +36,7 @@ TEST(ShaderDownload, givesTextUpToItsLimit) {
     EXPECT_EQ(fetch(FixedServer(200, "").url("/a.metal")).get(), "");
 }
 
-TEST(ShaderDownload, saysWhyThereIsNone) {
+TEST(ShaderDownload, namesTheReasonOfAnError) {
     using Problem = ShaderDownload::Problem;
     using Kind = Problem::Kind;
     const auto problem = [](const FixedServer& server) { return fetchProblem(server.url("/a")); };
@@ -61,7 +61,7 @@ TEST(ShaderDownload, saysWhyThereIsNone) {
         EXPECT_EQ(fetchProblem(refused.url()), Problem(Kind::status, {}, 404));
 }
 
-TEST(ShaderDownload, followsRedirectsWithinTheOriginAlone) {
+TEST(ShaderDownload, followsRedirectsWithinTheOriginOnly) {
     const LoopbackServer server([](const ServedRequest& request) {
         const std::string to = request.target.substr(3);
         return request.target == "/ok" ? ServedAnswer{.body = "text"}
@@ -96,11 +96,11 @@ class ReleaseDownloadTest : public testing::Test {
     const std::shared_ptr<URLSession> session_ = APIClient::makeSession("Test/1");
 };
 
-// Of a million times "a" (FIPS 180-4's third example).
+// The digest of a million times "a" (FIPS 180-4, third example).
 constexpr const char* millionDigest =
     "CDC76E5C9914FB9281A1C7E284D73E67F1809A48A497200E046D39CCC7112CD0";
 
-TEST_F(ReleaseDownloadTest, keepsWhatHasTheAnnouncedDigest) {
+TEST_F(ReleaseDownloadTest, keepsAFileWithTheAnnouncedDigest) {
     const FixedServer server(200, std::string(1'000'000, 'a'));
     double progress = 0;
     ReleaseDownload::file({.url = server.url("/r").string(), .sha256 = millionDigest},

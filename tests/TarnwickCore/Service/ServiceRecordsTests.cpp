@@ -16,7 +16,7 @@ LinkStart started(const std::string& members) {
         .value();
 }
 
-TEST(LinkStart, bringsItsIntervalIntoRange) {
+TEST(LinkStart, clampsItsInterval) {
     for (const auto& [members, interval] :
          std::vector<std::pair<const char*, double>>{{"", 5},
                                                      {R"(,"interval":0.2)", 1},
@@ -54,7 +54,7 @@ TEST(LinkStart, expiresAfterSecondsOrAtADate) {
     EXPECT_EQ(started("").expires, std::nullopt);
 }
 
-TEST(ServiceRecords, areReadFromTheirMembersAlone) {
+TEST(ServiceRecords, areReadFromTheirMembersOnly) {
     const URL page = URL::parse("https://a.example/l").value();
     EXPECT_EQ(started(R"(,"more":{})"), (LinkStart{"d", "c", page, 5, std::nullopt}));
     EXPECT_EQ(Approved::decode(R"({"token":"t","email":"e","handle":"h"})"),
@@ -65,7 +65,7 @@ TEST(ServiceRecords, areReadFromTheirMembersAlone) {
     EXPECT_EQ(Shared::decode(R"({"id":"7","url":"https://a.example/l"})"), (Shared{"7", page}));
 }
 
-TEST(ServiceRecords, areNothingForOtherAnswers) {
+TEST(ServiceRecords, areAbsentForOtherAnswers) {
     for (const char* json :
          {"", "[]", "{}", R"({"token":"t"})", R"({"token":1,"email":"e"})",
           R"({"token":"t","email":"e","handle":1})", R"({"token":"t","email":"e")"})
@@ -77,7 +77,7 @@ TEST(ServiceRecords, areNothingForOtherAnswers) {
     EXPECT_FALSE(LinkStart::decode(R"({"device":"d","code":"c"})", today));
 }
 
-TEST(OutsideJSON, boundsTheDepthOfWhatItTakes) {
+TEST(OutsideJSON, limitsTheDepth) {
     const auto nested = [](std::size_t depth) {
         return R"({"error":"x","deep":)" + std::string(depth, '[') + std::string(depth, ']') + "}";
     };
@@ -87,7 +87,7 @@ TEST(OutsideJSON, boundsTheDepthOfWhatItTakes) {
     EXPECT_FALSE(objectOf(R"({"deep":)" + std::string(1'000'000, '[')));
 }
 
-TEST(ServiceError, saysTheServicesOwnWordsOrOurs) {
+TEST(ServiceError, hasTheTextOfTheServiceOrOurs) {
     struct Row {
         int status;
         const char* body;
@@ -116,7 +116,7 @@ TEST(ServiceError, saysTheServicesOwnWordsOrOurs) {
               std::string("Tarnweb sent an answer the app could not read."));
 }
 
-TEST(ServiceError, cutsWordsToOneLineOf300Characters) {
+TEST(ServiceError, cutsItsTextToOneLineOf300Characters) {
     const auto words = [](const std::string& error) {
         return std::string(ServiceError::of(500, R"({"error":")" + error + "\"}").what());
     };
@@ -147,7 +147,7 @@ TEST(APIClient, readsPollsByTheirStatus) {
     EXPECT_EQ(failure(201, R"({"token":"t","email":"e"})").status(), 201);
 }
 
-TEST(APIClient, knowsHandlesAndServicesOfThisMachine) {
+TEST(APIClient, recognisesHandlesAndLocalServices) {
     for (const char* handle : {"abc", "a-b-c", "-9-", "abcdefghijklmnopqrstuvwx"})
         EXPECT_TRUE(APIClient::isValidHandle(handle)) << handle;
     for (const char* handle : {"", "ab", "Abc", "abc_d", "abcdefghijklmnopqrstuvwxy", "ab\u00E9"})

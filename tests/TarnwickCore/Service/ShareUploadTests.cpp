@@ -25,7 +25,7 @@ std::string repeated(const char* character, int count) {
     return text;
 }
 
-TEST(ShareUpload, saysItsProblemsInOrder) {
+TEST(ShareUpload, listsItsProblemsInOrder) {
     const std::string title = "The title must be 1 to 80 characters.",
                       description = "The description must be at most 500 characters.",
                       source = "The source is over 200 KB.", loop = "The loop video is over 20 MB.",
@@ -64,7 +64,7 @@ TEST(ShareUpload, saysItsProblemsInOrder) {
     }
 }
 
-TEST(ShareUpload, writesWhatItIsAsSortedJSON) {
+TEST(ShareUpload, writesItsMembersAsSortedJSON) {
     ShareUpload upload = sound();
     EXPECT_EQ(upload.metaJSON(),
               R"({"description":"","forkedFrom":null,"kind":"fragment",)"

@@ -23,14 +23,14 @@ TEST(Lines, endAtEveryBreakOfUnicodeAndAreNeverEmpty) {
     EXPECT_TRUE(linesOf("").empty());
 }
 
-TEST(Lines, keepBytesThatOnlyBeginLikeABreak) {
+TEST(Lines, keepIncompleteBreaks) {
     EXPECT_EQ(linesOf("a\xc2"), Strings{"a\xc2"});
     EXPECT_EQ(linesOf("\xe2\x80"), Strings{"\xe2\x80"});
     EXPECT_EQ(linesOf("\u2027\u202a\u00e9"), Strings{"\u2027\u202a\u00e9"});
 }
 
-// Run under the address sanitiser this shows that broken UTF-8 is never read past its end.
-TEST(Lines, andAllThatReadsThemTakeAnyBytes) {
+// With the address sanitizer this shows that truncated UTF-8 is never read after its end.
+TEST(Lines, andTheirReadersAcceptAnyBytes) {
     std::mt19937 random(1);
     const std::vector<std::string> shards{"// @param x 1 0 2 \xe2\x80",
                                           "\xf0\x9f",

@@ -11,7 +11,7 @@ namespace {
 
 using Lines = std::vector<std::string_view>;
 
-// The whole table, filled and walked as one would by hand.
+// The reference: the whole table, filled and walked directly.
 std::vector<bool> byTable(const Lines& previous, const Lines& current) {
     const std::size_t p = previous.size(), c = current.size();
     std::vector<std::vector<std::size_t>> longest(p + 1, std::vector<std::size_t>(c + 1));
@@ -34,7 +34,7 @@ std::vector<bool> byTable(const Lines& previous, const Lines& current) {
 
 } // namespace
 
-TEST(AddedLines, marksWhatTheWholeTableMarks) {
+TEST(AddedLines, marksTheLinesThatTheWholeTableMarks) {
     const Lines words{"}", "float a;", "return a;", "a += b;", "", "b", "c", "d", "e", "f", "g"};
     std::mt19937 random(7);
     auto lines = [&](std::size_t longest, std::size_t kinds) {
@@ -44,7 +44,7 @@ TEST(AddedLines, marksWhatTheWholeTableMarks) {
         return all;
     };
     for (int round = 0; round < 1500; ++round) {
-        // Past 64 and 128 columns, words of bits carry over.
+        // After 64 and 128 columns, additions carry between words.
         const std::size_t longest = round % 10 == 0 ? 200 : 12, kinds = 1 + random() % words.size();
         const Lines previous = lines(longest, kinds), current = lines(longest, kinds);
         EXPECT_EQ(addedLines(previous, current), byTable(previous, current)) << round;

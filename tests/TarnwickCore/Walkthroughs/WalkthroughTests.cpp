@@ -9,7 +9,7 @@ namespace {
 
 using Lines = std::vector<Walkthrough::SourceLine>;
 
-// The pages of a stage that made `after` of `before`, each as its lines behind a mark of their
+// The pages of a stage that turns `before` into `after`, each as its lines after a mark of their
 // kind.
 std::vector<std::string> pages(const std::string& before, const std::string& after,
                                std::int64_t capacity = 10) {
@@ -37,9 +37,9 @@ TEST(Walkthrough, showsAddedLinesBetweenTheirNeighbours) {
     EXPECT_EQ(pages("x\ny", "a\nx\ny\nz"), Pages{"+a| x| y|+z|"});
     EXPECT_EQ(pages("v\nx\ny\nw", "v\na\nx\nm\ny\nz\nw"), Pages{" v|+a| x|+m| y|+z| w|"});
     EXPECT_EQ(pages("w\nx\nm\ny\nv", "w\na\nx\nm\ny\nz\nv"), Pages{" w|+a| x|~⋯| y|+z| v|"});
-    // Nothing is skipped over an empty line, and none stands at a block's ends.
+    // An empty line is never replaced by a gap, and a block neither begins nor ends with one.
     EXPECT_EQ(pages("r\ns\nt\n\nu\nv\nw", "r\ns\nt\na\n\nu\nv\nw\nb"), Pages{" t|+a|_| w|+b|"});
-    // Blanks around a line are no change; a line that comes twice is new where the table says.
+    // Blanks around a line are no change. For repeated lines the table decides which is new.
     EXPECT_EQ(pages("  a\t\nb", "a\n\tb\n b"), Pages{" \tb|+ b|"});
     EXPECT_EQ(pages("a\nb", "a\n \nb\n// c"), Pages{});
 }
@@ -52,7 +52,7 @@ TEST(Walkthrough, fillsPagesWithBlocks) {
     EXPECT_EQ(pages("", "a\nb", -1), (Pages{"+a|", "+b|"}));
 }
 
-TEST(Walkthrough, namesStagesAndClosesWithTheEpisodesOwnWords) {
+TEST(Walkthrough, namesStagesAndEndsWithTheEpisode) {
     const std::vector<std::string> sources{"// A disc\n// Nothing but\n// a distance.\n//\n// x\na",
                                            "a\nb"};
     const auto plain = Walkthrough::stages("// Episode\nc", {}, sources, 5);
@@ -72,13 +72,13 @@ TEST(Walkthrough, makesSentencesOfComments) {
     EXPECT_EQ(caption("a // draw the sun\nb // draw the sun\nc // add glow!"),
               "Draw the sun. Add glow!");
     EXPECT_EQ(caption("a // draw the sun:\nb // Draw the sun\nc"), "Draw the sun: Draw the sun.");
-    // Characters as readers count them: a letter with its mark, and an ellipsis.
+    // Characters are grapheme clusters: a letter with its mark, and an ellipsis.
     EXPECT_EQ(caption("a // e\u0301tude…\nb // ßtraße"), "E\u0301tude… SStraße.");
     EXPECT_EQ(caption("a"), "");
     EXPECT_EQ(caption("// T\n\n// wait.\u0301\na"), "Wait.\u0301.");
 }
 
-TEST(Walkthrough, takesSourcesThatAreParsedAlready) {
+TEST(Walkthrough, acceptsParsedSources) {
     const std::string first = "// One\na\nb", second = "// Two\na\nc", last = "a\nd";
     const EpisodeMeta meta{.finalSummary = "The end"};
     EXPECT_EQ(Walkthrough::stages(
@@ -106,7 +106,7 @@ TEST(WalkthroughSource, givesEachLineItsComment) {
                                    {"int f;", "e"}}));
 }
 
-TEST(WalkthroughSource, tellsCodeFromCommentsAsTheCompilerDoes) {
+TEST(WalkthroughSource, separatesCodeAndCommentsAsTheCompilerDoes) {
     struct Row {
         std::string text;
         Lines lines;
@@ -127,7 +127,7 @@ TEST(WalkthroughSource, tellsCodeFromCommentsAsTheCompilerDoes) {
         EXPECT_EQ(Walkthrough::parsed(row.text).lines, row.lines) << row.text;
 }
 
-TEST(WalkthroughTimeline, showsEveryPageForAsLong) {
+TEST(WalkthroughTimeline, showsAllPagesEquallyLong) {
     const WalkthroughTimeline timeline{.pageSeconds = 1.5, .pageCounts = {2, 0, 3}};
     EXPECT_EQ(timeline.duration(2), 4.5);
     EXPECT_EQ(timeline.start(0), 0);
