@@ -1,9 +1,9 @@
 #include "TarnwickCore/SwiftUIExport.h"
 
+#include "TarnwickCore/Episode/Episode.h"
 #include "TarnwickCore/Episode/ReservedWords.h"
 #include "TarnwickCore/Episode/ShaderPieces.h"
 #include "TarnwickCore/Service/ServiceHosts.h"
-#include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickCore/SwiftUI/SwiftUIPieces.h"
 #include "TarnwickCore/SwiftUI/SwiftUIView.h"
 #include "TarnwickCore/Text/Lines.h"
@@ -123,19 +123,19 @@ SwiftUIExport::Problem SwiftUIExport::Problem::ofInputs() {
 }
 
 SwiftUIExport::Output SwiftUIExport::make(std::string_view source, std::string_view title) {
-    const std::string text = wellFormedUTF8(source);
-    if (const ShaderKind kind = shaderKindOf(text); kind != ShaderKind::fragment)
-        throw Problem::ofKind(kind);
-    if (ShaderAssembler::usesInputs(text))
+    const Episode episode = Episode::of(wellFormedUTF8(source));
+    if (episode.kind != ShaderKind::fragment)
+        throw Problem::ofKind(episode.kind);
+    if (episode.shader.usesInputs)
         throw Problem::ofInputs();
     const std::string name = typeName(title);
     const SwiftUIView view{.title = onOneLine(wellFormedUTF8(title)),
                            .name = name,
                            .function = functionNamed(name),
-                           .params = ParamParser::parse(text)};
+                           .params = episode.params()};
     return {.name = view.name,
             .function = view.function,
-            .metal = metalFile(view, text),
+            .metal = metalFile(view, episode.text),
             .swift = view.text(SwiftUIView::Place::anyTarget),
             .packageSwift = view.text(SwiftUIView::Place::package),
             .packageManifest = manifestFor(view.name)};

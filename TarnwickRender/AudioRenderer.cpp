@@ -17,12 +17,13 @@ static_assert(samplesPerJob <= SoundCheck::mostSamples);
 
 std::int64_t sampleCount(double duration) {
     const double nearest = std::round(duration * rate);
-    precondition(std::abs(nearest) < 9e18, "A sound's samples can be counted.");
+    precondition(std::abs(nearest) < 9e18, "the samples of a sound can be counted", "duration",
+                 duration);
     return static_cast<std::int64_t>(nearest);
 }
 
 constexpr std::uint32_t channels = 2, bytesPerNumber = 2;
-constexpr std::uint32_t headerAfterSize = 36; // bytes of the header behind its size
+constexpr std::uint32_t headerAfterSize = 36; // bytes of the header after its size
 
 std::int16_t pcm(float sample) {
     constexpr float most = std::numeric_limits<std::int16_t>::max();
@@ -65,7 +66,7 @@ AudioRenderer::render(const std::shared_ptr<const ShaderProgram>& program, gpu::
     std::vector<float> samples;
     for (std::int64_t offset = 0; offset < total; offset += samplesPerJob) {
         const auto count = static_cast<std::uint32_t>(std::min(total - offset, samplesPerJob));
-        // From the whole offset each time, so that no error grows.
+        // Computed from the whole offset, so that errors do not add up.
         const double from = start + static_cast<double>(offset) / rate;
         if (news != nullptr && news->check != nullptr)
             news->notFinite = news->check->firstNotFinite(from, count, values);
@@ -88,7 +89,7 @@ AudioRenderer::render(const std::shared_ptr<const ShaderProgram>& program, gpu::
 std::vector<std::uint8_t> AudioRenderer::wavData(std::span<const float> samples) {
     const std::size_t length = samples.size() * bytesPerNumber;
     precondition(length <= std::numeric_limits<std::uint32_t>::max() - headerAfterSize,
-                 "A sound file's sizes have 32 bits.");
+                 "the size of a WAV file fits into 32 bits", "bytes", length);
     WavWriter wav(length + headerAfterSize + 8);
     wav.name("RIFF");
     wav.number32(static_cast<std::uint32_t>(length) + headerAfterSize);

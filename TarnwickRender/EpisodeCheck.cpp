@@ -8,9 +8,9 @@
 namespace tarnwick {
 namespace {
 
-constexpr std::int64_t smallSide = 16; // of a picture: what counts is the particles' room
+constexpr std::int64_t smallSide = 16; // pixels; the room for particles does not depend on it
 
-// Empty where there is room.
+// Empty if there is room.
 std::string absence(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device) {
     if (ProgramFrames::make(program, device, smallSide, smallSide))
         return {};

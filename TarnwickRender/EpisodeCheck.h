@@ -1,4 +1,4 @@
-// What stands against playing an episode, found without drawing it.
+// The errors and warnings about an episode, found without drawing it.
 #pragma once
 
 #include "TarnwickCore/Diagnostics.h"
@@ -11,14 +11,15 @@ namespace tarnwick {
 
 struct EpisodeFindings {
     bool compiles = false;
-    bool hasRoom = true; // on the device, for what an episode that compiles keeps between frames
-    std::vector<Diagnostic> diagnostics; // the compiler's: errors, or the warnings of a good one
-    std::string raw; // the compiler's whole text, or the sentence that says why it does not compile
-                     // or has no room
+    bool hasRoom = true; // the device can hold the state that the episode keeps between frames
+    std::vector<Diagnostic>
+        diagnostics; // the compiler's errors, or the warnings of an episode that compiles
+    std::string raw; // the compiler's whole text, or one sentence if the episode does not compile
+                     // for another reason or has no room
 };
 
-// Goes the way of ShaderProgram::compile: compiles the episode and makes its pipelines on `device`.
-// Where that is null, what a device would refuse is not found. Blocks; any thread.
+// Compiles the episode and makes its pipelines on `device`, as ShaderProgram::compile does. If
+// `device` is null, errors of the device are not found. Blocks; any thread.
 EpisodeFindings checkEpisode(const Episode& episode, gpu::Device* device,
                              EpisodeWarnings warnings = EpisodeWarnings::usual);
 

@@ -1,4 +1,4 @@
-// What a movie is made of: stretches of programs' time, one after another.
+// The segments of a movie: time ranges of programs, one after another.
 #pragma once
 
 #include "TarnwickGPU/Commands.h"
@@ -13,50 +13,48 @@
 
 namespace tarnwick {
 
-// Where the program's picture lies in the frame, and what is laid over both.
+// The place of the program's picture in the frame, and the overlays.
 struct FrameLayout {
     struct Area {
         std::int64_t x = 0, y = 0, width = 0, height = 0; // pixels from the frame's upper left
 
         bool operator==(const Area&) const = default;
     };
-    Area picture;                 // lies within the frame, and is the program's whole resolution
+    Area picture;                 // within the frame; its size is the program's resolution
     gpu::ClearColor background{}; // of the frame
-    // Pictures that cover the whole frame, alpha premultiplied, drawn after the program's. Shared,
-    // because the segments of a movie take theirs from one list.
+    // Pictures of the whole frame, alpha premultiplied, drawn over the program's. Shared between
+    // the segments of a movie.
     std::vector<std::shared_ptr<const gpu::Texture>> overlays{};
-    std::int64_t overlayIndex = 0; // the one that is shown; none need be there to show none
-    // For each frame's time in seconds of the program: the one that is shown instead, none where it
-    // is not in the list. So a page can turn while the program plays on.
+    std::int64_t overlayIndex = 0; // of the overlay to show; ignored without overlays
+    // Unless empty: the index of the overlay to show at a time in seconds of the program. An index
+    // outside the list shows none.
     std::function<std::int64_t(double time)> overlayIndexAt{};
 };
 
 struct ExportSegment {
     std::shared_ptr<const ShaderProgram> program; // draws into ShaderProgram::pixelFormat
-    ParamValues values{};                         // where there is no valuesAt
+    ParamValues values{};                         // ignored with valuesAt
     double start = 0;                             // seconds of the program, of the first frame
-    double duration = 0;                          // seconds; one frame at least
+    double duration = 0;                          // seconds; at least one frame
     bool watermark = false;
-    bool sound = false; // contributes its sound, if it has one; else silence
+    bool sound = false; // with the sound of the program; silence if it has none
     std::optional<FrameLayout> layout{};
     std::shared_ptr<const ShaderProgram> soundProgram{}; // null: `program`
     std::optional<ParamValues> soundValues{};            // absent: `values`
     std::optional<double> soundStart{};                  // seconds; absent: `start`
 
-    // Seconds at the end, half of the duration at most, that are crossfaded into the frames that
-    // lie before the beginning, so that the last frame leads on to the first; 0 or less for none.
-    // Those frames have times before `start`, which may be below 0; a simulation stands still
-    // there.
+    // Seconds at the end that are crossfaded into the frames before `start`, so that the last frame
+    // leads to the first. At most half of the duration; 0 or less: none. Times before `start` may
+    // be below 0: a simulation then stays at step 0.
     double loop = 0;
-    // Crossfades the sound of those seconds in the same way, so that the last sample leads on to
-    // the first. Without it the samples stay as they are, and the joint may click.
+    // Crossfades the sound of those seconds in the same way. Without it the loop may click.
     bool loopSound = false;
-    // The values at a time in seconds, in place of `values`: each frame's at its time, and each
-    // step of a simulation's at that of the step, so that the frames' rate changes no particle.
+    // The values at a time in seconds, in place of `values`. A frame takes those of its time, a
+    // step of a simulation those of the step's time.
     ValuesAt valuesAt{};
-    // What an episode that takes Inputs meets at a time in seconds; absent: silence and black.
-    // Asked once a frame, in their order. Where it gives no previous frame, that is the segment's
-    // own.
+    // The inputs at a time in seconds of an episode that takes Inputs; absent: silence and black.
+    // Called once a frame, in the order of the frames. If it gives no previous frame, the
+    // segment's own is used.
     std::function<ShaderInputs(double time)> inputsAt{};
 };
 

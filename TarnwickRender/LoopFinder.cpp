@@ -8,7 +8,7 @@
 namespace tarnwick {
 namespace {
 
-// The sum of squared differences. A whole number, so that it is exact in a double.
+// The sum of squared differences: an integer, exact in a double.
 double squaredDistance(const Picture& one, const Picture& other) {
     const std::size_t count = std::min(one.bytes.size(), other.bytes.size());
     std::uint64_t sum = 0;
@@ -19,7 +19,7 @@ double squaredDistance(const Picture& one, const Picture& other) {
     return static_cast<double>(sum);
 }
 
-// Two frames in a row, of which the second is often the next pair's first.
+// Two consecutive frames. The second is often the first of the next pair.
 class FramePair {
   public:
     FramePair(Stills& stills, const ValuesAt& valuesAt) : stills_(stills), valuesAt_(valuesAt) {}
@@ -62,7 +62,7 @@ struct Lengths {
         const double step = 1 / static_cast<double>(fps);
         const Lengths lengths{step, step * std::round(std::max(2 * step, around - range) / step),
                               around + range + 1e-9};
-        // A length that a frame more does not change would be tried for ever.
+        // One more frame must change a length, else the search never ends.
         const bool canBeTried = lengths.first <= lengths.limit && lengths.limit < 9e15 * step;
         return canBeTried ? std::optional(lengths) : std::nullopt;
     }
@@ -75,7 +75,7 @@ std::optional<FoundLoop> LoopFinder::best(const std::shared_ptr<const ShaderProg
                                           gpu::Device& device, const ValuesAt& valuesAt,
                                           double start, double around, double range,
                                           std::int64_t fps, const Progress& progress) {
-    // What keeps state cannot be judged by stills.
+    // Stills cannot judge a program that keeps state.
     const auto lengths = program->needsRun() ? std::nullopt : Lengths::of(around, range, fps);
     const auto stills = lengths ? Stills::make(program, device, stillWidth, stillHeight) : nullptr;
     if (!stills || !std::isfinite(start))

@@ -1,4 +1,4 @@
-// Finds the length at which a clip of an episode comes back closest to where it began.
+// Finds the length of a clip whose last frame is most like its first.
 #pragma once
 
 #include "TarnwickRender/ShaderProgram.h"
@@ -11,28 +11,27 @@
 
 namespace tarnwick {
 
-// A length to loop at.
 struct FoundLoop {
     double length = 0;     // seconds, a whole number of frames
-    double difference = 0; // between the ends, root mean square, of the values 0 to 255
+    double difference = 0; // root mean square between the ends, in [0, 255]
 
     bool operator==(const FoundLoop&) const = default;
 };
 
 struct LoopFinder {
-    // Told of the lengths tried and to be tried; false ends the search, without an answer.
+    // Called with the lengths tried and to try; false ends the search without a result.
     using Progress = std::function<bool(std::int64_t done, std::int64_t total)>;
 
-    // Compares the two frames at `start` with those at each whole number of frames within `range`
-    // of `around` (all in seconds, the frames `fps` a second), two frames at least, as small
-    // stills: of equal lengths the shortest. Nothing for an episode that keeps state or is a grid,
-    // for times that are not finite, for fps below 1, and where the device fails. Blocks.
+    // Compares the two frames from `start` on with two frames at each length in [around - range,
+    // around + range] (seconds; whole frames at `fps`; at least two frames), as small stills. Gives
+    // the most similar, of several the shortest. Absent for an episode that keeps state or is a
+    // grid, for times that are not finite, for fps below 1, and if the device fails. Blocks.
     static std::optional<double> bestLength(const std::shared_ptr<const ShaderProgram>& program,
                                             gpu::Device& device, const ParamValues& values,
                                             double start, double around, double range,
                                             std::int64_t fps, const Progress& progress = {});
-    // The same, with how well it loops, and with values that change over time: each still has those
-    // of its own time. Without `valuesAt` all have their defaults.
+    // The same with the difference, and with the values that `valuesAt` gives at each still's time;
+    // empty: the defaults.
     static std::optional<FoundLoop> best(const std::shared_ptr<const ShaderProgram>& program,
                                          gpu::Device& device, const ValuesAt& valuesAt,
                                          double start, double around, double range,

@@ -40,8 +40,8 @@ class ProgramFrames {
                                                gpu::Device& device, std::int64_t width,
                                                std::int64_t height, ValuesAt valuesAt = {});
 
-    // Why a program is not drawn on the device at a size from 1 by 1 on, where making its frames or
-    // rendering its still gave nothing: one sentence for the user.
+    // The reason, as one sentence for the user, why make() or rendering a still gave nothing for a
+    // size of at least 1 by 1.
     static std::string absence(const ShaderProgram& program, const gpu::Device& device,
                                std::int64_t width, std::int64_t height);
 
@@ -52,14 +52,14 @@ class ProgramFrames {
     // Whether a loop of the episode was ended in warm().
     bool hitLoopBudget() const { return simulation() && simulation()->hitLoopBudget(); }
 
-    // Brings a simulation to the step before the one of `time` (seconds), from the start where it
-    // is there or beyond. Waits for the GPU and calls `afterEach` every 240 steps. Whether it got
-    // there; true without a simulation.
+    // Brings a simulation to the step before the one of `time` (seconds). A simulation that is
+    // there or beyond starts again. Waits for the GPU and calls `afterEach` every 240 steps. False
+    // if the device fails; true without a simulation.
     bool warm(float time, gpu::CommandQueue& queue, const ParamValues& values,
               const std::function<void()>& afterEach = {});
 
-    // Encodes the frame: the steps of a simulation or the grid's pass, then `pass`. Neither commits
-    // nor waits. False where the pass has no encoder.
+    // Encodes the steps of a simulation or the grid's pass, then `pass`. Neither commits nor waits.
+    // False if there is no encoder.
     bool encode(gpu::CommandBuffer& commands, const ProgramFrame& frame, const FramePass& pass);
 
   private:
@@ -71,7 +71,7 @@ class ProgramFrames {
     std::unique_ptr<ShaderRun> run_; // null for a program that needs none
 };
 
-// A pass that only clears its target. False where it has no encoder.
+// Encodes a pass that only clears its target. False if there is no encoder.
 bool encodeClearing(gpu::CommandBuffer& commands, const gpu::RenderPassDescriptor& pass);
 
 } // namespace tarnwick

@@ -10,7 +10,7 @@ ShaderError compilerError(const AssembledShader& shader, std::string_view compil
                           Fault fault) {
     std::string raw(compilerText);
     std::vector<Diagnostic> diagnostics = DiagnosticParser::parse(compilerText);
-    // An error outside the user's text mostly means that the generated code misses a function.
+    // An error outside the user's text mostly means that a function is missing.
     const bool isOutside =
         std::any_of(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& diagnostic) {
             return diagnostic.severity == Severity::error && diagnostic.line == 0;

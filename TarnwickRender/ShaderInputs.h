@@ -1,4 +1,4 @@
-// What a frame gives an episode that takes `Inputs`, besides its uniforms and parameters.
+// The inputs of a frame of an episode that takes `Inputs`.
 #pragma once
 
 #include "TarnwickGPU/Resources.h"
@@ -8,11 +8,11 @@
 
 namespace tarnwick {
 
-// All textures are borrowed, and absent ones read as transparent black.
+// All textures are borrowed; null reads as transparent black.
 struct ShaderInputs {
-    std::array<float, 4> audio{};                // levels
+    std::array<float, 4> audio{};                // levels: low, mid, high, all
     const gpu::Texture* spectrum = nullptr;      // spectrumBins by 1
-    std::vector<const gpu::Texture*> channels{}; // the first four are used
+    std::vector<const gpu::Texture*> channels{}; // at most four are used
     const gpu::Texture* previous = nullptr;      // the last finished frame
 
     // Silence and black.

@@ -35,7 +35,7 @@ ProgramParts makeParts(const CompiledEpisode& compiled, gpu::Device& device,
                                                             : MeshBackground::none);
     if (shader.usesInputs)
         parts.blank = blankTexture(device);
-    // Last, so that what is particular to a kind is reported first.
+    // Last, so that errors of the kind's own functions are reported first.
     parts.pipeline = device.newRenderPipelineState(stages.descriptor);
     return parts;
 }
@@ -68,7 +68,7 @@ void ShaderProgram::draw(gpu::RenderCommandEncoder& encoder, const TWUniforms& u
             return;
         encoder.setFragmentTexture(picture, 0);
     }
-    // After the run's picture: where an episode has both, texture 0 is the spectrum.
+    // After the run's picture: with both, texture 0 is the spectrum.
     if (usesInputs())
         bindInputs(encoder, inputs != nullptr ? *inputs : ShaderInputs::none());
     const ParamBuffer params(parts_->params, values);

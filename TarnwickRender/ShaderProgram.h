@@ -1,5 +1,4 @@
-// An episode compiled for the GPU: every pipeline that its kind needs, built once, and the draw
-// that ends each of its frames.
+// An episode compiled for the GPU: all pipelines of its kind, and the draw that ends each frame.
 #pragma once
 
 #include "TarnwickCore/Episode/Episode.h"
@@ -19,11 +18,10 @@ namespace tarnwick {
 
 class ShaderRun;
 
-// Never changes once made: threads, runs and renderers may share one.
+// Constant: threads, runs and renderers may share one.
 class ShaderProgram : public TargetFormats {
   public:
-    // `pixelFormat` is that of the target that draw() will draw into. Blocks; all or nothing.
-    // Throws ShaderError. (Shared, since a run names the program that it was made for.)
+    // `pixelFormat` is the format of draw()'s target. Blocks. Throws ShaderError.
     static std::shared_ptr<const ShaderProgram> compile(const Episode& episode, gpu::Device& device,
                                                         gpu::PixelFormat pixelFormat);
     // Of an episode that was compiled for this device, or for any.
@@ -34,7 +32,7 @@ class ShaderProgram : public TargetFormats {
     const std::shared_ptr<const ProgramParts>& parts() const { return parts_; }
     const std::vector<ParamDecl>& params() const { return parts_->params; }
 
-    // Null where the episode is not of that kind.
+    // Null if the episode is of another kind.
     const ParticlePipelines* particles() const {
         return isParticles() ? &*parts_->particles : nullptr;
     }
@@ -52,9 +50,8 @@ class ShaderProgram : public TargetFormats {
     bool isMesh() const { return parts_->mesh.has_value(); }
     std::int64_t gridSize() const { return isMesh() ? parts_->mesh->cells : 0; }
 
-    // Encodes the full-screen pass that makes the final picture. Encodes nothing when the program
-    // needs a run and `run` is null or another program's. Without `inputs` an episode that takes
-    // some meets silence and black. Fails in no way.
+    // Encodes the full-screen draw of the final picture. Encodes nothing if the program needs a run
+    // and `run` is null or of another program. `inputs` null: silence and black. Never fails.
     void draw(gpu::RenderCommandEncoder& encoder, const TWUniforms& uniforms,
               const ParamValues& values, const ShaderRun* run = nullptr,
               const ShaderInputs* inputs = nullptr) const;

@@ -13,10 +13,10 @@
 namespace tarnwick {
 namespace {
 
-// Stands behind the whole program, whose lines keep their numbers. Its words are the sound kernel's
-// or begin with the host's prefix, so that no macro of the episode changes it. It looks at the
-// bits, since a device need not keep comparisons with NaN (Vulkan 1.3, "Precision and Operation of
-// SPIR-V Instructions").
+// Appended to the program, whose lines keep their numbers. Its identifiers are those of the sound
+// kernel or begin with the host's prefix, so that no macro of the episode changes it. It tests the
+// bits, because a device may not support comparisons with NaN (Vulkan 1.3, "Precision and Operation
+// of SPIR-V Instructions").
 constexpr std::string_view kernelText = R"(
 kernel void tw_sound_check(device uint* out [[buffer(0)]],
                            constant SoundUniforms& su [[buffer(1)]],
@@ -56,9 +56,10 @@ std::unique_ptr<SoundCheck> SoundCheck::make(const AssembledShader& episode, gpu
 
 std::optional<double> SoundCheck::firstNotFinite(double start, std::uint32_t count,
                                                  const ParamValues& values) {
-    precondition(count <= mostSamples, "A check's samples have room in its buffer.");
+    precondition(count <= mostSamples, "the samples of a check fit into its buffer", "samples",
+                 count, "room", mostSamples);
     const std::span marks(static_cast<std::uint32_t*>(marks_->contents()), count);
-    std::fill(marks.begin(), marks.end(), 0u); // a thread that a loop ends leaves its mark alone
+    std::fill(marks.begin(), marks.end(), 0u); // a thread that the loop budget ends writes none
     if (runSoundKernel(*kernel_, *queue_, *marks_, start, count, ParamBuffer(params_, values)) ==
         SoundResult::failed)
         return std::nullopt;
@@ -67,7 +68,8 @@ std::optional<double> SoundCheck::firstNotFinite(double start, std::uint32_t cou
     if (first == marks.end())
         return std::nullopt;
     const auto index = static_cast<double>(first - marks.begin());
-    return std::max(start + index / ShaderAssembler::sampleRate, 0.0); // -0 and less by rounding
+    return std::max(start + index / ShaderAssembler::sampleRate,
+                    0.0); // rounding can give -0 or less
 }
 
 } // namespace tarnwick

@@ -1,4 +1,5 @@
-// Finds where an episode's sound is no number, which the sound kernel's clamping hides.
+// Finds the times at which an episode's sound is NaN or infinite. The sound kernel clamps its
+// samples, which hides them.
 #pragma once
 
 #include "TarnwickCore/ShaderAssembler.h"
@@ -15,17 +16,16 @@ namespace tarnwick {
 // One thread at a time.
 class SoundCheck {
   public:
-    // Compiles the episode once more, with a kernel behind its own that calls `sound` at the very
-    // times of the sound kernel. For an episode that compiles and has a sound; blocks. Throws
-    // ShaderError where the kernel cannot be made, null where the rest cannot.
+    // Compiles the episode again with one more kernel, which calls `sound` at the times of the
+    // sound kernel. The episode compiles and has a sound. Blocks. Throws ShaderError if the kernel
+    // cannot be made; null if the device has no room.
     static std::unique_ptr<SoundCheck> make(const AssembledShader& episode, gpu::Device& device);
 
-    static constexpr std::uint32_t mostSamples = 48000; // of one call
+    static constexpr std::uint32_t mostSamples = 48000; // maximum of one call
 
     // The time, in seconds, of the first of `count` samples from `start` seconds on that is NaN or
-    // infinite, left or right; those before time 0 are passed over, since nobody hears them. None
-    // also where the device fails: evaluating the sound fails as well then. Blocks for one job,
-    // about as long as that of the sound itself.
+    // infinite, left or right. Samples before time 0 are ignored. Absent too if the device fails:
+    // evaluating the sound then fails as well. Blocks for one GPU job.
     std::optional<double> firstNotFinite(double start, std::uint32_t count,
                                          const ParamValues& values);
 

@@ -32,7 +32,7 @@ std::unique_ptr<SoundTap> SoundTap::make(std::shared_ptr<const ShaderProgram> pr
 
 void SoundTap::prepare(double time, const ParamValues& values) {
     if (job_)
-        job_->commands.waitUntilCompleted(); // the next one writes to the same buffer
+        job_->commands.waitUntilCompleted(); // the next job writes to the same buffer
     job_.reset();
     auto commands = startSound(*program_->parts(), *queue_, *buffer_, time - heard,
                                AudioAnalyzer::window, values);
@@ -40,7 +40,7 @@ void SoundTap::prepare(double time, const ParamValues& values) {
         job_.emplace(time, values, std::move(*commands));
 }
 
-// Whether the buffer holds what is heard then.
+// Fills the buffer with the samples before `time`. False if the device fails.
 bool SoundTap::finish(double time, const ParamValues& values) {
     if (!job_ || job_->time != time || job_->values != values)
         prepare(time, values);
@@ -64,7 +64,7 @@ ShaderInputs SoundTap::inputs(double time, const ParamValues& values) {
 
 std::vector<double> SoundTap::timesBefore(double time) {
     constexpr int framesASecond = 60;
-    constexpr int framesBefore = 2 * framesASecond; // after which nothing is left of older levels
+    constexpr int framesBefore = 2 * framesASecond; // older levels have decayed by then
     std::vector<double> times;
     for (int frame = framesBefore; frame > 0; --frame)
         if (const double before = time - static_cast<double>(frame) / framesASecond; before >= 0)

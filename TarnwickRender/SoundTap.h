@@ -18,31 +18,31 @@ namespace tarnwick {
 // One for a program, kept while it plays. One thread at a time.
 class SoundTap {
   public:
-    // Seconds before a frame's time that it hears.
+    // Seconds of sound before a frame's time that the frame hears.
     static constexpr double heard =
         AudioAnalyzer::window / static_cast<double>(ShaderAssembler::sampleRate);
 
-    // Null where the program has no sound or the device cannot make what it takes.
+    // Null if the program has no sound or the device has no room.
     static std::unique_ptr<SoundTap> make(std::shared_ptr<const ShaderProgram> program,
                                           gpu::Device& device);
 
-    // What a frame at `time` seconds hears: the 2048 samples that end there, with silence before
-    // time 0. The levels go on from the call before; time that goes back begins in silence. Blocks
-    // for one small job, beside the frames in flight where the device has a queue for that. Where
-    // it has not the job waits for all that was committed before it, so a player prepares it. The
-    // spectrum's texture is this tap's; the call after the next mostFramesInFlight changes it.
-    // ShaderInputs::none() where the device fails, and then all stays as it was.
+    // The inputs of a frame at `time` seconds: the levels and the spectrum of the 2048 samples that
+    // end there, silence before time 0. The levels continue from the last call; after a step back
+    // in time they start from silence. Blocks for one small GPU job. On a device without a second
+    // queue that job waits for all work committed before it, so a player calls prepare(). The tap
+    // owns the spectrum's texture and reuses it after mostFramesInFlight more calls. If the device
+    // fails: ShaderInputs::none(), and the tap is unchanged.
     ShaderInputs inputs(double time, const ParamValues& values);
 
-    // The same for a frame that is shown alone: after the frames of the two seconds before it, so
-    // that the levels are those of playback.
+    // The same for a single frame: plays the two seconds before it first, so that the levels equal
+    // those of playback.
     ShaderInputs playedInputs(double time, const ParamValues& values);
-    // The times of these frames, in seconds: 60 a second, none below 0.
+    // The times of the frames in these two seconds: 60 a second, none below 0.
     static std::vector<double> timesBefore(double time);
 
-    // Commits the job that inputs() at the same time with the same values takes, and does not wait
-    // for it. Called before the frame before that is committed, it keeps inputs() from waiting for
-    // that frame. A job that nobody took is dropped.
+    // Commits the GPU job of inputs(time, values) without waiting. Call it before the previous
+    // frame is committed: then inputs() does not wait for that frame. A job that is not used is
+    // dropped.
     void prepare(double time, const ParamValues& values);
 
     static constexpr std::size_t mostFramesInFlight = 3;
@@ -65,7 +65,7 @@ class SoundTap {
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<gpu::Buffer> buffer_; // AudioAnalyzer::window samples
     AudioAnalyzer analyzer_;
-    // By turns, since frames in flight still read theirs.
+    // Used in turn: frames in flight still read theirs.
     std::array<std::unique_ptr<SpectrumTexture>, mostFramesInFlight + 1> spectra_;
     std::size_t spectrum_ = 0; // the newest of them
     std::optional<Job> job_;

@@ -37,7 +37,7 @@ bool Stills::makeFrames() {
     return frames_ != nullptr;
 }
 
-// Brings a simulation to the step before the frame's own, and tells of the way there.
+// Brings a simulation to the step before the frame's, and reports its progress.
 bool Stills::warm(float time, const ParamValues& values, StillNews* news) {
     const ParticleSimulation* simulation = frames_->simulation();
     const std::int64_t goal = ParticleSimulation::steps(time);
@@ -53,7 +53,7 @@ bool Stills::warm(float time, const ParamValues& values, StillNews* news) {
 
 bool Stills::render(float time, std::uint32_t frame, const ParamValues& values, Picture& picture,
                     StillNews* news, const ShaderInputs& inputs) {
-    // A simulation that has stepped is of the still before, which may have had other values.
+    // A simulation that has stepped is that of an earlier still, which may have had other values.
     const bool isUsed =
         frames_ && frames_->simulation() != nullptr && frames_->simulation()->step() >= 0;
     if ((!frames_ || isUsed) && !makeFrames())

@@ -10,27 +10,27 @@
 
 namespace tarnwick {
 
-// What a caller may learn besides the picture.
+// Progress and results beside the picture.
 struct StillNews {
-    // Called before and while a simulation is brought forward, with the steps performed and wanted.
+    // Called before and during the steps of a simulation, with the steps done and in all.
     std::function<void(std::int64_t step, std::int64_t goal)> warmed;
-    // Afterwards: whether a loop of the episode ran out of its budget and was ended.
+    // Result: a loop of the episode was ended.
     bool hitLoopBudget = false;
 };
 
-// Keeps the queue, the target and the grid from still to still. One thread at a time.
+// Keeps the queue and the textures between stills. One thread at a time.
 class Stills {
   public:
-    // Null for a size below 1 by 1 or beyond the device, and where it cannot make what it takes.
+    // Null for a size below 1 by 1 or above the device's, and if the device has no room.
     // `program` draws into ShaderProgram::pixelFormat; the device outlives this. `valuesAt`, unless
     // empty, gives each step of a simulation the values of its own time.
     static std::unique_ptr<Stills> make(std::shared_ptr<const ShaderProgram> program,
                                         gpu::Device& device, std::int64_t width,
                                         std::int64_t height, ValuesAt valuesAt = {});
 
-    // The picture at `time` seconds with the frame number `frame` and the pointer in the middle,
-    // written over `picture`; by default with silence and no previous frame. Whether that could be
-    // done; `picture` stays as it was if not. A particle episode is played from its start. Blocks.
+    // Replaces `picture` by the frame at `time` seconds with the number `frame` and the pointer in
+    // the middle. A particle episode is played from its start. False, with `picture` unchanged, if
+    // the device fails. Blocks.
     bool render(float time, std::uint32_t frame, const ParamValues& values, Picture& picture,
                 StillNews* news = nullptr, const ShaderInputs& inputs = ShaderInputs::none());
 

@@ -7,7 +7,7 @@
 
 namespace tarnwick {
 
-// Of a time in seconds of the episode; may be asked in any order, on the thread that draws.
+// `time` is in seconds of the episode. Called in any order, on the thread that draws.
 using ValuesAt = std::function<ParamValues(double time)>;
 
 } // namespace tarnwick

@@ -48,7 +48,7 @@ FrameRange rangeOf(const ExportDetails& details, const ExportTimeline& timeline,
     return frames;
 }
 
-// The writer and its tracks, which belong to it.
+// The writer, and its tracks, which it owns.
 struct Tracks {
     std::unique_ptr<MovieWriter> writer;
     VideoInput* video = nullptr;
@@ -58,7 +58,7 @@ struct Tracks {
 Tracks startedTracks(const ExportTimeline& timeline, const ExportPreset& preset,
                      const VideoSettings& settings, const FrameRange& frames,
                      const std::filesystem::path& file, const ExportDetails& details) {
-    std::error_code ignored; // the writer says it where the file is in its way
+    std::error_code ignored; // the writer reports a file that it cannot replace
     std::filesystem::remove(file, ignored);
     Tracks tracks;
     tracks.writer = details.makeWriter(file, videoCodecRow(preset.codec).fileType);
@@ -76,19 +76,19 @@ Tracks startedTracks(const ExportTimeline& timeline, const ExportPreset& preset,
     if (frames.first == 0)
         tracks.writer->setChapters(details.chapters);
     if (!tracks.writer->startWriting())
-        throw writerFailure(*tracks.writer);
+        throw writerError(*tracks.writer);
     tracks.writer->startSession({frames.first, static_cast<std::int32_t>(preset.fps)});
     return tracks;
 }
 
-// Waits for `task`, and asks the caller now and then whether to go on; `goOn` throws if not.
+// Waits for `task` and calls `goOn` every 100 ms, which throws to stop.
 void await(std::future<void>& task, const std::function<void()>& goOn) {
     while (task.wait_for(std::chrono::milliseconds(100)) != std::future_status::ready)
         goOn();
     task.get();
 }
 
-// The sound's task, which ends with this at the latest.
+// The sound's task. The destructor waits for it.
 class SoundTask {
   public:
     template <typename Work>
@@ -115,8 +115,8 @@ class PictureTask {
                 ExportState& state, const ExportDetails& details)
         : movie_(movie), textures_(textures), tracks_(tracks), state_(state), details_(details) {}
 
-    // Ends early where the state has failed. `goOn` is told of the frames that are done, and throws
-    // when it is not to.
+    // Ends early if the state has an error. `goOn` gets the number of frames done, and throws to
+    // stop.
     void write(const FrameRange& frames, std::int64_t fps,
                const std::function<void(std::int64_t done)>& goOn) {
         for (std::int64_t index = frames.first; index < frames.end; ++index) {
@@ -150,7 +150,7 @@ class PictureTask {
 
     [[noreturn]] void refused(std::int64_t index) {
         if (tracks_.writer->status() == MovieWriterStatus::failed)
-            throw writerFailure(*tracks_.writer);
+            throw writerError(*tracks_.writer);
         writingFailed("append failed at frame " + std::to_string(index));
     }
 
@@ -161,7 +161,7 @@ class PictureTask {
     const ExportDetails& details_;
 };
 
-// The encoder may have many frames left to do.
+// The encoder may still have many frames.
 void finish(MovieWriter& writer, const std::function<void()>& goOn) {
     auto finishing = std::async(std::launch::async, [&] { writer.finishWriting(); });
     try {
@@ -171,7 +171,7 @@ void finish(MovieWriter& writer, const std::function<void()>& goOn) {
         throw;
     }
     if (writer.status() != MovieWriterStatus::completed)
-        throw writerFailure(writer);
+        throw writerError(writer);
 }
 
 } // namespace
@@ -238,7 +238,7 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
         state.fail(error);
     }
     noteNews();
-    state.throwIfFailed(); // the writer goes unfinished
+    state.throwIfFailed(); // the writer is not finished then
     finish(*tracks.writer, goOnAtTheEnd);
 }
 

@@ -1,8 +1,8 @@
 // Writes programs' pictures and sound as a movie.
 //
-// Frame by frame on the calling thread: parameters and inputs at the frame's time, the picture on
-// the GPU, the crossfade and the watermark over it, then into the writer, whose threads encode
-// while the next frame is drawn. The sound is a task of its own.
+// The calling thread draws frame by frame: values and inputs at the frame's time, the picture, the
+// crossfade, the watermark. The writer's threads encode a frame while the next one is drawn. The
+// sound is a task on another thread.
 #pragma once
 
 #include "TarnwickCore/Movies/ExportPlan.h"
@@ -20,7 +20,7 @@
 
 namespace tarnwick {
 
-// Frames of a movie, from `first` up to, not including, `end`.
+// Frames [first, end) of a movie.
 struct FrameRange {
     std::int64_t first = 0, end = 0;
 
@@ -28,31 +28,32 @@ struct FrameRange {
     bool operator==(const FrameRange&) const = default;
 };
 
-// What becomes known besides the movie.
+// Results beside the movie.
 struct ExportNews {
-    // A loop of an episode was ended; known when the progress of the first such frame is told.
+    // A loop of an episode was ended. Set before the progress of the frame is reported.
     bool hitLoopBudget = false;
 };
 
 struct ExportDetails {
-    // A part of the movie, which begins at a multiple of stretchLength(preset), to be put together
-    // with others later; the one from frame 0 on has all of the sound. Absent: the whole movie.
+    // A part of the movie, to be joined with the others later. It begins at a multiple of
+    // stretchLength(preset). The part from frame 0 on has all of the sound. Absent: the whole
+    // movie.
     std::optional<FrameRange> frames{};
     std::vector<MovieChapter> chapters{};
     EncodingSpeed speed = EncodingSpeed::usual; // the same for all parts of a movie
     MovieWriterFactory makeWriter = MovieWriter::make;
-    std::chrono::nanoseconds patience = std::chrono::seconds(60); // with an input that is not ready
+    std::chrono::nanoseconds patience = std::chrono::seconds(60); // maximum wait for an input
     ColorConversionPlace colorConversion = ColorConversionPlace::chosen;
     ExportNews* news = nullptr;
 };
 
 struct VideoExporter {
-    // Told of the frames that are done and of all that there will be, at times without a new one;
-    // true means to go on, false ends the export with ExportError::Cancelled.
+    // Called with the frames done and in all, also while no frame is new. True: go on. False:
+    // the export ends with ExportError::Cancelled.
     using Progress = std::function<bool(std::int64_t done, std::int64_t total)>;
 
-    // Removes a file of that name first. Throws ExportError; a partial file may remain then, which
-    // is the caller's to remove. Blocks until the movie is complete.
+    // Replaces `file`. Blocks until the movie is complete. Throws ExportError; a partial file may
+    // remain then, and the caller removes it.
     static void export_(std::span<const ExportSegment> segments, const ExportPreset& preset,
                         gpu::Device& device, const std::filesystem::path& file,
                         const Progress& progress, const ExportDetails& details = {});
@@ -62,9 +63,9 @@ struct VideoExporter {
                         const std::filesystem::path& file, const Progress& progress,
                         const ExportDetails& details = {});
 
-    // Frames of the whole movie. Throws ExportError where a duration cannot be counted in frames.
+    // Frames of the whole movie. Throws ExportError for a duration that is too long or not finite.
     static std::int64_t frameCount(std::span<const ExportSegment> segments, std::int64_t fps);
-    // What a preset asks of the writer.
+    // The writer's settings for a preset.
     static VideoSettings videoSettings(const ExportPreset& preset);
 };
 

@@ -15,9 +15,9 @@ constexpr Ink accent{1.0, 0.70, 0.37, 1};
 constexpr Ink panel{1, 1, 1, 0.035}; // behind the code
 constexpr Ink lit = accent.faded(0.08);
 constexpr Ink titleInk{0.96, 0.97, 0.99, 1};
-constexpr std::size_t mostDots = 12; // of a stage's pages; more are written as numbers
-constexpr int manyLines = 1000;      // beyond any room
-constexpr double anyWidth = 1e5;     // pixels, beyond any line that is shown whole
+constexpr std::size_t mostDots = 12; // more pages are shown as numbers
+constexpr int manyLines = 1000;      // more than fit
+constexpr double anyWidth = 1e5;     // pixels, wider than any line
 
 TextBlock words(std::string text, double points, double width, int lines) {
     return {.text = std::move(text),
@@ -28,7 +28,7 @@ TextBlock words(std::string text, double points, double width, int lines) {
             .lines = lines};
 }
 
-// A line of text that is set smaller, though not by more than `least`, before it is cut.
+// A block of one line that fits `width`: smaller, at least by the factor `least`, else cut.
 TextBlock fitted(TextBlock block, double width, double least) {
     block.width = anyWidth;
     block.points *= std::clamp(width / std::max(1.0, extentOf(block).width), least, 1.0);
@@ -51,8 +51,8 @@ void setSizes(TextBlock& block, const WalkthroughLayout& layout, double points) 
     block.hanging = static_cast<double>(indent + 4) * 0.6 * points;
 }
 
-// A page's code. Lines that are too long take the room of further ones, first come first served,
-// and are cut where none is left.
+// The code of a page. A line that is too long wraps into the free lines below the code, in the
+// order of the lines. It is cut if no free line is left.
 std::vector<TextBlock> codeOf(const WalkthroughPage& page, const WalkthroughLayout& layout,
                               double points) {
     std::vector<TextBlock> blocks = codeBlocks(page);
@@ -67,7 +67,7 @@ std::vector<TextBlock> codeOf(const WalkthroughPage& page, const WalkthroughLayo
     return blocks;
 }
 
-// Whether the page shows every line to its end, wrapped or not.
+// Whether the page has room for every line, wrapped or not.
 bool isWhole(const WalkthroughPage& page, const WalkthroughLayout& layout, double points) {
     std::vector<TextBlock> blocks = codeBlocks(page);
     for (TextBlock& block : blocks) {
@@ -79,7 +79,7 @@ bool isWhole(const WalkthroughPage& page, const WalkthroughLayout& layout, doubl
 
 // The size at which no line of the page is wrapped.
 double unwrappedPoints(const WalkthroughPage& page, const WalkthroughLayout& layout) {
-    double widest = 1; // at one pixel's size
+    double widest = 1; // pixels at a size of one pixel
     for (TextBlock& block : codeBlocks(page)) {
         block.points = layout.greatestCodePoints();
         block.width = anyWidth;
@@ -90,8 +90,8 @@ double unwrappedPoints(const WalkthroughPage& page, const WalkthroughLayout& lay
                     layout.codeHeight() / (WalkthroughLayout::codeLineHeight * lines));
 }
 
-// One size for all of a stage's pages: the greatest without a wrapped line, but rather one wraps
-// than that people cannot read it well, and rather it is small than cut.
+// One size for all pages of a stage: the largest without a wrapped line, but at least the readable
+// size, and smaller only if lines would be cut.
 double codePoints(const WalkthroughStage& stage, const WalkthroughLayout& layout) {
     double points = layout.greatestCodePoints();
     for (const WalkthroughPage& page : stage.pages)
@@ -105,10 +105,10 @@ double codePoints(const WalkthroughStage& stage, const WalkthroughLayout& layout
     return points;
 }
 
-// All that one page says, laid out, from the top: the stage's heading, the code, the caption.
+// The laid-out text of one page, from the top: heading, code, caption.
 struct PageContent {
     TextBlock label, title;
-    std::vector<TextBlock> summary; // one block, or none where it is empty
+    std::vector<TextBlock> summary; // one block; none if it is empty
     std::vector<TextBlock> code;
     std::vector<TextBlock> caption;
     double height = 0; // of everything
@@ -134,7 +134,7 @@ PageContent contentOf(const WalkthroughStage& stage, std::size_t page, std::size
         content.summary[0].ink = plainInk.faded(0.72);
     }
     if (const std::string& text = stage.pages[page].caption; !text.empty()) {
-        // A long caption is set smaller before it is cut.
+        // A long caption gets smaller before it is cut.
         const double room = layout.captionHeight();
         TextBlock caption = words(text, layout.wordPoints(), width, manyLines);
         caption.points *= extentOf(caption).height > room ? 0.85 : 1;
@@ -164,10 +164,10 @@ class PageDrawing {
   private:
     const WalkthroughLayout& layout_;
     Canvas canvas_;
-    double x_, y_, width_; // what comes next is drawn at (x_, y_)
+    double x_, y_, width_; // the next block is drawn at (x_, y_)
 };
 
-// Which of the stage's pages this is, at the right of the first line: dots, or numbers.
+// Draws the page's place in the stage at the right of the first line, as dots or numbers.
 void PageDrawing::drawPlace(std::size_t page, std::size_t count) {
     const double points = layout_.labelPoints();
     if (count > mostDots) {
@@ -209,7 +209,7 @@ void PageDrawing::drawCode(const std::vector<TextBlock>& code, const Walkthrough
     const double bar = std::max(1.0, std::round(0.18 * layout_.padding()));
     y_ += layout_.padding();
     for (std::size_t at = 0; at < code.size(); ++at) {
-        // From whole pixel to whole pixel, so that no seam shows between two lines.
+        // Whole pixels, so that there is no seam between two lines.
         const double end = y_ + extentOf(code[at]).height, top = std::round(y_);
         const TextBand band{.x = x_, .y = top, .width = width_, .height = std::round(end) - top};
         if (page.lines[at].kind == WalkthroughLine::Kind::added) {
@@ -230,7 +230,7 @@ WalkthroughRenderer::WalkthroughRenderer(std::int64_t width, std::int64_t height
 WalkthroughRenderer::Pages::Pages(const WalkthroughLayout& layout, const WalkthroughStage& stage,
                                   std::size_t stageCount)
     : layout_(layout), stage_(stage), stageCount_(stageCount), points_(codePoints(stage, layout)) {
-    // Headings stand where the tallest page comes to lie in the middle.
+    // The tallest page is centred; the other pages have their headings at the same height.
     double tallest = 0;
     for (std::size_t page = 0; page < stage.pages.size(); ++page)
         tallest = std::max(tallest, contentOf(stage, page, stageCount, layout, points_).height);
@@ -239,7 +239,8 @@ WalkthroughRenderer::Pages::Pages(const WalkthroughLayout& layout, const Walkthr
 }
 
 Picture WalkthroughRenderer::Pages::overlay(std::size_t page) const {
-    precondition(page < stage_.pages.size(), "Only pages that a stage has are drawn.");
+    precondition(page < stage_.pages.size(), "a page to draw is one of the stage", "page", page,
+                 "pages", stage_.pages.size());
     const PageContent content = contentOf(stage_, page, stageCount_, layout_, points_);
     PageDrawing drawing(layout_, top_);
     drawing.drawPlace(page, stage_.pages.size());

@@ -1,4 +1,4 @@
-// Draws the pages of a walkthrough as pictures to be laid over the episode's.
+// Draws the pages of a walkthrough as overlays of the episode's picture.
 #pragma once
 
 #include "TarnwickCore/Walkthroughs/Walkthrough.h"
@@ -10,24 +10,24 @@
 
 namespace tarnwick {
 
-// Of one size of frame. Never changes, so any number of threads may draw with one.
+// For one size of frame. Constant: threads may share one.
 class WalkthroughRenderer {
   public:
-    // The sides lie within WalkthroughLayout's limits, in pixels.
+    // Pixels, each in [WalkthroughLayout::leastSide, WalkthroughLayout::greatestSide].
     WalkthroughRenderer(std::int64_t width, std::int64_t height);
 
-    // The most lines of a page: what Walkthrough::stages wants to know.
+    // Maximum of lines on a page, for Walkthrough::stages.
     std::int64_t capacity() const { return layout_.capacity(); }
-    // Where the episode's picture shows.
+    // The place of the episode's picture in the frame.
     const WalkthroughLayout::Area& picture() const { return layout_.picture; }
-    // Of the rest of the frame.
+    // The colour of the rest of the frame.
     static constexpr gpu::ClearColor background{0.051, 0.055, 0.071, 1};
 
-    // The pages of one stage, drawn one at a time. Lives no longer than the renderer and the stage.
+    // The pages of one stage. The renderer and the stage outlive it.
     class Pages {
       public:
-        // Page `page`: heading, code and caption over nothing. The fourth byte of each pixel is its
-        // alpha, by which the colours have been multiplied; it is 0 all over the episode's picture.
+        // Heading, code and caption of page `page`. The fourth byte of each pixel is alpha, the
+        // colours are premultiplied; alpha is 0 over the episode's picture.
         Picture overlay(std::size_t page) const;
 
       private:
@@ -39,17 +39,17 @@ class WalkthroughRenderer {
         const WalkthroughStage& stage_;
         std::size_t stageCount_;
         double points_; // of the code, in pixels
-        double top_;    // of what is drawn
+        double top_;    // of the text, in pixels
     };
 
-    // Of one of `stageCount` stages. All its pages show their code in one size, as large as their
-    // lines allow: rather one is wrapped than that people cannot read it well, and rather it is
-    // small than cut with an ellipsis.
+    // The pages of one of `stageCount` stages. They show their code in one size, the largest
+    // without wrapped lines. If that is too small to read well, long lines are wrapped; if they do
+    // not fit then, the size is smaller; only after that lines are cut with an ellipsis.
     Pages pages(const WalkthroughStage& stage, std::size_t stageCount) const {
         return {layout_, stage, stageCount};
     }
 
-    // The frame as a movie shows it: `picture`, which has the size of its place, under the overlay.
+    // The whole frame: `picture`, of the size of its place, under the overlay.
     Picture frame(const Picture& picture, const Picture& overlay) const;
 
   private:

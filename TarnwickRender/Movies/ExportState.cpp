@@ -8,22 +8,22 @@ namespace tarnwick {
 
 void ExportState::fail(const ExportError& error) {
     const std::lock_guard lock(mutex_);
-    if (!failure_)
-        failure_ = error;
+    if (!error_)
+        error_ = error;
 }
 
 bool ExportState::hasFailed() const {
     const std::lock_guard lock(mutex_);
-    return failure_.has_value();
+    return error_.has_value();
 }
 
 void ExportState::throwIfFailed() const {
     const std::lock_guard lock(mutex_);
-    if (failure_)
-        throw *failure_;
+    if (error_)
+        throw *error_;
 }
 
-ExportError writerFailure(const MovieWriter& writer) {
+ExportError writerError(const MovieWriter& writer) {
     return ExportError(ExportError::Writer{writer.errorText().value_or("unknown")});
 }
 
@@ -34,7 +34,7 @@ bool waitUntilReady(const MovieInput& input, const MovieWriter& writer, ExportSt
         if (input.isReadyForMoreMediaData())
             return true;
         if (writer.status() == MovieWriterStatus::failed)
-            state.fail(writerFailure(writer));
+            state.fail(writerError(writer));
         else if (waited.look() > patience)
             state.fail(ExportError(ExportError::Writer{"the writer stalled waiting for the " +
                                                        std::string(input.mediaType()) + " track"}));

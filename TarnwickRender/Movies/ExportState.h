@@ -1,4 +1,4 @@
-// What the two tasks of an export share: the first failure of either, and how far they are.
+// The state that the two tasks of an export share: the first error, and their progress.
 #pragma once
 
 #include "TarnwickPlatform/Movie/MovieWriter.h"
@@ -15,12 +15,12 @@ namespace tarnwick {
 // Any thread may call.
 class ExportState {
   public:
-    // Keeps `error` unless one is kept already.
+    // Keeps the first error of all.
     void fail(const ExportError& error);
     bool hasFailed() const;
     void throwIfFailed() const;
 
-    // How many frames have their picture, so that the sound runs ahead by a little only.
+    // Frames that are drawn. The sound waits for them, so that it is at most ten seconds ahead.
     void setPictures(std::int64_t frames) { pictures_ = frames; }
     std::int64_t pictures() const { return pictures_; }
 
@@ -29,18 +29,18 @@ class ExportState {
     bool hitLoopBudget() const { return hitLoopBudget_; }
 
   private:
-    mutable std::mutex mutex_; // held only to read or write the failure
-    std::optional<ExportError> failure_;
+    mutable std::mutex mutex_; // guards error_
+    std::optional<ExportError> error_;
     std::atomic<std::int64_t> pictures_ = 0;
     std::atomic<bool> hitLoopBudget_ = false;
 };
 
-// What the writer says that went wrong.
-ExportError writerFailure(const MovieWriter& writer);
+// The writer's error.
+ExportError writerError(const MovieWriter& writer);
 
-// Waits until `input`, one of the writer's, takes more; whether it does. False, with a failure
-// recorded: there was one already, the writer failed, or it took longer than `patience`, to which
-// the time that this process was stopped does not count (WaitedTime).
+// Waits until `input`, one of the writer's, is ready. False if `state` has an error then: an
+// earlier one, the writer's, or a wait longer than `patience`. Time during which the process was
+// stopped is not counted (WaitedTime).
 bool waitUntilReady(const MovieInput& input, const MovieWriter& writer, ExportState& state,
                     std::chrono::nanoseconds patience);
 

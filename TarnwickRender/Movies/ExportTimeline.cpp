@@ -9,7 +9,7 @@
 namespace tarnwick {
 namespace {
 
-// More frames than any movie has, and few enough that sums of them fit.
+// Above any movie, and so small that sums fit.
 constexpr double mostFrames = 0x1p52;
 
 std::int64_t countOf(double duration, std::int64_t fps) {

@@ -1,4 +1,4 @@
-// Which frames of a movie belong to which of its segments.
+// The frames of a movie that each segment has.
 #pragma once
 
 #include "TarnwickRender/ExportSegment.h"
@@ -21,20 +21,19 @@ struct ExportTimeline {
     std::vector<Entry> entries{};
     std::int64_t fps = 1;
 
-    // Borrows the segments. Throws ExportError where there are none, or where a duration cannot be
-    // counted in frames.
+    // Borrows the segments. Throws ExportError without segments and for a duration that is too long
+    // or not finite.
     static ExportTimeline of(std::span<const ExportSegment> segments, std::int64_t fps);
 
     std::int64_t frameCount() const { return entries.back().end(); }
-    std::int64_t mostFade() const; // of all entries
+    std::int64_t mostFade() const; // the maximum of all entries
 };
 
 // Whether the picture of a frame depends on the frames before it.
 bool keepsState(const ShaderProgram& program);
 
-// The weight of a segment's own frame in the mix with the one before the beginning that it leads
-// into; `left` is how many frames are left with it, 1 to `fade`. Linear in time: each frame of the
-// fade, and the step into and out of it, changes it by as much. The same for samples.
+// The weight of a segment's own frame in a crossfade of `fade` frames, in (0, 1); `left` frames
+// remain, this one included, in [1, fade]. Linear. Samples of sound use the same function.
 float ownWeight(std::int64_t left, std::int64_t fade);
 
 } // namespace tarnwick

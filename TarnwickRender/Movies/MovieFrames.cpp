@@ -67,7 +67,7 @@ const gpu::Texture& MovieFrames::scratch() {
     return *scratch_;
 }
 
-// Encodes, commits and waits. `frame` is the segment's own.
+// Encodes, commits and waits. `frame` counts from the segment's beginning.
 template <typename Encode> void MovieFrames::perform(std::int64_t frame, const Encode& encode) {
     auto commands = queue_->commandBuffer();
     const bool isEncoded = commands && encode(*commands);
@@ -80,8 +80,8 @@ template <typename Encode> void MovieFrames::perform(std::int64_t frame, const E
     hitLoopBudget_ |= commands->hitLoopBudget() || pictures_->hitLoopBudget();
 }
 
-// Brings the segment to where `frame` may be drawn: keeps the frames before its beginning where it
-// is to lead into them, and plays what sees its own last frame from the beginning.
+// Prepares the segment so that `frame` is the next frame to draw: draws and keeps the frames before
+// its beginning for a crossfade, and plays a program that takes Inputs from the beginning.
 void MovieFrames::begin(const ExportTimeline::Entry& entry, std::int64_t frame,
                         const std::function<void()>& meanwhile) {
     const ShaderProgram& program = *entry.segment->program;
@@ -106,7 +106,7 @@ void MovieFrames::begin(const ExportTimeline::Entry& entry, std::int64_t frame,
         });
     }
     if (!program.usesInputs()) {
-        // What was kept has left the simulation at the step before the first frame's.
+        // After the kept frames the simulation is at the step before the first frame.
         if (kept == 0 || frame > 0)
             warm(frame);
         return;

@@ -1,4 +1,4 @@
-// Draws the frames of a movie, one after another: its segments' pictures, their crossfades and the
+// Draws the frames of a movie, one after another: the segments' pictures, the crossfades and the
 // watermark.
 #pragma once
 
@@ -17,16 +17,16 @@ namespace tarnwick {
 // One thread at a time. The device and the timeline outlive it.
 class MovieFrames {
   public:
-    // Makes the queue and the pipelines that the movie takes. Throws ExportError.
+    // Makes the queue and the pipelines. Throws ExportError.
     MovieFrames(const ExportTimeline& timeline, gpu::Device& device, const PixelSize& size);
 
-    // Makes the textures that the crossfades take. Throws ExportError.
+    // Makes the textures of the crossfades. Throws ExportError.
     void makeLoopTextures();
 
-    // Draws frame `index` of the movie into `target` and waits for the GPU. The frames are asked
-    // for in their order; the first may be any. Calls `meanwhile` during what comes before a
-    // segment's first frame: it may throw. `encodeMore` adds to the same command buffer, behind the
-    // drawing, and says whether it could. Throws ExportError.
+    // Draws frame `index` of the movie into `target` and waits for the GPU. The first call may be
+    // for any frame, each further call is for the next one. Calls `meanwhile`, which may throw,
+    // while frames or steps before it are drawn. `encodeMore` adds to the same command buffer after
+    // the drawing; false if it cannot. Throws ExportError.
     void draw(std::int64_t index, const gpu::Texture& target,
               const std::function<void()>& meanwhile,
               const std::function<bool(gpu::CommandBuffer&)>& encodeMore);
@@ -50,13 +50,13 @@ class MovieFrames {
     std::unique_ptr<OverlayQuad> overlay_;
     std::unique_ptr<Watermark> watermark_;
     std::unique_ptr<LoopBlend> blend_;
-    // What a crossfade mixes: a frame, and those before the beginning. Of a program that keeps
-    // state these are drawn and kept before its first frame; of others the first is drawn as
-    // needed.
+    // The pictures that a crossfade mixes: the frame itself, and the frames before the beginning.
+    // A program that keeps state draws all of the latter before its first frame; other programs
+    // draw each when needed, into the first texture.
     std::unique_ptr<gpu::Texture> own_;
     std::vector<std::unique_ptr<gpu::Texture>> leadIn_;
     std::unique_ptr<gpu::Texture> scratch_;
-    const ExportTimeline::Entry* entry_ = nullptr; // the one that pictures_ is of
+    const ExportTimeline::Entry* entry_ = nullptr; // the entry of pictures_
     std::optional<SegmentPictures> pictures_;
     bool hitLoopBudget_ = false;
 };

@@ -14,17 +14,17 @@ const std::shared_ptr<const ShaderProgram>& soundProgramOf(const ExportSegment& 
     return segment.soundProgram ? segment.soundProgram : segment.program;
 }
 
-// A movie that is one loop is followed and preceded by itself, which the codec is told (see
-// AudioSettings): else the codec's own errors at both ends are heard where they meet.
+// For a movie that is one loop the encoder also gets the samples around it, which are those of the
+// loop (see AudioSettings). Otherwise its errors at both ends are audible where they meet.
 bool isOneLoop(const ExportTimeline& timeline) {
     const ExportTimeline::Entry& entry = timeline.entries.front();
     return timeline.entries.size() == 1 && entry.segment->loopSound && entry.fade > 0;
 }
 
-// libavcodec 59's encoder takes most of a second to find its quantisers: of a sine of amplitude 0.7
-// the first samples came back off by up to 0.02, those from 0.8 s on by less than 0.001.
+// The encoder of libavcodec 59 needs most of a second to choose its quantisers: for a sine of
+// amplitude 0.7 the first samples differ by up to 0.02, those after 0.8 s by less than 0.001.
 constexpr std::int64_t leadIn = 46 * AudioSettings::packet;
-// The last packet's rest, the packet that it is decoded with, and one that the encoder looks at.
+// The rest of the last packet, the packet that it is decoded with, and one of lookahead.
 constexpr std::int64_t leadOut = 3 * AudioSettings::packet;
 
 // The samples of one movie, evaluated a second at a time.
@@ -35,8 +35,8 @@ class Samples {
           buffer_(device.newBuffer(rate * soundSampleSize)), fps_(fps), perFrame_(rate / fps),
           second_(2 * rate), silence_(static_cast<std::size_t>(2 * perFrame_)) {}
 
-    // Those of frame `frame` of the entry; left, right, left, right. Nothing where the device
-    // fails. Frames are asked for best in their order.
+    // The samples of frame `frame` of the entry: left, right, left, right. Absent if the device
+    // fails. Fastest in the order of the frames.
     std::optional<std::span<const float>> ofFrame(const ExportTimeline::Entry& entry,
                                                   std::int64_t frame, ExportState& state) {
         if (!isHeard(*entry.segment))
@@ -48,7 +48,7 @@ class Samples {
             static_cast<std::size_t>(2 * perFrame_ * inSecond), silence_.size());
     }
 
-    // `count` samples of an entry that is repeated for ever, from `first` on, which may be below 0.
+    // `count` samples of the endlessly repeated entry, from `first` on, which may be below 0.
     std::optional<std::vector<float>> ofLoop(const ExportTimeline::Entry& entry, std::int64_t first,
                                              std::int64_t count, ExportState& state) {
         const std::int64_t length = entry.count * perFrame_;
@@ -69,8 +69,8 @@ class Samples {
     }
 
   private:
-    // The second, or what is left of the entry, from `frame` on; the end of a loop is mixed with
-    // what lies before the entry's beginning.
+    // Evaluates the second, or the rest of the entry, from `frame` on. The end of a loop is mixed
+    // with the samples before the entry's beginning.
     bool fillSecond(const ExportTimeline::Entry& entry, std::int64_t frame, ExportState& state) {
         if (filled_ == entry.first + frame)
             return true;
@@ -100,7 +100,7 @@ class Samples {
         return true;
     }
 
-    // `left` is how many samples the entry has from the first one on.
+    // The entry has `left` samples from the first one on.
     static void mix(std::span<const float> leadIn, std::vector<float>::iterator own,
                     std::int64_t left, std::int64_t fade) {
         for (std::size_t at = 0; at < leadIn.size(); ++at, ++own) {
@@ -109,13 +109,13 @@ class Samples {
         }
     }
 
-    // The samples of `frames` frames, a second's at most, from the segment's `frame` on, which is
-    // below 0 before its beginning. Valid until the next call.
+    // The samples of `frames` frames, at most a second, from the segment's `frame` on, which may be
+    // below 0. Valid until the next call.
     std::optional<std::span<const float>> evaluate(const ExportSegment& segment, std::int64_t frame,
                                                    std::int64_t frames, ExportState& state) {
         if (!queue_ || !buffer_)
             return std::nullopt;
-        // From the whole distance each time, so that no error grows.
+        // Computed from the whole distance, so that errors do not add up.
         const double start = segment.soundStart.value_or(segment.start) +
                              static_cast<double>(frame) / static_cast<double>(fps_);
         const auto count = static_cast<std::uint32_t>(frames * perFrame_);
@@ -132,17 +132,17 @@ class Samples {
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<gpu::Buffer> buffer_;
     std::int64_t fps_, perFrame_;
-    std::vector<float> second_;          // the second under way
+    std::vector<float> second_;          // the current second
     std::optional<std::int64_t> filled_; // the movie's frame that it begins with
     std::vector<float> silence_;         // of one frame
 };
 
-// Lets the pictures keep up: otherwise a long movie's whole sound would be worked out while its
-// first frames are drawn, and wait in memory. Whether to go on.
+// Waits for the pictures: otherwise the whole sound of a long movie would be rendered with its
+// first frames, and stay in memory. False to stop.
 bool keepPace(std::int64_t index, std::int64_t fps, const ExportState& state) {
     constexpr std::int64_t secondsAhead = 10;
     while (!state.hasFailed() && index > state.pictures() + secondsAhead * fps)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10)); // most of a long movie's time
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
     return !state.hasFailed();
 }
 
@@ -165,14 +165,14 @@ void writeSound(const ExportTimeline& timeline, gpu::Device& device, AudioInput&
                 const MovieWriter& writer, ExportState& state, std::chrono::nanoseconds patience) {
     const std::int64_t perFrame = rate / timeline.fps;
     Samples samples(device, timeline.fps);
-    // Whether samples were found and taken; `frame` is the one that a failure names.
+    // False if samples could not be rendered or appended; the error names `frame`.
     auto append = [&](const auto& found, std::int64_t first, std::int64_t frame) {
         if (found && !waitUntilReady(input, writer, state, patience))
             return false;
         if (found && input.append(*found, {first, rate}))
             return true;
         state.fail(writer.status() == MovieWriterStatus::failed
-                       ? writerFailure(writer)
+                       ? writerError(writer)
                        : ExportError(ExportError::Writer{"audio failed at frame " +
                                                          std::to_string(frame)}));
         return false;

@@ -1,4 +1,4 @@
-// Writes the sound of a movie: a task beside its pictures.
+// Writes the sound of a movie, as a task beside its pictures.
 #pragma once
 
 #include "TarnwickPlatform/Movie/MovieWriter.h"
@@ -9,16 +9,16 @@
 
 namespace tarnwick {
 
-// Whether the segment makes any sound.
+// Whether the segment has sound.
 bool isHeard(const ExportSegment& segment);
 
-// What the movie's sound asks of the writer.
+// The writer's settings for the movie's sound.
 AudioSettings soundSettings(const ExportTimeline& timeline);
 
-// Renders the sound of every segment that is heard, silence for the others, and appends it frame by
-// frame, a loop's with the samples that soundSettings() adds; marks the input as finished. Ends
-// early where the state has failed, and makes it fail where the sound cannot be rendered or
-// appended. fps divides the sample rate. Blocks.
+// Renders the sound of each segment, silence for those without, appends it frame by frame and marks
+// the input as finished. A loop also has the samples that soundSettings() adds at both ends. Ends
+// early if `state` has an error, and sets one if the sound cannot be rendered or appended. fps
+// divides the sample rate. Blocks.
 void writeSound(const ExportTimeline& timeline, gpu::Device& device, AudioInput& input,
                 const MovieWriter& writer, ExportState& state, std::chrono::nanoseconds patience);
 

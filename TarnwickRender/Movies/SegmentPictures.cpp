@@ -57,7 +57,7 @@ double SegmentPictures::time(std::int64_t frame) const {
     return segment_.start + static_cast<double>(frame) / static_cast<double>(stage_.fps);
 }
 
-// The frame's number is that of a playback from time 0 on.
+// The frame's number counts from time 0.
 FrameMoment SegmentPictures::moment(double time) const {
     constexpr double greatest = std::numeric_limits<std::uint32_t>::max();
     const auto fps = static_cast<double>(stage_.fps);
@@ -94,7 +94,7 @@ bool SegmentPictures::encodeDirectly(gpu::CommandBuffer& commands, const gpu::Te
          .after = [&](Encoder& encoder) { drawOver(encoder, overlay, watermark); }});
 }
 
-// The program's picture is drawn apart, since the next frame is to see it bare.
+// The program's picture has a texture of its own, which the next frame reads without overlays.
 bool SegmentPictures::encodeThroughFeedback(gpu::CommandBuffer& commands,
                                             const gpu::Texture& target, const ProgramFrame& frame,
                                             const gpu::Texture* overlay,

@@ -14,7 +14,7 @@
 
 namespace tarnwick {
 
-// One thread at a time. What it borrows outlives it.
+// One thread at a time. The segment and the objects of the stage outlive it.
 class SegmentPictures {
   public:
     struct Stage {
@@ -25,16 +25,16 @@ class SegmentPictures {
         std::int64_t fps = 1;
     };
 
-    // Throws ExportError where the device cannot make what the program needs.
+    // Throws ExportError if the device has no room.
     SegmentPictures(const ExportSegment& segment, const Stage& stage);
 
-    // Brings a simulation to where encode(frame) goes on from; from the start where it is beyond.
-    // Waits for the GPU and calls `afterEach` every 240 steps. Whether it got there.
+    // Brings a simulation to the step before the one of `frame`. A simulation that is beyond starts
+    // again. Waits for the GPU and calls `afterEach` every 240 steps. False if the device fails.
     bool warm(std::int64_t frame, const std::function<void()>& afterEach);
 
-    // Encodes frame `frame` of the segment, one before its beginning if below 0, into `target`,
-    // which is the whole frame, with the watermark over it unless null. What keeps state is asked
-    // for frames in their order. Whether it could.
+    // Encodes frame `frame` of the segment, below 0 for frames before its beginning, into `target`,
+    // the whole frame, and the watermark over it unless null. A program that keeps state is asked
+    // for frames in their order. False if there is no encoder.
     bool encode(gpu::CommandBuffer& commands, const gpu::Texture& target, std::int64_t frame,
                 const Watermark* watermark = nullptr);
 
@@ -59,7 +59,7 @@ class SegmentPictures {
     FrameLayout::Area area_; // of the program's picture
     gpu::ClearColor background_;
     std::unique_ptr<ProgramFrames> frames_;
-    std::unique_ptr<FeedbackFrames> feedback_; // of a program that may look at its last frame
+    std::unique_ptr<FeedbackFrames> feedback_; // of a program that takes Inputs
 };
 
 } // namespace tarnwick

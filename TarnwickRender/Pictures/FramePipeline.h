@@ -1,4 +1,4 @@
-// Pipelines that draw one quad onto a frame: blending two, an overlay, the watermark.
+// Pipelines that draw one quad onto a frame: crossfade, overlay, watermark.
 #pragma once
 
 #include "TarnwickGPU/Device.h"
@@ -9,10 +9,10 @@
 
 namespace tarnwick {
 
-// A colour attachment on which what is drawn, with premultiplied alpha, lies over what is there.
+// A colour attachment that blends premultiplied colours over its content.
 gpu::ColorAttachmentDescriptor premultipliedOver(gpu::PixelFormat format);
 
-// The pipeline of two functions of a program's text. Throws gpu::LibraryError, gpu::DeviceError or
+// The pipeline of two functions of `source`. Throws gpu::LibraryError, gpu::DeviceError or
 // ShaderError.
 std::unique_ptr<gpu::RenderPipelineState>
 framePipeline(gpu::Device& device, std::string_view source, std::string_view vertexName,

@@ -13,8 +13,7 @@ class OverlayQuad {
     // `format` is that of the target. Throws gpu::LibraryError, gpu::DeviceError or ShaderError.
     OverlayQuad(gpu::Device& device, gpu::PixelFormat format);
 
-    // Encodes a quad over the viewport. The overlay's alpha is premultiplied: where it is 0 the
-    // frame stays as it was.
+    // Encodes a quad over the viewport. The overlay's alpha is premultiplied.
     void draw(gpu::RenderCommandEncoder& encoder, const gpu::Texture& overlay) const;
 
   private:

@@ -9,8 +9,8 @@
 namespace tarnwick {
 namespace {
 
-// Whole numbers throughout, as in convertColors. Each thread fills whole words of every plane; rows
-// are long enough for those that reach over the picture's edge.
+// Integers only, as in convertColors. Each thread writes whole words of each plane; rows have room
+// for words that reach over the picture's edge.
 constexpr std::string_view source = R"metal(#include <metal_stdlib>
 using namespace metal;
 
@@ -123,12 +123,12 @@ struct alignas(16) Conversion {
 };
 static_assert(sizeof(Conversion) == 96);
 
-// How a format's kernel goes about it.
+// The kernel of a format.
 struct Way {
     const char* kernel;
     std::int64_t columns, rows; // of a thread
     int bits;
-    int samples; // that a chroma value's weights add up to
+    int samples; // of which a chroma value is the sum
 };
 
 Way wayTo(PixelFormat format) {
@@ -143,7 +143,7 @@ Way wayTo(PixelFormat format) {
     case PixelFormat::bgra:
         break;
     }
-    precondition(false, "Pictures are converted to Y'CbCr.");
+    precondition(false, "a picture is converted to Y'CbCr", "format", static_cast<int>(format));
     return {};
 }
 
@@ -180,7 +180,8 @@ bool PictureConversion::encode(gpu::CommandBuffer& commands, const gpu::Texture&
                                const gpu::Buffer& planes) const {
     const PixelLayout layout = pixelLayout(format_, picture.width(), picture.height());
     precondition(planes.length() >= static_cast<std::size_t>(layout.bytes),
-                 "The converted picture has room in its buffer.");
+                 "a converted picture fits into its buffer", "bytes", layout.bytes, "room",
+                 planes.length());
     auto encoder = commands.computeCommandEncoder();
     if (!encoder)
         return false;

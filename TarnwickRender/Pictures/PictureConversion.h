@@ -1,6 +1,6 @@
-// Turns drawn pictures into the Y'CbCr that a movie's encoder takes, on the GPU, so that only that
-// is read back: three eighths of the pixels' bytes for H.264 and HEVC. A driver that draws on the
-// CPU is better off with convertColors, which gives the same bytes.
+// Converts pictures to the Y'CbCr of a movie's encoder on the GPU, so that fewer bytes are read
+// back: three eighths for H.264 and HEVC. With a CPU driver convertColors is faster and gives the
+// same bytes.
 #pragma once
 
 #include "TarnwickGPU/Commands.h"
@@ -14,12 +14,12 @@ namespace tarnwick {
 
 class PictureConversion {
   public:
-    // `format`: any but bgra. Throws gpu::LibraryError, gpu::DeviceError or ShaderError.
+    // `format` is not bgra. Throws gpu::LibraryError, gpu::DeviceError or ShaderError.
     PictureConversion(gpu::Device& device, PixelFormat format);
 
-    // Encodes the conversion of `picture`, of format bgra8Unorm, which shaders may read. `planes`
-    // has pixelLayout(format, width, height).bytes at least and gets them laid out so; what lies
-    // behind a row's samples is of no meaning. False where the GPU layer has no encoder.
+    // Encodes the conversion of `picture`, of format bgra8Unorm and readable by shaders. `planes`
+    // has at least pixelLayout(format, width, height).bytes and is written in that layout; bytes
+    // after a row's samples are undefined. False if there is no encoder.
     bool encode(gpu::CommandBuffer& commands, const gpu::Texture& picture,
                 const gpu::Buffer& planes) const;
 

@@ -8,7 +8,7 @@
 namespace tarnwick {
 namespace {
 
-// Whether a pixel buffer of the texture's size may lie in the texture's own memory.
+// Whether the texture's memory has the layout of a pixel buffer.
 bool canStandBehind(const gpu::Texture& texture) {
     const auto mapped = texture.mapped();
     const PixelLayout layout = pixelLayout(PixelFormat::bgra, texture.width(), texture.height());

@@ -11,35 +11,33 @@
 
 namespace tarnwick {
 
-// Where drawn pixels become what a movie's encoder takes: the bytes are the same.
+// Where pictures are converted to the encoder's pixel format. The bytes are the same.
 enum class ColorConversionPlace {
-    chosen, // on the GPU, unless pictures are drawn by the processor, which is quicker at it itself
+    chosen, // gpu, or writer with a CPU driver, which is faster there
     gpu,
     writer, // by the writer's threads
 };
 
-// On a CPU driver the buffers' memory is that of the textures that are drawn into, so that nothing
-// is copied. Elsewhere one texture is drawn into and converted on the GPU into the buffers' memory,
-// or read back.
+// With a CPU driver the pixel buffers are the memory of the textures, without a copy. With a GPU
+// all frames are drawn into one texture and converted into the buffers' memory, or read back.
 class PixelBufferTextures {
   public:
-    // Null for a size that the device has no textures of, or where memory is out. The device
-    // outlives this. `encoderFormat` is what conversion on the GPU gives.
+    // Null for a size above the device's and without memory. The device outlives this.
+    // `encoderFormat` is the result of a conversion on the GPU.
     static std::unique_ptr<PixelBufferTextures> make(gpu::Device& device, std::int64_t width,
                                                      std::int64_t height, PixelFormat encoderFormat,
                                                      ColorConversionPlace place);
 
-    // For the writer's pool: whether its buffers are converted, and their memory; empty where any
-    // will do.
+    // For the writer's pool: whether its buffers are converted already, and their memory; empty:
+    // any memory.
     VideoSettings::Source source() const;
     PixelAllocator allocator() const;
 
-    // What to draw into for `buffer`, one of that pool's and of the size. Valid as long as the
-    // buffer.
+    // The target of the frame in `buffer`, which is of that pool. Valid as long as the buffer.
     const gpu::Texture& target(const PixelBuffer& buffer) const;
-    // Behind the drawing: encodes what must still be done on the GPU. False where it cannot.
+    // After the drawing: encodes the conversion, if any. False if there is no encoder.
     bool encodeConversion(gpu::CommandBuffer& commands, const PixelBuffer& buffer) const;
-    // Once the GPU is done: brings the picture into `buffer`. May block for a copy.
+    // After the GPU is done: copies the picture into `buffer`, if needed. May block.
     void finish(const PixelBuffer& buffer) const;
 
   private:

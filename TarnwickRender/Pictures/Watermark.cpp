@@ -6,8 +6,8 @@
 namespace tarnwick {
 namespace {
 
-// In the square's own coordinates, -1 to 1 with y up. Colours are premultiplied; the layers lie
-// over each other from the front: a light rim, the fire within, a dark ring, the glow around.
+// In the coordinates of the square, [-1, 1], y up. Colours are premultiplied. Layers from the
+// front: a light rim, the fire inside, a dark ring, the glow around.
 constexpr std::string_view source = R"metal(#include <metal_stdlib>
 using namespace metal;
 struct WMUniforms { float4 rect; float2 target; float opacity; float pad; };

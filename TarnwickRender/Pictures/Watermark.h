@@ -1,4 +1,4 @@
-// The glowing arch in the corner of a movie.
+// The watermark: a glowing arch in the corner of a frame.
 #pragma once
 
 #include "TarnwickGPU/Commands.h"
@@ -10,7 +10,7 @@
 
 namespace tarnwick {
 
-// What the watermark's shader reads at buffer 0.
+// Buffer 0 of the watermark's shader.
 struct WMUniforms {
     std::array<float, 4> rect{};   // pixels from the lower left: x, y, side; the last is not read
     std::array<float, 2> target{}; // the frame's width and height in pixels
@@ -26,7 +26,7 @@ class Watermark {
     // `format` is that of the target. Throws gpu::LibraryError, gpu::DeviceError or ShaderError.
     Watermark(gpu::Device& device, gpu::PixelFormat format);
 
-    // Encodes it over a frame of that size, which fills the viewport.
+    // Encodes the watermark over a frame of that size, which fills the viewport.
     void draw(gpu::RenderCommandEncoder& encoder, std::int64_t width, std::int64_t height) const;
 
   private:

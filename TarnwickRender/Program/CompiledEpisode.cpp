@@ -23,7 +23,7 @@ std::unique_ptr<gpu::Library> compiledLibrary(const AssembledShader& shader, gpu
     }
 }
 
-// In the compiler's form.
+// In the form of the compiler's messages.
 ShaderError shaderError(const Diagnostic& error) {
     return ShaderError(std::string(ShaderAssembler::fileName) + ":" + std::to_string(error.line) +
                            ":" + std::to_string(error.column) + ": error: " + error.message + "\n",

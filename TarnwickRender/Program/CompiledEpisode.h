@@ -1,4 +1,4 @@
-// An episode's text, assembled and compiled, before anything is made on a device.
+// An episode compiled to SPIR-V, before any pipeline is made.
 #pragma once
 
 #include "TarnwickCore/Episode/Episode.h"
@@ -12,14 +12,14 @@ namespace tarnwick {
 
 enum class EpisodeWarnings : std::uint8_t {
     usual,
-    more // and those of msl::CompileOptions::moreWarningsIn, for the episode's own lines
+    more // also those of msl::CompileOptions::moreWarningsIn, for the episode's own lines
 };
 
 struct CompiledEpisode {
     AssembledShader shader;
     std::unique_ptr<gpu::Library> library; // its warnings() are the compiler's
 
-    // Code for `device`, or for any where it is null. Blocks. Throws ShaderError.
+    // For `device`; null: for any device. Blocks. Throws ShaderError.
     static CompiledEpisode make(const Episode& episode, gpu::Device* device,
                                 EpisodeWarnings warnings = EpisodeWarnings::usual);
 };

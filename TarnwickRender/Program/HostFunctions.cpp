@@ -11,14 +11,14 @@ namespace {
 
 using msl::Stage;
 
-// What a host function may take: how many indices of each kind, from 0 on.
+// The resources that a host function may take: the number of indices of each kind, from 0 on.
 struct HostInterface {
     std::string_view name;
     Stage stage;
     std::uint32_t buffers;     // of any kind
     std::uint32_t textures;    // 2D, of float, sampled
     bool hasMemory = false;    // buffer(0) is `device` memory, all others are records
-    bool writesMemory = false; // and written
+    bool writesMemory = false; // the function writes it
 };
 
 constexpr bool memory = true, written = true;
@@ -42,7 +42,7 @@ constexpr std::array interfaces{
 };
 // clang-format on
 
-// No record of the host's is longer: the parameters' are the longest.
+// The longest record of the host: the parameters.
 constexpr std::size_t longestRecord = ParamBuffer::mostParams * sizeof(float);
 
 bool isBound(const msl::Resource& resource, const HostInterface& host) {
@@ -62,10 +62,10 @@ bool isBound(const msl::Resource& resource, const HostInterface& host) {
     case msl::ResourceKind::loopReport:
         break;
     }
-    return true; // the layer's own
+    return true; // of the GPU layer itself
 }
 
-// A kernel of the host's sets nothing of its threadgroups: it is dispatched in any.
+// A host kernel declares neither size nor memory of threadgroups: it runs with any.
 bool isHosts(const msl::EntryPoint& function, const HostInterface& host) {
     return function.mostThreads == 0 && function.threadgroupBytes == 0 &&
            function.threadgroupPointers.empty() &&

@@ -1,4 +1,4 @@
-// What a grid episode needs besides its final picture.
+// The pipelines of a grid episode before its final pass.
 #pragma once
 
 #include "TarnwickGPU/Device.h"
@@ -12,9 +12,9 @@ namespace tarnwick {
 struct MeshPipelines {
     std::int64_t cells = 0; // per side
     std::unique_ptr<gpu::RenderPipelineState> grid;
-    std::unique_ptr<gpu::RenderPipelineState> background; // null without one
+    std::unique_ptr<gpu::RenderPipelineState> background; // null without `background`
     std::unique_ptr<gpu::DepthStencilState> depth;        // the grid's own test
-    std::unique_ptr<gpu::DepthStencilState> behind;       // neither hides nor is hidden
+    std::unique_ptr<gpu::DepthStencilState> behind;       // for the background: no test, no write
 };
 
 enum class MeshBackground : std::uint8_t { none, byEpisode };

@@ -1,4 +1,4 @@
-// The values of an episode's parameters as its `Params` record holds them.
+// The values of an episode's parameters in the layout of its `Params` record.
 #pragma once
 
 #include "TarnwickCore/Params.h"
@@ -10,12 +10,12 @@
 
 namespace tarnwick {
 
-// One float a declaration, in order: the value of its name, else its default; values are not
-// brought into the declared range. A single 0 where nothing is declared. Up to 1,024 parameters
-// need no memory of the heap.
+// One float a declaration, in order: the value of its name, default: the declared one. Values are
+// not clamped to the declared range. A single 0 without declarations. Up to 1,024 parameters need
+// no heap memory.
 class ParamBuffer {
   public:
-    // What a uniform buffer of 64 KiB holds.
+    // The floats of a uniform buffer of 64 KiB.
     static constexpr std::size_t mostParams = 16384;
 
     ParamBuffer(std::span<const ParamDecl> params, const ParamValues& values);

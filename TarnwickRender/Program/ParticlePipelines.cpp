@@ -11,7 +11,7 @@
 namespace tarnwick {
 namespace {
 
-// What the kernel writes on the GPU; 0 when it cannot run.
+// The size that the kernel writes; 0 if it cannot run.
 std::uint32_t measuredSize(gpu::Device& device, const gpu::ComputePipelineState& kernel) {
     const auto queue = device.newCommandQueue();
     const auto buffer = device.newBuffer(sizeof(std::uint32_t));
@@ -33,7 +33,7 @@ std::uint32_t measuredSize(gpu::Device& device, const gpu::ComputePipelineState&
     return size;
 }
 
-// Sums what is drawn, alpha as well.
+// Adds colours and alpha.
 void addInto(gpu::ColorAttachmentDescriptor& color) {
     color.blends = true;
     color.sourceRGB = color.destinationRGB = gpu::BlendFactor::one;

@@ -1,4 +1,4 @@
-// What a particle episode needs besides its final picture.
+// The pipelines of a particle episode before its final pass.
 #pragma once
 
 #include "TarnwickGPU/Device.h"
@@ -13,11 +13,11 @@ struct ParticlePipelines {
     std::int64_t count = 0;  // particles
     std::int64_t stride = 0; // bytes of one `struct Particle` as the GPU lays it out
     std::unique_ptr<gpu::ComputePipelineState> spawn, update;
-    std::unique_ptr<gpu::RenderPipelineState> fade; // into the trails, without blending
-    std::unique_ptr<gpu::RenderPipelineState> dots; // points added to the trails
+    std::unique_ptr<gpu::RenderPipelineState> fade; // draws into the trails without blending
+    std::unique_ptr<gpu::RenderPipelineState> dots; // adds points to the trails
 };
 
-// Blocks while the GPU measures the record. Throws ShaderError or gpu::DeviceError.
+// Blocks while the GPU measures `struct Particle`. Throws ShaderError or gpu::DeviceError.
 ParticlePipelines makeParticlePipelines(gpu::Device& device, const gpu::Library& library,
                                         std::int64_t count);
 

@@ -1,5 +1,4 @@
-// Two pictures by turns: the frame that is being drawn, and the one before it for its shader to
-// read.
+// Two textures in turn: the frame that is drawn, and the frame before it, which the shader reads.
 #pragma once
 
 #include "TarnwickGPU/Commands.h"
@@ -14,7 +13,7 @@ namespace tarnwick {
 
 class FeedbackFrames {
   public:
-    // Null for a size below 1 by 1 and where the device cannot make the two textures.
+    // Null for a size below 1 by 1 and if the device has no room.
     static std::unique_ptr<FeedbackFrames> make(gpu::Device& device, std::int64_t width,
                                                 std::int64_t height, gpu::PixelFormat format);
 
@@ -23,18 +22,19 @@ class FeedbackFrames {
     std::int64_t index() const { return static_cast<std::int64_t>(index_); } // of current(): 0, 1
     bool hasPrevious() const { return hasPrevious_; }
 
-    const gpu::Texture& current() const { return *textures_[index_]; } // to be drawn into
+    const gpu::Texture& current() const { return *textures_[index_]; } // the target of the frame
     // The last finished frame; null before the first.
     const gpu::Texture* previous() const {
         return hasPrevious_ ? textures_[1 - index_].get() : nullptr;
     }
 
-    // After a frame was drawn into current(): makes it previous().
+    // Makes current() previous(). Call it after a frame was drawn.
     void advance();
     // Forgets the previous frame.
     void reset() { hasPrevious_ = false; }
 
-    // Copy what both sizes have in common, from the upper left. `target` has the frames' format.
+    // Copy the area that both sizes have in common, from the upper left. `target` has the same
+    // format.
     void copy(const gpu::Texture& target, gpu::CommandBuffer& commands) const;
     void copyPrevious(const gpu::Texture& target, gpu::CommandBuffer& commands) const;
 

@@ -1,4 +1,4 @@
-// What the grid of an episode is drawn into before the final pass shows it.
+// The target of a grid, which the final pass reads.
 #pragma once
 
 #include "TarnwickGPU/Device.h"
@@ -14,7 +14,7 @@ namespace tarnwick {
 struct MeshTarget {
     std::unique_ptr<gpu::Texture> color, depth, resolved;
 
-    // Null for a size below 1 by 1 and where the device cannot make one of the three.
+    // Null for a size below 1 by 1 and if the device has no room.
     static std::unique_ptr<MeshTarget> make(gpu::Device& device, std::int64_t width,
                                             std::int64_t height);
 };

@@ -31,7 +31,7 @@ struct ParticleSimulation::Step {
     const ParamBuffer& params;
 };
 
-// The parameters of one step after another: the same for all, or those of each step's time.
+// The parameters of each step: the same for all, or those of the step's time.
 class ParticleSimulation::Params {
   public:
     Params(const ParticleSimulation& simulation, const ParamValues& values)
@@ -76,7 +76,7 @@ ParticleSimulation::make(std::shared_ptr<const ProgramParts> program, gpu::Devic
 }
 
 std::int64_t ParticleSimulation::steps(double seconds) {
-    constexpr double most = 9e18; // of what an int64_t holds
+    constexpr double most = 9e18; // about the maximum of int64_t
     const double nearest = std::round(seconds * ShaderAssembler::stepRate);
     return nearest > 0 ? static_cast<std::int64_t>(std::min(nearest, most)) : 0;
 }
@@ -97,12 +97,11 @@ void ParticleSimulation::advance(std::int64_t target, gpu::CommandBuffer& comman
         reset();
     Params params(*this, values);
     const std::int64_t count = program_->particles->count;
-    precondition(count <= std::numeric_limits<std::uint32_t>::max(),
-                 "Particles are counted in 32 bits.");
+    constexpr std::int64_t maximum = std::numeric_limits<std::uint32_t>::max();
+    precondition(count <= maximum, "a count of particles fits into 32 bits", "count", count);
     for (; step_ < target && limit > 0; --limit) {
         const std::int64_t next = step_ + 1;
-        precondition(next <= std::numeric_limits<std::uint32_t>::max(),
-                     "Steps are counted in 32 bits.");
+        precondition(next <= maximum, "a number of a step fits into 32 bits", "step", next);
         const Step step{next, static_cast<std::uint32_t>(count), uniforms(next, mouse),
                         params.of(next)};
         if (!encode(step, commands))
@@ -138,8 +137,8 @@ bool ParticleSimulation::move(const Step& step, gpu::CommandBuffer& commands) co
     return true;
 }
 
-// Last step's trails, faded as the episode decides, with one point a particle added. The spawning's
-// trails start clear.
+// Draws the trails of the last step through the episode's `fade`, then adds a point a particle.
+// Step 0 begins with clear trails.
 bool ParticleSimulation::paint(const Step& step, const gpu::Texture& target,
                                gpu::CommandBuffer& commands) const {
     const ParticlePipelines& pipelines = *program_->particles;
@@ -169,7 +168,7 @@ bool ParticleSimulation::paint(const Step& step, const gpu::Texture& target,
 bool ParticleSimulation::warm(std::int64_t target, gpu::CommandQueue& queue,
                               const ParamValues& values, const Mouse& mouse,
                               const std::function<void()>& afterEach) {
-    const std::int64_t goal = target - 1; // the last step is the frame's own
+    const std::int64_t goal = target - 1; // the frame does the last step
     if (goal < step_)
         reset();
     while (step_ < goal) {

@@ -17,57 +17,55 @@
 
 namespace tarnwick {
 
-// Steps do not depend on the frames that are shown, so the same time always shows the same picture:
-// on a screen, in a still and in a movie. The records live on the GPU alone. To be used by one
-// thread at a time.
+// Steps do not depend on frames, so the same time always has the same picture: on a screen, in a
+// still and in a movie. The records stay on the GPU. One thread at a time.
 class ParticleSimulation {
   public:
     using Mouse = FrameMoment::Mouse;
 
     static constexpr std::int64_t noLimit = std::numeric_limits<std::int64_t>::max();
 
-    // `width` by `height` are the trails' pixels. Null for a program without particles, for a size
-    // below 1 by 1, and where the device cannot make the buffer or the trails.
+    // `width` and `height` are the pixels of the trails. Null for a program without particles, for
+    // a size below 1 by 1, and if the device has no room.
     static std::unique_ptr<ParticleSimulation> make(std::shared_ptr<const ProgramParts> program,
                                                     gpu::Device& device, std::int64_t width,
                                                     std::int64_t height);
 
-    // The step nearest to a time, a half counting upwards; 0 for times before the start.
+    // The step nearest to a time, halves up; 0 for times below 0 and NaN.
     static std::int64_t steps(double seconds);
 
     const ProgramParts& program() const { return *program_; }
-    std::int64_t step() const { return step_; } // the last one performed; -1: none yet
+    std::int64_t step() const { return step_; } // the last one done; -1: none
     // The records of all particles; undefined until the spawning writes them.
     const gpu::Buffer& particles() const { return *particles_; }
-    // The latest picture and the one before it, by turns.
+    // The latest trails and those before them, in turn.
     const std::array<std::unique_ptr<gpu::Texture>, 2>& trails() const { return trails_; }
-    std::size_t current() const { return current_; } // of the two trails
+    std::size_t current() const { return current_; } // index of the latest
     const gpu::Texture& image() const { return *trails_[current_]; }
 
-    // The next advance spawns the particles anew.
+    // The next advance() spawns the particles again.
     void reset() { step_ = -1; }
 
-    // Gives each step the values of its own time, step() / 60 seconds, in place of those given to
-    // advance() and warm(): then a step does not depend on the frame that it is performed for. An
-    // empty function undoes it.
+    // Gives each step the values of its own time, step() / 60 seconds, in place of the values that
+    // advance() and warm() get. Empty: those again.
     void setValuesAt(ValuesAt valuesAt) { valuesAt_ = std::move(valuesAt); }
 
-    // Encodes the steps up to `target`, at most `limit` of them. A target that lies behind starts
-    // again from the spawning. Where an encoder cannot be made it stops; step() tells how far it
-    // got. Step numbers fit in 32 bits.
+    // Encodes at most `limit` steps up to `target`. A target before step() starts again from the
+    // spawning. Stops if there is no encoder; step() is the last step encoded. `target` is below
+    // 2^32.
     void advance(std::int64_t target, gpu::CommandBuffer& commands, const ParamValues& values,
                  const Mouse& mouse, std::int64_t limit);
 
-    // Performs the steps up to the one before `target` in command buffers of its own and waits for
-    // each, after which it calls `afterEach`. Whether it got there.
+    // Does the steps up to the one before `target`: 240 a command buffer, waits for each and then
+    // calls `afterEach`. False if the device fails.
     bool warm(std::int64_t target, gpu::CommandQueue& queue, const ParamValues& values,
               const Mouse& mouse, const std::function<void()>& afterEach = {});
 
-    // Whether an invocation of the steps that warm() waited for ran out of its loop budget.
+    // Whether a loop of the episode was ended in warm().
     bool hitLoopBudget() const { return hitLoopBudget_; }
 
   private:
-    struct Step; // what the passes of one step share
+    struct Step; // the arguments of the passes of one step
     class Params;
 
     ParticleSimulation() = default;
@@ -76,7 +74,7 @@ class ParticleSimulation {
     bool move(const Step& step, gpu::CommandBuffer& commands) const;
     bool paint(const Step& step, const gpu::Texture& target, gpu::CommandBuffer& commands) const;
 
-    std::shared_ptr<const ProgramParts> program_; // shared with the run that it belongs to
+    std::shared_ptr<const ProgramParts> program_; // shared with the run
     std::int64_t width_ = 0, height_ = 0;         // pixels
     ValuesAt valuesAt_;                           // may be empty
     std::int64_t step_ = -1;

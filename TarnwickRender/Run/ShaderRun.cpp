@@ -5,7 +5,7 @@
 namespace tarnwick {
 namespace {
 
-// What lies behind the grid: a near-black with a faint warm cast.
+// The colour behind the grid: nearly black, slightly warm.
 constexpr gpu::ClearColor meshClearColor{.red = 0.035, .green = 0.027, .blue = 0.031, .alpha = 1};
 
 gpu::RenderPassDescriptor meshPass(const MeshTarget& target) {

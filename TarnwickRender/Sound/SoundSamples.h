@@ -1,4 +1,4 @@
-// One stretch of an episode's sound, evaluated on the GPU.
+// Samples of an episode's sound, evaluated on the GPU.
 #pragma once
 
 #include "TarnwickCore/Params.h"
@@ -18,21 +18,20 @@ inline constexpr std::size_t soundSampleSize = 2 * sizeof(float);
 
 enum class SoundResult : std::uint8_t { done, endedByLoopBudget, failed };
 
-// Fills `buffer`, shared memory for at least `count` samples, with those from `start` seconds on,
-// sampleRate a second. The program has a sound. Blocks.
+// Writes `count` samples from `start` seconds on, sampleRate a second, into `buffer`, which is
+// shared memory. The program has a sound. Blocks.
 SoundResult evaluateSound(const ProgramParts& program, gpu::CommandQueue& queue,
                           const gpu::Buffer& buffer, double start, std::uint32_t count,
                           const ParamValues& values);
 
-// The same without waiting: the kernel is committed. finishSound() waits for it. Nothing where the
-// device fails.
+// The same without waiting: commits the kernel. finishSound() waits for it. Absent if the device
+// fails.
 std::optional<gpu::CommandBuffer> startSound(const ProgramParts& program, gpu::CommandQueue& queue,
                                              const gpu::Buffer& buffer, double start,
                                              std::uint32_t count, const ParamValues& values);
 SoundResult finishSound(gpu::CommandBuffer& commands);
 
-// Runs a kernel with the sound kernel's arguments, one thread a sample; `buffer` has room for what
-// it writes. Blocks.
+// Runs a kernel with the arguments of the sound kernel, one thread a sample. Blocks.
 SoundResult runSoundKernel(const gpu::ComputePipelineState& kernel, gpu::CommandQueue& queue,
                            const gpu::Buffer& buffer, double start, std::uint32_t count,
                            const ParamBuffer& params);

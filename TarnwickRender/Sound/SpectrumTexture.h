@@ -1,4 +1,4 @@
-// The sound's spectrum as an episode that takes `Inputs` reads it.
+// The spectrum of the sound as a texture, for an episode that takes `Inputs`.
 #pragma once
 
 #include "TarnwickGPU/Device.h"
@@ -12,14 +12,14 @@ namespace tarnwick {
 
 class SpectrumTexture {
   public:
-    // Null where the device cannot make it, or `bins` is below 1.
+    // Null if `bins` is below 1 or the device has no room.
     static std::unique_ptr<SpectrumTexture> make(gpu::Device& device, std::int64_t bins);
 
     // `bins` by 1 pixels of R32Float; bin i is at x = i.
     const gpu::Texture& texture() const { return *texture_; }
 
-    // The bins from the first on; those beyond `values` keep what they held, and values beyond the
-    // bins are left out. While the GPU is not at work on the texture.
+    // Writes the first bins; bins after the last value keep theirs, and further values are ignored.
+    // The GPU does not use the texture meanwhile.
     void update(std::span<const float> values);
 
   private:

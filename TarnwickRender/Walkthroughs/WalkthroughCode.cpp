@@ -35,7 +35,7 @@ constexpr std::array<Ink, 9> inks{
     hex(0x7fd1b9), // attribute
 };
 
-// Columns are bytes here: exact for ASCII, which is all that code stands under.
+// Columns are bytes, which is exact for the ASCII text of code.
 std::string shownText(std::string_view code) {
     const std::string_view shown = wholeCharacters(code, mostBytes);
     std::string text;
@@ -48,7 +48,7 @@ std::string shownText(std::string_view code) {
     return shown.size() < code.size() ? text + "…" : text;
 }
 
-// Of a page's lines, tabs being gone.
+// The common indentation of a page's lines, which have no tabs.
 std::size_t sharedIndent(const std::vector<std::string>& texts, const WalkthroughPage& page) {
     std::size_t indent = std::string::npos;
     for (std::size_t at = 0; at < texts.size(); ++at)

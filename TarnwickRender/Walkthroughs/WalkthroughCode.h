@@ -8,13 +8,12 @@
 
 namespace tarnwick {
 
-// A block for each of the page's lines: those that are not added dimmed, tabs as blanks up to the
-// next fourth column, and without the indentation that all lines share. Sizes, widths and numbers
-// of lines are for the caller to set. (A walkthrough's lines hold no comment, so none needs the
-// lines around it to be coloured right.)
+// A block for each line of the page. Lines that are not added are dimmed, tabs become blanks up to
+// the next fourth column, and the common indentation is removed. The caller sets sizes, widths and
+// numbers of lines. A walkthrough's lines have no comments, so each line is coloured alone.
 std::vector<TextBlock> codeBlocks(const WalkthroughPage& page);
 
-// Of code without a colour of its own, and of what is said about it.
+// The colour of plain code and of captions.
 inline constexpr Ink plainInk{0.87, 0.89, 0.93, 1};
 
 } // namespace tarnwick

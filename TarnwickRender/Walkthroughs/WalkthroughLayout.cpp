@@ -9,7 +9,8 @@ namespace tarnwick {
 
 WalkthroughLayout WalkthroughLayout::of(std::int64_t width, std::int64_t height) {
     precondition(std::min(width, height) >= leastSide && std::max(width, height) <= greatestSide,
-                 "Callers ask for frames within the limits.");
+                 "the sides of a frame are within the limits of a walkthrough", "width", width,
+                 "height", height, "minimum", leastSide, "maximum", greatestSide);
     const auto w = static_cast<double>(width), h = static_cast<double>(height);
     const bool isSideBySide = w > 1.2 * h;
     const double share = isSideBySide || h < 1.5 * w ? 0.40 : 0.45; // of the picture

@@ -1,4 +1,4 @@
-// Where a walkthrough's pages have their picture, their code and their words.
+// The places of picture, code and text on the pages of a walkthrough.
 #pragma once
 
 #include "TarnwickRender/ExportSegment.h"
@@ -7,20 +7,20 @@
 
 namespace tarnwick {
 
-// Of one size of frame. The picture fills the frame's left part, in frames that are not wider than
-// high its upper part, up to three edges; code and words share what is left, within a margin.
+// For one size of frame. The picture fills the left part of a frame that is wider than high, else
+// the upper part. Code and text share the rest, within a margin.
 struct WalkthroughLayout {
     using Area = FrameLayout::Area;
 
     std::int64_t width = 0, height = 0; // pixels, from `leastSide` to `greatestSide`
-    Area picture;                       // of the program, whole pixels
-    Area text;                          // of all words
-    double unit = 0;                    // pixels that all sizes below go by
+    Area picture;                       // of the program
+    Area text;                          // of code and text
+    double unit = 0;                    // pixels; all sizes below are multiples of it
 
     static constexpr std::int64_t leastSide = 160, greatestSide = 16384;
     static WalkthroughLayout of(std::int64_t width, std::int64_t height);
 
-    // Sizes of type, in pixels.
+    // Sizes of the type, in pixels.
     double labelPoints() const { return 0.0185 * unit; }
     double titlePoints() const { return 0.043 * unit; }
     double wordPoints() const { return 0.0235 * unit; } // summaries and captions
@@ -28,7 +28,7 @@ struct WalkthroughLayout {
     double readableCodePoints() const { return 0.0205 * unit; }
     double leastCodePoints() const { return 0.0165 * unit; }
 
-    // Of lines, in parts of the size.
+    // Heights of lines, as multiples of the type's size.
     static constexpr double codeLineHeight = 1.45;
     static constexpr double wordLineHeight = 1.4;
     double labelHeight() const { return 1.7 * labelPoints(); }
@@ -41,10 +41,10 @@ struct WalkthroughLayout {
     double gap() const { return 0.03 * unit; }      // between heading, code and caption
     double padding() const { return 0.018 * unit; } // around the code
     double codeWidth() const { return static_cast<double>(text.width) - 2 * padding(); }
-    // What is left for code where heading and caption have all their lines.
+    // The height of the code under a heading and a caption of maximum height.
     double codeHeight() const;
 
-    // The most lines of code that fit at a readable size; at least 1.
+    // Maximum of lines of code at a readable size; at least 1.
     std::int64_t capacity() const;
 };
 
