@@ -1,6 +1,6 @@
 #include "benchmarks/Drawing.h"
 
-#include "TarnwickCore/ShaderAssembler.h"
+#include "TarnwickRender/Program/FrameUniforms.h"
 #include "benchmarks/Twin.h"
 
 #include <utility>
@@ -9,13 +9,7 @@ namespace tarnwick::bench {
 
 namespace {
 
-TWUniforms uniforms() {
-    return {.resolution = {static_cast<float>(drawWidth), static_cast<float>(drawHeight)},
-            .time = 3.25f,
-            .timeDelta = 1.0f / 30,
-            .mouse = {drawWidth * 0.5f, drawHeight * 0.5f},
-            .frame = 97};
-}
+constexpr FrameMoment moment{.time = 3.25f, .timeDelta = 1.0f / 30, .frame = 97};
 
 } // namespace
 
@@ -57,7 +51,7 @@ void Drawing::draw(const gpu::RenderPipelineState& pipeline, const Case& one) {
     auto encoder = commands ? commands->renderCommandEncoder(pass) : std::nullopt;
     if (!encoder)
         throw gpu::DeviceError("The device cannot make a command buffer.");
-    const TWUniforms frame = uniforms();
+    const TWUniforms frame = frameUniforms(moment, drawWidth, drawHeight);
     encoder->setRenderPipelineState(pipeline);
     encoder->setFragmentBytes(&frame, sizeof(frame), 0);
     encoder->setFragmentBytes(one.values.data(), one.values.size() * sizeof(float), 1);

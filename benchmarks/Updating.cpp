@@ -1,6 +1,7 @@
 #include "benchmarks/Updating.h"
 
 #include "TarnwickGPU/Commands.h"
+#include "TarnwickRender/Program/FrameUniforms.h"
 #include "TarnwickRender/Program/HostFunctions.h"
 #include "TarnwickRender/Program/ParamBuffer.h"
 #include "TarnwickRender/ShaderProgram.h"
@@ -36,9 +37,9 @@ class OurParticles {
     }
 
     void updateOften(int times) {
-        const TWUniforms uniforms{.time = 1.0f / ShaderAssembler::stepRate,
-                                  .timeDelta = 1.0f / ShaderAssembler::stepRate,
-                                  .frame = 1};
+        constexpr float step = 1.0f / ShaderAssembler::stepRate; // seconds
+        const TWUniforms uniforms =
+            frameUniforms({.time = step, .timeDelta = step, .frame = 1}, 0, 0);
         run([&](gpu::ComputeCommandEncoder& encoder) {
             encoder.setBytes(&uniforms, sizeof uniforms, 1);
             encoder.setBytes(params_.data(), params_.length(), 2);

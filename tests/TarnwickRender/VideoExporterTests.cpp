@@ -22,7 +22,7 @@ const std::string passing = shading("float4(u.time * 0.1, uv, 1.0)");
 
 class Exporting : public Rendering {
   protected:
-    // The sentence of the failure; empty where there is none.
+    // The sentence of the error; empty without one.
     std::string exported(const std::vector<ExportSegment>& segments, ExportDetails details = {},
                          const ExportPreset& preset = small) {
         details.makeWriter = recordingWriters(recording);
@@ -38,6 +38,13 @@ class Exporting : public Rendering {
     }
     ExportSegment segment(const std::string& episode, double start, double duration) {
         return {.program = program(episode), .start = start, .duration = duration};
+    }
+    ExportSegment soundingSegment(double duration) {
+        ExportSegment made = segment(
+            shading("float4(1.0)", "float2 sound(float t, constant Params& p) { return 0.0; }\n"),
+            0, duration);
+        made.sound = true;
+        return made;
     }
     Picture still(const ExportSegment& segment, double time) {
         return *StillRenderer::render(segment.program, *device, 32, 18, static_cast<float>(time), 0,
@@ -314,19 +321,13 @@ TEST_F(Exporting, saysWhyItCannotStart) {
     }
     recording.takesVideo = false;
     EXPECT_EQ(exported({good}), start + "the writer rejected the video settings");
-    ExportSegment sounding = segment(
-        shading("float4(1.0)", "float2 sound(float t, constant Params& p) { return 0.0; }\n"), 0,
-        1);
-    sounding.sound = true;
+    const ExportSegment sounding = soundingSegment(1);
     recording = {.takesAudio = false};
     EXPECT_EQ(exported({sounding}), start + "the writer rejected the audio settings");
 }
 
 TEST_F(Exporting, passesOnHowTheWriterFails) {
-    ExportSegment sounding = segment(
-        shading("float4(1.0)", "float2 sound(float t, constant Params& p) { return 0.0; }\n"), 0,
-        1);
-    sounding.sound = true;
+    const ExportSegment sounding = soundingSegment(1);
     const std::vector<std::pair<Recording, std::string>> cases{
         {{.starts = false}, "No space left on device"},
         {{.hasPool = false}, "no pixel buffer pool"},
@@ -339,7 +340,7 @@ TEST_F(Exporting, passesOnHowTheWriterFails) {
         {{.failsAtFrame = 2, .error = {}}, "unknown"},
         {{.failsAtEnd = true}, "No space left on device"},
     };
-    // The pictures wait for the sound's failure.
+    // The pictures wait for the sound's error.
     progress = [&](std::int64_t done, std::int64_t total) {
         if (done == total)
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -360,10 +361,7 @@ TEST_F(Exporting, endsWhenTheProgressIsToldToStop) {
         told.push_back(done);
         return done < 1;
     };
-    ExportSegment sounding = segment(
-        shading("float4(1.0)", "float2 sound(float t, constant Params& p) { return 0.0; }\n"), 0,
-        10);
-    sounding.sound = true;
+    const ExportSegment sounding = soundingSegment(10);
     EXPECT_EQ(exported({sounding}), "Export cancelled.");
     EXPECT_EQ(told, std::vector<std::int64_t>{1});
     EXPECT_FALSE(recording.isFinished);
