@@ -55,10 +55,10 @@ enum class PixelFormat : std::uint8_t {
     rgba32Sint
 };
 
-// Bytes of one pixel.
+// Bytes of one pixel; 0 for `invalid`.
 std::size_t bytesPerPixel(PixelFormat format);
 
-bool isDepth(PixelFormat format);
+bool isDepth(PixelFormat format); // depth32Float or depth16Unorm
 
 enum class TextureType : std::uint8_t {
     type2D,

@@ -51,7 +51,7 @@ enum class TopologyClass : std::uint8_t { triangle, point };
 
 struct ColorAttachmentDescriptor {
     PixelFormat format = PixelFormat::invalid;
-    bool blends = false;
+    bool blends = false; // false: the colour replaces the target's
     BlendOperation rgbOperation = BlendOperation::add, alphaOperation = BlendOperation::add;
     BlendFactor sourceRGB = BlendFactor::one, destinationRGB = BlendFactor::zero;
     BlendFactor sourceAlpha = BlendFactor::one, destinationAlpha = BlendFactor::zero;
@@ -100,7 +100,7 @@ enum class CompareFunction : std::uint8_t {
 };
 
 struct DepthStencilDescriptor {
-    CompareFunction depthCompare = CompareFunction::always;
+    CompareFunction depthCompare = CompareFunction::always; // of the new depth to the stored one
     bool depthWrites = false;
 
     bool operator==(const DepthStencilDescriptor&) const = default;

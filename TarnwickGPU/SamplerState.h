@@ -25,8 +25,8 @@ enum class SamplerBorderColor : std::uint8_t { transparentBlack, opaqueBlack, op
 struct SamplerDescriptor {
     SamplerMinMagFilter minFilter = SamplerMinMagFilter::nearest;
     SamplerMinMagFilter magFilter = SamplerMinMagFilter::nearest;
-    SamplerMipFilter mipFilter = SamplerMipFilter::notMipmapped;
-    std::uint32_t maxAnisotropy = 1; // [1, 16]
+    SamplerMipFilter mipFilter = SamplerMipFilter::notMipmapped; // notMipmapped: level 0 alone
+    std::uint32_t maxAnisotropy = 1;                             // [1, 16]
     SamplerAddressMode sAddressMode = SamplerAddressMode::clampToEdge;
     SamplerAddressMode tAddressMode = SamplerAddressMode::clampToEdge;
     SamplerAddressMode rAddressMode = SamplerAddressMode::clampToEdge;

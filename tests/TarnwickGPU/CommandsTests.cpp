@@ -59,7 +59,7 @@ TEST_F(Gpu, dispatchesExactlyTheGivenThreads) {
         EXPECT_EQ(values[at], at < 50 ? (at * 3 + 2) * 2 + 2 : at);
 }
 
-TEST_F(Gpu, readsZerosWhereNothingOrTooLittleIsBound) {
+TEST_F(Gpu, readsZerosBeyondTheBoundBytes) {
     const auto state = pipeline(wholeTarget(), showBytes(32));
     const auto texture = target(2, 2);
     const std::array<float, 4> color{1, 0, 1, 0};
@@ -144,7 +144,7 @@ msl::EntryPoint sum(std::uint32_t buffers, std::uint32_t textures) {
                 resources);
 }
 
-TEST_F(Gpu, bindsMoreThanCanBePushedAndRefusesMoreThanThereIs) {
+TEST_F(Gpu, bindsMoreThanItPushesAndRefusesMoreThanTheDeviceHas) {
     const auto state = pipeline(wholeTarget(), sum(12, 31));
     const auto texture = target(1, 1);
     const auto image = device->newTexture({.format = PixelFormat::rgba8Unorm});
@@ -169,7 +169,7 @@ TEST_F(Gpu, bindsMoreThanCanBePushedAndRefusesMoreThanThereIs) {
 }
 
 // Each step reads the previous step's picture and the kernel's count.
-TEST_F(Gpu, ordersEncodersAndCommandBuffersByWhatTheyShare) {
+TEST_F(Gpu, ordersEncodersAndCommandBuffersBySharedResources) {
     const auto add = glsl(msl::Stage::fragment, "add",
                           "layout(scalar, binding = 32) readonly buffer Count { uint count[]; };\n"
                           "layout(binding = 33) uniform texture2D last;\n"

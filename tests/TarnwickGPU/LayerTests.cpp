@@ -66,7 +66,7 @@ class LayerTest : public Gpu {
     std::unique_ptr<Layer> layer;
 };
 
-TEST_F(LayerTest, showsWhatIsPresentedAlsoAfterAResize) {
+TEST_F(LayerTest, showsPresentedFramesAlsoAfterAResize) {
     ASSERT_TRUE(showColor({1, 0, 0, 1}));
     EXPECT_TRUE(eventuallyShows({255, 0, 0}, 63, 47));
     screen->resizeWindow(window, {128, 100});
@@ -82,7 +82,7 @@ TEST_F(LayerTest, showsWhatIsPresentedAlsoAfterAResize) {
     EXPECT_TRUE(eventuallyShows({0, 0, 255}, 127, 99));
 }
 
-TEST_F(LayerTest, takesBackWhatWasNeverPresented) {
+TEST_F(LayerTest, reusesDrawablesThatWereNotPresented) {
     for (int attempt = 0; attempt < 8; ++attempt) { // more than there are images
         const auto drawable = layer->nextDrawable();
         ASSERT_TRUE(drawable);
@@ -103,7 +103,7 @@ TEST_F(LayerTest, takesBackWhatWasNeverPresented) {
     EXPECT_TRUE(eventuallyShows({0, 255, 0}, 5, 5));
 }
 
-TEST_F(LayerTest, givesNothingOnceTheWindowIsGone) {
+TEST_F(LayerTest, givesNothingOnceTheWindowIsClosed) {
     XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
     ASSERT_TRUE(showColor({1, 1, 1, 1}));
     screen->destroyWindow(window);

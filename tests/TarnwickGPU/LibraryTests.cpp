@@ -56,7 +56,7 @@ class LibraryTest : public Gpu {
     }
 };
 
-TEST_F(LibraryTest, runsWhatTheTextSays) {
+TEST_F(LibraryTest, runsCompiledPrograms) {
     const auto library = device->newLibrary(program);
     EXPECT_EQ(library->functionNames(),
               (std::vector<std::string>{"corner", "paint", "fill", "endless", "lengthy"}));
@@ -99,7 +99,7 @@ TEST_F(LibraryTest, runsWhatTheTextSays) {
 }
 
 // `lengthy` counts before its loop, `endless` in it; both exceed the budget for a stop at 0.
-TEST_F(LibraryTest, endsLoopsThatDoNotEnd) {
+TEST_F(LibraryTest, endsLoopsAtTheirBudget) {
     const auto library = device->newLibrary(program);
     const auto texture = target(2, 2);
     for (const char* name : {"endless", "lengthy"}) {

@@ -58,7 +58,7 @@ TEST_F(Gpu, blendsAndKeepsToViewportAndScissor) {
         EXPECT_EQ(pixelAt(*texture, x, y), (Pixel{255, 255, 255, 64}));
 }
 
-TEST_F(Gpu, leavesOutColoursLayersAndViewportsThatThereAreNot) {
+TEST_F(Gpu, ignoresColoursLayersAndViewportsThatNoPassHas) {
     const auto texture = target(4, 4);
     const msl::EntryPoint manyColours =
         glsl(msl::Stage::fragment, "many",
@@ -77,7 +77,7 @@ TEST_F(Gpu, leavesOutColoursLayersAndViewportsThatThereAreNot) {
     EXPECT_TRUE(pipeline(wholeTarget(), otherColour));
 }
 
-TEST_F(Gpu, refusesFunctionsThatDoNotGoTogether) {
+TEST_F(Gpu, refusesFunctionsThatDoNotFitEachOther) {
     const auto reason = [&](const msl::EntryPoint& vertex, const msl::EntryPoint& fragment) {
         try {
             pipeline(vertex, fragment);
@@ -185,7 +185,7 @@ std::uint64_t bits(msl::SamplerAddress address, msl::SamplerFilter filter) {
     return a << 1 | a << 4 | a << 7 | f << 10 | f << 12 | 0xffffull << 41;
 }
 
-TEST_F(Gpu, samplesAsTheSamplersBitsSay) {
+TEST_F(Gpu, samplesByTheBitsOfTheSampler) {
     const auto texture = device->newTexture({.format = PixelFormat::r8Unorm, .width = 4});
     const std::array<std::uint8_t, 4> texels{40, 80, 120, 160};
     texture->replace({0, 0, 4, 1}, 0, texels.data(), 4);

@@ -235,7 +235,7 @@ TEST_F(Points, areSquaresOfTheirSizeEverywhere) {
     });
 }
 
-TEST_F(Points, areNotDrawnFromPlacesThatAreNone) {
+TEST_F(Points, drawNothingAtInvalidPlaces) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
     const float infinity = std::numeric_limits<float>::infinity();
     std::vector<Dot> dots_{dotAt(64, 32, nan), dotAt(64, 32, infinity), dotAt(64, 32, -4),
@@ -334,7 +334,7 @@ TEST_F(Points, discardAndDeriveByEveryWay) {
 }
 
 // Loads that are the same over a point move to the vertex function, others do not.
-TEST_F(Points, readWhatLiesBehindThemByEveryWay) {
+TEST_F(Points, readTheirBuffersByEveryWay) {
     for (const float size : {3.0f, 12.0f})
         eachWay([&](const Way& way) {
             const Picture drawn =
@@ -354,7 +354,7 @@ TEST_F(Points, readWhatLiesBehindThemByEveryWay) {
 }
 
 // Other draws before and after in one encoder, a part of the buffer, a viewport and a scissor.
-TEST_F(Points, keepToTheirPlaceAmongOtherDraws) {
+TEST_F(Points, keepTheirOrderAmongOtherDraws) {
     const auto whole = pipeline(wholeTarget(),
                                 glsl(msl::Stage::fragment, "quarter",
                                      "layout(location = 0) in vec2 at;\n"
