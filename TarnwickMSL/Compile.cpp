@@ -32,9 +32,9 @@ Compilation failure(WorkerFault fault, const CompileOptions& options) {
     switch (fault) {
     case WorkerFault::missing:
     case WorkerFault::gone:
-        return failure("the compiler's program 'tarnwick-msl-worker' does not run");
+        return failure("the compiler 'tarnwick-msl-worker' could not be started");
     case WorkerFault::stopped:
-        return failure("the compiler cannot cope with this program and stopped");
+        return failure("the compiler crashed on this program");
     case WorkerFault::late:
         break;
     }
@@ -50,7 +50,7 @@ Compilation failure(WorkerFault fault, const CompileOptions& options) {
 Compilation compile(std::string_view source, const CompileOptions& options) {
     if (source.size() > longestSource)
         return failure("the program has " + std::to_string(source.size()) +
-                       " bytes; the compiler takes up to " + std::to_string(longestSource));
+                       " bytes; the maximum is " + std::to_string(longestSource));
     const Request request{.limitMilliseconds = static_cast<std::uint32_t>(options.limit.count()),
                           .target = options.target,
                           .moreWarningsIn = options.moreWarningsIn,

@@ -205,31 +205,6 @@ TEST_F(TextureShapes, writeAndReadTheLevelAskedFor) {
     }
 }
 
-TEST_F(TextureShapes, tellTheirSizes) {
-    const std::array<std::pair<const char*, Texel>, 7> rows{
-        {{"t.get_width(), t.get_num_mip_levels(), 0, 0", {5, 1, 0, 0}},
-         {"t.get_width(), t.get_array_size(), t.get_num_mip_levels(), 0", {5, 3, 1, 0}},
-         {"t.get_width(a.w), t.get_height(a.w), t.get_num_mip_levels(), 0", {3, 2, 2, 0}},
-         {"t.get_width(a.w), t.get_height(), t.get_array_size(), t.get_num_mip_levels()",
-          {3, 4, 3, 2}},
-         {"t.get_width(a.w), t.get_height(), t.get_depth(a.w), t.get_num_mip_levels()",
-          {3, 4, 2, 2}},
-         {"t.get_width(a.w), t.get_height(), t.get_num_mip_levels(), 0", {2, 4, 2, 0}},
-         {"t.get_width(a.w), t.get_height(), t.get_array_size(), t.get_num_mip_levels()",
-          {2, 4, 2, 2}}}};
-    for (std::size_t n = 0; n < shapes.size(); ++n) {
-        const Shape& shape = shapes[n];
-        const auto library =
-            compiled(preamble + kernel("sizes", std::string("texture") + shape.name + "<float>",
-                                       shape.texture,
-                                       std::string("out[i] = float4(") + rows[n].first + ");"));
-        const auto texture = filled(shape.texture, "float");
-        const Spot spot{.level = shape.texture.mipLevels - 1};
-        EXPECT_EQ(texels(*library, "sizes", std::vector{spot}, texture.get())[0], rows[n].second)
-            << shape.name;
-    }
-}
-
 // Where gather looks, of a place between four texels (Metal Shading Language 3.1, 6.12): the lower
 // left one first, then counter-clockwise.
 TEST_F(TextureShapes, gatherAndCompareFourTexels) {

@@ -13,7 +13,6 @@
 namespace metal {
 namespace _halves {
 
-#define MSL_OWN(name, arguments)
 #define MSL_CORE(name, arguments)                                                                  \
     MSL_ROUNDED_##arguments(name)                                                                  \
     MSL_LANES(half, half, half, name, arguments)
@@ -28,20 +27,16 @@ namespace _halves {
         out = _narrow(second);                                                                     \
         return found;                                                                              \
     }
-#define MSL_FROM_own MSL_OWN
-#define MSL_FROM_core MSL_CORE
-#define MSL_ROW(T, name, arguments, mixed, precise, half, ...) MSL_FROM_##half(name, arguments)
+#define MSL_ROW(T, name, arguments, mixed, precise, half, ...)                                     \
+    MSL_IF_##half(MSL_CORE, name, arguments)
 MSL_MATH_FUNCTIONS(MSL_ROW, float, int)
 #undef MSL_ROW
 #define MSL_ROW(name, arguments, mixed) MSL_CORE(name, arguments)
 MSL_CORE_FUNCTIONS(MSL_ROW)
 #undef MSL_ROW
-#undef MSL_FROM_own
-#undef MSL_FROM_core
 #undef MSL_ROUNDED_1
 #undef MSL_ROUNDED_2
 #undef MSL_ROUNDED_out
-#undef MSL_OWN
 #undef MSL_CORE
 
 // Fast math of float is exact enough for the whole range of half.

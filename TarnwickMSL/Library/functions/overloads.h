@@ -39,6 +39,10 @@
 #define MSL_DEFINE(R, T, name, arguments, ...)                                                     \
     MSL_INLINE R name(MSL_TAKES_##arguments(T)) { __VA_ARGS__ }
 
+// The columns `precise` and `half` of list.h: `core` has the row defined by `define`.
+#define MSL_IF_core(define, name, arguments) define(name, arguments)
+#define MSL_IF_own(define, name, arguments)
+
 // The overloads for vectors of a function of scalars, lane by lane. R, T and A are the elements of
 // the result, of the arguments and of the second argument.
 #define MSL_LANES(R, T, A, name, arguments) MSL_LANES_##arguments(R, T, A, name)

@@ -16,6 +16,8 @@
 #undef MSL_GIVES_2
 #undef MSL_GIVES_out
 #undef MSL_DEFINE
+#undef MSL_IF_core
+#undef MSL_IF_own
 #undef MSL_LANES
 #undef MSL_LANES_1
 #undef MSL_LANES_2

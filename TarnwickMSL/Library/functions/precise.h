@@ -6,21 +6,16 @@
 namespace metal {
 namespace precise {
 
-#define MSL_OWN(name, arguments)
 #define MSL_CORE(name, arguments)                                                                  \
     MSL_DEFINE(float, float, name, arguments, return _core::name(MSL_GIVES_##arguments);)          \
     MSL_LANES(float, float, float, name, arguments)
-#define MSL_FROM_own MSL_OWN
-#define MSL_FROM_core MSL_CORE
-#define MSL_ROW(T, name, arguments, mixed, precise, ...) MSL_FROM_##precise(name, arguments)
+#define MSL_ROW(T, name, arguments, mixed, precise, ...)                                           \
+    MSL_IF_##precise(MSL_CORE, name, arguments)
 MSL_MATH_FUNCTIONS(MSL_ROW, float, int)
 #undef MSL_ROW
 #define MSL_ROW(name, arguments, mixed) MSL_CORE(name, arguments)
 MSL_CORE_FUNCTIONS(MSL_ROW)
 #undef MSL_ROW
-#undef MSL_FROM_own
-#undef MSL_FROM_core
-#undef MSL_OWN
 #undef MSL_CORE
 
 #pragma float_control(precise, on, push)

@@ -13,55 +13,6 @@ struct Refusal {
 
 } // namespace
 
-TEST(FrontEnd, takesTheFormsOfVectorConstructors) {
-    const char* programs[] = {
-        "float4 f(float3 v) { return float4(v, 1.0) + float4(v.xy, 1, 0) + float4(0); }",
-        "float3 f(float2 v) { float3 q(v, 1), r{v, 2.0}; float3 s = {1, v}; return q + r + s; }",
-        "constant float3 table[2] = {float3(1, 2, 3), {4, 5, 6}}; float f(int i) { return "
-        "table[i].x; }",
-        "template <typename T> T f(float x) { return T(x) + T(1); } float2 g() { return "
-        "f<float2>(2); }",
-        "struct S { float3 v; int n; S(float2 a) : v(a, 1), n(2) {} }; float f() { return "
-        "S(3).v.x; }",
-        "using colour = float3; colour f(half h) { return colour(h, 1.0h, 2) + (colour)h; }",
-        "typedef vec<float, 3> v3; v3 f(int3 i) { return v3(i) + vec<float, 3>(i.x, 1, 2); }",
-        "float3 f(int3 i) { return static_cast<float3>(i) * (float3)i.zyx; }",
-        "auto f() { return [](float x) -> float3 { return float3(x, 1, 2); }(3); }",
-        "bool4 f(float4 a, float4 b) { return bool4(any(a < b), (a == b).xyz); }",
-        "metal::float4 f() { return metal::float4(1, 2, metal::float2(3)); }",
-        "float2 f(packed_float3 p) { p.zx = p.xy * 2; return float2(p.yz) + packed_float2(1, 2); }",
-        "template <class T> T f(T a) { return saturate(0.5 + a) * 1e-2; } half g() { return "
-        "f(1.h); }",
-        "struct S { float2 v = float2(1, 2); float2 w{3, 4}; }; float f() { S s; return s.w.y; }",
-        "template <class T> bool f(T i) { return i < T(0) && T(1) < i; } bool g() { return f(1.0); "
-        "}",
-        "using C = float3; bool f(C a, short3 b) { return any(a < C(0)) || any(b < short3(1)) || "
-        "any(a < vec<float, 3>(2)); }",
-        "template <class T, class U = vec<T, 2>> U f(T a) { return U(a, T(1)); } float2 g() { "
-        "return "
-        "f(1.0); }",
-        "float f(int4 v) { return static_cast<metal::float4>(v).x + static_cast<vec<float, "
-        "4>>(v).y "
-        "+ static_cast<const float4>(v).z; }",
-        "template <class T> T f(T a) { return a; } struct S { float v; }; float g() { using T = S; "
-        "T "
-        "v = T{40.0}; return v.v; } float T(float2 p) { return p.x; } float h() { return "
-        "T(float2(1)); }",
-        "auto f() { return [](float x) -> metal::float3 { return metal::float3(x); }(3); } struct "
-        "S { "
-        "operator metal::float3() const { return 1; } };",
-        "struct S { S(float2 a) : v(a, 1), w{1, 2} {} float3 v; float w[2]; }; struct R { float2 "
-        "w; "
-        "operator short2() const { return 1; } }; short2 f() { return short2(R{S(1).v.xy}); }",
-        "using C = float3; float f(float C) { return (C) - 1; } C g() { return (C)1 + C(1, 2, 3); "
-        "}",
-    };
-    for (const char* program : programs) {
-        const Outcome outcome = parsed(program);
-        EXPECT_FALSE(outcome.failed) << program << '\n' << outcome.messages;
-    }
-}
-
 TEST(FrontEnd, refusesAtTheLineWhatAShaderMayNotDo) {
     const Refusal refusals[] = {
         {"float g(int);\nfloat f(int n) { return g(n); }\nfloat g(int n) { return f(n); }",

@@ -1,6 +1,6 @@
 // Lines in layers. A layer beyond the last is sampled as the last, and read as zero.
 // @texture 0 1d_array int 4 3
-// @expects 103 | 201 203 | 3 4 | 0
+// @expects 103 | 201 203 | 3 4 | 0 | 1
 #include <metal_stdlib>
 using namespace metal;
 
@@ -12,4 +12,5 @@ kernel void check(device float* out [[buffer(0)]], texture1d_array<int> lines [[
     out[3] = float(lines.get_array_size());
     out[4] = float(lines.get_width());
     out[5] = float(lines.read(1, 3).x);
+    out[6] = float(lines.get_num_mip_levels());
 }

@@ -1,6 +1,6 @@
 // Pictures in layers, sampled, gathered and read, at offsets that are constant and that are not.
 // @texture 0 2d_array float 6x4 3 2
-// @expects 223 112 2111 | 112 | 135 | 111 112 102 101 | 3 6 2
+// @expects 223 112 2111 | 112 | 135 | 111 112 102 101 | 3 6 2 | 32
 #include <metal_stdlib>
 using namespace metal;
 
@@ -19,4 +19,5 @@ kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1
     out[9] = float(t.get_array_size());
     out[10] = float(t.get_width());
     out[11] = float(t.get_height(1));
+    out[12] = float(t.get_width(1) * 10 + t.get_num_mip_levels());
 }

@@ -1,6 +1,6 @@
 // A solid texture: filtered between planes, shifted, read, measured.
 // @texture 0 3d float 4x4x4 1 2
-// @expects 51 | 212 | 312 2101 | 4 2 | 0
+// @expects 51 | 212 | 312 2101 | 4 2 | 0 | 242
 #include <metal_stdlib>
 using namespace metal;
 
@@ -13,4 +13,5 @@ kernel void check(device float* out [[buffer(0)]], texture3d<float> solid [[text
     out[4] = float(solid.get_depth());
     out[5] = float(solid.get_depth(1));
     out[6] = solid.read(uint3(0, 0, 4)).x;
+    out[7] = float(solid.get_width(1) * 100 + solid.get_height() * 10 + solid.get_num_mip_levels());
 }
