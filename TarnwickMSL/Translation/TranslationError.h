@@ -1,4 +1,4 @@
-// What a step after the front end cannot translate.
+// The errors of the steps after the front end.
 #pragma once
 
 #include <stdexcept>
@@ -7,16 +7,17 @@
 
 namespace tarnwick::msl {
 
-// The program asks for what there is no translation of. what() is the message's text without place.
+// The program uses a feature without a translation. what() is the text of the message without its
+// place.
 struct TranslationError : std::runtime_error {
     explicit TranslationError(const std::string& text, std::string place = "")
         : std::runtime_error(text), place(std::move(place)) {}
 
-    std::string place; // "file:line:column"; empty where it is not known
+    std::string place; // "file:line:column"; empty if unknown
 };
 
-// A step meets code that the steps before it should not have left: the compiler is wrong, not the
-// program. All of them read alike for the user; `detail` names the step (Passes.h).
+// A step receives code that an earlier step should have removed: a bug of the compiler, not of the
+// program. All have the same text for the user; `detail` names the step (Passes.h).
 struct CompilerFault : TranslationError {
     explicit CompilerFault(std::string detail)
         : TranslationError("The compiler has a fault and cannot translate this code. Writing it "

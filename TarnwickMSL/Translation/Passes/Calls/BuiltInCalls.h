@@ -1,4 +1,4 @@
-// What the optimiser may assume of the calls that the writer turns into instructions.
+// Tells the optimiser about the calls that the writer turns into instructions.
 #pragma once
 
 #include <llvm/ADT/StringRef.h>
@@ -10,17 +10,17 @@ class Module;
 
 namespace tarnwick::msl {
 
-// NAME of a call to `msl.NAME.SUFFIX`: "sample" of msl.sample.2d.f32; "" for any other call. The
-// names with a point of their own (barrier.threadgroup) come without what stands after it.
+// NAME of a call to `msl.NAME.SUFFIX`: "sample" for msl.sample.2d.f32; "" for any other call. A
+// name is cut at its own point: "barrier" for barrier.threadgroup.
 llvm::StringRef builtInName(const llvm::CallBase& call);
 
-// Whether its first operand is a texture's handle.
+// Whether its first operand is the handle of a texture.
 bool takesTexture(llvm::StringRef name);
-// Whether its second one is a sampler's bits.
+// Whether its second operand is the bits of a sampler.
 bool takesSampler(llvm::StringRef name);
 
-// Gives the module's declarations of built-in calls their attributes: which ones touch memory, and
-// which ones must not move under another condition (derivatives, barriers).
+// Sets the attributes of the declarations of built-in calls: whether they access memory, and
+// whether they must not move under another condition (derivatives, barriers).
 void describeBuiltIns(llvm::Module& module);
 
 } // namespace tarnwick::msl

@@ -1,4 +1,4 @@
-// What the optimiser may assume of a program's functions.
+// Tells the optimiser about the functions of a program.
 #pragma once
 
 namespace llvm {
@@ -7,10 +7,10 @@ class Module;
 
 namespace tarnwick::msl {
 
-// Sets the data layout's native integer widths, the attributes of the built-in functions
-// (BuiltInCalls.h), and removes attributes of the program's own functions and loops by which the
-// optimiser would delete an endless loop, keep a function out of its callers or assume that two
-// arguments do not alias.
+// Sets the native integer widths of the data layout and the attributes of the built-in functions
+// (BuiltInCalls.h). Removes attributes of the program's own functions and loops by which the
+// optimiser would delete an endless loop, not inline a function, or assume that two arguments do
+// not alias.
 void describe(llvm::Module& program);
 
 } // namespace tarnwick::msl

@@ -1,4 +1,4 @@
-// Everything that an entry point calls goes into it, from the leaves of the calls up.
+// Inlines all functions that an entry point calls, callees first.
 #pragma once
 
 #include <string>
@@ -14,16 +14,16 @@ namespace tarnwick::msl {
 
 class Optimiser;
 
-// Takes each function of the module that the roots reach, callees first, makes it small and puts
-// its callees into it. Functions that are no roots are gone afterwards. Throws TranslationError on
-// recursion and on calls of what is not known.
+// Optimises each function that the roots reach and inlines its callees into it, callees first.
+// Removes all functions that are not roots. Throws TranslationError on recursion and on calls of
+// unknown functions.
 void inlineEverything(llvm::Module& module, const std::vector<llvm::Function*>& roots,
                       Optimiser& optimiser);
 
-// Inlines all that one function calls into it, and leaves the others as they are.
+// Inlines all calls in one function; other functions are unchanged.
 void inlineInto(llvm::Function& function, Optimiser& optimiser);
 
-// Puts the one callee in; the call is gone afterwards.
+// Inlines one call, which is removed.
 void inlineCall(llvm::CallBase& call);
 
 } // namespace tarnwick::msl

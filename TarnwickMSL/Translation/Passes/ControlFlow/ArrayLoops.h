@@ -1,13 +1,13 @@
-// Loops that walk over a short array end with it.
+// Ends loops over a short array at the end of the array.
 #pragma once
 
 #include <llvm/IR/PassManager.h>
 
 namespace tarnwick::msl {
 
-// Where every round of a loop reads or writes the next element of a local array or a table, the
-// round past the array's end is undefined: the loop's test becomes false before it, which tells the
-// most rounds that the loop runs. Gives whether any loop changed.
+// If every round of a loop accesses the next element of a local array or a table, a round after the
+// end of the array is undefined. This makes the test of the loop false there, which shows the
+// maximum number of rounds. Returns whether any loop changed.
 bool boundArrayLoops(llvm::Function& function, llvm::FunctionAnalysisManager& analyses);
 
 } // namespace tarnwick::msl

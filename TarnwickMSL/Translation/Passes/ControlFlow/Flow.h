@@ -1,4 +1,4 @@
-// Control flow in the shape that loops can be counted and structured in.
+// Normalises control flow, so that loops can be counted and structured.
 #pragma once
 
 namespace llvm {
@@ -9,7 +9,8 @@ namespace tarnwick::msl {
 
 class Optimiser;
 
-// Makes one return, no switch, no unreachable code; loops with one entry, one latch and an exit.
+// Leaves one return, no switch and no unreachable code; loops have one entry, one latch and an
+// exit.
 void normaliseFlow(llvm::Function& main, Optimiser& optimiser);
 
 // Whether the code has no conditional branch.

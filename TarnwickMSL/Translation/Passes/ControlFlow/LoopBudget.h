@@ -1,4 +1,5 @@
-// Loops whose end nobody can prove count their rounds, and end the invocation past a budget.
+// Counts the rounds of loops without a provable end, and ends the invocation when they exceed a
+// budget.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
@@ -7,16 +8,16 @@ namespace tarnwick::msl {
 
 class Optimiser;
 
-// For flow as normaliseFlow leaves it. Loops that together are known to stay below the CPU
-// driver's own limit are left alone; the others add their rounds to one counter in memory, compare
-// it with what the built-in call `msl.loop_budget` gives, and past it leave for a block that stores
-// 1 to `msl.loop_report`. Sets shader.usesLoopBudget.
+// Requires the flow of normaliseFlow. Loops whose total is provably below the limit of the CPU
+// driver are unchanged. The other loops add their rounds to one counter in memory and compare it
+// with the result of the built-in call `msl.loop_budget`; above it they branch to a block that
+// stores 1 to `msl.loop_report`. Sets shader.usesLoopBudget.
 void budgetLoops(ShaderModule& shader, Optimiser& optimiser);
 
-// Whether the pointer is the counter's place in memory.
+// Whether the pointer is the address of the counter in memory.
 bool isCounter(const llvm::Value& pointer);
 
-// Takes the counter out of memory again; for structured regions before their merges are made.
+// Turns the counter into values; for structured regions before their merges are made.
 void promoteCounter(llvm::Function& main);
 
 } // namespace tarnwick::msl

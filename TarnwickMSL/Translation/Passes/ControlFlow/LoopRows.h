@@ -1,4 +1,4 @@
-// Loops that follow one another, in numbers that the packaged CPU driver cannot bear.
+// Divides long rows of consecutive loops, which the packaged CPU driver cannot compile.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
@@ -13,12 +13,13 @@ class LoopInfo;
 
 namespace tarnwick::msl {
 
-// The headers of loops without inner loops that end long rows of such loops, in the program's
-// order. Only loops that `mayEnd` are chosen.
+// The headers of the loops, without inner loops, at which long rows of such loops are divided, in
+// program order. Only loops that `mayEnd` accepts are chosen.
 llvm::SmallVector<llvm::BasicBlock*, 4> rowEnds(const llvm::LoopInfo& loops,
                                                 llvm::function_ref<bool(const llvm::Loop&)> mayEnd);
 
-// Puts the loop into another one that runs once. Its header must be left by a phi's value alone.
+// Wraps the loop in another loop that runs once. Its header must be left by the value of a phi
+// only.
 void enclose(llvm::BasicBlock& header, Structure& structure);
 
 } // namespace tarnwick::msl

@@ -1,4 +1,4 @@
-// The blocks that a structured loop has.
+// The blocks of a structured loop.
 #pragma once
 
 #include <llvm/IR/BasicBlock.h>
@@ -11,17 +11,17 @@ class LoopInfo;
 
 namespace tarnwick::msl {
 
-// A loop of which each construct has blocks of its own.
+// A loop with a separate block for each construct.
 struct LoopShape {
     llvm::BasicBlock* header = nullptr; // phis and a branch
-    llvm::BasicBlock* body = nullptr;   // what the header held
+    llvm::BasicBlock* body = nullptr;   // the instructions of the header
     llvm::BasicBlock* latch = nullptr;  // branches to continue_
     llvm::BasicBlock* continue_ = nullptr;
     llvm::BasicBlock* merge = nullptr;
 };
 
-// Gives a loop that only its latch leaves these blocks. The header keeps the instructions before
-// `split`: its phis, or all but the branch.
+// Makes these blocks for a loop that is left only from its latch. The header keeps the instructions
+// before `split`: its phis, or all except the branch.
 LoopShape splitLoop(llvm::Loop& loop, llvm::BasicBlock::iterator split, llvm::DominatorTree& tree,
                     llvm::LoopInfo& loops);
 

@@ -1,13 +1,13 @@
-// Loops as SPIR-V has them.
+// Gives loops the structure that SPIR-V requires.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
 
 namespace tarnwick::msl {
 
-// For regions as makeRegions leaves them. Gives each loop that `structure` does not have a header
-// of its own, a continue target and a merge block. Values that leave loops do so in the shape that
-// the packaged CPU driver needs (docs/compiler.md).
+// Requires the regions of makeRegions. Makes a header, a continue target and a merge block for each
+// loop that `structure` does not list. Values leave loops in the form that the packaged CPU driver
+// requires (docs/compiler.md).
 void structureLoops(llvm::Function& main, Structure& structure);
 
 } // namespace tarnwick::msl

@@ -1,4 +1,4 @@
-// Phis that need not be two.
+// Merges pairs of phis in loops.
 #pragma once
 
 namespace llvm {
@@ -7,9 +7,9 @@ class Function;
 
 namespace tarnwick::msl {
 
-// Structured loops carry a value twice where it goes on into the next round and also out of the
-// loop: the two differ only where one of them is undefined. The CPU driver pays for each with a
-// masked store a round, so such a pair becomes one phi.
+// A structured loop has two phis for a value that is used both in the next round and after the
+// loop. They differ only where one of them is undefined. The CPU driver executes a masked store per
+// phi and round, so such a pair becomes one phi.
 void mergePhis(llvm::Function& main);
 
 } // namespace tarnwick::msl

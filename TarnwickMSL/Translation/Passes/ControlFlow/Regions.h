@@ -1,4 +1,4 @@
-// A nest of regions with one entry and one exit each, out of any control flow.
+// Turns any control flow into nested regions with one entry and one exit each.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
@@ -7,9 +7,9 @@ namespace tarnwick::msl {
 
 class Optimiser;
 
-// For flow as normaliseFlow leaves it. Each loop is left from its latch alone, or from its header
-// where the source's loop is; `structure` then has the loop. The counter of budgetLoops becomes
-// values.
+// Requires the flow of normaliseFlow. Afterwards each loop is left only from its latch, or from its
+// header if the loop of the source is; `structure` then lists the loop. The counter of budgetLoops
+// becomes values.
 void makeRegions(llvm::Function& main, Structure& structure, Optimiser& optimiser);
 
 } // namespace tarnwick::msl

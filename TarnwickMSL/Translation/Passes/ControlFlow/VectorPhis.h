@@ -1,12 +1,12 @@
-// Phis of vectors, which the packaged CPU driver takes for others than they are.
+// Divides phis of vectors into lanes: the packaged CPU driver miscompiles phis of vectors.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
 
 namespace tarnwick::msl {
 
-// Makes one phi of each lane. Run last, on structured code: what uses a loop's phis after the loop
-// gets its vectors put together there, never in the loop.
+// Must run last, on structured code. Uses of the phis of a loop after the loop assemble the vector
+// after the loop, never in it.
 void splitVectorPhis(llvm::Function& main, const Structure& structure);
 
 } // namespace tarnwick::msl

@@ -1,13 +1,13 @@
-// One entry point in a module of its own.
+// Copies one entry point into its own module.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
 
 namespace tarnwick::msl {
 
-// Copies the entry point's function, as an internal one, and the constants and declarations that
-// it reaches into a new module of the same context. Sets what the signature says about the whole
-// shader; `main` is null. Throws TranslationError if the function has no body.
+// Copies the function of the entry point, as an internal function, and the constants and
+// declarations that it uses into a new module of the same context. Sets the facts of the signature
+// about the whole shader; `main` is null. Throws TranslationError if the function has no body.
 ShaderModule cut(const llvm::Module& program, const EntrySignature& entry);
 
 } // namespace tarnwick::msl

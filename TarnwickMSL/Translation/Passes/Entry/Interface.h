@@ -1,5 +1,5 @@
-// A stage's border: which external globals stand for its inputs and outputs, and at which
-// locations the stages of one program meet.
+// The inputs and outputs of a stage: their external globals, and the locations at which the stages
+// of one program meet.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
@@ -9,8 +9,8 @@
 
 namespace tarnwick::msl {
 
-// The locations of the values between the stages, by name, the same for every entry point of a
-// program, so that any vertex function goes with any fragment function whose names it has.
+// The locations of the values between stages, by name. They are the same for all entry points of a
+// program, so that a vertex function fits every fragment function whose names it has.
 class Varyings {
   public:
     explicit Varyings(const std::vector<EntrySignature>& entries);
@@ -20,21 +20,21 @@ class Varyings {
     llvm::StringMap<std::uint32_t> locations_;
 };
 
-// The type in which a value stands in a record: bools as i8.
+// The type of a value in a record: bools are i8.
 llvm::Type* memoryType(llvm::LLVMContext& context, const StageValue& value);
 
-// Makes the interface's globals as they are asked for, and moves values through them. Globals of
-// locations have 32-bit components (halves cross as floats, small integers and bools as i32);
-// globals of built-ins have the type that Vulkan gives them.
+// Makes the globals of the interface on demand, and moves values through them. Globals of locations
+// have 32-bit components (halves are passed as floats, small integers and bools as i32). Globals of
+// built-ins have the type that Vulkan requires.
 class Interface {
   public:
     Interface(ShaderModule& shader, const Varyings& varyings)
         : shader_(shader), varyings_(varyings) {}
 
-    // The input's value in its memory type. Throws TranslationError on words that no stage of this
-    // kind has.
+    // The value of the input in its memory type. Throws TranslationError on words that stages of
+    // this kind do not have.
     llvm::Value* read(llvm::IRBuilder<>& builder, const StageValue& value);
-    // Takes the output from `record` (its start, or null where `value` stands alone in `plain`).
+    // Writes the output from `record` (its start; null if `value` is alone in `plain`).
     void write(llvm::IRBuilder<>& builder, const StageValue& value, llvm::Value* stored);
 
     // The external global for a whole buffer, or another one of the interface.

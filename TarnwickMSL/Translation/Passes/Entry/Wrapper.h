@@ -1,15 +1,15 @@
-// The `main` around an entry point: inputs in, the call, outputs out.
+// Makes the `main` around an entry point: inputs, the call, outputs.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
 
 namespace tarnwick::msl {
 
-// Makes shader.main of the entry point's function, which is the only body in shader.module: its
-// arguments come from external globals, textures and samplers are constant handles, the result goes
-// to external globals. Fills shader.interface, shader.textures and shader.samplers. A kernel's
-// invocations outside the exact grid return at once. The locations of values between the stages
-// follow from all entry points of the program.
+// Makes shader.main from the function of the entry point, which must be the only body in
+// shader.module. Its arguments are read from external globals, textures and samplers are constant
+// handles, and its result is written to external globals. Fills shader.interface, shader.textures
+// and shader.samplers. Invocations of a kernel outside the exact grid return at once. The locations
+// of values between stages depend on all entry points of the program.
 void wrap(ShaderModule& shader, const EntrySignature& entry,
           const std::vector<EntrySignature>& allEntries);
 

@@ -1,4 +1,4 @@
-// Atomic operations that not every device has.
+// Atomic operations that some devices lack.
 #pragma once
 
 #include "TarnwickMSL/Target.h"
@@ -7,8 +7,8 @@
 
 namespace tarnwick::msl {
 
-// Turns atomic sums of floats into loops of compare-exchanges, those in buffers only where the
-// target lacks them. Gives whether it changed anything.
+// Turns atomic sums of floats into loops of compare-exchanges; sums in buffers only if the target
+// lacks them. Returns whether the code changed.
 bool expandAtomics(llvm::Function& main, const Target& target);
 
 } // namespace tarnwick::msl

@@ -1,4 +1,4 @@
-// Copies and fills of memory, which shaders have no instruction for.
+// Expands copies and fills of memory, for which shaders have no instruction.
 #pragma once
 
 namespace llvm {
@@ -7,7 +7,7 @@ class Function;
 
 namespace tarnwick::msl {
 
-// Copies and fills of memory become loads and stores. Run before pointers are resolved. Returns
+// Turns copies and fills into loads and stores. Must run before pointers are resolved. Returns
 // whether there were any.
 bool expandMemoryCalls(llvm::Function& main);
 

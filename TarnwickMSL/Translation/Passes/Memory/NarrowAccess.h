@@ -1,4 +1,4 @@
-// Reads and writes of single lanes of vectors in buffers.
+// Narrows reads and writes of vectors in buffers to the used lanes.
 #pragma once
 
 #include <llvm/IR/Function.h>
@@ -6,9 +6,9 @@
 
 namespace tarnwick::msl {
 
-// `q.colour.w = x` on a record that is read and written back as a whole stores four lanes, three of
-// them as they were, and reads them for that: this stores the one. Vectors of which one lane is
-// used are read as that lane. Whether anything changed.
+// On a record that is read and written as a whole, `q.colour.w = x` reads four lanes and stores
+// four, three of them unchanged; this stores only one. A vector of which one lane is used is read
+// as that lane. Returns whether the code changed.
 bool narrowAccess(llvm::Function& main, llvm::FunctionAnalysisManager& analyses);
 
 } // namespace tarnwick::msl

@@ -1,4 +1,4 @@
-// Pointers that are chosen at run time, which SPIR-V's logical addressing has no form for.
+// Resolves pointers selected at run time, which logical addressing of SPIR-V cannot express.
 #pragma once
 
 namespace llvm {
@@ -7,13 +7,13 @@ class Function;
 
 namespace tarnwick::msl {
 
-// Turns each phi or select of pointers into numbers (which root, how far into it) and each access
-// through one into accesses of the roots that it may be. Returns whether the code changed. Throws
-// TranslationError on pointers that are kept in memory.
+// Turns each phi or select of pointers into numbers (index of the root, offset in it), and each
+// access through one into accesses of all possible roots. Returns whether the code changed. Throws
+// TranslationError on pointers stored in memory.
 bool resolvePointers(llvm::Function& main);
 
-// Gives each access its own steps to its place, right before it, so that structuring the control
-// flow carries numbers from block to block and never a pointer.
+// Computes the address of each access directly before it, so that structured control flow passes
+// numbers between blocks and never pointers.
 void keepPointersNear(llvm::Function& main);
 
 } // namespace tarnwick::msl

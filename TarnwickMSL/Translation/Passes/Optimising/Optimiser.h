@@ -1,12 +1,13 @@
-// The optimising passes, in the few combinations in which the other steps use them.
+// The optimising passes of LLVM, in the combinations that the steps use.
 #pragma once
 
 #include <llvm/IR/PassManager.h>
 
 namespace tarnwick::msl {
 
-// Holds the analyses of one module's functions; whoever changes a function by hand says so through
-// `forget`. None of it reassociates: noise that folds a large number's fraction falls apart.
+// Owns the analyses of the functions of one module. After changing a function directly, call
+// `forget`. No combination reassociates, because that breaks noise functions that use the fraction
+// of a large number.
 class Optimiser {
   public:
     explicit Optimiser(llvm::Module& module);
@@ -14,15 +15,16 @@ class Optimiser {
     Optimiser(const Optimiser&) = delete;
     Optimiser& operator=(const Optimiser&) = delete;
 
-    void cleanLightly(llvm::Function& function); // memory into values, repetitions, plain branches
-    void clean(llvm::Function& function);        // and the combining of instructions
-    void unrollLoops(llvm::Function& function);  // those with a small constant number of rounds
-    void finish(llvm::Function& function);       // once, for a function that has everything in it
-    void tidy(llvm::Function& function);         // after a step that leaves dead code behind
+    void
+    cleanLightly(llvm::Function& function);     // memory to values, common subexpressions, branches
+    void clean(llvm::Function& function);       // and combining instructions
+    void unrollLoops(llvm::Function& function); // loops with a small constant number of rounds
+    void finish(llvm::Function& function);      // once, for a function without calls
+    void tidy(llvm::Function& function);        // after a step that leaves dead code
     void dropDeadCode(llvm::Function& function);
     void foldInitialisers(llvm::Module& module); // of constants that need code to be made
 
-    // Whether some loop runs a constant number of times that is small enough to unroll.
+    // Whether a loop has a constant number of rounds that is small enough to unroll.
     bool hasShortLoops(llvm::Function& function);
 
     void forget(llvm::Function& function);

@@ -1,4 +1,4 @@
-// The lanes of vector comparisons: Clang's are all ones where true, Metal's are 1.
+// Converts the lanes of vector comparisons: true is all ones in Clang and 1 in Metal.
 #pragma once
 
 namespace llvm {
@@ -7,7 +7,7 @@ class Function;
 
 namespace tarnwick::msl {
 
-// Works on code as it comes from code generation, before anything has rewritten it.
+// Requires unchanged code of the code generation.
 void fixComparisonLanes(llvm::Function& function);
 
 } // namespace tarnwick::msl

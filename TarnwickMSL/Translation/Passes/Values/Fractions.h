@@ -1,4 +1,4 @@
-// Fractions that are below one by themselves.
+// Simplifies fractions that are below one in any case.
 #pragma once
 
 namespace llvm {
@@ -7,9 +7,9 @@ class Function;
 
 namespace tarnwick::msl {
 
-// `x - floor(x)` rounds up to one only where x lies between -2^-25 and 0, and the library's fract
-// keeps it below. Takes that step away where x is known to be elsewhere: it is non-negative, or a
-// multiple of whole numbers, as in most hashes. Gives whether anything changed.
+// `x - floor(x)` rounds up to one only for x in (-2^-25, 0), and `fract` of the library limits it.
+// This removes the limit where x is provably elsewhere: it is non-negative, or a multiple of whole
+// numbers, as in most hashes. Returns whether the code changed.
 bool trimFractions(llvm::Function& function);
 
 } // namespace tarnwick::msl

@@ -1,4 +1,4 @@
-// What LLVM's passes make that shader code has no form for, in terms of what it has.
+// Expands code that the passes of LLVM produce and that SPIR-V cannot express.
 #pragma once
 
 namespace llvm {
@@ -7,8 +7,8 @@ class Function;
 
 namespace tarnwick::msl {
 
-// Drops hints (assume, lifetimes, freeze) and expands intrinsics and integer widths that are not
-// in docs/compiler.md's list. Throws TranslationError on what has no expansion.
+// Removes hints (assume, lifetimes, freeze) and expands intrinsics and integer widths that are not
+// listed in docs/compiler.md. Throws TranslationError on code without an expansion.
 void legalise(llvm::Function& main);
 
 } // namespace tarnwick::msl

@@ -1,4 +1,4 @@
-// Integers of widths that no shader has (i4 of a bit cast, i33 of a loop's sum), in wider ones.
+// Widens integers whose width SPIR-V does not have (i4 of a bit cast, i33 of the sum of a loop).
 #pragma once
 
 namespace llvm {
@@ -7,7 +7,7 @@ class Function;
 
 namespace tarnwick::msl {
 
-// Afterwards every integer has 1, 8, 16, 32 or 64 bits. Throws TranslationError past 64.
+// Afterwards every integer has 1, 8, 16, 32 or 64 bits. Throws TranslationError above 64.
 void promoteOddIntegers(llvm::Function& main);
 
 } // namespace tarnwick::msl

@@ -1,4 +1,4 @@
-// Tables whose elements have two values.
+// Replaces tables whose elements have two values.
 #pragma once
 
 namespace llvm {
@@ -7,8 +7,9 @@ class Function;
 
 namespace tarnwick::msl {
 
-// Makes an element of a constant table of at most 32, in each lane of which only two values occur
-// (as in a list of corners), a choice by a bit of a number. Whether anything changed.
+// Replaces the access to a constant table of at most 32 elements, in each lane of which only two
+// values occur (such as a list of corners), by a selection by a bit of a number. Returns whether
+// the code changed.
 bool replaceTwoValuedTables(llvm::Function& main);
 
 } // namespace tarnwick::msl
