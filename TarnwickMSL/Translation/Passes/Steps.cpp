@@ -125,7 +125,7 @@ static constexpr std::array table{
          "Makes bits of a number of tables with two values; after `unroll`, which makes many indices constant."},
     Step{"late-memory-calls", Scope::entryPoint, "Passes/Memory/MemoryCalls.h",
          [](Work& work) { work.forgetMainIf(expandMemoryCalls(work.main())); },
-         "Repeats `memory-calls`, since LLVM's passes make new copies; before `pointers`, which knows loads and stores only.",
+         "Repeats `memory-calls` for copies that LLVM's passes may have made since; before `pointers`, which knows loads and stores only.",
          Form::copies},
     Step{"pointer-arrays", Scope::entryPoint, "Passes/Memory/PointerArrays.h", pointerArrays,
          "Turns indexed arrays of pointers into choices; before `pointers`, which resolves choices but no pointers in memory."},

@@ -1,7 +1,40 @@
-// The packaged CPU driver ends an invocation without a word after 65,535 rounds, summed over all
-// its loops; a GPU hangs instead. So the rounds of a shader that may come near must be counted, in
-// such a way that loops with known ends cost nothing: their most rounds are added up here, and the
-// counting loops around them add the sum at once.
+// Loops without a known end count their rounds and end the invocation past a budget.
+//
+// In: flow as normaliseFlow leaves it. LLVM's ScalarEvolution can still see the number of rounds:
+// after the flow is structured, the tests are phis of booleans and it cannot.
+//
+// Out: either nothing changed, because all loops together stay below `mostInAll` rounds; or the
+// loops that may not have a counter in memory. A counting loop adds to it in each round, and past
+// the built-in `msl.loop_budget` it leaves for the block `spent`, which stores 1 to msl.loop_report
+// and returns. docs/compiler.md, "The loop budget", has the rules for users.
+//
+// The packaged CPU driver ends an invocation without notice after 65,535 rounds, summed over its
+// loops; a GPU hangs. A counter in every loop would cost time in each round of loops that cannot
+// run long. So:
+// - rounds(loop) is the maximum number of rounds in one execution of a loop, its inner loops
+//   included: (own + 1) * (1 + inside). The extra round is the run of the header in which a
+//   structured loop leaves. `unknown` is large enough to survive sums and is the cap of all sums.
+// - choose(loop, most) takes a loop that may exceed `most`, and within it the inner loops that may
+//   exceed `mostInside`. Inner loops below that do not count; the weight of a round of the counting
+//   loop includes their maximum.
+//
+// Invariant: the rounds that ran are at most the counter plus `mostUncounted`, and one for each
+// counting nest, whose header runs once more to leave. Nests that do not count share
+// `mostUncounted` between them, so the default budget is reached before the driver's limit.
+//
+// How a loop counts:
+// - countAhead: a loop alone, with a number of rounds that can be computed before it, pays for all
+//   rounds at once, and is not entered if it cannot pay. The number is clamped to `mostAhead`, so
+//   that number times weight does not overflow 32 bits.
+// - count: else the header's or latch's own test also tests the budget, because another exit costs
+//   the structured loop a phi and a test. After the loop the counter decides again between `spent`
+//   and the way on. An outer loop does this for an inner one where the rest of its round has no
+//   effect (endsForIt).
+// - A loop with no such test gets an exit in its latch.
+//
+// The counter is a local with the metadata `counterMark`, not a phi: Regions.cpp moves tests while
+// it works, and a phi would have to follow them. promoteCounter makes values of it afterwards. A
+// store to it is no effect for the question whether a loop may leave from its header.
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopBudget.h"
 
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"

@@ -1,3 +1,33 @@
+// Loops get the blocks that SPIR-V requires (SPIR-V 1.6, 2.11) and leave in the CPU driver's way.
+//
+// In: regions as makeRegions leaves them. A loop that is not in `structure` yet is left from its
+// latch alone.
+//
+// Out: each loop has a header with phis and a branch, a body, a continue block that only goes back,
+// and a merge block that only this loop's exit reaches; `structure` has header, merge and continue
+// target. The rule Form::loops checks this.
+//
+// There are two forms:
+//
+//   no value leaves           header -> body ... -> continue -> header or merge
+//   values leave, enclosed    header -> body or merge;   body ... -> continue -> header
+//
+// In the second form all values that are used after the loop leave through phis of the header, and
+// the decision to leave is a phi as well, `done`: false at first, then the latch's condition of the
+// round before. The loop runs its header once more to leave. The reason is the packaged CPU driver:
+// it runs several invocations at once under a mask and masks only phis. Any other value of the loop
+// is computed again for lanes that have left, while others still go round (docs/compiler.md,
+// "Shapes that the packaged CPU driver needs", 1).
+//
+// Invariant of the rewriting: uses inside the loop keep the value, uses outside get the carrier
+// phi. All uses are collected before the first is changed, since the carrier of one value can be
+// another value that leaves (in a Fibonacci loop, a header phi both leaves and carries). A header
+// phi that already takes the value from the continue block is the carrier; else a new phi is made,
+// whose first operand is poison: no use is reached before the first round.
+//
+// Loops are worked on from the inside out, so that an inner loop's merge and header are blocks of
+// the outer loop's body when that one is split. The set of loops that must be enclosed
+// (LoopRows.cpp) is computed before any split, and enclosed last.
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Loops.h"
 
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopRows.h"

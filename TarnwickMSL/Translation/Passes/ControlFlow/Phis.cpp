@@ -1,3 +1,22 @@
+// Two phis of one block that carry the same value become one.
+//
+// In: structured code without phis of vectors. Structured loops carry a value twice if it goes on
+// into the next round and leaves the loop as well: the phi of the program (its first operand is
+// the value at entry) and the carrier of Loops.cpp (its first operand is poison).
+//
+// Out: one phi. The packaged CPU driver pays for each phi of a loop with a masked store in each
+// round.
+//
+// Two phis are one if for each predecessor their operands agree: equal, or one is undefined, or
+// both are one of the two phis themselves. At least one operand that is not a constant must be
+// equal in both: phis that agree only where one is undefined, or only in constants, are not a pair
+// that carries one value, and stay.
+//
+// The joined phi takes the defined operand of each pair. That refines the program: where the second
+// phi was undefined, it now has the value of the first. Poison-generating flags are intersected.
+//
+// Joining can make operands of other phis equal, so the whole function is repeated until nothing
+// changes. Each join removes a phi, which bounds the repetition.
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Phis.h"
 
 #include <llvm/IR/Constants.h>

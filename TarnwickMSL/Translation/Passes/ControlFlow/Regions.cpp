@@ -1,3 +1,38 @@
+// Any reducible control flow becomes a nest of regions.
+//
+// In: flow as normaliseFlow leaves it (one return, loops with one entry, one latch, an exit), with
+// the loop budget's exits. Branches may go anywhere: out of several loops, into the middle of what
+// another branch skips.
+//
+// Out: each region has one entry and one exit. A loop is left by one edge: from its latch, or from
+// its header if the source's loop was. Loops that are left from their headers are in `structure`
+// already. The rule Form::exits checks this. `loops` and `selections` then only give constructs
+// blocks of their own.
+//
+// LLVM does the hard part. UnifyLoopExits gives a loop with several exits one exit block, where a
+// number says which exit was meant. StructurizeCFG turns the rest into nested if-then with guards:
+// a block that two branches reach gets a condition "comes here" as a phi of booleans.
+//
+// StructurizeCFG moves every loop's exit test into the latch. For a loop that its header alone
+// leaves, as `for` and `while` loops do, this is a loss: the packaged CPU driver wants the test in
+// the header (docs/compiler.md, "Shapes that the packaged CPU driver needs"), and a test in the
+// latch must be carried round the loop in a phi. So the test is moved out of the way:
+// - markLoops moves such a test to the latch, where it is the operand of a call of `marker`. The
+//   call is opaque, so no pass merges or simplifies the condition.
+// - restoreTests finds the marker in the latch's condition and moves the test back into the header.
+//
+// Invariant between the two: a round of a marked loop runs its body before the test. That is not
+// the program's meaning, so nothing may be derived from it. InstSimplify, DCE and the promotion of
+// the loop counter (LoopBudget) run after restoreTests for that reason: in between, code that the
+// test guards looks as if it ran in every round, and a division by a value that the test keeps from
+// zero could be moved or folded.
+//
+// A marked header must not have effects or convergent calls, since it runs once more than the body;
+// its values, phis aside, must not be used outside the loop, since those need the phis that `loops`
+// makes. The counter's store is exempt: promoteCounter makes a value of it. Loops that LoopRows
+// chooses to enclose are not marked: they need the latch's form.
+//
+// Essays of the neighbours: LoopBudget.cpp (before), Loops.cpp (after).
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Regions.h"
 
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Flow.h"

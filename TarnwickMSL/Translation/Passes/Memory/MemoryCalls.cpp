@@ -1,3 +1,34 @@
+// Copies and fills of memory become loads and stores.
+//
+// In: code with llvm.memcpy, memmove and memset of constant lengths, which Clang makes of
+// assignments of records and inlining makes of records that are passed by value. SPIR-V copies
+// whole variables of one type, which fits few of them.
+//
+// Out: no such call. A copy is loads and stores of parts; a part is a scalar or vector of the type
+// of the memory on one side. All loads are before all stores, since source and target may overlap.
+//
+// The parts matter: an access that does not fall on a member of its variable's declared type makes
+// the writer show the memory as integers (docs/compiler.md, "What the writer makes of memory"), and
+// the optimiser can turn a local record into values only if its accesses fall on its members.
+// - rootOf follows the steps of a pointer down to its local or global; it gives a constant offset
+//   and the strides of the indices that are not constant.
+// - placeOf goes from the root's type into the element or member that contains the place, until no
+//   stride is left. It then knows a type and a constant offset in it. An index that is not constant
+//   is dropped when its stride is a multiple of the element size, because every element looks the
+//   same from inside.
+// - partsAt lists the scalars and vectors of that type within the copied bytes. It fails if one is
+//   cut by the range. Runs of four bytes become one word (byWords).
+// - partsOfBoth asks both sides and takes the one with fewer parts: the optimiser leaves arrays of
+//   bytes where records were.
+//
+// Invariant: the parts cover exactly the bytes of the copy, but for padding of the chosen type.
+// Padding has no value, so it need not be copied.
+//
+// If no side gives parts, the copy is of words. A copy of more than `mostParts` parts is a loop
+// over words.
+//
+// The pass runs twice: before loops are unrolled, so that copied records become values, and after
+// LLVM's passes, so that `pointers` meets no call whatever those passes do.
 #include "TarnwickMSL/Translation/Passes/Memory/MemoryCalls.h"
 
 #include "TarnwickMSL/Translation/Places.h"

@@ -1,3 +1,45 @@
+// Pointers become numbers where SPIR-V's logical addressing has no form for them.
+//
+// In: `main` with everything inlined and no copies of memory. A pointer is a root (a local or a
+// global), a step into memory (getelementptr), or a choice of pointers (phi, select). The optimiser
+// makes choices freely: it joins the stores of two branches into one store to a selected address.
+// SPIR-V cannot select or compare pointers of logical addressing, and the writer must know the
+// variable of every access.
+//
+// Out: every access is to a root with steps into it. Choices of pointers have no uses left but each
+// other; the step `tidy` deletes them.
+//
+// A choice becomes numbers (struct Chosen): `which`, the number of its root, and for each root that
+// it can be, an offset into it. A phi of pointers becomes a phi of `which` and one phi for each
+// root's offset; a select becomes selects. For a root that an operand cannot be, the phi takes an
+// undefined offset and the select the other operand's: `which` does not name that root then.
+//
+// Invariant: where `which` is the number of a root, offset[root] units from the root is the address
+// that the pointer had. Other offsets may have any value, so an access to a root that is not meant
+// must be harmless:
+// - A load reads all candidates and selects the value by `which`. Reads out of range are safe
+//   (docs/compiler.md, "Memory out of range"), and no branch is needed.
+// - A store, and an atomic change, happens in a branch of its own for each candidate, since other
+//   invocations may see the memory.
+// - null and undefined pointers are the number `nowhere`, which no access compares with.
+//
+// Offsets count in units: the greatest common divisor of all distances that the pointers concerned
+// can move. A walk over an array of 12-byte records then counts records, and the writer finds an
+// array's index again instead of a division. The unit depends on the set of pointers, so `workOn`
+// forgets all Chosen when the set changes, while the roots keep their numbers.
+//
+// A comparison compares the offsets, and for equality `which`. Order between different variables is
+// undefined (Metal Shading Language 3.1, which has C++'s rules), so the offsets alone decide it. A
+// conversion to an integer gives (root number + 1) * 2^24 + bytes: distinct for distinct places,
+// with byte differences within one variable. Conversions back are refused.
+//
+// Why not memory of 32-bit words with real addresses: buffers, locals and threadgroup memory have
+// different storage classes in SPIR-V, and every access would go through a switch over all of them.
+// Most choices have two candidates.
+//
+// `keepPointersNear` is a step of its own, `near-addresses`: it repeats the steps to an address
+// before each access. The structuring of the control flow inserts phis for values that cross
+// blocks; an address that is made in the block of its access crosses none.
 #include "TarnwickMSL/Translation/Passes/Memory/Pointers.h"
 
 #include "TarnwickMSL/Translation/Places.h"

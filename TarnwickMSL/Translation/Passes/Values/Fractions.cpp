@@ -1,3 +1,27 @@
+// The clamp of `fract` goes where the fraction cannot reach one.
+//
+// In: the library's fract(x), which is smin(bits(x - floor(x)), bits(1 - 2^-24)) as integers. The
+// difference is 1.0 for x in [-2^-25, 0) alone, where x + 1 rounds up; a fraction must be below one
+// (Metal Shading Language 3.1, 6.5). Noise functions call fract several times for each pixel.
+//
+// Out: x - floor(x) alone where x is known not to be in that interval.
+//
+// What can be known of a value that is not a NaN (class Facts):
+// - non-negative: constants, squares, absolute values, roots, fractions, conversions of unsigned
+//   integers, and sums and products of such values;
+// - whole (an integer as a float): results of floor, ceil, trunc, rint, conversions of integers,
+//   and sums, differences and products of such values. Where a sum rounds, the result is beyond
+//   2^24, and every float there is whole.
+// x is safe if it is non-negative or whole, or a whole number times a constant of at least 2^-20 in
+// absolute value: then it is zero or at least 2^-20 from zero. Hashes have this form
+// (floor(p) * 0.1031).
+//
+// Invariant: a fact of a vector holds for each defined lane. Rearrangements (shuffle, insertion,
+// extraction) pass facts on from all their sources. The facts exclude NaNs: with the clamp a
+// positive NaN becomes the largest fraction, without it the result is a NaN.
+//
+// The walk goes `deepest` operations up and remembers its answers. It does not look through phis:
+// a value that a loop carries could be safe only by induction.
 #include "TarnwickMSL/Translation/Passes/Values/Fractions.h"
 
 #include <llvm/ADT/DenseMap.h>
