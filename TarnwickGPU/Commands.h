@@ -89,7 +89,7 @@ class CommandBuffer {
     CommandBuffer(CommandBuffer&&) noexcept;
     CommandBuffer& operator=(CommandBuffer&&) noexcept;
 
-    // Nothing when the device is lost or memory is out. One encoder at a time.
+    // Nothing if the device is lost or out of memory. One encoder at a time.
     std::optional<RenderCommandEncoder> renderCommandEncoder(const RenderPassDescriptor&);
     std::optional<ComputeCommandEncoder> computeCommandEncoder();
     std::optional<BlitCommandEncoder> blitCommandEncoder();
@@ -115,7 +115,7 @@ class CommandQueue {
     ~CommandQueue();
     CommandQueue(const CommandQueue&) = delete;
     CommandQueue& operator=(const CommandQueue&) = delete;
-    // Nothing when the device is lost or memory is out. Blocks while 64 command buffers are in
+    // Nothing if the device is lost or out of memory. Blocks while 64 command buffers are in
     // flight.
     std::optional<CommandBuffer> commandBuffer();
 

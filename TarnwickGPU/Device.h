@@ -87,8 +87,8 @@ class Device {
     // A library of compiled entry points.
     std::unique_ptr<Library> newLibrary(std::vector<msl::EntryPoint> entryPoints);
 
-    // Null if memory is out, the device is lost or it does not support the descriptor. Buffers and
-    // textures are zero at first.
+    // Null if memory is exhausted, the device is lost or it does not support the descriptor.
+    // Buffers and textures are zero at first.
     std::unique_ptr<CommandQueue> newCommandQueue(QueueUse use = QueueUse::pictures);
     std::unique_ptr<Buffer> newBuffer(std::size_t bytes, StorageMode storage = StorageMode::shared);
     std::unique_ptr<Texture> newTexture(const TextureDescriptor& descriptor);

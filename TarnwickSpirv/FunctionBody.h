@@ -1,4 +1,4 @@
-// The instructions of one function of a module, which takes nothing and gives nothing.
+// The instructions of one function of a module, without parameters and result.
 #pragma once
 
 #include "TarnwickSpirv/Module.h"
@@ -11,8 +11,8 @@ class FunctionBody {
   public:
     explicit FunctionBody(Module& module) : module(module) {}
 
-    // Appends an instruction with a result and gives the result's id. The operands are the two
-    // lists, one after the other.
+    // Appends an instruction with a result and returns the id of the result. The operands are the
+    // two lists, one after the other.
     Id emit(spv::Op op, Id type, Operands first, Operands second = {});
     // Appends an instruction without a result.
     void act(spv::Op op, Operands operands) { append(code, op, operands); }

@@ -1,5 +1,4 @@
-// A module's global variables by what its decorations say of them, and its specialisation
-// constants.
+// Finds the global variables of a module by their decorations, and its specialisation constants.
 #pragma once
 
 #include "TarnwickSpirv/Module.h"
@@ -11,7 +10,7 @@
 
 namespace tarnwick::spirv {
 
-// The variable of a built-in value, if the module has a variable for this one alone.
+// The variable of a built-in value. Absent if it is not a variable of its own.
 std::optional<Id> builtIn(const Module& module, spv::BuiltIn builtIn);
 // The variables of a storage class that have locations, by location.
 std::map<std::uint32_t, Id> locations(const Module& module, spv::StorageClass storage);

@@ -1,6 +1,6 @@
 // A SPIR-V module of one entry point: its ids and its words, section by section (SPIR-V 1.6, 2.4).
-// It is built from nothing, or taken apart so that code can be added around its function; the ids
-// of a module that is taken apart stay the same. Names and other debug information are left out.
+// It is built from scratch, or parsed so that code can be added around its function. A parsed
+// module keeps its ids; names and other debug information are removed.
 #pragma once
 
 #include "TarnwickSpirv/Instruction.h"
@@ -16,7 +16,7 @@ namespace tarnwick::spirv {
 class Module {
   public:
     Module(); // has the capability Shader, and no function yet
-    // Takes a whole module apart. Its instructions must be well formed; the only set of extended
+    // Parses a whole module. Its instructions must be well formed; the only set of extended
     // instructions is GLSL.std.450.
     explicit Module(Operands words);
 
@@ -54,10 +54,11 @@ class Module {
     Id declare(spv::Op op, Id type, Operands operands);
     // A global variable, which becomes part of the entry point's interface.
     Id variable(spv::StorageClass storage, Id pointee, Id initialiser = 0);
-    // Gives a variable its place in descriptor set 0.
+    // Decorates a variable with its binding in descriptor set 0.
     void bind(Id variable, std::uint32_t binding);
 
-    // Whole declarations: the id that one of these operands has, whatever its own id is.
+    // Looks up and adds whole declarations. find() compares all operands except the id of the
+    // result; absent without a match.
     std::optional<Id> find(const Instruction& declaration) const;
     void add(const Instruction& declaration);
 

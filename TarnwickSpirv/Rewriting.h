@@ -1,4 +1,4 @@
-// Changes to a module that was taken apart.
+// Changes to a parsed module.
 #pragma once
 
 #include "TarnwickSpirv/Module.h"
@@ -11,8 +11,8 @@ void changeStorage(Module& module, Id variable, spv::StorageClass storage);
 // Makes an input or output a private variable, which other code of the module fills or reads.
 void makePrivate(Module& module, Id variable);
 
-// Gives the entry point's function a new id, which is returned. Another function of main()'s id can
-// then call it.
+// Gives the function of the entry point a new id and returns it. Another function can then have the
+// id of main() and call it.
 Id renameMain(Module& module);
 void removeFunction(Module& module, Id function);
 

@@ -14,7 +14,7 @@ namespace tarnwick::gpu {
 class BytesRing {
   public:
     struct Slice {
-        VkBuffer buffer = VK_NULL_HANDLE; // null: memory is out
+        VkBuffer buffer = VK_NULL_HANDLE; // null: out of memory
         VkDeviceSize offset = 0;
         std::byte* bytes = nullptr;
     };

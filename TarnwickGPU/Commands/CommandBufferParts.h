@@ -45,14 +45,14 @@ const char* nameOf(CommandBufferStatus status);
 enum class Rendering : std::uint8_t { due, open, broken };
 
 struct CommandBufferParts {
-    // Null when memory is out.
+    // Null if out of memory.
     static std::unique_ptr<CommandBufferParts> make(std::shared_ptr<DeviceState> device);
     explicit CommandBufferParts(std::shared_ptr<DeviceState> state) : device(std::move(state)) {}
     ~CommandBufferParts();
     CommandBufferParts(const CommandBufferParts&) = delete;
     CommandBufferParts& operator=(const CommandBufferParts&) = delete;
 
-    bool begin(); // false when memory is out
+    bool begin(); // false if out of memory
     void startEncoding(Encoding kind);
     void endEncoding(Encoding kind);
     // The encoder has the use `use` of `texture` from the next flush of `barriers` on.
@@ -70,7 +70,7 @@ struct CommandBufferParts {
     VkCommandBuffer handle = VK_NULL_HANDLE;
     std::uint64_t submission = 0; // the last of these parts
     CommandBufferStatus status = CommandBufferStatus::recording;
-    bool failed = false; // memory was out while encoding; commit() gives an error
+    bool failed = false; // out of memory while encoding; commit() gives an error
 
     BytesRing ring;
     DescriptorSets sets;

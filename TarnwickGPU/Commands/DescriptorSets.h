@@ -14,7 +14,7 @@ struct DeviceRecord;
 
 class DescriptorSets {
   public:
-    // Null when memory is out. Valid until reset().
+    // Null if out of memory. Valid until reset().
     VkDescriptorSet take(const DeviceRecord& device, VkDescriptorSetLayout layout);
     void reset(const DeviceRecord& device); // the GPU uses none of the sets
     void bury(Graveyard& graveyard);

@@ -12,7 +12,7 @@ namespace tarnwick::gpu {
 
 class LoopReports {
   public:
-    bool make(const DeviceRecord& device); // false when memory is out
+    bool make(const DeviceRecord& device); // false if out of memory
     void reset();
     void bury(Graveyard& graveyard);
 

@@ -12,7 +12,7 @@ namespace tarnwick::gpu {
 class Transfers;
 
 struct BufferParts {
-    // Contents are zero. Null when memory is out or the device does not support the length.
+    // Contents are zero. Null if memory is exhausted or the device does not support the length.
     static std::unique_ptr<BufferParts> make(const DeviceRecord& device, Graveyard& graveyard,
                                              Transfers& transfers, std::size_t bytes,
                                              StorageMode storage);

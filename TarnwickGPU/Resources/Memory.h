@@ -33,11 +33,11 @@ inline constexpr VkBufferUsageFlags anyBufferUsage =
     VK_BUFFER_USAGE_INDIRECT_BUFFER_BIT | VK_BUFFER_USAGE_TRANSFER_SRC_BIT |
     VK_BUFFER_USAGE_TRANSFER_DST_BIT;
 
-// Nothing when memory is out or the device does not support the size. The bytes are undefined.
+// Nothing if memory is exhausted or the device does not support the size. The bytes are undefined.
 std::optional<BufferMemory> makeBufferMemory(const DeviceRecord& device, VkDeviceSize size,
                                              MemoryUse use);
 
-// Binds memory of its own to `image`; null when memory is out. Memory that is not gpuOnly can be
+// Binds memory of its own to `image`; null if out of memory. Memory that is not gpuOnly can be
 // mapped.
 VkDeviceMemory makeImageMemory(const DeviceRecord& device, VkImage image, MemoryUse use);
 

@@ -25,8 +25,8 @@ class PointSumsKeeper {
     PointSumsKeeper(const DeviceRecord& device, Graveyard& graveyard)
         : device_(device), graveyard_(graveyard) {}
 
-    // At least `bytes` long, zero. Null when memory is out or a descriptor cannot show the length.
-    // Any thread.
+    // At least `bytes` long, zero. Null if memory is exhausted or a descriptor does not support the
+    // length. Any thread.
     std::shared_ptr<PointSums> sums(VkDeviceSize bytes);
     void stop() { sums_.reset(); }
 

@@ -20,11 +20,11 @@ class StandIns {
   public:
     StandIns(const DeviceRecord& device, Graveyard& graveyard, Transfers& transfers);
     ~StandIns();
-    bool start(); // false when memory is out
+    bool start(); // false if out of memory
     void stop();  // the GPU is idle
 
     // One texel of the resource's shape and component, zero unless a shader stored to it. Made when
-    // a pipeline first needs it; null when memory is out. Any thread.
+    // a pipeline first needs it; null if out of memory. Any thread.
     const TextureParts* texture(const msl::Resource& resource);
 
     BufferMemory zeros, scratch;

@@ -17,10 +17,10 @@ struct DrawableSlot;
 // Between encoders every texture is in one layout, `rest`, so that command buffers may be encoded
 // in any order and by any thread: none depends on the layout in which another left a texture.
 struct TextureParts {
-    // Contents are zero. Null when the device does not support the texture or memory is out.
+    // Contents are zero. Null if the device does not support the texture or memory is exhausted.
     static std::unique_ptr<TextureParts> make(const DeviceRecord& device, Graveyard& graveyard,
                                               Transfers& transfers, const TextureDescriptor&);
-    // A swapchain's image, owned by the swapchain. Null when memory is out.
+    // A swapchain's image, owned by the swapchain. Null if out of memory.
     static std::unique_ptr<TextureParts> wrap(const DeviceRecord& device, Graveyard& graveyard,
                                               Transfers& transfers, const TextureImage& image,
                                               DrawableSlot& drawable);
@@ -45,7 +45,8 @@ struct TextureParts {
     DrawableSlot* drawable = nullptr; // of a swapchain's image
 };
 
-// For the layer's own jobs: after everything before, and before everything after.
+// A barrier for the layer's own jobs: it waits for all earlier work, and all later work waits for
+// it.
 void changeLayout(VkCommandBuffer commands, const TextureParts& parts, VkImageLayout from,
                   VkImageLayout to);
 

@@ -42,17 +42,17 @@ class TextureViews {
     TextureViews(const DeviceRecord& device, const TextureImage& image)
         : device_(device), image_(image) {}
 
-    // Makes the view of the whole image. False when memory is out.
+    // Makes the view of the whole image. False if out of memory.
     bool start();
     void bury(Graveyard& graveyard);
 
     // The whole image as its own type; null if its usage has no views.
     VkImageView whole() const { return whole_; }
     // The view for a shader's resource. Null if the texture has another shape or component, its
-    // usage does not include the resource's, it lacks the resource's level, or memory is out. Any
-    // thread.
+    // usage does not include the resource's, it lacks the resource's level, or memory is exhausted.
+    // Any thread.
     VkImageView forResource(const msl::Resource& resource) const;
-    // One level of one slice, to draw into. Null when memory is out. Any thread.
+    // One level of one slice, to draw into. Null if out of memory. Any thread.
     VkImageView attachment(std::uint32_t level = 0, std::uint32_t slice = 0) const;
 
   private:

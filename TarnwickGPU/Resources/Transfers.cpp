@@ -60,7 +60,7 @@ Transfers::Slot* Transfers::freeSlot() {
     return &slots_.emplace_back(made);
 }
 
-// `slot` is free, or null when memory is out.
+// `slot` is free, or null if out of memory.
 std::optional<std::uint64_t> Transfers::submit(const Record& record, Slot* slot) {
     const VkCommandBufferBeginInfo begin{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_BEGIN_INFO,
                                          .flags = VK_COMMAND_BUFFER_USAGE_ONE_TIME_SUBMIT_BIT};

@@ -26,7 +26,7 @@ class Transfers {
     Transfers(const DeviceRecord& device, Submissions& submissions, Graveyard& graveyard)
         : device_(device), submissions_(submissions), graveyard_(graveyard) {}
 
-    // Later submissions see the job's stores. False when memory is out or the device is lost.
+    // Later submissions see the job's stores. False if memory is exhausted or the device is lost.
     bool run(const Record& record);
 
     // `fill` writes `size` bytes of staging memory, from which the job copies. An upload of up to

@@ -26,7 +26,7 @@ struct DeviceFeatures {
 
 // Whether the device has all features that the layer needs.
 bool isUsable(VkPhysicalDevice device);
-// The extensions' records that may stand in the device's FeatureChain.
+// The extensions' records that may be in the device's FeatureChain.
 OptionalRecords optionalRecords(VkPhysicalDevice device);
 
 // Sets `chain`, made with optionalRecords(), to the features to enable, and adds the names of the

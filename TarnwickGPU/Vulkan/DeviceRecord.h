@@ -1,5 +1,5 @@
-// What the objects of a device read of it: handles, features, limits and memory types. Filled when
-// the device is opened and constant from then on. The owner is DeviceState.
+// The data of a device that its objects read: handles, features, limits and memory types. Filled
+// when the device is opened, then constant. Its owner is DeviceState.
 #pragma once
 
 #include "TarnwickGPU/DeviceInfo.h"

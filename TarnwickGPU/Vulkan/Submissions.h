@@ -21,7 +21,7 @@ enum class Lane : std::uint8_t { pictures, beside };
 
 class Submissions {
   public:
-    // `queueCount` queues of the family were created with the device. False when memory is out.
+    // `queueCount` queues of the family were created with the device. False if out of memory.
     bool start(VkDevice device, std::uint32_t queueFamily, std::uint32_t queueCount);
     void stop(); // the GPU is idle
 
