@@ -1,6 +1,6 @@
 // What a decoder makes of the movies that are exported.
 #include "TarnwickRender/VideoExporter.h"
-#include "tests/TarnwickPlatform/SmallMovie.h"
+#include "tests/TarnwickPlatform/Movie/SmallMovie.h"
 #include "tests/TarnwickRender/Rendering.h"
 
 #include <cmath>

@@ -1,7 +1,7 @@
 // What is in the files that the writer makes, read back by libav.
 
 #include "TarnwickPlatform/Movie/Files/MoviePart.h"
-#include "tests/TarnwickPlatform/SmallMovie.h"
+#include "tests/TarnwickPlatform/Movie/SmallMovie.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tests/TarnwickPlatform/HEVCSyntax.h"
+#include "tests/TarnwickPlatform/Movie/HEVCSyntax.h"
 
 #include <algorithm>
 #include <sstream>

@@ -1,5 +1,5 @@
 #include "TarnwickPlatform/Movie/ColorConversion.h"
-#include "tests/TarnwickPlatform/SmallMovie.h"
+#include "tests/TarnwickPlatform/Movie/SmallMovie.h"
 
 #include <gtest/gtest.h>
 

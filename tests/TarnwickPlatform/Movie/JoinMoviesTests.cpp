@@ -2,7 +2,7 @@
 #include "TarnwickPlatform/Movie/Files/MoviePart.h"
 #include "TarnwickPlatform/Movie/JoinMovies.h"
 #include "TarnwickPlatform/Movie/MovieError.h"
-#include "tests/TarnwickPlatform/SmallMovie.h"
+#include "tests/TarnwickPlatform/Movie/SmallMovie.h"
 
 #include <gtest/gtest.h>
 

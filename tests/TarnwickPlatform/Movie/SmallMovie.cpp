@@ -1,4 +1,4 @@
-#include "tests/TarnwickPlatform/SmallMovie.h"
+#include "tests/TarnwickPlatform/Movie/SmallMovie.h"
 
 #include "TarnwickPlatform/Movie/ColorConversion.h"
 #include "TarnwickPlatform/Movie/Packets/Libav.h"

@@ -1,5 +1,5 @@
 #include "TarnwickPlatform/Movie/MovieWriter.h"
-#include "tests/TarnwickPlatform/SmallMovie.h"
+#include "tests/TarnwickPlatform/Movie/SmallMovie.h"
 
 #include <gtest/gtest.h>
 

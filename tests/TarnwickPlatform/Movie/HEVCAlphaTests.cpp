@@ -1,6 +1,6 @@
 #include "TarnwickPlatform/Movie/Encoders/HEVCAlphaEncoder.h"
 #include "TarnwickPlatform/Movie/Encoders/HEVCLayerPairs.h"
-#include "tests/TarnwickPlatform/HEVCSyntax.h"
+#include "tests/TarnwickPlatform/Movie/HEVCSyntax.h"
 
 #include <gtest/gtest.h>
 
