@@ -33,7 +33,7 @@ struct AudioRenderer {
     render(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device, double start,
            double duration, const ParamValues& values, SoundNews* news = nullptr);
 
-    // Maximum of seconds in a file: its sizes are 32 bits wide.
+    // The maximum number of seconds in a file: its sizes are 32 bits wide.
     static constexpr double longestWav = 22369;
 
     // Interleaved stereo as a RIFF file of 16-bit PCM at sampleRate. Samples outside [-1, 1] are

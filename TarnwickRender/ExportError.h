@@ -1,4 +1,4 @@
-// Why a movie was not exported.
+// The error of an export.
 #pragma once
 
 #include <cstdint>

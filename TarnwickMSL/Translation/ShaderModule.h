@@ -1,5 +1,5 @@
 // The form between the passes and the writer: one entry point as a structured `main`. See
-// docs/compiler.md for what its LLVM code may and may not hold.
+// docs/compiler.md for the rules of its LLVM code.
 #pragma once
 
 #include "TarnwickMSL/EntryPoint.h"

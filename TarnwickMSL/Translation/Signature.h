@@ -49,8 +49,8 @@ struct Argument {
     std::uint64_t elementBytes = 0; // sizeof the pointee
     std::uint64_t elementAlign = 0;
     std::string
-        elementType; // the pointee's LLVM type as the module names or prints it ("" if scalar
-                     // types of differing names cannot matter): a hint for typed access
+        elementType; // the name or text of the pointee's LLVM type, a hint for typed access;
+                     // "" if it is not needed
 
     // texture
     TextureShape shape = TextureShape::none;

@@ -6,8 +6,8 @@
 
 namespace tarnwick::msl {
 
-// Throws TranslationError on code that SPIR-V has no form for, and CompilerFault on code that the
-// steps before should not leave.
+// Throws TranslationError on code that SPIR-V cannot express, and CompilerFault on code that
+// earlier steps should have removed.
 EntryPoint writeSpirv(const ShaderModule& shader);
 
 } // namespace tarnwick::msl

@@ -28,7 +28,7 @@ class DispatchTimer {
   private:
     struct Source;
 
-    std::mutex mutex_;               // over source_
+    std::mutex mutex_;               // guards source_
     std::shared_ptr<Source> source_; // null when cancelled; shared with a call under way
 };
 

@@ -1,5 +1,5 @@
-// Names and attributes of the language that this compiler does not support. Programs that use one
-// get a message that says so, rather than "unknown name".
+// Names and attributes of the language that this compiler does not support. The error message for a
+// program that uses one says so, instead of "unknown name".
 #pragma once
 
 #include <string>

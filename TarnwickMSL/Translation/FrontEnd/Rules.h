@@ -1,4 +1,4 @@
-// Reports what C++ allows and a shader may not do, at the program's lines.
+// Reports uses of C++ that are invalid in shaders, at the lines of the program.
 #pragma once
 
 #include <vector>

@@ -16,8 +16,9 @@ namespace tarnwick::msl {
 //    members' initialisers, casts, and the same on template parameters, become
 //    msl_make<float4>(...);
 //  - `vertex`, `fragment` and `kernel` become attributes, `constant` const; `device` and
-//    `threadgroup` leave an attribute on an entry point's argument, else nothing; `thread` nothing;
-//  - of functions that differ in address spaces alone the first stays;
+//    `threadgroup` become attributes of an entry point's argument, and are removed elsewhere;
+//    `thread` is removed;
+//  - of functions that differ only in address spaces, the first is kept;
 //  - a `threadgroup` variable becomes a static one of its own section.
 // Reports keywords that shaders may not use (`double`, `goto`, ...). Every token leads back to a
 // location in the program (usersPlace).

@@ -39,7 +39,7 @@ class Body : public tarnwick::spirv::FunctionBody {
     }
     Id label(const llvm::BasicBlock* block);
 
-    // Of a scalar, or each lane of a vector.
+    // Selects scalars, or each lane of vectors.
     Id select(llvm::Type* type, Id condition, Id yes, Id no) {
         return emit(spv::Op::OpSelect, type, {condition, yes, no});
     }
@@ -47,7 +47,7 @@ class Body : public tarnwick::spirv::FunctionBody {
     Id negated(llvm::Type* boolean, Id value) {
         return emit(spv::Op::OpLogicalNot, boolean, {value});
     }
-    // Integers and floats to another width, or to the same.
+    // Converts integers or floats to the width of `to`, which may be the same.
     Id resized(llvm::Type* to, llvm::Type* from, Id value, bool isSigned);
     Id splat(llvm::Type* vector, Id scalar);
 

@@ -1,4 +1,4 @@
-// The shapes of textures as SPIR-V has them.
+// The shapes of textures in SPIR-V.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"

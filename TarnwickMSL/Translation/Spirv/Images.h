@@ -25,8 +25,8 @@ class Images {
     const std::vector<Resource>& resources() const { return resources_; }
 
   private:
-    // A view of a texture. Most textures have one. Single texels of a cube are those of a view as a
-    // 2D array, and each level that is stored to has a view of its own.
+    // A view of a texture. Most textures have one. Single texels of a cube are read from a view as
+    // a 2D array, and each level that is stored to has a view of its own.
     struct Image {
         const TextureVariable* texture = nullptr;
         const ImageShape* shape = nullptr; // the view's

@@ -7,8 +7,8 @@
 
 namespace tarnwick::msl::spirv {
 
-// Throws CompilerFault on an intrinsic that has no form here: the passes expand those that are not
-// in docs/compiler.md's list.
+// Throws CompilerFault on an unsupported intrinsic: the passes expand all that docs/compiler.md
+// does not list.
 Id writeIntrinsic(Body& body, const llvm::IntrinsicInst& call);
 
 } // namespace tarnwick::msl::spirv

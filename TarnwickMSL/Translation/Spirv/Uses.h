@@ -21,7 +21,7 @@ struct Use {
 // Throws CompilerFault if a pointer into the root is chosen at run time.
 std::vector<Use> usesOf(const llvm::Value& root, const llvm::DataLayout& layout);
 
-// Whether the access serves the use. Other invocations see memory that is shared.
+// Whether the access is valid for the use. `isShared`: other invocations use the memory too.
 bool suits(const Access& access, const Use& use, bool isShared);
 
 // The view of a buffer that shows any value at that place: integers of as many bytes as divide its

@@ -1,5 +1,5 @@
-// What SPIRV-Tools says of a SPIR-V module. The last step of the compiler is checked with it where
-// steps are checked (Passes.h).
+// Validates a SPIR-V module with SPIRV-Tools. The checks of the last step of the compiler use it
+// (Passes.h).
 #pragma once
 
 #include <cstdint>
@@ -8,9 +8,10 @@
 
 namespace tarnwick::msl {
 
-// What is wrong with it for Vulkan 1.3 with scalar block layout, a line each; "" where all is well.
+// The errors of the module for Vulkan 1.3 with scalar block layout, one per line; "" without
+// errors.
 std::string spirvFaults(const std::vector<std::uint32_t>& words);
-// The module in the assembler's text.
+// The module as text of the SPIR-V assembler.
 std::string spirvText(const std::vector<std::uint32_t>& words);
 
 } // namespace tarnwick::msl

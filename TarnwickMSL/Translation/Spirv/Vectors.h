@@ -20,8 +20,8 @@ struct Factor {
 };
 std::optional<Factor> factorOf(const llvm::BinaryOperator& product);
 
-// Whether an insertelement or shufflevector is written where its users need it, not at its own
-// place: its users take its parts. Never one that a phi takes.
+// Whether an insertelement or shufflevector is written at its uses instead of its own place,
+// because its users read its parts. Never if a phi uses it.
 bool isDeferred(const llvm::Instruction& instruction);
 
 Id writeInsertElement(Body& body, const llvm::InsertElementInst& insert);

@@ -22,15 +22,15 @@ struct LibavDeleter {
 };
 template <typename Object> using LibavOwner = std::unique_ptr<Object, LibavDeleter>;
 
-// Suppresses the libraries' messages from now on, and forgets the calling thread's last one, which
-// libavWords would give. The first call takes effect for the process.
+// Suppresses the messages of the libraries, and deletes the last message of the calling thread
+// (libavWords). The first call takes effect for the process.
 void catchLibavWords();
 
-// Why a call gave `error`: the library's last message on this thread since the last call of
+// The reason of `error`: the library's last message on this thread since the last call of
 // catchLibavWords or libavWords, otherwise the system's words for the number.
 std::string libavWords(int error);
 
-// Throws MovieError with libavWords where `result` is negative.
+// Throws MovieError with libavWords if `result` is negative.
 int throwingWhenNegative(int result);
 
 // Throws MovieError("Cannot allocate memory") if `object` is null; otherwise returns it.

@@ -10,7 +10,7 @@
 namespace tarnwick {
 
 // First in, first out. One thread pushes and finishes, the other pops. Either may abandon the
-// queue: then it drops its values, and push and pop give nothing.
+// queue: then it drops its values, and push and pop return nothing.
 template <typename Value> class BoundedQueue {
   public:
     explicit BoundedQueue(std::size_t capacity) : capacity(capacity) {}

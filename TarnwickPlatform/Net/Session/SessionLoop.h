@@ -36,7 +36,7 @@ class SessionLoop {
     const SessionConfiguration configuration_;
     CURLM* multi_;
     const std::shared_ptr<Waker> waker_;
-    std::mutex mutex_; // over the next two
+    std::mutex mutex_; // guards the next two
     std::vector<Arrival> arrivals_;
     bool isEnding_ = false;
     std::vector<std::unique_ptr<Transfer>> transfers_; // the thread's own

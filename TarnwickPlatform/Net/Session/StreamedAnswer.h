@@ -31,7 +31,7 @@ class StreamedAnswer : public Receiver {
     template <class Condition> std::unique_lock<std::mutex> lockWhen(Condition hasArrived);
 
     const std::shared_ptr<Waker> waker_;
-    mutable std::mutex mutex_; // over all below
+    mutable std::mutex mutex_; // guards all below
     std::condition_variable changed_;
     std::optional<URLResponse> response_;
     std::string waiting_;

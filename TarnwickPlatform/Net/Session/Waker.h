@@ -16,7 +16,7 @@ class Waker {
     void retire(); // called before the handle is freed
 
   private:
-    std::mutex mutex_; // over multi_
+    std::mutex mutex_; // guards multi_
     CURLM* multi_;
 };
 
