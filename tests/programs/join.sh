@@ -31,7 +31,7 @@ done
 expect 2 '2.mp4 begins at frame 600, not at frame 0' join 2.mp4 1.mp4 -o bad.mp4
 expect 2 '' join 1.mp4 1.mov -o bad.mp4
 expect 2 '' join 1.mp4 none.mp4 -o bad.mp4
-expect 2 '1.mp4 is the file that is read' join 1.mp4 2.mp4 -o 1.mp4
+expect 2 '1.mp4 is the input file' join 1.mp4 2.mp4 -o 1.mp4
 head -c $(($(wc -c <2.mp4) - 9)) 2.mp4 >cut.mp4
 expect 2 'cut.mp4 cannot be read as a movie: it is cut off' join 1.mp4 cut.mp4 -o bad.mp4
 ffmpeg -v error -f lavfi -i testsrc2=size=64x36:rate=30000/1001 -frames:v 9 -pix_fmt yuv420p \

@@ -35,7 +35,7 @@ document 99 ",\"sha256\":\"$(echo "$digest" | tr a-f A-F)\""
 expect 0 'is in new.tar; its SHA-256 is the right one' release --download -o new.tar
 cmp -s new.tar service/site/release.tar || complain 'another file' release
 echo more >>service/site/release.tar
-expect 1 'not the release that was announced' release --download -o other.tar
+expect 1 'is not the announced release' release --download -o other.tar
 expect 2 '^tarnwick: new.tar already exists and is not replaced.$' release --download -o new.tar
 have "$(sha256sum <new.tar | cut -c 1-64)" = "$digest"
 rm service/site/release.tar
