@@ -340,7 +340,7 @@ struct RuleRow {
 } // namespace
 
 // clang-format off
-// By Form; docs/compiler.md says more in "The ShaderModule's code".
+// By Form; docs/compiler.md explains them in "The input of the writer".
 static constexpr std::array rules{
     RuleRow{""},
     RuleRow{"A call is of a function without a body: a built-in function or an intrinsic.", checkCall},

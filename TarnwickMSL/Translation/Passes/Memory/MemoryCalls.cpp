@@ -8,7 +8,7 @@
 // of the memory on one side. All loads are before all stores, since source and target may overlap.
 //
 // The parts matter: an access that does not fall on a member of its variable's declared type makes
-// the writer show the memory as integers (docs/compiler.md, "What the writer makes of memory"), and
+// the writer show the memory as integers (docs/compiler.md, "Memory in the writer"), and
 // the optimiser can turn a local record into values only if its accesses fall on its members.
 // - rootOf follows the steps of a pointer down to its local or global; it gives a constant offset
 //   and the strides of the indices that are not constant.
