@@ -69,7 +69,8 @@ class Module {
     };
     Pointer pointerType(Id type) const { return pointerTypes_.at(type); }
     const std::map<Id, Id>& variables() const { return variables_; } // each one's pointer type
-    // Declares a variable anew in another storage class, under its id, last of all declarations.
+    // Declares a variable again in another storage class, with its id, after all other
+    // declarations.
     void redeclare(Id variable, spv::StorageClass storage);
 
     Words finish(spv::ExecutionModel model) const; // all words of the module

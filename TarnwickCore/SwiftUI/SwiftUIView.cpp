@@ -12,8 +12,8 @@
 namespace tarnwick {
 namespace {
 
-// What the view declares or refers to by its bare name, and keywords that are no name even in
-// backquotes. Sorted.
+// Bare names that the view declares or uses, and keywords that are not names even in backquotes.
+// Sorted.
 // clang-format off
 constexpr auto takenNames = std::to_array<std::string_view>({
     "Any", "Body", "Bool", "Date", "Environment", "Float", "GeometryReader", "Protocol",
@@ -23,9 +23,9 @@ constexpr auto takenNames = std::to_array<std::string_view>({
 // clang-format on
 static_assert(std::ranges::is_sorted(takenNames));
 
-// A parameter as the view has it.
+// A parameter in the view.
 struct Property {
-    std::string name; // in backquotes where Swift wants them
+    std::string name; // in backquotes if Swift requires them
     const ParamDecl* param;
 };
 
@@ -96,7 +96,7 @@ std::string SwiftUIView::text(Place place) const {
     const std::string access = place == Place::package ? "public " : "";
     const std::string view = name + "View";
     const std::vector<Property> properties = propertiesFor(params, view);
-    // Inside a view of that very name, SwiftUI's own is the other one.
+    // In a view named TimelineView, the type of SwiftUI needs its module name.
     const std::string timeline = view == "TimelineView" ? "SwiftUI.TimelineView" : "TimelineView";
     std::string text = "import SwiftUI\n\n/// " + title + ", a shader from Tarnwick (";
     text.append(siteHost).append(").\n");

@@ -71,7 +71,7 @@ int cellsOf(std::string_view character) {
     const auto has = [&](UProperty property) { return u_hasBinaryProperty(first, property) != 0; };
     const int width = u_getIntPropertyValue(first, UCHAR_EAST_ASIAN_WIDTH);
     if (width == U_EA_WIDE || width == U_EA_FULLWIDTH || has(UCHAR_EMOJI_PRESENTATION) ||
-        text.indexOf(UChar32(0xfe0f)) >= 0) // asks for the emoji
+        text.indexOf(UChar32(0xfe0f)) >= 0) // the emoji form is requested
         return 2;
     const int kind = u_charType(first);
     const bool isBare = kind == U_NON_SPACING_MARK || kind == U_ENCLOSING_MARK ||
@@ -86,7 +86,7 @@ std::string upperCased(std::string_view text) {
 
 std::string_view trimmed(std::string_view text) {
     const auto* const units = reinterpret_cast<const std::uint8_t*>(text.data());
-    std::size_t start = text.size(), end = text.size(); // of what is no white space, once met
+    std::size_t start = text.size(), end = text.size(); // of the trimmed text
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t before = at;
         UChar32 character = 0;

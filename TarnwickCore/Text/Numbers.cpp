@@ -10,8 +10,8 @@
 namespace tarnwick {
 namespace {
 
-// std::from_chars knows neither a leading plus nor the prefix 0x, hence the C function with a
-// locale of its own.
+// std::from_chars accepts neither a leading plus nor the prefix 0x, so this uses the C function
+// with its own locale.
 template <typename Number, typename Convert>
 std::optional<Number> wholeNumber(std::string_view token, Convert convert) {
     static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", nullptr);
@@ -26,7 +26,7 @@ std::optional<Number> wholeNumber(std::string_view token, Convert convert) {
     return number;
 }
 
-// Digits, behind a minus where the type has a sign.
+// Digits, after a minus if the type has a sign.
 template <typename Integer> std::optional<Integer> wholeInteger(std::string_view digits) {
     Integer number = 0;
     const char* end = digits.data() + digits.size();

@@ -5,7 +5,7 @@ namespace tarnwick {
 using nlohmann::json;
 
 std::optional<json> objectOf(std::string_view bytes) {
-    // The parser would take a NUL for the end of the text.
+    // The parser would treat a NUL as the end of the text.
     if (bytes.find('\0') != std::string_view::npos)
         return std::nullopt;
     bool tooDeep = false;
@@ -13,7 +13,7 @@ std::optional<json> objectOf(std::string_view bytes) {
         const bool begins =
             event == json::parse_event_t::object_start || event == json::parse_event_t::array_start;
         tooDeep = tooDeep || (begins && depth >= deepestOutsideJSON);
-        return !tooDeep; // and nothing more is kept
+        return !tooDeep; // false: the parser keeps nothing more
     };
     json document = json::parse(bytes.begin(), bytes.end(), isShallow, false);
     if (tooDeep || !document.is_object())

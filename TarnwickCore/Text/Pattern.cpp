@@ -9,7 +9,7 @@
 namespace tarnwick {
 namespace {
 
-// A view of bytes as ICU's text, closed at the end of its life.
+// A view of bytes as text of ICU, closed by the destructor.
 class OpenedText {
   public:
     explicit OpenedText(std::string_view text) {
@@ -45,7 +45,7 @@ Pattern::Pattern(std::string_view expression) : compiled_(std::make_unique<Compi
 
 Pattern::~Pattern() = default;
 
-// Hands the groups of one match after the other to `take`, until it answers false.
+// Calls `take` with the groups of each match in order, until it returns false.
 template <typename Take>
 static void eachMatch(const icu::RegexPattern& pattern, std::string_view text, Take take) {
     UErrorCode status = U_ZERO_ERROR;
@@ -53,8 +53,8 @@ static void eachMatch(const icu::RegexPattern& pattern, std::string_view text, T
     precondition(U_SUCCESS(status), "ICU makes a matcher", "status", u_errorName(status));
     OpenedText opened(text);
     matcher->reset(opened.get());
-    // A text that asks for more backtracking than this (counted in steps of the engine, so that
-    // the answer is the same on every machine) counts as one that does not match.
+    // Backtracking beyond this limit counts as no match. The limit is in steps of the engine, so
+    // that the result is the same on every machine.
     matcher->setTimeLimit(1000, status);
     while (matcher->find(status) && U_SUCCESS(status)) {
         std::vector<std::string_view> groups;

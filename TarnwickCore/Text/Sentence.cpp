@@ -14,7 +14,8 @@ bool isASCII(char unit) {
     return static_cast<unsigned char>(unit) < 0x80;
 }
 
-// Finding characters takes ICU some microseconds. Where two ASCII letters meet one character ends.
+// Finding characters takes ICU some microseconds. Between two ASCII letters a character always
+// ends.
 bool hasPlainEnds(std::string_view words) {
     return std::ranges::all_of(words.substr(0, 2), isASCII) &&
            std::ranges::all_of(words.substr(words.size() - std::min<std::size_t>(2, words.size())),

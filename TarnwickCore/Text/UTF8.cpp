@@ -18,7 +18,7 @@ void append(std::string& text, UChar32 character) {
 } // namespace
 
 bool isASCII(std::string_view bytes) {
-    // Without a way out of the loop it goes by sixteen bytes.
+    // A loop without an exit is compiled to steps of 16 bytes.
     unsigned char all = 0;
     for (const char byte : bytes)
         all |= static_cast<unsigned char>(byte);

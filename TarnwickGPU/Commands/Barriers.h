@@ -32,7 +32,7 @@ class Barriers {
     void afterWork(VkPipelineStageFlags2 stages, VkAccessFlags2 writes);
     // Encodes the deferred barrier, if any.
     void flush(VkCommandBuffer commands);
-    void forget(); // the command buffer is recorded anew
+    void forget(); // the command buffer is recorded again
 
   private:
     std::vector<VkImageMemoryBarrier2> images_; // one per texture; keeps its memory between frames

@@ -1,5 +1,5 @@
 // The memory that setBytes copies into. It belongs to a command buffer, is filled in order, and is
-// reused from its start when the command buffer is recorded anew.
+// reused from its start when the command buffer is recorded again.
 #pragma once
 
 #include "TarnwickGPU/Resources/Memory.h"
