@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <set>
 #include <utility>
 
@@ -182,15 +183,31 @@ std::vector<Finding> withDeclarationWarnings(const Episode& episode,
     return findings;
 }
 
+std::vector<Finding> errorsAmong(std::span<const Finding> findings) {
+    std::vector<Finding> errors;
+    std::ranges::copy_if(findings, std::back_inserter(errors),
+                         [](const Finding& finding) { return isError(finding.diagnostic); });
+    return errors;
+}
+
+std::string inOneLine(const Finding& finding, std::string_view place) {
+    const auto& [diagnostic, hint] = finding;
+    return (diagnostic.line > 0 ? std::string(place) + ": " : "") + diagnostic.message +
+           (hint.empty() ? "" : " (" + hint + ")");
+}
+
 std::string firstError(std::span<const Finding> findings) {
-    for (const auto& [diagnostic, hint] : findings) {
-        if (!isError(diagnostic))
-            continue;
-        const std::string place =
-            diagnostic.line > 0 ? "line " + std::to_string(diagnostic.line) + ": " : "";
-        return place + diagnostic.message + (hint.empty() ? "" : " (" + hint + ")");
-    }
-    return {};
+    const std::vector<Finding> errors = errorsAmong(findings);
+    return errors.empty() ? ""
+                          : inOneLine(errors.front(),
+                                      "line " + std::to_string(errors.front().diagnostic.line));
+}
+
+std::string firstErrorLine(std::string_view compilerText) {
+    const std::size_t error = compilerText.find("error: ");
+    const std::size_t from =
+        error == compilerText.npos ? 0 : compilerText.rfind('\n', error) + 1; // npos + 1 is 0
+    return std::string(compilerText.substr(from, compilerText.find('\n', from) - from));
 }
 
 } // namespace tarnwick

@@ -24,4 +24,12 @@ std::vector<Finding> withDeclarationWarnings(const Episode& episode, std::vector
 // in Metal)". Errors outside the author's text have no line. Empty without errors.
 std::string firstError(std::span<const Finding> findings);
 
+std::vector<Finding> errorsAmong(std::span<const Finding> findings);
+
+// "PLACE: message (hint)"; without the place if the finding has no line.
+std::string inOneLine(const Finding& finding, std::string_view place);
+
+// The first line with an error in the compiler's own text; its first line if there is none.
+std::string firstErrorLine(std::string_view compilerText);
+
 } // namespace tarnwick

@@ -2,6 +2,7 @@
 #include "TarnwickBase/EndSignals.h"
 #include "TarnwickBase/FreedMemory.h"
 #include "TarnwickBase/Version.h"
+#include "TarnwickCore/CommandLine/Help.h"
 #include "programs/Commands/Command.h"
 
 #include <algorithm>
@@ -44,37 +45,21 @@ constexpr std::array commands{
 };
 // clang-format on
 
-std::string padded(std::string_view text, std::size_t width) {
-    return std::string(text) + std::string(text.size() < width ? width - text.size() : 1, ' ');
-}
-
 std::string programHelp() {
     std::string help = "usage: tarnwick COMMAND ...\n\n";
-    for (const Command* command : commands)
-        help += "  " + padded(command->name, 12) + std::string(command->summary) + "\n";
+    constexpr std::size_t column = 14;
+    for (const Command* command : commands) {
+        std::string title = "  " + std::string(command->name);
+        title.resize(column, ' ');
+        help += title + wrapped(command->summary, column) + "\n";
+    }
     return help +
-           "\ntarnwick help COMMAND says more, as tarnwick COMMAND --help does; tarnwick --version "
-           "says which release this is. Status: 0 done, 1 the work failed, "
-           "2 the command line is to be changed.\n";
+           "\ntarnwick help COMMAND and tarnwick COMMAND --help print the options of a command; "
+           "tarnwick --version\nprints the release. Status: 0 done, 1 failed, 2 usage error.\n";
 }
 
-std::string commandHelp(const Command& command) {
-    std::string help = "usage: tarnwick " + std::string(command.name);
-    if (!command.options.empty())
-        help += " [OPTION]...";
-    help += (command.operands.empty() ? "" : " ") + std::string(command.operands) + "\n\n" +
-            std::string(command.summary) + "\n";
-    if (!command.options.empty())
-        help += "\n";
-    const auto title = [](const Option& option) {
-        return std::string(option.name) + " " + std::string(option.value);
-    };
-    std::size_t width = 0;
-    for (const Option& option : command.options)
-        width = std::max(width, title(option).size() + 1);
-    for (const Option& option : command.options)
-        help += "  " + padded(title(option), width) + std::string(option.help) + "\n";
-    return help;
+CommandForm formOf(const Command& command) {
+    return {.operands = command.operands, .options = command.options};
 }
 
 bool asksForHelp(std::span<const char* const> words) {
@@ -91,13 +76,13 @@ Status runCommand(const Command& command, std::span<const char* const> words) {
     if (command.passesWordsOn) {
         std::vector<const char*> operands{"--"};
         operands.insert(operands.end(), words.begin(), words.end());
-        return command.run(Arguments({}, operands));
+        return command.run(Arguments({.operands = "[WORD]..."}, operands));
     }
     if (asksForHelp(words)) {
-        print(commandHelp(command));
+        print(helpText("tarnwick " + std::string(command.name), formOf(command), command.summary));
         return Status::done;
     }
-    return command.run(Arguments(command.options, words));
+    return command.run(Arguments(formOf(command), words));
 }
 
 const Command& commandNamed(std::string_view name) {
@@ -110,7 +95,7 @@ const Command& commandNamed(std::string_view name) {
 
 Status help(std::span<const char* const> words) {
     if (words.size() > 1)
-        misuse("help wants one command, and " + quoted(words[1]) + " follows it.");
+        misuse(quoted(words[1]) + " is unexpected: tarnwick help takes one command.");
     if (!words.empty())
         return runCommand(commandNamed(words[0]), std::array{"--help"});
     print(programHelp());
@@ -131,13 +116,16 @@ Status runProgram(std::span<const char* const> words) {
     return Status::done;
 }
 
-// Says why the program failed, if it did.
+// Prints the error, if there is one.
 Status statusOf(std::span<const char* const> words) {
     try {
         return runProgram(words);
     } catch (const CommandError& error) {
         std::fprintf(stderr, "tarnwick: %s\n", error.what());
         return error.status;
+    } catch (const UsageError& error) {
+        std::fprintf(stderr, "tarnwick: %s\n", error.what());
+        return Status::misused;
     } catch (const std::bad_alloc&) {
         std::fprintf(stderr, "tarnwick: There is not enough memory.\n");
     } catch (const std::exception& error) {

@@ -3,16 +3,16 @@
 
 namespace tarnwick {
 
-// Frames keep to a grid of 1/fps seconds, so that a frame drawn a little late does not delay those
-// after it. Frames missed by a whole interval or more are not made up for.
+// Frames are due at multiples of 1/fps seconds, so a frame drawn a little late does not delay the
+// frames after it. Frames that are late by a whole interval or more are skipped.
 class FrameClock {
   public:
     explicit FrameClock(double framesPerSecond) : interval_(1 / framesPerSecond) {}
 
-    // Seconds from `now` (of the host clock) until the next frame is due; 0 when it is.
+    // Seconds from `now` (of the host clock) until the next frame is due; 0 if it is due.
     double secondsUntilDue(double now) const { return now < due_ ? due_ - now : 0; }
 
-    // A frame was begun at `now`, which was due.
+    // A due frame was begun at `now`.
     void begin(double now) { due_ = now - due_ < interval_ ? due_ + interval_ : now + interval_; }
 
   private:

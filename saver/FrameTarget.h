@@ -1,4 +1,4 @@
-// Where a view's frames go: a window, or pictures off screen.
+// The destination of a view's frames: a window, or pictures off screen.
 #pragma once
 
 #include "TarnwickGPU/Commands.h"
@@ -10,20 +10,20 @@
 namespace tarnwick {
 
 // One frame at a time: wait for room, take nextTexture, draw into it, present. A frame that is
-// taken and not presented goes back unshown with the next call of either of the others.
+// taken and not presented is discarded by the next call of one of the other two.
 class FrameTarget {
   public:
     virtual ~FrameTarget() = default;
 
-    // The frames that are begun from now on have this size.
+    // Sets the size of the frames that begin after this call.
     virtual void resize(const PixelSize& size) = 0;
 
-    // Waits until nextTexture() need not wait for frames in flight, at most so many seconds;
-    // whether it need not.
+    // Waits at most that many seconds until nextTexture() does not wait for frames in flight.
+    // Returns whether that is so.
     virtual bool waitForRoom(double seconds) { return frames.waitForRoom(seconds); }
 
-    // What the next frame is drawn into (bgra8Unorm), owned by the target until it is presented.
-    // Null while there is nothing to draw into.
+    // The texture for the next frame (bgra8Unorm), owned by the target until it is presented.
+    // Null while there is none.
     virtual const gpu::Texture* nextTexture() = 0;
 
     // Commits `commands`, which draw the frame, and shows it once they are done.

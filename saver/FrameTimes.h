@@ -1,23 +1,23 @@
-// Says when a saver's frames take too long to be shown.
+// Decides whether a saver's frames take too long.
 #pragma once
 
 namespace tarnwick {
 
-// They do when one takes 20 seconds, or when frames of a second and more, one after another, each
-// with a loop that ran out of its budget, come to 5 seconds: such a loop most likely never ends.
+// They do if one takes 20 s, or if consecutive frames of at least 1 s, each with a loop that ran
+// out of its budget, take 5 s together: such a loop most likely never ends.
 class FrameTimes {
   public:
     static constexpr double longestFrame = 20;  // seconds
-    static constexpr double longestEndless = 5; // seconds, of frames with loops that were ended
-    static constexpr double shortestSlow = 1;   // seconds; a quicker frame is shown in any case
+    static constexpr double longestEndless = 5; // seconds of frames with ended loops
+    static constexpr double shortestSlow = 1;   // seconds; a faster frame is always shown
 
-    // The next frame is done: it took so many seconds, and a loop of its ran out of its budget.
+    // The next frame is done: it took `seconds`, and whether a loop ran out of its budget.
     void add(double seconds, bool hitLoopBudget) {
         areTooLong_ = areTooLong(seconds, hitLoopBudget);
         endless_ = hitLoopBudget && seconds >= shortestSlow ? endless_ + seconds : 0;
     }
 
-    // Whether they take too long, if the frame that is being drawn has taken so many seconds.
+    // Whether frames take too long, if the current frame has taken that many seconds.
     bool areTooLong(double seconds = 0, bool hitLoopBudget = false) const {
         return areTooLong_ || seconds >= longestFrame ||
                (hitLoopBudget && seconds >= shortestSlow && endless_ + seconds >= longestEndless);

@@ -6,7 +6,7 @@
 
 namespace tarnwick {
 
-// WaitedTime counts right where it is asked more often than once in its longest step.
+// WaitedTime is right if it is asked more than once in its longest step.
 static constexpr double longestWait = 0.5; // seconds
 
 double FramesInFlight::now() {

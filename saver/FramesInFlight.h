@@ -1,4 +1,4 @@
-// The frames that the GPU has still to draw.
+// The frames that the GPU has not finished.
 #pragma once
 
 #include "TarnwickBase/WaitedTime.h"
@@ -13,16 +13,16 @@ namespace tarnwick {
 // One thread at a time.
 class FramesInFlight {
   public:
-    // At most `most` at a time; one until the first is done, which shows how long they take.
+    // At most `most` at a time; one until the first is done, which shows how long frames take.
     explicit FramesInFlight(std::size_t most) : most_(most) { frames_.reserve(most); }
 
-    // Takes a frame that was committed just now. There is room for it.
+    // Adds a frame that was just committed. Requires room for it.
     void add(gpu::CommandBuffer commands);
-    // Waits for room for one more, at most so many seconds; whether there is.
+    // Waits at most that many seconds for room for one more frame. Returns whether there is room.
     bool waitForRoom(double seconds);
-    // Waits until none is left, at most so many seconds; whether none is.
+    // Waits at most that many seconds until no frame is left. Returns whether none is left.
     bool waitUntilDrawn(double seconds);
-    // Whether they take too long. Never blocks.
+    // Whether frames take too long. Never blocks.
     bool takeTooLong();
 
   private:
@@ -31,8 +31,8 @@ class FramesInFlight {
         double begin; // seconds of now(): committed, and the one before it done
     };
 
-    // Seconds, without the time for which the process was stopped (Ctrl-Z, a locker that suspends
-    // the saver): that is no frame's.
+    // Seconds, without the time while the process was stopped (Ctrl-Z, a locker that suspends the
+    // saver), which does not count for any frame.
     double now();
     bool waitForFewer(std::size_t count, double seconds);
     void takeOutOldest();

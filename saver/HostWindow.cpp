@@ -14,7 +14,7 @@
 namespace tarnwick {
 namespace {
 
-// Buttons and redirections of a window belong to one client alone, so none are asked for.
+// Buttons and redirections of a window belong to one client alone, so none are requested.
 constexpr long foreignEvents = StructureNotifyMask | ExposureMask | VisibilityChangeMask;
 constexpr long ownEvents = foreignEvents | KeyPressMask;
 
@@ -53,7 +53,7 @@ Window virtualRoot(Display* display, Window root) {
     return root;
 }
 
-// Whether a window lies within another that is not the root, and is small.
+// Whether a window is small and within another that is not the root.
 bool isSmallPart(Display* display, Window window, const XWindowAttributes& attributes) {
     Window root = 0, parent = 0, *list = nullptr;
     unsigned count = 0;
@@ -66,7 +66,7 @@ bool isSmallPart(Display* display, Window window, const XWindowAttributes& attri
            2 * attributes.height < screen.height;
 }
 
-// A colour channel of 8 bits, in the place that a visual's mask gives it.
+// A colour channel of 8 bits, shifted to the bits of a visual's mask.
 unsigned long channel(std::uint8_t value, unsigned long mask) {
     if (mask == 0)
         return 0;
@@ -122,7 +122,7 @@ void HostWindow::Parts::makeOwn(const PixelSize& wanted) {
     XSetWMProtocols(display, window, &deleteWindow, 1);
 }
 
-// Starts to listen, then looks at what the window is: what changes in between is heard of.
+// Selects events before it reads the window's state, so no change is missed.
 void HostWindow::Parts::adopt() {
     XSelectInput(display, window, isOwn ? ownEvents : foreignEvents);
     if (isOwn)
@@ -186,8 +186,8 @@ bool HostWindow::hasDisplay() {
 HostWindow::HostWindow(const WindowChoice& choice) {
     // The drivers use the connection from threads of their own.
     XInitThreads();
-    // A window that another program owns may go at any time: requests that come too late must not
-    // end the process, as they would by default. DestroyNotify tells of it.
+    // Another program may destroy its window at any time: later requests must not end the process,
+    // as they do by default. DestroyNotify reports it.
     XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
     XSetIOErrorHandler([](Display*) { return 0; });
     Display* display = XOpenDisplay(nullptr);

@@ -1,4 +1,4 @@
-// The X11 window that a saver is shown in: its own, one that it is given, or the root window.
+// The X11 window of a saver: its own, a given one, or the root window.
 #pragma once
 
 #include "TarnwickPlatform/Pictures/Picture.h"
@@ -10,19 +10,19 @@
 
 namespace tarnwick {
 
-// Which window to show in. The first that is there: `id`, the environment's XSCREENSAVER_WINDOW,
-// the root window where `root` says so (a virtual root, named by the property __SWM_VROOT, stands
-// for it), a window of our own.
+// The window to use. The first of these that is given: `id`, XSCREENSAVER_WINDOW of the
+// environment, the root window if `root` is true (a virtual root, named by the property
+// __SWM_VROOT, replaces it), a new window.
 struct WindowChoice {
     std::optional<unsigned long> id; // of an X11 window
     bool root = false;
-    PixelSize ownSize{1280, 720}; // of a window of our own
+    PixelSize ownSize{1280, 720}; // of a new window
 };
 
 // One thread at a time.
 class HostWindow {
   public:
-    // What happened since the last look.
+    // The events since the last call.
     struct News {
         bool resized = false; // size() is new
         bool exposed = false; // its picture must be shown again
@@ -31,7 +31,7 @@ class HostWindow {
     // Whether $DISPLAY names an X11 display that answers.
     static bool hasDisplay();
 
-    // Throws HostError when no display can be opened or the window does not exist.
+    // Throws HostError if no display can be opened or the window does not exist.
     explicit HostWindow(const WindowChoice& choice);
     ~HostWindow();
     HostWindow(const HostWindow&) = delete;
@@ -39,21 +39,21 @@ class HostWindow {
 
     void* display() const;         // an Xlib Display*, for gpu::Device::newLayer
     unsigned long window() const;  // its id
-    int connection() const;        // readable when news may have come
+    int connection() const;        // readable if there may be events
     const PixelSize& size() const; // pixels
 
     // The window was destroyed or closed, or the display went away.
     bool isGone() const;
-    // Whether it looks like the small picture in the settings of another program: a window that was
-    // given, which lies within another one and has less than half of the screen's width and height.
-    // (XScreenSaver says nothing else about it.)
+    // Whether it looks like the small picture in the settings of another program: a given window
+    // that is within another one and has less than half of the screen's width and height.
+    // (XScreenSaver gives no other sign.)
     bool isPreview() const;
-    // Mapped and not wholly covered.
+    // Mapped and not fully covered.
     bool isVisible() const;
 
     // Never blocks.
     News readNews();
-    // What a window manager shows above a window of our own.
+    // The title that a window manager shows for a new window.
     void setTitle(const std::string& title);
     // Shows a picture of the window's size.
     void show(const Picture& picture);

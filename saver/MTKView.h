@@ -27,7 +27,7 @@ class MTKViewDelegate {
     ~MTKViewDelegate() = default;
 };
 
-// How a view follows the one around it.
+// How a view follows the size of the view around it.
 struct AutoresizingMask {
     bool widthSizable = false;
     bool heightSizable = false;
@@ -38,7 +38,7 @@ enum class ColorSpace : std::uint8_t { sRGB };
 // One thread at a time. The host gives it its target and calls draw() at the preferred rate.
 class MTKView {
   public:
-    // `frame` is in points, of which each is one pixel here.
+    // `frame` is in points. A point is a pixel here.
     MTKView(const Rectangle& frame, std::shared_ptr<gpu::Device> device)
         : frame_(frame), device_(std::move(device)) {}
 
@@ -51,26 +51,26 @@ class MTKView {
     gpu::Device* device() const { return device_.get(); }
     const Rectangle& frame() const { return frame_; }
 
-    // Where the frames go from now on; they have the view's size.
+    // Sets the destination of the frames, which have the view's size.
     void setTarget(std::unique_ptr<FrameTarget> target);
 
-    // The view around this one has a new size. Where the mask says so this view follows it, which
-    // the delegate hears of.
+    // The view around this one has a new size. If the mask says so, this view follows it and calls
+    // the delegate.
     void superviewDidResize(const Rectangle& bounds);
 
     // One frame: calls the delegate's drawInMTKView. Blocks while there is no room for one.
     void draw();
 
-    // Waits until the target has room for a frame, at most so many seconds; whether it has. Frames
-    // that were drawn meanwhile are shown.
+    // Waits at most that many seconds until the target has room for a frame. Returns whether it
+    // has. Shows frames that were drawn meanwhile.
     bool waitForRoom(double seconds) { return target_->waitForRoom(seconds); }
-    // Waits until all frames are drawn, at most so many seconds; whether they are.
+    // Waits at most that many seconds until all frames are drawn. Returns whether they are.
     bool waitUntilDrawn(double seconds) { return target_->frames.waitUntilDrawn(seconds); }
     // Whether the frames take too long to be shown (FrameTimes.h).
     bool framesTakeTooLong() const { return target_ && target_->frames.takeTooLong(); }
 
-    // While the delegate draws a frame. Both take the frame's drawable when it is first asked for
-    // and are absent when there is none.
+    // For the delegate while it draws a frame. The first call of either takes the frame's drawable.
+    // Absent if there is no drawable.
     const gpu::Texture* currentDrawable();
     std::optional<gpu::RenderPassDescriptor> currentRenderPassDescriptor(); // clears to black
 

@@ -7,16 +7,16 @@
 namespace tarnwick {
 namespace {
 
-constexpr double longestWait = 0.1; // seconds, between two looks at how long the frames take
+constexpr double longestWait = 0.1; // seconds between two checks of how long the frames take
 
-// Whether it did not take too long.
+// Returns whether the frames do not take too long.
 bool waitUntilDrawn(TarnwickSaverView& view, MTKView& metal) {
     while (!view.failure() && !metal.waitUntilDrawn(longestWait))
         view.judgeFrames();
     return !view.failure();
 }
 
-// Whether it could: the frames before it did not take too long.
+// Returns false if the frames before it take too long.
 bool drawNext(TarnwickSaverView& view, MTKView& metal) {
     view.judgeFrames();
     while (!view.failure() && !metal.waitForRoom(longestWait))

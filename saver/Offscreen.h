@@ -14,21 +14,21 @@
 namespace tarnwick {
 
 struct OffscreenRun {
-    // Keeps what drew. Its end waits for a frame that the device is still at, as after frames that
-    // take too long.
+    // Owns the view. Its destructor waits for a frame that the device still draws, for example
+    // after frames that take too long.
     std::shared_ptr<const TarnwickSaverView> view;
     std::string device; // its name; empty after a failure
-    int frames = 0;     // drawn after the first, which is not timed: the driver compiles in it
-    double seconds = 0; // that they took
+    int frames = 0;     // after the first, which is not timed because the driver compiles during it
+    double seconds = 0; // duration of these frames
     Picture last;       // the last frame, or the failure screen
     std::optional<std::string> failure;
-    std::optional<std::string> absence;       // why the last frame is black though nothing failed
-    std::vector<std::string> settingsRemarks; // what is amiss with the settings document
+    std::optional<std::string> absence;       // why the last frame is black without a failure
+    std::vector<std::string> settingsRemarks; // errors in the settings document
 };
 
-// Draws frames for `seconds` of the host clock, one after the other as fast as the device can, at
-// most three in flight. The saver's clock follows the host's, as on a screen. Blocks. Throws
-// HostError when the device gives no pictures of this size.
+// Draws frames for `seconds` of the host clock, as fast as the device can, at most three in
+// flight. The saver's clock follows the host's, as on a screen. Blocks. Throws
+// HostError if the device cannot make pictures of this size.
 OffscreenRun drawOffscreen(const Bundle& bundle, ScreenKind kind, const PixelSize& size,
                            double seconds);
 

@@ -1,4 +1,4 @@
-// Frames drawn off screen, of which the last can be read.
+// Frames drawn off screen. The last one can be read.
 #pragma once
 
 #include "TarnwickGPU/Resources.h"
@@ -30,11 +30,11 @@ class PictureTarget final : public FrameTarget {
     Picture lastPicture();
 
   private:
-    static constexpr std::size_t count = 3; // as many frames in flight as a window's layer has
+    static constexpr std::size_t count = 3; // frames in flight, as many as a window's layer has
 
     gpu::Device* device_;
     std::array<std::unique_ptr<gpu::Texture>, count> textures_;
-    std::size_t next_ = 0; // the one that nextTexture gives
+    std::size_t next_ = 0; // index of the texture that nextTexture returns
     std::optional<std::size_t> last_;
 };
 

@@ -4,6 +4,7 @@
 #include "TarnwickBase/OutputFile.h"
 #include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickBase/Version.h"
+#include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/Findings/Encoding.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "TarnwickPlatform/Pictures/PNG.h"
@@ -39,7 +40,7 @@ PixelSize sizeOf(const HostOptions& options) {
     return options.size.value_or(options.preview ? previewSize : usualSize);
 }
 
-// Neither the episode nor a file that is no picture makes way for the last frame.
+// The last frame replaces neither the episode nor a file that is not a picture.
 void checkPicture(const HostOptions& options) {
     const std::string episode = options.episode.value_or("").string();
     const std::string settings = options.settings.value_or("").string();
@@ -66,7 +67,7 @@ Status drawPicture(const HostOptions& options, const Bundle& bundle, double seco
     out << "The last frame is in " << fs::absolute(options.picture).string() << ".\n" << std::flush;
     errors << std::flush;
     const Status status = run.failure || run.absence ? Status::failed : Status::done;
-    endSoon(static_cast<int>(status)); // the device may be at work for longer
+    endSoon(static_cast<int>(status)); // the device may work for longer
     return status;
 }
 
@@ -88,7 +89,7 @@ Status show(const HostOptions& options, const Bundle& bundle, std::ostream& out,
     return hasFailed ? Status::failed : Status::done;
 }
 
-// The document that the episode is shown with.
+// The settings document of the episode.
 std::optional<fs::path> settingsOf(const HostOptions& options, std::ostream& errors) {
     if (options.settings || options.noSettings)
         return options.settings;
@@ -99,7 +100,7 @@ std::optional<fs::path> settingsOf(const HostOptions& options, std::ostream& err
     return beside;
 }
 
-// Throws HostError where the episode is not text in UTF-8; a bundle could only lack a shader then.
+// Throws HostError if the episode is not UTF-8, because a bundle then has no shader and no reason.
 void checkText(const fs::path& episode) {
     const auto fault = encodingError(withoutByteOrderMark(fileBytes(episode).value_or("")));
     if (fault)
@@ -125,7 +126,7 @@ Status runSaver(std::span<const char* const> arguments, std::ostream& out, std::
     try {
         const HostOptions options = parseHostOptions(arguments);
         if (options.help) {
-            out << hostUsage;
+            out << hostHelp();
             return Status::done;
         }
         if (options.version) {

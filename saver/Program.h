@@ -1,4 +1,4 @@
-// The program tarnwick-saver: its words and its statuses.
+// The program tarnwick-saver: its command line and its statuses.
 #pragma once
 
 #include "TarnwickBase/Status.h"
@@ -8,8 +8,8 @@
 
 namespace tarnwick {
 
-// Does what the arguments (without the program's name) ask for and says how it went. Gives the
-// status to exit with. Blocks. Signals that ask the process to end are main()'s (EndSignals.h).
+// Runs the saver as the arguments (without the program's name) say, and prints results and errors.
+// Returns the exit status. Blocks. main() handles the signals that end the process (EndSignals.h).
 Status runSaver(std::span<const char* const> arguments, std::ostream& out, std::ostream& errors);
 
 } // namespace tarnwick

@@ -1,4 +1,5 @@
-// What a screen saver is to its host: a view that knows its frame and whether it is the preview.
+// The host's interface to a screen saver: a view that knows its frame and whether it is the
+// preview.
 #pragma once
 
 #include "TarnwickPlatform/Pictures/Picture.h"
@@ -34,10 +35,10 @@ class ScreenSaverView {
     double animationTimeInterval() const { return animationTimeInterval_; }
 
     virtual void animateOneFrame() = 0;
-    // Draws what stands behind the subview into `picture`, which covers the bounds.
+    // Draws the background behind the subview into `picture`, which covers the bounds.
     virtual void drawRect(Picture& picture) const = 0;
     virtual bool hasConfigureSheet() const = 0;
-    // The window in which the user sets the saver up; null without one.
+    // The window with the saver's settings; null if there is none.
     virtual void* configureSheet() const = 0;
 
   protected:
@@ -51,7 +52,7 @@ class ScreenSaverView {
     Rectangle frame_;
     ScreenKind kind_;
     double animationTimeInterval_ = 1.0 / 30; // seconds
-    MTKView* subview_ = nullptr;              // owned by who added it
+    MTKView* subview_ = nullptr;              // owned by the caller of addSubview
 };
 
 } // namespace tarnwick

@@ -9,7 +9,7 @@
 namespace tarnwick {
 namespace {
 
-constexpr double longestStep = 0.1;     // seconds; a machine that slept does not jump ahead
+constexpr double longestStep = 0.1;     // seconds; no jump after the machine slept
 constexpr double framesPerSecond = 30;  // of the episode's `frame` and `timeDelta`
 constexpr int mostStepsPerFrame = 4;    // of a particle episode that lags behind
 constexpr double failureBandInset = 40; // points, left and right
@@ -92,7 +92,7 @@ void TarnwickSaverView::judgeFrames() {
     if (failure_ || !metal_ || !metal_->framesTakeTooLong())
         return;
     failure_ = "The shader takes too long.";
-    removeSubview(); // which stays until its frames are drawn
+    removeSubview(); // which lives until its frames are drawn
 }
 
 void TarnwickSaverView::mtkViewDrawableSizeWillChange(MTKView&, const PixelSize&) {
@@ -126,7 +126,7 @@ void TarnwickSaverView::advanceClock() {
     last_ = now;
 }
 
-// A saver has no pointer.
+// A saver has no mouse pointer.
 FrameMoment TarnwickSaverView::moment() const {
     return {.time = static_cast<float>(clock_),
             .timeDelta = static_cast<float>(1 / framesPerSecond),

@@ -19,10 +19,10 @@
 namespace tarnwick {
 
 // Reads Shader/shader.metal and Shader/saver.json of its bundle. Everything is set up in the
-// constructor and nothing is tried again: afterwards there is either a subview (metal()) that draws
-// or a failure. Frames that take too long are a failure too, later. The settings are optional: a
-// document that is missing or malformed changes nothing; values outside a declared range are
-// clamped. Never waits for the GPU, but for a drawable where its host draws while there is no room.
+// constructor and nothing is tried again: afterwards there is a subview (metal()) that draws, or a
+// failure. Frames that take too long are a failure later. The settings are optional: a missing or
+// malformed document is ignored, values outside a declared range are clamped. Never waits for the
+// GPU; waits for a drawable if the host draws while no drawable is free.
 class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate {
   public:
     TarnwickSaverView(const Rectangle& frame, ScreenKind kind, const Bundle& bundle,
@@ -35,15 +35,15 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
 
     MTKView* metal() const { return failure_ ? nullptr : metal_.get(); } // null after a failure
     const std::optional<std::string>& failure() const { return failure_; }
-    // Why the last frame was black though there is no failure: its episode needs GPU objects that
-    // the device could not make at this size.
+    // Why the last frame was black without a failure: the device could not make the GPU objects
+    // that the episode needs at this size.
     const std::optional<std::string>& absence() const { return absence_; }
     const Settings& settings() const { return settings_; }
-    // What is amiss with the settings document, a sentence each; the saver draws all the same.
+    // Errors in the settings document, a sentence each; the saver still draws.
     const std::vector<std::string>& settingsRemarks() const { return settingsRemarks_; }
-    // Whether setting up succeeded, so that frames may have been shown, also before a failure.
+    // Whether setting up succeeded; frames may have been shown, also before a failure.
     bool mayHaveDrawn() const { return metal_ != nullptr; }
-    // Looks how long the frames take: too long is a failure. To be asked now and then. Never
+    // Measures how long the frames take; too long is a failure. The host calls it regularly. Never
     // blocks.
     void judgeFrames();
     double clock() const { return clock_; } // seconds during which frames were drawn

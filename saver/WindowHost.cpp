@@ -12,10 +12,10 @@
 namespace tarnwick {
 namespace {
 
-// Seconds. The drivers read the connection too and may take in news of ours, of which the
-// descriptor then says nothing.
+// Seconds. The drivers read the connection too and may receive our events; the descriptor is not
+// readable then.
 constexpr double longestWait = 0.1;
-// Seconds. Frames that were begun before a failure may be shown over its screen.
+// Seconds. Frames that began before a failure may be shown over the failure screen.
 constexpr double longestStale = 1;
 
 Rectangle frameOf(const HostWindow& window) {
@@ -37,7 +37,7 @@ void showBackground(const TarnwickSaverView& view, HostWindow& window) {
     window.show(picture);
 }
 
-// Until there is something to read, or `seconds` have passed.
+// Waits until there is something to read, or `seconds` have passed.
 void wait(const HostWindow& window, const HeldSignals& signals, double seconds) {
     std::array<pollfd, 2> entries{{{.fd = window.connection(), .events = POLLIN, .revents = 0},
                                    {.fd = signals.descriptor(), .events = POLLIN, .revents = 0}}};
@@ -45,8 +45,7 @@ void wait(const HostWindow& window, const HeldSignals& signals, double seconds) 
     ppoll(entries.data(), entries.size(), &time, nullptr);
 }
 
-// Draws a frame if one is due and there is room for it; gives the seconds until something is to be
-// done again.
+// Draws a frame if one is due and there is room for it. Returns the seconds until the next step.
 double drawWhenDue(MTKView& metal, FrameClock& frames) {
     if (!metal.waitForRoom(longestWait))
         return 0;
@@ -59,7 +58,7 @@ double drawWhenDue(MTKView& metal, FrameClock& frames) {
     return 0;
 }
 
-// Says each sentence once, not with each frame.
+// Prints each sentence once, not with each frame.
 class Speaker {
   public:
     explicit Speaker(const std::function<void(const std::string&)>& failed) : failed_(failed) {}
@@ -81,7 +80,7 @@ class Speaker {
 void showUntilEnd(TarnwickSaverView& view, HostWindow& window, const HeldSignals& signals,
                   Speaker& speaker) {
     FrameClock frames(view.metal() != nullptr ? view.metal()->preferredFramesPerSecond : 1);
-    double shown = 0; // when the background was, in seconds of the host clock
+    double shown = 0; // time of the background, in seconds of the host clock
     bool isBackgroundStale = true;
     while (!signals.arrived()) {
         const HostWindow::News news = window.readNews();
@@ -114,7 +113,8 @@ void showInWindow(const Bundle& bundle, ScreenKind kind, const WindowChoice& cho
     HeldSignals signals;
     HostWindow window(choice);
     const ScreenKind shown = window.isPreview() ? ScreenKind::preview : kind;
-    TarnwickSaverView view(frameOf(window), shown, bundle); // after its window: it must go first
+    TarnwickSaverView view(frameOf(window), shown,
+                           bundle); // after its window, so that it is destroyed first
     window.setTitle(view.settings().name);
     Speaker speaker(failed);
     for (const std::string& remark : view.settingsRemarks())
@@ -124,7 +124,7 @@ void showInWindow(const Bundle& bundle, ScreenKind kind, const WindowChoice& cho
         attach(*view.metal(), window);
     showUntilEnd(view, window, signals, speaker);
     signals.answer();
-    endSoon(speaker.hasSpoken() ? 1 : 0); // the device may be at work for longer
+    endSoon(speaker.hasSpoken() ? 1 : 0); // the device may work for longer
 }
 
 } // namespace tarnwick

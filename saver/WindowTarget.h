@@ -23,15 +23,15 @@ class WindowTarget final : public FrameTarget {
     void present(gpu::CommandBuffer commands) override;
 
   private:
-    // Drivers for the CPU wait in presenting until the picture is drawn. The host is not to wait,
-    // so there a frame is presented when it is done, by a command buffer of its own.
+    // CPU drivers wait in presenting until the picture is drawn. So that the host does not wait,
+    // such a frame is presented after it is done, by a command buffer of its own.
     void presentDrawn();
 
     bool presentsDrawn_;
     bool isDrawing_ = false; // drawable_ is committed and not presented
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<gpu::Layer> layer_;
-    std::optional<gpu::Drawable> drawable_; // after its layer: it must go first
+    std::optional<gpu::Drawable> drawable_; // after its layer, so that it is destroyed first
 };
 
 } // namespace tarnwick

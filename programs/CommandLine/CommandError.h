@@ -1,4 +1,4 @@
-// How a subcommand ends when it cannot do what it was asked.
+// The error that ends a command, and the output of commands.
 #pragma once
 
 #include "TarnwickBase/Quoted.h"
@@ -10,7 +10,7 @@
 
 namespace tarnwick {
 
-// what() is one sentence for the user.
+// what() is one sentence for the user; `status` is the exit status.
 struct CommandError : std::runtime_error {
     CommandError(Status status, const std::string& sentence)
         : std::runtime_error(sentence), status(status) {}
@@ -20,7 +20,7 @@ struct CommandError : std::runtime_error {
 [[noreturn]] void misuse(const std::string& sentence);
 [[noreturn]] void failure(const std::string& sentence);
 
-// Writes to standard output. Throws CommandError when it cannot be written.
+// Writes to standard output. Throws CommandError if it cannot be written.
 void print(std::string_view text);
 
 } // namespace tarnwick

@@ -9,7 +9,7 @@
 namespace tarnwick {
 
 bool writeNewFile(const std::filesystem::path& path, std::string_view text) {
-    std::FILE* const file = std::fopen(path.c_str(), "wbx"); // x: only where there is none
+    std::FILE* const file = std::fopen(path.c_str(), "wbx"); // x: fails if it exists
     if (!file && errno == EEXIST)
         return false;
     const bool isWritten = file && std::fwrite(text.data(), 1, text.size(), file) == text.size();

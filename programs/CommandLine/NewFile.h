@@ -1,4 +1,4 @@
-// Files that take nobody's place.
+// Files that replace no other file.
 #pragma once
 
 #include <filesystem>
@@ -6,8 +6,8 @@
 
 namespace tarnwick {
 
-// Writes a file where there is none, not even a link; false where one is. Where it cannot be
-// written nothing of it stays. Throws CommandError. Blocks.
+// Writes a new file. Returns false if the path exists, even as a link. If writing fails, the file
+// is removed. Throws CommandError. Blocks.
 bool writeNewFile(const std::filesystem::path& path, std::string_view text);
 
 } // namespace tarnwick

@@ -1,4 +1,4 @@
-// A folder of files that appears whole or not at all.
+// A folder of files that appears complete or not at all.
 #pragma once
 
 #include <filesystem>
@@ -12,13 +12,13 @@ struct NewFile {
     std::string text;
 };
 
-// Throws CommandError where something stands at `folder`, but for an empty folder, or nothing can
-// come to stand there. To be asked before long work.
+// Throws CommandError if something other than an empty folder exists at `folder`, or if it cannot
+// be created. Call it before long work.
 void checkNewFolder(const std::filesystem::path& folder);
 
-// Writes the files into a folder of another name beside `folder`, then renames it. Takes the place
-// of an empty folder. Throws CommandError, with nothing left behind, where something else stands
-// there or a file cannot be written. Blocks, and keeps Ctrl-C waiting meanwhile.
+// Writes the files into a temporary folder beside `folder`, then renames it. Replaces an empty
+// folder. Throws CommandError, and leaves nothing behind, if something else is there or a file
+// cannot be written. Blocks, and delays Ctrl-C.
 void writeNewFolder(const std::filesystem::path& folder, std::span<const NewFile> files);
 
 } // namespace tarnwick

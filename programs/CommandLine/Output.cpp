@@ -20,7 +20,8 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view standardOutput = "-";
 
-// As main() has it for what a library throws, but for a name, which the user chose.
+// Turns the errors of libraries into those of commands. The user chose the name, so an error in it
+// is a usage error.
 template <class Work> void reported(const Work& work) {
     try {
         work();
@@ -49,8 +50,6 @@ std::optional<Output> Output::of(const Arguments& arguments, std::string_view op
     const auto name = arguments.value(option);
     if (!name)
         return std::nullopt;
-    if (name->empty())
-        misuse(std::string(option) + " wants the name of a file after it.");
     Output output(*name, kind, arguments.wordsBeside(option));
     output.saysOnStandardOutput_ = !output.isStandardOutput_ && !arguments.has("--json") &&
                                    std::ranges::count(output.inputs_, standardOutput) == 0;
@@ -60,12 +59,8 @@ std::optional<Output> Output::of(const Arguments& arguments, std::string_view op
     return output;
 }
 
-Output Output::wanted(const Arguments& arguments, FileKind kind, std::string_view writer) {
-    auto output = of(arguments, "-o", kind, writer);
-    if (!output)
-        misuse("-o OUT" + std::string(endingOf(kind)) + " is missing: where to write the " +
-               std::string(nameOf(kind)) + ".");
-    return *std::move(output);
+Output Output::required(const Arguments& arguments, FileKind kind, std::string_view writer) {
+    return of(arguments, "-o", kind, writer).value();
 }
 
 Output Output::at(const fs::path& file, FileKind kind, std::vector<std::string_view> inputs) {
@@ -88,7 +83,7 @@ void Output::check() const {
         reported([&] { checkOutputFile(name_, kind_, inputs_); });
     else if (isatty(STDOUT_FILENO) == 1)
         misuse("Standard output is a terminal, which cannot show a " + std::string(nameOf(kind_)) +
-               "; a file or a pipe takes it.");
+               "; use a file or a pipe.");
 }
 
 void Output::write(std::string_view bytes) const {

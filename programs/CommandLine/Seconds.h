@@ -1,16 +1,12 @@
-// Times and durations on the command line.
+// The values of options in seconds.
 #pragma once
 
-#include "programs/CommandLine/Arguments.h"
-
-#include <string_view>
+#include "TarnwickCore/CommandLine/Values.h"
 
 namespace tarnwick {
 
-// What `option` says, a number of seconds from 0 on that a float can hold, since the GPU is told in
-// single precision; `otherwise` where it is not given. Throws CommandError.
-double secondsFromZero(const Arguments& arguments, std::string_view option, double otherwise);
-// The same of the word `given`, which stands after `option`.
-double secondsFromZero(std::string_view given, std::string_view option);
+constexpr Number secondsFromZero{.unit = "seconds"};
+// Lengths of movies, pages and variations.
+constexpr Number secondsUpToADay{.most = 86400, .unit = "seconds", .excludesLeast = true};
 
 } // namespace tarnwick

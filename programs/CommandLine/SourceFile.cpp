@@ -16,9 +16,9 @@
 namespace tarnwick {
 namespace {
 
-constexpr std::size_t longestText = std::size_t{8} << 20; // bytes; a person's source is far below
+constexpr std::size_t longestText = std::size_t{8} << 20; // bytes
 
-// An open file, closed at the end of its life.
+// An open file, closed by the destructor.
 struct Descriptor {
     int number;
     explicit Descriptor(int number) : number(number) {}
@@ -39,7 +39,7 @@ struct Descriptor {
            " MiB that a source may have.");
 }
 
-// All bytes up to one past the longest text.
+// All bytes, at most one more than the longest text.
 std::string bytesOf(std::string_view path, int descriptor) {
     std::string bytes;
     std::string block(std::size_t{1} << 16, '\0');

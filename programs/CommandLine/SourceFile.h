@@ -1,4 +1,4 @@
-// Files that the command line names.
+// Text files that the command line names.
 #pragma once
 
 #include <string>
@@ -7,12 +7,11 @@
 namespace tarnwick {
 
 // The text of `path`, a regular file or a pipe, without a byte order mark. Throws CommandError,
-// whose sentence names the path, when it is missing, a folder, longer than 8 MiB or no UTF-8 text;
-// the place of the first byte that is none has been printed then. No more is read than it takes to
-// know.
+// whose sentence names the path, if it is missing, a folder, longer than 8 MiB or not UTF-8; the
+// place of the first invalid byte is printed before. Stops reading at the first of these.
 std::string sourceText(std::string_view path);
 
-// The same for those who report such bytes themselves, as findings of an episode.
+// The same without the check of UTF-8, for callers that report invalid bytes themselves.
 std::string sourceBytes(std::string_view path);
 
 } // namespace tarnwick

@@ -9,8 +9,6 @@ namespace tarnwick {
 namespace {
 
 Status whoAmI(const Arguments& arguments) {
-    if (!arguments.operands().empty())
-        misuse(quoted(arguments.operands().front()) + " is not wanted here.");
     const Service service(arguments);
     const Secret token = service.wantedToken();
     HeldSignals signals;
@@ -23,7 +21,7 @@ Status whoAmI(const Arguments& arguments) {
 }
 
 Status handle(const Arguments& arguments) {
-    const std::string wanted(arguments.operand("handle"));
+    const std::string wanted(arguments.operand());
     if (!APIClient::isValidHandle(wanted))
         misuse("A handle has 3 to 24 characters, each a letter from a to z, a digit or a hyphen.");
     const Service service(arguments);
@@ -36,20 +34,18 @@ Status handle(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 1> accountOptions{{serverOption}};
-
 } // namespace
 
 const Command whoAmICommand{.name = "whoami",
                             .operands = "",
                             .summary = "Says which account of the sharing service is signed in.",
-                            .options = accountOptions,
+                            .options = serviceOptions,
                             .run = whoAmI};
 
 const Command handleCommand{.name = "handle",
                             .operands = "NAME",
                             .summary = "Chooses the name under which others see what you share.",
-                            .options = accountOptions,
+                            .options = serviceOptions,
                             .run = handle};
 
 } // namespace tarnwick

@@ -12,7 +12,7 @@
 namespace tarnwick {
 
 static Status check(const Arguments& arguments) {
-    const Episode episode = episodeAt(arguments.operand("episode"), EpisodeBytes::any);
+    const Episode episode = episodeAt(arguments.operand(), EpisodeBytes::any);
     const auto device = gpu::Device::systemDefault();
     const EpisodeFindings checked =
         checkedEpisode(episode, device.get(),
@@ -30,8 +30,8 @@ static Status check(const Arguments& arguments) {
 }
 
 static constexpr std::array<Option, 2> checkOptions{{
-    {"-W", "", "more warnings: unused and unset variables, integer divisions"},
-    {"--json", "", "as JSON, with the compiler's own text"},
+    {.name = "-W", .help = "more warnings: unused and unset variables, integer divisions"},
+    {.name = "--json", .help = "print JSON, with the compiler's own text"},
 }};
 
 const Command checkCommand{

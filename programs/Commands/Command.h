@@ -1,7 +1,7 @@
 // The subcommands. main.cpp holds the table of them.
 #pragma once
 
-#include "programs/CommandLine/Arguments.h"
+#include "TarnwickCore/CommandLine/Arguments.h"
 #include "programs/CommandLine/CommandError.h"
 
 #include <span>
@@ -11,11 +11,11 @@ namespace tarnwick {
 
 struct Command {
     std::string_view name;
-    std::string_view operands; // in the help: "EPISODE"
+    std::string_view operands; // as in CommandForm
     std::string_view summary;  // one sentence
     std::span<const Option> options;
     Status (*run)(const Arguments& arguments);
-    // Passes its words on as they are: `run` gets them as operands, "--help" among them.
+    // The words are not parsed: `run` gets all of them as operands, also "--help".
     bool passesWordsOn = false;
 };
 

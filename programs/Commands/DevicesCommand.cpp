@@ -4,14 +4,12 @@
 
 namespace tarnwick {
 
-static Status devices(const Arguments& arguments) {
-    if (!arguments.operands().empty())
-        misuse(quoted(arguments.operands().front()) + " is not wanted here.");
+static Status devices(const Arguments&) {
     const std::vector<gpu::DeviceInfo> all = gpu::allDevices();
     if (all.empty())
         failure(gpu::Device::absence());
     const auto chosen = gpu::Device::systemDefault();
-    bool isMarked = false; // of two devices alike the first is the chosen one
+    bool isMarked = false; // of two equal devices the first is the chosen one
     for (std::size_t index = 0; index < all.size(); ++index) {
         const bool isChosen = !isMarked && chosen && all[index] == chosen->info();
         isMarked = isMarked || isChosen;

@@ -19,25 +19,27 @@ namespace {
 
 constexpr double usualDuration = 10; // seconds, of an episode without @length
 
-// All that the command line says, checked before anything is compiled or drawn.
+// The command line, checked before anything is compiled or drawn.
 struct Request {
     Episode episode;
     MovieTarget movie;
     Settings settings;
     double askedStart = 0, start = 0, duration = 0, crossfade = 0; // seconds
-    std::optional<LoopSearch> search;                              // whose answer is the duration
+    std::optional<LoopSearch> search;                              // its result is the duration
     std::optional<FrameRange> frames;
     bool sound = false, watermark = false;
 };
 
 double durationOf(const Arguments& arguments, const Episode& episode) {
-    const auto given = arguments.value("--duration");
-    const double duration =
-        given ? secondsFromZero(*given, "--duration") : episode.length().value_or(usualDuration);
-    if (duration == 0)
-        misuse("A movie of 0 seconds has no frames.");
+    const double duration = arguments.has("--duration") ? arguments.numberOf("--duration")
+                                                        : episode.length().value_or(usualDuration);
     checkMovieLength(duration);
     return duration;
+}
+
+double loopSeconds(std::string_view text) {
+    requireValue("--find-loop", secondsFromZero, text);
+    return doubleOf(text).value();
 }
 
 // AROUND or AROUND:RANGE.
@@ -45,27 +47,23 @@ std::optional<LoopSearch> searchOf(const Arguments& arguments, const Request& re
     const auto given = arguments.value("--find-loop");
     if (!given)
         return std::nullopt;
-    for (const std::string_view other : {"--duration", "--frames"})
-        if (arguments.has(other))
-            misuse("--find-loop finds how long the movie is, so " + std::string(other) +
-                   " cannot stand beside it.");
     LoopSearch search{.fps = request.movie.preset.fps};
     const std::size_t colon = std::min(given->find(':'), given->size());
-    search.around = secondsFromZero(given->substr(0, colon), "--find-loop");
+    search.around = loopSeconds(given->substr(0, colon));
     if (colon < given->size())
-        search.range = secondsFromZero(given->substr(colon + 1), "--find-loop");
+        search.range = loopSeconds(given->substr(colon + 1));
     checkMovieLength(search.around + search.range);
     return search;
 }
 
-// Seconds that the crossfade of a movie of `duration` seconds has.
+// The crossfade of a movie of `duration` seconds, in seconds.
 double crossfadeOf(const Request& request, double duration) {
     const std::int64_t fps = request.movie.preset.fps;
     return static_cast<double>(ExportPlan::crossfadeFrames(request.crossfade, duration, fps)) /
            static_cast<double>(fps);
 }
 
-// A search may give any length of its range: the longest has the longest crossfade.
+// A search may find any length of its range. The longest has the longest crossfade.
 double startOf(const Request& request) {
     const double longest =
         request.search ? request.search->around + request.search->range : request.duration;
@@ -73,10 +71,10 @@ double startOf(const Request& request) {
 }
 
 Request requestOf(const Arguments& arguments) {
-    const std::string_view path = arguments.operand("episode");
+    const std::string_view path = arguments.operand();
     Request request{.movie = movieTargetOf(arguments)};
-    request.askedStart = secondsFromZero(arguments, "--start", 0);
-    request.crossfade = secondsFromZero(arguments, "--loop", 0);
+    request.askedStart = arguments.numberOf("--start");
+    request.crossfade = arguments.numberOf("--loop");
     request.episode = episodeAt(path);
     request.search = searchOf(arguments, request);
     if (!request.search)
@@ -132,29 +130,32 @@ Status export_(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 17> exportOptions{{
-    {"-o", "OUT",
-     "where to write the movie, .mp4 or .mov as the preset has it, or - for standard output; "
-     "required"},
-    presetOption,
-    {"--start", "SECONDS", "of the episode; default: 0"},
-    {"--duration", "SECONDS", "of the movie; default: the episode's @length, or 10"},
-    setOption,
-    keysOption,
-    settingsOption,
-    noSettingsOption,
-    watermarkOption,
-    {"--loop", "SECONDS",
-     "crossfade the end, sound included, into what lies before the start, so that it loops; the "
-     "start is SECONDS at least"},
-    {"--find-loop", "AROUND[:RANGE]", "take the length within RANGE, or 0.5, that loops best"},
-    soundOption,
-    noSoundOption,
+constexpr std::array<Option, 6> timeOptions{{
+    movieStartOption,
+    {.name = "--duration",
+     .value = "SECONDS",
+     .help = "length of the movie",
+     .values = secondsUpToADay,
+     .byDefault = "@length of the episode, or 10"},
+    {.name = "--loop",
+     .value = "SECONDS",
+     .help = "crossfade the end, sound included, into the seconds before the start, so that the "
+             "movie loops; the movie then starts at SECONDS or later",
+     .values = secondsFromZero,
+     .byDefault = "0"},
+    {.name = "--find-loop",
+     .value = "AROUND[:RANGE]",
+     .help = "use the length that loops best, at most RANGE (default: 0.5) seconds from AROUND",
+     .byDefault = "none",
+     .excludes = "--duration --frames"},
+    {.name = "--frames",
+     .value = "A..B",
+     .help = "write only the frames from A to B - 1, for tarnwick join; A.. goes to the end",
+     .byDefault = "all frames"},
     movieSizeOption,
-    bitrateOption,
-    draftOption,
-    {"--frames", "A..B", "write only the frames from A on, up to B, for tarnwick join"},
 }};
+constexpr auto exportOptions =
+    joined(std::array{movieOutOption}, movieOptions, timeOptions, animationOptions);
 
 } // namespace
 

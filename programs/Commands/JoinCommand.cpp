@@ -14,11 +14,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// As the output's name ends, or on standard output the first part's.
+// From the ending of the output's name, or for standard output of the first part's name.
 MovieFileType typeOf(const Arguments& arguments) {
-    const std::string_view out = arguments.value("-o").value_or("");
-    if (out.empty())
-        misuse("-o OUT is missing: where to write the movie.");
+    const std::string_view out = arguments.value("-o").value();
     const std::string_view named = out == "-" ? arguments.operands().front() : out;
     for (const MovieFileType type : {MovieFileType::mpeg4, MovieFileType::quickTime})
         if (endsAs(fileKind(type), named))
@@ -38,10 +36,8 @@ void joinInto(const fs::path& file, std::span<const fs::path> parts, MovieFileTy
 }
 
 Status join(const Arguments& arguments) {
-    if (arguments.operands().empty())
-        misuse("The parts are missing.");
     const MovieFileType type = typeOf(arguments);
-    const Output out = Output::wanted(arguments, fileKind(type));
+    const Output out = Output::required(arguments, fileKind(type));
     const std::vector<fs::path> parts(arguments.operands().begin(), arguments.operands().end());
     const HeldSignals whileWriting;
     ProgressBar bar("");
@@ -51,7 +47,11 @@ Status join(const Arguments& arguments) {
 }
 
 constexpr std::array<Option, 1> joinOptions{{
-    {"-o", "OUT", "where to write the movie, or - for standard output; required"},
+    {.name = "-o",
+     .value = "OUT",
+     .help = "the movie, .mp4 or .mov; - is standard output",
+     .values = FileName{},
+     .isRequired = true},
 }};
 
 } // namespace

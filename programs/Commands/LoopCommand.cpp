@@ -1,4 +1,4 @@
-// tarnwick loop: the length at which an episode comes back to where it began.
+// tarnwick loop: the length at which an episode loops.
 #include "TarnwickCore/Text/Numbers.h"
 #include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
@@ -12,49 +12,53 @@
 namespace tarnwick {
 namespace {
 
-double askedStart(const Arguments& arguments) {
-    return secondsFromZero(arguments, "--start", 0);
-}
-
 LoopSearch searchOf(const Arguments& arguments) {
-    LoopSearch search;
-    if (!arguments.has("--around"))
-        misuse("--around SECONDS is missing: about how long the loop is to be.");
-    search.start = loopStart(askedStart(arguments), secondsFromZero(arguments, "--loop", 0));
-    search.around = secondsFromZero(arguments, "--around", search.around);
-    search.range = secondsFromZero(arguments, "--range", search.range);
-    if (const auto given = arguments.value("--fps")) {
-        const auto fps = integerOf(*given);
-        if (!fps || *fps < 1 || *fps > 1000)
-            misuse("--fps wants a whole number from 1 to 1000, not " + quoted(*given) + ".");
-        search.fps = *fps;
-    }
-    return search;
+    return {.start = loopStart(arguments.numberOf("--start"), arguments.numberOf("--loop")),
+            .around = arguments.numberOf("--around"),
+            .range = arguments.numberOf("--range"),
+            .fps = arguments.integerOf("--fps")};
 }
 
 Status loop(const Arguments& arguments) {
-    const std::string_view path = arguments.operand("episode");
+    const std::string_view path = arguments.operand();
     const LoopSearch search = searchOf(arguments);
     const Episode episode = episodeAt(path);
     const Settings settings = episodeSettingsOf(arguments, episode);
     const auto device = drawingDevice();
     const auto program = programOf(episode, *device);
-    sayLoopStart(askedStart(arguments), search.start);
+    sayLoopStart(arguments.numberOf("--start"), search.start);
     print(loopText(findLoop(program, *device, settings, search, path), search.fps) + "\n");
     return Status::done;
 }
 
-constexpr std::array<Option, 9> loopOptions{{
-    {"--around", "SECONDS", "about how long the loop is to be; required"},
-    {"--range", "SECONDS", "how much it may be longer or shorter; default: 0.5"},
-    {"--fps", "N", "frames a second, of which the loop is to have a whole number; default: 30"},
-    {"--start", "SECONDS", "of the episode, where the loop begins; default: 0"},
-    {"--loop", "SECONDS", "the movie's crossfade, before which it does not begin; default: 0"},
-    setOption,
-    keysOption,
-    settingsOption,
-    noSettingsOption,
+constexpr std::array<Option, 5> searchOptions{{
+    {.name = "--around",
+     .value = "SECONDS",
+     .help = "approximate length of the loop",
+     .values = secondsFromZero,
+     .isRequired = true},
+    {.name = "--range",
+     .value = "SECONDS",
+     .help = "maximum difference from that length",
+     .values = secondsFromZero,
+     .byDefault = "0.5"},
+    {.name = "--fps",
+     .value = "N",
+     .help = "frame rate; the loop is a whole number of frames",
+     .values = WholeNumber{.least = 1, .most = 1000},
+     .byDefault = "30"},
+    {.name = "--start",
+     .value = "SECONDS",
+     .help = "time of the episode at which the loop starts",
+     .values = secondsFromZero,
+     .byDefault = "0"},
+    {.name = "--loop",
+     .value = "SECONDS",
+     .help = "crossfade of the movie; the loop starts at SECONDS or later",
+     .values = secondsFromZero,
+     .byDefault = "0"},
 }};
+constexpr auto loopOptions = joined(searchOptions, animationOptions);
 
 } // namespace
 

@@ -1,4 +1,5 @@
 // tarnwick msl: compiles any file in the Metal Shading Language.
+#include "TarnwickCore/Findings.h"
 #include "TarnwickMSL/Compile.h"
 #include "programs/CommandLine/Output.h"
 #include "programs/CommandLine/SourceFile.h"
@@ -18,7 +19,7 @@ using msl::Resource;
 
 constexpr std::array<std::string_view, 3> stageNames{"vertex", "fragment", "kernel"};
 
-// What an argument is called in the source, and what it is bound as.
+// The attribute of an argument in the source, and the kind of its binding.
 struct ResourceName {
     std::string_view attribute, kind;
 };
@@ -56,7 +57,7 @@ std::string listing(const EntryPoint& entry) {
     return text;
 }
 
-// Compiled under the file's own name, so that the messages bear it.
+// Compiled with the file's own name, for the messages.
 Compilation compiled(std::string_view path) {
     std::string name;
     for (const char character : path) {
@@ -90,25 +91,15 @@ std::string_view bytesOf(const EntryPoint& entry) {
             entry.words.size() * sizeof entry.words[0]};
 }
 
-// The first message that says why, without its excerpt.
-std::string firstError(const std::string& messages) {
-    const std::size_t error = messages.find("error: ");
-    const std::size_t from = error == std::string::npos ? 0 : messages.rfind('\n', error) + 1;
-    return messages.substr(from, std::min(messages.find('\n', from), messages.size()) - from);
-}
-
 Status batch(const Arguments& arguments) {
-    if (arguments.has("-o") || arguments.has("--entry"))
-        misuse("--batch goes with neither -o nor --entry.");
-    if (arguments.operands().empty())
-        misuse("The files are missing.");
     Status status = Status::done;
     for (const std::string_view path : arguments.operands()) {
         std::string line;
         try {
             const Compilation compilation = compiled(path);
-            line = std::string(path) + (compilation.failed ? ": failed: " : ": ok: ") +
-                   (compilation.failed ? firstError(compilation.messages) : namesOf(compilation));
+            line =
+                std::string(path) + (compilation.failed ? ": failed: " : ": ok: ") +
+                (compilation.failed ? firstErrorLine(compilation.messages) : namesOf(compilation));
             if (compilation.failed)
                 status = std::max(status, Status::failed);
         } catch (const CommandError& error) {
@@ -121,7 +112,9 @@ Status batch(const Arguments& arguments) {
 }
 
 Status compileOne(const Arguments& arguments) {
-    const std::string_view path = arguments.operand("file");
+    if (arguments.operands().size() > 1)
+        misuse("Several files require --batch.");
+    const std::string_view path = arguments.operands().front();
     const auto name = arguments.value("--entry");
     const auto out = Output::of(arguments, "-o", FileKind::spirvModule);
     const Compilation compilation = compiled(path);
@@ -129,8 +122,7 @@ Status compileOne(const Arguments& arguments) {
     if (compilation.failed)
         return Status::failed;
     if (out && !name && compilation.entryPoints.size() != 1)
-        misuse("-o writes one entry point; --entry says which: " + std::string(path) + " has " +
-               namesOf(compilation) + ".");
+        misuse("-o requires --entry: " + std::string(path) + " has " + namesOf(compilation) + ".");
     if (name)
         entryNamed(compilation, *name, path);
     for (const EntryPoint& entry : compilation.entryPoints) {
@@ -148,9 +140,18 @@ Status compileMSL(const Arguments& arguments) {
 }
 
 constexpr std::array<Option, 3> mslOptions{{
-    {"--entry", "NAME", "only this entry point"},
-    {"-o", "OUT.spv", "writes its SPIR-V; - for standard output"},
-    {"--batch", "", "many files, one line a file"},
+    {.name = "--entry",
+     .value = "NAME",
+     .help = "only this entry point",
+     .byDefault = "all entry points"},
+    {.name = "-o",
+     .value = "OUT.spv",
+     .help = "write the entry point's SPIR-V; - is standard output",
+     .values = FileName{},
+     .byDefault = "none"},
+    {.name = "--batch",
+     .help = "compile several files and print a line for each",
+     .excludes = "-o --entry"},
 }};
 
 } // namespace

@@ -1,4 +1,4 @@
-// tarnwick meta: what an episode says about itself.
+// tarnwick meta: the data of an episode.
 #include "TarnwickCore/Text/Numbers.h"
 #include "programs/Commands/Command.h"
 #include "programs/Episode/EpisodeFile.h"
@@ -102,12 +102,14 @@ std::string metaJSON(const Episode& episode) {
 }
 
 Status meta(const Arguments& arguments) {
-    const Episode episode = episodeAt(arguments.operand("episode"));
+    const Episode episode = episodeAt(arguments.operand());
     print(arguments.has("--json") ? metaJSON(episode) : metaText(episode));
     return Status::done;
 }
 
-constexpr std::array<Option, 1> metaOptions{{{"--json", "", "as JSON; times are in seconds"}}};
+constexpr std::array<Option, 1> metaOptions{{
+    {.name = "--json", .help = "print JSON; times are in seconds"},
+}};
 
 } // namespace
 

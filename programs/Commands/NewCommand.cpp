@@ -17,9 +17,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The title stands on the first line, behind the slashes of a comment.
+// The title, which becomes a comment on the first line.
 std::string_view titleOf(const Arguments& arguments) {
-    const std::string_view title = arguments.operand("title");
+    const std::string_view title = arguments.operand();
     if (!isUTF8(title))
         misuse("The title is not text in UTF-8.");
     if (trimmed(title).empty())
@@ -29,13 +29,13 @@ std::string_view titleOf(const Arguments& arguments) {
     return title;
 }
 
-// A file of the title's name in the current folder, or with a number behind it where that is taken.
+// A file with the title's name in the current folder, with a number if the name is taken.
 fs::path placeFor(std::string_view title) {
     std::string name(title);
     std::ranges::replace(name, '/', '-'); // a title has no folders
-    // With an ending of ours it loses no other: "Vol. 2" stays whole.
+    // Our ending keeps the title whole: "Vol. 2" has no ending then.
     std::string stem = fs::path(FileNames::safe(name + ".metal")).stem();
-    // Commands would take a name that begins with a dash for an option.
+    // To commands a name that begins with a dash is an option.
     stem.erase(0, stem.find_first_not_of("-. "));
     return FileNames::unique(
         FileNames::safe(stem.empty() ? "" : stem + ".metal"), "",
@@ -55,19 +55,13 @@ constexpr std::array<Template, 4> templates{{
 }};
 
 std::string templateText(const Arguments& arguments, std::string_view title) {
-    const Template* chosen = nullptr;
-    for (const Template& each : templates) {
-        if (!arguments.has(each.option))
-            continue;
-        if (chosen)
-            misuse(std::string(chosen->option) + " and " + std::string(each.option) +
-                   " exclude each other.");
-        chosen = &each;
-    }
-    return chosen ? chosen->text(title) : ShaderTemplate::newShader(title);
+    for (const Template& each : templates)
+        if (arguments.has(each.option))
+            return each.text(title);
+    return ShaderTemplate::newShader(title);
 }
 
-// With the line that `meta`, `sheet` and movies read the title from, before the template's own.
+// Adds the line from which `meta`, `sheet` and movies read the title.
 std::string withEpisodeLine(std::string text, std::string_view title) {
     const std::size_t firstDirective = text.find("\n// @");
     return text.insert(firstDirective, "\n// @episode 1 " + std::string(trimmed(title)));
@@ -89,13 +83,17 @@ Status makeNew(const Arguments& arguments) {
 }
 
 constexpr std::array<Option, 5> newOptions{{
-    {"--particles", "", "a particle episode with trails"},
-    {"--grid", "", "a grid episode: a surface in depth"},
-    {"--sound", "", "a tune, and a picture that hears it"},
-    {"--inputs", "", "an episode that reads sound, pictures and its own last frame"},
-    {"-o", "FILE.metal",
-     "where to write it, or - for standard output; default: the title's name in this "
-     "folder"},
+    {.name = "--particles",
+     .help = "a particle episode with trails",
+     .excludes = "--grid --sound --inputs"},
+    {.name = "--grid", .help = "a grid episode: a surface in 3D", .excludes = "--sound --inputs"},
+    {.name = "--sound", .help = "a tune, and a picture that hears it", .excludes = "--inputs"},
+    {.name = "--inputs", .help = "an episode that reads sound, pictures and its last frame"},
+    {.name = "-o",
+     .value = "FILE.metal",
+     .help = "file to write; - is standard output",
+     .values = FileName{},
+     .byDefault = "a name made from TITLE in the current folder"},
 }};
 
 } // namespace

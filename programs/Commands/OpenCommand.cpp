@@ -22,11 +22,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Links to this machine count only where the service is one on it.
+// Links to this machine are valid only if the service is on this machine.
 OpenLink linkOf(const Arguments& arguments, const APIClient& client) {
     const auto localhosts =
         client.isLocal() ? OpenLink::Localhosts::allowed : OpenLink::Localhosts::refused;
-    auto parsed = OpenLink::parse(arguments.operand("link"), localhosts);
+    auto parsed = OpenLink::parse(arguments.operand(), localhosts);
     if (const auto* problem = std::get_if<OpenLink::Problem>(&parsed))
         misuse(terminalText(problem->description()));
     return std::get<OpenLink>(std::move(parsed));
@@ -43,7 +43,7 @@ fs::path folderOf(const Arguments& arguments) {
     return folder;
 }
 
-// Somebody else may take a name between the look and the writing; then it is another's turn.
+// Another process may take a name between the check and the writing; then the next name is tried.
 fs::path saved(const std::string& source, const OpenLink& link, const fs::path& folder) {
     while (true) {
         const fs::path path = FileNames::unique(link.fileName, folder, [](const fs::path& file) {
@@ -79,20 +79,26 @@ Status open(const Arguments& arguments) {
     if (arguments.has("--no-play"))
         return Status::done;
     if (!hasWindows()) {
-        std::fputs("tarnwick: It is not shown: there is no display, as DISPLAY is not set.\n",
+        std::fputs("tarnwick: The episode is not shown: there is no display, because DISPLAY is "
+                   "not set.\n",
                    stderr);
         return Status::done;
     }
-    // Absolute, so that it is no option whatever its name.
+    // Absolute, so that its name is not read as an option.
     const std::string episode = fs::absolute(path).string();
-    becomeSaver(std::array<std::string_view, 1>{episode});
+    becomeSaver({&episode, 1});
 }
 
-constexpr std::array<Option, 3> openOptions{{
-    {"-o", "FOLDER", "where to save it; default: the current folder"},
-    {"--no-play", "", "do not show it in a window"},
-    serverOption,
-}};
+constexpr auto openOptions =
+    joined(std::array<Option, 2>{{
+               {.name = "-o",
+                .value = "FOLDER",
+                .help = "folder to save the shader in",
+                .values = AnyText{},
+                .byDefault = "the current folder"},
+               {.name = "--no-play", .help = "do not show the shader in a window"},
+           }},
+           serviceOptions);
 
 } // namespace
 

@@ -1,4 +1,4 @@
-// tarnwick release: whether there is a newer one, and its download.
+// tarnwick release: whether there is a newer release, and its download.
 #include "TarnwickBase/Version.h"
 #include "TarnwickCore/Service/ReleaseDownload.h"
 #include "TarnwickCore/Text/Lines.h"
@@ -57,10 +57,6 @@ void download(const LatestRelease& release, const std::filesystem::path& file,
 }
 
 Status release(const Arguments& arguments) {
-    if (!arguments.operands().empty())
-        misuse(quoted(arguments.operands().front()) + " is not wanted here.");
-    if (arguments.has("--download") != arguments.has("-o"))
-        misuse("--download and -o OUT belong together.");
     const auto out = Output::of(arguments, "-o", FileKind::release);
     const Service service(arguments);
     HeldSignals signals;
@@ -77,11 +73,19 @@ Status release(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 3> releaseOptions{{
-    {"--download", "", "fetch it where it is newer, and check its SHA-256"},
-    {"-o", "OUT", "the file to download to, where there is none yet; - for standard output"},
-    serverOption,
-}};
+constexpr auto releaseOptions =
+    joined(std::array<Option, 2>{{
+               {.name = "--download",
+                .help = "download the release if it is newer, and check its SHA-256",
+                .needs = "-o"},
+               {.name = "-o",
+                .value = "OUT",
+                .help = "file to download to; an existing file is kept; - is standard output",
+                .values = FileName{},
+                .byDefault = "none",
+                .needs = "--download"},
+           }},
+           serviceOptions);
 
 } // namespace
 

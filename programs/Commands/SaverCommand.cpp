@@ -9,7 +9,7 @@ static Status saver(const Arguments& arguments) {
 }
 
 const Command saverCommand{.name = "saver",
-                           .operands = "...",
+                           .operands = "[WORD]...",
                            .summary = "Shows the screen saver; tarnwick saver --help says how.",
                            .options = {},
                            .run = saver,

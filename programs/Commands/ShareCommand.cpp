@@ -16,25 +16,23 @@
 namespace tarnwick {
 namespace {
 
-// The least that passes for a movie and a picture, until there are some.
+// The smallest valid movie and picture, until the real ones are drawn.
 constexpr std::string_view standInLoop("\0\0\0\x08"
                                        "ftyp",
                                        8);
 constexpr std::string_view standInThumb("\xff\xd8\xff");
 
-template <class Choice, std::size_t count>
-Choice choiceOf(const Arguments& arguments, std::string_view option,
-                const std::array<Choice, count>& choices, Choice otherwise) {
-    const auto given = arguments.value(option);
-    if (!given)
-        return otherwise;
-    std::string known;
-    for (const Choice choice : choices) {
-        if (rawValue(choice) == *given)
-            return choice;
-        known += (known.empty() ? "" : ", ") + std::string(rawValue(choice));
-    }
-    misuse(std::string(option) + " wants one of " + known + ", not " + quoted(*given) + ".");
+template <const auto& choices> std::vector<std::string_view> valuesOf() {
+    std::vector<std::string_view> values;
+    for (const auto choice : choices)
+        values.push_back(rawValue(choice));
+    return values;
+}
+
+template <const auto& choices> auto choiceOf(const Arguments& arguments, std::string_view option) {
+    const std::string_view text = arguments.textOf(option);
+    return *std::ranges::find_if(choices,
+                                 [&](const auto choice) { return rawValue(choice) == text; });
 }
 
 struct Request {
@@ -43,13 +41,11 @@ struct Request {
 };
 
 Request requestOf(const Arguments& arguments) {
-    if (!arguments.has("--title"))
-        misuse("--title TEXT is missing: what the page is to be called.");
     ShareUpload upload{.title = std::string(arguments.value("--title").value()),
                        .description = std::string(arguments.value("--description").value_or(""))};
-    upload.licence = choiceOf(arguments, "--licence", allLicences, upload.licence);
-    upload.visibility = choiceOf(arguments, "--visibility", allVisibilities, upload.visibility);
-    Episode episode = episodeAt(arguments.operand("episode"));
+    upload.licence = choiceOf<allLicences>(arguments, "--licence");
+    upload.visibility = choiceOf<allVisibilities>(arguments, "--visibility");
+    Episode episode = episodeAt(arguments.operand());
     upload.source = episode.text;
     upload.params = episode.params();
     const auto loop = arguments.value("--loop"), thumb = arguments.value("--thumb");
@@ -58,7 +54,7 @@ Request requestOf(const Arguments& arguments) {
     return {std::move(episode), std::move(upload)};
 }
 
-// `status` is whose fault they are: the command line's, or that of what was drawn.
+// `status` is `misused` for errors of the command line, `failed` for those of the drawn media.
 void checkProblems(const ShareUpload& upload, Status status) {
     const std::vector<std::string> problems = upload.problems();
     if (problems.empty())
@@ -68,7 +64,7 @@ void checkProblems(const ShareUpload& upload, Status status) {
     throw CommandError(status, problems.back());
 }
 
-// What cannot be compiled is refused here too when nothing is to be drawn.
+// An episode that does not compile is an error here, also if nothing is drawn.
 void draw(Request& request, const Arguments& arguments, const PixelSize& size,
           const Settings& settings) {
     const auto device = drawingDevice();
@@ -119,20 +115,35 @@ Status share(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 12> shareOptions{{
-    {"--title", "TEXT", "of its page; required"},
-    {"--description", "TEXT", "on its page"},
-    {"--licence", "ID", "cc-by-nc-sa-4.0 (default), cc-by-4.0, mit or arr"},
-    {"--visibility", "WHO", "public (default), unlisted or private"},
-    {"--loop", "FILE.mp4", "a movie that loops, in place of one that is drawn"},
-    {"--thumb", "FILE.jpg", "a still, in place of one that is drawn"},
+constexpr std::array<Option, 7> pageOptions{{
+    {.name = "--title", .value = "TEXT", .help = "title of the page", .isRequired = true},
+    {.name = "--description",
+     .value = "TEXT",
+     .help = "description on the page",
+     .byDefault = "none"},
+    {.name = "--licence",
+     .value = "ID",
+     .help = "licence",
+     .values = OneOf{valuesOf<allLicences>},
+     .byDefault = "cc-by-nc-sa-4.0"},
+    {.name = "--visibility",
+     .value = "WHO",
+     .help = "who sees the page",
+     .values = OneOf{valuesOf<allVisibilities>},
+     .byDefault = "public"},
+    {.name = "--loop",
+     .value = "FILE.mp4",
+     .help = "movie that loops",
+     .values = FileName{},
+     .byDefault = "drawn from the episode"},
+    {.name = "--thumb",
+     .value = "FILE.jpg",
+     .help = "still",
+     .values = FileName{},
+     .byDefault = "drawn from the episode"},
     movieSizeOption,
-    setOption,
-    keysOption,
-    settingsOption,
-    noSettingsOption,
-    serverOption,
 }};
+constexpr auto shareOptions = joined(pageOptions, animationOptions, serviceOptions);
 
 } // namespace
 

@@ -18,18 +18,15 @@ struct SheetEpisode {
     Settings settings;
 };
 
-// Number and title. The name of the file where the episode has no title: all such episodes would
-// have one label.
+// Number and title; the name of the file if the episode has no title.
 std::string labelOf(const Episode& episode) {
     if (episode.meta.title == EpisodeMeta().title)
         return std::filesystem::path(episode.path).stem().string();
     return std::to_string(episode.meta.number) + "  " + episode.meta.title;
 }
 
-// In the order of their numbers.
+// Sorted by their numbers.
 std::vector<SheetEpisode> episodesOf(const Arguments& arguments) {
-    if (arguments.operands().empty())
-        misuse("The episodes are missing.");
     std::vector<SheetEpisode> episodes;
     for (const std::string_view path : arguments.operands()) {
         Episode episode = episodeAt(path);
@@ -54,7 +51,7 @@ LabelledPicture labelledStill(const SheetEpisode& one, const SheetLayout& layout
 }
 
 Status sheet(const Arguments& arguments) {
-    const Output out = Output::wanted(arguments, FileKind::pngPicture);
+    const Output out = Output::required(arguments, FileKind::pngPicture);
     const std::vector<SheetEpisode> episodes = episodesOf(arguments);
     std::vector<std::string> labels;
     for (const SheetEpisode& one : episodes)
@@ -66,22 +63,22 @@ Status sheet(const Arguments& arguments) {
         ProgressBar bar("Step");
         for (const SheetEpisode& one : episodes) {
             bar.part(partName("Still", pictures.size(), episodes.size()));
-            pictures.push_back(
-                labelledStill(one, layout, arguments.has(hearOption.name), *device, bar));
+            pictures.push_back(labelledStill(one, layout, arguments.has("--hear"), *device, bar));
         }
     }
     writeSheet(pictures, layout, out);
     return Status::done;
 }
 
-constexpr std::array<Option, 6> sheetOptions{{
-    {"-o", "OUT.png", "where to write the sheet, or - for standard output; required"},
-    columnsOption,
-    stillSizeOption,
-    settingsOption,
-    noSettingsOption,
-    hearOption,
-}};
+constexpr auto sheetOptions = joined(std::array<Option, 2>{{
+                                         {.name = "-o",
+                                          .value = "OUT.png",
+                                          .help = "the sheet; - is standard output",
+                                          .values = FileName{},
+                                          .isRequired = true},
+                                         stillSizeOption,
+                                     }},
+                                     columnsOptions, settingsOptions, hearOptions);
 
 } // namespace
 

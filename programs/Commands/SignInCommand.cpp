@@ -21,8 +21,6 @@ std::string accountText(const Approved& account, const std::string& place) {
 }
 
 Status signIn(const Arguments& arguments) {
-    if (!arguments.operands().empty())
-        misuse(quoted(arguments.operands().front()) + " is not wanted here.");
     const Service service(arguments);
     HeldSignals signals;
     const LinkStart start = awaited(
@@ -37,8 +35,11 @@ Status signIn(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 2> signInOptions{
-    {{"--no-browser", "", "show the page's address alone"}, serverOption}};
+constexpr auto signInOptions =
+    joined(std::array<Option, 1>{{
+               {.name = "--no-browser", .help = "only print the page's address"},
+           }},
+           serviceOptions);
 
 } // namespace
 

@@ -8,7 +8,7 @@
 namespace tarnwick {
 namespace {
 
-// A file that others may read is forgotten too; why it cannot be used is said then.
+// A file that others can read is removed too; the error is reported then.
 std::optional<Secret> tokenOrForget(const Service& service) {
     try {
         return service.token();
@@ -18,7 +18,7 @@ std::optional<Secret> tokenOrForget(const Service& service) {
     }
 }
 
-// Why the service did not take the token back; empty where it did, or does not know it any more.
+// The reason why the service did not revoke the token; empty if it did, or does not know it.
 std::string withdraw(const Secret& token, const APIClient& client, HeldSignals& signals) {
     try {
         const Answer answer = awaited(signals, [&](std::stop_token stop) {
@@ -34,8 +34,6 @@ std::string withdraw(const Secret& token, const APIClient& client, HeldSignals& 
 }
 
 Status signOut(const Arguments& arguments) {
-    if (!arguments.operands().empty())
-        misuse(quoted(arguments.operands().front()) + " is not wanted here.");
     const Service service(arguments);
     const auto token = tokenOrForget(service);
     if (!token) {
@@ -46,19 +44,17 @@ Status signOut(const Arguments& arguments) {
     const std::string why = withdraw(*token, service.client(), signals);
     service.forgetToken();
     if (!why.empty())
-        failure("You are signed out here, but the service may still take the sign-in: " + why);
+        failure("You are signed out here, but the service may still accept the sign-in: " + why);
     print("You are signed out.\n");
     return Status::done;
 }
-
-constexpr std::array<Option, 1> signOutOptions{{serverOption}};
 
 } // namespace
 
 const Command signOutCommand{.name = "sign-out",
                              .operands = "",
                              .summary = "Signs out of the sharing service.",
-                             .options = signOutOptions,
+                             .options = serviceOptions,
                              .run = signOut};
 
 } // namespace tarnwick

@@ -1,6 +1,7 @@
-// tarnwick sound: a stretch of an episode's sound as a WAV file.
+// tarnwick sound: part of an episode's sound as a WAV file.
 #include "TarnwickRender/AudioRenderer.h"
 #include "programs/CommandLine/Output.h"
+#include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
@@ -32,28 +33,34 @@ std::vector<float> samplesOf(const EpisodeSound& sound) {
     if (!samples)
         failure("The device could not evaluate the sound of " + sound.episode.path + ".");
     if (news.hitLoopBudget)
-        std::fprintf(stderr,
-                     "tarnwick: A loop of %s went on for too long and was ended; the sound may "
-                     "not be what it describes.\n",
-                     sound.episode.path.c_str());
+        std::fprintf(
+            stderr,
+            "tarnwick: A loop of %s ran for too long and was stopped; the sound may be wrong.\n",
+            sound.episode.path.c_str());
     return *std::move(samples);
 }
 
 Status sound(const Arguments& arguments) {
-    const Output out = Output::wanted(arguments, FileKind::wavSound);
+    const Output out = Output::required(arguments, FileKind::wavSound);
     const auto bytes = AudioRenderer::wavData(samplesOf(episodeSoundOf(arguments, "--start")));
     out.write({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     return Status::done;
 }
 
-constexpr std::array<Option, 6> soundOptions{{
-    {"-o", "OUT.wav", "where to write the sound, or - for standard output; required"},
-    {"--start", "SECONDS", "of the episode; default: 0"},
-    {"--duration", "SECONDS", "of sound; default: 10"},
-    setOption,
-    settingsOption,
-    noSettingsOption,
-}};
+constexpr auto soundOptions = joined(std::array<Option, 3>{{
+                                         {.name = "-o",
+                                          .value = "OUT.wav",
+                                          .help = "the sound; - is standard output",
+                                          .values = FileName{},
+                                          .isRequired = true},
+                                         {.name = "--start",
+                                          .value = "SECONDS",
+                                          .help = "time of the episode at which the sound starts",
+                                          .values = secondsFromZero,
+                                          .byDefault = "0"},
+                                         soundDurationOption,
+                                     }},
+                                     valueOptions);
 
 } // namespace
 

@@ -1,8 +1,9 @@
-// tarnwick spectrum: what an episode hears of its own sound, as levels and as a picture.
+// tarnwick spectrum: the levels and the spectrum of an episode's own sound.
 #include "TarnwickPlatform/Pictures/PNG.h"
 #include "TarnwickPlatform/Text/SpectrumPicture.h"
 #include "TarnwickRender/SoundTap.h"
 #include "programs/CommandLine/Output.h"
+#include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
 #include "programs/Episode/EpisodePicture.h"
 #include "programs/Episode/EpisodeProgram.h"
@@ -26,7 +27,7 @@ class Listener {
             fail();
         check_ = soundCheckOf(sound, *device_);
     }
-    // The levels at `time`, as the frames before left them.
+    // The levels at `time`, after the frames before it.
     std::array<float, 4> levels(double time) {
         ProgressBar bar("");
         bar.doing("Listening to " + sound_.episode.path);
@@ -67,7 +68,7 @@ std::string levelsText(const std::array<float, 4>& levels) {
     return text;
 }
 
-// One column of pixels after the other, from the sound's start on.
+// One column of pixels after another, from the sound's start.
 SpectrumOverTime spectrumOf(const EpisodeSound& sound, std::uint32_t columns, Listener& listener) {
     SpectrumOverTime spectrum{.bins = ShaderAssembler::spectrumBins,
                               .start = sound.start,
@@ -85,20 +86,13 @@ SpectrumOverTime spectrumOf(const EpisodeSound& sound, std::uint32_t columns, Li
     return spectrum;
 }
 
-// Wide and high enough for the axes and something between them.
 SpectrumLayout layoutOf(const Arguments& arguments) {
-    const PixelSize size = pixelSizeOf(arguments, {.width = 1280, .height = 720});
-    if (size.width < SpectrumLayout::leastWidth || size.height < SpectrumLayout::leastHeight)
-        misuse("A spectrum's picture has at least " + std::to_string(SpectrumLayout::leastWidth) +
-               "x" + std::to_string(SpectrumLayout::leastHeight) + " pixels.");
-    return {.width = static_cast<std::uint32_t>(size.width),
-            .height = static_cast<std::uint32_t>(size.height)};
+    const PixelSize size = pixelSizeOf(arguments);
+    return {.width = size.width, .height = size.height};
 }
 
 Status spectrum(const Arguments& arguments) {
     const auto out = Output::of(arguments, "-o", FileKind::pngPicture);
-    if (!arguments.has("--time"))
-        misuse("--time SECONDS is missing: when to listen.");
     const EpisodeSound sound = episodeSoundOf(arguments, "--time");
     const SpectrumLayout layout = layoutOf(arguments);
     Listener listener(sound);
@@ -112,16 +106,28 @@ Status spectrum(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 7> spectrumOptions{{
-    {"--time", "SECONDS", "of the episode, where the levels are taken; required"},
-    {"-o", "OUT.png",
-     "draws the spectrum from there on, high frequencies up; - for standard output"},
-    {"--duration", "SECONDS", "that the picture shows; default: 10"},
-    {"--size", "WxH", "of the picture, in pixels; default: 1280x720"},
-    setOption,
-    settingsOption,
-    noSettingsOption,
-}};
+constexpr auto spectrumOptions =
+    joined(std::array<Option, 4>{{
+               {.name = "--time",
+                .value = "SECONDS",
+                .help = "time of the episode at which the levels are measured",
+                .values = secondsFromZero,
+                .isRequired = true},
+               {.name = "-o",
+                .value = "OUT.png",
+                .help = "draw the spectrum from that time on, high frequencies at the top; - is "
+                        "standard output",
+                .values = FileName{},
+                .byDefault = "none"},
+               soundDurationOption,
+               {.name = "--size",
+                .value = "WxH",
+                .help = "size of the picture",
+                .values = SizeInPixels{.leastWidth = SpectrumLayout::leastWidth,
+                                       .leastHeight = SpectrumLayout::leastHeight},
+                .byDefault = "1280x720"},
+           }},
+           valueOptions);
 
 } // namespace
 

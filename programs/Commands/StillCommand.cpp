@@ -1,6 +1,7 @@
 // tarnwick still: one frame of an episode as a PNG file.
 #include "TarnwickCore/Text/Numbers.h"
 #include "programs/CommandLine/Output.h"
+#include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodePicture.h"
@@ -15,31 +16,19 @@
 namespace tarnwick {
 namespace {
 
-// Without a time of its own, the one that the episode names.
+// Default: the time in the episode's header.
 double timeOf(const Arguments& arguments, const Episode& episode) {
-    const auto given = arguments.value("--time");
-    if (!given)
-        return stillTime(episode);
-    const std::optional<double> time = doubleOf(*given);
-    if (!time || !std::isfinite(*time) || *time < 0)
-        misuse("--time wants a number of seconds from 0 on, not " + quoted(*given) + ".");
-    return *time;
+    return arguments.has("--time") ? arguments.numberOf("--time") : stillTime(episode);
 }
 
 std::uint32_t frameOf(const Arguments& arguments, double time) {
-    constexpr double greatest = std::numeric_limits<std::uint32_t>::max();
-    const auto given = arguments.value("--frame");
-    if (!given)
-        return savedFrame(time);
-    const auto frame = integerOf(*given);
-    if (!frame || static_cast<double>(*frame) > greatest)
-        misuse("--frame wants a whole number from 0 to 4294967295, not " + quoted(*given) + ".");
-    return static_cast<std::uint32_t>(*frame);
+    return arguments.has("--frame") ? static_cast<std::uint32_t>(arguments.integerOf("--frame"))
+                                    : savedFrame(time);
 }
 
-// What --hear says. Throws CommandError for an episode that cannot hear itself.
+// Whether --hear is given. Throws CommandError if the episode cannot hear its sound.
 bool hearsOf(const Arguments& arguments, const Episode& episode) {
-    if (!arguments.has(hearOption.name))
+    if (!arguments.has("--hear"))
         return false;
     checkSound(episode);
     if (!episode.shader.usesInputs)
@@ -48,7 +37,7 @@ bool hearsOf(const Arguments& arguments, const Episode& episode) {
     return true;
 }
 
-// All that the command line says, checked before anything is compiled or drawn.
+// The command line, checked before anything is compiled or drawn.
 struct Request {
     Output out;
     EpisodeFrame frame;
@@ -56,12 +45,12 @@ struct Request {
 };
 
 Request requestOf(const Arguments& arguments) {
-    Request request{.out = Output::wanted(arguments, FileKind::pngPicture)};
+    Request request{.out = Output::required(arguments, FileKind::pngPicture)};
     EpisodeFrame& frame = request.frame;
-    const std::string_view path = arguments.operand("episode");
+    const std::string_view path = arguments.operand();
     if (arguments.has("--alpha"))
         request.alpha = PictureAlpha::premultiplied;
-    frame.size = pixelSizeOf(arguments, {.width = 1280, .height = 720});
+    frame.size = pixelSizeOf(arguments);
     frame.episode = episodeAt(path);
     frame.time = timeOf(arguments, frame.episode);
     frame.frame = frameOf(arguments, frame.time);
@@ -77,18 +66,31 @@ Status still(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 10> stillOptions{{
-    {"-o", "OUT.png", "where to write the picture, or - for standard output; required"},
-    {"--time", "SECONDS", "of the episode; default: what its @still says, or 10"},
-    {"--size", "WxH", "in pixels; default: 1280x720"},
-    setOption,
-    keysOption,
-    settingsOption,
-    noSettingsOption,
-    hearOption,
-    {"--alpha", "", "keep the episode's alpha; default: an opaque picture"},
-    {"--frame", "N", "the frame's number; default: 30 a second"},
-}};
+constexpr auto stillOptions = joined(
+    std::array<Option, 5>{{
+        {.name = "-o",
+         .value = "OUT.png",
+         .help = "the picture; - is standard output",
+         .values = FileName{},
+         .isRequired = true},
+        {.name = "--time",
+         .value = "SECONDS",
+         .help = "time of the episode",
+         .values = secondsFromZero,
+         .byDefault = "@still of the episode, or 10"},
+        {.name = "--size",
+         .value = "WxH",
+         .help = "size of the picture",
+         .values = SizeInPixels{},
+         .byDefault = "1280x720"},
+        {.name = "--alpha", .help = "keep the episode's alpha; without it the picture is opaque"},
+        {.name = "--frame",
+         .value = "N",
+         .help = "number of the frame",
+         .values = WholeNumber{.most = std::numeric_limits<std::uint32_t>::max()},
+         .byDefault = "30 frames per second of the time"},
+    }},
+    animationOptions, hearOptions);
 
 } // namespace
 

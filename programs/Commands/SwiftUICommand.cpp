@@ -11,7 +11,7 @@
 namespace tarnwick {
 namespace {
 
-// The title that is given, else the one that the episode bears, else its file's name.
+// The title of the command line, else of the episode, else the file's name.
 std::string titleOf(const Arguments& arguments, const Episode& episode) {
     if (const auto given = arguments.value("--title")) {
         if (trimmed(*given).empty())
@@ -24,10 +24,8 @@ std::string titleOf(const Arguments& arguments, const Episode& episode) {
 }
 
 Status swiftUI(const Arguments& arguments) {
-    const std::string_view path = arguments.operand("episode");
-    const std::string_view folder = arguments.value("-o").value_or("");
-    if (folder.empty())
-        misuse("-o FOLDER is missing: where to write the package.");
+    const std::string_view path = arguments.operand();
+    const std::string_view folder = arguments.value("-o").value();
     checkNewFolder(folder);
     const Episode episode = episodeAt(path);
     SwiftUIExport::Output output;
@@ -50,8 +48,15 @@ Status swiftUI(const Arguments& arguments) {
 }
 
 constexpr std::array<Option, 2> swiftUIOptions{{
-    {"-o", "FOLDER", "where to write the package, a new folder; required"},
-    {"--title", "TITLE", "its types bear it; default: the episode's title or file name"},
+    {.name = "-o",
+     .value = "FOLDER",
+     .help = "the package, a new folder",
+     .values = FileName{},
+     .isRequired = true},
+    {.name = "--title",
+     .value = "TITLE",
+     .help = "title, from which the names of its types are made",
+     .byDefault = "title of the episode, or name of its file"},
 }};
 
 } // namespace

@@ -1,4 +1,4 @@
-// tarnwick tokens: an episode's source in colours, or what has which.
+// tarnwick tokens: an episode's source in colours, or its tokens.
 #include "TarnwickCore/Editor/MSLSyntax.h"
 #include "programs/CommandLine/SourceFile.h"
 #include "programs/Commands/Command.h"
@@ -24,15 +24,16 @@ std::string tokensJSON(std::string_view source) {
 }
 
 Status tokens(const Arguments& arguments) {
-    const std::string source = sourceText(arguments.operand("episode"));
+    const std::string source = sourceText(arguments.operand());
     print(arguments.has("--json")                           ? tokensJSON(source)
           : coloursOf(STDOUT_FILENO) == Colours::ofTerminal ? coloured(source)
                                                             : source);
     return Status::done;
 }
 
-constexpr std::array<Option, 1> tokensOptions{
-    {{"--json", "", "what has a colour, in UTF-16 code units"}}};
+constexpr std::array<Option, 1> tokensOptions{{
+    {.name = "--json", .help = "print the tokens as JSON, in UTF-16 code units"},
+}};
 
 } // namespace
 

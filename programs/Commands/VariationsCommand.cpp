@@ -24,7 +24,7 @@ namespace {
 
 using nlohmann::ordered_json;
 
-// As a video of them would name them.
+// The chapters of their movie.
 std::vector<VideoChapters::Chapter> chaptersOf(const EpisodeVariations& variations) {
     return VideoChapters::variations(variations.series, variations.duration, 0).chapters;
 }
@@ -71,7 +71,7 @@ std::vector<std::string> labelsOf(const EpisodeVariations& variations) {
     return labels;
 }
 
-// Each at its start and with its values.
+// Each still is at the start of its variation and has its values.
 std::vector<LabelledPicture> stillsOf(const EpisodeVariations& variations,
                                       std::span<const std::string> labels,
                                       const SheetLayout& layout, bool hears) {
@@ -103,19 +103,20 @@ void writeSheetOf(const EpisodeVariations& variations, const Arguments& argument
                   const Output& out) {
     const std::vector<std::string> labels = labelsOf(variations);
     const SheetLayout layout = sheetLayoutOf(arguments, labels);
-    const bool hears = arguments.has(hearOption.name);
+    const bool hears = arguments.has("--hear");
     writeSheet(stillsOf(variations, labels, layout, hears), layout, out);
 }
 
-// At most one of them can have standard output.
+// At most one of them is standard output.
 void checkOutputs(const Arguments& arguments, std::initializer_list<const Output*> outputs) {
     const auto count = std::ranges::count_if(
         outputs, [](const Output* output) { return output && output->isStandardOutput(); });
     if (count + arguments.has("--json") > 1 && count > 0)
-        misuse("Standard output takes one of the movie, the chapters, the sheet and the list.");
+        misuse(
+            "Only one of the movie, the chapters, the sheet and the list can be standard output.");
 }
 
-// A list of that name would be read as the episode's settings from then on.
+// Commands would read a list of that name as the episode's settings.
 void checkChapters(const Arguments& arguments, std::string_view episode) {
     namespace fs = std::filesystem;
     const auto whole = [](const fs::path& file) {
@@ -124,22 +125,18 @@ void checkChapters(const Arguments& arguments, std::string_view episode) {
     };
     const std::string chapters(arguments.value("--chapters").value_or(""));
     if (whole(chapters) == whole(fs::path(episode).replace_extension("json")))
-        misuse(chapters + " is where the settings of " + std::string(episode) +
-               " are read from; the chapters need another name.");
+        misuse(chapters + " is the settings document of " + std::string(episode) +
+               "; the chapters require another name.");
 }
 
 Status variations(const Arguments& arguments) {
-    if (arguments.has("-o") && arguments.has("--sheet"))
-        misuse("-o and --sheet exclude each other.");
-    if (arguments.has("--chapters") && !arguments.has("-o"))
-        misuse("--chapters wants -o: the chapters are those of a movie.");
     const auto chapters = Output::of(arguments, "--chapters", FileKind::chapterList);
     const auto sheet = Output::of(arguments, "--sheet", FileKind::pngPicture);
     const auto movie = arguments.has("-o") ? std::optional(movieTargetOf(arguments)) : std::nullopt;
     checkOutputs(arguments, {chapters ? &*chapters : nullptr, sheet ? &*sheet : nullptr,
                              movie ? &movie->out : nullptr});
     if (chapters)
-        checkChapters(arguments, arguments.operand("episode"));
+        checkChapters(arguments, arguments.operand());
     const EpisodeVariations variations = episodeVariationsOf(arguments);
     if (sheet)
         writeSheetOf(variations, arguments, *sheet);
@@ -155,32 +152,34 @@ Status variations(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 23> variationsOptions{{
-    {"--seed", "N", "that the series is drawn from; required"},
-    {"--count", "N", "how many; default: those of the episode's @variations"},
-    {"--from", "N", "the first one's number; default: 1"},
-    {"--length", "SECONDS", "of the episode; default: its @length, or 60"},
-    {"--duration", "SECONDS", "that each is shown; default: its @variation, or 30"},
-    {"--spread", "X", "from 0, the defaults, to 1, whole ranges; default: 0.5"},
-    {"--json", "", "the list as JSON; times are in seconds"},
-    {"--sheet", "OUT.png", "draws a still of each, at its start, instead of listing them"},
-    columnsOption,
-    {"-o", "OUT.mp4", "writes a movie of them, one after another, each a chapter"},
-    {"--chapters", "OUT.json", "of the movie, with all values"},
-    presetOption,
-    {"--size", "WxH", "of each still (default: 400x225) or of the movie (default: its preset's)"},
-    bitrateOption,
-    draftOption,
-    soundOption,
-    noSoundOption,
-    watermarkOption,
-    setOption,
-    keysOption,
-    settingsOption,
-    noSettingsOption,
-    {"--hear", "",
-     "in the stills episodes with Inputs hear their own sound, as they do in a movie"},
+constexpr std::array<Option, 5> outputOptions{{
+    {.name = "--json", .help = "print the list as JSON; times are in seconds"},
+    {.name = "--sheet",
+     .value = "OUT.png",
+     .help =
+         "draw a still of each variation at its start, instead of the list; - is standard output",
+     .values = FileName{},
+     .byDefault = "none",
+     .excludes = "-o"},
+    {.name = "-o",
+     .value = "OUT.mp4",
+     .help = "write a movie of the variations, each a chapter; - is standard output",
+     .values = FileName{},
+     .byDefault = "none"},
+    {.name = "--chapters",
+     .value = "OUT.json",
+     .help = "write the movie's chapters with all values; - is standard output",
+     .values = FileName{},
+     .byDefault = "none",
+     .needs = "-o"},
+    {.name = "--size",
+     .value = "WxH",
+     .help = "size of each still; of a movie the default is the preset's size",
+     .values = SizeInPixels{},
+     .byDefault = stillSizeOption.byDefault},
 }};
+constexpr auto variationsOptions = joined(seriesOptions, outputOptions, columnsOptions,
+                                          movieOptions, animationOptions, hearOptions);
 
 } // namespace
 

@@ -1,6 +1,7 @@
 // tarnwick walkthrough: an episode explained by the steps that led to it.
 #include "TarnwickPlatform/Pictures/PNG.h"
 #include "programs/CommandLine/Output.h"
+#include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
 #include "programs/Episode/EpisodePicture.h"
 #include "programs/Episode/EpisodeProgram.h"
@@ -30,7 +31,7 @@ void makeFolder(const fs::path& folder) {
                 (error ? error.message() : "something else is there") + ".");
 }
 
-// "stage-02-page-03.png", so that names sort as the pages do.
+// "stage-02-page-03.png", so that names sort like the pages.
 fs::path pageName(std::int64_t stage, std::size_t page) {
     std::array<char, 64> name{};
     std::snprintf(name.data(), name.size(), "stage-%02lld-page-%02zu.png",
@@ -38,7 +39,7 @@ fs::path pageName(std::int64_t stage, std::size_t page) {
     return name.data();
 }
 
-// Each stage at the episode's still, so that one sees how the same moment came about.
+// Each stage at the time of the episode's still, so that the stages show the same moment.
 std::vector<Picture> stillsOf(const EpisodeWalkthrough& walkthrough,
                               const WalkthroughRenderer& renderer) {
     const auto device = drawingDevice();
@@ -80,7 +81,7 @@ std::vector<Page> pagesOf(const std::vector<WalkthroughStage>& stages, const fs:
     return pages;
 }
 
-// What stands in the way is found before anything is drawn.
+// Finds files in the way before anything is drawn.
 void checkPages(std::span<const Page> pages, const fs::path& folder) {
     std::error_code error;
     if (!fs::exists(folder, error))
@@ -108,15 +109,13 @@ void writePages(const EpisodeWalkthrough& walkthrough, const WalkthroughRenderer
 Status walkthrough(const Arguments& arguments) {
     EpisodeWalkthrough walkthrough = episodeWalkthroughOf(arguments);
     const auto folder = arguments.value("--pages"), movie = arguments.value("-o");
-    if (arguments.has("--json") + folder.has_value() + movie.has_value() > 1)
-        misuse("--json, --pages and -o exclude each other.");
     if (movie || folder)
         walkthrough.settings = episodeSettingsOf(arguments, walkthrough.episode());
     if (movie) {
         exportWalkthrough(walkthrough, arguments);
         return Status::done;
     }
-    const PixelSize size = pixelSizeOf(arguments, {.width = 1920, .height = 1080});
+    const PixelSize size = pixelSizeOf(arguments);
     const WalkthroughRenderer renderer = walkthroughRenderer(size.width, size.height);
     if (folder) {
         writePages(walkthrough, renderer, *folder, arguments);
@@ -129,25 +128,38 @@ Status walkthrough(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 17> walkthroughOptions{{
-    stagesOption,
-    {"--json", "", "the pages for tools"},
-    {"--pages", "FOLDER", "the pages as pictures, as a movie shows them, into a folder"},
-    {"--size", "WxH", "in pixels, by which pages are cut; default: 1920x1080, or the preset's"},
-    {"-o", "OUT", "the pages as a movie, .mp4 or .mov as the preset has it"},
-    pageSecondsOption,
+constexpr std::array<Option, 7> pageOptions{{
+    {.name = "--stages",
+     .value = "FILE...",
+     .help = "earlier versions of the episode, in order; all words up to the next option",
+     .values = FileName{},
+     .byDefault = "none"},
+    {.name = "--json", .help = "print the pages as JSON", .excludes = "--pages -o"},
+    {.name = "--pages",
+     .value = "FOLDER",
+     .help = "write the pages into a folder, as pictures like those of the movie",
+     .values = FileName{},
+     .byDefault = "none",
+     .excludes = "-o"},
+    {.name = "-o",
+     .value = "OUT",
+     .help = "write the pages as a movie, .mp4 or .mov as the preset has it; - is standard output",
+     .values = FileName{},
+     .byDefault = "none"},
+    {.name = "--size",
+     .value = "WxH",
+     .help = "size of the pages, for which the code is cut; of a movie the default is the preset's "
+             "size",
+     .values = SizeInPixels{},
+     .byDefault = "1920x1080"},
+    {.name = "--page-seconds",
+     .value = "SECONDS",
+     .help = "how long the movie shows each page",
+     .values = secondsUpToADay,
+     .byDefault = "6"},
     movieStartOption,
-    presetOption,
-    bitrateOption,
-    draftOption,
-    soundOption,
-    noSoundOption,
-    watermarkOption,
-    setOption,
-    keysOption,
-    settingsOption,
-    noSettingsOption,
 }};
+constexpr auto walkthroughOptions = joined(pageOptions, movieOptions, animationOptions);
 
 } // namespace
 

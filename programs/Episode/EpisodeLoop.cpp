@@ -12,17 +12,16 @@ namespace tarnwick {
 void sayLoopStart(double asked, double start) {
     if (start > asked)
         std::fprintf(stderr,
-                     "tarnwick: The loop begins at %g s, not at %g s, because its crossfade "
-                     "uses what lies before its beginning.\n",
+                     "tarnwick: The loop starts at %g s, not at %g s, because its crossfade uses "
+                     "the seconds before its start.\n",
                      start, asked);
 }
 
 FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
                    const Settings& settings, const LoopSearch& search, std::string_view path) {
     if (program->needsRun())
-        failure("The length of a loop is sought among stills, which cannot show how " +
-                std::string(path) + " goes on: it is a " +
-                (program->isMesh() ? "grid" : "particle") + " episode.");
+        failure(std::string(path) + " is a " + (program->isMesh() ? "grid" : "particle") +
+                " episode: loops can only be found for fragment episodes.");
     std::optional<FoundLoop> found;
     {
         ProgressBar bar("Length");
@@ -38,7 +37,7 @@ FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Dev
     if (!found && device.isLost())
         failure(device.info().name + " was lost.");
     if (!found)
-        misuse("No length of two frames or more lies within that range.");
+        misuse("The range contains no length of two frames or more.");
     return *found;
 }
 

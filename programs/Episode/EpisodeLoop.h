@@ -1,4 +1,4 @@
-// The search for a length at which an episode loops, as the subcommands ask for it.
+// The search for a length at which an episode loops.
 #pragma once
 
 #include "TarnwickCore/Animation/Settings.h"
@@ -11,24 +11,23 @@
 namespace tarnwick {
 
 struct LoopSearch {
-    double start = 0;      // seconds of the episode, at which the loop begins
-    double around = 0;     // seconds, the length that is wanted
-    double range = 0.5;    // seconds that the length may differ from that
-    std::int64_t fps = 30; // frames a second
+    double start = 0;      // seconds of the episode: start of the loop
+    double around = 0;     // seconds: desired length
+    double range = 0.5;    // seconds: maximum difference from it
+    std::int64_t fps = 30; // frames per second
 };
 
-// Where a loop begins that is asked to begin at `start` and whose end is crossfaded into the
-// `crossfade` seconds before: late enough that these do not lie before time 0.
+// The start of a loop whose end is crossfaded into the `crossfade` seconds before the start: at
+// least `crossfade`, so that these seconds are not before time 0.
 inline double loopStart(double start, double crossfade) {
     return std::max(start, crossfade);
 }
 
-// Says on standard error that a loop begins later than was asked, where it does.
+// Prints a line on standard error if a loop begins later than requested.
 void sayLoopStart(double asked, double start);
 
-// Each still has the values that the settings give at its time. How far the search is stands on the
-// terminal; `path` is what to name the episode by. Throws CommandError where no length can be
-// given.
+// Each still has the values of the settings at its time. Prints progress on standard error; `path`
+// is the name of the episode in messages. Throws CommandError if there is no length.
 FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
                    const Settings& settings, const LoopSearch& search, std::string_view path);
 

@@ -13,21 +13,9 @@
 #include <limits>
 
 namespace tarnwick {
-PixelSize pixelSizeOf(const Arguments& arguments, PixelSize otherwise) {
-    const auto given = arguments.value("--size");
-    if (!given)
-        return otherwise;
-    constexpr std::int64_t widest = 16384; // of any device's pictures
-    const std::size_t cross = std::min(given->find('x'), given->size());
-    const auto width = integerOf(given->substr(0, cross));
-    const auto height = integerOf(given->substr(std::min(cross + 1, given->size())));
-    auto fits = [](std::optional<std::int64_t> side) {
-        return side && *side >= 1 && *side <= widest;
-    };
-    if (!fits(width) || !fits(height))
-        misuse("--size wants WIDTHxHEIGHT, each from 1 to " + std::to_string(widest) +
-               " pixels, not " + quoted(*given) + ".");
-    return *PixelSize::of(*width, *height);
+
+PixelSize pixelSizeOf(const Arguments& arguments) {
+    return sizeOf(arguments.textOf("--size")).value();
 }
 
 double stillTime(const Episode& episode) {
@@ -78,10 +66,10 @@ Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device, ProgressBar& b
 }
 
 void warnOfLoopBudget(std::string_view path, std::string_view made) {
-    std::fprintf(stderr,
-                 "tarnwick: A loop of %s went on for too long and was ended; the %s may lack what "
-                 "it would have drawn.\n",
-                 std::string(path).c_str(), std::string(made).c_str());
+    std::fprintf(
+        stderr,
+        "tarnwick: A loop of %s ran for too long and was stopped; the %s may be incomplete.\n",
+        std::string(path).c_str(), std::string(made).c_str());
 }
 
 } // namespace tarnwick

@@ -1,4 +1,4 @@
-// An episode compiled for a subcommand, and the device that it is for.
+// The compilation of an episode for a command, and the device.
 #pragma once
 
 #include "TarnwickRender/EpisodeCheck.h"
@@ -11,16 +11,16 @@
 
 namespace tarnwick {
 
-// The device to draw with. Throws CommandError where there is none.
+// The device to draw with. Throws CommandError if there is none.
 std::shared_ptr<gpu::Device> drawingDevice();
 
-// Throws CommandError where the episode does not compile, after it printed the compiler's findings.
+// Throws CommandError if the episode does not compile, like programOf(). Works without a device.
 std::shared_ptr<const ShaderProgram> programOf(const Episode& episode, gpu::Device& device);
-// The same, and says on `bar` that it compiles, among other work that it shows.
+// The same with a bar that shows other work too.
 std::shared_ptr<const ShaderProgram> programOf(const Episode& episode, gpu::Device& device,
                                                ProgressBar& bar);
 
-// What the compiler finds, as `check` says it. Without a device its pipelines are not made.
+// The compiler's findings, as `check` prints them. Without a device no pipelines are made.
 EpisodeFindings checkedEpisode(const Episode& episode, gpu::Device* device,
                                EpisodeWarnings warnings = EpisodeWarnings::usual);
 
@@ -28,8 +28,8 @@ EpisodeFindings checkedEpisode(const Episode& episode, gpu::Device* device,
 // device.
 void checkCompiles(const Episode& episode);
 
-// Throws CommandError where a simulation has no step for that time, in seconds; `what` of it is
-// wanted: "stills".
+// Throws CommandError if a simulation has no step for `time` (seconds). `what` is the noun for the
+// message: "stills".
 void checkSteps(const ShaderProgram& program, double time, std::string_view what);
 
 } // namespace tarnwick

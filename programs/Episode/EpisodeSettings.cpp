@@ -28,7 +28,7 @@ std::string unread(const std::string& file, std::string_view kind, const Documen
     return terminalText(file + " holds no " + std::string(kind) + ": " + error.what());
 }
 
-// The document at `file`, read by `decode`; `kind` says of what.
+// The document at `file`, read by `decode`; `kind` is its noun in messages.
 template <class Decode>
 auto documentAt(const std::string& file, std::string_view kind, Decode decode) {
     try {
@@ -38,8 +38,7 @@ auto documentAt(const std::string& file, std::string_view kind, Decode decode) {
     }
 }
 
-// The document beside the episode. A file of another kind may lie there by chance: a movie's
-// chapters.
+// The document beside the episode. A file of that name may be of another kind: a movie's chapters.
 Settings foundSettings(const std::string& file, const Episode& episode) {
     Settings settings;
     try {
@@ -56,29 +55,26 @@ Settings foundSettings(const std::string& file, const Episode& episode) {
 }
 
 Settings documentOf(const Arguments& arguments, const Episode& episode) {
-    const auto given = arguments.value(settingsOption.name);
-    if (given && arguments.has(noSettingsOption.name))
-        misuse("--settings and --no-settings exclude each other.");
-    if (given)
+    if (const auto given = arguments.value("--settings"))
         return fitted(documentAt(std::string(*given), "settings", Settings::decode), episode,
                       *given);
     const auto beside =
-        arguments.has(noSettingsOption.name) ? std::nullopt : settingsBeside(episode.path);
+        arguments.has("--no-settings") ? std::nullopt : settingsBeside(episode.path);
     return beside ? foundSettings(beside->string(), episode) : Settings{};
 }
 
-// The base value replaces whatever the document says of the parameter.
+// The base value replaces the values and keys of the document.
 void apply(std::string_view assignment, const Episode& episode, Settings& settings) {
     const std::size_t equals = assignment.find('=');
     if (equals == std::string_view::npos)
-        misuse("--set wants NAME=VALUE, not " + quoted(assignment) + ".");
+        misuse("--set must be NAME=VALUE, not " + quoted(assignment) + ".");
     const std::string name(assignment.substr(0, equals));
     const std::string_view written = assignment.substr(equals + 1);
     if (std::ranges::find(episode.params(), name, &ParamDecl::name) == episode.params().end())
         misuse(terminalText(undeclaredSentence(name, episode.params(), episode.path)));
     const std::optional<float> value = floatOf(written);
     if (!value || !std::isfinite(*value))
-        misuse("The value of " + name + " is no number: " + quoted(written) + ".");
+        misuse("The value of " + name + " must be a number, not " + quoted(written) + ".");
     const Settings given = fitted({.values = {{name, *value}}}, episode, "--set");
     settings.values[name] = given.values.at(name);
     settings.keys.clear(name);
@@ -88,9 +84,9 @@ void apply(std::string_view assignment, const Episode& episode, Settings& settin
 
 Settings episodeSettingsOf(const Arguments& arguments, const Episode& episode) {
     Settings settings = documentOf(arguments, episode);
-    for (const std::string_view assignment : arguments.values(setOption.name))
+    for (const std::string_view assignment : arguments.values("--set"))
         apply(assignment, episode, settings);
-    if (const auto file = arguments.value(keysOption.name)) {
+    if (const auto file = arguments.value("--keys")) {
         const KeyframeTracks keys = documentAt(std::string(*file), "keys", decodeKeys);
         for (auto& [name, track] : fitted({.keys = keys}, episode, *file).keys.tracks)
             settings.keys.tracks[name] = track;

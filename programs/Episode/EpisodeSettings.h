@@ -1,10 +1,10 @@
-// The settings of an episode, as its document and the command line give them.
+// The settings of an episode, from its document and the command line.
 #pragma once
 
 #include "TarnwickCore/Animation/Settings.h"
+#include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/Episode/Episode.h"
 #include "TarnwickRender/ValuesAt.h"
-#include "programs/CommandLine/Arguments.h"
 
 namespace tarnwick {
 
@@ -16,15 +16,36 @@ namespace tarnwick {
 // undeclared name or a value that is not a finite number.
 Settings episodeSettingsOf(const Arguments& arguments, const Episode& episode);
 
-// The settings' values at each time, for what draws; empty where they have no keys.
+// The values of the settings at each time; empty if they have no keys.
 ValuesAt valuesOverTime(const Settings& settings);
 
-constexpr Option setOption{"--set", "NAME=VALUE", "base value of a parameter; may be repeated"};
-constexpr Option keysOption{"--keys", "FILE.json",
-                            "keys of parameters, from a document of keys or of settings"};
-constexpr Option settingsOption{"--settings", "FILE.json",
-                                "settings document; default: NAME.json beside NAME.metal"};
-constexpr Option noSettingsOption{"--no-settings", "",
-                                  "ignore the settings document beside the episode"};
+// The options of settings: documents only, with single values, with keys.
+constexpr std::array<Option, 2> settingsOptions{{
+    {.name = "--settings",
+     .value = "FILE.json",
+     .help = "settings document",
+     .values = FileName{},
+     .byDefault = "NAME.json beside NAME.metal",
+     .excludes = "--no-settings"},
+    {.name = "--no-settings", .help = "ignore the settings document beside the episode"},
+}};
+constexpr auto valueOptions =
+    joined(std::array<Option, 1>{{
+               {.name = "--set",
+                .value = "NAME=VALUE",
+                .help = "base value of a parameter",
+                .byDefault = "value of the settings document, or of the @param line",
+                .isRepeatable = true},
+           }},
+           settingsOptions);
+constexpr auto animationOptions =
+    joined(std::array<Option, 1>{{
+               {.name = "--keys",
+                .value = "FILE.json",
+                .help = "keys of parameters: a document of keys or of settings",
+                .values = FileName{},
+                .byDefault = "keys of the settings document"},
+           }},
+           valueOptions);
 
 } // namespace tarnwick

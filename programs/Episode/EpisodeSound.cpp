@@ -5,7 +5,6 @@
 #include "TarnwickRender/AudioRenderer.h"
 #include "TarnwickRender/ShaderError.h"
 #include "programs/CommandLine/CommandError.h"
-#include "programs/CommandLine/Seconds.h"
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Terminal/ProgressBar.h"
@@ -17,25 +16,19 @@
 namespace tarnwick {
 namespace {
 
-constexpr double usualDuration = 10; // seconds
-
 double durationOf(const Arguments& arguments) {
-    const auto given = arguments.value("--duration");
-    const std::optional<double> duration = given ? doubleOf(*given) : usualDuration;
-    if (!duration || !(*duration * ShaderAssembler::sampleRate >= 0.5) ||
-        !(*duration <= AudioRenderer::longestWav))
-        misuse("--duration wants a number of seconds above 0 and up to " +
-               std::to_string(static_cast<int>(AudioRenderer::longestWav)) + ", not " +
-               quoted(*given) + ".");
-    return *duration;
+    const double duration = arguments.numberOf("--duration");
+    if (duration * ShaderAssembler::sampleRate < 0.5)
+        misuse("--duration is shorter than a sample: " + shortest(duration) + " s.");
+    return duration;
 }
 
 } // namespace
 
 EpisodeSound episodeSoundOf(const Arguments& arguments, std::string_view startOption) {
-    const std::string_view path = arguments.operand("episode");
+    const std::string_view path = arguments.operand();
     EpisodeSound sound;
-    sound.start = secondsFromZero(arguments, startOption, 0);
+    sound.start = arguments.numberOf(startOption);
     sound.duration = durationOf(arguments);
     sound.episode = episodeAt(path);
     checkSound(sound.episode);

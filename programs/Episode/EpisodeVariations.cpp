@@ -2,6 +2,7 @@
 
 #include "TarnwickCore/Text/Numbers.h"
 #include "programs/CommandLine/CommandError.h"
+#include "programs/CommandLine/Seconds.h"
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeSettings.h"
 
@@ -13,77 +14,52 @@
 namespace tarnwick {
 namespace {
 
-constexpr double longest = 86400;            // seconds of an episode or a variation: a day
-constexpr float usualSpread = 0.5F;          // half the way to the ends of a range
-constexpr std::int64_t mostValues = 1 << 20; // of all variations together; some 100 MB
+constexpr std::int64_t mostValues = 1 << 20; // of all variations together; about 100 MB
 
-// What an option says in seconds, or without it the episode's header under `key`.
+// The option's seconds; default: those of `key` in the episode's header.
 double secondsOf(const Arguments& arguments, std::string_view option, double header,
                  std::string_view key, std::string_view path) {
-    const auto given = arguments.value(option);
-    const std::optional<double> seconds = given ? doubleOf(*given) : header;
-    if (seconds && *seconds > 0 && *seconds <= longest)
-        return *seconds;
-    const std::string wanted = " wants a number of seconds above 0 and up to " + shortest(longest);
-    if (given)
-        misuse(std::string(option) + wanted + ", not " + quoted(*given) + ".");
-    misuse("The " + std::string(key) + " of " + std::string(path) + wanted + ", not " +
-           shortest(header) + "; " + std::string(option) + " gives another.");
+    if (arguments.has(option))
+        return arguments.numberOf(option);
+    if (!accept(secondsUpToADay, shortest(header)))
+        misuse("The " + std::string(key) + " of " + std::string(path) + " must be " +
+               described(secondsUpToADay) + ", not " + shortest(header) + "; " +
+               std::string(option) + " replaces it.");
+    return header;
 }
 
-std::uint64_t seedOf(const Arguments& arguments) {
-    const auto given = arguments.value("--seed");
-    if (!given)
-        misuse("--seed N is missing: the number that the series is drawn from.");
-    const std::optional<std::uint64_t> seed = unsignedIntegerOf(*given);
-    if (!seed)
-        misuse("--seed wants a whole number from 0 to 18446744073709551615, not " + quoted(*given) +
-               ".");
-    return *seed;
-}
-
-float spreadOf(const Arguments& arguments) {
-    const auto given = arguments.value("--spread");
-    const std::optional<float> spread = given ? floatOf(*given) : usualSpread;
-    if (!spread || !(*spread >= 0) || !(*spread <= 1))
-        misuse("--spread wants a number from 0 to 1, not " + quoted(*given) + ".");
-    return *spread;
-}
-
-// The index of the first variation, where as many as `count` follow.
+// The index of the first of `count` variations.
 std::int64_t firstOf(const Arguments& arguments, std::int64_t count) {
-    const auto given = arguments.value("--from");
-    const std::optional<std::int64_t> first = given ? signedIntegerOf(*given) : 1;
+    const std::int64_t first = arguments.integerOf("--from");
     constexpr std::int64_t last = std::numeric_limits<std::int64_t>::max();
-    if (!first || *first > last - (count - 1))
-        misuse("--from wants a whole number, and " + std::to_string(count) +
-               " variations from there on up to " + std::to_string(last) + ", not " +
-               quoted(*given) + ".");
-    return *first;
+    if (first > last - (count - 1))
+        misuse("--from must be at most " + std::to_string(last - (count - 1)) + " for " +
+               std::to_string(count) + " variations, not " + std::to_string(first) + ".");
+    return first;
 }
 
 std::vector<std::int64_t> indicesOf(const Arguments& arguments, const EpisodeMeta& meta,
                                     std::string_view path, std::int64_t most) {
     const auto given = arguments.value("--count");
     if (!given && (arguments.has("--from") || meta.variations.empty()))
-        misuse("--count N is missing: how many variations" +
-               (meta.variations.empty() ? "; " + std::string(path) + " lists none itself." : "."));
+        misuse("--count N is required" + (meta.variations.empty()
+                                              ? ": " + std::string(path) + " has no @variations."
+                                              : " with --from."));
     if (!given) {
         if (std::cmp_greater(meta.variations.size(), most))
             misuse(std::string(path) + " lists " + std::to_string(meta.variations.size()) +
-                   " variations; " + std::to_string(most) + " of it can be drawn at a time.");
+                   " variations; at most " + std::to_string(most) + " are drawn at a time.");
         return meta.variations;
     }
-    const std::optional<std::int64_t> count = integerOf(*given);
-    if (!count || *count < 1 || *count > most)
-        misuse("--count wants a whole number from 1 to " + std::to_string(most) + ", not " +
-               quoted(*given) + ".");
-    std::vector<std::int64_t> indices(static_cast<std::size_t>(*count));
-    std::iota(indices.begin(), indices.end(), firstOf(arguments, *count));
+    requireValue("--count", WholeNumber{.least = 1, .most = static_cast<std::uint64_t>(most)},
+                 *given);
+    const std::int64_t count = integerOf(*given).value();
+    std::vector<std::int64_t> indices(static_cast<std::size_t>(count));
+    std::iota(indices.begin(), indices.end(), firstOf(arguments, count));
     return indices;
 }
 
-// The declarations, with the settings' values for defaults.
+// The declarations, with the settings' values as defaults.
 std::vector<ParamDecl> variedParams(const Episode& episode, const Settings& settings) {
     std::vector<ParamDecl> params = episode.params();
     std::erase_if(params,
@@ -104,14 +80,14 @@ Settings EpisodeVariations::settingsOf(const Variation& variation) const {
 }
 
 EpisodeVariations episodeVariationsOf(const Arguments& arguments) {
-    const std::string_view path = arguments.operand("episode");
-    EpisodeVariations variations{.seed = seedOf(arguments)};
+    const std::string_view path = arguments.operand();
+    EpisodeVariations variations{.seed = arguments.unsignedOf("--seed")};
     variations.episode = episodeAt(path);
     const EpisodeMeta& meta = variations.episode.meta;
     variations.length = secondsOf(arguments, "--length", meta.length, "@length", path);
     variations.duration =
         secondsOf(arguments, "--duration", meta.variationLength, "@variation", path);
-    variations.spread = spreadOf(arguments);
+    variations.spread = floatOf(arguments.textOf("--spread")).value();
     variations.settings = episodeSettingsOf(arguments, variations.episode);
     const std::vector<ParamDecl> params = variedParams(variations.episode, variations.settings);
     const auto names = static_cast<std::int64_t>(params.size());

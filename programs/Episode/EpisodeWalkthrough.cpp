@@ -29,15 +29,16 @@ EpisodeWalkthrough::stages(const WalkthroughRenderer& renderer) const {
 
 WalkthroughRenderer walkthroughRenderer(std::int64_t width, std::int64_t height) {
     if (std::min(width, height) < WalkthroughLayout::leastSide)
-        misuse("--size wants at least " + std::to_string(WalkthroughLayout::leastSide) +
-               " pixels a side for pages that can be read.");
+        misuse("Pages require at least " + std::to_string(WalkthroughLayout::leastSide) +
+               " pixels in width and height, not " + std::to_string(width) + "x" +
+               std::to_string(height) + ".");
     return {width, height};
 }
 
 EpisodeWalkthrough episodeWalkthroughOf(const Arguments& arguments) {
-    const auto stages = arguments.values(stagesOption.name);
+    const auto stages = arguments.values("--stages");
     std::vector<std::string_view> paths(stages.begin(), stages.end());
-    paths.push_back(arguments.operand("episode"));
+    paths.push_back(arguments.operand());
     EpisodeWalkthrough walkthrough;
     for (const std::string_view path : paths)
         walkthrough.episodes.push_back(episodeAt(path));

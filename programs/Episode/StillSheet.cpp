@@ -11,18 +11,10 @@ namespace {
 
 constexpr std::uint64_t longestSide = 16384; // of a sheet, in pixels
 
-std::uint32_t columnsOf(const Arguments& arguments) {
-    const auto given = arguments.value("--columns");
-    const std::optional<std::int64_t> columns = given ? integerOf(*given) : 3;
-    if (!columns || *columns < 1 || *columns > 100)
-        misuse("--columns wants a whole number from 1 to 100, not " + quoted(*given) + ".");
-    return static_cast<std::uint32_t>(*columns);
-}
-
-// Of a label of so many bytes below a still of so many pixels. Words do not fill their lines, hence
-// the one to spare.
+// Lines of a label of that many bytes below a still of that many pixels. Words do not fill their
+// lines, so there is one line more.
 std::uint32_t linesOf(std::size_t bytes, std::int64_t width) {
-    constexpr std::size_t letter = 9; // pixels on average; few are wider
+    constexpr std::size_t letter = 9; // pixels, on average
     constexpr std::size_t most = 6;
     const std::size_t lines = (bytes * letter - 1) / static_cast<std::size_t>(width) + 1;
     return static_cast<std::uint32_t>(lines > 1 ? std::min(lines + 1, most) : lines);
@@ -31,22 +23,22 @@ std::uint32_t linesOf(std::size_t bytes, std::int64_t width) {
 } // namespace
 
 SheetLayout sheetLayoutOf(const Arguments& arguments, std::span<const std::string> labels) {
-    const std::uint32_t columns = columnsOf(arguments);
-    const PixelSize size = pixelSizeOf(arguments, {.width = 400, .height = 225});
+    const auto columns = static_cast<std::uint32_t>(arguments.integerOf("--columns"));
+    const PixelSize size = pixelSizeOf(arguments);
     std::size_t longest = 0;
     for (const std::string& label : labels)
         longest = std::max(longest, label.size());
-    // No column stays empty.
+    // No column is empty.
     const SheetLayout layout{
         .columns = static_cast<std::uint32_t>(std::clamp<std::size_t>(labels.size(), 1, columns)),
-        .pictureWidth = static_cast<std::uint32_t>(size.width),
-        .pictureHeight = static_cast<std::uint32_t>(size.height),
+        .pictureWidth = size.width,
+        .pictureHeight = size.height,
         .count = labels.size(),
         .lines = linesOf(longest, size.width)};
     if (layout.width() > longestSide || layout.height() > longestSide)
         misuse("The sheet would have " + std::to_string(layout.width()) + "x" +
-               std::to_string(layout.height()) + " pixels; either side may have " +
-               std::to_string(longestSide) + ".");
+               std::to_string(layout.height()) + " pixels; at most " + std::to_string(longestSide) +
+               " are allowed in width and height.");
     return layout;
 }
 

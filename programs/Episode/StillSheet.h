@@ -1,8 +1,8 @@
-// Sheets of stills, as several commands draw them.
+// Sheets of stills.
 #pragma once
 
+#include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickPlatform/Text/ContactSheet.h"
-#include "programs/CommandLine/Arguments.h"
 #include "programs/CommandLine/Output.h"
 #include "programs/Episode/EpisodePicture.h"
 
@@ -11,19 +11,28 @@
 
 namespace tarnwick {
 
-// What --columns and --size say of a sheet of one still a label, with room for the longest label
-// below each. Throws CommandError where they say nothing usable or the sheet would be too large.
+// The layout of a sheet with one still per label, from --columns and --size, with space for the
+// longest label below each still. Throws CommandError if the sheet is too large.
 SheetLayout sheetLayoutOf(const Arguments& arguments, std::span<const std::string> labels);
 
-// The size to draw a still at before it is halved: twice as large, so that fine lines are smooth.
+// The size at which a still is drawn before it is halved: twice as large, for smooth fine lines.
 PixelSize drawnSize(const SheetLayout& layout);
 
 // Throws CommandError and PictureError.
 void writeSheet(std::span<const LabelledPicture> stills, const SheetLayout& layout,
                 const Output& out);
 
-// The help of the two options.
-constexpr Option columnsOption{"--columns", "N", "stills side by side; default: 3"};
-constexpr Option stillSizeOption{"--size", "WxH", "of each still, in pixels; default: 400x225"};
+constexpr std::array<Option, 1> columnsOptions{{
+    {.name = "--columns",
+     .value = "N",
+     .help = "number of stills side by side",
+     .values = WholeNumber{.least = 1, .most = 100},
+     .byDefault = "3"},
+}};
+constexpr Option stillSizeOption{.name = "--size",
+                                 .value = "WxH",
+                                 .help = "size of each still",
+                                 .values = SizeInPixels{},
+                                 .byDefault = "400x225"};
 
 } // namespace tarnwick

@@ -12,7 +12,7 @@ namespace {
 using nlohmann::ordered_json;
 using Kind = WalkthroughLine::Kind;
 
-// In the order of the kinds.
+// Indexed by the kinds.
 constexpr std::array<std::string_view, 4> kindNames{"added", "context", "gap", "blank"};
 
 std::string lineText(const WalkthroughLine& line, Colours colours) {

@@ -11,10 +11,10 @@
 
 namespace tarnwick {
 
-// Page after page, for people: a plus before each added line.
+// Page by page, for people: a plus before each added line.
 std::string walkthroughText(std::span<const WalkthroughStage> stages, Colours colours);
 
-// For tools. `episodes` are the stages' files, the episode itself last.
+// JSON, for tools. `paths` are the files of the stages, the episode's last.
 std::string walkthroughJSON(std::span<const WalkthroughStage> stages,
                             std::span<const Episode> episodes, std::int64_t capacity);
 

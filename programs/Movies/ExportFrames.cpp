@@ -15,10 +15,10 @@ FrameRange exportFramesOf(std::string_view given, const ExportPreset& preset, do
     const auto last = dots == std::string_view::npos ? "" : given.substr(dots + 2);
     const auto end = last.empty() && dots != std::string_view::npos ? count : integerOf(last);
     if (!first || !end || *first >= *end)
-        misuse("--frames wants A..B, the frames from A on, up to B, not " + quoted(given) + ".");
+        misuse("--frames must be A..B, the frames from A to B - 1, not " + quoted(given) + ".");
     if (*end > count)
         misuse("The movie has " + std::to_string(count) + " frames, and " + quoted(given) +
-               " goes beyond them.");
+               " is beyond the last one.");
     if (*first % stretch != 0 || (*end % stretch != 0 && *end != count))
         misuse("Parts of this movie begin and end at multiples of " + std::to_string(stretch) +
                " frames, not " + quoted(given) + ".");

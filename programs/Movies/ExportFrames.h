@@ -1,4 +1,4 @@
-// Parts of a movie, as the command line names them.
+// The frames of a part of a movie.
 #pragma once
 
 #include "TarnwickRender/VideoExporter.h"
@@ -7,9 +7,8 @@
 
 namespace tarnwick {
 
-// The frames that `given`, "A..B", names of a movie of `duration` seconds: from A on, up to B. Both
-// are where a stretch begins; B may be the movie's end, and is where it is left out. Throws
-// CommandError.
+// The frames from A to B - 1 for `given`, "A..B", of a movie of `duration` seconds. A and B are
+// starts of stretches; B may be the end of the movie, which is its default. Throws CommandError.
 FrameRange exportFramesOf(std::string_view given, const ExportPreset& preset, double duration);
 
 } // namespace tarnwick

@@ -4,6 +4,7 @@
 #include "TarnwickPlatform/Movie/SettingsError.h"
 #include "TarnwickRender/VideoExporter.h"
 #include "programs/CommandLine/CommandError.h"
+#include "programs/CommandLine/Seconds.h"
 #include "programs/Episode/EpisodeSound.h"
 
 #include <algorithm>
@@ -11,86 +12,72 @@
 namespace tarnwick {
 namespace {
 
-constexpr std::int64_t leastSide = 16, mostSide = 8192;                  // pixels; HEVC's level 6.2
-constexpr std::int64_t leastBitrate = 10'000, mostBitrate = 800'000'000; // the same level's
-constexpr double longestMovie = 86400;                                   // seconds
-
-ExportPreset presetOf(const Arguments& arguments) {
-    const auto given = arguments.value("--preset");
-    const std::optional<ExportPreset> preset =
-        given ? ExportPreset::named(*given) : ExportPreset::site;
-    if (!preset)
-        misuse(quoted(*given) + " is not a preset; tarnwick presets lists them.");
-    return *preset;
-}
-
 void readBitrate(ExportPreset& preset, const Arguments& arguments) {
     const auto given = arguments.value("--bitrate");
     if (!given)
         return;
     if (videoCodecRow(preset.codec).isIntraOnly)
-        misuse("The preset " + std::string(preset.id) + " takes no --bitrate.");
-    const std::optional<std::int64_t> bitrate = integerOf(*given);
-    if (!bitrate || *bitrate < leastBitrate || *bitrate > mostBitrate)
-        misuse("--bitrate wants a whole number of bits a second from " +
-               std::to_string(leastBitrate) + " to " + std::to_string(mostBitrate) + ", not " +
-               quoted(*given) + ".");
-    preset = preset.withBitrate(*bitrate);
+        misuse("The preset " + std::string(preset.id) +
+               " has no bit rate: --bitrate is not allowed.");
+    preset = preset.withBitrate(integerOf(*given).value());
 }
 
-// Even, as chroma wants it.
+// Even numbers, which chroma requires.
 void makeDraft(ExportPreset& preset, bool keepsBitrate) {
     for (std::int64_t* side : {&preset.width, &preset.height})
-        *side = std::max(leastSide, *side / 4 * 2);
+        *side = std::max(movieSizes.leastWidth, *side / 4 * 2);
     if (!keepsBitrate)
         preset = preset.withBitrate(preset.bitrate / 2);
 }
 
 } // namespace
 
-// Chroma is shared by two pixels side by side and, in most codecs, one above the other.
+std::vector<std::string_view> presetIDs() {
+    std::vector<std::string_view> ids;
+    for (const auto& presets : {ExportPreset::all(), ExportPreset::pro()})
+        for (const ExportPreset& preset : presets)
+            ids.push_back(preset.id);
+    return ids;
+}
+
 PixelSize movieSizeOf(const Arguments& arguments, const ExportPreset& preset) {
-    const PixelSize size = pixelSizeOf(arguments, *PixelSize::of(preset.width, preset.height));
-    const auto fits = [](std::int64_t side) {
-        return side >= leastSide && side <= mostSide && side % 2 == 0;
-    };
-    if (!fits(size.width) || !fits(size.height))
-        misuse("--size wants even numbers from " + std::to_string(leastSide) + " to " +
-               std::to_string(mostSide) + " for a movie, not " +
-               quoted(arguments.value("--size").value_or("")) + ".");
-    return size;
+    const auto given = arguments.value("--size");
+    if (!given)
+        return PixelSize::of(preset.width, preset.height).value();
+    requireValue("--size", movieSizes, *given);
+    return pixelSizeOf(arguments);
 }
 
 MovieTarget movieTargetOf(const Arguments& arguments) {
-    ExportPreset preset = presetOf(arguments);
+    ExportPreset preset = ExportPreset::named(arguments.textOf("--preset")).value();
     const PixelSize size = movieSizeOf(arguments, preset);
     preset.width = size.width;
     preset.height = size.height;
     readBitrate(preset, arguments);
-    const bool isDraft = arguments.has(draftOption.name);
+    const bool isDraft = arguments.has("--draft");
     if (isDraft)
-        makeDraft(preset, arguments.has(bitrateOption.name));
+        makeDraft(preset, arguments.has("--bitrate"));
     const MovieFileType type = videoCodecRow(preset.codec).fileType;
     if (const auto error = settingsError(VideoExporter::videoSettings(preset), type))
         misuse(*error);
-    return {.preset = preset,
-            .speed = isDraft ? EncodingSpeed::quick : EncodingSpeed::usual,
-            .out =
-                Output::wanted(arguments, fileKind(type), "The preset " + std::string(preset.id))};
+    return {
+        .preset = preset,
+        .speed = isDraft ? EncodingSpeed::quick : EncodingSpeed::usual,
+        .out = Output::required(arguments, fileKind(type), "The preset " + std::string(preset.id))};
 }
 
 bool exportSoundOf(const Arguments& arguments, const Episode& episode) {
-    if (arguments.has("--sound") && arguments.has("--no-sound"))
-        misuse("--sound and --no-sound exclude each other.");
     if (arguments.has("--sound"))
         checkSound(episode);
     return !arguments.has("--no-sound") && episode.shader.hasSound;
 }
 
 void checkMovieLength(double seconds) {
-    if (!(seconds <= longestMovie))
-        misuse("The movie would be " + shortest(seconds) + " seconds long; " +
-               shortest(longestMovie) + " are the most.");
+    if (!(seconds > 0 && seconds <= secondsUpToADay.most))
+        misuse("The movie would be " + shortest(seconds) +
+               " s long; it must be above 0 s and at "
+               "most " +
+               shortest(secondsUpToADay.most) + " s.");
 }
 
 } // namespace tarnwick

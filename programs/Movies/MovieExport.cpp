@@ -81,7 +81,7 @@ std::int64_t exportMovieFile(std::span<const ExportSegment> segments, const Expo
         VideoExporter::export_(segments, preset, device, file, goesOn, details);
         tellOfLoop();
     } catch (const ExportError& error) {
-        signals.answer(); // the sentence says it
+        signals.answer(); // the error reports it
         failure(error.what());
     }
     return progress.total();

@@ -8,7 +8,7 @@
 namespace tarnwick {
 namespace {
 
-// Segments are whole frames long, so that is when chapters begin.
+// Segments, and so chapters, are whole frames long.
 VideoChapters chaptersOf(const EpisodeVariations& variations, std::int64_t fps) {
     const auto frames = static_cast<double>(ExportPlan::frameCount(variations.duration, fps));
     return VideoChapters::variations(variations.series, frames / static_cast<double>(fps), 0);

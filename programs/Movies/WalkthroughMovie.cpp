@@ -4,7 +4,6 @@
 #include "TarnwickCore/Walkthroughs/WalkthroughTimeline.h"
 #include "TarnwickRender/SoundTap.h"
 #include "programs/CommandLine/CommandError.h"
-#include "programs/CommandLine/Seconds.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSound.h"
 #include "programs/Movies/ExportOptions.h"
@@ -13,16 +12,11 @@
 namespace tarnwick {
 namespace {
 
-constexpr double usualPageSeconds = 6;
-
 // A page is whole frames long.
 WalkthroughTimeline timelineOf(const std::vector<WalkthroughStage>& stages,
                                const Arguments& arguments, std::int64_t fps) {
-    const double seconds = secondsFromZero(arguments, pageSecondsOption.name, usualPageSeconds);
-    if (seconds == 0)
-        misuse("Pages that are shown for 0 seconds make no movie.");
-    checkMovieLength(seconds);
-    const auto frames = static_cast<double>(ExportPlan::frameCount(seconds, fps));
+    const auto frames =
+        static_cast<double>(ExportPlan::frameCount(arguments.numberOf("--page-seconds"), fps));
     WalkthroughTimeline timeline{.pageSeconds = frames / static_cast<double>(fps)};
     for (const WalkthroughStage& stage : stages)
         timeline.pageCounts.push_back(std::ssize(stage.pages));
@@ -42,12 +36,12 @@ std::shared_ptr<const gpu::Texture> textureOf(const Picture& picture, gpu::Devic
     return texture;
 }
 
-// What the movie is made of.
+// The data of the movie.
 struct StagedMovie {
     const WalkthroughRenderer& renderer;
     const std::vector<WalkthroughStage>& stages;
     const WalkthroughTimeline& timeline;
-    double start = 0;     // seconds of the episode, of the first frame
+    double start = 0;     // seconds of the episode at the first frame
     double halfFrame = 0; // seconds
     gpu::Device& device;
 
@@ -57,14 +51,14 @@ struct StagedMovie {
         const auto pages = renderer.pages(stages[stage], stages.size());
         for (std::size_t page = 0; page < stages[stage].pages.size(); ++page)
             layout.overlays.push_back(textureOf(pages.overlay(page), device));
-        // In the middle of the frame, where no rounding of its time turns the page too late.
+        // In the middle of the frame, so that rounding does not change the page a frame late.
         layout.overlayIndexAt = [this, stage, from = startOf(stage) - halfFrame](double time) {
             return timeline.page(static_cast<std::int64_t>(stage), time - from);
         };
         return layout;
     }
 
-    // Of the stage's program.
+    // The start of the stage's program.
     double startOf(std::size_t stage) const {
         return start + timeline.start(static_cast<std::int64_t>(stage));
     }
@@ -96,7 +90,7 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
     const StagedMovie staged{.renderer = renderer,
                              .stages = stages,
                              .timeline = timeline,
-                             .start = secondsFromZero(arguments, movieStartOption.name, 0),
+                             .start = arguments.numberOf("--start"),
                              .halfFrame = 0.5 / static_cast<double>(preset.fps),
                              .device = *device};
     if (sound)
@@ -105,7 +99,7 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
                     .start = staged.start,
                     .duration = timeline.total()},
                    *device);
-    // Stages that listen hear the episode.
+    // Stages with Inputs hear the episode's sound.
     const auto tap = SoundTap::make(programs.back(), *device);
     std::vector<ExportSegment> segments;
     for (std::size_t stage = 0; stage < stages.size(); ++stage) {
@@ -114,7 +108,7 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
         segments.push_back({.program = programs[stage],
                             .start = staged.startOf(stage),
                             .duration = timeline.duration(static_cast<std::int64_t>(stage)),
-                            .watermark = arguments.has(watermarkOption.name),
+                            .watermark = arguments.has("--watermark"),
                             .sound = sound,
                             .layout = staged.layoutOf(stage),
                             .soundProgram = programs.back()});

@@ -1,4 +1,4 @@
-// Waiting for what other threads do, without keeping Ctrl-C waiting.
+// Waits for other threads without delaying Ctrl-C.
 #pragma once
 
 #include "TarnwickBase/EndSignals.h"
@@ -13,9 +13,9 @@
 
 namespace tarnwick {
 
-// What the future that call(std::stop_token) returns comes to; `meanwhile` is called many times a
-// second until then. Ctrl-C stops the call and ends the command. The service's words in a failure
-// are made fit for a terminal.
+// The result of the future that call(std::stop_token) returns; calls `meanwhile` many times per
+// second until then. Ctrl-C stops the call and ends the command. Errors of the service are made
+// safe for a terminal.
 template <class Call>
 auto awaited(HeldSignals& signals, const Call& call, const std::function<void()>& meanwhile = {}) {
     std::stop_source stop;
@@ -30,7 +30,7 @@ auto awaited(HeldSignals& signals, const Call& call, const std::function<void()>
         return future.get();
     } catch (const std::exception&) {
         if (signals.arrived()) {
-            signals.answer(); // the sentence says it
+            signals.answer(); // the error reports it
             failure("It was cancelled.");
         }
         try {

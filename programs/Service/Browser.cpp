@@ -14,7 +14,7 @@ bool isSet(const char* name) {
     return value != nullptr && *value != '\0';
 }
 
-// How it is to be started: away from this terminal, and from its Ctrl-C.
+// Starts it detached from this terminal and its Ctrl-C.
 class Detachment {
   public:
     Detachment() {

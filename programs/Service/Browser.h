@@ -1,12 +1,12 @@
-// The user's own browser.
+// The user's web browser.
 #pragma once
 
 #include "TarnwickPlatform/Net/URL.h"
 
 namespace tarnwick {
 
-// Has it show the page, by xdg-open. Whether that could be started; never where there is no
-// display, and only for pages of http and https. Does not wait.
+// Shows the page with xdg-open. Returns whether that was started; false without a display, and for
+// pages other than http and https. Does not wait.
 bool showInBrowser(const URL& page);
 
 } // namespace tarnwick

@@ -12,7 +12,7 @@
 
 namespace tarnwick {
 
-void becomeSaver(std::span<const std::string_view> given) {
+void becomeSaver(std::span<const std::string> given) {
     std::error_code error;
     const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
     const std::string host = (self.parent_path() / "tarnwick-saver").string();

@@ -1,4 +1,4 @@
-// The screen saver's own program, which lies beside this one.
+// The screen saver's program, which is in the same folder as this one.
 #pragma once
 
 #include <span>
@@ -6,7 +6,8 @@
 
 namespace tarnwick {
 
-// Becomes that program, with `words` behind its name. Throws CommandError where it cannot be run.
-[[noreturn]] void becomeSaver(std::span<const std::string_view> words);
+// Replaces this process by that program with the arguments `words`. Throws CommandError if it
+// cannot be run.
+[[noreturn]] void becomeSaver(std::span<const std::string> words);
 
 } // namespace tarnwick

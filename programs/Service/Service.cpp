@@ -18,7 +18,7 @@ std::string_view givenServer(const Arguments& arguments) {
     return arguments.value("--server").value_or(fromEnvironment("TARNWICK_SERVER"));
 }
 
-// What was given is not repeated: it may hold a password.
+// The message does not repeat the address, which may contain a password.
 URL baseOf(std::string_view given) {
     if (given.empty())
         return APIClient::defaultBase();
@@ -31,7 +31,7 @@ URL baseOf(std::string_view given) {
 APIClient clientOf(const URL& base) {
     const std::string userAgent = programName();
     SessionConfiguration configuration = APIClient::sessionConfiguration(userAgent);
-    // As other programs have it, for services whose certificates are a company's own.
+    // As in other programs, for services with a company's own certificates.
     configuration.certificateFile = fromEnvironment("SSL_CERT_FILE");
     APIClient client(base, userAgent, std::make_shared<URLSession>(configuration));
     if (base.scheme() != "https" && !client.isLocal())
@@ -39,7 +39,7 @@ APIClient clientOf(const URL& base) {
     return client;
 }
 
-// Made when it is asked for: not every command needs a home.
+// Made on demand: not every command needs a home folder.
 TokenStore tokenStore() {
     return TokenStore(TokenFiles(TokenFiles::usualFolder()));
 }

@@ -1,9 +1,9 @@
-// The sharing service, as the commands that talk to it reach it.
+// The sharing service, for the commands that use it.
 #pragma once
 
+#include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/Service/APIClient.h"
 #include "TarnwickPlatform/Secrets/TokenStore.h"
-#include "programs/CommandLine/Arguments.h"
 
 #include <optional>
 #include <string>
@@ -12,20 +12,20 @@ namespace tarnwick {
 
 class Service {
   public:
-    // The one that --server names, else TARNWICK_SERVER, else the site's own. From here on the
-    // process leaves no core dump. Throws CommandError for an address that is none, or one at which
-    // a token would go through a network in the open.
+    // The service of --server, else of TARNWICK_SERVER, else the site. The process writes no core
+    // dump after this. Throws CommandError for an invalid address, or one to which a token would be
+    // sent unencrypted over a network.
     explicit Service(const Arguments& arguments);
 
     const APIClient& client() const { return client_; }
-    // Whether it is another than the site's own.
+    // Whether it is not the site.
     bool isGiven() const { return isGiven_; }
 
-    // Of the account that is signed in; nothing where none is. Throws TokenError.
+    // The token of the signed-in account; nothing if there is none. Throws TokenError.
     std::optional<Secret> token() const;
-    // Throws CommandError where no account is signed in.
+    // Throws CommandError if no account is signed in.
     Secret wantedToken() const;
-    std::string keep(const Secret& token) const; // gives where, for people; throws TokenError
+    std::string keep(const Secret& token) const; // returns the place, for people; throws TokenError
     void forgetToken() const;                    // throws TokenError
 
   private:
@@ -33,7 +33,11 @@ class Service {
     APIClient client_;
 };
 
-constexpr Option serverOption{"--server", "URL",
-                              "the service; default: TARNWICK_SERVER, or the site"};
+constexpr std::array<Option, 1> serviceOptions{{
+    {.name = "--server",
+     .value = "URL",
+     .help = "address of the service",
+     .byDefault = "TARNWICK_SERVER of the environment, or the site"},
+}};
 
 } // namespace tarnwick

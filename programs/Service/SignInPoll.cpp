@@ -15,13 +15,13 @@ constexpr double longestInterval = 60; // seconds
     failure("The code is no longer valid; tarnwick sign-in asks for another one.");
 }
 
-// Short sleeps, so that Ctrl-C and a clock that is set are seen.
+// Short sleeps, to notice Ctrl-C and changes of the clock.
 void pause(double seconds, Date end, HeldSignals& signals) {
     using Clock = std::chrono::steady_clock;
     const auto next = Clock::now() + std::chrono::duration<double>(seconds);
     while (Clock::now() < next) {
         if (signals.arrived()) {
-            signals.answer(); // the sentence says it
+            signals.answer(); // the error reports it
             failure("It was cancelled.");
         }
         if (currentDate() >= end)
@@ -30,7 +30,7 @@ void pause(double seconds, Date end, HeldSignals& signals) {
     }
 }
 
-// Whether the next answer may be another.
+// Whether the next request may succeed.
 bool passes(const ServiceError& refusal) {
     using Kind = ServiceError::Kind;
     return refusal.kind() == Kind::network || refusal.kind() == Kind::tooMany ||

@@ -1,4 +1,4 @@
-// Waiting until a user has confirmed a sign-in.
+// Waits until a user has confirmed a sign-in.
 #pragma once
 
 #include "TarnwickBase/EndSignals.h"
@@ -6,10 +6,10 @@
 
 namespace tarnwick {
 
-// Asks once an interval, the first time after one, and on through lost connections and a service
-// that has too much to do. Blocks until the user confirms. Throws CommandError: where the code is
-// no longer valid, which without a date of the service's is after half an hour, and at Ctrl-C;
-// ServiceError where the service refuses.
+// Asks once per interval, first after one interval, also after lost connections and while the
+// service is busy. Blocks until the user confirms. Throws CommandError if the code is no longer
+// valid (after half an hour if the service gives no date) and at Ctrl-C; ServiceError if the
+// service refuses.
 Approved approvalOf(const LinkStart& start, const APIClient& client, HeldSignals& signals);
 
 } // namespace tarnwick

@@ -5,8 +5,7 @@
 namespace tarnwick {
 namespace {
 
-// Of the sixteen colours that a terminal's user has chosen, those that are read on dark and on
-// light.
+// Those of the terminal's sixteen colours that are readable on dark and on light.
 std::string_view sequenceOf(SyntaxKind kind) {
     switch (kind) {
     case SyntaxKind::comment:
@@ -54,7 +53,7 @@ std::string coloured(std::string_view text) {
         const auto& [kind, range] = tokens[index];
         goOnTo(cursor.byteOf(range.location));
         result += sequenceOf(kind);
-        // A header's key stands inside it, and the header's colour goes on behind.
+        // A header's key is inside the header, whose colour continues after the key.
         if (kind == SyntaxKind::header) {
             const auto& [keyKind, key] = tokens[++index];
             goOnTo(cursor.byteOf(key.location));

@@ -6,8 +6,8 @@
 
 namespace tarnwick {
 
-// `text`, an episode's whole source in UTF-8, with escape sequences (ECMA-48, 8.3.117) around all
-// that has a colour. Its own control characters, which could do more to a terminal, become "?".
+// `text`, an episode's source in UTF-8, with escape sequences (ECMA-48, 8.3.117) around all tokens
+// that have a colour. Its own control characters become "?".
 std::string coloured(std::string_view text);
 
 } // namespace tarnwick

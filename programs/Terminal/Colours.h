@@ -1,4 +1,4 @@
-// Whether what is printed has colours.
+// Whether output has colours.
 #pragma once
 
 #include <string>
@@ -8,8 +8,8 @@ namespace tarnwick {
 
 enum class Colours { none, ofTerminal };
 
-// Those of a stream, STDOUT_FILENO or STDERR_FILENO: colours where it is a terminal that shows them
-// to somebody who wants them. NO_COLOR is unset or empty (no-color.org), and TERM is not "dumb".
+// The colours of a stream, STDOUT_FILENO or STDERR_FILENO: `ofTerminal` if it is a terminal,
+// NO_COLOR is unset or empty (no-color.org), and TERM is not "dumb".
 Colours coloursOf(int descriptor);
 
 // `text` with a Select Graphic Rendition of those parameters (ECMA-48, 8.3.117): "1;32".

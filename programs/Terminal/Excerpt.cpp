@@ -10,11 +10,11 @@
 namespace tarnwick {
 namespace {
 
-constexpr std::size_t mostCells = 110, mostCellsBefore = 70; // of a line's part that is shown
+constexpr std::size_t mostCells = 110, mostCellsBefore = 70; // of the shown part of a line
 
-constexpr std::size_t mostBytes = 1000; // looked at before and behind the mark
+constexpr std::size_t mostBytes = 1000; // read before and after the mark
 
-// As many bytes of a line around `at` as matter, whole characters.
+// The bytes of a line near `at`, in whole characters.
 struct Near {
     std::string_view before, behind;
 };
@@ -60,7 +60,7 @@ std::size_t cellsBetween(const std::vector<Shown>& line, std::size_t start, std:
     return cells;
 }
 
-// The part of a line that is shown, and how many cells of it stand before the mark.
+// The shown part of a line, and the number of its cells before the mark.
 struct Part {
     std::string text;
     std::size_t before = 0;

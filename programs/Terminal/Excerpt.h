@@ -1,4 +1,4 @@
-// A line of source with a mark under a place in it, for terminals.
+// A line of source with a mark below a place in it, for terminals.
 #pragma once
 
 #include "programs/Terminal/Colours.h"
@@ -9,10 +9,10 @@
 
 namespace tarnwick {
 
-// Line `number` of a source, which is `line`, behind its number, and below it a caret under
-// `column` (from 1, in bytes) and the word that begins there; without the caret where the line has
-// no such column. Tabs become blanks up to the next fourth cell, wide characters count two cells,
-// controls are question marks, and of long lines the part around the column is shown.
+// The line `line` with its number, and below it a caret under `column` (from 1, in bytes) and the
+// word that begins there; no caret if the line has no such column. Tabs become spaces up to the
+// next fourth cell, wide characters are two cells, control characters are question marks. Long
+// lines are cut around the column.
 std::string excerpt(std::string_view line, std::int64_t number, std::int64_t column,
                     Colours colours);
 

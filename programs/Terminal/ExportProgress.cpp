@@ -7,8 +7,8 @@
 namespace tarnwick {
 namespace {
 
-// "41.7 frames/s, 1:05 left"; empty before the first frame. Behind the last one the encoder may
-// have much left to do.
+// "41.7 frames/s, 1:05 left"; empty before the first frame. After the last one the encoder may
+// still work for long.
 std::string pace(std::int64_t done, std::int64_t total, double elapsed) {
     if (done <= 0 || elapsed <= 0)
         return "";

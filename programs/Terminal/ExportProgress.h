@@ -1,4 +1,4 @@
-// How far the export of a movie is.
+// The progress of an export.
 #pragma once
 
 #include "programs/Terminal/ProgressBar.h"
@@ -8,7 +8,7 @@
 
 namespace tarnwick {
 
-// On standard error: frames, frames a second and the time left.
+// On standard error: frames, frames per second and the time left.
 class ExportProgress {
   public:
     void show(std::int64_t done, std::int64_t total); // frames, in [0, total]

@@ -16,7 +16,7 @@ namespace {
 
 using nlohmann::ordered_json;
 
-// In the order of the severities.
+// Indexed by the severities.
 constexpr std::array<std::string_view, 3> severityStyles{"1;31", "1;35", "1;36"};
 
 std::string placeText(std::string_view path, const Diagnostic& diagnostic) {

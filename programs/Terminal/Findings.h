@@ -1,4 +1,4 @@
-// The findings about an episode, for people and for programs to read.
+// The findings about an episode, for people and for tools.
 #pragma once
 
 #include "TarnwickCore/Episode/Episode.h"
@@ -12,13 +12,12 @@
 namespace tarnwick {
 
 // For each finding "EPISODE:line:column: severity: message", and below it the line of `source` with
-// a caret, and the hint. A finding about generated code has neither line nor column.
+// a caret, and the hint. A finding about generated code has no line and column.
 std::string findingsText(std::string_view episodePath, std::string_view source,
                          std::span<const Finding> findings, Colours colours);
 
 // {"episode", "findings": [{"severity", "line", "column", "message", "id", "hint"}]}, and "text"
-// with the compiler's own words where there are any. Line 0 is generated code; "hint" is there
-// where there is one.
+// with the compiler's text if there is any. Line 0 is generated code; "hint" is optional.
 std::string findingsJSON(std::string_view episodePath, std::span<const Finding> findings,
                          std::string_view compilerText);
 

@@ -17,22 +17,22 @@ namespace {
 using std::chrono::duration, std::chrono::milliseconds, std::chrono::seconds;
 
 constexpr std::size_t longestBar = 30, shortestBar = 8; // characters
-constexpr std::size_t usualWidth = 80;                  // of a terminal that does not say its own
+constexpr std::size_t usualWidth = 80;                  // of a terminal with unknown width
 
-// Asked for each line: the terminal's size may change at any time.
+// Read for each line, because the terminal's size may change.
 std::size_t terminalWidth() {
     winsize size{};
     const bool isKnown = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
     return isKnown ? size.ws_col : usualWidth;
 }
 
-// One that can write a line anew.
+// A terminal that can rewrite a line.
 bool isTerminal() {
     const char* kind = std::getenv("TERM");
     return isatty(STDERR_FILENO) == 1 && !(kind && std::string_view(kind) == "dumb");
 }
 
-// As much of `text`, UTF-8, as fits into so many columns: no character takes more columns than
+// The part of `text`, UTF-8, that fits into that many columns: no character takes more columns than
 // bytes.
 std::string cut(const std::string& text, std::size_t columns) {
     std::size_t end = std::min(columns, text.size());
@@ -41,7 +41,7 @@ std::string cut(const std::string& text, std::size_t columns) {
     return text.substr(0, end);
 }
 
-// "[#####.....] " where there is room for it.
+// "[#####.....] " if there is room for it.
 std::string barText(double share, std::size_t room) {
     constexpr std::size_t around = 3;
     if (room < shortestBar + around)
@@ -115,7 +115,7 @@ std::string ProgressBar::words() const {
 }
 
 std::string ProgressBar::line() const {
-    // Terminals go on to the next line in their last column.
+    // Terminals start a new line after their last column.
     const std::size_t columns = terminalWidth() - 1;
     const std::string text = words();
     const std::size_t room = columns - std::min(columns, text.size());

@@ -1,4 +1,4 @@
-// How far long work is, on standard error.
+// The progress of long work, on standard error.
 #pragma once
 
 #include <chrono>
@@ -12,25 +12,24 @@
 
 namespace tarnwick {
 
-// Where standard error is a terminal, one line that is written anew a few times a second and wiped
-// at the end: the first after a second of work, cut to the terminal's width as it then is.
-// Elsewhere a line of the same words every ten seconds. A thread of its own writes, so that work
-// that says nothing for long is seen to go on.
+// On a terminal: one line that is rewritten a few times per second, from the first second of work
+// on, cut to the terminal's width, and erased at the end. Elsewhere: a line with the same words
+// every ten seconds. Its own thread writes, so that work without news is still shown as running.
 class ProgressBar {
   public:
-    // `unit` is what is counted, capital: "Step".
+    // `unit` is the counted thing, with a capital: "Step".
     explicit ProgressBar(std::string_view unit);
     ~ProgressBar();
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
 
-    // One of several parts, "Still 2 of 5", which stands before the rest from here on.
+    // The name of the current part, "Still 2 of 5", which precedes all other text from here on.
     void part(std::string_view name);
-    // Work without a count, "Drawing e.metal"; the seconds since the beginning stand behind it.
+    // Work without a count, "Drawing e.metal"; the seconds since the start follow it.
     void doing(std::string_view what);
-    // `done` in [0, goal]; `more` stands behind the count, the seconds where it is empty.
+    // `done` in [0, goal]; `more` follows the count; default: the seconds.
     void show(std::int64_t done, std::int64_t goal, std::string_view more = {});
-    // Nothing is written until the next call of doing() or show(), so that other words can be.
+    // Writes nothing until the next call of doing() or show(), so that other text can be printed.
     void hide();
 
   private:

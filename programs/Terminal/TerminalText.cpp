@@ -5,7 +5,7 @@
 namespace tarnwick {
 namespace {
 
-// The length in bytes of what `text` begins with when that is to be replaced; else 0.
+// The length in bytes of a character at the start of `text` that is replaced; 0 if none.
 std::size_t unfitLength(std::string_view text) {
     const auto first = static_cast<unsigned char>(text[0]);
     if (first < 0x20 || first == 0x7f)

@@ -1,4 +1,4 @@
-// Text from outside, made fit for a terminal.
+// Foreign text, made safe for a terminal.
 #pragma once
 
 #include <string>
@@ -6,9 +6,8 @@
 
 namespace tarnwick {
 
-// `text`, UTF-8, as one line: with a question mark for each control character (Unicode's Cc), line
-// separator and mark that changes the direction of writing. Nothing in it moves the cursor or hides
-// what stands beside it.
+// `text`, UTF-8, as one line: a question mark replaces each control character (Unicode's Cc), line
+// separator and mark of writing direction. So it cannot move the cursor or hide other text.
 std::string terminalText(std::string_view text);
 
 } // namespace tarnwick

@@ -1,4 +1,4 @@
-// Tables as text, for a terminal's fixed letters.
+// Tables as text, for fixed-width fonts.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace tarnwick {
 
-// A line for each of `rows`, which all have as many cells as the first: columns as wide as they
-// need, two blanks apart, no blanks at a line's end. Widths are counted in bytes.
+// A line for each of `rows`, which all have as many cells as the first: columns as wide as their
+// cells, two spaces apart, no spaces at the end of a line. Widths are counted in bytes.
 std::string textTable(const std::vector<std::vector<std::string>>& rows);
 
 } // namespace tarnwick

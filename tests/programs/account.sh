@@ -5,7 +5,7 @@ serve
 kept=home/.local/state/tarnwick
 expect 1 'You are not signed in; tarnwick sign-in does that' whoami
 expect 0 'You are not signed in' sign-out
-expect 2 '"now" is not wanted here' sign-in now
+expect 2 '"now" is unexpected' sign-in now
 # A service that has too much to do is asked again.
 echo 503 nameless >service/polls
 expect 0 'You are signed in as ada@a.example. The sign-in is kept in .*/home/.local/state/tarnwick/' sign-in
@@ -41,7 +41,7 @@ expect 1 'can be read or written by others, so that what it holds is not used' w
 chmod 600 $kept/*
 # The token goes also where the service does not take it back.
 echo '500 {"error":"Broken."}' >service/refusal
-expect 1 'You are signed out here, but the service may still take the sign-in: Broken' sign-out
+expect 1 'You are signed out here, but the service may still accept the sign-in: Broken' sign-out
 leaksNothing sign-out
 asked 'POST /api/auth/signout token'
 have -z "$(ls $kept)"

@@ -15,11 +15,11 @@ sounding='float2 sound(float t, constant Params& p) { return float2(sin(t * 2000
 moving >e.metal
 (moving && echo "$sounding") >s.metal
 small='--size 32x18 --preset site'
-expect 2 'o OUT.mp4 is missing' export e.metal
-expect 2 '"nosuch" is not a preset; tarnwick presets lists them' export e.metal -o a.mp4 --preset nosuch
+expect 2 '^tarnwick: -o OUT is required: the movie' export e.metal
+expect 2 '^tarnwick: --preset must be a name that tarnwick presets lists, not "nosuch".$' export e.metal -o a.mp4 --preset nosuch
 expect 2 'preset site writes files that end in .mp4, not "a.mov"' export e.metal -o a.mov
 for size in 31x18 32x17 0x0 -2x4 8x8 99999x2 32; do
-    expect 2 'size wants ' export e.metal -o a.mp4 --size $size
+    expect 2 'size must be ' export e.metal -o a.mp4 --size $size
 done
 for preset in main4k hevcalpha; do
     for size in 16x16 48x64 64x30; do
@@ -34,7 +34,7 @@ for duration in 0 -1 nan inf 1e9 long ''; do
 done
 for length in inf 1e9; do
     (echo "// @length $length" && moving) >endless.metal
-    expect 2 "The movie would be .* seconds long; 86400 are the most" export endless.metal -o a.mp4
+    expect 2 "The movie would be .* s long; it must be above 0 s and at most 86400 s" export endless.metal -o a.mp4
 done
 for option in '--start -1' '--loop -1' '--loop nan' '--find-loop 1:x' '--bitrate 0' '--set speed=1' \
     '--set level=x' '--keys e.metal' '--frames 7..300' '--frames 300..300' \

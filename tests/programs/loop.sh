@@ -7,24 +7,24 @@ turning() {
     echo '}'
 }
 turning >e.metal
-expect 2 'around SECONDS is missing' loop e.metal
+expect 2 'around SECONDS is required' loop e.metal
 for seconds in -1 nan inf 1e39 long ''; do
-    expect 2 'around wants a number of seconds from 0 on, not "' loop e.metal --around "$seconds"
+    expect 2 'around must be a number of seconds, at least 0, not "' loop e.metal --around "$seconds"
 done
-expect 2 'fps wants a whole number from 1 to 1000, not "0"' loop e.metal --around 2 --fps 0
+expect 2 'fps must be a whole number from 1 to 1000, not "0"' loop e.metal --around 2 --fps 0
 expect 2 'declares no parameter "speed"; it declares period' loop e.metal --around 2 --set speed=1
 "$TARNWICK" devices >out 2>err || exit 77
 expect 0 '^2 seconds: 60 frames, whose ends differ by 0.00' loop e.metal --around 2.2
 expect 0 '^1.5 seconds: 15 frames' loop e.metal --around 1 --range 1 --fps 10 --set period=1.5 --start 3
 expect 0 '^2 seconds: 60 frames' loop e.metal --around 2.2 --loop 0.5
-begins='^tarnwick: The loop begins at 0.5 s, not at 0 s, because its crossfade uses what lies before'
+begins='^tarnwick: The loop starts at 0.5 s, not at 0 s, because its crossfade uses the seconds before'
 grep -q "$begins" err || complain 'no word of its start' loop
-expect 2 'No length of two frames or more' loop e.metal --around 0.01 --range 0
+expect 2 'no length of two frames or more' loop e.metal --around 0.01 --range 0
 cat >grid.metal <<'TEXT'
 // @grid 4
 struct Vertex { float4 position [[position]]; };
 Vertex corner(float2 grid, constant Uniforms& u, constant Params& p) { return {float4(grid, 0, 1)}; }
 float4 shade(Vertex v, constant Uniforms& u, constant Params& p) { return 1.0; }
 TEXT
-expect 1 'grid.metal goes on: it is a grid episode' loop grid.metal --around 2
+expect 1 'grid.metal is a grid episode' loop grid.metal --around 2
 finish

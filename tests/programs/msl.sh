@@ -14,7 +14,7 @@ grep -q '^fragment red, ' out || complain 'no red' msl
 expect 0 '^fragment red, ' msl two.metal --entry red -o red.spv
 spirv-val --target-env vulkan1.3 red.spv || complain 'red.spv is not valid' msl
 expect 2 'no entry point "blue", but kernel twice, fragment red' msl two.metal --entry blue
-expect 2 'entry says which' msl two.metal -o two.spv
+expect 2 'o requires --entry: two.metal has ' msl two.metal -o two.spv
 have ! -e two.spv
 echo 'float x = y;' >bad.metal
 expect 1 "^bad.metal:1:11: error: use of undeclared identifier 'y'" msl bad.metal

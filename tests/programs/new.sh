@@ -26,7 +26,7 @@ echo old >old.metal
 expect 2 '^tarnwick: old.metal already exists and is not replaced.$' new Old -o old.metal
 [ "$(cat old.metal)" = old ] || complain 'old.metal changed' new
 expect 1 '^tarnwick: none/a.metal cannot be written: No such file' new A -o none/a.metal
-expect 2 'title is missing' new
+expect 2 'TITLE is required' new
 expect 2 'title is empty' new ' '
 expect 2 'more than one line' new 'one
 two'

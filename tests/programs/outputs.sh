@@ -32,7 +32,7 @@ ln keys.json keys.png
 expect 2 'keys.png and keys.json are the same file' still e.metal --keys keys.json -o keys.png
 expect 2 'keys.json already exists .* no chapter list' \
     variations e.metal --seed 1 --count 1 -o a.mp4 --chapters keys.json
-expect 2 'e.json is where the settings of e.metal are read from' \
+expect 2 'e.json is the settings document of e.metal; the chapters' \
     variations e.metal --seed 1 --count 1 -o a.mp4 --chapters ./e.json
 mkdir pages && cp e.metal pages/stage-01-page-01.png
 expect 2 'page-01.png already exists' walkthrough e.metal --pages pages
@@ -41,7 +41,7 @@ for command in still sheet sound export; do
     expect 2 'writes files that end in' $command e.metal -o e.metal
 done
 expect 2 'writes files that end in .metal' new E -o e.png
-expect 2 'Standard output takes one of' variations e.metal --seed 1 --count 1 --sheet - --json
+expect 2 'can be standard output' variations e.metal --seed 1 --count 1 --sheet - --json
 cmp -s e.metal before.metal || complain 'the episode is changed' still
 if command -v script >out 2>err; then
     script -qec "$TARNWICK still e.metal -o -" /dev/null >out 2>&1 </dev/null

@@ -4,5 +4,5 @@ expect 0 '^site  *1280x720  *30 fps  *6 Mb/s  *h264  *mp4  *Site capture · 1280
 rows=$(wc -l <out)
 expect 0 '"codec": "hevcAlpha"' presets --json
 have "$(grep -c '"id"' out)" = "$rows"
-expect 2 '"web" is not wanted here' presets web
+expect 2 '"web" is unexpected' presets web
 finish

@@ -28,7 +28,7 @@ document '"99"' ',"notes":"First.\nSecond\u0007."'
 expect 0 '^Tarnwick 9.?\[1m5 (build 99) is newer than this one, Tarnwick ' release
 grep -q -x "$TARNWICK_SERVER/release.tar" out || complain 'no address' release
 grep -q -x 'Second?.' out || complain 'no notes' release
-expect 2 'belong together' release --download
+expect 2 'download requires -o' release --download
 expect 1 'none/new.tar cannot be written' release --download -o none/new.tar
 expect 1 'gives no SHA-256' release --download -o new.tar
 document 99 ",\"sha256\":\"$(echo "$digest" | tr a-f A-F)\""

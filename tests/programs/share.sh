@@ -13,9 +13,9 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {
 }
 TEXT
 small='--size 48x32 --title Plasma'
-expect 2 'title TEXT is missing' share e.metal
-expect 2 'licence wants one of cc-by-nc-sa-4.0, cc-by-4.0, mit, arr, not "gpl"' share e.metal --title A --licence gpl
-expect 2 'visibility wants one of public, unlisted, private, not "all"' share e.metal --title A --visibility all
+expect 2 'title TEXT is required' share e.metal
+expect 2 'licence must be one of cc-by-nc-sa-4.0, cc-by-4.0, mit, arr, not "gpl"' share e.metal --title A --licence gpl
+expect 2 'visibility must be one of public, unlisted, private, not "all"' share e.metal --title A --visibility all
 expect 2 'none.mp4 is not a file' share e.metal --title A --loop none.mp4
 expect 2 'The title must be 1 to 80 characters' share e.metal --title ' '
 echo 'neither a movie nor a picture' >text

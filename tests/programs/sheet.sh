@@ -15,10 +15,10 @@ episode >two.metal
 expect 0 '' sheet one.metal -o one.png --size 64x36
 expect 0 '' sheet two.metal -o two.png --size 64x36
 cmp -s one.png two.png && complain 'one label for two files' sheet
-expect 2 'episodes are missing' sheet -o c.png
-expect 2 'OUT.png is missing' sheet a.metal
-expect 2 'wants a whole number from 1 to 100, not "0"' sheet a.metal -o c.png --columns 0
-expect 2 'The sheet would have 18036x59 pixels; either side may have 16384.' \
+expect 2 'EPISODE... is required' sheet -o c.png
+expect 2 'OUT.png is required' sheet a.metal
+expect 2 'must be a whole number from 1 to 100, not "0"' sheet a.metal -o c.png --columns 0
+expect 2 'The sheet would have 18036x59 pixels; at most 16384 are allowed in width and height.' \
     sheet a.metal b.metal -o c.png --columns 2 --size 9000x9
 (episode && echo 'float x = y;') >bad.metal
 expect 1 '^tarnwick: bad.metal does not compile.$' sheet bad.metal -o c.png --size 64x36

@@ -34,7 +34,7 @@ ended variations ../picture.metal --seed 1 --count 2 --sheet a.png
 "$TARNWICK" export picture.metal -o a.mp4 --size 32x32 --duration 100 2>err >out &
 process=$!
 tries=0
-until grep -q 'went on for too long' err || [ $tries = 300 ]; do
+until grep -q 'ran for too long' err || [ $tries = 300 ]; do
     sleep 0.1
     tries=$((tries + 1))
 done

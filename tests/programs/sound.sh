@@ -6,12 +6,12 @@ sounding() {
 }
 (episode && sounding 'return float2(p.red, -p.green);') >e.metal
 expect 1 'silent.metal has no sound: it defines no float2 sound' sound silent.metal -o out.wav
-expect 2 'OUT.wav is missing' sound e.metal
+expect 2 'OUT.wav is required' sound e.metal
 for duration in 0 -1 nan inf 1e-9 22370 long ''; do
-    expect 2 'wants a number of seconds above 0 and up to 22369, not "' \
+    expect 2 'duration ' \
         sound e.metal -o out.wav --duration "$duration"
 done
-expect 2 'start wants a number of seconds from 0 on, not "-1"' sound e.metal -o out.wav --start -1
+expect 2 'start must be a number of seconds, at least 0, not "-1"' sound e.metal -o out.wav --start -1
 expect 2 'declares no parameter "blue"' sound e.metal -o out.wav --set blue=1
 have ! -e out.wav
 "$TARNWICK" devices >out 2>err || exit 77

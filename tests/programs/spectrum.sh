@@ -4,12 +4,12 @@ episode >silent.metal
 (episode && echo 'float2 sound(float t, constant Params& p) {
     return t < 3.0 ? float2(0.0) : p.red * float2(sin(6283.18530718 * t)); }') >e.metal
 expect 1 'silent.metal has no sound' spectrum silent.metal --time 1
-expect 2 'time SECONDS is missing' spectrum e.metal
-expect 2 'time wants a number of seconds from 0 on, not "soon"' spectrum e.metal --time soon
+expect 2 'time SECONDS is required' spectrum e.metal
+expect 2 'time must be a number of seconds, at least 0, not "soon"' spectrum e.metal --time soon
 for duration in 0 -1 nan; do
     expect 2 'above 0' spectrum e.metal --time 1 --duration "$duration" -o out.png
 done
-expect 2 'at least 240x160 pixels' spectrum e.metal --time 1 -o out.png --size 64x64
+expect 2 'from 240x160 to 16384x16384 pixels, not "64x64"' spectrum e.metal --time 1 -o out.png --size 64x64
 have ! -e out.png
 "$TARNWICK" devices >out 2>err || exit 77
 expect 0 '^level  0.000$' spectrum e.metal --time 2.9

@@ -27,7 +27,7 @@ expect 1 '^tarnwick: 4000000 particles of 64016 bytes are too many for .*, and i
 grep -q '^4000000 particles of 64016 bytes are too many' err || complain 'no reason' saver
 particles 5 '' 'while (q.at.x < 2.0) q.at.y = sin(q.at.y);' >spin.metal
 expect 0 '' still spin.metal -o c.png --size 8x8 --time 0.1
-grep -q '^tarnwick: A loop of spin.metal went on for too long' err || complain 'silent' still
+grep -q '^tarnwick: A loop of spin.metal ran for too long' err || complain 'silent' still
 # Ctrl-C in the middle of a long simulation.
 timeout -s INT 1 "$TARNWICK" still p.metal -o b.png --size 512x512 --time 1000000 2>err
 have $? = 124

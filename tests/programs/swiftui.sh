@@ -25,7 +25,7 @@ expect 2 'e.metal already exists and is not a folder' swiftui e.metal -o e.metal
 expect 1 '^tarnwick: none/out cannot be written: No such file' swiftui e.metal -o none/out
 expect 1 '^tarnwick: none.*cannot be written: File name too long' \
     swiftui e.metal --title "$(head -c 300 /dev/zero | tr '\0' a)" -o none
-expect 2 '-o FOLDER is missing' swiftui e.metal
+expect 2 '-o FOLDER is required' swiftui e.metal
 expect 2 'title is empty' swiftui e.metal --title ' ' -o none
 (cat e.metal && echo 'float x = y;') >bad.metal
 expect 1 '^tarnwick: bad.metal does not compile.$' swiftui bad.metal -o none

@@ -15,13 +15,13 @@ grep -q '"red": 0.25' out || complain 'a spread of 0 changes values' variations
 for wrong in '--seed=-1' '--seed=18446744073709551616' '--count=0' '--count=-1' '--count=1e3' \
     '--count=99999999' '--from=x' '--from=9223372036854775807 --count=2' '--length=0' \
     '--length=nan' '--duration=inf' '--duration=1e9' '--spread=1.5' '--spread=nan' '--sheet='; do
-    expect 2 "${wrong%%=*} wants" variations e.metal --seed 1 --count 1 $wrong
+    expect 2 "${wrong%%=*} must be" variations e.metal --seed 1 --count 1 $wrong
 done
-expect 2 '^tarnwick: --seed N is missing' variations e.metal --count 1
+expect 2 '^tarnwick: --seed N is required' variations e.metal --count 1
 (echo '// @length inf' && episode) >endless.metal
-expect 2 'The @length of endless.metal wants .*, not inf; --length gives another' \
+expect 2 'The @length of endless.metal must be .*, not inf; --length replaces it' \
     variations endless.metal --seed 1 --count 1
-expect 2 'endless.metal lists none itself' variations endless.metal --seed 1 --length 9
+expect 2 'endless.metal has no @variations' variations endless.metal --seed 1 --length 9
 expect 1 '^tarnwick: none/a.png cannot be written: No such file or directory.$' \
     variations e.metal --seed 1 --sheet none/a.png
 ln -s /dev/full full.png

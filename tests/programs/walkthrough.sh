@@ -26,7 +26,7 @@ grep -q '"source": "e.metal"' out && [ "$(grep -c '"number"' out)" = 3 ] ||
 NO_COLOR=1 expect 0 '"capacity"' walkthrough --stages 1.metal --json -- e.metal
 expect 2 'missing.metal cannot be read' walkthrough e.metal --stages 1.metal missing.metal
 expect 2 'at least 160 pixels' walkthrough e.metal --stages 1.metal --size 1920x100
-expect 2 'stages wants FILE... after it' walkthrough e.metal --stages --json
+expect 2 'stages requires a value, FILE...' walkthrough e.metal --stages --json
 "$TARNWICK" devices >out 2>err || exit 77
 expect 0 '^pages/stage-02-page-01.png$' walkthrough e.metal --stages 1.metal --pages pages --size 320x180
 have "$(ls pages | wc -l)" = 2

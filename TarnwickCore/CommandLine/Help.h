@@ -1,0 +1,20 @@
+// The help of a command, made from its options.
+#pragma once
+
+#include "TarnwickCore/CommandLine/Option.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace tarnwick {
+
+// "usage: NAME [OPTION]... OPERANDS", the summary, and for each option a line or more of at most
+// 100 characters: what it is for, its values, whether it is required, its default.
+std::string helpText(std::string_view name, const CommandForm& form, std::string_view summary);
+
+// `text`, which begins `indent` characters into a line, in lines of at most 100 characters; all but
+// the first begin with as many blanks.
+std::string wrapped(std::string_view text, std::size_t indent);
+
+} // namespace tarnwick

@@ -1,0 +1,54 @@
+// A command's options, each a row that says its name, its values, whether it is required and its
+// default. The parser (Arguments.h), the help (Help.h) and all usage errors are made of the rows.
+#pragma once
+
+#include "TarnwickCore/CommandLine/Values.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+namespace tarnwick {
+
+// Text in all rows is constant. An option that takes a value has a default or is required.
+struct Option {
+    std::string_view name;  // "--size", "-o"
+    std::string_view value; // the placeholder of its value, "WxH"; empty if it takes none;
+                            // "FILE..." if it takes all words up to the next option
+    std::string_view help;  // without a full stop
+    Values values = AnyText{};
+    bool isRequired = false;
+    // What holds without it: a value, which Arguments::textOf() then returns, or words, "none".
+    std::string_view byDefault{};
+    bool isRepeatable = false;   // each value counts, not only the last
+    std::string_view excludes{}; // names of options that may not be beside it, with blanks between
+    std::string_view needs{};    // the name of an option that must be beside it
+};
+
+// What a command's words are read with.
+struct CommandForm {
+    // "EPISODE": one operand; "PART...": at least one; "[EPISODE]": at most one; empty: none.
+    std::string_view operands;
+    std::span<const Option> options;
+    bool allowsOneDash = false; // "-root" for "--root", as XScreenSaver writes it
+};
+
+// The rows of several groups, one after another.
+template <std::size_t... counts>
+constexpr auto joined(const std::array<Option, counts>&... groups) {
+    std::array<Option, (counts + ...)> all{};
+    auto end = all.begin();
+    ((end = std::copy(groups.begin(), groups.end(), end)), ...);
+    return all;
+}
+
+inline bool takesValue(const Option& option) {
+    return !option.value.empty();
+}
+inline bool takesList(const Option& option) {
+    return option.value.ends_with("...");
+}
+
+} // namespace tarnwick
