@@ -1,8 +1,8 @@
 // The signals that ask a program to end: SIGINT, SIGTERM and SIGHUP.
 //
 // The program ends within two seconds of a signal, even while it waits for a driver that draws for
-// a minute. It leaves no unfinished file behind. It ends by the signal itself, so that its status
-// is the conventional one and a loop of a shell ends with it.
+// a minute. It leaves no unfinished file behind. The signal itself ends it, so that its exit status
+// is the conventional one and a loop of a shell around it ends too.
 #pragma once
 
 #include <atomic>
@@ -10,10 +10,10 @@
 
 namespace tarnwick {
 
-// A process has one, which main() makes first. A thread of its own ends the process when a signal
-// arrives: at once, or after 1.5 s at most while a HeldSignals exists. The thread removes the files
-// listed by Unfinished.h and clears the last line of the terminal. No destructor runs. Signals that
-// are ignored when the process starts remain ignored.
+// A process has at most one; main() makes it first. Its thread ends the process when a signal
+// arrives: at once, or within 1.5 s while a HeldSignals exists. The thread removes the files listed
+// by Unfinished.h and clears the last line of the terminal. No destructor runs. Signals that are
+// ignored when the process starts remain ignored.
 class EndSignals {
   public:
     EndSignals();  // installs the handlers; a violation if the process has one already
@@ -35,8 +35,8 @@ class EndSignals {
 // buffered output. Does nothing without an EndSignals. May be called from any thread.
 void endSoon(int status);
 
-// While one exists, a signal that arrives ends the process only after its destructor, or after 1.5
-// s. Does nothing without an EndSignals. May be used on any thread.
+// A signal that arrives while one exists ends the process in its destructor, or after 1.5 s. Does
+// nothing without an EndSignals. May be used on any thread.
 class HeldSignals {
   public:
     HeldSignals();

@@ -9,9 +9,9 @@ namespace tarnwick {
 // call it once, before the first thread starts.
 void keepFreedMemory();
 
-// Returns all freed memory to the system once. glibc keeps the freed memory of each few threads
-// apart, so new threads would otherwise allocate as much again. Call it after threads that
-// allocated much have ended. Takes milliseconds. May be called from any thread.
+// Returns all freed memory to the system once. glibc keeps freed memory in separate arenas, so new
+// threads would otherwise allocate the same amount again. Call it after threads that allocated much
+// have ended. Takes milliseconds. May be called from any thread.
 void giveFreedMemoryBack();
 
 } // namespace tarnwick

@@ -1,5 +1,5 @@
-// Stops the process if the program breaks one of its own rules: a violation. A mistake of the user,
-// in a file or of a server is an error (an exception) and must never reach a precondition.
+// Stops the process if the program breaks one of its own rules: a violation. A mistake of a user, a
+// file or a server is an error (an exception) and must never reach a precondition.
 #pragma once
 
 #include <concepts>
@@ -37,11 +37,11 @@ inline std::string valueText(const char* value) {
 }
 
 // Writes "Violated: RULE (NAME VALUE, NAME VALUE), FILE:LINE" to standard error and aborts.
-// `described` has names and values by turns; FILE is relative to the root of the repository.
+// `described` is name, value, name, value; FILE is relative to the root of the repository.
 [[noreturn]] void reportViolation(const Rule& rule, std::initializer_list<std::string> described);
 
-// Does nothing if `condition` holds, otherwise reports the violation. `values` are names and values
-// by turns:
+// Does nothing if `condition` holds, otherwise reports the violation. `values` are a name, its
+// value, a name, its value:
 //     precondition(size <= room, "the data fit into the buffer", "size", size, "room", room);
 // They are converted to text only after a violation. May be called from any thread.
 template <typename... Values>

@@ -29,8 +29,8 @@ class TemporaryFolder {
   public:
     // In the folder that TMPDIR names, default: /tmp. Throws TemporaryFolderError.
     TemporaryFolder();
-    // In `parent`, with the name NAME.NUMBER.partial: for a file that is renamed into `parent`
-    // later, which requires one file system. Throws TemporaryFolderError.
+    // In `parent`, with the name NAME.NUMBER.partial: for a file that is later renamed into
+    // `parent`, on the same file system. Throws TemporaryFolderError.
     TemporaryFolder(const std::filesystem::path& parent, std::string_view name);
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;

@@ -5,7 +5,7 @@
 
 namespace tarnwick {
 
-// A file or folder that a signal removes when it ends the process. Otherwise its owner removes it.
+// A file or folder that is removed if a signal ends the process. Otherwise its owner removes it.
 // May be used on any thread.
 class Unfinished {
   public:

@@ -15,9 +15,9 @@ namespace tarnwick {
 //
 // The output compiles if the episode does:
 // - In comments the lines of a title are joined by spaces.
-// - The name of the type is ASCII, because files, modules and functions have it. Letters of other
-//   scripts are transliterated to Latin ("Größe" gives "Grosse") and otherwise omitted. The name of
-//   the function gets "Shader" appended if it is a word of Metal or Swift ("while", "float4").
+// - The name of the type is ASCII, because it names files, modules and functions. Letters are
+//   transliterated to Latin ("Größe" gives "Grosse") or omitted. The name of the function gets
+//   "Shader" appended if it is a word of Metal or Swift ("while", "float4").
 // - In the view, a parameter named like a word of Swift is in backquotes. A parameter named like a
 //   member of the view (`body`, `isRunning`, `Float`) gets the prefix "p_", repeated until the name
 //   is unique. In the Metal file all parameters keep their names.

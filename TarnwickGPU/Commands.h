@@ -22,9 +22,9 @@ struct QueueParts;
 // Encoders are handles of their command buffer's state: cheap, and valid until endEncoding().
 // setXxxBytes copies 1 to 65536 bytes. Indices are those of the shader's [[buffer(n)]] (0 to 30),
 // [[texture(n)]] (0 to 127) and [[sampler(n)]] (0 to 15). A resource that is not bound reads as
-// zero, and so does a texture of another shape or component than the shader's; a sampler that is
-// not bound takes the nearest pixel and clamps coordinates to the edge. Clip space has y up and
-// pixel coordinates have y down, as in Metal; clockwise triangles face front.
+// zero. A texture of another shape or component type than the shader's also reads as zero. A
+// sampler that is not bound filters nearest and clamps to the edge. Clip space has y up and pixel
+// coordinates have y down, as in Metal; clockwise triangles face front.
 class RenderCommandEncoder {
   public:
     explicit RenderCommandEncoder(CommandBufferParts& parts) : parts_(&parts) {}
@@ -72,8 +72,8 @@ class BlitCommandEncoder {
     explicit BlitCommandEncoder(CommandBufferParts& parts) : parts_(&parts) {}
     void copy(const Texture& source, const Region& region, const Texture& destination,
               std::uint32_t destinationX, std::uint32_t destinationY);
-    // Fills every level but the first from the level before it. For textures of several levels
-    // whose format can be filtered.
+    // Fills each level except the first from the level before it. Requires several levels and a
+    // format that can be filtered.
     void generateMipmaps(const Texture& texture);
     void endEncoding();
 
@@ -102,7 +102,7 @@ class CommandBuffer {
     bool waitUntilCompleted(double seconds);
     CommandBufferStatus status() const;
 
-    // Whether an invocation used up its loop budget. Before completion it may not be known yet.
+    // Whether an invocation exceeded its loop budget. May be false until the buffer has completed.
     bool hitLoopBudget() const;
 
   private:

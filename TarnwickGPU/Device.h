@@ -41,15 +41,15 @@ struct DeviceError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// `beside` is for kernels with buffers of their own whose results the CPU waits for while pictures
+// `beside` is for kernels with their own buffers: the CPU waits for their results while pictures
 // are in flight. Such a queue runs in parallel to the others if the device has two Vulkan queues.
-// If not, a command buffer waits for all that were committed before it, of any queue.
+// Otherwise each command buffer waits for all earlier ones of all queues.
 enum class QueueUse : std::uint8_t { pictures, beside };
 
 // The usable devices of the machine in order of preference: discrete, integrated, virtual, CPU.
 std::vector<DeviceInfo> allDevices();
 
-// Compiles a program for any device; needs none. Blocks. Throws LibraryError. Any thread.
+// Compiles a program for any device; requires no device. Blocks. Throws LibraryError. Any thread.
 std::unique_ptr<Library> newLibrary(std::string_view source, const msl::CompileOptions& options);
 
 // Any thread may call its functions.
@@ -73,7 +73,7 @@ class Device {
     // Whether the device was lost. Later calls then return null or throw DeviceError.
     bool isLost() const;
 
-    // The maximum length of a buffer, in bytes, of which shaders can read all.
+    // The maximum length, in bytes, of a buffer that shaders can read completely.
     std::size_t maxBufferLength() const;
 
     // The number of messages of Vulkan's validation layer so far, over all devices. The environment

@@ -38,7 +38,7 @@ class Layer {
 
     // Sets the size of the next drawable, in pixels. Call it when the window's size changes.
     void resize(std::uint32_t width, std::uint32_t height);
-    // Blocks while three frames are in flight. Nothing if the window is closed, its size is 0 by 0,
+    // Blocks while three frames are in flight. Absent if the window is closed, its size is 0 by 0,
     // or the device is lost. One drawable at a time.
     std::optional<Drawable> nextDrawable();
 

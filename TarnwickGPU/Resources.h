@@ -50,7 +50,7 @@ class Texture {
                   const Region& region, std::uint32_t mipLevel, std::uint32_t slice) const;
 
     // The texture's own pixels in the CPU's memory: for a shared 2D texture of one level on a CPU
-    // driver. Else `bytes` is null. The GPU's stores are there once their command buffer has
+    // driver. Otherwise `bytes` is null. The GPU's stores are there once their command buffer has
     // completed; the CPU may write while no command buffer in flight uses the texture.
     struct MappedPixels {
         std::byte* bytes = nullptr;

@@ -38,7 +38,7 @@ struct SamplerDescriptor {
     bool operator==(const SamplerDescriptor&) const = default;
 };
 
-// Coordinates are normalized; only constexpr samplers of a program take pixels.
+// Coordinates are normalized; only constexpr samplers of a program may use pixels.
 class SamplerState {
   public:
     explicit SamplerState(std::unique_ptr<const SamplerParts> parts);

@@ -52,7 +52,7 @@ struct Resource {
     TextureComponent component = TextureComponent::none;
     bool isDepth = false;           // a depth texture, which may be compared with
     std::uint32_t level = 0;        // storageTexture: the one level that is visible
-    std::uint64_t samplerState = 0; // SamplerBits.h's form; of an argument, its bit `compares`
+    std::uint64_t samplerState = 0; // see SamplerBits.h; for an argument: only bit `compares`
 
     bool operator==(const Resource&) const = default;
 };

@@ -1,5 +1,5 @@
 // Requests to the compiler's worker process and its answers as bytes. Each is sent as a 32-bit
-// length and as many bytes. Both ends are of one build, so numbers keep their machine form.
+// length, then its bytes. Both ends are from one build, so numbers have the machine's form.
 #pragma once
 
 #include "TarnwickMSL/Compilation.h"

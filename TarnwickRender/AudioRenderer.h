@@ -16,7 +16,7 @@ namespace tarnwick {
 
 // Options and further results of rendering a sound.
 struct SoundNews {
-    // Called after each second of the sound: samples rendered, and in all.
+    // Called after each second of the sound, with the rendered samples and their total.
     std::function<void(std::int64_t done, std::int64_t total)> advanced{};
     bool hitLoopBudget = false; // result: a loop of the episode was ended
     // Checks each second before it is rendered, unless null. A value that is NaN or infinite ends

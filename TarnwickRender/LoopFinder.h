@@ -19,12 +19,12 @@ struct FoundLoop {
 };
 
 struct LoopFinder {
-    // Called with the lengths tried and to try; false ends the search without a result.
+    // Called with the number of lengths tried and in all; false ends the search: no result.
     using Progress = std::function<bool(std::int64_t done, std::int64_t total)>;
 
     // Compares the two frames from `start` on with two frames at each length in [around - range,
-    // around + range] (seconds; whole frames at `fps`; at least two frames), as small stills. Gives
-    // the most similar, of several the shortest. Absent for an episode that keeps state or is a
+    // around + range] (seconds; whole frames at `fps`; at least two frames), as small stills. The
+    // result is the most similar, the shortest of several. Absent for an episode with state or a
     // grid, for times that are not finite, for fps below 1, and if the device fails. Blocks.
     static std::optional<double> bestLength(const std::shared_ptr<const ShaderProgram>& program,
                                             gpu::Device& device, const ParamValues& values,

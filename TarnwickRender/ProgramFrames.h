@@ -52,9 +52,9 @@ class ProgramFrames {
     // Whether a loop of the episode was ended in warm().
     bool hitLoopBudget() const { return simulation() && simulation()->hitLoopBudget(); }
 
-    // Brings a simulation to the step before the one of `time` (seconds). A simulation that is
-    // there or beyond starts again. Waits for the GPU and calls `afterEach` every 240 steps. False
-    // if the device fails; true without a simulation.
+    // Advances a simulation to the step before that of `time` (seconds). A simulation at the step
+    // of `time` or later starts again. Waits for the GPU and calls `afterEach` every 240 steps.
+    // False if the device fails; true without a simulation.
     bool warm(float time, gpu::CommandQueue& queue, const ParamValues& values,
               const std::function<void()>& afterEach = {});
 

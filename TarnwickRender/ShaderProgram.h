@@ -24,7 +24,7 @@ class ShaderProgram : public TargetFormats {
     // `pixelFormat` is the format of draw()'s target. Blocks. Throws ShaderError.
     static std::shared_ptr<const ShaderProgram> compile(const Episode& episode, gpu::Device& device,
                                                         gpu::PixelFormat pixelFormat);
-    // Of an episode that was compiled for this device, or for any.
+    // Makes the program of an episode that was compiled for this device, or for any device.
     static std::shared_ptr<const ShaderProgram>
     make(const CompiledEpisode& compiled, gpu::Device& device, gpu::PixelFormat pixelFormat);
 

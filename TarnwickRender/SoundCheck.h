@@ -17,8 +17,8 @@ namespace tarnwick {
 class SoundCheck {
   public:
     // Compiles the episode again with one more kernel, which calls `sound` at the times of the
-    // sound kernel. The episode compiles and has a sound. Blocks. Throws ShaderError if the kernel
-    // cannot be made; null if the device has no room.
+    // sound kernel. The episode must compile and have a sound. Blocks. Throws ShaderError if the
+    // kernel cannot be made; null if the device has no room.
     static std::unique_ptr<SoundCheck> make(const AssembledShader& episode, gpu::Device& device);
 
     static constexpr std::uint32_t mostSamples = 48000; // maximum of one call

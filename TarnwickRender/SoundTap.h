@@ -15,7 +15,7 @@
 
 namespace tarnwick {
 
-// One for a program, kept while it plays. One thread at a time.
+// Keep one for each program while it plays. One thread at a time.
 class SoundTap {
   public:
     // Seconds of sound before a frame's time that the frame hears.

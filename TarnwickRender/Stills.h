@@ -12,7 +12,7 @@ namespace tarnwick {
 
 // Progress and results beside the picture.
 struct StillNews {
-    // Called before and during the steps of a simulation, with the steps done and in all.
+    // Called before and during the steps of a simulation, with the steps done and their total.
     std::function<void(std::int64_t step, std::int64_t goal)> warmed;
     // Result: a loop of the episode was ended.
     bool hitLoopBudget = false;

@@ -48,8 +48,8 @@ struct ExportDetails {
 };
 
 struct VideoExporter {
-    // Called with the frames done and in all, also while no frame is new. True: go on. False:
-    // the export ends with ExportError::Cancelled.
+    // Called with the frames done and their total, also while no frame is finished. True: go on.
+    // False: the export ends with ExportError::Cancelled.
     using Progress = std::function<bool(std::int64_t done, std::int64_t total)>;
 
     // Replaces `file`. Blocks until the movie is complete. Throws ExportError; a partial file may

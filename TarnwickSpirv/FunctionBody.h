@@ -21,9 +21,9 @@ class FunctionBody {
     // A variable of the function.
     Id local(Id pointee, Id initialiser = 0);
 
-    Id type(); // the function's own, in the module
-    // Adds the function to the module. Its first block's label is `entry`; 0: a new one. The code
-    // must end with the end of a block.
+    Id type(); // of the function: void()
+    // Adds the function to the module. Its first block's label is `entry`; 0: a new label. The code
+    // must end with a terminator.
     void finish(Id function, Id entry = 0);
 
     Module& module;

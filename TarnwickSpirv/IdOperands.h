@@ -10,12 +10,12 @@
 namespace tarnwick::spirv {
 
 bool isKnown(spv::Op op);
-// Whether an operand, counted from 0 and not the result, is an id; false for unknown instructions.
+// Whether an operand (index from 0) is an id other than the result; false for unknown instructions.
 bool isIdOperand(spv::Op op, std::size_t operand);
-// Which operand the result is; absent for unknown instructions and those without a result.
+// The index of the result; absent for unknown instructions and instructions without a result.
 std::optional<std::size_t> resultOperand(spv::Op op);
 std::optional<Id> resultOf(const Instruction& instruction);
-// The ids that the instruction uses: its type among them, its result not. Absent for unknown ones.
+// The ids that the instruction uses: with its type, without its result. Absent if it is unknown.
 std::optional<Words> idsOf(const Instruction& instruction);
 
 } // namespace tarnwick::spirv

@@ -19,7 +19,7 @@ using Id = std::uint32_t;
 using Words = std::vector<std::uint32_t>;
 
 // A view of an instruction's operands: of a list in braces or of any array of words. A list in
-// braces lives until the end of the call that it is an argument of.
+// braces is valid only during the call to which it is passed.
 class Operands : public std::span<const std::uint32_t> {
   public:
     Operands() = default;
@@ -32,7 +32,7 @@ class Operands : public std::span<const std::uint32_t> {
 
 struct Instruction {
     spv::Op op = spv::Op::OpNop;
-    Operands operands; // all words after the first; they belong to the section
+    Operands operands; // all words after the first; a view of the section
 };
 
 // Appends one instruction. The operands are the two lists, one after the other.

@@ -17,7 +17,7 @@ std::map<std::uint32_t, Id> locations(const Module& module, spv::StorageClass st
 std::vector<Id> variables(const Module& module, spv::StorageClass storage);
 Id pointee(const Module& module, Id variable); // the type of its value
 
-// The number of a specialisation constant, and the constant of a number.
+// The number (SpecId) of a specialisation constant, and the constant with a number.
 std::optional<std::uint32_t> specialisation(const Module& module, Id constant);
 std::optional<Id> specialised(const Module& module, std::uint32_t number);
 

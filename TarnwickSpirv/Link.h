@@ -9,8 +9,8 @@
 namespace tarnwick::spirv {
 
 // Adds the contents of `from` to `into`, without the execution modes, and returns the new id of
-// each id of `from`. Types and constants that both have become one. Absent, with `into` unchanged,
-// if a section has an instruction that IdOperands.h does not know or `from` requires an extension.
+// each id of `from`. Merges equal types and constants of both. Absent, with `into` unchanged, if
+// a section has an instruction that IdOperands.h does not know or `from` requires an extension.
 std::optional<std::map<Id, Id>> link(Module& into, const Module& from);
 
 } // namespace tarnwick::spirv

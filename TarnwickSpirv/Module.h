@@ -34,23 +34,23 @@ class Module {
                         Operands operands = {});
     void executionMode(spv::ExecutionMode mode, Operands operands = {});
 
-    // A type: the one that the module has, or a new one. Arrays and structs are always new, since
-    // they have decorations of their own (SPIR-V 1.6, 2.8).
+    // An existing type of the module, or a new one. Arrays and structs are always new, because each
+    // has its own decorations (SPIR-V 1.6, 2.8).
     Id type(spv::Op op, Operands operands);
-    Id integer(std::uint32_t bits = 32); // without sign
+    Id integer(std::uint32_t bits = 32); // unsigned
     Id real(std::uint32_t bits = 32);
     Id vector(Id scalar, std::uint32_t lanes);
     Id pointer(spv::StorageClass storage, Id pointee);
     Id block(Id content); // a struct of one member at byte 0, decorated as a Block
 
-    // A constant: the one that the module has, or a new one.
+    // An existing constant of the module, or a new one.
     Id constant(Id type, std::uint32_t bits);
     Id constant(float value);
     Id null(Id type); // zero
     Id truth();
     Id composite(Id type, Operands parts);
 
-    // A declaration of the type that is always new.
+    // Always a new declaration, with the result type `type`.
     Id declare(spv::Op op, Id type, Operands operands);
     // A global variable, which becomes part of the entry point's interface.
     Id variable(spv::StorageClass storage, Id pointee, Id initialiser = 0);

@@ -23,7 +23,7 @@ const nlohmann::json& requiredMember(const nlohmann::json& object, const char* n
 double requiredNumber(const nlohmann::json& object, const char* name, const std::string& where);
 
 // The number rounded to single precision. `what` names it in the error. Throws DocumentError if it
-// is not a number or is beyond the greatest float.
+// is not a number or exceeds the greatest float.
 float singleOf(const nlohmann::json& value, const std::string& what);
 
 } // namespace tarnwick

@@ -1,5 +1,5 @@
 // Parameters that change over time: a list of keys for each name, and how the value changes between
-// them. A plain value.
+// them.
 #pragma once
 
 #include "TarnwickCore/Animation/DocumentError.h"
@@ -62,8 +62,8 @@ class KeyframeTracks {
     KeyframeTracks fitted(std::span<const ParamDecl> params) const;
 
     // The JSON form: {"tracks":{"speed":[{"time":0,"value":1,"ease":"smooth"}]}}. All members are
-    // required, others are ignored. Throw DocumentError; encode() only on a number that is not
-    // finite.
+    // required, others are ignored. Both throw DocumentError; encode() only for a number that is
+    // not finite.
     std::string encode() const;
     static KeyframeTracks decode(std::string_view json);
 };

@@ -29,8 +29,8 @@ struct Settings {
 
     // The document: a JSON object (RFC 8259) with "name", "values" and "keys", all three required;
     // "keys" has the form of KeyframeTracks. Other members are ignored. Writing and reading a
-    // document gives equal settings. Throw DocumentError; encode() only on a number that is not
-    // finite. Both are in SettingsJSON.cpp.
+    // document gives equal settings. Both throw DocumentError; encode() only for a number that is
+    // not finite. Both are in SettingsJSON.cpp.
     std::string encode() const;
     static Settings decode(std::string_view json);
 };

@@ -20,13 +20,13 @@ struct UsageError : std::runtime_error {
 };
 
 // Options and operands in any order: "--name value", "--name=value"; the word after an option is
-// its value whatever it begins with; after "--" operands only. Of an option that is not repeatable
-// the last value counts.
+// its value, also if it begins with "-"; after "--" operands only. If an option is not repeatable,
+// its last value is used.
 class Arguments {
   public:
-    // Keeps `form`'s rows, which outlive it. Throws UsageError where the words break what a row
-    // says: an unknown option, one without its value or with a value that it does not take, one
-    // that is required, excluded or alone; operands that are missing or too many.
+    // The rows of `form` must outlive it. Throws UsageError: an unknown option, a missing or
+    // invalid value, a missing required option, an option beside one that it excludes or without
+    // the one that it needs; too few or too many operands.
     Arguments(const CommandForm& form, std::span<const char* const> words);
     Arguments(const Arguments&) = delete;
     Arguments& operator=(const Arguments&) = delete;
@@ -38,13 +38,13 @@ class Arguments {
     std::optional<std::string_view> value(std::string_view option) const;
     std::span<const std::string> values(std::string_view option) const;
 
-    // The value, or the row's default, which is a value then.
+    // The value; default: the default of the row, which must be a value.
     std::string_view textOf(std::string_view option) const;
     double numberOf(std::string_view option) const;
     std::int64_t integerOf(std::string_view option) const;
     std::uint64_t unsignedOf(std::string_view option) const; // decimal, or hexadecimal after 0x
 
-    // All operands and all values of other options: among them are the files that are read.
+    // All operands and all values of other options, which include the files that are read.
     std::vector<std::string_view> wordsBeside(std::string_view option) const;
 
   private:

@@ -20,14 +20,14 @@ struct Option {
     std::string_view help;  // without a full stop
     Values values = AnyText{};
     bool isRequired = false;
-    // What holds without it: a value, which Arguments::textOf() then returns, or words, "none".
+    // The default: a value, which Arguments::textOf() returns, or a description, "none".
     std::string_view byDefault{};
     bool isRepeatable = false;   // each value counts, not only the last
-    std::string_view excludes{}; // names of options that may not be beside it, with blanks between
-    std::string_view needs{};    // the name of an option that must be beside it
+    std::string_view excludes{}; // options that may not be given with it, separated by blanks
+    std::string_view needs{};    // an option that must be given with it
 };
 
-// What a command's words are read with.
+// The form of a command's words.
 struct CommandForm {
     // "EPISODE": one operand; "PART...": at least one; "[EPISODE]": at most one; empty: none.
     std::string_view operands;

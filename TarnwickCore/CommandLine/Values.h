@@ -21,10 +21,10 @@ struct WholeNumber {
     std::int64_t least = 0;
     std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
     std::string_view unit{};
-    bool isHexadecimalToo = false; // behind "0x"
+    bool isHexadecimalToo = false; // after "0x"
 };
 
-// [least, most], or (least, most]. The GPU gets numbers in single precision, so none is larger.
+// [least, most], or (least, most]. The GPU has single precision, which limits the default `most`.
 struct Number {
     double least = 0;
     double most = std::numeric_limits<float>::max();
@@ -40,7 +40,7 @@ struct SizeInPixels {
 };
 
 // One of the texts that `choices` returns. `listedBy` names the command that lists them if they are
-// too many for an error message, and is empty else.
+// too many for an error message; otherwise it is empty.
 struct OneOf {
     std::vector<std::string_view> (*choices)();
     std::string_view listedBy{};

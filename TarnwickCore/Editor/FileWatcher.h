@@ -27,10 +27,10 @@ class FileWatcher {
     FileWatcher(const FileWatcher&) = delete;
     FileWatcher& operator=(const FileWatcher&) = delete;
 
-    // Stops for ever: no callback begins after this, and none reports a change after this. May be
-    // called from any thread, from onChange, and more than once. Does not wait: on another thread a
-    // callback that has begun runs to its end. Wait for it with sync() of the queue before
-    // destroying objects that onChange uses.
+    // Stops for ever: no callback begins after this call. May be called from any thread, from
+    // onChange, and more than once. Does not wait: on another thread a callback that has begun runs
+    // to its end. Wait for it with sync() of the queue before destroying objects that onChange
+    // uses.
     void stop();
 
     struct timespec_ {

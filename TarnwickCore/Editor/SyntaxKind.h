@@ -9,7 +9,7 @@ namespace tarnwick {
 enum class SyntaxKind : std::uint8_t {
     comment,
     header,    // a comment line with a declaration: // @param ...
-    headerKey, // its @param; inside the header, and after it in a list
+    headerKey, // the @param in a header; in a list it follows its header
     keyword,
     type,
     number,

@@ -8,7 +8,7 @@ namespace tarnwick::pieces {
 
 // clang-format off
 
-// Every program begins so; the records follow.
+// The beginning of every program; the records follow.
 inline constexpr std::string_view headerOpening = R"msl(#include <metal_stdlib>
 using namespace metal;
 
@@ -48,7 +48,7 @@ inline constexpr std::string_view headerClosing = R"msl((uint vid [[vertex_id]])
 }
 )msl";
 
-// What a particle episode reads its trails through.
+// The record with which a particle episode reads its trails.
 inline constexpr std::string_view trailsStruct = R"msl(
 struct Trails {
     texture2d<float> image;
@@ -59,7 +59,7 @@ struct Trails {
 };
 )msl";
 
-// What an episode reads sound, spectrum, channels and its own last frame through.
+// The record with which an episode reads sound, spectrum, channels and its previous frame.
 inline constexpr std::string_view inputsStruct = R"msl(
 struct Inputs {
     float4 audio;

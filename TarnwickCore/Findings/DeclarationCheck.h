@@ -10,8 +10,8 @@
 namespace tarnwick {
 
 // A warning for each such line of `source`, in order, at the wrong word: "@param is ignored: the
-// maximum 0 is not greater than the minimum 1". An error for a parameter name that no program
-// compiles with. Accepts any bytes; never fails.
+// maximum 0 is not greater than the minimum 1". An error for a parameter name with which no program
+// compiles. Accepts any bytes; never fails.
 std::vector<Diagnostic> declarationWarnings(std::string_view source);
 
 } // namespace tarnwick

@@ -17,8 +17,8 @@ class EpisodeHints {
     EpisodeHints(const EpisodeHints&) = delete;
     EpisodeHints& operator=(const EpisodeHints&) = delete;
 
-    // A hint for a diagnostic of the source, from the source or otherwise from the table of
-    // Hints.h; empty without one.
+    // The hint for a diagnostic of the source: made from the source if possible, else from the
+    // table of Hints.h; empty if there is none.
     std::string hintFor(const Diagnostic& message) const;
 
     // Whether line `number` of the source declares `name`, after a type.
@@ -32,7 +32,7 @@ class EpisodeHints {
 
     const Episode& episode_;
     std::string code_;                                // without comments
-    std::vector<std::string_view> lines_, codeLines_; // of the two, as the compiler counts them
+    std::vector<std::string_view> lines_, codeLines_; // of text and code_, as compilerLines
 };
 
 } // namespace tarnwick

@@ -32,7 +32,7 @@ class AudioAnalyzer {
     void reset();
 
     double sampleRate() const { return sampleRate_; }
-    // Each in [0, 1], from -70 to -6 decibels; 0 decibels is a sine of full scale.
+    // Each in [0, 1]: 0 is -70 decibels, 1 is -6. 0 decibels is a sine of full scale.
     const std::vector<float>& spectrum() const { return spectrum_; }
     const std::array<float, 4>& bands() const { return bands_; } // low, mid, high, level; [0, 1]
 

@@ -27,8 +27,8 @@ struct OSC {
     // U+FFFD.
     static std::vector<Message> parse(std::span<const std::uint8_t> packet);
 
-    // Writes one message with a float for each number. The address is written up to its first NUL,
-    // which OSC strings cannot hold, and well-formed as parse() reads it. If it begins with "/",
+    // Writes one message with a float for each number. The address ends at its first NUL, because
+    // OSC strings cannot hold one, and its ill-formed parts become U+FFFD. If it begins with "/",
     // parse() returns the same message.
     static std::vector<std::uint8_t> encode(const Message& message);
 };

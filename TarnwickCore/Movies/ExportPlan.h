@@ -24,8 +24,8 @@ struct ExportPlan {
 
     // The number of frames of `duration` seconds at `fps`.
     static std::int64_t frameCount(double duration, std::int64_t fps);
-    // Frames of the crossfade where `duration` seconds loop by `loop` seconds: 0 for none, else at
-    // least 1, and at most half of the duration.
+    // The frames of a crossfade of `loop` seconds at the end of `duration` seconds, limited to half
+    // of the duration; at least 1, or 0 if `loop` is not above 0.
     static std::int64_t crossfadeFrames(double loop, double duration, std::int64_t fps);
 };
 

@@ -53,7 +53,7 @@ struct APIClient {
                             const std::string& boundary) const;
 
     // Each call sends at once, on its own thread; the future throws Failure only. The destructor of
-    // the future waits for the answer; a requested stop ends the call soon, with kind `network`.
+    // the future waits for the answer; a requested stop ends it soon (`network`).
     //
     // Tokens and codes are never sent unencrypted: unless the address is https or on this machine,
     // nothing is sent and the error has kind `network`.

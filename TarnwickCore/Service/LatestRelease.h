@@ -9,8 +9,8 @@
 
 namespace tarnwick {
 
-// A text that is not a valid release document. what() is the sentence for the user and has
-// `description` in it.
+// A text that is not a valid release document. what() is the sentence for the user and contains
+// `description`.
 struct LatestReleaseError : std::runtime_error {
     LatestReleaseError(std::string key, std::string description);
 

@@ -51,8 +51,8 @@ struct ShareUpload {
     std::optional<std::string> forkedFrom() const; // the item named in `source`
 
     // The reasons for which this cannot be uploaded, one sentence each, in a fixed order; empty if
-    // there are none. Nothing is sent while there are any. Characters are grapheme clusters. The
-    // types of the files are recognised by their first bytes. A parameter with a number that is not
+    // there are none. Nothing is sent if there are any. Characters are grapheme clusters. The types
+    // of the files are recognised by their first bytes. A parameter with a number that is not
     // finite is a problem, because JSON (RFC 8259, 6) cannot represent it.
     std::vector<std::string> problems() const;
 

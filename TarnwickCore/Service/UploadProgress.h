@@ -9,8 +9,8 @@
 namespace tarnwick {
 
 // Receives the fraction of the body that is sent, [0, 1], on the thread of the session. It must be
-// quick and must not throw. If there is a body, the last call has 1; a redirect that keeps the body
-// starts again.
+// quick and must not throw. If there is a body, the last call has 1; after a redirect that keeps
+// the body, reports begin again.
 using ProgressReport = std::function<void(double)>;
 
 // The delegate of one task. Reports nothing while the size of the body is unknown.

@@ -13,7 +13,7 @@ namespace tarnwick {
 std::vector<std::string> charactersOf(std::string_view text);
 
 // The longest beginning of `text` of whole characters in at most `mostBytes` bytes. If the first
-// character is longer, its first code points that fit.
+// character alone is longer, as many of its code points as fit.
 std::string_view wholeCharacters(std::string_view text, std::size_t mostBytes);
 
 // The number of cells of a terminal that a character of charactersOf() occupies: 2 for wide

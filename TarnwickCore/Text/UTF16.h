@@ -24,8 +24,8 @@ class UTF16Cursor {
     // the text.
     std::size_t unitOf(std::size_t byte);
 
-    // The byte offset of the character of code unit `unit`, which may be the second unit of two;
-    // the size of the text for units after it.
+    // The byte offset of the character that contains code unit `unit`, also as the second of two
+    // units; the size of the text for units after the text.
     std::size_t byteOf(std::size_t unit);
 
   private:

@@ -8,8 +8,8 @@
 namespace tarnwick {
 
 // For each line of `current`, whether it is not in `previous`, by a longest common subsequence of
-// whole lines. If there are several, lines of `previous` are skipped first. For n and m lines: time
-// O(n m) in steps of 64 pairs, memory O(n sqrt m).
+// whole lines. Of several longest ones, it takes the one that skips lines of `previous` first. For
+// n and m lines: time O(n m / 64), memory O(n sqrt m).
 std::vector<bool> addedLines(std::span<const std::string_view> previous,
                              std::span<const std::string_view> current);
 

@@ -73,7 +73,7 @@ struct Walkthrough {
     //
     // The title is the first line of text in the comments at the beginning of the source. The
     // summary is the rest of that block of comments, up to a comment line without text, joined by
-    // blanks. Title and summary explain the stage and are no comments of a line of code.
+    // blanks. Title and summary are not comments of a line of code.
     //
     // A comment beside code belongs to that line. Comment lines directly above a line of code
     // belong to it too and come first. Lines that hold only comments are not among `lines`, so they

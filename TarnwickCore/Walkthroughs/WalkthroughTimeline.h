@@ -19,9 +19,9 @@ struct WalkthroughTimeline {
     double start(std::int64_t stage) const;
     double total() const;
 
-    // The page shown `time` seconds after the start of the stage: the first before the stage, the
-    // last after it, 0 if it has none. A time whose page number is not finite or does not fit into
-    // 64 bits is a violation.
+    // The page shown `time` seconds after the start of the stage: the first page before its start,
+    // the last page after its end, 0 if it has no pages. A time whose page number is not finite or
+    // does not fit into 64 bits is a violation.
     std::int64_t page(std::int64_t stage, double time) const;
 };
 

@@ -15,14 +15,14 @@ class Module;
 namespace tarnwick::msl {
 
 // Runs all steps. Changes the module. Throws TranslationError for a program that cannot be
-// translated; its place is at least that of the entry point, if the error is of one.
+// translated; an error in an entry point has at least the place of the entry point.
 //
 // With the environment variable TARNWICK_MSL_DUMP=FOLDER it writes the text after each step into
 // FOLDER/NAME.NN-STEP.ll; NAME is "program" or the entry point, NN counts the steps from 01. With
 // TARNWICK_CHECK_STEPS=1 it checks the code from the step `inline` on, after each step that changed
-// it: LLVM's verifier and the rules that hold from there on. TARNWICK_CHECK_STEPS=all (the default in
-// debug builds; 0 is off) checks the steps before as well, and the last step's words by the SPIR-V
-// validator. What they find is a CompilerFault that names the step.
+// it: LLVM's verifier and the rules that hold from there on. TARNWICK_CHECK_STEPS=all (the default
+// in debug builds; 0 is off) checks the steps before as well, and the last step's words by the
+// SPIR-V validator. An error that they find is a CompilerFault that names the step.
 std::vector<EntryPoint> runSteps(llvm::Module& program, const std::vector<EntrySignature>& entries,
                                  const Target& target = {});
 

@@ -25,8 +25,8 @@ enum class InterfaceKind : std::uint8_t {
     loopReport     // storage buffer of one word
 };
 
-// One external global of the module and its meaning. The module may have lost globals that are not
-// used; the writer finds them by name.
+// One external global of the module and its meaning. The module may lack globals that are not used;
+// the writer finds globals by name.
 struct InterfaceVariable {
     InterfaceKind kind = InterfaceKind::input;
     std::string global;  // the LLVM global's name

@@ -36,8 +36,8 @@ struct StageValue {
 enum class ArgumentKind : std::uint8_t { buffer, texture, sampler, threadgroup, stageIn, builtIn };
 enum class AddressSpace : std::uint8_t { constant, device, threadgroup };
 
-// One argument of an entry point, in the order of its LLVM function's own arguments (a hidden
-// result pointer aside).
+// One argument of an entry point, in the order of its LLVM function's own arguments (without a
+// hidden result pointer).
 struct Argument {
     ArgumentKind kind = ArgumentKind::buffer;
     std::string name;        // as the source spells it

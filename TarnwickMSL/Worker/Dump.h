@@ -10,8 +10,8 @@ namespace tarnwick::msl {
 // Prints the front end's messages, signatures and module; false if the program has errors.
 bool dumpParsed(std::string_view source, const StandardLibrary& library);
 
-// Prints what the step makes of the text (Passes.h, runStep); false if that is an error, which it
-// prints to standard error.
+// Prints the result of the step for the text (Passes.h, runStep). On an error prints the error to
+// standard error and returns false.
 bool dumpStep(std::string_view step, std::string_view text);
 
 } // namespace tarnwick::msl

@@ -1,4 +1,4 @@
-// All steps of the compiler in a row.
+// Runs all steps of the compiler.
 #pragma once
 
 #include "TarnwickMSL/Compile.h"
@@ -6,7 +6,7 @@
 
 namespace tarnwick::msl {
 
-// The options' time limit is not kept here.
+// Ignores the time limit of the options.
 Compilation translate(std::string_view source, const StandardLibrary& library,
                       const CompileOptions& options = {});
 

@@ -42,8 +42,8 @@ std::optional<std::filesystem::path> settingsBeside(const std::filesystem::path&
 // Shader/saver.json a copy of the document `settings`, or without one a document with the episode's
 // name and no values. Existing files of these two names are replaced, each in one step, if this
 // function made them and nobody changed them since (Shader/.tarnwick-made has their hashes). Throws
-// OutputNameError if somebody changed them, and otherwise BundleError or InputReadError; then no
-// file is changed, unless writing the second file fails.
+// OutputNameError if somebody changed them, otherwise BundleError or InputReadError. After an error
+// no file is changed, unless writing the second file failed.
 Bundle makeBundle(const std::filesystem::path& folder, const std::filesystem::path& episode,
                   const std::optional<std::filesystem::path>& settings);
 

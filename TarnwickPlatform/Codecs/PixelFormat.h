@@ -22,7 +22,7 @@ enum class PixelFormat : std::uint8_t {
 // One plane of a format: the size of its samples, and how many pixels share one.
 struct PlaneShape {
     std::int64_t bytesPerSample = 1; // in bgra: of the whole pixel
-    std::int64_t across = 1;         // pixels of the picture a sample, horizontally
+    std::int64_t across = 1;         // pixels of the picture per sample, horizontally
     std::int64_t down = 1;           // vertically
 };
 

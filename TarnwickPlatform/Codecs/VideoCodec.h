@@ -64,9 +64,9 @@ struct VideoCodecRow {
     double alphaShare = 0;  // of the average bit rate, at most
 };
 
-// Numbers of threads that change what x264 and x265 choose are fixed here: x265 3.5 with several
-// frame threads and cutree gives other packets from run to run, and other ones with a pool of less
-// than four threads. ProRes' profile 3 is 422 HQ.
+// Numbers of threads on which the packets of x264 and x265 depend are fixed here: x265 3.5 with
+// several frame threads and cutree gives different packets in each run, and others with a pool
+// of less than four threads. ProRes' profile 3 is 422 HQ.
 //
 // libx265 3.5 writes past its memory where cutree handles rows of less than four 16x16 blocks, that
 // is below 50 pixels (valgrind finds it at all even widths up to 48, whatever the height), and

@@ -32,9 +32,9 @@ class VideoInput : public MovieInput {
     // succeeds.
     virtual PixelBufferPool* pixelBufferPool() = 0;
 
-    // Queues a picture. `time` has the value i and the timescale of the frames a second; i counts
-    // up from the session's start without gaps. The buffer has the settings' size and is bgra or in
-    // the encoder's format, from the pool or the caller's own; the caller does not write to it any
+    // Queues a picture. `time` is i / framesPerSecond, with this timescale; i begins at the
+    // session's start and increases by 1. The buffer has the settings' size and is bgra or in the
+    // encoder's format, from the pool or the caller's own; the caller does not write to it any
     // more. False, without effect: the input is not ready, or the buffer or time is invalid. A
     // wrong time also makes the writer fail. Never blocks.
     virtual bool append(std::shared_ptr<const PixelBuffer> buffer, MediaTime time) = 0;

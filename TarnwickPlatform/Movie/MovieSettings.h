@@ -29,18 +29,18 @@ struct VideoSettings {
     std::int64_t maxKeyFrameInterval = 0; // frames, [1, 100000]; ignored by intra-only codecs
     EncodingSpeed speed = EncodingSpeed::usual;
     double alphaQuality = 0.9;                  // [0, 1], for HEVC with alpha
-    AlphaKind alpha = AlphaKind::premultiplied; // of HEVC with alpha; the file says it
+    AlphaKind alpha = AlphaKind::premultiplied; // of HEVC with alpha; stored in the file
 
     // The format of the buffers in the input's pool: bgra, which the writer's threads convert, or
     // the encoder's format, for colours that the caller has converted.
     enum class Source { pixels, converted };
     Source source = Source::pixels;
-    std::int64_t framesInHand = 4; // buffers that the caller may hold and has not appended
+    std::int64_t framesInHand = 4; // buffers that the caller may hold before appending
     PixelAllocator allocate{};     // memory of the pool's buffers; default: the heap
 };
 
-// The frames of a stretch, which begins with a key frame and a new encoder. So a part of a movie
-// that begins at a multiple of this length has the same packets as the whole, on any machine. 1 for
+// The number of frames of a stretch. Each begins with a key frame and a new encoder: a part of a
+// movie from a multiple of this length on has the packets of the whole, on any machine. 1 for
 // intra-only codecs.
 std::int64_t stretchLength(const VideoSettings& settings);
 

@@ -52,7 +52,7 @@ class MovieWriter {
     // a multiple of stretchLength. Value and timescale as in VideoInput::append.
     virtual void startSession(MediaTime start) = 0;
 
-    // Becomes `failed` on any thread of the writer.
+    // Any thread of the writer may set `failed`.
     virtual MovieWriterStatus status() const = 0;
 
     // Why the writer failed or an input could not be added, in the words of the system or the codec
@@ -68,7 +68,7 @@ class MovieWriter {
     virtual void cancelWriting() = 0;
 };
 
-// Makes writers, for callers that take other writers than MovieWriter::make's.
+// Makes writers: MovieWriter::make, or a replacement for tests.
 using MovieWriterFactory =
     std::function<std::unique_ptr<MovieWriter>(const std::filesystem::path&, MovieFileType)>;
 

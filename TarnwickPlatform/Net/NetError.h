@@ -6,7 +6,7 @@
 
 namespace tarnwick {
 
-// what() is one whole sentence for the user. It has nothing of the request or the answer: no
+// what() is one whole sentence for the user. It contains no part of the request or the answer: no
 // address, no header, no body.
 class NetError : public std::runtime_error {
   public:

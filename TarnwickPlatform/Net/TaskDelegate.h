@@ -1,4 +1,4 @@
-// Is told of a request under way, and decides about its redirects.
+// Receives the progress of a request, and decides about its redirects.
 #pragma once
 
 #include "TarnwickPlatform/Net/URLRequest.h"

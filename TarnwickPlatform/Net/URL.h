@@ -8,9 +8,9 @@
 
 namespace tarnwick {
 
-// An absolute URL with a host: SCHEME://[USER[:PASSWORD]@]HOST[:PORT]/PATH[?QUERY][#FRAGMENT]. A
-// value whose parts cannot be changed, so that the checked address is the requested one. Dot
-// segments stay in the path; a request of string() must keep them.
+// An absolute URL with a host: SCHEME://[USER[:PASSWORD]@]HOST[:PORT]/PATH[?QUERY][#FRAGMENT]. Its
+// parts cannot be changed, so that the checked address is the requested one. Dot segments remain in
+// the path; a request of string() must keep them.
 class URL {
   public:
     // Absent if `text` is not such a URL. Stricter than curl: no blanks, control characters or
@@ -21,7 +21,7 @@ class URL {
     static std::optional<URL> parse(std::string_view text);
 
     // Resolves `reference` (RFC 3986, 4.2) against this URL: an absolute URL, //HOST/PATH, /PATH,
-    // PATH, ?QUERY. Removes dot segments, this URL's too. Absent if the result is not a URL.
+    // PATH, ?QUERY. Removes dot segments, also of this URL. Absent if the result is not a URL.
     std::optional<URL> resolved(std::string_view reference) const;
 
     const std::string& scheme() const { return scheme_; } // lower case, any: "https", "tarnwick"

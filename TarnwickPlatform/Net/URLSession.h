@@ -34,8 +34,8 @@ class URLSession {
     URLSession& operator=(const URLSession&) = delete;
 
     // Any thread may call both; they return at once. The session keeps the delegate until the
-    // request has ended and does not call it after the answer or its error is there (at most once
-    // more after a stream is cancelled). Requesting the stop ends the request with NetError of kind
+    // request has ended and does not call it after the answer or the error; after a stream is
+    // cancelled, at most once more. Requesting the stop ends the request with NetError of kind
     // cancelled.
     //
     // The future gives the answer, with any status, or throws NetError. Destroying it does not

@@ -13,7 +13,7 @@ namespace tarnwick {
 Picture filledPicture(std::uint32_t width, std::uint32_t height,
                       const std::array<std::uint8_t, 3>& color);
 
-// Copies `picture` into `sheet` with its upper left at (x, y). All of it is within the sheet.
+// Copies `picture` into `sheet` with its upper left at (x, y). The sheet has room for it.
 void paste(Picture& sheet, const Picture& picture, std::size_t x, std::size_t y);
 
 // Lays `above` over `below`, of the same size. The fourth bytes of `above` are alpha, and its

@@ -63,8 +63,8 @@ class Canvas {
 
     // Fills a rectangle. Its corners are rounded by `radius` pixels, at most to a half circle.
     void fill(const TextBand& area, const Ink& ink, double radius = 0);
-    // Draws with the upper left corner at (x, y), within the height of extentOf and the block's
-    // width.
+    // Draws the block with its upper left corner at (x, y), its own width and the height of
+    // extentOf.
     void draw(const TextBlock& block, double x, double y);
 
     // A copy of the canvas. The fourth byte of a pixel is alpha; the colours are premultiplied.

@@ -33,8 +33,8 @@ struct SheetLayout {
     }
 };
 
-// Places the pictures row by row from the upper left. They have the layout's size and number, and
-// neither side of the sheet is above 32767 pixels.
+// Places the pictures row by row from the upper left. They must have the layout's size and number;
+// each side of the sheet is at most 32767 pixels.
 Picture contactSheet(std::span<const LabelledPicture> pictures, const SheetLayout& layout);
 
 } // namespace tarnwick

@@ -19,8 +19,8 @@ using Layout = std::unique_ptr<PangoLayout, Release<g_object_unref>>;
 using Font = std::unique_ptr<PangoFontDescription, Release<pango_font_description_free>>;
 using ValidText = std::unique_ptr<char, Release<g_free>>;
 
-// The bytes of text that are laid out, more than any band can show: a compiler's megabyte would
-// take minutes.
+// The maximum bytes of text that are laid out. A band shows less; a megabyte would take
+// minutes.
 inline constexpr std::size_t mostTextBytes = 4096;
 
 inline ValidText validText(std::string_view text) {

@@ -28,7 +28,7 @@ struct SpectrumLayout {
 };
 
 // High frequencies at the top, time to the right. Values from 0 to 1 are black, violet, orange,
-// white. There is at least one moment.
+// white. Requires at least one moment.
 Picture spectrumPicture(const SpectrumOverTime& spectrum, const SpectrumLayout& layout);
 
 } // namespace tarnwick

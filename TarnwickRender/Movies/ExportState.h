@@ -15,7 +15,7 @@ namespace tarnwick {
 // Any thread may call.
 class ExportState {
   public:
-    // Keeps the first error of all.
+    // Keeps only the first error.
     void fail(const ExportError& error);
     bool hasFailed() const;
     void throwIfFailed() const;
@@ -38,9 +38,9 @@ class ExportState {
 // The writer's error.
 ExportError writerError(const MovieWriter& writer);
 
-// Waits until `input`, one of the writer's, is ready. False if `state` has an error then: an
-// earlier one, the writer's, or a wait longer than `patience`. Time during which the process was
-// stopped is not counted (WaitedTime).
+// Waits until `input` of the writer is ready. False if `state` then has an error: an earlier one,
+// the writer's, or a wait longer than `patience`. Time during which the process was stopped is not
+// counted (WaitedTime).
 bool waitUntilReady(const MovieInput& input, const MovieWriter& writer, ExportState& state,
                     std::chrono::nanoseconds patience);
 

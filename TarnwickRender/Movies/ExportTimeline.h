@@ -1,4 +1,4 @@
-// The frames of a movie that each segment has.
+// The frames of each segment in a movie.
 #pragma once
 
 #include "TarnwickRender/ExportSegment.h"
@@ -32,8 +32,8 @@ struct ExportTimeline {
 // Whether the picture of a frame depends on the frames before it.
 bool keepsState(const ShaderProgram& program);
 
-// The weight of a segment's own frame in a crossfade of `fade` frames, in (0, 1); `left` frames
-// remain, this one included, in [1, fade]. Linear. Samples of sound use the same function.
+// The weight of a segment's own frame in a crossfade of `fade` frames, in (0, 1); `left`: remaining
+// frames with this one, [1, fade]. Linear. Samples of sound use the same function.
 float ownWeight(std::int64_t left, std::int64_t fade);
 
 } // namespace tarnwick

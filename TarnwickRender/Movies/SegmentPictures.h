@@ -28,13 +28,13 @@ class SegmentPictures {
     // Throws ExportError if the device has no room.
     SegmentPictures(const ExportSegment& segment, const Stage& stage);
 
-    // Brings a simulation to the step before the one of `frame`. A simulation that is beyond starts
+    // Advances a simulation to the step before that of `frame`. One at that step or later starts
     // again. Waits for the GPU and calls `afterEach` every 240 steps. False if the device fails.
     bool warm(std::int64_t frame, const std::function<void()>& afterEach);
 
-    // Encodes frame `frame` of the segment, below 0 for frames before its beginning, into `target`,
-    // the whole frame, and the watermark over it unless null. A program that keeps state is asked
-    // for frames in their order. False if there is no encoder.
+    // Encodes frame `frame` of the segment (below 0: before its beginning) into `target`, the whole
+    // frame, and the watermark over it unless null. A program that keeps state needs its frames in
+    // order. False if there is no encoder.
     bool encode(gpu::CommandBuffer& commands, const gpu::Texture& target, std::int64_t frame,
                 const Watermark* watermark = nullptr);
 

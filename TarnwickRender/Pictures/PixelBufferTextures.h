@@ -13,7 +13,7 @@ namespace tarnwick {
 
 // Where pictures are converted to the encoder's pixel format. The bytes are the same.
 enum class ColorConversionPlace {
-    chosen, // gpu, or writer with a CPU driver, which is faster there
+    chosen, // writer with a CPU driver, where it is faster, otherwise gpu
     gpu,
     writer, // by the writer's threads
 };
@@ -22,7 +22,7 @@ enum class ColorConversionPlace {
 // all frames are drawn into one texture and converted into the buffers' memory, or read back.
 class PixelBufferTextures {
   public:
-    // Null for a size above the device's and without memory. The device outlives this.
+    // Null if the size exceeds the device's or there is no memory. The device outlives this.
     // `encoderFormat` is the result of a conversion on the GPU.
     static std::unique_ptr<PixelBufferTextures> make(gpu::Device& device, std::int64_t width,
                                                      std::int64_t height, PixelFormat encoderFormat,

@@ -19,7 +19,7 @@ struct FrameMoment {
     Mouse mouse{};
 };
 
-// Of a picture of `width` by `height` pixels.
+// The record for a picture of `width` by `height` pixels.
 inline TWUniforms frameUniforms(const FrameMoment& moment, std::int64_t width,
                                 std::int64_t height) {
     const std::array size{static_cast<float>(width), static_cast<float>(height)};

@@ -17,7 +17,7 @@ namespace tarnwick {
 // The kernel that SoundCheck adds behind the program.
 inline constexpr std::string_view soundCheckName = "tw_sound_check";
 
-// Null if the library has no such function. A name that is not the host's is only looked up.
+// Null if the library has no such function. The resources are checked only for names of the host.
 std::unique_ptr<gpu::Function> findHostFunction(const gpu::Library& library, std::string_view name,
                                                 msl::Stage stage);
 

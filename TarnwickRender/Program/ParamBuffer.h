@@ -10,9 +10,9 @@
 
 namespace tarnwick {
 
-// One float a declaration, in order: the value of its name, default: the declared one. Values are
-// not clamped to the declared range. A single 0 without declarations. Up to 1,024 parameters need
-// no heap memory.
+// One float per declaration, in order: the value of that name; default: the declared default.
+// Values are not clamped to the declared range. Without declarations: a single 0. Up to 1,024
+// parameters need no heap memory.
 class ParamBuffer {
   public:
     // The floats of a uniform buffer of 64 KiB.

@@ -47,7 +47,7 @@ class ParticleSimulation {
     void reset() { step_ = -1; }
 
     // Gives each step the values of its own time, step() / 60 seconds, in place of the values that
-    // advance() and warm() get. Empty: those again.
+    // advance() and warm() get. Empty: uses those again.
     void setValuesAt(ValuesAt valuesAt) { valuesAt_ = std::move(valuesAt); }
 
     // Encodes at most `limit` steps up to `target`. A target before step() starts again from the

@@ -38,9 +38,9 @@ class ShaderRun {
     void prepare(const TWUniforms& uniforms, gpu::CommandBuffer& commands,
                  const ParamValues& values, std::int64_t limit);
 
-    // Brings a simulation to the step before the one of `time` (seconds), so that the next
-    // prepare() does that step. A simulation that is there or beyond starts again. Waits for the
-    // GPU and calls `afterEach` every 240 steps. False if the device fails; true without a
+    // Advances a simulation to the step before that of `time` (seconds), so that the next
+    // prepare() does the step of `time`. A simulation at that step or later starts again. Waits
+    // for the GPU and calls `afterEach` every 240 steps. False if the device fails; true without a
     // simulation.
     bool warm(double time, gpu::CommandQueue& queue, const ParamValues& values,
               const ParticleSimulation::Mouse& mouse = {},

@@ -18,8 +18,8 @@ class SpectrumTexture {
     // `bins` by 1 pixels of R32Float; bin i is at x = i.
     const gpu::Texture& texture() const { return *texture_; }
 
-    // Writes the first bins; bins after the last value keep theirs, and further values are ignored.
-    // The GPU does not use the texture meanwhile.
+    // Writes one bin per value. Bins without a value are unchanged; values without a bin are
+    // ignored. The GPU must not use the texture meanwhile.
     void update(std::span<const float> values);
 
   private:

@@ -14,7 +14,7 @@ namespace tarnwick {
 // The device to draw with. Throws CommandError if there is none.
 std::shared_ptr<gpu::Device> drawingDevice();
 
-// Throws CommandError if the episode does not compile, like programOf(). Works without a device.
+// Throws CommandError if the episode does not compile, like checkCompiles().
 std::shared_ptr<const ShaderProgram> programOf(const Episode& episode, gpu::Device& device);
 // The same with a bar that shows other work too.
 std::shared_ptr<const ShaderProgram> programOf(const Episode& episode, gpu::Device& device,
@@ -24,8 +24,8 @@ std::shared_ptr<const ShaderProgram> programOf(const Episode& episode, gpu::Devi
 EpisodeFindings checkedEpisode(const Episode& episode, gpu::Device* device,
                                EpisodeWarnings warnings = EpisodeWarnings::usual);
 
-// Throws CommandError where the episode does not compile, as programOf() does; works without a
-// device.
+// Throws CommandError if the episode does not compile, after it printed the compiler's findings.
+// Works without a device.
 void checkCompiles(const Episode& episode);
 
 // Throws CommandError if a simulation has no step for `time` (seconds). `what` is the noun for the

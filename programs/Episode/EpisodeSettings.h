@@ -8,12 +8,12 @@
 
 namespace tarnwick {
 
-// The settings of the episode, fitted to its parameters. They come
-// from the document that --settings names, else from the one beside the episode, unless
-// --no-settings is given; over those of a parameter go --set, then the keys of --keys. Says on
-// standard error which document beside the episode is read, and what of the settings does not fit
-// the episode. Throws CommandError on a document that cannot be read, and on --set with an
-// undeclared name or a value that is not a finite number.
+// The settings of the episode, fitted to its parameters. They come from the document that
+// --settings names, else from the one beside the episode, unless --no-settings is given; --set
+// replaces those of a parameter, --keys replaces both. Prints on standard error the name of the
+// document beside the episode, and the settings that do not fit the episode. Throws CommandError on
+// a document that cannot be read, and on --set with an undeclared name or a value that is not a
+// finite number.
 Settings episodeSettingsOf(const Arguments& arguments, const Episode& episode);
 
 // The values of the settings at each time; empty if they have no keys.

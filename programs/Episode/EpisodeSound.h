@@ -34,7 +34,7 @@ void checkHeard(const EpisodeSound& sound, SoundCheck& check);
 // Finds such times. Throws CommandError if the device cannot make it.
 std::unique_ptr<SoundCheck> soundCheckOf(const EpisodeSound& sound, gpu::Device& device);
 
-// Throws CommandError where the episode defines no sound.
+// Throws CommandError if the episode defines no sound.
 void checkSound(const Episode& episode);
 
 constexpr Option soundDurationOption{

@@ -33,7 +33,7 @@ struct BuiltInWord {
 // "vertex", "fragment" or "kernel".
 std::string_view stageName(Stage stage);
 
-// Null if the word is no built-in value.
+// Null if the word is not a built-in value.
 const BuiltInWord* builtInWord(std::string_view word);
 
 } // namespace tarnwick::msl

@@ -16,8 +16,8 @@ namespace tarnwick::msl {
 
 enum class Border : std::uint8_t { input, result };
 
-// Sets a value's scalar and width. Of an array: of its element, and `index` is its length. False if
-// the type is no number, vector or array of these.
+// Sets a value's scalar and width. For an array: those of its element, and its length as `index`.
+// False if the type is not a number, vector or array of these.
 bool readShape(const clang::ASTContext& context, clang::QualType type, StageValue& value);
 
 // The values of a record: members of bases, nested records, arrays and matrices, one by one

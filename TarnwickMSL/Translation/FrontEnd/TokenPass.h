@@ -72,7 +72,7 @@ class TokenPass {
     };
     std::optional<TypeSpan> constructedType(std::size_t i) const;
     // The vector type at i with namespaces and qualifiers before it, `const metal::float4`. `span`
-    // is without them, `end` after all.
+    // excludes these; `end` is the token after the type.
     struct WrittenType {
         TypeSpan span;
         std::size_t end = 0;

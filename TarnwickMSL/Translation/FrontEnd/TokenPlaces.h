@@ -1,6 +1,6 @@
 // Source locations for tokens that the token pass inserts.
 //
-// Clang's parser may read tokens twice, and looks up by location its results of the first time, so
+// Clang's parser may read tokens twice, and finds the results of the first reading by location, so
 // locations must be unique. A token that shares the location of another gets a new one that leads
 // back to it.
 #pragma once

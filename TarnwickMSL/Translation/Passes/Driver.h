@@ -1,4 +1,4 @@
-// One step, and what is asked of its result.
+// Runs one step and checks its result.
 #pragma once
 
 #include "TarnwickMSL/Translation/Passes/Steps.h"

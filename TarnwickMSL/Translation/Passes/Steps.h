@@ -16,7 +16,7 @@ struct Step {
     Scope scope = Scope::entryPoint;
     std::string_view header; // of the function that `run` calls, below TarnwickMSL/Translation/
     void (*run)(Work& work) = nullptr;
-    std::string_view reason; // what it does, and why before or after which other step
+    std::string_view reason; // what it does, and why before or after another step
     Form form = Form::any;   // the rule that holds from here on, if a new one does
 };
 

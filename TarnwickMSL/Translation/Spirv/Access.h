@@ -1,5 +1,5 @@
-// The way from a root's memory to a value in it, through the types by which the memory is seen.
-// Knows LLVM alone, nothing of SPIR-V.
+// The path from a root's memory to a value in it, through the types with which the memory is
+// viewed. Depends on LLVM, not on SPIR-V.
 #pragma once
 
 #include "TarnwickMSL/Translation/Spirv/Place.h"
@@ -11,7 +11,7 @@
 
 namespace tarnwick::msl::spirv {
 
-// How a root's memory is seen: one element, or elements one after the other.
+// The types with which a root's memory is viewed: one element, or consecutive elements.
 struct View {
     llvm::Type* element = nullptr;
     bool isArray = false;
@@ -27,7 +27,7 @@ struct Step {
     bool isLane = false;
 };
 
-// How a value of a type is made of the values in memory.
+// How a value of a type is composed of the values in memory.
 struct Access {
     enum class Form : std::uint8_t {
         whole,   // the leaf is the value, perhaps under another type of the same size

@@ -7,11 +7,11 @@ namespace tarnwick::msl::spirv {
 
 // `msl.atomic_OP.TYPE`: OP is load, store, exchange, compare_exchange, or add, sub, and, or, xor,
 // min, max, each with or without fetch_ before it. A TYPE that begins with s means signed min and
-// max. compare_exchange(pointer, expected, desired) gives the value before.
+// max. compare_exchange(pointer, expected, desired) returns the old value.
 Id writeAtomicCall(Body& body, Memory& memory, llvm::StringRef op, const llvm::CallInst& call);
 
 Id writeAtomic(Body& body, Memory& memory, const llvm::AtomicRMWInst& change);
-// Gives LLVM's pair: the value before, and whether it was the expected one.
+// Returns LLVM's pair: the old value, and whether it was the expected value.
 Id writeAtomic(Body& body, Memory& memory, const llvm::AtomicCmpXchgInst& exchange);
 Id writeAtomicLoad(Body& body, Memory& memory, const llvm::LoadInst& load);
 void writeAtomicStore(Body& body, Memory& memory, const llvm::StoreInst& store);

@@ -22,8 +22,8 @@ class Body : public tarnwick::spirv::FunctionBody {
     // The id of a value. An instruction without an id is written here by `onDemand`; throws
     // CompilerFault if that writes nothing.
     Id id(const llvm::Value* value);
-    // Writes an instruction at the place of its use and gives the id; 0 for instructions that are
-    // not written so. Each use has its own copy, since the place of one need not dominate the next.
+    // Writes an instruction at its use and returns the id; 0 if it is written at its own place
+    // instead. Each use has its own copy, because one use need not dominate the next.
     std::function<Id(const llvm::Instruction&)> onDemand;
     void set(const llvm::Value* value, Id id) { ids_[value] = id; }
     bool has(const llvm::Value* value) const { return ids_.contains(value); }

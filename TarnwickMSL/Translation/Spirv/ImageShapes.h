@@ -15,7 +15,7 @@ struct ImageShape {
     spv::Dim dimension;
     bool isArray = false, isMultisample = false;
     unsigned axes = 0; // of a size, without layers
-    // Required for textures that are sampled, and for those that are stored to.
+    // Required for sampled textures, and for textures that the shader writes.
     std::optional<spv::Capability> sampled = std::nullopt, storage = std::nullopt;
 };
 

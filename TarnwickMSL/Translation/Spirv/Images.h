@@ -30,7 +30,7 @@ class Images {
     struct Image {
         const TextureVariable* texture = nullptr;
         const ImageShape* shape = nullptr; // the view's
-        std::uint32_t level = 0;           // of a stored one
+        std::uint32_t level = 0;           // of a written view
         Id type = 0, variable = 0;
         bool isStorage = false;
     };

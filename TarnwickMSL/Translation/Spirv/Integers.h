@@ -8,7 +8,7 @@
 
 namespace tarnwick::msl::spirv {
 
-// 0 for an intrinsic that is not one of these.
+// Returns 0 for any other intrinsic.
 Id writeIntegerIntrinsic(Body& body, const llvm::IntrinsicInst& call);
 
 } // namespace tarnwick::msl::spirv

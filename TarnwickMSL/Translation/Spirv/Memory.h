@@ -36,7 +36,7 @@ class Memory {
     const std::vector<std::uint32_t>& threadgroupPointers() const { return threadgroupPointers_; }
 
   private:
-    struct Variable { // one SPIR-V variable that shows a root in one way
+    struct Variable { // one SPIR-V variable: one view of a root
         View view;
         Id id = 0;
         bool isBlock = false;

@@ -18,8 +18,8 @@ struct Term {
 struct Place {
     const llvm::Value* root = nullptr; // an alloca or a global variable
     std::int64_t offset = 0;           // bytes, without the terms
-    // The offset before the first term was added. It tells which member of a struct is meant where
-    // the optimiser has moved a constant from the index into the offset.
+    // The offset before the first term was added. It identifies the member of a struct if the
+    // optimiser has moved a constant from the index into the offset.
     std::int64_t anchor = 0;
     llvm::SmallVector<Term, 2> terms;
 };

@@ -66,7 +66,7 @@ class Constants {
     Id of(const llvm::Constant* constant);
     Id word(std::uint32_t value);
     Id signedWord(std::int32_t value) { return word(static_cast<std::uint32_t>(value)); }
-    // A scalar, or a vector whose lanes all have the value. Floats take the nearest value.
+    // A scalar, or a vector whose lanes all have the value. Floats are rounded to nearest.
     Id integer(llvm::Type* type, std::uint64_t value);
     Id real(llvm::Type* type, double value);
     Id null(llvm::Type* type);

@@ -1,5 +1,5 @@
-// The uses of memory, and the views that suit memory whose uses have other types than it was
-// declared with.
+// The uses of memory, and views for memory that is used with other types than its declared
+// type.
 #pragma once
 
 #include "TarnwickMSL/Translation/Spirv/Access.h"
@@ -24,8 +24,8 @@ std::vector<Use> usesOf(const llvm::Value& root, const llvm::DataLayout& layout)
 // Whether the access is valid for the use. `isShared`: other invocations use the memory too.
 bool suits(const Access& access, const Use& use, bool isShared);
 
-// The view of a buffer that shows any value at that place: integers of as many bytes as divide its
-// offset and its parts.
+// A view of a buffer that can show any value at that place: integers whose size divides the value's
+// offset and the sizes of its parts.
 View unitView(const Place& place, llvm::Type* type, const llvm::DataLayout& layout);
 // The view of `bytes` bytes of memory that suits all its uses.
 View commonView(llvm::ArrayRef<Use> uses, std::uint64_t bytes, llvm::LLVMContext& context,

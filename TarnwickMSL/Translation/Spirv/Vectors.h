@@ -9,7 +9,7 @@
 
 namespace tarnwick::msl::spirv {
 
-// The scalar that a shufflevector repeats in every lane, if it is a value by itself; else null.
+// The scalar that a shufflevector repeats in every lane; null if there is no such value.
 const llvm::Value* repeatedScalar(const llvm::Value* value);
 
 // The factors of a product of a vector and one scalar; absent for other products.

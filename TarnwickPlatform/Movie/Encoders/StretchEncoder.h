@@ -10,8 +10,8 @@
 
 namespace tarnwick {
 
-// Has a session for each stretch. An encoder that looks ahead has about forty frames left when a
-// stretch ends, a minute's work for large ones. If that is estimated to take longer than
+// Has a session for each stretch. An encoder that looks ahead has about forty frames left at the
+// end of a stretch, a minute's work for large frames. If that is estimated to take longer than
 // `patience`, the old session encodes them on another thread while the next session takes its first
 // frames, so that the queue before it moves on. Otherwise they are encoded first, since two
 // sessions take twice the memory. The packets and their order are the same.

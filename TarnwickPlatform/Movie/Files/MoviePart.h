@@ -24,7 +24,7 @@ class MoviePart {
     ~MoviePart();
 
     const std::filesystem::path& path() const;
-    VideoSettings video() const; // codec, size and frame rate; a file does not have the others
+    VideoSettings video() const; // codec, size and frame rate; a file has no others
     std::vector<std::byte> configuration() const; // of VideoEncoder, as the container's record
     std::int64_t firstFrame() const;              // of the whole movie; 0 if the file does not say
     std::int64_t frameCount() const;

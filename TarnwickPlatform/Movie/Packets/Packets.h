@@ -20,7 +20,7 @@ struct VideoPacket {
 
 struct SoundPacket {
     std::vector<std::byte> bytes{};
-    std::int64_t sample = 0;   // its first; that of the first packet is minus the priming
+    std::int64_t sample = 0;   // number of its first sample; first packet: minus the priming
     std::int64_t duration = 0; // samples that are heard; fewer in the last packet
 };
 

@@ -33,7 +33,7 @@ class Exchange {
     Exchange& operator=(const Exchange&) = delete;
 
     CURL* easy() const { return easy_; }
-    // Continues after the receiver took bytes "later".
+    // Continues after the receiver returned Taken::later.
     CURLcode resume();
     // The error of an exchange that ended with `code`; absent if the answer is complete.
     std::optional<NetError> error(CURLcode code) const;

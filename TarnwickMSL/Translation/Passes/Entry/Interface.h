@@ -37,7 +37,7 @@ class Interface {
     // Writes the output from `record` (its start; null if `value` is alone in `plain`).
     void write(llvm::IRBuilder<>& builder, const StageValue& value, llvm::Value* stored);
 
-    // The external global for a whole buffer, or another one of the interface.
+    // The external global of a whole buffer, or of another variable of the interface.
     llvm::GlobalVariable* global(const InterfaceVariable& variable, llvm::Type* type);
     llvm::Value* readBuiltIn(llvm::IRBuilder<>& builder, llvm::StringRef word);
 

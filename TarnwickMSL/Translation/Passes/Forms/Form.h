@@ -1,4 +1,4 @@
-// What the code may hold after each step: rules that later steps keep.
+// The rules that the code obeys after each step. Later steps keep them.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
@@ -41,7 +41,7 @@ std::string checkForm(const llvm::Module& module, const ShaderModule* shader, Fo
 // Checks one rule alone.
 std::string checkRule(const llvm::Module& module, const ShaderModule* shader, Form form);
 
-// A number that tells whether code changed: of all instructions and their operands, by address.
+// A hash of all instructions and their operands, by address: it shows whether code changed.
 std::size_t fingerprint(const llvm::Module& module);
 
 // Checks all rules.

@@ -1,9 +1,9 @@
 // The compilation between two steps as text, and back.
 //
-// The text is LLVM assembly. Comment lines before it have what LLVM's module does not: one line for
-// a record, with its word and its fields, "; texture index=3 shape=2d". Fields with their
-// default are left out. Values of an argument follow its line; "; dead code" says that the step
-// `tidy` has work to do.
+// The text is LLVM assembly. Comment lines before it have the records beside the module: one line
+// for each, with its word and its fields, "; texture index=3 shape=2d". Fields with their default
+// are left out. Values of an argument follow its line; "; dead code" says that the step `tidy` has
+// work to do.
 #pragma once
 
 #include "TarnwickMSL/Translation/Passes/Forms/Work.h"
@@ -36,8 +36,8 @@ struct ReadWork {
 };
 
 // Reads what text(work) writes. The module is the shader's if it has a function `main` or the text
-// has a line "; shader", else the program's, whose first entry point is the one to cut. A text
-// without data layout gets the front end's. Throws TextError.
+// has a line "; shader", else the program's, of which the step `cut` takes the first entry point.
+// Default data layout: the front end's. Throws TextError.
 ReadWork readWork(std::string_view text);
 
 } // namespace tarnwick::msl

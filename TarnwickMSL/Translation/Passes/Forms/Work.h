@@ -36,7 +36,7 @@ struct Work {
     std::size_t fingerprint = 0; // of the code when it was last checked
 
   private:
-    std::unique_ptr<Optimiser> optimiser_; // gone before the module
+    std::unique_ptr<Optimiser> optimiser_; // destroyed before the module
     const llvm::Module* optimised_ = nullptr;
 };
 
