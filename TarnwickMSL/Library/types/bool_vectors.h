@@ -101,7 +101,7 @@ template <class V> MSL_INLINE void _copied(V given) {
     copy = static_cast<V&&>(given);
     V moved = static_cast<V&&>(copy);
 }
-inline void bool_vectors_copied(bool2 a, bool3 b, bool4 c) {
+inline void _bool_vectors_copied(bool2 a, bool3 b, bool4 c) {
     _copied(a);
     _copied(b);
     _copied(c);

@@ -20,7 +20,7 @@ template <class T> inline constexpr bool is_bool_vector = false;
 template <int N> inline constexpr bool is_bool_vector<bool_vector<N>> = true;
 
 // `from` with elements E, as a vector or, of one lane, as a scalar; bool lanes are 0 and 1.
-template <class E, class A> MSL_INLINE constexpr auto lanes_as(A from) {
+template <class E, class A> MSL_INLINE constexpr auto _lanes_as(A from) {
     constexpr int n = lanes_of<A>;
     if constexpr (n == 1)
         return static_cast<E>(from);
@@ -63,7 +63,7 @@ template <class E, class A, class B, class C> MSL_INLINE constexpr auto _join(A 
 template <class E> MSL_INLINE constexpr vec<E, 4> _join(E a, E b, E c, E d) { return {a, b, c, d}; }
 
 // The vector V with the given lanes.
-template <class V, class L> MSL_INLINE constexpr V from_lanes(L lanes) {
+template <class V, class L> MSL_INLINE constexpr V _from_lanes(L lanes) {
     if constexpr (is_bool_vector<V>)
         return V::from_bits(lanes);
     else
@@ -72,13 +72,13 @@ template <class V, class L> MSL_INLINE constexpr V from_lanes(L lanes) {
 
 // The element type in which lanes are moved: bytes for bool.
 template <class V> using lane_of = conditional_t<is_same_v<element_of<V>, bool>, uchar, element_of<V>>;
-template <class V, class A> MSL_INLINE constexpr auto lanes_for(A a) {
+template <class V, class A> MSL_INLINE constexpr auto _lanes_for(A a) {
     if constexpr (is_same_v<element_of<V>, bool> && lanes_of<A> == 1)
         return static_cast<uchar>(static_cast<bool>(a));
     else if constexpr (is_same_v<element_of<V>, bool> && !is_bool_vector<A>)
-        return bool_vector<lanes_of<A>>(lanes_as<element_of<A>>(a)).unpacked();
+        return bool_vector<lanes_of<A>>(_lanes_as<element_of<A>>(a)).unpacked();
     else
-        return lanes_as<lane_of<V>>(a);
+        return _lanes_as<lane_of<V>>(a);
 }
 
 } // namespace metal
@@ -109,7 +109,7 @@ MSL_INLINE constexpr V msl_make(A a)
     else if constexpr (metal::lanes_of<A> == 1)
         return V(static_cast<metal::element_of<V>>(a));
     else if constexpr (metal::lanes_of<A> == metal::lanes_of<V>)
-        return metal::from_lanes<V>(metal::lanes_for<V>(a));
+        return metal::_from_lanes<V>(metal::_lanes_for<V>(a));
     else
         return V();
 }
@@ -121,7 +121,7 @@ MSL_INLINE constexpr V msl_make(A a, B b)
     if constexpr (lanes_of<V> < 2)
         return V{a, b};
     else if constexpr (given_lanes<A> + given_lanes<B> == lanes_of<V>)
-        return from_lanes<V>(_join<lane_of<V>>(lanes_for<V>(a), lanes_for<V>(b)));
+        return _from_lanes<V>(_join<lane_of<V>>(_lanes_for<V>(a), _lanes_for<V>(b)));
     else
         return V();
 }
@@ -133,7 +133,7 @@ MSL_INLINE constexpr V msl_make(A a, B b, C c)
     if constexpr (lanes_of<V> < 2)
         return V{a, b, c};
     else if constexpr (given_lanes<A> + given_lanes<B> + given_lanes<C> == lanes_of<V>)
-        return from_lanes<V>(_join<lane_of<V>>(lanes_for<V>(a), lanes_for<V>(b), lanes_for<V>(c)));
+        return _from_lanes<V>(_join<lane_of<V>>(_lanes_for<V>(a), _lanes_for<V>(b), _lanes_for<V>(c)));
     else
         return V();
 }
@@ -147,8 +147,8 @@ MSL_INLINE constexpr V msl_make(A a, B b, C c, D d, Rest... rest)
         return V{a, b, c, d, rest...};
     else if constexpr (sizeof...(Rest) == 0 && lanes_of<V> == 4 &&
                        given_lanes<A> * given_lanes<B> * given_lanes<C> * given_lanes<D> == 1)
-        return from_lanes<V>(_join<lane_of<V>>(lanes_for<V>(a), lanes_for<V>(b), lanes_for<V>(c),
-                                              lanes_for<V>(d)));
+        return _from_lanes<V>(_join<lane_of<V>>(_lanes_for<V>(a), _lanes_for<V>(b), _lanes_for<V>(c),
+                                              _lanes_for<V>(d)));
     else
         return V();
 }

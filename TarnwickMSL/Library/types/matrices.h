@@ -208,7 +208,7 @@ template <class M> MSL_INLINE void _matrix_used(M a) {
     typename M::Column v = a * a[0];
     v = v * a;
 }
-inline void matrices_used(float2x2 a, float3x3 b, float4x4 c) {
+inline void _matrices_used(float2x2 a, float3x3 b, float4x4 c) {
     _matrix_used(a);
     _matrix_used(b);
     _matrix_used(c);

@@ -113,7 +113,7 @@ MSL_ELEMENTS(MSL_NAMES)
 
 // Instantiates the common types here, once, rather than in every program.
 namespace metal {
-inline void packed_vectors_copied(packed_float2 a, packed_float3 b, packed_float4 c, packed_half2 d,
+inline void _packed_vectors_copied(packed_float2 a, packed_float3 b, packed_float4 c, packed_half2 d,
                                   packed_half3 e, packed_half4 f) {
     _copied(a);
     _copied(b);

@@ -16,9 +16,9 @@ template <class E> struct _simd_shape<E, 1> { typedef E type; };
 template <class T> using _simd_wide = typename _simd_shape<_simd_element<element_of<T>>, lanes_of<T>>::type;
 
 template <class T> MSL_INLINE _simd_wide<T> _simd_widened(T x) {
-    return lanes_as<_simd_element<element_of<T>>>(x);
+    return _lanes_as<_simd_element<element_of<T>>>(x);
 }
-template <class T> MSL_INLINE T _simd_narrowed(_simd_wide<T> x) { return lanes_as<element_of<T>>(x); }
+template <class T> MSL_INLINE T _simd_narrowed(_simd_wide<T> x) { return _lanes_as<element_of<T>>(x); }
 
 #define MSL_SIMD_CALL(name, T, suffix)                                                             \
     __attribute__((convergent)) T _simd_##name(T) asm("msl.simd_" #name "." suffix);
