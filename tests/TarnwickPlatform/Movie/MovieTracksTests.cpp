@@ -11,16 +11,6 @@
 namespace tarnwick {
 namespace {
 
-// Decibels of the difference to full scale, `bits` being given's; decoded may have more of them.
-double likeness(const std::vector<int>& given, const std::vector<int>& decoded, int bits,
-                int moreBits) {
-    double sum = 0;
-    for (std::size_t i = 0; i < given.size(); ++i)
-        sum += std::pow(given[i] - decoded[i] / std::exp2(moreBits), 2);
-    return 10 * std::log10(std::pow(std::exp2(bits) - 1, 2) * static_cast<double>(given.size()) /
-                           std::max(sum, 1e-9));
-}
-
 struct CodecRow {
     VideoCodec codec;
     int bits;

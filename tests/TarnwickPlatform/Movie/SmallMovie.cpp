@@ -144,6 +144,15 @@ void writeMovie(const std::filesystem::path& file, const SmallMovie& movie) {
     ASSERT_EQ(writer->status(), MovieWriterStatus::completed) << writer->errorText().value_or("");
 }
 
+double likeness(const std::vector<int>& given, const std::vector<int>& decoded, int bits,
+                int moreBits) {
+    double sum = 0;
+    for (std::size_t i = 0; i < given.size(); ++i)
+        sum += std::pow(given[i] - decoded.at(i) / std::exp2(moreBits), 2);
+    return 10 * std::log10(std::pow(std::exp2(bits) - 1, 2) * static_cast<double>(given.size()) /
+                           std::max(sum, 1e-9));
+}
+
 namespace {
 
 // Gives every frame of the file's best track of `type`.

@@ -52,6 +52,10 @@ struct DecodedPicture {
     bool isBT709 = false; // in video range, primaries, transfer function and matrix
 };
 
+// Decibels of the difference to full scale, `bits` being given's; decoded may have `moreBits`.
+double likeness(const std::vector<int>& given, const std::vector<int>& decoded, int bits,
+                int moreBits = 0);
+
 // All pictures of a file in showing order, by libavcodec.
 std::vector<DecodedPicture> decodedPictures(const std::filesystem::path& file);
 
