@@ -242,6 +242,12 @@ Id Module::variable(spv::StorageClass storage, Id pointee, Id initialiser) {
     return id;
 }
 
+Id Module::builtIn(spv::BuiltIn builtIn, spv::StorageClass storage, Id type) {
+    const Id made = variable(storage, type);
+    decorate(made, spv::Decoration::BuiltIn, {static_cast<std::uint32_t>(builtIn)});
+    return made;
+}
+
 void Module::bind(Id variable, std::uint32_t binding) {
     decorate(variable, spv::Decoration::DescriptorSet, {0});
     decorate(variable, spv::Decoration::Binding, {binding});

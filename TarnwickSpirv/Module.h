@@ -54,6 +54,8 @@ class Module {
     Id declare(spv::Op op, Id type, Operands operands);
     // A global variable, which becomes part of the entry point's interface.
     Id variable(spv::StorageClass storage, Id pointee, Id initialiser = 0);
+    // The variable of a built-in value, an input or output.
+    Id builtIn(spv::BuiltIn builtIn, spv::StorageClass storage, Id type);
     // Decorates a variable with its binding in descriptor set 0.
     void bind(Id variable, std::uint32_t binding);
 

@@ -107,11 +107,9 @@ void endPoints(PointBody& body, VertexOutputs outputs, std::uint32_t location) {
         body.emit(spv::Op::OpFMul, body.numbers2, {xy, record.pair(body, PointMember::scale)});
     storePosition(body, outputs.position, square, isDrawn, scaled);
     const Id one = code.constant(1.0f);
-    const Id size =
-        outputs.size ? *outputs.size : code.variable(spv::StorageClass::Output, body.number);
-    if (!outputs.size)
-        code.decorate(size, spv::Decoration::BuiltIn,
-                      {static_cast<std::uint32_t>(spv::BuiltIn::PointSize)});
+    const Id size = outputs.size ? *outputs.size
+                                 : code.builtIn(spv::BuiltIn::PointSize, spv::StorageClass::Output,
+                                                body.number);
     body.store(size, body.extended(GLSLstd450NMax, body.number, {square.size, one}));
     const Id stretch = code.variable(spv::StorageClass::Output, body.number);
     code.decorate(stretch, spv::Decoration::Location, {location});
@@ -158,8 +156,7 @@ std::optional<Id> divideIndex(PointBody& body, spv::BuiltIn builtIn, std::uint32
         return std::nullopt;
     const Id type = pointee(code, *seen);
     makePrivate(code, *seen);
-    const Id given = code.variable(spv::StorageClass::Input, type);
-    code.decorate(given, spv::Decoration::BuiltIn, {static_cast<std::uint32_t>(builtIn)});
+    const Id given = code.builtIn(builtIn, spv::StorageClass::Input, type);
     if (builtIn == spv::BuiltIn::PrimitiveId) // VUID-StandaloneSpirv-Flat-04744
         code.decorate(given, spv::Decoration::Flat);
     const Id index = body.emit(spv::Op::OpLoad, type, {given});
@@ -172,9 +169,7 @@ Id cornerOf(PointBody& body) {
     if (const auto corner = divideIndex(body, spv::BuiltIn::VertexIndex, cornersAPoint))
         return *corner;
     Module& code = body.module; // the function does not read its number
-    const Id given = code.variable(spv::StorageClass::Input, body.word);
-    code.decorate(given, spv::Decoration::BuiltIn,
-                  {static_cast<std::uint32_t>(spv::BuiltIn::VertexIndex)});
+    const Id given = code.builtIn(spv::BuiltIn::VertexIndex, spv::StorageClass::Input, body.word);
     return body.emit(spv::Op::OpUMod, body.word,
                      {body.load(given), code.constant(body.word, cornersAPoint)});
 }
@@ -182,9 +177,8 @@ Id cornerOf(PointBody& body) {
 void stretchCoordinates(PointBody& body, Id seen, std::uint32_t location) {
     Module& code = body.module;
     makePrivate(code, seen);
-    const Id given = code.variable(spv::StorageClass::Input, body.numbers2);
-    code.decorate(given, spv::Decoration::BuiltIn,
-                  {static_cast<std::uint32_t>(spv::BuiltIn::PointCoord)});
+    const Id given =
+        code.builtIn(spv::BuiltIn::PointCoord, spv::StorageClass::Input, body.numbers2);
     const Id stretch = code.variable(spv::StorageClass::Input, body.number);
     code.decorate(stretch, spv::Decoration::Location, {location});
     code.decorate(stretch, spv::Decoration::Flat);

@@ -368,9 +368,8 @@ void Kernel::drawPoint(Id index, const PointSquare& square) {
 
 void Kernel::write() {
     const Id triple = code_.vector(body_.word, 3);
-    const Id thread = code_.variable(spv::StorageClass::Input, triple);
-    code_.decorate(thread, spv::Decoration::BuiltIn,
-                   {static_cast<std::uint32_t>(spv::BuiltIn::GlobalInvocationId)});
+    const Id thread =
+        code_.builtIn(spv::BuiltIn::GlobalInvocationId, spv::StorageClass::Input, triple);
     const Id index = body_.part(body_.load(thread), body_.word, 0);
     const Id isPoint = body_.emit(spv::Op::OpULessThan, body_.boolean,
                                   {index, record_.word(body_, PointMember::count)});

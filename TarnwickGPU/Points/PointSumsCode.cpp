@@ -11,12 +11,9 @@ using namespace spirv;
 Words sumsVertex() {
     Module code;
     PointBody body(code);
-    const Id given = code.variable(spv::StorageClass::Input, body.word);
-    code.decorate(given, spv::Decoration::BuiltIn,
-                  {static_cast<std::uint32_t>(spv::BuiltIn::VertexIndex)});
-    const Id position = code.variable(spv::StorageClass::Output, body.numbers4);
-    code.decorate(position, spv::Decoration::BuiltIn,
-                  {static_cast<std::uint32_t>(spv::BuiltIn::Position)});
+    const Id given = code.builtIn(spv::BuiltIn::VertexIndex, spv::StorageClass::Input, body.word);
+    const Id position =
+        code.builtIn(spv::BuiltIn::Position, spv::StorageClass::Output, body.numbers4);
     const Id corner = body.load(given);
     auto side = [&](std::uint32_t atCorner) { // -1, at its corner 3
         const Id is = body.emit(spv::Op::OpIEqual, body.boolean,
@@ -37,9 +34,7 @@ Words sumsFragment() {
     const Id wide = code.integer(64);
     code.require(spv::Capability::Int64);
     const Id sums = numbersBuffer(code, wide, 8, 0);
-    const Id given = code.variable(spv::StorageClass::Input, body.numbers4);
-    code.decorate(given, spv::Decoration::BuiltIn,
-                  {static_cast<std::uint32_t>(spv::BuiltIn::FragCoord)});
+    const Id given = code.builtIn(spv::BuiltIn::FragCoord, spv::StorageClass::Input, body.numbers4);
     const Id color = code.variable(spv::StorageClass::Output, body.numbers4);
     code.decorate(color, spv::Decoration::Location, {0});
     const Id at = body.load(given);

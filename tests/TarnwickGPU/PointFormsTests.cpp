@@ -3,12 +3,9 @@
 #include "TarnwickGPU/Points/PointKernel.h"
 #include "TarnwickMSL/Compile.h"
 #include "TarnwickMSL/Translation/Spirv/Validator.h"
+#include "tests/TarnwickMSL/ProgramTexts.h"
 
 #include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace tarnwick::gpu {
 namespace {
@@ -39,10 +36,8 @@ void expectValidForms(const msl::EntryPoint& vertex, const msl::EntryPoint& frag
 } // namespace
 
 TEST(PointForms, areValid) {
-    for (const auto& file : std::filesystem::directory_iterator(TARNWICK_CORPUS)) {
-        std::ifstream stream(file.path());
-        const std::string text{std::istreambuf_iterator<char>(stream), {}};
-        const msl::Compilation program = msl::compile(text);
+    for (const ProgramText& text : programTexts(TARNWICK_CORPUS)) {
+        const msl::Compilation program = msl::compile(text.text);
         for (const msl::EntryPoint& vertex : program.entryPoints)
             for (const msl::EntryPoint& fragment : program.entryPoints)
                 if (vertex.stage == msl::Stage::vertex && takesPointForms(vertex) &&

@@ -2,32 +2,16 @@
 #include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickMSL/Compile.h"
 #include "TarnwickMSL/Translation/Spirv/Validator.h"
+#include "tests/TarnwickMSL/ProgramTexts.h"
 #include "tests/TarnwickMSL/RandomPrograms/Metal.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
-#include <vector>
 
 namespace tarnwick {
 
 namespace {
-
-std::vector<std::filesystem::path> programsIn(const char* folder) {
-    std::vector<std::filesystem::path> programs;
-    for (const auto& entry : std::filesystem::directory_iterator(folder))
-        if (entry.path().extension() == ".metal")
-            programs.push_back(entry.path());
-    return programs;
-}
-
-std::string text(const std::filesystem::path& path) {
-    std::ifstream stream(path);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 void expectValid(const std::string& name, const std::string& source) {
     msl::Compilation compilation = msl::compile(source);
@@ -40,13 +24,13 @@ void expectValid(const std::string& name, const std::string& source) {
 } // namespace
 
 TEST(Validity, ofTheCorpus) {
-    for (const auto& path : programsIn(TARNWICK_CORPUS))
-        expectValid(path.filename(), text(path));
+    for (const ProgramText& program : programTexts(TARNWICK_CORPUS))
+        expectValid(program.name, program.text);
 }
 
 TEST(Validity, ofTheEpisodes) {
-    for (const auto& path : programsIn(TARNWICK_EPISODES))
-        expectValid(path.filename(), ShaderAssembler::assemble(text(path)).source);
+    for (const ProgramText& episode : programTexts(TARNWICK_EPISODES))
+        expectValid(episode.name, ShaderAssembler::assemble(episode.text).source);
 }
 
 TEST(Validity, ofRandomPrograms) {

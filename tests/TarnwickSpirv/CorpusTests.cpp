@@ -7,13 +7,10 @@
 #include "TarnwickSpirv/Interface.h"
 #include "TarnwickSpirv/Link.h"
 #include "TarnwickSpirv/Rewriting.h"
+#include "tests/TarnwickMSL/ProgramTexts.h"
 
 #include <gtest/gtest.h>
 #include <spirv-tools/libspirv.h>
-
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace tarnwick::spirv {
 namespace {
@@ -21,12 +18,9 @@ namespace {
 const std::vector<msl::EntryPoint>& corpus() {
     static const std::vector<msl::EntryPoint> all = [] {
         std::vector<msl::EntryPoint> made;
-        for (const auto& file : std::filesystem::directory_iterator(TARNWICK_CORPUS)) {
-            std::ifstream stream(file.path());
-            const std::string text{std::istreambuf_iterator<char>(stream), {}};
-            for (msl::EntryPoint& entry : msl::compile(text).entryPoints)
+        for (const ProgramText& program : programTexts(TARNWICK_CORPUS))
+            for (msl::EntryPoint& entry : msl::compile(program.text).entryPoints)
                 made.push_back(std::move(entry));
-        }
         return made;
     }();
     return all;

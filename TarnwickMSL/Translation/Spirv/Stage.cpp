@@ -61,10 +61,9 @@ static Id builtInVariable(Body& body, const BuiltIn& builtIn, bool isInput, Type
     if (id)
         return id;
     auto storage = isInput ? spv::StorageClass::Input : spv::StorageClass::Output;
-    id = body.module.variable(storage, body.types.of(type));
+    id = body.module.builtIn(builtIn.builtIn, storage, body.types.of(type));
     if (builtIn.capability)
         body.module.require(*builtIn.capability);
-    body.module.decorate(id, spv::Decoration::BuiltIn, {number});
     if (builtIn.builtIn == spv::BuiltIn::FragDepth)
         body.module.executionMode(spv::ExecutionMode::DepthReplacing);
     return id;
