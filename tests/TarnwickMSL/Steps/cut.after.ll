@@ -7,5 +7,3 @@ define internal i32 @shade() {
   %value = load i32, ptr @table, align 4
   ret i32 %value
 }
-
-!llvm.dbg.cu = !{}

@@ -1,5 +1,5 @@
-// Drivers guess the rounds of such loops from the array's size and unroll them, but not once the
-// index is kept inside the array (docs/compiler.md).
+// Drivers estimate the rounds of such loops from the size of the array and unroll them. They no
+// longer do if the index is clamped to the array (docs/compiler.md).
 #include "TarnwickMSL/Translation/Passes/ControlFlow/ArrayLoops.h"
 
 #include "TarnwickMSL/Translation/Passes/Optimising/Costs.h"

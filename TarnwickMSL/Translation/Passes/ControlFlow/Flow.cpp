@@ -35,7 +35,7 @@ static BasicBlock* onlyReturn(Function& main) {
 }
 
 // A loop that nothing leaves gets an exit in its latch that is never taken: without one the code
-// after it, and the function's end, would stand outside every region.
+// after it, and the end of the function, would be outside every region.
 static void giveExits(const LoopInfo& loops, BasicBlock& end) {
     for (Loop* loop : loops.getLoopsInPreorder()) {
         if (!loop->hasNoExitBlocks())

@@ -170,7 +170,7 @@ static bool isLocal(const Value* pointer) {
     return isa<AllocaInst>(getUnderlyingObject(pointer));
 }
 
-// Whether anybody outside sees what the loop does before it ends.
+// Whether the loop has effects outside it before it ends.
 static bool hasEffects(const Loop& loop) {
     return any_of(loop.blocks(), [](const BasicBlock* block) {
         return any_of(*block, [](const Instruction& instruction) {
@@ -181,8 +181,8 @@ static bool hasEffects(const Loop& loop) {
     });
 }
 
-// The block whose test for the loop's end can test for the budget's as well, so that the loop gets
-// no further exit.
+// The block whose test for the end of the loop can test for the budget as well, so that the loop
+// gets no further exit.
 static BasicBlock* testingBlock(const Loop& loop) {
     for (BasicBlock* block : {loop.getHeader(), loop.getLoopLatch()})
         if (auto* branch = dyn_cast<BranchInst>(block->getTerminator());

@@ -1,8 +1,8 @@
 // The packaged CPU driver counts the rounds of all loops down in one number, which each loop takes
-// over from the one before and tests for. LLVM 15 then asks of each of these numbers what it knows
-// of the one before: every loop in a row makes the driver two and a half times slower, twelve take
-// it half a second, sixteen half a minute. What a loop with inner loops hands them is unknown to
-// LLVM, which ends the row. So in a long row every few loops one goes into a loop that runs once.
+// from the loop before and tests. Its LLVM 15 analyses each of these numbers by the one before:
+// every loop in a row makes the driver two and a half times slower; 12 loops take half a second, 16
+// half a minute. LLVM knows nothing of the number that a loop passes to its inner loops, and the
+// row ends there. So in a long row one loop in every few is put into a loop that runs once.
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopRows.h"
 
 #include <llvm/Analysis/LoopInfo.h>
@@ -41,7 +41,7 @@ void enclose(BasicBlock& header, Structure& structure) {
     BasicBlock* again = SplitBlock(inner.merge, inner.merge->begin());
     BasicBlock* merge = SplitBlock(again, again->begin());
     SplitBlock(merge, merge->begin());
-    // All lanes leave at once, so that their values need no phis of the outer header.
+    // All lanes leave in the same round, so their values need no phis of the outer header.
     Value* isDone = cast<BranchInst>(header.getTerminator())->getCondition();
     again->getTerminator()->eraseFromParent();
     BranchInst::Create(merge, outer, isDone, again);

@@ -85,7 +85,7 @@ static Value* exitCondition(const LoopShape& shape) {
 // decision to leave.
 static void leaveFromHeader(Loop& loop, const LoopShape& shape, ArrayRef<Instruction*> leaving) {
     Value* isDone = exitCondition(shape);
-    // All uses first: what carries one value may be another that leaves.
+    // All uses first: the carrier of one value may be another value that leaves.
     SmallVector<std::pair<Use*, Value*>, 8> redirected;
     for (Instruction* value : leaving) {
         Value* carrier = carried(shape, value);

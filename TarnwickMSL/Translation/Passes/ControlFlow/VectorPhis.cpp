@@ -44,7 +44,8 @@ void PhiSplitting::makeLanes(PHINode& phi) {
                                         "", phi.getIterator()));
 }
 
-// Beside the vector's definition, so that it leaves no loop which the vector does not leave.
+// After the definition of the vector, so that the lane leaves no loop that the vector does not
+// leave.
 Value* PhiSplitting::lane(Value& vector, unsigned index) {
     if (auto found = lanes_.find(&vector); found != lanes_.end())
         return found->second[index];
@@ -67,8 +68,8 @@ void PhiSplitting::connect(PHINode& phi) {
                 ->addIncoming(lane(*phi.getIncomingValue(from), i), phi.getIncomingBlock(from));
 }
 
-// A loop's header stays as short as it is: what is used in the loop is put together in its body,
-// what is used after it in the merge block.
+// The header of a loop gets no instructions: a vector that is used in the loop is assembled in its
+// body, a vector that is used after the loop in the merge block.
 BasicBlock* PhiSplitting::placeFor(const PHINode& phi, const Instruction& user) const {
     auto* block = const_cast<BasicBlock*>(phi.getParent());
     const Merge found = structure_.lookup(block);

@@ -51,7 +51,7 @@ class Reached final : public ValueMaterializer {
     ValueToValueMapTy& map_;
 };
 
-// Every compile unit of the places must be in this list, which cloning leaves empty.
+// LLVM requires every compile unit of a debug location in this list. Cloning leaves it empty.
 static void listUnits(Module& module) {
     NamedMDNode* units = module.getNamedMetadata("llvm.dbg.cu");
     if (!units)
@@ -61,6 +61,10 @@ static void listUnits(Module& module) {
     units->clearOperands();
     for (DICompileUnit* unit : finder.compile_units())
         units->addOperand(unit);
+    if (finder.compile_unit_count() == 0)
+        units->eraseFromParent();
+    else
+        module.addModuleFlag(Module::Warning, "Debug Info Version", DEBUG_METADATA_VERSION);
 }
 
 static std::unique_ptr<Module> copied(const Function& function) {

@@ -10,8 +10,8 @@ namespace tarnwick::msl {
 
 using namespace llvm;
 
-// Metal Shading Language 3.1, 5.2.3: the words, and the types that Vulkan 1.3, 15.9 gives what
-// they stand for.
+// The attributes of Metal Shading Language 3.1, 5.2.3, and the types of their values in Vulkan 1.3,
+// 15.9.
 struct BuiltIn {
     std::string_view word;
     Scalar scalar;
@@ -146,7 +146,7 @@ static Value* firstLanes(IRBuilder<>& builder, Value* value, unsigned width) {
     return builder.CreateShuffleVector(value, mask);
 }
 
-// The names that an entry point gives to or takes from the other stage.
+// The names of the values that an entry point passes to or reads from the other stage.
 static std::vector<StringRef> varyingNames(const EntrySignature& entry) {
     std::vector<StringRef> names;
     auto add = [&names](const std::vector<StageValue>& values) {
@@ -162,8 +162,8 @@ static std::vector<StringRef> varyingNames(const EntrySignature& entry) {
     return names;
 }
 
-// Each name has the lowest location that no name has beside which it stands in some entry point:
-// locations are few, and a program may have many entry points.
+// Each name has the lowest location that no other name in its entry points has: locations are few,
+// and a program may have many entry points.
 Varyings::Varyings(const std::vector<EntrySignature>& entries) {
     std::vector<std::vector<StringRef>> groups;
     for (const EntrySignature& entry : entries)
@@ -201,7 +201,8 @@ GlobalVariable* Interface::global(const InterfaceVariable& variable, Type* type)
                               nullptr, variable.global, nullptr, GlobalValue::NotThreadLocal, 0u);
 }
 
-// What Vulkan has no variable for, made of what it has; null where it has one.
+// A built-in value without a Vulkan variable, computed from other values; null if there is a
+// variable.
 Value* Interface::derivedBuiltIn(IRBuilder<>& builder, StringRef word) {
     auto same = [&](StringRef other) { return readBuiltIn(builder, other); };
     Value* four = builder.getInt32(4);
@@ -283,7 +284,7 @@ void Interface::write(IRBuilder<>& builder, const StageValue& value, Value* stor
     } else if (!isFloating(value.scalar)) {
         variable.interpolation = Interpolation::flat;
     }
-    // A member that was never set is written all the same: the fragment function may take it.
+    // A member without a value is written as well: the fragment function may read it.
     if (shader_.stage == Stage::vertex)
         stored = builder.CreateFreeze(stored);
     Value* crossing = toCrossing(builder, stored, value.scalar);

@@ -82,7 +82,7 @@ Value* Wrapping::at(Value* pointer, std::uint64_t offset) {
                        : builder_.CreateConstInBoundsGEP1_64(builder_.getInt8Ty(), pointer, offset);
 }
 
-// What stands in `memory`, as the function takes it: by address or by value.
+// The contents of `memory`, by address or by value as the function requires.
 Value* Wrapping::passed(llvm::Argument& formal, Value* memory) {
     if (formal.getType()->isPointerTy())
         return memory;
@@ -186,7 +186,7 @@ void Wrapping::writeResults(Value* record, CallBase& call) {
                                              at(record, value.offset)));
 }
 
-// A dispatch is rounded up to whole threadgroups; Metal's exact grid is what the kernel sees.
+// A dispatch is rounded up to whole threadgroups; the kernel runs for the exact grid of Metal only.
 void Wrapping::returnOutsideGrid() {
     Value* position = interface_.readBuiltIn(builder_, "thread_position_in_grid");
     Value* grid = interface_.readBuiltIn(builder_, "threads_per_grid");

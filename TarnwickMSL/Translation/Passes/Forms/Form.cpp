@@ -1,5 +1,5 @@
-// One row of `rules` for each rule. Rules about single instructions are asked in one walk over the
-// code; rules about the flow of control share one set of LLVM's analyses.
+// `rules` has one row for each rule. Rules about single instructions are checked in one walk over
+// the code. Rules about control flow share one set of LLVM's analyses.
 #include "TarnwickMSL/Translation/Passes/Forms/Form.h"
 
 #include "TarnwickMSL/Translation/Passes/Calls/BuiltInCalls.h"

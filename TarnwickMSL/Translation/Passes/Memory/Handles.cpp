@@ -32,7 +32,8 @@ static bool collect(Value* value, Choices& choices, SmallPtrSetImpl<Value*>& see
     return false;
 }
 
-// "2d.f32" of msl.sample.2d.f32 against what an argument is; only depths are compared.
+// Whether "2d.f32" of msl.sample.2d.f32 is the shape and component of the argument. Only depth
+// textures can be compared.
 static bool fits(const TextureVariable& texture, StringRef symbol) {
     SmallVector<StringRef, 5> words;
     symbol.split(words, '.');

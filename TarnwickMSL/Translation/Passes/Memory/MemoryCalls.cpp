@@ -103,7 +103,7 @@ static std::optional<Place> rootOf(Value* pointer, const DataLayout& layout) {
     return place;
 }
 
-// Into the element of an array that the place lies in, whichever it is.
+// Goes from an array to the element with the place. All elements are alike.
 static void intoElement(Place& place, const DataLayout& layout) {
     place.type = place.type->getArrayElementType();
     auto stride = static_cast<std::int64_t>(layout.getTypeAllocSize(place.type));
@@ -113,8 +113,8 @@ static void intoElement(Place& place, const DataLayout& layout) {
     place.offset = (place.offset % stride + stride) % stride;
 }
 
-// From the pointer's root down to the innermost type in which `bytes` bytes lie at a constant
-// place.
+// Goes from the root of the pointer down to the innermost type with `bytes` bytes at a constant
+// offset.
 static std::optional<Place> placeOf(Value* pointer, std::uint64_t bytes, const DataLayout& layout) {
     std::optional<Place> place = rootOf(pointer, layout);
     if (place && isa<GlobalVariable>(getUnderlyingObject(pointer, 0)))
@@ -186,8 +186,8 @@ static std::optional<SmallVector<Part, 8>> partsAt(Value* pointer, std::uint64_t
     return byWords(within, start);
 }
 
-// Of the two ways to see what is copied, that with fewer parts: the optimiser leaves arrays of
-// bytes where records were.
+// The parts of the source or of the target, the fewer of the two: the optimiser leaves arrays of
+// bytes in place of records.
 static std::optional<SmallVector<Part, 8>> partsOfBoth(Value* to, Value* from, std::uint64_t bytes,
                                                        const DataLayout& layout) {
     auto there = partsAt(to, bytes, layout), here = partsAt(from, bytes, layout);

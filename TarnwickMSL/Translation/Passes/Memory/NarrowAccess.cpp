@@ -51,7 +51,7 @@ static Align laneAlignment(Align whole, Type* element, unsigned lane) {
     return commonAlignment(whole, lane * (element->getScalarSizeInBits() / 8));
 }
 
-// Whether the buffer holds at `store` what `load` found there.
+// Whether the buffer has the same value at `store` as at `load`.
 static bool isUnchanged(LoadInst& load, StoreInst& store, MemorySSA& memory) {
     MemorySSAWalker& walker = *memory.getWalker();
     const MemoryLocation place = MemoryLocation::get(&store);

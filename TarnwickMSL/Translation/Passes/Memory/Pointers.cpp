@@ -68,7 +68,7 @@ struct Chosen {
     MapVector<Value*, Value*> offsets;
 };
 
-// The number of null's root, which nothing is at.
+// The number of the root of null, which has no memory.
 static constexpr std::uint32_t nowhere = UINT32_MAX;
 // A root's bytes, for pointers that become numbers; more than any variable of a thread has.
 static constexpr unsigned rootBits = 24;
@@ -142,7 +142,7 @@ void Resolver::collectRoots(Value* pointer, Roots& roots, SmallPtrSetImpl<Value*
     }
 }
 
-// All distances must be whole units, so that an array's index stays one.
+// All distances must be whole units, so that the index of an array remains an index.
 void Resolver::collectUnit(Value* pointer, SmallPtrSetImpl<Value*>& seen) {
     if (!seen.insert(pointer).second)
         return;
@@ -355,7 +355,7 @@ Value* Resolver::meant(const Chosen& at, IRBuilder<>& builder) {
     return result ? result : constant(0);
 }
 
-// Order means something within one variable alone (Metal Shading Language 3.1, which has C++'s
+// Order is defined within one variable only (Metal Shading Language 3.1, which has C++'s
 // rules for it); equality asks for the variable as well.
 void Resolver::compare(ICmpInst& compare) {
     workOn({compare.getOperand(0), compare.getOperand(1)});
@@ -370,7 +370,7 @@ void Resolver::compare(ICmpInst& compare) {
     compare.replaceAllUsesWith(result);
 }
 
-// A place for every root, so that numbers tell pointers apart and their differences are bytes.
+// Each root has its own range of numbers, so that pointers differ and differences are in bytes.
 void Resolver::number(PtrToIntInst& conversion) {
     workOn({conversion.getPointerOperand()});
     Chosen at = chosen(conversion.getPointerOperand());
@@ -450,7 +450,7 @@ bool Resolver::run() {
     return !users.empty();
 }
 
-// The operand through which an instruction reaches memory; -1 where it does not.
+// The index of the address operand of an instruction; -1 if it does not access memory.
 static int pointerOperand(const Instruction& instruction) {
     if (isa<LoadInst>(instruction))
         return LoadInst::getPointerOperandIndex();
@@ -491,7 +491,7 @@ void keepPointersNear(Function& main) {
     RecursivelyDeleteTriviallyDeadInstructionsPermissive(old);
 }
 
-// What is left after the optimiser stands in memory for good.
+// A pointer that the optimiser leaves in memory cannot be resolved.
 static void refusePointersInMemory(Function& main) {
     for (const Instruction& instruction : instructions(main)) {
         bool isLoad = isa<LoadInst>(instruction) && instruction.getType()->isPointerTy();

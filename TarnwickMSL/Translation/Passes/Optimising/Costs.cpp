@@ -13,8 +13,8 @@ using namespace llvm;
 // no longer see a loop's bound once it leaves from its header (docs/compiler.md).
 constexpr unsigned unrolled = 900;
 
-// The same where it turns indices of local arrays into constants: drivers insist on unrolling such
-// loops, however large, and do it worse.
+// The same if unrolling turns indices of local arrays into constants: drivers unroll such loops of
+// any size, with worse results.
 constexpr unsigned unrolledForArrays = 2'400;
 
 namespace {

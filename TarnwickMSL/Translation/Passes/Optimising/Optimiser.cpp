@@ -66,7 +66,7 @@ static void addUnrolling(FunctionPassManager& passes) {
     loops.addPass(IndVarSimplifyPass());
     loops.addPass(LoopFullUnrollPass());
     passes.addPass(createFunctionToLoopPassAdaptor(std::move(loops)));
-    // The pass above wants exact numbers of rounds, this one takes the most that a loop may run.
+    // The pass above requires exact numbers of rounds; this one accepts a maximum.
     passes.addPass(
         LoopUnrollPass(LoopUnrollOptions().setPartial(false).setPeeling(false).setRuntime(false)));
     addFully(passes);

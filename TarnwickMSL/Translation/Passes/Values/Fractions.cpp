@@ -84,7 +84,7 @@ static SmallVector<Value*, 2> sources(Value* value) {
     return {};
 }
 
-// `x - floor(x)`; gives x, or null.
+// Returns the x of `x - floor(x)`, or null.
 static Value* wholeOfFraction(Value* value) {
     Value* x = nullptr;
     bool isFraction =
@@ -92,7 +92,7 @@ static Value* wholeOfFraction(Value* value) {
     return isFraction ? x : nullptr;
 }
 
-// The same kept below one; gives the difference.
+// Returns the difference of a clamped fraction, or null.
 static Value* clampedFraction(Value* value) {
     Value* difference = nullptr;
     bool isClamped =

@@ -109,7 +109,7 @@ static Value* expandThreeWay(IRBuilder<>& builder, IntrinsicInst& call, bool isS
                              builder.CreateZExt(less, call.getType()));
 }
 
-// The result and whether it overflowed, as the two members of what the intrinsic gives.
+// The two members of the result of the intrinsic: the value and the overflow.
 static std::pair<Value*, Value*> expandOverflow(IRBuilder<>& builder, IntrinsicInst& call) {
     Value *a = call.getArgOperand(0), *b = call.getArgOperand(1);
     auto* zero = Constant::getNullValue(a->getType());

@@ -88,7 +88,7 @@ static bool replace(LoadInst& load) {
         lanes.push_back(*found);
     }
     IRBuilder<> builder(&load);
-    // An index past the table gives one of its values, never a shift by too much.
+    // An index past the table selects one of its values. The shift is never too large.
     Value* place = builder.CreateAnd(read->index, mostElements - 1);
     Value* value = vector ? PoisonValue::get(type) : chosen(builder, lanes[0], place);
     for (unsigned lane = 0; vector && lane < lanes.size(); lane++)

@@ -18,7 +18,7 @@ static bool isWide(const Type* type) {
     return vector && vector->getNumElements() > mostLanes;
 }
 
-// As what it gives or as what it takes, which may be a constant.
+// As the result or as an operand, which may be a constant.
 static bool hasWide(const Instruction& instruction) {
     return isWide(instruction.getType()) || any_of(instruction.operands(), [](const Use& operand) {
                return isWide(operand->getType());
@@ -52,7 +52,7 @@ class Splitter {
     SmallVector<Instruction*, 16> old_; // whose values stand as lanes now
 };
 
-// `width` bits from `from` on of lanes that stand one after the other, the first one lowest.
+// `width` bits from bit `from` of consecutive lanes, the first lane lowest.
 Value* bitsAt(ArrayRef<Value*> lanes, unsigned from, unsigned width, IRBuilder<>& builder) {
     unsigned bits = lanes.front()->getType()->getScalarSizeInBits();
     Type* type = builder.getIntNTy(width);
@@ -164,7 +164,7 @@ std::optional<Lanes> Splitter::eachLane(Instruction& instruction, IRBuilder<>& b
     return result;
 }
 
-// The lanes of what the instruction gives; none for a store. Nothing where it is not known.
+// The lanes of the result; none for a store. Nothing if the instruction is not known.
 std::optional<Lanes> Splitter::split(Instruction& instruction, IRBuilder<>& builder) {
     Type* type = instruction.getType();
     if (auto* access = dyn_cast<LoadInst>(&instruction))
@@ -234,7 +234,7 @@ void Splitter::run() {
         }
     fillPhis();
     for (Instruction* instruction : reverse(old_)) {
-        // A user that was not understood keeps what it needs.
+        // The operands of an instruction that is not known remain.
         if (all_of(instruction->users(), [&](User* user) { return is_contained(old_, user); }))
             instruction->replaceAllUsesWith(PoisonValue::get(instruction->getType()));
     }
