@@ -294,61 +294,6 @@ TEST(Passes, keepWhatCodeMeans) {
     }
 }
 
-TEST(Passes, giveComparisonsLanesOfOne) {
-    Twins lanes(R"(define i32 @f(i32 %a, i32 %b) {
-  %v = insertelement <2 x i32> zeroinitializer, i32 %a, i32 0
-  %w = insertelement <2 x i32> zeroinitializer, i32 %b, i32 0
-  %c = icmp ult <2 x i32> %v, %w
-  %s = sext <2 x i1> %c to <2 x i32>
-  %r = extractelement <2 x i32> %s, i32 0
-  ret i32 %r
-})");
-    EXPECT_EQ(lanes.structured(1, 2).value, 1u);
-    EXPECT_EQ(lanes.structured(2, 1).value, 0u);
-    Twins selection(R"(define i32 @f(i32 %a, i32 %b) {
-  %v = insertelement <2 x i32> zeroinitializer, i32 %a, i32 0
-  %w = insertelement <2 x i32> zeroinitializer, i32 %b, i32 0
-  %c = icmp ult <2 x i32> %v, %w
-  %s = sext <2 x i1> %c to <2 x i32>
-  %n = icmp slt <2 x i32> %s, zeroinitializer
-  %m = sext <2 x i1> %n to <2 x i32>
-  %o = xor <2 x i32> %m, <i32 -1, i32 -1>
-  %x = and <2 x i32> %v, %m
-  %y = and <2 x i32> %w, %o
-  %z = or <2 x i32> %x, %y
-  %r = extractelement <2 x i32> %z, i32 0
-  ret i32 %r
-})");
-    EXPECT_EQ(selection.structured(4, 9).value, 4u);
-    EXPECT_EQ(selection.structured(9, 5).value, 5u);
-}
-
-TEST(Passes, nameEachTextureByAConstant) {
-    EntrySignature entry = flatFragment();
-    auto texture = [](std::uint32_t index) {
-        return Argument{.kind = ArgumentKind::texture,
-                        .index = index,
-                        .shape = TextureShape::d2,
-                        .component = TextureComponent::float_};
-    };
-    entry.arguments.insert(entry.arguments.end(), {texture(3), texture(5), texture(9)});
-    llvm::LLVMContext context;
-    ShaderModule shader = lowered(R"(%t = type { i32 }
-define i32 @f(i32 %a, i32 %b, ptr byval(%t) %p, ptr byval(%t) %q, ptr byval(%t) %unused) {
-  %c = icmp ult i32 %a, %b
-  %s = select i1 %c, ptr %p, ptr %q
-  %h = load i32, ptr %s
-  %w = call i32 @msl.width.2d(i32 %h, i32 0)
-  ret i32 %w
-}
-declare i32 @msl.width.2d(i32, i32))",
-                                  context, entry);
-    ASSERT_EQ(shader.textures.size(), 2u);
-    EXPECT_EQ(shader.textures[0].index, 3u);
-    EXPECT_EQ(shader.textures[1].index, 5u);
-    EXPECT_EQ(shader.textures[1].binding, 33u);
-}
-
 TEST(Passes, meetBetweenStagesByName) {
     StageValue position{.name = "position", .attribute = "position", .offset = 0, .width = 4};
     StageValue color{.name = "color", .offset = 16, .scalar = Scalar::half, .width = 4};
