@@ -38,13 +38,14 @@ Status handle(const Arguments& arguments) {
 
 const Command whoAmICommand{.name = "whoami",
                             .operands = "",
-                            .summary = "Says which account of the sharing service is signed in.",
+                            .summary =
+                                "Prints the account that is signed in to the sharing service.",
                             .options = serviceOptions,
                             .run = whoAmI};
 
 const Command handleCommand{.name = "handle",
                             .operands = "NAME",
-                            .summary = "Chooses the name under which others see what you share.",
+                            .summary = "Chooses the public name of your account.",
                             .options = serviceOptions,
                             .run = handle};
 

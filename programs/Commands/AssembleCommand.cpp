@@ -12,7 +12,7 @@ static Status assemble(const Arguments& arguments) {
 
 const Command assembleCommand{.name = "assemble",
                               .operands = "EPISODE",
-                              .summary = "Prints the program that the episode becomes.",
+                              .summary = "Prints the assembled program of the episode.",
                               .options = {},
                               .run = assemble};
 

@@ -37,7 +37,7 @@ static constexpr std::array<Option, 2> checkOptions{{
 const Command checkCommand{
     .name = "check",
     .operands = "EPISODE",
-    .summary = "Prints what is wrong with an episode, as EPISODE:line:column: severity: message.",
+    .summary = "Prints the findings about an episode, as EPISODE:line:column: severity: message.",
     .options = checkOptions,
     .run = check};
 

@@ -24,7 +24,7 @@ static Status devices(const Arguments&) {
 const Command devicesCommand{
     .name = "devices",
     .operands = "",
-    .summary = "Lists the devices; * is the one in use, which TARNWICK_DEVICE may name.",
+    .summary = "Lists the devices; * marks the device in use, which TARNWICK_DEVICE can name.",
     .options = {},
     .run = devices};
 

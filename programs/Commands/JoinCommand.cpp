@@ -58,7 +58,7 @@ constexpr std::array<Option, 1> joinOptions{{
 
 const Command joinCommand{.name = "join",
                           .operands = "PART...",
-                          .summary = "Puts the parts of a movie together, without encoding again.",
+                          .summary = "Joins the parts of a movie without encoding again.",
                           .options = joinOptions,
                           .run = join};
 

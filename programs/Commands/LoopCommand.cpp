@@ -62,11 +62,12 @@ constexpr auto loopOptions = joined(searchOptions, animationOptions);
 
 } // namespace
 
-const Command loopCommand{.name = "loop",
-                          .operands = "EPISODE",
-                          .summary = "Finds the length at which the episode comes back closest to "
-                                     "where it began.",
-                          .options = loopOptions,
-                          .run = loop};
+const Command loopCommand{
+    .name = "loop",
+    .operands = "EPISODE",
+    .summary =
+        "Finds the length at which the last frame of the episode is most similar to the first.",
+    .options = loopOptions,
+    .run = loop};
 
 } // namespace tarnwick

@@ -156,11 +156,11 @@ constexpr std::array<Option, 3> mslOptions{{
 
 } // namespace
 
-const Command mslCommand{.name = "msl",
-                         .operands = "FILE.metal...",
-                         .summary =
-                             "Compiles a file of Metal Shading Language and lists what it holds.",
-                         .options = mslOptions,
-                         .run = compileMSL};
+const Command mslCommand{
+    .name = "msl",
+    .operands = "FILE.metal...",
+    .summary = "Compiles a file of Metal Shading Language and lists its entry points.",
+    .options = mslOptions,
+    .run = compileMSL};
 
 } // namespace tarnwick

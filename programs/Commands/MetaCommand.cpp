@@ -116,7 +116,7 @@ constexpr std::array<Option, 1> metaOptions{{
 const Command metaCommand{.name = "meta",
                           .operands = "EPISODE",
                           .summary =
-                              "Prints what the episode is: kind, title, lengths, parameters.",
+                              "Prints the kind, title, lengths and parameters of the episode.",
                           .options = metaOptions,
                           .run = meta};
 

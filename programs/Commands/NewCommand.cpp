@@ -98,11 +98,11 @@ constexpr std::array<Option, 5> newOptions{{
 
 } // namespace
 
-const Command newCommand{.name = "new",
-                         .operands = "TITLE",
-                         .summary = "Writes an episode to start from and prints its file's name; "
-                                    "no file is overwritten.",
-                         .options = newOptions,
-                         .run = makeNew};
+const Command newCommand{
+    .name = "new",
+    .operands = "TITLE",
+    .summary = "Writes a new episode and prints the name of its file; no file is overwritten.",
+    .options = newOptions,
+    .run = makeNew};
 
 } // namespace tarnwick

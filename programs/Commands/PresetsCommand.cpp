@@ -61,7 +61,7 @@ constexpr std::array<Option, 1> presetsOptions{{
 
 const Command presetsCommand{.name = "presets",
                              .operands = "",
-                             .summary = "Lists the formats that movies can be exported in.",
+                             .summary = "Lists the formats of movies.",
                              .options = presetsOptions,
                              .run = presets};
 

@@ -91,7 +91,7 @@ constexpr auto releaseOptions =
 
 const Command releaseCommand{.name = "release",
                              .operands = "",
-                             .summary = "Says whether there is a newer release of this program.",
+                             .summary = "Prints whether there is a newer release of this program.",
                              .options = releaseOptions,
                              .run = release};
 

@@ -10,7 +10,8 @@ static Status saver(const Arguments& arguments) {
 
 const Command saverCommand{.name = "saver",
                            .operands = "[WORD]...",
-                           .summary = "Shows the screen saver; tarnwick saver --help says how.",
+                           .summary =
+                               "Shows the screen saver; tarnwick saver --help lists its options.",
                            .options = {},
                            .run = saver,
                            .passesWordsOn = true};

@@ -131,11 +131,12 @@ constexpr auto spectrumOptions =
 
 } // namespace
 
-const Command spectrumCommand{.name = "spectrum",
-                              .operands = "EPISODE",
-                              .summary = "Says how loud the episode's own sound is to it, and "
-                                         "draws its spectrum.",
-                              .options = spectrumOptions,
-                              .run = spectrum};
+const Command spectrumCommand{
+    .name = "spectrum",
+    .operands = "EPISODE",
+    .summary =
+        "Prints the levels that the episode reads from its own sound, and draws the spectrum.",
+    .options = spectrumOptions,
+    .run = spectrum};
 
 } // namespace tarnwick

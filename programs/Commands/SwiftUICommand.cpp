@@ -61,11 +61,11 @@ constexpr std::array<Option, 2> swiftUIOptions{{
 
 } // namespace
 
-const Command swiftUICommand{.name = "swiftui",
-                             .operands = "EPISODE",
-                             .summary = "Writes a plain fragment episode as a Swift package with a "
-                                        "SwiftUI view.",
-                             .options = swiftUIOptions,
-                             .run = swiftUI};
+const Command swiftUICommand{
+    .name = "swiftui",
+    .operands = "EPISODE",
+    .summary = "Writes a fragment episode without Inputs as a Swift package with a SwiftUI view.",
+    .options = swiftUIOptions,
+    .run = swiftUI};
 
 } // namespace tarnwick

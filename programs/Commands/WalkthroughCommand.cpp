@@ -143,7 +143,8 @@ constexpr std::array<Option, 7> pageOptions{{
      .excludes = "-o"},
     {.name = "-o",
      .value = "OUT",
-     .help = "write the pages as a movie, .mp4 or .mov as the preset has it; - is standard output",
+     .help =
+         "write the pages as a movie, .mp4 or .mov according to the preset; - is standard output",
      .values = FileName{},
      .byDefault = "none"},
     {.name = "--size",
@@ -163,11 +164,11 @@ constexpr auto walkthroughOptions = joined(pageOptions, movieOptions, animationO
 
 } // namespace
 
-const Command walkthroughCommand{.name = "walkthrough",
-                                 .operands = "EPISODE",
-                                 .summary = "Explains the episode by what each version of it adds "
-                                            "to the one before, page by page.",
-                                 .options = walkthroughOptions,
-                                 .run = walkthrough};
+const Command walkthroughCommand{
+    .name = "walkthrough",
+    .operands = "EPISODE",
+    .summary = "Explains the episode page by page, by the lines that each version of it adds.",
+    .options = walkthroughOptions,
+    .run = walkthrough};
 
 } // namespace tarnwick

@@ -9,9 +9,9 @@
 namespace tarnwick {
 
 // The settings of the episode, fitted to its parameters. They come from the document that
-// --settings names, else from the one beside the episode, unless --no-settings is given; --set
-// replaces those of a parameter, --keys replaces both. Prints on standard error the name of the
-// document beside the episode, and the settings that do not fit the episode. Throws CommandError on
+// --settings names; default: from the document beside the episode, unless --no-settings is given.
+// --set overrides their values, and --keys overrides both. Prints on standard error which document
+// beside the episode is read, and the settings that do not fit the episode. Throws CommandError on
 // a document that cannot be read, and on --set with an undeclared name or a value that is not a
 // finite number.
 Settings episodeSettingsOf(const Arguments& arguments, const Episode& episode);

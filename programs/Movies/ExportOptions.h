@@ -44,7 +44,7 @@ std::vector<std::string_view> presetIDs();
 constexpr Option movieOutOption{
     .name = "-o",
     .value = "OUT",
-    .help = "the movie, .mp4 or .mov as the preset has it; - is standard output",
+    .help = "the movie, .mp4 or .mov according to the preset; - is standard output",
     .values = FileName{},
     .isRequired = true};
 constexpr Option movieStartOption{.name = "--start",
