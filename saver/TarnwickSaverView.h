@@ -1,4 +1,4 @@
-// The saver: one episode from a bundle, drawn frame by frame, or a line that says what failed.
+// The saver: one episode from a bundle, drawn frame by frame, or a line with the error.
 #pragma once
 
 #include "TarnwickCore/Animation/Settings.h"

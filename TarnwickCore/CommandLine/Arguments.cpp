@@ -31,8 +31,8 @@ const Option& rowOf(const CommandForm& form, std::string_view word) {
     return *row;
 }
 
-// The values that follow the option, from `at` on, which is moved behind them. An option is the
-// value of another, but does not begin a list.
+// The values after an option, from `at` on; moves `at` behind them. An option may be the value of
+// another option, but does not begin a list.
 std::vector<std::string> valuesFrom(std::span<const char* const> words, std::size_t& at,
                                     const Option& row) {
     const auto begin = words.begin() + static_cast<std::ptrdiff_t>(at);

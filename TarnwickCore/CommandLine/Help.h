@@ -9,8 +9,8 @@
 
 namespace tarnwick {
 
-// "usage: NAME [OPTION]... OPERANDS", the summary, and for each option a line or more of at most
-// 100 characters: what it is for, its values, whether it is required, its default.
+// "usage: NAME [OPTION]... OPERANDS", the summary, and for each option one or more lines of at most
+// 100 characters: its purpose, its values, whether it is required, its default.
 std::string helpText(std::string_view name, const CommandForm& form, std::string_view summary);
 
 // `text`, which begins `indent` characters into a line, in lines of at most 100 characters; all but

@@ -19,7 +19,7 @@ std::string joined(const std::vector<std::string_view>& texts) {
     return list;
 }
 
-// "a whole number", behind which the range stands.
+// "a whole number"; the range follows it.
 struct Kind {
     std::string operator()(AnyText) const { return ""; }
     std::string operator()(FileName) const { return "the name of a file or folder"; }

@@ -26,7 +26,7 @@ done
 expect 0 'Your handle is a-b-c' handle a-b-c
 leaksNothing handle
 asked 'POST /api/account/handle token'
-# The service's words are said, without what would move the cursor.
+# The service's text is printed without control characters.
 printf '409 {"error":"Taken.\\u001b[2J"}' >service/refusal
 expect 1 '^tarnwick: Taken.?\[2J$' handle abc
 echo '401 ' >service/refusal
@@ -39,7 +39,7 @@ done
 chmod 640 $kept/*
 expect 1 'can be read or written by others, so that what it holds is not used' whoami
 chmod 600 $kept/*
-# The token goes also where the service does not take it back.
+# The token is removed even if the service does not revoke it.
 echo '500 {"error":"Broken."}' >service/refusal
 expect 1 'You are signed out here, but the service may still accept the sign-in: Broken' sign-out
 leaksNothing sign-out

@@ -1,4 +1,4 @@
-# Findings bear the episode's own name and lines; status 1 where one is an error.
+# Findings have the episode's own name and lines; status 1 if one is an error.
 . "$PROMISES/promises.sh"
 episode >good.metal
 "$TARNWICK" check good.metal >out 2>err || complain 'a good episode fails' check good.metal
@@ -40,7 +40,7 @@ END
 for command in check 'still -o own.png'; do
     expect 1 'The host entry points are missing from the compiled library.' $command own.metal
 done
-# The caret stands under the place, behind tabs, accents and letters of two cells.
+# The caret is below the place, after tabs, accents and letters of two cells.
 (episode && printf '/* \303\251 \346\260\264\t*/\tvec3 c;\n') >wide.metal
 "$TARNWICK" check wide.metal >out 2>err
 printf '%s\n' "wide.metal:6:14: error: unknown type name 'vec3'" \

@@ -1,5 +1,5 @@
-# Help says of every option what holds without it; the pages name every option of every command and
-# no other.
+# The help of every option has its default or "required"; the pages name every option of every
+# command and no other.
 . "$PROMISES/promises.sh"
 root=$PROMISES/../..
 bash "$root/scripts/commands" --check >out 2>err || complain 'run scripts/commands' help

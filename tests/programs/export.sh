@@ -1,4 +1,4 @@
-# An episode becomes a movie; what cannot be one is said, and nothing is left behind.
+# An episode becomes a movie; an error is one sentence and leaves no file.
 . "$PROMISES/promises.sh"
 moving() {
     echo '// @param level 0.5 0 1'
@@ -112,7 +112,7 @@ green keys.mp4 15 127
 # It hears the movie's sound, which keys do not change.
 green silence.mp4 15 0
 green heard.mp4 15 255
-# A file that cannot grow is what a full disk is.
+# A file that cannot grow stands for a full disk.
 cp a.mp4 before.mp4
 (trap '' XFSZ && ulimit -f 16 && "$TARNWICK" export s.metal -o a.mp4 --duration 1 --size 320x180) 2>err
 have $? = 1

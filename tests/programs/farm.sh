@@ -30,7 +30,7 @@ if ! command -v sbatch >out; then
     grep -q 'The program "sbatch" is not installed' err || complain 'no word about Slurm' export
     have ! -e slurm.mp4.parts
 fi
-# What breaks off goes on where it was, and says what it was asked in a wrong way.
+# An interrupted export resumes; a wrong command line is an error.
 mkdir on.mp4.parts
 cp whole.mp4 on.mp4.parts/part-000002.mp4
 farm site 21 'an episode.metal' on.mp4 --size 64x36 && complain 'a part is made anew' export

@@ -1,4 +1,4 @@
-# An episode that hears is silent in a still unless --hear is given; then it hears what playback does.
+# Without --hear an episode with Inputs hears silence in a still; with it, the same sound as in playback.
 . "$PROMISES/promises.sh"
 sounding='float2 sound(float t, constant Params& p) { return t < 3.0 ? 0.0 : p.red * sin(6283.2 * t); }'
 (episode && echo "$sounding") >deaf.metal
@@ -31,7 +31,7 @@ done
 expect 0 '' still e.metal -o a.png $size --time 5 --hear
 expect 0 '' still e.metal -o b.png $size --time 5 --hear --set red=0.01
 cmp -s a.png b.png && complain 'the sound has not the values' still
-# In a sheet those hear that can.
+# In a sheet the episodes with Inputs hear.
 (echo '// @still 5' && cat e.metal) >five.metal
 expect 0 '' sheet five.metal deaf.metal -o a.png $size
 expect 0 '' sheet five.metal deaf.metal -o b.png $size --hear

@@ -1,4 +1,4 @@
-# The length at which an episode loops is found, or it is said why not.
+# Finds the length at which an episode loops, or prints why there is none.
 . "$PROMISES/promises.sh"
 turning() {
     echo '// @param period 2 0.1 10'

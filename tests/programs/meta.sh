@@ -1,4 +1,4 @@
-# What an episode says of itself comes out, for people and as JSON.
+# Prints the data of an episode, for people and as JSON.
 . "$PROMISES/promises.sh"
 (echo '// @episode 7 Waves
 // @variations 3, 5

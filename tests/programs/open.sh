@@ -1,4 +1,4 @@
-# A link's shader is saved under its own name, says where it came from, and takes nobody's place.
+# A link's shader is saved under its own name, with its origin, and replaces no file.
 . "$PROMISES/promises.sh"
 . "$PROMISES/local-service.sh"
 serve
@@ -26,7 +26,7 @@ expect 2 'This is not a Tarnwick open link' open https://a.example/
 expect 2 'does not say which shader to open' open tarnwick://open
 expect 2 'the address is on a.example, not ' open tarnwick://open?src=https://a.example/a.metal
 expect 1 'none cannot be written to: No such file' open "$link/abc1/source.metal" -o none
-# Only where the service is on this machine are links to it taken.
+# Links to this machine are valid only if the service is on this machine.
 address=$TARNWICK_SERVER
 unset TARNWICK_SERVER
 expect 2 'the address is not https' open "tarnwick://open?src=$address/s/abc1/source.metal"

@@ -1,5 +1,5 @@
-# No command takes the place of a file that is read, or of one that is not what the command writes;
-# - is standard output; what a killed run left is removed by the next one.
+# No command replaces an input or a file of another kind; - is standard output; the next run removes
+# the remains of a killed one.
 . "$PROMISES/promises.sh"
 (episode && echo 'float2 sound(float t, constant Params& p) { return float2(0.1 * p.red); }') >e.metal
 echo '{"tracks":{}}' >keys.json
@@ -67,7 +67,7 @@ have $? = 1
 ln e.metal again.png
 expect 2 'again.png and e.metal are the same file' saver e.metal --offscreen 0.1 -o again.png
 expect 2 'none.metal is not a file that can be read' saver none.metal --offscreen 0.1 -o new.png
-# What lies beside the output while it is written goes with its writer, however that ends.
+# The temporary folder beside the output is removed, however its writer ends.
 "$TARNWICK" export e.metal --preset site --duration 60 -o c.mp4 >out 2>err &
 process=$!
 tries=0

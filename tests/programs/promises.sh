@@ -5,9 +5,8 @@ trap 'rm -rf "$folder"' EXIT
 cd "$folder" || exit 1
 failures=0
 
-# expect STATUS PATTERN WORD...: tarnwick WORD... ends with STATUS, and what it says on standard
-# error (on standard output where STATUS is 0) holds a line that matches PATTERN. Where it fails by
-# misuse it says one line and prints nothing.
+# expect STATUS PATTERN WORD...: tarnwick WORD... ends with STATUS, and a line on standard error (on
+# standard output if STATUS is 0) matches PATTERN. A usage error is one line, without other output.
 expect() {
     status=$1 pattern=$2
     shift 2

@@ -1,4 +1,4 @@
-# Whether there is a newer release; what is downloaded is the release or is not there.
+# Checks for a newer release; a download is the announced release or is removed.
 . "$PROMISES/promises.sh"
 . "$PROMISES/local-service.sh"
 command -v openssl >out || exit 77

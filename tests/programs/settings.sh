@@ -1,4 +1,4 @@
-# Every command that draws or hears uses the settings document; what is amiss with it is said.
+# Every command that draws or hears uses the settings document and prints its errors.
 . "$PROMISES/promises.sh"
 (episode && echo 'float2 sound(float t, constant Params& p) { return p.green * sin(3000.0 * t); }') >e.metal
 settings() { # VALUES TRACKS
@@ -11,7 +11,7 @@ said() {
 track='"red": [{"time": 0, "value": 0, "ease": "linear"}, {"time": 4, "value": 1, "ease": "hold"}]'
 size='--size 16x16'
 
-# A document that cannot be read is said with its place, and is not used for half of it.
+# A document that cannot be read is an error with its place; no part of it is used.
 settings '"red": 1,' "$track" >e.json
 for command in 'still e.metal -o a.png' 'sheet e.metal -o a.png' 'export e.metal -o a.mp4' \
     'loop e.metal --around 1' 'variations e.metal --seed 1 --count 1' 'sound e.metal -o a.wav' \
@@ -43,7 +43,7 @@ cmp -s a.png wanted.png || complain '--set does not go before the document' stil
 expect 0 '' still e.metal -o a.png $size --time 2 --no-settings --set green=0.25 --keys e.json
 cmp -s a.png wanted.png || complain 'the keys of settings are no keys' still
 
-# What does not fit is said, clamped and does not stop the work.
+# Values that do not fit are printed and clamped; the work goes on.
 expect 0 '' still e.metal -o wanted.png $size --no-settings --set red=1
 settings '"red": 3.4028235e38, "blue": 1' '"gone": []' >e.json
 expect 0 '' still e.metal -o a.png $size
@@ -60,7 +60,7 @@ expect 0 '' still e.metal -o a.png $size
 said '^tarnwick: e.json holds no settings: .* It is ignored.$'
 cmp -s a.png plain.png || complain 'another picture' still
 
-# The other commands give what they give for the same values on the command line.
+# The other commands give the same result as with the same values on the command line.
 settings '"green": 0.75' "$track" >e.json
 movie='--size 32x32 --duration 0.2'
 same() { # OUT WORD...: with the document as with its values and keys on the command line

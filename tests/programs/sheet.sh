@@ -1,4 +1,4 @@
-# A sheet has a place for each episode, in the order of their numbers; what cannot be one is said.
+# A sheet has a place for each episode, in the order of their numbers; an error is one sentence.
 . "$PROMISES/promises.sh"
 "$TARNWICK" devices >out 2>err || exit 77
 (echo '// @episode 2 B' && episode) >a.metal

@@ -1,4 +1,4 @@
-# A stretch of sound becomes a WAV file; what has none, or no length, is said and nothing written.
+# Sound becomes a WAV file; without sound or length it is an error and nothing is written.
 . "$PROMISES/promises.sh"
 episode >silent.metal
 sounding() {
@@ -34,7 +34,7 @@ tail -c +45 part.wav | cmp -s - middle || complain 'a part differs from the whol
 (episode && sounding 'return float2(3.0 + 0.0 * sqrt(t), -1e38);') >loud.metal
 expect 0 '' sound loud.metal -o loud.wav --duration 0.00004
 [ "$(numbers loud.wav)" = ' 32767 -32767 32767 -32767' ] || complain 'not clipped' sound
-# NaN and infinity are said with their time, in any second and on either side.
+# NaN and infinity are errors with their time, in any second and on either side.
 cp a.wav old.wav
 no_number() {
     (episode && sounding "return t < 1.25 ? float2(0.5) : $1;") >nan.metal

@@ -1,4 +1,4 @@
-# What an episode hears of itself is said as four levels, and drawn where that is asked for.
+# Prints the four levels of an episode's own sound, and draws its spectrum.
 . "$PROMISES/promises.sh"
 episode >silent.metal
 (episode && echo 'float2 sound(float t, constant Params& p) {

@@ -1,4 +1,4 @@
-# What a still cannot be made of is said in one sentence, and no file is touched.
+# An error of a still is one sentence, and no file is changed.
 . "$PROMISES/promises.sh"
 episode >e.metal
 printf '\211PNG\r\n\032\nold' >out.png

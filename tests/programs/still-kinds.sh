@@ -1,4 +1,4 @@
-# Stills of particle and grid episodes: what cannot be drawn is said, what is ended leaves nothing.
+# Stills of particle and grid episodes: an error is one sentence, an interrupted run leaves nothing.
 . "$PROMISES/promises.sh"
 "$TARNWICK" devices >out 2>err || exit 77
 # particles COUNT FIELDS UPDATE

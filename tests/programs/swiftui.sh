@@ -1,4 +1,4 @@
-# A fragment episode becomes a Swift package in a new folder; what fails leaves nothing behind.
+# A fragment episode becomes a Swift package in a new folder; an error leaves nothing behind.
 . "$PROMISES/promises.sh"
 (echo '// @episode 3 Two colours' && episode) >e.metal
 expect 0 '^pack/Package.swift$' swiftui e.metal -o pack/

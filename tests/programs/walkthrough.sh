@@ -1,4 +1,4 @@
-# A walkthrough shows what each version adds; what cannot be shown is said, with its stage and line.
+# A walkthrough shows the lines that each version adds; an error has its stage and line.
 . "$PROMISES/promises.sh"
 shade='float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {'
 cat >1.metal <<TEXT
