@@ -95,7 +95,7 @@ field() { ffprobe -v error -select_streams v -show_entries "stream=$1" -of csv=p
     grep -q '^The loop takes 10 seconds: 300 frames, ' out || complain 'no length of the loop' export
     # A crossfade uses what lies before the beginning, which is never before time 0.
     expect 0 '' export s.metal -o cross.mp4 $small --duration 0.4 --loop 9 --start 0.1
-    grep -q '^tarnwick: The loop begins at 0.2 s, not at 0.1 s' err || complain 'silent' export
+    grep -q '^tarnwick: The loop starts at 0.2 s, not at 0.1 s' err || complain 'silent' export
     echo '{"tracks":{"level":[{"time":0,"value":0,"ease":"linear"},{"time":1,"value":1,"ease":"hold"}]}}' >keys.json
     expect 0 '' export e.metal -o keys.mp4 $small --keys keys.json --duration 0.6
     hearing >hears.metal
