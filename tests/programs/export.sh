@@ -65,7 +65,7 @@ float4 ink(Particle q, float2 at, constant Uniforms& u, constant Params& p) { re
 float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Trails t) { return t.at(uv); }
 TEXT
 expect 1 'has movies up to 71582788 seconds' export cloud.metal -o bad.mp4 --start 1e9
-expect 1 'it is a particle episode' export cloud.metal -o bad.mp4 --find-loop 2
+expect 1 'is a particle episode' export cloud.metal -o bad.mp4 --find-loop 2
 have ! -e bad.mp4
 # field NAME FILE: of its pictures.
 field() { ffprobe -v error -select_streams v -show_entries "stream=$1" -of csv=p=0 "$2" | tr -d ,; }
