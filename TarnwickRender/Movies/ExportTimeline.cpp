@@ -14,7 +14,7 @@ constexpr double mostFrames = 0x1p52;
 
 std::int64_t countOf(double duration, std::int64_t fps) {
     if (!(std::abs(duration * static_cast<double>(fps)) < mostFrames))
-        throw ExportError(ExportError::Setup{"a duration is no number of seconds to export"});
+        throw ExportError(ExportError::Setup{"the duration is infinite, NaN or too large"});
     return ExportPlan::frameCount(duration, fps);
 }
 

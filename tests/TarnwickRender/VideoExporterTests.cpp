@@ -317,7 +317,7 @@ TEST_F(Exporting, saysWhyItCannotStart) {
     for (const double duration : {HUGE_VAL, std::nan(""), 1e300}) {
         ExportSegment endless = good;
         endless.duration = duration;
-        EXPECT_EQ(exported({endless}), start + "a duration is no number of seconds to export");
+        EXPECT_EQ(exported({endless}), start + "the duration is infinite, NaN or too large");
     }
     recording.takesVideo = false;
     EXPECT_EQ(exported({good}), start + "the writer rejected the video settings");

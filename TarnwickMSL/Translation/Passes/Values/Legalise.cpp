@@ -1,3 +1,13 @@
+// In: LLVM's IR after its own passes, which choose whatever instruction is shortest on a processor:
+// tests of a float's class by mask, reductions of vectors, sums and products with an overflow bit,
+// three-way comparisons, truncations to booleans, and hints. Out: the same values by instructions
+// that SPIR-V has, without the hints.
+//
+// Invariant: each expansion gives the value of LLVM's language reference bit for bit, for every
+// operand for which that defines one. An expansion works per lane, so a vector stays a vector.
+//
+// Why here: after the last of LLVM's simplifying passes, which would make the intrinsic again from
+// the expansion; and in one place, so that the writer can treat an unknown intrinsic as a fault.
 #include "TarnwickMSL/Translation/Passes/Values/Legalise.h"
 
 #include "TarnwickMSL/Translation/Places.h"

@@ -1,3 +1,14 @@
+// In: vectors of up to 16 lanes, which LLVM makes when it copies a record of bytes or joins stores
+// of neighbouring members. Out: each of their lanes as a value of its own, at most four lanes in a
+// vector, as SPIR-V without Vector16 requires.
+//
+// The pass visits blocks in reverse postorder, so that the lanes of an operand exist before the
+// instruction that uses them; only phis can use a later value, and their lanes are filled at the
+// end. A bit cast between vectors of different lane sizes joins or cuts whole lanes by shifts.
+//
+// Invariant: the lanes in the map of a wide value are its lanes in order, the first lane in the
+// lowest bits, as in memory on a little-endian machine. An unknown instruction keeps its wide
+// operands: the check of the form then names it.
 #include "TarnwickMSL/Translation/Passes/Values/WideVectors.h"
 
 #include <llvm/ADT/PostOrderIterator.h>
