@@ -1,6 +1,10 @@
 // Calls with scalars of different types: `max(0, x)`, `pow(x, 2)`, `clamp(h, 0.0, 1.0)`, `sqrt(2)`.
 // The arguments get the type of an arithmetic expression of them; functions of floats convert
 // integers to float.
+//
+// A program may have a template of the same name, `template <class T> T sign(T)`. The empty pack None
+// makes each of these templates less specialised than the program's (ISO C++17, 17.5.6.2), so that
+// the call is not ambiguous.
 #pragma once
 
 #include "math.h"
@@ -13,40 +17,44 @@ inline constexpr bool _scalars = (__is_arithmetic(T) && ...);
 template <class A, class... T> inline constexpr bool _alike = (__is_same(A, T) && ...);
 template <class... T> using _common = decltype((T() + ...));
 template <class... T>
-using _floating = conditional_t<is_integral_v<_common<T...>>, float, _common<T...>>;
+using _floating = conditional_t<__is_integral(_common<T...>), float, _common<T...>>;
 // Scalars of different types; and these or integers, for functions without overloads for integers.
-template <class... T> using _differing = enable_if_t<_scalars<T...> && !_alike<T...>>;
+template <class... T> inline constexpr bool _differing = _scalars<T...> && !_alike<T...>;
 template <class A, class... T>
-using _converted = enable_if_t<_scalars<A, T...> && (!_alike<A, T...> || __is_integral(A))>;
+inline constexpr bool _converted = _scalars<A, T...> && (!_alike<A, T...> || __is_integral(A));
+
+template <bool condition, class... None>
+using _if = enable_if_t<condition && sizeof...(None) == 0>;
 
 #define MSL_MIXED_none(name, arguments)
 #define MSL_MIXED_common(name, arguments) MSL_COMMON_##arguments(name)
 #define MSL_MIXED_floating(name, arguments) MSL_FLOATING_##arguments(name)
 #define MSL_COMMON_2(name)                                                                         \
-    template <class A, class B, class = _differing<A, B>>                                          \
-    MSL_INLINE constexpr auto name(A a, B b) {                                                     \
+    template <class A, class B, class... None, class = _if<_differing<A, B>, None...>>             \
+    MSL_INLINE constexpr auto name(A a, B b, None...) {                                            \
         typedef _common<A, B> T;                                                                   \
         return name(static_cast<T>(a), static_cast<T>(b));                                         \
     }
 #define MSL_COMMON_3(name)                                                                         \
-    template <class A, class B, class C, class = _differing<A, B, C>>                              \
-    MSL_INLINE constexpr auto name(A a, B b, C c) {                                                \
+    template <class A, class B, class C, class... None, class = _if<_differing<A, B, C>, None...>> \
+    MSL_INLINE constexpr auto name(A a, B b, C c, None...) {                                       \
         typedef _common<A, B, C> T;                                                                \
         return name(static_cast<T>(a), static_cast<T>(b), static_cast<T>(c));                      \
     }
 #define MSL_FLOATING_1(name)                                                                       \
-    template <class A, class = enable_if_t<__is_integral(A)>> MSL_INLINE float name(A a) {         \
+    template <class A, class... None, class = _if<__is_integral(A), None...>>                      \
+    MSL_INLINE float name(A a, None...) {                                                          \
         return name(static_cast<float>(a));                                                        \
     }
 #define MSL_FLOATING_2(name)                                                                       \
-    template <class A, class B, class = _converted<A, B>>                                          \
-    MSL_INLINE auto name(A a, B b) {                                                               \
+    template <class A, class B, class... None, class = _if<_converted<A, B>, None...>>             \
+    MSL_INLINE auto name(A a, B b, None...) {                                                      \
         typedef _floating<A, B> T;                                                                 \
         return name(static_cast<T>(a), static_cast<T>(b));                                         \
     }
 #define MSL_FLOATING_3(name)                                                                       \
-    template <class A, class B, class C, class = _converted<A, B, C>>                              \
-    MSL_INLINE auto name(A a, B b, C c) {                                                          \
+    template <class A, class B, class C, class... None, class = _if<_converted<A, B, C>, None...>> \
+    MSL_INLINE auto name(A a, B b, C c, None...) {                                                 \
         typedef _floating<A, B, C> T;                                                              \
         return name(static_cast<T>(a), static_cast<T>(b), static_cast<T>(c));                      \
     }

@@ -52,7 +52,7 @@ template <class T> inline constexpr bool is_floating_point_v = __is_floating_poi
 template <class T> inline constexpr bool is_integral_v = __is_integral(T);
 template <class T> inline constexpr bool is_arithmetic_v = __is_arithmetic(T);
 template <class T> inline constexpr bool is_signed_v =
-    is_floating_point_v<T> || (is_integral_v<T> && T(-1) < T(0));
+    __is_floating_point(T) || (__is_integral(T) && T(-1) < T(0));
 template <class T> inline constexpr bool is_enum_v = __is_enum(T);
 template <class T> struct is_floating_point {
     static constexpr bool value = is_floating_point_v<T>;
@@ -60,5 +60,12 @@ template <class T> struct is_floating_point {
 template <class T> struct is_integral {
     static constexpr bool value = is_integral_v<T>;
 };
+
+// A vector has these two traits of its lanes.
+template <class T, int lanes>
+inline constexpr bool is_floating_point_v<T __attribute__((ext_vector_type(lanes)))> =
+    is_floating_point_v<T>;
+template <class T, int lanes>
+inline constexpr bool is_integral_v<T __attribute__((ext_vector_type(lanes)))> = is_integral_v<T>;
 
 } // namespace metal

@@ -80,6 +80,9 @@ bool TokenPass::isUsedAsName(std::size_t i) const {
                !endsType(tokens[i - 1]) && !is(i - 1, tok::greater);
     if (next.isAnnotation() || next.getIdentifierInfo() || next.isOneOf(tok::coloncolon, tok::eof))
         return false;
+    const bool isOfPointer = i > 0 && is(i - 1, tok::star); // `device T* constant (&list)[2]`
+    if (isOfPointer && next.is(tok::l_paren) && (is(i + 2, tok::star) || is(i + 2, tok::amp)))
+        return false;
     return !isMethodQualifier(i) || misnamed.contains(tokens[i].getIdentifierInfo());
 }
 
