@@ -5,6 +5,7 @@
 #include "TarnwickMSL/Translation/Passes/Calls/Inlining.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/ArrayLoops.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Flow.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/HeaderTests.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopBudget.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Loops.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Phis.h"
@@ -20,6 +21,7 @@
 #include "TarnwickMSL/Translation/Passes/Memory/NarrowAccess.h"
 #include "TarnwickMSL/Translation/Passes/Memory/PointerArrays.h"
 #include "TarnwickMSL/Translation/Passes/Memory/Pointers.h"
+#include "TarnwickMSL/Translation/Passes/Optimising/FloatCounters.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 #include "TarnwickMSL/Translation/Passes/Values/Comparisons.h"
 #include "TarnwickMSL/Translation/Passes/Values/Fractions.h"
@@ -109,6 +111,9 @@ static constexpr std::array table{
     Step{"fractions", Scope::entryPoint, "Passes/Values/Fractions.h",
          [](Work& work) { work.forgetMainIf(trimFractions(work.main())); },
          "Removes the clamp of `fract` where the fraction cannot reach one; after `clean`, which shows the operands."},
+    Step{"float-counters", Scope::entryPoint, "Passes/Optimising/FloatCounters.h",
+         [](Work& work) { work.forgetMainIf(countInIntegers(work.main(), work.optimiser().analyses())); },
+         "Lets loops that count in floats count in integers; before `unroll`, which needs the number of rounds."},
     Step{"array-loops", Scope::entryPoint, "Passes/ControlFlow/ArrayLoops.h",
          [](Work& work) { work.forgetMainIf(boundArrayLoops(work.main(), work.optimiser().analyses())); },
          "Ends loops over a short array at its end; before `unroll`, which needs the number of rounds."},
@@ -163,6 +168,9 @@ static constexpr std::array table{
          [](Work& work) { keepPointersNear(work.main()); },
          "Repeats the steps to an address before each access; before the control flow is structured, which would carry pointers between blocks.",
          Form::addresses},
+    Step{"header-tests", Scope::entryPoint, "Passes/ControlFlow/HeaderTests.h",
+         [](Work& work) { moveTestsToHeaders(work.main(), work.optimiser()); },
+         "Moves the tests of loops from their ends to their starts; after `flow`, which makes loops countable, and before `loop-budget` changes the tests."},
     Step{"loop-budget", Scope::entryPoint, "Passes/ControlFlow/LoopBudget.h",
          [](Work& work) { budgetLoops(work.shader, work.optimiser()); },
          "Counts rounds of loops without a known end; after `flow`, which makes loops countable, and before their shape hides the number of rounds."},

@@ -3,6 +3,7 @@
 // the full cleaning runs where its result is used twice or where loops of its own unroll.
 #include "TarnwickMSL/Translation/Passes/Calls/Inlining.h"
 
+#include "TarnwickMSL/Translation/Passes/Optimising/FloatCounters.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
@@ -69,6 +70,8 @@ static bool inlineCallees(Function& function) {
 
 static void makeSmall(Function& function, bool isRoot, Optimiser& optimiser) {
     optimiser.cleanLightly(function);
+    if (countInIntegers(function, optimiser.analyses()))
+        optimiser.forget(function);
     bool unrolls = optimiser.hasShortLoops(function);
     if (inlineCallees(function))
         optimiser.forget(function);
