@@ -44,13 +44,16 @@ std::string fileText(const std::filesystem::path& file) {
 
 std::vector<Case> cases(const std::filesystem::path& folder) {
     std::vector<Case> found;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
         const std::filesystem::path twin =
             std::filesystem::path(entry.path()).replace_extension(".frag");
         if (entry.path().extension() != ".metal" || !std::filesystem::exists(twin))
             continue;
         const AssembledShader shader = ShaderAssembler::assemble(fileText(entry.path()));
-        Case one{entry.path().stem().string(),
+        Case one{std::filesystem::path(entry.path())
+                     .replace_extension()
+                     .lexically_relative(folder)
+                     .string(),
                  shader.source,
                  wholeTwin(fileText(twin), shader.params),
                  {}};

@@ -19,7 +19,8 @@ struct Case {
 // The content of a file; empty if it cannot be read.
 std::string fileText(const std::filesystem::path& file);
 
-// Every NAME.metal of a folder with a NAME.frag beside it, sorted by name.
+// Every NAME.metal below a folder with a NAME.frag beside it, sorted. A name is the address in the
+// folder without the ending, for example "gallery/silk".
 std::vector<Case> cases(const std::filesystem::path& folder);
 
 } // namespace tarnwick::bench

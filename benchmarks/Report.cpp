@@ -20,11 +20,11 @@ const char* verdict(bool good) {
 
 bool printCompiling(const std::vector<Case>& all, const std::string& self, int rounds) {
     std::printf("Source text to SPIR-V, warm (median of %d)\n\n", rounds);
-    std::printf("  %-16s %9s %9s %7s\n", "shader", "ours ms", "twin ms", "ratio");
+    std::printf("  %-22s %9s %9s %7s\n", "shader", "ours ms", "twin ms", "ratio");
     std::vector<double> ours, twins;
     for (const Case& one : all) {
         const CompileTime time = compileTime(one, rounds);
-        std::printf("  %-16s %9.2f %9.2f %7.2f\n", one.name.c_str(), time.ours, time.twin,
+        std::printf("  %-22s %9.2f %9.2f %7.2f\n", one.name.c_str(), time.ours, time.twin,
                     time.ours / time.twin);
         std::fflush(stdout);
         ours.push_back(time.ours);
@@ -45,14 +45,14 @@ bool printCompiling(const std::vector<Case>& all, const std::string& self, int r
 bool printDrawing(Drawing& drawing, const std::vector<Case>& all, int rounds) {
     std::printf("Drawing %u by %u pixels on %s (shortest of %d rounds, in turns)\n\n", drawWidth,
                 drawHeight, drawing.device()->info().name.c_str(), rounds);
-    std::printf("  %-16s %9s %9s %7s %9s %9s %9s %9s\n", "shader", "ours ms", "twin ms", "ratio",
+    std::printf("  %-22s %9s %9s %7s %9s %9s %9s %9s\n", "shader", "ours ms", "twin ms", "ratio",
                 "median r.", "CPU r.", "differing", "strongest");
     std::vector<double> ratios, processorRatios;
     bool agree = true;
     for (const Case& one : all) {
         const DrawTime time = drawing.time(one, rounds);
         agree = agree && time.pictures.agrees();
-        std::printf("  %-16s %9.2f %9.2f %7.3f %9.3f %9.3f %8.3f%% %9u%s\n", one.name.c_str(),
+        std::printf("  %-22s %9.2f %9.2f %7.3f %9.3f %9.3f %8.3f%% %9u%s\n", one.name.c_str(),
                     time.times.ours, time.times.twin, time.times.ratio, time.times.medianRatio,
                     time.times.processorRatio, time.pictures.differing * 100,
                     time.pictures.strongest, time.pictures.agrees() ? "" : "  DIFFERENT PICTURES");

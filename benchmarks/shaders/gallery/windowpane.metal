@@ -1,0 +1,77 @@
+// Rain on a window: drops that slide in columns, trails, and a blurred city behind.
+// @param rain 0.8 0 1
+// @param blur 0.06 0.01 0.2
+
+float3 hash3(float n) {
+    float3 q = fract(float3(n) * float3(0.1031, 0.11369, 0.13787));
+    q += dot(q, q.yzx + 19.19);
+    return fract(float3((q.x + q.y) * q.z, (q.x + q.z) * q.y, (q.y + q.z) * q.x));
+}
+
+float saw(float x, float peak) {
+    return smoothstep(0.0, peak, x) * smoothstep(1.0, peak, x);
+}
+
+float2 slidingDrops(float2 uv, float time) {
+    float2 whole = uv;
+    uv.y += time * 0.75;
+    float2 size = float2(6.0, 1.0), grid = size * 2.0;
+    float2 id = floor(uv * grid);
+    uv.y += hash3(id.x).x;
+    id = floor(uv * grid);
+    float3 n = hash3(id.x * 35.2 + id.y * 2376.1);
+    float2 local = fract(uv * grid) - float2(0.5, 0.0);
+    float x = n.x - 0.5;
+    float wiggle = sin(whole.y * 20.0 + sin(whole.y * 20.0));
+    x += wiggle * (0.5 - abs(x)) * (n.z - 0.5);
+    x *= 0.7;
+    float y = (saw(fract(time + n.z), 0.85) - 0.5) * 0.9 + 0.5;
+    float d = length((local - float2(x, y)) * size.yx);
+    float drop = smoothstep(0.4, 0.0, d);
+    float r = sqrt(smoothstep(1.0, y, local.y));
+    float trail = smoothstep(0.23 * r, 0.15 * r * r, abs(local.x - x));
+    float front = smoothstep(-0.02, 0.02, local.y - y);
+    trail *= front * r * r;
+    float beadY = fract(whole.y * 10.0) + (local.y - 0.5);
+    float bead = smoothstep(0.3, 0.0, length(local - float2(x, beadY)));
+    return float2(drop + bead * r * front, trail);
+}
+
+float stillDrops(float2 uv, float time) {
+    uv *= 40.0;
+    float2 id = floor(uv);
+    float3 n = hash3(id.x * 107.45 + id.y * 3543.654);
+    float d = length(fract(uv) - 0.5 - (n.xy - 0.5) * 0.7);
+    return smoothstep(0.3, 0.0, d) * fract(n.z * 10.0) * saw(fract(time + n.z), 0.025);
+}
+
+float2 water(float2 uv, float time, float rain) {
+    float2 a = slidingDrops(uv, time) * smoothstep(0.2, 0.7, rain);
+    float2 b = slidingDrops(uv * 1.85, time) * smoothstep(0.0, 0.5, rain);
+    float c = stillDrops(uv, time) * rain + a.x + b.x;
+    return float2(smoothstep(0.3, 1.0, c), max(a.y, b.y));
+}
+
+float3 city(float2 q, float blur) {
+    float3 colour = mix(float3(0.08, 0.1, 0.2), float3(0.35, 0.2, 0.22), smoothstep(0.8, 0.0, q.y));
+    for (int i = 0; i < 16; i++) {
+        float3 n = hash3(float(i) * 3.7 + 1.0);
+        float2 at = float2(n.x * 2.0 - 0.1, 0.15 + n.y * 0.5);
+        float size = 0.02 + 0.03 * n.z + blur;
+        float disc = smoothstep(size, size * 0.7, length(q - at));
+        colour += disc * (0.5 + 0.5 * cos(float3(0.0, 1.0, 2.2) + n.z * 5.0)) * 0.75 * 0.06 / (blur + 0.06);
+    }
+    return colour;
+}
+
+float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {
+    float2 q = uv * float2(u.resolution.x / u.resolution.y, 1.0);
+    float time = u.time * 0.2;
+    float2 c = water(q, time, p.rain);
+    float2 e = float2(0.002, 0.0);
+    float2 normal = float2(water(q + e.xy, time, p.rain).x - c.x, water(q + e.yx, time, p.rain).x - c.x);
+    float focus = p.blur * (1.0 - smoothstep(0.1, 0.3, c.x)) * (1.0 - 0.7 * c.y);
+    float3 colour = city(q + normal * 0.8, focus);
+    colour += 0.15 * max(normal.y - normal.x, 0.0);
+    return float4(colour, 1.0);
+}
