@@ -1,4 +1,4 @@
-// Constants and limits (Metal Shading Language 3.1, 6.6 and 2.1).
+// Constants (Metal Shading Language 3.1, 6.6 and 2.1).
 #pragma once
 
 #define MAXFLOAT 3.402823466e+38f
@@ -60,6 +60,17 @@
 #define HALF_MIN ((half)0x1.0p-14f)
 #define HALF_EPSILON ((half)0x1.0p-10f)
 
+#define BFLT_DIG 2
+#define BFLT_MANT_DIG 8
+#define BFLT_MAX_10_EXP (+38)
+#define BFLT_MAX_EXP (+128)
+#define BFLT_MIN_10_EXP (-37)
+#define BFLT_MIN_EXP (-125)
+#define BFLT_RADIX 2
+#define BFLT_MAX ((bfloat)0x1.fep127f)
+#define BFLT_MIN ((bfloat)0x1.0p-126f)
+#define BFLT_EPSILON ((bfloat)0x1.0p-7f)
+
 #define CHAR_BIT 8
 #define SCHAR_MAX 127
 #define SCHAR_MIN (-128)
@@ -75,57 +86,3 @@
 #define LONG_MAX 9223372036854775807l
 #define LONG_MIN (-9223372036854775807l - 1)
 #define ULONG_MAX 18446744073709551615ul
-
-namespace metal {
-
-template <class T> struct numeric_limits {
-    static constexpr bool is_specialized = false;
-};
-
-#define MSL_INTEGER_LIMITS(T, isSigned, bits, least, most)                                         \
-    template <> struct numeric_limits<T> {                                                         \
-        static constexpr bool is_specialized = true;                                               \
-        static constexpr bool is_signed = isSigned;                                                \
-        static constexpr bool is_integer = true;                                                   \
-        static constexpr bool is_exact = true;                                                     \
-        static constexpr bool has_infinity = false;                                                \
-        static constexpr bool has_quiet_NaN = false;                                               \
-        static constexpr int radix = 2;                                                            \
-        static constexpr int digits = bits;                                                        \
-        static constexpr T min() { return least; }                                                 \
-        static constexpr T lowest() { return least; }                                              \
-        static constexpr T max() { return most; }                                                  \
-    };
-MSL_INTEGER_LIMITS(bool, false, 1, false, true)
-MSL_INTEGER_LIMITS(char, true, 7, CHAR_MIN, CHAR_MAX)
-MSL_INTEGER_LIMITS(uchar, false, 8, 0, UCHAR_MAX)
-MSL_INTEGER_LIMITS(short, true, 15, SHRT_MIN, SHRT_MAX)
-MSL_INTEGER_LIMITS(ushort, false, 16, 0, USHRT_MAX)
-MSL_INTEGER_LIMITS(int, true, 31, INT_MIN, INT_MAX)
-MSL_INTEGER_LIMITS(uint, false, 32, 0, UINT_MAX)
-MSL_INTEGER_LIMITS(long, true, 63, LONG_MIN, LONG_MAX)
-MSL_INTEGER_LIMITS(ulong, false, 64, 0, ULONG_MAX)
-#undef MSL_INTEGER_LIMITS
-
-#define MSL_FLOATING_LIMITS(T, bits, least, most)                                                  \
-    template <> struct numeric_limits<T> {                                                         \
-        static constexpr bool is_specialized = true;                                               \
-        static constexpr bool is_signed = true;                                                    \
-        static constexpr bool is_integer = false;                                                  \
-        static constexpr bool is_exact = false;                                                    \
-        static constexpr bool has_infinity = true;                                                 \
-        static constexpr bool has_quiet_NaN = true;                                                \
-        static constexpr int radix = 2;                                                            \
-        static constexpr int digits = bits;                                                        \
-        static constexpr T min() { return least; }                                                 \
-        static constexpr T lowest() { return -most; }                                              \
-        static constexpr T max() { return most; }                                                  \
-        static constexpr T epsilon() { return bits == 24 ? T(0x1.0p-23f) : T(0x1.0p-10f); }        \
-        static constexpr T infinity() { return T(INFINITY); }                                      \
-        static constexpr T quiet_NaN() { return T(NAN); }                                          \
-    };
-MSL_FLOATING_LIMITS(float, 24, FLT_MIN, FLT_MAX)
-MSL_FLOATING_LIMITS(half, 11, HALF_MIN, HALF_MAX)
-#undef MSL_FLOATING_LIMITS
-
-} // namespace metal

@@ -8,6 +8,7 @@
 
 #include "overloads.h"
 #include "constants.h"
+#include "limits.h"
 #include "core_scaling.h"
 #include "core_exponential.h"
 #include "core_trigonometric.h"

@@ -51,6 +51,9 @@ template <int N> struct bool_vector : bool_swizzles<N, bool_vector> {
     template <class T> MSL_INLINE bool_vector(vec<T, N> mask) {
         bits = __builtin_convertvector(mask != T(0), Bits) & uchar(1);
     }
+    template <int M, class = enable_if_t<(M > N)>> MSL_INLINE explicit bool_vector(bool_vector<M> longer) {
+        bits = _first_lanes<N>(longer.bits);
+    }
     template <class A, class B, class... Rest> MSL_INLINE bool_vector(A a, B b, Rest... rest) {
         bits = msl_make<bool_vector<N>>(a, b, rest...).bits;
     }

@@ -26,7 +26,10 @@ template <class E, class A> MSL_INLINE constexpr auto _lanes_as(A from) {
         return static_cast<E>(from);
     else if constexpr (is_same_v<A, vec<E, n>>)
         return from;
-    else if constexpr (is_same_v<A, bool_vector<n>> || is_same_v<A, packed_vector<element_of<A>, n>>)
+    else if constexpr (is_same_v<A, packed_vector<bfloat, n>>)
+        return __builtin_convertvector(from.unpacked().unpacked(), vec<E, n>);
+    else if constexpr (is_same_v<A, bool_vector<n>> || is_same_v<A, bfloat_vector<n>> ||
+                       is_same_v<A, packed_vector<element_of<A>, n>>)
         return __builtin_convertvector(from.unpacked(), vec<E, n>);
     else
         return __builtin_convertvector(from, vec<E, n>);
@@ -62,6 +65,14 @@ template <class E, class A, class B, class C> MSL_INLINE constexpr auto _join(A 
 
 template <class E> MSL_INLINE constexpr vec<E, 4> _join(E a, E b, E c, E d) { return {a, b, c, d}; }
 
+// The first n lanes, of more than n.
+template <int n, class L> MSL_INLINE constexpr auto _first_lanes(L lanes) {
+    if constexpr (n == 2)
+        return __builtin_shufflevector(lanes, lanes, 0, 1);
+    else
+        return __builtin_shufflevector(lanes, lanes, 0, 1, 2);
+}
+
 // The vector V with the given lanes.
 template <class V, class L> MSL_INLINE constexpr V _from_lanes(L lanes) {
     if constexpr (is_bool_vector<V>)
@@ -70,8 +81,10 @@ template <class V, class L> MSL_INLINE constexpr V _from_lanes(L lanes) {
         return V(lanes);
 }
 
-// The element type in which lanes are moved: bytes for bool.
-template <class V> using lane_of = conditional_t<is_same_v<element_of<V>, bool>, uchar, element_of<V>>;
+// The element type in which lanes are moved: bytes for bool, float for bfloat.
+template <class V> using lane_of =
+    conditional_t<is_same_v<element_of<V>, bool>, uchar,
+                  conditional_t<is_same_v<element_of<V>, bfloat>, float, element_of<V>>>;
 template <class V, class A> MSL_INLINE constexpr auto _lanes_for(A a) {
     if constexpr (is_same_v<element_of<V>, bool> && lanes_of<A> == 1)
         return static_cast<uchar>(static_cast<bool>(a));
@@ -96,10 +109,13 @@ template <class V, class A> MSL_INLINE constexpr auto _lanes_for(A a) {
 
 template <class V> MSL_INLINE constexpr V msl_make() { return V(); }
 
+// Of a longer vector, its first lanes.
 template <class V, class A>
 MSL_INLINE constexpr V msl_make(A a)
-    MSL_COUNT((metal::lanes_of<A> == 1 || metal::gives_itself_as<V, A> ? metal::lanes_of<V>
-                                                                       : metal::given_lanes<A>)) {
+    MSL_COUNT((metal::lanes_of<A> == 1 || metal::lanes_of<A> > metal::lanes_of<V> ||
+                       metal::gives_itself_as<V, A>
+                   ? metal::lanes_of<V>
+                   : metal::given_lanes<A>)) {
     if constexpr (metal::lanes_of<V> < 2 && !__is_constructible(V, A))
         return V{a}; // a record without constructors
     else if constexpr (metal::lanes_of<V> < 2 || metal::is_same_v<V, A>)
@@ -110,6 +126,9 @@ MSL_INLINE constexpr V msl_make(A a)
         return V(static_cast<metal::element_of<V>>(a));
     else if constexpr (metal::lanes_of<A> == metal::lanes_of<V>)
         return metal::_from_lanes<V>(metal::_lanes_for<V>(a));
+    else if constexpr (metal::lanes_of<A> > metal::lanes_of<V>)
+        return metal::_from_lanes<V>(
+            metal::_first_lanes<metal::lanes_of<V>>(metal::_lanes_for<V>(a)));
     else
         return V();
 }

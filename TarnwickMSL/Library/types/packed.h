@@ -2,11 +2,19 @@
 // like the vector of the same name.
 #pragma once
 
+#include "bfloats.h"
 #include "bool_vectors.h"
 #include "construct.h"
 #include "swizzles.h"
 
 namespace metal {
+
+template <class T, int N> struct _vector_of {
+    typedef vec<T, N> type;
+};
+template <int N> struct _vector_of<bfloat, N> {
+    typedef bfloat_vector<N> type;
+};
 
 template <class T, int N> struct packed_lanes;
 template <class T> struct packed_lanes<T, 2> {
@@ -34,7 +42,7 @@ template <class T> struct packed_lanes<T, 4> {
 template <class T, int N> struct packed_swizzles;
 #define MSL_BODY(N)                                                                                \
     template <class T> struct packed_swizzles<T, N> : packed_lanes<T, N> {                         \
-        template <int M> using Swizzle = vec<T, M>;                                                \
+        template <int M> using Swizzle = typename _vector_of<T, M>::type;                                               \
         using packed_lanes<T, N>::elements;                                                        \
         MSL_INLINE T lane(int i) const { return elements[i]; }                                     \
         MSL_INLINE void set_lane(int i, T value) { elements[i] = value; }                          \
@@ -45,7 +53,7 @@ MSL_BODY(2) MSL_BODY(3) MSL_BODY(4)
 
 template <class T, int N> struct packed_vector : packed_swizzles<T, N> {
     using packed_swizzles<T, N>::elements;
-    typedef vec<T, N> Unpacked;
+    typedef typename _vector_of<T, N>::type Unpacked;
 
     packed_vector() = default;
     MSL_INLINE packed_vector(Unpacked v) { store(v); }
@@ -103,11 +111,13 @@ template <class T, int N> struct packed_vector : packed_swizzles<T, N> {
     typedef metal::packed_vector<T, 3> packed_##T##3;                                              \
     typedef metal::packed_vector<T, 4> packed_##T##4;
 MSL_ELEMENTS(MSL_PACKED)
+MSL_PACKED(bfloat)
 #undef MSL_PACKED
 
 #define MSL_NAMES(T) using ::packed_##T##2, ::packed_##T##3, ::packed_##T##4;
 namespace metal {
 MSL_ELEMENTS(MSL_NAMES)
+MSL_NAMES(bfloat)
 } // namespace metal
 #undef MSL_NAMES
 

@@ -28,10 +28,12 @@ using ::int8_t, ::uint8_t, ::int16_t, ::uint16_t, ::int32_t, ::uint32_t, ::int64
 namespace metal {
 
 // Template arguments can be deduced from it: `template <class T, int N> T sum(vec<T, N>)`. The
-// front end rewrites vec<bool, N> to bool_vector<N>.
+// front end rewrites vec<bool, N> to bool_vector<N>, and vec<bfloat, N> to bfloat_vector<N>.
 template <class T, int N> using vec = T __attribute__((ext_vector_type(N)));
 
+struct bfloat;
 template <int N> struct bool_vector;
+template <int N> struct bfloat_vector;
 template <class T, int N> struct packed_vector;
 template <class T, int C, int R> struct matrix;
 
@@ -47,6 +49,14 @@ template <class T, int N> struct vector_traits<T __attribute__((ext_vector_type(
 };
 template <int N> struct vector_traits<bool_vector<N>> {
     typedef bool element;
+    static constexpr int lanes = N;
+};
+template <> struct vector_traits<bfloat> {
+    typedef bfloat element;
+    static constexpr int lanes = 1;
+};
+template <int N> struct vector_traits<bfloat_vector<N>> {
+    typedef bfloat element;
     static constexpr int lanes = N;
 };
 template <class T, int N> struct vector_traits<packed_vector<T, N>> {

@@ -28,7 +28,31 @@ bool hasMaker(llvm::StringRef name) {
 
 } // namespace
 
+// `conditional_t<..., float3, float2>` and `remove_reference<decltype(v)>::type`: a trait of the
+// library that names a vector type or a decltype.
+std::optional<TokenPass::TypeSpan> TokenPass::tracedType(std::size_t i) const {
+    llvm::StringRef name = tokens[i].getIdentifierInfo()->getName();
+    const bool isAlias = name.consume_back("_t");
+    if (!llvm::is_contained({"add_const", "conditional", "decay", "enable_if", "remove_const",
+                             "remove_cv", "remove_cvref", "remove_reference"},
+                            name))
+        return std::nullopt;
+    const std::size_t close = scopes.angleEnd(i + 1);
+    bool isVector = false;
+    for (std::size_t at = i + 2; at < close && !isVector; ++at)
+        isVector = constructedType(at).has_value();
+    if (!isVector)
+        return std::nullopt;
+    if (isAlias)
+        return TypeSpan{i, close + 1, true};
+    if (is(close + 1, tok::coloncolon) && isWord(close + 2, "type"))
+        return TypeSpan{i, close + 3, true};
+    return std::nullopt;
+}
+
 std::optional<TokenPass::TypeSpan> TokenPass::constructedType(std::size_t i) const {
+    if (is(i, tok::kw_decltype) && is(i + 1, tok::l_paren) && !is(i + 2, tok::kw_auto))
+        return TypeSpan{i, scopes.match(i + 1) + 1, true};
     if (!is(i, tok::identifier) && !(i < tokens.size() && tokens[i].getIdentifierInfo()))
         return std::nullopt;
     const IdentifierInfo* name = tokens[i].getIdentifierInfo();
@@ -39,8 +63,11 @@ std::optional<TokenPass::TypeSpan> TokenPass::constructedType(std::size_t i) con
             return TypeSpan{i, close + 1};
         return std::nullopt;
     }
-    if (isVectorName(name->getName()) || names.kindAt(name, i) == NameKind::type)
-        return TypeSpan{i, i + 1};
+    if (is(i + 1, tok::less))
+        return tracedType(i);
+    const NameKind kind = names.kindAt(name, i);
+    if (isVectorName(name->getName()) || kind == NameKind::type || kind == NameKind::deduced)
+        return TypeSpan{i, i + 1, kind == NameKind::deduced};
     return std::nullopt;
 }
 
@@ -52,19 +79,31 @@ std::optional<TokenPass::WrittenType> TokenPass::writtenType(std::size_t i) cons
     while (isQualifier(i))
         ++i;
     const std::size_t first = i;
-    if (is(i, tok::kw_typename))
-        ++i;
-    if (is(i, tok::coloncolon))
-        ++i;
-    while (is(i, tok::identifier) && is(i + 1, tok::coloncolon))
-        i += 2;
+    i = qualifierEnd(i);
     const auto type = constructedType(i);
     if (!type)
         return std::nullopt;
     std::size_t end = type->end;
     while (isQualifier(end))
         ++end;
-    return WrittenType{{first, type->end}, end};
+    return WrittenType{{first, type->end, type->isDeduced}, end};
+}
+
+// The token after the qualifiers that begin at i: `typename ::m::Box<float>::`.
+std::size_t TokenPass::qualifierEnd(std::size_t i) const {
+    if (is(i, tok::kw_typename))
+        ++i;
+    if (is(i, tok::coloncolon))
+        ++i;
+    while (is(i, tok::identifier)) {
+        const std::size_t close = is(i + 1, tok::less) ? scopes.angleEnd(i + 1) : i;
+        if (!close || !is(close + 1, tok::coloncolon) || tracedType(i))
+            return i;
+        i = close + 2;
+        if (is(i, tok::kw_template))
+            ++i;
+    }
+    return i;
 }
 
 // Learns the names in `template <typename T, class U, int N>`: each may be a vector type.
@@ -108,24 +147,22 @@ void TokenPass::learnName(std::size_t i) {
 // Learns `using Color = float4;` and `typedef float4 Color;`, also of a template's parameter.
 void TokenPass::learnAlias(std::size_t i) {
     if (is(i, tok::kw_using) && is(i + 1, tok::identifier) && is(i + 2, tok::equal)) {
-        std::size_t at = i + 3;
-        while (is(at, tok::coloncolon) || (is(at, tok::identifier) && is(at + 1, tok::coloncolon)))
-            ++at;
-        if (auto span = constructedType(at); span && is(span->end, tok::semi))
+        const bool isTemplate = i > 0 && is(i - 1, tok::greater);
+        if (auto span = constructedType(qualifierEnd(i + 3)); span && is(span->end, tok::semi))
             names.declare(tokens[i + 1].getIdentifierInfo(),
-                          i > 0 && is(i - 1, tok::greater) ? NameKind::template_ : NameKind::type,
+                          isTemplate        ? NameKind::template_
+                          : span->isDeduced ? NameKind::deduced
+                                            : NameKind::type,
                           i + 1, scopes.nameEnd(i));
         else // not of a vector type
             names.declare(tokens[i + 1].getIdentifierInfo(), NameKind::other, i + 1,
                           scopes.nameEnd(i));
     } else if (is(i, tok::kw_typedef)) {
-        std::size_t at = i + 1;
-        while (is(at, tok::coloncolon) || (is(at, tok::identifier) && is(at + 1, tok::coloncolon)))
-            ++at;
-        if (auto span = constructedType(at);
+        if (auto span = constructedType(qualifierEnd(i + 1));
             span && is(span->end, tok::identifier) && is(span->end + 1, tok::semi))
-            names.declare(tokens[typedefName = span->end].getIdentifierInfo(), NameKind::type,
-                          span->end, scopes.nameEnd(i));
+            names.declare(tokens[typedefName = span->end].getIdentifierInfo(),
+                          span->isDeduced ? NameKind::deduced : NameKind::type, span->end,
+                          scopes.nameEnd(i));
     }
 }
 
@@ -169,10 +206,11 @@ void TokenPass::openMake(std::vector<Token>& to, TypeSpan span, SourceLocation a
         append(to, ("msl_" + name->getName()).str().c_str(), at);
         return;
     }
-    append(to, "msl_make <", at);
+    append(to, span.isDeduced ? "msl_make < __remove_cvref (" : "msl_make <", at);
     for (std::size_t i = span.first; i < span.end; ++i) {
-        if (isBoolVector(i)) {
-            append(to, "bool_vector <", at);
+        if (const char* name = vectorClass(i)) {
+            append(to, name, at);
+            append(to, "<", at);
             i += 3;
             continue;
         }
@@ -180,7 +218,7 @@ void TokenPass::openMake(std::vector<Token>& to, TypeSpan span, SourceLocation a
             to.push_back(tokens[i]);
         to.insert(to.end(), edits[i].after.begin(), edits[i].after.end());
     }
-    append(to, ">", at);
+    append(to, span.isDeduced ? ") >" : ">", at);
 }
 
 // Whether the braces contain nested braces or designators. C++ initialises such lists itself.
@@ -213,8 +251,21 @@ std::size_t TokenPass::qualifiedFirst(std::size_t first) const {
         --first;
         if (first >= 1 && is(first - 1, tok::identifier))
             --first;
+        else if (first >= 1 && is(first - 1, tok::greater))
+            first = templateFirst(first - 1);
     }
     return first;
+}
+
+// The name before the template arguments that end at `close`.
+std::size_t TokenPass::templateFirst(std::size_t close) const {
+    for (std::size_t i = close; i-- > 1;) {
+        if (tokens[i].isOneOf(tok::semi, tok::l_brace, tok::r_brace))
+            break;
+        if (is(i, tok::less) && is(i - 1, tok::identifier) && scopes.angleEnd(i) == close)
+            return i - 1;
+    }
+    return close + 1;
 }
 
 // Whether the `(` or `{` after the type at i constructs no value: `-> metal::float3 {`.
@@ -231,7 +282,7 @@ void TokenPass::callMake(std::size_t i, TypeSpan span, std::size_t open) {
     std::size_t first = qualifiedFirst(span.first);
     if (first > 0 && is(first - 1, tok::kw_typename))
         --first;
-    openMake(edits[first].before, {first, span.end}, tokens[i].getLocation());
+    openMake(edits[first].before, {first, span.end, span.isDeduced}, tokens[i].getLocation());
     dropRange(first, span.end);
     if (is(open, tok::l_brace)) {
         tokens[open].setKind(tok::l_paren);
@@ -241,15 +292,15 @@ void TokenPass::callMake(std::size_t i, TypeSpan span, std::size_t open) {
 
 // Rewrites `name(...)`, `name{...}` and `name = {...}` after a vector type.
 void TokenPass::initialise(TypeSpan span, std::size_t open, bool needsEquals) {
-    if (is(open, tok::l_brace) && hasNestedBraces(open))
+    if (is(open, tok::l_brace) && (span.isDeduced || hasNestedBraces(open)))
         return;
     SourceLocation at = tokens[span.first].getLocation();
-    std::size_t first = span.first;
-    while (first >= 2 && is(first - 1, tok::coloncolon) && is(first - 2, tok::identifier))
-        first -= 2;
+    std::size_t first = qualifiedFirst(span.first);
+    if (first > 0 && is(first - 1, tok::kw_typename))
+        --first;
     if (needsEquals)
         append(edits[open].before, "=", tokens[open].getLocation());
-    openMake(edits[open].before, {first, span.end}, at);
+    openMake(edits[open].before, {first, span.end, span.isDeduced}, at);
     if (is(open, tok::l_brace)) {
         tokens[scopes.match(open)].setKind(tok::r_paren);
         tokens[open].setKind(tok::l_paren);
@@ -374,7 +425,8 @@ std::size_t TokenPass::unaryEnd(std::size_t i) const {
 // Rewrites `(float3)x`.
 void TokenPass::cast(std::size_t open) {
     const auto type = writtenType(open + 1);
-    if (!type || !is(type->end, tok::r_paren) || !beginsOperand(type->end + 1))
+    if (!type || type->span.isDeduced || !is(type->end, tok::r_paren) ||
+        !beginsOperand(type->end + 1))
         return;
     if (open > 0 &&
         tokens[open - 1].isOneOf(tok::identifier, tok::r_paren, tok::r_square, tok::kw_sizeof,
@@ -390,7 +442,7 @@ void TokenPass::cast(std::size_t open) {
 // Rewrites `static_cast<float3>(x)`.
 void TokenPass::staticCast(std::size_t i) {
     const auto type = is(i + 1, tok::less) ? writtenType(i + 2) : std::nullopt;
-    if (!type || !is(type->end, tok::greater))
+    if (!type || type->span.isDeduced || !is(type->end, tok::greater))
         return;
     openMake(edits[i].before, type->span, tokens[i].getLocation());
     dropRange(i, type->end + 1);
@@ -398,8 +450,8 @@ void TokenPass::staticCast(std::size_t i) {
 
 // Rewrites the construct that begins with the vector type at i. Returns the next token to visit.
 std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
-    if (isBoolVector(i)) {
-        append(edits[i].after, "bool_vector", tokens[i].getLocation());
+    if (const char* name = vectorClass(i)) {
+        append(edits[i].after, name, tokens[i].getLocation());
         edits[i].dropped = edits[i + 2].dropped = edits[i + 3].dropped = true;
         return span.end;
     }
@@ -410,7 +462,7 @@ std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
         if (scopes.kindAt(i) == ScopeKind::type && scopes.parenDepthAt(i) == 0 &&
             is(span.end, tok::l_paren) && !scopes.isInitialiser(i))
             return span.end; // a constructor of the class
-        if (!(is(span.end, tok::l_brace) && hasNestedBraces(span.end)))
+        if (!(is(span.end, tok::l_brace) && (span.isDeduced || hasNestedBraces(span.end))))
             callMake(i, span, span.end);
     } else {
         std::size_t name = span.end; // `float3 const v(1)`
@@ -419,7 +471,7 @@ std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
         if (is(name, tok::identifier))
             declarators(span, name);
     }
-    return span.end;
+    return is(i, tok::kw_decltype) ? i + 1 : span.end; // the operand may have constructors
 }
 
 // `S::S() : a(x, y)` outside the record: only the member's name is known.

@@ -67,8 +67,10 @@ class TokenPass {
     void append(std::vector<Token>& to, const char* words, SourceLocation at);
 
     // The tokens `[first, end)` of the vector type that begins at i.
+    // A deduced type, `decltype(v)`, may be an array too: braces after it are left to C++.
     struct TypeSpan {
         std::size_t first = 0, end = 0;
+        bool isDeduced = false;
     };
     std::optional<TypeSpan> constructedType(std::size_t i) const;
     // The vector type at i with namespaces and qualifiers before it, `const metal::float4`. `span`
@@ -101,6 +103,9 @@ class TokenPass {
     void repeatedFunctions();
     void swizzleTimes(std::size_t i);
     std::size_t qualifiedFirst(std::size_t first) const;
+    std::size_t qualifierEnd(std::size_t i) const;
+    std::size_t templateFirst(std::size_t close) const;
+    std::optional<TypeSpan> tracedType(std::size_t i) const;
     bool isNoValue(std::size_t i) const;
     std::size_t type(std::size_t i, TypeSpan span);
     void callMake(std::size_t i, TypeSpan span, std::size_t open);
@@ -109,8 +114,13 @@ class TokenPass {
     void initialiseArray(TypeSpan span, std::size_t open, unsigned dimensions);
     bool isVectorMember(std::size_t name) const;
     void memberInitialisers(std::size_t colon);
-    bool isBoolVector(std::size_t i) const { // a class of its own
-        return isWord(i, "vec") && is(i + 2, tok::kw_bool);
+    // The class of the vectors `vec<bool, N>` and `vec<bfloat, N>` at i; null for other types.
+    const char* vectorClass(std::size_t i) const {
+        if (!isWord(i, "vec") || !is(i + 3, tok::comma))
+            return nullptr;
+        return is(i + 2, tok::kw_bool)   ? "bool_vector"
+               : isWord(i + 2, "bfloat") ? "bfloat_vector"
+                                         : nullptr;
     }
     void cast(std::size_t open);
     void staticCast(std::size_t i);

@@ -218,29 +218,31 @@ Token TokenPass::number(llvm::StringRef text, SourceLocation at) const {
     return literal;
 }
 
-// Rewrites `0.5h`, which Clang accepts in OpenCL only, to half(0.5f), and `0.5` to 0.5f: Clang's
-// own single-precision constants are doubles beside expressions that depend on a template
-// parameter.
+// Rewrites `0.5h`, which Clang accepts in OpenCL only, to half(0.5f), `0.5bf` to bfloat(0.5f), and
+// `0.5` to 0.5f: Clang's own single-precision constants are doubles beside expressions that depend
+// on a template parameter.
 void TokenPass::literal(std::size_t i) {
     llvm::SmallString<32> buffer;
     std::string text = preprocessor.getSpelling(tokens[i], buffer).str();
     const bool isHex = text.size() > 1 && (text[1] == 'x' || text[1] == 'X');
     const bool isHalf = !isHex && (text.back() == 'h' || text.back() == 'H');
+    const bool isBfloat = !isHex && (text.ends_with("bf") || text.ends_with("BF"));
     const bool isFloating = text.find_first_of(isHex ? "pP" : ".eE") != std::string::npos;
     const bool hasSuffix = !llvm::isDigit(text.back()) && text.back() != '.';
-    if (!isHalf && (!isFloating || hasSuffix))
+    const char* const type = isHalf ? "half (" : (isBfloat ? "bfloat (" : nullptr);
+    if (!type && (!isFloating || hasSuffix))
         return;
-    if (isHalf)
-        text.pop_back();
+    if (type)
+        text.resize(text.size() - (isHalf ? 1 : 2));
     if (!isFloating)
         text += ".0";
     const SourceLocation at = tokens[i].getLocation();
     const Token single = number(text + "f", at);
     edits[i].dropped = true;
-    if (isHalf)
-        append(edits[i].before, "half (", at);
+    if (type)
+        append(edits[i].before, type, at);
     edits[i].before.push_back(single);
-    if (isHalf)
+    if (type)
         append(edits[i].before, ")", at);
 }
 

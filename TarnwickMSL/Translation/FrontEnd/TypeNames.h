@@ -12,9 +12,10 @@
 namespace tarnwick::msl {
 
 enum class NameKind : std::uint8_t {
-    other,    // not a vector type: a variable hides a type of the same name
-    type,     // `T`, and `Colour` of `using Colour = float4`
-    template_ // `V` of `template <class T> using V = vec<T, 3>`
+    other,     // not a vector type: a variable hides a type of the same name
+    type,      // `T`, and `Colour` of `using Colour = float4`
+    template_, // `V` of `template <class T> using V = vec<T, 3>`
+    deduced    // `D` of `using D = decltype(v)`
 };
 
 class TypeNames {

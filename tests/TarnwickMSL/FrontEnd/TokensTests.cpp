@@ -83,15 +83,16 @@ std::string rewritten(const std::string& program) {
 
 // Names and numbers without what the pass changes: `float4` of msl_float4, `0.5` of 0.5f.
 std::vector<std::string> words(const std::vector<Spelled>& tokens) {
-    static const std::set<std::string> dropped{"device", "constant", "thread", "threadgroup",
-                                               "vertex", "fragment", "kernel", "metal"};
+    static const std::set<std::string> dropped{"device", "constant", "thread",       "threadgroup",
+                                               "vertex", "fragment", "kernel",       "metal",
+                                               "vec",    "bfloat",   "bfloat_vector"};
     std::vector<std::string> found;
     for (const Spelled& token : tokens) {
         std::string text = token.text;
         if (text.starts_with("msl_"))
             text.erase(0, 4);
         if (token.kind == tok::numeric_constant && !text.starts_with("0x")) {
-            text.resize(std::min(text.size(), text.find_first_of("hHfFuUlL")));
+            text.resize(std::min(text.size(), text.find_first_of("bBhHfFuUlL")));
             text.resize(text.size() - (text.ends_with(".0") ? 2 : 0));
         }
         if (token.kind == tok::string_literal) // `any` of [[depth(any)]]
@@ -119,6 +120,16 @@ TEST(Tokens, areRewrittenToWhatClangParses) {
         {"void f() { float4 v(a, 1), w = {a, 2}, x{b}; }",
          "void f ( ) { float4 v = msl_float4 ( a , 1 ) , w = msl_float4 ( a , 2 ) , x = msl_float4 "
          "( b ) ; }"},
+        {"void f() { decltype(v) w(1, 2), x{3, 4}; m::Of<int, 2>::type n; }",
+         "void f ( ) { decltype ( v ) w = msl_make < __remove_cvref ( decltype ( v ) ) > ( 1 , 2 ) "
+         ", x "
+         "{ 3 , 4 } ; m :: Of < int , 2 > :: type n ; }"},
+        {"using V = typename Of<T>::two; struct S { typedef float2 two; }; void f() { typename "
+         "Of<T>::two a(1, 2); }",
+         "using V = typename Of < T > :: two ; struct S { typedef float2 two ; } ; void f ( ) { "
+         "typename Of < T > :: two a = msl_make < typename Of < T > :: two > ( 1 , 2 ) ; }"},
+        {"bfloat x = 1.5bf; vec<bfloat, 2> y;",
+         "bfloat x = bfloat ( 1.5f ) ; bfloat_vector < 2 > y ;"},
         {"void f() { float2 list[2] = {{1, 2}, float2(3)}; }",
          "void f ( ) { float2 list [ 2 ] = { msl_float2 ( 1 , 2 ) , msl_float2 ( 3 ) } ; }"},
         {"struct S { S(float2 a) : v(a, 1), n(2) {} float3 v; int n; };",
