@@ -15,4 +15,21 @@ if(TARGET TarnwickGPU)
     # Writes the table of docs/library.md; built on demand.
     add_executable(library-table EXCLUDE_FROM_ALL Library/TableMain.cpp)
     target_link_libraries(library-table PRIVATE LibraryCases tarnwick_warnings)
+
+    # All arguments of the functions of one float. The loops of Truth.cpp and Judge.cpp vectorise
+    # only with these options; no NaN reaches Truth.cpp.
+    set(accuracy ${CMAKE_CURRENT_SOURCE_DIR}/Accuracy)
+    add_library(LibraryAccuracy STATIC
+        ${accuracy}/Judge.cpp ${accuracy}/Measure.cpp ${accuracy}/NativeSweep.cpp ${accuracy}/Page.cpp
+        ${accuracy}/Sweeps.cpp ${accuracy}/Truth.cpp)
+    set_source_files_properties(${accuracy}/Truth.cpp PROPERTIES COMPILE_OPTIONS "-O3;-ffast-math")
+    set_source_files_properties(${accuracy}/Judge.cpp PROPERTIES
+        COMPILE_OPTIONS "-O3;-fno-trapping-math")
+    target_link_libraries(LibraryAccuracy
+        PUBLIC LibraryCases TarnwickMSLTranslationFrontEnd TarnwickMSLTranslationPasses
+        PRIVATE tarnwick_warnings)
+
+    # Writes the table of docs/accuracy.md; built on demand, runs for most of an hour.
+    add_executable(library-accuracy EXCLUDE_FROM_ALL ${accuracy}/Main.cpp)
+    target_link_libraries(library-accuracy PRIVATE LibraryAccuracy tarnwick_warnings)
 endif()

@@ -31,13 +31,23 @@ std::unique_ptr<gpu::Library> Machine::compile(const std::string& text) {
     return device_->newLibrary(prologue + text);
 }
 
-std::vector<std::uint32_t> Machine::run(const gpu::Library& library, const std::string& kernel,
-                                        const Columns& columns, std::size_t threads,
-                                        std::size_t words) {
+std::unique_ptr<gpu::ComputePipelineState> Machine::pipeline(const gpu::Library& library,
+                                                             const std::string& kernel) {
     const auto function = library.newFunction(kernel);
     if (!function)
         throw std::runtime_error("The program has no kernel " + kernel + ".");
-    const auto pipeline = device_->newComputePipelineState(*function);
+    return device_->newComputePipelineState(*function);
+}
+
+std::vector<std::uint32_t> Machine::run(const gpu::Library& library, const std::string& kernel,
+                                        const Columns& columns, std::size_t threads,
+                                        std::size_t words) {
+    return run(*pipeline(library, kernel), columns, threads, words);
+}
+
+std::vector<std::uint32_t> Machine::run(const gpu::ComputePipelineState& pipeline,
+                                        const Columns& columns, std::size_t threads,
+                                        std::size_t words) {
     std::vector<std::unique_ptr<gpu::Buffer>> buffers;
     for (const std::vector<std::uint32_t>& column : columns) {
         const std::size_t bytes = column.size() * sizeof(std::uint32_t);
@@ -50,7 +60,7 @@ std::vector<std::uint32_t> Machine::run(const gpu::Library& library, const std::
     auto encoder = commands ? commands->computeCommandEncoder() : std::nullopt;
     if (!encoder || !buffers.back())
         throw std::runtime_error("The device has no memory for a kernel.");
-    encoder->setComputePipelineState(*pipeline);
+    encoder->setComputePipelineState(pipeline);
     for (std::uint32_t i = 0; i < buffers.size(); i++)
         encoder->setBuffer(*buffers[i], 0, i);
     encoder->dispatchThreads({static_cast<std::uint32_t>(threads), 1, 1}, {64, 1, 1});
@@ -58,7 +68,7 @@ std::vector<std::uint32_t> Machine::run(const gpu::Library& library, const std::
     commands->commit();
     commands->waitUntilCompleted();
     if (commands->status() != gpu::CommandBufferStatus::completed || commands->hitLoopBudget())
-        throw std::runtime_error("Kernel " + kernel + " did not complete.");
+        throw std::runtime_error("A kernel did not complete.");
     std::vector<std::uint32_t> results(words);
     std::memcpy(results.data(), buffers.back()->contents(), words * sizeof(std::uint32_t));
     return results;

@@ -22,8 +22,14 @@ class Machine {
     // Compiles a program. Throws gpu::LibraryError with the compiler's text.
     std::unique_ptr<gpu::Library> compile(const std::string& text);
 
+    // A kernel of the library, ready to run. Throws std::runtime_error if there is none.
+    std::unique_ptr<gpu::ComputePipelineState> pipeline(const gpu::Library& library,
+                                                        const std::string& kernel);
+
     // Runs `threads` threads of a kernel whose first buffers hold `columns` and whose next one
     // takes `words` words. Throws std::runtime_error with one sentence.
+    std::vector<std::uint32_t> run(const gpu::ComputePipelineState& pipeline,
+                                   const Columns& columns, std::size_t threads, std::size_t words);
     std::vector<std::uint32_t> run(const gpu::Library& library, const std::string& kernel,
                                    const Columns& columns, std::size_t threads, std::size_t words);
 

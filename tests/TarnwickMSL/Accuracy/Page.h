@@ -1,0 +1,24 @@
+// The table of docs/accuracy.md.
+#pragma once
+
+#include "tests/TarnwickMSL/Accuracy/Measure.h"
+
+#include <map>
+#include <string>
+
+namespace tarnwick::trials {
+
+// The row of a sweep: "| name | granted | native | at | device | at | outside |".
+std::string pageRow(const Sweep& sweep, const Measurement& measurement);
+
+// The text between the marks of the page. Throws std::runtime_error if there are none.
+std::string tableOf(const std::string& page);
+// The page with another text there.
+std::string withTable(const std::string& page, const std::string& table);
+
+// The rows of a table, by the names of their sweeps.
+std::map<std::string, std::string> pageRows(const std::string& table);
+// The cells of a row, without spaces at their ends.
+std::vector<std::string> pageCells(const std::string& row);
+
+} // namespace tarnwick::trials
