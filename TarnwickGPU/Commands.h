@@ -23,7 +23,8 @@ struct QueueParts;
 // setXxxBytes copies 1 to 65536 bytes. Indices are those of the shader's [[buffer(n)]] (0 to 30),
 // [[texture(n)]] (0 to 127) and [[sampler(n)]] (0 to 15). A resource that is not bound reads as
 // zero. A texture of another shape or component type than the shader's also reads as zero. A
-// sampler that is not bound filters nearest and clamps to the edge. Clip space has y up and pixel
+// sampler that is not bound filters nearest and clamps to the edge. The buffers of a vertex
+// descriptor are the vertex buffers of the same index. Clip space has y up and pixel
 // coordinates have y down, as in Metal; clockwise triangles face front.
 class RenderCommandEncoder {
   public:
@@ -40,8 +41,16 @@ class RenderCommandEncoder {
     void setFragmentBuffer(const Buffer& buffer, std::size_t offset, std::uint32_t index);
     void setFragmentTexture(const Texture* texture, std::uint32_t index);
     void setFragmentSamplerState(const SamplerState* state, std::uint32_t index);
+    // Points have the base instance 0, unless the pipeline has a vertex descriptor.
     void drawPrimitives(PrimitiveType type, std::uint32_t vertexStart, std::uint32_t vertexCount,
-                        std::uint32_t instanceCount = 1);
+                        std::uint32_t instanceCount = 1, std::uint32_t baseInstance = 0);
+    // The vertices whose numbers are in `indexBuffer` from a byte on, which is a multiple of an
+    // index' size. In a strip, the greatest index of the type ends a strip. Points require a
+    // pipeline with a vertex descriptor.
+    void drawIndexedPrimitives(PrimitiveType type, std::uint32_t indexCount, IndexType indexType,
+                               const Buffer& indexBuffer, std::size_t indexBufferOffset,
+                               std::uint32_t instanceCount = 1, std::int32_t baseVertex = 0,
+                               std::uint32_t baseInstance = 0);
     void endEncoding();
 
   private:

@@ -98,7 +98,10 @@ class Device {
     // Blocks while the driver compiles. Throws DeviceError if the functions do not fit each other
     // or the device refuses them. The functions may be destroyed afterwards.
     std::unique_ptr<RenderPipelineState> newRenderPipelineState(const RenderPipelineDescriptor&);
-    std::unique_ptr<ComputePipelineState> newComputePipelineState(const Function& kernel);
+    // `stageInput` is of a kernel with [[stage_in]].
+    std::unique_ptr<ComputePipelineState>
+    newComputePipelineState(const Function& kernel,
+                            const StageInputDescriptor* stageInput = nullptr);
 
     // A layer that presents on an X11 window. `display` is an Xlib Display*, which must outlive the
     // layer. Null if the device cannot present on the window.

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "TarnwickGPU/Format.h"
+#include "TarnwickGPU/VertexDescriptor.h"
 #include "TarnwickMSL/EntryPoint.h"
 
 #include <cstdint>
@@ -60,6 +61,8 @@ struct ColorAttachmentDescriptor {
 struct RenderPipelineDescriptor {
     const Function* vertex = nullptr; // borrowed during the call that makes the pipeline
     const Function* fragment = nullptr;
+    // Of a vertex function with [[stage_in]]; borrowed like the functions.
+    const VertexDescriptor* vertexDescriptor = nullptr;
     ColorAttachmentDescriptor color;                // colour attachment 0
     PixelFormat depthFormat = PixelFormat::invalid; // invalid: no depth attachment
     std::uint32_t sampleCount = 1;                  // 1 or 4

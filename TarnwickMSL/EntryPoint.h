@@ -10,6 +10,12 @@ namespace tarnwick::msl {
 
 enum class Stage : std::uint8_t { vertex, fragment, kernel };
 
+// The kind of patch that a post-tessellation vertex function takes; none: not such a function.
+enum class PatchKind : std::uint8_t { none, triangle, quad };
+
+// The scalar of a value that passes into or out of a stage.
+enum class Scalar : std::uint8_t { bool_, int8, uint8, int16, uint16, int32, uint32, half, float_ };
+
 enum class ResourceKind : std::uint8_t {
     uniformBuffer,   // a `constant` argument
     storageBuffer,   // a `device` argument
@@ -57,6 +63,22 @@ struct Resource {
     bool operator==(const Resource&) const = default;
 };
 
+// One [[attribute(index)]] that the entry point reads from the buffers of a vertex descriptor.
+struct StageAttribute {
+    std::string name;        // the member's
+    std::uint32_t index = 0; // [0, 30]
+    Scalar scalar = Scalar::float_;
+    std::uint32_t width = 1;       // components, [1, 4]
+    bool isOfControlPoint = false; // of a patch_control_point
+    // 0 in vertex functions: it is the input vec4, ivec4 or uvec4 at location `index`. In kernels
+    // and post-tessellation vertex functions: the id of the function that gives the value, from the
+    // number of a control point: vec4 or uvec4 f(uint). Its body in the module returns zero; a
+    // pipeline replaces it.
+    std::uint32_t fetch = 0;
+
+    bool operator==(const StageAttribute&) const = default;
+};
+
 // Specialisation constants of the modules. A module declares those that it uses.
 inline constexpr std::uint32_t loopBudgetConstant = 0; // uint: iterations before an invocation ends
 inline constexpr std::array<std::uint32_t, 3> threadgroupSizeConstants{1, 2, 3}; // kernels
@@ -82,6 +104,12 @@ struct EntryPoint {
     std::vector<std::uint32_t>
         threadgroupPointers;       // indices of the arguments whose length the host sets
     std::uint32_t mostThreads = 0; // max_total_threads_per_threadgroup(n); 0: not specified
+    std::vector<StageAttribute> attributes; // by index, ascending
+    // A post-tessellation vertex function has Stage::vertex and is a tessellation evaluation shader
+    // in Vulkan. It has an input at location 0 that is the same for the whole patch:
+    // uvec4(patch_id, instance_id, base_instance, number of control points).
+    PatchKind patch = PatchKind::none;
+    std::uint32_t controlPoints = 0; // as patch(kind, n) says; 0: not specified
 
     bool operator==(const EntryPoint&) const = default;
 };

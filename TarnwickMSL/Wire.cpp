@@ -84,11 +84,19 @@ void fields(Record& r, Bytes& bytes) {
 }
 
 template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, StageAttribute>
+void fields(Record& a, Bytes& bytes) {
+    bytes(a.name), bytes(a.index), bytes(a.scalar), bytes(a.width), bytes(a.isOfControlPoint);
+    bytes(a.fetch);
+}
+
+template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, EntryPoint>
 void fields(Record& e, Bytes& bytes) {
     bytes(e.name), bytes(e.stage), bytes(e.words), bytes(e.resources), bytes(e.usesLoopBudget);
     bytes(e.writesPointSize), bytes(e.colorAttachments), bytes(e.threadgroupBytes);
-    bytes(e.threadgroupPointers), bytes(e.mostThreads);
+    bytes(e.threadgroupPointers), bytes(e.mostThreads), bytes(e.attributes), bytes(e.patch);
+    bytes(e.controlPoints);
 }
 
 template <class Record, class Bytes>

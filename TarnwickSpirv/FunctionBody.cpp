@@ -27,14 +27,25 @@ Id FunctionBody::local(Id pointee, Id initialiser) {
     return id;
 }
 
-Id FunctionBody::type() {
-    return module.type(spv::Op::OpTypeFunction, {module.type(spv::Op::OpTypeVoid, {})});
+Id FunctionBody::parameter(Id type) {
+    const Id id = module.newId();
+    append(parameters_, spv::Op::OpFunctionParameter, {type, id});
+    parameterTypes_.push_back(type);
+    return id;
 }
 
-void FunctionBody::finish(Id function, Id entry) {
-    const Id nothing = module.type(spv::Op::OpTypeVoid, {});
+Id FunctionBody::type(Id result) {
+    Words operands{result ? result : module.type(spv::Op::OpTypeVoid, {})};
+    operands.insert(operands.end(), parameterTypes_.begin(), parameterTypes_.end());
+    return module.type(spv::Op::OpTypeFunction, operands);
+}
+
+void FunctionBody::finish(Id function, Id entry, Id result) {
+    const Id given = result ? result : module.type(spv::Op::OpTypeVoid, {});
+    const Id whole = type(result);
     Words& functions = module.functions;
-    append(functions, spv::Op::OpFunction, {nothing, function, 0, type()});
+    append(functions, spv::Op::OpFunction, {given, function, 0, whole});
+    functions.insert(functions.end(), parameters_.begin(), parameters_.end());
     append(functions, spv::Op::OpLabel, {entry ? entry : module.newId()});
     functions.insert(functions.end(), locals.begin(), locals.end());
     functions.insert(functions.end(), code.begin(), code.end());

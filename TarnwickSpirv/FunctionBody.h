@@ -1,4 +1,4 @@
-// The instructions of one function of a module, without parameters and result.
+// The instructions of one function of a module.
 #pragma once
 
 #include "TarnwickSpirv/Module.h"
@@ -20,15 +20,21 @@ class FunctionBody {
     Id extended(GLSLstd450 instruction, Id type, Operands operands);
     // A variable of the function.
     Id local(Id pointee, Id initialiser = 0);
+    // The next parameter of the function. Default: no parameters.
+    Id parameter(Id type);
 
-    Id type(); // of the function: void()
+    // The type of the function. A result of 0 is void.
+    Id type(Id result = 0);
     // Adds the function to the module. Its first block's label is `entry`; 0: a new label. The code
     // must end with a terminator.
-    void finish(Id function, Id entry = 0);
+    void finish(Id function, Id entry = 0, Id result = 0);
 
     Module& module;
     Words code;   // all blocks, without the first one's label and variables
     Words locals; // the variables
+
+  private:
+    Words parameters_, parameterTypes_;
 };
 
 } // namespace tarnwick::spirv

@@ -1,6 +1,8 @@
 #include "TarnwickGPU/Commands/PipelineErrors.h"
 #include "TarnwickGPU/Commands/PipelineParts.h"
 #include "TarnwickGPU/Device.h"
+#include "TarnwickGPU/Inputs/AttributeFaults.h"
+#include "TarnwickGPU/Inputs/AttributeFetch.h"
 #include "TarnwickGPU/Vulkan/ShaderModule.h"
 
 #include <algorithm>
@@ -81,6 +83,16 @@ VkResult makeVariant(const DeviceState& device, const BindingLayout& layout,
                                     &pipeline);
 }
 
+std::shared_ptr<const msl::EntryPoint> withStageInput(const Function& kernel,
+                                                      const StageInputDescriptor& stageInput) {
+    const std::array functions{&kernel.entryPoint()};
+    return withFetches(kernel.entryPoint(),
+                       {.buffers = stageInput.buffers,
+                        .indices = IndexSource{.type = stageInput.indexType,
+                                               .buffer = stageInput.indexBufferIndex},
+                        .binding = ownBinding(functions)});
+}
+
 } // namespace
 
 VkPipeline ComputePipelineParts::pipelineFor(const ThreadgroupShape& threadgroup) const {
@@ -109,17 +121,22 @@ std::uint32_t ComputePipelineState::maxTotalThreadsPerThreadgroup() const {
     return mostThreads(parts_->device->record, *parts_->kernel);
 }
 
-std::unique_ptr<ComputePipelineState> Device::newComputePipelineState(const Function& kernel) {
+std::unique_ptr<ComputePipelineState>
+Device::newComputePipelineState(const Function& kernel, const StageInputDescriptor* stageInput) {
     const std::string subject = "the compute pipeline of " + kernel.name();
     if (isLost())
         throw DeviceError(refusal(state_->record, subject, VK_ERROR_DEVICE_LOST));
     if (kernel.stage() != msl::Stage::kernel)
         throw DeviceError("The device could not make " + subject + ": it is no kernel.");
     checkNeeds(state_->record, subject, kernel.entryPoint());
+    if (const auto fault = attributeFault(state_->record, kernel.entryPoint(),
+                                          stageInput ? &stageInput->buffers : nullptr))
+        throw DeviceError("The device could not make " + subject + ": " + *fault + ".");
     auto parts = std::make_unique<ComputePipelineParts>();
     parts->device = state_;
-    parts->kernel = kernel.sharedEntryPoint();
-    const std::array functions{&kernel.entryPoint()};
+    parts->kernel = kernel.entryPoint().attributes.empty() ? kernel.sharedEntryPoint()
+                                                           : withStageInput(kernel, *stageInput);
+    const std::array functions{parts->kernel.get()};
     auto layout =
         BindingLayout::make(*state_, {.functions = functions,
                                       .pushConstants = {.stageFlags = VK_SHADER_STAGE_COMPUTE_BIT,

@@ -23,7 +23,8 @@ struct RenderPipelineParts {
     PixelFormat colorFormat = PixelFormat::invalid, depthFormat = PixelFormat::invalid;
     std::uint32_t sampleCount = 1;
     TopologyClass topology = TopologyClass::triangle;
-    PointPipelines points; // beside `drawing`, if it draws points
+    PointPipelines points;                    // beside `drawing`, if it draws points
+    std::vector<std::uint32_t> vertexBuffers; // the index of each of Vulkan's vertex bindings
 
     RenderPipelineParts() = default;
     ~RenderPipelineParts();

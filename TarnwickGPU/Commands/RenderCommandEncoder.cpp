@@ -4,6 +4,7 @@
 #include "TarnwickGPU/Commands/PipelineParts.h"
 #include "TarnwickGPU/Commands/PointDrawing.h"
 #include "TarnwickGPU/Commands/Rendering.h"
+#include "TarnwickGPU/Resources/BufferParts.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 
 #include <algorithm>
@@ -56,6 +57,29 @@ bool fits(const RenderPipelineParts& pipeline, const RenderPassDescriptor& pass)
 
 bool fits(TopologyClass topology, PrimitiveType type) {
     return (topology == TopologyClass::point) == (type == PrimitiveType::point);
+}
+
+// The pipeline of a draw of such primitives.
+const RenderPipelineParts& pipelineOfDraw(const CommandBufferParts& parts, PrimitiveType type) {
+    precondition(parts.encoding == Encoding::render, "a draw is in an open render encoder",
+                 "open encoder", nameOf(parts.encoding));
+    precondition(parts.renderPipeline, "a draw follows setRenderPipelineState()");
+    precondition(fits(parts.renderPipeline->topology, type),
+                 "points are drawn with a pipeline of points, triangles with one of triangles");
+    return *parts.renderPipeline;
+}
+
+void bindIndices(CommandBufferParts& parts, const Buffer& buffer, std::size_t offset,
+                 IndexType type, std::uint32_t count) {
+    const bool isShort = type == IndexType::uint16;
+    const std::size_t bytes = isShort ? 2 : 4;
+    precondition(offset % bytes == 0, "the offset of indices is a multiple of their size", "offset",
+                 offset, "bytes of an index", bytes);
+    precondition(offset <= buffer.length() && (buffer.length() - offset) / bytes >= count,
+                 "the indices are within their buffer", "offset", offset, "indices", count,
+                 "bytes of the buffer", buffer.length());
+    vkCmdBindIndexBuffer(parts.handle, buffer.parts().memory.buffer, offset,
+                         isShort ? VK_INDEX_TYPE_UINT16 : VK_INDEX_TYPE_UINT32);
 }
 
 } // namespace
@@ -147,20 +171,36 @@ void RenderCommandEncoder::setFragmentSamplerState(const SamplerState* state, st
 }
 
 void RenderCommandEncoder::drawPrimitives(PrimitiveType type, std::uint32_t vertexStart,
-                                          std::uint32_t vertexCount, std::uint32_t instanceCount) {
-    precondition(parts_->encoding == Encoding::render, "a draw is in an open render encoder",
-                 "open encoder", nameOf(parts_->encoding));
-    precondition(parts_->renderPipeline, "a draw follows setRenderPipelineState()");
-    const RenderPipelineParts& pipeline = *parts_->renderPipeline;
-    precondition(fits(pipeline.topology, type),
-                 "points are drawn with a pipeline of points, triangles with one of triangles");
+                                          std::uint32_t vertexCount, std::uint32_t instanceCount,
+                                          std::uint32_t baseInstance) {
+    const RenderPipelineParts& pipeline = pipelineOfDraw(*parts_, type);
     if (vertexCount == 0 || instanceCount == 0)
         return;
-    if (pipeline.points.way != PointWay::asGiven)
+    if (pipeline.points.way != PointWay::asGiven) {
+        precondition(baseInstance == 0, "points have the base instance 0", "base instance",
+                     baseInstance);
         return drawPoints(*parts_, vertexStart, vertexCount, instanceCount);
+    }
     openRendering(*parts_);
     readyDraw(*parts_, pipeline.drawing.layout, type);
-    vkCmdDraw(parts_->handle, vertexCount, instanceCount, vertexStart, 0);
+    vkCmdDraw(parts_->handle, vertexCount, instanceCount, vertexStart, baseInstance);
+}
+
+void RenderCommandEncoder::drawIndexedPrimitives(PrimitiveType type, std::uint32_t indexCount,
+                                                 IndexType indexType, const Buffer& indexBuffer,
+                                                 std::size_t indexBufferOffset,
+                                                 std::uint32_t instanceCount,
+                                                 std::int32_t baseVertex,
+                                                 std::uint32_t baseInstance) {
+    const RenderPipelineParts& pipeline = pipelineOfDraw(*parts_, type);
+    precondition(pipeline.points.way == PointWay::asGiven,
+                 "points are drawn with indices only if the pipeline has a vertex descriptor");
+    if (indexCount == 0 || instanceCount == 0)
+        return;
+    openRendering(*parts_);
+    readyDraw(*parts_, pipeline.drawing.layout, type);
+    bindIndices(*parts_, indexBuffer, indexBufferOffset, indexType, indexCount);
+    vkCmdDrawIndexed(parts_->handle, indexCount, instanceCount, 0, baseVertex, baseInstance);
 }
 
 void RenderCommandEncoder::endEncoding() {

@@ -4,6 +4,8 @@
 #include "TarnwickGPU/Commands/StageInterface.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/Device/GraphicsPipeline.h"
+#include "TarnwickGPU/Inputs/AttributeFaults.h"
+#include "TarnwickGPU/Inputs/VertexInput.h"
 #include "TarnwickGPU/Points/PointForms.h"
 
 #include <array>
@@ -24,10 +26,13 @@ VkResult makePipeline(RenderPipelineParts& parts, const RenderPipelineDescriptor
     if (!layout)
         return VK_ERROR_UNKNOWN;
     parts.drawing.layout = std::move(*layout);
+    const VertexInput vertexInput(*functions[0], descriptor.vertexDescriptor);
+    parts.vertexBuffers = vertexInput.buffers();
     return makeGraphicsPipeline(*parts.device,
                                 {.vertex = functions[0]->words,
                                  .fragment = functions[1]->words,
                                  .layout = parts.drawing.layout.pipelineLayout,
+                                 .vertexInput = &vertexInput.state(),
                                  .color = descriptor.color,
                                  .givesColor = (functions[1]->colorAttachments & 1) != 0,
                                  .depthFormat = descriptor.depthFormat,
@@ -56,6 +61,9 @@ Device::newRenderPipelineState(const RenderPipelineDescriptor& given) {
         throw DeviceError(refusal(state_->record, subject(given), VK_ERROR_DEVICE_LOST));
     if (const auto fault = interfaceFault(state_->record, given))
         throw DeviceError("The device could not make " + subject(given) + ": " + *fault + ".");
+    if (const auto fault =
+            attributeFault(state_->record, given.vertex->entryPoint(), given.vertexDescriptor))
+        throw DeviceError("The device could not make " + subject(given) + ": " + *fault + ".");
     const Function vertex = withoutLostOutputs(*given.vertex);
     const Function fragment = withoutLostOutputs(*given.fragment);
     RenderPipelineDescriptor descriptor = given;
@@ -69,7 +77,9 @@ Device::newRenderPipelineState(const RenderPipelineDescriptor& given) {
     parts->topology = descriptor.topology;
     for (const Function* function : {descriptor.vertex, descriptor.fragment})
         checkNeeds(state_->record, subject(descriptor), function->entryPoint());
+    // The forms of points number the vertices in their own way.
     const bool drawsPoints = descriptor.topology == TopologyClass::point &&
+                             descriptor.vertex->entryPoint().attributes.empty() &&
                              takesPointForms(descriptor.vertex->entryPoint());
     const VkResult result =
         drawsPoints ? makePointPipelines(*state_, descriptor, parts->drawing, parts->points)

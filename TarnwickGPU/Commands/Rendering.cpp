@@ -1,6 +1,7 @@
 #include "TarnwickGPU/Commands/Rendering.h"
 
 #include "TarnwickBase/Precondition.h"
+#include "TarnwickGPU/Commands/PipelineParts.h"
 #include "TarnwickGPU/Commands/ResourceBinding.h"
 #include "TarnwickGPU/Points/PointForms.h"
 #include "TarnwickGPU/Resources.h"
@@ -78,6 +79,24 @@ VkRenderingAttachmentInfo keptBetween(const CommandBufferParts& parts,
     return info;
 }
 
+// A buffer that is not bound reads as zero.
+void bindVertexBuffers(CommandBufferParts& parts) {
+    const std::vector<std::uint32_t>& indices = parts.renderPipeline->vertexBuffers;
+    if (indices.empty())
+        return;
+    std::array<VkBuffer, buffersPerStage> buffers;
+    std::array<VkDeviceSize, buffersPerStage> offsets, sizes;
+    const ResourceTable& table = parts.tables[static_cast<std::size_t>(TableIndex::vertexOrKernel)];
+    for (std::size_t binding = 0; binding < indices.size(); ++binding) {
+        const BoundBuffer& bound = table.buffers[indices[binding]];
+        buffers[binding] = bound.buffer ? bound.buffer : parts.device->standIns.zeros.buffer;
+        offsets[binding] = bound.offset;
+        sizes[binding] = bound.buffer ? bound.size : standInBytes;
+    }
+    vkCmdBindVertexBuffers2(parts.handle, 0, static_cast<std::uint32_t>(indices.size()),
+                            buffers.data(), offsets.data(), sizes.data(), nullptr);
+}
+
 } // namespace
 
 const TextureDescriptor& targetDescriptor(const RenderPassDescriptor& pass) {
@@ -147,9 +166,13 @@ void bindPipeline(CommandBufferParts& parts, VkPipeline pipeline) {
 void readyDraw(CommandBufferParts& parts, const BindingLayout& layout, PrimitiveType type) {
     if (parts.primitive != type) {
         vkCmdSetPrimitiveTopology(parts.handle, topologies[static_cast<std::size_t>(type)]);
+        vkCmdSetPrimitiveRestartEnable(parts.handle, type == PrimitiveType::triangleStrip);
         parts.primitive = type;
     }
-    if (std::exchange(parts.resourcesChanged, false) || layout.reportsLoops)
+    const bool haveChanged = std::exchange(parts.resourcesChanged, false);
+    if (haveChanged)
+        bindVertexBuffers(parts);
+    if (haveChanged || layout.reportsLoops)
         bindResources(parts, layout, VK_PIPELINE_BIND_POINT_GRAPHICS);
 }
 

@@ -39,10 +39,11 @@ VkPipelineColorBlendAttachmentState blending(const ColorAttachmentDescriptor& co
 
 constexpr std::array dynamicStates{
     VK_DYNAMIC_STATE_VIEWPORT,           VK_DYNAMIC_STATE_SCISSOR,
-    VK_DYNAMIC_STATE_PRIMITIVE_TOPOLOGY, VK_DYNAMIC_STATE_DEPTH_TEST_ENABLE,
-    VK_DYNAMIC_STATE_DEPTH_WRITE_ENABLE, VK_DYNAMIC_STATE_DEPTH_COMPARE_OP};
+    VK_DYNAMIC_STATE_PRIMITIVE_TOPOLOGY, VK_DYNAMIC_STATE_PRIMITIVE_RESTART_ENABLE,
+    VK_DYNAMIC_STATE_DEPTH_TEST_ENABLE,  VK_DYNAMIC_STATE_DEPTH_WRITE_ENABLE,
+    VK_DYNAMIC_STATE_DEPTH_COMPARE_OP};
 
-// The state that all pipelines of the layer share: no vertex buffers, no culling, and dynamic
+// The state that all pipelines of the layer share: no culling, and dynamic
 // states that the encoder sets.
 struct CommonState {
     VkPipelineVertexInputStateCreateInfo vertexInput{
@@ -121,7 +122,7 @@ VkResult makeGraphicsPipeline(const DeviceState& device, const GraphicsPipelineN
         .pNext = &rendering,
         .stageCount = static_cast<std::uint32_t>(stages.infos.size()),
         .pStages = stages.infos.data(),
-        .pVertexInputState = &common.vertexInput,
+        .pVertexInputState = needs.vertexInput ? needs.vertexInput : &common.vertexInput,
         .pInputAssemblyState = &assembly,
         .pViewportState = &common.viewport,
         .pRasterizationState = &common.rasterization,

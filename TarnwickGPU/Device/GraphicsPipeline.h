@@ -14,6 +14,7 @@ namespace tarnwick::gpu {
 struct GraphicsPipelineNeeds {
     std::span<const std::uint32_t> vertex, fragment; // SPIR-V
     VkPipelineLayout layout = VK_NULL_HANDLE;
+    const VkPipelineVertexInputStateCreateInfo* vertexInput = nullptr; // null: no vertex buffers
     ColorAttachmentDescriptor color;
     bool givesColor = true; // false: the target keeps its contents
     PixelFormat depthFormat = PixelFormat::invalid;

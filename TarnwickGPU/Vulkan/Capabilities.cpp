@@ -10,6 +10,7 @@ namespace {
 // SPIR-V 1.6, 3.31 and 2.3.
 enum class Capability : std::uint32_t {
     Geometry = 2,
+    Tessellation = 3,
     Float16 = 9,
     Int64 = 11,
     Int64Atomics = 12,
@@ -93,6 +94,7 @@ constexpr std::array rows{
     Row{Capability::DrawParameters, "base_vertex and base_instance",
         [](const Asked& a) { return a.in11(&In11::shaderDrawParameters); }},
     Row{Capability::Geometry, "primitive_id", [](const Asked& a) { return a.core(&Core::geometryShader); }},
+    Row{Capability::Tessellation, "tessellation", [](const Asked& a) { return a.core(&Core::tessellationShader); }},
     Row{Capability::SampleRateShading, "sample_id and interpolation at samples",
         [](const Asked& a) { return a.core(&Core::sampleRateShading); }},
     Row{Capability::ClipDistance, "clip_distance",

@@ -21,11 +21,13 @@ constexpr std::array needed13{&VkPhysicalDeviceVulkan13Features::synchronization
 constexpr std::array takenCore{&VkPhysicalDeviceFeatures::robustBufferAccess,
                                &VkPhysicalDeviceFeatures::fragmentStoresAndAtomics,
                                &VkPhysicalDeviceFeatures::vertexPipelineStoresAndAtomics,
+                               &VkPhysicalDeviceFeatures::fullDrawIndexUint32,
                                &VkPhysicalDeviceFeatures::largePoints,
                                &VkPhysicalDeviceFeatures::multiDrawIndirect,
                                &VkPhysicalDeviceFeatures::samplerAnisotropy,
                                &VkPhysicalDeviceFeatures::imageCubeArray,
                                &VkPhysicalDeviceFeatures::geometryShader, // for primitive_id
+                               &VkPhysicalDeviceFeatures::tessellationShader,
                                &VkPhysicalDeviceFeatures::sampleRateShading,
                                &VkPhysicalDeviceFeatures::shaderClipDistance,
                                &VkPhysicalDeviceFeatures::shaderImageGatherExtended,
@@ -99,7 +101,9 @@ bool isUsable(VkPhysicalDevice device) {
 
 OptionalRecords optionalRecords(VkPhysicalDevice device) {
     return {.robustness2 = hasDeviceExtension(device, VK_EXT_ROBUSTNESS_2_EXTENSION_NAME),
-            .atomicFloat = hasDeviceExtension(device, VK_EXT_SHADER_ATOMIC_FLOAT_EXTENSION_NAME)};
+            .atomicFloat = hasDeviceExtension(device, VK_EXT_SHADER_ATOMIC_FLOAT_EXTENSION_NAME),
+            .instanceRates =
+                hasDeviceExtension(device, VK_EXT_VERTEX_ATTRIBUTE_DIVISOR_EXTENSION_NAME)};
 }
 
 DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, FeatureChain& chain,
@@ -116,21 +120,27 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
     chain.robustness2.nullDescriptor = had.robustness2.nullDescriptor;
     chain.atomicFloat.shaderBufferFloat32AtomicAdd = had.atomicFloat.shaderBufferFloat32AtomicAdd;
 
-    DeviceFeatures features{.nullDescriptors = had.robustness2.nullDescriptor == VK_TRUE,
-                            .anisotropy = had.core.features.samplerAnisotropy == VK_TRUE,
-                            .addsFloatsInBuffers =
-                                chain.atomicFloat.shaderBufferFloat32AtomicAdd == VK_TRUE,
-                            .multiDraws = had.core.features.multiDrawIndirect == VK_TRUE,
-                            .sums = had.core.features.shaderInt64 == VK_TRUE &&
-                                    had.vulkan12.shaderBufferInt64Atomics == VK_TRUE &&
-                                    had.core.features.fragmentStoresAndAtomics == VK_TRUE,
-                            .largePoints = had.core.features.largePoints == VK_TRUE,
-                            .mirrorClamp = had.vulkan12.samplerMirrorClampToEdge == VK_TRUE,
-                            .capabilities = capabilitiesOf(device, chain)};
+    chain.instanceRates.vertexAttributeInstanceRateDivisor =
+        had.instanceRates.vertexAttributeInstanceRateDivisor;
+
+    DeviceFeatures features{
+        .nullDescriptors = had.robustness2.nullDescriptor == VK_TRUE,
+        .anisotropy = had.core.features.samplerAnisotropy == VK_TRUE,
+        .addsFloatsInBuffers = chain.atomicFloat.shaderBufferFloat32AtomicAdd == VK_TRUE,
+        .multiDraws = had.core.features.multiDrawIndirect == VK_TRUE,
+        .sums = had.core.features.shaderInt64 == VK_TRUE &&
+                had.vulkan12.shaderBufferInt64Atomics == VK_TRUE &&
+                had.core.features.fragmentStoresAndAtomics == VK_TRUE,
+        .largePoints = had.core.features.largePoints == VK_TRUE,
+        .mirrorClamp = had.vulkan12.samplerMirrorClampToEdge == VK_TRUE,
+        .instanceRates = chain.instanceRates.vertexAttributeInstanceRateDivisor == VK_TRUE,
+        .capabilities = capabilitiesOf(device, chain)};
     if (records.robustness2)
         extensions.push_back(VK_EXT_ROBUSTNESS_2_EXTENSION_NAME);
     if (records.atomicFloat)
         extensions.push_back(VK_EXT_SHADER_ATOMIC_FLOAT_EXTENSION_NAME);
+    if (records.instanceRates)
+        extensions.push_back(VK_EXT_VERTEX_ATTRIBUTE_DIVISOR_EXTENSION_NAME);
     if (hasDeviceExtension(device, VK_KHR_PUSH_DESCRIPTOR_EXTENSION_NAME)) {
         extensions.push_back(VK_KHR_PUSH_DESCRIPTOR_EXTENSION_NAME);
         features.maxPushDescriptors = maxPushDescriptors(device);

@@ -18,9 +18,10 @@ struct DeviceFeatures {
     bool anisotropy = false;
     bool addsFloatsInBuffers = false; // of VK_EXT_shader_atomic_float
     bool multiDraws = false;          // an indirect command may have several draws
-    bool sums = false;        // atomic additions of 64 bits, and stores in fragment functions
-    bool largePoints = false; // larger than a pixel
-    bool mirrorClamp = false; // samplerMirrorClampToEdge
+    bool sums = false;          // atomic additions of 64 bits, and stores in fragment functions
+    bool largePoints = false;   // larger than a pixel
+    bool mirrorClamp = false;   // samplerMirrorClampToEdge
+    bool instanceRates = false; // of VK_EXT_vertex_attribute_divisor
     std::vector<std::uint32_t> capabilities; // Capabilities.h
 };
 

@@ -10,12 +10,16 @@ FeatureChain::FeatureChain(const OptionalRecords& records)
       vulkan12{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_2_FEATURES, .pNext = &vulkan13},
       vulkan13{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_3_FEATURES, .pNext = nullptr},
       robustness2{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_ROBUSTNESS_2_FEATURES_EXT},
-      atomicFloat{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_SHADER_ATOMIC_FLOAT_FEATURES_EXT} {
+      atomicFloat{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_SHADER_ATOMIC_FLOAT_FEATURES_EXT},
+      instanceRates{.sType =
+                        VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VERTEX_ATTRIBUTE_DIVISOR_FEATURES_EXT} {
     auto add = [this](auto& record) { record.pNext = std::exchange(vulkan13.pNext, &record); };
     if (records.robustness2)
         add(robustness2);
     if (records.atomicFloat)
         add(atomicFloat);
+    if (records.instanceRates)
+        add(instanceRates);
 }
 
 } // namespace tarnwick::gpu

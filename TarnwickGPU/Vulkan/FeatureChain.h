@@ -8,8 +8,9 @@ namespace tarnwick::gpu {
 
 // The extensions' records that the chain includes: only those that the device has.
 struct OptionalRecords {
-    bool robustness2 = false; // VK_EXT_robustness2
-    bool atomicFloat = false; // VK_EXT_shader_atomic_float
+    bool robustness2 = false;   // VK_EXT_robustness2
+    bool atomicFloat = false;   // VK_EXT_shader_atomic_float
+    bool instanceRates = false; // VK_EXT_vertex_attribute_divisor
 };
 
 // Neither copied nor moved, since its records point at each other.
@@ -24,6 +25,7 @@ struct FeatureChain {
     VkPhysicalDeviceVulkan13Features vulkan13;
     VkPhysicalDeviceRobustness2FeaturesEXT robustness2;
     VkPhysicalDeviceShaderAtomicFloatFeaturesEXT atomicFloat;
+    VkPhysicalDeviceVertexAttributeDivisorFeaturesEXT instanceRates;
 };
 
 } // namespace tarnwick::gpu

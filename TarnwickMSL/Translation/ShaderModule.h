@@ -32,6 +32,7 @@ struct InterfaceVariable {
     std::string global;  // the LLVM global's name
     std::string builtIn; // input, output: Metal's word ("position", "vertex_id"...); "" = location
     std::uint32_t location = 0;
+    bool isOfPatch = false;         // an input that is the same for the whole patch
     Scalar scalar = Scalar::float_; // input, output
     Interpolation interpolation = Interpolation::centerPerspective;
     std::uint32_t index = 0; // Metal's buffer index
@@ -69,6 +70,9 @@ struct ShaderModule {
     bool usesLoopBudget = false;
     bool earlyFragmentTests = false;
     std::uint32_t mostThreads = 0; // in a threadgroup of this kernel; 0: not specified
+    PatchKind patch = PatchKind::none;
+    std::uint32_t controlPoints = 0;        // 0: not specified
+    std::vector<StageAttribute> attributes; // all of the stage_in argument
 };
 
 } // namespace tarnwick::msl

@@ -9,7 +9,6 @@
 
 namespace tarnwick::msl {
 
-enum class Scalar : std::uint8_t { bool_, int8, uint8, int16, uint16, int32, uint32, half, float_ };
 enum class Interpolation : std::uint8_t {
     centerPerspective,
     centerNoPerspective,
@@ -30,7 +29,9 @@ struct StageValue {
     Interpolation interpolation = Interpolation::centerPerspective;
     std::uint64_t offset = 0; // bytes from the start of the record
     Scalar scalar = Scalar::float_;
-    std::uint32_t width = 1; // components, [1, 4]
+    std::uint32_t width = 1;       // components, [1, 4]
+    bool isOfControlPoint = false; // a member of the T of a patch_control_point<T>, of which
+                                   // `offset` is counted
 };
 
 enum class ArgumentKind : std::uint8_t { buffer, texture, sampler, threadgroup, stageIn, builtIn };
@@ -72,7 +73,9 @@ struct EntrySignature {
     std::vector<StageValue> results; // members of the result record, or the one plain result
     bool resultIsRecord = false;
     bool earlyFragmentTests = false;
-    std::uint32_t mostThreads = 0; // max_total_threads_per_threadgroup's; 0: not specified
+    std::uint32_t mostThreads = 0;     // max_total_threads_per_threadgroup's; 0: not specified
+    PatchKind patch = PatchKind::none; // of a post-tessellation vertex function
+    std::uint32_t controlPoints = 0;   // patch(kind, n)'s n; 0: not specified
 };
 
 } // namespace tarnwick::msl

@@ -111,6 +111,59 @@ BoundSampler sampler(std::istringstream& words) {
     return sampler;
 }
 
+template <typename Value, std::size_t count>
+Value named(const std::array<std::pair<std::string_view, Value>, count>& names,
+            const std::string& word) {
+    for (const auto& [name, value] : names)
+        if (word == name)
+            return value;
+    throw std::runtime_error("The corpus has no name " + word + ".");
+}
+
+constexpr std::array<std::pair<std::string_view, gpu::VertexFormat>, 11> formats{
+    {{"float", gpu::VertexFormat::float_},
+     {"float2", gpu::VertexFormat::float2},
+     {"float3", gpu::VertexFormat::float3},
+     {"float4", gpu::VertexFormat::float4},
+     {"half2", gpu::VertexFormat::half2},
+     {"half4", gpu::VertexFormat::half4},
+     {"short2", gpu::VertexFormat::short2},
+     {"uchar4", gpu::VertexFormat::uchar4},
+     {"uchar4Normalized", gpu::VertexFormat::uchar4Normalized},
+     {"int", gpu::VertexFormat::int_},
+     {"uint", gpu::VertexFormat::uint}}};
+
+constexpr std::array<std::pair<std::string_view, gpu::StepFunction>, 9> steps{
+    {{"constant", gpu::StepFunction::constant},
+     {"vertex", gpu::StepFunction::perVertex},
+     {"instance", gpu::StepFunction::perInstance},
+     {"patch", gpu::StepFunction::perPatch},
+     {"control_point", gpu::StepFunction::perPatchControlPoint},
+     {"x", gpu::StepFunction::threadPositionInGridX},
+     {"y", gpu::StepFunction::threadPositionInGridY},
+     {"x_indexed", gpu::StepFunction::threadPositionInGridXIndexed},
+     {"y_indexed", gpu::StepFunction::threadPositionInGridYIndexed}}};
+
+void addAttribute(std::istringstream& words, gpu::VertexDescriptor& descriptor) {
+    std::size_t index = 0;
+    std::string format;
+    words >> index >> format;
+    gpu::AttributeDescriptor& attribute = descriptor.attributes.at(index);
+    attribute.format = named(formats, format);
+    words >> attribute.offset >> attribute.bufferIndex;
+}
+
+void addLayout(std::istringstream& words, gpu::VertexDescriptor& descriptor) {
+    std::size_t index = 0;
+    std::string step;
+    words >> index;
+    gpu::BufferLayoutDescriptor& layout = descriptor.layouts.at(index);
+    words >> layout.stride >> step;
+    layout.step = named(steps, step);
+    if (std::uint32_t rate = 0; words >> rate)
+        layout.stepRate = rate;
+}
+
 Pixel pixel(std::istringstream& words) {
     Pixel pixel;
     std::string colon;
@@ -138,6 +191,10 @@ void takePromise(const std::string& line, Program& program) {
         program.textures.push_back(texture(words));
     else if (word == "@sampler")
         program.samplers.push_back(sampler(words));
+    else if (word == "@attribute")
+        addAttribute(words, program.attributes);
+    else if (word == "@layout")
+        addLayout(words, program.attributes);
     else if (word == "@pixel")
         program.pixels.push_back(pixel(words));
     else if (word.starts_with('@'))

@@ -16,6 +16,11 @@
 //                                 are numbered (NumberedTextures.h)
 //   // @sampler 0 linear repeat   [[sampler(0)]] of all functions: linear, mip_nearest,
 //                                 mip_linear, repeat, mirrored_repeat, clamp_to_zero, less, greater
+//   // @attribute 0 float3 16 1  [[attribute(0)]] of all functions: format, offset in bytes, buffer
+//   // @layout 1 28 instance 2    buffer 1 of the attributes: stride in bytes, step function
+//                                 (constant, vertex, instance, patch, control_point, x, y,
+//                                 x_indexed, y_indexed; indices are the words of `scratch`), step
+//                                 rate (1 by default)
 //   // @pixel 2 5 : 1 0 0.5 1     a pixel from the upper left, red, green, blue and alpha
 //
 // A program that promises numbers but says neither runs nor draws runs `check` once. All of them
@@ -72,6 +77,7 @@ struct Program {
     std::vector<BoundTexture> textures;
     std::vector<BoundSampler> samplers;
     std::vector<Pixel> pixels;
+    gpu::VertexDescriptor attributes;
 };
 
 // All of a folder by name. Throws std::runtime_error on a promise that it cannot read.

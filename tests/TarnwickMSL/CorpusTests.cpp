@@ -44,6 +44,8 @@ class Corpus : public testing::TestWithParam<Program> {
     std::map<std::uint32_t, std::unique_ptr<gpu::Texture>> textures; // by their index
     std::map<std::uint32_t, std::unique_ptr<gpu::SamplerState>> samplers;
     std::vector<float> in = std::vector<float>(numbers);
+    gpu::StageInputDescriptor attributes{.indexType = gpu::IndexType::uint32,
+                                         .indexBufferIndex = 2};
     Picture picture{};
 };
 
@@ -59,6 +61,7 @@ void Corpus::SetUp() {
 }
 
 void Corpus::bind(const Program& program) {
+    attributes.buffers = program.attributes;
     for (const BoundTexture& given : program.textures) {
         textures[given.index] =
             tests::numberedTexture(*device, given.descriptor, tests::componentOf(given.component));
@@ -71,7 +74,7 @@ void Corpus::bind(const Program& program) {
 void Corpus::dispatch(const gpu::Library& library, const Dispatch& given) {
     const auto function = library.newFunction(given.kernel);
     ASSERT_TRUE(function) << given.kernel;
-    const auto pipeline = device->newComputePipelineState(*function);
+    const auto pipeline = device->newComputePipelineState(*function, &attributes);
     auto commands = queue->commandBuffer();
     auto encoder = commands->computeCommandEncoder();
     encoder->setComputePipelineState(*pipeline);
@@ -96,11 +99,14 @@ std::unique_ptr<gpu::Function> firstOf(const gpu::Library& library, msl::Stage s
     return nullptr;
 }
 
-std::unique_ptr<gpu::RenderPipelineState>
-pipelineFor(gpu::Device& device, const gpu::Library& library, const DrawCall& given) {
+std::unique_ptr<gpu::RenderPipelineState> pipelineFor(gpu::Device& device,
+                                                      const gpu::Library& library,
+                                                      const DrawCall& given,
+                                                      const gpu::VertexDescriptor& attributes) {
     const auto vertex = firstOf(library, msl::Stage::vertex);
     const auto fragment = firstOf(library, msl::Stage::fragment);
-    gpu::RenderPipelineDescriptor descriptor{.vertex = vertex.get(), .fragment = fragment.get()};
+    gpu::RenderPipelineDescriptor descriptor{
+        .vertex = vertex.get(), .fragment = fragment.get(), .vertexDescriptor = &attributes};
     descriptor.color = {.format = gpu::PixelFormat::rgba32Float};
     if (given.hasDepth)
         descriptor.depthFormat = gpu::PixelFormat::depth32Float;
@@ -124,7 +130,7 @@ std::unique_ptr<gpu::Texture> target(gpu::Device& device, gpu::PixelFormat forma
 }
 
 void Corpus::draw(const gpu::Library& library, const DrawCall& given) {
-    const auto pipeline = pipelineFor(*device, library, given);
+    const auto pipeline = pipelineFor(*device, library, given, attributes.buffers);
     const auto resolved = target(*device, gpu::PixelFormat::rgba32Float, 1);
     const auto samples =
         given.hasSamples ? target(*device, gpu::PixelFormat::rgba32Float, 4) : nullptr;

@@ -7,6 +7,7 @@
 #include <clang/Sema/Sema.h>
 
 #include <array>
+#include <tuple>
 
 namespace tarnwick::msl {
 namespace {
@@ -22,21 +23,22 @@ constexpr std::array words = {
     "buffer", "texture", "sampler", "threadgroup", "stage_in", "user", "color", "depth", "position",
     "point_size", "clip_distance", "flat", "center_perspective", "center_no_perspective",
     "centroid_perspective", "centroid_no_perspective", "sample_perspective",
-    "sample_no_perspective", "invariant", "shared", "id", "index",
+    "sample_no_perspective", "invariant", "shared", "id", "index", "attribute",
 
     // built-in values
     "vertex_id", "instance_id", "base_vertex", "base_instance", "point_coord", "front_facing",
     "sample_id", "sample_mask", "primitive_id", "viewport_array_index", "render_target_array_index",
-    "thread_position_in_grid", "thread_position_in_threadgroup", "thread_index_in_threadgroup",
-    "threadgroup_position_in_grid", "threads_per_grid", "threads_per_threadgroup",
-    "threadgroups_per_grid", "thread_index_in_simdgroup", "simdgroup_index_in_threadgroup",
-    "threads_per_simdgroup", "simdgroups_per_threadgroup", "dispatch_threads_per_threadgroup",
-    "thread_execution_width", "thread_index_in_quadgroup", "quadgroup_index_in_threadgroup",
-    "quadgroups_per_threadgroup", "dispatch_simdgroups_per_threadgroup",
-    "dispatch_quadgroups_per_threadgroup", "grid_size", "grid_origin",
+    "position_in_patch", "patch_id", "thread_position_in_grid", "thread_position_in_threadgroup",
+    "thread_index_in_threadgroup", "threadgroup_position_in_grid", "threads_per_grid",
+    "threads_per_threadgroup", "threadgroups_per_grid", "thread_index_in_simdgroup",
+    "simdgroup_index_in_threadgroup", "threads_per_simdgroup", "simdgroups_per_threadgroup",
+    "dispatch_threads_per_threadgroup", "thread_execution_width", "thread_index_in_quadgroup",
+    "quadgroup_index_in_threadgroup", "quadgroups_per_threadgroup",
+    "dispatch_simdgroups_per_threadgroup", "dispatch_quadgroups_per_threadgroup", "grid_size",
+    "grid_origin",
     // functions
     "vertex", "fragment", "kernel", "early_fragment_tests", "max_total_threads_per_threadgroup",
-    "host_name"};
+    "host_name", "patch"};
 
 // The spellings that Clang's parser accepts: Metal's words in double brackets, and the words of the
 // token pass (msl_vertex ...) in GNU's form.
@@ -62,31 +64,34 @@ void reportError(clang::Sema& sema, clang::SourceLocation at, const char* messag
 class MetalAttributeInfo : public ParsedAttrInfo {
   public:
     MetalAttributeInfo() {
-        OptArgs = 1;
+        OptArgs = 2;
         Spellings = allSpellings;
     }
 
     AttrHandling handleDeclAttribute(clang::Sema& sema, clang::Decl* declaration,
                                      const ParsedAttr& attribute) const override {
         std::string tag = (prefix + attribute.getAttrName()->getName()).str();
-        if (attribute.getNumArgs() > 0 && !appendArgument(sema, attribute, tag))
-            return AttributeNotApplied;
+        for (unsigned i = 0; i < attribute.getNumArgs(); ++i)
+            if (!appendArgument(sema, attribute, i, tag))
+                return AttributeNotApplied;
         declaration->addAttr(
             clang::BTFDeclTagAttr::CreateImplicit(sema.Context, tag, attribute.getRange()));
         return AttributeApplied;
     }
 
   private:
-    // Appends ":4" or ":name" to the tag.
-    static bool appendArgument(clang::Sema& sema, const ParsedAttr& attribute, std::string& tag) {
+    // Appends ":4" or ":name" to the tag; ",4" for a second argument.
+    static bool appendArgument(clang::Sema& sema, const ParsedAttr& attribute, unsigned i,
+                               std::string& tag) {
         llvm::StringRef word = attribute.getAttrName()->getName();
-        if (attribute.isArgIdent(0)) {
-            tag += (":" + attribute.getArgAsIdent(0)->Ident->getName()).str();
+        tag += i == 0 ? ":" : ",";
+        if (attribute.isArgIdent(i)) {
+            tag += attribute.getArgAsIdent(i)->Ident->getName();
             return true;
         }
-        const clang::Expr* argument = attribute.getArgAsExpr(0)->IgnoreParenImpCasts();
+        const clang::Expr* argument = attribute.getArgAsExpr(i)->IgnoreParenImpCasts();
         if (const auto* text = llvm::dyn_cast<clang::StringLiteral>(argument)) {
-            tag += (":" + text->getString()).str();
+            tag += text->getString();
             return true;
         }
         clang::Expr::EvalResult value;
@@ -100,7 +105,7 @@ class MetalAttributeInfo : public ParsedAttrInfo {
                         word);
             return false;
         }
-        tag.append(":").append(llvm::toString(value.Val.getInt(), 10));
+        tag += llvm::toString(value.Val.getInt(), 10);
         return true;
     }
 };
@@ -120,8 +125,11 @@ std::vector<MetalAttribute> metalAttributes(const clang::Decl& declaration) {
             continue;
         auto [word, argument] = text.split(':');
         MetalAttribute attribute{.word = word.str(), .index = 0, .hasIndex = false, .text = ""};
-        attribute.hasIndex = !argument.empty() && !argument.getAsInteger(10, attribute.index);
-        if (!attribute.hasIndex)
+        llvm::StringRef number = argument;
+        if (word == "patch") // the one attribute with two arguments
+            std::tie(argument, number) = argument.split(',');
+        attribute.hasIndex = !number.empty() && !number.getAsInteger(10, attribute.index);
+        if (!attribute.hasIndex || argument != number)
             attribute.text = argument.str();
         found.push_back(std::move(attribute));
     }

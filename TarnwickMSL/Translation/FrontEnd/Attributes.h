@@ -21,7 +21,7 @@ struct MetalAttribute {
     std::string word;        // "buffer", "position", "msl_fragment", ...
     std::uint32_t index = 0; // the number in parentheses, if hasIndex
     bool hasIndex = false;
-    std::string text; // the word in parentheses: "locn0" of user(locn0)
+    std::string text; // the word in parentheses: "locn0" of user(locn0), "quad" of patch(quad, 4)
 };
 
 // The attributes of one declaration, in source order.

@@ -13,9 +13,12 @@ constexpr BuiltInWord kernelInput(std::string_view word, std::uint32_t lanes) {
 // clang-format off
 static constexpr std::array words{
     BuiltInWord{.word = "vertex_id", .isVertexInput = true},
-    BuiltInWord{.word = "instance_id", .isVertexInput = true},
+    BuiltInWord{.word = "instance_id", .isVertexInput = true, .isPatchInput = true},
     BuiltInWord{.word = "base_vertex", .isVertexInput = true},
-    BuiltInWord{.word = "base_instance", .isVertexInput = true},
+    BuiltInWord{.word = "base_instance", .isVertexInput = true, .isPatchInput = true},
+    BuiltInWord{.word = "patch_id", .isPatchInput = true},
+    // Three coordinates in a triangle, two in a quad.
+    BuiltInWord{.word = "position_in_patch", .element = Element::float_, .mostLanes = 3, .isPatchInput = true},
     BuiltInWord{.word = "position", .element = Element::float_, .mostLanes = 4, .isFragmentInput = true, .isVertexResult = true},
     // Vertex results often serve as fragment input; point_size is 0 there.
     BuiltInWord{.word = "point_size", .element = Element::float_, .isFragmentInput = true, .isVertexResult = true},

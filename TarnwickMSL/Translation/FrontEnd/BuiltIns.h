@@ -17,9 +17,11 @@ struct BuiltInWord {
     std::uint32_t mostLanes = 1; // a kernel's positions and sizes may have fewer
     bool isVertexInput = false, isFragmentInput = false, isKernelInput = false;
     bool isVertexResult = false, isFragmentResult = false;
+    bool isPatchInput = false; // of a post-tessellation vertex function
 
-    bool isInputOf(Stage stage) const {
-        return stage == Stage::vertex     ? isVertexInput
+    bool isInputOf(Stage stage, PatchKind patch) const {
+        return patch != PatchKind::none   ? isPatchInput
+               : stage == Stage::vertex   ? isVertexInput
                : stage == Stage::fragment ? isFragmentInput
                                           : isKernelInput;
     }

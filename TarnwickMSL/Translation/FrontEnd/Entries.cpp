@@ -62,6 +62,9 @@ class EntryReader {
     }
 
     void readFunction(const clang::FunctionDecl& function);
+    void readPatch(const clang::FunctionDecl& function, EntrySignature& signature);
+    void readStageIn(const clang::ParmVarDecl& parameter, const EntrySignature& signature,
+                     Argument& argument);
     void readArgument(const clang::ParmVarDecl& parameter, EntrySignature& signature);
     bool readResource(const clang::ParmVarDecl& parameter, Argument& argument);
     bool readTexture(const clang::ClassTemplateSpecializationDecl& texture, Argument& argument);
@@ -115,6 +118,12 @@ bool EntryReader::readTexture(const clang::ClassTemplateSpecializationDecl& text
     argument.isRead = access != 2;
     argument.isWritten = access >= 2;
     return true;
+}
+
+// A position in a triangle has three coordinates, one in a quad two.
+bool fits(PatchKind patch, const StageValue& value) {
+    return value.attribute != "position_in_patch" ||
+           value.width == (patch == PatchKind::quad ? 2u : 3u);
 }
 
 // Textures, samplers, buffers and threadgroup memory.
@@ -176,11 +185,12 @@ bool EntryReader::readBuiltIn(const clang::ParmVarDecl& parameter, EntrySignatur
         StageValue value;
         value.name = parameter.getName().str();
         value.attribute = attribute.word;
-        if (!word->isInputOf(signature.stage))
+        const bool hasShape = readShape(context, parameter.getType(), value);
+        if (!word->isInputOf(signature.stage, signature.patch))
             error(parameter.getLocation(),
                   "attribute '%0' is not valid for an input of a %1 function", attribute.word,
                   stageName(signature.stage));
-        else if (!readShape(context, parameter.getType(), value) || !word->takes(value))
+        else if (!hasShape || !word->takes(value) || !fits(signature.patch, value))
             error(parameter.getLocation(), "type %0 is not valid for attribute '%1'",
                   "'" + parameter.getType().getAsString() + "'", attribute.word);
         value.index = attribute.index;
@@ -191,6 +201,19 @@ bool EntryReader::readBuiltIn(const clang::ParmVarDecl& parameter, EntrySignatur
     return false;
 }
 
+void EntryReader::readStageIn(const clang::ParmVarDecl& parameter, const EntrySignature& signature,
+                              Argument& argument) {
+    argument.kind = ArgumentKind::stageIn;
+    argument.index = 0;
+    const auto* record = parameter.getType()->getAsCXXRecordDecl();
+    if (!record)
+        error(parameter.getLocation(), "invalid type %0 for a stage_in argument",
+              "'" + parameter.getType().getAsString() + "'");
+    else
+        argument.values =
+            stageValues(context, *record, {.stage = signature.stage, .patch = signature.patch});
+}
+
 void EntryReader::readArgument(const clang::ParmVarDecl& parameter, EntrySignature& signature) {
     Argument argument;
     argument.name = parameter.getName().str();
@@ -198,19 +221,8 @@ void EntryReader::readArgument(const clang::ParmVarDecl& parameter, EntrySignatu
     for (const char* word : {"buffer", "texture", "sampler", "threadgroup"})
         if (auto attribute = metalAttribute(parameter, word); attribute && attribute->hasIndex)
             argument.index = attribute->index;
-    const auto* record = parameter.getType()->getAsCXXRecordDecl();
     if (metalAttribute(parameter, "stage_in")) {
-        argument.kind = ArgumentKind::stageIn;
-        argument.index = 0;
-        if (signature.stage != Stage::fragment)
-            error(parameter.getLocation(),
-                  "attribute 'stage_in' is not supported in a %0 function on this platform",
-                  stageName(signature.stage));
-        else if (!record)
-            error(parameter.getLocation(), "invalid type %0 for a stage_in argument",
-                  "'" + parameter.getType().getAsString() + "'");
-        else
-            argument.values = stageValues(context, *record, signature.stage, Border::input);
+        readStageIn(parameter, signature, argument);
     } else if (readBuiltIn(parameter, signature, argument)) {
         argument.index = 0;
     } else if (!readResource(parameter, argument)) {
@@ -287,7 +299,8 @@ void EntryReader::readResult(const clang::FunctionDecl& function, EntrySignature
         return;
     }
     signature.resultIsRecord = true;
-    signature.results = stageValues(context, *record, signature.stage, Border::result);
+    signature.results =
+        stageValues(context, *record, {.stage = signature.stage, .border = Border::result});
     const bool hasPosition =
         std::any_of(signature.results.begin(), signature.results.end(),
                     [](const StageValue& v) { return v.attribute == "position"; });
@@ -295,6 +308,23 @@ void EntryReader::readResult(const clang::FunctionDecl& function, EntrySignature
         error(function.getLocation(),
               "invalid return type %0 for vertex function: no member has the 'position' attribute",
               "'" + type.getAsString() + "'");
+}
+
+// [[patch(triangle, n)]] and [[patch(quad, n)]] (Metal Shading Language 3.1, 5.1.1.1).
+void EntryReader::readPatch(const clang::FunctionDecl& function, EntrySignature& signature) {
+    constexpr std::uint32_t mostControlPoints = 32;
+    const auto patch = metalAttribute(function, "patch");
+    if (!patch)
+        return;
+    if (signature.stage != Stage::vertex)
+        error(function.getLocation(), "attribute 'patch' is valid for a vertex function only");
+    if (patch->text != "triangle" && patch->text != "quad")
+        error(function.getLocation(), "the kind of a patch is triangle or quad");
+    if (patch->index > mostControlPoints)
+        error(function.getLocation(), "a patch has at most %0 control points",
+              std::to_string(mostControlPoints));
+    signature.patch = patch->text == "quad" ? PatchKind::quad : PatchKind::triangle;
+    signature.controlPoints = patch->index;
 }
 
 void EntryReader::readFunction(const clang::FunctionDecl& function) {
@@ -327,6 +357,7 @@ void EntryReader::readFunction(const clang::FunctionDecl& function) {
         context.getSourceManager().getPresumedLoc(function.getLocation());
     signature.place = std::string(place.getFilename()) + ":" + std::to_string(place.getLine()) +
                       ":" + std::to_string(place.getColumn());
+    readPatch(function, signature);
     for (const clang::ParmVarDecl* parameter : function.parameters())
         readArgument(*parameter, signature);
     numberResources(signature);

@@ -6,23 +6,23 @@
 namespace tarnwick::msl {
 
 // clang-format off
-// Sorted. Metal Shading Language 3.1: 5.1.1.1 (tessellation), 5.1.4 to 5.1.9 (visible, stitchable,
+// Sorted. Metal Shading Language 3.1: 5.1.4 to 5.1.9 (visible, stitchable,
 // intersection, object, mesh and tile functions), 5.2.3, 5.6 (imageblocks), 5.7 and 5.8.
-static constexpr std::array<std::string_view, 20> attributes{
-    "alias_implicit_imageblock", "amplification_count", "amplification_id", "attribute",
-    "barycentric_coord", "function_constant", "imageblock_data", "intersection", "mesh", "object", "patch", "patch_id",
-    "payload", "position_in_patch", "primitive_culled", "raster_order_group", "stencil",
+static constexpr std::array<std::string_view, 17> attributes{
+    "alias_implicit_imageblock", "amplification_count", "amplification_id",
+    "barycentric_coord", "function_constant", "imageblock_data", "intersection", "mesh", "object", "patch",
+    "payload", "primitive_culled", "raster_order_group", "stencil",
     "stitchable", "tile", "visible",
 };
 
 // Sorted. 2.7 (pixel types), 2.11 (imageblocks), 2.14
 // to 2.19, 6.11 (interpolants), 6.13, 6.16 (commands), 6.17 and 6.18 (rays).
-static constexpr std::array<std::string_view, 38> names{
+static constexpr std::array<std::string_view, 37> names{
     "command_buffer", "compute_command", "imageblock",
     "imageblock_slice", "interpolant", "interpolation", "intersection_function_table",
     "intersector",
     "is_function_constant_defined", "mesh", "mesh_grid_properties", "object_data",
-    "patch_control_point", "r16snorm", "r16unorm", "r8snorm", "r8unorm",
+    "r16snorm", "r16unorm", "r8snorm", "r8unorm",
     "rasterization_rate_map_data", "rasterization_rate_map_decoder", "ray_data", "raytracing",
     "render_command", "rg11b10f", "rg16snorm", "rg16unorm", "rg8snorm", "rg8unorm", "rgb10a2",
     "rgb9e5", "rgba16snorm", "rgba16unorm", "rgba8snorm", "rgba8unorm", "srgba8unorm",

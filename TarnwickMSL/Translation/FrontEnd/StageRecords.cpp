@@ -23,6 +23,7 @@ using clang::QualType;
 // components).
 constexpr std::size_t mostVaryings = 31;
 constexpr std::uint32_t mostColors = 8;
+constexpr std::uint32_t mostAttributes = 31;
 
 constexpr std::array<std::pair<std::string_view, Interpolation>, 7> interpolations = {
     {{"flat", Interpolation::flat},
@@ -73,18 +74,17 @@ const clang::ClassTemplateSpecializationDecl* libraryClass(QualType type) {
 
 class RecordReader {
   public:
-    RecordReader(clang::ASTContext& context, Stage stage, Border border)
-        : context(context), stage(stage), border(border) {}
+    RecordReader(clang::ASTContext& context, const StagePlace& place)
+        : context(context), place(place) {}
 
     void record(const clang::CXXRecordDecl& record, const StageValue& outer);
     std::vector<StageValue> values;
 
   private:
     clang::ASTContext& context;
-    Stage stage;
-    Border border;
+    StagePlace place;
 
-    bool isInput() const { return border == Border::input; }
+    bool isInput() const { return place.border == Border::input; }
     void error(clang::SourceLocation at, const char* message, llvm::StringRef first,
                llvm::StringRef second = "") {
         clang::DiagnosticsEngine& diagnostics = context.getDiagnostics();
@@ -94,6 +94,8 @@ class RecordReader {
     }
     void field(const clang::FieldDecl& field, StageValue value);
     void attributes(const clang::FieldDecl& field, StageValue& value);
+    bool attributeField(const clang::FieldDecl& field, StageValue value);
+    bool controlPoints(const clang::FieldDecl& field, const StageValue& value);
     bool parts(QualType type, const StageValue& whole);
     bool elements(QualType element, std::uint64_t count, const StageValue& whole);
     void reportTwin(const clang::FieldDecl& field, std::size_t i);
@@ -107,7 +109,8 @@ void RecordReader::attributes(const clang::FieldDecl& field, StageValue& value) 
                 value.interpolation = interpolation;
         if (attribute.word == "user")
             value.name = attribute.text;
-        if (builtInWord(attribute.word)) {
+        const bool isAttribute = attribute.word == "attribute" && place.hasAttributes();
+        if (isAttribute || builtInWord(attribute.word)) {
             value.attribute = attribute.word;
             if (attribute.hasIndex)
                 value.index = attribute.index;
@@ -120,11 +123,11 @@ void RecordReader::check(const clang::FieldDecl& field, const StageValue& value)
     const BuiltInWord* word = builtInWord(value.attribute);
     if (!word)
         return;
-    if (!(isInput() ? word->isInputOf(stage) : word->isResultOf(stage)))
+    if (!(isInput() ? word->isInputOf(place.stage, place.patch) : word->isResultOf(place.stage)))
         error(field.getLocation(),
               isInput() ? "attribute '%0' is not valid for an input of a %1 function"
                         : "attribute '%0' is not valid for a result of a %1 function",
-              value.attribute, stageName(stage));
+              value.attribute, stageName(place.stage));
     else if (value.attribute == "color" && value.index >= mostColors)
         error(field.getLocation(), "'%0' has an index beyond %1", field.getName(),
               std::to_string(mostColors - 1));
@@ -183,19 +186,67 @@ void RecordReader::reportTwin(const clang::FieldDecl& field, std::size_t i) {
         const bool isSame =
             value.attribute.empty() ? value.name == other.name : value.index == other.index;
         if (isSame && value.attribute == other.attribute)
-            return error(field.getLocation(), "'%0' has the attribute or the name of another member",
-                         field.getName());
+            return error(field.getLocation(),
+                         "'%0' has the attribute or the name of another member", field.getName());
     }
+}
+
+// The members of the T of a patch_control_point<T>. False if the member is of another type.
+bool RecordReader::controlPoints(const clang::FieldDecl& field, const StageValue& value) {
+    const auto* known = libraryClass(field.getType());
+    if (!known || known->getName() != "patch_control_point")
+        return false;
+    const clang::CXXRecordDecl* point =
+        known->getTemplateArgs()[0].getAsType()->getAsCXXRecordDecl();
+    if (place.patch == PatchKind::none || value.isOfControlPoint)
+        error(field.getLocation(), "'%0' is valid in a stage_in record of a patch function only",
+              "patch_control_point");
+    else if (!point)
+        error(field.getLocation(), "invalid type %0 for a stage_in member",
+              "'" + field.getType().getAsString() + "'");
+    else {
+        StageValue outer;
+        outer.isOfControlPoint = true;
+        record(*point, outer);
+    }
+    return true;
+}
+
+// A number or a vector that comes from a buffer.
+bool RecordReader::attributeField(const clang::FieldDecl& field, StageValue value) {
+    QualType type = field.getType();
+    if (value.attribute != "attribute") {
+        error(field.getLocation(),
+              "'%0' is a stage_in member of a %1 function without attribute(n)", field.getName(),
+              stageName(place.stage));
+        return true;
+    }
+    if (const auto* known = libraryClass(type); known && known->getName() == "packed_vector") {
+        value.width =
+            static_cast<std::uint32_t>(known->getTemplateArgs()[1].getAsIntegral().getZExtValue());
+        type = known->getTemplateArgs()[0].getAsType();
+    }
+    if (type->isArrayType() || !readShape(context, type, value) || value.scalar == Scalar::bool_)
+        return false;
+    values.push_back(value);
+    if (value.index >= mostAttributes)
+        error(field.getLocation(), "'%0' has an index beyond %1", field.getName(),
+              std::to_string(mostAttributes - 1));
+    reportTwin(field, values.size() - 1);
+    return true;
 }
 
 void RecordReader::field(const clang::FieldDecl& field, StageValue value) {
     attributes(field, value);
+    if (controlPoints(field, value))
+        return;
     const std::size_t before = values.size();
+    const bool isAttribute = place.hasAttributes() && !builtInWord(value.attribute);
     const bool isWhole =
         value.attribute == "clip_distance" && readShape(context, field.getType(), value);
     if (isWhole)
         values.push_back(value);
-    else if (!parts(field.getType(), value)) {
+    else if (!(isAttribute ? attributeField(field, value) : parts(field.getType(), value))) {
         values.resize(before);
         error(field.getLocation(),
               isInput() ? "invalid type %0 for a stage_in member"
@@ -203,7 +254,7 @@ void RecordReader::field(const clang::FieldDecl& field, StageValue value) {
               "'" + field.getType().getAsString() + "'");
         return;
     }
-    for (std::size_t i = before; i < values.size(); ++i)
+    for (std::size_t i = before; i < values.size() && !isAttribute; ++i)
         if (values[i].attribute == value.attribute) {
             check(field, values[i]);
             reportTwin(field, i);
@@ -252,8 +303,8 @@ bool readShape(const clang::ASTContext& context, QualType type, StageValue& valu
 }
 
 std::vector<StageValue> stageValues(clang::ASTContext& context, const clang::CXXRecordDecl& record,
-                                    Stage stage, Border border) {
-    RecordReader reader(context, stage, border);
+                                    const StagePlace& place) {
+    RecordReader reader(context, place);
     reader.record(record, {});
     const auto varyings = std::count_if(reader.values.begin(), reader.values.end(),
                                         [](const StageValue& v) { return v.attribute.empty(); });

@@ -20,9 +20,20 @@ enum class Border : std::uint8_t { input, result };
 // False if the type is not a number, vector or array of these.
 bool readShape(const clang::ASTContext& context, clang::QualType type, StageValue& value);
 
+// The functions that a record is an input or a result of.
+struct StagePlace {
+    Stage stage = Stage::fragment;
+    PatchKind patch = PatchKind::none;
+    Border border = Border::input;
+
+    // Whether the members come from buffers, each by its attribute(n) (Metal Shading Language 3.1,
+    // 5.2.4); otherwise they come from the stage before.
+    bool hasAttributes() const { return border == Border::input && stage != Stage::fragment; }
+};
+
 // The values of a record: members of bases, nested records, arrays and matrices, one by one
 // ("inner.uv", "colours[1]"). Members of invalid types are reported.
 std::vector<StageValue> stageValues(clang::ASTContext& context, const clang::CXXRecordDecl& record,
-                                    Stage stage, Border border);
+                                    const StagePlace& place);
 
 } // namespace tarnwick::msl

@@ -184,9 +184,13 @@ bool TokenPass::missingAttribute(std::size_t i) {
 // Rewrites the word of `[[user(name)]]` and `[[depth(any)]]` to a string. Puts parentheses round
 // the name in `[[buffer(slot)]]`: Clang takes a single name for a word, `(slot)` for a value.
 void TokenPass::attributeArguments(std::size_t i) {
-    static constexpr llvm::StringLiteral numbered[] = {
-        "buffer",      "texture", "sampler",
-        "threadgroup", "color",   "max_total_threads_per_threadgroup"};
+    static constexpr llvm::StringLiteral numbered[] = {"buffer",
+                                                       "texture",
+                                                       "sampler",
+                                                       "color",
+                                                       "attribute",
+                                                       "threadgroup",
+                                                       "max_total_threads_per_threadgroup"};
     std::size_t end = scopes.match(i);
     for (std::size_t j = i + 2; j + 1 < end; ++j) {
         if ((is(j - 1, tok::l_square) || is(j - 1, tok::comma)) && missingAttribute(j))

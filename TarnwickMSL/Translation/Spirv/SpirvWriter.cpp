@@ -4,6 +4,7 @@
 #include "TarnwickMSL/Translation/Spirv/Arithmetic.h"
 #include "TarnwickMSL/Translation/Spirv/Atomics.h"
 #include "TarnwickMSL/Translation/Spirv/Calls.h"
+#include "TarnwickMSL/Translation/Spirv/Fetches.h"
 #include "TarnwickMSL/Translation/Spirv/Images.h"
 #include "TarnwickMSL/Translation/Spirv/Intrinsics.h"
 #include "TarnwickMSL/Translation/Spirv/Stage.h"
@@ -40,7 +41,8 @@ class FunctionWriter {
     explicit FunctionWriter(const ShaderModule& shader)
         : shader_(shader),
           body_(module_, shader.module->getContext(), shader.module->getDataLayout()),
-          memory_(body_, shader), images_(body_, shader, bindingAfter(shader)) {
+          memory_(body_, shader), images_(body_, shader, bindingAfter(shader)),
+          fetches_(body_, shader) {
         body_.onDemand = [this](const Instruction& instruction) {
             return isDeferred(instruction) ? value(instruction) : 0;
         };
@@ -65,6 +67,7 @@ class FunctionWriter {
     Body body_;
     Memory memory_;
     Images images_;
+    Fetches fetches_;
     std::vector<std::pair<const PHINode*, std::size_t>> phis_; // and the place of their operands
 };
 
@@ -101,6 +104,8 @@ Id FunctionWriter::call(const CallInst& call) {
         throw callee ? TranslationError("The function '" + demangle(callee->getName()) +
                                         "' is called but not defined.")
                      : TranslationError("Function pointers are not supported in a shader.");
+    if (name == "attribute")
+        return fetches_.write(call);
     return Images::takes(name) ? images_.write(name, call)
                                : writeBuiltInCall(body_, memory_, shader_.stage, name, call);
 }
@@ -212,6 +217,11 @@ void FunctionWriter::modes() {
         module_.executionMode(spv::ExecutionMode::EarlyFragmentTests);
     if (shader_.stage == Stage::kernel)
         module_.executionMode(spv::ExecutionMode::LocalSizeId, threadgroupSize(body_));
+    if (shader_.patch == PatchKind::none)
+        return;
+    module_.require(spv::Capability::Tessellation);
+    module_.executionMode(shader_.patch == PatchKind::quad ? spv::ExecutionMode::Quads
+                                                           : spv::ExecutionMode::Triangles);
 }
 
 void FunctionWriter::function() {
@@ -240,10 +250,11 @@ std::vector<Resource> FunctionWriter::resources() const {
     return all;
 }
 
-static spv::ExecutionModel modelOf(Stage stage) {
-    switch (stage) {
+static spv::ExecutionModel modelOf(const ShaderModule& shader) {
+    switch (shader.stage) {
     case Stage::vertex:
-        return spv::ExecutionModel::Vertex;
+        return shader.patch == PatchKind::none ? spv::ExecutionModel::Vertex
+                                               : spv::ExecutionModel::TessellationEvaluation;
     case Stage::fragment:
         return spv::ExecutionModel::Fragment;
     case Stage::kernel:
@@ -258,14 +269,17 @@ EntryPoint FunctionWriter::write() {
     memory_.finish();
     return {.name = shader_.name,
             .stage = shader_.stage,
-            .words = module_.finish(modelOf(shader_.stage)),
+            .words = module_.finish(modelOf(shader_)),
             .resources = resources(),
             .usesLoopBudget = shader_.usesLoopBudget,
             .writesPointSize = memory_.writesPointSize(),
             .colorAttachments = memory_.colorAttachments(),
             .threadgroupBytes = memory_.threadgroupBytes(),
             .threadgroupPointers = memory_.threadgroupPointers(),
-            .mostThreads = shader_.mostThreads};
+            .mostThreads = shader_.mostThreads,
+            .attributes = fetches_.used(),
+            .patch = shader_.patch,
+            .controlPoints = shader_.controlPoints};
 }
 
 EntryPoint writeSpirv(const ShaderModule& shader) {

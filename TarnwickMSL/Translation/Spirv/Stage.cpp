@@ -23,6 +23,7 @@ static constexpr std::array builtIns{
     BuiltIn{"instance_id",                    spv::BuiltIn::InstanceIndex},
     BuiltIn{"base_vertex",                    spv::BuiltIn::BaseVertex, spv::Capability::DrawParameters},
     BuiltIn{"base_instance",                  spv::BuiltIn::BaseInstance, spv::Capability::DrawParameters},
+    BuiltIn{"position_in_patch",              spv::BuiltIn::TessCoord},
     BuiltIn{"point_size",                     spv::BuiltIn::PointSize},
     BuiltIn{"point_coord",                    spv::BuiltIn::PointCoord},
     BuiltIn{"clip_distance",                  spv::BuiltIn::ClipDistance, spv::Capability::ClipDistance, true},
@@ -103,6 +104,8 @@ StageVariable declareStageVariable(Body& body, Stage stage, const InterfaceVaria
     if (hasLocation) {
         id = body.module.variable(storage, body.types.of(type));
         body.module.decorate(id, spv::Decoration::Location, {interface.location});
+        if (interface.isOfPatch)
+            body.module.decorate(id, spv::Decoration::Patch);
     } else {
         BuiltIn builtIn = builtInFor(interface.builtIn, stage == Stage::fragment);
         if (builtIn.isArray && !type->isArrayTy())

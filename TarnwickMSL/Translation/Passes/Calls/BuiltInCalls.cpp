@@ -44,6 +44,8 @@ static MemoryEffects effects(StringRef name, bool writesTextures) {
     if (name == "discard" || name == "barrier" || name == "fence" || name == "write" ||
         name.starts_with("atomic"))
         return MemoryEffects::unknown();
+    if (name == "control_point")
+        return MemoryEffects::argMemOnly(ModRefInfo::Mod);
     if (takesTexture(name) && writesTextures)
         return MemoryEffects::readOnly();
     return MemoryEffects::none();

@@ -97,6 +97,8 @@ ShaderModule cut(const Module& program, const EntrySignature& entry) {
     shader.stage = entry.stage;
     shader.earlyFragmentTests = entry.earlyFragmentTests;
     shader.mostThreads = entry.mostThreads;
+    shader.patch = entry.patch;
+    shader.controlPoints = entry.controlPoints;
     return shader;
 }
 

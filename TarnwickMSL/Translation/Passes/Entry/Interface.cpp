@@ -3,6 +3,7 @@
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <array>
+#include <optional>
 #include <set>
 #include <string_view>
 
@@ -30,6 +31,7 @@ static constexpr std::array builtIns{
     BuiltIn{"clip_distance",                     Scalar::float_, 1},
     BuiltIn{"front_facing",                      Scalar::bool_,  1},
     BuiltIn{"primitive_id",                      Scalar::uint32, 1},
+    BuiltIn{"position_in_patch",                 Scalar::float_, 3},
     BuiltIn{"sample_id",                         Scalar::uint32, 1},
     BuiltIn{"sample_mask",                       Scalar::uint32, 1},
     BuiltIn{"render_target_array_index",         Scalar::uint32, 1},
@@ -190,6 +192,16 @@ std::uint32_t Varyings::location(StringRef name) const {
     return found == locations_.end() ? 0 : found->second;
 }
 
+// The lanes of the input of a whole patch (EntryPoint.h).
+static std::optional<std::uint64_t> patchLane(StringRef word) {
+    static constexpr std::array<StringRef, 4> lanes{"patch_id", "instance_id", "base_instance",
+                                                    "control_points"};
+    const auto* found = find(lanes, word);
+    if (found == lanes.end())
+        return std::nullopt;
+    return static_cast<std::uint64_t>(found - lanes.begin());
+}
+
 GlobalVariable* Interface::global(const InterfaceVariable& variable, Type* type) {
     if (GlobalVariable* known = shader_.module->getNamedGlobal(variable.global))
         return known;
@@ -204,6 +216,16 @@ GlobalVariable* Interface::global(const InterfaceVariable& variable, Type* type)
 // A built-in value without a Vulkan variable, computed from other values; null if there is a
 // variable.
 Value* Interface::derivedBuiltIn(IRBuilder<>& builder, StringRef word) {
+    if (auto lane = shader_.patch == PatchKind::none ? std::nullopt : patchLane(word)) {
+        InterfaceVariable variable{.kind = InterfaceKind::input,
+                                   .global = "msl.in.patch",
+                                   .builtIn = {},
+                                   .isOfPatch = true,
+                                   .scalar = Scalar::uint32};
+        auto* type = FixedVectorType::get(builder.getInt32Ty(), 4);
+        return builder.CreateExtractElement(builder.CreateLoad(type, global(variable, type)),
+                                            *lane);
+    }
     auto same = [&](StringRef other) { return readBuiltIn(builder, other); };
     Value* four = builder.getInt32(4);
     if (word == "thread_execution_width")
@@ -244,7 +266,36 @@ Value* Interface::readBuiltIn(IRBuilder<>& builder, StringRef word) {
     return builder.CreateLoad(type, global(variable, type));
 }
 
+// A call of msl.attribute, which gives four lanes.
+static Value* fetchedAttribute(IRBuilder<>& builder, Module& module, const StageValue& value,
+                               Value* point) {
+    Type* type = crossingType(builder.getContext(), value.scalar, 4);
+    Type* word = builder.getInt32Ty();
+    FunctionCallee fetch = module.getOrInsertFunction(
+        isFloating(value.scalar) ? "msl.attribute.f32" : "msl.attribute.u32",
+        FunctionType::get(type, {word, word}, false));
+    auto* function = cast<Function>(fetch.getCallee());
+    function->setMemoryEffects(MemoryEffects::none());
+    function->setDoesNotThrow();
+    function->setWillReturn();
+    return builder.CreateCall(fetch, {builder.getInt32(value.index), point});
+}
+
+Value* Interface::readAttribute(IRBuilder<>& builder, const StageValue& value, Value* point) {
+    StageAttribute attribute{.name = value.name,
+                             .index = value.index,
+                             .scalar = value.scalar,
+                             .width = value.width,
+                             .isOfControlPoint = value.isOfControlPoint};
+    if (!is_contained(shader_.attributes, attribute))
+        shader_.attributes.push_back(std::move(attribute));
+    Value* four = fetchedAttribute(builder, *shader_.module, value, point);
+    return fromCrossing(builder, firstLanes(builder, four, value.width), value.scalar);
+}
+
 Value* Interface::read(IRBuilder<>& builder, const StageValue& value) {
+    if (value.attribute == "attribute")
+        return readAttribute(builder, value, builder.getInt32(0));
     if (value.attribute == "point_size") // a result alone, in a record that both stages use
         return Constant::getNullValue(memoryType(builder.getContext(), value));
     if (Type* type = memoryType(builder.getContext(), value); type->isArrayTy())
@@ -268,6 +319,8 @@ Value* Interface::read(IRBuilder<>& builder, const StageValue& value) {
 }
 
 void Interface::write(IRBuilder<>& builder, const StageValue& value, Value* stored) {
+    if (value.attribute == "point_size" && shader_.patch != PatchKind::none)
+        return; // patches are drawn as triangles
     InterfaceVariable variable{.kind = InterfaceKind::output,
                                .global = "msl.out." + value.name,
                                .builtIn = {},

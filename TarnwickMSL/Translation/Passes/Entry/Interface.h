@@ -34,6 +34,10 @@ class Interface {
     // The value of the input in its memory type. Throws TranslationError on words that stages of
     // this kind do not have.
     llvm::Value* read(llvm::IRBuilder<>& builder, const StageValue& value);
+    // The value of an attribute of the control point `point`; `point` is any number for a value of
+    // another kind.
+    llvm::Value* readAttribute(llvm::IRBuilder<>& builder, const StageValue& value,
+                               llvm::Value* point);
     // Writes the output from `record` (its start; null if `value` is alone in `plain`).
     void write(llvm::IRBuilder<>& builder, const StageValue& value, llvm::Value* stored);
 

@@ -1,11 +1,14 @@
 #include "TarnwickMSL/Translation/Passes/Entry/Wrapper.h"
 
 #include "TarnwickMSL/SamplerBits.h"
+#include "TarnwickMSL/Translation/Passes/Calls/BuiltInCalls.h"
 #include "TarnwickMSL/Translation/Passes/Calls/Inlining.h"
 #include "TarnwickMSL/Translation/Passes/Entry/Interface.h"
+#include "TarnwickMSL/Translation/Places.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/AsmParser/Parser.h>
+#include <llvm/IR/InstIterator.h>
 #include <llvm/Support/SourceMgr.h>
 
 namespace tarnwick::msl {
@@ -133,7 +136,8 @@ Value* Wrapping::samplers(const Argument& given, llvm::Argument& formal) {
 Value* Wrapping::values(const Argument& given, llvm::Argument& formal) {
     std::uint64_t bytes = 0;
     for (const StageValue& value : given.values)
-        bytes = std::max(bytes, value.offset + 16);
+        if (!value.isOfControlPoint)
+            bytes = std::max(bytes, value.offset + 16);
     if (formal.getType()->isIntegerTy(1)) // a bool by value
         return builder_.CreateIsNotNull(interface_.read(builder_, given.values.front()));
     if (!formal.getType()->isPointerTy() && given.values.size() == 1) {
@@ -143,7 +147,9 @@ Value* Wrapping::values(const Argument& given, llvm::Argument& formal) {
     }
     AllocaInst* memory = localFor(formal, bytes);
     for (const StageValue& value : given.values)
-        builder_.CreateStore(interface_.read(builder_, value), at(memory, value.offset));
+        if (!value.isOfControlPoint) // a packed vector is not aligned as its lanes together
+            builder_.CreateAlignedStore(interface_.read(builder_, value), at(memory, value.offset),
+                                        commonAlignment(Align(16), value.offset));
     return passed(formal, memory);
 }
 
@@ -231,11 +237,68 @@ CallBase* Wrapping::build() {
     return call;
 }
 
+// The control points of the stage_in argument.
+class ControlPoints {
+  public:
+    ControlPoints(ShaderModule& shader, const EntrySignature& entry, Interface& interface)
+        : shader_(shader), interface_(interface) {
+        for (const Argument& argument : entry.arguments)
+            for (const StageValue& value : argument.values)
+                if (value.isOfControlPoint)
+                    values_.push_back(value);
+    }
+    // Replaces the library's calls by the values of the members.
+    void replaceCalls(Function& body);
+
+  private:
+    void read(CallBase& call);
+    Value* count(CallBase& call);
+
+    ShaderModule& shader_;
+    Interface& interface_;
+    std::vector<StageValue> values_;
+};
+
+void ControlPoints::read(CallBase& call) {
+    IRBuilder<> builder(&call);
+    for (const StageValue& value : values_) {
+        Value* place = builder.CreateConstInBoundsGEP1_64(builder.getInt8Ty(),
+                                                          call.getArgOperand(0), value.offset);
+        Value* given = interface_.readAttribute(builder, value, call.getArgOperand(1));
+        builder.CreateAlignedStore(given, place, Align(1));
+    }
+}
+
+Value* ControlPoints::count(CallBase& call) {
+    IRBuilder<> builder(&call);
+    return shader_.controlPoints ? builder.getInt32(shader_.controlPoints)
+                                 : interface_.readBuiltIn(builder, "control_points");
+}
+
+void ControlPoints::replaceCalls(Function& body) {
+    for (Instruction& instruction : make_early_inc_range(instructions(body))) {
+        auto* call = dyn_cast<CallBase>(&instruction);
+        StringRef name = call ? builtInName(*call) : StringRef();
+        if (name != "control_point" && name != "control_points")
+            continue;
+        if (shader_.patch == PatchKind::none)
+            tarnwick::msl::at(instruction, []() {
+                throw TranslationError("Control points are available in a patch function only.");
+            });
+        if (name == "control_points")
+            call->replaceAllUsesWith(count(*call));
+        else
+            read(*call);
+        call->eraseFromParent();
+    }
+}
+
 void wrap(ShaderModule& shader, const EntrySignature& entry,
           const std::vector<EntrySignature>& allEntries) {
     Function& body = *shader.module->getFunction(entry.symbol);
     const Varyings varyings(allEntries);
     Interface interface(shader, varyings);
+    ControlPoints(shader, entry, interface).replaceCalls(body);
     inlineCall(*Wrapping(shader, body, entry, interface).build());
     body.eraseFromParent();
 }

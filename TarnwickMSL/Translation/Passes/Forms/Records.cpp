@@ -22,6 +22,7 @@ static constexpr std::array interfaceWords{
     "input", "output", "uniform_buffer", "storage_buffer", "push_constant", "workgroup", "loop_report"};
 static constexpr std::array shapeWords{
     "none", "buffer", "1d", "1d_array", "2d", "2d_array", "2d_ms", "2d_ms_array", "3d", "cube", "cube_array"};
+static constexpr std::array patchWords{"none", "triangle", "quad"};
 static constexpr std::array componentWords{"none", "float", "int", "uint"};
 // clang-format on
 
@@ -38,6 +39,8 @@ template <class Enum> static constexpr const auto& wordsOf() {
         return spaceWords;
     else if constexpr (std::is_same_v<Enum, InterfaceKind>)
         return interfaceWords;
+    else if constexpr (std::is_same_v<Enum, PatchKind>)
+        return patchWords;
     else if constexpr (std::is_same_v<Enum, TextureShape>)
         return shapeWords;
     else
@@ -52,6 +55,8 @@ static void eachField(const EntrySignature*, auto&& visit) {
     visit("result_is_record", &EntrySignature::resultIsRecord);
     visit("early_tests", &EntrySignature::earlyFragmentTests);
     visit("most_threads", &EntrySignature::mostThreads);
+    visit("patch", &EntrySignature::patch);
+    visit("control_points", &EntrySignature::controlPoints);
 }
 
 static void eachField(const Argument*, auto&& visit) {
@@ -79,6 +84,15 @@ static void eachField(const StageValue*, auto&& visit) {
     visit("offset", &StageValue::offset);
     visit("scalar", &StageValue::scalar);
     visit("width", &StageValue::width);
+    visit("is_of_control_point", &StageValue::isOfControlPoint);
+}
+
+static void eachField(const StageAttribute*, auto&& visit) {
+    visit("name", &StageAttribute::name);
+    visit("index", &StageAttribute::index);
+    visit("scalar", &StageAttribute::scalar);
+    visit("width", &StageAttribute::width);
+    visit("is_of_control_point", &StageAttribute::isOfControlPoint);
 }
 
 static void eachField(const InterfaceVariable*, auto&& visit) {
@@ -86,6 +100,7 @@ static void eachField(const InterfaceVariable*, auto&& visit) {
     visit("global", &InterfaceVariable::global);
     visit("built_in", &InterfaceVariable::builtIn);
     visit("location", &InterfaceVariable::location);
+    visit("is_of_patch", &InterfaceVariable::isOfPatch);
     visit("scalar", &InterfaceVariable::scalar);
     visit("interpolation", &InterfaceVariable::interpolation);
     visit("index", &InterfaceVariable::index);
@@ -110,6 +125,8 @@ static void eachField(const ShaderModule*, auto&& visit) {
     visit("uses_loop_budget", &ShaderModule::usesLoopBudget);
     visit("early_tests", &ShaderModule::earlyFragmentTests);
     visit("most_threads", &ShaderModule::mostThreads);
+    visit("patch", &ShaderModule::patch);
+    visit("control_points", &ShaderModule::controlPoints);
 }
 
 static void add(std::string& line, const char* name, const std::string& value) {
@@ -187,12 +204,14 @@ std::optional<std::string> readRecord(std::string_view line, Record& record) {
 template std::string recordLine(std::string_view, const EntrySignature&);
 template std::string recordLine(std::string_view, const Argument&);
 template std::string recordLine(std::string_view, const StageValue&);
+template std::string recordLine(std::string_view, const StageAttribute&);
 template std::string recordLine(std::string_view, const InterfaceVariable&);
 template std::string recordLine(std::string_view, const TextureVariable&);
 template std::string recordLine(std::string_view, const ShaderModule&);
 template std::optional<std::string> readRecord(std::string_view, EntrySignature&);
 template std::optional<std::string> readRecord(std::string_view, Argument&);
 template std::optional<std::string> readRecord(std::string_view, StageValue&);
+template std::optional<std::string> readRecord(std::string_view, StageAttribute&);
 template std::optional<std::string> readRecord(std::string_view, InterfaceVariable&);
 template std::optional<std::string> readRecord(std::string_view, TextureVariable&);
 template std::optional<std::string> readRecord(std::string_view, ShaderModule&);

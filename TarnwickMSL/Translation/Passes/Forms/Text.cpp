@@ -74,6 +74,8 @@ static std::string recordsOf(const ShaderModule& shader) {
         text += recordLine("variable", variable);
     for (const TextureVariable& texture : shader.textures)
         text += recordLine("texture", texture);
+    for (const StageAttribute& attribute : shader.attributes)
+        text += recordLine("attribute", attribute);
     for (std::uint32_t index : shader.samplers)
         text += "; sampler index=" + std::to_string(index) + "\n";
     if (!shader.main)
@@ -162,6 +164,8 @@ void RecordReader::read(std::string_view line) {
         fill(shader_.interface.emplace_back());
     else if (word == "texture")
         fill(shader_.textures.emplace_back());
+    else if (word == "attribute")
+        fill(shader_.attributes.emplace_back());
     else if (word == "sampler")
         shader_.samplers.push_back(
             static_cast<std::uint32_t>(std::strtoul(fieldOf(line, "index").c_str(), nullptr, 10)));
