@@ -85,7 +85,7 @@ std::string Generator::index(std::uint32_t length) {
 
 Expression Generator::element(const Array& array) {
     const std::string at = chance(70) ? index(array.length) : std::to_string(below(array.length));
-    return {array.name + "[" + at + "]", tameBound(array.type), 0.25};
+    return {array.name + "[" + at + "]" + array.member, tameBound(array.type), 0.25};
 }
 
 static const char* memberOf(Type type) {
@@ -196,7 +196,50 @@ Expression Generator::call(const Function& function, int depth) {
     return {text + ")", tameBound(function.result), 0.25};
 }
 
+// Functions of bits, with fields inside the number.
+Expression Generator::bitExpression(int depth) {
+    const std::string a = expression(Kind::unsigned_, depth - 1).text,
+                      b = leaf(Kind::unsigned_).text;
+    const std::string field =
+        ", (" + leaf(Kind::unsigned_).text + " & 15u), " + std::to_string(below(17)) + "u)";
+    static constexpr std::array<const char*, 3> ofOne{"reverse_bits(", "clz(", "ctz("};
+    static constexpr std::array<const char*, 7> ofTwo{"mulhi(", "absdiff(", "addsat(", "subsat(",
+                                                      "hadd(",  "rhadd(",   "rotate("};
+    switch (below(5)) {
+    case 0:
+        return {ofOne[below(3)] + a + ")"};
+    case 1:
+        return {"extract_bits(" + a + field};
+    case 2:
+        return {"insert_bits(" + a + ", " + b + field};
+    default:
+        return {ofTwo[below(7)] + a + ", " + b + ")"};
+    }
+}
+
+// Through a type of 8, 16 or 64 bits, or the bits of a float that is not zero.
+Expression Generator::narrowed(int depth) {
+    const std::string a = expression(Kind::unsigned_, depth - 1).text,
+                      b = leaf(Kind::unsigned_).text;
+    static constexpr std::array<const char*, 4> types{"uchar(", "ushort(", "char(", "short("};
+    switch (below(5)) {
+    case 0:
+        return {"uint((ulong(" + a + ") * " + b + ") >> " + std::to_string(1 + below(40)) + "u)"};
+    case 1:
+        return {"uint((ulong(" + a + ") << 32u | " + b + ") % " + std::to_string(3 + below(1000)) +
+                "u)"};
+    case 2: {
+        const std::string value = tamed(Kind::float_, depth - 1);
+        return {"as_type<uint>(abs(" + value + ") + 0.25f)"};
+    }
+    default:
+        return {"uint(" + std::string(types[below(4)]) + a + "))"};
+    }
+}
+
 Expression Generator::unsignedExpression(int depth) {
+    if (chance(15))
+        return chance(60) ? bitExpression(depth) : narrowed(depth);
     const std::string a = expression(Kind::unsigned_, depth - 1).text;
     static constexpr std::array<const char*, 6> plain{"+", "-", "*", "^", "&", "|"};
     const std::uint32_t choice = below(18);
@@ -230,6 +273,15 @@ Expression Generator::unsignedExpression(int depth) {
 Expression Generator::signedExpression(int depth) {
     const Expression a = expression(Kind::signed_, depth - 1);
     const Expression b = expression(Kind::signed_, depth - 1);
+    if (chance(8)) {
+        const std::uint32_t choice = below(3);
+        const std::string bits = expression(Kind::unsigned_, depth - 1).text;
+        return choice == 0 ? Expression{"int(char(" + a.text + "))", 128}
+               : choice == 1
+                   ? Expression{"int(short(" + bits + "))", 32768}
+                   : Expression{"(int(" + bits + ") >> " + std::to_string(9 + below(20)) + ")",
+                                1 << 22};
+    }
     switch (below(12)) {
     case 0:
     case 1:
@@ -262,7 +314,31 @@ Expression Generator::signedExpression(int depth) {
     }
 }
 
+// Functions whose results are exact for tamed values; signs of values that are not zero.
+Expression Generator::rareFloatExpression(int depth) {
+    const std::string a = tamed(Kind::float_, depth - 1), b = tamed(Kind::float_, depth - 1);
+    switch (below(7)) {
+    case 0:
+        return {"copysign(" + a + ", " + b + " + 0.125f)", 1024, 0.25};
+    case 1:
+        return {"sign(" + a + ")", 1, 1};
+    case 2:
+        return {"step(" + a + ", " + b + ")", 1, 1};
+    case 3:
+        return {"saturate(" + a + ")", 1, 0.25};
+    case 4:
+        return {"mix(" + a + ", " + b + ", 0.25f * float(" + leaf(Kind::unsigned_).text + " & 3u))",
+                3072, 0.0625};
+    case 5:
+        return {"fma(" + a + ", " + std::to_string(below(9)) + ".5f, " + b + ")", 16384, 0.125};
+    default:
+        return {"ldexp(" + a + ", int(" + leaf(Kind::unsigned_).text + " & 3u))", 8192, 0.25};
+    }
+}
+
 Expression Generator::floatExpression(int depth) {
+    if (chance(12))
+        return rareFloatExpression(depth);
     const Expression a = expression(Kind::float_, depth - 1);
     const Expression b = expression(Kind::float_, depth - 1);
     const double quantum = std::min(a.quantum, b.quantum);

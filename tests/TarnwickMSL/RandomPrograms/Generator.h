@@ -71,7 +71,20 @@ class Generator {
         Type type = Kind::unsigned_;
         std::uint32_t length = 1;
         bool writable = true;
-        bool isPointer = false; // a parameter that came as a pointer
+        bool isPointer = false;  // a parameter that came as a pointer
+        std::string member = ""; // of an array of records: ".m1"
+    };
+    // A record of the program: its members, and those that are arrays.
+    struct Shape {
+        std::string name;
+        std::vector<Variable> members;
+        std::vector<Array> arrays;
+        std::uint32_t iterations = 0; // of its functions turned() and turn()
+        bool hasFunctions = false;
+    };
+    struct Record {
+        std::string name;
+        std::size_t shape = 0;
     };
     struct Function {
         std::string name;
@@ -87,6 +100,8 @@ class Generator {
         std::vector<Variable> variables;
         std::vector<Array> arrays;
         std::vector<std::string> records; // of type State
+        std::vector<Record> shaped;
+        std::vector<Record> lists; // arrays of `listLength` records
     };
 
     // Chance. Own arithmetic, so that a seed means the same with every standard library.
@@ -103,8 +118,11 @@ class Generator {
     Expression expression(Type type, int depth);
     Expression scalarExpression(Kind kind, int depth);
     Expression unsignedExpression(int depth);
+    Expression bitExpression(int depth);
+    Expression narrowed(int depth);
     Expression signedExpression(int depth);
     Expression floatExpression(int depth);
+    Expression rareFloatExpression(int depth);
     Expression leaf(Type type);
     Expression partOf(const Variable& variable, Type type);
     Expression literal(Kind kind);
@@ -159,6 +177,17 @@ class Generator {
     std::string fresh(const char* stem);
     std::string writableVariable(Type type);
 
+    // Records.cpp
+    void shape();
+    void turning(std::size_t shape);
+    void record();
+    void listOfRecords(const Record& first);
+    void recordLoop(const Record& a, const Record& b);
+    std::string recordValue(std::size_t shape);
+    std::string initialised(const Shape& shape);
+    void declareMembers(const Record& record, bool isWritable);
+    Record anyRecord(std::size_t shape);
+
     // Program.cpp
     void tables();
     void helper();
@@ -171,6 +200,8 @@ class Generator {
     int indent_ = 0;
     Scope scope_;
     std::vector<Function> functions_;
+    std::vector<Shape> shapes_;
+    std::string recordResult_; // returned by the current function, if it returns a record
     std::uint32_t names_ = 0;
     std::uint32_t multiplier_ = 1; // how often the current place can run in one call
     std::uint32_t iterations_ = 0; // of the current function so far

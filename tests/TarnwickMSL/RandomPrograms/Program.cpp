@@ -103,6 +103,12 @@ std::string Generator::program() {
     text_ = numbers + composites() + records;
     tables();
     const Scope global = scope_;
+    const std::uint32_t shapes = 1 + below(3);
+    for (std::uint32_t i = 0; i < shapes; i++) {
+        shape();
+        turning(i);
+        scope_ = global;
+    }
     const std::uint32_t helpers = 1 + below(3);
     for (std::uint32_t i = 0; i < helpers; i++) {
         helper();
@@ -129,6 +135,8 @@ void Generator::tables() {
 }
 
 std::string Generator::returned() {
+    if (!recordResult_.empty())
+        return recordResult_;
     if (result_ == Kind::unsigned_)
         return "mixed(h, " + tamed(Kind::unsigned_, 1) + ")";
     return tamed(result_, 2);
@@ -218,7 +226,7 @@ void Generator::main() {
         line("h = mixed(h, bits(" + variable.name + "));");
     for (const Array& array : scope_.arrays)
         line("for (uint i = 0u; i < " + std::to_string(array.length) +
-             "u; i++) h = mixed(h, bits(" + array.name + "[i]));");
+             "u; i++) h = mixed(h, bits(" + array.name + "[i]" + array.member + "));");
     for (const std::string& record : scope_.records)
         line("h = mixed(h, " + record + ".digest());");
     line("return h;");

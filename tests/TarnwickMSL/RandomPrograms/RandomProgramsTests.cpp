@@ -11,7 +11,7 @@ using namespace tarnwick::trials;
 
 namespace {
 
-constexpr std::uint64_t programs = 24; // as many as Random.cmake compiles
+constexpr std::uint64_t programs = 16; // as many as Random.cmake compiles
 
 } // namespace
 

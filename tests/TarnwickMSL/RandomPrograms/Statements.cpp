@@ -47,7 +47,9 @@ void Generator::block(int statements) {
 
 void Generator::statement() {
     const std::uint32_t choice = below(100);
-    if (choice < 16)
+    if (choice < 7)
+        record();
+    else if (choice < 18)
         declaration();
     else if (choice < 44)
         assignment();
@@ -137,7 +139,7 @@ void Generator::effect() {
     if (function.arrayLength > 0) {
         const auto fits =
             std::find_if(scope_.arrays.begin(), scope_.arrays.end(), [&](const Array& array) {
-                return array.writable && array.type == Kind::unsigned_ &&
+                return array.writable && array.member.empty() && array.type == Kind::unsigned_ &&
                        array.length == function.arrayLength &&
                        (function.takesPointer || !array.isPointer);
             });
