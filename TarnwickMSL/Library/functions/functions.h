@@ -27,6 +27,7 @@
 #include "matrix.h"
 #include "graphics.h"
 #include "pack.h"
+#include "pixels.h"
 #include "namespaces.h"
 
 #include "overloads_end.h"

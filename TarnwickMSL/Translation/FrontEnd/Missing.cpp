@@ -15,17 +15,15 @@ static constexpr std::array<std::string_view, 17> attributes{
     "stitchable", "tile", "visible",
 };
 
-// Sorted. 2.7 (pixel types), 2.11 (imageblocks), 2.14
-// to 2.19, 6.11 (interpolants), 6.13, 6.16 (commands), 6.17 and 6.18 (rays).
-static constexpr std::array<std::string_view, 37> names{
+// Sorted. 2.11 (imageblocks), 2.14 to 2.19, 6.11 (interpolants), 6.13, 6.16 (commands), 6.17 and 6.18
+// (rays).
+static constexpr std::array<std::string_view, 21> names{
     "command_buffer", "compute_command", "imageblock",
     "imageblock_slice", "interpolant", "interpolation", "intersection_function_table",
     "intersector",
     "is_function_constant_defined", "mesh", "mesh_grid_properties", "object_data",
-    "r16snorm", "r16unorm", "r8snorm", "r8unorm",
     "rasterization_rate_map_data", "rasterization_rate_map_decoder", "ray_data", "raytracing",
-    "render_command", "rg11b10f", "rg16snorm", "rg16unorm", "rg8snorm", "rg8unorm", "rgb10a2",
-    "rgb9e5", "rgba16snorm", "rgba16unorm", "rgba8snorm", "rgba8unorm", "srgba8unorm",
+    "render_command",
     "threadgroup_imageblock", "topology", "uniform", "visible_function_table",
 };
 // clang-format on
