@@ -1,6 +1,9 @@
 // The records of command buffers and encoders: render passes, viewports, sizes of grids.
 #pragma once
 
+#include "TarnwickGPU/Format.h"
+
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -33,8 +36,13 @@ struct DepthAttachment {
 };
 
 struct RenderPassDescriptor {
-    ColorAttachment color; // colour attachment 0
-    DepthAttachment depth; // no texture: no depth
+    ColorAttachment color;                                   // colour attachment 0
+    std::array<ColorAttachment, mostColors - 1> otherColors; // colour attachments 1 to 7
+    DepthAttachment depth;                                   // no texture: no depth
+
+    const ColorAttachment& colorAt(std::size_t n) const { // n in [0, mostColors)
+        return n == 0 ? color : otherColors[n - 1];
+    }
 };
 
 // A kernel's [[threadgroup(n)]] arguments have n in [0, 30].

@@ -33,6 +33,7 @@ class RenderCommandEncoder {
     void setDepthStencilState(const DepthStencilState& state);
     void setViewport(const Viewport& viewport);        // default: the whole target
     void setScissorRect(const ScissorRect& rectangle); // default: the whole target
+    void setBlendColor(float red, float green, float blue, float alpha); // default: zeros
     void setVertexBytes(const void* bytes, std::size_t length, std::uint32_t index);
     void setVertexBuffer(const Buffer& buffer, std::size_t offset, std::uint32_t index);
     void setVertexTexture(const Texture* texture, std::uint32_t index);

@@ -69,7 +69,8 @@ enum class TextureType : std::uint8_t {
     type2DMultisampleArray,
     type3D,
     typeCube,
-    typeCubeArray
+    typeCubeArray,
+    typeTextureBuffer
 };
 
 // Who reads and writes the bytes: the CPU and the GPU, or the GPU alone.
@@ -97,6 +98,9 @@ struct TextureDescriptor {
 
     bool operator==(const TextureDescriptor&) const = default;
 };
+
+// A render pass and its pipelines have colour attachments 0 to 7.
+inline constexpr std::size_t mostColors = 8;
 
 // The number of 2D images in the texture: elements of an array, six for each cube.
 std::uint32_t slices(const TextureDescriptor& descriptor);

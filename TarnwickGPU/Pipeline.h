@@ -6,6 +6,8 @@
 #include "TarnwickGPU/VertexDescriptor.h"
 #include "TarnwickMSL/EntryPoint.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -46,8 +48,37 @@ class Library {
     std::string warnings_;
 };
 
-enum class BlendFactor : std::uint8_t { zero, one, sourceAlpha, oneMinusSourceAlpha };
-enum class BlendOperation : std::uint8_t { add };
+// source1: the fragment function's result `[[color(0), index(1)]]`. blendColor: the encoder's
+// setBlendColor().
+enum class BlendFactor : std::uint8_t {
+    zero,
+    one,
+    sourceColor,
+    oneMinusSourceColor,
+    sourceAlpha,
+    oneMinusSourceAlpha,
+    destinationColor,
+    oneMinusDestinationColor,
+    destinationAlpha,
+    oneMinusDestinationAlpha,
+    sourceAlphaSaturated,
+    blendColor,
+    oneMinusBlendColor,
+    blendAlpha,
+    oneMinusBlendAlpha,
+    source1Color,
+    oneMinusSource1Color,
+    source1Alpha,
+    oneMinusSource1Alpha
+};
+enum class BlendOperation : std::uint8_t { add, subtract, reverseSubtract, min, max };
+
+struct ColorWriteMask {
+    bool red = true, green = true, blue = true, alpha = true;
+
+    bool operator==(const ColorWriteMask&) const = default;
+};
+
 enum class TopologyClass : std::uint8_t { triangle, point };
 
 struct ColorAttachmentDescriptor {
@@ -56,6 +87,9 @@ struct ColorAttachmentDescriptor {
     BlendOperation rgbOperation = BlendOperation::add, alphaOperation = BlendOperation::add;
     BlendFactor sourceRGB = BlendFactor::one, destinationRGB = BlendFactor::zero;
     BlendFactor sourceAlpha = BlendFactor::one, destinationAlpha = BlendFactor::zero;
+    ColorWriteMask writeMask;
+
+    bool operator==(const ColorAttachmentDescriptor&) const = default;
 };
 
 struct RenderPipelineDescriptor {
@@ -63,10 +97,15 @@ struct RenderPipelineDescriptor {
     const Function* fragment = nullptr;
     // Of a vertex function with [[stage_in]]; borrowed like the functions.
     const VertexDescriptor* vertexDescriptor = nullptr;
-    ColorAttachmentDescriptor color;                // colour attachment 0
+    ColorAttachmentDescriptor color;                                   // colour attachment 0
+    std::array<ColorAttachmentDescriptor, mostColors - 1> otherColors; // colour attachments 1 to 7
     PixelFormat depthFormat = PixelFormat::invalid; // invalid: no depth attachment
     std::uint32_t sampleCount = 1;                  // 1 or 4
     TopologyClass topology = TopologyClass::triangle;
+
+    const ColorAttachmentDescriptor& colorAt(std::size_t n) const { // n in [0, mostColors)
+        return n == 0 ? color : otherColors[n - 1];
+    }
 };
 
 class RenderPipelineState {

@@ -1,4 +1,5 @@
-// Buffers and textures. Resources/BufferParts.cpp and Resources/Texture.cpp implement them.
+// Buffers and textures. Resources/BufferParts.cpp and Resources/Texture.cpp (all of textures)
+// implement them.
 #pragma once
 
 #include "TarnwickGPU/Format.h"
@@ -10,21 +11,28 @@ namespace tarnwick::gpu {
 
 struct BufferParts;
 struct TextureParts;
+class Texture;
 
 // GPU memory of fixed length. A destroyed buffer or texture is freed once the GPU has finished the
 // command buffers that use it; the destructor does not wait.
 class Buffer {
   public:
-    explicit Buffer(std::unique_ptr<BufferParts> parts);
+    explicit Buffer(std::shared_ptr<BufferParts> parts);
     ~Buffer();
     std::size_t length() const; // bytes
     // The bytes in the CPU's memory; null for StorageMode::private_. The GPU's stores are there
     // once their command buffer has completed.
     void* contents() const;
+    // A texture of type typeTextureBuffer: texels of the buffer from the byte `offset` on, which
+    // the texture keeps. Its storage is the buffer's. Null if the device does not support the
+    // format, the width or the offset, or if the texels are not in the buffer. `bytesPerRow` is at
+    // least the bytes of the texels.
+    std::unique_ptr<Texture> newTexture(const TextureDescriptor& descriptor, std::size_t offset,
+                                        std::size_t bytesPerRow) const;
     BufferParts& parts() const { return *parts_; }
 
   private:
-    std::unique_ptr<BufferParts> parts_;
+    std::shared_ptr<BufferParts> parts_; // shared with the textures over the buffer
 };
 
 class Texture {
@@ -50,8 +58,9 @@ class Texture {
                   const Region& region, std::uint32_t mipLevel, std::uint32_t slice) const;
 
     // The texture's own pixels in the CPU's memory: for a shared 2D texture of one level on a CPU
-    // driver. Otherwise `bytes` is null. The GPU's stores are there once their command buffer has
-    // completed; the CPU may write while no command buffer in flight uses the texture.
+    // driver, and for a shared texture over a buffer. Otherwise `bytes` is null. The GPU's stores
+    // are there once their command buffer has completed; the CPU may write while no command buffer
+    // in flight uses the texture.
     struct MappedPixels {
         std::byte* bytes = nullptr;
         std::size_t bytesPerRow = 0;

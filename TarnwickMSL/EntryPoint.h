@@ -23,6 +23,7 @@ enum class ResourceKind : std::uint8_t {
     storageTexture,  // a texture argument with access::write or access::read_write
     sampler,         // a sampler argument
     constantSampler, // a constexpr sampler of the program; `samplerState` is its state
+    colorInput,      // the colour so far at the pixel, of the colour attachment `index`
     loopReport       // one 32-bit word: set to 1 by an invocation that ran out of its loop budget
 };
 
@@ -40,7 +41,8 @@ enum class TextureShape : std::uint8_t {
     cubeArray
 };
 
-enum class TextureComponent : std::uint8_t { none, float_, int_, uint_ };
+// `ulong_`: of atomic operations of 64 bits alone.
+enum class TextureComponent : std::uint8_t { none, float_, int_, uint_, ulong_ };
 
 // The sizes of a stage's tables: an argument's index is in [0, size).
 inline constexpr std::uint32_t mostTextures = 128, mostSamplers = 16;
@@ -56,8 +58,10 @@ struct Resource {
     bool isWritten = false;    // the entry point stores through it
     TextureShape shape = TextureShape::none;
     TextureComponent component = TextureComponent::none;
-    bool isDepth = false;           // a depth texture, which may be compared with
-    std::uint32_t level = 0;        // storageTexture: the one level that is visible
+    bool isDepth = false;      // a depth texture, which may be compared with
+    std::uint32_t level = 0;   // storageTexture: the one level that is visible
+    bool isAtomic = false;     // storageTexture: has atomic operations, on texels of one component
+    bool countsLevels = false; // sampledTexture: only its levels are counted
     std::uint64_t samplerState = 0; // see SamplerBits.h; for an argument: only bit `compares`
 
     bool operator==(const Resource&) const = default;

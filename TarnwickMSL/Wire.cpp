@@ -80,7 +80,8 @@ template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, Resource>
 void fields(Record& r, Bytes& bytes) {
     bytes(r.kind), bytes(r.index), bytes(r.binding), bytes(r.size), bytes(r.isWritten);
-    bytes(r.shape), bytes(r.component), bytes(r.isDepth), bytes(r.level), bytes(r.samplerState);
+    bytes(r.shape), bytes(r.component), bytes(r.isDepth), bytes(r.level), bytes(r.isAtomic);
+    bytes(r.countsLevels), bytes(r.samplerState);
 }
 
 template <class Record, class Bytes>

@@ -1,5 +1,7 @@
 #include "TarnwickSpirv/Interface.h"
 
+#include <algorithm>
+
 namespace tarnwick::spirv {
 
 namespace {
@@ -33,9 +35,19 @@ std::optional<Id> builtIn(const Module& module, spv::BuiltIn builtIn) {
 
 std::map<std::uint32_t, Id> locations(const Module& module, spv::StorageClass storage) {
     std::map<std::uint32_t, Id> found;
+    const std::vector<Id> others = secondSources(module);
     eachDecoration(module, spv::Decoration::Location, [&](Id target, std::uint32_t location) {
-        if (isOf(module, target, storage))
+        if (isOf(module, target, storage) && std::ranges::find(others, target) == others.end())
             found[location] = target;
+    });
+    return found;
+}
+
+std::vector<Id> secondSources(const Module& module) {
+    std::vector<Id> found;
+    eachDecoration(module, spv::Decoration::Index, [&](Id target, std::uint32_t index) {
+        if (index == 1)
+            found.push_back(target);
     });
     return found;
 }

@@ -12,8 +12,10 @@ namespace tarnwick::spirv {
 
 // The variable of a built-in value. Absent if it is not a variable of its own.
 std::optional<Id> builtIn(const Module& module, spv::BuiltIn builtIn);
-// The variables of a storage class that have locations, by location.
+// The variables of a storage class that have locations, by location, without second sources.
 std::map<std::uint32_t, Id> locations(const Module& module, spv::StorageClass storage);
+// The outputs that are second sources of blending (Index 1).
+std::vector<Id> secondSources(const Module& module);
 std::vector<Id> variables(const Module& module, spv::StorageClass storage);
 Id pointee(const Module& module, Id variable); // the type of its value
 

@@ -61,6 +61,7 @@ bool CommandBufferParts::begin() {
     reports.reset();
     barriers.forget();
     sums.reset();
+    copies.clear();
     touched.clear();
     presented.clear();
     status = CommandBufferStatus::recording;
@@ -86,6 +87,7 @@ void CommandBufferParts::startEncoding(Encoding kind) {
     boundPipeline = VK_NULL_HANDLE;
     primitive.reset();
     rendering = Rendering::due;
+    colorInputs = {};
 }
 
 void CommandBufferParts::endEncoding(Encoding kind) {

@@ -44,6 +44,14 @@ const char* nameOf(CommandBufferStatus status);
 // targets' contents.
 enum class Rendering : std::uint8_t { due, open, broken };
 
+// What a fragment function sees as the colour so far of a colour attachment (ColorInputs.h).
+struct ColorInput {
+    VkImageView view = VK_NULL_HANDLE; // null: reads as zero
+    VkImageLayout layout = VK_IMAGE_LAYOUT_UNDEFINED;
+    msl::TextureComponent component = msl::TextureComponent::none;
+    bool isTarget = false; // the target itself, which has that layout
+};
+
 struct CommandBufferParts {
     // Null if out of memory.
     static std::unique_ptr<CommandBufferParts> make(std::shared_ptr<DeviceState> device);
@@ -90,6 +98,9 @@ struct CommandBufferParts {
     std::optional<PrimitiveType> primitive;
     RenderPassDescriptor pass;
     Rendering rendering = Rendering::due;
+    std::array<ColorInput, mostColors> colorInputs;
+    std::vector<std::unique_ptr<TextureParts>>
+        copies; // of targets; buried with this command buffer
     Viewport viewport;
     ScissorRect scissor;
     // The buffers that the layer's own code binds at the next draw or dispatch; PointPipelines.h

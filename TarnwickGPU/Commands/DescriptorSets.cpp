@@ -17,6 +17,8 @@ VkDescriptorPool makePool(const DeviceRecord& device) {
         VkDescriptorPoolSize{VK_DESCRIPTOR_TYPE_STORAGE_BUFFER, setsPerPool * 8},
         VkDescriptorPoolSize{VK_DESCRIPTOR_TYPE_SAMPLED_IMAGE, setsPerPool * 16},
         VkDescriptorPoolSize{VK_DESCRIPTOR_TYPE_STORAGE_IMAGE, setsPerPool * 4},
+        VkDescriptorPoolSize{VK_DESCRIPTOR_TYPE_UNIFORM_TEXEL_BUFFER, setsPerPool * 2},
+        VkDescriptorPoolSize{VK_DESCRIPTOR_TYPE_STORAGE_TEXEL_BUFFER, setsPerPool * 2},
         VkDescriptorPoolSize{VK_DESCRIPTOR_TYPE_SAMPLER, setsPerPool * 8}};
     const VkDescriptorPoolCreateInfo info{.sType = VK_STRUCTURE_TYPE_DESCRIPTOR_POOL_CREATE_INFO,
                                           .maxSets = setsPerPool,

@@ -20,7 +20,8 @@ namespace tarnwick::gpu {
 struct RenderPipelineParts {
     std::shared_ptr<DeviceState> device;
     PipelineWithLayout drawing;
-    PixelFormat colorFormat = PixelFormat::invalid, depthFormat = PixelFormat::invalid;
+    std::array<PixelFormat, mostColors> colorFormats{};
+    PixelFormat depthFormat = PixelFormat::invalid;
     std::uint32_t sampleCount = 1;
     TopologyClass topology = TopologyClass::triangle;
     PointPipelines points;                    // beside `drawing`, if it draws points

@@ -1,5 +1,6 @@
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickGPU/Commands.h"
+#include "TarnwickGPU/Commands/ColorInputs.h"
 #include "TarnwickGPU/Commands/CommandBufferParts.h"
 #include "TarnwickGPU/Commands/PipelineParts.h"
 #include "TarnwickGPU/Commands/PointDrawing.h"
@@ -50,8 +51,10 @@ bool fits(const RenderPipelineParts& pipeline, const RenderPassDescriptor& pass)
     auto format = [](const Texture* texture) {
         return texture ? texture->descriptor().format : PixelFormat::invalid;
     };
-    return pipeline.colorFormat == format(pass.color.texture) &&
-           pipeline.depthFormat == format(pass.depth.texture) &&
+    for (std::size_t n = 0; n < mostColors; ++n)
+        if (pipeline.colorFormats[n] != format(pass.colorAt(n).texture))
+            return false;
+    return pipeline.depthFormat == format(pass.depth.texture) &&
            pipeline.sampleCount == targetDescriptor(pass).sampleCount;
 }
 
@@ -82,6 +85,13 @@ void bindIndices(CommandBufferParts& parts, const Buffer& buffer, std::size_t of
                          isShort ? VK_INDEX_TYPE_UINT16 : VK_INDEX_TYPE_UINT32);
 }
 
+void startDraw(CommandBufferParts& parts, const BindingLayout& layout, PrimitiveType type) {
+    if (layout.colorInputs != 0)
+        readyColorInputs(parts, layout.colorInputs);
+    openRendering(parts);
+    readyDraw(parts, layout, type);
+}
+
 } // namespace
 
 std::optional<RenderCommandEncoder>
@@ -90,9 +100,12 @@ CommandBuffer::renderCommandEncoder(const RenderPassDescriptor& descriptor) {
         return std::nullopt;
     parts_->startEncoding(Encoding::render);
     parts_->pass = descriptor;
-    enter(*parts_, descriptor.color.texture, colorUse, contentsAfter(descriptor.color.load));
-    if (descriptor.color.store == StoreAction::multisampleResolve)
-        enter(*parts_, descriptor.color.resolveTexture, colorUse, Contents::discarded);
+    for (std::size_t n = 0; n < mostColors; ++n) {
+        const ColorAttachment& color = descriptor.colorAt(n);
+        enter(*parts_, color.texture, colorUse, contentsAfter(color.load));
+        if (color.store == StoreAction::multisampleResolve)
+            enter(*parts_, color.resolveTexture, colorUse, Contents::discarded);
+    }
     enter(*parts_, descriptor.depth.texture, depthUse, contentsAfter(descriptor.depth.load));
     parts_->barriers.flush(parts_->handle);
 
@@ -101,6 +114,7 @@ CommandBuffer::renderCommandEncoder(const RenderPassDescriptor& descriptor) {
     encoder.setViewport(
         {.width = static_cast<double>(target.width), .height = static_cast<double>(target.height)});
     encoder.setScissorRect({.width = target.width, .height = target.height});
+    encoder.setBlendColor(0, 0, 0, 0);
     setDepth(parts_->handle, {});
     return encoder;
 }
@@ -110,7 +124,7 @@ void RenderCommandEncoder::setRenderPipelineState(const RenderPipelineState& sta
     const TextureDescriptor& target = targetDescriptor(parts_->pass);
     precondition(fits(pipeline, parts_->pass),
                  "a pipeline has the formats and the sample count of the targets",
-                 "pipeline VkFormat", static_cast<int>(vulkanFormat(pipeline.colorFormat)),
+                 "pipeline VkFormat", static_cast<int>(vulkanFormat(pipeline.colorFormats[0])),
                  "target VkFormat", static_cast<int>(vulkanFormat(target.format)),
                  "pipeline samples", pipeline.sampleCount, "target samples", target.sampleCount);
     parts_->renderPipeline = &pipeline;
@@ -132,6 +146,11 @@ void RenderCommandEncoder::setScissorRect(const ScissorRect& rectangle) {
         {static_cast<std::int32_t>(rectangle.x), static_cast<std::int32_t>(rectangle.y)},
         {rectangle.width, rectangle.height}};
     vkCmdSetScissor(parts_->handle, 0, 1, &scissor);
+}
+
+void RenderCommandEncoder::setBlendColor(float red, float green, float blue, float alpha) {
+    const std::array<float, 4> color{red, green, blue, alpha};
+    vkCmdSetBlendConstants(parts_->handle, color.data());
 }
 
 void RenderCommandEncoder::setVertexBytes(const void* bytes, std::size_t length,
@@ -181,8 +200,7 @@ void RenderCommandEncoder::drawPrimitives(PrimitiveType type, std::uint32_t vert
                      baseInstance);
         return drawPoints(*parts_, vertexStart, vertexCount, instanceCount);
     }
-    openRendering(*parts_);
-    readyDraw(*parts_, pipeline.drawing.layout, type);
+    startDraw(*parts_, pipeline.drawing.layout, type);
     vkCmdDraw(parts_->handle, vertexCount, instanceCount, vertexStart, baseInstance);
 }
 
@@ -197,8 +215,7 @@ void RenderCommandEncoder::drawIndexedPrimitives(PrimitiveType type, std::uint32
                  "points are drawn with indices only if the pipeline has a vertex descriptor");
     if (indexCount == 0 || instanceCount == 0)
         return;
-    openRendering(*parts_);
-    readyDraw(*parts_, pipeline.drawing.layout, type);
+    startDraw(*parts_, pipeline.drawing.layout, type);
     bindIndices(*parts_, indexBuffer, indexBufferOffset, indexType, indexCount);
     vkCmdDrawIndexed(parts_->handle, indexCount, instanceCount, 0, baseVertex, baseInstance);
 }
@@ -208,9 +225,12 @@ void RenderCommandEncoder::endEncoding() {
     parts_->endEncoding(Encoding::render);
     vkCmdEndRendering(parts_->handle);
     const RenderPassDescriptor& pass = parts_->pass;
-    leave(*parts_, pass.color.texture, colorUse);
-    if (pass.color.store == StoreAction::multisampleResolve)
-        leave(*parts_, pass.color.resolveTexture, colorUse);
+    for (std::size_t n = 0; n < mostColors; ++n) {
+        const ColorAttachment& color = pass.colorAt(n);
+        leave(*parts_, color.texture, colorUseOf(*parts_, n));
+        if (color.store == StoreAction::multisampleResolve)
+            leave(*parts_, color.resolveTexture, colorUse);
+    }
     leave(*parts_, pass.depth.texture, depthUse);
     parts_->barriers.afterWork(VK_PIPELINE_STAGE_2_ALL_GRAPHICS_BIT,
                                VK_ACCESS_2_SHADER_STORAGE_WRITE_BIT);

@@ -33,8 +33,9 @@ VkResult makePipeline(RenderPipelineParts& parts, const RenderPipelineDescriptor
                                  .fragment = functions[1]->words,
                                  .layout = parts.drawing.layout.pipelineLayout,
                                  .vertexInput = &vertexInput.state(),
-                                 .color = descriptor.color,
-                                 .givesColor = (functions[1]->colorAttachments & 1) != 0,
+                                 .colors = colorsOf(descriptor),
+                                 .givenColors = functions[1]->colorAttachments,
+                                 .readsColors = parts.drawing.layout.colorInputs != 0,
                                  .depthFormat = descriptor.depthFormat,
                                  .sampleCount = descriptor.sampleCount,
                                  .topology = descriptor.topology},
@@ -64,14 +65,15 @@ Device::newRenderPipelineState(const RenderPipelineDescriptor& given) {
     if (const auto fault =
             attributeFault(state_->record, given.vertex->entryPoint(), given.vertexDescriptor))
         throw DeviceError("The device could not make " + subject(given) + ": " + *fault + ".");
-    const Function vertex = withoutLostOutputs(*given.vertex);
-    const Function fragment = withoutLostOutputs(*given.fragment);
+    const Function vertex = withoutLostOutputs(*given.vertex, given);
+    const Function fragment = withoutLostOutputs(*given.fragment, given);
     RenderPipelineDescriptor descriptor = given;
     descriptor.vertex = &vertex;
     descriptor.fragment = &fragment;
     auto parts = std::make_unique<RenderPipelineParts>();
     parts->device = state_;
-    parts->colorFormat = descriptor.color.format;
+    for (std::size_t n = 0; n < mostColors; ++n)
+        parts->colorFormats[n] = descriptor.colorAt(n).format;
     parts->depthFormat = descriptor.depthFormat;
     parts->sampleCount = descriptor.sampleCount;
     parts->topology = descriptor.topology;
@@ -80,7 +82,8 @@ Device::newRenderPipelineState(const RenderPipelineDescriptor& given) {
     // The forms of points number the vertices in their own way.
     const bool drawsPoints = descriptor.topology == TopologyClass::point &&
                              descriptor.vertex->entryPoint().attributes.empty() &&
-                             takesPointForms(descriptor.vertex->entryPoint());
+                             takesPointForms(descriptor.vertex->entryPoint()) &&
+                             !takesColors(descriptor.fragment->entryPoint());
     const VkResult result =
         drawsPoints ? makePointPipelines(*state_, descriptor, parts->drawing, parts->points)
                     : makePipeline(*parts, descriptor);

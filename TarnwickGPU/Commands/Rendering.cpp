@@ -3,7 +3,6 @@
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickGPU/Commands/PipelineParts.h"
 #include "TarnwickGPU/Commands/ResourceBinding.h"
-#include "TarnwickGPU/Points/PointForms.h"
 #include "TarnwickGPU/Resources.h"
 #include "TarnwickGPU/Resources/TextureParts.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
@@ -40,11 +39,13 @@ VkClearColorValue clearValue(const ClearColor& color, PixelFormat format) {
                         static_cast<float>(color.blue), static_cast<float>(color.alpha)}};
 }
 
-VkRenderingAttachmentInfo colorInfo(const ColorAttachment& color) {
+VkRenderingAttachmentInfo colorInfo(const ColorAttachment& color, VkImageLayout layout) {
+    if (!color.texture)
+        return {.sType = VK_STRUCTURE_TYPE_RENDERING_ATTACHMENT_INFO};
     VkRenderingAttachmentInfo info{
         .sType = VK_STRUCTURE_TYPE_RENDERING_ATTACHMENT_INFO,
         .imageView = color.texture->parts().views.attachment(color.level, color.slice),
-        .imageLayout = colorUse.layout,
+        .imageLayout = layout,
         .loadOp = loadOps[static_cast<std::size_t>(color.load)],
         .storeOp = storeOps[static_cast<std::size_t>(color.store)],
         .clearValue = {.color = clearValue(color.clear, color.texture->descriptor().format)}};
@@ -68,12 +69,9 @@ VkRenderingAttachmentInfo depthInfo(const DepthAttachment& depth) {
             .clearValue = {.depthStencil = {static_cast<float>(depth.clearDepth), 0}}};
 }
 
-// If kernels may interrupt the rendering, the contents are kept until it continues.
-VkRenderingAttachmentInfo keptBetween(const CommandBufferParts& parts,
-                                      VkRenderingAttachmentInfo info, bool goesOn) {
-    const PointTraits& points = parts.device->record.points;
-    if (points.largest < largestPoint || points.splats)
-        info.storeOp = VK_ATTACHMENT_STORE_OP_STORE;
+// A later draw may interrupt the rendering, so the contents are always kept.
+VkRenderingAttachmentInfo keptBetween(VkRenderingAttachmentInfo info, bool goesOn) {
+    info.storeOp = VK_ATTACHMENT_STORE_OP_STORE;
     if (goesOn)
         info.loadOp = VK_ATTACHMENT_LOAD_OP_LOAD;
     return info;
@@ -100,14 +98,30 @@ void bindVertexBuffers(CommandBufferParts& parts) {
 } // namespace
 
 const TextureDescriptor& targetDescriptor(const RenderPassDescriptor& pass) {
-    const Texture* texture = pass.color.texture ? pass.color.texture : pass.depth.texture;
+    const Texture* texture = pass.depth.texture;
+    for (std::size_t n = mostColors; n-- > 0;)
+        if (pass.colorAt(n).texture)
+            texture = pass.colorAt(n).texture;
     precondition(texture, "a render pass has a target");
     return texture->descriptor();
 }
 
+TextureUse colorUseOf(const CommandBufferParts& parts, std::size_t n) {
+    TextureUse use = colorUse;
+    if (parts.colorInputs[n].isTarget) {
+        use.layout = parts.colorInputs[n].layout;
+        use.stages |= VK_PIPELINE_STAGE_2_FRAGMENT_SHADER_BIT;
+        use.access |= VK_ACCESS_2_SHADER_READ_BIT;
+    }
+    return use;
+}
+
 VkExtent2D targetExtent(const RenderPassDescriptor& pass) {
     const TextureDescriptor& target = targetDescriptor(pass);
-    const std::uint32_t level = pass.color.texture ? pass.color.level : pass.depth.level;
+    std::uint32_t level = pass.depth.level;
+    for (std::size_t n = mostColors; n-- > 0;)
+        if (pass.colorAt(n).texture)
+            level = pass.colorAt(n).level;
     return {std::max(target.width >> level, 1u), std::max(target.height >> level, 1u)};
 }
 
@@ -117,16 +131,21 @@ void openRendering(CommandBufferParts& parts) {
     const bool goesOn = parts.rendering == Rendering::broken;
     parts.rendering = Rendering::open;
     const RenderPassDescriptor& pass = parts.pass;
-    VkRenderingAttachmentInfo color, depth;
-    if (pass.color.texture)
-        color = keptBetween(parts, colorInfo(pass.color), goesOn);
+    std::array<VkRenderingAttachmentInfo, mostColors> colors;
+    std::uint32_t count = 0;
+    for (std::uint32_t n = 0; n < mostColors; ++n) {
+        colors[n] = keptBetween(colorInfo(pass.colorAt(n), colorUseOf(parts, n).layout), goesOn);
+        if (pass.colorAt(n).texture)
+            count = n + 1;
+    }
+    VkRenderingAttachmentInfo depth;
     if (pass.depth.texture)
-        depth = keptBetween(parts, depthInfo(pass.depth), goesOn);
+        depth = keptBetween(depthInfo(pass.depth), goesOn);
     const VkRenderingInfo info{.sType = VK_STRUCTURE_TYPE_RENDERING_INFO,
                                .renderArea = {.extent = targetExtent(pass)},
                                .layerCount = 1,
-                               .colorAttachmentCount = pass.color.texture ? 1u : 0u,
-                               .pColorAttachments = &color,
+                               .colorAttachmentCount = count,
+                               .pColorAttachments = colors.data(),
                                .pDepthAttachment = pass.depth.texture ? &depth : nullptr};
     vkCmdBeginRendering(parts.handle, &info);
 }

@@ -13,6 +13,10 @@ inline constexpr TextureUse depthUse{
     VK_PIPELINE_STAGE_2_EARLY_FRAGMENT_TESTS_BIT | VK_PIPELINE_STAGE_2_LATE_FRAGMENT_TESTS_BIT,
     VK_ACCESS_2_DEPTH_STENCIL_ATTACHMENT_READ_BIT | VK_ACCESS_2_DEPTH_STENCIL_ATTACHMENT_WRITE_BIT};
 
+// The use of the colour attachment `n`: another one once a draw has read it (ColorInputs.h).
+TextureUse colorUseOf(const CommandBufferParts& parts, std::size_t n);
+
+// The first target: of the colour attachments, then the depth.
 const TextureDescriptor& targetDescriptor(const RenderPassDescriptor& pass);
 // Pixels of the level to draw into.
 VkExtent2D targetExtent(const RenderPassDescriptor& pass);

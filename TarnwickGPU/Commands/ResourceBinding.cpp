@@ -15,11 +15,12 @@ namespace {
 // Of both stages of a pipeline. BindingLayout makes no layout with more.
 constexpr std::size_t mostDescriptors = mostResources;
 
-// On the stack. Each write points at its record in `buffers` or `images`.
+// On the stack. Each write points at its record in one of the other arrays.
 struct Writes {
     std::array<VkWriteDescriptorSet, mostDescriptors> list;
     std::array<VkDescriptorBufferInfo, mostDescriptors> buffers;
     std::array<VkDescriptorImageInfo, mostDescriptors> images;
+    std::array<VkBufferView, mostDescriptors> texels;
     std::uint32_t count = 0;
 };
 
@@ -72,15 +73,40 @@ VkDescriptorImageInfo standInFor(const DeviceRecord& device, const BoundResource
     return {VK_NULL_HANDLE, bound.standIn->views.whole(), bound.standIn->rest};
 }
 
-VkDescriptorImageInfo imageInfo(const DeviceRecord& device, const ResourceTable& table,
+// A target's colour so far; see ColorInputs.h.
+VkDescriptorImageInfo colorInput(const CommandBufferParts& commands, const BoundResource& bound) {
+    const ColorInput& input = commands.colorInputs[bound.resource.index];
+    if (!input.view || input.component != bound.resource.component)
+        return standInFor(commands.device->record, bound);
+    return {VK_NULL_HANDLE, input.view, input.layout};
+}
+
+VkDescriptorImageInfo imageInfo(const CommandBufferParts& commands, const ResourceTable& table,
                                 const BoundResource& bound) {
+    const DeviceRecord& device = commands.device->record;
     if (bound.sampler)
         return {samplerFor(table, bound), VK_NULL_HANDLE, VK_IMAGE_LAYOUT_UNDEFINED};
+    if (bound.resource.kind == msl::ResourceKind::colorInput)
+        return colorInput(commands, bound);
     const TextureParts* texture = table.textures[bound.resource.index];
     const VkImageView view = texture ? texture->views.forResource(bound.resource) : VK_NULL_HANDLE;
     if (!view)
         return standInFor(device, bound);
     return {VK_NULL_HANDLE, view, texture->rest};
+}
+
+VkBufferView texels(const DeviceRecord& device, const ResourceTable& table,
+                    const BoundResource& bound) {
+    const TextureParts* texture = table.textures[bound.resource.index];
+    const VkBufferView view = texture ? texture->texelsFor(bound.resource) : VK_NULL_HANDLE;
+    if (view || device.features.nullDescriptors)
+        return view;
+    return bound.standIn->texelsFor(bound.resource);
+}
+
+bool isTexels(VkDescriptorType type) {
+    return type == VK_DESCRIPTOR_TYPE_UNIFORM_TEXEL_BUFFER ||
+           type == VK_DESCRIPTOR_TYPE_STORAGE_TEXEL_BUFFER;
 }
 
 bool isBuffer(VkDescriptorType type) {
@@ -97,8 +123,11 @@ void add(CommandBufferParts& commands, Writes& writes, const BoundResource& boun
     if (isBuffer(bound.type)) {
         writes.buffers[at] = bufferInfo(commands, table, bound);
         writes.list[at].pBufferInfo = &writes.buffers[at];
+    } else if (isTexels(bound.type)) {
+        writes.texels[at] = texels(commands.device->record, table, bound);
+        writes.list[at].pTexelBufferView = &writes.texels[at];
     } else {
-        writes.images[at] = imageInfo(commands.device->record, table, bound);
+        writes.images[at] = imageInfo(commands, table, bound);
         writes.list[at].pImageInfo = &writes.images[at];
     }
 }

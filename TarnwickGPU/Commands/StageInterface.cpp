@@ -5,6 +5,7 @@
 #include "TarnwickSpirv/Interface.h"
 #include "TarnwickSpirv/Rewriting.h"
 
+#include <algorithm>
 #include <map>
 #include <utility>
 
@@ -14,12 +15,31 @@ using namespace spirv;
 
 namespace {
 
-std::vector<Id> lostOutputs(const Module& code, msl::Stage stage) {
+bool isSecondSource(BlendFactor factor) {
+    return factor >= BlendFactor::source1Color && factor <= BlendFactor::oneMinusSource1Alpha;
+}
+
+bool blendsTwoSources(const ColorAttachmentDescriptor& color) {
+    return color.blends &&
+           (isSecondSource(color.sourceRGB) || isSecondSource(color.sourceAlpha) ||
+            isSecondSource(color.destinationRGB) || isSecondSource(color.destinationAlpha));
+}
+
+bool hasTarget(const RenderPipelineDescriptor& descriptor, std::uint32_t location) {
+    return location == 0 ||
+           (location < mostColors && descriptor.colorAt(location).format != PixelFormat::invalid);
+}
+
+std::vector<Id> lostOutputs(const Module& code, msl::Stage stage,
+                            const RenderPipelineDescriptor& descriptor) {
     std::vector<Id> lost;
     if (stage == msl::Stage::fragment)
         for (const auto& [location, variable] : locations(code, spv::StorageClass::Output))
-            if (location != 0)
+            if (!hasTarget(descriptor, location))
                 lost.push_back(variable);
+    if (stage == msl::Stage::fragment && !blendsTwoSources(descriptor.color))
+        for (const Id variable : secondSources(code))
+            lost.push_back(variable);
     if (stage == msl::Stage::vertex)
         for (const spv::BuiltIn word : {spv::BuiltIn::Layer, spv::BuiltIn::ViewportIndex})
             if (const auto variable = builtIn(code, word))
@@ -70,11 +90,74 @@ bool areTaken(const Shapes& inputs, const Shapes& outputs) {
     return true;
 }
 
+// "color(3)", as the text has it; "the target" where there is one.
+std::string targetName(const RenderPipelineDescriptor& descriptor, std::uint32_t location) {
+    const bool isOnly = std::ranges::none_of(descriptor.otherColors, [](const auto& other) {
+        return other.format != PixelFormat::invalid;
+    });
+    return isOnly ? "the target" : "the target of color(" + std::to_string(location) + ")";
+}
+
+std::optional<std::string> componentFault(const RenderPipelineDescriptor& descriptor,
+                                          std::uint32_t location, spv::Op kind) {
+    const PixelFormat format = descriptor.colorAt(location).format;
+    const bool isFloat = componentOf(format) == msl::TextureComponent::float_;
+    const bool isInteger = !isFloat && format != PixelFormat::invalid;
+    const std::string &name = descriptor.fragment->name(),
+                      target = targetName(descriptor, location);
+    if (isFloat && kind == spv::Op::OpTypeInt)
+        return name + " gives integers, and " + target + " holds fractions";
+    if (isInteger && kind == spv::Op::OpTypeFloat)
+        return name + " gives fractions, and " + target + " holds integers";
+    return std::nullopt;
+}
+
+bool blendAlike(const RenderPipelineDescriptor& descriptor) {
+    ColorAttachmentDescriptor first = descriptor.color;
+    return std::ranges::all_of(descriptor.otherColors, [&](const auto& other) {
+        first.format = other.format;
+        return other.format == PixelFormat::invalid || other == first;
+    });
+}
+
+// Colours, their blending and their reading that the targets or the device do not have.
+std::optional<std::string> colorFault(const DeviceRecord& device,
+                                      const RenderPipelineDescriptor& descriptor,
+                                      const Shapes& colours) {
+    for (const auto& [location, colour] : colours)
+        if (hasTarget(descriptor, location))
+            if (auto fault = componentFault(descriptor, location, colour.kind))
+                return fault;
+    if (takesColors(descriptor.fragment->entryPoint()) && descriptor.sampleCount > 1)
+        return descriptor.fragment->name() + " takes the colour so far, and the target has " +
+               std::to_string(descriptor.sampleCount) + " samples";
+    if (!device.features.independentBlend && !blendAlike(descriptor))
+        return "the targets do not blend alike, which " + device.info.name + " requires";
+    for (std::size_t n = 0; n < mostColors; ++n) {
+        const bool isTaken = blendsTwoSources(descriptor.colorAt(n));
+        if (isTaken && !device.features.twoSources)
+            return device.info.name + " does not blend two sources";
+        if (isTaken && !blendsTwoSources(descriptor.color))
+            return "two sources are blended into the target of color(0) alone";
+        const bool isBeyond = n >= device.limits.maxFragmentDualSrcAttachments &&
+                              descriptor.colorAt(n).format != PixelFormat::invalid;
+        if (isBeyond && blendsTwoSources(descriptor.color))
+            return "two sources are blended, and there are targets beside that of color(0)";
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
-Function withoutLostOutputs(const Function& function) {
+bool takesColors(const msl::EntryPoint& fragment) {
+    return std::ranges::any_of(fragment.resources, [](const msl::Resource& resource) {
+        return resource.kind == msl::ResourceKind::colorInput;
+    });
+}
+
+Function withoutLostOutputs(const Function& function, const RenderPipelineDescriptor& descriptor) {
     Module code(function.entryPoint().words);
-    const std::vector<Id> lost = lostOutputs(code, function.stage());
+    const std::vector<Id> lost = lostOutputs(code, function.stage(), descriptor);
     if (lost.empty())
         return function;
     for (const Id variable : lost)
@@ -83,7 +166,9 @@ Function withoutLostOutputs(const Function& function) {
     changed->words =
         code.finish(function.stage() == msl::Stage::vertex ? spv::ExecutionModel::Vertex
                                                            : spv::ExecutionModel::Fragment);
-    changed->colorAttachments &= 1;
+    for (std::uint32_t location = 0; location < mostColors; ++location)
+        if (!hasTarget(descriptor, location))
+            changed->colorAttachments &= ~(1u << location);
     return Function(std::move(changed));
 }
 
@@ -104,14 +189,8 @@ std::optional<std::string> interfaceFault(const DeviceRecord& device,
     if (!areTaken(shapesOf(taker, spv::StorageClass::Input), outputs))
         return fragment + " takes a value that " + vertex +
                " does not give, or gives as another type";
-    const Shapes colours = shapesOf(taker, spv::StorageClass::Output);
-    const bool isFloat = componentOf(descriptor.color.format) == msl::TextureComponent::float_;
-    const bool isInteger = !isFloat && descriptor.color.format != PixelFormat::invalid;
-    if (const auto colour = colours.find(0); colour != colours.end())
-        if ((isFloat && colour->second.kind == spv::Op::OpTypeInt) ||
-            (isInteger && colour->second.kind == spv::Op::OpTypeFloat))
-            return fragment + (isFloat ? " gives integers, and the target holds fractions"
-                                       : " gives fractions, and the target holds integers");
+    if (auto fault = colorFault(device, descriptor, shapesOf(taker, spv::StorageClass::Output)))
+        return fault;
     return std::nullopt;
 }
 

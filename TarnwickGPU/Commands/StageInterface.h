@@ -11,9 +11,12 @@ namespace tarnwick::gpu {
 
 struct DeviceRecord;
 
-// The function with the outputs that no pipeline of the layer has (colours other than color(0),
-// layers and viewports) changed to private variables.
-Function withoutLostOutputs(const Function& function);
+// The function with the outputs that the pipeline does not have (colours without a target, a second
+// source that nothing blends, layers and viewports) changed to private variables.
+Function withoutLostOutputs(const Function& function, const RenderPipelineDescriptor& descriptor);
+
+// Whether a fragment function takes the colours so far.
+bool takesColors(const msl::EntryPoint& fragment);
 
 // Why the two functions cannot be one pipeline, as a clause; nothing if they can.
 std::optional<std::string> interfaceFault(const DeviceRecord& device,

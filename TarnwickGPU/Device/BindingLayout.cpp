@@ -18,6 +18,7 @@ VkDescriptorType descriptorType(msl::ResourceKind kind) {
     case msl::ResourceKind::loopReport:
         return VK_DESCRIPTOR_TYPE_STORAGE_BUFFER;
     case msl::ResourceKind::sampledTexture:
+    case msl::ResourceKind::colorInput:
         return VK_DESCRIPTOR_TYPE_SAMPLED_IMAGE;
     case msl::ResourceKind::storageTexture:
         return VK_DESCRIPTOR_TYPE_STORAGE_IMAGE;
@@ -26,6 +27,15 @@ VkDescriptorType descriptorType(msl::ResourceKind kind) {
         break;
     }
     return VK_DESCRIPTOR_TYPE_SAMPLER;
+}
+
+// Vulkan's limits count texel buffers as images.
+VkDescriptorType descriptorType(const msl::Resource& resource) {
+    const VkDescriptorType type = descriptorType(resource.kind);
+    if (resource.shape != msl::TextureShape::buffer)
+        return type;
+    return type == VK_DESCRIPTOR_TYPE_STORAGE_IMAGE ? VK_DESCRIPTOR_TYPE_STORAGE_TEXEL_BUFFER
+                                                    : VK_DESCRIPTOR_TYPE_UNIFORM_TEXEL_BUFFER;
 }
 
 VkShaderStageFlags stageFlags(msl::Stage stage) {
@@ -90,7 +100,7 @@ bool makeSetLayout(const DeviceRecord& device, BindingLayout& layout, const Bind
         for (const msl::Resource& resource : function->resources)
             bindings.push_back(
                 {.binding = resource.binding,
-                 .descriptorType = descriptorType(resource.kind),
+                 .descriptorType = descriptorType(resource),
                  .descriptorCount = 1,
                  .stageFlags = needs.stages ? needs.stages : stageFlags(function->stage)});
     for (std::size_t own = 0; own < needs.ownBuffers; ++own)
@@ -133,14 +143,15 @@ std::uint64_t samplerBits(const msl::Resource& resource) {
 
 bool isTexture(const msl::Resource& resource) {
     return resource.kind == msl::ResourceKind::sampledTexture ||
-           resource.kind == msl::ResourceKind::storageTexture;
+           resource.kind == msl::ResourceKind::storageTexture ||
+           resource.kind == msl::ResourceKind::colorInput;
 }
 
 bool listResources(DeviceState& device, BindingLayout& layout, const msl::EntryPoint& function) {
     const TableIndex table =
         function.stage == msl::Stage::fragment ? TableIndex::fragment : TableIndex::vertexOrKernel;
     for (const msl::Resource& resource : function.resources) {
-        BoundResource bound{resource, table, descriptorType(resource.kind)};
+        BoundResource bound{resource, table, descriptorType(resource)};
         const bool isSampler = bound.type == VK_DESCRIPTOR_TYPE_SAMPLER;
         if (isSampler)
             bound.sampler = device.samplers.sampler(samplerBits(resource));
@@ -151,6 +162,8 @@ bool listResources(DeviceState& device, BindingLayout& layout, const msl::EntryP
             return false;
         const bool isReport = resource.kind == msl::ResourceKind::loopReport;
         layout.reportsLoops |= isReport;
+        if (resource.kind == msl::ResourceKind::colorInput)
+            layout.colorInputs |= 1u << resource.index;
         layout.writesMemory |= resource.isWritten && !isReport;
         layout.resources.push_back(bound);
     }

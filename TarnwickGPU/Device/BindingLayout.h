@@ -54,6 +54,8 @@ struct BindingLayout {
     bool pushesDescriptors = false;
     bool writesMemory = false; // a function stores to a buffer or a texture
     bool reportsLoops = false; // a function counts its loop iterations
+    std::uint32_t colorInputs =
+        0; // bit n: the fragment function takes the colour so far of color(n)
     std::vector<BoundResource> resources;
 
     // Nothing when the device does not support the layout.

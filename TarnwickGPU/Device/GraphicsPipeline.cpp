@@ -10,9 +10,28 @@ namespace tarnwick::gpu {
 namespace {
 
 // In the order of the enumerations.
-constexpr std::array blendFactors{VK_BLEND_FACTOR_ZERO, VK_BLEND_FACTOR_ONE,
-                                  VK_BLEND_FACTOR_SRC_ALPHA, VK_BLEND_FACTOR_ONE_MINUS_SRC_ALPHA};
-constexpr std::array blendOperations{VK_BLEND_OP_ADD};
+constexpr std::array blendFactors{VK_BLEND_FACTOR_ZERO,
+                                  VK_BLEND_FACTOR_ONE,
+                                  VK_BLEND_FACTOR_SRC_COLOR,
+                                  VK_BLEND_FACTOR_ONE_MINUS_SRC_COLOR,
+                                  VK_BLEND_FACTOR_SRC_ALPHA,
+                                  VK_BLEND_FACTOR_ONE_MINUS_SRC_ALPHA,
+                                  VK_BLEND_FACTOR_DST_COLOR,
+                                  VK_BLEND_FACTOR_ONE_MINUS_DST_COLOR,
+                                  VK_BLEND_FACTOR_DST_ALPHA,
+                                  VK_BLEND_FACTOR_ONE_MINUS_DST_ALPHA,
+                                  VK_BLEND_FACTOR_SRC_ALPHA_SATURATE,
+                                  VK_BLEND_FACTOR_CONSTANT_COLOR,
+                                  VK_BLEND_FACTOR_ONE_MINUS_CONSTANT_COLOR,
+                                  VK_BLEND_FACTOR_CONSTANT_ALPHA,
+                                  VK_BLEND_FACTOR_ONE_MINUS_CONSTANT_ALPHA,
+                                  VK_BLEND_FACTOR_SRC1_COLOR,
+                                  VK_BLEND_FACTOR_ONE_MINUS_SRC1_COLOR,
+                                  VK_BLEND_FACTOR_SRC1_ALPHA,
+                                  VK_BLEND_FACTOR_ONE_MINUS_SRC1_ALPHA};
+constexpr std::array blendOperations{VK_BLEND_OP_ADD, VK_BLEND_OP_SUBTRACT,
+                                     VK_BLEND_OP_REVERSE_SUBTRACT, VK_BLEND_OP_MIN,
+                                     VK_BLEND_OP_MAX};
 constexpr std::array topologies{VK_PRIMITIVE_TOPOLOGY_TRIANGLE_LIST,
                                 VK_PRIMITIVE_TOPOLOGY_POINT_LIST};
 
@@ -23,10 +42,21 @@ VkBlendOp vulkan(BlendOperation operation) {
     return blendOperations[static_cast<std::size_t>(operation)];
 }
 
+VkColorComponentFlags vulkan(const ColorWriteMask& mask) {
+    VkColorComponentFlags flags = 0;
+    if (mask.red)
+        flags |= VK_COLOR_COMPONENT_R_BIT;
+    if (mask.green)
+        flags |= VK_COLOR_COMPONENT_G_BIT;
+    if (mask.blue)
+        flags |= VK_COLOR_COMPONENT_B_BIT;
+    if (mask.alpha)
+        flags |= VK_COLOR_COMPONENT_A_BIT;
+    return flags;
+}
+
 VkPipelineColorBlendAttachmentState blending(const ColorAttachmentDescriptor& color,
                                              bool givesColor) {
-    constexpr VkColorComponentFlags all = VK_COLOR_COMPONENT_R_BIT | VK_COLOR_COMPONENT_G_BIT |
-                                          VK_COLOR_COMPONENT_B_BIT | VK_COLOR_COMPONENT_A_BIT;
     return {.blendEnable = color.blends,
             .srcColorBlendFactor = vulkan(color.sourceRGB),
             .dstColorBlendFactor = vulkan(color.destinationRGB),
@@ -34,14 +64,14 @@ VkPipelineColorBlendAttachmentState blending(const ColorAttachmentDescriptor& co
             .srcAlphaBlendFactor = vulkan(color.sourceAlpha),
             .dstAlphaBlendFactor = vulkan(color.destinationAlpha),
             .alphaBlendOp = vulkan(color.alphaOperation),
-            .colorWriteMask = givesColor ? all : 0};
+            .colorWriteMask = givesColor ? vulkan(color.writeMask) : 0};
 }
 
 constexpr std::array dynamicStates{
     VK_DYNAMIC_STATE_VIEWPORT,           VK_DYNAMIC_STATE_SCISSOR,
     VK_DYNAMIC_STATE_PRIMITIVE_TOPOLOGY, VK_DYNAMIC_STATE_PRIMITIVE_RESTART_ENABLE,
     VK_DYNAMIC_STATE_DEPTH_TEST_ENABLE,  VK_DYNAMIC_STATE_DEPTH_WRITE_ENABLE,
-    VK_DYNAMIC_STATE_DEPTH_COMPARE_OP};
+    VK_DYNAMIC_STATE_DEPTH_COMPARE_OP,   VK_DYNAMIC_STATE_BLEND_CONSTANTS};
 
 // The state that all pipelines of the layer share: no culling, and dynamic
 // states that the encoder sets.
@@ -64,6 +94,22 @@ struct CommonState {
         .sType = VK_STRUCTURE_TYPE_PIPELINE_DYNAMIC_STATE_CREATE_INFO,
         .dynamicStateCount = dynamicStates.size(),
         .pDynamicStates = dynamicStates.data()};
+};
+
+// The attachments up to the last that has a format.
+struct Colors {
+    std::array<VkFormat, mostColors> formats{};
+    std::array<VkPipelineColorBlendAttachmentState, mostColors> states{};
+    std::uint32_t count = 0;
+
+    explicit Colors(const GraphicsPipelineNeeds& needs) {
+        for (std::uint32_t n = 0; n < mostColors; ++n) {
+            formats[n] = vulkanFormat(needs.colors[n].format);
+            states[n] = blending(needs.colors[n], (needs.givenColors >> n & 1) != 0);
+            if (formats[n] != VK_FORMAT_UNDEFINED)
+                count = n + 1;
+        }
+    }
 };
 
 struct Stages {
@@ -91,6 +137,14 @@ struct Stages {
 
 } // namespace
 
+std::array<ColorAttachmentDescriptor, mostColors>
+colorsOf(const RenderPipelineDescriptor& descriptor) {
+    std::array<ColorAttachmentDescriptor, mostColors> colors;
+    for (std::size_t n = 0; n < mostColors; ++n)
+        colors[n] = descriptor.colorAt(n);
+    return colors;
+}
+
 VkResult makeGraphicsPipeline(const DeviceState& device, const GraphicsPipelineNeeds& needs,
                               VkPipeline& pipeline) {
     const ShaderModule vertex(device.record.handle, needs.vertex);
@@ -99,12 +153,11 @@ VkResult makeGraphicsPipeline(const DeviceState& device, const GraphicsPipelineN
         return VK_ERROR_UNKNOWN;
     const Stages stages(vertex.handle(), fragment.handle(), device.record.loopBudget);
     const CommonState common;
-    const VkFormat colorFormat = vulkanFormat(needs.color.format);
-    const std::uint32_t colors = colorFormat == VK_FORMAT_UNDEFINED ? 0 : 1;
+    const Colors colors(needs);
     const VkPipelineRenderingCreateInfo rendering{
         .sType = VK_STRUCTURE_TYPE_PIPELINE_RENDERING_CREATE_INFO,
-        .colorAttachmentCount = colors,
-        .pColorAttachmentFormats = &colorFormat,
+        .colorAttachmentCount = colors.count,
+        .pColorAttachmentFormats = colors.formats.data(),
         .depthAttachmentFormat = vulkanFormat(needs.depthFormat)};
     const VkPipelineInputAssemblyStateCreateInfo assembly{
         .sType = VK_STRUCTURE_TYPE_PIPELINE_INPUT_ASSEMBLY_STATE_CREATE_INFO,
@@ -112,14 +165,18 @@ VkResult makeGraphicsPipeline(const DeviceState& device, const GraphicsPipelineN
     const VkPipelineMultisampleStateCreateInfo multisample{
         .sType = VK_STRUCTURE_TYPE_PIPELINE_MULTISAMPLE_STATE_CREATE_INFO,
         .rasterizationSamples = static_cast<VkSampleCountFlagBits>(needs.sampleCount)};
-    const VkPipelineColorBlendAttachmentState attachment = blending(needs.color, needs.givesColor);
     const VkPipelineColorBlendStateCreateInfo blend{
         .sType = VK_STRUCTURE_TYPE_PIPELINE_COLOR_BLEND_STATE_CREATE_INFO,
-        .attachmentCount = colors,
-        .pAttachments = &attachment};
+        .attachmentCount = colors.count,
+        .pAttachments = colors.states.data()};
+    const bool readsTargets = needs.readsColors && device.record.features.readsTargets;
     const VkGraphicsPipelineCreateInfo info{
         .sType = VK_STRUCTURE_TYPE_GRAPHICS_PIPELINE_CREATE_INFO,
         .pNext = &rendering,
+        .flags =
+            readsTargets
+                ? VkPipelineCreateFlags{VK_PIPELINE_CREATE_COLOR_ATTACHMENT_FEEDBACK_LOOP_BIT_EXT}
+                : 0,
         .stageCount = static_cast<std::uint32_t>(stages.infos.size()),
         .pStages = stages.infos.data(),
         .pVertexInputState = needs.vertexInput ? needs.vertexInput : &common.vertexInput,

@@ -6,6 +6,7 @@
 
 #include <vulkan/vulkan.h>
 
+#include <array>
 #include <cstdint>
 #include <span>
 
@@ -15,12 +16,16 @@ struct GraphicsPipelineNeeds {
     std::span<const std::uint32_t> vertex, fragment; // SPIR-V
     VkPipelineLayout layout = VK_NULL_HANDLE;
     const VkPipelineVertexInputStateCreateInfo* vertexInput = nullptr; // null: no vertex buffers
-    ColorAttachmentDescriptor color;
-    bool givesColor = true; // false: the target keeps its contents
+    std::array<ColorAttachmentDescriptor, mostColors> colors;
+    std::uint32_t givenColors = 1; // bit n: color(n); the other targets keep their contents
+    bool readsColors = false;      // the fragment function takes colours so far
     PixelFormat depthFormat = PixelFormat::invalid;
     std::uint32_t sampleCount = 1;
     TopologyClass topology = TopologyClass::triangle;
 };
+
+// The colour attachments of a descriptor, as GraphicsPipelineNeeds has them.
+std::array<ColorAttachmentDescriptor, mostColors> colorsOf(const RenderPipelineDescriptor&);
 
 // Blocks while the driver compiles. `pipeline` is set only if the result is VK_SUCCESS.
 VkResult makeGraphicsPipeline(const DeviceState& device, const GraphicsPipelineNeeds& needs,

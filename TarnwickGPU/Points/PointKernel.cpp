@@ -120,7 +120,7 @@ std::optional<FragmentPart> fragmentPart(Module& kernel, const msl::EntryPoint& 
     const auto outputs = locations(code, spv::StorageClass::Output);
     if (!hasOnly(code, {spv::BuiltIn::FragCoord, spv::BuiltIn::PointCoord}) ||
         interpolatesOrLoops(code) || outputs.size() != 1 || !outputs.contains(0) ||
-        pointee(code, outputs.at(0)) != code.vector(code.real(), 4))
+        !secondSources(code).empty() || pointee(code, outputs.at(0)) != code.vector(code.real(), 4))
         return std::nullopt;
     FragmentPart part{.color = outputs.at(0)};
     if (const auto constants = partConstants(code))
@@ -249,16 +249,12 @@ void Kernel::shade(const PointSquare& square, Id x, Id y) {
 }
 
 Id Kernel::factor(BlendFactor factor, Id alpha) {
-    switch (factor) {
-    case BlendFactor::zero:
+    if (factor == BlendFactor::zero)
         return code_.constant(0.0f);
-    case BlendFactor::one:
+    if (factor == BlendFactor::one)
         return code_.constant(1.0f);
-    case BlendFactor::sourceAlpha:
+    if (factor == BlendFactor::sourceAlpha)
         return alpha;
-    case BlendFactor::oneMinusSourceAlpha:
-        break;
-    }
     return body_.emit(spv::Op::OpFSub, body_.number, {code_.constant(1.0f), alpha});
 }
 

@@ -26,7 +26,8 @@ inline constexpr std::uint32_t bytesOfASum = 32;
 struct PointKernelNeeds {
     const msl::EntryPoint* vertex = nullptr;
     const msl::EntryPoint* fragment = nullptr; // null: the kernel only sorts
-    ColorAttachmentDescriptor color;           // of a target that adds
+    ColorAttachmentDescriptor
+        color; // of a target that adds, by factors of 0, 1 or the source's alpha
     std::uint32_t drawsBinding = 0; // VkDrawIndirectCommands; the kernel sets their instanceCount
     std::uint32_t sumsBinding = 0;
 };

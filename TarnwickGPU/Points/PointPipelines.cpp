@@ -25,11 +25,22 @@ bool stores(const msl::EntryPoint& function) {
         });
 }
 
+// A factor that the layer's kernels compute.
+bool isPlain(BlendFactor factor) {
+    return factor == BlendFactor::zero || factor == BlendFactor::one ||
+           factor == BlendFactor::sourceAlpha || factor == BlendFactor::oneMinusSourceAlpha;
+}
+
 // Whether the picture does not depend on the order of the points.
 bool isSum(const RenderPipelineDescriptor& descriptor) {
     const ColorAttachmentDescriptor& color = descriptor.color;
-    return color.blends && color.destinationRGB == BlendFactor::one &&
-           color.destinationAlpha == BlendFactor::one &&
+    const bool hasOthers = std::ranges::any_of(descriptor.otherColors, [](const auto& other) {
+        return other.format != PixelFormat::invalid;
+    });
+    return !hasOthers && color.writeMask == ColorWriteMask{} && isPlain(color.sourceRGB) &&
+           isPlain(color.sourceAlpha) && color.rgbOperation == BlendOperation::add &&
+           color.alphaOperation == BlendOperation::add && color.blends &&
+           color.destinationRGB == BlendFactor::one && color.destinationAlpha == BlendFactor::one &&
            descriptor.depthFormat == PixelFormat::invalid && descriptor.sampleCount == 1;
 }
 
@@ -42,8 +53,8 @@ VkResult makeForm(const DeviceState& device, const RenderPipelineDescriptor& des
         {.vertex = vertex,
          .fragment = fragment,
          .layout = layout,
-         .color = descriptor.color,
-         .givesColor = (pair.fragment.colorAttachments & 1) != 0,
+         .colors = colorsOf(descriptor),
+         .givenColors = pair.fragment.colorAttachments,
          .depthFormat = descriptor.depthFormat,
          .sampleCount = descriptor.sampleCount,
          .topology = form == PointForm::points ? TopologyClass::point : TopologyClass::triangle},
@@ -127,7 +138,7 @@ VkResult makeSums(DeviceState& device, const RenderPipelineDescriptor& descripto
                                 {.vertex = vertex,
                                  .fragment = fragment,
                                  .layout = points.sums.layout.pipelineLayout,
-                                 .color = adds},
+                                 .colors = {adds}},
                                 points.sums.pipeline);
 }
 

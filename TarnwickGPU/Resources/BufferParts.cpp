@@ -28,11 +28,11 @@ std::unique_ptr<BufferParts> BufferParts::make(const DeviceRecord& device, Grave
     const auto memory = makeBufferMemory(device, bytes, use);
     if (!memory)
         return nullptr;
-    auto parts = std::make_unique<BufferParts>(graveyard, *memory);
+    auto parts = std::make_unique<BufferParts>(device, graveyard, transfers, *memory);
     return clear(transfers, *memory) ? std::move(parts) : nullptr;
 }
 
-Buffer::Buffer(std::unique_ptr<BufferParts> parts) : parts_(std::move(parts)) {}
+Buffer::Buffer(std::shared_ptr<BufferParts> parts) : parts_(std::move(parts)) {}
 Buffer::~Buffer() = default;
 std::size_t Buffer::length() const {
     return parts_->memory.size;

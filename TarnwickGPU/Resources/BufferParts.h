@@ -17,12 +17,16 @@ struct BufferParts {
                                              Transfers& transfers, std::size_t bytes,
                                              StorageMode storage);
 
-    BufferParts(Graveyard& yard, const BufferMemory& made) : graveyard(yard), memory(made) {}
+    BufferParts(const DeviceRecord& record, Graveyard& yard, Transfers& copies,
+                const BufferMemory& made)
+        : device(record), graveyard(yard), transfers(copies), memory(made) {}
     ~BufferParts() { bury(graveyard, memory); }
     BufferParts(const BufferParts&) = delete;
     BufferParts& operator=(const BufferParts&) = delete;
 
+    const DeviceRecord& device;
     Graveyard& graveyard;
+    Transfers& transfers;
     std::shared_ptr<const void> keepsAlive; // the device
     BufferMemory memory;
 };

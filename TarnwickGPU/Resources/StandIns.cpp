@@ -9,14 +9,21 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// In the order of msl::TextureShape from d1 on.
-constexpr std::array types{
-    TextureType::type1D,      TextureType::type1DArray,       TextureType::type2D,
-    TextureType::type2DArray, TextureType::type2DMultisample, TextureType::type2DMultisampleArray,
-    TextureType::type3D,      TextureType::typeCube,          TextureType::typeCubeArray};
+// In the order of msl::TextureShape from `buffer` on.
+constexpr std::array types{TextureType::typeTextureBuffer,
+                           TextureType::type1D,
+                           TextureType::type1DArray,
+                           TextureType::type2D,
+                           TextureType::type2DArray,
+                           TextureType::type2DMultisample,
+                           TextureType::type2DMultisampleArray,
+                           TextureType::type3D,
+                           TextureType::typeCube,
+                           TextureType::typeCubeArray};
 
 TextureType typeOf(msl::TextureShape shape) {
-    return types[static_cast<std::size_t>(shape) - static_cast<std::size_t>(msl::TextureShape::d1)];
+    return types[static_cast<std::size_t>(shape) -
+                 static_cast<std::size_t>(msl::TextureShape::buffer)];
 }
 
 // With four components, since a missing fourth component reads as 1.
@@ -25,9 +32,11 @@ PixelFormat formatOf(const msl::Resource& resource) {
         return PixelFormat::depth32Float;
     switch (resource.component) {
     case msl::TextureComponent::int_:
-        return PixelFormat::rgba8Sint;
+        return resource.isAtomic ? PixelFormat::r32Sint : PixelFormat::rgba8Sint;
     case msl::TextureComponent::uint_:
-        return PixelFormat::rgba8Uint;
+        return resource.isAtomic ? PixelFormat::r32Uint : PixelFormat::rgba8Uint;
+    case msl::TextureComponent::ulong_:
+        return PixelFormat::rg32Uint;
     case msl::TextureComponent::none:
     case msl::TextureComponent::float_:
         break;

@@ -1,5 +1,6 @@
 #include "TarnwickGPU/Resources/TextureParts.h"
 
+#include "TarnwickGPU/Resources/BufferParts.h"
 #include "TarnwickGPU/Resources/Memory.h"
 #include "TarnwickGPU/Resources/Transfers.h"
 #include "TarnwickGPU/Vulkan/DeviceRecord.h"
@@ -14,15 +15,30 @@ namespace tarnwick::gpu {
 
 namespace {
 
-VkImageUsageFlags imageUsage(const TextureDescriptor& descriptor) {
+// Whether fragment functions can read the texture while they draw into it.
+bool isReadable(const DeviceRecord& device, const TextureDescriptor& descriptor) {
+    return device.features.readsTargets && descriptor.usage.renderTarget &&
+           !isDepth(descriptor.format) && descriptor.sampleCount == 1;
+}
+
+// Whether 64-bit atomic operations see the two halves of a texel as one number.
+bool isWide(const DeviceRecord& device, const TextureDescriptor& descriptor) {
+    return device.features.textureAtomics64 && descriptor.usage.shaderWrite &&
+           descriptor.format == PixelFormat::rg32Uint;
+}
+
+VkImageUsageFlags imageUsage(const DeviceRecord& device, const TextureDescriptor& descriptor) {
     VkImageUsageFlags usage = VK_IMAGE_USAGE_TRANSFER_SRC_BIT | VK_IMAGE_USAGE_TRANSFER_DST_BIT;
-    if (descriptor.usage.shaderRead)
+    // The levels of a texture that is written are counted in a sampled view.
+    if (descriptor.usage.shaderRead || descriptor.usage.shaderWrite)
         usage |= VK_IMAGE_USAGE_SAMPLED_BIT;
     if (descriptor.usage.shaderWrite)
         usage |= VK_IMAGE_USAGE_STORAGE_BIT;
     if (descriptor.usage.renderTarget)
         usage |= isDepth(descriptor.format) ? VK_IMAGE_USAGE_DEPTH_STENCIL_ATTACHMENT_BIT
                                             : VK_IMAGE_USAGE_COLOR_ATTACHMENT_BIT;
+    if (isReadable(device, descriptor))
+        usage |= VK_IMAGE_USAGE_SAMPLED_BIT | VK_IMAGE_USAGE_ATTACHMENT_FEEDBACK_LOOP_BIT_EXT;
     return usage;
 }
 
@@ -37,10 +53,15 @@ VkImageLayout restLayout(const TextureDescriptor& descriptor) {
                                       : VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL;
 }
 
-VkImageCreateInfo imageInfo(const TextureDescriptor& descriptor) {
+VkImageCreateInfo imageInfo(const DeviceRecord& device, const TextureDescriptor& descriptor) {
     const TypeRow& type = rowOf(descriptor.type);
+    VkImageCreateFlags flags = 0;
+    if (type.isCube)
+        flags |= VK_IMAGE_CREATE_CUBE_COMPATIBLE_BIT;
+    if (isWide(device, descriptor))
+        flags |= VK_IMAGE_CREATE_MUTABLE_FORMAT_BIT;
     return {.sType = VK_STRUCTURE_TYPE_IMAGE_CREATE_INFO,
-            .flags = type.isCube ? VkImageCreateFlags{VK_IMAGE_CREATE_CUBE_COMPATIBLE_BIT} : 0,
+            .flags = flags,
             .imageType = type.image,
             .format = vulkanFormat(descriptor.format),
             .extent = {descriptor.width, descriptor.height, descriptor.depth},
@@ -48,7 +69,7 @@ VkImageCreateInfo imageInfo(const TextureDescriptor& descriptor) {
             .arrayLayers = slices(descriptor),
             .samples = static_cast<VkSampleCountFlagBits>(descriptor.sampleCount),
             .tiling = VK_IMAGE_TILING_OPTIMAL,
-            .usage = imageUsage(descriptor),
+            .usage = imageUsage(device, descriptor),
             .initialLayout = VK_IMAGE_LAYOUT_UNDEFINED};
 }
 
@@ -165,7 +186,12 @@ void changeLayout(VkCommandBuffer commands, const TextureParts& parts, VkImageLa
 std::unique_ptr<TextureParts> TextureParts::make(const DeviceRecord& device, Graveyard& graveyard,
                                                  Transfers& transfers,
                                                  const TextureDescriptor& descriptor) {
-    VkImageCreateInfo info = imageInfo(descriptor);
+    if (descriptor.type == TextureType::typeTextureBuffer) {
+        const std::size_t bytes = descriptor.width * bytesPerPixel(descriptor.format);
+        auto buffer = BufferParts::make(device, graveyard, transfers, bytes, descriptor.storage);
+        return buffer ? over(std::move(buffer), descriptor, 0) : nullptr;
+    }
+    VkImageCreateInfo info = imageInfo(device, descriptor);
     if (!isSensible(descriptor) || !isSupported(device, info, descriptor.format))
         return nullptr;
     const bool isMapped = canBeMapped(device, descriptor, info);
@@ -174,6 +200,7 @@ std::unique_ptr<TextureParts> TextureParts::make(const DeviceRecord& device, Gra
     auto parts = std::make_unique<TextureParts>(device, graveyard, transfers);
     TextureImage& image = parts->image;
     image.descriptor = descriptor;
+    parts->isReadableTarget = isReadable(device, descriptor);
     parts->rest = isMapped ? VK_IMAGE_LAYOUT_GENERAL : restLayout(descriptor);
     if (isDepth(descriptor.format))
         image.aspect = VK_IMAGE_ASPECT_DEPTH_BIT;
@@ -202,7 +229,66 @@ std::unique_ptr<TextureParts> TextureParts::wrap(const DeviceRecord& device, Gra
     return parts;
 }
 
+// Whether the texels are in the buffer and the device can show them to shaders.
+static bool isSupported(const BufferParts& buffer, const TextureDescriptor& descriptor,
+                        std::size_t offset) {
+    const DeviceRecord& device = buffer.device;
+    VkFormatProperties format;
+    vkGetPhysicalDeviceFormatProperties(device.physical, vulkanFormat(descriptor.format), &format);
+    VkFormatFeatureFlags needed = 0;
+    if (descriptor.usage.shaderRead)
+        needed |= VK_FORMAT_FEATURE_UNIFORM_TEXEL_BUFFER_BIT;
+    if (descriptor.usage.shaderWrite)
+        needed |= VK_FORMAT_FEATURE_STORAGE_TEXEL_BUFFER_BIT;
+    const VkDeviceSize bytes = VkDeviceSize{descriptor.width} * bytesPerPixel(descriptor.format);
+    return bytes > 0 && (format.bufferFeatures & needed) == needed && !isDepth(descriptor.format) &&
+           descriptor.width <= device.limits.maxTexelBufferElements && descriptor.height == 1 &&
+           descriptor.depth == 1 && descriptor.mipLevels == 1 && descriptor.arrayLength == 1 &&
+           descriptor.sampleCount == 1 && !descriptor.usage.renderTarget &&
+           offset % device.limits.minTexelBufferOffsetAlignment == 0 &&
+           bytes <= buffer.memory.size && offset <= buffer.memory.size - bytes;
+}
+
+std::unique_ptr<TextureParts> TextureParts::over(std::shared_ptr<BufferParts> buffer,
+                                                 const TextureDescriptor& descriptor,
+                                                 std::size_t offset) {
+    if (descriptor.type != TextureType::typeTextureBuffer ||
+        !isSupported(*buffer, descriptor, offset))
+        return nullptr;
+    auto parts =
+        std::make_unique<TextureParts>(buffer->device, buffer->graveyard, buffer->transfers);
+    const BufferMemory& memory = buffer->memory;
+    VkBufferViewCreateInfo info{.sType = VK_STRUCTURE_TYPE_BUFFER_VIEW_CREATE_INFO,
+                                .buffer = memory.buffer,
+                                .format = vulkanFormat(descriptor.format),
+                                .offset = offset,
+                                .range = VkDeviceSize{descriptor.width} *
+                                         bytesPerPixel(descriptor.format)};
+    if (vkCreateBufferView(buffer->device.handle, &info, nullptr, &parts->texels) != VK_SUCCESS)
+        return nullptr;
+    info.format = VK_FORMAT_R64_UINT;
+    if (isWide(buffer->device, descriptor) &&
+        vkCreateBufferView(buffer->device.handle, &info, nullptr, &parts->wideTexels) != VK_SUCCESS)
+        return nullptr;
+    parts->image.descriptor = descriptor;
+    parts->image.descriptor.storage = memory.bytes ? StorageMode::shared : StorageMode::private_;
+    if (memory.bytes) {
+        parts->bytes = memory.bytes + offset;
+        parts->bytesPerRow = info.range;
+        parts->mappedLength = info.range;
+    }
+    parts->buffer = std::move(buffer);
+    return parts;
+}
+
+VkBufferView TextureParts::texelsFor(const msl::Resource& resource) const {
+    if (resource.shape != msl::TextureShape::buffer || !isUsable(resource, image.descriptor))
+        return VK_NULL_HANDLE;
+    return resource.component == msl::TextureComponent::ulong_ ? wideTexels : texels;
+}
+
 TextureParts::~TextureParts() {
+    graveyard.bury(texels, wideTexels);
     views.bury(graveyard);
     if (memory)
         graveyard.bury(image.handle, memory);

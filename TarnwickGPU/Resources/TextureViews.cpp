@@ -13,7 +13,7 @@ namespace {
 
 // In the order of the enumeration.
 // clang-format off
-constexpr std::array<TypeRow, 9> rows{{
+constexpr std::array<TypeRow, 10> rows{{
     {TextureType::type2D,                 VK_IMAGE_TYPE_2D, VK_IMAGE_VIEW_TYPE_2D},
     {TextureType::type2DMultisample,      VK_IMAGE_TYPE_2D, VK_IMAGE_VIEW_TYPE_2D},
     {TextureType::type1D,                 VK_IMAGE_TYPE_1D, VK_IMAGE_VIEW_TYPE_1D},
@@ -23,6 +23,7 @@ constexpr std::array<TypeRow, 9> rows{{
     {TextureType::type3D,                 VK_IMAGE_TYPE_3D, VK_IMAGE_VIEW_TYPE_3D},
     {TextureType::typeCube,               VK_IMAGE_TYPE_2D, VK_IMAGE_VIEW_TYPE_CUBE,       false, true},
     {TextureType::typeCubeArray,          VK_IMAGE_TYPE_2D, VK_IMAGE_VIEW_TYPE_CUBE_ARRAY, true,  true},
+    {TextureType::typeTextureBuffer,      VK_IMAGE_TYPE_1D, VK_IMAGE_VIEW_TYPE_1D}, // has no image
 }};
 // clang-format on
 
@@ -63,12 +64,40 @@ bool takes(msl::TextureShape shape, TextureType type) {
     return false;
 }
 
+// Atomic operations are on texels of one component.
+bool hasFormat(const msl::Resource& resource, PixelFormat format) {
+    if (!resource.isAtomic)
+        return resource.component == componentOf(format) ||
+               resource.component == msl::TextureComponent::none;
+    switch (resource.component) {
+    case msl::TextureComponent::int_:
+        return format == PixelFormat::r32Sint;
+    case msl::TextureComponent::uint_:
+        return format == PixelFormat::r32Uint;
+    case msl::TextureComponent::ulong_:
+        return format == PixelFormat::rg32Uint;
+    case msl::TextureComponent::none:
+    case msl::TextureComponent::float_:
+        break;
+    }
+    return false;
+}
+
 bool isSame(const VkImageSubresourceRange& a, const VkImageSubresourceRange& b) {
     return a.baseMipLevel == b.baseMipLevel && a.levelCount == b.levelCount &&
            a.baseArrayLayer == b.baseArrayLayer && a.layerCount == b.layerCount;
 }
 
 } // namespace
+
+bool isUsable(const msl::Resource& resource, const TextureDescriptor& descriptor) {
+    const TextureUsage& usage = descriptor.usage;
+    const bool hasUsage =
+        resource.kind == msl::ResourceKind::storageTexture || resource.countsLevels
+            ? usage.shaderWrite
+            : usage.shaderRead;
+    return hasUsage && hasFormat(resource, descriptor.format);
+}
 
 const TypeRow& rowOf(TextureType type) {
     return rows[static_cast<std::size_t>(type)];
@@ -80,7 +109,7 @@ bool TextureViews::start() {
     if (!usage.shaderRead && !usage.shaderWrite && !usage.renderTarget)
         return true;
     const VkImageViewType type = rowOf(descriptor.type).view;
-    whole_ = make(type, image_.wholeRange());
+    whole_ = make(type, image_.wholeRange(), format());
     const bool isPlain = descriptor.mipLevels == 1 && type == VK_IMAGE_VIEW_TYPE_2D;
     if (isPlain)
         attachment_ = whole_;
@@ -95,11 +124,16 @@ void TextureViews::bury(Graveyard& graveyard) {
         graveyard.bury(made.view);
 }
 
-VkImageView TextureViews::make(VkImageViewType type, const VkImageSubresourceRange& range) const {
+VkFormat TextureViews::format() const {
+    return vulkanFormat(image_.descriptor.format);
+}
+
+VkImageView TextureViews::make(VkImageViewType type, const VkImageSubresourceRange& range,
+                               VkFormat format) const {
     const VkImageViewCreateInfo info{.sType = VK_STRUCTURE_TYPE_IMAGE_VIEW_CREATE_INFO,
                                      .image = image_.handle,
                                      .viewType = type,
-                                     .format = vulkanFormat(image_.descriptor.format),
+                                     .format = format,
                                      .subresourceRange = range};
     VkImageView view = VK_NULL_HANDLE;
     if (vkCreateImageView(device_.handle, &info, nullptr, &view) != VK_SUCCESS)
@@ -107,44 +141,44 @@ VkImageView TextureViews::make(VkImageViewType type, const VkImageSubresourceRan
     return view;
 }
 
-VkImageView TextureViews::find(VkImageViewType type, const VkImageSubresourceRange& range) const {
+VkImageView TextureViews::find(VkImageViewType type, const VkImageSubresourceRange& range,
+                               VkFormat format) const {
     std::lock_guard lock(mutex_);
     for (const Made& made : made_)
-        if (made.type == type && isSame(made.range, range))
+        if (made.type == type && isSame(made.range, range) && made.format == format)
             return made.view;
-    const VkImageView view = make(type, range);
+    const VkImageView view = make(type, range, format);
     if (view)
-        made_.push_back({type, range, view});
+        made_.push_back({type, range, format, view});
     return view;
 }
 
-VkImageView TextureViews::fromLevel(VkImageViewType type, std::uint32_t level) const {
-    if (level == 0 && type == rowOf(image_.descriptor.type).view)
+VkImageView TextureViews::fromLevel(VkImageViewType type, std::uint32_t level,
+                                    VkFormat format) const {
+    if (level == 0 && type == rowOf(image_.descriptor.type).view && format == this->format())
         return whole_;
     VkImageSubresourceRange range = image_.wholeRange();
     range.baseMipLevel = level;
-    return find(type, range);
+    return find(type, range, format);
 }
 
 VkImageView TextureViews::forResource(const msl::Resource& resource) const {
     const TextureDescriptor& descriptor = image_.descriptor;
     const TypeRow& type = rowOf(descriptor.type);
-    const bool isStorage = resource.kind == msl::ResourceKind::storageTexture;
-    const bool isUsable = isStorage ? descriptor.usage.shaderWrite : descriptor.usage.shaderRead;
-    const bool hasComponent = resource.component == componentOf(descriptor.format) ||
-                              resource.component == msl::TextureComponent::none;
-    if (!isUsable || !takes(resource.shape, descriptor.type) ||
-        resource.level >= descriptor.mipLevels || !hasComponent ||
+    if (!isUsable(resource, descriptor) || !takes(resource.shape, descriptor.type) ||
+        resource.level >= descriptor.mipLevels || !image_.handle ||
         (resource.isDepth && !image_.isDepth()))
         return VK_NULL_HANDLE;
     const bool isFlattened = resource.shape == msl::TextureShape::d2Array && type.isCube;
-    return fromLevel(isFlattened ? VK_IMAGE_VIEW_TYPE_2D_ARRAY : type.view, resource.level);
+    const bool isWide = resource.component == msl::TextureComponent::ulong_;
+    return fromLevel(isFlattened ? VK_IMAGE_VIEW_TYPE_2D_ARRAY : type.view, resource.level,
+                     isWide ? VK_FORMAT_R64_UINT : format());
 }
 
 VkImageView TextureViews::attachment(std::uint32_t level, std::uint32_t slice) const {
     if (level == 0 && slice == 0 && attachment_)
         return attachment_;
-    return find(VK_IMAGE_VIEW_TYPE_2D, {image_.aspect, level, 1, slice, 1});
+    return find(VK_IMAGE_VIEW_TYPE_2D, {image_.aspect, level, 1, slice, 1}, format());
 }
 
 } // namespace tarnwick::gpu

@@ -25,6 +25,9 @@ struct TypeRow {
 };
 const TypeRow& rowOf(TextureType type);
 
+// Whether a texture's usage and format suit a shader's resource.
+bool isUsable(const msl::Resource& resource, const TextureDescriptor& descriptor);
+
 struct TextureImage {
     VkImage handle = VK_NULL_HANDLE;
     TextureDescriptor descriptor;
@@ -59,11 +62,15 @@ class TextureViews {
     struct Made {
         VkImageViewType type;
         VkImageSubresourceRange range;
+        VkFormat format;
         VkImageView view;
     };
-    VkImageView make(VkImageViewType type, const VkImageSubresourceRange& range) const;
-    VkImageView find(VkImageViewType type, const VkImageSubresourceRange& range) const;
-    VkImageView fromLevel(VkImageViewType type, std::uint32_t level) const;
+    VkFormat format() const;
+    VkImageView make(VkImageViewType type, const VkImageSubresourceRange& range,
+                     VkFormat format) const;
+    VkImageView find(VkImageViewType type, const VkImageSubresourceRange& range,
+                     VkFormat format) const;
+    VkImageView fromLevel(VkImageViewType type, std::uint32_t level, VkFormat format) const;
 
     const DeviceRecord& device_;
     const TextureImage& image_;

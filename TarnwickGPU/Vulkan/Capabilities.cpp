@@ -31,6 +31,7 @@ enum class Capability : std::uint32_t {
     UniformAndStorageBuffer16BitAccess = 4434,
     StorageBuffer8BitAccess = 4448,
     UniformAndStorageBuffer8BitAccess = 4449,
+    Int64ImageEXT = 5016,
     AtomicFloat32AddEXT = 6033
 };
 constexpr std::size_t header = 5;                    // words
@@ -79,6 +80,8 @@ constexpr std::array rows{
         [](const Asked& a) { return a.in11(&In11::uniformAndStorageBuffer16BitAccess); }},
     Row{Capability::Int64Atomics, "64-bit atomic operations",
         [](const Asked& a) { return a.in12(&In12::shaderBufferInt64Atomics); }},
+    Row{Capability::Int64ImageEXT, "64-bit atomic operations on textures",
+        [](const Asked& a) { return a.chain.imageAtomics.shaderImageInt64Atomics == VK_TRUE; }},
     Row{Capability::AtomicFloat32AddEXT, "atomic sums of floats",
         [](const Asked& a) { return a.chain.atomicFloat.shaderBufferFloat32AtomicAdd == VK_TRUE; }},
     Row{Capability::GroupNonUniform, "SIMD-groups",

@@ -29,6 +29,8 @@ constexpr std::array takenCore{&VkPhysicalDeviceFeatures::robustBufferAccess,
                                &VkPhysicalDeviceFeatures::geometryShader, // for primitive_id
                                &VkPhysicalDeviceFeatures::tessellationShader,
                                &VkPhysicalDeviceFeatures::sampleRateShading,
+                               &VkPhysicalDeviceFeatures::dualSrcBlend,
+                               &VkPhysicalDeviceFeatures::independentBlend,
                                &VkPhysicalDeviceFeatures::shaderClipDistance,
                                &VkPhysicalDeviceFeatures::shaderImageGatherExtended,
                                &VkPhysicalDeviceFeatures::shaderStorageImageExtendedFormats,
@@ -91,6 +93,13 @@ bool hasDeviceExtension(VkPhysicalDevice device, const char* name) {
                        });
 }
 
+// On GPUs a target that may be read costs each of its draws, whether they read it or not.
+bool isCPU(VkPhysicalDevice device) {
+    VkPhysicalDeviceProperties properties;
+    vkGetPhysicalDeviceProperties(device, &properties);
+    return properties.deviceType == VK_PHYSICAL_DEVICE_TYPE_CPU;
+}
+
 } // namespace
 
 bool isUsable(VkPhysicalDevice device) {
@@ -100,10 +109,14 @@ bool isUsable(VkPhysicalDevice device) {
 }
 
 OptionalRecords optionalRecords(VkPhysicalDevice device) {
-    return {.robustness2 = hasDeviceExtension(device, VK_EXT_ROBUSTNESS_2_EXTENSION_NAME),
-            .atomicFloat = hasDeviceExtension(device, VK_EXT_SHADER_ATOMIC_FLOAT_EXTENSION_NAME),
-            .instanceRates =
-                hasDeviceExtension(device, VK_EXT_VERTEX_ATTRIBUTE_DIVISOR_EXTENSION_NAME)};
+    return {
+        .robustness2 = hasDeviceExtension(device, VK_EXT_ROBUSTNESS_2_EXTENSION_NAME),
+        .atomicFloat = hasDeviceExtension(device, VK_EXT_SHADER_ATOMIC_FLOAT_EXTENSION_NAME),
+        .instanceRates = hasDeviceExtension(device, VK_EXT_VERTEX_ATTRIBUTE_DIVISOR_EXTENSION_NAME),
+        .imageAtomics = hasDeviceExtension(device, VK_EXT_SHADER_IMAGE_ATOMIC_INT64_EXTENSION_NAME),
+        .feedback =
+            isCPU(device) &&
+            hasDeviceExtension(device, VK_EXT_ATTACHMENT_FEEDBACK_LOOP_LAYOUT_EXTENSION_NAME)};
 }
 
 DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, FeatureChain& chain,
@@ -119,6 +132,8 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
     keep(had.vulkan13, chain.vulkan13, taken13);
     chain.robustness2.nullDescriptor = had.robustness2.nullDescriptor;
     chain.atomicFloat.shaderBufferFloat32AtomicAdd = had.atomicFloat.shaderBufferFloat32AtomicAdd;
+    chain.imageAtomics.shaderImageInt64Atomics = had.imageAtomics.shaderImageInt64Atomics;
+    chain.feedback.attachmentFeedbackLoopLayout = had.feedback.attachmentFeedbackLoopLayout;
 
     chain.instanceRates.vertexAttributeInstanceRateDivisor =
         had.instanceRates.vertexAttributeInstanceRateDivisor;
@@ -134,6 +149,10 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
         .largePoints = had.core.features.largePoints == VK_TRUE,
         .mirrorClamp = had.vulkan12.samplerMirrorClampToEdge == VK_TRUE,
         .instanceRates = chain.instanceRates.vertexAttributeInstanceRateDivisor == VK_TRUE,
+        .textureAtomics64 = had.imageAtomics.shaderImageInt64Atomics == VK_TRUE,
+        .readsTargets = had.feedback.attachmentFeedbackLoopLayout == VK_TRUE,
+        .twoSources = had.core.features.dualSrcBlend == VK_TRUE,
+        .independentBlend = had.core.features.independentBlend == VK_TRUE,
         .capabilities = capabilitiesOf(device, chain)};
     if (records.robustness2)
         extensions.push_back(VK_EXT_ROBUSTNESS_2_EXTENSION_NAME);
@@ -141,6 +160,10 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
         extensions.push_back(VK_EXT_SHADER_ATOMIC_FLOAT_EXTENSION_NAME);
     if (records.instanceRates)
         extensions.push_back(VK_EXT_VERTEX_ATTRIBUTE_DIVISOR_EXTENSION_NAME);
+    if (records.imageAtomics)
+        extensions.push_back(VK_EXT_SHADER_IMAGE_ATOMIC_INT64_EXTENSION_NAME);
+    if (records.feedback)
+        extensions.push_back(VK_EXT_ATTACHMENT_FEEDBACK_LOOP_LAYOUT_EXTENSION_NAME);
     if (hasDeviceExtension(device, VK_KHR_PUSH_DESCRIPTOR_EXTENSION_NAME)) {
         extensions.push_back(VK_KHR_PUSH_DESCRIPTOR_EXTENSION_NAME);
         features.maxPushDescriptors = maxPushDescriptors(device);

@@ -18,10 +18,14 @@ struct DeviceFeatures {
     bool anisotropy = false;
     bool addsFloatsInBuffers = false; // of VK_EXT_shader_atomic_float
     bool multiDraws = false;          // an indirect command may have several draws
-    bool sums = false;          // atomic additions of 64 bits, and stores in fragment functions
-    bool largePoints = false;   // larger than a pixel
-    bool mirrorClamp = false;   // samplerMirrorClampToEdge
-    bool instanceRates = false; // of VK_EXT_vertex_attribute_divisor
+    bool sums = false;             // atomic additions of 64 bits, and stores in fragment functions
+    bool largePoints = false;      // larger than a pixel
+    bool mirrorClamp = false;      // samplerMirrorClampToEdge
+    bool instanceRates = false;    // of VK_EXT_vertex_attribute_divisor
+    bool textureAtomics64 = false; // of VK_EXT_shader_image_atomic_int64
+    bool readsTargets = false;     // a draw may read its targets (ColorInputs.h)
+    bool twoSources = false;       // dualSrcBlend
+    bool independentBlend = false; // each target may blend in its own way
     std::vector<std::uint32_t> capabilities; // Capabilities.h
 };
 

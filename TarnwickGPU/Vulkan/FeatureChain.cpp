@@ -12,7 +12,11 @@ FeatureChain::FeatureChain(const OptionalRecords& records)
       robustness2{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_ROBUSTNESS_2_FEATURES_EXT},
       atomicFloat{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_SHADER_ATOMIC_FLOAT_FEATURES_EXT},
       instanceRates{.sType =
-                        VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VERTEX_ATTRIBUTE_DIVISOR_FEATURES_EXT} {
+                        VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VERTEX_ATTRIBUTE_DIVISOR_FEATURES_EXT},
+      imageAtomics{.sType =
+                       VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_SHADER_IMAGE_ATOMIC_INT64_FEATURES_EXT},
+      feedback{.sType =
+                   VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_ATTACHMENT_FEEDBACK_LOOP_LAYOUT_FEATURES_EXT} {
     auto add = [this](auto& record) { record.pNext = std::exchange(vulkan13.pNext, &record); };
     if (records.robustness2)
         add(robustness2);
@@ -20,6 +24,10 @@ FeatureChain::FeatureChain(const OptionalRecords& records)
         add(atomicFloat);
     if (records.instanceRates)
         add(instanceRates);
+    if (records.imageAtomics)
+        add(imageAtomics);
+    if (records.feedback)
+        add(feedback);
 }
 
 } // namespace tarnwick::gpu

@@ -11,6 +11,8 @@ struct OptionalRecords {
     bool robustness2 = false;   // VK_EXT_robustness2
     bool atomicFloat = false;   // VK_EXT_shader_atomic_float
     bool instanceRates = false; // VK_EXT_vertex_attribute_divisor
+    bool imageAtomics = false;  // VK_EXT_shader_image_atomic_int64
+    bool feedback = false;      // VK_EXT_attachment_feedback_loop_layout
 };
 
 // Neither copied nor moved, since its records point at each other.
@@ -26,6 +28,8 @@ struct FeatureChain {
     VkPhysicalDeviceRobustness2FeaturesEXT robustness2;
     VkPhysicalDeviceShaderAtomicFloatFeaturesEXT atomicFloat;
     VkPhysicalDeviceVertexAttributeDivisorFeaturesEXT instanceRates;
+    VkPhysicalDeviceShaderImageAtomicInt64FeaturesEXT imageAtomics;
+    VkPhysicalDeviceAttachmentFeedbackLoopLayoutFeaturesEXT feedback;
 };
 
 } // namespace tarnwick::gpu

@@ -12,6 +12,8 @@ void destroy(VkDevice device, VkObjectType type, std::uint64_t handle) {
         return vkDestroyBuffer(device, reinterpret_cast<VkBuffer>(handle), nullptr);
     case VK_OBJECT_TYPE_IMAGE:
         return vkDestroyImage(device, reinterpret_cast<VkImage>(handle), nullptr);
+    case VK_OBJECT_TYPE_BUFFER_VIEW:
+        return vkDestroyBufferView(device, reinterpret_cast<VkBufferView>(handle), nullptr);
     case VK_OBJECT_TYPE_IMAGE_VIEW:
         return vkDestroyImageView(device, reinterpret_cast<VkImageView>(handle), nullptr);
     case VK_OBJECT_TYPE_DEVICE_MEMORY:

@@ -38,6 +38,7 @@ class Graveyard {
 
     static constexpr VkObjectType typeOf(VkBuffer) { return VK_OBJECT_TYPE_BUFFER; }
     static constexpr VkObjectType typeOf(VkImage) { return VK_OBJECT_TYPE_IMAGE; }
+    static constexpr VkObjectType typeOf(VkBufferView) { return VK_OBJECT_TYPE_BUFFER_VIEW; }
     static constexpr VkObjectType typeOf(VkImageView) { return VK_OBJECT_TYPE_IMAGE_VIEW; }
     static constexpr VkObjectType typeOf(VkDeviceMemory) { return VK_OBJECT_TYPE_DEVICE_MEMORY; }
     static constexpr VkObjectType typeOf(VkPipeline) { return VK_OBJECT_TYPE_PIPELINE; }

@@ -28,7 +28,8 @@ bool variableIs(const char* wanted) {
 // that driver and on devices with the feature (Capabilities.cpp).
 bool isBearable(const VkDebugUtilsMessengerCallbackDataEXT& data) {
     const std::string_view name = data.pMessageIdName ? data.pMessageIdName : "";
-    return name.ends_with("-OpTypeImage-07028");
+    return name.ends_with("-OpTypeImage-07028") || // images
+           name.ends_with("-OpTypeImage-07030");   // texel buffers
 }
 
 VKAPI_ATTR VkBool32 VKAPI_CALL takeMessage(VkDebugUtilsMessageSeverityFlagBitsEXT,

@@ -33,6 +33,7 @@ struct InterfaceVariable {
     std::string builtIn; // input, output: Metal's word ("position", "vertex_id"...); "" = location
     std::uint32_t location = 0;
     bool isOfPatch = false;         // an input that is the same for the whole patch
+    std::uint32_t source = 0;       // of a colour: 1 is the second source of blending
     Scalar scalar = Scalar::float_; // input, output
     Interpolation interpolation = Interpolation::centerPerspective;
     std::uint32_t index = 0; // Metal's buffer index

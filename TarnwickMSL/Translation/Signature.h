@@ -26,6 +26,7 @@ struct StageValue {
     std::string attribute;   // Metal's word: "position", "point_size", "vertex_id", "color", ... or
                              // "" for a plain interpolated member
     std::uint32_t index = 0; // of color(n), attribute(n), clip_distance's length, ...
+    std::uint32_t source = 0; // index(n) of a colour: 1 is the second source of blending
     Interpolation interpolation = Interpolation::centerPerspective;
     std::uint64_t offset = 0; // bytes from the start of the record
     Scalar scalar = Scalar::float_;

@@ -59,6 +59,7 @@ bool isBound(const msl::Resource& resource, const HostInterface& host) {
     case msl::ResourceKind::sampler:
         return false;
     case msl::ResourceKind::constantSampler:
+    case msl::ResourceKind::colorInput:
     case msl::ResourceKind::loopReport:
         break;
     }

@@ -23,13 +23,14 @@ constexpr std::array<std::string_view, 3> stageNames{"vertex", "fragment", "kern
 struct ResourceName {
     std::string_view attribute, kind;
 };
-constexpr std::array<ResourceName, 7> resourceNames{{
+constexpr std::array<ResourceName, 8> resourceNames{{
     {"buffer", "uniform buffer"},
     {"buffer", "storage buffer"},
     {"texture", "sampled texture"},
     {"texture", "storage texture"},
     {"sampler", "sampler"},
     {"", "constexpr sampler"},
+    {"color", "colour so far"},
     {"", "loop report"},
 }};
 static_assert(resourceNames.size() == static_cast<std::size_t>(msl::ResourceKind::loopReport) + 1);

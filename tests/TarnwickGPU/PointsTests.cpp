@@ -154,7 +154,7 @@ struct Points : Gpu {
         drawn.resize(std::max(count, drawn.size()));
         const auto buffer = device->newBuffer(drawn.size() * sizeof(Dot));
         std::memcpy(buffer->contents(), drawn.data(), buffer->length());
-        const PixelFormat format = state.parts().colorFormat;
+        const PixelFormat format = state.parts().colorFormats[0];
         const auto texture = target(width, height, format);
         render(
             {.color = {.texture = texture.get(), .load = LoadAction::clear, .clear = {0, 0, 0, 0}}},

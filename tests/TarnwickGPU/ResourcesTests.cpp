@@ -127,6 +127,31 @@ TEST_F(Gpu, givesBuffersOfZeros) {
     EXPECT_EQ(device->newBuffer(16, StorageMode::private_)->contents(), nullptr);
 }
 
+// A texture over a part of a buffer shares its bytes and keeps them.
+TEST_F(Gpu, makesTexturesOverBuffers) {
+    auto buffer = device->newBuffer(1024);
+    auto* numbers = static_cast<float*>(buffer->contents());
+    std::iota(numbers, numbers + 256, 0.0f);
+    const TextureDescriptor descriptor{.type = TextureType::typeTextureBuffer,
+                                       .format = PixelFormat::rgba32Float,
+                                       .width = 8,
+                                       .usage = {.shaderRead = true, .shaderWrite = true}};
+    const auto texture = buffer->newTexture(descriptor, 256, 128);
+    ASSERT_TRUE(texture);
+    for (auto [offset, bytesPerRow] : {std::pair<std::size_t, std::size_t>{256, 127}, // too short
+                                       {1024 - 64, 128},                              // beyond
+                                       {1024, 128},
+                                       {7, 128}}) // not aligned
+        EXPECT_FALSE(buffer->newTexture(descriptor, offset, bytesPerRow)) << offset;
+    EXPECT_FALSE(buffer->newTexture({.format = PixelFormat::rgba32Float, .width = 8}, 0, 128));
+    buffer.reset();
+    const std::array<float, 4> written{-1, -2, -3, -4};
+    texture->replace({2, 0, 1, 1}, 0, written.data(), sizeof written);
+    std::array<float, 8> read{};
+    texture->getBytes(read.data(), sizeof read, {1, 0, 2, 1}, 0);
+    EXPECT_EQ(read, (std::array<float, 8>{68, 69, 70, 71, -1, -2, -3, -4}));
+}
+
 } // namespace
 
 } // namespace tarnwick::tests

@@ -47,20 +47,25 @@ DrawCall draw(std::istringstream& words) {
             call.hasDepth = true;
         else if (word == "samples")
             call.hasSamples = true;
+        else if (word == "twice")
+            call.isTwice = true;
+        else if (word == "sources")
+            call.hasSources = true;
         else
             call.instances = static_cast<std::uint32_t>(std::stoul(word));
     }
     return call;
 }
 
-constexpr std::array<std::pair<std::string_view, gpu::TextureType>, 7> textureTypes{
+constexpr std::array<std::pair<std::string_view, gpu::TextureType>, 8> textureTypes{
     {{"1d", gpu::TextureType::type1D},
      {"1d_array", gpu::TextureType::type1DArray},
      {"2d", gpu::TextureType::type2D},
      {"2d_array", gpu::TextureType::type2DArray},
      {"3d", gpu::TextureType::type3D},
      {"cube", gpu::TextureType::typeCube},
-     {"cube_array", gpu::TextureType::typeCubeArray}}};
+     {"cube_array", gpu::TextureType::typeCubeArray},
+     {"buffer", gpu::TextureType::typeTextureBuffer}}};
 
 BoundTexture texture(std::istringstream& words) {
     BoundTexture texture;
@@ -168,6 +173,10 @@ Pixel pixel(std::istringstream& words) {
     Pixel pixel;
     std::string colon;
     words >> pixel.x >> pixel.y >> colon;
+    if (colon != ":") {
+        pixel.target = static_cast<std::uint32_t>(std::stoul(colon));
+        words >> colon;
+    }
     for (float& component : pixel.color)
         words >> component;
     if (!words || colon != ":" || pixel.x > 7 || pixel.y > 7)
@@ -189,7 +198,10 @@ void takePromise(const std::string& line, Program& program) {
         program.draws.push_back(draw(words));
     else if (word == "@texture")
         program.textures.push_back(texture(words));
-    else if (word == "@sampler")
+    else if (word == "@target") {
+        ColorTarget& made = program.targets.emplace_back();
+        words >> made.index >> made.component;
+    } else if (word == "@sampler")
         program.samplers.push_back(sampler(words));
     else if (word == "@attribute")
         addAttribute(words, program.attributes);

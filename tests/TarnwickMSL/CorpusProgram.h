@@ -10,7 +10,10 @@
 //   vertex
 //                                 and first fragment function, on 8 x 8 pixels that were zero;
 //                                 depth is compared with `less` against 1 where it says `depth`,
-//                                 four samples are resolved where it says `samples`
+//                                 four samples are resolved where it says `samples`, all is drawn
+//                                 twice where it says `twice`, and color(0) is added to the target
+//                                 times the second source where it says `sources`
+//   // @target 1 uint             a target of its own for color(1): a component as of textures
 //   // @texture 3 2d float 6x4 1 2     [[texture(3)]] of all functions: shape, component (or
 //                                 `depth`), size, elements, levels (both 1 by default); its texels
 //                                 are numbered (NumberedTextures.h)
@@ -22,6 +25,7 @@
 //                                 x_indexed, y_indexed; indices are the words of `scratch`), step
 //                                 rate (1 by default)
 //   // @pixel 2 5 : 1 0 0.5 1     a pixel from the upper left, red, green, blue and alpha
+//   // @pixel 2 5 1 : 3 4 5 1     the same in the target of color(1)
 //
 // A program that promises numbers but says neither runs nor draws runs `check` once. All of them
 // have
@@ -48,12 +52,17 @@ struct Dispatch {
 struct DrawCall {
     gpu::PrimitiveType type = gpu::PrimitiveType::triangle;
     std::uint32_t vertices = 0, instances = 1;
-    bool hasDepth = false, hasSamples = false;
+    bool hasDepth = false, hasSamples = false, isTwice = false, hasSources = false;
 };
 
 struct BoundTexture {
     std::uint32_t index = 0;
     gpu::TextureDescriptor descriptor;
+    std::string component;
+};
+
+struct ColorTarget {
+    std::uint32_t index = 0; // of its colour attachment, in [1, 7]
     std::string component;
 };
 
@@ -63,7 +72,7 @@ struct BoundSampler {
 };
 
 struct Pixel {
-    std::uint32_t x = 0, y = 0;
+    std::uint32_t x = 0, y = 0, target = 0;
     std::array<float, 4> color{};
 };
 
@@ -76,6 +85,7 @@ struct Program {
     std::vector<DrawCall> draws;
     std::vector<BoundTexture> textures;
     std::vector<BoundSampler> samplers;
+    std::vector<ColorTarget> targets;
     std::vector<Pixel> pixels;
     gpu::VertexDescriptor attributes;
 };

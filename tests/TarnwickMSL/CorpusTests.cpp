@@ -26,6 +26,28 @@ constexpr std::size_t numbers = 256, words = 1024;
 constexpr std::uint32_t side = 8; // of the picture
 using Picture = std::array<float, side * side * 4>;
 
+// The components of a target's pixels as numbers.
+Picture numbersOf(const gpu::Texture& texture, const tests::Component& component) {
+    std::vector<std::byte> bytes(side * side * 4 * component.bytes);
+    texture.getBytes(bytes.data(), side * 4 * component.bytes, {.width = side, .height = side}, 0);
+    Picture picture{};
+    for (std::size_t i = 0; i < picture.size(); i++) {
+        _Float16 half = 0;
+        std::int32_t whole = 0;
+        const std::byte* from = &bytes[i * component.bytes];
+        if (component.isReal && component.bytes == 4)
+            std::memcpy(&picture[i], from, 4);
+        else if (component.isReal) {
+            std::memcpy(&half, from, 2);
+            picture[i] = static_cast<float>(half);
+        } else {
+            std::memcpy(&whole, from, component.bytes);
+            picture[i] = static_cast<float>(whole);
+        }
+    }
+    return picture;
+}
+
 class Corpus : public testing::TestWithParam<Program> {
   protected:
     static void SetUpTestSuite() { device = gpu::Device::systemDefault(); }
@@ -43,10 +65,11 @@ class Corpus : public testing::TestWithParam<Program> {
     std::unique_ptr<gpu::Buffer> out, scratch;
     std::map<std::uint32_t, std::unique_ptr<gpu::Texture>> textures; // by their index
     std::map<std::uint32_t, std::unique_ptr<gpu::SamplerState>> samplers;
+    std::vector<ColorTarget> targets; // beside that of color(0)
     std::vector<float> in = std::vector<float>(numbers);
     gpu::StageInputDescriptor attributes{.indexType = gpu::IndexType::uint32,
                                          .indexBufferIndex = 2};
-    Picture picture{};
+    std::array<Picture, gpu::mostColors> pictures{};
 };
 
 void Corpus::SetUp() {
@@ -62,6 +85,7 @@ void Corpus::SetUp() {
 
 void Corpus::bind(const Program& program) {
     attributes.buffers = program.attributes;
+    targets = program.targets;
     for (const BoundTexture& given : program.textures) {
         textures[given.index] =
             tests::numberedTexture(*device, given.descriptor, tests::componentOf(given.component));
@@ -99,15 +123,19 @@ std::unique_ptr<gpu::Function> firstOf(const gpu::Library& library, msl::Stage s
     return nullptr;
 }
 
-std::unique_ptr<gpu::RenderPipelineState> pipelineFor(gpu::Device& device,
-                                                      const gpu::Library& library,
-                                                      const DrawCall& given,
-                                                      const gpu::VertexDescriptor& attributes) {
+std::unique_ptr<gpu::RenderPipelineState>
+pipelineFor(gpu::Device& device, const gpu::Library& library, const DrawCall& given,
+            const gpu::VertexDescriptor& attributes, const std::vector<ColorTarget>& targets) {
     const auto vertex = firstOf(library, msl::Stage::vertex);
     const auto fragment = firstOf(library, msl::Stage::fragment);
     gpu::RenderPipelineDescriptor descriptor{
         .vertex = vertex.get(), .fragment = fragment.get(), .vertexDescriptor = &attributes};
-    descriptor.color = {.format = gpu::PixelFormat::rgba32Float};
+    descriptor.color = {.format = gpu::PixelFormat::rgba32Float, .blends = given.hasSources};
+    if (given.hasSources)
+        descriptor.color.destinationRGB = descriptor.color.destinationAlpha =
+            gpu::BlendFactor::source1Color;
+    for (const ColorTarget& each : targets)
+        descriptor.otherColors[each.index - 1].format = tests::componentOf(each.component).format;
     if (given.hasDepth)
         descriptor.depthFormat = gpu::PixelFormat::depth32Float;
     descriptor.sampleCount = given.hasSamples ? 4 : 1;
@@ -130,7 +158,7 @@ std::unique_ptr<gpu::Texture> target(gpu::Device& device, gpu::PixelFormat forma
 }
 
 void Corpus::draw(const gpu::Library& library, const DrawCall& given) {
-    const auto pipeline = pipelineFor(*device, library, given, attributes.buffers);
+    const auto pipeline = pipelineFor(*device, library, given, attributes.buffers, targets);
     const auto resolved = target(*device, gpu::PixelFormat::rgba32Float, 1);
     const auto samples =
         given.hasSamples ? target(*device, gpu::PixelFormat::rgba32Float, 4) : nullptr;
@@ -146,6 +174,13 @@ void Corpus::draw(const gpu::Library& library, const DrawCall& given) {
                   .store = samples ? gpu::StoreAction::multisampleResolve : gpu::StoreAction::store,
                   .clear = {0, 0, 0, 0}},
         .depth = {.texture = depth.get()}};
+    std::map<std::uint32_t, std::unique_ptr<gpu::Texture>> others;
+    for (const ColorTarget& each : targets) {
+        others[each.index] = target(*device, tests::componentOf(each.component).format, 1);
+        pass.otherColors[each.index - 1] = {.texture = others[each.index].get(),
+                                            .load = gpu::LoadAction::clear,
+                                            .clear = {0, 0, 0, 0}};
+    }
     auto commands = queue->commandBuffer();
     auto encoder = commands->renderCommandEncoder(pass);
     encoder->setRenderPipelineState(*pipeline);
@@ -165,13 +200,15 @@ void Corpus::draw(const gpu::Library& library, const DrawCall& given) {
         encoder->setVertexSamplerState(sampler.get(), index);
         encoder->setFragmentSamplerState(sampler.get(), index);
     }
-    encoder->drawPrimitives(given.type, 0, given.vertices, given.instances);
+    for (int draw = 0; draw < (given.isTwice ? 2 : 1); draw++)
+        encoder->drawPrimitives(given.type, 0, given.vertices, given.instances);
     encoder->endEncoding();
     commands->commit();
     commands->waitUntilCompleted();
     EXPECT_EQ(commands->status(), gpu::CommandBufferStatus::completed);
-    resolved->getBytes(picture.data(), side * 4 * sizeof(float), {.width = side, .height = side},
-                       0);
+    pictures[0] = numbersOf(*resolved, tests::componentOf("float"));
+    for (const ColorTarget& each : targets)
+        pictures[each.index] = numbersOf(*others[each.index], tests::componentOf(each.component));
 }
 
 void Corpus::expectNumbers(const Program& program) const {
@@ -188,9 +225,10 @@ void Corpus::expectNumbers(const Program& program) const {
 void Corpus::expectPixels(const Program& program) const {
     for (const Pixel& pixel : program.pixels)
         for (std::size_t i = 0; i < 4; i++)
-            EXPECT_NEAR(picture[(pixel.y * side + pixel.x) * 4 + i], pixel.color[i],
+            EXPECT_NEAR(pictures[pixel.target][(pixel.y * side + pixel.x) * 4 + i], pixel.color[i],
                         program.tolerance * std::max(std::abs(pixel.color[i]), 1.0f))
-                << "component " << i << " of pixel " << pixel.x << ", " << pixel.y;
+                << "component " << i << " of pixel " << pixel.x << ", " << pixel.y << " of color("
+                << pixel.target << ")";
 }
 
 } // namespace

@@ -37,7 +37,10 @@ inline constexpr std::array components{Component{"float", gpu::PixelFormat::rgba
                                        Component{"uint", gpu::PixelFormat::rgba32Uint, 4, false},
                                        Component{"short", gpu::PixelFormat::rgba16Sint, 2, false},
                                        Component{"ushort", gpu::PixelFormat::rgba16Uint, 2, false},
-                                       Component{"depth", gpu::PixelFormat::depth32Float, 4, true}};
+                                       Component{"depth", gpu::PixelFormat::depth32Float, 4, true},
+                                       // of one component, for atomic operations
+                                       Component{"r32uint", gpu::PixelFormat::r32Uint, 4, false},
+                                       Component{"r32int", gpu::PixelFormat::r32Sint, 4, false}};
 const Component& componentOf(const std::string& name);
 
 // A texel's components are its number n, n + 1, n + 2, n + 3; a depth is n / 8192. To be sampled,

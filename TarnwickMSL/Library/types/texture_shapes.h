@@ -64,7 +64,7 @@ struct _no_place {
         MSL_SAMPLE_CALLS(shape, V, suffix, Spot, Slope, Shift)                                     \
     };
 #define MSL_CALLS(shape, Spot, Slope, Shift, Place)                                                \
-    template <class C> struct _calls_##shape;                                                      \
+    template <class C> struct _calls_##shape {};                                                   \
     MSL_CALLS_OF(float, float4, "f32", shape, Spot, Slope, Shift, Place)                           \
     MSL_CALLS_OF(int, int4, "s32", shape, Spot, Slope, Shift, Place)                               \
     MSL_CALLS_OF(uint, uint4, "u32", shape, Spot, Slope, Shift, Place)
@@ -74,7 +74,7 @@ struct _no_place {
         MSL_TEXEL_CALLS(shape, V, suffix, Place)                                                   \
     };
 #define MSL_READ_CALLS(shape, Place)                                                               \
-    template <class C> struct _calls_##shape;                                                      \
+    template <class C> struct _calls_##shape {};                                                   \
     MSL_READ_CALLS_OF(float, float4, "f32", shape, Place)                                          \
     MSL_READ_CALLS_OF(int, int4, "s32", shape, Place)                                              \
     MSL_READ_CALLS_OF(uint, uint4, "u32", shape, Place)
@@ -90,6 +90,42 @@ MSL_READ_CALLS(2d_ms, uint2)
 MSL_READ_CALLS(2d_ms_array, uint3)
 MSL_READ_CALLS(buffer, uint)
 
+// Atomic operations on single texels, by the component type of the texture.
+#define MSL_CHANGE(C, suffix, shape, Place, name)                                                  \
+    static C name(uint, Place, C) asm("msl.texel_" #name "." #shape "." suffix);
+#define MSL_CHANGES_OF(C, suffix, shape, Place)                                                    \
+    template <> struct _changes_##shape<C> {                                                       \
+        static C load(uint, Place) asm("msl.texel_load." #shape "." suffix);                       \
+        static void store(uint, Place, C) asm("msl.texel_store." #shape "." suffix);               \
+        static C compare_exchange(uint, Place, C,                                                  \
+                                  C) asm("msl.texel_compare_exchange." #shape "." suffix);         \
+        MSL_CHANGE(C, suffix, shape, Place, exchange)                                              \
+        MSL_CHANGE(C, suffix, shape, Place, fetch_add)                                             \
+        MSL_CHANGE(C, suffix, shape, Place, fetch_sub)                                             \
+        MSL_CHANGE(C, suffix, shape, Place, fetch_and)                                             \
+        MSL_CHANGE(C, suffix, shape, Place, fetch_or)                                              \
+        MSL_CHANGE(C, suffix, shape, Place, fetch_xor)                                             \
+        MSL_CHANGE(C, suffix, shape, Place, fetch_min)                                             \
+        MSL_CHANGE(C, suffix, shape, Place, fetch_max)                                             \
+    };
+#define MSL_CHANGES(shape, Place)                                                                  \
+    template <class C> struct _changes_##shape;                                                    \
+    MSL_CHANGES_OF(int, "s32", shape, Place)                                                       \
+    MSL_CHANGES_OF(uint, "u32", shape, Place)                                                      \
+    template <> struct _changes_##shape<ulong> {                                                   \
+        MSL_CHANGE(ulong, "u64", shape, Place, fetch_min)                                          \
+        MSL_CHANGE(ulong, "u64", shape, Place, fetch_max)                                          \
+    };
+MSL_CHANGES(1d, uint)
+MSL_CHANGES(1d_array, uint2)
+MSL_CHANGES(2d, uint2)
+MSL_CHANGES(2d_array, uint3)
+MSL_CHANGES(3d, uint3)
+MSL_CHANGES(buffer, uint)
+
+#undef MSL_CHANGE
+#undef MSL_CHANGES_OF
+#undef MSL_CHANGES
 #undef MSL_TEXEL_CALLS
 #undef MSL_SAMPLE_CALLS
 #undef MSL_CALLS_OF
@@ -108,6 +144,7 @@ MSL_READ_CALLS(buffer, uint)
     static uint layers(uint) asm("msl.layers." #shape);                                            \
     static uint levels(uint) asm("msl.levels." #shape);                                            \
     static uint samples(uint) asm("msl.samples." #shape);
+#define MSL_ATOMIC(shape) template <class C> using Changes = _changes_##shape<C>;
 #define MSL_SAMPLING(shape, Spot, Slope, Shift)                                                    \
     static float2 lod(uint, ulong, At) asm("msl.lod." #shape);                                     \
     static float sample_compare(uint, ulong, Spot, float, Shift) asm("msl.sample_compare." #shape);\
@@ -151,6 +188,7 @@ struct _shape_1d {
     typedef _no_place ShortTexelAt;
     typedef _no_offset Offset;
     MSL_SIZES(1d)
+    MSL_ATOMIC(1d)
     static MSL_INLINE uint place(uint at) { return at; }
     static MSL_INLINE float spot(float at) { return at; }
 };
@@ -160,6 +198,7 @@ struct _shape_1d_array {
     typedef _no_place ShortTexelAt;
     typedef _no_offset Offset;
     MSL_SIZES(1d_array)
+    MSL_ATOMIC(1d_array)
     static MSL_INLINE uint2 place(uint at, uint layer) { return uint2{at, layer}; }
     static MSL_INLINE float2 spot(float at, uint layer) { return float2{at, float(layer)}; }
 };
@@ -170,6 +209,7 @@ struct _shape_2d {
     typedef int2 Offset;
     typedef gradient2d Gradient;
     MSL_SIZES(2d)
+    MSL_ATOMIC(2d)
     MSL_SAMPLING(2d, float2, float2, int2)
     static MSL_INLINE uint2 place(uint2 at) { return at; }
     static MSL_INLINE float2 spot(float2 at) { return at; }
@@ -184,6 +224,7 @@ struct _shape_2d_array {
     typedef int2 Offset;
     typedef gradient2d Gradient;
     MSL_SIZES(2d_array)
+    MSL_ATOMIC(2d_array)
     MSL_SAMPLING(2d_array, float3, float2, int2)
     static MSL_INLINE uint3 place(uint2 at, uint layer) { return uint3{at.x, at.y, layer}; }
     static MSL_INLINE float3 spot(float2 at, uint layer) {
@@ -200,6 +241,7 @@ struct _shape_3d {
     typedef int3 Offset;
     typedef gradient3d Gradient;
     MSL_SIZES(3d)
+    MSL_ATOMIC(3d)
     MSL_SAMPLING(3d, float3, float3, int3)
     static MSL_INLINE uint3 place(uint3 at) { return at; }
     static MSL_INLINE float3 spot(float3 at) { return at; }
@@ -259,10 +301,12 @@ struct _shape_buffer {
     typedef uint TexelAt;
     typedef _no_place ShortTexelAt;
     MSL_SIZES(buffer)
+    MSL_ATOMIC(buffer)
     static MSL_INLINE uint place(uint at) { return at; }
 };
 
 #undef MSL_SIZES
+#undef MSL_ATOMIC
 #undef MSL_SAMPLING
 
 } // namespace metal

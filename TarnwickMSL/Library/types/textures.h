@@ -13,7 +13,9 @@ namespace metal {
 template <class T> struct _color {
     typedef vec<T, 4> Texel;
     typedef vec<T, 4> Gathered;
-    typedef conditional_t<is_floating_point_v<T>, float, conditional_t<is_signed_v<T>, int, uint>>
+    typedef conditional_t<
+        is_floating_point_v<T>, float,
+        conditional_t<sizeof(T) == 8, ulong, conditional_t<is_signed_v<T>, int, uint>>>
         Component;
     template <class V> static MSL_INLINE Texel texel(V v) {
         return __builtin_convertvector(v, Texel);
@@ -102,6 +104,104 @@ template <class S, class K, class Base> struct _write_face_and_layer : Base {
 };
 #undef MSL_READS
 #undef MSL_WRITES
+
+// A texture over a buffer has no levels.
+template <class S, class K, class Base> struct _read_buffer : Base {
+    MSL_INLINE typename K::Texel read(uint at) const {
+        return K::texel(_calls<S, K>::read(this->handle, at, 0));
+    }
+};
+template <class S, class K, class Base> struct _write_buffer : Base {
+    MSL_INLINE void write(typename K::Texel color, uint at) const {
+        _calls<S, K>::write(this->handle, at, K::stored(color), 0);
+    }
+};
+
+// Atomic operations on the first component of a texel; the others are 0. Only int, uint and ulong
+// have them, and ulong the smallest and the largest alone.
+template <class S, class K> using _changes = typename S::template Changes<typename K::Component>;
+template <class K> MSL_INLINE typename K::Texel _first(typename K::Component value) {
+    return {value, 0, 0, 0};
+}
+#define MSL_ATOMIC_CHANGE(name, At)                                                                \
+    MSL_INLINE typename K::Texel atomic_##name(typename S::At at MSL_LAYER_PARAMETER,              \
+                                               typename K::Texel value) const {                    \
+        return _first<K>(_changes<S, K>::name(this->handle, S::place(_unshort(at) MSL_LAYER),      \
+                                              value.x));                                           \
+    }
+#define MSL_ATOMICS(At)                                                                            \
+    MSL_INLINE typename K::Texel atomic_load(typename S::At at MSL_LAYER_PARAMETER) const {        \
+        return _first<K>(                                                                          \
+            _changes<S, K>::load(this->handle, S::place(_unshort(at) MSL_LAYER)));                 \
+    }                                                                                              \
+    MSL_INLINE void atomic_store(typename K::Texel value, typename S::At at MSL_LAYER_PARAMETER) const {\
+        _changes<S, K>::store(this->handle, S::place(_unshort(at) MSL_LAYER), value.x);            \
+    }                                                                                              \
+    MSL_INLINE bool atomic_compare_exchange_weak(typename S::At at MSL_LAYER_PARAMETER,            \
+                                                 typename K::Texel* expected,                      \
+                                                 typename K::Texel desired) const {                \
+        const typename K::Component wanted = expected->x;                                          \
+        const typename K::Component before = _changes<S, K>::compare_exchange(                     \
+            this->handle, S::place(_unshort(at) MSL_LAYER), wanted, desired.x);                    \
+        *expected = _first<K>(before);                                                             \
+        return before == wanted;                                                                   \
+    }                                                                                              \
+    MSL_ATOMIC_CHANGE(exchange, At)                                                                \
+    MSL_ATOMIC_CHANGE(fetch_add, At)                                                               \
+    MSL_ATOMIC_CHANGE(fetch_sub, At)                                                               \
+    MSL_ATOMIC_CHANGE(fetch_and, At)                                                               \
+    MSL_ATOMIC_CHANGE(fetch_or, At)                                                                \
+    MSL_ATOMIC_CHANGE(fetch_xor, At)                                                               \
+    MSL_ATOMIC_CHANGE(fetch_min, At)                                                               \
+    MSL_ATOMIC_CHANGE(fetch_max, At)
+#define MSL_WIDE_ATOMICS(At)                                                                       \
+    MSL_INLINE void atomic_min(typename S::At at MSL_LAYER_PARAMETER, typename K::Texel value) const {\
+        _changes<S, K>::fetch_min(this->handle, S::place(_unshort(at) MSL_LAYER), value.x);        \
+    }                                                                                              \
+    MSL_INLINE void atomic_max(typename S::At at MSL_LAYER_PARAMETER, typename K::Texel value) const {\
+        _changes<S, K>::fetch_max(this->handle, S::place(_unshort(at) MSL_LAYER), value.x);        \
+    }
+MSL_INLINE uint _unshort(uint at) { return at; }
+MSL_INLINE uint2 _unshort(uint2 at) { return at; }
+MSL_INLINE uint3 _unshort(uint3 at) { return at; }
+
+#define MSL_LAYER_PARAMETER
+#define MSL_LAYER
+template <class S, class K, class Base> struct _atomic : Base {
+    MSL_ATOMICS(TexelAt)
+    MSL_ATOMICS(ShortTexelAt)
+};
+template <class S, class K, class Base> struct _wide_atomic : Base {
+    MSL_WIDE_ATOMICS(TexelAt)
+    MSL_WIDE_ATOMICS(ShortTexelAt)
+};
+#undef MSL_LAYER_PARAMETER
+#undef MSL_LAYER
+#define MSL_LAYER_PARAMETER , uint layer
+#define MSL_LAYER , layer
+template <class S, class K, class Base> struct _atomic_layer : Base {
+    MSL_ATOMICS(TexelAt)
+    MSL_ATOMICS(ShortTexelAt)
+};
+template <class S, class K, class Base> struct _wide_atomic_layer : Base {
+    MSL_WIDE_ATOMICS(TexelAt)
+    MSL_WIDE_ATOMICS(ShortTexelAt)
+};
+#undef MSL_LAYER_PARAMETER
+#undef MSL_LAYER
+#undef MSL_ATOMIC_CHANGE
+#undef MSL_ATOMICS
+#undef MSL_WIDE_ATOMICS
+
+template <class K, class Atomic, class Wide, class Base>
+using _by_component =
+    conditional_t<is_same_v<typename K::Texel, int4> || is_same_v<typename K::Texel, uint4>, Atomic,
+                  conditional_t<is_same_v<typename K::Component, ulong>, Wide, Base>>;
+template <class S, class K, class B>
+using _atomics = _by_component<K, _atomic<S, K, B>, _wide_atomic<S, K, B>, B>;
+template <class S, class K, class B>
+using _layer_atomics = _by_component<K, _atomic_layer<S, K, B>, _wide_atomic_layer<S, K, B>, B>;
+template <class S, class K, class B> using _no_atomics = B;
 
 template <class Base> struct _fenced : Base {
     MSL_INLINE void fence() const {
@@ -227,6 +327,40 @@ template <class S, class K, class Base> struct _gather_depth_layer : Base {
 #undef MSL_GATHER
 #undef MSL_COMMA
 
+// A texel, and whether the memory that it came from was there. The platform's textures have all of
+// their memory from the start.
+template <class T> struct sparse_color {
+    constexpr sparse_color(T value, bool isResident) : texel(value), isResident(isResident) {}
+    constexpr bool resident() const { return isResident; }
+    constexpr T value() const { return texel; }
+
+  private:
+    T texel;
+    bool isResident;
+};
+template <class T> MSL_INLINE sparse_color<T> _resident(T texel) { return {texel, true}; }
+
+#define MSL_SPARSE(name)                                                                           \
+    template <class... Arguments> MSL_INLINE auto sparse_##name(Arguments... arguments) const {    \
+        return _resident(this->name(arguments...));                                                \
+    }
+template <class Base> struct _sparse_reads : Base {
+    MSL_SPARSE(read)
+};
+template <class Base> struct _sparse_samples : _sparse_reads<Base> {
+    MSL_SPARSE(sample)
+    MSL_SPARSE(gather)
+};
+template <class Base> struct _sparse_volume : _sparse_reads<Base> {
+    MSL_SPARSE(sample)
+};
+template <class Base> struct _sparse_depths : _sparse_samples<Base> {
+    MSL_SPARSE(sample_compare)
+    MSL_SPARSE(gather_compare)
+};
+template <class Base> using _not_sparse = Base;
+#undef MSL_SPARSE
+
 // The members for each access. A sampled texture also has the members of a read one.
 template <access a, class Sampled, class Read, class Written, class Both>
 using _by_access =
@@ -240,15 +374,20 @@ template <class T> inline constexpr bool is_component =
 #define MSL_COMPONENT                                                                              \
     static_assert(is_component<T>,                                                                 \
                   "the component type of a texture is half, float, short, ushort, int or uint");
+// ulong has atomic operations alone.
+#define MSL_ATOMIC_COMPONENT                                                                       \
+    static_assert(is_component<T> || (is_same_v<T, ulong> && a == access::read_write),             \
+                  "the component type of a texture is half, float, short, ushort, int or uint");
 
-// The name, the shape, and the parts for sizes, sampling, reading and writing.
-#define MSL_TEXTURE(name, S, Sizes, Sampled, Read, Write)                                          \
+// The name, the shape, and the parts for sizes, sampling, reading, writing, atomic operations and
+// sparse textures, which are sampled or read.
+#define MSL_TEXTURE(name, S, Sizes, Sampled, Read, Write, Atomics, SparseSampled, SparseRead)      \
     template <class T, access a = access::sample>                                                  \
     struct name                                                                                    \
-        : _by_access<a, Sampled<S, _color<T>, Read<S, _color<T>, Sizes>>,                          \
-                     Read<S, _color<T>, Sizes>, Write<S, _color<T>, Sizes>,                        \
-                     Write<S, _color<T>, Read<S, _color<T>, Sizes>>> {                             \
-        MSL_COMPONENT                                                                              \
+        : _by_access<a, SparseSampled<Sampled<S, _color<T>, Read<S, _color<T>, Sizes>>>,           \
+                     SparseRead<Read<S, _color<T>, Sizes>>, Write<S, _color<T>, Sizes>,            \
+                     Atomics<S, _color<T>, Write<S, _color<T>, Read<S, _color<T>, Sizes>>>> {      \
+        MSL_ATOMIC_COMPONENT                                                                       \
     };
 #define MSL_ARRAY_SIZE(S, Sizes) _array_size<S, Sizes<S>>
 
@@ -264,28 +403,46 @@ typedef _array_size<_shape_2d_array, _width_and_height<_shape_2d_array>> _sizes_
 typedef _array_size<_shape_cube_array, _width_and_height<_shape_cube_array>> _sizes_cube_array;
 typedef _array_size<_shape_2d_ms_array, _sample_sizes<_shape_2d_ms_array>> _sizes_2d_ms_array;
 
-MSL_TEXTURE(texture1d, _shape_1d, _width<_shape_1d>, _sample_1d, _read, _write)
+MSL_TEXTURE(texture1d, _shape_1d, _width<_shape_1d>, _sample_1d, _read, _write, _atomics,
+            _not_sparse, _not_sparse)
 MSL_TEXTURE(texture1d_array, _shape_1d_array, _sizes_1d_array, _sample_1d_layer, _read_layer,
-            _write_layer)
-MSL_TEXTURE(texture2d, _shape_2d, _width_and_height<_shape_2d>, _samples_2d, _read, _write)
+            _write_layer, _layer_atomics, _not_sparse, _not_sparse)
+MSL_TEXTURE(texture2d, _shape_2d, _width_and_height<_shape_2d>, _samples_2d, _read, _write,
+            _atomics, _sparse_samples, _sparse_reads)
 MSL_TEXTURE(texture2d_array, _shape_2d_array, _sizes_2d_array, _samples_2d_array, _read_layer,
-            _write_layer)
-MSL_TEXTURE(texture3d, _shape_3d, _three_sizes<_shape_3d>, _sample, _read, _write)
+            _write_layer, _layer_atomics, _sparse_samples, _sparse_reads)
+MSL_TEXTURE(texture3d, _shape_3d, _three_sizes<_shape_3d>, _sample, _read, _write, _atomics,
+            _sparse_volume, _sparse_reads)
 MSL_TEXTURE(texturecube, _shape_cube, _width_and_height<_shape_cube>, _samples_cube, _read_layer,
-            _write_layer)
+            _write_layer, _no_atomics, _sparse_samples, _sparse_reads)
 MSL_TEXTURE(texturecube_array, _shape_cube_array, _sizes_cube_array, _samples_cube_array,
-            _read_face_and_layer, _write_face_and_layer)
+            _read_face_and_layer, _write_face_and_layer, _no_atomics, _sparse_samples,
+            _sparse_reads)
 #undef MSL_TEXTURE
 #undef MSL_ARRAY_SIZE
 
+template <class T, access a = access::read>
+struct texture_buffer
+    : _by_access<a, _only_width<_shape_buffer>,
+                 _read_buffer<_shape_buffer, _color<T>, _only_width<_shape_buffer>>,
+                 _write_buffer<_shape_buffer, _color<T>, _only_width<_shape_buffer>>,
+                 _atomics<_shape_buffer, _color<T>,
+                          _write_buffer<_shape_buffer, _color<T>,
+                                        _read_buffer<_shape_buffer, _color<T>,
+                                                     _only_width<_shape_buffer>>>>> {
+    MSL_ATOMIC_COMPONENT
+    static_assert(a != access::sample, "the access of a texture_buffer is read, write or read_write");
+};
+
 // The sample takes the place of the level.
 template <class T, access a = access::read>
-struct texture2d_ms : _read<_shape_2d_ms, _color<T>, _sample_sizes<_shape_2d_ms>> {
+struct texture2d_ms : _sparse_reads<_read<_shape_2d_ms, _color<T>, _sample_sizes<_shape_2d_ms>>> {
     MSL_COMPONENT
     static_assert(a == access::read, "a multisampled texture's access is read");
 };
 template <class T, access a = access::read>
-struct texture2d_ms_array : _read_layer<_shape_2d_ms_array, _color<T>, _sizes_2d_ms_array> {
+struct texture2d_ms_array
+    : _sparse_reads<_read_layer<_shape_2d_ms_array, _color<T>, _sizes_2d_ms_array>> {
     MSL_COMPONENT
     static_assert(a == access::read, "a multisampled texture's access is read");
 };
@@ -295,9 +452,10 @@ struct texture2d_ms_array : _read_layer<_shape_2d_ms_array, _color<T>, _sizes_2d
     struct name                                                                                    \
         : conditional_t<                                                                           \
               a == access::sample,                                                                 \
-              Gather<S, _depth<T>,                                                                 \
-                     Compare<S, _depth<T>, Sample<S, _depth<T>, Read<S, _depth<T>, Sizes>>>>,      \
-              Read<S, _depth<T>, Sizes>> {                                                         \
+              _sparse_depths<                                                                      \
+                  Gather<S, _depth<T>, Compare<S, _depth<T>,                                       \
+                                               Sample<S, _depth<T>, Read<S, _depth<T>, Sizes>>>>>, \
+              _sparse_reads<Read<S, _depth<T>, Sizes>>> {                                                     \
         static_assert(is_same_v<T, float>, "the component type of a depth texture is float");      \
         static_assert(a == access::sample || a == access::read,                                    \
                       "a depth texture's access is sample or read");                               \
@@ -312,16 +470,18 @@ MSL_DEPTH(depthcube_array, _shape_cube_array, _sizes_cube_array, _gather_depth_l
 #undef MSL_DEPTH
 
 template <class T, access a = access::read>
-struct depth2d_ms : _read<_shape_2d_ms, _depth<T>, _sample_sizes<_shape_2d_ms>> {
+struct depth2d_ms : _sparse_reads<_read<_shape_2d_ms, _depth<T>, _sample_sizes<_shape_2d_ms>>> {
     static_assert(is_same_v<T, float>, "the component type of a depth texture is float");
     static_assert(a == access::read, "a multisampled texture's access is read");
 };
 template <class T, access a = access::read>
-struct depth2d_ms_array : _read_layer<_shape_2d_ms_array, _depth<T>, _sizes_2d_ms_array> {
+struct depth2d_ms_array
+    : _sparse_reads<_read_layer<_shape_2d_ms_array, _depth<T>, _sizes_2d_ms_array>> {
     static_assert(is_same_v<T, float>, "the component type of a depth texture is float");
     static_assert(a == access::read, "a multisampled texture's access is read");
 };
 #undef MSL_COMPONENT
+#undef MSL_ATOMIC_COMPONENT
 
 // Instantiates the common types here, once, rather than in every program.
 template <class T> MSL_INLINE void _texture_used(texture2d<T> t, sampler s) {

@@ -30,7 +30,7 @@ static constexpr std::array words{
     BuiltInWord{.word = "primitive_id", .isFragmentInput = true},
     BuiltInWord{.word = "sample_id", .isFragmentInput = true},
     BuiltInWord{.word = "sample_mask", .isFragmentInput = true, .isFragmentResult = true},
-    BuiltInWord{.word = "color", .element = Element::any, .mostLanes = 4, .isFragmentResult = true},
+    BuiltInWord{.word = "color", .element = Element::any, .mostLanes = 4, .isFragmentInput = true, .isFragmentResult = true},
     BuiltInWord{.word = "depth", .element = Element::float_, .isFragmentResult = true},
     kernelInput("thread_position_in_grid", 3),
     kernelInput("thread_position_in_threadgroup", 3),

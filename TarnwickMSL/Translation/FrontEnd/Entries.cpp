@@ -110,9 +110,10 @@ bool EntryReader::readTexture(const clang::ClassTemplateSpecializationDecl& text
         return false;
     argument.kind = ArgumentKind::texture;
     const QualType component = texture.getTemplateArgs()[0].getAsType();
-    argument.component = component->isFloatingType()        ? TextureComponent::float_
-                         : component->isSignedIntegerType() ? TextureComponent::int_
-                                                            : TextureComponent::uint_;
+    argument.component = component->isFloatingType()            ? TextureComponent::float_
+                         : context.getTypeSize(component) == 64 ? TextureComponent::ulong_
+                         : component->isSignedIntegerType()     ? TextureComponent::int_
+                                                                : TextureComponent::uint_;
     // enum class access { sample, read, write, read_write }
     const std::int64_t access = texture.getTemplateArgs()[1].getAsIntegral().getExtValue();
     argument.isRead = access != 2;
@@ -193,6 +194,9 @@ bool EntryReader::readBuiltIn(const clang::ParmVarDecl& parameter, EntrySignatur
         else if (!hasShape || !word->takes(value) || !fits(signature.patch, value))
             error(parameter.getLocation(), "type %0 is not valid for attribute '%1'",
                   "'" + parameter.getType().getAsString() + "'", attribute.word);
+        else if (attribute.word == "color" && attribute.index >= mostColors)
+            error(parameter.getLocation(), "'%0' has an index beyond %1", parameter.getName(),
+                  std::to_string(mostColors - 1));
         value.index = attribute.index;
         argument.kind = ArgumentKind::builtIn;
         argument.values.push_back(std::move(value));

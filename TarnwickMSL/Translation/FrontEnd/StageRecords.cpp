@@ -22,7 +22,6 @@ using clang::QualType;
 // The maximum between the stages: that of Metal's devices, below Vulkan's (1.3, 33.1: 128
 // components).
 constexpr std::size_t mostVaryings = 31;
-constexpr std::uint32_t mostColors = 8;
 constexpr std::uint32_t mostAttributes = 31;
 
 constexpr std::array<std::pair<std::string_view, Interpolation>, 7> interpolations = {
@@ -115,6 +114,8 @@ void RecordReader::attributes(const clang::FieldDecl& field, StageValue& value) 
             if (attribute.hasIndex)
                 value.index = attribute.index;
         }
+        if (attribute.word == "index" && attribute.hasIndex)
+            value.source = attribute.index;
     }
 }
 
@@ -131,6 +132,9 @@ void RecordReader::check(const clang::FieldDecl& field, const StageValue& value)
     else if (value.attribute == "color" && value.index >= mostColors)
         error(field.getLocation(), "'%0' has an index beyond %1", field.getName(),
               std::to_string(mostColors - 1));
+    else if (value.source > 1 || (value.source == 1 && value.index != 0))
+        error(field.getLocation(), "attribute 'index' of '%0' is 0, or 1 for color(0)",
+              field.getName());
     else if (!word->takes(value))
         error(field.getLocation(), "type %0 is not valid for attribute '%1'",
               "'" + field.getType().getAsString() + "'", value.attribute);
@@ -185,7 +189,7 @@ void RecordReader::reportTwin(const clang::FieldDecl& field, std::size_t i) {
         const StageValue& other = values[before];
         const bool isSame =
             value.attribute.empty() ? value.name == other.name : value.index == other.index;
-        if (isSame && value.attribute == other.attribute)
+        if (isSame && value.attribute == other.attribute && value.source == other.source)
             return error(field.getLocation(),
                          "'%0' has the attribute or the name of another member", field.getName());
     }

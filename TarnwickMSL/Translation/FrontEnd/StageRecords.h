@@ -14,6 +14,8 @@ class QualType;
 
 namespace tarnwick::msl {
 
+inline constexpr std::uint32_t mostColors = 8;
+
 enum class Border : std::uint8_t { input, result };
 
 // Sets a value's scalar and width. For an array: those of its element, and its length as `index`.

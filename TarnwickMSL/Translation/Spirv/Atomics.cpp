@@ -4,8 +4,6 @@
 
 #include <llvm/ADT/StringSwitch.h>
 
-#include <optional>
-
 namespace tarnwick::msl::spirv {
 
 using namespace llvm;
@@ -39,7 +37,7 @@ static Id compareExchange(Body& body, const Memory::Pointer& pointer, Type* type
                       desired, expected});
 }
 
-static std::optional<spv::Op> changeOp(StringRef op, bool isSigned) {
+std::optional<spv::Op> atomicChange(StringRef op, bool isSigned) {
     op.consume_front("fetch_");
     return StringSwitch<std::optional<spv::Op>>(op)
         .Case("exchange", spv::Op::OpAtomicExchange)
@@ -91,7 +89,7 @@ Id writeAtomicCall(Body& body, Memory& memory, StringRef op, const CallInst& cal
         before = body.emit(spv::Op::OpAtomicLoad, integer, {to.id, place, relaxed(body)});
     else if (op.starts_with("compare_exchange"))
         before = compareExchange(body, to, integer, operand(1), operand(2));
-    else if (auto known = changeOp(op, suffix.starts_with("s") || suffix.starts_with("i")))
+    else if (auto known = atomicChange(op, suffix.starts_with("s") || suffix.starts_with("i")))
         before = change(body, to, *known, integer, operand(1));
     else
         throw CompilerFault("The atomic operation '" + op.str() + "' is not known.");

@@ -3,7 +3,13 @@
 
 #include "TarnwickMSL/Translation/Spirv/Memory.h"
 
+#include <optional>
+
 namespace tarnwick::msl::spirv {
+
+// The instruction for an OP that stores a new value and returns the old one: see below. Nothing for
+// load, store and compare_exchange.
+std::optional<spv::Op> atomicChange(llvm::StringRef op, bool isSigned);
 
 // `msl.atomic_OP.TYPE`: OP is load, store, exchange, compare_exchange, or add, sub, and, or, xor,
 // min, max, each with or without fetch_ before it. A TYPE that begins with s means signed min and

@@ -5,17 +5,53 @@
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/ADT/StringSwitch.h>
+#include <llvm/IR/InstIterator.h>
 
 namespace tarnwick::msl::spirv {
 
 using namespace llvm;
 
+Images::Images(Body& body, const ShaderModule& shader, std::uint32_t nextBinding)
+    : body_(body), shader_(shader), nextBinding_(nextBinding) {
+    for (const Instruction& instruction : instructions(*shader.main)) {
+        auto* call = dyn_cast<CallInst>(&instruction);
+        const Function* callee = call ? call->getCalledFunction() : nullptr;
+        if (callee && callee->getName().starts_with("msl.texel_"))
+            if (auto* handle = dyn_cast<ConstantInt>(call->getArgOperand(0)))
+                atomics_.insert(handle->getZExtValue());
+    }
+}
+
 bool Images::takes(StringRef name) {
-    return name.starts_with("sample") || name.starts_with("gather") ||
+    return name.starts_with("sample") || name.starts_with("gather") || name.starts_with("texel_") ||
            StringSwitch<bool>(name)
-               .Cases("read", "write", "lod", true)
+               .Cases("read", "write", "lod", "color_input", true)
                .Cases("width", "height", "depth", "levels", "layers", true)
                .Default(false);
+}
+
+// The one format of a texture with atomic operations (Vulkan 1.3, A.4.3).
+static spv::ImageFormat atomicFormat(TextureComponent component) {
+    return component == TextureComponent::ulong_ ? spv::ImageFormat::R64ui
+           : component == TextureComponent::int_ ? spv::ImageFormat::R32i
+                                                 : spv::ImageFormat::R32ui;
+}
+
+Id Images::componentType(TextureComponent component) {
+    switch (component) {
+    case TextureComponent::uint_:
+        return body_.types.of(body_.i32());
+    case TextureComponent::int_:
+        return body_.types.signedScalar();
+    case TextureComponent::ulong_:
+        body_.module.require(spv::Capability::Int64ImageEXT);
+        body_.module.extension("SPV_EXT_shader_image_int64");
+        return body_.types.of(Type::getInt64Ty(body_.types.context()));
+    case TextureComponent::none:
+    case TextureComponent::float_:
+        break;
+    }
+    return body_.types.of(body_.f32());
 }
 
 Id Images::imageType(const Image& made) {
@@ -24,15 +60,12 @@ Id Images::imageType(const Image& made) {
     Module& module = body_.module;
     if (auto capability = made.isStorage ? shape.storage : shape.sampled)
         module.require(*capability);
-    Id component = body_.types.of(body_.f32());
-    if (texture.component == TextureComponent::uint_)
-        component = body_.types.of(body_.i32());
-    else if (texture.component == TextureComponent::int_)
-        component = body_.types.signedScalar();
+    auto format = made.isAtomic ? atomicFormat(texture.component) : spv::ImageFormat::Unknown;
     return module.type(spv::Op::OpTypeImage,
-                       {component, static_cast<std::uint32_t>(shape.dimension), texture.isDepth,
-                        shape.isArray, shape.isMultisample, made.isStorage ? 2u : 1u,
-                        static_cast<std::uint32_t>(spv::ImageFormat::Unknown)});
+                       {componentType(texture.component),
+                        static_cast<std::uint32_t>(shape.dimension), texture.isDepth, shape.isArray,
+                        shape.isMultisample, made.isStorage ? 2u : 1u,
+                        static_cast<std::uint32_t>(format)});
 }
 
 void Images::declare(Image& made) {
@@ -51,11 +84,13 @@ void Images::declare(Image& made) {
         {.kind = made.isStorage ? ResourceKind::storageTexture : ResourceKind::sampledTexture,
          .index = texture.index,
          .binding = binding,
-         .isWritten = texture.isWritten,
+         .isWritten = made.isStorage,
          .shape = made.shape->shape,
          .component = texture.component,
          .isDepth = texture.isDepth,
-         .level = made.level});
+         .level = made.isStorage ? made.level : 0,
+         .isAtomic = made.isAtomic,
+         .countsLevels = texture.isWritten && !made.isStorage});
 }
 
 const TextureVariable& Images::texture(const Value* handle) const {
@@ -73,12 +108,15 @@ Images::Image& Images::image(const Value* handle, Need need, std::uint32_t level
     bool isCube = texture.shape == TextureShape::cube || texture.shape == TextureShape::cubeArray;
     bool isFlat = isCube && (need == Need::texels || texture.isWritten);
     TextureShape shape = isFlat ? TextureShape::d2Array : texture.shape;
-    Image& known = images_[{texture.index, static_cast<std::uint32_t>(shape), level}];
+    bool isStorage = texture.isWritten && need != Need::levels;
+    Image& known =
+        images_[{texture.index, static_cast<std::uint32_t>(shape), isStorage ? level : ~0u}];
     if (!known.texture) {
         known.texture = &texture;
         known.shape = &shapeOf(shape);
         known.level = level;
-        known.isStorage = texture.isWritten;
+        known.isStorage = isStorage;
+        known.isAtomic = isStorage && atomics_.contains(texture.index);
         declare(known);
     }
     return known;
@@ -91,8 +129,8 @@ Images::Image& Images::texels(const CallInst& call, unsigned levelOperand) {
         return image(handle, Need::texels);
     auto* level = dyn_cast<ConstantInt>(call.getArgOperand(levelOperand));
     if (!level)
-        throw TranslationError("The level of a texture with access write or read_write must be "
-                               "known at compile time.");
+        throw CompilerFault("A texture is written at a level that Passes/TextureLevels should have "
+                            "made constant.");
     return image(handle, Need::texels, static_cast<std::uint32_t>(level->getZExtValue()));
 }
 
@@ -131,6 +169,10 @@ Id Images::write(StringRef name, const CallInst& call) {
         return read(call);
     if (name == "write")
         return store(call);
+    if (name.consume_front("texel_"))
+        return changeTexel(name, call);
+    if (name == "color_input")
+        return colorSoFar(call);
     if (name.starts_with("sample") && name != "samples")
         return sample(name, call);
     if (name.starts_with("gather"))

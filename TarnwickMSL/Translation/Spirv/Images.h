@@ -1,10 +1,13 @@
 // Textures and samplers: their variables, and the calls on them (docs/compiler.md). Sampling.cpp
-// has sampling and gathering, Texels.cpp single texels and sizes.
+// has sampling and gathering, Texels.cpp single texels and sizes, ColorInputs.cpp the colours so
+// far.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
 #include "TarnwickMSL/Translation/Spirv/Body.h"
 #include "TarnwickMSL/Translation/Spirv/ImageShapes.h"
+
+#include <llvm/ADT/DenseSet.h>
 
 #include <array>
 #include <map>
@@ -14,8 +17,7 @@ namespace tarnwick::msl::spirv {
 class Images {
   public:
     // Samplers take the bindings from `nextBinding` on.
-    Images(Body& body, const ShaderModule& shader, std::uint32_t nextBinding)
-        : body_(body), shader_(shader), nextBinding_(nextBinding) {}
+    Images(Body& body, const ShaderModule& shader, std::uint32_t nextBinding);
 
     // Whether NAME is a call on a texture.
     static bool takes(llvm::StringRef name);
@@ -32,9 +34,10 @@ class Images {
         const ImageShape* shape = nullptr; // the view's
         std::uint32_t level = 0;           // of a written view
         Id type = 0, variable = 0;
-        bool isStorage = false;
+        bool isStorage = false, isAtomic = false;
     };
-    enum class Need : std::uint8_t { wholes, texels };
+    // Levels can be counted in a sampled view alone.
+    enum class Need : std::uint8_t { wholes, texels, levels };
     struct Extras { // image operands (SPIR-V 1.6, 3.14)
         std::uint32_t mask = 0;
         llvm::SmallVector<std::uint32_t, 4> ids;
@@ -45,6 +48,7 @@ class Images {
     const TextureVariable& texture(const llvm::Value* handle) const;
     void declare(Image& made);
     Id imageType(const Image& made);
+    Id componentType(TextureComponent component);
     Id sampler(std::uint64_t bits);
     Id samplerType() { return body_.module.type(spv::Op::OpTypeSampler, {}); }
     void declareSampler(Id variable, std::uint64_t bits);
@@ -58,7 +62,9 @@ class Images {
     Spot spot(const Image& from, const llvm::CallInst& call);
     Id read(const llvm::CallInst& call);
     Id store(const llvm::CallInst& call);
+    Id changeTexel(llvm::StringRef op, const llvm::CallInst& call);
     Id query(llvm::StringRef name, const llvm::CallInst& call);
+    Id colorSoFar(const llvm::CallInst& call);
 
     Id levelOfDetail(const llvm::CallInst& call);
     Id combined(Image& image, const llvm::CallInst& call, bool compares);
@@ -76,6 +82,9 @@ class Images {
     const ShaderModule& shader_;
     std::uint32_t nextBinding_;
     std::map<std::array<std::uint32_t, 3>, Image> images_; // by index, shape and level
+    llvm::SmallDenseSet<std::uint64_t> atomics_; // indices of textures with atomic operations
+    // Type and variable, by attachment and component.
+    std::map<std::pair<std::uint32_t, std::uint32_t>, std::pair<Id, Id>> colors_;
     llvm::DenseMap<std::uint64_t, Id> samplers_;
     std::vector<Resource> resources_;
 };

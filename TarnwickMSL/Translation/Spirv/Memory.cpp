@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Translation/Spirv/Memory.h"
 
+#include "TarnwickMSL/Translation/Spirv/Stage.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 namespace tarnwick::msl::spirv {
@@ -268,6 +269,11 @@ Id Memory::load(const Value* pointer, Type* type) {
 
 void Memory::store(const Value* pointer, Type* type, Id value) {
     Found found = find(pointer, {.type = type, .isWrite = true});
+    bool isSigned = found.root->interface && isSignedColor(shader_.stage, *found.root->interface);
+    if (isSigned) // the wrapper stores it whole
+        return body_.act(
+            spv::Op::OpStore,
+            {found.variable->id, body_.emit(spv::Op::OpBitcast, signedType(body_, type), {value})});
     write(found, found.access, value);
 }
 

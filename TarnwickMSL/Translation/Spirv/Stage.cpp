@@ -94,6 +94,16 @@ static void interpolate(Body& body, Id id, Interpolation interpolation) {
     }
 }
 
+bool isSignedColor(Stage stage, const InterfaceVariable& interface) {
+    return stage == Stage::fragment && interface.kind == InterfaceKind::output &&
+           interface.builtIn.empty() && interface.scalar == Scalar::int32;
+}
+
+Id signedType(Body& body, Type* type) {
+    Id scalar = body.types.signedScalar();
+    return type->isVectorTy() ? body.module.vector(scalar, laneCount(type)) : scalar;
+}
+
 StageVariable declareStageVariable(Body& body, Stage stage, const InterfaceVariable& interface,
                                    Type* type) {
     bool isInput = interface.kind == InterfaceKind::input;
@@ -102,10 +112,13 @@ StageVariable declareStageVariable(Body& body, Stage stage, const InterfaceVaria
     bool hasLocation = interface.builtIn.empty();
     Id id = 0;
     if (hasLocation) {
-        id = body.module.variable(storage, body.types.of(type));
+        bool isSigned = isSignedColor(stage, interface);
+        id = body.module.variable(storage, isSigned ? signedType(body, type) : body.types.of(type));
         body.module.decorate(id, spv::Decoration::Location, {interface.location});
         if (interface.isOfPatch)
             body.module.decorate(id, spv::Decoration::Patch);
+        if (interface.source)
+            body.module.decorate(id, spv::Decoration::Index, {interface.source});
     } else {
         BuiltIn builtIn = builtInFor(interface.builtIn, stage == Stage::fragment);
         if (builtIn.isArray && !type->isArrayTy())

@@ -15,6 +15,11 @@ struct StageVariable {
     llvm::Type* type = nullptr; // of the value, or an array of values
 };
 
+// Whether the output is a colour of signed integers, whose variable is signed as well: a target's
+// numbers and a result's are of one kind (Vulkan 1.3, 29.7). All other integers are unsigned.
+bool isSignedColor(Stage stage, const InterfaceVariable& interface);
+Id signedType(Body& body, llvm::Type* type); // 32-bit integers, with the lanes of `type`
+
 // Throws TranslationError on a built-in that this stage does not have.
 StageVariable declareStageVariable(Body& body, Stage stage, const InterfaceVariable& interface,
                                    llvm::Type* type);

@@ -1,5 +1,6 @@
 // Single texels, and the sizes of textures.
 
+#include "TarnwickMSL/Translation/Spirv/Atomics.h"
 #include "TarnwickMSL/Translation/Spirv/ImageShapes.h"
 #include "TarnwickMSL/Translation/Spirv/Images.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
@@ -36,11 +37,11 @@ Id Images::halved(Type* type, Id size, Id level, bool hasLayers) {
 }
 
 Id Images::query(StringRef name, const CallInst& call) {
-    const Image& of = image(call.getArgOperand(0));
+    const Image& of = image(call.getArgOperand(0), name == "levels" ? Need::levels : Need::wholes);
     const ImageShape& shape = *of.shape;
     body_.module.require(spv::Capability::ImageQuery);
     if (name == "levels") {
-        if (of.isStorage || shape.isMultisample)
+        if (shape.isMultisample)
             return body_.constants.word(1);
         return body_.emit(spv::Op::OpImageQueryLevels, body_.i32(), {load(of)});
     }
@@ -110,7 +111,7 @@ Id Images::read(const CallInst& call) {
             {image_operand::sample, spot.sample ? spot.sample : body_.constants.word(0)});
     else if (!from.isStorage && shape.dimension != spv::Dim::Buffer)
         operands.append({image_operand::lod, spot.level});
-    if (from.isStorage)
+    if (from.isStorage && !from.isAtomic)
         body_.module.require(spv::Capability::StorageImageReadWithoutFormat);
     Id texel = body_.emit(from.isStorage ? spv::Op::OpImageRead : spv::Op::OpImageFetch,
                           resultType(from, call), operands);
@@ -122,12 +123,49 @@ Id Images::store(const CallInst& call) {
     const Image& to = texels(call, 3);
     if (!to.isStorage)
         throw CompilerFault("A texture is written that was not declared to be.");
-    body_.module.require(spv::Capability::StorageImageWriteWithoutFormat);
+    if (!to.isAtomic)
+        body_.module.require(spv::Capability::StorageImageWriteWithoutFormat);
     Id texel = body_.id(call.getArgOperand(2));
     if (to.texture->component == TextureComponent::int_)
         texel = body_.emit(spv::Op::OpBitcast, body_.types.signedVector(), {texel});
     body_.act(spv::Op::OpImageWrite, {load(to), body_.id(call.getArgOperand(1)), texel});
     return 0;
+}
+
+// An atomic operation has no effect outside the texture (robustImageAccess) and gives zero there.
+Id Images::changeTexel(StringRef op, const CallInst& call) {
+    const Image& of = texels(call, call.arg_size());
+    Id component = componentType(of.texture->component);
+    bool isSigned = of.texture->component == TextureComponent::int_;
+    if (of.texture->component == TextureComponent::ulong_)
+        body_.module.require(spv::Capability::Int64Atomics);
+    auto operand = [&](unsigned n) {
+        Id value = body_.id(call.getArgOperand(n));
+        return isSigned ? body_.emit(spv::Op::OpBitcast, component, {value}) : value;
+    };
+    Id scope = body_.constants.word(static_cast<std::uint32_t>(spv::Scope::Device));
+    Id relaxed = body_.constants.word(0);
+    Id inside = spot(of, call).inside;
+    Id texel = body_.emit(spv::Op::OpImageTexelPointer,
+                          body_.module.pointer(spv::StorageClass::Image, component),
+                          {of.variable, body_.id(call.getArgOperand(1)), relaxed});
+    if (op == "store") {
+        body_.act(spv::Op::OpAtomicStore, {texel, scope, relaxed, operand(2)});
+        return 0;
+    }
+    Id before = 0;
+    if (op == "load")
+        before = body_.emit(spv::Op::OpAtomicLoad, component, {texel, scope, relaxed});
+    else if (op == "compare_exchange")
+        before = body_.emit(spv::Op::OpAtomicCompareExchange, component,
+                            {texel, scope, relaxed, relaxed, operand(3), operand(2)});
+    else if (auto change = atomicChange(op, isSigned))
+        before = body_.emit(*change, component, {texel, scope, relaxed, operand(2)});
+    else
+        throw CompilerFault("The atomic operation '" + op.str() + "' is not known.");
+    Type* type = call.getType();
+    Id value = isSigned ? body_.emit(spv::Op::OpBitcast, type, {before}) : before;
+    return body_.select(type, inside, value, body_.constants.null(type));
 }
 
 } // namespace tarnwick::msl::spirv

@@ -25,11 +25,24 @@ bool takesSampler(StringRef name) {
            name == "lod";
 }
 
+bool isTexelAtomic(StringRef name) {
+    return name.starts_with("texel_");
+}
+
+bool changesTexture(StringRef name) {
+    return name == "write" || isTexelAtomic(name);
+}
+
+std::optional<unsigned> levelOperand(StringRef name) {
+    return name == "read" ? std::optional(2u) : name == "write" ? std::optional(3u) : std::nullopt;
+}
+
 bool takesTexture(StringRef name) {
-    return takesSampler(name) || StringSwitch<bool>(name)
-                                     .Cases("read", "write", "width", "height", "depth", true)
-                                     .Cases("levels", "samples", "layers", true)
-                                     .Default(false);
+    return takesSampler(name) || isTexelAtomic(name) ||
+           StringSwitch<bool>(name)
+               .Cases("read", "write", "width", "height", "depth", true)
+               .Cases("levels", "samples", "layers", true)
+               .Default(false);
 }
 
 // Its value depends on the neighbouring invocations, or it waits for them.
@@ -41,7 +54,7 @@ static bool isConvergent(StringRef name) {
 }
 
 static MemoryEffects effects(StringRef name, bool writesTextures) {
-    if (name == "discard" || name == "barrier" || name == "fence" || name == "write" ||
+    if (name == "discard" || name == "barrier" || name == "fence" || changesTexture(name) ||
         name.starts_with("atomic"))
         return MemoryEffects::unknown();
     if (name == "control_point")
@@ -68,8 +81,9 @@ static void spreadConvergence(Module& module) {
 }
 
 void describeBuiltIns(Module& module) {
-    bool writesTextures = any_of(
-        module, [](const Function& function) { return nameOf(function.getName()) == "write"; });
+    bool writesTextures = any_of(module, [](const Function& function) {
+        return changesTexture(nameOf(function.getName()));
+    });
     for (Function& function : module) {
         StringRef name = nameOf(function.getName());
         if (name.empty() || !function.isDeclaration())

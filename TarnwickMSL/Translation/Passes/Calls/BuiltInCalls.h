@@ -3,6 +3,8 @@
 
 #include <llvm/ADT/StringRef.h>
 
+#include <optional>
+
 namespace llvm {
 class CallBase;
 class Module;
@@ -16,6 +18,11 @@ llvm::StringRef builtInName(const llvm::CallBase& call);
 
 // Whether its first operand is the handle of a texture.
 bool takesTexture(llvm::StringRef name);
+// Whether it is an atomic operation on a texel, and whether it may store to a texture.
+bool isTexelAtomic(llvm::StringRef name);
+bool changesTexture(llvm::StringRef name);
+// The operand that is the level of the texel, of calls that read or write one.
+std::optional<unsigned> levelOperand(llvm::StringRef name);
 // Whether its second operand is the bits of a sampler.
 bool takesSampler(llvm::StringRef name);
 

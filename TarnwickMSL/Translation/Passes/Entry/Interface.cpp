@@ -293,9 +293,27 @@ Value* Interface::readAttribute(IRBuilder<>& builder, const StageValue& value, V
     return fromCrossing(builder, firstLanes(builder, four, value.width), value.scalar);
 }
 
+// The colour so far at the pixel, which the writer fetches.
+Value* Interface::readColor(IRBuilder<>& builder, const StageValue& value) {
+    Scalar scalar = crossingScalar(value.scalar);
+    StringRef suffix = scalar == Scalar::float_ ? "f32" : scalar == Scalar::int32 ? "s32" : "u32";
+    Type* type = crossingType(builder.getContext(), scalar, 4);
+    auto* function = FunctionType::get(type, {builder.getInt32Ty()}, false);
+    FunctionCallee called =
+        shader_.module->getOrInsertFunction(("msl.color_input." + suffix).str(), function);
+    auto* declared = cast<Function>(called.getCallee());
+    declared->setDoesNotAccessMemory();
+    declared->setDoesNotThrow();
+    declared->setWillReturn();
+    Value* color = builder.CreateCall(called, {builder.getInt32(value.index)});
+    return fromCrossing(builder, firstLanes(builder, color, value.width), value.scalar);
+}
+
 Value* Interface::read(IRBuilder<>& builder, const StageValue& value) {
     if (value.attribute == "attribute")
         return readAttribute(builder, value, builder.getInt32(0));
+    if (value.attribute == "color")
+        return readColor(builder, value);
     if (value.attribute == "point_size") // a result alone, in a record that both stages use
         return Constant::getNullValue(memoryType(builder.getContext(), value));
     if (Type* type = memoryType(builder.getContext(), value); type->isArrayTy())
@@ -330,7 +348,9 @@ void Interface::write(IRBuilder<>& builder, const StageValue& value, Value* stor
         shader_.stage == Stage::fragment && (value.attribute.empty() || value.attribute == "color");
     if (isColor) {
         variable.location = value.index;
-        variable.global = "msl.out.color." + std::to_string(value.index);
+        variable.source = value.source;
+        variable.global = "msl.out.color." + std::to_string(value.index) +
+                          (value.source ? ".source." + std::to_string(value.source) : "");
     } else if (!value.attribute.empty()) {
         variable.builtIn = builtInFor(value.attribute).word;
         variable.global = "msl.out." + value.attribute;

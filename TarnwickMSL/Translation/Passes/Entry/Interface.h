@@ -46,6 +46,7 @@ class Interface {
     llvm::Value* readBuiltIn(llvm::IRBuilder<>& builder, llvm::StringRef word);
 
   private:
+    llvm::Value* readColor(llvm::IRBuilder<>& builder, const StageValue& value);
     llvm::Value* derivedBuiltIn(llvm::IRBuilder<>& builder, llvm::StringRef word);
 
     ShaderModule& shader_;

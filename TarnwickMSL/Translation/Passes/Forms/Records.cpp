@@ -23,7 +23,7 @@ static constexpr std::array interfaceWords{
 static constexpr std::array shapeWords{
     "none", "buffer", "1d", "1d_array", "2d", "2d_array", "2d_ms", "2d_ms_array", "3d", "cube", "cube_array"};
 static constexpr std::array patchWords{"none", "triangle", "quad"};
-static constexpr std::array componentWords{"none", "float", "int", "uint"};
+static constexpr std::array componentWords{"none", "float", "int", "uint", "ulong"};
 // clang-format on
 
 template <class Enum> static constexpr const auto& wordsOf() {
@@ -80,6 +80,7 @@ static void eachField(const StageValue*, auto&& visit) {
     visit("name", &StageValue::name);
     visit("attribute", &StageValue::attribute);
     visit("index", &StageValue::index);
+    visit("source", &StageValue::source);
     visit("interpolation", &StageValue::interpolation);
     visit("offset", &StageValue::offset);
     visit("scalar", &StageValue::scalar);
@@ -101,6 +102,7 @@ static void eachField(const InterfaceVariable*, auto&& visit) {
     visit("built_in", &InterfaceVariable::builtIn);
     visit("location", &InterfaceVariable::location);
     visit("is_of_patch", &InterfaceVariable::isOfPatch);
+    visit("source", &InterfaceVariable::source);
     visit("scalar", &InterfaceVariable::scalar);
     visit("interpolation", &InterfaceVariable::interpolation);
     visit("index", &InterfaceVariable::index);

@@ -2,12 +2,13 @@
 
 #include "TarnwickMSL/SamplerBits.h"
 #include "TarnwickMSL/Translation/Passes/Calls/BuiltInCalls.h"
+#include "TarnwickMSL/Translation/Passes/Memory/CallChoices.h"
+#include "TarnwickMSL/Translation/Passes/Memory/TextureLevels.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/ADT/SetVector.h>
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/InstIterator.h>
-#include <llvm/Transforms/Utils/BasicBlockUtils.h>
 
 namespace tarnwick::msl {
 
@@ -45,7 +46,7 @@ static bool fits(const TextureVariable& texture, StringRef symbol) {
     if (shapes[static_cast<std::size_t>(texture.shape)] != words[2] ||
         (words[1].contains("compare") && !texture.isDepth))
         return false;
-    static constexpr StringLiteral components[] = {"", "f32", "s32", "u32"};
+    static constexpr StringLiteral components[] = {"", "f32", "s32", "u32", "u64"};
     return words.size() < 4 || components[static_cast<std::size_t>(texture.component)] == words[3];
 }
 
@@ -89,22 +90,12 @@ static void splitRead(CallBase& call, unsigned operand, const Choices& choices) 
     call.eraseFromParent();
 }
 
-static void splitWrite(CallBase& call, unsigned operand, const Choices& choices) {
-    for (Constant* choice : choices) {
-        IRBuilder<> builder(&call);
-        Value* isIt = builder.CreateICmpEQ(call.getArgOperand(operand), choice);
-        builder.SetInsertPoint(SplitBlockAndInsertIfThen(isIt, &call, false));
-        cast<CallBase>(builder.Insert(call.clone()))->setArgOperand(operand, choice);
-    }
-    call.eraseFromParent();
-}
-
 static void split(CallBase& call, unsigned operand, const Choices& choices) {
     if (choices.empty())
         throw TranslationError(operand == 0 ? "The texture is not an argument of the entry point."
                                             : "The sampler must be known at compile time.");
-    if (call.getType()->isVoidTy())
-        splitWrite(call, operand, choices);
+    if (changesTexture(builtInName(call)))
+        splitByValue(call, operand, choices.getArrayRef());
     else
         splitRead(call, operand, choices);
 }
@@ -128,7 +119,8 @@ bool resolveHandles(ShaderModule& shader) {
     });
     for (CallBase* call : samplers)
         split(*call, 1, samplerChoices(shader, *call));
-    return !textures.empty() || !samplers.empty();
+    bool hasLevels = resolveLevels(shader);
+    return !textures.empty() || !samplers.empty() || hasLevels;
 }
 
 } // namespace tarnwick::msl

@@ -1,4 +1,4 @@
-// Makes the texture and sampler of each call constant.
+// Makes the texture and sampler of each call constant, and the level of a texture that is written.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
