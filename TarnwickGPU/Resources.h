@@ -1,5 +1,4 @@
-// Buffers and textures. Resources/BufferParts.cpp and Resources/Texture.cpp (all of textures)
-// implement them.
+// Buffers and textures. Resources/Buffer.cpp and Resources/Texture.cpp implement them.
 #pragma once
 
 #include "TarnwickGPU/Format.h"

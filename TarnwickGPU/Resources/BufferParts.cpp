@@ -1,6 +1,5 @@
 #include "TarnwickGPU/Resources/BufferParts.h"
 
-#include "TarnwickGPU/Resources.h"
 #include "TarnwickGPU/Resources/Transfers.h"
 
 #include <cstring>
@@ -30,15 +29,6 @@ std::unique_ptr<BufferParts> BufferParts::make(const DeviceRecord& device, Grave
         return nullptr;
     auto parts = std::make_unique<BufferParts>(device, graveyard, transfers, *memory);
     return clear(transfers, *memory) ? std::move(parts) : nullptr;
-}
-
-Buffer::Buffer(std::shared_ptr<BufferParts> parts) : parts_(std::move(parts)) {}
-Buffer::~Buffer() = default;
-std::size_t Buffer::length() const {
-    return parts_->memory.size;
-}
-void* Buffer::contents() const {
-    return parts_->memory.bytes;
 }
 
 } // namespace tarnwick::gpu

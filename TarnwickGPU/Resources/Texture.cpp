@@ -124,14 +124,6 @@ void read(const TextureParts& parts, const Part& part, const Pixels<std::byte>& 
 
 } // namespace
 
-std::unique_ptr<Texture> Buffer::newTexture(const TextureDescriptor& descriptor, std::size_t offset,
-                                            std::size_t bytesPerRow) const {
-    if (bytesPerRow < descriptor.width * bytesPerPixel(descriptor.format))
-        return nullptr;
-    auto made = TextureParts::over(parts_, descriptor, offset);
-    return made ? std::make_unique<Texture>(std::move(made)) : nullptr;
-}
-
 Texture::Texture(std::unique_ptr<TextureParts> parts) : parts_(std::move(parts)) {}
 Texture::~Texture() = default;
 const TextureDescriptor& Texture::descriptor() const {

@@ -37,8 +37,18 @@ bool isMissingName(std::string_view name) {
     return std::ranges::binary_search(names, name);
 }
 
+// Words of tile functions and imageblocks. Fragment functions read their own colours as arguments.
+static constexpr std::array tileWords{
+    std::string_view("'alias_implicit_imageblock'"), std::string_view("'imageblock'"),
+    std::string_view("'imageblock_data'"),           std::string_view("'imageblock_slice'"),
+    std::string_view("'threadgroup_imageblock'"),    std::string_view("'tile'"),
+};
+
 std::string missing(std::string_view what) {
-    return std::string(what) + " is not supported on this platform";
+    std::string message = std::string(what) + " is not supported on this platform";
+    if (std::ranges::any_of(tileWords, [&](std::string_view word) { return what.ends_with(word); }))
+        message += ": Vulkan has no memory of tiles that kernels and render passes share";
+    return message;
 }
 
 } // namespace tarnwick::msl
