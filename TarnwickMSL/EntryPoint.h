@@ -86,6 +86,8 @@ struct StageAttribute {
 // Specialisation constants of the modules. A module declares those that it uses.
 inline constexpr std::uint32_t loopBudgetConstant = 0; // uint: iterations before an invocation ends
 inline constexpr std::array<std::uint32_t, 3> threadgroupSizeConstants{1, 2, 3}; // kernels
+inline constexpr std::uint32_t viewCountConstant = 4;   // uint: views of a render pass
+inline constexpr std::uint32_t sampleCountConstant = 5; // uint: samples of a pixel
 
 // uint: bytes of the threadgroup memory that the kernel's argument [[threadgroup(index)]] points
 // to.
@@ -99,9 +101,11 @@ inline constexpr std::uint32_t kernelPushConstantBytes = 12;
 struct EntryPoint {
     std::string name; // as the source spells it; the module's own entry point is named "main"
     Stage stage = Stage::fragment;
-    std::vector<std::uint32_t> words;   // SPIR-V 1.6 for Vulkan 1.3
-    std::vector<Resource> resources;    // by binding, ascending
-    bool usesLoopBudget = false;        // some loop has no bound that the compiler can prove
+    std::vector<std::uint32_t> words; // SPIR-V 1.6 for Vulkan 1.3
+    std::vector<Resource> resources;  // by binding, ascending
+    bool usesLoopBudget = false;      // some loop has no bound that the compiler can prove
+    // The fragment function uses Vulkan's standard sample positions (standardSampleLocations).
+    bool needsStandardSamples = false;
     bool writesPointSize = false;       // a vertex function with [[point_size]]
     std::uint32_t colorAttachments = 0; // a fragment function's written colours, bit n for color(n)
     std::uint32_t threadgroupBytes = 0; // threadgroup memory that the kernel declares

@@ -7,6 +7,10 @@ struct Target {
     // Sums of floats in buffers are one instruction (VK_EXT_shader_atomic_float); otherwise a loop
     // of compare-exchanges, as in threadgroup memory on all devices.
     bool addsFloatsInBuffers = false;
+    // Fragment functions with raster order groups run one after the other for each pixel, in the
+    // order of the primitives (fragmentShaderPixelInterlock of VK_EXT_fragment_shader_interlock);
+    // otherwise only as the device orders them by itself.
+    bool ordersFragments = false;
 
     bool operator==(const Target&) const = default;
 };

@@ -95,6 +95,7 @@ template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, EntryPoint>
 void fields(Record& e, Bytes& bytes) {
     bytes(e.name), bytes(e.stage), bytes(e.words), bytes(e.resources), bytes(e.usesLoopBudget);
+    bytes(e.needsStandardSamples);
     bytes(e.writesPointSize), bytes(e.colorAttachments), bytes(e.threadgroupBytes);
     bytes(e.threadgroupPointers), bytes(e.mostThreads), bytes(e.attributes), bytes(e.patch);
     bytes(e.controlPoints);
@@ -109,7 +110,8 @@ void fields(Record& c, Bytes& bytes) { // isCompilersFault is set on the parent'
 template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, Request>
 void fields(Record& r, Bytes& bytes) {
-    bytes(r.limitMilliseconds), bytes(r.target.addsFloatsInBuffers), bytes(r.moreWarningsIn);
+    bytes(r.limitMilliseconds), bytes(r.target.addsFloatsInBuffers);
+    bytes(r.target.ordersFragments), bytes(r.moreWarningsIn);
     bytes(r.source);
 }
 

@@ -4,6 +4,8 @@
 #include "TarnwickGPU/Vulkan/Capabilities.h"
 #include "TarnwickGPU/Vulkan/DeviceRecord.h"
 
+#include <array>
+
 namespace tarnwick::gpu {
 
 std::string refusal(const DeviceRecord& device, const std::string& subject, VkResult result) {
@@ -15,11 +17,25 @@ std::string refusal(const DeviceRecord& device, const std::string& subject, VkRe
     return "The device could not make " + subject + ": " + device.info.name + " " + reason + ".";
 }
 
+// By the stage.
+struct StageName {
+    VkShaderStageFlagBits flag;
+    const char* functions;
+};
+static constexpr std::array stages{StageName{VK_SHADER_STAGE_VERTEX_BIT, "vertex functions"},
+                                   StageName{VK_SHADER_STAGE_FRAGMENT_BIT, "fragment functions"},
+                                   StageName{VK_SHADER_STAGE_COMPUTE_BIT, "kernels"}};
+
 void checkNeeds(const DeviceRecord& device, const std::string& subject,
                 const msl::EntryPoint& function) {
     const std::string start = "The device could not make " + subject + ": " + device.info.name;
     if (auto missing = missingCapability(function.words, device.features.capabilities))
         throw DeviceError(start + " has no " + *missing + ".");
+    const StageName& stage = stages[static_cast<std::size_t>(function.stage)];
+    if (usesGroups(function.words) && !(device.features.groupStages & stage.flag))
+        throw DeviceError(start + " has no SIMD-groups in " + stage.functions + ".");
+    if (function.needsStandardSamples && !device.limits.standardSampleLocations)
+        throw DeviceError(start + " has no standard sample positions.");
     const std::uint32_t most = device.limits.maxComputeSharedMemorySize;
     if (function.threadgroupBytes > most)
         throw DeviceError(start + " has " + std::to_string(most) +

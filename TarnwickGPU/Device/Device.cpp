@@ -89,7 +89,8 @@ std::unique_ptr<Library> newLibrary(std::string_view source, const msl::CompileO
 std::unique_ptr<Library> Device::newLibrary(std::string_view source,
                                             std::string_view moreWarningsIn) {
     return gpu::newLibrary(
-        source, {.target = {.addsFloatsInBuffers = state_->record.features.addsFloatsInBuffers},
+        source, {.target = {.addsFloatsInBuffers = state_->record.features.addsFloatsInBuffers,
+                            .ordersFragments = state_->record.features.ordersFragments},
                  .moreWarningsIn = std::string(moreWarningsIn)});
 }
 

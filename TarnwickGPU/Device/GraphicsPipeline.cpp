@@ -4,6 +4,7 @@
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 
 #include <array>
+#include <cstddef>
 
 namespace tarnwick::gpu {
 
@@ -112,14 +113,23 @@ struct Colors {
     }
 };
 
+struct ConstantValues {
+    std::uint32_t loopBudget = 0, sampleCount = 1;
+};
+constexpr std::array constantEntries{
+    VkSpecializationMapEntry{msl::loopBudgetConstant, offsetof(ConstantValues, loopBudget),
+                             sizeof(std::uint32_t)},
+    VkSpecializationMapEntry{msl::sampleCountConstant, offsetof(ConstantValues, sampleCount),
+                             sizeof(std::uint32_t)}};
+
 struct Stages {
     std::array<VkPipelineShaderStageCreateInfo, 2> infos;
-    VkSpecializationMapEntry entry{.constantID = msl::loopBudgetConstant,
-                                   .size = sizeof(std::uint32_t)};
+    ConstantValues values;
     VkSpecializationInfo constants;
 
-    Stages(VkShaderModule vertex, VkShaderModule fragment, const std::uint32_t& loopBudget)
-        : constants{1, &entry, sizeof loopBudget, &loopBudget} {
+    Stages(VkShaderModule vertex, VkShaderModule fragment, const ConstantValues& given)
+        : values(given), constants{constantEntries.size(), constantEntries.data(), sizeof values,
+                                   &values} {
         infos[0] = stage(VK_SHADER_STAGE_VERTEX_BIT, vertex);
         infos[1] = stage(VK_SHADER_STAGE_FRAGMENT_BIT, fragment);
     }
@@ -151,7 +161,8 @@ VkResult makeGraphicsPipeline(const DeviceState& device, const GraphicsPipelineN
     const ShaderModule fragment(device.record.handle, needs.fragment);
     if (!vertex.handle() || !fragment.handle())
         return VK_ERROR_UNKNOWN;
-    const Stages stages(vertex.handle(), fragment.handle(), device.record.loopBudget);
+    const Stages stages(vertex.handle(), fragment.handle(),
+                        {.loopBudget = device.record.loopBudget, .sampleCount = needs.sampleCount});
     const CommonState common;
     const Colors colors(needs);
     const VkPipelineRenderingCreateInfo rendering{

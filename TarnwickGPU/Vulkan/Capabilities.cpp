@@ -19,6 +19,7 @@ enum class Capability : std::uint32_t {
     SampleRateShading = 35,
     Int8 = 39,
     SampledCubeArray = 45,
+    InterpolationFunction = 52,
     StorageImageReadWithoutFormat = 55,
     StorageImageWriteWithoutFormat = 56,
     GroupNonUniform = 61,
@@ -31,6 +32,10 @@ enum class Capability : std::uint32_t {
     UniformAndStorageBuffer16BitAccess = 4434,
     StorageBuffer8BitAccess = 4448,
     UniformAndStorageBuffer8BitAccess = 4449,
+    MultiView = 4439,
+    StencilExportEXT = 5013,
+    FragmentBarycentricKHR = 5284,
+    FragmentShaderPixelInterlockEXT = 5378,
     Int64ImageEXT = 5016,
     AtomicFloat32AddEXT = 6033
 };
@@ -40,7 +45,7 @@ constexpr std::uint32_t declaration = 2u << 16 | 17; // OpCapability's first wor
 struct Asked {
     const FeatureChain& chain;
     VkSubgroupFeatureFlags groups;
-    bool isCPU;
+    bool isCPU, exportsStencil;
 
     bool core(VkBool32 VkPhysicalDeviceFeatures::*feature) const {
         return chain.core.features.*feature;
@@ -100,6 +105,15 @@ constexpr std::array rows{
     Row{Capability::Tessellation, "tessellation", [](const Asked& a) { return a.core(&Core::tessellationShader); }},
     Row{Capability::SampleRateShading, "sample_id and interpolation at samples",
         [](const Asked& a) { return a.core(&Core::sampleRateShading); }},
+    Row{Capability::InterpolationFunction, "interpolation at offsets and samples",
+        [](const Asked& a) { return a.core(&Core::sampleRateShading); }},
+    Row{Capability::MultiView, "amplification_id",
+        [](const Asked& a) { return a.in11(&In11::multiview); }},
+    Row{Capability::StencilExportEXT, "stencil", [](const Asked& a) { return a.exportsStencil; }},
+    Row{Capability::FragmentBarycentricKHR, "barycentric_coord",
+        [](const Asked& a) { return a.chain.barycentric.fragmentShaderBarycentric == VK_TRUE; }},
+    Row{Capability::FragmentShaderPixelInterlockEXT, "raster order groups",
+        [](const Asked& a) { return a.chain.interlock.fragmentShaderPixelInterlock == VK_TRUE; }},
     Row{Capability::ClipDistance, "clip_distance",
         [](const Asked& a) { return a.core(&Core::shaderClipDistance); }},
     // The packaged CPU driver does not report the feature, but reads all formats (Instance.cpp).
@@ -112,16 +126,30 @@ constexpr std::array rows{
 };
 // clang-format on
 
-} // namespace
-
-std::vector<std::uint32_t> capabilitiesOf(VkPhysicalDevice device, const FeatureChain& chain) {
+VkPhysicalDeviceVulkan11Properties propertiesOf(VkPhysicalDevice device) {
     VkPhysicalDeviceVulkan11Properties vulkan11{
         .sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_1_PROPERTIES};
     VkPhysicalDeviceProperties2 properties{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_PROPERTIES_2,
                                            .pNext = &vulkan11};
     vkGetPhysicalDeviceProperties2(device, &properties);
-    const Asked asked{chain, vulkan11.subgroupSupportedOperations,
-                      properties.properties.deviceType == VK_PHYSICAL_DEVICE_TYPE_CPU};
+    return vulkan11;
+}
+
+// Calls `visit` with each declared capability, in order, until it returns true.
+template <class Visit> void eachCapability(std::span<const std::uint32_t> module, Visit visit) {
+    for (std::size_t at = header; at + 1 < module.size() && module[at] == declaration; at += 2)
+        if (visit(module[at + 1]))
+            return;
+}
+
+} // namespace
+
+std::vector<std::uint32_t> capabilitiesOf(VkPhysicalDevice device, const FeatureChain& chain,
+                                          bool exportsStencil) {
+    VkPhysicalDeviceProperties core{};
+    vkGetPhysicalDeviceProperties(device, &core);
+    const Asked asked{chain, propertiesOf(device).subgroupSupportedOperations,
+                      core.deviceType == VK_PHYSICAL_DEVICE_TYPE_CPU, exportsStencil};
     std::vector<std::uint32_t> there;
     for (const Row& row : rows)
         if (row.isThere(asked))
@@ -132,14 +160,29 @@ std::vector<std::uint32_t> capabilitiesOf(VkPhysicalDevice device, const Feature
 
 std::optional<std::string> missingCapability(std::span<const std::uint32_t> module,
                                              std::span<const std::uint32_t> capabilities) {
-    for (std::size_t at = header; at + 1 < module.size() && module[at] == declaration; at += 2) {
-        if (std::binary_search(capabilities.begin(), capabilities.end(), module[at + 1]))
-            continue;
+    std::optional<std::string> missing;
+    eachCapability(module, [&](std::uint32_t capability) {
+        if (std::binary_search(capabilities.begin(), capabilities.end(), capability))
+            return false;
         for (const Row& row : rows)
-            if (static_cast<std::uint32_t>(row.capability) == module[at + 1])
-                return row.words;
-    }
-    return std::nullopt;
+            if (static_cast<std::uint32_t>(row.capability) == capability)
+                missing = row.words;
+        return missing.has_value();
+    });
+    return missing;
+}
+
+bool usesGroups(std::span<const std::uint32_t> module) {
+    bool uses = false;
+    eachCapability(module, [&](std::uint32_t capability) {
+        uses = capability == static_cast<std::uint32_t>(Capability::GroupNonUniform);
+        return uses;
+    });
+    return uses;
+}
+
+VkShaderStageFlags groupStages(VkPhysicalDevice device) {
+    return propertiesOf(device).subgroupSupportedStages;
 }
 
 } // namespace tarnwick::gpu

@@ -11,11 +11,20 @@
 namespace tarnwick::gpu {
 
 // The SPIR-V capabilities of a device opened with the features of `chain`, ascending.
-std::vector<std::uint32_t> capabilitiesOf(VkPhysicalDevice device, const FeatureChain& chain);
+// `exportsStencil`: with VK_EXT_shader_stencil_export as well.
+std::vector<std::uint32_t> capabilitiesOf(VkPhysicalDevice device, const FeatureChain& chain,
+                                          bool exportsStencil);
 
 // The purpose of the first capability that the device lacks, in words ("64-bit integers"). Nothing
 // if the device has all of the module's capabilities, or the table here does not list it.
 std::optional<std::string> missingCapability(std::span<const std::uint32_t> module,
                                              std::span<const std::uint32_t> capabilities);
+
+// Whether the module uses SIMD-groups.
+bool usesGroups(std::span<const std::uint32_t> module);
+
+// The stages whose functions may use SIMD-groups: kernels on every device (Vulkan 1.3,
+// subgroupSupportedStages).
+VkShaderStageFlags groupStages(VkPhysicalDevice device);
 
 } // namespace tarnwick::gpu

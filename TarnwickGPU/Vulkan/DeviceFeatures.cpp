@@ -42,6 +42,7 @@ constexpr std::array taken11{&VkPhysicalDeviceVulkan11Features::storageBuffer16B
                              &VkPhysicalDeviceVulkan11Features::uniformAndStorageBuffer16BitAccess,
                              &VkPhysicalDeviceVulkan11Features::variablePointersStorageBuffer,
                              &VkPhysicalDeviceVulkan11Features::variablePointers,
+                             &VkPhysicalDeviceVulkan11Features::multiview,
                              &VkPhysicalDeviceVulkan11Features::shaderDrawParameters};
 constexpr std::array taken12{&VkPhysicalDeviceVulkan12Features::storageBuffer8BitAccess,
                              &VkPhysicalDeviceVulkan12Features::uniformAndStorageBuffer8BitAccess,
@@ -116,7 +117,10 @@ OptionalRecords optionalRecords(VkPhysicalDevice device) {
         .imageAtomics = hasDeviceExtension(device, VK_EXT_SHADER_IMAGE_ATOMIC_INT64_EXTENSION_NAME),
         .feedback =
             isCPU(device) &&
-            hasDeviceExtension(device, VK_EXT_ATTACHMENT_FEEDBACK_LOOP_LAYOUT_EXTENSION_NAME)};
+            hasDeviceExtension(device, VK_EXT_ATTACHMENT_FEEDBACK_LOOP_LAYOUT_EXTENSION_NAME),
+        .barycentric =
+            hasDeviceExtension(device, VK_KHR_FRAGMENT_SHADER_BARYCENTRIC_EXTENSION_NAME),
+        .interlock = hasDeviceExtension(device, VK_EXT_FRAGMENT_SHADER_INTERLOCK_EXTENSION_NAME)};
 }
 
 DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, FeatureChain& chain,
@@ -134,6 +138,10 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
     chain.atomicFloat.shaderBufferFloat32AtomicAdd = had.atomicFloat.shaderBufferFloat32AtomicAdd;
     chain.imageAtomics.shaderImageInt64Atomics = had.imageAtomics.shaderImageInt64Atomics;
     chain.feedback.attachmentFeedbackLoopLayout = had.feedback.attachmentFeedbackLoopLayout;
+    chain.barycentric.fragmentShaderBarycentric = had.barycentric.fragmentShaderBarycentric;
+    chain.interlock.fragmentShaderPixelInterlock = had.interlock.fragmentShaderPixelInterlock;
+    const bool exportsStencil =
+        hasDeviceExtension(device, VK_EXT_SHADER_STENCIL_EXPORT_EXTENSION_NAME);
 
     chain.instanceRates.vertexAttributeInstanceRateDivisor =
         had.instanceRates.vertexAttributeInstanceRateDivisor;
@@ -142,6 +150,7 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
         .nullDescriptors = had.robustness2.nullDescriptor == VK_TRUE,
         .anisotropy = had.core.features.samplerAnisotropy == VK_TRUE,
         .addsFloatsInBuffers = chain.atomicFloat.shaderBufferFloat32AtomicAdd == VK_TRUE,
+        .ordersFragments = chain.interlock.fragmentShaderPixelInterlock == VK_TRUE,
         .multiDraws = had.core.features.multiDrawIndirect == VK_TRUE,
         .sums = had.core.features.shaderInt64 == VK_TRUE &&
                 had.vulkan12.shaderBufferInt64Atomics == VK_TRUE &&
@@ -153,7 +162,8 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
         .readsTargets = had.feedback.attachmentFeedbackLoopLayout == VK_TRUE,
         .twoSources = had.core.features.dualSrcBlend == VK_TRUE,
         .independentBlend = had.core.features.independentBlend == VK_TRUE,
-        .capabilities = capabilitiesOf(device, chain)};
+        .groupStages = groupStages(device),
+        .capabilities = capabilitiesOf(device, chain, exportsStencil)};
     if (records.robustness2)
         extensions.push_back(VK_EXT_ROBUSTNESS_2_EXTENSION_NAME);
     if (records.atomicFloat)
@@ -164,6 +174,12 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
         extensions.push_back(VK_EXT_SHADER_IMAGE_ATOMIC_INT64_EXTENSION_NAME);
     if (records.feedback)
         extensions.push_back(VK_EXT_ATTACHMENT_FEEDBACK_LOOP_LAYOUT_EXTENSION_NAME);
+    if (records.barycentric)
+        extensions.push_back(VK_KHR_FRAGMENT_SHADER_BARYCENTRIC_EXTENSION_NAME);
+    if (records.interlock)
+        extensions.push_back(VK_EXT_FRAGMENT_SHADER_INTERLOCK_EXTENSION_NAME);
+    if (exportsStencil)
+        extensions.push_back(VK_EXT_SHADER_STENCIL_EXPORT_EXTENSION_NAME);
     if (hasDeviceExtension(device, VK_KHR_PUSH_DESCRIPTOR_EXTENSION_NAME)) {
         extensions.push_back(VK_KHR_PUSH_DESCRIPTOR_EXTENSION_NAME);
         features.maxPushDescriptors = maxPushDescriptors(device);

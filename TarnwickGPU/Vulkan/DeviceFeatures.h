@@ -17,6 +17,7 @@ struct DeviceFeatures {
     bool nullDescriptors = false;         // of VK_EXT_robustness2
     bool anisotropy = false;
     bool addsFloatsInBuffers = false; // of VK_EXT_shader_atomic_float
+    bool ordersFragments = false;     // of VK_EXT_fragment_shader_interlock
     bool multiDraws = false;          // an indirect command may have several draws
     bool sums = false;             // atomic additions of 64 bits, and stores in fragment functions
     bool largePoints = false;      // larger than a pixel
@@ -26,6 +27,7 @@ struct DeviceFeatures {
     bool readsTargets = false;     // a draw may read its targets (ColorInputs.h)
     bool twoSources = false;       // dualSrcBlend
     bool independentBlend = false; // each target may blend in its own way
+    VkShaderStageFlags groupStages = 0;      // whose functions may use SIMD-groups
     std::vector<std::uint32_t> capabilities; // Capabilities.h
 };
 

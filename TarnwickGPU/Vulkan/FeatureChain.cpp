@@ -16,7 +16,10 @@ FeatureChain::FeatureChain(const OptionalRecords& records)
       imageAtomics{.sType =
                        VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_SHADER_IMAGE_ATOMIC_INT64_FEATURES_EXT},
       feedback{.sType =
-                   VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_ATTACHMENT_FEEDBACK_LOOP_LAYOUT_FEATURES_EXT} {
+                   VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_ATTACHMENT_FEEDBACK_LOOP_LAYOUT_FEATURES_EXT},
+      barycentric{.sType =
+                      VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_FRAGMENT_SHADER_BARYCENTRIC_FEATURES_KHR},
+      interlock{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_FRAGMENT_SHADER_INTERLOCK_FEATURES_EXT} {
     auto add = [this](auto& record) { record.pNext = std::exchange(vulkan13.pNext, &record); };
     if (records.robustness2)
         add(robustness2);
@@ -28,6 +31,10 @@ FeatureChain::FeatureChain(const OptionalRecords& records)
         add(imageAtomics);
     if (records.feedback)
         add(feedback);
+    if (records.barycentric)
+        add(barycentric);
+    if (records.interlock)
+        add(interlock);
 }
 
 } // namespace tarnwick::gpu

@@ -13,6 +13,8 @@ struct OptionalRecords {
     bool instanceRates = false; // VK_EXT_vertex_attribute_divisor
     bool imageAtomics = false;  // VK_EXT_shader_image_atomic_int64
     bool feedback = false;      // VK_EXT_attachment_feedback_loop_layout
+    bool barycentric = false;   // VK_KHR_fragment_shader_barycentric
+    bool interlock = false;     // VK_EXT_fragment_shader_interlock
 };
 
 // Neither copied nor moved, since its records point at each other.
@@ -30,6 +32,8 @@ struct FeatureChain {
     VkPhysicalDeviceVertexAttributeDivisorFeaturesEXT instanceRates;
     VkPhysicalDeviceShaderImageAtomicInt64FeaturesEXT imageAtomics;
     VkPhysicalDeviceAttachmentFeedbackLoopLayoutFeaturesEXT feedback;
+    VkPhysicalDeviceFragmentShaderBarycentricFeaturesKHR barycentric;
+    VkPhysicalDeviceFragmentShaderInterlockFeaturesEXT interlock;
 };
 
 } // namespace tarnwick::gpu

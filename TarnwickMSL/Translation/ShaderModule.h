@@ -40,6 +40,7 @@ struct InterfaceVariable {
     std::uint32_t binding = 0;
     std::uint64_t elementBytes = 0; // buffers: sizeof one element of the pointee
     bool isReference = false;       // buffers: exactly one element
+    bool isCoherent = false;        // buffers: other invocations see each store in order
 };
 
 // A texture argument; its handle value in the code is its Metal texture index.
@@ -50,6 +51,7 @@ struct TextureVariable {
     TextureComponent component = TextureComponent::none;
     bool isDepth = false;
     bool isRead = false, isWritten = false;
+    bool isCoherent = false; // other invocations see each store in order
 };
 
 // How a block's terminator is structured (SPIR-V 1.6, 2.11).
@@ -70,6 +72,7 @@ struct ShaderModule {
     Structure structure;
     bool usesLoopBudget = false;
     bool earlyFragmentTests = false;
+    bool ordersFragments = false;  // those of one pixel run one after the other
     std::uint32_t mostThreads = 0; // in a threadgroup of this kernel; 0: not specified
     PatchKind patch = PatchKind::none;
     std::uint32_t controlPoints = 0;        // 0: not specified

@@ -18,6 +18,11 @@ enum class Interpolation : std::uint8_t {
     sampleNoPerspective,
     flat
 };
+constexpr bool isPerspective(Interpolation interpolation) {
+    return interpolation == Interpolation::centerPerspective ||
+           interpolation == Interpolation::centroidPerspective ||
+           interpolation == Interpolation::samplePerspective;
+}
 
 // One value that passes between stages: a member of a stage_in or result record, or a plain
 // argument or result with a built-in attribute.
@@ -33,6 +38,8 @@ struct StageValue {
     std::uint32_t width = 1;       // components, [1, 4]
     bool isOfControlPoint = false; // a member of the T of a patch_control_point<T>, of which
                                    // `offset` is counted
+    // An interpolant<T, interpolation>: the record has the address of the input, not its value.
+    bool isInterpolant = false;
 };
 
 enum class ArgumentKind : std::uint8_t { buffer, texture, sampler, threadgroup, stageIn, builtIn };
@@ -53,6 +60,9 @@ struct Argument {
     std::string
         elementType; // the name or text of the pointee's LLVM type, a hint for typed access;
                      // "" if it is not needed
+
+    bool hasRasterOrder = false; // buffers and textures: raster_order_group(n)
+    bool isCoherent = false;     // buffers: coherent
 
     // texture
     TextureShape shape = TextureShape::none;

@@ -120,6 +120,36 @@ TEST_F(LibraryTest, endsLoopsAtTheirBudget) {
     }
 }
 
+// The packaged CPU driver has neither.
+TEST_F(LibraryTest, namesWhatADeviceLacksWhereAPipelineIsMade) {
+    const auto library = device->newLibrary(R"(
+#include <metal_stdlib>
+using namespace metal;
+vertex float4 corner(uint v [[vertex_id]]) { return v; }
+vertex float4 counted(uint v [[vertex_id]]) { return simd_sum(v); }
+fragment float4 plain() { return 1; }
+fragment float4 weights(float3 b [[barycentric_coord]]) { return b.x; }
+)");
+    const auto refusal = [&](const char* vertexName, const char* fragmentName) -> std::string {
+        const auto vertex = library->newFunction(vertexName);
+        const auto fragment = library->newFunction(fragmentName);
+        try {
+            device->newRenderPipelineState({.vertex = vertex.get(),
+                                            .fragment = fragment.get(),
+                                            .color = {.format = PixelFormat::rgba8Unorm}});
+        } catch (const DeviceError& error) {
+            const std::string what = error.what();
+            return what.substr(what.find(" has no "));
+        }
+        return " has no reason to refuse.";
+    };
+    EXPECT_EQ(refusal("corner", "plain"), " has no reason to refuse.");
+    if (device->info().isCPU) {
+        EXPECT_EQ(refusal("corner", "weights"), " has no barycentric_coord.");
+        EXPECT_EQ(refusal("counted", "plain"), " has no SIMD-groups in vertex functions.");
+    }
+}
+
 TEST_F(LibraryTest, throwsTheCompilersText) {
     try {
         device->newLibrary("#line 3 \"shader.metal\"\nfragment float4 f() { return 1 +; }\n");

@@ -33,8 +33,10 @@ if(TARGET TarnwickGPU)
 endif()
 
 tarnwick_tests(TarnwickMSL/Validity
-    SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/ValidityTests.cpp
-    LINK TarnwickCore TarnwickMSL TarnwickMSLTranslationSpirv RandomPrograms)
+    SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/BuiltInValidityTests.cpp
+            ${CMAKE_CURRENT_SOURCE_DIR}/ValidityTests.cpp
+    LINK TarnwickCore TarnwickMSL TarnwickMSLTranslationFrontEnd TarnwickMSLTranslationSpirv
+         RandomPrograms)
 target_compile_definitions(TarnwickMSLValidityTests PRIVATE
     TARNWICK_CORPUS="${CMAKE_CURRENT_SOURCE_DIR}/corpus"
     TARNWICK_EPISODES="${CMAKE_SOURCE_DIR}/episodes")

@@ -1,4 +1,4 @@
-// Derivatives and discard (Metal Shading Language 3.1, 6.10): built-in calls, which
+// Derivatives, discard, helper threads and samples (Metal Shading Language 3.1, 6.10): built-in calls, which
 // docs/compiler.md lists.
 #pragma once
 
@@ -18,5 +18,29 @@ MSL_EACH(dfdx) MSL_EACH(dfdy) MSL_EACH(fwidth)
 
 __attribute__((convergent)) void _discard() __asm__("msl.discard");
 MSL_INLINE void discard_fragment() { _discard(); }
+
+bool _is_helper() __asm__("msl.is_helper");
+MSL_INLINE bool simd_is_helper_thread() { return _is_helper(); }
+
+uint _target_samples() __asm__("msl.target_samples");
+uint _standard_samples() __asm__("msl.standard_samples"); // the same; needs Vulkan's standard positions
+MSL_INLINE uint get_num_samples() { return _target_samples(); }
+
+// The standard positions in pixels of 1, 2, 4, 8 and 16 samples, one list after the other (Vulkan
+// 1.3, 27.3 "Multisampling").
+static constexpr float2 _sample_positions[31] = {
+    {0.5f, 0.5f},
+    {0.75f, 0.75f}, {0.25f, 0.25f},
+    {0.375f, 0.125f}, {0.875f, 0.375f}, {0.125f, 0.625f}, {0.625f, 0.875f},
+    {0.5625f, 0.3125f}, {0.4375f, 0.6875f}, {0.8125f, 0.5625f}, {0.3125f, 0.1875f},
+    {0.1875f, 0.8125f}, {0.0625f, 0.4375f}, {0.6875f, 0.9375f}, {0.9375f, 0.0625f},
+    {0.5625f, 0.5625f}, {0.4375f, 0.3125f}, {0.3125f, 0.625f}, {0.75f, 0.4375f},
+    {0.1875f, 0.375f}, {0.625f, 0.8125f}, {0.8125f, 0.6875f}, {0.6875f, 0.1875f},
+    {0.375f, 0.875f}, {0.5f, 0.0625f}, {0.25f, 0.125f}, {0.125f, 0.75f},
+    {0.0f, 0.5f}, {0.9375f, 0.25f}, {0.875f, 0.9375f}, {0.0625f, 0.0f}};
+MSL_INLINE float2 get_sample_position(uint index) {
+    const uint last = _standard_samples() - 1;
+    return _sample_positions[last + (index < last ? index : last)];
+}
 
 } // namespace metal

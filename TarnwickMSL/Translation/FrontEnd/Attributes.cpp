@@ -35,7 +35,8 @@ constexpr std::array words = {
     "dispatch_threads_per_threadgroup", "thread_execution_width", "thread_index_in_quadgroup",
     "quadgroup_index_in_threadgroup", "quadgroups_per_threadgroup",
     "dispatch_simdgroups_per_threadgroup", "dispatch_quadgroups_per_threadgroup", "grid_size",
-    "grid_origin",
+    "grid_origin", "amplification_id", "amplification_count", "barycentric_coord", "stencil",
+    "raster_order_group",
     // functions
     "vertex", "fragment", "kernel", "early_fragment_tests", "max_total_threads_per_threadgroup",
     "host_name", "patch"};
@@ -48,6 +49,7 @@ template <std::size_t... I> constexpr auto spellings(std::index_sequence<I...>) 
                       Spelling{ParsedAttr::AS_GNU, "msl_vertex"},
                       Spelling{ParsedAttr::AS_GNU, "msl_fragment"},
                       Spelling{ParsedAttr::AS_GNU, "msl_kernel"},
+                      Spelling{ParsedAttr::AS_GNU, "msl_coherent"},
                       Spelling{ParsedAttr::AS_GNU, "msl_device"},
                       Spelling{ParsedAttr::AS_GNU, "msl_threadgroup"}};
 }

@@ -7,7 +7,12 @@ namespace tarnwick::msl {
 using Element = BuiltInWord::Element;
 
 constexpr BuiltInWord kernelInput(std::string_view word, std::uint32_t lanes) {
-    return {.word = word, .mostLanes = lanes, .isKernelInput = true};
+    return {.word = word, .mostLanes = lanes, .takesFewer = true, .isKernelInput = true};
+}
+
+// A number of the SIMD-group or quad of a fragment or a kernel's thread.
+constexpr BuiltInWord groupInput(std::string_view word) {
+    return {.word = word, .isFragmentInput = true, .isKernelInput = true};
 }
 
 // clang-format off
@@ -18,7 +23,9 @@ static constexpr std::array words{
     BuiltInWord{.word = "base_instance", .isVertexInput = true, .isPatchInput = true},
     BuiltInWord{.word = "patch_id", .isPatchInput = true},
     // Three coordinates in a triangle, two in a quad.
-    BuiltInWord{.word = "position_in_patch", .element = Element::float_, .mostLanes = 3, .isPatchInput = true},
+    BuiltInWord{.word = "position_in_patch", .element = Element::float_, .mostLanes = 3, .takesFewer = true, .isPatchInput = true},
+    BuiltInWord{.word = "amplification_id", .isVertexInput = true, .isFragmentInput = true, .isPatchInput = true},
+    BuiltInWord{.word = "amplification_count", .isVertexInput = true, .isFragmentInput = true, .isPatchInput = true},
     BuiltInWord{.word = "position", .element = Element::float_, .mostLanes = 4, .isFragmentInput = true, .isVertexResult = true},
     // Vertex results often serve as fragment input; point_size is 0 there.
     BuiltInWord{.word = "point_size", .element = Element::float_, .isFragmentInput = true, .isVertexResult = true},
@@ -28,10 +35,16 @@ static constexpr std::array words{
     BuiltInWord{.word = "point_coord", .element = Element::float_, .mostLanes = 2, .isFragmentInput = true},
     BuiltInWord{.word = "front_facing", .element = Element::bool_, .isFragmentInput = true},
     BuiltInWord{.word = "primitive_id", .isFragmentInput = true},
+    BuiltInWord{.word = "barycentric_coord", .element = Element::float_, .mostLanes = 3, .takesFewer = true, .isFragmentInput = true},
     BuiltInWord{.word = "sample_id", .isFragmentInput = true},
     BuiltInWord{.word = "sample_mask", .isFragmentInput = true, .isFragmentResult = true},
-    BuiltInWord{.word = "color", .element = Element::any, .mostLanes = 4, .isFragmentInput = true, .isFragmentResult = true},
+    BuiltInWord{.word = "color", .element = Element::any, .mostLanes = 4, .takesFewer = true, .isFragmentInput = true, .isFragmentResult = true},
     BuiltInWord{.word = "depth", .element = Element::float_, .isFragmentResult = true},
+    BuiltInWord{.word = "stencil", .isFragmentResult = true},
+    groupInput("thread_index_in_simdgroup"),
+    groupInput("threads_per_simdgroup"),
+    groupInput("thread_execution_width"),
+    groupInput("thread_index_in_quadgroup"),
     kernelInput("thread_position_in_grid", 3),
     kernelInput("thread_position_in_threadgroup", 3),
     kernelInput("threadgroup_position_in_grid", 3),
@@ -40,15 +53,11 @@ static constexpr std::array words{
     kernelInput("dispatch_threads_per_threadgroup", 3),
     kernelInput("threadgroups_per_grid", 3),
     kernelInput("thread_index_in_threadgroup", 1),
-    kernelInput("thread_index_in_simdgroup", 1),
     kernelInput("simdgroup_index_in_threadgroup", 1),
-    kernelInput("threads_per_simdgroup", 1),
-    kernelInput("thread_execution_width", 1),
     kernelInput("grid_size", 3),
     kernelInput("grid_origin", 3),
     kernelInput("simdgroups_per_threadgroup", 1),
     kernelInput("dispatch_simdgroups_per_threadgroup", 1),
-    kernelInput("thread_index_in_quadgroup", 1),
     kernelInput("quadgroup_index_in_threadgroup", 1),
     kernelInput("quadgroups_per_threadgroup", 1),
     kernelInput("dispatch_quadgroups_per_threadgroup", 1),
@@ -62,12 +71,15 @@ bool BuiltInWord::takes(const StageValue& value) const {
                       : element == Element::float_    ? isFloating
                       : element == Element::unsigned_ ? isUnsigned
                                                       : value.scalar == Scalar::bool_;
-    const bool isExact = !isKernelInput && element != Element::any;
-    return fits && (isExact ? value.width == mostLanes : value.width <= mostLanes);
+    return fits && (takesFewer ? value.width <= mostLanes : value.width == mostLanes);
 }
 
 std::string_view stageName(Stage stage) {
     return stage == Stage::vertex ? "vertex" : stage == Stage::fragment ? "fragment" : "kernel";
+}
+
+std::span<const BuiltInWord> builtInWords() {
+    return words;
 }
 
 const BuiltInWord* builtInWord(std::string_view word) {

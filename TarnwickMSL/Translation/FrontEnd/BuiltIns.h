@@ -4,6 +4,7 @@
 #include "TarnwickMSL/Translation/Signature.h"
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 namespace tarnwick::msl {
@@ -14,7 +15,8 @@ struct BuiltInWord {
 
     std::string_view word;
     Element element = Element::unsigned_;
-    std::uint32_t mostLanes = 1; // a kernel's positions and sizes may have fewer
+    std::uint32_t mostLanes = 1;
+    bool takesFewer = false; // lanes
     bool isVertexInput = false, isFragmentInput = false, isKernelInput = false;
     bool isVertexResult = false, isFragmentResult = false;
     bool isPatchInput = false; // of a post-tessellation vertex function
@@ -34,6 +36,9 @@ struct BuiltInWord {
 
 // "vertex", "fragment" or "kernel".
 std::string_view stageName(Stage stage);
+
+// All of them.
+std::span<const BuiltInWord> builtInWords();
 
 // Null if the word is not a built-in value.
 const BuiltInWord* builtInWord(std::string_view word);

@@ -137,6 +137,7 @@ bool EntryReader::readResource(const clang::ParmVarDecl& parameter, Argument& ar
         argument.space = isThreadgroup                             ? AddressSpace::threadgroup
                          : metalAttribute(parameter, "msl_device") ? AddressSpace::device
                                                                    : AddressSpace::constant;
+        argument.isCoherent = metalAttribute(parameter, "msl_coherent").has_value();
         if (isThreadgroup)
             argument.kind = ArgumentKind::threadgroup;
         else if (argument.space == AddressSpace::constant &&
@@ -198,6 +199,8 @@ bool EntryReader::readBuiltIn(const clang::ParmVarDecl& parameter, EntrySignatur
             error(parameter.getLocation(), "'%0' has an index beyond %1", parameter.getName(),
                   std::to_string(mostColors - 1));
         value.index = attribute.index;
+        for (const MetalAttribute& other : metalAttributes(parameter))
+            value.interpolation = interpolationNamed(other.word).value_or(value.interpolation);
         argument.kind = ArgumentKind::builtIn;
         argument.values.push_back(std::move(value));
         return true;
@@ -222,6 +225,7 @@ void EntryReader::readArgument(const clang::ParmVarDecl& parameter, EntrySignatu
     Argument argument;
     argument.name = parameter.getName().str();
     argument.index = ~0u; // no index in the source: numberResources assigns one
+    argument.hasRasterOrder = metalAttribute(parameter, "raster_order_group").has_value();
     for (const char* word : {"buffer", "texture", "sampler", "threadgroup"})
         if (auto attribute = metalAttribute(parameter, word); attribute && attribute->hasIndex)
             argument.index = attribute->index;

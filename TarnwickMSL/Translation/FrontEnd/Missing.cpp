@@ -8,18 +8,15 @@ namespace tarnwick::msl {
 // clang-format off
 // Sorted. Metal Shading Language 3.1: 5.1.4 to 5.1.9 (visible, stitchable,
 // intersection, object, mesh and tile functions), 5.2.3, 5.6 (imageblocks), 5.7 and 5.8.
-static constexpr std::array<std::string_view, 17> attributes{
-    "alias_implicit_imageblock", "amplification_count", "amplification_id",
-    "barycentric_coord", "function_constant", "imageblock_data", "intersection", "mesh", "object", "patch",
-    "payload", "primitive_culled", "raster_order_group", "stencil",
-    "stitchable", "tile", "visible",
+static constexpr std::array<std::string_view, 12> attributes{
+    "alias_implicit_imageblock", "function_constant", "imageblock_data", "intersection", "mesh",
+    "object", "patch", "payload", "primitive_culled", "stitchable", "tile", "visible",
 };
 
-// Sorted. 2.11 (imageblocks), 2.14 to 2.19, 6.11 (interpolants), 6.13, 6.16 (commands), 6.17 and 6.18
-// (rays).
-static constexpr std::array<std::string_view, 21> names{
+// Sorted. 2.11 (imageblocks), 2.14 to 2.19, 6.13, 6.16 (commands), 6.17 and 6.18 (rays).
+static constexpr std::array<std::string_view, 19> names{
     "command_buffer", "compute_command", "imageblock",
-    "imageblock_slice", "interpolant", "interpolation", "intersection_function_table",
+    "imageblock_slice", "intersection_function_table",
     "intersector",
     "is_function_constant_defined", "mesh", "mesh_grid_properties", "object_data",
     "rasterization_rate_map_data", "rasterization_rate_map_decoder", "ray_data", "raytracing",

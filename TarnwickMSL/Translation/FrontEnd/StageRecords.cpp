@@ -96,6 +96,7 @@ class RecordReader {
     bool attributeField(const clang::FieldDecl& field, StageValue value);
     bool controlPoints(const clang::FieldDecl& field, const StageValue& value);
     bool parts(QualType type, const StageValue& whole);
+    bool interpolant(const clang::ClassTemplateSpecializationDecl& type, StageValue value);
     bool elements(QualType element, std::uint64_t count, const StageValue& whole);
     void reportTwin(const clang::FieldDecl& field, std::size_t i);
     void check(const clang::FieldDecl& field, const StageValue& value);
@@ -103,9 +104,7 @@ class RecordReader {
 
 void RecordReader::attributes(const clang::FieldDecl& field, StageValue& value) {
     for (const MetalAttribute& attribute : metalAttributes(field)) {
-        for (const auto& [word, interpolation] : interpolations)
-            if (attribute.word == word)
-                value.interpolation = interpolation;
+        value.interpolation = interpolationNamed(attribute.word).value_or(value.interpolation);
         if (attribute.word == "user")
             value.name = attribute.text;
         const bool isAttribute = attribute.word == "attribute" && place.hasAttributes();
@@ -154,6 +153,23 @@ bool RecordReader::elements(QualType element, std::uint64_t count, const StageVa
     return true;
 }
 
+// Appends the value of an interpolant<T, interpolation>.
+bool RecordReader::interpolant(const clang::ClassTemplateSpecializationDecl& type,
+                               StageValue value) {
+    if (place.stage != Stage::fragment || !isInput())
+        return false;
+    const clang::TemplateArgumentList& arguments = type.getTemplateArgs();
+    // enum class interpolation { perspective, no_perspective }
+    value.interpolation = arguments[1].getAsIntegral().isZero()
+                              ? Interpolation::centerPerspective
+                              : Interpolation::centerNoPerspective;
+    value.isInterpolant = true;
+    values.push_back(value);
+    StageValue& made = values.back();
+    return readShape(context, arguments[0].getAsType(), made) &&
+           (made.scalar == Scalar::float_ || made.scalar == Scalar::half);
+}
+
 // Appends the values of an array or a record, named by index and member. False if a part is neither
 // a number nor a vector.
 bool RecordReader::parts(QualType type, const StageValue& whole) {
@@ -175,11 +191,20 @@ bool RecordReader::parts(QualType type, const StageValue& whole) {
         if (known->getName() == "packed_vector")
             return elements(arguments[0].getAsType(), arguments[1].getAsIntegral().getZExtValue(),
                             whole);
+        if (known->getName() == "interpolant")
+            return interpolant(*known, whole);
         if (known->getName() != "matrix" && known->getName() != "array")
             return false;
     }
     record(*made, whole);
     return true;
+}
+
+// Whether nothing tells two values with the same attribute apart: the index, or the perspective of
+// barycentric coordinates.
+static bool isSameBuiltIn(const StageValue& a, const StageValue& b) {
+    return a.index == b.index && (a.attribute != "barycentric_coord" ||
+                                  isPerspective(a.interpolation) == isPerspective(b.interpolation));
 }
 
 // Reports a value with the attribute and index, or the name, of an earlier value.
@@ -188,7 +213,7 @@ void RecordReader::reportTwin(const clang::FieldDecl& field, std::size_t i) {
     for (std::size_t before = 0; before < i; ++before) {
         const StageValue& other = values[before];
         const bool isSame =
-            value.attribute.empty() ? value.name == other.name : value.index == other.index;
+            value.attribute.empty() ? value.name == other.name : isSameBuiltIn(value, other);
         if (isSame && value.attribute == other.attribute && value.source == other.source)
             return error(field.getLocation(),
                          "'%0' has the attribute or the name of another member", field.getName());
@@ -285,6 +310,12 @@ void RecordReader::record(const clang::CXXRecordDecl& record, const StageValue& 
 }
 
 } // namespace
+
+std::optional<Interpolation> interpolationNamed(std::string_view word) {
+    const auto* found =
+        std::ranges::find(interpolations, word, &decltype(interpolations)::value_type::first);
+    return found == interpolations.end() ? std::nullopt : std::optional(found->second);
+}
 
 bool readShape(const clang::ASTContext& context, QualType type, StageValue& value) {
     if (const auto* array = context.getAsConstantArrayType(type)) {

@@ -3,6 +3,7 @@
 
 #include "TarnwickMSL/Translation/Signature.h"
 
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -21,6 +22,9 @@ enum class Border : std::uint8_t { input, result };
 // Sets a value's scalar and width. For an array: those of its element, and its length as `index`.
 // False if the type is not a number, vector or array of these.
 bool readShape(const clang::ASTContext& context, clang::QualType type, StageValue& value);
+
+// "flat", "center_perspective" and the other words of Metal Shading Language 3.1, 5.4.
+std::optional<Interpolation> interpolationNamed(std::string_view word);
 
 // The functions that a record is an input or a result of.
 struct StagePlace {

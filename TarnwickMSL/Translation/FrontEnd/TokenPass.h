@@ -52,6 +52,7 @@ class TokenPass {
     llvm::DenseSet<std::pair<std::size_t, const IdentifierInfo*>> vectorMembers;
     llvm::SmallPtrSet<const IdentifierInfo*, 16> vectorMemberNames;
     std::vector<std::size_t> initialiserLists;
+    bool isCoherent = false;                   // some pointer is
     std::size_t entryOpen = 0, entryClose = 0; // the parentheses around an entry point's arguments
 
     bool is(std::size_t i, tok::TokenKind kind) const {
@@ -89,6 +90,8 @@ class TokenPass {
     bool isMethodQualifier(std::size_t i) const;
     bool isUsedAsName(std::size_t i) const;
     bool isNameNotKeyword(std::size_t i);
+    std::size_t coherentLength(std::size_t i) const;
+    bool hasCoherence() const;
     void qualifier(std::size_t i);
     void entryPoint(std::size_t i);
     void attributeArguments(std::size_t i);

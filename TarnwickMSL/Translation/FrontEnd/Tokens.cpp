@@ -98,6 +98,25 @@ bool TokenPass::isNameNotKeyword(std::size_t i) {
     return true;
 }
 
+// The tokens of `coherent` or `coherent(device)` at i, beside the `device` that it qualifies (Metal
+// Shading Language 3.2, 4.8); 0 if the word at i is another's.
+std::size_t TokenPass::coherentLength(std::size_t i) const {
+    if (!isWord(i, "coherent"))
+        return 0;
+    const bool hasScope = is(i + 1, tok::l_paren) && is(i + 3, tok::r_paren);
+    const std::size_t length = hasScope ? 4 : 1;
+    const bool isBeside = isWord(i + length, "device") || (i > 0 && isWord(i - 1, "device"));
+    return isBeside ? length : 0;
+}
+
+// Whether a pointer of the program is coherent. Types do not keep it, so that all buffers are then.
+bool TokenPass::hasCoherence() const {
+    for (std::size_t i = 0; i < tokens.size(); ++i)
+        if (coherentLength(i))
+            return true;
+    return false;
+}
+
 // Rewrites `constant`, `device`, `thread` and `threadgroup`.
 void TokenPass::qualifier(std::size_t i) {
     SourceLocation at = tokens[i].getLocation();
@@ -108,7 +127,11 @@ void TokenPass::qualifier(std::size_t i) {
             append(edits[i].after, "const", at);
     } else if (isWord(i, "device")) {
         if (isArgument)
-            append(edits[i].after, "__attribute__ ( ( msl_device ) )", at);
+            append(edits[i].after,
+                   isCoherent
+                       ? "__attribute__ ( ( msl_device ) ) __attribute__ ( ( msl_coherent ) )"
+                       : "__attribute__ ( ( msl_device ) )",
+                   at);
     } else if (isWord(i, "threadgroup")) {
         if (isArgument) {
             append(edits[i].after, "__attribute__ ( ( msl_threadgroup ) )", at);
@@ -309,6 +332,7 @@ void TokenPass::forbidden(std::size_t i) {
 }
 
 std::vector<Token> TokenPass::run() {
+    isCoherent = hasCoherence();
     const Token end = tokens.back(); // may have been changed as the match of an unclosed bracket
     for (std::size_t i = 0; i < tokens.size();) {
         const Token& token = tokens[i];
@@ -329,6 +353,11 @@ std::vector<Token> TokenPass::run() {
                      scopes.kindAt(i) != ScopeKind::block)
                 initialiserLists.push_back(i);
             ++i;
+            continue;
+        }
+        if (const std::size_t length = coherentLength(i)) {
+            dropRange(i, i + length);
+            i += length;
             continue;
         }
         if (declaresName(i))

@@ -100,7 +100,7 @@ static constexpr std::array table{
          [](Work& work) { work.shader = cut(work.program, *work.entry); },
          "Copies one entry point and the constants that it uses into a new module; all later steps change only that module."},
     Step{"wrap", Scope::entryPoint, "Passes/Entry/Wrapper.h",
-         [](Work& work) { wrap(work.shader, *work.entry, work.entries); },
+         [](Work& work) { wrap(work.shader, *work.entry, work.entries, work.target); },
          "Makes `main`, which reads inputs, runs the entry point and writes outputs; after `cut`, which gives it a module.",
          Form::main},
     Step{"clean", Scope::entryPoint, "Passes/Optimising/Optimiser.h",

@@ -2,6 +2,7 @@
 // several files write.
 #pragma once
 
+#include "TarnwickMSL/EntryPoint.h"
 #include "TarnwickMSL/Translation/Spirv/Types.h"
 #include "TarnwickSpirv/FunctionBody.h"
 
@@ -13,9 +14,12 @@ namespace tarnwick::msl::spirv {
 
 class Body : public tarnwick::spirv::FunctionBody {
   public:
-    Body(Module& module, llvm::LLVMContext& context, const llvm::DataLayout& layout)
-        : FunctionBody(module), types(module, context, layout), constants(module, types) {}
+    Body(Module& module, llvm::LLVMContext& context, const llvm::DataLayout& layout, Stage stage)
+        : FunctionBody(module), stage(stage), types(module, context, layout),
+          constants(module, types) {}
 
+    const Stage stage;
+    bool needsStandardSamples = false; // EntryPoint.h
     Types types;
     Constants constants;
 

@@ -7,7 +7,6 @@ namespace tarnwick::msl::spirv {
 
 // Gives the call's value; 0 if it has none. Throws TranslationError on a function that the stage
 // does not have, CompilerFault on an unknown NAME.
-Id writeBuiltInCall(Body& body, Memory& memory, Stage stage, llvm::StringRef name,
-                    const llvm::CallInst& call);
+Id writeBuiltInCall(Body& body, Memory& memory, llvm::StringRef name, const llvm::CallInst& call);
 
 } // namespace tarnwick::msl::spirv

@@ -19,13 +19,21 @@ static constexpr std::array kinds{spv::MemorySemanticsMask::UniformMemory,
 static constexpr std::array scopes{spv::Scope::Invocation, spv::Scope::Subgroup,
                                    spv::Scope::Workgroup, spv::Scope::Device};
 
+static constexpr std::uint64_t threadgroupFlag = 2; // mem_flags::mem_threadgroup
+
 static std::uint64_t numberOf(const Value* value, std::uint64_t otherwise) {
     auto* number = dyn_cast<ConstantInt>(value);
     return number ? number->getZExtValue() : otherwise;
 }
 
+// Only invocations of a kernel have threadgroup memory and a scope of their threadgroup
+// (Vulkan 1.3, "Runtime SPIR-V Validation"). A fence of another function orders its accesses for
+// the device.
 void writeBarrier(Body& body, bool waits, const CallInst& call) {
+    bool isKernel = body.stage == Stage::kernel;
     std::uint64_t flags = numberOf(call.getArgOperand(1), 7);
+    if (!isKernel)
+        flags &= ~threadgroupFlag;
     std::uint32_t semantics = 0;
     for (std::size_t kind = 0; kind < kinds.size(); ++kind)
         if (flags >> kind & 1)
@@ -34,8 +42,15 @@ void writeBarrier(Body& body, bool waits, const CallInst& call) {
         semantics |= static_cast<std::uint32_t>(spv::MemorySemanticsMask::AcquireRelease);
     else if (!waits)
         return;
-    Id scope = body.constants.word(
-        static_cast<std::uint32_t>(scopes[numberOf(call.getArgOperand(0), 2) % scopes.size()]));
+    spv::Scope given = scopes[numberOf(call.getArgOperand(0), 2) % scopes.size()];
+    if (given == spv::Scope::Workgroup && !isKernel) {
+        if (waits)
+            throw TranslationError("threadgroup_barrier is available in a kernel only.");
+        given = spv::Scope::Device;
+    }
+    if (given == spv::Scope::Subgroup)
+        body.module.require(spv::Capability::GroupNonUniform);
+    Id scope = body.constants.word(static_cast<std::uint32_t>(given));
     Id order = body.constants.word(semantics);
     if (waits)
         body.act(spv::Op::OpControlBarrier, {scope, scope, order});

@@ -80,6 +80,8 @@ void Images::declare(Image& made) {
     body_.module.bind(made.variable, binding);
     if (made.isStorage && !texture.isRead)
         body_.module.decorate(made.variable, spv::Decoration::NonReadable);
+    if (made.isStorage && texture.isCoherent)
+        body_.module.decorate(made.variable, spv::Decoration::Coherent);
     resources_.push_back(
         {.kind = made.isStorage ? ResourceKind::storageTexture : ResourceKind::sampledTexture,
          .index = texture.index,

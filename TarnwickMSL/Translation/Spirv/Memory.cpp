@@ -284,6 +284,14 @@ Memory::Pointer Memory::atomic(const Value* pointer, Type* type, bool isStore) {
     return {chain(found, found.access, false), found.root->storage};
 }
 
+Id Memory::input(const Value* pointer, Type* type) {
+    Found found = find(pointer, {.type = type});
+    if (found.root->storage != spv::StorageClass::Input || found.access.form != Access::Form::whole)
+        throw TranslationError("An interpolant must be a member of the record with the attribute "
+                               "'stage_in'.");
+    return chain(found, found.access, false);
+}
+
 Id Memory::gridSize() {
     for (const InterfaceVariable& variable : shader_.interface)
         if (variable.kind == InterfaceKind::pushConstant)

@@ -24,6 +24,9 @@ class Memory {
     // A pointer to one value, for atomics; its id is 0 if it is past the end of the memory.
     Pointer atomic(const llvm::Value* pointer, llvm::Type* type, bool isStore);
 
+    // The variable of an input, for interpolations; `type` is its value's.
+    Id input(const llvm::Value* pointer, llvm::Type* type);
+
     Id gridSize(); // kernels: the push constant
 
     // Call after the code is written: decorates the buffers by their uses.

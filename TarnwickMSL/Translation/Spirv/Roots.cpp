@@ -166,8 +166,7 @@ void Memory::makeStage(Root& made, const GlobalVariable& global) {
     made.isComputed = isInput && isComputedBuiltIn(interface.builtIn);
     if (made.isComputed)
         return;
-    StageVariable variable =
-        declareStageVariable(body_, shader_.stage, interface, global.getValueType());
+    StageVariable variable = declareStageVariable(body_, interface, global.getValueType());
     View view{.element = variable.type, .isArray = false, .count = 0, .layout = Layout::plain};
     made.variables.push_back({view, variable.id});
     if (isInput)
@@ -267,11 +266,16 @@ Id Memory::computed(const Root& from, const Value* pointer, Type* type) {
     Type* given = cast<GlobalVariable>(place.root)->getValueType();
     if (type == given)
         return whole;
-    bool isLane = given->isVectorTy() && type == given->getScalarType() && place.terms.empty();
-    if (!isLane)
+    if (!type->isIntegerTy() || type->getScalarSizeInBits() > 32 || !place.terms.empty())
         throw CompilerFault("A built-in value is read as another type.");
     auto lane = static_cast<std::uint32_t>(place.offset / 4);
-    return body_.emit(spv::Op::OpCompositeExtract, type, {whole, lane});
+    Id word = given->isVectorTy()
+                  ? body_.emit(spv::Op::OpCompositeExtract, body_.i32(), {whole, lane})
+                  : whole;
+    if (std::uint64_t bits = place.offset % 4 * 8)
+        word = body_.emit(spv::Op::OpShiftRightLogical, body_.i32(),
+                          {word, body_.constants.word(static_cast<std::uint32_t>(bits))});
+    return body_.resized(type, body_.i32(), word, false);
 }
 
 void Memory::finish() {
@@ -280,6 +284,8 @@ void Memory::finish() {
         for (const Variable& variable : root->variables) {
             if (isStorage && !resources_[root->resource].isWritten)
                 body_.module.decorate(variable.id, spv::Decoration::NonWritable);
+            if (isStorage && root->interface->isCoherent)
+                body_.module.decorate(variable.id, spv::Decoration::Coherent);
             if (root->variables.size() > 1)
                 body_.module.decorate(variable.id, spv::Decoration::Aliased);
         }

@@ -40,7 +40,7 @@ class FunctionWriter {
   public:
     explicit FunctionWriter(const ShaderModule& shader)
         : shader_(shader),
-          body_(module_, shader.module->getContext(), shader.module->getDataLayout()),
+          body_(module_, shader.module->getContext(), shader.module->getDataLayout(), shader.stage),
           memory_(body_, shader), images_(body_, shader, bindingAfter(shader)),
           fetches_(body_, shader) {
         body_.onDemand = [this](const Instruction& instruction) {
@@ -107,7 +107,7 @@ Id FunctionWriter::call(const CallInst& call) {
     if (name == "attribute")
         return fetches_.write(call);
     return Images::takes(name) ? images_.write(name, call)
-                               : writeBuiltInCall(body_, memory_, shader_.stage, name, call);
+                               : writeBuiltInCall(body_, memory_, name, call);
 }
 
 Id FunctionWriter::value(const Instruction& instruction) {
@@ -178,8 +178,11 @@ void FunctionWriter::merge(const BasicBlock& block, bool isBranching) {
 }
 
 void FunctionWriter::terminator(const Instruction& terminator) {
-    if (isa<ReturnInst>(terminator))
+    if (isa<ReturnInst>(terminator)) {
+        if (shader_.ordersFragments)
+            body_.act(spv::Op::OpEndInvocationInterlockEXT, {});
         return body_.act(spv::Op::OpReturn, {});
+    }
     if (isa<UnreachableInst>(terminator))
         return body_.act(spv::Op::OpUnreachable, {});
     auto* branch = dyn_cast<BranchInst>(&terminator);
@@ -215,6 +218,11 @@ void FunctionWriter::modes() {
         module_.executionMode(spv::ExecutionMode::OriginUpperLeft);
     if (shader_.stage == Stage::fragment && shader_.earlyFragmentTests)
         module_.executionMode(spv::ExecutionMode::EarlyFragmentTests);
+    if (shader_.ordersFragments) {
+        module_.require(spv::Capability::FragmentShaderPixelInterlockEXT);
+        module_.extension("SPV_EXT_fragment_shader_interlock");
+        module_.executionMode(spv::ExecutionMode::PixelInterlockOrderedEXT);
+    }
     if (shader_.stage == Stage::kernel)
         module_.executionMode(spv::ExecutionMode::LocalSizeId, threadgroupSize(body_));
     if (shader_.patch == PatchKind::none)
@@ -226,6 +234,8 @@ void FunctionWriter::modes() {
 
 void FunctionWriter::function() {
     body_.type(); // the first declaration
+    if (shader_.ordersFragments)
+        body_.act(spv::Op::OpBeginInvocationInterlockEXT, {});
     // Each block comes after those that dominate it; unreachable blocks come last.
     ReversePostOrderTraversal<const Function*> order(shader_.main);
     SmallPtrSet<const BasicBlock*, 32> written;
@@ -272,6 +282,7 @@ EntryPoint FunctionWriter::write() {
             .words = module_.finish(modelOf(shader_)),
             .resources = resources(),
             .usesLoopBudget = shader_.usesLoopBudget,
+            .needsStandardSamples = body_.needsStandardSamples,
             .writesPointSize = memory_.writesPointSize(),
             .colorAttachments = memory_.colorAttachments(),
             .threadgroupBytes = memory_.threadgroupBytes(),

@@ -14,7 +14,8 @@ struct BuiltIn {
     std::string_view word;
     spv::BuiltIn builtIn;
     std::optional<spv::Capability> capability = std::nullopt;
-    bool isArray = false; // Vulkan's variable is an array
+    bool isArray = false;            // Vulkan's variable is an array
+    std::string_view extension = {}; // of SPIR-V
 };
 
 // clang-format off
@@ -33,7 +34,9 @@ static constexpr std::array builtIns{
     BuiltIn{"sample_mask",                    spv::BuiltIn::SampleMask, std::nullopt, true},
     BuiltIn{"render_target_array_index",      spv::BuiltIn::Layer, spv::Capability::ShaderLayer},
     BuiltIn{"viewport_array_index",           spv::BuiltIn::ViewportIndex, spv::Capability::ShaderViewportIndex},
+    BuiltIn{"amplification_id",               spv::BuiltIn::ViewIndex, spv::Capability::MultiView},
     BuiltIn{"depth",                          spv::BuiltIn::FragDepth},
+    BuiltIn{"stencil",                        spv::BuiltIn::FragStencilRefEXT, spv::Capability::StencilExportEXT, false, "SPV_EXT_shader_stencil_export"},
     BuiltIn{"thread_position_in_grid",        spv::BuiltIn::GlobalInvocationId},
     BuiltIn{"thread_position_in_threadgroup", spv::BuiltIn::LocalInvocationId},
     BuiltIn{"threadgroup_position_in_grid",   spv::BuiltIn::WorkgroupId},
@@ -46,16 +49,28 @@ static constexpr std::array builtIns{
 // clang-format on
 
 // The position of a fragment function is its pixel's, of a vertex function its output.
-static BuiltIn builtInFor(StringRef word, bool isFragment) {
+static BuiltIn builtInFor(const InterfaceVariable& interface, bool isFragment) {
+    StringRef word = interface.builtIn;
     if (word == "position")
         return {"position", isFragment ? spv::BuiltIn::FragCoord : spv::BuiltIn::Position};
+    if (word == "barycentric_coord")
+        return {"barycentric_coord",
+                isPerspective(interface.interpolation) ? spv::BuiltIn::BaryCoordKHR
+                                                       : spv::BuiltIn::BaryCoordNoPerspKHR,
+                spv::Capability::FragmentBarycentricKHR, false,
+                "SPV_KHR_fragment_shader_barycentric"};
     for (const BuiltIn& builtIn : builtIns)
         if (word == StringRef(builtIn.word.data(), builtIn.word.size()))
             return builtIn;
-    throw TranslationError("The attribute '" + word.str() + "' is not supported here.");
+    throw TranslationError("The attribute '" + interface.builtIn + "' is not supported here.");
 }
 
-// The entry point's one variable of the built-in.
+static Type* valueOf(Type* type) {
+    return type->isArrayTy() ? type->getArrayElementType() : type;
+}
+
+// The entry point's one variable of the built-in. An integer that a fragment function reads is flat
+// (VUID-StandaloneSpirv-Flat-04744).
 static Id builtInVariable(Body& body, const BuiltIn& builtIn, bool isInput, Type* type) {
     auto number = static_cast<std::uint32_t>(builtIn.builtIn);
     Id& id = body.builtIns[{number, isInput ? 1u : 0u}];
@@ -65,32 +80,31 @@ static Id builtInVariable(Body& body, const BuiltIn& builtIn, bool isInput, Type
     id = body.module.builtIn(builtIn.builtIn, storage, body.types.of(type));
     if (builtIn.capability)
         body.module.require(*builtIn.capability);
+    if (isInput && body.stage == Stage::fragment && valueOf(type)->isIntOrIntVectorTy(32))
+        body.module.decorate(id, spv::Decoration::Flat);
     if (builtIn.builtIn == spv::BuiltIn::FragDepth)
         body.module.executionMode(spv::ExecutionMode::DepthReplacing);
+    if (builtIn.builtIn == spv::BuiltIn::FragStencilRefEXT)
+        body.module.executionMode(spv::ExecutionMode::StencilRefReplacingEXT);
+    if (!builtIn.extension.empty())
+        body.module.extension(builtIn.extension);
     return id;
 }
 
-static void interpolate(Body& body, Id id, Interpolation interpolation) {
-    auto decorate = [&](spv::Decoration decoration) { body.module.decorate(id, decoration); };
+// The place in the pixel; default: its centre.
+static void interpolateAt(Body& body, Id id, Interpolation interpolation) {
     switch (interpolation) {
-    case Interpolation::centerPerspective:
-        return;
-    case Interpolation::centerNoPerspective:
-        return decorate(spv::Decoration::NoPerspective);
     case Interpolation::centroidPerspective:
-        return decorate(spv::Decoration::Centroid);
     case Interpolation::centroidNoPerspective:
-        decorate(spv::Decoration::NoPerspective);
-        return decorate(spv::Decoration::Centroid);
+        return body.module.decorate(id, spv::Decoration::Centroid);
     case Interpolation::samplePerspective:
-        body.module.require(spv::Capability::SampleRateShading);
-        return decorate(spv::Decoration::Sample);
     case Interpolation::sampleNoPerspective:
         body.module.require(spv::Capability::SampleRateShading);
-        decorate(spv::Decoration::NoPerspective);
-        return decorate(spv::Decoration::Sample);
+        return body.module.decorate(id, spv::Decoration::Sample);
+    case Interpolation::centerPerspective:
+    case Interpolation::centerNoPerspective:
     case Interpolation::flat:
-        return decorate(spv::Decoration::Flat);
+        return;
     }
 }
 
@@ -104,32 +118,40 @@ Id signedType(Body& body, Type* type) {
     return type->isVectorTy() ? body.module.vector(scalar, laneCount(type)) : scalar;
 }
 
-StageVariable declareStageVariable(Body& body, Stage stage, const InterfaceVariable& interface,
-                                   Type* type) {
-    bool isInput = interface.kind == InterfaceKind::input;
-    bool isFragmentInput = isInput && stage == Stage::fragment;
+static void interpolate(Body& body, Id id, Interpolation interpolation) {
+    if (interpolation == Interpolation::flat)
+        return body.module.decorate(id, spv::Decoration::Flat);
+    if (!isPerspective(interpolation))
+        body.module.decorate(id, spv::Decoration::NoPerspective);
+    interpolateAt(body, id, interpolation);
+}
+
+static Id locationVariable(Body& body, const InterfaceVariable& interface, bool isInput,
+                           Type* type) {
     auto storage = isInput ? spv::StorageClass::Input : spv::StorageClass::Output;
-    bool hasLocation = interface.builtIn.empty();
-    Id id = 0;
-    if (hasLocation) {
-        bool isSigned = isSignedColor(stage, interface);
-        id = body.module.variable(storage, isSigned ? signedType(body, type) : body.types.of(type));
-        body.module.decorate(id, spv::Decoration::Location, {interface.location});
-        if (interface.isOfPatch)
-            body.module.decorate(id, spv::Decoration::Patch);
-        if (interface.source)
-            body.module.decorate(id, spv::Decoration::Index, {interface.source});
-    } else {
-        BuiltIn builtIn = builtInFor(interface.builtIn, stage == Stage::fragment);
-        if (builtIn.isArray && !type->isArrayTy())
-            type = ArrayType::get(type, 1);
-        id = builtInVariable(body, builtIn, isInput, type);
-    }
-    Type* value = type->isArrayTy() ? type->getArrayElementType() : type;
-    if (isFragmentInput && value->getScalarType()->isIntegerTy())
-        body.module.decorate(id, spv::Decoration::Flat);
-    else if (isFragmentInput && hasLocation)
-        interpolate(body, id, interface.interpolation);
+    bool isSigned = isSignedColor(body.stage, interface);
+    Id id = body.module.variable(storage, isSigned ? signedType(body, type) : body.types.of(type));
+    body.module.decorate(id, spv::Decoration::Location, {interface.location});
+    if (interface.isOfPatch)
+        body.module.decorate(id, spv::Decoration::Patch);
+    if (interface.source)
+        body.module.decorate(id, spv::Decoration::Index, {interface.source});
+    if (isInput && body.stage == Stage::fragment)
+        interpolate(body, id,
+                    type->isIntOrIntVectorTy() ? Interpolation::flat : interface.interpolation);
+    return id;
+}
+
+StageVariable declareStageVariable(Body& body, const InterfaceVariable& interface, Type* type) {
+    bool isInput = interface.kind == InterfaceKind::input;
+    if (interface.builtIn.empty())
+        return {locationVariable(body, interface, isInput, type), type};
+    BuiltIn builtIn = builtInFor(interface, body.stage == Stage::fragment);
+    if (builtIn.isArray && !type->isArrayTy())
+        type = ArrayType::get(type, 1);
+    Id id = builtInVariable(body, builtIn, isInput, type);
+    if (builtIn.word == "barycentric_coord")
+        interpolateAt(body, id, interface.interpolation);
     return {id, type};
 }
 
@@ -170,7 +192,7 @@ static Id threadIndex(Body& body, const std::function<Id()>& gridSize) {
 bool isComputedBuiltIn(StringRef word) {
     return word == "dispatch_threads_per_threadgroup" || word == "threads_per_threadgroup" ||
            word == "thread_index_in_threadgroup" || word == "threads_per_grid" ||
-           word == "front_facing";
+           word == "front_facing" || word == "amplification_count";
 }
 
 Id computedBuiltIn(Body& body, StringRef word, const std::function<Id()>& gridSize) {
@@ -183,6 +205,8 @@ Id computedBuiltIn(Body& body, StringRef word, const std::function<Id()>& gridSi
         return threadIndex(body, gridSize);
     if (word == "threads_per_grid")
         return gridSize();
+    if (word == "amplification_count")
+        return body.constants.specialisation(viewCountConstant, 1);
     Id facing = readBuiltIn(body, spv::BuiltIn::FrontFacing, body.i1());
     return body.select(body.i32(), facing, body.constants.word(1), body.constants.word(0));
 }

@@ -21,7 +21,7 @@ bool isSignedColor(Stage stage, const InterfaceVariable& interface);
 Id signedType(Body& body, llvm::Type* type); // 32-bit integers, with the lanes of `type`
 
 // Throws TranslationError on a built-in that this stage does not have.
-StageVariable declareStageVariable(Body& body, Stage stage, const InterfaceVariable& interface,
+StageVariable declareStageVariable(Body& body, const InterfaceVariable& interface,
                                    llvm::Type* type);
 
 // Whether Vulkan has the built-in in another form than Metal.

@@ -59,6 +59,10 @@ static MemoryEffects effects(StringRef name, bool writesTextures) {
         return MemoryEffects::unknown();
     if (name == "control_point")
         return MemoryEffects::argMemOnly(ModRefInfo::Mod);
+    if (name == "is_helper") // `discard` changes it
+        return MemoryEffects::readOnly();
+    if (name.starts_with("interpolate"))
+        return MemoryEffects::argMemOnly(ModRefInfo::Ref);
     if (takesTexture(name) && writesTextures)
         return MemoryEffects::readOnly();
     return MemoryEffects::none();

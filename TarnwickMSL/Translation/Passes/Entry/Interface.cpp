@@ -32,6 +32,9 @@ static constexpr std::array builtIns{
     BuiltIn{"front_facing",                      Scalar::bool_,  1},
     BuiltIn{"primitive_id",                      Scalar::uint32, 1},
     BuiltIn{"position_in_patch",                 Scalar::float_, 3},
+    BuiltIn{"amplification_id",                  Scalar::uint32, 1},
+    BuiltIn{"amplification_count",               Scalar::uint32, 1},
+    BuiltIn{"barycentric_coord",                 Scalar::float_, 3},
     BuiltIn{"sample_id",                         Scalar::uint32, 1},
     BuiltIn{"sample_mask",                       Scalar::uint32, 1},
     BuiltIn{"render_target_array_index",         Scalar::uint32, 1},
@@ -249,6 +252,23 @@ Value* Interface::derivedBuiltIn(IRBuilder<>& builder, StringRef word) {
     return builder.CreateUDiv(builder.CreateAdd(threads, builder.getInt32(3)), four);
 }
 
+// Vulkan's fragment functions have one variable with perspective and one without, each at one place
+// of the pixel.
+Value* Interface::barycentric(IRBuilder<>& builder, Interpolation interpolation) {
+    InterfaceVariable variable{.kind = InterfaceKind::input,
+                               .global = isPerspective(interpolation) ? "msl.in.barycentric_coord"
+                                                                      : "msl.in.barycentric_linear",
+                               .builtIn = "barycentric_coord",
+                               .scalar = Scalar::float_,
+                               .interpolation = interpolation};
+    for (const InterfaceVariable& known : shader_.interface)
+        if (known.global == variable.global && known.interpolation != interpolation)
+            throw TranslationError("The attribute 'barycentric_coord' is available at one place of "
+                                   "the pixel in a function.");
+    Type* type = FixedVectorType::get(builder.getFloatTy(), 3);
+    return builder.CreateLoad(type, global(variable, type));
+}
+
 Value* Interface::readBuiltIn(IRBuilder<>& builder, StringRef word) {
     if (Value* derived = derivedBuiltIn(builder, word))
         return derived;
@@ -321,10 +341,19 @@ Value* Interface::read(IRBuilder<>& builder, const StageValue& value) {
                                                 .global = "msl.in." + value.attribute,
                                                 .builtIn = value.attribute},
                                                type));
-    if (!value.attribute.empty())
-        return fromCrossing(builder,
-                            firstLanes(builder, readBuiltIn(builder, value.attribute), value.width),
-                            value.scalar);
+    if (!value.attribute.empty()) {
+        Value* all = value.attribute == "barycentric_coord"
+                         ? barycentric(builder, value.interpolation)
+                         : readBuiltIn(builder, value.attribute);
+        return fromCrossing(builder, firstLanes(builder, all, value.width), value.scalar);
+    }
+    GlobalVariable* input = atLocation(value);
+    if (value.isInterpolant)
+        return input;
+    return fromCrossing(builder, builder.CreateLoad(input->getValueType(), input), value.scalar);
+}
+
+GlobalVariable* Interface::atLocation(const StageValue& value) {
     InterfaceVariable variable{.kind = InterfaceKind::input,
                                .global = "msl.in." + value.name,
                                .builtIn = {},
@@ -332,8 +361,7 @@ Value* Interface::read(IRBuilder<>& builder, const StageValue& value) {
                                .scalar = crossingScalar(value.scalar),
                                .interpolation = isFloating(value.scalar) ? value.interpolation
                                                                          : Interpolation::flat};
-    Type* type = crossingType(builder.getContext(), value.scalar, value.width);
-    return fromCrossing(builder, builder.CreateLoad(type, global(variable, type)), value.scalar);
+    return global(variable, crossingType(shader_.module->getContext(), value.scalar, value.width));
 }
 
 void Interface::write(IRBuilder<>& builder, const StageValue& value, Value* stored) {

@@ -31,8 +31,8 @@ class Interface {
     Interface(ShaderModule& shader, const Varyings& varyings)
         : shader_(shader), varyings_(varyings) {}
 
-    // The value of the input in its memory type. Throws TranslationError on words that stages of
-    // this kind do not have.
+    // The value of the input in its memory type; the address of an interpolant. Throws
+    // TranslationError on words that stages of this kind do not have.
     llvm::Value* read(llvm::IRBuilder<>& builder, const StageValue& value);
     // The value of an attribute of the control point `point`; `point` is any number for a value of
     // another kind.
@@ -48,6 +48,8 @@ class Interface {
   private:
     llvm::Value* readColor(llvm::IRBuilder<>& builder, const StageValue& value);
     llvm::Value* derivedBuiltIn(llvm::IRBuilder<>& builder, llvm::StringRef word);
+    llvm::Value* barycentric(llvm::IRBuilder<>& builder, Interpolation interpolation);
+    llvm::GlobalVariable* atLocation(const StageValue& value);
 
     ShaderModule& shader_;
     const Varyings& varyings_;

@@ -103,7 +103,8 @@ Value* Wrapping::buffer(const Argument& given) {
                                .builtIn = {},
                                .index = given.index,
                                .elementBytes = given.elementBytes,
-                               .isReference = given.isReference};
+                               .isReference = given.isReference,
+                               .isCoherent = given.isCoherent || given.hasRasterOrder};
     return interface_.global(variable, pointeeType(*shader_.module, given));
 }
 
@@ -116,7 +117,8 @@ Value* Wrapping::textures(const Argument& given, llvm::Argument& formal) {
                                     .component = given.component,
                                     .isDepth = given.isDepth,
                                     .isRead = given.isRead,
-                                    .isWritten = given.isWritten});
+                                    .isWritten = given.isWritten,
+                                    .isCoherent = given.hasRasterOrder});
         builder_.CreateStore(builder_.getInt32(index), at(memory, 4 * std::uint64_t{n}));
     }
     return passed(formal, memory);
@@ -294,7 +296,10 @@ void ControlPoints::replaceCalls(Function& body) {
 }
 
 void wrap(ShaderModule& shader, const EntrySignature& entry,
-          const std::vector<EntrySignature>& allEntries) {
+          const std::vector<EntrySignature>& allEntries, const Target& target) {
+    shader.ordersFragments =
+        target.ordersFragments && entry.stage == Stage::fragment &&
+        any_of(entry.arguments, [](const Argument& given) { return given.hasRasterOrder; });
     Function& body = *shader.module->getFunction(entry.symbol);
     const Varyings varyings(allEntries);
     Interface interface(shader, varyings);

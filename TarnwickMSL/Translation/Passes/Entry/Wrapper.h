@@ -1,6 +1,7 @@
 // Makes the `main` around an entry point: inputs, the call, outputs.
 #pragma once
 
+#include "TarnwickMSL/Target.h"
 #include "TarnwickMSL/Translation/ShaderModule.h"
 
 namespace tarnwick::msl {
@@ -11,6 +12,6 @@ namespace tarnwick::msl {
 // and shader.samplers. Invocations of a kernel outside the exact grid return at once. The locations
 // of values between stages depend on all entry points of the program.
 void wrap(ShaderModule& shader, const EntrySignature& entry,
-          const std::vector<EntrySignature>& allEntries);
+          const std::vector<EntrySignature>& allEntries, const Target& target);
 
 } // namespace tarnwick::msl

@@ -68,6 +68,8 @@ static void eachField(const Argument*, auto&& visit) {
     visit("element_bytes", &Argument::elementBytes);
     visit("element_align", &Argument::elementAlign);
     visit("element_type", &Argument::elementType);
+    visit("has_raster_order", &Argument::hasRasterOrder);
+    visit("is_coherent", &Argument::isCoherent);
     visit("shape", &Argument::shape);
     visit("component", &Argument::component);
     visit("is_depth", &Argument::isDepth);
@@ -85,6 +87,7 @@ static void eachField(const StageValue*, auto&& visit) {
     visit("offset", &StageValue::offset);
     visit("scalar", &StageValue::scalar);
     visit("width", &StageValue::width);
+    visit("is_interpolant", &StageValue::isInterpolant);
     visit("is_of_control_point", &StageValue::isOfControlPoint);
 }
 
@@ -109,6 +112,7 @@ static void eachField(const InterfaceVariable*, auto&& visit) {
     visit("binding", &InterfaceVariable::binding);
     visit("element_bytes", &InterfaceVariable::elementBytes);
     visit("is_reference", &InterfaceVariable::isReference);
+    visit("is_coherent", &InterfaceVariable::isCoherent);
 }
 
 static void eachField(const TextureVariable*, auto&& visit) {
@@ -119,6 +123,7 @@ static void eachField(const TextureVariable*, auto&& visit) {
     visit("is_depth", &TextureVariable::isDepth);
     visit("is_read", &TextureVariable::isRead);
     visit("is_written", &TextureVariable::isWritten);
+    visit("is_coherent", &TextureVariable::isCoherent);
 }
 
 static void eachField(const ShaderModule*, auto&& visit) {
@@ -126,6 +131,7 @@ static void eachField(const ShaderModule*, auto&& visit) {
     visit("stage", &ShaderModule::stage);
     visit("uses_loop_budget", &ShaderModule::usesLoopBudget);
     visit("early_tests", &ShaderModule::earlyFragmentTests);
+    visit("orders_fragments", &ShaderModule::ordersFragments);
     visit("most_threads", &ShaderModule::mostThreads);
     visit("patch", &ShaderModule::patch);
     visit("control_points", &ShaderModule::controlPoints);
