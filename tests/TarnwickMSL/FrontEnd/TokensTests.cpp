@@ -83,9 +83,9 @@ std::string rewritten(const std::string& program) {
 
 // Names and numbers without what the pass changes: `float4` of msl_float4, `0.5` of 0.5f.
 std::vector<std::string> words(const std::vector<Spelled>& tokens) {
-    static const std::set<std::string> dropped{"device", "constant", "thread",       "threadgroup",
-                                               "vertex", "fragment", "kernel",       "metal",
-                                               "vec",    "bfloat",   "bfloat_vector"};
+    static const std::set<std::string> dropped{"device",   "constant", "thread", "threadgroup",
+                                               "vertex",   "fragment", "kernel", "metal",
+                                               "coherent", "vec",      "bfloat", "bfloat_vector"};
     std::vector<std::string> found;
     for (const Spelled& token : tokens) {
         std::string text = token.text;
@@ -160,6 +160,9 @@ TEST(Tokens, areRewrittenToWhatClangParses) {
          "k < int > ( __attribute__ ( ( msl_device ) ) int * ) ;"},
         {"int f(device int* p) { return *p; } int f(thread int* p) { return *p; }",
          "int f ( int * p ) { return * p ; }"},
+        {"kernel void k(device coherent(device) int* a) { coherent device int* p; int coherent; }",
+         "__attribute__ ( ( msl_kernel ) ) void k ( __attribute__ ( ( msl_device ) ) __attribute__ "
+         "( ( msl_coherent ) ) int * a ) { int * p ; int coherent ; }"},
         // A class's own constructor, a function's parameters and results are no values.
         {"struct T { operator float2(); }; auto f() -> float3 { } float2 g(float2 (&a)[2]);",
          "struct T { operator float2 ( ) ; } ; auto f ( ) -> float3 { } float2 g ( float2 ( & a ) "
