@@ -11,6 +11,9 @@ struct Target {
     // order of the primitives (fragmentShaderPixelInterlock of VK_EXT_fragment_shader_interlock);
     // otherwise only as the device orders them by itself.
     bool ordersFragments = false;
+    // os_log is NonSemantic.DebugPrintf (VK_KHR_shader_non_semantic_info), which the validation
+    // layer prints; otherwise logs are dropped.
+    bool keepsLogs = false;
 
     bool operator==(const Target&) const = default;
 };

@@ -111,7 +111,7 @@ template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, Request>
 void fields(Record& r, Bytes& bytes) {
     bytes(r.limitMilliseconds), bytes(r.target.addsFloatsInBuffers);
-    bytes(r.target.ordersFragments), bytes(r.moreWarningsIn);
+    bytes(r.target.ordersFragments), bytes(r.target.keepsLogs), bytes(r.moreWarningsIn);
     bytes(r.source);
 }
 

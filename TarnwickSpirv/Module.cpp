@@ -28,9 +28,12 @@ bool isAnnotation(spv::Op op) {
     return op == OpDecorate || op == OpMemberDecorate || op == OpDecorateId;
 }
 
+constexpr std::string_view debugPrintfSet = "NonSemantic.DebugPrintf";
+
 // Drivers ignore OpName and the like.
 bool isDebug(spv::Op op) {
-    return (op >= OpSourceContinued && op <= OpLine) || op == OpModuleProcessed || op == OpNoLine;
+    return (op >= OpSourceContinued && op <= OpLine && op != OpString) || op == OpModuleProcessed ||
+           op == OpNoLine;
 }
 
 // The place of the result among a declaration's operands: types have no type before it.
@@ -73,7 +76,10 @@ void Module::take(const Instruction& instruction) {
     } else if (op == OpExtension) {
         append(extensions, op, operands);
     } else if (op == OpExtInstImport) {
-        extended_ = operands[0];
+        const bool prints = std::ranges::equal(operands.subspan(1), literal(debugPrintfSet));
+        (prints ? debugPrintf_ : extended_) = operands[0];
+    } else if (op == OpString) {
+        append(strings, op, operands);
     } else if (op == OpEntryPoint) {
         main_ = operands[1];
         const auto isLastOfName = [](std::uint32_t word) { return word >> 24 == 0; };
@@ -111,6 +117,19 @@ Id Module::extendedInstructions() {
     if (!extended_)
         extended_ = newId();
     return extended_;
+}
+
+Id Module::debugPrintf() {
+    extension("SPV_KHR_non_semantic_info");
+    if (!debugPrintf_)
+        debugPrintf_ = newId();
+    return debugPrintf_;
+}
+
+Id Module::text(std::string_view characters) {
+    const Id id = newId();
+    append(strings, OpString, {id}, literal(characters));
+    return id;
 }
 
 std::optional<Id> Module::importedInstructions() const {
@@ -271,13 +290,15 @@ Words Module::finish(spv::ExecutionModel model) const {
     words.insert(words.end(), extensions.begin(), extensions.end());
     if (extended_)
         append(words, OpExtInstImport, {extended_}, literal("GLSL.std.450"));
+    if (debugPrintf_)
+        append(words, OpExtInstImport, {debugPrintf_}, literal(debugPrintfSet));
     append(words, OpMemoryModel,
            {static_cast<std::uint32_t>(spv::AddressingModel::Logical),
             static_cast<std::uint32_t>(spv::MemoryModel::GLSL450)});
     Words named = literal("main");
     named.insert(named.end(), interface.begin(), interface.end());
     append(words, OpEntryPoint, {static_cast<std::uint32_t>(model), main_}, named);
-    for (const Words* section : {&modes, &annotations, &declarations_, &functions})
+    for (const Words* section : {&modes, &strings, &annotations, &declarations_, &functions})
         words.insert(words.end(), section->begin(), section->end());
     return words;
 }

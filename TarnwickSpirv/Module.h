@@ -1,6 +1,6 @@
 // A SPIR-V module of one entry point: its ids and its words, section by section (SPIR-V 1.6, 2.4).
 // It is built from scratch, or parsed so that code can be added around its function. A parsed
-// module keeps its ids; names and other debug information are removed.
+// module keeps its ids and the texts of its logs; names and other debug information are removed.
 #pragma once
 
 #include "TarnwickSpirv/Instruction.h"
@@ -16,8 +16,8 @@ namespace tarnwick::spirv {
 class Module {
   public:
     Module(); // has the capability Shader, and no function yet
-    // Parses a whole module. Its instructions must be well formed; the only set of extended
-    // instructions is GLSL.std.450.
+    // Parses a whole module. Its instructions must be well formed; the only sets of extended
+    // instructions are GLSL.std.450 and NonSemantic.DebugPrintf.
     explicit Module(Operands words);
 
     Id newId() { return bound_++; }
@@ -28,6 +28,9 @@ class Module {
     void extension(std::string_view name);
     Id extendedInstructions(); // the import of GLSL.std.450, which is made on demand
     std::optional<Id> importedInstructions() const; // the import, if there is one
+    Id debugPrintf(); // the import of NonSemantic.DebugPrintf, which is made on demand
+    bool hasDebugPrintf() const { return debugPrintf_ != 0; }
+    Id text(std::string_view characters); // a new OpString
 
     void decorate(Id target, spv::Decoration decoration, Operands operands = {});
     void decorateMember(Id type, std::uint32_t member, spv::Decoration decoration,
@@ -82,6 +85,7 @@ class Module {
     std::vector<spv::Capability> capabilities;
     Words extensions;  // OpExtension
     Words modes;       // OpExecutionMode and OpExecutionModeId
+    Words strings;     // OpString
     Words annotations; // decorations
     Words functions;
     std::vector<Id> interface; // the entry point's global variables
@@ -96,7 +100,7 @@ class Module {
 
     Id bound_ = 2;
     Id main_ = 1;
-    Id extended_ = 0;
+    Id extended_ = 0, debugPrintf_ = 0;
     Words declarations_;
     std::map<Key, Id> known_; // types and constants
     std::map<Id, Id> variables_;

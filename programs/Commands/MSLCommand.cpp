@@ -59,7 +59,7 @@ std::string listing(const EntryPoint& entry) {
 }
 
 // Compiled with the file's own name, for the messages.
-Compilation compiled(std::string_view path) {
+Compilation compiled(std::string_view path, const Arguments& arguments) {
     std::string name;
     for (const char character : path) {
         if (character == '"' || character == '\\')
@@ -68,7 +68,8 @@ Compilation compiled(std::string_view path) {
     }
     ProgressBar bar("");
     bar.doing("Compiling " + std::string(path));
-    return msl::compile("#line 1 \"" + name + "\"\n" + sourceText(path));
+    return msl::compile("#line 1 \"" + name + "\"\n" + sourceText(path),
+                        {.target = {.keepsLogs = arguments.has("--logs")}});
 }
 
 std::string namesOf(const Compilation& compilation) {
@@ -97,7 +98,7 @@ Status batch(const Arguments& arguments) {
     for (const std::string_view path : arguments.operands()) {
         std::string line;
         try {
-            const Compilation compilation = compiled(path);
+            const Compilation compilation = compiled(path, arguments);
             line =
                 std::string(path) + (compilation.failed ? ": failed: " : ": ok: ") +
                 (compilation.failed ? firstErrorLine(compilation.messages) : namesOf(compilation));
@@ -118,7 +119,7 @@ Status compileOne(const Arguments& arguments) {
     const std::string_view path = arguments.operands().front();
     const auto name = arguments.value("--entry");
     const auto out = Output::of(arguments, "-o", FileKind::spirvModule);
-    const Compilation compilation = compiled(path);
+    const Compilation compilation = compiled(path, arguments);
     std::fputs(compilation.messages.c_str(), stderr);
     if (compilation.failed)
         return Status::failed;
@@ -140,7 +141,7 @@ Status compileMSL(const Arguments& arguments) {
     return arguments.has("--batch") ? batch(arguments) : compileOne(arguments);
 }
 
-constexpr std::array<Option, 3> mslOptions{{
+constexpr std::array<Option, 4> mslOptions{{
     {.name = "--entry",
      .value = "NAME",
      .help = "only this entry point",
@@ -150,6 +151,7 @@ constexpr std::array<Option, 3> mslOptions{{
      .help = "write the entry point's SPIR-V; - is standard output",
      .values = FileName{},
      .byDefault = "none"},
+    {.name = "--logs", .help = "keep the logs of os_log, which Vulkan's validation layer prints"},
     {.name = "--batch",
      .help = "compile several files and print a line for each",
      .excludes = "-o --entry"},

@@ -2,6 +2,7 @@
 // and every function of groups and memory makes a valid module.
 #include "TarnwickMSL/Compile.h"
 #include "TarnwickMSL/Translation/FrontEnd/BuiltIns.h"
+#include "TarnwickMSL/Translation/FrontEnd/Missing.h"
 #include "TarnwickMSL/Translation/Spirv/Validator.h"
 
 #include <gtest/gtest.h>
@@ -107,7 +108,7 @@ TEST(BuiltInValidity, ofEveryValueInEveryStage) {
     EXPECT_GT(msl::builtInWords().size(), 30u);
     for (const BuiltInWord& word : msl::builtInWords()) {
         for (const PatchKind patch : {PatchKind::triangle, PatchKind::quad})
-            if (word.isInputOf(Stage::vertex, patch))
+            if (word.isInputOf(Stage::vertex, patch) && !msl::isMissingAttribute("patch"))
                 expectValid(inputs(word, Stage::vertex, patch));
         for (const Stage stage : stages) {
             if (word.isInputOf(stage, PatchKind::none))
@@ -154,6 +155,23 @@ TEST(BuiltInValidity, ofBarriersAndGroupsInEveryStage) {
     expectValid(entry(Stage::kernel, "f", "",
                       "threadgroup_barrier(mem_flags::mem_none);"
                       "threadgroup_barrier(mem_flags::mem_device | mem_flags::mem_texture);"));
+}
+
+TEST(BuiltInValidity, ofLogs) {
+    const std::string call = "os_log_default.log(";
+    std::string body = call + "\"plain 100%%\");";
+    for (const char* log : {"\"%d %x\", 1, i", "\"%5.2f\", 1.5h", "\"%v4hlf\", float4(i)",
+                            "\"%v2hd\", short2(i)", "\"%ld\", long(i)", "\"%d\", i > 2"})
+        body += call + log + ");";
+    body += "if (i > 3) { for (uint n = 0; n < i; ++n) " + call + "\"%u\", n); }";
+    for (const Stage stage : stages)
+        expectValid(entry(stage, "f", "", "uint i = out[0];" + body), {.keepsLogs = true});
+    const msl::Compilation refused =
+        msl::compile(head + entry(Stage::kernel, "f", "", call + "\"%d %d\", 1);"),
+                     {.target = {.keepsLogs = true}});
+    EXPECT_NE(refused.messages.find("has 2 conversions, and the log has 1 values."),
+              std::string::npos)
+        << refused.messages;
 }
 
 TEST(BuiltInValidity, ofOrderedFragments) {

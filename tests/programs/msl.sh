@@ -16,6 +16,16 @@ spirv-val --target-env vulkan1.3 red.spv || complain 'red.spv is not valid' msl
 expect 2 'no entry point "blue", but kernel twice, fragment red' msl two.metal --entry blue
 expect 2 'o requires --entry: two.metal has ' msl two.metal -o two.spv
 have ! -e two.spv
+cat >log.metal <<'TEXT'
+#include <metal_stdlib>
+#include <metal_logging>
+kernel void count(metal::uint i [[thread_position_in_grid]]) { metal::os_log_default.log("thread %u", i); }
+TEXT
+expect 0 '^kernel count, ' msl log.metal -o dropped.spv
+expect 0 '^kernel count, ' msl log.metal --logs -o kept.spv
+spirv-val --target-env vulkan1.3 kept.spv || complain 'kept.spv is not valid' msl --logs
+grep -q 'thread %u' dropped.spv && complain 'the log was kept' msl
+grep -q 'thread %u' kept.spv || complain 'the log was dropped' msl --logs
 echo 'float x = y;' >bad.metal
 expect 1 "^bad.metal:1:11: error: use of undeclared identifier 'y'" msl bad.metal
 "$TARNWICK" msl --batch two.metal bad.metal missing.metal >out 2>err

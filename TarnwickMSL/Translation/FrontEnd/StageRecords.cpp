@@ -22,6 +22,8 @@ using clang::QualType;
 // The maximum between the stages: that of Metal's devices, below Vulkan's (1.3, 33.1: 128
 // components).
 constexpr std::size_t mostVaryings = 31;
+// Of every device that has clip distances (Vulkan 1.3, table 53).
+constexpr std::uint32_t mostClipDistances = 8;
 constexpr std::uint32_t mostAttributes = 31;
 
 constexpr std::array<std::pair<std::string_view, Interpolation>, 7> interpolations = {
@@ -134,6 +136,9 @@ void RecordReader::check(const clang::FieldDecl& field, const StageValue& value)
     else if (value.source > 1 || (value.source == 1 && value.index != 0))
         error(field.getLocation(), "attribute 'index' of '%0' is 0, or 1 for color(0)",
               field.getName());
+    else if (value.attribute == "clip_distance" && value.index > mostClipDistances)
+        error(field.getLocation(), "'%0' has more than %1 clip distances", field.getName(),
+              std::to_string(mostClipDistances));
     else if (!word->takes(value))
         error(field.getLocation(), "type %0 is not valid for attribute '%1'",
               "'" + field.getType().getAsString() + "'", value.attribute);

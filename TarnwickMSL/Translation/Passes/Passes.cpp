@@ -26,6 +26,7 @@ std::vector<EntryPoint> runSteps(llvm::Module& program, const std::vector<EntryS
                                  const Target& target) {
     {
         Work work(program, entries);
+        work.target = target;
         dumpStart(work);
         for (const Step& step : steps())
             if (step.scope == Scope::program)

@@ -86,8 +86,8 @@ static void vectorPhis(Work& work) {
 // clang-format off
 static constexpr std::array table{
     Step{"describe", Scope::program, "Passes/Calls/Description.h",
-         [](Work& work) { describe(work.program); },
-         "Sets attributes by which the optimiser keeps calls in order; before every step that optimises."},
+         [](Work& work) { describe(work.program, work.target); },
+         "Sets attributes by which the optimiser keeps calls in order, and drops logs that the target does not keep; before every step that optimises."},
     Step{"comparisons", Scope::program, "Passes/Values/Comparisons.h", comparisons,
          "Turns Clang's lanes of all ones into Metal's lanes of 1; before any step rewrites Clang's patterns."},
     Step{"initialisers", Scope::program, "Passes/Calls/Initialisers.h",

@@ -9,6 +9,7 @@
 #include <llvm/IR/Instructions.h>
 
 #include <functional>
+#include <string>
 
 namespace tarnwick::msl::spirv {
 
@@ -20,6 +21,12 @@ class Body : public tarnwick::spirv::FunctionBody {
 
     const Stage stage;
     bool needsStandardSamples = false; // EntryPoint.h
+    // The log between its start and its end (Logs.h).
+    struct Log {
+        std::string format;
+        llvm::SmallVector<Id, 8> values;
+    };
+    Log log;
     Types types;
     Constants constants;
 

@@ -2,6 +2,7 @@
 
 #include "TarnwickMSL/Translation/Spirv/Atomics.h"
 #include "TarnwickMSL/Translation/Spirv/Groups.h"
+#include "TarnwickMSL/Translation/Spirv/Logs.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <array>
@@ -109,6 +110,10 @@ Id writeBuiltInCall(Body& body, Memory& memory, StringRef name, const CallInst& 
     StringRef symbol = call.getCalledFunction()->getName();
     if (name == "barrier" || name == "fence") {
         writeBarrier(body, name == "barrier", call);
+        return 0;
+    }
+    if (name.consume_front("log_")) {
+        writeLogCall(body, name, call);
         return 0;
     }
     if (name.consume_front("simd_"))

@@ -23,7 +23,20 @@ static void describe(Function& function) {
         block.getTerminator()->setMetadata(LLVMContext::MD_loop, nullptr);
 }
 
-void describe(Module& program) {
+// Without its logs, a program computes nothing for them.
+static void dropLogs(Module& program) {
+    for (Function& function : program) {
+        if (!function.getName().starts_with("msl.log_"))
+            continue;
+        for (User* user : make_early_inc_range(function.users()))
+            if (auto* call = dyn_cast<CallInst>(user))
+                call->eraseFromParent();
+    }
+}
+
+void describe(Module& program, const Target& target) {
+    if (!target.keepsLogs)
+        dropLogs(program);
     if (program.getDataLayoutStr().find("-n8") == std::string::npos)
         program.setDataLayout(program.getDataLayoutStr() + nativeWidths.str());
     describeBuiltIns(program);
