@@ -1,6 +1,6 @@
 // Queues, command buffers and encoders. One thread at a time may use a queue and the objects that
 // it made. Implemented in Commands/: CommandQueue.cpp, CommandBuffer.cpp, RenderCommandEncoder.cpp,
-// ComputeCommandEncoder.cpp, BlitCommandEncoder.cpp.
+// PatchDrawing.cpp, ComputeCommandEncoder.cpp, BlitCommandEncoder.cpp.
 #pragma once
 
 #include "TarnwickGPU/CommandRecords.h"
@@ -52,6 +52,27 @@ class RenderCommandEncoder {
                                const Buffer& indexBuffer, std::size_t indexBufferOffset,
                                std::uint32_t instanceCount = 1, std::int32_t baseVertex = 0,
                                std::uint32_t baseInstance = 0);
+
+    // The factors of the patches: MTLTriangleTessellationFactorsHalf or
+    // MTLQuadTessellationFactorsHalf, one after the other. `instanceStride`: bytes, a multiple of
+    // 4, for step functions of instances. Default: zeros, with which nothing is drawn.
+    void setTessellationFactorBuffer(const Buffer& buffer, std::size_t offset,
+                                     std::size_t instanceStride);
+    void setTessellationFactorScale(float scale); // default: 1
+    // Draws patches with a pipeline of a post-tessellation vertex function. Patch n has the control
+    // points n * controlPoints and those after it. The number of each patch is its place in the
+    // draw from patchStart on; with an index buffer of 32-bit numbers, the number there.
+    void drawPatches(std::uint32_t controlPoints, std::uint32_t patchStart,
+                     std::uint32_t patchCount, const Buffer* patchIndexBuffer = nullptr,
+                     std::size_t patchIndexBufferOffset = 0, std::uint32_t instanceCount = 1,
+                     std::uint32_t baseInstance = 0);
+    // The control points are numbers in `controlPointIndexBuffer`, of the pipeline's index type.
+    void drawIndexedPatches(std::uint32_t controlPoints, std::uint32_t patchStart,
+                            std::uint32_t patchCount, const Buffer* patchIndexBuffer,
+                            std::size_t patchIndexBufferOffset,
+                            const Buffer& controlPointIndexBuffer,
+                            std::size_t controlPointIndexBufferOffset,
+                            std::uint32_t instanceCount = 1, std::uint32_t baseInstance = 0);
     void endEncoding();
 
   private:

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -81,6 +82,36 @@ struct ColorWriteMask {
 
 enum class TopologyClass : std::uint8_t { triangle, point };
 
+// How a factor divides an edge (Metal Shading Language 3.1, 5.1.1; Vulkan 1.3, 23.2). Factors are
+// rounded up to powers of two or to whole numbers, or divide into fractional segments.
+enum class TessellationPartitionMode : std::uint8_t {
+    pow2,
+    integer,
+    fractionalOdd,
+    fractionalEven
+};
+enum class Winding : std::uint8_t { clockwise, counterClockwise };
+// Which factors of the buffer a patch takes: the first, those of the patch counted in the draw, of
+// the instance, or of both.
+enum class TessellationFactorStepFunction : std::uint8_t {
+    constant,
+    perPatch,
+    perInstance,
+    perPatchAndPerInstance
+};
+
+// Of a pipeline whose vertex function takes patches.
+struct TessellationDescriptor {
+    TessellationPartitionMode partitionMode = TessellationPartitionMode::pow2;
+    Winding outputWindingOrder = Winding::clockwise;
+    std::uint32_t maxFactor = 16; // [1, 64]; greater factors become this
+    bool scalesFactors = false;   // by setTessellationFactorScale()
+    TessellationFactorStepFunction factorStepFunction = TessellationFactorStepFunction::constant;
+    std::optional<IndexType> controlPointIndices; // of drawIndexedPatches()
+
+    bool operator==(const TessellationDescriptor&) const = default;
+};
+
 struct ColorAttachmentDescriptor {
     PixelFormat format = PixelFormat::invalid;
     bool blends = false; // false: the colour replaces the target's
@@ -97,6 +128,7 @@ struct RenderPipelineDescriptor {
     const Function* fragment = nullptr;
     // Of a vertex function with [[stage_in]]; borrowed like the functions.
     const VertexDescriptor* vertexDescriptor = nullptr;
+    TessellationDescriptor tessellation; // of a post-tessellation vertex function
     ColorAttachmentDescriptor color;                                   // colour attachment 0
     std::array<ColorAttachmentDescriptor, mostColors - 1> otherColors; // colour attachments 1 to 7
     PixelFormat depthFormat = PixelFormat::invalid; // invalid: no depth attachment

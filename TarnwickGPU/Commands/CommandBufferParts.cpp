@@ -85,7 +85,9 @@ void CommandBufferParts::startEncoding(Encoding kind) {
     renderPipeline = nullptr;
     computePipeline = nullptr;
     boundPipeline = VK_NULL_HANDLE;
-    primitive.reset();
+    topology.reset();
+    factorInstanceStride = 0;
+    factorScale = 1;
     rendering = Rendering::due;
     colorInputs = {};
 }
@@ -132,8 +134,13 @@ void CommandBufferParts::setBytes(TableIndex table, const void* bytes, std::size
 
 void CommandBufferParts::setBuffer(TableIndex table, const Buffer& buffer, std::size_t offset,
                                    std::uint32_t index) {
-    const BufferMemory& memory = buffer.parts().memory;
     precondition(index < buffersPerStage, "the index of a buffer is in [0, 30]", "index", index);
+    place(table, buffer, offset, index);
+}
+
+void CommandBufferParts::place(TableIndex table, const Buffer& buffer, std::size_t offset,
+                               std::uint32_t index) {
+    const BufferMemory& memory = buffer.parts().memory;
     const VkPhysicalDeviceLimits& limits = device->record.limits;
     precondition(offset < memory.size, "the offset is within the buffer", "offset", offset, "bytes",
                  memory.size);

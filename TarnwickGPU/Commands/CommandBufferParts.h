@@ -69,6 +69,8 @@ struct CommandBufferParts {
     void touch(DrawableSlot& slot);
     void setBytes(TableIndex table, const void* bytes, std::size_t length, std::uint32_t index);
     void setBuffer(TableIndex table, const Buffer& buffer, std::size_t offset, std::uint32_t index);
+    // The same for any index of the table.
+    void place(TableIndex table, const Buffer& buffer, std::size_t offset, std::uint32_t index);
     void setTexture(TableIndex table, const Texture* texture, std::uint32_t index);
     void setSampler(TableIndex table, const SamplerState* state, std::uint32_t index);
 
@@ -95,7 +97,9 @@ struct CommandBufferParts {
     const ComputePipelineParts* computePipeline = nullptr;
     std::array<std::uint32_t, mostThreadgroupPointers> threadgroupLengths{}; // by index; 0: not set
     VkPipeline boundPipeline = VK_NULL_HANDLE;
-    std::optional<PrimitiveType> primitive;
+    std::optional<VkPrimitiveTopology> topology;
+    std::uint32_t factorInstanceStride = 0; // bytes
+    float factorScale = 1;
     RenderPassDescriptor pass;
     Rendering rendering = Rendering::due;
     std::array<ColorInput, mostColors> colorInputs;

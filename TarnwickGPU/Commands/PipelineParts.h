@@ -24,7 +24,9 @@ struct RenderPipelineParts {
     PixelFormat depthFormat = PixelFormat::invalid;
     std::uint32_t sampleCount = 1;
     TopologyClass topology = TopologyClass::triangle;
-    PointPipelines points;                    // beside `drawing`, if it draws points
+    PointPipelines points;   // beside `drawing`, if it draws points
+    bool hasPatches = false; // its vertex function takes patches
+    bool hasControlPointIndices = false;
     std::vector<std::uint32_t> vertexBuffers; // the index of each of Vulkan's vertex bindings
 
     RenderPipelineParts() = default;

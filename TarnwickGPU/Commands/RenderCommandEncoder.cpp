@@ -5,7 +5,6 @@
 #include "TarnwickGPU/Commands/PipelineParts.h"
 #include "TarnwickGPU/Commands/PointDrawing.h"
 #include "TarnwickGPU/Commands/Rendering.h"
-#include "TarnwickGPU/Resources/BufferParts.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 
 #include <algorithm>
@@ -67,22 +66,10 @@ const RenderPipelineParts& pipelineOfDraw(const CommandBufferParts& parts, Primi
     precondition(parts.encoding == Encoding::render, "a draw is in an open render encoder",
                  "open encoder", nameOf(parts.encoding));
     precondition(parts.renderPipeline, "a draw follows setRenderPipelineState()");
+    precondition(!parts.renderPipeline->hasPatches, "patches are drawn by drawPatches()");
     precondition(fits(parts.renderPipeline->topology, type),
                  "points are drawn with a pipeline of points, triangles with one of triangles");
     return *parts.renderPipeline;
-}
-
-void bindIndices(CommandBufferParts& parts, const Buffer& buffer, std::size_t offset,
-                 IndexType type, std::uint32_t count) {
-    const bool isShort = type == IndexType::uint16;
-    const std::size_t bytes = isShort ? 2 : 4;
-    precondition(offset % bytes == 0, "the offset of indices is a multiple of their size", "offset",
-                 offset, "bytes of an index", bytes);
-    precondition(offset <= buffer.length() && (buffer.length() - offset) / bytes >= count,
-                 "the indices are within their buffer", "offset", offset, "indices", count,
-                 "bytes of the buffer", buffer.length());
-    vkCmdBindIndexBuffer(parts.handle, buffer.parts().memory.buffer, offset,
-                         isShort ? VK_INDEX_TYPE_UINT16 : VK_INDEX_TYPE_UINT32);
 }
 
 void startDraw(CommandBufferParts& parts, const BindingLayout& layout, PrimitiveType type) {

@@ -4,6 +4,7 @@
 #include "TarnwickGPU/Commands/PipelineParts.h"
 #include "TarnwickGPU/Commands/ResourceBinding.h"
 #include "TarnwickGPU/Resources.h"
+#include "TarnwickGPU/Resources/BufferParts.h"
 #include "TarnwickGPU/Resources/TextureParts.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 
@@ -183,16 +184,35 @@ void bindPipeline(CommandBufferParts& parts, VkPipeline pipeline) {
 }
 
 void readyDraw(CommandBufferParts& parts, const BindingLayout& layout, PrimitiveType type) {
-    if (parts.primitive != type) {
-        vkCmdSetPrimitiveTopology(parts.handle, topologies[static_cast<std::size_t>(type)]);
-        vkCmdSetPrimitiveRestartEnable(parts.handle, type == PrimitiveType::triangleStrip);
-        parts.primitive = type;
+    readyDraw(parts, layout, topologies[static_cast<std::size_t>(type)]);
+}
+
+void readyDraw(CommandBufferParts& parts, const BindingLayout& layout,
+               VkPrimitiveTopology topology) {
+    if (parts.topology != topology) {
+        vkCmdSetPrimitiveTopology(parts.handle, topology);
+        vkCmdSetPrimitiveRestartEnable(parts.handle,
+                                       topology == VK_PRIMITIVE_TOPOLOGY_TRIANGLE_STRIP);
+        parts.topology = topology;
     }
     const bool haveChanged = std::exchange(parts.resourcesChanged, false);
     if (haveChanged)
         bindVertexBuffers(parts);
     if (haveChanged || layout.reportsLoops)
         bindResources(parts, layout, VK_PIPELINE_BIND_POINT_GRAPHICS);
+}
+
+void bindIndices(CommandBufferParts& parts, const Buffer& buffer, std::size_t offset,
+                 IndexType type, std::uint32_t count) {
+    const bool isShort = type == IndexType::uint16;
+    const std::size_t bytes = isShort ? 2 : 4;
+    precondition(offset % bytes == 0, "the offset of indices is a multiple of their size", "offset",
+                 offset, "bytes of an index", bytes);
+    precondition(offset <= buffer.length() && (buffer.length() - offset) / bytes >= count,
+                 "the indices are within their buffer", "offset", offset, "indices", count,
+                 "bytes of the buffer", buffer.length());
+    vkCmdBindIndexBuffer(parts.handle, buffer.parts().memory.buffer, offset,
+                         isShort ? VK_INDEX_TYPE_UINT16 : VK_INDEX_TYPE_UINT32);
 }
 
 } // namespace tarnwick::gpu

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TarnwickGPU/Commands/CommandBufferParts.h"
+#include "TarnwickGPU/VertexDescriptor.h"
 
 namespace tarnwick::gpu {
 
@@ -32,5 +33,10 @@ void encodeViewport(VkCommandBuffer commands, const Viewport& viewport);
 void bindPipeline(CommandBufferParts& parts, VkPipeline pipeline);
 // Sets the primitives, and the descriptors if they have changed. Call it last before a draw.
 void readyDraw(CommandBufferParts& parts, const BindingLayout& layout, PrimitiveType type);
+void readyDraw(CommandBufferParts& parts, const BindingLayout& layout,
+               VkPrimitiveTopology topology);
+// Binds the buffer for a draw of `count` indices.
+void bindIndices(CommandBufferParts& parts, const Buffer& buffer, std::size_t offset,
+                 IndexType type, std::uint32_t count);
 
 } // namespace tarnwick::gpu

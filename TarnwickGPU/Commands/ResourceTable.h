@@ -15,6 +15,8 @@ struct SamplerParts;
 struct TextureParts;
 
 inline constexpr std::uint32_t buffersPerStage = 31;
+// The buffers of a draw of patches follow those of the encoder's indices in the vertex table.
+inline constexpr std::uint32_t factorBuffer = 31, controlPointIndexBuffer = 32;
 
 struct BoundBuffer {
     VkBuffer buffer = VK_NULL_HANDLE; // null: nothing bound
@@ -24,7 +26,7 @@ struct BoundBuffer {
 };
 
 struct ResourceTable {
-    std::array<BoundBuffer, buffersPerStage> buffers;
+    std::array<BoundBuffer, buffersPerStage + 2> buffers;
     std::array<const TextureParts*, msl::mostTextures> textures{};
     std::array<const SamplerParts*, msl::mostSamplers> samplers{};
 };

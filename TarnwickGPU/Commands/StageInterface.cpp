@@ -1,6 +1,7 @@
 #include "TarnwickGPU/Commands/StageInterface.h"
 
 #include "TarnwickGPU/Vulkan/DeviceRecord.h"
+#include "TarnwickGPU/Vulkan/Stages.h"
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 #include "TarnwickSpirv/Interface.h"
 #include "TarnwickSpirv/Rewriting.h"
@@ -163,9 +164,7 @@ Function withoutLostOutputs(const Function& function, const RenderPipelineDescri
     for (const Id variable : lost)
         makePrivate(code, variable);
     auto changed = std::make_shared<msl::EntryPoint>(function.entryPoint());
-    changed->words =
-        code.finish(function.stage() == msl::Stage::vertex ? spv::ExecutionModel::Vertex
-                                                           : spv::ExecutionModel::Fragment);
+    changed->words = code.finish(executionModel(function.entryPoint()));
     for (std::uint32_t location = 0; location < mostColors; ++location)
         if (!hasTarget(descriptor, location))
             changed->colorAttachments &= ~(1u << location);

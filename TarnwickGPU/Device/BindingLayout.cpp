@@ -1,6 +1,7 @@
 #include "TarnwickGPU/Device/BindingLayout.h"
 
 #include "TarnwickGPU/Device/DeviceState.h"
+#include "TarnwickGPU/Vulkan/Stages.h"
 #include "TarnwickMSL/SamplerBits.h"
 
 #include <algorithm>
@@ -36,18 +37,6 @@ VkDescriptorType descriptorType(const msl::Resource& resource) {
         return type;
     return type == VK_DESCRIPTOR_TYPE_STORAGE_IMAGE ? VK_DESCRIPTOR_TYPE_STORAGE_TEXEL_BUFFER
                                                     : VK_DESCRIPTOR_TYPE_UNIFORM_TEXEL_BUFFER;
-}
-
-VkShaderStageFlags stageFlags(msl::Stage stage) {
-    switch (stage) {
-    case msl::Stage::vertex:
-        return VK_SHADER_STAGE_VERTEX_BIT;
-    case msl::Stage::fragment:
-        return VK_SHADER_STAGE_FRAGMENT_BIT;
-    case msl::Stage::kernel:
-        break;
-    }
-    return VK_SHADER_STAGE_COMPUTE_BIT;
 }
 
 struct Limit {
@@ -98,11 +87,10 @@ bool makeSetLayout(const DeviceRecord& device, BindingLayout& layout, const Bind
     std::vector<VkDescriptorSetLayoutBinding> bindings;
     for (const msl::EntryPoint* function : needs.functions)
         for (const msl::Resource& resource : function->resources)
-            bindings.push_back(
-                {.binding = resource.binding,
-                 .descriptorType = descriptorType(resource),
-                 .descriptorCount = 1,
-                 .stageFlags = needs.stages ? needs.stages : stageFlags(function->stage)});
+            bindings.push_back({.binding = resource.binding,
+                                .descriptorType = descriptorType(resource),
+                                .descriptorCount = 1,
+                                .stageFlags = needs.stages ? needs.stages : stageFlags(*function)});
     for (std::size_t own = 0; own < needs.ownBuffers; ++own)
         bindings.push_back(
             {.binding = ownBinding(needs.functions) + static_cast<std::uint32_t>(own),

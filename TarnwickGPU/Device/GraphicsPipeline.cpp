@@ -5,6 +5,8 @@
 
 #include <array>
 #include <cstddef>
+#include <deque>
+#include <vector>
 
 namespace tarnwick::gpu {
 
@@ -122,26 +124,30 @@ constexpr std::array constantEntries{
     VkSpecializationMapEntry{msl::sampleCountConstant, offsetof(ConstantValues, sampleCount),
                              sizeof(std::uint32_t)}};
 
+// The stages of a pipeline and their modules.
 struct Stages {
-    std::array<VkPipelineShaderStageCreateInfo, 2> infos;
+    std::deque<ShaderModule> modules; // which do not move
+    std::vector<VkPipelineShaderStageCreateInfo> infos;
     ConstantValues values;
     VkSpecializationInfo constants;
 
-    Stages(VkShaderModule vertex, VkShaderModule fragment, const ConstantValues& given)
+    explicit Stages(const ConstantValues& given)
         : values(given), constants{constantEntries.size(), constantEntries.data(), sizeof values,
-                                   &values} {
-        infos[0] = stage(VK_SHADER_STAGE_VERTEX_BIT, vertex);
-        infos[1] = stage(VK_SHADER_STAGE_FRAGMENT_BIT, fragment);
-    }
+                                   &values} {}
     Stages(const Stages&) = delete;
     Stages& operator=(const Stages&) = delete;
 
-    VkPipelineShaderStageCreateInfo stage(VkShaderStageFlagBits flag, VkShaderModule module) const {
-        return {.sType = VK_STRUCTURE_TYPE_PIPELINE_SHADER_STAGE_CREATE_INFO,
-                .stage = flag,
-                .module = module,
-                .pName = "main",
-                .pSpecializationInfo = &constants};
+    // False if the module cannot be made. Adds nothing if there are no words.
+    bool add(VkDevice device, VkShaderStageFlagBits flag, std::span<const std::uint32_t> words) {
+        if (words.empty())
+            return true;
+        const ShaderModule& module = modules.emplace_back(device, words);
+        infos.push_back({.sType = VK_STRUCTURE_TYPE_PIPELINE_SHADER_STAGE_CREATE_INFO,
+                         .stage = flag,
+                         .module = module.handle(),
+                         .pName = "main",
+                         .pSpecializationInfo = &constants});
+        return module.handle() != VK_NULL_HANDLE;
     }
 };
 
@@ -157,12 +163,13 @@ colorsOf(const RenderPipelineDescriptor& descriptor) {
 
 VkResult makeGraphicsPipeline(const DeviceState& device, const GraphicsPipelineNeeds& needs,
                               VkPipeline& pipeline) {
-    const ShaderModule vertex(device.record.handle, needs.vertex);
-    const ShaderModule fragment(device.record.handle, needs.fragment);
-    if (!vertex.handle() || !fragment.handle())
+    const VkDevice handle = device.record.handle;
+    Stages stages({.loopBudget = device.record.loopBudget, .sampleCount = needs.sampleCount});
+    if (!stages.add(handle, VK_SHADER_STAGE_VERTEX_BIT, needs.vertex) ||
+        !stages.add(handle, VK_SHADER_STAGE_TESSELLATION_CONTROL_BIT, needs.control) ||
+        !stages.add(handle, VK_SHADER_STAGE_TESSELLATION_EVALUATION_BIT, needs.evaluation) ||
+        !stages.add(handle, VK_SHADER_STAGE_FRAGMENT_BIT, needs.fragment))
         return VK_ERROR_UNKNOWN;
-    const Stages stages(vertex.handle(), fragment.handle(),
-                        {.loopBudget = device.record.loopBudget, .sampleCount = needs.sampleCount});
     const CommonState common;
     const Colors colors(needs);
     const VkPipelineRenderingCreateInfo rendering{
@@ -170,9 +177,14 @@ VkResult makeGraphicsPipeline(const DeviceState& device, const GraphicsPipelineN
         .colorAttachmentCount = colors.count,
         .pColorAttachmentFormats = colors.formats.data(),
         .depthAttachmentFormat = vulkanFormat(needs.depthFormat)};
+    const bool hasPatches = !needs.evaluation.empty();
     const VkPipelineInputAssemblyStateCreateInfo assembly{
         .sType = VK_STRUCTURE_TYPE_PIPELINE_INPUT_ASSEMBLY_STATE_CREATE_INFO,
-        .topology = topologies[static_cast<std::size_t>(needs.topology)]};
+        .topology = hasPatches ? VK_PRIMITIVE_TOPOLOGY_PATCH_LIST
+                               : topologies[static_cast<std::size_t>(needs.topology)]};
+    constexpr VkPipelineTessellationStateCreateInfo patches{
+        .sType = VK_STRUCTURE_TYPE_PIPELINE_TESSELLATION_STATE_CREATE_INFO,
+        .patchControlPoints = 1};
     const VkPipelineMultisampleStateCreateInfo multisample{
         .sType = VK_STRUCTURE_TYPE_PIPELINE_MULTISAMPLE_STATE_CREATE_INFO,
         .rasterizationSamples = static_cast<VkSampleCountFlagBits>(needs.sampleCount)};
@@ -192,6 +204,7 @@ VkResult makeGraphicsPipeline(const DeviceState& device, const GraphicsPipelineN
         .pStages = stages.infos.data(),
         .pVertexInputState = needs.vertexInput ? needs.vertexInput : &common.vertexInput,
         .pInputAssemblyState = &assembly,
+        .pTessellationState = hasPatches ? &patches : nullptr,
         .pViewportState = &common.viewport,
         .pRasterizationState = &common.rasterization,
         .pMultisampleState = &multisample,

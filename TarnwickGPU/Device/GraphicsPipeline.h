@@ -13,7 +13,8 @@
 namespace tarnwick::gpu {
 
 struct GraphicsPipelineNeeds {
-    std::span<const std::uint32_t> vertex, fragment; // SPIR-V
+    std::span<const std::uint32_t> vertex, fragment;    // SPIR-V
+    std::span<const std::uint32_t> control, evaluation; // of patches with one vertex; else empty
     VkPipelineLayout layout = VK_NULL_HANDLE;
     const VkPipelineVertexInputStateCreateInfo* vertexInput = nullptr; // null: no vertex buffers
     std::array<ColorAttachmentDescriptor, mostColors> colors;

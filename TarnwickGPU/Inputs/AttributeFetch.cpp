@@ -1,6 +1,7 @@
 #include "TarnwickGPU/Inputs/AttributeFetch.h"
 
 #include "TarnwickGPU/Inputs/FormatReader.h"
+#include "TarnwickGPU/Vulkan/Stages.h"
 #include "TarnwickSpirv/Interface.h"
 #include "TarnwickSpirv/Rewriting.h"
 
@@ -157,9 +158,7 @@ void FetchWriter::write(const msl::StageAttribute& attribute) {
 std::shared_ptr<const msl::EntryPoint> FetchWriter::write() {
     for (const msl::StageAttribute& attribute : function_.attributes)
         write(attribute);
-    made_.words = code_.finish(function_.stage == msl::Stage::kernel
-                                   ? spv::ExecutionModel::GLCompute
-                                   : spv::ExecutionModel::TessellationEvaluation);
+    made_.words = code_.finish(executionModel(function_));
     return std::make_shared<const msl::EntryPoint>(std::move(made_));
 }
 

@@ -299,7 +299,9 @@ PointSquare pointSquare(PointBody& body, const PointRecordVariable& record, Id p
 }
 
 bool takesPointForms(const msl::EntryPoint& vertex) {
-    return builtIn(Module(vertex.words), spv::BuiltIn::Position).has_value();
+    // The forms number the vertices in their own way, and patches are no points.
+    return vertex.attributes.empty() && vertex.patch == msl::PatchKind::none &&
+           builtIn(Module(vertex.words), spv::BuiltIn::Position).has_value();
 }
 
 PointPair pointPair(const msl::EntryPoint& vertex, const msl::EntryPoint& fragment) {

@@ -34,8 +34,8 @@ struct PointPair {
     bool addsUp = false;
 };
 
-// Whether the function stores its position as the layer's compiler writes it, so that it can have
-// forms.
+// Whether the function can have forms: it has no attributes, and stores its position as the layer's
+// compiler writes it.
 bool takesPointForms(const msl::EntryPoint& vertex);
 PointPair pointPair(const msl::EntryPoint& vertex, const msl::EntryPoint& fragment);
 

@@ -39,6 +39,8 @@ DrawCall draw(std::istringstream& words) {
     DrawCall call;
     std::string word;
     words >> word >> call.vertices;
+    if (word == "patches")
+        words >> call.controlPoints;
     call.type = word == "point"   ? gpu::PrimitiveType::point
                 : word == "strip" ? gpu::PrimitiveType::triangleStrip
                                   : gpu::PrimitiveType::triangle;

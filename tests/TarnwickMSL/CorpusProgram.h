@@ -13,6 +13,8 @@
 //                                 four samples are resolved where it says `samples`, all is drawn
 //                                 twice where it says `twice`, and color(0) is added to the target
 //                                 times the second source where it says `sources`
+//   // @draws patches 2 3         patches and control points of each; the factors of the patches are
+//                                 the first words of `scratch`, rounded up to whole numbers
 //   // @target 1 uint             a target of its own for color(1): a component as of textures
 //   // @texture 3 2d float 6x4 1 2     [[texture(3)]] of all functions: shape, component (or
 //                                 `depth`), size, elements, levels (both 1 by default); its texels
@@ -52,6 +54,7 @@ struct Dispatch {
 struct DrawCall {
     gpu::PrimitiveType type = gpu::PrimitiveType::triangle;
     std::uint32_t vertices = 0, instances = 1;
+    std::uint32_t controlPoints = 0; // of each of `vertices` patches; 0: no patches
     bool hasDepth = false, hasSamples = false, isTwice = false, hasSources = false;
 };
 

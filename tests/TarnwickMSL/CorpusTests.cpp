@@ -130,6 +130,8 @@ pipelineFor(gpu::Device& device, const gpu::Library& library, const DrawCall& gi
     const auto fragment = firstOf(library, msl::Stage::fragment);
     gpu::RenderPipelineDescriptor descriptor{
         .vertex = vertex.get(), .fragment = fragment.get(), .vertexDescriptor = &attributes};
+    descriptor.tessellation = {.partitionMode = gpu::TessellationPartitionMode::integer,
+                               .factorStepFunction = gpu::TessellationFactorStepFunction::perPatch};
     descriptor.color = {.format = gpu::PixelFormat::rgba32Float, .blends = given.hasSources};
     if (given.hasSources)
         descriptor.color.destinationRGB = descriptor.color.destinationAlpha =
@@ -200,7 +202,11 @@ void Corpus::draw(const gpu::Library& library, const DrawCall& given) {
         encoder->setVertexSamplerState(sampler.get(), index);
         encoder->setFragmentSamplerState(sampler.get(), index);
     }
-    for (int draw = 0; draw < (given.isTwice ? 2 : 1); draw++)
+    if (given.controlPoints) {
+        encoder->setTessellationFactorBuffer(*scratch, 0, 0);
+        encoder->drawPatches(given.controlPoints, 0, given.vertices);
+    }
+    for (int draw = 0; !given.controlPoints && draw < (given.isTwice ? 2 : 1); draw++)
         encoder->drawPrimitives(given.type, 0, given.vertices, given.instances);
     encoder->endEncoding();
     commands->commit();

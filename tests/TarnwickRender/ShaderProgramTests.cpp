@@ -160,6 +160,11 @@ TEST_F(Programs, takeNoFunctionOfTheEpisodesForTheHosts) {
         {plain, "tw_fragment",
          "struct R { int4 c [[color(0)]]; }; fragment R NAME() { return {1}; }",
          refused + "gives integers, and the target holds fractions."},
+        {plain, "tw_vertex", "[[patch(quad)]] vertex float4 NAME() { return 0; }", main},
+        {plain, "tw_vertex",
+         "struct I { float4 p [[attribute(0)]]; };"
+         "vertex float4 NAME(I i [[stage_in]]) { return i.p; }",
+         main},
         {sound, "tw_sound", fragment, missing("sound")},
         {sound, "tw_sound", "[[max_total_threads_per_threadgroup(1)]] " + kernel, missing("sound")},
         {sound, "tw_sound",

@@ -8,9 +8,9 @@ namespace tarnwick::msl {
 // clang-format off
 // Sorted. Metal Shading Language 3.1: 5.1.4 to 5.1.9 (visible, stitchable,
 // intersection, object, mesh and tile functions), 5.2.3, 5.6 (imageblocks), 5.7 and 5.8.
-static constexpr std::array<std::string_view, 12> attributes{
+static constexpr std::array<std::string_view, 11> attributes{
     "alias_implicit_imageblock", "function_constant", "imageblock_data", "intersection", "mesh",
-    "object", "patch", "payload", "primitive_culled", "stitchable", "tile", "visible",
+    "object", "payload", "primitive_culled", "stitchable", "tile", "visible",
 };
 
 // Sorted. 2.11 (imageblocks), 2.14 to 2.19, 6.13, 6.16 (commands), 6.17 and 6.18 (rays).
