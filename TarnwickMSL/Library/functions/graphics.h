@@ -27,7 +27,7 @@ uint _standard_samples() __asm__("msl.standard_samples"); // the same; needs Vul
 MSL_INLINE uint get_num_samples() { return _target_samples(); }
 
 // The standard positions in pixels of 1, 2, 4, 8 and 16 samples, one list after the other (Vulkan
-// 1.3, 27.3 "Multisampling").
+// 1.3, "Multisampling").
 static constexpr float2 _sample_positions[31] = {
     {0.5f, 0.5f},
     {0.75f, 0.75f}, {0.25f, 0.25f},

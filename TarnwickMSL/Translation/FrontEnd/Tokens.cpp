@@ -99,7 +99,7 @@ bool TokenPass::isNameNotKeyword(std::size_t i) {
 }
 
 // The tokens of `coherent` or `coherent(device)` at i, beside the `device` that it qualifies (Metal
-// Shading Language 3.2, 4.8); 0 if the word at i is another's.
+// Shading Language 3.2); 0 if the word at i is another's.
 std::size_t TokenPass::coherentLength(std::size_t i) const {
     if (!isWord(i, "coherent"))
         return 0;

@@ -1,5 +1,5 @@
 // Pointers to memory whose stores other threads see at once: before and after the address space, in
-// arguments, locals and functions; the word is a name elsewhere (3.2, 4.8).
+// arguments, locals and functions; the word is a name elsewhere (Metal Shading Language 3.2).
 // @runs check 64 8
 // @expects 64 2080
 #include <metal_stdlib>
