@@ -10,8 +10,12 @@
 #include <dlfcn.h>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
+#include <ranges>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -19,6 +23,7 @@ using namespace tarnwick::trials;
 
 constexpr std::uint64_t batchSize = 50;
 constexpr std::chrono::seconds limit(30); // of a seed; most need half a second
+constexpr int slowestPrinted = 5;
 
 struct LibraryCloser {
     void operator()(void* library) const { dlclose(library); }
@@ -65,8 +70,12 @@ Check start(NativeTrial native) {
     };
 }
 
+// A seed and the time of the driver for it.
+using Times = std::vector<std::pair<std::chrono::nanoseconds, std::uint64_t>>;
+
 // How many of the seeds agree; nothing when the native side cannot be made.
-std::optional<std::uint64_t> agreeing(Seeds seeds, const std::filesystem::path& folder) {
+std::optional<std::uint64_t> agreeing(Seeds seeds, const std::filesystem::path& folder,
+                                      Times& slowest) {
     const NativeLibrary library = compiled(seeds, folder);
     void* symbol = library ? dlsym(library.get(), "nativeTrial") : nullptr;
     if (symbol == nullptr)
@@ -75,14 +84,23 @@ std::optional<std::uint64_t> agreeing(Seeds seeds, const std::filesystem::path& 
     std::uint64_t count = 0;
     watch(
         seeds, limit, [&] { return start(native); },
-        [&](std::uint64_t seed, const std::string& difference) {
-            count += difference.empty() ? 1 : 0;
-            if (!difference.empty())
-                std::printf("seed %llu: %s\n", static_cast<unsigned long long>(seed),
-                            difference.c_str());
+        [&](const Heard& heard) {
+            count += heard.line.empty() ? 1 : 0;
+            if (!heard.line.empty())
+                std::printf("seed %llu: %s\n", static_cast<unsigned long long>(heard.seed),
+                            heard.line.c_str());
             std::fflush(stdout);
+            slowest.push_back({heard.time, heard.seed});
         });
     return count;
+}
+
+void printSlowest(Times times) {
+    std::ranges::sort(times, std::greater());
+    std::puts("The slowest seeds, in seconds of the driver:");
+    for (const auto& [time, seed] : times | std::views::take(slowestPrinted))
+        std::printf("%8.1f  seed %llu\n", std::chrono::duration<double>(time).count(),
+                    static_cast<unsigned long long>(seed));
 }
 
 int run(Seeds range) {
@@ -92,9 +110,10 @@ int run(Seeds range) {
         return 1;
     }
     std::uint64_t agreed = 0;
+    Times times;
     for (std::uint64_t first = range.first; first <= range.last; first += batchSize) {
         const Seeds batch{first, std::min(first + batchSize - 1, range.last)};
-        const auto inBatch = agreeing(batch, folder.path());
+        const auto inBatch = agreeing(batch, folder.path(), times);
         if (!inBatch) {
             std::fputs("The native compiler did not take a batch.\n", stderr);
             return 1;
@@ -103,6 +122,7 @@ int run(Seeds range) {
         std::fprintf(stderr, "%llu of %llu so far\n", static_cast<unsigned long long>(agreed),
                      static_cast<unsigned long long>(batch.last - range.first + 1));
     }
+    printSlowest(std::move(times));
     const std::uint64_t all = range.last - range.first + 1;
     const auto trial = Trial::make();
     std::printf("%llu of %llu programs agree on %s\n", static_cast<unsigned long long>(agreed),

@@ -33,10 +33,10 @@ class Child {
 
     // The next seed's line; without one, `ending` says why.
     std::optional<std::string> line(std::chrono::seconds limit);
+    nanoseconds processorTime() const;
     Ending ending = Ending::none;
 
   private:
-    nanoseconds processorTime() const;
     bool read();
 
     pid_t process_ = -1;
@@ -123,17 +123,19 @@ std::optional<std::string> Child::line(std::chrono::seconds limit) {
 }
 
 void watch(Seeds seeds, std::chrono::seconds limit, const std::function<Check()>& start,
-           const std::function<void(std::uint64_t seed, const std::string& line)>& hear) {
+           const std::function<void(const Heard& heard)>& hear) {
     std::uint64_t next = seeds.first;
     while (next <= seeds.last) {
         Child child({next, seeds.last}, start);
         while (next <= seeds.last && child.ending == Ending::none) {
+            const nanoseconds before = child.processorTime();
             const auto line = child.line(limit);
             const std::string late =
                 "It is not through after " + std::to_string(limit.count()) + " s.";
-            hear(next++, line                           ? *line
-                         : child.ending == Ending::late ? late
-                                                        : "Its process ended with it.");
+            const std::string said = line                           ? *line
+                                     : child.ending == Ending::late ? late
+                                                                    : "Its process ended with it.";
+            hear({next++, said, child.processorTime() - before});
         }
     }
 }
