@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TarnwickGPU/DeviceInfo.h"
+#include "TarnwickGPU/Errors.h"
 #include "TarnwickGPU/Format.h"
 #include "TarnwickGPU/Pipeline.h"
 #include "TarnwickMSL/EntryPoint.h"
@@ -9,7 +10,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,19 +27,6 @@ class SamplerState;
 class Texture;
 struct SamplerDescriptor;
 struct DeviceState; // the Vulkan side, in Device/DeviceState.h
-
-// The compiler rejected a program: what() is the compiler's whole text.
-struct LibraryError : std::runtime_error {
-    explicit LibraryError(const std::string& text, bool isCompilersFault = false)
-        : std::runtime_error(text), isCompilersFault(isCompilersFault) {}
-
-    bool isCompilersFault; // the compiler crashed or ran out of time: the program may be valid
-};
-
-// The device refused a pipeline or was lost: what() is one sentence.
-struct DeviceError : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 // `beside` is for kernels with their own buffers: the CPU waits for their results while pictures
 // are in flight. Such a queue runs in parallel to the others if the device has two Vulkan queues.

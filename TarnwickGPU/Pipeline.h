@@ -3,6 +3,7 @@
 #pragma once
 
 #include "TarnwickGPU/Format.h"
+#include "TarnwickGPU/FunctionConstants.h"
 #include "TarnwickGPU/VertexDescriptor.h"
 #include "TarnwickMSL/EntryPoint.h"
 
@@ -14,6 +15,10 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+namespace tarnwick::msl {
+struct CompileOptions;
+} // namespace tarnwick::msl
 
 namespace tarnwick::gpu {
 
@@ -27,6 +32,10 @@ class Function {
     explicit Function(std::shared_ptr<const msl::EntryPoint> entryPoint);
     const std::string& name() const;
     msl::Stage stage() const;
+    // Those without a value. Pipelines require a value for each that is required.
+    const std::vector<msl::FunctionConstant>& functionConstants() const {
+        return entryPoint_->constants;
+    }
     const msl::EntryPoint& entryPoint() const { return *entryPoint_; }
     const std::shared_ptr<const msl::EntryPoint>& sharedEntryPoint() const { return entryPoint_; }
 
@@ -37,17 +46,34 @@ class Function {
 class Library {
   public:
     Library(std::vector<msl::EntryPoint> entryPoints, std::string warnings);
+    ~Library();
 
     // Null when the library has no function of that name.
     std::unique_ptr<Function> newFunction(std::string_view name) const;
+    // The function with values for its function constants. A function whose arguments exist only
+    // for some values is compiled with them; any other becomes a module with these constants. Other
+    // constants remain undefined. Throws LibraryError: a required value is missing, a value has
+    // another type than its constant, or the compiler rejects the program with the values.
+    std::unique_ptr<Function> newFunction(std::string_view name,
+                                          const FunctionConstantValues& values) const;
     std::vector<std::string> functionNames() const;
     // The compiler's warnings as text; often empty.
     const std::string& warnings() const { return warnings_; }
 
   private:
+    friend std::unique_ptr<Library> newLibrary(std::string_view source,
+                                               const msl::CompileOptions& options);
+    struct Source;
+    std::shared_ptr<const msl::EntryPoint> find(std::string_view name) const;
+
     std::vector<std::shared_ptr<const msl::EntryPoint>> entryPoints_;
     std::string warnings_;
+    // The program, if a function has to be compiled with its constants.
+    std::unique_ptr<const Source> source_;
 };
+
+// The sentence about a required constant without a value.
+std::string missingValue(const msl::EntryPoint& function, const msl::FunctionConstant& constant);
 
 // source1: the fragment function's result `[[color(0), index(1)]]`. blendColor: the encoder's
 // setBlendColor().

@@ -54,6 +54,7 @@ Compilation compile(std::string_view source, const CompileOptions& options) {
     const Request request{.limitMilliseconds = static_cast<std::uint32_t>(options.limit.count()),
                           .target = options.target,
                           .moreWarningsIn = options.moreWarningsIn,
+                          .constants = options.constants,
                           .source = std::string(source)};
     Shared& common = shared();
     const std::lock_guard lock(common.mutex);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TarnwickMSL/Compilation.h"
+#include "TarnwickMSL/Constants.h"
 #include "TarnwickMSL/Target.h"
 
 #include <chrono>
@@ -19,6 +20,11 @@ struct CompileOptions {
     // that are read before they are set, integer divisions that drop a fraction. No other part gets
     // any warning. Empty: the default warnings, in all parts.
     std::string moreWarningsIn;
+    // Function constants with these values become constants of the program: conditions and loops
+    // that depend on them fold, arguments with a false [[function_constant(condition)]] are absent,
+    // and they may be the index of an argument or a colour. A name that is no function constant of
+    // the program is an error.
+    ConstantValues constants;
 };
 
 // Compiles a whole program's text. Never throws on invalid source: the compiler's messages are

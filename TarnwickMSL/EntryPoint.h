@@ -13,8 +13,20 @@ enum class Stage : std::uint8_t { vertex, fragment, kernel };
 // The kind of patch that a post-tessellation vertex function takes; none: not such a function.
 enum class PatchKind : std::uint8_t { none, triangle, quad };
 
-// The scalar of a value that passes into or out of a stage.
-enum class Scalar : std::uint8_t { bool_, int8, uint8, int16, uint16, int32, uint32, half, float_ };
+// The types of numbers. Values that pass into or out of a stage have at most 32 bits.
+enum class Scalar : std::uint8_t {
+    bool_,
+    int8,
+    uint8,
+    int16,
+    uint16,
+    int32,
+    uint32,
+    half,
+    float_,
+    int64,
+    uint64
+};
 
 enum class ResourceKind : std::uint8_t {
     uniformBuffer,   // a `constant` argument
@@ -98,6 +110,27 @@ constexpr std::uint32_t threadgroupLengthConstant(std::uint32_t index) {
 // Push constants of a kernel: uint3 at byte 0, the exact size of the dispatched grid in threads.
 inline constexpr std::uint32_t kernelPushConstantBytes = 12;
 
+// A function constant (Metal Shading Language 3.1, 5.8) that a module reads. Its components, and
+// whether it has a value, are specialisation constants.
+struct FunctionConstant {
+    std::string name;
+    std::uint32_t index = 0;
+    Scalar scalar = Scalar::bool_;
+    std::uint32_t width = 1; // components, [1, 4]
+    bool isRequired = false; // the module reads the value and does not ask whether there is one
+
+    bool operator==(const FunctionConstant&) const = default;
+};
+
+// The specialisation constant of a component, which has the type of the component.
+constexpr std::uint32_t functionConstantComponent(std::uint32_t index, std::uint32_t component) {
+    return 256 + 8 * index + component;
+}
+// bool: whether the function constant has a value.
+constexpr std::uint32_t functionConstantPresence(std::uint32_t index) {
+    return 256 + 8 * index + 4;
+}
+
 struct EntryPoint {
     std::string name; // as the source spells it; the module's own entry point is named "main"
     Stage stage = Stage::fragment;
@@ -118,6 +151,12 @@ struct EntryPoint {
     // uvec4(patch_id, instance_id, base_instance, number of control points).
     PatchKind patch = PatchKind::none;
     std::uint32_t controlPoints = 0; // as patch(kind, n) says; 0: not specified
+    // Those without a value that the module reads, by index, ascending; all of the program if
+    // isShapedByConstants.
+    std::vector<FunctionConstant> constants;
+    // Some argument, input or output exists only for some values of function constants. Compiled
+    // without the values, it always exists.
+    bool isShapedByConstants = false;
 
     bool operator==(const EntryPoint&) const = default;
 };

@@ -92,6 +92,24 @@ void fields(Record& a, Bytes& bytes) {
 }
 
 template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, FunctionConstant>
+void fields(Record& c, Bytes& bytes) {
+    bytes(c.name), bytes(c.index), bytes(c.scalar), bytes(c.width), bytes(c.isRequired);
+}
+
+template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, ConstantNumber>
+void fields(Record& n, Bytes& bytes) {
+    bytes(n.isReal), bytes(n.integer), bytes(n.real);
+}
+
+template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, ConstantValue>
+void fields(Record& c, Bytes& bytes) {
+    bytes(c.name), bytes(c.numbers);
+}
+
+template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, EntryPoint>
 void fields(Record& e, Bytes& bytes) {
     bytes(e.name), bytes(e.stage), bytes(e.words), bytes(e.resources), bytes(e.usesLoopBudget);
@@ -99,6 +117,7 @@ void fields(Record& e, Bytes& bytes) {
     bytes(e.writesPointSize), bytes(e.colorAttachments), bytes(e.threadgroupBytes);
     bytes(e.threadgroupPointers), bytes(e.mostThreads), bytes(e.attributes), bytes(e.patch);
     bytes(e.controlPoints);
+    bytes(e.constants), bytes(e.isShapedByConstants);
 }
 
 template <class Record, class Bytes>
@@ -112,7 +131,7 @@ requires std::is_same_v<std::remove_const_t<Record>, Request>
 void fields(Record& r, Bytes& bytes) {
     bytes(r.limitMilliseconds), bytes(r.target.addsFloatsInBuffers);
     bytes(r.target.ordersFragments), bytes(r.target.keepsLogs), bytes(r.moreWarningsIn);
-    bytes(r.source);
+    bytes(r.source), bytes(r.constants.values), bytes(r.constants.othersAreUndefined);
 }
 
 template <class Record> std::string bytesOf(const Record& record) {

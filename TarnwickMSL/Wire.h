@@ -3,6 +3,7 @@
 #pragma once
 
 #include "TarnwickMSL/Compilation.h"
+#include "TarnwickMSL/Constants.h"
 #include "TarnwickMSL/Target.h"
 
 #include <cstdint>
@@ -16,6 +17,7 @@ struct Request {
     std::uint32_t limitMilliseconds = 0; // after this the worker ends itself
     Target target{};
     std::string moreWarningsIn;
+    ConstantValues constants;
     std::string source;
 };
 

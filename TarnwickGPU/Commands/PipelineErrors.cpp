@@ -28,6 +28,10 @@ static constexpr std::array stages{StageName{VK_SHADER_STAGE_VERTEX_BIT, "vertex
 
 void checkNeeds(const DeviceRecord& device, const std::string& subject,
                 const msl::EntryPoint& function) {
+    for (const msl::FunctionConstant& constant : function.constants)
+        if (constant.isRequired)
+            throw DeviceError("The device could not make " + subject + ". " +
+                              missingValue(function, constant));
     const std::string start = "The device could not make " + subject + ": " + device.info.name;
     if (auto missing = missingCapability(function.words, device.features.capabilities))
         throw DeviceError(start + " has no " + *missing + ".");

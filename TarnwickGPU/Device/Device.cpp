@@ -78,14 +78,6 @@ std::uint64_t Device::validationMessages() {
     return validationMessageCount();
 }
 
-std::unique_ptr<Library> newLibrary(std::string_view source, const msl::CompileOptions& options) {
-    msl::Compilation compilation = msl::compile(source, options);
-    if (compilation.failed)
-        throw LibraryError(compilation.messages, compilation.isCompilersFault);
-    return std::make_unique<Library>(std::move(compilation.entryPoints),
-                                     std::move(compilation.messages));
-}
-
 std::unique_ptr<Library> Device::newLibrary(std::string_view source,
                                             std::string_view moreWarningsIn) {
     return gpu::newLibrary(

@@ -2,6 +2,7 @@
 // FrontEnd/StandardLibrary.cpp.
 #pragma once
 
+#include "TarnwickMSL/Constants.h"
 #include "TarnwickMSL/Translation/Signature.h"
 
 #include <memory>
@@ -44,9 +45,10 @@ class StandardLibrary {
 };
 
 struct Parsed {
-    std::unique_ptr<llvm::Module> module; // null when there were errors
-    std::vector<EntrySignature> entries;  // in source order
-    std::string messages;                 // Clang's text, with "N errors generated." at its end
+    std::unique_ptr<llvm::Module> module;     // null when there were errors
+    std::vector<EntrySignature> entries;      // in source order
+    std::vector<ConstantSignature> constants; // without a value, in source order
+    std::string messages;                     // Clang's text, with "N errors generated." at its end
     bool failed = false;
 };
 
@@ -56,6 +58,7 @@ enum class Places : bool { left, kept };
 struct ParseOptions {
     Places places = Places::left;
     std::string moreWarningsIn; // Compile.h
+    ConstantValues constants;   // Compile.h
 };
 
 Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVMContext& context,

@@ -24,13 +24,15 @@ namespace tarnwick::msl {
 // in debug builds; 0 is off) checks the steps before as well, and the last step's words by the
 // SPIR-V validator. An error that they find is a CompilerFault that names the step.
 std::vector<EntryPoint> runSteps(llvm::Module& program, const std::vector<EntrySignature>& entries,
+                                 const std::vector<ConstantSignature>& constants = {},
                                  const Target& target = {});
 
 // Whether the variables above ask for the details of a CompilerFault.
 bool showsFaults();
 
 // The front end's result as text, from which runStep starts.
-std::string programText(const llvm::Module& program, const std::vector<EntrySignature>& entries);
+std::string programText(const llvm::Module& program, const std::vector<EntrySignature>& entries,
+                        const std::vector<ConstantSignature>& constants);
 
 // Runs one step on a text (Passes/Forms/Text.h says its form) and returns the text after it; after
 // the step `spirv` that is the listing of the SPIR-V. Checks the result. Throws

@@ -43,8 +43,13 @@ struct InterfaceVariable {
     bool isCoherent = false;        // buffers: other invocations see each store in order
 };
 
-// A texture argument; its handle value in the code is its Metal texture index.
+// The handle of a texture argument that is absent (Presence::no).
+inline constexpr std::uint32_t absentTexture = ~0u;
+
+// A texture argument; its handle value in the code is `index`.
 struct TextureVariable {
+    // The Metal texture index; plus mostTextures once for each earlier argument that has the same
+    // Metal index because their conditions exclude each other.
     std::uint32_t index = 0;
     std::uint32_t binding = 0;
     TextureShape shape = TextureShape::none;
@@ -68,7 +73,8 @@ struct ShaderModule {
     Stage stage = Stage::fragment;
     std::vector<InterfaceVariable> interface;
     std::vector<TextureVariable> textures;
-    std::vector<std::uint32_t> samplers; // indices of the sampler arguments
+    std::vector<std::uint32_t> samplers;      // indices of the sampler arguments
+    std::vector<ConstantSignature> constants; // of the program
     Structure structure;
     bool usesLoopBudget = false;
     bool earlyFragmentTests = false;
@@ -77,6 +83,7 @@ struct ShaderModule {
     PatchKind patch = PatchKind::none;
     std::uint32_t controlPoints = 0;        // 0: not specified
     std::vector<StageAttribute> attributes; // all of the stage_in argument
+    bool isShapedByConstants = false;
 };
 
 } // namespace tarnwick::msl

@@ -24,6 +24,11 @@ constexpr bool isPerspective(Interpolation interpolation) {
            interpolation == Interpolation::samplePerspective;
 }
 
+// Whether an argument or a value exists, by its [[function_constant(condition)]] (Metal Shading
+// Language 3.1, 5.8). `open`: the condition depends on a function constant without a value; the
+// module then has the argument.
+enum class Presence : std::uint8_t { yes, no, open };
+
 // One value that passes between stages: a member of a stage_in or result record, or a plain
 // argument or result with a built-in attribute.
 struct StageValue {
@@ -40,6 +45,7 @@ struct StageValue {
                                    // `offset` is counted
     // An interpolant<T, interpolation>: the record has the address of the input, not its value.
     bool isInterpolant = false;
+    Presence presence = Presence::yes;
 };
 
 enum class ArgumentKind : std::uint8_t { buffer, texture, sampler, threadgroup, stageIn, builtIn };
@@ -73,6 +79,17 @@ struct Argument {
 
     // stageIn: its members; builtIn: one value
     std::vector<StageValue> values;
+
+    Presence presence = Presence::yes;
+};
+
+// A function constant without a value: a global of the module that nothing defines.
+struct ConstantSignature {
+    std::string name;
+    std::string symbol;
+    std::uint32_t index = 0;
+    Scalar scalar = Scalar::bool_;
+    std::uint32_t width = 1; // components, [1, 4]
 };
 
 struct EntrySignature {

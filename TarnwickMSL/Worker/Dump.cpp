@@ -15,7 +15,7 @@ bool dumpParsed(std::string_view source, const StandardLibrary& library) {
     const Parsed parsed = parse(source, library, context);
     std::cerr << parsed.messages;
     if (!parsed.failed)
-        std::cout << programText(*parsed.module, parsed.entries);
+        std::cout << programText(*parsed.module, parsed.entries, parsed.constants);
     return !parsed.failed;
 }
 

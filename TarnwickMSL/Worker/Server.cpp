@@ -94,9 +94,10 @@ bool answerOne(int connection, const StandardLibrary& library) {
     if (!request || !sendAll(connection, {&requestIsRead, 1}))
         return false;
     limitTime(request->limitMilliseconds + 2000);
-    const std::string answer =
-        toBytes(translate(request->source, library,
-                          {.target = request->target, .moreWarningsIn = request->moreWarningsIn}));
+    const std::string answer = toBytes(translate(request->source, library,
+                                                 {.target = request->target,
+                                                  .moreWarningsIn = request->moreWarningsIn,
+                                                  .constants = request->constants}));
     limitTime(0);
     size = static_cast<std::uint32_t>(answer.size());
     return sendAll(connection, {reinterpret_cast<const char*>(&size), sizeof size}) &&

@@ -18,14 +18,17 @@ static Compilation attempt(std::string_view source, const StandardLibrary& libra
                            const CompileOptions& options, Places places, bool& wasParsed) {
     llvm::LLVMContext context;
     Parsed parsed = parse(source, library, context,
-                          {.places = places, .moreWarningsIn = options.moreWarningsIn});
+                          {.places = places,
+                           .moreWarningsIn = options.moreWarningsIn,
+                           .constants = options.constants});
     wasParsed = !parsed.failed;
     Compilation compilation{
         .failed = parsed.failed, .entryPoints = {}, .messages = std::move(parsed.messages)};
     if (compilation.failed)
         return compilation;
     try {
-        compilation.entryPoints = runSteps(*parsed.module, parsed.entries, options.target);
+        compilation.entryPoints =
+            runSteps(*parsed.module, parsed.entries, parsed.constants, options.target);
     } catch (const TranslationError& error) {
         compilation.failed = true;
         const std::string place = error.place.empty() ? "program_source:1:1" : error.place;

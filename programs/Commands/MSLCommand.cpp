@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdio>
 
 namespace tarnwick {
@@ -50,16 +51,72 @@ std::string lineOf(const Resource& resource) {
     return line + (resource.isWritten ? ", written\n" : "\n");
 }
 
+// In the order of msl::Scalar.
+constexpr std::array<std::string_view, 11> scalarNames{
+    "bool", "char", "uchar", "short", "ushort", "int", "uint", "half", "float", "long", "ulong"};
+static_assert(scalarNames.size() == static_cast<std::size_t>(msl::Scalar::uint64) + 1);
+
+std::string lineOf(const msl::FunctionConstant& constant) {
+    std::string line = "  function constant " + std::to_string(constant.index) + ": ";
+    line.append(scalarNames[static_cast<std::size_t>(constant.scalar)]);
+    if (constant.width > 1)
+        line += std::to_string(constant.width);
+    return line + " " + constant.name + (constant.isRequired ? ", required\n" : "\n");
+}
+
 std::string listing(const EntryPoint& entry) {
     std::string text = std::string(stageName(entry)) + " " + entry.name + ", " +
                        std::to_string(entry.words.size()) + " words\n";
     for (const Resource& resource : entry.resources)
         text += lineOf(resource);
+    for (const msl::FunctionConstant& constant : entry.constants)
+        text += lineOf(constant);
     return text;
 }
 
+std::optional<msl::ConstantNumber> constantNumberOf(std::string_view text) {
+    if (text == "true" || text == "false")
+        return msl::ConstantNumber{.integer = text == "true"};
+    const char* const end = text.data() + text.size();
+    msl::ConstantNumber number;
+    if (std::from_chars(text.data(), end, number.integer).ptr == end && !text.empty())
+        return number;
+    std::uint64_t wide = 0;
+    if (std::from_chars(text.data(), end, wide).ptr == end && !text.empty())
+        return msl::ConstantNumber{.integer = static_cast<std::int64_t>(wide)};
+    number.isReal = true;
+    if (std::from_chars(text.data(), end, number.real).ptr == end && !text.empty())
+        return number;
+    return std::nullopt;
+}
+
+// The value of NAME=VALUE; VALUE is a number for each component, separated by commas.
+msl::ConstantValue constantOf(std::string_view assignment) {
+    const std::size_t equals = assignment.find('=');
+    if (equals == 0 || equals == assignment.npos)
+        misuse("--constant requires NAME=VALUE, not " + quoted(assignment) + ".");
+    msl::ConstantValue value{.name = std::string(assignment.substr(0, equals)), .numbers = {}};
+    for (std::size_t at = equals; at != assignment.npos;) {
+        const std::size_t end = assignment.find(',', at + 1);
+        const std::string_view text = assignment.substr(at + 1, end - at - 1);
+        const auto number = constantNumberOf(text);
+        if (!number)
+            misuse("--constant requires numbers, true or false, not " + quoted(text) + ".");
+        value.numbers.push_back(*number);
+        at = end;
+    }
+    return value;
+}
+
+msl::CompileOptions optionsOf(const Arguments& arguments) {
+    msl::CompileOptions options{.target = {.keepsLogs = arguments.has("--logs")}};
+    for (const std::string_view assignment : arguments.values("--constant"))
+        options.constants.values.push_back(constantOf(assignment));
+    return options;
+}
+
 // Compiled with the file's own name, for the messages.
-Compilation compiled(std::string_view path, const Arguments& arguments) {
+Compilation compiled(std::string_view path, const msl::CompileOptions& options) {
     std::string name;
     for (const char character : path) {
         if (character == '"' || character == '\\')
@@ -68,8 +125,7 @@ Compilation compiled(std::string_view path, const Arguments& arguments) {
     }
     ProgressBar bar("");
     bar.doing("Compiling " + std::string(path));
-    return msl::compile("#line 1 \"" + name + "\"\n" + sourceText(path),
-                        {.target = {.keepsLogs = arguments.has("--logs")}});
+    return msl::compile("#line 1 \"" + name + "\"\n" + sourceText(path), options);
 }
 
 std::string namesOf(const Compilation& compilation) {
@@ -95,10 +151,11 @@ std::string_view bytesOf(const EntryPoint& entry) {
 
 Status batch(const Arguments& arguments) {
     Status status = Status::done;
+    const msl::CompileOptions options = optionsOf(arguments);
     for (const std::string_view path : arguments.operands()) {
         std::string line;
         try {
-            const Compilation compilation = compiled(path, arguments);
+            const Compilation compilation = compiled(path, options);
             line =
                 std::string(path) + (compilation.failed ? ": failed: " : ": ok: ") +
                 (compilation.failed ? firstErrorLine(compilation.messages) : namesOf(compilation));
@@ -119,7 +176,7 @@ Status compileOne(const Arguments& arguments) {
     const std::string_view path = arguments.operands().front();
     const auto name = arguments.value("--entry");
     const auto out = Output::of(arguments, "-o", FileKind::spirvModule);
-    const Compilation compilation = compiled(path, arguments);
+    const Compilation compilation = compiled(path, optionsOf(arguments));
     std::fputs(compilation.messages.c_str(), stderr);
     if (compilation.failed)
         return Status::failed;
@@ -141,7 +198,7 @@ Status compileMSL(const Arguments& arguments) {
     return arguments.has("--batch") ? batch(arguments) : compileOne(arguments);
 }
 
-constexpr std::array<Option, 4> mslOptions{{
+constexpr std::array<Option, 5> mslOptions{{
     {.name = "--entry",
      .value = "NAME",
      .help = "only this entry point",
@@ -152,6 +209,12 @@ constexpr std::array<Option, 4> mslOptions{{
      .values = FileName{},
      .byDefault = "none"},
     {.name = "--logs", .help = "keep the logs of os_log, which Vulkan's validation layer prints"},
+    {.name = "--constant",
+     .value = "NAME=VALUE",
+     .help = "a function constant's value: a number for each component, separated by commas, true "
+             "or false",
+     .byDefault = "values that are set when a pipeline is made",
+     .isRepeatable = true},
     {.name = "--batch",
      .help = "compile several files and print a line for each",
      .excludes = "-o --entry"},

@@ -2,7 +2,8 @@
 # of the language is so.
 if(TARGET TarnwickGPU)
     tarnwick_tests(TarnwickMSL/Corpus TOGETHER
-        SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/CorpusProgram.cpp
+        SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/CorpusConstants.cpp
+                ${CMAKE_CURRENT_SOURCE_DIR}/CorpusProgram.cpp
                 ${CMAKE_CURRENT_SOURCE_DIR}/CorpusTests.cpp
                 ${CMAKE_CURRENT_SOURCE_DIR}/NumberedTextures.cpp
         LINK TarnwickGPU

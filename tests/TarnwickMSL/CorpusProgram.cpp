@@ -171,6 +171,14 @@ void addLayout(std::istringstream& words, gpu::VertexDescriptor& descriptor) {
         layout.stepRate = rate;
 }
 
+ConstantText constant(std::istringstream& words) {
+    ConstantText constant;
+    words >> constant.name;
+    for (std::string word; words >> word;)
+        constant.components.push_back(word == "true" ? "1" : word == "false" ? "0" : word);
+    return constant;
+}
+
 Pixel pixel(std::istringstream& words) {
     Pixel pixel;
     std::string colon;
@@ -209,6 +217,8 @@ void takePromise(const std::string& line, Program& program) {
         addAttribute(words, program.attributes);
     else if (word == "@layout")
         addLayout(words, program.attributes);
+    else if (word == "@constant")
+        program.constants.push_back(constant(words));
     else if (word == "@pixel")
         program.pixels.push_back(pixel(words));
     else if (word.starts_with('@'))

@@ -26,6 +26,9 @@
 //                                 (constant, vertex, instance, patch, control_point, x, y,
 //                                 x_indexed, y_indexed; indices are the words of `scratch`), step
 //                                 rate (1 by default)
+//   // @constant tint 1 0.5 -2   the components of a function constant's value (true and false are
+//                                 1 and 0). The program then runs twice: with the values of a
+//                                 library's functions, and compiled with the values.
 //   // @pixel 2 5 : 1 0 0.5 1     a pixel from the upper left, red, green, blue and alpha
 //   // @pixel 2 5 1 : 3 4 5 1     the same in the target of color(1)
 //
@@ -74,6 +77,11 @@ struct BoundSampler {
     gpu::SamplerDescriptor descriptor;
 };
 
+struct ConstantText {
+    std::string name;
+    std::vector<std::string> components;
+};
+
 struct Pixel {
     std::uint32_t x = 0, y = 0, target = 0;
     std::array<float, 4> color{};
@@ -89,6 +97,7 @@ struct Program {
     std::vector<BoundTexture> textures;
     std::vector<BoundSampler> samplers;
     std::vector<ColorTarget> targets;
+    std::vector<ConstantText> constants;
     std::vector<Pixel> pixels;
     gpu::VertexDescriptor attributes;
 };

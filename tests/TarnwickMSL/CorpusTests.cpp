@@ -3,6 +3,8 @@
 // tests see to.
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
+#include "TarnwickMSL/Compile.h"
+#include "tests/TarnwickMSL/CorpusConstants.h"
 #include "tests/TarnwickMSL/CorpusProgram.h"
 #include "tests/TarnwickMSL/NumberedTextures.h"
 #include "tests/Validation.h"
@@ -53,10 +55,12 @@ class Corpus : public testing::TestWithParam<Program> {
     static void SetUpTestSuite() { device = gpu::Device::systemDefault(); }
     static void TearDownTestSuite() { device.reset(); }
     void SetUp() override;
+    void clear();
 
     void bind(const Program& program);
-    void dispatch(const gpu::Library& library, const Dispatch& given);
-    void draw(const gpu::Library& library, const DrawCall& given);
+    void expectAll(const Program& program, const gpu::Library& library, HasValues hasValues);
+    void dispatch(const CorpusFunctions& functions, const Dispatch& given);
+    void draw(const CorpusFunctions& functions, const DrawCall& given);
     void expectNumbers(const Program& program) const;
     void expectPixels(const Program& program) const;
 
@@ -76,9 +80,14 @@ void Corpus::SetUp() {
     if (!device)
         GTEST_SKIP() << "No Vulkan device is here.";
     queue = device->newCommandQueue();
+    clear();
+}
+
+void Corpus::clear() {
     out = device->newBuffer(numbers * sizeof(float));
     scratch = device->newBuffer(words * sizeof(std::uint32_t));
     std::iota(in.begin(), in.end(), 0.0f);
+    pictures = {};
     const std::vector<float> nothing(numbers, NAN);
     std::memcpy(out->contents(), nothing.data(), numbers * sizeof(float));
 }
@@ -95,8 +104,8 @@ void Corpus::bind(const Program& program) {
         samplers[given.index] = device->newSamplerState(given.descriptor);
 }
 
-void Corpus::dispatch(const gpu::Library& library, const Dispatch& given) {
-    const auto function = library.newFunction(given.kernel);
+void Corpus::dispatch(const CorpusFunctions& functions, const Dispatch& given) {
+    const auto function = functions.take(given.kernel);
     ASSERT_TRUE(function) << given.kernel;
     const auto pipeline = device->newComputePipelineState(*function, &attributes);
     auto commands = queue->commandBuffer();
@@ -116,18 +125,11 @@ void Corpus::dispatch(const gpu::Library& library, const Dispatch& given) {
     EXPECT_EQ(commands->status(), gpu::CommandBufferStatus::completed);
 }
 
-std::unique_ptr<gpu::Function> firstOf(const gpu::Library& library, msl::Stage stage) {
-    for (const std::string& name : library.functionNames())
-        if (auto function = library.newFunction(name); function->stage() == stage)
-            return function;
-    return nullptr;
-}
-
 std::unique_ptr<gpu::RenderPipelineState>
-pipelineFor(gpu::Device& device, const gpu::Library& library, const DrawCall& given,
+pipelineFor(gpu::Device& device, const CorpusFunctions& functions, const DrawCall& given,
             const gpu::VertexDescriptor& attributes, const std::vector<ColorTarget>& targets) {
-    const auto vertex = firstOf(library, msl::Stage::vertex);
-    const auto fragment = firstOf(library, msl::Stage::fragment);
+    const auto vertex = functions.first(msl::Stage::vertex);
+    const auto fragment = functions.first(msl::Stage::fragment);
     gpu::RenderPipelineDescriptor descriptor{
         .vertex = vertex.get(), .fragment = fragment.get(), .vertexDescriptor = &attributes};
     descriptor.tessellation = {.partitionMode = gpu::TessellationPartitionMode::integer,
@@ -159,8 +161,8 @@ std::unique_ptr<gpu::Texture> target(gpu::Device& device, gpu::PixelFormat forma
          .storage = isRead ? gpu::StorageMode::shared : gpu::StorageMode::private_});
 }
 
-void Corpus::draw(const gpu::Library& library, const DrawCall& given) {
-    const auto pipeline = pipelineFor(*device, library, given, attributes.buffers, targets);
+void Corpus::draw(const CorpusFunctions& functions, const DrawCall& given) {
+    const auto pipeline = pipelineFor(*device, functions, given, attributes.buffers, targets);
     const auto resolved = target(*device, gpu::PixelFormat::rgba32Float, 1);
     const auto samples =
         given.hasSamples ? target(*device, gpu::PixelFormat::rgba32Float, 4) : nullptr;
@@ -237,19 +239,28 @@ void Corpus::expectPixels(const Program& program) const {
                 << pixel.target << ")";
 }
 
+void Corpus::expectAll(const Program& program, const gpu::Library& library, HasValues hasValues) {
+    const CorpusFunctions functions(library, program, hasValues);
+    for (const Dispatch& each : program.runs)
+        dispatch(functions, each);
+    for (const DrawCall& each : program.draws)
+        draw(functions, each);
+    expectNumbers(program);
+    expectPixels(program);
+}
+
 } // namespace
 
 TEST_P(Corpus, givesWhatItPromises) {
     const Program& program = GetParam();
     ASSERT_TRUE(program.draws.empty() || !program.pixels.empty() || !program.expected.empty());
     bind(program);
-    const auto library = device->newLibrary(program.source);
-    for (const Dispatch& each : program.runs)
-        dispatch(*library, each);
-    for (const DrawCall& each : program.draws)
-        draw(*library, each);
-    expectNumbers(program);
-    expectPixels(program);
+    expectAll(program, *device->newLibrary(program.source), HasValues::no);
+    if (program.constants.empty())
+        return;
+    clear();
+    expectAll(program, *gpu::newLibrary(program.source, {.constants = constantsOf(program)}),
+              HasValues::yes);
 }
 
 INSTANTIATE_TEST_SUITE_P(Programs, Corpus, testing::ValuesIn(programsIn(TARNWICK_CORPUS)),

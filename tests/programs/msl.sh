@@ -26,6 +26,23 @@ expect 0 '^kernel count, ' msl log.metal --logs -o kept.spv
 spirv-val --target-env vulkan1.3 kept.spv || complain 'kept.spv is not valid' msl --logs
 grep -q 'thread %u' dropped.spv && complain 'the log was kept' msl
 grep -q 'thread %u' kept.spv || complain 'the log was dropped' msl --logs
+cat >constants.metal <<'TEXT'
+constant float2 tint [[function_constant(3)]];
+constant bool isDark [[function_constant(4)]];
+fragment float4 paint(constant float& dark [[buffer(0), function_constant(isDark)]]) {
+    return float4(tint, isDark ? dark : 1, 1);
+}
+TEXT
+expect 0 'function constant 3: float2 tint, required' msl constants.metal
+grep -q 'function constant 4: bool isDark, required' out || complain 'no isDark' msl
+grep -q 'buffer(0)' out || complain 'no buffer(0)' msl
+expect 0 '^fragment paint' msl constants.metal --constant tint=0.5,-1e-1 --constant isDark=false
+grep -q 'function constant\|buffer(0)' out && complain 'constants are left' msl --constant
+expect 1 'constants.metal:1:17: error: .* requires a number for each component' msl constants.metal \
+    --constant tint=1
+expect 1 "error: the program has no function constant 'tin'" msl constants.metal --constant tin=1
+expect 2 'requires numbers, true or false, not "red"' msl constants.metal --constant tint=red
+expect 2 'requires NAME=VALUE, not "tint"' msl constants.metal --constant tint
 echo 'float x = y;' >bad.metal
 expect 1 "^bad.metal:1:11: error: use of undeclared identifier 'y'" msl bad.metal
 "$TARNWICK" msl --batch two.metal bad.metal missing.metal >out 2>err

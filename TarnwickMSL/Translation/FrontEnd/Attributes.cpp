@@ -23,7 +23,7 @@ constexpr std::array words = {
     "buffer", "texture", "sampler", "threadgroup", "stage_in", "user", "color", "depth", "position",
     "point_size", "clip_distance", "flat", "center_perspective", "center_no_perspective",
     "centroid_perspective", "centroid_no_perspective", "sample_perspective",
-    "sample_no_perspective", "invariant", "shared", "id", "index", "attribute",
+    "sample_no_perspective", "invariant", "shared", "id", "index", "attribute", "function_constant",
 
     // built-in values
     "vertex_id", "instance_id", "base_vertex", "base_instance", "point_coord", "front_facing",
@@ -39,7 +39,7 @@ constexpr std::array words = {
     "raster_order_group",
     // functions
     "vertex", "fragment", "kernel", "early_fragment_tests", "max_total_threads_per_threadgroup",
-    "host_name", "patch"};
+    "host_name", "patch", "visible", "stitchable"};
 
 // The spellings that Clang's parser accepts: Metal's words in double brackets, and the words of the
 // token pass (msl_vertex ...) in GNU's form.
@@ -63,6 +63,24 @@ void reportError(clang::Sema& sema, clang::SourceLocation at, const char* messag
     sema.Diag(at, id) << word;
 }
 
+// A function constant without a value on which the expression depends; null if there is none.
+const clang::VarDecl* openConstant(const clang::Stmt* expression, unsigned depth = 0) {
+    constexpr unsigned deepest = 64; // constants of constants
+    if (!expression || depth > deepest)
+        return nullptr;
+    if (const auto* use = llvm::dyn_cast<clang::DeclRefExpr>(expression))
+        if (const auto* variable = llvm::dyn_cast<clang::VarDecl>(use->getDecl())) {
+            if (metalAttribute(*variable, "function_constant") && !variable->hasInit())
+                return variable;
+            if (const auto* found = openConstant(variable->getInit(), depth + 1))
+                return found;
+        }
+    for (const clang::Stmt* part : expression->children())
+        if (const auto* found = openConstant(part, depth))
+            return found;
+    return nullptr;
+}
+
 class MetalAttributeInfo : public ParsedAttrInfo {
   public:
     MetalAttributeInfo() {
@@ -73,7 +91,11 @@ class MetalAttributeInfo : public ParsedAttrInfo {
     AttrHandling handleDeclAttribute(clang::Sema& sema, clang::Decl* declaration,
                                      const ParsedAttr& attribute) const override {
         std::string tag = (prefix + attribute.getAttrName()->getName()).str();
-        for (unsigned i = 0; i < attribute.getNumArgs(); ++i)
+        const bool isCondition = llvm::isa<clang::ParmVarDecl, clang::FieldDecl>(declaration) &&
+                                 attribute.getAttrName()->isStr("function_constant");
+        if (isCondition)
+            appendCondition(sema, attribute, tag);
+        for (unsigned i = 0; i < attribute.getNumArgs() && !isCondition; ++i)
             if (!appendArgument(sema, attribute, i, tag))
                 return AttributeNotApplied;
         declaration->addAttr(
@@ -82,6 +104,22 @@ class MetalAttributeInfo : public ParsedAttrInfo {
     }
 
   private:
+    // Appends ":0", ":1", or ":open" if the condition depends on a constant without a value.
+    static void appendCondition(clang::Sema& sema, const ParsedAttr& attribute, std::string& tag) {
+        const clang::Expr* condition = attribute.getNumArgs() > 0 && attribute.isArgExpr(0)
+                                           ? attribute.getArgAsExpr(0)
+                                           : nullptr;
+        bool value = false;
+        if (openConstant(condition))
+            tag += ":open";
+        else if (condition && !condition->isValueDependent() &&
+                 condition->EvaluateAsBooleanCondition(value, sema.Context))
+            tag += value ? ":1" : ":0";
+        else
+            reportError(sema, attribute.getLoc(), "'%0' attribute requires a bool constant",
+                        attribute.getAttrName()->getName());
+    }
+
     // Appends ":4" or ":name" to the tag; ",4" for a second argument.
     static bool appendArgument(clang::Sema& sema, const ParsedAttr& attribute, unsigned i,
                                std::string& tag) {
@@ -97,6 +135,13 @@ class MetalAttributeInfo : public ParsedAttrInfo {
             return true;
         }
         clang::Expr::EvalResult value;
+        if (const clang::VarDecl* constant = openConstant(argument)) {
+            reportError(sema, argument->getBeginLoc(),
+                        "the function constant '%0' requires a value when the program is "
+                        "compiled, because the index of an argument depends on it",
+                        constant->getName());
+            return false;
+        }
         if (argument->isValueDependent() || !argument->EvaluateAsInt(value, sema.Context)) {
             reportError(sema, argument->getBeginLoc(),
                         "'%0' attribute requires an integer constant", word);
@@ -144,6 +189,13 @@ std::optional<MetalAttribute> metalAttribute(const clang::Decl& declaration,
         if (attribute.word == word)
             return std::move(attribute);
     return std::nullopt;
+}
+
+Presence presenceOf(const clang::Decl& declaration) {
+    const auto condition = metalAttribute(declaration, "function_constant");
+    if (condition && !condition->hasIndex)
+        return Presence::open;
+    return condition && condition->index == 0 ? Presence::no : Presence::yes;
 }
 
 } // namespace tarnwick::msl

@@ -2,6 +2,8 @@
 // keep them as tags that begin with "msl:".
 #pragma once
 
+#include "TarnwickMSL/Translation/Signature.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -29,5 +31,8 @@ std::vector<MetalAttribute> metalAttributes(const clang::Decl& declaration);
 
 std::optional<MetalAttribute> metalAttribute(const clang::Decl& declaration,
                                              const std::string& word);
+
+// That of an argument or a member, by its [[function_constant(condition)]].
+Presence presenceOf(const clang::Decl& declaration);
 
 } // namespace tarnwick::msl

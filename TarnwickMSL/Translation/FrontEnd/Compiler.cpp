@@ -11,13 +11,13 @@ namespace tarnwick::msl {
 
 // The other headers of the standard library. Each includes metal_stdlib, which has everything.
 static constexpr const char* otherHeaders[] = {
-    "metal_math",        "metal_common",       "metal_geometric",       "metal_relational",
-    "metal_integer",     "metal_matrix",       "metal_texture",         "metal_atomic",
-    "metal_compute",     "metal_graphics",     "metal_types",           "metal_pack",
-    "metal_array",       "metal_simdgroup",    "metal_limits",          "metal_numeric",
-    "metal_assert",      "metal_config",       "metal_extended_vector", "metal_packed_vector",
-    "metal_type_traits", "metal_utility",      "metal_quadgroup",       "simd/simd.h",
-    "metal_stdlib.h",    "metal_tessellation", "metal_logging"};
+    "metal_math",         "metal_common",    "metal_geometric",       "metal_relational",
+    "metal_integer",      "metal_matrix",    "metal_texture",         "metal_atomic",
+    "metal_compute",      "metal_graphics",  "metal_types",           "metal_pack",
+    "metal_array",        "metal_simdgroup", "metal_limits",          "metal_numeric",
+    "metal_assert",       "metal_config",    "metal_extended_vector", "metal_packed_vector",
+    "metal_type_traits",  "metal_utility",   "metal_quadgroup",       "metal_stdlib.h",
+    "metal_tessellation", "metal_logging"};
 
 FileSystem fileSystem(std::string_view precompiled) {
     FileSystem files = new llvm::vfs::InMemoryFileSystem;
@@ -28,6 +28,8 @@ FileSystem fileSystem(std::string_view precompiled) {
         add(std::string(libraryFolder) + std::string(file.name), file.text);
     for (const char* header : otherHeaders)
         add(std::string(libraryFolder) + header, "#include <metal_stdlib>\n");
+    add(std::string(libraryFolder) + "simd/simd.h",
+        "#include <metal_stdlib>\n#include <types/simd.h>\n");
     add(prefixFile, "#include <metal_stdlib>\n");
     if (!precompiled.empty())
         add(precompiledFile, precompiled);

@@ -224,6 +224,7 @@ void EntryReader::readStageIn(const clang::ParmVarDecl& parameter, const EntrySi
 void EntryReader::readArgument(const clang::ParmVarDecl& parameter, EntrySignature& signature) {
     Argument argument;
     argument.name = parameter.getName().str();
+    argument.presence = presenceOf(parameter);
     argument.index = ~0u; // no index in the source: numberResources assigns one
     argument.hasRasterOrder = metalAttribute(parameter, "raster_order_group").has_value();
     for (const char* word : {"buffer", "texture", "sampler", "threadgroup"})
@@ -253,14 +254,16 @@ void EntryReader::reportSharedIndices(const clang::FunctionDecl& function,
     std::map<std::pair<ArgumentKind, std::uint32_t>, llvm::StringRef> known;
     for (std::size_t i = 0; i < signature.arguments.size(); ++i) {
         const Argument& argument = signature.arguments[i];
-        if (argument.kind == ArgumentKind::stageIn || argument.kind == ArgumentKind::builtIn)
+        if (argument.kind == ArgumentKind::stageIn || argument.kind == ArgumentKind::builtIn ||
+            argument.presence == Presence::no)
             continue;
         if (argument.index + argument.count > mostOf(argument.kind))
             error(function.getParamDecl(static_cast<unsigned>(i))->getLocation(),
                   "'%0' has an index beyond %1", argument.name,
                   std::to_string(mostOf(argument.kind) - 1));
         for (std::uint32_t n = 0; n < std::min(argument.count, mostTextures); ++n)
-            if (!known.try_emplace({argument.kind, argument.index + n}, argument.name).second)
+            if (!known.try_emplace({argument.kind, argument.index + n}, argument.name).second &&
+                argument.presence == Presence::yes)
                 error(function.getParamDecl(static_cast<unsigned>(i))->getLocation(),
                       "'%0' and '%1' have the same index", argument.name,
                       known[{argument.kind, argument.index + n}]);
@@ -270,12 +273,12 @@ void EntryReader::reportSharedIndices(const clang::FunctionDecl& function,
 // Assigns the lowest free index of its kind to each argument without one, in order.
 void EntryReader::numberResources(EntrySignature& signature) {
     for (Argument& argument : signature.arguments) {
-        if (argument.index != ~0u)
+        if (argument.index != ~0u || argument.presence == Presence::no)
             continue;
         std::uint32_t free = 0;
         auto isTaken = [&](const Argument& other) {
-            return other.kind == argument.kind && other.index != ~0u && other.index <= free &&
-                   free < other.index + other.count;
+            return other.kind == argument.kind && other.presence != Presence::no &&
+                   other.index != ~0u && other.index <= free && free < other.index + other.count;
         };
         while (std::any_of(signature.arguments.begin(), signature.arguments.end(), isTaken))
             ++free;

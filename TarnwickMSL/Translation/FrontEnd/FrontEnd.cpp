@@ -2,6 +2,7 @@
 
 #include "TarnwickMSL/Translation/FrontEnd/Compiler.h"
 #include "TarnwickMSL/Translation/FrontEnd/Entries.h"
+#include "TarnwickMSL/Translation/FrontEnd/FunctionConstants.h"
 #include "TarnwickMSL/Translation/FrontEnd/Rules.h"
 #include "TarnwickMSL/Translation/FrontEnd/Tokens.h"
 #include "TarnwickMSL/Translation/FrontEnd/Warnings.h"
@@ -84,9 +85,11 @@ void ProgramConsumer::HandleTranslationUnit(clang::ASTContext& context) {
     clang::DiagnosticsEngine& diagnostics = instance.getDiagnostics();
     const std::vector<clang::Decl*> program = userDeclarations();
     std::vector<Entry> entries;
+    std::vector<OpenConstant> constants;
     if (!diagnostics.hasErrorOccurred()) {
         checkRules(context, program);
         entries = readEntries(context, program);
+        constants = readConstants(context, program);
     }
     if (diagnostics.hasErrorOccurred())
         return;
@@ -96,6 +99,7 @@ void ProgramConsumer::HandleTranslationUnit(clang::ASTContext& context) {
     for (const clang::DeclGroupRef& group : groups)
         generator->HandleTopLevelDecl(group);
     completeEntries(entries, *generator);
+    completeConstants(constants, *generator);
     generator->HandleTranslationUnit(context);
     if (diagnostics.hasErrorOccurred())
         return;
@@ -103,6 +107,8 @@ void ProgramConsumer::HandleTranslationUnit(clang::ASTContext& context) {
     hideInternals(entries);
     for (Entry& entry : entries)
         parsed.entries.push_back(std::move(entry.signature));
+    for (OpenConstant& constant : constants)
+        parsed.constants.push_back(std::move(constant.signature));
 }
 
 // Gives all symbols but the entry points internal linkage.
@@ -126,20 +132,20 @@ void ProgramConsumer::hideInternals(const std::vector<Entry>& entries) {
 
 class ProgramAction : public clang::ASTFrontendAction {
   public:
-    ProgramAction(llvm::LLVMContext& context, Parsed& parsed, llvm::StringRef moreWarningsIn)
-        : context(context), parsed(parsed), moreWarningsIn(moreWarningsIn) {}
+    ProgramAction(llvm::LLVMContext& context, Parsed& parsed, const ParseOptions& options)
+        : context(context), parsed(parsed), options(options) {}
 
   protected:
     std::unique_ptr<clang::ASTConsumer> CreateASTConsumer(clang::CompilerInstance& instance,
                                                           llvm::StringRef) override {
-        return std::make_unique<ProgramConsumer>(instance, context, parsed, moreWarningsIn);
+        return std::make_unique<ProgramConsumer>(instance, context, parsed, options.moreWarningsIn);
     }
     void ExecuteAction() override;
 
   private:
     llvm::LLVMContext& context;
     Parsed& parsed;
-    llvm::StringRef moreWarningsIn;
+    const ParseOptions& options;
 };
 
 // Parses as clang::ParseAST does, but on the tokens of the token pass.
@@ -153,7 +159,7 @@ void ProgramAction::ExecuteAction() {
     preprocessor.EnterMainSourceFile();
     if (clang::ExternalASTSource* external = sema.getASTContext().getExternalSource())
         external->StartTranslationUnit(&consumer);
-    const std::vector<clang::Token> tokens = programTokens(preprocessor);
+    const std::vector<clang::Token> tokens = programTokens(preprocessor, options.constants);
     preprocessor.EnterTokenStream(tokens, true, false);
     parser.Initialize();
     // ZVector lets ++ and -- take vectors. Set after lexing, so that its keywords stay unknown.
@@ -180,7 +186,7 @@ Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVM
                           parsed.messages, options.moreWarningsIn);
         if (options.places == Places::kept)
             compiler.keepPlaces();
-        ProgramAction action(context, parsed, options.moreWarningsIn);
+        ProgramAction action(context, parsed, options);
         const llvm::MemoryBufferRef buffer(text, "program_source");
         const bool isGood = compiler.execute(
             action, clang::FrontendInputFile(buffer, clang::InputKind(clang::Language::CXX)));

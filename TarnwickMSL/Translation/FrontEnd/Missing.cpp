@@ -8,17 +8,17 @@ namespace tarnwick::msl {
 // clang-format off
 // Sorted. Metal Shading Language 3.1: 5.1.4 to 5.1.9 (visible, stitchable,
 // intersection, object, mesh and tile functions), 5.2.3, 5.6 (imageblocks), 5.7 and 5.8.
-static constexpr std::array<std::string_view, 11> attributes{
-    "alias_implicit_imageblock", "function_constant", "imageblock_data", "intersection", "mesh",
-    "object", "payload", "primitive_culled", "stitchable", "tile", "visible",
+static constexpr std::array<std::string_view, 8> attributes{
+    "alias_implicit_imageblock", "imageblock_data", "intersection", "mesh",
+    "object", "payload", "primitive_culled", "tile",
 };
 
 // Sorted. 2.11 (imageblocks), 2.14 to 2.19, 6.13, 6.16 (commands), 6.17 and 6.18 (rays).
-static constexpr std::array<std::string_view, 19> names{
+static constexpr std::array<std::string_view, 18> names{
     "command_buffer", "compute_command", "imageblock",
     "imageblock_slice", "intersection_function_table",
     "intersector",
-    "is_function_constant_defined", "mesh", "mesh_grid_properties", "object_data",
+    "mesh", "mesh_grid_properties", "object_data",
     "rasterization_rate_map_data", "rasterization_rate_map_decoder", "ray_data", "raytracing",
     "render_command",
     "threadgroup_imageblock", "topology", "uniform", "visible_function_table",

@@ -72,9 +72,8 @@ class RuleChecker : public clang::RecursiveASTVisitor<RuleChecker> {
     }
     void checkSize(const clang::VarDecl& variable);
     void checkType(clang::QualType type, clang::SourceLocation at) {
-        if (type->isFunctionPointerType() || type->isMemberFunctionPointerType() ||
-            type->isFunctionReferenceType())
-            report(at, "function pointers are not supported in Metal");
+        if (type->isMemberPointerType())
+            report(at, "pointers to members are not supported in Metal");
     }
     bool isUsers(clang::SourceLocation at) const {
         const clang::SourceManager& sources = context.getSourceManager();
@@ -86,9 +85,6 @@ class RuleChecker : public clang::RecursiveASTVisitor<RuleChecker> {
 bool RuleChecker::VisitCallExpr(clang::CallExpr* call) {
     if (const clang::FunctionDecl* callee = call->getDirectCallee())
         note(callee, call->getBeginLoc());
-    else if (!call->isTypeDependent() &&
-             !llvm::isa<clang::CXXPseudoDestructorExpr>(call->getCallee()->IgnoreParens()))
-        report(call->getBeginLoc(), "function pointers are not supported in Metal");
     return true;
 }
 

@@ -105,6 +105,8 @@ class RecordReader {
 };
 
 void RecordReader::attributes(const clang::FieldDecl& field, StageValue& value) {
+    if (const Presence presence = presenceOf(field); presence != Presence::yes)
+        value.presence = presence;
     for (const MetalAttribute& attribute : metalAttributes(field)) {
         value.interpolation = interpolationNamed(attribute.word).value_or(value.interpolation);
         if (attribute.word == "user")
@@ -217,6 +219,8 @@ void RecordReader::reportTwin(const clang::FieldDecl& field, std::size_t i) {
     const StageValue& value = values[i];
     for (std::size_t before = 0; before < i; ++before) {
         const StageValue& other = values[before];
+        if (other.presence == Presence::no)
+            continue;
         const bool isSame =
             value.attribute.empty() ? value.name == other.name : isSameBuiltIn(value, other);
         if (isSame && value.attribute == other.attribute && value.source == other.source)
@@ -289,7 +293,7 @@ void RecordReader::field(const clang::FieldDecl& field, StageValue value) {
         return;
     }
     for (std::size_t i = before; i < values.size() && !isAttribute; ++i)
-        if (values[i].attribute == value.attribute) {
+        if (values[i].attribute == value.attribute && values[i].presence != Presence::no) {
             check(field, values[i]);
             reportTwin(field, i);
         }
@@ -346,8 +350,10 @@ std::vector<StageValue> stageValues(clang::ASTContext& context, const clang::CXX
                                     const StagePlace& place) {
     RecordReader reader(context, place);
     reader.record(record, {});
-    const auto varyings = std::count_if(reader.values.begin(), reader.values.end(),
-                                        [](const StageValue& v) { return v.attribute.empty(); });
+    const auto varyings =
+        std::count_if(reader.values.begin(), reader.values.end(), [](const StageValue& v) {
+            return v.attribute.empty() && v.presence != Presence::no;
+        });
     if (static_cast<std::size_t>(varyings) > mostVaryings) {
         clang::DiagnosticsEngine& diagnostics = context.getDiagnostics();
         const unsigned id = diagnostics.getDiagnosticIDs()->getCustomDiagID(

@@ -1,9 +1,10 @@
 // The pass behind Tokens.h. It visits the tokens once, notes the changes of each, and writes the
 // result at the end, so that indices and locations stay valid. Tokens.cpp has the pass itself,
 // Constructors.cpp the constructors of vectors, Overloads.cpp the overloads that differ only in
-// address spaces.
+// address spaces, ConstantTokens.cpp the function constants.
 #pragma once
 
+#include "TarnwickMSL/Constants.h"
 #include "TarnwickMSL/Translation/FrontEnd/Scopes.h"
 #include "TarnwickMSL/Translation/FrontEnd/TypeNames.h"
 
@@ -32,9 +33,10 @@ struct Edit {
 };
 class TokenPass {
   public:
-    TokenPass(clang::Preprocessor& preprocessor, std::vector<Token> tokens)
+    TokenPass(clang::Preprocessor& preprocessor, std::vector<Token> tokens,
+              const ConstantValues& constants)
         : preprocessor(preprocessor), tokens(std::move(tokens)), edits(this->tokens.size()),
-          scopes(this->tokens) {}
+          scopes(this->tokens), constants(constants), isConstantKnown(constants.values.size()) {}
 
     std::vector<Token> run();
 
@@ -44,7 +46,9 @@ class TokenPass {
     std::vector<Token> tokens;
     std::vector<Edit> edits;
     Scopes scopes;
-    TypeNames names; // declared in the program
+    const ConstantValues& constants;
+    std::vector<bool> isConstantKnown; // for each value: whether the program has the constant
+    TypeNames names;                   // declared in the program
     std::size_t typedefName = 0;
     llvm::SmallPtrSet<const IdentifierInfo*, 4> misnamed; // keywords used as names
     // Vector members, with the end of their record's braces; and the colons of member initialisers,
@@ -100,6 +104,13 @@ class TokenPass {
     void explicitInstantiation(std::size_t i);
     void report(std::size_t i, const std::string& message,
                 clang::DiagnosticsEngine::Level level = clang::DiagnosticsEngine::Error);
+    llvm::SmallVector<std::size_t, 1> constantAttributes(std::size_t i) const;
+    const ConstantValue* valueOf(const IdentifierInfo* name);
+    void appendNumber(std::vector<Token>& to, const ConstantNumber& value, SourceLocation at);
+    void appendValue(std::vector<Token>& to, const Token& name, const ConstantValue* value);
+    bool functionConstant(std::size_t i);
+    void constantQuery(std::size_t i);
+    void reportUnknownConstants();
     void literal(std::size_t i);
     Token number(llvm::StringRef text, SourceLocation at) const;
     void forbidden(std::size_t i);

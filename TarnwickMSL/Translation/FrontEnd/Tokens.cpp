@@ -123,6 +123,8 @@ void TokenPass::qualifier(std::size_t i) {
     const bool isArgument = i > entryOpen && i < entryClose;
     edits[i].dropped = true;
     if (isWord(i, "constant")) {
+        if (functionConstant(i))
+            return;
         if (!(i > 0 && is(i - 1, tok::kw_const)) && !is(i + 1, tok::kw_const))
             append(edits[i].after, "const", at);
     } else if (isWord(i, "device")) {
@@ -207,13 +209,9 @@ bool TokenPass::missingAttribute(std::size_t i) {
 // Rewrites the word of `[[user(name)]]` and `[[depth(any)]]` to a string. Puts parentheses round
 // the name in `[[buffer(slot)]]`: Clang takes a single name for a word, `(slot)` for a value.
 void TokenPass::attributeArguments(std::size_t i) {
-    static constexpr llvm::StringLiteral numbered[] = {"buffer",
-                                                       "texture",
-                                                       "sampler",
-                                                       "color",
-                                                       "attribute",
-                                                       "threadgroup",
-                                                       "max_total_threads_per_threadgroup"};
+    static constexpr llvm::StringLiteral numbered[] = {
+        "buffer",    "texture",     "sampler",           "color",
+        "attribute", "threadgroup", "function_constant", "max_total_threads_per_threadgroup"};
     std::size_t end = scopes.match(i);
     for (std::size_t j = i + 2; j + 1 < end; ++j) {
         if ((is(j - 1, tok::l_square) || is(j - 1, tok::comma)) && missingAttribute(j))
@@ -380,6 +378,8 @@ std::vector<Token> TokenPass::run() {
             qualifier(i);
         else if (isWord(i, "vertex") || isWord(i, "fragment") || isWord(i, "kernel"))
             entryPoint(i);
+        else if (isWord(i, "is_function_constant_defined"))
+            constantQuery(i);
         else
             forbidden(i);
         ++i;
@@ -387,6 +387,7 @@ std::vector<Token> TokenPass::run() {
     for (const std::size_t colon : initialiserLists)
         memberInitialisers(colon);
     repeatedFunctions();
+    reportUnknownConstants();
     tokens.back() = end;
     edits.back().dropped = false;
     edits.back().after.clear();
@@ -408,13 +409,14 @@ std::vector<Token> TokenPass::result() const {
     return all;
 }
 
-std::vector<Token> programTokens(clang::Preprocessor& preprocessor) {
+std::vector<Token> programTokens(clang::Preprocessor& preprocessor,
+                                 const ConstantValues& constants) {
     std::vector<Token> tokens;
     do {
         preprocessor.Lex(tokens.emplace_back());
     } while (tokens.back().isNot(tok::eof));
     partClosers(tokens);
-    return TokenPass(preprocessor, std::move(tokens)).run();
+    return TokenPass(preprocessor, std::move(tokens), constants).run();
 }
 
 } // namespace tarnwick::msl

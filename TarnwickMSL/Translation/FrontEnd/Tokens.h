@@ -2,6 +2,8 @@
 // Clang can parse.
 #pragma once
 
+#include "TarnwickMSL/Constants.h"
+
 #include <vector>
 
 namespace clang {
@@ -19,9 +21,11 @@ namespace tarnwick::msl {
 //    `threadgroup` become attributes of an entry point's argument, and are removed elsewhere;
 //    `thread` is removed;
 //  - of functions that differ only in address spaces, the first is kept;
+//  - function constants become constants with their values, or declarations;
 //  - a `threadgroup` variable becomes a static one of its own section.
 // Reports keywords that shaders may not use (`double`, `goto`, ...). Every token leads back to a
 // location in the program (usersPlace).
-std::vector<clang::Token> programTokens(clang::Preprocessor& preprocessor);
+std::vector<clang::Token> programTokens(clang::Preprocessor& preprocessor,
+                                        const ConstantValues& constants);
 
 } // namespace tarnwick::msl

@@ -23,10 +23,12 @@ static void runEntry(Work& work, std::vector<EntryPoint>& made) {
 }
 
 std::vector<EntryPoint> runSteps(llvm::Module& program, const std::vector<EntrySignature>& entries,
+                                 const std::vector<ConstantSignature>& constants,
                                  const Target& target) {
     {
         Work work(program, entries);
         work.target = target;
+        work.constants = constants;
         dumpStart(work);
         for (const Step& step : steps())
             if (step.scope == Scope::program)
@@ -36,6 +38,7 @@ std::vector<EntryPoint> runSteps(llvm::Module& program, const std::vector<EntryS
     for (const EntrySignature& entry : entries) {
         Work work(program, entries);
         work.entry = &entry;
+        work.constants = constants;
         work.target = target;
         runEntry(work, made);
     }
@@ -46,8 +49,9 @@ bool showsFaults() {
     return looksInside();
 }
 
-std::string programText(const llvm::Module& program, const std::vector<EntrySignature>& entries) {
-    return text(program, entries);
+std::string programText(const llvm::Module& program, const std::vector<EntrySignature>& entries,
+                        const std::vector<ConstantSignature>& constants) {
+    return text(program, entries, constants);
 }
 
 static std::string unknownStep(std::string_view name) {

@@ -1,6 +1,8 @@
 #include "TarnwickMSL/Translation/Passes/Steps.h"
 
 #include "TarnwickMSL/Translation/Passes/Calls/Description.h"
+#include "TarnwickMSL/Translation/Passes/Calls/FunctionConstants.h"
+#include "TarnwickMSL/Translation/Passes/Calls/FunctionPointers.h"
 #include "TarnwickMSL/Translation/Passes/Calls/Initialisers.h"
 #include "TarnwickMSL/Translation/Passes/Calls/Inlining.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/ArrayLoops.h"
@@ -43,12 +45,21 @@ static void comparisons(Work& work) {
         fixComparisonLanes(function);
 }
 
-static void inlining(Work& work) {
-    std::vector<Function*> roots;
+static std::vector<Function*> roots(const Work& work) {
+    std::vector<Function*> found;
     for (const EntrySignature& entry : work.entries)
         if (Function* function = work.program.getFunction(entry.symbol))
-            roots.push_back(function);
-    inlineEverything(work.program, roots, work.optimiser());
+            found.push_back(function);
+    return found;
+}
+
+static void inlining(Work& work) {
+    inlineEverything(work.program, roots(work), work.optimiser());
+}
+
+static void cutting(Work& work) {
+    work.shader = cut(work.program, *work.entry);
+    work.shader.constants = work.constants;
 }
 
 static void copies(Work& work) {
@@ -85,19 +96,28 @@ static void vectorPhis(Work& work) {
 
 // clang-format off
 static constexpr std::array table{
+    Step{"function-constants", Scope::program, "Passes/Calls/FunctionConstants.h",
+         [](Work& work) { defineFunctionConstants(work.program, work.constants); },
+         "Gives function constants without a value an initialiser; before `describe`, because it makes calls."},
+    Step{"function-pointers", Scope::program, "Passes/Calls/FunctionPointers.h",
+         [](Work& work) { numberFunctions(work.program); },
+         "Turns function pointers into numbers and calls through them into branches; before every step that follows calls."},
     Step{"describe", Scope::program, "Passes/Calls/Description.h",
          [](Work& work) { describe(work.program, work.target); },
          "Sets attributes by which the optimiser keeps calls in order, and drops logs that the target does not keep; before every step that optimises."},
     Step{"comparisons", Scope::program, "Passes/Values/Comparisons.h", comparisons,
          "Turns Clang's lanes of all ones into Metal's lanes of 1; before any step rewrites Clang's patterns."},
     Step{"initialisers", Scope::program, "Passes/Calls/Initialisers.h",
-         [](Work& work) { foldInitialisers(work.program, work.optimiser()); },
+         [](Work& work) { foldInitialisers(work.program, roots(work), work.optimiser()); },
          "Evaluates constants that need code; before `inline`, so that their values reach every function."},
     Step{"inline", Scope::program, "Passes/Calls/Inlining.h", inlining,
          "Cleans each function and inlines it into its callers, callees first; before `cut`, so that entry points share the work.",
          Form::calls},
+    Step{"local-constants", Scope::program, "Passes/Calls/FunctionConstants.h",
+         [](Work& work) { makeConstantsLocal(work.program, roots(work)); },
+         "Makes constants that depend on function constants variables of each entry point; after `inline`, when an entry point is one function."},
     Step{"cut", Scope::entryPoint, "Passes/Entry/Cut.h",
-         [](Work& work) { work.shader = cut(work.program, *work.entry); },
+         cutting,
          "Copies one entry point and the constants that it uses into a new module; all later steps change only that module."},
     Step{"wrap", Scope::entryPoint, "Passes/Entry/Wrapper.h",
          [](Work& work) { wrap(work.shader, *work.entry, work.entries, work.target); },
@@ -106,6 +126,9 @@ static constexpr std::array table{
     Step{"clean", Scope::entryPoint, "Passes/Optimising/Optimiser.h",
          [](Work& work) { work.optimiser().clean(work.main()); },
          "Turns memory into values and combines instructions; after `wrap`, so that calls get their constant handles."},
+    Step{"function-numbers", Scope::entryPoint, "Passes/Calls/FunctionPointers.h",
+         [](Work& work) { work.forgetMainIf(chooseNumbers(work.main())); },
+         "Turns function pointers that are chosen or in local memory into numbers; after `clean`, which shows the choices, and before every step that reads the types of local memory."},
     Step{"memory-calls", Scope::entryPoint, "Passes/Memory/MemoryCalls.h", copies,
          "Turns copies and fills into loads and stores; after `clean`, which removes most of them, and before loops are measured."},
     Step{"fractions", Scope::entryPoint, "Passes/Values/Fractions.h",

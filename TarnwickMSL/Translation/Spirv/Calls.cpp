@@ -102,6 +102,10 @@ Id writeBuiltInCall(Body& body, Memory& memory, StringRef name, const CallInst& 
         return writeDerivative(body, spv::Op::OpFwidth, call);
     if (name == "loop_budget")
         return body.constants.specialisation(loopBudgetConstant, defaultLoopBudget);
+    if (name == "function_constant")
+        return body.constants.specialisation(
+            static_cast<std::uint32_t>(cast<ConstantInt>(call.getArgOperand(0))->getZExtValue()),
+            call.getType());
     if (name == "discard") {
         body.module.require(spv::Capability::DemoteToHelperInvocation);
         body.act(spv::Op::OpDemoteToHelperInvocation, {});

@@ -61,6 +61,7 @@ class FunctionWriter {
     void modes();
     void function();
     std::vector<Resource> resources() const;
+    std::vector<FunctionConstant> constants() const;
 
     const ShaderModule& shader_;
     Module module_;
@@ -260,6 +261,27 @@ std::vector<Resource> FunctionWriter::resources() const {
     return all;
 }
 
+// The function constants that the code reads or asks for; all, if conditions depend on some.
+std::vector<FunctionConstant> FunctionWriter::constants() const {
+    std::vector<FunctionConstant> used;
+    for (const ConstantSignature& constant : shader_.constants) {
+        const bool isAsked =
+            body_.constants.hasSpecialisation(functionConstantPresence(constant.index));
+        bool isRead = false;
+        for (std::uint32_t component = 0; component < constant.width; ++component)
+            isRead |= body_.constants.hasSpecialisation(
+                functionConstantComponent(constant.index, component));
+        if (isRead || isAsked || shader_.isShapedByConstants)
+            used.push_back({.name = constant.name,
+                            .index = constant.index,
+                            .scalar = constant.scalar,
+                            .width = constant.width,
+                            .isRequired = isRead && !isAsked});
+    }
+    llvm::sort(used, [](const auto& a, const auto& b) { return a.index < b.index; });
+    return used;
+}
+
 static spv::ExecutionModel modelOf(const ShaderModule& shader) {
     switch (shader.stage) {
     case Stage::vertex:
@@ -290,7 +312,9 @@ EntryPoint FunctionWriter::write() {
             .mostThreads = shader_.mostThreads,
             .attributes = fetches_.used(),
             .patch = shader_.patch,
-            .controlPoints = shader_.controlPoints};
+            .controlPoints = shader_.controlPoints,
+            .constants = constants(),
+            .isShapedByConstants = shader_.isShapedByConstants};
 }
 
 EntryPoint writeSpirv(const ShaderModule& shader) {

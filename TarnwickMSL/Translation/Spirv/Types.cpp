@@ -140,6 +140,20 @@ Id Constants::specialisation(std::uint32_t number, std::uint32_t value) {
     return known;
 }
 
+Id Constants::specialisation(std::uint32_t number, Type* type) {
+    Id& known = specialisations_[number];
+    if (known)
+        return known;
+    if (type->isIntegerTy(1))
+        known = module_.declare(spv::Op::OpSpecConstantFalse, types_.of(type), {});
+    else if (type->getPrimitiveSizeInBits() == 64)
+        known = module_.declare(spv::Op::OpSpecConstant, types_.of(type), {0, 0});
+    else
+        known = module_.declare(spv::Op::OpSpecConstant, types_.of(type), {0});
+    module_.decorate(known, spv::Decoration::SpecId, {number});
+    return known;
+}
+
 Id Constants::scalar(Type* type, const APInt& bits) {
     std::uint64_t value = bits.getZExtValue();
     auto low = static_cast<std::uint32_t>(value);

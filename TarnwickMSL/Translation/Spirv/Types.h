@@ -73,6 +73,9 @@ class Constants {
     Id composite(Id type, Operands parts);
     // A specialisation constant of 32 bits and its default value.
     Id specialisation(std::uint32_t number, std::uint32_t value);
+    // The same of any scalar type, 0 by default.
+    Id specialisation(std::uint32_t number, llvm::Type* type);
+    bool hasSpecialisation(std::uint32_t number) const { return specialisations_.contains(number); }
 
   private:
     Id declare(const llvm::Constant* constant);

@@ -11,7 +11,7 @@ namespace {
 
 // Numbers outside of attributes.
 std::vector<std::pair<std::size_t, std::size_t>> numbersOf(const std::string& program) {
-    static const std::regex number(R"(\[\[[^\]]*\]\]|[A-Za-z_]\w*|\.?\d[\w.]*)");
+    static const std::regex number(R"(\[\[[^\]]*\]\]|[A-Za-z_]\w*|\.?\d[\w.']*)");
     const std::string code = codeAlone(program);
     std::vector<std::pair<std::size_t, std::size_t>> found;
     for (std::sregex_iterator match(code.begin(), code.end(), number), end; match != end; ++match)

@@ -46,7 +46,7 @@ class Rewriting : public clang::PreprocessorFrontendAction {
         preprocessor.EnterMainSourceFile();
         std::vector<clang::Token> found;
         if (isPassed)
-            found = programTokens(preprocessor);
+            found = programTokens(preprocessor, {});
         else
             do
                 preprocessor.Lex(found.emplace_back());
@@ -83,9 +83,9 @@ std::string rewritten(const std::string& program) {
 
 // Names and numbers without what the pass changes: `float4` of msl_float4, `0.5` of 0.5f.
 std::vector<std::string> words(const std::vector<Spelled>& tokens) {
-    static const std::set<std::string> dropped{"device",   "constant", "thread", "threadgroup",
-                                               "vertex",   "fragment", "kernel", "metal",
-                                               "coherent", "vec",      "bfloat", "bfloat_vector"};
+    static const std::set<std::string> dropped{
+        "device", "constant", "thread", "threadgroup", "vertex",        "fragment", "kernel",
+        "metal",  "coherent", "vec",    "bfloat",      "bfloat_vector", "simd"};
     std::vector<std::string> found;
     for (const Spelled& token : tokens) {
         std::string text = token.text;

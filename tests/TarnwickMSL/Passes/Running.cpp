@@ -87,7 +87,7 @@ Native::Native(const Module& module) : engine_(std::make_unique<Engine>()) {
     engine_->jit = cantFail(LLJITBuilder().create());
     auto context = std::make_unique<LLVMContext>();
     SMDiagnostic fault;
-    auto copy = parseAssemblyString(text(module, {}), fault, *context);
+    auto copy = parseAssemblyString(text(module, {}, {}), fault, *context);
     copy->setDataLayout(engine_->jit->getDataLayout());
     copy->setTargetTriple(engine_->jit->getTargetTriple().str());
     for (GlobalVariable& global : copy->globals())

@@ -3,9 +3,10 @@
 // the full cleaning runs where its result is used twice or where loops of its own unroll.
 #include "TarnwickMSL/Translation/Passes/Calls/Inlining.h"
 
+#include "TarnwickMSL/Translation/Passes/Calls/FunctionPointers.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/FloatCounters.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
-#include "TarnwickMSL/Translation/TranslationError.h"
+#include "TarnwickMSL/Translation/Places.h"
 
 #include <llvm/ADT/DenseMap.h>
 #include <llvm/IR/InstIterator.h>
@@ -24,10 +25,12 @@ class Order {
   public:
     void visit(Function& function) {
         visits_[&function] = Visit::open;
+        path_.push_back(&function);
         for (Instruction& instruction : instructions(function))
             if (auto* call = dyn_cast<CallBase>(&instruction))
                 follow(*call);
         visits_[&function] = Visit::done;
+        path_.pop_back();
         functions.push_back(&function);
     }
     Visit state(Function& function) { return visits_[&function]; }
@@ -38,16 +41,28 @@ class Order {
     void follow(CallBase& call) {
         Function* callee = call.getCalledFunction();
         if (!callee)
-            throw TranslationError("Function pointers are not supported in a shader.");
+            throw CompilerFault("A call through a pointer is left.");
         if (callee->isDeclaration())
             return;
         if (state(*callee) == Visit::open)
-            throw TranslationError("Recursion is not supported in a shader.");
+            at(call, [&] { refuse(*callee); });
         if (state(*callee) == Visit::none)
             visit(*callee);
     }
 
+    // The call of an open function closes a cycle.
+    [[noreturn]] void refuse(Function& callee) const {
+        const auto cycle = make_range(find(path_, &callee), path_.end());
+        const bool isByNumber = any_of(cycle, [](const Function* function) {
+            return function->getName().starts_with(callByNumber);
+        });
+        throw TranslationError(
+            isByNumber ? "This function may call itself through a pointer to a function."
+                       : "Recursion is not supported in a shader.");
+    }
+
     DenseMap<Function*, Visit> visits_;
+    std::vector<Function*> path_; // the open functions
 };
 
 void inlineCall(CallBase& call) {

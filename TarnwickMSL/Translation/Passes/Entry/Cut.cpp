@@ -87,6 +87,13 @@ static std::unique_ptr<Module> copied(const Function& function) {
     return module;
 }
 
+static bool isShapedByConstants(const EntrySignature& entry) {
+    auto isOpen = [](const auto& part) { return part.presence == Presence::open; };
+    return any_of(entry.results, isOpen) || any_of(entry.arguments, [&](const auto& argument) {
+               return isOpen(argument) || any_of(argument.values, isOpen);
+           });
+}
+
 ShaderModule cut(const Module& program, const EntrySignature& entry) {
     const Function* function = program.getFunction(entry.symbol);
     if (!function || function->isDeclaration())
@@ -99,6 +106,7 @@ ShaderModule cut(const Module& program, const EntrySignature& entry) {
     shader.mostThreads = entry.mostThreads;
     shader.patch = entry.patch;
     shader.controlPoints = entry.controlPoints;
+    shader.isShapedByConstants = isShapedByConstants(entry);
     return shader;
 }
 

@@ -87,6 +87,9 @@ static Type* scalarType(LLVMContext& context, Scalar scalar) {
         return Type::getHalfTy(context);
     case Scalar::float_:
         return Type::getFloatTy(context);
+    case Scalar::int64:
+    case Scalar::uint64:
+        return Type::getInt64Ty(context);
     }
     return nullptr;
 }
@@ -156,7 +159,7 @@ static std::vector<StringRef> varyingNames(const EntrySignature& entry) {
     std::vector<StringRef> names;
     auto add = [&names](const std::vector<StageValue>& values) {
         for (const StageValue& value : values)
-            if (value.attribute.empty())
+            if (value.attribute.empty() && value.presence != Presence::no)
                 names.push_back(value.name);
     };
     if (entry.stage == Stage::vertex && entry.resultIsRecord)

@@ -48,6 +48,7 @@ class Wrapping {
   private:
     void returnOutsideGrid();
     Value* argument(const Argument& given, llvm::Argument& formal);
+    Value* absent(const Argument& given, llvm::Argument& formal);
     Value* buffer(const Argument& given);
     Value* textures(const Argument& given, llvm::Argument& formal);
     Value* samplers(const Argument& given, llvm::Argument& formal);
@@ -95,11 +96,15 @@ Value* Wrapping::passed(llvm::Argument& formal, Value* memory) {
 Value* Wrapping::buffer(const Argument& given) {
     bool isThreadgroup = given.kind == ArgumentKind::threadgroup;
     bool isUniform = given.space == AddressSpace::constant && !isThreadgroup;
+    // Arguments whose conditions exclude each other may share an index.
+    std::string global =
+        (isThreadgroup ? "msl.threadgroup." : "msl.buffer.") + std::to_string(given.index);
+    if (given.presence == Presence::open && shader_.module->getNamedGlobal(global))
+        global += "." + given.name;
     InterfaceVariable variable{.kind = isThreadgroup ? InterfaceKind::workgroup
                                        : isUniform   ? InterfaceKind::uniformBuffer
                                                      : InterfaceKind::storageBuffer,
-                               .global = (isThreadgroup ? "msl.threadgroup." : "msl.buffer.") +
-                                         std::to_string(given.index),
+                               .global = global,
                                .builtIn = {},
                                .index = given.index,
                                .elementBytes = given.elementBytes,
@@ -112,6 +117,8 @@ Value* Wrapping::textures(const Argument& given, llvm::Argument& formal) {
     AllocaInst* memory = localFor(formal, 4 * std::uint64_t{given.count});
     for (std::uint32_t n = 0; n < given.count; ++n) {
         std::uint32_t index = given.index + n;
+        while (any_of(shader_.textures, [&](const auto& other) { return other.index == index; }))
+            index += mostTextures;
         shader_.textures.push_back({.index = index,
                                     .shape = given.shape,
                                     .component = given.component,
@@ -142,7 +149,8 @@ Value* Wrapping::values(const Argument& given, llvm::Argument& formal) {
             bytes = std::max(bytes, value.offset + 16);
     if (formal.getType()->isIntegerTy(1)) // a bool by value
         return builder_.CreateIsNotNull(interface_.read(builder_, given.values.front()));
-    if (!formal.getType()->isPointerTy() && given.values.size() == 1) {
+    if (!formal.getType()->isPointerTy() && given.values.size() == 1 &&
+        given.values.front().presence != Presence::no) {
         Value* only = interface_.read(builder_, given.values.front());
         if (only->getType() == formal.getType())
             return only;
@@ -150,12 +158,34 @@ Value* Wrapping::values(const Argument& given, llvm::Argument& formal) {
     AllocaInst* memory = localFor(formal, bytes);
     for (const StageValue& value : given.values)
         if (!value.isOfControlPoint) // a packed vector is not aligned as its lanes together
-            builder_.CreateAlignedStore(interface_.read(builder_, value), at(memory, value.offset),
-                                        commonAlignment(Align(16), value.offset));
+            builder_.CreateAlignedStore(
+                value.presence == Presence::no
+                    ? Constant::getNullValue(memoryType(builder_.getContext(), value))
+                    : interface_.read(builder_, value),
+                at(memory, value.offset), commonAlignment(Align(16), value.offset));
     return passed(formal, memory);
 }
 
+// An argument whose condition is false. Only code that never runs uses it; it is zero.
+Value* Wrapping::absent(const Argument& given, llvm::Argument& formal) {
+    Type* type = given.kind == ArgumentKind::buffer || given.kind == ArgumentKind::threadgroup
+                     ? pointeeType(*shader_.module, given)
+                     : nullptr;
+    if (!type && !formal.getType()->isPointerTy() && given.kind != ArgumentKind::texture)
+        return Constant::getNullValue(formal.getType());
+    std::uint64_t bytes = std::max<std::uint64_t>(8 * given.count, 16 * given.values.size());
+    for (const StageValue& value : given.values)
+        bytes = std::max(bytes, value.offset + 16);
+    AllocaInst* memory = type ? local(type) : localFor(formal, bytes);
+    const DataLayout& layout = shader_.module->getDataLayout();
+    builder_.CreateMemSet(memory, builder_.getInt8(given.kind == ArgumentKind::texture ? 0xff : 0),
+                          layout.getTypeAllocSize(memory->getAllocatedType()), memory->getAlign());
+    return type ? memory : passed(formal, memory);
+}
+
 Value* Wrapping::argument(const Argument& given, llvm::Argument& formal) {
+    if (given.presence == Presence::no)
+        return absent(given, formal);
     switch (given.kind) {
     case ArgumentKind::buffer:
     case ArgumentKind::threadgroup:
@@ -189,9 +219,10 @@ void Wrapping::writeResults(Value* record, CallBase& call) {
         builder_.CreateStore(&call, record);
     }
     for (const StageValue& value : entry_.results)
-        interface_.write(builder_, value,
-                         builder_.CreateLoad(memoryType(builder_.getContext(), value),
-                                             at(record, value.offset)));
+        if (value.presence != Presence::no)
+            interface_.write(builder_, value,
+                             builder_.CreateLoad(memoryType(builder_.getContext(), value),
+                                                 at(record, value.offset)));
 }
 
 // A dispatch is rounded up to whole threadgroups; the kernel runs for the exact grid of Metal only.

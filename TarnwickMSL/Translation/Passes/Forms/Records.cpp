@@ -12,11 +12,12 @@ namespace tarnwick::msl {
 // The words of an enumeration, by its values.
 // clang-format off
 static constexpr std::array stageWords{"vertex", "fragment", "kernel"};
-static constexpr std::array scalarWords{"bool", "int8", "uint8", "int16", "uint16", "int32", "uint32", "half", "float"};
+static constexpr std::array scalarWords{"bool", "int8", "uint8", "int16", "uint16", "int32", "uint32", "half", "float", "int64", "uint64"};
 static constexpr std::array interpolationWords{
     "center_perspective", "center_no_perspective", "centroid_perspective", "centroid_no_perspective",
     "sample_perspective", "sample_no_perspective", "flat"};
 static constexpr std::array argumentWords{"buffer", "texture", "sampler", "threadgroup", "stage_in", "built_in"};
+static constexpr std::array presenceWords{"yes", "no", "open"};
 static constexpr std::array spaceWords{"constant", "device", "threadgroup"};
 static constexpr std::array interfaceWords{
     "input", "output", "uniform_buffer", "storage_buffer", "push_constant", "workgroup", "loop_report"};
@@ -35,6 +36,8 @@ template <class Enum> static constexpr const auto& wordsOf() {
         return interpolationWords;
     else if constexpr (std::is_same_v<Enum, ArgumentKind>)
         return argumentWords;
+    else if constexpr (std::is_same_v<Enum, Presence>)
+        return presenceWords;
     else if constexpr (std::is_same_v<Enum, AddressSpace>)
         return spaceWords;
     else if constexpr (std::is_same_v<Enum, InterfaceKind>)
@@ -76,6 +79,7 @@ static void eachField(const Argument*, auto&& visit) {
     visit("is_read", &Argument::isRead);
     visit("is_written", &Argument::isWritten);
     visit("count", &Argument::count);
+    visit("presence", &Argument::presence);
 }
 
 static void eachField(const StageValue*, auto&& visit) {
@@ -89,6 +93,7 @@ static void eachField(const StageValue*, auto&& visit) {
     visit("width", &StageValue::width);
     visit("is_interpolant", &StageValue::isInterpolant);
     visit("is_of_control_point", &StageValue::isOfControlPoint);
+    visit("presence", &StageValue::presence);
 }
 
 static void eachField(const StageAttribute*, auto&& visit) {
@@ -97,6 +102,14 @@ static void eachField(const StageAttribute*, auto&& visit) {
     visit("scalar", &StageAttribute::scalar);
     visit("width", &StageAttribute::width);
     visit("is_of_control_point", &StageAttribute::isOfControlPoint);
+}
+
+static void eachField(const ConstantSignature*, auto&& visit) {
+    visit("name", &ConstantSignature::name);
+    visit("symbol", &ConstantSignature::symbol);
+    visit("index", &ConstantSignature::index);
+    visit("scalar", &ConstantSignature::scalar);
+    visit("width", &ConstantSignature::width);
 }
 
 static void eachField(const InterfaceVariable*, auto&& visit) {
@@ -135,6 +148,7 @@ static void eachField(const ShaderModule*, auto&& visit) {
     visit("most_threads", &ShaderModule::mostThreads);
     visit("patch", &ShaderModule::patch);
     visit("control_points", &ShaderModule::controlPoints);
+    visit("is_shaped_by_constants", &ShaderModule::isShapedByConstants);
 }
 
 static void add(std::string& line, const char* name, const std::string& value) {
@@ -213,6 +227,7 @@ template std::string recordLine(std::string_view, const EntrySignature&);
 template std::string recordLine(std::string_view, const Argument&);
 template std::string recordLine(std::string_view, const StageValue&);
 template std::string recordLine(std::string_view, const StageAttribute&);
+template std::string recordLine(std::string_view, const ConstantSignature&);
 template std::string recordLine(std::string_view, const InterfaceVariable&);
 template std::string recordLine(std::string_view, const TextureVariable&);
 template std::string recordLine(std::string_view, const ShaderModule&);
@@ -220,6 +235,7 @@ template std::optional<std::string> readRecord(std::string_view, EntrySignature&
 template std::optional<std::string> readRecord(std::string_view, Argument&);
 template std::optional<std::string> readRecord(std::string_view, StageValue&);
 template std::optional<std::string> readRecord(std::string_view, StageAttribute&);
+template std::optional<std::string> readRecord(std::string_view, ConstantSignature&);
 template std::optional<std::string> readRecord(std::string_view, InterfaceVariable&);
 template std::optional<std::string> readRecord(std::string_view, TextureVariable&);
 template std::optional<std::string> readRecord(std::string_view, ShaderModule&);

@@ -9,7 +9,8 @@
 
 namespace tarnwick::msl {
 
-// Record is EntrySignature, Argument, StageValue, StageAttribute, InterfaceVariable,
+// Record is EntrySignature, Argument, StageValue, StageAttribute, ConstantSignature,
+// InterfaceVariable,
 // TextureVariable or ShaderModule (name, stage and flags alone).
 
 // "; WORD FIELD=VALUE FIELD=VALUE" and a line end. Fields with their default are left out; a value

@@ -68,8 +68,16 @@ static std::string mergeLine(const BasicBlock& header, const Merge& merge) {
            (merge.continueTarget ? " continue=" + nameOf(merge.continueTarget) : "") + "\n";
 }
 
+static std::string textOf(const std::vector<ConstantSignature>& constants) {
+    std::string text;
+    for (const ConstantSignature& constant : constants)
+        text += recordLine("constant", constant);
+    return text;
+}
+
 static std::string recordsOf(const ShaderModule& shader) {
     std::string text = recordLine("shader", shader);
+    text += textOf(shader.constants);
     for (const InterfaceVariable& variable : shader.interface)
         text += recordLine("variable", variable);
     for (const TextureVariable& texture : shader.textures)
@@ -86,8 +94,9 @@ static std::string recordsOf(const ShaderModule& shader) {
     return text;
 }
 
-std::string text(const Module& program, const std::vector<EntrySignature>& entries) {
-    return textOf(entries, nullptr) + codeOf(program);
+std::string text(const Module& program, const std::vector<EntrySignature>& entries,
+                 const std::vector<ConstantSignature>& constants) {
+    return textOf(entries, nullptr) + textOf(constants) + codeOf(program);
 }
 
 std::string text(const ShaderModule& shader) {
@@ -98,7 +107,7 @@ std::string text(const Work& work) {
     if (!work.result.words.empty())
         return spirvText(work.result.words);
     if (!work.shader.module)
-        return text(work.program, work.entries);
+        return text(work.program, work.entries, work.constants);
     const bool isWrapped = work.shader.main != nullptr;
     return (isWrapped ? "" : textOf(work.entries, work.entry)) +
            (work.hasDeadCode ? "; dead code\n" : "") + text(work.shader);
@@ -158,6 +167,8 @@ void RecordReader::read(std::string_view line) {
         value();
     else if (word == "result")
         fill(entries_.back().results.emplace_back());
+    else if (word == "constant")
+        fill(shader_.constants.emplace_back());
     else if (word == "shader")
         fill(shader_);
     else if (word == "variable")
@@ -221,6 +232,7 @@ ReadWork readWork(std::string_view text) {
     read.work = std::make_unique<Work>(*read.program, read.entries);
     if (!read.entries.empty())
         read.work->entry = &read.entries.front();
+    read.work->constants = shader.constants;
     read.work->shader = std::move(shader);
     read.work->hasDeadCode = records.hasDeadCode;
     return read;

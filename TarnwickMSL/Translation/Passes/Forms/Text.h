@@ -20,7 +20,8 @@ struct TextError : std::invalid_argument {
     using std::invalid_argument::invalid_argument;
 };
 
-std::string text(const llvm::Module& program, const std::vector<EntrySignature>& entries);
+std::string text(const llvm::Module& program, const std::vector<EntrySignature>& entries,
+                 const std::vector<ConstantSignature>& constants);
 std::string text(const ShaderModule& shader);
 
 // The whole state: the program's text, or the shader's with the signatures while a step still needs

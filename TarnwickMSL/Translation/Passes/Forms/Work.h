@@ -28,7 +28,8 @@ struct Work {
 
     llvm::Module& program;
     const std::vector<EntrySignature>& entries;
-    const EntrySignature* entry = nullptr; // null before `cut`
+    const EntrySignature* entry = nullptr;    // null before `cut`
+    std::vector<ConstantSignature> constants; // without a value
     Target target;
     ShaderModule shader;         // empty before `cut`
     bool hasDeadCode = false;    // for the step `tidy`

@@ -109,18 +109,33 @@ template <class Needs> static SmallVector<CallBase*, 8> callsThat(Function& main
     return calls;
 }
 
+// Reads of absent textures give zero, and stores have no effect.
+static bool dropAbsent(ShaderModule& shader) {
+    auto calls = callsThat(*shader.main, [](CallBase& call) {
+        auto* handle = dyn_cast<ConstantInt>(call.getArgOperand(0));
+        return handle && handle->equalsInt(absentTexture);
+    });
+    for (CallBase* call : calls) {
+        if (!call->getType()->isVoidTy())
+            call->replaceAllUsesWith(Constant::getNullValue(call->getType()));
+        call->eraseFromParent();
+    }
+    return !calls.empty();
+}
+
 bool resolveHandles(ShaderModule& shader) {
     auto textures = callsThat(
         *shader.main, [](CallBase& call) { return !isa<ConstantInt>(call.getArgOperand(0)); });
     for (CallBase* call : textures)
         split(*call, 0, textureChoices(shader, *call));
+    const bool hasAbsent = dropAbsent(shader);
     auto samplers = callsThat(*shader.main, [](CallBase& call) {
         return takesSampler(builtInName(call)) && !isa<ConstantInt>(call.getArgOperand(1));
     });
     for (CallBase* call : samplers)
         split(*call, 1, samplerChoices(shader, *call));
     bool hasLevels = resolveLevels(shader);
-    return !textures.empty() || !samplers.empty() || hasLevels;
+    return hasAbsent || hasLevels || !textures.empty() || !samplers.empty();
 }
 
 } // namespace tarnwick::msl
