@@ -321,11 +321,12 @@ void TokenPass::initialiseArray(TypeSpan span, std::size_t open, unsigned dimens
     }
 }
 
-// Whether `(` opens a declarator rather than arguments: `float3 (&name)[4]`.
+// Whether `(` opens a declarator rather than arguments: `float3 (&name)[4]`, with or without a
+// name.
 bool TokenPass::isArrayDeclarator(std::size_t open) const {
+    const std::size_t close = is(open + 2, tok::identifier) ? open + 3 : open + 2;
     return is(open, tok::l_paren) && (is(open + 1, tok::amp) || is(open + 1, tok::star)) &&
-           is(open + 2, tok::identifier) && is(open + 3, tok::r_paren) &&
-           (is(open + 4, tok::l_square) || is(open + 4, tok::l_paren));
+           is(close, tok::r_paren) && (is(close + 1, tok::l_square) || is(close + 1, tok::l_paren));
 }
 
 // Whether `(` opens the arguments of a constructor rather than the parameters of a function.
@@ -430,7 +431,8 @@ void TokenPass::cast(std::size_t open) {
         return;
     if (open > 0 &&
         tokens[open - 1].isOneOf(tok::identifier, tok::r_paren, tok::r_square, tok::kw_sizeof,
-                                 tok::kw_alignof, tok::kw_decltype, tok::kw_operator, tok::greater))
+                                 tok::kw_alignof, tok::kw_decltype, tok::kw_operator, tok::greater,
+                                 tok::ellipsis)) // sizeof...(T)
         return;
     openMake(edits[open].before, type->span, tokens[open].getLocation());
     append(edits[open].before, "(", tokens[open].getLocation());

@@ -16,7 +16,7 @@ template <class T, int N> struct List {
     T all[N];
     T last() const { return all[N - 1]; }
 };
-template <class T, class... R> List(T, R...) -> List<T, 1 + sizeof...(R)>;
+template <class T, class... R> List(T, R...) -> List<T, sizeof...(R) + 1>;
 
 template <class... T> float sum(T... t) { return (0.0f + ... + t); }
 template <class... T> bool every(T... t) { return (t && ...); }
@@ -25,6 +25,7 @@ template <class... T> void put(device float* to, T... t) {
     int n = 0;
     ((to[n++] = t), ...);
 }
+template <class T, int N> constexpr int length(const thread T (&)[N]) { return N; }
 template <int... N> constexpr int product = (N * ... * 1);
 
 kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1)]]) {
@@ -39,5 +40,5 @@ kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1
     put(out + 10, in[3], 2, 1.0h);
     out[13] = product<1, 2, 3, 4>;
     array pair{in[1], in[2]};
-    out[14] = pair.size();
+    out[14] = pair.size() + length(l.all) - 3;
 }
