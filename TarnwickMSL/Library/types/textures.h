@@ -382,7 +382,7 @@ template <class T> inline constexpr bool is_component =
 // The name, the shape, and the parts for sizes, sampling, reading, writing, atomic operations and
 // sparse textures, which are sampled or read.
 #define MSL_TEXTURE(name, S, Sizes, Sampled, Read, Write, Atomics, SparseSampled, SparseRead)      \
-    template <class T, access a = access::sample>                                                  \
+    template <class T, access a = access::sample, class = void>                                    \
     struct name                                                                                    \
         : _by_access<a, SparseSampled<Sampled<S, _color<T>, Read<S, _color<T>, Sizes>>>,           \
                      SparseRead<Read<S, _color<T>, Sizes>>, Write<S, _color<T>, Sizes>,            \
@@ -448,7 +448,7 @@ struct texture2d_ms_array
 };
 
 #define MSL_DEPTH(name, S, Sizes, Gather, Compare, Sample, Read)                                   \
-    template <class T, access a = access::sample>                                                  \
+    template <class T, access a = access::sample, class = void>                                    \
     struct name                                                                                    \
         : conditional_t<                                                                           \
               a == access::sample,                                                                 \
