@@ -155,7 +155,7 @@ struct RenderPipelineDescriptor {
     // Of a vertex function with [[stage_in]]; borrowed like the functions.
     const VertexDescriptor* vertexDescriptor = nullptr;
     TessellationDescriptor tessellation; // of a post-tessellation vertex function
-    ColorAttachmentDescriptor color;                                   // colour attachment 0
+    ColorAttachmentDescriptor color;     // colour attachment 0
     std::array<ColorAttachmentDescriptor, mostColors - 1> otherColors; // colour attachments 1 to 7
     PixelFormat depthFormat = PixelFormat::invalid; // invalid: no depth attachment
     std::uint32_t sampleCount = 1;                  // 1 or 4

@@ -66,8 +66,8 @@ bool isBound(const msl::Resource& resource, const HostInterface& host) {
     return true; // of the GPU layer itself
 }
 
-// A host kernel declares neither size nor memory of threadgroups: it runs with any. No host function
-// takes patches, or attributes from vertex buffers.
+// A host kernel declares neither size nor memory of threadgroups: it runs with any. No host
+// function takes patches, or attributes from vertex buffers.
 bool isHosts(const msl::EntryPoint& function, const HostInterface& host) {
     return function.mostThreads == 0 && function.threadgroupBytes == 0 &&
            function.threadgroupPointers.empty() && function.attributes.empty() &&
