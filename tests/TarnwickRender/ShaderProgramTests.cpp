@@ -160,11 +160,6 @@ TEST_F(Programs, takeNoFunctionOfTheEpisodesForTheHosts) {
         {plain, "tw_fragment",
          "struct R { int4 c [[color(0)]]; }; fragment R NAME() { return {1}; }",
          refused + "gives integers, and the target holds fractions."},
-        {plain, "tw_vertex", "[[patch(quad)]] vertex float4 NAME() { return 0; }", main},
-        {plain, "tw_vertex",
-         "struct I { float4 p [[attribute(0)]]; };"
-         "vertex float4 NAME(I i [[stage_in]]) { return i.p; }",
-         main},
         {sound, "tw_sound", fragment, missing("sound")},
         {sound, "tw_sound", "[[max_total_threads_per_threadgroup(1)]] " + kernel, missing("sound")},
         {sound, "tw_sound",
@@ -177,6 +172,12 @@ TEST_F(Programs, takeNoFunctionOfTheEpisodesForTheHosts) {
         {particles, "tw_dot_vertex",
          "vertex float4 NAME(device float* a [[buffer(0)]])"
          " { a[0] = 1; return 0; }",
+         missing("tw_dot_vertex")},
+        {particles, "tw_dot_vertex", "[[patch(quad)]] vertex float4 NAME() { return 0; }",
+         missing("tw_dot_vertex")},
+        {particles, "tw_dot_vertex",
+         "struct I { float4 p [[attribute(0)]]; };"
+         "vertex float4 NAME(I i [[stage_in]]) { return i.p; }",
          missing("tw_dot_vertex")},
         {grid, "tw_grid_vertex", fragment, missing("tw_grid_vertex")},
         {grid, "tw_background", kernel, missing("tw_background")},
