@@ -4,6 +4,7 @@
 
 #include "TarnwickMSL/Constants.h"
 #include "TarnwickMSL/Translation/Signature.h"
+#include "TarnwickMSL/Translation/StepTimes.h"
 
 #include <memory>
 #include <string>
@@ -59,6 +60,7 @@ struct ParseOptions {
     Places places = Places::left;
     std::string moreWarningsIn; // Compile.h
     ConstantValues constants;   // Compile.h
+    StepTimes* times = nullptr;
 };
 
 Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVMContext& context,

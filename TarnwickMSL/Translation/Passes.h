@@ -3,6 +3,7 @@
 
 #include "TarnwickMSL/Target.h"
 #include "TarnwickMSL/Translation/Signature.h"
+#include "TarnwickMSL/Translation/StepTimes.h"
 
 #include <string>
 #include <string_view>
@@ -23,9 +24,11 @@ namespace tarnwick::msl {
 // it: LLVM's verifier and the rules that hold from there on. TARNWICK_CHECK_STEPS=all (the default
 // in debug builds; 0 is off) checks the steps before as well, and the last step's words by the
 // SPIR-V validator. An error that they find is a CompilerFault that names the step.
+//
+// Adds the time of each step to `times`, if it is not null.
 std::vector<EntryPoint> runSteps(llvm::Module& program, const std::vector<EntrySignature>& entries,
                                  const std::vector<ConstantSignature>& constants = {},
-                                 const Target& target = {});
+                                 const Target& target = {}, StepTimes* times = nullptr);
 
 // Whether the variables above ask for the details of a CompilerFault.
 bool showsFaults();

@@ -15,12 +15,15 @@ static std::string detail(const TranslationError& error) {
 
 // `wasParsed` tells a program that the front end took from one that it did not.
 static Compilation attempt(std::string_view source, const StandardLibrary& library,
-                           const CompileOptions& options, Places places, bool& wasParsed) {
+                           const CompileOptions& options, Places places, bool& wasParsed,
+                           StepTimes* times) {
     llvm::LLVMContext context;
+    context.setDiscardValueNames(!showsFaults()); // only people read the names of values
     Parsed parsed = parse(source, library, context,
                           {.places = places,
                            .moreWarningsIn = options.moreWarningsIn,
-                           .constants = options.constants});
+                           .constants = options.constants,
+                           .times = times});
     wasParsed = !parsed.failed;
     Compilation compilation{
         .failed = parsed.failed, .entryPoints = {}, .messages = std::move(parsed.messages)};
@@ -28,7 +31,7 @@ static Compilation attempt(std::string_view source, const StandardLibrary& libra
         return compilation;
     try {
         compilation.entryPoints =
-            runSteps(*parsed.module, parsed.entries, parsed.constants, options.target);
+            runSteps(*parsed.module, parsed.entries, parsed.constants, options.target, times);
     } catch (const TranslationError& error) {
         compilation.failed = true;
         const std::string place = error.place.empty() ? "program_source:1:1" : error.place;
@@ -40,12 +43,12 @@ static Compilation attempt(std::string_view source, const StandardLibrary& libra
 
 // Only a program that cannot be translated is worth the time to find the line that is at fault.
 Compilation translate(std::string_view source, const StandardLibrary& library,
-                      const CompileOptions& options) {
+                      const CompileOptions& options, StepTimes* times) {
     bool wasParsed = false;
-    Compilation first = attempt(source, library, options, Places::left, wasParsed);
+    Compilation first = attempt(source, library, options, Places::left, wasParsed, times);
     if (!first.failed || !wasParsed)
         return first;
-    Compilation second = attempt(source, library, options, Places::kept, wasParsed);
+    Compilation second = attempt(source, library, options, Places::kept, wasParsed, times);
     return second.failed ? second : first;
 }
 

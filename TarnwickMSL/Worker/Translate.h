@@ -6,8 +6,8 @@
 
 namespace tarnwick::msl {
 
-// Ignores the time limit of the options.
+// Ignores the time limit of the options. Adds the time of each step to `times`.
 Compilation translate(std::string_view source, const StandardLibrary& library,
-                      const CompileOptions& options = {});
+                      const CompileOptions& options = {}, StepTimes* times = nullptr);
 
 } // namespace tarnwick::msl

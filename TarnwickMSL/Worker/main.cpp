@@ -4,19 +4,24 @@
 //   tarnwick-msl-worker --dump-ir FILE.metal    prints the front end's module and signatures
 //   tarnwick-msl-worker --step NAME FILE.ll     runs one step on a text and prints the result
 //   tarnwick-msl-worker --steps                 prints the table of the steps
+//   tarnwick-msl-worker --times FILE.metal...   prints the time of each step
 #include "TarnwickMSL/Translation/Passes.h"
 #include "TarnwickMSL/Worker/Dump.h"
 #include "TarnwickMSL/Worker/Precompiled.h"
 #include "TarnwickMSL/Worker/Server.h"
+#include "TarnwickMSL/Worker/Times.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <exception>
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unistd.h>
+#include <vector>
 
 using namespace tarnwick::msl;
 
@@ -27,7 +32,8 @@ std::string textOf(const char* file) {
     return {std::istreambuf_iterator<char>(input), {}};
 }
 
-int run(std::string_view command, const char* file, const char* second) {
+int run(std::string_view command, const char* file, const char* second,
+        std::span<char* const> files) {
     if (command == "--serve") {
         serve(STDIN_FILENO);
         return 0;
@@ -38,12 +44,18 @@ int run(std::string_view command, const char* file, const char* second) {
         return dumpParsed(textOf(file), standardLibrary()) ? 0 : 1;
     if (command == "--step" && file && second)
         return dumpStep(file, textOf(second)) ? 0 : 1;
+    if (command == "--times" && file) {
+        std::vector<std::string> texts;
+        for (const char* one : files)
+            texts.push_back(textOf(one));
+        return printTimes(texts, standardLibrary()) ? 0 : 1;
+    }
     if (command == "--steps") {
         std::cout << stepTable();
         return 0;
     }
     std::cerr << "tarnwick-msl-worker: requires --serve, --precompile FILE, --dump-ir FILE, "
-                 "--step NAME FILE or --steps.\n";
+                 "--step NAME FILE, --steps or --times FILE....\n";
     return 2;
 }
 
@@ -51,8 +63,11 @@ int run(std::string_view command, const char* file, const char* second) {
 
 int main(int count, char** words) {
     try {
-        const int status = run(count > 1 ? words[1] : "", count > 2 ? words[2] : nullptr,
-                               count > 3 ? words[3] : nullptr);
+        const int status =
+            run(count > 1 ? words[1] : "", count > 2 ? words[2] : nullptr,
+                count > 3 ? words[3] : nullptr,
+                std::span(words, static_cast<std::size_t>(count))
+                    .subspan(std::min<std::size_t>(2, static_cast<std::size_t>(count))));
         std::cout.flush();
         return status;
     } catch (const std::exception& error) {

@@ -12,16 +12,19 @@
 
 namespace metal {
 
-template <class... T>
-inline constexpr bool _scalars = (__is_arithmetic(T) && ...);
-template <class A, class... T> inline constexpr bool _alike = (__is_same(A, T) && ...);
 template <class... T> using _common = decltype((T() + ...));
 template <class... T>
 using _floating = conditional_t<__is_integral(_common<T...>), float, _common<T...>>;
 // Scalars of different types; and these or integers, for functions without overloads for integers.
-template <class... T> inline constexpr bool _differing = _scalars<T...> && !_alike<T...>;
-template <class A, class... T>
-inline constexpr bool _converted = _scalars<A, T...> && (!_alike<A, T...> || __is_integral(A));
+// These are macros, not templates: every call of the functions below asks them, and a template would
+// be instantiated for each combination of types in each program.
+#define MSL_SCALARS_2 __is_arithmetic(A) && __is_arithmetic(B)
+#define MSL_SCALARS_3 MSL_SCALARS_2 && __is_arithmetic(C)
+#define MSL_ALIKE_3 (__is_same(A, B) && __is_same(A, C))
+#define MSL_DIFFERING_2 MSL_SCALARS_2 && !__is_same(A, B)
+#define MSL_DIFFERING_3 MSL_SCALARS_3 && !MSL_ALIKE_3
+#define MSL_CONVERTED_2 MSL_SCALARS_2 && (!__is_same(A, B) || __is_integral(A))
+#define MSL_CONVERTED_3 MSL_SCALARS_3 && (!MSL_ALIKE_3 || __is_integral(A))
 
 template <bool condition, class... None>
 using _if = enable_if_t<condition && sizeof...(None) == 0>;
@@ -30,13 +33,13 @@ using _if = enable_if_t<condition && sizeof...(None) == 0>;
 #define MSL_MIXED_common(name, arguments) MSL_COMMON_##arguments(name)
 #define MSL_MIXED_floating(name, arguments) MSL_FLOATING_##arguments(name)
 #define MSL_COMMON_2(name)                                                                         \
-    template <class A, class B, class... None, class = _if<_differing<A, B>, None...>>             \
+    template <class A, class B, class... None, class = _if<MSL_DIFFERING_2, None...>>              \
     MSL_INLINE constexpr auto name(A a, B b, None...) {                                            \
         typedef _common<A, B> T;                                                                   \
         return name(static_cast<T>(a), static_cast<T>(b));                                         \
     }
 #define MSL_COMMON_3(name)                                                                         \
-    template <class A, class B, class C, class... None, class = _if<_differing<A, B, C>, None...>> \
+    template <class A, class B, class C, class... None, class = _if<MSL_DIFFERING_3, None...>>     \
     MSL_INLINE constexpr auto name(A a, B b, C c, None...) {                                       \
         typedef _common<A, B, C> T;                                                                \
         return name(static_cast<T>(a), static_cast<T>(b), static_cast<T>(c));                      \
@@ -47,13 +50,13 @@ using _if = enable_if_t<condition && sizeof...(None) == 0>;
         return name(static_cast<float>(a));                                                        \
     }
 #define MSL_FLOATING_2(name)                                                                       \
-    template <class A, class B, class... None, class = _if<_converted<A, B>, None...>>             \
+    template <class A, class B, class... None, class = _if<MSL_CONVERTED_2, None...>>              \
     MSL_INLINE auto name(A a, B b, None...) {                                                      \
         typedef _floating<A, B> T;                                                                 \
         return name(static_cast<T>(a), static_cast<T>(b));                                         \
     }
 #define MSL_FLOATING_3(name)                                                                       \
-    template <class A, class B, class C, class... None, class = _if<_converted<A, B, C>, None...>> \
+    template <class A, class B, class C, class... None, class = _if<MSL_CONVERTED_3, None...>>     \
     MSL_INLINE auto name(A a, B b, C c, None...) {                                                 \
         typedef _floating<A, B, C> T;                                                              \
         return name(static_cast<T>(a), static_cast<T>(b), static_cast<T>(c));                      \
@@ -68,6 +71,13 @@ MSL_LANE_FUNCTIONS(MSL_ROW, float)
 #define MSL_ROW(name, arguments, mixed) MSL_MIXED_##mixed(name, arguments)
 MSL_CORE_FUNCTIONS(MSL_ROW)
 #undef MSL_ROW
+#undef MSL_SCALARS_2
+#undef MSL_SCALARS_3
+#undef MSL_ALIKE_3
+#undef MSL_DIFFERING_2
+#undef MSL_DIFFERING_3
+#undef MSL_CONVERTED_2
+#undef MSL_CONVERTED_3
 #undef MSL_MIXED_none
 #undef MSL_MIXED_common
 #undef MSL_MIXED_floating

@@ -2,6 +2,9 @@
 // template parameter. They are plain functions, since a template would be instantiated again for
 // each combination of arguments in each program. The templates below only take vectors with other
 // elements. Arguments that fit no overload are reported as "no matching constructor".
+//
+// The first condition of each template only asks Clang itself. Most calls end there, without the
+// instantiation of a template.
 #pragma once
 
 #include "bool_vectors.h"
@@ -20,11 +23,13 @@ template <class T, class A> inline constexpr bool is_other_vector =
     MSL_INLINE constexpr V msl_##V() { return V(T(0)); }                                           \
     MSL_INLINE constexpr V msl_##V(T a) { return V(a); }                                           \
     MSL_INLINE constexpr V msl_##V(V a) { return a; }                                              \
-    template <class A, class = metal::enable_if_t<(metal::lanes_of<A>) != 0>>                      \
+    template <class A, class = metal::enable_if_t<!__is_same(A, T) && !__is_same(A, V)>,           \
+              class = metal::enable_if_t<(metal::lanes_of<A>) != 0>>                               \
     MSL_INLINE constexpr V msl_##V(A a) {                                                          \
         return msl_make<V>(a);                                                                     \
     }                                                                                              \
     template <class A, class B,                                                                    \
+              class = metal::enable_if_t<!(__is_arithmetic(A) && __is_arithmetic(B))>,             \
               class = metal::enable_if_t<metal::is_other_vector<T, A> ||                           \
                                          metal::is_other_vector<T, B>>>                            \
     MSL_INLINE constexpr V msl_##V(A a, B b) {                                                     \
@@ -32,6 +37,8 @@ template <class T, class A> inline constexpr bool is_other_vector =
     }
 #define MSL_OTHERS_OF_3(T, V)                                                                      \
     template <class A, class B, class C,                                                           \
+              class = metal::enable_if_t<!(__is_arithmetic(A) && __is_arithmetic(B) &&             \
+                                           __is_arithmetic(C))>,                                   \
               class = metal::enable_if_t<metal::is_other_vector<T, A> ||                           \
                                          metal::is_other_vector<T, B> ||                           \
                                          metal::is_other_vector<T, C>>>                            \

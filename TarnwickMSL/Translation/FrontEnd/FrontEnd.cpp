@@ -27,8 +27,9 @@ namespace {
 class ProgramConsumer : public clang::ASTConsumer {
   public:
     ProgramConsumer(clang::CompilerInstance& instance, llvm::LLVMContext& context, Parsed& parsed,
-                    llvm::StringRef moreWarningsIn)
-        : parsed(parsed), instance(instance), moreWarningsIn(moreWarningsIn),
+                    const ParseOptions& options)
+        : parsed(parsed), instance(instance), moreWarningsIn(options.moreWarningsIn),
+          times(options.times),
           generator(clang::CreateLLVMCodeGen(
               instance.getDiagnostics(), "program", &instance.getVirtualFileSystem(),
               instance.getHeaderSearchOpts(), instance.getPreprocessorOpts(),
@@ -64,6 +65,7 @@ class ProgramConsumer : public clang::ASTConsumer {
     Parsed& parsed;
     clang::CompilerInstance& instance;
     llvm::StringRef moreWarningsIn;
+    StepTimes* times;
     std::unique_ptr<clang::CodeGenerator> generator;
     std::vector<clang::DeclGroupRef> groups;
     bool isGenerating = false;
@@ -95,6 +97,7 @@ void ProgramConsumer::HandleTranslationUnit(clang::ASTContext& context) {
         return;
     if (!moreWarningsIn.empty())
         warnMore(context, program, moreWarningsIn);
+    addTime(times, "rules");
     isGenerating = true;
     for (const clang::DeclGroupRef& group : groups)
         generator->HandleTopLevelDecl(group);
@@ -105,6 +108,7 @@ void ProgramConsumer::HandleTranslationUnit(clang::ASTContext& context) {
         return;
     parsed.module.reset(generator->ReleaseModule());
     hideInternals(entries);
+    addTime(times, "generate");
     for (Entry& entry : entries)
         parsed.entries.push_back(std::move(entry.signature));
     for (OpenConstant& constant : constants)
@@ -138,7 +142,7 @@ class ProgramAction : public clang::ASTFrontendAction {
   protected:
     std::unique_ptr<clang::ASTConsumer> CreateASTConsumer(clang::CompilerInstance& instance,
                                                           llvm::StringRef) override {
-        return std::make_unique<ProgramConsumer>(instance, context, parsed, options.moreWarningsIn);
+        return std::make_unique<ProgramConsumer>(instance, context, parsed, options);
     }
     void ExecuteAction() override;
 
@@ -150,6 +154,7 @@ class ProgramAction : public clang::ASTFrontendAction {
 
 // Parses as clang::ParseAST does, but on the tokens of the token pass.
 void ProgramAction::ExecuteAction() {
+    addTime(options.times, "library");
     clang::CompilerInstance& instance = getCompilerInstance();
     instance.createSema(clang::TU_Complete, nullptr);
     clang::Sema& sema = instance.getSema();
@@ -160,6 +165,7 @@ void ProgramAction::ExecuteAction() {
     if (clang::ExternalASTSource* external = sema.getASTContext().getExternalSource())
         external->StartTranslationUnit(&consumer);
     const std::vector<clang::Token> tokens = programTokens(preprocessor, options.constants);
+    addTime(options.times, "tokens");
     preprocessor.EnterTokenStream(tokens, true, false);
     parser.Initialize();
     // ZVector lets ++ and -- take vectors. Set after lexing, so that its keywords stay unknown.
@@ -172,6 +178,7 @@ void ProgramAction::ExecuteAction() {
          isEnd = parser.ParseTopLevelDecl(group, state))
         if (group)
             consumer.HandleTopLevelDecl(group.get());
+    addTime(options.times, "parse");
     consumer.HandleTranslationUnit(sema.getASTContext());
 }
 
@@ -187,6 +194,7 @@ Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVM
         if (options.places == Places::kept)
             compiler.keepPlaces();
         ProgramAction action(context, parsed, options);
+        addTime(options.times, "set-up");
         const llvm::MemoryBufferRef buffer(text, "program_source");
         const bool isGood = compiler.execute(
             action, clang::FrontendInputFile(buffer, clang::InputKind(clang::Language::CXX)));
@@ -194,6 +202,7 @@ Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVM
     }
     if (parsed.failed)
         parsed.module.reset();
+    addTime(options.times, "take-down");
     return parsed;
 }
 

@@ -9,11 +9,18 @@
 
 namespace tarnwick::msl {
 
-static void runEntry(Work& work, std::vector<EntryPoint>& made) {
+static void performScope(Scope scope, Work& work, StepTimes* times) {
+    for (const Step& step : steps()) {
+        if (step.scope != scope)
+            continue;
+        perform(step, work);
+        addTime(times, step.name);
+    }
+}
+
+static void runEntry(Work& work, std::vector<EntryPoint>& made, StepTimes* times) {
     try {
-        for (const Step& step : steps())
-            if (step.scope == Scope::entryPoint)
-                perform(step, work);
+        performScope(Scope::entryPoint, work, times);
     } catch (TranslationError& error) {
         if (error.place.empty())
             error.place = work.entry->place;
@@ -24,15 +31,13 @@ static void runEntry(Work& work, std::vector<EntryPoint>& made) {
 
 std::vector<EntryPoint> runSteps(llvm::Module& program, const std::vector<EntrySignature>& entries,
                                  const std::vector<ConstantSignature>& constants,
-                                 const Target& target) {
+                                 const Target& target, StepTimes* times) {
     {
         Work work(program, entries);
         work.target = target;
         work.constants = constants;
         dumpStart(work);
-        for (const Step& step : steps())
-            if (step.scope == Scope::program)
-                perform(step, work);
+        performScope(Scope::program, work, times);
     }
     std::vector<EntryPoint> made;
     for (const EntrySignature& entry : entries) {
@@ -40,7 +45,7 @@ std::vector<EntryPoint> runSteps(llvm::Module& program, const std::vector<EntryS
         work.entry = &entry;
         work.constants = constants;
         work.target = target;
-        runEntry(work, made);
+        runEntry(work, made, times);
     }
     return made;
 }
