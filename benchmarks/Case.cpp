@@ -68,4 +68,16 @@ std::vector<Case> cases(const std::filesystem::path& folder) {
     return found;
 }
 
+std::vector<Case> episodeCases(const std::filesystem::path& folder) {
+    std::vector<Case> found;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        if (entry.path().extension() == ".metal")
+            found.push_back({"episodes/" + entry.path().stem().string(),
+                             ShaderAssembler::assemble(fileText(entry.path())).source,
+                             {},
+                             {}});
+    std::ranges::sort(found, {}, &Case::name);
+    return found;
+}
+
 } // namespace tarnwick::bench

@@ -1,9 +1,12 @@
 #include "benchmarks/Compiling.h"
 
+#include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickMSL/Compile.h"
+#include "TarnwickMSL/WorkerProcess.h"
 #include "benchmarks/Statistics.h"
 #include "benchmarks/Twin.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -28,12 +31,36 @@ double oneCompilation(const std::string& program) {
 CompileTime compileTime(const Case& one, int rounds) {
     std::vector<double> ours, twin;
     oneCompilation(one.program);
-    compiledTwin(one.twin, one.values.size());
+    const bool hasTwin = !one.twin.empty();
+    if (hasTwin)
+        compiledTwin(one.twin, one.values.size());
     for (int round = 0; round < rounds; round++) {
         ours.push_back(oneCompilation(one.program));
-        twin.push_back(milliseconds([&] { compiledTwin(one.twin, one.values.size()); }));
+        if (hasTwin)
+            twin.push_back(milliseconds([&] { compiledTwin(one.twin, one.values.size()); }));
     }
-    return {median(ours), median(twin)};
+    return {median(ours), hasTwin ? median(twin) : 0};
+}
+
+std::string stepTimes(const std::vector<Case>& all) {
+    const TemporaryFolder folder;
+    std::string command = "'" + msl::workerProgram().string() + "' --times";
+    for (const Case& one : all) {
+        std::string name = one.name;
+        std::ranges::replace(name, '/', '-');
+        const std::filesystem::path file = folder.path() / (name + ".metal");
+        std::ofstream(file) << one.program;
+        command += " '" + file.string() + "'";
+    }
+    FILE* process = popen(command.c_str(), "r");
+    if (!process)
+        throw ProgramError("The compiler's worker cannot be started.");
+    std::string text;
+    for (char line[256]; std::fgets(line, sizeof line, process);)
+        text += "  " + std::string(line);
+    if (pclose(process) != 0)
+        throw ProgramError("The compiler's worker did not measure its steps.");
+    return text;
 }
 
 std::vector<double> firstCompileTimes(const std::string& self, const Case& one, int rounds) {

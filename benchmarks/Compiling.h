@@ -16,11 +16,15 @@ struct ProgramError : std::runtime_error {
 
 struct CompileTime {
     double ours = 0; // median, ms: the whole program's entry points through msl::compile, warm
-    double twin = 0; // median, ms: shaderc with its optimiser on the twin, warm
+    double twin = 0; // median, ms: shaderc with its optimiser on the twin, warm; 0 without a twin
 };
 
 // Compiles each `rounds` times, alternating. Throws ProgramError or TwinError.
 CompileTime compileTime(const Case& one, int rounds);
+
+// The table of the compiler's steps with their processor time for all programs, as the worker
+// prints it. Throws ProgramError.
+std::string stepTimes(const std::vector<Case>& all);
 
 // Times of the first compilation of a process, in ms. Each round starts a process of this program
 // with --first.

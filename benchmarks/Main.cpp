@@ -82,17 +82,18 @@ template <class One> void keepNamed(std::vector<One>& all, const std::string& pa
 
 // The command line.
 struct Plan {
-    std::vector<Case> shaders;
+    std::vector<Case> shaders, episodes;
     std::vector<SceneCase> scenes;
     std::vector<TextCase> texts;
     std::vector<ExportCase> exports;
     bool updates = false, sounds = false, exportMemory = false;
 
     explicit Plan(const std::string& only)
-        : shaders(cases(TARNWICK_BENCH_SHADERS)), scenes(sceneCases()),
-          texts(textCases(TARNWICK_BENCH_EPISODES)),
+        : shaders(cases(TARNWICK_BENCH_SHADERS)), episodes(episodeCases(TARNWICK_BENCH_EPISODES)),
+          scenes(sceneCases()), texts(textCases(TARNWICK_BENCH_EPISODES)),
           exports(exportCases(TARNWICK_BENCH_SHADERS, TARNWICK_BENCH_EPISODES)) {
         keepNamed(shaders, only);
+        keepNamed(episodes, only);
         keepNamed(scenes, only);
         keepNamed(texts, only);
         keepNamed(exports, only);
@@ -105,7 +106,14 @@ struct Plan {
     bool takesDevice() const {
         return !shaders.empty() || !scenes.empty() || !exports.empty() || updates || sounds;
     }
-    bool isEmpty() const { return texts.empty() && !exportMemory && !takesDevice(); }
+    bool isEmpty() const {
+        return texts.empty() && episodes.empty() && !exportMemory && !takesDevice();
+    }
+    std::vector<Case> compiled() const {
+        std::vector<Case> all = shaders;
+        all.insert(all.end(), episodes.begin(), episodes.end());
+        return all;
+    }
 };
 
 bool runOnDevice(const Plan& plan, const Options& given) {
@@ -138,8 +146,8 @@ int run(const Options& given) {
     }
     const std::string self = std::filesystem::read_symlink("/proc/self/exe").string();
     bool good = plan.texts.empty() || printTexts(plan.texts, textRounds);
-    if (!plan.shaders.empty())
-        good = printCompiling(plan.shaders, self, given.compileRounds) && good;
+    if (const std::vector<Case> all = plan.compiled(); !all.empty())
+        good = printCompiling(all, self, given.compileRounds) && good;
     if (plan.takesDevice())
         good = runOnDevice(plan, given) && good;
     if (plan.exportMemory)

@@ -14,7 +14,8 @@
 
 namespace tarnwick::bench {
 
-// Milliseconds from source text to SPIR-V; `self` is the file of this program.
+// Milliseconds from source text to SPIR-V, and the share of each step; `self` is the file of this
+// program.
 bool printCompiling(const std::vector<Case>& all, const std::string& self, int rounds);
 
 // Milliseconds to draw one picture of each fragment shader.

@@ -23,6 +23,13 @@ inline double median(std::vector<double> values) {
     return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
 }
 
+// The value below which the share `part` of the values is, [0, 1].
+inline double percentile(std::vector<double> values, double part) {
+    std::sort(values.begin(), values.end());
+    const auto last = static_cast<double>(values.size() - 1);
+    return values[static_cast<std::size_t>(std::ceil(part * last))];
+}
+
 inline double smallest(const std::vector<double>& values) {
     return *std::min_element(values.begin(), values.end());
 }
