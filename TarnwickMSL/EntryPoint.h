@@ -29,14 +29,15 @@ enum class Scalar : std::uint8_t {
 };
 
 enum class ResourceKind : std::uint8_t {
-    uniformBuffer,   // a `constant` argument
-    storageBuffer,   // a `device` argument
-    sampledTexture,  // a texture argument with access::sample or access::read
-    storageTexture,  // a texture argument with access::write or access::read_write
-    sampler,         // a sampler argument
-    constantSampler, // a constexpr sampler of the program; `samplerState` is its state
-    colorInput,      // the colour so far at the pixel, of the colour attachment `index`
-    loopReport       // one 32-bit word: set to 1 by an invocation that ran out of its loop budget
+    uniformBuffer,         // a `constant` argument
+    storageBuffer,         // a `device` argument
+    sampledTexture,        // a texture argument with access::sample or access::read
+    storageTexture,        // a texture argument with access::write or access::read_write
+    sampler,               // a sampler argument
+    constantSampler,       // a constexpr sampler of the program; `samplerState` is its state
+    colorInput,            // the colour so far at the pixel, of the colour attachment `index`
+    accelerationStructure, // an acceleration structure, with the index of buffer(n)
+    loopReport // one 32-bit word: set to 1 by an invocation that ran out of its loop budget
 };
 
 enum class TextureShape : std::uint8_t {

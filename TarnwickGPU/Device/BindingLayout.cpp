@@ -23,6 +23,8 @@ VkDescriptorType descriptorType(msl::ResourceKind kind) {
         return VK_DESCRIPTOR_TYPE_SAMPLED_IMAGE;
     case msl::ResourceKind::storageTexture:
         return VK_DESCRIPTOR_TYPE_STORAGE_IMAGE;
+    case msl::ResourceKind::accelerationStructure: // of modules that no device takes (Capabilities)
+        return VK_DESCRIPTOR_TYPE_ACCELERATION_STRUCTURE_KHR;
     case msl::ResourceKind::sampler:
     case msl::ResourceKind::constantSampler:
         break;

@@ -36,6 +36,7 @@ enum class Capability : std::uint32_t {
     StencilExportEXT = 5013,
     FragmentBarycentricKHR = 5284,
     FragmentShaderPixelInterlockEXT = 5378,
+    RayQueryKHR = 4472,
     Int64ImageEXT = 5016,
     AtomicFloat32AddEXT = 6033
 };
@@ -85,6 +86,8 @@ constexpr std::array rows{
         [](const Asked& a) { return a.in11(&In11::uniformAndStorageBuffer16BitAccess); }},
     Row{Capability::Int64Atomics, "64-bit atomic operations",
         [](const Asked& a) { return a.in12(&In12::shaderBufferInt64Atomics); }},
+    // The layer makes no acceleration structures, so it switches the feature on nowhere.
+    Row{Capability::RayQueryKHR, "ray queries", [](const Asked&) { return false; }},
     Row{Capability::Int64ImageEXT, "64-bit atomic operations on textures",
         [](const Asked& a) { return a.chain.imageAtomics.shaderImageInt64Atomics == VK_TRUE; }},
     Row{Capability::AtomicFloat32AddEXT, "atomic sums of floats",

@@ -48,7 +48,15 @@ struct StageValue {
     Presence presence = Presence::yes;
 };
 
-enum class ArgumentKind : std::uint8_t { buffer, texture, sampler, threadgroup, stageIn, builtIn };
+enum class ArgumentKind : std::uint8_t {
+    buffer,
+    texture,
+    sampler,
+    threadgroup,
+    stageIn,
+    builtIn,
+    accelerationStructure
+};
 enum class AddressSpace : std::uint8_t { constant, device, threadgroup };
 
 // One argument of an entry point, in the order of its LLVM function's own arguments (without a

@@ -57,6 +57,7 @@ bool isBound(const msl::Resource& resource, const HostInterface& host) {
                resource.component == msl::TextureComponent::float_ && !resource.isDepth;
     case msl::ResourceKind::storageTexture:
     case msl::ResourceKind::sampler:
+    case msl::ResourceKind::accelerationStructure:
         return false;
     case msl::ResourceKind::constantSampler:
     case msl::ResourceKind::colorInput:

@@ -24,7 +24,7 @@ constexpr std::array<std::string_view, 3> stageNames{"vertex", "fragment", "kern
 struct ResourceName {
     std::string_view attribute, kind;
 };
-constexpr std::array<ResourceName, 8> resourceNames{{
+constexpr std::array<ResourceName, 9> resourceNames{{
     {"buffer", "uniform buffer"},
     {"buffer", "storage buffer"},
     {"texture", "sampled texture"},
@@ -32,6 +32,7 @@ constexpr std::array<ResourceName, 8> resourceNames{{
     {"sampler", "sampler"},
     {"", "constexpr sampler"},
     {"color", "colour so far"},
+    {"buffer", "acceleration structure"},
     {"", "loop report"},
 }};
 static_assert(resourceNames.size() == static_cast<std::size_t>(msl::ResourceKind::loopReport) + 1);

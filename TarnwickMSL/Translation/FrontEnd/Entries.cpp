@@ -127,7 +127,7 @@ bool fits(PatchKind patch, const StageValue& value) {
            value.width == (patch == PatchKind::quad ? 2u : 3u);
 }
 
-// Textures, samplers, buffers and threadgroup memory.
+// Textures, samplers, buffers, threadgroup memory and acceleration structures.
 bool EntryReader::readResource(const clang::ParmVarDecl& parameter, Argument& argument) {
     const QualType type = parameter.getType();
     if (type->isPointerType() || type->isReferenceType()) {
@@ -163,6 +163,10 @@ bool EntryReader::readResource(const clang::ParmVarDecl& parameter, Argument& ar
     const auto* made = llvm::dyn_cast<clang::ClassTemplateSpecializationDecl>(record);
     if (!made)
         return false;
+    if (made->getName() == "acceleration_structure") {
+        argument.kind = ArgumentKind::accelerationStructure;
+        return true;
+    }
     if (made->getName() == "array") {
         const auto* element = made->getTemplateArgs()[0].getAsType()->getAsCXXRecordDecl();
         const auto* texture =

@@ -14,12 +14,11 @@ static constexpr std::array<std::string_view, 8> attributes{
 };
 
 // Sorted. 2.11 (imageblocks), 2.14 to 2.19, 6.13, 6.16 (commands), 6.17 and 6.18 (rays).
-static constexpr std::array<std::string_view, 18> names{
+static constexpr std::array<std::string_view, 16> names{
     "command_buffer", "compute_command", "imageblock",
     "imageblock_slice", "intersection_function_table",
-    "intersector",
     "mesh", "mesh_grid_properties", "object_data",
-    "rasterization_rate_map_data", "rasterization_rate_map_decoder", "ray_data", "raytracing",
+    "rasterization_rate_map_data", "rasterization_rate_map_decoder", "ray_data",
     "render_command",
     "threadgroup_imageblock", "topology", "uniform", "visible_function_table",
 };

@@ -24,6 +24,8 @@ class Images {
     // Gives the call's value; 0 if it has none.
     Id write(llvm::StringRef name, const llvm::CallInst& call);
 
+    std::uint32_t takeBinding() { return nextBinding_++; } // for a resource of another kind
+
     const std::vector<Resource>& resources() const { return resources_; }
 
   private:

@@ -7,6 +7,7 @@
 #include "TarnwickMSL/Translation/Spirv/Fetches.h"
 #include "TarnwickMSL/Translation/Spirv/Images.h"
 #include "TarnwickMSL/Translation/Spirv/Intrinsics.h"
+#include "TarnwickMSL/Translation/Spirv/RayQueries.h"
 #include "TarnwickMSL/Translation/Spirv/Stage.h"
 #include "TarnwickMSL/Translation/Spirv/Vectors.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
@@ -42,7 +43,7 @@ class FunctionWriter {
         : shader_(shader),
           body_(module_, shader.module->getContext(), shader.module->getDataLayout(), shader.stage),
           memory_(body_, shader), images_(body_, shader, bindingAfter(shader)),
-          fetches_(body_, shader) {
+          fetches_(body_, shader), rays_(body_, [this] { return images_.takeBinding(); }) {
         body_.onDemand = [this](const Instruction& instruction) {
             return isDeferred(instruction) ? value(instruction) : 0;
         };
@@ -69,6 +70,7 @@ class FunctionWriter {
     Memory memory_;
     Images images_;
     Fetches fetches_;
+    RayQueries rays_;
     std::vector<std::pair<const PHINode*, std::size_t>> phis_; // and the place of their operands
 };
 
@@ -107,6 +109,8 @@ Id FunctionWriter::call(const CallInst& call) {
                      : TranslationError("Function pointers are not supported in a shader.");
     if (name == "attribute")
         return fetches_.write(call);
+    if (RayQueries::takes(name))
+        return rays_.write(name, call);
     return Images::takes(name) ? images_.write(name, call)
                                : writeBuiltInCall(body_, memory_, name, call);
 }
@@ -254,6 +258,7 @@ void FunctionWriter::function() {
 std::vector<Resource> FunctionWriter::resources() const {
     std::vector<Resource> all = memory_.resources();
     all.insert(all.end(), images_.resources().begin(), images_.resources().end());
+    all.insert(all.end(), rays_.resources().begin(), rays_.resources().end());
     llvm::sort(all, [](const Resource& a, const Resource& b) { return a.binding < b.binding; });
     if (shader_.stage == Stage::vertex && !all.empty() && all.back().binding >= fragmentBinding)
         throw TranslationError("The function '" + shader_.name +

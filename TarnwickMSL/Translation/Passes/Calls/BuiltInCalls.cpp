@@ -55,7 +55,8 @@ static bool isConvergent(StringRef name) {
 
 static MemoryEffects effects(StringRef name, bool writesTextures) {
     if (name == "discard" || name == "barrier" || name == "fence" || changesTexture(name) ||
-        name.starts_with("atomic") || name.starts_with("log_"))
+        name.starts_with("atomic") || name.starts_with("log_") ||
+        name.starts_with("ray_query_"))
         return MemoryEffects::unknown();
     if (name == "control_point")
         return MemoryEffects::argMemOnly(ModRefInfo::Mod);

@@ -52,6 +52,7 @@ class Wrapping {
     Value* buffer(const Argument& given);
     Value* textures(const Argument& given, llvm::Argument& formal);
     Value* samplers(const Argument& given, llvm::Argument& formal);
+    Value* handle(const Argument& given, llvm::Argument& formal);
     Value* values(const Argument& given, llvm::Argument& formal);
     Value* passed(llvm::Argument& formal, Value* memory);
     AllocaInst* local(Type* type);
@@ -142,6 +143,13 @@ Value* Wrapping::samplers(const Argument& given, llvm::Argument& formal) {
     return passed(formal, memory);
 }
 
+// An acceleration structure, by its index.
+Value* Wrapping::handle(const Argument& given, llvm::Argument& formal) {
+    AllocaInst* memory = localFor(formal, 4);
+    builder_.CreateStore(builder_.getInt32(given.index), memory);
+    return passed(formal, memory);
+}
+
 Value* Wrapping::values(const Argument& given, llvm::Argument& formal) {
     std::uint64_t bytes = 0;
     for (const StageValue& value : given.values)
@@ -194,6 +202,8 @@ Value* Wrapping::argument(const Argument& given, llvm::Argument& formal) {
         return textures(given, formal);
     case ArgumentKind::sampler:
         return samplers(given, formal);
+    case ArgumentKind::accelerationStructure:
+        return handle(given, formal);
     case ArgumentKind::stageIn:
     case ArgumentKind::builtIn:
         return values(given, formal);

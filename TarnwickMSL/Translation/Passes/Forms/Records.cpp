@@ -16,7 +16,7 @@ static constexpr std::array scalarWords{"bool", "int8", "uint8", "int16", "uint1
 static constexpr std::array interpolationWords{
     "center_perspective", "center_no_perspective", "centroid_perspective", "centroid_no_perspective",
     "sample_perspective", "sample_no_perspective", "flat"};
-static constexpr std::array argumentWords{"buffer", "texture", "sampler", "threadgroup", "stage_in", "built_in"};
+static constexpr std::array argumentWords{"buffer", "texture", "sampler", "threadgroup", "stage_in", "built_in", "acceleration_structure"};
 static constexpr std::array presenceWords{"yes", "no", "open"};
 static constexpr std::array spaceWords{"constant", "device", "threadgroup"};
 static constexpr std::array interfaceWords{
