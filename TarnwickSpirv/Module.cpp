@@ -16,7 +16,8 @@ constexpr std::uint32_t version = 0x00010600, generator = 0; // none registered
 constexpr std::size_t headerWords = 5, boundWord = 3;
 
 bool isType(spv::Op op) {
-    return op >= OpTypeVoid && op <= OpTypeFunction;
+    return (op >= OpTypeVoid && op <= OpTypeFunction) || op == OpTypeRayQueryKHR ||
+           op == OpTypeAccelerationStructureKHR;
 }
 
 bool isDeclaration(spv::Op op) {
