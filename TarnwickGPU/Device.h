@@ -6,6 +6,7 @@
 #include "TarnwickGPU/Format.h"
 #include "TarnwickGPU/Pipeline.h"
 #include "TarnwickMSL/EntryPoint.h"
+#include "TarnwickMSL/Target.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -67,6 +68,9 @@ class Device {
     // variable TARNWICK_VALIDATION enables the layer: 1, or abort to end the process at the first
     // message.
     static std::uint64_t validationMessages();
+
+    // The features that the compiler may use in programs for this device.
+    msl::Target compilerTarget() const;
 
     // Compiles a program. Blocks. `moreWarningsIn`: see msl::CompileOptions. Throws LibraryError.
     std::unique_ptr<Library> newLibrary(std::string_view source,

@@ -22,6 +22,7 @@ struct CompileOptions;
 
 namespace tarnwick::gpu {
 
+class ArgumentEncoder;
 struct DeviceState;
 struct RenderPipelineParts; // the Vulkan sides, in Commands/PipelineParts.h
 struct ComputePipelineParts;
@@ -36,6 +37,8 @@ class Function {
     const std::vector<msl::FunctionConstant>& functionConstants() const {
         return entryPoint_->constants;
     }
+    // For the argument buffer at [[buffer(index)]]; null if the function has none there.
+    std::unique_ptr<ArgumentEncoder> newArgumentEncoder(std::uint32_t index) const;
     const msl::EntryPoint& entryPoint() const { return *entryPoint_; }
     const std::shared_ptr<const msl::EntryPoint>& sharedEntryPoint() const { return entryPoint_; }
 

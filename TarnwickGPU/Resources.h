@@ -4,6 +4,7 @@
 #include "TarnwickGPU/Format.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 namespace tarnwick::gpu {
@@ -22,6 +23,9 @@ class Buffer {
     // The bytes in the CPU's memory; null for StorageMode::private_. The GPU's stores are there
     // once their command buffer has completed.
     void* contents() const;
+    // The address at which shaders find the first byte, for pointers in other buffers. 0 if the
+    // device has no such addresses (bufferDeviceAddress).
+    std::uint64_t gpuAddress() const;
     // A texture of type typeTextureBuffer: texels of the buffer from the byte `offset` on, which
     // the texture keeps. Its storage is the buffer's. Null if the device does not support the
     // format, the width or the offset, or if the texels are not in the buffer. `bytesPerRow` is at
@@ -66,6 +70,8 @@ class Texture {
         std::size_t length = 0; // bytes of the texture from `bytes` on
     };
     MappedPixels mapped() const;
+    // The number that stands for the texture in an argument buffer; 0 for a drawable's.
+    std::uint64_t gpuResourceID() const;
     TextureParts& parts() const { return *parts_; }
 
   private:

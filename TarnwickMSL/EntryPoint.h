@@ -37,7 +37,8 @@ enum class ResourceKind : std::uint8_t {
     constantSampler,       // a constexpr sampler of the program; `samplerState` is its state
     colorInput,            // the colour so far at the pixel, of the colour attachment `index`
     accelerationStructure, // an acceleration structure, with the index of buffer(n)
-    loopReport // one 32-bit word: set to 1 by an invocation that ran out of its loop budget
+    loopReport,     // one 32-bit word: set to 1 by an invocation that ran out of its loop budget
+    bufferAddresses // `size` / 8 addresses of 64 bits: of the buffers with the indices from 0 on
 };
 
 enum class TextureShape : std::uint8_t {
@@ -57,8 +58,10 @@ enum class TextureShape : std::uint8_t {
 // `ulong_`: of atomic operations of 64 bits alone.
 enum class TextureComponent : std::uint8_t { none, float_, int_, uint_, ulong_ };
 
-// The sizes of a stage's tables: an argument's index is in [0, size).
-inline constexpr std::uint32_t mostTextures = 128, mostSamplers = 16;
+// The sizes of a stage's tables: an argument's index is in [0, size). Members of argument buffers
+// have the indices from mostSamplers and from the numbers below on.
+inline constexpr std::uint32_t mostTextures = 128, mostSamplers = 16, mostBuffers = 31;
+inline constexpr std::uint32_t firstMemberTexture = 1u << 16, firstMemberBuffer = 64;
 
 // One resource of an entry point, at `binding` of descriptor set 0. The bindings of a vertex or
 // kernel function are 0, 1, 2..., those of a fragment function 32, 33..., so both stages of a
@@ -94,6 +97,22 @@ struct StageAttribute {
     std::uint32_t fetch = 0;
 
     bool operator==(const StageAttribute&) const = default;
+};
+
+// A member of an argument buffer, a record whose textures, samplers and pointers the host sets
+// (Metal Shading Language 3.1, 2.13). The record holds 64 bits for a sampler and the address of a
+// buffer, 32 for a texture. If the entry point uses the member, it is a resource of its own.
+enum class MemberKind : std::uint8_t { constants, buffer, texture, sampler };
+
+struct ArgumentMember {
+    MemberKind kind = MemberKind::constants;
+    std::uint32_t buffer = 0; // the index of the argument buffer
+    std::uint32_t id = 0;     // n of [[id(n)]]
+    std::uint32_t offset = 0; // bytes from the start of the record
+    std::uint32_t bytes = 0;  // of the member in the record
+    std::uint32_t index = 0;  // of its resource; not of constants
+
+    bool operator==(const ArgumentMember&) const = default;
 };
 
 // Specialisation constants of the modules. A module declares those that it uses.
@@ -158,6 +177,8 @@ struct EntryPoint {
     // Some argument, input or output exists only for some values of function constants. Compiled
     // without the values, it always exists.
     bool isShapedByConstants = false;
+    bool storesByAddress = false;        // through pointers that are no argument of the function
+    std::vector<ArgumentMember> members; // of all argument buffers
 
     bool operator==(const EntryPoint&) const = default;
 };

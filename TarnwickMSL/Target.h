@@ -15,6 +15,10 @@ struct Target {
     // layer prints; otherwise logs are dropped.
     bool keepsLogs = false;
 
+    // The program may read pointers from buffers and make them of integers. Nothing bounds their
+    // accesses, so this is for programs that are trusted as the host itself is.
+    bool followsAddresses = true;
+
     bool operator==(const Target&) const = default;
 };
 

@@ -110,6 +110,13 @@ void fields(Record& c, Bytes& bytes) {
 }
 
 template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, ArgumentMember>
+void fields(Record& m, Bytes& bytes) {
+    bytes(m.kind), bytes(m.buffer), bytes(m.id), bytes(m.offset), bytes(m.bytes);
+    bytes(m.index);
+}
+
+template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, EntryPoint>
 void fields(Record& e, Bytes& bytes) {
     bytes(e.name), bytes(e.stage), bytes(e.words), bytes(e.resources), bytes(e.usesLoopBudget);
@@ -118,6 +125,7 @@ void fields(Record& e, Bytes& bytes) {
     bytes(e.threadgroupPointers), bytes(e.mostThreads), bytes(e.attributes), bytes(e.patch);
     bytes(e.controlPoints);
     bytes(e.constants), bytes(e.isShapedByConstants);
+    bytes(e.storesByAddress), bytes(e.members);
 }
 
 template <class Record, class Bytes>
@@ -130,6 +138,7 @@ template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, Request>
 void fields(Record& r, Bytes& bytes) {
     bytes(r.limitMilliseconds), bytes(r.target.addsFloatsInBuffers);
+    bytes(r.target.followsAddresses);
     bytes(r.target.ordersFragments), bytes(r.target.keepsLogs), bytes(r.moreWarningsIn);
     bytes(r.source), bytes(r.constants.values), bytes(r.constants.othersAreUndefined);
 }

@@ -293,8 +293,11 @@ Words Module::finish(spv::ExecutionModel model) const {
         append(words, OpExtInstImport, {extended_}, literal("GLSL.std.450"));
     if (debugPrintf_)
         append(words, OpExtInstImport, {debugPrintf_}, literal(debugPrintfSet));
+    const bool hasAddresses =
+        std::ranges::count(capabilities, spv::Capability::PhysicalStorageBufferAddresses) > 0;
     append(words, OpMemoryModel,
-           {static_cast<std::uint32_t>(spv::AddressingModel::Logical),
+           {static_cast<std::uint32_t>(hasAddresses ? spv::AddressingModel::PhysicalStorageBuffer64
+                                                    : spv::AddressingModel::Logical),
             static_cast<std::uint32_t>(spv::MemoryModel::GLSL450)});
     Words named = literal("main");
     named.insert(named.end(), interface.begin(), interface.end());

@@ -31,7 +31,8 @@ BytesRing::Slice BytesRing::take(const DeviceRecord& device, VkDeviceSize size) 
         chunks_.push_back(*made);
     }
     const BufferMemory& chunk = chunks_[chunk_];
-    const Slice slice{chunk.buffer, used_, chunk.bytes + used_};
+    const Slice slice{chunk.buffer, used_, chunk.bytes + used_,
+                      chunk.address ? chunk.address + used_ : 0};
     used_ += needed;
     return slice;
 }

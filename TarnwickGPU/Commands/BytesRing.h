@@ -17,6 +17,7 @@ class BytesRing {
         VkBuffer buffer = VK_NULL_HANDLE; // null: out of memory
         VkDeviceSize offset = 0;
         std::byte* bytes = nullptr;
+        VkDeviceAddress address = 0; // 0 if the device has no addresses
     };
 
     // `size` bytes at an offset with the alignment of every kind of descriptor.

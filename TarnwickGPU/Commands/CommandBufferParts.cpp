@@ -127,8 +127,8 @@ void CommandBufferParts::setBytes(TableIndex table, const void* bytes, std::size
         return;
     }
     std::memcpy(slice.bytes, bytes, length);
-    tables[static_cast<std::size_t>(table)].buffers[index] = {slice.buffer, slice.offset, length,
-                                                              slice.bytes};
+    tables[static_cast<std::size_t>(table)].buffers[index] = {
+        slice.buffer, slice.offset, length, slice.bytes, slice.bytes, slice.address};
     resourcesChanged = true;
 }
 
@@ -149,8 +149,13 @@ void CommandBufferParts::place(TableIndex table, const Buffer& buffer, std::size
                  "the offset is a multiple of the device's alignments", "offset", offset,
                  "alignment of storage buffers", limits.minStorageBufferOffsetAlignment,
                  "alignment of uniform buffers", limits.minUniformBufferOffsetAlignment);
-    tables[static_cast<std::size_t>(table)].buffers[index] = {memory.buffer, offset,
-                                                              memory.size - offset, nullptr};
+    tables[static_cast<std::size_t>(table)].buffers[index] = {
+        memory.buffer,
+        offset,
+        memory.size - offset,
+        nullptr,
+        memory.bytes ? memory.bytes + offset : nullptr,
+        memory.address ? memory.address + offset : 0};
     resourcesChanged = true;
 }
 

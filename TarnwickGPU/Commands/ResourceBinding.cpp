@@ -33,7 +33,47 @@ void lengthen(CommandBufferParts& commands, BoundBuffer& bound, VkDeviceSize siz
     }
     std::memcpy(slice.bytes, bound.bytes, bound.size);
     std::memset(slice.bytes + bound.size, 0, size - bound.size);
-    bound = {slice.buffer, slice.offset, size, slice.bytes};
+    bound = {slice.buffer, slice.offset, size, slice.bytes, slice.bytes, slice.address};
+}
+
+// What an argument buffer holds for a member; 0 if the CPU cannot read it.
+std::uint64_t numberOf(const ResourceTable& table, const msl::ArgumentMember& member) {
+    const BoundBuffer& record = table.buffers[member.buffer];
+    std::uint64_t number = 0;
+    if (record.contents && std::uint64_t{member.offset} + member.bytes <= record.size)
+        std::memcpy(&number, record.contents + member.offset, member.bytes);
+    return number;
+}
+
+// The addresses of the bound buffers; 0, which programs read as null, where none is bound.
+VkDescriptorBufferInfo addressesOf(CommandBufferParts& commands, const ResourceTable& table,
+                                   const BoundResource& bound) {
+    const VkDeviceSize size = bound.resource.size;
+    const BytesRing::Slice slice = commands.ring.take(commands.device->record, size);
+    if (!slice.buffer) {
+        commands.failed = true;
+        return {};
+    }
+    const auto write = [&](std::size_t index, VkDeviceAddress address) {
+        if ((index + 1) * sizeof address <= size)
+            std::memcpy(slice.bytes + index * sizeof address, &address, sizeof address);
+    };
+    for (std::size_t index = 0; index < table.buffers.size(); ++index)
+        write(index, table.buffers[index].address);
+    for (const msl::ArgumentMember& member : bound.members)
+        write(member.index, numberOf(table, member));
+    return {slice.buffer, slice.offset, size};
+}
+
+// The buffer that a member of an argument buffer points to; none at an address that cannot be
+// bound.
+BoundBuffer memberBuffer(const DeviceState& device, const ResourceTable& table,
+                         const msl::ArgumentMember& member) {
+    const auto range = device.residents.bufferAt(numberOf(table, member));
+    const VkPhysicalDeviceLimits& limits = device.record.limits;
+    if (!range || range->offset % limits.minStorageBufferOffsetAlignment != 0)
+        return {};
+    return {.buffer = range->buffer, .offset = range->offset, .size = range->size};
 }
 
 VkDescriptorBufferInfo bufferInfo(CommandBufferParts& commands, ResourceTable& table,
@@ -45,7 +85,12 @@ VkDescriptorBufferInfo bufferInfo(CommandBufferParts& commands, ResourceTable& t
         return commands.ownBuffers[*bound.own];
     if (resource.kind == msl::ResourceKind::loopReport)
         return commands.reports.next();
-    BoundBuffer& buffer = table.buffers[resource.index];
+    if (resource.kind == msl::ResourceKind::bufferAddresses)
+        return addressesOf(commands, table, bound);
+    BoundBuffer held;
+    if (!bound.members.empty())
+        held = memberBuffer(device, table, bound.members.front());
+    BoundBuffer& buffer = bound.members.empty() ? table.buffers[resource.index] : held;
     if (!buffer.buffer)
         return {resource.isWritten ? device.standIns.scratch.buffer : device.standIns.zeros.buffer,
                 0, std::min<VkDeviceSize>(standInBytes, limits.maxUniformBufferRange)};
@@ -57,8 +102,15 @@ VkDescriptorBufferInfo bufferInfo(CommandBufferParts& commands, ResourceTable& t
     return {buffer.buffer, buffer.offset, std::min(buffer.size, most)};
 }
 
-VkSampler samplerFor(const ResourceTable& table, const BoundResource& bound) {
+VkSampler samplerFor(DeviceState& device, const ResourceTable& table, const BoundResource& bound) {
     const msl::Resource& resource = bound.resource;
+    if (!bound.members.empty()) {
+        const std::uint64_t number = numberOf(table, bound.members.front());
+        const std::uint64_t bits = (number & ~msl::samplerArgumentBit) | resource.samplerState;
+        const VkSampler held =
+            number & msl::samplerArgumentBit ? device.samplers.sampler(bits) : VK_NULL_HANDLE;
+        return held ? held : bound.sampler;
+    }
     const SamplerParts* given =
         resource.kind == msl::ResourceKind::sampler ? table.samplers[resource.index] : nullptr;
     if (!given)
@@ -81,25 +133,34 @@ VkDescriptorImageInfo colorInput(const CommandBufferParts& commands, const Bound
     return {VK_NULL_HANDLE, input.view, input.layout};
 }
 
-VkDescriptorImageInfo imageInfo(const CommandBufferParts& commands, const ResourceTable& table,
+const TextureParts* textureFor(const DeviceState& device, const ResourceTable& table,
+                               const BoundResource& bound) {
+    if (bound.members.empty())
+        return table.textures[bound.resource.index];
+    return device.residents.texture(
+        static_cast<std::uint32_t>(numberOf(table, bound.members.front())));
+}
+
+VkDescriptorImageInfo imageInfo(CommandBufferParts& commands, const ResourceTable& table,
                                 const BoundResource& bound) {
     const DeviceRecord& device = commands.device->record;
     if (bound.sampler)
-        return {samplerFor(table, bound), VK_NULL_HANDLE, VK_IMAGE_LAYOUT_UNDEFINED};
+        return {samplerFor(*commands.device, table, bound), VK_NULL_HANDLE,
+                VK_IMAGE_LAYOUT_UNDEFINED};
     if (bound.resource.kind == msl::ResourceKind::colorInput)
         return colorInput(commands, bound);
-    const TextureParts* texture = table.textures[bound.resource.index];
+    const TextureParts* texture = textureFor(*commands.device, table, bound);
     const VkImageView view = texture ? texture->views.forResource(bound.resource) : VK_NULL_HANDLE;
     if (!view)
         return standInFor(device, bound);
     return {VK_NULL_HANDLE, view, texture->rest};
 }
 
-VkBufferView texels(const DeviceRecord& device, const ResourceTable& table,
+VkBufferView texels(const DeviceState& device, const ResourceTable& table,
                     const BoundResource& bound) {
-    const TextureParts* texture = table.textures[bound.resource.index];
+    const TextureParts* texture = textureFor(device, table, bound);
     const VkBufferView view = texture ? texture->texelsFor(bound.resource) : VK_NULL_HANDLE;
-    if (view || device.features.nullDescriptors)
+    if (view || device.record.features.nullDescriptors)
         return view;
     return bound.standIn->texelsFor(bound.resource);
 }
@@ -124,7 +185,7 @@ void add(CommandBufferParts& commands, Writes& writes, const BoundResource& boun
         writes.buffers[at] = bufferInfo(commands, table, bound);
         writes.list[at].pBufferInfo = &writes.buffers[at];
     } else if (isTexels(bound.type)) {
-        writes.texels[at] = texels(commands.device->record, table, bound);
+        writes.texels[at] = texels(*commands.device, table, bound);
         writes.list[at].pTexelBufferView = &writes.texels[at];
     } else {
         writes.images[at] = imageInfo(commands, table, bound);

@@ -14,7 +14,7 @@ namespace tarnwick::gpu {
 struct SamplerParts;
 struct TextureParts;
 
-inline constexpr std::uint32_t buffersPerStage = 31;
+inline constexpr std::uint32_t buffersPerStage = msl::mostBuffers;
 // The buffers of a draw of patches follow those of the encoder's indices in the vertex table.
 inline constexpr std::uint32_t factorBuffer = 31, controlPointIndexBuffer = 32;
 
@@ -23,6 +23,9 @@ struct BoundBuffer {
     VkDeviceSize offset = 0;
     VkDeviceSize size = 0;            // bytes from `offset` on
     const std::byte* bytes = nullptr; // the copy that setBytes made; null for a Buffer
+    // The bytes in the CPU's memory, of a Buffer too; null if it has none.
+    const std::byte* contents = nullptr;
+    VkDeviceAddress address = 0; // at `offset`; 0 if the device has no addresses
 };
 
 struct ResourceTable {

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
+#include <utility>
 
 namespace tarnwick::gpu {
 
@@ -14,6 +16,7 @@ namespace {
 VkDescriptorType descriptorType(msl::ResourceKind kind) {
     switch (kind) {
     case msl::ResourceKind::uniformBuffer:
+    case msl::ResourceKind::bufferAddresses:
         return VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER;
     case msl::ResourceKind::storageBuffer:
     case msl::ResourceKind::loopReport:
@@ -137,11 +140,37 @@ bool isTexture(const msl::Resource& resource) {
            resource.kind == msl::ResourceKind::colorInput;
 }
 
+// An index beyond those of arguments is a member's.
+bool isMember(const msl::Resource& resource, const msl::ArgumentMember& member) {
+    switch (resource.kind) {
+    case msl::ResourceKind::uniformBuffer:
+    case msl::ResourceKind::storageBuffer:
+        return member.kind == msl::MemberKind::buffer && member.index == resource.index;
+    case msl::ResourceKind::sampledTexture:
+    case msl::ResourceKind::storageTexture:
+        return member.kind == msl::MemberKind::texture && member.index == resource.index;
+    case msl::ResourceKind::sampler:
+        return member.kind == msl::MemberKind::sampler && member.index == resource.index;
+    case msl::ResourceKind::bufferAddresses:
+        return member.kind == msl::MemberKind::buffer;
+    case msl::ResourceKind::constantSampler:
+    case msl::ResourceKind::colorInput:
+    case msl::ResourceKind::accelerationStructure:
+    case msl::ResourceKind::loopReport:
+        break;
+    }
+    return false;
+}
+
 bool listResources(DeviceState& device, BindingLayout& layout, const msl::EntryPoint& function) {
     const TableIndex table =
         function.stage == msl::Stage::fragment ? TableIndex::fragment : TableIndex::vertexOrKernel;
+    layout.writesMemory |= function.storesByAddress;
     for (const msl::Resource& resource : function.resources) {
         BoundResource bound{resource, table, descriptorType(resource)};
+        std::ranges::copy_if(
+            function.members, std::back_inserter(bound.members),
+            [&](const msl::ArgumentMember& member) { return isMember(resource, member); });
         const bool isSampler = bound.type == VK_DESCRIPTOR_TYPE_SAMPLER;
         if (isSampler)
             bound.sampler = device.samplers.sampler(samplerBits(resource));
@@ -155,7 +184,7 @@ bool listResources(DeviceState& device, BindingLayout& layout, const msl::EntryP
         if (resource.kind == msl::ResourceKind::colorInput)
             layout.colorInputs |= 1u << resource.index;
         layout.writesMemory |= resource.isWritten && !isReport;
-        layout.resources.push_back(bound);
+        layout.resources.push_back(std::move(bound));
     }
     return true;
 }

@@ -33,6 +33,8 @@ struct BoundResource {
     // Of the layer's own code: the index in CommandBufferParts::ownBuffers.
     std::optional<std::size_t> own;
     const TextureParts* standIn = nullptr; // of a texture, if the device has no null descriptors
+    // Of a member of an argument buffer: its place. Of bufferAddresses: all pointers in them.
+    std::vector<msl::ArgumentMember> members;
 };
 
 // The resources of a pipeline.

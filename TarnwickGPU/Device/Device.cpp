@@ -78,12 +78,15 @@ std::uint64_t Device::validationMessages() {
     return validationMessageCount();
 }
 
+msl::Target Device::compilerTarget() const {
+    return {.addsFloatsInBuffers = state_->record.features.addsFloatsInBuffers,
+            .ordersFragments = state_->record.features.ordersFragments};
+}
+
 std::unique_ptr<Library> Device::newLibrary(std::string_view source,
                                             std::string_view moreWarningsIn) {
     return gpu::newLibrary(
-        source, {.target = {.addsFloatsInBuffers = state_->record.features.addsFloatsInBuffers,
-                            .ordersFragments = state_->record.features.ordersFragments},
-                 .moreWarningsIn = std::string(moreWarningsIn)});
+        source, {.target = compilerTarget(), .moreWarningsIn = std::string(moreWarningsIn)});
 }
 
 std::unique_ptr<Library> Device::newLibrary(std::vector<msl::EntryPoint> entryPoints) {
@@ -105,6 +108,8 @@ std::unique_ptr<Buffer> Device::newBuffer(std::size_t bytes, StorageMode storage
     if (!parts)
         return nullptr;
     parts->keepsAlive = state_;
+    parts->residents = &state_->residents;
+    state_->residents.add(parts->memory);
     return std::make_unique<Buffer>(std::move(parts));
 }
 
@@ -117,6 +122,8 @@ std::unique_ptr<Texture> Device::newTexture(const TextureDescriptor& descriptor)
     if (!parts)
         return nullptr;
     parts->keepsAlive = state_;
+    parts->residents = &state_->residents;
+    parts->handle = state_->residents.add(*parts);
     return std::make_unique<Texture>(std::move(parts));
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "TarnwickGPU/Resources/PointSums.h"
+#include "TarnwickGPU/Resources/Residents.h"
 #include "TarnwickGPU/Resources/Samplers.h"
 #include "TarnwickGPU/Resources/StandIns.h"
 #include "TarnwickGPU/Resources/Transfers.h"
@@ -39,6 +40,7 @@ struct DeviceState {
     StandIns standIns{record, graveyard, transfers};
     PipelineCache pipelineCache{record};
     PointSumsKeeper pointSums{record, graveyard};
+    Residents residents;
 };
 
 } // namespace tarnwick::gpu

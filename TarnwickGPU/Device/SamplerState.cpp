@@ -46,13 +46,14 @@ SamplerState::~SamplerState() = default;
 
 std::unique_ptr<SamplerState> Device::newSamplerState(const SamplerDescriptor& descriptor) {
     msl::SamplerState state = stateOf(descriptor);
-    const VkSampler plain = state_->samplers.sampler(msl::packSampler(state));
+    const std::uint64_t bits = msl::packSampler(state);
+    const VkSampler plain = state_->samplers.sampler(bits);
     state.compares = true;
     const VkSampler comparing = state_->samplers.sampler(msl::packSampler(state));
     if (!plain || !comparing)
         return nullptr;
-    return std::make_unique<SamplerState>(
-        std::make_unique<const SamplerParts>(SamplerParts{state_, plain, comparing}));
+    return std::make_unique<SamplerState>(std::make_unique<const SamplerParts>(
+        SamplerParts{state_, plain, comparing, bits | msl::samplerArgumentBit}));
 }
 
 } // namespace tarnwick::gpu

@@ -19,10 +19,11 @@ constexpr VkPushConstantRange recordFor(VkShaderStageFlags stages) {
 }
 
 bool stores(const msl::EntryPoint& function) {
-    return std::any_of(
-        function.resources.begin(), function.resources.end(), [](const msl::Resource& resource) {
-            return resource.isWritten && resource.kind != msl::ResourceKind::loopReport;
-        });
+    const auto isStored = [](const msl::Resource& resource) {
+        return resource.isWritten && resource.kind != msl::ResourceKind::loopReport;
+    };
+    return function.storesByAddress ||
+           std::any_of(function.resources.begin(), function.resources.end(), isStored);
 }
 
 // A factor that the layer's kernels compute.

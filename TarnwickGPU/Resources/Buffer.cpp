@@ -13,6 +13,10 @@ void* Buffer::contents() const {
     return parts_->memory.bytes;
 }
 
+std::uint64_t Buffer::gpuAddress() const {
+    return parts_->memory.address;
+}
+
 std::unique_ptr<Texture> Buffer::newTexture(const TextureDescriptor& descriptor, std::size_t offset,
                                             std::size_t bytesPerRow) const {
     if (bytesPerRow < descriptor.width * bytesPerPixel(descriptor.format))

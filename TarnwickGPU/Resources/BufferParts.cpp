@@ -1,5 +1,6 @@
 #include "TarnwickGPU/Resources/BufferParts.h"
 
+#include "TarnwickGPU/Resources/Residents.h"
 #include "TarnwickGPU/Resources/Transfers.h"
 
 #include <cstring>
@@ -29,6 +30,12 @@ std::unique_ptr<BufferParts> BufferParts::make(const DeviceRecord& device, Grave
         return nullptr;
     auto parts = std::make_unique<BufferParts>(device, graveyard, transfers, *memory);
     return clear(transfers, *memory) ? std::move(parts) : nullptr;
+}
+
+BufferParts::~BufferParts() {
+    if (residents)
+        residents->remove(memory);
+    bury(graveyard, memory);
 }
 
 } // namespace tarnwick::gpu

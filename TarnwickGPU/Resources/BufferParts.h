@@ -9,6 +9,7 @@
 
 namespace tarnwick::gpu {
 
+class Residents;
 class Transfers;
 
 struct BufferParts {
@@ -20,7 +21,7 @@ struct BufferParts {
     BufferParts(const DeviceRecord& record, Graveyard& yard, Transfers& copies,
                 const BufferMemory& made)
         : device(record), graveyard(yard), transfers(copies), memory(made) {}
-    ~BufferParts() { bury(graveyard, memory); }
+    ~BufferParts();
     BufferParts(const BufferParts&) = delete;
     BufferParts& operator=(const BufferParts&) = delete;
 
@@ -29,6 +30,7 @@ struct BufferParts {
     Transfers& transfers;
     std::shared_ptr<const void> keepsAlive; // the device
     BufferMemory memory;
+    Residents* residents = nullptr; // lists the buffer; null: not listed
 };
 
 } // namespace tarnwick::gpu

@@ -43,11 +43,15 @@ std::optional<std::uint32_t> memoryType(const DeviceRecord& device,
     return best;
 }
 
-VkDeviceMemory allocate(const DeviceRecord& device, const VkMemoryRequirements& needs, Wish wish) {
+VkDeviceMemory allocate(const DeviceRecord& device, const VkMemoryRequirements& needs, Wish wish,
+                        VkMemoryAllocateFlags flags = 0) {
     const auto type = memoryType(device, needs, wish);
     if (!type)
         return VK_NULL_HANDLE;
+    const VkMemoryAllocateFlagsInfo flagged{.sType = VK_STRUCTURE_TYPE_MEMORY_ALLOCATE_FLAGS_INFO,
+                                            .flags = flags};
     const VkMemoryAllocateInfo info{.sType = VK_STRUCTURE_TYPE_MEMORY_ALLOCATE_INFO,
+                                    .pNext = flags ? &flagged : nullptr,
                                     .allocationSize = needs.size,
                                     .memoryTypeIndex = *type};
     VkDeviceMemory memory = VK_NULL_HANDLE;
@@ -60,10 +64,18 @@ bool giveMemory(const DeviceRecord& device, BufferMemory& made, MemoryUse use) {
     VkMemoryRequirements needs;
     vkGetBufferMemoryRequirements(device.handle, made.buffer, &needs);
     const Wish wish = wishes[static_cast<std::size_t>(use)];
-    made.memory = allocate(device, needs, wish);
+    made.memory = allocate(device, needs, wish,
+                           device.features.addresses
+                               ? VkMemoryAllocateFlags{VK_MEMORY_ALLOCATE_DEVICE_ADDRESS_BIT}
+                               : 0);
     if (!made.memory ||
         vkBindBufferMemory(device.handle, made.buffer, made.memory, 0) != VK_SUCCESS)
         return false;
+    if (device.features.addresses) {
+        const VkBufferDeviceAddressInfo info{.sType = VK_STRUCTURE_TYPE_BUFFER_DEVICE_ADDRESS_INFO,
+                                             .buffer = made.buffer};
+        made.address = vkGetBufferDeviceAddress(device.handle, &info);
+    }
     if (use == MemoryUse::gpuOnly)
         return true;
     void* mapped = nullptr;
@@ -80,8 +92,12 @@ std::optional<BufferMemory> makeBufferMemory(const DeviceRecord& device, VkDevic
     if (size == 0 || size > device.maxBufferSize)
         return std::nullopt;
     BufferMemory made{.size = size};
-    const VkBufferCreateInfo info{
-        .sType = VK_STRUCTURE_TYPE_BUFFER_CREATE_INFO, .size = size, .usage = anyBufferUsage};
+    const VkBufferUsageFlags addressed =
+        device.features.addresses ? VkBufferUsageFlags{VK_BUFFER_USAGE_SHADER_DEVICE_ADDRESS_BIT}
+                                  : 0;
+    const VkBufferCreateInfo info{.sType = VK_STRUCTURE_TYPE_BUFFER_CREATE_INFO,
+                                  .size = size,
+                                  .usage = anyBufferUsage | addressed};
     if (vkCreateBuffer(device.handle, &info, nullptr, &made.buffer) != VK_SUCCESS)
         return std::nullopt;
     if (!giveMemory(device, made, use)) {

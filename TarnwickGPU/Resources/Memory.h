@@ -25,9 +25,10 @@ struct BufferMemory {
     VkDeviceMemory memory = VK_NULL_HANDLE;
     std::byte* bytes = nullptr; // mapped and coherent; null for gpuOnly
     VkDeviceSize size = 0;
+    VkDeviceAddress address = 0; // 0 if the device has no bufferDeviceAddress
 };
 
-// The usage of every buffer of the layer.
+// The usage of every buffer of the layer, with addresses where the device has them.
 inline constexpr VkBufferUsageFlags anyBufferUsage =
     VK_BUFFER_USAGE_UNIFORM_BUFFER_BIT | VK_BUFFER_USAGE_STORAGE_BUFFER_BIT |
     VK_BUFFER_USAGE_VERTEX_BUFFER_BIT | VK_BUFFER_USAGE_INDEX_BUFFER_BIT |

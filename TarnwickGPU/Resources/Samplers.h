@@ -16,6 +16,7 @@ namespace tarnwick::gpu {
 struct SamplerParts {
     std::shared_ptr<const void> keepsAlive; // the device, which owns the samplers
     VkSampler plain = VK_NULL_HANDLE, comparing = VK_NULL_HANDLE;
+    std::uint64_t number = 0; // in an argument buffer: the bits of the state, and bit 63
 };
 
 class Samplers {

@@ -152,6 +152,10 @@ void Texture::getBytes(void* bytes, std::size_t bytesPerRow, std::size_t bytesPe
          {static_cast<std::byte*>(bytes), bytesPerRow, bytesPerImage});
 }
 
+std::uint64_t Texture::gpuResourceID() const {
+    return parts_->handle;
+}
+
 Texture::MappedPixels Texture::mapped() const {
     return {parts_->bytes, parts_->bytesPerRow, parts_->mappedLength};
 }

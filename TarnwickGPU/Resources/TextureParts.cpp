@@ -2,6 +2,7 @@
 
 #include "TarnwickGPU/Resources/BufferParts.h"
 #include "TarnwickGPU/Resources/Memory.h"
+#include "TarnwickGPU/Resources/Residents.h"
 #include "TarnwickGPU/Resources/Transfers.h"
 #include "TarnwickGPU/Vulkan/DeviceRecord.h"
 #include "TarnwickGPU/Vulkan/Graveyard.h"
@@ -277,6 +278,10 @@ std::unique_ptr<TextureParts> TextureParts::over(std::shared_ptr<BufferParts> bu
         parts->bytesPerRow = info.range;
         parts->mappedLength = info.range;
     }
+    if (buffer->residents) {
+        parts->residents = buffer->residents;
+        parts->handle = buffer->residents->add(*parts);
+    }
     parts->buffer = std::move(buffer);
     return parts;
 }
@@ -288,6 +293,8 @@ VkBufferView TextureParts::texelsFor(const msl::Resource& resource) const {
 }
 
 TextureParts::~TextureParts() {
+    if (residents)
+        residents->remove(handle);
     graveyard.bury(texels, wideTexels);
     views.bury(graveyard);
     if (memory)

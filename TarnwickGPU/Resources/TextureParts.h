@@ -11,6 +11,7 @@
 
 namespace tarnwick::gpu {
 
+class Residents;
 class Transfers;
 struct BufferParts;
 struct DrawableSlot;
@@ -55,6 +56,8 @@ struct TextureParts {
     bool isReadableTarget = false; // fragment functions can read it while they draw into it
     VkImageLayout rest = VK_IMAGE_LAYOUT_GENERAL;
     DrawableSlot* drawable = nullptr; // of a swapchain's image
+    Residents* residents = nullptr;   // lists the texture; null: not listed
+    std::uint32_t handle = 0;         // among the residents
 };
 
 // A barrier for the layer's own jobs: it waits for all earlier work, and all later work waits for

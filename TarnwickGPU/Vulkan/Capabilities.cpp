@@ -35,6 +35,7 @@ enum class Capability : std::uint32_t {
     MultiView = 4439,
     StencilExportEXT = 5013,
     FragmentBarycentricKHR = 5284,
+    PhysicalStorageBufferAddresses = 5347,
     FragmentShaderPixelInterlockEXT = 5378,
     RayQueryKHR = 4472,
     Int64ImageEXT = 5016,
@@ -84,6 +85,8 @@ constexpr std::array rows{
         [](const Asked& a) { return a.in11(&In11::storageBuffer16BitAccess); }},
     Row{Capability::UniformAndStorageBuffer16BitAccess, "16-bit values in constant buffers",
         [](const Asked& a) { return a.in11(&In11::uniformAndStorageBuffer16BitAccess); }},
+    Row{Capability::PhysicalStorageBufferAddresses, "pointers in buffers",
+        [](const Asked& a) { return a.in12(&In12::bufferDeviceAddress); }},
     Row{Capability::Int64Atomics, "64-bit atomic operations",
         [](const Asked& a) { return a.in12(&In12::shaderBufferInt64Atomics); }},
     // The layer makes no acceleration structures, so it switches the feature on nowhere.

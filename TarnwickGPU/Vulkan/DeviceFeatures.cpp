@@ -53,6 +53,7 @@ constexpr std::array taken12{&VkPhysicalDeviceVulkan12Features::storageBuffer8Bi
                              &VkPhysicalDeviceVulkan12Features::shaderOutputLayer,
                              &VkPhysicalDeviceVulkan12Features::shaderOutputViewportIndex,
                              &VkPhysicalDeviceVulkan12Features::samplerMirrorClampToEdge,
+                             &VkPhysicalDeviceVulkan12Features::bufferDeviceAddress,
                              &VkPhysicalDeviceVulkan12Features::uniformBufferStandardLayout,
                              &VkPhysicalDeviceVulkan12Features::shaderSubgroupExtendedTypes,
                              &VkPhysicalDeviceVulkan12Features::vulkanMemoryModel,
@@ -156,6 +157,7 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
                 had.vulkan12.shaderBufferInt64Atomics == VK_TRUE &&
                 had.core.features.fragmentStoresAndAtomics == VK_TRUE,
         .largePoints = had.core.features.largePoints == VK_TRUE,
+        .addresses = had.vulkan12.bufferDeviceAddress == VK_TRUE,
         .mirrorClamp = had.vulkan12.samplerMirrorClampToEdge == VK_TRUE,
         .instanceRates = chain.instanceRates.vertexAttributeInstanceRateDivisor == VK_TRUE,
         .textureAtomics64 = had.imageAtomics.shaderImageInt64Atomics == VK_TRUE,

@@ -21,6 +21,7 @@ struct DeviceFeatures {
     bool multiDraws = false;          // an indirect command may have several draws
     bool sums = false;             // atomic additions of 64 bits, and stores in fragment functions
     bool largePoints = false;      // larger than a pixel
+    bool addresses = false;        // bufferDeviceAddress
     bool mirrorClamp = false;      // samplerMirrorClampToEdge
     bool instanceRates = false;    // of VK_EXT_vertex_attribute_divisor
     bool textureAtomics64 = false; // of VK_EXT_shader_image_atomic_int64

@@ -17,13 +17,20 @@ namespace tarnwick::msl {
 
 enum class InterfaceKind : std::uint8_t {
     input,
-    output,        // a stage's location or built-in
-    uniformBuffer, // `constant` argument
-    storageBuffer, // `device` argument
-    pushConstant,  // the kernel's grid size
-    workgroup,     // threadgroup memory
-    loopReport     // storage buffer of one word
+    output,         // a stage's location or built-in
+    uniformBuffer,  // `constant` argument
+    storageBuffer,  // `device` argument
+    pushConstant,   // the kernel's grid size
+    workgroup,      // threadgroup memory
+    loopReport,     // storage buffer of one word
+    bufferAddresses // uniform buffer: the addresses of all buffers, by index
 };
+
+// Whether variables of the kind have a binding.
+constexpr bool hasBinding(InterfaceKind kind) {
+    return kind == InterfaceKind::uniformBuffer || kind == InterfaceKind::storageBuffer ||
+           kind == InterfaceKind::loopReport || kind == InterfaceKind::bufferAddresses;
+}
 
 // One external global of the module and its meaning. The module may lack globals that are not used;
 // the writer finds globals by name.
@@ -75,6 +82,7 @@ struct ShaderModule {
     std::vector<TextureVariable> textures;
     std::vector<std::uint32_t> samplers;      // indices of the sampler arguments
     std::vector<ConstantSignature> constants; // of the program
+    std::vector<ArgumentMember> members;      // of argument buffers
     Structure structure;
     bool usesLoopBudget = false;
     bool earlyFragmentTests = false;

@@ -89,6 +89,11 @@ struct Argument {
     std::vector<StageValue> values;
 
     Presence presence = Presence::yes;
+
+    // buffer: the textures, samplers and pointers of an argument buffer, each with the byte that it
+    // has in the record and its [[id(n)]]. One that is no resource has the kind builtIn.
+    std::vector<Argument> members;
+    std::uint32_t offset = 0, id = 0;
 };
 
 // A function constant without a value: a global of the module that nothing defines.

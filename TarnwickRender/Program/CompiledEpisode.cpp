@@ -10,13 +10,16 @@
 namespace tarnwick {
 namespace {
 
+// An episode may come from anyone, and nothing bounds the accesses of pointers that are kept in
+// buffers: on a CPU driver they reach all memory of this process.
 std::unique_ptr<gpu::Library> compiledLibrary(const AssembledShader& shader, gpu::Device* device,
                                               EpisodeWarnings warnings) {
     const std::string moreWarningsIn(warnings == EpisodeWarnings::more ? ShaderAssembler::fileName
                                                                        : "");
+    msl::Target target = device ? device->compilerTarget() : msl::Target();
+    target.followsAddresses = false;
     try {
-        return device ? device->newLibrary(shader.source, moreWarningsIn)
-                      : gpu::newLibrary(shader.source, {.moreWarningsIn = moreWarningsIn});
+        return gpu::newLibrary(shader.source, {.target = target, .moreWarningsIn = moreWarningsIn});
     } catch (const gpu::LibraryError& error) {
         throw compilerError(shader, error.what(),
                             error.isCompilersFault ? Fault::ofCompiler : Fault::ofEpisode);

@@ -58,6 +58,7 @@ bool isBound(const msl::Resource& resource, const HostInterface& host) {
     case msl::ResourceKind::storageTexture:
     case msl::ResourceKind::sampler:
     case msl::ResourceKind::accelerationStructure:
+    case msl::ResourceKind::bufferAddresses:
         return false;
     case msl::ResourceKind::constantSampler:
     case msl::ResourceKind::colorInput:

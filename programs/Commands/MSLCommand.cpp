@@ -24,7 +24,7 @@ constexpr std::array<std::string_view, 3> stageNames{"vertex", "fragment", "kern
 struct ResourceName {
     std::string_view attribute, kind;
 };
-constexpr std::array<ResourceName, 9> resourceNames{{
+constexpr std::array<ResourceName, 10> resourceNames{{
     {"buffer", "uniform buffer"},
     {"buffer", "storage buffer"},
     {"texture", "sampled texture"},
@@ -34,18 +34,33 @@ constexpr std::array<ResourceName, 9> resourceNames{{
     {"color", "colour so far"},
     {"buffer", "acceleration structure"},
     {"", "loop report"},
+    {"", "addresses of buffers"},
 }};
-static_assert(resourceNames.size() == static_cast<std::size_t>(msl::ResourceKind::loopReport) + 1);
+static_assert(resourceNames.size() ==
+              static_cast<std::size_t>(msl::ResourceKind::bufferAddresses) + 1);
 
 std::string_view stageName(const EntryPoint& entry) {
     return stageNames[static_cast<std::size_t>(entry.stage)];
 }
 
-std::string lineOf(const Resource& resource) {
+// "texture(3)", or "buffer(0) id(2)" for a member of an argument buffer.
+std::string placeOf(const EntryPoint& entry, const Resource& resource, std::string_view attribute) {
+    using msl::MemberKind;
+    const MemberKind kind = attribute == "texture"   ? MemberKind::texture
+                            : attribute == "sampler" ? MemberKind::sampler
+                                                     : MemberKind::buffer;
+    for (const msl::ArgumentMember& member : entry.members)
+        if (member.kind == kind && member.index == resource.index)
+            return "buffer(" + std::to_string(member.buffer) + ") id(" + std::to_string(member.id) +
+                   ")";
+    return std::string(attribute) + "(" + std::to_string(resource.index) + ")";
+}
+
+std::string lineOf(const EntryPoint& entry, const Resource& resource) {
     const ResourceName& name = resourceNames[static_cast<std::size_t>(resource.kind)];
     std::string line = "  binding " + std::to_string(resource.binding) + ": ";
     if (!name.attribute.empty())
-        line.append(name.attribute).append("(" + std::to_string(resource.index) + "), ");
+        line += placeOf(entry, resource, name.attribute) + ", ";
     line += name.kind;
     if (resource.size != 0)
         line += ", " + std::to_string(resource.size) + " bytes";
@@ -69,7 +84,7 @@ std::string listing(const EntryPoint& entry) {
     std::string text = std::string(stageName(entry)) + " " + entry.name + ", " +
                        std::to_string(entry.words.size()) + " words\n";
     for (const Resource& resource : entry.resources)
-        text += lineOf(resource);
+        text += lineOf(entry, resource);
     for (const msl::FunctionConstant& constant : entry.constants)
         text += lineOf(constant);
     return text;

@@ -24,6 +24,7 @@ if(TARGET TarnwickGPU)
 
     tarnwick_tests(TarnwickMSL/Memory
         SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/KernelTest.cpp
+                ${CMAKE_CURRENT_SOURCE_DIR}/ArgumentBufferTests.cpp
                 ${CMAKE_CURRENT_SOURCE_DIR}/KernelTests.cpp
                 ${CMAKE_CURRENT_SOURCE_DIR}/LayoutTests.cpp
         LINK TarnwickGPU

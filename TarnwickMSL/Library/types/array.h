@@ -27,6 +27,37 @@ template <class T, size_t N> struct array {
             elements[i] = value;
     }
 };
+// An array of a length that is known only where it is made.
+template <class T> struct array_ref {
+    constexpr array_ref() : list(nullptr), count(0) {}
+    constexpr array_ref(const T* list, size_t count) : list(list), count(count) {}
+    template <size_t N> constexpr array_ref(const T (&list)[N]) : list(list), count(N) {}
+    template <size_t N>
+    constexpr array_ref(const array<T, N>& list) : list(list.elements), count(N) {}
+
+    constexpr const T& operator[](size_t i) const { return list[i]; }
+    constexpr size_t size() const { return count; }
+    constexpr bool empty() const { return count == 0; }
+    constexpr const T* data() const { return list; }
+    constexpr const T* begin() const { return list; }
+    constexpr const T* end() const { return list + count; }
+    constexpr const T& front() const { return list[0]; }
+    constexpr const T& back() const { return list[count - 1]; }
+
+  private:
+    const T* list;
+    size_t count;
+};
+template <class T> constexpr array_ref<T> make_array_ref(const T* list, size_t count) {
+    return array_ref<T>(list, count);
+}
+template <class T, size_t N> constexpr array_ref<T> make_array_ref(const T (&list)[N]) {
+    return array_ref<T>(list);
+}
+template <class T, size_t N> constexpr array_ref<T> make_array_ref(const array<T, N>& list) {
+    return array_ref<T>(list);
+}
+
 template <class T, class... Rest> array(T, Rest...) -> array<T, 1 + sizeof...(Rest)>;
 
 } // namespace metal

@@ -187,6 +187,19 @@ MSL_INLINE constexpr To as_type(From from)
         return To();
 }
 
+// References to components, which the front end makes of `thread float& x = v.x`.
+template <class T> inline constexpr bool _has_lanes = false;
+template <class T> inline constexpr bool _has_lanes<T&> = _has_lanes<T>;
+template <class T> inline constexpr bool _has_lanes<const T> = _has_lanes<T>;
+template <class T, int N>
+inline constexpr bool _has_lanes<T __attribute__((ext_vector_type(N)))> = true;
+template <class T, int N> MSL_INLINE T& _component(vec<T, N>& whole, int lane) {
+    return ((T*)&whole)[lane];
+}
+template <class T, int N> MSL_INLINE const T& _component(const vec<T, N>& whole, int lane) {
+    return ((const T*)&whole)[lane];
+}
+
 } // namespace metal
 
 using metal::as_type;

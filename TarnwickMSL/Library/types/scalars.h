@@ -15,8 +15,8 @@ typedef long int64_t;
 typedef unsigned long uint64_t;
 typedef decltype(sizeof(0)) size_t;
 typedef decltype((char*)0 - (char*)0) ptrdiff_t;
-typedef uint uintptr_t;
-typedef int intptr_t;
+typedef ulong uintptr_t;
+typedef long intptr_t;
 
 #define NULL nullptr
 

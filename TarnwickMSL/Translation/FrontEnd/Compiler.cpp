@@ -2,6 +2,7 @@
 
 #include "TarnwickMSL/Translation/FrontEnd/Attributes.h"
 #include "TarnwickMSL/Translation/FrontEnd/LibraryText.h"
+#include "TarnwickMSL/Translation/FrontEnd/MetalTarget.h"
 #include "TarnwickMSL/Translation/FrontEnd/Warnings.h"
 
 #include <clang/Frontend/CompilerInvocation.h>
@@ -105,6 +106,12 @@ Compiler::Compiler(Work work, FileSystem files, std::string& text, std::string m
     if (work == Work::program)
         preprocessing.ImplicitPCHInclude = precompiledFile;
     instance.createFileManager(std::move(files));
+}
+
+// Clang has made the target of the triple, and nothing yet that depends on it.
+bool MetalAction::BeginInvocation(clang::CompilerInstance& instance) {
+    useMetalTarget(instance);
+    return true;
 }
 
 void Compiler::keepPlaces() {

@@ -27,6 +27,12 @@ FileSystem fileSystem(std::string_view precompiled = {});
 // One list for the library and the programs: a precompiled header requires equal options.
 std::vector<const char*> compilerOptions();
 
+// An action on one input of this language.
+class MetalAction : public clang::ASTFrontendAction {
+  protected:
+    bool BeginInvocation(clang::CompilerInstance& instance) override;
+};
+
 // One run of Clang over one input.
 class Compiler {
   public:

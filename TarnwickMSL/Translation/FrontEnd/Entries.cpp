@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Translation/FrontEnd/Entries.h"
 
+#include "TarnwickMSL/Translation/FrontEnd/ArgumentBuffers.h"
 #include "TarnwickMSL/Translation/FrontEnd/Attributes.h"
 #include "TarnwickMSL/Translation/FrontEnd/BuiltIns.h"
 #include "TarnwickMSL/Translation/FrontEnd/StageRecords.h"
@@ -28,21 +29,6 @@ namespace {
 
 using clang::QualType;
 
-// Whether the record or a member of it holds a texture or a sampler.
-bool holdsResources(QualType type) {
-    type = type->getBaseElementTypeUnsafe()->getCanonicalTypeInternal();
-    const auto* record = type->getAsCXXRecordDecl();
-    if (!record || !record->hasDefinition())
-        return false;
-    const auto* space = llvm::dyn_cast<clang::NamespaceDecl>(record->getDeclContext());
-    const llvm::StringRef name = record->getName();
-    if (space && space->getName() == "metal" &&
-        (name.starts_with("texture") || name.starts_with("depth") || name == "sampler"))
-        return true;
-    return std::any_of(record->field_begin(), record->field_end(),
-                       [](const clang::FieldDecl* f) { return holdsResources(f->getType()); });
-}
-
 class EntryReader {
   public:
     explicit EntryReader(clang::ASTContext& context) : context(context) {}
@@ -67,59 +53,13 @@ class EntryReader {
                      Argument& argument);
     void readArgument(const clang::ParmVarDecl& parameter, EntrySignature& signature);
     bool readResource(const clang::ParmVarDecl& parameter, Argument& argument);
-    bool readTexture(const clang::ClassTemplateSpecializationDecl& texture, Argument& argument);
-    void readPointee(QualType pointee, Argument& argument);
+    void numberMembers(const clang::FunctionDecl& function, EntrySignature& signature);
     bool readBuiltIn(const clang::ParmVarDecl& parameter, EntrySignature& signature,
                      Argument& argument);
     void readResult(const clang::FunctionDecl& function, EntrySignature& signature);
     void numberResources(EntrySignature& signature);
     void reportSharedIndices(const clang::FunctionDecl& function, const EntrySignature& signature);
 };
-
-void EntryReader::readPointee(QualType pointee, Argument& argument) {
-    if (!pointee->isIncompleteType()) {
-        argument.elementBytes =
-            static_cast<std::uint64_t>(context.getTypeSizeInChars(pointee).getQuantity());
-        argument.elementAlign =
-            static_cast<std::uint64_t>(context.getTypeAlignInChars(pointee).getQuantity());
-    }
-}
-
-bool EntryReader::readTexture(const clang::ClassTemplateSpecializationDecl& texture,
-                              Argument& argument) {
-    static constexpr std::array<std::pair<std::string_view, TextureShape>, 9> shapes = {
-        {{"1d", TextureShape::d1},
-         {"1d_array", TextureShape::d1Array},
-         {"2d", TextureShape::d2},
-         {"2d_array", TextureShape::d2Array},
-         {"2d_ms", TextureShape::d2Multisample},
-         {"2d_ms_array", TextureShape::d2MultisampleArray},
-         {"3d", TextureShape::d3},
-         {"cube", TextureShape::cube},
-         {"cube_array", TextureShape::cubeArray}}};
-    llvm::StringRef name = texture.getName();
-    argument.isDepth = name.consume_front("depth");
-    if (!argument.isDepth && !name.consume_front("texture"))
-        return false;
-    for (const auto& [text, known] : shapes)
-        if (std::string_view(name) == text)
-            argument.shape = known;
-    if (name == "_buffer")
-        argument.shape = TextureShape::buffer;
-    if (argument.shape == TextureShape::none)
-        return false;
-    argument.kind = ArgumentKind::texture;
-    const QualType component = texture.getTemplateArgs()[0].getAsType();
-    argument.component = component->isFloatingType()            ? TextureComponent::float_
-                         : context.getTypeSize(component) == 64 ? TextureComponent::ulong_
-                         : component->isSignedIntegerType()     ? TextureComponent::int_
-                                                                : TextureComponent::uint_;
-    // enum class access { sample, read, write, read_write }
-    const std::int64_t access = texture.getTemplateArgs()[1].getAsIntegral().getExtValue();
-    argument.isRead = access != 2;
-    argument.isWritten = access >= 2;
-    return true;
-}
 
 // A position in a triangle has three coordinates, one in a quad two.
 bool fits(PatchKind patch, const StageValue& value) {
@@ -146,10 +86,9 @@ bool EntryReader::readResource(const clang::ParmVarDecl& parameter, Argument& ar
                   "pointer and reference arguments of entry points must be in the device, "
                   "constant or threadgroup address space");
         }
-        if (holdsResources(type->getPointeeType()))
-            error(parameter.getLocation(),
-                  "textures and samplers in buffers are not supported on this platform");
-        readPointee(type->getPointeeType(), argument);
+        if (!isThreadgroup && isArgumentBuffer(type->getPointeeType()))
+            argument.members = argumentMembers(context, type->getPointeeType());
+        readPointee(context, type->getPointeeType(), argument);
         return true;
     }
     const auto* record = type->getAsCXXRecordDecl();
@@ -177,9 +116,9 @@ bool EntryReader::readResource(const clang::ParmVarDecl& parameter, Argument& ar
             argument.kind = ArgumentKind::sampler;
             return true;
         }
-        return texture && readTexture(*texture, argument);
+        return texture && readTexture(context, *texture, argument);
     }
-    return readTexture(*made, argument);
+    return readTexture(context, *made, argument);
 }
 
 bool EntryReader::readBuiltIn(const clang::ParmVarDecl& parameter, EntrySignature& signature,
@@ -249,7 +188,28 @@ void EntryReader::readArgument(const clang::ParmVarDecl& parameter, EntrySignatu
 static std::uint32_t mostOf(ArgumentKind kind) {
     return kind == ArgumentKind::sampler   ? mostSamplers
            : kind == ArgumentKind::texture ? mostTextures
-                                           : 31;
+                                           : mostBuffers;
+}
+
+// After those of arguments, and of what else a host's tables have.
+static std::uint32_t firstOf(ArgumentKind kind) {
+    return kind == ArgumentKind::buffer    ? firstMemberBuffer
+           : kind == ArgumentKind::texture ? firstMemberTexture
+                                           : mostOf(kind);
+}
+
+// The members of argument buffers follow the arguments that an encoder has indices for.
+void EntryReader::numberMembers(const clang::FunctionDecl& function, EntrySignature& signature) {
+    std::map<ArgumentKind, std::uint32_t> next;
+    for (std::size_t i = 0; i < signature.arguments.size(); ++i) {
+        for (Argument& member : signature.arguments[i].members)
+            if (member.kind != ArgumentKind::builtIn)
+                member.index = firstOf(member.kind) + next[member.kind]++;
+        if (signature.arguments[i].members.size() > mostMembers)
+            error(function.getParamDecl(static_cast<unsigned>(i))->getLocation(),
+                  "'%0' has more than %1 textures, samplers and pointers",
+                  signature.arguments[i].name, std::to_string(mostMembers));
+    }
 }
 
 // Reports indices that two arguments of one kind share, and indices out of range.
@@ -377,6 +337,7 @@ void EntryReader::readFunction(const clang::FunctionDecl& function) {
         readArgument(*parameter, signature);
     numberResources(signature);
     reportSharedIndices(function, signature);
+    numberMembers(function, signature);
     readResult(function, signature);
     entries.push_back({&function, std::move(signature)});
 }
@@ -415,10 +376,10 @@ void completeEntries(std::vector<Entry>& entries, clang::CodeGenerator& generato
                 continue;
             const QualType pointee =
                 entry.function->getParamDecl(static_cast<unsigned>(i))->getType()->getPointeeType();
-            if (pointee->isIncompleteType())
-                continue;
-            llvm::raw_string_ostream out(argument.elementType);
-            clang::CodeGen::convertTypeForMemory(generator.CGM(), pointee)->print(out, false, true);
+            argument.elementType = memoryText(pointee, generator);
+            if (!argument.members.empty())
+                completeMembers(entry.function->getASTContext(), pointee, argument.members,
+                                generator);
         }
     }
 }

@@ -134,7 +134,7 @@ void ProgramConsumer::hideInternals(const std::vector<Entry>& entries) {
         }
 }
 
-class ProgramAction : public clang::ASTFrontendAction {
+class ProgramAction : public MetalAction {
   public:
     ProgramAction(llvm::LLVMContext& context, Parsed& parsed, const ParseOptions& options)
         : context(context), parsed(parsed), options(options) {}

@@ -18,7 +18,7 @@
 namespace tarnwick::msl {
 namespace {
 
-class LibraryAction : public clang::ASTFrontendAction {
+class LibraryAction : public MetalAction {
   public:
     std::shared_ptr<clang::PCHBuffer> buffer = std::make_shared<clang::PCHBuffer>();
 
@@ -75,7 +75,7 @@ class Listing : public clang::ASTConsumer {
     }
 };
 
-class ListingAction : public clang::ASTFrontendAction {
+class ListingAction : public MetalAction {
   public:
     std::vector<std::string> functions;
 

@@ -1,7 +1,8 @@
 // The pass behind Tokens.h. It visits the tokens once, notes the changes of each, and writes the
 // result at the end, so that indices and locations stay valid. Tokens.cpp has the pass itself,
 // Constructors.cpp the constructors of vectors, Overloads.cpp the overloads that differ only in
-// address spaces, ConstantTokens.cpp the function constants.
+// address spaces, ConstantTokens.cpp the function constants, Components.cpp the references to
+// components of vectors.
 #pragma once
 
 #include "TarnwickMSL/Constants.h"
@@ -114,6 +115,10 @@ class TokenPass {
     void literal(std::size_t i);
     Token number(llvm::StringRef text, SourceLocation at) const;
     void forbidden(std::size_t i);
+    bool declaresReference(std::size_t i) const;
+    bool takesAddress(std::size_t i) const;
+    void component(std::size_t i);
+    void arraySizes(std::size_t i);
     void repeatedFunctions();
     void swizzleTimes(std::size_t i);
     std::size_t qualifiedFirst(std::size_t first) const;

@@ -27,7 +27,7 @@ Token TokenPass::make(tok::TokenKind kind, SourceLocation at, IdentifierInfo* na
 
 // Appends tokens, separated by spaces in `words`, all at one location.
 void TokenPass::append(std::vector<Token>& to, const char* words, SourceLocation at) {
-    static constexpr std::array<std::pair<const char*, tok::TokenKind>, 11> punctuation{
+    static constexpr std::array<std::pair<const char*, tok::TokenKind>, 16> punctuation{
         {{"(", tok::l_paren},
          {")", tok::r_paren},
          {"<", tok::less},
@@ -38,7 +38,12 @@ void TokenPass::append(std::vector<Token>& to, const char* words, SourceLocation
          {",", tok::comma},
          {"::", tok::coloncolon},
          {"{", tok::l_brace},
-         {"}", tok::r_brace}}};
+         {"}", tok::r_brace},
+         {"&", tok::amp},
+         {"*", tok::star},
+         {";", tok::semi},
+         {".", tok::period},
+         {"->", tok::arrow}}};
     llvm::SmallVector<llvm::StringRef, 16> pieces;
     llvm::StringRef(words).split(pieces, ' ', -1, false);
     for (llvm::StringRef piece : pieces) {
@@ -80,6 +85,9 @@ bool TokenPass::isUsedAsName(std::size_t i) const {
                !endsType(tokens[i - 1]) && !is(i - 1, tok::greater);
     if (next.isAnnotation() || next.getIdentifierInfo() || next.isOneOf(tok::coloncolon, tok::eof))
         return false;
+    if (next.is(tok::l_paren) && (is(i + 2, tok::amp) || is(i + 2, tok::star)) &&
+        is(i + 3, tok::identifier) && is(i + 4, tok::r_paren) && is(i + 5, tok::l_square))
+        return false;                                       // `float* device (&list)[4]`
     const bool isOfPointer = i > 0 && is(i - 1, tok::star); // `device T* constant (&list)[2]`
     if (isOfPointer && next.is(tok::l_paren) && (is(i + 2, tok::star) || is(i + 2, tok::amp)))
         return false;
@@ -232,6 +240,20 @@ void TokenPass::attributeArguments(std::size_t i) {
     }
 }
 
+// Moves the sizes of `float list[] [[buffer(0)]]` behind the attributes: C++ has the attributes of
+// a variable directly after its name.
+void TokenPass::arraySizes(std::size_t i) {
+    std::size_t first = i;
+    while (first > 0 && is(first - 1, tok::r_square) && !is(first - 2, tok::r_square))
+        first = scopes.match(first - 1);
+    if (first == i || first == 0 || !is(first - 1, tok::identifier))
+        return;
+    const std::size_t end = scopes.match(i);
+    for (std::size_t j = first; j < i; ++j)
+        edits[end].after.push_back(tokens[j]);
+    dropRange(first, i);
+}
+
 // A number with another text at the same location.
 Token TokenPass::number(llvm::StringRef text, SourceLocation at) const {
     Token literal = make(tok::numeric_constant, at);
@@ -344,7 +366,9 @@ std::vector<Token> TokenPass::run() {
             else if (token.is(tok::starequal))
                 swizzleTimes(i);
             else if (token.is(tok::l_square) && is(i + 1, tok::l_square))
-                attributeArguments(i);
+                attributeArguments(i), arraySizes(i);
+            else if (token.is(tok::amp))
+                component(i);
             else if (token.is(tok::l_paren))
                 cast(i);
             else if (token.is(tok::colon) && i > 0 && is(i - 1, tok::r_paren) &&

@@ -17,10 +17,12 @@
 #include "TarnwickMSL/Translation/Passes/Entry/Bindings.h"
 #include "TarnwickMSL/Translation/Passes/Entry/Cut.h"
 #include "TarnwickMSL/Translation/Passes/Entry/Wrapper.h"
+#include "TarnwickMSL/Translation/Passes/Memory/ArgumentBuffers.h"
 #include "TarnwickMSL/Translation/Passes/Memory/Atomics.h"
 #include "TarnwickMSL/Translation/Passes/Memory/Handles.h"
 #include "TarnwickMSL/Translation/Passes/Memory/MemoryCalls.h"
 #include "TarnwickMSL/Translation/Passes/Memory/NarrowAccess.h"
+#include "TarnwickMSL/Translation/Passes/Memory/NearAddresses.h"
 #include "TarnwickMSL/Translation/Passes/Memory/PointerArrays.h"
 #include "TarnwickMSL/Translation/Passes/Memory/Pointers.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/FloatCounters.h"
@@ -155,11 +157,14 @@ static constexpr std::array table{
          [](Work& work) { work.forgetMainIf(expandMemoryCalls(work.main())); },
          "Repeats `memory-calls` for copies that LLVM's passes may have made since; before `pointers`, which knows loads and stores only.",
          Form::copies},
+    Step{"argument-buffers", Scope::entryPoint, "Passes/Memory/ArgumentBuffers.h",
+         [](Work& work) { work.forgetMainIf(resolveArgumentBuffers(work.shader)); },
+         "Gives the members of argument buffers their own handles and buffers; before `pointer-arrays`, which resolves arrays that hold them."},
     Step{"pointer-arrays", Scope::entryPoint, "Passes/Memory/PointerArrays.h", pointerArrays,
          "Turns indexed arrays of pointers into choices; before `pointers`, which resolves choices but no pointers in memory."},
     Step{"pointers", Scope::entryPoint, "Passes/Memory/Pointers.h",
-         [](Work& work) { work.hasDeadCode |= resolvePointers(work.main()); },
-         "Replaces pointers that are chosen, compared or converted by numbers; after all LLVM passes that combine pointers.",
+         [](Work& work) { work.hasDeadCode |= resolvePointers(work.shader, work.target); },
+         "Replaces pointers that are chosen, compared, converted or in memory by numbers; after all LLVM passes that combine pointers.",
          Form::pointers},
     Step{"handles", Scope::entryPoint, "Passes/Memory/Handles.h",
          [](Work& work) { work.hasDeadCode |= resolveHandles(work.shader); },
@@ -187,7 +192,7 @@ static constexpr std::array table{
          [](Work& work) { legalise(work.main()); },
          "Expands intrinsics that the writer does not support; after all LLVM passes that would combine them again.",
          Form::operations},
-    Step{"near-addresses", Scope::entryPoint, "Passes/Memory/Pointers.h",
+    Step{"near-addresses", Scope::entryPoint, "Passes/Memory/NearAddresses.h",
          [](Work& work) { keepPointersNear(work.main()); },
          "Repeats the steps to an address before each access; before the control flow is structured, which would carry pointers between blocks.",
          Form::addresses},

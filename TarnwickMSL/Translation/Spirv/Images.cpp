@@ -84,7 +84,7 @@ void Images::declare(Image& made) {
         body_.module.decorate(made.variable, spv::Decoration::Coherent);
     resources_.push_back(
         {.kind = made.isStorage ? ResourceKind::storageTexture : ResourceKind::sampledTexture,
-         .index = texture.index % mostTextures,
+         .index = texture.index < firstMemberTexture ? texture.index % mostTextures : texture.index,
          .binding = binding,
          .isWritten = made.isStorage,
          .shape = made.shape->shape,

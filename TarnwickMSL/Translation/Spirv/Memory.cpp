@@ -259,15 +259,23 @@ Memory::Found Memory::find(const Value* pointer, const Use& use) {
     return found;
 }
 
-Id Memory::load(const Value* pointer, Type* type) {
-    const Root& from = root(placeOf(pointer, body_.types.dataLayout()).root);
+Id Memory::load(const Value* pointer, Type* type, Align align) {
+    Place place = placeOf(pointer, body_.types.dataLayout());
+    if (addressOf(place.root))
+        return read(spot(place, align), type);
+    const Root& from = root(place.root);
     if (from.isComputed)
         return computed(from, pointer, type);
     Found found = find(pointer, {.type = type});
     return read(found, found.access);
 }
 
-void Memory::store(const Value* pointer, Type* type, Id value) {
+void Memory::store(const Value* pointer, Type* type, Id value, Align align) {
+    Place place = placeOf(pointer, body_.types.dataLayout());
+    if (addressOf(place.root)) {
+        storesByAddress_ = true;
+        return write(spot(place, align), type, value);
+    }
     Found found = find(pointer, {.type = type, .isWrite = true});
     bool isSigned = found.root->interface && isSignedColor(shader_.stage, *found.root->interface);
     if (isSigned) // the wrapper stores it whole
@@ -278,6 +286,12 @@ void Memory::store(const Value* pointer, Type* type, Id value) {
 }
 
 Memory::Pointer Memory::atomic(const Value* pointer, Type* type, bool isStore) {
+    Place place = placeOf(pointer, body_.types.dataLayout());
+    if (addressOf(place.root)) {
+        storesByAddress_ |= isStore;
+        return {this->pointer(spot(place, Align()), type),
+                spv::StorageClass::PhysicalStorageBuffer};
+    }
     Found found = find(pointer, {.type = type, .isWrite = isStore, .isAtomic = true});
     if (found.access.form == Access::Form::outside)
         return {0, found.root->storage};

@@ -1,5 +1,6 @@
 // All memory that loads and stores reach: local arrays, tables, buffers, threadgroup memory, and
-// the stage's inputs and outputs, which Stage.h declares. Roots.cpp makes the variables.
+// the stage's inputs and outputs, which Stage.h declares. Roots.cpp makes the variables;
+// Addresses.cpp has the accesses by address.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
@@ -14,8 +15,9 @@ class Memory {
   public:
     Memory(Body& body, const ShaderModule& shader);
 
-    Id load(const llvm::Value* pointer, llvm::Type* type);
-    void store(const llvm::Value* pointer, llvm::Type* type, Id value);
+    // The alignment is needed for accesses by address.
+    Id load(const llvm::Value* pointer, llvm::Type* type, llvm::Align align = {});
+    void store(const llvm::Value* pointer, llvm::Type* type, Id value, llvm::Align align = {});
 
     struct Pointer {
         Id id = 0;
@@ -35,6 +37,7 @@ class Memory {
     const std::vector<Resource>& resources() const { return resources_; }
     std::uint32_t colorAttachments() const { return colors_; }
     bool writesPointSize() const { return writesPointSize_; }
+    bool storesByAddress() const { return storesByAddress_; }
     std::uint32_t threadgroupBytes() const { return threadgroupBytes_; }
     const std::vector<std::uint32_t>& threadgroupPointers() const { return threadgroupPointers_; }
 
@@ -82,12 +85,24 @@ class Memory {
     void writeParts(const Found& found, const Access& access, Id value);
     Id converted(llvm::Type* to, llvm::Type* from, Id value);
 
+    // By address, in Addresses.cpp.
+    struct Spot {
+        Id address = 0; // 64 bits
+        llvm::Align align;
+    };
+    Spot spot(const Place& place, llvm::Align align);
+    Spot movedBy(const Spot& spot, std::uint64_t bytes);
+    Id pointer(const Spot& spot, llvm::Type* type);
+    Id read(const Spot& spot, llvm::Type* type);
+    void write(const Spot& spot, llvm::Type* type, Id value);
+
     Body& body_;
     const ShaderModule& shader_;
     llvm::MapVector<const llvm::Value*, std::unique_ptr<Root>> roots_;
     std::vector<Resource> resources_;
     std::uint32_t colors_ = 0;
     bool writesPointSize_ = false;
+    bool usesAddresses_ = false, storesByAddress_ = false;
     std::uint64_t localBytes_ = 0;
     std::uint32_t threadgroupBytes_ = 0;
     std::vector<std::uint32_t> threadgroupPointers_;

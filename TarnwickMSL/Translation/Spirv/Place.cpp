@@ -53,13 +53,18 @@ static void addIndices(Place& place, const GEPOperator& step, const DataLayout& 
     }
 }
 
+const Value* addressOf(const Value* root) {
+    bool isConverted = Operator::getOpcode(root) == Instruction::IntToPtr;
+    return isConverted ? cast<User>(root)->getOperand(0) : nullptr;
+}
+
 Place placeOf(const Value* pointer, const DataLayout& layout) {
     SmallVector<const GEPOperator*, 4> chain;
     while (auto* step = dyn_cast<GEPOperator>(pointer)) {
         chain.push_back(step);
         pointer = step->getPointerOperand();
     }
-    if (!isa<AllocaInst, GlobalVariable>(pointer))
+    if (!isa<AllocaInst, GlobalVariable>(pointer) && !addressOf(pointer))
         throw CompilerFault("A pointer cannot be followed to what it points into.");
     Place place{.root = pointer, .offset = 0, .anchor = 0, .terms = {}};
     for (const GEPOperator* step : reverse(chain))

@@ -16,13 +16,17 @@ struct Term {
 };
 
 struct Place {
-    const llvm::Value* root = nullptr; // an alloca or a global variable
-    std::int64_t offset = 0;           // bytes, without the terms
+    // An alloca, a global variable, or the conversion of an address to a pointer.
+    const llvm::Value* root = nullptr;
+    std::int64_t offset = 0; // bytes, without the terms
     // The offset before the first term was added. It identifies the member of a struct if the
     // optimiser has moved a constant from the index into the offset.
     std::int64_t anchor = 0;
     llvm::SmallVector<Term, 2> terms;
 };
+
+// The address that the root is converted from; null for a variable.
+const llvm::Value* addressOf(const llvm::Value* root);
 
 // Throws CompilerFault on a pointer that does not come from one root.
 Place placeOf(const llvm::Value* pointer, const llvm::DataLayout& layout);

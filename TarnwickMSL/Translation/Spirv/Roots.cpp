@@ -179,6 +179,8 @@ void Memory::makeStage(Root& made, const GlobalVariable& global) {
 static ResourceKind resourceKind(InterfaceKind kind) {
     if (kind == InterfaceKind::uniformBuffer)
         return ResourceKind::uniformBuffer;
+    if (kind == InterfaceKind::bufferAddresses)
+        return ResourceKind::bufferAddresses;
     return kind == InterfaceKind::loopReport ? ResourceKind::loopReport
                                              : ResourceKind::storageBuffer;
 }
@@ -188,7 +190,8 @@ void Memory::makeBuffer(Root& made, const GlobalVariable& global) {
     bool isPush = interface.kind == InterfaceKind::pushConstant;
     bool isReport = interface.kind == InterfaceKind::loopReport;
     made.storage = isPush ? spv::StorageClass::PushConstant
-                   : interface.kind == InterfaceKind::uniformBuffer
+                   : interface.kind == InterfaceKind::uniformBuffer ||
+                           interface.kind == InterfaceKind::bufferAddresses
                        ? spv::StorageClass::Uniform
                        : spv::StorageClass::StorageBuffer;
     bool isOne = isPush || isReport || interface.isReference;
@@ -282,11 +285,12 @@ void Memory::finish() {
     for (const auto& [value, root] : roots_) {
         bool isStorage = root->storage == spv::StorageClass::StorageBuffer;
         for (const Variable& variable : root->variables) {
-            if (isStorage && !resources_[root->resource].isWritten)
+            // The same memory may be reached by address.
+            if (isStorage && !resources_[root->resource].isWritten && !storesByAddress_)
                 body_.module.decorate(variable.id, spv::Decoration::NonWritable);
             if (isStorage && root->interface->isCoherent)
                 body_.module.decorate(variable.id, spv::Decoration::Coherent);
-            if (root->variables.size() > 1)
+            if (root->variables.size() > 1 || (isStorage && usesAddresses_))
                 body_.module.decorate(variable.id, spv::Decoration::Aliased);
         }
     }

@@ -26,10 +26,7 @@ static constexpr std::uint32_t fragmentBinding = 32;
 static std::uint32_t bindingAfter(const ShaderModule& shader) {
     std::uint32_t next = shader.stage == Stage::fragment ? fragmentBinding : 0;
     for (const InterfaceVariable& variable : shader.interface) {
-        bool hasBinding = variable.kind == InterfaceKind::uniformBuffer ||
-                          variable.kind == InterfaceKind::storageBuffer ||
-                          variable.kind == InterfaceKind::loopReport;
-        if (hasBinding)
+        if (hasBinding(variable.kind))
             next = std::max(next, variable.binding + 1);
     }
     for (const TextureVariable& texture : shader.textures)
@@ -127,8 +124,9 @@ Id FunctionWriter::value(const Instruction& instruction) {
     switch (instruction.getOpcode()) {
     case Instruction::Load: {
         auto& load = cast<LoadInst>(instruction);
-        return load.isAtomic() ? writeAtomicLoad(body_, memory_, load)
-                               : memory_.load(load.getPointerOperand(), load.getType());
+        return load.isAtomic()
+                   ? writeAtomicLoad(body_, memory_, load)
+                   : memory_.load(load.getPointerOperand(), load.getType(), load.getAlign());
     }
     case Instruction::FNeg:
         return body_.emit(spv::Op::OpFNegate, instruction.getType(),
@@ -160,7 +158,8 @@ void FunctionWriter::instruction(const Instruction& instruction) {
         if (store->isAtomic())
             return writeAtomicStore(body_, memory_, *store);
         const Value* stored = store->getValueOperand();
-        return memory_.store(store->getPointerOperand(), stored->getType(), body_.id(stored));
+        return memory_.store(store->getPointerOperand(), stored->getType(), body_.id(stored),
+                             store->getAlign());
     }
     // A pointer is resolved at its use. Atomics are relaxed, so fences have no effect.
     bool isSilent = instruction.getType()->isPointerTy() || isa<FenceInst>(instruction);
@@ -319,7 +318,9 @@ EntryPoint FunctionWriter::write() {
             .patch = shader_.patch,
             .controlPoints = shader_.controlPoints,
             .constants = constants(),
-            .isShapedByConstants = shader_.isShapedByConstants};
+            .isShapedByConstants = shader_.isShapedByConstants,
+            .storesByAddress = memory_.storesByAddress(),
+            .members = shader_.members};
 }
 
 EntryPoint writeSpirv(const ShaderModule& shader) {

@@ -1,5 +1,5 @@
 ; entry name=shade symbol=shade
-@curves = internal constant [2 x i32] [i32 1, i32 2]
+@curves = internal constant [2 x i64] [i64 1, i64 2]
 
 define internal float @twice(float %x) {
   %y = fadd float %x, %x
@@ -12,18 +12,20 @@ define internal float @square(float %x) {
 }
 
 define internal float @apply(ptr %f, float %x) {
-  %place = alloca ptr, align 4
-  store ptr %f, ptr %place, align 4
-  %1 = load i32, ptr %place, align 4
-  %2 = call float @msl.call_by_number(float %x, i32 %1)
-  ret float %2
+  %place = alloca ptr, align 8
+  store ptr %f, ptr %place, align 8
+  %1 = load i64, ptr %place, align 8
+  %2 = trunc i64 %1 to i32
+  %3 = call float @msl.call_by_number(float %x, i32 %2)
+  ret float %3
 }
 
 define float @shade(float %x, i32 %i) {
   %place = getelementptr [2 x ptr], ptr @curves, i32 0, i32 %i
-  %1 = load i32, ptr %place, align 4
-  %2 = call float @msl.call_by_number(float %x, i32 %1)
-  %z = call float @apply(ptr inttoptr (i32 1 to ptr), float %2)
+  %1 = load i64, ptr %place, align 8
+  %2 = trunc i64 %1 to i32
+  %3 = call float @msl.call_by_number(float %x, i32 %2)
+  %z = call float @apply(ptr inttoptr (i64 1 to ptr), float %3)
   ret float %z
 }
 

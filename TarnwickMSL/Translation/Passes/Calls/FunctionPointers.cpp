@@ -1,6 +1,6 @@
 // All functions of a program are known, so a pointer can point only to a function whose address is
-// taken. Pointers have 32 bits, as the numbers do: a table of numbers has the layout of the table
-// of pointers.
+// taken. A number has 64 bits in memory, as pointers do: a table of numbers has the layout of the
+// table of pointers.
 #include "TarnwickMSL/Translation/Passes/Calls/FunctionPointers.h"
 
 #include "TarnwickMSL/Translation/Passes/Calls/GlobalConstructors.h"
@@ -24,7 +24,7 @@ using Numbers = MapVector<Function*, std::uint32_t>;
 // Replaces pointers to functions in values and types.
 class Table {
   public:
-    explicit Table(LLVMContext& context) : word_(Type::getInt32Ty(context)) {}
+    explicit Table(LLVMContext& context) : word_(Type::getInt64Ty(context)) {}
 
     // The type with numbers in place of pointers.
     Type* type(Type* from) const;
@@ -100,7 +100,7 @@ static void replaceAddresses(Module& program, const Numbers& numbers) {
     LLVMContext& context = program.getContext();
     for (const auto& [function, number] : numbers)
         function->replaceUsesWithIf(
-            ConstantExpr::getIntToPtr(ConstantInt::get(Type::getInt32Ty(context), number),
+            ConstantExpr::getIntToPtr(ConstantInt::get(Type::getInt64Ty(context), number),
                                       function->getType()),
             [](Use& use) { return isAddress(use); });
 }
@@ -199,9 +199,10 @@ void Branches::replace(CallBase& call) {
     auto* read = dyn_cast<LoadInst>(call.getCalledOperand());
     if (read) // the memory has the number; it may change before the call
         arguments.push_back(IRBuilder<>(read).CreateAlignedLoad(
-            builder.getInt32Ty(), read->getPointerOperand(), read->getAlign()));
+            builder.getInt64Ty(), read->getPointerOperand(), read->getAlign()));
     else
-        arguments.push_back(builder.CreatePtrToInt(call.getCalledOperand(), builder.getInt32Ty()));
+        arguments.push_back(builder.CreatePtrToInt(call.getCalledOperand(), builder.getInt64Ty()));
+    arguments.back() = builder.CreateTrunc(arguments.back(), builder.getInt32Ty());
     CallInst* made = builder.CreateCall(branch(call), arguments);
     made->setCallingConv(call.getCallingConv());
     made->setAttributes(argumentAttributes(call));
@@ -254,7 +255,7 @@ static bool isChoice(Value* value, SmallPtrSetImpl<Value*>& seen) {
 
 // The same choice of numbers.
 static Value* numberFor(Value* value, DenseMap<Value*, Value*>& known) {
-    Type* word = Type::getInt32Ty(value->getContext());
+    Type* word = Type::getInt64Ty(value->getContext());
     if (Constant* number = numberOf(value))
         return number;
     if (isa<Constant>(value))
@@ -302,7 +303,7 @@ bool chooseNumbers(Function& main) {
             isChanged = true;
         }
         auto* number = dyn_cast<PtrToIntInst>(&instruction);
-        if (!number || !number->getType()->isIntegerTy(32) ||
+        if (!number || !number->getType()->isIntegerTy(64) ||
             !isChoice(number->getOperand(0), seen))
             continue;
         number->replaceAllUsesWith(numberFor(number->getOperand(0), known));

@@ -31,11 +31,6 @@ static DenseSet<std::uint64_t> usedTextures(const Function& main) {
     return used;
 }
 
-static bool hasBinding(InterfaceKind kind) {
-    return kind == InterfaceKind::uniformBuffer || kind == InterfaceKind::storageBuffer ||
-           kind == InterfaceKind::loopReport;
-}
-
 void assignBindings(ShaderModule& shader) {
     DenseSet<std::uint64_t> textures = usedTextures(*shader.main);
     std::erase_if(shader.interface,

@@ -50,6 +50,8 @@ class Wrapping {
     Value* argument(const Argument& given, llvm::Argument& formal);
     Value* absent(const Argument& given, llvm::Argument& formal);
     Value* buffer(const Argument& given);
+    void hold(const Argument& record, const Argument& member);
+    static TextureVariable textureOf(const Argument& given, std::uint32_t index);
     Value* textures(const Argument& given, llvm::Argument& formal);
     Value* samplers(const Argument& given, llvm::Argument& formal);
     Value* handle(const Argument& given, llvm::Argument& formal);
@@ -111,7 +113,44 @@ Value* Wrapping::buffer(const Argument& given) {
                                .elementBytes = given.elementBytes,
                                .isReference = given.isReference,
                                .isCoherent = given.isCoherent || given.hasRasterOrder};
+    for (const Argument& member : given.members)
+        hold(given, member);
     return interface_.global(variable, pointeeType(*shader_.module, given));
+}
+
+// A member of an argument buffer, which the step `argument-buffers` finds in the record.
+void Wrapping::hold(const Argument& record, const Argument& member) {
+    MemberKind kind = MemberKind::constants;
+    std::uint64_t bytes = 8;
+    if (member.kind == ArgumentKind::texture) {
+        kind = MemberKind::texture;
+        bytes = 4;
+        shader_.textures.push_back(textureOf(member, member.index));
+    } else if (member.kind == ArgumentKind::sampler) {
+        kind = MemberKind::sampler;
+        shader_.samplers.push_back(member.index);
+    } else if (member.kind == ArgumentKind::buffer) {
+        kind = MemberKind::buffer;
+        buffer(member);
+    } else {
+        bytes = member.elementBytes;
+    }
+    shader_.members.push_back({.kind = kind,
+                               .buffer = record.index,
+                               .id = member.id,
+                               .offset = member.offset,
+                               .bytes = static_cast<std::uint32_t>(bytes),
+                               .index = member.index});
+}
+
+TextureVariable Wrapping::textureOf(const Argument& given, std::uint32_t index) {
+    return {.index = index,
+            .shape = given.shape,
+            .component = given.component,
+            .isDepth = given.isDepth,
+            .isRead = given.isRead,
+            .isWritten = given.isWritten,
+            .isCoherent = given.hasRasterOrder};
 }
 
 Value* Wrapping::textures(const Argument& given, llvm::Argument& formal) {
@@ -120,13 +159,7 @@ Value* Wrapping::textures(const Argument& given, llvm::Argument& formal) {
         std::uint32_t index = given.index + n;
         while (any_of(shader_.textures, [&](const auto& other) { return other.index == index; }))
             index += mostTextures;
-        shader_.textures.push_back({.index = index,
-                                    .shape = given.shape,
-                                    .component = given.component,
-                                    .isDepth = given.isDepth,
-                                    .isRead = given.isRead,
-                                    .isWritten = given.isWritten,
-                                    .isCoherent = given.hasRasterOrder});
+        shader_.textures.push_back(textureOf(given, index));
         builder_.CreateStore(builder_.getInt32(index), at(memory, 4 * std::uint64_t{n}));
     }
     return passed(formal, memory);

@@ -63,22 +63,24 @@ static const Value* addressOf(const Instruction& instruction) {
 static bool isRoot(const Value* pointer) {
     while (auto* step = dyn_cast<GEPOperator>(pointer))
         pointer = step->getPointerOperand();
-    return isa<AllocaInst, GlobalVariable>(pointer);
+    return isa<AllocaInst, GlobalVariable, IntToPtrInst>(pointer) ||
+           Operator::getOpcode(pointer) == Instruction::IntToPtr;
 }
 
 static std::string checkPointer(const Instruction& instruction) {
-    if (isa<IntToPtrInst, PtrToIntInst>(instruction))
+    if (isa<PtrToIntInst>(instruction))
         return about("A pointer is converted", instruction);
     if (isa<ICmpInst>(instruction) && instruction.getOperand(0)->getType()->isPointerTy())
         return about("Pointers are compared", instruction);
     const Value* address = addressOf(instruction);
     return address && !isRoot(address)
-               ? about("A pointer does not come from a local or global", instruction)
+               ? about("A pointer does not come from a local, a global or an address", instruction)
                : "";
 }
 
 static std::string checkChoice(const Instruction& instruction) {
-    return instruction.getType()->isPointerTy() && !isa<GetElementPtrInst, AllocaInst>(instruction)
+    return instruction.getType()->isPointerTy() &&
+                   !isa<GetElementPtrInst, AllocaInst, IntToPtrInst>(instruction)
                ? about("A pointer is made at run time", instruction)
                : "";
 }
@@ -165,10 +167,10 @@ static std::string checkOperation(const Instruction& instruction) {
 
 static std::string checkAddress(const Instruction& instruction) {
     for (const Value* at = addressOf(instruction); at;) {
-        auto* step = dyn_cast<GetElementPtrInst>(at);
+        auto* step = isa<GetElementPtrInst, IntToPtrInst>(at) ? cast<Instruction>(at) : nullptr;
         if (step && step->getParent() != instruction.getParent())
             return about("An address is made in another block", instruction);
-        at = step ? step->getPointerOperand() : nullptr;
+        at = step && isa<GetElementPtrInst>(step) ? step->getOperand(0) : nullptr;
     }
     return {};
 }
@@ -317,10 +319,7 @@ static std::string checkBindings(const Subject& subject) {
     for (const InterfaceVariable& variable : subject.shader.interface) {
         if (!subject.shader.module->getNamedGlobal(variable.global))
             return "The interface lists '" + variable.global + "', which no code uses.";
-        bool hasBinding = variable.kind == InterfaceKind::uniformBuffer ||
-                          variable.kind == InterfaceKind::storageBuffer ||
-                          variable.kind == InterfaceKind::loopReport;
-        if (hasBinding && variable.binding != next++)
+        if (hasBinding(variable.kind) && variable.binding != next++)
             return "The binding of '" + variable.global + "' leaves a gap.";
     }
     for (const TextureVariable& texture : subject.shader.textures)
@@ -346,7 +345,7 @@ static constexpr std::array rules{
     RuleRow{"A call is of a function without a body: a built-in function or an intrinsic.", checkCall},
     RuleRow{"`main` is the only function with a body.", nullptr, checkMain},
     RuleRow{"No call copies or fills memory.", checkCopy},
-    RuleRow{"An access is to a local or a global with steps into it; no pointer is compared or converted.", checkPointer},
+    RuleRow{"An access is to a local, a global or an address with steps into it; no pointer is compared or becomes a number.", checkPointer},
     RuleRow{"A texture's handle and a sampler's bits are constants.", checkHandle},
     RuleRow{"No pointer is chosen or read from memory.", checkChoice},
     RuleRow{"One return, branches and nothing else between blocks; each loop has one entry, one latch and an exit.", nullptr, checkFlow},

@@ -20,10 +20,12 @@ static constexpr std::array argumentWords{"buffer", "texture", "sampler", "threa
 static constexpr std::array presenceWords{"yes", "no", "open"};
 static constexpr std::array spaceWords{"constant", "device", "threadgroup"};
 static constexpr std::array interfaceWords{
-    "input", "output", "uniform_buffer", "storage_buffer", "push_constant", "workgroup", "loop_report"};
+    "input", "output", "uniform_buffer", "storage_buffer", "push_constant", "workgroup", "loop_report",
+    "buffer_addresses"};
 static constexpr std::array shapeWords{
     "none", "buffer", "1d", "1d_array", "2d", "2d_array", "2d_ms", "2d_ms_array", "3d", "cube", "cube_array"};
 static constexpr std::array patchWords{"none", "triangle", "quad"};
+static constexpr std::array memberWords{"constants", "buffer", "texture", "sampler"};
 static constexpr std::array componentWords{"none", "float", "int", "uint", "ulong"};
 // clang-format on
 
@@ -44,6 +46,8 @@ template <class Enum> static constexpr const auto& wordsOf() {
         return interfaceWords;
     else if constexpr (std::is_same_v<Enum, PatchKind>)
         return patchWords;
+    else if constexpr (std::is_same_v<Enum, MemberKind>)
+        return memberWords;
     else if constexpr (std::is_same_v<Enum, TextureShape>)
         return shapeWords;
     else
@@ -80,6 +84,17 @@ static void eachField(const Argument*, auto&& visit) {
     visit("is_written", &Argument::isWritten);
     visit("count", &Argument::count);
     visit("presence", &Argument::presence);
+    visit("offset", &Argument::offset);
+    visit("id", &Argument::id);
+}
+
+static void eachField(const ArgumentMember*, auto&& visit) {
+    visit("kind", &ArgumentMember::kind);
+    visit("buffer", &ArgumentMember::buffer);
+    visit("id", &ArgumentMember::id);
+    visit("offset", &ArgumentMember::offset);
+    visit("bytes", &ArgumentMember::bytes);
+    visit("index", &ArgumentMember::index);
 }
 
 static void eachField(const StageValue*, auto&& visit) {
@@ -228,6 +243,7 @@ template std::string recordLine(std::string_view, const Argument&);
 template std::string recordLine(std::string_view, const StageValue&);
 template std::string recordLine(std::string_view, const StageAttribute&);
 template std::string recordLine(std::string_view, const ConstantSignature&);
+template std::string recordLine(std::string_view, const ArgumentMember&);
 template std::string recordLine(std::string_view, const InterfaceVariable&);
 template std::string recordLine(std::string_view, const TextureVariable&);
 template std::string recordLine(std::string_view, const ShaderModule&);
@@ -236,6 +252,7 @@ template std::optional<std::string> readRecord(std::string_view, Argument&);
 template std::optional<std::string> readRecord(std::string_view, StageValue&);
 template std::optional<std::string> readRecord(std::string_view, StageAttribute&);
 template std::optional<std::string> readRecord(std::string_view, ConstantSignature&);
+template std::optional<std::string> readRecord(std::string_view, ArgumentMember&);
 template std::optional<std::string> readRecord(std::string_view, InterfaceVariable&);
 template std::optional<std::string> readRecord(std::string_view, TextureVariable&);
 template std::optional<std::string> readRecord(std::string_view, ShaderModule&);

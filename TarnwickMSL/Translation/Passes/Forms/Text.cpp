@@ -14,9 +14,9 @@ namespace tarnwick::msl {
 using namespace llvm;
 
 // As Clang writes them for this target, and the step `describe` completes the layout.
-static constexpr StringLiteral usualLayout =
-    "e-p:32:32-i64:64-v16:16-v24:32-v32:32-v48:64-v96:128-v192:256-v256:256-v512:512-v1024:1024-G1"
-    "-n8:16:32:64";
+static constexpr StringLiteral usualLayout = "e-p:64:64:64:32-i64:64-v16:16-v24:32-v32:32-v48:64-"
+                                             "v96:128-v192:256-v256:256-v512:512-v1024:1024-G1"
+                                             "-n8:16:32:64";
 static constexpr StringLiteral usualTriple = "spir-unknown-unknown";
 
 // Without the lines that say nothing about the code.
@@ -42,6 +42,8 @@ static std::string textOf(const EntrySignature& entry) {
         text += recordLine("argument", argument);
         for (const StageValue& value : argument.values)
             text += recordLine("value", value);
+        for (const Argument& member : argument.members)
+            text += recordLine("held", member);
     }
     for (const StageValue& value : entry.results)
         text += recordLine("result", value);
@@ -86,6 +88,8 @@ static std::string recordsOf(const ShaderModule& shader) {
         text += recordLine("attribute", attribute);
     for (std::uint32_t index : shader.samplers)
         text += "; sampler index=" + std::to_string(index) + "\n";
+    for (const ArgumentMember& member : shader.members)
+        text += recordLine("member", member);
     if (!shader.main)
         return text;
     for (BasicBlock& block : *shader.main)
@@ -128,7 +132,7 @@ class RecordReader {
 
   private:
     template <class Record> void fill(Record& record);
-    void value();
+    Argument& lastArgument();
     BasicBlock* block(const std::string& name);
 
     std::vector<EntrySignature>& entries_;
@@ -145,10 +149,10 @@ template <class Record> void RecordReader::fill(Record& record) {
                         "'.");
 }
 
-void RecordReader::value() {
+Argument& RecordReader::lastArgument() {
     if (entries_.empty() || entries_.back().arguments.empty())
         throw TextError("The line '" + std::string(line_) + "' needs an argument before it.");
-    fill(entries_.back().arguments.back().values.emplace_back());
+    return entries_.back().arguments.back();
 }
 
 void RecordReader::read(std::string_view line) {
@@ -164,7 +168,9 @@ void RecordReader::read(std::string_view line) {
     else if (word == "argument")
         fill(entries_.back().arguments.emplace_back());
     else if (word == "value")
-        value();
+        fill(lastArgument().values.emplace_back());
+    else if (word == "held")
+        fill(lastArgument().members.emplace_back());
     else if (word == "result")
         fill(entries_.back().results.emplace_back());
     else if (word == "constant")
@@ -177,6 +183,8 @@ void RecordReader::read(std::string_view line) {
         fill(shader_.textures.emplace_back());
     else if (word == "attribute")
         fill(shader_.attributes.emplace_back());
+    else if (word == "member")
+        fill(shader_.members.emplace_back());
     else if (word == "sampler")
         shader_.samplers.push_back(
             static_cast<std::uint32_t>(std::strtoul(fieldOf(line, "index").c_str(), nullptr, 10)));

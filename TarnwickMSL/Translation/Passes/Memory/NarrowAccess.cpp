@@ -1,13 +1,13 @@
 // In: reads and writes of whole vectors in buffers. Out: a store writes only the lanes that the
 // program changed, and a load of which one lane is used reads only that lane.
 //
-// Invariant: memory holds the same bytes after the pass. A store is narrowed only if MemorySSA shows
-// that no write can lie between the load of the old lanes and the store; then those lanes already
-// have their values. All stores are examined before the first is replaced, because the analysis does
-// not follow the changes.
+// Invariant: memory holds the same bytes after the pass. A store is narrowed only if MemorySSA
+// shows that no write can lie between the load of the old lanes and the store; then those lanes
+// already have their values. All stores are examined before the first is replaced, because the
+// analysis does not follow the changes.
 //
-// Why: the packaged CPU driver reads and writes buffers lane by lane, each under a mask of its own: a
-// particle's update that left three of four lanes alone took a quarter longer for writing them
+// Why: the packaged CPU driver reads and writes buffers lane by lane, each under a mask of its own:
+// a particle's update that left three of four lanes alone took a quarter longer for writing them
 // back.
 #include "TarnwickMSL/Translation/Passes/Memory/NarrowAccess.h"
 

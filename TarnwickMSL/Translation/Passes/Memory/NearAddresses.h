@@ -1,0 +1,14 @@
+// Keeps the steps to an address beside its access.
+#pragma once
+
+namespace llvm {
+class Function;
+}
+
+namespace tarnwick::msl {
+
+// Computes the address of each access directly before it, so that structured control flow passes
+// numbers between blocks and never pointers.
+void keepPointersNear(llvm::Function& main);
+
+} // namespace tarnwick::msl
