@@ -11,10 +11,10 @@
 
 namespace tarnwick {
 
-// The findings for the compiler's `diagnostics` of the episode, at the author's own lines. Errors in
-// generated code that an unclosed bracket causes become one error at that bracket. Missing functions
-// become one error and a note that lists the functions of this kind of episode. Each hint is given
-// once, at its first finding. Pure.
+// The findings for the compiler's `diagnostics` of the episode, at the author's own lines. Errors
+// in generated code that an unclosed bracket causes become one error at that bracket. Missing
+// functions become one error and a note that lists the functions of this kind of episode. Each hint
+// is given once, at its first finding. Pure.
 std::vector<Finding> findingsOf(const Episode& episode, std::span<const Diagnostic> diagnostics);
 
 // `findings`, followed by the warnings about the episode's declarations.
@@ -29,7 +29,7 @@ std::vector<Finding> errorsAmong(std::span<const Finding> findings);
 // "PLACE: message (hint)"; without the place if the finding has no line.
 std::string inOneLine(const Finding& finding, std::string_view place);
 
-// The first line with an error in the compiler's own text; its first line if there is none.
+// The first line with an error in the compiler's own text; the first line of a text without errors.
 std::string firstErrorLine(std::string_view compilerText);
 
 } // namespace tarnwick

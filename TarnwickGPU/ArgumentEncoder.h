@@ -38,7 +38,7 @@ class ArgumentEncoder {
     void setBuffer(const Buffer& buffer, std::size_t offset, std::uint32_t index);
     void setTexture(const Texture& texture, std::uint32_t index);
     void setSamplerState(const SamplerState& state, std::uint32_t index);
-    // Where the constant with the index is; null if there is none.
+    // The address of the constant with the index; null for an unknown index.
     void* constantData(std::uint32_t index);
 
   private:

@@ -49,7 +49,7 @@ class FunctionConstantValues {
     // Removes all values.
     void reset() { values_.clear(); }
 
-    // The last value that was set for the constant; null if there is none.
+    // The last value that was set for the constant; null if the constant has no value.
     const Value* valueOf(const msl::FunctionConstant& constant) const;
 
   private:

@@ -19,7 +19,8 @@ bool isOptionLike(std::string_view word) {
     return word.size() > 1 && word.front() == '-';
 }
 
-// The row that `word` names, up to a "=". Throws UsageError if there is none.
+// The row of the option `word`; a "=" and the text after it are ignored. Throws UsageError for an
+// unknown option.
 const Option& rowOf(const CommandForm& form, std::string_view word) {
     const std::string name(word.substr(0, word.find('=')));
     const Option* row = rowNamed(form.options, name);

@@ -15,7 +15,7 @@ namespace tarnwick {
 // Text in all rows is constant. An option that takes a value has a default or is required.
 struct Option {
     std::string_view name;  // "--size", "-o"
-    std::string_view value; // the placeholder of its value, "WxH"; empty if it takes none;
+    std::string_view value; // the name of its value in the help, "WxH"; empty for a switch;
                             // "FILE..." if it takes all words up to the next option
     std::string_view help;  // without a full stop
     Values values = AnyText{};

@@ -18,7 +18,7 @@ class EpisodeHints {
     EpisodeHints& operator=(const EpisodeHints&) = delete;
 
     // The hint for a diagnostic of the source: made from the source if possible, else from the
-    // table of Hints.h; empty if there is none.
+    // table of Hints.h; empty for a message without a hint.
     std::string hintFor(const Diagnostic& message) const;
 
     // Whether line `number` of the source declares `name`, after a type.

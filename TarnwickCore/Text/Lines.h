@@ -13,7 +13,7 @@ namespace tarnwick {
 // U+000A to U+000D, U+0085, U+2028 and U+2029 in UTF-8 (Unicode 15, 5.8). Accepts any bytes.
 std::vector<std::string_view> linesOf(std::string_view text);
 
-// The length in bytes of the line break at `at`; CR LF is one break. 0 if there is none.
+// The length in bytes of the line break at `at`; CR LF is one break. 0 if no line ends at `at`.
 std::size_t lineBreakLength(std::string_view text, std::size_t at);
 
 // All lines of `text`, including empty ones, as the compiler counts them: breaks are LF, CR and CR

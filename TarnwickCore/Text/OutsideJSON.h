@@ -17,7 +17,7 @@ inline constexpr int deepestOutsideJSON = 64;
 // the maximum. Accepts any bytes; the stack does not grow with the depth.
 std::optional<nlohmann::json> objectOf(std::string_view bytes);
 
-// The member; the JSON value null if there is none.
+// The member; the JSON value null if the member is missing.
 const nlohmann::json& memberOf(const nlohmann::json& object, const char* name);
 // Nothing if the member is missing or is not text.
 std::optional<std::string> textOf(const nlohmann::json& object, const char* name);

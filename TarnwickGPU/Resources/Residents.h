@@ -28,7 +28,7 @@ class Residents {
         VkDeviceSize offset = 0, size = 0; // bytes
     };
     std::optional<Range> bufferAt(VkDeviceAddress address) const;
-    const TextureParts* texture(std::uint32_t handle) const; // null if there is none
+    const TextureParts* texture(std::uint32_t handle) const; // null for an unknown handle
 
   private:
     mutable std::mutex mutex_;
