@@ -35,9 +35,10 @@ endif()
 
 tarnwick_tests(TarnwickMSL/Validity
     SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/BuiltInValidityTests.cpp
+            ${CMAKE_CURRENT_SOURCE_DIR}/LoopShapeTests.cpp
             ${CMAKE_CURRENT_SOURCE_DIR}/ValidityTests.cpp
     LINK TarnwickCore TarnwickMSL TarnwickMSLTranslationFrontEnd TarnwickMSLTranslationSpirv
-         RandomPrograms)
+         TarnwickSpirv RandomPrograms)
 target_compile_definitions(TarnwickMSLValidityTests PRIVATE
     TARNWICK_CORPUS="${CMAKE_CURRENT_SOURCE_DIR}/corpus"
     TARNWICK_EPISODES="${CMAKE_SOURCE_DIR}/episodes")

@@ -100,6 +100,7 @@ class TokenPass {
     void qualifier(std::size_t i);
     void entryPoint(std::size_t i);
     void attributeArguments(std::size_t i);
+    bool unrollAttribute(std::size_t i);
     std::size_t attributeListEnd(std::size_t i) const;
     bool missingAttribute(std::size_t i);
     void explicitInstantiation(std::size_t i);

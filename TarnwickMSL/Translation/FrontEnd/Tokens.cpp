@@ -254,6 +254,31 @@ void TokenPass::arraySizes(std::size_t i) {
     dropRange(first, i);
 }
 
+// Rewrites `[[unroll]]`, `[[unroll(4)]]` and `[[nounroll]]` before a loop to the attribute that
+// Clang has for them.
+bool TokenPass::unrollAttribute(std::size_t i) {
+    std::size_t word = i + 2;
+    if (isWord(word, "clang") && is(word + 1, tok::coloncolon))
+        word += 2;
+    const bool isKept = isWord(word, "nounroll");
+    const std::size_t end = scopes.match(i);
+    const bool hasNumber = !isKept && is(word + 1, tok::l_paren);
+    const std::size_t last = hasNumber ? scopes.match(word + 1) : word;
+    if ((!isKept && !isWord(word, "unroll")) || last + 2 != end)
+        return false;
+    const SourceLocation at = tokens[word].getLocation();
+    dropRange(i, word + 1);
+    dropRange(end - 1, end + 1);
+    append(edits[word].after, "__attribute__ ( ( opencl_unroll_hint", at);
+    if (isKept) {
+        append(edits[word].after, "(", at);
+        edits[word].after.push_back(number("1", at));
+        append(edits[word].after, ")", at);
+    }
+    append(edits[end].after, ") )", at);
+    return true;
+}
+
 // A number with another text at the same location.
 Token TokenPass::number(llvm::StringRef text, SourceLocation at) const {
     Token literal = make(tok::numeric_constant, at);
@@ -365,6 +390,8 @@ std::vector<Token> TokenPass::run() {
                 literal(i);
             else if (token.is(tok::starequal))
                 swizzleTimes(i);
+            else if (token.is(tok::l_square) && is(i + 1, tok::l_square) && unrollAttribute(i))
+                ;
             else if (token.is(tok::l_square) && is(i + 1, tok::l_square))
                 attributeArguments(i), arraySizes(i);
             else if (token.is(tok::amp))

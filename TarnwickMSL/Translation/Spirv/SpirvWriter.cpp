@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Translation/SpirvWriter.h"
 
+#include "TarnwickMSL/Translation/LoopControl.h"
 #include "TarnwickMSL/Translation/Places.h"
 #include "TarnwickMSL/Translation/Spirv/Arithmetic.h"
 #include "TarnwickMSL/Translation/Spirv/Atomics.h"
@@ -169,6 +170,18 @@ void FunctionWriter::instruction(const Instruction& instruction) {
         body_.set(&instruction, made);
 }
 
+static std::uint32_t maskOf(LoopControl control) {
+    switch (control) {
+    case LoopControl::none:
+        return 0;
+    case LoopControl::unroll:
+        return static_cast<std::uint32_t>(spv::LoopControlMask::Unroll);
+    case LoopControl::keep:
+        return static_cast<std::uint32_t>(spv::LoopControlMask::DontUnroll);
+    }
+    return 0;
+}
+
 void FunctionWriter::merge(const BasicBlock& block, bool isBranching) {
     auto found = shader_.structure.find(const_cast<BasicBlock*>(&block));
     if (found == shader_.structure.end())
@@ -176,7 +189,8 @@ void FunctionWriter::merge(const BasicBlock& block, bool isBranching) {
     const Merge& merge = found->second;
     if (merge.continueTarget)
         body_.act(spv::Op::OpLoopMerge,
-                  {body_.label(merge.merge), body_.label(merge.continueTarget), 0});
+                  {body_.label(merge.merge), body_.label(merge.continueTarget),
+                   maskOf(markedLoopControl(block))});
     else if (isBranching)
         body_.act(spv::Op::OpSelectionMerge, {body_.label(merge.merge), 0});
 }

@@ -1,6 +1,7 @@
 #include "TarnwickMSL/Translation/Passes/Calls/Description.h"
 
 #include "TarnwickMSL/Translation/Passes/Calls/BuiltInCalls.h"
+#include "TarnwickMSL/Translation/Passes/Optimising/UnrollHints.h"
 
 #include <llvm/IR/Instructions.h>
 #include <llvm/IR/Module.h>
@@ -20,7 +21,7 @@ static void describe(Function& function) {
     for (llvm::Argument& argument : function.args())
         argument.removeAttr(Attribute::NoAlias);
     for (BasicBlock& block : function)
-        block.getTerminator()->setMetadata(LLVMContext::MD_loop, nullptr);
+        keepUnrollHints(*block.getTerminator());
 }
 
 // Without its logs, a program computes nothing for them.

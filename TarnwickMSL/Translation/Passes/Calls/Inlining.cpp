@@ -4,6 +4,7 @@
 #include "TarnwickMSL/Translation/Passes/Calls/Inlining.h"
 
 #include "TarnwickMSL/Translation/Passes/Calls/FunctionPointers.h"
+#include "TarnwickMSL/Translation/Passes/Optimising/Costs.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/FloatCounters.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 #include "TarnwickMSL/Translation/Places.h"
@@ -98,6 +99,22 @@ static void makeSmall(Function& function, bool isRoot, Optimiser& optimiser) {
         optimiser.unrollLoops(function);
 }
 
+// Marks each function with the number of its copies that inlining makes. The roots are in the order
+// as well, callers after their callees.
+static void markCopies(ArrayRef<Function*> order, const DenseMap<Function*, bool>& roots) {
+    DenseMap<const Function*, double> copies;
+    for (Function* function : reverse(order)) {
+        if (roots.contains(function))
+            copies[function] = 1;
+        const double own = std::min(copies[function], 1e6);
+        if (own > 1)
+            function->addFnAttr(copiesMark, std::to_string(own));
+        for (Instruction& instruction : instructions(*function))
+            if (auto* call = dyn_cast<CallBase>(&instruction))
+                copies[call->getCalledFunction()] += own;
+    }
+}
+
 static void dropBodies(Module& module, const DenseMap<Function*, bool>& roots,
                        Optimiser& optimiser) {
     for (Function& function : module) {
@@ -127,6 +144,7 @@ void inlineEverything(Module& module, const std::vector<Function*>& roots, Optim
         if (order.state(*root) == Visit::none)
             order.visit(*root);
     }
+    markCopies(order.functions, isRoot);
     for (Function* function : order.functions)
         makeSmall(*function, isRoot.contains(function), optimiser);
     dropBodies(module, isRoot, optimiser);

@@ -20,6 +20,7 @@
 
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LeavingValues.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
+#include "TarnwickMSL/Translation/Passes/Optimising/UnrollHints.h"
 
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/Analysis/ScalarEvolution.h>
@@ -169,9 +170,11 @@ void moveTestsToHeaders(Function& main, Optimiser& optimiser) {
         return;
     auto& evolution = optimiser.analyses().getResult<ScalarEvolutionAnalysis>(main);
     SmallVector<HeaderTest, 8> tests; // all before the first loop changes
-    for (Loop* loop : loops.getLoopsInReverseSiblingPreorder())
+    for (Loop* loop : loops.getLoopsInReverseSiblingPreorder()) {
+        setLoopControl(*loop, loopControl(*loop, evolution));
         if (auto test = headerTest(*loop, evolution); test && mayLeaveThroughPhis(*loop))
             tests.push_back(*test);
+    }
     DominatorTree tree(main);
     for (const HeaderTest& test : tests)
         apply(test, tree, loops);

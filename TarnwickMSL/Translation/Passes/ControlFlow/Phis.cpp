@@ -53,6 +53,7 @@ static void merge(PHINode& first, PHINode& second) {
     for (BasicBlock* from : first.blocks())
         first.setIncomingValueForBlock(from, agreed(first, second, from));
     first.andIRFlags(&second);
+    first.copyMetadata(second); // a hint for the driver (LoopControl.h)
     second.replaceAllUsesWith(&first);
     second.eraseFromParent();
 }

@@ -8,6 +8,9 @@ namespace tarnwick::msl {
 // Unrolling longer loops costs more than it saves if few of their rounds run.
 constexpr unsigned mostArrayRounds = 16;
 
+// An attribute of a function: how many copies of it inlining makes in the program. Default: 1.
+inline constexpr llvm::StringLiteral copiesMark = "msl.copies";
+
 // The analysis to register in place of the one of LLVM's targets.
 llvm::TargetIRAnalysis shaderCosts();
 

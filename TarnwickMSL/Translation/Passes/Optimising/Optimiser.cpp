@@ -1,6 +1,7 @@
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 
 #include "TarnwickMSL/Translation/Passes/Optimising/Costs.h"
+#include "TarnwickMSL/Translation/Passes/Optimising/UnrollHints.h"
 
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/Analysis/ScalarEvolution.h>
@@ -141,15 +142,16 @@ bool Optimiser::hasShortLoops(Function& function) {
     if (loops.empty())
         return false;
     auto& evolution = managers_->functions.getResult<ScalarEvolutionAnalysis>(function);
-    return any_of(loops.getLoopsInPreorder(), [&](Loop* loop) {
-        unsigned rounds = evolution.getSmallConstantMaxTripCount(loop);
-        if (rounds == 0 || rounds > longestUnrolled)
-            return false;
-        std::size_t size = 0;
-        for (BasicBlock* block : loop->blocks())
-            size += block->size();
-        return size * rounds <= largestUnrolled;
-    });
+    return limitUnrollHints(loops, evolution) ||
+           any_of(loops.getLoopsInPreorder(), [&](Loop* loop) {
+               unsigned rounds = evolution.getSmallConstantMaxTripCount(loop);
+               if (rounds == 0 || rounds > longestUnrolled)
+                   return false;
+               std::size_t size = 0;
+               for (BasicBlock* block : loop->blocks())
+                   size += block->size();
+               return size * rounds <= largestUnrolled;
+           });
 }
 
 void Optimiser::forget(Function& function) {
