@@ -71,17 +71,21 @@ template <class T, int C, int R> struct matrix {
     MSL_INLINE matrix operator-() const {
         return each([](Column a) { return -a; }, *this);
     }
-    MSL_INLINE matrix& operator+=(const matrix& m) { return *this = *this + m; }
-    MSL_INLINE matrix& operator-=(const matrix& m) { return *this = *this - m; }
     MSL_INLINE matrix& operator*=(T s) { return *this = *this * s; }
     MSL_INLINE matrix& operator/=(T s) { return *this = *this / s; }
-    MSL_INLINE matrix& operator*=(const matrix<T, C, C>& m) { return *this = *this * m; }
 
-    friend MSL_INLINE matrix operator+(const matrix& a, const matrix& b) {
-        return each([](Column x, Column y) { return x + y; }, a, b);
+    MSL_INLINE matrix _plus(const matrix& m) const {
+        return each([](Column x, Column y) { return x + y; }, *this, m);
     }
-    friend MSL_INLINE matrix operator-(const matrix& a, const matrix& b) {
-        return each([](Column x, Column y) { return x - y; }, a, b);
+    MSL_INLINE matrix _minus(const matrix& m) const {
+        return each([](Column x, Column y) { return x - y; }, *this, m);
+    }
+    MSL_INLINE bool _equals(const matrix& m) const {
+        bool same = true;
+        for (int i = 0; i < C; ++i)
+            for (int j = 0; j < R; ++j)
+                same = same & (columns[i][j] == m.columns[i][j]);
+        return same;
     }
     template <class S, class = enable_if_t<is_arithmetic_v<S>>>
     friend MSL_INLINE matrix operator*(const matrix& a, S s) {
@@ -112,8 +116,6 @@ template <class T, int C, int R> struct matrix {
             return Row{inner(v, m.columns[0]), inner(v, m.columns[1]), inner(v, m.columns[2]),
                        inner(v, m.columns[3])};
     }
-    friend MSL_INLINE bool operator==(const matrix& a, const matrix& b) { return a.equals(b); }
-    friend MSL_INLINE bool operator!=(const matrix& a, const matrix& b) { return !a.equals(b); }
 
   private:
     static MSL_INLINE constexpr Column axis(int i, T s) {
@@ -150,14 +152,25 @@ template <class T, int C, int R> struct matrix {
             return {f(m.columns[0]...), f(m.columns[1]...), f(m.columns[2]...),
                     f(m.columns[3]...)};
     }
-    MSL_INLINE bool equals(const matrix& m) const {
-        bool same = true;
-        for (int i = 0; i < C; ++i)
-            for (int j = 0; j < R; ++j)
-                same = same & (columns[i][j] == m.columns[i][j]);
-        return same;
-    }
 };
+
+// Templates, so that a program's own operators for its matrix types are better matches.
+template <class T, int C, int R>
+MSL_INLINE matrix<T, C, R> operator+(const matrix<T, C, R>& a, const matrix<T, C, R>& b) {
+    return a._plus(b);
+}
+template <class T, int C, int R>
+MSL_INLINE matrix<T, C, R> operator-(const matrix<T, C, R>& a, const matrix<T, C, R>& b) {
+    return a._minus(b);
+}
+template <class T, int C, int R>
+MSL_INLINE bool operator==(const matrix<T, C, R>& a, const matrix<T, C, R>& b) {
+    return a._equals(b);
+}
+template <class T, int C, int R>
+MSL_INLINE bool operator!=(const matrix<T, C, R>& a, const matrix<T, C, R>& b) {
+    return !a._equals(b);
+}
 
 template <class T, int C, int R, int K>
 MSL_INLINE matrix<T, K, R> operator*(const matrix<T, C, R>& a, const matrix<T, K, C>& b) {
@@ -167,6 +180,19 @@ MSL_INLINE matrix<T, K, R> operator*(const matrix<T, C, R>& a, const matrix<T, K
         return {a * b.columns[0], a * b.columns[1], a * b.columns[2]};
     else
         return {a * b.columns[0], a * b.columns[1], a * b.columns[2], a * b.columns[3]};
+}
+
+template <class T, int C, int R>
+MSL_INLINE matrix<T, C, R>& operator+=(matrix<T, C, R>& a, const matrix<T, C, R>& b) {
+    return a = a + b;
+}
+template <class T, int C, int R>
+MSL_INLINE matrix<T, C, R>& operator-=(matrix<T, C, R>& a, const matrix<T, C, R>& b) {
+    return a = a - b;
+}
+template <class T, int C, int R>
+MSL_INLINE matrix<T, C, R>& operator*=(matrix<T, C, R>& a, const matrix<T, C, C>& b) {
+    return a = a * b;
 }
 
 template <class T, int N>

@@ -7,6 +7,7 @@
 #include <llvm/ADT/DenseMap.h>
 #include <llvm/ADT/DenseSet.h>
 #include <llvm/ADT/MapVector.h>
+#include <llvm/ADT/Sequence.h>
 
 namespace tarnwick::msl {
 namespace {
@@ -107,12 +108,40 @@ static bool isInitialised(const clang::VarDecl& variable) {
     return value && !(made && made->getConstructor()->isTrivial());
 }
 
+// Whether each component of a value is zero.
+static bool isZero(const clang::APValue& value) {
+    if (value.isInt())
+        return value.getInt() == 0;
+    if (value.isFloat())
+        return value.getFloat().isPosZero();
+    auto areZero = [](unsigned count, auto&& part) {
+        return llvm::all_of(llvm::seq(count), [&](unsigned i) { return isZero(part(i)); });
+    };
+    if (value.isVector())
+        return areZero(value.getVectorLength(), [&](unsigned i) { return value.getVectorElt(i); });
+    if (value.isArray())
+        return areZero(value.getArrayInitializedElts(),
+                       [&](unsigned i) { return value.getArrayInitializedElt(i); }) &&
+               (!value.hasArrayFiller() || isZero(value.getArrayFiller()));
+    if (value.isStruct())
+        return areZero(value.getStructNumBases(),
+                       [&](unsigned i) { return value.getStructBase(i); }) &&
+               areZero(value.getStructNumFields(),
+                       [&](unsigned i) { return value.getStructField(i); });
+    return value.isUnion() && isZero(value.getUnionValue());
+}
+
+static bool isZeroed(const clang::VarDecl& variable) {
+    const clang::APValue* value = variable.evaluateValue();
+    return value && isZero(*value);
+}
+
 bool RuleChecker::VisitVarDecl(clang::VarDecl* variable) {
     if (variable->hasLocalStorage())
         checkSize(*variable);
-    if (variable->hasAttr<clang::SectionAttr>() && isInitialised(*variable))
-        report(variable->getLocation(), "threadgroup variable '%0' cannot have an initial value",
-               variable->getName());
+    if (variable->hasAttr<clang::SectionAttr>() && isInitialised(*variable) && !isZeroed(*variable))
+        report(variable->getLocation(),
+               "the initial value of threadgroup variable '%0' is not zero", variable->getName());
     checkType(variable->getType(), variable->getLocation());
     const bool isConstant = variable->isConstexpr() || variable->getType().isConstQualified() ||
                             context.getBaseElementType(variable->getType()).isConstQualified();

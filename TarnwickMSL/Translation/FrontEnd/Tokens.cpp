@@ -125,6 +125,32 @@ bool TokenPass::hasCoherence() const {
     return false;
 }
 
+// Whether the `threadgroup` at i declares a variable, not a pointer or a reference.
+bool TokenPass::isThreadgroupVariable(std::size_t i) const {
+    if (scopes.kindAt(i) != ScopeKind::block || scopes.parenDepthAt(i) > 0)
+        return false;
+    for (std::size_t j = i + 1; j < tokens.size(); ++j) {
+        if (is(j, tok::star) || is(j, tok::amp))
+            return false;
+        if (is(j, tok::l_paren)) // `threadgroup float (&list)[4] = lists[0];`
+            return !is(j + 1, tok::amp) && !is(j + 1, tok::star);
+        if (is(j, tok::semi) || is(j, tok::equal) || is(j, tok::l_square) || is(j, tok::l_brace))
+            break;
+    }
+    return true;
+}
+
+// Whether a variable of the declaration at i has an initial value.
+bool TokenPass::hasInitialValue(std::size_t i) const {
+    for (; i < tokens.size() && !is(i, tok::semi); ++i) {
+        if (is(i, tok::equal) || is(i, tok::l_brace))
+            return true;
+        if (is(i, tok::l_square))
+            i = scopes.match(i);
+    }
+    return false;
+}
+
 // Rewrites `constant`, `device`, `thread` and `threadgroup`.
 void TokenPass::qualifier(std::size_t i) {
     SourceLocation at = tokens[i].getLocation();
@@ -147,16 +173,12 @@ void TokenPass::qualifier(std::size_t i) {
             append(edits[i].after, "__attribute__ ( ( msl_threadgroup ) )", at);
             return;
         }
-        if (scopes.kindAt(i) != ScopeKind::block || scopes.parenDepthAt(i) > 0)
-            return;
-        for (std::size_t j = i + 1; j < tokens.size(); ++j) {
-            if (is(j, tok::star) || is(j, tok::amp))
-                return;
-            if (is(j, tok::semi) || is(j, tok::equal) || is(j, tok::l_square) ||
-                is(j, tok::l_paren))
-                break;
-        }
-        append(edits[i].after, "static __attribute__ ( ( section ( \"threadgroup\" ) ) )", at);
+        if (isThreadgroupVariable(i))
+            append(edits[i].after,
+                   hasInitialValue(i)
+                       ? "static __attribute__ ( ( section ( \"threadgroup.zero\" ) ) )"
+                       : "static __attribute__ ( ( section ( \"threadgroup\" ) ) )",
+                   at);
     }
 }
 

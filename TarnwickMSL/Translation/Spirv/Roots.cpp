@@ -156,7 +156,9 @@ void Memory::makeWorkgroup(Root& made, const GlobalVariable& global) {
     View view = fittingView(global, type, true, layout);
     threadgroupBytes_ +=
         static_cast<std::uint32_t>(std::min<std::uint64_t>(size, UINT32_MAX - threadgroupBytes_));
-    made.variables.push_back({view, body_.module.variable(made.storage, contentType(body_, view))});
+    Id content = contentType(body_, view);
+    Id zero = global.getSection() == "threadgroup.zero" ? body_.constants.nullOf(content) : Id{};
+    made.variables.push_back({view, body_.module.variable(made.storage, content, zero)});
 }
 
 void Memory::makeStage(Root& made, const GlobalVariable& global) {

@@ -126,6 +126,10 @@ Id Constants::null(Type* type) {
     return of(Constant::getNullValue(type));
 }
 
+Id Constants::nullOf(Id type) {
+    return module_.declare(spv::Op::OpConstantNull, type, {});
+}
+
 Id Constants::composite(Id type, Operands parts) {
     return module_.declare(spv::Op::OpConstantComposite, type, parts);
 }

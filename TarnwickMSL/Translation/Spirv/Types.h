@@ -70,6 +70,7 @@ class Constants {
     Id integer(llvm::Type* type, std::uint64_t value);
     Id real(llvm::Type* type, double value);
     Id null(llvm::Type* type);
+    Id nullOf(Id type);
     Id composite(Id type, Operands parts);
     // A specialisation constant of 32 bits and its default value.
     Id specialisation(std::uint32_t number, std::uint32_t value);

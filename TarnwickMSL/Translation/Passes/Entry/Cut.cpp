@@ -40,6 +40,7 @@ class Reached final : public ValueMaterializer {
                                         GlobalValue::InternalLinkage, nullptr, from.getName(),
                                         nullptr, GlobalValue::NotThreadLocal, 0u);
         made->setAlignment(from.getAlign());
+        made->setSection(from.getSection());
         map_[&from] = made;
         made->setInitializer(from.hasInitializer()
                                  ? MapValue(from.getInitializer(), map_, RF_None, nullptr, this)
