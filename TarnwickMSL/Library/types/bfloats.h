@@ -73,6 +73,22 @@ MSL_BFLOAT_OPERATOR(bool, >)
 MSL_BFLOAT_OPERATOR(bool, >=)
 #undef MSL_BFLOAT_OPERATOR
 
+// Of a bfloat and a vector of floats.
+template <class V, class T> using _only_floats =
+    enable_if_t<is_same_v<V, vec<float, 2>> || is_same_v<V, vec<float, 3>> || is_same_v<V, vec<float, 4>>, T>;
+#define MSL_BFLOAT_OPERATOR(op)                                                                    \
+    template <class V> MSL_INLINE constexpr _only_floats<V, V> operator op(bfloat a, V b) {        \
+        return float(a) op b;                                                                      \
+    }                                                                                              \
+    template <class V> MSL_INLINE constexpr _only_floats<V, V> operator op(V a, bfloat b) {        \
+        return a op float(b);                                                                      \
+    }
+MSL_BFLOAT_OPERATOR(+)
+MSL_BFLOAT_OPERATOR(-)
+MSL_BFLOAT_OPERATOR(*)
+MSL_BFLOAT_OPERATOR(/)
+#undef MSL_BFLOAT_OPERATOR
+
 template <int N> struct bfloat_lanes;
 template <> struct bfloat_lanes<2> {
     union {

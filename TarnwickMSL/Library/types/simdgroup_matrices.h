@@ -39,11 +39,11 @@ typedef simdgroup_matrix<float, 8, 8> simdgroup_float8x8;
 typedef simdgroup_matrix<half, 8, 8> simdgroup_half8x8;
 typedef simdgroup_matrix<bfloat, 8, 8> simdgroup_bfloat8x8;
 
-template <class T, int Columns, int Rows>
+template <class T, int Columns, int Rows = Columns>
 MSL_INLINE simdgroup_matrix<T, Columns, Rows> make_filled_simdgroup_matrix(T value) {
     return {float4(static_cast<float>(value)), float4(static_cast<float>(value))};
 }
-template <class T, int Columns, int Rows>
+template <class T, int Columns, int Rows = Columns>
 MSL_CONVERGENT simdgroup_matrix<T, Columns, Rows> make_diagonal_simdgroup_matrix(T value) {
     return simdgroup_matrix<T, Columns, Rows>(value);
 }

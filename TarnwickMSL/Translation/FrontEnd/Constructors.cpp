@@ -148,7 +148,11 @@ void TokenPass::learnName(std::size_t i) {
 void TokenPass::learnAlias(std::size_t i) {
     if (is(i, tok::kw_using) && is(i + 1, tok::identifier) && is(i + 2, tok::equal)) {
         const bool isTemplate = i > 0 && is(i - 1, tok::greater);
-        if (auto span = constructedType(qualifierEnd(i + 3)); span && is(span->end, tok::semi))
+        if (is(i + 3, tok::kw_typename)) // may name a vector type
+            names.declare(tokens[i + 1].getIdentifierInfo(),
+                          isTemplate ? NameKind::template_ : NameKind::deduced, i + 1,
+                          scopes.nameEnd(i));
+        else if (auto span = constructedType(qualifierEnd(i + 3)); span && is(span->end, tok::semi))
             names.declare(tokens[i + 1].getIdentifierInfo(),
                           isTemplate        ? NameKind::template_
                           : span->isDeduced ? NameKind::deduced

@@ -357,7 +357,8 @@ void TokenPass::explicitInstantiation(std::size_t i) {
             if (isWord(j, "host_name") && is(j + 1, tok::l_paren) &&
                 is(j + 2, tok::string_literal)) {
                 append(edits[end].after, "__attribute__ ( ( host_name (", tokens[j].getLocation());
-                edits[end].after.push_back(tokens[j + 2]);
+                for (std::size_t part = j + 2; is(part, tok::string_literal); ++part)
+                    edits[end].after.push_back(tokens[part]);
                 append(edits[end].after, ") ) )", tokens[j].getLocation());
             }
         dropRange(at, end + 1);

@@ -18,6 +18,7 @@
 #include "TarnwickMSL/Translation/Passes/Entry/Cut.h"
 #include "TarnwickMSL/Translation/Passes/Entry/Wrapper.h"
 #include "TarnwickMSL/Translation/Passes/Memory/ArgumentBuffers.h"
+#include "TarnwickMSL/Translation/Passes/Memory/AtomicPlaces.h"
 #include "TarnwickMSL/Translation/Passes/Memory/Atomics.h"
 #include "TarnwickMSL/Translation/Passes/Memory/Handles.h"
 #include "TarnwickMSL/Translation/Passes/Memory/MemoryCalls.h"
@@ -196,6 +197,9 @@ static constexpr std::array table{
          [](Work& work) { keepPointersNear(work.main()); },
          "Repeats the steps to an address before each access; before the control flow is structured, which would carry pointers between blocks.",
          Form::addresses},
+    Step{"atomic-places", Scope::entryPoint, "Passes/Memory/AtomicPlaces.h",
+         [](Work& work) { indexAtomics(work.main()); },
+         "Turns byte addresses of atomic values into indices of values; after all LLVM passes that would turn them back."},
     Step{"header-tests", Scope::entryPoint, "Passes/ControlFlow/HeaderTests.h",
          [](Work& work) { moveTestsToHeaders(work.main(), work.optimiser()); },
          "Moves the tests of loops from their ends to their starts; after `flow`, which makes loops countable, and before `loop-budget` changes the tests."},

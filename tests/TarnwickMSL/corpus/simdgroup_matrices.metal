@@ -15,7 +15,7 @@ kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1
     for (uint n = i; n < 256; n += 32) table[n] = float(n) / 16.0;
     threadgroup_barrier(mem_flags::mem_threadgroup);
 
-    simdgroup_float8x8 a, b, c = make_filled_simdgroup_matrix<float, 8, 8>(0.5f);
+    simdgroup_float8x8 a, b, c = make_filled_simdgroup_matrix<float, 8>(0.5f);
     simdgroup_load(a, table, 16, ulong2(3, 2));
     simdgroup_load(b, table, 16, ulong2(1, 5), true);
     simdgroup_multiply_accumulate(c, a, b, c);
