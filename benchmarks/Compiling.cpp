@@ -12,6 +12,7 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <regex>
 #include <unistd.h>
 
 namespace tarnwick::bench {
@@ -26,20 +27,38 @@ double oneCompilation(const std::string& program) {
     return time;
 }
 
+// The program with one more digit, `digit`, in the fraction in the middle of those of its code.
+std::string withOtherNumber(const std::string& program, int digit) {
+    static const std::regex fraction(R"((\n\s*#|//)[^\n]*|[^\w.]\d+\.\d+(?![\w.]))");
+    std::vector<std::ptrdiff_t> ends;
+    for (std::sregex_iterator match(program.begin(), program.end(), fraction), end; match != end;
+         ++match)
+        if (!(*match)[1].matched)
+            ends.push_back(match->position() + match->length());
+    if (ends.empty())
+        return program;
+    const auto place = static_cast<std::size_t>(ends[ends.size() / 2]);
+    return program.substr(0, place) + std::to_string(digit) + program.substr(place);
+}
+
 } // namespace
 
 CompileTime compileTime(const Case& one, int rounds) {
-    std::vector<double> ours, twin;
+    std::vector<double> ours, otherNumber, twin;
     oneCompilation(one.program);
     const bool hasTwin = !one.twin.empty();
     if (hasTwin)
         compiledTwin(one.twin, one.values.size());
     for (int round = 0; round < rounds; round++) {
-        ours.push_back(oneCompilation(one.program));
+        // Another line more each time, so that the text is parsed.
+        ours.push_back(
+            oneCompilation(one.program + std::string(static_cast<std::size_t>(round), '\n')));
+        otherNumber.push_back(oneCompilation(
+            withOtherNumber(one.program + std::string(static_cast<std::size_t>(round), '\n'), 5)));
         if (hasTwin)
             twin.push_back(milliseconds([&] { compiledTwin(one.twin, one.values.size()); }));
     }
-    return {median(ours), hasTwin ? median(twin) : 0};
+    return {median(ours), hasTwin ? median(twin) : 0, median(otherNumber)};
 }
 
 std::string stepTimes(const std::vector<Case>& all) {

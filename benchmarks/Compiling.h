@@ -17,6 +17,7 @@ struct ProgramError : std::runtime_error {
 struct CompileTime {
     double ours = 0; // median, ms: the whole program's entry points through msl::compile, warm
     double twin = 0; // median, ms: shaderc with its optimiser on the twin, warm; 0 without a twin
+    double otherNumber = 0; // median, ms: ours for the text compiled last with one other number
 };
 
 // Compiles each `rounds` times, alternating. Throws ProgramError or TwinError.

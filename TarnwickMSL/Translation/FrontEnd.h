@@ -20,6 +20,7 @@ namespace tarnwick::msl {
 
 struct Parsed;
 struct ParseOptions;
+struct KeptSession;
 
 // The standard library in precompiled form. Make it once per process, or read it from the file that
 // the build wrote. Parses may share it, one at a time.
@@ -43,6 +44,7 @@ class StandardLibrary {
     // Shared with copies and with files_, Clang's view of them.
     std::shared_ptr<const std::string> precompiled_;
     std::shared_ptr<void> files_;
+    std::shared_ptr<KeptSession> session_; // for the next program
 };
 
 struct Parsed {

@@ -75,11 +75,22 @@ bool isRequestWaiting(int connection) {
     return poll(&waiting, 1, 0) > 0;
 }
 
-// Loads the memory that the first program needs, while nobody waits.
+// Loads the memory and reads the parts of the library that most programs need, while nobody waits.
 void rehearse(const StandardLibrary& library) {
-    (void)translate("#include <metal_stdlib>\nusing namespace metal;\n"
-                    "fragment float4 f(float4 p [[position]]) {"
-                    " return float4(normalize(p.xyz) * sin(p.x), 1.0); }\n",
+    (void)translate(R"(#include <metal_stdlib>
+using namespace metal;
+struct Varyings { float4 position [[position]]; float2 uv; };
+vertex Varyings v(uint i [[vertex_id]]) {
+    return {float4(float2(i & 1, i >> 1) * 2.0 - 1.0, 0.0, 1.0), float2(0.5)};
+}
+fragment float4 f(Varyings in [[stage_in]], constant float& t [[buffer(0)]]) {
+    float2 p = float2x2(cos(t), -sin(t), sin(t), cos(t)) * fract(in.uv) - floor(in.uv);
+    float a = atan2(p.y, p.x) + length(p) + dot(p, p) + exp(-abs(p.x)) + sqrt(abs(p.y));
+    float3 n = normalize(float3(p, max(a, 0.0))) * pow(clamp(t, 0.0, 1.0), 2.0);
+    float3 colour = mix(float3(n.xy, min(a, 1.0)), float3(0.5), smoothstep(0.0, 1.0, a));
+    return float4(cross(n, colour) + step(0.5, colour) + fmod(a, 2.0) + saturate(n), 1.0);
+}
+)",
                     library);
 }
 

@@ -1,5 +1,6 @@
 tarnwick_tests(TarnwickMSL/FrontEnd
-    SOURCES FrontEnd/FrontEndTests.cpp FrontEnd/Parsing.cpp FrontEnd/PlacesTests.cpp FrontEnd/TokensTests.cpp
+    SOURCES FrontEnd/FrontEndTests.cpp FrontEnd/Parsing.cpp FrontEnd/PlacesTests.cpp FrontEnd/SessionTests.cpp
+            FrontEnd/TokensTests.cpp
     LINK TarnwickMSLTranslationFrontEnd tarnwick_clang)
 target_compile_definitions(TarnwickMSLFrontEndTests PRIVATE
     TARNWICK_CORPUS="${CMAKE_CURRENT_SOURCE_DIR}/corpus")

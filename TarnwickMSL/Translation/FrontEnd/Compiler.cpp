@@ -5,6 +5,7 @@
 #include "TarnwickMSL/Translation/FrontEnd/MetalTarget.h"
 #include "TarnwickMSL/Translation/FrontEnd/Warnings.h"
 
+#include <clang/Basic/Stack.h>
 #include <clang/Frontend/CompilerInvocation.h>
 #include <clang/Lex/PreprocessorOptions.h>
 
@@ -114,13 +115,35 @@ bool MetalAction::BeginInvocation(clang::CompilerInstance& instance) {
     return true;
 }
 
-void Compiler::keepPlaces() {
-    instance.getCodeGenOpts().setDebugInfo(llvm::codegenoptions::LocTrackingOnly);
-}
-
 bool Compiler::execute(clang::FrontendAction& action, clang::FrontendInputFile input) {
     instance.getFrontendOpts().Inputs = {std::move(input)};
     return instance.ExecuteAction(action);
+}
+
+bool Compiler::begin(clang::FrontendAction& action, const clang::FrontendInputFile& input) {
+    clang::noteBottomOfStack(); // Clang leaves deep recursion before the stack ends
+    return instance.createTarget() && action.BeginSourceFile(instance, input);
+}
+
+void Compiler::nextProgram(bool keepsPlaces) {
+    instance.getDiagnostics().Reset(true);
+    messages.nextProgram(instance.getLangOpts(), instance.getPreprocessor());
+    instance.getCodeGenOpts().setDebugInfo(keepsPlaces ? llvm::codegenoptions::LocTrackingOnly
+                                                       : llvm::codegenoptions::NoDebugInfo);
+}
+
+// As clang::CompilerInstance writes it.
+void Compiler::endProgram() {
+    messages.endProgram();
+    const unsigned warnings = messages.getNumWarnings(), errors = messages.getNumErrors();
+    if (warnings)
+        out << warnings << " warning" << (warnings == 1 ? "" : "s");
+    if (warnings && errors)
+        out << " and ";
+    if (errors)
+        out << errors << " error" << (errors == 1 ? "" : "s");
+    if (warnings || errors)
+        out << " generated.\n";
 }
 
 } // namespace tarnwick::msl

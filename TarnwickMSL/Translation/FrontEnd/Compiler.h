@@ -33,17 +33,24 @@ class MetalAction : public clang::ASTFrontendAction {
     bool BeginInvocation(clang::CompilerInstance& instance) override;
 };
 
-// One run of Clang over one input.
+// Clang over one input, or over several programs.
 class Compiler {
   public:
     enum class Work { library, program };
     // Messages are appended to `text`.
     Compiler(Work work, FileSystem files, std::string& text, std::string moreWarningsIn = {});
 
-    // Instructions keep their lines (Places::kept).
-    void keepPlaces();
     // False if there were errors.
     bool execute(clang::FrontendAction& action, clang::FrontendInputFile input);
+
+    // Prepares Clang for the input without executing the action. False if there were errors.
+    bool begin(clang::FrontendAction& action, const clang::FrontendInputFile& input);
+    // Forgets the messages of the program before. With `keepsPlaces`, instructions keep their lines
+    // (Places::kept).
+    void nextProgram(bool keepsPlaces);
+    // Appends the number of messages.
+    void endProgram();
+    clang::CompilerInstance& clang() { return instance; }
 
   private:
     llvm::raw_string_ostream out;

@@ -22,6 +22,15 @@ void Messages::BeginSourceFile(const clang::LangOptions& language,
     text = std::make_unique<clang::TextDiagnostic>(out, language, options.get(), preprocessor);
 }
 
+void Messages::nextProgram(const clang::LangOptions& language,
+                           const clang::Preprocessor& preprocessor) {
+    clear();
+    BeginSourceFile(language, &preprocessor);
+    isSilent = false;
+    given = 0;
+    withheld.clear();
+}
+
 void Messages::EndSourceFile() {
     flushWithheld();
     text.reset();

@@ -20,6 +20,10 @@ class Messages : public clang::DiagnosticConsumer {
     Messages(llvm::raw_ostream& out, About about, std::string warningsIn = {})
         : out(out), about(about), warningsIn(std::move(warningsIn)) {}
 
+    // Several programs in one source file of Clang's: forgets the messages before.
+    void nextProgram(const clang::LangOptions& options, const clang::Preprocessor& preprocessor);
+    void endProgram() { flushWithheld(); }
+
     void BeginSourceFile(const clang::LangOptions& options,
                          const clang::Preprocessor* preprocessor) override;
     void EndSourceFile() override;

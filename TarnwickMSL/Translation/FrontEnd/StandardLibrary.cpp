@@ -1,6 +1,7 @@
 #include "TarnwickMSL/Translation/FrontEnd.h"
 #include "TarnwickMSL/Translation/FrontEnd/Compiler.h"
 #include "TarnwickMSL/Translation/FrontEnd/LibraryText.h"
+#include "TarnwickMSL/Translation/FrontEnd/Session.h"
 
 #include <clang/AST/ASTConsumer.h>
 #include <clang/AST/ASTContext.h>
@@ -117,6 +118,7 @@ StandardLibrary StandardLibrary::fromPrecompiled(std::string bytes) {
     library.precompiled_ = std::make_shared<const std::string>(std::move(bytes));
     // Made once: a file system hashes the bytes of its files.
     library.files_ = std::make_shared<FileSystem>(fileSystem(*library.precompiled_));
+    library.session_ = std::make_shared<KeptSession>();
     return library;
 }
 

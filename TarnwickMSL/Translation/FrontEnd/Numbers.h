@@ -1,0 +1,61 @@
+// The numbers in a program's text that can get other values without parsing the program again.
+//
+// They are the floating-point literals whose values only the generated code depends on. Not among
+// them are literals that Clang has evaluated or may evaluate to decide something else: those in
+// constant expressions, constexpr functions, types, attributes, and in conversions to integers and
+// comparisons of constants, about which it warns.
+#pragma once
+
+#include <llvm/ADT/DenseMap.h>
+#include <llvm/ADT/SmallVector.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace clang {
+class ASTContext;
+class Decl;
+class FloatingLiteral;
+class VarDecl;
+} // namespace clang
+
+namespace tarnwick::msl {
+
+class Numbers {
+  public:
+    // `source` is the text of the declarations, the main file of the context.
+    Numbers(std::string_view source, clang::ASTContext& context, std::vector<clang::Decl*> program)
+        : context(context), program(std::move(program)), text(source), words(wordsOf(text)) {}
+
+    // If the text differs from the last one in such numbers, and beside them in nothing but spaces
+    // and comments within lines, gives the literals their new values. Otherwise returns false, and
+    // the program must be parsed. An equal text does not differ: it is parsed again like any other,
+    // so that its time can be measured by repetition.
+    bool take(std::string_view source);
+
+  private:
+    struct Word {
+        std::string_view text;
+        unsigned offset = 0, line = 0;
+        unsigned kind = 0; // clang::tok::TokenKind
+        bool hasSpace = false;
+    };
+    using Literals = llvm::SmallVector<clang::FloatingLiteral*, 1>;
+
+    clang::ASTContext& context;
+    std::vector<clang::Decl*> program;
+    std::string text;
+    std::vector<Word> words;                   // of `text`
+    bool isCollected = false;                  // whether the two below are filled
+    llvm::DenseMap<unsigned, Literals> byWord; // by index in `words`
+    std::vector<clang::VarDecl*> evaluated;    // variables whose initial values Clang keeps
+
+    static std::vector<Word> wordsOf(const std::string& text);
+    std::optional<unsigned> wordAt(const clang::FloatingLiteral& literal) const;
+    void collect();
+};
+
+} // namespace tarnwick::msl

@@ -1,0 +1,73 @@
+// Clang with the standard library read, for several programs.
+//
+// Half of the front end's time for a program of a hundred lines is the reading of the library's
+// declarations from their precompiled form. So one ASTContext, which keeps what it has read, serves
+// many programs. Each program has its own Sema, its own file and its own consumer; after it, its
+// names and its macros are removed. After a program that had errors, or that changed declarations
+// or macros of the library, the session takes no other.
+//
+// The declarations of the last program remain, for the same text with other numbers (Numbers.h).
+#pragma once
+
+#include "TarnwickMSL/Translation/FrontEnd.h"
+#include "TarnwickMSL/Translation/FrontEnd/Compiler.h"
+#include "TarnwickMSL/Translation/FrontEnd/Numbers.h"
+#include "TarnwickMSL/Translation/FrontEnd/Session/LibraryUses.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tarnwick::msl {
+
+class Macros;
+
+class Session {
+  public:
+    Session(FileSystem files, const std::string& moreWarningsIn);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    // Whether `parse` can take a program with these options.
+    bool takes(const ParseOptions& options) const {
+        return !isOver && options.moreWarningsIn == moreWarningsIn;
+    }
+    Parsed parse(std::string_view source, llvm::LLVMContext& context, const ParseOptions& options);
+    // The same result for a text that differs from the last one only in numbers; absent for others.
+    std::optional<Parsed> again(std::string_view source, llvm::LLVMContext& context,
+                                const ParseOptions& options);
+
+  private:
+    std::string text;           // of the program's messages
+    std::string moreWarningsIn; // ParseOptions
+    Compiler compiler;
+    std::unique_ptr<clang::FrontendAction> action; // begun, and never executed
+    Macros* macros = nullptr;                      // the preprocessor owns it
+    LibraryUses libraryUses;
+    std::vector<clang::VarDecl*> libraryVariables;
+    std::vector<clang::TypedefNameDecl*> vectorTypes; // of the library; Clang reports them once
+    bool isBegun = false, isOver = false;
+    std::size_t textBytes = 0; // of all programs
+    struct Last {
+        std::string source;
+        ConstantValues constants;
+        std::optional<Numbers> numbers; // made when they are needed
+    };
+    std::optional<Last> last; // the last program, if it had no messages
+
+    void start(std::string_view source);
+    void parseInto(Parsed& parsed, llvm::LLVMContext& context, const ParseOptions& options);
+    bool check();
+    void generate(Parsed& parsed, llvm::LLVMContext& context, const ParseOptions& options);
+    void remove();
+    void finish(Parsed& parsed);
+};
+
+// The session of a StandardLibrary; null before the first program and after a session's end.
+struct KeptSession {
+    std::unique_ptr<Session> value;
+};
+
+} // namespace tarnwick::msl

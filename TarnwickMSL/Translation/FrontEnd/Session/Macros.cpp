@@ -1,0 +1,35 @@
+#include "TarnwickMSL/Translation/FrontEnd/Session/Macros.h"
+
+#include <clang/Lex/MacroInfo.h>
+#include <clang/Lex/Preprocessor.h>
+
+#include <utility>
+
+namespace tarnwick::msl {
+
+void Macros::MacroDefined(const clang::Token& name, const clang::MacroDirective* directive) {
+    clang::IdentifierInfo* word = name.getIdentifierInfo();
+    const clang::MacroDirective* before = directive->getPrevious();
+    const bool replaces = before && before->isDefined() && !own.contains(word);
+    isOther = isOther || replaces;
+    own.insert(word);
+}
+
+void Macros::MacroUndefined(const clang::Token& name, const clang::MacroDefinition& definition,
+                            const clang::MacroDirective*) {
+    isOther = isOther || (definition && !own.contains(name.getIdentifierInfo()));
+}
+
+bool Macros::remove(clang::Preprocessor& preprocessor) {
+    clang::SourceManager& sources = preprocessor.getSourceManager();
+    const clang::SourceLocation place = sources.getLocForEndOfFile(sources.getMainFileID());
+    for (clang::IdentifierInfo* word : own)
+        if (word->hasMacroDefinition())
+            preprocessor.appendMacroDirective(word, new (preprocessor.getPreprocessorAllocator())
+                                                        clang::UndefMacroDirective(place));
+    own.clear();
+    preprocessor.setCounterValue(0); // __COUNTER__
+    return !std::exchange(isOther, false);
+}
+
+} // namespace tarnwick::msl

@@ -1,0 +1,60 @@
+// What Clang reports about a program while it parses. Code is generated from it later.
+#pragma once
+
+#include <clang/AST/ASTConsumer.h>
+#include <clang/AST/DeclGroup.h>
+
+#include <vector>
+
+namespace clang {
+class CodeGenerator;
+class Decl;
+class FunctionDecl;
+class TagDecl;
+class VarDecl;
+} // namespace clang
+
+namespace tarnwick::msl {
+
+class ProgramConsumer : public clang::ASTConsumer {
+  public:
+    // Variables of the library that Clang reads are added to `libraryVariables`. Clang reports each
+    // once, so that the list serves several programs.
+    explicit ProgramConsumer(std::vector<clang::VarDecl*>& libraryVariables)
+        : libraryVariables(libraryVariables) {}
+
+    bool HandleTopLevelDecl(clang::DeclGroupRef group) override;
+    void HandleInlineFunctionDefinition(clang::FunctionDecl* function) override;
+    void HandleTagDeclDefinition(clang::TagDecl* tag) override;
+    void HandleTagDeclRequiredDefinition(const clang::TagDecl* tag) override;
+    void HandleCXXImplicitFunctionInstantiation(clang::FunctionDecl* function) override;
+    void HandleCXXStaticMemberVarInstantiation(clang::VarDecl* variable) override;
+    void HandleVTable(clang::CXXRecordDecl*) override {}
+
+    // The program's own declarations, in source order.
+    std::vector<clang::Decl*> declarations() const;
+    // The functions that Clang defined without a declaration at the top: methods and instances of
+    // templates.
+    std::vector<const clang::FunctionDecl*> otherFunctions() const;
+
+    // Passes on the library's functions, then all that was reported, and what is reported until
+    // `end`.
+    void passTo(clang::CodeGenerator& generator, const std::vector<clang::FunctionDecl*>& library);
+    void end() { receiver = nullptr; }
+
+  private:
+    enum class Kind { inlineFunction, tag, requiredTag, functionInstance, variableInstance };
+    struct Report {
+        Kind kind;
+        clang::Decl* declaration;
+    };
+    std::vector<clang::VarDecl*>& libraryVariables;
+    std::vector<clang::DeclGroupRef> groups;
+    std::vector<Report> reports;
+    clang::CodeGenerator* receiver = nullptr;
+
+    void take(Report report);
+    static void pass(Report report, clang::CodeGenerator& generator);
+};
+
+} // namespace tarnwick::msl

@@ -1,0 +1,169 @@
+// One session of the front end parses many programs, and takes other numbers into the last one. The
+// code must be that of a program parsed alone.
+#include "tests/TarnwickMSL/FrontEnd/Parsing.h"
+
+#include <gtest/gtest.h>
+#include <llvm/IR/LLVMContext.h>
+#include <llvm/IR/Module.h>
+#include <llvm/Support/raw_ostream.h>
+
+#include <algorithm>
+#include <regex>
+
+namespace tarnwick::msl {
+namespace {
+
+const StandardLibrary& precompiled() {
+    static const StandardLibrary library = StandardLibrary::build();
+    return library;
+}
+
+// Without programs before.
+StandardLibrary freshLibrary() {
+    return StandardLibrary::fromPrecompiled(precompiled().precompiled());
+}
+
+struct Result {
+    std::string code; // the module as text, and the messages
+    bool isParsed = false;
+};
+
+Result result(const std::string& program, const StandardLibrary& library) {
+    llvm::LLVMContext context;
+    StepTimes times;
+    const Parsed parsed = parse(program, library, context, {.times = &times});
+    std::string text = parsed.messages + "\n";
+    llvm::raw_string_ostream out(text);
+    if (parsed.module)
+        parsed.module->print(out, nullptr);
+    return {std::move(text),
+            std::ranges::find(times.rows(), "parse", &StepTimes::Row::step) != times.rows().end()};
+}
+
+// Appends a digit to each decimal fraction, "0.5" to "0.53".
+std::string withOtherNumbers(const std::string& program) {
+    static const std::regex fraction(R"([^\w.](\d+\.\d+)(?![\w.])|[^\w.](\d+\.\d+)[fh]\b)");
+    const std::string code = codeAlone(program);
+    std::string changed;
+    std::size_t done = 0;
+    for (std::sregex_iterator match(code.begin(), code.end(), fraction), end; match != end;
+         ++match) {
+        const auto& number = (*match)[1].matched ? (*match)[1] : (*match)[2];
+        const auto place = static_cast<std::size_t>(number.second - code.begin());
+        changed += program.substr(done, place - done) + "3";
+        done = place;
+    }
+    return changed + program.substr(done);
+}
+
+TEST(Session, givesEachProgramTheCodeThatItHasAlone) {
+    std::vector<std::pair<std::string, std::string>> programs = corpus();
+    std::vector<std::string> alone;
+    for (const auto& [name, program] : programs)
+        alone.push_back(result(program, freshLibrary()).code);
+    const StandardLibrary library = freshLibrary();
+    for (std::size_t i = 0; i < programs.size(); ++i)
+        EXPECT_EQ(result(programs[i].second, library).code, alone[i]) << programs[i].first;
+    for (std::size_t i = programs.size(); i-- > 0;)
+        EXPECT_EQ(result(programs[i].second, library).code, alone[i]) << programs[i].first;
+}
+
+TEST(Session, givesOtherNumbersTheCodeThatTheyHaveAlone) {
+    int changed = 0, taken = 0;
+    for (const auto& [name, program] : corpus()) {
+        const std::string other = withOtherNumbers(program);
+        if (other == program)
+            continue;
+        const StandardLibrary library = freshLibrary();
+        result(program, library);
+        const Result found = result(other, library);
+        EXPECT_EQ(found.code, result(other, freshLibrary()).code) << name;
+        EXPECT_EQ(result(program, library).code, result(program, freshLibrary()).code) << name;
+        ++changed;
+        taken += !found.isParsed;
+    }
+    EXPECT_GT(taken * 2, changed) << "Most programs have nothing but plain numbers.";
+}
+
+std::string kernel(const std::string& before, const std::string& body) {
+    return "#include <metal_stdlib>\nusing namespace metal;\n" + before +
+           "\nkernel void k(device float* out [[buffer(0)]], uint i [[thread_position_in_grid]]) "
+           "{\n" +
+           body + "\n}\n";
+}
+
+struct Edit {
+    std::string before, after;
+    bool isTaken = false;
+};
+
+TEST(Session, parsesAgainWhereANumberDecidesMoreThanCode) {
+    const Edit edits[] = {
+        {kernel("", "out[i] = 0.5;"), kernel("", "out[i] = 1.25e3;"), true},
+        {kernel("", "out[i] = 0.5h;"), kernel("", "out[i] = 7.0h;"), true},
+        {kernel("constant float a = 0.5; constant float2 b = float2(a, 1.0) * 2.0;",
+                "out[i] = a + b.x;"),
+         kernel("constant float a = 0.7; constant float2 b = float2(a, 1.0) * 3.0;",
+                "out[i] = a + b.x;"),
+         true},
+        {kernel("float f(float x = 0.5) { return x; }", "out[i] = f(); // 0.5"),
+         kernel("float f(float x = 0.25) { return x; }", "out[i] = f(); // 0.7"), true},
+        {kernel("", "out[i] = 0.5;"), kernel("", "out[i] = 0.5f;")},
+        {kernel("", "out[i] = 0.5;"), kernel("", "out[i] = 1;")},
+        {kernel("", "out[i] = 0.5;"), kernel("", "out[i] =\n0.7;")},
+        {kernel("", "out[i] = 0.5;"), kernel("", "out[i] = 1e40;")},
+        {kernel("", "out[i] = 0.5;"), kernel("", "out[i] = 1e-44;")},
+        {kernel("#define SIZE 0.5\n", "out[i] = SIZE;"),
+         kernel("#define SIZE 0.7\n", "out[i] = SIZE;")},
+        {kernel("#define TWICE(x) (x + x##f)\n", "out[i] = TWICE(0.5);"),
+         kernel("#define TWICE(x) (x + x##f)\n", "out[i] = TWICE(0.7);")},
+        {kernel("constexpr constant float a = 2.5;", "float b[int(a)] = {}; out[i] = b[i];"),
+         kernel("constexpr constant float a = 3.5;", "float b[int(a)] = {}; out[i] = b[i];")},
+        {kernel("constexpr float f() { return 2.5; }", "float b[int(f())] = {}; out[i] = b[i];"),
+         kernel("constexpr float f() { return 3.5; }", "float b[int(f())] = {}; out[i] = b[i];")},
+        {kernel("", "auto f = [] { return 2.5; }; float b[int(f())] = {}; out[i] = b[i];"),
+         kernel("", "auto f = [] { return 3.5; }; float b[int(f())] = {}; out[i] = b[i];")},
+        {kernel("template <int N> float f() { return N; }", "out[i] = f<int(2.5)>();"),
+         kernel("template <int N> float f() { return N; }", "out[i] = f<int(3.5)>();")},
+        {kernel("static_assert(0.5 < 1.0, \"\");", "out[i] = 0;"),
+         kernel("static_assert(1.5 < 1.0, \"\");", "out[i] = 0;")},
+        {kernel("enum { a = int(2.5) };", "out[i] = a;"),
+         kernel("enum { a = int(3.5) };", "out[i] = a;")},
+        {kernel("constant int a = int(2.5);", "float b[a] = {}; out[i] = b[i];"),
+         kernel("constant int a = int(3.5);", "float b[a] = {}; out[i] = b[i];")},
+        {kernel("float f() { while (1.5 > 1.0) { } }", "out[i] = f();"),
+         kernel("float f() { while (0.5 > 1.0) { } }", "out[i] = f();")},
+    };
+    for (const Edit& edit : edits) {
+        const StandardLibrary library = freshLibrary();
+        result(edit.before, library);
+        const Result found = result(edit.after, library);
+        EXPECT_EQ(found.code, result(edit.after, freshLibrary()).code) << edit.after;
+        EXPECT_EQ(found.isParsed, !edit.isTaken) << edit.after;
+    }
+}
+
+// Each changes what the next program could see.
+TEST(Session, forgetsWhatAProgramDeclares) {
+    const std::string probe =
+        kernel("#ifdef SIZE\n#error SIZE\n#endif\nfloat sq(float x) { return x * x; }\n"
+               "enum E { first }; struct S { float2 v; };",
+               "S s{{1, 2}}; out[i] = max(s.v.x, sq(2)) + first + clamp(0.5, 0.0, 1.0) * M_PI_F;");
+    const std::string alone = result(probe, freshLibrary()).code;
+    for (const std::string before :
+         {"#define SIZE 1\n#define sq(x) ((x) * (x))\n",
+          "enum { first = 7, S }; int sq(int x) { return x; }\n",
+          "namespace metal { float clamp(float, float, double) = delete; }\n",
+          "namespace metal { template <> struct is_same<int, float> { enum { value = 1 }; }; }\n",
+          "#undef M_PI_F\n#define M_PI_F 3\n", "#pragma clang diagnostic ignored \"-Wunused\"\n",
+          "struct T { friend float sq(T); };\n", "extern \"C\" { float sq(float x); }\n",
+          "namespace { int first = 1; }\n", "float sq(float x) { return y; }\n",
+          "#include <simd/simd.h>\nsimd_float3 sq;\n", "using metal::max; typedef float2 S;\n"}) {
+        const StandardLibrary library = freshLibrary();
+        result(kernel(before, "out[i] = 1;"), library);
+        EXPECT_EQ(result(probe, library).code, alone) << before;
+    }
+}
+
+} // namespace
+} // namespace tarnwick::msl
