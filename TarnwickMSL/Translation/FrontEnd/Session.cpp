@@ -123,7 +123,7 @@ Session::Session(FileSystem files, const std::string& moreWarningsIn)
     do {
         preprocessor.Lex(token);
     } while (token.isNot(clang::tok::eof));
-    auto noted = std::make_unique<Macros>();
+    auto noted = std::make_unique<Macros>(preprocessor.getSourceManager());
     macros = noted.get();
     preprocessor.addPPCallbacks(std::move(noted));
 }

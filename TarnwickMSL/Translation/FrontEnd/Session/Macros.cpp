@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Translation/FrontEnd/Session/Macros.h"
 
+#include <clang/Basic/SourceManager.h>
 #include <clang/Lex/MacroInfo.h>
 #include <clang/Lex/Preprocessor.h>
 
@@ -18,6 +19,17 @@ void Macros::MacroDefined(const clang::Token& name, const clang::MacroDirective*
 void Macros::MacroUndefined(const clang::Token& name, const clang::MacroDefinition& definition,
                             const clang::MacroDirective*) {
     isOther = isOther || (definition && !own.contains(name.getIdentifierInfo()));
+}
+
+// Pragmas about loops belong to a statement.
+void Macros::PragmaDirective(clang::SourceLocation at, clang::PragmaIntroducerKind kind) {
+    bool isInvalid = kind != clang::PIK_HashPragma;
+    llvm::StringRef line = sources.getCharacterData(at, &isInvalid);
+    for (const llvm::StringRef word : {"#", "pragma", ""})
+        line.consume_front(word), line = line.ltrim(" \t");
+    const bool isOfProgram = line.starts_with("unroll") || line.starts_with("nounroll") ||
+                             line.starts_with("clang loop ");
+    isOther = isOther || isInvalid || kind != clang::PIK_HashPragma || !isOfProgram;
 }
 
 bool Macros::remove(clang::Preprocessor& preprocessor) {

@@ -7,6 +7,7 @@
 namespace clang {
 class IdentifierInfo;
 class Preprocessor;
+class SourceManager;
 } // namespace clang
 
 namespace tarnwick::msl {
@@ -14,20 +15,21 @@ namespace tarnwick::msl {
 // Notes them while the preprocessor reads the program.
 class Macros : public clang::PPCallbacks {
   public:
+    explicit Macros(const clang::SourceManager& sources) : sources(sources) {}
+
     // Removes the macros noted. False if the program did more than to define its own: if it changed
-    // those of the library or has a #pragma, whose effects cannot be removed.
+    // those of the library, or has a #pragma whose effect may reach beyond the program.
     bool remove(clang::Preprocessor& preprocessor);
 
   private:
+    const clang::SourceManager& sources;
     llvm::SetVector<clang::IdentifierInfo*> own;
     bool isOther = false;
 
     void MacroDefined(const clang::Token& name, const clang::MacroDirective* directive) override;
     void MacroUndefined(const clang::Token& name, const clang::MacroDefinition& definition,
                         const clang::MacroDirective* directive) override;
-    void PragmaDirective(clang::SourceLocation, clang::PragmaIntroducerKind) override {
-        isOther = true;
-    }
+    void PragmaDirective(clang::SourceLocation at, clang::PragmaIntroducerKind kind) override;
 };
 
 } // namespace tarnwick::msl
