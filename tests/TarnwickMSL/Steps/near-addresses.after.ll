@@ -4,6 +4,7 @@
 
 define void @main() {
 entry:
+  %halves = alloca [2 x <2 x i32>], align 8
   %i = load i32, ptr @in, align 4
   %isSmall = icmp ult i32 %i, 4
   br i1 %isSmall, label %small, label %end
@@ -11,6 +12,12 @@ entry:
 small:                                            ; preds = %entry
   %0 = getelementptr [4 x i32], ptr @msl.buffer.0, i32 0, i32 %i
   store i32 1, ptr %0, align 4
+  %second = shl i32 %i, 3
+  %bytes = and i32 %second, 8
+  %1 = ashr i32 %bytes, 3
+  %2 = shl i32 %1, 3
+  %half = getelementptr i8, ptr %halves, i32 %2
+  store <2 x i32> zeroinitializer, ptr %half, align 8
   br label %end
 
 end:                                              ; preds = %small, %entry

@@ -3,6 +3,7 @@
 
 define void @main() {
 entry:
+  %halves = alloca [2 x <2 x i32>]
   %i = load i32, ptr @in
   %place = getelementptr [4 x i32], ptr @msl.buffer.0, i32 0, i32 %i
   %isSmall = icmp ult i32 %i, 4
@@ -10,6 +11,10 @@ entry:
 
 small:
   store i32 1, ptr %place
+  %second = shl i32 %i, 3
+  %bytes = and i32 %second, 8
+  %half = getelementptr i8, ptr %halves, i32 %bytes
+  store <2 x i32> zeroinitializer, ptr %half
   br label %end
 
 end:

@@ -1,12 +1,16 @@
 #include "TarnwickMSL/Translation/Passes/Memory/NearAddresses.h"
 
+#include <llvm/Analysis/ValueTracking.h>
+#include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/InstIterator.h>
 #include <llvm/IR/Instructions.h>
+#include <llvm/IR/PatternMatch.h>
 #include <llvm/Transforms/Utils/Local.h>
 
 namespace tarnwick::msl {
 
 using namespace llvm;
+using namespace llvm::PatternMatch;
 
 // The index of the address operand of an instruction; -1 if it does not access memory.
 static int pointerOperand(const Instruction& instruction) {
@@ -38,8 +42,42 @@ static Value* copiedSteps(Value* pointer, Instruction& before) {
     return copy;
 }
 
+// Writes `x & 8` in a sum of bytes as `((x & 8) >> 3) << 3`, not exact: LLVM would fold it.
+static Value* asProduct(Value* bytes, IRBuilder<>& builder) {
+    Value *left = nullptr, *right = nullptr;
+    const APInt* mask = nullptr;
+    if (match(bytes, m_Add(m_Value(left), m_Value(right)))) {
+        Value *first = asProduct(left, builder), *second = asProduct(right, builder);
+        return first == left && second == right ? bytes : builder.CreateAdd(first, second);
+    }
+    if (!match(bytes, m_And(m_Value(), m_APInt(mask))) || mask->countr_zero() == 0)
+        return bytes;
+    const unsigned zeros = mask->countr_zero();
+    return builder.CreateShl(builder.CreateAShr(bytes, zeros), zeros);
+}
+
+// LLVM's passes write an index of a local array as a masked number of bytes. Without the size of a
+// step, the writer would make the array one of bytes, with many accesses for one. The time of the
+// packaged CPU driver grows with their square in kernels (docs/measurements.md, "Time of the
+// driver").
+static void showSteps(Function& main, SmallVectorImpl<WeakTrackingVH>& old) {
+    for (Instruction& instruction : instructions(main)) {
+        auto* step = dyn_cast<GetElementPtrInst>(&instruction);
+        if (!step || !step->getSourceElementType()->isIntegerTy(8) ||
+            !isa<AllocaInst>(getUnderlyingObject(step)))
+            continue;
+        auto* bytes = dyn_cast<Instruction>(step->getOperand(1));
+        if (!bytes)
+            continue;
+        IRBuilder<> builder(step);
+        step->setOperand(1, asProduct(bytes, builder));
+        old.push_back(bytes);
+    }
+}
+
 void keepPointersNear(Function& main) {
     SmallVector<WeakTrackingVH, 16> old;
+    showSteps(main, old);
     for (Instruction& instruction : make_early_inc_range(instructions(main))) {
         int operand = pointerOperand(instruction);
         if (operand < 0)

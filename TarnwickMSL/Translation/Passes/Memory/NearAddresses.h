@@ -8,7 +8,8 @@ class Function;
 namespace tarnwick::msl {
 
 // Computes the address of each access directly before it, so that structured control flow passes
-// numbers between blocks and never pointers.
+// numbers between blocks and never pointers. Steps in local memory show the size that they are
+// multiples of.
 void keepPointersNear(llvm::Function& main);
 
 } // namespace tarnwick::msl
