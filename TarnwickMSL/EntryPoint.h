@@ -8,7 +8,16 @@
 
 namespace tarnwick::msl {
 
-enum class Stage : std::uint8_t { vertex, fragment, kernel };
+enum class Stage : std::uint8_t { vertex, fragment, kernel, object, mesh };
+
+// Whether the functions of the stage run in threadgroups.
+constexpr bool hasThreadgroups(Stage stage) {
+    return stage == Stage::kernel || stage == Stage::object || stage == Stage::mesh;
+}
+// The binding of the function's first resource; the stages of a pipeline share one descriptor set.
+constexpr std::uint32_t firstBinding(Stage stage) {
+    return stage == Stage::fragment ? 32 : stage == Stage::object ? 64 : 0;
+}
 
 // The kind of patch that a post-tessellation vertex function takes; none: not such a function.
 enum class PatchKind : std::uint8_t { none, triangle, quad };
@@ -63,9 +72,8 @@ enum class TextureComponent : std::uint8_t { none, float_, int_, uint_, ulong_ }
 inline constexpr std::uint32_t mostTextures = 128, mostSamplers = 16, mostBuffers = 31;
 inline constexpr std::uint32_t firstMemberTexture = 1u << 16, firstMemberBuffer = 64;
 
-// One resource of an entry point, at `binding` of descriptor set 0. The bindings of a vertex or
-// kernel function are 0, 1, 2..., those of a fragment function 32, 33..., so both stages of a
-// pipeline share one set.
+// One resource of an entry point, at `binding` of descriptor set 0. The bindings count up from
+// firstBinding.
 struct Resource {
     ResourceKind kind = ResourceKind::uniformBuffer;
     std::uint32_t index = 0;   // the argument's own index: buffer(n), texture(n), sampler(n)

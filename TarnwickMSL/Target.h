@@ -19,6 +19,10 @@ struct Target {
     // accesses, so this is for programs that are trusted as the host itself is.
     bool followsAddresses = true;
 
+    // There are pipelines of object and mesh functions (VK_EXT_mesh_shader); otherwise a program
+    // with such functions is refused.
+    bool hasMeshFunctions = true;
+
     bool operator==(const Target&) const = default;
 };
 

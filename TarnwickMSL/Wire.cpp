@@ -138,7 +138,7 @@ template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, Request>
 void fields(Record& r, Bytes& bytes) {
     bytes(r.limitMilliseconds), bytes(r.target.addsFloatsInBuffers);
-    bytes(r.target.followsAddresses);
+    bytes(r.target.followsAddresses), bytes(r.target.hasMeshFunctions);
     bytes(r.target.ordersFragments), bytes(r.target.keepsLogs), bytes(r.moreWarningsIn);
     bytes(r.source), bytes(r.constants.values), bytes(r.constants.othersAreUndefined);
 }

@@ -80,7 +80,8 @@ std::uint64_t Device::validationMessages() {
 
 msl::Target Device::compilerTarget() const {
     return {.addsFloatsInBuffers = state_->record.features.addsFloatsInBuffers,
-            .ordersFragments = state_->record.features.ordersFragments};
+            .ordersFragments = state_->record.features.ordersFragments,
+            .hasMeshFunctions = false}; // the layer has no pipelines of them
 }
 
 std::unique_ptr<Library> Device::newLibrary(std::string_view source,

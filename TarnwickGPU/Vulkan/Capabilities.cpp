@@ -38,6 +38,7 @@ enum class Capability : std::uint32_t {
     PhysicalStorageBufferAddresses = 5347,
     FragmentShaderPixelInterlockEXT = 5378,
     RayQueryKHR = 4472,
+    MeshShadingEXT = 5283,
     Int64ImageEXT = 5016,
     AtomicFloat32AddEXT = 6033
 };
@@ -89,7 +90,9 @@ constexpr std::array rows{
         [](const Asked& a) { return a.in12(&In12::bufferDeviceAddress); }},
     Row{Capability::Int64Atomics, "64-bit atomic operations",
         [](const Asked& a) { return a.in12(&In12::shaderBufferInt64Atomics); }},
-    // The layer makes no acceleration structures, so it switches the feature on nowhere.
+    // The layer makes no pipelines of object and mesh functions and no acceleration structures, so it
+    // switches the features on nowhere.
+    Row{Capability::MeshShadingEXT, "object and mesh functions", [](const Asked&) { return false; }},
     Row{Capability::RayQueryKHR, "ray queries", [](const Asked&) { return false; }},
     Row{Capability::Int64ImageEXT, "64-bit atomic operations on textures",
         [](const Asked& a) { return a.chain.imageAtomics.shaderImageInt64Atomics == VK_TRUE; }},

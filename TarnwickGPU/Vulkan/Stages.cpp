@@ -11,6 +11,10 @@ VkShaderStageFlags stageFlags(const msl::EntryPoint& function) {
         return VK_SHADER_STAGE_VERTEX_BIT;
     case msl::Stage::fragment:
         return VK_SHADER_STAGE_FRAGMENT_BIT;
+    case msl::Stage::object:
+        return VK_SHADER_STAGE_TASK_BIT_EXT;
+    case msl::Stage::mesh:
+        return VK_SHADER_STAGE_MESH_BIT_EXT;
     case msl::Stage::kernel:
         break;
     }
@@ -25,6 +29,10 @@ spv::ExecutionModel executionModel(const msl::EntryPoint& function) {
         return spv::ExecutionModel::Vertex;
     case msl::Stage::fragment:
         return spv::ExecutionModel::Fragment;
+    case msl::Stage::object:
+        return spv::ExecutionModel::TaskEXT;
+    case msl::Stage::mesh:
+        return spv::ExecutionModel::MeshEXT;
     case msl::Stage::kernel:
         break;
     }

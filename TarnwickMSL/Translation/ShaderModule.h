@@ -22,6 +22,7 @@ enum class InterfaceKind : std::uint8_t {
     storageBuffer,  // `device` argument
     pushConstant,   // the kernel's grid size
     workgroup,      // threadgroup memory
+    payload,        // what an object function passes to the mesh functions that it starts
     loopReport,     // storage buffer of one word
     bufferAddresses // uniform buffer: the addresses of all buffers, by index
 };
@@ -40,6 +41,7 @@ struct InterfaceVariable {
     std::string builtIn; // input, output: Metal's word ("position", "vertex_id"...); "" = location
     std::uint32_t location = 0;
     bool isOfPatch = false;         // an input that is the same for the whole patch
+    bool isOfPrimitive = false;     // an input or output that is the same for a whole primitive
     std::uint32_t source = 0;       // of a colour: 1 is the second source of blending
     Scalar scalar = Scalar::float_; // input, output
     Interpolation interpolation = Interpolation::centerPerspective;
@@ -49,6 +51,20 @@ struct InterfaceVariable {
     bool isReference = false;       // buffers: exactly one element
     bool isCoherent = false;        // buffers: other invocations see each store in order
 };
+
+// The threadgroup memory of object and mesh functions, arrays of i32: the grid of mesh functions;
+// the number of a mesh's primitives; their vertices, as indexCount(topology) for each; whether each
+// is culled.
+inline constexpr const char* meshGrid = "msl.mesh.grid";
+inline constexpr const char* meshCount = "msl.mesh.count";
+inline constexpr const char* meshIndices = "msl.mesh.indices";
+inline constexpr const char* meshCulled = "msl.mesh.culled";
+inline constexpr const char* payloadName = "msl.payload";
+
+// The vertices of a primitive.
+constexpr std::uint32_t indexCount(Topology topology) {
+    return static_cast<std::uint32_t>(topology);
+}
 
 // The handle of a texture argument that is absent (Presence::no).
 inline constexpr std::uint32_t absentTexture = ~0u;
@@ -92,6 +108,8 @@ struct ShaderModule {
     std::uint32_t controlPoints = 0;        // 0: not specified
     std::vector<StageAttribute> attributes; // all of the stage_in argument
     bool isShapedByConstants = false;
+    Topology topology = Topology::none; // of a mesh function
+    std::uint32_t mostVertices = 0, mostPrimitives = 0;
 };
 
 } // namespace tarnwick::msl

@@ -45,6 +45,7 @@ struct StageValue {
                                    // `offset` is counted
     // An interpolant<T, interpolation>: the record has the address of the input, not its value.
     bool isInterpolant = false;
+    bool isOfPrimitive = false; // a mesh function's result that is the same for a whole primitive
     Presence presence = Presence::yes;
 };
 
@@ -55,8 +56,17 @@ enum class ArgumentKind : std::uint8_t {
     threadgroup,
     stageIn,
     builtIn,
-    accelerationStructure
+    accelerationStructure,
+    payload,  // the object_data that an object function passes to the mesh functions it starts
+    meshGrid, // mesh_grid_properties
+    mesh      // the results of a mesh function
 };
+
+// The maximum of a payload, of every device with VK_EXT_mesh_shader.
+inline constexpr std::uint64_t mostPayloadBytes = 16384;
+
+// The primitives of a mesh; none: of another function.
+enum class Topology : std::uint8_t { none = 0, point = 1, line = 2, triangle = 3 };
 enum class AddressSpace : std::uint8_t { constant, device, threadgroup };
 
 // One argument of an entry point, in the order of its LLVM function's own arguments (without a
@@ -66,7 +76,7 @@ struct Argument {
     std::string name;        // as the source spells it
     std::uint32_t index = 0; // n of buffer(n), texture(n), sampler(n), threadgroup(n)
 
-    // buffer, threadgroup: the pointee
+    // buffer, threadgroup, payload: the pointee
     AddressSpace space = AddressSpace::constant;
     bool isReference = false;       // exactly one element; a pointer has as many as are bound
     std::uint64_t elementBytes = 0; // sizeof the pointee
@@ -111,12 +121,16 @@ struct EntrySignature {
     std::string place;  // "file:line:column" of its name, for messages about the whole of it
     Stage stage = Stage::fragment;
     std::vector<Argument> arguments;
-    std::vector<StageValue> results; // members of the result record, or the one plain result
+    // Members of the result record, or the one plain result; of a mesh, the values of its vertices
+    // and primitives.
+    std::vector<StageValue> results;
     bool resultIsRecord = false;
     bool earlyFragmentTests = false;
-    std::uint32_t mostThreads = 0;     // max_total_threads_per_threadgroup's; 0: not specified
-    PatchKind patch = PatchKind::none; // of a post-tessellation vertex function
-    std::uint32_t controlPoints = 0;   // patch(kind, n)'s n; 0: not specified
+    std::uint32_t mostThreads = 0;      // max_total_threads_per_threadgroup's; 0: not specified
+    PatchKind patch = PatchKind::none;  // of a post-tessellation vertex function
+    std::uint32_t controlPoints = 0;    // patch(kind, n)'s n; 0: not specified
+    Topology topology = Topology::none; // of the mesh that a mesh function makes
+    std::uint32_t mostVertices = 0, mostPrimitives = 0;
 };
 
 } // namespace tarnwick::msl

@@ -18,7 +18,8 @@ using msl::Compilation;
 using msl::EntryPoint;
 using msl::Resource;
 
-constexpr std::array<std::string_view, 3> stageNames{"vertex", "fragment", "kernel"};
+constexpr std::array<std::string_view, 5> stageNames{"vertex", "fragment", "kernel", "object",
+                                                     "mesh"};
 
 // The attribute of an argument in the source, and the kind of its binding.
 struct ResourceName {

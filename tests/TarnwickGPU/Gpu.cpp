@@ -15,6 +15,10 @@ shaderc_shader_kind shaderKind(msl::Stage stage) {
         return shaderc_vertex_shader;
     case msl::Stage::fragment:
         return shaderc_fragment_shader;
+    case msl::Stage::object:
+        return shaderc_task_shader;
+    case msl::Stage::mesh:
+        return shaderc_mesh_shader;
     case msl::Stage::kernel:
         break;
     }

@@ -4,10 +4,14 @@
 #include "TarnwickMSL/Translation/FrontEnd/BuiltIns.h"
 #include "TarnwickMSL/Translation/FrontEnd/Missing.h"
 #include "TarnwickMSL/Translation/Spirv/Validator.h"
+#include "TarnwickSpirv/Interface.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <regex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -21,7 +25,8 @@ using msl::Stage;
 using Element = BuiltInWord::Element;
 
 const std::string head = "#include <metal_stdlib>\nusing namespace metal;\n";
-constexpr std::array stages{Stage::vertex, Stage::fragment, Stage::kernel};
+constexpr std::array stages{Stage::vertex, Stage::fragment, Stage::kernel, Stage::object,
+                            Stage::mesh};
 
 void expectValid(const std::string& program, const msl::Target& target = {}) {
     const msl::Compilation compilation = msl::compile(head + program, {.target = target});
@@ -68,7 +73,9 @@ std::vector<Declared> declarations(const BuiltInWord& word, PatchKind patch = Pa
 // An entry point `name` of the stage with the body, and with further arguments.
 std::string entry(Stage stage, const std::string& name, const std::string& arguments,
                   const std::string& body) {
-    const std::string begin = std::string(stageName(stage)) + " ";
+    const bool isOfMesh = stage == Stage::object || stage == Stage::mesh;
+    const std::string begin =
+        (isOfMesh ? "[[" : "") + std::string(stageName(stage)) + (isOfMesh ? "]] " : " ");
     const std::string all = name + "(device float* out [[buffer(0)]]" + arguments + ") { " + body;
     return begin + (stage == Stage::vertex ? "float4 " : "void ") + all +
            (stage == Stage::vertex ? " return 0; }\n" : " }\n");
@@ -102,6 +109,42 @@ std::string results(const BuiltInWord& word, Stage stage) {
     return program;
 }
 
+// Mesh functions whose vertices or primitives have the value.
+std::string meshResults(const BuiltInWord& word, bool isOfPrimitive) {
+    std::string program;
+    for (const Declared& x : declarations(word)) {
+        const std::string number = std::to_string(program.size());
+        const std::string record = "R" + number;
+        const bool needsPosition = !isOfPrimitive && word.word != "position";
+        program += "struct " + record + " { " + x.text + ";" +
+                   (needsPosition ? " float4 p [[position]];" : "") + " };\n";
+        for (const std::string topology : {"point", "line", "triangle"})
+            program += "[[mesh]] void " + topology + number + "(mesh<" +
+                       (isOfPrimitive ? "V, " + record : record + ", void") +
+                       ", 8, 9, topology::" + topology +
+                       "> m, uint i [[thread_index_in_threadgroup]]) { " + record +
+                       " r = {}; r.x = 1; m.set_" + (isOfPrimitive ? "primitive" : "vertex") +
+                       "(i, r); m.set_index(i, i); m.set_primitive_count(9); }\n";
+    }
+    return program.empty() ? program : "struct V { float4 p [[position]]; };\n" + program;
+}
+
+// The locations of the module's inputs or outputs, of primitives or of all others.
+std::set<std::uint32_t> locationsOf(const msl::EntryPoint& entry, spv::StorageClass storage,
+                                    bool areOfPrimitives) {
+    const spirv::Module module(entry.words);
+    std::set<spirv::Id> ofPrimitives;
+    spirv::eachInstruction(module.annotations, [&](const spirv::Instruction& each) {
+        if (static_cast<spv::Decoration>(each.operands[1]) == spv::Decoration::PerPrimitiveEXT)
+            ofPrimitives.insert(each.operands[0]);
+    });
+    std::set<std::uint32_t> found;
+    for (const auto& [location, variable] : spirv::locations(module, storage))
+        if (ofPrimitives.contains(variable) == areOfPrimitives)
+            found.insert(location);
+    return found;
+}
+
 } // namespace
 
 TEST(BuiltInValidity, ofEveryValueInEveryStage) {
@@ -110,6 +153,9 @@ TEST(BuiltInValidity, ofEveryValueInEveryStage) {
         for (const PatchKind patch : {PatchKind::triangle, PatchKind::quad})
             if (word.isInputOf(Stage::vertex, patch) && !msl::isMissingAttribute("patch"))
                 expectValid(inputs(word, Stage::vertex, patch));
+        for (const bool isOfPrimitive : {false, true})
+            if (word.isResultOfMesh(isOfPrimitive))
+                expectValid(meshResults(word, isOfPrimitive));
         for (const Stage stage : stages) {
             if (word.isInputOf(stage, PatchKind::none))
                 expectValid(inputs(word, stage));
@@ -152,9 +198,11 @@ TEST(BuiltInValidity, ofBarriersAndGroupsInEveryStage) {
             body += std::string("x += float(") + group + call + ");";
     for (const Stage stage : stages)
         expectValid(entry(stage, "f", "", body + " out[1] = x;"));
-    expectValid(entry(Stage::kernel, "f", "",
-                      "threadgroup_barrier(mem_flags::mem_none);"
-                      "threadgroup_barrier(mem_flags::mem_device | mem_flags::mem_texture);"));
+    for (const Stage stage : {Stage::kernel, Stage::object, Stage::mesh})
+        expectValid(entry(stage, "f", "",
+                          "threadgroup_barrier(mem_flags::mem_none);"
+                          "threadgroup_barrier(mem_flags::mem_device | mem_flags::mem_texture);"
+                          "threadgroup_barrier(mem_flags::mem_object_data);"));
 }
 
 TEST(BuiltInValidity, ofLogs) {
@@ -181,6 +229,60 @@ TEST(BuiltInValidity, ofOrderedFragments) {
                       "for (uint n = 0; n < a[0]; ++n) { if (a[n] == 7) return; a[n] += n; }"
                       "if (a[1]) discard_fragment(); t.write(a[2], uint2(0));"),
                 {.ordersFragments = true});
+}
+
+// Fragment functions take what mesh functions give, by the same locations.
+TEST(Meshes, giveFragmentFunctionsTheirValues) {
+    const msl::Compilation made = msl::compile(
+        head + "struct V { float4 p [[position]]; float2 a, b; }; struct P { float3 c; uint d; };"
+               "[[mesh]] void m(mesh<V, P, 3, 1, topology::triangle> m) {"
+               " m.set_vertex(0, {}); m.set_primitive(0, {}); }"
+               "struct Both { P primitive; V vertex_; };"
+               "fragment float4 f(Both x [[stage_in]]) {"
+               " return float4(x.primitive.c, x.vertex_.b.x) * x.primitive.d; }"
+               "struct Some { uint d; float2 b; };"
+               "fragment float4 g(Some x [[stage_in]]) { return x.b.xyxy * x.d; }");
+    ASSERT_EQ(made.entryPoints.size(), 3u) << made.messages;
+    for (const bool areOfPrimitives : {false, true}) {
+        const auto given =
+            locationsOf(made.entryPoints[0], spv::StorageClass::Output, areOfPrimitives);
+        const auto records =
+            locationsOf(made.entryPoints[1], spv::StorageClass::Input, areOfPrimitives);
+        const auto members =
+            locationsOf(made.entryPoints[2], spv::StorageClass::Input, areOfPrimitives);
+        EXPECT_EQ(given.size(), 2u);
+        EXPECT_EQ(records.size(), areOfPrimitives ? 2u : 1u);
+        EXPECT_EQ(members.size(), 1u);
+        EXPECT_TRUE(std::ranges::includes(given, records));
+        EXPECT_TRUE(std::ranges::includes(records, members));
+    }
+}
+
+// Both are the one value that a function gives.
+TEST(Meshes, giveTwoMembersOfOneNameTheSameValue) {
+    const std::string program = "struct V { float4 p [[position]]; float2 a; };"
+                                "[[mesh]] void m(mesh<V, void, 3, 1, topology::line> m) {}"
+                                "struct A { float2 a; }; struct B { TYPE a; };"
+                                "struct F { A x; B y; };"
+                                "fragment float4 f(F x [[stage_in]]) { return x.x.a.x + x.y.a.x; }";
+    const auto with = [&](const std::string& type) {
+        return std::regex_replace(program, std::regex("TYPE"), type);
+    };
+    expectValid(with("float2"));
+    EXPECT_NE(
+        msl::compile(head + with("int3"))
+            .messages.find("Two values of different types are the value 'a' of the stage before."),
+        std::string::npos);
+}
+
+TEST(Meshes, areRefusedAtTheirLineWithoutPipelinesOfThem) {
+    const std::string program = head + "kernel void k() {}\n\n[[object]] void o() {}\n";
+    EXPECT_FALSE(msl::compile(program).failed);
+    const msl::Compilation refused = msl::compile(program, {.target = {.hasMeshFunctions = false}});
+    EXPECT_TRUE(refused.messages.starts_with(
+        "program_source:5:17: error: The function 'o' requires pipelines of object and mesh "
+        "functions (VK_EXT_mesh_shader), which are not available here.\n"))
+        << refused.messages;
 }
 
 } // namespace tarnwick

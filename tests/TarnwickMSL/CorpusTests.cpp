@@ -263,7 +263,16 @@ TEST_P(Corpus, givesWhatItPromises) {
               HasValues::yes);
 }
 
-INSTANTIATE_TEST_SUITE_P(Programs, Corpus, testing::ValuesIn(programsIn(TARNWICK_CORPUS)),
+// Programs that promise nothing need what no device here has; the validity tests compile them.
+static std::vector<Program> promisingPrograms() {
+    std::vector<Program> programs = programsIn(TARNWICK_CORPUS);
+    std::erase_if(programs, [](const Program& program) {
+        return program.runs.empty() && program.draws.empty() && program.expected.empty();
+    });
+    return programs;
+}
+
+INSTANTIATE_TEST_SUITE_P(Programs, Corpus, testing::ValuesIn(promisingPrograms()),
                          [](const auto& program) { return program.param.name; });
 
 } // namespace tarnwick::corpus

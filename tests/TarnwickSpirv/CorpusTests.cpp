@@ -33,6 +33,8 @@ spv::ExecutionModel modelOf(const msl::EntryPoint& entry) {
         return spv::ExecutionModel::TessellationEvaluation;
     return entry.stage == msl::Stage::vertex     ? spv::ExecutionModel::Vertex
            : entry.stage == msl::Stage::fragment ? spv::ExecutionModel::Fragment
+           : entry.stage == msl::Stage::object   ? spv::ExecutionModel::TaskEXT
+           : entry.stage == msl::Stage::mesh     ? spv::ExecutionModel::MeshEXT
                                                  : spv::ExecutionModel::GLCompute;
 }
 

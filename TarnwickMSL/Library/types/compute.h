@@ -7,7 +7,13 @@
 
 namespace metal {
 
-enum class mem_flags { mem_none = 0, mem_device = 1, mem_threadgroup = 2, mem_texture = 4 };
+enum class mem_flags {
+    mem_none = 0,
+    mem_device = 1,
+    mem_threadgroup = 2,
+    mem_texture = 4,
+    mem_object_data = 8
+};
 constexpr mem_flags operator|(mem_flags a, mem_flags b) { return mem_flags(int(a) | int(b)); }
 constexpr mem_flags operator&(mem_flags a, mem_flags b) { return mem_flags(int(a) & int(b)); }
 

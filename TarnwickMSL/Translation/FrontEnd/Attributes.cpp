@@ -36,10 +36,11 @@ constexpr std::array words = {
     "quadgroup_index_in_threadgroup", "quadgroups_per_threadgroup",
     "dispatch_simdgroups_per_threadgroup", "dispatch_quadgroups_per_threadgroup", "grid_size",
     "grid_origin", "amplification_id", "amplification_count", "barycentric_coord", "stencil",
-    "raster_order_group",
+    "raster_order_group", "primitive_culled", "payload",
     // functions
     "vertex", "fragment", "kernel", "early_fragment_tests", "max_total_threads_per_threadgroup",
-    "host_name", "patch", "visible", "stitchable"};
+    "host_name", "patch", "visible", "stitchable", "object", "mesh",
+    "max_total_threadgroups_per_mesh_grid"};
 
 // The spellings that Clang's parser accepts: Metal's words in double brackets, and the words of the
 // token pass (msl_vertex ...) in GNU's form.
@@ -51,6 +52,7 @@ template <std::size_t... I> constexpr auto spellings(std::index_sequence<I...>) 
                       Spelling{ParsedAttr::AS_GNU, "msl_kernel"},
                       Spelling{ParsedAttr::AS_GNU, "msl_coherent"},
                       Spelling{ParsedAttr::AS_GNU, "msl_device"},
+                      Spelling{ParsedAttr::AS_GNU, "msl_object_data"},
                       Spelling{ParsedAttr::AS_GNU, "msl_threadgroup"}};
 }
 constexpr auto allSpellings = spellings(std::make_index_sequence<words.size()>());

@@ -4,6 +4,7 @@
 #include "TarnwickMSL/Translation/Signature.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -20,22 +21,32 @@ struct BuiltInWord {
     bool isVertexInput = false, isFragmentInput = false, isKernelInput = false;
     bool isVertexResult = false, isFragmentResult = false;
     bool isPatchInput = false; // of a post-tessellation vertex function
+    bool isMeshInput = false;  // of object and mesh functions
+    bool isPrimitiveResult =
+        false; // of a mesh, whose vertices have the results of vertex functions
 
     bool isInputOf(Stage stage, PatchKind patch) const {
         return patch != PatchKind::none   ? isPatchInput
                : stage == Stage::vertex   ? isVertexInput
                : stage == Stage::fragment ? isFragmentInput
-                                          : isKernelInput;
+               : stage == Stage::kernel   ? isKernelInput
+                                          : isMeshInput;
     }
     bool isResultOf(Stage stage) const {
-        return stage == Stage::vertex ? isVertexResult : isFragmentResult;
+        return stage == Stage::fragment ? isFragmentResult
+                                        : stage == Stage::vertex && isVertexResult;
+    }
+    // Whether a mesh function gives the value for each vertex, or for each primitive.
+    bool isResultOfMesh(bool isOfPrimitive) const {
+        return isOfPrimitive ? isPrimitiveResult : isVertexResult && !isPrimitiveResult;
     }
     // Whether the attribute is valid for a value of that scalar and width.
     bool takes(const StageValue& value) const;
 };
 
-// "vertex", "fragment" or "kernel".
+// "vertex", "fragment", "kernel", "object" or "mesh".
 std::string_view stageName(Stage stage);
+std::optional<Stage> stageNamed(std::string_view name);
 
 // All of them.
 std::span<const BuiltInWord> builtInWords();

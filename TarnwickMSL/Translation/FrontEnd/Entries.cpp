@@ -3,6 +3,7 @@
 #include "TarnwickMSL/Translation/FrontEnd/ArgumentBuffers.h"
 #include "TarnwickMSL/Translation/FrontEnd/Attributes.h"
 #include "TarnwickMSL/Translation/FrontEnd/BuiltIns.h"
+#include "TarnwickMSL/Translation/FrontEnd/MeshArguments.h"
 #include "TarnwickMSL/Translation/FrontEnd/StageRecords.h"
 
 #include <clang/AST/Attr.h>
@@ -155,6 +156,10 @@ void EntryReader::readStageIn(const clang::ParmVarDecl& parameter, const EntrySi
                               Argument& argument) {
     argument.kind = ArgumentKind::stageIn;
     argument.index = 0;
+    if (signature.stage == Stage::object || signature.stage == Stage::mesh)
+        return error(parameter.getLocation(),
+                     "attribute '%0' is not valid for an input of a %1 function", "stage_in",
+                     stageName(signature.stage));
     const auto* record = parameter.getType()->getAsCXXRecordDecl();
     if (!record)
         error(parameter.getLocation(), "invalid type %0 for a stage_in argument",
@@ -175,13 +180,32 @@ void EntryReader::readArgument(const clang::ParmVarDecl& parameter, EntrySignatu
             argument.index = attribute->index;
     if (metalAttribute(parameter, "stage_in")) {
         readStageIn(parameter, signature, argument);
-    } else if (readBuiltIn(parameter, signature, argument)) {
+    } else if (readBuiltIn(parameter, signature, argument) ||
+               readMeshArgument(context, parameter, signature, argument)) {
         argument.index = 0;
     } else if (!readResource(parameter, argument)) {
         error(parameter.getLocation(), "invalid type %0 for input declaration in a %1 function",
               "'" + parameter.getType().getAsString() + "'", stageName(signature.stage));
     }
     signature.arguments.push_back(std::move(argument));
+}
+
+static bool hasIndex(ArgumentKind kind) {
+    switch (kind) {
+    case ArgumentKind::buffer:
+    case ArgumentKind::texture:
+    case ArgumentKind::sampler:
+    case ArgumentKind::threadgroup:
+    case ArgumentKind::accelerationStructure:
+        return true;
+    case ArgumentKind::stageIn:
+    case ArgumentKind::builtIn:
+    case ArgumentKind::payload:
+    case ArgumentKind::meshGrid:
+    case ArgumentKind::mesh:
+        break;
+    }
+    return false;
 }
 
 // The number of indices that an encoder has for the kind.
@@ -218,8 +242,7 @@ void EntryReader::reportSharedIndices(const clang::FunctionDecl& function,
     std::map<std::pair<ArgumentKind, std::uint32_t>, llvm::StringRef> known;
     for (std::size_t i = 0; i < signature.arguments.size(); ++i) {
         const Argument& argument = signature.arguments[i];
-        if (argument.kind == ArgumentKind::stageIn || argument.kind == ArgumentKind::builtIn ||
-            argument.presence == Presence::no)
+        if (!hasIndex(argument.kind) || argument.presence == Presence::no)
             continue;
         if (argument.index + argument.count > mostOf(argument.kind))
             error(function.getParamDecl(static_cast<unsigned>(i))->getLocation(),
@@ -254,10 +277,11 @@ void EntryReader::readResult(const clang::FunctionDecl& function, EntrySignature
     const QualType type = function.getReturnType();
     if (type->isVoidType())
         return;
-    if (signature.stage == Stage::kernel) {
-        error(function.getLocation(), "kernel must have void return type");
-        return;
-    }
+    if (signature.stage == Stage::kernel)
+        return error(function.getLocation(), "kernel must have void return type");
+    if (hasThreadgroups(signature.stage))
+        return error(function.getLocation(), "%0 function must have void return type",
+                     stageName(signature.stage));
     StageValue value;
     if (readShape(context, type, value)) {
         value.attribute = signature.stage == Stage::vertex ? "position" : "color";
@@ -314,12 +338,10 @@ void EntryReader::readFunction(const clang::FunctionDecl& function) {
             signature.mostThreads = attribute.index;
         if (word == "host_name")
             signature.name = attribute.text;
-        if (word != "vertex" && word != "fragment" && word != "kernel")
-            continue;
-        isEntry = true;
-        signature.stage = word == "vertex"     ? Stage::vertex
-                          : word == "fragment" ? Stage::fragment
-                                               : Stage::kernel;
+        if (const auto stage = stageNamed(word)) {
+            isEntry = true;
+            signature.stage = *stage;
+        }
     }
     if (!isEntry || !function.isThisDeclarationADefinition() || function.isInvalidDecl())
         return;
@@ -372,7 +394,9 @@ void completeEntries(std::vector<Entry>& entries, clang::CodeGenerator& generato
                 .str();
         for (std::size_t i = 0; i < entry.signature.arguments.size(); ++i) {
             Argument& argument = entry.signature.arguments[i];
-            if (argument.kind != ArgumentKind::buffer && argument.kind != ArgumentKind::threadgroup)
+            if (argument.kind != ArgumentKind::buffer &&
+                argument.kind != ArgumentKind::threadgroup &&
+                argument.kind != ArgumentKind::payload)
                 continue;
             const QualType pointee =
                 entry.function->getParamDecl(static_cast<unsigned>(i))->getType()->getPointeeType();

@@ -6,21 +6,19 @@
 namespace tarnwick::msl {
 
 // clang-format off
-// Sorted. Metal Shading Language 3.1: 5.1.4 to 5.1.9 (visible, stitchable,
-// intersection, object, mesh and tile functions), 5.2.3, 5.6 (imageblocks), 5.7 and 5.8.
-static constexpr std::array<std::string_view, 8> attributes{
-    "alias_implicit_imageblock", "imageblock_data", "intersection", "mesh",
-    "object", "payload", "primitive_culled", "tile",
+// Sorted. Metal Shading Language 3.1: 5.1.6 and 5.1.9 (intersection and tile functions), 5.2.3 and
+// 5.6 (imageblocks).
+static constexpr std::array<std::string_view, 4> attributes{
+    "alias_implicit_imageblock", "imageblock_data", "intersection", "tile",
 };
 
-// Sorted. 2.11 (imageblocks), 2.14 to 2.19, 6.13, 6.16 (commands), 6.17 and 6.18 (rays).
-static constexpr std::array<std::string_view, 16> names{
+// Sorted. 2.11 (imageblocks), 2.14 to 2.17, 6.13, 6.16 (commands), 6.17 and 6.18 (rays).
+static constexpr std::array<std::string_view, 12> names{
     "command_buffer", "compute_command", "imageblock",
     "imageblock_slice", "intersection_function_table",
-    "mesh", "mesh_grid_properties", "object_data",
     "rasterization_rate_map_data", "rasterization_rate_map_decoder", "ray_data",
     "render_command",
-    "threadgroup_imageblock", "topology", "uniform", "visible_function_table",
+    "threadgroup_imageblock", "uniform", "visible_function_table",
 };
 // clang-format on
 static_assert(std::ranges::is_sorted(attributes) && std::ranges::is_sorted(names));
@@ -42,6 +40,9 @@ static constexpr std::array tileWords{
 
 std::string missing(std::string_view what) {
     std::string message = std::string(what) + " is not supported on this platform";
+    if (what.ends_with("'visible_function_table'"))
+        message += ": the host fills the table at run time, and Vulkan has no calls of functions of "
+                   "other modules";
     if (std::ranges::any_of(tileWords, [&](std::string_view word) { return what.ends_with(word); }))
         message += ": Vulkan has no memory of tiles that kernels and render passes share";
     return message;

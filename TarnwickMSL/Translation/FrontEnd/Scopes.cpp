@@ -23,7 +23,7 @@ tok::TokenKind closer(tok::TokenKind open) {
 bool isAddressSpace(const clang::Token& token) {
     const clang::IdentifierInfo* name = token.isAnnotation() ? nullptr : token.getIdentifierInfo();
     return name && (name->isStr("device") || name->isStr("constant") || name->isStr("thread") ||
-                    name->isStr("threadgroup"));
+                    name->isStr("threadgroup") || name->isStr("object_data"));
 }
 
 Scopes::Scopes(const std::vector<clang::Token>& tokens)

@@ -127,7 +127,10 @@ void RecordReader::check(const clang::FieldDecl& field, const StageValue& value)
     const BuiltInWord* word = builtInWord(value.attribute);
     if (!word)
         return;
-    if (!(isInput() ? word->isInputOf(place.stage, place.patch) : word->isResultOf(place.stage)))
+    const bool isValid = isInput()                    ? word->isInputOf(place.stage, place.patch)
+                         : place.stage == Stage::mesh ? word->isResultOfMesh(place.isOfPrimitive)
+                                                      : word->isResultOf(place.stage);
+    if (!isValid)
         error(field.getLocation(),
               isInput() ? "attribute '%0' is not valid for an input of a %1 function"
                         : "attribute '%0' is not valid for a result of a %1 function",

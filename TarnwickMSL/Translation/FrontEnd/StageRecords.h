@@ -31,6 +31,7 @@ struct StagePlace {
     Stage stage = Stage::fragment;
     PatchKind patch = PatchKind::none;
     Border border = Border::input;
+    bool isOfPrimitive = false; // a result of a mesh function
 
     // Whether the members come from buffers, each by its attribute(n) (Metal Shading Language 3.1,
     // 5.2.4); otherwise they come from the stage before.

@@ -151,7 +151,7 @@ bool TokenPass::hasInitialValue(std::size_t i) const {
     return false;
 }
 
-// Rewrites `constant`, `device`, `thread` and `threadgroup`.
+// Rewrites `constant`, `device`, `thread`, `threadgroup` and `object_data`.
 void TokenPass::qualifier(std::size_t i) {
     SourceLocation at = tokens[i].getLocation();
     const bool isArgument = i > entryOpen && i < entryClose;
@@ -168,6 +168,9 @@ void TokenPass::qualifier(std::size_t i) {
                        ? "__attribute__ ( ( msl_device ) ) __attribute__ ( ( msl_coherent ) )"
                        : "__attribute__ ( ( msl_device ) )",
                    at);
+    } else if (isWord(i, "object_data")) {
+        if (isArgument)
+            append(edits[i].after, "__attribute__ ( ( msl_object_data ) )", at);
     } else if (isWord(i, "threadgroup")) {
         if (isArgument) {
             append(edits[i].after, "__attribute__ ( ( msl_threadgroup ) )", at);
@@ -239,9 +242,15 @@ bool TokenPass::missingAttribute(std::size_t i) {
 // Rewrites the word of `[[user(name)]]` and `[[depth(any)]]` to a string. Puts parentheses round
 // the name in `[[buffer(slot)]]`: Clang takes a single name for a word, `(slot)` for a value.
 void TokenPass::attributeArguments(std::size_t i) {
-    static constexpr llvm::StringLiteral numbered[] = {
-        "buffer",    "texture",     "sampler",           "color",
-        "attribute", "threadgroup", "function_constant", "max_total_threads_per_threadgroup"};
+    static constexpr llvm::StringLiteral numbered[] = {"buffer",
+                                                       "texture",
+                                                       "sampler",
+                                                       "color",
+                                                       "attribute",
+                                                       "threadgroup",
+                                                       "function_constant",
+                                                       "max_total_threads_per_threadgroup",
+                                                       "max_total_threadgroups_per_mesh_grid"};
     std::size_t end = scopes.match(i);
     for (std::size_t j = i + 2; j + 1 < end; ++j) {
         if ((is(j - 1, tok::l_square) || is(j - 1, tok::comma)) && missingAttribute(j))
@@ -450,7 +459,8 @@ std::vector<Token> TokenPass::run() {
             ; // the attribute of that name
         else if (isAddressSpace(token) && !isNameNotKeyword(i))
             qualifier(i);
-        else if (isWord(i, "vertex") || isWord(i, "fragment") || isWord(i, "kernel"))
+        else if (isWord(i, "vertex") || isWord(i, "fragment") || isWord(i, "kernel") ||
+                 ((isWord(i, "object") || isWord(i, "mesh")) && attributeListEnd(i)))
             entryPoint(i);
         else if (isWord(i, "is_function_constant_defined"))
             constantQuery(i);

@@ -15,25 +15,27 @@ using namespace llvm;
 // mem_flags and thread_scope of the standard library, by their numbers.
 static constexpr std::array kinds{spv::MemorySemanticsMask::UniformMemory,
                                   spv::MemorySemanticsMask::WorkgroupMemory,
-                                  spv::MemorySemanticsMask::ImageMemory};
+                                  spv::MemorySemanticsMask::ImageMemory,
+                                  spv::MemorySemanticsMask::WorkgroupMemory}; // of object_data
 static constexpr std::array scopes{spv::Scope::Invocation, spv::Scope::Subgroup,
                                    spv::Scope::Workgroup, spv::Scope::Device};
 
-static constexpr std::uint64_t threadgroupFlag = 2; // mem_flags::mem_threadgroup
+// mem_flags::mem_threadgroup, mem_flags::mem_object_data
+static constexpr std::uint64_t threadgroupFlags = 2 | 8;
 
 static std::uint64_t numberOf(const Value* value, std::uint64_t otherwise) {
     auto* number = dyn_cast<ConstantInt>(value);
     return number ? number->getZExtValue() : otherwise;
 }
 
-// Only invocations of a kernel have threadgroup memory and a scope of their threadgroup
+// Only invocations in threadgroups have threadgroup memory and a scope of their threadgroup
 // (Vulkan 1.3, "Runtime SPIR-V Validation"). A fence of another function orders its accesses for
 // the device.
 void writeBarrier(Body& body, bool waits, const CallInst& call) {
-    bool isKernel = body.stage == Stage::kernel;
-    std::uint64_t flags = numberOf(call.getArgOperand(1), 7);
-    if (!isKernel)
-        flags &= ~threadgroupFlag;
+    bool isGrouped = hasThreadgroups(body.stage);
+    std::uint64_t flags = numberOf(call.getArgOperand(1), 15);
+    if (!isGrouped)
+        flags &= ~threadgroupFlags;
     std::uint32_t semantics = 0;
     for (std::size_t kind = 0; kind < kinds.size(); ++kind)
         if (flags >> kind & 1)
@@ -43,9 +45,10 @@ void writeBarrier(Body& body, bool waits, const CallInst& call) {
     else if (!waits)
         return;
     spv::Scope given = scopes[numberOf(call.getArgOperand(0), 2) % scopes.size()];
-    if (given == spv::Scope::Workgroup && !isKernel) {
+    if (given == spv::Scope::Workgroup && !isGrouped) {
         if (waits)
-            throw TranslationError("threadgroup_barrier is available in a kernel only.");
+            throw TranslationError("threadgroup_barrier is available in a kernel, an object or a "
+                                   "mesh function only.");
         given = spv::Scope::Device;
     }
     if (given == spv::Scope::Subgroup)

@@ -306,7 +306,20 @@ Id Memory::input(const Value* pointer, Type* type) {
     return chain(found, found.access, false);
 }
 
+Id Memory::variable(const GlobalVariable& global) {
+    const Variable& only = root(&global).variables.front();
+    if (only.view.isArray || only.view.element != global.getValueType())
+        throw CompilerFault("The variable '" + global.getName().str() + "' has another type.");
+    return only.id;
+}
+
 Id Memory::gridSize() {
+    if (shader_.stage != Stage::kernel) {
+        Type* triple = FixedVectorType::get(body_.i32(), 3);
+        Id groups = readBuiltIn(body_, spv::BuiltIn::NumWorkgroups, triple);
+        Id size = body_.emit(spv::Op::OpCompositeConstruct, triple, threadgroupSize(body_));
+        return body_.emit(spv::Op::OpIMul, triple, {groups, size});
+    }
     for (const InterfaceVariable& variable : shader_.interface)
         if (variable.kind == InterfaceKind::pushConstant)
             if (const GlobalVariable* global = shader_.module->getNamedGlobal(variable.global))

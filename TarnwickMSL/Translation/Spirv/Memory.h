@@ -29,7 +29,11 @@ class Memory {
     // The variable of an input, for interpolations; `type` is its value's.
     Id input(const llvm::Value* pointer, llvm::Type* type);
 
-    Id gridSize(); // kernels: the push constant
+    // The variable of a global as it was declared. Throws CompilerFault if the code needs it as
+    // another type.
+    Id variable(const llvm::GlobalVariable& global);
+
+    Id gridSize(); // of kernels: the push constant; of other functions, of whole threadgroups
 
     // Call after the code is written: decorates the buffers by their uses.
     void finish();
@@ -66,6 +70,7 @@ class Memory {
     void makeLocal(Root& made, const llvm::Value& value, llvm::Type* type);
     void makeTable(Root& made, const llvm::GlobalVariable& global);
     void makeWorkgroup(Root& made, const llvm::GlobalVariable& global);
+    void makePayload(Root& made, const llvm::GlobalVariable& global);
     void makeStage(Root& made, const llvm::GlobalVariable& global);
     void makeBuffer(Root& made, const llvm::GlobalVariable& global);
     Variable& addBlock(Root& root, View view);

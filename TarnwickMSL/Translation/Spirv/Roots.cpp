@@ -46,6 +46,8 @@ Memory::Root& Memory::root(const Value* value) {
                                    : isWritten(global, body_.types.dataLayout());
     if (isShared)
         makeWorkgroup(made, global);
+    else if (made.interface && made.interface->kind == InterfaceKind::payload)
+        makePayload(made, global);
     else if (!made.interface)
         makeTable(made, global);
     else if (made.interface->kind == InterfaceKind::input ||
@@ -140,8 +142,9 @@ Memory::Variable Memory::workgroupArray(Root& made, const View& view) {
 }
 
 void Memory::makeWorkgroup(Root& made, const GlobalVariable& global) {
-    if (shader_.stage != Stage::kernel)
-        throw TranslationError("Threadgroup memory is available in a kernel only.");
+    if (!hasThreadgroups(shader_.stage))
+        throw TranslationError("Threadgroup memory is available in a kernel, an object or a mesh "
+                               "function only.");
     made.storage = spv::StorageClass::Workgroup;
     const DataLayout& layout = body_.types.dataLayout();
     Type* type = global.getValueType();
@@ -159,6 +162,18 @@ void Memory::makeWorkgroup(Root& made, const GlobalVariable& global) {
     Id content = contentType(body_, view);
     Id zero = global.getSection() == "threadgroup.zero" ? body_.constants.nullOf(content) : Id{};
     made.variables.push_back({view, body_.module.variable(made.storage, content, zero)});
+}
+
+// An object function and a mesh function see the payload as the same type.
+void Memory::makePayload(Root& made, const GlobalVariable& global) {
+    made.storage = spv::StorageClass::TaskPayloadWorkgroupEXT;
+    const DataLayout& layout = body_.types.dataLayout();
+    View view = fittingView(global, global.getValueType(), true, layout);
+    if (view.isArray)
+        throw TranslationError("The payload is accessed in smaller parts than its members.");
+    if (shader_.stage == Stage::mesh && isWritten(global, layout))
+        throw TranslationError("A mesh function cannot write the payload.");
+    made.variables.push_back({view, body_.module.variable(made.storage, contentType(body_, view))});
 }
 
 void Memory::makeStage(Root& made, const GlobalVariable& global) {

@@ -8,6 +8,7 @@
 #include "TarnwickMSL/Translation/Spirv/Fetches.h"
 #include "TarnwickMSL/Translation/Spirv/Images.h"
 #include "TarnwickMSL/Translation/Spirv/Intrinsics.h"
+#include "TarnwickMSL/Translation/Spirv/Meshes.h"
 #include "TarnwickMSL/Translation/Spirv/RayQueries.h"
 #include "TarnwickMSL/Translation/Spirv/Stage.h"
 #include "TarnwickMSL/Translation/Spirv/Vectors.h"
@@ -21,11 +22,8 @@ namespace tarnwick::msl {
 using namespace llvm;
 using namespace spirv;
 
-// The first binding of a fragment function, after those of the vertex function (EntryPoint.h).
-static constexpr std::uint32_t fragmentBinding = 32;
-
 static std::uint32_t bindingAfter(const ShaderModule& shader) {
-    std::uint32_t next = shader.stage == Stage::fragment ? fragmentBinding : 0;
+    std::uint32_t next = firstBinding(shader.stage);
     for (const InterfaceVariable& variable : shader.interface) {
         if (hasBinding(variable.kind))
             next = std::max(next, variable.binding + 1);
@@ -41,7 +39,8 @@ class FunctionWriter {
         : shader_(shader),
           body_(module_, shader.module->getContext(), shader.module->getDataLayout(), shader.stage),
           memory_(body_, shader), images_(body_, shader, bindingAfter(shader)),
-          fetches_(body_, shader), rays_(body_, [this] { return images_.takeBinding(); }) {
+          fetches_(body_, shader), rays_(body_, [this] { return images_.takeBinding(); }),
+          meshes_(body_, memory_, shader) {
         body_.onDemand = [this](const Instruction& instruction) {
             return isDeferred(instruction) ? value(instruction) : 0;
         };
@@ -62,6 +61,8 @@ class FunctionWriter {
     std::vector<Resource> resources() const;
     std::vector<FunctionConstant> constants() const;
 
+    bool isOfMesh() const { return shader_.stage == Stage::object || shader_.stage == Stage::mesh; }
+
     const ShaderModule& shader_;
     Module module_;
     Body body_;
@@ -69,6 +70,7 @@ class FunctionWriter {
     Images images_;
     Fetches fetches_;
     RayQueries rays_;
+    Meshes meshes_;
     std::vector<std::pair<const PHINode*, std::size_t>> phis_; // and the place of their operands
 };
 
@@ -196,6 +198,8 @@ void FunctionWriter::merge(const BasicBlock& block, bool isBranching) {
 }
 
 void FunctionWriter::terminator(const Instruction& terminator) {
+    if (isa<ReturnInst>(terminator) && isOfMesh())
+        return meshes_.end();
     if (isa<ReturnInst>(terminator)) {
         if (shader_.ordersFragments)
             body_.act(spv::Op::OpEndInvocationInterlockEXT, {});
@@ -241,8 +245,10 @@ void FunctionWriter::modes() {
         module_.extension("SPV_EXT_fragment_shader_interlock");
         module_.executionMode(spv::ExecutionMode::PixelInterlockOrderedEXT);
     }
-    if (shader_.stage == Stage::kernel)
+    if (hasThreadgroups(shader_.stage))
         module_.executionMode(spv::ExecutionMode::LocalSizeId, threadgroupSize(body_));
+    if (isOfMesh())
+        meshes_.modes();
     if (shader_.patch == PatchKind::none)
         return;
     module_.require(spv::Capability::Tessellation);
@@ -254,6 +260,8 @@ void FunctionWriter::function() {
     body_.type(); // the first declaration
     if (shader_.ordersFragments)
         body_.act(spv::Op::OpBeginInvocationInterlockEXT, {});
+    if (isOfMesh())
+        meshes_.begin();
     // Each block comes after those that dominate it; unreachable blocks come last.
     ReversePostOrderTraversal<const Function*> order(shader_.main);
     SmallPtrSet<const BasicBlock*, 32> written;
@@ -273,7 +281,8 @@ std::vector<Resource> FunctionWriter::resources() const {
     all.insert(all.end(), images_.resources().begin(), images_.resources().end());
     all.insert(all.end(), rays_.resources().begin(), rays_.resources().end());
     llvm::sort(all, [](const Resource& a, const Resource& b) { return a.binding < b.binding; });
-    if (shader_.stage == Stage::vertex && !all.empty() && all.back().binding >= fragmentBinding)
+    if (shader_.stage == Stage::vertex && !all.empty() &&
+        all.back().binding >= firstBinding(Stage::fragment))
         throw TranslationError("The function '" + shader_.name +
                                "' uses more than 32 buffers, textures and samplers.");
     return all;
@@ -309,6 +318,10 @@ static spv::ExecutionModel modelOf(const ShaderModule& shader) {
         return spv::ExecutionModel::Fragment;
     case Stage::kernel:
         return spv::ExecutionModel::GLCompute;
+    case Stage::object:
+        return spv::ExecutionModel::TaskEXT;
+    case Stage::mesh:
+        return spv::ExecutionModel::MeshEXT;
     }
     return spv::ExecutionModel::Fragment;
 }

@@ -126,6 +126,16 @@ static void interpolate(Body& body, Id id, Interpolation interpolation) {
     interpolateAt(body, id, interpolation);
 }
 
+void requireMeshShading(Body& body) {
+    body.module.require(spv::Capability::MeshShadingEXT);
+    body.module.extension("SPV_EXT_mesh_shader");
+}
+
+static void decoratePrimitive(Body& body, Id id) {
+    requireMeshShading(body);
+    body.module.decorate(id, spv::Decoration::PerPrimitiveEXT);
+}
+
 static Id locationVariable(Body& body, const InterfaceVariable& interface, bool isInput,
                            Type* type) {
     auto storage = isInput ? spv::StorageClass::Input : spv::StorageClass::Output;
@@ -134,6 +144,8 @@ static Id locationVariable(Body& body, const InterfaceVariable& interface, bool 
     body.module.decorate(id, spv::Decoration::Location, {interface.location});
     if (interface.isOfPatch)
         body.module.decorate(id, spv::Decoration::Patch);
+    if (interface.isOfPrimitive)
+        decoratePrimitive(body, id);
     if (interface.source)
         body.module.decorate(id, spv::Decoration::Index, {interface.source});
     if (isInput && body.stage == Stage::fragment)
@@ -150,6 +162,8 @@ StageVariable declareStageVariable(Body& body, const InterfaceVariable& interfac
     if (builtIn.isArray && !type->isArrayTy())
         type = ArrayType::get(type, 1);
     Id id = builtInVariable(body, builtIn, isInput, type);
+    if (interface.isOfPrimitive)
+        decoratePrimitive(body, id);
     if (builtIn.word == "barycentric_coord")
         interpolateAt(body, id, interface.interpolation);
     return {id, type};
@@ -166,10 +180,12 @@ std::array<Id, 3> threadgroupSize(Body& body) {
     return size;
 }
 
-// The size of this threadgroup: smaller at the end of the grid.
+// The size of this threadgroup: smaller at the end of a kernel's grid.
 static Id threadsHere(Body& body, const std::function<Id()>& gridSize) {
     Type* triple = FixedVectorType::get(body.i32(), 3);
     Id full = body.emit(spv::Op::OpCompositeConstruct, triple, threadgroupSize(body));
+    if (body.stage != Stage::kernel)
+        return full;
     Id group = readBuiltIn(body, spv::BuiltIn::WorkgroupId, triple);
     Id before = body.emit(spv::Op::OpIMul, triple, {group, full});
     Id left = body.emit(spv::Op::OpISub, triple, {gridSize(), before});
@@ -177,6 +193,8 @@ static Id threadsHere(Body& body, const std::function<Id()>& gridSize) {
 }
 
 static Id threadIndex(Body& body, const std::function<Id()>& gridSize) {
+    if (body.stage != Stage::kernel)
+        return readBuiltIn(body, spv::BuiltIn::LocalInvocationIndex, body.i32());
     Type* triple = FixedVectorType::get(body.i32(), 3);
     Id size = threadsHere(body, gridSize);
     Id at = readBuiltIn(body, spv::BuiltIn::LocalInvocationId, triple);

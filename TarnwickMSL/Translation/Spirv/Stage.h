@@ -31,6 +31,9 @@ bool isComputedBuiltIn(llvm::StringRef word);
 // it is called only for the values that need it.
 Id computedBuiltIn(Body& body, llvm::StringRef word, const std::function<Id()>& gridSize);
 
+// Declares that the module has a value of SPV_EXT_mesh_shader.
+void requireMeshShading(Body& body);
+
 // Loads a built-in input of one value.
 Id readBuiltIn(Body& body, spv::BuiltIn builtIn, llvm::Type* type);
 

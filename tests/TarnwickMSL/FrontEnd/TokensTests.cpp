@@ -87,7 +87,7 @@ std::string rewritten(const std::string& program) {
 std::vector<std::string> words(const std::vector<Spelled>& tokens) {
     static const std::set<std::string> dropped{
         "device", "constant", "thread", "threadgroup", "vertex",        "fragment", "kernel",
-        "metal",  "coherent", "vec",    "bfloat",      "bfloat_vector", "simd"};
+        "metal",  "coherent", "vec",    "bfloat",      "bfloat_vector", "simd",     "object_data"};
     std::vector<std::string> found;
     for (const Spelled& token : tokens) {
         std::string text = token.text;
@@ -165,6 +165,9 @@ TEST(Tokens, areRewrittenToWhatClangParses) {
         {"kernel void k(device coherent(device) int* a) { coherent device int* p; int coherent; }",
          "__attribute__ ( ( msl_kernel ) ) void k ( __attribute__ ( ( msl_device ) ) __attribute__ "
          "( ( msl_coherent ) ) int * a ) { int * p ; int coherent ; }"},
+        {"[[mesh]] void m(object_data const T& p [[payload]]) { int mesh, object; }",
+         "[ [ mesh ] ] void m ( __attribute__ ( ( msl_object_data ) ) const T & p [ [ payload ] ] "
+         ") { int mesh , object ; }"},
         // A class's own constructor, a function's parameters and results are no values.
         {"struct T { operator float2(); }; auto f() -> float3 { } float2 g(float2 (&a)[2]);",
          "struct T { operator float2 ( ) ; } ; auto f ( ) -> float3 { } float2 g ( float2 ( & a ) "

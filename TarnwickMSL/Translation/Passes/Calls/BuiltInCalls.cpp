@@ -55,11 +55,13 @@ static bool isConvergent(StringRef name) {
 
 static MemoryEffects effects(StringRef name, bool writesTextures) {
     if (name == "discard" || name == "barrier" || name == "fence" || changesTexture(name) ||
-        name.starts_with("atomic") || name.starts_with("log_") ||
-        name.starts_with("ray_query_"))
+        name.starts_with("atomic") || name.starts_with("log_") || name.starts_with("ray_query_"))
         return MemoryEffects::unknown();
     if (name == "control_point")
         return MemoryEffects::argMemOnly(ModRefInfo::Mod);
+    if (name.starts_with("mesh_")) // reads a record, writes outputs or threadgroup memory
+        return MemoryEffects::argMemOnly(ModRefInfo::Ref) |
+               MemoryEffects::inaccessibleMemOnly(ModRefInfo::Mod);
     if (name == "is_helper") // `discard` changes it
         return MemoryEffects::readOnly();
     if (name.starts_with("interpolate"))

@@ -129,6 +129,14 @@ void Counting::choose(Loop* loop, std::uint64_t most) {
     weights_[loop] = weight;
 }
 
+// The outputs of a mesh belong to all invocations of the threadgroup; without primitives it has
+// none.
+static bool isZeroAtEnd(const InterfaceVariable& variable, Stage stage) {
+    if (stage == Stage::object || stage == Stage::mesh)
+        return variable.global == meshGrid || variable.global == meshCount;
+    return variable.kind == InterfaceKind::output;
+}
+
 void Counting::makeGlobals() {
     LLVMContext& context = shader_.module->getContext();
     auto* word = Type::getInt32Ty(context);
@@ -156,7 +164,7 @@ void Counting::makeGlobals() {
     builder.SetInsertPoint(spent_);
     for (const InterfaceVariable& variable : shader_.interface)
         if (auto* output = shader_.module->getNamedGlobal(variable.global);
-            output && variable.kind == InterfaceKind::output)
+            output && isZeroAtEnd(variable, shader_.stage))
             builder.CreateStore(Constant::getNullValue(output->getValueType()), output);
     builder.CreateStore(builder.getInt32(1), report);
     builder.CreateBr(end);

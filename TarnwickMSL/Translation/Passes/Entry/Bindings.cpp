@@ -37,7 +37,7 @@ void assignBindings(ShaderModule& shader) {
                   [&](const auto& variable) { return !isUsed(shader, variable); });
     std::erase_if(shader.textures,
                   [&](const auto& texture) { return !textures.contains(texture.index); });
-    std::uint32_t next = shader.stage == Stage::fragment ? 32 : 0;
+    std::uint32_t next = firstBinding(shader.stage);
     for (InterfaceVariable& variable : shader.interface)
         if (hasBinding(variable.kind))
             variable.binding = next++;

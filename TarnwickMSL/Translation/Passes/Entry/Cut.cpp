@@ -107,6 +107,9 @@ ShaderModule cut(const Module& program, const EntrySignature& entry) {
     shader.mostThreads = entry.mostThreads;
     shader.patch = entry.patch;
     shader.controlPoints = entry.controlPoints;
+    shader.topology = entry.topology;
+    shader.mostVertices = entry.mostVertices;
+    shader.mostPrimitives = entry.mostPrimitives;
     shader.isShapedByConstants = isShapedByConstants(entry);
     return shader;
 }

@@ -154,28 +154,53 @@ static Value* firstLanes(IRBuilder<>& builder, Value* value, unsigned width) {
     return builder.CreateShuffleVector(value, mask);
 }
 
+static bool isPassed(const StageValue& value) {
+    return value.attribute.empty() && value.presence != Presence::no;
+}
+
+static bool givesValues(const EntrySignature& entry) {
+    return entry.stage == Stage::mesh || (entry.stage == Stage::vertex && entry.resultIsRecord);
+}
+
+StringRef Varyings::given(StringRef name) const {
+    for (StringRef rest = name; !rest.empty(); rest = rest.split('.').second)
+        if (given_.contains(rest))
+            return rest;
+    return name;
+}
+
+bool Varyings::isOfPrimitive(StringRef name) const {
+    const auto found = given_.find(given(name));
+    return found != given_.end() && found->second;
+}
+
 // The names of the values that an entry point passes to or reads from the other stage.
-static std::vector<StringRef> varyingNames(const EntrySignature& entry) {
+std::vector<StringRef> Varyings::namesOf(const EntrySignature& entry) const {
     std::vector<StringRef> names;
-    auto add = [&names](const std::vector<StageValue>& values) {
-        for (const StageValue& value : values)
-            if (value.attribute.empty() && value.presence != Presence::no)
+    if (givesValues(entry))
+        for (const StageValue& value : entry.results)
+            if (isPassed(value))
                 names.push_back(value.name);
-    };
-    if (entry.stage == Stage::vertex && entry.resultIsRecord)
-        add(entry.results);
     if (entry.stage == Stage::fragment)
         for (const Argument& argument : entry.arguments)
-            add(argument.values);
+            for (const StageValue& value : argument.values)
+                if (isPassed(value))
+                    names.push_back(given(value.name));
     return names;
 }
 
 // Each name has the lowest location that no other name in its entry points has: locations are few,
 // and a program may have many entry points.
 Varyings::Varyings(const std::vector<EntrySignature>& entries) {
+    for (const EntrySignature& entry : entries)
+        for (const StageValue& value : entry.results)
+            if (givesValues(entry) && isPassed(value)) {
+                bool& isOfPrimitive = given_.try_emplace(value.name, true).first->second;
+                isOfPrimitive &= value.isOfPrimitive;
+            }
     std::vector<std::vector<StringRef>> groups;
     for (const EntrySignature& entry : entries)
-        groups.push_back(varyingNames(entry));
+        groups.push_back(namesOf(entry));
     for (const std::vector<StringRef>& group : groups)
         for (StringRef name : group) {
             if (locations_.contains(name))
@@ -194,7 +219,7 @@ Varyings::Varyings(const std::vector<EntrySignature>& entries) {
 }
 
 std::uint32_t Varyings::location(StringRef name) const {
-    auto found = locations_.find(name);
+    auto found = locations_.find(given(name));
     return found == locations_.end() ? 0 : found->second;
 }
 
@@ -281,7 +306,7 @@ Value* Interface::readBuiltIn(IRBuilder<>& builder, StringRef word) {
                                .global = "msl.in." + word.str(),
                                .builtIn = word.str(),
                                .scalar = crossingScalar(builtIn.scalar)};
-    if (word == "threads_per_grid") {
+    if (word == "threads_per_grid" && shader_.stage == Stage::kernel) {
         variable.kind = InterfaceKind::pushConstant;
         variable.global = "msl.grid";
         variable.builtIn.clear();
@@ -337,7 +362,8 @@ Value* Interface::read(IRBuilder<>& builder, const StageValue& value) {
         return readAttribute(builder, value, builder.getInt32(0));
     if (value.attribute == "color")
         return readColor(builder, value);
-    if (value.attribute == "point_size") // a result alone, in a record that both stages use
+    // Results alone, in a record that both stages use.
+    if (value.attribute == "point_size" || value.attribute == "primitive_culled")
         return Constant::getNullValue(memoryType(builder.getContext(), value));
     if (Type* type = memoryType(builder.getContext(), value); type->isArrayTy())
         return builder.CreateLoad(type, global({.kind = InterfaceKind::input,
@@ -357,14 +383,21 @@ Value* Interface::read(IRBuilder<>& builder, const StageValue& value) {
 }
 
 GlobalVariable* Interface::atLocation(const StageValue& value) {
+    const std::string name = varyings_.given(value.name).str();
     InterfaceVariable variable{.kind = InterfaceKind::input,
-                               .global = "msl.in." + value.name,
+                               .global = "msl.in." + name,
                                .builtIn = {},
                                .location = varyings_.location(value.name),
+                               .isOfPrimitive = varyings_.isOfPrimitive(value.name),
                                .scalar = crossingScalar(value.scalar),
                                .interpolation = isFloating(value.scalar) ? value.interpolation
                                                                          : Interpolation::flat};
-    return global(variable, crossingType(shader_.module->getContext(), value.scalar, value.width));
+    Type* type = crossingType(shader_.module->getContext(), value.scalar, value.width);
+    GlobalVariable* input = global(variable, type);
+    if (input->getValueType() != type)
+        throw TranslationError("Two values of different types are the value '" + name +
+                               "' of the stage before.");
+    return input;
 }
 
 void Interface::write(IRBuilder<>& builder, const StageValue& value, Value* stored) {
@@ -393,6 +426,27 @@ void Interface::write(IRBuilder<>& builder, const StageValue& value, Value* stor
         stored = builder.CreateFreeze(stored);
     Value* crossing = toCrossing(builder, stored, value.scalar);
     builder.CreateStore(crossing, global(variable, crossing->getType()));
+}
+
+void Interface::writeElement(IRBuilder<>& builder, const StageValue& value, Value* stored,
+                             Value* index, std::uint64_t count) {
+    InterfaceVariable variable{.kind = InterfaceKind::output,
+                               .global = "msl.out." +
+                                         (value.attribute.empty() ? value.name : value.attribute),
+                               .builtIn = value.attribute,
+                               .isOfPrimitive = value.isOfPrimitive,
+                               .scalar = crossingScalar(value.scalar)};
+    if (value.attribute.empty())
+        variable.location = varyings_.location(value.name);
+    Value* crossing = toCrossing(builder, builder.CreateFreeze(stored), value.scalar);
+    Type* element = crossing->getType();
+    SmallVector<Value*, 3> steps{builder.getInt32(0), index};
+    if (value.attribute == "clip_distance" && !element->isArrayTy()) { // Vulkan's is an array
+        element = ArrayType::get(element, 1);
+        steps.push_back(builder.getInt32(0));
+    }
+    GlobalVariable* all = global(variable, ArrayType::get(element, count));
+    builder.CreateStore(crossing, builder.CreateGEP(all->getValueType(), all, steps));
 }
 
 } // namespace tarnwick::msl

@@ -10,13 +10,22 @@
 namespace tarnwick::msl {
 
 // The locations of the values between stages, by name. They are the same for all entry points of a
-// program, so that a vertex function fits every fragment function whose names it has.
+// program, so that a vertex function fits every fragment function whose names it has. A fragment
+// function may take the records of a mesh's vertices and primitives as members: where no function
+// gives "member.uv", that is "uv".
 class Varyings {
   public:
     explicit Varyings(const std::vector<EntrySignature>& entries);
     std::uint32_t location(llvm::StringRef name) const;
+    // Whether the value is one of primitives: mesh functions alone give it, for each primitive.
+    bool isOfPrimitive(llvm::StringRef name) const;
+    // The name by which a function gives the value; the name itself if none does.
+    llvm::StringRef given(llvm::StringRef name) const;
 
   private:
+    std::vector<llvm::StringRef> namesOf(const EntrySignature& entry) const;
+
+    llvm::StringMap<bool> given_; // by functions; whether for each primitive
     llvm::StringMap<std::uint32_t> locations_;
 };
 
@@ -40,6 +49,9 @@ class Interface {
                                llvm::Value* point);
     // Writes the output from `record` (its start; null if `value` is alone in `plain`).
     void write(llvm::IRBuilder<>& builder, const StageValue& value, llvm::Value* stored);
+    // Writes the output of one vertex or primitive of a mesh that has at most `count`.
+    void writeElement(llvm::IRBuilder<>& builder, const StageValue& value, llvm::Value* stored,
+                      llvm::Value* index, std::uint64_t count);
 
     // The external global of a whole buffer, or of another variable of the interface.
     llvm::GlobalVariable* global(const InterfaceVariable& variable, llvm::Type* type);

@@ -4,6 +4,7 @@
 #include "TarnwickMSL/Translation/Passes/Calls/BuiltInCalls.h"
 #include "TarnwickMSL/Translation/Passes/Calls/Inlining.h"
 #include "TarnwickMSL/Translation/Passes/Entry/Interface.h"
+#include "TarnwickMSL/Translation/Passes/Entry/MeshCalls.h"
 #include "TarnwickMSL/Translation/Places.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
@@ -176,7 +177,8 @@ Value* Wrapping::samplers(const Argument& given, llvm::Argument& formal) {
     return passed(formal, memory);
 }
 
-// An acceleration structure, by its index.
+// An acceleration structure, by its index; a mesh or a grid of mesh functions, of which there is
+// one.
 Value* Wrapping::handle(const Argument& given, llvm::Argument& formal) {
     AllocaInst* memory = localFor(formal, 4);
     builder_.CreateStore(builder_.getInt32(given.index), memory);
@@ -236,7 +238,11 @@ Value* Wrapping::argument(const Argument& given, llvm::Argument& formal) {
     case ArgumentKind::sampler:
         return samplers(given, formal);
     case ArgumentKind::accelerationStructure:
+    case ArgumentKind::meshGrid:
+    case ArgumentKind::mesh:
         return handle(given, formal);
+    case ArgumentKind::payload:
+        return payload(given, pointeeType(*shader_.module, given), interface_);
     case ArgumentKind::stageIn:
     case ArgumentKind::builtIn:
         return values(given, formal);
@@ -245,8 +251,8 @@ Value* Wrapping::argument(const Argument& given, llvm::Argument& formal) {
 }
 
 void Wrapping::writeResults(Value* record, CallBase& call) {
-    if (entry_.results.empty())
-        return;
+    if (entry_.results.empty() || entry_.stage == Stage::mesh)
+        return; // the calls of a mesh write its results
     if (!record && !entry_.resultIsRecord) {
         Value* plain = &call;
         if (plain->getType()->isIntegerTy(1))
@@ -292,6 +298,8 @@ CallBase* Wrapping::build() {
     builder_.SetInsertPoint(BasicBlock::Create(builder_.getContext(), "entry", shader_.main));
     if (entry_.stage == Stage::kernel)
         returnOutsideGrid();
+    if (entry_.stage == Stage::object || entry_.stage == Stage::mesh)
+        clearMesh(builder_, shader_, interface_);
     SmallVector<Value*, 8> arguments;
     Value* record = nullptr;
     auto formal = function_.arg_begin();
@@ -369,8 +377,16 @@ void ControlPoints::replaceCalls(Function& body) {
     }
 }
 
+static void requireMeshes(const EntrySignature& entry, const Target& target) {
+    if ((entry.stage == Stage::object || entry.stage == Stage::mesh) && !target.hasMeshFunctions)
+        throw TranslationError("The function '" + entry.name +
+                               "' requires pipelines of object and mesh functions "
+                               "(VK_EXT_mesh_shader), which are not available here.");
+}
+
 void wrap(ShaderModule& shader, const EntrySignature& entry,
           const std::vector<EntrySignature>& allEntries, const Target& target) {
+    requireMeshes(entry, target);
     shader.ordersFragments =
         target.ordersFragments && entry.stage == Stage::fragment &&
         any_of(entry.arguments, [](const Argument& given) { return given.hasRasterOrder; });
@@ -378,6 +394,7 @@ void wrap(ShaderModule& shader, const EntrySignature& entry,
     const Varyings varyings(allEntries);
     Interface interface(shader, varyings);
     ControlPoints(shader, entry, interface).replaceCalls(body);
+    replaceMeshCalls(body, shader, entry, interface);
     inlineCall(*Wrapping(shader, body, entry, interface).build());
     body.eraseFromParent();
 }

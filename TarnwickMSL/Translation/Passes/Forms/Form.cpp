@@ -315,7 +315,7 @@ static std::string checkGlobals(const Subject& subject) {
 }
 
 static std::string checkBindings(const Subject& subject) {
-    std::uint32_t next = subject.shader.stage == Stage::fragment ? 32 : 0;
+    std::uint32_t next = firstBinding(subject.shader.stage);
     for (const InterfaceVariable& variable : subject.shader.interface) {
         if (!subject.shader.module->getNamedGlobal(variable.global))
             return "The interface lists '" + variable.global + "', which no code uses.";

@@ -11,16 +11,17 @@ namespace tarnwick::msl {
 
 // The words of an enumeration, by its values.
 // clang-format off
-static constexpr std::array stageWords{"vertex", "fragment", "kernel"};
+static constexpr std::array stageWords{"vertex", "fragment", "kernel", "object", "mesh"};
 static constexpr std::array scalarWords{"bool", "int8", "uint8", "int16", "uint16", "int32", "uint32", "half", "float", "int64", "uint64"};
 static constexpr std::array interpolationWords{
     "center_perspective", "center_no_perspective", "centroid_perspective", "centroid_no_perspective",
     "sample_perspective", "sample_no_perspective", "flat"};
-static constexpr std::array argumentWords{"buffer", "texture", "sampler", "threadgroup", "stage_in", "built_in", "acceleration_structure"};
+static constexpr std::array argumentWords{"buffer", "texture", "sampler", "threadgroup", "stage_in", "built_in", "acceleration_structure", "payload", "mesh_grid", "mesh"};
+static constexpr std::array topologyWords{"none", "point", "line", "triangle"};
 static constexpr std::array presenceWords{"yes", "no", "open"};
 static constexpr std::array spaceWords{"constant", "device", "threadgroup"};
 static constexpr std::array interfaceWords{
-    "input", "output", "uniform_buffer", "storage_buffer", "push_constant", "workgroup", "loop_report",
+    "input", "output", "uniform_buffer", "storage_buffer", "push_constant", "workgroup", "payload", "loop_report",
     "buffer_addresses"};
 static constexpr std::array shapeWords{
     "none", "buffer", "1d", "1d_array", "2d", "2d_array", "2d_ms", "2d_ms_array", "3d", "cube", "cube_array"};
@@ -46,6 +47,8 @@ template <class Enum> static constexpr const auto& wordsOf() {
         return interfaceWords;
     else if constexpr (std::is_same_v<Enum, PatchKind>)
         return patchWords;
+    else if constexpr (std::is_same_v<Enum, Topology>)
+        return topologyWords;
     else if constexpr (std::is_same_v<Enum, MemberKind>)
         return memberWords;
     else if constexpr (std::is_same_v<Enum, TextureShape>)
@@ -64,6 +67,9 @@ static void eachField(const EntrySignature*, auto&& visit) {
     visit("most_threads", &EntrySignature::mostThreads);
     visit("patch", &EntrySignature::patch);
     visit("control_points", &EntrySignature::controlPoints);
+    visit("topology", &EntrySignature::topology);
+    visit("most_vertices", &EntrySignature::mostVertices);
+    visit("most_primitives", &EntrySignature::mostPrimitives);
 }
 
 static void eachField(const Argument*, auto&& visit) {
@@ -108,6 +114,7 @@ static void eachField(const StageValue*, auto&& visit) {
     visit("width", &StageValue::width);
     visit("is_interpolant", &StageValue::isInterpolant);
     visit("is_of_control_point", &StageValue::isOfControlPoint);
+    visit("is_of_primitive", &StageValue::isOfPrimitive);
     visit("presence", &StageValue::presence);
 }
 
@@ -133,6 +140,7 @@ static void eachField(const InterfaceVariable*, auto&& visit) {
     visit("built_in", &InterfaceVariable::builtIn);
     visit("location", &InterfaceVariable::location);
     visit("is_of_patch", &InterfaceVariable::isOfPatch);
+    visit("is_of_primitive", &InterfaceVariable::isOfPrimitive);
     visit("source", &InterfaceVariable::source);
     visit("scalar", &InterfaceVariable::scalar);
     visit("interpolation", &InterfaceVariable::interpolation);
@@ -163,6 +171,9 @@ static void eachField(const ShaderModule*, auto&& visit) {
     visit("most_threads", &ShaderModule::mostThreads);
     visit("patch", &ShaderModule::patch);
     visit("control_points", &ShaderModule::controlPoints);
+    visit("topology", &ShaderModule::topology);
+    visit("most_vertices", &ShaderModule::mostVertices);
+    visit("most_primitives", &ShaderModule::mostPrimitives);
     visit("is_shaped_by_constants", &ShaderModule::isShapedByConstants);
 }
 
