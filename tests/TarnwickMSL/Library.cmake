@@ -20,8 +20,8 @@ if(TARGET TarnwickGPU)
     # only with these options; no NaN reaches Truth.cpp.
     set(accuracy ${CMAKE_CURRENT_SOURCE_DIR}/Accuracy)
     add_library(LibraryAccuracy STATIC
-        ${accuracy}/Judge.cpp ${accuracy}/Measure.cpp ${accuracy}/NativeSweep.cpp ${accuracy}/Page.cpp
-        ${accuracy}/Sweeps.cpp ${accuracy}/Truth.cpp)
+        ${accuracy}/Differences.cpp ${accuracy}/Judge.cpp ${accuracy}/Measure.cpp
+        ${accuracy}/NativeSweep.cpp ${accuracy}/Page.cpp ${accuracy}/Sweeps.cpp ${accuracy}/Truth.cpp)
     set_source_files_properties(${accuracy}/Truth.cpp PROPERTIES COMPILE_OPTIONS "-O3;-ffast-math")
     set_source_files_properties(${accuracy}/Judge.cpp PROPERTIES
         COMPILE_OPTIONS "-O3;-fno-trapping-math")
@@ -29,7 +29,16 @@ if(TARGET TarnwickGPU)
         PUBLIC LibraryCases TarnwickMSLTranslationFrontEnd TarnwickMSLTranslationPasses
         PRIVATE tarnwick_warnings)
 
-    # Writes the table of docs/accuracy.md; built on demand, runs for most of an hour.
+    tarnwick_tests(TarnwickMSL/Accuracy
+        SOURCES ${accuracy}/AccuracyTests.cpp
+        LINK LibraryAccuracy
+        LABELS gpu)
+    target_compile_definitions(TarnwickMSLAccuracyTests PRIVATE
+        TARNWICK_ACCURACY_PAGE="${CMAKE_SOURCE_DIR}/docs/accuracy.md")
+    add_dependencies(TarnwickMSLAccuracyTests tarnwick-msl-worker)
+
+    # Writes the tables of docs/accuracy.md; built on demand, runs for most of an hour.
     add_executable(library-accuracy EXCLUDE_FROM_ALL ${accuracy}/Main.cpp)
+    add_dependencies(library-accuracy tarnwick-msl-worker)
     target_link_libraries(library-accuracy PRIVATE LibraryAccuracy tarnwick_warnings)
 endif()

@@ -79,15 +79,17 @@
     M(T, exp, 1, floating, core, own, return _fast::exp2(x * T(M_LOG2E_F));)                       \
     M(T, exp2, 1, floating, core, own, return _fast::exp2(x);)                                     \
     M(T, exp10, 1, floating, core, own, return _fast::exp2(x * T(3.32192809f));)                   \
-    M(T, log, 1, floating, core, core, return __builtin_elementwise_log(x);)                       \
+    M(T, log, 1, floating, core, core, return _fast::log(x);)                                      \
     M(T, log2, 1, floating, core, core, return __builtin_elementwise_log2(x);)                     \
     M(T, log10, 1, floating, core, core,                                                           \
       return __builtin_elementwise_log2(x) * T(0.301029996f);)                                     \
     M(T, powr, 2, floating, core, core, return __builtin_elementwise_exp2(y * log2(x));)           \
     M(T, pow, 2, floating, core, core, T found = powr(x, y);                                       \
       return y == T(2) ? x * x : found;)                                                           \
-    M(T, sinh, 1, floating, core, core, T e = exp(x); return T(0.5f) * (e - T(1) / e);)            \
-    M(T, cosh, 1, floating, core, core, T e = exp(x); return T(0.5f) * (e + T(1) / e);)            \
+    M(T, sinh, 1, floating, core, core, T e = exp(abs(x));                                         \
+      return copysign(T(0.5f) * (e - T(1) / e), x);)                                               \
+    M(T, cosh, 1, floating, core, core, T e = exp(abs(x));                                         \
+      return T(0.5f) * (e + T(1) / e);)                                                            \
     M(T, tanh, 1, floating, core, core, return T(1) - T(2) / (exp(T(2) * x) + T(1));)              \
     M(T, asinh, 1, floating, core, core, T size = abs(x);                                          \
       return copysign(log(size + sqrt(size * size + T(1))), x);)                                   \

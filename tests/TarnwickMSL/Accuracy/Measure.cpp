@@ -2,6 +2,7 @@
 
 #include "tests/TarnwickMSL/Accuracy/NativeSweep.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstring>
@@ -29,11 +30,8 @@ Runner runnerOf(const Sweep& sweep, Machine* machine) {
     return runner;
 }
 
-// The true results for the arguments with the bits first + i.
-void findWanted(const Sweep& sweep, std::uint32_t first, std::vector<float>& x,
-                std::vector<double>& wanted) {
-    for (std::size_t i = 0; i < x.size(); i++)
-        x[i] = std::bit_cast<float>(first + static_cast<std::uint32_t>(i));
+// The true results for the arguments x.
+void findWanted(const Sweep& sweep, const std::vector<float>& x, std::vector<double>& wanted) {
     if (std::isfinite(x[0])) {
         sweep.truth(x.data(), wanted.data(), x.size());
         return;
@@ -62,12 +60,15 @@ class Run {
         : machine(machine), x(arguments.length), wanted(arguments.length),
           results(arguments.length) {}
 
-    void find(const Sweep& sweep, std::uint32_t from) {
+    void start(std::uint32_t from) {
         first = from;
-        findWanted(sweep, first, x, wanted);
+        for (std::size_t i = 0; i < x.size(); i++)
+            x[i] = std::bit_cast<float>(first + static_cast<std::uint32_t>(i));
     }
+    bool covers(const Sweep& sweep) const { return touches(sweep, x); }
+    void find(const Sweep& sweep) { findWanted(sweep, x, wanted); }
     void add(Runner& runner, Measurement& measurement, bool isCompared) {
-        if (!touches(runner.sweep, x))
+        if (!covers(runner.sweep))
             return;
         if (runner.native) {
             runner.native->run(first, results);
@@ -114,7 +115,10 @@ std::vector<Measurement> measured(std::span<const Sweep> sweeps, const Arguments
     Run run(arguments, machine);
     const std::uint64_t runs = (std::uint64_t(1) << 32) / arguments.length;
     for (std::uint64_t n = 0; n < runs; n += arguments.every) {
-        run.find(sweeps[0], static_cast<std::uint32_t>(n * arguments.length));
+        run.start(static_cast<std::uint32_t>(n * arguments.length));
+        if (std::ranges::none_of(sweeps, [&](const Sweep& sweep) { return run.covers(sweep); }))
+            continue;
+        run.find(sweeps[0]);
         for (std::size_t i = 0; i < runners.size(); i++)
             run.add(runners[i], found[i], n / arguments.every % comparedRuns == 0);
     }

@@ -8,21 +8,22 @@ namespace tarnwick::trials {
 
 namespace {
 
-constexpr const char* beginning = "<!-- written by library-accuracy -->\n";
 constexpr const char* ending = "<!-- end -->\n";
 
-// The places of the marks: the text between them begins at first and ends at last.
-std::pair<std::size_t, std::size_t> marks(const std::string& page) {
-    const std::size_t from = page.find(beginning), last = page.find(ending);
-    if (from == std::string::npos || last == std::string::npos || last < from)
+// The place of the text after the mark.
+std::pair<std::size_t, std::size_t> place(const std::string& page, const std::string& mark) {
+    const std::size_t from = page.find(mark), last = page.find(ending, from);
+    if (from == std::string::npos || last == std::string::npos)
         throw std::runtime_error("The page has no marks for the table.");
-    return {from + std::string(beginning).size(), last};
+    return {from + mark.size(), last};
 }
 
 // The largest error and its argument, as two cells.
 std::string worstCells(const std::optional<Judge>& judge) {
     if (!judge)
         return "| |";
+    if (judge->worst() == 0)
+        return " 0 | |";
     char text[96];
     std::snprintf(text, sizeof text, judge->isAbsolute() ? "%.2g | %.6a |" : "%.2f ulp | %.6a |",
                   judge->worst(), static_cast<double>(judge->worstAt()));
@@ -47,13 +48,13 @@ std::string pageRow(const Sweep& sweep, const Measurement& measurement) {
            std::to_string(judge.misses()) + " |";
 }
 
-std::string tableOf(const std::string& page) {
-    const auto [first, last] = marks(page);
+std::string tableOf(const std::string& page, const char* mark) {
+    const auto [first, last] = place(page, mark);
     return page.substr(first, last - first);
 }
 
-std::string withTable(const std::string& page, const std::string& table) {
-    const auto [first, last] = marks(page);
+std::string withTable(const std::string& page, const char* mark, const std::string& table) {
+    const auto [first, last] = place(page, mark);
     return page.substr(0, first) + table + page.substr(last);
 }
 

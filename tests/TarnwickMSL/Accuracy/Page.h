@@ -1,4 +1,4 @@
-// The table of docs/accuracy.md.
+// The tables of docs/accuracy.md.
 #pragma once
 
 #include "tests/TarnwickMSL/Accuracy/Measure.h"
@@ -11,10 +11,15 @@ namespace tarnwick::trials {
 // The row of a sweep: "| name | granted | native | at | device | at | outside |".
 std::string pageRow(const Sweep& sweep, const Measurement& measurement);
 
-// The text between the marks of the page. Throws std::runtime_error if there are none.
-std::string tableOf(const std::string& page);
+// The lines before the tables.
+inline constexpr const char* accuracyMark = "<!-- written by library-accuracy -->\n";
+inline constexpr const char* differencesMark =
+    "<!-- written by library-accuracy --differences -->\n";
+
+// The text between a mark and the next end. Throws std::runtime_error if there is none.
+std::string tableOf(const std::string& page, const char* mark);
 // The page with another text there.
-std::string withTable(const std::string& page, const std::string& table);
+std::string withTable(const std::string& page, const char* mark, const std::string& table);
 
 // The rows of a table, by the names of their sweeps.
 std::map<std::string, std::string> pageRows(const std::string& table);

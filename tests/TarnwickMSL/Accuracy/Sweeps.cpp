@@ -39,7 +39,7 @@ constexpr Row rows[] = {
     {"precise::exp10", "exp10"}, {"exp10", "exp10", -37.8F, 38.4F},
     {"precise::log", "log"}, {"log, [½, 2]", "log", 0.5F, 2}, {"log, above 2", "log", 0x1.000002p1F, most}, {"log, below ½", "log", least, 0x1.fffffep-2F},
     {"precise::log2", "log2"}, {"log2, [½, 2]", "log2", 0.5F, 2}, {"log2, above 2", "log2", 0x1.000002p1F, most}, {"log2, below ½", "log2", least, 0x1.fffffep-2F},
-    {"precise::log10", "log10"}, {"log10, [½, 2]", "log10", 0.5F, 2}, {"log10, above 2", "log10", 0x1.000002p1F, most},
+    {"precise::log10", "log10"}, {"log10, [½, 2]", "log10", 0.5F, 2}, {"log10, above 2", "log10", 0x1.000002p1F, most}, {"log10, below ½", "log10", least, 0x1.fffffep-2F},
     {"precise::sqrt", "sqrt"}, {"sqrt", "sqrt", least, most},
     {"precise::rsqrt", "rsqrt"}, {"rsqrt", "rsqrt", least, most},
     {"1 / x", "reciprocal", -0x1p126F, 0x1p126F},
