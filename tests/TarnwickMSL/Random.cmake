@@ -3,7 +3,8 @@ set(random ${CMAKE_CURRENT_SOURCE_DIR}/RandomPrograms)
 set(randomSeeds 1..16)
 
 add_library(RandomPrograms STATIC
-    ${random}/Expressions.cpp ${random}/Metal.cpp ${random}/Native.cpp ${random}/Program.cpp ${random}/Records.cpp ${random}/Statements.cpp
+    ${random}/Expressions.cpp ${random}/Kinds.cpp ${random}/Metal.cpp ${random}/Native.cpp
+    ${random}/Prelude.cpp ${random}/Program.cpp ${random}/Records.cpp ${random}/Statements.cpp
     ${random}/Vectors.cpp)
 target_link_libraries(RandomPrograms PRIVATE tarnwick_warnings)
 target_include_directories(RandomPrograms PUBLIC ${CMAKE_SOURCE_DIR})

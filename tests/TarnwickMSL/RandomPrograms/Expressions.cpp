@@ -25,6 +25,12 @@ static const char* scalarName(Kind kind) {
         return "int";
     case Kind::float_:
         return "float";
+    case Kind::half_:
+        return "half";
+    case Kind::ushort_:
+        return "ushort";
+    case Kind::ulong_:
+        return "ulong";
     }
     return "";
 }
@@ -32,6 +38,12 @@ static const char* scalarName(Kind kind) {
 std::string typeName(Type type) {
     return scalarName(type.kind) + (type.isMatrix() ? std::to_string(type.columns) + "x" : "") +
            (type.isScalar() ? "" : std::to_string(type.lanes));
+}
+
+Kind Generator::anyKind() {
+    const std::uint32_t choice = below(13);
+    return choice < 9 ? static_cast<Kind>(choice / 3)
+                      : (choice < 11 ? Kind::half_ : (choice == 11 ? Kind::ushort_ : Kind::ulong_));
 }
 
 // One that there is a variable of, so that values meet; else half of all are scalars.
@@ -71,6 +83,15 @@ Expression Generator::literal(Kind kind) {
                                                           "-1.5f", "7.25f", "-100.0f", "0.25f"};
         return {exact[below(exact.size())], 100, 0.25};
     }
+    case Kind::half_: {
+        Expression value = literal(Kind::float_);
+        value.text = "half(" + value.text + ")";
+        return value;
+    }
+    case Kind::ushort_:
+        return {"ushort(" + std::to_string(chance(30) ? 65535u >> below(2) : below(100)) + "u)"};
+    case Kind::ulong_:
+        return {chance(30) ? "0x80000000fffffffful" : "ulong(" + std::to_string(below(100)) + "u)"};
     }
     return {};
 }
@@ -119,6 +140,13 @@ Expression Generator::partOf(const Variable& variable, Type type) {
     return {text, tameBound(variable.type), 0.25};
 }
 
+// Packed vectors have lanes, and become vectors as wholes.
+Expression Generator::partOfPacked(const Variable& variable, Type type) {
+    const std::string text = type.isScalar() ? lane(variable.name, variable.type.lanes)
+                                             : typeName(type) + "(" + variable.name + ")";
+    return {text, tameBound(variable.type), 0.25};
+}
+
 // A variable, a lane of one or a column, a record's member, or a literal. Variables of ints and
 // floats hold tamed values.
 Expression Generator::leaf(Type type) {
@@ -126,22 +154,29 @@ Expression Generator::leaf(Type type) {
     for (const Variable& variable : scope_.variables)
         if (holds(variable.type, type))
             found.push_back(&variable);
+    const std::size_t unpacked = found.size();
+    for (const Variable& variable : scope_.packed)
+        if (holds(variable.type, type))
+            found.push_back(&variable);
     const char* member = memberOf(type);
     const std::size_t all = found.size() + (member ? scope_.records.size() : 0);
     if (all == 0 || chance(20))
         return type.isScalar() ? literal(type.kind) : composite(type);
     const std::size_t at = below(static_cast<std::uint32_t>(all));
-    if (at < found.size())
+    if (at < unpacked)
         return partOf(*found[at], type);
+    if (at < found.size())
+        return partOfPacked(*found[at], type);
     return {scope_.records[at - found.size()] + member, tameBound(type), 0.25};
 }
 
 // The value itself where its bound allows, tamed where not.
 Expression Generator::within(Expression value, Type type, double bound) {
-    const bool exact = value.bound <= bound && (type.kind != Kind::float_ || value.quantum >= 0.25);
-    if (type.kind == Kind::unsigned_ || exact)
+    const bool exact =
+        value.bound <= bound && (type.kind == Kind::signed_ || value.quantum >= 0.25);
+    if (wraps(type.kind) || exact)
         return value;
-    return {"tame(" + value.text + ")", tameBound(type), 0.25};
+    return {tamedText(type, value.text), tameBound(type), 0.25};
 }
 
 std::string Generator::tamed(Type type, int depth) {
@@ -183,6 +218,11 @@ Expression Generator::scalarExpression(Kind kind, int depth) {
         return signedExpression(depth);
     case Kind::float_:
         return chance(15) ? dotted(depth) : floatExpression(depth);
+    case Kind::half_:
+        return halfExpression(kind, depth);
+    case Kind::ushort_:
+    case Kind::ulong_:
+        return wrappingExpression(kind, depth);
     }
     return {};
 }
@@ -240,6 +280,8 @@ Expression Generator::narrowed(int depth) {
 Expression Generator::unsignedExpression(int depth) {
     if (chance(15))
         return chance(60) ? bitExpression(depth) : narrowed(depth);
+    if (chance(6))
+        return {unsignedFrom(depth)};
     const std::string a = expression(Kind::unsigned_, depth - 1).text;
     static constexpr std::array<const char*, 6> plain{"+", "-", "*", "^", "&", "|"};
     const std::uint32_t choice = below(18);
@@ -367,6 +409,11 @@ Expression Generator::floatExpression(int depth) {
         return {(chance(50) ? "min(" : "max(") + a.text + ", " + b.text + ")",
                 std::max(a.bound, b.bound), quantum};
     case 8:
+        if (chance(30)) {
+            Expression value = expression(Kind::half_, depth - 1);
+            value.text = "float(" + value.text + ")";
+            return value;
+        }
         return {"float(" + within(expression(Kind::signed_, depth - 1), Kind::signed_, 4096).text +
                     ")",
                 4096, 1};
@@ -392,6 +439,8 @@ std::string Generator::condition(int depth) {
     if (chance(45))
         return "((" + leaf(Kind::unsigned_).text + " & " + std::to_string(1 + below(7)) +
                "u) == " + std::to_string(below(2)) + "u)";
+    if (!scope_.flags.empty() && chance(35))
+        return flagTest();
     if (depth > 0 && chance(20))
         return vectorCondition(depth);
     if (depth <= 0 || chance(50))

@@ -2,9 +2,9 @@
 // value in it is exact, so both must agree bit for bit.
 //
 // What keeps a program honest:
-// - unsigned arithmetic wraps; ints stay below 2^24 and floats are multiples of 1/16 below 2^23 /
-//   16, because each expression carries the bound of its value (of each lane, where it has several)
-//   and is tamed before it could pass it;
+// - unsigned arithmetic wraps; ints stay below 2^24, floats are multiples of a power of two q below
+//   2^23 q, halves below 2^11 q, because each expression carries the bound of its value (of each
+//   lane, where it has several) and is tamed before it could pass it;
 // - divisors are odd or constant, shifts are masked, indices are reduced, everything is
 // initialised;
 // - an expression has at most one side effect, or a sequence point between them;
@@ -24,7 +24,12 @@ inline constexpr std::uint32_t iterationLimit = 6000;
 // with NativeShim.h share. The same for the same seed, everywhere.
 std::string randomProgram(std::uint64_t seed);
 
-enum class Kind : std::uint8_t { unsigned_, signed_, float_ };
+enum class Kind : std::uint8_t { unsigned_, signed_, float_, half_, ushort_, ulong_ };
+
+// Unsigned numbers, of 32, 16 or 64 bits.
+inline bool wraps(Kind kind) {
+    return kind == Kind::unsigned_ || kind == Kind::ushort_ || kind == Kind::ulong_;
+}
 
 // A scalar, a vector of 2 to 4 lanes, or a matrix of floats with 2 to 4 columns of so many lanes.
 struct Type {
@@ -45,8 +50,17 @@ std::vector<std::string> swizzlesOf(std::uint32_t lanes);
 
 // What a tamed value of the type is below.
 inline double tameBound(Type type) {
-    return type.isMatrix() ? 4 : 1024;
+    return type.isMatrix() ? 4 : type.kind == Kind::half_ ? 256 : 1024;
 }
+
+// Calls of the functions that a program has for its types: the value within tameBound(), within 4,
+// and as bits.
+std::string tamedText(Type type, const std::string& value);
+std::string littleText(Type type, const std::string& value);
+std::string bitsText(Type type, const std::string& value);
+
+// The body with those functions before it that it calls.
+std::string withPrelude(const std::string& body);
 
 // Text and the bound of its value (for unsigned numbers without meaning).
 struct Expression {
@@ -66,6 +80,11 @@ class Generator {
         Type type = Kind::unsigned_;
         bool writable = true;
     };
+    // A bool, or a vector of them.
+    struct Flag {
+        std::string name;
+        std::uint32_t lanes = 1;
+    };
     struct Array {
         std::string name;
         Type type = Kind::unsigned_;
@@ -79,6 +98,7 @@ class Generator {
         std::string name;
         std::vector<Variable> members;
         std::vector<Array> arrays;
+        std::vector<Variable> packed;
         std::uint32_t iterations = 0; // of its functions turned() and turn()
         bool hasFunctions = false;
     };
@@ -98,6 +118,8 @@ class Generator {
     // What can be named at some point of the text.
     struct Scope {
         std::vector<Variable> variables;
+        std::vector<Variable> packed; // vectors of a packed type
+        std::vector<Flag> flags;
         std::vector<Array> arrays;
         std::vector<std::string> records; // of type State
         std::vector<Record> shaped;
@@ -107,7 +129,7 @@ class Generator {
     // Chance. Own arithmetic, so that a seed means the same with every standard library.
     std::uint32_t below(std::uint32_t end);
     bool chance(std::uint32_t percent) { return below(100) < percent; }
-    Kind anyKind() { return static_cast<Kind>(below(3)); }
+    Kind anyKind();
     Type anyVector() { return {anyKind(), 2 + below(3)}; }
     Type anyType();
     template <class T> const T& any(const std::vector<T>& list) {
@@ -125,6 +147,7 @@ class Generator {
     Expression rareFloatExpression(int depth);
     Expression leaf(Type type);
     Expression partOf(const Variable& variable, Type type);
+    Expression partOfPacked(const Variable& variable, Type type);
     Expression literal(Kind kind);
     Expression element(const Array& array);
     Expression call(const Function& function, int depth);
@@ -134,6 +157,18 @@ class Generator {
     std::string comparison(int depth);
     std::string effectfulCondition();
     std::string index(std::uint32_t length);
+
+    // Kinds.cpp
+    Expression halfExpression(Type type, int depth);
+    Expression rareHalf(Type type, int depth);
+    Expression small(const Expression& value, Type type);
+    Expression wrappingExpression(Kind kind, int depth);
+    std::string unsignedFrom(int depth);
+    void declareFlag();
+    void assignFlag();
+    std::string flagTest();
+    void declarePacked();
+    void assignPacked(const Variable& packed);
 
     // Vectors.cpp
     Expression composite(Type type);
@@ -153,7 +188,7 @@ class Generator {
     void assignElements(const Variable& matrix);
 
     // Statements.cpp
-    void block(int statements);
+    void block(std::uint32_t most);
     void statement();
     void declaration();
     void assignment();
@@ -194,6 +229,7 @@ class Generator {
     void main();
     std::string returned();
     std::string carrying();
+    void mixAll();
 
     std::uint64_t state_;
     std::string text_;
@@ -210,6 +246,7 @@ class Generator {
     int switches_ = 0; // within the innermost loop
     int depth_ = 0;    // of blocks
     Type result_ = Kind::unsigned_;
+    bool isLarge_ = false;
 };
 
 } // namespace tarnwick::trials

@@ -1,5 +1,7 @@
-// random-programs --seeds A..B: runs random programs natively and on the GPU, and counts those
-// that agree. The native side is compiled here, in batches.
+// random-programs --seeds A..B [--one-stage] [--native COMPILER]: runs random programs natively and
+// on the GPU, and counts those that agree. With --one-stage even seeds run in a kernel only, odd
+// ones in a fragment function only. The native side is compiled here, in batches, by COMPILER
+// (default: the compiler that built this program).
 #include "tests/TarnwickMSL/RandomPrograms/Native.h"
 #include "tests/TarnwickMSL/RandomPrograms/Trial.h"
 #include "tests/TarnwickMSL/RandomPrograms/Watch.h"
@@ -13,6 +15,7 @@
 #include <functional>
 #include <memory>
 #include <ranges>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,7 +24,7 @@ namespace {
 
 using namespace tarnwick::trials;
 
-constexpr std::uint64_t batchSize = 50;
+constexpr std::uint64_t batchSize = 100;
 constexpr std::chrono::seconds limit(30); // of a seed; most need half a second
 constexpr int slowestPrinted = 5;
 
@@ -51,10 +54,38 @@ class TemporaryFolder {
     std::filesystem::path path_;
 };
 
-NativeLibrary compiled(Seeds seeds, const std::filesystem::path& folder) {
+struct Options {
+    Seeds range;
+    bool isOneStage = false;
+    std::string compiler = TARNWICK_NATIVE_COMPILER;
+};
+
+// Absent if the arguments are not understood.
+std::optional<Options> optionsOf(std::span<char*> arguments) {
+    Options options;
+    bool hasSeeds = false;
+    for (std::size_t i = 0; i < arguments.size(); i++) {
+        const std::string word = arguments[i];
+        const bool hasValue = i + 1 < arguments.size();
+        if (word == "--one-stage") {
+            options.isOneStage = true;
+        } else if (word == "--native" && hasValue) {
+            options.compiler = arguments[++i];
+        } else if (const auto range =
+                       word == "--seeds" && hasValue ? seeds(arguments[++i]) : std::nullopt) {
+            options.range = *range;
+            hasSeeds = true;
+        } else {
+            return std::nullopt;
+        }
+    }
+    return hasSeeds ? std::optional(options) : std::nullopt;
+}
+
+NativeLibrary compiled(Seeds seeds, const Options& options, const std::filesystem::path& folder) {
     const std::string stem = (folder / ("batch" + std::to_string(seeds.first))).string();
     std::ofstream(stem + ".cpp") << nativeSource(seeds);
-    const std::string command = std::string(TARNWICK_NATIVE_COMPILER) +
+    const std::string command = options.compiler +
                                 " -std=c++20 -w -O0 -ffp-contract=off -shared -fPIC -I " +
                                 TARNWICK_SOURCE_DIR + " " + stem + ".cpp -o " + stem + ".so";
     if (std::system(command.c_str()) != 0)
@@ -63,10 +94,12 @@ NativeLibrary compiled(Seeds seeds, const std::filesystem::path& folder) {
 }
 
 // Runs in a child.
-Check start(NativeTrial native) {
+Check start(NativeTrial native, bool isOneStage) {
     std::shared_ptr<Trial> trial = Trial::make();
-    return [trial, native](std::uint64_t seed) {
-        return trial ? trial->difference(seed, native) : "No Vulkan device is here.";
+    return [trial, native, isOneStage](std::uint64_t seed) {
+        const bool isEven = seed % 2 == 0;
+        const Stages stages{.kernel = isEven || !isOneStage, .fragment = !isEven || !isOneStage};
+        return trial ? trial->difference(seed, native, stages) : "No Vulkan device is here.";
     };
 }
 
@@ -74,16 +107,16 @@ Check start(NativeTrial native) {
 using Times = std::vector<std::pair<std::chrono::nanoseconds, std::uint64_t>>;
 
 // How many of the seeds agree; nothing when the native side cannot be made.
-std::optional<std::uint64_t> agreeing(Seeds seeds, const std::filesystem::path& folder,
-                                      Times& slowest) {
-    const NativeLibrary library = compiled(seeds, folder);
+std::optional<std::uint64_t> agreeing(Seeds seeds, const Options& options,
+                                      const std::filesystem::path& folder, Times& slowest) {
+    const NativeLibrary library = compiled(seeds, options, folder);
     void* symbol = library ? dlsym(library.get(), "nativeTrial") : nullptr;
     if (symbol == nullptr)
         return std::nullopt;
     const auto native = reinterpret_cast<decltype(&nativeTrial)>(symbol);
     std::uint64_t count = 0;
     watch(
-        seeds, limit, [&] { return start(native); },
+        seeds, limit, [&] { return start(native, options.isOneStage); },
         [&](const Heard& heard) {
             count += heard.line.empty() ? 1 : 0;
             if (!heard.line.empty())
@@ -103,7 +136,8 @@ void printSlowest(Times times) {
                     static_cast<unsigned long long>(seed));
 }
 
-int run(Seeds range) {
+int run(const Options& options) {
+    const Seeds range = options.range;
     const TemporaryFolder folder;
     if (folder.path().empty()) {
         std::fputs("No temporary folder is here.\n", stderr);
@@ -113,7 +147,7 @@ int run(Seeds range) {
     Times times;
     for (std::uint64_t first = range.first; first <= range.last; first += batchSize) {
         const Seeds batch{first, std::min(first + batchSize - 1, range.last)};
-        const auto inBatch = agreeing(batch, folder.path(), times);
+        const auto inBatch = agreeing(batch, options, folder.path(), times);
         if (!inBatch) {
             std::fputs("The native compiler did not take a batch.\n", stderr);
             return 1;
@@ -134,11 +168,12 @@ int run(Seeds range) {
 } // namespace
 
 int main(int count, char** arguments) {
-    const auto range =
-        count == 3 && std::string(arguments[1]) == "--seeds" ? seeds(arguments[2]) : std::nullopt;
-    if (!range) {
-        std::fputs("Use: random-programs --seeds FIRST..LAST\n", stderr);
+    const auto options =
+        optionsOf(std::span(arguments + 1, static_cast<std::size_t>(std::max(count - 1, 0))));
+    if (!options) {
+        std::fputs("Use: random-programs --seeds FIRST..LAST [--one-stage] [--native COMPILER]\n",
+                   stderr);
         return 2;
     }
-    return run(range.value_or(Seeds{}));
+    return run(*options);
 }

@@ -13,6 +13,7 @@ using uchar = std::uint8_t;
 using ushort = std::uint16_t;
 using uint = std::uint32_t;
 using ulong = std::uint64_t;
+using half = _Float16;
 
 using std::ceil;
 using std::floor;
@@ -29,6 +30,18 @@ inline float abs(float value) {
 inline float fract(float value) {
     return value - std::floor(value);
 }
+#define OF_HALF(name)                                                                              \
+    inline half name(half value) {                                                                 \
+        return static_cast<half>(name(static_cast<float>(value)));                                 \
+    }
+OF_HALF(abs)
+OF_HALF(fract)
+OF_HALF(ceil)
+OF_HALF(floor)
+OF_HALF(rint)
+OF_HALF(round)
+OF_HALF(trunc)
+#undef OF_HALF
 inline uint popcount(uint value) {
     return static_cast<uint>(std::popcount(value));
 }

@@ -227,15 +227,21 @@ template <int C, int R, int K> Mat<K, R> operator*(const Mat<C, R>& a, const Mat
 #undef COMPARISON
 #undef FUNCTION
 
-using uint2 = Vec<uint, 2>;
-using uint3 = Vec<uint, 3>;
-using uint4 = Vec<uint, 4>;
-using int2 = Vec<int, 2>;
-using int3 = Vec<int, 3>;
-using int4 = Vec<int, 4>;
-using float2 = Vec<float, 2>;
-using float3 = Vec<float, 3>;
-using float4 = Vec<float, 4>;
+#define VECTORS(type)                                                                              \
+    using type##2 = Vec<type, 2>;                                                                  \
+    using type##3 = Vec<type, 3>;                                                                  \
+    using type##4 = Vec<type, 4>;                                                                  \
+    using packed_##type##2 = type##2;                                                              \
+    using packed_##type##3 = type##3;                                                              \
+    using packed_##type##4 = type##4;
+VECTORS(uint)
+VECTORS(int)
+VECTORS(float)
+VECTORS(half)
+VECTORS(ushort)
+VECTORS(ulong)
+VECTORS(bool)
+#undef VECTORS
 using float2x2 = Mat<2, 2>;
 using float2x3 = Mat<2, 3>;
 using float2x4 = Mat<2, 4>;

@@ -36,10 +36,20 @@ void Generator::shape() {
             member.name = name + "." + member.name;
             made.members.push_back(member);
         }
+        for (Variable member : inner.packed) {
+            member.name = name + "." + member.name;
+            made.packed.push_back(member);
+        }
         for (Array array : inner.arrays) {
             array.name = name + "." + array.name;
             made.arrays.push_back(array);
         }
+    }
+    if (chance(25)) {
+        const Type type{chance(50) ? Kind::float_ : Kind::half_, 2 + below(3)};
+        const std::string name = fresh("m");
+        line("packed_" + typeName(type) + " " + name + ";");
+        made.packed.push_back({name, type, true});
     }
     close("};");
     shapes_.push_back(made);
@@ -50,6 +60,8 @@ void Generator::declareMembers(const Record& record, bool isWritable) {
     const Shape& shape = shapes_[record.shape];
     for (const Variable& member : shape.members)
         scope_.variables.push_back({record.name + "." + member.name, member.type, isWritable});
+    for (const Variable& member : shape.packed)
+        scope_.packed.push_back({record.name + "." + member.name, member.type, isWritable});
     for (Array array : shape.arrays) {
         array.name = record.name + "." + array.name;
         scope_.arrays.push_back(array);
@@ -73,7 +85,7 @@ void Generator::turning(std::size_t index) {
         declareMembers({"r", index}, true);
         if (isCopy)
             scope_.shaped.push_back({"r", index});
-        block(1 + static_cast<int>(below(3)));
+        block(3);
         line(isCopy ? "return r;" : "return h;");
         close();
         shapes_[index].iterations = std::max(shapes_[index].iterations, iterations_);
@@ -158,7 +170,7 @@ void Generator::recordLoop(const Record& a, const Record& b) {
     const std::string next = recordValue(a.shape);
     line(a.name + " = " + next + ";");
     line(b.name + " = " + kept + ";");
-    block(1 + static_cast<int>(below(2)));
+    block(2);
     loops_--;
     scope_ = outer;
     close();

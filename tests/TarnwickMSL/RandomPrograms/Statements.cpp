@@ -37,10 +37,11 @@ std::string Generator::writableVariable(Type type) {
     return found.empty() ? std::string() : any(found);
 }
 
-// Statements in a scope of their own.
-void Generator::block(int statements) {
+// 1 to `most` statements in a scope of their own.
+void Generator::block(std::uint32_t most) {
     const Scope outer = scope_;
-    for (int i = 0; i < statements; i++)
+    const std::uint32_t statements = 1 + below(most);
+    for (std::uint32_t i = 0; i < statements; i++)
         statement();
     scope_ = outer;
 }
@@ -59,7 +60,7 @@ void Generator::statement() {
         effect();
     else if (choice < 70 && (loops_ > 0 || chance(6)))
         jump();
-    else if (depth_ > 4)
+    else if (depth_ > (isLarge_ ? 4 : 3))
         assignment();
     else if (choice < 80)
         conditional();
@@ -70,6 +71,10 @@ void Generator::statement() {
 }
 
 void Generator::declaration() {
+    if (chance(12))
+        return declareFlag();
+    if (chance(8))
+        return declarePacked();
     const Type type = anyType();
     const std::string name = fresh("v");
     if (chance(75)) {
@@ -100,6 +105,10 @@ void Generator::assignment() {
         if (array.writable)
             return arrayAssignment(array);
     }
+    if (chance(20) && !scope_.flags.empty())
+        return assignFlag();
+    if (chance(20) && !scope_.packed.empty())
+        return assignPacked(any(scope_.packed));
     const Type type = anyType();
     const std::string target = writableVariable(type);
     if (target.empty())
@@ -107,8 +116,11 @@ void Generator::assignment() {
     static constexpr std::array<const char*, 5> compound{" += ", " -= ", " ^= ", " *= ", " |= "};
     if (!type.isScalar() && chance(45))
         return type.isMatrix() ? assignElements({target, type}) : assignLanes({target, type});
-    if (type.kind == Kind::unsigned_ && chance(35))
-        line(target + compound[below(5)] + tamed(type, 2) + ";");
+    // The product of two ushorts is an int, which may overflow.
+    static constexpr std::array<const char*, 4> sums{" += ", " -= ", " ^= ", " |= "};
+    if (wraps(type.kind) && chance(35))
+        line(target + (type.kind == Kind::ushort_ ? sums[below(4)] : compound[below(5)]) +
+             tamed(type, 2) + ";");
     else if (type == Kind::unsigned_ && chance(20))
         line(target + (chance(50) ? "++;" : "--;"));
     else
@@ -117,7 +129,8 @@ void Generator::assignment() {
 
 // Folds something of the moment into the result.
 void Generator::stir() {
-    line("h = mixed(h, bits(" + tamed(anyType(), 1) + "));");
+    const Type type = anyType();
+    line("h = mixed(h, " + bitsText(type, tamed(type, 1)) + ");");
 }
 
 // A call that changes its caller's variables.
@@ -158,23 +171,23 @@ void Generator::effect() {
     // arguments comes first.
     const std::string result = fresh("v");
     line(typeName(function.result) + " " + result + " = " + function.name + "(" + arguments + ");");
-    line("h = mixed(h, bits(" + result + "));");
+    line("h = mixed(h, " + bitsText(function.result, result) + ");");
 }
 
 void Generator::conditional() {
     open("if (" + (chance(25) ? effectfulCondition() : condition(2)) + ") {");
-    block(1 + static_cast<int>(below(3)));
+    block(3);
     if (chance(20)) {
         close("} else if (" + condition(1) + ") {");
         indent_++;
         depth_++;
-        block(1 + static_cast<int>(below(2)));
+        block(2);
     }
     if (chance(40)) {
         close("} else {");
         indent_++;
         depth_++;
-        block(1 + static_cast<int>(below(3)));
+        block(3);
     }
     close();
 }
@@ -202,7 +215,7 @@ void Generator::multiway() {
         if (i == defaultAt)
             line("default:");
         open("case " + std::to_string(i) + ": {");
-        block(1 + static_cast<int>(below(2)));
+        block(2);
         if (loops_ > 0 && chance(15))
             line("if (" + condition(1) + ") continue;");
         if (chance(60))
@@ -241,6 +254,12 @@ void Generator::countedLoop(std::uint32_t trips) {
     std::string head;
     if (kind == Kind::float_)
         head = "for (float " + i + " = 0.0f; " + i + " < " + bound + ".0f; " + i + " += 1.0f) {";
+    else if (kind == Kind::half_)
+        head = "for (half " + i + " = half(0); " + i + " < half(" + bound + "); " + i +
+               " += half(1)) {";
+    else if (kind == Kind::ushort_ || kind == Kind::ulong_)
+        head = "for (" + typeName(kind) + " " + i + " = 0u; " + i + " < " + bound + "u; " + i +
+               "++) {";
     else if (kind == Kind::signed_)
         head = "for (int " + i + " = " + bound + "; " + i + " > 0; " + i + "--) {";
     else if (chance(50))
@@ -254,7 +273,7 @@ void Generator::countedLoop(std::uint32_t trips) {
     const Scope outer = scope_;
     scope_.variables.push_back({i, kind, false});
     loops_++;
-    block(1 + static_cast<int>(below(3)));
+    block(3);
     loops_--;
     scope_ = outer;
     close();
@@ -276,7 +295,7 @@ void Generator::guardedLoop(std::uint32_t trips) {
     loops_++;
     if (form == 2)
         line("if (!(" + more + ")) break;");
-    block(1 + static_cast<int>(below(3)));
+    block(3);
     if (form == 2)
         line("if (" + condition(1) + ") break;");
     loops_--;
@@ -301,7 +320,7 @@ void Generator::searchLoop(std::uint32_t trips) {
     const std::string score = fresh("v");
     line("float " + score + " = " + tamed(Kind::float_, 2) + ";");
     scope_.variables.push_back({score, Kind::float_, false});
-    block(1 + static_cast<int>(below(2)));
+    block(2);
     line("if (" + score + " > " + best + ") " + best + " = " + score + ";");
     open("if (" + condition(1) + ") {");
     line(found + " = " + i + " * 3u;");
@@ -311,7 +330,7 @@ void Generator::searchLoop(std::uint32_t trips) {
     scope_ = outer;
     close();
     multiplier_ /= trips;
-    line("h = mixed(h, " + found + " ^ bits(" + best + "));");
+    line("h = mixed(h, " + found + " ^ " + bitsText(Kind::float_, best) + ");");
     scope_.variables.push_back({found, Kind::unsigned_, true});
     scope_.variables.push_back({best, Kind::float_, true});
 }
@@ -338,7 +357,7 @@ void Generator::twoLevelLoop() {
          "++) {");
     loops_++;
     scope_.variables.push_back({j, Kind::unsigned_, false});
-    block(1 + static_cast<int>(below(2)));
+    block(2);
     open("if (" + condition(1) + ") {");
     line(stop + " = true;");
     line(at + " = " + i + " * 10u + " + j + ";");
@@ -424,7 +443,7 @@ void Generator::stateLoop(std::uint32_t trips) {
         line("if (" + state + ".next(" + tamed(Kind::unsigned_, 1) + ") > 0x40000000u) " + state +
              ".count += 5u;");
     }
-    block(1 + static_cast<int>(below(3)));
+    block(3);
     loops_--;
     scope_ = before;
     close();

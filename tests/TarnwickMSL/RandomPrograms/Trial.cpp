@@ -27,6 +27,8 @@ void finish(gpu::CommandBuffer& commands) {
 
 std::string firstDifference(const char* stage, std::uint64_t seed,
                             const std::vector<std::uint32_t>& results, const NativeTrial& native) {
+    if (results.empty())
+        return "";
     std::uint32_t differing = 0;
     std::string first;
     for (std::uint32_t i = 0; i < trialInputs; i++) {
@@ -56,7 +58,7 @@ std::unique_ptr<Trial> Trial::make() {
 Trial::Trial(std::shared_ptr<gpu::Device> device, std::unique_ptr<gpu::CommandQueue> queue)
     : device_(std::move(device)), queue_(std::move(queue)) {}
 
-Outcome Trial::run(const std::string& source) {
+Outcome Trial::run(const std::string& source, Stages stages) {
     Outcome outcome;
     try {
         // However busy the machine is with other work.
@@ -64,8 +66,10 @@ Outcome Trial::run(const std::string& source) {
         if (compilation.failed)
             throw Refused(compilation.messages);
         const auto library = device_->newLibrary(std::move(compilation.entryPoints));
-        outcome.kernel = kernelResults(*library);
-        outcome.fragment = fragmentResults(*library);
+        if (stages.kernel)
+            outcome.kernel = kernelResults(*library);
+        if (stages.fragment)
+            outcome.fragment = fragmentResults(*library);
     } catch (const std::runtime_error& error) {
         outcome.problem = error.what();
     }
@@ -124,8 +128,8 @@ std::vector<std::uint32_t> Trial::fragmentResults(const gpu::Library& library) {
     return results;
 }
 
-std::string Trial::difference(std::uint64_t seed, const NativeTrial& native) {
-    const Outcome outcome = run(metalSource(seed));
+std::string Trial::difference(std::uint64_t seed, const NativeTrial& native, Stages stages) {
+    const Outcome outcome = run(metalSource(seed), stages);
     if (!outcome.problem.empty())
         return outcome.problem;
     return firstDifference("kernel", seed, outcome.kernel, native) +

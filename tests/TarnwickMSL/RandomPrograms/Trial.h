@@ -18,6 +18,11 @@ struct Outcome {
     std::string problem; // empty when it ran
 };
 
+// Where programs run.
+struct Stages {
+    bool kernel = true, fragment = true;
+};
+
 using NativeTrial = std::function<std::uint32_t(std::uint64_t seed, std::uint32_t input)>;
 
 // Not for several threads. Blocks while the GPU works.
@@ -27,11 +32,11 @@ class Trial {
     static std::unique_ptr<Trial> make();
     const gpu::DeviceInfo& device() const { return device_->info(); }
 
-    Outcome run(const std::string& source);
+    Outcome run(const std::string& source, Stages stages = {});
 
-    // Empty where the GPU agrees with native code on every input in both stages, otherwise what
+    // Empty where the GPU agrees with native code on every input in the stages, otherwise what
     // differs, in a sentence.
-    std::string difference(std::uint64_t seed, const NativeTrial& native);
+    std::string difference(std::uint64_t seed, const NativeTrial& native, Stages stages = {});
 
   private:
     Trial(std::shared_ptr<gpu::Device> device, std::unique_ptr<gpu::CommandQueue> queue);

@@ -24,6 +24,12 @@ Expression sum(const Expression& left, const char* sign, const Expression& right
             std::min(left.quantum, right.quantum)};
 }
 
+// A number with the type of a vector's lanes.
+std::string number(Kind kind, std::uint32_t value) {
+    const std::string digits = std::to_string(value);
+    return kind == Kind::signed_ ? digits : typeName(kind) + "(" + digits + "u)";
+}
+
 bool isStorable(const std::string& swizzle) {
     return std::all_of(swizzle.begin(), swizzle.end(), [&](char lane) {
         return std::count(swizzle.begin(), swizzle.end(), lane) == 1;
@@ -56,14 +62,14 @@ std::string Generator::lane(const std::string& vector, std::uint32_t lanes) {
 // A vector of its lanes, or a matrix of its columns; leaves alone.
 Expression Generator::composite(Type type) {
     if (!type.isMatrix() && chance(40))
-        return {typeName(type) + "(" + leaf(type.kind).text + ")", 1024, 0.25};
+        return {typeName(type) + "(" + leaf(type.kind).text + ")", tameBound(type), 0.25};
     std::string text = typeName(type) + "(";
     const Type part = type.isMatrix() ? Type{Kind::float_, type.lanes} : Type{type.kind};
     const std::uint32_t parts = type.isMatrix() ? type.columns : type.lanes;
     for (std::uint32_t i = 0; i < parts; i++) {
         const std::string value =
             type.isMatrix() || chance(60) ? leaf(part).text : literal(type.kind).text;
-        text += (i > 0 ? ", " : "") + (type.isMatrix() ? "little(" + value + ")" : value);
+        text += (i > 0 ? ", " : "") + (type.isMatrix() ? littleText(part, value) : value);
     }
     return {text + ")", tameBound(type), 0.25};
 }
@@ -81,6 +87,8 @@ Expression Generator::vectorExpression(Type type, int depth) {
                     leaf(type).text + ")",
                 std::max(a.bound, b.bound), std::min(a.quantum, b.quantum)};
     }
+    if (type.kind == Kind::half_)
+        return halfExpression(type, depth);
     if (type.kind != Kind::float_)
         return integerLanes(type, depth);
     return choice < 14 ? transformed(type, depth) : floatLanes(type, depth);
@@ -113,16 +121,29 @@ Expression Generator::arranged(Type type, int depth) {
 
 Expression Generator::converted(Type type, int depth) {
     const Type floats{Kind::float_, type.lanes}, ints{Kind::signed_, type.lanes},
-        words{Kind::unsigned_, type.lanes};
+        words{Kind::unsigned_, type.lanes}, halves{Kind::half_, type.lanes};
     const std::string to = typeName(type) + "(";
     switch (type.kind) {
     case Kind::unsigned_:
-        return {to + expression(ints, depth - 1).text + ")"};
+    case Kind::ushort_:
+    case Kind::ulong_: {
+        const Kind from = anyKind();
+        const bool isOther = wraps(from) && from != type.kind;
+        return {to + expression(isOther ? Type{from, type.lanes} : ints, depth - 1).text + ")"};
+    }
     case Kind::signed_:
         if (chance(50))
             return {to + expression(words, depth - 1).text + " & 1023u)", 1023};
         return {to + within(expression(floats, depth - 1), floats, 4096).text + ")", 4096};
+    case Kind::half_:
+        if (chance(50))
+            return {to + littleText(floats, tamed(floats, depth - 1)) + ")", 4, 0.25};
+        return {to + expression(words, depth - 1).text + " & 255u)", 255, 1};
     case Kind::float_:
+        if (chance(20)) {
+            const Expression value = expression(halves, depth - 1);
+            return {to + value.text + ")", value.bound, value.quantum};
+        }
         if (chance(50))
             return {to + expression(words, depth - 1).text + " & 255u)", 255, 1};
         return {to + within(expression(ints, depth - 1), ints, 4096).text + ")", 4096, 1};
@@ -132,7 +153,6 @@ Expression Generator::converted(Type type, int depth) {
 
 // One operand may be a scalar, which counts for every lane.
 Expression Generator::integerLanes(Type type, int depth) {
-    const std::string unit = type.kind == Kind::signed_ ? ")" : "u)";
     const Type other = chance(70) ? type : Type(type.kind);
     const Expression a = expression(type, depth - 1), b = expression(other, depth - 1);
     switch (below(7)) {
@@ -145,9 +165,9 @@ Expression Generator::integerLanes(Type type, int depth) {
         return {"(" + a.text + (chance(50) ? " & " : " ^ ") + b.text + ")",
                 2 * std::max(a.bound, b.bound)};
     case 4:
-        return {"(" + a.text + " % " + std::to_string(2 + below(60)) + unit, 62};
+        return {"(" + a.text + " % " + number(type.kind, 2 + below(60)) + ")", 62};
     case 5:
-        return {"(" + a.text + " >> " + std::to_string(1 + below(7)) + unit, a.bound + 1};
+        return {"(" + a.text + " >> " + number(type.kind, 1 + below(7)) + ")", a.bound + 1};
     default:
         return extreme(type, a, depth);
     }
@@ -259,14 +279,17 @@ void Generator::assignLanes(const Variable& vector) {
     const Type other = chance(50) ? type : Type(type.kind);
     const std::string value = tamed(other, 2);
     line(vector.name + (choice == 2 ? " += " : " -= ") + value + ";");
-    if (type.kind != Kind::unsigned_)
-        line(vector.name + " = tame(" + vector.name + ");");
+    if (!wraps(type.kind))
+        line(vector.name + " = " + tamedText(type, vector.name) + ";");
 }
 
 void Generator::assignElements(const Variable& matrix) {
     const std::string column = matrix.name + "[" + index(matrix.type.columns) + "]";
     if (chance(50))
-        return line(column + " = little(" + tamed({Kind::float_, matrix.type.lanes}, 2) + ");");
+        return line(column + " = " +
+                    littleText({Kind::float_, matrix.type.lanes},
+                               tamed({Kind::float_, matrix.type.lanes}, 2)) +
+                    ";");
     line(lane(column, matrix.type.lanes) + " = float(" + leaf(Kind::unsigned_).text +
          " & 7u) - 3.5f;");
 }
