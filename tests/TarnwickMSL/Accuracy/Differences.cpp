@@ -19,7 +19,7 @@ struct Example {
 // Arguments for which the results differ on the packaged CPU driver.
 // clang-format off
 constexpr Example examples[] = {
-    {"sin(2.3247931)", "sin", {2.3247931F}}, {"cos(2.3875959)", "cos", {2.3875959F}}, {"tan(1.3111896)", "tan", {1.3111896F}},
+    {"sin(2.3247931)", "sin", {2.3247931F}}, {"cos(2.3875959)", "cos", {2.3875959F}}, {"tan(2.3875959)", "tan", {2.3875959F}},
     {"sinpi(1)", "sinpi", {1}}, {"cospi(0.5)", "cospi", {0.5F}}, {"tanpi(0.25)", "tanpi", {0.25F}},
     {"exp(80)", "exp", {80}}, {"exp2(-0.0059325998)", "exp2", {-0.0059325998F}}, {"exp10(30)", "exp10", {30}},
     {"log(1.0001)", "log", {1.0001F}}, {"log2(1.9870862)", "log2", {1.9870862F}}, {"log10(1.9709755)", "log10", {1.9709755F}},

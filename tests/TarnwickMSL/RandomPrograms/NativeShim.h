@@ -107,13 +107,16 @@ inline float mix(float a, float b, float t) {
     return a + (b - a) * t;
 }
 
-template <class T> T min(T a, T b) {
+// Vectors and their swizzles have their own.
+template <class T>
+concept Number = requires(T value) { static_cast<double>(value); };
+template <Number T> T min(T a, T b) {
     return b < a ? b : a;
 }
-template <class T> T max(T a, T b) {
+template <Number T> T max(T a, T b) {
     return a < b ? b : a;
 }
-template <class T> T clamp(T value, T low, T high) {
+template <Number T> T clamp(T value, T low, T high) {
     return min(max(value, low), high);
 }
 
