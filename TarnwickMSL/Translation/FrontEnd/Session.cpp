@@ -261,6 +261,8 @@ void Session::generate(Parsed& parsed, llvm::LLVMContext& context, const ParseOp
         return;
     if (!moreWarningsIn.empty())
         warnMore(declarations, program, moreWarningsIn);
+    // Making the generator sets this option of the context again.
+    instance.getCodeGenOpts().DiscardValueNames = context.shouldDiscardValueNames();
     const std::unique_ptr<clang::CodeGenerator> generator(clang::CreateLLVMCodeGen(
         diagnostics, "program", &instance.getVirtualFileSystem(), instance.getHeaderSearchOpts(),
         instance.getPreprocessorOpts(), instance.getCodeGenOpts(), context));
