@@ -1,7 +1,7 @@
 # The passes alone: modules from text, run natively before and after.
 tarnwick_tests(TarnwickMSL/Passes
-    SOURCES Passes/ArrayLoopTests.cpp Passes/FractionTests.cpp Passes/NarrowAccessTests.cpp
-            Passes/PassesTests.cpp
+    SOURCES Passes/ArrayLoopTests.cpp Passes/FractionTests.cpp Passes/InliningTests.cpp
+            Passes/NarrowAccessTests.cpp Passes/PassesTests.cpp
             Passes/RandomFlow.cpp Passes/Running.cpp Passes/StructureTests.cpp
             Passes/StepsTests.cpp Passes/TwoValuedTableTests.cpp
     LINK TarnwickMSLTranslationPasses)

@@ -73,8 +73,10 @@ static void copies(Work& work) {
 }
 
 static void unrolling(Work& work) {
-    if (work.optimiser().hasShortLoops(work.main()))
-        work.optimiser().unrollLoops(work.main());
+    if (!work.optimiser().hasShortLoops(work.main()))
+        return;
+    work.optimiser().unrollLoops(work.main());
+    work.optimiser().clean(work.main());
 }
 
 static void pointerArrays(Work& work) {
@@ -121,7 +123,7 @@ static constexpr std::array table{
          "Makes constants that depend on function constants variables of each entry point; after `inline`, when an entry point is one function."},
     Step{"cut", Scope::entryPoint, "Passes/Entry/Cut.h",
          cutting,
-         "Copies one entry point and the constants that it uses into a new module; all later steps change only that module."},
+         "Moves one entry point into a new module, with copies of the constants that it uses; all later steps change only that module."},
     Step{"wrap", Scope::entryPoint, "Passes/Entry/Wrapper.h",
          [](Work& work) { wrap(work.shader, *work.entry, work.entries, work.target); },
          "Makes `main`, which reads inputs, runs the entry point and writes outputs; after `cut`, which gives it a module.",

@@ -14,19 +14,19 @@ declare i32 @msl.width.2d(i32, i32)
 ; Function Attrs: nounwind
 define void @main() #0 {
 entry:
-  %0 = alloca %texture, align 8
-  %1 = alloca %texture, align 16
-  %2 = load <4 x float>, ptr @msl.in.position, align 16
-  store i32 2, ptr %1, align 4
-  call void @llvm.memcpy.p0.p0.i64(ptr align 1 %0, ptr align 1 %1, i64 4, i1 false)
-  %x.i = extractelement <4 x float> %2, i32 0
-  %size.i = load float, ptr @msl.buffer.1, align 4
-  %handle.i = load i32, ptr %0, align 4
-  %width.i = call i32 @msl.width.2d(i32 %handle.i, i32 0)
-  %w.i = uitofp i32 %width.i to float
-  %y.i = fmul float %x.i, %size.i
-  %z.i = fdiv float %y.i, %w.i
-  store float %z.i, ptr @msl.out.color.0, align 4
+  %picture = alloca %texture, align 8
+  %0 = alloca %texture, align 16
+  %1 = load <4 x float>, ptr @msl.in.position, align 16
+  store i32 2, ptr %0, align 4
+  call void @llvm.memcpy.p0.p0.i64(ptr align 1 %picture, ptr align 1 %0, i64 4, i1 false)
+  %x = extractelement <4 x float> %1, i32 0
+  %size = load float, ptr @msl.buffer.1, align 4
+  %handle = load i32, ptr %picture, align 4
+  %width = call i32 @msl.width.2d(i32 %handle, i32 0)
+  %w = uitofp i32 %width to float
+  %y = fmul float %x, %size
+  %z = fdiv float %y, %w
+  store float %z, ptr @msl.out.color.0, align 4
   ret void
 }
 

@@ -18,26 +18,27 @@ declare <4 x float> @msl.attribute.f32(i32, i32) #0
 ; Function Attrs: nounwind
 define void @main() #1 {
 entry:
-  %point.i = alloca <2 x half>, align 4
-  %0 = alloca %patch, align 8
-  %1 = alloca %patch, align 16
-  %2 = call <4 x float> @msl.attribute.f32(i32 2, i32 0)
-  %3 = extractelement <4 x float> %2, i64 0
-  store float %3, ptr %1, align 16
-  call void @llvm.memcpy.p0.p0.i64(ptr align 1 %0, ptr align 1 %1, i64 4, i1 false)
-  %weight.i = load float, ptr %0, align 4
-  %4 = load <4 x i32>, ptr @msl.in.patch, align 16
-  %5 = extractelement <4 x i32> %4, i64 3
-  %last.i = sub i32 %5, 1
-  %6 = call <4 x float> @msl.attribute.f32(i32 5, i32 %last.i)
+  %point = alloca <2 x half>, align 4
+  %in = alloca %patch, align 8
+  %0 = alloca %patch, align 16
+  %1 = call <4 x float> @msl.attribute.f32(i32 2, i32 0)
+  %2 = extractelement <4 x float> %1, i64 0
+  store float %2, ptr %0, align 16
+  call void @llvm.memcpy.p0.p0.i64(ptr align 1 %in, ptr align 1 %0, i64 4, i1 false)
+  %weight = load float, ptr %in, align 4
+  %3 = load <4 x i32>, ptr @msl.in.patch, align 16
+  %4 = extractelement <4 x i32> %3, i64 3
+  %last = sub i32 %4, 1
+  %5 = getelementptr inbounds i8, ptr %point, i64 0
+  %6 = call <4 x float> @msl.attribute.f32(i32 5, i32 %last)
   %7 = shufflevector <4 x float> %6, <4 x float> poison, <2 x i32> <i32 0, i32 1>
   %8 = fptrunc <2 x float> %7 to <2 x half>
-  store <2 x half> %8, ptr %point.i, align 1
-  %x.i = load half, ptr %point.i, align 2
-  %wide.i = fpext half %x.i to float
-  %sum.i = fadd float %wide.i, %weight.i
-  %one.i = insertelement <4 x float> zeroinitializer, float %sum.i, i32 0
-  %9 = freeze <4 x float> %one.i
+  store <2 x half> %8, ptr %5, align 1
+  %x = load half, ptr %point, align 2
+  %wide = fpext half %x to float
+  %sum = fadd float %wide, %weight
+  %one = insertelement <4 x float> zeroinitializer, float %sum, i32 0
+  %9 = freeze <4 x float> %one
   store <4 x float> %9, ptr @msl.out.position, align 16
   ret void
 }

@@ -122,8 +122,10 @@ void foldInitialisers(Module& program, ArrayRef<Function*> roots, Optimiser& opt
     // LLVM's evaluation knows no intrinsics: `sin(0.5)` must fold before it.
     for (Function* initialiser : constructors(program)) {
         inlineInto(*initialiser, optimiser);
-        if (optimiser.hasShortLoops(*initialiser))
+        if (optimiser.hasShortLoops(*initialiser)) {
             optimiser.unrollLoops(*initialiser);
+            optimiser.clean(*initialiser);
+        }
     }
     if (hasLateConstants)
         runAtStart(program, roots);

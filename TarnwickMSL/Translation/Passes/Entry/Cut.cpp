@@ -4,8 +4,8 @@
 
 #include <llvm/IR/Constants.h>
 #include <llvm/IR/DebugInfo.h>
+#include <llvm/IR/InstIterator.h>
 #include <llvm/IR/Module.h>
-#include <llvm/Transforms/Utils/Cloning.h>
 #include <llvm/Transforms/Utils/ValueMapper.h>
 
 namespace tarnwick::msl {
@@ -52,39 +52,37 @@ class Reached final : public ValueMaterializer {
     ValueToValueMapTy& map_;
 };
 
-// LLVM requires every compile unit of a debug location in this list. Cloning leaves it empty.
+// LLVM requires every compile unit of a debug location in this list.
 static void listUnits(Module& module) {
-    NamedMDNode* units = module.getNamedMetadata("llvm.dbg.cu");
-    if (!units)
-        return;
     DebugInfoFinder finder;
     finder.processModule(module);
-    units->clearOperands();
+    NamedMDNode* units = module.getOrInsertNamedMetadata("llvm.dbg.cu");
     for (DICompileUnit* unit : finder.compile_units())
         units->addOperand(unit);
-    if (finder.compile_unit_count() == 0)
-        units->eraseFromParent();
-    else
-        module.addModuleFlag(Module::Warning, "Debug Info Version", DEBUG_METADATA_VERSION);
+    module.addModuleFlag(Module::Warning, "Debug Info Version", DEBUG_METADATA_VERSION);
 }
 
-static std::unique_ptr<Module> copied(const Function& function) {
+static void copyGlobals(Function& function) {
+    ValueToValueMapTy map;
+    Reached reached(*function.getParent(), map);
+    for (Instruction& instruction : instructions(function))
+        for (Use& use : instruction.operands())
+            if (isa<Constant>(use) && !isa<ConstantData>(use))
+                use.set(MapValue(use.get(), map, RF_None, nullptr, &reached));
+}
+
+// Moving is far faster than cloning, and no later step reads the program's function.
+static std::unique_ptr<Module> moved(Function& function) {
     const Module& from = *function.getParent();
     auto module = std::make_unique<Module>(function.getName(), from.getContext());
     module->setDataLayout(from.getDataLayout());
     module->setTargetTriple(from.getTargetTriple());
-    auto* copy = Function::Create(function.getFunctionType(), GlobalValue::InternalLinkage,
-                                  function.getName(), *module);
-    ValueToValueMapTy map;
-    map[&function] = copy;
-    for (auto [old, made] : zip(function.args(), copy->args()))
-        map[&old] = &made;
-    Reached reached(*module, map);
-    SmallVector<ReturnInst*, 4> returns;
-    CloneFunctionInto(copy, &function, map, CloneFunctionChangeType::DifferentModule, returns, "",
-                      nullptr, nullptr, &reached);
-    copy->setLinkage(GlobalValue::InternalLinkage); // cloning takes the original's visibility
-    listUnits(*module);
+    function.removeFromParent();
+    module->getFunctionList().push_back(&function);
+    function.setLinkage(GlobalValue::InternalLinkage);
+    copyGlobals(function);
+    if (function.getSubprogram())
+        listUnits(*module);
     return module;
 }
 
@@ -95,12 +93,14 @@ static bool isShapedByConstants(const EntrySignature& entry) {
            });
 }
 
-ShaderModule cut(const Module& program, const EntrySignature& entry) {
-    const Function* function = program.getFunction(entry.symbol);
+ShaderModule cut(Module& program, const EntrySignature& entry) {
+    Function* function = program.getFunction(entry.symbol);
     if (!function || function->isDeclaration())
         throw TranslationError("The function '" + entry.name + "' is declared but not defined.");
+    if (!function->use_empty())
+        throw CompilerFault("The entry point '" + entry.name + "' is used by other code.");
     ShaderModule shader;
-    shader.module = copied(*function);
+    shader.module = moved(*function);
     shader.name = entry.name;
     shader.stage = entry.stage;
     shader.earlyFragmentTests = entry.earlyFragmentTests;

@@ -70,7 +70,6 @@ static void addUnrolling(FunctionPassManager& passes) {
     // The pass above requires exact numbers of rounds; this one accepts a maximum.
     passes.addPass(
         LoopUnrollPass(LoopUnrollOptions().setPartial(false).setPeeling(false).setRuntime(false)));
-    addFully(passes);
 }
 
 static void addFinish(FunctionPassManager& passes) {

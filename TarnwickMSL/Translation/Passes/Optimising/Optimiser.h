@@ -18,7 +18,7 @@ class Optimiser {
     void
     cleanLightly(llvm::Function& function);     // memory to values, common subexpressions, branches
     void clean(llvm::Function& function);       // and combining instructions
-    void unrollLoops(llvm::Function& function); // loops with a small constant number of rounds
+    void unrollLoops(llvm::Function& function); // those of few constant rounds; `clean` comes next
     void finish(llvm::Function& function);      // once, for a function without calls
     void tidy(llvm::Function& function);        // after a step that leaves dead code
     void dropDeadCode(llvm::Function& function);
