@@ -1,6 +1,7 @@
 // Object and mesh functions: the grid that the one starts, the mesh that the other makes (Metal
 // Shading Language 3.1, 2.19, 5.1.7 and 5.1.8). Both are handles; the compiler knows the types of
-// the outputs.
+// the outputs. The token pass gives `mesh` and `topology` these names, so that programs may have
+// functions and variables called so.
 #pragma once
 
 #include "traits.h"
@@ -20,12 +21,12 @@ struct mesh_grid_properties {
     MSL_INLINE void set_threadgroups_per_grid(uint3 size) const { _mesh_grid(size.x, size.y, size.z); }
 };
 
-enum class topology { point, line, triangle };
+enum class msl_topology { point, line, triangle };
 
 // Stands for the record of a mesh without values of primitives.
 struct _no_primitive {};
 
-template <class V, class P, uint NV, uint NP, topology T> struct mesh {
+template <class V, class P, uint NV, uint NP, msl_topology T> struct msl_mesh {
     uint _handle;
 
     static constexpr uint max_vertices = NV, max_primitives = NP;

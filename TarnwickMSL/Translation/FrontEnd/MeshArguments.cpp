@@ -131,7 +131,7 @@ bool MeshReader::read(Argument& argument) {
         return true;
     }
     const auto* made = llvm::dyn_cast<clang::ClassTemplateSpecializationDecl>(record);
-    if (!made || made->getName() != "mesh")
+    if (!made || made->getName() != "msl_mesh")
         return false;
     argument.kind = ArgumentKind::mesh;
     readMesh(made->getTemplateArgs());

@@ -81,6 +81,16 @@ static void nameMissing(llvm::SmallString<256>& message) {
         message = missing("'" + name + "'");
 }
 
+// Meshes have internal names (Library/types/meshes.h).
+static void nameMeshes(llvm::SmallString<256>& message) {
+    if (!message.str().contains("msl_mesh") && !message.str().contains("msl_topology"))
+        return;
+    std::string text = message.str().str();
+    replaceAll(text, "msl_mesh", "mesh");
+    replaceAll(text, "msl_topology", "topology");
+    message = text;
+}
+
 // Removes the suggestion of an internal name of the library. Returns whether there was one.
 static bool cutInternalSuggestion(llvm::SmallString<256>& message) {
     for (const llvm::StringRef suggestion : {"; did you mean '_", "; did you mean 'msl_"})
@@ -160,6 +170,7 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
     nameMissing(message);
     const bool isInternal = cutInternalSuggestion(message);
     nameVectors(message);
+    nameMeshes(message);
     nameTextures(message);
     if (!diagnostic.hasSourceManager() || !diagnostic.getLocation().isValid() || !text) {
         out << (level == Level::Warning ? "warning: " : "error: ") << message << '\n';

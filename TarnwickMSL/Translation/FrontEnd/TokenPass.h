@@ -97,6 +97,8 @@ class TokenPass {
     bool isNameNotKeyword(std::size_t i);
     std::size_t coherentLength(std::size_t i) const;
     bool hasCoherence() const;
+    bool hasArguments(std::size_t open, unsigned count) const;
+    const char* libraryWord(std::size_t i) const;
     bool isThreadgroupVariable(std::size_t i) const;
     bool hasInitialValue(std::size_t i) const;
     void qualifier(std::size_t i);

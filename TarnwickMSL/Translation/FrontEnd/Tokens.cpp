@@ -117,6 +117,35 @@ std::size_t TokenPass::coherentLength(std::size_t i) const {
     return isBeside ? length : 0;
 }
 
+// Whether the `<` at `open` begins a list of at least `count` arguments.
+bool TokenPass::hasArguments(std::size_t open, unsigned count) const {
+    unsigned depth = 1, found = 1;
+    for (std::size_t i = open + 1; is(open, tok::less) && i < tokens.size() && depth > 0; ++i) {
+        if (tokens[i].isOneOf(tok::semi, tok::l_brace, tok::r_brace, tok::r_paren))
+            return false;
+        if (tokens[i].isOneOf(tok::l_paren, tok::l_square))
+            i = std::max(i, scopes.match(i));
+        depth += is(i, tok::less) ? 1 : 0;
+        depth -= is(i, tok::greater) ? 1 : 0;
+        found += depth == 1 && is(i, tok::comma) ? 1 : 0;
+    }
+    return found >= count;
+}
+
+// The library's name of the `mesh` or `topology` at i; null if it is a name of the program. The
+// library has them by other names, because programs name functions so.
+const char* TokenPass::libraryWord(std::size_t i) const {
+    const bool isOfMetal = i > 1 && is(i - 1, tok::coloncolon) && isWord(i - 2, "metal");
+    if (isWord(i, "mesh") && (isOfMetal || hasArguments(i + 1, 5)))
+        return "msl_mesh";
+    const bool isKind =
+        is(i + 1, tok::coloncolon) &&
+        (isWord(i + 2, "point") || isWord(i + 2, "line") || isWord(i + 2, "triangle"));
+    if (isWord(i, "topology") && (isOfMetal || isKind))
+        return "msl_topology";
+    return nullptr;
+}
+
 // Whether a pointer of the program is coherent. Types do not keep it, so that all buffers are then.
 bool TokenPass::hasCoherence() const {
     for (std::size_t i = 0; i < tokens.size(); ++i)
@@ -439,6 +468,12 @@ std::vector<Token> TokenPass::run() {
         if (const std::size_t length = coherentLength(i)) {
             dropRange(i, i + length);
             i += length;
+            continue;
+        }
+        if (const char* word = libraryWord(i)) {
+            edits[i].dropped = true;
+            append(edits[i].after, word, token.getLocation());
+            ++i;
             continue;
         }
         if (declaresName(i))

@@ -165,6 +165,10 @@ TEST(Tokens, areRewrittenToWhatClangParses) {
         {"kernel void k(device coherent(device) int* a) { coherent device int* p; int coherent; }",
          "__attribute__ ( ( msl_kernel ) ) void k ( __attribute__ ( ( msl_device ) ) __attribute__ "
          "( ( msl_coherent ) ) int * a ) { int * p ; int coherent ; }"},
+        {"using M = mesh<V, P<2>, 3, 1, topology::line>; bool b = mesh < 3 && 2 > topology; using "
+         "metal::mesh;",
+         "using M = msl_mesh < V , P < 2 > , 3 , 1 , msl_topology :: line > ; bool b = mesh < 3 && "
+         "2 > topology ; using metal :: msl_mesh ;"},
         {"[[mesh]] void m(object_data const T& p [[payload]]) { int mesh, object; }",
          "[ [ mesh ] ] void m ( __attribute__ ( ( msl_object_data ) ) const T & p [ [ payload ] ] "
          ") { int mesh , object ; }"},
