@@ -34,6 +34,9 @@ class StandardLibrary {
     // 16 hexadecimal digits that identify this library and compiler, for files with the bytes.
     static std::string fingerprint();
     const std::string& precompiled() const { return *precompiled_; }
+    // Whether the next program can use what earlier ones read of the library. False at first and
+    // after a program with errors.
+    bool isOpen() const;
     // Every function that the library declares for programs, each overload on its own, sorted:
     // "metal::precise::sin: float3 (float3)". Compiles the library's text; for tests.
     static std::vector<std::string> functions();

@@ -76,7 +76,7 @@ bool isRequestWaiting(int connection) {
 }
 
 // Loads the memory and reads the parts of the library that most programs need, while nobody waits.
-void rehearse(const StandardLibrary& library) {
+void rehearse(const StandardLibrary& library, const std::string& moreWarningsIn) {
     (void)translate(R"(#include <metal_stdlib>
 using namespace metal;
 struct Varyings { float4 position [[position]]; float2 uv; };
@@ -91,10 +91,11 @@ fragment float4 f(Varyings in [[stage_in]], constant float& t [[buffer(0)]]) {
     return float4(cross(n, colour) + step(0.5, colour) + fmod(a, 2.0) + saturate(n), 1.0);
 }
 )",
-                    library);
+                    library, {.moreWarningsIn = moreWarningsIn});
 }
 
-bool answerOne(int connection, const StandardLibrary& library) {
+// Sets `moreWarningsIn` to that of the request.
+bool answerOne(int connection, const StandardLibrary& library, std::string& moreWarningsIn) {
     std::uint32_t size = 0;
     if (!receiveAll(connection, reinterpret_cast<char*>(&size), sizeof size))
         return false;
@@ -104,6 +105,7 @@ bool answerOne(int connection, const StandardLibrary& library) {
     const std::optional<Request> request = requestFrom(bytes);
     if (!request || !sendAll(connection, {&requestIsRead, 1}))
         return false;
+    moreWarningsIn = request->moreWarningsIn;
     limitTime(request->limitMilliseconds + 2000);
     const std::string answer = toBytes(translate(request->source, library,
                                                  {.target = request->target,
@@ -121,10 +123,11 @@ void serve(int connection) {
     limitMemory();
     endWithParent(connection);
     const StandardLibrary library = standardLibrary();
-    if (!isRequestWaiting(connection))
-        rehearse(library);
-    while (answerOne(connection, library)) {
-    }
+    std::string moreWarningsIn; // of the last program; the next one is likely to have the same
+    do {
+        if (!library.isOpen() && !isRequestWaiting(connection))
+            rehearse(library, moreWarningsIn);
+    } while (answerOne(connection, library, moreWarningsIn));
 }
 
 } // namespace tarnwick::msl

@@ -280,9 +280,38 @@ bool TokenPass::isNoValue(std::size_t i) const {
                          is(i - 1, tok::kw_typename));
 }
 
+// The number of arguments between the brackets at `open`; 0 if it is not certain, because a comma
+// may be one of template arguments.
+std::size_t TokenPass::plainArguments(std::size_t open) const {
+    const std::size_t close = scopes.match(open);
+    std::size_t count = close > open + 1 ? 1 : 0;
+    for (std::size_t i = open + 1; i < close; ++i) {
+        if (is(i, tok::less) || is(i, tok::ellipsis))
+            return 0;
+        count += is(i, tok::comma);
+        if (scopes.isOpen(i) || is(i, tok::l_square))
+            i = scopes.match(i);
+    }
+    return count;
+}
+
+// Rewrites `float2(x, y)` to `float2{x, y}`: as many arguments as lanes must be scalars, which C++
+// takes in braces. The library has no part in it. Returns whether it did.
+bool TokenPass::braceScalars(TypeSpan span, std::size_t open) {
+    const IdentifierInfo* name = tokens[span.first].getIdentifierInfo();
+    if (span.end != span.first + 1 || !name || !hasMaker(name->getName()) ||
+        plainArguments(open) != static_cast<std::size_t>(name->getName().back() - '0'))
+        return false;
+    tokens[open].setKind(tok::l_brace);
+    tokens[scopes.match(open)].setKind(tok::r_brace);
+    return true;
+}
+
 // Rewrites `float4(...)` and `float4{...}`. The type with its namespaces becomes the argument of
 // msl_make.
 void TokenPass::callMake(std::size_t i, TypeSpan span, std::size_t open) {
+    if (braceScalars(span, open))
+        return;
     std::size_t first = qualifiedFirst(span.first);
     if (first > 0 && is(first - 1, tok::kw_typename))
         --first;

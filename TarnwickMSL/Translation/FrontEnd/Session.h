@@ -34,6 +34,8 @@ class Session {
     bool takes(const ParseOptions& options) const {
         return !isOver && options.moreWarningsIn == moreWarningsIn;
     }
+    // Whether it can take any text: another program, or the last one with other numbers.
+    bool isOpen() const { return !isOver || last; }
     Parsed parse(std::string_view source, llvm::LLVMContext& context, const ParseOptions& options);
     // The same result for a text that differs from the last one only in numbers; absent for others.
     std::optional<Parsed> again(std::string_view source, llvm::LLVMContext& context,

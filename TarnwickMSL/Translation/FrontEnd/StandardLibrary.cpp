@@ -122,6 +122,10 @@ StandardLibrary StandardLibrary::fromPrecompiled(std::string bytes) {
     return library;
 }
 
+bool StandardLibrary::isOpen() const {
+    return session_->value && session_->value->isOpen();
+}
+
 std::string StandardLibrary::fingerprint() {
     std::string all = clang::getClangFullVersion();
     for (const char* option : compilerOptions())

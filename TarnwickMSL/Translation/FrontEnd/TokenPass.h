@@ -132,6 +132,8 @@ class TokenPass {
     std::optional<TypeSpan> tracedType(std::size_t i) const;
     bool isNoValue(std::size_t i) const;
     std::size_t type(std::size_t i, TypeSpan span);
+    std::size_t plainArguments(std::size_t open) const;
+    bool braceScalars(TypeSpan span, std::size_t open);
     void callMake(std::size_t i, TypeSpan span, std::size_t open);
     void declarators(TypeSpan span, std::size_t name);
     void initialise(TypeSpan span, std::size_t open, bool needsEquals);

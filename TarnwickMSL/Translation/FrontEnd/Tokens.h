@@ -16,7 +16,7 @@ namespace tarnwick::msl {
 // Reads the main file to its end. Returns the rewritten tokens, with the end of the file:
 //  - constructors of vectors, `float4(v3, 1)`, `float4{...}`, `float4 v(a, b)`, `float4 v = {...}`,
 //    members' initialisers, casts, and the same on template parameters, become
-//    msl_make<float4>(...);
+//    msl_make<float4>(...), or braces around as many scalars as lanes, `float2{x, y}`;
 //  - `vertex`, `fragment` and `kernel` become attributes, `constant` const; `device` and
 //    `threadgroup` become attributes of an entry point's argument, and are removed elsewhere;
 //    `thread` is removed;

@@ -118,6 +118,8 @@ std::string withoutHeader(std::string text) {
 TEST(Tokens, areRewrittenToWhatClangParses) {
     const std::pair<const char*, const char*> rows[] = {
         {"float4(v, 1)", "msl_float4 ( v , 1 )"},
+        {"metal::float2(x, f(y, z))", "metal :: float2 { x , f ( y , z ) }"},
+        {"float2(f<a, b>(x), y)", "msl_float2 ( f < a , b > ( x ) , y )"},
         {"float3{a, b.xy}", "msl_float3 ( a , b . xy )"},
         {"void f() { float4 v(a, 1), w = {a, 2}, x{b}; }",
          "void f ( ) { float4 v = msl_float4 ( a , 1 ) , w = msl_float4 ( a , 2 ) , x = msl_float4 "
