@@ -204,8 +204,8 @@ TEST(Tokens, haveUniqueLocationsThatLeadToTokensOfTheProgram) {
 
 TEST(Tokens, loseNoNameAndNoNumber) {
     for (const auto& [name, program] : corpus()) {
-        if (name.find("address_space") != std::string::npos)
-            continue; // has functions that are said twice
+        if (name.find("address_space") != std::string::npos || name == "unrolled_loops")
+            continue; // has functions that are said twice, or hints that become other words
         const std::string text = withoutHeader(program);
         std::vector<std::string> before = words(tokensOf(text, false)),
                                  after = words(tokensOf(text, true)), lost;
