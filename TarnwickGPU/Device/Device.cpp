@@ -81,6 +81,7 @@ std::uint64_t Device::validationMessages() {
 msl::Target Device::compilerTarget() const {
     return {.addsFloatsInBuffers = state_->record.features.addsFloatsInBuffers,
             .ordersFragments = state_->record.features.ordersFragments,
+            .keepsLogs = state_->instance->layerUse.printsLogs,
             .hasMeshFunctions = false}; // the layer has no pipelines of them
 }
 

@@ -1,9 +1,11 @@
-// The connection to the Vulkan loader, with the validation layer if TARNWICK_VALIDATION enables it.
+// The connection to the Vulkan loader, with the validation layer if the environment asks
+// for it.
 #pragma once
+
+#include "TarnwickGPU/Vulkan/LayerMessages.h"
 
 #include <vulkan/vulkan.h>
 
-#include <cstdint>
 #include <memory>
 
 namespace tarnwick::gpu {
@@ -20,10 +22,7 @@ struct Instance {
     VkInstance handle = VK_NULL_HANDLE;
     VkDebugUtilsMessengerEXT messenger = VK_NULL_HANDLE;
     bool presentsOnXlib = false; // VK_KHR_surface and VK_KHR_xlib_surface are enabled
-    bool validates = false;
+    LayerUse layerUse;           // nothing without the layer
 };
-
-// Warnings and errors of the validation layer so far, over all instances. Any thread.
-std::uint64_t validationMessageCount();
 
 } // namespace tarnwick::gpu

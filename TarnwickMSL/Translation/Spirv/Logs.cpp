@@ -10,6 +10,11 @@ using namespace llvm;
 
 static constexpr std::uint32_t debugPrintf = 1; // of NonSemantic.DebugPrintf
 
+// DebugPrintf has no signed conversion of 64 bits.
+static std::string wideConversion(char conversion) {
+    return StringRef("xX").contains(conversion) ? "lx" : "lu";
+}
+
 // Metal's format without the lengths of values, which DebugPrintf takes from their types, except of
 // 64 bits.
 static std::string debugFormat(StringRef format, std::size_t values) {
@@ -31,7 +36,8 @@ static std::string debugFormat(StringRef format, std::size_t values) {
             if (format.empty() || !StringRef("diouxXaAeEfFgG").contains(format.front()))
                 throw TranslationError("A log does not have the conversion '" + flags.str() +
                                        length.str() + format.take_front(1).str() + "'.");
-            text += flags.str() + (length == "l" ? "l" : "") + format.front();
+            text += flags.str() + (length == "l" ? wideConversion(format.front())
+                                                 : std::string(1, format.front()));
             format = format.drop_front();
             ++conversions;
         }
