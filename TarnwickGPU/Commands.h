@@ -46,8 +46,8 @@ class RenderCommandEncoder {
     void drawPrimitives(PrimitiveType type, std::uint32_t vertexStart, std::uint32_t vertexCount,
                         std::uint32_t instanceCount = 1, std::uint32_t baseInstance = 0);
     // The vertices whose numbers are in `indexBuffer` from a byte on, which is a multiple of an
-    // index' size. In a strip, the greatest index of the type ends a strip. Points require a
-    // pipeline with a vertex descriptor.
+    // index' size. In a strip, the greatest index of the type ends a strip. Points are the
+    // device's own: on the packaged CPU driver of at most 255 pixels.
     void drawIndexedPrimitives(PrimitiveType type, std::uint32_t indexCount, IndexType indexType,
                                const Buffer& indexBuffer, std::size_t indexBufferOffset,
                                std::uint32_t instanceCount = 1, std::int32_t baseVertex = 0,

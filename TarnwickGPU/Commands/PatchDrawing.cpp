@@ -67,13 +67,8 @@ void RenderCommandEncoder::drawPatches(std::uint32_t controlPoints, std::uint32_
                                        std::uint32_t instanceCount, std::uint32_t baseInstance) {
     precondition(!patchPipeline(*parts_).hasControlPointIndices,
                  "a pipeline with indices of control points draws by drawIndexedPatches()");
-    draw(*parts_, {.controlPoints = controlPoints,
-                   .start = patchStart,
-                   .count = patchCount,
-                   .instances = instanceCount,
-                   .baseInstance = baseInstance,
-                   .indices = patchIndexBuffer,
-                   .indexOffset = patchIndexBufferOffset});
+    draw(*parts_, {controlPoints, patchStart, patchCount, instanceCount, baseInstance,
+                   patchIndexBuffer, patchIndexBufferOffset});
 }
 
 void RenderCommandEncoder::drawIndexedPatches(
@@ -85,13 +80,8 @@ void RenderCommandEncoder::drawIndexedPatches(
                  "drawIndexedPatches() requires a pipeline with a type of control point indices");
     parts_->place(TableIndex::vertexOrKernel, controlPointIndexBuffer,
                   controlPointIndexBufferOffset, gpu::controlPointIndexBuffer);
-    draw(*parts_, {.controlPoints = controlPoints,
-                   .start = patchStart,
-                   .count = patchCount,
-                   .instances = instanceCount,
-                   .baseInstance = baseInstance,
-                   .indices = patchIndexBuffer,
-                   .indexOffset = patchIndexBufferOffset});
+    draw(*parts_, {controlPoints, patchStart, patchCount, instanceCount, baseInstance,
+                   patchIndexBuffer, patchIndexBufferOffset});
 }
 
 } // namespace tarnwick::gpu

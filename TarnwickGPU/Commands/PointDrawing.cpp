@@ -72,10 +72,10 @@ Viewport widened(const Viewport& viewport) {
 }
 
 // Prepares a draw of the device's own points: of sizes above sizes[0] and up to sizes[1].
-void readyPoints(CommandBufferParts& parts, PointRecord& record, Pair sizes) {
+void readyPoints(CommandBufferParts& parts, VkPipeline points, PointRecord& record, Pair sizes) {
     const RenderPipelineParts& pipeline = *parts.renderPipeline;
     openRendering(parts);
-    bindPipeline(parts, pipeline.drawing.pipeline);
+    bindPipeline(parts, points);
     readyDraw(parts, pipeline.drawing.layout, PrimitiveType::point);
     record.sizes = sizes;
     if (parts.device->record.points.dropsOutside) {
@@ -205,7 +205,7 @@ void drawSorted(CommandBufferParts& parts, const PointDraw& draw) {
     runKernel(parts, splats ? points.splatting : points.sorting, record);
     if (splats)
         drawSums(parts, draws, record);
-    readyPoints(parts, record, {splatted, largest});
+    readyPoints(parts, parts.renderPipeline->drawing.pipeline, record, {splatted, largest});
     drawBlocks(parts, draws, 0);
     endPoints(parts);
     if (largest >= largestPoint)
@@ -225,7 +225,7 @@ void drawPoints(CommandBufferParts& parts, std::uint32_t vertexStart, std::uint3
         return;
     case PointWay::points: {
         PointRecord record = recordOf(parts, draw);
-        readyPoints(parts, record, {0, anySize});
+        readyPoints(parts, pipeline.drawing.pipeline, record, {0, anySize});
         vkCmdDraw(parts.handle, vertexCount, instanceCount, vertexStart, 0);
         return endPoints(parts);
     }
@@ -235,6 +235,24 @@ void drawPoints(CommandBufferParts& parts, std::uint32_t vertexStart, std::uint3
         return instanceCount == 1 ? drawSorted(parts, draw)
                                   : drawQuads(parts, pipeline.points.quads, draw);
     }
+}
+
+void drawIndexedPoints(CommandBufferParts& parts, std::uint32_t indexCount, IndexType indexType,
+                       const Buffer& indices, std::size_t offset, std::uint32_t instanceCount,
+                       std::int32_t baseVertex) {
+    const RenderPipelineParts& pipeline = *parts.renderPipeline;
+    const VkPipeline points = pipeline.points.way == PointWay::quads
+                                  ? pipeline.points.indexed.pipeline(*parts.device)
+                                  : pipeline.drawing.pipeline;
+    if (!points) {
+        parts.failed = true;
+        return;
+    }
+    PointRecord record = recordOf(parts, {0, indexCount, instanceCount});
+    readyPoints(parts, points, record, {0, anySize});
+    bindIndices(parts, indices, offset, indexType, indexCount);
+    vkCmdDrawIndexed(parts.handle, indexCount, instanceCount, 0, baseVertex, 0);
+    endPoints(parts);
 }
 
 } // namespace tarnwick::gpu

@@ -14,6 +14,11 @@ namespace tarnwick::gpu {
 
 namespace {
 
+void requireFirstInstance(std::uint32_t baseInstance) {
+    precondition(baseInstance == 0, "points have the base instance 0", "base instance",
+                 baseInstance);
+}
+
 // In the order of the enumeration.
 constexpr std::array compareOps{VK_COMPARE_OP_NEVER,
                                 VK_COMPARE_OP_LESS,
@@ -183,8 +188,7 @@ void RenderCommandEncoder::drawPrimitives(PrimitiveType type, std::uint32_t vert
     if (vertexCount == 0 || instanceCount == 0)
         return;
     if (pipeline.points.way != PointWay::asGiven) {
-        precondition(baseInstance == 0, "points have the base instance 0", "base instance",
-                     baseInstance);
+        requireFirstInstance(baseInstance);
         return drawPoints(*parts_, vertexStart, vertexCount, instanceCount);
     }
     startDraw(*parts_, pipeline.drawing.layout, type);
@@ -198,10 +202,13 @@ void RenderCommandEncoder::drawIndexedPrimitives(PrimitiveType type, std::uint32
                                                  std::int32_t baseVertex,
                                                  std::uint32_t baseInstance) {
     const RenderPipelineParts& pipeline = pipelineOfDraw(*parts_, type);
-    precondition(pipeline.points.way == PointWay::asGiven,
-                 "points are drawn with indices only if the pipeline has a vertex descriptor");
     if (indexCount == 0 || instanceCount == 0)
         return;
+    if (pipeline.points.way != PointWay::asGiven) {
+        requireFirstInstance(baseInstance);
+        return drawIndexedPoints(*parts_, indexCount, indexType, indexBuffer, indexBufferOffset,
+                                 instanceCount, baseVertex);
+    }
     startDraw(*parts_, pipeline.drawing.layout, type);
     bindIndices(*parts_, indexBuffer, indexBufferOffset, indexType, indexCount);
     vkCmdDrawIndexed(parts_->handle, indexCount, instanceCount, 0, baseVertex, baseInstance);

@@ -45,21 +45,23 @@ bool isSum(const RenderPipelineDescriptor& descriptor) {
            descriptor.depthFormat == PixelFormat::invalid && descriptor.sampleCount == 1;
 }
 
-VkResult makeForm(const DeviceState& device, const RenderPipelineDescriptor& descriptor,
-                  VkPipelineLayout layout, const PointPair& pair, PointForm form,
-                  VkPipeline& pipeline) {
+// Without the modules.
+GraphicsPipelineNeeds needsOf(const RenderPipelineDescriptor& descriptor, VkPipelineLayout layout,
+                              const PointPair& pair, PointForm form) {
+    return {.layout = layout,
+            .colors = colorsOf(descriptor),
+            .givenColors = pair.fragment.colorAttachments,
+            .depthFormat = descriptor.depthFormat,
+            .sampleCount = descriptor.sampleCount,
+            .topology = form == PointForm::points ? TopologyClass::point : TopologyClass::triangle};
+}
+
+VkResult makeForm(const DeviceState& device, GraphicsPipelineNeeds needs, const PointPair& pair,
+                  PointForm form, VkPipeline& pipeline) {
     const Words vertex = vertexForm(pair, form), fragment = fragmentForm(pair, form);
-    return makeGraphicsPipeline(
-        device,
-        {.vertex = vertex,
-         .fragment = fragment,
-         .layout = layout,
-         .colors = colorsOf(descriptor),
-         .givenColors = pair.fragment.colorAttachments,
-         .depthFormat = descriptor.depthFormat,
-         .sampleCount = descriptor.sampleCount,
-         .topology = form == PointForm::points ? TopologyClass::point : TopologyClass::triangle},
-        pipeline);
+    needs.vertex = vertex;
+    needs.fragment = fragment;
+    return makeGraphicsPipeline(device, needs, pipeline);
 }
 
 // If the device's limits do not let the vertex stage see the fragment function's resources too, the
@@ -168,6 +170,7 @@ VkResult makeSorting(DeviceState& device, const RenderPipelineDescriptor& descri
 
 void PointPipelines::bury(Graveyard& graveyard) {
     graveyard.bury(quads);
+    indexed.bury(graveyard);
     for (PipelineWithLayout* made : {&sorting, &splatting, &sums})
         made->bury(graveyard);
 }
@@ -188,9 +191,15 @@ VkResult makePointPipelines(DeviceState& device, const RenderPipelineDescriptor&
     VkResult result = VK_SUCCESS;
     if (!suffices || traits.splats)
         result = makeSorting(device, descriptor, functions, points);
-    auto make = [&](PointForm form, VkPipeline& pipeline) {
-        return makeForm(device, descriptor, drawing.layout.pipelineLayout, pair, form, pipeline);
+    auto needs = [&](PointForm form) {
+        return needsOf(descriptor, drawing.layout.pipelineLayout, pair, form);
     };
+    auto make = [&](PointForm form, VkPipeline& pipeline) {
+        return makeForm(device, needs(form), pair, form, pipeline);
+    };
+    if (points.way == PointWay::quads)
+        points.indexed.prepare(needs(PointForm::points), vertexForm(pair, PointForm::points),
+                               fragmentForm(pair, PointForm::points));
     if (result == VK_SUCCESS && points.way == PointWay::sorted)
         result = make(PointForm::quads, points.quads);
     if (result == VK_SUCCESS)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TarnwickGPU/Device/BindingLayout.h"
+#include "TarnwickGPU/Points/IndexedPoints.h"
 #include "TarnwickGPU/Points/PointRecord.h"
 
 #include <vulkan/vulkan.h>
@@ -25,6 +26,7 @@ struct PointPipelines {
     PointWay way = PointWay::asGiven;
     // Draws quads with the layout of the render pipeline, which draws points: only of way `sorted`.
     VkPipeline quads = VK_NULL_HANDLE;
+    IndexedPoints indexed;        // only of way `quads`
     PipelineWithLayout sorting;   // a kernel of way `sorted`
     PipelineWithLayout splatting; // a kernel that also adds small points to sums; may be missing
     PipelineWithLayout sums;      // draws the sums into the target

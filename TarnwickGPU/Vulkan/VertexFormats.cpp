@@ -1,5 +1,7 @@
 #include "TarnwickGPU/Vulkan/VertexFormats.h"
 
+#include "TarnwickGPU/Vulkan/FormatRows.h"
+
 #include <array>
 
 namespace tarnwick::gpu {
@@ -69,13 +71,7 @@ constexpr std::array<VertexFormatRow, 54> rows{{
 }};
 // clang-format on
 
-constexpr bool rowsAreInOrder() {
-    for (std::size_t row = 0; row < rows.size(); ++row)
-        if (static_cast<std::size_t>(rows[row].format) != row)
-            return false;
-    return true;
-}
-static_assert(rowsAreInOrder());
+static_assert(rowsAreInOrder(rows));
 
 } // namespace
 

@@ -1,5 +1,7 @@
 #include "TarnwickGPU/Vulkan/VulkanFormat.h"
 
+#include "TarnwickGPU/Vulkan/FormatRows.h"
+
 #include <array>
 
 namespace tarnwick::gpu {
@@ -66,13 +68,7 @@ constexpr std::array<FormatRow, 46> rows{{
 }};
 // clang-format on
 
-constexpr bool rowsAreInOrder() {
-    for (std::size_t row = 0; row < rows.size(); ++row)
-        if (static_cast<std::size_t>(rows[row].format) != row)
-            return false;
-    return true;
-}
-static_assert(rowsAreInOrder());
+static_assert(rowsAreInOrder(rows));
 
 } // namespace
 

@@ -149,21 +149,28 @@ struct Points : Gpu {
     }
 
     // Adds points that draw nothing, so that there are `count`.
-    Picture picture(const RenderPipelineState& state, std::vector<Dot> drawn,
-                    std::size_t count = 0) {
+    Picture picture(const RenderPipelineState& state, std::vector<Dot> drawn, std::size_t count = 0,
+                    const std::vector<std::uint16_t>& indices = {}) {
         drawn.resize(std::max(count, drawn.size()));
         const auto buffer = device->newBuffer(drawn.size() * sizeof(Dot));
         std::memcpy(buffer->contents(), drawn.data(), buffer->length());
         const PixelFormat format = state.parts().colorFormats[0];
         const auto texture = target(width, height, format);
+        const auto numbers = device->newBuffer(64);
+        std::copy(indices.begin(), indices.end(), static_cast<std::uint16_t*>(numbers->contents()));
         render(
             {.color = {.texture = texture.get(), .load = LoadAction::clear, .clear = {0, 0, 0, 0}}},
             [&](auto& encoder) {
                 encoder.setRenderPipelineState(state);
                 encoder.setVertexBuffer(*buffer, 0, 0);
                 encoder.setFragmentBuffer(*buffer, 0, 0);
-                encoder.drawPrimitives(PrimitiveType::point, 0,
-                                       static_cast<std::uint32_t>(drawn.size()));
+                if (indices.empty())
+                    encoder.drawPrimitives(PrimitiveType::point, 0,
+                                           static_cast<std::uint32_t>(drawn.size()));
+                else
+                    encoder.drawIndexedPrimitives(PrimitiveType::point,
+                                                  static_cast<std::uint32_t>(indices.size()),
+                                                  IndexType::uint16, *numbers, 0);
             });
         return format == PixelFormat::rgba16Float ? contents<std::uint16_t>(*texture)
                                                   : contents<float>(*texture);
@@ -267,6 +274,18 @@ TEST_F(Points, coverEachOtherInTheirOrder) {
         picture(*state, {dotAt(20, 20, 10, 1), dotAt(24, 20, 300, 2), dotAt(22, 20, 4, 3)});
     EXPECT_EQ(drawn[20 * width + 21][3], 3);
     EXPECT_EQ(drawn[20 * width + 16][3], 2);
+}
+
+TEST_F(Points, areDrawnByIndices) {
+    const std::vector<Dot> given{dotAt(20, 20, 10, 1), dotAt(24, 20, 30, 2), dotAt(90, 40, 4, 3),
+                                 dotAt(22, 20, 4, 4)};
+    eachWay([&](const Way& way) {
+        for (const bool blends : {false, true}) {
+            const auto state = dots(PixelFormat::rgba16Float, "dot_fragment", blends);
+            expectSame(picture(*state, given, 0, {3, 1, 0}),
+                       picture(*state, {given[3], given[1], given[0]}), 7, way.name);
+        }
+    });
 }
 
 // The sums of many small points are the same in any order, byte for byte; drawn points agree with
