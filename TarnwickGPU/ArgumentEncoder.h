@@ -28,7 +28,8 @@ class ArgumentEncoder {
     explicit ArgumentEncoder(std::vector<msl::ArgumentMember> members)
         : members_(std::move(members)) {}
 
-    std::size_t encodedLength() const; // bytes
+    // Bytes of one record, which are those from one record of an array to the next.
+    std::size_t encodedLength() const;
 
     // The record is written at the offset from now on. The buffer must outlive the encoder, have
     // StorageMode::shared and room for encodedLength().
@@ -45,7 +46,7 @@ class ArgumentEncoder {
     const msl::ArgumentMember* member(msl::MemberKind kind, std::uint32_t index) const;
     void write(msl::MemberKind kind, std::uint32_t index, std::uint64_t number);
 
-    std::vector<msl::ArgumentMember> members_; // of one record
+    std::vector<msl::ArgumentMember> members_; // of one record; not empty
     std::byte* record_ = nullptr;
 };
 

@@ -110,15 +110,17 @@ struct StageAttribute {
 // A member of an argument buffer, a record whose textures, samplers and pointers the host sets
 // (Metal Shading Language 3.1, 2.13). The record holds 64 bits for a sampler and the address of a
 // buffer, 32 for a texture. If the entry point uses the member, it is a resource of its own.
+// Members of further records are listed if the entry point uses one of them.
 enum class MemberKind : std::uint8_t { constants, buffer, texture, sampler };
 
 struct ArgumentMember {
     MemberKind kind = MemberKind::constants;
     std::uint32_t buffer = 0; // the index of the argument buffer
     std::uint32_t id = 0;     // n of [[id(n)]]
-    std::uint32_t offset = 0; // bytes from the start of the record
+    std::uint32_t offset = 0; // bytes from the start of the buffer's first record
     std::uint32_t bytes = 0;  // of the member in the record
     std::uint32_t index = 0;  // of its resource; not of constants
+    std::uint32_t stride = 0; // bytes from one record of the buffer to the next
 
     bool operator==(const ArgumentMember&) const = default;
 };

@@ -113,7 +113,7 @@ template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, ArgumentMember>
 void fields(Record& m, Bytes& bytes) {
     bytes(m.kind), bytes(m.buffer), bytes(m.id), bytes(m.offset), bytes(m.bytes);
-    bytes(m.index);
+    bytes(m.index), bytes(m.stride);
 }
 
 template <class Record, class Bytes>

@@ -16,15 +16,14 @@ namespace tarnwick::gpu {
 std::unique_ptr<ArgumentEncoder> Function::newArgumentEncoder(std::uint32_t index) const {
     std::vector<msl::ArgumentMember> members;
     std::ranges::copy_if(entryPoint_->members, std::back_inserter(members),
-                         [&](const msl::ArgumentMember& each) { return each.buffer == index; });
+                         [&](const msl::ArgumentMember& each) {
+                             return each.buffer == index && each.offset < each.stride;
+                         });
     return members.empty() ? nullptr : std::make_unique<ArgumentEncoder>(std::move(members));
 }
 
 std::size_t ArgumentEncoder::encodedLength() const {
-    std::size_t length = 0;
-    for (const msl::ArgumentMember& member : members_)
-        length = std::max<std::size_t>(length, member.offset + member.bytes);
-    return (length + 15) / 16 * 16; // the largest alignment of a member
+    return members_.front().stride;
 }
 
 void ArgumentEncoder::setArgumentBuffer(const Buffer& buffer, std::size_t offset) {

@@ -35,6 +35,7 @@ enum class Capability : std::uint32_t {
     MultiView = 4439,
     StencilExportEXT = 5013,
     FragmentBarycentricKHR = 5284,
+    SampleMaskPostDepthCoverage = 4447,
     PhysicalStorageBufferAddresses = 5347,
     FragmentShaderPixelInterlockEXT = 5378,
     RayQueryKHR = 4472,
@@ -48,7 +49,8 @@ constexpr std::uint32_t declaration = 2u << 16 | 17; // OpCapability's first wor
 struct Asked {
     const FeatureChain& chain;
     VkSubgroupFeatureFlags groups;
-    bool isCPU, exportsStencil;
+    bool isCPU;
+    Extensions extensions;
 
     bool core(VkBool32 VkPhysicalDeviceFeatures::*feature) const {
         return chain.core.features.*feature;
@@ -118,14 +120,16 @@ constexpr std::array rows{
         [](const Asked& a) { return a.core(&Core::sampleRateShading); }},
     Row{Capability::MultiView, "amplification_id",
         [](const Asked& a) { return a.in11(&In11::multiview); }},
-    Row{Capability::StencilExportEXT, "stencil", [](const Asked& a) { return a.exportsStencil; }},
+    Row{Capability::StencilExportEXT, "stencil", [](const Asked& a) { return a.extensions.stencilExport; }},
+    Row{Capability::SampleMaskPostDepthCoverage, "post_depth_coverage",
+        [](const Asked& a) { return a.extensions.postDepthCoverage; }},
     Row{Capability::FragmentBarycentricKHR, "barycentric_coord",
         [](const Asked& a) { return a.chain.barycentric.fragmentShaderBarycentric == VK_TRUE; }},
     Row{Capability::FragmentShaderPixelInterlockEXT, "raster order groups",
         [](const Asked& a) { return a.chain.interlock.fragmentShaderPixelInterlock == VK_TRUE; }},
     Row{Capability::ClipDistance, "clip_distance",
         [](const Asked& a) { return a.core(&Core::shaderClipDistance); }},
-    // The packaged CPU driver does not report the feature, but reads all formats (Instance.cpp).
+    // The packaged CPU driver does not report the feature, but reads all formats (LayerMessages.cpp).
     Row{Capability::StorageImageReadWithoutFormat, "textures that are read and written",
         [](const Asked& a) { return a.isCPU || a.core(&Core::shaderStorageImageReadWithoutFormat); }},
     Row{Capability::StorageImageWriteWithoutFormat, "textures that are written",
@@ -154,11 +158,11 @@ template <class Visit> void eachCapability(std::span<const std::uint32_t> module
 } // namespace
 
 std::vector<std::uint32_t> capabilitiesOf(VkPhysicalDevice device, const FeatureChain& chain,
-                                          bool exportsStencil) {
+                                          Extensions extensions) {
     VkPhysicalDeviceProperties core{};
     vkGetPhysicalDeviceProperties(device, &core);
     const Asked asked{chain, propertiesOf(device).subgroupSupportedOperations,
-                      core.deviceType == VK_PHYSICAL_DEVICE_TYPE_CPU, exportsStencil};
+                      core.deviceType == VK_PHYSICAL_DEVICE_TYPE_CPU, extensions};
     std::vector<std::uint32_t> there;
     for (const Row& row : rows)
         if (row.isThere(asked))

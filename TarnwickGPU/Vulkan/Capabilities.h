@@ -10,10 +10,16 @@
 
 namespace tarnwick::gpu {
 
-// The SPIR-V capabilities of a device opened with the features of `chain`, ascending.
-// `exportsStencil`: with VK_EXT_shader_stencil_export as well.
+// Extensions of a device that have no features of their own.
+struct Extensions {
+    bool stencilExport = false;     // VK_EXT_shader_stencil_export
+    bool postDepthCoverage = false; // VK_EXT_post_depth_coverage
+};
+
+// The SPIR-V capabilities of a device opened with the features of `chain` and the extensions,
+// ascending.
 std::vector<std::uint32_t> capabilitiesOf(VkPhysicalDevice device, const FeatureChain& chain,
-                                          bool exportsStencil);
+                                          Extensions extensions);
 
 // The purpose of the first capability that the device lacks, in words ("64-bit integers"). Nothing
 // if the device has all of the module's capabilities, or the table here does not list it.

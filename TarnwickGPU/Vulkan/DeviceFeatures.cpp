@@ -141,8 +141,9 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
     chain.feedback.attachmentFeedbackLoopLayout = had.feedback.attachmentFeedbackLoopLayout;
     chain.barycentric.fragmentShaderBarycentric = had.barycentric.fragmentShaderBarycentric;
     chain.interlock.fragmentShaderPixelInterlock = had.interlock.fragmentShaderPixelInterlock;
-    const bool exportsStencil =
-        hasDeviceExtension(device, VK_EXT_SHADER_STENCIL_EXPORT_EXTENSION_NAME);
+    const Extensions alone{
+        .stencilExport = hasDeviceExtension(device, VK_EXT_SHADER_STENCIL_EXPORT_EXTENSION_NAME),
+        .postDepthCoverage = hasDeviceExtension(device, VK_EXT_POST_DEPTH_COVERAGE_EXTENSION_NAME)};
 
     chain.instanceRates.vertexAttributeInstanceRateDivisor =
         had.instanceRates.vertexAttributeInstanceRateDivisor;
@@ -165,7 +166,7 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
         .twoSources = had.core.features.dualSrcBlend == VK_TRUE,
         .independentBlend = had.core.features.independentBlend == VK_TRUE,
         .groupStages = groupStages(device),
-        .capabilities = capabilitiesOf(device, chain, exportsStencil)};
+        .capabilities = capabilitiesOf(device, chain, alone)};
     if (records.robustness2)
         extensions.push_back(VK_EXT_ROBUSTNESS_2_EXTENSION_NAME);
     if (records.atomicFloat)
@@ -180,8 +181,10 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
         extensions.push_back(VK_KHR_FRAGMENT_SHADER_BARYCENTRIC_EXTENSION_NAME);
     if (records.interlock)
         extensions.push_back(VK_EXT_FRAGMENT_SHADER_INTERLOCK_EXTENSION_NAME);
-    if (exportsStencil)
+    if (alone.stencilExport)
         extensions.push_back(VK_EXT_SHADER_STENCIL_EXPORT_EXTENSION_NAME);
+    if (alone.postDepthCoverage)
+        extensions.push_back(VK_EXT_POST_DEPTH_COVERAGE_EXTENSION_NAME);
     if (hasDeviceExtension(device, VK_KHR_PUSH_DESCRIPTOR_EXTENSION_NAME)) {
         extensions.push_back(VK_KHR_PUSH_DESCRIPTOR_EXTENSION_NAME);
         features.maxPushDescriptors = maxPushDescriptors(device);

@@ -102,6 +102,7 @@ struct ShaderModule {
     Structure structure;
     bool usesLoopBudget = false;
     bool earlyFragmentTests = false;
+    bool coversAfterDepth = false; // the input sample_mask has the samples that pass depth tests
     bool ordersFragments = false;  // those of one pixel run one after the other
     std::uint32_t mostThreads = 0; // in a threadgroup of this kernel; 0: not specified
     PatchKind patch = PatchKind::none;

@@ -86,7 +86,7 @@ struct Argument {
                      // "" if it is not needed
 
     bool hasRasterOrder = false; // buffers and textures: raster_order_group(n)
-    bool isCoherent = false;     // buffers: coherent
+    bool isCoherent = false;     // buffers: coherent; textures: memory_coherence_device
 
     // texture
     TextureShape shape = TextureShape::none;
@@ -126,6 +126,7 @@ struct EntrySignature {
     std::vector<StageValue> results;
     bool resultIsRecord = false;
     bool earlyFragmentTests = false;
+    bool coversAfterDepth = false;      // [[sample_mask, post_depth_coverage]]
     std::uint32_t mostThreads = 0;      // max_total_threads_per_threadgroup's; 0: not specified
     PatchKind patch = PatchKind::none;  // of a post-tessellation vertex function
     std::uint32_t controlPoints = 0;    // patch(kind, n)'s n; 0: not specified

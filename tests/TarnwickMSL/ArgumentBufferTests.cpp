@@ -98,6 +98,46 @@ TEST_F(ArgumentBuffers, readAsZeroWhereNothingIsSetOrTheTextureIsGone) {
     EXPECT_EQ(dispatch(*arguments), std::vector<float>(6, 0.0f));
 }
 
+// The second kernel reads the pointers that the first wrote; the host reads the textures.
+TEST_F(ArgumentBuffers, areReadAndWrittenInArrays) {
+    library = compiled(R"(
+struct Args {
+    texture2d<float> picture [[id(0)]];
+    device float* values [[id(1)]];
+};
+kernel void fill(device Args* args [[buffer(1)]], device float* values [[buffer(2)]],
+                 uint i [[thread_position_in_grid]]) {
+    args[i].values = values + 64 * i;
+}
+kernel void check(device float* out [[buffer(0)]], constant Args* args [[buffer(1)]],
+                  uint i [[thread_position_in_grid]]) {
+    float4 texel = args[0].picture.read(uint2(0)) * args[2].picture.read(uint2(1, 0));
+    out[i] = texel.x + args[i % 3].values[1] + args[1].values[0];
+}
+)");
+    encoder = library->newFunction("check")->newArgumentEncoder(1);
+    const std::size_t stride = encoder->encodedLength();
+    const auto arguments = device->newBuffer(3 * stride), values = device->newBuffer(1024);
+    for (std::size_t i = 0; i < 256; ++i)
+        static_cast<float*>(values->contents())[i] = static_cast<float>(i);
+    const std::array pictures{picture(1, 10), picture(2, 20), picture(3, 30)};
+    for (std::uint32_t n = 0; n < 3; ++n) {
+        encoder->setArgumentBuffer(*arguments, n * stride);
+        encoder->setTexture(*pictures[n], 0);
+    }
+    const auto fill = device->newComputePipelineState(*library->newFunction("fill"));
+    auto commands = queue->commandBuffer();
+    auto compute = commands->computeCommandEncoder();
+    compute->setComputePipelineState(*fill);
+    compute->setBuffer(*arguments, 0, 1);
+    compute->setBuffer(*values, 0, 2);
+    compute->dispatchThreads({3, 1, 1}, {3, 1, 1});
+    compute->endEncoding();
+    commands->commit();
+    commands->waitUntilCompleted();
+    EXPECT_EQ(dispatch(*arguments), (std::vector<float>{95, 159, 223, 95, 159, 223}));
+}
+
 TEST(PointersInBuffers, areRefusedToProgramsThatMayNotFollowThem) {
     const std::string start = "#include <metal_stdlib>\nusing namespace metal;\n"
                               "struct Node { device Node* next; float value; };\n";

@@ -1,9 +1,28 @@
-// array (Metal Shading Language 3.1, 2.12).
+// array (Metal Shading Language 3.1, 2.12), and the list in braces of C++.
 #pragma once
 
 #include "scalars.h"
 
+namespace std {
+
+// Clang makes it, of a pointer and a length in this order.
+template <class E> class initializer_list {
+  public:
+    constexpr initializer_list() : list(nullptr), count(0) {}
+    constexpr size_t size() const { return count; }
+    constexpr const E* begin() const { return list; }
+    constexpr const E* end() const { return list + count; }
+
+  private:
+    const E* list;
+    size_t count;
+};
+
+} // namespace std
+
 namespace metal {
+
+using std::initializer_list;
 
 template <class T, size_t N> struct array {
     T elements[N];

@@ -20,6 +20,11 @@ enum class compare_func {
 };
 enum class access { sample, read, write, read_write };
 
+// Version 3.2: the threads that see what others write into a texture. Types, because the third
+// argument of a texture's template is one.
+struct memory_coherence_threadgroup;
+struct memory_coherence_device;
+
 struct max_anisotropy {
     constexpr explicit max_anisotropy(int samples) : samples(samples) {}
     int samples;

@@ -101,6 +101,10 @@ bool readTexture(clang::ASTContext& context, const clang::ClassTemplateSpecializ
     const std::int64_t access = texture.getTemplateArgs()[1].getAsIntegral().getExtValue();
     argument.isRead = access != 2;
     argument.isWritten = access >= 2;
+    if (texture.getTemplateArgs().size() > 2) {
+        const auto* coherence = texture.getTemplateArgs()[2].getAsType()->getAsCXXRecordDecl();
+        argument.isCoherent = coherence && coherence->getName() == "memory_coherence_device";
+    }
     return true;
 }
 

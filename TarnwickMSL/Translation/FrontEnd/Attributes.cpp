@@ -36,7 +36,7 @@ constexpr std::array words = {
     "quadgroup_index_in_threadgroup", "quadgroups_per_threadgroup",
     "dispatch_simdgroups_per_threadgroup", "dispatch_quadgroups_per_threadgroup", "grid_size",
     "grid_origin", "amplification_id", "amplification_count", "barycentric_coord", "stencil",
-    "raster_order_group", "primitive_culled", "payload",
+    "raster_order_group", "post_depth_coverage", "primitive_culled", "payload",
     // functions
     "vertex", "fragment", "kernel", "early_fragment_tests", "max_total_threads_per_threadgroup",
     "host_name", "patch", "visible", "stitchable", "object", "mesh",

@@ -19,7 +19,8 @@ static constexpr const char* otherHeaders[] = {
     "metal_array",        "metal_simdgroup", "metal_limits",          "metal_numeric",
     "metal_assert",       "metal_config",    "metal_extended_vector", "metal_packed_vector",
     "metal_type_traits",  "metal_utility",   "metal_quadgroup",       "metal_stdlib.h",
-    "metal_tessellation", "metal_logging",   "metal_raytracing",      "metal_mesh"};
+    "metal_tessellation", "metal_logging",   "metal_raytracing",      "metal_mesh",
+    "initializer_list"};
 
 FileSystem fileSystem(std::string_view precompiled) {
     FileSystem files = new llvm::vfs::InMemoryFileSystem;

@@ -355,11 +355,12 @@ void TokenPass::initialiseArray(TypeSpan span, std::size_t open, unsigned dimens
 }
 
 // Whether `(` opens a declarator rather than arguments: `float3 (&name)[4]`, with or without a
-// name.
-bool TokenPass::isArrayDeclarator(std::size_t open) const {
+// name, and `float3 (&name) = v`.
+bool TokenPass::isParenthesised(std::size_t open) const {
     const std::size_t close = is(open + 2, tok::identifier) ? open + 3 : open + 2;
     return is(open, tok::l_paren) && (is(open + 1, tok::amp) || is(open + 1, tok::star)) &&
-           is(close, tok::r_paren) && (is(close + 1, tok::l_square) || is(close + 1, tok::l_paren));
+           is(close, tok::r_paren) &&
+           tokens[close + 1].isOneOf(tok::l_square, tok::l_paren, tok::equal);
 }
 
 // Whether `(` opens the arguments of a constructor rather than the parameters of a function.
@@ -368,7 +369,7 @@ bool TokenPass::looksLikeArguments(std::size_t open) const {
         return false;
     if (auto span = constructedType(open + 1))
         return (is(span->end, tok::l_paren) || is(span->end, tok::l_brace)) &&
-               !isArrayDeclarator(span->end);
+               !isParenthesised(span->end);
     return is(open + 1, tok::numeric_constant) || is(open + 1, tok::minus);
 }
 
@@ -490,7 +491,7 @@ std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
         edits[i].dropped = edits[i + 2].dropped = edits[i + 3].dropped = true;
         return span.end;
     }
-    if (isArrayDeclarator(span.end))
+    if (isParenthesised(span.end))
         return span.end;
     const bool opens = is(span.end, tok::l_paren) || is(span.end, tok::l_brace);
     if (opens && !isNoValue(i)) {

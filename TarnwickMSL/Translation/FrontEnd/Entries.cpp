@@ -3,7 +3,9 @@
 #include "TarnwickMSL/Translation/FrontEnd/ArgumentBuffers.h"
 #include "TarnwickMSL/Translation/FrontEnd/Attributes.h"
 #include "TarnwickMSL/Translation/FrontEnd/BuiltIns.h"
+#include "TarnwickMSL/Translation/FrontEnd/Declarations.h"
 #include "TarnwickMSL/Translation/FrontEnd/MeshArguments.h"
+#include "TarnwickMSL/Translation/FrontEnd/Reports.h"
 #include "TarnwickMSL/Translation/FrontEnd/StageRecords.h"
 
 #include <clang/AST/Attr.h>
@@ -34,7 +36,7 @@ class EntryReader {
   public:
     explicit EntryReader(clang::ASTContext& context) : context(context) {}
 
-    void readFrom(clang::Decl* declaration);
+    void readFunction(const clang::FunctionDecl& function);
     std::vector<Entry> entries;
 
   private:
@@ -42,14 +44,11 @@ class EntryReader {
 
     void error(clang::SourceLocation at, const char* message, llvm::StringRef first = "",
                llvm::StringRef second = "") {
-        clang::DiagnosticsEngine& diagnostics = context.getDiagnostics();
-        const unsigned id =
-            diagnostics.getDiagnosticIDs()->getCustomDiagID(clang::DiagnosticIDs::Error, message);
-        diagnostics.Report(at, id) << first << second;
+        reportError(context.getDiagnostics(), at, message, first, second);
     }
 
-    void readFunction(const clang::FunctionDecl& function);
     void readPatch(const clang::FunctionDecl& function, EntrySignature& signature);
+    void readCoverage(const clang::FunctionDecl& function, EntrySignature& signature);
     void readStageIn(const clang::ParmVarDecl& parameter, const EntrySignature& signature,
                      Argument& argument);
     void readArgument(const clang::ParmVarDecl& parameter, EntrySignature& signature);
@@ -215,6 +214,12 @@ static std::uint32_t mostOf(ArgumentKind kind) {
                                            : mostBuffers;
 }
 
+// The kind whose indices the argument has.
+static ArgumentKind tableOf(const Argument& argument) {
+    return argument.kind == ArgumentKind::accelerationStructure ? ArgumentKind::buffer
+                                                                : argument.kind;
+}
+
 // After those of arguments, and of what else a host's tables have.
 static std::uint32_t firstOf(ArgumentKind kind) {
     return kind == ArgumentKind::buffer    ? firstMemberBuffer
@@ -249,11 +254,11 @@ void EntryReader::reportSharedIndices(const clang::FunctionDecl& function,
                   "'%0' has an index beyond %1", argument.name,
                   std::to_string(mostOf(argument.kind) - 1));
         for (std::uint32_t n = 0; n < std::min(argument.count, mostTextures); ++n)
-            if (!known.try_emplace({argument.kind, argument.index + n}, argument.name).second &&
+            if (!known.try_emplace({tableOf(argument), argument.index + n}, argument.name).second &&
                 argument.presence == Presence::yes)
                 error(function.getParamDecl(static_cast<unsigned>(i))->getLocation(),
                       "'%0' and '%1' have the same index", argument.name,
-                      known[{argument.kind, argument.index + n}]);
+                      known[{tableOf(argument), argument.index + n}]);
     }
 }
 
@@ -264,7 +269,7 @@ void EntryReader::numberResources(EntrySignature& signature) {
             continue;
         std::uint32_t free = 0;
         auto isTaken = [&](const Argument& other) {
-            return other.kind == argument.kind && other.presence != Presence::no &&
+            return tableOf(other) == tableOf(argument) && other.presence != Presence::no &&
                    other.index != ~0u && other.index <= free && free < other.index + other.count;
         };
         while (std::any_of(signature.arguments.begin(), signature.arguments.end(), isTaken))
@@ -326,6 +331,27 @@ void EntryReader::readPatch(const clang::FunctionDecl& function, EntrySignature&
     signature.controlPoints = patch->index;
 }
 
+// [[sample_mask, post_depth_coverage]] (Metal Shading Language 3.1, 5.2.3.4), of an argument or of
+// a member of the stage_in record.
+void EntryReader::readCoverage(const clang::FunctionDecl& function, EntrySignature& signature) {
+    const auto isAfterDepth = [](const clang::Decl* declaration) {
+        return metalAttribute(*declaration, "post_depth_coverage").has_value();
+    };
+    for (const clang::ParmVarDecl* parameter : function.parameters()) {
+        const auto* record = metalAttribute(*parameter, "stage_in")
+                                 ? parameter->getType()->getAsCXXRecordDecl()
+                                 : nullptr;
+        if (!isAfterDepth(parameter) && !(record && llvm::any_of(record->fields(), isAfterDepth)))
+            continue;
+        signature.coversAfterDepth = true;
+        if (!signature.earlyFragmentTests)
+            error(
+                parameter->getLocation(),
+                "attribute 'post_depth_coverage' requires the attribute 'early_fragment_tests' of "
+                "the function");
+    }
+}
+
 void EntryReader::readFunction(const clang::FunctionDecl& function) {
     EntrySignature signature;
     bool isEntry = false;
@@ -355,6 +381,7 @@ void EntryReader::readFunction(const clang::FunctionDecl& function) {
     signature.place = std::string(place.getFilename()) + ":" + std::to_string(place.getLine()) +
                       ":" + std::to_string(place.getColumn());
     readPatch(function, signature);
+    readCoverage(function, signature);
     for (const clang::ParmVarDecl* parameter : function.parameters())
         readArgument(*parameter, signature);
     numberResources(signature);
@@ -364,34 +391,19 @@ void EntryReader::readFunction(const clang::FunctionDecl& function) {
     entries.push_back({&function, std::move(signature)});
 }
 
-void EntryReader::readFrom(clang::Decl* declaration) {
-    if (const auto* function = llvm::dyn_cast<clang::FunctionDecl>(declaration))
-        readFunction(*function);
-    else if (auto* space = llvm::dyn_cast<clang::NamespaceDecl>(declaration))
-        for (clang::Decl* inner : space->decls())
-            readFrom(inner);
-    else if (auto* linkage = llvm::dyn_cast<clang::LinkageSpecDecl>(declaration))
-        for (clang::Decl* inner : linkage->decls())
-            readFrom(inner);
-}
-
 } // namespace
 
 std::vector<Entry> readEntries(clang::ASTContext& context,
                                const std::vector<clang::Decl*>& program) {
     EntryReader reader(context);
-    for (clang::Decl* declaration : program)
-        reader.readFrom(declaration);
+    eachDeclaration<clang::FunctionDecl>(
+        program, [&](const clang::FunctionDecl& function) { reader.readFunction(function); });
     return std::move(reader.entries);
 }
 
 void completeEntries(std::vector<Entry>& entries, clang::CodeGenerator& generator) {
     for (Entry& entry : entries) {
-        entry.signature.symbol =
-            llvm::cast<llvm::GlobalValue>(
-                generator.GetAddrOfGlobal(clang::GlobalDecl(entry.function), false))
-                ->getName()
-                .str();
+        entry.signature.symbol = symbolOf(*entry.function, generator);
         for (std::size_t i = 0; i < entry.signature.arguments.size(); ++i) {
             Argument& argument = entry.signature.arguments[i];
             if (argument.kind != ArgumentKind::buffer &&

@@ -1,6 +1,8 @@
 #include "TarnwickMSL/Translation/FrontEnd/FunctionConstants.h"
 
 #include "TarnwickMSL/Translation/FrontEnd/Attributes.h"
+#include "TarnwickMSL/Translation/FrontEnd/Declarations.h"
+#include "TarnwickMSL/Translation/FrontEnd/Reports.h"
 #include "TarnwickMSL/Translation/FrontEnd/StageRecords.h"
 
 #include <clang/AST/ASTContext.h>
@@ -21,7 +23,7 @@ class ConstantReader {
   public:
     explicit ConstantReader(clang::ASTContext& context) : context(context) {}
 
-    void readFrom(clang::Decl* declaration);
+    void readVariable(const clang::VarDecl& variable);
     std::vector<OpenConstant> constants;
 
   private:
@@ -30,13 +32,9 @@ class ConstantReader {
 
     void error(clang::SourceLocation at, const char* message, llvm::StringRef first = "",
                llvm::StringRef second = "") {
-        clang::DiagnosticsEngine& diagnostics = context.getDiagnostics();
-        const unsigned id =
-            diagnostics.getDiagnosticIDs()->getCustomDiagID(clang::DiagnosticIDs::Error, message);
-        diagnostics.Report(at, id) << first << second;
+        reportError(context.getDiagnostics(), at, message, first, second);
     }
     bool readType(QualType type, ConstantSignature& constant) const;
-    void readVariable(const clang::VarDecl& variable);
 };
 
 bool ConstantReader::readType(QualType type, ConstantSignature& constant) const {
@@ -83,31 +81,19 @@ void ConstantReader::readVariable(const clang::VarDecl& variable) {
         constants.push_back({&variable, std::move(constant)});
 }
 
-void ConstantReader::readFrom(clang::Decl* declaration) {
-    if (const auto* variable = llvm::dyn_cast<clang::VarDecl>(declaration))
-        readVariable(*variable);
-    else if (auto* space = llvm::dyn_cast<clang::NamespaceDecl>(declaration))
-        for (clang::Decl* inner : space->decls())
-            readFrom(inner);
-}
-
 } // namespace
 
 std::vector<OpenConstant> readConstants(clang::ASTContext& context,
                                         const std::vector<clang::Decl*>& program) {
     ConstantReader reader(context);
-    for (clang::Decl* declaration : program)
-        reader.readFrom(declaration);
+    eachDeclaration<clang::VarDecl>(
+        program, [&](const clang::VarDecl& variable) { reader.readVariable(variable); });
     return std::move(reader.constants);
 }
 
 void completeConstants(std::vector<OpenConstant>& constants, clang::CodeGenerator& generator) {
     for (OpenConstant& constant : constants)
-        constant.signature.symbol =
-            llvm::cast<llvm::GlobalValue>(
-                generator.GetAddrOfGlobal(clang::GlobalDecl(constant.variable), false))
-                ->getName()
-                .str();
+        constant.signature.symbol = symbolOf(*constant.variable, generator);
 }
 
 } // namespace tarnwick::msl

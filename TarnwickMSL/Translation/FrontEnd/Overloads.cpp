@@ -1,6 +1,11 @@
-// Functions that differ only in address spaces. For C++ they have one signature. If their bodies
-// are equal, the first is kept; otherwise Clang reports a redefinition.
+// Functions that differ only in address spaces. For C++ they have one signature, so the first is
+// kept. A function with an equal body is dropped; the body of another moves into the first:
+//
+//     float f(float* p) { if (metal::_in_device(p)) { the other body } else { the first body } }
+//
+// The step `address-spaces` answers the question when it knows the variable that `p` points to.
 
+#include "TarnwickMSL/Translation/FrontEnd/Parameters.h"
 #include "TarnwickMSL/Translation/FrontEnd/TokenPass.h"
 
 #include <llvm/ADT/DenseMap.h>
@@ -9,18 +14,28 @@
 
 namespace tarnwick::msl {
 
-namespace {
-
-// The tokens of a function: [first, body) is the declaration, [body, end) the body.
+// The tokens of a function: [first, body) is the declaration, [body, end) the body, which may be
+// `= default;`.
 struct Definition {
     std::size_t scope = 0, first = 0, body = 0, end = 0;
+    Parameters parameters;
+    // Others with the same body: their parameters.
+    llvm::SmallVector<Parameters, 1> repeats;
+    // Others with another body.
+    std::vector<Definition> others;
 };
 
-// The tokens of a range without address spaces.
+namespace {
+
+// The tokens of a range without address spaces and the names of parameters.
 class Plain {
   public:
-    Plain(llvm::ArrayRef<Token> tokens, std::size_t first, std::size_t end) {
-        for (const Token& token : tokens.slice(first, end - first)) {
+    Plain(llvm::ArrayRef<Token> tokens, std::size_t first, std::size_t end,
+          llvm::ArrayRef<Parameter> parameters = {}) {
+        for (std::size_t i = first; i < end; ++i) {
+            if (llvm::any_of(parameters, [&](const Parameter& each) { return each.name && each.name == i; }))
+                continue;
+            const Token& token = tokens[i];
             Word word{token.getKind(), textOf(token)};
             if (isAddressSpace(token)) {
                 if (word.text != "constant")
@@ -56,32 +71,170 @@ class Plain {
     }
 };
 
+bool hasSameNames(llvm::ArrayRef<Token> tokens, const Parameters& a, const Parameters& b) {
+    const auto nameOf = [&](const Parameter& each) {
+        return each.name ? tokens[each.name].getIdentifierInfo() : nullptr;
+    };
+    return llvm::equal(
+        a, b, [&](const Parameter& x, const Parameter& y) { return nameOf(x) == nameOf(y); });
+}
+
+// Whether the function, or one that it already is, has the same spaces.
+bool hasSameSpaces(const Definition& first, const Definition& found) {
+    const auto isSame = [&](const Parameters& other) {
+        return other.size() != found.parameters.size() ||
+               llvm::equal(other, found.parameters, [](const Parameter& a, const Parameter& b) {
+                   return a.space == b.space;
+               });
+    };
+    return isSame(first.parameters) || llvm::any_of(first.others, [&](const Definition& other) {
+               return isSame(other.parameters) || llvm::any_of(other.repeats, isSame);
+           });
+}
+
+// Whether the body that is kept cannot name a parameter that the other body or a test names.
+bool lacksNames(const Definition& first, const Definition& found) {
+    for (std::size_t n = 0; n + 1 < found.parameters.size(); ++n)
+        if (!first.parameters[n].name &&
+            (found.parameters[n].name || found.parameters[n].space != first.parameters[n].space))
+            return true;
+    return false;
+}
+
+// Whether the space of the n-th parameter differs among the functions.
+bool differsAt(const Definition& first, std::size_t n) {
+    const auto isOther = [&](const Parameters& each) {
+        return each[n].space != first.parameters[n].space;
+    };
+    return llvm::any_of(first.others, [&](const Definition& other) {
+        return isOther(other.parameters) || llvm::any_of(other.repeats, isOther);
+    });
+}
+
 } // namespace
+
+// Whether the parameters of a function, and its object, are in the spaces that `given` has. Tests
+// those whose space differs among the functions.
+void TokenPass::appendSpaceTest(std::vector<Token>& to, const Definition& first,
+                                llvm::ArrayRef<Parameter> given, SourceLocation at) {
+    append(to, "( true", at);
+    for (std::size_t n = 0; n < given.size(); ++n) {
+        const Parameter& own = first.parameters[n];
+        const bool isObject = n + 1 == given.size();
+        if (!differsAt(first, n) || !(isObject || own.name))
+            continue;
+        append(to, ("&& metal :: _in_" + given[n].space + " (").str().c_str(), at);
+        if (isObject) {
+            append(to, "this", at);
+        } else {
+            if (own.isReference)
+                append(to, "&", at);
+            to.push_back(tokens[own.name]);
+        }
+        append(to, ")", at);
+    }
+    append(to, ")", at);
+}
+
+// Moves the tokens of a body, as they are changed.
+void TokenPass::moveBody(std::vector<Token>& to, const Definition& from) {
+    for (std::size_t i = from.body; i < from.end; ++i)
+        appendEdited(to, i);
+}
+
+void TokenPass::mergeOverloads(const Definition& first) {
+    if (first.others.empty())
+        return;
+    const SourceLocation at = tokens[first.body].getLocation();
+    std::vector<Token> chain;
+    append(chain, "{", at);
+    for (const Definition& other : first.others) {
+        append(chain, "if (", at);
+        appendSpaceTest(chain, first, other.parameters, at);
+        for (const Parameters& repeated : other.repeats) {
+            append(chain, "||", at);
+            appendSpaceTest(chain, first, repeated, at);
+        }
+        append(chain, ") {", at);
+        for (std::size_t n = 0; n < other.parameters.size(); ++n)
+            renameParameter(chain, first.parameters[n], other.parameters[n], at);
+        moveBody(chain, other);
+        append(chain, "} else", at);
+    }
+    std::vector<Token>& before = edits[first.body].before;
+    before.insert(before.begin(), chain.begin(), chain.end());
+    append(edits[first.end - 1].after, "}", tokens[first.end - 1].getLocation());
+    for (const Definition& other : first.others)
+        dropEdits(other.first, other.end);
+}
+
+// `auto& q = p;`, where the body that moves has another name for the parameter.
+void TokenPass::renameParameter(std::vector<Token>& to, const Parameter& own,
+                                const Parameter& given, SourceLocation at) {
+    if (!own.name || !given.name ||
+        tokens[own.name].getIdentifierInfo() == tokens[given.name].getIdentifierInfo())
+        return;
+    append(to, "auto &", at);
+    to.push_back(tokens[given.name]);
+    append(to, "=", at);
+    to.push_back(tokens[own.name]);
+    append(to, ";", at);
+}
+
+void TokenPass::dropEdits(std::size_t from, std::size_t end) {
+    for (std::size_t i = from; i < end; ++i)
+        edits[i] = {.before = {}, .dropped = true, .after = {}};
+}
+
+// Takes the function into one with the same signature; false if there is none.
+bool TokenPass::joinsOverload(llvm::MutableArrayRef<Definition> known, const Definition& found) {
+    const llvm::ArrayRef<Token> all(tokens);
+    const Plain head(all, found.first, found.body, found.parameters);
+    const Plain body(all, found.body, found.end);
+    for (Definition& first : known) {
+        if (first.scope != found.scope ||
+            Plain(all, first.first, first.body, first.parameters) != head)
+            continue;
+        const auto isSame = [&](const Definition& other) {
+            return hasSameNames(all, other.parameters, found.parameters) &&
+                   Plain(all, other.body, other.end) == body;
+        };
+        const auto same = llvm::find_if(first.others, isSame);
+        const bool isRepeated = same != first.others.end() || isSame(first);
+        const bool canMove = is(first.body, tok::l_brace) && is(found.body, tok::l_brace) &&
+                             !hasSameSpaces(first, found) && !lacksNames(first, found);
+        if (!isRepeated && !canMove)
+            return false; // Clang reports it
+        if (!isRepeated)
+            first.others.push_back(found);
+        else if (same != first.others.end())
+            same->repeats.push_back(found.parameters);
+        if (isRepeated)
+            dropEdits(found.first, found.end);
+        return true;
+    }
+    return false;
+}
 
 void TokenPass::repeatedFunctions() {
     llvm::DenseMap<std::size_t, llvm::SmallVector<Definition, 1>>
         known; // by the hash of the declaration
     llvm::SmallVector<std::size_t, 8> open{0};
     std::size_t first = 0;
-    auto settle = [&](const Definition& found) {
+    auto settle = [&](Definition found) {
         const llvm::ArrayRef<Token> all(tokens);
         if (llvm::none_of(all.slice(found.first, found.body - found.first), isAddressSpace))
             return;
-        const Plain head(all, found.first, found.body);
+        found.parameters = parametersOf(all, scopes, found.first, found.body);
+        const Plain head(all, found.first, found.body, found.parameters);
         auto& others = known[llvm::hash_combine(head.hash(), found.scope)];
-        for (const Definition& other : others)
-            if (other.scope == found.scope &&
-                Plain(all, other.first, other.end) == Plain(all, found.first, found.end)) {
-                for (std::size_t i = found.first; i < found.end; ++i)
-                    edits[i] = {.before = {}, .dropped = true, .after = {}};
-                return;
-            }
-        others.push_back(found);
+        if (!joinsOverload(others, found))
+            others.push_back(std::move(found));
     };
     for (std::size_t i = 0; i + 1 < tokens.size(); ++i) {
         if (is(i, tok::l_brace) && scopes.kindAt(i + 1) == ScopeKind::block) {
             const std::size_t end = scopes.match(i) + 1;
-            settle({open.back(), first, i, end});
+            settle({open.back(), first, i, end, {}, {}, {}});
             i = end - 1;
         } else if (is(i, tok::l_brace) && scopes.kindAt(i + 1) == ScopeKind::list) {
             i = scopes.match(i);
@@ -90,11 +243,16 @@ void TokenPass::repeatedFunctions() {
             open.push_back(i);
         } else if (is(i, tok::r_brace) && open.size() > 1) {
             open.pop_back();
+        } else if (is(i, tok::semi) && is(i - 1, tok::kw_default) && is(i - 2, tok::equal)) {
+            settle({open.back(), first, i - 2, i + 1, {}, {}, {}}); // S() device = default;
         } else if (!is(i, tok::semi)) {
             continue;
         }
         first = i + 1;
     }
+    for (auto& [hash, functions] : known)
+        for (const Definition& function : functions)
+            mergeOverloads(function);
 }
 
 } // namespace tarnwick::msl

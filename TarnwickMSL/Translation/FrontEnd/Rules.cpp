@@ -1,6 +1,7 @@
 #include "TarnwickMSL/Translation/FrontEnd/Rules.h"
 
 #include "TarnwickMSL/Translation/FrontEnd/LibraryText.h"
+#include "TarnwickMSL/Translation/FrontEnd/Reports.h"
 
 #include <clang/AST/RecursiveASTVisitor.h>
 #include <clang/Basic/SourceManager.h>
@@ -62,10 +63,7 @@ class RuleChecker : public clang::RecursiveASTVisitor<RuleChecker> {
         return goesOn;
     }
     void report(clang::SourceLocation at, const char* message, llvm::StringRef name = "") {
-        DiagnosticsEngine& diagnostics = context.getDiagnostics();
-        const unsigned id =
-            diagnostics.getDiagnosticIDs()->getCustomDiagID(clang::DiagnosticIDs::Error, message);
-        diagnostics.Report(at, id) << name;
+        reportError(context.getDiagnostics(), at, message, name);
     }
     void note(const clang::FunctionDecl* callee, clang::SourceLocation at) {
         if (current && callee)

@@ -198,6 +198,8 @@ void Session::start(std::string_view source) {
     instance.createSema(clang::TU_Complete, nullptr);
     for (clang::TypedefNameDecl* type : vectorTypes)
         instance.getSema().ExtVectorDecls.push_back(type);
+    if (standardNamespace) // with initializer_list
+        instance.getSema().StdNamespace = standardNamespace;
 }
 
 // Parses as clang::ParseAST does, but on the tokens of the token pass.
@@ -291,6 +293,8 @@ void Session::remove() {
         std::copy_if(sema.ExtVectorDecls.begin(sema.getExternalSource()), sema.ExtVectorDecls.end(),
                      std::back_inserter(vectorTypes),
                      [](const clang::Decl* type) { return type->isFromASTFile(); });
+    if (!standardNamespace)
+        standardNamespace = sema.getStdNamespace();
     const bool isRemoved = macros->remove(instance.getPreprocessor());
     isOver = isOver || !isRemoved;
     instance.setSema(nullptr);

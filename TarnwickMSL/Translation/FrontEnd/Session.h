@@ -49,7 +49,8 @@ class Session {
     Macros* macros = nullptr;                      // the preprocessor owns it
     LibraryUses libraryUses;
     std::vector<clang::VarDecl*> libraryVariables;
-    std::vector<clang::TypedefNameDecl*> vectorTypes; // of the library; Clang reports them once
+    std::vector<clang::TypedefNameDecl*> vectorTypes;  // of the library; Clang reports them once
+    clang::NamespaceDecl* standardNamespace = nullptr; // of the library; the same
     bool isBegun = false, isOver = false;
     std::size_t textBytes = 0; // of all programs
     struct Last {

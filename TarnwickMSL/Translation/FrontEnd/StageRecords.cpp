@@ -2,6 +2,7 @@
 
 #include "TarnwickMSL/Translation/FrontEnd/Attributes.h"
 #include "TarnwickMSL/Translation/FrontEnd/BuiltIns.h"
+#include "TarnwickMSL/Translation/FrontEnd/Reports.h"
 
 #include <clang/AST/ASTContext.h>
 #include <clang/AST/DeclCXX.h>
@@ -88,10 +89,7 @@ class RecordReader {
     bool isInput() const { return place.border == Border::input; }
     void error(clang::SourceLocation at, const char* message, llvm::StringRef first,
                llvm::StringRef second = "") {
-        clang::DiagnosticsEngine& diagnostics = context.getDiagnostics();
-        const unsigned id =
-            diagnostics.getDiagnosticIDs()->getCustomDiagID(clang::DiagnosticIDs::Error, message);
-        diagnostics.Report(at, id) << first << second;
+        reportError(context.getDiagnostics(), at, message, first, second);
     }
     void field(const clang::FieldDecl& field, StageValue value);
     void attributes(const clang::FieldDecl& field, StageValue& value);
@@ -358,11 +356,9 @@ std::vector<StageValue> stageValues(clang::ASTContext& context, const clang::CXX
             return v.attribute.empty() && v.presence != Presence::no;
         });
     if (static_cast<std::size_t>(varyings) > mostVaryings) {
-        clang::DiagnosticsEngine& diagnostics = context.getDiagnostics();
-        const unsigned id = diagnostics.getDiagnosticIDs()->getCustomDiagID(
-            clang::DiagnosticIDs::Error, "'%0' has more than %1 values to pass between the stages");
-        diagnostics.Report(record.getLocation(), id)
-            << record.getName() << static_cast<unsigned>(mostVaryings);
+        reportError(context.getDiagnostics(), record.getLocation(),
+                    "'%0' has more than %1 values to pass between the stages", record.getName(),
+                    std::to_string(mostVaryings));
     }
     return std::move(reader.values);
 }

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "TarnwickMSL/Constants.h"
+#include "TarnwickMSL/Translation/FrontEnd/Parameters.h"
 #include "TarnwickMSL/Translation/FrontEnd/Scopes.h"
 #include "TarnwickMSL/Translation/FrontEnd/TypeNames.h"
 
@@ -32,6 +33,8 @@ struct Edit {
     bool dropped = false;
     std::vector<Token> after;
 };
+struct Definition; // Overloads.cpp
+
 class TokenPass {
   public:
     TokenPass(clang::Preprocessor& preprocessor, std::vector<Token> tokens,
@@ -43,6 +46,7 @@ class TokenPass {
 
   private:
     std::vector<Token> result() const;
+    void appendEdited(std::vector<Token>& to, std::size_t i) const;
     clang::Preprocessor& preprocessor;
     std::vector<Token> tokens;
     std::vector<Edit> edits;
@@ -125,6 +129,14 @@ class TokenPass {
     void component(std::size_t i);
     void arraySizes(std::size_t i);
     void repeatedFunctions();
+    bool joinsOverload(llvm::MutableArrayRef<Definition> known, const Definition& found);
+    void mergeOverloads(const Definition& first);
+    void appendSpaceTest(std::vector<Token>& to, const Definition& first,
+                         llvm::ArrayRef<Parameter> given, SourceLocation at);
+    void renameParameter(std::vector<Token>& to, const Parameter& own, const Parameter& given,
+                         SourceLocation at);
+    void moveBody(std::vector<Token>& to, const Definition& from);
+    void dropEdits(std::size_t from, std::size_t end);
     void swizzleTimes(std::size_t i);
     std::size_t qualifiedFirst(std::size_t first) const;
     std::size_t qualifierEnd(std::size_t i) const;
@@ -157,7 +169,7 @@ class TokenPass {
     void openMake(std::vector<Token>& to, TypeSpan span, SourceLocation at);
     void dropRange(std::size_t from, std::size_t end);
     bool looksLikeArguments(std::size_t open) const;
-    bool isArrayDeclarator(std::size_t open) const;
+    bool isParenthesised(std::size_t open) const;
 };
 
 } // namespace tarnwick::msl

@@ -27,7 +27,7 @@ Token TokenPass::make(tok::TokenKind kind, SourceLocation at, IdentifierInfo* na
 
 // Appends tokens, separated by spaces in `words`, all at one location.
 void TokenPass::append(std::vector<Token>& to, const char* words, SourceLocation at) {
-    static constexpr std::array<std::pair<const char*, tok::TokenKind>, 16> punctuation{
+    static constexpr std::array<std::pair<const char*, tok::TokenKind>, 18> punctuation{
         {{"(", tok::l_paren},
          {")", tok::r_paren},
          {"<", tok::less},
@@ -40,6 +40,8 @@ void TokenPass::append(std::vector<Token>& to, const char* words, SourceLocation
          {"{", tok::l_brace},
          {"}", tok::r_brace},
          {"&", tok::amp},
+         {"&&", tok::ampamp},
+         {"||", tok::pipepipe},
          {"*", tok::star},
          {";", tok::semi},
          {".", tok::period},
@@ -87,8 +89,11 @@ bool TokenPass::isUsedAsName(std::size_t i) const {
         return false;
     if (next.is(tok::l_paren) && (is(i + 2, tok::amp) || is(i + 2, tok::star)) &&
         is(i + 3, tok::identifier) && is(i + 4, tok::r_paren) && is(i + 5, tok::l_square))
-        return false;                                       // `float* device (&list)[4]`
-    const bool isOfPointer = i > 0 && is(i - 1, tok::star); // `device T* constant (&list)[2]`
+        return false;       // `float* device (&list)[4]`
+    std::size_t before = i; // `device T* constant (&list)[2]`, `device T* const constant (&)[2]`
+    while (before > 0 && is(before - 1, tok::kw_const))
+        --before;
+    const bool isOfPointer = before > 0 && is(before - 1, tok::star);
     if (isOfPointer && next.is(tok::l_paren) && (is(i + 2, tok::star) || is(i + 2, tok::amp)))
         return false;
     return !isMethodQualifier(i) || misnamed.contains(tokens[i].getIdentifierInfo());
@@ -513,15 +518,18 @@ std::vector<Token> TokenPass::run() {
     return result();
 }
 
+void TokenPass::appendEdited(std::vector<Token>& to, std::size_t i) const {
+    to.insert(to.end(), edits[i].before.begin(), edits[i].before.end());
+    if (!edits[i].dropped)
+        to.push_back(tokens[i]);
+    to.insert(to.end(), edits[i].after.begin(), edits[i].after.end());
+}
+
 std::vector<Token> TokenPass::result() const {
     std::vector<Token> all;
     all.reserve(tokens.size() + tokens.size() / 4);
-    for (std::size_t i = 0; i < tokens.size(); ++i) {
-        all.insert(all.end(), edits[i].before.begin(), edits[i].before.end());
-        if (!edits[i].dropped)
-            all.push_back(tokens[i]);
-        all.insert(all.end(), edits[i].after.begin(), edits[i].after.end());
-    }
+    for (std::size_t i = 0; i < tokens.size(); ++i)
+        appendEdited(all, i);
     TokenPlaces places(preprocessor.getSourceManager(), preprocessor.getLangOpts());
     for (Token& token : all)
         places.makeUnique(token);

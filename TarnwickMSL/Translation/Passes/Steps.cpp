@@ -17,6 +17,7 @@
 #include "TarnwickMSL/Translation/Passes/Entry/Bindings.h"
 #include "TarnwickMSL/Translation/Passes/Entry/Cut.h"
 #include "TarnwickMSL/Translation/Passes/Entry/Wrapper.h"
+#include "TarnwickMSL/Translation/Passes/Memory/AddressSpaces.h"
 #include "TarnwickMSL/Translation/Passes/Memory/ArgumentBuffers.h"
 #include "TarnwickMSL/Translation/Passes/Memory/AtomicPlaces.h"
 #include "TarnwickMSL/Translation/Passes/Memory/Atomics.h"
@@ -128,9 +129,15 @@ static constexpr std::array table{
          [](Work& work) { wrap(work.shader, *work.entry, work.entries, work.target); },
          "Makes `main`, which reads inputs, runs the entry point and writes outputs; after `cut`, which gives it a module.",
          Form::main},
+    Step{"address-spaces", Scope::entryPoint, "Passes/Memory/AddressSpaces.h",
+         [](Work& work) { work.forgetMainIf(answerSpaces(work.shader)); },
+         "Answers in which address space a pointer is; after `wrap`, which binds the arguments, and before `clean`, for which the questions keep variables in memory."},
     Step{"clean", Scope::entryPoint, "Passes/Optimising/Optimiser.h",
          [](Work& work) { work.optimiser().clean(work.main()); },
          "Turns memory into values and combines instructions; after `wrap`, so that calls get their constant handles."},
+    Step{"late-address-spaces", Scope::entryPoint, "Passes/Memory/AddressSpaces.h",
+         [](Work& work) { work.forgetMainIf(answerAllSpaces(work.shader)); },
+         "Repeats `address-spaces` for pointers that were in memory; after `clean`, which makes them values."},
     Step{"function-numbers", Scope::entryPoint, "Passes/Calls/FunctionPointers.h",
          [](Work& work) { work.forgetMainIf(chooseNumbers(work.main())); },
          "Turns function pointers that are chosen or in local memory into numbers; after `clean`, which shows the choices, and before every step that reads the types of local memory."},

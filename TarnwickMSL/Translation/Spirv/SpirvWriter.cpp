@@ -240,6 +240,11 @@ void FunctionWriter::modes() {
         module_.executionMode(spv::ExecutionMode::OriginUpperLeft);
     if (shader_.stage == Stage::fragment && shader_.earlyFragmentTests)
         module_.executionMode(spv::ExecutionMode::EarlyFragmentTests);
+    if (shader_.coversAfterDepth) {
+        module_.require(spv::Capability::SampleMaskPostDepthCoverage);
+        module_.extension("SPV_KHR_post_depth_coverage");
+        module_.executionMode(spv::ExecutionMode::PostDepthCoverage);
+    }
     if (shader_.ordersFragments) {
         module_.require(spv::Capability::FragmentShaderPixelInterlockEXT);
         module_.extension("SPV_EXT_fragment_shader_interlock");

@@ -1,10 +1,12 @@
-; A picture by an index of run time, and a buffer.
+; A picture by an index of run time, a buffer, and a picture of the second record.
 ; shader name=main stage=kernel
 ; variable kind=uniform_buffer global=msl.buffer.0 element_bytes=16 is_reference=1
 ; variable kind=storage_buffer global=msl.buffer.31 index=31 element_bytes=4
-; member kind=texture bytes=4 index=128
-; member kind=texture id=1 offset=4 bytes=4 index=129
-; member kind=buffer id=2 offset=8 bytes=8 index=31
+; texture index=128 shape=2d component=float is_read=1
+; texture index=129 shape=2d component=float is_read=1
+; member kind=texture bytes=4 index=128 stride=16
+; member kind=texture id=1 offset=4 bytes=4 index=129 stride=16
+; member kind=buffer id=2 offset=8 bytes=8 index=31 stride=16
 @in = external constant i32
 @msl.buffer.0 = external global { [2 x i32], ptr }
 @msl.buffer.31 = external global float
@@ -20,5 +22,11 @@ define void @main() {
   %second = getelementptr i8, ptr @msl.buffer.0, i32 8
   %buffer = load ptr, ptr %second
   store float %red, ptr %buffer
+  %other = getelementptr i8, ptr @msl.buffer.0, i32 20
+  %late = load i32, ptr %other
+  %one = call <4 x float> @msl.read.2d.f32(i32 %late, <2 x i32> zeroinitializer, i32 0)
+  %blue = extractelement <4 x float> %one, i32 2
+  %end = getelementptr i8, ptr %buffer, i32 4
+  store float %blue, ptr %end
   ret void
 }

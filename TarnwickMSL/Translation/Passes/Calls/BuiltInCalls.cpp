@@ -50,6 +50,8 @@ static bool isConvergent(StringRef name) {
     return StringSwitch<bool>(name)
         .Cases("dfdx", "dfdy", "fwidth", "barrier", "fence", "discard", true)
         .Cases("sample", "sample_bias", "sample_compare", "sample_compare_bias", "lod", true)
+        // Not of its neighbours, but calls that ask about two spaces must not be joined.
+        .Cases("in_device", "in_constant", "in_thread", "in_threadgroup", true)
         .Default(name.starts_with("simd_") || name.starts_with("quad_"));
 }
 

@@ -1,6 +1,7 @@
 #include "TarnwickMSL/Translation/Passes/Calls/FunctionConstants.h"
 
 #include "TarnwickMSL/Translation/Passes/Calls/GlobalConstructors.h"
+#include "TarnwickMSL/Translation/Passes/Calls/MemoryTypes.h"
 #include "TarnwickMSL/Translation/Places.h"
 
 #include <llvm/IR/Constants.h>
@@ -27,30 +28,6 @@ void makeLateConstant(GlobalVariable& variable) {
     variable.setSection(section);
 }
 
-static Type* componentType(LLVMContext& context, Scalar scalar) {
-    switch (scalar) {
-    case Scalar::bool_:
-        return Type::getInt1Ty(context);
-    case Scalar::int8:
-    case Scalar::uint8:
-        return Type::getInt8Ty(context);
-    case Scalar::int16:
-    case Scalar::uint16:
-        return Type::getInt16Ty(context);
-    case Scalar::int32:
-    case Scalar::uint32:
-        return Type::getInt32Ty(context);
-    case Scalar::int64:
-    case Scalar::uint64:
-        return Type::getInt64Ty(context);
-    case Scalar::half:
-        return Type::getHalfTy(context);
-    case Scalar::float_:
-        return Type::getFloatTy(context);
-    }
-    return nullptr;
-}
-
 // The specialisation constant of that number, a call that the writer replaces.
 static Value* specialisation(IRBuilder<>& builder, Module& program, Type* type,
                              std::uint32_t number) {
@@ -63,7 +40,9 @@ static Value* specialisation(IRBuilder<>& builder, Module& program, Type* type,
 static void setValue(IRBuilder<>& builder, GlobalVariable& variable,
                      const ConstantSignature& constant) {
     Module& program = *variable.getParent();
-    Type* type = componentType(builder.getContext(), constant.scalar);
+    Type* type = constant.scalar == Scalar::bool_
+                     ? builder.getInt1Ty()
+                     : scalarType(builder.getContext(), constant.scalar);
     for (std::uint32_t component = 0; component < constant.width; ++component) {
         Value* value = specialisation(builder, program, type,
                                       functionConstantComponent(constant.index, component));

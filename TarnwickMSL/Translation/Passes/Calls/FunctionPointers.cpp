@@ -4,6 +4,7 @@
 #include "TarnwickMSL/Translation/Passes/Calls/FunctionPointers.h"
 
 #include "TarnwickMSL/Translation/Passes/Calls/GlobalConstructors.h"
+#include "TarnwickMSL/Translation/Passes/Calls/MemoryTypes.h"
 
 #include <llvm/ADT/MapVector.h>
 #include <llvm/IR/Constants.h>
@@ -21,36 +22,6 @@ namespace {
 // The functions by the number that stands for their address.
 using Numbers = MapVector<Function*, std::uint32_t>;
 
-// Replaces pointers to functions in values and types.
-class Table {
-  public:
-    explicit Table(LLVMContext& context) : word_(Type::getInt64Ty(context)) {}
-
-    // The type with numbers in place of pointers.
-    Type* type(Type* from) const;
-    // A table with numbers in place of the addresses of functions; the same without any.
-    Constant* value(Constant* from) const;
-
-  private:
-    Type* word_;
-};
-
-Type* Table::type(Type* from) const {
-    if (from->isPointerTy())
-        return word_;
-    if (auto* array = dyn_cast<ArrayType>(from))
-        return ArrayType::get(type(array->getElementType()), array->getNumElements());
-    auto* record = dyn_cast<StructType>(from);
-    if (!record)
-        return from;
-    SmallVector<Type*, 8> members;
-    for (Type* member : record->elements())
-        members.push_back(type(member));
-    return ArrayRef<Type*>(members) == record->elements()
-               ? from
-               : StructType::get(from->getContext(), members, record->isPacked());
-}
-
 // The number of a function whose address the value is.
 Constant* numberOf(Value* value) {
     auto* address = dyn_cast<ConstantExpr>(value);
@@ -58,20 +29,21 @@ Constant* numberOf(Value* value) {
                                                                     : nullptr;
 }
 
-Constant* Table::value(Constant* from) const {
+// A table with numbers in place of the addresses of functions; the same without any.
+Constant* withNumbers(Constant* from) {
     if (Constant* number = numberOf(from))
         return number;
     if (from->isNullValue() || isa<UndefValue>(from))
-        return from->isNullValue() ? Constant::getNullValue(type(from->getType()))
-                                   : UndefValue::get(type(from->getType()));
+        return from->isNullValue() ? Constant::getNullValue(withoutPointers(from->getType()))
+                                   : UndefValue::get(withoutPointers(from->getType()));
     if (!isa<ConstantArray, ConstantStruct>(from))
         return from;
     SmallVector<Constant*, 16> parts;
     for (Use& part : from->operands())
-        parts.push_back(value(cast<Constant>(part)));
-    if (auto* array = dyn_cast<ArrayType>(type(from->getType())))
+        parts.push_back(withNumbers(cast<Constant>(part)));
+    if (auto* array = dyn_cast<ArrayType>(withoutPointers(from->getType())))
         return ConstantArray::get(array, parts);
-    return ConstantStruct::get(cast<StructType>(type(from->getType())), parts);
+    return ConstantStruct::get(cast<StructType>(withoutPointers(from->getType())), parts);
 }
 
 bool holdsNumber(Constant* table) {
@@ -106,11 +78,10 @@ static void replaceAddresses(Module& program, const Numbers& numbers) {
 }
 
 static void replaceTables(Module& program) {
-    const Table table(program.getContext());
     for (GlobalVariable& variable : make_early_inc_range(program.globals())) {
         if (!variable.hasInitializer() || !holdsNumber(variable.getInitializer()))
             continue;
-        Constant* value = table.value(variable.getInitializer());
+        Constant* value = withNumbers(variable.getInitializer());
         auto* made = new GlobalVariable(program, value->getType(), variable.isConstant(),
                                         variable.getLinkage(), value, "", &variable,
                                         GlobalValue::NotThreadLocal, 0u);
@@ -293,13 +264,12 @@ static bool accessesPointers(const Value& memory) {
 
 bool chooseNumbers(Function& main) {
     bool isChanged = false;
-    const Table table(main.getContext());
     DenseMap<Value*, Value*> known;
     for (Instruction& instruction : make_early_inc_range(instructions(main))) {
         SmallPtrSet<Value*, 8> seen;
         auto* local = dyn_cast<AllocaInst>(&instruction);
         if (local && holdsPointer(local->getAllocatedType()) && !accessesPointers(*local)) {
-            local->setAllocatedType(table.type(local->getAllocatedType()));
+            local->setAllocatedType(withoutPointers(local->getAllocatedType()));
             isChanged = true;
         }
         auto* number = dyn_cast<PtrToIntInst>(&instruction);

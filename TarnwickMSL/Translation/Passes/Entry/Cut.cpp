@@ -104,6 +104,7 @@ ShaderModule cut(Module& program, const EntrySignature& entry) {
     shader.name = entry.name;
     shader.stage = entry.stage;
     shader.earlyFragmentTests = entry.earlyFragmentTests;
+    shader.coversAfterDepth = entry.coversAfterDepth;
     shader.mostThreads = entry.mostThreads;
     shader.patch = entry.patch;
     shader.controlPoints = entry.controlPoints;

@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Translation/Passes/Entry/Interface.h"
 
+#include "TarnwickMSL/Translation/Passes/Calls/MemoryTypes.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <array>
@@ -69,29 +70,6 @@ static bool isFloating(Scalar scalar) {
 
 static bool isSigned(Scalar scalar) {
     return scalar == Scalar::int8 || scalar == Scalar::int16 || scalar == Scalar::int32;
-}
-
-static Type* scalarType(LLVMContext& context, Scalar scalar) {
-    switch (scalar) {
-    case Scalar::bool_:
-    case Scalar::int8:
-    case Scalar::uint8:
-        return Type::getInt8Ty(context);
-    case Scalar::int16:
-    case Scalar::uint16:
-        return Type::getInt16Ty(context);
-    case Scalar::int32:
-    case Scalar::uint32:
-        return Type::getInt32Ty(context);
-    case Scalar::half:
-        return Type::getHalfTy(context);
-    case Scalar::float_:
-        return Type::getFloatTy(context);
-    case Scalar::int64:
-    case Scalar::uint64:
-        return Type::getInt64Ty(context);
-    }
-    return nullptr;
 }
 
 static Type* lanes(Type* scalar, unsigned width) {

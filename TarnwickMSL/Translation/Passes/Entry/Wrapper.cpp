@@ -141,7 +141,8 @@ void Wrapping::hold(const Argument& record, const Argument& member) {
                                .id = member.id,
                                .offset = member.offset,
                                .bytes = static_cast<std::uint32_t>(bytes),
-                               .index = member.index});
+                               .index = member.index,
+                               .stride = static_cast<std::uint32_t>(record.elementBytes)});
 }
 
 TextureVariable Wrapping::textureOf(const Argument& given, std::uint32_t index) {
@@ -151,7 +152,7 @@ TextureVariable Wrapping::textureOf(const Argument& given, std::uint32_t index) 
             .isDepth = given.isDepth,
             .isRead = given.isRead,
             .isWritten = given.isWritten,
-            .isCoherent = given.hasRasterOrder};
+            .isCoherent = given.hasRasterOrder || given.isCoherent};
 }
 
 Value* Wrapping::textures(const Argument& given, llvm::Argument& formal) {

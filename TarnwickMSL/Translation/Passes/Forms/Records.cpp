@@ -64,6 +64,7 @@ static void eachField(const EntrySignature*, auto&& visit) {
     visit("stage", &EntrySignature::stage);
     visit("result_is_record", &EntrySignature::resultIsRecord);
     visit("early_tests", &EntrySignature::earlyFragmentTests);
+    visit("covers_after_depth", &EntrySignature::coversAfterDepth);
     visit("most_threads", &EntrySignature::mostThreads);
     visit("patch", &EntrySignature::patch);
     visit("control_points", &EntrySignature::controlPoints);
@@ -101,6 +102,7 @@ static void eachField(const ArgumentMember*, auto&& visit) {
     visit("offset", &ArgumentMember::offset);
     visit("bytes", &ArgumentMember::bytes);
     visit("index", &ArgumentMember::index);
+    visit("stride", &ArgumentMember::stride);
 }
 
 static void eachField(const StageValue*, auto&& visit) {
@@ -167,6 +169,7 @@ static void eachField(const ShaderModule*, auto&& visit) {
     visit("stage", &ShaderModule::stage);
     visit("uses_loop_budget", &ShaderModule::usesLoopBudget);
     visit("early_tests", &ShaderModule::earlyFragmentTests);
+    visit("covers_after_depth", &ShaderModule::coversAfterDepth);
     visit("orders_fragments", &ShaderModule::ordersFragments);
     visit("most_threads", &ShaderModule::mostThreads);
     visit("patch", &ShaderModule::patch);

@@ -1,6 +1,7 @@
 #include "TarnwickMSL/Translation/Passes/Memory/ArgumentBuffers.h"
 
 #include "TarnwickMSL/SamplerBits.h"
+#include "TarnwickMSL/Translation/Passes/Memory/ArgumentRecords.h"
 #include "TarnwickMSL/Translation/Places.h"
 
 #include <llvm/ADT/MapVector.h>
@@ -37,29 +38,27 @@ Step stepTo(Value* pointer, const DataLayout& layout) {
 class ArgumentBuffer {
   public:
     ArgumentBuffer(ShaderModule& shader, std::uint32_t index)
-        : shader_(shader), index_(index), layout_(shader.module->getDataLayout()) {}
+        : shader_(shader), index_(index), records_(shader, index),
+          layout_(shader.module->getDataLayout()) {}
 
     bool resolve();
 
   private:
     void collect(Value* pointer);
-    const ArgumentMember* memberAt(std::int64_t offset) const;
-    SmallVector<const ArgumentMember*, 8> candidates(const Step& step) const;
-    bool isFirstRecord(const Step& step) const;
+    SmallVector<const ArgumentMember*, 8> candidates(const Step& step);
+    bool choosesRecord(const Step& step) const;
     Constant* valueOf(const ArgumentMember& member, Type* type) const;
     bool resolve(LoadInst& load);
-    void refuse(const StoreInst& store) const;
+    void note(const StoreInst& store);
 
     ShaderModule& shader_;
     std::uint32_t index_;
+    ArgumentRecords records_;
+    bool storesPointers_ = false;
     const DataLayout& layout_;
     SmallVector<LoadInst*, 16> loads_;
     SmallVector<StoreInst*, 4> stores_;
 };
-
-std::string globalName(std::uint32_t index) {
-    return "msl.buffer." + std::to_string(index);
-}
 
 void ArgumentBuffer::collect(Value* pointer) {
     for (User* user : pointer->users()) {
@@ -73,27 +72,17 @@ void ArgumentBuffer::collect(Value* pointer) {
     }
 }
 
-const ArgumentMember* ArgumentBuffer::memberAt(std::int64_t offset) const {
-    auto found = find_if(shader_.members, [&](const ArgumentMember& member) {
-        return member.buffer == index_ && member.offset == offset;
-    });
-    return found == shader_.members.end() ? nullptr : &*found;
-}
-
-// Indices move within arrays of the first record; those of records are longer than a record.
-bool ArgumentBuffer::isFirstRecord(const Step& step) const {
-    auto variable = find_if(shader_.interface, [&](const InterfaceVariable& each) {
-        return each.global == globalName(index_);
-    });
-    return all_of(step.scales, [&](const auto& scale) {
-        return scale.second.abs().getZExtValue() < variable->elementBytes;
+// Indices of run time move within arrays of one record; those of records are as long as a record.
+bool ArgumentBuffer::choosesRecord(const Step& step) const {
+    return any_of(step.scales, [&](const auto& scale) {
+        return scale.second.abs().getZExtValue() >= records_.stride();
     });
 }
 
 // The member at the place and those that the smallest of the steps leads to from there, both ways.
-SmallVector<const ArgumentMember*, 8> ArgumentBuffer::candidates(const Step& step) const {
+SmallVector<const ArgumentMember*, 8> ArgumentBuffer::candidates(const Step& step) {
     SmallVector<const ArgumentMember*, 8> found;
-    const ArgumentMember* first = memberAt(step.offset);
+    const ArgumentMember* first = records_.memberAt(step.offset);
     if (!first)
         return found;
     found.push_back(first);
@@ -102,7 +91,7 @@ SmallVector<const ArgumentMember*, 8> ArgumentBuffer::candidates(const Step& ste
         stride = std::gcd(stride, scale.getSExtValue());
     for (std::int64_t way : {-stride, stride}) {
         std::int64_t offset = step.offset;
-        while (const ArgumentMember* next = way ? memberAt(offset += way) : nullptr) {
+        while (const ArgumentMember* next = way ? records_.memberAt(offset += way) : nullptr) {
             if (next->kind != first->kind)
                 break;
             found.push_back(next);
@@ -113,7 +102,7 @@ SmallVector<const ArgumentMember*, 8> ArgumentBuffer::candidates(const Step& ste
 
 Constant* ArgumentBuffer::valueOf(const ArgumentMember& member, Type* type) const {
     if (member.kind == MemberKind::buffer)
-        return shader_.module->getNamedGlobal(globalName(member.index));
+        return shader_.module->getNamedGlobal(argumentGlobal(member.index));
     bool isSampler = member.kind == MemberKind::sampler;
     return ConstantInt::get(type, isSampler ? samplerArgumentBit | member.index : member.index);
 }
@@ -128,16 +117,20 @@ MemberKind kindOf(const Type* type) {
 
 bool ArgumentBuffer::resolve(LoadInst& load) {
     Step step = stepTo(load.getPointerOperand(), layout_);
-    auto found = candidates(step);
     MemberKind kind = kindOf(load.getType());
-    if (found.empty() || kind == MemberKind::constants || found.front()->kind != kind)
+    const ArgumentMember* member = records_.memberOfAnyRecord(step.offset);
+    if (!member || kind == MemberKind::constants || member->kind != kind)
         return false;
-    if (!isFirstRecord(step)) {
-        if (kind == MemberKind::buffer)
-            return false; // an address
-        throw TranslationError("Only the first record of an argument buffer can have textures and "
-                               "samplers.");
-    }
+    const bool isChosen = choosesRecord(step);
+    if (kind == MemberKind::buffer && (isChosen || storesPointers_))
+        return false; // an address
+    if (isChosen)
+        throw TranslationError("The textures and samplers of an array of argument buffers require "
+                               "an index that is known when the program is compiled.");
+    records_.holdRecordAt(step.offset);
+    auto found = candidates(step);
+    if (found.empty())
+        return false;
     IRBuilder<> builder(&load);
     Value* place = builder.getInt32(static_cast<std::uint32_t>(step.offset));
     for (auto& [index, scale] : step.scales)
@@ -154,22 +147,26 @@ bool ArgumentBuffer::resolve(LoadInst& load) {
     return true;
 }
 
-// The host has read the record when the function runs.
-void ArgumentBuffer::refuse(const StoreInst& store) const {
+// A pointer in memory is an address, which a shader can write. Textures and samplers have been
+// bound when the function runs.
+void ArgumentBuffer::note(const StoreInst& store) {
     Step step = stepTo(const_cast<Value*>(store.getPointerOperand()), layout_);
-    const ArgumentMember* member = memberAt(step.offset);
-    if (member && member->kind != MemberKind::constants)
-        throw TranslationError("A shader cannot write a texture, a sampler or a pointer into an "
-                               "argument buffer.");
+    const ArgumentMember* member = records_.memberOfAnyRecord(step.offset);
+    if (!member || member->kind == MemberKind::constants)
+        return;
+    if (member->kind != MemberKind::buffer)
+        throw TranslationError("A shader cannot write a texture or a sampler into an argument "
+                               "buffer, because they are bound before it runs.");
+    storesPointers_ = true;
 }
 
 bool ArgumentBuffer::resolve() {
-    GlobalVariable* record = shader_.module->getNamedGlobal(globalName(index_));
+    GlobalVariable* record = shader_.module->getNamedGlobal(argumentGlobal(index_));
     if (!record)
         return false;
     collect(record);
     for (StoreInst* store : stores_)
-        at(*store, [&] { refuse(*store); });
+        at(*store, [&] { note(*store); });
     bool isChanged = false;
     for (LoadInst* load : loads_)
         isChanged |= at(*load, [&] { return resolve(*load); });

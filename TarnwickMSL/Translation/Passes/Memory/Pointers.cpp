@@ -50,76 +50,36 @@
 // two candidates, and accesses of a bound buffer are safe at every offset.
 #include "TarnwickMSL/Translation/Passes/Memory/Pointers.h"
 
+#include "TarnwickMSL/Translation/Passes/Memory/PointerNumbers.h"
+#include "TarnwickMSL/Translation/Passes/Memory/PointerRoots.h"
 #include "TarnwickMSL/Translation/Passes/Memory/PointersInMemory.h"
 #include "TarnwickMSL/Translation/Places.h"
 
-#include <llvm/ADT/MapVector.h>
-#include <llvm/ADT/SetVector.h>
 #include <llvm/Analysis/ValueTracking.h>
-#include <llvm/IR/GetElementPtrTypeIterator.h>
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/InstIterator.h>
-#include <llvm/IR/Module.h>
-#include <llvm/IR/Operator.h>
 #include <llvm/Transforms/Utils/BasicBlockUtils.h>
-
-#include <numeric>
 
 namespace tarnwick::msl {
 
 using namespace llvm;
 
-// What a phi or select of pointers has become: the number of its root, and for each root that it
-// may be how far into it, in units.
-struct Chosen {
-    Value* which = nullptr;
-    MapVector<Value*, Value*> offsets;
-};
-
-// The number of the root of null, which has no memory.
-static constexpr std::uint32_t nowhere = UINT32_MAX;
 // A root's bytes, for pointers that become numbers; more than any variable of a thread has.
 static constexpr unsigned rootBits = 24;
-// The upper word of the numbers of variables among addresses.
-static constexpr std::uint64_t ownAddresses = 0xffff0000;
+
+namespace {
 
 class Resolver {
   public:
     Resolver(ShaderModule& shader, PointersInMemory memory)
-        : shader_(shader), main_(*shader.main), memory_(std::move(memory)),
-          layout_(main_.getParent()->getDataLayout()), word_(Type::getInt32Ty(main_.getContext())),
-          wide_(Type::getInt64Ty(main_.getContext())),
-          everywhere_(ConstantPointerNull::get(PointerType::get(main_.getContext(), 0))) {}
+        : main_(*shader.main), memory_(std::move(memory)), numbers_(shader, memory_) {}
 
     bool run();
 
   private:
-    using Roots = SmallSetVector<Value*, 4>;
-
-    void collectRoots(Value* pointer, Roots& roots, SmallPtrSetImpl<Value*>& seen);
-    void collectUnit(Value* pointer, SmallPtrSetImpl<Value*>& seen);
-    Chosen chosen(Value* pointer);
-    Chosen alongGep(GEPOperator& step);
-    Chosen atRoot(Value* root, Value* offset);
-    Chosen merged(PHINode& phi);
-    Chosen mergedAddress(PHINode& phi);
-    Chosen merged(SelectInst& select);
-    Chosen converted(IntToPtrInst& conversion);
-    Value* bytesAlong(GEPOperator& step, IRBuilder<>& builder);
-    Value* addressOf(const Chosen& at, IRBuilder<>& builder);
-    Value* baseAddress(Value* root);
-    Chosen asAddress(const Chosen& at, IRBuilder<>& builder);
-    Value* packed(const Chosen& at, IRBuilder<>& builder);
-    std::uint64_t ownUnit();
+    bool isAddress(const Chosen& at) const { return at.offsets.contains(numbers_.everywhere()); }
     Value* isThere(Instruction& user, const Chosen& at, IRBuilder<>& builder);
     Value* isMeant(Instruction& user, const Chosen& at, Value* root, IRBuilder<>& builder);
-    bool isBuffer(const Value* root) const;
-    std::uint64_t tableSize() const;
-    Value* constant(std::uint64_t value) { return ConstantInt::get(word_, value); }
-    Value* rebuilt(Value* pointer, Value* base, Value* root, IRBuilder<>& builder);
-    Value* inUnits(Value* index, std::uint64_t scale, IRBuilder<>& builder);
-    void workOn(ArrayRef<Value*> pointers);
-    Value* meant(const Chosen& at, IRBuilder<>& builder);
     void compare(ICmpInst& compare);
     void number(PtrToIntInst& conversion);
     void access(Instruction& user);
@@ -128,359 +88,18 @@ class Resolver {
     void store(StoreInst& store, Value* base, const Chosen& to);
     void change(Instruction& call, Value* base, const Chosen& at);
 
-    ShaderModule& shader_;
     Function& main_;
     PointersInMemory memory_;
-    const DataLayout& layout_;
-    Type* word_;
-    Type* wide_;
-    Value* everywhere_; // the root of addresses, which is null as well
-    DenseMap<Value*, Chosen> known_;
-    DenseMap<Value*, Value*> bases_;         // the addresses of buffers
+    PointerNumbers numbers_;
     SmallPtrSet<Instruction*, 8> neverNull_; // accesses whose pointer was compared with null
-    std::optional<std::uint64_t> ownUnit_;   // of the pointers in own memory; 0: all offsets are 0
-    MapVector<Value*, std::uint64_t> numbers_; // of the roots
-    SmallVector<Value*, 2> last_;              // the pointers that known_ and unit_ are for
-    std::uint64_t unit_ = 0;                   // bytes
 };
-
-// Past the steps on top of it.
-static Value* baseOf(Value* pointer) {
-    while (auto* step = dyn_cast<GEPOperator>(pointer))
-        pointer = step->getPointerOperand();
-    return pointer;
-}
-
-static bool isChoice(const Value* pointer) {
-    return isa<PHINode, SelectInst, IntToPtrInst>(pointer);
-}
-
-void Resolver::collectRoots(Value* pointer, Roots& roots, SmallPtrSetImpl<Value*>& seen) {
-    Value* base = baseOf(pointer);
-    if (!seen.insert(base).second || isa<UndefValue>(base))
-        return;
-    if (isa<ConstantPointerNull>(base)) {
-        if (memory_.usesAddresses)
-            roots.insert(everywhere_);
-        return;
-    }
-    if (auto* phi = dyn_cast<PHINode>(base)) {
-        for (Value* incoming : phi->incoming_values())
-            collectRoots(incoming, roots, seen);
-    } else if (auto* select = dyn_cast<SelectInst>(base)) {
-        collectRoots(select->getTrueValue(), roots, seen);
-        collectRoots(select->getFalseValue(), roots, seen);
-    } else if (isa<AllocaInst, GlobalVariable>(base)) {
-        roots.insert(base);
-    } else if (auto* conversion = dyn_cast<IntToPtrInst>(base)) {
-        if (memory_.isAddress(conversion))
-            roots.insert(everywhere_);
-        else
-            for (Value* stored : memory_.stored)
-                collectRoots(stored, roots, seen);
-    } else {
-        throw CompilerFault(
-            "A pointer comes neither from a variable nor from a choice of pointers.");
-    }
-}
-
-// All distances must be whole units, so that the index of an array remains an index.
-void Resolver::collectUnit(Value* pointer, SmallPtrSetImpl<Value*>& seen) {
-    if (!seen.insert(pointer).second)
-        return;
-    if (auto* step = dyn_cast<GEPOperator>(pointer)) {
-        MapVector<Value*, APInt> scales;
-        APInt offset(32, 0);
-        if (!step->collectOffset(layout_, 32, scales, offset))
-            throw CompilerFault("A pointer's step has no constant scale.");
-        unit_ = std::gcd(unit_, offset.abs().getZExtValue());
-        for (auto& [index, scale] : scales)
-            unit_ = std::gcd(unit_, scale.abs().getZExtValue());
-        return collectUnit(step->getPointerOperand(), seen);
-    }
-    if (auto* phi = dyn_cast<PHINode>(pointer))
-        for (Value* incoming : phi->incoming_values())
-            collectUnit(incoming, seen);
-    if (auto* select = dyn_cast<SelectInst>(pointer)) {
-        collectUnit(select->getTrueValue(), seen);
-        collectUnit(select->getFalseValue(), seen);
-    }
-    if (auto* conversion = dyn_cast<IntToPtrInst>(pointer);
-        conversion && !memory_.isAddress(conversion))
-        for (Value* stored : memory_.stored)
-            collectUnit(stored, seen);
-}
-
-// The unit of all pointers in own memory.
-std::uint64_t Resolver::ownUnit() {
-    if (!ownUnit_) {
-        std::uint64_t before = std::exchange(unit_, 0);
-        SmallPtrSet<Value*, 8> seen;
-        for (Value* stored : memory_.stored)
-            collectUnit(stored, seen);
-        ownUnit_ = std::exchange(unit_, before);
-    }
-    return *ownUnit_;
-}
-
-Chosen Resolver::atRoot(Value* root, Value* offset) {
-    auto [entry, isNew] = numbers_.insert({root, numbers_.size()});
-    Chosen result{.which = constant(entry->second), .offsets = {}};
-    result.offsets[root] = offset;
-    return result;
-}
-
-Value* Resolver::inUnits(Value* index, std::uint64_t scale, IRBuilder<>& builder) {
-    Value* wide = builder.CreateSExtOrTrunc(index, word_);
-    return builder.CreateMul(wide, constant(scale / unit_));
-}
-
-Chosen Resolver::alongGep(GEPOperator& step) {
-    Chosen from = chosen(step.getPointerOperand());
-    MapVector<Value*, APInt> scales;
-    APInt offset(32, 0);
-    step.collectOffset(layout_, 32, scales, offset);
-    auto* instruction = dyn_cast<Instruction>(&step);
-    IRBuilder<> builder(instruction ? instruction : main_.getEntryBlock().getTerminator());
-    auto unit = static_cast<std::int64_t>(unit_);
-    Value* moved = constant(static_cast<std::uint64_t>(offset.getSExtValue() / unit));
-    for (auto& [index, scale] : scales)
-        moved = builder.CreateAdd(
-            moved, inUnits(index, static_cast<std::uint64_t>(scale.getSExtValue()), builder));
-    for (auto& [root, before] : from.offsets)
-        before = builder.CreateAdd(before, root == everywhere_ ? bytesAlong(step, builder) : moved);
-    return from;
-}
-
-Value* Resolver::bytesAlong(GEPOperator& step, IRBuilder<>& builder) {
-    MapVector<Value*, APInt> scales;
-    APInt offset(32, 0);
-    step.collectOffset(layout_, 32, scales, offset);
-    Value* bytes = ConstantInt::getSigned(wide_, offset.getSExtValue());
-    for (auto& [index, scale] : scales) {
-        Value* wide = builder.CreateSExtOrTrunc(index, wide_);
-        bytes = builder.CreateAdd(
-            bytes, builder.CreateMul(wide, ConstantInt::getSigned(wide_, scale.getSExtValue())));
-    }
-    return bytes;
-}
-
-// Of the host's buffers.
-bool Resolver::isBuffer(const Value* root) const {
-    auto* global = dyn_cast<GlobalVariable>(root);
-    return global && any_of(shader_.interface, [&](const InterfaceVariable& variable) {
-               return variable.global == global->getName() &&
-                      (variable.kind == InterfaceKind::storageBuffer ||
-                       variable.kind == InterfaceKind::uniformBuffer);
-           });
-}
-
-// The entries of the host's table of addresses: the indices of buffers.
-std::uint64_t Resolver::tableSize() const {
-    std::uint64_t count = mostBuffers;
-    for (const ArgumentMember& member : shader_.members)
-        if (member.kind == MemberKind::buffer)
-            count = std::max<std::uint64_t>(count, member.index + 1);
-    return count;
-}
-
-// From the table, once at the start.
-Value* Resolver::baseAddress(Value* root) {
-    Value*& known = bases_[root];
-    if (known)
-        return known;
-    Module& module = *main_.getParent();
-    Type* table = ArrayType::get(wide_, tableSize());
-    auto* addresses = module.getNamedGlobal("msl.addresses");
-    if (!addresses) {
-        addresses = new GlobalVariable(module, table, false, GlobalValue::ExternalLinkage, nullptr,
-                                       "msl.addresses", nullptr, GlobalValue::NotThreadLocal, 0u);
-        shader_.interface.push_back({.kind = InterfaceKind::bufferAddresses,
-                                     .global = "msl.addresses",
-                                     .builtIn = {},
-                                     .elementBytes = layout_.getTypeAllocSize(table),
-                                     .isReference = true});
-    }
-    auto variable = find_if(shader_.interface, [&](const InterfaceVariable& each) {
-        return each.global == root->getName();
-    });
-    IRBuilder<> atStart(&main_.getEntryBlock(),
-                        main_.getEntryBlock().getFirstNonPHIOrDbgOrAlloca());
-    Value* place = atStart.CreateConstInBoundsGEP2_32(table, addresses, 0, variable->index);
-    known = atStart.CreateLoad(wide_, place);
-    return known;
-}
-
-// As 64 bits: 0 for null, and numbers beyond all addresses for the thread's own variables.
-Value* Resolver::addressOf(const Chosen& at, IRBuilder<>& builder) {
-    Value* result = nullptr;
-    for (auto& [root, offset] : at.offsets) {
-        Value* address = offset;
-        if (root != everywhere_) {
-            Value* bytes = builder.CreateSExt(builder.CreateMul(offset, constant(unit_)), wide_);
-            Value* base =
-                isBuffer(root)
-                    ? baseAddress(root)
-                    : ConstantInt::get(wide_, (numbers_.lookup(root) | ownAddresses) << 32);
-            address = builder.CreateAdd(base, bytes);
-        }
-        Value* isIt = builder.CreateICmpEQ(at.which, constant(numbers_.lookup(root)));
-        result = result ? builder.CreateSelect(isIt, address, result) : address;
-    }
-    return result ? result : ConstantInt::get(wide_, 0);
-}
-
-Chosen Resolver::asAddress(const Chosen& at, IRBuilder<>& builder) {
-    for (auto& [root, offset] : at.offsets)
-        if (root != everywhere_ && !isBuffer(root))
-            throw TranslationError(unresolvedPointer);
-    return atRoot(everywhere_, addressOf(at, builder));
-}
-
-// A number in own memory: the root's above 32 bits, the offset in ownUnit() below.
-Value* Resolver::packed(const Chosen& at, IRBuilder<>& builder) {
-    std::uint64_t units = ownUnit() ? unit_ / ownUnit() : 0;
-    Value* offset = builder.CreateMul(meant(at, builder), constant(units));
-    Value* which = builder.CreateShl(builder.CreateZExt(at.which, wide_), 32);
-    return builder.CreateOr(which, builder.CreateZExt(offset, wide_));
-}
-
-Chosen Resolver::converted(IntToPtrInst& conversion) {
-    IRBuilder<> builder(conversion.getNextNode());
-    Value* number = builder.CreateZExtOrTrunc(conversion.getOperand(0), wide_);
-    if (memory_.isAddress(&conversion))
-        return atRoot(everywhere_, number);
-    Roots roots;
-    SmallPtrSet<Value*, 8> seen;
-    collectRoots(&conversion, roots, seen);
-    Chosen result{.which = builder.CreateTrunc(builder.CreateLShr(number, 32), word_),
-                  .offsets = {}};
-    Value* offset = builder.CreateMul(builder.CreateTrunc(number, word_),
-                                      constant(ownUnit() ? ownUnit() / unit_ : 0));
-    for (Value* root : roots) {
-        numbers_.insert({root, numbers_.size()});
-        result.offsets[root] = offset;
-    }
-    return result;
-}
-
-// The value where all agree that are not undefined.
-static Value* simplified(PHINode* phi) {
-    Value* same = nullptr;
-    for (Value* incoming : phi->incoming_values()) {
-        if (isa<UndefValue>(incoming) || incoming == phi)
-            continue;
-        if (!isa<Constant>(incoming) || (same && same != incoming))
-            return phi;
-        same = incoming;
-    }
-    return same ? same : phi;
-}
-
-Chosen Resolver::merged(PHINode& phi) {
-    Roots roots;
-    SmallPtrSet<Value*, 8> seen;
-    collectRoots(&phi, roots, seen);
-    IRBuilder<> builder(&phi);
-    if (roots.contains(everywhere_))
-        return mergedAddress(phi);
-    Chosen result{.which = builder.CreatePHI(word_, phi.getNumIncomingValues()), .offsets = {}};
-    for (Value* root : roots)
-        result.offsets[root] = builder.CreatePHI(word_, phi.getNumIncomingValues());
-    known_[&phi] = result;
-    for (unsigned n = 0; n < phi.getNumIncomingValues(); ++n) {
-        Chosen from = chosen(phi.getIncomingValue(n));
-        cast<PHINode>(result.which)->addIncoming(from.which, phi.getIncomingBlock(n));
-        for (auto& [root, offset] : result.offsets) {
-            Value* there = from.offsets.lookup(root);
-            cast<PHINode>(offset)->addIncoming(there ? there : UndefValue::get(word_),
-                                               phi.getIncomingBlock(n));
-        }
-    }
-    result.which = simplified(cast<PHINode>(result.which));
-    for (auto& [root, offset] : result.offsets)
-        offset = simplified(cast<PHINode>(offset));
-    return result;
-}
-
-Chosen Resolver::mergedAddress(PHINode& phi) {
-    auto* address = IRBuilder<>(&phi).CreatePHI(wide_, phi.getNumIncomingValues());
-    Chosen result = atRoot(everywhere_, address);
-    known_[&phi] = result;
-    for (unsigned n = 0; n < phi.getNumIncomingValues(); ++n) {
-        Chosen from = chosen(phi.getIncomingValue(n));
-        IRBuilder<> builder(phi.getIncomingBlock(n)->getTerminator());
-        address->addIncoming(asAddress(from, builder).offsets[everywhere_],
-                             phi.getIncomingBlock(n));
-    }
-    return result;
-}
-
-Chosen Resolver::merged(SelectInst& select) {
-    Chosen yes = chosen(select.getTrueValue()), no = chosen(select.getFalseValue());
-    IRBuilder<> builder(&select);
-    if (yes.offsets.contains(everywhere_) || no.offsets.contains(everywhere_)) {
-        yes = asAddress(yes, builder);
-        no = asAddress(no, builder);
-    }
-    Chosen result{.which = builder.CreateSelect(select.getCondition(), yes.which, no.which),
-                  .offsets = {}};
-    result.offsets = no.offsets;
-    for (auto& [root, offset] : yes.offsets) {
-        Value*& there = result.offsets[root];
-        there = there ? builder.CreateSelect(select.getCondition(), offset, there) : offset;
-    }
-    return result;
-}
-
-Chosen Resolver::chosen(Value* pointer) {
-    if (auto found = known_.find(pointer); found != known_.end())
-        return found->second;
-    Chosen result;
-    if (auto* phi = dyn_cast<PHINode>(pointer))
-        result = merged(*phi);
-    else if (auto* select = dyn_cast<SelectInst>(pointer))
-        result = merged(*select);
-    else if (auto* step = dyn_cast<GEPOperator>(pointer))
-        result = alongGep(*step);
-    else if (auto* conversion = dyn_cast<IntToPtrInst>(pointer))
-        result = converted(*conversion);
-    else if (isa<ConstantPointerNull>(pointer) && memory_.usesAddresses)
-        result = atRoot(everywhere_, ConstantInt::get(wide_, 0));
-    else if (isa<UndefValue, ConstantPointerNull>(pointer))
-        result.which = constant(nowhere);
-    else
-        result = atRoot(pointer, constant(0));
-    return known_[pointer] = result;
-}
-
-// The steps from `base` to `pointer` again, from one root.
-Value* Resolver::rebuilt(Value* pointer, Value* base, Value* root, IRBuilder<>& builder) {
-    if (pointer == base) {
-        Value* offset = chosen(base).offsets[root];
-        if (root == everywhere_) // not a constant, which would have no instruction
-            return builder.Insert(new IntToPtrInst(offset, root->getType()));
-        if (auto* number = dyn_cast<ConstantInt>(offset); number && number->isZero())
-            return root;
-        auto bits = static_cast<unsigned>(unit_) * 8;
-        Type* unit = unit_ <= 4 && std::has_single_bit(unit_)
-                         ? static_cast<Type*>(builder.getIntNTy(bits))
-                         : ArrayType::get(builder.getInt8Ty(), unit_);
-        return builder.CreateGEP(unit, root, offset);
-    }
-    auto* step = cast<GetElementPtrInst>(pointer);
-    Value* inner = rebuilt(step->getPointerOperand(), base, root, builder);
-    auto* copy = cast<GetElementPtrInst>(builder.Insert(step->clone()));
-    copy->setOperand(0, inner);
-    return copy;
-}
 
 // Whether the access is to happen: not by null. Null itself if that is known.
 Value* Resolver::isThere(Instruction& user, const Chosen& at, IRBuilder<>& builder) {
-    auto address = at.offsets.find(everywhere_);
+    auto address = at.offsets.find(numbers_.everywhere());
     if (address == at.offsets.end() || neverNull_.contains(&user))
         return nullptr;
-    return builder.CreateICmpNE(address->second, ConstantInt::get(wide_, 0));
+    return builder.CreateIsNotNull(address->second);
 }
 
 void Resolver::load(LoadInst& load, Value* base, const Chosen& from) {
@@ -488,7 +107,8 @@ void Resolver::load(LoadInst& load, Value* base, const Chosen& from) {
     if (Value* condition = isThere(load, from, builder)) {
         BasicBlock* before = load.getParent();
         builder.SetInsertPoint(SplitBlockAndInsertIfThen(condition, &load, false));
-        Value* pointer = rebuilt(load.getPointerOperand(), base, everywhere_, builder);
+        Value* pointer =
+            numbers_.rebuilt(load.getPointerOperand(), base, numbers_.everywhere(), builder);
         Instruction* one = builder.CreateAlignedLoad(load.getType(), pointer, load.getAlign());
         builder.SetInsertPoint(load.getParent(), load.getParent()->begin());
         PHINode* result = builder.CreatePHI(load.getType(), 2);
@@ -498,9 +118,9 @@ void Resolver::load(LoadInst& load, Value* base, const Chosen& from) {
     }
     Value* result = nullptr;
     for (auto& [root, offset] : from.offsets) {
-        Value* pointer = rebuilt(load.getPointerOperand(), base, root, builder);
+        Value* pointer = numbers_.rebuilt(load.getPointerOperand(), base, root, builder);
         Value* one = builder.CreateAlignedLoad(load.getType(), pointer, load.getAlign());
-        Value* isIt = builder.CreateICmpEQ(from.which, constant(numbers_.lookup(root)));
+        Value* isIt = numbers_.isRoot(from, root, builder);
         result = result ? builder.CreateSelect(isIt, one, result) : one;
     }
     load.replaceAllUsesWith(result ? result : UndefValue::get(load.getType()));
@@ -509,7 +129,7 @@ void Resolver::load(LoadInst& load, Value* base, const Chosen& from) {
 // The condition of an access to one of the roots; null if there is none.
 Value* Resolver::isMeant(Instruction& user, const Chosen& at, Value* root, IRBuilder<>& builder) {
     if (at.offsets.size() > 1)
-        return builder.CreateICmpEQ(at.which, constant(numbers_.lookup(root)));
+        return numbers_.isRoot(at, root, builder);
     return isThere(user, at, builder);
 }
 
@@ -519,7 +139,7 @@ void Resolver::store(StoreInst& store, Value* base, const Chosen& to) {
         IRBuilder<> builder(&store);
         if (Value* isIt = isMeant(store, to, root, builder))
             builder.SetInsertPoint(SplitBlockAndInsertIfThen(isIt, &store, false));
-        Value* pointer = rebuilt(store.getPointerOperand(), base, root, builder);
+        Value* pointer = numbers_.rebuilt(store.getPointerOperand(), base, root, builder);
         builder.CreateAlignedStore(store.getValueOperand(), pointer, store.getAlign());
     }
 }
@@ -533,7 +153,7 @@ void Resolver::change(Instruction& call, Value* base, const Chosen& at) {
         Value* isIt = isMeant(call, at, root, builder);
         if (isIt)
             builder.SetInsertPoint(SplitBlockAndInsertIfThen(isIt, &call, false));
-        Value* pointer = rebuilt(call.getOperand(0), base, root, builder);
+        Value* pointer = numbers_.rebuilt(call.getOperand(0), base, root, builder);
         Instruction* one = builder.Insert(call.clone());
         one->setOperand(0, pointer);
         if (!isIt || call.getType()->isVoidTy()) {
@@ -550,40 +170,18 @@ void Resolver::change(Instruction& call, Value* base, const Chosen& at) {
         call.replaceAllUsesWith(result ? result : UndefValue::get(call.getType()));
 }
 
-// Offsets are in units that all of these pointers share.
-void Resolver::workOn(ArrayRef<Value*> pointers) {
-    if (pointers == ArrayRef(last_))
-        return;
-    last_.assign(pointers.begin(), pointers.end());
-    unit_ = 0;
-    SmallPtrSet<Value*, 8> seen;
-    for (Value* pointer : pointers)
-        collectUnit(pointer, seen);
-    unit_ = std::max<std::uint64_t>(1, unit_);
-    known_.clear();
-}
-
-// The offset into the root that it is.
-Value* Resolver::meant(const Chosen& at, IRBuilder<>& builder) {
-    Value* result = nullptr;
-    for (auto& [root, offset] : at.offsets) {
-        Value* isIt = builder.CreateICmpEQ(at.which, constant(numbers_.lookup(root)));
-        result = result ? builder.CreateSelect(isIt, offset, result) : offset;
-    }
-    return result ? result : constant(0);
-}
-
 // Order is defined within one variable only (Metal Shading Language 3.1, which has C++'s
 // rules for it); equality asks for the variable as well.
 void Resolver::compare(ICmpInst& compare) {
-    workOn({compare.getOperand(0), compare.getOperand(1)});
-    Chosen a = chosen(compare.getOperand(0)), b = chosen(compare.getOperand(1));
+    numbers_.workOn({compare.getOperand(0), compare.getOperand(1)});
+    Chosen a = numbers_.chosen(compare.getOperand(0)), b = numbers_.chosen(compare.getOperand(1));
     IRBuilder<> builder(&compare);
-    if (a.offsets.contains(everywhere_) || b.offsets.contains(everywhere_))
-        return compare.replaceAllUsesWith(builder.CreateICmp(
-            compare.getPredicate(), addressOf(a, builder), addressOf(b, builder)));
-    Value* result =
-        builder.CreateICmp(compare.getSignedPredicate(), meant(a, builder), meant(b, builder));
+    if (isAddress(a) || isAddress(b))
+        return compare.replaceAllUsesWith(builder.CreateICmp(compare.getPredicate(),
+                                                             numbers_.addressOf(a, builder),
+                                                             numbers_.addressOf(b, builder)));
+    Value* result = builder.CreateICmp(compare.getSignedPredicate(), numbers_.offset(a, builder),
+                                       numbers_.offset(b, builder));
     if (compare.getPredicate() == CmpInst::ICMP_EQ)
         result = builder.CreateAnd(result, builder.CreateICmpEQ(a.which, b.which));
     else if (compare.getPredicate() == CmpInst::ICMP_NE)
@@ -593,28 +191,29 @@ void Resolver::compare(ICmpInst& compare) {
 
 // Each root has its own range of numbers, so that pointers differ and differences are in bytes.
 void Resolver::number(PtrToIntInst& conversion) {
-    workOn({conversion.getPointerOperand()});
-    Chosen at = chosen(conversion.getPointerOperand());
+    numbers_.workOn({conversion.getPointerOperand()});
+    Chosen at = numbers_.chosen(conversion.getPointerOperand());
     IRBuilder<> builder(&conversion);
     if (!memory_.isAddress(&conversion))
-        return conversion.replaceAllUsesWith(packed(at, builder));
+        return conversion.replaceAllUsesWith(numbers_.packed(at, builder));
     if (memory_.usesAddresses) {
         bool isStored = all_of(conversion.users(), [](User* user) { return isa<StoreInst>(user); });
-        Value* address =
-            isStored ? asAddress(at, builder).offsets[everywhere_] : addressOf(at, builder);
+        Value* address = isStored ? numbers_.asAddress(at, builder).offsets[numbers_.everywhere()]
+                                  : numbers_.addressOf(at, builder);
         return conversion.replaceAllUsesWith(
             builder.CreateZExtOrTrunc(address, conversion.getType()));
     }
-    Value* first = builder.CreateShl(builder.CreateAdd(at.which, constant(1)), rootBits);
-    Value* bytes = builder.CreateMul(meant(at, builder), constant(unit_));
+    Value* first = builder.CreateShl(builder.CreateAdd(at.which, numbers_.constant(1)), rootBits);
+    Value* bytes =
+        builder.CreateMul(numbers_.offset(at, builder), numbers_.constant(numbers_.unit()));
     Value* number = builder.CreateAdd(first, bytes);
     for (User* user : make_early_inc_range(conversion.users()))
-        if (auto* cut = dyn_cast<TruncInst>(user); cut && cut->getType() == word_)
+        if (auto* cut = dyn_cast<TruncInst>(user); cut && cut->getType()->isIntegerTy(32))
             cut->replaceAllUsesWith(number);
     conversion.replaceAllUsesWith(builder.CreateZExtOrTrunc(number, conversion.getType()));
 }
 
-static bool comparesPointers(const Instruction& instruction) {
+bool comparesPointers(const Instruction& instruction) {
     return isa<ICmpInst>(instruction) && instruction.getOperand(0)->getType()->isPointerTy();
 }
 
@@ -633,11 +232,9 @@ void Resolver::access(Instruction& user) {
     if (auto* call = dyn_cast<CallBase>(&user))
         pointer = call->getArgOperand(0);
     Value* base = baseOf(pointer);
-    Roots roots;
-    SmallPtrSet<Value*, 8> seen;
-    collectRoots(base, roots, seen);
-    workOn({base});
-    Chosen to = chosen(base);
+    rootsOf(base, memory_); // throws where there are others
+    numbers_.workOn({base});
+    Chosen to = numbers_.chosen(base);
     if (auto* reading = dyn_cast<LoadInst>(&user)) {
         load(*reading, base, to);
     } else if (auto* writing = dyn_cast<StoreInst>(&user)) {
@@ -647,44 +244,8 @@ void Resolver::access(Instruction& user) {
     }
 }
 
-// Whether the constant is made of a conversion between a pointer and a number.
-static bool hasConversion(const Value* value) {
-    auto* constant = dyn_cast<ConstantExpr>(value);
-    if (!constant)
-        return false;
-    return constant->getOpcode() == Instruction::PtrToInt ||
-           constant->getOpcode() == Instruction::IntToPtr ||
-           any_of(constant->operands(), [](const Use& each) { return hasConversion(each); });
-}
-
-static Instruction* separated(ConstantExpr& constant, Instruction& before) {
-    Instruction* made = constant.getAsInstruction();
-    made->insertBefore(before.getIterator());
-    for (Use& operand : made->operands())
-        if (hasConversion(operand))
-            operand.set(separated(*cast<ConstantExpr>(operand), *made));
-    return made;
-}
-
-// Conversions of constants as instructions of their own.
-static void separateNumbers(Function& main) {
-    for (Instruction& instruction : make_early_inc_range(instructions(main)))
-        for (Use& operand : instruction.operands()) {
-            if (!hasConversion(operand))
-                continue;
-            auto* phi = dyn_cast<PHINode>(&instruction);
-            Instruction* before =
-                phi ? phi->getIncomingBlock(operand)->getTerminator() : &instruction;
-            Instruction* number = separated(*cast<ConstantExpr>(operand), *before);
-            if (phi)
-                phi->setIncomingValueForBlock(phi->getIncomingBlock(operand), number);
-            else
-                operand.set(number);
-        }
-}
-
 // Whether a branch on the way to the block has compared the pointer with null.
-static bool isComparedWithNull(const Value* pointer, const BasicBlock* block) {
+bool isComparedWithNull(const Value* pointer, const BasicBlock* block) {
     for (const BasicBlock* from = block->getSinglePredecessor(); from;
          block = from, from = block->getSinglePredecessor()) {
         auto* branch = dyn_cast<BranchInst>(from->getTerminator());
@@ -718,8 +279,9 @@ bool Resolver::run() {
     return !users.empty();
 }
 
+} // namespace
+
 bool resolvePointers(ShaderModule& shader, const Target& target) {
-    separateNumbers(*shader.main);
     PointersInMemory memory = numberPointersInMemory(*shader.main, target.followsAddresses);
     return Resolver(shader, std::move(memory)).run();
 }

@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Translation/Passes/Memory/PointersInMemory.h"
 
+#include "TarnwickMSL/Translation/Passes/Calls/MemoryTypes.h"
 #include "TarnwickMSL/Translation/Places.h"
 
 #include <llvm/IR/Constants.h>
@@ -19,26 +20,35 @@ static constexpr const char* noAddresses =
     "A pointer kept in a buffer is not available to this program, because nothing would bound its "
     "accesses.";
 
-namespace {
-
-// Whether the memory at the pointer is a buffer, or may be: a pointer from memory points to one.
-bool isInBuffer(const Value* pointer, SmallPtrSetImpl<const Value*>& seen) {
+const Value* baseOf(const Value* pointer) {
     while (auto* step = dyn_cast<GEPOperator>(pointer))
         pointer = step->getPointerOperand();
+    return pointer;
+}
+
+namespace {
+
+// Whether a base of the pointer, through all choices, is one of the wanted.
+template <class Wanted>
+bool hasBase(const Value* pointer, SmallPtrSetImpl<const Value*>& seen, Wanted isWanted) {
+    pointer = baseOf(pointer);
     if (!seen.insert(pointer).second)
         return false;
     if (auto* choice = dyn_cast<User>(pointer); choice && isa<PHINode, SelectInst>(choice))
         return any_of(choice->operands(), [&](const Use& operand) {
-            return operand->getType()->isPointerTy() && isInBuffer(operand, seen);
+            return operand->getType()->isPointerTy() && hasBase(operand, seen, isWanted);
         });
-    if (auto* global = dyn_cast<GlobalVariable>(pointer))
-        return global->isDeclaration() && !global->getName().starts_with("msl.threadgroup.");
-    return isa<LoadInst, IntToPtrInst>(pointer);
+    return isWanted(pointer);
 }
 
+// Whether the memory at the pointer is a buffer, or may be: a pointer from memory points to one.
 bool isInBuffer(const Value* pointer) {
     SmallPtrSet<const Value*, 8> seen;
-    return isInBuffer(pointer, seen);
+    return hasBase(pointer, seen, [](const Value* base) {
+        if (auto* global = dyn_cast<GlobalVariable>(base))
+            return global->isDeclaration() && !global->getName().starts_with("msl.threadgroup.");
+        return isa<LoadInst, IntToPtrInst>(base);
+    });
 }
 
 // Whether the number serves only for a distance or a comparison of pointers into one variable.
@@ -66,9 +76,8 @@ class Numbering {
     void useAddresses();
     void replace(LoadInst& load);
     void replace(StoreInst& store);
-    Type* withoutPointers(Type* type) const;
     void retypeMemory();
-    bool mayBeAddress(const Value* pointer, SmallPtrSetImpl<const Value*>& seen) const;
+    bool storesAddress() const;
 
     Function& main_;
     bool mayUseAddresses_;
@@ -123,22 +132,6 @@ void Numbering::replace(StoreInst& store) {
     store.eraseFromParent();
 }
 
-Type* Numbering::withoutPointers(Type* type) const {
-    if (type->isPointerTy())
-        return number_;
-    if (auto* array = dyn_cast<ArrayType>(type))
-        return ArrayType::get(withoutPointers(array->getElementType()), array->getNumElements());
-    auto* record = dyn_cast<StructType>(type);
-    if (!record)
-        return type;
-    SmallVector<Type*, 8> members;
-    for (Type* member : record->elements())
-        members.push_back(withoutPointers(member));
-    return ArrayRef<Type*>(members) == record->elements()
-               ? type
-               : StructType::get(type->getContext(), members, record->isPacked());
-}
-
 // The offsets of the members stay, so that steps through the old types still lead to them.
 void Numbering::retypeMemory() {
     for (Instruction& instruction : make_early_inc_range(instructions(main_))) {
@@ -171,25 +164,21 @@ bool copiesNumbers(const Instruction& instruction) {
 }
 
 bool readsTable(const LoadInst& load) {
-    const Value* pointer = load.getPointerOperand();
-    while (auto* step = dyn_cast<GEPOperator>(pointer))
-        pointer = step->getPointerOperand();
-    auto* global = dyn_cast<GlobalVariable>(pointer);
+    auto* global = dyn_cast<GlobalVariable>(baseOf(load.getPointerOperand()));
     return global && global->hasInitializer() && !isa<UndefValue>(global->getInitializer());
 }
 
-// Null is an address where there are others.
-bool Numbering::mayBeAddress(const Value* pointer, SmallPtrSetImpl<const Value*>& seen) const {
-    while (auto* step = dyn_cast<GEPOperator>(pointer))
-        pointer = step->getPointerOperand();
-    if (!seen.insert(pointer).second)
-        return false;
-    if (auto* choice = dyn_cast<User>(pointer); choice && isa<PHINode, SelectInst>(choice))
-        return any_of(choice->operands(), [&](const Use& operand) {
-            return operand->getType()->isPointerTy() && mayBeAddress(operand, seen);
+// Whether a pointer that is stored in own memory may be an address. Null is one where there are
+// others.
+bool Numbering::storesAddress() const {
+    SmallPtrSet<const Value*, 8> seen;
+    return any_of(found_.stored, [&](const Value* stored) {
+        return hasBase(stored, seen, [&](const Value* base) {
+            auto* conversion = dyn_cast<IntToPtrInst>(base);
+            return isa<ConstantPointerNull>(base) ||
+                   (conversion && !found_.own.contains(conversion));
         });
-    auto* conversion = dyn_cast<IntToPtrInst>(pointer);
-    return isa<ConstantPointerNull>(pointer) || (conversion && !found_.own.contains(conversion));
+    });
 }
 
 PointersInMemory Numbering::run() {
@@ -215,16 +204,50 @@ PointersInMemory Numbering::run() {
     retypeMemory();
     for (PtrToIntInst* number : ownNumbers_)
         found_.stored.push_back(number->getPointerOperand());
-    SmallPtrSet<const Value*, 8> seen;
-    found_.ownAreAddresses =
-        found_.usesAddresses &&
-        (copies || any_of(found_.stored, [&](Value* each) { return mayBeAddress(each, seen); }));
+    found_.ownAreAddresses = found_.usesAddresses && (copies || storesAddress());
     return std::move(found_);
+}
+
+// Whether the constant is made of a conversion between a pointer and a number.
+bool hasConversion(const Value* value) {
+    auto* constant = dyn_cast<ConstantExpr>(value);
+    if (!constant)
+        return false;
+    return constant->getOpcode() == Instruction::PtrToInt ||
+           constant->getOpcode() == Instruction::IntToPtr ||
+           any_of(constant->operands(), [](const Use& each) { return hasConversion(each); });
+}
+
+Instruction* separated(ConstantExpr& constant, Instruction& before) {
+    Instruction* made = constant.getAsInstruction();
+    made->insertBefore(before.getIterator());
+    for (Use& operand : made->operands())
+        if (hasConversion(operand))
+            operand.set(separated(*cast<ConstantExpr>(operand), *made));
+    return made;
+}
+
+// Conversions of constants as instructions of their own.
+void separateNumbers(Function& main) {
+    for (Instruction& instruction : make_early_inc_range(instructions(main)))
+        for (Use& operand : instruction.operands()) {
+            if (!hasConversion(operand))
+                continue;
+            auto* phi = dyn_cast<PHINode>(&instruction);
+            Instruction* before =
+                phi ? phi->getIncomingBlock(operand)->getTerminator() : &instruction;
+            Instruction* number = separated(*cast<ConstantExpr>(operand), *before);
+            if (phi)
+                phi->setIncomingValueForBlock(phi->getIncomingBlock(operand), number);
+            else
+                operand.set(number);
+        }
 }
 
 } // namespace
 
 PointersInMemory numberPointersInMemory(Function& main, bool mayUseAddresses) {
+    separateNumbers(main);
     return Numbering(main, mayUseAddresses).run();
 }
 

@@ -7,6 +7,9 @@
 
 namespace tarnwick::msl {
 
+// The pointer without the steps on top of it.
+const llvm::Value* baseOf(const llvm::Value* pointer);
+
 // What `pointers` must know of the conversions that stand for loads and stores of pointers.
 struct PointersInMemory {
     // Conversions of pointers that the thread or the threadgroup keeps for itself, and the pointers
@@ -27,9 +30,10 @@ struct PointersInMemory {
 // The sentence for pointers that cannot be resolved.
 extern const char* const unresolvedPointer;
 
-// Turns each load of a pointer into a load of an integer and a conversion, each store into a
-// conversion and a store, and removes pointers from the types of the memory. `mayUseAddresses`:
-// otherwise throws TranslationError on code that uses addresses.
+// Makes conversions of constants instructions. Turns each load of a pointer into a load of an
+// integer and a conversion, each store into a conversion and a store, and removes pointers from the
+// types of the memory. `mayUseAddresses`: otherwise throws TranslationError on code that uses
+// addresses.
 PointersInMemory numberPointersInMemory(llvm::Function& main, bool mayUseAddresses);
 
 } // namespace tarnwick::msl
