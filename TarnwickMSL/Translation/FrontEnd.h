@@ -2,9 +2,7 @@
 // FrontEnd/StandardLibrary.cpp.
 #pragma once
 
-#include "TarnwickMSL/Constants.h"
-#include "TarnwickMSL/Translation/Signature.h"
-#include "TarnwickMSL/Translation/StepTimes.h"
+#include "TarnwickMSL/Translation/Parsed.h"
 
 #include <memory>
 #include <string>
@@ -13,13 +11,10 @@
 
 namespace llvm {
 class LLVMContext;
-class Module;
 } // namespace llvm
 
 namespace tarnwick::msl {
 
-struct Parsed;
-struct ParseOptions;
 struct KeptSession;
 
 // The standard library in precompiled form. Make it once per process, or read it from the file that
@@ -48,24 +43,6 @@ class StandardLibrary {
     std::shared_ptr<const std::string> precompiled_;
     std::shared_ptr<void> files_;
     std::shared_ptr<KeptSession> session_; // for the next program
-};
-
-struct Parsed {
-    std::unique_ptr<llvm::Module> module;     // null when there were errors
-    std::vector<EntrySignature> entries;      // in source order
-    std::vector<ConstantSignature> constants; // without a value, in source order
-    std::string messages;                     // Clang's text, with "N errors generated." at its end
-    bool failed = false;
-};
-
-// Whether instructions keep their lines, for messages. Keeping them takes time.
-enum class Places : bool { left, kept };
-
-struct ParseOptions {
-    Places places = Places::left;
-    std::string moreWarningsIn; // Compile.h
-    ConstantValues constants;   // Compile.h
-    StepTimes* times = nullptr;
 };
 
 Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVMContext& context,

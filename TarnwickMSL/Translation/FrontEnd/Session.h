@@ -9,10 +9,10 @@
 // The declarations of the last program remain, for the same text with other numbers (Numbers.h).
 #pragma once
 
-#include "TarnwickMSL/Translation/FrontEnd.h"
 #include "TarnwickMSL/Translation/FrontEnd/Compiler.h"
 #include "TarnwickMSL/Translation/FrontEnd/Numbers.h"
 #include "TarnwickMSL/Translation/FrontEnd/Session/LibraryUses.h"
+#include "TarnwickMSL/Translation/Parsed.h"
 
 #include <memory>
 #include <optional>
