@@ -2,6 +2,7 @@
 
 #include "TarnwickRender/Program/HostFunctions.h"
 #include "TarnwickRender/Program/ParamBuffer.h"
+#include "TarnwickRender/Program/PipelineTask.h"
 #include "TarnwickRender/Run/ShaderRun.h"
 
 #include <array>
@@ -18,25 +19,35 @@ std::unique_ptr<gpu::Texture> blankTexture(gpu::Device& device) {
     return texture;
 }
 
+// All pipelines are made at the same time. The final pass is asked last, so that errors of the
+// kind's own functions are reported first.
 ProgramParts makeParts(const CompiledEpisode& compiled, gpu::Device& device,
                        gpu::PixelFormat pixelFormat) {
     const AssembledShader& shader = compiled.shader;
     const gpu::Library& library = *compiled.library;
     const HostStages stages(library, ShaderAssembler::vertexName, ShaderAssembler::fragmentName,
                             pixelFormat);
+    auto picture = pipelineTask([&] { return device.newRenderPipelineState(stages.descriptor); });
+    auto particles = pipelineTask([&]() -> std::optional<ParticlePipelines> {
+        if (!shader.isParticles())
+            return std::nullopt;
+        return makeParticlePipelines(device, library, shader.particles);
+    });
+    auto mesh = pipelineTask([&]() -> std::optional<MeshPipelines> {
+        if (!shader.isMesh())
+            return std::nullopt;
+        return makeMeshPipelines(device, library, shader.grid,
+                                 shader.hasBackground ? MeshBackground::byEpisode
+                                                      : MeshBackground::none);
+    });
     ProgramParts parts{.params = shader.params};
     if (shader.hasSound)
         parts.soundPipeline = hostKernel(device, library, ShaderAssembler::soundName);
-    if (shader.isParticles())
-        parts.particles = makeParticlePipelines(device, library, shader.particles);
-    if (shader.isMesh())
-        parts.mesh = makeMeshPipelines(device, library, shader.grid,
-                                       shader.hasBackground ? MeshBackground::byEpisode
-                                                            : MeshBackground::none);
+    parts.particles = particles.get();
+    parts.mesh = mesh.get();
     if (shader.usesInputs)
         parts.blank = blankTexture(device);
-    // Last, so that errors of the kind's own functions are reported first.
-    parts.pipeline = device.newRenderPipelineState(stages.descriptor);
+    parts.pipeline = picture.get();
     return parts;
 }
 

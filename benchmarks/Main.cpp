@@ -30,13 +30,14 @@ and without either:
   (e) milliseconds to render the sound of an episode, and to analyse it;
   (f) the speed of reading text and data;
   (g) milliseconds to export movies, compared with drawing only and encoding only;
-  (h) the additional memory of a long movie compared with a short one.
+  (h) the additional memory of a long movie compared with a short one;
+  (i) milliseconds from the text of an episode to its first picture.
 --only measures the shaders and scenes whose name contains NAME. (d) is named "updating", (e)
 "sound"; (f) and (g) have a name for each line, such as "osc" and "export heavy"; (h) is named
-"export-memory".
+"export-memory", (i) is "first picture" and the name of the episode.
 )";
 
-constexpr int textRounds = 21;
+constexpr int textRounds = 21, firstPictureRounds = 3;
 
 struct Options {
     std::string only;
@@ -86,17 +87,20 @@ struct Plan {
     std::vector<SceneCase> scenes;
     std::vector<TextCase> texts;
     std::vector<ExportCase> exports;
+    std::vector<FirstPictureCase> firstPictures;
     bool updates = false, sounds = false, exportMemory = false;
 
     explicit Plan(const std::string& only)
         : shaders(cases(TARNWICK_BENCH_SHADERS)), episodes(episodeCases(TARNWICK_BENCH_EPISODES)),
           scenes(sceneCases()), texts(textCases(TARNWICK_BENCH_EPISODES)),
-          exports(exportCases(TARNWICK_BENCH_SHADERS, TARNWICK_BENCH_EPISODES)) {
+          exports(exportCases(TARNWICK_BENCH_SHADERS, TARNWICK_BENCH_EPISODES)),
+          firstPictures(firstPictureCases(TARNWICK_BENCH_EPISODES)) {
         keepNamed(shaders, only);
         keepNamed(episodes, only);
         keepNamed(scenes, only);
         keepNamed(texts, only);
         keepNamed(exports, only);
+        keepNamed(firstPictures, only);
         auto isWanted = [&](std::string_view name) { return name.find(only) != name.npos; };
         updates = isWanted("updating");
         sounds = isWanted("sound");
@@ -104,7 +108,8 @@ struct Plan {
     }
 
     bool takesDevice() const {
-        return !shaders.empty() || !scenes.empty() || !exports.empty() || updates || sounds;
+        return !shaders.empty() || !scenes.empty() || !exports.empty() || !firstPictures.empty() ||
+               updates || sounds;
     }
     bool isEmpty() const {
         return texts.empty() && episodes.empty() && !exportMemory && !takesDevice();
@@ -119,6 +124,8 @@ struct Plan {
 bool runOnDevice(const Plan& plan, const Options& given) {
     const std::filesystem::path sceneFolder =
         std::filesystem::path(TARNWICK_BENCH_SHADERS) / "scenes";
+    // For first pictures the driver must compile.
+    setenv("MESA_SHADER_CACHE_DISABLE", "true", 0);
     const auto drawing = Drawing::make();
     if (!drawing) {
         std::fputs("There is no Vulkan device.\n", stderr);
@@ -127,6 +134,9 @@ bool runOnDevice(const Plan& plan, const Options& given) {
     bool good = true;
     if (!plan.shaders.empty())
         good = printDrawing(*drawing, plan.shaders, given.drawRounds) && good;
+    if (!plan.firstPictures.empty())
+        good =
+            printFirstPictures(*drawing->device(), plan.firstPictures, firstPictureRounds) && good;
     if (!plan.scenes.empty())
         good = printPlaying(drawing->device(), sceneFolder, plan.scenes, given.playRounds) && good;
     if (plan.updates)

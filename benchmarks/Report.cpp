@@ -102,6 +102,21 @@ bool printDrawing(Drawing& drawing, const std::vector<Case>& all, int rounds) {
     return agree && mean <= 1.0 && worst <= 1.10;
 }
 
+bool printFirstPictures(gpu::Device& device, const std::vector<FirstPictureCase>& all, int rounds) {
+    std::printf(
+        "\nFrom the text of an episode to its first picture on %s (shortest of %d rounds)\n\n",
+        device.info().name.c_str(), rounds);
+    std::printf("  %-30s %9s %9s %9s %9s %11s\n", "ms", "compile", "pipelines", "picture", "all",
+                "our share");
+    for (const FirstPictureCase& one : all) {
+        const FirstPictureTime time = firstPictureTime(device, one, rounds);
+        std::printf("  %-30s %9.1f %9.1f %9.1f %9.1f %10.0f%%\n", one.name.c_str(), time.compile,
+                    time.pipelines, time.picture, time.all(), time.compile / time.all() * 100);
+        std::fflush(stdout);
+    }
+    return true;
+}
+
 bool printPlaying(const std::shared_ptr<gpu::Device>& device, const std::filesystem::path& folder,
                   const std::vector<SceneCase>& all, int rounds) {
     std::printf("\nPlaying %u by %u pixels on %s: update, draw and final picture of a frame\n"

@@ -5,6 +5,7 @@
 #include "benchmarks/Case.h"
 #include "benchmarks/Drawing.h"
 #include "benchmarks/Exporting.h"
+#include "benchmarks/FirstPicture.h"
 #include "benchmarks/Playing.h"
 #include "benchmarks/Texts.h"
 
@@ -20,6 +21,9 @@ bool printCompiling(const std::vector<Case>& all, const std::string& self, int r
 
 // Milliseconds to draw one picture of each fragment shader.
 bool printDrawing(Drawing& drawing, const std::vector<Case>& all, int rounds);
+
+// Milliseconds from the text of each episode to its first picture: our part, and the driver's.
+bool printFirstPictures(gpu::Device& device, const std::vector<FirstPictureCase>& all, int rounds);
 
 // Milliseconds to play one frame of each particle and grid scene.
 bool printPlaying(const std::shared_ptr<gpu::Device>& device, const std::filesystem::path& folder,

@@ -1,6 +1,7 @@
 #include "TarnwickRender/Program/MeshPipelines.h"
 
 #include "TarnwickRender/Program/HostFunctions.h"
+#include "TarnwickRender/Program/PipelineTask.h"
 #include "TarnwickRender/Program/TargetFormats.h"
 #include "TarnwickRender/ShaderError.h"
 
@@ -28,11 +29,15 @@ MeshPipelines makeMeshPipelines(gpu::Device& device, const gpu::Library& library
         {.depthCompare = gpu::CompareFunction::always, .depthWrites = false});
     if (!pipelines.depth || !pipelines.behind)
         throw ShaderError("Could not make the depth test.");
+    auto behindGrid = pipelineTask([&] {
+        return background == MeshBackground::byEpisode
+                   ? meshPipeline(device, library, ShaderAssembler::vertexName,
+                                  ShaderAssembler::backgroundName)
+                   : nullptr;
+    });
     pipelines.grid = meshPipeline(device, library, ShaderAssembler::meshVertexName,
                                   ShaderAssembler::meshFragmentName);
-    if (background == MeshBackground::byEpisode)
-        pipelines.background = meshPipeline(device, library, ShaderAssembler::vertexName,
-                                            ShaderAssembler::backgroundName);
+    pipelines.background = behindGrid.get();
     return pipelines;
 }
 

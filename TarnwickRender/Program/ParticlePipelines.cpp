@@ -3,6 +3,7 @@
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Resources.h"
 #include "TarnwickRender/Program/HostFunctions.h"
+#include "TarnwickRender/Program/PipelineTask.h"
 #include "TarnwickRender/Program/TargetFormats.h"
 #include "TarnwickRender/ShaderError.h"
 
@@ -44,21 +45,33 @@ void addInto(gpu::ColorAttachmentDescriptor& color) {
 
 ParticlePipelines makeParticlePipelines(gpu::Device& device, const gpu::Library& library,
                                         std::int64_t count) {
+    const auto kernel = [&](std::string_view name) {
+        return pipelineTask(
+            [&device, &library, name] { return hostKernel(device, library, name); });
+    };
+    auto spawn = kernel(ShaderAssembler::spawnName);
+    auto update = kernel(ShaderAssembler::updateName);
+    auto fade = pipelineTask([&] {
+        const HostStages stages(library, ShaderAssembler::vertexName, ShaderAssembler::fadeName,
+                                TargetFormats::trailsFormat);
+        return device.newRenderPipelineState(stages.descriptor);
+    });
+    auto dots = pipelineTask([&] {
+        HostStages stages(library, ShaderAssembler::dotVertexName, ShaderAssembler::dotFragmentName,
+                          TargetFormats::trailsFormat);
+        stages.descriptor.topology = gpu::TopologyClass::point;
+        addInto(stages.descriptor.color);
+        return device.newRenderPipelineState(stages.descriptor);
+    });
     const auto sizeKernel = hostKernel(device, library, ShaderAssembler::particleSizeName);
     const std::uint32_t stride = measuredSize(device, *sizeKernel);
     if (stride == 0)
         throw ShaderError("Could not measure struct Particle.");
-    const HostStages fade(library, ShaderAssembler::vertexName, ShaderAssembler::fadeName,
-                          TargetFormats::trailsFormat);
-    HostStages dots(library, ShaderAssembler::dotVertexName, ShaderAssembler::dotFragmentName,
-                    TargetFormats::trailsFormat);
-    dots.descriptor.topology = gpu::TopologyClass::point;
-    addInto(dots.descriptor.color);
     ParticlePipelines pipelines{.count = count, .stride = stride};
-    pipelines.spawn = hostKernel(device, library, ShaderAssembler::spawnName);
-    pipelines.update = hostKernel(device, library, ShaderAssembler::updateName);
-    pipelines.fade = device.newRenderPipelineState(fade.descriptor);
-    pipelines.dots = device.newRenderPipelineState(dots.descriptor);
+    pipelines.fade = fade.get();
+    pipelines.dots = dots.get();
+    pipelines.spawn = spawn.get();
+    pipelines.update = update.get();
     return pipelines;
 }
 
