@@ -28,6 +28,8 @@ static void addIndex(Place& place, const Value* index, std::int64_t scale, unsig
         if (match(index, m_Mul(m_Value(inner), m_APInt(constant))))
             return addIndex(place, inner, scale * constant->getSExtValue(), depth + 1);
         if (match(index, m_AddLike(m_Value(inner), m_Value(other)))) {
+            if (isa<ConstantInt>(other)) // first, because the anchor needs it
+                std::swap(inner, other);
             addIndex(place, inner, scale, depth + 1);
             return addIndex(place, other, scale, depth + 1);
         }
@@ -47,8 +49,11 @@ static void addIndices(Place& place, const GEPOperator& step, const DataLayout& 
         } else {
             std::uint64_t stride = type.getSequentialElementStride(layout).getFixedValue();
             auto scale = static_cast<std::int64_t>(stride);
-            // Only byte addresses are sums of products; the index of an array is one term.
-            addIndex(place, index, scale, scale == 1 ? 0 : 6);
+            // Only addresses are sums of products; the index of an array is one term. LLVM writes
+            // the addresses in local memory in steps of any size.
+            const bool isAddress =
+                scale == 1 || (isa<AllocaInst>(place.root) && type == gep_type_begin(step));
+            addIndex(place, index, scale, isAddress ? 0 : 6);
         }
     }
 }

@@ -18,6 +18,14 @@ small:                                            ; preds = %entry
   %2 = shl i32 %1, 3
   %half = getelementptr i8, ptr %halves, i32 %2
   store <2 x i32> zeroinitializer, ptr %half, align 8
+  %isOdd = trunc i32 %i to i1
+  %choice = select i1 %isOdd, i32 3, i32 1
+  %3 = sub i32 %choice, 1
+  %4 = udiv i32 %3, 2
+  %5 = mul i32 %4, 2
+  %6 = add i32 %5, 1
+  %word = getelementptr i32, ptr %halves, i32 %6
+  store i32 2, ptr %word, align 4
   br label %end
 
 end:                                              ; preds = %small, %entry

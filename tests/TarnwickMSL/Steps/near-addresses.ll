@@ -15,6 +15,10 @@ small:
   %bytes = and i32 %second, 8
   %half = getelementptr i8, ptr %halves, i32 %bytes
   store <2 x i32> zeroinitializer, ptr %half
+  %isOdd = trunc i32 %i to i1
+  %choice = select i1 %isOdd, i32 3, i32 1
+  %word = getelementptr i32, ptr %halves, i32 %choice
+  store i32 2, ptr %word
   br label %end
 
 end:

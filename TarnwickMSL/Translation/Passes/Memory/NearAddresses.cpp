@@ -1,11 +1,14 @@
 #include "TarnwickMSL/Translation/Passes/Memory/NearAddresses.h"
 
+#include <llvm/ADT/SetVector.h>
 #include <llvm/Analysis/ValueTracking.h>
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/InstIterator.h>
 #include <llvm/IR/Instructions.h>
 #include <llvm/IR/PatternMatch.h>
 #include <llvm/Transforms/Utils/Local.h>
+
+#include <numeric>
 
 namespace tarnwick::msl {
 
@@ -56,22 +59,56 @@ static Value* asProduct(Value* bytes, IRBuilder<>& builder) {
     return builder.CreateShl(builder.CreateAShr(bytes, zeros), zeros);
 }
 
-// LLVM's passes write an index of a local array as a masked number of bytes. Without the size of a
-// step, the writer would make the array one of bytes, with many accesses for one. The time of the
-// packaged CPU driver grows with their square in kernels (docs/measurements.md, "Time of the
-// driver").
+// The constants that a phi or select of constants may be; none if it may be something else.
+static SmallVector<std::int64_t, 4> choicesOf(Value* value) {
+    SmallVector<std::int64_t, 4> choices;
+    SmallSetVector<Value*, 8> open;
+    open.insert(value);
+    for (std::size_t i = 0; i < open.size(); ++i) {
+        if (auto* number = dyn_cast<ConstantInt>(open[i]))
+            choices.push_back(number->getSExtValue());
+        else if (auto* phi = dyn_cast<PHINode>(open[i]))
+            open.insert(phi->value_op_begin(), phi->value_op_end());
+        else if (auto* select = dyn_cast<SelectInst>(open[i]))
+            open.insert(select->op_begin() + 1, select->op_end());
+        else
+            return {};
+    }
+    return choices;
+}
+
+// Writes a choice of 11 or 17 as `11 + (choice - 11) / 6 * 6`.
+static Value* choiceAsProduct(Value* choice, IRBuilder<>& builder) {
+    const SmallVector<std::int64_t, 4> choices = choicesOf(choice);
+    if (choices.size() < 2)
+        return choice;
+    const std::int64_t least = *llvm::min_element(choices);
+    std::int64_t step = 0;
+    for (std::int64_t one : choices)
+        step = std::gcd(step, one - least);
+    if (step < 2)
+        return choice;
+    Type* type = choice->getType();
+    Constant *first = ConstantInt::getSigned(type, least), *size = ConstantInt::get(type, step);
+    Value* count = builder.CreateUDiv(builder.CreateSub(choice, first), size);
+    return builder.CreateAdd(builder.CreateMul(count, size), first);
+}
+
+// LLVM's passes write an index of a local array as a masked number of bytes, or as a choice of
+// offsets. Without the size of a step, the writer would make the array one of bytes, with many
+// accesses for one, or would find another member. The time of the packaged CPU driver grows with
+// the square of the accesses in kernels (docs/measurements.md, "Time of the driver").
 static void showSteps(Function& main, SmallVectorImpl<WeakTrackingVH>& old) {
     for (Instruction& instruction : instructions(main)) {
         auto* step = dyn_cast<GetElementPtrInst>(&instruction);
-        if (!step || !step->getSourceElementType()->isIntegerTy(8) ||
-            !isa<AllocaInst>(getUnderlyingObject(step)))
-            continue;
-        auto* bytes = dyn_cast<Instruction>(step->getOperand(1));
-        if (!bytes)
+        auto* index = step ? dyn_cast<Instruction>(step->getOperand(1)) : nullptr;
+        if (!index || !isa<AllocaInst>(getUnderlyingObject(step)))
             continue;
         IRBuilder<> builder(step);
-        step->setOperand(1, asProduct(bytes, builder));
-        old.push_back(bytes);
+        const bool isBytes = step->getSourceElementType()->isIntegerTy(8);
+        Value* shown = choiceAsProduct(index, builder);
+        step->setOperand(1, isBytes ? asProduct(shown, builder) : shown);
+        old.push_back(index);
     }
 }
 
