@@ -5,7 +5,7 @@
 #include "TarnwickMSL/Translation/FrontEnd/BuiltIns.h"
 #include "TarnwickMSL/Translation/FrontEnd/Declarations.h"
 #include "TarnwickMSL/Translation/FrontEnd/MeshArguments.h"
-#include "TarnwickMSL/Translation/FrontEnd/Reports.h"
+#include "TarnwickMSL/Translation/FrontEnd/Messages.h"
 #include "TarnwickMSL/Translation/FrontEnd/StageRecords.h"
 
 #include <clang/AST/Attr.h>

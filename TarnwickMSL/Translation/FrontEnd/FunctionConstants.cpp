@@ -2,7 +2,7 @@
 
 #include "TarnwickMSL/Translation/FrontEnd/Attributes.h"
 #include "TarnwickMSL/Translation/FrontEnd/Declarations.h"
-#include "TarnwickMSL/Translation/FrontEnd/Reports.h"
+#include "TarnwickMSL/Translation/FrontEnd/Messages.h"
 #include "TarnwickMSL/Translation/FrontEnd/StageRecords.h"
 
 #include <clang/AST/ASTContext.h>

@@ -11,6 +11,13 @@ namespace tarnwick::msl {
 
 using Level = clang::DiagnosticsEngine::Level;
 
+void reportError(clang::DiagnosticsEngine& diagnostics, clang::SourceLocation at,
+                 const char* message, llvm::StringRef first, llvm::StringRef second) {
+    const unsigned id =
+        diagnostics.getDiagnosticIDs()->getCustomDiagID(clang::DiagnosticIDs::Error, message);
+    diagnostics.Report(at, id) << first << second;
+}
+
 // Clang stops after 20 errors; warnings have no limit (-ferror-limit).
 constexpr unsigned mostMessages = 200;
 

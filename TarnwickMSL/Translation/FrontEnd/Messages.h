@@ -10,6 +10,11 @@
 
 namespace tarnwick::msl {
 
+// Reports an error of the front end's own rules as Clang reports its own. The message has %0 and %1
+// for the words.
+void reportError(clang::DiagnosticsEngine& diagnostics, clang::SourceLocation at,
+                 const char* message, llvm::StringRef first = "", llvm::StringRef second = "");
+
 // Prints each message with the source line and a caret. A message inside the library (an error in
 // the body of a template) is printed at the line of the program that uses it. Notes inside the
 // library are left out.

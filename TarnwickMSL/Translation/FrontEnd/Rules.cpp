@@ -1,7 +1,7 @@
 #include "TarnwickMSL/Translation/FrontEnd/Rules.h"
 
 #include "TarnwickMSL/Translation/FrontEnd/LibraryText.h"
-#include "TarnwickMSL/Translation/FrontEnd/Reports.h"
+#include "TarnwickMSL/Translation/FrontEnd/Messages.h"
 
 #include <clang/AST/RecursiveASTVisitor.h>
 #include <clang/Basic/SourceManager.h>

@@ -2,7 +2,7 @@
 
 #include "TarnwickMSL/Translation/FrontEnd/Attributes.h"
 #include "TarnwickMSL/Translation/FrontEnd/BuiltIns.h"
-#include "TarnwickMSL/Translation/FrontEnd/Reports.h"
+#include "TarnwickMSL/Translation/FrontEnd/Messages.h"
 
 #include <clang/AST/ASTContext.h>
 #include <clang/AST/DeclCXX.h>
