@@ -24,8 +24,9 @@ static std::int64_t valueBytes(Type* type, const DataLayout& layout) {
 class Descent {
   public:
     Descent(const View& view, const Place& place, const DataLayout& layout)
-        : layout_(layout), shape_(view.layout), type(view.element), offset(place.offset),
-          anchor(place.anchor), terms(place.terms) {
+        : layout_(layout), shape_(view.layout), start_(place.offset), type(view.element),
+          offset(place.offset), anchor(place.terms.empty() ? offset : place.terms.front().before),
+          terms(place.terms) {
         if (view.isArray)
             intoArray(view.element, view.count);
     }
@@ -37,15 +38,17 @@ class Descent {
   private:
     void intoArray(Type* element, std::uint64_t count);
     bool intoMember();
-    bool takes(Type* inner) const;
-    bool tryMember(unsigned index);
+    bool takes(Type* inner, bool isExact) const;
+    bool tryMember(unsigned index, bool isExact = false);
 
     const DataLayout& layout_;
     Layout shape_;
+    std::int64_t start_; // the place's offset
 
   public:
     Type* type;
-    std::int64_t offset, anchor;
+    std::int64_t offset; // of the place in `type`
+    std::int64_t anchor; // in `type`, of the array that the first term indexes
     SmallVector<Term, 2> terms;
     SmallVector<Step, 4> steps;
     bool isOutside = false;
@@ -57,7 +60,7 @@ void Descent::intoArray(Type* element, std::uint64_t count) {
     SmallVector<Term, 2> rest;
     for (const Term& term : terms) {
         if (term.scale % stride == 0)
-            step.terms.push_back({term.index, term.scale / stride});
+            step.terms.push_back({term.index, term.scale / stride, 0});
         else
             rest.push_back(term);
     }
@@ -65,15 +68,18 @@ void Descent::intoArray(Type* element, std::uint64_t count) {
     if (isConstant &&
         (step.constant < 0 || (count && step.constant >= static_cast<std::int64_t>(count))))
         isOutside = true;
+    const std::int64_t passed = start_ - offset;
     offset -= step.constant * stride;
-    anchor = rest.empty() ? offset : anchor - floorDivide(anchor, stride) * stride;
+    anchor = rest.empty() ? offset : rest.front().before - passed;
+    anchor -= floorDivide(anchor, stride) * stride;
     terms = std::move(rest);
     steps.push_back(std::move(step));
     type = element;
 }
 
-// Whether every term counts elements of some array (or lanes of a vector) inside.
-bool Descent::takes(Type* inner) const {
+// Whether every term counts elements of some array (or lanes of a vector) inside; `isExact`: one by
+// one.
+bool Descent::takes(Type* inner, bool isExact) const {
     SmallVector<Type*, 8> open{inner};
     SmallVector<Term, 2> left = terms;
     while (!open.empty() && !left.empty()) {
@@ -86,20 +92,22 @@ bool Descent::takes(Type* inner) const {
         if (!element)
             continue;
         std::int64_t stride = std::max<std::int64_t>(1, sizeOf(element, layout_));
-        erase_if(left, [stride](const Term& term) { return term.scale % stride == 0; });
+        erase_if(left, [&](const Term& term) {
+            return isExact ? term.scale == stride : term.scale % stride == 0;
+        });
         open.push_back(element);
     }
     return left.empty();
 }
 
-bool Descent::tryMember(unsigned index) {
+bool Descent::tryMember(unsigned index, bool isExact) {
     auto* record = cast<StructType>(type);
     auto place = static_cast<std::int64_t>(
         layout_.getStructLayout(record)->getElementOffset(index).getFixedValue());
     Type* inner = record->getElementType(index);
     // Padding that an explicit layout leaves out cannot be reached.
-    if (!takes(inner) || (shape_ == Layout::explicit_ && inner->isArrayTy() &&
-                          inner->getArrayElementType()->isIntegerTy(8)))
+    if (!takes(inner, isExact) || (shape_ == Layout::explicit_ && inner->isArrayTy() &&
+                                   inner->getArrayElementType()->isIntegerTy(8)))
         return false;
     steps.push_back({.constant = index, .terms = {}, .bound = record->getNumElements()});
     offset -= place;
@@ -120,9 +128,10 @@ bool Descent::intoMember() {
         return true;
     if (terms.empty())
         return false;
-    for (unsigned other = 0; other < record->getNumElements(); ++other)
-        if (tryMember(other))
-            return true;
+    for (bool isExact : {true, false})
+        for (unsigned other = 0; other < record->getNumElements(); ++other)
+            if (tryMember(other, isExact))
+                return true;
     return false;
 }
 
@@ -182,8 +191,6 @@ Access Planner::leaf(Descent& at, Type* type, Access::Form form, std::uint32_t f
 
 static Place moved(Place place, std::int64_t bytes) {
     place.offset += bytes;
-    if (place.terms.empty())
-        place.anchor += bytes;
     return place;
 }
 

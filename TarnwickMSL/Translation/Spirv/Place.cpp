@@ -28,15 +28,13 @@ static void addIndex(Place& place, const Value* index, std::int64_t scale, unsig
         if (match(index, m_Mul(m_Value(inner), m_APInt(constant))))
             return addIndex(place, inner, scale * constant->getSExtValue(), depth + 1);
         if (match(index, m_AddLike(m_Value(inner), m_Value(other)))) {
-            if (isa<ConstantInt>(other)) // first, because the anchor needs it
+            if (isa<ConstantInt>(other)) // first, because it is before the term
                 std::swap(inner, other);
             addIndex(place, inner, scale, depth + 1);
             return addIndex(place, other, scale, depth + 1);
         }
     }
-    if (place.terms.empty())
-        place.anchor = place.offset;
-    place.terms.push_back({index, scale});
+    place.terms.push_back({index, scale, place.offset});
 }
 
 static void addIndices(Place& place, const GEPOperator& step, const DataLayout& layout) {
@@ -71,11 +69,9 @@ Place placeOf(const Value* pointer, const DataLayout& layout) {
     }
     if (!isa<AllocaInst, GlobalVariable>(pointer) && !addressOf(pointer))
         throw CompilerFault("A pointer cannot be followed to what it points into.");
-    Place place{.root = pointer, .offset = 0, .anchor = 0, .terms = {}};
+    Place place{.root = pointer, .offset = 0, .terms = {}};
     for (const GEPOperator* step : reverse(chain))
         addIndices(place, *step, layout);
-    if (place.terms.empty())
-        place.anchor = place.offset;
     return place;
 }
 

@@ -13,15 +13,15 @@ namespace tarnwick::msl::spirv {
 struct Term {
     const llvm::Value* index = nullptr;
     std::int64_t scale = 0;
+    // The offset before the term was added. It identifies the member of a struct that the term
+    // indexes, if the optimiser has moved a constant from the index into the offset.
+    std::int64_t before = 0;
 };
 
 struct Place {
     // An alloca, a global variable, or the conversion of an address to a pointer.
     const llvm::Value* root = nullptr;
     std::int64_t offset = 0; // bytes, without the terms
-    // The offset before the first term was added. It identifies the member of a struct if the
-    // optimiser has moved a constant from the index into the offset.
-    std::int64_t anchor = 0;
     llvm::SmallVector<Term, 2> terms;
 };
 
