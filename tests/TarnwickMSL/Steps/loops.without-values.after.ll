@@ -16,12 +16,12 @@ loop.split:                                       ; preds = %loop
   store i32 %i, ptr @out, align 4
   %next = add i32 %i, 3
   %isDone = icmp uge i32 %next, %n
-  br i1 %isDone, label %merge, label %continue
+  br label %continue
 
 continue:                                         ; preds = %loop.split
-  br label %loop
+  br i1 %isDone, label %merge, label %loop
 
-merge:                                            ; preds = %loop.split
+merge:                                            ; preds = %continue
   br label %end
 
 end:                                              ; preds = %merge

@@ -9,7 +9,7 @@ namespace tarnwick::msl {
 
 using namespace llvm;
 
-bool isOutside(const Loop& loop, const Use& use) {
+static bool isOutside(const Loop& loop, const Use& use) {
     auto* user = cast<Instruction>(use.getUser());
     auto* phi = dyn_cast<PHINode>(user);
     return !loop.contains(phi ? phi->getIncomingBlock(use) : user->getParent());
