@@ -34,7 +34,7 @@ void completeMembers(clang::ASTContext& context, clang::QualType type,
 // The text of the LLVM type that Clang gives the type in memory; empty if that is not complete.
 std::string memoryText(clang::QualType type, clang::CodeGenerator& generator);
 
-// The shape and the access of a texture; false if the class is none.
+// Sets the shape and the access of a texture. Returns false for another class.
 bool readTexture(clang::ASTContext& context, const clang::ClassTemplateSpecializationDecl& texture,
                  Argument& argument);
 

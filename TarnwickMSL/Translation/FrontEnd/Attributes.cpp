@@ -65,7 +65,7 @@ void reportError(clang::Sema& sema, clang::SourceLocation at, const char* messag
     sema.Diag(at, id) << word;
 }
 
-// A function constant without a value on which the expression depends; null if there is none.
+// Returns a function constant without a value on which the expression depends, or null.
 const clang::VarDecl* openConstant(const clang::Stmt* expression, unsigned depth = 0) {
     constexpr unsigned deepest = 64; // constants of constants
     if (!expression || depth > deepest)

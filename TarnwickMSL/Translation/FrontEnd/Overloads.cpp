@@ -33,7 +33,8 @@ class Plain {
     Plain(llvm::ArrayRef<Token> tokens, std::size_t first, std::size_t end,
           llvm::ArrayRef<Parameter> parameters = {}) {
         for (std::size_t i = first; i < end; ++i) {
-            if (llvm::any_of(parameters, [&](const Parameter& each) { return each.name && each.name == i; }))
+            if (llvm::any_of(parameters,
+                             [&](const Parameter& each) { return each.name && each.name == i; }))
                 continue;
             const Token& token = tokens[i];
             Word word{token.getKind(), textOf(token)};
@@ -186,7 +187,7 @@ void TokenPass::dropEdits(std::size_t from, std::size_t end) {
         edits[i] = {.before = {}, .dropped = true, .after = {}};
 }
 
-// Takes the function into one with the same signature; false if there is none.
+// Merges the function into one with the same signature. Returns false if no other has it.
 bool TokenPass::joinsOverload(llvm::MutableArrayRef<Definition> known, const Definition& found) {
     const llvm::ArrayRef<Token> all(tokens);
     const Plain head(all, found.first, found.body, found.parameters);

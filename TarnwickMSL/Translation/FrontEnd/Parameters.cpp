@@ -30,7 +30,7 @@ class ParameterReader {
     const Scopes& scopes_;
 };
 
-// The parenthesis before the parameters; `body` if there is none.
+// Returns the parenthesis before the parameters, or `body` without parameters.
 std::size_t ParameterReader::opening(std::size_t first, std::size_t body) const {
     for (std::size_t i = first; i < body; i = after(i)) {
         const bool isOthers =

@@ -19,14 +19,14 @@ class Scopes {
   public:
     explicit Scopes(const std::vector<clang::Token>& tokens);
 
-    // The bracket that closes the one at i; the last token if there is none.
+    // Returns the bracket that closes the one at i, or the last token.
     std::size_t match(std::size_t i) const { return partner[i] ? partner[i] : tokens.size() - 1; }
     bool isOpen(std::size_t i) const { return partner[i] > i; }
     // The kind of the innermost braces around i.
     ScopeKind kindAt(std::size_t i) const { return kinds[i]; }
     // The number of open parentheses and brackets at i inside these braces.
     unsigned parenDepthAt(std::size_t i) const { return depths[i]; }
-    // The bracket that closes the innermost braces around i; the last token if there is none.
+    // Returns the bracket that closes the innermost braces around i, or the last token.
     std::size_t bracesEnd(std::size_t i) const;
     // The end of the declaration that contains i: its `;` or the `}` of its body.
     std::size_t declarationEnd(std::size_t i) const;
@@ -42,7 +42,7 @@ class Scopes {
   private:
     const std::vector<clang::Token>& tokens;
     std::vector<std::size_t> partner;
-    std::vector<std::size_t> around; // the innermost bracket open at i; i if there is none
+    std::vector<std::size_t> around; // the innermost bracket open at i, or i
     std::vector<ScopeKind> kinds;
     std::vector<unsigned> depths;
 

@@ -219,7 +219,7 @@ void TokenPass::qualifier(std::size_t i) {
     }
 }
 
-// The end of the `[[...]]` around i; 0 if there is none.
+// Returns the end of the `[[...]]` around i, or 0 outside of such a list.
 std::size_t TokenPass::attributeListEnd(std::size_t i) const {
     for (std::size_t at = i; at-- > 1;) {
         if (is(at, tok::l_square) && is(at - 1, tok::l_square))
