@@ -6,6 +6,7 @@
 #include "TarnwickMSL/Translation/Passes/Calls/Initialisers.h"
 #include "TarnwickMSL/Translation/Passes/Calls/Inlining.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/ArrayLoops.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/Flatten.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Flow.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/HeaderTests.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopBudget.h"
@@ -209,6 +210,9 @@ static constexpr std::array table{
     Step{"atomic-places", Scope::entryPoint, "Passes/Memory/AtomicPlaces.h",
          [](Work& work) { indexAtomics(work.main()); },
          "Turns byte addresses of atomic values into indices of values; after all LLVM passes that would turn them back."},
+    Step{"flatten", Scope::entryPoint, "Passes/ControlFlow/Flatten.h",
+         [](Work& work) { work.forgetMainIf(flattenBranches(work.shader)); },
+         "Turns short branches into selections; after `near-addresses`, when the code is final, and before loops are counted and structured."},
     Step{"header-tests", Scope::entryPoint, "Passes/ControlFlow/HeaderTests.h",
          [](Work& work) { moveTestsToHeaders(work.main(), work.optimiser()); },
          "Moves the tests of loops from their ends to their starts; after `flow`, which makes loops countable, and before `loop-budget` changes the tests."},

@@ -22,19 +22,19 @@ loop:                                             ; preds = %loop, %entry
   %3 = icmp ugt i32 %2, %budget
   %4 = xor i1 %3, true
   %5 = and i1 %goesOn, %4
-  br i1 %5, label %loop, label %loop.end_crit_edge
+  br i1 %5, label %loop, label %end
 
-loop.end_crit_edge:                               ; preds = %loop
+end:                                              ; preds = %loop
   %6 = load i32, ptr %rounds, align 4
   %7 = icmp ugt i32 %6, %budget
-  br i1 %7, label %spent, label %end
+  br i1 %7, label %spent, label %end.split
 
-end:                                              ; preds = %loop.end_crit_edge, %spent
+end.split:                                        ; preds = %end, %spent
   ret void
 
-spent:                                            ; preds = %loop.end_crit_edge
+spent:                                            ; preds = %end
   store i32 1, ptr @msl.loop_report, align 4
-  br label %end
+  br label %end.split
 }
 
 declare i32 @msl.loop_budget()

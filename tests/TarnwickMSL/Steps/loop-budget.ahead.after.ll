@@ -14,12 +14,13 @@ entry:
   %0 = add i32 %umax, -1
   %1 = call i32 @llvm.umin.i32(i32 %0, i32 1048576)
   %2 = load i32, ptr %rounds, align 4
-  %3 = mul i32 %1, 1
-  %4 = add i32 %2, %3
-  store i32 %4, ptr %rounds, align 4
-  %5 = load i32, ptr %rounds, align 4
-  %6 = icmp ugt i32 %5, %budget
-  br i1 %6, label %spent, label %entry.split
+  %3 = add i32 %1, 0
+  %4 = mul i32 %3, 1
+  %5 = add i32 %2, %4
+  store i32 %5, ptr %rounds, align 4
+  %6 = load i32, ptr %rounds, align 4
+  %7 = icmp ugt i32 %6, %budget
+  br i1 %7, label %spent, label %entry.split
 
 entry.split:                                      ; preds = %entry
   br label %loop

@@ -16,12 +16,12 @@ loop.split:                                       ; preds = %loop
   store i32 %i, ptr @out, align 4
   %next = add i32 %i, 3
   %isDone = icmp uge i32 %next, %n
-  br label %continue
+  br i1 %isDone, label %merge, label %continue
 
 continue:                                         ; preds = %loop.split
-  br i1 %isDone, label %merge, label %loop
+  br label %loop
 
-merge:                                            ; preds = %continue
+merge:                                            ; preds = %loop.split
   br label %end
 
 end:                                              ; preds = %merge

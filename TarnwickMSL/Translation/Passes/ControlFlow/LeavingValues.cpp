@@ -9,7 +9,7 @@ namespace tarnwick::msl {
 
 using namespace llvm;
 
-static bool isOutside(const Loop& loop, const Use& use) {
+bool isOutside(const Loop& loop, const Use& use) {
     auto* user = cast<Instruction>(use.getUser());
     auto* phi = dyn_cast<PHINode>(user);
     return !loop.contains(phi ? phi->getIncomingBlock(use) : user->getParent());

@@ -8,10 +8,14 @@ class BasicBlock;
 class Instruction;
 class Loop;
 class PHINode;
+class Use;
 class Value;
 } // namespace llvm
 
 namespace tarnwick::msl {
+
+// Whether the user is outside the loop. The use of a phi is in the block that it comes from.
+bool isOutside(const llvm::Loop& loop, const llvm::Use& use);
 
 // Each once. The use of a phi is in the block that it comes from.
 llvm::SmallVector<llvm::Instruction*, 8> leavingValues(const llvm::Loop& loop);

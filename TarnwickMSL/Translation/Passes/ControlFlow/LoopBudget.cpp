@@ -4,9 +4,15 @@
 // after the flow is structured, the tests are phis of booleans and it cannot.
 //
 // Out: either nothing changed, because all loops together stay below `mostInAll` rounds; or the
-// loops that may not have a counter in memory. A counting loop adds to it in each round, and past
-// the built-in `msl.loop_budget` it leaves for the block `spent`, which stores 1 to msl.loop_report
-// and returns. docs/compiler.md, "The loop budget", has the rules for users.
+// loops that may not have a counter in memory. A counting loop adds to it in each round, and ends
+// past the built-in `msl.loop_budget`. The block `spent` stores zeros to the outputs and 1 to
+// msl.loop_report. docs/compiler.md, "The loop budget", has the rules for users.
+//
+// What follows a loop that has spent the budget:
+// - In a function without effects but its outputs, the code after the loop. Every other counting
+//   loop then ends in its first round, and the end of the function goes through `spent`. So no loop
+//   gets an exit that it does not have, and the code between the loops stays as it is.
+// - In other functions, `spent` at once, since the code after the loop must have no effect.
 //
 // The packaged CPU driver ends an invocation without notice after 65,535 rounds, summed over its
 // loops; a GPU hangs. A counter in every loop would cost time in each round of loops that cannot
@@ -16,16 +22,18 @@
 //   structured loop leaves. `unknown` is large enough to survive sums and is the cap of all sums.
 // - choose(loop, most) takes a loop that may exceed `most`, and within it the inner loops that may
 //   exceed `mostInside`. Inner loops below that do not count; the weight of a round of the counting
-//   loop includes their maximum.
+//   loop includes their maximum. Where the code after a loop runs on, a loop of few rounds need not
+//   count if the inner loops that may be long do (uncounted).
 //
 // Invariant: the rounds that ran are at most the counter plus `mostUncounted`, and one for each
 // counting nest, whose header runs once more to leave. Nests that do not count share
 // `mostUncounted` between them, so the default budget is reached before the driver's limit.
 //
 // How a loop counts:
-// - countAhead: a loop alone, with a number of rounds that can be computed before it, pays for all
-//   rounds at once, and is not entered if it cannot pay. The number is clamped to `mostAhead`, so
-//   that number times weight does not overflow 32 bits.
+// - countAhead: a loop with a number of rounds that can be computed before it pays for all rounds
+//   at once, and is not entered if it cannot pay. The number is clamped to `mostAhead`, so that
+//   number times weight does not overflow 32 bits, and the product to the budget and one, so that
+//   the sum of all loops that cannot pay does not. If `spent` follows, only a loop alone does this.
 // - count: else the header's or latch's own test also tests the budget, because another exit costs
 //   the structured loop a phi and a test. After the loop the counter decides again between `spent`
 //   and the way on. An outer loop does this for an inner one where the rest of its round has no
@@ -45,7 +53,9 @@
 #include <llvm/Analysis/ValueTracking.h>
 #include <llvm/IR/Dominators.h>
 #include <llvm/IR/IRBuilder.h>
+#include <llvm/IR/InstIterator.h>
 #include <llvm/Transforms/Utils/BasicBlockUtils.h>
+#include <llvm/Transforms/Utils/LoopUtils.h>
 #include <llvm/Transforms/Utils/PromoteMemToReg.h>
 #include <llvm/Transforms/Utils/ScalarEvolutionExpander.h>
 
@@ -63,10 +73,32 @@ constexpr unsigned largestAhead = 24;         // terms of the sum that gives the
 
 static constexpr StringLiteral counterMark = "msl.rounds"; // metadata: names may be discarded
 
+static bool isLocal(const Value* pointer) {
+    return isa<AllocaInst>(getUnderlyingObject(pointer));
+}
+
+// Whether the function has effects other than to store its outputs.
+static bool hasEffects(const ShaderModule& shader) {
+    const auto isOutput = [&](const Value* pointer) {
+        auto* global = dyn_cast<GlobalVariable>(getUnderlyingObject(pointer));
+        return global && any_of(shader.interface, [&](const InterfaceVariable& variable) {
+                   return variable.kind == InterfaceKind::output &&
+                          variable.global == global->getName();
+               });
+    };
+    return any_of(instructions(*shader.main), [&](const Instruction& instruction) {
+        auto* store = dyn_cast<StoreInst>(&instruction);
+        return instruction.mayHaveSideEffects() &&
+               !(store &&
+                 (isLocal(store->getPointerOperand()) || isOutput(store->getPointerOperand())));
+    });
+}
+
 class Counting {
   public:
-    Counting(ShaderModule& shader, LoopInfo& loops, ScalarEvolution& evolution)
-        : shader_(shader), loops_(loops), evolution_(evolution) {}
+    Counting(ShaderModule& shader, LoopInfo& loops, DominatorTree& tree, ScalarEvolution& evolution)
+        : shader_(shader), loops_(loops), tree_(tree), evolution_(evolution),
+          runsOn_(!hasEffects(shader)) {}
 
     bool isNeeded();
     void run();
@@ -74,21 +106,28 @@ class Counting {
   private:
     std::uint64_t rounds(Loop* loop);
     std::uint64_t inside(Loop* loop);
+    std::uint64_t uncounted(Loop* loop);
+    std::uint64_t uncountedInside(Loop* loop);
     void choose(Loop* loop, std::uint64_t most);
     void count(Loop* loop);
     bool countAhead(Loop* loop);
+    BasicBlock* testingBlock(const Loop& loop) const;
     bool endsForIt(const Loop& loop) const;
     Value* isSpent(IRBuilder<>& builder);
     void makeGlobals();
+    void makeSpent();
 
     ShaderModule& shader_;
     LoopInfo& loops_;
+    DominatorTree& tree_;
     ScalarEvolution& evolution_;
+    bool runsOn_; // after a loop that has spent the budget
     DenseMap<Loop*, std::uint64_t> rounds_;
     SmallVector<Loop*, 8> counted_;
     DenseMap<const Loop*, std::uint64_t> weights_; // of one round of a counting loop
     AllocaInst* counter_ = nullptr;
     Value* budget_ = nullptr;
+    GlobalVariable* report_ = nullptr;
     BasicBlock* spent_ = nullptr;
 };
 
@@ -117,16 +156,35 @@ bool Counting::isNeeded() {
     return sum > mostInAll;
 }
 
+// The most rounds of the loop that no counter counts, if the inner loops that may be long do and
+// the loop itself does not.
+std::uint64_t Counting::uncounted(Loop* loop) {
+    const std::uint64_t all = rounds(loop);
+    const std::uint64_t own = evolution_.getSmallConstantMaxTripCount(loop);
+    if (!runsOn_ || all <= mostInside || own == 0)
+        return all;
+    return std::min(all, (own + 1) * uncountedInside(loop));
+}
+
+// The same in one round of the loop, with the round itself.
+std::uint64_t Counting::uncountedInside(Loop* loop) {
+    std::uint64_t sum = 1;
+    for (Loop* inner : loop->getSubLoops()) {
+        const std::uint64_t most = uncounted(inner);
+        sum += most <= mostInside ? most : 1;
+    }
+    return sum;
+}
+
 void Counting::choose(Loop* loop, std::uint64_t most) {
     if (rounds(loop) <= most)
         return;
-    counted_.push_back(loop);
-    std::uint64_t weight = 1;
-    for (Loop* inner : loop->getSubLoops()) {
-        choose(inner, mostInside);
-        weight += rounds(inner) <= mostInside ? rounds(inner) : 1;
+    if (uncounted(loop) > most) {
+        counted_.push_back(loop);
+        weights_[loop] = uncountedInside(loop);
     }
-    weights_[loop] = weight;
+    for (Loop* inner : loop->getSubLoops())
+        choose(inner, mostInside);
 }
 
 // The outputs of a mesh belong to all invocations of the threadgroup; without primitives it has
@@ -156,26 +214,36 @@ void Counting::makeGlobals() {
     counter_->setMetadata(counterMark, MDNode::get(context, {}));
     builder.CreateStore(builder.getInt32(0), counter_);
     budget_ = builder.CreateCall(budget, {}, "budget");
-    spent_ = BasicBlock::Create(context, "spent", shader_.main);
+    report_ = report;
+}
+
+// The block that a function past the budget runs through, before its end or instead of the code
+// after a loop.
+void Counting::makeSpent() {
     BasicBlock* end = nullptr;
     for (BasicBlock& block : *shader_.main)
         if (isa_and_nonnull<ReturnInst>(block.getTerminator()))
             end = &block;
-    builder.SetInsertPoint(spent_);
+    spent_ = BasicBlock::Create(end->getContext(), "spent", shader_.main);
+    IRBuilder<> builder(spent_);
     for (const InterfaceVariable& variable : shader_.interface)
         if (auto* output = shader_.module->getNamedGlobal(variable.global);
             output && isZeroAtEnd(variable, shader_.stage))
             builder.CreateStore(Constant::getNullValue(output->getValueType()), output);
-    builder.CreateStore(builder.getInt32(1), report);
-    builder.CreateBr(end);
+    builder.CreateStore(builder.getInt32(1), report_);
+    if (!runsOn_) {
+        builder.CreateBr(end);
+        return;
+    }
+    BasicBlock* last = SplitBlock(end, end->getTerminator());
+    builder.CreateBr(last);
+    builder.SetInsertPoint(end->getTerminator());
+    builder.CreateCondBr(isSpent(builder), spent_, last);
+    end->getTerminator()->eraseFromParent();
 }
 
 Value* Counting::isSpent(IRBuilder<>& builder) {
     return builder.CreateICmpUGT(builder.CreateLoad(builder.getInt32Ty(), counter_), budget_);
-}
-
-static bool isLocal(const Value* pointer) {
-    return isa<AllocaInst>(getUnderlyingObject(pointer));
 }
 
 // Whether the loop has effects outside it before it ends.
@@ -191,10 +259,17 @@ static bool hasEffects(const Loop& loop) {
 
 // The block whose test for the end of the loop can test for the budget as well, so that the loop
 // gets no further exit.
-static BasicBlock* testingBlock(const Loop& loop) {
+BasicBlock* Counting::testingBlock(const Loop& loop) const {
+    const auto tests = [&](const BasicBlock* block) {
+        auto* branch = dyn_cast<BranchInst>(block->getTerminator());
+        return branch && branch->isConditional() && loop.isLoopExiting(block);
+    };
     for (BasicBlock* block : {loop.getHeader(), loop.getLoopLatch()})
-        if (auto* branch = dyn_cast<BranchInst>(block->getTerminator());
-            branch && branch->isConditional() && loop.isLoopExiting(block))
+        if (tests(block))
+            return block;
+    for (BasicBlock* block : loop.blocks())
+        if (runsOn_ && tests(block) && loops_.getLoopFor(block) == &loop &&
+            tree_.dominates(block, loop.getLoopLatch()))
             return block;
     return nullptr;
 }
@@ -207,8 +282,8 @@ bool Counting::endsForIt(const Loop& loop) const {
            !hasEffects(loop);
 }
 
-// What follows the test looks at the counter again and ends the invocation, unless the loop around
-// will do so.
+// What follows the test looks at the counter again and ends the invocation, unless the code after
+// the loop runs on or the loop around will end.
 void Counting::count(Loop* loop) {
     BasicBlock* testing = testingBlock(*loop);
     Instruction* end = (testing ? testing : loop->getLoopLatch())->getTerminator();
@@ -227,7 +302,7 @@ void Counting::count(Loop* loop) {
     Value* condition = branch->getCondition();
     branch->setCondition(out == 0 ? builder.CreateOr(condition, isOver)
                                   : builder.CreateAnd(condition, builder.CreateNot(isOver)));
-    if (Loop* around = loop->getParentLoop(); around && endsForIt(*around))
+    if (Loop* around = loop->getParentLoop(); runsOn_ || (around && endsForIt(*around)))
         return;
     BasicBlock* after = SplitEdge(testing, branch->getSuccessor(out));
     Instruction* onward = after->getTerminator();
@@ -236,17 +311,31 @@ void Counting::count(Loop* loop) {
     onward->eraseFromParent();
 }
 
+// Lets the block before the loop go to its exit if it cannot pay. Only for a loop with one exit.
+static void skip(Loop& loop, BasicBlock& before, Value* isOver, DominatorTree& tree,
+                 LoopInfo& loops, ScalarEvolution& evolution) {
+    formLCSSA(loop, tree, &loops, &evolution);
+    BasicBlock *header = loop.getHeader(), *exit = loop.getExitBlock();
+    BasicBlock* entry = SplitEdge(&before, header, &tree, &loops);
+    before.getTerminator()->eraseFromParent();
+    BranchInst::Create(exit, entry, isOver, &before);
+    for (PHINode& phi : exit->phis())
+        phi.addIncoming(Constant::getNullValue(phi.getType()), &before);
+    tree.recalculate(*header->getParent());
+}
+
 // A loop whose rounds are known when it is entered pays for them there, all at once, and each round
-// costs nothing: one that could not pay is not entered. Loops inside another stay as they are,
-// since a way out from between them costs the outer one more than counting does.
+// costs nothing: one that could not pay is not entered. Where `spent` follows, loops inside another
+// stay as they are, since a way out from between them costs the outer one more than counting does.
 bool Counting::countAhead(Loop* loop) {
     BasicBlock* before = loop->getLoopPreheader();
-    bool isAlone = !loop->getParentLoop() && none_of(loop->getSubLoops(), [&](Loop* inner) {
-        return weights_.contains(inner);
-    });
+    bool isAlone =
+        (runsOn_ || !loop->getParentLoop()) &&
+        none_of(loop->getSubLoops(), [&](Loop* inner) { return weights_.contains(inner); });
     const SCEV* repeats = evolution_.getBackedgeTakenCount(loop);
     if (!before || !isAlone || isa<SCEVCouldNotCompute>(repeats) ||
-        repeats->getExpressionSize() > largestAhead || weights_[loop] >= (1u << 11))
+        repeats->getExpressionSize() > largestAhead || weights_[loop] >= (1u << 11) ||
+        (runsOn_ && !(loop->getExitingBlock() && loop->getExitBlock())))
         return false;
     Instruction* end = before->getTerminator();
     SCEVExpander expander(evolution_, shader_.module->getDataLayout(), "ahead");
@@ -265,12 +354,20 @@ bool Counting::countAhead(Loop* loop) {
             builder.CreateBinaryIntrinsic(Intrinsic::umin, rounds, builder.getInt32(mostAhead));
     auto weight = static_cast<std::uint32_t>(weights_[loop]);
     Value* paid = builder.CreateLoad(builder.getInt32Ty(), counter_);
-    Value* due = builder.CreateMul(rounds, builder.getInt32(weight));
+    Value* due = builder.CreateMul(builder.CreateAdd(rounds, builder.getInt32(runsOn_ ? 2 : 0)),
+                                   builder.getInt32(weight));
+    if (runsOn_)
+        due = builder.CreateBinaryIntrinsic(Intrinsic::umin, due,
+                                            builder.CreateAdd(budget_, builder.getInt32(1)));
     builder.CreateStore(builder.CreateAdd(paid, due), counter_);
-    BasicBlock* header = loop->getHeader();
-    SplitEdge(before, header);
+    Value* isOver = isSpent(builder);
+    if (runsOn_) {
+        skip(*loop, *before, isOver, tree_, loops_, evolution_);
+        return true;
+    }
+    SplitEdge(before, loop->getHeader(), &tree_, &loops_);
     builder.SetInsertPoint(before->getTerminator());
-    builder.CreateCondBr(isSpent(builder), spent_, before->getTerminator()->getSuccessor(0));
+    builder.CreateCondBr(isOver, spent_, before->getTerminator()->getSuccessor(0));
     before->getTerminator()->eraseFromParent();
     return true;
 }
@@ -281,6 +378,7 @@ void Counting::run() {
     if (counted_.empty())
         return;
     makeGlobals();
+    makeSpent();
     for (Loop* loop : counted_)
         if (!countAhead(loop))
             count(loop);
@@ -292,7 +390,8 @@ void budgetLoops(ShaderModule& shader, Optimiser& optimiser) {
     auto& loops = optimiser.analyses().getResult<LoopAnalysis>(main);
     if (loops.empty())
         return;
-    Counting counting(shader, loops, optimiser.analyses().getResult<ScalarEvolutionAnalysis>(main));
+    Counting counting(shader, loops, optimiser.analyses().getResult<DominatorTreeAnalysis>(main),
+                      optimiser.analyses().getResult<ScalarEvolutionAnalysis>(main));
     if (!counting.isNeeded())
         return;
     counting.run();

@@ -15,12 +15,12 @@ using namespace llvm;
 
 constexpr unsigned longestRow = 6; // loops
 
-SmallVector<BasicBlock*, 4> rowEnds(const LoopInfo& loops, function_ref<bool(const Loop&)> mayEnd) {
+SmallVector<BasicBlock*, 4> rowEnds(const LoopInfo& loops) {
     SmallVector<BasicBlock*, 4> ends;
     unsigned row = 0;
     for (Loop* loop : loops.getLoopsInPreorder()) {
         row = loop->isInnermost() ? row + 1 : 0;
-        if (row <= longestRow || !mayEnd(*loop))
+        if (row <= longestRow)
             continue;
         ends.push_back(loop->getHeader());
         row = 1;
@@ -42,7 +42,10 @@ void enclose(BasicBlock& header, Structure& structure) {
     BasicBlock* merge = SplitBlock(again, again->begin());
     SplitBlock(merge, merge->begin());
     // All lanes leave in the same round, so their values need no phis of the outer header.
-    Value* isDone = cast<BranchInst>(header.getTerminator())->getCondition();
+    auto* test = cast<BranchInst>(header.getTerminator());
+    Value* isDone = test->getCondition();
+    if (test->getSuccessor(0) != inner.merge)
+        isDone = IRBuilder<>(inner.merge->getTerminator()).CreateNot(isDone);
     again->getTerminator()->eraseFromParent();
     BranchInst::Create(merge, outer, isDone, again);
     structure[outer] = {merge, again};

@@ -29,15 +29,13 @@
 //
 // A marked header must not have effects or convergent calls, since it runs once more than the body;
 // its values, phis aside, must not be used outside the loop, since those need the phis that `loops`
-// makes. The counter's store is exempt: promoteCounter makes a value of it. Loops that LoopRows
-// chooses to enclose are not marked: they need the latch's form.
+// makes. The counter's store is exempt: promoteCounter makes a value of it.
 //
 // Essays of the neighbours: LoopBudget.cpp (before), Loops.cpp (after).
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Regions.h"
 
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Flow.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopBudget.h"
-#include "TarnwickMSL/Translation/Passes/ControlFlow/LoopRows.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopShape.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 
@@ -110,9 +108,8 @@ static void moveTestToLatch(Loop& loop) {
 
 static void markLoops(Function& main, Optimiser& optimiser) {
     auto& loops = optimiser.analyses().getResult<LoopAnalysis>(main);
-    auto enclosed = rowEnds(loops, [](const Loop&) { return true; });
     for (Loop* loop : loops.getLoopsInPreorder())
-        if (leavesFromHeader(*loop) && !is_contained(enclosed, loop->getHeader()))
+        if (leavesFromHeader(*loop))
             moveTestToLatch(*loop);
     optimiser.forget(main);
 }

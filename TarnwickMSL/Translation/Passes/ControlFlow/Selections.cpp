@@ -18,8 +18,12 @@ void structureSelections(Function& main, Structure& structure) {
     DominatorTree tree(main);
     PostDominatorTree postTree(main);
     DenseMap<const BasicBlock*, bool> continues;
-    for (auto& [header, merge] : structure)
+    for (auto& [header, merge] : structure) {
         continues[merge.continueTarget] = true;
+        for (BasicBlock* last : predecessors(merge.continueTarget))
+            if (is_contained(successors(last), merge.merge))
+                continues[last] = true; // leaves the loop or goes on
+    }
     SmallVector<BasicBlock*, 32> headers;
     for (DomTreeNode* node : post_order(tree.getRootNode()))
         if (isSelection(*node->getBlock(), structure, continues))

@@ -223,9 +223,15 @@ static std::string checkFlow(const Subject& subject) {
 
 static std::string checkExits(const Subject& subject) {
     for (const Loop* loop : subject.loops.getLoopsInPreorder()) {
-        const BasicBlock* exiting = loop->getExitingBlock();
-        if (!exiting || (exiting != loop->getHeader() && exiting != loop->getLoopLatch()))
-            return about("A loop is not left from its header or latch alone", *loop->getHeader());
+        const BasicBlock* latch = loop->getLoopLatch();
+        const std::array<const BasicBlock*, 3> ends{loop->getHeader(), latch,
+                                                    latch->getSinglePredecessor()};
+        SmallVector<BasicBlock*, 2> exiting;
+        loop->getExitingBlocks(exiting);
+        if (exiting.empty() || !loop->getUniqueExitBlock() ||
+            !all_of(exiting, [&](const BasicBlock* block) { return is_contained(ends, block); }))
+            return about("A loop is not left from its header or the end of its round",
+                         *loop->getHeader());
     }
     return {};
 }
@@ -275,12 +281,15 @@ static std::string checkLoops(const Subject& subject) {
 
 static std::string checkSelections(const Subject& subject) {
     PostDominatorTree postTree(subject.main);
-    SmallPtrSet<const BasicBlock*, 16> merges, continues;
+    SmallPtrSet<const BasicBlock*, 16> merges, continues, leaving;
     for (auto& [header, merge] : subject.shader.structure) {
         if (!merges.insert(merge.merge).second)
             return about("A block is the merge of two constructs", *merge.merge);
         if (merge.continueTarget) {
             continues.insert(merge.continueTarget);
+            for (const BasicBlock* last : predecessors(merge.continueTarget))
+                if (is_contained(successors(last), merge.merge))
+                    leaving.insert(last);
             continue;
         }
         if (!postTree.dominates(merge.merge, header))
@@ -290,7 +299,7 @@ static std::string checkSelections(const Subject& subject) {
     }
     for (const BasicBlock& block : subject.main) {
         if (succ_size(&block) > 1 && !subject.shader.structure.contains(&block) &&
-            !continues.contains(&block))
+            !continues.contains(&block) && !leaving.contains(&block))
             return about("A branch has no merge", block);
         if (merges.contains(&block) && continues.contains(&block))
             return about("A block is both a merge and a continue target", block);
@@ -353,7 +362,7 @@ static constexpr std::array rules{
     RuleRow{"An integer has 1, 8, 16, 32 or 64 bits; locals are in the entry block.", checkWidth, checkGlobals},
     RuleRow{"Every operation is one that the writer has.", checkOperation},
     RuleRow{"The steps to an address are in the block of the access.", checkAddress},
-    RuleRow{"A loop is left from its header or its latch alone.", nullptr, checkExits},
+    RuleRow{"A loop is left from its header or at the end of its round, to one block.", nullptr, checkExits},
     RuleRow{"Each loop has a merge block, a continue target and a header without effects.", nullptr, checkLoops},
     RuleRow{"Each branch has a merge block of its own (SPIR-V 1.6, 2.11).", nullptr, checkSelections},
     RuleRow{"No phi is a vector.", checkPhi},
