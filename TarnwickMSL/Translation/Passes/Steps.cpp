@@ -28,6 +28,7 @@
 #include "TarnwickMSL/Translation/Passes/Memory/NearAddresses.h"
 #include "TarnwickMSL/Translation/Passes/Memory/PointerArrays.h"
 #include "TarnwickMSL/Translation/Passes/Memory/Pointers.h"
+#include "TarnwickMSL/Translation/Passes/Memory/ShortArrays.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/FloatCounters.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 #include "TarnwickMSL/Translation/Passes/Values/Comparisons.h"
@@ -79,6 +80,13 @@ static void unrolling(Work& work) {
         return;
     work.optimiser().unrollLoops(work.main());
     work.optimiser().clean(work.main());
+}
+
+static void shortArrays(Work& work) {
+    if (!chooseFromShortArrays(work.main()))
+        return;
+    work.optimiser().forget(work.main());
+    work.optimiser().cleanLightly(work.main());
 }
 
 static void pointerArrays(Work& work) {
@@ -155,15 +163,17 @@ static constexpr std::array table{
          "Ends loops over a short array at its end; before `unroll`, which needs the number of rounds."},
     Step{"unroll", Scope::entryPoint, "Passes/Optimising/Optimiser.h", unrolling,
          "Unrolls short loops; before `finish`, which removes what the rounds repeat."},
+    Step{"two-valued-tables", Scope::entryPoint, "Passes/Values/TwoValuedTables.h",
+         [](Work& work) { work.forgetMainIf(replaceTwoValuedTables(work.main())); },
+         "Turns tables with two values into bits of a number; after `unroll`, which makes many indices constant."},
+    Step{"short-arrays", Scope::entryPoint, "Passes/Memory/ShortArrays.h", shortArrays,
+         "Turns short arrays at changing indices into choices of values; after `unroll` and `two-valued-tables`, which leave fewer of them, and before `finish`."},
     Step{"finish", Scope::entryPoint, "Passes/Optimising/Optimiser.h",
          [](Work& work) { work.optimiser().finish(work.main()); },
          "Moves code out of loops, removes repeated and unused code; once, on code that no later step makes larger."},
     Step{"narrow-access", Scope::entryPoint, "Passes/Memory/NarrowAccess.h",
          [](Work& work) { work.forgetMainIf(narrowAccess(work.main(), work.optimiser().analyses())); },
          "Reads and writes single lanes of vectors in buffers; after `finish`, which joins accesses."},
-    Step{"two-valued-tables", Scope::entryPoint, "Passes/Values/TwoValuedTables.h",
-         [](Work& work) { work.forgetMainIf(replaceTwoValuedTables(work.main())); },
-         "Turns tables with two values into bits of a number; after `unroll`, which makes many indices constant."},
     Step{"late-memory-calls", Scope::entryPoint, "Passes/Memory/MemoryCalls.h",
          [](Work& work) { work.forgetMainIf(expandMemoryCalls(work.main())); },
          "Repeats `memory-calls` for copies that LLVM's passes may have made since; before `pointers`, which knows loads and stores only.",
