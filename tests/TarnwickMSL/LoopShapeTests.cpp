@@ -54,7 +54,8 @@ bool isCounter(const Code& code, Id phi) {
 
 struct Loops {
     int all = 0;
-    int counted = 0; // left from the header by the comparison of a counter and a constant
+    int counted = 0;   // left from the header by the comparison of a counter and a constant
+    int functions = 0; // calls of GLSL.std.450
     std::vector<std::uint32_t> controls;
 };
 
@@ -69,6 +70,7 @@ Loops loopsOf(const std::string& statements) {
         return loops;
     const Code code(compiled.entryPoints.front().words);
     for (std::size_t i = 0; i + 1 < code.all.size(); i++) {
+        loops.functions += code.all[i].op == spv::Op::OpExtInst;
         if (code.all[i].op != spv::Op::OpLoopMerge)
             continue;
         loops.all++;
@@ -100,6 +102,20 @@ TEST(LoopShapes, letDriversCountLoopsOfAConstantNumberOfRounds) {
         EXPECT_EQ(loops.all, 1) << statements;
         EXPECT_EQ(loops.counted, 1) << statements;
     }
+}
+
+// The loop of seven rounds becomes straight code, the one around it is too long. Copies of its first
+// rounds, in which the comparisons with 2 and 4 are known, made a picture take three times as long.
+TEST(LoopShapes, peelNoRounds) {
+    const Loops loops = loopsOf("for (int i = 0; i < 6; i++) {\n"
+                                "    float x = i < 2 ? s : i < 4 ? 2 * s + 1 : s - n;\n"
+                                "    for (int j = 0; j < 7; j++)\n"
+                                "        if ((n >> j) & 1)\n"
+                                "            s = min(s, length(sin(float3(x - j, x * j, s)) * x +\n"
+                                "                              cos(float3(s, j, x * s)) * j));\n"
+                                "}");
+    EXPECT_EQ(loops.all, 1);
+    EXPECT_EQ(loops.functions, 7 * 4); // sin, cos, sqrt, min
 }
 
 TEST(LoopShapes, followTheHintsOfTheProgram) {

@@ -65,9 +65,9 @@ static void addUnrolling(FunctionPassManager& passes) {
     // For speed only: loops that test at their end draw up to a fifth faster on the CPU driver.
     loops.addPass(LoopRotatePass(true));
     loops.addPass(IndVarSimplifyPass());
-    loops.addPass(LoopFullUnrollPass());
     passes.addPass(createFunctionToLoopPassAdaptor(std::move(loops)));
-    // The pass above requires exact numbers of rounds; this one accepts a maximum.
+    // Unlike LoopFullUnrollPass, this one accepts a maximum of rounds, and does not copy first rounds
+    // in which comparisons with the counter are known.
     passes.addPass(
         LoopUnrollPass(LoopUnrollOptions().setPartial(false).setPeeling(false).setRuntime(false)));
 }
