@@ -104,8 +104,9 @@ TEST(LoopShapes, letDriversCountLoopsOfAConstantNumberOfRounds) {
     }
 }
 
-// The loop of seven rounds becomes straight code, the one around it is too long. Copies of its first
-// rounds, in which the comparisons with 2 and 4 are known, made a picture take three times as long.
+// The loop of seven rounds becomes straight code, the one around it is too long. Copies of its
+// first rounds, in which the comparisons with 2 and 4 are known, made a picture take three times as
+// long.
 TEST(LoopShapes, peelNoRounds) {
     const Loops loops = loopsOf("for (int i = 0; i < 6; i++) {\n"
                                 "    float x = i < 2 ? s : i < 4 ? 2 * s + 1 : s - n;\n"
@@ -116,6 +117,26 @@ TEST(LoopShapes, peelNoRounds) {
                                 "}");
     EXPECT_EQ(loops.all, 1);
     EXPECT_EQ(loops.functions, 7 * 4); // sin, cos, sqrt, min
+}
+
+// Most of a round is computed from the counter, or moves values between elements of a local array;
+// whole, neither fits the limit.
+TEST(LoopShapes, disappearWhereLittleIsLeftOfThem) {
+    for (const char* statements :
+         {"for (int i = 0; i < 14; i++) {\n"
+          "    float f = i, g = fract(sin(f * 12.9f) * 437.5f) + exp(f * 0.1f) * log(f + 1);\n"
+          "    if (i % 3 == 1) g += cos(g) * sqrt(f); else g -= pow(f, 1.3f) + exp2(sin(g * f));\n"
+          "    s = sin(s * g + smoothstep(0.0f, 9.0f, g)) + floor(g * 7) * cos(f * g + 2);\n"
+          "}",
+          "float4 p[16];\n"
+          "for (int i = 0; i < 16; i++) p[i] = float4(s + i, s * i, i - s, i);\n"
+          "for (int i = 0; i < 16; i++)\n"
+          "    for (int axis = 0; axis < 4; axis++) {\n"
+          "        int j = i ^ (1 << axis);\n"
+          "        if (j < i) continue;\n"
+          "        s += length(p[i] - p[j]) * dot(p[i], p[j]) + axis * sin(p[i].x);\n"
+          "    }"})
+        EXPECT_EQ(loopsOf(statements).all, 0) << statements;
 }
 
 TEST(LoopShapes, followTheHintsOfTheProgram) {

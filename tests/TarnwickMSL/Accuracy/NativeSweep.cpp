@@ -2,6 +2,7 @@
 
 #include "TarnwickMSL/Translation/FrontEnd.h"
 #include "TarnwickMSL/Translation/Passes/Driver.h"
+#include "TarnwickMSL/Translation/Passes/Optimising/Weights.h"
 
 #include <llvm/ExecutionEngine/Orc/LLJIT.h>
 #include <llvm/ExecutionEngine/Orc/ThreadSafeModule.h>
@@ -39,18 +40,7 @@ std::string nativeSweepText(const Case& row) {
 
 // Functions that the compiler leaves to the device.
 bool isOfDevice(const Function& callee) {
-    switch (callee.getIntrinsicID()) {
-    case Intrinsic::sin:
-    case Intrinsic::cos:
-    case Intrinsic::exp:
-    case Intrinsic::exp2:
-    case Intrinsic::log:
-    case Intrinsic::log2:
-    case Intrinsic::pow:
-        return true;
-    default:
-        return callee.getName().starts_with("msl.");
-    }
+    return msl::isTranscendental(callee) || callee.getName().starts_with("msl.");
 }
 
 bool callsTheDevice(const Function& function) {

@@ -1,5 +1,7 @@
 #include "TarnwickMSL/Translation/Passes/Optimising/Costs.h"
 
+#include "TarnwickMSL/Translation/Passes/Optimising/Weights.h"
+
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/Analysis/TargetTransformInfoImpl.h>
 #include <llvm/Analysis/ValueTracking.h>
@@ -7,6 +9,7 @@
 #include <llvm/IR/IntrinsicInst.h>
 
 #include <algorithm>
+#include <limits>
 
 namespace tarnwick::msl {
 
@@ -18,6 +21,9 @@ constexpr double unrolled = 900;
 // The same if unrolling turns indices of local arrays into constants: drivers unroll such loops of
 // any size, with worse results.
 constexpr double unrolledForArrays = 2'400;
+
+// The weight that may be left of a loop over a local array after all that is known folds.
+constexpr double leftForArrays = 4'500;
 
 // The weight up to which unrolling may let a program grow (docs/measurements.md, "Time of the
 // driver").
@@ -38,60 +44,39 @@ bool walksLocalArray(const Loop& loop) {
     });
 }
 
-// What an instruction costs the packaged CPU driver to compile, relative to a scalar addition. It
-// divides vectors into lanes, and writes polynomials for these functions.
-unsigned weight(const Instruction& instruction) {
-    unsigned lanes = 1;
-    if (auto* vector = dyn_cast<FixedVectorType>(instruction.getType()))
-        lanes = vector->getNumElements();
-    auto* call = dyn_cast<CallBase>(&instruction);
-    switch (call ? call->getIntrinsicID() : Intrinsic::not_intrinsic) {
-    case Intrinsic::sin:
-    case Intrinsic::cos:
-    case Intrinsic::exp:
-    case Intrinsic::exp2:
-    case Intrinsic::log:
-    case Intrinsic::log2:
-    case Intrinsic::pow:
-        return 8 * lanes;
-    default:
-        return lanes;
-    }
-}
-
-template <class Blocks> double weightOf(const Blocks& blocks) {
-    double sum = 0;
-    for (const BasicBlock& block : blocks)
-        for (const Instruction& instruction : block)
-            sum += weight(instruction);
-    return sum;
-}
-
-// How many instructions unrolling may make of the loop, so that the program, with all copies of
+// The weight that the loop may have once it is unrolled, so that the program, with all copies of
 // this function, does not grow beyond the limit.
-double allowance(const Loop& loop, double largest) {
+double room(const Loop& loop, double largest) {
     const Function& function = *loop.getHeader()->getParent();
     double copies = 1;
     function.getFnAttribute(copiesMark).getValueAsString().getAsDouble(copies);
-    const double own = weightOf(make_pointee_range(loop.blocks()));
+    return std::max(0.0, largest / copies - (weightOf(function) - weightOf(loop)));
+}
+
+// How many instructions unrolling may make of the loop, before they fold.
+double allowance(const Loop& loop, double room) {
     double size = 0;
     for (const BasicBlock* block : loop.blocks())
         size += static_cast<double>(block->size());
-    const double left = largest / copies - (weightOf(function) - own);
-    return std::max(0.0, left * size / own);
+    return room * size / weightOf(loop);
 }
 
 class ShaderCosts final : public TargetTransformInfoImplCRTPBase<ShaderCosts> {
   public:
     explicit ShaderCosts(const DataLayout& layout) : TargetTransformInfoImplCRTPBase(layout) {}
 
-    void getUnrollingPreferences(Loop* loop, ScalarEvolution&,
+    void getUnrollingPreferences(Loop* loop, ScalarEvolution& evolution,
                                  TargetTransformInfo::UnrollingPreferences& preferences,
                                  OptimizationRemarkEmitter*) {
-        bool walksArray = walksLocalArray(*loop);
-        double most = walksArray ? std::min(unrolledForArrays, allowance(*loop, largestWithArrays))
-                                 : std::min(unrolled, allowance(*loop, largestProgram));
-        preferences.Threshold = static_cast<unsigned>(most);
+        const bool walksArray = walksLocalArray(*loop);
+        const double most = room(*loop, walksArray ? largestWithArrays : largestProgram);
+        const unsigned rounds = evolution.getSmallConstantTripCount(loop);
+        const double left = rounds > 0 ? rounds * weightLeft(*loop, evolution) : most + 1;
+        preferences.Threshold =
+            left <= std::min(walksArray ? leftForArrays : unrolled, most)
+                ? std::numeric_limits<unsigned>::max() / 4
+                : static_cast<unsigned>(
+                      std::min(walksArray ? unrolledForArrays : unrolled, allowance(*loop, most)));
         preferences.MaxIterationsCountToAnalyze = analysedRounds;
         preferences.UpperBound = walksArray;
         preferences.MaxUpperBound = mostArrayRounds;
