@@ -14,6 +14,7 @@
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Phis.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Regions.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Selections.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/UniformConditions.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/VectorPhis.h"
 #include "TarnwickMSL/Translation/Passes/Entry/Bindings.h"
 #include "TarnwickMSL/Translation/Passes/Entry/Cut.h"
@@ -247,6 +248,9 @@ static constexpr std::array table{
     Step{"phis", Scope::entryPoint, "Passes/ControlFlow/Phis.h",
          [](Work& work) { mergePhis(work.main()); },
          "Merges two phis of the same value; after `vector-phis`, so that it compares lanes."},
+    Step{"uniform-conditions", Scope::entryPoint, "Passes/ControlFlow/UniformConditions.h",
+         [](Work& work) { hideUniformConditions(work.shader); },
+         "Hides conditions on uniform values alone from the packaged CPU driver; after all steps that make conditions, which would see through it."},
     Step{"bindings", Scope::entryPoint, "Passes/Entry/Bindings.h",
          [](Work& work) { assignBindings(work.shader); },
          "Numbers the buffers and textures that are still used; last, when no step removes uses.",
