@@ -18,8 +18,8 @@ using namespace llvm;
 // Instructions of a loop that is unrolled in full. GPU drivers unroll about so far themselves.
 constexpr double unrolled = 900;
 
-// The same if unrolling turns indices of local arrays into constants: drivers unroll such loops of
-// any size, with worse results.
+// The same if unrolling turns indices of local arrays and tables into constants: drivers unroll
+// such loops of any size, with worse results.
 constexpr double unrolledForArrays = 2'400;
 
 // The weight that may be left of a loop over a local array after all that is known folds.
@@ -34,12 +34,17 @@ constexpr unsigned analysedRounds = 32;
 
 namespace {
 
-bool walksLocalArray(const Loop& loop) {
+bool isLocalOrTable(const Value& root) {
+    auto* global = dyn_cast<GlobalVariable>(&root);
+    return isa<AllocaInst>(root) || (global && global->isConstant() && global->hasInitializer());
+}
+
+bool walksArray(const Loop& loop) {
     return any_of(loop.blocks(), [&](const BasicBlock* block) {
         return any_of(*block, [&](const Instruction& instruction) {
             auto* step = dyn_cast<GetElementPtrInst>(&instruction);
             return step && !step->hasAllConstantIndices() && !loop.isLoopInvariant(step) &&
-                   isa<AllocaInst>(getUnderlyingObject(step));
+                   isLocalOrTable(*getUnderlyingObject(step));
         });
     });
 }
@@ -68,17 +73,17 @@ class ShaderCosts final : public TargetTransformInfoImplCRTPBase<ShaderCosts> {
     void getUnrollingPreferences(Loop* loop, ScalarEvolution& evolution,
                                  TargetTransformInfo::UnrollingPreferences& preferences,
                                  OptimizationRemarkEmitter*) {
-        const bool walksArray = walksLocalArray(*loop);
-        const double most = room(*loop, walksArray ? largestWithArrays : largestProgram);
+        const bool isForArray = walksArray(*loop);
+        const double most = room(*loop, isForArray ? largestWithArrays : largestProgram);
         const unsigned rounds = evolution.getSmallConstantTripCount(loop);
         const double left = rounds > 0 ? rounds * weightLeft(*loop, evolution) : most + 1;
         preferences.Threshold =
-            left <= std::min(walksArray ? leftForArrays : unrolled, most)
+            left <= std::min(isForArray ? leftForArrays : unrolled, most)
                 ? std::numeric_limits<unsigned>::max() / 4
                 : static_cast<unsigned>(
-                      std::min(walksArray ? unrolledForArrays : unrolled, allowance(*loop, most)));
+                      std::min(isForArray ? unrolledForArrays : unrolled, allowance(*loop, most)));
         preferences.MaxIterationsCountToAnalyze = analysedRounds;
-        preferences.UpperBound = walksArray;
+        preferences.UpperBound = isForArray;
         preferences.MaxUpperBound = mostArrayRounds;
         preferences.MaxPercentThresholdBoost = 200;
     }
