@@ -2,9 +2,6 @@
 // template parameter. They are plain functions, since a template would be instantiated again for
 // each combination of arguments in each program. The templates below only take vectors with other
 // elements. Arguments that fit no overload are reported as "no matching constructor".
-//
-// The first condition of each template only asks Clang itself. Most calls end there, without the
-// instantiation of a template.
 #pragma once
 
 #include "bool_vectors.h"
@@ -17,31 +14,27 @@ namespace metal {
 template <class T, class A> inline constexpr bool is_other_vector =
     (lanes_of<A>) > 1 && !is_same_v<A, vec<T, lanes_of<A>>>;
 
+// Whether one of A is such a vector; and whether A is any value but a T or a V.
+template <class T, class... A> struct _others : enable_if<(is_other_vector<T, A> || ...)> {};
+template <class T, class V, class A>
+struct _other : enable_if<!__is_same(A, T) && !__is_same(A, V) && (lanes_of<A>) != 0> {};
+
 } // namespace metal
 
 #define MSL_OTHERS(T, V)                                                                           \
     MSL_INLINE constexpr V msl_##V() { return V(T(0)); }                                           \
     MSL_INLINE constexpr V msl_##V(T a) { return V(a); }                                           \
     MSL_INLINE constexpr V msl_##V(V a) { return a; }                                              \
-    template <class A, class = metal::enable_if_t<!__is_same(A, T) && !__is_same(A, V)>,           \
-              class = metal::enable_if_t<(metal::lanes_of<A>) != 0>>                               \
+    template <class A, class = typename metal::_other<T, V, A>::type>                              \
     MSL_INLINE constexpr V msl_##V(A a) {                                                          \
         return msl_make<V>(a);                                                                     \
     }                                                                                              \
-    template <class A, class B,                                                                    \
-              class = metal::enable_if_t<!(__is_arithmetic(A) && __is_arithmetic(B))>,             \
-              class = metal::enable_if_t<metal::is_other_vector<T, A> ||                           \
-                                         metal::is_other_vector<T, B>>>                            \
+    template <class A, class B, class = typename metal::_others<T, A, B>::type>                    \
     MSL_INLINE constexpr V msl_##V(A a, B b) {                                                     \
         return msl_make<V>(a, b);                                                                  \
     }
 #define MSL_OTHERS_OF_3(T, V)                                                                      \
-    template <class A, class B, class C,                                                           \
-              class = metal::enable_if_t<!(__is_arithmetic(A) && __is_arithmetic(B) &&             \
-                                           __is_arithmetic(C))>,                                   \
-              class = metal::enable_if_t<metal::is_other_vector<T, A> ||                           \
-                                         metal::is_other_vector<T, B> ||                           \
-                                         metal::is_other_vector<T, C>>>                            \
+    template <class A, class B, class C, class = typename metal::_others<T, A, B, C>::type>        \
     MSL_INLINE constexpr V msl_##V(A a, B b, C c) {                                                \
         return msl_make<V>(a, b, c);                                                               \
     }

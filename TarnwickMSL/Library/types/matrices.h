@@ -87,15 +87,15 @@ template <class T, int C, int R> struct matrix {
                 same = same & (columns[i][j] == m.columns[i][j]);
         return same;
     }
-    template <class S, class = enable_if_t<is_arithmetic_v<S>>>
+    template <class S, class = typename _number<S>::type>
     friend MSL_INLINE matrix operator*(const matrix& a, S s) {
         return each([s](Column x) { return x * T(s); }, a);
     }
-    template <class S, class = enable_if_t<is_arithmetic_v<S>>>
+    template <class S, class = typename _number<S>::type>
     friend MSL_INLINE matrix operator*(S s, const matrix& a) {
         return each([s](Column x) { return T(s) * x; }, a);
     }
-    template <class S, class = enable_if_t<is_arithmetic_v<S>>>
+    template <class S, class = typename _number<S>::type>
     friend MSL_INLINE matrix operator/(const matrix& a, S s) {
         return each([s](Column x) { return x / T(s); }, a);
     }

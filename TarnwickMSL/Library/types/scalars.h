@@ -34,6 +34,12 @@ template <class T> struct enable_if<true, T> {
 template <bool condition, class T = void>
 using enable_if_t = typename enable_if<condition, T>::type;
 
+// Conditions of templates that are candidates for many calls: `class = typename _number<A>::type`.
+// Clang keeps their instances, of types alone, for later calls and programs. It would evaluate an
+// expression, as in enable_if_t<__is_arithmetic(A)>, at every call again, which takes ten times as
+// long.
+template <class A> struct _number : enable_if<__is_arithmetic(A)> {};
+
 template <class A, class B> inline constexpr bool is_same_v = __is_same(A, B);
 template <class A, class B> struct is_same {
     static constexpr bool value = is_same_v<A, B>;

@@ -6,6 +6,7 @@
 #include "TarnwickMSL/Translation/FrontEnd/Session/LibraryChanges.h"
 #include "TarnwickMSL/Translation/FrontEnd/Session/Macros.h"
 #include "TarnwickMSL/Translation/FrontEnd/Session/ProgramConsumer.h"
+#include "TarnwickMSL/Translation/FrontEnd/Session/Wrappers.h"
 #include "TarnwickMSL/Translation/FrontEnd/Tokens.h"
 #include "TarnwickMSL/Translation/FrontEnd/Warnings.h"
 
@@ -270,7 +271,9 @@ void Session::generate(Parsed& parsed, llvm::LLVMContext& context, const ParseOp
         instance.getPreprocessorOpts(), instance.getCodeGenOpts(), context));
     generator->Initialize(declarations);
     declarations.getExternalSource()->StartTranslationUnit(&consumer);
-    consumer.passTo(*generator, libraryUses.of(program, consumer.otherFunctions()));
+    LibraryUses::Found library = libraryUses.of(program, consumer.otherFunctions());
+    const DirectCalls direct(declarations, std::move(library.wrappers));
+    consumer.passTo(*generator, library.functions);
     completeEntries(entries, *generator);
     completeConstants(constants, *generator);
     generator->HandleTranslationUnit(declarations);

@@ -96,20 +96,21 @@ LibraryUses::Uses LibraryUses::direct(const clang::FunctionDecl& definition) {
     if (const auto found = known.find(&definition); found != known.end())
         return found->second;
     Uses uses;
-    Search(uses).function(definition);
-    if (definition.isFromASTFile())
+    Search(uses.functions).function(definition);
+    if (definition.isFromASTFile()) {
+        uses.builtIn = wrappedBuiltIn(definition);
         known.insert({&definition, uses});
+    }
     return uses;
 }
 
-std::vector<clang::FunctionDecl*>
-LibraryUses::of(const std::vector<clang::Decl*>& program,
-                const std::vector<const clang::FunctionDecl*>& functions) {
+LibraryUses::Found LibraryUses::of(const std::vector<clang::Decl*>& program,
+                                   const std::vector<const clang::FunctionDecl*>& functions) {
     llvm::SmallVector<const clang::FunctionDecl*, 64> open(functions.begin(), functions.end());
     Search search(open);
     for (const clang::Decl* declaration : program)
         search.declaration(declaration);
-    std::vector<clang::FunctionDecl*> uses;
+    Found found;
     llvm::DenseSet<const clang::FunctionDecl*> done;
     while (!open.empty()) {
         const clang::FunctionDecl* definition = nullptr;
@@ -117,12 +118,16 @@ LibraryUses::of(const std::vector<clang::Decl*>& program,
         if (!done.insert(function->getCanonicalDecl()).second || !function->hasBody(definition) ||
             definition->isDependentContext())
             continue;
+        auto* own = const_cast<clang::FunctionDecl*>(definition);
         if (isOfLibrary(*definition) &&
             !llvm::isa<clang::CXXRecordDecl>(definition->getLexicalDeclContext()))
-            uses.push_back(const_cast<clang::FunctionDecl*>(definition));
-        open.append(direct(*definition));
+            found.functions.push_back(own);
+        const Uses uses = direct(*definition);
+        if (uses.builtIn != 0)
+            found.wrappers.push_back({own, uses.builtIn});
+        open.append(uses.functions);
     }
-    return uses;
+    return found;
 }
 
 } // namespace tarnwick::msl

@@ -5,6 +5,8 @@
 // it is told of these alone.
 #pragma once
 
+#include "TarnwickMSL/Translation/FrontEnd/Session/Wrappers.h"
+
 #include <llvm/ADT/DenseMap.h>
 #include <llvm/ADT/SmallVector.h>
 
@@ -19,13 +21,20 @@ namespace tarnwick::msl {
 
 class LibraryUses {
   public:
-    // The library's definitions outside of classes, and instances of templates, that the
-    // declarations and functions use, directly or not.
-    std::vector<clang::FunctionDecl*> of(const std::vector<clang::Decl*>& program,
-                                         const std::vector<const clang::FunctionDecl*>& functions);
+    struct Found {
+        // The library's definitions outside of classes, and instances of templates.
+        std::vector<clang::FunctionDecl*> functions;
+        std::vector<Wrapper> wrappers; // among them
+    };
+    // What the declarations and functions use, directly or not.
+    Found of(const std::vector<clang::Decl*>& program,
+             const std::vector<const clang::FunctionDecl*>& functions);
 
   private:
-    using Uses = llvm::SmallVector<const clang::FunctionDecl*, 4>;
+    struct Uses {
+        llvm::SmallVector<const clang::FunctionDecl*, 4> functions;
+        unsigned builtIn = 0; // see Wrapper
+    };
     // What each function of the precompiled library uses directly.
     llvm::DenseMap<const clang::FunctionDecl*, Uses> known;
 

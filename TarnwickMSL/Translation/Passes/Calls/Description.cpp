@@ -35,12 +35,47 @@ static void dropLogs(Module& program) {
     }
 }
 
+static bool isOfNumbers(Intrinsic::ID intrinsic) {
+    switch (intrinsic) {
+    case Intrinsic::abs:
+    case Intrinsic::ceil:
+    case Intrinsic::copysign:
+    case Intrinsic::cos:
+    case Intrinsic::fabs:
+    case Intrinsic::floor:
+    case Intrinsic::log2:
+    case Intrinsic::maxnum:
+    case Intrinsic::minnum:
+    case Intrinsic::roundeven:
+    case Intrinsic::sin:
+    case Intrinsic::smax:
+    case Intrinsic::smin:
+    case Intrinsic::sqrt:
+    case Intrinsic::trunc:
+    case Intrinsic::umax:
+    case Intrinsic::umin:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// Results of the library's functions are defined, as Clang says of every function. It does not say
+// so of its built-in functions. Without it, LLVM guards conditions that depend on them.
+static void defineResults(Module& program) {
+    for (Function& function : program)
+        if (isOfNumbers(function.getIntrinsicID()))
+            for (User* user : function.users())
+                cast<CallBase>(user)->addRetAttr(Attribute::NoUndef);
+}
+
 void describe(Module& program, const Target& target) {
     if (!target.keepsLogs)
         dropLogs(program);
     if (program.getDataLayoutStr().find("-n8") == std::string::npos)
         program.setDataLayout(program.getDataLayoutStr() + nativeWidths.str());
     describeBuiltIns(program);
+    defineResults(program);
     for (Function& function : program)
         if (!function.isDeclaration())
             describe(function);

@@ -22,8 +22,8 @@
 // - restoreTests finds the marker in the latch's condition and moves the test back into the header.
 //
 // Invariant between the two: a round of a marked loop runs its body before the test. That is not
-// the program's meaning, so nothing may be derived from it. InstSimplify, DCE and the promotion of
-// the loop counter (LoopBudget) run after restoreTests for that reason: in between, code that the
+// the program's meaning, so nothing may be derived from it. The simplification, DCE and the promotion
+// of the loop counter (LoopBudget) run after restoreTests for that reason: in between, code that the
 // test guards looks as if it ran in every round, and a division by a value that the test keeps from
 // zero could be moved or folded.
 //
@@ -39,12 +39,13 @@
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopShape.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 
+#include <llvm/ADT/SetVector.h>
+#include <llvm/Analysis/InstructionSimplify.h>
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/IR/Dominators.h>
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/PatternMatch.h>
 #include <llvm/Transforms/Scalar/DCE.h>
-#include <llvm/Transforms/Scalar/InstSimplifyPass.h>
 #include <llvm/Transforms/Scalar/StructurizeCFG.h>
 #include <llvm/Transforms/Utils/LoopSimplify.h>
 #include <llvm/Transforms/Utils/UnifyLoopExits.h>
@@ -155,6 +156,28 @@ static void restoreTests(Function& main, Structure& structure) {
         }
 }
 
+// Simplifies what StructurizeCFG and the steps since `finish` have made, phis, conditions, lanes and
+// integers, and what uses it. Arithmetic of floating-point numbers, which takes the most time to look
+// at, is as `finish` left it.
+static void simplifyMade(Function& main, Optimiser& optimiser) {
+    const SimplifyQuery query(main.getDataLayout(), nullptr,
+                              &optimiser.analyses().getResult<DominatorTreeAnalysis>(main));
+    SmallSetVector<Instruction*, 32> open; // the first instruction of the function last
+    for (BasicBlock& block : reverse(main))
+        for (Instruction& instruction : reverse(block))
+            if (isa<PHINode>(instruction) || !isa<FPMathOperator>(instruction))
+                open.insert(&instruction);
+    while (!open.empty()) {
+        Instruction* instruction = open.pop_back_val();
+        Value* simple = simplifyInstruction(instruction, query);
+        if (!simple)
+            continue;
+        for (User* user : instruction->users())
+            open.insert(cast<Instruction>(user));
+        instruction->replaceAllUsesWith(simple);
+    }
+}
+
 void makeRegions(Function& main, Structure& structure, Optimiser& optimiser) {
     if (isPlain(main))
         return;
@@ -169,7 +192,7 @@ void makeRegions(Function& main, Structure& structure, Optimiser& optimiser) {
     restoreTests(main, structure);
     // No sooner: while the tests are away, code that they guard looks as if it always ran.
     optimiser.forget(main);
-    InstSimplifyPass().run(main, optimiser.analyses());
+    simplifyMade(main, optimiser);
     DCEPass().run(main, optimiser.analyses());
     optimiser.forget(main);
     promoteCounter(main);
