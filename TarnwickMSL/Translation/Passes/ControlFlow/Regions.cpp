@@ -22,10 +22,10 @@
 // - restoreTests finds the marker in the latch's condition and moves the test back into the header.
 //
 // Invariant between the two: a round of a marked loop runs its body before the test. That is not
-// the program's meaning, so nothing may be derived from it. The simplification, DCE and the promotion
-// of the loop counter (LoopBudget) run after restoreTests for that reason: in between, code that the
-// test guards looks as if it ran in every round, and a division by a value that the test keeps from
-// zero could be moved or folded.
+// the program's meaning, so nothing may be derived from it. The simplification, DCE and the
+// promotion of the loop counter (LoopBudget) run after restoreTests for that reason: in between,
+// code that the test guards looks as if it ran in every round, and a division by a value that the
+// test keeps from zero could be moved or folded.
 //
 // A marked header must not have effects or convergent calls, since it runs once more than the body;
 // its values, phis aside, must not be used outside the loop, since those need the phis that `loops`
@@ -156,9 +156,9 @@ static void restoreTests(Function& main, Structure& structure) {
         }
 }
 
-// Simplifies what StructurizeCFG and the steps since `finish` have made, phis, conditions, lanes and
-// integers, and what uses it. Arithmetic of floating-point numbers, which takes the most time to look
-// at, is as `finish` left it.
+// Simplifies what StructurizeCFG and the steps since `finish` have made, phis, conditions, lanes
+// and integers, and what uses it. Arithmetic of floating-point numbers, which takes the most time
+// to look at, is as `finish` left it.
 static void simplifyMade(Function& main, Optimiser& optimiser) {
     const SimplifyQuery query(main.getDataLayout(), nullptr,
                               &optimiser.analyses().getResult<DominatorTreeAnalysis>(main));
