@@ -6,10 +6,11 @@ define float @shade(<4 x float> noundef %at) mustprogress noinline optnone {
 entry:
   %x = extractelement <4 x float> %at, i32 0
   %first = call float @msl.dfdx.f32(float %x)
+  %root = call float @llvm.sqrt.f32(float %first)
   br label %loop
 
 loop:
-  %sum = phi float [ %first, %entry ], [ %next, %loop ]
+  %sum = phi float [ %root, %entry ], [ %next, %loop ]
   %next = fadd float %sum, %x
   %more = fcmp olt float %next, 1.000000e+01
   br i1 %more, label %loop, label %end, !llvm.loop !0
@@ -19,6 +20,7 @@ end:
 }
 
 declare float @msl.dfdx.f32(float)
+declare float @llvm.sqrt.f32(float)
 
 !0 = distinct !{!0, !1}
 !1 = !{!"llvm.loop.mustprogress"}

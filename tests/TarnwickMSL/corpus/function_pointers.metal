@@ -1,6 +1,6 @@
 // Function pointers: arguments, locals, tables, members of records, references; visible functions
 // (1.5.4, 5.1.4, 5.1.5).
-// @expects 4 9 1 | 6 -2 5 | 12 27 | 3 | 5 5 | 21 | 8
+// @expects 4 9 1 | 6 -2 5 | 12 27 | 3 | 5 5 | 21 | 8 | 3 2
 #include <metal_stdlib>
 using namespace metal;
 
@@ -63,4 +63,7 @@ kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1
     void (*change)(thread float&) = n == 1 ? increased : decreased;
     change(changed);
     out[12] = changed;
+    Curve rounded = n == 1 ? static_cast<Curve>(ceil) : static_cast<Curve>(floor);
+    out[13] = rounded(2.5f);
+    out[14] = applied(static_cast<Curve>(abs), -2);
 }
