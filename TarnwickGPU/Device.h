@@ -97,6 +97,11 @@ class Device {
     // A layer that presents on an X11 window. `display` is an Xlib Display*, which must outlive the
     // layer. Null if the device cannot present on the window.
     std::unique_ptr<Layer> newLayer(void* display, unsigned long window);
+    // A layer that presents on a VkSurfaceKHR, which a window toolkit made with vulkanInstance().
+    // The surface must outlive the layer. Null if the device cannot present on it.
+    std::unique_ptr<Layer> newLayer(void* surface);
+    // The VkInstance, with the extensions for the windows of X11 and Wayland that the loader has.
+    void* vulkanInstance() const;
 
     explicit Device(std::shared_ptr<DeviceState> state);
     DeviceState& state() const { return *state_; }

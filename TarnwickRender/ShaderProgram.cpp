@@ -5,6 +5,7 @@
 #include "TarnwickRender/Program/PipelineTask.h"
 #include "TarnwickRender/Run/ShaderRun.h"
 
+#include <algorithm>
 #include <array>
 
 namespace tarnwick {
@@ -17,6 +18,15 @@ std::unique_ptr<gpu::Texture> blankTexture(gpu::Device& device) {
     const std::array<std::uint8_t, 4> transparentBlack{};
     texture->replace({.width = 1, .height = 1}, 0, transparentBlack.data(), 4);
     return texture;
+}
+
+// Inputs are bound only if the compiled function reads them.
+bool readsPreviousFrame(const gpu::Library& library) {
+    const auto fragment = library.newFunction(ShaderAssembler::fragmentName);
+    return fragment && std::ranges::any_of(fragment->entryPoint().resources, [](auto& resource) {
+               return resource.kind == msl::ResourceKind::sampledTexture &&
+                      resource.index == ShaderAssembler::previousTexture;
+           });
 }
 
 // All pipelines are made at the same time. The final pass is asked last, so that errors of the
@@ -45,8 +55,10 @@ ProgramParts makeParts(const CompiledEpisode& compiled, gpu::Device& device,
         parts.soundPipeline = hostKernel(device, library, ShaderAssembler::soundName);
     parts.particles = particles.get();
     parts.mesh = mesh.get();
-    if (shader.usesInputs)
+    if (shader.usesInputs) {
         parts.blank = blankTexture(device);
+        parts.readsPrevious = readsPreviousFrame(library);
+    }
     parts.pipeline = picture.get();
     return parts;
 }

@@ -42,6 +42,8 @@ class ShaderProgram : public TargetFormats {
     // Whether drawing needs a ShaderRun of the target's size.
     bool needsRun() const { return parts_->needsRun(); }
     bool usesInputs() const { return parts_->blank != nullptr; }
+    // Whether a frame depends on the frame before it, ShaderInputs::previous.
+    bool readsPrevious() const { return parts_->readsPrevious; }
     bool isParticles() const { return parts_->particles.has_value(); }
     std::int64_t particleCount() const { return isParticles() ? parts_->particles->count : 0; }
     std::int64_t particleStride() const { // bytes

@@ -3,7 +3,7 @@
 
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Format.h"
-#include "saver/FrameTarget.h"
+#include "TarnwickRender/Targets/FrameTarget.h"
 #include "saver/Geometry.h"
 
 #include <cstdint>

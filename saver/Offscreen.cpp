@@ -1,7 +1,7 @@
 #include "saver/Offscreen.h"
 
 #include "saver/HostError.h"
-#include "saver/PictureTarget.h"
+#include "TarnwickRender/Targets/PictureTarget.h"
 #include "saver/TarnwickSaverView.h"
 
 namespace tarnwick {

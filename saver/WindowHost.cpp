@@ -1,9 +1,9 @@
 #include "saver/WindowHost.h"
 
 #include "TarnwickBase/EndSignals.h"
-#include "saver/FrameClock.h"
+#include "TarnwickRender/Targets/FrameClock.h"
 #include "saver/HostError.h"
-#include "saver/WindowTarget.h"
+#include "TarnwickRender/Targets/WindowTarget.h"
 
 #include <algorithm>
 #include <array>

@@ -11,7 +11,7 @@ std::shared_ptr<DeviceState> DeviceState::make(std::shared_ptr<Instance> instanc
     auto state = std::make_shared<DeviceState>();
     state->instance = std::move(instance);
     DeviceRecord& record = state->record;
-    record = openDevice(chosen, state->instance->presentsOnXlib);
+    record = openDevice(chosen, state->instance->presents);
     if (!record.handle)
         return nullptr;
     state->pipelineCache.open();

@@ -47,8 +47,22 @@ std::optional<Drawable> Layer::nextDrawable() {
 std::unique_ptr<Layer> Device::newLayer(void* display, unsigned long window) {
     if (isLost() || !state_->record.features.presents)
         return nullptr;
-    auto parts = LayerParts::make(state_, display, window);
-    return parts ? std::make_unique<Layer>(std::move(parts)) : nullptr;
+    auto parts = std::make_unique<LayerParts>(state_);
+    parts->surface = makeXlibSurface(state_->instance->handle, display, window);
+    parts->ownsSurface = true;
+    return parts->canStart() ? std::make_unique<Layer>(std::move(parts)) : nullptr;
+}
+
+std::unique_ptr<Layer> Device::newLayer(void* surface) {
+    if (isLost() || !state_->record.features.presents)
+        return nullptr;
+    auto parts = std::make_unique<LayerParts>(state_);
+    parts->surface = static_cast<VkSurfaceKHR>(surface);
+    return parts->canStart() ? std::make_unique<Layer>(std::move(parts)) : nullptr;
+}
+
+void* Device::vulkanInstance() const {
+    return state_->instance->handle;
 }
 
 } // namespace tarnwick::gpu

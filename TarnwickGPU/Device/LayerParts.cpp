@@ -187,17 +187,14 @@ DrawableSlot* acquire(LayerParts& layer) {
 
 } // namespace
 
-std::unique_ptr<LayerParts> LayerParts::make(std::shared_ptr<DeviceState> device, void* display,
-                                             unsigned long window) {
-    auto parts = std::make_unique<LayerParts>(std::move(device));
-    const DeviceRecord& record = parts->device->record;
-    parts->surface = makeXlibSurface(parts->device->instance->handle, display, window);
-    if (!parts->surface || !canPresent(record, parts->surface))
-        return nullptr;
-    for (VkSemaphore& semaphore : parts->acquired)
+bool LayerParts::canStart() {
+    const DeviceRecord& record = device->record;
+    if (!surface || !canPresent(record, surface))
+        return false;
+    for (VkSemaphore& semaphore : acquired)
         if (semaphore = makeSemaphore(record); !semaphore)
-            return nullptr;
-    return parts;
+            return false;
+    return true;
 }
 
 LayerParts::~LayerParts() {
@@ -207,7 +204,8 @@ LayerParts::~LayerParts() {
     for (VkSemaphore semaphore : acquired)
         vkDestroySemaphore(handle, semaphore, nullptr);
     vkDestroySwapchainKHR(handle, swapchain, nullptr);
-    vkDestroySurfaceKHR(device->instance->handle, surface, nullptr);
+    if (ownsSurface)
+        vkDestroySurfaceKHR(device->instance->handle, surface, nullptr);
 }
 
 DrawableSlot* LayerParts::nextSlot() {

@@ -33,19 +33,19 @@ struct DrawableSlot {
 inline constexpr std::size_t framesInFlight = 3;
 
 struct LayerParts {
-    // Null when the device cannot present on the window.
-    static std::unique_ptr<LayerParts> make(std::shared_ptr<DeviceState> device, void* display,
-                                            unsigned long window);
     explicit LayerParts(std::shared_ptr<DeviceState> state) : device(std::move(state)) {}
     ~LayerParts(); // waits for the frames in flight
     LayerParts(const LayerParts&) = delete;
     LayerParts& operator=(const LayerParts&) = delete;
 
+    // Makes the semaphores. False if the device cannot present on `surface`.
+    bool canStart();
     // The next image to draw into. Null when the window is hidden or gone, or the device is lost.
     DrawableSlot* nextSlot();
 
     std::shared_ptr<DeviceState> device;
     VkSurfaceKHR surface = VK_NULL_HANDLE;
+    bool ownsSurface = false; // destroys it
     VkSwapchainKHR swapchain = VK_NULL_HANDLE;
     std::vector<std::unique_ptr<DrawableSlot>> slots;
     std::array<VkSemaphore, framesInFlight> acquired{};      // signalled by the swapchain

@@ -31,6 +31,19 @@ bool extensionExists(const char* layer, const char* name) {
                        });
 }
 
+// Empty if the loader has no kind of windows.
+std::vector<const char*> surfaceExtensions() {
+    std::vector<const char*> found;
+    for (const char* kind :
+         {"VK_KHR_xlib_surface", "VK_KHR_xcb_surface", "VK_KHR_wayland_surface"})
+        if (extensionExists(nullptr, kind))
+            found.push_back(kind);
+    if (found.empty() || !extensionExists(nullptr, "VK_KHR_surface"))
+        return {};
+    found.push_back("VK_KHR_surface");
+    return found;
+}
+
 template <typename Function> Function instanceFunction(VkInstance instance, const char* name) {
     return reinterpret_cast<Function>(vkGetInstanceProcAddr(instance, name));
 }
@@ -59,12 +72,8 @@ std::shared_ptr<Instance> Instance::make() {
         instance->layerUse = LayerUse::ofEnvironment();
     const LayerUse use = instance->layerUse;
     const bool hasLayer = use.validates || use.printsLogs;
-    instance->presentsOnXlib = extensionExists(nullptr, "VK_KHR_surface") &&
-                               extensionExists(nullptr, "VK_KHR_xlib_surface");
-
-    std::vector<const char*> extensions;
-    if (instance->presentsOnXlib)
-        extensions.insert(extensions.end(), {"VK_KHR_surface", "VK_KHR_xlib_surface"});
+    std::vector<const char*> extensions = surfaceExtensions();
+    instance->presents = !extensions.empty();
     if (hasLayer)
         extensions.push_back(VK_EXT_DEBUG_UTILS_EXTENSION_NAME);
 

@@ -21,7 +21,7 @@ struct Instance {
 
     VkInstance handle = VK_NULL_HANDLE;
     VkDebugUtilsMessengerEXT messenger = VK_NULL_HANDLE;
-    bool presentsOnXlib = false; // VK_KHR_surface and VK_KHR_xlib_surface are enabled
+    bool presents = false; // VK_KHR_surface and an extension for a kind of windows are enabled
     LayerUse layerUse;           // nothing without the layer
 };
 

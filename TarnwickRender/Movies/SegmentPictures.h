@@ -3,10 +3,10 @@
 
 #include "TarnwickBase/PixelSize.h"
 #include "TarnwickRender/ExportSegment.h"
-#include "TarnwickRender/Pictures/OverlayQuad.h"
+#include "TarnwickRender/OverlayQuad.h"
 #include "TarnwickRender/Pictures/Watermark.h"
 #include "TarnwickRender/ProgramFrames.h"
-#include "TarnwickRender/Run/FeedbackFrames.h"
+#include "TarnwickRender/FeedbackFrames.h"
 
 #include <cstdint>
 #include <functional>

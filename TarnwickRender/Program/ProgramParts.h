@@ -21,6 +21,7 @@ struct ProgramParts {
     std::optional<ParticlePipelines> particles;               // of a particle episode
     std::optional<MeshPipelines> mesh;                        // of a grid episode
     std::unique_ptr<gpu::Texture> blank; // 1 by 1, transparent black; null without Inputs
+    bool readsPrevious = false;          // the final pass reads the last finished frame
 
     // Whether drawing needs a ShaderRun of the target's size.
     bool needsRun() const { return particles || mesh; }

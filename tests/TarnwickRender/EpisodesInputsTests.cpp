@@ -3,7 +3,7 @@
 #include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "TarnwickRender/AudioRenderer.h"
-#include "TarnwickRender/Run/FeedbackFrames.h"
+#include "TarnwickRender/FeedbackFrames.h"
 #include "TarnwickRender/Sound/SpectrumTexture.h"
 #include "TarnwickRender/SoundTap.h"
 #include "tests/TarnwickRender/EpisodeFiles.h"

@@ -1,5 +1,5 @@
 #include "TarnwickPlatform/Text/Text.h"
-#include "saver/PictureTarget.h"
+#include "TarnwickRender/Targets/PictureTarget.h"
 #include "saver/TarnwickSaverView.h"
 #include "tests/saver/TestBundle.h"
 

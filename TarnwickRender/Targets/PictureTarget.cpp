@@ -1,4 +1,4 @@
-#include "saver/PictureTarget.h"
+#include "TarnwickRender/Targets/PictureTarget.h"
 
 #include "TarnwickGPU/Device.h"
 #include "TarnwickRender/TexturePicture.h"

@@ -1,4 +1,4 @@
-#include "TarnwickRender/Pictures/OverlayQuad.h"
+#include "TarnwickRender/OverlayQuad.h"
 
 #include "TarnwickRender/Pictures/FramePipeline.h"
 

@@ -3,7 +3,7 @@
 
 #include "TarnwickBase/WaitedTime.h"
 #include "TarnwickGPU/Commands.h"
-#include "saver/FrameTimes.h"
+#include "TarnwickRender/Targets/FrameTimes.h"
 
 #include <cstddef>
 #include <vector>

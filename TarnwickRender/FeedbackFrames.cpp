@@ -1,4 +1,4 @@
-#include "TarnwickRender/Run/FeedbackFrames.h"
+#include "TarnwickRender/FeedbackFrames.h"
 
 #include "TarnwickBase/PixelSize.h"
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "TarnwickGPU/Commands.h"
-#include "saver/FramesInFlight.h"
-#include "saver/Geometry.h"
+#include "TarnwickRender/Targets/FramesInFlight.h"
+#include "TarnwickBase/PixelSize.h"
 
 #include <cstddef>
 

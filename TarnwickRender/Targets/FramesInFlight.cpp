@@ -1,4 +1,4 @@
-#include "saver/FramesInFlight.h"
+#include "TarnwickRender/Targets/FramesInFlight.h"
 
 #include <algorithm>
 #include <chrono>

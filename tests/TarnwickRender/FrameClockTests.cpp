@@ -1,4 +1,4 @@
-#include "saver/FrameClock.h"
+#include "TarnwickRender/Targets/FrameClock.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "TarnwickGPU/Layer.h"
-#include "saver/FrameTarget.h"
+#include "TarnwickRender/Targets/FrameTarget.h"
 
 #include <memory>
 #include <optional>

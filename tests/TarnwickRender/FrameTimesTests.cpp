@@ -1,4 +1,4 @@
-#include "saver/FrameTimes.h"
+#include "TarnwickRender/Targets/FrameTimes.h"
 
 #include <gtest/gtest.h>
 

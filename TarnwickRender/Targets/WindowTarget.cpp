@@ -1,4 +1,4 @@
-#include "saver/WindowTarget.h"
+#include "TarnwickRender/Targets/WindowTarget.h"
 
 #include "TarnwickGPU/Device.h"
 

@@ -3,8 +3,8 @@
 
 #include "TarnwickGPU/Resources.h"
 #include "TarnwickPlatform/Pictures/Picture.h"
-#include "saver/FrameTarget.h"
-#include "saver/Geometry.h"
+#include "TarnwickRender/Targets/FrameTarget.h"
+#include "TarnwickBase/PixelSize.h"
 
 #include <array>
 #include <cstddef>

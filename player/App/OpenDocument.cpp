@@ -1,0 +1,170 @@
+#include "player/App/OpenDocument.h"
+
+#include "TarnwickPlatform/Dispatch/HostClock.h"
+
+#include <utility>
+
+namespace tarnwick::player {
+namespace {
+
+constexpr int typingPause = 250; // milliseconds before the text is compiled
+
+} // namespace
+
+OpenDocument::OpenDocument(std::uint64_t id, Document document, std::unique_ptr<Autosave> autosave)
+    : id_(id), document_(std::move(document)), autosave_(std::move(autosave)) {
+    transport_ = Transport{}.played(currentMediaTime());
+    pause_.setSingleShot(true);
+    pause_.setInterval(typingPause);
+    connect(&pause_, &QTimer::timeout, this, [this] { emit compileWanted(this); });
+}
+
+OpenDocument::~OpenDocument() = default;
+
+double OpenDocument::time() const {
+    return transport_.timeAt(currentMediaTime());
+}
+
+void OpenDocument::setText(std::string text) {
+    const std::uint64_t before = document_.revision();
+    document_.setText(std::move(text));
+    if (document_.revision() == before)
+        return;
+    pause_.start();
+    emit textChanged();
+}
+
+void OpenDocument::compileNow() {
+    pause_.stop();
+    emit compileWanted(this);
+}
+
+void OpenDocument::accept(CompileResult result) {
+    if (result_ && result.revision < result_->revision)
+        return;
+    if (result.program) {
+        program_ = result.program;
+        programRevision_ = result.revision;
+    }
+    result_ = std::move(result);
+    emit resultChanged();
+}
+
+void OpenDocument::forgetProgram() {
+    program_.reset();
+    programRevision_ = 0;
+}
+
+void OpenDocument::setTransport(const Transport& transport) {
+    if (transport == transport_)
+        return;
+    transport_ = transport;
+    emit transportChanged();
+}
+
+void OpenDocument::setValue(const std::string& name, float value) {
+    document_.setValue(name, value, time());
+    emit settingsChanged();
+}
+
+void OpenDocument::resetValue(const std::string& name) {
+    Settings next = document_.settings();
+    next.values.erase(name);
+    next.keys.clear(name);
+    setSettings(std::move(next), "Reset " + name);
+}
+
+void OpenDocument::setSettings(Settings settings, const std::string& change,
+                               const std::string& gesture) {
+    document_.setSettings(std::move(settings), change, gesture);
+    emit settingsChanged();
+}
+
+void OpenDocument::endGesture() {
+    document_.history().endGesture();
+}
+
+void OpenDocument::keepSnapshot(std::size_t index) {
+    document_.keepSnapshot(index, time());
+    emit settingsChanged();
+}
+
+void OpenDocument::morph(float mix) {
+    document_.morph(mix);
+    emit settingsChanged();
+}
+
+void OpenDocument::undoSettings() {
+    document_.history().undo();
+    emit settingsChanged();
+}
+
+void OpenDocument::redoSettings() {
+    document_.history().redo();
+    emit settingsChanged();
+}
+
+void OpenDocument::save() {
+    document_.save();
+    discardDraft();
+    compileNow();
+    emit textChanged();
+}
+
+void OpenDocument::saveAs(const std::filesystem::path& file) {
+    document_.saveAs(file);
+    discardDraft();
+    compileNow();
+    emit textChanged();
+}
+
+void OpenDocument::reload() {
+    document_.reload();
+    discardDraft();
+    emit textReplaced();
+    emit textChanged();
+    emit settingsChanged();
+    compileNow();
+}
+
+void OpenDocument::keepMine() {
+    document_.keepMine();
+    told_.reset();
+}
+
+void OpenDocument::lookAtFile() {
+    if (!document_.differsOnDisk())
+        return;
+    if (!document_.isModified()) {
+        try {
+            reload();
+        } catch (const DocumentFileError&) { // being written; the next look reads it
+        }
+        return;
+    }
+    const auto stamp = FileWatcher::stamp(*document_.file());
+    if (stamp == told_)
+        return;
+    told_ = stamp;
+    emit changedOutside();
+}
+
+bool OpenDocument::keepDraft() {
+    if (!autosave_)
+        autosave_ = Autosave::make(draftsFolder());
+    if (!autosave_)
+        return false;
+    if (document_.isModified())
+        return autosave_->keep(document_.draft());
+    discardDraft();
+    return true;
+}
+
+void OpenDocument::discardDraft() {
+    if (!autosave_)
+        return;
+    autosave_->discard();
+    autosave_.reset();
+}
+
+} // namespace tarnwick::player

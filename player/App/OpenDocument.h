@@ -1,0 +1,90 @@
+// A document in the player: edited, compiled and played.
+#pragma once
+
+#include "player/Compiling/LiveCompiler.h"
+#include "player/Model/Autosave.h"
+#include "player/Model/Document.h"
+#include "player/Model/Transport.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+namespace tarnwick::player {
+
+// On the thread of the windows. Changes go through its functions, which emit the signals.
+class OpenDocument : public QObject {
+    Q_OBJECT
+
+  public:
+    // `id` is its number in the compiler's requests. `autosave` may be null.
+    OpenDocument(std::uint64_t id, Document document, std::unique_ptr<Autosave> autosave);
+    ~OpenDocument() override;
+
+    std::uint64_t id() const { return id_; }
+    const Document& document() const { return document_; }
+    const Transport& transport() const { return transport_; }
+    double time() const; // seconds of the episode, now
+
+    // The newest result of the compiler; null before the first.
+    const CompileResult* result() const { return result_ ? &*result_ : nullptr; }
+    // The newest program that compiled; null before it.
+    const std::shared_ptr<const ShaderProgram>& program() const { return program_; }
+    std::uint64_t programRevision() const { return programRevision_; }
+
+    // The author typed. Compiling follows after a pause.
+    void setText(std::string text);
+    // Asks for compiling at once.
+    void compileNow();
+    void accept(CompileResult result);
+    // The device was replaced: the program of the old one cannot be drawn.
+    void forgetProgram();
+
+    void setTransport(const Transport& transport);
+    void setValue(const std::string& name, float value);
+    void resetValue(const std::string& name);
+    void setSettings(Settings settings, const std::string& change, const std::string& gesture = {});
+    void endGesture();
+    void keepSnapshot(std::size_t index);
+    void morph(float mix);
+    void undoSettings();
+    void redoSettings();
+
+    // Throw DocumentFileError.
+    void save();
+    void saveAs(const std::filesystem::path& file);
+    void reload();
+    void keepMine();
+
+    // Looks whether the file was saved by another program. An unmodified document is read again;
+    // otherwise changedOutside is emitted once.
+    void lookAtFile();
+    // Keeps a draft of unsaved work. False if it cannot be written.
+    bool keepDraft();
+    void discardDraft();
+
+  signals:
+    void compileWanted(OpenDocument* document);
+    void textReplaced();    // by another source than the editor
+    void textChanged();     // in any way
+    void settingsChanged(); // values, keys, snapshots, and what can be undone
+    void transportChanged();
+    void resultChanged();
+    void changedOutside();
+
+  private:
+    std::uint64_t id_;
+    Document document_;
+    Transport transport_;
+    std::unique_ptr<Autosave> autosave_;
+    std::optional<CompileResult> result_;
+    std::shared_ptr<const ShaderProgram> program_;
+    std::uint64_t programRevision_ = 0;
+    QTimer pause_; // after typing
+    std::optional<FileWatcher::Stamp> told_; // the stamp that changedOutside was emitted for
+};
+
+} // namespace tarnwick::player

@@ -1,0 +1,161 @@
+#include "player/App/Player.h"
+
+#include <QMetaObject>
+
+#include <algorithm>
+#include <utility>
+
+namespace tarnwick::player {
+namespace {
+
+constexpr int autosaveInterval = 10000; // milliseconds
+constexpr int watchInterval = 500;      // milliseconds
+
+} // namespace
+
+Player::Player() : device_(gpu::Device::systemDefault()) {
+    compiler_ = std::make_unique<LiveCompiler>([this](CompileResult result) {
+        auto moved = std::make_shared<CompileResult>(std::move(result));
+        QMetaObject::invokeMethod(
+            this, [this, moved] { take(std::move(*moved)); }, Qt::QueuedConnection);
+    });
+    stage_ = std::make_unique<Stage>([this](const StageNews& news) {
+        QMetaObject::invokeMethod(this, [this, news] { hear(news); }, Qt::QueuedConnection);
+    });
+    connect(&autosave_, &QTimer::timeout, this, &Player::keepDrafts);
+    autosave_.start(autosaveInterval);
+    connect(&watch_, &QTimer::timeout, this, [this] {
+        for (const auto& document : documents_)
+            document->lookAtFile();
+    });
+    watch_.start(watchInterval);
+}
+
+// First the threads, whose calls use the rest.
+Player::~Player() {
+    stage_.reset();
+    compiler_.reset();
+}
+
+std::string Player::deviceAbsence() const {
+    return device_ ? std::string() : gpu::Device::absence();
+}
+
+OpenDocument* Player::add(Document document, std::unique_ptr<Autosave> autosave) {
+    documents_.push_back(
+        std::make_unique<OpenDocument>(++lastId_, std::move(document), std::move(autosave)));
+    OpenDocument* added = documents_.back().get();
+    connect(added, &OpenDocument::compileWanted, this, &Player::compile);
+    for (auto change : {&OpenDocument::settingsChanged, &OpenDocument::transportChanged,
+                        &OpenDocument::resultChanged})
+        connect(added, change, this, &Player::publish);
+    emit documentAdded(added);
+    activate(added);
+    added->compileNow();
+    return added;
+}
+
+OpenDocument* Player::open(const std::filesystem::path& file) {
+    const std::filesystem::path whole = std::filesystem::absolute(file);
+    std::error_code error;
+    for (const auto& document : documents_)
+        if (document->document().file() &&
+            std::filesystem::equivalent(*document->document().file(), whole, error)) {
+            activate(document.get());
+            return document.get();
+        }
+    return add(Document::open(whole));
+}
+
+void Player::activate(OpenDocument* document) {
+    if (document == active_)
+        return;
+    active_ = document;
+    emit activeChanged();
+    publish();
+}
+
+void Player::close(OpenDocument* document) {
+    const auto found = std::ranges::find(documents_, document, &std::unique_ptr<OpenDocument>::get);
+    if (found == documents_.end())
+        return;
+    emit documentClosing(document);
+    document->discardDraft();
+    const auto index = found - documents_.begin();
+    const std::unique_ptr<OpenDocument> closed = std::move(*found); // after it is not active
+    documents_.erase(found);
+    if (active_ != document)
+        return;
+    const auto next = std::min<std::ptrdiff_t>(index, std::ssize(documents_) - 1);
+    activate(next < 0 ? nullptr : documents_[static_cast<std::size_t>(next)].get());
+}
+
+void Player::setPictureSize(const PixelSize& size) {
+    if (size == pictureSize_ || size.width < 1 || size.height < 1)
+        return;
+    pictureSize_ = size;
+    publish();
+}
+
+void Player::setMouse(std::optional<std::array<float, 2>> mouse) {
+    mouse_ = mouse;
+    publish();
+}
+
+void Player::setDivisor(std::optional<int> divisor) {
+    divisor_ = divisor;
+    publish();
+}
+
+void Player::reopenDevice() {
+    device_ = gpu::Device::systemDefault();
+    for (const auto& document : documents_) {
+        document->forgetProgram();
+        document->compileNow();
+    }
+    publish();
+    emit deviceChanged();
+}
+
+void Player::compile(OpenDocument* document) {
+    compiler_->compile({.document = document->id(),
+                        .revision = document->document().revision(),
+                        .episode = document->document().episode(),
+                        .device = device_});
+}
+
+void Player::take(CompileResult result) {
+    const auto found = std::ranges::find(documents_, result.document,
+                                         [](const auto& one) { return one->id(); });
+    if (found != documents_.end() && result.device == device_)
+        (*found)->accept(std::move(result));
+}
+
+void Player::hear(const StageNews& news) {
+    news_ = news;
+    emit newsArrived();
+    if (news.isDeviceLost && device_ && device_->isLost())
+        reopenDevice();
+}
+
+void Player::publish() {
+    auto record = std::make_shared<StageRecord>();
+    record->device = device_;
+    record->size = pictureSize_;
+    record->mouse = mouse_;
+    record->divisor = divisor_;
+    if (active_ != nullptr) {
+        record->program = active_->program();
+        record->revision = active_->programRevision();
+        record->transport = active_->transport();
+        record->settings = std::make_shared<const Settings>(active_->document().settings());
+    }
+    stage_->show(std::move(record));
+}
+
+void Player::keepDrafts() {
+    for (const auto& document : documents_)
+        document->keepDraft();
+}
+
+} // namespace tarnwick::player

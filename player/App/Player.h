@@ -1,0 +1,79 @@
+// The player without its windows: the device, the open documents, compiling and drawing.
+#pragma once
+
+#include "player/App/OpenDocument.h"
+#include "player/Stage/Stage.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace tarnwick::player {
+
+// On the thread of the windows.
+class Player : public QObject {
+    Q_OBJECT
+
+  public:
+    Player();
+    ~Player() override;
+
+    gpu::Device* device() const { return device_.get(); } // null without one
+    // Why there is no device; empty with one.
+    std::string deviceAbsence() const;
+    Stage& stage() { return *stage_; }
+    const StageNews& news() const { return news_; }
+
+    const std::vector<std::unique_ptr<OpenDocument>>& documents() const { return documents_; }
+    OpenDocument* active() const { return active_; } // null without documents
+
+    // Each makes the document the active one.
+    OpenDocument* add(Document document, std::unique_ptr<Autosave> autosave = nullptr);
+    // A file that is open already becomes active. Throws DocumentFileError.
+    OpenDocument* open(const std::filesystem::path& file);
+    void activate(OpenDocument* document);
+    // Its unsaved work is lost.
+    void close(OpenDocument* document);
+
+    // The size of the picture at full size, in pixels.
+    void setPictureSize(const PixelSize& size);
+    // [0, 1] from the lower left of the picture; absent: the middle.
+    void setMouse(std::optional<std::array<float, 2>> mouse);
+    void setDivisor(std::optional<int> divisor); // StageRecord::divisor
+    std::optional<int> divisor() const { return divisor_; }
+
+    // Opens the device again after it was lost, and compiles all documents for it.
+    void reopenDevice();
+
+  signals:
+    void documentAdded(tarnwick::player::OpenDocument* document);
+    void documentClosing(tarnwick::player::OpenDocument* document);
+    void activeChanged();
+    void newsArrived();
+    void deviceChanged(); // targets of the old one are gone
+
+  private:
+    void compile(OpenDocument* document);
+    void take(CompileResult result);
+    void hear(const StageNews& news);
+    void publish();
+    void keepDrafts();
+
+    std::shared_ptr<gpu::Device> device_;
+    std::vector<std::unique_ptr<OpenDocument>> documents_;
+    OpenDocument* active_ = nullptr;
+    std::uint64_t lastId_ = 0;
+    PixelSize pictureSize_{640, 360};
+    std::optional<std::array<float, 2>> mouse_;
+    std::optional<int> divisor_;
+    StageNews news_;
+    QTimer autosave_, watch_;
+    std::unique_ptr<LiveCompiler> compiler_; // after all that its calls use
+    std::unique_ptr<Stage> stage_;
+};
+
+} // namespace tarnwick::player

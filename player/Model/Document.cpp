@@ -1,0 +1,152 @@
+#include "player/Model/Document.h"
+
+#include "TarnwickBase/Precondition.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tarnwick::player {
+namespace {
+
+std::shared_ptr<const Episode> episodeOf(std::string text,
+                                         const std::optional<std::filesystem::path>& file,
+                                         const std::string& title) {
+    return std::make_shared<const Episode>(
+        Episode::of(std::move(text), file ? file->string() : title));
+}
+
+} // namespace
+
+Document::Document(std::string text, std::string title)
+    : title_(std::move(title)), episode_(episodeOf(std::move(text), {}, title_)),
+      savedText_(episode_->text) {}
+
+Document Document::open(const std::filesystem::path& file) {
+    Document document("");
+    document.file_ = file;
+    document.reload();
+    document.history_ = History<DocumentState>(document.state());
+    return document;
+}
+
+Document Document::recovered(const Draft& draft) {
+    Document document("", draft.title);
+    if (draft.file) {
+        try {
+            document = open(*draft.file);
+        } catch (const DocumentFileError&) { // removed since
+            document.title_ = draft.title;
+        }
+    }
+    document.setText(draft.text);
+    document.setSettings(draft.settings, "Recover settings");
+    return document;
+}
+
+std::string Document::title() const {
+    return file_ ? file_->stem().string() : title_;
+}
+
+void Document::setText(std::string text) {
+    if (text == episode_->text)
+        return;
+    episode_ = episodeOf(std::move(text), file_, title_);
+    ++revision_;
+}
+
+void Document::setSettings(Settings settings, const std::string& change,
+                           const std::string& gesture) {
+    DocumentState next = state();
+    next.settings = std::move(settings);
+    history_.push(std::move(next), change, gesture);
+}
+
+void Document::setValue(const std::string& name, float value, double time) {
+    Settings next = settings();
+    if (next.keys.keys(name).empty())
+        next.values[name] = value;
+    else
+        next.keys.set(name, time, value);
+    setSettings(std::move(next), "Change " + name, "value " + name);
+}
+
+void Document::setKeys(KeyframeTracks keys, const std::string& change, const std::string& gesture) {
+    Settings next = settings();
+    next.keys = std::move(keys);
+    setSettings(std::move(next), change, gesture);
+}
+
+void Document::keepSnapshot(std::size_t index, double time) {
+    DocumentState next = state();
+    ParamValues values;
+    for (const ParamDecl& param : episode_->params())
+        values[param.name] = valueAt(param, time);
+    next.snapshots.at(index) = std::move(values);
+    history_.push(std::move(next), index == 0 ? "Keep snapshot A" : "Keep snapshot B");
+}
+
+void Document::morph(float mix) {
+    const auto& [a, b] = state().snapshots;
+    if (!a || !b)
+        return;
+    Settings next = settings();
+    for (const auto& [name, from] : *a)
+        if (const auto to = b->find(name); to != b->end())
+            next.values[name] = from + (to->second - from) * mix;
+    setSettings(std::move(next), "Morph between snapshots", "morph");
+}
+
+float Document::valueAt(const ParamDecl& param, double time) const {
+    const ParamValues values = settings().valuesAt(time);
+    const auto found = values.find(param.name);
+    return found == values.end() ? param.defaultValue
+                                 : std::clamp(found->second, param.min, param.max);
+}
+
+void Document::save() {
+    precondition(file_.has_value(), "a document that is saved has a file");
+    stamp_ = writeEpisodeText(*file_, {.text = text(), .hasByteOrderMark = hasByteOrderMark_});
+    savedText_ = text();
+    if (!areSettingsModified())
+        return;
+    writeSettingsBeside(*file_, settings());
+    savedSettings_ = settings();
+}
+
+void Document::saveAs(const std::filesystem::path& file) {
+    stamp_ = writeEpisodeText(file, {.text = text(), .hasByteOrderMark = hasByteOrderMark_});
+    file_ = file;
+    episode_ = episodeOf(text(), file_, title_);
+    savedText_ = text();
+    if (settings() == Settings{})
+        return;
+    writeSettingsBeside(file, settings());
+    savedSettings_ = settings();
+}
+
+bool Document::differsOnDisk() const {
+    if (!file_)
+        return false;
+    const auto now = FileWatcher::stamp(*file_);
+    return now && now != stamp_;
+}
+
+void Document::reload() {
+    precondition(file_.has_value(), "a document that is read again has a file");
+    EpisodeText read = readEpisodeText(*file_);
+    SettingsBeside beside = readSettingsBeside(*file_);
+    stamp_ = read.stamp;
+    hasByteOrderMark_ = read.hasByteOrderMark;
+    savedText_ = read.text;
+    setText(std::move(read.text));
+    remark_ = beside.remark;
+    savedSettings_ = beside.settings;
+    setSettings(std::move(beside.settings), "Read the file again");
+}
+
+void Document::keepMine() {
+    if (file_)
+        stamp_ = FileWatcher::stamp(*file_);
+}
+
+} // namespace tarnwick::player

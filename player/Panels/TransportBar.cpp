@@ -1,0 +1,152 @@
+#include "player/Panels/TransportBar.h"
+
+#include "TarnwickPlatform/Dispatch/HostClock.h"
+
+#include <QDoubleSpinBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <QToolButton>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnwick::player {
+namespace {
+
+constexpr double ticks = 100; // of the slider in a second
+
+// "1:02.50 f 3750".
+QString timeText(double time) {
+    const auto hundredths = static_cast<qint64>(std::floor(time * 100));
+    return QStringLiteral("%1:%2.%3  f %4")
+        .arg(hundredths / 6000)
+        .arg(hundredths / 100 % 60, 2, 10, QLatin1Char('0'))
+        .arg(hundredths % 100, 2, 10, QLatin1Char('0'))
+        .arg(Transport::frameOf(time));
+}
+
+} // namespace
+
+TransportBar::TransportBar(Player& player, QWidget* parent) : QWidget(parent), player_(player) {
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(6, 4, 6, 4);
+    row->addWidget(button(QStyle::SP_MediaSkipBackward, tr("Restart"), &TransportBar::restart));
+    row->addWidget(button(QStyle::SP_MediaSeekBackward, tr("Step back"), &TransportBar::stepBack));
+    play_ = button(QStyle::SP_MediaPlay, tr("Play"), &TransportBar::togglePlaying);
+    row->addWidget(play_);
+    row->addWidget(
+        button(QStyle::SP_MediaSeekForward, tr("Step forward"), &TransportBar::stepForward));
+    position_ = new QSlider(Qt::Horizontal);
+    position_->setAccessibleName(tr("Time"));
+    row->addWidget(position_, 1);
+    time_ = new QLabel;
+    time_->setMinimumWidth(time_->fontMetrics().horizontalAdvance(timeText(5999.99)));
+    row->addWidget(time_);
+    loop_ = new QToolButton;
+    loop_->setIcon(style()->standardIcon(QStyle::SP_BrowserReload));
+    loop_->setCheckable(true);
+    loop_->setToolTip(tr("Repeat the episode's length"));
+    loop_->setAccessibleName(tr("Loop"));
+    row->addWidget(loop_);
+    speed_ = new QDoubleSpinBox;
+    speed_->setRange(-Transport::longestSpeed, Transport::longestSpeed);
+    speed_->setSingleStep(0.25);
+    speed_->setValue(1);
+    speed_->setSuffix(QStringLiteral("\u00D7"));
+    speed_->setAccessibleName(tr("Speed"));
+    row->addWidget(speed_);
+    connect(position_, &QSlider::valueChanged, this, [this](int value) {
+        if (document_ != nullptr)
+            change(document_->transport().sought(value / ticks, currentMediaTime()));
+    });
+    connect(loop_, &QToolButton::toggled, this, [this](bool isOn) {
+        if (document_ != nullptr)
+            change(document_->transport().withLoop(
+                isOn ? std::optional(LoopRange{0, length()}) : std::nullopt, currentMediaTime()));
+    });
+    connect(speed_, &QDoubleSpinBox::valueChanged, this, [this](double value) {
+        if (document_ != nullptr)
+            change(document_->transport().withSpeed(value, currentMediaTime()));
+    });
+    connect(&player_, &Player::activeChanged, this, &TransportBar::follow);
+    connect(&player_, &Player::newsArrived, this, &TransportBar::showState);
+    follow();
+}
+
+QToolButton* TransportBar::button(QStyle::StandardPixmap icon, const QString& name,
+                                  void (TransportBar::*slot)()) {
+    auto* made = new QToolButton;
+    made->setIcon(style()->standardIcon(icon));
+    made->setToolTip(name);
+    made->setAccessibleName(name);
+    connect(made, &QToolButton::clicked, this, slot);
+    return made;
+}
+
+void TransportBar::follow() {
+    if (document_ != nullptr)
+        document_->disconnect(this);
+    document_ = player_.active();
+    setEnabled(document_ != nullptr);
+    if (document_ != nullptr)
+        connect(document_, &OpenDocument::transportChanged, this, &TransportBar::showState);
+    showState();
+}
+
+double TransportBar::length() const {
+    constexpr double shortest = 1, usual = 30;
+    if (document_ == nullptr)
+        return usual;
+    const Document& document = document_->document();
+    return std::max({document.episode()->length().value_or(usual),
+                     document.settings().keys.lastTime(), shortest});
+}
+
+void TransportBar::change(const Transport& transport) {
+    document_->setTransport(transport);
+}
+
+void TransportBar::togglePlaying() {
+    if (document_ == nullptr)
+        return;
+    const Transport& now = document_->transport();
+    change(now.isPlaying ? now.paused(currentMediaTime()) : now.played(currentMediaTime()));
+}
+
+void TransportBar::stepForward() {
+    if (document_ != nullptr)
+        change(document_->transport().stepped(1, currentMediaTime()));
+}
+
+void TransportBar::stepBack() {
+    if (document_ != nullptr)
+        change(document_->transport().stepped(-1, currentMediaTime()));
+}
+
+void TransportBar::restart() {
+    if (document_ != nullptr)
+        change(document_->transport().sought(0, currentMediaTime()));
+}
+
+void TransportBar::showState() {
+    if (document_ == nullptr)
+        return;
+    const Transport& now = document_->transport();
+    const double time = document_->time();
+    play_->setIcon(style()->standardIcon(now.isPlaying ? QStyle::SP_MediaPause
+                                                       : QStyle::SP_MediaPlay));
+    play_->setToolTip(now.isPlaying ? tr("Pause") : tr("Play"));
+    play_->setAccessibleName(play_->toolTip());
+    const QSignalBlocker position(position_), loop(loop_), speed(speed_);
+    position_->setRange(0, static_cast<int>(std::max(length(), time) * ticks));
+    if (!position_->isSliderDown())
+        position_->setValue(static_cast<int>(time * ticks));
+    loop_->setChecked(now.loop.has_value());
+    if (!speed_->hasFocus())
+        speed_->setValue(now.speed);
+    time_->setText(timeText(time));
+}
+
+} // namespace tarnwick::player

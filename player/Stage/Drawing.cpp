@@ -1,0 +1,241 @@
+#include "player/Stage/Drawing.h"
+
+#include "TarnwickPlatform/Dispatch/HostClock.h"
+#include "TarnwickRender/TexturePicture.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tarnwick::player {
+namespace {
+
+constexpr double idle = 3600;       // seconds; mail ends the wait
+constexpr double shortWait = 0.1;   // seconds between two looks at a frame that is drawn
+constexpr double noticedFrame = 0.5; // seconds after which a frame that is drawn is reported
+constexpr double shownInterval = 1; // seconds over which frames are counted
+
+std::uint32_t divided(std::uint32_t side, int divisor) {
+    const auto by = static_cast<std::uint32_t>(divisor);
+    return std::max<std::uint32_t>((side + by - 1) / by, 1);
+}
+
+} // namespace
+
+Drawing::Drawing(StageMail& mail, Listener listener)
+    : mail_(mail), listener_(std::move(listener)) {}
+
+void Drawing::run() {
+    double wait = idle;
+    while (true) {
+        StageMail::Delivery delivery = mail_.take(wait);
+        if (delivery.isEnd)
+            return;
+        record_ = std::move(delivery.record);
+        useDevice();
+        for (const StageMail::Request& request : delivery.requests)
+            request(*this);
+        wait = step();
+    }
+}
+
+void Drawing::useDevice() {
+    if (!record_ || !record_->device || record_->device == device_)
+        return;
+    scene_.reset();
+    next_.reset();
+    stopped_.reset();
+    drawn_.reset();
+    device_ = record_->device;
+    queue_ = device_->newCommandQueue();
+    news_ = {};
+    try {
+        targets_.use(*device_);
+    } catch (const std::exception& error) {
+        stop(error.what());
+    }
+}
+
+double Drawing::step() {
+    if (!record_ || !record_->program || !queue_)
+        return idle;
+    if (device_->isLost()) {
+        if (!std::exchange(news_.isDeviceLost, true))
+            say();
+        return idle;
+    }
+    if (isStopped())
+        return idle;
+    stopped_.reset();
+    scale_.fix(record_->divisor);
+    if (!hasScene())
+        prepare();
+    else
+        next_.reset();
+    return scene_ ? stepPlaying() : next_ ? 0 : idle;
+}
+
+// Draws the scene that is shown, which may be of an older program than the wanted one.
+double Drawing::stepPlaying() {
+    const bool isPaused = drawn_ == record_ && !record_->transport.isPlaying;
+    const SceneMoment now = moment();
+    if (isPaused && hasScene() && !scene_->isBehind(now)) {
+        if (targets_.areStale() && scene_->picture() != nullptr)
+            targets_.present(*scene_->picture(), *queue_);
+        return idle;
+    }
+    const double wait = clock_.secondsUntilDue(currentMediaTime());
+    if (wait > 0)
+        return wait;
+    clock_.begin(currentMediaTime());
+    if (!isWarm(*scene_, now))
+        return 0;
+    drawn_ = record_;
+    if (!draw(*scene_, now))
+        return isStopped() ? idle : shortWait;
+    targets_.present(*scene_->picture(), *queue_);
+    countFrame(currentMediaTime());
+    say();
+    return 0;
+}
+
+void Drawing::stop(std::string failure) {
+    stopped_ = Stopped{record_->program, wantedSize()};
+    next_.reset();
+    news_.failure = std::move(failure);
+    news_.warming.reset();
+    say();
+}
+
+bool Drawing::isStopped() const {
+    return stopped_ && stopped_->program == record_->program && stopped_->size == wantedSize();
+}
+
+PixelSize Drawing::wantedSize() const {
+    return {divided(record_->size.width, scale_.divisor()),
+            divided(record_->size.height, scale_.divisor())};
+}
+
+bool Drawing::hasScene() const {
+    return scene_ && scene_->program() == record_->program && scene_->size() == wantedSize();
+}
+
+SceneMoment Drawing::moment() const {
+    return {record_->transport.timeAt(currentMediaTime()), record_->mouse, record_->settings};
+}
+
+// Makes the scene of the wanted program and size, a part at a time, and shows it once its first
+// frame is drawn.
+void Drawing::prepare() {
+    const PixelSize size = wantedSize();
+    if (!next_ || next_->program() != record_->program || next_->size() != size)
+        next_ = Scene::make(record_->program, device_, size);
+    if (!next_) {
+        stop(ProgramFrames::absence(*record_->program, *device_, size.width, size.height));
+        return;
+    }
+    const SceneMoment now = moment();
+    if (!isWarm(*next_, now) || !draw(*next_, now))
+        return;
+    const bool isNew = !scene_ || scene_->program() != next_->program();
+    scene_ = std::move(next_);
+    news_.firstDraw = isNew ? news_.frameSeconds : news_.firstDraw;
+    news_.revision = record_->revision;
+    news_.isTooSlow = false;
+    news_.failure.clear();
+    scale_.restart();
+    times_ = {};
+    drawn_.reset(); // the frame is presented by the next step
+}
+
+bool Drawing::isWarm(Scene& scene, const SceneMoment& moment) {
+    const auto warming = scene.warm(moment, *queue_);
+    const bool changes = warming.has_value() || news_.warming.has_value();
+    news_.warming = warming;
+    if (changes)
+        say();
+    return !warming;
+}
+
+bool Drawing::draw(Scene& scene, const SceneMoment& moment) {
+    auto commands = scene.encode(moment, *queue_);
+    if (!commands)
+        return false;
+    commands->commit();
+    if (!finishes(*commands) || commands->status() != gpu::CommandBufferStatus::completed)
+        return false;
+    scene.finish();
+    news_.time = moment.time;
+    news_.picture = scene.size();
+    news_.divisor = scale_.divisor();
+    news_.hitLoopBudget = commands->hitLoopBudget();
+    if (&scene == scene_.get())
+        scale_.add(news_.frameSeconds);
+    return true;
+}
+
+// Waits for a frame. False if it takes too long or the thread ends.
+bool Drawing::finishes(gpu::CommandBuffer& commands) {
+    const double begin = currentMediaTime();
+    const auto seconds = [begin] { return currentMediaTime() - begin; };
+    while (!commands.waitUntilCompleted(shortWait)) {
+        if (mail_.isEnd())
+            return false;
+        if (times_.areTooLong(seconds(), commands.hitLoopBudget())) {
+            news_.isTooSlow = true;
+            stop("The shader takes too long.");
+            return false;
+        }
+        news_.frameSeconds = seconds();
+        if (news_.frameSeconds > noticedFrame)
+            say();
+    }
+    news_.frameSeconds = seconds();
+    times_.add(news_.frameSeconds, commands.hitLoopBudget());
+    return true;
+}
+
+void Drawing::countFrame(double now) {
+    shown_.push_back(now);
+    while (now - shown_.front() > shownInterval)
+        shown_.pop_front();
+    news_.framesPerSecond =
+        shown_.size() < 2 ? 0
+                          : static_cast<double>(shown_.size() - 1) / (now - shown_.front());
+}
+
+void Drawing::addTarget(int id, std::unique_ptr<FrameTarget> target, const PixelSize& size) {
+    targets_.add(id, std::move(target), size);
+}
+
+void Drawing::resizeTarget(int id, const PixelSize& size) {
+    targets_.resize(id, size);
+}
+
+void Drawing::exposeTarget(int id) {
+    targets_.expose(id);
+}
+
+void Drawing::removeTarget(int id) {
+    targets_.remove(id);
+}
+
+std::optional<Picture> Drawing::picture() {
+    const gpu::Texture* shown = scene_ ? scene_->picture() : nullptr;
+    auto copy = shown == nullptr
+                    ? nullptr
+                    : device_->newTexture({.format = ShaderProgram::pixelFormat,
+                                           .width = shown->width(),
+                                           .height = shown->height(),
+                                           .usage = {.shaderRead = true, .renderTarget = true}});
+    auto commands = copy ? queue_->commandBuffer() : std::nullopt;
+    auto encoder = commands ? commands->blitCommandEncoder() : std::nullopt;
+    if (!encoder)
+        return std::nullopt;
+    encoder->copy(*shown, {.width = shown->width(), .height = shown->height()}, *copy, 0, 0);
+    encoder->endEncoding();
+    commands->commit();
+    commands->waitUntilCompleted();
+    return pictureOf(*copy);
+}
+
+} // namespace tarnwick::player

@@ -1,0 +1,76 @@
+// The work of the drawing thread.
+#pragma once
+
+#include "TarnwickGPU/Commands.h"
+#include "TarnwickPlatform/Pictures/Picture.h"
+#include "TarnwickRender/Targets/FrameClock.h"
+#include "TarnwickRender/Targets/FrameTimes.h"
+#include "player/Stage/PreviewScale.h"
+#include "player/Stage/Scene.h"
+#include "player/Stage/StageMail.h"
+#include "player/Stage/StageTargets.h"
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace tarnwick::player {
+
+// Lives on one thread.
+class Drawing {
+  public:
+    using Listener = std::function<void(const StageNews&)>;
+
+    Drawing(StageMail& mail, Listener listener);
+
+    // Draws until the end of the mail.
+    void run();
+
+    // Requests of the mail; Stage describes them.
+    void addTarget(int id, std::unique_ptr<FrameTarget> target, const PixelSize& size);
+    void resizeTarget(int id, const PixelSize& size);
+    void exposeTarget(int id);
+    void removeTarget(int id);
+    std::optional<Picture> picture();
+
+  private:
+    // Each returns the seconds until the next step, unless there is mail.
+    double step();
+    double stepPlaying();
+
+    void useDevice();
+    void stop(std::string failure); // nothing is drawn until another program or size is wanted
+    bool isStopped() const;
+    bool hasScene() const; // of the wanted program and size
+    PixelSize wantedSize() const;
+    SceneMoment moment() const;
+    void prepare();
+    bool isWarm(Scene& scene, const SceneMoment& moment);
+    bool draw(Scene& scene, const SceneMoment& moment);
+    bool finishes(gpu::CommandBuffer& commands);
+    void countFrame(double now);
+    void say() { listener_(news_); }
+
+    StageMail& mail_;
+    Listener listener_;
+    std::shared_ptr<const StageRecord> record_; // the newest
+    std::shared_ptr<const StageRecord> drawn_;  // of the last frame
+    std::shared_ptr<gpu::Device> device_;       // of the queue, the scenes and the targets
+    std::unique_ptr<gpu::CommandQueue> queue_;
+    std::unique_ptr<Scene> scene_; // whose pictures are shown
+    std::unique_ptr<Scene> next_;  // in preparation
+    StageTargets targets_;
+    PreviewScale scale_;
+    FrameTimes times_;
+    FrameClock clock_{Transport::framesPerSecond};
+    std::deque<double> shown_; // host seconds of the frames of the last second
+    StageNews news_;
+    struct Stopped {
+        std::shared_ptr<const ShaderProgram> program;
+        PixelSize size;
+    };
+    std::optional<Stopped> stopped_;
+};
+
+} // namespace tarnwick::player

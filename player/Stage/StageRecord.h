@@ -1,0 +1,50 @@
+// The state that the drawing thread draws from, published as one record.
+#pragma once
+
+#include "TarnwickBase/PixelSize.h"
+#include "TarnwickCore/Animation/Settings.h"
+#include "TarnwickGPU/Device.h"
+#include "TarnwickRender/ShaderProgram.h"
+#include "player/Model/Transport.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace tarnwick::player {
+
+// Constant once it is published. Shared between the thread that publishes it and the drawing
+// thread.
+struct StageRecord {
+    std::shared_ptr<gpu::Device> device;           // null: nothing is drawn
+    std::shared_ptr<const ShaderProgram> program;  // of `device`; null: nothing is drawn
+    std::uint64_t revision = 0;                    // of the text that the program is of
+    Transport transport;
+    std::shared_ptr<const Settings> settings;      // never null with a program
+    std::optional<std::array<float, 2>> mouse{};   // [0, 1] from the lower left of the picture
+    PixelSize size{};                              // pixels of the picture at full size
+    std::optional<int> divisor{};                  // of both sides; absent: chosen by itself
+};
+
+// The state of the drawing thread after a frame, or instead of one.
+struct StageNews {
+    std::uint64_t revision = 0; // of the program that is shown; 0: none
+    double time = 0;            // seconds of the episode, of the frame shown
+    PixelSize picture{};        // pixels drawn
+    int divisor = 1;
+    double frameSeconds = 0;    // from encoding to the end on the GPU, of the last frame
+    double framesPerSecond = 0; // shown, over the last second
+    double firstDraw = 0;       // seconds of the first frame of the program that is shown
+    struct Warming {
+        std::int64_t done = 0, total = 0; // steps or frames
+    };
+    std::optional<Warming> warming{}; // the state of a seek is computed
+    std::string failure;              // one sentence if nothing can be drawn; empty otherwise
+    bool isTooSlow = false;           // a frame takes too long; drawing waits for a new program
+    bool isDeviceLost = false;
+    bool hitLoopBudget = false;       // a loop of the episode was ended
+};
+
+} // namespace tarnwick::player

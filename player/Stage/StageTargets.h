@@ -1,0 +1,41 @@
+// The windows and pictures on which the drawing thread shows its frames.
+#pragma once
+
+#include "TarnwickGPU/Commands.h"
+#include "TarnwickRender/OverlayQuad.h"
+#include "TarnwickRender/Targets/FrameTarget.h"
+
+#include <map>
+#include <memory>
+
+namespace tarnwick::player {
+
+// One thread at a time.
+class StageTargets {
+  public:
+    // Drops all targets, which belong to another device. Throws as OverlayQuad does.
+    void use(gpu::Device& device);
+
+    void add(int id, std::unique_ptr<FrameTarget> target, const PixelSize& size);
+    void resize(int id, const PixelSize& size);
+    void expose(int id);
+    void remove(int id) { targets_.erase(id); }
+
+    // Whether a target must show the last frame again.
+    bool areStale() const;
+    // Shows a picture on each target, in the middle, at the largest size that fits.
+    void present(const gpu::Texture& picture, gpu::CommandQueue& queue);
+
+  private:
+    struct Target {
+        std::unique_ptr<FrameTarget> target;
+        PixelSize size;
+        bool isStale = true;
+    };
+    void present(Target& target, const gpu::Texture& picture, gpu::CommandQueue& queue) const;
+
+    std::map<int, Target> targets_;
+    std::unique_ptr<OverlayQuad> copy_;
+};
+
+} // namespace tarnwick::player

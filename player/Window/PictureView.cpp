@@ -1,0 +1,197 @@
+#include "player/Window/PictureView.h"
+
+#include "TarnwickRender/Targets/WindowTarget.h"
+#include "player/Window/ImageTarget.h"
+#include "player/Window/PictureWindow.h"
+
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPointer>
+
+#include <algorithm>
+#include <chrono>
+
+namespace tarnwick::player {
+namespace {
+
+constexpr std::chrono::seconds longestDetach{1};
+
+bool presentsVulkan() {
+    const QString platform = QGuiApplication::platformName();
+    return platform == QStringLiteral("xcb") || platform.startsWith(QStringLiteral("wayland"));
+}
+
+QImage imageOf(const Picture& picture) {
+    const QImage borrowed(picture.bytes.data(), static_cast<int>(picture.width),
+                          static_cast<int>(picture.height),
+                          static_cast<qsizetype>(picture.bytesPerRow), QImage::Format_RGB32);
+    return borrowed.copy();
+}
+
+} // namespace
+
+PictureView::PictureView(Player& player, int id, QWidget* parent)
+    : QWidget(parent), player_(player), id_(id) {
+    setAccessibleName(tr("Picture"));
+    setMinimumSize(160, 90);
+    setMouseTracking(true);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    if (presentsVulkan() && player_.device() != nullptr) {
+        instance_.setVkInstance(static_cast<VkInstance>(player_.device()->vulkanInstance()));
+        if (instance_.create()) {
+            window_ = new PictureWindow;
+            window_->setVulkanInstance(&instance_);
+            window_->installEventFilter(this);
+            container_ = QWidget::createWindowContainer(window_, this);
+            container_->setFocusPolicy(Qt::NoFocus);
+            connect(window_, &PictureWindow::exposed, this, [this] {
+                attach();
+                player_.stage().exposeTarget(id_);
+            });
+            connect(window_, &PictureWindow::sizeChanged, this, &PictureView::layOut);
+        }
+    }
+    message_ = label(Qt::AlignCenter);
+    figures_ = label(Qt::AlignRight | Qt::AlignTop);
+    connect(&player_, &Player::deviceChanged, this, [this] {
+        isAttached_ = false;
+        attach();
+    });
+}
+
+PictureView::~PictureView() {
+    detach();
+}
+
+QLabel* PictureView::label(Qt::Alignment alignment) {
+    auto* made = new QLabel(this);
+    made->setAttribute(Qt::WA_NativeWindow, window_ != nullptr);
+    made->setAlignment(alignment);
+    made->setWordWrap(alignment == Qt::AlignCenter);
+    made->setMargin(8);
+    made->setAutoFillBackground(true);
+    made->setStyleSheet(QStringLiteral("background: #14161a; color: #f2f2f2;"));
+    made->hide();
+    return made;
+}
+
+void PictureView::attach() {
+    gpu::Device* device = player_.device();
+    const PixelSize size = pixels();
+    const bool isWaiting = window_ != nullptr && !window_->isExposed(); // it has no surface yet
+    if (isAttached_ || isWaiting || device == nullptr || size.width < 1 || size.height < 1)
+        return;
+    std::unique_ptr<FrameTarget> target;
+    if (window_ != nullptr) {
+        void* surface = QVulkanInstance::surfaceForWindow(window_);
+        auto layer = surface != nullptr ? device->newLayer(surface) : nullptr;
+        if (layer)
+            target = std::make_unique<WindowTarget>(*device, std::move(layer));
+    }
+    if (!target && container_ != nullptr)
+        container_->hide();
+    if (!target)
+        target = std::make_unique<ImageTarget>(
+            *device, size, [view = QPointer<PictureView>(this)](Picture picture) {
+                QMetaObject::invokeMethod(
+                    qApp,
+                    [view, image = imageOf(picture)] {
+                        if (!view)
+                            return;
+                        view->image_ = image;
+                        view->update();
+                    },
+                    Qt::QueuedConnection);
+            });
+    player_.stage().addTarget(id_, std::move(target), size);
+    isAttached_ = true;
+}
+
+void PictureView::detach() {
+    if (isAttached_)
+        player_.stage().removeTarget(id_).wait_for(longestDetach);
+    isAttached_ = false;
+}
+
+PixelSize PictureView::pixels() const {
+    const double ratio = devicePixelRatioF();
+    return {static_cast<std::uint32_t>(std::max(0.0, width() * ratio)),
+            static_cast<std::uint32_t>(std::max(0.0, height() * ratio))};
+}
+
+void PictureView::setMessage(const QString& message) {
+    if (message_->text() != message)
+        message_->setText(message);
+    message_->setVisible(!message.isEmpty());
+    layOut();
+}
+
+void PictureView::setFigures(const QString& figures) {
+    figures_->setText(figures);
+    figures_->setVisible(!figures.isEmpty());
+    layOut();
+}
+
+void PictureView::layOut() {
+    if (container_ != nullptr)
+        container_->setGeometry(rect());
+    if (message_->isVisible()) {
+        const int side = std::min(width() - 20, 520);
+        message_->setFixedWidth(std::max(side, 40));
+        message_->adjustSize();
+        message_->move((width() - message_->width()) / 2, (height() - message_->height()) / 2);
+        message_->raise();
+    }
+    if (figures_->isVisible()) {
+        figures_->adjustSize();
+        figures_->move(width() - figures_->width() - 8, 8);
+        figures_->raise();
+    }
+}
+
+void PictureView::resizeEvent(QResizeEvent*) {
+    layOut();
+    attach();
+    player_.stage().resizeTarget(id_, pixels());
+    emit resized();
+}
+
+void PictureView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(rect(), Qt::black);
+    if (!image_.isNull())
+        painter.drawImage(rect(), image_);
+}
+
+// The pointer in the picture, which the view's size holds as a whole.
+void PictureView::point(const QPointF& place) {
+    if (width() < 1 || height() < 1)
+        return;
+    const auto share = [](double at, int side) {
+        return static_cast<float>(std::clamp(at / side, 0.0, 1.0));
+    };
+    player_.setMouse(std::array{share(place.x(), width()), 1 - share(place.y(), height())});
+}
+
+void PictureView::mousePressEvent(QMouseEvent* event) {
+    point(event->position());
+}
+
+void PictureView::mouseMoveEvent(QMouseEvent* event) {
+    if (event->buttons() != Qt::NoButton)
+        point(event->position());
+}
+
+bool PictureView::eventFilter(QObject* watched, QEvent* event) {
+    const bool moves = event->type() == QEvent::MouseMove;
+    if (watched == window_ && (moves || event->type() == QEvent::MouseButtonPress)) {
+        const auto* mouse = static_cast<QMouseEvent*>(event);
+        if (!moves || mouse->buttons() != Qt::NoButton)
+            point(mouse->position());
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace tarnwick::player
