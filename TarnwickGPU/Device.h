@@ -100,7 +100,8 @@ class Device {
     // A layer that presents on a VkSurfaceKHR, which a window toolkit made with vulkanInstance().
     // The surface must outlive the layer. Null if the device cannot present on it.
     std::unique_ptr<Layer> newLayer(void* surface);
-    // The VkInstance, with the extensions for the windows of X11 and Wayland that the loader has.
+    // The VkInstance, with the extensions for the windows of X11 and, where WAYLAND_DISPLAY is
+    // set, Wayland.
     void* vulkanInstance() const;
 
     explicit Device(std::shared_ptr<DeviceState> state);

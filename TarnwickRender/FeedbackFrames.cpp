@@ -41,6 +41,11 @@ void FeedbackFrames::advance() {
     hasPrevious_ = true;
 }
 
+void FeedbackFrames::goBack(bool hasPrevious) {
+    index_ = 1 - index_;
+    hasPrevious_ = hasPrevious;
+}
+
 void FeedbackFrames::copy(const gpu::Texture& target, gpu::CommandBuffer& commands) const {
     copyCommonPart(current(), target, commands);
 }

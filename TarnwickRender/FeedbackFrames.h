@@ -30,6 +30,9 @@ class FeedbackFrames {
 
     // Makes current() previous(). Call it after a frame was drawn.
     void advance();
+    // Undoes advance(): the next frame replaces previous(). `hasPrevious` says whether there was
+    // a frame before that one.
+    void goBack(bool hasPrevious);
     // Forgets the previous frame.
     void reset() { hasPrevious_ = false; }
 

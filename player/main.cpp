@@ -1,23 +1,38 @@
 // tarnwick-player: the desktop program in which episodes are written and played.
 #include "TarnwickBase/EndSignals.h"
 #include "TarnwickBase/FreedMemory.h"
+#include "TarnwickBase/Status.h"
+#include "TarnwickBase/Version.h"
+#include "TarnwickCore/CommandLine/Arguments.h"
+#include "TarnwickCore/CommandLine/Help.h"
 #include "player/Window/MainWindow.h"
 
 #include <QApplication>
 #include <QMessageBox>
+#include <array>
+#include <cstdio>
 
+namespace tarnwick::player {
 namespace {
 
-// Offers the unsaved work of a player that did not end by itself.
-bool recover(tarnwick::player::Player& player, tarnwick::player::MainWindow& window) {
-    using namespace tarnwick::player;
+constexpr std::array<Option, 2> options{{
+    {.name = "--help", .help = "print this help"},
+    {.name = "--version", .help = "print the release"},
+}};
+
+constexpr CommandForm form{.operands = "[EPISODE.metal]...", .options = options};
+
+constexpr std::string_view summary = "Opens episodes in the player.";
+
+// Offers the unsaved work of a player that did not end by itself. Returns whether it was opened.
+bool recover(Player& player, MainWindow& window) {
     const auto left = leftDrafts(draftsFolder());
     if (left.empty())
         return false;
     const auto answer = QMessageBox::question(
         &window, QObject::tr("Unsaved work"),
-        QObject::tr("The player ended with %n unsaved episode(s). Open them again?", nullptr,
-                    static_cast<int>(left.size())));
+        QObject::tr("The player ended with unsaved changes in %1 episodes. Open them again?")
+            .arg(left.size()));
     for (const LeftDraft& one : left) {
         auto autosave = Autosave::takeOver(one.folder);
         if (answer == QMessageBox::Yes)
@@ -28,30 +43,47 @@ bool recover(tarnwick::player::Player& player, tarnwick::player::MainWindow& win
     return answer == QMessageBox::Yes;
 }
 
+int play(const Arguments& arguments, int count, char** words) {
+    // Only the picture is a native child window.
+    QApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
+    QApplication application(count, words);
+    QApplication::setApplicationDisplayName(QStringLiteral("Tarnwick"));
+    QApplication::setDesktopFileName(QStringLiteral("tarnwick-player"));
+    Player player;
+    MainWindow window(player);
+    window.show();
+    const bool hasRecovered = recover(player, window);
+    for (const std::string& file : arguments.operands())
+        window.open(QString::fromStdString(file));
+    if (player.documents().empty() && !hasRecovered)
+        window.newEpisode();
+    const int status = QApplication::exec();
+    endSoon(status); // the device may work for longer
+    return status;
+}
+
+int run(int count, char** words) {
+    const std::span<const char* const> all(words, static_cast<std::size_t>(count));
+    try {
+        const Arguments arguments(form, all.subspan(all.empty() ? 0 : 1));
+        if (arguments.has("--help"))
+            std::fputs(helpText("tarnwick-player", form, summary).c_str(), stdout);
+        else if (arguments.has("--version"))
+            std::printf("%s\n", programName().c_str());
+        else
+            return play(arguments, count, words);
+        return static_cast<int>(Status::done);
+    } catch (const UsageError& error) {
+        std::fprintf(stderr, "tarnwick-player: %s --help lists the options.\n", error.what());
+        return static_cast<int>(Status::misused);
+    }
+}
+
 } // namespace
+} // namespace tarnwick::player
 
 int main(int count, char** words) {
     tarnwick::keepFreedMemory();
     const tarnwick::EndSignals endSignals;
-    // Only the picture is a native child window.
-    QApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
-    QApplication application(count, words);
-    QApplication::setApplicationName(QStringLiteral("tarnwick-player"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Tarnwick"));
-    QApplication::setDesktopFileName(QStringLiteral("tarnwick-player"));
-    int status = 0;
-    {
-        tarnwick::player::Player player;
-        tarnwick::player::MainWindow window(player);
-        window.show();
-        const bool hasRecovered = recover(player, window);
-        const QStringList files = QApplication::arguments().mid(1);
-        for (const QString& file : files)
-            window.open(file);
-        if (files.empty() && !hasRecovered)
-            window.newEpisode();
-        status = QApplication::exec();
-        tarnwick::endSoon(status); // the device may work for longer
-    }
-    return status;
+    return tarnwick::player::run(count, words);
 }

@@ -40,6 +40,7 @@ constexpr std::array commands{
     &shareCommand,
     &openCommand,
     &releaseCommand,
+    &playCommand,
     &saverCommand,
     &devicesCommand,
 };

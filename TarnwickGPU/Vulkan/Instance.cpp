@@ -1,6 +1,7 @@
 #include "TarnwickGPU/Vulkan/Instance.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -31,17 +32,17 @@ bool extensionExists(const char* layer, const char* name) {
                        });
 }
 
-// Empty if the loader has no kind of windows.
+// Empty if the loader has no kind of windows. Those of Wayland only where the environment names a
+// compositor: otherwise Mesa's layer that chooses devices writes an error for each process.
 std::vector<const char*> surfaceExtensions() {
-    std::vector<const char*> found;
-    for (const char* kind :
-         {"VK_KHR_xlib_surface", "VK_KHR_xcb_surface", "VK_KHR_wayland_surface"})
-        if (extensionExists(nullptr, kind))
-            found.push_back(kind);
-    if (found.empty() || !extensionExists(nullptr, "VK_KHR_surface"))
+    std::vector<const char*> kinds{"VK_KHR_xlib_surface", "VK_KHR_xcb_surface"};
+    if (std::getenv("WAYLAND_DISPLAY") != nullptr)
+        kinds.push_back("VK_KHR_wayland_surface");
+    std::erase_if(kinds, [](const char* kind) { return !extensionExists(nullptr, kind); });
+    if (kinds.empty() || !extensionExists(nullptr, "VK_KHR_surface"))
         return {};
-    found.push_back("VK_KHR_surface");
-    return found;
+    kinds.push_back("VK_KHR_surface");
+    return kinds;
 }
 
 template <typename Function> Function instanceFunction(VkInstance instance, const char* name) {

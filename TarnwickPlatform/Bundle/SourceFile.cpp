@@ -28,8 +28,7 @@ struct Descriptor {
 
 [[noreturn]] void tooLong(const std::filesystem::path& file) {
     throw SourceFileError(file.string() + " is longer than the " +
-                          std::to_string(longestSource >> 20) +
-                          " MiB that a source may have.");
+                          std::to_string(longestSource >> 20) + " MiB that a source may have.");
 }
 
 // All bytes, at most one block more than the longest source.

@@ -8,7 +8,6 @@
 
 #include <QObject>
 #include <QTimer>
-
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -83,7 +82,7 @@ class OpenDocument : public QObject {
     std::optional<CompileResult> result_;
     std::shared_ptr<const ShaderProgram> program_;
     std::uint64_t programRevision_ = 0;
-    QTimer pause_; // after typing
+    QTimer pause_;                           // after typing
     std::optional<FileWatcher::Stamp> told_; // the stamp that changedOutside was emitted for
 };
 

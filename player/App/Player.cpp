@@ -1,7 +1,6 @@
 #include "player/App/Player.h"
 
 #include <QMetaObject>
-
 #include <algorithm>
 #include <utility>
 
@@ -20,7 +19,8 @@ Player::Player() : device_(gpu::Device::systemDefault()) {
             this, [this, moved] { take(std::move(*moved)); }, Qt::QueuedConnection);
     });
     stage_ = std::make_unique<Stage>([this](const StageNews& news) {
-        QMetaObject::invokeMethod(this, [this, news] { hear(news); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this, news] { hear(news); }, Qt::QueuedConnection);
     });
     connect(&autosave_, &QTimer::timeout, this, &Player::keepDrafts);
     autosave_.start(autosaveInterval);
@@ -125,8 +125,8 @@ void Player::compile(OpenDocument* document) {
 }
 
 void Player::take(CompileResult result) {
-    const auto found = std::ranges::find(documents_, result.document,
-                                         [](const auto& one) { return one->id(); });
+    const auto found =
+        std::ranges::find(documents_, result.document, [](const auto& one) { return one->id(); });
     if (found != documents_.end() && result.device == device_)
         (*found)->accept(std::move(result));
 }

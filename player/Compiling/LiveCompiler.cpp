@@ -72,9 +72,8 @@ LiveCompiler::~LiveCompiler() {
 
 void LiveCompiler::compile(CompileRequest request) {
     const std::lock_guard lock(shared_->mutex);
-    std::erase_if(shared_->waiting, [&](const CompileRequest& older) {
-        return older.document == request.document;
-    });
+    std::erase_if(shared_->waiting,
+                  [&](const CompileRequest& older) { return older.document == request.document; });
     shared_->waiting.push_back(std::move(request));
     shared_->changed.notify_one();
 }
@@ -90,8 +89,8 @@ CompileResult compiled(const CompileRequest& request) {
         const CompiledEpisode compiled = CompiledEpisode::make(episode, request.device.get());
         const double middle = currentMediaTime();
         result.compileSeconds = middle - begin;
-        result.findings = findingsOf(
-            episode, DiagnosticParser::parse(compiled.library->warnings()));
+        result.findings =
+            findingsOf(episode, DiagnosticParser::parse(compiled.library->warnings()));
         if (request.device)
             result.program =
                 ShaderProgram::make(compiled, *request.device, ShaderProgram::pixelFormat);

@@ -26,8 +26,8 @@ struct CompileResult {
     std::shared_ptr<gpu::Device> device;
     std::shared_ptr<const ShaderProgram> program; // null if there are errors or no device
     std::vector<Finding> findings;                // for the author, warnings too
-    std::string failure;       // one sentence if the program fails without findings; or empty
-    double compileSeconds = 0; // from the text to SPIR-V
+    std::string failure;        // one sentence if the program fails without findings; or empty
+    double compileSeconds = 0;  // from the text to SPIR-V
     double pipelineSeconds = 0; // of the driver
 };
 

@@ -4,7 +4,6 @@
 #include "player/Editor/MSLLexer.h"
 
 #include <QKeyEvent>
-
 #include <algorithm>
 
 namespace tarnwick::player {
@@ -91,8 +90,8 @@ void EpisodeEditor::underline(const Finding& finding) {
     markerAdd(line, isError ? errorMark : warningMark);
     const QString content = text(line);
     const QByteArray bytes = content.toUtf8();
-    const auto column = std::clamp<qsizetype>(
-        static_cast<qsizetype>(finding.diagnostic.column) - 1, 0, bytes.size());
+    const auto column = std::clamp<qsizetype>(static_cast<qsizetype>(finding.diagnostic.column) - 1,
+                                              0, bytes.size());
     const int begin = static_cast<int>(QString::fromUtf8(bytes.left(column)).size());
     int end = begin;
     while (end < content.size() && (content[end].isLetterOrNumber() || content[end] == u'_'))

@@ -2,9 +2,9 @@
 
 #include "TarnwickCore/Editor/MSLSyntax.h"
 
-#include <QFontDatabase>
 #include <Qsci/qsciscintilla.h>
 
+#include <QFontDatabase>
 #include <array>
 #include <string>
 

@@ -31,9 +31,8 @@ int lockOf(const std::filesystem::path& folder) {
 }
 
 std::string encoded(const Draft& draft) {
-    nlohmann::json json{{"title", draft.title},
-                        {"text", draft.text},
-                        {"settings", draft.settings.encode()}};
+    nlohmann::json json{
+        {"title", draft.title}, {"text", draft.text}, {"settings", draft.settings.encode()}};
     if (draft.file)
         json["file"] = draft.file->string();
     return json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);

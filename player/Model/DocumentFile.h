@@ -33,7 +33,7 @@ std::optional<FileWatcher::Stamp> writeEpisodeText(const std::filesystem::path& 
 std::filesystem::path settingsFileOf(const std::filesystem::path& episode);
 
 struct SettingsBeside {
-    Settings settings;  // the defaults without a document
+    Settings settings; // the defaults without a document
     bool exists = false;
     std::string remark; // one sentence if a file of that name is not settings; empty otherwise
 };

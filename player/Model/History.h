@@ -22,8 +22,7 @@ template <typename State> class History {
     void push(State state, std::string change, std::string gesture = {}) {
         if (state == states_[now_].state)
             return;
-        const bool continues =
-            now_ > 0 && !gesture.empty() && states_[now_].gesture == gesture;
+        const bool continues = now_ > 0 && !gesture.empty() && states_[now_].gesture == gesture;
         states_.resize(now_ + 1);
         if (continues)
             states_[now_].state = std::move(state);

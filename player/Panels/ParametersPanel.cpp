@@ -8,7 +8,6 @@
 #include <QSlider>
 #include <QToolButton>
 #include <QVBoxLayout>
-
 #include <algorithm>
 #include <cmath>
 
@@ -186,8 +185,7 @@ void ParametersPanel::showValues() {
         row.key->setChecked(std::ranges::any_of(keys, [&](const KeyframeTracks::Key& key) {
             return std::abs(key.time - time) < KeyframeTracks::snap;
         }));
-        row.reset->setEnabled(document.settings().values.contains(row.param.name) ||
-                              !keys.empty());
+        row.reset->setEnabled(document.settings().values.contains(row.param.name) || !keys.empty());
     }
     isShowing_ = false;
 }

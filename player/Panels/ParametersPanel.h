@@ -4,7 +4,6 @@
 #include "player/App/Player.h"
 
 #include <QWidget>
-
 #include <vector>
 
 class QDoubleSpinBox;

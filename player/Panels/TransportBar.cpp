@@ -8,7 +8,6 @@
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QToolButton>
-
 #include <algorithm>
 #include <cmath>
 
@@ -135,8 +134,8 @@ void TransportBar::showState() {
         return;
     const Transport& now = document_->transport();
     const double time = document_->time();
-    play_->setIcon(style()->standardIcon(now.isPlaying ? QStyle::SP_MediaPause
-                                                       : QStyle::SP_MediaPlay));
+    play_->setIcon(
+        style()->standardIcon(now.isPlaying ? QStyle::SP_MediaPause : QStyle::SP_MediaPlay));
     play_->setToolTip(now.isPlaying ? tr("Pause") : tr("Play"));
     play_->setAccessibleName(play_->toolTip());
     const QSignalBlocker position(position_), loop(loop_), speed(speed_);

@@ -29,7 +29,8 @@ class TransportBar : public QWidget {
     void follow();
     void showState();
     double length() const; // seconds that the slider covers
-    QToolButton* button(QStyle::StandardPixmap icon, const QString& name, void (TransportBar::*slot)());
+    QToolButton* button(QStyle::StandardPixmap icon, const QString& name,
+                        void (TransportBar::*slot)());
     void change(const Transport& transport);
 
     Player& player_;

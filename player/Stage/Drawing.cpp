@@ -9,10 +9,10 @@
 namespace tarnwick::player {
 namespace {
 
-constexpr double idle = 3600;       // seconds; mail ends the wait
-constexpr double shortWait = 0.1;   // seconds between two looks at a frame that is drawn
+constexpr double idle = 3600;        // seconds; mail ends the wait
+constexpr double shortWait = 0.1;    // seconds between two looks at a frame that is drawn
 constexpr double noticedFrame = 0.5; // seconds after which a frame that is drawn is reported
-constexpr double shownInterval = 1; // seconds over which frames are counted
+constexpr double shownInterval = 1;  // seconds over which frames are counted
 
 std::uint32_t divided(std::uint32_t side, int divisor) {
     const auto by = static_cast<std::uint32_t>(divisor);
@@ -120,7 +120,10 @@ bool Drawing::hasScene() const {
 }
 
 SceneMoment Drawing::moment() const {
-    return {record_->transport.timeAt(currentMediaTime()), record_->mouse, record_->settings};
+    return {.time = record_->transport.timeAt(currentMediaTime()),
+            .mouse = record_->mouse,
+            .settings = record_->settings,
+            .isPlaying = record_->transport.isPlaying};
 }
 
 // Makes the scene of the wanted program and size, a part at a time, and shows it once its first
@@ -199,8 +202,7 @@ void Drawing::countFrame(double now) {
     while (now - shown_.front() > shownInterval)
         shown_.pop_front();
     news_.framesPerSecond =
-        shown_.size() < 2 ? 0
-                          : static_cast<double>(shown_.size() - 1) / (now - shown_.front());
+        shown_.size() < 2 ? 0 : static_cast<double>(shown_.size() - 1) / (now - shown_.front());
 }
 
 void Drawing::addTarget(int id, std::unique_ptr<FrameTarget> target, const PixelSize& size) {

@@ -25,8 +25,8 @@ class PreviewScale {
   private:
     int divisor_ = 1;
     std::optional<int> fixed_;
-    int count_ = 0;      // consecutive frames that ask for a change; below 0: for a larger picture
-    int patience_ = 60;  // frames before the picture becomes larger; grows if that was too slow
+    int count_ = 0;     // consecutive frames that ask for a change; below 0: for a larger picture
+    int patience_ = 60; // frames before the picture becomes larger; grows if that was too slow
     int sinceLarger_ = 0;
 };
 

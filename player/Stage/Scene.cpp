@@ -41,8 +41,7 @@ const gpu::Texture* Scene::picture() const {
     return pictures_->previous();
 }
 
-std::optional<StageNews::Warming> Scene::warm(const SceneMoment& moment,
-                                              gpu::CommandQueue& queue) {
+std::optional<StageNews::Warming> Scene::warm(const SceneMoment& moment, gpu::CommandQueue& queue) {
     settings_ = moment.settings;
     if (frames_->simulation() != nullptr)
         return warmSimulation(moment, queue);
@@ -70,7 +69,8 @@ std::optional<StageNews::Warming> Scene::warmSimulation(const SceneMoment& momen
 std::optional<StageNews::Warming> Scene::warmFeedback(const SceneMoment& moment,
                                                       gpu::CommandQueue& queue) {
     const std::int64_t goal = Transport::frameOf(moment.time);
-    if (frame_ <= goal && goal - frame_ <= longestLag && frame_ >= 0)
+    const std::int64_t late = moment.isPlaying ? longestLag : 1; // frames
+    if (frame_ >= 0 && frame_ <= goal && goal - frame_ <= late)
         return std::nullopt;
     if (frame_ > goal)
         frame_ = -1;
@@ -78,7 +78,8 @@ std::optional<StageNews::Warming> Scene::warmFeedback(const SceneMoment& moment,
         pictures_->reset();
     const std::int64_t end = std::min(goal, frame_ + 1 + partOfWarming);
     for (std::int64_t frame = frame_ + 1; frame < end; ++frame) {
-        auto commands = encode({timeOf(frame), moment.mouse, moment.settings}, queue);
+        auto commands = encode(
+            {.time = timeOf(frame), .mouse = moment.mouse, .settings = moment.settings}, queue);
         if (!commands)
             return std::nullopt;
         commands->commit();
@@ -113,6 +114,9 @@ std::optional<gpu::CommandBuffer> Scene::encode(const SceneMoment& moment,
     auto commands = queue.commandBuffer();
     if (!commands)
         return std::nullopt;
+    encoded_ = Transport::frameOf(moment.time);
+    if (program_->readsPrevious() && encoded_ == frame_) // with other values or another pointer
+        pictures_->goBack(frame_ > 0);
     const ParamValues values = settings_->valuesAt(moment.time);
     const ShaderInputs seen =
         program_->usesInputs() ? inputs(moment.time, values) : ShaderInputs::none();
@@ -126,7 +130,6 @@ std::optional<gpu::CommandBuffer> Scene::encode(const SceneMoment& moment,
                                            {.descriptor = pass});
     if (!isEncoded)
         return std::nullopt;
-    encoded_ = Transport::frameOf(moment.time);
     return commands;
 }
 

@@ -36,10 +36,9 @@ void Stage::show(std::shared_ptr<const StageRecord> record) {
 }
 
 void Stage::addTarget(int id, std::unique_ptr<FrameTarget> target, const PixelSize& size) {
-    shared_->mail.ask([id, size, moved = std::make_shared<std::unique_ptr<FrameTarget>>(
-                                     std::move(target))](Drawing& drawing) {
-        drawing.addTarget(id, std::move(*moved), size);
-    });
+    shared_->mail.ask(
+        [id, size, moved = std::make_shared<std::unique_ptr<FrameTarget>>(std::move(target))](
+            Drawing& drawing) { drawing.addTarget(id, std::move(*moved), size); });
 }
 
 void Stage::resizeTarget(int id, const PixelSize& size) {

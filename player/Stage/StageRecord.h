@@ -18,14 +18,14 @@ namespace tarnwick::player {
 // Constant once it is published. Shared between the thread that publishes it and the drawing
 // thread.
 struct StageRecord {
-    std::shared_ptr<gpu::Device> device;           // null: nothing is drawn
-    std::shared_ptr<const ShaderProgram> program;  // of `device`; null: nothing is drawn
-    std::uint64_t revision = 0;                    // of the text that the program is of
+    std::shared_ptr<gpu::Device> device;          // null: nothing is drawn
+    std::shared_ptr<const ShaderProgram> program; // of `device`; null: nothing is drawn
+    std::uint64_t revision = 0;                   // of the text that the program is of
     Transport transport;
-    std::shared_ptr<const Settings> settings;      // never null with a program
-    std::optional<std::array<float, 2>> mouse{};   // [0, 1] from the lower left of the picture
-    PixelSize size{};                              // pixels of the picture at full size
-    std::optional<int> divisor{};                  // of both sides; absent: chosen by itself
+    std::shared_ptr<const Settings> settings;    // never null with a program
+    std::optional<std::array<float, 2>> mouse{}; // [0, 1] from the lower left of the picture
+    PixelSize size{};                            // pixels of the picture at full size
+    std::optional<int> divisor{};                // of both sides; absent: chosen by itself
 };
 
 // The state of the drawing thread after a frame, or instead of one.
@@ -44,7 +44,7 @@ struct StageNews {
     std::string failure;              // one sentence if nothing can be drawn; empty otherwise
     bool isTooSlow = false;           // a frame takes too long; drawing waits for a new program
     bool isDeviceLost = false;
-    bool hitLoopBudget = false;       // a loop of the episode was ended
+    bool hitLoopBudget = false; // a loop of the episode was ended
 };
 
 } // namespace tarnwick::player

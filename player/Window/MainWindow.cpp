@@ -19,7 +19,6 @@
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
-
 #include <chrono>
 #include <functional>
 
@@ -254,8 +253,8 @@ bool MainWindow::saveAs(OpenDocument* document) {
     if (document == nullptr)
         return false;
     QString file = QFileDialog::getSaveFileName(
-        this, tr("Save episode"),
-        QString::fromStdString(document->document().title() + ".metal"), fileFilter());
+        this, tr("Save episode"), QString::fromStdString(document->document().title() + ".metal"),
+        fileFilter());
     if (file.isEmpty())
         return false;
     if (!file.endsWith(QStringLiteral(".metal"), Qt::CaseInsensitive))

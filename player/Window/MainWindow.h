@@ -4,7 +4,6 @@
 #include "player/App/Player.h"
 
 #include <QMainWindow>
-
 #include <map>
 
 class QTabWidget;

@@ -9,7 +9,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
-
 #include <algorithm>
 #include <chrono>
 

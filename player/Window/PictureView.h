@@ -6,7 +6,6 @@
 #include <QImage>
 #include <QVulkanInstance>
 #include <QWidget>
-
 #include <future>
 #include <memory>
 

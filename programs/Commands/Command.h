@@ -30,6 +30,7 @@ extern const Command metaCommand;        // MetaCommand.cpp
 extern const Command mslCommand;         // MSLCommand.cpp
 extern const Command newCommand;         // NewCommand.cpp
 extern const Command openCommand;        // OpenCommand.cpp
+extern const Command playCommand;        // PlayCommand.cpp
 extern const Command presetsCommand;     // PresetsCommand.cpp
 extern const Command releaseCommand;     // ReleaseCommand.cpp
 extern const Command saverCommand;       // SaverCommand.cpp

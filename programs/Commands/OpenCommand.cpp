@@ -6,7 +6,7 @@
 #include "programs/CommandLine/NewFile.h"
 #include "programs/Commands/Command.h"
 #include "programs/Service/Awaited.h"
-#include "programs/Service/SaverProgram.h"
+#include "programs/Service/ProgramBeside.h"
 #include "programs/Service/Service.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 // tarnwick saver: the screen saver's own program.
 #include "programs/Commands/Command.h"
-#include "programs/Service/SaverProgram.h"
+#include "programs/Service/ProgramBeside.h"
 
 namespace tarnwick {
 

@@ -1,0 +1,18 @@
+// Programs that are in the same folder as this one.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace tarnwick {
+
+// Replaces this process by the program `name` with the arguments `words`. Throws CommandError if
+// there is no such program; `package` is the part of Tarnwick that has it: "the player".
+[[noreturn]] void becomeProgram(std::string_view name, std::span<const std::string> words,
+                                std::string_view package);
+
+[[noreturn]] void becomeSaver(std::span<const std::string> words);
+[[noreturn]] void becomePlayer(std::span<const std::string> words);
+
+} // namespace tarnwick
