@@ -17,7 +17,7 @@ struct SceneMoment {
     double time = 0;                             // seconds of the episode
     std::optional<std::array<float, 2>> mouse{}; // as in StageRecord
     std::shared_ptr<const Settings> settings;    // never null
-    bool isPlaying = false; // a frame or step that is late may be skipped
+    bool isPlaying = false;                      // a frame or step that is late may be skipped
 };
 
 // One thread at a time. Draws with a queue of its owner.

@@ -22,7 +22,7 @@ class DocumentFiles : public testing::Test {
 
 TEST_F(DocumentFiles, keepTheirBytesWhenTheyAreOpenedAndSaved) {
     for (const std::string& whole : {std::string(text), "\xEF\xBB\xBF" + std::string(text),
-                                    std::string(), std::string("\xC3\xA4 \xF0\x9F\x8E\xA8")}) {
+                                     std::string(), std::string("\xC3\xA4 \xF0\x9F\x8E\xA8")}) {
         writeWholeFile(file("a.metal"), whole);
         Document document = Document::open(file("a.metal"));
         EXPECT_FALSE(document.isModified());

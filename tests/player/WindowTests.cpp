@@ -1,0 +1,111 @@
+// The player's window on Qt's platform without a screen.
+#include "player/Editor/EpisodeEditor.h"
+#include "player/Panels/ParametersPanel.h"
+#include "player/Panels/ProblemsPanel.h"
+#include "player/Window/MainWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QSlider>
+#include <QTabWidget>
+#include <QTest>
+
+namespace tarnwick::player {
+namespace {
+
+constexpr int longestWait = 30000; // milliseconds
+
+constexpr const char* text = "// @param red 0.25 0.0 1.0 How red\n"
+                             "float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {\n"
+                             "    return float4(p.red, 0.0, 1.0, 1.0);\n"
+                             "}\n";
+
+class Window : public testing::Test {
+  protected:
+    Window() {
+        window.show();
+        document = player.add(Document(text));
+        editor = window.findChild<EpisodeEditor*>();
+        problems = window.findChild<ProblemsPanel*>();
+    }
+
+    // The colour of the frame's first pixel as 0xRRGGBB; -1 without one.
+    int color() {
+        const auto picture = player.stage().picture().get();
+        if (!picture)
+            return -1;
+        return picture->bytes.at(2) << 16 | picture->bytes.at(1) << 8 | picture->bytes.at(0);
+    }
+    template <typename Condition> static bool becomesTrue(const Condition& condition) {
+        QElapsedTimer timer;
+        timer.start();
+        while (!condition() && timer.elapsed() < longestWait)
+            QTest::qWait(20);
+        return condition();
+    }
+
+    Player player;
+    MainWindow window{player};
+    OpenDocument* document;
+    EpisodeEditor* editor;
+    ProblemsPanel* problems;
+};
+
+TEST_F(Window, playsWhatIsTypedAndKeepsTheLastPictureDuringAnError) {
+    if (player.device() == nullptr)
+        GTEST_SKIP() << player.deviceAbsence();
+    ASSERT_TRUE(becomesTrue([&] { return color() == 0x4000FF; }));
+    editor->setCursorPosition(2, 4);
+    QTest::keyClicks(editor, "vec3 v; ");
+    ASSERT_TRUE(becomesTrue([&] { return problems->topLevelItemCount() > 0; }));
+    EXPECT_EQ(problems->topLevelItem(0)->text(0), "3");
+    EXPECT_EQ(color(), 0x4000FF);
+    editor->undo();
+    ASSERT_TRUE(becomesTrue([&] { return problems->topLevelItemCount() == 0; }));
+    editor->setCursorPosition(2, 4);
+    QTest::keyClicks(editor, "if (uv.x < 2.0) return float4(0.0, 1.0, 0.0, 1.0); ");
+    EXPECT_TRUE(becomesTrue([&] { return color() == 0x00FF00; }));
+}
+
+TEST_F(Window, hasASliderForEachParameter) {
+    if (player.device() == nullptr)
+        GTEST_SKIP() << player.deviceAbsence();
+    auto* panel = window.findChild<ParametersPanel*>();
+    auto* slider = panel->findChild<QSlider*>();
+    ASSERT_NE(slider, nullptr);
+    EXPECT_EQ(slider->accessibleName(), "red");
+    slider->setValue(slider->maximum());
+    EXPECT_EQ(document->document().settings().values.at("red"), 1.0f);
+    EXPECT_TRUE(becomesTrue([&] { return color() == 0xFF00FF; }));
+    document->undoSettings();
+    EXPECT_TRUE(becomesTrue([&] { return color() == 0x4000FF; }));
+    editor->append("// @param blue 0 0 1\n");
+    EXPECT_TRUE(becomesTrue([&] { return panel->findChildren<QSlider*>().size() == 2; }));
+}
+
+TEST_F(Window, hasATabForEachDocument) {
+    auto* tabs = window.findChild<QTabWidget*>();
+    OpenDocument* second = player.add(Document("// second\n", "Second"));
+    EXPECT_EQ(tabs->count(), 2);
+    EXPECT_EQ(tabs->tabText(1), "Second");
+    EXPECT_EQ(player.active(), second);
+    tabs->setCurrentIndex(0);
+    EXPECT_EQ(player.active(), document);
+    player.close(document);
+    EXPECT_EQ(tabs->count(), 1);
+    EXPECT_EQ(player.active(), second);
+    player.close(second);
+    EXPECT_EQ(player.active(), nullptr);
+}
+
+} // namespace
+} // namespace tarnwick::player
+
+int main(int count, char** words) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    testing::InitGoogleTest(&count, words);
+    QApplication application(count, words);
+    return RUN_ALL_TESTS();
+}
