@@ -230,7 +230,7 @@ void Generator::loop() {
     const std::uint32_t trips = 2 + below(8);
     if (!affords(trips * 4) || loops_ >= 3)
         return assignment();
-    switch (below(7)) {
+    switch (below(8)) {
     case 0:
     case 1:
         return countedLoop(trips);
@@ -241,6 +241,7 @@ void Generator::loop() {
     case 4:
         return twoLevelLoop();
     case 5:
+    case 6:
         return openLoop();
     default:
         return stateLoop(trips);
@@ -378,14 +379,22 @@ void Generator::twoLevelLoop() {
     scope_.variables.push_back({at, Kind::unsigned_, true});
 }
 
-// Loops that end for a reason no compiler proves.
+// Loops that end for a reason no compiler proves, most of them with long rounds.
 void Generator::openLoop() {
     if (!affords(64))
         return assignment();
     const std::string a = fresh("v"), b = fresh("v");
-    iterations_ += 33 * multiplier_;
+    constexpr std::uint32_t most = 33;
+    iterations_ += most * multiplier_;
+    const auto longRound = [&] {
+        multiplier_ *= most;
+        loops_++;
+        block(3);
+        loops_--;
+        multiplier_ /= most;
+    };
     const std::string start = tamed(Kind::unsigned_, 2);
-    switch (below(3)) {
+    switch (below(5)) {
     case 0: // Euclid
         line("uint " + a + " = " + start + " & 1023u;");
         line("uint " + b + " = " + leaf(Kind::unsigned_).text + " & 255u;");
@@ -393,6 +402,7 @@ void Generator::openLoop() {
         line("uint rest = " + a + " % " + b + ";");
         line(a + " = " + b + ";");
         line(b + " = rest;");
+        longRound();
         close();
         break;
     case 1: // one bit after the other
@@ -400,9 +410,20 @@ void Generator::openLoop() {
         line("uint " + b + " = 0u;");
         open("while (" + a + " != 0u) {");
         line(a + " &= " + a + " - 1u;");
+        longRound();
         line(b + " += " + a + " >> 3u;");
         line("if ((" + b + " & 63u) == 5u) continue;");
         line("h = mixed(h, " + a + ");");
+        close();
+        break;
+    case 2:
+    case 3: // the last five bits take every value
+        line("uint " + a + " = " + start + ";");
+        line("uint " + b + " = h;");
+        open("while ((h & 3u) != 2u && (bump(" + b + ", " + a + ") & 7u) != 0u && ((" + a + " = " +
+             a + " * 5u + 1u) & 31u) != 7u) {");
+        line("h = mixed(h, " + b + ");");
+        longRound();
         close();
         break;
     default: // Collatz
