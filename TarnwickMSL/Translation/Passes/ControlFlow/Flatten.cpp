@@ -3,29 +3,41 @@
 // each phi, and often a phi of booleans that the nesting of regions needs. So short sides are worth
 // more as straight code: their values are computed in any case, and selected.
 //
-// Three forms, from the inside out, until none is left:
+// Two forms, until none is left:
 //
-//   triangle             a ? side -> end : end           code of the side; selects for the phis of
-//   the end diamond              a ? one -> end : other -> end   the same with both sides common
-//   destination   a ? end : next; next: b ? end : other      a or b ? end : other
+//   region               the blocks between a branch and the block where all its ways meet, each
+//                        short: their code; selects for their phis and those of the end
+//   common destination   a ? end : next; next: b ? end : other      a or b ? end : other
 //
-// The third undoes what LLVM's threading of jumps makes of conditions such as `a || b(x)`, which
+// Triangles and diamonds go first, from the inside out, because the branch's condition is all that
+// their selects need. The other regions have blocks that several ways share, as the cases of a
+// switch do. They need the condition of each way, but cost the nesting most.
+//
+// The second undoes what LLVM's threading of jumps makes of conditions such as `a || b(x)`, which
 // otherwise becomes nested regions with a guard for each. In a loop it joins two exits into one.
 //
 // A condition that is the same for all invocations stays a branch: a GPU skips the code, and the
 // packaged CPU driver, which compiles again for the values of uniforms, removes it.
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Flatten.h"
 
+#include <llvm/ADT/SetVector.h>
 #include <llvm/Analysis/ValueTracking.h>
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/IntrinsicInst.h>
+#include <llvm/IR/PatternMatch.h>
 #include <llvm/Transforms/Utils/BasicBlockUtils.h>
+
+#include <optional>
 
 namespace tarnwick::msl {
 
 using namespace llvm;
+using namespace llvm::PatternMatch;
 
-constexpr unsigned longestSide = 60;     // scalar operations
+constexpr unsigned longestBlock = 60;    // scalar operations
+constexpr unsigned longestRegion = 120;  // scalar operations
+constexpr std::size_t fewBlocks = 2;     // in a triangle or a diamond
+constexpr std::size_t mostBlocks = 16;   // in a region
 constexpr unsigned deepestCondition = 6; // instructions from a condition to its uniforms
 
 namespace {
@@ -36,8 +48,10 @@ class Flattening {
     bool run();
 
   private:
-    bool flatten(BasicBlock& block);
-    bool flattenSides(BasicBlock& block, BranchInst& branch);
+    bool flattenSmall();
+    bool flatten(BasicBlock& block, std::size_t mostBlocks);
+    bool flattenRegion(BasicBlock& block, BranchInst& branch, std::size_t mostBlocks);
+    bool canJoin(const BasicBlock& block, unsigned& costs) const;
     bool joinTests(BasicBlock& block, BranchInst& branch, unsigned side);
     bool isUniform(const Value& value, unsigned depth = 0) const;
     bool isUniformBuffer(const Value& pointer) const;
@@ -70,24 +84,19 @@ static unsigned cost(const Instruction& instruction) {
     }
 }
 
-// Whether the code of the block may run where the program does not run it, at a small cost.
-static bool isShort(const BasicBlock& block) {
+// The cost of code that may run where the program does not run it; phis are free.
+static std::optional<unsigned> costToRun(const BasicBlock& block) {
     unsigned sum = 0;
     for (const Instruction& instruction : block) {
+        if (isa<PHINode>(instruction))
+            continue;
         if (instruction.isTerminator())
-            return true;
+            return sum;
         sum += cost(instruction);
-        if (sum > longestSide || isa<PHINode>(instruction) ||
-            !isSafeToSpeculativelyExecute(&instruction))
-            return false;
+        if (sum > longestBlock || !isSafeToSpeculativelyExecute(&instruction))
+            return std::nullopt;
     }
-    return true;
-}
-
-static bool isSide(const BasicBlock& side, const BasicBlock& from) {
-    auto* end = dyn_cast<BranchInst>(side.getTerminator());
-    return side.getSinglePredecessor() == &from && end && end->isUnconditional() &&
-           end->getSuccessor(0) != &side && isShort(side);
+    return sum;
 }
 
 static bool canSelect(const BasicBlock& end) {
@@ -141,41 +150,139 @@ bool Flattening::isUniform(const Value& value, unsigned depth) const {
     });
 }
 
-// A triangle or a diamond.
-bool Flattening::flattenSides(BasicBlock& block, BranchInst& branch) {
-    BasicBlock *first = branch.getSuccessor(0), *second = branch.getSuccessor(1);
-    BasicBlock* firstSide = isSide(*first, block) ? first : nullptr;
-    BasicBlock* secondSide = isSide(*second, block) ? second : nullptr;
-    BasicBlock* firstEnd = firstSide ? first->getSingleSuccessor() : nullptr;
-    BasicBlock* secondEnd = secondSide ? second->getSingleSuccessor() : nullptr;
-    if (firstEnd && firstEnd == second)
-        secondSide = nullptr;
-    else if (secondEnd && secondEnd == first)
-        firstSide = nullptr;
-    else if (!firstEnd || firstEnd != secondEnd)
+namespace {
+
+// The blocks of a region in order, and the conditions under which control takes their branches.
+class Ways {
+  public:
+    explicit Ways(BranchInst& entry) : builder_(&entry), entry_(*entry.getParent()) {}
+    bool contains(const BasicBlock* block) const {
+        return block == &entry_ || is_contained(blocks_, block);
+    }
+    void add(BasicBlock& block) { blocks_.push_back(&block); }
+    ArrayRef<BasicBlock*> blocks() const { return blocks_; }
+
+    // The phi's value for the ways of the region; the entry must have the operands already.
+    Value* choose(PHINode& phi);
+
+  private:
+    Value* reaches(BasicBlock& block);
+    Value* takes(BasicBlock& from, BasicBlock& to);
+
+    IRBuilder<> builder_;
+    BasicBlock& entry_;
+    SmallVector<BasicBlock*, 8> blocks_;
+    DenseMap<BasicBlock*, Value*> reaches_;
+    DenseMap<std::pair<BasicBlock*, BasicBlock*>, Value*> takes_;
+};
+
+} // namespace
+
+// Null for the entry, which control always reaches.
+Value* Ways::reaches(BasicBlock& block) {
+    if (&block == &entry_)
+        return nullptr;
+    if (Value* known = reaches_.lookup(&block))
+        return known;
+    Value* any = nullptr;
+    SmallVector<BasicBlock*, 8> sources{&entry_};
+    append_range(sources, blocks_);
+    for (BasicBlock* from : sources) {
+        if (!is_contained(successors(from), &block))
+            continue;
+        Value *one = takes(*from, block), *rest = nullptr;
+        if (any && match(one, m_LogicalAnd(m_Not(m_Specific(any)), m_Value(rest))))
+            one = rest;
+        any = any ? builder_.CreateLogicalOr(any, one) : one;
+    }
+    return reaches_[&block] = any;
+}
+
+Value* Ways::takes(BasicBlock& from, BasicBlock& to) {
+    if (Value* known = takes_.lookup({&from, &to}))
+        return known;
+    auto* branch = cast<BranchInst>(from.getTerminator());
+    Value* all = reaches(from);
+    if (branch->isConditional()) {
+        Value* condition = branch->getCondition();
+        if (branch->getSuccessor(0) != &to)
+            condition = builder_.CreateNot(condition);
+        all = all ? builder_.CreateLogicalAnd(all, condition) : condition;
+    }
+    return takes_[{&from, &to}] = all;
+}
+
+Value* Ways::choose(PHINode& phi) {
+    const auto incoming = [&](BasicBlock* from) { return phi.getBasicBlockIndex(from) >= 0; };
+    Value* chosen = nullptr; // from the last block on
+    for (BasicBlock* from : reverse(blocks_))
+        if (incoming(from)) {
+            Value* value = phi.getIncomingValueForBlock(from);
+            chosen = !chosen || chosen == value
+                         ? value
+                         : builder_.CreateSelect(takes(*from, *phi.getParent()), value, chosen);
+        }
+    if (!incoming(&entry_))
+        return chosen;
+    return choice(builder_, takes(entry_, *phi.getParent()), phi.getIncomingValueForBlock(&entry_),
+                  chosen);
+}
+
+// Whether a block may be part of a region, which then costs `costs`.
+bool Flattening::canJoin(const BasicBlock& block, unsigned& costs) const {
+    auto* branch = dyn_cast<BranchInst>(block.getTerminator());
+    const auto own = costToRun(block);
+    if (!branch || !own || costs + *own > longestRegion || !canSelect(block) ||
+        (branch->isConditional() && (branch->getSuccessor(0) == branch->getSuccessor(1) ||
+                                     isUniform(*branch->getCondition()))))
         return false;
-    BasicBlock* end = firstSide ? firstEnd : secondEnd;
-    if (end == &block || !canSelect(*end))
+    costs += *own;
+    return true;
+}
+
+bool Flattening::flattenRegion(BasicBlock& block, BranchInst& branch, std::size_t mostBlocks) {
+    Ways ways(branch);
+    SmallSetVector<BasicBlock*, 8> ahead;
+    ahead.insert(succ_begin(&block), succ_end(&block));
+    unsigned costs = 0;
+    while (ahead.size() > 1) {
+        auto* next = find_if(ahead, [&](BasicBlock* candidate) {
+            return all_of(predecessors(candidate),
+                          [&](BasicBlock* from) { return ways.contains(from); });
+        });
+        if (next == ahead.end() || ways.blocks().size() == mostBlocks || !canJoin(**next, costs))
+            return false;
+        BasicBlock* joined = *next;
+        ahead.remove(joined);
+        ways.add(*joined);
+        ahead.insert(succ_begin(joined), succ_end(joined));
+    }
+    BasicBlock* end = ahead.empty() ? nullptr : ahead.front();
+    if (!end || end == &block || ways.blocks().empty() || !canSelect(*end))
         return false;
-    BasicBlock *fromFirst = firstSide ? firstSide : &block,
-               *fromSecond = secondSide ? secondSide : &block;
-    Value* condition = branch.getCondition();
-    for (BasicBlock* side : {firstSide, secondSide})
-        if (side)
-            moveCode(*side, block);
-    IRBuilder<> builder(&branch);
+    for (BasicBlock* inside : ways.blocks()) {
+        for (PHINode& phi : make_early_inc_range(inside->phis())) {
+            phi.replaceAllUsesWith(ways.choose(phi));
+            phi.eraseFromParent();
+        }
+        moveCode(*inside, block);
+    }
     for (PHINode& phi : end->phis()) {
-        Value* chosen = choice(builder, condition, phi.getIncomingValueForBlock(fromFirst),
-                               phi.getIncomingValueForBlock(fromSecond));
-        phi.removeIncomingValue(fromFirst, false);
-        phi.removeIncomingValue(fromSecond, false);
-        phi.addIncoming(chosen, &block);
+        Value* chosen = ways.choose(phi);
+        for (BasicBlock* inside : ways.blocks())
+            if (phi.getBasicBlockIndex(inside) >= 0)
+                phi.removeIncomingValue(inside, false);
+        if (phi.getBasicBlockIndex(&block) >= 0)
+            phi.setIncomingValueForBlock(&block, chosen);
+        else
+            phi.addIncoming(chosen, &block);
     }
     BranchInst::Create(end, branch.getIterator());
     branch.eraseFromParent();
-    for (BasicBlock* side : {firstSide, secondSide})
-        if (side)
-            dropBlock(*side);
+    for (BasicBlock* inside : ways.blocks())
+        inside->dropAllReferences();
+    for (BasicBlock* inside : ways.blocks())
+        inside->eraseFromParent();
     MergeBlockIntoPredecessor(end);
     return true;
 }
@@ -186,7 +293,8 @@ bool Flattening::joinTests(BasicBlock& block, BranchInst& branch, unsigned side)
     auto* second = dyn_cast<BranchInst>(next->getTerminator());
     if (next == common || next->getSinglePredecessor() != &block || !second ||
         !second->isConditional() || second->getSuccessor(0) == second->getSuccessor(1) ||
-        !isShort(*next) || !canSelect(*common) || isUniform(*second->getCondition()))
+        !costToRun(*next) || isa<PHINode>(next->front()) || !canSelect(*common) ||
+        isUniform(*second->getCondition()))
         return false;
     if (second->getSuccessor(0) != common && second->getSuccessor(1) != common)
         return false;
@@ -217,23 +325,29 @@ bool Flattening::joinTests(BasicBlock& block, BranchInst& branch, unsigned side)
     return true;
 }
 
-bool Flattening::flatten(BasicBlock& block) {
+bool Flattening::flatten(BasicBlock& block, std::size_t mostBlocks) {
     auto* branch = dyn_cast<BranchInst>(block.getTerminator());
     if (!branch || !branch->isConditional() || branch->getSuccessor(0) == branch->getSuccessor(1) ||
         isUniform(*branch->getCondition()))
         return false;
-    return flattenSides(block, *branch) || joinTests(block, *branch, 0) ||
+    return flattenRegion(block, *branch, mostBlocks) || joinTests(block, *branch, 0) ||
            joinTests(block, *branch, 1);
+}
+
+bool Flattening::flattenSmall() {
+    bool isChanged = false;
+    for (BasicBlock& block : *shader_.main)
+        while (flatten(block, fewBlocks))
+            isChanged = true;
+    return isChanged;
 }
 
 bool Flattening::run() {
     bool isChanged = false;
-    for (bool again = true; again; isChanged |= again) {
-        again = false;
-        for (BasicBlock& block : *shader_.main)
-            while (flatten(block))
-                again = true;
-    }
+    for (bool again = true; again; isChanged |= again)
+        again = flattenSmall() || any_of(*shader_.main, [&](BasicBlock& block) {
+                    return flatten(block, mostBlocks);
+                });
     return isChanged;
 }
 

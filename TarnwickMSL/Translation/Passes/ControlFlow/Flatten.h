@@ -5,9 +5,9 @@
 
 namespace tarnwick::msl {
 
-// Replaces a branch around short code without effects by that code and a selection of its values,
-// and two tests with a common destination by one. Keeps branches whose condition is the same for
-// all invocations. Requires the flow of normaliseFlow. Returns whether the code changed.
+// Replaces the branches of short regions without effects by their code and selections of its
+// values, and two tests with a common destination by one. Keeps branches whose condition is the
+// same for all invocations. Requires the flow of normaliseFlow. Returns whether the code changed.
 bool flattenBranches(ShaderModule& shader);
 
 } // namespace tarnwick::msl
