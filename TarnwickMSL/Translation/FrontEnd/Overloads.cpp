@@ -18,6 +18,10 @@ namespace tarnwick::msl {
 // `= default;`.
 struct Definition {
     std::size_t scope = 0, first = 0, body = 0, end = 0;
+    bool hasSpaces = false;
+    // The `constant` behind a constructor's parameters, which is no part of its C++ type; 0 if it
+    // has none.
+    std::size_t constructorSpace = 0;
     Parameters parameters;
     // Others with the same body: their parameters.
     llvm::SmallVector<Parameters, 1> repeats;
@@ -30,24 +34,12 @@ namespace {
 // The tokens of a range without address spaces and the names of parameters.
 class Plain {
   public:
-    Plain(llvm::ArrayRef<Token> tokens, std::size_t first, std::size_t end,
-          llvm::ArrayRef<Parameter> parameters = {}) {
-        for (std::size_t i = first; i < end; ++i) {
-            if (llvm::any_of(parameters,
-                             [&](const Parameter& each) { return each.name && each.name == i; }))
-                continue;
-            const Token& token = tokens[i];
-            Word word{token.getKind(), textOf(token)};
-            if (isAddressSpace(token)) {
-                if (word.text != "constant")
-                    continue;
-                word = {tok::kw_const, "const"};
-            }
-            if (word.kind != tok::kw_const || words.empty() || words.back() != word)
-                words.push_back(word);
-        }
+    static Plain headOf(llvm::ArrayRef<Token> tokens, const Definition& of) {
+        return {tokens, of.first, of.body, of.parameters, of.constructorSpace};
     }
-
+    static Plain bodyOf(llvm::ArrayRef<Token> tokens, const Definition& of) {
+        return {tokens, of.body, of.end, {}, 0};
+    }
     llvm::hash_code hash() const {
         llvm::hash_code all(0);
         for (const Word& word : words)
@@ -63,6 +55,27 @@ class Plain {
         bool operator==(const Word&) const = default;
     };
     llvm::SmallVector<Word, 64> words;
+
+    Plain(llvm::ArrayRef<Token> tokens, std::size_t first, std::size_t end,
+          llvm::ArrayRef<Parameter> parameters, std::size_t constructorSpace) {
+        const auto isName = [&](std::size_t i) {
+            return llvm::any_of(parameters,
+                                [&](const Parameter& each) { return each.name && each.name == i; });
+        };
+        for (std::size_t i = first; i < end; ++i)
+            if (!isName(i) && (i == 0 || i != constructorSpace))
+                add(tokens[i]);
+    }
+    void add(const Token& token) {
+        Word word{token.getKind(), textOf(token)};
+        if (isAddressSpace(token)) {
+            if (word.text != "constant")
+                return;
+            word = {tok::kw_const, "const"};
+        }
+        if (word.kind != tok::kw_const || words.empty() || words.back() != word)
+            words.push_back(word);
+    }
 
     static llvm::StringRef textOf(const Token& token) {
         if (token.isLiteral() && token.getLiteralData())
@@ -93,15 +106,6 @@ bool hasSameSpaces(const Definition& first, const Definition& found) {
            });
 }
 
-// Whether the body that is kept cannot name a parameter that the other body or a test names.
-bool lacksNames(const Definition& first, const Definition& found) {
-    for (std::size_t n = 0; n + 1 < found.parameters.size(); ++n)
-        if (!first.parameters[n].name &&
-            (found.parameters[n].name || found.parameters[n].space != first.parameters[n].space))
-            return true;
-    return false;
-}
-
 // Whether the space of the n-th parameter differs among the functions.
 bool differsAt(const Definition& first, std::size_t n) {
     const auto isOther = [&](const Parameters& each) {
@@ -110,6 +114,23 @@ bool differsAt(const Definition& first, std::size_t n) {
     return llvm::any_of(first.others, [&](const Definition& other) {
         return isOther(other.parameters) || llvm::any_of(other.repeats, isOther);
     });
+}
+
+// Whether a body that moves into the first function, or a test, names the n-th parameter.
+bool needsName(const Definition& first, std::size_t n) {
+    return differsAt(first, n) || llvm::any_of(first.others, [&](const Definition& other) {
+               return other.parameters[n].name != 0;
+           });
+}
+
+// Whether the body that is kept cannot name a parameter that the other body or a test names.
+bool lacksNames(const Definition& first, const Definition& found) {
+    for (std::size_t n = 0; n + 1 < found.parameters.size(); ++n) {
+        const Parameter &own = first.parameters[n], &other = found.parameters[n];
+        if (!own.name && !own.nameAt && (other.name || other.space != own.space))
+            return true;
+    }
+    return false;
 }
 
 } // namespace
@@ -122,7 +143,7 @@ void TokenPass::appendSpaceTest(std::vector<Token>& to, const Definition& first,
     for (std::size_t n = 0; n < given.size(); ++n) {
         const Parameter& own = first.parameters[n];
         const bool isObject = n + 1 == given.size();
-        if (!differsAt(first, n) || !(isObject || own.name))
+        if (!differsAt(first, n))
             continue;
         append(to, ("&& metal :: _in_" + given[n].space + " (").str().c_str(), at);
         if (isObject) {
@@ -130,11 +151,20 @@ void TokenPass::appendSpaceTest(std::vector<Token>& to, const Definition& first,
         } else {
             if (own.isReference)
                 append(to, "&", at);
-            to.push_back(tokens[own.name]);
+            to.push_back(argumentName(first, n));
         }
         append(to, ")", at);
     }
     append(to, ")", at);
+}
+
+// The name of the n-th parameter, where it has none: a name that mergeOverloads gives it.
+Token TokenPass::argumentName(const Definition& first, std::size_t n) {
+    const Parameter& own = first.parameters[n];
+    if (own.name)
+        return tokens[own.name];
+    return make(tok::identifier, tokens[own.nameAt].getLocation(),
+                preprocessor.getIdentifierInfo("_argument" + std::to_string(n)));
 }
 
 // Moves the tokens of a body, as they are changed.
@@ -147,6 +177,9 @@ void TokenPass::mergeOverloads(const Definition& first) {
     if (first.others.empty())
         return;
     const SourceLocation at = tokens[first.body].getLocation();
+    for (std::size_t n = 0; n + 1 < first.parameters.size(); ++n)
+        if (!first.parameters[n].name && needsName(first, n))
+            edits[first.parameters[n].nameAt].before.push_back(argumentName(first, n));
     std::vector<Token> chain;
     append(chain, "{", at);
     for (const Definition& other : first.others) {
@@ -158,7 +191,7 @@ void TokenPass::mergeOverloads(const Definition& first) {
         }
         append(chain, ") {", at);
         for (std::size_t n = 0; n < other.parameters.size(); ++n)
-            renameParameter(chain, first.parameters[n], other.parameters[n], at);
+            renameParameter(chain, first, n, other.parameters[n].name, at);
         moveBody(chain, other);
         append(chain, "} else", at);
     }
@@ -169,16 +202,15 @@ void TokenPass::mergeOverloads(const Definition& first) {
         dropEdits(other.first, other.end);
 }
 
-// `auto& q = p;`, where the body that moves has another name for the parameter.
-void TokenPass::renameParameter(std::vector<Token>& to, const Parameter& own,
-                                const Parameter& given, SourceLocation at) {
-    if (!own.name || !given.name ||
-        tokens[own.name].getIdentifierInfo() == tokens[given.name].getIdentifierInfo())
+// `auto& q = p;`, where the body that moves names the n-th parameter by another name.
+void TokenPass::renameParameter(std::vector<Token>& to, const Definition& first, std::size_t n,
+                                std::size_t name, SourceLocation at) {
+    if (!name || argumentName(first, n).getIdentifierInfo() == tokens[name].getIdentifierInfo())
         return;
     append(to, "auto &", at);
-    to.push_back(tokens[given.name]);
+    to.push_back(tokens[name]);
     append(to, "=", at);
-    to.push_back(tokens[own.name]);
+    to.push_back(argumentName(first, n));
     append(to, ";", at);
 }
 
@@ -190,15 +222,15 @@ void TokenPass::dropEdits(std::size_t from, std::size_t end) {
 // Merges the function into one with the same signature. Returns false if no other has it.
 bool TokenPass::joinsOverload(llvm::MutableArrayRef<Definition> known, const Definition& found) {
     const llvm::ArrayRef<Token> all(tokens);
-    const Plain head(all, found.first, found.body, found.parameters);
-    const Plain body(all, found.body, found.end);
+    const Plain head = Plain::headOf(all, found);
+    const Plain body = Plain::bodyOf(all, found);
     for (Definition& first : known) {
-        if (first.scope != found.scope ||
-            Plain(all, first.first, first.body, first.parameters) != head)
+        if (first.scope != found.scope || !(first.hasSpaces || found.hasSpaces) ||
+            Plain::headOf(all, first) != head)
             continue;
         const auto isSame = [&](const Definition& other) {
             return hasSameNames(all, other.parameters, found.parameters) &&
-                   Plain(all, other.body, other.end) == body;
+                   Plain::bodyOf(all, other) == body;
         };
         const auto same = llvm::find_if(first.others, isSame);
         const bool isRepeated = same != first.others.end() || isSame(first);
@@ -217,27 +249,57 @@ bool TokenPass::joinsOverload(llvm::MutableArrayRef<Definition> known, const Def
     return false;
 }
 
+// Whether the address space at i qualifies a constructor: `S(float x) constant`.
+bool TokenPass::isConstructorSpace(std::size_t i) const {
+    if (!isMethodQualifier(i))
+        return false;
+    while (!is(i, tok::r_paren))
+        --i;
+    const std::size_t name = scopes.match(i) - 1;
+    if (!is(name, tok::identifier))
+        return false;
+    if (name > 1 && is(name - 1, tok::coloncolon)) // `S::S(float x) constant`
+        return tokens[name].getIdentifierInfo() == tokens[name - 2].getIdentifierInfo();
+    std::size_t record = scopes.match(scopes.bracesEnd(i));
+    while (record > 0 && !tokens[record].isOneOf(tok::kw_struct, tok::kw_class, tok::kw_union))
+        --record;
+    return tokens[name].getIdentifierInfo() == tokens[record + 1].getIdentifierInfo();
+}
+
+Definition TokenPass::definition(std::size_t scope, std::size_t first, std::size_t body,
+                                 std::size_t end) const {
+    Definition found{scope, first, body, end, false, 0, {}, {}, {}};
+    for (std::size_t i = first; i < body; ++i) {
+        if (!isAddressSpace(tokens[i]))
+            continue;
+        found.hasSpaces = true;
+        if (isWord(i, "constant") && isConstructorSpace(i))
+            found.constructorSpace = i;
+    }
+    return found;
+}
+
 void TokenPass::repeatedFunctions() {
     llvm::DenseMap<std::size_t, llvm::SmallVector<Definition, 1>>
         known; // by the hash of the declaration
     llvm::SmallVector<std::size_t, 8> open{0};
     std::size_t first = 0;
-    auto settle = [&](Definition found) {
+    auto settle = [&](std::size_t body, std::size_t end) {
         const llvm::ArrayRef<Token> all(tokens);
-        if (llvm::none_of(all.slice(found.first, found.body - found.first), isAddressSpace))
+        Definition found = definition(open.back(), first, body, end);
+        if (!found.hasSpaces && scopes.kindAt(first) != ScopeKind::type)
             return;
         found.parameters = parametersOf(all, scopes, found.first, found.body);
-        const Plain head(all, found.first, found.body, found.parameters);
-        auto& others = known[llvm::hash_combine(head.hash(), found.scope)];
+        auto& others = known[llvm::hash_combine(Plain::headOf(all, found).hash(), found.scope)];
         if (!joinsOverload(others, found))
             others.push_back(std::move(found));
     };
     for (std::size_t i = 0; i + 1 < tokens.size(); ++i) {
-        if (is(i, tok::l_brace) && scopes.kindAt(i + 1) == ScopeKind::block) {
+        if (is(i, tok::l_brace) && scopes.kindInside(i) == ScopeKind::block) {
             const std::size_t end = scopes.match(i) + 1;
-            settle({open.back(), first, i, end, {}, {}, {}});
+            settle(i, end);
             i = end - 1;
-        } else if (is(i, tok::l_brace) && scopes.kindAt(i + 1) == ScopeKind::list) {
+        } else if (is(i, tok::l_brace) && scopes.kindInside(i) == ScopeKind::list) {
             i = scopes.match(i);
             continue;
         } else if (is(i, tok::l_brace)) {
@@ -245,7 +307,7 @@ void TokenPass::repeatedFunctions() {
         } else if (is(i, tok::r_brace) && open.size() > 1) {
             open.pop_back();
         } else if (is(i, tok::semi) && is(i - 1, tok::kw_default) && is(i - 2, tok::equal)) {
-            settle({open.back(), first, i - 2, i + 1, {}, {}, {}}); // S() device = default;
+            settle(i - 2, i + 1); // S() device = default;
         } else if (!is(i, tok::semi)) {
             continue;
         }

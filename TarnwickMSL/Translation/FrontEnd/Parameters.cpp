@@ -45,7 +45,8 @@ std::size_t ParameterReader::opening(std::size_t first, std::size_t body) const 
 Parameter ParameterReader::parameter(std::size_t first, std::size_t end) const {
     Parameter found;
     bool hasType = false;
-    for (std::size_t i = first; i < end && tokens_[i].isNot(tok::equal); ++i) {
+    std::size_t i = first;
+    for (; i < end && tokens_[i].isNot(tok::equal); ++i) {
         const Token& token = tokens_[i];
         if (const std::size_t angle = token.is(tok::less) ? scopes_.angleEnd(i) : 0)
             i = angle;
@@ -60,6 +61,8 @@ Parameter ParameterReader::parameter(std::size_t first, std::size_t end) const {
             hasType |=
                 token.isNot(tok::kw_const) && !token.isAnnotation() && token.getIdentifierInfo();
     }
+    if (!found.name && !tokens_[i - 1].isOneOf(tok::r_square, tok::r_paren, tok::ellipsis))
+        found.nameAt = i;
     return found;
 }
 

@@ -10,7 +10,8 @@
 namespace tarnwick::msl {
 
 struct Parameter {
-    std::size_t name = 0; // its token; 0 if it has none
+    std::size_t name = 0;   // its token; 0 if it has none
+    std::size_t nameAt = 0; // without a name: the token before which one may be; 0 if none may
     llvm::StringRef space = "thread";
     bool isReference = false;
 };

@@ -24,6 +24,8 @@ class Scopes {
     bool isOpen(std::size_t i) const { return partner[i] > i; }
     // The kind of the innermost braces around i.
     ScopeKind kindAt(std::size_t i) const { return kinds[i]; }
+    // The kind of the braces that open at i.
+    ScopeKind kindInside(std::size_t i) const { return braceKind(i, kinds[i]); }
     // The number of open parentheses and brackets at i inside these braces.
     unsigned parenDepthAt(std::size_t i) const { return depths[i]; }
     // Returns the bracket that closes the innermost braces around i, or the last token.

@@ -133,8 +133,12 @@ class TokenPass {
     void mergeOverloads(const Definition& first);
     void appendSpaceTest(std::vector<Token>& to, const Definition& first,
                          llvm::ArrayRef<Parameter> given, SourceLocation at);
-    void renameParameter(std::vector<Token>& to, const Parameter& own, const Parameter& given,
-                         SourceLocation at);
+    Token argumentName(const Definition& first, std::size_t n);
+    void renameParameter(std::vector<Token>& to, const Definition& first, std::size_t n,
+                         std::size_t name, SourceLocation at);
+    bool isConstructorSpace(std::size_t i) const;
+    Definition definition(std::size_t scope, std::size_t first, std::size_t body,
+                          std::size_t end) const;
     void moveBody(std::vector<Token>& to, const Definition& from);
     void dropEdits(std::size_t from, std::size_t end);
     void swizzleTimes(std::size_t i);

@@ -191,7 +191,7 @@ void TokenPass::qualifier(std::size_t i) {
     const bool isArgument = i > entryOpen && i < entryClose;
     edits[i].dropped = true;
     if (isWord(i, "constant")) {
-        if (functionConstant(i))
+        if (functionConstant(i) || isConstructorSpace(i))
             return;
         if (!(i > 0 && is(i - 1, tok::kw_const)) && !is(i + 1, tok::kw_const))
             append(edits[i].after, "const", at);
