@@ -90,6 +90,10 @@ class ComputeCommandEncoder {
     // 30]. Default: the pointers without a length share 16 KB.
     void setThreadgroupMemoryLength(std::uint32_t bytes, std::uint32_t index);
     void setSamplerState(const SamplerState* state, std::uint32_t index);
+    // The elements of [[stage_in]] that a kernel reads, in elements: the thread at (0, 0, 0) reads
+    // that at the region's origin. `[[grid_origin]]` and `[[grid_size]]` are the region's. Default:
+    // from (0, 0, 0), of the size of the grid.
+    void setStageInRegion(const Region& region);
     // Runs exactly `threads` threads, in threadgroups of `perThreadgroup`.
     void dispatchThreads(Size threads, Size perThreadgroup);
     void endEncoding();

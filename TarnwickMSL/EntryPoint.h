@@ -137,8 +137,13 @@ constexpr std::uint32_t threadgroupLengthConstant(std::uint32_t index) {
     return 16 + index;
 }
 
-// Push constants of a kernel: uint3 at byte 0, the exact size of the dispatched grid in threads.
-inline constexpr std::uint32_t kernelPushConstantBytes = 12;
+// The push constants of a kernel: a record with three members of type uint3.
+enum class GridMember : std::uint32_t {
+    size,            // at byte 0: the exact size of the dispatched grid in threads
+    originOfStageIn, // at byte 16: the element of stage_in that the first thread reads
+    sizeOfStageIn    // at byte 32: the maximum size of the grid that reads stage_in
+};
+inline constexpr std::uint32_t kernelPushConstantBytes = 44;
 
 // A function constant (Metal Shading Language 3.1, 5.8) that a module reads. Its components, and
 // whether it has a value, are specialisation constants.

@@ -96,6 +96,7 @@ struct CommandBufferParts {
     const RenderPipelineParts* renderPipeline = nullptr;
     const ComputePipelineParts* computePipeline = nullptr;
     std::array<std::uint32_t, mostThreadgroupPointers> threadgroupLengths{}; // by index; 0: not set
+    std::optional<Region> stageInRegion;
     VkPipeline boundPipeline = VK_NULL_HANDLE;
     std::optional<VkPrimitiveTopology> topology;
     std::uint32_t factorInstanceStride = 0; // bytes

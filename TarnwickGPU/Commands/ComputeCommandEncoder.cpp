@@ -24,6 +24,23 @@ bool fits(const Size& threadgroup, const VkPhysicalDeviceLimits& limits) {
                limits.maxComputeWorkGroupInvocations;
 }
 
+// The push constants (GridMember): members of three words, each at a multiple of four words.
+struct GridRecord {
+    std::array<std::uint32_t, 4> size{}, originOfStageIn{};
+    std::array<std::uint32_t, 3> sizeOfStageIn{};
+};
+static_assert(sizeof(GridRecord) == msl::kernelPushConstantBytes);
+
+GridRecord gridOf(const Size& threads, const std::optional<Region>& stageIn) {
+    GridRecord grid{.size = {threads.width, threads.height, threads.depth},
+                    .sizeOfStageIn = {threads.width, threads.height, threads.depth}};
+    if (stageIn) {
+        grid.originOfStageIn = {stageIn->x, stageIn->y, stageIn->z};
+        grid.sizeOfStageIn = {stageIn->width, stageIn->height, stageIn->depth};
+    }
+    return grid;
+}
+
 // The dispatches of one encoder run one after the other, and each reads the stores of those before
 // it, as in Metal.
 void waitForWrites(CommandBufferParts& parts) {
@@ -41,6 +58,7 @@ std::optional<ComputeCommandEncoder> CommandBuffer::computeCommandEncoder() {
         return std::nullopt;
     parts_->startEncoding(Encoding::compute);
     parts_->threadgroupLengths = {};
+    parts_->stageInRegion.reset();
     parts_->barriers.flush(parts_->handle);
     return ComputeCommandEncoder(*parts_);
 }
@@ -70,6 +88,10 @@ void ComputeCommandEncoder::setThreadgroupMemoryLength(std::uint32_t bytes, std:
 
 void ComputeCommandEncoder::setSamplerState(const SamplerState* state, std::uint32_t index) {
     parts_->setSampler(TableIndex::vertexOrKernel, state, index);
+}
+
+void ComputeCommandEncoder::setStageInRegion(const Region& region) {
+    parts_->stageInRegion = region;
 }
 
 void ComputeCommandEncoder::dispatchThreads(Size threads, Size perThreadgroup) {
@@ -106,9 +128,9 @@ void ComputeCommandEncoder::dispatchThreads(Size threads, Size perThreadgroup) {
     }
     if (std::exchange(parts_->resourcesChanged, false) || kernel.layout.reportsLoops)
         bindResources(*parts_, kernel.layout, VK_PIPELINE_BIND_POINT_COMPUTE);
-    const std::array grid{threads.width, threads.height, threads.depth};
+    const GridRecord grid = gridOf(threads, parts_->stageInRegion);
     vkCmdPushConstants(parts_->handle, kernel.layout.pipelineLayout, VK_SHADER_STAGE_COMPUTE_BIT, 0,
-                       sizeof grid, grid.data());
+                       sizeof grid, &grid);
     vkCmdDispatch(parts_->handle, counts[0], counts[1], counts[2]);
     parts_->wroteMemory = kernel.layout.writesMemory;
 }

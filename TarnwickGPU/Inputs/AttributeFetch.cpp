@@ -76,6 +76,8 @@ Id FetchWriter::indexAt(FunctionBody& body, Id place) {
     return body.emit(spv::Op::OpBitFieldUExtract, word_, {word, first, constant(16)});
 }
 
+// The position in the grid, plus the origin of the region of stage_in. Each kernel reads the size
+// of its grid, so that its push constants are there.
 Id FetchWriter::gridPosition(FunctionBody& body, std::uint32_t axis) {
     const auto known = builtIn(code_, spv::BuiltIn::GlobalInvocationId);
     const Id triple = code_.vector(word_, 3);
@@ -83,7 +85,14 @@ Id FetchWriter::gridPosition(FunctionBody& body, std::uint32_t axis) {
         known ? *known
               : code_.builtIn(spv::BuiltIn::GlobalInvocationId, spv::StorageClass::Input, triple);
     const Id all = body.emit(spv::Op::OpLoad, triple, {position});
-    return body.emit(spv::Op::OpCompositeExtract, word_, {all, axis});
+    const Id own = body.emit(spv::Op::OpCompositeExtract, word_, {all, axis});
+    const Id grid = variables(code_, spv::StorageClass::PushConstant).front();
+    const auto member = static_cast<std::uint32_t>(msl::GridMember::originOfStageIn);
+    const Id pointer =
+        body.emit(spv::Op::OpAccessChain, code_.pointer(spv::StorageClass::PushConstant, word_),
+                  {grid, constant(0), constant(member), constant(axis)});
+    const Id origin = body.emit(spv::Op::OpLoad, word_, {pointer});
+    return body.emit(spv::Op::OpIAdd, word_, {own, origin});
 }
 
 Id FetchWriter::patchLane(FunctionBody& body, PatchLane lane) {

@@ -32,7 +32,10 @@ void addNumbers(std::istringstream& words, std::vector<float>& numbers) {
 Dispatch run(std::istringstream& words) {
     std::string kernel, grid = "1", threadgroup = "1";
     words >> kernel >> grid >> threadgroup;
-    return {kernel, size(grid), size(threadgroup)};
+    Dispatch given{kernel, size(grid), size(threadgroup), {}};
+    if (gpu::Region region; words >> region.x >> region.y >> region.width >> region.height)
+        given.stageIn = region;
+    return given;
 }
 
 DrawCall draw(std::istringstream& words) {

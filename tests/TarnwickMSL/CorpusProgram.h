@@ -6,6 +6,7 @@
 //   default
 //   // @runs check 64 16          a kernel, its grid and its threadgroup (8x8x2 in three
 //                                 dimensions), both 1 by default. Lines run in their order.
+//                                 Four more numbers are the region of stage_in: x, y, width, height
 //   // @draws triangle 3 2        primitives, vertices and instances, with the program's first
 //   vertex
 //                                 and first fragment function, on 8 x 8 pixels that were zero;
@@ -44,6 +45,7 @@
 
 #include <array>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -52,6 +54,7 @@ namespace tarnwick::corpus {
 struct Dispatch {
     std::string kernel;
     gpu::Size grid, threadgroup;
+    std::optional<gpu::Region> stageIn;
 };
 
 struct DrawCall {

@@ -118,6 +118,8 @@ void Corpus::dispatch(const CorpusFunctions& functions, const Dispatch& given) {
         encoder->setTexture(texture.get(), index);
     for (const auto& [index, sampler] : samplers)
         encoder->setSamplerState(sampler.get(), index);
+    if (given.stageIn)
+        encoder->setStageInRegion(*given.stageIn);
     encoder->dispatchThreads(given.grid, given.threadgroup);
     encoder->endEncoding();
     commands->commit();

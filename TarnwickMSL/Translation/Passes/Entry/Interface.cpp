@@ -3,6 +3,8 @@
 #include "TarnwickMSL/Translation/Passes/Calls/MemoryTypes.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
+#include <llvm/ADT/StringSwitch.h>
+
 #include <array>
 #include <optional>
 #include <set>
@@ -222,6 +224,25 @@ GlobalVariable* Interface::global(const InterfaceVariable& variable, Type* type)
                               nullptr, variable.global, nullptr, GlobalValue::NotThreadLocal, 0u);
 }
 
+static std::optional<GridMember> gridMember(StringRef word) {
+    return StringSwitch<std::optional<GridMember>>(word)
+        .Case("threads_per_grid", GridMember::size)
+        .Case("grid_origin", GridMember::originOfStageIn)
+        .Case("grid_size", GridMember::sizeOfStageIn)
+        .Default(std::nullopt);
+}
+
+Value* Interface::readGrid(IRBuilder<>& builder, GridMember member) {
+    const InterfaceVariable variable{.kind = InterfaceKind::pushConstant,
+                                     .global = "msl.grid",
+                                     .builtIn = {},
+                                     .scalar = Scalar::uint32};
+    Type* triple = FixedVectorType::get(builder.getInt32Ty(), 3);
+    Type* grid = StructType::get(triple, triple, triple);
+    return builder.CreateLoad(triple, builder.CreateStructGEP(grid, global(variable, grid),
+                                                              static_cast<std::uint32_t>(member)));
+}
+
 // A built-in value without a Vulkan variable, computed from other values; null if there is a
 // variable.
 Value* Interface::derivedBuiltIn(IRBuilder<>& builder, StringRef word) {
@@ -241,10 +262,9 @@ Value* Interface::derivedBuiltIn(IRBuilder<>& builder, StringRef word) {
         return same("threads_per_simdgroup");
     if (word == "dispatch_simdgroups_per_threadgroup")
         return same("simdgroups_per_threadgroup");
-    if (word == "grid_size")
-        return same("threads_per_grid");
-    if (word == "grid_origin")
-        return Constant::getNullValue(FixedVectorType::get(builder.getInt32Ty(), 3));
+    if (shader_.stage == Stage::kernel)
+        if (const auto member = gridMember(word))
+            return readGrid(builder, *member);
     if (word == "thread_index_in_quadgroup")
         return builder.CreateURem(same("thread_index_in_simdgroup"), four);
     if (word == "quadgroup_index_in_threadgroup")
@@ -284,11 +304,6 @@ Value* Interface::readBuiltIn(IRBuilder<>& builder, StringRef word) {
                                .global = "msl.in." + word.str(),
                                .builtIn = word.str(),
                                .scalar = crossingScalar(builtIn.scalar)};
-    if (word == "threads_per_grid" && shader_.stage == Stage::kernel) {
-        variable.kind = InterfaceKind::pushConstant;
-        variable.global = "msl.grid";
-        variable.builtIn.clear();
-    }
     return builder.CreateLoad(type, global(variable, type));
 }
 

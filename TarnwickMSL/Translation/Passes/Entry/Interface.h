@@ -59,6 +59,7 @@ class Interface {
 
   private:
     llvm::Value* readColor(llvm::IRBuilder<>& builder, const StageValue& value);
+    llvm::Value* readGrid(llvm::IRBuilder<>& builder, GridMember member);
     llvm::Value* derivedBuiltIn(llvm::IRBuilder<>& builder, llvm::StringRef word);
     llvm::Value* barycentric(llvm::IRBuilder<>& builder, Interpolation interpolation);
     llvm::GlobalVariable* atLocation(const StageValue& value);
