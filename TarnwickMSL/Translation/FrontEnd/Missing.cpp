@@ -13,9 +13,10 @@ static constexpr std::array<std::string_view, 4> attributes{
 };
 
 // Sorted. 2.11 (imageblocks), 2.14 to 2.17, 6.13, 6.16 (commands), 6.17 and 6.18 (rays).
-static constexpr std::array<std::string_view, 12> names{
+static constexpr std::array<std::string_view, 14> names{
     "command_buffer", "compute_command", "imageblock",
-    "imageblock_slice", "intersection_function_table",
+    "imageblock_layout_explicit", "imageblock_layout_implicit", "imageblock_slice",
+    "intersection_function_table",
     "rasterization_rate_map_data", "rasterization_rate_map_decoder", "ray_data",
     "render_command",
     "threadgroup_imageblock", "uniform", "visible_function_table",
@@ -33,9 +34,14 @@ bool isMissingName(std::string_view name) {
 
 // Words of tile functions and imageblocks. Fragment functions read their own colours as arguments.
 static constexpr std::array tileWords{
-    std::string_view("'alias_implicit_imageblock'"), std::string_view("'imageblock'"),
-    std::string_view("'imageblock_data'"),           std::string_view("'imageblock_slice'"),
-    std::string_view("'threadgroup_imageblock'"),    std::string_view("'tile'"),
+    std::string_view("'alias_implicit_imageblock'"),
+    std::string_view("'imageblock'"),
+    std::string_view("'imageblock_data'"),
+    std::string_view("'imageblock_layout_explicit'"),
+    std::string_view("'imageblock_layout_implicit'"),
+    std::string_view("'imageblock_slice'"),
+    std::string_view("'threadgroup_imageblock'"),
+    std::string_view("'tile'"),
 };
 
 std::string missing(std::string_view what) {

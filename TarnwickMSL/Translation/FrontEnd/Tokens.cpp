@@ -273,7 +273,8 @@ bool TokenPass::missingAttribute(std::size_t i) {
     return true;
 }
 
-// Rewrites the word of `[[user(name)]]` and `[[depth(any)]]` to a string. Puts parentheses round
+// Rewrites the word of `[[user(name)]]` and `[[depth(any)]]` to a string, and writes commas that
+// are missing between attributes. Puts parentheses round
 // the name in `[[buffer(slot)]]`: Clang takes a single name for a word, `(slot)` for a value.
 void TokenPass::attributeArguments(std::size_t i) {
     static constexpr llvm::StringLiteral numbered[] = {"buffer",
@@ -285,10 +286,15 @@ void TokenPass::attributeArguments(std::size_t i) {
                                                        "function_constant",
                                                        "max_total_threads_per_threadgroup",
                                                        "max_total_threadgroups_per_mesh_grid"};
-    std::size_t end = scopes.match(i);
+    const std::size_t end = scopes.match(i);
+    const unsigned depth = scopes.parenDepthAt(i + 2);
     for (std::size_t j = i + 2; j + 1 < end; ++j) {
         if ((is(j - 1, tok::l_square) || is(j - 1, tok::comma)) && missingAttribute(j))
             continue;
+        const bool isWithoutComma = is(j, tok::identifier) && scopes.parenDepthAt(j) == depth &&
+                                    (is(j - 1, tok::identifier) || is(j - 1, tok::r_paren));
+        if (isWithoutComma) // `[[user(colour) flat]]`, as in older Clang
+            append(edits[j].before, ",", tokens[j].getLocation());
         const std::size_t argument = j + 2;
         if (!is(j + 1, tok::l_paren) || !is(argument + 1, tok::r_paren) ||
             tokens[argument].isAnnotation() || !tokens[argument].getIdentifierInfo())

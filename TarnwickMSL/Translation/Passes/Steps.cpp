@@ -180,7 +180,10 @@ static constexpr std::array table{
          "Repeats `memory-calls` for copies that LLVM's passes may have made since; before `pointers`, which knows loads and stores only.",
          Form::copies},
     Step{"argument-buffers", Scope::entryPoint, "Passes/Memory/ArgumentBuffers.h",
-         [](Work& work) { work.forgetMainIf(resolveArgumentBuffers(work.shader)); },
+         [](Work& work) {
+             work.forgetMainIf(
+                 resolveArgumentBuffers(work.shader, work.target.followsAddresses));
+         },
          "Gives the members of argument buffers their own handles and buffers; before `pointer-arrays`, which resolves arrays that hold them."},
     Step{"pointer-arrays", Scope::entryPoint, "Passes/Memory/PointerArrays.h", pointerArrays,
          "Turns indexed arrays of pointers into choices; before `pointers`, which resolves choices but no pointers in memory."},

@@ -35,11 +35,15 @@ Step stepTo(Value* pointer, const DataLayout& layout) {
     return step;
 }
 
+// Of pointers in an array. A longer array is read as one of addresses where the target follows
+// them: a choice among its buffers would repeat each access for each of them.
+constexpr std::size_t mostChoices = 8;
+
 class ArgumentBuffer {
   public:
-    ArgumentBuffer(ShaderModule& shader, std::uint32_t index)
-        : shader_(shader), index_(index), records_(shader, index),
-          layout_(shader.module->getDataLayout()) {}
+    ArgumentBuffer(ShaderModule& shader, std::uint32_t index, bool followsAddresses)
+        : shader_(shader), index_(index), followsAddresses_(followsAddresses),
+          records_(shader, index), layout_(shader.module->getDataLayout()) {}
 
     bool resolve();
 
@@ -53,6 +57,7 @@ class ArgumentBuffer {
 
     ShaderModule& shader_;
     std::uint32_t index_;
+    bool followsAddresses_;
     ArgumentRecords records_;
     bool storesPointers_ = false;
     const DataLayout& layout_;
@@ -124,6 +129,8 @@ bool ArgumentBuffer::resolve(LoadInst& load) {
     const bool isChosen = choosesRecord(step);
     if (kind == MemberKind::buffer && (isChosen || storesPointers_))
         return false; // an address
+    if (kind == MemberKind::buffer && followsAddresses_ && candidates(step).size() > mostChoices)
+        return false;
     if (isChosen)
         throw TranslationError("The textures and samplers of an array of argument buffers require "
                                "an index that is known when the program is compiled.");
@@ -175,14 +182,14 @@ bool ArgumentBuffer::resolve() {
 
 } // namespace
 
-bool resolveArgumentBuffers(ShaderModule& shader) {
+bool resolveArgumentBuffers(ShaderModule& shader, bool followsAddresses) {
     bool isChanged = false;
     SmallVector<std::uint32_t, 4> buffers;
     for (const ArgumentMember& member : shader.members)
         if (!is_contained(buffers, member.buffer))
             buffers.push_back(member.buffer);
     for (std::uint32_t buffer : buffers)
-        isChanged |= ArgumentBuffer(shader, buffer).resolve();
+        isChanged |= ArgumentBuffer(shader, buffer, followsAddresses).resolve();
     return isChanged;
 }
 

@@ -1,14 +1,21 @@
 #include "TarnwickMSL/Translation/Passes/Memory/NearAddresses.h"
 
+#include "TarnwickMSL/Translation/Passes/Memory/MixedMembers.h"
+#include "TarnwickMSL/Translation/Places.h"
+#include "TarnwickMSL/Translation/TranslationError.h"
+
 #include <llvm/ADT/SetVector.h>
 #include <llvm/Analysis/ValueTracking.h>
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/InstIterator.h>
 #include <llvm/IR/Instructions.h>
+#include <llvm/IR/Module.h>
 #include <llvm/IR/PatternMatch.h>
 #include <llvm/Transforms/Utils/Local.h>
 
 #include <numeric>
+#include <optional>
+#include <tuple>
 
 namespace tarnwick::msl {
 
@@ -94,6 +101,146 @@ static Value* choiceAsProduct(Value* choice, IRBuilder<>& builder) {
     return builder.CreateAdd(builder.CreateMul(count, size), first);
 }
 
+namespace {
+
+// A step of a constant number of bytes for each unit of an index that is one of a few constants,
+// from a known place of a local variable.
+struct ChosenStep {
+    std::int64_t offset = 0, scale = 0;
+    SmallVector<std::int64_t, 4> indices;
+};
+
+std::optional<ChosenStep> chosenStep(GetElementPtrInst& step, Value* index) {
+    ChosenStep found{.indices = choicesOf(index)};
+    if (found.indices.size() < 2)
+        return std::nullopt;
+    llvm::sort(found.indices);
+    found.indices.erase(llvm::unique(found.indices), found.indices.end());
+    const DataLayout& layout = step.getModule()->getDataLayout();
+    APInt offset(32, 0);
+    MapVector<Value*, APInt> scales;
+    Value* from = &step;
+    while (auto* each = dyn_cast<GEPOperator>(from)) {
+        if (!each->collectOffset(layout, 32, scales, offset))
+            return std::nullopt;
+        from = each->getPointerOperand();
+    }
+    found.offset = offset.getSExtValue();
+    found.scale = scales.size() == 1 ? scales.front().second.getSExtValue() : 0;
+    return found;
+}
+
+// Whether the step leads to elements of one array, so that its index counts them.
+bool countsElements(const ChosenStep& chosen, const AllocaInst& local, const DataLayout& layout) {
+    std::int64_t apart = 0;
+    SmallVector<std::int64_t, 4> offsets;
+    for (std::int64_t index : chosen.indices) {
+        apart = std::gcd(apart, (index - chosen.indices.front()) * chosen.scale);
+        offsets.push_back(chosen.offset + index * chosen.scale);
+    }
+    return chosen.scale > 0 && areOfOneArray(local.getAllocatedType(), offsets, apart, layout);
+}
+
+// Replaces the accesses through a step to one of a few members by accesses to each of them, one of
+// which counts.
+class MemberChoice {
+  public:
+    MemberChoice(GetElementPtrInst& step, Value* index, const ChosenStep& chosen)
+        : step_(step), index_(index), chosen_(chosen) {}
+
+    void split() {
+        collect(step_);
+        for (Instruction* access : accesses_) {
+            if (auto* load = dyn_cast<LoadInst>(access))
+                split(*load);
+            else
+                split(*cast<StoreInst>(access));
+        }
+    }
+
+  private:
+    void collect(GetElementPtrInst& pointer);
+    Value* at(Value* pointer, std::int64_t index, Instruction& before) const;
+    Value* is(std::int64_t index, IRBuilder<>& builder) const {
+        return builder.CreateICmpEQ(index_, ConstantInt::getSigned(index_->getType(), index));
+    }
+    void split(LoadInst& load) const;
+    void split(StoreInst& store) const;
+
+    GetElementPtrInst& step_;
+    Value* index_;
+    const ChosenStep& chosen_;
+    SmallVector<Instruction*, 8> accesses_;
+};
+
+void MemberChoice::collect(GetElementPtrInst& pointer) {
+    for (User* user : pointer.users()) {
+        auto* store = dyn_cast<StoreInst>(user);
+        if (auto* further = dyn_cast<GetElementPtrInst>(user))
+            collect(*further);
+        else if (isa<LoadInst>(user) || (store && store->getPointerOperand() == &pointer))
+            accesses_.push_back(cast<Instruction>(user));
+        else
+            throw TranslationError("A pointer to one of several members of a variable is not "
+                                   "supported as an argument of this function.");
+    }
+}
+
+// The steps to `pointer` with a constant index.
+Value* MemberChoice::at(Value* pointer, std::int64_t index, Instruction& before) const {
+    auto* copy = cast<Instruction>(pointer)->clone();
+    if (pointer == &step_)
+        copy->setOperand(1, ConstantInt::getSigned(index_->getType(), index));
+    else
+        copy->setOperand(0, at(copy->getOperand(0), index, before));
+    copy->insertBefore(before.getIterator());
+    return copy;
+}
+
+void MemberChoice::split(LoadInst& load) const {
+    IRBuilder<> builder(&load);
+    Value* chosen = nullptr;
+    for (std::int64_t index : chosen_.indices) {
+        auto* one = cast<LoadInst>(builder.Insert(load.clone()));
+        one->setOperand(0, at(load.getPointerOperand(), index, *one));
+        chosen = chosen ? builder.CreateSelect(is(index, builder), one, chosen) : one;
+    }
+    load.replaceAllUsesWith(chosen);
+    load.eraseFromParent();
+}
+
+void MemberChoice::split(StoreInst& store) const {
+    IRBuilder<> builder(&store);
+    Value* value = store.getValueOperand();
+    for (std::int64_t index : chosen_.indices) {
+        Value* place = at(store.getPointerOperand(), index, store);
+        Value* old = builder.CreateAlignedLoad(value->getType(), place, store.getAlign());
+        Value* stored = builder.CreateSelect(is(index, builder), value, old);
+        builder.CreateAlignedStore(stored, place, store.getAlign());
+    }
+    store.eraseFromParent();
+}
+
+} // namespace
+
+// A choice of offsets is of members of different types: nothing that the writer could index.
+static void splitMemberChoices(Function& main) {
+    SmallVector<std::tuple<WeakTrackingVH, Value*, ChosenStep>, 8> found;
+    const DataLayout& layout = main.getParent()->getDataLayout();
+    for (Instruction& instruction : instructions(main)) {
+        auto* step = dyn_cast<GetElementPtrInst>(&instruction);
+        auto* index = step ? dyn_cast<Instruction>(step->getOperand(1)) : nullptr;
+        auto* local = index ? dyn_cast<AllocaInst>(getUnderlyingObject(step)) : nullptr;
+        const auto chosen = local ? chosenStep(*step, index) : std::nullopt;
+        if (chosen && !countsElements(*chosen, *local, layout))
+            found.push_back({step, index, *chosen});
+    }
+    for (auto& [step, index, chosen] : reverse(found)) // those behind others first
+        if (step)
+            at(cast<Instruction>(*step),
+               [&] { MemberChoice(*cast<GetElementPtrInst>(step), index, chosen).split(); });
+}
+
 // LLVM's passes write an index of a local array as a masked number of bytes, or as a choice of
 // offsets. Without the size of a step, the writer would make the array one of bytes, with many
 // accesses for one, or would find another member. The time of the packaged CPU driver grows with
@@ -114,6 +261,7 @@ static void showSteps(Function& main, SmallVectorImpl<WeakTrackingVH>& old) {
 
 void keepPointersNear(Function& main) {
     SmallVector<WeakTrackingVH, 16> old;
+    splitMemberChoices(main);
     showSteps(main, old);
     for (Instruction& instruction : make_early_inc_range(instructions(main))) {
         int operand = pointerOperand(instruction);

@@ -28,6 +28,10 @@
 // array's index again instead of a division. The unit depends on the set of pointers, so `workOn`
 // forgets all Chosen when the set changes, while the roots keep their numbers.
 //
+// A variable of which a choice may be several members, not elements of one array, is an array of
+// numbers first (MixedMembers.h): the writer finds an array by the size of a step, and an index into
+// one member is clamped to its end.
+//
 // A comparison compares the offsets, and for equality `which`. Order between different variables is
 // undefined (Metal Shading Language 3.1, which has C++'s rules), so the offsets alone decide it. A
 // conversion to an integer gives (root number + 1) * 2^24 + bytes: distinct for distinct places,
@@ -50,6 +54,7 @@
 // two candidates, and accesses of a bound buffer are safe at every offset.
 #include "TarnwickMSL/Translation/Passes/Memory/Pointers.h"
 
+#include "TarnwickMSL/Translation/Passes/Memory/MixedMembers.h"
 #include "TarnwickMSL/Translation/Passes/Memory/PointerNumbers.h"
 #include "TarnwickMSL/Translation/Passes/Memory/PointerRoots.h"
 #include "TarnwickMSL/Translation/Passes/Memory/PointersInMemory.h"
@@ -282,6 +287,7 @@ bool Resolver::run() {
 } // namespace
 
 bool resolvePointers(ShaderModule& shader, const Target& target) {
+    flattenMixedVariables(*shader.main);
     PointersInMemory memory = numberPointersInMemory(*shader.main, target.followsAddresses);
     return Resolver(shader, std::move(memory)).run();
 }
