@@ -15,12 +15,14 @@ struct Args {
     device const float* values [[id(4)]];
     Part part [[id(10)]];
     device float* outs[2] [[id(5)]];
+    device float* far[12] [[id(30)]]; // more than become a choice of buffers: addresses
 };
 kernel void check(device float* out [[buffer(0)]], constant Args& args [[buffer(1)]],
                   uint i [[thread_position_in_grid]]) {
     float4 texel = args.pictures[i % 3].sample(args.part.filter, float2(1.5, 0.5));
     out[i] = texel.x * args.part.scale + args.values[i];
     args.outs[i & 1][i] = float(i);
+    args.far[2 * i][0] += float(i);
 }
 )";
 
@@ -64,7 +66,7 @@ TEST_F(ArgumentBuffers, giveAKernelTexturesSamplersPointersAndConstants) {
     EXPECT_FALSE(library->newFunction("check")->newArgumentEncoder(0));
     const auto arguments = device->newBuffer(encoder->encodedLength());
     const auto values = device->newBuffer(1024), first = device->newBuffer(64),
-               second = device->newBuffer(64);
+               second = device->newBuffer(64), far = device->newBuffer(96);
     const std::array pictures{picture(1, 10), picture(2, 20), picture(3, 30)};
     const auto repeating =
         device->newSamplerState({.sAddressMode = gpu::SamplerAddressMode::repeat});
@@ -77,6 +79,9 @@ TEST_F(ArgumentBuffers, giveAKernelTexturesSamplersPointersAndConstants) {
     encoder->setBuffer(*values, 256, 4);
     encoder->setBuffer(*first, 0, 5);
     encoder->setBuffer(*second, 0, 6);
+    for (std::uint32_t n = 0; n < 6; ++n)
+        encoder->setBuffer(*far, std::size_t{16} * n, 30 + 2 * n);
+    static_cast<float*>(far->contents())[20] = 0.5f;
     encoder->setSamplerState(*repeating, 11);
     *static_cast<float*>(encoder->constantData(10)) = 2.0f;
     EXPECT_FALSE(encoder->constantData(99));
@@ -86,6 +91,9 @@ TEST_F(ArgumentBuffers, giveAKernelTexturesSamplersPointersAndConstants) {
     const auto* odd = static_cast<const float*>(second->contents());
     EXPECT_EQ((std::vector<float>{even, even + 6}), (std::vector<float>{0, 0, 2, 0, 4, 0}));
     EXPECT_EQ((std::vector<float>{odd, odd + 6}), (std::vector<float>{0, 1, 0, 3, 0, 5}));
+    for (std::size_t n = 0; n < 6; ++n)
+        EXPECT_EQ(static_cast<const float*>(far->contents())[4 * n],
+                  static_cast<float>(n) + (n == 5 ? 0.5f : 0.0f));
 }
 
 TEST_F(ArgumentBuffers, readAsZeroWhereNothingIsSetOrTheTextureIsGone) {
