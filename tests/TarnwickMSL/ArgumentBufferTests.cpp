@@ -120,6 +120,7 @@ kernel void fill(device Args* args [[buffer(1)]], device float* values [[buffer(
 kernel void check(device float* out [[buffer(0)]], constant Args* args [[buffer(1)]],
                   uint i [[thread_position_in_grid]]) {
     float4 texel = args[0].picture.read(uint2(0)) * args[2].picture.read(uint2(1, 0));
+    texel += args[min(i, 2u)].picture.read(uint2(0));
     out[i] = texel.x + args[i % 3].values[1] + args[1].values[0];
 }
 )");
@@ -143,7 +144,7 @@ kernel void check(device float* out [[buffer(0)]], constant Args* args [[buffer(
     compute->endEncoding();
     commands->commit();
     commands->waitUntilCompleted();
-    EXPECT_EQ(dispatch(*arguments), (std::vector<float>{95, 159, 223, 95, 159, 223}));
+    EXPECT_EQ(dispatch(*arguments), (std::vector<float>{96, 161, 226, 98, 162, 226}));
 }
 
 TEST(PointersInBuffers, areRefusedToProgramsThatMayNotFollowThem) {

@@ -1,5 +1,5 @@
-// Arrays of argument buffers: textures, samplers and pointers of records with a known index, pointers
-// and constants of records with any index, and pointers that a kernel writes into a record.
+// Arrays of argument buffers: textures, samplers and pointers of records with a known or a bounded
+// index, pointers and constants of records with any index, and pointers that a kernel writes into a record.
 #include <metal_stdlib>
 using namespace metal;
 
@@ -21,6 +21,7 @@ kernel void blend(device float* out [[buffer(0)]], constant Layer* layers [[buff
     for (int n = 0; n < 3; n++)
         colour += layers[n].picture.sample(layers[n].filter, float2(0.5)) * layers[n].strength;
     colour += layers[2].details[i & 1].sample(layers[0].filter, float2(0.5));
+    colour += layers[min(i, 4u)].details[i & 1].sample(layers[i & 7].filter, float2(0.25));
     colour += known[i % 3].picture.sample(known[1].filter, float2(0.5));
     out[i] = colour.x + layers[i].values[i] + layers[1].values[i] + layers[i].strength;
 }

@@ -5,6 +5,7 @@
 #include "TarnwickMSL/Translation/Places.h"
 
 #include <llvm/ADT/MapVector.h>
+#include <llvm/Analysis/ValueTracking.h>
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/Instructions.h>
 #include <llvm/IR/Operator.h>
@@ -39,6 +40,10 @@ Step stepTo(Value* pointer, const DataLayout& layout) {
 // them: a choice among its buffers would repeat each access for each of them.
 constexpr std::size_t mostChoices = 8;
 
+// Of an array, whose textures and samplers are a choice of all of them. The packaged CPU driver
+// binds 128 textures and 32 samplers for a function.
+constexpr std::uint64_t mostRecords = 32;
+
 class ArgumentBuffer {
   public:
     ArgumentBuffer(ShaderModule& shader, std::uint32_t index, bool followsAddresses)
@@ -51,6 +56,7 @@ class ArgumentBuffer {
     void collect(Value* pointer);
     SmallVector<const ArgumentMember*, 8> candidates(const Step& step);
     bool choosesRecord(const Step& step) const;
+    SmallVector<Step, 4> recordsOf(const Step& step) const;
     Constant* valueOf(const ArgumentMember& member, Type* type) const;
     bool resolve(LoadInst& load);
     void note(const StoreInst& store);
@@ -82,6 +88,32 @@ bool ArgumentBuffer::choosesRecord(const Step& step) const {
     return any_of(step.scales, [&](const auto& scale) {
         return scale.second.abs().getZExtValue() >= records_.stride();
     });
+}
+
+// Returns the steps into each record that an index of run time may mean, or no step if these may be
+// too many.
+SmallVector<Step, 4> ArgumentBuffer::recordsOf(const Step& step) const {
+    Step inside = step;
+    Value* index = nullptr;
+    std::int64_t apart = 0;
+    for (const auto& [each, scale] : step.scales) {
+        if (scale.abs().getZExtValue() < records_.stride())
+            continue;
+        if (index || scale.isNegative())
+            return {};
+        index = each;
+        apart = scale.getSExtValue();
+    }
+    inside.scales.erase(index);
+    const std::uint64_t last = computeKnownBits(index, layout_).getMaxValue().getLimitedValue();
+    if (last >= mostRecords)
+        return {};
+    SmallVector<Step, 4> all;
+    for (std::uint64_t n = 0; n <= last; ++n) {
+        all.push_back(inside);
+        all.back().offset += static_cast<std::int64_t>(n) * apart;
+    }
+    return all;
 }
 
 // The member at the place and those that the smallest of the steps leads to from there, both ways.
@@ -131,11 +163,15 @@ bool ArgumentBuffer::resolve(LoadInst& load) {
         return false; // an address
     if (kind == MemberKind::buffer && followsAddresses_ && candidates(step).size() > mostChoices)
         return false;
-    if (isChosen)
+    const SmallVector<Step, 4> starts = isChosen ? recordsOf(step) : SmallVector<Step, 4>{step};
+    if (starts.empty())
         throw TranslationError("The textures and samplers of an array of argument buffers require "
-                               "an index that is known when the program is compiled.");
-    records_.holdRecordAt(step.offset);
-    auto found = candidates(step);
+                               "an index that is known to be less than 32, such as min(i, 31u).");
+    for (const Step& start : starts)
+        records_.holdRecordAt(start.offset);
+    SmallVector<const ArgumentMember*, 8> found;
+    for (const Step& start : starts)
+        found.append(candidates(start));
     if (found.empty())
         return false;
     IRBuilder<> builder(&load);
