@@ -91,53 +91,45 @@ std::string kernel(const std::string& before, const std::string& body) {
            body + "\n}\n";
 }
 
+// A kernel whose text has a number in the place of each `@`, and another number for it.
 struct Edit {
-    std::string before, after;
+    std::string declarations, body, before, after;
     bool isTaken = false;
+    std::string with(const std::string& number) const {
+        return std::regex_replace(kernel(declarations, body), std::regex("@"), number);
+    }
 };
 
 TEST(Session, parsesAgainWhereANumberDecidesMoreThanCode) {
     const Edit edits[] = {
-        {kernel("", "out[i] = 0.5;"), kernel("", "out[i] = 1.25e3;"), true},
-        {kernel("", "out[i] = 0.5h;"), kernel("", "out[i] = 7.0h;"), true},
-        {kernel("constant float a = 0.5; constant float2 b = float2(a, 1.0) * 2.0;",
-                "out[i] = a + b.x;"),
-         kernel("constant float a = 0.7; constant float2 b = float2(a, 1.0) * 3.0;",
-                "out[i] = a + b.x;"),
-         true},
-        {kernel("float f(float x = 0.5) { return x; }", "out[i] = f(); // 0.5"),
-         kernel("float f(float x = 0.25) { return x; }", "out[i] = f(); // 0.7"), true},
-        {kernel("", "out[i] = 0.5;"), kernel("", "out[i] = 0.5f;")},
-        {kernel("", "out[i] = 0.5;"), kernel("", "out[i] = 1;")},
-        {kernel("", "out[i] = 0.5;"), kernel("", "out[i] =\n0.7;")},
-        {kernel("", "out[i] = 0.5;"), kernel("", "out[i] = 1e40;")},
-        {kernel("", "out[i] = 0.5;"), kernel("", "out[i] = 1e-44;")},
-        {kernel("#define SIZE 0.5\n", "out[i] = SIZE;"),
-         kernel("#define SIZE 0.7\n", "out[i] = SIZE;")},
-        {kernel("#define TWICE(x) (x + x##f)\n", "out[i] = TWICE(0.5);"),
-         kernel("#define TWICE(x) (x + x##f)\n", "out[i] = TWICE(0.7);")},
-        {kernel("constexpr constant float a = 2.5;", "float b[int(a)] = {}; out[i] = b[i];"),
-         kernel("constexpr constant float a = 3.5;", "float b[int(a)] = {}; out[i] = b[i];")},
-        {kernel("constexpr float f() { return 2.5; }", "float b[int(f())] = {}; out[i] = b[i];"),
-         kernel("constexpr float f() { return 3.5; }", "float b[int(f())] = {}; out[i] = b[i];")},
-        {kernel("", "auto f = [] { return 2.5; }; float b[int(f())] = {}; out[i] = b[i];"),
-         kernel("", "auto f = [] { return 3.5; }; float b[int(f())] = {}; out[i] = b[i];")},
-        {kernel("template <int N> float f() { return N; }", "out[i] = f<int(2.5)>();"),
-         kernel("template <int N> float f() { return N; }", "out[i] = f<int(3.5)>();")},
-        {kernel("static_assert(0.5 < 1.0, \"\");", "out[i] = 0;"),
-         kernel("static_assert(1.5 < 1.0, \"\");", "out[i] = 0;")},
-        {kernel("enum { a = int(2.5) };", "out[i] = a;"),
-         kernel("enum { a = int(3.5) };", "out[i] = a;")},
-        {kernel("constant int a = int(2.5);", "float b[a] = {}; out[i] = b[i];"),
-         kernel("constant int a = int(3.5);", "float b[a] = {}; out[i] = b[i];")},
-        {kernel("float f() { while (1.5 > 1.0) { } }", "out[i] = f();"),
-         kernel("float f() { while (0.5 > 1.0) { } }", "out[i] = f();")},
+        {"", "out[i] = @;", "0.5", "1.25e3", true},
+        {"", "out[i] = @;", "0.5h", "7.0h", true},
+        {"constant float a = @; constant float2 b = float2(a, 1.0) * @;", "out[i] = a + b.x;",
+         "0.5", "0.7", true},
+        {"float f(float x = @) { return x; }", "out[i] = f(); // @", "0.5", "0.25", true},
+        {"", "out[i] = @;", "0.5", "0.5f"},
+        {"", "out[i] = @;", "0.5", "1"},
+        {"", "out[i] = @;", "0.5", "\n0.7"},
+        {"", "out[i] = @;", "0.5", "1e40"},
+        {"", "out[i] = @;", "0.5", "1e-44"},
+        {"#define SIZE @\n", "out[i] = SIZE;", "0.5", "0.7"},
+        {"#define TWICE(x) (x + x##f)\n", "out[i] = TWICE(@);", "0.5", "0.7"},
+        {"constexpr constant float a = @;", "float b[int(a)] = {}; out[i] = b[i];", "2.5", "3.5"},
+        {"constexpr float f() { return @; }", "float b[int(f())] = {}; out[i] = b[i];", "2.5",
+         "3.5"},
+        {"", "auto f = [] { return @; }; float b[int(f())] = {}; out[i] = b[i];", "2.5", "3.5"},
+        {"template <int N> float f() { return N; }", "out[i] = f<int(@)>();", "2.5", "3.5"},
+        {"static_assert(@ < 1.0, \"\");", "out[i] = 0;", "0.5", "1.5"},
+        {"enum { a = int(@) };", "out[i] = a;", "2.5", "3.5"},
+        {"constant int a = int(@);", "float b[a] = {}; out[i] = b[i];", "2.5", "3.5"},
+        {"float f() { while (@ > 1.0) { } }", "out[i] = f();", "1.5", "0.5"},
     };
     for (const Edit& edit : edits) {
-        result(edit.before);
-        const Result found = result(edit.after);
-        EXPECT_EQ(found.code, alone(edit.after).code) << edit.after;
-        EXPECT_EQ(found.isParsed, !edit.isTaken) << edit.after;
+        const std::string changed = edit.with(edit.after);
+        result(edit.with(edit.before));
+        const Result found = result(changed);
+        EXPECT_EQ(found.code, alone(changed).code) << changed;
+        EXPECT_EQ(found.isParsed, !edit.isTaken) << changed;
     }
 }
 

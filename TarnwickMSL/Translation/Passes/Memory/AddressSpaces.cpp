@@ -24,7 +24,7 @@ class SpaceFinder {
   public:
     explicit SpaceFinder(const ShaderModule& shader) : shader_(shader) {}
 
-    // The one space that the pointer may be in; nothing if that is not known.
+    // Returns the space of the pointer if only one is possible.
     std::optional<Space> spaceOf(const Value* pointer);
 
   private:

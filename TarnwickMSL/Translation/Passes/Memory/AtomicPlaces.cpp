@@ -12,7 +12,7 @@ namespace tarnwick::msl {
 
 using namespace llvm;
 
-// The type of the value of an atomic operation; null if the instruction is not one.
+// Returns the type of the value of an atomic operation, or null for another instruction.
 static Type* atomicType(const Instruction& instruction) {
     auto* call = dyn_cast<CallInst>(&instruction);
     if (call ? !builtInName(*call).starts_with("atomic_") : !instruction.isAtomic())

@@ -16,7 +16,7 @@ using namespace llvm;
 
 using Choices = SmallSetVector<Constant*, 8>;
 
-// The constants that the value is one of; nothing where it comes from anything else.
+// Adds the constants that the value may be. Returns false if it may be something else.
 static bool collect(Value* value, Choices& choices, SmallPtrSetImpl<Value*>& seen) {
     if (!seen.insert(value).second || isa<UndefValue>(value))
         return true;

@@ -163,8 +163,8 @@ static SmallVector<Part, 8> byWords(ArrayRef<Part> parts, std::uint64_t start) {
     return merged;
 }
 
-// The parts of `bytes` bytes from the pointer on, as its root's type has them; nothing where they
-// do not fall on whole parts.
+// Returns the parts of `bytes` bytes from the pointer on, as its root's type has them. Returns no
+// list if the bytes are not whole parts.
 static std::optional<SmallVector<Part, 8>> partsAt(Value* pointer, std::uint64_t bytes,
                                                    const DataLayout& layout) {
     std::optional<Place> place = placeOf(pointer, bytes, layout);

@@ -66,7 +66,8 @@ static Value* asProduct(Value* bytes, IRBuilder<>& builder) {
     return builder.CreateShl(builder.CreateAShr(bytes, zeros), zeros);
 }
 
-// The constants that a phi or select of constants may be; none if it may be something else.
+// Returns the constants that a phi or select of constants may be, or an empty list for another
+// value.
 static SmallVector<std::int64_t, 4> choicesOf(Value* value) {
     SmallVector<std::int64_t, 4> choices;
     SmallSetVector<Value*, 8> open;

@@ -25,7 +25,7 @@ struct Step {
     Value* index = nullptr;
 };
 
-// Nothing where more than one index is not constant.
+// Returns no step if more than one index is not constant.
 std::optional<Step> stepOf(Value* pointer, const AllocaInst& base, const DataLayout& layout) {
     MapVector<Value*, APInt> scales;
     APInt offset(32, 0);

@@ -29,8 +29,8 @@
 // forgets all Chosen when the set changes, while the roots keep their numbers.
 //
 // A variable of which a choice may be several members, not elements of one array, is an array of
-// numbers first (MixedMembers.h): the writer finds an array by the size of a step, and an index into
-// one member is clamped to its end.
+// numbers first (MixedMembers.h): the writer finds an array by the size of a step, and an index
+// into one member is clamped to its end.
 //
 // A comparison compares the offsets, and for equality `which`. Order between different variables is
 // undefined (Metal Shading Language 3.1, which has C++'s rules), so the offsets alone decide it. A
@@ -131,7 +131,7 @@ void Resolver::load(LoadInst& load, Value* base, const Chosen& from) {
     load.replaceAllUsesWith(result ? result : UndefValue::get(load.getType()));
 }
 
-// The condition of an access to one of the roots; null if there is none.
+// Returns the condition of an access to one of the roots, or null if the access always happens.
 Value* Resolver::isMeant(Instruction& user, const Chosen& at, Value* root, IRBuilder<>& builder) {
     if (at.offsets.size() > 1)
         return numbers_.isRoot(at, root, builder);
