@@ -41,9 +41,14 @@ static Value* carried(BasicBlock& header, BasicBlock& last, Instruction* value) 
 }
 
 void leaveThroughPhis(const Loop& loop, BasicBlock& header, BasicBlock& last) {
+    leaveThroughPhis(loop, header, last, leavingValues(loop));
+}
+
+void leaveThroughPhis(const Loop& loop, BasicBlock& header, BasicBlock& last,
+                      ArrayRef<Instruction*> values) {
     // All uses first: the carrier of one value may be another value that leaves.
     SmallVector<std::pair<Use*, Value*>, 8> redirected;
-    for (Instruction* value : leavingValues(loop)) {
+    for (Instruction* value : values) {
         Value* carrier = carried(header, last, value);
         for (Use& use : value->uses())
             if (isOutside(loop, use))

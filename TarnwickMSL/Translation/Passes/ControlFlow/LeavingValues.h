@@ -1,6 +1,7 @@
 // The values of a loop that code after it uses.
 #pragma once
 
+#include <llvm/ADT/ArrayRef.h>
 #include <llvm/ADT/SmallVector.h>
 
 namespace llvm {
@@ -27,5 +28,7 @@ llvm::PHINode* headerPhi(llvm::BasicBlock& header, llvm::BasicBlock& last, llvm:
 // Uses after the loop get the value from a phi of the header, whose block before it in the loop is
 // `last`, so that the loop may be left there.
 void leaveThroughPhis(const llvm::Loop& loop, llvm::BasicBlock& header, llvm::BasicBlock& last);
+void leaveThroughPhis(const llvm::Loop& loop, llvm::BasicBlock& header, llvm::BasicBlock& last,
+                      llvm::ArrayRef<llvm::Instruction*> values); // these only
 
 } // namespace tarnwick::msl

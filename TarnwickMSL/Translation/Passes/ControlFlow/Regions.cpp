@@ -35,6 +35,7 @@
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Regions.h"
 
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Flow.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/LeavingValues.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopBudget.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopShape.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
@@ -141,6 +142,15 @@ static void restoreTest(const LoopShape& shape, CallInst& mark) {
     mark.eraseFromParent();
 }
 
+// StructurizeCFG carries values of the body round the loop around this one if guards separate a
+// value from its use. It does so while each loop runs its body before its test. Values of the last
+// round now leave through the header.
+static void carryValuesOfBody(const Loop& loop, const LoopShape& shape) {
+    SmallVector<Instruction*, 8> values = leavingValues(loop);
+    erase_if(values, [&](Instruction* value) { return value->getParent() == shape.header; });
+    leaveThroughPhis(loop, *shape.header, *shape.continue_, values);
+}
+
 // Loops that leave from their headers go back to it, all of them before the counter of rounds
 // becomes values: until then the flow of control is not the program's own.
 static void restoreTests(Function& main, Structure& structure) {
@@ -151,6 +161,7 @@ static void restoreTests(Function& main, Structure& structure) {
             LoopShape shape =
                 splitLoop(*loop, loop->getHeader()->getTerminator()->getIterator(), tree, loops);
             restoreTest(shape, *mark);
+            carryValuesOfBody(*loop, shape);
             tree.recalculate(main);
             structure[shape.header] = {shape.merge, shape.continue_};
         }

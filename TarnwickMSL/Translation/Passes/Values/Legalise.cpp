@@ -187,6 +187,7 @@ static Value* expansion(IRBuilder<>& builder, IntrinsicInst& call) {
     case Intrinsic::scmp:
     case Intrinsic::ucmp:
         return expandThreeWay(builder, call, call.getIntrinsicID() == Intrinsic::scmp);
+    case Intrinsic::abs: // of a bool
     case Intrinsic::expect:
     case Intrinsic::ssa_copy:
     case Intrinsic::arithmetic_fence:
@@ -237,6 +238,9 @@ static void legaliseIntrinsic(IntrinsicInst& call) {
     case Intrinsic::arithmetic_fence:
     case Intrinsic::canonicalize:
         isOther = true;
+        break;
+    case Intrinsic::abs:
+        isOther = call.getType()->isIntOrIntVectorTy(1);
         break;
     default:
         break;
