@@ -16,8 +16,7 @@
 // The second undoes what LLVM's threading of jumps makes of conditions such as `a || b(x)`, which
 // otherwise becomes nested regions with a guard for each. In a loop it joins two exits into one.
 //
-// A condition that is the same for all invocations stays a branch: a GPU skips the code, and the
-// packaged CPU driver, which compiles again for the values of uniforms, removes it.
+// A condition that is the same for all invocations stays a branch, because a GPU skips the code.
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Flatten.h"
 
 #include <llvm/ADT/SetVector.h>
