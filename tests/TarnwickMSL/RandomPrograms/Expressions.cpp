@@ -99,6 +99,12 @@ Expression Generator::literal(Kind kind) {
 // An index that stays inside, as the power of two's mask where there is one.
 std::string Generator::index(std::uint32_t length) {
     const std::string at = leaf(Kind::unsigned_).text;
+    const std::uint32_t form = below(8);
+    if (form == 0) // a choice of two elements
+        return "((" + at + " & 4u) != 0u ? " + std::to_string(below(length)) +
+               "u : " + std::to_string(below(length)) + "u)";
+    if (form == 1) // any but the first
+        return "(" + at + " % " + std::to_string(length - 1) + "u + 1u)";
     if ((length & (length - 1)) == 0)
         return "(" + at + " & " + std::to_string(length - 1) + "u)";
     return "(" + at + " % " + std::to_string(length) + "u)";

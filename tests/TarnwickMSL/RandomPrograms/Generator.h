@@ -20,6 +20,9 @@ namespace tarnwick::trials {
 
 inline constexpr std::uint32_t iterationLimit = 6000;
 
+// From this length on an array is in memory: the compiler makes shorter ones values.
+inline constexpr std::uint32_t longArray = 9;
+
 // The text of `uint trial(uint input)` and all that it needs, in the language that Metal and C++
 // with NativeShim.h share. The same for the same seed, everywhere.
 std::string randomProgram(std::uint64_t seed);
@@ -105,6 +108,7 @@ class Generator {
     struct Record {
         std::string name;
         std::size_t shape = 0;
+        std::uint32_t length = 0; // of a list
     };
     struct Function {
         std::string name;
@@ -123,7 +127,7 @@ class Generator {
         std::vector<Array> arrays;
         std::vector<std::string> records; // of type State
         std::vector<Record> shaped;
-        std::vector<Record> lists; // arrays of `listLength` records
+        std::vector<Record> lists; // arrays of records
     };
 
     // Chance. Own arithmetic, so that a seed means the same with every standard library.

@@ -7,7 +7,7 @@ std::string randomProgram(std::uint64_t seed) {
 }
 
 std::string Generator::program() {
-    isLarge_ = chance(12);
+    isLarge_ = chance(20);
     tables();
     const Scope global = scope_;
     const std::uint32_t shapes = isLarge_ ? 1 + below(3) : below(2);

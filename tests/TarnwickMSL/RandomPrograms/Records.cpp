@@ -4,12 +4,6 @@
 
 namespace tarnwick::trials {
 
-namespace {
-
-constexpr std::uint32_t listLength = 3;
-
-} // namespace
-
 // A record of 2 to 5 numbers, vectors and matrices, perhaps with an array and with a record inside.
 void Generator::shape() {
     Shape made{.name = fresh("Shape")};
@@ -131,7 +125,7 @@ std::string Generator::recordValue(std::size_t shape) {
     case 2:
         for (const Record& list : scope_.lists)
             if (list.shape == shape)
-                return list.name + "[" + index(listLength) + "]";
+                return list.name + "[" + index(list.length) + "]";
         return other;
     default:
         if (!shapes_[shape].hasFunctions || !affords(shapes_[shape].iterations))
@@ -142,14 +136,19 @@ std::string Generator::recordValue(std::size_t shape) {
 }
 
 void Generator::listOfRecords(const Record& first) {
-    const Record list{fresh("list"), first.shape};
-    const std::string length = std::to_string(listLength), second = anyRecord(first.shape).name;
-    line(shapes_[first.shape].name + " " + list.name + "[" + length + "] = {" + first.name + ", " +
-         second + ", " + first.name + "};");
+    const Shape& shape = shapes_[first.shape];
+    const Record list{fresh("list"), first.shape, chance(50) ? 3 : longArray + below(4)};
+    const std::string second = anyRecord(first.shape).name;
+    line(shape.name + " " + list.name + "[" + std::to_string(list.length) + "] = {" + first.name +
+         ", " + second + ", " + first.name + "};");
     scope_.lists.push_back(list);
-    for (const Variable& member : shapes_[first.shape].members)
-        scope_.arrays.push_back(
-            {list.name, member.type, listLength, true, false, "." + member.name});
+    const auto add = [&](Type type, const std::string& member) {
+        scope_.arrays.push_back({list.name, type, list.length, true, false, member});
+    };
+    for (const Variable& member : shape.members)
+        add(member.type, "." + member.name);
+    for (const Array& array : shape.arrays)
+        add(array.type, "." + array.name + "[" + index(array.length) + "]");
 }
 
 // Two records that change places in each round.
@@ -193,7 +192,7 @@ void Generator::record() {
     if (choice < 6)
         for (const Record& list : scope_.lists)
             if (list.shape == shape)
-                return line(list.name + "[" + index(listLength) + "] = " + first.name + ";");
+                return line(list.name + "[" + index(list.length) + "] = " + first.name + ";");
     if (choice < 8 && loops_ < 3 && depth_ < 5 && affords(40))
         return recordLoop(first, anyRecord(shape));
     if (!shapes_[shape].hasFunctions || !affords(shapes_[shape].iterations))

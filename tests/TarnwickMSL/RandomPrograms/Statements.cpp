@@ -82,7 +82,7 @@ void Generator::declaration() {
         scope_.variables.push_back({name, type, true});
         return;
     }
-    const std::uint32_t length = 2 + below(type.isScalar() ? 7 : 3);
+    const std::uint32_t length = 2 + below(type.isScalar() ? longArray : 3);
     std::string values;
     const std::uint32_t given = 1 + below(length);
     for (std::uint32_t i = 0; i < given; i++)
