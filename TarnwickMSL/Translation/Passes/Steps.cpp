@@ -73,7 +73,8 @@ static void copies(Work& work) {
     if (!expandMemoryCalls(work.main()))
         return;
     work.optimiser().forget(work.main());
-    work.optimiser().cleanLightly(work.main());
+    work.optimiser().clean(work.main()); // a load of one of two records becomes two loads,
+    work.optimiser().cleanLightly(work.main()); // so that both become values
 }
 
 static void unrolling(Work& work) {

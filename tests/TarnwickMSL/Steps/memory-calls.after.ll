@@ -6,11 +6,11 @@
 
 define void @main() {
   %1 = load float, ptr @in, align 1
-  %2 = load i32, ptr getelementptr inbounds (i8, ptr @in, i64 4), align 1
-  %3 = load i32, ptr getelementptr inbounds (i8, ptr @in, i64 8), align 1
+  %2 = load i32, ptr getelementptr inbounds (i8, ptr @in, i32 4), align 1
+  %3 = load i32, ptr getelementptr inbounds (i8, ptr @in, i32 8), align 1
   store float %1, ptr @out, align 1
-  store i32 %2, ptr getelementptr inbounds (i8, ptr @out, i64 4), align 1
-  store i32 %3, ptr getelementptr inbounds (i8, ptr @out, i64 8), align 1
+  store i32 %2, ptr getelementptr inbounds (i8, ptr @out, i32 4), align 1
+  store i32 %3, ptr getelementptr inbounds (i8, ptr @out, i32 8), align 1
   ret void
 }
 

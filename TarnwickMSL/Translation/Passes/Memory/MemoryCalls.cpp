@@ -24,8 +24,7 @@
 // Invariant: the parts cover exactly the bytes of the copy, but for padding of the chosen type.
 // Padding has no value, so it need not be copied.
 //
-// If no side gives parts, the copy is of words. A copy of more than `mostParts` parts is a loop
-// over words.
+// If no side gives parts, the copy is of words. A copy of more than `mostWords` words is a loop.
 //
 // The pass runs twice: before loops are unrolled, so that copied records become values, and after
 // LLVM's passes, so that `pointers` meets no call whatever those passes do.
@@ -48,7 +47,8 @@ namespace tarnwick::msl {
 
 using namespace llvm;
 
-constexpr std::size_t mostParts = 64; // beyond it, a loop
+constexpr std::size_t mostParts = 256;
+constexpr std::size_t mostWords = 64; // beyond it, a loop
 
 // A vector or scalar at a byte offset.
 struct Part {
@@ -203,6 +203,14 @@ static SmallVector<Part, 8> words(std::uint64_t bytes, LLVMContext& context) {
     return parts;
 }
 
+static bool isLoop(const std::optional<SmallVector<Part, 8>>& parts, std::uint64_t bytes,
+                   const DataLayout& layout) {
+    return bytes > 4 * mostWords && bytes % 4 == 0 &&
+           (!parts || all_of(*parts, [&](const Part& part) {
+               return layout.getTypeStoreSize(part.type) == 4;
+           }));
+}
+
 static Value* step(IRBuilder<>& builder, Value* pointer, std::uint64_t offset) {
     return offset == 0 ? pointer
                        : builder.CreateConstInBoundsGEP1_64(builder.getInt8Ty(), pointer, offset);
@@ -220,7 +228,7 @@ static void copy(MemTransferInst& call, std::uint64_t bytes, const DataLayout& l
     IRBuilder<> builder(&call);
     Value *to = call.getRawDest(), *from = call.getRawSource();
     auto parts = partsOfBoth(to, from, bytes, layout);
-    if (!parts && bytes > 4 * mostParts && bytes % 4 == 0)
+    if (isLoop(parts, bytes, layout))
         return forWords(call, bytes / 4, [&](IRBuilder<>& inside, Value* index) {
             Type* word = inside.getInt32Ty();
             Value* read = inside.CreateLoad(word, inside.CreateGEP(word, from, index));
@@ -253,7 +261,7 @@ static void fill(MemSetInst& call, std::uint64_t bytes, const DataLayout& layout
         throw CompilerFault("Memory is filled with a value that is not constant.");
     auto byte = static_cast<std::uint8_t>(value->getZExtValue());
     auto parts = partsAt(call.getRawDest(), bytes, layout);
-    if (!parts && bytes > 4 * mostParts && bytes % 4 == 0)
+    if (isLoop(parts, bytes, layout))
         return forWords(call, bytes / 4, [&](IRBuilder<>& inside, Value* index) {
             Type* word = inside.getInt32Ty();
             inside.CreateStore(filled(word, byte, layout),
