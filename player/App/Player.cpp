@@ -18,7 +18,7 @@ Player::Player() : device_(gpu::Device::systemDefault()) {
         QMetaObject::invokeMethod(
             this, [this, moved] { take(std::move(*moved)); }, Qt::QueuedConnection);
     });
-    stage_ = std::make_unique<Stage>([this](const StageNews& news) {
+    picture_ = std::make_unique<LivePicture>([this](const LiveNews& news) {
         QMetaObject::invokeMethod(
             this, [this, news] { hear(news); }, Qt::QueuedConnection);
     });
@@ -33,7 +33,7 @@ Player::Player() : device_(gpu::Device::systemDefault()) {
 
 // First the threads, whose calls use the rest.
 Player::~Player() {
-    stage_.reset();
+    picture_.reset();
     compiler_.reset();
 }
 
@@ -131,7 +131,7 @@ void Player::take(CompileResult result) {
         (*found)->accept(std::move(result));
 }
 
-void Player::hear(const StageNews& news) {
+void Player::hear(const LiveNews& news) {
     news_ = news;
     emit newsArrived();
     if (news.isDeviceLost && device_ && device_->isLost())
@@ -139,7 +139,7 @@ void Player::hear(const StageNews& news) {
 }
 
 void Player::publish() {
-    auto record = std::make_shared<StageRecord>();
+    auto record = std::make_shared<LiveRecord>();
     record->device = device_;
     record->size = pictureSize_;
     record->mouse = mouse_;
@@ -150,7 +150,7 @@ void Player::publish() {
         record->transport = active_->transport();
         record->settings = std::make_shared<const Settings>(active_->document().settings());
     }
-    stage_->show(std::move(record));
+    picture_->show(std::move(record));
 }
 
 void Player::keepDrafts() {

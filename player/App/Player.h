@@ -2,7 +2,7 @@
 #pragma once
 
 #include "player/App/OpenDocument.h"
-#include "player/Stage/Stage.h"
+#include "player/Drawing/LivePicture.h"
 
 #include <QObject>
 #include <QTimer>
@@ -24,8 +24,8 @@ class Player : public QObject {
     gpu::Device* device() const { return device_.get(); } // null without one
     // Why there is no device; empty with one.
     std::string deviceAbsence() const;
-    Stage& stage() { return *stage_; }
-    const StageNews& news() const { return news_; }
+    LivePicture& picture() { return *picture_; }
+    const LiveNews& news() const { return news_; }
 
     const std::vector<std::unique_ptr<OpenDocument>>& documents() const { return documents_; }
     OpenDocument* active() const { return active_; } // null without documents
@@ -42,7 +42,7 @@ class Player : public QObject {
     void setPictureSize(const PixelSize& size);
     // [0, 1] from the lower left of the picture; absent: the middle.
     void setMouse(std::optional<std::array<float, 2>> mouse);
-    void setDivisor(std::optional<int> divisor); // StageRecord::divisor
+    void setDivisor(std::optional<int> divisor); // LiveRecord::divisor
     std::optional<int> divisor() const { return divisor_; }
 
     // Opens the device again after it was lost, and compiles all documents for it.
@@ -58,7 +58,7 @@ class Player : public QObject {
   private:
     void compile(OpenDocument* document);
     void take(CompileResult result);
-    void hear(const StageNews& news);
+    void hear(const LiveNews& news);
     void publish();
     void keepDrafts();
 
@@ -69,10 +69,10 @@ class Player : public QObject {
     PixelSize pictureSize_{640, 360};
     std::optional<std::array<float, 2>> mouse_;
     std::optional<int> divisor_;
-    StageNews news_;
+    LiveNews news_;
     QTimer autosave_, watch_;
     std::unique_ptr<LiveCompiler> compiler_; // after all that its calls use
-    std::unique_ptr<Stage> stage_;
+    std::unique_ptr<LivePicture> picture_;
 };
 
 } // namespace tarnwick::player

@@ -3,6 +3,7 @@
 #include "TarnwickCore/Episode/ShaderTemplate.h"
 #include "TarnwickPlatform/Pictures/PNG.h"
 #include "player/Editor/EpisodeEditor.h"
+#include "player/Panels/KeysPanel.h"
 #include "player/Panels/ParametersPanel.h"
 #include "player/Panels/ProblemsPanel.h"
 #include "player/Panels/TransportBar.h"
@@ -99,7 +100,11 @@ void MainWindow::makeDocks() {
         if (EpisodeEditor* shown = editor())
             shown->goTo(line, place);
     });
-    resizeDocks({findChild<QDockWidget*>(QStringLiteral("problems"))}, {130}, Qt::Vertical);
+    dock(new KeysPanel(player_), tr("Keys"), "keys", Qt::BottomDockWidgetArea);
+    tabifyDockWidget(findChild<QDockWidget*>(QStringLiteral("problems")),
+                     findChild<QDockWidget*>(QStringLiteral("keys")));
+    findChild<QDockWidget*>(QStringLiteral("problems"))->raise();
+    resizeDocks({findChild<QDockWidget*>(QStringLiteral("problems"))}, {190}, Qt::Vertical);
     resizeDocks({findChild<QDockWidget*>(QStringLiteral("parameters"))}, {300}, Qt::Horizontal);
 }
 
@@ -308,7 +313,7 @@ void MainWindow::fitPicture() {
 }
 
 void MainWindow::showState() {
-    const StageNews& news = player_.news();
+    const LiveNews& news = player_.news();
     const OpenDocument* document = player_.active();
     const CompileResult* result = document != nullptr ? document->result() : nullptr;
     QString message;
@@ -336,7 +341,7 @@ void MainWindow::showState() {
 }
 
 void MainWindow::takeSnapshot() {
-    auto pending = player_.stage().picture();
+    auto pending = player_.picture().snapshot();
     if (pending.wait_for(longestSnapshot) != std::future_status::ready) {
         tell(tr("The picture is still being drawn."));
         return;

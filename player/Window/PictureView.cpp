@@ -47,7 +47,7 @@ PictureView::PictureView(Player& player, int id, QWidget* parent)
             container_->setFocusPolicy(Qt::NoFocus);
             connect(window_, &PictureWindow::exposed, this, [this] {
                 attach();
-                player_.stage().exposeTarget(id_);
+                player_.picture().exposeTarget(id_);
             });
             connect(window_, &PictureWindow::sizeChanged, this, &PictureView::layOut);
         }
@@ -104,13 +104,13 @@ void PictureView::attach() {
                     },
                     Qt::QueuedConnection);
             });
-    player_.stage().addTarget(id_, std::move(target), size);
+    player_.picture().addTarget(id_, std::move(target), size);
     isAttached_ = true;
 }
 
 void PictureView::detach() {
     if (isAttached_)
-        player_.stage().removeTarget(id_).wait_for(longestDetach);
+        player_.picture().removeTarget(id_).wait_for(longestDetach);
     isAttached_ = false;
 }
 
@@ -153,7 +153,7 @@ void PictureView::layOut() {
 void PictureView::resizeEvent(QResizeEvent*) {
     layOut();
     attach();
-    player_.stage().resizeTarget(id_, pixels());
+    player_.picture().resizeTarget(id_, pixels());
     emit resized();
 }
 

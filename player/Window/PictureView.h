@@ -1,4 +1,4 @@
-// The picture of the stage in a window.
+// The live picture in a window.
 #pragma once
 
 #include "player/App/Player.h"
@@ -16,7 +16,7 @@ namespace tarnwick::player {
 class PictureWindow;
 
 // A native child window that the device presents on. Where the platform has no Vulkan surfaces, the
-// frames are copied and painted. Each view is a target of the stage.
+// frames are copied and painted. Each view is one of its targets.
 class PictureView : public QWidget {
     Q_OBJECT
 

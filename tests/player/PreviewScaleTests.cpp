@@ -1,4 +1,4 @@
-#include "player/Stage/PreviewScale.h"
+#include "player/Drawing/PreviewScale.h"
 
 #include <gtest/gtest.h>
 

@@ -33,7 +33,7 @@ class Window : public testing::Test {
 
     // The colour of the frame's first pixel as 0xRRGGBB; -1 without one.
     int color() {
-        const auto picture = player.stage().picture().get();
+        const auto picture = player.picture().snapshot().get();
         if (!picture)
             return -1;
         return picture->bytes.at(2) << 16 | picture->bytes.at(1) << 8 | picture->bytes.at(0);

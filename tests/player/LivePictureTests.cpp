@@ -1,6 +1,6 @@
 #include "TarnwickPlatform/Dispatch/HostClock.h"
 #include "TarnwickRender/StillRenderer.h"
-#include "player/Stage/Stage.h"
+#include "player/Drawing/LivePicture.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ namespace {
 constexpr PixelSize size{64, 36};
 
 // Skips the tests aloud where there is no device.
-class StageTest : public testing::Test {
+class LivePictureTest : public testing::Test {
   protected:
     void SetUp() override {
         device = gpu::Device::systemDefault();
@@ -34,8 +34,8 @@ class StageTest : public testing::Test {
 
     void show(const std::shared_ptr<const ShaderProgram>& shown, std::uint64_t revision,
               const Transport& transport, std::optional<int> divisor = 1) {
-        stage.show(std::make_shared<const StageRecord>(
-            StageRecord{.device = device,
+        live.show(std::make_shared<const LiveRecord>(
+            LiveRecord{.device = device,
                         .program = shown,
                         .revision = revision,
                         .transport = transport,
@@ -45,13 +45,13 @@ class StageTest : public testing::Test {
     }
 
     // The first news for which `holds`; fails after half a minute.
-    template <typename Condition> StageNews waitFor(const Condition& holds) {
+    template <typename Condition> LiveNews waitFor(const Condition& holds) {
         std::unique_lock lock(mutex);
         EXPECT_TRUE(arrived.wait_for(lock, std::chrono::seconds(30), [&] { return holds(news); }));
         return news;
     }
-    StageNews waitForFrame(std::uint64_t revision, double time) {
-        return waitFor([=](const StageNews& said) {
+    LiveNews waitForFrame(std::uint64_t revision, double time) {
+        return waitFor([=](const LiveNews& said) {
             return said.revision == revision && said.time == time && !said.warming;
         });
     }
@@ -59,19 +59,19 @@ class StageTest : public testing::Test {
     std::shared_ptr<gpu::Device> device;
     std::mutex mutex; // of the next two
     std::condition_variable arrived;
-    StageNews news;
-    Stage stage{[this](const StageNews& said) {
+    LiveNews news;
+    LivePicture live{[this](const LiveNews& said) {
         const std::lock_guard lock(mutex);
         news = said;
         arrived.notify_all();
     }};
 };
 
-TEST_F(StageTest, drawsTheFrameOfTheStill) {
+TEST_F(LivePictureTest, drawsTheFrameOfTheStill) {
     const auto shown = shading("return float4(uv, fract(u.time) * float(u.frame == 150), 1.0);");
     show(shown, 1, Transport{}.sought(2.5, 0));
     waitForFrame(1, 2.5);
-    const auto picture = stage.picture().get();
+    const auto picture = live.snapshot().get();
     const auto still =
         StillRenderer::render(shown, *device, size.width, size.height, 2.5f, 150, {});
     ASSERT_TRUE(picture && still);
@@ -79,7 +79,7 @@ TEST_F(StageTest, drawsTheFrameOfTheStill) {
 }
 
 // After any seek, also backwards, the particles and their trails are those of a still.
-TEST_F(StageTest, drawsParticlesOfEachTimeItIsSetTo) {
+TEST_F(LivePictureTest, drawsParticlesOfEachTimeItIsSetTo) {
     const auto shown = program(R"(// @particles 50
 struct Particle { float2 at; };
 Particle spawn(uint id, constant Params& p) { return {float2(0.1, 0.02 * float(id))}; }
@@ -94,14 +94,14 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Trails t) { re
     std::uint64_t revision = 0;
     for (const double time : {0.5, 6.0, 1.0, 1.25}) {
         show(shown, ++revision, Transport{}.sought(time, 0));
-        waitFor([=](const StageNews& said) { return said.time == time && !said.warming; });
+        waitFor([=](const LiveNews& said) { return said.time == time && !said.warming; });
         // A simulation that is a little behind catches up frame by frame.
         std::optional<Picture> picture;
         const auto still =
             StillRenderer::render(shown, *device, size.width, size.height, static_cast<float>(time),
                                   static_cast<std::uint32_t>(time * 60), {});
         for (int tries = 0; tries < 100; ++tries) {
-            picture = stage.picture().get();
+            picture = live.snapshot().get();
             if (picture && still && picture->bytes == still->bytes)
                 break;
             std::this_thread::sleep_for(std::chrono::milliseconds(50));
@@ -112,7 +112,7 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Trails t) { re
 }
 
 // Without a loop of its own, an episode that reads its previous frame counts its frames.
-TEST_F(StageTest, drawsAllFramesBeforeTheOneItIsSetTo) {
+TEST_F(LivePictureTest, drawsAllFramesBeforeTheOneItIsSetTo) {
     const auto shown =
         program("float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {\n"
                 "return float4(in.previous(uv).r + 1.0 / 255.0, 0.0, 0.0, 1.0);\n}\n");
@@ -121,41 +121,41 @@ TEST_F(StageTest, drawsAllFramesBeforeTheOneItIsSetTo) {
         const double time = static_cast<double>(frame) / Transport::framesPerSecond;
         show(shown, 1, Transport{}.sought(time, 0));
         waitForFrame(1, time);
-        const auto picture = stage.picture().get();
+        const auto picture = live.snapshot().get();
         ASSERT_TRUE(picture);
         EXPECT_EQ(picture->bytes.at(2), frame + 1);
     }
 }
 
-TEST_F(StageTest, keepsTheOldPictureUntilTheNextIsDrawn) {
+TEST_F(LivePictureTest, keepsTheOldPictureUntilTheNextIsDrawn) {
     show(shading("return float4(0, 1, 0, 1);"), 1, Transport{}.sought(1, 0));
     waitForFrame(1, 1);
     show(nullptr, 2, Transport{}.sought(1, 0)); // a text that does not compile
-    const auto picture = stage.picture().get();
+    const auto picture = live.snapshot().get();
     ASSERT_TRUE(picture);
     EXPECT_EQ(picture->bytes.at(1), 255);
     show(shading("return float4(1, 0, 0, 1);"), 3, Transport{}.sought(1, 0));
     waitForFrame(3, 1);
-    EXPECT_EQ(stage.picture().get()->bytes.at(2), 255);
+    EXPECT_EQ(live.snapshot().get()->bytes.at(2), 255);
 }
 
-TEST_F(StageTest, drawsSmallerPicturesOnRequest) {
+TEST_F(LivePictureTest, drawsSmallerPicturesOnRequest) {
     show(shading("return float4(u.resolution / 255.0, 0, 1);"), 1, Transport{}, 4);
-    const StageNews said = waitForFrame(1, 0);
+    const LiveNews said = waitForFrame(1, 0);
     EXPECT_EQ(said.picture, (PixelSize{16, 9}));
-    const auto picture = stage.picture().get();
+    const auto picture = live.snapshot().get();
     ASSERT_TRUE(picture);
     EXPECT_EQ(picture->width, 16u);
     EXPECT_EQ(picture->bytes.at(2), 16);
 }
 
-// The loop runs out of its budget in each frame; the stage answers and the next program is drawn.
-TEST_F(StageTest, reportsAnEndlessLoopAndDrawsTheNextProgram) {
+// The loop runs out of its budget in each frame; the thread answers and the next program is drawn.
+TEST_F(LivePictureTest, reportsAnEndlessLoopAndDrawsTheNextProgram) {
     show(shading("float x = uv.x; while (x < 10.0) x *= 0.999; return float4(x);"), 1,
          Transport{}.played(currentMediaTime()));
-    waitFor([](const StageNews& said) { return said.hitLoopBudget || said.isTooSlow; });
+    waitFor([](const LiveNews& said) { return said.hitLoopBudget || said.isTooSlow; });
     show(shading("return float4(1, 0, 0, 1);"), 2, Transport{}.sought(1, 0));
-    const StageNews said = waitForFrame(2, 1);
+    const LiveNews said = waitForFrame(2, 1);
     EXPECT_FALSE(said.hitLoopBudget);
     EXPECT_TRUE(said.failure.empty());
 }

@@ -1,4 +1,4 @@
-#include "player/Stage/Scene.h"
+#include "player/Drawing/Scene.h"
 
 #include <algorithm>
 
@@ -41,7 +41,7 @@ const gpu::Texture* Scene::picture() const {
     return pictures_->previous();
 }
 
-std::optional<StageNews::Warming> Scene::warm(const SceneMoment& moment, gpu::CommandQueue& queue) {
+std::optional<LiveNews::Warming> Scene::warm(const SceneMoment& moment, gpu::CommandQueue& queue) {
     settings_ = moment.settings;
     if (frames_->simulation() != nullptr)
         return warmSimulation(moment, queue);
@@ -49,7 +49,7 @@ std::optional<StageNews::Warming> Scene::warm(const SceneMoment& moment, gpu::Co
 }
 
 // A simulation ahead of the time starts again.
-std::optional<StageNews::Warming> Scene::warmSimulation(const SceneMoment& moment,
+std::optional<LiveNews::Warming> Scene::warmSimulation(const SceneMoment& moment,
                                                         gpu::CommandQueue& queue) {
     const std::int64_t goal = ParticleSimulation::steps(moment.time);
     const std::int64_t step = frames_->simulation()->step();
@@ -62,11 +62,11 @@ std::optional<StageNews::Warming> Scene::warmSimulation(const SceneMoment& momen
         return std::nullopt; // the device fails, which the next frame reports
     if (next == goal)
         return std::nullopt;
-    return StageNews::Warming{.done = next, .total = goal};
+    return LiveNews::Warming{.done = next, .total = goal};
 }
 
 // Draws the frames before the one of the moment, from the first one on.
-std::optional<StageNews::Warming> Scene::warmFeedback(const SceneMoment& moment,
+std::optional<LiveNews::Warming> Scene::warmFeedback(const SceneMoment& moment,
                                                       gpu::CommandQueue& queue) {
     const std::int64_t goal = Transport::frameOf(moment.time);
     const std::int64_t late = moment.isPlaying ? longestLag : 1; // frames
@@ -88,7 +88,7 @@ std::optional<StageNews::Warming> Scene::warmFeedback(const SceneMoment& moment,
     }
     if (end == goal)
         return std::nullopt;
-    return StageNews::Warming{.done = end, .total = goal};
+    return LiveNews::Warming{.done = end, .total = goal};
 }
 
 FrameMoment Scene::frameMoment(const SceneMoment& moment) const {

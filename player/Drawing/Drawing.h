@@ -5,10 +5,10 @@
 #include "TarnwickPlatform/Pictures/Picture.h"
 #include "TarnwickRender/Targets/FrameClock.h"
 #include "TarnwickRender/Targets/FrameTimes.h"
-#include "player/Stage/PreviewScale.h"
-#include "player/Stage/Scene.h"
-#include "player/Stage/StageMail.h"
-#include "player/Stage/StageTargets.h"
+#include "player/Drawing/PreviewScale.h"
+#include "player/Drawing/Scene.h"
+#include "player/Drawing/LiveMail.h"
+#include "player/Drawing/LiveTargets.h"
 
 #include <deque>
 #include <functional>
@@ -20,14 +20,14 @@ namespace tarnwick::player {
 // Lives on one thread.
 class Drawing {
   public:
-    using Listener = std::function<void(const StageNews&)>;
+    using Listener = std::function<void(const LiveNews&)>;
 
-    Drawing(StageMail& mail, Listener listener);
+    Drawing(LiveMail& mail, Listener listener);
 
     // Draws until the end of the mail.
     void run();
 
-    // Requests of the mail; Stage describes them.
+    // Requests of the mail; LivePicture describes them.
     void addTarget(int id, std::unique_ptr<FrameTarget> target, const PixelSize& size);
     void resizeTarget(int id, const PixelSize& size);
     void exposeTarget(int id);
@@ -52,20 +52,20 @@ class Drawing {
     void countFrame(double now);
     void say() { listener_(news_); }
 
-    StageMail& mail_;
+    LiveMail& mail_;
     Listener listener_;
-    std::shared_ptr<const StageRecord> record_; // the newest
-    std::shared_ptr<const StageRecord> drawn_;  // of the last frame
+    std::shared_ptr<const LiveRecord> record_; // the newest
+    std::shared_ptr<const LiveRecord> drawn_;  // of the last frame
     std::shared_ptr<gpu::Device> device_;       // of the queue, the scenes and the targets
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<Scene> scene_; // whose pictures are shown
     std::unique_ptr<Scene> next_;  // in preparation
-    StageTargets targets_;
+    LiveTargets targets_;
     PreviewScale scale_;
     FrameTimes times_;
     FrameClock clock_{Transport::framesPerSecond};
     std::deque<double> shown_; // host seconds of the frames of the last second
-    StageNews news_;
+    LiveNews news_;
     struct Stopped {
         std::shared_ptr<const ShaderProgram> program;
         PixelSize size;

@@ -1,7 +1,7 @@
 // What other threads pass to the drawing thread.
 #pragma once
 
-#include "player/Stage/StageRecord.h"
+#include "player/Drawing/LiveRecord.h"
 
 #include <condition_variable>
 #include <functional>
@@ -14,17 +14,17 @@ namespace tarnwick::player {
 class Drawing;
 
 // Any thread.
-class StageMail {
+class LiveMail {
   public:
     using Request = std::function<void(Drawing&)>; // called on the drawing thread
 
     struct Delivery {
-        std::shared_ptr<const StageRecord> record; // the newest; null before the first
+        std::shared_ptr<const LiveRecord> record; // the newest; null before the first
         std::vector<Request> requests;             // in order
         bool isEnd = false;
     };
 
-    void show(std::shared_ptr<const StageRecord> record);
+    void show(std::shared_ptr<const LiveRecord> record);
     void ask(Request request);
     void end();
 

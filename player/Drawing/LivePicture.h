@@ -3,7 +3,7 @@
 
 #include "TarnwickPlatform/Pictures/Picture.h"
 #include "TarnwickRender/Targets/FrameTarget.h"
-#include "player/Stage/StageRecord.h"
+#include "player/Drawing/LiveRecord.h"
 
 #include <functional>
 #include <future>
@@ -16,20 +16,20 @@ namespace tarnwick::player {
 // size is prepared off screen, up to its first frame, while the old picture goes on.
 //
 // Functions may be called from any thread and do not wait for the drawing.
-class Stage {
+class LivePicture {
   public:
-    using Listener = std::function<void(const StageNews&)>;
+    using Listener = std::function<void(const LiveNews&)>;
 
     // `listener` is called on the drawing thread after each frame and each change of the news.
-    explicit Stage(Listener listener);
+    explicit LivePicture(Listener listener);
     // Ends the thread. Waits for the frame that is drawn, at most a second: then the thread is left
     // behind, and the process must end.
-    ~Stage();
-    Stage(const Stage&) = delete;
-    Stage& operator=(const Stage&) = delete;
+    ~LivePicture();
+    LivePicture(const LivePicture&) = delete;
+    LivePicture& operator=(const LivePicture&) = delete;
 
     // Replaces the record.
-    void show(std::shared_ptr<const StageRecord> record);
+    void show(std::shared_ptr<const LiveRecord> record);
 
     // A window or a picture that shows the frames. `target` is made with the device of the record.
     // An id that is used already is replaced.
@@ -41,7 +41,7 @@ class Stage {
     std::future<void> removeTarget(int id);
 
     // The last frame, at the size at which it was drawn. Absent without one.
-    std::future<std::optional<Picture>> picture();
+    std::future<std::optional<Picture>> snapshot();
 
   private:
     struct Shared;

@@ -5,7 +5,7 @@
 #include "TarnwickRender/FeedbackFrames.h"
 #include "TarnwickRender/ProgramFrames.h"
 #include "TarnwickRender/SoundTap.h"
-#include "player/Stage/StageRecord.h"
+#include "player/Drawing/LiveRecord.h"
 
 #include <cstdint>
 #include <memory>
@@ -15,7 +15,7 @@ namespace tarnwick::player {
 
 struct SceneMoment {
     double time = 0;                             // seconds of the episode
-    std::optional<std::array<float, 2>> mouse{}; // as in StageRecord
+    std::optional<std::array<float, 2>> mouse{}; // as in LiveRecord
     std::shared_ptr<const Settings> settings;    // never null
     bool isPlaying = false;                      // a frame or step that is late may be skipped
 };
@@ -35,7 +35,7 @@ class Scene {
 
     // Computes a part of the state that a frame needs, such as the steps of particles after a seek.
     // Returns the progress, or nothing when the frame can be drawn. Blocks for a part of a second.
-    std::optional<StageNews::Warming> warm(const SceneMoment& moment, gpu::CommandQueue& queue);
+    std::optional<LiveNews::Warming> warm(const SceneMoment& moment, gpu::CommandQueue& queue);
 
     // Encodes the frame. The caller commits and waits, then calls finish(). Nothing if the device
     // fails.
@@ -51,9 +51,9 @@ class Scene {
           const PixelSize& size);
     FrameMoment frameMoment(const SceneMoment& moment) const;
     ShaderInputs inputs(double time, const ParamValues& values);
-    std::optional<StageNews::Warming> warmSimulation(const SceneMoment& moment,
+    std::optional<LiveNews::Warming> warmSimulation(const SceneMoment& moment,
                                                      gpu::CommandQueue& queue);
-    std::optional<StageNews::Warming> warmFeedback(const SceneMoment& moment,
+    std::optional<LiveNews::Warming> warmFeedback(const SceneMoment& moment,
                                                    gpu::CommandQueue& queue);
 
     std::shared_ptr<gpu::Device> device_; // outlives the frames

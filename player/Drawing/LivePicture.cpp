@@ -1,7 +1,7 @@
-#include "player/Stage/Stage.h"
+#include "player/Drawing/LivePicture.h"
 
-#include "player/Stage/Drawing.h"
-#include "player/Stage/StageMail.h"
+#include "player/Drawing/Drawing.h"
+#include "player/Drawing/LiveMail.h"
 
 #include <chrono>
 #include <thread>
@@ -14,11 +14,11 @@ constexpr std::chrono::seconds longestEnd{1};
 
 } // namespace
 
-struct Stage::Shared {
-    StageMail mail;
+struct LivePicture::Shared {
+    LiveMail mail;
 };
 
-Stage::Stage(Listener listener) : shared_(std::make_shared<Shared>()) {
+LivePicture::LivePicture(Listener listener) : shared_(std::make_shared<Shared>()) {
     std::packaged_task<void()> task([shared = shared_, listener = std::move(listener)] {
         Drawing(shared->mail, listener).run();
     });
@@ -26,30 +26,30 @@ Stage::Stage(Listener listener) : shared_(std::make_shared<Shared>()) {
     std::thread(std::move(task)).detach();
 }
 
-Stage::~Stage() {
+LivePicture::~LivePicture() {
     shared_->mail.end();
     ended_.wait_for(longestEnd);
 }
 
-void Stage::show(std::shared_ptr<const StageRecord> record) {
+void LivePicture::show(std::shared_ptr<const LiveRecord> record) {
     shared_->mail.show(std::move(record));
 }
 
-void Stage::addTarget(int id, std::unique_ptr<FrameTarget> target, const PixelSize& size) {
+void LivePicture::addTarget(int id, std::unique_ptr<FrameTarget> target, const PixelSize& size) {
     shared_->mail.ask(
         [id, size, moved = std::make_shared<std::unique_ptr<FrameTarget>>(std::move(target))](
             Drawing& drawing) { drawing.addTarget(id, std::move(*moved), size); });
 }
 
-void Stage::resizeTarget(int id, const PixelSize& size) {
+void LivePicture::resizeTarget(int id, const PixelSize& size) {
     shared_->mail.ask([id, size](Drawing& drawing) { drawing.resizeTarget(id, size); });
 }
 
-void Stage::exposeTarget(int id) {
+void LivePicture::exposeTarget(int id) {
     shared_->mail.ask([id](Drawing& drawing) { drawing.exposeTarget(id); });
 }
 
-std::future<void> Stage::removeTarget(int id) {
+std::future<void> LivePicture::removeTarget(int id) {
     auto done = std::make_shared<std::promise<void>>();
     auto future = done->get_future();
     shared_->mail.ask([id, done](Drawing& drawing) {
@@ -59,7 +59,7 @@ std::future<void> Stage::removeTarget(int id) {
     return future;
 }
 
-std::future<std::optional<Picture>> Stage::picture() {
+std::future<std::optional<Picture>> LivePicture::snapshot() {
     auto done = std::make_shared<std::promise<std::optional<Picture>>>();
     auto future = done->get_future();
     shared_->mail.ask([done](Drawing& drawing) { done->set_value(drawing.picture()); });

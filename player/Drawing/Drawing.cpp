@@ -1,4 +1,4 @@
-#include "player/Stage/Drawing.h"
+#include "player/Drawing/Drawing.h"
 
 #include "TarnwickPlatform/Dispatch/HostClock.h"
 #include "TarnwickRender/TexturePicture.h"
@@ -21,18 +21,18 @@ std::uint32_t divided(std::uint32_t side, int divisor) {
 
 } // namespace
 
-Drawing::Drawing(StageMail& mail, Listener listener)
+Drawing::Drawing(LiveMail& mail, Listener listener)
     : mail_(mail), listener_(std::move(listener)) {}
 
 void Drawing::run() {
     double wait = idle;
     while (true) {
-        StageMail::Delivery delivery = mail_.take(wait);
+        LiveMail::Delivery delivery = mail_.take(wait);
         if (delivery.isEnd)
             return;
         record_ = std::move(delivery.record);
         useDevice();
-        for (const StageMail::Request& request : delivery.requests)
+        for (const LiveMail::Request& request : delivery.requests)
             request(*this);
         wait = step();
     }

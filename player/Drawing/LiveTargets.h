@@ -11,7 +11,7 @@
 namespace tarnwick::player {
 
 // One thread at a time.
-class StageTargets {
+class LiveTargets {
   public:
     // Drops all targets, which belong to another device. Throws as OverlayQuad does.
     void use(gpu::Device& device);

@@ -1,4 +1,4 @@
-#include "player/Stage/StageTargets.h"
+#include "player/Drawing/LiveTargets.h"
 
 #include <algorithm>
 
@@ -19,18 +19,18 @@ gpu::Viewport fitted(const gpu::Texture& picture, const gpu::Texture& target) {
 
 } // namespace
 
-void StageTargets::use(gpu::Device& device) {
+void LiveTargets::use(gpu::Device& device) {
     targets_.clear();
     copy_.reset();
     copy_ = std::make_unique<OverlayQuad>(device, gpu::PixelFormat::bgra8Unorm);
 }
 
-void StageTargets::add(int id, std::unique_ptr<FrameTarget> target, const PixelSize& size) {
+void LiveTargets::add(int id, std::unique_ptr<FrameTarget> target, const PixelSize& size) {
     target->resize(size);
     targets_.insert_or_assign(id, Target{std::move(target), size});
 }
 
-void StageTargets::resize(int id, const PixelSize& size) {
+void LiveTargets::resize(int id, const PixelSize& size) {
     const auto found = targets_.find(id);
     if (found == targets_.end() || found->second.size == size)
         return;
@@ -39,21 +39,21 @@ void StageTargets::resize(int id, const PixelSize& size) {
     found->second.isStale = true;
 }
 
-void StageTargets::expose(int id) {
+void LiveTargets::expose(int id) {
     if (const auto found = targets_.find(id); found != targets_.end())
         found->second.isStale = true;
 }
 
-bool StageTargets::areStale() const {
+bool LiveTargets::areStale() const {
     return std::ranges::any_of(targets_, [](const auto& entry) { return entry.second.isStale; });
 }
 
-void StageTargets::present(const gpu::Texture& picture, gpu::CommandQueue& queue) {
+void LiveTargets::present(const gpu::Texture& picture, gpu::CommandQueue& queue) {
     for (auto& [id, target] : targets_)
         present(target, picture, queue);
 }
 
-void StageTargets::present(Target& target, const gpu::Texture& picture,
+void LiveTargets::present(Target& target, const gpu::Texture& picture,
                            gpu::CommandQueue& queue) const {
     target.isStale = false;
     const gpu::Texture* texture = target.target->nextTexture();

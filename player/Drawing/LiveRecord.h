@@ -17,7 +17,7 @@ namespace tarnwick::player {
 
 // Constant once it is published. Shared between the thread that publishes it and the drawing
 // thread.
-struct StageRecord {
+struct LiveRecord {
     std::shared_ptr<gpu::Device> device;          // null: nothing is drawn
     std::shared_ptr<const ShaderProgram> program; // of `device`; null: nothing is drawn
     std::uint64_t revision = 0;                   // of the text that the program is of
@@ -29,7 +29,7 @@ struct StageRecord {
 };
 
 // The state of the drawing thread after a frame, or instead of one.
-struct StageNews {
+struct LiveNews {
     std::uint64_t revision = 0; // of the program that is shown; 0: none
     double time = 0;            // seconds of the episode, of the frame shown
     PixelSize picture{};        // pixels drawn
