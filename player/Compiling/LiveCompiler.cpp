@@ -6,7 +6,6 @@
 #include <condition_variable>
 #include <future>
 #include <mutex>
-#include <thread>
 #include <utility>
 
 namespace tarnwick::player {
@@ -54,7 +53,7 @@ void LiveCompiler::Shared::run() {
 LiveCompiler::LiveCompiler(std::function<void(CompileResult)> done)
     : shared_(std::make_shared<Shared>()) {
     shared_->done = std::move(done);
-    std::thread([shared = shared_] { shared->run(); }).detach();
+    thread_ = std::thread([shared = shared_] { shared->run(); });
 }
 
 LiveCompiler::~LiveCompiler() {
@@ -67,7 +66,10 @@ LiveCompiler::~LiveCompiler() {
         shared_->done = nullptr;
     }
     shared_->changed.notify_one();
-    shared_->ended.get_future().wait_for(longestEnd);
+    if (shared_->ended.get_future().wait_for(longestEnd) == std::future_status::ready)
+        thread_.join();
+    else
+        thread_.detach();
 }
 
 void LiveCompiler::compile(CompileRequest request) {

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace tarnwick::player {
@@ -50,6 +51,7 @@ class LiveCompiler {
     struct Shared;
 
     std::shared_ptr<Shared> shared_; // shared with the thread, which may be left behind
+    std::thread thread_;
 };
 
 // Compiles one request. Blocks; any thread.

@@ -21,8 +21,7 @@ std::uint32_t divided(std::uint32_t side, int divisor) {
 
 } // namespace
 
-Drawing::Drawing(LiveMail& mail, Listener listener)
-    : mail_(mail), listener_(std::move(listener)) {}
+Drawing::Drawing(LiveMail& mail, Listener listener) : mail_(mail), listener_(std::move(listener)) {}
 
 void Drawing::run() {
     double wait = idle;

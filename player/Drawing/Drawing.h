@@ -5,10 +5,10 @@
 #include "TarnwickPlatform/Pictures/Picture.h"
 #include "TarnwickRender/Targets/FrameClock.h"
 #include "TarnwickRender/Targets/FrameTimes.h"
-#include "player/Drawing/PreviewScale.h"
-#include "player/Drawing/Scene.h"
 #include "player/Drawing/LiveMail.h"
 #include "player/Drawing/LiveTargets.h"
+#include "player/Drawing/PreviewScale.h"
+#include "player/Drawing/Scene.h"
 
 #include <deque>
 #include <functional>
@@ -56,7 +56,7 @@ class Drawing {
     Listener listener_;
     std::shared_ptr<const LiveRecord> record_; // the newest
     std::shared_ptr<const LiveRecord> drawn_;  // of the last frame
-    std::shared_ptr<gpu::Device> device_;       // of the queue, the scenes and the targets
+    std::shared_ptr<gpu::Device> device_;      // of the queue, the scenes and the targets
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<Scene> scene_; // whose pictures are shown
     std::unique_ptr<Scene> next_;  // in preparation

@@ -20,7 +20,7 @@ class LiveMail {
 
     struct Delivery {
         std::shared_ptr<const LiveRecord> record; // the newest; null before the first
-        std::vector<Request> requests;             // in order
+        std::vector<Request> requests;            // in order
         bool isEnd = false;
     };
 

@@ -4,7 +4,7 @@
 #include "player/Drawing/LiveMail.h"
 
 #include <chrono>
-#include <thread>
+#include <mutex>
 #include <utility>
 
 namespace tarnwick::player {
@@ -16,19 +16,35 @@ constexpr std::chrono::seconds longestEnd{1};
 
 struct LivePicture::Shared {
     LiveMail mail;
+    std::mutex calling; // held during a call of the listener
+    Listener listener;  // empty once the owner is gone
+
+    void tell(const LiveNews& news) {
+        const std::lock_guard call(calling);
+        if (listener)
+            listener(news);
+    }
 };
 
 LivePicture::LivePicture(Listener listener) : shared_(std::make_shared<Shared>()) {
-    std::packaged_task<void()> task([shared = shared_, listener = std::move(listener)] {
-        Drawing(shared->mail, listener).run();
+    shared_->listener = std::move(listener);
+    std::packaged_task<void()> task([shared = shared_] {
+        Drawing(shared->mail, [&](const LiveNews& news) { shared->tell(news); }).run();
     });
     ended_ = task.get_future();
-    std::thread(std::move(task)).detach();
+    thread_ = std::thread(std::move(task));
 }
 
 LivePicture::~LivePicture() {
     shared_->mail.end();
-    ended_.wait_for(longestEnd);
+    {
+        const std::lock_guard call(shared_->calling);
+        shared_->listener = nullptr;
+    }
+    if (ended_.wait_for(longestEnd) == std::future_status::ready)
+        thread_.join();
+    else
+        thread_.detach();
 }
 
 void LivePicture::show(std::shared_ptr<const LiveRecord> record) {

@@ -9,6 +9,7 @@
 #include <future>
 #include <memory>
 #include <optional>
+#include <thread>
 
 namespace tarnwick::player {
 
@@ -48,6 +49,7 @@ class LivePicture {
 
     std::shared_ptr<Shared> shared_; // shared with the thread, which may be left behind
     std::future<void> ended_;
+    std::thread thread_;
 };
 
 } // namespace tarnwick::player

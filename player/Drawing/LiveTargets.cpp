@@ -54,7 +54,7 @@ void LiveTargets::present(const gpu::Texture& picture, gpu::CommandQueue& queue)
 }
 
 void LiveTargets::present(Target& target, const gpu::Texture& picture,
-                           gpu::CommandQueue& queue) const {
+                          gpu::CommandQueue& queue) const {
     target.isStale = false;
     const gpu::Texture* texture = target.target->nextTexture();
     auto commands = texture != nullptr ? queue.commandBuffer() : std::nullopt;

@@ -50,7 +50,7 @@ std::optional<LiveNews::Warming> Scene::warm(const SceneMoment& moment, gpu::Com
 
 // A simulation ahead of the time starts again.
 std::optional<LiveNews::Warming> Scene::warmSimulation(const SceneMoment& moment,
-                                                        gpu::CommandQueue& queue) {
+                                                       gpu::CommandQueue& queue) {
     const std::int64_t goal = ParticleSimulation::steps(moment.time);
     const std::int64_t step = frames_->simulation()->step();
     if (step <= goal && goal - step <= longestLag)
@@ -67,7 +67,7 @@ std::optional<LiveNews::Warming> Scene::warmSimulation(const SceneMoment& moment
 
 // Draws the frames before the one of the moment, from the first one on.
 std::optional<LiveNews::Warming> Scene::warmFeedback(const SceneMoment& moment,
-                                                      gpu::CommandQueue& queue) {
+                                                     gpu::CommandQueue& queue) {
     const std::int64_t goal = Transport::frameOf(moment.time);
     const std::int64_t late = moment.isPlaying ? longestLag : 1; // frames
     if (frame_ >= 0 && frame_ <= goal && goal - frame_ <= late)

@@ -52,9 +52,9 @@ class Scene {
     FrameMoment frameMoment(const SceneMoment& moment) const;
     ShaderInputs inputs(double time, const ParamValues& values);
     std::optional<LiveNews::Warming> warmSimulation(const SceneMoment& moment,
-                                                     gpu::CommandQueue& queue);
+                                                    gpu::CommandQueue& queue);
     std::optional<LiveNews::Warming> warmFeedback(const SceneMoment& moment,
-                                                   gpu::CommandQueue& queue);
+                                                  gpu::CommandQueue& queue);
 
     std::shared_ptr<gpu::Device> device_; // outlives the frames
     std::shared_ptr<const ShaderProgram> program_;

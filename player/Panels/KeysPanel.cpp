@@ -7,7 +7,6 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QScrollBar>
-
 #include <algorithm>
 #include <cmath>
 
@@ -83,8 +82,8 @@ const KeyframeTracks& KeysPanel::keys() const {
 
 double KeysPanel::length() const {
     const Document& document = document_->document();
-    return std::max({document.episode()->length().value_or(usualLength), keys().lastTime() * 1.05,
-                     1.0});
+    return std::max(
+        {document.episode()->length().value_or(usualLength), keys().lastTime() * 1.05, 1.0});
 }
 
 int KeysPanel::xOf(double time) const {
@@ -207,8 +206,8 @@ void KeysPanel::paintCurve(QPainter& painter) const {
         return;
     const ParamDecl& param = params()[row_];
     const auto yOfValue = [&](float value) {
-        const double share = (static_cast<double>(value) - param.min) /
-                             (static_cast<double>(param.max) - param.min);
+        const double share =
+            (static_cast<double>(value) - param.min) / (static_cast<double>(param.max) - param.min);
         return area.bottom() - 8 - std::clamp(share, 0.0, 1.0) * (area.height() - 16);
     };
     QPainterPath path;

@@ -5,15 +5,14 @@
 #include "player/App/Player.h"
 
 #include <QAbstractScrollArea>
-
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace tarnwick::player {
 
-// A double click adds a key; dragging moves the chosen keys; the menu sets the ease. The arrow keys,
-// Insert, Delete, Ctrl+C and Ctrl+V do the same without a mouse.
+// A double click adds a key; dragging moves the chosen keys; the menu sets the ease. The arrow
+// keys, Insert, Delete, Ctrl+C and Ctrl+V do the same without a mouse.
 class KeysPanel : public QAbstractScrollArea {
     Q_OBJECT
 
@@ -67,7 +66,7 @@ class KeysPanel : public QAbstractScrollArea {
 
     Player& player_;
     OpenDocument* document_ = nullptr;
-    std::size_t row_ = 0;        // the parameter whose curve is shown
+    std::size_t row_ = 0; // the parameter whose curve is shown
     std::vector<Chosen> chosen_;
     struct Drag {
         double from = 0; // seconds, where it began

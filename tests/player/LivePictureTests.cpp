@@ -36,12 +36,12 @@ class LivePictureTest : public testing::Test {
               const Transport& transport, std::optional<int> divisor = 1) {
         live.show(std::make_shared<const LiveRecord>(
             LiveRecord{.device = device,
-                        .program = shown,
-                        .revision = revision,
-                        .transport = transport,
-                        .settings = std::make_shared<const Settings>(),
-                        .size = size,
-                        .divisor = divisor}));
+                       .program = shown,
+                       .revision = revision,
+                       .transport = transport,
+                       .settings = std::make_shared<const Settings>(),
+                       .size = size,
+                       .divisor = divisor}));
     }
 
     // The first news for which `holds`; fails after half a minute.
