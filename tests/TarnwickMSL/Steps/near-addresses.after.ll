@@ -23,9 +23,9 @@ small:                                            ; preds = %entry
   %3 = sub i32 %choice, 1
   %4 = udiv i32 %3, 2
   %5 = mul i32 %4, 2
-  %6 = add i32 %5, 1
-  %word = getelementptr i32, ptr %halves, i32 %6
-  store i32 2, ptr %word, align 4
+  %6 = getelementptr i32, ptr %halves, i32 1
+  %7 = getelementptr i32, ptr %6, i32 %5
+  store i32 2, ptr %7, align 4
   br label %end
 
 end:                                              ; preds = %small, %entry

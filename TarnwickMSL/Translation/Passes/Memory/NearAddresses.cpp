@@ -85,21 +85,28 @@ static SmallVector<std::int64_t, 4> choicesOf(Value* value) {
     return choices;
 }
 
-// Writes a choice of 11 or 17 as `11 + (choice - 11) / 6 * 6`.
-static Value* choiceAsProduct(Value* choice, IRBuilder<>& builder) {
+// Writes a choice of 11 or 17 as `(choice - 11) / 6 * 6` after a step of 11, which shows the member
+// that the elements are in. LLVM would fold a sum.
+static void showChoice(GetElementPtrInst& step, IRBuilder<>& builder) {
+    Value* choice = step.getOperand(1);
     const SmallVector<std::int64_t, 4> choices = choicesOf(choice);
     if (choices.size() < 2)
-        return choice;
+        return;
     const std::int64_t least = *llvm::min_element(choices);
-    std::int64_t step = 0;
+    std::int64_t size = 0;
     for (std::int64_t one : choices)
-        step = std::gcd(step, one - least);
-    if (step < 2)
-        return choice;
+        size = std::gcd(size, one - least);
     Type* type = choice->getType();
-    Constant *first = ConstantInt::getSigned(type, least), *size = ConstantInt::get(type, step);
-    Value* count = builder.CreateUDiv(builder.CreateSub(choice, first), size);
-    return builder.CreateAdd(builder.CreateMul(count, size), first);
+    if (least != 0) {
+        Constant* first = ConstantInt::getSigned(type, least);
+        step.setOperand(
+            0, builder.CreateGEP(step.getSourceElementType(), step.getPointerOperand(), first));
+        choice = builder.CreateSub(choice, first);
+    }
+    if (size > 1)
+        choice = builder.CreateMul(builder.CreateUDiv(choice, ConstantInt::get(type, size)),
+                                   ConstantInt::get(type, size));
+    step.setOperand(1, choice);
 }
 
 namespace {
@@ -254,8 +261,9 @@ static void showSteps(Function& main, SmallVectorImpl<WeakTrackingVH>& old) {
             continue;
         IRBuilder<> builder(step);
         const bool isBytes = step->getSourceElementType()->isIntegerTy(8);
-        Value* shown = choiceAsProduct(index, builder);
-        step->setOperand(1, isBytes ? asProduct(shown, builder) : shown);
+        if (isBytes)
+            step->setOperand(1, asProduct(index, builder));
+        showChoice(*step, builder);
         old.push_back(index);
     }
 }
