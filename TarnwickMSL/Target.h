@@ -23,6 +23,11 @@ struct Target {
     // with such functions is refused.
     bool hasMeshFunctions = true;
 
+    // The driver may compile a program anew for each draw, with the values of its uniform buffers
+    // as constants, as Mesa's CPU driver does. So conditions on these values alone are hidden from
+    // it. On other devices this only makes such branches a little slower.
+    bool specialisesUniforms = true;
+
     bool operator==(const Target&) const = default;
 };
 

@@ -140,6 +140,7 @@ void fields(Record& r, Bytes& bytes) {
     bytes(r.limitMilliseconds), bytes(r.target.addsFloatsInBuffers);
     bytes(r.target.followsAddresses), bytes(r.target.hasMeshFunctions);
     bytes(r.target.ordersFragments), bytes(r.target.keepsLogs), bytes(r.moreWarningsIn);
+    bytes(r.target.specialisesUniforms);
     bytes(r.source), bytes(r.constants.values), bytes(r.constants.othersAreUndefined);
 }
 

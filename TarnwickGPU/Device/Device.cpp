@@ -82,7 +82,8 @@ msl::Target Device::compilerTarget() const {
     return {.addsFloatsInBuffers = state_->record.features.addsFloatsInBuffers,
             .ordersFragments = state_->record.features.ordersFragments,
             .keepsLogs = state_->instance->layerUse.printsLogs,
-            .hasMeshFunctions = false}; // the layer has no pipelines of them
+            .hasMeshFunctions = false, // the layer has no pipelines of them
+            .specialisesUniforms = info().isCPU};
 }
 
 std::unique_ptr<Library> Device::newLibrary(std::string_view source,

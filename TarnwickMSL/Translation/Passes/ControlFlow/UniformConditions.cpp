@@ -98,7 +98,9 @@ static Value* never(ShaderModule& shader) {
     return isPixel ? builder.CreateFCmpOLT(x, zero) : builder.CreateICmpSLT(x, zero);
 }
 
-void hideUniformConditions(ShaderModule& shader) {
+void hideUniformConditions(ShaderModule& shader, const Target& target) {
+    if (!target.specialisesUniforms)
+        return;
     if (shader.stage != Stage::fragment && shader.stage != Stage::kernel)
         return;
     Sources sources(shader);
