@@ -3,19 +3,23 @@
 #include "TarnwickCore/Episode/ShaderTemplate.h"
 #include "TarnwickPlatform/Pictures/PNG.h"
 #include "player/Editor/EpisodeEditor.h"
+#include "player/Editor/FindBar.h"
 #include "player/Panels/KeysPanel.h"
 #include "player/Panels/ParametersPanel.h"
 #include "player/Panels/ProblemsPanel.h"
 #include "player/Panels/TransportBar.h"
+#include "player/Window/OutputWindow.h"
 #include "player/Window/PictureView.h"
 
 #include <QAction>
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileDialog>
+#include <QGuiApplication>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTabWidget>
@@ -27,6 +31,7 @@ namespace tarnwick::player {
 namespace {
 
 constexpr int mainTarget = 1;   // the number of the picture in this window
+constexpr int outputTarget = 2; // of the one on a whole display
 constexpr int settleTime = 150; // milliseconds after a change of the picture's size
 constexpr std::chrono::seconds longestSnapshot{5};
 
@@ -53,7 +58,14 @@ MainWindow::MainWindow(Player& player) : player_(player) {
     column->addWidget(picture_, 1);
     column->addWidget(transport_);
     auto* split = new QSplitter(Qt::Horizontal);
-    split->addWidget(tabs_);
+    find_ = new FindBar;
+    auto* left = new QWidget;
+    auto* texts = new QVBoxLayout(left);
+    texts->setContentsMargins(0, 0, 0, 0);
+    texts->setSpacing(0);
+    texts->addWidget(tabs_, 1);
+    texts->addWidget(find_);
+    split->addWidget(left);
     split->addWidget(right);
     split->setStretchFactor(0, 1);
     split->setStretchFactor(1, 1);
@@ -73,6 +85,7 @@ MainWindow::MainWindow(Player& player) : player_(player) {
     connect(&player_, &Player::activeChanged, this, [this] {
         if (EpisodeEditor* shown = editor())
             tabs_->setCurrentWidget(shown);
+        find_->setEditor(editor());
         showState();
     });
     connect(tabs_, &QTabWidget::currentChanged, this,
@@ -138,6 +151,12 @@ void MainWindow::makeMenus() {
                 (shown->*run)();
         };
     };
+    action(edit, tr("&Find and replace"), QKeySequence::Find, [this] { find_->find(); });
+    action(edit, tr("Find &next"), QKeySequence::FindNext, [this] { find_->findNext(); });
+    action(edit, tr("Find &previous"), QKeySequence::FindPrevious,
+           [this] { find_->findPrevious(); });
+    action(edit, tr("&Go to line"), QKeySequence(tr("Ctrl+G")), [this] { find_->goToLine(); });
+    edit->addSeparator();
     action(edit, tr("&Toggle comment"), QKeySequence(tr("Ctrl+/")),
            onEditor(&EpisodeEditor::toggleComments));
     action(edit, tr("Undo &setting"), QKeySequence(tr("Ctrl+Alt+Z")), [this] {
@@ -164,6 +183,14 @@ void MainWindow::makeMenus() {
     connect(figures, &QAction::toggled, this, [this](bool isOn) {
         showsFigures_ = isOn;
         showState();
+    });
+    action(view, tr("Full screen &output"), QKeySequence(Qt::Key_F11),
+           [this] { toggleOutput(screen()); });
+    QMenu* displays = view->addMenu(tr("Output on &display"));
+    connect(displays, &QMenu::aboutToShow, this, [this, displays] {
+        displays->clear();
+        for (QScreen* one : QGuiApplication::screens())
+            displays->addAction(one->name(), this, [this, one] { toggleOutput(one); });
     });
     QMenu* scale = view->addMenu(tr("Preview &scale"));
     action(scale, tr("&Automatic"), {}, [this] { player_.setDivisor(std::nullopt); });
@@ -309,7 +336,23 @@ void MainWindow::tell(const QString& sentence) {
 
 // Takes over the size of the picture once it is not dragged any more.
 void MainWindow::fitPicture() {
-    player_.setPictureSize(picture_->pixels());
+    const PictureView& largest = output_ != nullptr ? output_->view() : *picture_;
+    player_.setPictureSize(largest.pixels());
+}
+
+void MainWindow::toggleOutput(QScreen* screen) {
+    if (output_ != nullptr) {
+        output_->close();
+        return;
+    }
+    output_ = new OutputWindow(player_, outputTarget, *screen);
+    output_->setAttribute(Qt::WA_DeleteOnClose);
+    connect(&output_->view(), &PictureView::resized, this, [this] { settle_.start(); });
+    connect(output_, &OutputWindow::closed, this, [this] {
+        output_ = nullptr;
+        settle_.start();
+    });
+    settle_.start();
 }
 
 void MainWindow::showState() {
@@ -370,6 +413,8 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         }
     for (const auto& [document, editor] : editors_)
         document->discardDraft();
+    if (output_ != nullptr)
+        output_->close();
     event->accept();
 }
 

@@ -11,6 +11,8 @@ class QTabWidget;
 namespace tarnwick::player {
 
 class EpisodeEditor;
+class FindBar;
+class OutputWindow;
 class PictureView;
 class TransportBar;
 
@@ -51,11 +53,15 @@ class MainWindow : public QMainWindow {
     void showState();
     void fitPicture();
     void takeSnapshot();
+    // Shows the picture alone on a display, or ends that.
+    void toggleOutput(class QScreen* screen);
 
     Player& player_;
     QTabWidget* tabs_;
+    FindBar* find_;
     PictureView* picture_;
     TransportBar* transport_;
+    OutputWindow* output_ = nullptr; // null while it is not shown
     std::map<OpenDocument*, EpisodeEditor*> editors_;
     QTimer settle_; // after the picture was resized
     bool showsFigures_ = false;

@@ -1,5 +1,6 @@
 // The player's window on Qt's platform without a screen.
 #include "player/Editor/EpisodeEditor.h"
+#include "player/Editor/FindBar.h"
 #include "player/Panels/ParametersPanel.h"
 #include "player/Panels/ProblemsPanel.h"
 #include "player/Window/MainWindow.h"
@@ -8,6 +9,8 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QSlider>
 #include <QTabWidget>
 #include <QTest>
@@ -83,6 +86,26 @@ TEST_F(Window, hasASliderForEachParameter) {
     EXPECT_TRUE(becomesTrue([&] { return color() == 0x4000FF; }));
     editor->append("// @param blue 0 0 1\n");
     EXPECT_TRUE(becomesTrue([&] { return panel->findChildren<QSlider*>().size() == 2; }));
+}
+
+TEST_F(Window, findsReplacesAndGoesToLines) {
+    auto* bar = window.findChild<FindBar*>();
+    const auto entries = bar->findChildren<QLineEdit*>();
+    entries[0]->setText("P.RED");
+    entries[1]->setText("0.5");
+    bar->findNext();
+    EXPECT_EQ(editor->selectedText(), "p.red");
+    for (QPushButton* button : bar->findChildren<QPushButton*>())
+        if (button->text() == "All")
+            button->click();
+    EXPECT_TRUE(editor->text().contains("float4(0.5, 0.0"));
+    editor->undo();
+    EXPECT_EQ(editor->text(), QString(text));
+    bar->goToLine();
+    QTest::keyClicks(entries[0], "3\r");
+    int line = 0, column = 0;
+    editor->getCursorPosition(&line, &column);
+    EXPECT_EQ(line, 2);
 }
 
 TEST_F(Window, hasATabForEachDocument) {
