@@ -31,8 +31,12 @@ bool recover(Player& player, MainWindow& window) {
         return false;
     const auto answer = QMessageBox::question(
         &window, QObject::tr("Unsaved work"),
-        QObject::tr("The player ended with unsaved changes in %1 episodes. Open them again?")
-            .arg(left.size()));
+        left.size() == 1
+            ? QObject::tr("The player ended with unsaved changes in %1. Open it again?")
+                  .arg(QString::fromStdString(left.front().draft.title))
+            : QObject::tr("The player ended with unsaved changes in %1 episodes. Open "
+                          "them again?")
+                  .arg(left.size()));
     for (const LeftDraft& one : left) {
         auto autosave = Autosave::takeOver(one.folder);
         if (answer == QMessageBox::Yes)
@@ -44,8 +48,6 @@ bool recover(Player& player, MainWindow& window) {
 }
 
 int play(const Arguments& arguments, int count, char** words) {
-    // Only the picture is a native child window.
-    QApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
     QApplication application(count, words);
     QApplication::setApplicationDisplayName(QStringLiteral("Tarnwick"));
     QApplication::setDesktopFileName(QStringLiteral("tarnwick-player"));

@@ -29,6 +29,7 @@ Player::Player() : device_(gpu::Device::systemDefault()) {
             document->lookAtFile();
     });
     watch_.start(watchInterval);
+    publish(); // the device, before windows add targets of it
 }
 
 // First the threads, whose calls use the rest.

@@ -55,15 +55,17 @@ void Drawing::useDevice() {
 }
 
 double Drawing::step() {
-    if (!record_ || !record_->program || !queue_)
+    if (!record_ || !queue_)
         return idle;
+    if (!record_->program || isStopped()) {
+        showAgain();
+        return idle;
+    }
     if (device_->isLost()) {
         if (!std::exchange(news_.isDeviceLost, true))
             say();
         return idle;
     }
-    if (isStopped())
-        return idle;
     stopped_.reset();
     scale_.fix(record_->divisor);
     if (!hasScene())
@@ -78,8 +80,7 @@ double Drawing::stepPlaying() {
     const bool isPaused = drawn_ == record_ && !record_->transport.isPlaying;
     const SceneMoment now = moment();
     if (isPaused && hasScene() && !scene_->isBehind(now)) {
-        if (targets_.areStale() && scene_->picture() != nullptr)
-            targets_.present(*scene_->picture(), *queue_);
+        showAgain();
         return idle;
     }
     const double wait = clock_.secondsUntilDue(currentMediaTime());
@@ -91,10 +92,16 @@ double Drawing::stepPlaying() {
     drawn_ = record_;
     if (!draw(*scene_, now))
         return isStopped() ? idle : shortWait;
-    targets_.present(*scene_->picture(), *queue_);
+    targets_.present(scene_->picture(), *queue_);
     countFrame(currentMediaTime());
     say();
     return 0;
+}
+
+// Shows the last frame, or black without one, on windows that were covered.
+void Drawing::showAgain() {
+    if (targets_.areStale() && !device_->isLost())
+        targets_.present(scene_ ? scene_->picture() : nullptr, *queue_);
 }
 
 void Drawing::stop(std::string failure) {

@@ -38,6 +38,7 @@ class Drawing {
     // Each returns the seconds until the next step, unless there is mail.
     double step();
     double stepPlaying();
+    void showAgain();
 
     void useDevice();
     void stop(std::string failure); // nothing is drawn until another program or size is wanted

@@ -32,7 +32,8 @@ class LivePicture {
     // Replaces the record.
     void show(std::shared_ptr<const LiveRecord> record);
 
-    // A window or a picture that shows the frames. `target` is made with the device of the record.
+    // A window or a picture that shows the frames. `target` is made with the device of a record
+    // that was shown before.
     // An id that is used already is replaced.
     void addTarget(int id, std::unique_ptr<FrameTarget> target, const PixelSize& size);
     void resizeTarget(int id, const PixelSize& size);

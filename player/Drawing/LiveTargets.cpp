@@ -48,12 +48,12 @@ bool LiveTargets::areStale() const {
     return std::ranges::any_of(targets_, [](const auto& entry) { return entry.second.isStale; });
 }
 
-void LiveTargets::present(const gpu::Texture& picture, gpu::CommandQueue& queue) {
+void LiveTargets::present(const gpu::Texture* picture, gpu::CommandQueue& queue) {
     for (auto& [id, target] : targets_)
         present(target, picture, queue);
 }
 
-void LiveTargets::present(Target& target, const gpu::Texture& picture,
+void LiveTargets::present(Target& target, const gpu::Texture* picture,
                           gpu::CommandQueue& queue) const {
     target.isStale = false;
     const gpu::Texture* texture = target.target->nextTexture();
@@ -63,8 +63,10 @@ void LiveTargets::present(Target& target, const gpu::Texture& picture,
                             : std::nullopt;
     if (!encoder)
         return;
-    encoder->setViewport(fitted(picture, *texture));
-    copy_->draw(*encoder, picture);
+    if (picture != nullptr) {
+        encoder->setViewport(fitted(*picture, *texture));
+        copy_->draw(*encoder, *picture);
+    }
     encoder->endEncoding();
     target.target->present(std::move(*commands));
     target.target->waitForRoom(longestWait); // CPU devices present a frame after it is drawn

@@ -24,7 +24,8 @@ class LiveTargets {
     // Whether a target must show the last frame again.
     bool areStale() const;
     // Shows a picture on each target, in the middle, at the largest size that fits.
-    void present(const gpu::Texture& picture, gpu::CommandQueue& queue);
+    // Null: shows black.
+    void present(const gpu::Texture* picture, gpu::CommandQueue& queue);
 
   private:
     struct Target {
@@ -32,7 +33,7 @@ class LiveTargets {
         PixelSize size;
         bool isStale = true;
     };
-    void present(Target& target, const gpu::Texture& picture, gpu::CommandQueue& queue) const;
+    void present(Target& target, const gpu::Texture* picture, gpu::CommandQueue& queue) const;
 
     std::map<int, Target> targets_;
     std::unique_ptr<OverlayQuad> copy_;

@@ -214,6 +214,7 @@ void MainWindow::addTab(OpenDocument* document) {
             [document, editor] { editor->setFindings(document->result()->findings); });
     for (auto change : {&OpenDocument::textChanged, &OpenDocument::settingsChanged})
         connect(document, change, this, [this, document] { showTitle(document); });
+    connect(document, &OpenDocument::resultChanged, this, &MainWindow::showState);
     connect(document, &OpenDocument::changedOutside, this,
             [this, document] { answerChangeOutside(document); });
     tabs_->addTab(editor, QString());

@@ -40,10 +40,13 @@ PictureView::PictureView(Player& player, int id, QWidget* parent)
     if (presentsVulkan() && player_.device() != nullptr) {
         instance_.setVkInstance(static_cast<VkInstance>(player_.device()->vulkanInstance()));
         if (instance_.create()) {
+            // Native, as are the labels over it: only siblings that are native have an order.
+            setAttribute(Qt::WA_NativeWindow);
             window_ = new PictureWindow;
             window_->setVulkanInstance(&instance_);
             window_->installEventFilter(this);
             container_ = QWidget::createWindowContainer(window_, this);
+            container_->setAttribute(Qt::WA_NativeWindow);
             container_->setFocusPolicy(Qt::NoFocus);
             connect(window_, &PictureWindow::exposed, this, [this] {
                 attach();
