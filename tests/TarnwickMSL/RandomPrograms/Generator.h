@@ -3,7 +3,7 @@
 //
 // What keeps a program honest:
 // - unsigned arithmetic wraps; ints stay below 2^24, floats are multiples of a power of two q below
-//   2^23 q, halves below 2^11 q, because each expression carries the bound of its value (of each
+//   2^23 q, halves below 2^10 q, because each expression carries the bound of its value (of each
 //   lane, where it has several) and is tamed before it could pass it;
 // - divisors are odd or constant, shifts are masked, indices are reduced, everything is
 // initialised;
@@ -53,7 +53,7 @@ std::vector<std::string> swizzlesOf(std::uint32_t lanes);
 
 // What a tamed value of the type is below.
 inline double tameBound(Type type) {
-    return type.isMatrix() ? 4 : type.kind == Kind::half_ ? 256 : 1024;
+    return type.isMatrix() ? 4 : type.kind == Kind::half_ ? 128 : 1024;
 }
 
 // Calls of the functions that a program has for its types: the value within tameBound(), within 4,

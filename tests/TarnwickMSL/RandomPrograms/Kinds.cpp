@@ -8,10 +8,12 @@ namespace tarnwick::trials {
 
 namespace {
 
-constexpr double exactHalfUnits = 1 << 11; // bound / quantum
+// bound / quantum. Half of what a half can hold: drivers may add in another order than the
+// program, `(a + c) - b` for `(a - b) + c`.
+constexpr double exactHalfUnits = 1 << 10;
 
 bool isExact(const Expression& value) {
-    return value.bound / value.quantum < exactHalfUnits;
+    return value.bound / value.quantum <= exactHalfUnits;
 }
 
 } // namespace
@@ -32,7 +34,7 @@ Expression Generator::halfExpression(Type type, int depth) {
     if (choice < 4) {
         const Expression sum{"(" + a.text + (chance(50) ? " + " : " - ") + b.text + ")",
                              a.bound + b.bound, std::min(a.quantum, b.quantum)};
-        return isExact(sum) ? sum : within(a, type, 256);
+        return isExact(sum) ? sum : within(a, type, tameBound(type));
     }
     const Expression left = small(a, type), right = small(b, other);
     const Expression product{"(" + left.text + " * " + right.text + ")", left.bound * right.bound,

@@ -89,7 +89,7 @@ void addFunctions(std::vector<Piece>& pieces, Type type) {
     if (type.kind == Kind::signed_)
         pieces.push_back({"tame_" + name, function(name, "tame", type, "return v % 1000;")});
     if (type.kind == Kind::float_ || isHalf) {
-        const std::string large = isHalf ? remainder(type, "256.0f", "0.00390625f")
+        const std::string large = isHalf ? remainder(type, "128.0f", "0.0078125f")
                                          : remainder(type, "1024.0f", "0.0009765625f");
         pieces.push_back({"tame_" + name, function(name, "tame", type, large + ";")});
         const std::string four = isHalf ? " - half(4.0f);" : " - 4.0f;";
