@@ -2,6 +2,8 @@
 
 #include "TarnwickMSL/Translation/TranslationError.h"
 
+#include <llvm/Analysis/ConstantFolding.h>
+
 #include <string>
 
 namespace tarnwick::msl::spirv {
@@ -179,6 +181,10 @@ Id Constants::declare(const Constant* constant) {
         return scalar(type, number->getValueAPF().bitcastToAPInt());
     if (constant->isNullValue() || isa<UndefValue>(constant))
         return module_.declare(spv::Op::OpConstantNull, types_.of(type), {});
+    // LLVM's passes leave some conversions of constant vectors.
+    const Constant* folded = ConstantFoldConstant(constant, types_.dataLayout());
+    if (folded && folded != constant)
+        return of(folded);
     if (isa<ConstantExpr, GlobalValue>(constant))
         throw TranslationError("Converting a pointer to an integer is not supported.");
     unsigned count = 0;
