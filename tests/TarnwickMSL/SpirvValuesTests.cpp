@@ -207,4 +207,24 @@ TEST_F(Values, ofEveryTypePassThroughLocalMemory) {
     }
 }
 
+// LLVM's expansion of an induction writes the offset of a member after the index into it.
+TEST_F(Values, areOfTheMemberWhoseOffsetIsBehindTheIndex) {
+    const Words results = run(R"(define void @main() {
+  %local = alloca { <2 x i16>, [2 x <2 x i32>] }
+  %x = load i32, ptr @buffer.1
+  %index = and i32 %x, 1
+  %bytes = shl i32 %index, 3
+  %far = getelementptr i8, ptr %local, i32 %bytes
+  %lane = getelementptr i8, ptr %far, i32 12
+  store i32 5, ptr %lane
+  %second = getelementptr i8, ptr %local, i32 20
+  %b = load i32, ptr %second
+  store i32 %b, ptr @buffer.0
+  ret void
+}
+)",
+                              "i32", InterfaceKind::storageBuffer, {1}, 1);
+    EXPECT_EQ(results, Words{5});
+}
+
 } // namespace tarnwick::msl

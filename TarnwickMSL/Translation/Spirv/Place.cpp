@@ -2,11 +2,14 @@
 
 #include "TarnwickMSL/Translation/TranslationError.h"
 
+#include <llvm/Analysis/ValueTracking.h>
 #include <llvm/IR/GetElementPtrTypeIterator.h>
 #include <llvm/IR/GlobalVariable.h>
 #include <llvm/IR/Instructions.h>
 #include <llvm/IR/Operator.h>
 #include <llvm/IR/PatternMatch.h>
+
+#include <algorithm>
 
 namespace tarnwick::msl::spirv {
 
@@ -72,6 +75,11 @@ Place placeOf(const Value* pointer, const DataLayout& layout) {
     Place place{.root = pointer, .offset = 0, .terms = {}};
     for (const GEPOperator* step : reverse(chain))
         addIndices(place, *step, layout);
+    if (isa<AllocaInst>(pointer) && all_of(place.terms, [&](const Term& term) {
+            return term.scale > 0 && computeKnownBits(term.index, layout).isNonNegative();
+        }))
+        for (Term& term : place.terms) // LLVM may have moved the member's offset behind the term
+            term.before = std::max(term.before, place.offset);
     return place;
 }
 

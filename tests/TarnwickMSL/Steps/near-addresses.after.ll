@@ -26,6 +26,12 @@ small:                                            ; preds = %entry
   %6 = getelementptr i32, ptr %halves, i32 1
   %7 = getelementptr i32, ptr %6, i32 %5
   store i32 2, ptr %7, align 4
+  %four = and i32 %i, 4
+  %8 = ashr i32 %four, 2
+  %9 = shl i32 %8, 2
+  %10 = add i32 %9, 8
+  %late = getelementptr i8, ptr %halves, i32 %10
+  store i32 3, ptr %late, align 4
   br label %end
 
 end:                                              ; preds = %small, %entry

@@ -19,6 +19,10 @@ small:
   %choice = select i1 %isOdd, i32 3, i32 1
   %word = getelementptr i32, ptr %halves, i32 %choice
   store i32 2, ptr %word
+  %four = and i32 %i, 4
+  %bits = or disjoint i32 %four, 8
+  %late = getelementptr i8, ptr %halves, i32 %bits
+  store i32 3, ptr %late
   br label %end
 
 end:

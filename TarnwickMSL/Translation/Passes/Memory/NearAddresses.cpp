@@ -56,7 +56,7 @@ static Value* copiedSteps(Value* pointer, Instruction& before) {
 static Value* asProduct(Value* bytes, IRBuilder<>& builder) {
     Value *left = nullptr, *right = nullptr;
     const APInt* mask = nullptr;
-    if (match(bytes, m_Add(m_Value(left), m_Value(right)))) {
+    if (match(bytes, m_AddLike(m_Value(left), m_Value(right)))) {
         Value *first = asProduct(left, builder), *second = asProduct(right, builder);
         return first == left && second == right ? bytes : builder.CreateAdd(first, second);
     }
