@@ -249,6 +249,74 @@ static void splitMemberChoices(Function& main) {
                [&] { MemberChoice(*cast<GetElementPtrInst>(step), index, chosen).split(); });
 }
 
+// The strides in bytes, outer ones first, of the arrays of arrays at an offset in a type, down to
+// the elements of `size` bytes; `offset` becomes the one in the outermost array. None if there is
+// one array only, or something else than arrays between them.
+static SmallVector<std::int64_t, 4> nestedStrides(Type* type, std::int64_t& offset,
+                                                  std::int64_t size, const DataLayout& layout) {
+    SmallVector<std::int64_t, 4> strides;
+    for (std::int64_t inner = offset; !type->isVectorTy() && !type->isSingleValueType();) {
+        if (auto* record = dyn_cast<StructType>(type)) {
+            const bool isAlone = record->getNumElements() == 1;
+            const StructLayout& members = *layout.getStructLayout(record);
+            if ((!isAlone && !strides.empty()) || inner < 0 ||
+                inner >= static_cast<std::int64_t>(members.getSizeInBytes()))
+                return {};
+            const unsigned member =
+                members.getElementContainingOffset(static_cast<std::uint64_t>(inner));
+            inner -= static_cast<std::int64_t>(members.getElementOffset(member));
+            type = record->getElementType(member);
+            continue;
+        }
+        type = type->getArrayElementType();
+        if (strides.empty())
+            offset = inner;
+        strides.push_back(static_cast<std::int64_t>(layout.getTypeAllocSize(type)));
+        if (strides.back() == size)
+            break;
+        if (strides.back() < size || strides.back() % size != 0)
+            return {};
+        inner %= strides.back();
+    }
+    if (strides.size() < 2 || strides.back() != size || offset < 0 || offset % size != 0)
+        return {};
+    return strides;
+}
+
+// LLVM turns `i * 3 + (x ? 2 : 1)` into a choice of two sums, which counts the elements of all
+// arrays in an array. Each array gets its own index again.
+static void showArrays(GetElementPtrInst& step, IRBuilder<>& builder) {
+    Value* index = step.getOperand(1);
+    const DataLayout& layout = step.getDataLayout();
+    if (step.getNumIndices() != 1 || !isa<SelectInst, PHINode>(index))
+        return;
+    APInt before(layout.getIndexTypeSizeInBits(step.getType()), 0);
+    auto* variable = dyn_cast<AllocaInst>(
+        step.getPointerOperand()->stripAndAccumulateConstantOffsets(layout, before, true));
+    if (!variable)
+        return;
+    const auto size =
+        static_cast<std::int64_t>(layout.getTypeAllocSize(step.getSourceElementType()));
+    std::int64_t offset = before.getSExtValue();
+    const auto strides = nestedStrides(variable->getAllocatedType(), offset, size, layout);
+    if (strides.empty())
+        return;
+    const auto constant = [&](std::int64_t value) {
+        return ConstantInt::getSigned(index->getType(), value);
+    };
+    Type* byte = builder.getInt8Ty();
+    Value* pointer = builder.CreateGEP(byte, variable, constant(before.getSExtValue() - offset));
+    Value* rest = builder.CreateAdd(index, constant(offset / size));
+    for (std::int64_t stride : ArrayRef(strides).drop_back()) {
+        Constant* count = constant(stride / size);
+        pointer = builder.CreateGEP(ArrayType::get(byte, static_cast<std::uint64_t>(stride)),
+                                    pointer, builder.CreateUDiv(rest, count));
+        rest = builder.CreateURem(rest, count);
+    }
+    step.setOperand(0, pointer);
+    step.setOperand(1, rest);
+}
+
 // LLVM's passes write an index of a local array as a masked number of bytes, or as a choice of
 // offsets. Without the size of a step, the writer would make the array one of bytes, with many
 // accesses for one, or would find another member. The time of the packaged CPU driver grows with
@@ -264,6 +332,7 @@ static void showSteps(Function& main, SmallVectorImpl<WeakTrackingVH>& old) {
         if (isBytes)
             step->setOperand(1, asProduct(index, builder));
         showChoice(*step, builder);
+        showArrays(*step, builder);
         old.push_back(index);
     }
 }
