@@ -20,7 +20,7 @@ enum class WorkerFault {
 };
 
 // The path of the worker's program: the value of TARNWICK_MSL_WORKER, else a file beside this
-// process's program or in ../libexec from there. Empty if there is none.
+// process's program or in ../libexec from there. Empty if no such file exists.
 std::filesystem::path workerProgram();
 
 // Owns at most one child. One thread at a time.
@@ -32,7 +32,7 @@ class WorkerProcess {
     // Closes the connection; the child then ends by itself.
     ~WorkerProcess();
 
-    // Starts a child if there is none, without waiting for it; false if that fails.
+    // Starts a child unless one runs, without waiting for it; false if that fails.
     bool start();
     // Sends the request and waits for the answer. After a fault there is no child.
     std::variant<Compilation, WorkerFault> ask(const Request& request);

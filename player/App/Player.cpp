@@ -149,7 +149,9 @@ void Player::publish() {
         record->program = active_->program();
         record->revision = active_->programRevision();
         record->transport = active_->transport();
-        record->settings = std::make_shared<const Settings>(active_->document().settings());
+        const Settings& settings = active_->document().settings();
+        record->settings = std::make_shared<const Settings>(
+            record->program ? settings.fitted(record->program->params()) : settings);
     }
     picture_->show(std::move(record));
 }

@@ -59,6 +59,7 @@ PictureView::PictureView(Player& player, int id, QWidget* parent)
     figures_ = label(Qt::AlignRight | Qt::AlignTop);
     connect(&player_, &Player::deviceChanged, this, [this] {
         isAttached_ = false;
+        hasSurface_ = false; // the window's surface belongs to the instance of the lost device
         attach();
     });
 }
@@ -82,11 +83,12 @@ QLabel* PictureView::label(Qt::Alignment alignment) {
 void PictureView::attach() {
     gpu::Device* device = player_.device();
     const PixelSize size = pixels();
-    const bool isWaiting = window_ != nullptr && !window_->isExposed(); // it has no surface yet
+    const bool isWaiting =
+        window_ != nullptr && hasSurface_ && !window_->isExposed(); // it has no surface yet
     if (isAttached_ || isWaiting || device == nullptr || size.width < 1 || size.height < 1)
         return;
     std::unique_ptr<FrameTarget> target;
-    if (window_ != nullptr) {
+    if (window_ != nullptr && hasSurface_) {
         void* surface = QVulkanInstance::surfaceForWindow(window_);
         auto layer = surface != nullptr ? device->newLayer(surface) : nullptr;
         if (layer)

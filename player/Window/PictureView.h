@@ -58,6 +58,7 @@ class PictureView : public QWidget {
     QLabel* figures_;
     QImage image_; // the last frame, where frames are painted
     bool isAttached_ = false;
+    bool hasSurface_ = true; // the instance is that of the present device
 };
 
 } // namespace tarnwick::player

@@ -10,7 +10,7 @@ namespace tarnwick::msl::spirv {
 
 using namespace llvm;
 
-// The user's use of the memory at `pointer`; its type is null if there is none.
+// The user's use of the memory at `pointer`; its type is null if the user does not access it.
 static Use useBy(const User& user, const Value* pointer) {
     if (auto* load = dyn_cast<LoadInst>(&user))
         return {{}, load->getType(), false, load->isAtomic()};

@@ -19,7 +19,7 @@ Bytes withoutEmulationPrevention(ByteView bytes);
 // The reverse. A last zero byte also gets a 3 after it.
 Bytes withEmulationPrevention(ByteView payload);
 
-// The number of bits before the stop bit of rbsp_trailing_bits(); 0 if there is none.
+// The number of bits before the stop bit of rbsp_trailing_bits(); 0 without a stop bit.
 std::size_t bitsBeforeTrailing(ByteView payload);
 
 // Reads from the highest bit of the first byte on. Reading past the end gives zeros.

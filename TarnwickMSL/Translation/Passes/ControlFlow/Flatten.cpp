@@ -19,6 +19,8 @@
 // A condition that is the same for all invocations stays a branch, because a GPU skips the code.
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Flatten.h"
 
+#include "TarnwickMSL/Translation/Passes/Optimising/Weights.h"
+
 #include <llvm/ADT/SetVector.h>
 #include <llvm/Analysis/ValueTracking.h>
 #include <llvm/IR/IRBuilder.h>
@@ -69,18 +71,7 @@ static unsigned lanesOf(const Type& type) {
 static unsigned cost(const Instruction& instruction) {
     const unsigned lanes = lanesOf(*instruction.getType());
     auto* call = dyn_cast<IntrinsicInst>(&instruction);
-    switch (call ? call->getIntrinsicID() : Intrinsic::not_intrinsic) {
-    case Intrinsic::sin:
-    case Intrinsic::cos:
-    case Intrinsic::exp:
-    case Intrinsic::exp2:
-    case Intrinsic::log:
-    case Intrinsic::log2:
-    case Intrinsic::pow:
-        return 12 * lanes;
-    default:
-        return lanes;
-    }
+    return call && isTranscendental(*call->getCalledFunction()) ? 12 * lanes : lanes;
 }
 
 // The cost of code that may run where the program does not run it; phis are free.

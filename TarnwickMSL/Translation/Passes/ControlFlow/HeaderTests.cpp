@@ -63,7 +63,7 @@ static std::optional<CmpInst::Predicate> before(std::int64_t end, bool isRising,
     return isSigned ? CmpInst::ICMP_SGT : CmpInst::ICMP_UGT;
 }
 
-// The test on a phi with constant start and step that is false after so many rounds.
+// The test on a phi with constant start and step that is false after `rounds` rounds.
 static std::optional<HeaderTest> countingTest(Loop& loop, PHINode& phi, std::uint64_t rounds) {
     auto* start = dyn_cast<ConstantInt>(phi.getIncomingValueForBlock(loop.getLoopPredecessor()));
     const APInt* step = nullptr;

@@ -18,7 +18,7 @@ namespace tarnwick::msl {
 template <class Record> std::string recordLine(std::string_view word, const Record& record);
 
 // Sets the fields that the line has. Returns the first field of the line that the record does not
-// have, or whose value is invalid; nothing if there is none.
+// have, or whose value is invalid; nothing if all fields are valid.
 template <class Record>
 std::optional<std::string> readRecord(std::string_view line, Record& record);
 

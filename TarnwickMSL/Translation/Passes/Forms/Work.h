@@ -18,7 +18,7 @@ struct Work {
     Work(const Work&) = delete;
     Work& operator=(const Work&) = delete;
 
-    // The module that the next step works on: the shader's, or the program's while there is none.
+    // The module that the next step works on: the shader's; the program's before a shader is made.
     llvm::Module& module() const { return shader.module ? *shader.module : program; }
     llvm::Function& main() const { return *shader.main; }
     // For module(); made when a step first asks.

@@ -16,7 +16,7 @@ class ArgumentRecords {
 
     std::uint64_t stride() const { return stride_; } // bytes from one record to the next
 
-    // The member at the offset from the start of the buffer; null if there is none, or if the
+    // The member at the offset from the start of the buffer; null if no member is there, or if the
     // members of its record have no resources yet.
     const ArgumentMember* memberAt(std::int64_t offset) const;
     // The member of the first record that has the same place in its record.
