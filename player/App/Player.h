@@ -45,6 +45,9 @@ class Player : public QObject {
     void setDivisor(std::optional<int> divisor); // LiveRecord::divisor
     std::optional<int> divisor() const { return divisor_; }
 
+    // Shows one sentence to the user, who need not answer.
+    void tell(const QString& sentence) { emit told(sentence); }
+
     // Opens the device again after it was lost, and compiles all documents for it.
     void reopenDevice();
 
@@ -53,6 +56,7 @@ class Player : public QObject {
     void documentClosing(tarnwick::player::OpenDocument* document);
     void activeChanged();
     void newsArrived();
+    void told(const QString& sentence);
     void deviceChanged(); // targets of the old one are gone
 
   private:

@@ -1,18 +1,19 @@
 // The player's window.
 #pragma once
 
+#include "player/Actions/Actions.h"
 #include "player/App/Player.h"
 
 #include <QMainWindow>
-#include <map>
 
-class QTabWidget;
+class QDockWidget;
 
 namespace tarnwick::player {
 
-class EpisodeEditor;
-class FindBar;
-class OutputWindow;
+class DocumentTabs;
+class FileActions;
+class MessageBar;
+class PictureActions;
 class PictureView;
 class TransportBar;
 
@@ -32,39 +33,22 @@ class MainWindow : public QMainWindow {
     void dropEvent(QDropEvent* event) override;
 
   private:
+    QWidget* texts();
+    QWidget* pictures();
     void makeDocks();
-    void makeMenus();
-    QAction* action(class QMenu* menu, const QString& text, const QKeySequence& keys,
-                    const std::function<void()>& run);
-
-    void addTab(OpenDocument* document);
-    void removeTab(OpenDocument* document);
-    void showTitle(OpenDocument* document);
-    EpisodeEditor* editor() const; // of the active document; null without one
-    OpenDocument* documentOf(int tab) const;
-
-    void openByDialog();
-    bool save(OpenDocument* document);
-    bool saveAs(OpenDocument* document);
-    bool mayClose(OpenDocument* document);
-    void answerChangeOutside(OpenDocument* document);
-    void tell(const QString& sentence);
-
-    void showState();
-    void fitPicture();
-    void takeSnapshot();
-    // Shows the picture alone on a display, or ends that.
-    void toggleOutput(class QScreen* screen);
+    // Each part of the window that has actions of its own.
+    void makeFeatures();
+    QDockWidget* addDock(QWidget* content, const QString& title, const char* name,
+                         Qt::DockWidgetArea area);
 
     Player& player_;
-    QTabWidget* tabs_;
-    FindBar* find_;
+    Actions actions_;
+    DocumentTabs* tabs_;
+    MessageBar* messages_;
     PictureView* picture_;
     TransportBar* transport_;
-    OutputWindow* output_ = nullptr; // null while it is not shown
-    std::map<OpenDocument*, EpisodeEditor*> editors_;
-    QTimer settle_; // after the picture was resized
-    bool showsFigures_ = false;
+    FileActions* files_ = nullptr;
+    PictureActions* pictureActions_ = nullptr;
 };
 
 } // namespace tarnwick::player

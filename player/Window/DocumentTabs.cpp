@@ -1,0 +1,86 @@
+#include "player/Window/DocumentTabs.h"
+
+#include "player/Editor/EpisodeEditor.h"
+#include "player/Editor/FindBar.h"
+
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace tarnwick::player {
+
+DocumentTabs::DocumentTabs(Player& player, QWidget* parent) : QWidget(parent), player_(player) {
+    tabs_ = new QTabWidget;
+    tabs_->setDocumentMode(true);
+    tabs_->setTabsClosable(true);
+    tabs_->setMovable(true);
+    find_ = new FindBar;
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(tabs_, 1);
+    column->addWidget(find_);
+    connect(&player_, &Player::documentAdded, this, &DocumentTabs::addTab);
+    connect(&player_, &Player::documentClosing, this, &DocumentTabs::removeTab);
+    connect(&player_, &Player::activeChanged, this, &DocumentTabs::showActive);
+    connect(tabs_, &QTabWidget::currentChanged, this,
+            [this](int tab) { player_.activate(documentOf(tab)); });
+    connect(tabs_, &QTabWidget::tabCloseRequested, this, [this](int tab) {
+        if (OpenDocument* document = documentOf(tab))
+            emit closeWanted(document);
+    });
+}
+
+void DocumentTabs::addTab(OpenDocument* document) {
+    auto* editor = new EpisodeEditor;
+    editor->setEpisodeText(document->document().text());
+    editors_[document] = editor;
+    connect(editor, &EpisodeEditor::edited, document,
+            [document, editor] { document->setText(editor->episodeText()); });
+    connect(document, &OpenDocument::textReplaced, editor,
+            [document, editor] { editor->setEpisodeText(document->document().text()); });
+    connect(document, &OpenDocument::resultChanged, editor,
+            [document, editor] { editor->setFindings(document->result()->findings); });
+    for (auto change : {&OpenDocument::textChanged, &OpenDocument::settingsChanged})
+        connect(document, change, this, [this, document] { showTitle(document); });
+    tabs_->addTab(editor, QString());
+    showTitle(document);
+}
+
+void DocumentTabs::removeTab(OpenDocument* document) {
+    EpisodeEditor* editor = editors_[document];
+    editors_.erase(document);
+    tabs_->removeTab(tabs_->indexOf(editor));
+    editor->deleteLater();
+}
+
+void DocumentTabs::showActive() {
+    EpisodeEditor* shown = editor();
+    if (shown != nullptr)
+        tabs_->setCurrentWidget(shown);
+    find_->setEditor(shown);
+}
+
+void DocumentTabs::showTitle(OpenDocument* document) {
+    const int tab = tabs_->indexOf(editors_[document]);
+    const QString title = QString::fromStdString(document->document().title());
+    tabs_->setTabText(tab, document->document().isModified() ? title + QStringLiteral(" \u2022")
+                                                             : title);
+}
+
+EpisodeEditor* DocumentTabs::editor() const {
+    return editor(player_.active());
+}
+
+EpisodeEditor* DocumentTabs::editor(OpenDocument* document) const {
+    const auto found = editors_.find(document);
+    return found == editors_.end() ? nullptr : found->second;
+}
+
+OpenDocument* DocumentTabs::documentOf(int tab) const {
+    for (const auto& [document, editor] : editors_)
+        if (tabs_->widget(tab) == editor)
+            return document;
+    return nullptr;
+}
+
+} // namespace tarnwick::player

@@ -1,0 +1,39 @@
+// New, open, save, close, and files that other programs change.
+#pragma once
+
+#include "player/Actions/Actions.h"
+#include "player/App/Player.h"
+
+#include <QMainWindow>
+#include <functional>
+
+namespace tarnwick::player {
+
+class FileActions : public QObject {
+    Q_OBJECT
+
+  public:
+    FileActions(Player& player, QMainWindow& window, Actions& actions);
+
+    // Opens a file, or says why not.
+    void open(const QString& file);
+    void newEpisode();
+    // Asks about unsaved changes. Nothing is closed if the answer is to cancel.
+    void close(OpenDocument* document);
+    // Asks about the unsaved changes of all documents. Whether the window may be closed.
+    bool mayCloseAll();
+
+  private:
+    void openByDialog();
+    bool save(OpenDocument* document);
+    bool saveAs(OpenDocument* document);
+    bool written(const std::function<void()>& write); // or the user is told why not
+    bool mayClose(OpenDocument* document);
+    void watch(OpenDocument* document);
+    void answerChangeOutside(OpenDocument* document);
+
+    Player& player_;
+    QMainWindow& window_;
+};
+
+} // namespace tarnwick::player

@@ -1,0 +1,151 @@
+#include "player/Window/PictureActions.h"
+
+#include "TarnwickPlatform/Pictures/PNG.h"
+#include "player/Window/OutputWindow.h"
+#include "player/Window/PictureView.h"
+
+#include <QAction>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QScreen>
+#include <QStatusBar>
+#include <chrono>
+
+namespace tarnwick::player {
+namespace {
+
+constexpr int outputTarget = 2; // the number of the picture on a whole display
+constexpr int settleTime = 150; // milliseconds after a change of the picture's size
+constexpr std::chrono::seconds longestSnapshot{5};
+
+} // namespace
+
+PictureActions::PictureActions(Player& player, QMainWindow& window, Actions& actions,
+                               PictureView& picture)
+    : QObject(&window), player_(player), window_(window), picture_(picture) {
+    actions.add(ActionMenu::file, tr("Save s&napshot..."), QKeySequence(tr("Ctrl+Shift+S")),
+                [this] { takeSnapshot(); });
+    QAction* figures =
+        actions.add(ActionMenu::view, tr("Frame &figures"), QKeySequence(tr("Ctrl+I")), [] {});
+    figures->setCheckable(true);
+    connect(figures, &QAction::toggled, this, [this](bool isOn) {
+        showsFigures_ = isOn;
+        showState();
+    });
+    actions.add(ActionMenu::view, tr("Full screen &output"), QKeySequence(Qt::Key_F11),
+                [this] { toggleOutput(window_.screen()); });
+    addDisplays(actions);
+    addScales(actions);
+    settle_.setSingleShot(true);
+    settle_.setInterval(settleTime);
+    connect(&settle_, &QTimer::timeout, this, &PictureActions::fitPicture);
+    connect(&picture_, &PictureView::resized, this, [this] { settle_.start(); });
+    connect(&player_, &Player::newsArrived, this, &PictureActions::showState);
+    connect(&player_, &Player::activeChanged, this, &PictureActions::showState);
+    connect(&player_, &Player::documentAdded, this, [this](OpenDocument* document) {
+        connect(document, &OpenDocument::resultChanged, this, &PictureActions::showState);
+    });
+    showState();
+}
+
+void PictureActions::addDisplays(Actions& actions) {
+    QMenu* displays = actions.submenu(ActionMenu::view, tr("Output on &display"));
+    connect(displays, &QMenu::aboutToShow, this, [this, displays] {
+        displays->clear();
+        for (QScreen* one : QGuiApplication::screens())
+            displays->addAction(one->name(), this, [this, one] { toggleOutput(one); });
+    });
+}
+
+void PictureActions::addScales(Actions& actions) {
+    QMenu* scale = actions.submenu(ActionMenu::view, tr("Preview &scale"));
+    actions.add(scale, tr("&Automatic"), [this] { player_.setDivisor(std::nullopt); });
+    for (const int divisor : {1, 2, 3, 4})
+        actions.add(scale, divisor == 1 ? tr("Full size") : tr("1/%1").arg(divisor),
+                    [this, divisor] { player_.setDivisor(divisor); });
+}
+
+// Takes over the size of the picture once it is not dragged any more.
+void PictureActions::fitPicture() {
+    const PictureView& largest = output_ != nullptr ? output_->view() : picture_;
+    player_.setPictureSize(largest.pixels());
+}
+
+void PictureActions::toggleOutput(QScreen* screen) {
+    if (output_ != nullptr) {
+        closeOutput();
+        return;
+    }
+    output_ = new OutputWindow(player_, outputTarget, *screen);
+    output_->setAttribute(Qt::WA_DeleteOnClose);
+    connect(&output_->view(), &PictureView::resized, this, [this] { settle_.start(); });
+    connect(output_, &OutputWindow::closed, this, [this] {
+        output_ = nullptr;
+        settle_.start();
+    });
+    settle_.start();
+}
+
+void PictureActions::closeOutput() {
+    if (output_ != nullptr)
+        output_->close();
+}
+
+QString PictureActions::message() const {
+    const OpenDocument* document = player_.active();
+    if (player_.device() == nullptr)
+        return QString::fromStdString(player_.deviceAbsence());
+    if (!player_.news().failure.empty())
+        return QString::fromStdString(player_.news().failure);
+    if (document != nullptr && !document->program() && document->result() != nullptr)
+        return tr("The episode does not compile yet.");
+    return {};
+}
+
+QString PictureActions::status() const {
+    const LiveNews& news = player_.news();
+    const OpenDocument* document = player_.active();
+    const CompileResult* result = document != nullptr ? document->result() : nullptr;
+    if (news.warming)
+        return tr("Computing %1 of %2").arg(news.warming->done).arg(news.warming->total);
+    if (result != nullptr && !result->program && document->program())
+        return tr("The last version that compiles is playing.");
+    return news.divisor > 1 ? tr("Drawn at 1/%1 size").arg(news.divisor) : QString();
+}
+
+void PictureActions::showState() {
+    const LiveNews& news = player_.news();
+    picture_.setMessage(message());
+    window_.statusBar()->showMessage(status());
+    picture_.setFigures(showsFigures_ ? tr("%1 frames/s   %2 ms   %3 x %4")
+                                            .arg(news.framesPerSecond, 0, 'f', 1)
+                                            .arg(news.frameSeconds * 1000, 0, 'f', 1)
+                                            .arg(news.picture.width)
+                                            .arg(news.picture.height)
+                                      : QString());
+}
+
+void PictureActions::takeSnapshot() {
+    auto pending = player_.picture().snapshot();
+    if (pending.wait_for(longestSnapshot) != std::future_status::ready) {
+        player_.tell(tr("The picture is still being drawn."));
+        return;
+    }
+    const std::optional<Picture> picture = pending.get();
+    if (!picture) {
+        player_.tell(tr("There is no picture yet."));
+        return;
+    }
+    const QString file = QFileDialog::getSaveFileName(&window_, tr("Save snapshot"), QString(),
+                                                      tr("Pictures (*.png)"));
+    if (file.isEmpty())
+        return;
+    try {
+        writePNG(*picture, file.toStdString());
+    } catch (const std::exception& error) {
+        player_.tell(QString::fromStdString(error.what()));
+    }
+}
+
+} // namespace tarnwick::player
