@@ -15,6 +15,13 @@ Status whoAmI(const Arguments& arguments) {
     const Me me = awaited(signals, [&](std::stop_token stop) {
         return service.client().me(token.text(), std::move(stop));
     });
+    if (arguments.has("--json")) {
+        using nlohmann::ordered_json;
+        print(accountJSON(me.email, me.handle)
+                  .dump(2, ' ', false, ordered_json::error_handler_t::replace) +
+              "\n");
+        return Status::done;
+    }
     print("Email:  " + terminalText(me.email) + "\nHandle: " +
           (me.handle ? terminalText(*me.handle) : "none; tarnwick handle NAME chooses one") + "\n");
     return Status::done;
@@ -34,13 +41,16 @@ Status handle(const Arguments& arguments) {
     return Status::done;
 }
 
+constexpr auto whoAmIOptions =
+    joined(std::array<Option, 1>{{{.name = "--json", .help = "print JSON"}}}, serviceOptions);
+
 } // namespace
 
 const Command whoAmICommand{.name = "whoami",
                             .operands = "",
                             .summary =
                                 "Prints the account that is signed in to the sharing service.",
-                            .options = serviceOptions,
+                            .options = whoAmIOptions,
                             .run = whoAmI};
 
 const Command handleCommand{.name = "handle",

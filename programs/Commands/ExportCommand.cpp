@@ -7,6 +7,7 @@
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Episode/EpisodeSound.h"
+#include "programs/Movies/ChapterList.h"
 #include "programs/Movies/ExportFrames.h"
 #include "programs/Movies/ExportOptions.h"
 #include "programs/Movies/MovieExport.h"
@@ -27,6 +28,7 @@ struct Request {
     double askedStart = 0, start = 0, duration = 0, crossfade = 0; // seconds
     std::optional<LoopSearch> search;                              // its result is the duration
     std::optional<FrameRange> frames;
+    std::vector<MovieChapter> chapters;
     bool sound = false, watermark = false;
 };
 
@@ -87,6 +89,9 @@ Request requestOf(const Arguments& arguments) {
     request.settings = episodeSettingsOf(arguments, request.episode);
     request.sound = exportSoundOf(arguments, request.episode);
     request.watermark = arguments.has("--watermark");
+    request.chapters = chapterListAt(arguments.value("--chapters").value_or(""));
+    if (!request.search)
+        checkChapters(request.chapters, request.duration);
     return request;
 }
 
@@ -111,6 +116,7 @@ Status export_(const Arguments& arguments) {
         const FoundLoop found =
             findLoop(program, *device, request.settings, *request.search, request.episode.path);
         request.duration = found.length;
+        checkChapters(request.chapters, request.duration);
         request.movie.out.say("The loop takes " + loopText(found, request.search->fps) + ".\n");
     }
     checkSteps(*program, request.start + request.duration, "movies");
@@ -126,11 +132,11 @@ Status export_(const Arguments& arguments) {
     const auto tap = program->usesInputs() ? SoundTap::make(program, *device) : nullptr;
     letListen(segment, tap.get());
     exportMovie({&segment, 1}, request.movie, *device, request.episode.path,
-                {.frames = request.frames});
+                {.frames = request.frames, .chapters = request.chapters});
     return Status::done;
 }
 
-constexpr std::array<Option, 6> timeOptions{{
+constexpr std::array<Option, 7> timeOptions{{
     movieStartOption,
     {.name = "--duration",
      .value = "SECONDS",
@@ -152,6 +158,12 @@ constexpr std::array<Option, 6> timeOptions{{
      .value = "A..B",
      .help = "write only the frames from A to B - 1, for tarnwick join; A.. goes to the end",
      .byDefault = "all frames"},
+    {.name = "--chapters",
+     .value = "FILE.json",
+     .help = "chapters of the movie: a list as tarnwick variations --chapters writes",
+     .values = FileName{},
+     .byDefault = "none",
+     .excludes = "--frames"},
     movieSizeOption,
 }};
 constexpr auto exportOptions =

@@ -1,13 +1,18 @@
 // tarnwick loop: the length at which an episode loops.
-#include "TarnwickCore/Text/Numbers.h"
+#include "TarnwickPlatform/Pictures/PNG.h"
+#include "programs/CommandLine/Output.h"
 #include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeLoop.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
+#include "programs/Episode/LoopSeam.h"
+
+#include <nlohmann/json.hpp>
 
 #include <array>
+#include <cmath>
 
 namespace tarnwick {
 namespace {
@@ -19,19 +24,37 @@ LoopSearch searchOf(const Arguments& arguments) {
             .fps = arguments.integerOf("--fps")};
 }
 
+std::string loopJSON(const FoundLoop& found, const LoopSearch& search) {
+    const double frames = found.length * static_cast<double>(search.fps);
+    const nlohmann::ordered_json document{{"start", search.start},
+                                          {"length", found.length},
+                                          {"frames", std::llround(frames)},
+                                          {"difference", found.difference}};
+    return document.dump(2) + "\n";
+}
+
 Status loop(const Arguments& arguments) {
     const std::string_view path = arguments.operand();
     const LoopSearch search = searchOf(arguments);
+    const auto seam = Output::of(arguments, "--seam", FileKind::pngPicture);
     const Episode episode = episodeAt(path);
     const Settings settings = episodeSettingsOf(arguments, episode);
     const auto device = drawingDevice();
     const auto program = programOf(episode, *device);
     sayLoopStart(arguments.numberOf("--start"), search.start);
-    print(loopText(findLoop(program, *device, settings, search, path), search.fps) + "\n");
+    const FoundLoop found = findLoop(program, *device, settings, search, path);
+    if (seam)
+        seam->write(pngOf(seamOf(program, *device, settings, search.start, found.length)));
+    if (arguments.has("--json"))
+        print(loopJSON(found, search));
+    else if (seam)
+        seam->say(loopText(found, search.fps) + "\n");
+    else
+        print(loopText(found, search.fps) + "\n");
     return Status::done;
 }
 
-constexpr std::array<Option, 5> searchOptions{{
+constexpr std::array<Option, 7> searchOptions{{
     {.name = "--around",
      .value = "SECONDS",
      .help = "approximate length of the loop",
@@ -57,6 +80,13 @@ constexpr std::array<Option, 5> searchOptions{{
      .help = "crossfade of the movie; the loop starts at SECONDS or later",
      .values = secondsFromZero,
      .byDefault = "0"},
+    {.name = "--seam",
+     .value = "OUT.png",
+     .help = "draw the first frame, the frame that follows the last one, and their difference, "
+             "eight times as bright; - is standard output",
+     .values = FileName{},
+     .byDefault = "none"},
+    {.name = "--json", .help = "print JSON; times are in seconds"},
 }};
 constexpr auto loopOptions = joined(searchOptions, animationOptions);
 

@@ -1,4 +1,5 @@
 // tarnwick share: an episode for others to see.
+#include "programs/CommandLine/NewFolder.h"
 #include "programs/Commands/Command.h"
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeProgram.h"
@@ -95,11 +96,35 @@ Shared sent(const ShareUpload& upload, const Secret& token, const APIClient& cli
         [&] { bar.show(static_cast<std::int64_t>(done * size), static_cast<std::int64_t>(size)); });
 }
 
+// All that would be sent, as files.
+void writePreview(const ShareUpload& upload, const std::filesystem::path& folder) {
+    const std::array<NewFile, 4> files{{
+        {"meta.json", upload.metaJSON()},
+        {"source.metal", upload.source},
+        {"loop.mp4", upload.loop},
+        {"thumb.jpg", upload.thumb},
+    }};
+    writeNewFolder(folder, files);
+    for (const NewFile& file : files)
+        print((folder / file.path).string() + "\n");
+}
+
+Status preview(Request& request, const Arguments& arguments, const PixelSize& size) {
+    const std::string_view folder = arguments.value("--preview").value();
+    checkNewFolder(folder);
+    draw(request, arguments, size, episodeSettingsOf(arguments, request.episode));
+    checkProblems(request.upload, Status::failed);
+    writePreview(request.upload, folder);
+    return Status::done;
+}
+
 Status share(const Arguments& arguments) {
     Request request = requestOf(arguments);
     const ShareUpload& upload = request.upload;
     const PixelSize size = movieSizeOf(arguments, ExportPreset::site);
     checkProblems(upload, Status::misused);
+    if (arguments.has("--preview"))
+        return preview(request, arguments, size);
     const Settings settings = episodeSettingsOf(arguments, request.episode);
     const Service service(arguments);
     const Secret token = service.wantedToken();
@@ -115,7 +140,7 @@ Status share(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr std::array<Option, 7> pageOptions{{
+constexpr std::array<Option, 8> pageOptions{{
     {.name = "--title", .value = "TEXT", .help = "title of the page", .isRequired = true},
     {.name = "--description",
      .value = "TEXT",
@@ -142,6 +167,11 @@ constexpr std::array<Option, 7> pageOptions{{
      .values = FileName{},
      .byDefault = "drawn from the episode"},
     movieSizeOption,
+    {.name = "--preview",
+     .value = "FOLDER",
+     .help = "send nothing; write all that would be sent into a new folder",
+     .values = FileName{},
+     .byDefault = "none"},
 }};
 constexpr auto shareOptions = joined(pageOptions, animationOptions, serviceOptions);
 

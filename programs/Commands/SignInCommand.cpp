@@ -5,6 +5,8 @@
 #include "programs/Service/Service.h"
 #include "programs/Service/SignInPoll.h"
 
+#include <nlohmann/json.hpp>
+
 #include <array>
 
 namespace tarnwick {
@@ -20,26 +22,45 @@ std::string accountText(const Approved& account, const std::string& place) {
     return text;
 }
 
+// One object a line, as soon as it is known.
+void printLine(const nlohmann::ordered_json& object) {
+    print(object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+}
+
+void sayCode(const LinkStart& start, bool asJSON) {
+    if (asJSON)
+        return printLine({{"code", start.code}, {"page", start.url.string()}});
+    print("Your code is " + terminalText(start.code) + "\nConfirm it on " +
+          terminalText(start.url.string()) + "\n");
+}
+
+void sayAccount(const Approved& account, const std::string& place, bool asJSON) {
+    if (asJSON)
+        return printLine(accountJSON(account.email, account.handle));
+    print(accountText(account, place));
+}
+
 Status signIn(const Arguments& arguments) {
     const Service service(arguments);
     HeldSignals signals;
     const LinkStart start = awaited(
         signals, [&](std::stop_token stop) { return service.client().startLink(std::move(stop)); });
-    print("Your code is " + terminalText(start.code) + "\nConfirm it on " +
-          terminalText(start.url.string()) + "\n");
+    const bool asJSON = arguments.has("--json");
+    sayCode(start, asJSON);
     if (!arguments.has("--no-browser"))
         showInBrowser(start.url);
     Approved account = approvalOf(start, service.client(), signals);
     const Secret token(std::move(account.token));
-    print(accountText(account, service.keep(token)));
+    sayAccount(account, service.keep(token), asJSON);
     return Status::done;
 }
 
-constexpr auto signInOptions =
-    joined(std::array<Option, 1>{{
-               {.name = "--no-browser", .help = "only print the page's address"},
-           }},
-           serviceOptions);
+constexpr auto signInOptions = joined(
+    std::array<Option, 2>{{
+        {.name = "--no-browser", .help = "only print the page's address"},
+        {.name = "--json", .help = "print two lines of JSON: code and page, then the account"},
+    }},
+    serviceOptions);
 
 } // namespace
 

@@ -53,6 +53,8 @@ MovieTarget movieTargetOf(const Arguments& arguments) {
     const PixelSize size = movieSizeOf(arguments, preset);
     preset.width = size.width;
     preset.height = size.height;
+    if (arguments.has("--fps"))
+        preset.fps = arguments.integerOf("--fps");
     readBitrate(preset, arguments);
     const bool isDraft = arguments.has("--draft");
     if (isDraft)

@@ -19,7 +19,7 @@ struct MovieTarget {
     Output out;
 };
 
-// From --preset, --size, --bitrate, --draft and -o. Throws CommandError: a size or a bit rate that
+// From --preset, --size, --fps, --bitrate, --draft and -o. Throws CommandError: a size or a bit rate that
 // the codec does not support, a file name with another container's ending, a file that cannot be
 // written.
 MovieTarget movieTargetOf(const Arguments& arguments);
@@ -57,12 +57,17 @@ constexpr Option movieSizeOption{.name = "--size",
                                  .help = "size of the movie",
                                  .values = movieSizes,
                                  .byDefault = "size of the preset"};
-constexpr std::array<Option, 6> movieOptions{{
+constexpr std::array<Option, 7> movieOptions{{
     {.name = "--preset",
      .value = "ID",
      .help = "format of the movie",
      .values = OneOf{presetIDs, "tarnwick presets"},
      .byDefault = "site"},
+    {.name = "--fps",
+     .value = "N",
+     .help = "frame rate of the movie",
+     .values = WholeNumber{.least = 1, .most = 240, .unit = "frames per second"},
+     .byDefault = "frame rate of the preset"},
     {.name = "--bitrate",
      .value = "N",
      .help = "bit rate of the picture",

@@ -70,4 +70,12 @@ void Service::forgetToken() const {
     tokenStore().forget(client_.base.string());
 }
 
+nlohmann::ordered_json accountJSON(const std::string& email,
+                                   const std::optional<std::string>& handle) {
+    nlohmann::ordered_json account{{"email", email}, {"handle", nullptr}};
+    if (handle)
+        account["handle"] = *handle;
+    return account;
+}
+
 } // namespace tarnwick

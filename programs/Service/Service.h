@@ -5,6 +5,8 @@
 #include "TarnwickCore/Service/APIClient.h"
 #include "TarnwickPlatform/Secrets/TokenStore.h"
 
+#include <nlohmann/json.hpp>
+
 #include <optional>
 #include <string>
 
@@ -32,6 +34,10 @@ class Service {
     bool isGiven_;
     APIClient client_;
 };
+
+// {"email": ..., "handle": ...}; the handle is null until one is chosen.
+nlohmann::ordered_json accountJSON(const std::string& email,
+                                   const std::optional<std::string>& handle);
 
 constexpr std::array<Option, 1> serviceOptions{{
     {.name = "--server",

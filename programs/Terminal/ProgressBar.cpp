@@ -2,6 +2,7 @@
 
 #include "programs/Terminal/TerminalText.h"
 
+#include <nlohmann/json.hpp>
 #include <sys/ioctl.h>
 
 #include <algorithm>
@@ -41,6 +42,16 @@ std::string cut(const std::string& text, std::size_t columns) {
     return text.substr(0, end);
 }
 
+bool isForPrograms() {
+    const char* wanted = std::getenv("TARNWICK_PROGRESS");
+    return wanted != nullptr && std::string_view(wanted) == "json";
+}
+
+double shareOf(std::int64_t done, std::int64_t goal) {
+    return goal > 0 ? std::clamp(static_cast<double>(done) / static_cast<double>(goal), 0.0, 1.0)
+                    : 1;
+}
+
 // "[#####.....] " if there is room for it.
 std::string barText(double share, std::size_t room) {
     constexpr std::size_t around = 3;
@@ -74,8 +85,13 @@ std::string clockText(double seconds) {
 }
 
 ProgressBar::ProgressBar(std::string_view unit)
-    : unit_(unit), isTerminal_(isTerminal()),
-      writer_([this](const std::stop_token& stop) { run(stop); }) {}
+    : unit_(unit), form_(form()), writer_([this](const std::stop_token& stop) { run(stop); }) {}
+
+ProgressBar::Form ProgressBar::form() {
+    if (isForPrograms())
+        return Form::json;
+    return isTerminal() ? Form::rewrittenLine : Form::lines;
+}
 
 ProgressBar::~ProgressBar() {
     writer_.request_stop();
@@ -85,22 +101,21 @@ ProgressBar::~ProgressBar() {
 
 void ProgressBar::part(std::string_view name) {
     const std::lock_guard lock(mutex_);
-    part_ = terminalText(name) + ": ";
+    part_ = terminalText(name);
 }
 
 void ProgressBar::doing(std::string_view what) {
     const std::lock_guard lock(mutex_);
     what_ = terminalText(what);
     more_.clear();
-    share_.reset();
+    count_.reset();
 }
 
 void ProgressBar::show(std::int64_t done, std::int64_t goal, std::string_view more) {
     const std::lock_guard lock(mutex_);
     what_ = unit_ + " " + std::to_string(done) + " of " + std::to_string(goal);
     more_ = more;
-    share_ =
-        goal > 0 ? std::clamp(static_cast<double>(done) / static_cast<double>(goal), 0.0, 1.0) : 1;
+    count_ = {done, goal};
 }
 
 void ProgressBar::hide() {
@@ -109,9 +124,28 @@ void ProgressBar::hide() {
     what_.clear();
 }
 
+double ProgressBar::elapsed() const {
+    return duration<double>(Clock::now() - begin_).count();
+}
+
 std::string ProgressBar::words() const {
-    const double elapsed = duration<double>(Clock::now() - begin_).count();
-    return part_ + what_ + ", " + (more_.empty() ? clockText(elapsed) : more_);
+    const std::string part = part_.empty() ? "" : part_ + ": ";
+    return part + what_ + ", " + (more_.empty() ? clockText(elapsed()) : more_);
+}
+
+std::string ProgressBar::json() const {
+    nlohmann::ordered_json line;
+    if (!part_.empty())
+        line["part"] = part_;
+    if (count_) {
+        line["unit"] = unit_;
+        line["done"] = count_->done;
+        line["goal"] = count_->goal;
+    } else {
+        line["doing"] = what_;
+    }
+    line["seconds"] = elapsed();
+    return line.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
 std::string ProgressBar::line() const {
@@ -119,7 +153,7 @@ std::string ProgressBar::line() const {
     const std::size_t columns = terminalWidth() - 1;
     const std::string text = words();
     const std::size_t room = columns - std::min(columns, text.size());
-    return (share_ ? barText(*share_, room) : "") + cut(text, columns);
+    return (count_ ? barText(shareOf(count_->done, count_->goal), room) : "") + cut(text, columns);
 }
 
 void ProgressBar::wipe() {
@@ -131,7 +165,9 @@ void ProgressBar::wipe() {
 void ProgressBar::write() {
     if (what_.empty())
         return;
-    if (isTerminal_) {
+    if (form_ == Form::json) {
+        std::fprintf(stderr, "%s\n", json().c_str());
+    } else if (form_ == Form::rewrittenLine) {
         std::fprintf(stderr, "\r\033[K%s", line().c_str());
         std::fflush(stderr);
         isShown_ = true;
@@ -144,7 +180,7 @@ void ProgressBar::write() {
 void ProgressBar::run(const std::stop_token& stop) {
     std::unique_lock lock(mutex_);
     const auto never = [] { return false; };
-    ended_.wait_for(lock, stop, seconds(1), never);
+    ended_.wait_for(lock, stop, form_ == Form::json ? milliseconds(50) : seconds(1), never);
     while (!stop.stop_requested()) {
         write();
         ended_.wait_for(lock, stop, milliseconds(200), never);

@@ -35,20 +35,28 @@ class ProgressBar {
   private:
     using Clock = std::chrono::steady_clock;
 
+    enum class Form : std::uint8_t { rewrittenLine, lines, json };
+    struct Count {
+        std::int64_t done = 0, goal = 0;
+    };
+    static Form form();
+
     void write();
+    double elapsed() const; // seconds
     std::string words() const;
+    std::string json() const;
     std::string line() const;
     void wipe();
     void run(const std::stop_token& stop);
 
     const std::string unit_;
-    const bool isTerminal_;
+    const Form form_;
     const Clock::time_point begin_ = Clock::now();
     Clock::time_point lastLine_ = begin_;
     std::mutex mutex_; // of all that follows
     std::condition_variable_any ended_;
     std::string part_, what_, more_;
-    std::optional<double> share_; // of the count, [0, 1]
+    std::optional<Count> count_;
     bool isShown_ = false;
     std::jthread writer_; // last, so that it ends first
 };

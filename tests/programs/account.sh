@@ -18,6 +18,7 @@ awk '/poll/ { if (before && $1 - before < 990) exit 1; before = $1 } /link$/ { b
 have "$(stat -c %a $kept $kept/* | tr '\n' ' ')" = '700 600 '
 grep -q -x "$token" $kept/* || complain 'another token'
 expect 0 'ada@a.example' whoami
+expect 0 '"handle": "ada"' whoami --json
 leaksNothing whoami
 asked 'GET /api/me token'
 for handle in ab Abc abc_d 'a b' aaaaaaaaaaaaaaaaaaaaaaaaa; do

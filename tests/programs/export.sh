@@ -112,6 +112,13 @@ green keys.mp4 15 127
 # It hears the movie's sound, which keys do not change.
 green silence.mp4 15 0
 green heard.mp4 15 255
+# Chapters and another frame rate.
+echo '{"duration":2,"chapters":[{"at":1,"title":"Two","settings":""},{"at":0,"title":"One","settings":""}]}' >list.json
+expect 0 'c.mp4: 24 frames, 2 s' export s.metal -o c.mp4 --duration 2 --size 32x32 --fps 12 --chapters list.json
+[ "$(ffprobe -v error -show_entries chapter=start_time:chapter_tags=title -of csv=p=0 c.mp4 | tr '\n' ' ')" = '0.000000,One 1.000000,Two ' ] ||
+    complain 'other chapters' export
+expect 2 'The chapter "Two" starts at 1 s, outside the movie of 1 s' export s.metal -o c.mp4 --duration 1 --chapters list.json
+expect 2 's.metal holds no chapters: The text is not JSON' export s.metal -o c.mp4 --chapters s.metal
 # A file that cannot grow stands for a full disk.
 cp a.mp4 before.mp4
 (trap '' XFSZ && ulimit -f 16 && "$TARNWICK" export s.metal -o a.mp4 --duration 1 --size 320x180) 2>err

@@ -17,6 +17,12 @@ expect 2 'declares no parameter "speed"; it declares period' loop e.metal --arou
 expect 0 '^2 seconds: 60 frames, whose ends differ by 0.00' loop e.metal --around 2.2
 expect 0 '^1.5 seconds: 15 frames' loop e.metal --around 1 --range 1 --fps 10 --set period=1.5 --start 3
 expect 0 '^2 seconds: 60 frames' loop e.metal --around 2.2 --loop 0.5
+# The seam: the first frame, the one after the last, and their difference, side by side.
+expect 0 '"length": 2.0,' loop e.metal --around 2.2 --seam seam.png --json
+[ "$(head -c 24 seam.png | tail -c 8 | od -An -tx1 | tr -d ' ')" = 000005a00000010e ] ||
+    complain 'another size of the seam' loop
+expect 2 'seam writes files that end in .png' loop e.metal --around 2 --seam seam.jpg
+expect 0 '^2 seconds' loop e.metal --around 2.2 --loop 0.5
 begins='^tarnwick: The loop starts at 0.5 s, not at 0 s, because its crossfade uses the seconds before'
 grep -q "$begins" err || complain 'no word of its start' loop
 expect 2 'no length of two frames or more' loop e.metal --around 0.01 --range 0

@@ -36,4 +36,9 @@ shown 60 sheet slow.metal slow.metal -o a.png --size 256x128
 grep -q -x 'Still 2 of 2: Drawing slow.metal, [0-9]* s' lines || complain 'no number' sheet
 shown 60 export slow.metal -o a.mp4 --size 96x48 --duration 1
 grep -q '^\[#*\.*\] Frame [0-9]* of 30, ' lines || complain 'no bar' export
+# For a program: JSON, a line each.
+TARNWICK_PROGRESS=json "$TARNWICK" sheet slow.metal slow.metal -o a.png --size 256x128 2>lines
+grep -q -x '{"part":"Still 2 of 2","doing":"Drawing slow.metal","seconds":[0-9.]*}' lines || complain 'no JSON' sheet
+TARNWICK_PROGRESS=json "$TARNWICK" export slow.metal -o a.mp4 --size 96x48 --duration 1 2>lines
+grep -q -x '{"unit":"Frame","done":[0-9]*,"goal":30,"seconds":[0-9.]*}' lines || complain 'no count' export
 finish

@@ -24,6 +24,7 @@ have $? = 2
 printf 'tarnwick: %s\n' 'The title must be 1 to 80 characters.' 'The loop is not an MP4 file.' \
     'The thumbnail is not a JPEG.' | cmp -s - err || complain 'other problems' share
 expect 1 'You are not signed in' share e.metal --title A
+expect 0 'preview/meta.json' share e.metal --title Plasma --size 48x32 --preview preview
 echo approved >service/polls
 expect 0 '' sign-in
 # shellcheck disable=SC2086
@@ -43,6 +44,11 @@ cmp -s e.metal service/shared/source || complain 'another source' share
     complain 'another movie' share
 [ "$(ffprobe -v error -show_entries stream=codec_name,width,height -of csv=p=0 service/shared/thumb)" = mjpeg,48,32 ] ||
     complain 'another picture' share
+# A preview, which needed no sign-in, has the same.
+{ cmp preview/source.metal e.metal && cmp preview/loop.mp4 service/shared/loop && cmp preview/thumb.jpg service/shared/thumb; } >out ||
+    complain 'another preview' share
+grep -q '"title":"Plasma"' preview/meta.json || complain 'no words in the preview' share
+expect 2 'preview already exists and is not empty' share e.metal --title A --preview preview
 cp service/shared/loop l.mp4
 cp service/shared/thumb t.jpg
 printf '409 {"needsHandle":true}' >service/refusal
