@@ -5,20 +5,26 @@
 #include <mutex>
 
 namespace tarnwick::msl {
+
+struct SeparateWorker::Process {
+    std::mutex mutex;
+    WorkerProcess worker;
+};
+
 namespace {
 
 // Bytes, far above any real program. For more the compiler would need gigabytes.
 constexpr std::size_t longestSource = 16u << 20;
 
-// One worker serves the whole process: starting it costs as much as ten compilations.
-struct Shared {
-    std::mutex mutex;
-    WorkerProcess worker;
-};
+using Process = SeparateWorker::Process;
 
-Shared& shared() {
-    static Shared only;
-    return only;
+thread_local Process* separate = nullptr;
+
+// One worker serves all threads without a separate one: starting it costs as much as ten
+// compilations.
+Process& process() {
+    static Process shared;
+    return separate != nullptr ? *separate : shared;
 }
 
 Compilation failure(const std::string& sentence) {
@@ -47,6 +53,14 @@ Compilation failure(WorkerFault fault, const CompileOptions& options) {
 
 } // namespace
 
+SeparateWorker::SeparateWorker() : process_(std::make_unique<Process>()), outer_(separate) {
+    separate = process_.get();
+}
+
+SeparateWorker::~SeparateWorker() {
+    separate = outer_;
+}
+
 Compilation compile(std::string_view source, const CompileOptions& options) {
     if (source.size() > longestSource)
         return failure("the program has " + std::to_string(source.size()) +
@@ -56,7 +70,7 @@ Compilation compile(std::string_view source, const CompileOptions& options) {
                           .moreWarningsIn = options.moreWarningsIn,
                           .constants = options.constants,
                           .source = std::string(source)};
-    Shared& common = shared();
+    Process& common = process();
     const std::lock_guard lock(common.mutex);
     auto answer = common.worker.ask(request);
     if (const auto* fault = std::get_if<WorkerFault>(&answer); fault && *fault == WorkerFault::gone)
@@ -68,7 +82,7 @@ Compilation compile(std::string_view source, const CompileOptions& options) {
 }
 
 void warmUp() {
-    Shared& common = shared();
+    Process& common = process();
     if (const std::unique_lock lock(common.mutex, std::try_to_lock); lock)
         common.worker.start();
 }

@@ -6,6 +6,7 @@
 #include "TarnwickMSL/Target.h"
 
 #include <chrono>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -34,6 +35,23 @@ struct CompileOptions {
 // compiler's libraries ends that child only and becomes a `failed` compilation. Blocks its caller;
 // may be called from any thread, one compilation at a time (calls wait for each other).
 Compilation compile(std::string_view source, const CompileOptions& options = {});
+
+// While it exists, programs that its thread compiles use a child of their own: it has the priority
+// of the thread, and other threads do not wait for it. Destroyed on the thread that made it, in
+// reverse order of making. The child ends with it.
+class SeparateWorker {
+  public:
+    SeparateWorker();
+    ~SeparateWorker();
+    SeparateWorker(const SeparateWorker&) = delete;
+    SeparateWorker& operator=(const SeparateWorker&) = delete;
+
+    struct Process;
+
+  private:
+    std::unique_ptr<Process> process_;
+    Process* outer_; // of the thread before
+};
 
 // Starts the child before the first compilation, without waiting for it.
 void warmUp();

@@ -1,7 +1,7 @@
 #include "player/Drawing/Drawing.h"
 
 #include "TarnwickPlatform/Dispatch/HostClock.h"
-#include "TarnwickRender/TexturePicture.h"
+#include "player/Drawing/PictureCopy.h"
 
 #include <algorithm>
 #include <utility>
@@ -229,21 +229,7 @@ void Drawing::removeTarget(int id) {
 
 std::optional<Picture> Drawing::picture() {
     const gpu::Texture* shown = scene_ ? scene_->picture() : nullptr;
-    auto copy = shown == nullptr
-                    ? nullptr
-                    : device_->newTexture({.format = ShaderProgram::pixelFormat,
-                                           .width = shown->width(),
-                                           .height = shown->height(),
-                                           .usage = {.shaderRead = true, .renderTarget = true}});
-    auto commands = copy ? queue_->commandBuffer() : std::nullopt;
-    auto encoder = commands ? commands->blitCommandEncoder() : std::nullopt;
-    if (!encoder)
-        return std::nullopt;
-    encoder->copy(*shown, {.width = shown->width(), .height = shown->height()}, *copy, 0, 0);
-    encoder->endEncoding();
-    commands->commit();
-    commands->waitUntilCompleted();
-    return pictureOf(*copy);
+    return shown == nullptr ? std::nullopt : copyOf(*shown, *device_, *queue_);
 }
 
 } // namespace tarnwick::player

@@ -55,7 +55,7 @@ std::optional<Draft> decoded(const std::string& bytes) {
 
 } // namespace
 
-std::filesystem::path draftsFolder() {
+std::filesystem::path stateFolder() {
     const char* state = std::getenv("XDG_STATE_HOME");
     const char* home = std::getenv("HOME");
     std::filesystem::path base;
@@ -63,7 +63,11 @@ std::filesystem::path draftsFolder() {
         base = state;
     else
         base = std::filesystem::path(home == nullptr ? "/tmp" : home) / ".local" / "state";
-    return base / "tarnwick" / "drafts";
+    return base / "tarnwick";
+}
+
+std::filesystem::path draftsFolder() {
+    return stateFolder() / "drafts";
 }
 
 std::unique_ptr<Autosave> Autosave::make(const std::filesystem::path& folder) {

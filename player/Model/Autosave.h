@@ -11,8 +11,9 @@
 
 namespace tarnwick::player {
 
-// XDG_STATE_HOME/tarnwick/drafts (XDG Base Directory Specification 0.8); default: below
-// ~/.local/state.
+// XDG_STATE_HOME/tarnwick (XDG Base Directory Specification 0.8); default: below ~/.local/state.
+std::filesystem::path stateFolder();
+// The folder "drafts" in it.
 std::filesystem::path draftsFolder();
 
 // The draft of one document. Its file is locked while this exists, so that no other player offers
