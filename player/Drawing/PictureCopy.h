@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TarnwickGPU/Commands.h"
+#include "TarnwickGPU/Device.h"
 #include "TarnwickPlatform/Pictures/Picture.h"
 
 #include <optional>
