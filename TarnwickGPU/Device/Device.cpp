@@ -74,6 +74,9 @@ const DeviceInfo& Device::info() const {
 bool Device::isLost() const {
     return state_->submissions.isLost();
 }
+void Device::lose() {
+    state_->submissions.note(VK_ERROR_DEVICE_LOST);
+}
 std::uint64_t Device::validationMessages() {
     return validationMessageCount();
 }

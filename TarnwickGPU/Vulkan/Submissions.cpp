@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 
 namespace tarnwick::gpu {
 
@@ -18,10 +19,16 @@ VkSemaphoreSubmitInfo signalInfo(VkSemaphore semaphore, std::uint64_t value) {
             .stageMask = VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT};
 }
 
+std::uint64_t wantedLoss() {
+    const char* wanted = std::getenv("TARNWICK_LOSE_DEVICE");
+    return wanted != nullptr ? std::strtoull(wanted, nullptr, 10) : 0;
+}
+
 } // namespace
 
 bool Submissions::start(VkDevice device, std::uint32_t queueFamily, std::uint32_t queueCount) {
     device_ = device;
+    untilLoss_ = wantedLoss();
     const VkSemaphoreTypeCreateInfo type{.sType = VK_STRUCTURE_TYPE_SEMAPHORE_TYPE_CREATE_INFO,
                                          .semaphoreType = VK_SEMAPHORE_TYPE_TIMELINE};
     const VkSemaphoreCreateInfo info{.sType = VK_STRUCTURE_TYPE_SEMAPHORE_CREATE_INFO,
@@ -51,6 +58,10 @@ std::optional<std::uint64_t> Submissions::submit(Lane lane, VkCommandBuffer comm
     if (isLost())
         return std::nullopt;
     std::lock_guard lock(mutex_);
+    if (untilLoss_ > 0 && --untilLoss_ == 0) {
+        note(VK_ERROR_DEVICE_LOST);
+        return std::nullopt;
+    }
     const auto index = static_cast<std::uint64_t>(lane);
     const std::uint64_t before = last_.load(std::memory_order_relaxed);
     const std::uint64_t number = (before / laneCount + 1) * laneCount + index;

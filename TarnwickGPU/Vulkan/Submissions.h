@@ -59,6 +59,8 @@ class Submissions {
     std::mutex mutex_;                    // vkQueue* calls are externally synchronised
     std::atomic<std::uint64_t> last_{0};
     std::atomic<bool> lost_{false};
+    std::uint64_t untilLoss_ =
+        0; // submissions until the loss that the environment asks for; 0: none
 };
 
 } // namespace tarnwick::gpu

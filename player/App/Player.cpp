@@ -1,5 +1,7 @@
 #include "player/App/Player.h"
 
+#include "TarnwickPlatform/Dispatch/HostClock.h"
+
 #include <QMetaObject>
 #include <algorithm>
 #include <utility>
@@ -9,10 +11,12 @@ namespace {
 
 constexpr int autosaveInterval = 10000; // milliseconds
 constexpr int watchInterval = 500;      // milliseconds
+constexpr double lossInterval = 60;     // seconds between two losses by the same program
 
 } // namespace
 
-Player::Player() : device_(gpu::Device::systemDefault()) {
+Player::Player() {
+    connect(&device_, &LiveDevice::changed, this, &Player::useDevice);
     compiler_ = std::make_unique<LiveCompiler>([this](CompileResult result) {
         auto moved = std::make_shared<CompileResult>(std::move(result));
         QMetaObject::invokeMethod(
@@ -38,8 +42,12 @@ Player::~Player() {
     compiler_.reset();
 }
 
-std::string Player::deviceAbsence() const {
-    return device_ ? std::string() : gpu::Device::absence();
+std::string Player::trouble() const {
+    if (!device_.device())
+        return device_.absence();
+    if (active_ != nullptr && isRefused(*active_))
+        return "The device was lost twice while it drew this episode. An edit draws it again.";
+    return news_.failure;
 }
 
 OpenDocument* Player::add(Document document, std::unique_ptr<Autosave> autosave) {
@@ -108,45 +116,66 @@ void Player::setDivisor(std::optional<int> divisor) {
     publish();
 }
 
-void Player::reopenDevice() {
-    device_ = gpu::Device::systemDefault();
+// All documents are compiled again, for the new device.
+void Player::useDevice() {
+    news_ = {};
     for (const auto& document : documents_) {
         document->forgetProgram();
-        document->compileNow();
+        if (device_.device())
+            document->compileNow();
     }
     publish();
     emit deviceChanged();
+    emit newsArrived();
+}
+
+// A program with which the device is lost again soon is not drawn any more.
+void Player::noteLoss() {
+    if (active_ == nullptr)
+        return;
+    const double now = currentMediaTime();
+    const bool isAgain = loss_ && loss_->document == active_->id() &&
+                         loss_->revision == active_->programRevision() &&
+                         now - loss_->time < lossInterval;
+    loss_ = Loss{active_->id(), active_->programRevision(), now, isAgain};
+}
+
+bool Player::isRefused(const OpenDocument& document) const {
+    return loss_ && loss_->isRefused && loss_->document == document.id() &&
+           loss_->revision == document.programRevision();
 }
 
 void Player::compile(OpenDocument* document) {
     compiler_->compile({.document = document->id(),
                         .revision = document->document().revision(),
                         .episode = document->document().episode(),
-                        .device = device_});
+                        .device = device_.device()});
 }
 
 void Player::take(CompileResult result) {
     const auto found =
         std::ranges::find(documents_, result.document, [](const auto& one) { return one->id(); });
-    if (found != documents_.end() && result.device == device_)
+    if (found != documents_.end() && result.device == device_.device())
         (*found)->accept(std::move(result));
 }
 
 void Player::hear(const LiveNews& news) {
     news_ = news;
     emit newsArrived();
-    if (news.isDeviceLost && device_ && device_->isLost())
-        reopenDevice();
+    if (news.isDeviceLost && device() != nullptr && device()->isLost()) {
+        noteLoss();
+        device_.reopen();
+    }
 }
 
 void Player::publish() {
     auto record = std::make_shared<LiveRecord>();
-    record->device = device_;
+    record->device = device_.device();
     record->size = pictureSize_;
     record->mouse = mouse_;
     record->divisor = divisor_;
     if (active_ != nullptr) {
-        record->program = active_->program();
+        record->program = isRefused(*active_) ? nullptr : active_->program();
         record->revision = active_->programRevision();
         record->transport = active_->transport();
         const Settings& settings = active_->document().settings();

@@ -1,6 +1,7 @@
 // The player without its windows: the device, the open documents, compiling and drawing.
 #pragma once
 
+#include "player/App/LiveDevice.h"
 #include "player/App/OpenDocument.h"
 #include "player/Drawing/LivePicture.h"
 
@@ -21,9 +22,12 @@ class Player : public QObject {
     Player();
     ~Player() override;
 
-    gpu::Device* device() const { return device_.get(); } // null without one
+    gpu::Device* device() const { return device_.device().get(); } // null without one
+    const std::shared_ptr<gpu::Device>& sharedDevice() const { return device_.device(); }
     // Why there is no device; empty with one.
-    std::string deviceAbsence() const;
+    const std::string& deviceAbsence() const { return device_.absence(); }
+    // Why the active episode is not drawn, in one sentence; empty if it is.
+    std::string trouble() const;
     LivePicture& picture() { return *picture_; }
     const LiveNews& news() const { return news_; }
 
@@ -48,16 +52,13 @@ class Player : public QObject {
     // Shows one sentence to the user, who need not answer.
     void tell(const QString& sentence) { emit told(sentence); }
 
-    // Opens the device again after it was lost, and compiles all documents for it.
-    void reopenDevice();
-
   signals:
     void documentAdded(tarnwick::player::OpenDocument* document);
     void documentClosing(tarnwick::player::OpenDocument* document);
     void activeChanged();
     void newsArrived();
     void told(const QString& sentence);
-    void deviceChanged(); // targets of the old one are gone
+    void deviceChanged(); // there is another device, or none
 
   private:
     void compile(OpenDocument* document);
@@ -65,8 +66,19 @@ class Player : public QObject {
     void hear(const LiveNews& news);
     void publish();
     void keepDrafts();
+    void noteLoss();
+    void useDevice();
 
-    std::shared_ptr<gpu::Device> device_;
+    // A program with which the device was lost.
+    struct Loss {
+        std::uint64_t document, revision;
+        double time; // host seconds
+        bool isRefused = false;
+    };
+    bool isRefused(const OpenDocument& document) const;
+
+    LiveDevice device_;
+    std::optional<Loss> loss_; // the last one
     std::vector<std::unique_ptr<OpenDocument>> documents_;
     OpenDocument* active_ = nullptr;
     std::uint64_t lastId_ = 0;

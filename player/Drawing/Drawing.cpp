@@ -57,13 +57,13 @@ void Drawing::useDevice() {
 double Drawing::step() {
     if (!record_ || !queue_)
         return idle;
-    if (!record_->program || isStopped()) {
-        showAgain();
-        return idle;
-    }
     if (device_->isLost()) {
         if (!std::exchange(news_.isDeviceLost, true))
             say();
+        return idle;
+    }
+    if (!record_->program || isStopped()) {
+        showAgain();
         return idle;
     }
     stopped_.reset();
@@ -100,7 +100,7 @@ double Drawing::stepPlaying() {
 
 // Shows the last frame, or black without one, on windows that were covered.
 void Drawing::showAgain() {
-    if (targets_.areStale() && !device_->isLost())
+    if (targets_.areStale())
         targets_.present(scene_ ? scene_->picture() : nullptr, *queue_);
 }
 

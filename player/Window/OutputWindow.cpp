@@ -18,18 +18,7 @@ OutputWindow::OutputWindow(Player& player, int target, QScreen& screen) {
     setGeometry(screen.geometry());
     winId(); // makes the native window, which the next line puts on the screen
     windowHandle()->setScreen(&screen);
-    // The keys reach the picture's native window where it has the focus.
-    for (QWindow* inner : windowHandle()->findChildren<QWindow*>())
-        inner->installEventFilter(this);
     showFullScreen();
-}
-
-bool OutputWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::KeyPress) {
-        keyPressEvent(static_cast<QKeyEvent*>(event));
-        return true;
-    }
-    return QWidget::eventFilter(watched, event);
 }
 
 void OutputWindow::keyPressEvent(QKeyEvent* event) {

@@ -21,7 +21,6 @@ class OutputWindow : public QWidget {
     void closed();
 
   protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 

@@ -94,10 +94,8 @@ void PictureActions::closeOutput() {
 
 QString PictureActions::message() const {
     const OpenDocument* document = player_.active();
-    if (player_.device() == nullptr)
-        return QString::fromStdString(player_.deviceAbsence());
-    if (!player_.news().failure.empty())
-        return QString::fromStdString(player_.news().failure);
+    if (const std::string trouble = player_.trouble(); !trouble.empty())
+        return QString::fromStdString(trouble);
     if (document != nullptr && !document->program() && document->result() != nullptr)
         return tr("The episode does not compile yet.");
     return {};

@@ -1,8 +1,6 @@
 #include "player/Window/PictureView.h"
 
-#include "TarnwickRender/Targets/WindowTarget.h"
 #include "player/Window/ImageTarget.h"
-#include "player/Window/PictureWindow.h"
 
 #include <QGuiApplication>
 #include <QLabel>
@@ -10,17 +8,10 @@
 #include <QPainter>
 #include <QPointer>
 #include <algorithm>
-#include <chrono>
+#include <future>
 
 namespace tarnwick::player {
 namespace {
-
-constexpr std::chrono::seconds longestDetach{1};
-
-bool presentsVulkan() {
-    const QString platform = QGuiApplication::platformName();
-    return platform == QStringLiteral("xcb") || platform.startsWith(QStringLiteral("wayland"));
-}
 
 QImage imageOf(const Picture& picture) {
     const QImage borrowed(picture.bytes.data(), static_cast<int>(picture.width),
@@ -37,40 +28,42 @@ PictureView::PictureView(Player& player, int id, QWidget* parent)
     setMinimumSize(160, 90);
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
-    if (presentsVulkan() && player_.device() != nullptr) {
-        instance_.setVkInstance(static_cast<VkInstance>(player_.device()->vulkanInstance()));
-        if (instance_.create()) {
-            // Native, as are the labels over it: only siblings that are native have an order.
-            setAttribute(Qt::WA_NativeWindow);
-            window_ = new PictureWindow;
-            window_->setVulkanInstance(&instance_);
-            window_->installEventFilter(this);
-            container_ = QWidget::createWindowContainer(window_, this);
-            container_->setAttribute(Qt::WA_NativeWindow);
-            container_->setFocusPolicy(Qt::NoFocus);
-            connect(window_, &PictureWindow::exposed, this, [this] {
-                attach();
-                player_.picture().exposeTarget(id_);
-            });
-            connect(window_, &PictureWindow::sizeChanged, this, &PictureView::layOut);
-        }
-    }
+    makeSurface();
     message_ = label(Qt::AlignCenter);
     figures_ = label(Qt::AlignRight | Qt::AlignTop);
     connect(&player_, &Player::deviceChanged, this, [this] {
-        isAttached_ = false;
-        hasSurface_ = false; // the window's surface belongs to the instance of the lost device
+        dropTarget();
+        makeSurface();
+        layOut();
         attach();
     });
 }
 
 PictureView::~PictureView() {
-    detach();
+    dropTarget();
+}
+
+void PictureView::makeSurface() {
+    surface_ = PictureSurface::make(player_.sharedDevice(), *this);
+    if (!surface_)
+        return;
+    for (QWidget* widget : std::initializer_list<QWidget*>{this, message_, figures_})
+        if (widget != nullptr)
+            widget->setAttribute(Qt::WA_NativeWindow);
+    PictureWindow& window = surface_->window();
+    window.installEventFilter(this);
+    connect(&window, &PictureWindow::exposed, this, [this] {
+        attach();
+        player_.picture().exposeTarget(id_);
+    });
+    connect(&window, &PictureWindow::sizeChanged, this, &PictureView::layOut);
+    if (isVisible())
+        surface_->container().show();
 }
 
 QLabel* PictureView::label(Qt::Alignment alignment) {
     auto* made = new QLabel(this);
-    made->setAttribute(Qt::WA_NativeWindow, window_ != nullptr);
+    made->setAttribute(Qt::WA_NativeWindow, surface_ != nullptr);
     made->setAlignment(alignment);
     made->setWordWrap(alignment == Qt::AlignCenter);
     made->setMargin(8);
@@ -83,19 +76,12 @@ QLabel* PictureView::label(Qt::Alignment alignment) {
 void PictureView::attach() {
     gpu::Device* device = player_.device();
     const PixelSize size = pixels();
-    const bool isWaiting =
-        window_ != nullptr && hasSurface_ && !window_->isExposed(); // it has no surface yet
+    const bool isWaiting = surface_ && !surface_->window().isExposed(); // it has no surface yet
     if (isAttached_ || isWaiting || device == nullptr || size.width < 1 || size.height < 1)
         return;
-    std::unique_ptr<FrameTarget> target;
-    if (window_ != nullptr && hasSurface_) {
-        void* surface = QVulkanInstance::surfaceForWindow(window_);
-        auto layer = surface != nullptr ? device->newLayer(surface) : nullptr;
-        if (layer)
-            target = std::make_unique<WindowTarget>(*device, std::move(layer));
-    }
-    if (!target && container_ != nullptr)
-        container_->hide();
+    std::unique_ptr<FrameTarget> target = surface_ ? surface_->newTarget() : nullptr;
+    if (!target && surface_)
+        surface_->container().hide();
     if (!target)
         target = std::make_unique<ImageTarget>(
             *device, size, [view = QPointer<PictureView>(this)](Picture picture) {
@@ -113,10 +99,13 @@ void PictureView::attach() {
     isAttached_ = true;
 }
 
-void PictureView::detach() {
+void PictureView::dropTarget() {
+    std::future<void> gone;
     if (isAttached_)
-        player_.picture().removeTarget(id_).wait_for(longestDetach);
+        gone = player_.picture().removeTarget(id_);
     isAttached_ = false;
+    if (surface_)
+        PictureSurface::retire(std::move(surface_), std::move(gone));
 }
 
 PixelSize PictureView::pixels() const {
@@ -139,8 +128,8 @@ void PictureView::setFigures(const QString& figures) {
 }
 
 void PictureView::layOut() {
-    if (container_ != nullptr)
-        container_->setGeometry(rect());
+    if (surface_)
+        surface_->container().setGeometry(rect());
     if (message_->isVisible()) {
         const int side = std::min(width() - 20, 520);
         message_->setFixedWidth(std::max(side, 40));
@@ -188,13 +177,18 @@ void PictureView::mouseMoveEvent(QMouseEvent* event) {
         point(event->position());
 }
 
+// The native window has the pointer, and in some cases the focus.
 bool PictureView::eventFilter(QObject* watched, QEvent* event) {
+    if (!surface_ || watched != &surface_->window())
+        return QWidget::eventFilter(watched, event);
     const bool moves = event->type() == QEvent::MouseMove;
-    if (watched == window_ && (moves || event->type() == QEvent::MouseButtonPress)) {
+    if (moves || event->type() == QEvent::MouseButtonPress) {
         const auto* mouse = static_cast<QMouseEvent*>(event);
         if (!moves || mouse->buttons() != Qt::NoButton)
             point(mouse->position());
     }
+    if (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease)
+        return QCoreApplication::sendEvent(this, event);
     return QWidget::eventFilter(watched, event);
 }
 

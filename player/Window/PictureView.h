@@ -2,18 +2,15 @@
 #pragma once
 
 #include "player/App/Player.h"
+#include "player/Window/PictureSurface.h"
 
 #include <QImage>
-#include <QVulkanInstance>
 #include <QWidget>
-#include <future>
 #include <memory>
 
 class QLabel;
 
 namespace tarnwick::player {
-
-class PictureWindow;
 
 // A native child window that the device presents on. Where the platform has no Vulkan surfaces, the
 // frames are copied and painted. Each view is one of its targets.
@@ -43,22 +40,20 @@ class PictureView : public QWidget {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    void attach(); // a target of the present device
-    void detach(); // waits until the target is gone, at most a second
+    void makeSurface(); // of the present device
+    void attach();      // a target of the present device
+    void dropTarget();  // with the surface
     void layOut();
     void point(const QPointF& place);
     QLabel* label(Qt::Alignment alignment);
 
     Player& player_;
     int id_;
-    QVulkanInstance instance_;
-    PictureWindow* window_ = nullptr; // null where frames are painted
-    QWidget* container_ = nullptr;
-    QLabel* message_;
-    QLabel* figures_;
+    std::unique_ptr<PictureSurface> surface_; // null where frames are painted
+    QLabel* message_ = nullptr;
+    QLabel* figures_ = nullptr;
     QImage image_; // the last frame, where frames are painted
     bool isAttached_ = false;
-    bool hasSurface_ = true; // the instance is that of the present device
 };
 
 } // namespace tarnwick::player
