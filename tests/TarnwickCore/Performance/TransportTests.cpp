@@ -1,11 +1,11 @@
-#include "player/Model/Transport.h"
+#include "TarnwickCore/Performance/Transport.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
 
-namespace tarnwick::player {
+namespace tarnwick {
 namespace {
 
 TEST(Transport, movesWithTheHostClockOnlyWhilePlaying) {
@@ -55,4 +55,4 @@ TEST(Transport, stepsByWholeFrames) {
 }
 
 } // namespace
-} // namespace tarnwick::player
+} // namespace tarnwick

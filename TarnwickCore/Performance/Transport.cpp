@@ -1,9 +1,9 @@
-#include "player/Model/Transport.h"
+#include "TarnwickCore/Performance/Transport.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace tarnwick::player {
+namespace tarnwick {
 namespace {
 
 // `time` within [start, end): wrapped by whole lengths of the range.
@@ -15,15 +15,30 @@ double wrapped(double time, const LoopRange& range) {
 
 } // namespace
 
+// The time without the loop.
+double Transport::movedAt(double host) const {
+    return time + (host - since) * speed;
+}
+
+bool Transport::wrapsAt(double moved) const {
+    return loop && ((speed > 0 && time < loop->end && moved >= loop->end) ||
+                    (speed < 0 && time > loop->start && moved < loop->start));
+}
+
 double Transport::timeAt(double host) const {
     if (!isPlaying)
         return time;
-    const double moved = time + (host - since) * speed;
-    if (loop && speed > 0 && time < loop->end && moved >= loop->end)
-        return wrapped(moved, *loop);
-    if (loop && speed < 0 && time > loop->start && moved < loop->start)
-        return wrapped(moved, *loop);
-    return std::max(moved, 0.0);
+    const double moved = movedAt(host);
+    return wrapsAt(moved) ? wrapped(moved, *loop) : std::max(moved, 0.0);
+}
+
+std::int64_t Transport::lapAt(double host) const {
+    const double moved = isPlaying ? movedAt(host) : time;
+    if (!isPlaying || !wrapsAt(moved))
+        return 0;
+    constexpr double most = 9e15;
+    const double laps = std::floor((moved - loop->start) / (loop->end - loop->start));
+    return static_cast<std::int64_t>(std::clamp(laps, -most, most));
 }
 
 std::int64_t Transport::frameOf(double time) {
@@ -77,4 +92,4 @@ Transport Transport::withLoop(std::optional<LoopRange> range, double host) const
     return changed;
 }
 
-} // namespace tarnwick::player
+} // namespace tarnwick

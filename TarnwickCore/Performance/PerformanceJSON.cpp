@@ -1,0 +1,246 @@
+// Performances as lines of JSON (RFC 8259): the first has the beginning, each further one a change,
+// the last one the length and the remarks. A line is short, because an hour has 200,000 of them,
+// and complete in itself, so that a file is whole up to its last line.
+#include "TarnwickCore/Animation/DocumentJSON.h"
+#include "TarnwickCore/Animation/KeyframeTracksJSON.h"
+#include "TarnwickCore/Performance/Performance.h"
+#include "TarnwickCore/Text/Numbers.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarnwick {
+namespace {
+
+using nlohmann::json;
+using nlohmann::ordered_json;
+
+constexpr int version = 1;
+constexpr const char* kind = "performance";
+
+// Writing.
+
+double finite(double number) {
+    if (!std::isfinite(number))
+        throw DocumentError("A performance holds a number that is not finite.");
+    return number;
+}
+
+ordered_json documentOf(const Transport& transport) {
+    ordered_json list{finite(transport.time), finite(transport.since), finite(transport.speed),
+                      transport.isPlaying};
+    if (transport.loop) {
+        list.push_back(finite(transport.loop->start));
+        list.push_back(finite(transport.loop->end));
+    }
+    return list;
+}
+
+ordered_json documentOf(const PointerPlace& place) {
+    if (!place)
+        return nullptr;
+    return {asWritten(static_cast<float>(finite((*place)[0]))),
+            asWritten(static_cast<float>(finite((*place)[1])))};
+}
+
+struct Writing {
+    ordered_json operator()(const Performance::Value& change) const {
+        ordered_json line{"value", change.name};
+        if (change.value) {
+            finite(*change.value);
+            line.push_back(asWritten(*change.value));
+        }
+        return line;
+    }
+    ordered_json operator()(const Performance::Track& change) const {
+        KeyframeTracks tracks;
+        tracks.tracks[change.name] = change.keys;
+        return {"keys", tarnwick::documentOf(tracks)};
+    }
+    ordered_json operator()(const Performance::Pointer& change) const {
+        return {"mouse", documentOf(change.place)};
+    }
+    ordered_json operator()(const Transport& change) const { return {"clock", documentOf(change)}; }
+};
+
+std::string lineOf(const ordered_json& document) {
+    return document.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+}
+
+// Reading. `where` begins the sentence of an error.
+
+double numberOf(const json& value, const std::string& where) {
+    if (!value.is_number())
+        throw DocumentError(where + " has " + value.dump() + " where a number is required.");
+    return value.get<double>(); // finite: the parser rejects larger numbers
+}
+
+Transport transportOf(const json& list, const std::string& where) {
+    const bool isList = list.is_array() && (list.size() == 4 || list.size() == 6);
+    if (!isList || !list[3].is_boolean())
+        throw DocumentError(where + " has a clock that is not [time, since, speed, playing] or "
+                                    "[time, since, speed, playing, loop start, loop end].");
+    Transport transport{.time = std::max(numberOf(list[0], where), 0.0),
+                        .since = numberOf(list[1], where),
+                        .speed = std::clamp(numberOf(list[2], where), -Transport::longestSpeed,
+                                            Transport::longestSpeed),
+                        .isPlaying = list[3].get<bool>()};
+    if (list.size() == 4)
+        return transport;
+    const LoopRange loop{numberOf(list[4], where), numberOf(list[5], where)};
+    if (!(loop.start >= 0 && loop.start < loop.end))
+        throw DocumentError(where + " has a loop that does not end after its start.");
+    transport.loop = loop;
+    return transport;
+}
+
+PointerPlace placeOf(const json& list, const std::string& where) {
+    if (list.is_null())
+        return std::nullopt;
+    if (!list.is_array() || list.size() != 2)
+        throw DocumentError(where + " has a place of the mouse that is not [x, y].");
+    const auto share = [&](const json& value) {
+        return static_cast<float>(std::clamp(numberOf(value, where), 0.0, 1.0));
+    };
+    return std::array{share(list[0]), share(list[1])};
+}
+
+Performance::Value valueOf(const json& line, const std::string& where) {
+    if (line.size() > 4 || line.size() < 3 || !line[2].is_string())
+        throw DocumentError(where + " is not [seconds, \"value\", name, number].");
+    Performance::Value change{.name = line[2].get<std::string>()};
+    if (line.size() == 4)
+        change.value = singleOf(line[3], where + ": the value");
+    return change;
+}
+
+Performance::Track trackOf(const json& line, const std::string& where) {
+    const KeyframeTracks read = keyframeTracksOf(line[2], where);
+    if (read.tracks.size() != 1)
+        throw DocumentError(where + " does not have the keys of one parameter.");
+    return {read.tracks.begin()->first, read.tracks.begin()->second};
+}
+
+Performance::What whatOf(const json& line, const std::string& where) {
+    const std::string& kindOfChange = line[1].get_ref<const std::string&>();
+    if (kindOfChange == "value")
+        return valueOf(line, where);
+    if (kindOfChange == "keys")
+        return trackOf(line, where);
+    if (kindOfChange == "mouse")
+        return Performance::Pointer{placeOf(line[2], where)};
+    if (kindOfChange == "clock")
+        return transportOf(line[2], where);
+    throw DocumentError(where + " has a change of the unknown kind \"" + kindOfChange + "\".");
+}
+
+Performance::Change changeOf(const json& line, const std::string& where) {
+    if (!line.is_array() || line.size() < 3 || !line[1].is_string())
+        throw DocumentError(where + " is not a change: [seconds, kind, ...].");
+    return {numberOf(line[0], where), whatOf(line, where)};
+}
+
+std::string textMember(const json& object, const char* name, const std::string& where) {
+    const json& value = requiredMember(object, name, where);
+    if (!value.is_string())
+        throw DocumentError(where + " has a \"" + name + "\" that is not text.");
+    return value.get<std::string>();
+}
+
+Performance beginningOf(const json& line) {
+    const std::string where = "Line 1";
+    if (!line.is_object() || !line.contains("kind") || line["kind"] != kind)
+        throw DocumentError("The document is not a performance.", DocumentError::Cause::otherKind);
+    if (const double found = requiredNumber(line, "version", where); found != version)
+        throw DocumentError("The performance has version " + shortest(found) +
+                            "; this release reads version " + std::to_string(version) + ".");
+    const json& episode = requiredMember(line, "episode", where);
+    Performance performance{.episode = {.title = textMember(episode, "title", where),
+                                        .sha256 = textMember(episode, "sha256", where)}};
+    performance.start = {.settings =
+                             Settings::decode(requiredMember(line, "settings", where).dump()),
+                         .transport = transportOf(requiredMember(line, "clock", where), where),
+                         .pointer = placeOf(requiredMember(line, "mouse", where), where)};
+    return performance;
+}
+
+void readEnd(const json& line, const std::string& where, Performance& performance) {
+    performance.length = std::max(performance.length, requiredNumber(line, "length", where));
+    const json& remarks = requiredMember(line, "remarks", where);
+    for (const json& remark : remarks)
+        if (remark.is_string())
+            performance.remarks.push_back(remark.get<std::string>());
+}
+
+// The JSON value of a line of a document. Throws DocumentError with the number of the line.
+json parsedLine(std::string_view text, const std::string& where) {
+    try {
+        return parsedDocument(text);
+    } catch (const DocumentError& error) {
+        throw DocumentError(where + " of the document: " + error.what());
+    }
+}
+
+// Takes the first line off `text`, and says whether its line feed is there.
+std::pair<std::string_view, bool> takeLine(std::string_view& text) {
+    const std::size_t end = text.find('\n');
+    const std::string_view line = text.substr(0, end);
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    return {line, end != std::string_view::npos};
+}
+
+} // namespace
+
+std::string Performance::encodedBeginning() const {
+    return lineOf({{"kind", kind},
+                   {"version", version},
+                   {"episode", {{"title", episode.title}, {"sha256", episode.sha256}}},
+                   {"settings", ordered_json::parse(start.settings.encode())},
+                   {"clock", documentOf(start.transport)},
+                   {"mouse", documentOf(start.pointer)}});
+}
+
+std::string Performance::encoded(std::span<const Change> changes) {
+    std::string lines;
+    for (const Change& change : changes) {
+        ordered_json line = std::visit(Writing{}, change.what);
+        line.insert(line.begin(), finite(change.time));
+        lines += lineOf(line);
+    }
+    return lines;
+}
+
+std::string Performance::encodedEnd() const {
+    return lineOf({{"length", finite(length)}, {"remarks", remarks}});
+}
+
+std::string Performance::encode() const {
+    return encodedBeginning() + encoded(changes) + encodedEnd();
+}
+
+Performance Performance::decode(std::string_view text) {
+    const auto [first, isFirstWhole] = takeLine(text);
+    Performance performance = beginningOf(parsedLine(first, "Line 1"));
+    for (std::int64_t number = 2; !text.empty(); ++number) {
+        const auto [line, isWhole] = takeLine(text);
+        if (!isWhole) // the last one, cut off
+            break;
+        const std::string where = "Line " + std::to_string(number);
+        const json document = parsedLine(line, where);
+        if (document.is_object()) {
+            readEnd(document, where, performance);
+            return performance;
+        }
+        performance.changes.push_back(changeOf(document, where));
+        const double time = performance.changes.back().time;
+        if (!(time >= performance.length))
+            throw DocumentError(where + " is at " + shortest(time) +
+                                " s, before the change above it.");
+        performance.length = time;
+    }
+    performance.remarks.emplace_back(
+        "The recording was interrupted; the performance ends with its last change.");
+    return performance;
+}
+
+} // namespace tarnwick

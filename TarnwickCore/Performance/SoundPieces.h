@@ -1,0 +1,26 @@
+// The sound of a performance in pieces: stretches of samples in which nothing changes.
+#pragma once
+
+#include "TarnwickCore/Performance/PerformanceCursor.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace tarnwick {
+
+struct SoundPiece {
+    std::int64_t count = 0; // samples
+    bool isSilent = false;  // the clock is paused; the rest of the record is unused then
+    double start = 0;       // seconds of the episode, of the first sample
+    double speed = 1;       // seconds of the episode per second
+    ParamValues values{};   // base values
+
+    bool operator==(const SoundPiece&) const = default;
+};
+
+// The pieces of `count` samples from sample `first` on. Sample i is at i / `rate` seconds of the
+// performance; it has the clock and the values of that time.
+std::vector<SoundPiece> soundPieces(PerformanceCursor& cursor, std::int64_t first,
+                                    std::int64_t count, std::int64_t rate);
+
+} // namespace tarnwick
