@@ -15,6 +15,7 @@ class FileActions;
 class MessageBar;
 class PictureActions;
 class PictureView;
+class StartActions;
 class TransportBar;
 
 class MainWindow : public QMainWindow {
@@ -23,7 +24,7 @@ class MainWindow : public QMainWindow {
   public:
     explicit MainWindow(Player& player);
 
-    // Opens a file, or says why not.
+    // Opens a file, or says why not. A folder is shown with its episodes.
     void open(const QString& file);
     void newEpisode();
 
@@ -49,6 +50,7 @@ class MainWindow : public QMainWindow {
     TransportBar* transport_;
     FileActions* files_ = nullptr;
     PictureActions* pictureActions_ = nullptr;
+    StartActions* start_ = nullptr;
 };
 
 } // namespace tarnwick::player
