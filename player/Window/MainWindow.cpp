@@ -1,13 +1,11 @@
 #include "player/Window/MainWindow.h"
 
-#include "player/CommandList/CommandActions.h"
 #include "player/Editor/EpisodeEditor.h"
-#include "player/Grid/ThumbnailService.h"
+#include "player/ExportPanel/ExportFeature.h"
 #include "player/Panels/KeysPanel.h"
 #include "player/Panels/ParametersPanel.h"
 #include "player/Panels/ProblemsPanel.h"
 #include "player/Panels/TransportBar.h"
-#include "player/Start/StartActions.h"
 #include "player/Window/DocumentTabs.h"
 #include "player/Window/FileActions.h"
 #include "player/Window/MessageBar.h"
@@ -18,7 +16,6 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QDockWidget>
-#include <QFileInfo>
 #include <QMimeData>
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -80,10 +77,7 @@ void MainWindow::makeFeatures() {
     addEditActions(player_, actions_, *tabs_);
     addPlayActions(actions_, *transport_);
     pictureActions_ = new PictureActions(player_, *this, actions_, *picture_);
-    auto* thumbnails = new ThumbnailService(player_, this);
-    start_ =
-        new StartActions(player_, *this, actions_, *thumbnails, [this] { files_->openByDialog(); });
-    addCommandActions(*this, actions_);
+    exports_ = new ExportFeature(player_, *this, actions_);
     actions_.separate(ActionMenu::file);
     actions_.add(ActionMenu::file, tr("&Quit"), QKeySequence::Quit, [this] { close(); });
 }
@@ -101,6 +95,8 @@ void MainWindow::makeDocks() {
     QDockWidget* keys =
         addDock(new KeysPanel(player_), tr("Keys"), "keys", Qt::BottomDockWidgetArea);
     tabifyDockWidget(list, keys);
+    tabifyDockWidget(
+        list, addDock(exports_->panel(), tr("Exports"), "exports", Qt::BottomDockWidgetArea));
     list->raise();
     resizeDocks({list}, {190}, Qt::Vertical);
     resizeDocks({parameters}, {300}, Qt::Horizontal);
@@ -117,10 +113,7 @@ QDockWidget* MainWindow::addDock(QWidget* content, const QString& title, const c
 }
 
 void MainWindow::open(const QString& file) {
-    if (QFileInfo(file).isDir())
-        start_->openFolder(file.toStdString());
-    else
-        files_->open(file);
+    files_->open(file);
 }
 
 void MainWindow::newEpisode() {

@@ -11,11 +11,11 @@ class QDockWidget;
 namespace tarnwick::player {
 
 class DocumentTabs;
+class ExportFeature;
 class FileActions;
 class MessageBar;
 class PictureActions;
 class PictureView;
-class StartActions;
 class TransportBar;
 
 class MainWindow : public QMainWindow {
@@ -24,7 +24,7 @@ class MainWindow : public QMainWindow {
   public:
     explicit MainWindow(Player& player);
 
-    // Opens a file, or says why not. A folder is shown with its episodes.
+    // Opens a file, or says why not.
     void open(const QString& file);
     void newEpisode();
 
@@ -50,7 +50,7 @@ class MainWindow : public QMainWindow {
     TransportBar* transport_;
     FileActions* files_ = nullptr;
     PictureActions* pictureActions_ = nullptr;
-    StartActions* start_ = nullptr;
+    ExportFeature* exports_ = nullptr;
 };
 
 } // namespace tarnwick::player

@@ -1,31 +1,25 @@
 #include "player/Window/PictureActions.h"
 
-#include "TarnwickPlatform/Pictures/PNG.h"
 #include "player/Window/OutputWindow.h"
 #include "player/Window/PictureView.h"
 
 #include <QAction>
-#include <QFileDialog>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QScreen>
 #include <QStatusBar>
-#include <chrono>
 
 namespace tarnwick::player {
 namespace {
 
 constexpr int outputTarget = 2; // the number of the picture on a whole display
 constexpr int settleTime = 150; // milliseconds after a change of the picture's size
-constexpr std::chrono::seconds longestSnapshot{5};
 
 } // namespace
 
 PictureActions::PictureActions(Player& player, QMainWindow& window, Actions& actions,
                                PictureView& picture)
     : QObject(&window), player_(player), window_(window), picture_(picture) {
-    actions.add(ActionMenu::file, tr("Save s&napshot..."), QKeySequence(tr("Ctrl+Shift+S")),
-                [this] { takeSnapshot(); });
     QAction* figures =
         actions.add(ActionMenu::view, tr("Frame &figures"), QKeySequence(tr("Ctrl+I")), [] {});
     figures->setCheckable(true);
@@ -122,28 +116,6 @@ void PictureActions::showState() {
                                             .arg(news.picture.width)
                                             .arg(news.picture.height)
                                       : QString());
-}
-
-void PictureActions::takeSnapshot() {
-    auto pending = player_.picture().snapshot();
-    if (pending.wait_for(longestSnapshot) != std::future_status::ready) {
-        player_.tell(tr("The picture is still being drawn."));
-        return;
-    }
-    const std::optional<Picture> picture = pending.get();
-    if (!picture) {
-        player_.tell(tr("There is no picture yet."));
-        return;
-    }
-    const QString file = QFileDialog::getSaveFileName(&window_, tr("Save snapshot"), QString(),
-                                                      tr("Pictures (*.png)"));
-    if (file.isEmpty())
-        return;
-    try {
-        writePNG(*picture, file.toStdString());
-    } catch (const std::exception& error) {
-        player_.tell(QString::fromStdString(error.what()));
-    }
 }
 
 } // namespace tarnwick::player

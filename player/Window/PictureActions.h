@@ -26,7 +26,6 @@ class PictureActions : public QObject {
     void addScales(Actions& actions);
     void addDisplays(Actions& actions);
     void fitPicture();
-    void takeSnapshot();
     // Shows the picture alone on a display, or ends that.
     void toggleOutput(QScreen* screen);
     void showState();

@@ -1,0 +1,81 @@
+#include "player/ExportPanel/ExportFeature.h"
+
+#include "player/ExportPanel/ExportDialog.h"
+#include "player/ExportPanel/QueuePanel.h"
+#include "player/ExportPanel/SnapshotActions.h"
+
+#include <QCoreApplication>
+#include <QDockWidget>
+#include <QEvent>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace tarnwick::player {
+
+ExportFeature::ExportFeature(Player& player, QMainWindow& window, Actions& actions)
+    : QObject(&window), player_(player), window_(window), panel_(new QueuePanel(queue_)) {
+    actions.separate(ActionMenu::file);
+    new SnapshotActions(player_, window_, actions, queue_);
+    actions.add(ActionMenu::file, tr("&Export movie..."), QKeySequence(tr("Ctrl+Shift+E")),
+                [this] { exportMovie(); });
+    connect(&queue_, &ExportQueue::ended, this, &ExportFeature::tellEnd);
+    window_.installEventFilter(this);
+}
+
+QWidget* ExportFeature::panel() const {
+    return panel_;
+}
+
+void ExportFeature::exportMovie() {
+    const OpenDocument* document = player_.active();
+    if (document == nullptr)
+        return;
+    ExportDialog dialog(*document, &window_);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    queue_.add(movieOrder(dialog.request()));
+    showPanel();
+}
+
+void ExportFeature::showPanel() {
+    if (auto* dock = qobject_cast<QDockWidget*>(panel_->parentWidget())) {
+        dock->show();
+        dock->raise();
+    }
+}
+
+void ExportFeature::tellEnd(int id) {
+    const ExportJob& job = queue_.jobs().at(id);
+    if (job.state == ExportState::failed)
+        player_.tell(
+            tr("The export of %1 failed: %2")
+                .arg(QString::fromStdString(job.title), QString::fromStdString(job.sentence)));
+}
+
+bool ExportFeature::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == &window_ && event->type() == QEvent::Close && !mayQuit()) {
+        event->ignore();
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+bool ExportFeature::mayQuit() {
+    const int count = queue_.unfinished();
+    if (count == 0)
+        return true;
+    QMessageBox question(QMessageBox::Question, tr("Exports are not finished"),
+                         count == 1
+                             ? tr("An export is not finished. Quit and cancel it?")
+                             : tr("%1 exports are not finished. Quit and cancel them?").arg(count),
+                         QMessageBox::NoButton, &window_);
+    const QPushButton* quit =
+        question.addButton(tr("&Cancel exports and quit"), QMessageBox::DestructiveRole);
+    QPushButton* stay = question.addButton(tr("&Keep working"), QMessageBox::RejectRole);
+    question.setDefaultButton(stay);
+    question.setEscapeButton(stay);
+    question.exec();
+    return question.clickedButton() == quit;
+}
+
+} // namespace tarnwick::player

@@ -1,0 +1,86 @@
+// The orders to write movies, pictures and packages of an episode as it is edited now.
+#pragma once
+
+#include "TarnwickBase/PixelSize.h"
+#include "TarnwickCore/Animation/Settings.h"
+#include "TarnwickCore/Movies/VideoChapters.h"
+#include "player/Exports/Order.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnwick::player {
+
+// A document as it is now, with its unsaved changes.
+struct EpisodeCopy {
+    std::string title;
+    std::string text;
+    Settings settings{};
+
+    std::string fileName() const; // "Turning.metal", a safe name
+};
+
+// The format of a movie. Absent members: those of the preset.
+struct MovieFormat {
+    std::string_view preset = "web"; // the id of an ExportPreset
+    std::optional<PixelSize> size{};
+    std::optional<std::int64_t> framesPerSecond{};
+    bool isDraft = false;
+    bool hasSound = true; // if the episode has one
+    bool hasWatermark = false;
+};
+
+struct MovieRequest {
+    EpisodeCopy episode;
+    MovieFormat format{};
+    double start = 0, duration = 10; // seconds of the episode
+    double crossfade = 0;            // seconds; of a loop
+    std::vector<VideoChapters::Chapter> chapters{};
+    std::optional<std::filesystem::path> performance{}; // replaces values, keys and range
+    std::filesystem::path output{};
+};
+Order movieOrder(const MovieRequest& request);
+
+// The search for the length at which the episode loops. Prints JSON, and draws the seam.
+struct LoopRequest {
+    EpisodeCopy episode;
+    double start = 0, around = 8, range = 0.5, crossfade = 0; // seconds
+    std::int64_t framesPerSecond = 30;
+};
+inline constexpr const char* seamFile = "seam.png"; // in the order's own folder
+Order loopOrder(const LoopRequest& request);
+
+struct StillRequest {
+    EpisodeCopy episode;
+    PixelSize size{1920, 1080};
+    double time = 0;         // seconds of the episode
+    std::uint32_t frame = 0; // its number
+    bool hasAlpha = false;   // keeps the episode's alpha
+    std::filesystem::path output{};
+};
+Order stillOrder(const StillRequest& request);
+
+struct WalkthroughRequest {
+    EpisodeCopy episode;
+    std::vector<std::filesystem::path> stages{}; // earlier versions, the first one first
+    bool isMovie = true;                         // otherwise a folder of pictures
+    MovieFormat format{};                        // of a movie
+    PixelSize size{1920, 1080};                  // of pictures
+    double pageSeconds = 6;                      // of a movie
+    double start = 0;                            // seconds of the episode; of a movie
+    std::filesystem::path output{};
+};
+Order walkthroughOrder(const WalkthroughRequest& request);
+
+struct PackageRequest {
+    EpisodeCopy episode;
+    std::string title; // from which the names of the package's types are made
+    std::filesystem::path output{};
+};
+Order packageOrder(const PackageRequest& request);
+
+} // namespace tarnwick::player

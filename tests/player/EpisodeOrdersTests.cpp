@@ -1,0 +1,64 @@
+#include "player/Exports/EpisodeOrders.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+
+namespace tarnwick::player {
+namespace {
+
+// As text: "export <Mine.metal> ... -o >".
+std::string lineOf(const Order& order) {
+    std::string line;
+    for (const OrderWord& word : order.words)
+        line += word.kind == OrderWord::Kind::text     ? word.text + " "
+                : word.kind == OrderWord::Kind::output ? "> "
+                                                       : "<" + word.text + "> ";
+    return line;
+}
+
+const EpisodeCopy episode{
+    .title = "My/Rings", .text = "// text", .settings = {.values = {{"red", 0.5f}}}};
+
+TEST(EpisodeOrders, exportAMovieOfTheCopy) {
+    const Order order = movieOrder({.episode = episode,
+                                    .format = {.preset = "hevcalpha",
+                                               .size = PixelSize{640, 360},
+                                               .framesPerSecond = 24,
+                                               .hasSound = false,
+                                               .hasWatermark = true},
+                                    .start = 1.5,
+                                    .duration = 0.1,
+                                    .crossfade = 0.25,
+                                    .chapters = {{.at = 0, .title = "One"}},
+                                    .output = "/tmp/a.mov"});
+    EXPECT_EQ(lineOf(order),
+              "export <Rings.metal> --settings <settings.json> --preset hevcalpha --size 640x360 "
+              "--fps 24 --no-sound --watermark --start 1.5 --duration 0.1 --loop 0.25 --chapters "
+              "<chapters.json> -o > ");
+    EXPECT_EQ(order.inputs.at(0), (OrderInput{"Rings.metal", "// text"}));
+    EXPECT_EQ(Settings::decode(order.inputs.at(1).text), episode.settings);
+    EXPECT_EQ(VideoChapters::decode(order.inputs.at(2).text).chapters.at(0).title, "One");
+}
+
+TEST(EpisodeOrders, leaveOutSettingsThatNoDocumentCanHold) {
+    EpisodeCopy broken = episode;
+    broken.settings.values["red"] = std::numeric_limits<float>::quiet_NaN();
+    const Order order = stillOrder({.episode = broken});
+    EXPECT_TRUE(Settings::decode(order.inputs.at(1).text).values.empty());
+}
+
+TEST(EpisodeOrders, explainAnEpisodeAsPicturesOrAsAMovie) {
+    WalkthroughRequest request{.episode = episode, .stages = {"/a.metal"}, .isMovie = false};
+    EXPECT_EQ(lineOf(walkthroughOrder(request)),
+              "walkthrough <Rings.metal> --settings <settings.json> --stages /a.metal --size "
+              "1920x1080 --pages > ");
+    request.isMovie = true;
+    EXPECT_EQ(lineOf(walkthroughOrder(request)),
+              "walkthrough <Rings.metal> --settings <settings.json> --stages /a.metal --preset web "
+              "--page-seconds 6 --start 0 -o > ");
+}
+
+} // namespace
+} // namespace tarnwick::player
