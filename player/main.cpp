@@ -20,15 +20,16 @@ constexpr std::array<Option, 2> options{{
     {.name = "--version", .help = "print the release"},
 }};
 
-constexpr CommandForm form{.operands = "[EPISODE.metal]...", .options = options};
+constexpr CommandForm form{.operands = "[EPISODE.metal | FOLDER]...", .options = options};
 
-constexpr std::string_view summary = "Opens episodes in the player.";
+constexpr std::string_view summary =
+    "Opens episodes in the player, or shows the episodes of a folder.";
 
-// Offers the unsaved work of a player that did not end by itself. Returns whether it was opened.
-bool recover(Player& player, MainWindow& window) {
+// Offers the unsaved work of a player that did not end by itself.
+void recover(Player& player, MainWindow& window) {
     const auto left = leftDrafts(draftsFolder());
     if (left.empty())
-        return false;
+        return;
     const auto answer = QMessageBox::question(
         &window, QObject::tr("Unsaved work"),
         left.size() == 1
@@ -44,7 +45,6 @@ bool recover(Player& player, MainWindow& window) {
         else if (autosave)
             autosave->discard();
     }
-    return answer == QMessageBox::Yes;
 }
 
 int play(const Arguments& arguments, int count, char** words) {
@@ -54,11 +54,9 @@ int play(const Arguments& arguments, int count, char** words) {
     Player player;
     MainWindow window(player);
     window.show();
-    const bool hasRecovered = recover(player, window);
+    recover(player, window);
     for (const std::string& file : arguments.operands())
         window.open(QString::fromStdString(file));
-    if (player.documents().empty() && !hasRecovered)
-        window.newEpisode();
     const int status = QApplication::exec();
     endSoon(status); // the device may work for longer
     return status;

@@ -17,6 +17,7 @@ class FileActions : public QObject {
 
     // Opens a file, or says why not.
     void open(const QString& file);
+    void openByDialog();
     void newEpisode();
     // Asks about unsaved changes. Nothing is closed if the answer is to cancel.
     void close(OpenDocument* document);
@@ -24,7 +25,6 @@ class FileActions : public QObject {
     bool mayCloseAll();
 
   private:
-    void openByDialog();
     bool save(OpenDocument* document);
     bool saveAs(OpenDocument* document);
     bool written(const std::function<void()>& write); // or the user is told why not

@@ -1,11 +1,14 @@
 #include "player/Window/MainWindow.h"
 
+#include "player/CommandList/CommandActions.h"
 #include "player/Editor/EpisodeEditor.h"
 #include "player/ExportPanel/ExportFeature.h"
+#include "player/Grid/ThumbnailService.h"
 #include "player/Panels/KeysPanel.h"
 #include "player/Panels/ParametersPanel.h"
 #include "player/Panels/ProblemsPanel.h"
 #include "player/Panels/TransportBar.h"
+#include "player/Start/StartActions.h"
 #include "player/Window/DocumentTabs.h"
 #include "player/Window/FileActions.h"
 #include "player/Window/MessageBar.h"
@@ -16,6 +19,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QDockWidget>
+#include <QFileInfo>
 #include <QMimeData>
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -78,6 +82,10 @@ void MainWindow::makeFeatures() {
     addPlayActions(actions_, *transport_);
     pictureActions_ = new PictureActions(player_, *this, actions_, *picture_);
     exports_ = new ExportFeature(player_, *this, actions_);
+    auto* thumbnails = new ThumbnailService(player_, this);
+    start_ =
+        new StartActions(player_, *this, actions_, *thumbnails, [this] { files_->openByDialog(); });
+    addCommandActions(*this, actions_);
     actions_.separate(ActionMenu::file);
     actions_.add(ActionMenu::file, tr("&Quit"), QKeySequence::Quit, [this] { close(); });
 }
@@ -113,7 +121,10 @@ QDockWidget* MainWindow::addDock(QWidget* content, const QString& title, const c
 }
 
 void MainWindow::open(const QString& file) {
-    files_->open(file);
+    if (QFileInfo(file).isDir())
+        start_->openFolder(file.toStdString());
+    else
+        files_->open(file);
 }
 
 void MainWindow::newEpisode() {

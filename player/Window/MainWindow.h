@@ -16,6 +16,7 @@ class FileActions;
 class MessageBar;
 class PictureActions;
 class PictureView;
+class StartActions;
 class TransportBar;
 
 class MainWindow : public QMainWindow {
@@ -24,7 +25,7 @@ class MainWindow : public QMainWindow {
   public:
     explicit MainWindow(Player& player);
 
-    // Opens a file, or says why not.
+    // Opens a file, or says why not. A folder is shown with its episodes.
     void open(const QString& file);
     void newEpisode();
 
@@ -50,6 +51,7 @@ class MainWindow : public QMainWindow {
     TransportBar* transport_;
     FileActions* files_ = nullptr;
     PictureActions* pictureActions_ = nullptr;
+    StartActions* start_ = nullptr;
     ExportFeature* exports_ = nullptr;
 };
 

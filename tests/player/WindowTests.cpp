@@ -1,4 +1,5 @@
 // The player's window on Qt's platform without a screen.
+#include "TarnwickBase/TemporaryFolder.h"
 #include "player/Editor/EpisodeEditor.h"
 #include "player/Editor/FindBar.h"
 #include "player/Panels/ParametersPanel.h"
@@ -128,6 +129,9 @@ TEST_F(Window, hasATabForEachDocument) {
 
 int main(int count, char** words) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    const tarnwick::TemporaryFolder own; // the user's lists and settings are not touched
+    for (const char* variable : {"XDG_STATE_HOME", "XDG_CONFIG_HOME"})
+        qputenv(variable, QByteArray::fromStdString(own.path().string()));
     testing::InitGoogleTest(&count, words);
     QApplication application(count, words);
     return RUN_ALL_TESTS();

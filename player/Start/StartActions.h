@@ -1,0 +1,62 @@
+// The start page and the folder browser in the window.
+#pragma once
+
+#include "player/Actions/Actions.h"
+#include "player/App/Player.h"
+#include "player/Grid/ThumbnailService.h"
+
+#include <QMainWindow>
+#include <QPointer>
+#include <filesystem>
+#include <functional>
+#include <set>
+
+class QDockWidget;
+class QLabel;
+class QStackedWidget;
+
+namespace tarnwick::player {
+
+class FolderBrowser;
+class StartPage;
+
+// Puts the start page in the place of the window's content while no episode is open, and when the
+// user asks for it. The docks are hidden then. Keeps the list of recent episodes.
+class StartActions : public QObject {
+    Q_OBJECT
+
+  public:
+    // The window has its central widget already. `openByDialog` asks for episodes to open.
+    StartActions(Player& player, QMainWindow& window, Actions& actions, ThumbnailService& service,
+                 std::function<void()> openByDialog);
+
+    void openFolder(const std::filesystem::path& folder);
+    bool isShown() const;
+    // The places of docks and bars, as they are without the start page; for QMainWindow.
+    QByteArray windowState() const;
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    QWidget* start(ThumbnailService& service, std::function<void()> openByDialog);
+    void showStart();
+    void showWork();
+    void toggle();
+    void openFolderByDialog();
+    void openFile(const QString& file);
+    void noteRecent(OpenDocument* document);
+
+    Player& player_;
+    QMainWindow& window_;
+    QStackedWidget* whole_; // the work, the start
+    QStackedWidget* pages_; // the start page, the folder
+    StartPage* page_;
+    FolderBrowser* browser_;
+    QLabel* message_;
+    QByteArray stateBefore_; // of the window, while the start is shown
+    std::vector<QPointer<QDockWidget>> hidden_;
+    std::set<std::filesystem::path> noted_;
+};
+
+} // namespace tarnwick::player
