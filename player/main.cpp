@@ -5,6 +5,7 @@
 #include "TarnwickBase/Version.h"
 #include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/CommandLine/Help.h"
+#include "player/ControlPanel/LiveControl.h"
 #include "player/Window/MainWindow.h"
 
 #include <QApplication>
@@ -15,7 +16,13 @@
 namespace tarnwick::player {
 namespace {
 
-constexpr std::array<Option, 2> options{{
+constexpr std::array<Option, 3> options{{
+    {.name = "--osc",
+     .value = "PORT",
+     .help = "let OSC messages to this UDP port move the parameters; from this machine, unless a "
+             "network is chosen in the window",
+     .values = WholeNumber{.least = 1, .most = 65535},
+     .byDefault = "the port chosen in the window; none at first"},
     {.name = "--help", .help = "print this help"},
     {.name = "--version", .help = "print the release"},
 }};
@@ -57,6 +64,9 @@ int play(const Arguments& arguments, int count, char** words) {
     recover(player, window);
     for (const std::string& file : arguments.operands())
         window.open(QString::fromStdString(file));
+    if (arguments.has("--osc"))
+        window.findChild<LiveControl*>()->listen(
+            static_cast<std::uint16_t>(arguments.unsignedOf("--osc")));
     const int status = QApplication::exec();
     endSoon(status); // the device may work for longer
     return status;

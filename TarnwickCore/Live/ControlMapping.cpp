@@ -10,8 +10,10 @@ float clamped(float value, const ParamDecl& param) {
     return std::clamp(value, param.min, param.max);
 }
 
-// The value at a position in [0, 1]. At 1 the sum may round to the float next to max.
-float valueAt(float place, const ParamDecl& param) {
+} // namespace
+
+// At 1 the sum may round to the float next to max.
+float ControlMapping::valueAt(float place, const ParamDecl& param) {
     if (place <= 0)
         return param.min;
     // The difference of finite ends may be infinite.
@@ -20,8 +22,6 @@ float valueAt(float place, const ParamDecl& param) {
                                                 : std::lerp(param.min, param.max, place);
     return std::isnan(value) ? param.defaultValue : clamped(value, param);
 }
-
-} // namespace
 
 std::optional<ControlMapping::NamedValue> ControlMapping::value(const OSC::Message& message,
                                                                 std::span<const ParamDecl> params) {

@@ -32,6 +32,9 @@ struct ControlMapping {
     static std::optional<NamedValue> value(const OSC::Message& message,
                                            std::span<const ParamDecl> params);
 
+    // That value. A position below 0 counts as 0.
+    static float valueAt(float position, const ParamDecl& param);
+
     // The value for a controller value `cc`: exactly min at 0, exactly max at 127 and above.
     static float value(std::uint8_t cc, const ParamDecl& param);
 

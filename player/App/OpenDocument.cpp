@@ -2,6 +2,7 @@
 
 #include "TarnwickPlatform/Dispatch/HostClock.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tarnwick::player {
@@ -62,12 +63,41 @@ void OpenDocument::setTransport(const Transport& transport) {
     emit transportChanged();
 }
 
+void OpenDocument::hold(const ParamValues& values) {
+    ParamValues next = values;
+    next.merge(held_);
+    held_ = std::move(next);
+    emit settingsChanged();
+}
+
+void OpenDocument::releaseHeld() {
+    held_.clear();
+    emit settingsChanged();
+}
+
+Settings OpenDocument::playedSettings() const {
+    Settings played = document_.settings();
+    for (const auto& [name, value] : held_) {
+        played.keys.clear(name);
+        played.values[name] = value;
+    }
+    return played;
+}
+
+float OpenDocument::valueNow(const ParamDecl& param) const {
+    const auto held = held_.find(param.name);
+    return held == held_.end() ? document_.valueAt(param, time())
+                               : std::clamp(held->second, param.min, param.max);
+}
+
 void OpenDocument::setValue(const std::string& name, float value) {
+    held_.erase(name);
     document_.setValue(name, value, time());
     emit settingsChanged();
 }
 
 void OpenDocument::resetValue(const std::string& name) {
+    held_.erase(name);
     Settings next = document_.settings();
     next.values.erase(name);
     next.keys.clear(name);

@@ -42,6 +42,15 @@ class OpenDocument : public QObject {
     // The device was replaced: the program of the old one cannot be drawn.
     void forgetProgram();
 
+    // Plays values that replace the keys of their parameters until setValue(), resetValue() or
+    // releaseHeld(). They are not part of the settings, nor of what can be undone.
+    void hold(const ParamValues& values);
+    void releaseHeld();
+    const ParamValues& held() const { return held_; }
+    // The settings with the held values; what is played.
+    Settings playedSettings() const;
+    float valueNow(const ParamDecl& param) const; // the value that is played
+
     void setTransport(const Transport& transport);
     void setValue(const std::string& name, float value);
     void resetValue(const std::string& name);
@@ -78,6 +87,7 @@ class OpenDocument : public QObject {
     std::uint64_t id_;
     Document document_;
     Transport transport_;
+    ParamValues held_;
     std::unique_ptr<Autosave> autosave_;
     std::optional<CompileResult> result_;
     std::shared_ptr<const ShaderProgram> program_;

@@ -178,7 +178,7 @@ void Player::publish() {
         record->program = isRefused(*active_) ? nullptr : active_->program();
         record->revision = active_->programRevision();
         record->transport = active_->transport();
-        const Settings& settings = active_->document().settings();
+        const Settings settings = active_->playedSettings();
         record->settings = std::make_shared<const Settings>(
             record->program ? settings.fitted(record->program->params()) : settings);
     }

@@ -176,7 +176,7 @@ void ParametersPanel::showValues() {
     const double time = document_->time();
     const Document& document = document_->document();
     for (const Row& row : rows_) {
-        const float value = document.valueAt(row.param, time);
+        const float value = document_->valueNow(row.param);
         if (!row.slider->isSliderDown())
             row.slider->setValue(stepOf(row.param, value));
         if (!row.entry->hasFocus() || row.slider->isSliderDown())

@@ -1,6 +1,7 @@
 #include "player/Window/MainWindow.h"
 
 #include "player/CommandList/CommandActions.h"
+#include "player/ControlPanel/ControlFeature.h"
 #include "player/Editor/EpisodeEditor.h"
 #include "player/ExportPanel/ExportFeature.h"
 #include "player/Grid/ThumbnailService.h"
@@ -86,6 +87,7 @@ void MainWindow::makeFeatures() {
     start_ =
         new StartActions(player_, *this, actions_, *thumbnails, [this] { files_->openByDialog(); });
     addCommandActions(*this, actions_);
+    new ControlFeature(player_, *this, actions_);
     actions_.separate(ActionMenu::file);
     actions_.add(ActionMenu::file, tr("&Quit"), QKeySequence::Quit, [this] { close(); });
 }

@@ -4,6 +4,7 @@
 #include "player/Editor/FindBar.h"
 #include "player/Panels/ParametersPanel.h"
 #include "player/Panels/ProblemsPanel.h"
+#include "player/Window/DocumentTabs.h"
 #include "player/Window/MainWindow.h"
 
 #include <gtest/gtest.h>
@@ -110,7 +111,7 @@ TEST_F(Window, findsReplacesAndGoesToLines) {
 }
 
 TEST_F(Window, hasATabForEachDocument) {
-    auto* tabs = window.findChild<QTabWidget*>();
+    auto* tabs = window.findChild<DocumentTabs*>()->findChild<QTabWidget*>();
     OpenDocument* second = player.add(Document("// second\n", "Second"));
     EXPECT_EQ(tabs->count(), 2);
     EXPECT_EQ(tabs->tabText(1), "Second");

@@ -135,7 +135,7 @@ struct Keeper {
     std::string_view prefix; // of the header's name
     std::string_view folder;
 };
-constexpr std::array<Keeper, 10> keepers{{
+constexpr std::array<Keeper, 11> keepers{{
     {"clang/", "TarnwickMSL"},
     {"llvm/", "TarnwickMSL"},
     {"spirv-tools/", "TarnwickMSL"}, // SPIR-V itself is what it and TarnwickGPU share
@@ -146,6 +146,7 @@ constexpr std::array<Keeper, 10> keepers{{
     {"curl/", "TarnwickPlatform/Net"},
     {"png.h", "TarnwickPlatform/Pictures"},
     {"libav", "TarnwickPlatform/Movie"},
+    {"rtmidi/", "player/Control"},
 }};
 
 TEST(Arrows, keepForeignHeadersInOneFolder) {
