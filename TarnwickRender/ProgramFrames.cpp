@@ -41,6 +41,16 @@ bool ProgramFrames::warm(float time, gpu::CommandQueue& queue, const ParamValues
     return !run_ || run_->warm(time, queue, values, {}, afterEach);
 }
 
+void ProgramFrames::restart() {
+    if (run_)
+        run_->restart();
+}
+
+bool ProgramFrames::follow(const ProgramFrames& other, gpu::Device& device,
+                           gpu::CommandQueue& queue) {
+    return simulation() == nullptr || (other.run_ && run_->follow(*other.run_, device, queue));
+}
+
 bool ProgramFrames::encode(gpu::CommandBuffer& commands, const ProgramFrame& frame,
                            const FramePass& pass) {
     const TWUniforms uniforms = frameUniforms(frame.moment, width_, height_);

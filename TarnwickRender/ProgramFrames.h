@@ -58,6 +58,13 @@ class ProgramFrames {
     bool warm(float time, gpu::CommandQueue& queue, const ParamValues& values,
               const std::function<void()>& afterEach = {});
 
+    // A simulation starts again.
+    void restart();
+
+    // Goes on with the particles of other frames: ParticleSimulation::follow. True without a
+    // simulation.
+    bool follow(const ProgramFrames& other, gpu::Device& device, gpu::CommandQueue& queue);
+
     // Encodes the steps of a simulation or the grid's pass, then `pass`. Neither commits nor waits.
     // False if there is no encoder.
     bool encode(gpu::CommandBuffer& commands, const ProgramFrame& frame, const FramePass& pass);

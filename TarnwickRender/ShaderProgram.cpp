@@ -41,7 +41,7 @@ ProgramParts makeParts(const CompiledEpisode& compiled, gpu::Device& device,
     auto particles = pipelineTask([&]() -> std::optional<ParticlePipelines> {
         if (!shader.isParticles())
             return std::nullopt;
-        return makeParticlePipelines(device, library, shader.particles);
+        return makeParticlePipelines(device, library, shader);
     });
     auto mesh = pipelineTask([&]() -> std::optional<MeshPipelines> {
         if (!shader.isMesh())

@@ -31,13 +31,14 @@ and without either:
   (f) the speed of reading text and data;
   (g) milliseconds to export movies, compared with drawing only and encoding only;
   (h) the additional memory of a long movie compared with a short one;
-  (i) milliseconds from the text of an episode to its first picture.
+  (i) milliseconds from the text of an episode to its first picture;
+  (j) milliseconds from an edit in the player to the new picture.
 --only measures the shaders and scenes whose name contains NAME. (d) is named "updating", (e)
 "sound"; (f) and (g) have a name for each line, such as "osc" and "export heavy"; (h) is named
-"export-memory", (i) is "first picture" and the name of the episode.
+"export-memory", (i) is "first picture" and the name of the episode, (j) "edit" and that name.
 )";
 
-constexpr int textRounds = 21, firstPictureRounds = 3;
+constexpr int textRounds = 21, firstPictureRounds = 3, editRounds = 7;
 
 struct Options {
     std::string only;
@@ -88,19 +89,22 @@ struct Plan {
     std::vector<TextCase> texts;
     std::vector<ExportCase> exports;
     std::vector<FirstPictureCase> firstPictures;
+    std::vector<EditCase> edits;
     bool updates = false, sounds = false, exportMemory = false;
 
     explicit Plan(const std::string& only)
         : shaders(cases(TARNWICK_BENCH_SHADERS)), episodes(episodeCases(TARNWICK_BENCH_EPISODES)),
           scenes(sceneCases()), texts(textCases(TARNWICK_BENCH_EPISODES)),
           exports(exportCases(TARNWICK_BENCH_SHADERS, TARNWICK_BENCH_EPISODES)),
-          firstPictures(firstPictureCases(TARNWICK_BENCH_EPISODES)) {
+          firstPictures(firstPictureCases(TARNWICK_BENCH_EPISODES)),
+          edits(editCases(TARNWICK_BENCH_EPISODES)) {
         keepNamed(shaders, only);
         keepNamed(episodes, only);
         keepNamed(scenes, only);
         keepNamed(texts, only);
         keepNamed(exports, only);
         keepNamed(firstPictures, only);
+        keepNamed(edits, only);
         auto isWanted = [&](std::string_view name) { return name.find(only) != name.npos; };
         updates = isWanted("updating");
         sounds = isWanted("sound");
@@ -109,7 +113,7 @@ struct Plan {
 
     bool takesDevice() const {
         return !shaders.empty() || !scenes.empty() || !exports.empty() || !firstPictures.empty() ||
-               updates || sounds;
+               !edits.empty() || updates || sounds;
     }
     bool isEmpty() const {
         return texts.empty() && episodes.empty() && !exportMemory && !takesDevice();
@@ -137,6 +141,8 @@ bool runOnDevice(const Plan& plan, const Options& given) {
     if (!plan.firstPictures.empty())
         good =
             printFirstPictures(*drawing->device(), plan.firstPictures, firstPictureRounds) && good;
+    if (!plan.edits.empty())
+        good = printEdits(plan.edits, editRounds) && good;
     if (!plan.scenes.empty())
         good = printPlaying(drawing->device(), sceneFolder, plan.scenes, given.playRounds) && good;
     if (plan.updates)

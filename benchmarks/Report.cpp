@@ -117,6 +117,38 @@ bool printFirstPictures(gpu::Device& device, const std::vector<FirstPictureCase>
     return true;
 }
 
+bool printEdits(const std::vector<EditCase>& all, int rounds) {
+    std::printf(
+        "\nFrom an edit in the player to the new picture, while the old one plays (%d edits "
+        "each)\n\n",
+        rounds);
+    std::printf("  %-26s %6s %9s %10s %9s %9s %9s\n", "median ms", "lines", "compile", "pipelines",
+                "picture", "all", "our part");
+    std::vector<double> ours;
+    for (const EditCase& one : all) {
+        const std::vector<EditTime> times = editTimes(one, rounds);
+        const auto medianOf = [&](auto part) {
+            std::vector<double> values;
+            for (const EditTime& time : times)
+                values.push_back(part(time));
+            return median(values);
+        };
+        for (const EditTime& time : times)
+            ours.push_back(time.ours());
+        std::printf("  %-26s %6d %9.1f %10.1f %9.1f %9.1f %9.1f\n", one.name.c_str(), one.lines,
+                    medianOf([](const EditTime& time) { return time.compile; }),
+                    medianOf([](const EditTime& time) { return time.pipelines; }),
+                    medianOf([](const EditTime& time) { return time.picture; }),
+                    medianOf([](const EditTime& time) { return time.all; }),
+                    medianOf([](const EditTime& time) { return time.ours(); }));
+        std::fflush(stdout);
+    }
+    const double middle = median(ours);
+    std::printf("\n  our part at the median %.1f ms, at p95 %.1f (bar: median below 30, %s)\n",
+                middle, percentile(ours, 0.95), verdict(middle < 30));
+    return middle < 30;
+}
+
 bool printPlaying(const std::shared_ptr<gpu::Device>& device, const std::filesystem::path& folder,
                   const std::vector<SceneCase>& all, int rounds) {
     std::printf("\nPlaying %u by %u pixels on %s: update, draw and final picture of a frame\n"

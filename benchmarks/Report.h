@@ -4,6 +4,7 @@
 #include "TarnwickGPU/Device.h"
 #include "benchmarks/Case.h"
 #include "benchmarks/Drawing.h"
+#include "benchmarks/Editing.h"
 #include "benchmarks/Exporting.h"
 #include "benchmarks/FirstPicture.h"
 #include "benchmarks/Playing.h"
@@ -24,6 +25,10 @@ bool printDrawing(Drawing& drawing, const std::vector<Case>& all, int rounds);
 
 // Milliseconds from the text of each episode to its first picture: our part, and the driver's.
 bool printFirstPictures(gpu::Device& device, const std::vector<FirstPictureCase>& all, int rounds);
+
+// Milliseconds from each edit of an episode to its picture in the player: our part, and the
+// driver's.
+bool printEdits(const std::vector<EditCase>& all, int rounds);
 
 // Milliseconds to play one frame of each particle and grid scene.
 bool printPlaying(const std::shared_ptr<gpu::Device>& device, const std::filesystem::path& folder,

@@ -1,5 +1,7 @@
 #include "TarnwickRender/Program/ParticlePipelines.h"
 
+#include "TarnwickCore/Findings/CodeText.h"
+#include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Resources.h"
 #include "TarnwickRender/Program/HostFunctions.h"
@@ -41,10 +43,16 @@ void addInto(gpu::ColorAttachmentDescriptor& color) {
     color.sourceAlpha = color.destinationAlpha = gpu::BlendFactor::one;
 }
 
+std::string recordText(const std::string& program) {
+    const std::string code = codeText(program);
+    const auto begin = code.find("struct Particle");
+    return begin == code.npos ? std::string() : code.substr(begin, code.find("};", begin) - begin);
+}
+
 } // namespace
 
 ParticlePipelines makeParticlePipelines(gpu::Device& device, const gpu::Library& library,
-                                        std::int64_t count) {
+                                        const AssembledShader& shader) {
     const auto kernel = [&](std::string_view name) {
         return pipelineTask(
             [&device, &library, name] { return hostKernel(device, library, name); });
@@ -67,7 +75,8 @@ ParticlePipelines makeParticlePipelines(gpu::Device& device, const gpu::Library&
     const std::uint32_t stride = measuredSize(device, *sizeKernel);
     if (stride == 0)
         throw ShaderError("Could not measure struct Particle.");
-    ParticlePipelines pipelines{.count = count, .stride = stride};
+    ParticlePipelines pipelines{
+        .count = shader.particles, .stride = stride, .record = recordText(shader.source)};
     pipelines.fade = fade.get();
     pipelines.dots = dots.get();
     pipelines.spawn = spawn.get();

@@ -2,6 +2,7 @@
 
 #include "TarnwickBase/PixelSize.h"
 #include "TarnwickBase/Precondition.h"
+#include "TarnwickRender/OverlayQuad.h"
 #include "TarnwickRender/Program/HostFunctions.h"
 #include "TarnwickRender/Program/ParamBuffer.h"
 #include "TarnwickRender/Program/TargetFormats.h"
@@ -73,6 +74,41 @@ ParticleSimulation::make(std::shared_ptr<const ProgramParts> program, gpu::Devic
     made->height_ = height;
     made->program_ = std::move(program);
     return made;
+}
+
+bool ParticleSimulation::follow(const ParticleSimulation& other, gpu::Device& device,
+                                gpu::CommandQueue& queue) {
+    const ParticlePipelines &mine = *program_->particles, &theirs = *other.program_->particles;
+    if (other.step_ < 0 || mine.count != theirs.count || mine.stride != theirs.stride ||
+        mine.record != theirs.record)
+        return false;
+    if (width_ == other.width_ && height_ == other.height_) {
+        trails_ = other.trails_;
+        current_ = other.current_;
+    } else if (!scaleTrails(other, device, queue)) {
+        return false;
+    }
+    particles_ = other.particles_;
+    step_ = other.step_;
+    return true;
+}
+
+bool ParticleSimulation::scaleTrails(const ParticleSimulation& other, gpu::Device& device,
+                                     gpu::CommandQueue& queue) {
+    const OverlayQuad copy(device, TargetFormats::trailsFormat);
+    auto commands = queue.commandBuffer();
+    auto encoder =
+        commands ? commands->renderCommandEncoder({.color = {.texture = trails_[current_].get(),
+                                                             .load = gpu::LoadAction::clear,
+                                                             .clear = {.alpha = 0}}})
+                 : std::nullopt;
+    if (!encoder)
+        return false;
+    copy.draw(*encoder, other.image());
+    encoder->endEncoding();
+    commands->commit();
+    commands->waitUntilCompleted();
+    return commands->status() == gpu::CommandBufferStatus::completed;
 }
 
 std::int64_t ParticleSimulation::steps(double seconds) {

@@ -39,9 +39,15 @@ class ParticleSimulation {
     // The records of all particles; undefined until the spawning writes them.
     const gpu::Buffer& particles() const { return *particles_; }
     // The latest trails and those before them, in turn.
-    const std::array<std::unique_ptr<gpu::Texture>, 2>& trails() const { return trails_; }
+    const std::array<std::shared_ptr<gpu::Texture>, 2>& trails() const { return trails_; }
     std::size_t current() const { return current_; } // index of the latest
     const gpu::Texture& image() const { return *trails_[current_]; }
+
+    // Goes on with the particles and trails of another simulation, which must not be advanced
+    // afterwards: both share them. Trails of another size are scaled, for which the GPU is waited
+    // for. False, and nothing is changed, if the particles are other records or another number, or
+    // if the device fails.
+    bool follow(const ParticleSimulation& other, gpu::Device& device, gpu::CommandQueue& queue);
 
     // The next advance() spawns the particles again.
     void reset() { step_ = -1; }
@@ -72,14 +78,16 @@ class ParticleSimulation {
     TWUniforms uniforms(std::int64_t step, const Mouse& mouse) const;
     bool encode(const Step& step, gpu::CommandBuffer& commands);
     bool move(const Step& step, gpu::CommandBuffer& commands) const;
+    bool scaleTrails(const ParticleSimulation& other, gpu::Device& device,
+                     gpu::CommandQueue& queue);
     bool paint(const Step& step, const gpu::Texture& target, gpu::CommandBuffer& commands) const;
 
     std::shared_ptr<const ProgramParts> program_; // shared with the run
     std::int64_t width_ = 0, height_ = 0;         // pixels
     ValuesAt valuesAt_;                           // may be empty
     std::int64_t step_ = -1;
-    std::unique_ptr<gpu::Buffer> particles_; // undefined until the spawning writes all of it
-    std::array<std::unique_ptr<gpu::Texture>, 2> trails_;
+    std::shared_ptr<gpu::Buffer> particles_; // undefined until the spawning writes all of it
+    std::array<std::shared_ptr<gpu::Texture>, 2> trails_;
     std::size_t current_ = 0;
     bool hitLoopBudget_ = false;
 };

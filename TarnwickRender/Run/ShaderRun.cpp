@@ -39,6 +39,16 @@ const gpu::Texture* ShaderRun::picture() const {
     return simulation_ ? &simulation_->image() : mesh_->resolved.get();
 }
 
+void ShaderRun::restart() {
+    if (simulation_)
+        simulation_->reset();
+}
+
+bool ShaderRun::follow(const ShaderRun& other, gpu::Device& device, gpu::CommandQueue& queue) {
+    return !simulation_ ||
+           (other.simulation_ && simulation_->follow(*other.simulation_, device, queue));
+}
+
 void ShaderRun::setValuesAt(ValuesAt valuesAt) {
     if (simulation_)
         simulation_->setValuesAt(std::move(valuesAt));

@@ -28,6 +28,11 @@ class ShaderRun {
     // Texture 0 of the final draw: the trails, or the grid's picture.
     const gpu::Texture* picture() const;
 
+    // A simulation starts again.
+    void restart();
+    // ParticleSimulation::follow. True without a simulation.
+    bool follow(const ShaderRun& other, gpu::Device& device, gpu::CommandQueue& queue);
+
     // Gives each step of a simulation the values of its own time, in place of the values that
     // prepare() and warm() get. A grid takes the values of the frame.
     void setValuesAt(ValuesAt valuesAt);

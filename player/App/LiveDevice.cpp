@@ -1,5 +1,7 @@
 #include "player/App/LiveDevice.h"
 
+#include "player/Drawing/DrawingDevice.h"
+
 #include <QMetaObject>
 #include <algorithm>
 #include <utility>
@@ -13,7 +15,7 @@ constexpr const char* reopening = "The device was lost. It is being opened again
 
 } // namespace
 
-LiveDevice::LiveDevice() : device_(gpu::Device::systemDefault()) {
+LiveDevice::LiveDevice() : device_(openDrawingDevice()) {
     if (!device_)
         absence_ = gpu::Device::absence();
     retry_.setSingleShot(true);
@@ -35,7 +37,7 @@ void LiveDevice::reopen() {
 
 void LiveDevice::openLater() {
     opening_.async([this] {
-        auto device = gpu::Device::systemDefault();
+        auto device = openDrawingDevice();
         std::string absence = device ? std::string() : gpu::Device::absence();
         QMetaObject::invokeMethod(
             this, [this, device, absence] { take(device, absence); }, Qt::QueuedConnection);

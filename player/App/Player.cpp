@@ -150,11 +150,17 @@ void Player::compile(OpenDocument* document) {
                         .revision = document->document().revision(),
                         .episode = document->document().episode(),
                         .device = device_.device()});
+    if (document != active_)
+        return;
+    compilingSince_ = currentMediaTime();
+    publish();
 }
 
 void Player::take(CompileResult result) {
     const auto found =
         std::ranges::find(documents_, result.document, [](const auto& one) { return one->id(); });
+    if (found != documents_.end() && found->get() == active_)
+        compilingSince_.reset();
     if (found != documents_.end() && result.device == device_.device())
         (*found)->accept(std::move(result));
 }
@@ -174,7 +180,9 @@ void Player::publish() {
     record->size = pictureSize_;
     record->mouse = mouse_;
     record->divisor = divisor_;
+    record->compilingSince = compilingSince_;
     if (active_ != nullptr) {
+        record->document = active_->id();
         record->program = isRefused(*active_) ? nullptr : active_->program();
         record->revision = active_->programRevision();
         record->transport = active_->transport();

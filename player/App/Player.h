@@ -85,6 +85,7 @@ class Player : public QObject {
     PixelSize pictureSize_{640, 360};
     std::optional<std::array<float, 2>> mouse_;
     std::optional<int> divisor_;
+    std::optional<double> compilingSince_; // of the active document
     LiveNews news_;
     QTimer autosave_, watch_;
     std::unique_ptr<LiveCompiler> compiler_; // after all that its calls use

@@ -13,6 +13,7 @@ constexpr double idle = 3600;        // seconds; mail ends the wait
 constexpr double shortWait = 0.1;    // seconds between two looks at a frame that is drawn
 constexpr double noticedFrame = 0.5; // seconds after which a frame that is drawn is reported
 constexpr double shownInterval = 1;  // seconds over which frames are counted
+constexpr double longestHold = 0.06; // seconds in which a CPU device leaves the CPU to a compile
 
 std::uint32_t divided(std::uint32_t side, int divisor) {
     const auto by = static_cast<std::uint32_t>(divisor);
@@ -29,12 +30,19 @@ void Drawing::run() {
         LiveMail::Delivery delivery = mail_.take(wait);
         if (delivery.isEnd)
             return;
-        record_ = std::move(delivery.record);
+        take(std::move(delivery.record));
         useDevice();
         for (const LiveMail::Request& request : delivery.requests)
             request(*this);
         wait = step();
     }
+}
+
+void Drawing::take(std::shared_ptr<const LiveRecord> record) {
+    if (!record_ || !record || record->document != record_->document ||
+        record->transport != record_->transport)
+        ++clockNumber_;
+    record_ = std::move(record);
 }
 
 void Drawing::useDevice() {
@@ -68,11 +76,12 @@ double Drawing::step() {
     }
     stopped_.reset();
     scale_.fix(record_->divisor);
-    if (!hasScene())
+    if (!hasScene() || wantsExactScene())
         prepare();
     else
         next_.reset();
-    return scene_ ? stepPlaying() : next_ ? 0 : idle;
+    const double wait = scene_ ? stepPlaying() : idle;
+    return next_ ? 0 : wait;
 }
 
 // Draws the scene that is shown, which may be of an older program than the wanted one.
@@ -83,7 +92,8 @@ double Drawing::stepPlaying() {
         showAgain();
         return idle;
     }
-    const double wait = clock_.secondsUntilDue(currentMediaTime());
+    const double due = currentMediaTime();
+    const double wait = std::max(clock_.secondsUntilDue(due), holdSeconds(due));
     if (wait > 0)
         return wait;
     clock_.begin(currentMediaTime());
@@ -92,9 +102,7 @@ double Drawing::stepPlaying() {
     drawn_ = record_;
     if (!draw(*scene_, now))
         return isStopped() ? idle : shortWait;
-    targets_.present(scene_->picture(), *queue_);
-    countFrame(currentMediaTime());
-    say();
+    showFrame();
     return 0;
 }
 
@@ -116,6 +124,19 @@ bool Drawing::isStopped() const {
     return stopped_ && stopped_->program == record_->program && stopped_->size == wantedSize();
 }
 
+// A paused picture is that of its time. After an edit it is so once the state is computed again.
+bool Drawing::wantsExactScene() const {
+    return !record_->transport.isPlaying && scene_->isFollower();
+}
+
+// The frame after the beginning of a compile is drawn later if the device needs the processor for
+// it: the new program is seen earlier, and a long compile does not stop the picture.
+double Drawing::holdSeconds(double now) const {
+    if (!record_->compilingSince || !hasScene() || !device_->info().isCPU)
+        return 0;
+    return *record_->compilingSince + longestHold - now;
+}
+
 PixelSize Drawing::wantedSize() const {
     return {divided(record_->size.width, scale_.divisor()),
             divided(record_->size.height, scale_.divisor())};
@@ -129,7 +150,8 @@ SceneMoment Drawing::moment() const {
     return {.time = record_->transport.timeAt(currentMediaTime()),
             .mouse = record_->mouse,
             .settings = record_->settings,
-            .isPlaying = record_->transport.isPlaying};
+            .isPlaying = record_->transport.isPlaying,
+            .clock = clockNumber_};
 }
 
 // Makes the scene of the wanted program and size, a part at a time, and shows it once its first
@@ -143,6 +165,8 @@ void Drawing::prepare() {
         return;
     }
     const SceneMoment now = moment();
+    if (!hasScene() && scene_ && scene_->clock() == clockNumber_)
+        next_->follow(*scene_, *queue_);
     if (!isWarm(*next_, now) || !draw(*next_, now))
         return;
     const bool isNew = !scene_ || scene_->program() != next_->program();
@@ -153,7 +177,14 @@ void Drawing::prepare() {
     news_.failure.clear();
     scale_.restart();
     times_ = {};
-    drawn_.reset(); // the frame is presented by the next step
+    drawn_ = record_;
+    showFrame();
+}
+
+void Drawing::showFrame() {
+    targets_.present(scene_->picture(), *queue_);
+    countFrame(currentMediaTime());
+    say();
 }
 
 bool Drawing::isWarm(Scene& scene, const SceneMoment& moment) {

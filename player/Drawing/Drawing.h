@@ -40,16 +40,20 @@ class Drawing {
     double stepPlaying();
     void showAgain();
 
+    void take(std::shared_ptr<const LiveRecord> record);
     void useDevice();
     void stop(std::string failure); // nothing is drawn until another program or size is wanted
     bool isStopped() const;
     bool hasScene() const; // of the wanted program and size
+    bool wantsExactScene() const;
+    double holdSeconds(double now) const;
     PixelSize wantedSize() const;
     SceneMoment moment() const;
     void prepare();
     bool isWarm(Scene& scene, const SceneMoment& moment);
     bool draw(Scene& scene, const SceneMoment& moment);
     bool finishes(gpu::CommandBuffer& commands);
+    void showFrame(); // that was drawn
     void countFrame(double now);
     void say() { listener_(news_); }
 
@@ -57,6 +61,7 @@ class Drawing {
     Listener listener_;
     std::shared_ptr<const LiveRecord> record_; // the newest
     std::shared_ptr<const LiveRecord> drawn_;  // of the last frame
+    std::uint64_t clockNumber_ = 0;            // SceneMoment::clock of the record
     std::shared_ptr<gpu::Device> device_;      // of the queue, the scenes and the targets
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<Scene> scene_; // whose pictures are shown

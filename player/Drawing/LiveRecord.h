@@ -20,11 +20,13 @@ namespace tarnwick::player {
 struct LiveRecord {
     std::shared_ptr<gpu::Device> device;          // null: nothing is drawn
     std::shared_ptr<const ShaderProgram> program; // of `device`; null: nothing is drawn
+    std::uint64_t document = 0;                   // its number
     std::uint64_t revision = 0;                   // of the text that the program is of
     Transport transport;
     std::shared_ptr<const Settings> settings;    // never null with a program
     std::optional<std::array<float, 2>> mouse{}; // [0, 1] from the lower left of the picture
     PixelSize size{};                            // pixels of the picture at full size
+    std::optional<double> compilingSince{};      // host seconds; absent: nothing is compiled
     std::optional<int> divisor{};                // of both sides; absent: chosen by itself
 };
 

@@ -41,21 +41,66 @@ const gpu::Texture* Scene::picture() const {
     return pictures_->previous();
 }
 
-std::optional<LiveNews::Warming> Scene::warm(const SceneMoment& moment, gpu::CommandQueue& queue) {
-    settings_ = moment.settings;
-    if (frames_->simulation() != nullptr)
-        return warmSimulation(moment, queue);
-    return program_->readsPrevious() ? warmFeedback(moment, queue) : std::nullopt;
+bool Scene::follow(const Scene& other, gpu::CommandQueue& queue) {
+    const bool isBegun = goal_ || (lastStep() >= 0 && !isFollower_);
+    if (isBegun || !frames_->follow(*other.frames_, *device_, queue))
+        return false;
+    followed_ = {other.picture(), other.frame_ > 0 ? &other.pictures_->current() : nullptr};
+    frame_ = other.frame_;
+    clock_ = other.clock_;
+    isFollower_ = hasState();
+    return true;
 }
 
-// A simulation ahead of the time starts again.
+bool Scene::hasState() const {
+    return frames_->simulation() != nullptr || program_->readsPrevious();
+}
+
+std::int64_t Scene::lastStep() const {
+    return frames_->simulation() != nullptr ? frames_->simulation()->step() : frame_;
+}
+
+// A time that goes on needs no warming: late frames are skipped, and late steps are caught up with.
+bool Scene::needsWarming(const SceneMoment& moment) const {
+    const std::int64_t now = Transport::frameOf(moment.time), last = lastStep();
+    if (last < 0 || last > now)
+        return true;
+    if (moment.isPlaying && moment.clock == clock_)
+        return false;
+    const bool mayBeLate = frames_->simulation() != nullptr || moment.isPlaying;
+    return now - last > (mayBeLate ? longestLag : 1);
+}
+
+// The goal remains the same while the clock runs on, so that a slow device reaches it.
+void Scene::aim(const SceneMoment& moment) {
+    const std::int64_t now = Transport::frameOf(moment.time);
+    const bool isSame = goal_ && goal_->clock == moment.clock && goal_->frame <= now &&
+                        goal_->settings == *moment.settings;
+    if (isSame)
+        return;
+    if (lastStep() > now || (goal_ && goal_->settings != *moment.settings)) {
+        frame_ = -1;
+        frames_->restart();
+    }
+    goal_ = Goal{now, moment.clock, *moment.settings};
+}
+
+std::optional<LiveNews::Warming> Scene::warm(const SceneMoment& moment, gpu::CommandQueue& queue) {
+    settings_ = moment.settings;
+    if (!hasState() || (!goal_ && !needsWarming(moment)))
+        return std::nullopt;
+    aim(moment);
+    const auto warming = frames_->simulation() != nullptr ? warmSimulation(moment, queue)
+                                                          : warmFeedback(moment, queue);
+    if (!warming)
+        goal_.reset();
+    return warming;
+}
+
 std::optional<LiveNews::Warming> Scene::warmSimulation(const SceneMoment& moment,
                                                        gpu::CommandQueue& queue) {
-    const std::int64_t goal = ParticleSimulation::steps(moment.time);
-    const std::int64_t step = frames_->simulation()->step();
-    if (step <= goal && goal - step <= longestLag)
-        return std::nullopt;
-    const std::int64_t from = step > goal ? 0 : std::max<std::int64_t>(step, 0);
+    const std::int64_t goal = goal_->frame;
+    const std::int64_t from = std::max<std::int64_t>(lastStep(), 0);
     const std::int64_t next = std::min(goal, from + partOfWarming);
     const ParamValues values = moment.settings->valuesAt(moment.time);
     if (!frames_->warm(static_cast<float>(timeOf(next)), queue, values))
@@ -65,21 +110,19 @@ std::optional<LiveNews::Warming> Scene::warmSimulation(const SceneMoment& moment
     return LiveNews::Warming{.done = next, .total = goal};
 }
 
-// Draws the frames before the one of the moment, from the first one on.
+// Draws the frames before the goal, from the first one on.
 std::optional<LiveNews::Warming> Scene::warmFeedback(const SceneMoment& moment,
                                                      gpu::CommandQueue& queue) {
-    const std::int64_t goal = Transport::frameOf(moment.time);
-    const std::int64_t late = moment.isPlaying ? longestLag : 1; // frames
-    if (frame_ >= 0 && frame_ <= goal && goal - frame_ <= late)
-        return std::nullopt;
-    if (frame_ > goal)
-        frame_ = -1;
+    const std::int64_t goal = goal_->frame;
     if (frame_ < 0)
         pictures_->reset();
     const std::int64_t end = std::min(goal, frame_ + 1 + partOfWarming);
     for (std::int64_t frame = frame_ + 1; frame < end; ++frame) {
-        auto commands = encode(
-            {.time = timeOf(frame), .mouse = moment.mouse, .settings = moment.settings}, queue);
+        auto commands = encode({.time = timeOf(frame),
+                                .mouse = moment.mouse,
+                                .settings = moment.settings,
+                                .clock = moment.clock},
+                               queue);
         if (!commands)
             return std::nullopt;
         commands->commit();
@@ -104,8 +147,14 @@ FrameMoment Scene::frameMoment(const SceneMoment& moment) const {
 
 ShaderInputs Scene::inputs(double time, const ParamValues& values) {
     ShaderInputs inputs = tap_ ? tap_->inputs(time, values) : ShaderInputs::none();
-    inputs.previous = pictures_->previous();
+    inputs.previous = previous();
     return inputs;
+}
+
+const gpu::Texture* Scene::previous() const {
+    if (!followed_)
+        return pictures_->previous();
+    return encoded_ == frame_ ? followed_->before : followed_->last;
 }
 
 std::optional<gpu::CommandBuffer> Scene::encode(const SceneMoment& moment,
@@ -115,7 +164,9 @@ std::optional<gpu::CommandBuffer> Scene::encode(const SceneMoment& moment,
     if (!commands)
         return std::nullopt;
     encoded_ = Transport::frameOf(moment.time);
-    if (program_->readsPrevious() && encoded_ == frame_) // with other values or another pointer
+    encodedClock_ = moment.clock;
+    if (program_->readsPrevious() && !followed_ &&
+        encoded_ == frame_) // with other values or another pointer
         pictures_->goBack(frame_ > 0);
     const ParamValues values = settings_->valuesAt(moment.time);
     const ShaderInputs seen =
@@ -136,6 +187,8 @@ std::optional<gpu::CommandBuffer> Scene::encode(const SceneMoment& moment,
 void Scene::finish() {
     pictures_->advance();
     frame_ = encoded_;
+    clock_ = encodedClock_;
+    followed_.reset();
 }
 
 bool Scene::isBehind(const SceneMoment& moment) const {

@@ -18,6 +18,7 @@ struct SceneMoment {
     std::optional<std::array<float, 2>> mouse{}; // as in LiveRecord
     std::shared_ptr<const Settings> settings;    // never null
     bool isPlaying = false;                      // a frame or step that is late may be skipped
+    std::uint64_t clock = 0;                     // another one after each change of the transport
 };
 
 // One thread at a time. Draws with a queue of its owner.
@@ -32,6 +33,16 @@ class Scene {
     const PixelSize& size() const { return size_; }
     // The last frame that was drawn; null before the first.
     const gpu::Texture* picture() const;
+
+    // Starts with the state of another scene, as of its last frame, if warm() was not called yet:
+    // edits and other sizes go on with the particles and the previous frame that are there. The
+    // other scene must live until finish() and must not be drawn any more. False if their particles
+    // differ.
+    bool follow(const Scene& other, gpu::CommandQueue& queue);
+    // Whether the state follows from that of another scene, and not from the episode's start.
+    bool isFollower() const { return isFollower_; }
+    // SceneMoment::clock of the last frame; 0 before the first.
+    std::uint64_t clock() const { return clock_; }
 
     // Computes a part of the state that a frame needs, such as the steps of particles after a seek.
     // Returns the progress, or nothing when the frame can be drawn. Blocks for a part of a second.
@@ -51,10 +62,15 @@ class Scene {
           const PixelSize& size);
     FrameMoment frameMoment(const SceneMoment& moment) const;
     ShaderInputs inputs(double time, const ParamValues& values);
+    bool hasState() const;         // between frames
+    std::int64_t lastStep() const; // or frame; -1: none
+    bool needsWarming(const SceneMoment& moment) const;
+    void aim(const SceneMoment& moment);
     std::optional<LiveNews::Warming> warmSimulation(const SceneMoment& moment,
                                                     gpu::CommandQueue& queue);
     std::optional<LiveNews::Warming> warmFeedback(const SceneMoment& moment,
                                                   gpu::CommandQueue& queue);
+    const gpu::Texture* previous() const;
 
     std::shared_ptr<gpu::Device> device_; // outlives the frames
     std::shared_ptr<const ShaderProgram> program_;
@@ -65,6 +81,20 @@ class Scene {
     std::unique_ptr<SoundTap> tap_; // null if the program has no sound or reads no Inputs
     std::int64_t frame_ = -1;       // number of the last one drawn; -1: none
     std::int64_t encoded_ = -1;     // number of the one encoded
+    std::uint64_t clock_ = 0;       // of the last frame
+    std::uint64_t encodedClock_ = 0;
+    bool isFollower_ = false;
+    struct Followed { // frames of another scene
+        const gpu::Texture* last;
+        const gpu::Texture* before; // the frame before the last one; null without one
+    };
+    std::optional<Followed> followed_; // until the first frame is drawn
+    struct Goal {
+        std::int64_t frame; // the state is computed up to this frame
+        std::uint64_t clock;
+        Settings settings;
+    };
+    std::optional<Goal> goal_; // while the state is computed
 };
 
 } // namespace tarnwick::player

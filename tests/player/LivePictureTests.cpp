@@ -127,6 +127,36 @@ TEST_F(LivePictureTest, drawsAllFramesBeforeTheOneItIsSetTo) {
     }
 }
 
+// An edit goes on with the previous frame of the old program while the clock runs, and is drawn
+// from the first frame on while it does not.
+TEST_F(LivePictureTest, goesOnWithThePreviousFrameAfterAnEdit) {
+    const auto counting = [this](const std::string& blue) {
+        return program(
+            "float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {\n"
+            "return float4(in.previous(uv).r + 1.0 / 255.0, 0.0, " +
+            blue + ", 1.0);\n}\n");
+    };
+    const double begin = currentMediaTime();
+    const Transport playing = Transport{}.sought(2, begin).played(begin);
+    show(counting("0.0"), 1, playing);
+    waitFor([](const LiveNews& said) { return said.revision == 1 && said.time > 2.1; });
+    const int before = live.snapshot().get()->bytes.at(2);
+    EXPECT_GT(before, 120);
+    show(counting("1.0"), 2, playing);
+    const LiveNews said = waitFor([](const LiveNews& news) { return news.revision == 2; });
+    EXPECT_FALSE(said.warming);
+    EXPECT_GE(live.snapshot().get()->bytes.at(2), before);
+    const Transport paused = Transport{}.sought(1, begin);
+    show(counting("0.0"), 3, paused);
+    waitForFrame(3, 1);
+    show(counting("1.0"), 4, paused);
+    waitForFrame(4, 1);
+    for (int tries = 0; tries < 100 && live.snapshot().get()->bytes.at(2) != 61; ++tries)
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_EQ(live.snapshot().get()->bytes.at(2), 61);
+    EXPECT_EQ(live.snapshot().get()->bytes.at(0), 255);
+}
+
 TEST_F(LivePictureTest, keepsTheOldPictureUntilTheNextIsDrawn) {
     show(shading("return float4(0, 1, 0, 1);"), 1, Transport{}.sought(1, 0));
     waitForFrame(1, 1);
