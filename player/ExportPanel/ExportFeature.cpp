@@ -1,8 +1,11 @@
 #include "player/ExportPanel/ExportFeature.h"
 
 #include "player/ExportPanel/ExportDialog.h"
+#include "player/ExportPanel/PackageDialog.h"
 #include "player/ExportPanel/QueuePanel.h"
+#include "player/ExportPanel/SaverActions.h"
 #include "player/ExportPanel/SnapshotActions.h"
+#include "player/ExportPanel/WalkthroughDialog.h"
 
 #include <QCoreApplication>
 #include <QDockWidget>
@@ -18,6 +21,11 @@ ExportFeature::ExportFeature(Player& player, QMainWindow& window, Actions& actio
     new SnapshotActions(player_, window_, actions, queue_);
     actions.add(ActionMenu::file, tr("&Export movie..."), QKeySequence(tr("Ctrl+Shift+E")),
                 [this] { exportMovie(); });
+    actions.add(ActionMenu::file, tr("Export &walkthrough..."), {},
+                [this] { exportWalkthrough(); });
+    actions.add(ActionMenu::file, tr("Save as Swift&UI package..."), {},
+                [this] { exportPackage(); });
+    new SaverActions(player_, window_, actions);
     connect(&queue_, &ExportQueue::ended, this, &ExportFeature::tellEnd);
     window_.installEventFilter(this);
 }
@@ -34,6 +42,35 @@ void ExportFeature::exportMovie() {
     if (dialog.exec() != QDialog::Accepted)
         return;
     queue_.add(movieOrder(dialog.request()));
+    showPanel();
+}
+
+void ExportFeature::exportWalkthrough() {
+    const OpenDocument* document = player_.active();
+    if (document == nullptr)
+        return;
+    const auto& file = document->document().file();
+    WalkthroughDialog dialog(
+        copyOf(*document), document->document().episode()->shader.hasSound,
+        file ? QString::fromStdString(file->parent_path().string()) : QString(), &window_);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    queue_.add(walkthroughOrder(dialog.request()));
+    showPanel();
+}
+
+void ExportFeature::exportPackage() {
+    const OpenDocument* document = player_.active();
+    if (document == nullptr)
+        return;
+    const Episode& episode = *document->document().episode();
+    const EpisodeCopy copy = copyOf(*document);
+    const bool hasTitle = episode.metaKeys.contains("title");
+    PackageDialog dialog(copy, QString::fromStdString(hasTitle ? episode.meta.title : copy.title),
+                         &window_);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    queue_.add(packageOrder(dialog.request()));
     showPanel();
 }
 

@@ -27,6 +27,8 @@ class ExportFeature : public QObject {
 
   private:
     void exportMovie();
+    void exportWalkthrough();
+    void exportPackage();
     void showPanel();
     void tellEnd(int id);
     bool mayQuit();

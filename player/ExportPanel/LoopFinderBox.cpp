@@ -32,7 +32,7 @@ LoopFinderBox::LoopFinderBox(std::function<LoopRequest()> request, QWidget* pare
     range_ = secondsBox(tr("Maximum difference from that length"), 60);
     range_->setValue(0.5);
     crossfade_ = secondsBox(tr("Crossfade of the loop"), 60);
-    find_ = new QPushButton(tr("&Find length"));
+    find_ = new QPushButton(tr("F&ind length"));
     take_ = new QPushButton(tr("&Use this length"));
     bar_ = new QProgressBar;
     bar_->setAccessibleName(tr("Progress of the search"));
@@ -139,7 +139,7 @@ void LoopFinderBox::showSeam(const QImage& seam) {
 }
 
 void LoopFinderBox::showState() {
-    find_->setText(run_ ? tr("Cancel") : tr("&Find length"));
+    find_->setText(run_ ? tr("Cancel") : tr("F&ind length"));
     take_->setVisible(length_ > 0);
     bar_->setVisible(run_ != nullptr);
     text_->setVisible(!text_->text().isEmpty());

@@ -117,15 +117,18 @@ void MovieFormatForm::showPreset() {
 }
 
 // Chroma requires even sides.
+PixelSize MovieFormatForm::size() const {
+    return PixelSize::of(width_->value() / 2 * 2, height_->value() / 2 * 2).value();
+}
+
 MovieFormat MovieFormatForm::format() const {
     const ExportPreset chosen = preset();
     MovieFormat format{.preset = chosen.id,
                        .isDraft = draft_->isChecked(),
                        .hasSound = sound_->isChecked(),
                        .hasWatermark = watermark_->isChecked()};
-    const std::int64_t width = width_->value() / 2 * 2, height = height_->value() / 2 * 2;
-    if (width != chosen.width || height != chosen.height)
-        format.size = PixelSize::of(width, height);
+    if (size() != PixelSize::of(chosen.width, chosen.height))
+        format.size = size();
     if (rate_->value() != chosen.fps)
         format.framesPerSecond = rate_->value();
     return format;

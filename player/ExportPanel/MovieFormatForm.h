@@ -23,6 +23,7 @@ class MovieFormatForm : public QWidget {
     MovieFormat format() const;
     ExportPreset preset() const; // as it was chosen, with its own size and rate
     std::int64_t framesPerSecond() const;
+    PixelSize size() const;
 
   signals:
     void changed();

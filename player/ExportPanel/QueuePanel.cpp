@@ -41,14 +41,14 @@ QWidget* QueuePanel::head() {
     auto* head = new QWidget;
     auto* row = new QHBoxLayout(head);
     row->setContentsMargins(0, 0, 0, 0);
-    auto* label = new QLabel(tr("Exports at &once:"));
+    auto* label = new QLabel(tr("Exports at once:"));
     auto* limit = new QSpinBox;
     limit->setRange(1, mostAtOnce);
     limit->setValue(queue_.limit());
     limit->setAccessibleName(tr("Exports at once"));
     label->setBuddy(limit);
     connect(limit, &QSpinBox::valueChanged, this, [this](int jobs) { queue_.setLimit(jobs); });
-    clear_ = new QPushButton(tr("Remove &finished"));
+    clear_ = new QPushButton(tr("Remove finished"));
     clear_->setEnabled(false);
     connect(clear_, &QPushButton::clicked, this, &QueuePanel::clear);
     row->addWidget(label);

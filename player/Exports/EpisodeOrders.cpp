@@ -16,23 +16,14 @@ std::string sizeText(const PixelSize& size) {
     return std::to_string(size.width) + "x" + std::to_string(size.height);
 }
 
-// Numbers that are not finite are left out: JSON (RFC 8259) cannot represent them, and the defaults
-// are used for them.
-std::string documentOf(Settings settings) {
-    try {
-        return settings.encode();
-    } catch (const DocumentError&) {
-        return Settings{.name = std::move(settings.name)}.encode();
-    }
-}
-
 // The order of a command that draws the episode with its settings.
 Order drawing(const std::string& command, const EpisodeCopy& episode,
               const std::optional<std::filesystem::path>& output) {
     const std::string file = episode.fileName();
     return {.title = episode.title,
             .words = {command, OrderWord::file(file), "--settings", OrderWord::file(settingsFile)},
-            .inputs = {{file, episode.text}, {settingsFile, documentOf(episode.settings)}},
+            .inputs = {{file, episode.text},
+                       {settingsFile, settingsDocument(episode.settings, episode.settings.name)}},
             .output = output};
 }
 
@@ -63,6 +54,16 @@ void addChapters(Order& order, const MovieRequest& request) {
 }
 
 } // namespace
+
+// JSON (RFC 8259) cannot represent numbers that are not finite.
+std::string settingsDocument(Settings settings, const std::string& name) {
+    settings.name = name;
+    try {
+        return settings.encode();
+    } catch (const DocumentError&) {
+        return Settings{.name = name}.encode();
+    }
+}
 
 std::string EpisodeCopy::fileName() const {
     return FileNames::safe(title);

@@ -24,6 +24,9 @@ struct EpisodeCopy {
     std::string fileName() const; // "Turning.metal", a safe name
 };
 
+// The settings as a document with that name; without values and keys if one is not finite.
+std::string settingsDocument(Settings settings, const std::string& name);
+
 // The format of a movie. Absent members: those of the preset.
 struct MovieFormat {
     std::string_view preset = "web"; // the id of an ExportPreset

@@ -1,0 +1,55 @@
+#include "player/ExportPanel/PackageDialog.h"
+
+#include "player/ExportPanel/FileField.h"
+#include "player/ExportPanel/LastFolder.h"
+
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <utility>
+
+namespace tarnwick::player {
+
+PackageDialog::PackageDialog(EpisodeCopy episode, const QString& title, QWidget* parent)
+    : QDialog(parent), episode_(std::move(episode)) {
+    setWindowTitle(tr("Save as SwiftUI package"));
+    title_ = new QLineEdit(title);
+    folder_ = new FileField(tr("Folder of the package"), [this](const QString& present) {
+        return newFileName(this, tr("Folder of the package"), present, QString());
+    });
+    folder_->setText(lastFolder(FolderKind::packages) + QLatin1Char('/') +
+                     QString::fromStdString(episode_.fileName()).section(QLatin1Char('.'), 0, -2));
+    auto* note = new QLabel(tr("A Swift package with a view for SwiftUI. It requires a fragment "
+                               "episode without Inputs."));
+    note->setWordWrap(true);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
+    auto* form = new QFormLayout(this);
+    form->addRow(note);
+    form->addRow(tr("&Title:"), title_);
+    form->addRow(tr("&Folder:"), folder_);
+    form->addRow(buttons);
+    const auto showState = [this, buttons] {
+        buttons->button(QDialogButtonBox::Save)
+            ->setEnabled(!title_->text().trimmed().isEmpty() &&
+                         QDir::isAbsolutePath(folder_->text()));
+    };
+    connect(title_, &QLineEdit::textChanged, this, showState);
+    connect(folder_, &FileField::changed, this, showState);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    showState();
+}
+
+PackageRequest PackageDialog::request() const {
+    PackageRequest request{.episode = episode_,
+                           .title = title_->text().trimmed().toStdString(),
+                           .output = folder_->path().value_or(std::filesystem::path())};
+    keepLastFolder(FolderKind::packages,
+                   QString::fromStdString(request.output.parent_path().string()));
+    return request;
+}
+
+} // namespace tarnwick::player

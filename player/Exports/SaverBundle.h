@@ -1,0 +1,26 @@
+// A screen saver of an episode as it is edited now.
+#pragma once
+
+#include "player/Exports/EpisodeOrders.h"
+
+#include <filesystem>
+#include <stdexcept>
+
+namespace tarnwick::player {
+
+// what() is one sentence.
+struct SaverBundleError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// Makes `folder`, or if that exists the same name with a number (NewPlace.h), the bundle of the
+// episode with its settings, whose name becomes `name`. Makes the folders above. Returns the place.
+// Throws SaverBundleError. Blocks.
+std::filesystem::path makeSaver(const EpisodeCopy& episode, const std::string& name,
+                                const std::filesystem::path& folder);
+
+// The user's folder for savers: XDG_DATA_HOME/tarnwick/savers (XDG Base Directory Specification
+// 0.8); default: below ~/.local/share.
+std::filesystem::path saversFolder();
+
+} // namespace tarnwick::player
