@@ -7,15 +7,19 @@
 namespace metal {
 
 #define MSL_BODY(T)                                                                                \
+    /** The dot product: the sum of the products of the components. */                             \
     MSL_INLINE T dot(T##2 x, T##2 y) { return x.x * y.x + x.y * y.y; }                             \
     MSL_INLINE T dot(T##3 x, T##3 y) { return x.x * y.x + x.y * y.y + x.z * y.z; }                 \
     MSL_INLINE T dot(T##4 x, T##4 y) { return x.x * y.x + x.y * y.y + x.z * y.z + x.w * y.w; }     \
+    /** The cross product: a vector perpendicular to both. */                                      \
     MSL_INLINE T##3 cross(T##3 x, T##3 y) { return x.yzx * y.zxy - x.zxy * y.yzx; }
 MSL_BODY(float) MSL_BODY(half)
 #undef MSL_BODY
 
 #define MSL_BODY(E, T)                                                                             \
     MSL_GEOMETRIC_FUNCTIONS(MSL_DEFINE, T, E)                                                      \
+    /** The direction i refracted at a surface with the normal n; ratio is that of the refraction  \
+        indices. */                                                                                \
     MSL_INLINE T refract(T i, T n, E ratio) {                                                      \
         E along = dot(n, i);                                                                       \
         E k = E(1) - ratio * ratio * (E(1) - along * along);                                       \

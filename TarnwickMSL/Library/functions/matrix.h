@@ -14,6 +14,7 @@ template <class T, int C, int R> MSL_INLINE vec<T, C> _row(matrix<T, C, R> m, in
         return {m.columns[0][i], m.columns[1][i], m.columns[2][i], m.columns[3][i]};
 }
 
+/** The matrix with rows and columns exchanged. */
 template <class T, int C, int R> MSL_INLINE matrix<T, R, C> transpose(matrix<T, C, R> m) {
     matrix<T, R, C> turned;
     turned.columns[0] = _row(m, 0);
@@ -25,6 +26,7 @@ template <class T, int C, int R> MSL_INLINE matrix<T, R, C> transpose(matrix<T, 
     return turned;
 }
 
+/** The determinant of a square matrix. */
 template <class T> MSL_INLINE T determinant(matrix<T, 2, 2> m) {
     return m.columns[0].x * m.columns[1].y - m.columns[1].x * m.columns[0].y;
 }

@@ -5,7 +5,9 @@
 
 namespace metal {
 
+/** Whether a component is true. */
 MSL_INLINE constexpr bool any(bool x) { return x; }
+/** Whether all components are true. */
 MSL_INLINE constexpr bool all(bool x) { return x; }
 MSL_INLINE bool any(bool2 x) { return (x.bits.x | x.bits.y) != 0; }
 MSL_INLINE bool any(bool3 x) { return (x.bits.x | x.bits.y | x.bits.z) != 0; }
@@ -20,6 +22,7 @@ MSL_EACH_FLOATING(MSL_BODY)
 
 // select(x, y, c) is y where c is true.
 #define MSL_BODY(T)                                                                                \
+    /** y where c is true, otherwise x, for each component. */                                     \
     MSL_INLINE constexpr T select(T x, T y, bool c) { return c ? y : x; }
 MSL_BODY(half) MSL_BODY(float) MSL_BODY(bool) MSL_BODY(char) MSL_BODY(uchar) MSL_BODY(short)
 MSL_BODY(ushort) MSL_BODY(int) MSL_BODY(uint) MSL_BODY(long) MSL_BODY(ulong)

@@ -67,6 +67,7 @@ template <class T> struct array_ref {
     const T* list;
     size_t count;
 };
+/** A reference to an array with its size. */
 template <class T> constexpr array_ref<T> make_array_ref(const T* list, size_t count) {
     return array_ref<T>(list, count);
 }

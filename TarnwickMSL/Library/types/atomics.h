@@ -44,18 +44,22 @@ template <class W> MSL_INLINE W* _word_of(const volatile W& value) { return cons
 
 // PUT converts a value to the word W that represents it, GET converts it back.
 #define MSL_ATOMIC_VALUE(T, W, PUT, GET)                                                           \
+    /** Reads the atomic value. */                                                                 \
     MSL_INLINE T atomic_load_explicit(const volatile atomic<T>* at, memory_order order)            \
         MSL_RELAXED(order) {                                                                       \
         return GET(_atomic_load(_word_of(at->value)));                                             \
     }                                                                                              \
+    /** Writes the atomic value. */                                                                \
     MSL_INLINE void atomic_store_explicit(volatile atomic<T>* at, T value, memory_order order)     \
         MSL_RELAXED(order) {                                                                       \
         _atomic_store(_word_of(at->value), PUT(value));                                            \
     }                                                                                              \
+    /** Writes the atomic value and returns the value before. */                                   \
     MSL_INLINE T atomic_exchange_explicit(volatile atomic<T>* at, T value, memory_order order)     \
         MSL_RELAXED(order) {                                                                       \
         return GET(_atomic_exchange(_word_of(at->value), PUT(value)));                             \
     }                                                                                              \
+    /** Writes desired if the atomic value equals expected; otherwise reads it into expected. */   \
     MSL_INLINE bool atomic_compare_exchange_weak_explicit(volatile atomic<T>* at, T* expected,     \
                                                           T desired, memory_order success,         \
                                                           memory_order failure)                    \
@@ -78,24 +82,33 @@ MSL_ATOMIC_VALUE(float, uint, as_type<uint>, as_type<float>)
         return _atomic_##name(_word_of(at->value), value);                                         \
     }
 #define MSL_ATOMIC_CHANGES(name) MSL_ATOMIC_CHANGE(int, name) MSL_ATOMIC_CHANGE(uint, name)
+/** atomic_fetch_add_explicit: Adds to the atomic value and returns the value before. */
 MSL_ATOMIC_CHANGES(fetch_add) MSL_ATOMIC_CHANGE(float, fetch_add)
 MSL_ATOMIC_CHANGES(fetch_sub)
+/** atomic_fetch_and_explicit: Combines the bits by AND and returns the value before. */
 MSL_ATOMIC_CHANGES(fetch_and)
+/** atomic_fetch_or_explicit: Combines the bits by OR and returns the value before. */
 MSL_ATOMIC_CHANGES(fetch_or)
+/** atomic_fetch_xor_explicit: Combines the bits by XOR and returns the value before. */
 MSL_ATOMIC_CHANGES(fetch_xor)
+/** atomic_fetch_min_explicit: Keeps the lesser value and returns the value before. */
 MSL_ATOMIC_CHANGES(fetch_min)
+/** atomic_fetch_max_explicit: Keeps the greater value and returns the value before. */
 MSL_ATOMIC_CHANGES(fetch_max)
 #undef MSL_ATOMIC_CHANGES
 #undef MSL_ATOMIC_CHANGE
 
+/** Subtracts from the atomic value and returns the value before. */
 MSL_INLINE float atomic_fetch_sub_explicit(volatile atomic<float>* at, float value,
                                            memory_order order) MSL_RELAXED(order) {
     return _atomic_fetch_add(_word_of(at->value), -value);
 }
+/** Keeps the lesser value. */
 MSL_INLINE void atomic_min_explicit(volatile atomic<ulong>* at, ulong value, memory_order order)
     MSL_RELAXED(order) {
     _atomic_fetch_min(_word_of(at->value), value);
 }
+/** Keeps the greater value. */
 MSL_INLINE void atomic_max_explicit(volatile atomic<ulong>* at, ulong value, memory_order order)
     MSL_RELAXED(order) {
     _atomic_fetch_max(_word_of(at->value), value);

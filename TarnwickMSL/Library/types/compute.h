@@ -35,12 +35,15 @@ enum thread_scope {
 __attribute__((convergent)) void _barrier(int scope, int flags) asm("msl.barrier.1");
 void _fence(int scope, int flags) asm("msl.fence.1");
 
+/** Waits for all threads of the threadgroup, and for their memory that the flags name. */
 MSL_CONVERGENT void threadgroup_barrier(mem_flags flags) {
     _barrier(thread_scope_threadgroup, int(flags));
 }
+/** Waits for all threads of the SIMD-group, and for their memory that the flags name. */
 MSL_CONVERGENT void simdgroup_barrier(mem_flags flags) {
     _barrier(thread_scope_simdgroup, int(flags));
 }
+/** Orders this thread's accesses to the memory that the flags name. */
 MSL_INLINE void atomic_thread_fence(mem_flags flags, memory_order order,
                                     thread_scope scope = thread_scope_device) {
     if (order != memory_order_relaxed && scope != thread_scope_thread)

@@ -176,7 +176,8 @@ MSL_INLINE constexpr V msl_make(A a, B b, C c, D d, Rest... rest)
 
 namespace metal {
 
-// The bits of a value as another type of the same size (Metal Shading Language 3.1, 2.19).
+// Metal Shading Language 3.1, 2.19.
+/** The bits of a value as another type of the same size. */
 template <class To, class From>
 MSL_INLINE constexpr To as_type(From from)
     __attribute__((diagnose_if(sizeof(To) != sizeof(From),

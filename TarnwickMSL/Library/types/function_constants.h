@@ -6,6 +6,7 @@
 namespace metal {
 
 // The front end passes the address of the constant.
+/** Whether the program was given a value of the constant. */
 bool is_function_constant_defined(const volatile void* constant) asm("msl.function_constant_defined.1");
 
 // The value that a compilation gives to a constant of type C; zero if it gives none.

@@ -34,6 +34,7 @@ inline constexpr os_log os_log_default("", "");
 
 // Evaluates its argument and checks nothing, as in a release build of the language's tools. A
 // template, so that a program's own function of this name is a better match.
+/** Computes its argument and checks nothing. */
 template <class T> MSL_INLINE void assert(T) {}
 
 } // namespace metal

@@ -39,10 +39,12 @@ typedef simdgroup_matrix<float, 8, 8> simdgroup_float8x8;
 typedef simdgroup_matrix<half, 8, 8> simdgroup_half8x8;
 typedef simdgroup_matrix<bfloat, 8, 8> simdgroup_bfloat8x8;
 
+/** A matrix with the same value everywhere. */
 template <class T, int Columns, int Rows = Columns>
 MSL_INLINE simdgroup_matrix<T, Columns, Rows> make_filled_simdgroup_matrix(T value) {
     return {float4(static_cast<float>(value)), float4(static_cast<float>(value))};
 }
+/** A matrix with the value on its diagonal and 0 elsewhere. */
 template <class T, int Columns, int Rows = Columns>
 MSL_CONVERGENT simdgroup_matrix<T, Columns, Rows> make_diagonal_simdgroup_matrix(T value) {
     return simdgroup_matrix<T, Columns, Rows>(value);
@@ -60,6 +62,7 @@ MSL_CONVERGENT _simd_elements _simd_elements_of(ulong perRow, ulong2 origin, boo
     return {start + row * width, 1};
 }
 
+/** Reads a matrix from memory, by all threads of the group together. */
 template <class T>
 MSL_CONVERGENT void simdgroup_load(simdgroup_matrix<T, 8, 8>& to, const T* from, ulong elements_per_row = 8,
                                ulong2 matrix_origin = ulong2(0ul), bool transpose_matrix = false) {
@@ -68,6 +71,7 @@ MSL_CONVERGENT void simdgroup_load(simdgroup_matrix<T, 8, 8>& to, const T* from,
     to.left = float4{at(0), at(1), at(2), at(3)};
     to.right = float4{at(4), at(5), at(6), at(7)};
 }
+/** Writes a matrix to memory, by all threads of the group together. */
 template <class T>
 MSL_CONVERGENT void simdgroup_store(simdgroup_matrix<T, 8, 8> from, T* to, ulong elements_per_row = 8,
                                 ulong2 matrix_origin = ulong2(0ul), bool transpose_matrix = false) {
@@ -80,6 +84,7 @@ MSL_CONVERGENT void simdgroup_store(simdgroup_matrix<T, 8, 8> from, T* to, ulong
 }
 
 // d = a b + c. The types may differ; d is rounded once.
+/** d = a * b + c. */
 template <class D, class A, class B, class C>
 MSL_CONVERGENT void simdgroup_multiply_accumulate(simdgroup_matrix<D, 8, 8>& d, simdgroup_matrix<A, 8, 8> a,
                                               simdgroup_matrix<B, 8, 8> b, simdgroup_matrix<C, 8, 8> c) {
@@ -92,6 +97,7 @@ MSL_CONVERGENT void simdgroup_multiply_accumulate(simdgroup_matrix<D, 8, 8>& d, 
     }
     d = {left, right};
 }
+/** d = a * b. */
 template <class D, class A, class B>
 MSL_CONVERGENT void simdgroup_multiply(simdgroup_matrix<D, 8, 8>& d, simdgroup_matrix<A, 8, 8> a,
                                    simdgroup_matrix<B, 8, 8> b) {

@@ -53,22 +53,38 @@ __attribute__((convergent)) uint4 _simd_ballot(bool) asm("msl.simd_ballot.1");
     template <class T> MSL_CONVERGENT T simd_##name(T x) {                                         \
         return _simd_narrowed<T>(_simd_##call(_simd_widened(x)));                                  \
     }
+/** simd_sum: The sum of x over the active threads of the SIMD-group. */
 MSL_SIMD_SAME(sum, reduce_add)
+/** simd_product: The product of x over the active threads of the SIMD-group. */
 MSL_SIMD_SAME(product, reduce_mul)
+/** simd_min: The least x over the active threads of the SIMD-group. */
 MSL_SIMD_SAME(min, reduce_min)
+/** simd_max: The greatest x over the active threads of the SIMD-group. */
 MSL_SIMD_SAME(max, reduce_max)
+/** simd_and: The bits that are 1 in every x over the active threads of the SIMD-group. */
 MSL_SIMD_SAME(and, reduce_and)
+/** simd_or: The bits that are 1 in some x over the active threads of the SIMD-group. */
 MSL_SIMD_SAME(or, reduce_or)
+/** simd_xor: The exclusive OR of the bits of x over the active threads of the SIMD-group. */
 MSL_SIMD_SAME(xor, reduce_xor)
+/** simd_prefix_inclusive_sum: The sum of x over the threads up to this one in the SIMD-group. */
 MSL_SIMD_SAME(prefix_inclusive_sum, inclusive_add)
+/** simd_prefix_inclusive_product: The product of x over the threads up to this one in the
+    SIMD-group. */
 MSL_SIMD_SAME(prefix_inclusive_product, inclusive_mul)
+/** simd_prefix_exclusive_sum: The sum of x over the threads before this one in the SIMD-group. */
 MSL_SIMD_SAME(prefix_exclusive_sum, exclusive_add)
+/** simd_prefix_exclusive_product: The product of x over the threads before this one in the
+    SIMD-group. */
 MSL_SIMD_SAME(prefix_exclusive_product, exclusive_mul)
 #undef MSL_SIMD_SAME
 
+/** simd_shuffle: The value of the thread with the index lane in the SIMD-group. */
 template <class T> MSL_CONVERGENT T simd_shuffle(T x, ushort lane) {
     return _simd_narrowed<T>(_simd_shuffle(_simd_widened(x), lane));
 }
+/** simd_broadcast: The value of the thread with the index lane, for all threads of the SIMD-group.
+    */
 template <class T> MSL_CONVERGENT T simd_broadcast(T x, ushort lane) { return simd_shuffle(x, lane); }
 
 // `group` is the number of lanes in a group: a SIMD-group, a quad or `modulo` lanes.
@@ -117,10 +133,15 @@ class quad_vote {
     vote_t bits;
 };
 
+/** simd_all: Whether x is true in all threads of the SIMD-group. */
 MSL_CONVERGENT bool simd_all(bool x) { return _simd_all(x); }
+/** simd_any: Whether x is true in a thread of the SIMD-group. */
 MSL_CONVERGENT bool simd_any(bool x) { return _simd_any(x); }
+/** simd_is_first: Whether this is the first active thread of the SIMD-group. */
 MSL_CONVERGENT bool simd_is_first() { return _simd_elect(); }
+/** simd_ballot: For each thread of the SIMD-group, whether x is true. */
 MSL_CONVERGENT simd_vote simd_ballot(bool x) { return simd_vote(_simd_ballot(x).xy); }
+/** simd_active_threads_mask: The active threads of the SIMD-group. */
 MSL_CONVERGENT simd_vote simd_active_threads_mask() { return simd_ballot(true); }
 
 // The bits of the active threads of this quad for which x is true.
@@ -128,22 +149,31 @@ MSL_CONVERGENT uint _quad_ballot(bool x) {
     const uint lane = _simd_lane() & ~3u;
     return _simd_ballot(x)[lane / 32] >> lane % 32 & 15;
 }
+/** quad_all: Whether x is true in all threads of the quad. */
 MSL_CONVERGENT bool quad_all(bool x) { return _quad_ballot(!x) == 0; }
+/** quad_any: Whether x is true in a thread of the quad. */
 MSL_CONVERGENT bool quad_any(bool x) { return _quad_ballot(x) != 0; }
+/** quad_ballot: For each thread of the quad, whether x is true. */
 MSL_CONVERGENT quad_vote quad_ballot(bool x) { return quad_vote(ushort(_quad_ballot(x))); }
+/** quad_active_threads_mask: The active threads of the quad. */
 MSL_CONVERGENT quad_vote quad_active_threads_mask() { return quad_ballot(true); }
+/** quad_is_first: Whether this is the first active thread of the quad. */
 MSL_CONVERGENT bool quad_is_first() { return (_quad_ballot(true) & ((1u << (_simd_lane() & 3)) - 1)) == 0; }
+/** quad_shuffle: The value of the thread with the index lane in the quad. */
 template <class T> MSL_CONVERGENT T quad_shuffle(T x, ushort lane) {
     return simd_shuffle(x, ushort((_simd_lane() & ~3u) + (lane & 3)));
 }
+/** quad_broadcast: The value of the thread with the index lane, for all threads of the quad. */
 template <class T> MSL_CONVERGENT T quad_broadcast(T x, ushort lane) { return quad_shuffle(x, lane); }
 
 // The value of the first active thread.
+/** simd_broadcast_first: The value of the first active thread of the SIMD-group. */
 template <class T> MSL_CONVERGENT T simd_broadcast_first(T x) {
     const uint4 active = _simd_ballot(true);
     const uint first = active.x ? uint(__builtin_ctz(active.x)) : 32 + uint(__builtin_ctz(active.y));
     return simd_shuffle(x, ushort(first));
 }
+/** quad_broadcast_first: The value of the first active thread of the quad. */
 template <class T> MSL_CONVERGENT T quad_broadcast_first(T x) {
     return quad_shuffle(x, ushort(__builtin_ctz(_quad_ballot(true))));
 }
@@ -179,7 +209,31 @@ template <class T> MSL_CONVERGENT T quad_broadcast_first(T x) {
     MSL_CONVERGENT T kind##_shuffle_and_fill_down(T x, T filling, ushort delta, ushort modulo) {   \
         return _fill_by(x, filling, int(delta), modulo);                                           \
     }
+/** simd_shuffle_xor: The value of the thread whose index is this one's with the bits of mask
+    changed. */
+/** simd_shuffle_up: The value of the thread delta before this one. */
+/** simd_shuffle_down: The value of the thread delta after this one. */
+/** simd_shuffle_rotate_up: The value of the thread delta before this one, around the ends of the
+    group. */
+/** simd_shuffle_rotate_down: The value of the thread delta after this one, around the ends of the
+    group. */
+/** simd_shuffle_and_fill_up: The value of the thread delta before this one, or of filling where
+    there is none. */
+/** simd_shuffle_and_fill_down: The value of the thread delta after this one, or of filling where
+    there is none. */
 MSL_SHUFFLES(simd, _simd_size())
+/** quad_shuffle_xor: The value of the thread whose index is this one's with the bits of mask
+    changed. */
+/** quad_shuffle_up: The value of the thread delta before this one. */
+/** quad_shuffle_down: The value of the thread delta after this one. */
+/** quad_shuffle_rotate_up: The value of the thread delta before this one, around the ends of the
+    group. */
+/** quad_shuffle_rotate_down: The value of the thread delta after this one, around the ends of the
+    group. */
+/** quad_shuffle_and_fill_up: The value of the thread delta before this one, or of filling where
+    there is none. */
+/** quad_shuffle_and_fill_down: The value of the thread delta after this one, or of filling where
+    there is none. */
 MSL_SHUFFLES(quad, 4u)
 #undef MSL_SHUFFLES
 
@@ -196,12 +250,19 @@ MSL_SHUFFLES(quad, 4u)
         }                                                                                          \
         return result;                                                                             \
     }
+/** quad_sum: The sum of x over the active threads of the quad. */
 MSL_QUAD(sum, a + b)
+/** quad_product: The product of x over the active threads of the quad. */
 MSL_QUAD(product, a * b)
+/** quad_min: The least x over the active threads of the quad. */
 MSL_QUAD(min, __builtin_elementwise_min(a, b))
+/** quad_max: The greatest x over the active threads of the quad. */
 MSL_QUAD(max, __builtin_elementwise_max(a, b))
+/** quad_and: The bits that are 1 in every x over the active threads of the quad. */
 MSL_QUAD(and, a & b)
+/** quad_or: The bits that are 1 in some x over the active threads of the quad. */
 MSL_QUAD(or, a | b)
+/** quad_xor: The exclusive OR of the bits of x over the active threads of the quad. */
 MSL_QUAD(xor, a ^ b)
 #undef MSL_QUAD
 
@@ -216,9 +277,13 @@ MSL_QUAD(xor, a ^ b)
         }                                                                                          \
         return a;                                                                                  \
     }
+/** quad_prefix_inclusive_sum: The sum of x over the threads up to this one in the quad. */
 MSL_QUAD_PREFIX(inclusive_sum, a + b, 0, true)
+/** quad_prefix_exclusive_sum: The sum of x over the threads before this one in the quad. */
 MSL_QUAD_PREFIX(exclusive_sum, a + b, 0, false)
+/** quad_prefix_inclusive_product: The product of x over the threads up to this one in the quad. */
 MSL_QUAD_PREFIX(inclusive_product, a * b, 1, true)
+/** quad_prefix_exclusive_product: The product of x over the threads before this one in the quad. */
 MSL_QUAD_PREFIX(exclusive_product, a * b, 1, false)
 #undef MSL_QUAD_PREFIX
 

@@ -38,16 +38,21 @@ template <class S, class K> using _calls = typename S::template Calls<typename K
 // The handle, and sizes.
 template <class S> struct _width {
     uint handle;
+    /** The width in pixels. */
     MSL_INLINE uint get_width(uint lod = 0) const { return S::width(handle, int(lod)); }
+    /** The number of levels of detail. */
     MSL_INLINE uint get_num_mip_levels() const { return S::levels(handle); }
 };
 template <class S> struct _width_and_height : _width<S> {
+    /** The height in pixels. */
     MSL_INLINE uint get_height(uint lod = 0) const { return S::height(this->handle, int(lod)); }
 };
 template <class S> struct _three_sizes : _width_and_height<S> {
+    /** The depth in pixels. */
     MSL_INLINE uint get_depth(uint lod = 0) const { return S::depth(this->handle, int(lod)); }
 };
 template <class S, class Base> struct _array_size : Base {
+    /** The number of layers. */
     MSL_INLINE uint get_array_size() const { return S::layers(this->handle); }
 };
 template <class S> struct _sample_sizes {
@@ -63,6 +68,7 @@ template <class S> struct _only_width {
 
 // Access to single texels. `Indices...` are the face and the layer, if the shape has them.
 #define MSL_READS(parameters, arguments)                                                           \
+    /** The texel at a pixel position. */                                                          \
     MSL_INLINE typename K::Texel read(typename S::TexelAt at parameters, uint lod = 0) const {     \
         return K::texel(_calls<S, K>::read(this->handle, S::place(at arguments), int(lod)));       \
     }                                                                                              \
@@ -71,6 +77,7 @@ template <class S> struct _only_width {
         return read(_unshort(at) arguments, lod);                                                  \
     }
 #define MSL_WRITES(parameters, arguments)                                                          \
+    /** Replaces the texel at a pixel position. */                                                 \
     MSL_INLINE void write(typename K::Texel color, typename S::TexelAt at parameters,              \
                           uint lod = 0) const {                                                    \
         _calls<S, K>::write(this->handle, S::place(at arguments), K::stored(color), int(lod));     \
@@ -204,6 +211,7 @@ using _layer_atomics = _by_component<K, _atomic_layer<S, K, B>, _wide_atomic_lay
 template <class S, class K, class B> using _no_atomics = B;
 
 template <class Base> struct _fenced : Base {
+    /** Makes this thread's writes to the texture visible to its later reads. */
     MSL_INLINE void fence() const {
         _fence(thread_scope_threadgroup, int(mem_flags::mem_texture));
     }
@@ -249,9 +257,11 @@ MSL_INLINE float _at_least(float lod, min_lod_clamp least) {
 }
 
 template <class S, class Base> struct _levels_of_detail : Base {
+    /** The level of detail that a sample at the position takes. */
     MSL_INLINE float calculate_clamped_lod(sampler s, typename S::At at) const {
         return S::lod(this->handle, s.bits, at).x;
     }
+    /** The level of detail of a sample before it is limited to the texture's levels. */
     MSL_INLINE float calculate_unclamped_lod(sampler s, typename S::At at) const {
         return S::lod(this->handle, s.bits, at).y;
     }
@@ -264,8 +274,10 @@ template <class S, class K, class Base> struct _sample_layer : _levels_of_detail
                 MSL_COMMA uint layer, S::spot(at MSL_COMMA layer))
 };
 template <class S, class K, class Base> struct _compare : Base {
+    /** The share of the filtered texels, 0 to 1, that pass the comparison with the reference. */
     MSL_SAMPLES(sample_compare, typename K::Texel, , S::sample_compare, MSL_COMMA float reference,
                 S::spot(at) MSL_COMMA reference)
+    /** The comparison of the four texels around a position with the reference. */
     MSL_INLINE float4 gather_compare(sampler s, typename S::At at, float reference,
                                      typename S::Offset offset = typename S::Offset(0)) const {
         return S::gather_compare(this->handle, s.bits, S::spot(at), reference, offset);
@@ -284,6 +296,8 @@ template <class S, class K, class Base> struct _compare_layer : Base {
 
 // One-dimensional textures have one level.
 template <class S, class K, class Base> struct _sample_1d : Base {
+    /** The filtered colour at a position: a uint is the layer, and bias, level or gradient
+        chooses the level of detail. */
     MSL_INLINE typename K::Texel sample(sampler s, float at) const {
         return K::texel(_calls<S, K>::sample(this->handle, s.bits, S::spot(at), 0));
     }
@@ -297,6 +311,7 @@ template <class S, class K, class Base> struct _sample_1d_layer : Base {
 // One component of the four texels around a position. Cubes take no offset, depth textures no
 // choice of component.
 #define MSL_GATHER(parameters, arguments, offset, component)                                       \
+    /** One component of the four texels around a position. */                                     \
     MSL_INLINE typename K::Gathered gather(sampler s, typename S::At at parameters) const {        \
         return K::gathered(                                                                        \
             _calls<S, K>::gather(this->handle, s.bits, S::spot(at arguments), offset, component)); \
