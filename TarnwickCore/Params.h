@@ -2,6 +2,7 @@
 // description`.
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <span>
 #include <string>
@@ -33,5 +34,29 @@ struct ParamParser {
     // The same for a source that is already divided into lines.
     static std::vector<ParamDecl> parse(std::span<const std::string_view> lines);
 };
+
+// The three numbers of a declaration.
+struct ParamNumbers {
+    float defaultValue = 0; // [min, max]
+    float min = 0;
+    float max = 0; // greater than min
+
+    bool operator==(const ParamNumbers&) const = default;
+};
+
+// Bytes of a text and what replaces them.
+struct ParamEdit {
+    std::size_t at = 0;
+    std::size_t length = 0;
+    std::string replacement;
+
+    bool operator==(const ParamEdit&) const = default;
+};
+
+// Gives the declaration of `name` in `source` other numbers: the edits in ascending order, one for
+// each number that changes. All other bytes stay. A number with a decimal point keeps one. Empty if
+// the source has no such declaration or `numbers` are not finite or not in order.
+std::vector<ParamEdit> paramEdits(std::string_view source, std::string_view name,
+                                  const ParamNumbers& numbers);
 
 } // namespace tarnwick

@@ -9,10 +9,11 @@
 namespace tarnwick::msl {
 
 struct LibraryName {
-    enum class Kind : std::uint8_t { function, type, member, enumerator, constant };
+    enum class Kind : std::uint8_t { function, type, member, enumerator, constant, attribute };
 
     Kind kind = Kind::function;
-    std::string_view owner; // the type of a member or an enumerator: "texture2d", "filter"
+    // The type of a member or an enumerator: "texture2d", "filter". "[[" for attributes.
+    std::string_view owner;
     std::string_view name;
     // Of a function, one line for each group of overloads: "T mix(T x, T y, T z)  T: float, half
     // and vectors". Of a variable, its type. Empty for others.

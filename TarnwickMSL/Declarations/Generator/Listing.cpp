@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Declarations/Generator/Listing.h"
 
+#include "TarnwickMSL/Translation/FrontEnd/Attributes.h"
 #include "TarnwickMSL/Translation/FrontEnd/Compiler.h"
 #include "TarnwickMSL/Translation/FrontEnd/LibraryText.h"
 
@@ -259,6 +260,8 @@ Listing libraryListing() {
     if (!read(first, {}, messages))
         throw std::runtime_error("The standard library does not compile.\n" + messages);
     read(second, first.instances, messages);
+    for (const char* word : attributeWords())
+        second.listing[{"[[", word}].kind = LibraryName::Kind::attribute;
     return std::move(second.listing);
 }
 

@@ -11,7 +11,8 @@ namespace {
 
 using namespace tarnwick::msl;
 
-constexpr std::array<const char*, 5> kinds{"function", "type", "member", "enumerator", "constant"};
+constexpr std::array<const char*, 6> kinds{"function",   "type",     "member",
+                                           "enumerator", "constant", "attribute"};
 
 std::string quoted(const std::string& text) {
     std::string quoted = "\"";

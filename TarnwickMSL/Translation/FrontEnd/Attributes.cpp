@@ -161,6 +161,10 @@ class MetalAttributeInfo : public ParsedAttrInfo {
 
 } // namespace
 
+std::span<const char* const> attributeWords() {
+    return words;
+}
+
 void registerAttributes() {
     static clang::ParsedAttrInfoRegistry::Add<MetalAttributeInfo> registration(
         "metal", "attributes of the Metal Shading Language");

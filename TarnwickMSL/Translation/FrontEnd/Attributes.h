@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,9 @@ namespace tarnwick::msl {
 // Registers the attributes with Clang. Required before the first parse of the process; later calls
 // do nothing.
 void registerAttributes();
+
+// The words in double brackets, as a program writes them.
+std::span<const char* const> attributeWords();
 
 struct MetalAttribute {
     std::string word;        // "buffer", "position", "msl_fragment", ...
