@@ -35,6 +35,24 @@ void OpenDocument::setText(std::string text) {
     emit textChanged();
 }
 
+void OpenDocument::replaceText(std::string text) {
+    const std::uint64_t before = document_.revision();
+    document_.setText(std::move(text));
+    if (document_.revision() == before)
+        return;
+    emit textReplaced();
+    emit textChanged();
+    compileNow();
+}
+
+void OpenDocument::setParamNumbers(const std::string& name, const ParamNumbers& numbers) {
+    std::string text = document_.text();
+    const std::vector<ParamEdit> edits = paramEdits(text, name, numbers);
+    for (auto edit = edits.rbegin(); edit != edits.rend(); ++edit)
+        text.replace(edit->at, edit->length, edit->replacement);
+    replaceText(std::move(text));
+}
+
 void OpenDocument::compileNow() {
     pause_.stop();
     emit compileWanted(this);
@@ -163,6 +181,11 @@ void OpenDocument::keepMine() {
 }
 
 void OpenDocument::lookAtFile() {
+    if (document_.noteFilePresence()) {
+        emit textChanged();
+        if (document_.isFileMissing())
+            emit removedOutside();
+    }
     if (!document_.differsOnDisk())
         return;
     if (!document_.isModified()) {

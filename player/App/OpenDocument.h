@@ -36,6 +36,10 @@ class OpenDocument : public QObject {
 
     // The author typed. Compiling follows after a pause.
     void setText(std::string text);
+    // Replaces the text from outside of its editor, where the change can be undone.
+    void replaceText(std::string text);
+    // Changes the numbers in the declaration of a parameter.
+    void setParamNumbers(const std::string& name, const ParamNumbers& numbers);
     // Asks for compiling at once.
     void compileNow();
     void accept(CompileResult result);
@@ -67,8 +71,9 @@ class OpenDocument : public QObject {
     void reload();
     void keepMine();
 
-    // Looks whether the file was saved by another program. An unmodified document is read again;
-    // otherwise changedOutside is emitted once.
+    // Looks whether the file was saved or removed by another program. An unmodified document is
+    // read again; otherwise changedOutside is emitted once. A document without its file is
+    // modified.
     void lookAtFile();
     // Keeps a draft of unsaved work. False if it cannot be written.
     bool keepDraft();
@@ -82,6 +87,7 @@ class OpenDocument : public QObject {
     void transportChanged();
     void resultChanged();
     void changedOutside();
+    void removedOutside(); // the file is gone; the text stays
 
   private:
     std::uint64_t id_;

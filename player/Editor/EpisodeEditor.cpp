@@ -2,9 +2,14 @@
 
 #include "TarnwickCore/Editor/CodeEdit.h"
 #include "player/Editor/MSLLexer.h"
+#include "player/Editor/TextBytes.h"
+#include "player/Editor/WritingAid.h"
+
+#include <Qsci/qscicommandset.h>
 
 #include <QKeyEvent>
 #include <algorithm>
+#include <array>
 
 namespace tarnwick::player {
 namespace {
@@ -14,6 +19,33 @@ enum Mark { errorMark = 1, warningMark = 2 };
 enum Underline { errorUnderline = 8, warningUnderline = 9 };
 
 constexpr int columnsOfTab = 4; // columns
+
+// What differs between two texts, in bytes at the beginnings of characters.
+struct ChangedPart {
+    std::size_t begin = 0, oldEnd = 0, newEnd = 0;
+};
+
+bool continuesCharacter(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+ChangedPart changedPart(const std::string& before, const std::string& after) {
+    const std::size_t shorter = std::min(before.size(), after.size());
+    std::size_t begin = 0, end = 0;
+    while (begin < shorter && before[begin] == after[begin])
+        ++begin;
+    while (begin > 0 && begin < before.size() && continuesCharacter(before[begin]))
+        --begin;
+    while (begin > 0 && begin < after.size() && continuesCharacter(after[begin]))
+        --begin;
+    while (end < shorter - begin &&
+           before[before.size() - 1 - end] == after[after.size() - 1 - end])
+        ++end;
+    while (end > 0 && (continuesCharacter(before[before.size() - end]) ||
+                       continuesCharacter(after[after.size() - end])))
+        --end;
+    return {begin, before.size() - end, after.size() - end};
+}
 
 } // namespace
 
@@ -36,7 +68,11 @@ EpisodeEditor::EpisodeEditor(QWidget* parent) : QsciScintilla(parent), lexer_(ne
     setCaretLineVisible(true);
     setScrollWidth(1);
     setScrollWidthTracking(true);
+    standardCommands()
+        ->find(QsciCommand::Redo)
+        ->setAlternateKey(static_cast<int>(Qt::CTRL) | static_cast<int>(Qt::SHIFT) | Qt::Key_Z);
     setAccessibleName(tr("Episode text"));
+    aid_ = new WritingAid(*this, [this](int at) { return messageAt(at); });
     setDark(palette().color(QPalette::Base).lightness() < 128);
     connect(this, &QsciScintilla::textChanged, this, [this] {
         if (!isReplacing_)
@@ -45,29 +81,32 @@ EpisodeEditor::EpisodeEditor(QWidget* parent) : QsciScintilla(parent), lexer_(ne
 }
 
 std::string EpisodeEditor::episodeText() const {
-    return text().toStdString();
+    return textOf(*this);
 }
 
 void EpisodeEditor::setEpisodeText(const std::string& text) {
-    const QString replacement = QString::fromStdString(text);
-    if (replacement == this->text())
+    const std::string before = episodeText();
+    if (text == before)
         return;
     isReplacing_ = true;
-    const bool isFirst = length() == 0 && !isUndoAvailable();
-    int line = 0, column = 0;
-    getCursorPosition(&line, &column);
-    if (isFirst) {
-        setText(replacement);
+    if (before.empty() && !isUndoAvailable()) {
+        setText(QString::fromStdString(text));
         SendScintilla(SCI_EMPTYUNDOBUFFER);
     } else {
-        beginUndoAction();
-        selectAll();
-        replaceSelectedText(replacement);
-        endUndoAction();
-        setCursorPosition(std::min(line, lines() - 1), column);
+        const ChangedPart part = changedPart(before, text);
+        replaceBytes(*this, part.begin, part.oldEnd,
+                     std::string_view(text).substr(part.begin, part.newEnd - part.begin));
     }
-    setEolMode(replacement.contains(QStringLiteral("\r\n")) ? EolWindows : EolUnix);
+    setEolMode(text.find("\r\n") != std::string::npos ? EolWindows : EolUnix);
     isReplacing_ = false;
+}
+
+void EpisodeEditor::complete() {
+    aid_->complete();
+}
+
+void EpisodeEditor::showFunction() {
+    aid_->showFunction();
 }
 
 void EpisodeEditor::setFindings(const std::vector<Finding>& findings) {
@@ -75,24 +114,29 @@ void EpisodeEditor::setFindings(const std::vector<Finding>& findings) {
     markerDeleteAll(warningMark);
     clearIndicatorRange(0, 0, lines(), 0, errorUnderline);
     clearIndicatorRange(0, 0, lines(), 0, warningUnderline);
-    clearAnnotations();
+    findings_.clear();
     for (const Finding& finding : findings)
-        if (finding.diagnostic.severity != Severity::note && finding.diagnostic.line > 0)
+        if (finding.diagnostic.severity != Severity::note && finding.diagnostic.line > 0 &&
+            finding.diagnostic.line <= lines()) {
+            findings_.push_back(finding);
             underline(finding);
+        }
 }
 
-// Underlines the word at the place of the finding, or the rest of the line.
+// The character of a line at a column, which counts bytes from 1.
+int EpisodeEditor::indexOf(int line, std::int64_t column) const {
+    const QByteArray bytes = text(line).toUtf8();
+    const auto before = std::clamp<qsizetype>(static_cast<qsizetype>(column) - 1, 0, bytes.size());
+    return static_cast<int>(QString::fromUtf8(bytes.left(before)).size());
+}
+
+// Underlines the word at the place of the finding, or one character.
 void EpisodeEditor::underline(const Finding& finding) {
     const bool isError = finding.diagnostic.severity == Severity::error;
     const int line = static_cast<int>(finding.diagnostic.line) - 1;
-    if (line >= lines())
-        return;
     markerAdd(line, isError ? errorMark : warningMark);
     const QString content = text(line);
-    const QByteArray bytes = content.toUtf8();
-    const auto column = std::clamp<qsizetype>(static_cast<qsizetype>(finding.diagnostic.column) - 1,
-                                              0, bytes.size());
-    const int begin = static_cast<int>(QString::fromUtf8(bytes.left(column)).size());
+    const int begin = indexOf(line, finding.diagnostic.column);
     int end = begin;
     while (end < content.size() && (content[end].isLetterOrNumber() || content[end] == u'_'))
         ++end;
@@ -101,9 +145,41 @@ void EpisodeEditor::underline(const Finding& finding) {
     fillIndicatorRange(line, begin, line, end, isError ? errorUnderline : warningUnderline);
 }
 
+QString EpisodeEditor::messageAt(int at) const {
+    const auto isUnder = [&](unsigned long indicator) {
+        return SendScintilla(SCI_INDICATORVALUEAT, indicator, static_cast<long>(at)) != 0;
+    };
+    const bool isError = isUnder(errorUnderline);
+    if (!isError && !isUnder(warningUnderline))
+        return {};
+    const auto line = SendScintilla(SCI_LINEFROMPOSITION, static_cast<unsigned long>(at)) + 1;
+    for (const Finding& finding : findings_)
+        if (finding.diagnostic.line == line &&
+            (finding.diagnostic.severity == Severity::error) == isError)
+            return QString::fromStdString(finding.diagnostic.message +
+                                          (finding.hint.empty() ? "" : "\n" + finding.hint));
+    return {};
+}
+
+// The first one after the line of the cursor, or the first of all.
+void EpisodeEditor::goToNextProblem() {
+    int line = 0, column = 0;
+    getCursorPosition(&line, &column);
+    const Diagnostic* target = nullptr;
+    for (const Finding& finding : findings_)
+        if (finding.diagnostic.line > line + 1 &&
+            (target == nullptr || finding.diagnostic.line < target->line))
+            target = &finding.diagnostic;
+    if (target == nullptr && !findings_.empty())
+        target = &findings_.front().diagnostic;
+    if (target != nullptr)
+        goTo(static_cast<int>(target->line), static_cast<int>(target->column));
+}
+
 void EpisodeEditor::goTo(int line, int column) {
-    setCursorPosition(std::max(line - 1, 0), std::max(column - 1, 0));
-    ensureLineVisible(std::max(line - 1, 0));
+    const int row = std::clamp(line - 1, 0, lines() - 1);
+    ensureLineVisible(row);
+    setCursorPosition(row, indexOf(row, column));
     setFocus();
 }
 
@@ -148,17 +224,44 @@ void EpisodeEditor::toggleComments() {
     const CodeEdit::Replacement edit =
         CodeEdit::toggleLineComments(text, {.location = begin, .length = end - begin});
     const auto bytesAt = [&](std::size_t units) {
-        return static_cast<int>(whole.left(static_cast<qsizetype>(units)).toUtf8().size());
+        return static_cast<std::size_t>(whole.left(static_cast<qsizetype>(units)).toUtf8().size());
     };
-    beginUndoAction();
-    SendScintilla(SCI_SETTARGETRANGE, static_cast<unsigned long>(bytesAt(edit.range.location)),
-                  static_cast<long>(bytesAt(edit.range.location + edit.range.length)));
-    SendScintilla(SCI_REPLACETARGET, edit.replacement.size(), edit.replacement.data());
-    endUndoAction();
+    replaceBytes(*this, bytesAt(edit.range.location),
+                 bytesAt(edit.range.location + edit.range.length), edit.replacement);
+}
+
+// These keys move in the text, also where the window has other uses for them.
+bool EpisodeEditor::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        const bool isControl = (key->modifiers() & ~Qt::ShiftModifier) == Qt::ControlModifier;
+        constexpr std::array keys{Qt::Key_Left, Qt::Key_Right, Qt::Key_Home,
+                                  Qt::Key_End,  Qt::Key_Up,    Qt::Key_Down};
+        if (isControl && std::ranges::find(keys, key->key()) != keys.end()) {
+            event->accept();
+            return true;
+        }
+    }
+    return QsciScintilla::event(event);
+}
+
+// On a line of its own a closing brace has the indentation of the line with the opening one.
+void EpisodeEditor::typeClosingBrace() {
+    int line = 0, column = 0;
+    getCursorPosition(&line, &column);
+    const QString before = text(line).left(column);
+    if (before.trimmed().isEmpty() && before.endsWith(QString(columnsOfTab, u' '))) {
+        const std::size_t at = cursorByte(*this);
+        replaceBytes(*this, at - columnsOfTab, at, "");
+    }
 }
 
 // A new line begins with the indentation of its line, and one level more after an opening brace.
 void EpisodeEditor::keyPressEvent(QKeyEvent* event) {
+    if (aid_->takesKey(event))
+        return;
+    if (event->text() == QStringLiteral("}"))
+        typeClosingBrace();
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (!isReturn || event->modifiers() != Qt::NoModifier || isListActive()) {
         QsciScintilla::keyPressEvent(event);

@@ -107,6 +107,8 @@ void Document::save() {
     precondition(file_.has_value(), "a document that is saved has a file");
     stamp_ = writeEpisodeText(*file_, {.text = text(), .hasByteOrderMark = hasByteOrderMark_});
     savedText_ = text();
+    looksWithoutFile_ = 0;
+    isFileMissing_ = false;
     if (!areSettingsModified())
         return;
     writeSettingsBeside(*file_, settings());
@@ -118,6 +120,8 @@ void Document::saveAs(const std::filesystem::path& file) {
     file_ = file;
     episode_ = episodeOf(text(), file_, title_);
     savedText_ = text();
+    looksWithoutFile_ = 0;
+    isFileMissing_ = false;
     if (settings() == Settings{})
         return;
     writeSettingsBeside(file, settings());
@@ -129,6 +133,14 @@ bool Document::differsOnDisk() const {
         return false;
     const auto now = FileWatcher::stamp(*file_);
     return now && now != stamp_;
+}
+
+bool Document::noteFilePresence() {
+    const bool isThere = !file_ || FileWatcher::stamp(*file_).has_value();
+    looksWithoutFile_ = isThere ? 0 : std::min(looksWithoutFile_ + 1, 2);
+    const bool wasMissing = isFileMissing_;
+    isFileMissing_ = looksWithoutFile_ > 1;
+    return isFileMissing_ != wasMissing;
 }
 
 void Document::reload() {

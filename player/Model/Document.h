@@ -70,7 +70,7 @@ class Document {
     // The value of a parameter at a time; its default if the settings give none.
     float valueAt(const ParamDecl& param, double time) const;
 
-    bool isTextModified() const { return text() != savedText_; }
+    bool isTextModified() const { return text() != savedText_ || isFileMissing_; }
     bool areSettingsModified() const { return settings() != savedSettings_; }
     bool isModified() const { return isTextModified() || areSettingsModified(); }
 
@@ -81,6 +81,10 @@ class Document {
 
     // Whether the file has another stamp than when it was read or written here.
     bool differsOnDisk() const;
+    // Looks whether the file exists; true if that changed. Programs that save may remove it for a
+    // moment, so that it is missing only when it was missing at the look before too.
+    bool noteFilePresence();
+    bool isFileMissing() const { return isFileMissing_; }
     // Reads the file again. Its text replaces this one, which is lost. Throws DocumentFileError.
     void reload();
     // Keeps this text although the file has another one.
@@ -98,6 +102,8 @@ class Document {
     std::string savedText_;
     Settings savedSettings_;
     std::optional<FileWatcher::Stamp> stamp_; // of the file
+    int looksWithoutFile_ = 0;
+    bool isFileMissing_ = false;
     std::string remark_;
 };
 

@@ -1,34 +1,14 @@
 #include "player/Panels/ParametersPanel.h"
 
-#include <QDoubleSpinBox>
-#include <QGridLayout>
+#include "player/Panels/ParameterRow.h"
+
 #include <QLabel>
 #include <QScrollArea>
-#include <QSignalBlocker>
-#include <QSlider>
-#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
 
 namespace tarnwick::player {
-namespace {
-
-constexpr int sliderSteps = 1000;
-constexpr int decimals = 3;
-
-int stepOf(const ParamDecl& param, float value) {
-    const double share = (value - param.min) / (static_cast<double>(param.max) - param.min);
-    return std::isfinite(share)
-               ? static_cast<int>(std::lround(std::clamp(share, 0.0, 1.0) * sliderSteps))
-               : 0;
-}
-
-double valueOf(const ParamDecl& param, int step) {
-    return param.min + (static_cast<double>(param.max) - param.min) * step / sliderSteps;
-}
-
-} // namespace
 
 ParametersPanel::ParametersPanel(Player& player, QWidget* parent)
     : QWidget(parent), player_(player) {
@@ -63,131 +43,88 @@ void ParametersPanel::follow() {
         connect(document_, &OpenDocument::textChanged, this, &ParametersPanel::rebuild);
         connect(document_, &OpenDocument::settingsChanged, this, &ParametersPanel::showValues);
     }
-    params_.clear();
     rebuild();
 }
 
+// The rows stay if only the numbers and descriptions of the declarations changed.
 void ParametersPanel::rebuild() {
     const std::vector<ParamDecl> params =
         document_ != nullptr ? document_->document().episode()->params() : std::vector<ParamDecl>{};
-    if (params == params_ && rows_.size() == params.size()) {
-        showValues();
-        return;
+    if (!std::ranges::equal(params, rows_, {}, &ParamDecl::name,
+                            [](const ParameterRow* row) { return row->param().name; })) {
+        for (ParameterRow* row : rows_)
+            row->deleteLater();
+        rows_.clear();
+        for (const ParamDecl& param : params)
+            addRow(param);
     }
-    params_ = params;
-    rows_.clear();
-    while (list_->count() > 2) { // the hint and the stretch remain
-        QLayoutItem* item = list_->takeAt(1);
-        delete item->widget();
-        delete item;
-    }
-    for (const ParamDecl& param : params_)
-        addRow(param);
-    empty_->setVisible(params_.empty());
+    for (std::size_t index = 0; index < params.size(); ++index)
+        if (params[index] != rows_[index]->param())
+            rows_[index]->setParam(params[index]);
+    empty_->setVisible(params.empty());
     showValues();
 }
 
 void ParametersPanel::addRow(const ParamDecl& param) {
-    auto* box = new QWidget;
-    auto* grid = new QGridLayout(box);
-    grid->setContentsMargins(0, 0, 0, 6);
-    grid->setVerticalSpacing(2);
-    const QString name = QString::fromStdString(param.name);
-    const QString detail = QString::fromStdString(param.detail);
-    auto* label = new QLabel(name);
-    label->setToolTip(detail);
-    QFont bold = label->font();
-    bold.setBold(true);
-    label->setFont(bold);
-    auto* description = new QLabel(detail);
-    description->setForegroundRole(QPalette::PlaceholderText);
-    description->setMinimumWidth(20);
-    auto* slider = new QSlider(Qt::Horizontal);
-    slider->setRange(0, sliderSteps);
-    slider->setAccessibleName(name);
-    slider->setAccessibleDescription(detail);
-    auto* entry = new QDoubleSpinBox;
-    entry->setDecimals(decimals);
-    entry->setRange(param.min, param.max);
-    entry->setSingleStep((static_cast<double>(param.max) - param.min) / 100);
-    entry->setKeyboardTracking(false);
-    entry->setAccessibleName(tr("Value of %1").arg(name));
-    auto* key = new QToolButton;
-    key->setText(QStringLiteral("\u25C6"));
-    key->setCheckable(true);
-    key->setToolTip(tr("Key at the present time"));
-    key->setAccessibleName(tr("Key of %1").arg(name));
-    auto* reset = new QToolButton;
-    reset->setText(QStringLiteral("\u21BA"));
-    reset->setToolTip(tr("Default value, without keys"));
-    reset->setAccessibleName(tr("Reset %1").arg(name));
-    grid->addWidget(label, 0, 0);
-    grid->addWidget(description, 0, 1, 1, 4);
-    grid->addWidget(slider, 1, 0, 1, 2);
-    grid->addWidget(entry, 1, 2);
-    grid->addWidget(key, 1, 3);
-    grid->addWidget(reset, 1, 4);
-    grid->setColumnStretch(1, 1);
-    list_->insertWidget(list_->count() - 1, box);
-    const Row row{param, slider, entry, key, reset};
+    auto* row = new ParameterRow(param);
     rows_.push_back(row);
-    connect(slider, &QSlider::valueChanged, this,
-            [this, row](int step) { set(row, valueOf(row.param, step)); });
-    connect(slider, &QSlider::sliderReleased, this, [this] {
+    list_->insertWidget(list_->count() - 1, row);
+    const std::string& name = param.name;
+    connect(row, &ParameterRow::valueChosen, this, [this, name](double value) {
+        if (document_ != nullptr)
+            document_->setValue(name, static_cast<float>(value));
+    });
+    connect(row, &ParameterRow::released, this, [this] {
         if (document_ != nullptr)
             document_->endGesture();
     });
-    connect(entry, &QDoubleSpinBox::valueChanged, this,
-            [this, row](double value) { set(row, value); });
-    connect(key, &QToolButton::clicked, this, [this, row] { toggleKey(row); });
-    connect(reset, &QToolButton::clicked, this, [this, row] {
+    connect(row, &ParameterRow::keyToggled, this, [this, row] { toggleKey(row->param()); });
+    connect(row, &ParameterRow::resetWanted, this, [this, name] {
         if (document_ != nullptr)
-            document_->resetValue(row.param.name);
+            document_->resetValue(name);
+    });
+    connect(row, &ParameterRow::numbersChosen, this, [this, name](const ParamNumbers& numbers) {
+        if (document_ != nullptr)
+            document_->setParamNumbers(name, numbers);
     });
 }
 
-void ParametersPanel::set(const Row& row, double value) {
-    if (document_ != nullptr && !isShowing_)
-        document_->setValue(row.param.name, static_cast<float>(value));
+// Whether the parameter has a key at the time.
+static bool hasKey(const Settings& settings, const std::string& name, double time) {
+    const auto keys = settings.keys.keys(name);
+    return std::ranges::any_of(keys, [&](const KeyframeTracks::Key& key) {
+        return std::abs(key.time - time) < KeyframeTracks::snap;
+    });
 }
 
 // Adds a key at the present time, or removes the one that is there.
-void ParametersPanel::toggleKey(const Row& row) {
+void ParametersPanel::toggleKey(const ParamDecl& param) {
     if (document_ == nullptr)
         return;
     Settings settings = document_->document().settings();
     const double time = document_->time();
-    const auto keys = settings.keys.keys(row.param.name);
-    const bool isThere = std::ranges::any_of(keys, [&](const KeyframeTracks::Key& key) {
-        return std::abs(key.time - time) < KeyframeTracks::snap;
-    });
+    const bool isThere = hasKey(settings, param.name, time);
     if (isThere)
-        settings.keys.remove(row.param.name, time);
+        settings.keys.remove(param.name, time);
     else
-        settings.keys.set(row.param.name, time, document_->document().valueAt(row.param, time));
+        settings.keys.set(param.name, time, document_->document().valueAt(param, time));
     document_->setSettings(std::move(settings),
-                           (isThere ? "Remove key of " : "Add key of ") + row.param.name);
+                           (isThere ? "Remove key of " : "Add key of ") + param.name);
 }
 
 void ParametersPanel::showValues() {
     if (document_ == nullptr)
         return;
-    isShowing_ = true;
     const double time = document_->time();
     const Document& document = document_->document();
-    for (const Row& row : rows_) {
-        const float value = document_->valueNow(row.param);
-        if (!row.slider->isSliderDown())
-            row.slider->setValue(stepOf(row.param, value));
-        if (!row.entry->hasFocus() || row.slider->isSliderDown())
-            row.entry->setValue(value);
-        const auto keys = document.settings().keys.keys(row.param.name);
-        row.key->setChecked(std::ranges::any_of(keys, [&](const KeyframeTracks::Key& key) {
-            return std::abs(key.time - time) < KeyframeTracks::snap;
-        }));
-        row.reset->setEnabled(document.settings().values.contains(row.param.name) || !keys.empty());
+    const Settings& settings = document.settings();
+    for (ParameterRow* row : rows_) {
+        const std::string& name = row->param().name;
+        row->showState(
+            {.value = document_->valueNow(row->param()),
+             .hasKey = hasKey(settings, name, time),
+             .canReset = settings.values.contains(name) || !settings.keys.keys(name).empty()});
     }
-    isShowing_ = false;
 }
 
 } // namespace tarnwick::player

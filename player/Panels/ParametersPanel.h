@@ -6,13 +6,12 @@
 #include <QWidget>
 #include <vector>
 
-class QDoubleSpinBox;
 class QLabel;
-class QSlider;
-class QToolButton;
 class QVBoxLayout;
 
 namespace tarnwick::player {
+
+class ParameterRow;
 
 class ParametersPanel : public QWidget {
     Q_OBJECT
@@ -21,28 +20,17 @@ class ParametersPanel : public QWidget {
     explicit ParametersPanel(Player& player, QWidget* parent = nullptr);
 
   private:
-    struct Row {
-        ParamDecl param;
-        QSlider* slider;
-        QDoubleSpinBox* entry;
-        QToolButton* key;
-        QToolButton* reset;
-    };
-
     void follow();  // the active document
     void rebuild(); // the rows, if the declarations changed
     void addRow(const ParamDecl& param);
     void showValues();
-    void set(const Row& row, double value);
-    void toggleKey(const Row& row);
+    void toggleKey(const ParamDecl& param);
 
     Player& player_;
     OpenDocument* document_ = nullptr;
-    std::vector<ParamDecl> params_;
-    std::vector<Row> rows_;
+    std::vector<ParameterRow*> rows_; // owned as children
     QVBoxLayout* list_;
     QLabel* empty_;
-    bool isShowing_ = false; // the controls follow the document, not the other way round
 };
 
 } // namespace tarnwick::player

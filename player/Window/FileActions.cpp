@@ -1,6 +1,7 @@
 #include "player/Window/FileActions.h"
 
 #include "TarnwickCore/Episode/ShaderTemplate.h"
+#include "player/Window/OutsideChanges.h"
 
 #include <QFileDialog>
 #include <QMessageBox>
@@ -27,6 +28,7 @@ FileActions::FileActions(Player& player, QMainWindow& window, Actions& actions)
     actions.add(file, tr("Save &as..."), QKeySequence::SaveAs,
                 [this] { saveAs(player_.active()); });
     actions.add(file, tr("&Close"), QKeySequence::Close, [this] { close(player_.active()); });
+    outside_ = new OutsideChanges(player, window, actions);
     connect(&player_, &Player::documentAdded, this, &FileActions::watch);
 }
 
@@ -66,7 +68,8 @@ bool FileActions::save(OpenDocument* document) {
         return false;
     if (!document->document().file())
         return saveAs(document);
-    return written([document] { document->save(); });
+    const auto write = [this, document] { return written([document] { document->save(); }); };
+    return outside_->mayWrite(document, write) && write();
 }
 
 bool FileActions::saveAs(OpenDocument* document) {
@@ -104,27 +107,8 @@ bool FileActions::mayClose(OpenDocument* document) {
 }
 
 void FileActions::watch(OpenDocument* document) {
-    connect(document, &OpenDocument::changedOutside, this,
-            [this, document] { answerChangeOutside(document); });
     if (!document->document().remark().empty())
         player_.tell(QString::fromStdString(document->document().remark()));
-}
-
-void FileActions::answerChangeOutside(OpenDocument* document) {
-    const auto answer = QMessageBox::question(
-        &window_, tr("File changed"),
-        tr("Another program saved %1, and this text has changes too. Read the file and lose "
-           "these changes?")
-            .arg(titleOf(document)),
-        QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
-    try {
-        if (answer == QMessageBox::Yes)
-            document->reload();
-        else
-            document->keepMine();
-    } catch (const DocumentFileError& error) {
-        player_.tell(QString::fromStdString(error.what()));
-    }
 }
 
 } // namespace tarnwick::player

@@ -1,4 +1,4 @@
-// New, open, save, close, and files that other programs change.
+// New, open, save, close.
 #pragma once
 
 #include "player/Actions/Actions.h"
@@ -8,6 +8,8 @@
 #include <functional>
 
 namespace tarnwick::player {
+
+class OutsideChanges;
 
 class FileActions : public QObject {
     Q_OBJECT
@@ -30,10 +32,10 @@ class FileActions : public QObject {
     bool written(const std::function<void()>& write); // or the user is told why not
     bool mayClose(OpenDocument* document);
     void watch(OpenDocument* document);
-    void answerChangeOutside(OpenDocument* document);
 
     Player& player_;
     QMainWindow& window_;
+    OutsideChanges* outside_ = nullptr;
 };
 
 } // namespace tarnwick::player

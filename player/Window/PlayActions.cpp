@@ -5,11 +5,40 @@
 #include "player/Panels/TransportBar.h"
 #include "player/Window/DocumentTabs.h"
 
+#include <QAction>
+#include <functional>
+
 namespace tarnwick::player {
+namespace {
+
+template <typename Run> std::function<void()> inEditor(DocumentTabs& tabs, Run run) {
+    return [&tabs, run] {
+        if (EpisodeEditor* shown = tabs.editor())
+            (shown->*run)();
+    };
+}
+
+// The editor and other fields handle these keys themselves; the menu only shows them.
+void addTextActions(Actions& actions, DocumentTabs& tabs) {
+    const auto add = [&](const QString& text, QKeySequence::StandardKey keys, auto run) {
+        actions.add(ActionMenu::edit, text, keys, inEditor(tabs, run))
+            ->setShortcutContext(Qt::WidgetShortcut);
+    };
+    add(Actions::tr("&Undo"), QKeySequence::Undo, &EpisodeEditor::undo);
+    add(Actions::tr("&Redo"), QKeySequence::Redo, &EpisodeEditor::redo);
+    actions.separate(ActionMenu::edit);
+    add(Actions::tr("Cu&t"), QKeySequence::Cut, &EpisodeEditor::cut);
+    add(Actions::tr("&Copy"), QKeySequence::Copy, &EpisodeEditor::copy);
+    add(Actions::tr("&Paste"), QKeySequence::Paste, &EpisodeEditor::paste);
+    actions.separate(ActionMenu::edit);
+}
+
+} // namespace
 
 void addEditActions(Player& player, Actions& actions, DocumentTabs& tabs) {
     const auto edit = ActionMenu::edit;
     FindBar* find = &tabs.find();
+    addTextActions(actions, tabs);
     actions.add(edit, Actions::tr("&Find and replace"), QKeySequence::Find,
                 [find] { find->find(); });
     actions.add(edit, Actions::tr("Find &next"), QKeySequence::FindNext,
@@ -19,10 +48,16 @@ void addEditActions(Player& player, Actions& actions, DocumentTabs& tabs) {
     actions.add(edit, Actions::tr("&Go to line"), QKeySequence(Actions::tr("Ctrl+G")),
                 [find] { find->goToLine(); });
     actions.separate(edit);
-    actions.add(edit, Actions::tr("&Toggle comment"), QKeySequence(Actions::tr("Ctrl+/")), [&tabs] {
-        if (EpisodeEditor* shown = tabs.editor())
-            shown->toggleComments();
-    });
+    actions.add(edit, Actions::tr("Toggle c&omment"), QKeySequence(Actions::tr("Ctrl+/")),
+                inEditor(tabs, &EpisodeEditor::toggleComments));
+    actions.add(edit, Actions::tr("Co&mplete the word"), QKeySequence(Actions::tr("Ctrl+Space")),
+                inEditor(tabs, &EpisodeEditor::complete));
+    actions.add(edit, Actions::tr("&Help for the function"),
+                QKeySequence(Actions::tr("Ctrl+Shift+Space")),
+                inEditor(tabs, &EpisodeEditor::showFunction));
+    actions.add(edit, Actions::tr("Ne&xt problem"), QKeySequence(Actions::tr("F8")),
+                inEditor(tabs, &EpisodeEditor::goToNextProblem));
+    actions.separate(edit);
     actions.add(edit, Actions::tr("Undo &setting"), QKeySequence(Actions::tr("Ctrl+Alt+Z")),
                 [&player] {
                     if (OpenDocument* document = player.active())
@@ -38,14 +73,17 @@ void addEditActions(Player& player, Actions& actions, DocumentTabs& tabs) {
 void addPlayActions(Actions& actions, TransportBar& transport) {
     const auto play = ActionMenu::play;
     TransportBar* bar = &transport;
-    actions.add(play, Actions::tr("&Play or pause"), QKeySequence(Actions::tr("Ctrl+Space")),
+    actions.add(play, Actions::tr("&Play or pause"), QKeySequence(Actions::tr("F5")),
                 [bar] { bar->togglePlaying(); });
-    actions.add(play, Actions::tr("Step &forward"), QKeySequence(Actions::tr("Ctrl+Right")),
-                [bar] { bar->stepForward(); });
-    actions.add(play, Actions::tr("Step &back"), QKeySequence(Actions::tr("Ctrl+Left")),
-                [bar] { bar->stepBack(); });
-    actions.add(play, Actions::tr("&Restart"), QKeySequence(Actions::tr("Ctrl+Home")),
-                [bar] { bar->restart(); });
+    actions.add(play, Actions::tr("Step &forward"), {}, [bar] { bar->stepForward(); })
+        ->setShortcuts(
+            {QKeySequence(Actions::tr("Alt+Right")), QKeySequence(Actions::tr("Ctrl+Right"))});
+    actions.add(play, Actions::tr("Step &back"), {}, [bar] { bar->stepBack(); })
+        ->setShortcuts(
+            {QKeySequence(Actions::tr("Alt+Left")), QKeySequence(Actions::tr("Ctrl+Left"))});
+    actions.add(play, Actions::tr("&Restart"), {}, [bar] { bar->restart(); })
+        ->setShortcuts(
+            {QKeySequence(Actions::tr("Alt+Home")), QKeySequence(Actions::tr("Ctrl+Home"))});
 }
 
 } // namespace tarnwick::player

@@ -60,8 +60,8 @@ std::optional<CallHelp> helpOf(const WritingNames& names, std::size_t at) {
 
 std::optional<CallHelp> callAround(const WritingNames& names, std::size_t at) {
     const auto& tokens = names.own.tokens;
-    auto index = static_cast<std::size_t>(
-        std::ranges::lower_bound(tokens, at, {}, &CodeToken::at) - tokens.begin());
+    auto index = static_cast<std::size_t>(std::ranges::lower_bound(tokens, at, {}, &CodeToken::at) -
+                                          tokens.begin());
     std::size_t argument = 0;
     while (index-- > 0) {
         const CodeToken& token = tokens[index];

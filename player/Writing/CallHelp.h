@@ -26,7 +26,6 @@ std::optional<CallHelp> callAround(std::string_view text, std::size_t at);
 std::optional<CallHelp> functionAt(std::string_view text, std::size_t at);
 
 // The [begin, end) of an argument in a signature; empty if it has fewer.
-std::pair<std::size_t, std::size_t> argumentRange(std::string_view signature,
-                                                  std::size_t argument);
+std::pair<std::size_t, std::size_t> argumentRange(std::string_view signature, std::size_t argument);
 
 } // namespace tarnwick::player

@@ -36,8 +36,7 @@ class Collector {
     void add(std::string_view name, CompletionKind kind, std::string_view detail = {},
              std::string_view sentence = {}) {
         if (startsWith(name, word_) && names_.emplace(name).second)
-            list.push_back(
-                {std::string(name), kind, std::string(detail), std::string(sentence)});
+            list.push_back({std::string(name), kind, std::string(detail), std::string(sentence)});
     }
     void add(const SourceFunction& one, CompletionKind kind) {
         add(one.name, kind, one.signature, one.sentence);
@@ -133,8 +132,8 @@ void addAll(const WritingNames& names, std::size_t at, Collector& found) {
 
 // The number of tokens before the byte `at`.
 std::size_t tokensBefore(const SourceNames& names, std::size_t at) {
-    return static_cast<std::size_t>(
-        std::ranges::lower_bound(names.tokens, at, {}, &CodeToken::at) - names.tokens.begin());
+    return static_cast<std::size_t>(std::ranges::lower_bound(names.tokens, at, {}, &CodeToken::at) -
+                                    names.tokens.begin());
 }
 
 // Whether the word at `from` follows a type, as the name that a declaration gives.
@@ -167,8 +166,9 @@ bool isOutsideCode(std::string_view text, std::size_t at) {
         if (end < at)
             continue;
         const bool isInside = end > at || isOpenAtEnd(text.substr(begin, end - begin), token.kind);
-        if (isInside && (token.kind == SyntaxKind::comment || token.kind == SyntaxKind::header ||
-                       token.kind == SyntaxKind::string || token.kind == SyntaxKind::preprocessor))
+        if (isInside &&
+            (token.kind == SyntaxKind::comment || token.kind == SyntaxKind::header ||
+             token.kind == SyntaxKind::string || token.kind == SyntaxKind::preprocessor))
             return true;
     }
     return false;

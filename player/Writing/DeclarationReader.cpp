@@ -3,6 +3,7 @@
 // types of the library are read alike; words that begin statements are no types.
 #include "player/Writing/DeclarationReader.h"
 
+#include "TarnwickCore/Findings/CodeText.h"
 #include "TarnwickCore/Text/Characters.h"
 #include "player/Writing/SourceNames.h"
 
@@ -16,11 +17,11 @@ namespace {
 using Kind = CodeToken::Kind;
 
 constexpr std::array<std::string_view, 16> qualifiers{
-    "const",    "constant", "constexpr", "static",    "thread", "device",   "threadgroup", "inline",
-    "volatile", "kernel",   "vertex",    "fragment",  "extern", "unsigned", "METAL_FUNC",  "signed"};
+    "const",    "constant", "constexpr", "static",   "thread", "device",   "threadgroup", "inline",
+    "volatile", "kernel",   "vertex",    "fragment", "extern", "unsigned", "METAL_FUNC",  "signed"};
 constexpr std::array<std::string_view, 13> statementWords{
-    "return", "else", "case",     "default", "break",   "continue", "do",
-    "goto",   "new",  "operator", "delete",  "sizeof",  "throw"};
+    "return", "else", "case",     "default", "break",  "continue", "do",
+    "goto",   "new",  "operator", "delete",  "sizeof", "throw"};
 constexpr std::array<std::string_view, 4> headerWords{"for", "if", "while", "switch"};
 
 template <std::size_t size>
@@ -79,8 +80,11 @@ std::size_t DeclarationReader::afterAttributes(std::size_t at, std::size_t last)
     return at;
 }
 
-void DeclarationReader::read() {
-    block(0, {.last = names_.tokens.size(), .end = text_.size()});
+void DeclarationReader::read(std::string_view text, SourceNames& names) {
+    names.code = codeText(text);
+    names.tokens = codeTokens(names.code);
+    names.pairs = bracketPairs(names.tokens);
+    DeclarationReader(text, names).block(0, {.last = names.tokens.size(), .end = text.size()});
 }
 
 void DeclarationReader::block(std::size_t first, const Scope& scope) {

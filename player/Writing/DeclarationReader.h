@@ -1,4 +1,4 @@
-// Reads the declarations of a text for SourceNames.
+// Reads the declarations of a text.
 #pragma once
 
 #include <cstddef>
@@ -15,12 +15,12 @@ struct SourceVariable;
 
 class DeclarationReader {
   public:
-    // Adds to `names`, whose tokens are those of `text`.
-    DeclarationReader(std::string_view text, SourceNames& names) : text_(text), names_(names) {}
-
-    void read();
+    // Fills `names`, which are empty. Accepts any bytes.
+    static void read(std::string_view text, SourceNames& names);
 
   private:
+    DeclarationReader(std::string_view text, SourceNames& names) : text_(text), names_(names) {}
+
     // Where declarations are: [first, last) tokens, and the byte where their names end.
     struct Scope {
         std::size_t last = 0;

@@ -34,10 +34,9 @@ std::string resultOf(std::string_view signature) {
 
 std::string ExpressionTypes::ofMember(std::string_view type, std::string_view member) const {
     if (const VectorShape shape = vectorShape(type); shape.components > 0)
-        return !isSwizzle(member) ? std::string()
-               : member.size() == 1
-                   ? std::string(shape.element)
-                   : std::string(shape.element) + std::to_string(member.size());
+        return !isSwizzle(member)   ? std::string()
+               : member.size() == 1 ? std::string(shape.element)
+                                    : std::string(shape.element) + std::to_string(member.size());
     if (const SourceRecord* record = names_.record(typeName(type))) {
         for (const SourceVariable& one : record->variables)
             if (one.name == member)
@@ -97,7 +96,8 @@ std::string ExpressionTypes::call(std::size_t open, std::size_t close, int depth
         return {};
     if (row->kind == msl::LibraryName::Kind::type)
         return std::string(name);
-    const std::string result = resultOf(row->signatures), first = expression(open + 1, close, depth);
+    const std::string result = resultOf(row->signatures),
+                      first = expression(open + 1, close, depth);
     if (result == "T")
         return first;
     if (result == "E")

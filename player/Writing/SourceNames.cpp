@@ -1,18 +1,9 @@
 #include "player/Writing/SourceNames.h"
 
-#include "TarnwickCore/Findings/CodeText.h"
-#include "player/Writing/DeclarationReader.h"
-
 #include <algorithm>
 #include <ranges>
 
 namespace tarnwick::player {
-
-SourceNames::SourceNames(std::string_view text) : code(codeText(text)) {
-    tokens = codeTokens(code);
-    pairs = bracketPairs(tokens);
-    DeclarationReader(text, *this).read();
-}
 
 const SourceRecord* SourceNames::record(std::string_view name) const {
     const auto found = std::ranges::find(records, name, &SourceRecord::name);

@@ -42,10 +42,7 @@ struct SourceNames {
     std::vector<std::string> macros;
 
     SourceNames() = default;
-    // Accepts any bytes.
-    explicit SourceNames(std::string_view text);
-    // The tokens refer to `code`.
-    SourceNames(const SourceNames&) = delete;
+    SourceNames(const SourceNames&) = delete; // the tokens refer to `code`
     SourceNames& operator=(const SourceNames&) = delete;
 
     const SourceRecord* record(std::string_view name) const;

@@ -2,6 +2,7 @@
 
 #include "TarnwickCore/Episode/ShaderPieces.h"
 #include "TarnwickCore/ShaderAssembler.h"
+#include "player/Writing/DeclarationReader.h"
 
 #include <algorithm>
 #include <array>
@@ -19,14 +20,17 @@ std::string hostText(std::string_view episode) {
     text += ShaderAssembler::paramsBody(ParamParser::parse(episode)) + "\n};\n";
     if (ShaderAssembler::gridSize(episode) > 0)
         return text;
-    text += ShaderAssembler::particleCount(episode) > 0 ? pieces::trailsStruct
-                                                         : pieces::inputsStruct;
+    text +=
+        ShaderAssembler::particleCount(episode) > 0 ? pieces::trailsStruct : pieces::inputsStruct;
     return text;
 }
 
 } // namespace
 
-WritingNames::WritingNames(std::string_view text) : own(text), host(hostText(text)) {}
+WritingNames::WritingNames(std::string_view text) {
+    DeclarationReader::read(text, own);
+    DeclarationReader::read(hostText(text), host);
+}
 
 const SourceRecord* WritingNames::record(std::string_view name) const {
     const SourceRecord* found = own.record(name);
@@ -34,8 +38,8 @@ const SourceRecord* WritingNames::record(std::string_view name) const {
 }
 
 std::span<const msl::LibraryName> libraryRows(std::string_view owner) {
-    const auto rows = std::ranges::equal_range(msl::libraryNames(), owner, {},
-                                               &msl::LibraryName::owner);
+    const auto rows =
+        std::ranges::equal_range(msl::libraryNames(), owner, {}, &msl::LibraryName::owner);
     return {rows.begin(), rows.end()};
 }
 

@@ -119,5 +119,25 @@ TEST(Document, morphsBetweenItsSnapshots) {
     EXPECT_FLOAT_EQ(document.settings().values.at("speed"), 0.5f);
 }
 
+TEST_F(DocumentFiles, areModifiedWhileTheirFileIsMissing) {
+    writeWholeFile(file("a.metal"), text);
+    Document document = Document::open(file("a.metal"));
+    std::filesystem::remove(file("a.metal"));
+    EXPECT_FALSE(document.noteFilePresence()) << "another program may be replacing it";
+    EXPECT_TRUE(document.noteFilePresence());
+    EXPECT_TRUE(document.isModified());
+    EXPECT_FALSE(document.noteFilePresence()) << "told once";
+    document.save();
+    EXPECT_FALSE(document.isModified());
+    EXPECT_EQ(bytes(file("a.metal")), text);
+    std::filesystem::remove(file("a.metal"));
+    document.noteFilePresence();
+    document.noteFilePresence();
+    writeWholeFile(file("a.metal"), "other");
+    EXPECT_TRUE(document.noteFilePresence());
+    EXPECT_FALSE(document.isModified());
+    EXPECT_TRUE(document.differsOnDisk());
+}
+
 } // namespace
 } // namespace tarnwick::player

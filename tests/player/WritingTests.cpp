@@ -58,24 +58,41 @@ std::string with(const std::string& here, const std::string& after = "") {
 }
 
 TEST(Completion, offersNamesOfEpisodeHostLibraryAndLanguage) {
-    for (const auto& [typed, name] :
-         {std::pair("has|", "hash21"), {"Rin|", "Ring"}, {"RIN|", "RINGS"}, {"inde|", "index"},
-          {"inn|", "inner"}, {"weig|", "weights"}, {"Unif|", "Uniforms"}, {"smo|", "smoothstep"},
-          {"SMOOTHS|", "smoothstep"}, {"M_P|", "M_PI_F"}, {"textur|", "texture2d"},
-          {"retu|", "return"}, {"floa|", "float3x3"}})
+    for (const auto& [typed, name] : {std::pair("has|", "hash21"),
+                                      {"Rin|", "Ring"},
+                                      {"RIN|", "RINGS"},
+                                      {"inde|", "index"},
+                                      {"inn|", "inner"},
+                                      {"weig|", "weights"},
+                                      {"Unif|", "Uniforms"},
+                                      {"smo|", "smoothstep"},
+                                      {"SMOOTHS|", "smoothstep"},
+                                      {"M_P|", "M_PI_F"},
+                                      {"textur|", "texture2d"},
+                                      {"retu|", "return"},
+                                      {"floa|", "float3x3"}})
         EXPECT_TRUE(offers(with(typed), name)) << typed;
     EXPECT_FALSE(offers(with("", "inn|"), "inner")) << "after its block";
     EXPECT_FALSE(offers(with("", "inde|"), "index")) << "after its loop";
 }
 
 TEST(Completion, offersMembersByTheTypeOfTheExpression) {
-    for (const auto& [typed, name] :
-         {std::pair("u.|", "resolution"), {"u.mo|", "mouse"}, {"p.|", "speed"}, {"ring.|", "radius"},
-          {"ring.at(1).|", "xy"}, {"ring.colour.|", "rgb"}, {"light.|", "xyz"},
-          {"weights[1 + 2] * uv.|", "xy"}, {"(uv - u.mouse).|", "y"}, {"in.|", "channel"},
-          {"in.channel0.|", "sample"}, {"in.channel(0, uv).|", "rgba"},
-          {"in.channel0.sample(s, uv).|", "xyzw"}, {"filter::|", "linear"},
-          {"precise::si|", "sin"}, {"mix(uv, uv, 0.5).|", "xy"}})
+    for (const auto& [typed, name] : {std::pair("u.|", "resolution"),
+                                      {"u.mo|", "mouse"},
+                                      {"p.|", "speed"},
+                                      {"ring.|", "radius"},
+                                      {"ring.at(1).|", "xy"},
+                                      {"ring.colour.|", "rgb"},
+                                      {"light.|", "xyz"},
+                                      {"weights[1 + 2] * uv.|", "xy"},
+                                      {"(uv - u.mouse).|", "y"},
+                                      {"in.|", "channel"},
+                                      {"in.channel0.|", "sample"},
+                                      {"in.channel(0, uv).|", "rgba"},
+                                      {"in.channel0.sample(s, uv).|", "xyzw"},
+                                      {"filter::|", "linear"},
+                                      {"precise::si|", "sin"},
+                                      {"mix(uv, uv, 0.5).|", "xy"}})
         EXPECT_TRUE(offers(with(typed), name)) << typed;
     EXPECT_FALSE(offers(with("uv.|"), "xyz")) << "two components";
     EXPECT_TRUE(namesAt(with("length(uv).|")).empty()) << "a scalar has no members";

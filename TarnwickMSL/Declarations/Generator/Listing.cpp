@@ -122,29 +122,28 @@ class Reader : public clang::ASTConsumer {
 
     void readType(const clang::NamedDecl& named) {
         if (const auto* type = llvm::dyn_cast<clang::EnumDecl>(&named)) {
-            note("", named, LibraryName::Kind::type);
+            note("", named, "type");
             for (const clang::EnumConstantDecl* one : type->enumerators())
                 note(type->isScoped() ? type->getNameAsString() : "", *one,
-                     type->isScoped() ? LibraryName::Kind::enumerator
-                                      : LibraryName::Kind::constant);
+                     type->isScoped() ? "enumerator" : "constant");
         } else if (const auto* special =
                        llvm::dyn_cast<clang::ClassTemplateSpecializationDecl>(&named)) {
             readMembers(special->getNameAsString(), *special);
         } else if (const auto* record = llvm::dyn_cast<clang::CXXRecordDecl>(&named)) {
-            note("", named, LibraryName::Kind::type);
+            note("", named, "type");
             readMembers(record->getNameAsString(), *record);
         } else if (const auto* pattern = llvm::dyn_cast<clang::ClassTemplateDecl>(&named)) {
-            note("", named, LibraryName::Kind::type);
+            note("", named, "type");
             instantiate(*pattern);
             for (const clang::ClassTemplateSpecializationDecl* one : pattern->specializations())
                 if (isOfFloat(*one))
                     readMembers(pattern->getNameAsString(), *one);
         } else if (llvm::isa<clang::TypedefNameDecl>(named)) {
-            note("", named, LibraryName::Kind::type);
+            note("", named, "type");
         }
     }
 
-    void note(const std::string& owner, const clang::NamedDecl& named, LibraryName::Kind kind) {
+    void note(const std::string& owner, const clang::NamedDecl& named, const char* kind) {
         if (!isInternal(named))
             listing[{owner, named.getNameAsString()}].kind = kind;
     }
@@ -160,7 +159,7 @@ class Reader : public clang::ASTConsumer {
                                 [](const Overload::Parameter& one) { return isInternal(one); }))
             return;
         ListedName& listed = listing[{owner, overload.name}];
-        listed.kind = owner.empty() ? LibraryName::Kind::function : LibraryName::Kind::member;
+        listed.kind = owner.empty() ? "function" : "member";
         listed.overloads.push_back(std::move(overload));
     }
 
@@ -181,7 +180,7 @@ class Reader : public clang::ASTConsumer {
                     std::ranges::find(representations, named->getNameAsString()) !=
                         representations.end())
                     continue;
-                note(owner, *field, LibraryName::Kind::member);
+                note(owner, *field, "member");
                 listing[{owner, field->getNameAsString()}].type = typeText(field->getType()).text;
             } else if (const auto* method = llvm::dyn_cast<clang::CXXMethodDecl>(one);
                        method != nullptr && !llvm::isa<clang::CXXConstructorDecl>(method)) {
@@ -235,7 +234,7 @@ class ReadingAction : public MetalAction {
             const llvm::StringRef file = text.getSourceManager().getFilename(
                 text.getSourceManager().getExpansionLoc(macro->getDefinitionLoc()));
             if (file.contains("functions/"))
-                listing[{"", name->getName().str()}].kind = LibraryName::Kind::constant;
+                listing[{"", name->getName().str()}].kind = "constant";
         }
     }
 };
@@ -261,7 +260,7 @@ Listing libraryListing() {
         throw std::runtime_error("The standard library does not compile.\n" + messages);
     read(second, first.instances, messages);
     for (const char* word : attributeWords())
-        second.listing[{"[[", word}].kind = LibraryName::Kind::attribute;
+        second.listing[{"[[", word}].kind = "attribute";
     return std::move(second.listing);
 }
 

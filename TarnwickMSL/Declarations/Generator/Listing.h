@@ -2,7 +2,6 @@
 #pragma once
 
 #include "TarnwickMSL/Declarations/Generator/Signatures.h"
-#include "TarnwickMSL/Declarations/LibraryNames.h"
 
 #include <map>
 #include <string>
@@ -12,7 +11,7 @@
 namespace tarnwick::msl {
 
 struct ListedName {
-    LibraryName::Kind kind = LibraryName::Kind::function;
+    std::string kind;                // the name of a LibraryName::Kind
     std::vector<Overload> overloads; // of functions
     std::string type;                // of variables
 };

@@ -2,7 +2,6 @@
 #include "TarnwickMSL/Declarations/Generator/Listing.h"
 #include "TarnwickMSL/Declarations/Generator/Sentences.h"
 
-#include <array>
 #include <exception>
 #include <fstream>
 #include <iostream>
@@ -10,9 +9,6 @@
 namespace {
 
 using namespace tarnwick::msl;
-
-constexpr std::array<const char*, 6> kinds{"function",   "type",     "member",
-                                           "enumerator", "constant", "attribute"};
 
 std::string quoted(const std::string& text) {
     std::string quoted = "\"";
@@ -36,8 +32,8 @@ void write(std::ostream& out) {
     for (const auto& [key, listed] : listing) {
         const auto sentence =
             listed.overloads.empty() ? sentences.end() : sentences.find(key.second);
-        out << "    {LibraryName::Kind::" << kinds.at(static_cast<std::size_t>(listed.kind)) << ", "
-            << quoted(key.first) << ", " << quoted(key.second) << ", "
+        out << "    {LibraryName::Kind::" << listed.kind << ", " << quoted(key.first) << ", "
+            << quoted(key.second) << ", "
             << quoted(listed.overloads.empty() ? listed.type : signaturesOf(listed.overloads))
             << ", " << quoted(sentence == sentences.end() ? "" : sentence->second) << "},\n";
     }
