@@ -77,10 +77,9 @@ void CompletionPopup::show(std::vector<Completion> list, const QRect& place) {
         list_ = std::move(list);
         fill();
         view_->resizeColumnToContents(0);
-        view_->resizeColumnToContents(1);
     }
     QRect below = place;
-    below.setWidth(std::min(widest, view_->columnWidth(0) + view_->columnWidth(1) +
+    below.setWidth(std::min(widest, view_->columnWidth(0) + view_->sizeHintForColumn(1) +
                                         view_->verticalScrollBar()->sizeHint().width() + 12));
     completer_->setCurrentRow(0);
     completer_->complete(below);

@@ -111,8 +111,8 @@ void DifferenceDialog::compare() {
     }
     lines_->setPlainText(all);
     summary_->setText(
-        tr("Another program saved the file, and this text has changes too. Lines with - are only "
-           "in this text (%1), lines with + only in the file (%2).")
+        tr("The file and this text differ. Lines with - are only in this text (%1), lines with + "
+           "only in the file (%2).")
             .arg(removed_.size())
             .arg(added_.size()));
     colour();
