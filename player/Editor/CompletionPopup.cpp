@@ -78,8 +78,9 @@ void CompletionPopup::show(std::vector<Completion> list, const QRect& place) {
         fill();
         view_->resizeColumnToContents(0);
     }
+    const QAbstractItemView& view = *view_;
     QRect below = place;
-    below.setWidth(std::min(widest, view_->columnWidth(0) + view_->sizeHintForColumn(1) +
+    below.setWidth(std::min(widest, view_->columnWidth(0) + view.sizeHintForColumn(1) +
                                         view_->verticalScrollBar()->sizeHint().width() + 12));
     completer_->setCurrentRow(0);
     completer_->complete(below);
