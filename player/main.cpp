@@ -6,6 +6,7 @@
 #include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/CommandLine/Help.h"
 #include "player/ControlPanel/LiveControl.h"
+#include "player/SoundPanel/SoundControls.h"
 #include "player/Window/MainWindow.h"
 
 #include <QApplication>
@@ -16,13 +17,17 @@
 namespace tarnwick::player {
 namespace {
 
-constexpr std::array<Option, 3> options{{
+constexpr std::array<Option, 4> options{{
     {.name = "--osc",
      .value = "PORT",
      .help = "let OSC messages to this UDP port move the parameters; from this machine, unless a "
              "network is chosen in the window",
      .values = WholeNumber{.least = 1, .most = 65535},
      .byDefault = "the port chosen in the window; none at first"},
+    {.name = "--audio",
+     .value = "INPUT",
+     .help = "the sound that episodes react to: own, microphone, desktop or a media file",
+     .byDefault = "own"},
     {.name = "--help", .help = "print this help"},
     {.name = "--version", .help = "print the release"},
 }};
@@ -64,6 +69,7 @@ int play(const Arguments& arguments, int count, char** words) {
     recover(player, window);
     for (const std::string& file : arguments.operands())
         window.open(QString::fromStdString(file));
+    window.findChild<SoundControls*>()->setInput(SoundInput::of(arguments.textOf("--audio")));
     if (arguments.has("--osc"))
         window.findChild<LiveControl*>()->listen(
             static_cast<std::uint16_t>(arguments.unsignedOf("--osc")));

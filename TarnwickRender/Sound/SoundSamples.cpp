@@ -1,6 +1,5 @@
 #include "TarnwickRender/Sound/SoundSamples.h"
 
-#include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickRender/Program/HostFunctions.h"
 
 namespace tarnwick {
@@ -16,13 +15,14 @@ struct SoundUniforms {
 
 std::optional<gpu::CommandBuffer> startKernel(const gpu::ComputePipelineState& kernel,
                                               gpu::CommandQueue& queue, const gpu::Buffer& buffer,
-                                              double start, std::uint32_t count,
+                                              double start, double rate, std::uint32_t count,
                                               const ParamBuffer& params) {
     auto commands = queue.commandBuffer();
     auto encoder = commands ? commands->computeCommandEncoder() : std::nullopt;
     if (!encoder)
         return std::nullopt;
-    const SoundUniforms uniforms{.start = static_cast<float>(start), .count = count};
+    const SoundUniforms uniforms{
+        .start = static_cast<float>(start), .rate = static_cast<float>(rate), .count = count};
     encoder->setComputePipelineState(kernel);
     encoder->setBuffer(buffer, 0, 0);
     encoder->setBytes(&uniforms, sizeof uniforms, 1);
@@ -37,8 +37,9 @@ std::optional<gpu::CommandBuffer> startKernel(const gpu::ComputePipelineState& k
 
 std::optional<gpu::CommandBuffer> startSound(const ProgramParts& program, gpu::CommandQueue& queue,
                                              const gpu::Buffer& buffer, double start,
-                                             std::uint32_t count, const ParamValues& values) {
-    return startKernel(*program.soundPipeline, queue, buffer, start, count,
+                                             std::uint32_t count, const ParamValues& values,
+                                             double rate) {
+    return startKernel(*program.soundPipeline, queue, buffer, start, rate, count,
                        ParamBuffer(program.params, values));
 }
 
@@ -59,7 +60,8 @@ SoundResult evaluateSound(const ProgramParts& program, gpu::CommandQueue& queue,
 SoundResult runSoundKernel(const gpu::ComputePipelineState& kernel, gpu::CommandQueue& queue,
                            const gpu::Buffer& buffer, double start, std::uint32_t count,
                            const ParamBuffer& params) {
-    auto commands = startKernel(kernel, queue, buffer, start, count, params);
+    auto commands =
+        startKernel(kernel, queue, buffer, start, ShaderAssembler::sampleRate, count, params);
     return commands ? finishSound(*commands) : SoundResult::failed;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TarnwickCore/Params.h"
+#include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickRender/Program/ParamBuffer.h"
 #include "TarnwickRender/Program/ProgramParts.h"
@@ -25,10 +26,11 @@ SoundResult evaluateSound(const ProgramParts& program, gpu::CommandQueue& queue,
                           const ParamValues& values);
 
 // The same without waiting: commits the kernel. finishSound() waits for it. Absent if the device
-// fails.
+// fails. `rate` is the number of samples in a second of the episode; below 0: backwards.
 std::optional<gpu::CommandBuffer> startSound(const ProgramParts& program, gpu::CommandQueue& queue,
                                              const gpu::Buffer& buffer, double start,
-                                             std::uint32_t count, const ParamValues& values);
+                                             std::uint32_t count, const ParamValues& values,
+                                             double rate = ShaderAssembler::sampleRate);
 SoundResult finishSound(gpu::CommandBuffer& commands);
 
 // Runs a kernel with the arguments of the sound kernel, one thread a sample. Blocks.

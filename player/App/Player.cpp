@@ -116,6 +116,12 @@ void Player::setDivisor(std::optional<int> divisor) {
     publish();
 }
 
+void Player::setLevels(std::shared_ptr<const LiveLevels> levels, bool hearsOwnSound) {
+    levels_ = std::move(levels);
+    hearsOwnSound_ = hearsOwnSound;
+    publish();
+}
+
 // All documents are compiled again, for the new device.
 void Player::useDevice() {
     news_ = {};
@@ -181,6 +187,8 @@ void Player::publish() {
     record->mouse = mouse_;
     record->divisor = divisor_;
     record->compilingSince = compilingSince_;
+    record->levels = levels_;
+    record->hearsOwnSound = hearsOwnSound_;
     if (active_ != nullptr) {
         record->document = active_->id();
         record->program = isRefused(*active_) ? nullptr : active_->program();
@@ -190,7 +198,8 @@ void Player::publish() {
         record->settings = std::make_shared<const Settings>(
             record->program ? settings.fitted(record->program->params()) : settings);
     }
-    picture_->show(std::move(record));
+    picture_->show(record);
+    emit published(record);
 }
 
 void Player::keepDrafts() {

@@ -48,6 +48,8 @@ class Player : public QObject {
     void setMouse(std::optional<std::array<float, 2>> mouse);
     void setDivisor(std::optional<int> divisor); // LiveRecord::divisor
     std::optional<int> divisor() const { return divisor_; }
+    // LiveRecord::levels and hearsOwnSound. A call with the same draws a paused picture again.
+    void setLevels(std::shared_ptr<const LiveLevels> levels, bool hearsOwnSound);
 
     // Shows one sentence to the user, who need not answer.
     void tell(const QString& sentence) { emit told(sentence); }
@@ -57,6 +59,8 @@ class Player : public QObject {
     void documentClosing(tarnwick::player::OpenDocument* document);
     void activeChanged();
     void newsArrived();
+    // The record that the drawing thread draws from now on.
+    void published(const std::shared_ptr<const LiveRecord>& record);
     void told(const QString& sentence);
     void deviceChanged(); // there is another device, or none
 
@@ -86,6 +90,8 @@ class Player : public QObject {
     std::optional<std::array<float, 2>> mouse_;
     std::optional<int> divisor_;
     std::optional<double> compilingSince_; // of the active document
+    std::shared_ptr<const LiveLevels> levels_;
+    bool hearsOwnSound_ = true;
     LiveNews news_;
     QTimer autosave_, watch_;
     std::unique_ptr<LiveCompiler> compiler_; // after all that its calls use

@@ -151,7 +151,9 @@ SceneMoment Drawing::moment() const {
             .mouse = record_->mouse,
             .settings = record_->settings,
             .isPlaying = record_->transport.isPlaying,
-            .clock = clockNumber_};
+            .clock = clockNumber_,
+            .levels = record_->levels ? record_->levels->newest() : nullptr,
+            .hearsOwnSound = record_->hearsOwnSound};
 }
 
 // Makes the scene of the wanted program and size, a part at a time, and shows it once its first

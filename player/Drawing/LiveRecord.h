@@ -5,6 +5,7 @@
 #include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickRender/ShaderProgram.h"
+#include "player/Drawing/LiveLevels.h"
 #include "player/Model/Transport.h"
 
 #include <array>
@@ -28,6 +29,10 @@ struct LiveRecord {
     PixelSize size{};                            // pixels of the picture at full size
     std::optional<double> compilingSince{};      // host seconds; absent: nothing is compiled
     std::optional<int> divisor{};                // of both sides; absent: chosen by itself
+    std::shared_ptr<const LiveLevels> levels{};  // of the sound that the program reacts to
+    // They are of the program's own sound. A pause, and a player without levels, compute them with
+    // the frame.
+    bool hearsOwnSound = true;
 };
 
 // The state of the drawing thread after a frame, or instead of one.

@@ -1,6 +1,7 @@
 #include "player/Drawing/Scene.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tarnwick::player {
 namespace {
@@ -32,8 +33,10 @@ std::unique_ptr<Scene> Scene::make(std::shared_ptr<const ShaderProgram> program,
         FeedbackFrames::make(*made->device_, size.width, size.height, ShaderProgram::pixelFormat);
     if (!made->frames_ || !made->pictures_)
         return nullptr;
-    if (made->program_->usesInputs())
+    if (made->program_->usesInputs()) {
         made->tap_ = SoundTap::make(made->program_, *made->device_);
+        made->levels_ = LevelInputs::make(*made->device_);
+    }
     return made;
 }
 
@@ -121,7 +124,9 @@ std::optional<LiveNews::Warming> Scene::warmFeedback(const SceneMoment& moment,
         auto commands = encode({.time = timeOf(frame),
                                 .mouse = moment.mouse,
                                 .settings = moment.settings,
-                                .clock = moment.clock},
+                                .clock = moment.clock,
+                                .levels = moment.levels,
+                                .hearsOwnSound = moment.hearsOwnSound},
                                queue);
         if (!commands)
             return std::nullopt;
@@ -145,8 +150,24 @@ FrameMoment Scene::frameMoment(const SceneMoment& moment) const {
             .mouse = mouse};
 }
 
-ShaderInputs Scene::inputs(double time, const ParamValues& values) {
-    ShaderInputs inputs = tap_ ? tap_->inputs(time, values) : ShaderInputs::none();
+// Levels of other sounds than the own one come from the thread that hears them. The own sound is
+// evaluated here where no frame can be late: in a pause, which shows what playing up to it shows,
+// and in frames before it.
+ShaderInputs Scene::soundInputs(const SceneMoment& moment) {
+    const bool isExact = moment.hearsOwnSound && (!moment.isPlaying || !moment.levels);
+    if (!isExact && moment.levels && levels_)
+        return levels_->inputs(moment.levels->bands, moment.levels->spectrum);
+    if (!isExact || !tap_)
+        return ShaderInputs::none();
+    const ParamValues& values = moment.settings->values; // keys do not change a sound
+    const double before = std::exchange(heard_, moment.time);
+    const bool isNext = moment.time > before && moment.time - before < 2 * frameSeconds;
+    return moment.isPlaying || isNext ? tap_->inputs(moment.time, values)
+                                      : tap_->playedInputs(moment.time, values);
+}
+
+ShaderInputs Scene::inputs(const SceneMoment& moment) {
+    ShaderInputs inputs = soundInputs(moment);
     inputs.previous = previous();
     return inputs;
 }
@@ -169,8 +190,7 @@ std::optional<gpu::CommandBuffer> Scene::encode(const SceneMoment& moment,
         encoded_ == frame_) // with other values or another pointer
         pictures_->goBack(frame_ > 0);
     const ParamValues values = settings_->valuesAt(moment.time);
-    const ShaderInputs seen =
-        program_->usesInputs() ? inputs(moment.time, values) : ShaderInputs::none();
+    const ShaderInputs seen = program_->usesInputs() ? inputs(moment) : ShaderInputs::none();
     const gpu::RenderPassDescriptor pass{
         .color = {.texture = &pictures_->current(), .load = gpu::LoadAction::clear}};
     const bool isEncoded = frames_->encode(*commands,

@@ -3,6 +3,7 @@
 
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickRender/FeedbackFrames.h"
+#include "TarnwickRender/LevelInputs.h"
 #include "TarnwickRender/ProgramFrames.h"
 #include "TarnwickRender/SoundTap.h"
 #include "player/Drawing/LiveRecord.h"
@@ -19,6 +20,8 @@ struct SceneMoment {
     std::shared_ptr<const Settings> settings;    // never null
     bool isPlaying = false;                      // a frame or step that is late may be skipped
     std::uint64_t clock = 0;                     // another one after each change of the transport
+    std::shared_ptr<const SoundLevels> levels{}; // of the sound that is heard; null: unknown
+    bool hearsOwnSound = true;                   // as in LiveRecord
 };
 
 // One thread at a time. Draws with a queue of its owner.
@@ -61,7 +64,8 @@ class Scene {
     Scene(std::shared_ptr<const ShaderProgram> program, std::shared_ptr<gpu::Device> device,
           const PixelSize& size);
     FrameMoment frameMoment(const SceneMoment& moment) const;
-    ShaderInputs inputs(double time, const ParamValues& values);
+    ShaderInputs inputs(const SceneMoment& moment);
+    ShaderInputs soundInputs(const SceneMoment& moment);
     bool hasState() const;         // between frames
     std::int64_t lastStep() const; // or frame; -1: none
     bool needsWarming(const SceneMoment& moment) const;
@@ -78,10 +82,12 @@ class Scene {
     std::shared_ptr<const Settings> settings_; // of the frame that is encoded
     std::unique_ptr<ProgramFrames> frames_;
     std::unique_ptr<FeedbackFrames> pictures_;
-    std::unique_ptr<SoundTap> tap_; // null if the program has no sound or reads no Inputs
-    std::int64_t frame_ = -1;       // number of the last one drawn; -1: none
-    std::int64_t encoded_ = -1;     // number of the one encoded
-    std::uint64_t clock_ = 0;       // of the last frame
+    std::unique_ptr<SoundTap> tap_;       // null if the program has no sound or reads no Inputs
+    std::unique_ptr<LevelInputs> levels_; // null if the program reads no Inputs
+    double heard_ = -1;                   // time of the last frame that the tap heard
+    std::int64_t frame_ = -1;             // number of the last one drawn; -1: none
+    std::int64_t encoded_ = -1;           // number of the one encoded
+    std::uint64_t clock_ = 0;             // of the last frame
     std::uint64_t encodedClock_ = 0;
     bool isFollower_ = false;
     struct Followed { // frames of another scene

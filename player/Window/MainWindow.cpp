@@ -9,6 +9,7 @@
 #include "player/Panels/ParametersPanel.h"
 #include "player/Panels/ProblemsPanel.h"
 #include "player/Panels/TransportBar.h"
+#include "player/SoundPanel/SoundFeature.h"
 #include "player/Start/StartActions.h"
 #include "player/Window/DocumentTabs.h"
 #include "player/Window/FileActions.h"
@@ -88,6 +89,7 @@ void MainWindow::makeFeatures() {
         new StartActions(player_, *this, actions_, *thumbnails, [this] { files_->openByDialog(); });
     addCommandActions(*this, actions_);
     new ControlFeature(player_, *this, actions_);
+    addSound(player_, *this, actions_);
     actions_.separate(ActionMenu::file);
     actions_.add(ActionMenu::file, tr("&Quit"), QKeySequence::Quit, [this] { close(); });
 }

@@ -135,7 +135,7 @@ struct Keeper {
     std::string_view prefix; // of the header's name
     std::string_view folder;
 };
-constexpr std::array<Keeper, 11> keepers{{
+constexpr std::array<Keeper, 13> keepers{{
     {"clang/", "TarnwickMSL"},
     {"llvm/", "TarnwickMSL"},
     {"spirv-tools/", "TarnwickMSL"}, // SPIR-V itself is what it and TarnwickGPU share
@@ -147,6 +147,8 @@ constexpr std::array<Keeper, 11> keepers{{
     {"png.h", "TarnwickPlatform/Pictures"},
     {"libav", "TarnwickPlatform/Movie"},
     {"rtmidi/", "player/Control"},
+    {"libsw", "TarnwickPlatform/Movie"},
+    {"SDL", "TarnwickPlatform/Sound"},
 }};
 
 TEST(Arrows, keepForeignHeadersInOneFolder) {

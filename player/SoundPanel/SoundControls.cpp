@@ -1,0 +1,142 @@
+#include "player/SoundPanel/SoundControls.h"
+
+#include "TarnwickPlatform/Sound/SoundCapture.h"
+
+#include <QFileDialog>
+#include <QSettings>
+#include <algorithm>
+
+namespace tarnwick::player {
+namespace {
+
+QSettings userSettings() {
+    return QSettings(QStringLiteral("tarnwick"), QStringLiteral("player"));
+}
+
+} // namespace
+
+SoundControls::SoundControls(Player& player, QWidget& window)
+    : QObject(&window), player_(player), window_(window) {
+    const auto onWindows = [this](auto run) {
+        return [this, run](const auto&... values) {
+            QMetaObject::invokeMethod(
+                this, [run, values...] { run(values...); }, Qt::QueuedConnection);
+        };
+    };
+    sound_ = std::make_unique<LiveSound>(LiveSound::Listener{
+        .tell = onWindows([this](const std::string& sentence) {
+            player_.tell(QString::fromStdString(sentence));
+        }),
+        .pausedLevelsCame = onWindows([this] {
+            player_.setLevels(sound_->levels(), input_.kind == SoundInput::Kind::own);
+        })});
+    load();
+    connect(&player_, &Player::published, this, &SoundControls::play);
+    player_.setLevels(sound_->levels(), true);
+}
+
+SoundControls::~SoundControls() {
+    player_.disconnect(this);
+}
+
+void SoundControls::setVolume(const SoundVolume& volume) {
+    if (volume == volume_)
+        return;
+    volume_ = volume;
+    sound_->setVolume(volume);
+    keep();
+    emit volumeChanged();
+}
+
+void SoundControls::setMuted(bool isMuted) {
+    SoundVolume changed = volume_;
+    changed.isMuted = isMuted;
+    setVolume(changed);
+}
+
+void SoundControls::addVolume(float change) {
+    SoundVolume changed = volume_;
+    changed.all = std::clamp(volume_.all + change, 0.0f, 1.0f);
+    changed.isMuted = volume_.isMuted && change < 0;
+    setVolume(changed);
+}
+
+void SoundControls::setDelay(int milliseconds) {
+    if (milliseconds == delay_)
+        return;
+    delay_ = milliseconds;
+    sound_->setDelay(milliseconds / 1000.0);
+    keep();
+    emit volumeChanged();
+}
+
+void SoundControls::load() {
+    const QSettings kept = userSettings();
+    const float all = kept.value(QStringLiteral("sound/volume"), 1.0f).toFloat();
+    volume_ = {.all = all >= 0 && all <= 1 ? all : 1,
+               .isMuted = kept.value(QStringLiteral("sound/muted"), false).toBool(),
+               .hasFile = kept.value(QStringLiteral("sound/hearsFile"), true).toBool()};
+    delay_ = std::clamp(kept.value(QStringLiteral("sound/delay"), 0).toInt(), -longestDelay,
+                        longestDelay);
+    sound_->setVolume(volume_);
+    sound_->setDelay(delay_ / 1000.0);
+}
+
+void SoundControls::keep() const {
+    QSettings kept = userSettings();
+    kept.setValue(QStringLiteral("sound/volume"), volume_.all);
+    kept.setValue(QStringLiteral("sound/muted"), volume_.isMuted);
+    kept.setValue(QStringLiteral("sound/hearsFile"), volume_.hasFile);
+    kept.setValue(QStringLiteral("sound/delay"), delay_);
+}
+
+void SoundControls::setInput(const SoundInput& input) {
+    if (input != input_) {
+        input_ = input;
+        sound_->setInput(input);
+        player_.setLevels(sound_->levels(), input.kind == SoundInput::Kind::own);
+    }
+    emit inputChanged();
+}
+
+void SoundControls::chooseFile() {
+    const QString file = QFileDialog::getOpenFileName(
+        &window_, tr("Sound file"), QString(),
+        tr("Sounds and movies (*.wav *.flac *.mp3 *.ogg *.opus *.m4a *.aac *.mp4 *.mov *.mkv "
+           "*.webm);;All files (*)"));
+    if (file.isEmpty())
+        emit inputChanged(); // the menu shows the old one again
+    else
+        setInput({.kind = SoundInput::Kind::file, .name = file.toStdString()});
+}
+
+void SoundControls::findDevices() {
+    finding_.async([this] {
+        QStringList found;
+        for (const std::string& name : SoundCapture::devices())
+            found.append(QString::fromStdString(name));
+        QMetaObject::invokeMethod(
+            this,
+            [this, found] {
+                if (devices_ == found)
+                    return;
+                devices_ = found;
+                emit devicesFound();
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void SoundControls::play(const std::shared_ptr<const LiveRecord>& record) {
+    const bool hasSound = record->program && record->program->hasSound();
+    const ParamValues values = hasSound ? record->settings->values : ParamValues{};
+    if (record->program != program_)
+        own_ = hasSound ? std::make_shared<EpisodeSound>(record->program, record->device, values)
+                        : nullptr;
+    else if (own_ && own_->values() != values)
+        own_ = own_->with(values);
+    program_ = record->program;
+    sound_->show(own_, record->transport);
+}
+
+} // namespace tarnwick::player
