@@ -32,6 +32,16 @@ small:                                            ; preds = %entry
   %10 = add i32 %9, 8
   %late = getelementptr i8, ptr %halves, i32 %10
   store i32 3, ptr %late, align 4
+  %doubled = shl i32 %four, 1
+  %11 = ashr i32 %doubled, 3
+  %12 = shl i32 %11, 3
+  %shifted = getelementptr i8, ptr %halves, i32 %12
+  store i32 4, ptr %shifted, align 4
+  %two = and i32 %i, 2
+  %13 = ashr i32 %two, 1
+  %14 = mul i32 %13, 12
+  %multiplied = getelementptr i8, ptr %halves, i32 %14
+  store i32 5, ptr %multiplied, align 4
   br label %end
 
 end:                                              ; preds = %small, %entry

@@ -23,6 +23,13 @@ small:
   %bits = or disjoint i32 %four, 8
   %late = getelementptr i8, ptr %halves, i32 %bits
   store i32 3, ptr %late
+  %doubled = shl i32 %four, 1
+  %shifted = getelementptr i8, ptr %halves, i32 %doubled
+  store i32 4, ptr %shifted
+  %two = and i32 %i, 2
+  %sixfold = mul i32 %two, 6
+  %multiplied = getelementptr i8, ptr %halves, i32 %sixfold
+  store i32 5, ptr %multiplied
   br label %end
 
 end:

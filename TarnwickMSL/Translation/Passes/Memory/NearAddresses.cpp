@@ -52,18 +52,33 @@ static Value* copiedSteps(Value* pointer, Instruction& before) {
     return copy;
 }
 
-// Writes `x & 8` in a sum of bytes as `((x & 8) >> 3) << 3`, not exact: LLVM would fold it.
+static unsigned knownZeros(const Value* value, const IRBuilder<>& builder) {
+    return computeKnownBits(value, builder.GetInsertBlock()->getDataLayout())
+        .countMinTrailingZeros();
+}
+
+// Shows the size of the elements that a sum of bytes counts: `x & 8` becomes `((x & 8) >> 3) << 3`,
+// `(x & 4) << 1` the same, and `(x & 4) * 6` becomes `((x & 4) >> 2) * 24`. The shifts to the right
+// are not exact: LLVM would fold them.
 static Value* asProduct(Value* bytes, IRBuilder<>& builder) {
     Value *left = nullptr, *right = nullptr;
-    const APInt* mask = nullptr;
+    const APInt* number = nullptr;
     if (match(bytes, m_AddLike(m_Value(left), m_Value(right)))) {
         Value *first = asProduct(left, builder), *second = asProduct(right, builder);
         return first == left && second == right ? bytes : builder.CreateAdd(first, second);
     }
-    if (!match(bytes, m_And(m_Value(), m_APInt(mask))) || mask->countr_zero() == 0)
+    if (match(bytes, m_Mul(m_Value(left), m_APInt(number)))) {
+        const unsigned zeros = knownZeros(left, builder);
+        return zeros == 0 ? bytes
+                          : builder.CreateMul(builder.CreateAShr(left, zeros),
+                                              ConstantInt::get(bytes->getType(), *number << zeros));
+    }
+    const bool isBits = match(bytes, m_And(m_Value(), m_APInt(number)));
+    const bool isShifted = match(bytes, m_Shl(m_Value(left), m_APInt(number)));
+    if (!isBits && !(isShifted && knownZeros(left, builder) != 0))
         return bytes;
-    const unsigned zeros = mask->countr_zero();
-    return builder.CreateShl(builder.CreateAShr(bytes, zeros), zeros);
+    const unsigned zeros = knownZeros(bytes, builder);
+    return zeros == 0 ? bytes : builder.CreateShl(builder.CreateAShr(bytes, zeros), zeros);
 }
 
 // Returns the constants that a phi or select of constants may be, or an empty list for another
