@@ -32,6 +32,9 @@ constexpr double largestProgram = 3'000, largestWithArrays = 8'000;
 // Rounds that the analysis of LLVM computes with, to find what folds into constants.
 constexpr unsigned analysedRounds = 32;
 
+// Rounds up to which a loop that may end sooner becomes straight code.
+constexpr unsigned fewRounds = 10;
+
 namespace {
 
 bool isLocalOrTable(const Value& root) {
@@ -66,6 +69,16 @@ double allowance(const Loop& loop, double room) {
     return room * size / weightOf(loop);
 }
 
+// The rounds of a loop that becomes straight code: all of its rounds, or the most of them where it
+// may end sooner. 0 if there is no such number, or if ending sooner may save much: straight code
+// runs every round.
+unsigned straightRounds(const Loop& loop, ScalarEvolution& evolution) {
+    if (const unsigned rounds = evolution.getSmallConstantTripCount(&loop))
+        return rounds;
+    const unsigned most = evolution.getSmallConstantMaxTripCount(&loop);
+    return most <= fewRounds ? most : 0;
+}
+
 class ShaderCosts final : public TargetTransformInfoImplCRTPBase<ShaderCosts> {
   public:
     explicit ShaderCosts(const DataLayout& layout) : TargetTransformInfoImplCRTPBase(layout) {}
@@ -75,7 +88,7 @@ class ShaderCosts final : public TargetTransformInfoImplCRTPBase<ShaderCosts> {
                                  OptimizationRemarkEmitter*) {
         const bool isForArray = walksArray(*loop);
         const double most = room(*loop, isForArray ? largestWithArrays : largestProgram);
-        const unsigned rounds = evolution.getSmallConstantTripCount(loop);
+        const unsigned rounds = straightRounds(*loop, evolution);
         const double left = rounds > 0 ? rounds * weightLeft(*loop, evolution) : most + 1;
         preferences.Threshold =
             left <= std::min(isForArray ? leftForArrays : unrolled, most)
