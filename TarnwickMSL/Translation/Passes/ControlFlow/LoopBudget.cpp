@@ -45,6 +45,7 @@
 // store to it is no effect for the question whether a loop may leave from its header.
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopBudget.h"
 
+#include "TarnwickMSL/Translation/Passes/ControlFlow/Rounds.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 
 #include <llvm/Analysis/LoopInfo.h>
@@ -144,7 +145,7 @@ std::uint64_t Counting::rounds(Loop* loop) {
     auto [entry, isNew] = rounds_.try_emplace(loop, unknown);
     if (!isNew)
         return entry->second;
-    std::uint64_t own = evolution_.getSmallConstantMaxTripCount(loop);
+    const std::uint64_t own = mostRounds(*loop, evolution_, tree_);
     std::uint64_t all = own == 0 ? unknown : std::min(unknown, (own + 1) * (1 + inside(loop)));
     return rounds_[loop] = all;
 }
@@ -160,7 +161,7 @@ bool Counting::isNeeded() {
 // the loop itself does not.
 std::uint64_t Counting::uncounted(Loop* loop) {
     const std::uint64_t all = rounds(loop);
-    const std::uint64_t own = evolution_.getSmallConstantMaxTripCount(loop);
+    const std::uint64_t own = mostRounds(*loop, evolution_, tree_);
     if (!runsOn_ || all <= mostInside || own == 0)
         return all;
     return std::min(all, (own + 1) * uncountedInside(loop));
