@@ -227,7 +227,7 @@ static constexpr std::array table{
          "Turns byte addresses of atomic values into indices of values; after all LLVM passes that would turn them back."},
     Step{"flatten", Scope::entryPoint, "Passes/ControlFlow/Flatten.h",
          [](Work& work) { work.forgetMainIf(flattenBranches(work.shader)); },
-         "Turns short branches into selections; after `near-addresses`, when the code is final, and before loops are counted and structured."},
+         "Turns short branches into selections, and exits of a loop into one; after `near-addresses`, when the code is final, and before loops are counted and structured."},
     Step{"header-tests", Scope::entryPoint, "Passes/ControlFlow/HeaderTests.h",
          [](Work& work) { moveTestsToHeaders(work.main(), work.optimiser()); },
          "Moves the tests of loops from their ends to their starts; after `flow`, which makes loops countable, and before `loop-budget` changes the tests."},

@@ -16,13 +16,21 @@
 // The second undoes what LLVM's threading of jumps makes of conditions such as `a || b(x)`, which
 // otherwise becomes nested regions with a guard for each. In a loop it joins two exits into one.
 //
+// A loop that may end before its last block runs that block in any case:
+//
+//   last block           a ? end : next; next: header           next's code; a ? end : header
+//
 // A condition that is the same for all invocations stays a branch, because a GPU skips the code.
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Flatten.h"
 
+#include "TarnwickMSL/Translation/Passes/ControlFlow/LeavingValues.h"
+#include "TarnwickMSL/Translation/Passes/ControlFlow/WaysOut.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/Weights.h"
 
 #include <llvm/ADT/SetVector.h>
+#include <llvm/Analysis/LoopInfo.h>
 #include <llvm/Analysis/ValueTracking.h>
+#include <llvm/IR/Dominators.h>
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/IntrinsicInst.h>
 #include <llvm/IR/PatternMatch.h>
@@ -104,6 +112,10 @@ static void moveCode(BasicBlock& from, BasicBlock& to) {
 }
 
 static Value* choice(IRBuilder<>& builder, Value* condition, Value* one, Value* other) {
+    Value *inner = nullptr, *value = nullptr;
+    if (match(one, m_Select(m_Value(inner), m_Specific(other), m_Value(value))))
+        return builder.CreateSelect(builder.CreateLogicalAnd(condition, builder.CreateNot(inner)),
+                                    value, other);
     return one == other ? one : builder.CreateSelect(condition, one, other);
 }
 
@@ -341,8 +353,45 @@ bool Flattening::run() {
     return isChanged;
 }
 
+// Whether the loop ends by a test before its last block, which runs in vain in the last round then.
+// A loop that ends in its header stays as it is, unless values of the header leave it.
+static bool mayRunLastBlock(const Loop& loop, const LoopInfo& loops) {
+    const BasicBlock* last = loop.getLoopLatch();
+    const BasicBlock* test = last ? last->getSinglePredecessor() : nullptr;
+    auto* branch = test ? dyn_cast<BranchInst>(test->getTerminator()) : nullptr;
+    if (!branch || !branch->isConditional() || loops.getLoopFor(test) != &loop ||
+        !loop.isLoopExiting(test) || succ_size(last) != 1 || isa<PHINode>(last->front()) ||
+        !costToRun(*last))
+        return false;
+    return test != loop.getHeader() || any_of(leavingValues(loop), [](const Instruction* value) {
+               return !isa<PHINode>(value);
+           });
+}
+
+static bool runLastBlocks(Function& main) {
+    DominatorTree tree(main);
+    LoopInfo loops(tree);
+    bool isChanged = false;
+    for (Loop* loop : loops.getLoopsInPreorder()) {
+        if (!mayRunLastBlock(*loop, loops))
+            continue;
+        BasicBlock *last = loop->getLoopLatch(), *test = last->getSinglePredecessor();
+        moveCode(*last, *test);
+        loop->getHeader()->replacePhiUsesWith(last, test);
+        test->getTerminator()->replaceSuccessorWith(last, loop->getHeader());
+        dropBlock(*last);
+        isChanged = true;
+    }
+    return isChanged;
+}
+
 bool flattenBranches(ShaderModule& shader) {
-    return Flattening(shader).run();
+    bool isChanged = Flattening(shader).run();
+    if (shortenWaysOut(*shader.main)) {
+        Flattening(shader).run();
+        isChanged = true;
+    }
+    return runLastBlocks(*shader.main) || isChanged;
 }
 
 } // namespace tarnwick::msl
