@@ -24,9 +24,9 @@ static std::int64_t valueBytes(Type* type, const DataLayout& layout) {
 class Descent {
   public:
     Descent(const View& view, const Place& place, const DataLayout& layout)
-        : layout_(layout), shape_(view.layout), start_(place.offset), type(view.element),
-          offset(place.offset), anchor(place.terms.empty() ? offset : place.terms.front().before),
-          terms(place.terms) {
+        : layout_(layout), shape_(view.layout), start_(place.offset), isRising_(place.isRising),
+          type(view.element), offset(place.offset),
+          anchor(place.terms.empty() ? offset : place.terms.front().before), terms(place.terms) {
         if (view.isArray)
             intoArray(view.element, view.count);
     }
@@ -44,6 +44,7 @@ class Descent {
     const DataLayout& layout_;
     Layout shape_;
     std::int64_t start_; // the place's offset
+    bool isRising_;
 
   public:
     Type* type;
@@ -128,9 +129,15 @@ bool Descent::intoMember() {
         return true;
     if (terms.empty())
         return false;
+    // Steps that only rise from the offset, such as those of a loop over all words of a variable,
+    // do not belong to an array that begins behind it.
+    const auto isAhead = [&](unsigned other) {
+        return isRising_ &&
+               static_cast<std::int64_t>(members.getElementOffset(other).getFixedValue()) > offset;
+    };
     for (bool isExact : {true, false})
         for (unsigned other = 0; other < record->getNumElements(); ++other)
-            if (tryMember(other, isExact))
+            if (!isAhead(other) && tryMember(other, isExact))
                 return true;
     return false;
 }
@@ -290,8 +297,18 @@ std::optional<Access> Planner::plan(const Place& place, Type* type) {
     return scalar(place, at, type);
 }
 
+// Whether the view is one array of scalars that words consist of.
+static bool dividesWords(const View& view, const DataLayout& layout) {
+    auto* array = dyn_cast<ArrayType>(view.element);
+    Type* element = array && !view.isArray ? array->getElementType() : view.element;
+    return (array != nullptr || view.isArray) && isScalar(element) &&
+           4 % sizeOf(element, layout) == 0;
+}
+
 std::optional<Access> access(const View& view, const Place& place, Type* type,
                              const DataLayout& layout) {
+    if (place.isOfWords && !dividesWords(view, layout))
+        return std::nullopt;
     return Planner(view, layout).plan(place, type);
 }
 

@@ -73,11 +73,16 @@ Place placeOf(const Value* pointer, const DataLayout& layout) {
     if (!isa<AllocaInst, GlobalVariable>(pointer) && !addressOf(pointer))
         throw CompilerFault("A pointer cannot be followed to what it points into.");
     Place place{.root = pointer, .offset = 0, .terms = {}};
-    for (const GEPOperator* step : reverse(chain))
+    for (const GEPOperator* step : reverse(chain)) {
         addIndices(place, *step, layout);
-    if (isa<AllocaInst>(pointer) && all_of(place.terms, [&](const Term& term) {
+        auto* instruction = dyn_cast<Instruction>(step);
+        place.isOfWords |= instruction && instruction->getMetadata(wordStep);
+    }
+    place.isRising =
+        isa<AllocaInst>(pointer) && all_of(place.terms, [&](const Term& term) {
             return term.scale > 0 && computeKnownBits(term.index, layout).isNonNegative();
-        }))
+        });
+    if (place.isRising)
         for (Term& term : place.terms) // LLVM may have moved the member's offset behind the term
             term.before = std::max(term.before, place.offset);
     return place;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <llvm/ADT/SmallVector.h>
+#include <llvm/ADT/StringRef.h>
 #include <llvm/IR/DataLayout.h>
 #include <llvm/IR/Value.h>
 
@@ -23,7 +24,14 @@ struct Place {
     const llvm::Value* root = nullptr;
     std::int64_t offset = 0; // bytes, without the terms
     llvm::SmallVector<Term, 2> terms;
+    // Whether the terms are known to add no negative number of bytes; false for other roots than
+    // allocas.
+    bool isRising = false;
+    bool isOfWords = false; // a step of a loop over words of memory, whatever their types
 };
+
+// The metadata of such a step.
+constexpr llvm::StringLiteral wordStep = "msl.words";
 
 // The address that the root is converted from; null for a variable.
 const llvm::Value* addressOf(const llvm::Value* root);

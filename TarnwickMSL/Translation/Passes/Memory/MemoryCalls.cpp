@@ -31,6 +31,7 @@
 #include "TarnwickMSL/Translation/Passes/Memory/MemoryCalls.h"
 
 #include "TarnwickMSL/Translation/Places.h"
+#include "TarnwickMSL/Translation/Spirv/Access.h"
 
 #include <llvm/ADT/MapVector.h>
 #include <llvm/Analysis/ValueTracking.h>
@@ -224,6 +225,14 @@ template <class Each> static void forWords(Instruction& at, std::uint64_t count,
     each(builder, index);
 }
 
+// The step is marked, because its index counts words of all members together.
+static Value* wordAt(IRBuilder<>& builder, Value* pointer, Value* index) {
+    Value* place = builder.CreateGEP(builder.getInt32Ty(), pointer, index);
+    if (auto* step = dyn_cast<Instruction>(place))
+        step->setMetadata(spirv::wordStep, MDNode::get(builder.getContext(), {}));
+    return place;
+}
+
 static void copy(MemTransferInst& call, std::uint64_t bytes, const DataLayout& layout) {
     IRBuilder<> builder(&call);
     Value *to = call.getRawDest(), *from = call.getRawSource();
@@ -231,8 +240,8 @@ static void copy(MemTransferInst& call, std::uint64_t bytes, const DataLayout& l
     if (isLoop(parts, bytes, layout))
         return forWords(call, bytes / 4, [&](IRBuilder<>& inside, Value* index) {
             Type* word = inside.getInt32Ty();
-            Value* read = inside.CreateLoad(word, inside.CreateGEP(word, from, index));
-            inside.CreateStore(read, inside.CreateGEP(word, to, index));
+            Value* read = inside.CreateLoad(word, wordAt(inside, from, index));
+            inside.CreateStore(read, wordAt(inside, to, index));
         });
     if (!parts)
         parts = words(bytes, call.getContext());
@@ -265,7 +274,7 @@ static void fill(MemSetInst& call, std::uint64_t bytes, const DataLayout& layout
         return forWords(call, bytes / 4, [&](IRBuilder<>& inside, Value* index) {
             Type* word = inside.getInt32Ty();
             inside.CreateStore(filled(word, byte, layout),
-                               inside.CreateGEP(word, call.getRawDest(), index));
+                               wordAt(inside, call.getRawDest(), index));
         });
     if (!parts)
         parts = words(bytes, call.getContext());
