@@ -141,19 +141,25 @@ void BindingsView::showBindings() {
         if (last >= 0)
             table_->setCurrentItem(table_->topLevelItem(std::clamp(index, 0, last)));
     }
-    const ControlTarget* target = control_.learning();
-    learn_->setChecked(target != nullptr);
-    hint_->setText(target != nullptr
-                       ? tr("Move a knob, press a key, or send an OSC message for %1. Escape "
-                            "stops.")
-                             .arg(QString::fromStdString(tarnwick::player::labelOf(*target)))
-                   : control_.bindings().empty()
-                       ? tr("Choose a parameter, then Learn. /tarnwick/NAME moves the parameter "
-                            "NAME without a binding.")
-                       : QString());
+    learn_->setChecked(control_.learning() != nullptr);
+    hint_->setText(hint());
     hint_->setVisible(!hint_->text().isEmpty());
     if (!form_->isAncestorOf(focusWidget()) || chosen() != index)
         showForm();
+}
+
+QString BindingsView::hint() const {
+    if (const ControlTarget* target = control_.learning()) {
+        const QString name = QString::fromStdString(tarnwick::player::labelOf(*target));
+        return control_.input().isOn
+                   ? tr("Move a knob, press a key, or send an OSC message for %1. Escape stops.")
+                         .arg(name)
+                   : tr("Move a knob or press a key for %1; OSC is not listened to. Escape stops.")
+                         .arg(name);
+    }
+    return control_.bindings().empty() ? tr("Choose a parameter, then Learn. /tarnwick/NAME moves "
+                                            "the parameter NAME without a binding.")
+                                       : QString();
 }
 
 void BindingsView::showForm() {
@@ -180,6 +186,11 @@ void BindingsView::toggleLearning() {
     else
         control_.learn(target_->target(), onlyHere_->isChecked());
     learn_->setChecked(control_.learning() != nullptr);
+}
+
+void BindingsView::learn(const ControlTarget& target) {
+    target_->setTarget(target);
+    control_.learn(target, onlyHere_->isChecked());
 }
 
 void BindingsView::add() {

@@ -23,6 +23,8 @@ class BindingsView : public QWidget {
 
     // Learns the chosen target, or stops.
     void toggleLearning();
+    // Chooses the target and learns it.
+    void learn(const ControlTarget& target);
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -32,6 +34,7 @@ class BindingsView : public QWidget {
     QWidget* list();
     void followParams();
     void showBindings();
+    QString hint() const; // empty: none
     void showForm();
     int chosen() const; // index of a binding; -1: none
     void choose(int index);

@@ -3,10 +3,14 @@
 #include "player/ControlPanel/BindingsView.h"
 #include "player/ControlPanel/ConnectionsView.h"
 #include "player/ControlPanel/MonitorView.h"
+#include "player/Panels/ParametersPanel.h"
 
 #include <QAction>
 #include <QDockWidget>
+#include <QMenu>
 #include <QTabWidget>
+#include <QTimer>
+#include <utility>
 
 namespace tarnwick::player {
 
@@ -14,6 +18,13 @@ ControlFeature::ControlFeature(Player& player, QMainWindow& window, Actions& act
     : QObject(&window), window_(window), control_(new LiveControl(player, controlFile(), &window)) {
     makeDock(player);
     addActions(player, actions);
+    QTimer::singleShot(0, this, [this] { // after the window has made its panels
+        if (auto* parameters = window_.findChild<ParametersPanel*>())
+            connect(parameters, &ParametersPanel::menuWanted, this,
+                    [this](const QString& name, QMenu* menu) {
+                        addToMenu(ParameterTarget{name.toStdString()}, menu);
+                    });
+    });
 }
 
 void ControlFeature::makeDock(Player& player) {
@@ -41,7 +52,7 @@ void ControlFeature::addActions(Player& player, Actions& actions) {
                 [this] { open(bindings_); });
     actions.add(ActionMenu::live, tr("&OSC and MIDI"), {}, [this] { open(connections_); });
     actions.add(ActionMenu::live, tr("&Monitor"), {}, [this] { open(monitor_); });
-    actions.add(ActionMenu::live, tr("&Learn a control"), QKeySequence(tr("Ctrl+Alt+L")), [this] {
+    actions.add(ActionMenu::live, tr("&Learn a control"), QKeySequence(tr("Ctrl+Alt+M")), [this] {
         open(bindings_);
         bindings_->toggleLearning();
     });
@@ -59,11 +70,36 @@ void ControlFeature::addActions(Player& player, Actions& actions) {
     QAction* writes = actions.add(ActionMenu::live, tr("&Write keys from controls"), {}, [] {});
     writes->setCheckable(true);
     connect(writes, &QAction::toggled, control_, &LiveControl::setWritesKeys);
-    actions.add(ActionMenu::live, tr("&Release held values"), QKeySequence(tr("Ctrl+Alt+R")),
-                [&player] {
-                    if (OpenDocument* document = player.active())
-                        document->releaseHeld();
-                });
+    release_ = actions.add(ActionMenu::live, tr("&Release held values"),
+                           QKeySequence(tr("Ctrl+Alt+R")), [&player] {
+                               if (OpenDocument* document = player.active())
+                                   document->releaseHeld();
+                           });
+    release_->setEnabled(false);
+    connect(&player, &Player::activeChanged, this, [this, &player] { showHeld(player); });
+    connect(&player, &Player::documentAdded, this, [this, &player](OpenDocument* document) {
+        connect(document, &OpenDocument::settingsChanged, this,
+                [this, &player] { showHeld(player); });
+    });
+}
+
+void ControlFeature::showHeld(const Player& player) {
+    release_->setEnabled(player.active() != nullptr && !player.active()->held().empty());
+}
+
+void ControlFeature::addToMenu(const ControlTarget& target, QMenu* menu) {
+    menu->addAction(tr("&Learn a control"), this, [this, target] {
+        open(bindings_);
+        bindings_->learn(target);
+    });
+    for (const Binding& binding : control_->bindings())
+        if (binding.target == target)
+            menu->addAction(tr("Remove %1").arg(QString::fromStdString(labelOf(binding.source))),
+                            this, [this, binding] {
+                                std::vector<Binding> bindings = control_->bindings();
+                                std::erase(bindings, binding);
+                                control_->setBindings(std::move(bindings));
+                            });
 }
 
 void ControlFeature::open(QWidget* page) {

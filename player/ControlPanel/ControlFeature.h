@@ -6,7 +6,9 @@
 
 #include <QMainWindow>
 
+class QAction;
 class QDockWidget;
+class QMenu;
 class QTabWidget;
 
 namespace tarnwick::player {
@@ -24,6 +26,8 @@ class ControlFeature : public QObject {
     void makeDock(Player& player);
     void addActions(Player& player, Actions& actions);
     void open(QWidget* page);
+    void addToMenu(const ControlTarget& target, QMenu* menu);
+    void showHeld(const Player& player);
 
     QMainWindow& window_;
     LiveControl* control_;
@@ -31,6 +35,7 @@ class ControlFeature : public QObject {
     QTabWidget* pages_;
     BindingsView* bindings_;
     QWidget *connections_, *monitor_;
+    QAction* release_ = nullptr;
 };
 
 } // namespace tarnwick::player

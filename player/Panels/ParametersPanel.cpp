@@ -3,6 +3,7 @@
 #include "player/Panels/ParameterRow.h"
 
 #include <QLabel>
+#include <QMenu>
 #include <QScrollArea>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -70,6 +71,14 @@ void ParametersPanel::addRow(const ParamDecl& param) {
     rows_.push_back(row);
     list_->insertWidget(list_->count() - 1, row);
     const std::string& name = param.name;
+    row->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(row, &QWidget::customContextMenuRequested, this,
+            [this, row, name](const QPoint& place) {
+                QMenu menu;
+                emit menuWanted(QString::fromStdString(name), &menu);
+                if (!menu.isEmpty())
+                    menu.exec(row->mapToGlobal(place));
+            });
     connect(row, &ParameterRow::valueChosen, this, [this, name](double value) {
         if (document_ != nullptr)
             document_->setValue(name, static_cast<float>(value));

@@ -7,6 +7,7 @@
 #include <vector>
 
 class QLabel;
+class QMenu;
 class QVBoxLayout;
 
 namespace tarnwick::player {
@@ -18,6 +19,10 @@ class ParametersPanel : public QWidget {
 
   public:
     explicit ParametersPanel(Player& player, QWidget* parent = nullptr);
+
+  signals:
+    // The context menu of a parameter opens: the parts of the window add their actions.
+    void menuWanted(const QString& parameter, QMenu* menu);
 
   private:
     void follow();  // the active document
