@@ -115,4 +115,14 @@ std::string settingText(std::string_view name, float value) {
     return std::string(name) + " " + number;
 }
 
+std::vector<ParamDecl> variedParams(std::span<const ParamDecl> params, const Settings& settings) {
+    std::vector<ParamDecl> varied(params.begin(), params.end());
+    std::erase_if(varied,
+                  [&](const ParamDecl& param) { return !settings.keys.keys(param.name).empty(); });
+    for (ParamDecl& param : varied)
+        if (const auto value = settings.values.find(param.name); value != settings.values.end())
+            param.defaultValue = value->second;
+    return varied;
+}
+
 } // namespace tarnwick

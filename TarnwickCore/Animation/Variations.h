@@ -1,6 +1,7 @@
 // Reproducible series of settings near the defaults of an episode, drawn from a seed.
 #pragma once
 
+#include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickCore/Params.h"
 
 #include <array>
@@ -44,6 +45,10 @@ struct Variations {
                                        std::int64_t from, std::int64_t count, double length,
                                        double duration, float spread);
 };
+
+// The declarations that variations near `settings` are made of: with its values as defaults,
+// without the parameters that follow keys.
+std::vector<ParamDecl> variedParams(std::span<const ParamDecl> params, const Settings& settings);
 
 // "warp 1.5": two decimals, without trailing zeros and point.
 std::string settingText(std::string_view name, float value);

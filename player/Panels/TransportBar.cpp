@@ -1,12 +1,12 @@
 #include "player/Panels/TransportBar.h"
 
 #include "TarnwickPlatform/Dispatch/HostClock.h"
+#include "player/Panels/Scrubber.h"
 
 #include <QDoubleSpinBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QSignalBlocker>
-#include <QSlider>
 #include <QToolButton>
 #include <algorithm>
 #include <cmath>
@@ -14,7 +14,8 @@
 namespace tarnwick::player {
 namespace {
 
-constexpr double ticks = 100; // of the slider in a second
+constexpr int ticks = Scrubber::ticks;
+constexpr double longestShown = 1e7; // seconds on the slider, 115 days
 
 // "1:02.50 f 3750".
 QString timeText(double time) {
@@ -37,7 +38,7 @@ TransportBar::TransportBar(Player& player, QWidget* parent) : QWidget(parent), p
     row->addWidget(play_);
     row->addWidget(
         button(QStyle::SP_MediaSeekForward, tr("Step forward"), &TransportBar::stepForward));
-    position_ = new QSlider(Qt::Horizontal);
+    position_ = new Scrubber;
     position_->setAccessibleName(tr("Time"));
     row->addWidget(position_, 1);
     time_ = new QLabel;
@@ -46,7 +47,7 @@ TransportBar::TransportBar(Player& player, QWidget* parent) : QWidget(parent), p
     loop_ = new QToolButton;
     loop_->setIcon(style()->standardIcon(QStyle::SP_BrowserReload));
     loop_->setCheckable(true);
-    loop_->setToolTip(tr("Repeat the episode's length"));
+    loop_->setToolTip(tr("Repeat the loop range (L)"));
     loop_->setAccessibleName(tr("Loop"));
     row->addWidget(loop_);
     speed_ = new QDoubleSpinBox;
@@ -58,12 +59,12 @@ TransportBar::TransportBar(Player& player, QWidget* parent) : QWidget(parent), p
     row->addWidget(speed_);
     connect(position_, &QSlider::valueChanged, this, [this](int value) {
         if (document_ != nullptr)
-            change(document_->transport().sought(value / ticks, currentMediaTime()));
+            change(document_->transport().sought(static_cast<double>(value) / ticks,
+                                                 currentMediaTime()));
     });
-    connect(loop_, &QToolButton::toggled, this, [this](bool isOn) {
-        if (document_ != nullptr)
-            change(document_->transport().withLoop(
-                isOn ? std::optional(LoopRange{0, length()}) : std::nullopt, currentMediaTime()));
+    connect(loop_, &QToolButton::clicked, this, &TransportBar::toggleLoop);
+    connect(position_, &Scrubber::loopDragged, this, [this](double start, double end) {
+        setLoop(LoopRange{start, end});
     });
     connect(speed_, &QDoubleSpinBox::valueChanged, this, [this](double value) {
         if (document_ != nullptr)
@@ -89,6 +90,7 @@ void TransportBar::follow() {
         document_->disconnect(this);
     document_ = player_.active();
     setEnabled(document_ != nullptr);
+    lastLoop_.reset();
     if (document_ != nullptr)
         connect(document_, &OpenDocument::transportChanged, this, &TransportBar::showState);
     showState();
@@ -129,6 +131,55 @@ void TransportBar::restart() {
         change(document_->transport().sought(0, currentMediaTime()));
 }
 
+void TransportBar::setLoop(const std::optional<LoopRange>& range) {
+    if (document_ == nullptr)
+        return;
+    if (range)
+        lastLoop_ = range;
+    change(document_->transport().withLoop(range, currentMediaTime()));
+}
+
+LoopRange TransportBar::loopOrWhole() const {
+    return document_->transport().loop.value_or(LoopRange{0, length()});
+}
+
+void TransportBar::setLoopStart() {
+    if (document_ == nullptr)
+        return;
+    const double time = document_->time();
+    LoopRange range = loopOrWhole();
+    range.start = time;
+    if (range.end <= time)
+        range.end = std::max(length(), time + 1);
+    setLoop(range);
+}
+
+void TransportBar::setLoopEnd() {
+    if (document_ == nullptr)
+        return;
+    LoopRange range = loopOrWhole();
+    range.end = document_->time();
+    if (range.start >= range.end)
+        range.start = 0;
+    setLoop(range);                       // ignored at time 0
+    if (document_->transport().isPlaying) // which is at the end now
+        change(document_->transport().sought(range.start, currentMediaTime()));
+}
+
+void TransportBar::toggleLoop() {
+    if (document_ == nullptr)
+        return;
+    if (document_->transport().loop)
+        setLoop(std::nullopt);
+    else
+        setLoop(lastLoop_.value_or(LoopRange{0, length()}));
+}
+
+void TransportBar::clearLoop() {
+    setLoop(std::nullopt);
+    lastLoop_.reset();
+}
+
 void TransportBar::showState() {
     if (document_ == nullptr)
         return;
@@ -139,9 +190,11 @@ void TransportBar::showState() {
     play_->setToolTip(now.isPlaying ? tr("Pause") : tr("Play"));
     play_->setAccessibleName(play_->toolTip());
     const QSignalBlocker position(position_), loop(loop_), speed(speed_);
-    position_->setRange(0, static_cast<int>(std::max(length(), time) * ticks));
+    const double end = std::max({length(), time, now.loop ? now.loop->end : 0.0});
+    position_->setRange(0, static_cast<int>(std::min(end, longestShown) * ticks));
     if (!position_->isSliderDown())
-        position_->setValue(static_cast<int>(time * ticks));
+        position_->setValue(static_cast<int>(std::min(time, longestShown) * ticks));
+    position_->setLoop(now.loop);
     loop_->setChecked(now.loop.has_value());
     if (!speed_->hasFocus())
         speed_->setValue(now.speed);

@@ -5,13 +5,15 @@
 
 #include <QStyle>
 #include <QWidget>
+#include <optional>
 
 class QDoubleSpinBox;
 class QLabel;
-class QSlider;
 class QToolButton;
 
 namespace tarnwick::player {
+
+class Scrubber;
 
 class TransportBar : public QWidget {
     Q_OBJECT
@@ -24,6 +26,13 @@ class TransportBar : public QWidget {
     void stepForward();
     void stepBack();
     void restart();
+    // The loop range begins or ends at the present time. Without a range: it ends or begins with
+    // the episode.
+    void setLoopStart();
+    void setLoopEnd();
+    // Repeats the last range, at first the whole episode, or ends repeating.
+    void toggleLoop();
+    void clearLoop(); // the next range is the whole episode
 
   private:
     void follow();
@@ -32,12 +41,15 @@ class TransportBar : public QWidget {
     QToolButton* button(QStyle::StandardPixmap icon, const QString& name,
                         void (TransportBar::*slot)());
     void change(const Transport& transport);
+    void setLoop(const std::optional<LoopRange>& range);
+    LoopRange loopOrWhole() const;
 
     Player& player_;
     OpenDocument* document_ = nullptr;
     QToolButton* play_;
     QToolButton* loop_;
-    QSlider* position_;
+    Scrubber* position_;
+    std::optional<LoopRange> lastLoop_; // of the active episode
     QLabel* time_;
     QDoubleSpinBox* speed_;
 };

@@ -44,6 +44,7 @@ FolderBrowser::FolderBrowser(ThumbnailService& service, QWidget* parent) : QWidg
     column->addWidget(grid_, 1);
     connect(grid_, &CellGrid::chosen, this, &FolderBrowser::choose);
     setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName(tr("Folder"));
 }
 
 QToolButton* FolderBrowser::button(const QString& text, const QString& name) {

@@ -45,6 +45,7 @@ StartPage::StartPage(ThumbnailService& service, QWidget* parent)
         emit textChosen(QString::fromStdString(one.text("Untitled")));
     });
     setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName(tr("Start page"));
     show({});
     showTemplates();
 }

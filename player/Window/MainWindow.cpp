@@ -5,12 +5,17 @@
 #include "player/Editor/EpisodeEditor.h"
 #include "player/ExportPanel/ExportFeature.h"
 #include "player/Grid/ThumbnailService.h"
+#include "player/Layout/DroppedFiles.h"
+#include "player/Layout/WindowLayout.h"
 #include "player/Panels/KeysPanel.h"
 #include "player/Panels/ParametersPanel.h"
 #include "player/Panels/ProblemsPanel.h"
 #include "player/Panels/TransportBar.h"
+#include "player/SettingsFiles/SettingsFileActions.h"
 #include "player/SoundPanel/SoundFeature.h"
 #include "player/Start/StartActions.h"
+#include "player/VariationsPanel/VariationsActions.h"
+#include "player/VariationsPanel/VariationsPanel.h"
 #include "player/Window/DocumentTabs.h"
 #include "player/Window/FileActions.h"
 #include "player/Window/MessageBar.h"
@@ -22,7 +27,6 @@
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileInfo>
-#include <QMimeData>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -54,6 +58,7 @@ MainWindow::MainWindow(Player& player) : player_(player), actions_(*this) {
     makeDocks();
     resize(1360, 820);
     split->setSizes({620, 740});
+    new WindowLayout(*this, actions_, [this] { return start_->windowState(); });
 }
 
 QWidget* MainWindow::texts() {
@@ -84,9 +89,11 @@ void MainWindow::makeFeatures() {
     addPlayActions(actions_, *transport_);
     pictureActions_ = new PictureActions(player_, *this, actions_, *picture_);
     exports_ = new ExportFeature(player_, *this, actions_);
-    auto* thumbnails = new ThumbnailService(player_, this);
-    start_ =
-        new StartActions(player_, *this, actions_, *thumbnails, [this] { files_->openByDialog(); });
+    thumbnails_ = new ThumbnailService(player_, this);
+    start_ = new StartActions(player_, *this, actions_, *thumbnails_,
+                              [this] { files_->openByDialog(); });
+    settingsFiles_ = new SettingsFileActions(player_, *this, actions_);
+    new DroppedFiles(*this, [this](const QString& file) { open(file); });
     addCommandActions(*this, actions_);
     new ControlFeature(player_, *this, actions_);
     addSound(player_, *this, actions_);
@@ -103,6 +110,11 @@ void MainWindow::makeDocks() {
     });
     QDockWidget* parameters = addDock(new ParametersPanel(player_), tr("Parameters"), "parameters",
                                       Qt::RightDockWidgetArea);
+    auto* variations = new VariationsPanel(player_, *thumbnails_);
+    addVariationsActions(actions_, *variations);
+    tabifyDockWidget(parameters,
+                     addDock(variations, tr("Variations"), "variations", Qt::RightDockWidgetArea));
+    parameters->raise();
     QDockWidget* list = addDock(problems, tr("Problems"), "problems", Qt::BottomDockWidgetArea);
     QDockWidget* keys =
         addDock(new KeysPanel(player_), tr("Keys"), "keys", Qt::BottomDockWidgetArea);
@@ -127,6 +139,8 @@ QDockWidget* MainWindow::addDock(QWidget* content, const QString& title, const c
 void MainWindow::open(const QString& file) {
     if (QFileInfo(file).isDir())
         start_->openFolder(file.toStdString());
+    else if (file.endsWith(QStringLiteral(".json"), Qt::CaseInsensitive))
+        settingsFiles_->load(file, SettingsPart::all);
     else
         files_->open(file);
 }
@@ -144,17 +158,6 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         document->discardDraft();
     pictureActions_->closeOutput();
     event->accept();
-}
-
-void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (event->mimeData()->hasUrls())
-        event->acceptProposedAction();
-}
-
-void MainWindow::dropEvent(QDropEvent* event) {
-    for (const QUrl& url : event->mimeData()->urls())
-        if (url.isLocalFile())
-            open(url.toLocalFile());
 }
 
 } // namespace tarnwick::player

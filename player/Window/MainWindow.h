@@ -16,7 +16,9 @@ class FileActions;
 class MessageBar;
 class PictureActions;
 class PictureView;
+class SettingsFileActions;
 class StartActions;
+class ThumbnailService;
 class TransportBar;
 
 class MainWindow : public QMainWindow {
@@ -25,14 +27,13 @@ class MainWindow : public QMainWindow {
   public:
     explicit MainWindow(Player& player);
 
-    // Opens a file, or says why not. A folder is shown with its episodes.
+    // Opens a file, or says why not. A folder is shown with its episodes; settings and keys (.json)
+    // are loaded into the active episode.
     void open(const QString& file);
     void newEpisode();
 
   protected:
     void closeEvent(QCloseEvent* event) override;
-    void dragEnterEvent(QDragEnterEvent* event) override;
-    void dropEvent(QDropEvent* event) override;
 
   private:
     QWidget* texts();
@@ -51,8 +52,10 @@ class MainWindow : public QMainWindow {
     TransportBar* transport_;
     FileActions* files_ = nullptr;
     PictureActions* pictureActions_ = nullptr;
+    ThumbnailService* thumbnails_ = nullptr;
     StartActions* start_ = nullptr;
     ExportFeature* exports_ = nullptr;
+    SettingsFileActions* settingsFiles_ = nullptr;
 };
 
 } // namespace tarnwick::player

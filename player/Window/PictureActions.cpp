@@ -1,5 +1,6 @@
 #include "player/Window/PictureActions.h"
 
+#include "player/Window/LiveFigures.h"
 #include "player/Window/OutputWindow.h"
 #include "player/Window/PictureView.h"
 
@@ -35,7 +36,12 @@ PictureActions::PictureActions(Player& player, QMainWindow& window, Actions& act
     settle_.setInterval(settleTime);
     connect(&settle_, &QTimer::timeout, this, &PictureActions::fitPicture);
     connect(&picture_, &PictureView::resized, this, [this] { settle_.start(); });
-    connect(&player_, &Player::newsArrived, this, &PictureActions::showState);
+    connect(&player_, &Player::newsArrived, this, [this] {
+        const LiveNews& news = player_.news();
+        if (news.failure.empty() && !news.warming && news.picture.width > 0)
+            picture_.addFrame(news.frameSeconds);
+        showState();
+    });
     connect(&player_, &Player::activeChanged, this, &PictureActions::showState);
     connect(&player_, &Player::documentAdded, this, [this](OpenDocument* document) {
         connect(document, &OpenDocument::resultChanged, this, &PictureActions::showState);
@@ -107,15 +113,9 @@ QString PictureActions::status() const {
 }
 
 void PictureActions::showState() {
-    const LiveNews& news = player_.news();
     picture_.setMessage(message());
     window_.statusBar()->showMessage(status());
-    picture_.setFigures(showsFigures_ ? tr("%1 frames/s   %2 ms   %3 x %4")
-                                            .arg(news.framesPerSecond, 0, 'f', 1)
-                                            .arg(news.frameSeconds * 1000, 0, 'f', 1)
-                                            .arg(news.picture.width)
-                                            .arg(news.picture.height)
-                                      : QString());
+    picture_.setFigures(showsFigures_ ? liveFigures(player_) : QString());
 }
 
 } // namespace tarnwick::player

@@ -1,5 +1,6 @@
 #include "player/Window/PictureView.h"
 
+#include "player/Window/FrameGraph.h"
 #include "player/Window/ImageTarget.h"
 
 #include <QGuiApplication>
@@ -30,7 +31,9 @@ PictureView::PictureView(Player& player, int id, QWidget* parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     makeSurface();
     message_ = label(Qt::AlignCenter);
-    figures_ = label(Qt::AlignRight | Qt::AlignTop);
+    figures_ = new FrameGraph(this);
+    figures_->setAttribute(Qt::WA_NativeWindow, surface_ != nullptr);
+    figures_->hide();
     connect(&player_, &Player::deviceChanged, this, [this] {
         dropTarget();
         makeSurface();
@@ -122,9 +125,14 @@ void PictureView::setMessage(const QString& message) {
 }
 
 void PictureView::setFigures(const QString& figures) {
-    figures_->setText(figures);
+    if (!figures.isEmpty())
+        figures_->setText(figures);
     figures_->setVisible(!figures.isEmpty());
     layOut();
+}
+
+void PictureView::addFrame(double frameSeconds) {
+    figures_->add(frameSeconds);
 }
 
 void PictureView::layOut() {
@@ -138,7 +146,6 @@ void PictureView::layOut() {
         message_->raise();
     }
     if (figures_->isVisible()) {
-        figures_->adjustSize();
         figures_->move(width() - figures_->width() - 8, 8);
         figures_->raise();
     }

@@ -12,6 +12,8 @@ class QLabel;
 
 namespace tarnwick::player {
 
+class FrameGraph;
+
 // A native child window that the device presents on. Where the platform has no Vulkan surfaces, the
 // frames are copied and painted. Each view is one of its targets.
 class PictureView : public QWidget {
@@ -24,8 +26,9 @@ class PictureView : public QWidget {
 
     // A text over the picture; empty: none.
     void setMessage(const QString& message);
-    // A line of figures in a corner; empty: none.
+    // Lines of figures in a corner, over the times of the last frames; empty: none.
     void setFigures(const QString& figures);
+    void addFrame(double frameSeconds); // to these times
     // The picture's size in pixels of the screen.
     PixelSize pixels() const;
 
@@ -51,7 +54,7 @@ class PictureView : public QWidget {
     int id_;
     std::unique_ptr<PictureSurface> surface_; // null where frames are painted
     QLabel* message_ = nullptr;
-    QLabel* figures_ = nullptr;
+    FrameGraph* figures_ = nullptr;
     QImage image_; // the last frame, where frames are painted
     bool isAttached_ = false;
 };

@@ -84,6 +84,18 @@ void addPlayActions(Actions& actions, TransportBar& transport) {
     actions.add(play, Actions::tr("&Restart"), {}, [bar] { bar->restart(); })
         ->setShortcuts(
             {QKeySequence(Actions::tr("Alt+Home")), QKeySequence(Actions::tr("Ctrl+Home"))});
+    actions.separate(play);
+    const auto loop = [&](const QString& text, const char* keys, const char* letter,
+                          void (TransportBar::*run)()) {
+        QAction* action = actions.add(play, text, {}, [bar, run] { (bar->*run)(); });
+        // The letter is for the window without a field of text that has the focus.
+        action->setShortcuts({QKeySequence(Actions::tr(keys)), QKeySequence(Actions::tr(letter))});
+    };
+    loop(Actions::tr("Loop starts &here"), "Ctrl+Alt+I", "I", &TransportBar::setLoopStart);
+    loop(Actions::tr("Loop &ends here"), "Ctrl+Alt+O", "O", &TransportBar::setLoopEnd);
+    loop(Actions::tr("&Loop"), "Ctrl+Alt+L", "L", &TransportBar::toggleLoop);
+    actions.add(play, Actions::tr("&Clear loop range"), QKeySequence(Actions::tr("Ctrl+Alt+X")),
+                [bar] { bar->clearLoop(); });
 }
 
 } // namespace tarnwick::player

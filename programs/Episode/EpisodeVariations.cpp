@@ -59,17 +59,6 @@ std::vector<std::int64_t> indicesOf(const Arguments& arguments, const EpisodeMet
     return indices;
 }
 
-// The declarations, with the settings' values as defaults.
-std::vector<ParamDecl> variedParams(const Episode& episode, const Settings& settings) {
-    std::vector<ParamDecl> params = episode.params();
-    std::erase_if(params,
-                  [&](const ParamDecl& param) { return !settings.keys.keys(param.name).empty(); });
-    for (ParamDecl& param : params)
-        if (const auto value = settings.values.find(param.name); value != settings.values.end())
-            param.defaultValue = value->second;
-    return params;
-}
-
 } // namespace
 
 Settings EpisodeVariations::settingsOf(const Variation& variation) const {
@@ -89,7 +78,8 @@ EpisodeVariations episodeVariationsOf(const Arguments& arguments) {
         secondsOf(arguments, "--duration", meta.variationLength, "@variation", path);
     variations.spread = floatOf(arguments.textOf("--spread")).value();
     variations.settings = episodeSettingsOf(arguments, variations.episode);
-    const std::vector<ParamDecl> params = variedParams(variations.episode, variations.settings);
+    const std::vector<ParamDecl> params =
+        variedParams(variations.episode.params(), variations.settings);
     const auto names = static_cast<std::int64_t>(params.size());
     const std::int64_t most =
         std::max<std::int64_t>(1, mostValues / std::max<std::int64_t>(1, names));

@@ -1,0 +1,103 @@
+#include "player/Layout/WindowLayout.h"
+
+#include "player/Layout/Themes.h"
+
+#include <QActionGroup>
+#include <QApplication>
+#include <QEvent>
+#include <QMenu>
+#include <QSettings>
+#include <QSplitter>
+#include <QStyle>
+#include <array>
+
+namespace tarnwick::player {
+namespace {
+
+constexpr int stateVersion = 1; // of the docks; another one is ignored
+
+constexpr const char* geometryKey = "window/geometry";
+constexpr const char* stateKey = "window/docks";
+constexpr const char* splitKey = "window/split";
+constexpr const char* versionKey = "window/version";
+constexpr const char* themeKey = "window/theme";
+
+QSettings kept() {
+    return {QSettings::IniFormat, QSettings::UserScope, QStringLiteral("tarnwick"),
+            QStringLiteral("player")};
+}
+
+struct ThemeRow {
+    const char* name;
+    const char* text;
+};
+constexpr std::array<ThemeRow, 3> themes{{
+    {"desktop", "As the &desktop"},
+    {"light", "&Light"},
+    {"dark", "D&ark"},
+}};
+
+} // namespace
+
+WindowLayout::WindowLayout(QMainWindow& window, Actions& actions, std::function<QByteArray()> state)
+    : QObject(&window), window_(window), state_(std::move(state)),
+      desktopStyle_(QApplication::style()->objectName()), desktopPalette_(QApplication::palette()) {
+    addThemes(actions);
+    initial_ = window_.saveState();
+    actions.add(ActionMenu::view, tr("Reset &layout"), {},
+                [this] { window_.restoreState(initial_); });
+    restore();
+    window_.installEventFilter(this);
+}
+
+void WindowLayout::addThemes(Actions& actions) {
+    QMenu* menu = actions.submenu(ActionMenu::view, tr("&Theme"));
+    auto* group = new QActionGroup(this);
+    const QString chosen = kept().value(QLatin1String(themeKey)).toString();
+    for (const ThemeRow& row : themes) {
+        const QString name = QLatin1String(row.name);
+        QAction* action = actions.add(menu, tr(row.text), [this, name] { setTheme(name); });
+        action->setCheckable(true);
+        action->setChecked(name == chosen || &row == &themes.front());
+        group->addAction(action);
+    }
+    if (chosen == QLatin1String("light") || chosen == QLatin1String("dark"))
+        setTheme(chosen);
+}
+
+void WindowLayout::setTheme(const QString& theme) {
+    kept().setValue(QLatin1String(themeKey), theme);
+    const bool isDesktop = theme == QLatin1String("desktop");
+    QApplication::setStyle(isDesktop ? desktopStyle_ : QStringLiteral("fusion"));
+    QApplication::setPalette(isDesktop                        ? desktopPalette_
+                             : theme == QLatin1String("dark") ? darkPalette()
+                                                              : lightPalette());
+}
+
+void WindowLayout::restore() {
+    const QSettings settings = kept();
+    if (settings.value(QLatin1String(versionKey)).toInt() != stateVersion)
+        return;
+    window_.restoreGeometry(settings.value(QLatin1String(geometryKey)).toByteArray());
+    if (!window_.restoreState(settings.value(QLatin1String(stateKey)).toByteArray()))
+        window_.restoreState(initial_);
+    if (auto* split = window_.centralWidget()->findChild<QSplitter*>())
+        split->restoreState(settings.value(QLatin1String(splitKey)).toByteArray());
+}
+
+void WindowLayout::keep() {
+    QSettings settings = kept();
+    settings.setValue(QLatin1String(versionKey), stateVersion);
+    settings.setValue(QLatin1String(geometryKey), window_.saveGeometry());
+    settings.setValue(QLatin1String(stateKey), state_());
+    if (const auto* split = window_.centralWidget()->findChild<QSplitter*>())
+        settings.setValue(QLatin1String(splitKey), split->saveState());
+}
+
+bool WindowLayout::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == &window_ && event->type() == QEvent::Close)
+        keep();
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace tarnwick::player

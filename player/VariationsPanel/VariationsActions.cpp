@@ -1,0 +1,35 @@
+#include "player/VariationsPanel/VariationsActions.h"
+
+#include "player/VariationsPanel/VariationsPanel.h"
+
+#include <array>
+
+namespace tarnwick::player {
+namespace {
+
+struct Row {
+    const char* text;
+    const char* keys;
+    void (VariationsPanel::*run)();
+};
+
+constexpr std::array<Row, 7> rows{{
+    {"R&andomise parameters", "Ctrl+Shift+R", &VariationsPanel::randomise},
+    {"New &variations", "Ctrl+Alt+V", &VariationsPanel::vary},
+    {"Keep snapshot &A", "Ctrl+Alt+1", &VariationsPanel::keepA},
+    {"Keep snapshot &B", "Ctrl+Alt+2", &VariationsPanel::keepB},
+    {"&Morph towards A", "Ctrl+Alt+,", &VariationsPanel::morphTowardsA},
+    {"M&orph towards B", "Ctrl+Alt+.", &VariationsPanel::morphTowardsB},
+    {"R&eset all parameters", "Ctrl+Alt+0", &VariationsPanel::resetAll},
+}};
+
+} // namespace
+
+void addVariationsActions(Actions& actions, VariationsPanel& panel) {
+    actions.separate(ActionMenu::play);
+    for (const Row& row : rows)
+        actions.add(ActionMenu::play, Actions::tr(row.text), QKeySequence(Actions::tr(row.keys)),
+                    [&panel, run = row.run] { (panel.*run)(); });
+}
+
+} // namespace tarnwick::player

@@ -1,0 +1,163 @@
+// The controls of the whole window: names, shortcuts, layout.
+#include "player/Layout/WindowLayout.h"
+#include "player/Panels/Scrubber.h"
+#include "player/Panels/TransportBar.h"
+#include "player/VariationsPanel/VariationsPanel.h"
+#include "player/Window/MainWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAbstractSlider>
+#include <QAbstractSpinBox>
+#include <QAccessible>
+#include <QAction>
+#include <QComboBox>
+#include <QDockWidget>
+#include <QFile>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QSettings>
+#include <QTest>
+#include <map>
+
+namespace tarnwick::player {
+namespace {
+
+constexpr const char* text = "// @param red 0.25 0.0 1.0 How red\n"
+                             "float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {\n"
+                             "    return float4(p.red, 0.0, 1.0, 1.0);\n"
+                             "}\n";
+
+class Controls : public testing::Test {
+  protected:
+    Controls() {
+        window.show();
+        document = player.add(Document(text));
+    }
+
+    Player player;
+    MainWindow window{player};
+    OpenDocument* document;
+};
+
+// Parts that Qt makes inside its own widgets, such as the field of a spin box.
+bool isInner(const QWidget& widget) {
+    const QWidget* parent = widget.parentWidget();
+    return widget.objectName().startsWith("qt_") || qobject_cast<const QScrollBar*>(&widget) ||
+           qobject_cast<const QAbstractSpinBox*>(parent) ||
+           qobject_cast<const QComboBox*>(parent) || qobject_cast<const QLineEdit*>(parent) ||
+           (parent != nullptr &&
+            (parent->inherits("QTabBar") || parent->inherits("QDockWidget") ||
+             parent->inherits("QComboBoxPrivateContainer") ||
+             parent->inherits("QAbstractItemView") || parent->inherits("QFileDialog")));
+}
+
+bool isControl(const QWidget& widget) {
+    return qobject_cast<const QAbstractButton*>(&widget) ||
+           qobject_cast<const QAbstractSlider*>(&widget) ||
+           qobject_cast<const QAbstractSpinBox*>(&widget) ||
+           qobject_cast<const QComboBox*>(&widget) || qobject_cast<const QLineEdit*>(&widget) ||
+           qobject_cast<const QAbstractItemView*>(&widget) ||
+           widget.inherits("QsciScintillaBase") || widget.focusPolicy() == Qt::StrongFocus;
+}
+
+TEST_F(Controls, haveNamesForPeopleWhoDoNotSeeThem) {
+    int controls = 0;
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+        if (!isControl(*widget) || isInner(*widget))
+            continue;
+        ++controls;
+        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
+        ASSERT_NE(accessible, nullptr);
+        EXPECT_FALSE(accessible->text(QAccessible::Name).isEmpty())
+            << widget->metaObject()->className() << " in "
+            << (widget->parentWidget() ? widget->parentWidget()->metaObject()->className() : "");
+    }
+    EXPECT_GT(controls, 20);
+}
+
+TEST_F(Controls, haveDifferentShortcuts) {
+    std::map<QString, QString> owners;
+    for (QAction* action : window.findChildren<QAction*>())
+        for (const QKeySequence& keys : action->shortcuts()) {
+            const auto [place, isNew] = owners.emplace(keys.toString(), action->text());
+            EXPECT_TRUE(isNew || place->second == action->text())
+                << keys.toString().toStdString() << ": " << place->second.toStdString() << " and "
+                << action->text().toStdString();
+        }
+    EXPECT_GT(owners.size(), 20u);
+}
+
+TEST_F(Controls, setTheLoopRange) {
+    auto* bar = window.findChild<TransportBar*>();
+    const auto seek = [&](double time) {
+        document->setTransport(document->transport().paused(0).sought(time, 0));
+    };
+    seek(4);
+    bar->setLoopStart();
+    seek(6);
+    bar->setLoopEnd();
+    EXPECT_EQ(document->transport().loop, (LoopRange{4, 6}));
+    seek(2);
+    bar->setLoopEnd(); // before the start
+    EXPECT_EQ(document->transport().loop, (LoopRange{0, 2}));
+    bar->toggleLoop();
+    EXPECT_FALSE(document->transport().loop);
+    bar->toggleLoop();
+    EXPECT_EQ(document->transport().loop, (LoopRange{0, 2}));
+    seek(5);
+    bar->setLoopStart(); // after the end
+    EXPECT_EQ(document->transport().loop->start, 5);
+    EXPECT_GT(document->transport().loop->end, 5);
+    bar->clearLoop();
+    bar->toggleLoop();
+    EXPECT_EQ(document->transport().loop->start, 0);
+}
+
+TEST_F(Controls, takeAVariationAndUndoIt) {
+    auto* panel = window.findChild<VariationsPanel*>();
+    window.findChild<QDockWidget*>("variations")->raise();
+    auto* grid = panel->findChild<CellGrid*>();
+    for (int wait = 0; grid->count() == 0 && wait < 100; ++wait)
+        QTest::qWait(20);
+    ASSERT_EQ(grid->count(), VariationsPanel::count);
+    grid->setCurrentIndex(grid->model()->index(3, 0));
+    QTest::keyClick(grid, Qt::Key_Return);
+    EXPECT_EQ(document->document().settings().values, grid->cell(3).source.settings.values);
+    document->undoSettings();
+    EXPECT_TRUE(document->document().settings().values.empty());
+    panel->morphTowardsB(); // without snapshots
+    EXPECT_TRUE(document->document().settings().values.empty());
+    panel->keepA();
+    document->setValue("red", 1);
+    panel->keepB();
+    panel->morphTowardsB();
+    EXPECT_NEAR(document->document().settings().values.at("red"), 0.25 + 0.05 * 0.75, 1e-4);
+}
+
+TEST_F(Controls, ignoreALayoutThatIsDamaged) {
+    window.close();
+    const QString file =
+        QSettings(QSettings::IniFormat, QSettings::UserScope, "tarnwick", "player").fileName();
+    QFile kept(file);
+    ASSERT_TRUE(kept.open(QIODevice::ReadWrite)) << file.toStdString();
+    QByteArray bytes = kept.readAll();
+    EXPECT_TRUE(bytes.contains("docks")) << bytes.toStdString();
+    bytes.replace("docks=", "docks=@ByteArray(\\x1\\x2");
+    bytes.replace("geometry=", "geometry=\"nonsense");
+    kept.resize(0);
+    kept.seek(0);
+    kept.write(bytes.left(bytes.size() / 2) + "\xff\xfe[[[");
+    kept.close();
+    Player another;
+    MainWindow second(another);
+    second.show();
+    another.add(Document(text));
+    EXPECT_TRUE(second.findChild<QDockWidget*>("parameters")->isVisible());
+    EXPECT_GT(second.width(), 400);
+}
+
+} // namespace
+} // namespace tarnwick::player
