@@ -93,7 +93,7 @@ void addPlayActions(Actions& actions, TransportBar& transport) {
     };
     loop(Actions::tr("Loop starts &here"), "Ctrl+Alt+I", "I", &TransportBar::setLoopStart);
     loop(Actions::tr("Loop &ends here"), "Ctrl+Alt+O", "O", &TransportBar::setLoopEnd);
-    loop(Actions::tr("&Loop"), "Ctrl+Alt+L", "L", &TransportBar::toggleLoop);
+    loop(Actions::tr("&Loop"), "Ctrl+Alt+W", "L", &TransportBar::toggleLoop);
     actions.add(play, Actions::tr("&Clear loop range"), QKeySequence(Actions::tr("Ctrl+Alt+X")),
                 [bar] { bar->clearLoop(); });
 }

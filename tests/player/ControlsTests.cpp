@@ -17,6 +17,7 @@
 #include <QDockWidget>
 #include <QFile>
 #include <QLineEdit>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QSettings>
 #include <QTest>
@@ -46,6 +47,7 @@ class Controls : public testing::Test {
 bool isInner(const QWidget& widget) {
     const QWidget* parent = widget.parentWidget();
     return widget.objectName().startsWith("qt_") || qobject_cast<const QScrollBar*>(&widget) ||
+           qobject_cast<const QScrollArea*>(&widget) ||
            qobject_cast<const QAbstractSpinBox*>(parent) ||
            qobject_cast<const QComboBox*>(parent) || qobject_cast<const QLineEdit*>(parent) ||
            (parent != nullptr &&
