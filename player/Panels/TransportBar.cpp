@@ -4,8 +4,11 @@
 #include "player/Panels/Scrubber.h"
 
 #include <QDoubleSpinBox>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
+#include <QPixmap>
 #include <QSignalBlocker>
 #include <QToolButton>
 #include <algorithm>
@@ -45,7 +48,7 @@ TransportBar::TransportBar(Player& player, QWidget* parent) : QWidget(parent), p
     time_->setMinimumWidth(time_->fontMetrics().horizontalAdvance(timeText(5999.99)));
     row->addWidget(time_);
     loop_ = new QToolButton;
-    loop_->setIcon(style()->standardIcon(QStyle::SP_BrowserReload));
+    icons_.push_back({loop_, QStyle::SP_BrowserReload});
     loop_->setCheckable(true);
     loop_->setToolTip(tr("Repeat the loop range (L)"));
     loop_->setAccessibleName(tr("Loop"));
@@ -72,17 +75,40 @@ TransportBar::TransportBar(Player& player, QWidget* parent) : QWidget(parent), p
     });
     connect(&player_, &Player::activeChanged, this, &TransportBar::follow);
     connect(&player_, &Player::newsArrived, this, &TransportBar::showState);
+    showIcons();
     follow();
 }
 
 QToolButton* TransportBar::button(QStyle::StandardPixmap icon, const QString& name,
                                   void (TransportBar::*slot)()) {
     auto* made = new QToolButton;
-    made->setIcon(style()->standardIcon(icon));
+    icons_.push_back({made, icon});
     made->setToolTip(name);
     made->setAccessibleName(name);
     connect(made, &QToolButton::clicked, this, slot);
     return made;
+}
+
+// In the colour of the palette's text: the style's own icons are dark in a dark theme too.
+QIcon TransportBar::icon(QStyle::StandardPixmap shape) const {
+    const int side = style()->pixelMetric(QStyle::PM_ButtonIconSize, nullptr, this);
+    QPixmap pixmap = style()->standardIcon(shape).pixmap(QSize(side, side), devicePixelRatioF());
+    QPainter painter(&pixmap);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(pixmap.rect(), palette().color(QPalette::ButtonText));
+    painter.end();
+    return pixmap;
+}
+
+void TransportBar::showIcons() {
+    for (const auto& [one, shape] : icons_)
+        one->setIcon(icon(one == play_ && showsPause_ ? QStyle::SP_MediaPause : shape));
+}
+
+void TransportBar::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange)
+        showIcons();
 }
 
 void TransportBar::follow() {
@@ -185,8 +211,10 @@ void TransportBar::showState() {
         return;
     const Transport& now = document_->transport();
     const double time = document_->time();
-    play_->setIcon(
-        style()->standardIcon(now.isPlaying ? QStyle::SP_MediaPause : QStyle::SP_MediaPlay));
+    if (now.isPlaying != showsPause_) {
+        showsPause_ = now.isPlaying;
+        showIcons();
+    }
     play_->setToolTip(now.isPlaying ? tr("Pause") : tr("Play"));
     play_->setAccessibleName(play_->toolTip());
     const QSignalBlocker position(position_), loop(loop_), speed(speed_);

@@ -3,9 +3,12 @@
 
 #include "player/App/Player.h"
 
+#include <QIcon>
 #include <QStyle>
 #include <QWidget>
 #include <optional>
+#include <utility>
+#include <vector>
 
 class QDoubleSpinBox;
 class QLabel;
@@ -34,19 +37,26 @@ class TransportBar : public QWidget {
     void toggleLoop();
     void clearLoop(); // the next range is the whole episode
 
+  protected:
+    void changeEvent(QEvent* event) override;
+
   private:
     void follow();
     void showState();
     double length() const; // seconds that the slider covers
     QToolButton* button(QStyle::StandardPixmap icon, const QString& name,
                         void (TransportBar::*slot)());
+    QIcon icon(QStyle::StandardPixmap shape) const;
+    void showIcons();
     void change(const Transport& transport);
     void setLoop(const std::optional<LoopRange>& range);
     LoopRange loopOrWhole() const;
 
     Player& player_;
     OpenDocument* document_ = nullptr;
-    QToolButton* play_;
+    std::vector<std::pair<QToolButton*, QStyle::StandardPixmap>> icons_;
+    bool showsPause_ = false;
+    QToolButton* play_ = nullptr;
     QToolButton* loop_;
     Scrubber* position_;
     std::optional<LoopRange> lastLoop_; // of the active episode

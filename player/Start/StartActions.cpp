@@ -9,6 +9,7 @@
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMenu>
 #include <QStackedWidget>
 #include <QTabWidget>
 #include <QVBoxLayout>
@@ -19,8 +20,7 @@ namespace tarnwick::player {
 StartActions::StartActions(Player& player, QMainWindow& window, Actions& actions,
                            ThumbnailService& service, std::function<void()> openByDialog)
     : QObject(&window), player_(player), window_(window) {
-    actions.add(ActionMenu::file, tr("Open &folder..."), QKeySequence(tr("Ctrl+Shift+O")),
-                [this] { openFolderByDialog(); });
+    addMenu(actions);
     actions.add(ActionMenu::view, tr("&Start page"), QKeySequence(tr("Ctrl+Shift+H")),
                 [this] { toggle(); });
     whole_ = new QStackedWidget;
@@ -151,13 +151,47 @@ void StartActions::noteRecent(OpenDocument* document) {
     const auto& file = document->document().file();
     if (!file || !noted_.insert(*file).second)
         return;
+    readRecent(*file);
+}
+
+// Below "Open...".
+void StartActions::addMenu(Actions& actions) {
+    QAction* folder =
+        actions.add(ActionMenu::file, tr("Open &folder..."), QKeySequence(tr("Ctrl+Shift+O")),
+                    [this] { openFolderByDialog(); });
+    recent_ = actions.submenu(ActionMenu::file, tr("Open &recent"));
+    QMenu* file = actions.menu(ActionMenu::file);
+    const QList<QAction*> entries = file->actions();
+    for (qsizetype place = 0; place + 1 < entries.size(); ++place)
+        if (entries[place]->shortcut() == QKeySequence(QKeySequence::Open)) {
+            file->insertAction(entries[place + 1], folder);
+            file->insertAction(entries[place + 1], recent_->menuAction());
+        }
+    readRecent({});
+}
+
+void StartActions::readRecent(std::filesystem::path added) {
     inBackground(
         *this,
-        [whole = *file] {
-            RecentEpisodes(recentEpisodesFile()).add(whole);
-            return true;
+        [added = std::move(added), list = recentMutex_] {
+            const std::lock_guard lock(*list);
+            RecentEpisodes recent(recentEpisodesFile());
+            if (!added.empty())
+                recent.add(added);
+            return existing(recent.files());
         },
-        [](bool) {});
+        [this](const std::vector<FolderEntry>& files) { showRecent(files); });
+}
+
+void StartActions::showRecent(const std::vector<FolderEntry>& files) {
+    recent_->clear();
+    for (const FolderEntry& entry : files) {
+        const QString file = QString::fromStdString(entry.path.string());
+        QString text = file;
+        recent_->addAction(text.replace(QLatin1Char('&'), QStringLiteral("&&")), this,
+                           [this, file] { openFile(file); });
+    }
+    recent_->setEnabled(!files.empty());
 }
 
 // Escape leaves the start page. The first time the window is shown without an episode, the start

@@ -3,16 +3,21 @@
 
 #include "player/Actions/Actions.h"
 #include "player/App/Player.h"
+#include "player/Finding/FolderListing.h"
 #include "player/Grid/ThumbnailService.h"
 
 #include <QMainWindow>
 #include <QPointer>
 #include <filesystem>
 #include <functional>
+#include <memory>
+#include <mutex>
 #include <set>
+#include <vector>
 
 class QDockWidget;
 class QLabel;
+class QMenu;
 class QStackedWidget;
 
 namespace tarnwick::player {
@@ -46,9 +51,15 @@ class StartActions : public QObject {
     void openFolderByDialog();
     void openFile(const QString& file);
     void noteRecent(OpenDocument* document);
+    void addMenu(Actions& actions);
+    void readRecent(std::filesystem::path added); // adds a file to the list, unless it is empty
+    void showRecent(const std::vector<FolderEntry>& files);
 
     Player& player_;
     QMainWindow& window_;
+    QMenu* recent_ = nullptr;
+    // Of the file of recent episodes; shared with background work, which may outlive this.
+    std::shared_ptr<std::mutex> recentMutex_ = std::make_shared<std::mutex>();
     QStackedWidget* whole_; // the work, the start
     QStackedWidget* pages_; // the start page, the folder
     StartPage* page_;

@@ -119,7 +119,10 @@ void StartPage::show(const Lists& lists) {
     };
     fill(recent_, lists.recent, false);
     fill(shipped_, lists.shipped, true);
-    if (hasFocus() || (window()->focusWidget() == nullptr && isVisible()))
+    const bool isUntouched = templates_.grid != nullptr &&
+                             templates_.grid->hasFocus() && // the only one until now
+                             templates_.grid->currentIndex().row() == 0;
+    if (hasFocus() || isUntouched)
         focusInEvent(nullptr);
 }
 

@@ -49,7 +49,6 @@ class VariationsPanel : public QWidget {
     Settings center_; // of the series shown
     std::uint64_t seed_ = 1;
     std::vector<Variation> series_;
-    std::vector<ParamDecl> params_; // of the series
     bool isStale_ = true;
     QTimer settle_; // after the program changed
     CellGrid* grid_;

@@ -109,7 +109,8 @@ QString PictureActions::status() const {
         return tr("Computing %1 of %2").arg(news.warming->done).arg(news.warming->total);
     if (result != nullptr && !result->program && document->program())
         return tr("The last version that compiles is playing.");
-    return news.divisor > 1 ? tr("Drawn at 1/%1 size").arg(news.divisor) : QString();
+    return document != nullptr && news.divisor > 1 ? tr("Drawn at 1/%1 size").arg(news.divisor)
+                                                   : QString();
 }
 
 void PictureActions::showState() {

@@ -1,5 +1,7 @@
 // The controls of the whole window: names, shortcuts, layout.
-#include "player/Layout/WindowLayout.h"
+#include "TarnwickBase/TemporaryFolder.h"
+#include "TarnwickBase/WholeFile.h"
+#include "player/Editor/EpisodeEditor.h"
 #include "player/Panels/Scrubber.h"
 #include "player/Panels/TransportBar.h"
 #include "player/VariationsPanel/VariationsPanel.h"
@@ -15,12 +17,15 @@
 #include <QAction>
 #include <QComboBox>
 #include <QDockWidget>
+#include <QDropEvent>
 #include <QFile>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSettings>
 #include <QTest>
+#include <QUrl>
 #include <map>
 
 namespace tarnwick::player {
@@ -137,6 +142,22 @@ TEST_F(Controls, takeAVariationAndUndoIt) {
     panel->keepB();
     panel->morphTowardsB();
     EXPECT_NEAR(document->document().settings().values.at("red"), 0.25 + 0.05 * 0.75, 1e-4);
+}
+
+TEST_F(Controls, takeSettingsThatAreDroppedOnTheText) {
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "a.json";
+    writeWholeFile(file, R"({"name": "a", "values": {"red": 0.75}, "keys": {"tracks": {}}})");
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(file.string()))});
+    auto* editor = window.findChild<EpisodeEditor*>();
+    QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(editor, &drop);
+    EXPECT_TRUE(drop.isAccepted());
+    EXPECT_EQ(document->document().settings().values.at("red"), 0.75f);
+    EXPECT_EQ(document->document().text(), text);
+    document->undoSettings();
+    EXPECT_TRUE(document->document().settings().values.empty());
 }
 
 TEST_F(Controls, ignoreALayoutThatIsDamaged) {
