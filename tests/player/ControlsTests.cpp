@@ -1,7 +1,6 @@
 // The controls of the whole window: names, shortcuts, layout.
 #include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickBase/WholeFile.h"
-#include "player/Editor/EpisodeEditor.h"
 #include "player/Panels/Scrubber.h"
 #include "player/Panels/TransportBar.h"
 #include "player/VariationsPanel/VariationsPanel.h"
@@ -26,6 +25,7 @@
 #include <QSettings>
 #include <QTest>
 #include <QUrl>
+#include <QWindow>
 #include <map>
 
 namespace tarnwick::player {
@@ -144,17 +144,16 @@ TEST_F(Controls, takeAVariationAndUndoIt) {
     EXPECT_NEAR(document->document().settings().values.at("red"), 0.25 + 0.05 * 0.75, 1e-4);
 }
 
-TEST_F(Controls, takeSettingsThatAreDroppedOnTheText) {
+TEST_F(Controls, takeSettingsThatAreDropped) {
     const TemporaryFolder folder;
     const auto file = folder.path() / "a.json";
     writeWholeFile(file, R"({"name": "a", "values": {"red": 0.75}, "keys": {"tracks": {}}})");
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(QString::fromStdString(file.string()))});
-    auto* editor = window.findChild<EpisodeEditor*>();
     QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(editor, &drop);
+    QCoreApplication::sendEvent(window.windowHandle(), &drop);
     EXPECT_TRUE(drop.isAccepted());
-    EXPECT_EQ(document->document().settings().values.at("red"), 0.75f);
+    EXPECT_EQ(document->document().settings().values, (ParamValues{{"red", 0.75f}}));
     EXPECT_EQ(document->document().text(), text);
     document->undoSettings();
     EXPECT_TRUE(document->document().settings().values.empty());
