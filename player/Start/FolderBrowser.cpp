@@ -147,7 +147,7 @@ void FolderBrowser::keyPressEvent(QKeyEvent* event) {
     const bool isUp = event->key() == Qt::Key_Up && event->modifiers() == Qt::AltModifier;
     if (event->key() == Qt::Key_Backspace || isUp)
         goUp();
-    else if (event->key() == Qt::Key_F5)
+    else if (event->matches(QKeySequence::Refresh) || event->key() == Qt::Key_R)
         refresh();
     else if (event->key() == Qt::Key_Slash)
         filter_->setFocus();
