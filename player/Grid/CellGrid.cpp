@@ -126,6 +126,10 @@ void CellGrid::keyPressEvent(QKeyEvent* event) {
         emit chosen(current.row());
         return;
     }
+    if (event->key() == Qt::Key_Slash) { // of the page around this
+        event->ignore();
+        return;
+    }
     QListView::keyPressEvent(event);
     if (!showsAllRows_ || currentIndex() != current)
         return;

@@ -76,6 +76,9 @@ QWidget* FolderBrowser::bar() {
     row->addWidget(back);
     row->addWidget(up_);
     row->addWidget(place_, 1);
+    auto* again = button(tr("Refresh"), tr("Read the folder again (Ctrl+R)"));
+    row->addWidget(again);
+    connect(again, &QToolButton::clicked, this, &FolderBrowser::refresh);
     row->addWidget(filter_);
     row->addWidget(order_);
     connect(back, &QToolButton::clicked, this, &FolderBrowser::backWanted);
@@ -147,7 +150,7 @@ void FolderBrowser::keyPressEvent(QKeyEvent* event) {
     const bool isUp = event->key() == Qt::Key_Up && event->modifiers() == Qt::AltModifier;
     if (event->key() == Qt::Key_Backspace || isUp)
         goUp();
-    else if (event->matches(QKeySequence::Refresh) || event->key() == Qt::Key_R)
+    else if (event->key() == Qt::Key_R && event->modifiers() == Qt::ControlModifier)
         refresh();
     else if (event->key() == Qt::Key_Slash)
         filter_->setFocus();

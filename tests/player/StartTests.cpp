@@ -73,7 +73,10 @@ TEST_F(Start, browsesAFolderByKeyboard) {
     ASSERT_TRUE(becomesTrue([&] { return episodes->count() == 1; }));
     QTest::keyClick(episodes, Qt::Key_Return);
     ASSERT_TRUE(becomesTrue([&] { return episodes->count() == 2; }));
-    window.findChild<FolderBrowser*>()->findChild<QLineEdit*>()->setText("B");
+    QTest::keyClick(episodes, Qt::Key_Slash);
+    auto* filter = window.findChild<FolderBrowser*>()->findChild<QLineEdit*>();
+    EXPECT_TRUE(filter->hasFocus());
+    QTest::keyClicks(filter, "B");
     ASSERT_EQ(episodes->count(), 1);
     QTest::keyClick(episodes, Qt::Key_Return);
     ASSERT_NE(player.active(), nullptr);
