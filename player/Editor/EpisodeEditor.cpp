@@ -9,7 +9,6 @@
 
 #include <QKeyEvent>
 #include <algorithm>
-#include <array>
 
 namespace tarnwick::player {
 namespace {
@@ -68,6 +67,10 @@ EpisodeEditor::EpisodeEditor(QWidget* parent) : QsciScintilla(parent), lexer_(ne
     setCaretLineVisible(true);
     setScrollWidth(1);
     setScrollWidthTracking(true);
+    // The window has other uses for the keys of these commands, such as Ctrl+/.
+    for (const auto command : {QsciCommand::WordPartLeft, QsciCommand::WordPartLeftExtend,
+                               QsciCommand::WordPartRight, QsciCommand::WordPartRightExtend})
+        standardCommands()->find(command)->setKey(0);
     standardCommands()
         ->find(QsciCommand::Redo)
         ->setAlternateKey(static_cast<int>(Qt::CTRL) | static_cast<int>(Qt::SHIFT) | Qt::Key_Z);
@@ -226,23 +229,12 @@ void EpisodeEditor::toggleComments() {
     const auto bytesAt = [&](std::size_t units) {
         return static_cast<std::size_t>(whole.left(static_cast<qsizetype>(units)).toUtf8().size());
     };
-    replaceBytes(*this, bytesAt(edit.range.location),
-                 bytesAt(edit.range.location + edit.range.length), edit.replacement);
-}
-
-// These keys move in the text, also where the window has other uses for them.
-bool EpisodeEditor::event(QEvent* event) {
-    if (event->type() == QEvent::ShortcutOverride) {
-        const auto* key = static_cast<QKeyEvent*>(event);
-        const bool isControl = (key->modifiers() & ~Qt::ShiftModifier) == Qt::ControlModifier;
-        constexpr std::array keys{Qt::Key_Left, Qt::Key_Right, Qt::Key_Home,
-                                  Qt::Key_End,  Qt::Key_Up,    Qt::Key_Down};
-        if (isControl && std::ranges::find(keys, key->key()) != keys.end()) {
-            event->accept();
-            return true;
-        }
-    }
-    return QsciScintilla::event(event);
+    // Only what differs, so that the cursor stays.
+    const std::size_t from = bytesAt(edit.range.location);
+    const std::size_t to = bytesAt(edit.range.location + edit.range.length);
+    const ChangedPart part = changedPart(text.substr(from, to - from), edit.replacement);
+    replaceBytes(*this, from + part.begin, from + part.oldEnd,
+                 std::string_view(edit.replacement).substr(part.begin, part.newEnd - part.begin));
 }
 
 // On a line of its own a closing brace has the indentation of the line with the opening one.

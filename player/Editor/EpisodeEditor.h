@@ -46,7 +46,6 @@ class EpisodeEditor : public QsciScintilla {
     void edited();
 
   protected:
-    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
 

@@ -6,6 +6,7 @@
 #include "player/Panels/ParameterRow.h"
 #include "player/Panels/RangeStrip.h"
 
+#include <Qsci/qscilexer.h>
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -98,6 +99,19 @@ TEST_F(Editor, replacesOnlyWhatDiffersAndUndoesIt) {
     EXPECT_EQ(editor.episodeText(), text);
     editor.redo();
     EXPECT_EQ(editor.episodeText(), changed);
+}
+
+TEST_F(Editor, followsThePalette) {
+    const QPalette light = QApplication::palette();
+    const auto isDark = [&] { return editor.lexer()->paper(0).lightness() < 128; };
+    EXPECT_FALSE(isDark());
+    QApplication::setPalette(QPalette(QColor(40, 40, 44)));
+    QApplication::processEvents();
+    EXPECT_TRUE(isDark());
+    EXPECT_GT(editor.lexer()->color(0).lightness(), 128);
+    QApplication::setPalette(light);
+    QApplication::processEvents();
+    EXPECT_FALSE(isDark());
 }
 
 // A key is answered within 50 ms in a text of a thousand lines; here with room for slow machines.

@@ -74,6 +74,31 @@ TEST_F(Window, playsWhatIsTypedAndKeepsTheLastPictureDuringAnError) {
     EXPECT_TRUE(becomesTrue([&] { return color() == 0x00FF00; }));
 }
 
+TEST_F(Window, takesItsKeysInTheTextToo) {
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    editor->setFocus();
+    editor->setCursorPosition(2, 8);
+    QTest::keyClick(editor, Qt::Key_Slash, Qt::ControlModifier);
+    EXPECT_EQ(editor->text(2).trimmed().toStdString(), "// return float4(p.red, 0.0, 1.0, 1.0);");
+    const bool isPlaying = document->transport().isPlaying;
+    QTest::keyClick(editor, Qt::Key_F5);
+    EXPECT_NE(document->transport().isPlaying, isPlaying);
+    editor->setCursorPosition(2, 8);
+    QTest::keyClick(editor, Qt::Key_Right, Qt::ControlModifier);
+    int line = 0, column = 0;
+    editor->getCursorPosition(&line, &column);
+    EXPECT_GT(column, 9) << "a word further";
+}
+
+TEST_F(Window, writesTheNumbersOfAParameterIntoItsLine) {
+    document->setParamNumbers("red", {0.25f, -1, 2});
+    EXPECT_EQ(editor->text(0).trimmed(), "// @param red 0.25 -1.0 2.0 How red");
+    editor->undo();
+    EXPECT_EQ(editor->episodeText(), text);
+    EXPECT_EQ(document->document().text(), text);
+}
+
 TEST_F(Window, hasASliderForEachParameter) {
     if (player.device() == nullptr)
         GTEST_SKIP() << player.deviceAbsence();
