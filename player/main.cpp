@@ -1,12 +1,15 @@
 // tarnwick-player: the desktop program in which episodes are written and played.
 #include "TarnwickBase/EndSignals.h"
 #include "TarnwickBase/FreedMemory.h"
+#include "TarnwickBase/Quoted.h"
 #include "TarnwickBase/Status.h"
 #include "TarnwickBase/Version.h"
 #include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/CommandLine/Help.h"
+#include "player/ChannelsPanel/ChannelActions.h"
 #include "player/ControlPanel/LiveControl.h"
 #include "player/SoundPanel/SoundControls.h"
+#include "player/Window/Ending.h"
 #include "player/Window/MainWindow.h"
 
 #include <QApplication>
@@ -17,7 +20,12 @@
 namespace tarnwick::player {
 namespace {
 
-constexpr std::array<Option, 4> options{{
+constexpr std::array<Option, 5> options{{
+    {.name = "--channel",
+     .value = "N=FILE",
+     .help = "show a picture, a movie, a camera (/dev/videoN) or another episode as channel N",
+     .byDefault = "black",
+     .isRepeatable = true},
     {.name = "--osc",
      .value = "PORT",
      .help = "let OSC messages to this UDP port move the parameters; from this machine, unless a "
@@ -59,16 +67,34 @@ void recover(Player& player, MainWindow& window) {
     }
 }
 
+// Throws UsageError.
+std::vector<NumberedChoice> channelsOf(const Arguments& arguments) {
+    std::vector<NumberedChoice> channels;
+    for (const std::string& text : arguments.values("--channel")) {
+        const auto channel = numberedChoice(text);
+        if (!channel)
+            throw UsageError("--channel is " + tarnwick::quoted(text) +
+                             ", which is not N=FILE with N from 0 to 3.");
+        channels.push_back(*channel);
+    }
+    return channels;
+}
+
 int play(const Arguments& arguments, int count, char** words) {
+    const std::vector<NumberedChoice> channels = channelsOf(arguments);
     QApplication application(count, words);
     QApplication::setApplicationDisplayName(QStringLiteral("Tarnwick"));
     QApplication::setDesktopFileName(QStringLiteral("tarnwick-player"));
     Player player;
     MainWindow window(player);
+    const Ending ending(player);
     window.show();
     recover(player, window);
     for (const std::string& file : arguments.operands())
         window.open(QString::fromStdString(file));
+    for (const auto& [channel, choice] : channels)
+        if (OpenDocument* document = player.active())
+            window.channels().channels().choose(*document, channel, choice);
     window.findChild<SoundControls*>()->setInput(SoundInput::of(arguments.textOf("--audio")));
     if (arguments.has("--osc"))
         window.findChild<LiveControl*>()->listen(
@@ -101,5 +127,7 @@ int run(int count, char** words) {
 int main(int count, char** words) {
     tarnwick::keepFreedMemory();
     const tarnwick::EndSignals endSignals;
-    return tarnwick::player::run(count, words);
+    const int status = tarnwick::player::run(count, words);
+    endSignals.endIfArrived();
+    return status;
 }

@@ -12,8 +12,8 @@ constexpr int typingPause = 250; // milliseconds before the text is compiled
 
 } // namespace
 
-OpenDocument::OpenDocument(std::uint64_t id, Document document, std::unique_ptr<Autosave> autosave)
-    : id_(id), document_(std::move(document)), autosave_(std::move(autosave)) {
+OpenDocument::OpenDocument(std::uint64_t id, Document document, std::unique_ptr<DraftKeeper> drafts)
+    : id_(id), document_(std::move(document)), drafts_(std::move(drafts)) {
     transport_ = Transport{}.played(currentMediaTime());
     pause_.setSingleShot(true);
     pause_.setInterval(typingPause);
@@ -180,13 +180,13 @@ void OpenDocument::keepMine() {
     told_.reset();
 }
 
-void OpenDocument::lookAtFile() {
-    if (document_.noteFilePresence()) {
+void OpenDocument::lookAtFile(const std::optional<FileWatcher::Stamp>& stamp) {
+    if (document_.noteFilePresence(stamp.has_value())) {
         emit textChanged();
         if (document_.isFileMissing())
             emit removedOutside();
     }
-    if (!document_.differsOnDisk())
+    if (!document_.differsFrom(stamp))
         return;
     if (!document_.isModified()) {
         try {
@@ -195,29 +195,18 @@ void OpenDocument::lookAtFile() {
         }
         return;
     }
-    const auto stamp = FileWatcher::stamp(*document_.file());
     if (stamp == told_)
         return;
     told_ = stamp;
     emit changedOutside();
 }
 
-bool OpenDocument::keepDraft() {
-    if (!autosave_)
-        autosave_ = Autosave::make(draftsFolder());
-    if (!autosave_)
-        return false;
-    if (document_.isModified())
-        return autosave_->keep(document_.draft());
-    discardDraft();
-    return true;
+void OpenDocument::keepDraft() {
+    document_.isModified() ? drafts_->keep(document_.draft()) : drafts_->discard();
 }
 
 void OpenDocument::discardDraft() {
-    if (!autosave_)
-        return;
-    autosave_->discard();
-    autosave_.reset();
+    drafts_->discard();
 }
 
 } // namespace tarnwick::player

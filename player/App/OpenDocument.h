@@ -2,8 +2,8 @@
 #pragma once
 
 #include "player/Compiling/LiveCompiler.h"
-#include "player/Model/Autosave.h"
 #include "player/Model/Document.h"
+#include "player/Model/DraftKeeper.h"
 #include "player/Model/Transport.h"
 
 #include <QObject>
@@ -19,8 +19,8 @@ class OpenDocument : public QObject {
     Q_OBJECT
 
   public:
-    // `id` is its number in the compiler's requests. `autosave` may be null.
-    OpenDocument(std::uint64_t id, Document document, std::unique_ptr<Autosave> autosave);
+    // `id` is its number in the compiler's requests.
+    OpenDocument(std::uint64_t id, Document document, std::unique_ptr<DraftKeeper> drafts);
     ~OpenDocument() override;
 
     std::uint64_t id() const { return id_; }
@@ -71,12 +71,12 @@ class OpenDocument : public QObject {
     void reload();
     void keepMine();
 
-    // Looks whether the file was saved or removed by another program. An unmodified document is
-    // read again; otherwise changedOutside is emitted once. A document without its file is
-    // modified.
-    void lookAtFile();
-    // Keeps a draft of unsaved work. False if it cannot be written.
-    bool keepDraft();
+    // `stamp` is the file's now: whether it was saved or removed by another program. An unmodified
+    // document is read again; otherwise changedOutside is emitted once. A document without its file
+    // is modified.
+    void lookAtFile(const std::optional<FileWatcher::Stamp>& stamp);
+    // Keeps a draft of unsaved work, without waiting for the disk.
+    void keepDraft();
     void discardDraft();
 
   signals:
@@ -94,7 +94,7 @@ class OpenDocument : public QObject {
     Document document_;
     Transport transport_;
     ParamValues held_;
-    std::unique_ptr<Autosave> autosave_;
+    std::unique_ptr<DraftKeeper> drafts_;
     std::optional<CompileResult> result_;
     std::shared_ptr<const ShaderProgram> program_;
     std::uint64_t programRevision_ = 0;

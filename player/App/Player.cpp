@@ -2,16 +2,19 @@
 
 #include "TarnwickPlatform/Dispatch/HostClock.h"
 
+#include <QCoreApplication>
 #include <QMetaObject>
+#include <QPointer>
 #include <algorithm>
 #include <utility>
 
 namespace tarnwick::player {
 namespace {
 
-constexpr int autosaveInterval = 10000; // milliseconds
-constexpr int watchInterval = 500;      // milliseconds
-constexpr double lossInterval = 60;     // seconds between two losses by the same program
+constexpr int draftDelay = 1000;    // milliseconds from the first change to its draft
+constexpr int watchInterval = 500;  // milliseconds
+constexpr double shortestStop = 5;  // seconds between two ticks of the watch
+constexpr double lossInterval = 60; // seconds between two losses by the same program
 
 } // namespace
 
@@ -26,12 +29,12 @@ Player::Player() {
         QMetaObject::invokeMethod(
             this, [this, news] { hear(news); }, Qt::QueuedConnection);
     });
+    autosave_.setSingleShot(true);
+    autosave_.setInterval(draftDelay);
     connect(&autosave_, &QTimer::timeout, this, &Player::keepDrafts);
-    autosave_.start(autosaveInterval);
-    connect(&watch_, &QTimer::timeout, this, [this] {
-        for (const auto& document : documents_)
-            document->lookAtFile();
-    });
+    connect(&watch_, &QTimer::timeout, this, &Player::lookAtFiles);
+    connect(&watch_, &QTimer::timeout, this, &Player::skipStop);
+    ticked_ = currentMediaTime();
     watch_.start(watchInterval);
     publish(); // the device, before windows add targets of it
 }
@@ -51,13 +54,25 @@ std::string Player::trouble() const {
 }
 
 OpenDocument* Player::add(Document document, std::unique_ptr<Autosave> autosave) {
-    documents_.push_back(
-        std::make_unique<OpenDocument>(++lastId_, std::move(document), std::move(autosave)));
+    const auto fail = [player = QPointer<Player>(this)](const std::string& sentence) {
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [player, sentence] {
+                if (player)
+                    player->tell(QString::fromStdString(sentence));
+            },
+            Qt::QueuedConnection);
+    };
+    documents_.push_back(std::make_unique<OpenDocument>(
+        ++lastId_, std::move(document),
+        std::make_unique<DraftKeeper>(drafts_, draftsFolder(), std::move(autosave), fail)));
     OpenDocument* added = documents_.back().get();
     connect(added, &OpenDocument::compileWanted, this, &Player::compile);
     for (auto change : {&OpenDocument::settingsChanged, &OpenDocument::transportChanged,
                         &OpenDocument::resultChanged})
         connect(added, change, this, &Player::publish);
+    for (auto change : {&OpenDocument::textChanged, &OpenDocument::settingsChanged})
+        connect(added, change, this, &Player::keepSoon);
     emit documentAdded(added);
     activate(added);
     added->compileNow();
@@ -197,6 +212,8 @@ void Player::publish() {
         const Settings settings = active_->playedSettings();
         record->settings = std::make_shared<const Settings>(
             record->program ? settings.fitted(record->program->params()) : settings);
+        for (const AddToRecord& add : added_)
+            add(*active_, *record);
     }
     picture_->show(record);
     emit published(record);
@@ -205,6 +222,59 @@ void Player::publish() {
 void Player::keepDrafts() {
     for (const auto& document : documents_)
         document->keepDraft();
+}
+
+void Player::keepDraftsNow() {
+    keepDrafts();
+    drafts_.sync([] {});
+}
+
+// While somebody types without a pause, too.
+void Player::keepSoon() {
+    if (!autosave_.isActive())
+        autosave_.start();
+}
+
+// While the process is stopped (SIGSTOP, a virtual machine that is paused), the clock of playing
+// stops too, as it does while the machine sleeps.
+void Player::skipStop() {
+    const double now = currentMediaTime();
+    const double passed = now - std::exchange(ticked_, now);
+    if (passed < shortestStop)
+        return;
+    for (const auto& document : documents_) {
+        Transport transport = document->transport();
+        transport.since += passed;
+        document->setTransport(transport);
+    }
+}
+
+// A file system may take long to answer.
+void Player::lookAtFiles() {
+    std::vector<LookedAt> files;
+    for (const auto& document : documents_)
+        if (const auto& file = document->document().file())
+            files.push_back({document->id(), *file, document->document().stamp()});
+    if (files.empty() || std::exchange(isLooking_, true))
+        return;
+    files_.async([this, files]() mutable {
+        for (LookedAt& one : files)
+            one.now = FileWatcher::stamp(one.file);
+        QMetaObject::invokeMethod(
+            this, [this, files] { takeStamps(files); }, Qt::QueuedConnection);
+    });
+}
+
+// Ignores the files of documents that were read or saved in the meantime.
+void Player::takeStamps(const std::vector<LookedAt>& files) {
+    isLooking_ = false;
+    for (const LookedAt& one : files) {
+        const auto found = std::ranges::find(documents_, one.document,
+                                             [](const auto& document) { return document->id(); });
+        if (found != documents_.end() && (*found)->document().file() == one.file &&
+            (*found)->document().stamp() == one.known)
+            (*found)->lookAtFile(one.now);
+    }
 }
 
 } // namespace tarnwick::player

@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QTimer>
 #include <array>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -39,6 +40,8 @@ class Player : public QObject {
     // A file that is open already becomes active. Throws DocumentFileError.
     OpenDocument* open(const std::filesystem::path& file);
     void activate(OpenDocument* document);
+    // Keeps drafts of all unsaved work, and waits until they are written.
+    void keepDraftsNow();
     // Its unsaved work is lost.
     void close(OpenDocument* document);
 
@@ -50,6 +53,12 @@ class Player : public QObject {
     std::optional<int> divisor() const { return divisor_; }
     // LiveRecord::levels and hearsOwnSound. A call with the same draws a paused picture again.
     void setLevels(std::shared_ptr<const LiveLevels> levels, bool hearsOwnSound);
+
+    // Adds to each record of the active document before it is published, in the order of the calls.
+    using AddToRecord = std::function<void(OpenDocument&, LiveRecord&)>;
+    void addToRecords(AddToRecord add) { added_.push_back(std::move(add)); }
+    // Publishes a record of the present state.
+    void publish();
 
     // Shows one sentence to the user, who need not answer.
     void tell(const QString& sentence) { emit told(sentence); }
@@ -68,8 +77,17 @@ class Player : public QObject {
     void compile(OpenDocument* document);
     void take(CompileResult result);
     void hear(const LiveNews& news);
-    void publish();
     void keepDrafts();
+    void keepSoon();
+    void skipStop();
+    void lookAtFiles();
+    // The file of a document, as the document knows it and as it is.
+    struct LookedAt {
+        std::uint64_t document;
+        std::filesystem::path file;
+        std::optional<FileWatcher::Stamp> known, now{};
+    };
+    void takeStamps(const std::vector<LookedAt>& files);
     void noteLoss();
     void useDevice();
 
@@ -82,7 +100,9 @@ class Player : public QObject {
     bool isRefused(const OpenDocument& document) const;
 
     LiveDevice device_;
-    std::optional<Loss> loss_; // the last one
+    std::vector<AddToRecord> added_;
+    std::optional<Loss> loss_;     // the last one
+    DispatchQueue drafts_, files_; // before the documents, which use them
     std::vector<std::unique_ptr<OpenDocument>> documents_;
     OpenDocument* active_ = nullptr;
     std::uint64_t lastId_ = 0;
@@ -94,6 +114,8 @@ class Player : public QObject {
     bool hearsOwnSound_ = true;
     LiveNews news_;
     QTimer autosave_, watch_;
+    double ticked_ = 0;                      // host seconds of the last tick of watch_
+    bool isLooking_ = false;                 // at the files, on their queue
     std::unique_ptr<LiveCompiler> compiler_; // after all that its calls use
     std::unique_ptr<LivePicture> picture_;
 };

@@ -12,7 +12,8 @@ namespace {
 constexpr double idle = 3600;        // seconds; mail ends the wait
 constexpr double shortWait = 0.1;    // seconds between two looks at a frame that is drawn
 constexpr double noticedFrame = 0.5; // seconds after which a frame that is drawn is reported
-constexpr double shownInterval = 1;  // seconds over which frames are counted
+constexpr double channelInterval = 1.0 / 60; // seconds between two looks at paused channels
+constexpr double shownInterval = 1;          // seconds over which frames are counted
 constexpr double longestHold = 0.06; // seconds in which a CPU device leaves the CPU to a compile
 
 std::uint32_t divided(std::uint32_t side, int divisor) {
@@ -53,6 +54,7 @@ void Drawing::useDevice() {
     stopped_.reset();
     drawn_.reset();
     device_ = record_->device;
+    channels_.use(device_);
     queue_ = device_->newCommandQueue();
     news_ = {};
     try {
@@ -76,6 +78,7 @@ double Drawing::step() {
     }
     stopped_.reset();
     scale_.fix(record_->divisor);
+    channels_.use(record_->program->usesInputs() ? record_->channels : nullptr);
     if (!hasScene() || wantsExactScene())
         prepare();
     else
@@ -87,16 +90,19 @@ double Drawing::step() {
 // Draws the scene that is shown, which may be of an older program than the wanted one.
 double Drawing::stepPlaying() {
     const bool isPaused = drawn_ == record_ && !record_->transport.isPlaying;
-    const SceneMoment now = moment();
-    if (isPaused && hasScene() && !scene_->isBehind(now)) {
+    SceneMoment now = moment();
+    if (isPaused && hasScene() && !scene_->isBehind(now) && !channels_.areBehind()) {
         showAgain();
-        return idle;
+        return channels_.areUsed() ? channelInterval : idle;
     }
     const double due = currentMediaTime();
     const double wait = std::max(clock_.secondsUntilDue(due), holdSeconds(due));
     if (wait > 0)
         return wait;
     clock_.begin(currentMediaTime());
+    bringChannels(now);
+    if (isStopped())
+        return idle;
     if (!isWarm(*scene_, now))
         return 0;
     drawn_ = record_;
@@ -113,7 +119,7 @@ void Drawing::showAgain() {
 }
 
 void Drawing::stop(std::string failure) {
-    stopped_ = Stopped{record_->program, wantedSize()};
+    stopped_ = Stopped{programs(), record_, wantedSize()};
     next_.reset();
     news_.failure = std::move(failure);
     news_.warming.reset();
@@ -121,7 +127,16 @@ void Drawing::stop(std::string failure) {
 }
 
 bool Drawing::isStopped() const {
-    return stopped_ && stopped_->program == record_->program && stopped_->size == wantedSize();
+    return stopped_ && stopped_->programs == programs() && stopped_->size == wantedSize();
+}
+
+// Of the episode and of those that its channels show.
+std::vector<const ShaderProgram*> Drawing::programs() const {
+    std::vector<const ShaderProgram*> all{record_->program.get()};
+    if (record_->channels)
+        for (const auto& [document, episode] : record_->channels->episodes)
+            all.push_back(episode.program.get());
+    return all;
 }
 
 // A paused picture is that of its time. After an edit it is so once the state is computed again.
@@ -166,7 +181,10 @@ void Drawing::prepare() {
         stop(ProgramFrames::absence(*record_->program, *device_, size.width, size.height));
         return;
     }
-    const SceneMoment now = moment();
+    SceneMoment now = moment();
+    bringChannels(now);
+    if (!next_)
+        return;
     if (!hasScene() && scene_ && scene_->clock() == clockNumber_)
         next_->follow(*scene_, *queue_);
     if (!isWarm(*next_, now) || !draw(*next_, now))
@@ -189,6 +207,27 @@ void Drawing::showFrame() {
     say();
 }
 
+void Drawing::bringChannels(SceneMoment& moment) {
+    channelSeconds_ = 0;
+    if (!channels_.areUsed())
+        return;
+    channels_.bring(moment, wantedSize(), scene_ ? scene_->picture() : nullptr, *queue_,
+                    [this](Scene& scene, const SceneMoment& at) { return drawChannel(scene, at); });
+    moment.channels = channels_.textures();
+}
+
+bool Drawing::drawChannel(Scene& scene, const SceneMoment& moment) {
+    auto commands = isStopped() ? std::nullopt : scene.encode(moment, *queue_);
+    if (!commands)
+        return false;
+    commands->commit();
+    if (!finishes(*commands) || commands->status() != gpu::CommandBufferStatus::completed)
+        return false;
+    scene.finish();
+    channelSeconds_ += news_.frameSeconds;
+    return true;
+}
+
 bool Drawing::isWarm(Scene& scene, const SceneMoment& moment) {
     const auto warming = scene.warm(moment, *queue_);
     const bool changes = warming.has_value() || news_.warming.has_value();
@@ -206,6 +245,7 @@ bool Drawing::draw(Scene& scene, const SceneMoment& moment) {
     if (!finishes(*commands) || commands->status() != gpu::CommandBufferStatus::completed)
         return false;
     scene.finish();
+    news_.frameSeconds += channelSeconds_;
     news_.time = moment.time;
     news_.picture = scene.size();
     news_.divisor = scale_.divisor();

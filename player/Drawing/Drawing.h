@@ -5,6 +5,7 @@
 #include "TarnwickPlatform/Pictures/Picture.h"
 #include "TarnwickRender/Targets/FrameClock.h"
 #include "TarnwickRender/Targets/FrameTimes.h"
+#include "player/Drawing/ChannelPictures.h"
 #include "player/Drawing/LiveMail.h"
 #include "player/Drawing/LiveTargets.h"
 #include "player/Drawing/PreviewScale.h"
@@ -49,6 +50,9 @@ class Drawing {
     double holdSeconds(double now) const;
     PixelSize wantedSize() const;
     SceneMoment moment() const;
+    void bringChannels(SceneMoment& moment);
+    bool drawChannel(Scene& scene, const SceneMoment& moment);
+    std::vector<const ShaderProgram*> programs() const;
     void prepare();
     bool isWarm(Scene& scene, const SceneMoment& moment);
     bool draw(Scene& scene, const SceneMoment& moment);
@@ -67,13 +71,16 @@ class Drawing {
     std::unique_ptr<Scene> scene_; // whose pictures are shown
     std::unique_ptr<Scene> next_;  // in preparation
     LiveTargets targets_;
+    ChannelPictures channels_;
+    double channelSeconds_ = 0; // of the episodes that channels show, in the last frame
     PreviewScale scale_;
     FrameTimes times_;
     FrameClock clock_{Transport::framesPerSecond};
     std::deque<double> shown_; // host seconds of the frames of the last second
     LiveNews news_;
     struct Stopped {
-        std::shared_ptr<const ShaderProgram> program;
+        std::vector<const ShaderProgram*> programs; // kept by the record
+        std::shared_ptr<const LiveRecord> record;
         PixelSize size;
     };
     std::optional<Stopped> stopped_;

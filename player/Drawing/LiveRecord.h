@@ -5,6 +5,7 @@
 #include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickRender/ShaderProgram.h"
+#include "player/Drawing/LiveChannels.h"
 #include "player/Drawing/LiveLevels.h"
 #include "player/Model/Transport.h"
 
@@ -24,12 +25,13 @@ struct LiveRecord {
     std::uint64_t document = 0;                   // its number
     std::uint64_t revision = 0;                   // of the text that the program is of
     Transport transport;
-    std::shared_ptr<const Settings> settings;    // never null with a program
-    std::optional<std::array<float, 2>> mouse{}; // [0, 1] from the lower left of the picture
-    PixelSize size{};                            // pixels of the picture at full size
-    std::optional<double> compilingSince{};      // host seconds; absent: nothing is compiled
-    std::optional<int> divisor{};                // of both sides; absent: chosen by itself
-    std::shared_ptr<const LiveLevels> levels{};  // of the sound that the program reacts to
+    std::shared_ptr<const Settings> settings;       // never null with a program
+    std::optional<std::array<float, 2>> mouse{};    // [0, 1] from the lower left of the picture
+    std::shared_ptr<const LiveChannels> channels{}; // null: all are black
+    PixelSize size{};                               // pixels of the picture at full size
+    std::optional<double> compilingSince{};         // host seconds; absent: nothing is compiled
+    std::optional<int> divisor{};                   // of both sides; absent: chosen by itself
+    std::shared_ptr<const LiveLevels> levels{};     // of the sound that the program reacts to
     // They are of the program's own sound. A pause, and a player without levels, compute them with
     // the frame.
     bool hearsOwnSound = true;

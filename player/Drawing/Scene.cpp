@@ -124,6 +124,7 @@ std::optional<LiveNews::Warming> Scene::warmFeedback(const SceneMoment& moment,
         auto commands = encode({.time = timeOf(frame),
                                 .mouse = moment.mouse,
                                 .settings = moment.settings,
+                                .channels = moment.channels,
                                 .clock = moment.clock,
                                 .levels = moment.levels,
                                 .hearsOwnSound = moment.hearsOwnSound},
@@ -168,6 +169,7 @@ ShaderInputs Scene::soundInputs(const SceneMoment& moment) {
 
 ShaderInputs Scene::inputs(const SceneMoment& moment) {
     ShaderInputs inputs = soundInputs(moment);
+    inputs.channels = moment.channels;
     inputs.previous = previous();
     return inputs;
 }

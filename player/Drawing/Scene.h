@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace tarnwick::player {
 
@@ -18,6 +19,7 @@ struct SceneMoment {
     double time = 0;                             // seconds of the episode
     std::optional<std::array<float, 2>> mouse{}; // as in LiveRecord
     std::shared_ptr<const Settings> settings;    // never null
+    std::vector<const gpu::Texture*> channels{}; // borrowed, as in ShaderInputs
     bool isPlaying = false;                      // a frame or step that is late may be skipped
     std::uint64_t clock = 0;                     // another one after each change of the transport
     std::shared_ptr<const SoundLevels> levels{}; // of the sound that is heard; null: unknown

@@ -95,7 +95,11 @@ bool Autosave::keep(const Draft& draft) {
         return true;
     try {
         writeWholeFile(folder_ / draftName, encoded(draft));
-    } catch (const std::exception&) { // a full disk, a folder that was removed
+    } catch (const WholeFileError& error) { // a full disk, a folder that was removed
+        failure_ = error.reason;
+        return false;
+    } catch (const std::exception& error) { // no memory
+        failure_ = error.what();
         return false;
     }
     kept_ = draft;

@@ -30,6 +30,8 @@ class Autosave {
 
     // Writes the draft unless it is the same as last time. False if it cannot be written. Blocks.
     bool keep(const Draft& draft);
+    // Why the last keep() was false: "No space left on device".
+    const std::string& failure() const { return failure_; }
     // Removes the draft: the document was saved or closed.
     void discard();
 
@@ -39,6 +41,7 @@ class Autosave {
     std::filesystem::path folder_; // of this draft alone
     int lock_;                     // descriptor of the locked file
     std::optional<Draft> kept_;
+    std::string failure_;
 };
 
 struct LeftDraft {

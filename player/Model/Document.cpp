@@ -128,16 +128,8 @@ void Document::saveAs(const std::filesystem::path& file) {
     savedSettings_ = settings();
 }
 
-bool Document::differsOnDisk() const {
-    if (!file_)
-        return false;
-    const auto now = FileWatcher::stamp(*file_);
-    return now && now != stamp_;
-}
-
-bool Document::noteFilePresence() {
-    const bool isThere = !file_ || FileWatcher::stamp(*file_).has_value();
-    looksWithoutFile_ = isThere ? 0 : std::min(looksWithoutFile_ + 1, 2);
+bool Document::noteFilePresence(bool isThere) {
+    looksWithoutFile_ = isThere || !file_ ? 0 : std::min(looksWithoutFile_ + 1, 2);
     const bool wasMissing = isFileMissing_;
     isFileMissing_ = looksWithoutFile_ > 1;
     return isFileMissing_ != wasMissing;

@@ -79,11 +79,17 @@ class Document {
     void save();
     void saveAs(const std::filesystem::path& file);
 
-    // Whether the file has another stamp than when it was read or written here.
-    bool differsOnDisk() const;
-    // Looks whether the file exists; true if that changed. Programs that save may remove it for a
-    // moment, so that it is missing only when it was missing at the look before too.
-    bool noteFilePresence();
+    // Of the file when it was read or written here.
+    const std::optional<FileWatcher::Stamp>& stamp() const { return stamp_; }
+    // Whether `now`, the file's stamp, is another one than when it was read or written here. A
+    // removed file, without a stamp, does not differ: this text is all there is.
+    bool differsFrom(const std::optional<FileWatcher::Stamp>& now) const {
+        return file_ && now && now != stamp_;
+    }
+    bool differsOnDisk() const { return file_ && differsFrom(FileWatcher::stamp(*file_)); }
+    // The file was looked for; true if isFileMissing() changed. Programs that save may remove it for
+    // a moment, so that it is missing only when it was missing at the look before too.
+    bool noteFilePresence(bool isThere);
     bool isFileMissing() const { return isFileMissing_; }
     // Reads the file again. Its text replaces this one, which is lost. Throws DocumentFileError.
     void reload();

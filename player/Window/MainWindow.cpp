@@ -1,5 +1,6 @@
 #include "player/Window/MainWindow.h"
 
+#include "player/ChannelsPanel/ChannelActions.h"
 #include "player/CommandList/CommandActions.h"
 #include "player/ControlPanel/ControlFeature.h"
 #include "player/Editor/EpisodeEditor.h"
@@ -88,6 +89,7 @@ void MainWindow::makeFeatures() {
     addEditActions(player_, actions_, *tabs_);
     addPlayActions(actions_, *transport_);
     pictureActions_ = new PictureActions(player_, *this, actions_, *picture_);
+    channels_ = new ChannelActions(player_, *this, actions_, *picture_);
     exports_ = new ExportFeature(player_, *this, actions_);
     thumbnails_ = new ThumbnailService(player_, this);
     start_ = new StartActions(player_, *this, actions_, *thumbnails_,
@@ -118,6 +120,9 @@ void MainWindow::makeDocks() {
     QDockWidget* list = addDock(problems, tr("Problems"), "problems", Qt::BottomDockWidgetArea);
     QDockWidget* keys =
         addDock(new KeysPanel(player_), tr("Keys"), "keys", Qt::BottomDockWidgetArea);
+    tabifyDockWidget(parameters, addDock(channels_->panel(), tr("Channels"), "channels",
+                                         Qt::RightDockWidgetArea));
+    parameters->raise();
     tabifyDockWidget(list, keys);
     tabifyDockWidget(
         list, addDock(exports_->panel(), tr("Exports"), "exports", Qt::BottomDockWidgetArea));

@@ -10,6 +10,7 @@ class QDockWidget;
 
 namespace tarnwick::player {
 
+class ChannelActions;
 class DocumentTabs;
 class ExportFeature;
 class FileActions;
@@ -31,6 +32,7 @@ class MainWindow : public QMainWindow {
     // are loaded into the active episode.
     void open(const QString& file);
     void newEpisode();
+    ChannelActions& channels() { return *channels_; }
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -50,6 +52,7 @@ class MainWindow : public QMainWindow {
     MessageBar* messages_;
     PictureView* picture_;
     TransportBar* transport_;
+    ChannelActions* channels_ = nullptr;
     FileActions* files_ = nullptr;
     PictureActions* pictureActions_ = nullptr;
     ThumbnailService* thumbnails_ = nullptr;

@@ -1,5 +1,6 @@
 #include "player/Window/OutputWindow.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QScreen>
@@ -19,6 +20,14 @@ OutputWindow::OutputWindow(Player& player, int target, QScreen& screen) {
     winId(); // makes the native window, which the next line puts on the screen
     windowHandle()->setScreen(&screen);
     showFullScreen();
+    connect(qApp, &QGuiApplication::screenRemoved, this,
+            [this, &player, display = &screen](QScreen* gone) {
+                if (gone != display)
+                    return;
+                player.tell(
+                    tr("The display %1 was removed; the output is closed.").arg(gone->name()));
+                close();
+            });
 }
 
 void OutputWindow::keyPressEvent(QKeyEvent* event) {

@@ -196,6 +196,9 @@ bool PictureView::eventFilter(QObject* watched, QEvent* event) {
     }
     if (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease)
         return QCoreApplication::sendEvent(this, event);
+    if (event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove ||
+        event->type() == QEvent::Drop)
+        return QCoreApplication::sendEvent(this, event);
     return QWidget::eventFilter(watched, event);
 }
 

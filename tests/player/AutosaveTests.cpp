@@ -1,12 +1,16 @@
 #include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickBase/WholeFile.h"
 #include "player/Model/Autosave.h"
+#include "player/Model/DraftKeeper.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <csignal>
+#include <fstream>
+#include <string>
 #include <unistd.h>
+#include <vector>
 
 namespace tarnwick::player {
 namespace {
@@ -65,6 +69,37 @@ TEST(Autosave, ignoresFilesThatAreNotDrafts) {
     }
     EXPECT_TRUE(leftDrafts(folder.path() / "none").empty());
     EXPECT_EQ(Autosave::make("/proc/none"), nullptr);
+}
+
+// Many drafts in a row: the newest is kept. A folder that is a file, as a full disk: one sentence
+// until a draft is kept again.
+TEST(DraftKeeper, keepsTheNewestDraftAndSaysOnceIfItCannot) {
+    const TemporaryFolder folder;
+    const std::filesystem::path drafts = folder.path() / "drafts";
+    std::vector<std::string> sentences;
+    DispatchQueue queue;
+    {
+        std::ofstream(drafts) << "not a folder";
+        DraftKeeper keeper(queue, drafts, nullptr,
+                           [&](const std::string& sentence) { sentences.push_back(sentence); });
+        for (int count = 0; count < 3; ++count) {
+            keeper.keep(draftOf(std::to_string(count)));
+            queue.sync([] {});
+        }
+        EXPECT_EQ(sentences.size(), 1u);
+        std::filesystem::remove(drafts);
+        for (int count = 0; count < 100; ++count)
+            keeper.keep(draftOf(std::to_string(count)));
+    }
+    queue.sync([] {});
+    const auto left = leftDrafts(drafts);
+    ASSERT_EQ(left.size(), 1u);
+    EXPECT_EQ(left[0].draft.text, "99");
+    DraftKeeper again(queue, drafts, Autosave::takeOver(left[0].folder), {});
+    again.discard();
+    queue.sync([] {});
+    EXPECT_TRUE(leftDrafts(drafts).empty());
+    EXPECT_EQ(sentences.size(), 1u);
 }
 
 } // namespace

@@ -123,18 +123,18 @@ TEST_F(DocumentFiles, areModifiedWhileTheirFileIsMissing) {
     writeWholeFile(file("a.metal"), text);
     Document document = Document::open(file("a.metal"));
     std::filesystem::remove(file("a.metal"));
-    EXPECT_FALSE(document.noteFilePresence()) << "another program may be replacing it";
-    EXPECT_TRUE(document.noteFilePresence());
+    EXPECT_FALSE(document.noteFilePresence(false)) << "another program may be replacing it";
+    EXPECT_TRUE(document.noteFilePresence(false));
     EXPECT_TRUE(document.isModified());
-    EXPECT_FALSE(document.noteFilePresence()) << "told once";
+    EXPECT_FALSE(document.noteFilePresence(false)) << "told once";
     document.save();
     EXPECT_FALSE(document.isModified());
     EXPECT_EQ(bytes(file("a.metal")), text);
     std::filesystem::remove(file("a.metal"));
-    document.noteFilePresence();
-    document.noteFilePresence();
+    document.noteFilePresence(false);
+    document.noteFilePresence(false);
     writeWholeFile(file("a.metal"), "other");
-    EXPECT_TRUE(document.noteFilePresence());
+    EXPECT_TRUE(document.noteFilePresence(true));
     EXPECT_FALSE(document.isModified());
     EXPECT_TRUE(document.differsOnDisk());
 }

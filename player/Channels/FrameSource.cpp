@@ -1,0 +1,209 @@
+#include "player/Channels/FrameSource.h"
+
+#include "TarnwickCore/Editor/FileWatcher.h"
+#include "player/Channels/MovieFrames.h"
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <utility>
+
+namespace tarnwick::player {
+namespace {
+
+constexpr std::uint32_t longestStill = 4096;     // pixels of a side of a picture file
+constexpr std::uint32_t longestMoving = 1920;    // of movies and cameras, which are copied often
+constexpr std::chrono::seconds watchInterval{1}; // between two looks at the file or the camera
+constexpr double farAway = 1;                    // seconds between two times after a seek
+
+} // namespace
+
+struct FrameSource::Shared {
+    SourceKind kind;
+    std::filesystem::path place;
+    std::atomic<bool> isEnd{false};
+    std::mutex calling; // held during a call of `tell`
+    Tell tell;          // empty once the owner is gone
+    std::mutex mutex;   // of the next ones
+    std::condition_variable changed;
+    Frame frame;
+    std::optional<double> wanted = 0;               // the first frame is read at once
+    std::array<std::shared_ptr<Picture>, 3> memory; // of the source's thread; used in turn
+
+    void run();
+    void readFile();
+    void readStill(MediaReader& reader, const std::optional<FileWatcher::Stamp>& stamp);
+    void readMovie(std::unique_ptr<MediaReader> reader,
+                   const std::optional<FileWatcher::Stamp>& stamp);
+    void readCamera();
+
+    MediaUse use(std::uint32_t longestSide) {
+        return {.longestSide = longestSide, .isEnd = [this] { return isEnd.load(); }};
+    }
+    bool rest() { // false at the end
+        std::unique_lock lock(mutex);
+        return !changed.wait_for(lock, watchInterval, [this] { return isEnd.load(); });
+    }
+    std::shared_ptr<Picture> room();
+    void publish(std::shared_ptr<const Picture> picture);
+    std::optional<double> wantedAfter(std::optional<double> time);
+    bool isFar(double time);
+    void say(const std::string& sentence);
+};
+
+// A picture that nobody reads any more, or another one.
+std::shared_ptr<Picture> FrameSource::Shared::room() {
+    for (auto& picture : memory)
+        if (picture && picture.use_count() == 1)
+            return picture;
+    auto made = std::make_shared<Picture>();
+    for (auto& picture : memory)
+        if (!picture) {
+            picture = made;
+            break;
+        }
+    return made;
+}
+
+void FrameSource::Shared::publish(std::shared_ptr<const Picture> picture) {
+    const std::lock_guard lock(mutex);
+    frame.picture = std::move(picture);
+    ++frame.number;
+}
+
+// Waits for a time other than `time`, at most until the next look at the file.
+std::optional<double> FrameSource::Shared::wantedAfter(std::optional<double> time) {
+    std::unique_lock lock(mutex);
+    changed.wait_for(lock, watchInterval, [&] { return isEnd.load() || wanted != time; });
+    return wanted;
+}
+
+bool FrameSource::Shared::isFar(double time) {
+    const std::lock_guard lock(mutex);
+    return isEnd || (wanted && std::abs(*wanted - time) > farAway);
+}
+
+void FrameSource::Shared::say(const std::string& sentence) {
+    const std::lock_guard call(calling);
+    if (tell)
+        tell(sentence);
+}
+
+void FrameSource::Shared::run() {
+    std::string told;
+    while (!isEnd) {
+        const auto stamp = FileWatcher::stamp(place);
+        try {
+            kind == SourceKind::camera ? readCamera() : readFile();
+            told.clear();                       // the file was saved again
+        } catch (const std::exception& error) { // MediaError, or no memory
+            if (!isEnd && std::exchange(told, error.what()) != error.what())
+                say(error.what());
+            // A file is tried again after a change, a camera each time.
+            while (rest() && kind == SourceKind::file && FileWatcher::stamp(place) == stamp)
+                continue;
+        }
+    }
+}
+
+// Returns once the file has changed.
+void FrameSource::Shared::readFile() {
+    const auto stamp = FileWatcher::stamp(place);
+    auto reader = MediaReader::openFile(place, use(longestStill));
+    if (reader->isStill())
+        return readStill(*reader, stamp);
+    reader.reset();
+    readMovie(MediaReader::openFile(place, use(longestMoving)), stamp);
+}
+
+void FrameSource::Shared::readStill(MediaReader& reader,
+                                    const std::optional<FileWatcher::Stamp>& stamp) {
+    if (!reader.next())
+        throw MediaError(place.string() + " cannot be read: it has no pictures.");
+    auto picture = room();
+    reader.readPicture(*picture);
+    publish(std::move(picture));
+    // A deleted file keeps its picture.
+    while (rest())
+        if (const auto now = FileWatcher::stamp(place); now && now != stamp)
+            return;
+}
+
+void FrameSource::Shared::readMovie(std::unique_ptr<MediaReader> reader,
+                                    const std::optional<FileWatcher::Stamp>& stamp) {
+    MovieFrames frames(std::move(reader));
+    std::optional<double> done;
+    auto looked = std::chrono::steady_clock::now();
+    while (!isEnd) {
+        const std::optional<double> time = wantedAfter(done);
+        if (!time || isEnd)
+            continue;
+        if (time != done && frames.goTo(*time, [&] { return isFar(*time); })) {
+            auto picture = room();
+            frames.readPicture(*picture);
+            publish(std::move(picture));
+        }
+        done = time;
+        if (std::chrono::steady_clock::now() - looked < watchInterval)
+            continue;
+        looked = std::chrono::steady_clock::now();
+        if (const auto now = FileWatcher::stamp(place); now && now != stamp)
+            return;
+    }
+}
+
+void FrameSource::Shared::readCamera() {
+    const auto reader = MediaReader::openCamera(place, use(longestMoving));
+    while (!isEnd && reader->next()) {
+        auto picture = room();
+        reader->readPicture(*picture);
+        publish(std::move(picture));
+    }
+    if (!isEnd)
+        throw MediaError("The camera " + place.string() + " gives no more pictures.");
+}
+
+FrameSource::FrameSource(SourceKind kind, std::filesystem::path place, Tell tell)
+    : shared_(std::make_shared<Shared>()) {
+    shared_->kind = kind;
+    shared_->place = std::move(place);
+    shared_->tell = std::move(tell);
+    std::thread([shared = shared_] { shared->run(); }).detach();
+}
+
+FrameSource::~FrameSource() {
+    {
+        const std::lock_guard lock(shared_->mutex);
+        shared_->isEnd = true;
+    }
+    shared_->changed.notify_all();
+    const std::lock_guard call(shared_->calling);
+    shared_->tell = nullptr;
+}
+
+FrameSource::Frame FrameSource::newest() const {
+    const std::lock_guard lock(shared_->mutex);
+    return shared_->frame;
+}
+
+std::uint64_t FrameSource::number() const {
+    const std::lock_guard lock(shared_->mutex);
+    return shared_->frame.number;
+}
+
+void FrameSource::follow(double time) {
+    {
+        const std::lock_guard lock(shared_->mutex);
+        if (shared_->wanted == time)
+            return;
+        shared_->wanted = time;
+    }
+    shared_->changed.notify_all();
+}
+
+} // namespace tarnwick::player
