@@ -40,10 +40,11 @@ constexpr std::array<Option, 5> options{{
     {.name = "--version", .help = "print the release"},
 }};
 
-constexpr CommandForm form{.operands = "[EPISODE.metal | FOLDER]...", .options = options};
+constexpr CommandForm form{.operands = "[EPISODE.metal | FOLDER | LINK]...", .options = options};
 
-constexpr std::string_view summary =
-    "Opens episodes in the player, or shows the episodes of a folder.";
+constexpr std::string_view summary = "Opens episodes in the player, shows the episodes of a "
+                                     "folder, or downloads the shader of a link "
+                                     "of the sharing service.";
 
 // Offers the unsaved work of a player that did not end by itself.
 void recover(Player& player, MainWindow& window) {

@@ -65,7 +65,7 @@ void ExportFeature::exportPackage() {
         return;
     const Episode& episode = *document->document().episode();
     const EpisodeCopy copy = copyOf(*document);
-    const bool hasTitle = episode.metaKeys.contains("title");
+    const bool hasTitle = episode.meta.title != EpisodeMeta{}.title;
     PackageDialog dialog(copy, QString::fromStdString(hasTitle ? episode.meta.title : copy.title),
                          &window_);
     if (dialog.exec() != QDialog::Accepted)

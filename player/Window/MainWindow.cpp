@@ -13,6 +13,7 @@
 #include "player/Panels/ProblemsPanel.h"
 #include "player/Panels/TransportBar.h"
 #include "player/SettingsFiles/SettingsFileActions.h"
+#include "player/Sharing/SharingFeature.h"
 #include "player/SoundPanel/SoundFeature.h"
 #include "player/Start/StartActions.h"
 #include "player/VariationsPanel/VariationsActions.h"
@@ -91,6 +92,7 @@ void MainWindow::makeFeatures() {
     pictureActions_ = new PictureActions(player_, *this, actions_, *picture_);
     channels_ = new ChannelActions(player_, *this, actions_, *picture_);
     exports_ = new ExportFeature(player_, *this, actions_);
+    sharing_ = new SharingFeature(player_, *this, actions_);
     thumbnails_ = new ThumbnailService(player_, this);
     start_ = new StartActions(player_, *this, actions_, *thumbnails_,
                               [this] { files_->openByDialog(); });
@@ -142,7 +144,9 @@ QDockWidget* MainWindow::addDock(QWidget* content, const QString& title, const c
 }
 
 void MainWindow::open(const QString& file) {
-    if (QFileInfo(file).isDir())
+    if (LinkOpener::isLink(file))
+        sharing_->links().open(file);
+    else if (QFileInfo(file).isDir())
         start_->openFolder(file.toStdString());
     else if (file.endsWith(QStringLiteral(".json"), Qt::CaseInsensitive))
         settingsFiles_->load(file, SettingsPart::all);

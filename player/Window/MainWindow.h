@@ -18,6 +18,7 @@ class MessageBar;
 class PictureActions;
 class PictureView;
 class SettingsFileActions;
+class SharingFeature;
 class StartActions;
 class ThumbnailService;
 class TransportBar;
@@ -28,8 +29,8 @@ class MainWindow : public QMainWindow {
   public:
     explicit MainWindow(Player& player);
 
-    // Opens a file, or says why not. A folder is shown with its episodes; settings and keys (.json)
-    // are loaded into the active episode.
+    // Opens a file or a link of the sharing service, or says why not. A folder is shown with its
+    // episodes; settings and keys (.json) are loaded into the active episode.
     void open(const QString& file);
     void newEpisode();
     ChannelActions& channels() { return *channels_; }
@@ -59,6 +60,7 @@ class MainWindow : public QMainWindow {
     StartActions* start_ = nullptr;
     ExportFeature* exports_ = nullptr;
     SettingsFileActions* settingsFiles_ = nullptr;
+    SharingFeature* sharing_ = nullptr;
 };
 
 } // namespace tarnwick::player

@@ -10,12 +10,17 @@ namespace {
 
 Status whoAmI(const Arguments& arguments) {
     const Service service(arguments);
+    const bool asJSON = arguments.has("--json");
+    if (asJSON && !service.token()) {
+        print("null\n");
+        return Status::done;
+    }
     const Secret token = service.wantedToken();
     HeldSignals signals;
     const Me me = awaited(signals, [&](std::stop_token stop) {
         return service.client().me(token.text(), std::move(stop));
     });
-    if (arguments.has("--json")) {
+    if (asJSON) {
         using nlohmann::ordered_json;
         print(accountJSON(me.email, me.handle)
                   .dump(2, ' ', false, ordered_json::error_handler_t::replace) +
@@ -42,7 +47,9 @@ Status handle(const Arguments& arguments) {
 }
 
 constexpr auto whoAmIOptions =
-    joined(std::array<Option, 1>{{{.name = "--json", .help = "print JSON"}}}, serviceOptions);
+    joined(std::array<Option, 1>{{{.name = "--json",
+                                   .help = "print JSON; null if no account is signed in"}}},
+           serviceOptions);
 
 } // namespace
 

@@ -4,6 +4,7 @@
 serve
 kept=home/.local/state/tarnwick
 expect 1 'You are not signed in; tarnwick sign-in does that' whoami
+expect 0 '^null$' whoami --json
 expect 0 'You are not signed in' sign-out
 expect 2 '"now" is unexpected' sign-in now
 # A service that has too much to do is asked again.

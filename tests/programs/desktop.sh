@@ -8,6 +8,13 @@ desktop-file-validate $entry >out 2>err || complain 'no desktop entry'
 have ! -s out
 grep -q -x 'MimeType=x-scheme-handler/tarnwick;' $entry || complain 'no scheme'
 grep -q -x 'Exec=tarnwick open %u' $entry || complain 'another command'
+player=installed/share/applications/tarnwick-player.desktop
+if [ -f $player ]; then
+    desktop-file-validate $player >out 2>err || complain 'no desktop entry of the player'
+    have ! -s out
+    grep -q -x 'MimeType=x-scheme-handler/tarnwick;' $player || complain 'no scheme of the player'
+    have -x installed/bin/tarnwick-player
+fi
 TARNWICK="$folder/installed/bin/tarnwick"
 have -x installed/bin/tarnwick-saver
 expect 2 'does not say which shader to open' open tarnwick://open

@@ -1,0 +1,45 @@
+#include "player/Sharing/SharingFeature.h"
+
+#include "player/Sharing/AccountDialog.h"
+#include "player/Sharing/ShareDialog.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QInputDialog>
+
+namespace tarnwick::player {
+
+SharingFeature::SharingFeature(Player& player, QMainWindow& window, Actions& actions)
+    : QObject(&window), player_(player), window_(window), links_(player, this) {
+    actions.add(ActionMenu::share, tr("&Share episode..."), {}, [this] { share(); });
+    actions.add(ActionMenu::share, tr("&Open link..."), {}, [this] { openLink(); });
+    actions.add(ActionMenu::share, tr("&Account..."), {}, [this] {
+        AccountDialog dialog(&window_);
+        dialog.exec();
+    });
+}
+
+void SharingFeature::share() {
+    const OpenDocument* document = player_.active();
+    if (document == nullptr)
+        return;
+    const Document& shown = document->document();
+    const Episode& episode = *shown.episode();
+    const bool hasTitle = episode.meta.title != EpisodeMeta{}.title;
+    ShareDialog dialog({.title = shown.title(), .text = shown.text(), .settings = shown.settings()},
+                       QString::fromStdString(hasTitle ? episode.meta.title : shown.title()),
+                       &window_);
+    dialog.exec();
+}
+
+void SharingFeature::openLink() {
+    const QString copied = QGuiApplication::clipboard()->text().trimmed();
+    bool isGiven = false;
+    const QString link = QInputDialog::getText(
+        &window_, tr("Open link"), tr("Link of the sharing service:"), QLineEdit::Normal,
+        LinkOpener::isLink(copied) ? copied : QStringLiteral("tarnwick://"), &isGiven);
+    if (isGiven && !link.trimmed().isEmpty())
+        links_.open(link.trimmed());
+}
+
+} // namespace tarnwick::player
