@@ -97,7 +97,7 @@ TEST_F(Sharing, sendsThePreviewOfTheSignedInAccount) {
     EXPECT_TRUE(request.upload().problems().empty());
     const ChildResult drawn = run(previewOrder(request));
     ASSERT_TRUE(drawn.isDone) << drawn.sentence;
-    EXPECT_FALSE(fs::exists(service / "shared")) << "a preview sends nothing";
+    EXPECT_FALSE(fs::exists(service / "shared" / "loop")) << "a preview sends nothing";
     const auto files = last->files();
     const ChildResult shared = run(shareOrder(request, files->path(previewFolder)));
     ASSERT_TRUE(shared.isDone) << shared.sentence;
