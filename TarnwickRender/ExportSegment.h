@@ -1,6 +1,7 @@
 // The segments of a movie: time ranges of programs, one after another.
 #pragma once
 
+#include "TarnwickCore/Performance/Performance.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "TarnwickRender/ValuesAt.h"
@@ -52,6 +53,11 @@ struct ExportSegment {
     // The values at a time in seconds, in place of `values`. A frame takes those of its time, a
     // step of a simulation those of the step's time.
     ValuesAt valuesAt{};
+    // What was performed, fitted to the program's parameters, in place of `values`, `valuesAt` and
+    // the inputs. `start` and `soundStart` are seconds of the performance then, and the clock of
+    // the program is the performed one, for its sound too. Without `loop`. Shared, because the
+    // segments of one movie may show parts of one performance.
+    std::shared_ptr<const Performance> performance{};
     // The inputs at a time in seconds of an episode that takes Inputs; absent: silence and black.
     // Called once a frame, in the order of the frames. If it gives no previous frame, the
     // segment's own is used.

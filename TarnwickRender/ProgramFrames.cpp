@@ -37,8 +37,13 @@ std::string ProgramFrames::absence(const ShaderProgram& program, const gpu::Devi
 }
 
 bool ProgramFrames::warm(float time, gpu::CommandQueue& queue, const ParamValues& values,
-                         const std::function<void()>& afterEach) {
-    return !run_ || run_->warm(time, queue, values, {}, afterEach);
+                         const std::function<void()>& afterEach, const FrameMoment::Mouse& mouse) {
+    return !run_ || run_->warm(time, queue, values, mouse, afterEach);
+}
+
+void ProgramFrames::restart() {
+    if (run_)
+        run_->restart();
 }
 
 void ProgramFrames::restart() {

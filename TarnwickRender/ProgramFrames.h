@@ -56,7 +56,9 @@ class ProgramFrames {
     // of `time` or later starts again. Waits for the GPU and calls `afterEach` every 240 steps.
     // False if the device fails; true without a simulation.
     bool warm(float time, gpu::CommandQueue& queue, const ParamValues& values,
-              const std::function<void()>& afterEach = {});
+              const std::function<void()>& afterEach = {}, const FrameMoment::Mouse& mouse = {});
+    // The next step of a simulation is its first one.
+    void restart();
 
     // A simulation starts again.
     void restart();

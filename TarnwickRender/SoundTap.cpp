@@ -78,6 +78,11 @@ ShaderInputs SoundTap::playedInputs(double time, const ParamValues& values) {
     return inputs(time, values);
 }
 
+void SoundTap::reset() {
+    analyzer_.reset();
+    lastTime_.reset();
+}
+
 void SoundTap::listen(double time, std::span<const float> mono) {
     if (lastTime_ && time < *lastTime_)
         analyzer_.reset();

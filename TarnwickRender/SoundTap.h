@@ -37,6 +37,8 @@ class SoundTap {
     // The same for a single frame: plays the two seconds before it first, so that the levels equal
     // those of playback.
     ShaderInputs playedInputs(double time, const ParamValues& values);
+    // The next call starts from silence.
+    void reset();
     // The times of the frames in these two seconds: 60 a second, none below 0.
     static std::vector<double> timesBefore(double time);
 

@@ -36,7 +36,7 @@ void FrameWalk::begin() {
     controls_.reset();
     made_ = 0;
     lap_ = state_.transport.lapAt(0);
-    go(Transport::frameOf(state_.transport.timeAt(0)), true, controls());
+    go(Transport::frameOf(state_.transport.timeAt(0)), Way::start, controls());
 }
 
 // Nothing changes up to `seconds`, so the moments of the passages in between do not matter.
@@ -44,9 +44,11 @@ void FrameWalk::play(double seconds) {
     const Transport& transport = state_.transport;
     const std::int64_t lap = transport.lapAt(seconds);
     const std::int64_t to = Transport::frameOf(transport.timeAt(seconds));
-    if (to != frame_ || lap != lap_)
-        go(to, lap != lap_, controls());
-    lap_ = lap;
+    if (std::exchange(lap_, lap) != lap)
+        go(transport.speed > 0 ? Transport::frameOf(transport.loop->start) : to, Way::start,
+           controls());
+    if (to != frame_)
+        go(to, Way::playing, controls());
 }
 
 // The changes of one moment are one: a slider and a seek that were published together.
@@ -69,17 +71,18 @@ void FrameWalk::makeChanges() {
     if (!before)
         return;
     lap_ = state_.transport.lapAt(time);
-    go(Transport::frameOf(state_.transport.timeAt(time)), false, *before);
+    go(Transport::frameOf(state_.transport.timeAt(time)), Way::jump, *before);
 }
 
-void FrameWalk::go(std::int64_t to, bool starts, const FrameControls& left) {
-    const bool startsAgain = starts || to < frame_;
+void FrameWalk::go(std::int64_t to, Way way, const FrameControls& left) {
+    const bool startsAgain = way == Way::start || to < frame_;
     if (!startsAgain && to == frame_)
         return;
     if (startsAgain)
         passages_.clear();
     FramePassage& passage = passages_.emplace_back();
     passage.to = to;
+    passage.isJump = startsAgain || way == Way::jump;
     passage.reached = controls();
     if (!startsAgain) {
         passage.from = frame_;

@@ -26,6 +26,7 @@ struct FrameControls {
 struct FramePassage {
     std::optional<std::int64_t> from; // absent: starts again, with frame 0
     std::int64_t to = 0;
+    bool isJump = false;   // by a change of the clock, or by starting again
     FrameControls left;    // of the frame `from`
     FrameControls reached; // of the frames after it up to `to`; the frame `to` is still there
 };
@@ -48,7 +49,8 @@ class FrameWalk {
     void begin();
     void play(double seconds);
     void makeChanges();
-    void go(std::int64_t to, bool starts, const FrameControls& left);
+    enum class Way : std::uint8_t { playing, jump, start };
+    void go(std::int64_t to, Way way, const FrameControls& left);
 
     std::shared_ptr<const Performance> performance_;
     PerformedState state_;

@@ -25,6 +25,30 @@ std::optional<float> valueOf(const ParamValues& values, const std::string& name)
     return found == values.end() ? std::nullopt : std::optional(found->second);
 }
 
+const ParamDecl* declarationOf(const std::string& name, std::span<const ParamDecl> params) {
+    const auto found = std::ranges::find(params, name, &ParamDecl::name);
+    return found == params.end() ? nullptr : &*found;
+}
+
+// Absent: of a parameter that is not declared.
+std::optional<Performance::What> fittedChange(const Performance::What& what,
+                                              std::span<const ParamDecl> params) {
+    if (const Value* value = std::get_if<Value>(&what)) {
+        const ParamDecl* param = declarationOf(value->name, params);
+        if (param == nullptr || !value->value)
+            return param == nullptr ? std::nullopt : std::optional(what);
+        return Value{value->name, std::clamp(*value->value, param->min, param->max)};
+    }
+    if (const Track* track = std::get_if<Track>(&what)) {
+        KeyframeTracks tracks;
+        tracks.tracks[track->name] = track->keys;
+        if (declarationOf(track->name, params) == nullptr)
+            return std::nullopt;
+        return Track{track->name, tracks.fitted(params).tracks[track->name]};
+    }
+    return what;
+}
+
 struct Applying {
     PerformedState& state;
 
@@ -50,6 +74,34 @@ Performance::EpisodeMark Performance::markOf(std::string_view title, std::string
     SHA256 digest;
     digest.update(text);
     return {.title = std::string(title), .sha256 = digest.finish()};
+}
+
+Performance Performance::fitted(std::span<const ParamDecl> params) const {
+    Performance made{.episode = episode, .start = start, .length = length, .remarks = remarks};
+    made.start.settings = start.settings.fitted(params);
+    made.changes.reserve(changes.size());
+    for (const Change& change : changes)
+        if (auto what = fittedChange(change.what, params))
+            made.changes.push_back({change.time, *std::move(what)});
+    return made;
+}
+
+std::vector<std::string> Performance::misfits(std::span<const ParamDecl> params,
+                                              std::string_view source) const {
+    std::set<std::string> names;
+    for (const Change& change : changes)
+        if (const Value* value = std::get_if<Value>(&change.what))
+            names.insert(value->name);
+        else if (const Track* track = std::get_if<Track>(&change.what))
+            names.insert(track->name);
+    std::vector<std::string> sentences = start.settings.misfits(params, source);
+    for (const std::string& name : names)
+        if (declarationOf(name, params) == nullptr) {
+            std::string sentence = undeclaredSentence(name, params, source);
+            if (std::ranges::find(sentences, sentence) == sentences.end())
+                sentences.push_back(std::move(sentence));
+        }
+    return sentences;
 }
 
 void apply(const Performance::What& what, PerformedState& state) {

@@ -60,6 +60,9 @@ struct Performance {
         bool operator==(const Change&) const = default;
     };
 
+    static constexpr double longest = 86400;   // seconds
+    static constexpr double latestClock = 1e7; // seconds of the episode, of a change of the clock
+
     EpisodeMark episode{};
     PerformedState start{};
     std::vector<Change> changes{}; // ascending in time
@@ -70,6 +73,13 @@ struct Performance {
     bool operator==(const Performance&) const = default;
 
     static EpisodeMark markOf(std::string_view title, std::string_view text);
+
+    // The performance of declared parameters only, each value clamped to its range.
+    Performance fitted(std::span<const ParamDecl> params) const;
+    // One sentence for each parameter that moves and is not declared. `episode` names the source of
+    // the declarations: "The episode".
+    std::vector<std::string> misfits(std::span<const ParamDecl> params,
+                                     std::string_view episode) const;
 
     // The document: lines of JSON, docs/performances.md. decode() also reads one that ends early,
     // after any byte past the first line: it has the changes up to there, and a remark. Both throw

@@ -75,19 +75,29 @@ double numberOf(const json& value, const std::string& where) {
     return value.get<double>(); // finite: the parser rejects larger numbers
 }
 
+// A number in [-most, most].
+double boundedOf(const json& value, double most, const std::string& where) {
+    const double number = numberOf(value, where);
+    if (!(std::abs(number) <= most))
+        throw DocumentError(where + " has the time " + shortest(number) +
+                            " s; it must be at most " + shortest(most) + " s.");
+    return number;
+}
+
 Transport transportOf(const json& list, const std::string& where) {
     const bool isList = list.is_array() && (list.size() == 4 || list.size() == 6);
     if (!isList || !list[3].is_boolean())
         throw DocumentError(where + " has a clock that is not [time, since, speed, playing] or "
                                     "[time, since, speed, playing, loop start, loop end].");
-    Transport transport{.time = std::max(numberOf(list[0], where), 0.0),
-                        .since = numberOf(list[1], where),
+    Transport transport{.time = std::max(boundedOf(list[0], Performance::latestClock, where), 0.0),
+                        .since = boundedOf(list[1], Performance::longest, where),
                         .speed = std::clamp(numberOf(list[2], where), -Transport::longestSpeed,
                                             Transport::longestSpeed),
                         .isPlaying = list[3].get<bool>()};
     if (list.size() == 4)
         return transport;
-    const LoopRange loop{numberOf(list[4], where), numberOf(list[5], where)};
+    const LoopRange loop{boundedOf(list[4], Performance::latestClock, where),
+                         boundedOf(list[5], Performance::latestClock, where)};
     if (!(loop.start >= 0 && loop.start < loop.end))
         throw DocumentError(where + " has a loop that does not end after its start.");
     transport.loop = loop;
@@ -137,7 +147,7 @@ Performance::What whatOf(const json& line, const std::string& where) {
 Performance::Change changeOf(const json& line, const std::string& where) {
     if (!line.is_array() || line.size() < 3 || !line[1].is_string())
         throw DocumentError(where + " is not a change: [seconds, kind, ...].");
-    return {numberOf(line[0], where), whatOf(line, where)};
+    return {boundedOf(line[0], Performance::longest, where), whatOf(line, where)};
 }
 
 std::string textMember(const json& object, const char* name, const std::string& where) {
@@ -147,10 +157,14 @@ std::string textMember(const json& object, const char* name, const std::string& 
     return value.get<std::string>();
 }
 
+[[noreturn]] void notAPerformance() {
+    throw DocumentError("The document is not a performance.", DocumentError::Cause::otherKind);
+}
+
 Performance beginningOf(const json& line) {
     const std::string where = "Line 1";
     if (!line.is_object() || !line.contains("kind") || line["kind"] != kind)
-        throw DocumentError("The document is not a performance.", DocumentError::Cause::otherKind);
+        notAPerformance();
     if (const double found = requiredNumber(line, "version", where); found != version)
         throw DocumentError("The performance has version " + shortest(found) +
                             "; this release reads version " + std::to_string(version) + ".");
@@ -165,7 +179,9 @@ Performance beginningOf(const json& line) {
 }
 
 void readEnd(const json& line, const std::string& where, Performance& performance) {
-    performance.length = std::max(performance.length, requiredNumber(line, "length", where));
+    performance.length =
+        std::max(performance.length,
+                 boundedOf(requiredMember(line, "length", where), Performance::longest, where));
     const json& remarks = requiredMember(line, "remarks", where);
     for (const json& remark : remarks)
         if (remark.is_string())
@@ -177,7 +193,10 @@ json parsedLine(std::string_view text, const std::string& where) {
     try {
         return parsedDocument(text);
     } catch (const DocumentError& error) {
-        throw DocumentError(where + " of the document: " + error.what());
+        const std::string sentence = error.what(), first = "Line 1,";
+        throw DocumentError(sentence.starts_with(first)
+                                ? where + "," + sentence.substr(first.size())
+                                : where + ": " + sentence);
     }
 }
 
@@ -220,6 +239,8 @@ std::string Performance::encode() const {
 
 Performance Performance::decode(std::string_view text) {
     const auto [first, isFirstWhole] = takeLine(text);
+    if (!first.starts_with('{'))
+        notAPerformance();
     Performance performance = beginningOf(parsedLine(first, "Line 1"));
     for (std::int64_t number = 2; !text.empty(); ++number) {
         const auto [line, isWhole] = takeLine(text);

@@ -105,6 +105,8 @@ void MovieFrames::begin(const ExportTimeline::Entry& entry, std::int64_t frame,
                                      before - kept);
         });
     }
+    if (entry.segment->performance) // prepared frame by frame
+        return;
     if (!program.usesInputs()) {
         // After the kept frames the simulation is at the step before the first frame.
         if (kept == 0 || frame > 0)
@@ -149,6 +151,7 @@ void MovieFrames::draw(std::int64_t index, const gpu::Texture& target,
     const std::int64_t frame = index - entry->first;
     if (entry_ != &*entry)
         begin(*entry, frame, meanwhile);
+    pictures_->prepare(frame, meanwhile);
     perform(frame, [&](gpu::CommandBuffer& commands) {
         const bool isDrawn =
             entry->count - frame <= entry->fade

@@ -1,8 +1,10 @@
 #include "TarnwickRender/Movies/MovieSound.h"
 
+#include "TarnwickCore/Performance/SoundPieces.h"
 #include "TarnwickRender/Sound/SoundSamples.h"
 
 #include <algorithm>
+#include <cmath>
 #include <thread>
 
 namespace tarnwick {
@@ -115,18 +117,46 @@ class Samples {
                                                    std::int64_t frames, ExportState& state) {
         if (!queue_ || !buffer_)
             return std::nullopt;
+        evaluated_.clear();
+        for (const SoundPiece& piece : piecesOf(segment, frame, frames))
+            if (!evaluatePiece(segment, piece, state))
+                return std::nullopt;
+        return evaluated_;
+    }
+
+    // One piece, unless the segment shows a performance.
+    std::vector<SoundPiece> piecesOf(const ExportSegment& segment, std::int64_t frame,
+                                     std::int64_t frames) {
         // Computed from the whole distance, so that errors do not add up.
         const double start = segment.soundStart.value_or(segment.start) +
                              static_cast<double>(frame) / static_cast<double>(fps_);
-        const auto count = static_cast<std::uint32_t>(frames * perFrame_);
-        const SoundResult result =
-            evaluateSound(*soundProgramOf(segment)->parts(), *queue_, *buffer_, start, count,
-                          segment.soundValues ? *segment.soundValues : segment.values);
+        const std::int64_t count = frames * perFrame_;
+        if (!segment.performance)
+            return {{.count = count,
+                     .start = start,
+                     .values = segment.soundValues ? *segment.soundValues : segment.values}};
+        if (!cursor_ || &cursor_->performance() != segment.performance.get())
+            cursor_.emplace(segment.performance);
+        return soundPieces(*cursor_, std::llround(start * rate), count, rate);
+    }
+
+    bool evaluatePiece(const ExportSegment& segment, const SoundPiece& piece, ExportState& state) {
+        const auto count = static_cast<std::size_t>(piece.count);
+        if (piece.isSilent) {
+            evaluated_.resize(evaluated_.size() + 2 * count);
+            return true;
+        }
+        auto commands = startSound(*soundProgramOf(segment)->parts(), *queue_, *buffer_,
+                                   piece.start, static_cast<std::uint32_t>(count), piece.values,
+                                   static_cast<double>(rate) / piece.speed);
+        const SoundResult result = commands ? finishSound(*commands) : SoundResult::failed;
         if (result == SoundResult::failed)
-            return std::nullopt;
+            return false;
         if (result == SoundResult::endedByLoopBudget)
             state.noteLoopBudget();
-        return soundSamples(*buffer_, count);
+        const auto samples = soundSamples(*buffer_, count);
+        evaluated_.insert(evaluated_.end(), samples.begin(), samples.end());
+        return true;
     }
 
     std::unique_ptr<gpu::CommandQueue> queue_;
@@ -135,6 +165,8 @@ class Samples {
     std::vector<float> second_;          // the current second
     std::optional<std::int64_t> filled_; // the movie's frame that it begins with
     std::vector<float> silence_;         // of one frame
+    std::vector<float> evaluated_;
+    std::optional<PerformanceCursor> cursor_; // of the last performance
 };
 
 // Waits for the pictures: otherwise the whole sound of a long movie would be rendered with its

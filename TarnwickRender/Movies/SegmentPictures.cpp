@@ -43,12 +43,17 @@ SegmentPictures::SegmentPictures(const ExportSegment& segment, const Stage& stag
       area_(segment.layout ? segment.layout->picture : whole(stage.frame)),
       background_(segment.layout ? segment.layout->background : gpu::ClearColor()) {
     const ShaderProgram& program = *segment.program;
-    frames_ = ProgramFrames::make(segment.program, stage.device, area_.width, area_.height,
-                                  segment.valuesAt);
-    if (program.usesInputs())
+    if (segment.performance)
+        performed_ = PerformedFrames::make(segment.program, stage.device, area_.width, area_.height,
+                                           segment.performance);
+    else
+        frames_ = ProgramFrames::make(segment.program, stage.device, area_.width, area_.height,
+                                      segment.valuesAt);
+    if (frames_ && program.usesInputs())
         feedback_ = FeedbackFrames::make(stage.device, area_.width, area_.height,
                                          ShaderProgram::pixelFormat);
-    if (!frames_ || program.usesInputs() != (feedback_ != nullptr))
+    const bool isWhole = frames_ && program.usesInputs() == (feedback_ != nullptr);
+    if (!performed_ && !isWhole)
         throw ExportError(ExportError::Setup{
             ProgramFrames::absence(program, stage.device, area_.width, area_.height)});
 }
@@ -67,11 +72,20 @@ FrameMoment SegmentPictures::moment(double time) const {
 }
 
 bool SegmentPictures::warm(std::int64_t frame, const std::function<void()>& afterEach) {
-    return frames_->warm(static_cast<float>(time(frame)), stage_.queue, segment_.values, afterEach);
+    return performed_ ||
+           frames_->warm(static_cast<float>(time(frame)), stage_.queue, segment_.values, afterEach);
+}
+
+void SegmentPictures::prepare(std::int64_t frame, const std::function<void()>& afterEach) {
+    while (performed_ && performed_->prepare(time(frame), stage_.queue))
+        afterEach();
 }
 
 bool SegmentPictures::encode(gpu::CommandBuffer& commands, const gpu::Texture& target,
                              std::int64_t frame, const Watermark* watermark) {
+    if (performed_)
+        return performed_->encode(commands,
+                                  passOver(target, overlayAt(performed_->time()), watermark));
     const double at = time(frame);
     const ParamValues values = segment_.valuesAt ? segment_.valuesAt(at) : segment_.values;
     const ShaderInputs inputs = segment_.inputsAt ? segment_.inputsAt(at) : ShaderInputs::none();
@@ -81,17 +95,22 @@ bool SegmentPictures::encode(gpu::CommandBuffer& commands, const gpu::Texture& t
                      : encodeDirectly(commands, target, drawn, overlay, watermark);
 }
 
+// The pass over the whole frame that draws the program's picture into its area.
+FramePass SegmentPictures::passOver(const gpu::Texture& target, const gpu::Texture* overlay,
+                                    const Watermark* watermark) const {
+    using Encoder = gpu::RenderCommandEncoder;
+    return {.descriptor = {.color = {.texture = &target,
+                                     .load = gpu::LoadAction::clear,
+                                     .clear = background_}},
+            .before = [this](Encoder& encoder) { enter(encoder, area_); },
+            .after = [this, overlay,
+                      watermark](Encoder& encoder) { drawOver(encoder, overlay, watermark); }};
+}
+
 bool SegmentPictures::encodeDirectly(gpu::CommandBuffer& commands, const gpu::Texture& target,
                                      const ProgramFrame& frame, const gpu::Texture* overlay,
                                      const Watermark* watermark) const {
-    using Encoder = gpu::RenderCommandEncoder;
-    return frames_->encode(
-        commands, frame,
-        {.descriptor = {.color = {.texture = &target,
-                                  .load = gpu::LoadAction::clear,
-                                  .clear = background_}},
-         .before = [this](Encoder& encoder) { enter(encoder, area_); },
-         .after = [&](Encoder& encoder) { drawOver(encoder, overlay, watermark); }});
+    return frames_->encode(commands, frame, passOver(target, overlay, watermark));
 }
 
 // The program's picture has a texture of its own, which the next frame reads without overlays.

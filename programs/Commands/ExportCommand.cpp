@@ -4,6 +4,7 @@
 #include "programs/Commands/Command.h"
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeLoop.h"
+#include "programs/Episode/EpisodePerformance.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Episode/EpisodeSound.h"
@@ -25,6 +26,7 @@ struct Request {
     Episode episode;
     MovieTarget movie;
     Settings settings;
+    std::shared_ptr<const Performance> performance; // null: the settings and the plain clock
     double askedStart = 0, start = 0, duration = 0, crossfade = 0; // seconds
     std::optional<LoopSearch> search;                              // its result is the duration
     std::optional<FrameRange> frames;
@@ -32,9 +34,14 @@ struct Request {
     bool sound = false, watermark = false;
 };
 
-double durationOf(const Arguments& arguments, const Episode& episode) {
-    const double duration = arguments.has("--duration") ? arguments.numberOf("--duration")
-                                                        : episode.length().value_or(usualDuration);
+double usualDurationOf(const Request& request) {
+    return request.performance ? request.performance->length - request.askedStart
+                               : request.episode.length().value_or(usualDuration);
+}
+
+double durationOf(const Arguments& arguments, const Request& request) {
+    const double duration =
+        arguments.has("--duration") ? arguments.numberOf("--duration") : usualDurationOf(request);
     checkMovieLength(duration);
     return duration;
 }
@@ -78,15 +85,17 @@ Request requestOf(const Arguments& arguments) {
     request.askedStart = arguments.numberOf("--start");
     request.crossfade = arguments.numberOf("--loop");
     request.episode = episodeAt(path);
+    request.performance = episodePerformanceOf(arguments, request.episode);
     request.search = searchOf(arguments, request);
     if (!request.search)
-        request.duration = durationOf(arguments, request.episode);
+        request.duration = durationOf(arguments, request);
     request.start = startOf(request);
     if (request.search)
         request.search->start = request.start;
     if (const auto given = arguments.value("--frames"))
         request.frames = exportFramesOf(*given, request.movie.preset, request.duration);
-    request.settings = episodeSettingsOf(arguments, request.episode);
+    if (!request.performance)
+        request.settings = episodeSettingsOf(arguments, request.episode);
     request.sound = exportSoundOf(arguments, request.episode);
     request.watermark = arguments.has("--watermark");
     request.chapters = chapterListAt(arguments.value("--chapters").value_or(""));
@@ -102,7 +111,8 @@ ExportSegment segmentOf(const Request& request, std::shared_ptr<const ShaderProg
                           .watermark = request.watermark,
                           .sound = request.sound,
                           .loop = request.crossfade,
-                          .loopSound = true};
+                          .loopSound = true,
+                          .performance = request.performance};
     letFollow(segment, request.settings);
     return segment;
 }
@@ -120,7 +130,7 @@ Status export_(const Arguments& arguments) {
         request.movie.out.say("The loop takes " + loopText(found, request.search->fps) + ".\n");
     }
     checkSteps(*program, request.start + request.duration, "movies");
-    if (request.sound && (!request.frames || request.frames->first == 0)) {
+    if (request.sound && !request.performance && (!request.frames || request.frames->first == 0)) {
         const double crossfade = crossfadeOf(request, request.duration);
         checkHeard({.episode = request.episode,
                     .values = request.settings.values,
@@ -129,7 +139,8 @@ Status export_(const Arguments& arguments) {
                    *device);
     }
     ExportSegment segment = segmentOf(request, program);
-    const auto tap = program->usesInputs() ? SoundTap::make(program, *device) : nullptr;
+    const auto tap =
+        program->usesInputs() && !request.performance ? SoundTap::make(program, *device) : nullptr;
     letListen(segment, tap.get());
     exportMovie({&segment, 1}, request.movie, *device, request.episode.path,
                 {.frames = request.frames, .chapters = request.chapters});
@@ -142,7 +153,7 @@ constexpr std::array<Option, 7> timeOptions{{
      .value = "SECONDS",
      .help = "length of the movie",
      .values = secondsUpToADay,
-     .byDefault = "@length of the episode, or 10"},
+     .byDefault = "@length of the episode, or 10; the rest of a performance"},
     {.name = "--loop",
      .value = "SECONDS",
      .help = "crossfade the end, sound included, into the seconds before the start, so that the "
@@ -166,8 +177,10 @@ constexpr std::array<Option, 7> timeOptions{{
      .excludes = "--frames"},
     movieSizeOption,
 }};
-constexpr auto exportOptions =
-    joined(std::array{movieOutOption}, movieOptions, timeOptions, animationOptions);
+constexpr auto exportOptions = joined(
+    std::array{movieOutOption}, movieOptions, timeOptions,
+    std::array{performanceOption("--loop --find-loop --set --keys --settings --no-settings")},
+    animationOptions);
 
 } // namespace
 

@@ -4,6 +4,7 @@
 #include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
 #include "programs/Episode/EpisodeFile.h"
+#include "programs/Episode/EpisodePerformance.h"
 #include "programs/Episode/EpisodePicture.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
@@ -55,7 +56,9 @@ Request requestOf(const Arguments& arguments) {
     frame.time = timeOf(arguments, frame.episode);
     frame.frame = frameOf(arguments, frame.time);
     frame.hears = hearsOf(arguments, frame.episode);
-    frame.settings = episodeSettingsOf(arguments, frame.episode);
+    frame.performance = episodePerformanceOf(arguments, frame.episode);
+    if (!frame.performance)
+        frame.settings = episodeSettingsOf(arguments, frame.episode);
     return request;
 }
 
@@ -90,7 +93,8 @@ constexpr auto stillOptions = joined(
          .values = WholeNumber{.most = std::numeric_limits<std::uint32_t>::max()},
          .byDefault = "30 frames per second of the time"},
     }},
-    animationOptions, hearOptions);
+    animationOptions, hearOptions,
+    std::array{performanceOption("--frame --set --keys --settings --no-settings --hear")});
 
 } // namespace
 

@@ -1,6 +1,7 @@
 #include "programs/Episode/EpisodePicture.h"
 
 #include "TarnwickCore/Text/Numbers.h"
+#include "TarnwickRender/Performing/PerformedStill.h"
 #include "TarnwickRender/ProgramFrames.h"
 #include "TarnwickRender/SoundTap.h"
 #include "programs/CommandLine/CommandError.h"
@@ -27,6 +28,20 @@ std::uint32_t savedFrame(double time) {
     return static_cast<std::uint32_t>(std::min(time * 30, greatest));
 }
 
+namespace {
+
+Picture performed(const std::shared_ptr<const ShaderProgram>& program, const EpisodeFrame& frame,
+                  gpu::Device& device, StillNews& news) {
+    const auto [width, height] = frame.size;
+    std::optional<Picture> picture =
+        performedStill(program, device, width, height, frame.performance, frame.time, &news);
+    if (!picture)
+        failure(ProgramFrames::absence(*program, device, width, height));
+    return *std::move(picture);
+}
+
+} // namespace
+
 Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const EpisodeFrame& frame,
                   gpu::Device& device, StillNews& news, ProgressBar& bar) {
     checkSteps(*program, frame.time, "stills");
@@ -38,6 +53,8 @@ Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const Epi
             bar.doing("Drawing " + frame.episode.path);
     };
     const auto [width, height] = frame.size;
+    if (frame.performance)
+        return performed(program, frame, device, news);
     const auto tap =
         frame.hears && program->usesInputs() ? SoundTap::make(program, device) : nullptr;
     const ShaderInputs inputs =

@@ -5,10 +5,12 @@
 #include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/Episode/Episode.h"
+#include "TarnwickCore/Performance/Performance.h"
 #include "TarnwickRender/StillRenderer.h"
 #include "programs/Terminal/ProgressBar.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -30,6 +32,8 @@ struct EpisodeFrame {
     std::uint32_t frame = 0;
     Settings settings{};
     bool hears = false; // its own sound up to that time; else silence
+    // In place of `frame`, `settings` and `hears`; `time` is of the performance then.
+    std::shared_ptr<const Performance> performance{};
 };
 
 // Compiles and draws it, with progress on standard error. Throws CommandError; the compiler's

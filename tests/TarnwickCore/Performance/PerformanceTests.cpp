@@ -77,11 +77,13 @@ TEST(Performance, readsAnyBeginningOfItsFile) {
 TEST(Performance, namesTheLineThatIsInvalid) {
     const std::string beginning = Performance{}.encodedBeginning();
     const std::vector<std::pair<std::string, std::string>> rows{
-        {"[1,\"value\",\"a\",]\n", "Line 2 of the document: Line 1, column 16 is not JSON"},
+        {"[1,\"value\",\"a\",]\n", "Line 2, column 16 is not JSON"},
         {"[2,\"value\",\"a\",1]\n[1,\"value\",\"a\",1]\n", "Line 3 is at 1 s, before the change"},
         {"[1,\"tilt\",2]\n", "Line 2 has a change of the unknown kind \"tilt\"."},
         {"[1,\"value\",\"a\",\"b\"]\n", "Line 2: the value is not a number."},
         {"[1,\"clock\",[0,0,1,true,2,1]]\n", "Line 2 has a loop that does not end"},
+        {"[90000,\"mouse\",null]\n", "Line 2 has the time 90000 s; it must be at most 86400 s."},
+        {"[1,\"clock\",[1e300,0,1,true]]\n", "Line 2 has the time 1e+300 s"},
         {"[\"1\",\"mouse\",null]\n", "Line 2 has \"1\" where a number is required."},
     };
     for (const auto& [lines, expected] : rows)

@@ -1,0 +1,73 @@
+// The frames of an episode as it was performed: on a screen, in a movie and as a still the same.
+//
+// Particles and frames that are read as the previous one go on in frames of 1/60 s of the episode's
+// clock (FrameWalk), however often a frame is shown. An episode that reads its previous frame shows
+// the nearest of these frames; others show the exact time.
+#pragma once
+
+#include "TarnwickCore/Performance/FrameWalk.h"
+#include "TarnwickRender/FeedbackFrames.h"
+#include "TarnwickRender/ProgramFrames.h"
+#include "TarnwickRender/SoundTap.h"
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <optional>
+
+namespace tarnwick {
+
+// One thread at a time. The device outlives it.
+class PerformedFrames {
+  public:
+    // Null if the device has no room; ProgramFrames::absence has the reason. `performance` is
+    // fitted to the program's parameters.
+    static std::unique_ptr<PerformedFrames> make(std::shared_ptr<const ShaderProgram> program,
+                                                 gpu::Device& device, std::int64_t width,
+                                                 std::int64_t height,
+                                                 std::shared_ptr<const Performance> performance);
+    PerformedFrames(const PerformedFrames&) = delete;
+    PerformedFrames& operator=(const PerformedFrames&) = delete;
+
+    struct Progress {
+        std::int64_t done = 0, total = 0; // frames of 1/60 s
+    };
+    // Computes a part of what the frame at `seconds` of the performance depends on. Returns the
+    // progress, or nothing when the frame can be drawn. Fast forwards. Blocks for 60 frames of
+    // 1/60 s, at most.
+    std::optional<Progress> prepare(double seconds, gpu::CommandQueue& queue);
+
+    // Encodes the frame of the last prepare(), which returned nothing. Neither commits nor waits.
+    // False if the device fails.
+    bool encode(gpu::CommandBuffer& commands, const FramePass& pass);
+
+    double time() const; // seconds of the episode, of that frame
+    // Whether a loop of the episode was ended in prepare().
+    bool hitLoopBudget() const { return hitLoopBudget_ || frames_->hitLoopBudget(); }
+
+  private:
+    PerformedFrames(std::shared_ptr<const ShaderProgram> program,
+                    std::shared_ptr<const Performance> performance);
+    void start();
+    std::int64_t go(const FramePassage& passage, std::int64_t limit, gpu::CommandQueue& queue);
+    void leave(const FrameControls& controls, gpu::CommandQueue& queue);
+    void reach(std::int64_t frame, const FrameControls& controls, gpu::CommandQueue& queue);
+    void hear(std::int64_t frame, const FramePassage& passage);
+    bool encode(gpu::CommandBuffer& commands, double time, const FrameControls& controls,
+                const FramePass& pass);
+    FrameMoment::Mouse mouse(const FrameControls& controls) const;
+
+    std::shared_ptr<const ShaderProgram> program_;
+    FrameWalk walk_;
+    std::unique_ptr<ProgramFrames> frames_;
+    std::unique_ptr<FeedbackFrames> feedback_; // of a program that reads its previous frame
+    std::unique_ptr<SoundTap> tap_;            // of a program that may hear its sound
+    std::shared_ptr<const Settings> settings_; // of the steps that are encoded
+    ShaderInputs inputs_;                      // of the frame frame_
+    std::deque<FramePassage> ahead_;           // not yet computed
+    std::int64_t frame_ = -1;                  // the steps are done up to it; -1: none
+    double seconds_ = -1;                      // of the last prepare()
+    bool hasFailed_ = false, hitLoopBudget_ = false;
+};
+
+} // namespace tarnwick
