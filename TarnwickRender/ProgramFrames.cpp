@@ -46,11 +46,6 @@ void ProgramFrames::restart() {
         run_->restart();
 }
 
-void ProgramFrames::restart() {
-    if (run_)
-        run_->restart();
-}
-
 bool ProgramFrames::follow(const ProgramFrames& other, gpu::Device& device,
                            gpu::CommandQueue& queue) {
     return simulation() == nullptr || (other.run_ && run_->follow(*other.run_, device, queue));

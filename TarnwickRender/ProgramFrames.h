@@ -57,8 +57,6 @@ class ProgramFrames {
     // False if the device fails; true without a simulation.
     bool warm(float time, gpu::CommandQueue& queue, const ParamValues& values,
               const std::function<void()>& afterEach = {}, const FrameMoment::Mouse& mouse = {});
-    // The next step of a simulation is its first one.
-    void restart();
 
     // A simulation starts again.
     void restart();

@@ -15,6 +15,7 @@ class PerformanceCursor {
     explicit PerformanceCursor(std::shared_ptr<const Performance> performance);
 
     const Performance& performance() const { return *performance_; }
+    const std::shared_ptr<const Performance>& shared() const { return performance_; }
 
     // The state after all changes up to `seconds` of the performance. Before its beginning: the
     // state at the beginning. Valid until the next call. Going back starts at the beginning.

@@ -94,9 +94,4 @@ bool ShaderRun::warm(double time, gpu::CommandQueue& queue, const ParamValues& v
            simulation_->warm(ParticleSimulation::steps(time), queue, values, mouse, afterEach);
 }
 
-void ShaderRun::restart() {
-    if (simulation_)
-        simulation_->reset();
-}
-
 } // namespace tarnwick

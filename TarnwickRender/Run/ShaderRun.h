@@ -51,9 +51,6 @@ class ShaderRun {
               const ParticleSimulation::Mouse& mouse = {},
               const std::function<void()>& afterEach = {});
 
-    // The next step of a simulation is its first one.
-    void restart();
-
   private:
     ShaderRun() = default;
     void drawMesh(const TWUniforms& uniforms, gpu::CommandBuffer& commands,

@@ -23,7 +23,22 @@ OpenDocument::OpenDocument(std::uint64_t id, Document document, std::unique_ptr<
 OpenDocument::~OpenDocument() = default;
 
 double OpenDocument::time() const {
-    return transport_.timeAt(currentMediaTime());
+    return transport().timeAt(currentMediaTime());
+}
+
+void OpenDocument::showReplayed(std::optional<PerformedState> state) {
+    const bool moves = (state ? state->transport : transport_) != transport();
+    replayed_ = std::move(state);
+    if (moves)
+        emit transportChanged();
+    emit settingsChanged();
+}
+
+// Before a change of the document.
+void OpenDocument::endReplay() {
+    if (replayed_)
+        emit touchedInReplay();
+    replayed_.reset();
 }
 
 void OpenDocument::setText(std::string text) {
@@ -75,6 +90,7 @@ void OpenDocument::forgetProgram() {
 }
 
 void OpenDocument::setTransport(const Transport& transport) {
+    endReplay();
     if (transport == transport_)
         return;
     transport_ = transport;
@@ -82,6 +98,7 @@ void OpenDocument::setTransport(const Transport& transport) {
 }
 
 void OpenDocument::hold(const ParamValues& values) {
+    endReplay();
     ParamValues next = values;
     next.merge(held_);
     held_ = std::move(next);
@@ -103,6 +120,11 @@ Settings OpenDocument::playedSettings() const {
 }
 
 float OpenDocument::valueNow(const ParamDecl& param) const {
+    if (replayed_) {
+        const ParamValues values = replayed_->settings.valuesAt(time());
+        const auto found = values.find(param.name);
+        return found == values.end() ? param.defaultValue : found->second;
+    }
     const auto held = held_.find(param.name);
     return held == held_.end() ? document_.valueAt(param, time())
                                : std::clamp(held->second, param.min, param.max);
@@ -110,6 +132,7 @@ float OpenDocument::valueNow(const ParamDecl& param) const {
 
 void OpenDocument::setValue(const std::string& name, float value) {
     held_.erase(name);
+    endReplay();
     document_.setValue(name, value, time());
     emit settingsChanged();
 }
@@ -124,6 +147,7 @@ void OpenDocument::resetValue(const std::string& name) {
 
 void OpenDocument::setSettings(Settings settings, const std::string& change,
                                const std::string& gesture) {
+    endReplay();
     document_.setSettings(std::move(settings), change, gesture);
     emit settingsChanged();
 }
@@ -138,16 +162,19 @@ void OpenDocument::keepSnapshot(std::size_t index) {
 }
 
 void OpenDocument::morph(float mix) {
+    endReplay();
     document_.morph(mix);
     emit settingsChanged();
 }
 
 void OpenDocument::undoSettings() {
+    endReplay();
     document_.history().undo();
     emit settingsChanged();
 }
 
 void OpenDocument::redoSettings() {
+    endReplay();
     document_.history().redo();
     emit settingsChanged();
 }

@@ -1,6 +1,7 @@
 // A document in the player: edited, compiled and played.
 #pragma once
 
+#include "TarnwickCore/Performance/Performance.h"
 #include "player/Compiling/LiveCompiler.h"
 #include "player/Model/Document.h"
 #include "player/Model/DraftKeeper.h"
@@ -25,8 +26,14 @@ class OpenDocument : public QObject {
 
     std::uint64_t id() const { return id_; }
     const Document& document() const { return document_; }
-    const Transport& transport() const { return transport_; }
+    // What the controls show: that of the document, or of the performance that is replayed.
+    const Transport& transport() const { return replayed_ ? replayed_->transport : transport_; }
     double time() const; // seconds of the episode, now
+    float valueNow(const ParamDecl& param) const;
+
+    // Shows the state of a performance in the controls, without changing the document; absent: the
+    // document's own. The transport has the host clock.
+    void showReplayed(std::optional<PerformedState> state);
 
     // The newest result of the compiler; null before the first.
     const CompileResult* result() const { return result_ ? &*result_ : nullptr; }
@@ -87,14 +94,18 @@ class OpenDocument : public QObject {
     void transportChanged();
     void resultChanged();
     void changedOutside();
-    void removedOutside(); // the file is gone; the text stays
+    void removedOutside();  // the file is gone; the text stays
+    void touchedInReplay(); // a control was moved: the replay ends
 
   private:
+    void endReplay();
+
     std::uint64_t id_;
     Document document_;
     Transport transport_;
     ParamValues held_;
     std::unique_ptr<DraftKeeper> drafts_;
+    std::optional<PerformedState> replayed_; // absent: no replay
     std::optional<CompileResult> result_;
     std::shared_ptr<const ShaderProgram> program_;
     std::uint64_t programRevision_ = 0;

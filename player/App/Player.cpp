@@ -137,6 +137,17 @@ void Player::setLevels(std::shared_ptr<const LiveLevels> levels, bool hearsOwnSo
     publish();
 }
 
+void Player::setReplay(std::shared_ptr<const Performance> performance, const Transport& clock) {
+    replay_ = std::move(performance);
+    replayClock_ = clock;
+    publish();
+}
+
+void Player::restartPicture() {
+    ++restart_;
+    publish();
+}
+
 // All documents are compiled again, for the new device.
 void Player::useDevice() {
     news_ = {};
@@ -214,6 +225,11 @@ void Player::publish() {
             record->program ? settings.fitted(record->program->params()) : settings);
         for (const AddToRecord& add : added_)
             add(*active_, *record);
+    }
+    record->restart = restart_;
+    if (replay_) {
+        record->replay = replay_;
+        record->transport = replayClock_;
     }
     picture_->show(record);
     emit published(record);

@@ -60,6 +60,12 @@ class Player : public QObject {
     // Publishes a record of the present state.
     void publish();
 
+    // Draws a performance of the active document until null is set. `clock` counts seconds of the
+    // performance. What the document keeps is not changed.
+    void setReplay(std::shared_ptr<const Performance> performance, const Transport& clock = {});
+    // Particles and frames that are read again are computed anew, as after a seek.
+    void restartPicture();
+
     // Shows one sentence to the user, who need not answer.
     void tell(const QString& sentence) { emit told(sentence); }
 
@@ -112,6 +118,9 @@ class Player : public QObject {
     std::optional<double> compilingSince_; // of the active document
     std::shared_ptr<const LiveLevels> levels_;
     bool hearsOwnSound_ = true;
+    std::shared_ptr<const Performance> replay_; // null: none
+    Transport replayClock_;
+    std::uint64_t restart_ = 0;
     LiveNews news_;
     QTimer autosave_, watch_;
     double ticked_ = 0;                      // host seconds of the last tick of watch_

@@ -168,7 +168,9 @@ SceneMoment Drawing::moment() const {
             .isPlaying = record_->transport.isPlaying,
             .clock = clockNumber_,
             .levels = record_->levels ? record_->levels->newest() : nullptr,
-            .hearsOwnSound = record_->hearsOwnSound};
+            .hearsOwnSound = record_->hearsOwnSound,
+            .restart = record_->restart,
+            .replay = record_->replay};
 }
 
 // Makes the scene of the wanted program and size, a part at a time, and shows it once its first
@@ -246,7 +248,7 @@ bool Drawing::draw(Scene& scene, const SceneMoment& moment) {
         return false;
     scene.finish();
     news_.frameSeconds += channelSeconds_;
-    news_.time = moment.time;
+    news_.time = scene.episodeTime(moment);
     news_.picture = scene.size();
     news_.divisor = scale_.divisor();
     news_.hitLoopBudget = commands->hitLoopBudget();

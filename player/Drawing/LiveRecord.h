@@ -3,6 +3,7 @@
 
 #include "TarnwickBase/PixelSize.h"
 #include "TarnwickCore/Animation/Settings.h"
+#include "TarnwickCore/Performance/Performance.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "player/Drawing/LiveChannels.h"
@@ -35,6 +36,11 @@ struct LiveRecord {
     // They are of the program's own sound. A pause, and a player without levels, compute them with
     // the frame.
     bool hearsOwnSound = true;
+    // Another number than before: the state that is kept between frames is computed again.
+    std::uint64_t restart = 0;
+    // A performance that is drawn instead of the settings and the mouse, fitted to the program's
+    // parameters; null: none. `transport` is its clock then, in seconds of the performance.
+    std::shared_ptr<const Performance> replay{};
 };
 
 // The state of the drawing thread after a frame, or instead of one.

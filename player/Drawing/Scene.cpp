@@ -51,6 +51,7 @@ bool Scene::follow(const Scene& other, gpu::CommandQueue& queue) {
     followed_ = {other.picture(), other.frame_ > 0 ? &other.pictures_->current() : nullptr};
     frame_ = other.frame_;
     clock_ = other.clock_;
+    restart_ = other.restart_;
     isFollower_ = hasState();
     return true;
 }
@@ -89,7 +90,10 @@ void Scene::aim(const SceneMoment& moment) {
 }
 
 std::optional<LiveNews::Warming> Scene::warm(const SceneMoment& moment, gpu::CommandQueue& queue) {
+    takeOver(moment);
     settings_ = moment.settings;
+    if (replayed_)
+        return warmReplay(moment, queue);
     if (!hasState() || (!goal_ && !needsWarming(moment)))
         return std::nullopt;
     aim(moment);
@@ -100,13 +104,40 @@ std::optional<LiveNews::Warming> Scene::warm(const SceneMoment& moment, gpu::Com
     return warming;
 }
 
+// Takes over another replay, and computes the state again where that is wanted.
+void Scene::takeOver(const SceneMoment& moment) {
+    const bool isOther = moment.replay != replay_;
+    if (isOther) {
+        replay_ = moment.replay;
+        replayed_ =
+            replay_ ? PerformedFrames::make(program_, *device_, size_.width, size_.height, replay_)
+                    : nullptr;
+    }
+    if (!isOther && moment.restart == restart_)
+        return;
+    restart_ = moment.restart;
+    frames_->restart();
+    frame_ = -1;
+    goal_.reset();
+    followed_.reset();
+}
+
+std::optional<LiveNews::Warming> Scene::warmReplay(const SceneMoment& moment,
+                                                   gpu::CommandQueue& queue) {
+    const auto progress = replayed_->prepare(moment.time, queue);
+    if (!progress)
+        return std::nullopt;
+    return LiveNews::Warming{.done = progress->done, .total = progress->total};
+}
+
 std::optional<LiveNews::Warming> Scene::warmSimulation(const SceneMoment& moment,
                                                        gpu::CommandQueue& queue) {
     const std::int64_t goal = goal_->frame;
     const std::int64_t from = std::max<std::int64_t>(lastStep(), 0);
     const std::int64_t next = std::min(goal, from + partOfWarming);
     const ParamValues values = moment.settings->valuesAt(moment.time);
-    if (!frames_->warm(static_cast<float>(timeOf(next)), queue, values))
+    if (!frames_->warm(static_cast<float>(timeOf(next)), queue, values, {},
+                       frameMoment(moment).mouse))
         return std::nullopt; // the device fails, which the next frame reports
     if (next == goal)
         return std::nullopt;
@@ -145,7 +176,7 @@ FrameMoment Scene::frameMoment(const SceneMoment& moment) const {
     if (moment.mouse)
         mouse = {(*moment.mouse)[0] * static_cast<float>(size_.width),
                  (*moment.mouse)[1] * static_cast<float>(size_.height)};
-    return {.time = static_cast<float>(moment.time),
+    return {.time = static_cast<float>(episodeTime(moment)),
             .timeDelta = static_cast<float>(frameSeconds),
             .frame = static_cast<std::uint32_t>(Transport::frameOf(moment.time)),
             .mouse = mouse};
@@ -186,24 +217,37 @@ std::optional<gpu::CommandBuffer> Scene::encode(const SceneMoment& moment,
     auto commands = queue.commandBuffer();
     if (!commands)
         return std::nullopt;
-    encoded_ = Transport::frameOf(moment.time);
+    encoded_ = replayed_ ? -1 : Transport::frameOf(moment.time);
     encodedClock_ = moment.clock;
-    if (program_->readsPrevious() && !followed_ &&
-        encoded_ == frame_) // with other values or another pointer
-        pictures_->goBack(frame_ > 0);
-    const ParamValues values = settings_->valuesAt(moment.time);
-    const ShaderInputs seen = program_->usesInputs() ? inputs(moment) : ShaderInputs::none();
-    const gpu::RenderPassDescriptor pass{
-        .color = {.texture = &pictures_->current(), .load = gpu::LoadAction::clear}};
-    const bool isEncoded = frames_->encode(*commands,
-                                           {.moment = frameMoment(moment),
-                                            .values = values,
-                                            .inputs = seen,
-                                            .stepLimit = stepsOfFrame},
-                                           {.descriptor = pass});
+    if (program_->readsPrevious() && !followed_ && encoded_ >= 0 && encoded_ == frame_)
+        pictures_->goBack(frame_ > 0); // with other values or another pointer
+    const FramePass pass{.descriptor = {.color = {.texture = &pictures_->current(),
+                                                  .load = gpu::LoadAction::clear}}};
+    const bool isEncoded =
+        replayed_ ? replayed_->encode(*commands, pass) : encodeLive(moment, *commands, pass);
     if (!isEncoded)
         return std::nullopt;
     return commands;
+}
+
+// An episode that reads its previous frame has the time of the nearest frame, as in a performance.
+double Scene::episodeTime(const SceneMoment& moment) const {
+    if (replayed_)
+        return replayed_->time();
+    return program_->readsPrevious() ? timeOf(Transport::frameOf(moment.time)) : moment.time;
+}
+
+bool Scene::encodeLive(const SceneMoment& moment, gpu::CommandBuffer& commands,
+                       const FramePass& pass) {
+    const double time = episodeTime(moment);
+    const ParamValues values = settings_->valuesAt(time);
+    const ShaderInputs seen = program_->usesInputs() ? inputs(moment) : ShaderInputs::none();
+    return frames_->encode(commands,
+                           {.moment = frameMoment(moment),
+                            .values = values,
+                            .inputs = seen,
+                            .stepLimit = stepsOfFrame},
+                           pass);
 }
 
 void Scene::finish() {
@@ -215,7 +259,8 @@ void Scene::finish() {
 
 bool Scene::isBehind(const SceneMoment& moment) const {
     const ParticleSimulation* simulation = frames_->simulation();
-    return simulation != nullptr && simulation->step() < ParticleSimulation::steps(moment.time);
+    return !replayed_ && simulation != nullptr &&
+           simulation->step() < ParticleSimulation::steps(moment.time);
 }
 
 } // namespace tarnwick::player

@@ -4,6 +4,7 @@
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickRender/FeedbackFrames.h"
 #include "TarnwickRender/LevelInputs.h"
+#include "TarnwickRender/Performing/PerformedFrames.h"
 #include "TarnwickRender/ProgramFrames.h"
 #include "TarnwickRender/SoundTap.h"
 #include "player/Drawing/LiveRecord.h"
@@ -16,7 +17,7 @@
 namespace tarnwick::player {
 
 struct SceneMoment {
-    double time = 0;                             // seconds of the episode
+    double time = 0;                             // seconds of the episode, or of the replay
     std::optional<std::array<float, 2>> mouse{}; // as in LiveRecord
     std::shared_ptr<const Settings> settings;    // never null
     std::vector<const gpu::Texture*> channels{}; // borrowed, as in ShaderInputs
@@ -24,6 +25,8 @@ struct SceneMoment {
     std::uint64_t clock = 0;                     // another one after each change of the transport
     std::shared_ptr<const SoundLevels> levels{}; // of the sound that is heard; null: unknown
     bool hearsOwnSound = true;                   // as in LiveRecord
+    std::uint64_t restart = 0;                   // as in LiveRecord
+    std::shared_ptr<const Performance> replay{}; // as in LiveRecord
 };
 
 // One thread at a time. Draws with a queue of its owner.
@@ -61,10 +64,15 @@ class Scene {
     // Whether the next frame of the same moment would have another picture, because a simulation is
     // behind.
     bool isBehind(const SceneMoment& moment) const;
+    // Seconds of the episode, of a moment for which warm() returned nothing.
+    double episodeTime(const SceneMoment& moment) const;
 
   private:
     Scene(std::shared_ptr<const ShaderProgram> program, std::shared_ptr<gpu::Device> device,
           const PixelSize& size);
+    void takeOver(const SceneMoment& moment);
+    std::optional<LiveNews::Warming> warmReplay(const SceneMoment& moment,
+                                                gpu::CommandQueue& queue);
     FrameMoment frameMoment(const SceneMoment& moment) const;
     ShaderInputs inputs(const SceneMoment& moment);
     ShaderInputs soundInputs(const SceneMoment& moment);
@@ -72,6 +80,7 @@ class Scene {
     std::int64_t lastStep() const; // or frame; -1: none
     bool needsWarming(const SceneMoment& moment) const;
     void aim(const SceneMoment& moment);
+    bool encodeLive(const SceneMoment& moment, gpu::CommandBuffer& commands, const FramePass& pass);
     std::optional<LiveNews::Warming> warmSimulation(const SceneMoment& moment,
                                                     gpu::CommandQueue& queue);
     std::optional<LiveNews::Warming> warmFeedback(const SceneMoment& moment,
@@ -102,7 +111,10 @@ class Scene {
         std::uint64_t clock;
         Settings settings;
     };
-    std::optional<Goal> goal_; // while the state is computed
+    std::optional<Goal> goal_;                  // while the state is computed
+    std::shared_ptr<const Performance> replay_; // of replayed_; null without one
+    std::unique_ptr<PerformedFrames> replayed_;
+    std::uint64_t restart_ = 0; // of the last moment
 };
 
 } // namespace tarnwick::player

@@ -12,6 +12,7 @@
 #include "player/Panels/ParametersPanel.h"
 #include "player/Panels/ProblemsPanel.h"
 #include "player/Panels/TransportBar.h"
+#include "player/Performances/PerformanceFeature.h"
 #include "player/SettingsFiles/SettingsFileActions.h"
 #include "player/Sharing/SharingFeature.h"
 #include "player/SoundPanel/SoundFeature.h"
@@ -98,6 +99,7 @@ void MainWindow::makeFeatures() {
                               [this] { files_->openByDialog(); });
     settingsFiles_ = new SettingsFileActions(player_, *this, actions_);
     new DroppedFiles(*this, [this](const QString& file) { open(file); });
+    performances_ = new PerformanceFeature(player_, *this, actions_);
     addCommandActions(*this, actions_);
     new ControlFeature(player_, *this, actions_);
     addSound(player_, *this, actions_);
@@ -128,6 +130,8 @@ void MainWindow::makeDocks() {
     tabifyDockWidget(list, keys);
     tabifyDockWidget(
         list, addDock(exports_->panel(), tr("Exports"), "exports", Qt::BottomDockWidgetArea));
+    tabifyDockWidget(list, addDock(performances_->panel(), tr("Performances"), "performances",
+                                   Qt::BottomDockWidgetArea));
     list->raise();
     resizeDocks({list}, {190}, Qt::Vertical);
     resizeDocks({parameters}, {300}, Qt::Horizontal);

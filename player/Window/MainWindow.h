@@ -15,6 +15,7 @@ class DocumentTabs;
 class ExportFeature;
 class FileActions;
 class MessageBar;
+class PerformanceFeature;
 class PictureActions;
 class PictureView;
 class SettingsFileActions;
@@ -61,6 +62,7 @@ class MainWindow : public QMainWindow {
     ExportFeature* exports_ = nullptr;
     SettingsFileActions* settingsFiles_ = nullptr;
     SharingFeature* sharing_ = nullptr;
+    PerformanceFeature* performances_ = nullptr;
 };
 
 } // namespace tarnwick::player

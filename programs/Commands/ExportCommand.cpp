@@ -179,7 +179,7 @@ constexpr std::array<Option, 7> timeOptions{{
 }};
 constexpr auto exportOptions = joined(
     std::array{movieOutOption}, movieOptions, timeOptions,
-    std::array{performanceOption("--loop --find-loop --set --keys --settings --no-settings")},
+    std::array{performanceOption("--loop --find-loop --set --keys")},
     animationOptions);
 
 } // namespace

@@ -94,7 +94,7 @@ constexpr auto stillOptions = joined(
          .byDefault = "30 frames per second of the time"},
     }},
     animationOptions, hearOptions,
-    std::array{performanceOption("--frame --set --keys --settings --no-settings --hear")});
+    std::array{performanceOption("--frame --set --keys --hear")});
 
 } // namespace
 

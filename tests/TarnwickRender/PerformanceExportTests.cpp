@@ -20,7 +20,7 @@ std::string shading(const std::string& color, const std::string& inputs = "") {
 }
 
 // Points that follow the pointer, by the level of each step.
-std::string swarm(const std::string& color = "trails.at(uv)", const std::string& inputs = "") {
+std::string swarm(const std::string& color = "trails.at(uv)") {
     std::string text =
         ParticleEpisode{.count = 40,
                         .fields = "float2 at;",
@@ -30,7 +30,7 @@ std::string swarm(const std::string& color = "trails.at(uv)", const std::string&
             .text();
     text.resize(text.rfind("float4 shade"));
     return "// @param level 0.5 0 1\n" + text + "float4 shade(float2 uv, " +
-           std::string(arguments) + ", Trails trails" + inputs + ") { return " + color + "; }\n";
+           std::string(arguments) + ", Trails trails) { return " + color + "; }\n";
 }
 const std::string smear =
     shading("mix(in.previous(uv), float4(p.level, fract(u.time), u.mouse.x / u.resolution.x, 1.0), "
@@ -118,8 +118,7 @@ TEST_F(PerformanceExport, showsTheStateOfEachFramesTime) {
 // Also of particles and of frames that read the previous one: the same each time, at every rate,
 // and as stills.
 TEST_F(PerformanceExport, isTheSameMovieHoweverItIsDrawn) {
-    const std::vector<std::string> episodes{
-        swarm(), smear, swarm("trails.at(uv) + in.previous(uv) * 0.9", ", Inputs in")};
+    const std::vector<std::string> episodes{swarm(), smear};
     for (std::size_t which = 0; which < episodes.size(); ++which)
         for (unsigned seed = 0; seed < 3; ++seed) {
             const ExportSegment segment = segmentOf(episodes[which], wild(seed));

@@ -1,0 +1,300 @@
+#include "player/Performances/Performer.h"
+
+#include "TarnwickPlatform/Dispatch/HostClock.h"
+
+#include <QCoreApplication>
+#include <QMetaObject>
+#include <algorithm>
+#include <span>
+#include <utility>
+
+namespace tarnwick::player {
+namespace {
+
+constexpr int flushInterval = 2000; // milliseconds between two writings of a recording
+constexpr int tickInterval = 33;    // milliseconds between two moments that the controls show
+
+constexpr const char* inputsRemark =
+    "The episode reads inputs. Its own sound and its previous frame are replayed; pictures, "
+    "cameras, microphones and other sound are not recorded.";
+constexpr const char* editedRemark =
+    "The text was edited during the performance; it is replayed with one text.";
+
+PerformedState stateOf(const LiveRecord& record) {
+    return {.settings = *record.settings, .transport = record.transport, .pointer = record.mouse};
+}
+
+} // namespace
+
+Performer::Performer(Player& player, QObject* parent) : QObject(parent), player_(player) {
+    connect(&player_, &Player::published, this,
+            [this](const std::shared_ptr<const LiveRecord>& record) {
+                hear(*record, currentMediaTime());
+            });
+    connect(&player_, &Player::activeChanged, this, [this] {
+        stopRecording();
+        stopReplay();
+    });
+    connect(&flush_, &QTimer::timeout, this, &Performer::keepNew);
+    connect(&tick_, &QTimer::timeout, this, [this] {
+        if (isReplaying())
+            showMoment();
+        else if (isRecording() && recorder_->isFull(currentMediaTime()))
+            stopRecording();
+        emit moved();
+    });
+    flush_.setInterval(flushInterval);
+    tick_.setInterval(tickInterval);
+    // The process may end without destructors.
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, [this] {
+        stopRecording();
+        queue_.sync({});
+    });
+    refresh();
+}
+
+Performer::~Performer() {
+    stopRecording();
+}
+
+// Runs `work` on the queue, then `then` with its result on this thread.
+template <typename Work, typename Then> void Performer::later(Work work, Then then) {
+    queue_.async([guard = QPointer<Performer>(this), work = std::move(work),
+                  then = std::move(then)]() mutable {
+        auto result = std::make_shared<decltype(work())>(work());
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [guard, result, then = std::move(then)]() mutable {
+                if (guard)
+                    then(std::move(*result));
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+double Performer::seconds() const {
+    const double now = currentMediaTime();
+    if (isRecording())
+        return recorder_->seconds(now);
+    return isReplaying() ? std::min(clock_.timeAt(now), length()) : 0;
+}
+
+double Performer::length() const {
+    return isReplaying() ? cursor_->performance().length : 0;
+}
+
+void Performer::record() {
+    stopReplay();
+    if (isRecording() || player_.active() == nullptr)
+        return;
+    if (!player_.active()->program()) {
+        player_.tell(tr("The episode does not compile yet; it cannot be performed."));
+        return;
+    }
+    isBeginning_ = true;
+    player_.restartPicture();
+}
+
+void Performer::hear(const LiveRecord& record, double host) {
+    if (std::exchange(isBeginning_, false))
+        begin(record, host);
+    else if (isRecording() && record.settings && !record.replay)
+        recorder_->hear(stateOf(record), host);
+}
+
+void Performer::begin(const LiveRecord& record, double host) {
+    if (!record.program) {
+        player_.tell(tr("The episode is not drawn; it cannot be performed."));
+        return;
+    }
+    document_ = player_.active();
+    const Document& document = document_->document();
+    revision_ = document.revision();
+    recorder_.emplace(Performance::markOf(document.title(), document.text()), stateOf(record),
+                      host);
+    keptChanges_ = 0;
+    keeping_ = std::make_shared<Keeping>();
+    keepWith([title = document.title()](Keeping& keeping) {
+        keeping.file = std::make_unique<PerformanceFile>(performancesFolder(), title);
+    });
+    keep(recorder_->performance().encodedBeginning());
+    flush_.start();
+    tick_.start();
+    emit changed();
+}
+
+// Works with the file on the queue. The first error is told; nothing more is written then.
+void Performer::keepWith(std::function<void(Keeping&)> work) {
+    later(
+        [keeping = keeping_, work = std::move(work)]() -> std::string {
+            if (keeping->hasFailed)
+                return {};
+            try {
+                work(*keeping);
+                return {};
+            } catch (const PerformanceFileError& error) {
+                keeping->hasFailed = true;
+                return error.what();
+            }
+        },
+        [this](const std::string& error) {
+            if (!error.empty())
+                player_.tell(tr("The performance is not recorded any more. %1")
+                                 .arg(QString::fromStdString(error)));
+        });
+}
+
+void Performer::keep(const std::string& lines) {
+    keepWith([lines](Keeping& keeping) { keeping.file->append(lines); });
+}
+
+void Performer::keepNew() {
+    const auto changes = std::span(recorder_->performance().changes).subspan(keptChanges_);
+    if (changes.empty())
+        return;
+    keptChanges_ += changes.size();
+    try {
+        keep(Performance::encoded(changes));
+    } catch (const DocumentError& error) { // a value that is not finite
+        player_.tell(QString::fromStdString(error.what()));
+    }
+}
+
+void Performer::noteRemarks() {
+    if (document_ == nullptr)
+        return;
+    if (document_->program() && document_->program()->usesInputs())
+        recorder_->remark(inputsRemark);
+    if (document_->document().revision() != revision_)
+        recorder_->remark(editedRemark);
+}
+
+void Performer::stopRecording() {
+    isBeginning_ = false;
+    if (!isRecording())
+        return;
+    flush_.stop();
+    tick_.stop();
+    keepNew();
+    recorder_->end(currentMediaTime());
+    noteRemarks();
+    keep(recorder_->performance().encodedEnd());
+    for (const std::string& remark : recorder_->performance().remarks)
+        player_.tell(QString::fromStdString(remark));
+    recorder_.reset();
+    refresh();
+    emit changed();
+}
+
+void Performer::refresh() {
+    later([] { return keptPerformances(performancesFolder()); },
+          [this](std::vector<KeptPerformance> kept) {
+              kept_ = std::move(kept);
+              emit keptRefreshed();
+          });
+}
+
+void Performer::save(const std::filesystem::path& from, const std::filesystem::path& to) {
+    later(
+        [from, to]() -> std::string {
+            try {
+                copyPerformance(from, to);
+                return {};
+            } catch (const PerformanceFileError& error) {
+                return error.what();
+            }
+        },
+        [this](const std::string& error) {
+            if (!error.empty())
+                player_.tell(QString::fromStdString(error));
+        });
+}
+
+void Performer::replayLast() {
+    if (kept_.empty())
+        player_.tell(tr("There is no performance yet."));
+    else
+        replay(kept_.front().file);
+}
+
+void Performer::replay(const std::filesystem::path& file) {
+    stopRecording();
+    later(
+        [file]() -> Loaded {
+            try {
+                return {std::make_shared<const Performance>(readPerformance(file)), {}};
+            } catch (const PerformanceFileError& error) {
+                return {nullptr, error.what()};
+            }
+        },
+        [this](const Loaded& loaded) {
+            if (loaded.performance)
+                start(loaded.performance);
+            else
+                player_.tell(QString::fromStdString(loaded.error));
+        });
+}
+
+void Performer::start(std::shared_ptr<const Performance> performance) {
+    stopReplay();
+    if (player_.active() == nullptr || !player_.active()->program()) {
+        player_.tell(tr("There is no episode to replay it with."));
+        return;
+    }
+    document_ = player_.active();
+    const Document& document = document_->document();
+    if (Performance::markOf("", document.text()).sha256 != performance->episode.sha256)
+        player_.tell(tr("Another text was performed; the picture may differ."));
+    for (const std::string& remark : performance->remarks)
+        player_.tell(QString::fromStdString(remark));
+    const auto fitted =
+        std::make_shared<const Performance>(performance->fitted(document_->program()->params()));
+    cursor_.emplace(fitted);
+    connect(document_, &OpenDocument::touchedInReplay, this, &Performer::stopReplay);
+    clock_ = Transport{}.played(currentMediaTime());
+    player_.setReplay(fitted, clock_);
+    tick_.start();
+    showMoment();
+    emit changed();
+}
+
+// The controls follow; at its end the replay is over.
+void Performer::showMoment() {
+    const double now = currentMediaTime(), time = clock_.timeAt(now);
+    if (clock_.isPlaying && time >= length()) {
+        stopReplay();
+        return;
+    }
+    PerformedState state = cursor_->at(time);
+    if (clock_.isPlaying)
+        state.transport.since += now - time;
+    else
+        state.transport = state.transport.paused(time);
+    if (document_ != nullptr)
+        document_->showReplayed(std::move(state));
+}
+
+void Performer::setClock(const Transport& clock) {
+    if (!isReplaying())
+        return;
+    clock_ = clock;
+    player_.setReplay(cursor_->shared(), clock_);
+    showMoment();
+    emit moved();
+    emit changed();
+}
+
+void Performer::stopReplay() {
+    if (!isReplaying())
+        return;
+    cursor_.reset();
+    tick_.stop();
+    player_.setReplay(nullptr);
+    if (document_ != nullptr) {
+        disconnect(document_, &OpenDocument::touchedInReplay, this, nullptr);
+        document_->showReplayed(std::nullopt);
+    }
+    emit changed();
+}
+
+} // namespace tarnwick::player

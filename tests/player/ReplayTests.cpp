@@ -1,0 +1,162 @@
+// A performance is shown again as it was shown, and as it is exported.
+#include "TarnwickPlatform/Dispatch/HostClock.h"
+#include "TarnwickRender/Performing/PerformedStill.h"
+#include "player/Drawing/LivePicture.h"
+#include "player/Performing/Recorder.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <chrono>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace tarnwick::player {
+namespace {
+
+constexpr PixelSize size{64, 36};
+
+constexpr const char* particles = R"(// @particles 200
+// @param speed 0.5 0 1
+struct Particle { float2 at; };
+Particle spawn(uint id, constant Params& p) {
+    Particle q; q.at = fract(float2(id * 0.37, id * 0.71)); return q;
+}
+void update(thread Particle& q, uint id, constant Uniforms& u, constant Params& p) {
+    q.at = mix(q.at, u.mouse / u.resolution, 0.05 * p.speed);
+}
+float3 place(Particle q, constant Uniforms& u, constant Params& p) { return float3(q.at, 0.05); }
+float4 ink(Particle q, float2 at, constant Uniforms& u, constant Params& p) { return float4(1.0); }
+float4 fade(float2 uv, Trails t, constant Uniforms& u, constant Params& p) { return t.at(uv) * 0.9; }
+float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Trails t) {
+    return t.at(uv) * p.speed; }
+)";
+constexpr const char* feedback = R"(// @param speed 0.5 0 1
+float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {
+    return mix(in.previous(uv), float4(p.speed, fract(u.time), u.mouse.x / u.resolution.x, 1.0), 0.2);
+}
+)";
+
+class Replay : public testing::TestWithParam<const char*> {
+  protected:
+    void SetUp() override {
+        device = gpu::Device::systemDefault();
+        if (!device)
+            GTEST_SKIP() << gpu::Device::absence();
+        program = ShaderProgram::compile(Episode::of(std::string(GetParam())), *device,
+                                         ShaderProgram::pixelFormat);
+    }
+
+    LiveRecord record() const {
+        return {.device = device,
+                .program = program,
+                .revision = 1,
+                .transport = {},
+                .settings = std::make_shared<const Settings>(),
+                .size = size,
+                .divisor = 1};
+    }
+    void show(const PerformedState& state) {
+        LiveRecord shown = record();
+        shown.transport = state.transport;
+        shown.settings = std::make_shared<const Settings>(state.settings);
+        shown.mouse = state.pointer;
+        shown.restart = 1;
+        live.show(std::make_shared<const LiveRecord>(shown));
+    }
+    void replay(const std::shared_ptr<const Performance>& performance, double seconds) {
+        LiveRecord shown = record();
+        shown.replay = performance;
+        shown.transport = Transport{}.sought(seconds, 0);
+        live.show(std::make_shared<const LiveRecord>(shown));
+    }
+    // Whether the picture becomes this one.
+    bool becomes(const Picture& expected) {
+        for (int tries = 0; tries < 200; ++tries) {
+            const auto picture = live.snapshot().get();
+            if (picture && picture->bytes == expected.bytes)
+                return true;
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+        return false;
+    }
+
+    std::shared_ptr<gpu::Device> device;
+    std::shared_ptr<const ShaderProgram> program;
+    LivePicture live{[](const LiveNews&) {}};
+};
+
+// Seeks, steps, values and the mouse while the picture is paused: byte for byte.
+TEST_P(Replay, showsThePicturesOfTheLivePerformance) {
+    constexpr double host = 1000; // seconds, of the beginning
+    PerformedState state{.settings = {.values = {{"speed", 0.3f}}},
+                         .transport = Transport{}.sought(0.5, host)};
+    Recorder recorder({}, state, host);
+    std::vector<std::pair<double, PerformedState>> moments{{0.0, state}};
+    const auto next = [&] {
+        recorder.hear(state, host + static_cast<double>(moments.size()) / 7);
+        moments.emplace_back(recorder.performance().length, state);
+    };
+    state.settings.values["speed"] = 0.9f;
+    next();
+    state.transport = state.transport.stepped(1, host);
+    next();
+    state.pointer = std::array{0.25f, 0.75f};
+    next();
+    state.transport = state.transport.stepped(1, host);
+    next();
+    state.transport = state.transport.sought(0.8, host);
+    state.settings.values["speed"] = 0.2f;
+    next();
+    state.transport = state.transport.sought(0.1, host);
+    next();
+    recorder.end(host + 2);
+    const auto performance =
+        std::make_shared<const Performance>(Performance::decode(recorder.performance().encode()));
+    EXPECT_EQ(*performance, recorder.performance());
+
+    std::vector<Picture> stills;
+    for (const auto& [time, shown] : moments) {
+        const auto still =
+            performedStill(program, *device, size.width, size.height, performance, time);
+        ASSERT_TRUE(still);
+        stills.push_back(*still);
+        show(shown);
+        EXPECT_TRUE(becomes(*still)) << "live at " << time;
+    }
+    for (const std::size_t at : {6, 0, 3, 1, 5, 2, 4}) {
+        replay(performance, moments[at].first);
+        EXPECT_TRUE(becomes(stills[at])) << "replayed at " << moments[at].first;
+    }
+    EXPECT_NE(stills[0].bytes, stills[1].bytes);
+    EXPECT_NE(stills[4].bytes, stills[5].bytes);
+}
+
+INSTANTIATE_TEST_SUITE_P(OfEachKind, Replay, testing::Values(particles, feedback));
+
+// The recorder keeps what differs, with the clock of the performance.
+TEST(Recorder, keepsWhatMovesAndNothingElse) {
+    PerformedState state{.settings = {.values = {{"speed", 0.3f}}},
+                         .transport = Transport{.time = 2}.played(90)};
+    Recorder recorder(Performance::markOf("mine", "text"), state, 100);
+    recorder.hear(state, 100.5);
+    EXPECT_TRUE(recorder.performance().changes.empty());
+    EXPECT_EQ(recorder.performance().start.transport.timeAt(0), 12);
+    state.settings.values["speed"] = 0.4f;
+    state.settings.name = "Another"; // not drawn
+    state.transport = state.transport.sought(1, 101);
+    recorder.hear(state, 101);
+    recorder.hear(state, 90); // a clock that goes back
+    recorder.end(103);
+    const Performance& made = recorder.performance();
+    ASSERT_EQ(made.changes.size(), 2u);
+    EXPECT_EQ(made.changes[0].time, 1);
+    EXPECT_EQ(std::get<Transport>(made.changes[1].what).timeAt(1.5), 1.5);
+    EXPECT_EQ(made.length, 3);
+    recorder.hear(state, 1e9);
+    EXPECT_EQ(made.length, 3);
+}
+
+} // namespace
+} // namespace tarnwick::player
