@@ -1,7 +1,7 @@
 // Performances recorded and replayed in the window.
 #include "player/Panels/ParametersPanel.h"
+#include "player/Performances/PerformanceFeature.h"
 #include "player/Performances/PerformancesPanel.h"
-#include "player/Performances/Performer.h"
 #include "player/Window/MainWindow.h"
 
 #include <gtest/gtest.h>
@@ -87,7 +87,8 @@ TEST_F(PerformanceWindow, recordsWhatMovesAndReplaysItWithoutChangingTheDocument
     EXPECT_EQ(document->document().history().undoName(), undo);
     EXPECT_TRUE(becomesTrue([this] { return slider->value() == slider->minimum(); }));
 
-    trigger(replay); // it ended, or ends here
+    Performer& performer = window->findChild<PerformanceFeature*>()->performer();
+    ASSERT_TRUE(becomesTrue([&] { return !performer.isReplaying(); })); // at its end
     trigger(replay);
     ASSERT_TRUE(becomesTrue([this] { return slider->value() == slider->maximum(); }));
     slider->setValue(slider->maximum() / 2); // a touch ends it
