@@ -29,7 +29,6 @@ class OpenDocument : public QObject {
     // What the controls show: that of the document, or of the performance that is replayed.
     const Transport& transport() const { return replayed_ ? replayed_->transport : transport_; }
     double time() const; // seconds of the episode, now
-    float valueNow(const ParamDecl& param) const;
 
     // Shows the state of a performance in the controls, without changing the document; absent: the
     // document's own. The transport has the host clock.
