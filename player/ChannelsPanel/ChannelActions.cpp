@@ -39,7 +39,7 @@ ChannelActions::ChannelActions(Player& player, QMainWindow& window, Actions& act
         rows_[channel] = new ChannelRow(player_, channels_, channel);
         column->addWidget(rows_[channel]);
         actions.add(ActionMenu::live, tr("Source of channel &%1...").arg(channel),
-                    QKeySequence(tr("Ctrl+Alt+%1").arg(channel)),
+                    QKeySequence(tr("Ctrl+K, %1").arg(channel)),
                     [row = rows_[channel]] { row->chooseFile(); });
     }
     column->addStretch(1);
