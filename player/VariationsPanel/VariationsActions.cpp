@@ -14,7 +14,7 @@ struct Row {
 };
 
 constexpr std::array<Row, 7> rows{{
-    {"R&andomise parameters", "Ctrl+Shift+R", &VariationsPanel::randomise},
+    {"R&andomise parameters", "Ctrl+Alt+Shift+V", &VariationsPanel::randomise},
     {"New &variations", "Ctrl+Alt+V", &VariationsPanel::vary},
     {"Keep snapshot &A", "Ctrl+Alt+1", &VariationsPanel::keepA},
     {"Keep snapshot &B", "Ctrl+Alt+2", &VariationsPanel::keepB},

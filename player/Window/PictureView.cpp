@@ -7,12 +7,16 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPlatformSurfaceEvent>
 #include <QPointer>
 #include <algorithm>
+#include <chrono>
 #include <future>
 
 namespace tarnwick::player {
 namespace {
+
+constexpr std::chrono::seconds longestLeave{1}; // for a frame that is drawn
 
 QImage imageOf(const Picture& picture) {
     const QImage borrowed(picture.bytes.data(), static_cast<int>(picture.width),
@@ -111,6 +115,13 @@ void PictureView::dropTarget() {
         PictureSurface::retire(std::move(surface_), std::move(gone));
 }
 
+// The platform destroys the surface with its window, such as that of an output that is closed.
+void PictureView::leaveSurface() {
+    if (isAttached_)
+        player_.picture().removeTarget(id_).wait_for(longestLeave);
+    isAttached_ = false;
+}
+
 PixelSize PictureView::pixels() const {
     const double ratio = devicePixelRatioF();
     return {static_cast<std::uint32_t>(std::max(0.0, width() * ratio)),
@@ -194,6 +205,10 @@ bool PictureView::eventFilter(QObject* watched, QEvent* event) {
         if (!moves || mouse->buttons() != Qt::NoButton)
             point(mouse->position());
     }
+    if (event->type() == QEvent::PlatformSurface &&
+        static_cast<QPlatformSurfaceEvent*>(event)->surfaceEventType() ==
+            QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed)
+        leaveSurface();
     if (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease)
         return QCoreApplication::sendEvent(this, event);
     if (event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove ||

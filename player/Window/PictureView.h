@@ -46,6 +46,7 @@ class PictureView : public QWidget {
     void makeSurface(); // of the present device
     void attach();      // a target of the present device
     void dropTarget();  // with the surface
+    void leaveSurface();
     void layOut();
     void point(const QPointF& place);
     QLabel* label(Qt::Alignment alignment);

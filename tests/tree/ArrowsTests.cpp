@@ -148,7 +148,7 @@ constexpr std::array<Keeper, 13> keepers{{
     {"png.h", "TarnwickPlatform/Pictures"},
     {"libav", "TarnwickPlatform/Movie", "TarnwickPlatform/Media"},
     {"rtmidi/", "player/Control"},
-    {"libsw", "TarnwickPlatform/Movie"},
+    {"libsw", "TarnwickPlatform/Movie", "TarnwickPlatform/Media"},
     {"SDL", "TarnwickPlatform/Sound"},
 }};
 
