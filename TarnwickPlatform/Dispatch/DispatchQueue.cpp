@@ -33,7 +33,8 @@ void DispatchQueue::sync(const std::function<void()>& work) {
                  "sync is not called by the queue's own work, behind which it would wait");
     std::promise<void> done;
     asio::post(context_->io, [&] {
-        work();
+        if (work)
+            work();
         done.set_value();
     });
     done.get_future().wait();

@@ -33,6 +33,14 @@ TEST(DispatchQueue, doesWorkInItsOrderOneAtATime) {
         EXPECT_EQ(done[one], static_cast<int>(one));
 }
 
+TEST(DispatchQueue, waitsForTheWorkUnderWayWithoutWorkOfItsOwn) {
+    DispatchQueue queue;
+    bool isDone = false;
+    queue.async([&] { isDone = true; });
+    queue.sync({});
+    EXPECT_TRUE(isDone);
+}
+
 TEST(DispatchQueue, endsWithTheWorkItWasGiven) {
     int done = 0;
     {
