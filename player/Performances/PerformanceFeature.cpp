@@ -3,6 +3,8 @@
 #include "player/Performances/PerformancesPanel.h"
 
 #include <QAction>
+#include <QLabel>
+#include <QStatusBar>
 
 namespace tarnwick::player {
 
@@ -23,7 +25,11 @@ PerformanceFeature::PerformanceFeature(Player& player, QMainWindow& window, Acti
                               else
                                   performer_.replayLast();
                           });
+    state_ = new QLabel;
+    state_->setAccessibleName(tr("Performance"));
+    window.statusBar()->addPermanentWidget(state_);
     connect(&performer_, &Performer::changed, this, &PerformanceFeature::showState);
+    connect(&performer_, &Performer::moved, this, &PerformanceFeature::showSeconds);
 }
 
 QWidget* PerformanceFeature::panel() const {
@@ -34,6 +40,14 @@ void PerformanceFeature::showState() {
     record_->setText(performer_.isRecording() ? tr("Stop &recording") : tr("&Record performance"));
     replay_->setText(performer_.isReplaying() ? tr("Stop re&play")
                                               : tr("Re&play last performance"));
+    showSeconds();
+}
+
+void PerformanceFeature::showSeconds() {
+    const QString seconds = QString::number(performer_.seconds(), 'f', 1);
+    state_->setText(performer_.isRecording()   ? tr("\u25cf Recording %1 s").arg(seconds)
+                    : performer_.isReplaying() ? tr("\u25b6 Replaying %1 s").arg(seconds)
+                                               : QString());
 }
 
 } // namespace tarnwick::player

@@ -6,6 +6,8 @@
 
 #include <QMainWindow>
 
+class QLabel;
+
 namespace tarnwick::player {
 
 class PerformancesPanel;
@@ -21,11 +23,13 @@ class PerformanceFeature : public QObject {
 
   private:
     void showState();
+    void showSeconds(); // in the status line
 
     Performer performer_;
     PerformancesPanel* panel_;
     QAction* record_;
     QAction* replay_;
+    QLabel* state_;
 };
 
 } // namespace tarnwick::player
