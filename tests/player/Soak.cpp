@@ -96,6 +96,8 @@ class Soak {
         setValue(document);
         document.compileNow();
         const bool isDone = waitFor(document);
+        if (!isDone)
+            std::fprintf(stderr, "Not seen:\n%s\n", document.document().text().c_str());
         pictures_ += document.result() != nullptr && document.result()->program ? 1 : 0;
         return isDone;
     }
