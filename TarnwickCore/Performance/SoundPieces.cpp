@@ -43,8 +43,8 @@ class Pieces {
         return std::clamp(at, sample + 1, end_);
     }
 
-    // The first sample after `sample`, before `end`, at which the clock wraps or comes to 0; `end`
-    // if there is none.
+    // The first sample after `sample`, before `end`, at which the clock wraps or reaches 0;
+    // `end` without such a sample.
     std::int64_t turn(const Transport& transport, std::int64_t sample, std::int64_t end) const {
         const auto isTurned = [&, lap = transport.lapAt(timeOf(sample))](std::int64_t at) {
             return transport.lapAt(timeOf(at)) != lap ||

@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The name of a property in which a part differs from the first one; null if there is none.
+// The name of a property in which a part differs from the first one; null if all agree.
 const char* difference(const MoviePart& first, const MoviePart& part) {
     const VideoSettings wanted = first.video();
     const VideoSettings found = part.video();

@@ -20,7 +20,7 @@ class Headers {
     Headers() = default;
     Headers(std::initializer_list<Header> fields) : fields_(fields) {}
 
-    // The value of the first field with that name; null if there is none.
+    // The value of the first field with that name; null without one.
     const std::string* find(std::string_view name) const;
     // Replaces all fields of that name by one, at the place of the first.
     void set(std::string_view name, std::string_view value);

@@ -2,7 +2,7 @@
 
 #include "TarnwickCore/Text/OutsideJSON.h"
 #include "player/ExportPanel/RangeForm.h"
-#include "player/Exports/Background.h"
+#include "player/App/Background.h"
 
 #include <QDoubleSpinBox>
 #include <QFormLayout>

@@ -2,7 +2,7 @@
 
 #include "player/ExportPanel/ExportDialog.h"
 #include "player/ExportPanel/SaverDialog.h"
-#include "player/Exports/Background.h"
+#include "player/App/Background.h"
 #include "player/Exports/ChildProcess.h"
 #include "player/Exports/SaverBundle.h"
 

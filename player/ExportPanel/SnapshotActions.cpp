@@ -7,7 +7,7 @@
 #include "player/ExportPanel/LastFolder.h"
 #include "player/ExportPanel/PictureImage.h"
 #include "player/ExportPanel/SnapshotDialog.h"
-#include "player/Exports/Background.h"
+#include "player/App/Background.h"
 #include "player/Exports/NewPlace.h"
 
 #include <QClipboard>

@@ -1,7 +1,7 @@
 #include "player/Exports/ExportQueue.h"
 
 #include "TarnwickBase/Precondition.h"
-#include "player/Exports/Background.h"
+#include "player/App/Background.h"
 #include "player/Exports/ResultPicture.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "player/Exports/OrderRun.h"
 
-#include "player/Exports/Background.h"
+#include "player/App/Background.h"
 
 #include <utility>
 

@@ -39,7 +39,7 @@ std::vector<FolderEntry> arranged(std::vector<FolderEntry> entries, FolderOrder 
                                   std::string_view filter);
 
 // The folder of the episodes that come with the program: ../share/tarnwick/episodes from its
-// folder, or episodes in the source tree that it was built in. Empty if there is none. Blocks.
+// folder, or episodes in the source tree that it was built in. Empty without such a folder. Blocks.
 std::filesystem::path shippedEpisodes();
 
 } // namespace tarnwick::player

@@ -34,7 +34,7 @@ template <typename State> class History {
 
     bool canUndo() const { return now_ > 0; }
     bool canRedo() const { return now_ + 1 < states_.size(); }
-    // The names of the changes that undo() and redo() would take; empty if there is none.
+    // The names of the changes that undo() and redo() would take; empty without one.
     std::string undoName() const { return canUndo() ? states_[now_].change : std::string(); }
     std::string redoName() const { return canRedo() ? states_[now_ + 1].change : std::string(); }
 

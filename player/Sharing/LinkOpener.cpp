@@ -1,7 +1,7 @@
 #include "player/Sharing/LinkOpener.h"
 
 #include "TarnwickPlatform/Bundle/TextFile.h"
-#include "player/Exports/Background.h"
+#include "player/App/Background.h"
 #include "player/Sharing/ServiceOrders.h"
 
 #include <filesystem>

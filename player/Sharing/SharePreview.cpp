@@ -1,6 +1,6 @@
 #include "player/Sharing/SharePreview.h"
 
-#include "player/Exports/Background.h"
+#include "player/App/Background.h"
 
 #include <nlohmann/json.hpp>
 

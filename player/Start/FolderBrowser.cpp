@@ -1,6 +1,6 @@
 #include "player/Start/FolderBrowser.h"
 
-#include "player/Grid/Background.h"
+#include "player/App/Background.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -95,7 +95,7 @@ void FolderBrowser::open(const std::filesystem::path& folder) {
         filter_->clear();
     place_->setText(QString::fromStdString(folder.string()));
     inBackground(
-        *this,
+        this,
         [folder] {
             std::error_code error;
             const auto whole = std::filesystem::weakly_canonical(folder, error);

@@ -1,7 +1,7 @@
 #include "player/Start/StartActions.h"
 
+#include "player/App/Background.h"
 #include "player/Finding/RecentEpisodes.h"
-#include "player/Grid/Background.h"
 #include "player/Start/FolderBrowser.h"
 #include "player/Start/StartPage.h"
 
@@ -172,7 +172,7 @@ void StartActions::addMenu(Actions& actions) {
 
 void StartActions::readRecent(std::filesystem::path added) {
     inBackground(
-        *this,
+        this,
         [added = std::move(added), list = recentMutex_] {
             const std::lock_guard lock(*list);
             RecentEpisodes recent(recentEpisodesFile());

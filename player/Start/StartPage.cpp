@@ -1,8 +1,8 @@
 #include "player/Start/StartPage.h"
 
+#include "player/App/Background.h"
 #include "player/Finding/EpisodeTemplates.h"
 #include "player/Finding/RecentEpisodes.h"
-#include "player/Grid/Background.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -88,7 +88,7 @@ StartPage::Section StartPage::section(QVBoxLayout& column, const QString& title,
 
 void StartPage::refresh() {
     inBackground(
-        *this,
+        this,
         [] {
             Lists lists;
             lists.recent = existing(RecentEpisodes(recentEpisodesFile()).files());

@@ -218,9 +218,9 @@ template <class T> MSL_CONVERGENT T quad_broadcast_first(T x) {
 /** simd_shuffle_rotate_down: The value of the thread delta after this one, around the ends of the
     group. */
 /** simd_shuffle_and_fill_up: The value of the thread delta before this one, or of filling where
-    there is none. */
+    no such thread exists. */
 /** simd_shuffle_and_fill_down: The value of the thread delta after this one, or of filling where
-    there is none. */
+    no such thread exists. */
 MSL_SHUFFLES(simd, _simd_size())
 /** quad_shuffle_xor: The value of the thread whose index is this one's with the bits of mask
     changed. */
@@ -231,9 +231,9 @@ MSL_SHUFFLES(simd, _simd_size())
 /** quad_shuffle_rotate_down: The value of the thread delta after this one, around the ends of the
     group. */
 /** quad_shuffle_and_fill_up: The value of the thread delta before this one, or of filling where
-    there is none. */
+    no such thread exists. */
 /** quad_shuffle_and_fill_down: The value of the thread delta after this one, or of filling where
-    there is none. */
+    no such thread exists. */
 MSL_SHUFFLES(quad, 4u)
 #undef MSL_SHUFFLES
 

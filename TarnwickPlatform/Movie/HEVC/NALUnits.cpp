@@ -5,7 +5,7 @@
 namespace tarnwick::hevc {
 namespace {
 
-// The offset of the next 00 00 01; the end if there is none.
+// The offset of the next 00 00 01; the end without one.
 std::size_t nextStartCode(ByteView stream, std::size_t from) {
     constexpr std::uint8_t startCode[] = {0, 0, 1};
     const auto found = std::search(stream.begin() + static_cast<std::ptrdiff_t>(from), stream.end(),
