@@ -3,6 +3,7 @@
 #include "player/Channels/ChannelMemory.h"
 #include "player/Channels/FrameSource.h"
 #include "player/Channels/MovieFrames.h"
+#include "tests/Waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +12,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <future>
-#include <thread>
 
 namespace tarnwick::player {
 namespace {
@@ -37,12 +37,6 @@ std::unique_ptr<MovieFrames> framesOf(const std::filesystem::path& file) {
     return std::make_unique<MovieFrames>(MediaReader::openFile(file, {}));
 }
 
-template <typename Condition> bool becomesTrue(const Condition& condition) {
-    for (int tries = 0; tries < 500 && !condition(); ++tries)
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    return condition();
-}
-
 // With an index of frames and without.
 TEST(Channels, showTheFrameOfEachTimeOfAMovieThatLoops) {
     const TemporaryFolder folder;
@@ -65,12 +59,12 @@ TEST(Channels, followTheTimeOnAThreadOfTheirOwnAndSeeANewFile) {
     const auto file = movie(folder, "movie.mp4");
     FrameSource source(SourceKind::file, file, {});
     source.follow(2.0);
-    EXPECT_TRUE(becomesTrue([&] {
+    EXPECT_TRUE(eventually([&] {
         const auto frame = source.newest();
         return frame.picture && numberOf(*frame.picture) == 50;
     }));
     source.follow(0.4);
-    EXPECT_TRUE(becomesTrue([&] { return numberOf(*source.newest().picture) == 10; }));
+    EXPECT_TRUE(eventually([&] { return numberOf(*source.newest().picture) == 10; }));
 }
 
 TEST(Channels, sayOnceWhyAFileCannotBeReadAndReadItLater) {
@@ -86,7 +80,7 @@ TEST(Channels, sayOnceWhyAFileCannotBeReadAndReadItLater) {
               file.string() + " cannot be read: No such file or directory.");
     EXPECT_EQ(source.newest().picture, nullptr);
     ASSERT_FALSE(movie(folder, "later.mp4").empty());
-    EXPECT_TRUE(becomesTrue([&] { return source.number() > 0; }));
+    EXPECT_TRUE(eventually([&] { return source.number() > 0; }));
     EXPECT_EQ(sentences, 1);
 }
 

@@ -189,10 +189,3 @@ TEST(DifferenceDialog, showsBothTextsAndDecidesOnce) {
 
 } // namespace
 } // namespace tarnwick::player
-
-int main(int count, char** words) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    testing::InitGoogleTest(&count, words);
-    QApplication application(count, words);
-    return RUN_ALL_TESTS();
-}

@@ -3,12 +3,11 @@
 #include "TarnwickBase/WholeFile.h"
 #include "player/Exports/EpisodeOrders.h"
 #include "player/Exports/ExportQueue.h"
+#include "tests/player/QtMain.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QTest>
 #include <algorithm>
 #include <csignal>
@@ -19,8 +18,6 @@ namespace tarnwick::player {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr int longestWait = 60000; // milliseconds
 
 constexpr const char* episode =
     "// @param red 0.25 0.0 1.0\n"
@@ -48,13 +45,6 @@ class ExportQueueTest : public testing::Test {
         return {.title = name,
                 .words = {"export", OrderWord::output()},
                 .output = folder.path() / "results" / name};
-    }
-    template <typename Condition> static bool becomesTrue(const Condition& condition) {
-        QElapsedTimer timer;
-        timer.start();
-        while (!condition() && timer.elapsed() < longestWait)
-            QTest::qWait(5);
-        return condition();
     }
     static bool waitFor(const ExportQueue& queue) {
         return becomesTrue([&] { return queue.unfinished() == 0; });
@@ -200,9 +190,3 @@ TEST_F(ExportQueueTest, writesTheMovieOfADocumentWithItsThumbnail) {
 
 } // namespace
 } // namespace tarnwick::player
-
-int main(int count, char** words) {
-    testing::InitGoogleTest(&count, words);
-    QCoreApplication application(count, words);
-    return RUN_ALL_TESTS();
-}

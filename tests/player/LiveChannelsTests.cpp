@@ -2,6 +2,7 @@
 #include "TarnwickPlatform/Pictures/Composing.h"
 #include "TarnwickPlatform/Pictures/PNG.h"
 #include "player/Drawing/LivePicture.h"
+#include "tests/player/DeviceTest.h"
 
 #include <gtest/gtest.h>
 
@@ -15,17 +16,10 @@ constexpr PixelSize size{16, 9};
 constexpr const char* head =
     "float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {\n    return ";
 
-class LiveChannelsTest : public testing::Test {
+class LiveChannelsTest : public DeviceTest {
   protected:
-    void SetUp() override {
-        device = gpu::Device::systemDefault();
-        if (!device)
-            GTEST_SKIP() << gpu::Device::absence();
-    }
-
     std::shared_ptr<const ShaderProgram> shading(const std::string& expression) const {
-        return ShaderProgram::compile(Episode::of(head + expression + ";\n}\n"), *device,
-                                      ShaderProgram::pixelFormat);
+        return program(head + expression + ";\n}\n");
     }
     LiveEpisode episode(const std::string& expression, const LiveChannelSet& channels = {}) const {
         return {shading(expression), std::make_shared<const Settings>(), channels};
@@ -56,7 +50,6 @@ class LiveChannelsTest : public testing::Test {
         return color() == wanted;
     }
 
-    std::shared_ptr<gpu::Device> device;
     std::uint64_t revision = 0;
     LivePicture live{[](const LiveNews&) {}};
 };

@@ -1,18 +1,14 @@
 // What arrives moves the document as a slider does.
 #include "player/ControlPanel/LiveControl.h"
+#include "tests/player/QtMain.h"
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QElapsedTimer>
-#include <QTest>
 #include <filesystem>
 #include <unistd.h>
 
 namespace tarnwick::player {
 namespace {
-
-constexpr int longestWait = 20000; // milliseconds
 
 class Live : public testing::Test {
   protected:
@@ -25,13 +21,6 @@ class Live : public testing::Test {
     }
     float played(std::size_t param) const {
         return document->valueNow(document->document().episode()->params().at(param));
-    }
-    template <typename Condition> static bool becomesTrue(const Condition& condition) {
-        QElapsedTimer timer;
-        timer.start();
-        while (!condition() && timer.elapsed() < longestWait)
-            QTest::qWait(5);
-        return condition();
     }
 
     std::filesystem::path file =
@@ -102,10 +91,3 @@ TEST_F(Live, playsTheTransport) {
 
 } // namespace
 } // namespace tarnwick::player
-
-int main(int count, char** words) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    testing::InitGoogleTest(&count, words);
-    QApplication application(count, words);
-    return RUN_ALL_TESTS();
-}

@@ -4,6 +4,7 @@
 #include "TarnwickRender/SoundTap.h"
 #include "TarnwickRender/StillRenderer.h"
 #include "player/Drawing/LivePicture.h"
+#include "tests/player/DeviceTest.h"
 
 #include <gtest/gtest.h>
 
@@ -16,19 +17,17 @@ namespace {
 
 constexpr PixelSize size{32, 18};
 
-class LiveLevelsTest : public testing::Test {
+class LiveLevelsTest : public DeviceTest {
   protected:
     void SetUp() override {
-        device = gpu::Device::systemDefault();
+        DeviceTest::SetUp();
         if (!device)
-            GTEST_SKIP() << gpu::Device::absence();
-        program = ShaderProgram::compile(
-            Episode::of("float2 sound(float t, constant Params& p) {\n"
+            return;
+        shown = program("float2 sound(float t, constant Params& p) {\n"
                         "    return float2(0.5 * sin(6.2831853 * 440.0 * t));\n}\n"
                         "float4 shade(float2 uv, constant Uniforms& u, constant Params& p,\n"
                         "             Inputs in) {\n"
-                        "    return float4(in.audio.xyz * in.band(uv.x), 1.0);\n}\n"),
-            *device, ShaderProgram::pixelFormat);
+                        "    return float4(in.audio.xyz * in.band(uv.x), 1.0);\n}\n");
         levels = std::make_shared<LiveLevels>();
         levels->show(std::make_shared<const SoundLevels>(
             SoundLevels{.bands = {0.25f, 0.5f, 0.75f, 1},
@@ -45,7 +44,7 @@ class LiveLevelsTest : public testing::Test {
         });
         live.show(std::make_shared<const LiveRecord>(
             LiveRecord{.device = device,
-                       .program = program,
+                       .program = shown,
                        .revision = 1,
                        .transport = Transport{}.sought(time, 0),
                        .settings = std::make_shared<const Settings>(),
@@ -58,12 +57,11 @@ class LiveLevelsTest : public testing::Test {
         return live.snapshot().get();
     }
     std::optional<Picture> still(double time, const ShaderInputs& inputs) {
-        return StillRenderer::render(program, *device, size.width, size.height,
+        return StillRenderer::render(shown, *device, size.width, size.height,
                                      static_cast<float>(time), 0, {}, nullptr, {}, inputs);
     }
 
-    std::shared_ptr<gpu::Device> device;
-    std::shared_ptr<const ShaderProgram> program;
+    std::shared_ptr<const ShaderProgram> shown;
     std::shared_ptr<LiveLevels> levels;
 };
 
@@ -78,7 +76,7 @@ TEST_F(LiveLevelsTest, showsTheNewestLevelsOfAnotherSound) {
 
 // As tarnwick still --hear.
 TEST_F(LiveLevelsTest, pausesWithTheLevelsOfTheStill) {
-    const auto tap = SoundTap::make(program, *device);
+    const auto tap = SoundTap::make(shown, *device);
     const auto paused = live(3, true), wanted = still(3, tap->playedInputs(3, {}));
     ASSERT_TRUE(paused && wanted);
     EXPECT_EQ(paused->bytes, wanted->bytes);

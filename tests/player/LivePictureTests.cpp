@@ -1,6 +1,7 @@
 #include "TarnwickPlatform/Dispatch/HostClock.h"
 #include "TarnwickRender/StillRenderer.h"
 #include "player/Drawing/LivePicture.h"
+#include "tests/player/DeviceTest.h"
 
 #include <gtest/gtest.h>
 
@@ -15,18 +16,8 @@ namespace {
 
 constexpr PixelSize size{64, 36};
 
-// Skips the tests aloud where there is no device.
-class LivePictureTest : public testing::Test {
+class LivePictureTest : public DeviceTest {
   protected:
-    void SetUp() override {
-        device = gpu::Device::systemDefault();
-        if (!device)
-            GTEST_SKIP() << gpu::Device::absence();
-    }
-
-    std::shared_ptr<const ShaderProgram> program(const std::string& text) const {
-        return ShaderProgram::compile(Episode::of(text), *device, ShaderProgram::pixelFormat);
-    }
     std::shared_ptr<const ShaderProgram> shading(const std::string& body) const {
         return program("float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {\n" +
                        body + "\n}\n");
@@ -56,7 +47,6 @@ class LivePictureTest : public testing::Test {
         });
     }
 
-    std::shared_ptr<gpu::Device> device;
     std::mutex mutex; // of the next two
     std::condition_variable arrived;
     LiveNews news;

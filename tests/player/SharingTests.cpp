@@ -5,11 +5,10 @@
 #include "player/Exports/OrderRun.h"
 #include "player/Sharing/LinkOpener.h"
 #include "player/Sharing/ServiceOrders.h"
+#include "tests/player/QtMain.h"
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QTest>
 
@@ -18,20 +17,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int longestWait = 60000; // milliseconds
-
 constexpr const char* episode =
     "float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {\n"
     "    return float4(uv, 0.5 + 0.5 * cos(u.time), 1.0);\n"
     "}\n";
-
-template <typename Condition> bool becomesTrue(const Condition& condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition() && timer.elapsed() < longestWait)
-        QTest::qWait(5);
-    return condition();
-}
 
 class Sharing : public testing::Test {
   protected:
@@ -132,10 +121,3 @@ TEST_F(Sharing, opensLinksAsNewDocumentsThatAreNotSaved) {
 
 } // namespace
 } // namespace tarnwick::player
-
-int main(int count, char** words) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    testing::InitGoogleTest(&count, words);
-    QApplication application(count, words);
-    return RUN_ALL_TESTS();
-}

@@ -5,12 +5,12 @@
 #include "player/Start/FolderBrowser.h"
 #include "player/Start/StartPage.h"
 #include "player/Window/MainWindow.h"
+#include "tests/player/QtMain.h"
 
 #include <gtest/gtest.h>
 
 #include <QAction>
 #include <QDockWidget>
-#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QTest>
 #include <QTreeWidget>
@@ -18,19 +18,10 @@
 namespace tarnwick::player {
 namespace {
 
-constexpr int longestWait = 30000; // milliseconds
-
 class Start : public testing::Test {
   protected:
     Start() { window.show(); }
 
-    template <typename Condition> static bool becomesTrue(const Condition& condition) {
-        QElapsedTimer timer;
-        timer.start();
-        while (!condition() && timer.elapsed() < longestWait)
-            QTest::qWait(20);
-        return condition();
-    }
     CellGrid* grid(const char* name) {
         for (auto* one : window.findChildren<CellGrid*>())
             if (one->accessibleName() == QLatin1String(name))

@@ -1,8 +1,8 @@
 #include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickBase/WholeFile.h"
-#include "TarnwickGPU/Device.h"
 #include "player/Thumbnails/ThumbnailStore.h"
 #include "player/Thumbnails/Thumbnails.h"
+#include "tests/player/DeviceTest.h"
 
 #include <gtest/gtest.h>
 
@@ -16,12 +16,8 @@ constexpr const char* text = "// @still 0.5\n// @param red 1 0 1\n"
                              "float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {\n"
                              "    return float4(p.red, u.time, 0.0, 1.0);\n}\n";
 
-class ThumbnailPictures : public testing::Test {
+class ThumbnailPictures : public DeviceTest {
   protected:
-    void SetUp() override {
-        if (!gpu::Device::systemDefault())
-            GTEST_SKIP() << gpu::Device::absence();
-    }
     // The first `count` thumbnails that arrive.
     std::vector<Thumbnail> wait(std::size_t count) {
         std::unique_lock lock(mutex);

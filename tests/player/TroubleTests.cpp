@@ -1,28 +1,18 @@
 // Faults that the player survives: a lost device and no device.
 #include "player/Window/MainWindow.h"
+#include "tests/player/QtMain.h"
 
 #include <gtest/gtest.h>
 
-#include <QElapsedTimer>
 #include <QTest>
 
 namespace tarnwick::player {
 namespace {
 
-constexpr int longestWait = 30000; // milliseconds
-
 constexpr const char* green =
     "float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {\n"
     "    return float4(0.0, 1.0, 0.0, 1.0);\n"
     "}\n";
-
-template <typename Condition> bool becomesTrue(const Condition& condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition() && timer.elapsed() < longestWait)
-        QTest::qWait(20);
-    return condition();
-}
 
 bool drawsGreen(Player& player) {
     const auto picture = player.picture().snapshot().get();

@@ -6,11 +6,10 @@
 #include "player/Panels/ProblemsPanel.h"
 #include "player/Window/DocumentTabs.h"
 #include "player/Window/MainWindow.h"
+#include "tests/player/QtMain.h"
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSlider>
@@ -19,8 +18,6 @@
 
 namespace tarnwick::player {
 namespace {
-
-constexpr int longestWait = 30000; // milliseconds
 
 constexpr const char* text = "// @param red 0.25 0.0 1.0 How red\n"
                              "float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {\n"
@@ -42,13 +39,6 @@ class Window : public testing::Test {
         if (!picture)
             return -1;
         return picture->bytes.at(2) << 16 | picture->bytes.at(1) << 8 | picture->bytes.at(0);
-    }
-    template <typename Condition> static bool becomesTrue(const Condition& condition) {
-        QElapsedTimer timer;
-        timer.start();
-        while (!condition() && timer.elapsed() < longestWait)
-            QTest::qWait(20);
-        return condition();
     }
 
     Player player;
@@ -152,13 +142,3 @@ TEST_F(Window, hasATabForEachDocument) {
 
 } // namespace
 } // namespace tarnwick::player
-
-int main(int count, char** words) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const tarnwick::TemporaryFolder own; // the user's lists and settings are not touched
-    for (const char* variable : {"XDG_STATE_HOME", "XDG_CONFIG_HOME"})
-        qputenv(variable, QByteArray::fromStdString(own.path().string()));
-    testing::InitGoogleTest(&count, words);
-    QApplication application(count, words);
-    return RUN_ALL_TESTS();
-}

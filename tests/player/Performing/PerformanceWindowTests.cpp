@@ -3,11 +3,11 @@
 #include "player/Performances/PerformanceFeature.h"
 #include "player/Performances/PerformancesPanel.h"
 #include "player/Window/MainWindow.h"
+#include "tests/player/QtMain.h"
 
 #include <gtest/gtest.h>
 
 #include <QAction>
-#include <QElapsedTimer>
 #include <QSlider>
 #include <QTemporaryDir>
 #include <QTest>
@@ -20,14 +20,6 @@ constexpr const char* text = "// @param red 0.25 0.0 1.0 How red\n"
                              "float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {\n"
                              "    return float4(p.red, 0.0, 1.0, 1.0);\n"
                              "}\n";
-
-template <typename Condition> bool becomesTrue(const Condition& condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition() && timer.elapsed() < 30000)
-        QTest::qWait(20);
-    return condition();
-}
 
 class PerformanceWindow : public testing::Test {
   protected:

@@ -3,6 +3,7 @@
 #include "TarnwickRender/Performing/PerformedStill.h"
 #include "player/Drawing/LivePicture.h"
 #include "player/Performing/Recorder.h"
+#include "tests/player/DeviceTest.h"
 
 #include <gtest/gtest.h>
 
@@ -38,19 +39,18 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {
 }
 )";
 
-class Replay : public testing::TestWithParam<const char*> {
+class Replay : public DeviceTest, public testing::WithParamInterface<const char*> {
   protected:
     void SetUp() override {
-        device = gpu::Device::systemDefault();
+        DeviceTest::SetUp();
         if (!device)
-            GTEST_SKIP() << gpu::Device::absence();
-        program = ShaderProgram::compile(Episode::of(std::string(GetParam())), *device,
-                                         ShaderProgram::pixelFormat);
+            return;
+        played = program(GetParam());
     }
 
     LiveRecord record() const {
         return {.device = device,
-                .program = program,
+                .program = played,
                 .revision = 1,
                 .transport = {},
                 .settings = std::make_shared<const Settings>(),
@@ -82,8 +82,7 @@ class Replay : public testing::TestWithParam<const char*> {
         return false;
     }
 
-    std::shared_ptr<gpu::Device> device;
-    std::shared_ptr<const ShaderProgram> program;
+    std::shared_ptr<const ShaderProgram> played;
     LivePicture live{[](const LiveNews&) {}};
 };
 
@@ -119,7 +118,7 @@ TEST_P(Replay, showsThePicturesOfTheLivePerformance) {
     std::vector<Picture> stills;
     for (const auto& [time, shown] : moments) {
         const auto still =
-            performedStill(program, *device, size.width, size.height, performance, time);
+            performedStill(played, *device, size.width, size.height, performance, time);
         ASSERT_TRUE(still);
         stills.push_back(*still);
         show(shown);

@@ -1,5 +1,6 @@
 #include "TarnwickRender/AudioRenderer.h"
 #include "player/Sound/EpisodeSound.h"
+#include "tests/player/DeviceTest.h"
 #include "tests/player/Sound/Playing.h"
 
 #include <cmath>
@@ -7,31 +8,28 @@
 namespace tarnwick::player {
 namespace {
 
-class EpisodeSoundTest : public testing::Test {
+class EpisodeSoundTest : public DeviceTest {
   protected:
     void SetUp() override {
-        device = gpu::Device::systemDefault();
+        DeviceTest::SetUp();
         if (!device)
-            GTEST_SKIP() << gpu::Device::absence();
-        program = ShaderProgram::compile(
-            Episode::of("// @param tone 440 20 2000 Hertz\n"
-                        "float2 sound(float t, constant Params& p) {\n"
-                        "    float wave = sin(6.2831853 * fract(p.tone * t));\n"
-                        "    return float2(0.6 * wave, 0.3 * wave * wave);\n}\n"
-                        "float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {\n"
-                        "    return float4(1.0);\n}\n"),
-            *device, ShaderProgram::pixelFormat);
+            return;
+        sounding = program("// @param tone 440 20 2000 Hertz\n"
+                           "float2 sound(float t, constant Params& p) {\n"
+                           "    float wave = sin(6.2831853 * fract(p.tone * t));\n"
+                           "    return float2(0.6 * wave, 0.3 * wave * wave);\n}\n"
+                           "float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {\n"
+                           "    return float4(1.0);\n}\n");
     }
     std::shared_ptr<EpisodeSound> sound(float hertz) const {
-        return std::make_shared<EpisodeSound>(program, device, ParamValues{{"tone", hertz}});
+        return std::make_shared<EpisodeSound>(sounding, device, ParamValues{{"tone", hertz}});
     }
     std::vector<float> offline(double start, double duration, float hertz) const {
-        return AudioRenderer::render(program, *device, start, duration, {{"tone", hertz}})
+        return AudioRenderer::render(sounding, *device, start, duration, {{"tone", hertz}})
             .value_or(std::vector<float>{});
     }
 
-    std::shared_ptr<gpu::Device> device;
-    std::shared_ptr<const ShaderProgram> program;
+    std::shared_ptr<const ShaderProgram> sounding;
 };
 
 // From each sixteenth of a second on, bit by bit.
