@@ -1,5 +1,6 @@
 #include "TarnwickMSL/WorkerProcess.h"
 
+#include "TarnwickBase/InstalledFiles.h"
 #include "TarnwickBase/WaitedTime.h"
 
 #include <sys/socket.h>
@@ -114,13 +115,7 @@ pid_t spawn(const std::filesystem::path& program, int childEnd) {
 std::filesystem::path workerProgram() {
     if (const char* named = std::getenv("TARNWICK_MSL_WORKER"))
         return named;
-    std::error_code error;
-    const std::filesystem::path here =
-        std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
-    for (const char* place : {"tarnwick-msl-worker", "../libexec/tarnwick-msl-worker"})
-        if (std::filesystem::path found = here / place; std::filesystem::exists(found, error))
-            return found;
-    return {};
+    return installedFile(InstalledFile::compilerWorker);
 }
 
 WorkerProcess::~WorkerProcess() {

@@ -19,8 +19,7 @@ enum class WorkerFault {
     late     // it was ended at the time limit
 };
 
-// The path of the worker's program: the value of TARNWICK_MSL_WORKER, else a file beside this
-// process's program or in ../libexec from there. Empty if no such file exists.
+// The path of the worker's program: the value of TARNWICK_MSL_WORKER, else the installed one.
 std::filesystem::path workerProgram();
 
 // Owns at most one child. One thread at a time.

@@ -1,6 +1,7 @@
 #include "saver/Program.h"
 
 #include "TarnwickBase/EndSignals.h"
+#include "TarnwickBase/InstalledFiles.h"
 #include "TarnwickBase/OutputFile.h"
 #include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickBase/Version.h"
@@ -26,10 +27,8 @@ namespace fs = std::filesystem;
 constexpr PixelSize usualSize{1280, 720};
 constexpr PixelSize previewSize{320, 200};
 
-Bundle bundleBesideProgram() {
-    std::error_code failure;
-    const fs::path program = fs::read_symlink("/proc/self/exe", failure);
-    return Bundle(program.parent_path() / "Tarnwick.saver");
+Bundle ownBundle() {
+    return Bundle(installedFile(InstalledFile::saverBundle));
 }
 
 ScreenKind kindOf(const HostOptions& options) {
@@ -110,8 +109,7 @@ void checkText(const fs::path& episode) {
 
 Status showBundleOrEpisode(const HostOptions& options, std::ostream& out, std::ostream& errors) {
     if (!options.episode)
-        return show(options, options.bundle ? Bundle(*options.bundle) : bundleBesideProgram(), out,
-                    errors);
+        return show(options, options.bundle ? Bundle(*options.bundle) : ownBundle(), out, errors);
     checkText(*options.episode);
     const std::optional<fs::path> settings = settingsOf(options, errors);
     if (options.bundle)

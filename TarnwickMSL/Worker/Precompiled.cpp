@@ -1,5 +1,7 @@
 #include "TarnwickMSL/Worker/Precompiled.h"
 
+#include "TarnwickBase/InstalledFiles.h"
+
 #include <fstream>
 
 namespace tarnwick::msl {
@@ -36,18 +38,12 @@ bool writePrecompiled(const std::filesystem::path& path) {
 }
 
 StandardLibrary standardLibrary() {
-    std::error_code error;
-    const std::filesystem::path here =
-        std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
     const std::string fingerprint = StandardLibrary::fingerprint();
-    for (const char* place : {"metal.pch", "../share/tarnwick/metal.pch"}) {
-        std::string bytes = readWhole(here / place);
-        if (!bytes.ends_with(fingerprint))
-            continue;
-        bytes.resize(bytes.size() - fingerprint.size());
-        return StandardLibrary::fromPrecompiled(std::move(bytes));
-    }
-    return StandardLibrary::build();
+    std::string bytes = readWhole(installedFile(InstalledFile::precompiledLibrary));
+    if (!bytes.ends_with(fingerprint))
+        return StandardLibrary::build();
+    bytes.resize(bytes.size() - fingerprint.size());
+    return StandardLibrary::fromPrecompiled(std::move(bytes));
 }
 
 } // namespace tarnwick::msl

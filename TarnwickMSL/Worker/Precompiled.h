@@ -10,8 +10,8 @@ namespace tarnwick::msl {
 // Replaces the file; false if that fails.
 bool writePrecompiled(const std::filesystem::path& path);
 
-// Reads the file beside this program, or in ../share/tarnwick from there. If it is missing or
-// another build wrote it, builds the library in memory.
+// Reads the installed file (InstalledFile::precompiledLibrary). If it is missing or another build
+// or another Clang wrote it, builds the library in memory.
 StandardLibrary standardLibrary();
 
 } // namespace tarnwick::msl

@@ -1,9 +1,9 @@
 #include "player/ExportPanel/SaverActions.h"
 
+#include "TarnwickBase/InstalledFiles.h"
+#include "player/App/Background.h"
 #include "player/ExportPanel/ExportDialog.h"
 #include "player/ExportPanel/SaverDialog.h"
-#include "player/App/Background.h"
-#include "player/Exports/ChildProcess.h"
 #include "player/Exports/SaverBundle.h"
 
 #include <QClipboard>
@@ -25,10 +25,6 @@ QString quoted(const std::filesystem::path& path) {
     QString text = QString::fromStdString(path.string());
     text.replace(QLatin1Char('\''), QStringLiteral("'\\''"));
     return QLatin1Char('\'') + text + QLatin1Char('\'');
-}
-
-std::filesystem::path saverProgram() {
-    return commandLineProgram().parent_path() / "tarnwick-saver";
 }
 
 } // namespace
@@ -64,7 +60,8 @@ void SaverActions::save() {
 }
 
 void SaverActions::showSaved(const std::filesystem::path& bundle) {
-    const QString command = quoted(saverProgram()) + QStringLiteral(" --bundle ") + quoted(bundle) +
+    const QString command = quoted(installedFile(InstalledFile::saver)) +
+                            QStringLiteral(" --bundle ") + quoted(bundle) +
                             QStringLiteral(" --root");
     auto* shown = new QMessageBox(
         QMessageBox::Information, tr("Screen saver"),
@@ -83,7 +80,7 @@ void SaverActions::showSaved(const std::filesystem::path& bundle) {
             [command] { QGuiApplication::clipboard()->setText(command); });
     connect(attempt, &QPushButton::clicked, this, [bundle] {
         QProcess::startDetached(
-            QString::fromStdString(saverProgram().string()),
+            QString::fromStdString(installedFile(InstalledFile::saver).string()),
             {QStringLiteral("--bundle"), QString::fromStdString(bundle.string())});
     });
     shown->show();

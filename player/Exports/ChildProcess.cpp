@@ -1,12 +1,13 @@
 #include "player/Exports/ChildProcess.h"
 
+#include "TarnwickBase/InstalledFiles.h"
+
 #include <sys/prctl.h>
 #include <sys/resource.h>
 
 #include <QProcessEnvironment>
 #include <csignal>
 #include <cstring>
-#include <system_error>
 
 namespace tarnwick::player {
 namespace {
@@ -33,8 +34,7 @@ std::string withoutLineBreak(QByteArray line) {
 } // namespace
 
 std::filesystem::path commandLineProgram() {
-    std::error_code unread;
-    return std::filesystem::read_symlink("/proc/self/exe", unread).parent_path() / "tarnwick";
+    return installedFile(InstalledFile::commandLine);
 }
 
 ChildProcess::ChildProcess(QObject* parent) : QObject(parent) {

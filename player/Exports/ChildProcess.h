@@ -20,7 +20,7 @@ struct ChildResult {
     std::string output{};     // its standard output, at most a mebibyte
 };
 
-// The program `tarnwick` beside this one.
+// The program `tarnwick` that comes with this one.
 std::filesystem::path commandLineProgram();
 
 // On the thread that made it, which it never blocks. The child has a lower priority (nice 10) and

@@ -1,5 +1,6 @@
 #include "player/Finding/FolderListing.h"
 
+#include "TarnwickBase/InstalledFiles.h"
 #include "player/Finding/WordSearch.h"
 
 #include <algorithm>
@@ -98,14 +99,9 @@ std::vector<FolderEntry> arranged(std::vector<FolderEntry> entries, FolderOrder 
 }
 
 std::filesystem::path shippedEpisodes() {
+    auto folder = installedFile(InstalledFile::episodes);
     std::error_code error;
-    const auto here = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
-    for (const char* place : {"../share/tarnwick/episodes", "../../../episodes"}) {
-        const auto folder = std::filesystem::weakly_canonical(here / place, error);
-        if (!error && std::filesystem::exists(folder / "rose-window.metal", error))
-            return folder;
-    }
-    return {};
+    return std::filesystem::is_directory(folder, error) ? folder : std::filesystem::path();
 }
 
 } // namespace tarnwick::player

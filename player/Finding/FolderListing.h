@@ -38,8 +38,7 @@ enum class FolderOrder : std::uint8_t { name, newest };
 std::vector<FolderEntry> arranged(std::vector<FolderEntry> entries, FolderOrder order,
                                   std::string_view filter);
 
-// The folder of the episodes that come with the program: ../share/tarnwick/episodes from its
-// folder, or episodes in the source tree that it was built in. Empty without such a folder. Blocks.
+// The folder of the episodes that come with the program. Empty without such a folder. Blocks.
 std::filesystem::path shippedEpisodes();
 
 } // namespace tarnwick::player

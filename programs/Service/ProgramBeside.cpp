@@ -4,19 +4,15 @@
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <string>
-#include <system_error>
 #include <unistd.h>
 #include <vector>
 
 namespace tarnwick {
 
-void becomeProgram(std::string_view name, std::span<const std::string> given,
+void becomeProgram(InstalledFile program, std::span<const std::string> given,
                    std::string_view package) {
-    std::error_code unread;
-    const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", unread);
-    const std::string host = (self.parent_path() / name).string();
+    const std::string host = installedFile(program).string();
     std::vector<std::string> words{host};
     words.insert(words.end(), given.begin(), given.end());
     std::vector<char*> pointers;
@@ -30,11 +26,11 @@ void becomeProgram(std::string_view name, std::span<const std::string> given,
 }
 
 void becomeSaver(std::span<const std::string> words) {
-    becomeProgram("tarnwick-saver", words, "the saver");
+    becomeProgram(InstalledFile::saver, words, "the saver");
 }
 
 void becomePlayer(std::span<const std::string> words) {
-    becomeProgram("tarnwick-player", words, "the player");
+    becomeProgram(InstalledFile::player, words, "the player");
 }
 
 } // namespace tarnwick

@@ -1,5 +1,7 @@
-// Programs that are in the same folder as this one.
+// The other programs of Tarnwick.
 #pragma once
+
+#include "TarnwickBase/InstalledFiles.h"
 
 #include <span>
 #include <string>
@@ -7,9 +9,9 @@
 
 namespace tarnwick {
 
-// Replaces this process by the program `name` with the arguments `words`. Throws CommandError if
-// there is no such program; `package` is the part of Tarnwick that has it: "the player".
-[[noreturn]] void becomeProgram(std::string_view name, std::span<const std::string> words,
+// Replaces this process by a program with the arguments `words`. Throws CommandError if there is no
+// such program; `package` is the part of Tarnwick that has it: "the player".
+[[noreturn]] void becomeProgram(InstalledFile program, std::span<const std::string> words,
                                 std::string_view package);
 
 [[noreturn]] void becomeSaver(std::span<const std::string> words);

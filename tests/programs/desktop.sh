@@ -15,8 +15,14 @@ if [ -f $player ]; then
     grep -q -x 'MimeType=x-scheme-handler/tarnwick;' $player || complain 'no scheme of the player'
     have -x installed/bin/tarnwick-player
 fi
-TARNWICK="$folder/installed/bin/tarnwick"
 have -x installed/bin/tarnwick-saver
+# The tree can be moved and read-only.
+mv installed moved
+chmod -R a-w moved
+trap 'chmod -R u+w "$folder"; rm -rf "$folder"' EXIT
+TARNWICK="$folder/moved/bin/tarnwick"
+have -d moved/share/tarnwick/Tarnwick.saver
+have -f moved/libexec/tarnwick/metal.pch
 expect 2 'does not say which shader to open' open tarnwick://open
 episode >e.metal
 expect 0 '' check e.metal
