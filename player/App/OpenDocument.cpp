@@ -156,6 +156,11 @@ void OpenDocument::endGesture() {
     document_.history().endGesture();
 }
 
+void OpenDocument::cancelGesture(const std::string& gesture) {
+    document_.history().cancelGesture(gesture);
+    emit settingsChanged();
+}
+
 void OpenDocument::keepSnapshot(std::size_t index) {
     document_.keepSnapshot(index, time());
     emit settingsChanged();

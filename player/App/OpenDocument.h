@@ -66,6 +66,8 @@ class OpenDocument : public QObject {
     void resetValue(const std::string& name);
     void setSettings(Settings settings, const std::string& change, const std::string& gesture = {});
     void endGesture();
+    // Takes back the changes of a gesture that has not ended.
+    void cancelGesture(const std::string& gesture);
     void keepSnapshot(std::size_t index);
     void morph(float mix);
     void undoSettings();

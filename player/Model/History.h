@@ -31,6 +31,13 @@ template <typename State> class History {
     }
     // The next push() adds a state, also with the same gesture.
     void endGesture() { states_[now_].gesture.clear(); }
+    // Drops the state that the gesture made, if it goes on.
+    void cancelGesture(const std::string& gesture) {
+        if (now_ == 0 || gesture.empty() || states_[now_].gesture != gesture)
+            return;
+        states_.erase(states_.begin() + static_cast<std::ptrdiff_t>(now_), states_.end());
+        --now_;
+    }
 
     bool canUndo() const { return now_ > 0; }
     bool canRedo() const { return now_ + 1 < states_.size(); }

@@ -6,9 +6,10 @@
 #include "player/Editor/EpisodeEditor.h"
 #include "player/ExportPanel/ExportFeature.h"
 #include "player/Grid/ThumbnailService.h"
+#include "player/KeysPanel/KeysActions.h"
+#include "player/KeysPanel/KeysPanel.h"
 #include "player/Layout/DroppedFiles.h"
 #include "player/Layout/WindowLayout.h"
-#include "player/Panels/KeysPanel.h"
 #include "player/Panels/ParametersPanel.h"
 #include "player/Panels/ProblemsPanel.h"
 #include "player/Panels/TransportBar.h"
@@ -36,7 +37,8 @@
 namespace tarnwick::player {
 namespace {
 
-constexpr int mainTarget = 1; // the number of the picture in this window
+constexpr int mainTarget = 1;     // the number of the picture in this window
+constexpr int heightOfKeys = 340; // pixels, while keys are edited
 
 QVBoxLayout* column(QWidget* widget) {
     auto* made = new QVBoxLayout(widget);
@@ -122,8 +124,14 @@ void MainWindow::makeDocks() {
                      addDock(variations, tr("Variations"), "variations", Qt::RightDockWidgetArea));
     parameters->raise();
     QDockWidget* list = addDock(problems, tr("Problems"), "problems", Qt::BottomDockWidgetArea);
-    QDockWidget* keys =
-        addDock(new KeysPanel(player_), tr("Keys"), "keys", Qt::BottomDockWidgetArea);
+    auto* keysPanel = new KeysPanel(player_);
+    QDockWidget* keys = addDock(keysPanel, tr("Keys"), "keys", Qt::BottomDockWidgetArea);
+    addKeysActions(actions_, *keysPanel, [this, keys] {
+        keys->show();
+        keys->raise();
+        if (keys->height() < heightOfKeys && !keys->isFloating())
+            resizeDocks({keys}, {heightOfKeys}, Qt::Vertical);
+    });
     tabifyDockWidget(parameters, addDock(channels_->panel(), tr("Channels"), "channels",
                                          Qt::RightDockWidgetArea));
     parameters->raise();
