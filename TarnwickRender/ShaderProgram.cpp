@@ -51,8 +51,11 @@ ProgramParts makeParts(const CompiledEpisode& compiled, gpu::Device& device,
                                                       : MeshBackground::none);
     });
     ProgramParts parts{.params = shader.params};
-    if (shader.hasSound)
-        parts.soundPipeline = hostKernel(device, library, ShaderAssembler::soundName);
+    if (shader.hasSound) {
+        const auto sound = hostFunction(library, ShaderAssembler::soundName, msl::Stage::kernel);
+        parts.soundPipeline = device.newComputePipelineState(*sound);
+        parts.soundFunction = sound->sharedEntryPoint();
+    }
     parts.particles = particles.get();
     parts.mesh = mesh.get();
     if (shader.usesInputs) {

@@ -16,6 +16,10 @@ class SoundRun {
     // Null if the program has no sound or the device has no room.
     static std::unique_ptr<SoundRun> make(std::shared_ptr<const ShaderProgram> program,
                                           gpu::Device& device);
+    // The same on another device than the program's, of the same hardware. Its samples are equal
+    // bit by bit. Blocks while the driver compiles. Null also if the driver refuses the kernel.
+    static std::unique_ptr<SoundRun> makeElsewhere(std::shared_ptr<const ShaderProgram> program,
+                                                   gpu::Device& other);
 
     static constexpr std::uint32_t mostSamples = 4 * ShaderAssembler::sampleRate; // of a call
 
@@ -29,6 +33,7 @@ class SoundRun {
     SoundRun() = default;
 
     std::shared_ptr<const ShaderProgram> program_;
+    std::unique_ptr<gpu::ComputePipelineState> elsewhere_; // null: the program's own
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<gpu::Buffer> buffer_; // mostSamples samples
 };

@@ -2,6 +2,7 @@
 
 #include "TarnwickBase/Quoted.h"
 #include "TarnwickGPU/Device/DeviceState.h"
+#include "TarnwickGPU/QueueBeside.h"
 #include "TarnwickGPU/Resources.h"
 #include "TarnwickGPU/Resources/BufferParts.h"
 #include "TarnwickGPU/Resources/TextureParts.h"
@@ -67,6 +68,10 @@ std::string Device::absence() {
 
 Device::Device(std::shared_ptr<DeviceState> state) : state_(std::move(state)) {}
 Device::~Device() = default;
+
+bool hasQueueBeside(const Device& device) {
+    return device.state().record.queueCount > 1;
+}
 
 const DeviceInfo& Device::info() const {
     return state_->record.info;

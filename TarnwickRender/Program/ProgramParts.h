@@ -18,6 +18,7 @@ struct ProgramParts {
     std::vector<ParamDecl> params;
     std::unique_ptr<gpu::RenderPipelineState> pipeline;       // of the final pass
     std::unique_ptr<gpu::ComputePipelineState> soundPipeline; // null without `sound`
+    std::shared_ptr<const msl::EntryPoint> soundFunction;     // of soundPipeline, or null
     std::optional<ParticlePipelines> particles;               // of a particle episode
     std::optional<MeshPipelines> mesh;                        // of a grid episode
     std::unique_ptr<gpu::Texture> blank; // 1 by 1, transparent black; null without Inputs

@@ -13,10 +13,13 @@ struct SoundUniforms {
     std::uint32_t pad = 0;
 };
 
-std::optional<gpu::CommandBuffer> startKernel(const gpu::ComputePipelineState& kernel,
-                                              gpu::CommandQueue& queue, const gpu::Buffer& buffer,
-                                              double start, double rate, std::uint32_t count,
-                                              const ParamBuffer& params) {
+} // namespace
+
+std::optional<gpu::CommandBuffer> startSoundKernel(const gpu::ComputePipelineState& kernel,
+                                                   gpu::CommandQueue& queue,
+                                                   const gpu::Buffer& buffer, double start,
+                                                   double rate, std::uint32_t count,
+                                                   const ParamBuffer& params) {
     auto commands = queue.commandBuffer();
     auto encoder = commands ? commands->computeCommandEncoder() : std::nullopt;
     if (!encoder)
@@ -33,14 +36,12 @@ std::optional<gpu::CommandBuffer> startKernel(const gpu::ComputePipelineState& k
     return commands;
 }
 
-} // namespace
-
 std::optional<gpu::CommandBuffer> startSound(const ProgramParts& program, gpu::CommandQueue& queue,
                                              const gpu::Buffer& buffer, double start,
                                              std::uint32_t count, const ParamValues& values,
                                              double rate) {
-    return startKernel(*program.soundPipeline, queue, buffer, start, rate, count,
-                       ParamBuffer(program.params, values));
+    return startSoundKernel(*program.soundPipeline, queue, buffer, start, rate, count,
+                            ParamBuffer(program.params, values));
 }
 
 SoundResult finishSound(gpu::CommandBuffer& commands) {
@@ -61,7 +62,7 @@ SoundResult runSoundKernel(const gpu::ComputePipelineState& kernel, gpu::Command
                            const gpu::Buffer& buffer, double start, std::uint32_t count,
                            const ParamBuffer& params) {
     auto commands =
-        startKernel(kernel, queue, buffer, start, ShaderAssembler::sampleRate, count, params);
+        startSoundKernel(kernel, queue, buffer, start, ShaderAssembler::sampleRate, count, params);
     return commands ? finishSound(*commands) : SoundResult::failed;
 }
 

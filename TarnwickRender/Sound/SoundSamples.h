@@ -31,6 +31,12 @@ std::optional<gpu::CommandBuffer> startSound(const ProgramParts& program, gpu::C
                                              const gpu::Buffer& buffer, double start,
                                              std::uint32_t count, const ParamValues& values,
                                              double rate = ShaderAssembler::sampleRate);
+// The same with another pipeline of the program's kernel, on the device of `queue`.
+std::optional<gpu::CommandBuffer> startSoundKernel(const gpu::ComputePipelineState& kernel,
+                                                   gpu::CommandQueue& queue,
+                                                   const gpu::Buffer& buffer, double start,
+                                                   double rate, std::uint32_t count,
+                                                   const ParamBuffer& params);
 SoundResult finishSound(gpu::CommandBuffer& commands);
 
 // Runs a kernel with the arguments of the sound kernel, one thread a sample. Blocks.

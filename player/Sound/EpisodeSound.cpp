@@ -4,6 +4,7 @@
 // after 100 s, and calls would click where they meet.
 #include "player/Sound/EpisodeSound.h"
 
+#include "TarnwickPlatform/Dispatch/HostClock.h"
 #include "TarnwickRender/SoundRun.h"
 #include "player/Sound/SampleRing.h"
 
@@ -14,28 +15,41 @@ namespace tarnwick::player {
 namespace {
 
 constexpr std::int64_t gridFrames = soundRate / 16;
-constexpr double onGrid = 1e-3; // frames
+constexpr double onGrid = 1e-3;     // frames
+constexpr double retryInterval = 1; // seconds, to open a device
 
 } // namespace
 
 struct EpisodeSound::Shared {
-    std::shared_ptr<gpu::Device> device; // outlives the run
+    std::shared_ptr<KernelDevice> devices;
+    std::shared_ptr<gpu::Device> device; // of the run; outlives it
     std::shared_ptr<const ShaderProgram> program;
     std::unique_ptr<SoundRun> run; // null before the first use, or if the device fails
-    bool hasFailed = false;
+    double nextTry = -1e9;         // host seconds
 
-    SoundRun* ready() {
-        if (!run && !hasFailed)
-            run = SoundRun::make(program, *device);
-        hasFailed = !run;
-        return run.get();
-    }
+    SoundRun* ready();
 };
 
+// A device that was lost is opened again.
+SoundRun* EpisodeSound::Shared::ready() {
+    if (run && !device->isLost())
+        return run.get();
+    if (currentMediaTime() < nextTry)
+        return nullptr;
+    nextTry = currentMediaTime() + retryInterval;
+    run.reset();
+    device = devices->device();
+    if (device == devices->pictures())
+        run = SoundRun::make(program, *device);
+    else if (device)
+        run = SoundRun::makeElsewhere(program, *device);
+    return run.get();
+}
+
 EpisodeSound::EpisodeSound(std::shared_ptr<const ShaderProgram> program,
-                           std::shared_ptr<gpu::Device> device, ParamValues values)
+                           std::shared_ptr<KernelDevice> device, ParamValues values)
     : shared_(std::make_shared<Shared>()), values_(std::move(values)) {
-    shared_->device = std::move(device);
+    shared_->devices = std::move(device);
     shared_->program = std::move(program);
 }
 
@@ -46,11 +60,19 @@ std::shared_ptr<EpisodeSound> EpisodeSound::with(ParamValues values) const {
     return std::shared_ptr<EpisodeSound>(new EpisodeSound(shared_, std::move(values)));
 }
 
+// A CPU driver compiles a kernel when it runs for the first time.
+void EpisodeSound::prepare() {
+    run(0, soundRate, 1, values_);
+}
+
+std::optional<std::span<const float>>
+EpisodeSound::run(double start, double rate, std::uint32_t count, const ParamValues& values) {
+    SoundRun* ready = shared_->ready();
+    return ready == nullptr ? std::nullopt : ready->samples(start, rate, count, values);
+}
+
 bool EpisodeSound::samples(double start, double rate, std::span<float> stereo) {
     std::ranges::fill(stereo, 0.0f);
-    SoundRun* run = shared_->ready();
-    if (run == nullptr)
-        return true;
     const double frame = start * soundRate;
     const bool isOnGrid = rate == soundRate && std::abs(frame - std::round(frame)) < onGrid;
     const std::int64_t skipped =
@@ -59,7 +81,7 @@ bool EpisodeSound::samples(double start, double rate, std::span<float> stereo) {
         isOnGrid ? static_cast<double>(std::llround(frame) - skipped) / soundRate : start;
     const auto count =
         static_cast<std::uint32_t>(stereo.size() / 2 + static_cast<std::size_t>(skipped));
-    const auto found = run->samples(from, rate, count, values_);
+    const auto found = run(from, rate, count, values_);
     if (!found)
         return true;
     std::transform(found->begin() + 2 * skipped, found->end(), stereo.begin(),

@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QSettings>
 #include <algorithm>
+#include <utility>
 
 namespace tarnwick::player {
 namespace {
@@ -31,12 +32,15 @@ SoundControls::SoundControls(Player& player, QWidget& window)
             player_.setLevels(sound_->levels(), input_.kind == SoundInput::Kind::own);
         })});
     load();
-    connect(&player_, &Player::published, this, &SoundControls::play);
+    connect(&player_, &Player::published, &heard_, &RecordSound::show);
+    connect(&heard_, &RecordSound::changed, this,
+            [this] { sound_->show(heard_.sound(), heard_.transport()); });
     player_.setLevels(sound_->levels(), true);
 }
 
 SoundControls::~SoundControls() {
     player_.disconnect(this);
+    player_.disconnect(&heard_);
 }
 
 void SoundControls::setVolume(const SoundVolume& volume) {
@@ -82,12 +86,23 @@ void SoundControls::load() {
     sound_->setDelay(delay_ / 1000.0);
 }
 
-void SoundControls::keep() const {
-    QSettings kept = userSettings();
-    kept.setValue(QStringLiteral("sound/volume"), volume_.all);
-    kept.setValue(QStringLiteral("sound/muted"), volume_.isMuted);
-    kept.setValue(QStringLiteral("sound/hearsFile"), volume_.hasFile);
-    kept.setValue(QStringLiteral("sound/delay"), delay_);
+// The newest values; those of earlier calls that wait are not written.
+void SoundControls::keep() {
+    if (std::exchange(isKeeping_, true))
+        return;
+    fileWork_.add(
+        [this] {
+            isKeeping_ = false;
+            return [volume = volume_, delay = delay_] {
+                QSettings kept = userSettings();
+                kept.setValue(QStringLiteral("sound/volume"), volume.all);
+                kept.setValue(QStringLiteral("sound/muted"), volume.isMuted);
+                kept.setValue(QStringLiteral("sound/hearsFile"), volume.hasFile);
+                kept.setValue(QStringLiteral("sound/delay"), delay);
+                return true;
+            };
+        },
+        [](bool) {});
 }
 
 void SoundControls::setInput(const SoundInput& input) {
@@ -125,18 +140,6 @@ void SoundControls::findDevices() {
             },
             Qt::QueuedConnection);
     });
-}
-
-void SoundControls::play(const std::shared_ptr<const LiveRecord>& record) {
-    const bool hasSound = record->program && record->program->hasSound();
-    const ParamValues values = hasSound ? record->settings->values : ParamValues{};
-    if (record->program != program_)
-        own_ = hasSound ? std::make_shared<EpisodeSound>(record->program, record->device, values)
-                        : nullptr;
-    else if (own_ && own_->values() != values)
-        own_ = own_->with(values);
-    program_ = record->program;
-    sound_->show(own_, record->transport);
 }
 
 } // namespace tarnwick::player

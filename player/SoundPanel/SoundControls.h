@@ -2,9 +2,10 @@
 #pragma once
 
 #include "TarnwickPlatform/Dispatch/DispatchQueue.h"
+#include "player/App/FileWork.h"
 #include "player/App/Player.h"
-#include "player/Sound/EpisodeSound.h"
 #include "player/Sound/LiveSound.h"
+#include "player/SoundPanel/RecordSound.h"
 
 #include <QObject>
 #include <QStringList>
@@ -50,8 +51,7 @@ class SoundControls : public QObject {
 
   private:
     void load();
-    void keep() const;
-    void play(const std::shared_ptr<const LiveRecord>& record);
+    void keep();
 
     Player& player_;
     QWidget& window_;
@@ -59,9 +59,10 @@ class SoundControls : public QObject {
     int delay_ = 0;
     SoundInput input_;
     QStringList devices_;
-    std::shared_ptr<const ShaderProgram> program_; // of own_
-    std::shared_ptr<EpisodeSound> own_;            // null if the program has no sound
+    RecordSound heard_;
     std::unique_ptr<LiveSound> sound_;
+    bool isKeeping_ = false; // keep() waits for earlier work
+    FileWork fileWork_;
     DispatchQueue finding_;
 };
 

@@ -1,0 +1,43 @@
+// The sound of a performance that is replayed: that of its export.
+#pragma once
+
+#include "TarnwickCore/Performance/PerformanceCursor.h"
+#include "player/Sound/EpisodeSound.h"
+
+#include <array>
+#include <memory>
+#include <vector>
+
+namespace tarnwick::player {
+
+// The time is that of the performance, in seconds.
+class PerformedSound : public TimedSound {
+  public:
+    // `performance` is fitted to the parameters of the sound's program.
+    PerformedSound(std::shared_ptr<EpisodeSound> own,
+                   std::shared_ptr<const Performance> performance);
+
+    const std::shared_ptr<EpisodeSound>& own() const { return own_; }
+    const std::shared_ptr<const Performance>& performance() const { return cursor_.shared(); }
+
+    // At soundRate, bit by bit the samples of an export from the beginning of the performance.
+    // Other rates are interpolated. Silent if the device fails.
+    bool samples(double start, double rate, std::span<float> stereo) override;
+
+  private:
+    // Evaluated as an export evaluates it: second by second.
+    struct Second {
+        std::int64_t number = -1; // -1: none
+        std::vector<float> stereo;
+    };
+
+    const Second& second(std::int64_t number);
+    void evaluate(Second& second);
+    float sampleAt(std::int64_t frame, std::size_t side);
+
+    std::shared_ptr<EpisodeSound> own_;
+    PerformanceCursor cursor_;
+    std::array<Second, 2> seconds_; // by the lowest bit of their number
+};
+
+} // namespace tarnwick::player
