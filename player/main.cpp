@@ -6,6 +6,7 @@
 #include "TarnwickBase/Version.h"
 #include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/CommandLine/Help.h"
+#include "player/App/Background.h"
 #include "player/ChannelsPanel/ChannelActions.h"
 #include "player/ControlPanel/LiveControl.h"
 #include "player/SoundPanel/SoundControls.h"
@@ -16,6 +17,8 @@
 #include <QMessageBox>
 #include <array>
 #include <cstdio>
+#include <memory>
+#include <optional>
 
 namespace tarnwick::player {
 namespace {
@@ -46,26 +49,51 @@ constexpr std::string_view summary = "Opens episodes in the player, shows the ep
                                      "folder, or downloads the shader of a link "
                                      "of the sharing service.";
 
-// Offers the unsaved work of a player that did not end by itself.
-void recover(Player& player, MainWindow& window) {
-    const auto left = leftDrafts(draftsFolder());
-    if (left.empty())
-        return;
-    const auto answer = QMessageBox::question(
-        &window, QObject::tr("Unsaved work"),
-        left.size() == 1
-            ? QObject::tr("The player ended with unsaved changes in %1. Open it again?")
-                  .arg(QString::fromStdString(left.front().draft.title))
-            : QObject::tr("The player ended with unsaved changes in %1 episodes. Open "
-                          "them again?")
-                  .arg(left.size()));
+QString questionAbout(const std::vector<LeftDraft>& left) {
+    if (left.size() == 1)
+        return QObject::tr("The player ended with unsaved changes in %1. Open it again?")
+            .arg(QString::fromStdString(left.front().draft.title));
+    return QObject::tr("The player ended with unsaved changes in %1 episodes. Open them again?")
+        .arg(left.size());
+}
+
+struct Recovered {
+    std::optional<Document> document; // absent: discarded
+    std::unique_ptr<Autosave> autosave;
+};
+
+// Blocks.
+std::vector<Recovered> recovered(const std::vector<LeftDraft>& left, bool isWanted) {
+    std::vector<Recovered> all;
     for (const LeftDraft& one : left) {
         auto autosave = Autosave::takeOver(one.folder);
-        if (answer == QMessageBox::Yes)
-            player.add(Document::recovered(one.draft), std::move(autosave));
+        if (isWanted)
+            all.push_back({Document::recovered(one.draft), std::move(autosave)});
         else if (autosave)
             autosave->discard();
     }
+    return all;
+}
+
+// Offers the unsaved work of a player that did not end by itself.
+void recover(Player& player, MainWindow& window) {
+    const auto ask = [&player, &window](const std::vector<LeftDraft>& left) {
+        if (left.empty())
+            return;
+        const bool isWanted = QMessageBox::question(&window, QObject::tr("Unsaved work"),
+                                                    questionAbout(left)) == QMessageBox::Yes;
+        inBackground(
+            &window,
+            [left, isWanted] {
+                return std::make_shared<std::vector<Recovered>>(recovered(left, isWanted));
+            },
+            [&player](const std::shared_ptr<std::vector<Recovered>>& all) {
+                for (Recovered& one : *all)
+                    player.add(std::move(*one.document), std::move(one.autosave));
+            });
+    };
+    inBackground(
+        &window, [] { return leftDrafts(draftsFolder()); }, ask);
 }
 
 // Throws UsageError.
@@ -91,11 +119,14 @@ int play(const Arguments& arguments, int count, char** words) {
     const Ending ending(player);
     window.show();
     recover(player, window);
+    QStringList files;
     for (const std::string& file : arguments.operands())
-        window.open(QString::fromStdString(file));
-    for (const auto& [channel, choice] : channels)
-        if (OpenDocument* document = player.active())
-            window.channels().channels().choose(*document, channel, choice);
+        files << QString::fromStdString(file);
+    window.open(files, [&player, &window, channels] {
+        for (const auto& [channel, choice] : channels)
+            if (OpenDocument* document = player.active())
+                window.channels().channels().choose(*document, channel, choice);
+    });
     window.findChild<SoundControls*>()->setInput(SoundInput::of(arguments.textOf("--audio")));
     if (arguments.has("--osc"))
         window.findChild<LiveControl*>()->listen(

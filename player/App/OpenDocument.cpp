@@ -18,6 +18,12 @@ OpenDocument::OpenDocument(std::uint64_t id, Document document, std::unique_ptr<
     pause_.setSingleShot(true);
     pause_.setInterval(typingPause);
     connect(&pause_, &QTimer::timeout, this, [this] { emit compileWanted(this); });
+    connect(&fileWork_, &FileWork::done, this, &OpenDocument::fileWorkDone);
+    connect(&fileWork_, &FileWork::late, this, [this] {
+        emit fileFailed(tr("The file of %1 is not read or written yet: its file system does not "
+                           "answer. Editing goes on.")
+                            .arg(QString::fromStdString(document_.title())));
+    });
 }
 
 OpenDocument::~OpenDocument() = default;
@@ -68,6 +74,12 @@ void OpenDocument::setParamNumbers(const std::string& name, const ParamNumbers& 
     replaceText(std::move(text));
 }
 
+std::optional<double> OpenDocument::compilesAt() const {
+    if (!pause_.isActive())
+        return std::nullopt;
+    return currentMediaTime() + pause_.remainingTime() / 1000.0;
+}
+
 void OpenDocument::compileNow() {
     pause_.stop();
     emit compileWanted(this);
@@ -94,6 +106,11 @@ void OpenDocument::setTransport(const Transport& transport) {
     if (transport == transport_)
         return;
     transport_ = transport;
+    emit transportChanged();
+}
+
+void OpenDocument::skipStop(double seconds) {
+    transport_.since += seconds;
     emit transportChanged();
 }
 
@@ -184,22 +201,79 @@ void OpenDocument::redoSettings() {
     emit settingsChanged();
 }
 
-void OpenDocument::save() {
-    document_.save();
-    discardDraft();
+void OpenDocument::save(OtherText otherText, Saved then) {
+    saveLater([this, otherText] { return document_.saving(otherText); }, std::move(then));
     compileNow();
+}
+
+void OpenDocument::saveAs(const std::filesystem::path& file, Saved then) {
+    saveLater([this, file] { return document_.savingAs(file); }, std::move(then));
+}
+
+// The order has the text of the moment when the earlier work is done.
+void OpenDocument::saveLater(std::function<DocumentSave()> order, Saved then) {
+    fileWork_.add([order = std::move(order)] { return [save = order()] { return saved(save); }; },
+                  [this, then = std::move(then)](const DocumentSaved& done) {
+                      note(done);
+                      then(done);
+                  });
+}
+
+void OpenDocument::note(const DocumentSaved& saved) {
+    const auto before = document_.file();
+    document_.note(saved);
+    if (!document_.isModified())
+        discardDraft();
+    if (document_.file() != before)
+        compileNow();
     emit textChanged();
 }
 
-void OpenDocument::saveAs(const std::filesystem::path& file) {
-    document_.saveAs(file);
-    discardDraft();
-    compileNow();
-    emit textChanged();
+void OpenDocument::readFile(std::function<void(const FileText&)> then) {
+    fileWork_.add(
+        [this] {
+            return [file = *document_.file()]() -> FileText {
+                try {
+                    return {readEpisodeText(file), {}};
+                } catch (const DocumentFileError& error) {
+                    return {std::nullopt, error.what()};
+                }
+            };
+        },
+        std::move(then));
 }
 
 void OpenDocument::reload() {
-    document_.reload();
+    readAgain(true);
+}
+
+// Not wanted by the author: the text is replaced only if it is still that of the file, and a file
+// that cannot be read is being written; the next look reads it.
+void OpenDocument::readAgain(bool isWanted) {
+    struct Read {
+        std::optional<DocumentContent> files;
+        std::string error;
+    };
+    fileWork_.add(
+        [this] {
+            return [file = *document_.file()]() -> Read {
+                try {
+                    return {readDocumentFiles(file), {}};
+                } catch (const DocumentFileError& error) {
+                    return {std::nullopt, error.what()};
+                }
+            };
+        },
+        [this, isWanted](Read read) {
+            if (read.files && (isWanted || !document_.isModified()))
+                take(std::move(*read.files));
+            else if (isWanted)
+                emit fileFailed(QString::fromStdString(read.error));
+        });
+}
+
+void OpenDocument::take(DocumentContent files) {
+    document_.take(std::move(files));
     discardDraft();
     emit textReplaced();
     emit textChanged();
@@ -207,12 +281,14 @@ void OpenDocument::reload() {
     compileNow();
 }
 
-void OpenDocument::keepMine() {
-    document_.keepMine();
+void OpenDocument::keepMine(const std::optional<FileWatcher::Stamp>& stamp) {
+    document_.keepMine(stamp);
     told_.reset();
 }
 
 void OpenDocument::lookAtFile(const std::optional<FileWatcher::Stamp>& stamp) {
+    if (isFileBusy())
+        return; // the next look tells
     if (document_.noteFilePresence(stamp.has_value())) {
         emit textChanged();
         if (document_.isFileMissing())
@@ -221,10 +297,7 @@ void OpenDocument::lookAtFile(const std::optional<FileWatcher::Stamp>& stamp) {
     if (!document_.differsFrom(stamp))
         return;
     if (!document_.isModified()) {
-        try {
-            reload();
-        } catch (const DocumentFileError&) { // being written; the next look reads it
-        }
+        readAgain(false);
         return;
     }
     if (stamp == told_)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TarnwickCore/Performance/Performance.h"
+#include "player/App/FileWork.h"
 #include "player/Compiling/LiveCompiler.h"
 #include "player/Model/Document.h"
 #include "player/Model/DraftKeeper.h"
@@ -10,10 +11,17 @@
 #include <QObject>
 #include <QTimer>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 
 namespace tarnwick::player {
+
+// The text of a file, or why it cannot be read, in one sentence.
+struct FileText {
+    std::optional<EpisodeText> text;
+    std::string error;
+};
 
 // On the thread of the windows. Changes go through its functions, which emit the signals.
 class OpenDocument : public QObject {
@@ -46,6 +54,8 @@ class OpenDocument : public QObject {
     void replaceText(std::string text);
     // Changes the numbers in the declaration of a parameter.
     void setParamNumbers(const std::string& name, const ParamNumbers& numbers);
+    // Host seconds at which the pause after typing ends; absent: nobody types.
+    std::optional<double> compilesAt() const;
     // Asks for compiling at once.
     void compileNow();
     void accept(CompileResult result);
@@ -62,6 +72,9 @@ class OpenDocument : public QObject {
     float valueNow(const ParamDecl& param) const; // the value that is played
 
     void setTransport(const Transport& transport);
+    // The process was stopped for that many seconds, in which the clock does not run. A replay goes
+    // on.
+    void skipStop(double seconds);
     void setValue(const std::string& name, float value);
     void resetValue(const std::string& name);
     void setSettings(Settings settings, const std::string& change, const std::string& gesture = {});
@@ -73,11 +86,19 @@ class OpenDocument : public QObject {
     void undoSettings();
     void redoSettings();
 
-    // Throw DocumentFileError.
-    void save();
-    void saveAs(const std::filesystem::path& file);
+    // Work with the files runs in the background, one after the other, and does not disturb
+    // editing: what is typed meanwhile remains modified. `then` is called with the result on this
+    // thread.
+    using Saved = std::function<void(const DocumentSaved&)>;
+    // Compiles at once. Requires a file.
+    void save(OtherText otherText, Saved then);
+    void saveAs(const std::filesystem::path& file, Saved then);
+    // The text in the file now.
+    void readFile(std::function<void(const FileText&)> then);
+    // Takes the file's text and settings; undo in the editor brings back this text.
     void reload();
-    void keepMine();
+    void keepMine(const std::optional<FileWatcher::Stamp>& stamp);
+    bool isFileBusy() const { return fileWork_.isBusy(); }
 
     // `stamp` is the file's now: whether it was saved or removed by another program. An unmodified
     // document is read again; otherwise changedOutside is emitted once. A document without its file
@@ -97,9 +118,15 @@ class OpenDocument : public QObject {
     void changedOutside();
     void removedOutside();  // the file is gone; the text stays
     void touchedInReplay(); // a control was moved: the replay ends
+    void fileWorkDone();    // isFileBusy() is false
+    void fileFailed(const QString& sentence);
 
   private:
     void endReplay();
+    void saveLater(std::function<DocumentSave()> order, Saved then);
+    void note(const DocumentSaved& saved);
+    void readAgain(bool isWanted);
+    void take(DocumentContent files);
 
     std::uint64_t id_;
     Document document_;
@@ -112,6 +139,7 @@ class OpenDocument : public QObject {
     std::uint64_t programRevision_ = 0;
     QTimer pause_;                           // after typing
     std::optional<FileWatcher::Stamp> told_; // the stamp that changedOutside was emitted for
+    FileWork fileWork_;                      // last: its calls use the rest
 };
 
 } // namespace tarnwick::player

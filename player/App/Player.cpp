@@ -1,6 +1,7 @@
 #include "player/App/Player.h"
 
 #include "TarnwickPlatform/Dispatch/HostClock.h"
+#include "player/App/Background.h"
 
 #include <QCoreApplication>
 #include <QMetaObject>
@@ -11,14 +12,17 @@
 namespace tarnwick::player {
 namespace {
 
-constexpr int draftDelay = 1000;    // milliseconds from the first change to its draft
-constexpr int watchInterval = 500;  // milliseconds
-constexpr double shortestStop = 5;  // seconds between two ticks of the watch
+constexpr int draftDelay = 1000;   // milliseconds from the first change to its draft
+constexpr int watchInterval = 500; // milliseconds
+constexpr double shortestStop = 5; // seconds between two ticks of the watch
+// More than processors: work in the background may wait for a file system.
+constexpr int mostInBackground = 64;
 constexpr double lossInterval = 60; // seconds between two losses by the same program
 
 } // namespace
 
 Player::Player() {
+    QThreadPool::globalInstance()->setMaxThreadCount(mostInBackground);
     connect(&device_, &LiveDevice::changed, this, &Player::useDevice);
     compiler_ = std::make_unique<LiveCompiler>([this](CompileResult result) {
         auto moved = std::make_shared<CompileResult>(std::move(result));
@@ -68,27 +72,70 @@ OpenDocument* Player::add(Document document, std::unique_ptr<Autosave> autosave)
         std::make_unique<DraftKeeper>(drafts_, draftsFolder(), std::move(autosave), fail)));
     OpenDocument* added = documents_.back().get();
     connect(added, &OpenDocument::compileWanted, this, &Player::compile);
+    connect(added, &OpenDocument::fileFailed, this, &Player::told);
     for (auto change : {&OpenDocument::settingsChanged, &OpenDocument::transportChanged,
                         &OpenDocument::resultChanged})
         connect(added, change, this, &Player::publish);
     for (auto change : {&OpenDocument::textChanged, &OpenDocument::settingsChanged})
         connect(added, change, this, &Player::keepSoon);
+    connect(added, &OpenDocument::textChanged, this, [this, added] {
+        if (added == active_ && added->compilesAt())
+            publish();
+    });
     emit documentAdded(added);
     activate(added);
     added->compileNow();
     return added;
 }
 
-OpenDocument* Player::open(const std::filesystem::path& file) {
-    const std::filesystem::path whole = std::filesystem::absolute(file);
-    std::error_code error;
+void Player::open(const std::filesystem::path& file, QObject* context, Opened opened) {
+    std::vector<OpenFile> open;
     for (const auto& document : documents_)
-        if (document->document().file() &&
-            std::filesystem::equivalent(*document->document().file(), whole, error)) {
-            activate(document.get());
-            return document.get();
+        if (document->document().file())
+            open.push_back({*document->document().file(), document->id()});
+    inBackground(
+        this, [file, open = std::move(open)] { return read(file, open); },
+        [this, opened = std::move(opened), context = QPointer<QObject>(context)](Read read) {
+            if (context)
+                takeRead(std::move(read), context, opened);
+        });
+}
+
+Player::Read Player::read(const std::filesystem::path& file, const std::vector<OpenFile>& open) {
+    std::error_code error;
+    Read read{.file = std::filesystem::absolute(file, error)};
+    for (const OpenFile& one : open)
+        if (std::filesystem::equivalent(one.file, read.file, error)) {
+            read.document = one.document;
+            return read;
         }
-    return add(Document::open(whole));
+    try {
+        read.files = readDocumentFiles(read.file);
+    } catch (const DocumentFileError& failure) {
+        read.error = failure.what();
+    }
+    return read;
+}
+
+// Another call may have opened the same file meanwhile.
+void Player::takeRead(Read read, QObject* context, const Opened& opened) {
+    if (!read.error.empty())
+        tell(QString::fromStdString(read.error));
+    const auto isOpen = [&](const auto& document) {
+        return document->id() == read.document || document->document().file() == read.file;
+    };
+    const auto found = std::ranges::find_if(documents_, isOpen);
+    const bool isClosed = found == documents_.end() && read.document != 0;
+    if (isClosed) {
+        open(read.file, context, opened);
+        return;
+    }
+    OpenDocument* document = nullptr;
+    if (found != documents_.end())
+        activate(document = found->get());
+    else if (read.files)
+        document = add(Document(read.file, std::move(*read.files)));
+    opened(document);
 }
 
 void Player::activate(OpenDocument* document) {
@@ -99,12 +146,12 @@ void Player::activate(OpenDocument* document) {
     publish();
 }
 
-void Player::close(OpenDocument* document) {
+void Player::close(OpenDocument* document, UnsavedWork unsaved) {
     const auto found = std::ranges::find(documents_, document, &std::unique_ptr<OpenDocument>::get);
     if (found == documents_.end())
         return;
     emit documentClosing(document);
-    document->discardDraft();
+    unsaved == UnsavedWork::isKept ? document->keepDraft() : document->discardDraft();
     const auto index = found - documents_.begin();
     const std::unique_ptr<OpenDocument> closed = std::move(*found); // after it is not active
     documents_.erase(found);
@@ -212,10 +259,12 @@ void Player::publish() {
     record->size = pictureSize_;
     record->mouse = mouse_;
     record->divisor = divisor_;
-    record->compilingSince = compilingSince_;
+    record->compilesAt = compilingSince_;
     record->levels = levels_;
     record->hearsOwnSound = hearsOwnSound_;
     if (active_ != nullptr) {
+        if (!compilingSince_)
+            record->compilesAt = active_->compilesAt();
         record->document = active_->id();
         record->program = isRefused(*active_) ? nullptr : active_->program();
         record->revision = active_->programRevision();
@@ -258,11 +307,9 @@ void Player::skipStop() {
     const double passed = now - std::exchange(ticked_, now);
     if (passed < shortestStop)
         return;
-    for (const auto& document : documents_) {
-        Transport transport = document->transport();
-        transport.since += passed;
-        document->setTransport(transport);
-    }
+    for (const auto& document : documents_)
+        document->skipStop(passed);
+    emit resumed(passed);
 }
 
 // A file system may take long to answer.

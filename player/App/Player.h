@@ -8,12 +8,16 @@
 #include <QObject>
 #include <QTimer>
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
 
 namespace tarnwick::player {
+
+// kept: as a draft, which the next player offers.
+enum class UnsavedWork : std::uint8_t { isLost, isKept };
 
 // On the thread of the windows.
 class Player : public QObject {
@@ -37,13 +41,15 @@ class Player : public QObject {
 
     // Each makes the document the active one.
     OpenDocument* add(Document document, std::unique_ptr<Autosave> autosave = nullptr);
-    // A file that is open already becomes active. Throws DocumentFileError.
-    OpenDocument* open(const std::filesystem::path& file);
+    // Reads a file in the background, which is added, or becomes active if it is open already.
+    // `opened` is called then unless `context` is destroyed; with null if the file cannot be read,
+    // which the user is told.
+    using Opened = std::function<void(OpenDocument*)>;
+    void open(const std::filesystem::path& file, QObject* context, Opened opened);
     void activate(OpenDocument* document);
     // Keeps drafts of all unsaved work, and waits until they are written.
     void keepDraftsNow();
-    // Its unsaved work is lost.
-    void close(OpenDocument* document);
+    void close(OpenDocument* document, UnsavedWork unsaved = UnsavedWork::isLost);
 
     // The size of the picture at full size, in pixels.
     void setPictureSize(const PixelSize& size);
@@ -77,7 +83,8 @@ class Player : public QObject {
     // The record that the drawing thread draws from now on.
     void published(const std::shared_ptr<const LiveRecord>& record);
     void told(const QString& sentence);
-    void deviceChanged(); // there is another device, or none
+    void deviceChanged();         // there is another device, or none
+    void resumed(double seconds); // the process was stopped for that long
 
   private:
     void compile(OpenDocument* document);
@@ -87,6 +94,19 @@ class Player : public QObject {
     void keepSoon();
     void skipStop();
     void lookAtFiles();
+    // A file that was read for open().
+    struct Read {
+        std::filesystem::path file;
+        std::uint64_t document = 0; // that has it open already; 0: none
+        std::optional<DocumentContent> files;
+        std::string error;
+    };
+    struct OpenFile {
+        std::filesystem::path file;
+        std::uint64_t document;
+    };
+    static Read read(const std::filesystem::path& file, const std::vector<OpenFile>& open);
+    void takeRead(Read read, QObject* context, const Opened& opened);
     // The file of a document, as the document knows it and as it is.
     struct LookedAt {
         std::uint64_t document;

@@ -61,15 +61,23 @@ void DocumentChannels::add(OpenDocument* document) {
 }
 
 void DocumentChannels::choose(OpenDocument& document, std::size_t channel, ChannelChoice choice) {
-    if (choice.kind == Kind::episode && documentOf(choice) == nullptr) {
-        try {
-            choice.document = player_.open(choice.place)->id();
-            player_.activate(&document);
-        } catch (const DocumentFileError& error) {
-            player_.tell(QString::fromStdString(error.what()));
-            return;
-        }
+    if (choice.kind != Kind::episode || documentOf(choice) != nullptr) {
+        take(document, channel, std::move(choice));
+        return;
     }
+    player_.open(
+        choice.place, this,
+        [this, channel, choice, chosen = QPointer<OpenDocument>(&document)](OpenDocument* shown) {
+            if (shown == nullptr || !chosen)
+                return;
+            player_.activate(chosen);
+            ChannelChoice found = choice;
+            found.document = shown->id();
+            take(*chosen, channel, std::move(found));
+        });
+}
+
+void DocumentChannels::take(OpenDocument& document, std::size_t channel, ChannelChoice choice) {
     ChannelChoices next = choices(document);
     next.at(channel) = std::move(choice);
     set(document, next);

@@ -32,6 +32,7 @@ class DocumentChannels : public QObject {
     void changed();
 
   private:
+    void take(OpenDocument& document, std::size_t channel, ChannelChoice choice);
     struct Entry {
         ChannelChoices choices;
         std::array<std::shared_ptr<FrameSource>, channelCount> sources;

@@ -21,12 +21,14 @@ Document::Document(std::string text, std::string title)
     : title_(std::move(title)), episode_(episodeOf(std::move(text), {}, title_)),
       savedText_(episode_->text) {}
 
+Document::Document(const std::filesystem::path& file, DocumentContent files) : Document("") {
+    file_ = file;
+    take(std::move(files));
+    history_ = History<DocumentState>(state());
+}
+
 Document Document::open(const std::filesystem::path& file) {
-    Document document("");
-    document.file_ = file;
-    document.reload();
-    document.history_ = History<DocumentState>(document.state());
-    return document;
+    return Document(file, readDocumentFiles(file));
 }
 
 Document Document::recovered(const Draft& draft) {
@@ -103,29 +105,35 @@ float Document::valueAt(const ParamDecl& param, double time) const {
                                  : std::clamp(found->second, param.min, param.max);
 }
 
-void Document::save() {
+DocumentSave Document::saving(OtherText otherText) const {
     precondition(file_.has_value(), "a document that is saved has a file");
-    stamp_ = writeEpisodeText(*file_, {.text = text(), .hasByteOrderMark = hasByteOrderMark_});
-    savedText_ = text();
-    looksWithoutFile_ = 0;
-    isFileMissing_ = false;
-    if (!areSettingsModified())
-        return;
-    writeSettingsBeside(*file_, settings());
-    savedSettings_ = settings();
+    return {.file = *file_,
+            .text = {text(), hasByteOrderMark_, stamp_},
+            .settings = areSettingsModified() ? std::optional(settings()) : std::nullopt,
+            .otherText = otherText};
 }
 
-void Document::saveAs(const std::filesystem::path& file) {
-    stamp_ = writeEpisodeText(file, {.text = text(), .hasByteOrderMark = hasByteOrderMark_});
-    file_ = file;
-    episode_ = episodeOf(text(), file_, title_);
-    savedText_ = text();
+DocumentSave Document::savingAs(const std::filesystem::path& file) const {
+    return {.file = file,
+            .text = {text(), hasByteOrderMark_},
+            .settings = settings() == Settings{} ? std::nullopt : std::optional(settings())};
+}
+
+void Document::note(const DocumentSaved& saved) {
+    const DocumentSave& save = saved.save;
+    if (!saved.isTextWritten)
+        return;
+    if (file_ != save.file) {
+        savedSettings_ = {};
+        file_ = save.file;
+        episode_ = episodeOf(text(), file_, title_);
+    }
+    stamp_ = save.text.stamp;
+    savedText_ = save.text.text;
     looksWithoutFile_ = 0;
     isFileMissing_ = false;
-    if (settings() == Settings{})
-        return;
-    writeSettingsBeside(file, settings());
-    savedSettings_ = settings();
+    if (save.settings && saved.error.empty())
+        savedSettings_ = *save.settings;
 }
 
 bool Document::noteFilePresence(bool isThere) {
@@ -135,22 +143,14 @@ bool Document::noteFilePresence(bool isThere) {
     return isFileMissing_ != wasMissing;
 }
 
-void Document::reload() {
-    precondition(file_.has_value(), "a document that is read again has a file");
-    EpisodeText read = readEpisodeText(*file_);
-    SettingsBeside beside = readSettingsBeside(*file_);
-    stamp_ = read.stamp;
-    hasByteOrderMark_ = read.hasByteOrderMark;
-    savedText_ = read.text;
-    setText(std::move(read.text));
-    remark_ = beside.remark;
-    savedSettings_ = beside.settings;
-    setSettings(std::move(beside.settings), "Read the file again");
-}
-
-void Document::keepMine() {
-    if (file_)
-        stamp_ = FileWatcher::stamp(*file_);
+void Document::take(DocumentContent files) {
+    stamp_ = files.text.stamp;
+    hasByteOrderMark_ = files.text.hasByteOrderMark;
+    savedText_ = files.text.text;
+    setText(std::move(files.text.text));
+    remark_ = files.beside.remark;
+    savedSettings_ = files.beside.settings;
+    setSettings(std::move(files.beside.settings), "Read the file again");
 }
 
 } // namespace tarnwick::player

@@ -37,10 +37,11 @@ class Document {
   public:
     // A document that was never saved, named `title`.
     explicit Document(std::string text, std::string title = "Untitled");
-    // Throws DocumentFileError.
+    Document(const std::filesystem::path& file, DocumentContent files);
+    // Throws DocumentFileError. Blocks.
     static Document open(const std::filesystem::path& file);
     // The document of a draft that was not saved. A file that cannot be read any more is a new
-    // document.
+    // document. Blocks.
     static Document recovered(const Draft& draft);
 
     const std::optional<std::filesystem::path>& file() const { return file_; }
@@ -74,10 +75,12 @@ class Document {
     bool areSettingsModified() const { return settings() != savedSettings_; }
     bool isModified() const { return isTextModified() || areSettingsModified(); }
 
-    // Writes the text, and the settings if they were changed. Throws DocumentFileError; what was
-    // not written remains modified. Requires a file.
-    void save();
-    void saveAs(const std::filesystem::path& file);
+    // What saving writes: the text, and the settings if they were changed. Requires a file.
+    DocumentSave saving(OtherText otherText) const;
+    DocumentSave savingAs(const std::filesystem::path& file) const;
+    // What was written is no longer modified. A document that was saved under another name has that
+    // file.
+    void note(const DocumentSaved& saved);
 
     // Of the file when it was read or written here.
     const std::optional<FileWatcher::Stamp>& stamp() const { return stamp_; }
@@ -86,15 +89,14 @@ class Document {
     bool differsFrom(const std::optional<FileWatcher::Stamp>& now) const {
         return file_ && now && now != stamp_;
     }
-    bool differsOnDisk() const { return file_ && differsFrom(FileWatcher::stamp(*file_)); }
-    // The file was looked for; true if isFileMissing() changed. Programs that save may remove it for
-    // a moment, so that it is missing only when it was missing at the look before too.
+    // The file was looked for; true if isFileMissing() changed. Programs that save may remove it
+    // for a moment, so that it is missing only when it was missing at the look before too.
     bool noteFilePresence(bool isThere);
     bool isFileMissing() const { return isFileMissing_; }
-    // Reads the file again. Its text replaces this one, which is lost. Throws DocumentFileError.
-    void reload();
-    // Keeps this text although the file has another one.
-    void keepMine();
+    // The files were read again. Their text replaces this one, which is lost.
+    void take(DocumentContent files);
+    // Keeps this text although the file has another one, whose stamp this is.
+    void keepMine(const std::optional<FileWatcher::Stamp>& stamp) { stamp_ = stamp; }
 
     Draft draft() const { return {file_, title(), text(), settings()}; }
 

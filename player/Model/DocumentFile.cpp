@@ -6,6 +6,7 @@
 #include "TarnwickPlatform/Bundle/TextFile.h"
 
 #include <string_view>
+#include <utility>
 
 namespace tarnwick::player {
 namespace {
@@ -74,6 +75,30 @@ void writeSettingsBeside(const std::filesystem::path& episode, const Settings& s
     } catch (const DocumentError& error) {
         throw DocumentFileError("The settings cannot be saved: " + std::string(error.what()));
     }
+}
+
+DocumentContent readDocumentFiles(const std::filesystem::path& episode) {
+    EpisodeText text = readEpisodeText(episode);
+    return {.text = std::move(text), .beside = readSettingsBeside(episode)};
+}
+
+DocumentSaved saved(DocumentSave save) {
+    DocumentSaved done{.save = std::move(save)};
+    EpisodeText& text = done.save.text;
+    try {
+        const auto present = FileWatcher::stamp(done.save.file);
+        if (done.save.otherText == OtherText::isKept && present && present != text.stamp) {
+            done.other = readEpisodeText(done.save.file);
+            return done;
+        }
+        text.stamp = writeEpisodeText(done.save.file, text);
+        done.isTextWritten = true;
+        if (done.save.settings)
+            writeSettingsBeside(done.save.file, *done.save.settings);
+    } catch (const DocumentFileError& error) {
+        done.error = error.what();
+    }
+    return done;
 }
 
 } // namespace tarnwick::player

@@ -4,6 +4,7 @@
 #include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickCore/Editor/FileWatcher.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <stdexcept>
@@ -21,6 +22,9 @@ struct EpisodeText {
     bool hasByteOrderMark = false;
     std::optional<FileWatcher::Stamp> stamp{}; // of the file when it was read or written
 };
+
+// A text that is not the expected one was saved by another program.
+enum class OtherText : std::uint8_t { isKept, isReplaced };
 
 // Throws DocumentFileError if the file cannot be read or is not UTF-8. Blocks.
 EpisodeText readEpisodeText(const std::filesystem::path& file);
@@ -42,5 +46,32 @@ SettingsBeside readSettingsBeside(const std::filesystem::path& episode);
 // Throws DocumentFileError, also if a file of that name exists that is not settings: it is never
 // replaced. Blocks.
 void writeSettingsBeside(const std::filesystem::path& episode, const Settings& settings);
+
+// The files of a document.
+struct DocumentContent {
+    EpisodeText text;
+    SettingsBeside beside;
+};
+// Throws DocumentFileError. Blocks.
+DocumentContent readDocumentFiles(const std::filesystem::path& episode);
+
+// What is saved of a document.
+struct DocumentSave {
+    std::filesystem::path file;
+    EpisodeText text;                   // with the stamp of the text that it replaces
+    std::optional<Settings> settings{}; // absent: not changed
+    OtherText otherText = OtherText::isReplaced;
+};
+// What became of it.
+struct DocumentSaved {
+    DocumentSave save; // the text has its new stamp
+    bool isTextWritten = false;
+    std::string error;                     // one sentence; empty without one
+    std::optional<EpisodeText> other = {}; // of another program; nothing was written then
+
+    bool isDone() const { return error.empty() && !other; }
+};
+// Writes the text, then the settings. Never throws. Blocks.
+DocumentSaved saved(DocumentSave save);
 
 } // namespace tarnwick::player

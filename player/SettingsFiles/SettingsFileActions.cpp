@@ -5,7 +5,9 @@
 #include <QInputDialog>
 #include <QMainWindow>
 #include <QMenu>
+#include <QPointer>
 #include <array>
+#include <utility>
 
 namespace tarnwick::player {
 namespace {
@@ -39,6 +41,10 @@ QString proposed(const Document& document, const char* ending) {
 
 SettingsFileActions::SettingsFileActions(Player& player, QMainWindow& window, Actions& actions)
     : QObject(&window), player_(player), window_(window) {
+    connect(&fileWork_, &FileWork::late, this, [this] {
+        player_.tell(tr("The settings are not read or written yet: the file system does not "
+                        "answer. Editing goes on."));
+    });
     QMenu* menu = actions.submenu(ActionMenu::file, tr("Se&ttings"));
     for (const Row& row : rows)
         actions.add(menu, tr(row.load), [this, part = row.part] { loadByDialog(part); });
@@ -55,17 +61,34 @@ void SettingsFileActions::load(const QString& file, SettingsPart part) {
         player_.tell(tr("Settings are for an open episode. None is open."));
         return;
     }
-    try {
-        const Settings next =
-            loadedSettings(document->document().settings(), file.toStdString(), part);
-        const auto misfits = next.misfits(document->document().episode()->params(), "The episode");
-        document->endGesture();
-        document->setSettings(next, "Load " + QFileInfo(file).fileName().toStdString());
-        for (const std::string& sentence : misfits)
-            player_.tell(QString::fromStdString(sentence));
-    } catch (const DocumentFileError& error) {
-        player_.tell(QString::fromStdString(error.what()));
-    }
+    struct Loaded {
+        Settings settings;
+        std::string error;
+    };
+    const auto begin = [document = QPointer<OpenDocument>(document), file, part] {
+        const Settings present = document ? document->document().settings() : Settings{};
+        return [present, file, part]() -> Loaded {
+            try {
+                return {loadedSettings(present, file.toStdString(), part), {}};
+            } catch (const DocumentFileError& error) {
+                return {{}, error.what()};
+            }
+        };
+    };
+    fileWork_.add(begin, [this, file, document = QPointer<OpenDocument>(document)](Loaded loaded) {
+        if (!loaded.error.empty())
+            player_.tell(QString::fromStdString(loaded.error));
+        else if (document)
+            take(*document, std::move(loaded.settings), file);
+    });
+}
+
+void SettingsFileActions::take(OpenDocument& document, Settings next, const QString& file) {
+    const auto misfits = next.misfits(document.document().episode()->params(), "The episode");
+    document.endGesture();
+    document.setSettings(std::move(next), "Load " + QFileInfo(file).fileName().toStdString());
+    for (const std::string& sentence : misfits)
+        player_.tell(QString::fromStdString(sentence));
 }
 
 void SettingsFileActions::loadByDialog(SettingsPart part) {
@@ -86,11 +109,21 @@ void SettingsFileActions::saveByDialog(SettingsPart part) {
         return;
     if (QFileInfo(file).suffix().isEmpty())
         file += QStringLiteral(".json");
-    try {
-        saveSettings(settings, file.toStdString(), part);
-    } catch (const DocumentFileError& error) {
-        player_.tell(QString::fromStdString(error.what()));
-    }
+    fileWork_.add(
+        [settings, file, part] {
+            return [settings, file, part]() -> std::string {
+                try {
+                    saveSettings(settings, file.toStdString(), part);
+                    return {};
+                } catch (const DocumentFileError& error) {
+                    return error.what();
+                }
+            };
+        },
+        [this](const std::string& error) {
+            if (!error.empty())
+                player_.tell(QString::fromStdString(error));
+        });
 }
 
 void SettingsFileActions::changeName() {

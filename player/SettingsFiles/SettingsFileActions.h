@@ -2,6 +2,7 @@
 #pragma once
 
 #include "player/Actions/Actions.h"
+#include "player/App/FileWork.h"
 #include "player/App/Player.h"
 #include "player/Model/SettingsFile.h"
 
@@ -16,16 +17,19 @@ class SettingsFileActions : public QObject {
   public:
     SettingsFileActions(Player& player, QMainWindow& window, Actions& actions);
 
-    // Loads a file into the active episode, or says why not.
+    // Reads a file in the background and loads it into the episode that is active now, or says why
+    // not.
     void load(const QString& file, SettingsPart part);
 
   private:
     void loadByDialog(SettingsPart part);
     void saveByDialog(SettingsPart part);
     void changeName();
+    void take(OpenDocument& document, Settings next, const QString& file);
 
     Player& player_;
     QMainWindow& window_;
+    FileWork fileWork_;
 };
 
 } // namespace tarnwick::player

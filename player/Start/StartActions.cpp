@@ -139,12 +139,10 @@ void StartActions::openFolder(const std::filesystem::path& folder) {
 }
 
 void StartActions::openFile(const QString& file) {
-    try {
-        if (player_.open(file.toStdString()) != nullptr)
+    player_.open(file.toStdString(), this, [this](OpenDocument* document) {
+        if (document != nullptr)
             showWork(); // also if it was open and active already
-    } catch (const DocumentFileError& error) {
-        player_.tell(QString::fromStdString(error.what()));
-    }
+    });
 }
 
 void StartActions::noteRecent(OpenDocument* document) {

@@ -4,7 +4,7 @@
 #include "player/Window/OutsideChanges.h"
 
 #include <QFileDialog>
-#include <QMessageBox>
+#include <utility>
 
 namespace tarnwick::player {
 namespace {
@@ -27,7 +27,6 @@ FileActions::FileActions(Player& player, QMainWindow& window, Actions& actions)
     actions.add(file, tr("&Save"), QKeySequence::Save, [this] { save(player_.active()); });
     actions.add(file, tr("Save &as..."), QKeySequence::SaveAs,
                 [this] { saveAs(player_.active()); });
-    actions.add(file, tr("&Close"), QKeySequence::Close, [this] { close(player_.active()); });
     outside_ = new OutsideChanges(player, window, actions);
     connect(&player_, &Player::documentAdded, this, &FileActions::watch);
 }
@@ -36,43 +35,41 @@ void FileActions::newEpisode() {
     player_.add(Document(ShaderTemplate::newShader("Untitled")));
 }
 
-void FileActions::open(const QString& file) {
-    try {
-        player_.open(file.toStdString());
-    } catch (const DocumentFileError& error) {
-        player_.tell(QString::fromStdString(error.what()));
+// One after the other: the order of the tabs is that of the files.
+void FileActions::open(const QStringList& files, std::function<void()> then) {
+    if (files.isEmpty()) {
+        if (then)
+            then();
+        return;
     }
+    player_.open(files.front().toStdString(), this,
+                 [this, rest = files.mid(1), then](OpenDocument*) { open(rest, then); });
 }
 
 void FileActions::openByDialog() {
-    const QStringList files =
-        QFileDialog::getOpenFileNames(&window_, tr("Open episodes"), QString(), fileFilter());
-    for (const QString& file : files)
-        open(file);
+    open(QFileDialog::getOpenFileNames(&window_, tr("Open episodes"), QString(), fileFilter()));
 }
 
-void FileActions::close(OpenDocument* document) {
-    if (document != nullptr && mayClose(document))
-        player_.close(document);
-}
-
-bool FileActions::mayCloseAll() {
-    for (const auto& document : player_.documents())
-        if (!mayClose(document.get()))
-            return false;
-    return true;
-}
-
-bool FileActions::save(OpenDocument* document) {
+bool FileActions::save(OpenDocument* document, Then then) {
     if (document == nullptr)
         return false;
     if (!document->document().file())
-        return saveAs(document);
-    const auto write = [this, document] { return written([document] { document->save(); }); };
-    return outside_->mayWrite(document, write) && write();
+        return saveAs(document, std::move(then));
+    saveOver(document, OtherText::isKept, then);
+    return true;
 }
 
-bool FileActions::saveAs(OpenDocument* document) {
+// Where another program saved the file meanwhile, the author is asked first.
+void FileActions::saveOver(OpenDocument* document, OtherText otherText, const Then& then) {
+    document->save(otherText, [this, document, then](const DocumentSaved& saved) {
+        if (saved.other)
+            outside_->ask(document, *saved.other,
+                          [this, document] { saveOver(document, OtherText::isReplaced, {}); });
+        finish(saved, then);
+    });
+}
+
+bool FileActions::saveAs(OpenDocument* document, Then then) {
     if (document == nullptr)
         return false;
     QString file = QFileDialog::getSaveFileName(
@@ -81,29 +78,16 @@ bool FileActions::saveAs(OpenDocument* document) {
         return false;
     if (!file.endsWith(QStringLiteral(".metal"), Qt::CaseInsensitive))
         file += QStringLiteral(".metal");
-    return written([document, &file] { document->saveAs(file.toStdString()); });
+    document->saveAs(file.toStdString(), [this, then = std::move(then)](
+                                             const DocumentSaved& saved) { finish(saved, then); });
+    return true;
 }
 
-bool FileActions::written(const std::function<void()>& write) {
-    try {
-        write();
-        return true;
-    } catch (const DocumentFileError& error) {
-        player_.tell(QString::fromStdString(error.what()));
-        return false;
-    }
-}
-
-bool FileActions::mayClose(OpenDocument* document) {
-    if (!document->document().isModified())
-        return true;
-    player_.activate(document);
-    const auto answer = QMessageBox::question(
-        &window_, tr("Unsaved changes"), tr("Save the changes of %1?").arg(titleOf(document)),
-        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
-    if (answer == QMessageBox::Save)
-        return save(document);
-    return answer == QMessageBox::Discard;
+void FileActions::finish(const DocumentSaved& saved, const Then& then) {
+    if (!saved.error.empty())
+        player_.tell(QString::fromStdString(saved.error));
+    if (then)
+        then(saved.isDone());
 }
 
 void FileActions::watch(OpenDocument* document) {

@@ -17,20 +17,19 @@ class FileActions : public QObject {
   public:
     FileActions(Player& player, QMainWindow& window, Actions& actions);
 
-    // Opens a file, or says why not.
-    void open(const QString& file);
+    // Opens files in this order, or says why not. `then` is called after the last one.
+    void open(const QStringList& files, std::function<void()> then = {});
     void openByDialog();
     void newEpisode();
-    // Asks about unsaved changes. Nothing is closed if the answer is to cancel.
-    void close(OpenDocument* document);
-    // Asks about the unsaved changes of all documents. Whether the window may be closed.
-    bool mayCloseAll();
+    // Saves in the background and says why not. `then` gets whether it was saved. False if nothing
+    // is begun: the author chose no file.
+    using Then = std::function<void(bool isSaved)>;
+    bool save(OpenDocument* document, Then then = {});
 
   private:
-    bool save(OpenDocument* document);
-    bool saveAs(OpenDocument* document);
-    bool written(const std::function<void()>& write); // or the user is told why not
-    bool mayClose(OpenDocument* document);
+    void saveOver(OpenDocument* document, OtherText otherText, const Then& then);
+    bool saveAs(OpenDocument* document, Then then = {});
+    void finish(const DocumentSaved& saved, const Then& then);
     void watch(OpenDocument* document);
 
     Player& player_;

@@ -1,5 +1,6 @@
 #include "player/Window/MainWindow.h"
 
+#include "player/App/Background.h"
 #include "player/ChannelsPanel/ChannelActions.h"
 #include "player/CommandList/CommandActions.h"
 #include "player/ControlPanel/ControlFeature.h"
@@ -20,6 +21,7 @@
 #include "player/Start/StartActions.h"
 #include "player/VariationsPanel/VariationsActions.h"
 #include "player/VariationsPanel/VariationsPanel.h"
+#include "player/Window/Closing.h"
 #include "player/Window/DocumentTabs.h"
 #include "player/Window/FileActions.h"
 #include "player/Window/MessageBar.h"
@@ -89,7 +91,12 @@ QWidget* MainWindow::pictures() {
 
 void MainWindow::makeFeatures() {
     files_ = new FileActions(player_, *this, actions_);
-    connect(tabs_, &DocumentTabs::closeWanted, files_, &FileActions::close);
+    closing_ = new Closing(player_, *this, *files_);
+    connect(tabs_, &DocumentTabs::closeWanted, closing_, &Closing::close);
+    actions_.add(ActionMenu::file, tr("&Close"), QKeySequence::Close, [this] {
+        if (player_.active() != nullptr)
+            closing_->close(player_.active());
+    });
     addEditActions(player_, actions_, *tabs_);
     addPlayActions(actions_, *transport_);
     pictureActions_ = new PictureActions(player_, *this, actions_, *picture_);
@@ -100,7 +107,7 @@ void MainWindow::makeFeatures() {
     start_ = new StartActions(player_, *this, actions_, *thumbnails_,
                               [this] { files_->openByDialog(); });
     settingsFiles_ = new SettingsFileActions(player_, *this, actions_);
-    new DroppedFiles(*this, [this](const QString& file) { open(file); });
+    new DroppedFiles(*this, [this](const QString& file) { open({file}); });
     performances_ = new PerformanceFeature(player_, *this, actions_);
     addCommandActions(*this, actions_);
     new ControlFeature(player_, *this, actions_);
@@ -155,15 +162,32 @@ QDockWidget* MainWindow::addDock(QWidget* content, const QString& title, const c
     return dock;
 }
 
-void MainWindow::open(const QString& file) {
-    if (LinkOpener::isLink(file))
-        sharing_->links().open(file);
-    else if (QFileInfo(file).isDir())
-        start_->openFolder(file.toStdString());
-    else if (file.endsWith(QStringLiteral(".json"), Qt::CaseInsensitive))
-        settingsFiles_->load(file, SettingsPart::all);
-    else
-        files_->open(file);
+void MainWindow::open(const QStringList& files, const std::function<void()>& then) {
+    inBackground(
+        this,
+        [files] {
+            QStringList folders;
+            for (const QString& file : files)
+                if (!LinkOpener::isLink(file) && QFileInfo(file).isDir())
+                    folders << file;
+            return folders;
+        },
+        [this, files, then](const QStringList& folders) { openSorted(files, folders, then); });
+}
+
+void MainWindow::openSorted(const QStringList& files, const QStringList& folders,
+                            const std::function<void()>& then) {
+    QStringList episodes;
+    for (const QString& file : files)
+        if (LinkOpener::isLink(file))
+            sharing_->links().open(file);
+        else if (folders.contains(file))
+            start_->openFolder(file.toStdString());
+        else if (file.endsWith(QStringLiteral(".json"), Qt::CaseInsensitive))
+            settingsFiles_->load(file, SettingsPart::all);
+        else
+            episodes << file;
+    files_->open(episodes, then);
 }
 
 void MainWindow::newEpisode() {
@@ -171,12 +195,11 @@ void MainWindow::newEpisode() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (!files_->mayCloseAll()) {
+    if (!closing_->mayCloseWindow()) {
         event->ignore();
         return;
     }
-    for (const auto& document : player_.documents())
-        document->discardDraft();
+    closing_->discardDrafts();
     pictureActions_->closeOutput();
     event->accept();
 }

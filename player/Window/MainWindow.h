@@ -5,12 +5,14 @@
 #include "player/App/Player.h"
 
 #include <QMainWindow>
+#include <functional>
 
 class QDockWidget;
 
 namespace tarnwick::player {
 
 class ChannelActions;
+class Closing;
 class DocumentTabs;
 class ExportFeature;
 class FileActions;
@@ -30,9 +32,10 @@ class MainWindow : public QMainWindow {
   public:
     explicit MainWindow(Player& player);
 
-    // Opens a file or a link of the sharing service, or says why not. A folder is shown with its
-    // episodes; settings and keys (.json) are loaded into the active episode.
-    void open(const QString& file);
+    // Opens files and links of the sharing service, or says why not. A folder is shown with its
+    // episodes; settings and keys (.json) are loaded into the active episode. Files are read in the
+    // background; `then` is called after the last episode.
+    void open(const QStringList& files, const std::function<void()>& then = {});
     void newEpisode();
     ChannelActions& channels() { return *channels_; }
 
@@ -45,6 +48,8 @@ class MainWindow : public QMainWindow {
     void makeDocks();
     // Each part of the window that has actions of its own.
     void makeFeatures();
+    void openSorted(const QStringList& files, const QStringList& folders,
+                    const std::function<void()>& then);
     QDockWidget* addDock(QWidget* content, const QString& title, const char* name,
                          Qt::DockWidgetArea area);
 
@@ -56,6 +61,7 @@ class MainWindow : public QMainWindow {
     TransportBar* transport_;
     ChannelActions* channels_ = nullptr;
     FileActions* files_ = nullptr;
+    Closing* closing_ = nullptr;
     PictureActions* pictureActions_ = nullptr;
     ThumbnailService* thumbnails_ = nullptr;
     StartActions* start_ = nullptr;

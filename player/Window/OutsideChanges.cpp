@@ -17,13 +17,14 @@ OutsideChanges::OutsideChanges(Player& player, QMainWindow& window, Actions& act
                 [this] { compareWithFile(); });
     connect(&player_, &Player::documentAdded, this, &OutsideChanges::watch);
     connect(&player_, &Player::documentClosing, this, [this](OpenDocument* document) {
-        delete dialogs_[document];
-        dialogs_.erase(document);
+        delete asked_[document].dialog;
+        asked_.erase(document);
     });
 }
 
 void OutsideChanges::watch(OpenDocument* document) {
-    connect(document, &OpenDocument::changedOutside, this, [this, document] { ask(document); });
+    connect(document, &OpenDocument::changedOutside, this,
+            [this, document] { readAndAsk(document); });
     connect(document, &OpenDocument::removedOutside, this, [this, document] {
         player_.tell(tr("Another program removed the file of %1. The text is still here; saving "
                         "writes the file again.")
@@ -31,47 +32,43 @@ void OutsideChanges::watch(OpenDocument* document) {
     });
 }
 
-bool OutsideChanges::mayWrite(OpenDocument* document, const std::function<void()>& write) {
-    if (!document->document().differsOnDisk())
-        return true;
-    ask(document, write);
-    return false;
+void OutsideChanges::readAndAsk(OpenDocument* document) {
+    document->readFile([this, document](const FileText& file) {
+        if (file.text)
+            ask(document, *file.text);
+        else
+            player_.tell(QString::fromStdString(file.error));
+    });
 }
 
-// Shows the differences; a dialog that is open takes the file's newest text.
-void OutsideChanges::ask(OpenDocument* document, const std::function<void()>& afterKeeping) {
-    std::string file;
-    try {
-        file = readEpisodeText(*document->document().file()).text;
-    } catch (const DocumentFileError& error) {
-        player_.tell(QString::fromStdString(error.what()));
-        return;
-    }
-    QPointer<DifferenceDialog>& dialog = dialogs_[document];
-    if (dialog) {
-        dialog->setFileText(std::move(file));
-        return;
-    }
+// A dialog that is open takes the file's newest text.
+void OutsideChanges::ask(OpenDocument* document, EpisodeText file,
+                         std::function<void()> afterKeeping) {
+    Asked& asked = asked_[document];
+    asked.stamp = file.stamp;
+    if (afterKeeping || !asked.dialog)
+        asked.afterKeeping = std::move(afterKeeping);
+    if (asked.dialog)
+        asked.dialog->setFileText(std::move(file.text));
+    else
+        show(document, std::move(file.text));
+}
+
+// After the file was taken, undo in the editor brings back the text before.
+void OutsideChanges::show(OpenDocument* document, std::string file) {
     player_.activate(document);
-    dialog = new DifferenceDialog(titleOf(document), document->document().text(), std::move(file),
-                                  &window_);
+    auto* dialog = new DifferenceDialog(titleOf(document), document->document().text(),
+                                        std::move(file), &window_);
+    asked_[document].dialog = dialog;
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &DifferenceDialog::fileTaken, document, [this, document] { take(document); });
-    connect(dialog, &DifferenceDialog::mineKept, document, [document, afterKeeping] {
-        document->keepMine();
-        if (afterKeeping)
-            afterKeeping();
+    connect(dialog, &DifferenceDialog::fileTaken, document, &OpenDocument::reload);
+    connect(dialog, &DifferenceDialog::mineKept, this, [this, document] {
+        const Asked asked = asked_[document];
+        document->keepMine(asked.stamp);
+        if (asked.afterKeeping)
+            asked.afterKeeping();
     });
     dialog->open();
-}
-
-// Undo in the editor brings back the one before.
-void OutsideChanges::take(OpenDocument* document) {
-    try {
-        document->reload();
-    } catch (const DocumentFileError& error) {
-        player_.tell(QString::fromStdString(error.what()));
-    }
 }
 
 void OutsideChanges::compareWithFile() {
@@ -80,10 +77,14 @@ void OutsideChanges::compareWithFile() {
         player_.tell(tr("The episode has no file yet."));
         return;
     }
-    if (document->document().isTextModified() || document->document().differsOnDisk())
-        ask(document);
-    else
-        player_.tell(tr("The file has the same text as this episode."));
+    document->readFile([this, document](const FileText& file) {
+        if (!file.text)
+            player_.tell(QString::fromStdString(file.error));
+        else if (file.text->text != document->document().text())
+            ask(document, *file.text);
+        else
+            player_.tell(tr("The file has the same text as this episode."));
+    });
 }
 
 } // namespace tarnwick::player

@@ -8,6 +8,8 @@
 #include <QPointer>
 #include <functional>
 #include <map>
+#include <optional>
+#include <string>
 
 namespace tarnwick::player {
 
@@ -19,19 +21,24 @@ class OutsideChanges : public QObject {
   public:
     OutsideChanges(Player& player, QMainWindow& window, Actions& actions);
 
-    // Whether the file of the document may be written. If another program saved it meanwhile, the
-    // author is asked first; `write` runs if this text is kept.
-    bool mayWrite(OpenDocument* document, const std::function<void()>& write);
+    // Shows the differences to the file's text; the author takes one of both. `afterKeeping` is
+    // called if this document's text is kept.
+    void ask(OpenDocument* document, EpisodeText file, std::function<void()> afterKeeping = {});
 
   private:
     void watch(OpenDocument* document);
-    void ask(OpenDocument* document, const std::function<void()>& afterKeeping = {});
-    void take(OpenDocument* document);
+    void readAndAsk(OpenDocument* document);
+    void show(OpenDocument* document, std::string file);
     void compareWithFile();
 
     Player& player_;
     QMainWindow& window_;
-    std::map<OpenDocument*, QPointer<DifferenceDialog>> dialogs_;
+    struct Asked {
+        QPointer<DifferenceDialog> dialog;
+        std::optional<FileWatcher::Stamp> stamp; // of the text that it shows
+        std::function<void()> afterKeeping;
+    };
+    std::map<OpenDocument*, Asked> asked_;
 };
 
 } // namespace tarnwick::player

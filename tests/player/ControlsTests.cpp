@@ -5,6 +5,7 @@
 #include "player/Panels/TransportBar.h"
 #include "player/VariationsPanel/VariationsPanel.h"
 #include "player/Window/MainWindow.h"
+#include "tests/player/QtMain.h"
 
 #include <gtest/gtest.h>
 
@@ -153,7 +154,8 @@ TEST_F(Controls, takeSettingsThatAreDropped) {
     QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(window.windowHandle(), &drop);
     EXPECT_TRUE(drop.isAccepted());
-    EXPECT_EQ(document->document().settings().values, (ParamValues{{"red", 0.75f}}));
+    const ParamValues loaded{{"red", 0.75f}};
+    EXPECT_TRUE(becomesTrue([&] { return document->document().settings().values == loaded; }));
     EXPECT_EQ(document->document().text(), text);
     document->undoSettings();
     EXPECT_TRUE(document->document().settings().values.empty());

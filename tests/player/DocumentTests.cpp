@@ -17,6 +17,13 @@ class DocumentFiles : public testing::Test {
         return fileBytes(file).value_or("missing");
     }
 
+    // The error, or empty.
+    static std::string save(Document& document) {
+        const DocumentSaved done = saved(document.saving(OtherText::isReplaced));
+        document.note(done);
+        return done.error;
+    }
+
     TemporaryFolder folder;
 };
 
@@ -26,7 +33,7 @@ TEST_F(DocumentFiles, keepTheirBytesWhenTheyAreOpenedAndSaved) {
         writeWholeFile(file("a.metal"), whole);
         Document document = Document::open(file("a.metal"));
         EXPECT_FALSE(document.isModified());
-        document.save();
+        EXPECT_EQ(save(document), "");
         EXPECT_EQ(bytes(file("a.metal")), whole);
         EXPECT_FALSE(std::filesystem::exists(file("a.json"))); // nothing was changed
     }
@@ -44,7 +51,7 @@ TEST_F(DocumentFiles, haveSettingsBesideThem) {
     Document document = Document::open(file("a.metal"));
     document.setValue("speed", 1.5f, 0);
     EXPECT_TRUE(document.isModified());
-    document.save();
+    EXPECT_EQ(save(document), "");
     const Document again = Document::open(file("a.metal"));
     EXPECT_EQ(again.settings(), document.settings());
     EXPECT_EQ(again.valueAt(again.episode()->params()[0], 3), 1.5f);
@@ -59,7 +66,7 @@ TEST_F(DocumentFiles, neverReplaceAFileThatIsNotSettings) {
     EXPECT_FALSE(document.remark().empty());
     document.setValue("speed", 1, 0);
     document.setText("// new");
-    EXPECT_THROW(document.save(), DocumentFileError);
+    EXPECT_NE(save(document), "");
     EXPECT_EQ(bytes(file("a.json")), "{\"chapters\": []}");
     EXPECT_EQ(bytes(file("a.metal")), "// new"); // the text is saved
     EXPECT_TRUE(document.areSettingsModified());
@@ -69,13 +76,13 @@ TEST_F(DocumentFiles, neverReplaceAFileThatIsNotSettings) {
 TEST_F(DocumentFiles, areSeenToChange) {
     writeWholeFile(file("a.metal"), text);
     Document document = Document::open(file("a.metal"));
-    EXPECT_FALSE(document.differsOnDisk());
+    EXPECT_FALSE(document.differsFrom(FileWatcher::stamp(file("a.metal"))));
     writeWholeFile(file("a.metal"), "// longer than before, by another program, with more text");
-    EXPECT_TRUE(document.differsOnDisk());
-    document.keepMine();
-    EXPECT_FALSE(document.differsOnDisk());
+    EXPECT_TRUE(document.differsFrom(FileWatcher::stamp(file("a.metal"))));
+    document.keepMine(FileWatcher::stamp(file("a.metal")));
+    EXPECT_FALSE(document.differsFrom(FileWatcher::stamp(file("a.metal"))));
     EXPECT_EQ(document.text(), text);
-    document.reload();
+    document.take(readDocumentFiles(file("a.metal")));
     EXPECT_NE(document.text(), text);
 }
 
@@ -127,7 +134,7 @@ TEST_F(DocumentFiles, areModifiedWhileTheirFileIsMissing) {
     EXPECT_TRUE(document.noteFilePresence(false));
     EXPECT_TRUE(document.isModified());
     EXPECT_FALSE(document.noteFilePresence(false)) << "told once";
-    document.save();
+    EXPECT_EQ(save(document), "");
     EXPECT_FALSE(document.isModified());
     EXPECT_EQ(bytes(file("a.metal")), text);
     std::filesystem::remove(file("a.metal"));
@@ -136,7 +143,7 @@ TEST_F(DocumentFiles, areModifiedWhileTheirFileIsMissing) {
     writeWholeFile(file("a.metal"), "other");
     EXPECT_TRUE(document.noteFilePresence(true));
     EXPECT_FALSE(document.isModified());
-    EXPECT_TRUE(document.differsOnDisk());
+    EXPECT_TRUE(document.differsFrom(FileWatcher::stamp(file("a.metal"))));
 }
 
 } // namespace
