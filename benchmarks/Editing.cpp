@@ -23,7 +23,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr PixelSize size{640, 360};
 constexpr std::chrono::seconds longestEdit{60};
-constexpr std::chrono::milliseconds typingPause{250};
+constexpr std::chrono::milliseconds typingPause{250}, playing{500}; // before an edit
 
 double millisecondsBetween(Clock::time_point from, Clock::time_point to) {
     return std::chrono::duration<double, std::milli>(to - from).count();
@@ -46,7 +46,7 @@ class Editing {
     Editing() : device_(openDrawingDevice()) {
         if (!device_)
             throw std::runtime_error(gpu::Device::absence());
-        live_.show(record({}, false));
+        live_.show(record({}, std::nullopt));
         live_.addTarget(1, std::make_unique<PictureTarget>(*device_, size), size);
     }
 
@@ -54,7 +54,7 @@ class Editing {
         std::unique_lock lock(mutex_);
         revision_++;
         const auto begin = Clock::now();
-        live_.show(record(result_, true));
+        live_.show(record(result_, currentMediaTime()));
         compiler_.compile({.document = 1,
                            .revision = revision_,
                            .episode = std::make_shared<const Episode>(Episode::of(std::move(text))),
@@ -67,22 +67,32 @@ class Editing {
                 .all = millisecondsBetween(begin, shown_)};
     }
 
+    // The author types, and the old program plays; then comes a pause.
+    void type() {
+        live_.show(record(result_, currentMediaTime() + seconds(typingPause)));
+        std::this_thread::sleep_for(typingPause);
+    }
+
   private:
+    static double seconds(std::chrono::milliseconds time) {
+        return std::chrono::duration<double>(time).count();
+    }
     bool isDone() const {
         return result_.revision == revision_ && (!result_.program || news_.revision == revision_);
     }
-    std::shared_ptr<const LiveRecord> record(const CompileResult& result, bool isCompiling) const {
-        return std::make_shared<const LiveRecord>(LiveRecord{
-            .device = device_,
-            .program = result.program,
-            .revision = result.revision,
-            .transport = Transport{}.played(begin_),
-            .settings = std::make_shared<const Settings>(),
-            .size = size,
-            .compilingSince = isCompiling ? std::optional(currentMediaTime()) : std::nullopt});
+    std::shared_ptr<const LiveRecord> record(const CompileResult& result,
+                                             std::optional<double> compilesAt) const {
+        return std::make_shared<const LiveRecord>(
+            LiveRecord{.device = device_,
+                       .program = result.program,
+                       .revision = result.revision,
+                       .transport = Transport{}.played(begin_),
+                       .settings = std::make_shared<const Settings>(),
+                       .size = size,
+                       .compilesAt = compilesAt});
     }
     void take(CompileResult result) {
-        live_.show(record(result, false));
+        live_.show(record(result, std::nullopt));
         const std::lock_guard lock(mutex_);
         result_ = std::move(result);
         changed_.notify_all();
@@ -127,7 +137,8 @@ std::vector<EditTime> editTimes(const EditCase& one, int rounds) {
     editing.time(one.text);
     std::vector<EditTime> times;
     for (int round = 1; round <= rounds; round++) {
-        std::this_thread::sleep_for(typingPause); // the old program plays
+        std::this_thread::sleep_for(playing);
+        editing.type();
         times.push_back(editing.time(edited(one.text, round)));
     }
     return times;

@@ -14,7 +14,11 @@ constexpr double shortWait = 0.1;    // seconds between two looks at a frame tha
 constexpr double noticedFrame = 0.5; // seconds after which a frame that is drawn is reported
 constexpr double channelInterval = 1.0 / 60; // seconds between two looks at paused channels
 constexpr double shownInterval = 1;          // seconds over which frames are counted
-constexpr double longestHold = 0.06; // seconds in which a CPU device leaves the CPU to a compile
+// Seconds in which a CPU device leaves the processors to a compile: as long as a frame takes.
+constexpr double shortestHold = 0.06, longestHold = 0.3;
+
+constexpr const char* occupied = "The device still draws the frame that took too long. The new "
+                                 "picture follows.";
 
 std::uint32_t divided(std::uint32_t side, int divisor) {
     const auto by = static_cast<std::uint32_t>(divisor);
@@ -53,6 +57,7 @@ void Drawing::useDevice() {
     next_.reset();
     stopped_.reset();
     drawn_.reset();
+    abandoned_.reset();
     device_ = record_->device;
     channels_.use(device_);
     queue_ = device_->newCommandQueue();
@@ -76,6 +81,8 @@ double Drawing::step() {
         showAgain();
         return idle;
     }
+    if (isOccupied())
+        return 0;
     stopped_.reset();
     scale_.fix(record_->divisor);
     channels_.use(record_->program->usesInputs() ? record_->channels : nullptr);
@@ -85,6 +92,18 @@ double Drawing::step() {
         next_.reset();
     const double wait = scene_ ? stepPlaying() : idle;
     return next_ ? 0 : wait;
+}
+
+// A frame that took too long occupies the device until it ends. A program that is drawn after it
+// must not seem slow itself.
+bool Drawing::isOccupied() {
+    if (!abandoned_ || abandoned_->waitUntilCompleted(shortWait)) {
+        abandoned_.reset();
+        return false;
+    }
+    if (std::exchange(news_.failure, occupied) != occupied)
+        say();
+    return true;
 }
 
 // Draws the scene that is shown, which may be of an older program than the wanted one.
@@ -144,12 +163,16 @@ bool Drawing::wantsExactScene() const {
     return !record_->transport.isPlaying && scene_->isFollower();
 }
 
-// The frame after the beginning of a compile is drawn later if the device needs the processor for
-// it: the new program is seen earlier, and a long compile does not stop the picture.
+// A frame that would not end before a compile begins is drawn after it if the device needs the
+// processors for it: the new program is seen earlier, because it waits for no frame of the old one.
+// Long compiles and typing without a pause do not stop the picture.
 double Drawing::holdSeconds(double now) const {
-    if (!record_->compilingSince || !hasScene() || !device_->info().isCPU)
+    const double frame = news_.frameSeconds;
+    if (!record_->compilesAt || !hasScene() || !device_->info().isCPU ||
+        now + frame < *record_->compilesAt)
         return 0;
-    return *record_->compilingSince + longestHold - now;
+    const double hold = std::clamp(frame, shortestHold, longestHold);
+    return std::min(*record_->compilesAt + hold, ended_ + frame + hold) - now;
 }
 
 PixelSize Drawing::wantedSize() const {
@@ -267,12 +290,15 @@ bool Drawing::finishes(gpu::CommandBuffer& commands) {
         if (times_.areTooLong(seconds(), commands.hitLoopBudget())) {
             news_.isTooSlow = true;
             stop("The shader takes too long.");
+            abandoned_.emplace(std::move(commands));
+            times_ = {};
             return false;
         }
         news_.frameSeconds = seconds();
         if (news_.frameSeconds > noticedFrame)
             say();
     }
+    ended_ = currentMediaTime();
     news_.frameSeconds = seconds();
     times_.add(news_.frameSeconds, commands.hitLoopBudget());
     return true;

@@ -45,6 +45,7 @@ class Drawing {
     void useDevice();
     void stop(std::string failure); // nothing is drawn until another program or size is wanted
     bool isStopped() const;
+    bool isOccupied();
     bool hasScene() const; // of the wanted program and size
     bool wantsExactScene() const;
     double holdSeconds(double now) const;
@@ -76,6 +77,7 @@ class Drawing {
     PreviewScale scale_;
     FrameTimes times_;
     FrameClock clock_{Transport::framesPerSecond};
+    double ended_ = 0;         // host seconds of the end of the last frame
     std::deque<double> shown_; // host seconds of the frames of the last second
     LiveNews news_;
     struct Stopped {
@@ -84,6 +86,7 @@ class Drawing {
         PixelSize size;
     };
     std::optional<Stopped> stopped_;
+    std::optional<gpu::CommandBuffer> abandoned_; // a frame that took too long and is still drawn
 };
 
 } // namespace tarnwick::player

@@ -30,7 +30,8 @@ struct LiveRecord {
     std::optional<std::array<float, 2>> mouse{};    // [0, 1] from the lower left of the picture
     std::shared_ptr<const LiveChannels> channels{}; // null: all are black
     PixelSize size{};                               // pixels of the picture at full size
-    std::optional<double> compilingSince{};         // host seconds; absent: nothing is compiled
+    // Host seconds at which compiling the newest text begins, or began; absent: it is compiled.
+    std::optional<double> compilesAt{};
     std::optional<int> divisor{};                   // of both sides; absent: chosen by itself
     std::shared_ptr<const LiveLevels> levels{};     // of the sound that the program reacts to
     // They are of the program's own sound. A pause, and a player without levels, compute them with

@@ -35,6 +35,11 @@ Performer::Performer(Player& player, QObject* parent) : QObject(parent), player_
         stopRecording();
         stopReplay();
     });
+    connect(&player_, &Player::resumed, this, [this](double seconds) {
+        Transport clock = clock_;
+        clock.since += seconds;
+        setClock(clock);
+    });
     connect(&flush_, &QTimer::timeout, this, &Performer::keepNew);
     connect(&tick_, &QTimer::timeout, this, [this] {
         if (isReplaying())

@@ -13,8 +13,9 @@
 namespace tarnwick::player {
 namespace {
 
-constexpr int outputTarget = 2; // the number of the picture on a whole display
-constexpr int settleTime = 150; // milliseconds after a change of the picture's size
+constexpr int outputTarget = 2;    // the number of the picture on a whole display
+constexpr int settleTime = 150;    // milliseconds after a change of the picture's size
+constexpr double noticedFrame = 1; // seconds; the status line shows longer frames
 
 } // namespace
 
@@ -109,8 +110,14 @@ QString PictureActions::status() const {
         return tr("Computing %1 of %2").arg(news.warming->done).arg(news.warming->total);
     if (result != nullptr && !result->program && document->program())
         return tr("The last version that compiles is playing.");
-    return document != nullptr && news.divisor > 1 ? tr("Drawn at 1/%1 size").arg(news.divisor)
-                                                   : QString();
+    if (document == nullptr)
+        return {};
+    QStringList parts;
+    if (news.divisor > 1)
+        parts << tr("Drawn at 1/%1 size").arg(news.divisor);
+    if (news.frameSeconds >= noticedFrame && news.failure.empty())
+        parts << tr("A frame takes %1 s").arg(news.frameSeconds, 0, 'f', 1);
+    return parts.join(QStringLiteral(". "));
 }
 
 void PictureActions::showState() {
