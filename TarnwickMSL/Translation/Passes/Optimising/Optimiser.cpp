@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 
+#include "TarnwickMSL/Translation/Passes/Optimising/CommonValues.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/Costs.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/UnrollHints.h"
 
@@ -15,7 +16,6 @@
 #include <llvm/Transforms/Scalar/DCE.h>
 #include <llvm/Transforms/Scalar/DeadStoreElimination.h>
 #include <llvm/Transforms/Scalar/DivRemPairs.h>
-#include <llvm/Transforms/Scalar/EarlyCSE.h>
 #include <llvm/Transforms/Scalar/IndVarSimplify.h>
 #include <llvm/Transforms/Scalar/LICM.h>
 #include <llvm/Transforms/Scalar/LoopPassManager.h>
@@ -51,7 +51,7 @@ static SimplifyCFGPass simplifyBranches() {
 
 static void addLightly(FunctionPassManager& passes) {
     passes.addPass(SROAPass(SROAOptions::ModifyCFG));
-    passes.addPass(EarlyCSEPass());
+    passes.addPass(CommonValues());
     passes.addPass(simplifyBranches());
 }
 
@@ -76,7 +76,7 @@ static void addFinish(FunctionPassManager& passes) {
     LoopPassManager loops;
     loops.addPass(LICMPass(LICMOptions()));
     passes.addPass(createFunctionToLoopPassAdaptor(std::move(loops), true));
-    passes.addPass(EarlyCSEPass(true));
+    passes.addPass(CommonValues(CommonValues::Memory::bySSA));
     passes.addPass(DSEPass());
     passes.addPass(DivRemPairsPass()); // x % y from x / y, where both are wanted
     passes.addPass(ADCEPass());
@@ -99,7 +99,7 @@ Optimiser::Optimiser(Module& module) : managers_(std::make_unique<Managers>()) {
     addFully(all.full);
     addUnrolling(all.unroll);
     addFinish(all.finish);
-    all.tidy.addPass(EarlyCSEPass());
+    all.tidy.addPass(CommonValues());
     all.tidy.addPass(ADCEPass());
     all.tidy.addPass(simplifyBranches());
 }
