@@ -202,6 +202,8 @@ bool Numbers::take(std::string_view source) {
     // Most other texts are told apart without looking at their words.
     if (source == text || std::ranges::count(source, '\n') != std::ranges::count(text, '\n'))
         return false;
+    if (words.empty())
+        words = wordsOf(text);
     std::string fresh(source);
     const std::vector<Word> freshWords = wordsOf(fresh);
     if (words.size() != freshWords.size())

@@ -28,7 +28,7 @@ class Numbers {
   public:
     // `source` is the text of the declarations, the main file of the context.
     Numbers(std::string_view source, clang::ASTContext& context, std::vector<clang::Decl*> program)
-        : context(context), program(std::move(program)), text(source), words(wordsOf(text)) {}
+        : context(context), program(std::move(program)), text(source) {}
 
     // If the text differs from the last one in such numbers, and beside them in nothing but spaces
     // and comments within lines, gives the literals their new values. Otherwise returns false, and
@@ -48,7 +48,7 @@ class Numbers {
     clang::ASTContext& context;
     std::vector<clang::Decl*> program;
     std::string text;
-    std::vector<Word> words;                   // of `text`
+    std::vector<Word> words;                   // of `text`; empty until they are needed
     bool isCollected = false;                  // whether the two below are filled
     llvm::DenseMap<unsigned, Literals> byWord; // by index in `words`
     std::vector<clang::VarDecl*> evaluated;    // variables whose initial values Clang keeps

@@ -195,7 +195,7 @@ void Session::start(std::string_view source) {
     sources.setMainFileID(
         sources.createFileID(llvm::MemoryBuffer::getMemBufferCopy(source, "program_source")));
     instance.getASTContext().getExternalSource()->StartTranslationUnit(nullptr);
-    instance.setASTConsumer(std::make_unique<ProgramConsumer>(libraryVariables));
+    instance.setASTConsumer(std::make_unique<ProgramConsumer>());
     instance.createSema(clang::TU_Complete, nullptr);
     for (clang::TypedefNameDecl* type : vectorTypes)
         instance.getSema().ExtVectorDecls.push_back(type);
@@ -271,9 +271,9 @@ void Session::generate(Parsed& parsed, llvm::LLVMContext& context, const ParseOp
         instance.getPreprocessorOpts(), instance.getCodeGenOpts(), context));
     generator->Initialize(declarations);
     declarations.getExternalSource()->StartTranslationUnit(&consumer);
-    LibraryUses::Found library = libraryUses.of(program, consumer.otherFunctions());
-    const DirectCalls direct(declarations, std::move(library.wrappers));
-    consumer.passTo(*generator, library.functions);
+    const LibraryUses::Found library = libraryUses.of(program, consumer.otherFunctions());
+    const DirectCalls direct(declarations, library.wrappers);
+    consumer.passTo(*generator, library);
     completeEntries(entries, *generator);
     completeConstants(constants, *generator);
     generator->HandleTranslationUnit(declarations);

@@ -48,7 +48,6 @@ class Session {
     std::unique_ptr<clang::FrontendAction> action; // begun, and never executed
     Macros* macros = nullptr;                      // the preprocessor owns it
     LibraryUses libraryUses;
-    std::vector<clang::VarDecl*> libraryVariables;
     std::vector<clang::TypedefNameDecl*> vectorTypes;  // of the library; Clang reports them once
     clang::NamespaceDecl* standardNamespace = nullptr; // of the library; the same
     bool isBegun = false, isOver = false;

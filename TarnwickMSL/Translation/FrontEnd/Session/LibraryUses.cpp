@@ -11,11 +11,13 @@ namespace tarnwick::msl {
 namespace {
 
 using Functions = llvm::SmallVectorImpl<const clang::FunctionDecl*>;
+using Variables = llvm::SmallVectorImpl<const clang::VarDecl*>;
 
-// Adds the functions that code names.
+// Adds the functions and the library's variables that code names.
 class Search {
   public:
-    explicit Search(Functions& found) : found(found) {}
+    Search(Functions& found, Variables& foundVariables)
+        : found(found), foundVariables(foundVariables) {}
 
     void code(const clang::Stmt* statement);
     void function(const clang::FunctionDecl& definition);
@@ -23,6 +25,7 @@ class Search {
 
   private:
     Functions& found;
+    Variables& foundVariables;
     llvm::SmallPtrSet<const clang::VarDecl*, 8> variables;
 
     void add(const clang::Decl* named);
@@ -33,8 +36,11 @@ void Search::add(const clang::Decl* named) {
     if (const auto* function = llvm::dyn_cast_if_present<clang::FunctionDecl>(named))
         found.push_back(function);
     else if (const auto* variable = llvm::dyn_cast_if_present<clang::VarDecl>(named);
-             variable && variable->hasGlobalStorage() && variables.insert(variable).second)
+             variable && variable->hasGlobalStorage() && variables.insert(variable).second) {
         code(variable->getAnyInitializer());
+        if (variable->isFromASTFile())
+            foundVariables.push_back(variable);
+    }
 }
 
 // What a node names beside the nodes below it.
@@ -96,7 +102,7 @@ LibraryUses::Uses LibraryUses::direct(const clang::FunctionDecl& definition) {
     if (const auto found = known.find(&definition); found != known.end())
         return found->second;
     Uses uses;
-    Search(uses.functions).function(definition);
+    Search(uses.functions, uses.variables).function(definition);
     if (definition.isFromASTFile()) {
         uses.builtIn = wrappedBuiltIn(definition);
         known.insert({&definition, uses});
@@ -107,7 +113,8 @@ LibraryUses::Uses LibraryUses::direct(const clang::FunctionDecl& definition) {
 LibraryUses::Found LibraryUses::of(const std::vector<clang::Decl*>& program,
                                    const std::vector<const clang::FunctionDecl*>& functions) {
     llvm::SmallVector<const clang::FunctionDecl*, 64> open(functions.begin(), functions.end());
-    Search search(open);
+    llvm::SmallVector<const clang::VarDecl*, 16> variables;
+    Search search(open, variables);
     for (const clang::Decl* declaration : program)
         search.declaration(declaration);
     Found found;
@@ -126,7 +133,13 @@ LibraryUses::Found LibraryUses::of(const std::vector<clang::Decl*>& program,
         if (uses.builtIn != 0)
             found.wrappers.push_back({own, uses.builtIn});
         open.append(uses.functions);
+        variables.append(uses.variables);
     }
+    llvm::SmallPtrSet<const clang::VarDecl*, 16> passed;
+    for (const clang::VarDecl* variable : variables)
+        if (const clang::VarDecl* definition = variable->getDefinition();
+            definition && passed.insert(definition).second)
+            found.variables.push_back(const_cast<clang::VarDecl*>(definition));
     return found;
 }
 

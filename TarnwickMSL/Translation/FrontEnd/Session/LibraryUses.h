@@ -15,6 +15,7 @@
 namespace clang {
 class Decl;
 class FunctionDecl;
+class VarDecl;
 } // namespace clang
 
 namespace tarnwick::msl {
@@ -25,6 +26,7 @@ class LibraryUses {
         // The library's definitions outside of classes, and instances of templates.
         std::vector<clang::FunctionDecl*> functions;
         std::vector<Wrapper> wrappers; // among them
+        std::vector<clang::VarDecl*> variables;
     };
     // What the declarations and functions use, directly or not.
     Found of(const std::vector<clang::Decl*>& program,
@@ -33,6 +35,7 @@ class LibraryUses {
   private:
     struct Uses {
         llvm::SmallVector<const clang::FunctionDecl*, 4> functions;
+        llvm::SmallVector<const clang::VarDecl*, 1> variables;
         unsigned builtIn = 0; // see Wrapper
     };
     // What each function of the precompiled library uses directly.

@@ -6,13 +6,9 @@
 
 namespace tarnwick::msl {
 
-// The functions of the library that Clang reads are many, and few are called: LibraryUses finds
-// these.
+// The functions and variables of the library that Clang reads are many, and few are used:
+// LibraryUses finds these.
 bool ProgramConsumer::HandleTopLevelDecl(clang::DeclGroupRef group) {
-    for (clang::Decl* declaration : group)
-        if (auto* variable = llvm::dyn_cast<clang::VarDecl>(declaration);
-            variable && variable->isFromASTFile())
-            libraryVariables.push_back(variable);
     // While code is generated, Clang reads more of the library from the precompiled header.
     if (receiver)
         return receiver->HandleTopLevelDecl(group);
@@ -83,14 +79,13 @@ std::vector<const clang::FunctionDecl*> ProgramConsumer::otherFunctions() const 
     return functions;
 }
 
-void ProgramConsumer::passTo(clang::CodeGenerator& generator,
-                             const std::vector<clang::FunctionDecl*>& library) {
+void ProgramConsumer::passTo(clang::CodeGenerator& generator, const LibraryUses::Found& library) {
     for (const Report& report : reports)
         pass(report, generator);
     receiver = &generator;
-    for (std::size_t known = libraryVariables.size(), i = 0; i < known; ++i)
-        generator.HandleTopLevelDecl(clang::DeclGroupRef(libraryVariables[i]));
-    for (clang::FunctionDecl* function : library)
+    for (clang::VarDecl* variable : library.variables)
+        generator.HandleTopLevelDecl(clang::DeclGroupRef(variable));
+    for (clang::FunctionDecl* function : library.functions)
         generator.HandleTopLevelDecl(clang::DeclGroupRef(function));
     for (const clang::DeclGroupRef& group : groups)
         if (!(*group.begin())->isFromASTFile())

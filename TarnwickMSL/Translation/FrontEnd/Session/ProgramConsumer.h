@@ -1,6 +1,8 @@
 // What Clang reports about a program while it parses. Code is generated from it later.
 #pragma once
 
+#include "TarnwickMSL/Translation/FrontEnd/Session/LibraryUses.h"
+
 #include <clang/AST/ASTConsumer.h>
 #include <clang/AST/DeclGroup.h>
 
@@ -18,11 +20,6 @@ namespace tarnwick::msl {
 
 class ProgramConsumer : public clang::ASTConsumer {
   public:
-    // Variables of the library that Clang reads are added to `libraryVariables`. Clang reports each
-    // once, so that the list serves several programs.
-    explicit ProgramConsumer(std::vector<clang::VarDecl*>& libraryVariables)
-        : libraryVariables(libraryVariables) {}
-
     bool HandleTopLevelDecl(clang::DeclGroupRef group) override;
     void HandleInlineFunctionDefinition(clang::FunctionDecl* function) override;
     void HandleTagDeclDefinition(clang::TagDecl* tag) override;
@@ -37,9 +34,9 @@ class ProgramConsumer : public clang::ASTConsumer {
     // templates.
     std::vector<const clang::FunctionDecl*> otherFunctions() const;
 
-    // Passes on the library's functions, then all that was reported, and what is reported until
-    // `end`.
-    void passTo(clang::CodeGenerator& generator, const std::vector<clang::FunctionDecl*>& library);
+    // Passes on what the program uses of the library, then all that was reported, and what is
+    // reported until `end`.
+    void passTo(clang::CodeGenerator& generator, const LibraryUses::Found& library);
     void end() { receiver = nullptr; }
 
   private:
@@ -48,7 +45,6 @@ class ProgramConsumer : public clang::ASTConsumer {
         Kind kind;
         clang::Decl* declaration;
     };
-    std::vector<clang::VarDecl*>& libraryVariables;
     std::vector<clang::DeclGroupRef> groups;
     std::vector<Report> reports;
     clang::CodeGenerator* receiver = nullptr;
