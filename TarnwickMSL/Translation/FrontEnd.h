@@ -32,6 +32,8 @@ class StandardLibrary {
     // Whether the next program can use what earlier ones read of the library. False at first and
     // after a program with errors.
     bool isOpen() const;
+    // Removes what the last program left in Clang. The next parse would, but somebody waits for it.
+    void tidy() const;
     // Every function that the library declares for programs, each overload on its own, sorted:
     // "metal::precise::sin: float3 (float3)". Compiles the library's text; for tests.
     static std::vector<std::string> functions();

@@ -107,14 +107,18 @@ bool answerOne(int connection, const StandardLibrary& library, std::string& more
         return false;
     moreWarningsIn = request->moreWarningsIn;
     limitTime(request->limitMilliseconds + 2000);
+    Remains remains;
     const std::string answer = toBytes(translate(request->source, library,
                                                  {.target = request->target,
                                                   .moreWarningsIn = request->moreWarningsIn,
-                                                  .constants = request->constants}));
+                                                  .constants = request->constants},
+                                                 nullptr, &remains));
     limitTime(0);
     size = static_cast<std::uint32_t>(answer.size());
-    return sendAll(connection, {reinterpret_cast<const char*>(&size), sizeof size}) &&
-           sendAll(connection, answer);
+    const bool isSent = sendAll(connection, {reinterpret_cast<const char*>(&size), sizeof size}) &&
+                        sendAll(connection, answer);
+    library.tidy();
+    return isSent;
 }
 
 } // namespace

@@ -13,17 +13,29 @@ static std::string detail(const TranslationError& error) {
     return fault && showsFaults() ? " [" + fault->detail + "]" : "";
 }
 
+namespace {
+
+struct Translation {
+    llvm::LLVMContext context;
+    Parsed parsed;
+};
+
+} // namespace
+
 // `wasParsed` tells a program that the front end took from one that it did not.
 static Compilation attempt(std::string_view source, const StandardLibrary& library,
                            const CompileOptions& options, Places places, bool& wasParsed,
-                           StepTimes* times) {
-    llvm::LLVMContext context;
-    context.setDiscardValueNames(!showsFaults()); // only people read the names of values
-    Parsed parsed = parse(source, library, context,
-                          {.places = places,
-                           .moreWarningsIn = options.moreWarningsIn,
-                           .constants = options.constants,
-                           .times = times});
+                           StepTimes* times, Remains* remains = nullptr) {
+    const auto work = std::make_shared<Translation>();
+    if (remains)
+        *remains = work;
+    Parsed& parsed = work->parsed;
+    work->context.setDiscardValueNames(!showsFaults()); // only people read the names of values
+    parsed = parse(source, library, work->context,
+                   {.places = places,
+                    .moreWarningsIn = options.moreWarningsIn,
+                    .constants = options.constants,
+                    .times = times});
     wasParsed = !parsed.failed;
     Compilation compilation{
         .failed = parsed.failed, .entryPoints = {}, .messages = std::move(parsed.messages)};
@@ -43,9 +55,9 @@ static Compilation attempt(std::string_view source, const StandardLibrary& libra
 
 // Only a program that cannot be translated is worth the time to find the line that is at fault.
 Compilation translate(std::string_view source, const StandardLibrary& library,
-                      const CompileOptions& options, StepTimes* times) {
+                      const CompileOptions& options, StepTimes* times, Remains* remains) {
     bool wasParsed = false;
-    Compilation first = attempt(source, library, options, Places::left, wasParsed, times);
+    Compilation first = attempt(source, library, options, Places::left, wasParsed, times, remains);
     if (!first.failed || !wasParsed)
         return first;
     Compilation second = attempt(source, library, options, Places::kept, wasParsed, times);

@@ -9,6 +9,8 @@ namespace tarnwick::msl {
 Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVMContext& context,
              const ParseOptions& options) {
     std::unique_ptr<Session>& session = library.session_->value;
+    library.tidy();
+    addTime(options.times, "take-down");
     if (session)
         if (std::optional<Parsed> parsed = session->again(source, context, options))
             return std::move(*parsed);
@@ -17,6 +19,11 @@ Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVM
                                             options.moreWarningsIn);
     addTime(options.times, "library");
     return session->parse(source, context, options);
+}
+
+void StandardLibrary::tidy() const {
+    if (session_->value)
+        session_->value->tidy();
 }
 
 } // namespace tarnwick::msl

@@ -130,6 +130,7 @@ Session::Session(FileSystem files, const std::string& moreWarningsIn)
 }
 
 Session::~Session() {
+    tidy();
     if (isBegun)
         action->EndSourceFile();
 }
@@ -142,7 +143,7 @@ Parsed Session::parse(std::string_view source, llvm::LLVMContext& context,
     start(source);
     addTime(options.times, "set-up");
     parseInto(parsed, context, options);
-    remove();
+    isUntidy = true;
     finish(parsed);
     textBytes += source.size();
     isOver = isOver || parsed.failed || textBytes > mostText;
@@ -151,7 +152,6 @@ Parsed Session::parse(std::string_view source, llvm::LLVMContext& context,
         last->source = source;
         last->constants = options.constants;
     }
-    addTime(options.times, "take-down");
     return parsed;
 }
 
@@ -289,7 +289,9 @@ void Session::generate(Parsed& parsed, llvm::LLVMContext& context, const ParseOp
         parsed.constants.push_back(std::move(constant.signature));
 }
 
-void Session::remove() {
+void Session::tidy() {
+    if (!std::exchange(isUntidy, false))
+        return;
     clang::CompilerInstance& instance = compiler.clang();
     clang::Sema& sema = instance.getSema();
     if (vectorTypes.empty())

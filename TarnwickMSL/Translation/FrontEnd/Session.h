@@ -37,6 +37,9 @@ class Session {
     // Whether it can take any text: another program, or the last one with other numbers.
     bool isOpen() const { return !isOver || last; }
     Parsed parse(std::string_view source, llvm::LLVMContext& context, const ParseOptions& options);
+    // Removes the names of the last program. Before the next call of `takes`, and best when nobody
+    // waits.
+    void tidy();
     // The same result for a text that differs from the last one only in numbers; absent for others.
     std::optional<Parsed> again(std::string_view source, llvm::LLVMContext& context,
                                 const ParseOptions& options);
@@ -51,6 +54,7 @@ class Session {
     std::vector<clang::TypedefNameDecl*> vectorTypes;  // of the library; Clang reports them once
     clang::NamespaceDecl* standardNamespace = nullptr; // of the library; the same
     bool isBegun = false, isOver = false;
+    bool isUntidy = false; // the names of the last program are there
     std::size_t textBytes = 0; // of all programs
     struct Last {
         std::string source;
@@ -63,7 +67,6 @@ class Session {
     void parseInto(Parsed& parsed, llvm::LLVMContext& context, const ParseOptions& options);
     bool check();
     void generate(Parsed& parsed, llvm::LLVMContext& context, const ParseOptions& options);
-    void remove();
     void finish(Parsed& parsed);
 };
 
