@@ -1,6 +1,6 @@
-// Bodies are cleaned before they are copied into several callers: copies of raw ones took two thirds
-// of all time. The body of a function with one call is moved; it is cleaned with its caller, or
-// before, if loops of its own unroll.
+// Bodies are cleaned before they are copied into several callers: copies of raw ones took two
+// thirds of all time. The body of a function with one call is moved; it is cleaned with its caller,
+// or before, if loops of its own unroll.
 #include "TarnwickMSL/Translation/Passes/Calls/Inlining.h"
 
 #include "TarnwickMSL/Translation/Passes/Calls/BodyMove.h"
@@ -92,24 +92,29 @@ static bool inlineCallees(Function& function, Optimiser& optimiser) {
     return !calls.empty();
 }
 
-// Whether the function has loops to unroll, which it then has in a form that can be.
-static bool prepareLoops(Function& function, Optimiser& optimiser) {
+enum class State : std::uint8_t { raw, clean, unrolls };
+
+// Brings the loops of the function into the form that can be unrolled.
+static State prepareLoops(Function& function, Optimiser& optimiser) {
     if (function.size() == 1)
-        return false;
+        return State::raw;
     optimiser.cleanLightly(function);
     if (countInIntegers(function, optimiser.analyses()))
         optimiser.forget(function);
-    return optimiser.hasShortLoops(function);
+    return optimiser.hasShortLoops(function) ? State::unrolls : State::clean;
 }
 
 static void makeSmall(Function& function, bool isRoot, Optimiser& optimiser) {
-    const bool unrolls = prepareLoops(function, optimiser);
-    if (inlineCallees(function, optimiser))
+    const State state = prepareLoops(function, optimiser);
+    const bool hadCalls = inlineCallees(function, optimiser);
+    if (hadCalls)
         optimiser.forget(function);
     if (isRoot) // it is cleaned as part of its main
         return;
-    const bool isRepeated = function.getNumUses() > 1;
-    if (unrolls || isRepeated)
+    const bool unrolls = state == State::unrolls, isRepeated = function.getNumUses() > 1;
+    if ((unrolls || isRepeated) && state != State::raw && !hadCalls)
+        optimiser.combine(function); // it has been cleaned just now
+    else if (unrolls || isRepeated)
         optimiser.clean(function);
     if (unrolls)
         optimiser.unrollLoops(function);

@@ -23,6 +23,7 @@
 #include <llvm/Transforms/Scalar/LoopUnrollPass.h>
 #include <llvm/Transforms/Scalar/SROA.h>
 #include <llvm/Transforms/Scalar/SimplifyCFG.h>
+#include <llvm/Transforms/Utils/Mem2Reg.h>
 
 namespace tarnwick::msl {
 
@@ -36,7 +37,7 @@ struct Optimiser::Managers {
     FunctionAnalysisManager functions;
     CGSCCAnalysisManager components;
     ModuleAnalysisManager modules;
-    FunctionPassManager light, full, unroll, finish, tidy;
+    FunctionPassManager light, combine, full, unroll, finish, tidy;
 };
 
 // No lookup tables (they would be arrays in memory), no sinking (it merges calls that differ in
@@ -50,14 +51,19 @@ static SimplifyCFGPass simplifyBranches() {
 }
 
 static void addLightly(FunctionPassManager& passes) {
+    passes.addPass(PromotePass()); // most variables; SROA looks at each far longer
     passes.addPass(SROAPass(SROAOptions::ModifyCFG));
     passes.addPass(CommonValues());
     passes.addPass(simplifyBranches());
 }
 
+static void addCombining(FunctionPassManager& passes) {
+    passes.addPass(InstCombinePass(InstCombineOptions().setMaxIterations(1)));
+}
+
 static void addFully(FunctionPassManager& passes) {
     addLightly(passes);
-    passes.addPass(InstCombinePass(InstCombineOptions().setMaxIterations(1)));
+    addCombining(passes);
 }
 
 static void addUnrolling(FunctionPassManager& passes) {
@@ -66,8 +72,8 @@ static void addUnrolling(FunctionPassManager& passes) {
     loops.addPass(LoopRotatePass(true));
     loops.addPass(IndVarSimplifyPass());
     passes.addPass(createFunctionToLoopPassAdaptor(std::move(loops)));
-    // Unlike LoopFullUnrollPass, this one accepts a maximum of rounds, and does not copy first rounds
-    // in which comparisons with the counter are known.
+    // Unlike LoopFullUnrollPass, this one accepts a maximum of rounds, and does not copy first
+    // rounds in which comparisons with the counter are known.
     passes.addPass(
         LoopUnrollPass(LoopUnrollOptions().setPartial(false).setPeeling(false).setRuntime(false)));
 }
@@ -96,6 +102,7 @@ Optimiser::Optimiser(Module& module) : managers_(std::make_unique<Managers>()) {
     builder.registerLoopAnalyses(all.loops);
     builder.crossRegisterProxies(all.loops, all.functions, all.components, all.modules);
     addLightly(all.light);
+    addCombining(all.combine);
     addFully(all.full);
     addUnrolling(all.unroll);
     addFinish(all.finish);
@@ -112,6 +119,10 @@ void Optimiser::cleanLightly(Function& function) {
 
 void Optimiser::clean(Function& function) {
     managers_->full.run(function, managers_->functions);
+}
+
+void Optimiser::combine(Function& function) {
+    managers_->combine.run(function, managers_->functions);
 }
 
 void Optimiser::unrollLoops(Function& function) {

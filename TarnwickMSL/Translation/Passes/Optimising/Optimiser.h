@@ -17,7 +17,8 @@ class Optimiser {
 
     void
     cleanLightly(llvm::Function& function);     // memory to values, common subexpressions, branches
-    void clean(llvm::Function& function);       // and combining instructions
+    void combine(llvm::Function& function);     // instructions, after cleanLightly
+    void clean(llvm::Function& function);       // cleanLightly and combine
     void unrollLoops(llvm::Function& function); // those of few constant rounds; `clean` comes next
     void finish(llvm::Function& function);      // once, for a function without calls
     void tidy(llvm::Function& function);        // after a step that leaves dead code
