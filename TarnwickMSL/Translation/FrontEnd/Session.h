@@ -54,7 +54,7 @@ class Session {
     std::vector<clang::TypedefNameDecl*> vectorTypes;  // of the library; Clang reports them once
     clang::NamespaceDecl* standardNamespace = nullptr; // of the library; the same
     bool isBegun = false, isOver = false;
-    bool isUntidy = false; // the names of the last program are there
+    bool isUntidy = false;     // the names of the last program are there
     std::size_t textBytes = 0; // of all programs
     struct Last {
         std::string source;
