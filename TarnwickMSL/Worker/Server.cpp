@@ -108,15 +108,15 @@ bool answerOne(int connection, const StandardLibrary& library, std::string& more
     moreWarningsIn = request->moreWarningsIn;
     limitTime(request->limitMilliseconds + 2000);
     Remains remains;
-    const std::string answer = toBytes(translate(request->source, library,
-                                                 {.target = request->target,
-                                                  .moreWarningsIn = request->moreWarningsIn,
-                                                  .constants = request->constants},
-                                                 nullptr, &remains));
+    std::string answer = toBytes(translate(request->source, library,
+                                           {.target = request->target,
+                                            .moreWarningsIn = request->moreWarningsIn,
+                                            .constants = request->constants},
+                                           nullptr, &remains));
     limitTime(0);
     size = static_cast<std::uint32_t>(answer.size());
-    const bool isSent = sendAll(connection, {reinterpret_cast<const char*>(&size), sizeof size}) &&
-                        sendAll(connection, answer);
+    answer.insert(0, reinterpret_cast<const char*>(&size), sizeof size);
+    const bool isSent = sendAll(connection, answer); // as a whole, so that the receiver wakes once
     library.tidy();
     return isSent;
 }
