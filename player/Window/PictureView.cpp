@@ -155,6 +155,7 @@ void PictureView::layOut() {
         message_->adjustSize();
         message_->move((width() - message_->width()) / 2, (height() - message_->height()) / 2);
         message_->raise();
+        message_->update(); // a native window keeps parts of the old text otherwise
     }
     if (figures_->isVisible()) {
         figures_->move(width() - figures_->width() - 8, 8);
