@@ -24,6 +24,7 @@
 #include "TarnwickMSL/Translation/Passes/Memory/AtomicPlaces.h"
 #include "TarnwickMSL/Translation/Passes/Memory/Atomics.h"
 #include "TarnwickMSL/Translation/Passes/Memory/Handles.h"
+#include "TarnwickMSL/Translation/Passes/Memory/ListMembers.h"
 #include "TarnwickMSL/Translation/Passes/Memory/MemoryCalls.h"
 #include "TarnwickMSL/Translation/Passes/Memory/NarrowAccess.h"
 #include "TarnwickMSL/Translation/Passes/Memory/NearAddresses.h"
@@ -82,6 +83,13 @@ static void unrolling(Work& work) {
         return;
     work.optimiser().unrollLoops(work.main());
     work.optimiser().clean(work.main());
+}
+
+static void lists(Work& work) {
+    if (!divideLists(work.main()))
+        return;
+    work.optimiser().forget(work.main());
+    work.optimiser().cleanLightly(work.main());
 }
 
 static void shortArrays(Work& work) {
@@ -165,6 +173,8 @@ static constexpr std::array table{
          "Ends loops over a short array at its end; before `unroll`, which needs the number of rounds."},
     Step{"unroll", Scope::entryPoint, "Passes/Optimising/Optimiser.h", unrolling,
          "Unrolls short loops; before `finish`, which removes what the rounds repeat."},
+    Step{"list-members", Scope::entryPoint, "Passes/Memory/ListMembers.h", lists,
+         "Divides local lists of records into a list for each member; after `unroll`, which makes many indices constant, and before `short-arrays`."},
     Step{"two-valued-tables", Scope::entryPoint, "Passes/Values/TwoValuedTables.h",
          [](Work& work) { work.forgetMainIf(replaceTwoValuedTables(work.main())); },
          "Turns tables with two values into bits of a number; after `unroll`, which makes many indices constant."},

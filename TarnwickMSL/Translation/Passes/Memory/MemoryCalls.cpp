@@ -24,12 +24,14 @@
 // Invariant: the parts cover exactly the bytes of the copy, but for padding of the chosen type.
 // Padding has no value, so it need not be copied.
 //
-// If no side gives parts, the copy is of words. A copy of more than `mostWords` words is a loop.
+// A copy of many words is a loop: over the elements of an array on one side if they are records or
+// vectors, else over words. If no side gives parts, the copy is of words.
 //
 // The pass runs twice: before loops are unrolled, so that copied records become values, and after
 // LLVM's passes, so that `pointers` meets no call whatever those passes do.
 #include "TarnwickMSL/Translation/Passes/Memory/MemoryCalls.h"
 
+#include "TarnwickMSL/Translation/Passes/Memory/ByteSteps.h"
 #include "TarnwickMSL/Translation/Places.h"
 #include "TarnwickMSL/Translation/Spirv/Access.h"
 
@@ -55,10 +57,12 @@ constexpr std::size_t mostWords = 64; // beyond it, a loop
 struct Part {
     std::uint64_t offset = 0;
     Type* type = nullptr;
+    std::uint64_t array = 0; // where the array of the part starts; the part itself if it is in none
 };
 
 static void collectParts(Type* type, std::uint64_t offset, const DataLayout& layout,
-                         SmallVectorImpl<Part>& parts) {
+                         SmallVectorImpl<Part>& parts,
+                         std::optional<std::uint64_t> around = std::nullopt) {
     if (parts.size() > mostParts)
         return;
     if (auto* record = dyn_cast<StructType>(type)) {
@@ -69,9 +73,9 @@ static void collectParts(Type* type, std::uint64_t offset, const DataLayout& lay
     } else if (auto* array = dyn_cast<ArrayType>(type)) {
         std::uint64_t stride = layout.getTypeAllocSize(array->getElementType());
         for (std::uint64_t n = 0; n < array->getNumElements() && parts.size() <= mostParts; ++n)
-            collectParts(array->getElementType(), offset + n * stride, layout, parts);
+            collectParts(array->getElementType(), offset + n * stride, layout, parts, offset);
     } else {
-        parts.push_back({offset, type});
+        parts.push_back({offset, type, around.value_or(offset)});
     }
 }
 
@@ -99,8 +103,11 @@ static std::optional<Place> rootOf(Value* pointer, const DataLayout& layout) {
     else
         return std::nullopt;
     place.offset = offset.getSExtValue();
-    for (const auto& [index, scale] : scales)
-        place.scales.push_back(scale.getSExtValue());
+    for (const auto& [index, scale] : scales) {
+        const Counter counter = counterOf(index).value_or(Counter{.step = 1});
+        place.offset += counter.first * scale.getSExtValue();
+        place.scales.push_back(counter.step * scale.getSExtValue());
+    }
     return place;
 }
 
@@ -146,14 +153,14 @@ static std::optional<Place> placeOf(Value* pointer, std::uint64_t bytes, const D
     return place;
 }
 
-// Bytes beside each other (characters, padding) move by fours, from whole words of the record on.
+// Bytes of one array (characters, padding) move by fours, from whole words of the record on.
 static SmallVector<Part, 8> byWords(ArrayRef<Part> parts, std::uint64_t start) {
     SmallVector<Part, 8> merged;
     for (std::size_t n = 0; n < parts.size(); ++n) {
         bool isWord = n + 4 <= parts.size() && (start + parts[n].offset) % 4 == 0;
         for (std::size_t k = 0; isWord && k < 4; ++k)
-            isWord =
-                parts[n + k].type->isIntegerTy(8) && parts[n + k].offset == parts[n].offset + k;
+            isWord = parts[n + k].type->isIntegerTy(8) && parts[n + k].array == parts[n].array &&
+                     parts[n + k].offset == parts[n].offset + k;
         if (!isWord) {
             merged.push_back(parts[n]);
             continue;
@@ -182,7 +189,7 @@ static std::optional<SmallVector<Part, 8>> partsAt(Value* pointer, std::uint64_t
             continue;
         if (part.offset < start || end > start + bytes)
             return std::nullopt;
-        within.push_back({part.offset - start, part.type});
+        within.push_back({part.offset - start, part.type, part.array});
     }
     return byWords(within, start);
 }
@@ -212,13 +219,41 @@ static bool isLoop(const std::optional<SmallVector<Part, 8>>& parts, std::uint64
            }));
 }
 
+namespace {
+
+// Whole elements of an array.
+struct Elements {
+    Type* type = nullptr;
+    std::uint64_t count = 0;
+    SmallVector<Part, 8> parts; // of one
+};
+
+} // namespace
+
+// Absent if the bytes are not several elements of more than a word each.
+static std::optional<Elements> elementsAt(Value* pointer, std::uint64_t bytes,
+                                          const DataLayout& layout) {
+    const std::optional<Place> place = placeOf(pointer, bytes, layout);
+    if (!place || place->offset < 0 || !place->type->isArrayTy())
+        return std::nullopt;
+    Elements found{.type = place->type->getArrayElementType()};
+    const std::uint64_t size = layout.getTypeAllocSize(found.type);
+    if (size <= 4 || static_cast<std::uint64_t>(place->offset) % size != 0 || bytes % size != 0)
+        return std::nullopt;
+    found.count = bytes / size;
+    SmallVector<Part, 8> parts;
+    collectParts(found.type, 0, layout, parts);
+    found.parts = byWords(parts, 0);
+    return parts.size() <= mostParts ? std::optional(found) : std::nullopt;
+}
+
 static Value* step(IRBuilder<>& builder, Value* pointer, std::uint64_t offset) {
     return offset == 0 ? pointer
                        : builder.CreateConstInBoundsGEP1_64(builder.getInt8Ty(), pointer, offset);
 }
 
-// Calls `each` with a builder and the index of a word, in a loop before `at`.
-template <class Each> static void forWords(Instruction& at, std::uint64_t count, Each each) {
+// Calls `each` with a builder and an index below `count`, in a loop before `at`.
+template <class Each> static void forEach(Instruction& at, std::uint64_t count, Each each) {
     auto [body, index] = SplitBlockAndInsertSimpleForLoop(
         ConstantInt::get(Type::getInt32Ty(at.getContext()), count), &at);
     IRBuilder<> builder(body);
@@ -233,24 +268,38 @@ static Value* wordAt(IRBuilder<>& builder, Value* pointer, Value* index) {
     return place;
 }
 
+static void copyParts(IRBuilder<>& builder, Value* to, Value* from, ArrayRef<Part> parts) {
+    SmallVector<Value*, 8> read; // all of it first: the two may overlap
+    for (const Part& part : parts)
+        read.push_back(
+            builder.CreateAlignedLoad(part.type, step(builder, from, part.offset), Align(1)));
+    for (auto [part, value] : zip(parts, read))
+        builder.CreateAlignedStore(value, step(builder, to, part.offset), Align(1));
+}
+
+static void copyElements(Instruction& call, Value* to, Value* from, const Elements& elements) {
+    forEach(call, elements.count, [&](IRBuilder<>& inside, Value* index) {
+        Value* target = inside.CreateGEP(elements.type, to, index);
+        copyParts(inside, target, inside.CreateGEP(elements.type, from, index), elements.parts);
+    });
+}
+
 static void copy(MemTransferInst& call, std::uint64_t bytes, const DataLayout& layout) {
     IRBuilder<> builder(&call);
     Value *to = call.getRawDest(), *from = call.getRawSource();
     auto parts = partsOfBoth(to, from, bytes, layout);
-    if (isLoop(parts, bytes, layout))
-        return forWords(call, bytes / 4, [&](IRBuilder<>& inside, Value* index) {
+    if (isLoop(parts, bytes, layout)) {
+        if (auto elements = elementsAt(to, bytes, layout))
+            return copyElements(call, to, from, *elements);
+        if (auto elements = elementsAt(from, bytes, layout))
+            return copyElements(call, to, from, *elements);
+        return forEach(call, bytes / 4, [&](IRBuilder<>& inside, Value* index) {
             Type* word = inside.getInt32Ty();
             Value* read = inside.CreateLoad(word, wordAt(inside, from, index));
             inside.CreateStore(read, wordAt(inside, to, index));
         });
-    if (!parts)
-        parts = words(bytes, call.getContext());
-    SmallVector<Value*, 8> read; // all of it first: the two may overlap
-    for (const Part& part : *parts)
-        read.push_back(
-            builder.CreateAlignedLoad(part.type, step(builder, from, part.offset), Align(1)));
-    for (auto [part, value] : zip(*parts, read))
-        builder.CreateAlignedStore(value, step(builder, to, part.offset), Align(1));
+    }
+    copyParts(builder, to, from, parts ? *parts : words(bytes, call.getContext()));
 }
 
 static Constant* filled(Type* type, std::uint8_t byte, const DataLayout& layout) {
@@ -264,24 +313,34 @@ static Constant* filled(Type* type, std::uint8_t byte, const DataLayout& layout)
     return vector ? ConstantVector::getSplat(vector->getElementCount(), value) : value;
 }
 
+static void fillParts(IRBuilder<>& builder, Value* to, std::uint8_t byte, ArrayRef<Part> parts,
+                      const DataLayout& layout) {
+    for (const Part& part : parts)
+        builder.CreateAlignedStore(filled(part.type, byte, layout), step(builder, to, part.offset),
+                                   Align(1));
+}
+
 static void fill(MemSetInst& call, std::uint64_t bytes, const DataLayout& layout) {
     auto* value = dyn_cast<ConstantInt>(call.getValue());
     if (!value)
         throw CompilerFault("Memory is filled with a value that is not constant.");
     auto byte = static_cast<std::uint8_t>(value->getZExtValue());
     auto parts = partsAt(call.getRawDest(), bytes, layout);
-    if (isLoop(parts, bytes, layout))
-        return forWords(call, bytes / 4, [&](IRBuilder<>& inside, Value* index) {
+    if (isLoop(parts, bytes, layout)) {
+        if (auto elements = elementsAt(call.getRawDest(), bytes, layout))
+            return forEach(call, elements->count, [&](IRBuilder<>& inside, Value* index) {
+                Value* target = inside.CreateGEP(elements->type, call.getRawDest(), index);
+                fillParts(inside, target, byte, elements->parts, layout);
+            });
+        return forEach(call, bytes / 4, [&](IRBuilder<>& inside, Value* index) {
             Type* word = inside.getInt32Ty();
             inside.CreateStore(filled(word, byte, layout),
                                wordAt(inside, call.getRawDest(), index));
         });
-    if (!parts)
-        parts = words(bytes, call.getContext());
+    }
     IRBuilder<> builder(&call);
-    for (const Part& part : *parts)
-        builder.CreateAlignedStore(filled(part.type, byte, layout),
-                                   step(builder, call.getRawDest(), part.offset), Align(1));
+    fillParts(builder, call.getRawDest(), byte, parts ? *parts : words(bytes, call.getContext()),
+              layout);
 }
 
 static void expand(MemIntrinsic& call, const DataLayout& layout) {

@@ -32,16 +32,21 @@ static std::pair<Type*, std::int64_t> partAt(Type* type, std::int64_t offset,
 }
 
 bool areOfOneArray(Type* type, ArrayRef<std::int64_t> offsets, std::int64_t step,
-                   const DataLayout& layout) {
+                   std::int64_t largest, const DataLayout& layout) {
     std::int64_t start = 0;
+    std::int64_t bytes = 0; // of the arrays in arrays around the place; zero: it is in none
     while (type->isAggregateType() || type->isVectorTy()) {
         const auto end = start + static_cast<std::int64_t>(layout.getTypeAllocSize(type));
         if (any_of(offsets, [&](std::int64_t each) { return each < start || each >= end; }))
             return false;
         const auto [part, at] = partAt(type, offsets.front() - start, layout);
         const auto size = static_cast<std::int64_t>(layout.getTypeAllocSize(part));
+        if (type->isStructTy() && type->getStructNumElements() > 1)
+            bytes = 0;
+        else if (bytes == 0)
+            bytes = end - start;
         if (!type->isStructTy() && size && step % size == 0)
-            return true;
+            return largest < bytes;
         start += at;
         type = part;
     }
@@ -54,6 +59,7 @@ namespace {
 struct Places {
     SmallVector<std::int64_t, 4> offsets; // constant bytes
     std::int64_t step = 0;                // the common factor of all that is added to the first
+    std::int64_t largest = 0;             // of the numbers of bytes that one unit of an index adds
 };
 
 // Whether the variable has a type that may change.
@@ -111,8 +117,10 @@ void Mixing::add(Value* leaf, MapVector<Value*, Places>& to) const {
     Places& places = to[leaf];
     places.offsets.push_back(offset.getSExtValue());
     places.step = std::gcd(places.step, places.offsets.back() - places.offsets.front());
-    for (const auto& [index, scale] : scales)
+    for (const auto& [index, scale] : scales) {
         places.step = std::gcd(places.step, scale.getSExtValue());
+        places.largest = std::max(places.largest, std::abs(scale.getSExtValue()));
+    }
     if (!isKnown)
         places.step = 1;
 }
@@ -137,7 +145,7 @@ void Mixing::note(ArrayRef<Value*> pointers) {
     for (const auto& [variable, all] : places) {
         Type* type = isa<AllocaInst>(variable) ? cast<AllocaInst>(variable)->getAllocatedType()
                                                : cast<GlobalVariable>(variable)->getValueType();
-        if (!areOfOneArray(type, all.offsets, all.step, layout_))
+        if (!areOfOneArray(type, all.offsets, all.step, all.largest, layout_))
             found_.insert(variable);
     }
 }

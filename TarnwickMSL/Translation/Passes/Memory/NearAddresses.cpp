@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Translation/Passes/Memory/NearAddresses.h"
 
+#include "TarnwickMSL/Translation/Passes/Memory/ByteSteps.h"
 #include "TarnwickMSL/Translation/Passes/Memory/MixedMembers.h"
 #include "TarnwickMSL/Translation/Places.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
@@ -10,7 +11,6 @@
 #include <llvm/IR/InstIterator.h>
 #include <llvm/IR/Instructions.h>
 #include <llvm/IR/Module.h>
-#include <llvm/IR/PatternMatch.h>
 #include <llvm/Transforms/Utils/Local.h>
 
 #include <numeric>
@@ -20,7 +20,6 @@
 namespace tarnwick::msl {
 
 using namespace llvm;
-using namespace llvm::PatternMatch;
 
 // The index of the address operand of an instruction; -1 if it does not access memory.
 static int pointerOperand(const Instruction& instruction) {
@@ -52,117 +51,7 @@ static Value* copiedSteps(Value* pointer, Instruction& before) {
     return copy;
 }
 
-static unsigned knownZeros(const Value* value, const IRBuilder<>& builder) {
-    return computeKnownBits(value, builder.GetInsertBlock()->getDataLayout())
-        .countMinTrailingZeros();
-}
-
-// Shows the size of the elements that a sum of bytes counts: `x & 8` becomes `((x & 8) >> 3) << 3`,
-// `(x & 4) << 1` the same, and `(x & 4) * 6` becomes `((x & 4) >> 2) * 24`. The shifts to the right
-// are not exact: LLVM would fold them.
-static Value* asProduct(Value* bytes, IRBuilder<>& builder) {
-    Value *left = nullptr, *right = nullptr;
-    const APInt* number = nullptr;
-    if (match(bytes, m_AddLike(m_Value(left), m_Value(right)))) {
-        Value *first = asProduct(left, builder), *second = asProduct(right, builder);
-        return first == left && second == right ? bytes : builder.CreateAdd(first, second);
-    }
-    if (match(bytes, m_Mul(m_Value(left), m_APInt(number)))) {
-        const unsigned zeros = knownZeros(left, builder);
-        return zeros == 0 ? bytes
-                          : builder.CreateMul(builder.CreateAShr(left, zeros),
-                                              ConstantInt::get(bytes->getType(), *number << zeros));
-    }
-    const bool isBits = match(bytes, m_And(m_Value(), m_APInt(number)));
-    const bool isShifted = match(bytes, m_Shl(m_Value(left), m_APInt(number)));
-    if (!isBits && !(isShifted && knownZeros(left, builder) != 0))
-        return bytes;
-    const unsigned zeros = knownZeros(bytes, builder);
-    return zeros == 0 ? bytes : builder.CreateShl(builder.CreateAShr(bytes, zeros), zeros);
-}
-
-// Returns the constants that a phi or select of constants may be, or an empty list for another
-// value.
-static SmallVector<std::int64_t, 4> choicesOf(Value* value) {
-    SmallVector<std::int64_t, 4> choices;
-    SmallSetVector<Value*, 8> open;
-    open.insert(value);
-    for (std::size_t i = 0; i < open.size(); ++i) {
-        if (auto* number = dyn_cast<ConstantInt>(open[i]))
-            choices.push_back(number->getSExtValue());
-        else if (auto* phi = dyn_cast<PHINode>(open[i]))
-            open.insert(phi->value_op_begin(), phi->value_op_end());
-        else if (auto* select = dyn_cast<SelectInst>(open[i]))
-            open.insert(select->op_begin() + 1, select->op_end());
-        else
-            return {};
-    }
-    return choices;
-}
-
-// Writes a choice of 11 or 17 as `(choice - 11) / 6 * 6` after a step of 11, which shows the member
-// that the elements are in. LLVM would fold a sum.
-static void showChoice(GetElementPtrInst& step, IRBuilder<>& builder) {
-    Value* choice = step.getOperand(1);
-    const SmallVector<std::int64_t, 4> choices = choicesOf(choice);
-    if (choices.size() < 2)
-        return;
-    const std::int64_t least = *llvm::min_element(choices);
-    std::int64_t size = 0;
-    for (std::int64_t one : choices)
-        size = std::gcd(size, one - least);
-    Type* type = choice->getType();
-    if (least != 0) {
-        Constant* first = ConstantInt::getSigned(type, least);
-        step.setOperand(
-            0, builder.CreateGEP(step.getSourceElementType(), step.getPointerOperand(), first));
-        choice = builder.CreateSub(choice, first);
-    }
-    if (size > 1)
-        choice = builder.CreateMul(builder.CreateUDiv(choice, ConstantInt::get(type, size)),
-                                   ConstantInt::get(type, size));
-    step.setOperand(1, choice);
-}
-
 namespace {
-
-// A step of a constant number of bytes for each unit of an index that is one of a few constants,
-// from a known place of a local variable.
-struct ChosenStep {
-    std::int64_t offset = 0, scale = 0;
-    SmallVector<std::int64_t, 4> indices;
-};
-
-std::optional<ChosenStep> chosenStep(GetElementPtrInst& step, Value* index) {
-    ChosenStep found{.indices = choicesOf(index)};
-    if (found.indices.size() < 2)
-        return std::nullopt;
-    llvm::sort(found.indices);
-    found.indices.erase(llvm::unique(found.indices), found.indices.end());
-    const DataLayout& layout = step.getModule()->getDataLayout();
-    APInt offset(32, 0);
-    MapVector<Value*, APInt> scales;
-    Value* from = &step;
-    while (auto* each = dyn_cast<GEPOperator>(from)) {
-        if (!each->collectOffset(layout, 32, scales, offset))
-            return std::nullopt;
-        from = each->getPointerOperand();
-    }
-    found.offset = offset.getSExtValue();
-    found.scale = scales.size() == 1 ? scales.front().second.getSExtValue() : 0;
-    return found;
-}
-
-// Whether the step leads to elements of one array, so that its index counts them.
-bool countsElements(const ChosenStep& chosen, const AllocaInst& local, const DataLayout& layout) {
-    std::int64_t apart = 0;
-    SmallVector<std::int64_t, 4> offsets;
-    for (std::int64_t index : chosen.indices) {
-        apart = std::gcd(apart, (index - chosen.indices.front()) * chosen.scale);
-        offsets.push_back(chosen.offset + index * chosen.scale);
-    }
-    return chosen.scale > 0 && areOfOneArray(local.getAllocatedType(), offsets, apart, layout);
-}
 
 // Replaces the accesses through a step to one of a few members by accesses to each of them, one of
 // which counts.
@@ -255,7 +144,7 @@ static void splitMemberChoices(Function& main) {
         auto* index = step ? dyn_cast<Instruction>(step->getOperand(1)) : nullptr;
         auto* local = index ? dyn_cast<AllocaInst>(getUnderlyingObject(step)) : nullptr;
         const auto chosen = local ? chosenStep(*step, index) : std::nullopt;
-        if (chosen && !countsElements(*chosen, *local, layout))
+        if (chosen && (chosen->others != 0 || !countsElements(*chosen, *local, layout)))
             found.push_back({step, index, *chosen});
     }
     for (auto& [step, index, chosen] : reverse(found)) // those behind others first
@@ -342,11 +231,9 @@ static void showSteps(Function& main, SmallVectorImpl<WeakTrackingVH>& old) {
         auto* index = step ? dyn_cast<Instruction>(step->getOperand(1)) : nullptr;
         if (!index || !isa<AllocaInst>(getUnderlyingObject(step)))
             continue;
+        showProducts(*step);
+        showChoice(*step);
         IRBuilder<> builder(step);
-        const bool isBytes = step->getSourceElementType()->isIntegerTy(8);
-        if (isBytes)
-            step->setOperand(1, asProduct(index, builder));
-        showChoice(*step, builder);
         showArrays(*step, builder);
         old.push_back(index);
     }
