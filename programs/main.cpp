@@ -1,9 +1,9 @@
 // tarnwick: checks, assembles, compiles, draws and hears episodes from the command line.
 #include "TarnwickBase/EndSignals.h"
 #include "TarnwickBase/FreedMemory.h"
-#include "TarnwickBase/Version.h"
 #include "TarnwickCore/CommandLine/Help.h"
 #include "programs/Commands/Command.h"
+#include "programs/Doctor/ProgramReport.h"
 
 #include <algorithm>
 #include <array>
@@ -43,6 +43,7 @@ constexpr std::array commands{
     &playCommand,
     &saverCommand,
     &devicesCommand,
+    &doctorCommand,
 };
 // clang-format on
 
@@ -113,7 +114,7 @@ Status runProgram(std::span<const char* const> words) {
         return help({});
     if (name != "--version" && name != "version")
         return runCommand(commandNamed(name), words.subspan(1));
-    print(programName() + "\n");
+    print(programReport());
     return Status::done;
 }
 

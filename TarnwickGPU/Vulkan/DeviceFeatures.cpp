@@ -18,6 +18,11 @@ constexpr std::array needed13{&VkPhysicalDeviceVulkan13Features::synchronization
                               &VkPhysicalDeviceVulkan13Features::maintenance4,
                               &VkPhysicalDeviceVulkan13Features::shaderDemoteToHelperInvocation};
 
+constexpr std::array<const char*, needed12.size()> names12{"timelineSemaphore",
+                                                           "scalarBlockLayout"};
+constexpr std::array<const char*, needed13.size()> names13{
+    "synchronization2", "dynamicRendering", "maintenance4", "shaderDemoteToHelperInvocation"};
+
 constexpr std::array takenCore{&VkPhysicalDeviceFeatures::robustBufferAccess,
                                &VkPhysicalDeviceFeatures::fragmentStoresAndAtomics,
                                &VkPhysicalDeviceFeatures::vertexPipelineStoresAndAtomics,
@@ -70,9 +75,11 @@ void keep(const Record& from, Record& to, const std::array<VkBool32 Record::*, c
 }
 
 template <typename Record, std::size_t count>
-bool hasAll(const Record& record, const std::array<VkBool32 Record::*, count>& members) {
-    return std::all_of(members.begin(), members.end(),
-                       [&](auto member) { return record.*member == VK_TRUE; });
+void noteMissing(const Record& record, const std::array<VkBool32 Record::*, count>& members,
+                 const std::array<const char*, count>& names, std::vector<std::string>& missing) {
+    for (std::size_t index = 0; index < count; ++index)
+        if (record.*members[index] != VK_TRUE)
+            missing.emplace_back(names[index]);
 }
 
 std::uint32_t maxPushDescriptors(VkPhysicalDevice device) {
@@ -104,10 +111,13 @@ bool isCPU(VkPhysicalDevice device) {
 
 } // namespace
 
-bool isUsable(VkPhysicalDevice device) {
+std::vector<std::string> missingFeatures(VkPhysicalDevice device) {
     FeatureChain chain({});
     vkGetPhysicalDeviceFeatures2(device, &chain.core);
-    return hasAll(chain.vulkan12, needed12) && hasAll(chain.vulkan13, needed13);
+    std::vector<std::string> missing;
+    noteMissing(chain.vulkan12, needed12, names12, missing);
+    noteMissing(chain.vulkan13, needed13, names13, missing);
+    return missing;
 }
 
 OptionalRecords optionalRecords(VkPhysicalDevice device) {

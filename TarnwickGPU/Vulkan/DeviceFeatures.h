@@ -6,6 +6,7 @@
 #include <vulkan/vulkan.h>
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace tarnwick::gpu {
@@ -32,8 +33,8 @@ struct DeviceFeatures {
     std::vector<std::uint32_t> capabilities; // Capabilities.h
 };
 
-// Whether the device has all features that the layer needs.
-bool isUsable(VkPhysicalDevice device);
+// Vulkan's names of the features that the layer requires and the device lacks.
+std::vector<std::string> missingFeatures(VkPhysicalDevice device);
 // The extensions' records that may be in the device's FeatureChain.
 OptionalRecords optionalRecords(VkPhysicalDevice device);
 

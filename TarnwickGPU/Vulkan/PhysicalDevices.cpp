@@ -60,24 +60,17 @@ std::optional<Family> generalQueueFamily(VkPhysicalDevice device) {
 }
 
 std::optional<Candidate> candidate(VkPhysicalDevice handle) {
-    VkPhysicalDeviceDriverProperties driver{
-        .sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_DRIVER_PROPERTIES};
-    VkPhysicalDeviceProperties2 properties{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_PROPERTIES_2,
-                                           .pNext = &driver};
-    vkGetPhysicalDeviceProperties2(handle, &properties);
-    const auto family = generalQueueFamily(handle);
-    if (properties.properties.apiVersion < VK_API_VERSION_1_3 || !family || !isUsable(handle))
+    if (!missingRequirements(handle).empty())
         return std::nullopt;
-    const auto type = properties.properties.deviceType;
-    return Candidate{
-        .device = {.handle = handle,
-                   .queueFamily = family->index,
-                   .queueCount = family->queueCount,
-                   .info = {.name = properties.properties.deviceName,
-                            .driver = std::string(driver.driverName) + " " + driver.driverInfo,
-                            .isCPU = type == VK_PHYSICAL_DEVICE_TYPE_CPU}},
-        .rank = rank(type),
-        .memory = ownMemory(handle)};
+    VkPhysicalDeviceProperties properties;
+    vkGetPhysicalDeviceProperties(handle, &properties);
+    const auto family = generalQueueFamily(handle);
+    return Candidate{.device = {.handle = handle,
+                                .queueFamily = family->index,
+                                .queueCount = family->queueCount,
+                                .info = deviceInfo(handle)},
+                     .rank = rank(properties.deviceType),
+                     .memory = ownMemory(handle)};
 }
 
 std::string lowerCase(std::string_view text) {
@@ -88,6 +81,29 @@ std::string lowerCase(std::string_view text) {
 }
 
 } // namespace
+
+DeviceInfo deviceInfo(VkPhysicalDevice device) {
+    VkPhysicalDeviceDriverProperties driver{
+        .sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_DRIVER_PROPERTIES};
+    VkPhysicalDeviceProperties2 properties{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_PROPERTIES_2,
+                                           .pNext = &driver};
+    vkGetPhysicalDeviceProperties2(device, &properties);
+    return {.name = properties.properties.deviceName,
+            .driver = std::string(driver.driverName) + " " + driver.driverInfo,
+            .isCPU = properties.properties.deviceType == VK_PHYSICAL_DEVICE_TYPE_CPU};
+}
+
+// An older device has no records of Vulkan 1.3 that could be read.
+std::vector<std::string> missingRequirements(VkPhysicalDevice device) {
+    VkPhysicalDeviceProperties properties;
+    vkGetPhysicalDeviceProperties(device, &properties);
+    if (properties.apiVersion < VK_API_VERSION_1_3)
+        return {"Vulkan 1.3"};
+    std::vector<std::string> missing = missingFeatures(device);
+    if (!generalQueueFamily(device))
+        missing.emplace_back("a queue for both graphics and compute");
+    return missing;
+}
 
 std::vector<PhysicalDevice> usableDevices(VkInstance instance) {
     std::uint32_t count = 0;

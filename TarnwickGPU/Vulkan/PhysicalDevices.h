@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -20,6 +21,11 @@ struct PhysicalDevice {
     std::uint32_t queueCount = 1;  // queues of the family
     DeviceInfo info;
 };
+
+DeviceInfo deviceInfo(VkPhysicalDevice device);
+
+// The names of the required version, queue and features that the device lacks.
+std::vector<std::string> missingRequirements(VkPhysicalDevice device);
 
 // The devices with Vulkan 1.3 and the features that the layer requires, in order of preference:
 // discrete, integrated, virtual, CPU, and among equals the one with more memory of its own.

@@ -4,12 +4,15 @@
 //   tarnwick-msl-worker --dump-ir FILE.metal    prints the front end's module and signatures
 //   tarnwick-msl-worker --step NAME FILE.ll     runs one step on a text and prints the result
 //   tarnwick-msl-worker --steps                 prints the table of the steps
+//   tarnwick-msl-worker --version               prints the release of Clang and LLVM
 //   tarnwick-msl-worker --times FILE.metal...   prints the time of each step
 #include "TarnwickMSL/Translation/Passes.h"
 #include "TarnwickMSL/Worker/Dump.h"
 #include "TarnwickMSL/Worker/Precompiled.h"
 #include "TarnwickMSL/Worker/Server.h"
 #include "TarnwickMSL/Worker/Times.h"
+
+#include <clang/Basic/Version.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -50,12 +53,16 @@ int run(std::string_view command, const char* file, const char* second,
             texts.push_back(textOf(one));
         return printTimes(texts, standardLibrary()) ? 0 : 1;
     }
+    if (command == "--version") {
+        std::cout << clang::getClangFullVersion() << '\n';
+        return 0;
+    }
     if (command == "--steps") {
         std::cout << stepTable();
         return 0;
     }
     std::cerr << "tarnwick-msl-worker: requires --serve, --precompile FILE, --dump-ir FILE, "
-                 "--step NAME FILE, --steps or --times FILE....\n";
+                 "--step NAME FILE, --steps, --version or --times FILE....\n";
     return 2;
 }
 

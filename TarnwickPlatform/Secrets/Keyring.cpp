@@ -94,6 +94,12 @@ template <class Value> struct Late {
 
 } // namespace
 
+bool Keyring::answers() const {
+    const auto isThere = std::make_shared<std::atomic<bool>>(false);
+    ask(patience_, [isThere](GCancellable*) { *isThere = true; });
+    return *isThere;
+}
+
 std::optional<Secret> Keyring::find(const std::string& server) const {
     const auto found = std::make_shared<Late<std::optional<Secret>>>();
     ask(patience_, [found, server](GCancellable* cancellable) {

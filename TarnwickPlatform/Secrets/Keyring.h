@@ -17,6 +17,7 @@ class Keyring {
     explicit Keyring(std::chrono::milliseconds patience = std::chrono::seconds(3))
         : patience_(patience) {}
 
+    bool answers() const;                                        // whether there is a keyring
     std::optional<Secret> find(const std::string& server) const; // the token of a server
     // Replaces an older token of that server. Whether the token is kept.
     bool keep(const std::string& server, const Secret& token) const;

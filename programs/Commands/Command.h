@@ -22,6 +22,7 @@ struct Command {
 extern const Command assembleCommand;    // AssembleCommand.cpp
 extern const Command checkCommand;       // CheckCommand.cpp
 extern const Command devicesCommand;     // DevicesCommand.cpp
+extern const Command doctorCommand;      // DoctorCommand.cpp
 extern const Command exportCommand;      // ExportCommand.cpp
 extern const Command handleCommand;      // AccountCommands.cpp
 extern const Command joinCommand;        // JoinCommand.cpp

@@ -2,8 +2,10 @@
 . "$PROMISES/promises.sh"
 expect 0 '^usage: tarnwick COMMAND' --help
 expect 2 '"chek" is not a command' help chek
+expect 0 '^Compiler: .*clang version' --version
+expect 0 '^Device: ' --version
 expect 0 '^Tarnwick [0-9.]* (build [0-9]*)$' --version
-cp out version
+head -n 1 out >version
 expect 0 '' saver --version
 cmp -s out version || complain 'another release' saver --version
 expect 2 'No command is given'
