@@ -2,11 +2,11 @@
 #pragma once
 
 #include "TarnwickCore/Performance/Performance.h"
+#include "TarnwickCore/Performance/Transport.h"
 #include "player/App/FileWork.h"
 #include "player/Compiling/LiveCompiler.h"
 #include "player/Model/Document.h"
 #include "player/Model/DraftKeeper.h"
-#include "player/Model/Transport.h"
 
 #include <QObject>
 #include <QTimer>

@@ -4,11 +4,11 @@
 #include "TarnwickBase/PixelSize.h"
 #include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickCore/Performance/Performance.h"
+#include "TarnwickCore/Performance/Transport.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "player/Drawing/LiveChannels.h"
 #include "player/Drawing/LiveLevels.h"
-#include "player/Model/Transport.h"
 
 #include <array>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // The range of time of an export: the whole episode, the loop of the transport, or from and to.
 #pragma once
 
-#include "player/Model/Transport.h"
+#include "TarnwickCore/Performance/Transport.h"
 
 #include <QWidget>
 #include <optional>

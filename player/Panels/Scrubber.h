@@ -1,7 +1,7 @@
 // The time of an episode as a slider, with the loop range on it.
 #pragma once
 
-#include "player/Model/Transport.h"
+#include "TarnwickCore/Performance/Transport.h"
 
 #include <QSlider>
 #include <optional>

@@ -1,7 +1,7 @@
 // Renders the sound of the transport ahead of the device.
 #pragma once
 
-#include "player/Model/Transport.h"
+#include "TarnwickCore/Performance/Transport.h"
 #include "player/Sound/SampleRing.h"
 #include "player/Sound/SoundClock.h"
 #include "player/Sound/TimedSound.h"
