@@ -13,6 +13,7 @@ struct Sentence {
     std::string operator()(const ExportError::Writer& writer) const {
         return "Writing the video failed: " + writer.reason;
     }
+    std::string operator()(const ExportError::Input& input) const { return input.sentence; }
     std::string operator()(const ExportError::Cancelled&) const { return "Export cancelled."; }
 };
 

@@ -20,8 +20,11 @@ class ExportError : public std::runtime_error {
     struct Writer {
         std::string reason;
     };
+    struct Input {
+        std::string sentence; // about a file that the episode reads
+    };
     struct Cancelled {};
-    using Case = std::variant<Setup, Render, Writer, Cancelled>;
+    using Case = std::variant<Setup, Render, Writer, Input, Cancelled>;
 
     explicit ExportError(Case which);
 

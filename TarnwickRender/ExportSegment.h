@@ -3,6 +3,7 @@
 
 #include "TarnwickCore/Performance/Performance.h"
 #include "TarnwickGPU/Commands.h"
+#include "TarnwickRender/FrameInputs.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "TarnwickRender/ValuesAt.h"
 
@@ -58,10 +59,9 @@ struct ExportSegment {
     // the program is the performed one, for its sound too. Without `loop`. Shared, because the
     // segments of one movie may show parts of one performance.
     std::shared_ptr<const Performance> performance{};
-    // The inputs at a time in seconds of an episode that takes Inputs; absent: silence and black.
-    // Called once a frame, in the order of the frames. If it gives no previous frame, the
-    // segment's own is used.
-    std::function<ShaderInputs(double time)> inputsAt{};
+    // The inputs of an episode that takes Inputs. Null: silence and black; with a performance, the
+    // program's own sound and black. Shared, because segments may go on with the same sound.
+    std::shared_ptr<FrameInputs> inputs{};
 };
 
 } // namespace tarnwick

@@ -62,22 +62,6 @@ ShaderInputs SoundTap::inputs(double time, const ParamValues& values) {
     return {.audio = analyzer_.bands(), .spectrum = &spectrum().texture()};
 }
 
-std::vector<double> SoundTap::timesBefore(double time) {
-    constexpr int framesASecond = 60;
-    constexpr int framesBefore = 2 * framesASecond; // older levels have decayed by then
-    std::vector<double> times;
-    for (int frame = framesBefore; frame > 0; --frame)
-        if (const double before = time - static_cast<double>(frame) / framesASecond; before >= 0)
-            times.push_back(before);
-    return times;
-}
-
-ShaderInputs SoundTap::playedInputs(double time, const ParamValues& values) {
-    for (const double before : timesBefore(time))
-        inputs(before, values);
-    return inputs(time, values);
-}
-
 void SoundTap::reset() {
     analyzer_.reset();
     lastTime_.reset();

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "TarnwickCore/Live/AudioAnalyzer.h"
-#include "TarnwickRender/ShaderInputs.h"
+#include "TarnwickRender/FrameInputs.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "TarnwickRender/Sound/SpectrumTexture.h"
 
@@ -16,7 +16,7 @@
 namespace tarnwick {
 
 // Keep one for each program while it plays. One thread at a time.
-class SoundTap {
+class SoundTap : public FrameInputs {
   public:
     // Seconds of sound before a frame's time that the frame hears.
     static constexpr double heard =
@@ -32,15 +32,9 @@ class SoundTap {
     // queue that job waits for all work committed before it, so a player calls prepare(). The tap
     // owns the spectrum's texture and reuses it after mostFramesInFlight more calls. If the device
     // fails: ShaderInputs::none(), and the tap is unchanged.
-    ShaderInputs inputs(double time, const ParamValues& values);
+    ShaderInputs inputs(double time, const ParamValues& values) override;
 
-    // The same for a single frame: plays the two seconds before it first, so that the levels equal
-    // those of playback.
-    ShaderInputs playedInputs(double time, const ParamValues& values);
-    // The next call starts from silence.
-    void reset();
-    // The times of the frames in these two seconds: 60 a second, none below 0.
-    static std::vector<double> timesBefore(double time);
+    void reset() override;
 
     // Commits the GPU job of inputs(time, values) without waiting. Call it before the previous
     // frame is committed: then inputs() does not wait for that frame. A job that is not used is

@@ -236,6 +236,8 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
         sound.await(goOnAtTheEnd);
     } catch (const ExportError& error) {
         state.fail(error);
+    } catch (const InputError& error) {
+        state.fail(ExportError(ExportError::Input{error.what()}));
     }
     noteNews();
     state.throwIfFailed(); // the writer is not finished then

@@ -45,7 +45,7 @@ SegmentPictures::SegmentPictures(const ExportSegment& segment, const Stage& stag
     const ShaderProgram& program = *segment.program;
     if (segment.performance)
         performed_ = PerformedFrames::make(segment.program, stage.device, area_.width, area_.height,
-                                           segment.performance);
+                                           segment.performance, segment.inputs);
     else
         frames_ = ProgramFrames::make(segment.program, stage.device, area_.width, area_.height,
                                       segment.valuesAt);
@@ -88,11 +88,21 @@ bool SegmentPictures::encode(gpu::CommandBuffer& commands, const gpu::Texture& t
                                   passOver(target, overlayAt(performed_->time()), watermark));
     const double at = time(frame);
     const ParamValues values = segment_.valuesAt ? segment_.valuesAt(at) : segment_.values;
-    const ShaderInputs inputs = segment_.inputsAt ? segment_.inputsAt(at) : ShaderInputs::none();
+    const ShaderInputs inputs = inputsAt(at);
     const ProgramFrame drawn{.moment = moment(at), .values = values, .inputs = inputs};
     const gpu::Texture* overlay = overlayAt(at);
     return feedback_ ? encodeThroughFeedback(commands, target, drawn, overlay, watermark)
                      : encodeDirectly(commands, target, drawn, overlay, watermark);
+}
+
+// Levels are of the sound with the base values throughout.
+ShaderInputs SegmentPictures::inputsAt(double time) const {
+    if (!segment_.inputs || !segment_.program->usesInputs())
+        return ShaderInputs::none();
+    ShaderInputs inputs =
+        segment_.inputs->inputs(time, segment_.soundValues.value_or(segment_.values));
+    inputs.channels = segment_.inputs->channels(time);
+    return inputs;
 }
 
 // The pass over the whole frame that draws the program's picture into its area.
@@ -119,8 +129,7 @@ bool SegmentPictures::encodeThroughFeedback(gpu::CommandBuffer& commands,
                                             const gpu::Texture* overlay,
                                             const Watermark* watermark) {
     ShaderInputs seen = frame.inputs;
-    if (seen.previous == nullptr)
-        seen.previous = feedback_->previous();
+    seen.previous = feedback_->previous();
     const gpu::RenderPassDescriptor apart{
         .color = {.texture = &feedback_->current(), .load = gpu::LoadAction::clear}};
     if (!frames_->encode(commands, {.moment = frame.moment, .values = frame.values, .inputs = seen},

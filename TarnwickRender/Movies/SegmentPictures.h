@@ -51,6 +51,7 @@ class SegmentPictures {
   private:
     double time(std::int64_t frame) const; // seconds
     FrameMoment moment(double time) const;
+    ShaderInputs inputsAt(double time) const;
     FramePass passOver(const gpu::Texture& target, const gpu::Texture* overlay,
                        const Watermark* watermark) const;
     bool encodeDirectly(gpu::CommandBuffer& commands, const gpu::Texture& target,

@@ -1,5 +1,7 @@
 #include "TarnwickRender/Performing/PerformedFrames.h"
 
+#include "TarnwickRender/SoundTap.h"
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -24,7 +26,8 @@ PerformedFrames::PerformedFrames(std::shared_ptr<const ShaderProgram> program,
 std::unique_ptr<PerformedFrames>
 PerformedFrames::make(std::shared_ptr<const ShaderProgram> program, gpu::Device& device,
                       std::int64_t width, std::int64_t height,
-                      std::shared_ptr<const Performance> performance) {
+                      std::shared_ptr<const Performance> performance,
+                      std::shared_ptr<FrameInputs> inputs) {
     std::unique_ptr<PerformedFrames> made(
         new PerformedFrames(std::move(program), std::move(performance)));
     made->frames_ = ProgramFrames::make(
@@ -35,7 +38,7 @@ PerformedFrames::make(std::shared_ptr<const ShaderProgram> program, gpu::Device&
     if (!made->frames_ || made->program_->readsPrevious() != (made->feedback_ != nullptr))
         return nullptr;
     if (made->program_->usesInputs())
-        made->tap_ = SoundTap::make(made->program_, device);
+        made->heard_ = inputs ? std::move(inputs) : SoundTap::make(made->program_, device);
     return made;
 }
 
@@ -67,8 +70,8 @@ void PerformedFrames::start() {
     frames_->restart();
     if (feedback_)
         feedback_->reset();
-    if (tap_)
-        tap_->reset();
+    if (heard_)
+        heard_->reset();
     frame_ = -1;
 }
 
@@ -123,8 +126,8 @@ void PerformedFrames::reach(std::int64_t frame, const FrameControls& controls,
 // Frames that only lead to the end of a jump are not heard unless they are drawn.
 void PerformedFrames::hear(std::int64_t frame, const FramePassage& passage) {
     const bool isHeard = feedback_ || !passage.isJump || passage.to - frame <= framesHeard;
-    if (tap_ && isHeard)
-        inputs_ = tap_->inputs(timeOf(frame), passage.reached.settings->values);
+    if (heard_ && isHeard)
+        inputs_ = heard_->inputs(timeOf(frame), passage.reached.settings->values);
 }
 
 double PerformedFrames::time() const {
@@ -145,6 +148,8 @@ bool PerformedFrames::encode(gpu::CommandBuffer& commands, double time,
     settings_ = controls.settings;
     const ParamValues values = settings_->valuesAt(time);
     ShaderInputs inputs = inputs_;
+    if (heard_)
+        inputs.channels = heard_->channels(time);
     inputs.previous = feedback_ ? feedback_->previous() : nullptr;
     return frames_->encode(
         commands,

@@ -7,8 +7,8 @@
 
 #include "TarnwickCore/Performance/FrameWalk.h"
 #include "TarnwickRender/FeedbackFrames.h"
+#include "TarnwickRender/FrameInputs.h"
 #include "TarnwickRender/ProgramFrames.h"
-#include "TarnwickRender/SoundTap.h"
 
 #include <cstdint>
 #include <deque>
@@ -21,11 +21,12 @@ namespace tarnwick {
 class PerformedFrames {
   public:
     // Null if the device has no room; ProgramFrames::absence has the reason. `performance` is
-    // fitted to the program's parameters.
+    // fitted to the program's parameters. `inputs` null: the program's own sound, and black.
     static std::unique_ptr<PerformedFrames> make(std::shared_ptr<const ShaderProgram> program,
                                                  gpu::Device& device, std::int64_t width,
                                                  std::int64_t height,
-                                                 std::shared_ptr<const Performance> performance);
+                                                 std::shared_ptr<const Performance> performance,
+                                                 std::shared_ptr<FrameInputs> inputs = nullptr);
     PerformedFrames(const PerformedFrames&) = delete;
     PerformedFrames& operator=(const PerformedFrames&) = delete;
 
@@ -37,8 +38,8 @@ class PerformedFrames {
     // 1/60 s, at most.
     std::optional<Progress> prepare(double seconds, gpu::CommandQueue& queue);
 
-    // Encodes the frame of the last prepare(), which returned nothing. Neither commits nor waits.
-    // False if the device fails.
+    // Encodes the frame of the last prepare(), which returned nothing. Neither commits nor waits
+    // for it. False if the device fails.
     bool encode(gpu::CommandBuffer& commands, const FramePass& pass);
 
     double time() const; // seconds of the episode, of that frame
@@ -61,9 +62,9 @@ class PerformedFrames {
     FrameWalk walk_;
     std::unique_ptr<ProgramFrames> frames_;
     std::unique_ptr<FeedbackFrames> feedback_; // of a program that reads its previous frame
-    std::unique_ptr<SoundTap> tap_;            // of a program that may hear its sound
+    std::shared_ptr<FrameInputs> heard_;       // of a program that takes Inputs; null: none
     std::shared_ptr<const Settings> settings_; // of the steps that are encoded
-    ShaderInputs inputs_;                      // of the frame frame_
+    ShaderInputs inputs_;                      // of the frame frame_, without channels
     std::deque<FramePassage> ahead_;           // not yet computed
     std::int64_t frame_ = -1;                  // the steps are done up to it; -1: none
     double seconds_ = -1;                      // of the last prepare()

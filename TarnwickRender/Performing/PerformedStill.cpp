@@ -10,7 +10,8 @@ namespace tarnwick {
 std::optional<Picture> performedStill(const std::shared_ptr<const ShaderProgram>& program,
                                       gpu::Device& device, std::int64_t width, std::int64_t height,
                                       std::shared_ptr<const Performance> performance,
-                                      double seconds, StillNews* news) {
+                                      double seconds, StillNews* news,
+                                      std::shared_ptr<FrameInputs> inputs) {
     const auto size = PixelSize::of(width, height);
     const auto queue = size ? device.newCommandQueue() : nullptr;
     const auto target =
@@ -21,7 +22,8 @@ std::optional<Picture> performedStill(const std::shared_ptr<const ShaderProgram>
                                    .storage = gpu::StorageMode::shared})
               : nullptr;
     const auto frames =
-        target ? PerformedFrames::make(program, device, width, height, std::move(performance))
+        target ? PerformedFrames::make(program, device, width, height, std::move(performance),
+                                       std::move(inputs))
                : nullptr;
     if (!frames)
         return std::nullopt;

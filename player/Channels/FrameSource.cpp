@@ -1,7 +1,7 @@
 #include "player/Channels/FrameSource.h"
 
 #include "TarnwickCore/Editor/FileWatcher.h"
-#include "player/Channels/MovieFrames.h"
+#include "TarnwickPlatform/Media/LoopedMedia.h"
 
 #include <array>
 #include <atomic>
@@ -16,8 +16,6 @@
 namespace tarnwick::player {
 namespace {
 
-constexpr std::uint32_t longestStill = 4096;     // pixels of a side of a picture file
-constexpr std::uint32_t longestMoving = 1920;    // of movies and cameras, which are copied often
 constexpr std::chrono::seconds watchInterval{1}; // between two looks at the file or the camera
 constexpr double farAway = 1;                    // seconds between two times after a seek
 
@@ -37,14 +35,8 @@ struct FrameSource::Shared {
 
     void run();
     void readFile();
-    void readStill(MediaReader& reader, const std::optional<FileWatcher::Stamp>& stamp);
-    void readMovie(std::unique_ptr<MediaReader> reader,
-                   const std::optional<FileWatcher::Stamp>& stamp);
     void readCamera();
 
-    MediaUse use(std::uint32_t longestSide) {
-        return {.longestSide = longestSide, .isEnd = [this] { return isEnd.load(); }};
-    }
     bool rest() { // false at the end
         std::unique_lock lock(mutex);
         return !changed.wait_for(lock, watchInterval, [this] { return isEnd.load(); });
@@ -111,41 +103,19 @@ void FrameSource::Shared::run() {
     }
 }
 
-// Returns once the file has changed.
+// Returns once the file has changed. A deleted file keeps its picture.
 void FrameSource::Shared::readFile() {
     const auto stamp = FileWatcher::stamp(place);
-    auto reader = MediaReader::openFile(place, use(longestStill));
-    if (reader->isStill())
-        return readStill(*reader, stamp);
-    reader.reset();
-    readMovie(MediaReader::openFile(place, use(longestMoving)), stamp);
-}
-
-void FrameSource::Shared::readStill(MediaReader& reader,
-                                    const std::optional<FileWatcher::Stamp>& stamp) {
-    if (!reader.next())
-        throw MediaError(place.string() + " cannot be read: it has no pictures.");
-    auto picture = room();
-    reader.readPicture(*picture);
-    publish(std::move(picture));
-    // A deleted file keeps its picture.
-    while (rest())
-        if (const auto now = FileWatcher::stamp(place); now && now != stamp)
-            return;
-}
-
-void FrameSource::Shared::readMovie(std::unique_ptr<MediaReader> reader,
-                                    const std::optional<FileWatcher::Stamp>& stamp) {
-    MovieFrames frames(std::move(reader));
+    const auto media = LoopedMedia::open(place, [this] { return isEnd.load(); });
     std::optional<double> done;
     auto looked = std::chrono::steady_clock::now();
     while (!isEnd) {
         const std::optional<double> time = wantedAfter(done);
         if (!time || isEnd)
             continue;
-        if (time != done && frames.goTo(*time, [&] { return isFar(*time); })) {
+        if (time != done && media->goTo(*time, [&] { return isFar(*time); })) {
             auto picture = room();
-            frames.readPicture(*picture);
+            media->readPicture(*picture);
             publish(std::move(picture));
         }
         done = time;
@@ -158,7 +128,8 @@ void FrameSource::Shared::readMovie(std::unique_ptr<MediaReader> reader,
 }
 
 void FrameSource::Shared::readCamera() {
-    const auto reader = MediaReader::openCamera(place, use(longestMoving));
+    const auto reader = MediaReader::openCamera(
+        place, {.longestSide = longestMoving, .isEnd = [this] { return isEnd.load(); }});
     while (!isEnd && reader->next()) {
         auto picture = room();
         reader->readPicture(*picture);

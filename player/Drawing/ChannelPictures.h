@@ -4,10 +4,10 @@
 #include "TarnwickBase/PixelSize.h"
 #include "TarnwickGPU/Device.h"
 #include "TarnwickGPU/Resources.h"
+#include "TarnwickRender/PictureTexture.h"
 #include "player/Drawing/LiveChannels.h"
 #include "player/Drawing/Scene.h"
 
-#include <array>
 #include <functional>
 #include <map>
 #include <memory>
@@ -41,10 +41,8 @@ class ChannelPictures {
     static constexpr std::size_t mostCopied = std::size_t{16} << 20;
 
   private:
-    // Two textures in turn: a frame that is still drawn reads the other one.
     struct Copy {
-        std::array<std::unique_ptr<gpu::Texture>, 2> textures;
-        std::size_t index = 0;
+        PictureTexture texture;
         std::uint64_t number = 0; // FrameSource::number of the picture; 0: none
     };
     // An episode that a channel shows, and its successor until that has a picture.

@@ -2,6 +2,7 @@
 #include "TarnwickCore/Text/Numbers.h"
 #include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeLoop.h"
 #include "programs/Episode/EpisodePerformance.h"
@@ -32,6 +33,7 @@ struct Request {
     std::optional<FrameRange> frames;
     std::vector<MovieChapter> chapters;
     bool sound = false, watermark = false;
+    NamedChannels channels;
 };
 
 double usualDurationOf(const Request& request) {
@@ -86,6 +88,7 @@ Request requestOf(const Arguments& arguments) {
     request.crossfade = arguments.numberOf("--loop");
     request.episode = episodeAt(path);
     request.performance = episodePerformanceOf(arguments, request.episode);
+    request.channels = episodeChannelsOf(arguments, request.episode);
     request.search = searchOf(arguments, request);
     if (!request.search)
         request.duration = durationOf(arguments, request);
@@ -139,9 +142,8 @@ Status export_(const Arguments& arguments) {
                    *device);
     }
     ExportSegment segment = segmentOf(request, program);
-    const auto tap =
-        program->usesInputs() && !request.performance ? SoundTap::make(program, *device) : nullptr;
-    letListen(segment, tap.get());
+    segment.inputs = frameInputsOf(program, *device, request.movie.preset,
+                                   channelSourcesOf(request.channels, *device));
     exportMovie({&segment, 1}, request.movie, *device, request.episode.path,
                 {.frames = request.frames, .chapters = request.chapters});
     return Status::done;
@@ -177,10 +179,10 @@ constexpr std::array<Option, 7> timeOptions{{
      .excludes = "--frames"},
     movieSizeOption,
 }};
-constexpr auto exportOptions = joined(
-    std::array{movieOutOption}, movieOptions, timeOptions,
-    std::array{performanceOption("--loop --find-loop --set --keys")},
-    animationOptions);
+constexpr auto exportOptions =
+    joined(std::array{movieOutOption}, movieOptions, timeOptions,
+           std::array{channelOption, performanceOption("--loop --find-loop --set --keys")},
+           animationOptions);
 
 } // namespace
 

@@ -56,6 +56,7 @@ Request requestOf(const Arguments& arguments) {
     frame.time = timeOf(arguments, frame.episode);
     frame.frame = frameOf(arguments, frame.time);
     frame.hears = hearsOf(arguments, frame.episode);
+    frame.channels = episodeChannelsOf(arguments, frame.episode);
     frame.performance = episodePerformanceOf(arguments, frame.episode);
     if (!frame.performance)
         frame.settings = episodeSettingsOf(arguments, frame.episode);
@@ -94,7 +95,7 @@ constexpr auto stillOptions = joined(
          .byDefault = "30 frames per second of the time"},
     }},
     animationOptions, hearOptions,
-    std::array{performanceOption("--frame --set --keys --hear")});
+    std::array{channelOption, performanceOption("--frame --set --keys --hear")});
 
 } // namespace
 

@@ -1,12 +1,13 @@
 #include "programs/Episode/EpisodePicture.h"
 
 #include "TarnwickCore/Text/Numbers.h"
+#include "TarnwickRender/Channels/EpisodeInputs.h"
 #include "TarnwickRender/Performing/PerformedStill.h"
 #include "TarnwickRender/ProgramFrames.h"
-#include "TarnwickRender/SoundTap.h"
 #include "programs/CommandLine/CommandError.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
+#include "programs/Terminal/TerminalText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -30,14 +31,35 @@ std::uint32_t savedFrame(double time) {
 
 namespace {
 
-Picture performed(const std::shared_ptr<const ShaderProgram>& program, const EpisodeFrame& frame,
-                  gpu::Device& device, StillNews& news) {
+std::optional<Picture> played(const std::shared_ptr<const ShaderProgram>& program,
+                              const EpisodeFrame& frame, gpu::Device& device, StillNews& news,
+                              FrameInputs* reads) {
+    ShaderInputs inputs;
+    if (reads != nullptr) {
+        inputs = reads->playedInputs(frame.time, frame.settings.values);
+        inputs.channels = reads->channels(frame.time);
+    }
+    return StillRenderer::render(program, device, frame.size.width, frame.size.height,
+                                 static_cast<float>(frame.time), frame.frame,
+                                 frame.settings.valuesAt(frame.time), &news,
+                                 valuesOverTime(frame.settings), inputs);
+}
+
+// A performance hears the episode's own sound.
+std::optional<Picture> drawn(const std::shared_ptr<const ShaderProgram>& program,
+                             const EpisodeFrame& frame, gpu::Device& device, StillNews& news) {
     const auto [width, height] = frame.size;
-    std::optional<Picture> picture =
-        performedStill(program, device, width, height, frame.performance, frame.time, &news);
-    if (!picture)
-        failure(ProgramFrames::absence(*program, device, width, height));
-    return *std::move(picture);
+    try {
+        auto inputs =
+            EpisodeInputs::make(program, device, width, height,
+                                {.channels = channelSourcesOf(frame.channels, device),
+                                 .hearsOwnSound = frame.hears || frame.performance != nullptr});
+        return frame.performance ? performedStill(program, device, width, height, frame.performance,
+                                                  frame.time, &news, std::move(inputs))
+                                 : played(program, frame, device, news, inputs.get());
+    } catch (const InputError& error) {
+        failure(terminalText(error.what()));
+    }
 }
 
 } // namespace
@@ -52,18 +74,9 @@ Picture pictureOf(const std::shared_ptr<const ShaderProgram>& program, const Epi
         else
             bar.doing("Drawing " + frame.episode.path);
     };
-    const auto [width, height] = frame.size;
-    if (frame.performance)
-        return performed(program, frame, device, news);
-    const auto tap =
-        frame.hears && program->usesInputs() ? SoundTap::make(program, device) : nullptr;
-    const ShaderInputs inputs =
-        tap ? tap->playedInputs(frame.time, frame.settings.values) : ShaderInputs::none();
-    std::optional<Picture> picture = StillRenderer::render(
-        program, device, width, height, static_cast<float>(frame.time), frame.frame,
-        frame.settings.valuesAt(frame.time), &news, valuesOverTime(frame.settings), inputs);
+    std::optional<Picture> picture = drawn(program, frame, device, news);
     if (!picture)
-        failure(ProgramFrames::absence(*program, device, width, height));
+        failure(ProgramFrames::absence(*program, device, frame.size.width, frame.size.height));
     return *std::move(picture);
 }
 

@@ -7,6 +7,7 @@
 #include "TarnwickCore/Episode/Episode.h"
 #include "TarnwickCore/Performance/Performance.h"
 #include "TarnwickRender/StillRenderer.h"
+#include "programs/Episode/EpisodeChannels.h"
 #include "programs/Terminal/ProgressBar.h"
 
 #include <cstdint>
@@ -34,6 +35,7 @@ struct EpisodeFrame {
     bool hears = false; // its own sound up to that time; else silence
     // In place of `frame`, `settings` and `hears`; `time` is of the performance then.
     std::shared_ptr<const Performance> performance{};
+    NamedChannels channels{};
 };
 
 // Compiles and draws it, with progress on standard error. Throws CommandError; the compiler's

@@ -54,13 +54,20 @@ Settings foundSettings(const std::string& file, const Episode& episode) {
     return fitted(settings, episode, file);
 }
 
+} // namespace
+
+Settings settingsBesideOf(const Episode& episode) {
+    const auto beside = settingsBeside(episode.path);
+    return beside ? foundSettings(beside->string(), episode) : Settings{};
+}
+
+namespace {
+
 Settings documentOf(const Arguments& arguments, const Episode& episode) {
     if (const auto given = arguments.value("--settings"))
         return fitted(documentAt(std::string(*given), "settings", Settings::decode), episode,
                       *given);
-    const auto beside =
-        arguments.has("--no-settings") ? std::nullopt : settingsBeside(episode.path);
-    return beside ? foundSettings(beside->string(), episode) : Settings{};
+    return arguments.has("--no-settings") ? Settings{} : settingsBesideOf(episode);
 }
 
 // The base value replaces the values and keys of the document.

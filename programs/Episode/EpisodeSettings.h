@@ -16,6 +16,9 @@ namespace tarnwick {
 // finite number.
 Settings episodeSettingsOf(const Arguments& arguments, const Episode& episode);
 
+// The settings of another episode than the command's own: those of the document beside it.
+Settings settingsBesideOf(const Episode& episode);
+
 // The values of the settings at each time; empty if they have no keys.
 ValuesAt valuesOverTime(const Settings& settings);
 

@@ -5,6 +5,7 @@
 #include "programs/Episode/EpisodePicture.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Terminal/ExportProgress.h"
+#include "programs/Terminal/TerminalText.h"
 
 #include <array>
 #include <chrono>
@@ -35,12 +36,15 @@ void letFollow(ExportSegment& segment, const Settings& settings) {
     segment.valuesAt = valuesOverTime(settings);
 }
 
-void letListen(ExportSegment& segment, SoundTap* tap) {
-    if (tap == nullptr)
-        return;
-    segment.inputsAt = [tap, values = segment.soundValues.value_or(segment.values)](double time) {
-        return tap->inputs(time, values);
-    };
+std::shared_ptr<FrameInputs> frameInputsOf(const std::shared_ptr<const ShaderProgram>& program,
+                                           gpu::Device& device, const ExportPreset& preset,
+                                           const ChannelSources& channels) {
+    try {
+        return EpisodeInputs::make(program, device, preset.width, preset.height,
+                                   {.channels = channels, .hearsOwnSound = true});
+    } catch (const InputError& error) {
+        failure(terminalText(error.what()));
+    }
 }
 
 void exportMovie(std::span<const ExportSegment> segments, const MovieTarget& target,

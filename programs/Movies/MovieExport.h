@@ -2,11 +2,12 @@
 #pragma once
 
 #include "TarnwickCore/Animation/Settings.h"
-#include "TarnwickRender/SoundTap.h"
+#include "TarnwickRender/Channels/EpisodeInputs.h"
 #include "TarnwickRender/VideoExporter.h"
 #include "programs/Movies/ExportOptions.h"
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string_view>
 
@@ -15,9 +16,11 @@ namespace tarnwick {
 // Makes the segment use the values of the settings at each time; its sound has the base values.
 void letFollow(ExportSegment& segment, const Settings& settings);
 
-// Makes the segment's picture react to the sound that `tap` makes at each frame: the sound of the
-// movie, with the base values throughout. `tap` outlives the segment and may be null.
-void letListen(ExportSegment& segment, SoundTap* tap);
+// The inputs of a movie's segments: the program's own sound, and the channels. Null for a program
+// without Inputs. Throws CommandError.
+std::shared_ptr<FrameInputs> frameInputsOf(const std::shared_ptr<const ShaderProgram>& program,
+                                           gpu::Device& device, const ExportPreset& preset,
+                                           const ChannelSources& channels = {});
 
 // Exports the segments to the target, then prints frames, length, size and duration. Prints
 // progress on standard error; Ctrl-C cancels. `path` is the name of the episode in messages. Throws

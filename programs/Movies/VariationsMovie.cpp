@@ -42,16 +42,16 @@ VideoChapters exportVariations(const EpisodeVariations& variations, const Argume
     const auto program = programOf(variations.episode, *device);
     if (sound)
         checkAllHeard(variations, *device);
-    const auto tap = program->usesInputs() ? SoundTap::make(program, *device) : nullptr;
+    const auto inputs = frameInputsOf(program, *device, movie.preset);
     std::vector<ExportSegment> segments;
     for (const Variation& variation : variations.series) {
         segments.push_back({.program = program,
                             .start = variation.start,
                             .duration = variations.duration,
                             .watermark = arguments.has("--watermark"),
-                            .sound = sound});
+                            .sound = sound,
+                            .inputs = inputs});
         letFollow(segments.back(), variations.settingsOf(variation));
-        letListen(segments.back(), tap.get());
     }
     exportMovie(segments, movie, *device, variations.episode.path,
                 {.chapters = movieChaptersOf(chapters)});

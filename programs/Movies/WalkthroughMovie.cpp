@@ -100,7 +100,7 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
                     .duration = timeline.total()},
                    *device);
     // Stages with Inputs hear the episode's sound.
-    const auto tap = SoundTap::make(programs.back(), *device);
+    const std::shared_ptr<FrameInputs> tap = SoundTap::make(programs.back(), *device);
     std::vector<ExportSegment> segments;
     for (std::size_t stage = 0; stage < stages.size(); ++stage) {
         if (stages[stage].pages.empty())
@@ -113,7 +113,7 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
                             .layout = staged.layoutOf(stage),
                             .soundProgram = programs.back()});
         letFollow(segments.back(), walkthrough.settings);
-        letListen(segments.back(), programs[stage]->usesInputs() ? tap.get() : nullptr);
+        segments.back().inputs = tap;
     }
     exportMovie(segments, movie, *device, walkthrough.episode().path,
                 {.chapters = chaptersOf(staged)});

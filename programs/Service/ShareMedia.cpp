@@ -51,12 +51,11 @@ ExportSegment segmentOf(const SharedEpisode& shared, gpu::Device& device) {
 
 std::string sharedLoop(const SharedEpisode& shared, gpu::Device& device) {
     ExportSegment segment = segmentOf(shared, device);
-    const auto tap =
-        shared.program->usesInputs() ? SoundTap::make(shared.program, device) : nullptr;
-    letListen(segment, tap.get());
+    const ExportPreset preset = presetOf(shared.size);
+    segment.inputs = frameInputsOf(shared.program, device, preset);
     const TemporaryFolder folder;
     const fs::path file = folder.path() / "loop.mp4";
-    exportMovieFile({&segment, 1}, presetOf(shared.size), device, file, shared.episode.path);
+    exportMovieFile({&segment, 1}, preset, device, file, shared.episode.path);
     return mediaFile(file.string());
 }
 

@@ -20,6 +20,15 @@ std::string shading(const std::string& color, const std::string& before = "") {
 }
 const std::string passing = shading("float4(u.time * 0.1, uv, 1.0)");
 
+// Louder by its distance from 2 s.
+class RisingSound : public FrameInputs {
+  public:
+    ShaderInputs inputs(double time, const ParamValues&) override {
+        return {.audio = {static_cast<float>(time - 2)}};
+    }
+    void reset() override {}
+};
+
 class Exporting : public Rendering {
   protected:
     // The sentence of the error; empty without one.
@@ -111,9 +120,7 @@ TEST_F(Exporting, takesValuesAndInputsAtEachFramesTime) {
                                        ", Inputs in) { return float4(in.audio.x, "
                                        "in.previous(uv).y + 0.1, u.frame == 21, 1.0); }\n",
                                    2, 0.3);
-    inputs.inputsAt = [](double time) {
-        return ShaderInputs{.audio = {static_cast<float>(time - 2)}};
-    };
+    inputs.inputs = std::make_shared<RisingSound>();
     EXPECT_EQ(exported({values, inputs}), "");
     for (int frame = 0; frame < 5; ++frame)
         EXPECT_NEAR(colorAt(recording.pictures.at(static_cast<std::size_t>(frame)), 3, 3)[0],

@@ -1,8 +1,8 @@
 #include "TarnwickBase/TemporaryFolder.h"
+#include "TarnwickPlatform/Media/LoopedMedia.h"
 #include "player/Channels/ChannelChoice.h"
 #include "player/Channels/ChannelMemory.h"
 #include "player/Channels/FrameSource.h"
-#include "player/Channels/MovieFrames.h"
 #include "tests/Waiting.h"
 
 #include <gtest/gtest.h>
@@ -33,20 +33,16 @@ int numberOf(const Picture& picture) {
     return static_cast<int>(std::lround(picture.bytes.at(0) * 219.0 / 255 / 2));
 }
 
-std::unique_ptr<MovieFrames> framesOf(const std::filesystem::path& file) {
-    return std::make_unique<MovieFrames>(MediaReader::openFile(file, {}));
-}
-
 // With an index of frames and without.
 TEST(Channels, showTheFrameOfEachTimeOfAMovieThatLoops) {
     const TemporaryFolder folder;
     for (const char* name : {"movie.mp4", "movie.m4v"}) {
         const auto file = movie(folder, name);
         ASSERT_FALSE(file.empty()) << "ffmpeg is missing";
-        const auto frames = framesOf(file);
+        const auto frames = LoopedMedia::open(file);
         Picture picture;
         for (const double time : {0.0, 0.04, 0.9, 3.1, 3.19, 3.3, 1.21, 1.0, 0.0, 2.5, 9.7, 2.41}) {
-            if (frames->goTo(time, [] { return false; }))
+            if (frames->goTo(time))
                 frames->readPicture(picture);
             const int expected = static_cast<int>(std::fmod(time, length) * rate + 1e-3) % count;
             EXPECT_NEAR(numberOf(picture), expected, 0) << name << " at " << time;

@@ -1,0 +1,34 @@
+// The pictures that an episode reads as channels 0 to 3.
+#pragma once
+
+#include "TarnwickCore/Animation/Settings.h"
+#include "TarnwickRender/ShaderProgram.h"
+
+#include <array>
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+
+namespace tarnwick {
+
+inline constexpr std::size_t channelCount = 4;
+
+struct ChannelEpisode;
+
+// Black without both.
+struct ChannelSource {
+    std::filesystem::path file{};                    // a picture or a movie; empty: none
+    std::shared_ptr<const ChannelEpisode> episode{}; // null: none
+};
+
+using ChannelSources = std::array<ChannelSource, channelCount>;
+
+// An episode whose picture a channel shows: at the same time and size, with the pointer in the
+// middle. It hears its own sound.
+struct ChannelEpisode {
+    std::shared_ptr<const ShaderProgram> program; // never null
+    Settings settings{};                          // fitted to its parameters
+    ChannelSources channels{};
+};
+
+} // namespace tarnwick

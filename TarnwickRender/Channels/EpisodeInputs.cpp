@@ -1,0 +1,52 @@
+#include "TarnwickRender/Channels/EpisodeInputs.h"
+
+#include "TarnwickRender/Channels/EpisodeChannel.h"
+#include "TarnwickRender/Channels/FileChannel.h"
+#include "TarnwickRender/SoundTap.h"
+
+namespace tarnwick {
+namespace {
+
+std::unique_ptr<Channel> channelOf(const ChannelSource& source, gpu::Device& device,
+                                   std::int64_t width, std::int64_t height) {
+    if (const ChannelEpisode* episode = source.episode.get())
+        return std::make_unique<EpisodeChannel>(
+            episode->program, episode->settings,
+            EpisodeInputs::make(episode->program, device, width, height,
+                                {.channels = episode->channels, .hearsOwnSound = true}),
+            device, width, height);
+    return source.file.empty() ? nullptr : std::make_unique<FileChannel>(source.file, device);
+}
+
+} // namespace
+
+std::shared_ptr<FrameInputs>
+EpisodeInputs::make(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
+                    std::int64_t width, std::int64_t height, const InputSources& sources) {
+    if (!program->usesInputs())
+        return nullptr;
+    std::shared_ptr<EpisodeInputs> made(new EpisodeInputs);
+    if (sources.hearsOwnSound)
+        made->sound_ = SoundTap::make(program, device);
+    for (std::size_t index = 0; index < channelCount; ++index)
+        made->channels_[index] = channelOf(sources.channels[index], device, width, height);
+    return made;
+}
+
+ShaderInputs EpisodeInputs::inputs(double time, const ParamValues& values) {
+    return sound_ ? sound_->inputs(time, values) : ShaderInputs::none();
+}
+
+void EpisodeInputs::reset() {
+    if (sound_)
+        sound_->reset();
+}
+
+std::vector<const gpu::Texture*> EpisodeInputs::channels(double time) {
+    std::vector<const gpu::Texture*> textures;
+    for (const auto& channel : channels_)
+        textures.push_back(channel ? channel->at(time) : nullptr);
+    return textures;
+}
+
+} // namespace tarnwick

@@ -1,0 +1,38 @@
+// The inputs of an episode for movies and stills: the same at each time, however often it is drawn.
+#pragma once
+
+#include "TarnwickRender/Channels/Channel.h"
+#include "TarnwickRender/Channels/ChannelSources.h"
+#include "TarnwickRender/FrameInputs.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+
+namespace tarnwick {
+
+struct InputSources {
+    ChannelSources channels{};
+    bool hearsOwnSound = false; // if it has one; otherwise silence
+};
+
+class EpisodeInputs : public FrameInputs {
+  public:
+    // Opens the files. Null if the program does not read Inputs. `width` and `height` are those of
+    // the picture. The device outlives this. Throws InputError. Blocks.
+    static std::shared_ptr<FrameInputs> make(const std::shared_ptr<const ShaderProgram>& program,
+                                             gpu::Device& device, std::int64_t width,
+                                             std::int64_t height, const InputSources& sources);
+
+    ShaderInputs inputs(double time, const ParamValues& values) override;
+    void reset() override;
+    std::vector<const gpu::Texture*> channels(double time) override;
+
+  private:
+    EpisodeInputs() = default;
+
+    std::unique_ptr<FrameInputs> sound_;                          // null: silence
+    std::array<std::unique_ptr<Channel>, channelCount> channels_; // null: black
+};
+
+} // namespace tarnwick
