@@ -137,6 +137,49 @@ OpenDocument* DocumentChannels::documentOf(const ChannelChoice& choice) const {
     return nullptr;
 }
 
+struct DocumentChannels::Shown {
+    const OpenDocument& document;
+    std::string address; // of the document, with a point: "3."; empty for the one that is exported
+    const Shown* by = nullptr;
+
+    bool isShownBy(const OpenDocument* other) const {
+        return other == &document || (by != nullptr && by->isShownBy(other));
+    }
+};
+
+ChannelCopies DocumentChannels::copies(const OpenDocument& document) const {
+    ChannelCopies copies;
+    addCopies({document, {}}, copies);
+    return copies;
+}
+
+void DocumentChannels::addCopies(const Shown& shown, ChannelCopies& copies) const {
+    const Document& document = shown.document.document();
+    if (!document.episode()->shader.usesInputs)
+        return;
+    const ChannelChoices all = choices(shown.document);
+    for (std::size_t index = 0; index < channelCount; ++index) {
+        const ChannelChoice& choice = all[index];
+        const std::string address = shown.address + std::to_string(index);
+        const OpenDocument* episode = documentOf(choice);
+        if (choice.kind == Kind::file)
+            copies.channels.push_back({.address = address, .file = choice.place});
+        else if (choice.kind == Kind::camera)
+            copies.remarks.push_back("Channel " + address +
+                                     " is a camera, which is black in films and stills.");
+        else if (episode != nullptr && shown.isShownBy(episode))
+            copies.remarks.push_back("Channel " + address +
+                                     " shows an episode that shows it, which is black in films and "
+                                     "stills.");
+        else if (episode != nullptr) {
+            copies.channels.push_back({.address = address,
+                                       .text = episode->document().text(),
+                                       .settings = episode->document().settings()});
+            addCopies({*episode, address + ".", &shown}, copies);
+        }
+    }
+}
+
 void DocumentChannels::fill(OpenDocument& document, LiveRecord& record) {
     auto made = std::make_shared<LiveChannels>();
     made->document = document.id();

@@ -4,6 +4,7 @@
 #include "TarnwickPlatform/Dispatch/DispatchQueue.h"
 #include "player/App/Player.h"
 #include "player/Channels/ChannelChoice.h"
+#include "player/Exports/ChannelCopies.h"
 
 #include <QObject>
 #include <map>
@@ -25,6 +26,8 @@ class DocumentChannels : public QObject {
     void choose(OpenDocument& document, std::size_t channel, ChannelChoice choice);
     // The open episode of a choice; null if it is closed.
     OpenDocument* documentOf(const ChannelChoice& choice) const;
+    // The channels for an export, and those of the episodes that they show.
+    ChannelCopies copies(const OpenDocument& document) const;
     // Null for a channel without one.
     std::shared_ptr<FrameSource> source(const OpenDocument& document, std::size_t channel) const;
 
@@ -45,6 +48,8 @@ class DocumentChannels : public QObject {
     std::shared_ptr<FrameSource> sourceOf(const ChannelChoice& choice);
     void fill(OpenDocument& document, LiveRecord& record);
     LiveChannelSet channelsOf(const OpenDocument& document) const;
+    struct Shown; // the documents on the way to a channel
+    void addCopies(const Shown& shown, ChannelCopies& copies) const;
     void addEpisodes(const LiveChannelSet& channels, LiveChannels& all) const;
 
     Player& player_;

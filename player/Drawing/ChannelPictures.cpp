@@ -62,8 +62,8 @@ void ChannelPictures::copySources(double time) {
         source->follow(time);
         Copy& into = copies_[source.get()];
         if (copied < mostCopied && copy(*source, into))
-            copied += into.textures[into.index]->height() *
-                      std::size_t{into.textures[into.index]->width()} * 4;
+            copied +=
+                into.texture.texture()->height() * std::size_t{into.texture.texture()->width()} * 4;
     }
 }
 
@@ -72,21 +72,8 @@ bool ChannelPictures::copy(FrameSource& source, Copy& into) {
     const FrameSource::Frame frame = source.newest();
     if (!frame.picture || frame.number == into.number)
         return false;
-    const Picture& picture = *frame.picture;
-    const std::size_t index = 1 - into.index;
-    auto& texture = into.textures[index];
-    if (!texture || texture->width() != picture.width || texture->height() != picture.height)
-        texture = device_->newTexture({.format = gpu::PixelFormat::bgra8Unorm,
-                                       .width = picture.width,
-                                       .height = picture.height,
-                                       .usage = {.shaderRead = true}});
     into.number = frame.number;
-    if (!texture) // no room, or larger than the device's textures
-        return false;
-    texture->replace({.width = picture.width, .height = picture.height}, 0, picture.bytes.data(),
-                     picture.bytesPerRow);
-    into.index = index;
-    return true;
+    return into.texture.show(*frame.picture, *device_);
 }
 
 // Draws the episodes that it reads first. One that was begun already gives its frame before.
@@ -103,6 +90,8 @@ void ChannelPictures::drawEpisode(std::uint64_t document, Bringing& bringing) {
         return;
     SceneMoment moment = bringing.moment;
     moment.settings = episode.settings;
+    moment.mouse.reset();
+    moment.replay.reset();
     moment.channels = texturesOf(episode.channels);
     drawn.isBehind = scene->warm(moment, bringing.queue).has_value();
     if (drawn.isBehind || !bringing.draw(*scene, moment))
@@ -141,7 +130,7 @@ std::vector<const gpu::Texture*> ChannelPictures::texturesOf(const LiveChannelSe
 
 const gpu::Texture* ChannelPictures::textureOf(const LiveChannel& channel) const {
     if (const auto copy = copies_.find(channel.source.get()); copy != copies_.end())
-        return copy->second.textures[copy->second.index].get();
+        return copy->second.texture.texture();
     if (channel.document != 0 && channel.document == channels_->document)
         return shown_;
     const auto drawn = episodes_.find(channel.document);

@@ -236,9 +236,20 @@ void Drawing::bringChannels(SceneMoment& moment) {
     channelSeconds_ = 0;
     if (!channels_.areUsed())
         return;
-    channels_.bring(moment, wantedSize(), scene_ ? scene_->picture() : nullptr, *queue_,
+    SceneMoment shown = moment;
+    shown.time = episodeTime(moment);
+    channels_.bring(shown, wantedSize(), scene_ ? scene_->picture() : nullptr, *queue_,
                     [this](Scene& scene, const SceneMoment& at) { return drawChannel(scene, at); });
     moment.channels = channels_.textures();
+}
+
+// Channels follow the episode's clock in a replay too.
+double Drawing::episodeTime(const SceneMoment& moment) {
+    if (!moment.replay)
+        return moment.time;
+    if (!replayed_ || replayed_->shared() != moment.replay)
+        replayed_.emplace(moment.replay);
+    return replayed_->at(moment.time).transport.timeAt(moment.time);
 }
 
 bool Drawing::drawChannel(Scene& scene, const SceneMoment& moment) {

@@ -1,6 +1,7 @@
 // The work of the drawing thread.
 #pragma once
 
+#include "TarnwickCore/Performance/PerformanceCursor.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickPlatform/Pictures/Picture.h"
 #include "TarnwickRender/Targets/FrameClock.h"
@@ -52,6 +53,7 @@ class Drawing {
     PixelSize wantedSize() const;
     SceneMoment moment() const;
     void bringChannels(SceneMoment& moment);
+    double episodeTime(const SceneMoment& moment);
     bool drawChannel(Scene& scene, const SceneMoment& moment);
     std::vector<const ShaderProgram*> programs() const;
     void prepare();
@@ -72,6 +74,7 @@ class Drawing {
     std::unique_ptr<Scene> scene_; // whose pictures are shown
     std::unique_ptr<Scene> next_;  // in preparation
     LiveTargets targets_;
+    std::optional<PerformanceCursor> replayed_; // of the last replay with channels
     ChannelPictures channels_;
     double channelSeconds_ = 0; // of the episodes that channels show, in the last frame
     PreviewScale scale_;

@@ -17,6 +17,26 @@ double timeOf(std::int64_t frame) {
 
 } // namespace
 
+// The own sound at each time, and the channels of the last moment.
+class Scene::ReplayInputs : public FrameInputs {
+  public:
+    explicit ReplayInputs(std::unique_ptr<SoundTap> tap) : tap_(std::move(tap)) {}
+
+    void show(const std::vector<const gpu::Texture*>& channels) { channels_ = channels; }
+    ShaderInputs inputs(double time, const ParamValues& values) override {
+        return tap_ ? tap_->inputs(time, values) : ShaderInputs::none();
+    }
+    void reset() override {
+        if (tap_)
+            tap_->reset();
+    }
+    std::vector<const gpu::Texture*> channels(double) override { return channels_; }
+
+  private:
+    std::unique_ptr<SoundTap> tap_; // null without a sound
+    std::vector<const gpu::Texture*> channels_;
+};
+
 Scene::Scene(std::shared_ptr<const ShaderProgram> program, std::shared_ptr<gpu::Device> device,
              const PixelSize& size)
     : device_(std::move(device)), program_(std::move(program)), size_(size) {}
@@ -109,9 +129,10 @@ void Scene::takeOver(const SceneMoment& moment) {
     const bool isOther = moment.replay != replay_;
     if (isOther) {
         replay_ = moment.replay;
-        replayed_ =
-            replay_ ? PerformedFrames::make(program_, *device_, size_.width, size_.height, replay_)
-                    : nullptr;
+        replayInputs_ = std::make_shared<ReplayInputs>(SoundTap::make(program_, *device_));
+        replayed_ = replay_ ? PerformedFrames::make(program_, *device_, size_.width, size_.height,
+                                                    replay_, replayInputs_)
+                            : nullptr;
     }
     if (!isOther && moment.restart == restart_)
         return;
@@ -124,6 +145,7 @@ void Scene::takeOver(const SceneMoment& moment) {
 
 std::optional<LiveNews::Warming> Scene::warmReplay(const SceneMoment& moment,
                                                    gpu::CommandQueue& queue) {
+    replayInputs_->show(moment.channels);
     const auto progress = replayed_->prepare(moment.time, queue);
     if (!progress)
         return std::nullopt;

@@ -113,6 +113,8 @@ class Scene {
     };
     std::optional<Goal> goal_;                  // while the state is computed
     std::shared_ptr<const Performance> replay_; // of replayed_; null without one
+    class ReplayInputs;
+    std::shared_ptr<ReplayInputs> replayInputs_; // of replayed_
     std::unique_ptr<PerformedFrames> replayed_;
     std::uint64_t restart_ = 0; // of the last moment
 };

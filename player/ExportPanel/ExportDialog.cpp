@@ -18,6 +18,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <cmath>
+#include <utility>
 
 namespace tarnwick::player {
 namespace {
@@ -34,14 +35,8 @@ QGroupBox* group(const QString& title, QWidget* content) {
 
 } // namespace
 
-EpisodeCopy copyOf(const OpenDocument& document) {
-    return {.title = document.document().title(),
-            .text = document.document().text(),
-            .settings = document.document().settings()};
-}
-
-ExportDialog::ExportDialog(const OpenDocument& document, QWidget* parent)
-    : QDialog(parent), episode_(copyOf(document)) {
+ExportDialog::ExportDialog(const OpenDocument& document, EpisodeCopy copy, QWidget* parent)
+    : QDialog(parent), episode_(std::move(copy)) {
     setWindowTitle(tr("Export movie"));
     makeParts(document);
     layOut();
@@ -102,6 +97,8 @@ void ExportDialog::layOut() {
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto* column = new QVBoxLayout(this);
     column->addLayout(halves);
+    if (QWidget* shown = inputs())
+        column->addWidget(shown);
     column->addWidget(files());
     column->addWidget(problem_);
     column->addWidget(buttons);
@@ -125,6 +122,24 @@ QWidget* ExportDialog::extras() {
     form->addRow(tr("C&hapters:"), chapters_);
     form->addRow(tr("Perfor&mance:"), performance_);
     return extras;
+}
+
+QWidget* ExportDialog::inputs() {
+    QStringList lines;
+    for (const ChannelCopy& channel : episode_.channels.channels)
+        lines += channel.file.empty()
+                     ? tr("Channel %1: an episode").arg(QString::fromStdString(channel.address))
+                     : tr("Channel %1: %2")
+                           .arg(QString::fromStdString(channel.address),
+                                QString::fromStdString(channel.file.filename().string()));
+    for (const std::string& remark : episode_.channels.remarks)
+        lines += QString::fromStdString(remark);
+    if (lines.isEmpty())
+        return nullptr;
+    auto* text = new QLabel(lines.join(QLatin1Char('\n')));
+    text->setTextFormat(Qt::PlainText);
+    text->setWordWrap(true);
+    return group(tr("Inputs"), text);
 }
 
 QWidget* ExportDialog::files() {

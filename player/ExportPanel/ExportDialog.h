@@ -17,14 +17,11 @@ class LoopFinderBox;
 class MovieFormatForm;
 class RangeForm;
 
-// The document as it is now.
-EpisodeCopy copyOf(const OpenDocument& document);
-
 class ExportDialog : public QDialog {
     Q_OBJECT
 
   public:
-    explicit ExportDialog(const OpenDocument& document, QWidget* parent = nullptr);
+    ExportDialog(const OpenDocument& document, EpisodeCopy copy, QWidget* parent = nullptr);
 
     // Of the dialog as it was accepted.
     MovieRequest request() const;
@@ -35,6 +32,7 @@ class ExportDialog : public QDialog {
     QWidget* range();
     QWidget* extras();
     QWidget* files();
+    QWidget* inputs(); // the channels of the episode; null without any
     QString chooseMovie(const QString& present);
     QString choosePerformance(const QString& present);
     void showState();

@@ -1,5 +1,6 @@
 #include "player/ExportPanel/ExportFeature.h"
 
+#include "player/ExportPanel/DocumentCopy.h"
 #include "player/ExportPanel/ExportDialog.h"
 #include "player/ExportPanel/PackageDialog.h"
 #include "player/ExportPanel/QueuePanel.h"
@@ -12,13 +13,17 @@
 #include <QEvent>
 #include <QMessageBox>
 #include <QPushButton>
+#include <utility>
 
 namespace tarnwick::player {
 
-ExportFeature::ExportFeature(Player& player, QMainWindow& window, Actions& actions)
-    : QObject(&window), player_(player), window_(window), panel_(new QueuePanel(queue_)) {
+ExportFeature::ExportFeature(Player& player, QMainWindow& window, Actions& actions,
+                             ChannelsOf channelsOf)
+    : QObject(&window), player_(player), window_(window), panel_(new QueuePanel(queue_)),
+      channelsOf_(std::move(channelsOf)) {
     actions.separate(ActionMenu::file);
-    new SnapshotActions(player_, window_, actions, queue_);
+    new SnapshotActions(player_, window_, actions, queue_,
+                        [this](const OpenDocument& document) { return fullCopyOf(document); });
     actions.add(ActionMenu::file, tr("&Export movie..."), QKeySequence(tr("Ctrl+Shift+E")),
                 [this] { exportMovie(); });
     actions.add(ActionMenu::file, tr("Export &walkthrough..."), {},
@@ -38,10 +43,19 @@ void ExportFeature::exportMovie() {
     const OpenDocument* document = player_.active();
     if (document == nullptr)
         return;
-    ExportDialog dialog(*document, &window_);
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    queue_.add(movieOrder(dialog.request()));
+    ExportDialog dialog(*document, fullCopyOf(*document), &window_);
+    if (dialog.exec() == QDialog::Accepted)
+        add(movieOrder(dialog.request()));
+}
+
+EpisodeCopy ExportFeature::fullCopyOf(const OpenDocument& document) const {
+    EpisodeCopy copy = copyOf(document);
+    copy.channels = channelsOf_(document);
+    return copy;
+}
+
+void ExportFeature::add(const Order& order) {
+    queue_.add(order);
     showPanel();
 }
 
@@ -55,8 +69,7 @@ void ExportFeature::exportWalkthrough() {
         file ? QString::fromStdString(file->parent_path().string()) : QString(), &window_);
     if (dialog.exec() != QDialog::Accepted)
         return;
-    queue_.add(walkthroughOrder(dialog.request()));
-    showPanel();
+    add(walkthroughOrder(dialog.request()));
 }
 
 void ExportFeature::exportPackage() {
@@ -70,8 +83,7 @@ void ExportFeature::exportPackage() {
                          &window_);
     if (dialog.exec() != QDialog::Accepted)
         return;
-    queue_.add(packageOrder(dialog.request()));
-    showPanel();
+    add(packageOrder(dialog.request()));
 }
 
 void ExportFeature::showPanel() {

@@ -3,9 +3,11 @@
 
 #include "player/Actions/Actions.h"
 #include "player/App/Player.h"
+#include "player/Exports/EpisodeOrders.h"
 #include "player/Exports/ExportQueue.h"
 
 #include <QMainWindow>
+#include <functional>
 
 namespace tarnwick::player {
 
@@ -16,10 +18,15 @@ class ExportFeature : public QObject {
     Q_OBJECT
 
   public:
-    ExportFeature(Player& player, QMainWindow& window, Actions& actions);
+    // The copies' channels, as they are now.
+    using ChannelsOf = std::function<ChannelCopies(const OpenDocument&)>;
+
+    ExportFeature(Player& player, QMainWindow& window, Actions& actions, ChannelsOf channelsOf);
 
     QWidget* panel() const; // the list of exports, for a dock
     ExportQueue& queue() { return queue_; }
+    // Adds the movie to the list, and shows the list.
+    void add(const Order& order);
 
   protected:
     // Asks whether the window may be closed while exports run, before other questions.
@@ -33,10 +40,13 @@ class ExportFeature : public QObject {
     void tellEnd(int id);
     bool mayQuit();
 
+    EpisodeCopy fullCopyOf(const OpenDocument& document) const;
+
     Player& player_;
     QMainWindow& window_;
     ExportQueue queue_;
     QueuePanel* panel_;
+    ChannelsOf channelsOf_;
 };
 
 } // namespace tarnwick::player

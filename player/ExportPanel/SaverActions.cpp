@@ -2,7 +2,7 @@
 
 #include "TarnwickBase/InstalledFiles.h"
 #include "player/App/Background.h"
-#include "player/ExportPanel/ExportDialog.h"
+#include "player/ExportPanel/DocumentCopy.h"
 #include "player/ExportPanel/SaverDialog.h"
 #include "player/Exports/SaverBundle.h"
 

@@ -2,18 +2,19 @@
 
 #include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickPlatform/Pictures/PNG.h"
-#include "player/ExportPanel/ExportDialog.h"
+#include "player/App/Background.h"
+#include "player/ExportPanel/DocumentCopy.h"
 #include "player/ExportPanel/FileField.h"
 #include "player/ExportPanel/LastFolder.h"
 #include "player/ExportPanel/PictureImage.h"
 #include "player/ExportPanel/SnapshotDialog.h"
-#include "player/App/Background.h"
 #include "player/Exports/NewPlace.h"
 
 #include <QClipboard>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <cmath>
+#include <utility>
 
 namespace tarnwick::player {
 namespace {
@@ -41,8 +42,9 @@ QString written(const Picture& picture, const std::filesystem::path& wanted) {
 } // namespace
 
 SnapshotActions::SnapshotActions(Player& player, QMainWindow& window, Actions& actions,
-                                 ExportQueue& queue)
-    : QObject(&window), player_(player), window_(window), queue_(queue) {
+                                 ExportQueue& queue, CopyOf copyOf)
+    : QObject(&window), player_(player), window_(window), queue_(queue),
+      copyOf_(std::move(copyOf)) {
     actions.add(ActionMenu::file, tr("Save s&napshot"), QKeySequence(tr("Ctrl+Shift+S")),
                 [this] { save(); });
     actions.add(ActionMenu::file, tr("Save snapshot a&t size..."),
@@ -126,7 +128,7 @@ void SnapshotActions::drawAtSize() {
     const double time = player_.news().time;
     SnapshotDialog dialog(time, proposedFile(), &window_);
     StillRequest request{
-        .episode = copyOf(*document),
+        .episode = copyOf_(*document),
         .time = time,
         .frame = static_cast<std::uint32_t>(std::llround(time * Transport::framesPerSecond))};
     if (dialog.exec() != QDialog::Accepted)
@@ -135,6 +137,8 @@ void SnapshotActions::drawAtSize() {
     request.hasAlpha = dialog.hasAlpha();
     request.output = dialog.file().toStdString();
     keepLastFolder(FolderKind::pictures, QFileInfo(dialog.file()).absolutePath());
+    for (const std::string& remark : request.episode.channels.remarks)
+        player_.tell(QString::fromStdString(remark));
     queue_.add(stillOrder(request));
 }
 

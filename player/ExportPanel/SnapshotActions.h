@@ -4,6 +4,7 @@
 #include "TarnwickPlatform/Pictures/Picture.h"
 #include "player/Actions/Actions.h"
 #include "player/App/Player.h"
+#include "player/Exports/EpisodeOrders.h"
 #include "player/Exports/ExportQueue.h"
 
 #include <QMainWindow>
@@ -19,7 +20,11 @@ class SnapshotActions : public QObject {
     Q_OBJECT
 
   public:
-    SnapshotActions(Player& player, QMainWindow& window, Actions& actions, ExportQueue& queue);
+    // With the channels.
+    using CopyOf = std::function<EpisodeCopy(const OpenDocument&)>;
+
+    SnapshotActions(Player& player, QMainWindow& window, Actions& actions, ExportQueue& queue,
+                    CopyOf copyOf);
 
   private:
     using Then = std::function<void(const Picture& picture)>;
@@ -35,6 +40,7 @@ class SnapshotActions : public QObject {
     Player& player_;
     QMainWindow& window_;
     ExportQueue& queue_;
+    CopyOf copyOf_;
     std::future<std::optional<Picture>> pending_;
     Then then_;
     QTimer look_;

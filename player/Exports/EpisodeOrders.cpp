@@ -31,6 +31,22 @@ void add(Order& order, std::initializer_list<OrderWord> words) {
     order.words.insert(order.words.end(), words);
 }
 
+// The settings of an episode are beside it.
+void addChannels(Order& order, const ChannelCopies& copies) {
+    for (const ChannelCopy& channel : copies.channels) {
+        const std::string before = channel.address + "=";
+        if (!channel.file.empty()) {
+            add(order, {"--channel", before + channel.file.string()});
+            continue;
+        }
+        const std::string name = "channel " + channel.address;
+        order.inputs.push_back({name + ".metal", channel.text});
+        order.inputs.push_back(
+            {name + ".json", settingsDocument(channel.settings, channel.settings.name)});
+        add(order, {"--channel", OrderWord::file(name + ".metal", before)});
+    }
+}
+
 void addFormat(Order& order, const MovieFormat& format) {
     add(order, {"--preset", std::string(format.preset)});
     if (format.size)
@@ -71,6 +87,7 @@ std::string EpisodeCopy::fileName() const {
 
 Order movieOrder(const MovieRequest& request) {
     Order order = drawing("export", request.episode, request.output);
+    addChannels(order, request.episode.channels);
     addFormat(order, request.format);
     if (request.performance) {
         add(order, {"--performance", request.performance->string()});
@@ -95,6 +112,7 @@ Order loopOrder(const LoopRequest& request) {
 
 Order stillOrder(const StillRequest& request) {
     Order order = drawing("still", request.episode, request.output);
+    addChannels(order, request.episode.channels);
     add(order, {"--time", shortest(request.time), "--frame", std::to_string(request.frame),
                 "--size", sizeText(request.size)});
     if (request.hasAlpha)

@@ -4,6 +4,7 @@
 #include "TarnwickBase/PixelSize.h"
 #include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickCore/Movies/VideoChapters.h"
+#include "player/Exports/ChannelCopies.h"
 #include "player/Exports/Order.h"
 
 #include <cstdint>
@@ -20,6 +21,7 @@ struct EpisodeCopy {
     std::string title;
     std::string text;
     Settings settings{};
+    ChannelCopies channels{}; // of movies and stills
 
     std::string fileName() const; // "Turning.metal", a safe name
 };

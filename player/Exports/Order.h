@@ -19,16 +19,20 @@ struct OrderWord {
     };
     Kind kind = Kind::text;
     std::string text{};
+    std::string before{}; // of a file: the part of the word before its path, "0="
 
     OrderWord(std::string word) : text(std::move(word)) {} // NOLINT: words are texts
     OrderWord(const char* word) : text(word) {}            // NOLINT
-    static OrderWord file(std::string name) { return {Kind::file, std::move(name)}; }
-    static OrderWord output() { return {Kind::output, {}}; }
+    static OrderWord file(std::string name, std::string before = {}) {
+        return {Kind::file, std::move(name), std::move(before)};
+    }
+    static OrderWord output() { return {Kind::output, {}, {}}; }
 
     bool operator==(const OrderWord&) const = default;
 
   private:
-    OrderWord(Kind given, std::string name) : kind(given), text(std::move(name)) {}
+    OrderWord(Kind given, std::string name, std::string part)
+        : kind(given), text(std::move(name)), before(std::move(part)) {}
 };
 
 // A file in the order's own folder, which the child reads.

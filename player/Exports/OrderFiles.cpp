@@ -45,7 +45,7 @@ std::vector<std::string> OrderFiles::words() const {
             words.push_back(word.text);
             break;
         case OrderWord::Kind::file:
-            words.push_back(path(word.text).string());
+            words.push_back(word.before + path(word.text).string());
             break;
         case OrderWord::Kind::output:
             words.push_back(unfinished().string());

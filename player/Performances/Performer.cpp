@@ -14,9 +14,10 @@ namespace {
 constexpr int flushInterval = 2000; // milliseconds between two writings of a recording
 constexpr int tickInterval = 33;    // milliseconds between two moments that the controls show
 
-constexpr const char* inputsRemark =
-    "The episode reads inputs. Its own sound and its previous frame are replayed; pictures, "
-    "cameras, microphones and other sound are not recorded.";
+constexpr const char* channelsRemark =
+    "Channels showed pictures, which are not recorded; films have those that the episode has then.";
+constexpr const char* soundRemark =
+    "The episode heard another sound, which is not recorded; films have its own.";
 constexpr const char* editedRemark =
     "The text was edited during the performance; it is replayed with one text.";
 
@@ -105,6 +106,12 @@ void Performer::hear(const LiveRecord& record, double host) {
         begin(record, host);
     else if (isRecording() && record.settings && !record.replay)
         recorder_->hear(stateOf(record), host);
+    if (!isRecording() || !record.program || !record.program->usesInputs())
+        return;
+    if (record.channels)
+        recorder_->remark(channelsRemark);
+    if (!record.hearsOwnSound)
+        recorder_->remark(soundRemark);
 }
 
 void Performer::begin(const LiveRecord& record, double host) {
@@ -168,8 +175,6 @@ void Performer::keepNew() {
 void Performer::noteRemarks() {
     if (document_ == nullptr)
         return;
-    if (document_->program() && document_->program()->usesInputs())
-        recorder_->remark(inputsRemark);
     if (document_->document().revision() != revision_)
         recorder_->remark(editedRemark);
 }

@@ -101,7 +101,9 @@ void MainWindow::makeFeatures() {
     addPlayActions(actions_, *transport_);
     pictureActions_ = new PictureActions(player_, *this, actions_, *picture_);
     channels_ = new ChannelActions(player_, *this, actions_, *picture_);
-    exports_ = new ExportFeature(player_, *this, actions_);
+    exports_ = new ExportFeature(player_, *this, actions_, [this](const OpenDocument& document) {
+        return channels_->channels().copies(document);
+    });
     sharing_ = new SharingFeature(player_, *this, actions_);
     thumbnails_ = new ThumbnailService(player_, this);
     start_ = new StartActions(player_, *this, actions_, *thumbnails_,

@@ -1,0 +1,29 @@
+// The channels of a document as a child process reads them.
+#pragma once
+
+#include "TarnwickCore/Animation/Settings.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace tarnwick::player {
+
+struct ChannelCopy {
+    std::string address;          // as --channel has it: "0"; "3.0" is a channel of channel 3
+    std::filesystem::path file{}; // a picture or a movie; empty: an episode
+    std::string text{};           // of the episode, as it is now
+    Settings settings{};          // of the episode
+
+    bool operator==(const ChannelCopy&) const = default;
+};
+
+struct ChannelCopies {
+    std::vector<ChannelCopy> channels{};
+    // Sentences about inputs that movies and stills do not have, such as cameras.
+    std::vector<std::string> remarks{};
+
+    bool operator==(const ChannelCopies&) const = default;
+};
+
+} // namespace tarnwick::player
