@@ -6,6 +6,7 @@
 #include "player/ExportPanel/QueuePanel.h"
 #include "player/ExportPanel/SaverActions.h"
 #include "player/ExportPanel/SnapshotActions.h"
+#include "player/ExportPanel/VariationsDialog.h"
 #include "player/ExportPanel/WalkthroughDialog.h"
 
 #include <QCoreApplication>
@@ -46,6 +47,17 @@ void ExportFeature::exportMovie() {
     ExportDialog dialog(*document, fullCopyOf(*document), &window_);
     if (dialog.exec() == QDialog::Accepted)
         add(movieOrder(dialog.request()));
+}
+
+void ExportFeature::exportVariations(const ShownVariations& shown) {
+    const OpenDocument* document = player_.active();
+    if (document == nullptr)
+        return;
+    const Episode& episode = *document->document().episode();
+    VariationsDialog dialog(fullCopyOf(*document), shown, episode.shader.hasSound,
+                            episode.meta.variationLength, &window_);
+    if (dialog.exec() == QDialog::Accepted)
+        add(dialog.order());
 }
 
 EpisodeCopy ExportFeature::fullCopyOf(const OpenDocument& document) const {

@@ -5,6 +5,7 @@
 #include "player/App/Player.h"
 #include "player/Exports/EpisodeOrders.h"
 #include "player/Exports/ExportQueue.h"
+#include "player/Model/ShownVariations.h"
 
 #include <QMainWindow>
 #include <functional>
@@ -25,7 +26,8 @@ class ExportFeature : public QObject {
 
     QWidget* panel() const; // the list of exports, for a dock
     ExportQueue& queue() { return queue_; }
-    // Adds the movie to the list, and shows the list.
+    void exportVariations(const ShownVariations& shown);
+    // Adds the order to the list, and shows the list.
     void add(const Order& order);
 
   protected:

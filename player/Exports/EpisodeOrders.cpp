@@ -121,6 +121,21 @@ Order stillOrder(const StillRequest& request) {
     return order;
 }
 
+Order variationsOrder(const VariationsRequest& request) {
+    Order order = drawing("variations", request.episode, request.output);
+    add(order,
+        {"--seed", std::to_string(request.seed), "--from", std::to_string(request.first), "--count",
+         std::to_string(request.count), "--spread", shortest(static_cast<double>(request.spread))});
+    if (!request.isMovie) {
+        add(order, {"--sheet", OrderWord::output()});
+        return order;
+    }
+    addChannels(order, request.episode.channels);
+    addFormat(order, request.format);
+    add(order, {"--duration", shortest(request.seconds), "-o", OrderWord::output()});
+    return order;
+}
+
 Order walkthroughOrder(const WalkthroughRequest& request) {
     Order order = drawing("walkthrough", request.episode, request.output);
     if (!request.stages.empty())

@@ -69,6 +69,19 @@ struct StillRequest {
 };
 Order stillOrder(const StillRequest& request);
 
+// Variations near the episode's settings.
+struct VariationsRequest {
+    EpisodeCopy episode;
+    std::uint64_t seed = 1;
+    std::int64_t first = 1, count = 12; // of the series
+    float spread = 0.5f;                // as in Variations::make
+    double seconds = 10;                // of each variation; of a movie
+    bool isMovie = true;                // with chapters; otherwise a picture of all
+    MovieFormat format{};               // of a movie
+    std::filesystem::path output{};
+};
+Order variationsOrder(const VariationsRequest& request);
+
 struct WalkthroughRequest {
     EpisodeCopy episode;
     std::vector<std::filesystem::path> stages{}; // earlier versions, the first one first

@@ -13,7 +13,7 @@ struct Row {
     void (VariationsPanel::*run)();
 };
 
-constexpr std::array<Row, 7> rows{{
+constexpr std::array<Row, 8> rows{{
     {"R&andomise parameters", "Ctrl+Alt+Shift+V", &VariationsPanel::randomise},
     {"New &variations", "Ctrl+Alt+V", &VariationsPanel::vary},
     {"Keep snapshot &A", "Ctrl+Alt+1", &VariationsPanel::keepA},
@@ -21,6 +21,7 @@ constexpr std::array<Row, 7> rows{{
     {"&Morph towards A", "Ctrl+Alt+,", &VariationsPanel::morphTowardsA},
     {"M&orph towards B", "Ctrl+Alt+.", &VariationsPanel::morphTowardsB},
     {"R&eset all parameters", "Ctrl+Alt+0", &VariationsPanel::resetAll},
+    {"&Export variations...", "Ctrl+Alt+E", &VariationsPanel::askForExport},
 }};
 
 } // namespace

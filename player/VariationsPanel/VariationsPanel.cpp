@@ -44,6 +44,8 @@ QWidget* VariationsPanel::head() {
     random->setToolTip(tr("Random values over the whole ranges"));
     auto* again = new QPushButton(tr("New variations"));
     again->setToolTip(tr("Other variations near the present values"));
+    auto* export_ = new QPushButton(tr("Export..."));
+    export_->setToolTip(tr("A movie or a picture of the variations"));
     auto* reset = new QPushButton(tr("Reset all"));
     reset->setToolTip(tr("Default values of all parameters, without keys"));
     spread_ = new QSlider(Qt::Horizontal);
@@ -54,7 +56,9 @@ QWidget* VariationsPanel::head() {
     rows->addWidget(random, 0, 0);
     rows->addWidget(reset, 0, 1);
     rows->addWidget(again, 1, 0);
-    rows->addWidget(spread_, 1, 1);
+    rows->addWidget(spread_, 1, 1, 1, 2);
+    rows->addWidget(export_, 0, 2);
+    connect(export_, &QPushButton::clicked, this, &VariationsPanel::askForExport);
     connect(reset, &QPushButton::clicked, this, &VariationsPanel::resetAll);
     connect(random, &QPushButton::clicked, this, &VariationsPanel::randomise);
     connect(again, &QPushButton::clicked, this, &VariationsPanel::vary);
@@ -156,7 +160,24 @@ void VariationsPanel::set(const Settings& settings, const char* change) {
     document_->setSettings(settings, change);
 }
 
+ShownVariations VariationsPanel::shown() const {
+    ShownVariations shown{.center = center_,
+                          .seed = seed_,
+                          .count = count,
+                          .spread = static_cast<float>(spread_->value()) / hundred,
+                          .chosen = taken_};
+    if (document_ != nullptr)
+        shown.snapshots = document_->document().state().snapshots;
+    return shown;
+}
+
+void VariationsPanel::askForExport() {
+    if (document_ != nullptr)
+        emit exportWanted();
+}
+
 void VariationsPanel::take(int row) {
+    taken_ = row + 1;
     if (document_ != nullptr)
         set(withValues(document_->document().settings(),
                        series_.at(static_cast<std::size_t>(row)).values),

@@ -3,6 +3,7 @@
 
 #include "player/Grid/CellGrid.h"
 #include "player/Model/DocumentVariations.h"
+#include "player/Model/ShownVariations.h"
 
 #include <QTimer>
 #include <QWidget>
@@ -20,12 +21,19 @@ class VariationsPanel : public QWidget {
 
     VariationsPanel(Player& player, ThumbnailService& service, QWidget* parent = nullptr);
 
+    ShownVariations shown() const;
+
+  signals:
+    void exportWanted();
+
   public slots:
     // Random values for all parameters without keys.
     void randomise();
     // Another series of variations near the present values.
     void vary();
     void resetAll();
+    // Asks for an export of shown().
+    void askForExport();
     void keepA();
     void keepB();
     // One step of the mix, a twentieth.
@@ -48,6 +56,7 @@ class VariationsPanel : public QWidget {
     OpenDocument* document_ = nullptr;
     Settings center_; // of the series shown
     std::uint64_t seed_ = 1;
+    std::int64_t taken_ = 1; // number of the variation that was taken last
     std::vector<Variation> series_;
     bool isStale_ = true;
     QTimer settle_; // after the program changed

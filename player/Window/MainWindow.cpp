@@ -17,6 +17,7 @@
 #include "player/Performances/PerformanceFeature.h"
 #include "player/SettingsFiles/SettingsFileActions.h"
 #include "player/Sharing/SharingFeature.h"
+#include "player/SoundPanel/SoundControls.h"
 #include "player/SoundPanel/SoundFeature.h"
 #include "player/Start/StartActions.h"
 #include "player/VariationsPanel/VariationsActions.h"
@@ -47,6 +48,17 @@ QVBoxLayout* column(QWidget* widget) {
     made->setContentsMargins(0, 0, 0, 0);
     made->setSpacing(0);
     return made;
+}
+
+// What films and stills of a document read.
+ChannelCopies inputsOf(const OpenDocument& document, const DocumentChannels& channels,
+                       const SoundControls* sound) {
+    ChannelCopies copies = channels.copies(document);
+    const bool hearsOther = sound != nullptr && sound->input().kind != SoundInput::Kind::own;
+    if (hearsOther && document.document().episode()->shader.usesInputs)
+        copies.remarks.emplace_back(
+            "The sound input is silent in films and stills; a film hears the episode's own sound.");
+    return copies;
 }
 
 } // namespace
@@ -102,7 +114,7 @@ void MainWindow::makeFeatures() {
     pictureActions_ = new PictureActions(player_, *this, actions_, *picture_);
     channels_ = new ChannelActions(player_, *this, actions_, *picture_);
     exports_ = new ExportFeature(player_, *this, actions_, [this](const OpenDocument& document) {
-        return channels_->channels().copies(document);
+        return inputsOf(document, channels_->channels(), findChild<SoundControls*>());
     });
     sharing_ = new SharingFeature(player_, *this, actions_);
     thumbnails_ = new ThumbnailService(player_, this);
@@ -129,6 +141,8 @@ void MainWindow::makeDocks() {
                                       Qt::RightDockWidgetArea);
     auto* variations = new VariationsPanel(player_, *thumbnails_);
     addVariationsActions(actions_, *variations);
+    connect(variations, &VariationsPanel::exportWanted, this,
+            [this, variations] { exports_->exportVariations(variations->shown()); });
     tabifyDockWidget(parameters,
                      addDock(variations, tr("Variations"), "variations", Qt::RightDockWidgetArea));
     parameters->raise();

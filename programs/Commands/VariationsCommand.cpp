@@ -4,6 +4,7 @@
 #include "TarnwickPlatform/Pictures/Halved.h"
 #include "programs/CommandLine/Output.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Episode/EpisodeVariations.h"
@@ -178,8 +179,9 @@ constexpr std::array<Option, 5> outputOptions{{
      .values = SizeInPixels{},
      .byDefault = stillSizeOption.byDefault},
 }};
-constexpr auto variationsOptions = joined(seriesOptions, outputOptions, columnsOptions,
-                                          movieOptions, animationOptions, hearOptions);
+constexpr auto variationsOptions =
+    joined(seriesOptions, outputOptions, columnsOptions, movieOptions,
+           std::array{movieChannelOption}, animationOptions, hearOptions);
 
 } // namespace
 

@@ -37,5 +37,12 @@ constexpr Option channelOption{
             "movie repeats; 3.0=FILE is channel 0 of the episode that channel 3 shows",
     .byDefault = "black",
     .isRepeatable = true};
+// Of a command that writes a list or pictures too.
+constexpr Option movieChannelOption{.name = channelOption.name,
+                                    .value = channelOption.value,
+                                    .help = channelOption.help,
+                                    .byDefault = channelOption.byDefault,
+                                    .isRepeatable = true,
+                                    .needs = "-o"};
 
 } // namespace tarnwick

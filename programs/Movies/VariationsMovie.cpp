@@ -1,5 +1,6 @@
 #include "programs/Movies/VariationsMovie.h"
 
+#include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSound.h"
 #include "programs/Movies/ExportOptions.h"
@@ -42,7 +43,9 @@ VideoChapters exportVariations(const EpisodeVariations& variations, const Argume
     const auto program = programOf(variations.episode, *device);
     if (sound)
         checkAllHeard(variations, *device);
-    const auto inputs = frameInputsOf(program, *device, movie.preset);
+    const auto inputs =
+        frameInputsOf(program, *device, movie.preset,
+                      channelSourcesOf(episodeChannelsOf(arguments, variations.episode), *device));
     std::vector<ExportSegment> segments;
     for (const Variation& variation : variations.series) {
         segments.push_back({.program = program,

@@ -14,7 +14,7 @@ std::string lineOf(const Order& order) {
     for (const OrderWord& word : order.words)
         line += word.kind == OrderWord::Kind::text     ? word.text + " "
                 : word.kind == OrderWord::Kind::output ? "> "
-                                                       : "<" + word.text + "> ";
+                                                       : word.before + "<" + word.text + "> ";
     return line;
 }
 
@@ -47,6 +47,30 @@ TEST(EpisodeOrders, leaveOutSettingsThatNoDocumentCanHold) {
     broken.settings.values["red"] = std::numeric_limits<float>::quiet_NaN();
     const Order order = stillOrder({.episode = broken});
     EXPECT_TRUE(Settings::decode(order.inputs.at(1).text).values.empty());
+}
+
+TEST(EpisodeOrders, giveTheChildTheChannelsAndCopiesOfOpenEpisodes) {
+    EpisodeCopy reading = episode;
+    reading.channels.channels = {{.address = "0", .file = "/a b.mp4"},
+                                 {.address = "3", .text = "// other", .settings = {.name = "o"}},
+                                 {.address = "3.1", .file = "/c.png"}};
+    const Order order = stillOrder({.episode = reading, .output = "/tmp/a.png"});
+    EXPECT_EQ(lineOf(order),
+              "still <Rings.metal> --settings <settings.json> --channel 0=/a b.mp4 --channel "
+              "3=<channel 3.metal> --channel 3.1=/c.png --time 0 --frame 0 --size 1920x1080 -o > ");
+    EXPECT_EQ(order.inputs.at(2), (OrderInput{"channel 3.metal", "// other"}));
+    EXPECT_EQ(order.inputs.at(3).name, "channel 3.json");
+}
+
+TEST(EpisodeOrders, drawVariationsAsAMovieOrAsAPicture) {
+    VariationsRequest request{.episode = episode, .seed = 7, .first = 3, .count = 1, .seconds = 2};
+    EXPECT_EQ(lineOf(variationsOrder(request)),
+              "variations <Rings.metal> --settings <settings.json> --seed 7 --from 3 --count 1 "
+              "--spread 0.5 --preset web --duration 2 -o > ");
+    request.isMovie = false;
+    EXPECT_EQ(lineOf(variationsOrder(request)),
+              "variations <Rings.metal> --settings <settings.json> --seed 7 --from 3 --count 1 "
+              "--spread 0.5 --sheet > ");
 }
 
 TEST(EpisodeOrders, explainAnEpisodeAsPicturesOrAsAMovie) {
