@@ -37,7 +37,7 @@ sources=$(apt-get indextargets --format 'deb $(REPO_URI) $(CODENAME) $(COMPONENT
 folder=$(mktemp -d)
 root=$folder/root
 end() {
-    umount "$root/dev/shm" "$root/proc" 2>/dev/null || true
+    umount "$root/dev/shm" "$root/dev/pts" "$root/proc" 2>/dev/null || true
     if [ "${KEEP_ROOT:-}" = 1 ]; then
         echo "$root is kept."
     else
@@ -71,7 +71,9 @@ ls -s --block-size=1K "$folder"/packages/*.deb
 echo "A fresh root"
 mmdebstrap --quiet --variant=apt --mode=root "$suite" "$root" - <<<"$sources"
 mount -t proc proc "$root/proc"
-mkdir -p "$root/dev/shm"
+mkdir -p "$root/dev/shm" "$root/dev/pts"
+mount -t devpts -o newinstance,ptmxmode=0666 devpts "$root/dev/pts"
+[ -e "$root/dev/ptmx" ] || ln -s pts/ptmx "$root/dev/ptmx"
 mount -t tmpfs tmpfs "$root/dev/shm"
 [ -c "$root/dev/null" ] || mknod -m 666 "$root/dev/null" c 1 3
 cp -L /etc/resolv.conf "$root/etc/resolv.conf"
