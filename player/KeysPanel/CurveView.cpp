@@ -154,9 +154,12 @@ void CurveView::paintEvent(QPaintEvent* event) {
         return;
     paintTimes(painter, rect());
     paintValues(painter);
-    painter.setClipRect(view_.namesWidth(), 0, contentWidth() - view_.namesWidth(), height());
-    for (const std::size_t row : editor_.shownCurves())
-        paintCurve(painter, row, event->rect());
+    const QRect times(view_.namesWidth(), 0, contentWidth() - view_.namesWidth(), height());
+    for (const QRect& part : event->region()) {
+        painter.setClipRect(part.intersected(times));
+        for (const std::size_t row : editor_.shownCurves())
+            paintCurve(painter, row, part);
+    }
     paintOver(painter);
     paintReadout(painter);
 }

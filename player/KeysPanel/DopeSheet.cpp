@@ -164,10 +164,14 @@ void DopeSheet::paintEvent(QPaintEvent* event) {
     if (hasFocus() || editor_.params().size() > 1)
         painter.fillRect(rectOf(editor_.row()), shade(palette(), isDark(palette()) ? 0.09 : 0.06));
     paintTimes(painter, rect());
-    painter.setClipRect(view_.namesWidth(), 0, contentWidth() - view_.namesWidth(), height());
-    for (std::size_t row = 0; row < editor_.params().size(); ++row)
-        if (rectOf(row).intersects(dirty))
-            paintKeys(painter, row, dirty);
+    const QRect times(view_.namesWidth(), 0, contentWidth() - view_.namesWidth(), height());
+    for (const QRect& part : event->region()) { // while playing: the names, and the playhead
+        const QRect clip = part.intersected(times);
+        painter.setClipRect(clip);
+        for (std::size_t row = 0; row < editor_.params().size(); ++row)
+            if (rectOf(row).intersects(clip))
+                paintKeys(painter, row, clip);
+    }
     painter.setClipping(false);
     if (dirty.left() <= view_.namesWidth())
         for (std::size_t row = 0; row < editor_.params().size(); ++row)
@@ -196,15 +200,15 @@ void DopeSheet::paintKeys(QPainter& painter, std::size_t row, const QRect& dirty
     const QColor color = colorOfParameter(row, palette());
     QColor line = color;
     line.setAlphaF(0.45F);
-    const Key* before = nullptr;
-    for (const Key& key : keys) { // thick where the value does not change
-        if (before != nullptr) {
-            const bool isConstant =
-                before->ease == KeyframeTracks::Ease::hold || before->value == key.value;
-            painter.setPen(QPen(line, isConstant ? 5 : 1.5, Qt::SolidLine, Qt::FlatCap));
-            painter.drawLine(QPointF(axis.placeOf(before->time), middle),
-                             QPointF(axis.placeOf(key.time), middle));
-        }
+    const Key* before = &keys.front();
+    for (const Key& key : keys.subspan(1)) { // thick where the value does not change
+        const double from = axis.placeOf(before->time), to = axis.placeOf(key.time);
+        if (to - from < denseKeys && &key != &keys.back())
+            continue; // one line for several keys
+        const bool isConstant = before + 1 == &key && (before->ease == KeyframeTracks::Ease::hold ||
+                                                       before->value == key.value);
+        painter.setPen(QPen(line, isConstant ? 5 : 1.5, Qt::SolidLine, Qt::FlatCap));
+        painter.drawLine(QPointF(from, middle), QPointF(to, middle));
         before = &key;
     }
     double last = -1e9;

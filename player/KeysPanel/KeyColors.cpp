@@ -8,9 +8,10 @@ bool isDark(const QPalette& palette) {
     return palette.color(QPalette::Base).lightnessF() < 0.5F;
 }
 
-// Neighbours have distant hues: steps of the golden ratio.
+// Neighbours have distant hues: steps of the golden ratio. The first ones are far from the blue of
+// the selection.
 QColor colorOfParameter(std::size_t row, const QPalette& palette) {
-    const double hue = std::fmod(0.56 + 0.618034 * static_cast<double>(row), 1.0);
+    const double hue = std::fmod(0.09 + 0.618034 * static_cast<double>(row), 1.0);
     return QColor::fromHslF(static_cast<float>(hue), 0.62F, isDark(palette) ? 0.64F : 0.42F);
 }
 

@@ -10,6 +10,7 @@
 #include <QSignalBlocker>
 #include <QToolButton>
 #include <array>
+#include <cmath>
 
 namespace tarnwick::player {
 namespace {
@@ -23,6 +24,13 @@ constexpr std::array<EaseName, 3> easeNames{{
     {KeyframeTracks::Ease::smooth, QT_TRANSLATE_NOOP("KeyFields", "Smooth")},
     {KeyframeTracks::Ease::hold, QT_TRANSLATE_NOOP("KeyFields", "Hold")},
 }};
+// A number that is being typed stays.
+void showIn(QDoubleSpinBox& field, double value) {
+    const double least = 0.5 * std::pow(10.0, -field.decimals());
+    if (field.cleanText().isEmpty() || std::abs(field.value() - value) > least)
+        field.setValue(value);
+}
+
 static_assert(easeNames.size() == KeyframeTracks::allEases.size());
 
 } // namespace
@@ -134,7 +142,10 @@ void KeyFields::enterTime() {
 bool KeyFields::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::KeyPress &&
         static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
-        showState(); // the number that was not entered is dropped
+        if (auto* field = qobject_cast<QDoubleSpinBox*>(watched)) {
+            const QSignalBlocker blocker(field);
+            field->setValue(field->value()); // drops what was typed
+        }
         emit left();
         return true;
     }
@@ -161,8 +172,8 @@ void KeyFields::showState() {
         ease_->setCurrentIndex(-1);
         return;
     }
-    time_->setValue(span->from);
-    length_->setValue(span->length());
+    showIn(*time_, span->from);
+    showIn(*length_, span->length());
     const auto& focus = editor_.focus();
     const KeyPlace shown =
         focus && selection.contains(focus->name, focus->time)
@@ -175,7 +186,7 @@ void KeyFields::showState() {
     value_->setDecimals(decimalsOf(*param) + 1);
     value_->setRange(param->min, param->max);
     value_->setSingleStep((static_cast<double>(param->max) - param->min) / 100);
-    value_->setValue(key->value);
+    showIn(*value_, key->value);
     for (std::size_t index = 0; index < easeNames.size(); ++index)
         if (easeNames[index].ease == key->ease)
             ease_->setCurrentIndex(static_cast<int>(index));

@@ -6,7 +6,7 @@
 namespace tarnwick::player {
 
 QString timeText(double time) {
-    const auto hundredths = static_cast<qint64>(std::llround(time * 100));
+    const auto hundredths = static_cast<qint64>(std::floor(time * 100 + 1e-6));
     return QStringLiteral("%1:%2.%3 f %4")
         .arg(hundredths / 6000)
         .arg(hundredths / 100 % 60, 2, 10, QLatin1Char('0'))

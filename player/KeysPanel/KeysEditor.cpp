@@ -40,7 +40,8 @@ void KeysEditor::follow() {
     guide_.reset();
     nudge_.reset();
     if (document_ != nullptr)
-        for (auto changes : {&OpenDocument::settingsChanged, &OpenDocument::textChanged})
+        for (auto changes : {&OpenDocument::settingsChanged, &OpenDocument::textChanged,
+                             &OpenDocument::transportChanged})
             connect(document_, changes, this, &KeysEditor::takeChange);
     emit replaced();
     takeChange();
@@ -325,8 +326,10 @@ void KeysEditor::setTime(double seconds) {
 
 void KeysEditor::setLengthOfSelection(double seconds) {
     const auto span = selection_.span();
-    if (!span || span->length() <= 0 || !(seconds > 0))
+    if (!span || span->length() <= 0 || !(seconds > 0)) {
+        emit changed(); // the field shows the length again
         return;
+    }
     const double factor = exactTime(seconds) / span->length();
     if (focus_)
         focus_->time = span->from + (focus_->time - span->from) * factor;

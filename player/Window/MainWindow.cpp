@@ -41,7 +41,7 @@ namespace tarnwick::player {
 namespace {
 
 constexpr int mainTarget = 1;     // the number of the picture in this window
-constexpr int heightOfKeys = 340; // pixels, while keys are edited
+constexpr int heightOfKeys = 360; // pixels, while keys are edited
 
 QVBoxLayout* column(QWidget* widget) {
     auto* made = new QVBoxLayout(widget);
