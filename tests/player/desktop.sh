@@ -55,7 +55,7 @@ comes() {
 }
 
 is_color() { [ "$(color "$1" "$2")" = "$3" ]; }
-same_problems() { shot problems.png 0 640 $width 100 && cmp -s problems.png "$1"; }
+same_problems() { shot problems.png 0 600 $width 140 && cmp -s problems.png "$1"; }
 other_problems() { ! same_problems "$1"; }
 window() { xdotool search --onlyvisible --name "$1" 2>/dev/null | head -n 1; }
 has_window() { [ -n "$(window "$1")" ]; }
@@ -82,7 +82,7 @@ x=560 y=300 # in the left half of the picture
 comes 60 is_color $x $y ff0040 || { complain "The episode is not drawn."; shot screen.png; }
 
 # An error is listed while the last program plays. Without it the list is as before.
-shot before.png 0 640 $width 100
+shot before.png 0 600 $width 140
 xdotool mousemove 200 300 click 1 key ctrl+End
 xdotool type 'vec3 v;'
 comes 30 other_problems before.png || complain "The error is not listed."
