@@ -56,9 +56,11 @@ ChannelActions::ChannelActions(Player& player, QMainWindow& window, Actions& act
     });
     pictures_.start(pictureInterval);
     picture_.setAcceptDrops(true);
-    picture_.installEventFilter(this);
+    for (QWidget* taking : {&picture_, static_cast<QWidget*>(&window)})
+        taking->installEventFilter(this);
 }
 
+// Of the picture, and of the window around it, which gets the drops that no other part takes.
 bool ChannelActions::eventFilter(QObject* watched, QEvent* event) {
     const bool isDrag = event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove;
     if (!isDrag && event->type() != QEvent::Drop)
@@ -69,7 +71,7 @@ bool ChannelActions::eventFilter(QObject* watched, QEvent* event) {
         return QObject::eventFilter(watched, event);
     drop->acceptProposedAction();
     if (!isDrag)
-        take(files, drop->position().toPoint());
+        take(files, static_cast<QWidget*>(watched)->mapToGlobal(drop->position().toPoint()));
     return true;
 }
 
@@ -94,7 +96,7 @@ void ChannelActions::askForChannel(const QString& file, const QPoint& place) {
             if (OpenDocument* document = player_.active())
                 channels_.choose(*document, channel, choiceOf(file.toStdString()));
         });
-    menu->popup(picture_.mapToGlobal(place));
+    menu->popup(place);
 }
 
 } // namespace tarnwick::player

@@ -29,6 +29,7 @@ class ChannelActions : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    // `place` is that of the pointer on the display.
     void take(const QStringList& files, const QPoint& place);
     void askForChannel(const QString& file, const QPoint& place);
 

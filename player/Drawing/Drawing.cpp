@@ -14,6 +14,7 @@ constexpr double shortWait = 0.1;    // seconds between two looks at a frame tha
 constexpr double noticedFrame = 0.5; // seconds after which a frame that is drawn is reported
 constexpr double channelInterval = 1.0 / 60; // seconds between two looks at paused channels
 constexpr double shownInterval = 1;          // seconds over which frames are counted
+constexpr double stepsOfFrame = 2; // of a simulation or of feedback, at 30 frames per second
 // Seconds in which a CPU device leaves the processors to a compile: as long as a frame takes.
 constexpr double shortestHold = 0.06, longestHold = 0.3;
 
@@ -114,6 +115,8 @@ double Drawing::stepPlaying() {
         showAgain();
         return channels_.areUsed() ? channelInterval : idle;
     }
+    if (next_ && !now.replay && !scene_->isWarm(now))
+        return 0; // the old program is not brought to another time for a few frames
     const double due = currentMediaTime();
     const double wait = std::max(clock_.secondsUntilDue(due), holdSeconds(due));
     if (wait > 0)
@@ -266,6 +269,9 @@ bool Drawing::drawChannel(Scene& scene, const SceneMoment& moment) {
 
 bool Drawing::isWarm(Scene& scene, const SceneMoment& moment) {
     const auto warming = scene.warm(moment, *queue_);
+    const double frame = stepsOfFrame * scene.warmingSeconds();
+    if (warming && frame > PreviewScale::longestFrame)
+        scale_.add(frame);
     const bool changes = warming.has_value() || news_.warming.has_value();
     news_.warming = warming;
     if (changes)

@@ -1,14 +1,15 @@
 #include "player/Drawing/Scene.h"
 
+#include "TarnwickPlatform/Dispatch/HostClock.h"
+
 #include <algorithm>
 #include <utility>
 
 namespace tarnwick::player {
 namespace {
 
-constexpr std::int64_t partOfWarming = 60; // steps or frames that are computed at once after a seek
-constexpr std::int64_t longestLag = 60;    // steps or frames that playing catches up by itself
-constexpr std::int64_t stepsOfFrame = 4;   // of a simulation that is behind, while it plays
+constexpr std::int64_t longestLag = 60;  // steps or frames that playing catches up by itself
+constexpr std::int64_t stepsOfFrame = 4; // of a simulation that is behind, while it plays
 constexpr double frameSeconds = 1.0 / Transport::framesPerSecond;
 
 double timeOf(std::int64_t frame) {
@@ -109,12 +110,18 @@ void Scene::aim(const SceneMoment& moment) {
     goal_ = Goal{now, moment.clock, *moment.settings};
 }
 
+bool Scene::isWarm(const SceneMoment& moment) const {
+    if (moment.replay != replay_ || moment.restart != restart_ || replayed_)
+        return false;
+    return !hasState() || (!goal_ && !needsWarming(moment));
+}
+
 std::optional<LiveNews::Warming> Scene::warm(const SceneMoment& moment, gpu::CommandQueue& queue) {
     takeOver(moment);
     settings_ = moment.settings;
     if (replayed_)
         return warmReplay(moment, queue);
-    if (!hasState() || (!goal_ && !needsWarming(moment)))
+    if (isWarm(moment))
         return std::nullopt;
     aim(moment);
     const auto warming = frames_->simulation() != nullptr ? warmSimulation(moment, queue)
@@ -156,11 +163,13 @@ std::optional<LiveNews::Warming> Scene::warmSimulation(const SceneMoment& moment
                                                        gpu::CommandQueue& queue) {
     const std::int64_t goal = goal_->frame;
     const std::int64_t from = std::max<std::int64_t>(lastStep(), 0);
-    const std::int64_t next = std::min(goal, from + partOfWarming);
+    const std::int64_t next = std::min(goal, from + pace_.count());
+    const double begin = currentMediaTime();
     const ParamValues values = moment.settings->valuesAt(moment.time);
     if (!frames_->warm(static_cast<float>(timeOf(next)), queue, values, {},
                        frameMoment(moment).mouse))
         return std::nullopt; // the device fails, which the next frame reports
+    pace_.add(next - from, currentMediaTime() - begin);
     if (next == goal)
         return std::nullopt;
     return LiveNews::Warming{.done = next, .total = goal};
@@ -172,8 +181,9 @@ std::optional<LiveNews::Warming> Scene::warmFeedback(const SceneMoment& moment,
     const std::int64_t goal = goal_->frame;
     if (frame_ < 0)
         pictures_->reset();
-    const std::int64_t end = std::min(goal, frame_ + 1 + partOfWarming);
-    for (std::int64_t frame = frame_ + 1; frame < end; ++frame) {
+    const std::int64_t first = frame_ + 1, end = std::min(goal, first + pace_.count());
+    const double begin = currentMediaTime();
+    for (std::int64_t frame = first; frame < end; ++frame) {
         auto commands = encode({.time = timeOf(frame),
                                 .mouse = moment.mouse,
                                 .settings = moment.settings,
@@ -188,6 +198,7 @@ std::optional<LiveNews::Warming> Scene::warmFeedback(const SceneMoment& moment,
         commands->waitUntilCompleted();
         finish();
     }
+    pace_.add(end - first, currentMediaTime() - begin);
     if (end == goal)
         return std::nullopt;
     return LiveNews::Warming{.done = end, .total = goal};

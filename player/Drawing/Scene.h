@@ -8,6 +8,7 @@
 #include "TarnwickRender/ProgramFrames.h"
 #include "TarnwickRender/SoundTap.h"
 #include "player/Drawing/LiveRecord.h"
+#include "player/Drawing/WarmingPace.h"
 
 #include <cstdint>
 #include <memory>
@@ -55,6 +56,10 @@ class Scene {
     // Computes a part of the state that a frame needs, such as the steps of particles after a seek.
     // Returns the progress, or nothing when the frame can be drawn. Blocks for a part of a second.
     std::optional<LiveNews::Warming> warm(const SceneMoment& moment, gpu::CommandQueue& queue);
+    // Whether warm() would return nothing at once.
+    bool isWarm(const SceneMoment& moment) const;
+    // Seconds that a step or a frame took in the last warm() that computed some; 0 before it.
+    double warmingSeconds() const { return pace_.seconds(); }
 
     // Encodes the frame. The caller commits and waits, then calls finish(). Nothing if the device
     // fails.
@@ -111,7 +116,8 @@ class Scene {
         std::uint64_t clock;
         Settings settings;
     };
-    std::optional<Goal> goal_;                  // while the state is computed
+    std::optional<Goal> goal_; // while the state is computed
+    WarmingPace pace_;
     std::shared_ptr<const Performance> replay_; // of replayed_; null without one
     class ReplayInputs;
     std::shared_ptr<ReplayInputs> replayInputs_; // of replayed_

@@ -7,7 +7,9 @@
 
 #include <Qsci/qscicommandset.h>
 
+#include <QDragEnterEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <algorithm>
 
 namespace tarnwick::player {
@@ -274,6 +276,14 @@ void EpisodeEditor::changeEvent(QEvent* event) {
     QsciScintilla::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
         setDark(palette().color(QPalette::Base).lightness() < 128);
+}
+
+// Files are left to the parts of the window that open them.
+void EpisodeEditor::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls())
+        event->ignore();
+    else
+        QsciScintilla::dragEnterEvent(event);
 }
 
 } // namespace tarnwick::player

@@ -48,6 +48,7 @@ class EpisodeEditor : public QsciScintilla {
   protected:
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
 
   private:
     void underline(const Finding& finding);

@@ -18,22 +18,27 @@ bool isTaken(const QString& file) {
     return ending == QLatin1String("metal") || ending == QLatin1String("json") || info.isDir();
 }
 
-// Empty unless all files are taken.
-QStringList takenFiles(const QMimeData& data) {
-    QStringList files;
-    for (const QUrl& url : data.urls()) {
-        if (!url.isLocalFile() || !isTaken(url.toLocalFile()))
-            return {};
-        files << url.toLocalFile();
-    }
-    return files;
-}
-
 } // namespace
 
-DroppedFiles::DroppedFiles(QWidget& window, std::function<void(const QString&)> open)
-    : QObject(&window), window_(window), open_(std::move(open)) {
+DroppedFiles::DroppedFiles(QWidget& window, std::function<bool(const QString&)> isLink,
+                           std::function<void(const QString&)> open)
+    : QObject(&window), window_(window), isLink_(std::move(isLink)), open_(std::move(open)) {
     qApp->installEventFilter(this);
+}
+
+// Browsers drag links as addresses, other programs as text.
+QStringList DroppedFiles::taken(const QMimeData& data) const {
+    const QString text = data.text().trimmed();
+    if (!data.hasUrls())
+        return isLink_(text) ? QStringList{text} : QStringList();
+    QStringList places;
+    for (const QUrl& url : data.urls()) {
+        const QString place = url.isLocalFile() ? url.toLocalFile() : url.toString();
+        if (url.isLocalFile() ? !isTaken(place) : !isLink_(place))
+            return {};
+        places << place;
+    }
+    return places;
 }
 
 bool DroppedFiles::isOfWindow(const QObject* watched) const {
@@ -53,14 +58,14 @@ bool DroppedFiles::eventFilter(QObject* watched, QEvent* event) {
         return false;
     auto* drop = static_cast<QDropEvent*>(event);
     if (type != QEvent::DragMove)
-        files_ = takenFiles(*drop->mimeData());
-    if (files_.isEmpty())
+        places_ = taken(*drop->mimeData());
+    if (places_.isEmpty())
         return false;
     drop->setDropAction(Qt::CopyAction);
     drop->accept();
     if (type == QEvent::Drop)
-        for (const QString& file : std::exchange(files_, {}))
-            open_(file);
+        for (const QString& place : std::exchange(places_, {}))
+            open_(place);
     return true;
 }
 

@@ -14,12 +14,14 @@ class LinkOpener : public QObject {
   public:
     explicit LinkOpener(Player& player, QObject* parent = nullptr);
 
-    // Whether it is a link of the service, "tarnwick:...", in upper or lower case.
-    static bool isLink(const QString& text);
+    // The link that `text` is: "tarnwick:...", in upper or lower case, or the https address of an
+    // episode of the service or of its page. Empty if it is neither.
+    static QString linkOf(const QString& text);
+    static bool isLink(const QString& text) { return !linkOf(text).isEmpty(); }
 
-    // Downloads the shader in a child process and opens it as a new document that is not saved; or
-    // tells the user why not.
-    void open(const QString& link);
+    // Downloads the shader of a link in a child process and opens it as a new document that is not
+    // saved; or tells the user why not.
+    void open(const QString& text);
 
   private:
     void take(OrderRun* run, const ChildResult& result);

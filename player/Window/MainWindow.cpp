@@ -121,7 +121,7 @@ void MainWindow::makeFeatures() {
     start_ = new StartActions(player_, *this, actions_, *thumbnails_,
                               [this] { files_->openByDialog(); });
     settingsFiles_ = new SettingsFileActions(player_, *this, actions_);
-    new DroppedFiles(*this, [this](const QString& file) { open({file}); });
+    new DroppedFiles(*this, LinkOpener::isLink, [this](const QString& place) { open({place}); });
     performances_ = new PerformanceFeature(player_, *this, actions_);
     addCommandActions(*this, actions_);
     new ControlFeature(player_, *this, actions_);

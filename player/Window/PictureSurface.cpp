@@ -33,6 +33,8 @@ std::unique_ptr<PictureSurface> PictureSurface::make(std::shared_ptr<gpu::Device
     // Native, as are the labels over it: only siblings that are native have an order.
     made->container_->setAttribute(Qt::WA_NativeWindow);
     made->container_->setFocusPolicy(Qt::NoFocus);
+    // It would pass drags on to its window, whose events the parent takes, for ever.
+    made->container_->setAcceptDrops(false);
     return made;
 }
 

@@ -10,7 +10,9 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDragEnterEvent>
 #include <QElapsedTimer>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
@@ -49,6 +51,18 @@ class Editor : public testing::Test {
     CompletionPopup* list;
     CallTip* tip;
 };
+
+// The window opens them.
+TEST_F(Editor, takesTextThatIsDroppedButNoFiles) {
+    QMimeData words, files;
+    words.setText("x");
+    files.setUrls({QUrl("file:///a.png")});
+    for (const auto& [data, isTaken] : {std::pair{&words, true}, {&files, false}}) {
+        QDragEnterEvent enter({200, 50}, Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(editor.viewport(), &enter);
+        EXPECT_EQ(enter.isAccepted(), isTaken);
+    }
+}
 
 TEST_F(Editor, completesWhatIsTyped) {
     type("float a = smoo");

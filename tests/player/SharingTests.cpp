@@ -1,6 +1,7 @@
 // Orders to the sharing service, against the one of the tests on this machine.
 #include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickBase/WholeFile.h"
+#include "TarnwickCore/Service/OpenLink.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "player/Exports/OrderRun.h"
 #include "player/Sharing/LinkOpener.h"
@@ -117,6 +118,13 @@ TEST_F(Sharing, opensLinksAsNewDocumentsThatAreNotSaved) {
     EXPECT_TRUE(told.contains("a.example")) << told.toStdString();
     EXPECT_TRUE(LinkOpener::isLink("Tarnwick://open"));
     EXPECT_FALSE(LinkOpener::isLink("/home/tarnwick:/a.metal"));
+    const QString site = QStringLiteral("https://%1").arg(OpenLink::siteHost.data());
+    const QString file =
+        "tarnwick://open?src=" + QUrl::toPercentEncoding(site + "/s/abc1/source.metal");
+    EXPECT_EQ(LinkOpener::linkOf(site + "/s/abc1/"), file);
+    EXPECT_EQ(LinkOpener::linkOf(site + "/s/abc1/source.metal#top"), file);
+    EXPECT_FALSE(LinkOpener::isLink(site + "/terms"));
+    EXPECT_FALSE(LinkOpener::isLink("https://a.example/s/abc1"));
 }
 
 } // namespace

@@ -1,6 +1,9 @@
-// playerSoak [EDITS] [SEED]: edits episodes at random in the player's window on Qt's platform
-// without a screen, with random seeks and values, and prints the memory, the threads and the open
-// files after each tenth of the edits. Exits with 1 if they grow.
+// playerSoak [EDITS] [SEED] [SECONDS]: edits episodes at random in the player's window on Qt's
+// platform without a screen, with random seeks and values, and prints the memory, the threads and
+// the open files after each tenth of the edits. With SECONDS, the edits are spread over that time
+// and playing is sought between them. Exits with 1 if the figures grow from the middle to the end,
+// or if an edit is neither seen nor explained to the user.
+#include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickPlatform/Dispatch/HostClock.h"
 #include "player/Editor/EpisodeEditor.h"
 #include "player/Window/MainWindow.h"
@@ -12,6 +15,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <malloc.h>
 #include <random>
 #include <string>
 #include <vector>
@@ -19,7 +23,11 @@
 namespace tarnwick::player {
 namespace {
 
-constexpr int defaultEdits = 2000, longestEdit = 20000; // milliseconds
+constexpr int defaultEdits = 2000;
+constexpr int longestEdit = 20000; // milliseconds
+constexpr int longestExplained =
+    120000;                       // milliseconds of an edit of which the player says it computes
+constexpr int seekInterval = 400; // milliseconds between seeks in a pause
 constexpr int parts = 10;
 constexpr PixelSize pictureSize{160, 90};
 constexpr double mostGrowth = 1.10; // of the memory, from the fifth part to the last
@@ -54,10 +62,13 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Trails t) { re
 
 struct Footprint {
     double megabytes = 0; // resident
+    double heap = 0;      // megabytes of it that are allocated
     int threads = 0, files = 0;
 
     static Footprint present() {
         Footprint found;
+        const auto heap = mallinfo2();
+        found.heap = static_cast<double>(heap.uordblks + heap.hblkhd) / (1 << 20);
         std::ifstream status("/proc/self/status");
         for (std::string word; status >> word;) {
             if (word == "VmRSS:") {
@@ -83,8 +94,11 @@ class Soak {
         player_.setPictureSize(pictureSize);
     }
 
-    // Whether the text of the edit was compiled and, if it is a program, seen.
-    bool edit() {
+    enum class Outcome { seen, explained, missed };
+
+    // Whether the text of the edit was compiled and, if it is a program, seen, at once or after the
+    // player said that it computes the picture.
+    Outcome edit() {
         player_.activate(player_.documents()[below(player_.documents().size())].get());
         OpenDocument& document = *player_.active();
         auto* editor = editorOf(document);
@@ -95,11 +109,20 @@ class Soak {
         seek(document);
         setValue(document);
         document.compileNow();
-        const bool isDone = waitFor(document);
-        if (!isDone)
-            std::fprintf(stderr, "Not seen:\n%s\n", document.document().text().c_str());
+        const Outcome outcome = waitFor(document);
+        if (outcome != Outcome::seen)
+            std::fprintf(stderr, "%s:\n%s\n",
+                         outcome == Outcome::missed ? "Not seen" : "Seen late, as was told",
+                         document.document().text().c_str());
         pictures_ += document.result() != nullptr && document.result()->program ? 1 : 0;
-        return isDone;
+        return outcome;
+    }
+    // Seeks at random until a moment of the host clock.
+    void playUntil(double end) {
+        while (currentMediaTime() < end) {
+            seek(*player_.active());
+            QTest::qWait(seekInterval);
+        }
     }
 
     int pictures() const { return pictures_; } // edits that were programs
@@ -150,7 +173,7 @@ class Soak {
             document.setValue(document.program()->params().front().name,
                               static_cast<float>(below(100)) / 100);
     }
-    bool waitFor(const OpenDocument& document) {
+    Outcome waitFor(const OpenDocument& document) {
         QElapsedTimer timer;
         timer.start();
         const auto isDone = [&] {
@@ -161,9 +184,15 @@ class Soak {
                    (!result->program || player_.news().revision == document.programRevision() ||
                     !player_.news().failure.empty());
         };
-        while (!isDone() && timer.elapsed() < longestEdit)
+        int limit = longestEdit;
+        while (!isDone() && timer.elapsed() < limit) {
             QTest::qWait(5);
-        return isDone();
+            if (player_.news().warming && timer.elapsed() > longestEdit - 1000)
+                limit = longestExplained; // "Computing 60 of 360"
+        }
+        if (!isDone())
+            return Outcome::missed;
+        return timer.elapsed() < longestEdit ? Outcome::seen : Outcome::explained;
     }
 
     std::mt19937 random_;
@@ -172,27 +201,32 @@ class Soak {
     MainWindow window_{player_};
 };
 
-int soak(int edits, unsigned seed) {
+int soak(int edits, unsigned seed, double seconds) {
     Soak soak(seed);
-    std::printf("%8s %9s %8s %8s %8s %8s\n", "edits", "pictures", "MB", "threads", "files",
-                "missed");
-    int missed = 0;
+    std::printf("%8s %9s %8s %8s %8s %8s %8s %8s\n", "edits", "pictures", "MB", "heap", "threads",
+                "files", "late", "missed");
+    int missed = 0, late = 0;
     Footprint middle, last;
+    const double begin = currentMediaTime();
     for (int edit = 1; edit <= edits; ++edit) {
-        if (!soak.edit())
-            ++missed;
+        const Soak::Outcome outcome = soak.edit();
+        missed += outcome == Soak::Outcome::missed ? 1 : 0;
+        late += outcome == Soak::Outcome::explained ? 1 : 0;
+        soak.playUntil(begin + seconds * edit / edits);
         if (edit % std::max(1, edits / parts) != 0)
             continue;
         last = Footprint::present();
         if (edit <= edits / 2)
             middle = last;
-        std::printf("%8d %9d %8.1f %8d %8d %8d\n", edit, soak.pictures(), last.megabytes,
-                    last.threads, last.files, missed);
+        std::printf("%8d %9d %8.1f %8.1f %8d %8d %8d %8d\n", edit, soak.pictures(), last.megabytes,
+                    last.heap, last.threads, last.files, late, missed);
         std::fflush(stdout);
     }
     const bool isFlat = last.megabytes <= middle.megabytes * mostGrowth &&
                         last.threads <= middle.threads + 1 && last.files <= middle.files + 4;
-    std::printf("%s\n", isFlat && missed == 0 ? "flat" : "NOT FLAT");
+    std::printf("%s; %s; %.0f s\n", isFlat ? "flat" : "NOT FLAT",
+                missed == 0 ? "every edit was seen or explained" : "EDITS WERE MISSED",
+                currentMediaTime() - begin);
     return isFlat && missed == 0 ? 0 : 1;
 }
 
@@ -200,9 +234,14 @@ int soak(int edits, unsigned seed) {
 } // namespace tarnwick::player
 
 int main(int count, char** words) {
+    const tarnwick::TemporaryFolder folder;
+    for (const char* name : {"XDG_STATE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
+        qputenv(name, folder.path().c_str());
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_LOGGING_RULES", "default.warning=false"); // of what the platform cannot do
     QApplication application(count, words);
     const int edits = count > 1 ? std::atoi(words[1]) : tarnwick::player::defaultEdits;
     const unsigned seed = count > 2 ? static_cast<unsigned>(std::atoi(words[2])) : 1;
-    return tarnwick::player::soak(edits, seed);
+    const double seconds = count > 3 ? std::atof(words[3]) : 0;
+    return tarnwick::player::soak(edits, seed, seconds);
 }
