@@ -12,6 +12,7 @@
 
 #include <QProcess>
 #include <QTest>
+#include <QUrl>
 
 namespace tarnwick::player {
 namespace {
@@ -118,9 +119,10 @@ TEST_F(Sharing, opensLinksAsNewDocumentsThatAreNotSaved) {
     EXPECT_TRUE(told.contains("a.example")) << told.toStdString();
     EXPECT_TRUE(LinkOpener::isLink("Tarnwick://open"));
     EXPECT_FALSE(LinkOpener::isLink("/home/tarnwick:/a.metal"));
-    const QString site = QStringLiteral("https://%1").arg(OpenLink::siteHost.data());
+    const QString site = "https://" + QString::fromStdString(std::string(OpenLink::siteHost));
     const QString file =
-        "tarnwick://open?src=" + QUrl::toPercentEncoding(site + "/s/abc1/source.metal");
+        "tarnwick://open?src=" +
+        QString::fromLatin1(QUrl::toPercentEncoding(site + "/s/abc1/source.metal"));
     EXPECT_EQ(LinkOpener::linkOf(site + "/s/abc1/"), file);
     EXPECT_EQ(LinkOpener::linkOf(site + "/s/abc1/source.metal#top"), file);
     EXPECT_FALSE(LinkOpener::isLink(site + "/terms"));
