@@ -8,46 +8,21 @@
 #include "TarnwickCore/CommandLine/Help.h"
 #include "player/App/Background.h"
 #include "player/ChannelsPanel/ChannelActions.h"
+#include "player/CommandLine/PlayerForm.h"
 #include "player/ControlPanel/LiveControl.h"
 #include "player/SoundPanel/SoundControls.h"
 #include "player/Window/Ending.h"
 #include "player/Window/MainWindow.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QMessageBox>
-#include <array>
 #include <cstdio>
 #include <memory>
 #include <optional>
 
 namespace tarnwick::player {
 namespace {
-
-constexpr std::array<Option, 5> options{{
-    {.name = "--channel",
-     .value = "N=FILE",
-     .help = "show a picture, a movie, a camera (/dev/videoN) or another episode as channel N",
-     .byDefault = "black",
-     .isRepeatable = true},
-    {.name = "--osc",
-     .value = "PORT",
-     .help = "let OSC messages to this UDP port move the parameters; from this machine, unless a "
-             "network is chosen in the window",
-     .values = WholeNumber{.least = 1, .most = 65535},
-     .byDefault = "the port chosen in the window; none at first"},
-    {.name = "--audio",
-     .value = "INPUT",
-     .help = "the sound that episodes react to: own, microphone, desktop or a media file",
-     .byDefault = "own"},
-    {.name = "--help", .help = "print this help"},
-    {.name = "--version", .help = "print the release"},
-}};
-
-constexpr CommandForm form{.operands = "[EPISODE.metal | FOLDER | LINK]...", .options = options};
-
-constexpr std::string_view summary = "Opens episodes in the player, shows the episodes of a "
-                                     "folder, or downloads the shader of a link "
-                                     "of the sharing service.";
 
 QString questionAbout(const std::vector<LeftDraft>& left) {
     if (left.size() == 1)
@@ -113,6 +88,7 @@ int play(const Arguments& arguments, int count, char** words) {
     const std::vector<NumberedChoice> channels = channelsOf(arguments);
     QApplication application(count, words);
     QApplication::setApplicationDisplayName(QStringLiteral("Tarnwick"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("tarnwick")));
     QApplication::setDesktopFileName(QStringLiteral("tarnwick-player"));
     Player player;
     MainWindow window(player);
@@ -139,9 +115,9 @@ int play(const Arguments& arguments, int count, char** words) {
 int run(int count, char** words) {
     const std::span<const char* const> all(words, static_cast<std::size_t>(count));
     try {
-        const Arguments arguments(form, all.subspan(all.empty() ? 0 : 1));
+        const Arguments arguments(playerForm, all.subspan(all.empty() ? 0 : 1));
         if (arguments.has("--help"))
-            std::fputs(helpText("tarnwick-player", form, summary).c_str(), stdout);
+            std::fputs(helpText("tarnwick-player", playerForm, playerSummary).c_str(), stdout);
         else if (arguments.has("--version"))
             std::printf("%s\n", programName().c_str());
         else

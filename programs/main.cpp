@@ -3,7 +3,9 @@
 #include "TarnwickBase/FreedMemory.h"
 #include "TarnwickCore/CommandLine/Help.h"
 #include "programs/Commands/Command.h"
+#include "programs/Completion/CompletionAnswer.h"
 #include "programs/Doctor/ProgramReport.h"
+#include "programs/Manual/ManualPages.h"
 
 #include <algorithm>
 #include <array>
@@ -25,6 +27,7 @@ constexpr std::array commands{
     &swiftUICommand,
     &stillCommand,
     &sheetCommand,
+    &thumbnailCommand,
     &variationsCommand,
     &walkthroughCommand,
     &soundCommand,
@@ -60,10 +63,6 @@ std::string programHelp() {
            "tarnwick --version\nprints the release. Status: 0 done, 1 failed, 2 usage error.\n";
 }
 
-CommandForm formOf(const Command& command) {
-    return {.operands = command.operands, .options = command.options};
-}
-
 bool asksForHelp(std::span<const char* const> words) {
     for (const std::string_view word : words) {
         if (word == "--")
@@ -75,7 +74,7 @@ bool asksForHelp(std::span<const char* const> words) {
 }
 
 Status runCommand(const Command& command, std::span<const char* const> words) {
-    if (command.passesWordsOn) {
+    if (command.passesWordsTo) {
         std::vector<const char*> operands{"--"};
         operands.insert(operands.end(), words.begin(), words.end());
         return command.run(Arguments({.operands = "[WORD]..."}, operands));
@@ -112,6 +111,12 @@ Status runProgram(std::span<const char* const> words) {
         return help(words.subspan(1));
     if (name == "--help" || name == "-h")
         return help({});
+    if (name == "--complete") { // run by shells
+        print(completionAnswer(commands, words.subspan(1)));
+        return Status::done;
+    }
+    if (name == "--manual") // run by the build
+        return writeManual(commands, words.subspan(1));
     if (name != "--version" && name != "version")
         return runCommand(commandNamed(name), words.subspan(1));
     print(programReport());

@@ -10,7 +10,7 @@
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "TarnwickPlatform/Pictures/PNG.h"
 #include "saver/HostError.h"
-#include "saver/HostOptions.h"
+#include "saver/CommandLine/HostOptions.h"
 #include "saver/Offscreen.h"
 #include "saver/WindowHost.h"
 

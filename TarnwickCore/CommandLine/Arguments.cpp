@@ -15,17 +15,9 @@ const Option* rowNamed(std::span<const Option> options, std::string_view name) {
     return found == options.end() ? nullptr : &*found;
 }
 
-bool isOptionLike(std::string_view word) {
-    return word.size() > 1 && word.front() == '-';
-}
-
-// The row of the option `word`; a "=" and the text after it are ignored. Throws UsageError for an
-// unknown option.
+// Throws UsageError for an unknown option.
 const Option& rowOf(const CommandForm& form, std::string_view word) {
-    const std::string name(word.substr(0, word.find('=')));
-    const Option* row = rowNamed(form.options, name);
-    if (!row && form.allowsOneDash)
-        row = rowNamed(form.options, name.starts_with("--") ? name.substr(1) : "-" + name);
+    const Option* row = optionOf(form, word);
     if (!row)
         throw UsageError(quoted(word) +
                          " is not an option; write -- before operands that begin with a dash.");
@@ -77,6 +69,18 @@ void checkOperands(std::string_view form, std::span<const std::string> operands)
 }
 
 } // namespace
+
+bool isOptionLike(std::string_view word) {
+    return word.size() > 1 && word.front() == '-';
+}
+
+const Option* optionOf(const CommandForm& form, std::string_view word) {
+    const std::string name(word.substr(0, word.find('=')));
+    const Option* row = rowNamed(form.options, name);
+    if (!row && form.allowsOneDash)
+        row = rowNamed(form.options, name.starts_with("--") ? name.substr(1) : "-" + name);
+    return row;
+}
 
 Arguments::Arguments(const CommandForm& form, std::span<const char* const> words)
     : options_(form.options) {

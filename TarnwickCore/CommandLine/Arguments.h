@@ -19,6 +19,11 @@ struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// Whether the parser reads `word` as an option: "-o", "--size", not "-".
+bool isOptionLike(std::string_view word);
+// The row that the word names, also as "--name=value"; null if there is none.
+const Option* optionOf(const CommandForm& form, std::string_view word);
+
 // Options and operands in any order: "--name value", "--name=value"; the word after an option is
 // its value, also if it begins with "-"; after "--" operands only. If an option is not repeatable,
 // its last value is used.

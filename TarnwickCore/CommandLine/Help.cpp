@@ -13,7 +13,9 @@ std::string titleOf(const Option& option) {
            std::string(option.value);
 }
 
-std::string detailsOf(const Option& option) {
+} // namespace
+
+std::string optionDetails(const Option& option) {
     std::string text(option.help);
     const auto add = [&](std::string_view before, std::string_view detail) {
         if (!detail.empty())
@@ -30,8 +32,6 @@ std::string detailsOf(const Option& option) {
     add("default: ", option.byDefault);
     return text;
 }
-
-} // namespace
 
 std::string wrapped(std::string_view text, std::size_t indent) {
     std::string lines;
@@ -62,7 +62,7 @@ std::string helpText(std::string_view name, const CommandForm& form, std::string
     for (const Option& option : form.options) {
         std::string title = titleOf(option);
         title.resize(column, ' ');
-        text += title + wrapped(detailsOf(option), column) + "\n";
+        text += title + wrapped(optionDetails(option), column) + "\n";
     }
     return text;
 }

@@ -16,7 +16,8 @@ namespace tarnwick {
 struct Option {
     std::string_view name;  // "--size", "-o"
     std::string_view value; // the name of its value in the help, "WxH"; empty for a switch;
-                            // "FILE..." if it takes all words up to the next option
+                            // "FILE..." if it takes all words up to the next option; names of files
+                            // and of parameters are completed by it (Completion.h)
     std::string_view help;  // without a full stop
     Values values = AnyText{};
     bool isRequired = false;

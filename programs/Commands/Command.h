@@ -15,9 +15,17 @@ struct Command {
     std::string_view summary;  // one sentence
     std::span<const Option> options;
     Status (*run)(const Arguments& arguments);
-    // The words are not parsed: `run` gets all of them as operands, also "--help".
-    bool passesWordsOn = false;
+    // Set for a command that becomes another program, which has this form. The words are not
+    // parsed: `run` gets all of them as operands, also "--help".
+    const CommandForm* passesWordsTo = nullptr;
 };
+
+// The form of the command, or of the program that it becomes.
+inline CommandForm formOf(const Command& command) {
+    return command.passesWordsTo
+               ? *command.passesWordsTo
+               : CommandForm{.operands = command.operands, .options = command.options};
+}
 
 extern const Command assembleCommand;    // AssembleCommand.cpp
 extern const Command checkCommand;       // CheckCommand.cpp
@@ -43,6 +51,7 @@ extern const Command soundCommand;       // SoundCommand.cpp
 extern const Command spectrumCommand;    // SpectrumCommand.cpp
 extern const Command stillCommand;       // StillCommand.cpp
 extern const Command swiftUICommand;     // SwiftUICommand.cpp
+extern const Command thumbnailCommand;   // ThumbnailCommand.cpp
 extern const Command tokensCommand;      // TokensCommand.cpp
 extern const Command variationsCommand;  // VariationsCommand.cpp
 extern const Command walkthroughCommand; // WalkthroughCommand.cpp

@@ -1,4 +1,5 @@
 // tarnwick play: the desktop program.
+#include "player/CommandLine/PlayerForm.h"
 #include "programs/Commands/Command.h"
 #include "programs/Service/ProgramBeside.h"
 
@@ -10,11 +11,10 @@ static Status play(const Arguments& arguments) {
 
 const Command playCommand{
     .name = "play",
-    .operands = "[WORD]...",
     .summary = "Opens episodes or a folder in the player; tarnwick play --help lists "
                "its options.",
     .options = {},
     .run = play,
-    .passesWordsOn = true};
+    .passesWordsTo = &player::playerForm};
 
 } // namespace tarnwick

@@ -1,6 +1,7 @@
 // tarnwick saver: the screen saver's own program.
 #include "programs/Commands/Command.h"
 #include "programs/Service/ProgramBeside.h"
+#include "saver/CommandLine/HostOptions.h"
 
 namespace tarnwick {
 
@@ -9,11 +10,10 @@ static Status saver(const Arguments& arguments) {
 }
 
 const Command saverCommand{.name = "saver",
-                           .operands = "[WORD]...",
                            .summary =
                                "Shows the screen saver; tarnwick saver --help lists its options.",
                            .options = {},
                            .run = saver,
-                           .passesWordsOn = true};
+                           .passesWordsTo = &hostForm};
 
 } // namespace tarnwick

@@ -1,5 +1,5 @@
 #include "TarnwickCore/CommandLine/Arguments.h"
-#include "saver/HostOptions.h"
+#include "saver/CommandLine/HostOptions.h"
 
 #include <gtest/gtest.h>
 

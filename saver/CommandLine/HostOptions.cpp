@@ -1,4 +1,4 @@
-#include "saver/HostOptions.h"
+#include "saver/CommandLine/HostOptions.h"
 
 #include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/CommandLine/Help.h"
@@ -61,9 +61,6 @@ constexpr std::array<Option, 13> options{{
     {.name = "--version", .help = "print the release"},
 }};
 
-constexpr CommandForm form{
-    .operands = "[EPISODE.metal]", .options = options, .allowsOneDash = true};
-
 void readPath(const Arguments& arguments, std::string_view option,
               std::optional<std::filesystem::path>& path) {
     if (const auto given = arguments.value(option))
@@ -78,16 +75,19 @@ void readSeconds(const Arguments& arguments, std::string_view option,
 
 } // namespace
 
+constinit const CommandForm hostForm{
+    .operands = "[EPISODE.metal]", .options = options, .allowsOneDash = true};
+constinit const std::string_view hostSummary =
+    "Shows the saver of a bundle, or of an episode. An episode with Inputs hears silence.";
+
 std::string hostHelp() {
-    return helpText("tarnwick-saver", form,
-                    "Shows the saver of a bundle, or of an episode. An episode with Inputs hears "
-                    "silence.") +
+    return helpText("tarnwick-saver", hostForm, hostSummary) +
            "\nStatus: 0 done, 1 failed, for example because the episode does not compile, 2 usage "
            "error.\n";
 }
 
 HostOptions parseHostOptions(std::span<const char* const> words) {
-    const Arguments arguments(form, words);
+    const Arguments arguments(hostForm, words);
     HostOptions read;
     if (!arguments.operands().empty())
         read.episode = arguments.operands().front();

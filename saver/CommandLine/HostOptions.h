@@ -1,12 +1,14 @@
 // The options of the saver's command line.
 #pragma once
 
-#include "saver/Geometry.h"
+#include "TarnwickBase/PixelSize.h"
+#include "TarnwickCore/CommandLine/Option.h"
 
 #include <filesystem>
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace tarnwick {
 
@@ -24,6 +26,10 @@ struct HostOptions {
     std::filesystem::path picture;        // the last frame drawn off screen
     bool help = false, version = false;
 };
+
+// tarnwick-saver's words.
+extern const CommandForm hostForm;
+extern const std::string_view hostSummary; // one sentence or two
 
 std::string hostHelp();
 

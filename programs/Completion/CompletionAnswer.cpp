@@ -1,0 +1,103 @@
+#include "programs/Completion/CompletionAnswer.h"
+
+#include "TarnwickCore/CommandLine/Completion.h"
+#include "TarnwickCore/Text/Numbers.h"
+#include "TarnwickPlatform/Bundle/TextFile.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace tarnwick {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A pipe would block the shell; a longer file is no episode.
+constexpr std::uintmax_t longestEpisode = std::uintmax_t{1} << 20; // bytes
+
+std::vector<ParamDecl> paramsOf(const std::string& episode) {
+    std::error_code unread;
+    if (!fs::is_regular_file(episode, unread) || fs::file_size(episode, unread) > longestEpisode)
+        return {};
+    return ParamParser::parse(fileBytes(episode).value_or(""));
+}
+
+Completion commandNames(std::span<const Command* const> commands, std::string_view text) {
+    Completion found;
+    const auto add = [&](std::string_view word, std::string_view purpose) {
+        if (word.starts_with(text))
+            found.words.push_back({std::string(word), std::string(purpose)});
+    };
+    for (const Command* command : commands)
+        add(command->name, command->summary);
+    return found;
+}
+
+Completion firstWords(std::span<const Command* const> commands, std::string_view text) {
+    Completion found = commandNames(commands, text);
+    for (const auto& [word, purpose] : {std::pair{"help", "Prints the options of a command."},
+                                        {"--help", "Lists the commands."},
+                                        {"--version", "Prints the release."}})
+        if (std::string_view(word).starts_with(text))
+            found.words.push_back({word, purpose});
+    return found;
+}
+
+// `words` begin with the name of the command.
+Completion completed(std::span<const Command* const> commands, std::span<const char* const> words,
+                     std::size_t at) {
+    if (at == 0)
+        return firstWords(commands, words[0]);
+    const std::string_view name = words[0];
+    if (name == "help")
+        return at == 1 ? commandNames(commands, words[1]) : Completion();
+    const auto command = std::ranges::find(commands, name, &Command::name);
+    return command == commands.end()
+               ? Completion()
+               : completionOf(formOf(**command), words.subspan(1), at - 1, paramsOf);
+}
+
+// `words` begin with the name of a program.
+Completion completedLine(std::span<const Command* const> commands,
+                         std::span<const char* const> words, std::size_t at) {
+    if (at == 0)
+        return {};
+    const std::string program = fs::path(words[0]).filename().string();
+    for (const auto& [name, command] :
+         {std::pair{"tarnwick-saver", &saverCommand}, {"tarnwick-player", &playCommand}})
+        if (program == name)
+            return completionOf(formOf(*command), words.subspan(1), at - 1, paramsOf);
+    return completed(commands, words.subspan(1), at - 1);
+}
+
+// A name or a description with a line break or a tab would be two.
+std::string inOneLine(std::string text) {
+    std::ranges::replace_if(
+        text, [](char c) { return static_cast<unsigned char>(c) < 0x20; }, ' ');
+    return text;
+}
+
+std::string linesOf(const Completion& completion) {
+    std::string lines;
+    for (const auto& [word, purpose] : completion.words)
+        lines += word + "\t" + inOneLine(purpose) + "\n";
+    if (const auto& files = completion.files) {
+        lines += (files->areFolders ? ":folders\t" : ":files\t") + inOneLine(files->before);
+        for (std::size_t i = 0; i < files->endings.size(); ++i)
+            lines += (i == 0 ? "\t" : " ") + files->endings[i];
+        lines += "\n";
+    }
+    return lines;
+}
+
+} // namespace
+
+std::string completionAnswer(std::span<const Command* const> commands,
+                             std::span<const char* const> words) {
+    const auto index = words.empty() ? std::nullopt : unsignedIntegerOf(words[0]);
+    if (!index || *index >= words.size() - 1)
+        return {};
+    return linesOf(completedLine(commands, words.subspan(1), static_cast<std::size_t>(*index)));
+}
+
+} // namespace tarnwick
