@@ -14,6 +14,8 @@
 #include <condition_variable>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <mutex>
 #include <thread>
 
@@ -52,6 +54,19 @@ void lowerPriority() {
     setpriority(PRIO_PROCESS, 0, lowest);
 }
 
+// A file manager makes the file, empty, and may read it by the descriptor that it has (Tumbler
+// does). So it is written in place, not replaced.
+void write(const Output& out, const std::string& bytes) {
+    std::error_code absent;
+    if (!std::filesystem::is_empty(out.name(), absent) || absent) {
+        out.write(bytes);
+        return;
+    }
+    std::ofstream stream(out.name(), std::ios::binary);
+    if (!(stream << bytes).flush())
+        failure(out.name() + " cannot be written.");
+}
+
 Status thumbnail(const Arguments& arguments) {
     const auto out =
         Output::at(arguments.textOf("-o"), FileKind::pngPicture, arguments.wordsBeside("-o"));
@@ -65,7 +80,7 @@ Status thumbnail(const Arguments& arguments) {
                           frame.episode.path + " takes longer than " +
                               std::string(arguments.textOf("--limit")) + " seconds to draw.");
     const Picture picture = pictureOf(frame, *drawingDevice());
-    out.write(pngOf(picture));
+    write(out, pngOf(picture));
     return Status::done;
 }
 
