@@ -52,6 +52,7 @@ constexpr std::array examples = std::to_array<ManualExample>({
     {"saver", "--root", "Shows the saver's own episode as a screen saver."},
     {"saver", "rose.metal --offscreen 5 -o last.png", "Draws for five seconds without a window."},
     {"devices", "", "Lists the graphics devices."},
+    {"doctor", "", "Checks drivers, codecs and other parts of this system."},
 });
 
 constexpr std::array variables = std::to_array<ManualFact>({
