@@ -25,9 +25,7 @@ namespace {
 
 constexpr int defaultEdits = 2000;
 constexpr int longestEdit = 20000; // milliseconds
-constexpr int longestExplained =
-    120000;                       // milliseconds of an edit of which the player says it computes
-constexpr int seekInterval = 400; // milliseconds between seeks in a pause
+constexpr int seekInterval = 400;  // milliseconds between seeks in a pause
 constexpr int parts = 10;
 constexpr PixelSize pictureSize{160, 90};
 constexpr double mostGrowth = 1.10; // of the memory, from the fifth part to the last
@@ -96,8 +94,8 @@ class Soak {
 
     enum class Outcome { seen, explained, missed };
 
-    // Whether the text of the edit was compiled and, if it is a program, seen, at once or after the
-    // player said that it computes the picture.
+    // Whether the text of the edit was compiled and, if it is a program, seen, or after 20 s the
+    // player says that it computes the picture.
     Outcome edit() {
         player_.activate(player_.documents()[below(player_.documents().size())].get());
         OpenDocument& document = *player_.active();
@@ -184,15 +182,12 @@ class Soak {
                    (!result->program || player_.news().revision == document.programRevision() ||
                     !player_.news().failure.empty());
         };
-        int limit = longestEdit;
-        while (!isDone() && timer.elapsed() < limit) {
+        while (!isDone() && timer.elapsed() < longestEdit)
             QTest::qWait(5);
-            if (player_.news().warming && timer.elapsed() > longestEdit - 1000)
-                limit = longestExplained; // "Computing 60 of 360"
-        }
-        if (!isDone())
-            return Outcome::missed;
-        return timer.elapsed() < longestEdit ? Outcome::seen : Outcome::explained;
+        if (isDone())
+            return Outcome::seen;
+        return player_.news().warming ? Outcome::explained
+                                      : Outcome::missed; // "Computing 60 of 360"
     }
 
     std::mt19937 random_;
