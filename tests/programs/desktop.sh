@@ -29,7 +29,7 @@ if command -v update-mime-database >out && command -v gio >out; then
     cp $share/mime/packages/tarnwick.xml type/mime/packages
     [ ! -f /usr/share/mime/packages/freedesktop.org.xml ] ||
         cp /usr/share/mime/packages/freedesktop.org.xml type/mime/packages
-    update-mime-database "$folder/type/mime" >out 2>err || complain 'no type of episodes'
+    XDG_DATA_HOME="$folder/type" update-mime-database "$folder/type/mime" >out 2>err || complain 'no type of episodes'
     have ! -s err
     episode >rose.metal
     echo text >rose.txt
