@@ -67,14 +67,11 @@ static Id masked(Body& body, Type* bits, Id value, const APInt& mask) {
 static Id copySign(Body& body, Type* type, Id magnitude, Id sign) {
     Type* bits = bitsOf(type);
     APInt signBit = APInt::getSignMask(type->getScalarSizeInBits());
-    // A choice: of bits that are taken by two masks, LLVM 15 under lavapipe takes those of the
-    // wrong mask where a condition on another integer selects between the result and the magnitude.
-    Id isNegative = body.emit(spv::Op::OpSLessThan, shapedLike(type, body.i1()),
-                              {body.bitcast(bits, type, sign), body.constants.null(bits)});
-    Id positive = masked(body, bits, body.bitcast(bits, type, magnitude), ~signBit);
-    Id negative = body.emit(spv::Op::OpBitwiseOr, bits,
-                            {positive, body.constants.of(ConstantInt::get(bits, signBit))});
-    return body.bitcast(type, bits, body.select(bits, isNegative, negative, positive));
+    // The sign first: in the other order LLVM 15, under lavapipe, takes bits of the wrong mask
+    // where a condition on another integer selects between the result and the magnitude.
+    Id taken = masked(body, bits, body.bitcast(bits, type, sign), signBit);
+    Id kept = masked(body, bits, body.bitcast(bits, type, magnitude), ~signBit);
+    return body.bitcast(type, bits, body.emit(spv::Op::OpBitwiseOr, bits, {taken, kept}));
 }
 
 // To the nearest, halves away from zero; adding a half first would round 0.49999997 up.
