@@ -21,7 +21,7 @@ struct UsageError : std::runtime_error {
 
 // Whether the parser reads `word` as an option: "-o", "--size", not "-".
 bool isOptionLike(std::string_view word);
-// The row that the word names, also as "--name=value"; null if there is none.
+// The row that the word names, also as "--name=value"; null without one.
 const Option* optionOf(const CommandForm& form, std::string_view word);
 
 // Options and operands in any order: "--name value", "--name=value"; the word after an option is

@@ -26,7 +26,7 @@ class TokenFiles {
     // (XDG Base Directory Specification 0.8). Throws TokenError if HOME is not set.
     static std::filesystem::path usualFolder();
 
-    // Absent if there is none. Throws TokenError if others may read or write the file.
+    // Absent without a file. Throws TokenError if others may read or write the file.
     std::optional<Secret> find(std::string_view server) const;
     void keep(std::string_view server, const Secret& token) const; // throws TokenError
     void forget(std::string_view server) const;                    // throws TokenError

@@ -16,7 +16,7 @@ class TokenStore {
     explicit TokenStore(TokenFiles files, Keyring keyring = Keyring())
         : files_(std::move(files)), keyring_(keyring) {}
 
-    // Absent if there is none. Throws TokenError.
+    // Absent without a token. Throws TokenError.
     std::optional<Secret> find(const std::string& server) const;
     // Replaces an older token. Returns the place as a text for the user. Throws TokenError.
     std::string keep(const std::string& server, const Secret& token) const;

@@ -105,7 +105,7 @@ ShaderInputs SegmentPictures::inputsAt(double time) const {
     return inputs;
 }
 
-// The pass over the whole frame that draws the program's picture into its area.
+// The pass that draws the program's picture into its area.
 FramePass SegmentPictures::passOver(const gpu::Texture& target, const gpu::Texture* overlay,
                                     const Watermark* watermark) const {
     using Encoder = gpu::RenderCommandEncoder;

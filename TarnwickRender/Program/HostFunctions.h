@@ -21,7 +21,7 @@ inline constexpr std::string_view soundCheckName = "tw_sound_check";
 std::unique_ptr<gpu::Function> findHostFunction(const gpu::Library& library, std::string_view name,
                                                 msl::Stage stage);
 
-// Throws ShaderError, which names the function, if there is none.
+// Throws ShaderError, which names the function, if the program lacks it.
 std::unique_ptr<gpu::Function> hostFunction(const gpu::Library& library, std::string_view name,
                                             msl::Stage stage);
 

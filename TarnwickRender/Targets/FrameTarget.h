@@ -23,7 +23,7 @@ class FrameTarget {
     virtual bool waitForRoom(double seconds) { return frames.waitForRoom(seconds); }
 
     // The texture for the next frame (bgra8Unorm), owned by the target until it is presented.
-    // Null while there is none.
+    // Null while none is free.
     virtual const gpu::Texture* nextTexture() = 0;
 
     // Commits `commands`, which draw the frame, and shows it once they are done.

@@ -61,7 +61,7 @@ VkImageMemoryBarrier2 handTransition(const HandImage& image, VkImageLayout from,
 void handBarrier(VkCommandBuffer commands, std::initializer_list<VkImageMemoryBarrier2> images,
                  const VkMemoryBarrier2* memory = nullptr);
 
-// Begins a pass over the whole of `color`; `depth` may be null.
+// Begins a pass that covers `color`; `depth` may be null.
 void handPass(VkCommandBuffer commands, VkExtent2D extent, const VkRenderingAttachmentInfo& color,
               const VkRenderingAttachmentInfo* depth = nullptr);
 

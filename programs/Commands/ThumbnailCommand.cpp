@@ -22,8 +22,7 @@
 namespace tarnwick {
 namespace {
 
-// Ends the process if it is not destroyed within the time: a driver cannot be stopped. Nothing is
-// written before, so no unfinished file remains.
+// Ends the process if it is not destroyed within the time: a driver cannot be stopped.
 class TimeLimit {
   public:
     TimeLimit(double seconds, std::string sentence)
@@ -67,6 +66,14 @@ void write(const Output& out, const std::string& bytes) {
         failure(out.name() + " cannot be written.");
 }
 
+// Nothing is written before it ends, so that no unfinished file remains.
+Picture drawnInTime(const EpisodeFrame& frame, const Arguments& arguments) {
+    const TimeLimit limit(arguments.numberOf("--limit"),
+                          frame.episode.path + " takes longer than " +
+                              std::string(arguments.textOf("--limit")) + " seconds to draw.");
+    return pictureOf(frame, *drawingDevice());
+}
+
 Status thumbnail(const Arguments& arguments) {
     const auto out =
         Output::at(arguments.textOf("-o"), FileKind::pngPicture, arguments.wordsBeside("-o"));
@@ -76,11 +83,7 @@ Status thumbnail(const Arguments& arguments) {
     frame.time = stillTime(frame.episode);
     frame.frame = savedFrame(frame.time);
     frame.settings = episodeSettingsOf(arguments, frame.episode);
-    const TimeLimit limit(arguments.numberOf("--limit"),
-                          frame.episode.path + " takes longer than " +
-                              std::string(arguments.textOf("--limit")) + " seconds to draw.");
-    const Picture picture = pictureOf(frame, *drawingDevice());
-    write(out, pngOf(picture));
+    write(out, pngOf(drawnInTime(frame, arguments)));
     return Status::done;
 }
 
