@@ -9,7 +9,6 @@
 
 extern "C" {
 #include <libavcodec/avcodec.h>
-#include <libavdevice/avdevice.h>
 #include <libavformat/avformat.h>
 #include <libavutil/display.h>
 }
@@ -160,18 +159,17 @@ std::unique_ptr<MediaReader> MediaReader::openFile(const std::filesystem::path& 
     return std::unique_ptr<MediaReader>(new MediaReader(std::move(parts)));
 }
 
-std::unique_ptr<MediaReader> MediaReader::openCamera(const std::filesystem::path& device,
-                                                     MediaUse use) {
-    avdevice_register_all();
+std::unique_ptr<MediaReader>
+MediaReader::openDevice(const char* format, const std::filesystem::path& device, MediaUse use) {
     auto parts = std::make_unique<Parts>();
     parts->name = "The camera " + device.string();
     parts->use = std::move(use);
-    const AVInputFormat* format = av_find_input_format("v4l2");
-    if (format == nullptr)
-        parts->fail("this libavdevice has no cameras");
+    const AVInputFormat* input = av_find_input_format(format);
+    if (input == nullptr)
+        parts->fail("libavdevice was built without cameras");
     AVDictionary* options = nullptr;
     av_dict_set(&options, "timestamps", "abs", 0);
-    parts->open(format, device.string(), options);
+    parts->open(input, device.string(), options);
     return std::unique_ptr<MediaReader>(new MediaReader(std::move(parts)));
 }
 

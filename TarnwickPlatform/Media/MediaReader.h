@@ -28,9 +28,9 @@ class MediaReader {
   public:
     // Throws MediaError. A file may not refer to other files or to the network.
     static std::unique_ptr<MediaReader> openFile(const std::filesystem::path& file, MediaUse use);
-    // `device` is a V4L2 device, such as /dev/video0. Throws MediaError.
-    static std::unique_ptr<MediaReader> openCamera(const std::filesystem::path& device,
-                                                   MediaUse use);
+    // `format` is the name of a registered input format of libavdevice. Throws MediaError.
+    static std::unique_ptr<MediaReader>
+    openDevice(const char* format, const std::filesystem::path& device, MediaUse use);
     ~MediaReader();
     MediaReader(const MediaReader&) = delete;
     MediaReader& operator=(const MediaReader&) = delete;

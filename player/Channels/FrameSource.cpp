@@ -1,6 +1,7 @@
 #include "player/Channels/FrameSource.h"
 
 #include "TarnwickCore/Editor/FileWatcher.h"
+#include "TarnwickPlatform/Cameras/Cameras.h"
 #include "TarnwickPlatform/Media/LoopedMedia.h"
 
 #include <array>
@@ -128,8 +129,8 @@ void FrameSource::Shared::readFile() {
 }
 
 void FrameSource::Shared::readCamera() {
-    const auto reader = MediaReader::openCamera(
-        place, {.longestSide = longestMoving, .isEnd = [this] { return isEnd.load(); }});
+    const auto reader =
+        openCamera(place, {.longestSide = longestMoving, .isEnd = [this] { return isEnd.load(); }});
     while (!isEnd && reader->next()) {
         auto picture = room();
         reader->readPicture(*picture);

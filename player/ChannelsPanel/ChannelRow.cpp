@@ -1,6 +1,6 @@
 #include "player/ChannelsPanel/ChannelRow.h"
 
-#include "TarnwickPlatform/Media/Cameras.h"
+#include "TarnwickPlatform/Cameras/Cameras.h"
 
 #include <QCoreApplication>
 #include <QDragEnterEvent>

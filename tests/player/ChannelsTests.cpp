@@ -1,4 +1,5 @@
 #include "TarnwickBase/TemporaryFolder.h"
+#include "TarnwickPlatform/Cameras/Cameras.h"
 #include "TarnwickPlatform/Media/LoopedMedia.h"
 #include "player/Channels/ChannelChoice.h"
 #include "player/Channels/ChannelMemory.h"
@@ -89,7 +90,7 @@ TEST(Channels, areNeitherFoldersNorTextNorAddresses) {
     for (const auto& file :
          {folder.path(), text, list, std::filesystem::path("http://127.0.0.1:9/a")})
         EXPECT_THROW(MediaReader::openFile(file, {}), MediaError) << file;
-    EXPECT_THROW(MediaReader::openCamera("/dev/video-none", {}), MediaError);
+    EXPECT_THROW(openCamera("/dev/video-none", {}), MediaError);
 }
 
 TEST(Channels, areChosenByNumberAndRemembered) {

@@ -86,7 +86,9 @@ TEST_F(Sharing, sendsThePreviewOfTheSignedInAccount) {
                                .title = "--Plasma",
                                .visibility = Visibility::unlisted};
     EXPECT_TRUE(request.upload().problems().empty());
-    const ChildResult drawn = run(previewOrder(request));
+    Order preview = previewOrder(request);
+    preview.words.insert(preview.words.end(), {"--size", "48x32"}); // drawn in a second
+    const ChildResult drawn = run(preview);
     ASSERT_TRUE(drawn.isDone) << drawn.sentence;
     EXPECT_FALSE(fs::exists(service / "shared" / "loop")) << "a preview sends nothing";
     const auto files = last->files();

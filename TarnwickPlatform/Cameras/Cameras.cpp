@@ -1,10 +1,16 @@
-#include "TarnwickPlatform/Media/Cameras.h"
+#include "TarnwickPlatform/Cameras/Cameras.h"
 
 #include <linux/videodev2.h>
 #include <sys/ioctl.h>
 
 #include <fcntl.h>
 #include <unistd.h>
+
+extern "C" {
+#include <libavdevice/avdevice.h>
+}
+
+#include <utility>
 
 namespace tarnwick {
 namespace {
@@ -39,6 +45,11 @@ std::vector<Camera> allCameras() {
             found.push_back({device, std::move(name)});
     }
     return found;
+}
+
+std::unique_ptr<MediaReader> openCamera(const std::filesystem::path& device, MediaUse use) {
+    avdevice_register_all();
+    return MediaReader::openDevice("v4l2", device, std::move(use));
 }
 
 } // namespace tarnwick
