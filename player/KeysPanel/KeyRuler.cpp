@@ -43,8 +43,10 @@ void KeyRuler::movePlayhead() {
 }
 
 KeyRuler::Part KeyRuler::partAt(const QPointF& place) const {
+    if (place.y() < barTop() - 1)
+        return loopPartAt(place.x());
     const auto span = editor_.selection().span();
-    if (!span || span->length() <= 0 || place.y() < barTop() - 1)
+    if (!span || span->length() <= 0)
         return Part::time;
     const double from = view_.axis().placeOf(span->from), to = view_.axis().placeOf(span->to);
     if (std::abs(place.x() - to) <= handleReach)
@@ -52,6 +54,17 @@ KeyRuler::Part KeyRuler::partAt(const QPointF& place) const {
     if (std::abs(place.x() - from) <= handleReach)
         return Part::first;
     return place.x() > from && place.x() < to ? Part::bar : Part::time;
+}
+
+KeyRuler::Part KeyRuler::loopPartAt(double x) const {
+    const auto loop = editor_.loop();
+    if (!loop)
+        return Part::time;
+    const double fromStart = std::abs(x - view_.axis().placeOf(loop->start));
+    const double fromEnd = std::abs(x - view_.axis().placeOf(loop->end));
+    if (std::min(fromStart, fromEnd) > handleReach)
+        return Part::time;
+    return fromStart < fromEnd ? Part::loopStart : Part::loopEnd;
 }
 
 void KeyRuler::paintEvent(QPaintEvent*) {
@@ -141,10 +154,11 @@ void KeyRuler::mousePressEvent(QMouseEvent* event) {
         return;
     const double time = view_.axis().at(event->position().x());
     gesture_ = Gesture{.part = partAt(event->position()), .fromTime = time};
-    if (gesture_->part == Part::time) {
+    if (gesture_->part == Part::time)
         editor_.seek(time);
+    if (gesture_->part != Part::bar && gesture_->part != Part::first &&
+        gesture_->part != Part::last)
         return;
-    }
     gesture_->span = *editor_.selection().span();
     gesture_->drag = editor_.beginDrag();
 }
@@ -157,15 +171,30 @@ void KeyRuler::mouseMoveEvent(QMouseEvent* event) {
                                        : Qt::SizeHorCursor);
         return;
     }
-    const Axis axis = view_.axis();
-    const double time = axis.at(event->position().x());
-    if (gesture_->part == Part::time) {
+    const bool snaps = view_.snaps() && !(event->modifiers() & Qt::AltModifier);
+    drag(view_.axis().at(event->position().x()), snaps ? Snap::on : Snap::off);
+}
+
+void KeyRuler::drag(double time, Snap snap) {
+    switch (gesture_->part) {
+    case Part::time:
         editor_.seek(time);
         return;
+    case Part::loopStart:
+    case Part::loopEnd:
+        editor_.setLoopEnd(gesture_->part == Part::loopStart ? LoopEnd::start : LoopEnd::end, time,
+                           snap, snapReach / view_.axis().pixelsPerUnit());
+        return;
+    case Part::bar:
+    case Part::first:
+    case Part::last:
+        dragKeys(time, snap);
+        return;
     }
-    const bool snaps = view_.snaps() && !(event->modifiers() & Qt::AltModifier);
-    const Snap snap = snaps ? Snap::on : Snap::off;
-    const double reach = snapReach / axis.pixelsPerUnit();
+}
+
+void KeyRuler::dragKeys(double time, Snap snap) {
+    const double reach = snapReach / view_.axis().pixelsPerUnit();
     const Range& span = gesture_->span;
     if (gesture_->part == Part::bar) {
         const KeyMove move{.seconds = time - gesture_->fromTime};

@@ -8,7 +8,8 @@
 
 namespace tarnwick::player {
 
-// A press above moves the playhead. The bar below moves the selection, its ends scale it in time.
+// A press above moves the playhead, or an end of the loop. The bar below moves the selection, its
+// ends scale it in time.
 class KeyRuler : public QWidget {
     Q_OBJECT
 
@@ -28,7 +29,7 @@ class KeyRuler : public QWidget {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    enum class Part { time, bar, first, last };
+    enum class Part { time, bar, first, last, loopStart, loopEnd };
     struct Gesture {
         Part part = Part::time;
         Range span{}; // of the selection when it began
@@ -37,6 +38,9 @@ class KeyRuler : public QWidget {
     };
 
     Part partAt(const QPointF& place) const;
+    Part loopPartAt(double x) const; // `time` beside the ends of the loop
+    void drag(double time, Snap snap);
+    void dragKeys(double time, Snap snap);
     int barTop() const;
     void paintMarks(QPainter& painter) const;
     void paintLabel(QPainter& painter, double x, const QString& label) const;

@@ -408,6 +408,17 @@ void KeysEditor::seek(double time) {
         document_->setTransport(document_->transport().sought(placed(time), currentMediaTime()));
 }
 
+void KeysEditor::setLoopEnd(LoopEnd which, double time, Snap snap, double reach) {
+    const auto range = loop();
+    if (!range)
+        return;
+    if (snap == Snap::on)
+        time = snapped(time, SnapTargets::of(keys(), params(), {}, {now()}), reach).time;
+    document_->setTransport(
+        document_->transport().withLoop(withEndAt(*range, which, time), currentMediaTime()));
+    emit changed();
+}
+
 void KeysEditor::jump(Direction direction) {
     if (document_ == nullptr)
         return;

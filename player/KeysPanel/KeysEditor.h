@@ -5,6 +5,7 @@
 #include "player/Keys/KeyDrag.h"
 #include "player/Keys/KeySteps.h"
 #include "player/KeysPanel/KeysView.h"
+#include "player/Model/LoopEnds.h"
 
 #include <QObject>
 #include <optional>
@@ -86,7 +87,9 @@ class KeysEditor : public QObject {
     bool isDragging() const { return isDragging_; }
     const std::optional<double>& guide() const { return guide_; } // seconds; while snapped
 
-    void seek(double time);         // to a frame if the view snaps
+    void seek(double time); // to a frame if the view snaps
+    // Snapped: to a key or the playhead within `reach` seconds, else to a frame.
+    void setLoopEnd(LoopEnd which, double time, Snap snap, double reach);
     void jump(Direction direction); // to the next key of any parameter
     // The next change is one of its own.
     void endGesture();

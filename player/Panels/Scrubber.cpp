@@ -12,9 +12,8 @@
 namespace tarnwick::player {
 namespace {
 
-constexpr int reach = 6;              // pixels around a handle
-constexpr int bandHeight = 4;         // pixels
-constexpr double shortestLoop = 0.05; // seconds
+constexpr int reach = 6;      // pixels around a handle
+constexpr int bandHeight = 4; // pixels
 
 } // namespace
 
@@ -58,14 +57,14 @@ double Scrubber::timeAt(double place) const {
            ticks;
 }
 
-Scrubber::Held Scrubber::handleAt(const QPointF& place) const {
+std::optional<LoopEnd> Scrubber::handleAt(const QPointF& place) const {
     if (!loop_ || place.y() < height() - 3 * bandHeight) // above: the slider's own handle
-        return Held::nothing;
+        return std::nullopt;
     const double fromStart = std::abs(place.x() - placeOf(loop_->start));
     const double fromEnd = std::abs(place.x() - placeOf(loop_->end));
     if (std::min(fromStart, fromEnd) > reach)
-        return Held::nothing;
-    return fromStart < fromEnd ? Held::start : Held::end;
+        return std::nullopt;
+    return fromStart < fromEnd ? LoopEnd::start : LoopEnd::end;
 }
 
 void Scrubber::paintEvent(QPaintEvent* event) {
@@ -88,8 +87,8 @@ void Scrubber::paintEvent(QPaintEvent* event) {
 }
 
 void Scrubber::mousePressEvent(QMouseEvent* event) {
-    held_ = event->button() == Qt::LeftButton ? handleAt(event->position()) : Held::nothing;
-    if (held_ != Held::nothing)
+    held_ = event->button() == Qt::LeftButton ? handleAt(event->position()) : std::nullopt;
+    if (held_)
         return;
     QStyleOptionSlider option;
     initStyleOption(&option);
@@ -101,21 +100,16 @@ void Scrubber::mousePressEvent(QMouseEvent* event) {
 }
 
 void Scrubber::mouseMoveEvent(QMouseEvent* event) {
-    if (held_ == Held::nothing || !loop_) {
+    if (!held_ || !loop_) {
         QSlider::mouseMoveEvent(event);
         return;
     }
-    LoopRange range = *loop_;
-    const double time = timeAt(event->position().x());
-    if (held_ == Held::start)
-        range.start = std::clamp(time, 0.0, std::max(range.end - shortestLoop, 0.0));
-    else
-        range.end = std::max(time, range.start + shortestLoop);
+    const LoopRange range = withEndAt(*loop_, *held_, timeAt(event->position().x()));
     emit loopDragged(range.start, range.end);
 }
 
 void Scrubber::mouseReleaseEvent(QMouseEvent* event) {
-    if (std::exchange(held_, Held::nothing) == Held::nothing)
+    if (!std::exchange(held_, std::nullopt))
         QSlider::mouseReleaseEvent(event);
 }
 

@@ -1,7 +1,7 @@
 // The time of an episode as a slider, with the loop range on it.
 #pragma once
 
-#include "TarnwickCore/Performance/Transport.h"
+#include "player/Model/LoopEnds.h"
 
 #include <QSlider>
 #include <optional>
@@ -29,16 +29,14 @@ class Scrubber : public QSlider {
     void mouseReleaseEvent(QMouseEvent* event) override;
 
   private:
-    enum class Held { nothing, start, end };
-
     QRect grooveRect() const;
     int handleLength() const;
     int placeOf(double time) const; // pixels from the left
     double timeAt(double place) const;
-    Held handleAt(const QPointF& place) const;
+    std::optional<LoopEnd> handleAt(const QPointF& place) const;
 
     std::optional<LoopRange> loop_;
-    Held held_ = Held::nothing;
+    std::optional<LoopEnd> held_;
 };
 
 } // namespace tarnwick::player

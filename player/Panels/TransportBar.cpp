@@ -195,10 +195,12 @@ void TransportBar::setLoopEnd() {
 void TransportBar::toggleLoop() {
     if (document_ == nullptr)
         return;
-    if (document_->transport().loop)
+    if (const auto loop = document_->transport().loop) {
         setLoop(std::nullopt);
-    else
+        lastLoop_ = loop;
+    } else {
         setLoop(lastLoop_.value_or(LoopRange{0, length()}));
+    }
 }
 
 void TransportBar::clearLoop() {

@@ -1,6 +1,7 @@
 // The keys panel in the window, by mouse and keyboard.
 #include "player/KeysPanel/CurveView.h"
 #include "player/KeysPanel/DopeSheet.h"
+#include "player/KeysPanel/KeyRuler.h"
 #include "player/KeysPanel/KeysPanel.h"
 #include "player/Window/MainWindow.h"
 
@@ -109,6 +110,22 @@ TEST_F(Keys, areDraggedOntoTheFramesOfOthersAsOneChange) {
     drag(sheet, at(2, 1), at(8, 1), Qt::ControlModifier);
     drop(sheet, at(8, 1));
     EXPECT_EQ(times("size").size(), 2u);
+}
+
+TEST_F(Keys, giveTheEndsOfTheLoopTheirTimes) {
+    document->setTransport(document->transport().withLoop(LoopRange{1.5, 3}, 0));
+    auto* ruler = window.findChild<KeyRuler*>();
+    const int y = 4; // above the bar of the selection
+    const auto place = [&](double time) { return QPoint(at(time, 0).x(), y); };
+    drag(ruler, place(3), place(4) + QPoint(3, 0)); // to the keys there
+    drop(ruler, place(4));
+    EXPECT_EQ(document->transport().loop, (LoopRange{1.5, 4}));
+    drag(ruler, place(1.5), place(6)); // not beyond the other end
+    drop(ruler, place(6));
+    const LoopRange loop = *document->transport().loop;
+    EXPECT_LT(loop.start, loop.end);
+    EXPECT_EQ(loop.end, 4);
+    EXPECT_DOUBLE_EQ(document->time(), 0.5) << "the playhead is not moved";
 }
 
 TEST_F(Keys, takeTheirValuesFromTheCurve) {
