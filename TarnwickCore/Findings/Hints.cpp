@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 
 namespace tarnwick {
 namespace {
@@ -44,8 +45,8 @@ constexpr std::string_view uniforms =
     "// @param name default min max, then p.name";
 
 // clang-format off
-constexpr auto rows = std::to_array<Row>({
-    // Types (GLSL 4.60, 4.1)
+// Types (GLSL 4.60, 4.1)
+constexpr auto types = std::to_array<Row>({
     {"vec2", "float2"}, {"vec3", "float3"}, {"vec4", "float4"},
     {"ivec2", "int2"}, {"ivec3", "int3"}, {"ivec4", "int4"},
     {"uvec2", "uint2"}, {"uvec3", "uint3"}, {"uvec4", "uint4"},
@@ -58,7 +59,9 @@ constexpr auto rows = std::to_array<Row>({
     {"var", "auto"}, {"let", "const auto"},
     {"sampler2D", channel, Form::sentence}, {"samplerCube", channel, Form::sentence},
     {"Texture2D", channel, Form::sentence}, {"SamplerState", channel, Form::sentence},
-    // Qualifiers (GLSL 4.60, 4.3 to 4.7)
+});
+// Qualifiers (GLSL 4.60, 4.3 to 4.7)
+constexpr auto qualifiers = std::to_array<Row>({
     {"in", "a plain argument is GLSL's in: leave the word out", Form::sentence},
     {"out", "out float3 x is thread float3& x in Metal", Form::sentence},
     {"inout", "inout float3 x is thread float3& x in Metal", Form::sentence},
@@ -72,7 +75,9 @@ constexpr auto rows = std::to_array<Row>({
     {"lowp", noPrecision, Form::sentence},
     {"version", "Metal has no #version: leave the line out", Form::sentence, Said::directive},
     {"extension", "Metal has no #extension: leave the line out", Form::sentence, Said::directive},
-    // Functions (GLSL 4.60, 8)
+});
+// Functions (GLSL 4.60, 8)
+constexpr auto functions = std::to_array<Row>({
     {"atan", "atan(y, x) is atan2(y, x) in Metal", Form::sentence, Said::misfit},
     {"mod", "mod is fmod in Metal; where x may be negative, GLSL's is x - y * floor(x / y)", Form::sentence},
     {"inversesqrt", "rsqrt"}, {"roundEven", "rint"},
@@ -99,7 +104,9 @@ constexpr auto rows = std::to_array<Row>({
     {"textureSize", channel, Form::sentence},
     {"noise", noRandom, Form::sentence}, {"rand", noRandom, Form::sentence}, {"random", noRandom, Form::sentence},
     {"discard", "discard_fragment()"},
-    // HLSL
+});
+// HLSL
+constexpr auto hlsl = std::to_array<Row>({
     {"lerp", "mix"}, {"frac", "fract"}, {"ddx", "dfdx"}, {"ddy", "dfdy"}, {"countbits", "popcount"},
     {"reversebits", "reverse_bits"}, {"firstbitlow", "ctz"}, {"mad", "fma"},
     {"rcp", "rcp(x) is 1.0 / x in Metal", Form::sentence},
@@ -107,10 +114,14 @@ constexpr auto rows = std::to_array<Row>({
     {"asfloat", "as_type<float>"}, {"asint", "as_type<int>"}, {"asuint", "as_type<uint>"},
     {"clip", "clip(x) is if (x < 0.0) discard_fragment() in Metal", Form::sentence},
     {"tex2D", channel, Form::sentence},
-    // Constants
+});
+// Constants
+constexpr auto constants = std::to_array<Row>({
     {"PI", "M_PI_F"}, {"pi", "M_PI_F"}, {"M_PI", "M_PI_F"}, {"TAU", "2.0 * M_PI_F"}, {"TWO_PI", "2.0 * M_PI_F"},
     {"HALF_PI", "M_PI_2_F"},
-    // Inputs and outputs of a program (GLSL 4.60, 7.1)
+});
+// Inputs and outputs of a program (GLSL 4.60, 7.1)
+constexpr auto inputsAndOutputs = std::to_array<Row>({
     {"gl_FragCoord", fromPixels, Form::sentence}, {"fragCoord", fromPixels, Form::sentence},
     {"gl_FragColor", returnsColour, Form::sentence}, {"fragColor", returnsColour, Form::sentence},
     {"FragColor", returnsColour, Form::sentence}, {"outColor", returnsColour, Form::sentence},
@@ -119,7 +130,9 @@ constexpr auto rows = std::to_array<Row>({
     {"gl_VertexID", "spawn and update get the particle's number as id", Form::sentence},
     {"vUv", "uv", Form::episode}, {"v_uv", "uv", Form::episode}, {"vTexCoord", "uv", Form::episode},
     {"v_texcoord", "uv", Form::episode},
-    // Names that shader sites and editors define
+});
+// Names that shader sites and editors define
+constexpr auto siteNames = std::to_array<Row>({
     {"mainImage", signature, Form::episode}, {"main", signature, Form::episode},
     {"iTime", "u.time", Form::episode}, {"iGlobalTime", "u.time", Form::episode},
     {"u_time", "u.time", Form::episode}, {"time", "u.time", Form::episode},
@@ -136,7 +149,9 @@ constexpr auto rows = std::to_array<Row>({
     {"iChannel2", "in.channel(2, uv) reads it, where shade takes Inputs in as its fourth argument", Form::sentence},
     {"iChannel3", "in.channel(3, uv) reads it, where shade takes Inputs in as its fourth argument", Form::sentence},
     {"iChannelResolution", "in.channel(0, uv) takes uv from 0 to 1, whatever the picture's size", Form::sentence},
-    // Habits without a name
+});
+// Habits without a name
+constexpr auto habits = std::to_array<Row>({
     {"is not contextually convertible to 'bool'", "all(...) or any(...) makes one bool of a vector of them", Form::sentence, Said::fragment},
     {"expected '(' for function-style cast or type construction", "an array is written float a[3] = {1.0, 2.0, 3.0} in Metal", Form::sentence, Said::fragment},
     {"cannot initialize return object of type 'float4' (vector of 4 'float' values) with an lvalue of type 'float3'", "float4(c, 1.0) makes a colour with alpha of a float3 c", Form::sentence, Said::fragment},
@@ -147,6 +162,22 @@ constexpr auto rows = std::to_array<Row>({
 });
 // clang-format on
 
+struct Topic {
+    std::string_view title;
+    std::span<const Row> rows;
+};
+
+constexpr std::array<Topic, 8> topics{{
+    {"Types", types},
+    {"Qualifiers and directives", qualifiers},
+    {"Functions", functions},
+    {"Names of HLSL", hlsl},
+    {"Constants", constants},
+    {"Inputs and outputs", inputsAndOutputs},
+    {"Names of shader sites and editors", siteNames},
+    {"Messages without a name", habits},
+}};
+
 std::string textOf(const Row& row) {
     if (row.form == Form::sentence)
         return std::string(row.instead);
@@ -155,14 +186,16 @@ std::string textOf(const Row& row) {
 }
 
 std::string find(std::string_view name, Said said) {
-    const auto found = std::ranges::find_if(
-        rows, [&](const Row& row) { return row.said == said && row.name == name; });
-    return found == rows.end() ? "" : textOf(*found);
+    for (const Topic& topic : topics)
+        for (const Row& row : topic.rows)
+            if (row.said == said && row.name == name)
+                return textOf(row);
+    return {};
 }
 
 std::string findFragment(std::string_view message) {
-    for (const Row& row : rows)
-        if (row.said == Said::fragment && message.find(row.name) != std::string_view::npos)
+    for (const Row& row : habits)
+        if (message.find(row.name) != std::string_view::npos)
             return textOf(row);
     return {};
 }
@@ -185,6 +218,18 @@ std::string_view unknownName(std::string_view message) {
     // 'uniform' is not supported on this platform
     return message.find("' is not supported") != std::string_view::npos ? quotedAfter(message, "'")
                                                                         : "";
+}
+
+std::vector<HintTopic> hintTopics() {
+    std::vector<HintTopic> found;
+    for (const Topic& topic : topics) {
+        found.push_back({.title = topic.title, .hints = {}});
+        for (const Row& row : topic.rows)
+            found.back().hints.push_back({.name = row.name,
+                                          .instead = row.instead,
+                                          .isSentence = row.form == Form::sentence});
+    }
+    return found;
 }
 
 std::string hintForName(std::string_view name) {

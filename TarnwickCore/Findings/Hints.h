@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarnwick {
 
@@ -18,5 +19,17 @@ std::string hintForName(std::string_view name);
 
 // The name that a message says is unknown; empty for messages of other kinds.
 std::string_view unknownName(std::string_view message);
+
+// The table itself, for the handbook.
+struct Hint {
+    std::string_view name;    // of another language; in the last topic, a part of the message
+    std::string_view instead; // code that replaces the name, or a sentence
+    bool isSentence = false;
+};
+struct HintTopic {
+    std::string_view title;
+    std::vector<Hint> hints;
+};
+std::vector<HintTopic> hintTopics();
 
 } // namespace tarnwick
