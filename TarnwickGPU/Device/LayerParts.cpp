@@ -54,6 +54,21 @@ VkExtent2D extentFor(const LayerParts& layer, const VkSurfaceCapabilitiesKHR& su
                    surface.maxImageExtent.height)};
 }
 
+// Where the swapchain gives the surface its size, that is on Wayland, FIFO makes presenting wait
+// until the compositor shows the picture: for ever while the window is hidden. Mailbox does not.
+VkPresentModeKHR presentMode(const LayerParts& layer, const VkSurfaceCapabilitiesKHR& surface) {
+    if (surface.currentExtent.width != UINT32_MAX)
+        return VK_PRESENT_MODE_FIFO_KHR;
+    const VkPhysicalDevice device = layer.device->record.physical;
+    std::uint32_t count = 0;
+    vkGetPhysicalDeviceSurfacePresentModesKHR(device, layer.surface, &count, nullptr);
+    std::vector<VkPresentModeKHR> modes(count);
+    vkGetPhysicalDeviceSurfacePresentModesKHR(device, layer.surface, &count, modes.data());
+    return std::ranges::find(modes, VK_PRESENT_MODE_MAILBOX_KHR) != modes.end()
+               ? VK_PRESENT_MODE_MAILBOX_KHR
+               : VK_PRESENT_MODE_FIFO_KHR;
+}
+
 VkSwapchainKHR makeSwapchain(LayerParts& layer, const VkSurfaceCapabilitiesKHR& surface,
                              VkExtent2D extent) {
     const std::uint32_t most = surface.maxImageCount > 0 ? surface.maxImageCount : UINT32_MAX;
@@ -73,7 +88,7 @@ VkSwapchainKHR makeSwapchain(LayerParts& layer, const VkSurfaceCapabilitiesKHR& 
         .compositeAlpha = surface.supportedCompositeAlpha & VK_COMPOSITE_ALPHA_OPAQUE_BIT_KHR
                               ? VK_COMPOSITE_ALPHA_OPAQUE_BIT_KHR
                               : VK_COMPOSITE_ALPHA_INHERIT_BIT_KHR,
-        .presentMode = VK_PRESENT_MODE_FIFO_KHR,
+        .presentMode = presentMode(layer, surface),
         .clipped = VK_TRUE,
         .oldSwapchain = layer.swapchain};
     VkSwapchainKHR made = VK_NULL_HANDLE;

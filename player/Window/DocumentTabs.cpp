@@ -58,6 +58,7 @@ void DocumentTabs::showActive() {
     if (shown != nullptr)
         tabs_->setCurrentWidget(shown);
     find_->setEditor(shown);
+    tellTitle();
 }
 
 void DocumentTabs::showTitle(OpenDocument* document) {
@@ -65,6 +66,17 @@ void DocumentTabs::showTitle(OpenDocument* document) {
     const QString title = QString::fromStdString(document->document().title());
     tabs_->setTabText(tab, document->document().isModified() ? title + QStringLiteral(" \u2022")
                                                              : title);
+    if (document == player_.active())
+        tellTitle();
+}
+
+void DocumentTabs::tellTitle() {
+    const OpenDocument* shown = player_.active();
+    if (shown == nullptr)
+        emit titleChanged({}, false);
+    else
+        emit titleChanged(QString::fromStdString(shown->document().title()),
+                          shown->document().isModified());
 }
 
 EpisodeEditor* DocumentTabs::editor() const {

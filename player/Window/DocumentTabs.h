@@ -25,12 +25,15 @@ class DocumentTabs : public QWidget {
 
   signals:
     void closeWanted(tarnwick::player::OpenDocument* document);
+    // Of the active document; an empty title without one.
+    void titleChanged(const QString& title, bool isModified);
 
   private:
     void addTab(OpenDocument* document);
     void removeTab(OpenDocument* document);
     void showActive();
     void showTitle(OpenDocument* document);
+    void tellTitle();
     OpenDocument* documentOf(int tab) const;
 
     Player& player_;

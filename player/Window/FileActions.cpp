@@ -13,8 +13,10 @@ QString fileFilter() {
     return QObject::tr("Episodes (*.metal);;All files (*)");
 }
 
-QString titleOf(const OpenDocument* document) {
-    return QString::fromStdString(document->document().title());
+// Where dialogs begin: the folder of the document, or the present one.
+std::filesystem::path folderOf(const OpenDocument* document) {
+    const bool hasFile = document != nullptr && document->document().file();
+    return hasFile ? document->document().file()->parent_path() : std::filesystem::path();
 }
 
 } // namespace
@@ -47,7 +49,9 @@ void FileActions::open(const QStringList& files, std::function<void()> then) {
 }
 
 void FileActions::openByDialog() {
-    open(QFileDialog::getOpenFileNames(&window_, tr("Open episodes"), QString(), fileFilter()));
+    open(QFileDialog::getOpenFileNames(&window_, tr("Open episodes"),
+                                       QString::fromStdString(folderOf(player_.active()).string()),
+                                       fileFilter()));
 }
 
 bool FileActions::save(OpenDocument* document, Then then) {
@@ -72,8 +76,9 @@ void FileActions::saveOver(OpenDocument* document, OtherText otherText, const Th
 bool FileActions::saveAs(OpenDocument* document, Then then) {
     if (document == nullptr)
         return false;
+    const auto proposed = folderOf(document) / (document->document().title() + ".metal");
     QString file = QFileDialog::getSaveFileName(
-        &window_, tr("Save episode"), titleOf(document) + QStringLiteral(".metal"), fileFilter());
+        &window_, tr("Save episode"), QString::fromStdString(proposed.string()), fileFilter());
     if (file.isEmpty())
         return false;
     if (!file.endsWith(QStringLiteral(".metal"), Qt::CaseInsensitive))

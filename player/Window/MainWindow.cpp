@@ -34,6 +34,8 @@
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileInfo>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -48,6 +50,14 @@ QVBoxLayout* column(QWidget* widget) {
     made->setContentsMargins(0, 0, 0, 0);
     made->setSpacing(0);
     return made;
+}
+
+// Within the display, with room for the frame that a window manager adds.
+QSize firstSize() {
+    constexpr QSize wanted(1360, 820), frame(16, 48);
+    const QSize available = QGuiApplication::primaryScreen()->availableSize();
+    const bool fits = wanted.width() <= available.width() && wanted.height() <= available.height();
+    return fits ? wanted : wanted.boundedTo(available - frame);
 }
 
 // What films and stills of a document read.
@@ -75,7 +85,7 @@ MainWindow::MainWindow(Player& player) : player_(player), actions_(*this) {
     setCentralWidget(split);
     makeFeatures();
     makeDocks();
-    resize(1360, 820);
+    resize(firstSize());
     split->setSizes({620, 740});
     new WindowLayout(*this, actions_, [this] { return start_->windowState(); });
 }
@@ -88,6 +98,13 @@ QWidget* MainWindow::texts() {
     rows->addWidget(tabs_, 1);
     rows->addWidget(messages_);
     connect(&player_, &Player::told, messages_, &MessageBar::tell);
+    connect(tabs_, &DocumentTabs::titleChanged, this,
+            [this](const QString& title, bool isModified) {
+                // The platform adds the program's name behind it.
+                setWindowTitle(title.isEmpty() ? QStringLiteral("Tarnwick")
+                                               : title + QStringLiteral("[*]"));
+                setWindowModified(isModified);
+            });
     return left;
 }
 

@@ -1,6 +1,5 @@
 #include "player/Window/OutputWindow.h"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QScreen>
@@ -9,9 +8,11 @@
 
 namespace tarnwick::player {
 
-OutputWindow::OutputWindow(Player& player, int target, QScreen& screen) {
+OutputWindow::OutputWindow(Player& player, int target, QScreen& screen, OutputFocus focus)
+    : view_(new PictureView(player, target)), screen_(screen) {
     setWindowTitle(tr("Tarnwick output"));
-    view_ = new PictureView(player, target);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_ShowWithoutActivating, focus == OutputFocus::leavesToWindow);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(view_);
@@ -19,15 +20,13 @@ OutputWindow::OutputWindow(Player& player, int target, QScreen& screen) {
     setGeometry(screen.geometry());
     winId(); // makes the native window, which the next line puts on the screen
     windowHandle()->setScreen(&screen);
-    showFullScreen();
-    connect(qApp, &QGuiApplication::screenRemoved, this,
-            [this, &player, display = &screen](QScreen* gone) {
-                if (gone != display)
-                    return;
-                player.tell(
-                    tr("The display %1 was removed; the output is closed.").arg(gone->name()));
-                close();
-            });
+    setWindowState(Qt::WindowFullScreen);
+    show(); // showFullScreen() would always take the focus
+    if (focus == OutputFocus::takes)
+        activateWindow();
+    // A window manager does it, but not every display has one.
+    connect(&screen, &QScreen::geometryChanged, this,
+            [this](const QRect& geometry) { setGeometry(geometry); });
 }
 
 void OutputWindow::keyPressEvent(QKeyEvent* event) {

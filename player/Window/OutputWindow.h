@@ -7,15 +7,18 @@ class QScreen;
 
 namespace tarnwick::player {
 
-// Escape closes it.
+enum class OutputFocus : std::uint8_t { takes, leavesToWindow };
+
+// Deletes itself when it is closed, also by Escape.
 class OutputWindow : public QWidget {
     Q_OBJECT
 
   public:
-    // Covers `screen`.
-    OutputWindow(Player& player, int target, QScreen& screen);
+    // Covers `screen`, also after a change of its resolution.
+    OutputWindow(Player& player, int target, QScreen& screen, OutputFocus focus);
 
     PictureView& view() { return *view_; }
+    const QScreen& display() const { return screen_; } // may be removed: compare its address only
 
   signals:
     void closed();
@@ -26,6 +29,7 @@ class OutputWindow : public QWidget {
 
   private:
     PictureView* view_;
+    QScreen& screen_;
 };
 
 } // namespace tarnwick::player

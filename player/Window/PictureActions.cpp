@@ -1,19 +1,16 @@
 #include "player/Window/PictureActions.h"
 
+#include "player/Window/DisplayOutput.h"
 #include "player/Window/LiveFigures.h"
-#include "player/Window/OutputWindow.h"
 #include "player/Window/PictureView.h"
 
 #include <QAction>
-#include <QGuiApplication>
 #include <QMenu>
-#include <QScreen>
 #include <QStatusBar>
 
 namespace tarnwick::player {
 namespace {
 
-constexpr int outputTarget = 2;    // the number of the picture on a whole display
 constexpr int settleTime = 150;    // milliseconds after a change of the picture's size
 constexpr double noticedFrame = 1; // seconds; the status line shows longer frames
 
@@ -29,9 +26,8 @@ PictureActions::PictureActions(Player& player, QMainWindow& window, Actions& act
         showsFigures_ = isOn;
         showState();
     });
-    actions.add(ActionMenu::view, tr("Full screen &output"), QKeySequence(Qt::Key_F11),
-                [this] { toggleOutput(window_.screen()); });
-    addDisplays(actions);
+    output_ = new DisplayOutput(player, window, actions);
+    connect(output_, &DisplayOutput::resized, this, [this] { settle_.start(); });
     addScales(actions);
     settle_.setSingleShot(true);
     settle_.setInterval(settleTime);
@@ -50,15 +46,6 @@ PictureActions::PictureActions(Player& player, QMainWindow& window, Actions& act
     showState();
 }
 
-void PictureActions::addDisplays(Actions& actions) {
-    QMenu* displays = actions.submenu(ActionMenu::view, tr("Output on &display"));
-    connect(displays, &QMenu::aboutToShow, this, [this, displays] {
-        displays->clear();
-        for (QScreen* one : QGuiApplication::screens())
-            displays->addAction(one->name(), this, [this, one] { toggleOutput(one); });
-    });
-}
-
 void PictureActions::addScales(Actions& actions) {
     QMenu* scale = actions.submenu(ActionMenu::view, tr("Preview &scale"));
     actions.add(scale, tr("&Automatic"), [this] { player_.setDivisor(std::nullopt); });
@@ -69,28 +56,12 @@ void PictureActions::addScales(Actions& actions) {
 
 // Takes over the size of the picture once it is not dragged any more.
 void PictureActions::fitPicture() {
-    const PictureView& largest = output_ != nullptr ? output_->view() : picture_;
-    player_.setPictureSize(largest.pixels());
-}
-
-void PictureActions::toggleOutput(QScreen* screen) {
-    if (output_ != nullptr) {
-        closeOutput();
-        return;
-    }
-    output_ = new OutputWindow(player_, outputTarget, *screen);
-    output_->setAttribute(Qt::WA_DeleteOnClose);
-    connect(&output_->view(), &PictureView::resized, this, [this] { settle_.start(); });
-    connect(output_, &OutputWindow::closed, this, [this] {
-        output_ = nullptr;
-        settle_.start();
-    });
-    settle_.start();
+    const PictureView* whole = output_->view();
+    player_.setPictureSize((whole != nullptr ? *whole : picture_).pixels());
 }
 
 void PictureActions::closeOutput() {
-    if (output_ != nullptr)
-        output_->close();
+    output_->close();
 }
 
 QString PictureActions::message() const {

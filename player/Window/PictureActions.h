@@ -6,11 +6,9 @@
 
 #include <QMainWindow>
 
-class QScreen;
-
 namespace tarnwick::player {
 
-class OutputWindow;
+class DisplayOutput;
 class PictureView;
 
 class PictureActions : public QObject {
@@ -24,10 +22,7 @@ class PictureActions : public QObject {
 
   private:
     void addScales(Actions& actions);
-    void addDisplays(Actions& actions);
     void fitPicture();
-    // Shows the picture alone on a display, or ends that.
-    void toggleOutput(QScreen* screen);
     void showState();
     QString message() const; // over the picture; empty: none
     QString status() const;
@@ -35,8 +30,8 @@ class PictureActions : public QObject {
     Player& player_;
     QMainWindow& window_;
     PictureView& picture_;
-    OutputWindow* output_ = nullptr; // null while it is not shown
-    QTimer settle_;                  // after the picture was resized
+    DisplayOutput* output_;
+    QTimer settle_; // after the picture was resized
     bool showsFigures_ = false;
 };
 

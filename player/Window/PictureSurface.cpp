@@ -12,16 +12,27 @@ namespace {
 
 constexpr int retiredInterval = 20; // milliseconds between two looks at a retired surface
 
-bool presentsVulkan() {
-    const QString platform = QGuiApplication::platformName();
-    return platform == QStringLiteral("xcb") || platform.startsWith(QStringLiteral("wayland"));
+bool isX11() {
+    return QGuiApplication::platformName() == QStringLiteral("xcb");
+}
+
+bool isWayland() {
+    return QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
 }
 
 } // namespace
 
+bool PictureSurface::isBelowWidgets() {
+    return isX11();
+}
+
+bool PictureSurface::endsWhenHidden() {
+    return isWayland();
+}
+
 std::unique_ptr<PictureSurface> PictureSurface::make(std::shared_ptr<gpu::Device> device,
                                                      QWidget& parent) {
-    if (!device || !presentsVulkan())
+    if (!device || !(isX11() || isWayland()))
         return nullptr;
     std::unique_ptr<PictureSurface> made(new PictureSurface(std::move(device)));
     made->instance_.setVkInstance(static_cast<VkInstance>(made->device_->vulkanInstance()));
@@ -30,8 +41,9 @@ std::unique_ptr<PictureSurface> PictureSurface::make(std::shared_ptr<gpu::Device
     made->window_ = new PictureWindow;
     made->window_->setVulkanInstance(&made->instance_);
     made->container_.reset(QWidget::createWindowContainer(made->window_, &parent));
-    // Native, as are the labels over it: only siblings that are native have an order.
-    made->container_->setAttribute(Qt::WA_NativeWindow);
+    // Native, as are the labels over it: only siblings that are native have an order. On Wayland
+    // the window must be a child of the top window, because nothing else has a surface.
+    made->container_->setAttribute(Qt::WA_NativeWindow, isBelowWidgets());
     made->container_->setFocusPolicy(Qt::NoFocus);
     // It would pass drags on to its window, whose events the parent takes, for ever.
     made->container_->setAcceptDrops(false);

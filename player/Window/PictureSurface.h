@@ -22,6 +22,13 @@ class PictureSurface {
     PictureSurface(const PictureSurface&) = delete;
     PictureSurface& operator=(const PictureSurface&) = delete;
 
+    // Whether native widgets can be over the window: on X11. On Wayland they have no surfaces of
+    // their own, so the window would be over them.
+    static bool isBelowWidgets();
+
+    // Whether the surface is destroyed while the window is hidden: on Wayland.
+    static bool endsWhenHidden();
+
     PictureWindow& window() { return *window_; }
     QWidget& container() { return *container_; }
     // Null if the device cannot present on the window.

@@ -36,14 +36,9 @@ PictureView::PictureView(Player& player, int id, QWidget* parent)
     makeSurface();
     message_ = label(Qt::AlignCenter);
     figures_ = new FrameGraph(this);
-    figures_->setAttribute(Qt::WA_NativeWindow, surface_ != nullptr);
+    figures_->setAttribute(Qt::WA_NativeWindow, surface_ && PictureSurface::isBelowWidgets());
     figures_->hide();
-    connect(&player_, &Player::deviceChanged, this, [this] {
-        dropTarget();
-        makeSurface();
-        layOut();
-        attach();
-    });
+    connect(&player_, &Player::deviceChanged, this, &PictureView::renewSurface);
 }
 
 PictureView::~PictureView() {
@@ -55,7 +50,7 @@ void PictureView::makeSurface() {
     if (!surface_)
         return;
     for (QWidget* widget : std::initializer_list<QWidget*>{this, message_, figures_})
-        if (widget != nullptr)
+        if (widget != nullptr && PictureSurface::isBelowWidgets())
             widget->setAttribute(Qt::WA_NativeWindow);
     PictureWindow& window = surface_->window();
     window.installEventFilter(this);
@@ -64,13 +59,27 @@ void PictureView::makeSurface() {
         player_.picture().exposeTarget(id_);
     });
     connect(&window, &PictureWindow::sizeChanged, this, &PictureView::layOut);
+    connect(&window, &QWindow::visibleChanged, this, [this](bool isVisible) {
+        if (isVisible || !PictureSurface::endsWhenHidden())
+            return;
+        leaveSurface();
+        // Qt 6.4 keeps the Vulkan surface of a window whose Wayland surface it destroyed.
+        QMetaObject::invokeMethod(this, &PictureView::renewSurface, Qt::QueuedConnection);
+    });
     if (isVisible())
         surface_->container().show();
 }
 
+void PictureView::renewSurface() {
+    dropTarget();
+    makeSurface();
+    layOut();
+    attach();
+}
+
 QLabel* PictureView::label(Qt::Alignment alignment) {
     auto* made = new QLabel(this);
-    made->setAttribute(Qt::WA_NativeWindow, surface_ != nullptr);
+    made->setAttribute(Qt::WA_NativeWindow, surface_ && PictureSurface::isBelowWidgets());
     made->setAlignment(alignment);
     made->setWordWrap(alignment == Qt::AlignCenter);
     made->setMargin(8);
@@ -89,7 +98,10 @@ void PictureView::attach() {
     std::unique_ptr<FrameTarget> target = surface_ ? surface_->newTarget() : nullptr;
     if (!target && surface_)
         surface_->container().hide();
-    if (!target)
+    if (target) {
+        surfaceState_ = std::make_shared<SurfaceState>();
+        target = std::make_unique<ClosableTarget>(std::move(target), surfaceState_);
+    } else {
         target = std::make_unique<ImageTarget>(
             *device, size, [view = QPointer<PictureView>(this)](Picture picture) {
                 QMetaObject::invokeMethod(
@@ -102,11 +114,17 @@ void PictureView::attach() {
                     },
                     Qt::QueuedConnection);
             });
+    }
     player_.picture().addTarget(id_, std::move(target), size);
     isAttached_ = true;
 }
 
 void PictureView::dropTarget() {
+    if (PictureSurface::endsWhenHidden()) {
+        leaveSurface();
+        surface_.reset();
+        return;
+    }
     std::future<void> gone;
     if (isAttached_)
         gone = player_.picture().removeTarget(id_);
@@ -117,15 +135,23 @@ void PictureView::dropTarget() {
 
 // The platform destroys the surface with its window, such as that of an output that is closed.
 void PictureView::leaveSurface() {
-    if (isAttached_)
-        player_.picture().removeTarget(id_).wait_for(longestLeave);
+    if (!isAttached_)
+        return;
+    if (surfaceState_)
+        surfaceState_->close();
+    const auto gone = player_.picture().removeTarget(id_);
+    const bool isGone = gone.wait_for(longestLeave) == std::future_status::ready;
+    if (surfaceState_ && !isGone)
+        surfaceState_->abandon();
+    surfaceState_.reset();
     isAttached_ = false;
 }
 
 PixelSize PictureView::pixels() const {
     const double ratio = devicePixelRatioF();
-    return {static_cast<std::uint32_t>(std::max(0.0, width() * ratio)),
-            static_cast<std::uint32_t>(std::max(0.0, height() * ratio))};
+    const QSize size = surface_ ? surface_->container().size() : this->size();
+    return {static_cast<std::uint32_t>(std::max(0.0, size.width() * ratio)),
+            static_cast<std::uint32_t>(std::max(0.0, size.height() * ratio))};
 }
 
 void PictureView::setMessage(const QString& message) {
@@ -147,8 +173,21 @@ void PictureView::addFrame(double frameSeconds) {
 }
 
 void PictureView::layOut() {
-    if (surface_)
-        surface_->container().setGeometry(rect());
+    if (!surface_ || PictureSurface::isBelowWidgets()) {
+        if (surface_)
+            surface_->container().setGeometry(rect());
+        layOutOver();
+        return;
+    }
+    const QRect rest = layOutBeside();
+    if (rest == surface_->container().geometry())
+        return;
+    surface_->container().setGeometry(rest);
+    player_.picture().resizeTarget(id_, pixels());
+    emit resized();
+}
+
+void PictureView::layOutOver() {
     if (message_->isVisible()) {
         const int side = std::min(width() - 20, 520);
         message_->setFixedWidth(std::max(side, 40));
@@ -161,6 +200,21 @@ void PictureView::layOut() {
         figures_->move(width() - figures_->width() - 8, 8);
         figures_->raise();
     }
+}
+
+QRect PictureView::layOutBeside() {
+    QRect rest = rect();
+    if (figures_->isVisible()) {
+        figures_->move(width() - figures_->width(), 0);
+        rest.setTop(figures_->geometry().bottom() + 1);
+    }
+    if (message_->isVisible()) {
+        message_->setFixedWidth(std::max(width(), 40));
+        message_->adjustSize();
+        message_->move(0, height() - message_->height());
+        rest.setBottom(message_->y() - 1);
+    }
+    return rest;
 }
 
 void PictureView::resizeEvent(QResizeEvent*) {
@@ -177,14 +231,16 @@ void PictureView::paintEvent(QPaintEvent*) {
         painter.drawImage(rect(), image_);
 }
 
-// The pointer in the picture, which the view's size holds as a whole.
+// The pointer in the picture, which its window holds as a whole.
 void PictureView::point(const QPointF& place) {
-    if (width() < 1 || height() < 1)
+    const QSize whole = surface_ ? surface_->container().size() : size();
+    if (whole.isEmpty())
         return;
     const auto share = [](double at, int side) {
         return static_cast<float>(std::clamp(at / side, 0.0, 1.0));
     };
-    player_.setMouse(std::array{share(place.x(), width()), 1 - share(place.y(), height())});
+    player_.setMouse(
+        std::array{share(place.x(), whole.width()), 1 - share(place.y(), whole.height())});
 }
 
 void PictureView::mousePressEvent(QMouseEvent* event) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "player/App/Player.h"
+#include "player/Window/ClosableTarget.h"
 #include "player/Window/PictureSurface.h"
 
 #include <QImage>
@@ -24,9 +25,10 @@ class PictureView : public QWidget {
     PictureView(Player& player, int id, QWidget* parent = nullptr);
     ~PictureView() override;
 
-    // A text over the picture; empty: none.
+    // A text over the picture, or below it on Wayland; empty: none.
     void setMessage(const QString& message);
-    // Lines of figures in a corner, over the times of the last frames; empty: none.
+    // Lines of figures in a corner, or above the picture on Wayland, over the times of the last
+    // frames; empty: none.
     void setFigures(const QString& figures);
     void addFrame(double frameSeconds); // to these times
     // The picture's size in pixels of the screen.
@@ -44,16 +46,20 @@ class PictureView : public QWidget {
 
   private:
     void makeSurface(); // of the present device
-    void attach();      // a target of the present device
-    void dropTarget();  // with the surface
+    void renewSurface();
+    void attach();     // a target of the present device
+    void dropTarget(); // with the surface
     void leaveSurface();
     void layOut();
+    void layOutOver();
+    QRect layOutBeside(); // the rest of the view
     void point(const QPointF& place);
     QLabel* label(Qt::Alignment alignment);
 
     Player& player_;
     int id_;
-    std::unique_ptr<PictureSurface> surface_; // null where frames are painted
+    std::unique_ptr<PictureSurface> surface_;    // null where frames are painted
+    std::shared_ptr<SurfaceState> surfaceState_; // of the attached target; null without one
     QLabel* message_ = nullptr;
     FrameGraph* figures_ = nullptr;
     QImage image_; // the last frame, where frames are painted

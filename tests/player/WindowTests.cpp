@@ -4,6 +4,7 @@
 #include "player/Editor/FindBar.h"
 #include "player/Panels/ParametersPanel.h"
 #include "player/Panels/ProblemsPanel.h"
+#include "player/Window/ClosableTarget.h"
 #include "player/Window/DocumentTabs.h"
 #include "player/Window/MainWindow.h"
 #include "tests/player/QtMain.h"
@@ -131,6 +132,10 @@ TEST_F(Window, hasATabForEachDocument) {
     EXPECT_EQ(tabs->count(), 2);
     EXPECT_EQ(tabs->tabText(1), "Second");
     EXPECT_EQ(player.active(), second);
+    EXPECT_EQ(window.windowTitle(), "Second[*]");
+    EXPECT_FALSE(window.isWindowModified());
+    window.findChild<DocumentTabs*>()->editor()->append("// more");
+    EXPECT_TRUE(window.isWindowModified());
     tabs->setCurrentIndex(0);
     EXPECT_EQ(player.active(), document);
     player.close(document);
@@ -138,6 +143,46 @@ TEST_F(Window, hasATabForEachDocument) {
     EXPECT_EQ(player.active(), second);
     player.close(second);
     EXPECT_EQ(player.active(), nullptr);
+    EXPECT_EQ(window.windowTitle(), "Tarnwick");
+}
+
+// Counts what a surface would show.
+struct CountingTarget : FrameTarget {
+    CountingTarget(int& calls, int& ends) : FrameTarget(1), calls(calls), ends(ends) {}
+    ~CountingTarget() override { ++ends; }
+    void resize(const PixelSize&) override {}
+    bool waitForRoom(double) override { return ++calls > 0; }
+    const gpu::Texture* nextTexture() override {
+        ++calls;
+        return nullptr;
+    }
+    void present(gpu::CommandBuffer) override { ++calls; }
+    int& calls;
+    int& ends;
+};
+
+TEST(ClosableTarget, leavesASurfaceThatIsClosed) {
+    int calls = 0, ends = 0;
+    for (const bool isGone : {false, true}) {
+        const auto surface = std::make_shared<SurfaceState>();
+        auto inner = std::make_unique<CountingTarget>(calls, ends);
+        const CountingTarget* left = inner.get();
+        {
+            ClosableTarget target(std::move(inner), surface);
+            target.nextTexture();
+            EXPECT_TRUE(target.waitForRoom(0));
+            EXPECT_EQ(std::exchange(calls, 0), 2);
+            surface->close();
+            target.nextTexture();
+            EXPECT_FALSE(target.waitForRoom(0));
+            EXPECT_EQ(calls, 0);
+            if (isGone)
+                surface->abandon();
+        }
+        EXPECT_EQ(ends, 1) << "an abandoned one is not destroyed";
+        if (isGone)
+            delete left;
+    }
 }
 
 } // namespace

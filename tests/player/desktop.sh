@@ -65,7 +65,7 @@ to() {
     comes 20 has_window "$1" || complain "There is no window $1."
     xdotool windowfocus --sync "$(window "$1")" key "${@:2}"
 }
-main='Tarnwick$'
+main='^gradient'
 
 cat >gradient.metal <<'TEXT'
 // @length 1
