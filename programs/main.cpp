@@ -7,7 +7,6 @@
 #include "programs/Doctor/ProgramReport.h"
 #include "programs/Manual/ManualPages.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <new>
@@ -45,6 +44,10 @@ constexpr std::array commands{
     &releaseCommand,
     &playCommand,
     &saverCommand,
+    &saverInstallCommand,
+    &saverListCommand,
+    &saverPreviewCommand,
+    &saverUninstallCommand,
     &devicesCommand,
     &doctorCommand,
 };
@@ -52,7 +55,7 @@ constexpr std::array commands{
 
 std::string programHelp() {
     std::string help = "usage: tarnwick COMMAND ...\n\n";
-    constexpr std::size_t column = 14;
+    constexpr std::size_t column = 19;
     for (const Command* command : commands) {
         std::string title = "  " + std::string(command->name);
         title.resize(column, ' ');
@@ -86,21 +89,24 @@ Status runCommand(const Command& command, std::span<const char* const> words) {
     return command.run(Arguments(formOf(command), words));
 }
 
-const Command& commandNamed(std::string_view name) {
-    const auto command = std::find_if(commands.begin(), commands.end(),
-                                      [&](const Command* known) { return known->name == name; });
-    if (command == commands.end())
-        misuse(quoted(name) + " is not a command; tarnwick --help lists them.");
-    return **command;
+// Requires a word.
+const Command& commandNamed(std::span<const char* const> words, std::size_t& wordCount) {
+    const Command* command = commandIn(commands, words, wordCount);
+    if (command == nullptr)
+        misuse(quoted(words[0]) + " is not a command; tarnwick --help lists them.");
+    return *command;
 }
 
 Status help(std::span<const char* const> words) {
-    if (words.size() > 1)
-        misuse(quoted(words[1]) + " is unexpected: tarnwick help takes one command.");
-    if (!words.empty())
-        return runCommand(commandNamed(words[0]), std::array{"--help"});
-    print(programHelp());
-    return Status::done;
+    if (words.empty()) {
+        print(programHelp());
+        return Status::done;
+    }
+    std::size_t wordCount = 0;
+    const Command& command = commandNamed(words, wordCount);
+    if (words.size() > wordCount)
+        misuse(quoted(words[wordCount]) + " is unexpected: tarnwick help takes one command.");
+    return runCommand(command, std::array{"--help"});
 }
 
 Status runProgram(std::span<const char* const> words) {
@@ -117,10 +123,13 @@ Status runProgram(std::span<const char* const> words) {
     }
     if (name == "--manual") // run by the build
         return writeManual(commands, words.subspan(1));
-    if (name != "--version" && name != "version")
-        return runCommand(commandNamed(name), words.subspan(1));
-    print(programReport());
-    return Status::done;
+    if (name == "--version" || name == "version") {
+        print(programReport());
+        return Status::done;
+    }
+    std::size_t wordCount = 0;
+    const Command& command = commandNamed(words, wordCount);
+    return runCommand(command, words.subspan(wordCount));
 }
 
 // Prints the error, if there is one.

@@ -1,12 +1,15 @@
 #include "saver/HostWindow.h"
 
+#include "TarnwickPlatform/Dispatch/HostClock.h"
 #include "saver/HostError.h"
 
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <X11/extensions/dpms.h>
 #include <X11/keysym.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <sstream>
@@ -53,17 +56,35 @@ Window virtualRoot(Display* display, Window root) {
     return root;
 }
 
-// Whether a window is small and within another that is not the root.
-bool isSmallPart(Display* display, Window window, const XWindowAttributes& attributes) {
-    Window root = 0, parent = 0, *list = nullptr;
-    unsigned count = 0;
-    XWindowAttributes screen{};
-    if (XQueryTree(display, window, &root, &parent, &list, &count) == 0 ||
-        XGetWindowAttributes(display, root, &screen) == 0)
-        return false;
-    const std::unique_ptr<Window, FreedByX> children(list);
-    return parent != root && window != root && 2 * attributes.width < screen.width &&
-           2 * attributes.height < screen.height;
+bool hasProperty(Display* display, Window window, const char* name) {
+    const Atom property = XInternAtom(display, name, True);
+    int count = 0;
+    const std::unique_ptr<Atom, FreedByX> all(XListProperties(display, window, &count));
+    return property != None && std::count(all.get(), all.get() + count, property) > 0;
+}
+
+// Whether a window is within a window of a program that people see as a window: the settings. A
+// window within a cover of the screen, as mate-screensaver makes it, is not: window managers do not
+// manage covers (ICCCM 2.0, 4.1.10), and mark what they manage with WM_STATE (4.1.3.1).
+bool isWithinWindow(Display* display, Window window) {
+    Window outermost = 0;
+    for (Window at = window;;) {
+        Window root = 0, parent = 0, *list = nullptr;
+        unsigned count = 0;
+        if (XQueryTree(display, at, &root, &parent, &list, &count) == 0 || at == root)
+            return false;
+        const std::unique_ptr<Window, FreedByX> children(list);
+        if (at != window && hasProperty(display, at, "WM_STATE"))
+            return true;
+        if (parent == root)
+            outermost = at;
+        if (outermost != 0)
+            break;
+        at = parent;
+    }
+    XWindowAttributes attributes{};
+    return outermost != window && XGetWindowAttributes(display, outermost, &attributes) != 0 &&
+           attributes.override_redirect == False;
 }
 
 // A colour channel of 8 bits, shifted to the bits of a visual's mask.
@@ -85,6 +106,8 @@ struct HostWindow::Parts {
     bool isPreview = false;
     bool isMapped = false;
     bool isCovered = false;
+    bool isScreenOff = false;
+    double screenLook = 0; // seconds of the host clock: of isScreenOff
     bool isGone = false;
     PixelSize size;
     Atom protocols = 0, deleteWindow = 0;
@@ -101,6 +124,7 @@ struct HostWindow::Parts {
     void makeOwn(const PixelSize& wanted);
     void adopt();
     void take(XEvent& event, News& news);
+    void lookAtScreen();
 };
 
 void HostWindow::Parts::choose(const WindowChoice& choice) {
@@ -132,7 +156,7 @@ void HostWindow::Parts::adopt() {
         throw HostError("There is no window " + hexadecimal(window) + " on this display.");
     visual = attributes.visual;
     depth = attributes.depth;
-    isPreview = !isOwn && isSmallPart(display, window, attributes);
+    isPreview = !isOwn && isWithinWindow(display, window);
     isMapped = isOwn || attributes.map_state != IsUnmapped;
     size = {static_cast<std::uint32_t>(attributes.width),
             static_cast<std::uint32_t>(attributes.height)};
@@ -174,6 +198,21 @@ void HostWindow::Parts::take(XEvent& event, News& news) {
     default:
         break;
     }
+}
+
+// The server sends no event when the screen is switched off.
+void HostWindow::Parts::lookAtScreen() {
+    constexpr double interval = 1; // seconds
+    const double now = currentMediaTime();
+    if (isGone || now - screenLook < interval)
+        return;
+    screenLook = now;
+    int event = 0, error = 0;
+    CARD16 level = DPMSModeOn;
+    BOOL isEnabled = False;
+    isScreenOff = DPMSQueryExtension(display, &event, &error) != 0 &&
+                  DPMSInfo(display, &level, &isEnabled) != 0 && isEnabled != 0 &&
+                  level != DPMSModeOn;
 }
 
 bool HostWindow::hasDisplay() {
@@ -229,8 +268,12 @@ bool HostWindow::isPreview() const {
     return parts_->isPreview;
 }
 
+bool HostWindow::isOwn() const {
+    return parts_->isOwn;
+}
+
 bool HostWindow::isVisible() const {
-    return parts_->isMapped && !parts_->isCovered;
+    return parts_->isMapped && !parts_->isCovered && !parts_->isScreenOff;
 }
 
 HostWindow::News HostWindow::readNews() {
@@ -240,6 +283,7 @@ HostWindow::News HostWindow::readNews() {
         XNextEvent(parts_->display, &event);
         parts_->take(event, news);
     }
+    parts_->lookAtScreen();
     return news;
 }
 

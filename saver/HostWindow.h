@@ -45,10 +45,11 @@ class HostWindow {
     // The window was destroyed or closed, or the display went away.
     bool isGone() const;
     // Whether it looks like the small picture in the settings of another program: a given window
-    // that is within another one and has less than half of the screen's width and height.
-    // (XScreenSaver gives no other sign.)
+    // within a window that is not a cover of the screen. (XScreenSaver gives no other sign.)
     bool isPreview() const;
-    // Mapped and not fully covered.
+    // Made by the constructor, not by another program.
+    bool isOwn() const;
+    // Mapped and not fully covered, on a screen that is not switched off (DPMS 1.2).
     bool isVisible() const;
 
     // Never blocks.

@@ -4,6 +4,7 @@
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Format.h"
 #include "TarnwickRender/Targets/FrameTarget.h"
+#include "saver/Enlarger.h"
 #include "saver/Geometry.h"
 
 #include <cstdint>
@@ -58,6 +59,10 @@ class MTKView {
     // the delegate.
     void superviewDidResize(const Rectangle& bounds);
 
+    // Draws the next frames smaller than the view by this factor of both sides, in (0, 1], and
+    // enlarges them. Calls the delegate if that changes the size. Default: 1.
+    void setDrawableScale(double scale);
+
     // One frame: calls the delegate's drawInMTKView. Blocks while there is no room for one.
     void draw();
 
@@ -78,10 +83,15 @@ class MTKView {
     void present(gpu::CommandBuffer commands);
 
   private:
+    PixelSize drawableSize() const;
+
     Rectangle frame_;
     std::shared_ptr<gpu::Device> device_; // shared with the objects made from it
     std::unique_ptr<FrameTarget> target_;
     const gpu::Texture* drawable_ = nullptr; // owned by the target
+    const gpu::Texture* smaller_ = nullptr;  // owned by the enlarger; null at the scale 1
+    std::unique_ptr<Enlarger> enlarger_;     // made for the first smaller frame
+    double scale_ = 1;
 };
 
 } // namespace tarnwick

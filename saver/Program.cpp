@@ -9,8 +9,8 @@
 #include "TarnwickCore/Findings/Encoding.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "TarnwickPlatform/Pictures/PNG.h"
-#include "saver/HostError.h"
 #include "saver/CommandLine/HostOptions.h"
+#include "saver/HostError.h"
 #include "saver/Offscreen.h"
 #include "saver/WindowHost.h"
 
@@ -51,7 +51,8 @@ void checkPicture(const HostOptions& options) {
 Status drawPicture(const HostOptions& options, const Bundle& bundle, double seconds,
                    std::ostream& out, std::ostream& errors) {
     checkPicture(options);
-    const OffscreenRun run = drawOffscreen(bundle, kindOf(options), sizeOf(options), seconds);
+    const OffscreenRun run =
+        drawOffscreen(bundle, kindOf(options), sizeOf(options), seconds, options.params);
     writePNG(run.last, options.picture);
     for (const std::string& remark : run.settingsRemarks)
         errors << remark << '\n';
@@ -84,7 +85,11 @@ Status show(const HostOptions& options, const Bundle& bundle, std::ostream& out,
         say(failure);
         hasFailed = true;
     };
-    showInWindow(bundle, kindOf(options), choice, fail, say);
+    showInWindow({.bundle = bundle,
+                  .kind = kindOf(options),
+                  .share = options.share,
+                  .params = options.params},
+                 choice, fail, say);
     return hasFailed ? Status::failed : Status::done;
 }
 

@@ -18,12 +18,12 @@ constexpr double failureBandHalf = 40;  // points, above and below the middle
 } // namespace
 
 TarnwickSaverView::TarnwickSaverView(const Rectangle& frame, ScreenKind kind, const Bundle& bundle,
-                                     HostClock hostClock)
+                                     HostClock hostClock, const ParamValues& params)
     : ScreenSaverView(frame, kind), hostClock_(std::move(hostClock)) {
-    setUp(bundle);
+    setUp(bundle, params);
 }
 
-void TarnwickSaverView::setUp(const Bundle& bundle) {
+void TarnwickSaverView::setUp(const Bundle& bundle, const ParamValues& params) {
     setAnimationTimeInterval(1 / framesPerSecond);
     std::shared_ptr<gpu::Device> device = gpu::Device::systemDefault();
     if (!device) {
@@ -39,6 +39,7 @@ void TarnwickSaverView::setUp(const Bundle& bundle) {
         return;
     }
     readSettings(bundle);
+    setParams(params);
     const Episode episode = Episode::of(*std::move(source));
     try {
         program_ = ShaderProgram::compile(episode, *device, gpu::PixelFormat::bgra8Unorm);
@@ -68,6 +69,13 @@ void TarnwickSaverView::readSettings(const Bundle& bundle) {
         settings_ = Settings::decode(*text);
     } catch (const DocumentError& error) {
         settingsRemarks_.push_back(sentence + ": " + error.what());
+    }
+}
+
+void TarnwickSaverView::setParams(const ParamValues& params) {
+    for (const auto& [name, value] : params) {
+        settings_.values[name] = value;
+        settings_.keys.clear(name);
     }
 }
 

@@ -25,8 +25,9 @@ namespace tarnwick {
 // GPU; waits for a drawable if the host draws while no drawable is free.
 class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate {
   public:
+    // `params` replace base values and keys of the bundle's settings.
     TarnwickSaverView(const Rectangle& frame, ScreenKind kind, const Bundle& bundle,
-                      HostClock hostClock = currentMediaTime);
+                      HostClock hostClock = currentMediaTime, const ParamValues& params = {});
 
     void animateOneFrame() override {} // the subview's host drives the drawing
     void drawRect(Picture& picture) const override;
@@ -49,8 +50,9 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
     double clock() const { return clock_; } // seconds during which frames were drawn
 
   private:
-    void setUp(const Bundle& bundle);
+    void setUp(const Bundle& bundle, const ParamValues& params);
     void readSettings(const Bundle& bundle);
+    void setParams(const ParamValues& params);
     void fitSettings();
     void addMetalView(std::shared_ptr<gpu::Device> device);
 

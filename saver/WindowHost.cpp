@@ -2,8 +2,10 @@
 
 #include "TarnwickBase/EndSignals.h"
 #include "TarnwickRender/Targets/FrameClock.h"
-#include "saver/HostError.h"
 #include "TarnwickRender/Targets/WindowTarget.h"
+#include "saver/Guest/Priority.h"
+#include "saver/GuestWork.h"
+#include "saver/HostError.h"
 
 #include <algorithm>
 #include <array>
@@ -46,15 +48,20 @@ void wait(const HostWindow& window, const HeldSignals& signals, double seconds) 
 }
 
 // Draws a frame if one is due and there is room for it. Returns the seconds until the next step.
-double drawWhenDue(MTKView& metal, FrameClock& frames) {
-    if (!metal.waitForRoom(longestWait))
+double drawWhenDue(MTKView& metal, FrameClock& frames, std::optional<GuestWork>& guest) {
+    // A guest draws one frame at a time, whose time is then known.
+    if ((guest && !metal.waitUntilDrawn(longestWait)) || !metal.waitForRoom(longestWait))
         return 0;
     const double now = currentMediaTime();
-    const double left = frames.secondsUntilDue(now);
+    if (guest)
+        guest->frameDone(metal, now);
+    const double left = std::max(frames.secondsUntilDue(now), guest ? guest->rest(now) : 0);
     if (left > 0)
         return std::min(left, longestWait);
     frames.begin(now);
     metal.draw();
+    if (guest)
+        guest->frameBegun(now);
     return 0;
 }
 
@@ -78,7 +85,7 @@ class Speaker {
 };
 
 void showUntilEnd(TarnwickSaverView& view, HostWindow& window, const HeldSignals& signals,
-                  Speaker& speaker) {
+                  Speaker& speaker, std::optional<GuestWork>& guest) {
     FrameClock frames(view.metal() != nullptr ? view.metal()->preferredFramesPerSecond : 1);
     double shown = 0; // time of the background, in seconds of the host clock
     bool isBackgroundStale = true;
@@ -98,7 +105,7 @@ void showUntilEnd(TarnwickSaverView& view, HostWindow& window, const HeldSignals
             shown = currentMediaTime();
         }
         const bool draws = metal != nullptr && window.isVisible();
-        const double left = draws ? drawWhenDue(*metal, frames) : longestWait;
+        const double left = draws ? drawWhenDue(*metal, frames, guest) : longestWait;
         speaker.say(view.failure() ? view.failure() : view.absence());
         if (left > 0)
             wait(window, signals, left);
@@ -107,14 +114,16 @@ void showUntilEnd(TarnwickSaverView& view, HostWindow& window, const HeldSignals
 
 } // namespace
 
-void showInWindow(const Bundle& bundle, ScreenKind kind, const WindowChoice& choice,
+void showInWindow(const HostedSaver& saver, const WindowChoice& choice,
                   const std::function<void(const std::string&)>& failed,
                   const std::function<void(const std::string&)>& remarked) {
     HeldSignals signals;
     HostWindow window(choice);
-    const ScreenKind shown = window.isPreview() ? ScreenKind::preview : kind;
-    TarnwickSaverView view(frameOf(window), shown,
-                           bundle); // after its window, so that it is destroyed first
+    if (!window.isOwn())
+        takeLowestPriority(); // before the threads of the device
+    const ScreenKind shown = window.isPreview() ? ScreenKind::preview : saver.kind;
+    // After its window, so that it is destroyed first.
+    TarnwickSaverView view(frameOf(window), shown, saver.bundle, currentMediaTime, saver.params);
     window.setTitle(view.settings().name);
     Speaker speaker(failed);
     for (const std::string& remark : view.settingsRemarks())
@@ -122,7 +131,11 @@ void showInWindow(const Bundle& bundle, ScreenKind kind, const WindowChoice& cho
     speaker.say(view.failure());
     if (!view.failure())
         attach(*view.metal(), window);
-    showUntilEnd(view, window, signals, speaker);
+    // In a window of its own somebody plays with it.
+    std::optional<GuestWork> guest;
+    if (!view.failure() && (saver.share || !window.isOwn()))
+        guest.emplace(*view.metal(), saver.share);
+    showUntilEnd(view, window, signals, speaker, guest);
     signals.answer();
     endSoon(speaker.hasSpoken() ? 1 : 0); // the device may work for longer
 }

@@ -8,11 +8,19 @@
 
 namespace tarnwick {
 
+// What is shown.
+struct HostedSaver {
+    Bundle bundle;
+    ScreenKind kind = ScreenKind::fullScreen;
+    std::optional<double> share; // of the machine, (0, 1]; absent: the default of --share
+    ParamValues params;          // instead of the settings of the bundle
+};
+
 // Blocks. Calls `failed` with the saver's failure before the failure screen is shown, and with the
 // reason why frames are black if the device cannot make the GPU objects of the episode; `remarked`
 // with errors in the settings. Throws HostError. The process then ends within two seconds, also
 // while the device still draws: with status 1 if `failed` was called, else 0.
-void showInWindow(const Bundle& bundle, ScreenKind kind, const WindowChoice& choice,
+void showInWindow(const HostedSaver& saver, const WindowChoice& choice,
                   const std::function<void(const std::string&)>& failed,
                   const std::function<void(const std::string&)>& remarked);
 

@@ -5,8 +5,8 @@
 #include "TarnwickBase/WholeFile.h"
 #include "TarnwickPlatform/Bundle/Bundle.h"
 #include "player/Exports/NewPlace.h"
+#include "saver/Installing/SaverPlaces.h"
 
-#include <cstdlib>
 #include <system_error>
 
 namespace tarnwick::player {
@@ -40,12 +40,7 @@ fs::path makeSaver(const EpisodeCopy& episode, const std::string& name, const fs
 }
 
 fs::path saversFolder() {
-    const char* data = std::getenv("XDG_DATA_HOME");
-    const char* home = std::getenv("HOME");
-    const fs::path base = data != nullptr && fs::path(data).is_absolute()
-                              ? fs::path(data)
-                              : fs::path(home != nullptr ? home : "/") / ".local" / "share";
-    return base / "tarnwick" / "savers";
+    return saverPlaces().savers;
 }
 
 } // namespace tarnwick::player

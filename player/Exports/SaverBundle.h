@@ -19,8 +19,7 @@ struct SaverBundleError : std::runtime_error {
 std::filesystem::path makeSaver(const EpisodeCopy& episode, const std::string& name,
                                 const std::filesystem::path& folder);
 
-// The user's folder for savers: XDG_DATA_HOME/tarnwick/savers (XDG Base Directory Specification
-// 0.8); default: below ~/.local/share.
+// The user's folder for savers (SaverPlaces.h).
 std::filesystem::path saversFolder();
 
 } // namespace tarnwick::player

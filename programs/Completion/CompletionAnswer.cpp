@@ -24,13 +24,20 @@ std::vector<ParamDecl> paramsOf(const std::string& episode) {
 
 Completion commandNames(std::span<const Command* const> commands, std::string_view text) {
     Completion found;
-    const auto add = [&](std::string_view word, std::string_view purpose) {
-        if (word.starts_with(text))
-            found.words.push_back({std::string(word), std::string(purpose)});
-    };
     for (const Command* command : commands)
-        add(command->name, command->summary);
+        if (command->name.starts_with(text) && command->name.find(' ') == std::string_view::npos)
+            found.words.push_back({std::string(command->name), std::string(command->summary)});
     return found;
+}
+
+// Adds the second words of the names that begin with `name`.
+void addSecondWords(std::span<const Command* const> commands, std::string_view name,
+                    std::string_view text, Completion& found) {
+    const std::string start = std::string(name) + " ";
+    for (const Command* command : commands)
+        if (command->name.starts_with(start + std::string(text)))
+            found.words.push_back(
+                {std::string(command->name.substr(start.size())), std::string(command->summary)});
 }
 
 Completion firstWords(std::span<const Command* const> commands, std::string_view text) {
@@ -51,10 +58,14 @@ Completion completed(std::span<const Command* const> commands, std::span<const c
     const std::string_view name = words[0];
     if (name == "help")
         return at == 1 ? commandNames(commands, words[1]) : Completion();
-    const auto command = std::ranges::find(commands, name, &Command::name);
-    return command == commands.end()
-               ? Completion()
-               : completionOf(formOf(**command), words.subspan(1), at - 1, paramsOf);
+    std::size_t wordCount = 0;
+    const Command* command = commandIn(commands, words.first(at), wordCount);
+    Completion found;
+    if (command != nullptr)
+        found = completionOf(formOf(*command), words.subspan(wordCount), at - wordCount, paramsOf);
+    if (at == 1)
+        addSecondWords(commands, name, words[1], found);
+    return found;
 }
 
 // `words` begin with the name of a program.

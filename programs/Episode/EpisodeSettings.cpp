@@ -1,5 +1,6 @@
 #include "programs/Episode/EpisodeSettings.h"
 
+#include "TarnwickCore/Animation/ValuesDocument.h"
 #include "TarnwickCore/Text/Numbers.h"
 #include "TarnwickPlatform/Bundle/Bundle.h"
 #include "programs/CommandLine/CommandError.h"
@@ -91,6 +92,13 @@ void apply(std::string_view assignment, const Episode& episode, Settings& settin
 
 Settings episodeSettingsOf(const Arguments& arguments, const Episode& episode) {
     Settings settings = documentOf(arguments, episode);
+    if (const auto file = arguments.value("--values")) {
+        const ParamValues values = documentAt(std::string(*file), "values", decodeValues);
+        for (const auto& [name, value] : fitted({.values = values}, episode, *file).values) {
+            settings.values[name] = value;
+            settings.keys.clear(name);
+        }
+    }
     for (const std::string_view assignment : arguments.values("--set"))
         apply(assignment, episode, settings);
     if (const auto file = arguments.value("--keys")) {

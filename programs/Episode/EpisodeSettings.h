@@ -10,10 +10,10 @@ namespace tarnwick {
 
 // The settings of the episode, fitted to its parameters. They come from the document that
 // --settings names; default: from the document beside the episode, unless --no-settings is given.
-// --set overrides their values, and --keys overrides both. Prints on standard error which document
-// beside the episode is read, and the settings that do not fit the episode. Throws CommandError on
-// a document that cannot be read, and on --set with an undeclared name or a value that is not a
-// finite number.
+// --values overrides their values, --set both, and --keys overrides all. Prints on standard error
+// which document beside the episode is read, and the settings that do not fit the episode. Throws
+// CommandError on a document that cannot be read, and on --set with an undeclared name or a value
+// that is not a finite number.
 Settings episodeSettingsOf(const Arguments& arguments, const Episode& episode);
 
 // The settings of another episode than the command's own: those of the document beside it.

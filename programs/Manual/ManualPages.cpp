@@ -85,7 +85,9 @@ std::string programOf(const Command& command) {
 }
 
 std::string pageNameOf(const Command& command) {
-    return "tarnwick-" + std::string(command.name);
+    std::string name = "tarnwick-" + std::string(command.name);
+    std::ranges::replace(name, ' ', '-');
+    return name;
 }
 
 ManualPage commandPage(const Command& command) {

@@ -51,6 +51,11 @@ constexpr std::array examples = std::to_array<ManualExample>({
     {"saver", "rose.metal", "Shows the episode in a window."},
     {"saver", "--root", "Shows the saver's own episode as a screen saver."},
     {"saver", "rose.metal --offscreen 5 -o last.png", "Draws for five seconds without a window."},
+    {"saver install", "rose.metal", "Installs the episode as a screen saver of this desktop."},
+    {"saver install", "rose.metal --name Dusk --set speed=0.3", "The same with another name and value."},
+    {"saver list", "", "Lists the screen savers."},
+    {"saver preview", "dusk", "Shows the saver."},
+    {"saver uninstall", "dusk", "Removes it again."},
     {"devices", "", "Lists the graphics devices."},
     {"doctor", "", "Checks drivers, codecs and other parts of this system."},
 });
@@ -81,7 +86,8 @@ constexpr std::array paths = std::to_array<ManualFact>({
     {"~/.config/tarnwick/control.json", "Bindings of OSC and MIDI.", player},
     {"~/.local/state/tarnwick", "Drafts of unsaved work, channels of episodes, and the account's token if the desktop has no keyring.", withService},
     {"~/.local/share/tarnwick/performances", "Recorded performances.", player},
-    {"~/.local/share/tarnwick/savers", "Screen savers that the player installed.", windows},
+    {"~/.xscreensaver", "The settings of XScreenSaver, to whose programs tarnwick saver install adds a line.", commandLine},
+    {"~/.local/share/tarnwick/savers", "Screen savers that tarnwick saver install and the player made.", all},
 });
 // clang-format on
 

@@ -1,9 +1,15 @@
 #include "saver/CommandLine/HostOptions.h"
 
+#include "TarnwickBase/Quoted.h"
 #include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/CommandLine/Help.h"
+#include "TarnwickCore/Text/Numbers.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
+#include <iterator>
+#include <vector>
 
 namespace tarnwick {
 namespace {
@@ -11,7 +17,7 @@ namespace {
 // Of drawing off screen: at most an hour.
 constexpr Number runSeconds{.most = 3600, .unit = "seconds", .excludesLeast = true};
 
-constexpr std::array<Option, 13> options{{
+constexpr std::array<Option, 15> options{{
     {.name = "--bundle",
      .value = "FOLDER",
      .help = "bundle to show; with an episode, the folder that becomes its bundle: files that a "
@@ -25,11 +31,16 @@ constexpr std::array<Option, 13> options{{
      .byDefault = "NAME.json beside NAME.metal",
      .excludes = "--no-settings"},
     {.name = "--no-settings", .help = "ignore the settings document beside the episode"},
+    {.name = "--param",
+     .value = "NAME=VALUE",
+     .help = "base value of a parameter, also as --param-NAME VALUE, which XScreenSaver's settings "
+             "write",
+     .byDefault = "value of the settings document, or of the @param line",
+     .isRepeatable = true},
     {.name = "--window-id",
      .value = "ID",
-     .help = "number of the window to show the saver in; a small window within another, as in "
-             "XScreenSaver's "
-             "settings, is shown like --preview",
+     .help = "number of the window to show the saver in; a window within another one, as in the "
+             "settings of desktops, is shown like --preview",
      .values = WholeNumber{.isHexadecimalToo = true},
      .byDefault = "XSCREENSAVER_WINDOW of the environment, else as --root says"},
     {.name = "--root", .help = "show the saver in the root window"},
@@ -42,6 +53,13 @@ constexpr std::array<Option, 13> options{{
      .help = "size of the saver's own window or picture",
      .values = SizeInPixels{},
      .byDefault = "1280x720, or 320x200 with --preview"},
+    {.name = "--share",
+     .value = "X",
+     .help = "share of the machine that the saver may take, of all CPUs with the CPU driver, else "
+             "of the GPU's time; the picture is drawn smaller first, then less often; half as much "
+             "on battery",
+     .values = Number{.most = 1, .excludesLeast = true},
+     .byDefault = "0.5 with the CPU driver, 1 with a GPU, no limit in a window of its own"},
     {.name = "--offscreen",
      .value = "SECONDS",
      .help = "draw off screen as fast as possible, and write the last frame to a file",
@@ -67,10 +85,41 @@ void readPath(const Arguments& arguments, std::string_view option,
         path = *given;
 }
 
-void readSeconds(const Arguments& arguments, std::string_view option,
-                 std::optional<double>& seconds) {
+void readNumber(const Arguments& arguments, std::string_view option,
+                std::optional<double>& number) {
     if (arguments.has(option))
-        seconds = arguments.numberOf(option);
+        number = arguments.numberOf(option);
+}
+
+constexpr std::string_view paramPrefix = "--param-";
+
+// The words with "--param NAME=VALUE" instead of "--param-NAME VALUE" and "--param-NAME=VALUE".
+std::vector<std::string> withPlainParams(std::span<const char* const> words) {
+    std::vector<std::string> plain;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        std::string word = words[i];
+        if (word.starts_with(paramPrefix.substr(1)))
+            word.insert(0, "-");
+        if (!word.starts_with(paramPrefix)) {
+            plain.push_back(word);
+            continue;
+        }
+        plain.emplace_back("--param");
+        plain.push_back(word.substr(paramPrefix.size()));
+        if (word.find('=') == std::string::npos && i + 1 < words.size())
+            plain.back() += "=" + std::string(words[++i]);
+    }
+    return plain;
+}
+
+void readParam(std::string_view word, ParamValues& values) {
+    const std::size_t equals = word.find('=');
+    const auto value =
+        equals == std::string_view::npos ? std::nullopt : floatOf(word.substr(equals + 1));
+    if (!value || !std::isfinite(*value))
+        throw UsageError("--param must be NAME=VALUE with a number as the value, not " +
+                         quoted(word) + ".");
+    values[std::string(word.substr(0, equals))] = *value;
 }
 
 } // namespace
@@ -87,8 +136,13 @@ std::string hostHelp() {
 }
 
 HostOptions parseHostOptions(std::span<const char* const> words) {
-    const Arguments arguments(hostForm, words);
+    const std::vector<std::string> plain = withPlainParams(words);
+    std::vector<const char*> pointers;
+    std::ranges::transform(plain, std::back_inserter(pointers), &std::string::c_str);
+    const Arguments arguments(hostForm, pointers);
     HostOptions read;
+    for (const std::string& param : arguments.values("--param"))
+        readParam(param, read.params);
     if (!arguments.operands().empty())
         read.episode = arguments.operands().front();
     readPath(arguments, "--bundle", read.bundle);
@@ -101,8 +155,9 @@ HostOptions parseHostOptions(std::span<const char* const> words) {
     read.preview = arguments.has("--preview");
     if (const auto size = arguments.value("--size"))
         read.size = sizeOf(*size);
-    readSeconds(arguments, "--offscreen", read.offscreen);
-    readSeconds(arguments, "--without-display", read.withoutDisplay);
+    readNumber(arguments, "--share", read.share);
+    readNumber(arguments, "--offscreen", read.offscreen);
+    readNumber(arguments, "--without-display", read.withoutDisplay);
     read.help = arguments.has("--help");
     read.version = arguments.has("--version");
     if ((read.settings || read.noSettings) && !read.episode && !read.help)

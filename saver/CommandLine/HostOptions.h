@@ -3,6 +3,7 @@
 
 #include "TarnwickBase/PixelSize.h"
 #include "TarnwickCore/CommandLine/Option.h"
+#include "TarnwickCore/Params.h"
 
 #include <filesystem>
 #include <optional>
@@ -17,10 +18,12 @@ struct HostOptions {
     std::optional<std::filesystem::path> episode;  // a bundle is made from it
     std::optional<std::filesystem::path> settings; // instead of the document beside the episode
     bool noSettings = false;                       // ignore the document beside the episode
+    ParamValues params;                            // base values, instead of those of the settings
     std::optional<unsigned long> window;           // the id of the X11 window to show in
     bool root = false;                             // show in the root window
     bool preview = false;
     std::optional<PixelSize> size;        // of the own window or picture; each side in [1, 16384]
+    std::optional<double> share;          // of the machine, (0, 1]
     std::optional<double> offscreen;      // seconds to draw off screen, (0, 3600]
     std::optional<double> withoutDisplay; // the same, if no display can be opened
     std::filesystem::path picture;        // the last frame drawn off screen

@@ -2,17 +2,17 @@
 . "$PROMISES/promises.sh"
 mkdir man1
 "$TARNWICK" --manual man1 || complain 'no pages' --manual
-commands=$("$TARNWICK" help | sed -n 's/^  \([a-z][a-z-]*\) .*/\1/p')
-for command in $commands player; do
-    page=man1/tarnwick-$command.1
+{ "$TARNWICK" help | sed -nE 's/^  ([a-z][a-z-]*( [a-z]+)?)  .*/\1/p'; echo player; } >commands
+while read -r command; do
+    page=man1/tarnwick-$(echo "$command" | tr ' ' -).1
     [ -f "$page" ] || complain "no page of $command" --manual
     grep -q '^\.SH EXAMPLES' "$page" || complain "no example of $command" --manual
-    [ "$command" = player ] || "$TARNWICK" help "$command" | sed -n 's/^  \(-[a-zA-Z-]*\).*/\1/p' |
+    [ "$command" = player ] || "$TARNWICK" help $command | sed -n 's/^  \(-[a-zA-Z-]*\).*/\1/p' |
         while read -r option; do
             sed 's/\\-/-/g' "$page" | grep -q -e "^.fB$option.fR" || echo "$command: no $option"
         done >out
     have ! -s out
-done
+done <commands
 for variable in $(grep -ho 'getenv("TARNWICK_[A-Z_]*' -r "$PROMISES/../../Tarnwick"* "$PROMISES/../../programs" \
     "$PROMISES/../../saver" "$PROMISES/../../player" | sed 's/.*"//' | sort -u); do
     grep -q "^.fB$variable.fR" man1/tarnwick.1 || complain "no $variable in the manual" --manual

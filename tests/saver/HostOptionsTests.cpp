@@ -25,6 +25,17 @@ TEST(HostOptions, takeOneDashOrTwo) {
     EXPECT_EQ(parse({}).picture, "saver.png");
 }
 
+// As XScreenSaver's settings write them.
+TEST(HostOptions, takeParameters) {
+    const HostOptions options = parse({"--root", "--param-speed", "-0.75", "-param-hue=.5",
+                                       "--param", "red=1", "--window-id", "7"});
+    EXPECT_EQ(options.params, (ParamValues{{"speed", -0.75f}, {"hue", 0.5f}, {"red", 1.0f}}));
+    EXPECT_EQ(options.window, 7u);
+    for (const char* word : {"red", "red=", "red=nan", "red=1x"})
+        EXPECT_THROW(parse({"--param", word}), UsageError) << word;
+    EXPECT_THROW(parse({"--param-red"}), UsageError);
+}
+
 TEST(HostOptions, refuseWhatSaysNothingSensible) {
     const std::vector<std::vector<const char*>> lines{
         {"--colour"},         {"--window-id", "0x"},  {"--window-id", "w"},

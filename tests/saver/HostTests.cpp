@@ -164,15 +164,16 @@ TEST_F(Host, showsEachFailure) {
 }
 
 // As XScreenSaver's settings give it, which do not say that it is the preview.
-TEST_F(Host, takesASmallWindowWithinAnotherForThePreview) {
+TEST_F(Host, takesAWindowWithinAnotherForThePreview) {
     const TestBundle files("");
-    const unsigned long settings = display.makeWindow({0, 0, 600, 400});
-    for (const bool isSmall : {true, false}) {
-        const Rectangle frame{10, 10, isSmall ? 300.0 : 330.0, 200};
-        const unsigned long window = display.makeWindow(frame, settings);
+    for (const bool isCover : {false, true}) {
+        const unsigned long outer =
+            isCover ? display.makeCover({0, 0, 600, 400}) : display.makeWindow({0, 0, 600, 400});
+        const unsigned long window = display.makeWindow({10, 10, 400, 200}, outer);
         ProgramRun run({"--bundle", files.folder(), "--window-id", std::to_string(window)},
                        environment());
-        expectFailureScreen(window, "The saver has no shader in it.", isSmall ? 9 : 18);
+        expectFailureScreen(window, "The saver has no shader in it.", isCover ? 18 : 9);
+        display.destroyWindow(outer);
     }
 }
 

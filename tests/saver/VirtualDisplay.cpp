@@ -83,6 +83,15 @@ unsigned long VirtualDisplay::makeWindow(const Rectangle& frame, unsigned long p
     return window;
 }
 
+unsigned long VirtualDisplay::makeCover(const Rectangle& frame) {
+    const Window window = makeWindow(frame);
+    XSetWindowAttributes attributes{};
+    attributes.override_redirect = True;
+    XChangeWindowAttributes(xlib(display_), window, CWOverrideRedirect, &attributes);
+    XSync(xlib(display_), False);
+    return window;
+}
+
 void VirtualDisplay::destroyWindow(unsigned long window) {
     XDestroyWindow(xlib(display_), window);
     XSync(xlib(display_), False);

@@ -26,6 +26,8 @@ class VirtualDisplay {
     unsigned long root() const;
     // Mapped, of this test's client, within another window, or the root.
     unsigned long makeWindow(const Rectangle& frame, unsigned long parent = 0);
+    // The same, unmanaged by window managers, as a screen saver covers the screen.
+    unsigned long makeCover(const Rectangle& frame);
     void destroyWindow(unsigned long window);
     void resizeWindow(unsigned long window, const PixelSize& size);
     void nameVirtualRoot(unsigned long window);

@@ -1,0 +1,164 @@
+// tarnwick saver install, list, preview and uninstall: savers in the user's desktop.
+#include "TarnwickBase/InstalledFiles.h"
+#include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeFile.h"
+#include "programs/Episode/EpisodeProgram.h"
+#include "programs/Episode/EpisodeSettings.h"
+#include "programs/Service/ProgramBeside.h"
+#include "programs/Terminal/TerminalText.h"
+#include "programs/Terminal/TextTable.h"
+#include "saver/Installing/InstalledSavers.h"
+
+#include <nlohmann/json.hpp>
+
+#include <array>
+#include <filesystem>
+
+namespace tarnwick {
+namespace {
+
+using nlohmann::ordered_json;
+
+std::string linesOf(const std::vector<std::string>& sentences) {
+    std::string lines;
+    for (const std::string& sentence : sentences)
+        lines += terminalText(sentence) + "\n";
+    return lines;
+}
+
+template <class Work> auto reported(const Work& work) {
+    try {
+        return work();
+    } catch (const InstallError& error) {
+        failure(terminalText(error.what()));
+    }
+}
+
+std::string nameOf(const Arguments& arguments, const Episode& episode) {
+    if (const auto given = arguments.value("--name"))
+        return std::string(*given);
+    return episode.metaKeys.contains("episode")
+               ? episode.meta.title
+               : std::filesystem::path(episode.path).stem().string();
+}
+
+Status install(const Arguments& arguments) {
+    const Episode episode = episodeAt(arguments.operand());
+    checkCompiles(episode);
+    Settings settings = episodeSettingsOf(arguments, episode);
+    settings.name = nameOf(arguments, episode);
+    if (settings.name.empty())
+        misuse("--name must not be empty.");
+    const InstallReport report = reported([&] {
+        return installSaver({.episode = episode,
+                             .settings = settings,
+                             .program = installedFile(InstalledFile::saver)},
+                            saverPlaces());
+    });
+    print(terminalText(settings.name + " is installed in " + report.bundle.string() + ".") + "\n" +
+          linesOf(report.remarks));
+    return Status::done;
+}
+
+std::string placesOf(const InstalledSaver& saver) {
+    std::string places;
+    for (const auto& [is, place] :
+         {std::pair{saver.isListed, "XScreenSaver"}, {saver.hasEntry, "mate-screensaver"}})
+        if (is)
+            places += std::string(places.empty() ? "" : ", ") + place;
+    return places.empty() ? "-" : places;
+}
+
+ordered_json objectOf(const InstalledSaver& saver) {
+    return {{"id", saver.id()},
+            {"name", saver.name},
+            {"bundle", saver.bundle.string()},
+            {"installed", saver.isInstalled},
+            {"xscreensaver", saver.isListed},
+            {"mate", saver.hasEntry}};
+}
+
+Status list(const Arguments& arguments) {
+    const std::vector<InstalledSaver> savers = installedSavers(saverPlaces());
+    ordered_json document = ordered_json::array();
+    std::vector<std::vector<std::string>> table;
+    for (const InstalledSaver& saver : savers) {
+        document.push_back(objectOf(saver));
+        table.push_back({terminalText(saver.id()), terminalText(saver.name), placesOf(saver),
+                         terminalText(saver.bundle.string())});
+    }
+    if (arguments.has("--json"))
+        print(document.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n");
+    else if (!table.empty())
+        print(textTable(table));
+    return Status::done;
+}
+
+InstalledSaver saverOf(const Arguments& arguments) {
+    const auto saver = saverNamed(arguments.operand(), saverPlaces());
+    if (!saver)
+        misuse("There is no saver " + tarnwick::quoted(arguments.operand()) +
+               "; tarnwick saver list lists them.");
+    return *saver;
+}
+
+Status preview(const Arguments& arguments) {
+    std::vector<std::string> words{"--bundle", saverOf(arguments).bundle.string()};
+    words.emplace_back(arguments.has("--small") ? "--preview" : "--window");
+    becomeSaver(words);
+}
+
+Status uninstall(const Arguments& arguments) {
+    const InstalledSaver saver = saverOf(arguments);
+    const InstallReport report = reported([&] { return uninstallSaver(saver, saverPlaces()); });
+    print(terminalText(saver.name) + " is removed.\n" + linesOf(report.remarks));
+    return Status::done;
+}
+
+constexpr auto installOptions =
+    joined(std::array<Option, 2>{{
+               {.name = "--name",
+                .value = "NAME",
+                .help = "name of the saver in the lists of desktops; installing the same name "
+                        "again replaces the saver",
+                .byDefault = "title of the episode, or name of its file"},
+               {.name = "--values",
+                .value = "FILE.json",
+                .help = "base values of parameters: a document of settings, or a JSON object of "
+                        "numbers",
+                .values = FileName{},
+                .byDefault = "values of the settings document"},
+           }},
+           animationOptions);
+constexpr std::array<Option, 1> listOptions{{{.name = "--json", .help = "print JSON"}}};
+constexpr std::array<Option, 1> previewOptions{{
+    {.name = "--small", .help = "like the small picture in the settings of desktops"},
+}};
+
+} // namespace
+
+const Command saverInstallCommand{
+    .name = "saver install",
+    .operands = "EPISODE",
+    .summary = "Installs the episode as a screen saver, for XScreenSaver and mate-screensaver.",
+    .options = installOptions,
+    .run = install};
+const Command saverListCommand{.name = "saver list",
+                               .operands = "",
+                               .summary = "Lists your screen savers, and the desktops' programs "
+                                          "that show them.",
+                               .options = listOptions,
+                               .run = list};
+const Command saverPreviewCommand{.name = "saver preview",
+                                  .operands = "NAME",
+                                  .summary = "Shows one of your screen savers.",
+                                  .options = previewOptions,
+                                  .run = preview};
+const Command saverUninstallCommand{.name = "saver uninstall",
+                                    .operands = "NAME",
+                                    .summary = "Removes an installed screen saver. Files that "
+                                               "were changed since are kept.",
+                                    .options = {},
+                                    .run = uninstall};
+
+} // namespace tarnwick

@@ -1,0 +1,127 @@
+#include "TarnwickBase/TemporaryFolder.h"
+#include "TarnwickBase/WholeFile.h"
+#include "TarnwickPlatform/Bundle/TextFile.h"
+#include "saver/Installing/InstalledSavers.h"
+#include "saver/Installing/ProgramList.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <set>
+
+namespace tarnwick {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Install : public testing::Test {
+  protected:
+    TemporaryFolder folder;
+    fs::path home = folder.path() / "it's & me";
+    SaverPlaces places{.savers = home / "savers",
+                       .entries = home / "entries",
+                       .xscreensaver = home / ".xscreensaver",
+                       .descriptions = home / "system",
+                       .mateProgram = home / "engine" / "tarnwick-saver"};
+    Episode episode = Episode::of("// @param speed 1 0 2 how fast it is\n// @param hue 0.5 -1 1\n");
+    const std::string programs = "programs: maze \\n\\\n\nlock: False\n";
+
+    Install() {
+        for (const fs::path& made : {places.descriptions, places.mateProgram.parent_path()})
+            fs::create_directories(made);
+        writeWholeFile(places.mateProgram, "");
+        writeWholeFile(places.xscreensaver, programs);
+        fs::permissions(places.xscreensaver, fs::perms::owner_read | fs::perms::owner_write);
+    }
+
+    InstallReport install(const std::string& name, float speed = 1.5f) {
+        return installSaver({.episode = episode,
+                             .settings = {.name = name, .values = {{"speed", speed}}},
+                             .program = "/usr/bin/tarnwick-saver"},
+                            places);
+    }
+
+    std::set<fs::path> files() const {
+        std::set<fs::path> all;
+        for (const auto& entry : fs::recursive_directory_iterator(home))
+            if (!entry.is_directory())
+                all.insert(entry.path());
+        return all;
+    }
+};
+
+TEST_F(Install, isUndoneByUninstalling) {
+    const auto before = files();
+    const fs::path bundle = install("Two <roses>").bundle;
+    EXPECT_EQ(bundle, places.savers / "two-roses.saver");
+    const auto saver = saverNamed("Two <roses>", places);
+    ASSERT_TRUE(saver);
+    EXPECT_TRUE(saver->isInstalled && saver->isListed && saver->hasEntry);
+    const fs::path launcher = bundle / "tarnwick-two-roses";
+    EXPECT_NE(fs::status(launcher).permissions() & fs::perms::owner_exec, fs::perms::none);
+    const std::string description = *fileText(bundle / "tarnwick-two-roses.xml");
+    EXPECT_NE(description.find("_label=\"Two &lt;roses&gt;\""), std::string::npos) << description;
+    EXPECT_NE(description.find("arg=\"--param-speed %\""), std::string::npos);
+    EXPECT_NE(description.find("low=\"0.0\" high=\"2.0\" default=\"1.5\""), std::string::npos);
+    EXPECT_EQ(fs::status(places.xscreensaver).permissions(),
+              fs::perms::owner_read | fs::perms::owner_write);
+
+    EXPECT_TRUE(uninstallSaver(*saver, places).remarks.empty());
+    EXPECT_EQ(files(), before);
+    EXPECT_EQ(fileText(places.xscreensaver), programs);
+    EXPECT_FALSE(fs::exists(bundle));
+}
+
+TEST_F(Install, replacesItselfAndKeepsTheWordsOfItsLine) {
+    const fs::path bundle = install("Rose").bundle;
+    std::string list = *fileText(places.xscreensaver);
+    list.replace(list.find("--root"), 6, "--root --param-speed 0.25");
+    writeWholeFile(places.xscreensaver, list);
+    install("Rose", 0.75f);
+    EXPECT_EQ(fileText(places.xscreensaver), list);
+    EXPECT_NE(fileText(bundle / "Shader" / "saver.json")->find("0.75"), std::string::npos);
+    uninstallSaver(*saverNamed("rose", places), places);
+    EXPECT_EQ(fileText(places.xscreensaver), programs);
+}
+
+TEST_F(Install, replacesAndRemovesNothingThatAPersonMade) {
+    fs::create_directories(places.savers / "mine.saver" / "Shader");
+    EXPECT_THROW(install("Mine"), InstallError);
+    EXPECT_THROW(uninstallSaver(*saverNamed("mine", places), places), InstallError);
+
+    const fs::path bundle = install("Rose").bundle;
+    const fs::path shader = bundle / "Shader" / "shader.metal", note = bundle / "note.txt";
+    writeWholeFile(shader, "// better");
+    writeWholeFile(note, "mine");
+    EXPECT_THROW(install("Rose"), InstallError);
+    const InstallReport report = uninstallSaver(*saverNamed("Rose", places), places);
+    EXPECT_EQ(report.remarks, std::vector{shader.string() + " was changed and is kept."});
+    EXPECT_EQ(fileText(shader), "// better");
+    EXPECT_EQ(fileText(note), "mine");
+
+    writeWholeFile(places.entries / "tarnwick-lake.desktop", "mine");
+    EXPECT_THROW(install("Lake"), InstallError);
+    EXPECT_FALSE(fs::exists(places.savers / "lake.saver"));
+}
+
+TEST_F(Install, makesNoProgramListThatItDoesNotTakeAway) {
+    fs::remove(places.xscreensaver);
+    install("Rose");
+    EXPECT_TRUE(fs::exists(places.xscreensaver));
+    uninstallSaver(*saverNamed("Rose", places), places);
+    EXPECT_FALSE(fs::exists(places.xscreensaver));
+    fs::remove(places.descriptions); // without XScreenSaver
+    install("Rose");
+    EXPECT_FALSE(fs::exists(places.xscreensaver));
+}
+
+TEST(SaverId, isAFileNameForEveryName) {
+    EXPECT_EQ(saverId("My Rings"), "my-rings");
+    EXPECT_EQ(saverId("../..//etc"), "etc");
+    EXPECT_EQ(saverId("\xc3\xa9t\xc3\xa9"), "t");
+    EXPECT_EQ(saverId("!"), "saver");
+    EXPECT_EQ(saverId(std::string(59, 'a') + " b").size(), 59u);
+}
+
+} // namespace
+} // namespace tarnwick
