@@ -5,7 +5,9 @@
 #include "TarnwickMSL/Translation/Signature.h"
 #include "TarnwickMSL/Translation/StepTimes.h"
 
+#include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,12 +17,18 @@ class Module;
 
 namespace tarnwick::msl {
 
+// A set of functions of a program, by symbol.
+using Symbols = std::set<std::string>;
+
 struct Parsed {
     std::unique_ptr<llvm::Module> module;     // null when there were errors
     std::vector<EntrySignature> entries;      // in source order
     std::vector<ConstantSignature> constants; // without a value, in source order
     std::string messages;                     // Clang's text, with "N errors generated." at its end
     bool failed = false;
+    // Equal for two results if the second one has the declarations of the first one, with other
+    // numbers.
+    std::shared_ptr<const void> declarations;
 };
 
 // Whether instructions keep their lines, for messages. Keeping them takes time.
@@ -31,6 +39,10 @@ struct ParseOptions {
     std::string moreWarningsIn; // Compile.h
     ConstantValues constants;   // Compile.h
     StepTimes* times = nullptr;
+    // Called if the text has the declarations of an earlier result, Parsed::declarations, and only
+    // the functions `changed` have other numbers. Gives the functions that the module may lack.
+    std::function<Symbols(const std::shared_ptr<const void>& declarations, const Symbols& changed)>
+        omitted;
 };
 
 } // namespace tarnwick::msl

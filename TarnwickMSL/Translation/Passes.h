@@ -15,6 +15,8 @@ class Module;
 
 namespace tarnwick::msl {
 
+class KeptFunctions;
+
 // Runs all steps. Changes the module. Throws TranslationError for a program that cannot be
 // translated; an error in an entry point has at least the place of the entry point.
 //
@@ -25,10 +27,12 @@ namespace tarnwick::msl {
 // in debug builds; 0 is off) checks the steps before as well, and the last step's words by the
 // SPIR-V validator. An error that they find is a CompilerFault that names the step.
 //
-// Adds the time of each step to `times`, if it is not null.
+// Adds the time of each step to `times`, if it is not null. If `kept` is not null, the module may
+// lack functions and entry points that are there, and `kept` has those of this program afterwards.
 std::vector<EntryPoint> runSteps(llvm::Module& program, const std::vector<EntrySignature>& entries,
                                  const std::vector<ConstantSignature>& constants = {},
-                                 const Target& target = {}, StepTimes* times = nullptr);
+                                 const Target& target = {}, StepTimes* times = nullptr,
+                                 KeptFunctions* kept = nullptr);
 
 // Whether the variables above ask for the details of a CompilerFault.
 bool showsFaults();

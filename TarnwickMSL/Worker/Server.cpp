@@ -95,7 +95,8 @@ fragment float4 f(Varyings in [[stage_in]], constant float& t [[buffer(0)]]) {
 }
 
 // Sets `moreWarningsIn` to that of the request.
-bool answerOne(int connection, const StandardLibrary& library, std::string& moreWarningsIn) {
+bool answerOne(int connection, const StandardLibrary& library, std::string& moreWarningsIn,
+               Remains& remains) {
     std::uint32_t size = 0;
     if (!receiveAll(connection, reinterpret_cast<char*>(&size), sizeof size))
         return false;
@@ -107,7 +108,6 @@ bool answerOne(int connection, const StandardLibrary& library, std::string& more
         return false;
     moreWarningsIn = request->moreWarningsIn;
     limitTime(request->limitMilliseconds + 2000);
-    Remains remains;
     std::string answer = toBytes(translate(request->source, library,
                                            {.target = request->target,
                                             .moreWarningsIn = request->moreWarningsIn,
@@ -118,6 +118,7 @@ bool answerOne(int connection, const StandardLibrary& library, std::string& more
     answer.insert(0, reinterpret_cast<const char*>(&size), sizeof size);
     const bool isSent = sendAll(connection, answer); // as a whole, so that the receiver wakes once
     library.tidy();
+    remains.tidy();
     return isSent;
 }
 
@@ -128,10 +129,11 @@ void serve(int connection) {
     endWithParent(connection);
     const StandardLibrary library = standardLibrary();
     std::string moreWarningsIn; // of the last program; the next one is likely to have the same
+    Remains remains;
     do {
         if (!library.isOpen() && !isRequestWaiting(connection))
             rehearse(library, moreWarningsIn);
-    } while (answerOne(connection, library, moreWarningsIn));
+    } while (answerOne(connection, library, moreWarningsIn, remains));
 }
 
 } // namespace tarnwick::msl

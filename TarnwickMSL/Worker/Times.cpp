@@ -22,10 +22,12 @@ StepTimes::Row& rowOf(Rows& rows, std::string_view step) {
 // The shortest time of each step.
 Rows shortest(const std::string& program, const StandardLibrary& library) {
     Rows result;
-    (void)translate(program, library);
+    Remains remains;
+    (void)translate(program, library, {}, nullptr, &remains);
     for (int round = 0; round < rounds; ++round) {
         StepTimes times;
-        if (translate(program, library, {}, &times).failed)
+        remains.tidy();
+        if (translate(program, library, {}, &times, &remains).failed)
             return {};
         for (const StepTimes::Row& row : times.rows()) {
             StepTimes::Row& kept = rowOf(result, row.step);

@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Worker/Translate.h"
 
+#include "TarnwickMSL/Translation/KeptFunctions.h"
 #include "TarnwickMSL/Translation/Passes.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
@@ -13,29 +14,67 @@ static std::string detail(const TranslationError& error) {
     return fault && showsFaults() ? " [" + fault->detail + "]" : "";
 }
 
-namespace {
-
+// Memory that several translations share, one after the other.
 struct Translation {
     llvm::LLVMContext context;
-    Parsed parsed;
+    Parsed parsed;      // the last one
+    KeptFunctions kept; // of it
+    Target target;      // of it
+    int uses = 0;
 };
 
-} // namespace
+// A context never frees types and constants.
+constexpr int mostUses = 100;
+
+void Remains::tidy() {
+    if (!translation)
+        return;
+    translation->parsed.module.reset();
+    translation->kept.tidy();
+    if (translation->uses > mostUses)
+        translation.reset();
+}
+
+// Parses the source. The module lacks functions that `work.kept` has.
+static Parsed parseInto(Translation& work, std::string_view source, const StandardLibrary& library,
+                        ParseOptions parsing, const CompileOptions& options) {
+    bool isFollowed = false;
+    parsing.omitted = [&](const std::shared_ptr<const void>& declarations, const Symbols& changed) {
+        isFollowed = declarations == work.parsed.declarations && options.target == work.target;
+        return isFollowed ? work.kept.follow(changed) : Symbols();
+    };
+    Parsed parsed = parse(source, library, work.context, parsing);
+    if (!isFollowed)
+        work.kept.clear();
+    work.target = options.target;
+    return parsed;
+}
+
+// Whether all code of the program is in functions that it calls by name.
+static bool isPlain(const Parsed& parsed) {
+    return parsed.constants.empty() && !parsed.module->getNamedGlobal("llvm.global_ctors") &&
+           llvm::none_of(*parsed.module,
+                         [](const llvm::Function& function) { return function.hasAddressTaken(); });
+}
 
 // `wasParsed` tells a program that the front end took from one that it did not.
 static Compilation attempt(std::string_view source, const StandardLibrary& library,
                            const CompileOptions& options, Places places, bool& wasParsed,
                            StepTimes* times, Remains* remains = nullptr) {
-    const auto work = std::make_shared<Translation>();
+    std::shared_ptr<Translation> work = remains ? remains->translation : nullptr;
+    if (!work)
+        work = std::make_shared<Translation>();
     if (remains)
-        *remains = work;
-    Parsed& parsed = work->parsed;
+        remains->translation = work;
+    ++work->uses;
     work->context.setDiscardValueNames(!showsFaults()); // only people read the names of values
-    parsed = parse(source, library, work->context,
-                   {.places = places,
-                    .moreWarningsIn = options.moreWarningsIn,
-                    .constants = options.constants,
-                    .times = times});
+    work->parsed = parseInto(*work, source, library,
+                             {.places = places,
+                              .moreWarningsIn = options.moreWarningsIn,
+                              .constants = options.constants,
+                              .times = times},
+                             options);
+    Parsed& parsed = work->parsed;
     wasParsed = !parsed.failed;
     Compilation compilation{
         .failed = parsed.failed, .entryPoints = {}, .messages = std::move(parsed.messages)};
@@ -43,8 +82,10 @@ static Compilation attempt(std::string_view source, const StandardLibrary& libra
         return compilation;
     try {
         compilation.entryPoints =
-            runSteps(*parsed.module, parsed.entries, parsed.constants, options.target, times);
+            runSteps(*parsed.module, parsed.entries, parsed.constants, options.target, times,
+                     remains && isPlain(parsed) ? &work->kept : nullptr);
     } catch (const TranslationError& error) {
+        work->parsed.declarations.reset();
         compilation.failed = true;
         const std::string place = error.place.empty() ? "program_source:1:1" : error.place;
         compilation.messages +=

@@ -4,11 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <fstream>
 #include <signal.h>
 #include <string>
 #include <thread>
 #include <unistd.h>
+#include <vector>
 
 using namespace tarnwick::msl;
 using namespace std::chrono_literals;
@@ -32,6 +34,60 @@ TEST(Compile, givesEachEntryPointItsModuleAndBindings) {
     EXPECT_EQ(found.entryPoints[1].resources[0].kind, ResourceKind::storageBuffer);
     EXPECT_EQ(found.entryPoints[1].resources[0].index, 2u);
     EXPECT_EQ(compile(good).entryPoints, found.entryPoints);
+}
+
+// Functions that are kept for the next compilation, and others: with records, with a table, members
+// of a class and of a namespace, instances of templates, functions with one caller.
+const std::string numbers = std::string(head) + R"(
+struct Varyings { float4 position [[position]]; float2 uv; };
+constant float3 tint = float3(0.25, 0.5, 0.75);
+constant float table[9] = {0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, 0.8, 0.9};
+struct Wave { float a; float at(float x) const { return sin(x * a) * 1.5; } };
+namespace shapes { float disc(float2 p) { return length(p) - 0.35; } }
+float2x2 turn(float a) { return float2x2(cos(a), -sin(a), sin(a), cos(a)) * 0.9375; }
+float2 turned(float2 p) { return turn(p.x * 3.5) * p; }
+float hash(float2 p) { return fract(sin(dot(p, float2(12.125, 78.25))) * 437.5); }
+float once(float2 p) { return hash(p + 0.125) - 0.4375; }
+float noise(float2 p) {
+    float sum = once(p);
+    for (int i = 0; i < 4; ++i) { sum += hash(floor(p)) * 0.625; p = p.yx * 2.03125; }
+    return sum;
+}
+template <class T> T twice(T x) { return x * 2.25; }
+float picked(int i) { return table[i] * 1.125; }
+float lifted(float x, float by = 0.6875) { return x + by; }
+vertex Varyings v(uint i [[vertex_id]]) {
+    float2 p = float2(i & 1, i >> 1) * 1.75;
+    return {float4(turn(p.y) * p, hash(p), 1.0), turned(p)};
+}
+kernel void k(device float* out [[buffer(0)]], uint i [[thread_position_in_grid]]) {
+    out[i] = out[i + 1] * 5.5;
+}
+fragment float4 f(Varyings in [[stage_in]], constant float& t [[buffer(0)]]) {
+    float2 p = turned(in.uv) + turned(in.uv.yx * 1.25);
+    Wave wave{4.5};
+    float a = noise(p) + noise(p * 7.5) + shapes::disc(p) + shapes::disc(p - 0.75);
+    float b = picked(int(t)) + picked(int(p.x)) + lifted(t) + lifted(t, 0.8125) + wave.at(t);
+    return float4(tint * twice(a) + twice(float3(p, wave.at(b))), 1.0);
+}
+)";
+
+// Each text has one other number than the text before.
+TEST(Compile, givesATextWithAnotherNumberTheModulesThatItHasAlone) {
+    std::vector<std::string> texts{numbers};
+    for (std::size_t place = numbers.rfind('.'); place != std::string::npos && place > 0;
+         place = numbers.rfind('.', place - 1))
+        if (std::isdigit(numbers[place - 1]))
+            texts.push_back(std::string(texts.back()).insert(place + 1, "1"));
+    EXPECT_GT(texts.size(), 30u);
+    std::vector<Compilation> found;
+    for (const std::string& text : texts)
+        found.push_back(compile(text));
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        ASSERT_FALSE(found[i].failed) << found[i].messages;
+        const std::string parsed = texts[i] + std::string(1 + i % 2, '\n'); // other lines
+        EXPECT_EQ(found[i].entryPoints, compile(parsed).entryPoints) << texts[i];
+    }
 }
 
 TEST(Compile, namesTheFilesThatLineMarkersGive) {

@@ -19,7 +19,12 @@ class Collector : public clang::RecursiveASTVisitor<Collector> {
   public:
     explicit Collector(clang::ASTContext& context) : context(context) {}
 
-    std::vector<clang::FloatingLiteral*> free, kept;
+    struct Found {
+        clang::FloatingLiteral* literal;
+        const clang::FunctionDecl* function; // whose body has it; null for others
+    };
+    std::vector<Found> free;
+    std::vector<clang::FloatingLiteral*> kept;
     std::vector<clang::VarDecl*> evaluated;
     bool isAnyFree = true; // false if constants of the program decide more than code
 
@@ -36,12 +41,22 @@ class Collector : public clang::RecursiveASTVisitor<Collector> {
                       [&] { return RecursiveASTVisitor::TraverseStmt(statement); });
     }
     bool TraverseDecl(clang::Decl* declaration) {
-        return inside(declaration && isConstant(*declaration),
-                      [&] { return RecursiveASTVisitor::TraverseDecl(declaration); });
+        const clang::FunctionDecl* around = function;
+        if (declaration && !llvm::isa<clang::VarDecl>(declaration))
+            function = llvm::dyn_cast<clang::FunctionDecl>(declaration);
+        if (declaration && llvm::isa<clang::ParmVarDecl>(declaration))
+            function = nullptr; // its default argument is a part of the callers
+        const bool goesOn = inside(declaration && isConstant(*declaration),
+                                   [&] { return RecursiveASTVisitor::TraverseDecl(declaration); });
+        function = around;
+        return goesOn;
     }
     bool VisitFloatingLiteral(clang::FloatingLiteral* literal) {
         const bool isFloat = &literal->getSemantics() == &llvm::APFloat::IEEEsingle();
-        (fixed || !isFloat ? kept : free).push_back(literal);
+        if (fixed || !isFloat)
+            kept.push_back(literal);
+        else
+            free.push_back({literal, function});
         return true;
     }
     bool VisitDeclRefExpr(clang::DeclRefExpr* name) {
@@ -63,6 +78,7 @@ class Collector : public clang::RecursiveASTVisitor<Collector> {
   private:
     clang::ASTContext& context;
     unsigned fixed = 0;
+    const clang::FunctionDecl* function = nullptr; // around what is visited
 
     template <class F> bool inside(bool isFixed, F traverse) {
         fixed += isFixed;
@@ -189,9 +205,9 @@ void Numbers::collect() {
         collector.TraverseDecl(declaration);
     if (!collector.isAnyFree)
         return;
-    for (clang::FloatingLiteral* literal : collector.free)
+    for (const auto& [literal, function] : collector.free)
         if (const auto word = wordAt(*literal))
-            byWord[*word].push_back(literal);
+            byWord[*word].push_back({literal, function});
     for (const clang::FloatingLiteral* literal : collector.kept)
         if (const auto word = wordAt(*literal))
             byWord.erase(*word);
@@ -223,18 +239,31 @@ bool Numbers::take(std::string_view source) {
     if (changes.empty())
         return false;
     collect();
+    changedWords.clear();
     for (const auto& [word, number] : changes) {
         const auto found = byWord.find(word);
         if (found == byWord.end())
             return false;
-        for (clang::FloatingLiteral* literal : found->second) {
-            literal->setValue(context, number.value);
-            literal->setExact(number.isExact);
+        for (const Literal& literal : found->second) {
+            literal.expression->setValue(context, number.value);
+            literal.expression->setExact(number.isExact);
         }
+        changedWords.push_back(word);
     }
     text = std::move(fresh);
     words = wordsOf(text);
     return std::ranges::all_of(evaluated, staysConstant);
+}
+
+std::optional<std::vector<const clang::FunctionDecl*>> Numbers::changed() const {
+    std::vector<const clang::FunctionDecl*> functions;
+    for (const unsigned word : changedWords)
+        for (const Literal& literal : byWord.find(word)->second) {
+            if (!literal.function)
+                return std::nullopt;
+            functions.push_back(literal.function);
+        }
+    return functions;
 }
 
 } // namespace tarnwick::msl

@@ -19,6 +19,7 @@ namespace clang {
 class ASTContext;
 class Decl;
 class FloatingLiteral;
+class FunctionDecl;
 class VarDecl;
 } // namespace clang
 
@@ -36,6 +37,10 @@ class Numbers {
     // so that its time can be measured by repetition.
     bool take(std::string_view source);
 
+    // The functions with the literals that the last text changed; absent if some are elsewhere, so
+    // that other functions may depend on them.
+    std::optional<std::vector<const clang::FunctionDecl*>> changed() const;
+
   private:
     struct Word {
         std::string_view text;
@@ -43,7 +48,11 @@ class Numbers {
         unsigned kind = 0; // clang::tok::TokenKind
         bool hasSpace = false;
     };
-    using Literals = llvm::SmallVector<clang::FloatingLiteral*, 1>;
+    struct Literal {
+        clang::FloatingLiteral* expression;
+        const clang::FunctionDecl* function; // whose body has it; null for others
+    };
+    using Literals = llvm::SmallVector<Literal, 1>;
 
     clang::ASTContext& context;
     std::vector<clang::Decl*> program;
@@ -52,6 +61,7 @@ class Numbers {
     bool isCollected = false;                  // whether the two below are filled
     llvm::DenseMap<unsigned, Literals> byWord; // by index in `words`
     std::vector<clang::VarDecl*> evaluated;    // variables whose initial values Clang keeps
+    std::vector<unsigned> changedWords;        // by the last text
 
     static std::vector<Word> wordsOf(const std::string& text);
     std::optional<unsigned> wordAt(const clang::FloatingLiteral& literal) const;

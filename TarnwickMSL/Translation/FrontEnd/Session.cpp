@@ -3,6 +3,7 @@
 #include "TarnwickMSL/Translation/FrontEnd/Entries.h"
 #include "TarnwickMSL/Translation/FrontEnd/FunctionConstants.h"
 #include "TarnwickMSL/Translation/FrontEnd/Rules.h"
+#include "TarnwickMSL/Translation/FrontEnd/Session/FunctionSymbols.h"
 #include "TarnwickMSL/Translation/FrontEnd/Session/LibraryChanges.h"
 #include "TarnwickMSL/Translation/FrontEnd/Session/Macros.h"
 #include "TarnwickMSL/Translation/FrontEnd/Session/ProgramConsumer.h"
@@ -150,6 +151,7 @@ Parsed Session::parse(std::string_view source, llvm::LLVMContext& context,
     if (!parsed.failed && parsed.messages.empty() && options.places == Places::left) {
         last.emplace();
         last->source = source;
+        last->declarations = parsed.declarations = std::make_shared<char>();
         last->constants = options.constants;
     }
     return parsed;
@@ -171,13 +173,29 @@ std::optional<Parsed> Session::again(std::string_view source, llvm::LLVMContext&
         return std::nullopt;
     }
     Parsed parsed;
+    parsed.declarations = last->declarations;
     compiler.nextProgram(false);
-    generate(parsed, context, options);
+    generate(parsed, context, options, omitted(options));
     finish(parsed);
     if (!parsed.failed && parsed.messages.empty())
         return parsed;
     last.reset();
     return std::nullopt;
+}
+
+// The functions of the last program that need no code with its new numbers.
+Symbols Session::omitted(const ParseOptions& options) {
+    const auto changed = last->numbers->changed();
+    if (!options.omitted || !changed)
+        return {};
+    const FunctionSymbols symbols(compiler.clang().getASTContext());
+    Symbols names;
+    for (const clang::FunctionDecl* function : *changed)
+        if (const auto symbol = symbols.of(*function))
+            names.insert(*symbol);
+        else if (!function->isDependentContext()) // its instances are listed as well
+            return {};
+    return options.omitted(last->declarations, names);
 }
 
 void Session::finish(Parsed& parsed) {
@@ -252,7 +270,8 @@ bool Session::check() {
     return true;
 }
 
-void Session::generate(Parsed& parsed, llvm::LLVMContext& context, const ParseOptions& options) {
+void Session::generate(Parsed& parsed, llvm::LLVMContext& context, const ParseOptions& options,
+                       const Symbols& omitted) {
     clang::CompilerInstance& instance = compiler.clang();
     clang::ASTContext& declarations = instance.getASTContext();
     auto& consumer = static_cast<ProgramConsumer&>(instance.getASTConsumer());
@@ -273,7 +292,11 @@ void Session::generate(Parsed& parsed, llvm::LLVMContext& context, const ParseOp
     declarations.getExternalSource()->StartTranslationUnit(&consumer);
     const LibraryUses::Found library = libraryUses.of(program, consumer.otherFunctions());
     const DirectCalls direct(declarations, library.wrappers);
-    consumer.passTo(*generator, library);
+    const FunctionSymbols symbols(declarations);
+    consumer.passTo(*generator, library, [&](const clang::FunctionDecl& function) {
+        const auto symbol = omitted.empty() ? std::nullopt : symbols.of(function);
+        return symbol && omitted.contains(*symbol);
+    });
     completeEntries(entries, *generator);
     completeConstants(constants, *generator);
     generator->HandleTranslationUnit(declarations);

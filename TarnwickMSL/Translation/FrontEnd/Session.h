@@ -58,15 +58,19 @@ class Session {
     std::size_t textBytes = 0; // of all programs
     struct Last {
         std::string source;
+        std::shared_ptr<const void> declarations; // Parsed
         ConstantValues constants;
         std::optional<Numbers> numbers; // made when they are needed
     };
     std::optional<Last> last; // the last program, if it had no messages
 
     void start(std::string_view source);
+    Symbols omitted(const ParseOptions& options);
     void parseInto(Parsed& parsed, llvm::LLVMContext& context, const ParseOptions& options);
     bool check();
-    void generate(Parsed& parsed, llvm::LLVMContext& context, const ParseOptions& options);
+    // Without code of the functions `omitted`.
+    void generate(Parsed& parsed, llvm::LLVMContext& context, const ParseOptions& options,
+                  const Symbols& omitted = {});
     void finish(Parsed& parsed);
 };
 

@@ -1,6 +1,7 @@
 // Runs the table of steps (Steps.cpp); after each row it dumps and checks the code.
 #include "TarnwickMSL/Translation/Passes.h"
 
+#include "TarnwickMSL/Translation/KeptFunctions.h"
 #include "TarnwickMSL/Translation/Passes/Driver.h"
 #include "TarnwickMSL/Translation/Passes/Forms/Text.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
@@ -31,21 +32,28 @@ static void runEntry(Work& work, std::vector<EntryPoint>& made, StepTimes* times
 
 std::vector<EntryPoint> runSteps(llvm::Module& program, const std::vector<EntrySignature>& entries,
                                  const std::vector<ConstantSignature>& constants,
-                                 const Target& target, StepTimes* times) {
+                                 const Target& target, StepTimes* times, KeptFunctions* kept) {
     {
         Work work(program, entries);
         work.target = target;
         work.constants = constants;
+        work.kept = kept;
         dumpStart(work);
         performScope(Scope::program, work, times);
     }
     std::vector<EntryPoint> made;
     for (const EntrySignature& entry : entries) {
+        if (const EntryPoint* result = kept ? kept->result(entry.symbol) : nullptr) {
+            made.push_back(*result);
+            continue;
+        }
         Work work(program, entries);
         work.entry = &entry;
         work.constants = constants;
         work.target = target;
         runEntry(work, made, times);
+        if (kept)
+            kept->setResult(entry.symbol, made.back());
     }
     return made;
 }

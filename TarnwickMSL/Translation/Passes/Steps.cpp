@@ -56,13 +56,14 @@ static void comparisons(Work& work) {
 static std::vector<Function*> roots(const Work& work) {
     std::vector<Function*> found;
     for (const EntrySignature& entry : work.entries)
-        if (Function* function = work.program.getFunction(entry.symbol))
+        if (Function* function = work.program.getFunction(entry.symbol);
+            function && !function->isDeclaration())
             found.push_back(function);
     return found;
 }
 
 static void inlining(Work& work) {
-    inlineEverything(work.program, roots(work), work.optimiser());
+    inlineEverything(work.program, roots(work), work.optimiser(), work.kept);
 }
 
 static void cutting(Work& work) {
@@ -74,7 +75,7 @@ static void copies(Work& work) {
     if (!expandMemoryCalls(work.main()))
         return;
     work.optimiser().forget(work.main());
-    work.optimiser().clean(work.main()); // a load of one of two records becomes two loads,
+    work.optimiser().clean(work.main());        // a load of one of two records becomes two loads,
     work.optimiser().cleanLightly(work.main()); // so that both become values
 }
 

@@ -79,16 +79,24 @@ std::vector<const clang::FunctionDecl*> ProgramConsumer::otherFunctions() const 
     return functions;
 }
 
-void ProgramConsumer::passTo(clang::CodeGenerator& generator, const LibraryUses::Found& library) {
+void ProgramConsumer::passTo(clang::CodeGenerator& generator, const LibraryUses::Found& library,
+                             IsOmitted isOmitted) {
+    auto isNeeded = [&](const clang::Decl* declaration) {
+        const auto* function = llvm::dyn_cast<clang::FunctionDecl>(declaration);
+        return !function || !isOmitted(*function);
+    };
     for (const Report& report : reports)
-        pass(report, generator);
+        if (isNeeded(report.declaration))
+            pass(report, generator);
     receiver = &generator;
     for (clang::VarDecl* variable : library.variables)
         generator.HandleTopLevelDecl(clang::DeclGroupRef(variable));
     for (clang::FunctionDecl* function : library.functions)
-        generator.HandleTopLevelDecl(clang::DeclGroupRef(function));
+        if (isNeeded(function))
+            generator.HandleTopLevelDecl(clang::DeclGroupRef(function));
     for (const clang::DeclGroupRef& group : groups)
-        if (!(*group.begin())->isFromASTFile())
+        if (!(*group.begin())->isFromASTFile() &&
+            (!group.isSingleDecl() || isNeeded(group.getSingleDecl())))
             generator.HandleTopLevelDecl(group);
 }
 

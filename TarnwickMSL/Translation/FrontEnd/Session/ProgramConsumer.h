@@ -5,6 +5,7 @@
 
 #include <clang/AST/ASTConsumer.h>
 #include <clang/AST/DeclGroup.h>
+#include <llvm/ADT/STLFunctionalExtras.h>
 
 #include <vector>
 
@@ -35,8 +36,11 @@ class ProgramConsumer : public clang::ASTConsumer {
     std::vector<const clang::FunctionDecl*> otherFunctions() const;
 
     // Passes on what the program uses of the library, then all that was reported, and what is
-    // reported until `end`.
-    void passTo(clang::CodeGenerator& generator, const LibraryUses::Found& library);
+    // reported until `end`. Functions that are omitted have no code, if they are not members of
+    // classes or namespaces.
+    using IsOmitted = llvm::function_ref<bool(const clang::FunctionDecl&)>;
+    void passTo(clang::CodeGenerator& generator, const LibraryUses::Found& library,
+                IsOmitted isOmitted);
     void end() { receiver = nullptr; }
 
   private:

@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Translation/Passes/Calls/BodyMove.h"
 
+#include <llvm/ADT/DenseMap.h>
 #include <llvm/Analysis/ValueTracking.h>
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/Instructions.h>
@@ -115,16 +116,52 @@ static void moveBlocks(CallBase& call, ArrayRef<ReturnInst*> ends) {
 
 // The result of the call is never undefined; so neither is the result of a call that gives it, if
 // the return always follows. Otherwise that call would differ from an equal one, and remain.
+static bool isDescribedBy(const CallBase& call, const CallBase& given, const ReturnInst& end) {
+    return call.hasRetAttr(Attribute::NoUndef) && given.getParent() == end.getParent() &&
+           isGuaranteedToTransferExecutionToSuccessor(std::next(given.getIterator()),
+                                                      end.getIterator(), followed);
+}
+
 static void describeResult(const CallBase& call, ArrayRef<ReturnInst*> ends) {
-    if (!call.hasRetAttr(Attribute::NoUndef))
-        return;
-    for (ReturnInst* end : ends) {
-        auto* given = dyn_cast<CallBase>(end->getReturnValue());
-        if (given && given->getParent() == end->getParent() &&
-            isGuaranteedToTransferExecutionToSuccessor(std::next(given->getIterator()),
-                                                       end->getIterator(), followed))
+    for (ReturnInst* end : ends)
+        if (auto* given = dyn_cast_or_null<CallBase>(end->getReturnValue());
+            given && isDescribedBy(call, *given, *end))
             given->addRetAttr(Attribute::NoUndef);
+}
+
+bool mayCopyBlock(const CallBase& call) {
+    const Function* callee = call.getCalledFunction();
+    return isa<CallInst>(call) && callee && callee->size() == 1 && !callee->getSubprogram() &&
+           none_of(callee->args(),
+                   [](const llvm::Argument& parameter) { return parameter.hasByValAttr(); }) &&
+           isa<ReturnInst>(callee->getEntryBlock().getTerminator()) &&
+           none_of(callee->getEntryBlock(),
+                   [](const Instruction& instruction) { return isa<AllocaInst>(instruction); });
+}
+
+void copyBlock(CallBase& call) {
+    const BasicBlock& from = call.getCalledFunction()->getEntryBlock();
+    DenseMap<const Value*, Value*> copies;
+    for (const llvm::Argument& parameter : call.getCalledFunction()->args())
+        copies[&parameter] = call.getArgOperand(parameter.getArgNo());
+    for (const Instruction& instruction : make_range(from.begin(), std::prev(from.end()))) {
+        Instruction* copy = instruction.clone();
+        for (Use& use : copy->operands())
+            if (const auto found = copies.find(use.get()); found != copies.end())
+                use.set(found->second);
+        copy->insertInto(call.getParent(), call.getIterator());
+        if (instruction.hasName())
+            copy->setName(instruction.getName() + ".i"); // as LLVM names it
+        copies[&instruction] = copy;
     }
+    auto* end = cast<ReturnInst>(from.getTerminator());
+    Value* result = end->getReturnValue();
+    const auto* given = dyn_cast_or_null<CallBase>(result);
+    if (const auto found = copies.find(result); found != copies.end())
+        result = found->second;
+    if (given && isDescribedBy(call, *given, *end))
+        cast<CallBase>(result)->addRetAttr(Attribute::NoUndef);
+    replaceCall(call, result);
 }
 
 void moveBody(CallBase& call) {

@@ -12,13 +12,15 @@ class Module;
 
 namespace tarnwick::msl {
 
+class KeptFunctions;
 class Optimiser;
 
 // Optimises each function that the roots reach and inlines its callees into it, callees first.
 // Removes all functions that are not roots. Throws TranslationError on recursion and on calls of
-// unknown functions.
+// unknown functions. `kept` may be null; it has cleaned functions of a module before, and takes
+// those of this one.
 void inlineEverything(llvm::Module& module, const std::vector<llvm::Function*>& roots,
-                      Optimiser& optimiser);
+                      Optimiser& optimiser, KeptFunctions* kept);
 
 // Inlines all calls in one function; other functions are unchanged.
 void inlineInto(llvm::Function& function, Optimiser& optimiser);

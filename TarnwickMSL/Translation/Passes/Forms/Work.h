@@ -8,6 +8,7 @@
 
 namespace tarnwick::msl {
 
+class KeptFunctions;
 class Optimiser;
 
 // One compilation between two steps: first of the whole program, from the step `cut` on of one
@@ -31,10 +32,11 @@ struct Work {
     const EntrySignature* entry = nullptr;    // null before `cut`
     std::vector<ConstantSignature> constants; // without a value
     Target target;
-    ShaderModule shader;         // empty before `cut`
-    bool hasDeadCode = false;    // for the step `tidy`
-    EntryPoint result;           // of the last step
-    std::size_t fingerprint = 0; // of the code when it was last checked
+    KeptFunctions* kept = nullptr; // null if no function is kept for another program
+    ShaderModule shader;           // empty before `cut`
+    bool hasDeadCode = false;      // for the step `tidy`
+    EntryPoint result;             // of the last step
+    std::size_t fingerprint = 0;   // of the code when it was last checked
 
   private:
     std::unique_ptr<Optimiser> optimiser_; // destroyed before the module

@@ -50,6 +50,38 @@ bool isMark(const Instruction& instruction) {
                          intrinsic->getIntrinsicID() == Intrinsic::experimental_noalias_scope_decl);
 }
 
+bool isPlain(const APFloat& number) {
+    return number.isFiniteNonZero() && !number.isExactlyValue(1) && !number.isExactlyValue(-1);
+}
+
+// Whether it is a number, or a vector of numbers, that no rule of arithmetic asks for.
+bool isPlain(const Value& value) {
+    if (const auto* number = dyn_cast<ConstantFP>(&value))
+        return isPlain(number->getValueAPF());
+    const auto* vector = dyn_cast<ConstantDataVector>(&value);
+    if (!vector || !vector->getElementType()->isFloatTy())
+        return false;
+    for (unsigned i = 0; i < vector->getNumElements(); ++i)
+        if (!isPlain(APFloat(vector->getElementAsFloat(i))))
+            return false;
+    return true;
+}
+
+// Whether LLVM may know a simpler value. Asking costs most for vectors of numbers: for each rule
+// it makes their elements constants. For the sign of a sum or a product it looks at all that is
+// below, and so it does again when instructions are combined.
+bool maySimplify(const Instruction& instruction) {
+    if (const auto* call = dyn_cast<IntrinsicInst>(&instruction))
+        return call->getIntrinsicID() != Intrinsic::fabs ||
+               !isa<BinaryOperator>(call->getArgOperand(0));
+    const unsigned code = instruction.getOpcode();
+    if (code != Instruction::FAdd && code != Instruction::FSub && code != Instruction::FMul &&
+        code != Instruction::FDiv)
+        return true;
+    const Value &left = *instruction.getOperand(0), &right = *instruction.getOperand(1);
+    return isa<Constant>(left) ? isa<Constant>(right) || !isPlain(left) : !isPlain(right);
+}
+
 class Walk {
   public:
     Walk(Function& function, FunctionAnalysisManager& analyses, MemorySSA* memory)
@@ -152,7 +184,8 @@ class Walk {
 
     // Gives whether the instruction is gone.
     bool simplify(Instruction& instruction) {
-        Value* simple = simplifyInstruction(&instruction, query_);
+        Value* simple =
+            maySimplify(instruction) ? simplifyInstruction(&instruction, query_) : nullptr;
         if (!simple)
             return false;
         isChanged_ |= !instruction.use_empty();

@@ -1,0 +1,29 @@
+// The symbols of functions in the generated code.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace clang {
+class ASTContext;
+class FunctionDecl;
+class MangleContext;
+} // namespace clang
+
+namespace tarnwick::msl {
+
+class FunctionSymbols {
+  public:
+    explicit FunctionSymbols(clang::ASTContext& context);
+    ~FunctionSymbols();
+
+    // Absent for constructors and destructors, of which there are several functions, and for
+    // templates.
+    std::optional<std::string> of(const clang::FunctionDecl& function) const;
+
+  private:
+    std::unique_ptr<clang::MangleContext> mangling;
+};
+
+} // namespace tarnwick::msl
