@@ -1,13 +1,13 @@
 // The segments of a movie: time ranges of programs, one after another.
 #pragma once
 
-#include "TarnwickCore/Performance/Performance.h"
+#include "TarnwickCore/Performance/Timeline.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickRender/FrameInputs.h"
 #include "TarnwickRender/ShaderProgram.h"
-#include "TarnwickRender/ValuesAt.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -35,15 +35,21 @@ struct FrameLayout {
 
 struct ExportSegment {
     std::shared_ptr<const ShaderProgram> program; // draws into ShaderProgram::pixelFormat
-    ParamValues values{};                         // ignored with valuesAt
-    double start = 0;                             // seconds of the program, of the first frame
-    double duration = 0;                          // seconds; at least one frame
+    // Fitted to the program's parameters. A frame shows the state of its time, a step of a
+    // simulation that of the step's time. A performance is without `loop`. Segments of one movie
+    // may show parts of one timeline.
+    Timeline timeline{};
+    double start = 0;    // seconds of the timeline, of the first frame
+    double duration = 0; // seconds; at least one frame
     bool watermark = false;
     bool sound = false; // with the sound of the program; silence if it has none
+    // A media file whose sound is added. It follows the timeline's clock and repeats; empty: none.
+    std::filesystem::path soundFile{};
     std::optional<FrameLayout> layout{};
     std::shared_ptr<const ShaderProgram> soundProgram{}; // null: `program`
-    std::optional<ParamValues> soundValues{};            // absent: `values`
-    std::optional<double> soundStart{};                  // seconds; absent: `start`
+    // For the sound, unless a performance gives them. Absent: the base values of the timeline.
+    std::optional<ParamValues> soundValues{};
+    std::optional<double> soundStart{}; // seconds; absent: `start`
 
     // Seconds at the end that are crossfaded into the frames before `start`, so that the last frame
     // leads to the first. At most half of the duration; 0 or less: none. Times before `start` may
@@ -51,14 +57,6 @@ struct ExportSegment {
     double loop = 0;
     // Crossfades the sound of those seconds in the same way. Without it the loop may click.
     bool loopSound = false;
-    // The values at a time in seconds, in place of `values`. A frame takes those of its time, a
-    // step of a simulation those of the step's time.
-    ValuesAt valuesAt{};
-    // What was performed, fitted to the program's parameters, in place of `values`, `valuesAt` and
-    // the inputs. `start` and `soundStart` are seconds of the performance then, and the clock of
-    // the program is the performed one, for its sound too. Without `loop`. Shared, because the
-    // segments of one movie may show parts of one performance.
-    std::shared_ptr<const Performance> performance{};
     // The inputs of an episode that takes Inputs. Null: silence and black; with a performance, the
     // program's own sound and black. Shared, because segments may go on with the same sound.
     std::shared_ptr<FrameInputs> inputs{};

@@ -22,7 +22,8 @@ double squaredDistance(const Picture& one, const Picture& other) {
 // Two consecutive frames. The second is often the first of the next pair.
 class FramePair {
   public:
-    FramePair(Stills& stills, const ValuesAt& valuesAt) : stills_(stills), valuesAt_(valuesAt) {}
+    FramePair(Stills& stills, const Timeline& timeline, FrameInputs* inputs)
+        : stills_(stills), timeline_(timeline), inputs_(inputs) {}
 
     const Picture& first() const { return first_; }
     const Picture& second() const { return second_; }
@@ -41,12 +42,16 @@ class FramePair {
 
   private:
     bool renderOne(double time, Picture& picture) {
-        const ParamValues values = valuesAt_ ? valuesAt_(time) : ParamValues{};
-        return stills_.render(static_cast<float>(time), 0, values, picture);
+        ShaderInputs inputs = ShaderInputs::none();
+        if (inputs_ != nullptr)
+            inputs.channels = inputs_->channels(time);
+        return stills_.render(static_cast<float>(time), 0, timeline_.at(time).values, picture,
+                              nullptr, inputs);
     }
 
     Stills& stills_;
-    const ValuesAt& valuesAt_;
+    const Timeline& timeline_;
+    FrameInputs* inputs_; // null: silence and black
     Picture first_, second_;
     float secondTime_ = 0; // seconds
     bool secondIsThere_ = false;
@@ -72,16 +77,17 @@ struct Lengths {
 } // namespace
 
 std::optional<FoundLoop> LoopFinder::best(const std::shared_ptr<const ShaderProgram>& program,
-                                          gpu::Device& device, const ValuesAt& valuesAt,
+                                          gpu::Device& device, const Timeline& timeline,
                                           double start, double around, double range,
-                                          std::int64_t fps, const Progress& progress) {
+                                          std::int64_t fps, const Progress& progress,
+                                          FrameInputs* inputs) {
     // Stills cannot judge a program that keeps state.
     const auto lengths = program->needsRun() ? std::nullopt : Lengths::of(around, range, fps);
     const auto stills = lengths ? Stills::make(program, device, stillWidth, stillHeight) : nullptr;
     if (!stills || !std::isfinite(start))
         return std::nullopt;
     const double step = lengths->step;
-    FramePair begin(*stills, valuesAt), end(*stills, valuesAt);
+    FramePair begin(*stills, timeline, inputs), end(*stills, timeline, inputs);
     if (!begin.render(start, start + step))
         return std::nullopt;
     std::optional<double> bestScore;
@@ -111,8 +117,8 @@ std::optional<double> LoopFinder::bestLength(const std::shared_ptr<const ShaderP
                                              gpu::Device& device, const ParamValues& values,
                                              double start, double around, double range,
                                              std::int64_t fps, const Progress& progress) {
-    const auto same = [&](double) { return values; };
-    const auto found = best(program, device, same, start, around, range, fps, progress);
+    const auto found =
+        best(program, device, Settings{.values = values}, start, around, range, fps, progress);
     return found ? std::optional(found->length) : std::nullopt;
 }
 

@@ -1,8 +1,9 @@
 // Finds the length of a clip whose last frame is most like its first.
 #pragma once
 
+#include "TarnwickCore/Performance/Timeline.h"
+#include "TarnwickRender/FrameInputs.h"
 #include "TarnwickRender/ShaderProgram.h"
-#include "TarnwickRender/ValuesAt.h"
 
 #include <cstdint>
 #include <functional>
@@ -30,12 +31,13 @@ struct LoopFinder {
                                             gpu::Device& device, const ParamValues& values,
                                             double start, double around, double range,
                                             std::int64_t fps, const Progress& progress = {});
-    // The same with the difference, and with the values that `valuesAt` gives at each still's time;
-    // empty: the defaults.
+    // The same with the difference, with the state of the timeline at each still's time, and with
+    // the channels of `inputs` unless null. Throws InputError.
     static std::optional<FoundLoop> best(const std::shared_ptr<const ShaderProgram>& program,
-                                         gpu::Device& device, const ValuesAt& valuesAt,
+                                         gpu::Device& device, const Timeline& timeline,
                                          double start, double around, double range,
-                                         std::int64_t fps, const Progress& progress = {});
+                                         std::int64_t fps, const Progress& progress = {},
+                                         FrameInputs* inputs = nullptr);
 
     static constexpr std::int64_t stillWidth = 96, stillHeight = 54; // pixels
 };

@@ -3,16 +3,14 @@
 #include "TarnwickRender/Sound/SoundSamples.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace tarnwick {
 namespace {
 
 constexpr double rate = ShaderAssembler::sampleRate;
-constexpr double firstElapsed = 1.0 / 60; // seconds
 
 } // namespace
-
-SoundTap::SoundTap() : analyzer_(rate, ShaderAssembler::spectrumBins) {}
 
 std::unique_ptr<SoundTap> SoundTap::make(std::shared_ptr<const ShaderProgram> program,
                                          gpu::Device& device) {
@@ -56,22 +54,10 @@ ShaderInputs SoundTap::inputs(double time, const ParamValues& values) {
     std::vector<float> mono = AudioAnalyzer::mono(soundSamples(*buffer_, AudioAnalyzer::window));
     const double before = std::clamp(-start * rate, 0.0, static_cast<double>(mono.size()));
     std::fill_n(mono.begin(), static_cast<std::size_t>(before), 0.0f);
-    listen(time, mono);
+    listener_.listen(time, mono);
     spectrum_ = (spectrum_ + 1) % spectra_.size();
-    spectra_[spectrum_]->update(analyzer_.spectrum());
-    return {.audio = analyzer_.bands(), .spectrum = &spectrum().texture()};
-}
-
-void SoundTap::reset() {
-    analyzer_.reset();
-    lastTime_.reset();
-}
-
-void SoundTap::listen(double time, std::span<const float> mono) {
-    if (lastTime_ && time < *lastTime_)
-        analyzer_.reset();
-    analyzer_.analyse(mono, lastTime_ ? std::max(time - *lastTime_, 0.0) : firstElapsed);
-    lastTime_ = time;
+    spectra_[spectrum_]->update(analyzer().spectrum());
+    return {.audio = analyzer().bands(), .spectrum = &spectrum().texture()};
 }
 
 } // namespace tarnwick

@@ -1,17 +1,15 @@
 // Lets an episode react to the sound that it makes itself.
 #pragma once
 
-#include "TarnwickCore/Live/AudioAnalyzer.h"
 #include "TarnwickRender/FrameInputs.h"
 #include "TarnwickRender/ShaderProgram.h"
+#include "TarnwickRender/Sound/SoundListener.h"
 #include "TarnwickRender/Sound/SpectrumTexture.h"
 
 #include <array>
 #include <cstddef>
 #include <memory>
 #include <optional>
-#include <span>
-#include <vector>
 
 namespace tarnwick {
 
@@ -19,8 +17,7 @@ namespace tarnwick {
 class SoundTap : public FrameInputs {
   public:
     // Seconds of sound before a frame's time that the frame hears.
-    static constexpr double heard =
-        AudioAnalyzer::window / static_cast<double>(ShaderAssembler::sampleRate);
+    static constexpr double heard = SoundListener::heard;
 
     // Null if the program has no sound or the device has no room.
     static std::unique_ptr<SoundTap> make(std::shared_ptr<const ShaderProgram> program,
@@ -34,7 +31,7 @@ class SoundTap : public FrameInputs {
     // fails: ShaderInputs::none(), and the tap is unchanged.
     ShaderInputs inputs(double time, const ParamValues& values) override;
 
-    void reset() override;
+    void reset() override { listener_.reset(); }
 
     // Commits the GPU job of inputs(time, values) without waiting. Call it before the previous
     // frame is committed: then inputs() does not wait for that frame. A job that is not used is
@@ -43,7 +40,7 @@ class SoundTap : public FrameInputs {
 
     static constexpr std::size_t mostFramesInFlight = 3;
 
-    const AudioAnalyzer& analyzer() const { return analyzer_; }
+    const AudioAnalyzer& analyzer() const { return listener_.analyzer(); }
     const SpectrumTexture& spectrum() const { return *spectra_[spectrum_]; } // the newest
 
   private:
@@ -53,19 +50,17 @@ class SoundTap : public FrameInputs {
         gpu::CommandBuffer commands;
     };
 
-    SoundTap();
+    SoundTap() = default;
     bool finish(double time, const ParamValues& values);
-    void listen(double time, std::span<const float> mono);
 
     std::shared_ptr<const ShaderProgram> program_;
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<gpu::Buffer> buffer_; // AudioAnalyzer::window samples
-    AudioAnalyzer analyzer_;
+    SoundListener listener_;
     // Used in turn: frames in flight still read theirs.
     std::array<std::unique_ptr<SpectrumTexture>, mostFramesInFlight + 1> spectra_;
     std::size_t spectrum_ = 0; // the newest of them
     std::optional<Job> job_;
-    std::optional<double> lastTime_; // seconds
 };
 
 } // namespace tarnwick

@@ -249,7 +249,7 @@ void VideoExporter::export_(const std::shared_ptr<const ShaderProgram>& program,
                             bool watermark, const std::filesystem::path& file,
                             const Progress& progress, const ExportDetails& details) {
     const ExportSegment segment{.program = program,
-                                .values = values,
+                                .timeline = Settings{.values = values},
                                 .start = plan.start,
                                 .duration = plan.duration,
                                 .watermark = watermark,

@@ -2,7 +2,9 @@
 
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "TarnwickPlatform/Text/Text.h"
+#include "TarnwickRender/Channels/EpisodeInputs.h"
 #include "saver/CompileError.h"
+#include "saver/SaverChannels.h"
 
 #include <algorithm>
 
@@ -51,6 +53,8 @@ void TarnwickSaverView::setUp(const Bundle& bundle, const ParamValues& params) {
         return;
     }
     fitSettings();
+    if (program_->usesInputs())
+        channels_ = bundledChannels(bundle, *device, settingsRemarks_);
     queue_ = device->newCommandQueue();
     addMetalView(std::move(device));
 }
@@ -118,12 +122,11 @@ void TarnwickSaverView::drawInMTKView(MTKView& view) {
     advanceClock();
     fitFrames(view.device(), *drawable);
     const ParamValues values = settings_.valuesAt(clock_);
-    const bool isEncoded =
-        frames_
-            ? frames_->encode(
-                  *commands, {.moment = moment(), .values = values, .stepLimit = mostStepsPerFrame},
-                  {.descriptor = *pass})
-            : encodeClearing(*commands, *pass);
+    const ShaderInputs seen = inputs(view);
+    const ProgramFrame frame{
+        .moment = moment(), .values = values, .inputs = seen, .stepLimit = mostStepsPerFrame};
+    const bool isEncoded = frames_ ? frames_->encode(*commands, frame, {.descriptor = *pass})
+                                   : encodeClearing(*commands, *pass);
     if (isEncoded)
         view.present(std::move(*commands));
 }
@@ -132,6 +135,23 @@ void TarnwickSaverView::advanceClock() {
     const double now = hostClock_();
     clock_ += last_ ? std::min(now - *last_, longestStep) : 0;
     last_ = now;
+}
+
+// A saver hears silence. Channels have new pictures once no frame reads the last ones.
+ShaderInputs TarnwickSaverView::inputs(MTKView& view) {
+    if (!inputs_)
+        return ShaderInputs::none();
+    ShaderInputs inputs;
+    try {
+        if (shownChannels_.empty() || view.waitUntilDrawn(0))
+            shownChannels_ = inputs_->channels(clock_);
+        inputs.channels = shownChannels_;
+    } catch (const InputError& error) {
+        absence_ = error.what();
+        shownChannels_.clear();
+        inputs_.reset();
+    }
+    return inputs;
 }
 
 // A saver has no mouse pointer.
@@ -145,13 +165,16 @@ void TarnwickSaverView::fitFrames(gpu::Device* device, const gpu::Texture& drawa
     const std::int64_t width = drawable.width(), height = drawable.height();
     if (device == nullptr || (frames_ && frames_->width() == width && frames_->height() == height))
         return;
-    ValuesAt valuesAt;
-    if (!settings_.keys.isEmpty())
-        valuesAt = [this](double time) { return settings_.valuesAt(time); };
-    frames_ = ProgramFrames::make(program_, *device, width, height, std::move(valuesAt));
+    frames_ = ProgramFrames::make(program_, *device, width, height, valuesOverTime(settings_));
     absence_.reset();
     if (!frames_)
         absence_ = ProgramFrames::absence(*program_, *device, width, height);
+    shownChannels_.clear();
+    try {
+        inputs_ = EpisodeInputs::make(program_, *device, width, height, {.channels = channels_});
+    } catch (const InputError& error) {
+        absence_ = error.what();
+    }
 }
 
 void TarnwickSaverView::drawRect(Picture& picture) const {

@@ -6,6 +6,8 @@
 #include "TarnwickGPU/Device.h"
 #include "TarnwickPlatform/Bundle/Bundle.h"
 #include "TarnwickPlatform/Dispatch/HostClock.h"
+#include "TarnwickRender/Channels/ChannelSources.h"
+#include "TarnwickRender/FrameInputs.h"
 #include "TarnwickRender/ProgramFrames.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "saver/MTKView.h"
@@ -18,11 +20,12 @@
 
 namespace tarnwick {
 
-// Reads Shader/shader.metal and Shader/saver.json of its bundle. Everything is set up in the
-// constructor and nothing is tried again: afterwards there is a subview (metal()) that draws, or a
-// failure. Frames that take too long are a failure later. The settings are optional: a missing or
-// malformed document is ignored, values outside a declared range are clamped. Never waits for the
-// GPU; waits for a drawable if the host draws while no drawable is free.
+// Reads Shader/shader.metal, Shader/saver.json and the files of Channels/ of its bundle. Everything
+// is set up in the constructor and nothing is tried again: afterwards there is a subview (metal())
+// that draws, or a failure. Frames that take too long are a failure later. The settings are
+// optional: a missing or malformed document is ignored, values outside a declared range are
+// clamped. Never waits for the GPU; waits for a drawable if the host draws while no drawable is
+// free.
 class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate {
   public:
     // `params` replace base values and keys of the bundle's settings.
@@ -40,7 +43,7 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
     // that the episode needs at this size.
     const std::optional<std::string>& absence() const { return absence_; }
     const Settings& settings() const { return settings_; }
-    // Errors in the settings document, a sentence each; the saver still draws.
+    // Errors in the settings document and of channels, a sentence each; the saver still draws.
     const std::vector<std::string>& settingsRemarks() const { return settingsRemarks_; }
     // Whether setting up succeeded; frames may have been shown, also before a failure.
     bool mayHaveDrawn() const { return metal_ != nullptr; }
@@ -60,12 +63,16 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
     void drawInMTKView(MTKView& view) override;
     void advanceClock();
     void fitFrames(gpu::Device* device, const gpu::Texture& drawable);
+    ShaderInputs inputs(MTKView& view);
     FrameMoment moment() const;
 
     std::unique_ptr<MTKView> metal_;
     std::shared_ptr<const ShaderProgram> program_; // shared with the frames
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<ProgramFrames> frames_; // of the drawable's size
+    ChannelSources channels_;
+    std::shared_ptr<FrameInputs> inputs_;            // null without Inputs
+    std::vector<const gpu::Texture*> shownChannels_; // of inputs_, of the last frame
     Settings settings_;
     std::vector<std::string> settingsRemarks_;
     double clock_ = 0;           // seconds

@@ -77,7 +77,8 @@ Performance::EpisodeMark Performance::markOf(std::string_view title, std::string
 }
 
 Performance Performance::fitted(std::span<const ParamDecl> params) const {
-    Performance made{.episode = episode, .start = start, .length = length, .remarks = remarks};
+    Performance made{
+        .episode = episode, .start = start, .inputs = inputs, .length = length, .remarks = remarks};
     made.start.settings = start.settings.fitted(params);
     made.changes.reserve(changes.size());
     for (const Change& change : changes)

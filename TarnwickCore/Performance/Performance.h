@@ -8,6 +8,7 @@
 #include "TarnwickCore/Performance/Transport.h"
 
 #include <array>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -60,11 +61,23 @@ struct Performance {
         bool operator==(const Change&) const = default;
     };
 
+    // A file that the episode heard, or that a channel showed, when the performance began.
+    struct Input {
+        std::string name; // "0" to "3"; "3.0": channel 0 of the episode of channel 3; "audio"
+        std::string file; // its path; relative to the folder of the performance's file
+        std::uint64_t bytes = 0;
+        std::string sha256{};  // of the first 16 MiB
+        bool isPlayed = false; // the sound of "audio" was played, too
+
+        bool operator==(const Input&) const = default;
+    };
+
     static constexpr double longest = 86400;   // seconds
     static constexpr double latestClock = 1e7; // seconds of the episode, of a change of the clock
 
     EpisodeMark episode{};
     PerformedState start{};
+    std::vector<Input> inputs{};
     std::vector<Change> changes{}; // ascending in time
     double length = 0;             // seconds; no change is after it
     // Sentences about what the performance used and does not hold, such as a camera.

@@ -36,6 +36,20 @@ ordered_json documentOf(const Transport& transport) {
     return list;
 }
 
+ordered_json documentOf(const std::vector<Performance::Input>& inputs) {
+    ordered_json list = ordered_json::array();
+    for (const Performance::Input& input : inputs) {
+        ordered_json document{{"input", input.name},
+                              {"file", input.file},
+                              {"bytes", input.bytes},
+                              {"sha256", input.sha256}};
+        if (input.isPlayed)
+            document["played"] = true;
+        list.push_back(std::move(document));
+    }
+    return list;
+}
+
 ordered_json documentOf(const PointerPlace& place) {
     if (!place)
         return nullptr;
@@ -157,6 +171,29 @@ std::string textMember(const json& object, const char* name, const std::string& 
     return value.get<std::string>();
 }
 
+Performance::Input inputOf(const json& document, const std::string& where) {
+    const double bytes = requiredNumber(document, "bytes", where);
+    if (!(bytes >= 0 && bytes < 0x1p53))
+        throw DocumentError(where + " has an input of " + shortest(bytes) + " bytes.");
+    return {.name = textMember(document, "input", where),
+            .file = textMember(document, "file", where),
+            .bytes = static_cast<std::uint64_t>(bytes),
+            .sha256 = textMember(document, "sha256", where),
+            .isPlayed = document.contains("played") && document["played"] == true};
+}
+
+// Performances without inputs do not have the member.
+std::vector<Performance::Input> inputsOf(const json& line, const std::string& where) {
+    std::vector<Performance::Input> inputs;
+    if (!line.contains("inputs"))
+        return inputs;
+    if (!line["inputs"].is_array())
+        throw DocumentError(where + " has \"inputs\" that are not a list.");
+    for (const json& document : line["inputs"])
+        inputs.push_back(inputOf(document, where));
+    return inputs;
+}
+
 [[noreturn]] void notAPerformance() {
     throw DocumentError("The document is not a performance.", DocumentError::Cause::otherKind);
 }
@@ -175,6 +212,7 @@ Performance beginningOf(const json& line) {
                              Settings::decode(requiredMember(line, "settings", where).dump()),
                          .transport = transportOf(requiredMember(line, "clock", where), where),
                          .pointer = placeOf(requiredMember(line, "mouse", where), where)};
+    performance.inputs = inputsOf(line, where);
     return performance;
 }
 
@@ -211,12 +249,15 @@ std::pair<std::string_view, bool> takeLine(std::string_view& text) {
 } // namespace
 
 std::string Performance::encodedBeginning() const {
-    return lineOf({{"kind", kind},
-                   {"version", version},
-                   {"episode", {{"title", episode.title}, {"sha256", episode.sha256}}},
-                   {"settings", ordered_json::parse(start.settings.encode())},
-                   {"clock", documentOf(start.transport)},
-                   {"mouse", documentOf(start.pointer)}});
+    ordered_json line{{"kind", kind},
+                      {"version", version},
+                      {"episode", {{"title", episode.title}, {"sha256", episode.sha256}}},
+                      {"settings", ordered_json::parse(start.settings.encode())},
+                      {"clock", documentOf(start.transport)},
+                      {"mouse", documentOf(start.pointer)}};
+    if (!inputs.empty())
+        line["inputs"] = documentOf(inputs);
+    return lineOf(line);
 }
 
 std::string Performance::encoded(std::span<const Change> changes) {

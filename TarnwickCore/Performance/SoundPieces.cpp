@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <variant>
 
 namespace tarnwick {
@@ -75,6 +76,17 @@ std::vector<SoundPiece> soundPieces(PerformanceCursor& cursor, std::int64_t firs
         sample += found.back().count;
     }
     return found;
+}
+
+TimelineSound::TimelineSound(Timeline timeline) : timeline_(std::move(timeline)) {
+    if (timeline_.performance())
+        cursor_.emplace(timeline_.performance());
+}
+
+std::vector<SoundPiece> TimelineSound::pieces(double start, std::int64_t count, std::int64_t rate) {
+    if (!cursor_)
+        return {{.count = count, .start = start, .values = timeline_.settings().values}};
+    return soundPieces(*cursor_, std::llround(start * static_cast<double>(rate)), count, rate);
 }
 
 } // namespace tarnwick

@@ -1,9 +1,11 @@
-// The sound of a performance in pieces: stretches of samples in which nothing changes.
+// The sound of a timeline in pieces: stretches of samples in which nothing changes.
 #pragma once
 
 #include "TarnwickCore/Performance/PerformanceCursor.h"
+#include "TarnwickCore/Performance/Timeline.h"
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace tarnwick {
@@ -22,5 +24,21 @@ struct SoundPiece {
 // performance; it has the clock and the values of that time.
 std::vector<SoundPiece> soundPieces(PerformanceCursor& cursor, std::int64_t first,
                                     std::int64_t count, std::int64_t rate);
+
+// The pieces of any timeline. One thread at a time; fast forwards.
+class TimelineSound {
+  public:
+    explicit TimelineSound(Timeline timeline);
+
+    const Timeline& timeline() const { return timeline_; }
+    // The pieces of `count` samples, at `rate`, from `start` seconds of the timeline on. Settings
+    // are one piece, with their base values: keys do not change a sound. A performance begins at
+    // its sample nearest to `start`.
+    std::vector<SoundPiece> pieces(double start, std::int64_t count, std::int64_t rate);
+
+  private:
+    Timeline timeline_;
+    std::optional<PerformanceCursor> cursor_; // of a performance
+};
 
 } // namespace tarnwick

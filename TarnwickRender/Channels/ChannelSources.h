@@ -1,7 +1,7 @@
 // The pictures that an episode reads as channels 0 to 3.
 #pragma once
 
-#include "TarnwickCore/Animation/Settings.h"
+#include "TarnwickCore/Performance/Timeline.h"
 #include "TarnwickRender/ShaderProgram.h"
 
 #include <array>
@@ -27,7 +27,7 @@ using ChannelSources = std::array<ChannelSource, channelCount>;
 // middle. It hears its own sound.
 struct ChannelEpisode {
     std::shared_ptr<const ShaderProgram> program; // never null
-    Settings settings{};                          // fitted to its parameters
+    Timeline timeline{};                          // fitted to its parameters
     ChannelSources channels{};
 };
 

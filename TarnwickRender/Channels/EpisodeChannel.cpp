@@ -4,22 +4,12 @@
 #include <utility>
 
 namespace tarnwick {
-namespace {
-
-std::shared_ptr<const Performance> playing(const Settings& settings) {
-    return std::make_shared<const Performance>(
-        Performance{.start = {.settings = settings, .transport = Transport{}.played(0)},
-                    .length = Performance::longest});
-}
-
-} // namespace
 
 EpisodeChannel::EpisodeChannel(const std::shared_ptr<const ShaderProgram>& program,
-                               const Settings& settings, std::shared_ptr<FrameInputs> inputs,
+                               const Timeline& timeline, std::shared_ptr<FrameInputs> inputs,
                                gpu::Device& device, std::int64_t width, std::int64_t height)
     : device_(device.info().name), queue_(device.newCommandQueue()),
-      frames_(PerformedFrames::make(program, device, width, height, playing(settings),
-                                    std::move(inputs))) {
+      frames_(PerformedFrames::make(program, device, width, height, timeline, std::move(inputs))) {
     if (frames_ && queue_)
         target_ = device.newTexture({.format = ShaderProgram::pixelFormat,
                                      .width = static_cast<std::uint32_t>(width),

@@ -11,12 +11,13 @@
 
 namespace tarnwick {
 
-// The episode plays from its start; its own time is that of the episode that reads the channel.
+// Settings play from the start of the episode; its time is that of the episode that reads the
+// channel.
 class EpisodeChannel : public Channel {
   public:
-    // `settings` are fitted to the program's parameters; `inputs`: as in PerformedFrames. Throws
+    // `timeline` is fitted to the program's parameters; `inputs`: as in PerformedFrames. Throws
     // InputError if the device has no room. The device outlives this.
-    EpisodeChannel(const std::shared_ptr<const ShaderProgram>& program, const Settings& settings,
+    EpisodeChannel(const std::shared_ptr<const ShaderProgram>& program, const Timeline& timeline,
                    std::shared_ptr<FrameInputs> inputs, gpu::Device& device, std::int64_t width,
                    std::int64_t height);
 

@@ -2,6 +2,7 @@
 
 #include "TarnwickRender/Channels/EpisodeChannel.h"
 #include "TarnwickRender/Channels/FileChannel.h"
+#include "TarnwickRender/SoundFileTap.h"
 #include "TarnwickRender/SoundTap.h"
 
 namespace tarnwick {
@@ -11,7 +12,7 @@ std::unique_ptr<Channel> channelOf(const ChannelSource& source, gpu::Device& dev
                                    std::int64_t width, std::int64_t height) {
     if (const ChannelEpisode* episode = source.episode.get())
         return std::make_unique<EpisodeChannel>(
-            episode->program, episode->settings,
+            episode->program, episode->timeline,
             EpisodeInputs::make(episode->program, device, width, height,
                                 {.channels = episode->channels, .hearsOwnSound = true}),
             device, width, height);
@@ -26,7 +27,9 @@ EpisodeInputs::make(const std::shared_ptr<const ShaderProgram>& program, gpu::De
     if (!program->usesInputs())
         return nullptr;
     std::shared_ptr<EpisodeInputs> made(new EpisodeInputs);
-    if (sources.hearsOwnSound)
+    if (!sources.soundFile.empty())
+        made->sound_ = SoundFileTap::make(sources.soundFile, device);
+    else if (sources.hearsOwnSound)
         made->sound_ = SoundTap::make(program, device);
     for (std::size_t index = 0; index < channelCount; ++index)
         made->channels_[index] = channelOf(sources.channels[index], device, width, height);

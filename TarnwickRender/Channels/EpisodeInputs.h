@@ -7,13 +7,15 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 
 namespace tarnwick {
 
 struct InputSources {
     ChannelSources channels{};
-    bool hearsOwnSound = false; // if it has one; otherwise silence
+    bool hearsOwnSound = false;        // if it has one; otherwise silence
+    std::filesystem::path soundFile{}; // a media file that is heard instead; empty: none
 };
 
 class EpisodeInputs : public FrameInputs {

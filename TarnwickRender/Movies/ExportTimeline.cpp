@@ -27,7 +27,7 @@ ExportTimeline ExportTimeline::of(std::span<const ExportSegment> segments, std::
     std::int64_t first = 0;
     for (const ExportSegment& segment : segments) {
         const std::int64_t count = countOf(segment.duration, fps);
-        if (segment.performance && segment.loop > 0)
+        if (segment.timeline.performance() && segment.loop > 0)
             throw ExportError(ExportError::Setup{"a performance has no crossfaded loop"});
         const std::int64_t fade = ExportPlan::crossfadeFrames(segment.loop, segment.duration, fps);
         timeline.entries.push_back({&segment, first, count, std::min(fade, count)});

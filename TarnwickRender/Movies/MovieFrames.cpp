@@ -105,7 +105,7 @@ void MovieFrames::begin(const ExportTimeline::Entry& entry, std::int64_t frame,
                                      before - kept);
         });
     }
-    if (entry.segment->performance) // prepared frame by frame
+    if (entry.segment->timeline.performance()) // prepared frame by frame
         return;
     if (!program.usesInputs()) {
         // After the kept frames the simulation is at the step before the first frame.

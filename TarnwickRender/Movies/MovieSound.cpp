@@ -1,11 +1,12 @@
 #include "TarnwickRender/Movies/MovieSound.h"
 
 #include "TarnwickCore/Performance/SoundPieces.h"
+#include "TarnwickPlatform/Movie/Reading/LoopedSound.h"
 #include "TarnwickRender/Sound/SoundSamples.h"
 
 #include <algorithm>
-#include <cmath>
 #include <thread>
+#include <utility>
 
 namespace tarnwick {
 namespace {
@@ -14,6 +15,10 @@ constexpr std::int64_t rate = ShaderAssembler::sampleRate;
 
 const std::shared_ptr<const ShaderProgram>& soundProgramOf(const ExportSegment& segment) {
     return segment.soundProgram ? segment.soundProgram : segment.program;
+}
+
+bool hearsProgram(const ExportSegment& segment) {
+    return segment.sound && soundProgramOf(segment)->hasSound();
 }
 
 // For a movie that is one loop the encoder also gets the samples around it, which are those of the
@@ -124,28 +129,35 @@ class Samples {
         return evaluated_;
     }
 
-    // One piece, unless the segment shows a performance.
     std::vector<SoundPiece> piecesOf(const ExportSegment& segment, std::int64_t frame,
                                      std::int64_t frames) {
         // Computed from the whole distance, so that errors do not add up.
         const double start = segment.soundStart.value_or(segment.start) +
                              static_cast<double>(frame) / static_cast<double>(fps_);
         const std::int64_t count = frames * perFrame_;
-        if (!segment.performance)
-            return {{.count = count,
-                     .start = start,
-                     .values = segment.soundValues ? *segment.soundValues : segment.values}};
-        if (!cursor_ || &cursor_->performance() != segment.performance.get())
-            cursor_.emplace(segment.performance);
-        return soundPieces(*cursor_, std::llround(start * rate), count, rate);
+        if (std::exchange(evaluatedSegment_, &segment) != &segment)
+            timeline_.emplace(segment.timeline);
+        std::vector<SoundPiece> pieces = timeline_->pieces(start, count, rate);
+        if (segment.soundValues && !segment.timeline.performance())
+            pieces.front().values = *segment.soundValues;
+        return pieces;
     }
 
     bool evaluatePiece(const ExportSegment& segment, const SoundPiece& piece, ExportState& state) {
         const auto count = static_cast<std::size_t>(piece.count);
-        if (piece.isSilent) {
-            evaluated_.resize(evaluated_.size() + 2 * count);
-            return true;
-        }
+        const std::size_t before = evaluated_.size();
+        if (piece.isSilent || !hearsProgram(segment))
+            evaluated_.resize(before + 2 * count);
+        else if (!evaluateProgram(segment, piece, state))
+            return false;
+        if (!piece.isSilent && !segment.soundFile.empty())
+            addFile(segment, piece, std::span(evaluated_).subspan(before));
+        return true;
+    }
+
+    bool evaluateProgram(const ExportSegment& segment, const SoundPiece& piece,
+                         ExportState& state) {
+        const auto count = static_cast<std::size_t>(piece.count);
         auto commands = startSound(*soundProgramOf(segment)->parts(), *queue_, *buffer_,
                                    piece.start, static_cast<std::uint32_t>(count), piece.values,
                                    static_cast<double>(rate) / piece.speed);
@@ -159,6 +171,16 @@ class Samples {
         return true;
     }
 
+    // Throws MovieError.
+    void addFile(const ExportSegment& segment, const SoundPiece& piece, std::span<float> stereo) {
+        if (std::exchange(fileName_, segment.soundFile) != segment.soundFile)
+            file_ = LoopedSound::open(fileName_);
+        ofFile_.resize(stereo.size());
+        file_->samples(piece.start, static_cast<double>(rate) / piece.speed, ofFile_);
+        for (std::size_t at = 0; at < stereo.size(); ++at)
+            stereo[at] = std::clamp(stereo[at] + ofFile_[at], -1.0f, 1.0f);
+    }
+
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<gpu::Buffer> buffer_;
     std::int64_t fps_, perFrame_;
@@ -166,7 +188,11 @@ class Samples {
     std::optional<std::int64_t> filled_; // the movie's frame that it begins with
     std::vector<float> silence_;         // of one frame
     std::vector<float> evaluated_;
-    std::optional<PerformanceCursor> cursor_; // of the last performance
+    std::filesystem::path fileName_; // of file_
+    std::unique_ptr<LoopedSound> file_;
+    std::vector<float> ofFile_;
+    const ExportSegment* evaluatedSegment_ = nullptr; // the last one
+    std::optional<TimelineSound> timeline_;           // of it
 };
 
 // Waits for the pictures: otherwise the whole sound of a long movie would be rendered with its
@@ -181,7 +207,7 @@ bool keepPace(std::int64_t index, std::int64_t fps, const ExportState& state) {
 } // namespace
 
 bool isHeard(const ExportSegment& segment) {
-    return segment.sound && soundProgramOf(segment)->hasSound();
+    return hearsProgram(segment) || !segment.soundFile.empty();
 }
 
 AudioSettings soundSettings(const ExportTimeline& timeline) {
@@ -193,8 +219,12 @@ AudioSettings soundSettings(const ExportTimeline& timeline) {
     return settings;
 }
 
-void writeSound(const ExportTimeline& timeline, gpu::Device& device, AudioInput& input,
-                const MovieWriter& writer, ExportState& state, std::chrono::nanoseconds patience) {
+namespace {
+
+// Throws MovieError for a sound file that cannot be read.
+void writeSamples(const ExportTimeline& timeline, gpu::Device& device, AudioInput& input,
+                  const MovieWriter& writer, ExportState& state,
+                  std::chrono::nanoseconds patience) {
     const std::int64_t perFrame = rate / timeline.fps;
     Samples samples(device, timeline.fps);
     // False if samples could not be rendered or appended; the error names `frame`.
@@ -223,6 +253,17 @@ void writeSound(const ExportTimeline& timeline, gpu::Device& device, AudioInput&
         !append(samples.ofLoop(loop, 0, leadOut, state), (last + 1) * perFrame, last))
         return;
     input.markAsFinished();
+}
+
+} // namespace
+
+void writeSound(const ExportTimeline& timeline, gpu::Device& device, AudioInput& input,
+                const MovieWriter& writer, ExportState& state, std::chrono::nanoseconds patience) {
+    try {
+        writeSamples(timeline, device, input, writer, state, patience);
+    } catch (const MovieError& error) {
+        state.fail(ExportError(ExportError::Input{error.what()}));
+    }
 }
 
 } // namespace tarnwick

@@ -43,12 +43,12 @@ SegmentPictures::SegmentPictures(const ExportSegment& segment, const Stage& stag
       area_(segment.layout ? segment.layout->picture : whole(stage.frame)),
       background_(segment.layout ? segment.layout->background : gpu::ClearColor()) {
     const ShaderProgram& program = *segment.program;
-    if (segment.performance)
+    if (segment.timeline.performance())
         performed_ = PerformedFrames::make(segment.program, stage.device, area_.width, area_.height,
-                                           segment.performance, segment.inputs);
+                                           segment.timeline, segment.inputs);
     else
         frames_ = ProgramFrames::make(segment.program, stage.device, area_.width, area_.height,
-                                      segment.valuesAt);
+                                      valuesOverTime(segment.timeline.settings()));
     if (frames_ && program.usesInputs())
         feedback_ = FeedbackFrames::make(stage.device, area_.width, area_.height,
                                          ShaderProgram::pixelFormat);
@@ -72,8 +72,8 @@ FrameMoment SegmentPictures::moment(double time) const {
 }
 
 bool SegmentPictures::warm(std::int64_t frame, const std::function<void()>& afterEach) {
-    return performed_ ||
-           frames_->warm(static_cast<float>(time(frame)), stage_.queue, segment_.values, afterEach);
+    return performed_ || frames_->warm(static_cast<float>(time(frame)), stage_.queue,
+                                       segment_.timeline.settings().values, afterEach);
 }
 
 void SegmentPictures::prepare(std::int64_t frame, const std::function<void()>& afterEach) {
@@ -87,7 +87,7 @@ bool SegmentPictures::encode(gpu::CommandBuffer& commands, const gpu::Texture& t
         return performed_->encode(commands,
                                   passOver(target, overlayAt(performed_->time()), watermark));
     const double at = time(frame);
-    const ParamValues values = segment_.valuesAt ? segment_.valuesAt(at) : segment_.values;
+    const ParamValues values = segment_.timeline.at(at).values;
     const ShaderInputs inputs = inputsAt(at);
     const ProgramFrame drawn{.moment = moment(at), .values = values, .inputs = inputs};
     const gpu::Texture* overlay = overlayAt(at);
@@ -99,8 +99,8 @@ bool SegmentPictures::encode(gpu::CommandBuffer& commands, const gpu::Texture& t
 ShaderInputs SegmentPictures::inputsAt(double time) const {
     if (!segment_.inputs || !segment_.program->usesInputs())
         return ShaderInputs::none();
-    ShaderInputs inputs =
-        segment_.inputs->inputs(time, segment_.soundValues.value_or(segment_.values));
+    ShaderInputs inputs = segment_.inputs->inputs(
+        time, segment_.soundValues ? *segment_.soundValues : segment_.timeline.settings().values);
     inputs.channels = segment_.inputs->channels(time);
     return inputs;
 }

@@ -23,13 +23,13 @@ PerformedFrames::PerformedFrames(std::shared_ptr<const ShaderProgram> program,
                                  std::shared_ptr<const Performance> performance)
     : program_(std::move(program)), walk_(std::move(performance)) {}
 
-std::unique_ptr<PerformedFrames>
-PerformedFrames::make(std::shared_ptr<const ShaderProgram> program, gpu::Device& device,
-                      std::int64_t width, std::int64_t height,
-                      std::shared_ptr<const Performance> performance,
-                      std::shared_ptr<FrameInputs> inputs) {
+std::unique_ptr<PerformedFrames> PerformedFrames::make(std::shared_ptr<const ShaderProgram> program,
+                                                       gpu::Device& device, std::int64_t width,
+                                                       std::int64_t height,
+                                                       const Timeline& timeline,
+                                                       std::shared_ptr<FrameInputs> inputs) {
     std::unique_ptr<PerformedFrames> made(
-        new PerformedFrames(std::move(program), std::move(performance)));
+        new PerformedFrames(std::move(program), timeline.performed()));
     made->frames_ = ProgramFrames::make(
         made->program_, device, width, height,
         [frames = made.get()](double time) { return frames->settings_->valuesAt(time); });

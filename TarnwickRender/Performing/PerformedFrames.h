@@ -1,4 +1,5 @@
 // The frames of an episode as it was performed: on a screen, in a movie and as a still the same.
+// Settings are played from time 0.
 //
 // Particles and frames that are read as the previous one go on in frames of 1/60 s of the episode's
 // clock (FrameWalk), however often a frame is shown. An episode that reads its previous frame shows
@@ -6,6 +7,7 @@
 #pragma once
 
 #include "TarnwickCore/Performance/FrameWalk.h"
+#include "TarnwickCore/Performance/Timeline.h"
 #include "TarnwickRender/FeedbackFrames.h"
 #include "TarnwickRender/FrameInputs.h"
 #include "TarnwickRender/ProgramFrames.h"
@@ -20,12 +22,11 @@ namespace tarnwick {
 // One thread at a time. The device outlives it.
 class PerformedFrames {
   public:
-    // Null if the device has no room; ProgramFrames::absence has the reason. `performance` is
-    // fitted to the program's parameters. `inputs` null: the program's own sound, and black.
+    // Null if the device has no room; ProgramFrames::absence has the reason. `timeline` is fitted
+    // to the program's parameters. `inputs` null: the program's own sound, and black.
     static std::unique_ptr<PerformedFrames> make(std::shared_ptr<const ShaderProgram> program,
                                                  gpu::Device& device, std::int64_t width,
-                                                 std::int64_t height,
-                                                 std::shared_ptr<const Performance> performance,
+                                                 std::int64_t height, const Timeline& timeline,
                                                  std::shared_ptr<FrameInputs> inputs = nullptr);
     PerformedFrames(const PerformedFrames&) = delete;
     PerformedFrames& operator=(const PerformedFrames&) = delete;

@@ -147,13 +147,13 @@ struct DocumentChannels::Shown {
     }
 };
 
-ChannelCopies DocumentChannels::copies(const OpenDocument& document) const {
-    ChannelCopies copies;
+InputCopies DocumentChannels::copies(const OpenDocument& document) const {
+    InputCopies copies;
     addCopies({document, {}}, copies);
     return copies;
 }
 
-void DocumentChannels::addCopies(const Shown& shown, ChannelCopies& copies) const {
+void DocumentChannels::addCopies(const Shown& shown, InputCopies& copies) const {
     const Document& document = shown.document.document();
     if (!document.episode()->shader.usesInputs)
         return;
@@ -172,9 +172,11 @@ void DocumentChannels::addCopies(const Shown& shown, ChannelCopies& copies) cons
                                      " shows an episode that shows it, which is black in films and "
                                      "stills.");
         else if (episode != nullptr) {
-            copies.channels.push_back({.address = address,
-                                       .text = episode->document().text(),
-                                       .settings = episode->document().settings()});
+            copies.channels.push_back(
+                {.address = address,
+                 .text = episode->document().text(),
+                 .settings = episode->document().settings(),
+                 .document = episode->document().file().value_or(std::filesystem::path())});
             addCopies({*episode, address + ".", &shown}, copies);
         }
     }

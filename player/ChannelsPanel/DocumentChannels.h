@@ -4,7 +4,7 @@
 #include "TarnwickPlatform/Dispatch/DispatchQueue.h"
 #include "player/App/Player.h"
 #include "player/Channels/ChannelChoice.h"
-#include "player/Exports/ChannelCopies.h"
+#include "player/Exports/InputCopies.h"
 
 #include <QObject>
 #include <map>
@@ -27,7 +27,7 @@ class DocumentChannels : public QObject {
     // The open episode of a choice; null if it is closed.
     OpenDocument* documentOf(const ChannelChoice& choice) const;
     // The channels for an export, and those of the episodes that they show.
-    ChannelCopies copies(const OpenDocument& document) const;
+    InputCopies copies(const OpenDocument& document) const;
     // Null for a channel without one.
     std::shared_ptr<FrameSource> source(const OpenDocument& document, std::size_t channel) const;
 
@@ -49,7 +49,7 @@ class DocumentChannels : public QObject {
     void fill(OpenDocument& document, LiveRecord& record);
     LiveChannelSet channelsOf(const OpenDocument& document) const;
     struct Shown; // the documents on the way to a channel
-    void addCopies(const Shown& shown, ChannelCopies& copies) const;
+    void addCopies(const Shown& shown, InputCopies& copies) const;
     void addEpisodes(const LiveChannelSet& channels, LiveChannels& all) const;
 
     Player& player_;

@@ -6,7 +6,7 @@
 
 namespace tarnwick::player {
 
-// The document as it is now, without its channels.
+// The document as it is now, without its inputs.
 inline EpisodeCopy copyOf(const OpenDocument& document) {
     return {.title = document.document().title(),
             .text = document.document().text(),

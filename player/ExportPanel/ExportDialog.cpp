@@ -1,6 +1,7 @@
 #include "player/ExportPanel/ExportDialog.h"
 
 #include "player/ExportPanel/FileField.h"
+#include "player/ExportPanel/InputsBox.h"
 #include "player/ExportPanel/LastFolder.h"
 #include "player/ExportPanel/LoopFinderBox.h"
 #include "player/ExportPanel/MovieFormatForm.h"
@@ -55,7 +56,7 @@ ExportDialog::ExportDialog(const OpenDocument& document, EpisodeCopy copy, QWidg
 
 void ExportDialog::makeParts(const OpenDocument& document) {
     const Episode& episode = *document.document().episode();
-    format_ = new MovieFormatForm(episode.shader.hasSound);
+    format_ = new MovieFormatForm(episode.shader.hasSound || episode_.inputs.playsSound);
     range_ = new RangeForm(episode.length().value_or(usualLength), document.transport().loop);
     loop_ = new LoopFinderBox([this] {
         return LoopRequest{.episode = episode_,
@@ -74,6 +75,7 @@ void ExportDialog::makeParts(const OpenDocument& document) {
     output_->setText(lastFolder(FolderKind::movies) + QLatin1Char('/') +
                      QFileInfo(QString::fromStdString(episode_.fileName())).completeBaseName() +
                      QStringLiteral(".mp4"));
+    inputs_ = new InputsBox(episode_.inputs, ShownSound::heard, this);
     frames_ = new QLabel;
     problem_ = new QLabel;
     problem_->setWordWrap(true);
@@ -97,8 +99,7 @@ void ExportDialog::layOut() {
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto* column = new QVBoxLayout(this);
     column->addLayout(halves);
-    if (QWidget* shown = inputs())
-        column->addWidget(shown);
+    column->addWidget(inputs_);
     column->addWidget(files());
     column->addWidget(problem_);
     column->addWidget(buttons);
@@ -122,24 +123,6 @@ QWidget* ExportDialog::extras() {
     form->addRow(tr("C&hapters:"), chapters_);
     form->addRow(tr("Perfor&mance:"), performance_);
     return extras;
-}
-
-QWidget* ExportDialog::inputs() {
-    QStringList lines;
-    for (const ChannelCopy& channel : episode_.channels.channels)
-        lines += channel.file.empty()
-                     ? tr("Channel %1: an episode").arg(QString::fromStdString(channel.address))
-                     : tr("Channel %1: %2")
-                           .arg(QString::fromStdString(channel.address),
-                                QString::fromStdString(channel.file.filename().string()));
-    for (const std::string& remark : episode_.channels.remarks)
-        lines += QString::fromStdString(remark);
-    if (lines.isEmpty())
-        return nullptr;
-    auto* text = new QLabel(lines.join(QLatin1Char('\n')));
-    text->setTextFormat(Qt::PlainText);
-    text->setWordWrap(true);
-    return group(tr("Inputs"), text);
 }
 
 QWidget* ExportDialog::files() {
@@ -193,6 +176,10 @@ void ExportDialog::showState() {
     const bool hasRange = !performance_->path();
     range_->setEnabled(hasRange);
     loop_->setEnabled(hasRange);
+    if (hasRange)
+        inputs_->show(episode_.inputs, ShownSound::heard);
+    else
+        inputs_->showSentence(tr("The inputs are those of the performance."));
     const double frames =
         std::round(range_->duration() * static_cast<double>(format_->framesPerSecond()));
     frames_->setText(hasRange && frames > 0

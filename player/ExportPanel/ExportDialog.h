@@ -13,6 +13,7 @@ class QPushButton;
 namespace tarnwick::player {
 
 class FileField;
+class InputsBox;
 class LoopFinderBox;
 class MovieFormatForm;
 class RangeForm;
@@ -32,7 +33,6 @@ class ExportDialog : public QDialog {
     QWidget* range();
     QWidget* extras();
     QWidget* files();
-    QWidget* inputs(); // the channels of the episode; null without any
     QString chooseMovie(const QString& present);
     QString choosePerformance(const QString& present);
     void showState();
@@ -47,6 +47,7 @@ class ExportDialog : public QDialog {
     QPlainTextEdit* chapters_;
     FileField* performance_;
     FileField* output_;
+    InputsBox* inputs_;
     QLabel* frames_;
     QLabel* problem_;
     QPushButton* accept_ = nullptr;

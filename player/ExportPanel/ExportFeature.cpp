@@ -19,9 +19,9 @@
 namespace tarnwick::player {
 
 ExportFeature::ExportFeature(Player& player, QMainWindow& window, Actions& actions,
-                             ChannelsOf channelsOf)
+                             InputsOf inputsOf)
     : QObject(&window), player_(player), window_(window), panel_(new QueuePanel(queue_)),
-      channelsOf_(std::move(channelsOf)) {
+      inputsOf_(std::move(inputsOf)) {
     actions.separate(ActionMenu::file);
     new SnapshotActions(player_, window_, actions, queue_,
                         [this](const OpenDocument& document) { return fullCopyOf(document); });
@@ -31,7 +31,8 @@ ExportFeature::ExportFeature(Player& player, QMainWindow& window, Actions& actio
                 [this] { exportWalkthrough(); });
     actions.add(ActionMenu::file, tr("Save as Swift&UI package..."), {},
                 [this] { exportPackage(); });
-    new SaverActions(player_, window_, actions);
+    new SaverActions(player_, window_, actions,
+                     [this](const OpenDocument& document) { return fullCopyOf(document); });
     connect(&queue_, &ExportQueue::ended, this, &ExportFeature::tellEnd);
     window_.installEventFilter(this);
 }
@@ -62,7 +63,7 @@ void ExportFeature::exportVariations(const ShownVariations& shown) {
 
 EpisodeCopy ExportFeature::fullCopyOf(const OpenDocument& document) const {
     EpisodeCopy copy = copyOf(document);
-    copy.channels = channelsOf_(document);
+    copy.inputs = inputsOf_(document);
     return copy;
 }
 
@@ -77,7 +78,7 @@ void ExportFeature::exportWalkthrough() {
         return;
     const auto& file = document->document().file();
     WalkthroughDialog dialog(
-        copyOf(*document), document->document().episode()->shader.hasSound,
+        fullCopyOf(*document), document->document().episode()->shader.hasSound,
         file ? QString::fromStdString(file->parent_path().string()) : QString(), &window_);
     if (dialog.exec() != QDialog::Accepted)
         return;

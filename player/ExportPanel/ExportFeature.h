@@ -19,10 +19,10 @@ class ExportFeature : public QObject {
     Q_OBJECT
 
   public:
-    // The copies' channels, as they are now.
-    using ChannelsOf = std::function<ChannelCopies(const OpenDocument&)>;
+    // The inputs of a document, as they are now.
+    using InputsOf = std::function<InputCopies(const OpenDocument&)>;
 
-    ExportFeature(Player& player, QMainWindow& window, Actions& actions, ChannelsOf channelsOf);
+    ExportFeature(Player& player, QMainWindow& window, Actions& actions, InputsOf inputsOf);
 
     QWidget* panel() const; // the list of exports, for a dock
     ExportQueue& queue() { return queue_; }
@@ -48,7 +48,7 @@ class ExportFeature : public QObject {
     QMainWindow& window_;
     ExportQueue queue_;
     QueuePanel* panel_;
-    ChannelsOf channelsOf_;
+    InputsOf inputsOf_;
 };
 
 } // namespace tarnwick::player

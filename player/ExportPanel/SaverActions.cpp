@@ -2,7 +2,6 @@
 
 #include "TarnwickBase/InstalledFiles.h"
 #include "player/App/Background.h"
-#include "player/ExportPanel/DocumentCopy.h"
 #include "player/ExportPanel/SaverDialog.h"
 #include "player/Exports/SaverBundle.h"
 
@@ -11,6 +10,7 @@
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
+#include <utility>
 
 namespace tarnwick::player {
 namespace {
@@ -29,8 +29,8 @@ QString quoted(const std::filesystem::path& path) {
 
 } // namespace
 
-SaverActions::SaverActions(Player& player, QMainWindow& window, Actions& actions)
-    : QObject(&window), player_(player), window_(window) {
+SaverActions::SaverActions(Player& player, QMainWindow& window, Actions& actions, CopyOf copyOf)
+    : QObject(&window), player_(player), window_(window), copyOf_(std::move(copyOf)) {
     actions.add(ActionMenu::file, tr("Save as sc&reen saver..."), {}, [this] { save(); });
 }
 
@@ -38,10 +38,12 @@ void SaverActions::save() {
     const OpenDocument* document = player_.active();
     if (document == nullptr)
         return;
-    const EpisodeCopy episode = copyOf(*document);
+    const EpisodeCopy episode = copyOf_(*document);
     SaverDialog dialog(QString::fromStdString(episode.title), &window_);
     if (dialog.exec() != QDialog::Accepted)
         return;
+    for (const std::string& remark : episode.inputs.remarks)
+        player_.tell(QString::fromStdString(remark));
     inBackground(
         this,
         [episode, name = dialog.name().toStdString(), folder = dialog.folder()]() -> Made {

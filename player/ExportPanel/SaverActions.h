@@ -3,9 +3,11 @@
 
 #include "player/Actions/Actions.h"
 #include "player/App/Player.h"
+#include "player/Exports/EpisodeOrders.h"
 
 #include <QMainWindow>
 #include <filesystem>
+#include <functional>
 
 namespace tarnwick::player {
 
@@ -13,7 +15,9 @@ class SaverActions : public QObject {
     Q_OBJECT
 
   public:
-    SaverActions(Player& player, QMainWindow& window, Actions& actions);
+    using CopyOf = std::function<EpisodeCopy(const OpenDocument&)>; // with inputs
+
+    SaverActions(Player& player, QMainWindow& window, Actions& actions, CopyOf copyOf);
 
   private:
     void save();
@@ -21,6 +25,7 @@ class SaverActions : public QObject {
 
     Player& player_;
     QMainWindow& window_;
+    CopyOf copyOf_;
 };
 
 } // namespace tarnwick::player

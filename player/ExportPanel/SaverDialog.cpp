@@ -16,8 +16,9 @@ SaverDialog::SaverDialog(const QString& name, QWidget* parent) : QDialog(parent)
     name_ = new QLineEdit(name);
     place_ = new QLabel;
     place_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    auto* note = new QLabel(tr("The screen saver has the episode, its values and its keys as they "
-                               "are now."));
+    auto* note =
+        new QLabel(tr("The screen saver has the episode, its values, its keys and copies of "
+                      "the files of its channels as they are now."));
     note->setWordWrap(true);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
     auto* form = new QFormLayout(this);

@@ -137,7 +137,7 @@ void SnapshotActions::drawAtSize() {
     request.hasAlpha = dialog.hasAlpha();
     request.output = dialog.file().toStdString();
     keepLastFolder(FolderKind::pictures, QFileInfo(dialog.file()).absolutePath());
-    for (const std::string& remark : request.episode.channels.remarks)
+    for (const std::string& remark : request.episode.inputs.remarks)
         player_.tell(QString::fromStdString(remark));
     queue_.add(stillOrder(request));
 }

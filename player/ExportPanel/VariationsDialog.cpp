@@ -1,6 +1,7 @@
 #include "player/ExportPanel/VariationsDialog.h"
 
 #include "player/ExportPanel/FileField.h"
+#include "player/ExportPanel/InputsBox.h"
 #include "player/ExportPanel/LastFolder.h"
 #include "player/ExportPanel/MovieFormatForm.h"
 #include "player/ExportPanel/RangeForm.h"
@@ -52,6 +53,7 @@ void VariationsDialog::makeParts(bool hasSound, double seconds) {
     seconds_->setMinimum(leastSeconds);
     seconds_->setValue(seconds);
     format_ = new MovieFormatForm(hasSound);
+    inputs_ = new InputsBox(episode_.inputs, ShownSound::ignored, this);
     output_ = new FileField(tr("Result"), [this](const QString& present) {
         return newFileName(this, tr("Export variations"), present, QString());
     });
@@ -72,6 +74,7 @@ void VariationsDialog::layOut() {
     form->addRow(sheet_);
     form->addRow(tr("Seconds of &each:"), seconds_);
     form->addRow(tr("Format:"), format_);
+    form->addRow(inputs_);
     form->addRow(tr("&File:"), output_);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     accept_ = buttons->addButton(tr("E&xport"), QDialogButtonBox::AcceptRole);
@@ -95,6 +98,7 @@ void VariationsDialog::showOutput() {
     output_->setText(name.path() + QLatin1Char('/') + base);
     format_->setEnabled(!sheet_->isChecked());
     seconds_->setEnabled(!sheet_->isChecked());
+    inputs_->show(episode_.inputs, morph_->isChecked() ? ShownSound::heard : ShownSound::ignored);
     showState();
 }
 

@@ -14,6 +14,7 @@ class QSpinBox;
 namespace tarnwick::player {
 
 class FileField;
+class InputsBox;
 class MovieFormatForm;
 
 class VariationsDialog : public QDialog {
@@ -42,6 +43,7 @@ class VariationsDialog : public QDialog {
     QDoubleSpinBox* seconds_;
     MovieFormatForm* format_;
     FileField* output_;
+    InputsBox* inputs_;
     QPushButton* accept_ = nullptr;
 };
 

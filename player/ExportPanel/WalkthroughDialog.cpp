@@ -1,6 +1,7 @@
 #include "player/ExportPanel/WalkthroughDialog.h"
 
 #include "player/ExportPanel/FileField.h"
+#include "player/ExportPanel/InputsBox.h"
 #include "player/ExportPanel/LastFolder.h"
 #include "player/ExportPanel/MovieFormatForm.h"
 #include "player/ExportPanel/RangeForm.h"
@@ -64,6 +65,7 @@ void WalkthroughDialog::layOut() {
     form->addRow(tr("Format:"), format_);
     form->addRow(tr("Seconds of a pa&ge:"), pageSeconds_);
     form->addRow(tr("S&tart at:"), start_);
+    form->addRow(new InputsBox(episode_.inputs, ShownSound::ignored, this));
     form->addRow(tr("Fi&le or folder:"), output_);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     accept_ = buttons->addButton(tr("&Export"), QDialogButtonBox::AcceptRole);

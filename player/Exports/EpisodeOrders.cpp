@@ -32,8 +32,8 @@ void add(Order& order, std::initializer_list<OrderWord> words) {
 }
 
 // The settings of an episode are beside it.
-void addChannels(Order& order, const ChannelCopies& copies) {
-    for (const ChannelCopy& channel : copies.channels) {
+void addChannels(Order& order, const EpisodeCopy& episode) {
+    for (const ChannelCopy& channel : episode.inputs.channels) {
         const std::string before = channel.address + "=";
         if (!channel.file.empty()) {
             add(order, {"--channel", before + channel.file.string()});
@@ -45,6 +45,11 @@ void addChannels(Order& order, const ChannelCopies& copies) {
             {name + ".json", settingsDocument(channel.settings, channel.settings.name)});
         add(order, {"--channel", OrderWord::file(name + ".metal", before)});
     }
+}
+
+void addSound(Order& order, const EpisodeCopy& episode) {
+    if (!episode.inputs.sound.empty())
+        add(order, {"--audio", episode.inputs.sound.string()});
 }
 
 void addFormat(Order& order, const MovieFormat& format) {
@@ -87,11 +92,14 @@ std::string EpisodeCopy::fileName() const {
 
 Order movieOrder(const MovieRequest& request) {
     Order order = drawing("export", request.episode, request.output);
-    addChannels(order, request.episode.channels);
     addFormat(order, request.format);
     if (request.performance) {
         add(order, {"--performance", request.performance->string()});
     } else {
+        addChannels(order, request.episode);
+        addSound(order, request.episode);
+        if (!request.episode.inputs.sound.empty())
+            add(order, {"--track", request.episode.inputs.playsSound ? "both" : "own"});
         add(order, {"--start", shortest(request.start), "--duration", shortest(request.duration)});
         if (request.crossfade > 0)
             add(order, {"--loop", shortest(request.crossfade)});
@@ -103,6 +111,7 @@ Order movieOrder(const MovieRequest& request) {
 
 Order loopOrder(const LoopRequest& request) {
     Order order = drawing("loop", request.episode, std::nullopt);
+    addChannels(order, request.episode);
     add(order,
         {"--start", shortest(request.start), "--around", shortest(request.around), "--range",
          shortest(request.range), "--loop", shortest(request.crossfade), "--fps",
@@ -112,7 +121,8 @@ Order loopOrder(const LoopRequest& request) {
 
 Order stillOrder(const StillRequest& request) {
     Order order = drawing("still", request.episode, request.output);
-    addChannels(order, request.episode.channels);
+    addChannels(order, request.episode);
+    addSound(order, request.episode);
     add(order, {"--time", shortest(request.time), "--frame", std::to_string(request.frame),
                 "--size", sizeText(request.size)});
     if (request.hasAlpha)
@@ -123,6 +133,7 @@ Order stillOrder(const StillRequest& request) {
 
 Order variationsOrder(const VariationsRequest& request) {
     Order order = drawing("variations", request.episode, request.output);
+    addChannels(order, request.episode);
     add(order,
         {"--seed", std::to_string(request.seed), "--from", std::to_string(request.first), "--count",
          std::to_string(request.count), "--spread", shortest(static_cast<double>(request.spread))});
@@ -130,7 +141,6 @@ Order variationsOrder(const VariationsRequest& request) {
         add(order, {"--sheet", OrderWord::output()});
         return order;
     }
-    addChannels(order, request.episode.channels);
     addFormat(order, request.format);
     add(order, {"--duration", shortest(request.seconds), "-o", OrderWord::output()});
     return order;
@@ -138,6 +148,7 @@ Order variationsOrder(const VariationsRequest& request) {
 
 Order walkthroughOrder(const WalkthroughRequest& request) {
     Order order = drawing("walkthrough", request.episode, request.output);
+    addChannels(order, request.episode);
     if (!request.stages.empty())
         add(order, {"--stages"});
     for (const std::filesystem::path& stage : request.stages)

@@ -4,7 +4,7 @@
 #include "TarnwickBase/PixelSize.h"
 #include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickCore/Movies/VideoChapters.h"
-#include "player/Exports/ChannelCopies.h"
+#include "player/Exports/InputCopies.h"
 #include "player/Exports/Order.h"
 
 #include <cstdint>
@@ -21,7 +21,7 @@ struct EpisodeCopy {
     std::string title;
     std::string text;
     Settings settings{};
-    ChannelCopies channels{}; // of movies and stills
+    InputCopies inputs{}; // of all but packages
 
     std::string fileName() const; // "Turning.metal", a safe name
 };
@@ -35,7 +35,7 @@ struct MovieFormat {
     std::optional<PixelSize> size{};
     std::optional<std::int64_t> framesPerSecond{};
     bool isDraft = false;
-    bool hasSound = true; // if the episode has one
+    bool hasSound = true; // if the episode has one, or a file is played
     bool hasWatermark = false;
 };
 
@@ -45,7 +45,7 @@ struct MovieRequest {
     double start = 0, duration = 10; // seconds of the episode
     double crossfade = 0;            // seconds; of a loop
     std::vector<VideoChapters::Chapter> chapters{};
-    std::optional<std::filesystem::path> performance{}; // replaces values, keys and range
+    std::optional<std::filesystem::path> performance{}; // replaces values, keys, range and inputs
     std::filesystem::path output{};
 };
 Order movieOrder(const MovieRequest& request);

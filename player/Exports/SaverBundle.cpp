@@ -14,12 +14,29 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Copies, so that the saver has them wherever the files go (SaverChannels.h).
+void writeChannels(const fs::path& folder, const InputCopies& inputs) {
+    if (!inputs.channels.empty())
+        fs::create_directories(folder);
+    for (const ChannelCopy& channel : inputs.channels) {
+        const std::string name = (folder / channel.address).string();
+        if (!channel.file.empty()) {
+            fs::copy_file(channel.file, name + channel.file.extension().string());
+            continue;
+        }
+        writeWholeFile(name + ".metal", channel.text);
+        writeWholeFile(name + ".json", settingsDocument(channel.settings, channel.settings.name));
+    }
+}
+
 // In the temporary folder `beside`.
 fs::path madeBundle(const EpisodeCopy& episode, const std::string& name, const fs::path& beside) {
     const fs::path text = beside / episode.fileName(), settings = beside / "settings.json";
     writeWholeFile(text, episode.text);
     writeWholeFile(settings, settingsDocument(episode.settings, name));
-    return makeBundle(beside / "bundle", text, settings).folder();
+    const fs::path bundle = makeBundle(beside / "bundle", text, settings).folder();
+    writeChannels(bundle / "Channels", episode.inputs);
+    return bundle;
 }
 
 } // namespace
@@ -32,7 +49,8 @@ fs::path makeSaver(const EpisodeCopy& episode, const std::string& name, const fs
     } catch (const TemporaryFolderError& error) {
         throw SaverBundleError(folder.string() + " cannot be written: " + error.reason + ".");
     } catch (const fs::filesystem_error& error) {
-        throw SaverBundleError(folder.string() + " cannot be written: " + error.code().message() +
+        const fs::path& place = error.path1().empty() ? folder : error.path1();
+        throw SaverBundleError(place.string() + " cannot be copied: " + error.code().message() +
                                ".");
     } catch (const std::runtime_error& error) { // of bundles and files: whole sentences
         throw SaverBundleError(error.what());

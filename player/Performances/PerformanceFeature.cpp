@@ -5,11 +5,14 @@
 #include <QAction>
 #include <QLabel>
 #include <QStatusBar>
+#include <utility>
 
 namespace tarnwick::player {
 
-PerformanceFeature::PerformanceFeature(Player& player, QMainWindow& window, Actions& actions)
-    : QObject(&window), performer_(player), panel_(new PerformancesPanel(player, performer_)) {
+PerformanceFeature::PerformanceFeature(Player& player, QMainWindow& window, Actions& actions,
+                                       PerformedInputsOf inputsOf)
+    : QObject(&window), performer_(player, std::move(inputsOf)),
+      panel_(new PerformancesPanel(player, performer_)) {
     actions.separate(ActionMenu::play);
     record_ = actions.add(ActionMenu::play, tr("&Record performance"), QKeySequence(tr("Ctrl+R")),
                           [this] {

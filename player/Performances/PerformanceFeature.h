@@ -16,7 +16,8 @@ class PerformanceFeature : public QObject {
     Q_OBJECT
 
   public:
-    PerformanceFeature(Player& player, QMainWindow& window, Actions& actions);
+    PerformanceFeature(Player& player, QMainWindow& window, Actions& actions,
+                       PerformedInputsOf inputsOf);
 
     QWidget* panel() const; // for a dock
     Performer& performer() { return performer_; }

@@ -14,10 +14,10 @@ namespace {
 constexpr int flushInterval = 2000; // milliseconds between two writings of a recording
 constexpr int tickInterval = 33;    // milliseconds between two moments that the controls show
 
-constexpr const char* channelsRemark =
-    "Channels showed pictures, which are not recorded; films have those that the episode has then.";
-constexpr const char* soundRemark =
-    "The episode heard another sound, which is not recorded; films have its own.";
+constexpr const char* inputsRemark =
+    "The inputs were changed during the performance; movies have those of its beginning.";
+constexpr const char* ownInputsRemark =
+    "The performance had other inputs; the replay shows those that the episode has now.";
 constexpr const char* editedRemark =
     "The text was edited during the performance; it is replayed with one text.";
 
@@ -27,7 +27,8 @@ PerformedState stateOf(const LiveRecord& record) {
 
 } // namespace
 
-Performer::Performer(Player& player, QObject* parent) : QObject(parent), player_(player) {
+Performer::Performer(Player& player, PerformedInputsOf inputsOf, QObject* parent)
+    : QObject(parent), player_(player), inputsOf_(std::move(inputsOf)) {
     connect(&player_, &Player::published, this,
             [this](const std::shared_ptr<const LiveRecord>& record) {
                 hear(*record, currentMediaTime());
@@ -106,12 +107,30 @@ void Performer::hear(const LiveRecord& record, double host) {
         begin(record, host);
     else if (isRecording() && record.settings && !record.replay)
         recorder_->hear(stateOf(record), host);
-    if (!isRecording() || !record.program || !record.program->usesInputs())
+    if (isRecording() && record.program && record.program->usesInputs())
+        noteInputs(record);
+}
+
+void Performer::noteInputs(const LiveRecord& record) {
+    if (document_ == nullptr || record.document != document_->id())
         return;
-    if (record.channels)
-        recorder_->remark(channelsRemark);
-    if (!record.hearsOwnSound)
-        recorder_->remark(soundRemark);
+    const PerformedInputs now = inputsOf_(*document_);
+    for (const std::string& remark : now.remarks)
+        recorder_->remark(remark);
+    if (now.files != inputs_.files)
+        recorder_->remark(inputsRemark);
+}
+
+// The performance with the files of its inputs, for a file in `folder`. Blocks.
+Performance withInputs(Performance performance, const std::vector<InputFile>& files,
+                       const std::filesystem::path& folder) {
+    for (const InputFile& file : files)
+        if (auto input = inputOfFile(file.name, file.file)) {
+            input->isPlayed = file.isPlayed;
+            performance.inputs.push_back(*std::move(input));
+        }
+    performance.inputs = inputsBeside(std::move(performance.inputs), folder);
+    return performance;
 }
 
 void Performer::begin(const LiveRecord& record, double host) {
@@ -126,10 +145,13 @@ void Performer::begin(const LiveRecord& record, double host) {
                       host);
     keptChanges_ = 0;
     keeping_ = std::make_shared<Keeping>();
-    keepWith([title = document.title()](Keeping& keeping) {
-        keeping.file = std::make_unique<PerformanceFile>(performancesFolder(), title);
+    inputs_ = record.program->usesInputs() ? inputsOf_(*document_) : PerformedInputs{};
+    keepWith([title = document.title(), files = inputs_.files,
+              beginning = recorder_->performance()](Keeping& keeping) {
+        const std::filesystem::path folder = performancesFolder();
+        keeping.file = std::make_unique<PerformanceFile>(folder, title);
+        keeping.file->append(withInputs(beginning, files, folder).encodedBeginning());
     });
-    keep(recorder_->performance().encodedBeginning());
     flush_.start();
     tick_.start();
     emit changed();
@@ -232,20 +254,22 @@ void Performer::replay(const std::filesystem::path& file) {
     later(
         [file]() -> Loaded {
             try {
-                return {std::make_shared<const Performance>(readPerformance(file)), {}};
+                auto performance = std::make_shared<const Performance>(readPerformance(file));
+                return {performance, inputFilesOf(*performance, file.parent_path())};
             } catch (const PerformanceFileError& error) {
-                return {nullptr, error.what()};
+                return {.error = error.what()};
             }
         },
         [this](const Loaded& loaded) {
             if (loaded.performance)
-                start(loaded.performance);
+                start(loaded);
             else
                 player_.tell(QString::fromStdString(loaded.error));
         });
 }
 
-void Performer::start(std::shared_ptr<const Performance> performance) {
+void Performer::start(const Loaded& loaded) {
+    const auto& performance = loaded.performance;
     stopReplay();
     if (player_.active() == nullptr || !player_.active()->program()) {
         player_.tell(tr("There is no episode to replay it with."));
@@ -257,6 +281,10 @@ void Performer::start(std::shared_ptr<const Performance> performance) {
         player_.tell(tr("Another text was performed; the picture may differ."));
     for (const std::string& remark : performance->remarks)
         player_.tell(QString::fromStdString(remark));
+    for (const std::string& sentence : loaded.inputs.sentences)
+        player_.tell(QString::fromStdString(sentence));
+    if (document_->program()->usesInputs() && inputsOf_(*document_).files != loaded.inputs.files)
+        player_.tell(QString::fromLatin1(ownInputsRemark));
     const auto fitted =
         std::make_shared<const Performance>(performance->fitted(document_->program()->params()));
     cursor_.emplace(fitted);

@@ -1,6 +1,7 @@
 // Records performances and replays them.
 #pragma once
 
+#include "TarnwickCore/Performance/InputFiles.h"
 #include "TarnwickCore/Performance/PerformanceCursor.h"
 #include "TarnwickPlatform/Dispatch/DispatchQueue.h"
 #include "player/App/Player.h"
@@ -19,12 +20,21 @@
 
 namespace tarnwick::player {
 
+// The inputs of a document, for its performance.
+struct PerformedInputs {
+    std::vector<InputFile> files{};
+    std::vector<std::string> remarks{}; // about inputs that have no file
+
+    bool operator==(const PerformedInputs&) const = default;
+};
+using PerformedInputsOf = std::function<PerformedInputs(const OpenDocument&)>;
+
 // On the thread of the windows, which it never blocks: files are read and written on a queue.
 class Performer : public QObject {
     Q_OBJECT
 
   public:
-    explicit Performer(Player& player, QObject* parent = nullptr);
+    Performer(Player& player, PerformedInputsOf inputsOf, QObject* parent = nullptr);
     ~Performer() override;
 
     bool isRecording() const { return recorder_.has_value(); }
@@ -59,7 +69,8 @@ class Performer : public QObject {
   private:
     struct Loaded {
         std::shared_ptr<const Performance> performance; // null after an error
-        std::string error;
+        FoundInputs inputs{};
+        std::string error{};
     };
     // The file of a recording; used on the queue only.
     struct Keeping {
@@ -73,15 +84,18 @@ class Performer : public QObject {
     void keep(const std::string& lines);
     void keepNew();
     void noteRemarks();
-    void start(std::shared_ptr<const Performance> performance);
+    void noteInputs(const LiveRecord& record);
+    void start(const Loaded& loaded);
     void showMoment();
     template <typename Work, typename Then> void later(Work work, Then then);
 
     Player& player_;
+    PerformedInputsOf inputsOf_;
     QPointer<OpenDocument> document_; // that is recorded or replayed
     bool isBeginning_ = false;        // the next record begins the recording
     std::optional<Recorder> recorder_;
     std::uint64_t revision_ = 0; // of the text when the recording began
+    PerformedInputs inputs_;     // at that time
     std::size_t keptChanges_ = 0;
     std::shared_ptr<Keeping> keeping_;
     QTimer flush_, tick_;

@@ -3,6 +3,7 @@
 #include "TarnwickBase/WholeFile.h"
 #include "TarnwickCore/Animation/DocumentError.h"
 #include "TarnwickCore/Episode/FileNames.h"
+#include "TarnwickCore/Performance/InputFiles.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 
 #include <algorithm>
@@ -99,11 +100,11 @@ Performance readPerformance(const std::filesystem::path& file) {
 }
 
 void copyPerformance(const std::filesystem::path& from, const std::filesystem::path& to) {
-    const auto bytes = fileBytes(from);
-    if (!bytes)
-        throw PerformanceFileError(from.string() + " is missing or cannot be read.");
+    Performance performance = readPerformance(from);
+    performance.inputs =
+        inputsBeside(std::move(performance.inputs), to.parent_path(), from.parent_path());
     try {
-        writeWholeFile(to, *bytes);
+        writeWholeFile(to, performance.encode());
     } catch (const WholeFileError& error) {
         throw PerformanceFileError(error.what());
     }

@@ -53,7 +53,8 @@ std::vector<KeptPerformance> keptPerformances(const std::filesystem::path& folde
 
 // Throws PerformanceFileError. Blocks.
 Performance readPerformance(const std::filesystem::path& file);
-// Copies the file; one that exists is replaced. Throws PerformanceFileError. Blocks.
+// Copies the performance, with the paths of its inputs as they are there; a file that exists is
+// replaced. Throws PerformanceFileError. Blocks.
 void copyPerformance(const std::filesystem::path& from, const std::filesystem::path& to);
 
 } // namespace tarnwick::player

@@ -1,6 +1,5 @@
 #include "player/Sound/PerformedSound.h"
 
-#include "TarnwickCore/Performance/SoundPieces.h"
 #include "player/Sound/SampleRing.h"
 
 #include <algorithm>
@@ -17,7 +16,7 @@ constexpr double onGrid = 1e-3; // frames
 
 PerformedSound::PerformedSound(std::shared_ptr<EpisodeSound> own,
                                std::shared_ptr<const Performance> performance)
-    : own_(std::move(own)), cursor_(std::move(performance)) {}
+    : own_(std::move(own)), timeline_(std::move(performance)) {}
 
 const PerformedSound::Second& PerformedSound::second(std::int64_t number) {
     Second& kept = seconds_[static_cast<std::size_t>(number % 2)];
@@ -29,7 +28,7 @@ const PerformedSound::Second& PerformedSound::second(std::int64_t number) {
 void PerformedSound::evaluate(Second& second) {
     second.stereo.clear();
     for (const SoundPiece& piece :
-         soundPieces(cursor_, second.number * soundRate, soundRate, soundRate)) {
+         timeline_.pieces(static_cast<double>(second.number), soundRate, soundRate)) {
         const auto end = second.stereo.size() + 2 * static_cast<std::size_t>(piece.count);
         if (!piece.isSilent)
             if (const auto found = own_->run(piece.start, soundRate / piece.speed,

@@ -1,7 +1,7 @@
 // The sound of a performance that is replayed: that of its export.
 #pragma once
 
-#include "TarnwickCore/Performance/PerformanceCursor.h"
+#include "TarnwickCore/Performance/SoundPieces.h"
 #include "player/Sound/EpisodeSound.h"
 
 #include <array>
@@ -18,7 +18,9 @@ class PerformedSound : public TimedSound {
                    std::shared_ptr<const Performance> performance);
 
     const std::shared_ptr<EpisodeSound>& own() const { return own_; }
-    const std::shared_ptr<const Performance>& performance() const { return cursor_.shared(); }
+    const std::shared_ptr<const Performance>& performance() const {
+        return timeline_.timeline().performance();
+    }
 
     // At soundRate, bit by bit the samples of an export from the beginning of the performance.
     // Other rates are interpolated. Silent if the device fails.
@@ -36,7 +38,7 @@ class PerformedSound : public TimedSound {
     float sampleAt(std::int64_t frame, std::size_t side);
 
     std::shared_ptr<EpisodeSound> own_;
-    PerformanceCursor cursor_;
+    TimelineSound timeline_;
     std::array<Second, 2> seconds_; // by the lowest bit of their number
 };
 

@@ -60,15 +60,35 @@ QSize firstSize() {
     return fits ? wanted : wanted.boundedTo(available - frame);
 }
 
-// What films and stills of a document read.
-ChannelCopies inputsOf(const OpenDocument& document, const DocumentChannels& channels,
-                       const SoundControls* sound) {
-    ChannelCopies copies = channels.copies(document);
-    const bool hearsOther = sound != nullptr && sound->input().kind != SoundInput::Kind::own;
-    if (hearsOther && document.document().episode()->shader.usesInputs)
+// What movies and stills of a document read.
+InputCopies inputsOf(const OpenDocument& document, const DocumentChannels& channels,
+                     const SoundControls* sound) {
+    InputCopies copies = channels.copies(document);
+    if (sound == nullptr || sound->input().kind == SoundInput::Kind::own)
+        return copies;
+    if (sound->input().kind == SoundInput::Kind::file) {
+        copies.sound = sound->input().name;
+        copies.playsSound = sound->volume().hasFile;
+    } else if (document.document().episode()->shader.usesInputs) {
         copies.remarks.emplace_back(
-            "The sound input is silent in films and stills; a film hears the episode's own sound.");
+            "The sound input is silent in stills; a movie hears the episode's own sound.");
+    }
     return copies;
+}
+
+// The files of these inputs, as a performance keeps them.
+PerformedInputs performedInputsOf(const InputCopies& copies) {
+    PerformedInputs inputs{.remarks = copies.remarks};
+    for (const ChannelCopy& channel : copies.channels)
+        if (channel.file.empty() && channel.document.empty())
+            inputs.remarks.push_back("Channel " + channel.address +
+                                     " shows an episode that has no file; it is black in movies.");
+        else
+            inputs.files.push_back(
+                {channel.address, channel.file.empty() ? channel.document : channel.file});
+    if (!copies.sound.empty())
+        inputs.files.push_back({"audio", copies.sound, copies.playsSound});
+    return inputs;
 }
 
 } // namespace
@@ -139,7 +159,11 @@ void MainWindow::makeFeatures() {
                               [this] { files_->openByDialog(); });
     settingsFiles_ = new SettingsFileActions(player_, *this, actions_);
     new DroppedFiles(*this, LinkOpener::isLink, [this](const QString& place) { open({place}); });
-    performances_ = new PerformanceFeature(player_, *this, actions_);
+    performances_ =
+        new PerformanceFeature(player_, *this, actions_, [this](const OpenDocument& document) {
+            return performedInputsOf(
+                inputsOf(document, channels_->channels(), findChild<SoundControls*>()));
+        });
     addCommandActions(*this, actions_);
     new ControlFeature(player_, *this, actions_);
     addSound(player_, *this, actions_);

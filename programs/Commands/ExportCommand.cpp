@@ -2,13 +2,14 @@
 #include "TarnwickCore/Text/Numbers.h"
 #include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeAudio.h"
 #include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeLoop.h"
-#include "programs/Episode/EpisodePerformance.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Episode/EpisodeSound.h"
+#include "programs/Episode/EpisodeTimeline.h"
 #include "programs/Movies/ChapterList.h"
 #include "programs/Movies/ExportFrames.h"
 #include "programs/Movies/ExportOptions.h"
@@ -26,19 +27,23 @@ constexpr double usualDuration = 10; // seconds, of an episode without @length
 struct Request {
     Episode episode;
     MovieTarget movie;
-    Settings settings;
-    std::shared_ptr<const Performance> performance; // null: the settings and the plain clock
+    Timeline timeline;
     double askedStart = 0, start = 0, duration = 0, crossfade = 0; // seconds
     std::optional<LoopSearch> search;                              // its result is the duration
     std::optional<FrameRange> frames;
     std::vector<MovieChapter> chapters;
-    bool sound = false, watermark = false;
+    EpisodeAudio audio;
+    bool hasFileTrack = false;
+    bool sound = false, watermark = false; // the episode's own sound
     NamedChannels channels;
 };
 
 double usualDurationOf(const Request& request) {
-    return request.performance ? request.performance->length - request.askedStart
-                               : request.episode.length().value_or(usualDuration);
+    if (const Performance* performance = request.timeline.performance().get())
+        return performance->length - request.askedStart;
+    const bool isFileLonger = request.audio.seconds > request.askedStart; // otherwise it repeats
+    return isFileLonger ? request.audio.seconds - request.askedStart
+                        : request.episode.length().value_or(usualDuration);
 }
 
 double durationOf(const Arguments& arguments, const Request& request) {
@@ -87,8 +92,10 @@ Request requestOf(const Arguments& arguments) {
     request.askedStart = arguments.numberOf("--start");
     request.crossfade = arguments.numberOf("--loop");
     request.episode = episodeAt(path);
-    request.performance = episodePerformanceOf(arguments, request.episode);
-    request.channels = episodeChannelsOf(arguments, request.episode);
+    const EpisodeTimeline found = episodeTimelineOf(arguments, request.episode);
+    request.timeline = found.timeline;
+    request.audio = episodeAudioOf(arguments, found.inputs);
+    request.channels = episodeChannelsOf(arguments, request.episode, found.inputs);
     request.search = searchOf(arguments, request);
     if (!request.search)
         request.duration = durationOf(arguments, request);
@@ -97,9 +104,8 @@ Request requestOf(const Arguments& arguments) {
         request.search->start = request.start;
     if (const auto given = arguments.value("--frames"))
         request.frames = exportFramesOf(*given, request.movie.preset, request.duration);
-    if (!request.performance)
-        request.settings = episodeSettingsOf(arguments, request.episode);
-    request.sound = exportSoundOf(arguments, request.episode);
+    request.sound = exportSoundOf(arguments, request.episode) && request.audio.hasOwn();
+    request.hasFileTrack = request.audio.hasFile() && !arguments.has("--no-sound");
     request.watermark = arguments.has("--watermark");
     request.chapters = chapterListAt(arguments.value("--chapters").value_or(""));
     if (!request.search)
@@ -108,42 +114,43 @@ Request requestOf(const Arguments& arguments) {
 }
 
 ExportSegment segmentOf(const Request& request, std::shared_ptr<const ShaderProgram> program) {
-    ExportSegment segment{.program = std::move(program),
-                          .start = request.start,
-                          .duration = request.duration,
-                          .watermark = request.watermark,
-                          .sound = request.sound,
-                          .loop = request.crossfade,
-                          .loopSound = true,
-                          .performance = request.performance};
-    letFollow(segment, request.settings);
-    return segment;
+    return {.program = std::move(program),
+            .timeline = request.timeline,
+            .start = request.start,
+            .duration = request.duration,
+            .watermark = request.watermark,
+            .sound = request.sound,
+            .soundFile = request.hasFileTrack ? request.audio.file : std::filesystem::path(),
+            .loop = request.crossfade,
+            .loopSound = true};
 }
 
 Status export_(const Arguments& arguments) {
     Request request = requestOf(arguments);
     const auto device = drawingDevice();
     const auto program = programOf(request.episode, *device);
+    const ChannelSources channels = channelSourcesOf(request.channels, *device);
     sayLoopStart(request.askedStart, request.start);
     if (request.search) {
-        const FoundLoop found =
-            findLoop(program, *device, request.settings, *request.search, request.episode.path);
+        const FoundLoop found = findLoop(program, *device, request.timeline, *request.search,
+                                         request.episode.path, channels);
         request.duration = found.length;
         checkChapters(request.chapters, request.duration);
         request.movie.out.say("The loop takes " + loopText(found, request.search->fps) + ".\n");
     }
     checkSteps(*program, request.start + request.duration, "movies");
-    if (request.sound && !request.performance && (!request.frames || request.frames->first == 0)) {
+    if (request.sound && !request.timeline.performance() &&
+        (!request.frames || request.frames->first == 0)) {
         const double crossfade = crossfadeOf(request, request.duration);
         checkHeard({.episode = request.episode,
-                    .values = request.settings.values,
+                    .values = request.timeline.settings().values,
                     .start = request.start - crossfade,
                     .duration = request.duration + crossfade},
                    *device);
     }
     ExportSegment segment = segmentOf(request, program);
-    segment.inputs = frameInputsOf(program, *device, request.movie.preset,
-                                   channelSourcesOf(request.channels, *device));
+    segment.inputs =
+        frameInputsOf(program, *device, request.movie.preset, channels, request.audio.file);
     exportMovie({&segment, 1}, request.movie, *device, request.episode.path,
                 {.frames = request.frames, .chapters = request.chapters});
     return Status::done;
@@ -155,7 +162,7 @@ constexpr std::array<Option, 7> timeOptions{{
      .value = "SECONDS",
      .help = "length of the movie",
      .values = secondsUpToADay,
-     .byDefault = "@length of the episode, or 10; the rest of a performance"},
+     .byDefault = "rest of a performance or of the file of --audio; @length of the episode; 10"},
     {.name = "--loop",
      .value = "SECONDS",
      .help = "crossfade the end, sound included, into the seconds before the start, so that the "
@@ -181,7 +188,8 @@ constexpr std::array<Option, 7> timeOptions{{
 }};
 constexpr auto exportOptions =
     joined(std::array{movieOutOption}, movieOptions, timeOptions,
-           std::array{channelOption, performanceOption("--loop --find-loop --set --keys")},
+           std::array{audioOption({}), trackOption, channelOption,
+                      performanceOption("--loop --find-loop --set --keys")},
            animationOptions);
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "programs/CommandLine/Output.h"
 #include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeLoop.h"
 #include "programs/Episode/EpisodeProgram.h"
@@ -39,12 +40,15 @@ Status loop(const Arguments& arguments) {
     const auto seam = Output::of(arguments, "--seam", FileKind::pngPicture);
     const Episode episode = episodeAt(path);
     const Settings settings = episodeSettingsOf(arguments, episode);
+    const NamedChannels named = episodeChannelsOf(arguments, episode);
     const auto device = drawingDevice();
     const auto program = programOf(episode, *device);
+    const ChannelSources channels = channelSourcesOf(named, *device);
     sayLoopStart(arguments.numberOf("--start"), search.start);
-    const FoundLoop found = findLoop(program, *device, settings, search, path);
+    const FoundLoop found = findLoop(program, *device, settings, search, path, channels);
     if (seam)
-        seam->write(pngOf(seamOf(program, *device, settings, search.start, found.length)));
+        seam->write(
+            pngOf(seamOf(program, *device, settings, search.start, found.length, channels)));
     if (arguments.has("--json"))
         print(loopJSON(found, search));
     else if (seam)
@@ -88,7 +92,7 @@ constexpr std::array<Option, 7> searchOptions{{
      .byDefault = "none"},
     {.name = "--json", .help = "print JSON; times are in seconds"},
 }};
-constexpr auto loopOptions = joined(searchOptions, animationOptions);
+constexpr auto loopOptions = joined(searchOptions, std::array{channelOption}, animationOptions);
 
 } // namespace
 

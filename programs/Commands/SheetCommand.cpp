@@ -45,7 +45,7 @@ LabelledPicture labelledStill(const SheetEpisode& one, const SheetLayout& layout
                              .size = drawnSize(layout),
                              .time = time,
                              .frame = savedFrame(time),
-                             .settings = one.settings,
+                             .timeline = one.settings,
                              .hears = hears};
     return {.picture = halved(pictureOf(frame, device, bar)), .label = labelOf(one.episode)};
 }

@@ -3,12 +3,14 @@
 #include "programs/CommandLine/Output.h"
 #include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeAudio.h"
+#include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeFile.h"
-#include "programs/Episode/EpisodePerformance.h"
 #include "programs/Episode/EpisodePicture.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Episode/EpisodeSound.h"
+#include "programs/Episode/EpisodeTimeline.h"
 
 #include <array>
 #include <cmath>
@@ -27,21 +29,33 @@ std::uint32_t frameOf(const Arguments& arguments, double time) {
                                     : savedFrame(time);
 }
 
+void checkHears(const Episode& episode, std::string_view sound) {
+    if (!episode.shader.usesInputs)
+        failure(episode.path + " does not hear " + std::string(sound) +
+                ": its shade has no parameter of the type Inputs.");
+}
+
 // Whether --hear is given. Throws CommandError if the episode cannot hear its sound.
 bool hearsOf(const Arguments& arguments, const Episode& episode) {
     if (!arguments.has("--hear"))
         return false;
     checkSound(episode);
-    if (!episode.shader.usesInputs)
-        failure(episode.path +
-                " does not hear its sound: its shade has no parameter of the type Inputs.");
+    checkHears(episode, "its sound");
     return true;
+}
+
+std::filesystem::path audioOf(const Arguments& arguments, const Episode& episode,
+                              std::span<const InputFile> performed) {
+    if (arguments.has("--audio"))
+        checkHears(episode, "a sound file");
+    return episodeAudioOf(arguments, performed).file;
 }
 
 // The command line, checked before anything is compiled or drawn.
 struct Request {
     Output out;
     EpisodeFrame frame;
+    NamedChannels channels;
     PictureAlpha alpha = PictureAlpha::none;
 };
 
@@ -56,16 +70,18 @@ Request requestOf(const Arguments& arguments) {
     frame.time = timeOf(arguments, frame.episode);
     frame.frame = frameOf(arguments, frame.time);
     frame.hears = hearsOf(arguments, frame.episode);
-    frame.channels = episodeChannelsOf(arguments, frame.episode);
-    frame.performance = episodePerformanceOf(arguments, frame.episode);
-    if (!frame.performance)
-        frame.settings = episodeSettingsOf(arguments, frame.episode);
+    const EpisodeTimeline found = episodeTimelineOf(arguments, frame.episode);
+    frame.timeline = found.timeline;
+    frame.audio = audioOf(arguments, frame.episode, found.inputs);
+    request.channels = episodeChannelsOf(arguments, frame.episode, found.inputs);
     return request;
 }
 
 Status still(const Arguments& arguments) {
-    const Request request = requestOf(arguments);
-    const Picture picture = pictureOf(request.frame, *drawingDevice());
+    Request request = requestOf(arguments);
+    const auto device = drawingDevice();
+    request.frame.channels = channelSourcesOf(request.channels, *device);
+    const Picture picture = pictureOf(request.frame, *device);
     request.out.write(pngOf(picture, request.alpha));
     return Status::done;
 }
@@ -95,7 +111,8 @@ constexpr auto stillOptions = joined(
          .byDefault = "30 frames per second of the time"},
     }},
     animationOptions, hearOptions,
-    std::array{channelOption, performanceOption("--frame --set --keys --hear")});
+    std::array{audioOption("--hear"), channelOption,
+               performanceOption("--frame --set --keys --hear")});
 
 } // namespace
 

@@ -82,7 +82,7 @@ Status thumbnail(const Arguments& arguments) {
     EpisodeFrame frame{.episode = episodeAt(arguments.operand()), .size = thumbnailSize(arguments)};
     frame.time = stillTime(frame.episode);
     frame.frame = savedFrame(frame.time);
-    frame.settings = episodeSettingsOf(arguments, frame.episode);
+    frame.timeline = episodeSettingsOf(arguments, frame.episode);
     write(out, pngOf(drawnInTime(frame, arguments)));
     return Status::done;
 }

@@ -75,10 +75,12 @@ std::vector<std::string> labelsOf(const EpisodeVariations& variations) {
 // Each still is at the start of its variation and has its values.
 std::vector<LabelledPicture> stillsOf(const EpisodeVariations& variations,
                                       std::span<const std::string> labels,
-                                      const SheetLayout& layout, bool hears) {
+                                      const SheetLayout& layout, bool hears,
+                                      const NamedChannels& named) {
     const auto device = drawingDevice();
     ProgressBar bar("Step");
     const auto program = programOf(variations.episode, *device, bar);
+    const ChannelSources channels = channelSourcesOf(named, *device);
     std::vector<LabelledPicture> stills;
     StillNews news;
     bool hitLoopBudget = false;
@@ -88,8 +90,9 @@ std::vector<LabelledPicture> stillsOf(const EpisodeVariations& variations,
                                  .size = drawnSize(layout),
                                  .time = variation.start,
                                  .frame = savedFrame(variation.start),
-                                 .settings = variations.settingsOf(variation),
-                                 .hears = hears};
+                                 .timeline = variations.settingsOf(variation),
+                                 .hears = hears,
+                                 .channels = channels};
         Picture picture = halved(pictureOf(program, frame, *device, news, bar));
         hitLoopBudget |= news.hitLoopBudget;
         stills.push_back({.picture = std::move(picture), .label = labels[stills.size()]});
@@ -105,7 +108,8 @@ void writeSheetOf(const EpisodeVariations& variations, const Arguments& argument
     const std::vector<std::string> labels = labelsOf(variations);
     const SheetLayout layout = sheetLayoutOf(arguments, labels);
     const bool hears = arguments.has("--hear");
-    writeSheet(stillsOf(variations, labels, layout, hears), layout, out);
+    const NamedChannels channels = episodeChannelsOf(arguments, variations.episode);
+    writeSheet(stillsOf(variations, labels, layout, hears, channels), layout, out);
 }
 
 // At most one of them is standard output.
@@ -180,8 +184,8 @@ constexpr std::array<Option, 5> outputOptions{{
      .byDefault = stillSizeOption.byDefault},
 }};
 constexpr auto variationsOptions =
-    joined(seriesOptions, outputOptions, columnsOptions, movieOptions,
-           std::array{movieChannelOption}, animationOptions, hearOptions);
+    joined(seriesOptions, outputOptions, columnsOptions, movieOptions, std::array{channelOption},
+           animationOptions, hearOptions);
 
 } // namespace
 

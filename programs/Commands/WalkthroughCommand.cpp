@@ -3,6 +3,7 @@
 #include "programs/CommandLine/Output.h"
 #include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodePicture.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
@@ -45,6 +46,7 @@ std::vector<Picture> stillsOf(const EpisodeWalkthrough& walkthrough,
     const auto device = drawingDevice();
     ProgressBar bar("Step");
     const auto programs = programsOf(walkthrough, *device, bar);
+    const ChannelSources channels = channelSourcesOf(walkthrough.channels, *device);
     const double time = stillTime(walkthrough.episode());
     std::vector<Picture> stills;
     for (std::size_t index = 0; index < programs.size(); ++index) {
@@ -56,7 +58,8 @@ std::vector<Picture> stillsOf(const EpisodeWalkthrough& walkthrough,
                                     .size = *PixelSize::of(width, height),
                                     .time = time,
                                     .frame = savedFrame(time),
-                                    .settings = walkthrough.settings},
+                                    .timeline = walkthrough.settings,
+                                    .channels = channels},
                                    *device, news, bar));
         bar.hide();
         if (news.hitLoopBudget)
@@ -109,8 +112,10 @@ void writePages(const EpisodeWalkthrough& walkthrough, const WalkthroughRenderer
 Status walkthrough(const Arguments& arguments) {
     EpisodeWalkthrough walkthrough = episodeWalkthroughOf(arguments);
     const auto folder = arguments.value("--pages"), movie = arguments.value("-o");
-    if (movie || folder)
+    if (movie || folder) {
         walkthrough.settings = episodeSettingsOf(arguments, walkthrough.episode());
+        walkthrough.channels = episodeChannelsOf(arguments, walkthrough.episode());
+    }
     if (movie) {
         exportWalkthrough(walkthrough, arguments);
         return Status::done;
@@ -160,7 +165,8 @@ constexpr std::array<Option, 7> pageOptions{{
      .byDefault = "6"},
     movieStartOption,
 }};
-constexpr auto walkthroughOptions = joined(pageOptions, movieOptions, animationOptions);
+constexpr auto walkthroughOptions =
+    joined(pageOptions, movieOptions, std::array{channelOption}, animationOptions);
 
 } // namespace
 

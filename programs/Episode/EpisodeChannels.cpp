@@ -63,11 +63,26 @@ std::unique_ptr<NamedChannel>& placeOf(const ChannelWord& word, const std::strin
     return (*inner)[word.address.back()];
 }
 
+// A channel of --channel replaces the performed one, and the channels of the episode that it
+// showed.
+void addPerformed(std::span<const InputFile> performed, std::vector<std::string>& texts) {
+    const std::vector<std::string> given = texts;
+    for (const InputFile& input : performed) {
+        const bool isReplaced = std::ranges::any_of(given, [&](const std::string& text) {
+            return text.substr(0, 1) == input.name.substr(0, 1);
+        });
+        if (input.name != "audio" && !isReplaced)
+            texts.push_back(input.name + "=" + input.file.string());
+    }
+}
+
 } // namespace
 
-NamedChannels episodeChannelsOf(const Arguments& arguments, const Episode& episode) {
+NamedChannels episodeChannelsOf(const Arguments& arguments, const Episode& episode,
+                                std::span<const InputFile> performed) {
     std::vector<std::string> texts(arguments.values("--channel").begin(),
                                    arguments.values("--channel").end());
+    addPerformed(performed, texts);
     if (!texts.empty())
         checkReads(episode);
     // The episodes before their channels.
@@ -91,7 +106,7 @@ ChannelSources channelSourcesOf(const NamedChannels& channels, gpu::Device& devi
         if (channel->episode)
             sources[index].episode = std::make_shared<const ChannelEpisode>(
                 ChannelEpisode{.program = programOf(*channel->episode, device),
-                               .settings = channel->settings,
+                               .timeline = channel->settings,
                                .channels = channelSourcesOf(channel->channels, device)});
     }
     return sources;

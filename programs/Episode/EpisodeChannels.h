@@ -3,12 +3,14 @@
 
 #include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/Episode/Episode.h"
+#include "TarnwickCore/Performance/InputFiles.h"
 #include "TarnwickRender/Channels/ChannelSources.h"
 
 #include <array>
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <span>
 
 namespace tarnwick {
 
@@ -23,9 +25,11 @@ struct NamedChannel {
     NamedChannels channels{};
 };
 
-// The channels of --channel, checked before anything is compiled or drawn. Throws CommandError for
-// cameras, files that are missing and an episode that reads no channels.
-NamedChannels episodeChannelsOf(const Arguments& arguments, const Episode& episode);
+// The channels of --channel, checked before anything is compiled or drawn; channels without the
+// option are those of `performed`. Throws CommandError for cameras, files that are missing and an
+// episode that reads no channels.
+NamedChannels episodeChannelsOf(const Arguments& arguments, const Episode& episode,
+                                std::span<const InputFile> performed = {});
 
 // With the episodes compiled. Throws CommandError.
 ChannelSources channelSourcesOf(const NamedChannels& channels, gpu::Device& device);
@@ -37,12 +41,5 @@ constexpr Option channelOption{
             "movie repeats; 3.0=FILE is channel 0 of the episode that channel 3 shows",
     .byDefault = "black",
     .isRepeatable = true};
-// Of a command that writes a list or pictures too.
-constexpr Option movieChannelOption{.name = channelOption.name,
-                                    .value = channelOption.value,
-                                    .help = channelOption.help,
-                                    .byDefault = channelOption.byDefault,
-                                    .isRepeatable = true,
-                                    .needs = "-o"};
 
 } // namespace tarnwick

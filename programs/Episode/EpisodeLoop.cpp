@@ -1,7 +1,9 @@
 #include "programs/Episode/EpisodeLoop.h"
 
+#include "TarnwickRender/Channels/EpisodeInputs.h"
 #include "programs/CommandLine/CommandError.h"
 #include "programs/Terminal/ProgressBar.h"
+#include "programs/Terminal/TerminalText.h"
 
 #include <array>
 #include <cstdio>
@@ -18,21 +20,26 @@ void sayLoopStart(double asked, double start) {
 }
 
 FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
-                   const Settings& settings, const LoopSearch& search, std::string_view path) {
+                   const Timeline& timeline, const LoopSearch& search, std::string_view path,
+                   const ChannelSources& channels) {
     if (program->needsRun())
         failure(std::string(path) + " is a " + (program->isMesh() ? "grid" : "particle") +
                 " episode: loops can only be found for fragment episodes.");
     std::optional<FoundLoop> found;
-    {
+    try {
+        const auto inputs = EpisodeInputs::make(program, device, LoopFinder::stillWidth,
+                                                LoopFinder::stillHeight, {.channels = channels});
         ProgressBar bar("Length");
         bar.doing("Drawing " + std::string(path));
-        const auto valuesAt = [&](double time) { return settings.valuesAt(time); };
-        found =
-            LoopFinder::best(program, device, valuesAt, search.start, search.around, search.range,
-                             search.fps, [&](std::int64_t done, std::int64_t total) {
-                                 bar.show(done, total);
-                                 return true;
-                             });
+        found = LoopFinder::best(
+            program, device, timeline, search.start, search.around, search.range, search.fps,
+            [&](std::int64_t done, std::int64_t total) {
+                bar.show(done, total);
+                return true;
+            },
+            inputs.get());
+    } catch (const InputError& error) {
+        failure(terminalText(error.what()));
     }
     if (!found && device.isLost())
         failure(device.info().name + " was lost.");

@@ -1,7 +1,7 @@
 // The search for a length at which an episode loops.
 #pragma once
 
-#include "TarnwickCore/Animation/Settings.h"
+#include "TarnwickRender/Channels/ChannelSources.h"
 #include "TarnwickRender/LoopFinder.h"
 
 #include <algorithm>
@@ -26,10 +26,12 @@ inline double loopStart(double start, double crossfade) {
 // Prints a line on standard error if a loop begins later than requested.
 void sayLoopStart(double asked, double start);
 
-// Each still has the values of the settings at its time. Prints progress on standard error; `path`
-// is the name of the episode in messages. Throws CommandError if there is no length.
+// Each still shows the timeline at its time, with the channels of that time. Prints progress on
+// standard error; `path` is the name of the episode in messages. Throws CommandError if there is no
+// length.
 FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
-                   const Settings& settings, const LoopSearch& search, std::string_view path);
+                   const Timeline& timeline, const LoopSearch& search, std::string_view path,
+                   const ChannelSources& channels = {});
 
 // "6.03333333 seconds: 181 frames, whose ends differ by 0.52 of 255 values"
 std::string loopText(const FoundLoop& found, std::int64_t fps);

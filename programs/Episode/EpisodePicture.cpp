@@ -2,11 +2,10 @@
 
 #include "TarnwickCore/Text/Numbers.h"
 #include "TarnwickRender/Channels/EpisodeInputs.h"
-#include "TarnwickRender/Performing/PerformedStill.h"
+#include "TarnwickRender/Performing/TimelineStill.h"
 #include "TarnwickRender/ProgramFrames.h"
 #include "programs/CommandLine/CommandError.h"
 #include "programs/Episode/EpisodeProgram.h"
-#include "programs/Episode/EpisodeSettings.h"
 #include "programs/Terminal/TerminalText.h"
 
 #include <algorithm>
@@ -31,32 +30,17 @@ std::uint32_t savedFrame(double time) {
 
 namespace {
 
-std::optional<Picture> played(const std::shared_ptr<const ShaderProgram>& program,
-                              const EpisodeFrame& frame, gpu::Device& device, StillNews& news,
-                              FrameInputs* reads) {
-    ShaderInputs inputs;
-    if (reads != nullptr) {
-        inputs = reads->playedInputs(frame.time, frame.settings.values);
-        inputs.channels = reads->channels(frame.time);
-    }
-    return StillRenderer::render(program, device, frame.size.width, frame.size.height,
-                                 static_cast<float>(frame.time), frame.frame,
-                                 frame.settings.valuesAt(frame.time), &news,
-                                 valuesOverTime(frame.settings), inputs);
-}
-
-// A performance hears the episode's own sound.
 std::optional<Picture> drawn(const std::shared_ptr<const ShaderProgram>& program,
                              const EpisodeFrame& frame, gpu::Device& device, StillNews& news) {
     const auto [width, height] = frame.size;
     try {
-        auto inputs =
-            EpisodeInputs::make(program, device, width, height,
-                                {.channels = channelSourcesOf(frame.channels, device),
-                                 .hearsOwnSound = frame.hears || frame.performance != nullptr});
-        return frame.performance ? performedStill(program, device, width, height, frame.performance,
-                                                  frame.time, &news, std::move(inputs))
-                                 : played(program, frame, device, news, inputs.get());
+        auto inputs = EpisodeInputs::make(
+            program, device, width, height,
+            {.channels = frame.channels,
+             .hearsOwnSound = frame.hears || frame.timeline.performance() != nullptr,
+             .soundFile = frame.audio});
+        return timelineStill(program, device, width, height, frame.timeline, frame.time,
+                             {.frame = frame.frame, .inputs = std::move(inputs), .news = &news});
     } catch (const InputError& error) {
         failure(terminalText(error.what()));
     }

@@ -2,15 +2,15 @@
 #pragma once
 
 #include "TarnwickBase/PixelSize.h"
-#include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/Episode/Episode.h"
-#include "TarnwickCore/Performance/Performance.h"
+#include "TarnwickCore/Performance/Timeline.h"
+#include "TarnwickRender/Channels/ChannelSources.h"
 #include "TarnwickRender/StillRenderer.h"
-#include "programs/Episode/EpisodeChannels.h"
 #include "programs/Terminal/ProgressBar.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -29,13 +29,13 @@ std::uint32_t savedFrame(double time);
 struct EpisodeFrame {
     Episode episode;
     PixelSize size;
-    double time = 0; // seconds, at least 0
-    std::uint32_t frame = 0;
-    Settings settings{};
-    bool hears = false; // its own sound up to that time; else silence
-    // In place of `frame`, `settings` and `hears`; `time` is of the performance then.
-    std::shared_ptr<const Performance> performance{};
-    NamedChannels channels{};
+    double time = 0;         // seconds of the timeline, at least 0
+    std::uint32_t frame = 0; // a performance has its own
+    Timeline timeline{};
+    // Its own sound up to that time, otherwise silence. A performance is always heard.
+    bool hears = false;
+    ChannelSources channels{};
+    std::filesystem::path audio{}; // a sound file that it hears; empty: none
 };
 
 // Compiles and draws it, with progress on standard error. Throws CommandError; the compiler's

@@ -109,10 +109,4 @@ Settings episodeSettingsOf(const Arguments& arguments, const Episode& episode) {
     return settings;
 }
 
-ValuesAt valuesOverTime(const Settings& settings) {
-    if (settings.keys.isEmpty())
-        return {};
-    return [settings](double time) { return settings.valuesAt(time); };
-}
-
 } // namespace tarnwick

@@ -4,7 +4,6 @@
 #include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/Episode/Episode.h"
-#include "TarnwickRender/ValuesAt.h"
 
 namespace tarnwick {
 
@@ -18,9 +17,6 @@ Settings episodeSettingsOf(const Arguments& arguments, const Episode& episode);
 
 // The settings of another episode than the command's own: those of the document beside it.
 Settings settingsBesideOf(const Episode& episode);
-
-// The values of the settings at each time; empty if they have no keys.
-ValuesAt valuesOverTime(const Settings& settings);
 
 // The options of settings: documents only, with single values, with keys.
 constexpr std::array<Option, 2> settingsOptions{{

@@ -7,6 +7,7 @@
 #include "TarnwickCore/Walkthroughs/Walkthrough.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "TarnwickRender/WalkthroughRenderer.h"
+#include "programs/Episode/EpisodeChannels.h"
 #include "programs/Terminal/ProgressBar.h"
 
 #include <memory>
@@ -20,6 +21,7 @@ namespace tarnwick {
 struct EpisodeWalkthrough {
     std::vector<Episode> episodes; // the stages, the episode itself last
     Settings settings{};           // of the episode; stages use them too
+    NamedChannels channels{};      // the same
 
     const Episode& episode() const { return episodes.back(); }
     std::vector<WalkthroughStage> stages(const WalkthroughRenderer& renderer) const;

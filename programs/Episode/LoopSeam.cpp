@@ -1,9 +1,11 @@
 #include "programs/Episode/LoopSeam.h"
 
 #include "TarnwickPlatform/Pictures/Composing.h"
+#include "TarnwickRender/Channels/EpisodeInputs.h"
+#include "TarnwickRender/Performing/TimelineStill.h"
 #include "TarnwickRender/ProgramFrames.h"
-#include "TarnwickRender/StillRenderer.h"
 #include "programs/CommandLine/CommandError.h"
+#include "programs/Terminal/TerminalText.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -15,9 +17,10 @@ constexpr std::uint32_t width = 480, height = 270; // pixels of each picture
 constexpr int amplification = 8;
 
 Picture frameAt(double time, const std::shared_ptr<const ShaderProgram>& program,
-                gpu::Device& device, const Settings& settings) {
-    auto picture = StillRenderer::render(program, device, width, height, static_cast<float>(time),
-                                         0, settings.valuesAt(time));
+                gpu::Device& device, const Timeline& timeline,
+                const std::shared_ptr<FrameInputs>& inputs) {
+    auto picture =
+        timelineStill(program, device, width, height, timeline, time, {.inputs = inputs});
     if (!picture)
         failure(ProgramFrames::absence(*program, device, width, height));
     return *std::move(picture);
@@ -35,14 +38,18 @@ Picture differenceOf(const Picture& one, const Picture& other) {
 } // namespace
 
 Picture seamOf(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
-               const Settings& settings, double start, double length) {
-    const Picture first = frameAt(start, program, device, settings);
-    const Picture next = frameAt(start + length, program, device, settings);
+               const Timeline& timeline, double start, double length,
+               const ChannelSources& channels) try {
+    const auto inputs = EpisodeInputs::make(program, device, width, height, {.channels = channels});
+    const Picture first = frameAt(start, program, device, timeline, inputs);
+    const Picture next = frameAt(start + length, program, device, timeline, inputs);
     Picture seam = filledPicture(3 * width, height, {});
     paste(seam, first, 0, 0);
     paste(seam, next, width, 0);
     paste(seam, differenceOf(first, next), std::size_t{2} * width, 0);
     return seam;
+} catch (const InputError& error) {
+    failure(terminalText(error.what()));
 }
 
 } // namespace tarnwick

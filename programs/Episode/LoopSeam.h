@@ -10,6 +10,7 @@ namespace tarnwick {
 // and the absolute difference of both, eight times as bright. They are the same if the loop has no
 // seam. Throws CommandError.
 Picture seamOf(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
-               const Settings& settings, double start, double length);
+               const Timeline& timeline, double start, double length,
+               const ChannelSources& channels);
 
 } // namespace tarnwick

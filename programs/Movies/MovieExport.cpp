@@ -3,7 +3,6 @@
 #include "TarnwickBase/EndSignals.h"
 #include "programs/CommandLine/CommandError.h"
 #include "programs/Episode/EpisodePicture.h"
-#include "programs/Episode/EpisodeSettings.h"
 #include "programs/Terminal/ExportProgress.h"
 #include "programs/Terminal/TerminalText.h"
 
@@ -31,17 +30,14 @@ std::string summary(const MovieTarget& target, std::int64_t frames, std::uintmax
 
 } // namespace
 
-void letFollow(ExportSegment& segment, const Settings& settings) {
-    segment.values = settings.values;
-    segment.valuesAt = valuesOverTime(settings);
-}
-
 std::shared_ptr<FrameInputs> frameInputsOf(const std::shared_ptr<const ShaderProgram>& program,
                                            gpu::Device& device, const ExportPreset& preset,
-                                           const ChannelSources& channels) {
+                                           const ChannelSources& channels,
+                                           const std::filesystem::path& soundFile) {
     try {
-        return EpisodeInputs::make(program, device, preset.width, preset.height,
-                                   {.channels = channels, .hearsOwnSound = true});
+        return EpisodeInputs::make(
+            program, device, preset.width, preset.height,
+            {.channels = channels, .hearsOwnSound = true, .soundFile = soundFile});
     } catch (const InputError& error) {
         failure(terminalText(error.what()));
     }

@@ -1,7 +1,6 @@
 // Movies that commands write.
 #pragma once
 
-#include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickRender/Channels/EpisodeInputs.h"
 #include "TarnwickRender/VideoExporter.h"
 #include "programs/Movies/ExportOptions.h"
@@ -13,14 +12,12 @@
 
 namespace tarnwick {
 
-// Makes the segment use the values of the settings at each time; its sound has the base values.
-void letFollow(ExportSegment& segment, const Settings& settings);
-
-// The inputs of a movie's segments: the program's own sound, and the channels. Null for a program
-// without Inputs. Throws CommandError.
+// The inputs of a movie's segments: the sound of the file, or the program's own without one, and
+// the channels. Null for a program without Inputs. Throws CommandError.
 std::shared_ptr<FrameInputs> frameInputsOf(const std::shared_ptr<const ShaderProgram>& program,
                                            gpu::Device& device, const ExportPreset& preset,
-                                           const ChannelSources& channels = {});
+                                           const ChannelSources& channels = {},
+                                           const std::filesystem::path& soundFile = {});
 
 // Exports the segments to the target, then prints frames, length, size and duration. Prints
 // progress on standard error; Ctrl-C cancels. `path` is the name of the episode in messages. Throws

@@ -49,12 +49,12 @@ VideoChapters exportVariations(const EpisodeVariations& variations, const Argume
     std::vector<ExportSegment> segments;
     for (const Variation& variation : variations.series) {
         segments.push_back({.program = program,
+                            .timeline = variations.settingsOf(variation),
                             .start = variation.start,
                             .duration = variations.duration,
                             .watermark = arguments.has("--watermark"),
                             .sound = sound,
                             .inputs = inputs});
-        letFollow(segments.back(), variations.settingsOf(variation));
     }
     exportMovie(segments, movie, *device, variations.episode.path,
                 {.chapters = movieChaptersOf(chapters)});

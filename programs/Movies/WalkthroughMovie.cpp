@@ -99,21 +99,27 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
                     .start = staged.start,
                     .duration = timeline.total()},
                    *device);
-    // Stages with Inputs hear the episode's sound.
-    const std::shared_ptr<FrameInputs> tap = SoundTap::make(programs.back(), *device);
+    // Stages with Inputs hear the episode's sound, and show its channels.
+    ExportPreset shown = preset;
+    shown.width = renderer.picture().width;
+    shown.height = renderer.picture().height;
+    std::shared_ptr<FrameInputs> inputs = frameInputsOf(
+        programs.back(), *device, shown, channelSourcesOf(walkthrough.channels, *device));
+    if (!inputs) // an earlier stage may have Inputs
+        inputs = SoundTap::make(programs.back(), *device);
     std::vector<ExportSegment> segments;
     for (std::size_t stage = 0; stage < stages.size(); ++stage) {
         if (stages[stage].pages.empty())
             continue;
         segments.push_back({.program = programs[stage],
+                            .timeline = walkthrough.settings,
                             .start = staged.startOf(stage),
                             .duration = timeline.duration(static_cast<std::int64_t>(stage)),
                             .watermark = arguments.has("--watermark"),
                             .sound = sound,
                             .layout = staged.layoutOf(stage),
-                            .soundProgram = programs.back()});
-        letFollow(segments.back(), walkthrough.settings);
-        segments.back().inputs = tap;
+                            .soundProgram = programs.back(),
+                            .inputs = inputs});
     }
     exportMovie(segments, movie, *device, walkthrough.episode().path,
                 {.chapters = chaptersOf(staged)});

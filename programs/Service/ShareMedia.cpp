@@ -32,18 +32,18 @@ ExportPreset presetOf(const PixelSize& size) {
 
 ExportSegment segmentOf(const SharedEpisode& shared, gpu::Device& device) {
     ExportSegment segment{.program = shared.program,
+                          .timeline = shared.settings,
                           .start =
                               loopStart(stillTime(shared.episode) - usualLength / 2, crossfade),
                           .duration = usualLength,
                           .loop = crossfade};
-    letFollow(segment, shared.settings);
     const LoopSearch search{.start = segment.start,
                             .around = usualLength,
                             .range = range,
                             .fps = ExportPreset::site.fps};
     if (!shared.program->needsRun())
         segment.duration =
-            findLoop(shared.program, device, shared.settings, search, shared.episode.path).length;
+            findLoop(shared.program, device, segment.timeline, search, shared.episode.path).length;
     return segment;
 }
 
@@ -65,7 +65,7 @@ std::string sharedThumb(const SharedEpisode& shared, gpu::Device& device) {
                              .size = shared.size,
                              .time = time,
                              .frame = savedFrame(time),
-                             .settings = shared.settings,
+                             .timeline = shared.settings,
                              .hears = true}; // as in the movie
     Picture picture;
     {

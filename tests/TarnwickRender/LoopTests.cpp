@@ -64,10 +64,10 @@ TEST_F(Loop, isFoundAtThePeriodAndAtTheFirstOfEqualOnes) {
 
 TEST_F(Loop, isFoundWithTheValuesOfEachTime) {
     const auto program = shading("float4(p.period)");
-    auto upAndDown = [](double time) { // twice in a second
-        const double turn = 2 * time - std::floor(2 * time);
-        return ParamValues{{"period", static_cast<float>(std::abs(2 * turn - 1))}};
-    };
+    Settings upAndDown; // twice in a second
+    for (int key = 0; key < 8; ++key)
+        upAndDown.keys.set("period", 0.25 * key, key % 2 == 0 ? 1.0f : 0.0f,
+                           KeyframeTracks::Ease::linear);
     // On the way up and down each value is met twice.
     const auto found = LoopFinder::best(program, *device, upAndDown, 0.1, 0.4, 0.2, 20);
     ASSERT_TRUE(found);
@@ -85,7 +85,7 @@ TEST_F(Loop, isSoughtFromTwoFramesOnAndInTheRangeAlone) {
     const auto still = shading("float4(0.25)"); // every length loops
     EXPECT_EQ(LoopFinder::bestLength(still, *device, {}, 0, 0.1, 5, 10), 0.2);
     EXPECT_EQ(LoopFinder::bestLength(still, *device, {}, 0, 0.5, 0, 10), 0.5);
-    EXPECT_EQ(LoopFinder::best(still, *device, {}, 0, 0.5, 0, 10)->difference, 0);
+    EXPECT_EQ(LoopFinder::best(still, *device, Timeline(), 0, 0.5, 0, 10)->difference, 0);
     EXPECT_FALSE(LoopFinder::bestLength(still, *device, {}, 0, 0.05, 0, 10)); // none fits
     EXPECT_FALSE(LoopFinder::bestLength(still, *device, {}, 0, 2, -1, 10));
     for (const double number : {HUGE_VAL, -HUGE_VAL, std::nan(""), 1e300}) {

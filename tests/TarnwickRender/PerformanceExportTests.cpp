@@ -1,5 +1,5 @@
 #include "TarnwickCore/Performance/PerformanceCursor.h"
-#include "TarnwickRender/Performing/PerformedStill.h"
+#include "TarnwickRender/Performing/TimelineStill.h"
 #include "TarnwickRender/VideoExporter.h"
 #include "tests/TarnwickRender/RecordingWriter.h"
 #include "tests/TarnwickRender/Rendering.h"
@@ -74,9 +74,9 @@ class PerformanceExport : public Rendering {
   protected:
     ExportSegment segmentOf(const std::string& episode, const Performance& performance) {
         return {.program = program(episode),
+                .timeline = std::make_shared<const Performance>(performance),
                 .duration = performance.length,
-                .sound = true,
-                .performance = std::make_shared<const Performance>(performance)};
+                .sound = true};
     }
     std::vector<Picture> pictures(const ExportSegment& segment, std::int64_t fps) {
         const ExportPreset preset{"small", "Small", width, height, fps, 100'000, VideoCodec::h264};
@@ -100,7 +100,7 @@ TEST_F(PerformanceExport, showsTheStateOfEachFramesTime) {
     const ExportSegment segment = segmentOf(
         shading("float4(p.level, fract(u.time), u.mouse.x / u.resolution.x, 1.0)"), wild(1));
     const std::vector<Picture> found = pictures(segment, 30);
-    PerformanceCursor cursor(segment.performance);
+    PerformanceCursor cursor(segment.timeline.performance());
     ASSERT_GE(found.size(), 60u);
     for (std::size_t frame = 0; frame < found.size(); ++frame) {
         const double seconds = static_cast<double>(frame) / 30;
@@ -127,9 +127,9 @@ TEST_F(PerformanceExport, isTheSameMovieHoweverItIsDrawn) {
             EXPECT_EQ(pictures(segment, 30), fast) << which << " " << seed;
             for (std::size_t frame = 0; frame < slow.size(); ++frame)
                 EXPECT_EQ(slow[frame], fast.at(5 * frame)) << which << " " << seed << " " << frame;
-            EXPECT_EQ(performedStill(segment.program, *device, width, height, segment.performance,
-                                     61.0 / 30),
-                      fast[61])
+            EXPECT_EQ(
+                timelineStill(segment.program, *device, width, height, segment.timeline, 61.0 / 30),
+                fast[61])
                 << which << " " << seed;
             EXPECT_NE(fast[50], fast[61]);
         }
@@ -146,10 +146,8 @@ TEST_F(PerformanceExport, isThePlainMovieWhereNothingMoves) {
     const ExportSegment performed =
         segmentOf(swarm("trails.at(uv) * fract(u.time) * p.level"), still);
     ExportSegment plain = performed;
-    plain.performance = nullptr;
+    plain.timeline = still.start.settings;
     plain.start = 0.7;
-    plain.values = still.start.settings.values;
-    plain.valuesAt = [&](double time) { return still.start.settings.valuesAt(time); };
     EXPECT_EQ(pictures(performed, 30), pictures(plain, 30));
 }
 

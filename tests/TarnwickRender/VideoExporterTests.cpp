@@ -1,3 +1,4 @@
+#include "TarnwickRender/Performing/TimelineStill.h"
 #include "TarnwickRender/VideoExporter.h"
 #include "tests/TarnwickRender/RecordingWriter.h"
 #include "tests/TarnwickRender/Rendering.h"
@@ -57,7 +58,7 @@ class Exporting : public Rendering {
     }
     Picture still(const ExportSegment& segment, double time) {
         return *StillRenderer::render(segment.program, *device, 32, 18, static_cast<float>(time), 0,
-                                      segment.values);
+                                      segment.timeline.settings().values);
     }
 
     Recording recording;
@@ -84,8 +85,11 @@ std::string swarm() {
                .text();
 }
 
-ParamValues swinging(double time) {
-    return {{"level", static_cast<float>(0.5 + 0.4 * std::sin(3 * time))}};
+Settings swinging() {
+    Settings settings;
+    for (int key = 0; key < 20; ++key)
+        settings.keys.set("level", key, key % 2 == 0 ? 0.1f : 0.9f);
+    return settings;
 }
 
 } // namespace
@@ -113,9 +117,10 @@ TEST_F(Exporting, drawsTheFramesOfItsSegmentsAtTheirTimes) {
 
 TEST_F(Exporting, takesValuesAndInputsAtEachFramesTime) {
     ExportSegment values = segment(shading("float4(p.level)"), 1, 0.5);
-    values.valuesAt = [](double time) {
-        return ParamValues{{"level", static_cast<float>(time - 1)}};
-    };
+    Settings rising;
+    rising.keys.set("level", 1, 0, KeyframeTracks::Ease::linear);
+    rising.keys.set("level", 2, 1);
+    values.timeline = rising;
     ExportSegment inputs = segment("float4 shade(float2 uv, " + std::string(arguments) +
                                        ", Inputs in) { return float4(in.audio.x, "
                                        "in.previous(uv).y + 0.1, u.frame == 21, 1.0); }\n",
@@ -136,7 +141,7 @@ TEST_F(Exporting, takesValuesAndInputsAtEachFramesTime) {
 
 TEST_F(Exporting, movesParticlesByTheValuesOfEachStepsTimeAtAnyFrameRate) {
     ExportSegment keyed = segment(swarm(), 1.5, 0.4);
-    keyed.valuesAt = swinging;
+    keyed.timeline = swinging();
     ExportPreset faster = small;
     faster.fps = 20;
     EXPECT_EQ(exported({keyed}), "");
@@ -145,8 +150,7 @@ TEST_F(Exporting, movesParticlesByTheValuesOfEachStepsTimeAtAnyFrameRate) {
     EXPECT_EQ(exported({keyed}, {}, faster), "");
     for (std::size_t i = 0; i < slow.size(); ++i)
         EXPECT_EQ(slow[i], recording.pictures.at(2 * i)) << i;
-    const auto still = StillRenderer::render(keyed.program, *device, 32, 18, 1.8f, 0, swinging(1.8),
-                                             nullptr, swinging);
+    const auto still = timelineStill(keyed.program, *device, 32, 18, keyed.timeline, 1.8);
     EXPECT_EQ(slow.at(3), still);
 }
 
@@ -381,7 +385,7 @@ TEST_F(Exporting, drawsAPartAsItIsInTheWhole) {
     std::vector<ExportSegment> segments{segment(passing, 0, 5), segment(swarm(), 2, 11),
                                         segment(memory, 0, 12)};
     segments[1].loop = segments[2].loop = 0.5;
-    segments[1].valuesAt = swinging;
+    segments[1].timeline = swinging();
     EXPECT_EQ(exported(segments), "");
     const Recording all = recording;
     const std::int64_t stretch = stretchLength(VideoExporter::videoSettings(small));

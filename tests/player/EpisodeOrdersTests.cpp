@@ -51,15 +51,33 @@ TEST(EpisodeOrders, leaveOutSettingsThatNoDocumentCanHold) {
 
 TEST(EpisodeOrders, giveTheChildTheChannelsAndCopiesOfOpenEpisodes) {
     EpisodeCopy reading = episode;
-    reading.channels.channels = {{.address = "0", .file = "/a b.mp4"},
-                                 {.address = "3", .text = "// other", .settings = {.name = "o"}},
-                                 {.address = "3.1", .file = "/c.png"}};
+    reading.inputs.channels = {{.address = "0", .file = "/a b.mp4"},
+                               {.address = "3", .text = "// other", .settings = {.name = "o"}},
+                               {.address = "3.1", .file = "/c.png"}};
     const Order order = stillOrder({.episode = reading, .output = "/tmp/a.png"});
     EXPECT_EQ(lineOf(order),
               "still <Rings.metal> --settings <settings.json> --channel 0=/a b.mp4 --channel "
               "3=<channel 3.metal> --channel 3.1=/c.png --time 0 --frame 0 --size 1920x1080 -o > ");
     EXPECT_EQ(order.inputs.at(2), (OrderInput{"channel 3.metal", "// other"}));
     EXPECT_EQ(order.inputs.at(3).name, "channel 3.json");
+}
+
+// A performance has its own inputs.
+TEST(EpisodeOrders, giveTheChildTheSoundFileThatIsHeard) {
+    EpisodeCopy hearing = episode;
+    hearing.inputs = {.channels = {{.address = "0", .file = "/c.png"}}, .sound = "/song.flac"};
+    MovieRequest request{.episode = hearing};
+    EXPECT_NE(lineOf(movieOrder(request)).find("--channel 0=/c.png --audio /song.flac --track own"),
+              std::string::npos);
+    request.episode.inputs.playsSound = true;
+    EXPECT_NE(lineOf(movieOrder(request)).find("--track both"), std::string::npos);
+    request.performance = "/a.performance";
+    EXPECT_EQ(lineOf(movieOrder(request)).find("--channel"), std::string::npos);
+    EXPECT_EQ(lineOf(movieOrder(request)).find("--audio"), std::string::npos);
+    EXPECT_NE(lineOf(loopOrder({.episode = hearing})).find("--channel 0=/c.png"),
+              std::string::npos);
+    EXPECT_NE(lineOf(walkthroughOrder({.episode = hearing})).find("--channel 0=/c.png"),
+              std::string::npos);
 }
 
 TEST(EpisodeOrders, drawVariationsAsAMovieOrAsAPicture) {

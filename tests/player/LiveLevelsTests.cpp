@@ -58,7 +58,7 @@ class LiveLevelsTest : public DeviceTest {
     }
     std::optional<Picture> still(double time, const ShaderInputs& inputs) {
         return StillRenderer::render(shown, *device, size.width, size.height,
-                                     static_cast<float>(time), 0, {}, nullptr, {}, inputs);
+                                     static_cast<float>(time), 0, {}, nullptr, inputs);
     }
 
     std::shared_ptr<const ShaderProgram> shown;

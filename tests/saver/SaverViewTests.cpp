@@ -1,3 +1,5 @@
+#include "TarnwickPlatform/Pictures/Composing.h"
+#include "TarnwickPlatform/Pictures/PNG.h"
 #include "TarnwickPlatform/Text/Text.h"
 #include "TarnwickRender/Targets/PictureTarget.h"
 #include "saver/TarnwickSaverView.h"
@@ -7,6 +9,9 @@
 
 #include <array>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
 
 namespace tarnwick {
 namespace {
@@ -17,8 +22,9 @@ constexpr Rectangle smallFrame{0, 0, 64, 32};
 class DrawnSaver {
   public:
     explicit DrawnSaver(std::string_view shader, std::string_view settings = "",
-                        ScreenKind kind = ScreenKind::fullScreen)
-        : files_(shader, settings),
+                        ScreenKind kind = ScreenKind::fullScreen,
+                        const std::function<void(const std::filesystem::path&)>& addTo = {})
+        : files_(shader, settings), added_(add(addTo)),
           view(smallFrame, kind, files_.bundle(), [this] { return now; }) {
         if (view.metal() == nullptr)
             return;
@@ -39,7 +45,14 @@ class DrawnSaver {
     }
 
   private:
+    bool add(const std::function<void(const std::filesystem::path&)>& addTo) const {
+        if (addTo)
+            addTo(files_.bundle().folder());
+        return addTo != nullptr;
+    }
+
     TestBundle files_;
+    bool added_; // files to the bundle, before the view reads it
 
   public:
     double now = 0;
@@ -112,6 +125,29 @@ TEST(SaverView, drawsWithTheSettingsValuesAndKeys) {
                                        "The document has no \"keys\"."});
     EXPECT_EQ(half.drawAt(0), (std::array{51, 102, 0}));
     EXPECT_EQ(half.view.settings().name, "Tarnwick");
+}
+
+// Pictures, and episodes with their own settings and channels; a file that cannot be read is black.
+TEST(SaverView, showsTheChannelsOfItsBundle) {
+#define READING "float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) "
+    const auto addChannels = [](const std::filesystem::path& bundle) {
+        const auto folder = bundle / "Channels";
+        std::filesystem::create_directory(folder);
+        writePNG(filledPicture(4, 4, {0, 0, 200}), folder / "0.png");
+        writePNG(filledPicture(4, 4, {0, 100, 0}), folder / "3.1.png");
+        std::ofstream(folder / "2.png") << "no picture";
+        std::ofstream(folder / "3.metal")
+            << "// @param blue 0 0 1\n" READING
+               "{ return float4(0.0, in.channel(1, uv).g, p.blue, 1.0); }";
+        std::ofstream(folder / "3.json")
+            << R"({"name": "", "values": {"blue": 0.2}, "keys": {"tracks": {}}})";
+    };
+    DrawnSaver saver(READING "{ return float4(in.channel(0, uv).r, in.channel(3, uv).gb, 1.0); }",
+                     "", ScreenKind::fullScreen, addChannels);
+    ASSERT_FALSE(saver.view.failure()) << *saver.view.failure();
+    EXPECT_EQ(saver.drawAt(0), (std::array{200, 100, 51}));
+    ASSERT_EQ(saver.view.settingsRemarks().size(), 1u);
+    EXPECT_TRUE(saver.view.settingsRemarks()[0].starts_with("Channel 2 is black: "));
 }
 
 // `fields` follow the particle's place; each frame shows the `number` of the step that it is at.

@@ -20,6 +20,7 @@ Performance wild(unsigned seed) {
     std::mt19937_64 random(seed);
     std::uniform_real_distribution<double> share;
     Performance made{.episode = Performance::markOf("mine", "text")};
+    made.inputs = {{"0", "clip.mp4", 1200, "9f86"}, {"audio", "/music/song.flac", 3, "d081", true}};
     made.start.settings.values = {{"speed", 0.1f}, {"hue", 1 / 3.0f}};
     made.start.settings.keys.set("glow", 1.1, 0.7f);
     made.start.transport = Transport{.time = 0.3, .since = -0.7}.played(-share(random));
@@ -110,6 +111,30 @@ TEST(PerformanceCursor, hasTheStateOfATimeHoweverItCameThere) {
         EXPECT_EQ(jumping.at(time), folded);
     }
     EXPECT_EQ(forward.at(-1), made->start);
+}
+
+TEST(Timeline, isAskedInTheSameWayWhateverItIs) {
+    const auto made = std::make_shared<const Performance>(wild(4));
+    const Timeline performed(made);
+    EXPECT_EQ(performed.performed(), made);
+    for (const double time : {0.0, 0.3, 0.7, made->length}) {
+        const PerformedState state = PerformanceCursor(made).at(time);
+        const TimelineMoment moment = performed.at(time);
+        EXPECT_EQ(moment.time, state.transport.timeAt(time));
+        EXPECT_EQ(moment.values, state.settings.valuesAt(moment.time));
+        EXPECT_EQ(moment.pointer, state.pointer);
+    }
+    Settings keyed{.values = {{"speed", 2.0f}}};
+    keyed.keys.set("far", 1, 3);
+    const Timeline settings(keyed), played(settings.performed());
+    for (const double time : {0.0, 0.5, 2.25}) {
+        EXPECT_EQ(settings.at(time).time, time);
+        EXPECT_EQ(settings.at(time).values, keyed.valuesAt(time));
+        EXPECT_EQ(played.at(time).time, time);
+        EXPECT_EQ(played.at(time).values, keyed.valuesAt(time));
+    }
+    TimelineSound still(settings), moving(played);
+    EXPECT_EQ(still.pieces(0.5, 100, 48000), moving.pieces(0.5, 100, 48000));
 }
 
 // Draws the walk as a simulation does: the frames that were computed, each with its controls.

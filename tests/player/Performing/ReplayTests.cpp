@@ -1,6 +1,6 @@
 // A performance is shown again as it was shown, and as it is exported.
 #include "TarnwickPlatform/Dispatch/HostClock.h"
-#include "TarnwickRender/Performing/PerformedStill.h"
+#include "TarnwickRender/Performing/TimelineStill.h"
 #include "player/Drawing/LivePicture.h"
 #include "player/Performing/Recorder.h"
 #include "tests/player/DeviceTest.h"
@@ -118,7 +118,7 @@ TEST_P(Replay, showsThePicturesOfTheLivePerformance) {
     std::vector<Picture> stills;
     for (const auto& [time, shown] : moments) {
         const auto still =
-            performedStill(played, *device, size.width, size.height, performance, time);
+            timelineStill(played, *device, size.width, size.height, performance, time);
         ASSERT_TRUE(still);
         stills.push_back(*still);
         show(shown);

@@ -1,5 +1,5 @@
 #include "TarnwickBase/TemporaryFolder.h"
-#include "TarnwickPlatform/Movie/Reading/SoundFile.h"
+#include "TarnwickPlatform/Movie/Reading/LoopedSound.h"
 #include "TarnwickRender/AudioRenderer.h"
 #include "player/Sound/FileSound.h"
 #include "player/Sound/SampleRing.h"
@@ -76,8 +76,13 @@ TEST_F(FileSoundTest, readsEachPlaceAsInOrder) {
 
 TEST_F(FileSoundTest, followsTheTimeAndRepeats) {
     FileSound sound(tone(2.5, 48000), [](const std::string& sentence) { FAIL() << sentence; });
+    const auto movies = LoopedSound::open(tone(2.5, 48000)); // what movies read
+    EXPECT_EQ(movies->seconds(), 2.5);
     for (const double start : {0.0, 2.0, 4.9, 251.2}) {
         const auto samples = wait(sound, start, soundRate, 9600);
+        std::vector<float> ofMovie(samples.size());
+        movies->samples(start, soundRate, ofMovie);
+        EXPECT_EQ(ofMovie, samples) << start;
         for (std::size_t at = 0; at < samples.size(); ++at) {
             const double time = start + secondsOf(at);
             ASSERT_NEAR(samples[at], toneAt(std::fmod(time + 1e-9, 2.5), at % 2), 1e-3)

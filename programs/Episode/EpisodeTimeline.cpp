@@ -1,10 +1,14 @@
-#include "programs/Episode/EpisodePerformance.h"
+#include "programs/Episode/EpisodeTimeline.h"
 
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "programs/CommandLine/CommandError.h"
+#include "programs/Episode/EpisodeSettings.h"
 #include "programs/Terminal/TerminalText.h"
 
 #include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <utility>
 
 namespace tarnwick {
 namespace {
@@ -26,13 +30,15 @@ Performance performanceAt(const std::string& file) {
 
 } // namespace
 
-std::shared_ptr<const Performance> episodePerformanceOf(const Arguments& arguments,
-                                                        const Episode& episode) {
+EpisodeTimeline episodeTimelineOf(const Arguments& arguments, const Episode& episode) {
     const auto given = arguments.value("--performance");
     if (!given)
-        return nullptr;
+        return {.timeline = episodeSettingsOf(arguments, episode)};
     const std::string file(*given);
     const Performance performance = performanceAt(file);
+    FoundInputs inputs;
+    if (episode.shader.usesInputs)
+        inputs = inputFilesOf(performance, std::filesystem::path(file).parent_path());
     for (const std::string& remark : performance.remarks)
         say(file + ": " + remark);
     if (Performance::markOf("", episode.text).sha256 != performance.episode.sha256)
@@ -40,7 +46,10 @@ std::shared_ptr<const Performance> episodePerformanceOf(const Arguments& argumen
             " was performed; the picture may differ.");
     for (const std::string& misfit : performance.misfits(episode.params(), episode.path))
         say(file + ": " + misfit);
-    return std::make_shared<const Performance>(performance.fitted(episode.params()));
+    for (const std::string& sentence : inputs.sentences)
+        say(file + ": " + sentence);
+    return {.timeline = std::make_shared<const Performance>(performance.fitted(episode.params())),
+            .inputs = std::move(inputs.files)};
 }
 
 } // namespace tarnwick

@@ -1,0 +1,50 @@
+# An episode hears a sound file, which the movie has too; a performance names its inputs.
+. "$PROMISES/promises.sh"
+hearing() {
+    echo 'float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {'
+    echo "    return float4($1, 1.0); }"
+}
+hearing 'float3(in.audio.w > 0.1)' >e.metal
+episode >deaf.metal
+(episode && echo 'float2 sound(float t, constant Params& p) { return t < 1.0 ? 0.0 : 0.5 * sin(3000.0 * t); }') >tone.metal
+expect 1 'deaf.metal does not hear a sound file' still deaf.metal -o a.png --audio deaf.metal
+expect 2 'none.wav' export e.metal -o a.mp4 --audio none.wav
+expect 2 'requires --audio' export e.metal -o a.mp4 --track own
+{ "$TARNWICK" devices && command -v ffmpeg; } >out 2>err || exit 77
+expect 2 'The sound of "e.metal" cannot be read' export e.metal -o a.mp4 --audio e.metal
+expect 0 '' sound tone.metal -o song.wav --duration 2
+# In the second half of each repetition.
+pixel() { ffmpeg -v error -i "$1" -f rawvideo -pix_fmt rgb24 - | od -An -tu1 -N1 | xargs; }
+for row in '0.5 0' '1.5 255' '2.9 0' '3.5 255'; do
+    # shellcheck disable=SC2086
+    set -- $row
+    expect 0 '' still e.metal -o a.png --size 2x2 --time "$1" --audio song.wav
+    [ "$(pixel a.png)" = "$2" ] || complain "$(pixel a.png) at $1" still
+done
+# The movie is as long as the file, whose sound it has.
+loudness() { ffmpeg -ss "$2" -t 0.8 -i "$1" -af volumedetect -f null - 2>&1 | sed -n 's/.*mean_volume: -*\([0-9]*\).*/\1/p'; }
+tracks() { ffprobe -v error -show_entries stream=codec_type -of csv "$1" | grep -c audio; }
+expect 0 '60 frames, 2 s' export e.metal -o a.mp4 --size 32x18 --audio song.wav
+[ "$(loudness a.mp4 0.1)" -gt 50 ] && [ "$(loudness a.mp4 1.1)" -lt 12 ] || complain 'not the sound of the file' export
+expect 0 '' export e.metal -o b.mp4 --size 32x18 --audio song.wav --track own
+expect 0 '' export e.metal -o c.mp4 --size 32x18 --audio song.wav --no-sound
+[ "$(tracks a.mp4) $(tracks b.mp4) $(tracks c.mp4)" = '1 0 0' ] || complain 'wrong tracks' export
+# A performance with inputs is the movie of the settings with these options.
+ffmpeg -v error -y -f lavfi -i 'color=0x00ff00:s=4x4,format=rgb24' -frames:v 1 green.png
+hearing 'in.channel(0, uv).rgb + float3(in.audio.w, 0.0, 0.0)' >e.metal
+entry() { printf '{"input":"%s","file":"%s","bytes":%s,"sha256":"%s","played":true}' "$1" "$2" "$(wc -c <"$2")" "$(sha256sum <"$2" | cut -d' ' -f1)"; }
+{
+    echo '{"kind":"performance","version":1,"episode":{"title":"e","sha256":""},"settings":{"name":"","values":{},"keys":{"tracks":{}}},"clock":[0,0,1,true],"mouse":null,"inputs":['"$(entry 0 green.png),$(entry audio song.wav)"']}'
+    echo '{"length":2,"remarks":[]}'
+} >e.performance
+expect 0 '' export e.metal -o a.mp4 --size 32x18 --performance e.performance
+grep -q 'song.wav\|green.png' err && complain 'a sentence about an input' export
+expect 0 '' export e.metal -o b.mp4 --size 32x18 --performance e.performance --channel 0=green.png --audio song.wav
+cmp a.mp4 b.mp4 || complain 'not the inputs of the performance' export
+echo more >>song.wav
+rm green.png
+expect 0 '' still e.metal -o a.png --size 2x2 --time 0.5 --performance e.performance
+grep -q 'green.png of channel 0 is missing, so the input is black' err || complain 'nothing about green.png' still
+grep -q 'song.wav of the sound input has changed since the performance' err || complain 'nothing about song.wav' still
+[ "$(pixel a.png)" = 0 ] || complain 'the channel is not black' still
+finish
