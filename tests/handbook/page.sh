@@ -5,8 +5,8 @@
 # number of lines. A block without either is ignored.
 #
 # tarnwick is the program that TARNWICK names; pictures and movies are small here. With PICTURES=FOLDER
-# they have their own sizes, and each PNG file whose name a picture of the page has is copied there as
-# JPEG.
+# pictures have their own sizes, and each PNG file whose name a picture of the page has is copied
+# there as JPEG.
 page=$(realpath "$1")
 . "$PROMISES/promises.sh"
 . "$PROMISES/local-service.sh"
@@ -38,18 +38,21 @@ awk '
 # The program of the commands. A small size is appended: the last value of an option counts.
 cat >bin/tarnwick <<'TEXT'
 #!/bin/sh
-[ "$1" = play ] && exec "$PROMISES/../handbook/play.sh" "$@"
-if [ -z "${PICTURES:-}" ]; then
-    case $1 in
-    still | share) set -- "$@" --size 64x36 ;;
-    sheet | variations) set -- "$@" --size 64x36 ;;
-    export) set -- "$@" --size 64x36 --duration 1 ;;
-    esac
+if [ "$1" = play ]; then # shown until the end of the page
+    [ -x "$(dirname "$TARNWICK")/tarnwick-player" ] || exit 0
+    echo $$ >"$PLAYER"
+    QT_QPA_PLATFORM=offscreen exec "$TARNWICK" "$@"
 fi
+case $1 in
+still | sheet | variations) [ -n "${PICTURES:-}" ] || set -- "$@" --size 64x36 ;;
+share) set -- "$@" --size 64x36 ;;
+export) set -- "$@" --size 64x36 --duration 1 ;;
+esac
 exec "$TARNWICK" "$@"
 TEXT
 chmod +x bin/tarnwick
 PATH="$folder/bin:$PATH"
+export PLAYER="$folder/player"
 
 # matches WANTED MET: the lines are the same, but for lines "..." in WANTED.
 matches() {
@@ -70,7 +73,7 @@ try() {
     (cd work && sh -c "$1") >met 2>&1
     status=$?
     wanted=0
-    grep -q ': error: \|^tarnwick: ' expected && wanted=1
+    grep -q ': error: ' expected && wanted=1
     [ $((status != 0)) = $wanted ] || complain "status $status" "$1"
     [ ! -s expected ] || matches expected met || {
         complain 'another output than on the page:' "$1"
@@ -105,8 +108,13 @@ for step in steps/*; do
 done
 [ $commands -gt 0 ] || complain 'the page has no command' "$page"
 
+# A player that the page has opened still runs.
+if [ -s player ]; then
+    kill "$(cat player)" || complain 'the player has ended' play
+fi
+
 # Each picture of the page is one that a command has made.
-for picture in $(sed -n 's/.*](\([a-z]*\/\([a-z-]*\)\.jpg\)).*/\2/p' "$page"); do
+for picture in $(grep -o '](tutorial/[a-z-]*\.jpg)' "$page" | sed 's/.*\///; s/\..*//'); do
     have -s "work/$picture.png"
     if [ -n "${PICTURES:-}" ]; then
         ffmpeg -v error -y -i "work/$picture.png" -q:v 4 "$PICTURES/$picture.jpg"
