@@ -14,5 +14,52 @@ define void @main() {
   %8 = ashr i8 %7, 3
   %9 = sext i8 %8 to i32
   store i32 %9, ptr @out, align 4
+  %10 = call i8 @llvm.bitreverse.i8(i8 %2)
+  %11 = lshr i8 %10, 3
+  %12 = or i8 %2, 32
+  %13 = call i8 @llvm.cttz.i8(i8 %12, i1 false)
+  %14 = call i8 @llvm.ctlz.i8(i8 %2, i1 false)
+  %15 = sub i8 %14, 3
+  %16 = shl i8 %13, 3
+  %17 = ashr i8 %16, 3
+  %18 = shl i8 %15, 3
+  %19 = ashr i8 %18, 3
+  %20 = call i8 @llvm.smax.i8(i8 %17, i8 %19)
+  %21 = and i8 %20, 31
+  %22 = shl i8 %11, 3
+  %23 = lshr i8 %21, 2
+  %24 = or i8 %22, %23
+  %25 = and i8 %24, 31
+  %26 = zext i8 %25 to i32
+  store i32 %26, ptr @out, align 4
   ret void
 }
+
+; Function Attrs: nocallback nofree nosync nounwind speculatable willreturn memory(none)
+declare i5 @llvm.bitreverse.i5(i5) #0
+
+; Function Attrs: nocallback nofree nosync nounwind speculatable willreturn memory(none)
+declare i5 @llvm.ctlz.i5(i5, i1 immarg) #0
+
+; Function Attrs: nocallback nofree nosync nounwind speculatable willreturn memory(none)
+declare i5 @llvm.cttz.i5(i5, i1 immarg) #0
+
+; Function Attrs: nocallback nofree nosync nounwind speculatable willreturn memory(none)
+declare i5 @llvm.fshl.i5(i5, i5, i5) #0
+
+; Function Attrs: nocallback nofree nosync nounwind speculatable willreturn memory(none)
+declare i5 @llvm.smax.i5(i5, i5) #0
+
+; Function Attrs: nocallback nofree nosync nounwind speculatable willreturn memory(none)
+declare i8 @llvm.bitreverse.i8(i8) #0
+
+; Function Attrs: nocallback nofree nosync nounwind speculatable willreturn memory(none)
+declare i8 @llvm.cttz.i8(i8, i1 immarg) #0
+
+; Function Attrs: nocallback nofree nosync nounwind speculatable willreturn memory(none)
+declare i8 @llvm.ctlz.i8(i8, i1 immarg) #0
+
+; Function Attrs: nocallback nofree nosync nounwind speculatable willreturn memory(none)
+declare i8 @llvm.smax.i8(i8, i8) #0
+
+attributes #0 = { nocallback nofree nosync nounwind speculatable willreturn memory(none) }

@@ -1,4 +1,4 @@
-; The bits above the odd width stay zero.
+; The bits above the odd width stay zero, and functions on bits see them as absent.
 @in = external constant i32
 @out = external global i32
 
@@ -8,5 +8,12 @@ define void @main() {
   %half = ashr i5 %five, 1
   %y = sext i5 %half to i32
   store i32 %y, ptr @out
+  %reversed = call i5 @llvm.bitreverse.i5(i5 %five)
+  %zeros = call i5 @llvm.cttz.i5(i5 %five, i1 false)
+  %high = call i5 @llvm.ctlz.i5(i5 %five, i1 false)
+  %larger = call i5 @llvm.smax.i5(i5 %zeros, i5 %high)
+  %turned = call i5 @llvm.fshl.i5(i5 %reversed, i5 %larger, i5 3)
+  %z = zext i5 %turned to i32
+  store i32 %z, ptr @out
   ret void
 }

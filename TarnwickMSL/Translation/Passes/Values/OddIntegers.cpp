@@ -5,8 +5,10 @@
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/ADT/PostOrderIterator.h>
+#include <llvm/IR/ConstantFold.h>
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/InstIterator.h>
+#include <llvm/IR/IntrinsicInst.h>
 
 namespace tarnwick::msl {
 
@@ -38,6 +40,8 @@ class Promotion {
     Value* masked(IRBuilder<>& builder, Value* value, Type* odd);
     Value* promote(Instruction& instruction);
     Value* promoteBinary(BinaryOperator& binary, IRBuilder<>& builder);
+    Value* promoteIntrinsic(IntrinsicInst& call, IRBuilder<>& builder);
+    Value* plain(IRBuilder<>& builder, Value* value, bool isSigned);
     Value* fromLanes(Instruction& cast, IRBuilder<>& builder);
     void use(Instruction& instruction);
 
@@ -48,10 +52,11 @@ class Promotion {
 Value* Promotion::wide(Value* value) {
     if (Value* known = wide_.lookup(value))
         return known;
-    if (auto* number = dyn_cast<ConstantInt>(value))
-        return ConstantInt::get(promoted(value->getType()), number->getZExtValue());
-    if (isa<UndefValue>(value))
-        return Constant::getNullValue(promoted(value->getType()));
+    auto* constant = dyn_cast<Constant>(value);
+    Type* type = promoted(value->getType());
+    if (Constant* folded =
+            constant ? ConstantFoldCastInstruction(Instruction::ZExt, constant, type) : nullptr)
+        return folded;
     throw CompilerFault("An integer's width is not supported.");
 }
 
@@ -78,27 +83,94 @@ Value* Promotion::promoteBinary(BinaryOperator& binary, IRBuilder<>& builder) {
     return masked(builder, builder.CreateBinOp(binary.getOpcode(), a, b), binary.getType());
 }
 
-// The bits of a number as a vector of booleans.
+// A value of a plain or an odd width, in a plain one.
+Value* Promotion::plain(IRBuilder<>& builder, Value* value, bool isSigned) {
+    if (!isOdd(value->getType()))
+        return value;
+    return isSigned ? spread(builder, value) : wide(value);
+}
+
+// Functions on bits count from the other end, which the bits above the odd width move.
+Value* Promotion::promoteIntrinsic(IntrinsicInst& call, IRBuilder<>& builder) {
+    const Intrinsic::ID id = call.getIntrinsicID();
+    Type* odd = call.getType();
+    Type* type = isOdd(odd) ? promoted(odd) : odd;
+    const unsigned bits = odd->getScalarSizeInBits();
+    const unsigned added = type->getScalarSizeInBits() - bits;
+    switch (id) {
+    case Intrinsic::bitreverse:
+    case Intrinsic::bswap:
+        return builder.CreateLShr(builder.CreateUnaryIntrinsic(id, wide(call.getArgOperand(0))),
+                                  added);
+    case Intrinsic::ctpop:
+        return builder.CreateUnaryIntrinsic(id, wide(call.getArgOperand(0)));
+    case Intrinsic::cttz: {
+        Value* end = ConstantInt::get(type, APInt::getOneBitSet(bits + added, bits));
+        return builder.CreateIntrinsic(
+            type, id, {builder.CreateOr(wide(call.getArgOperand(0)), end), builder.getFalse()});
+    }
+    case Intrinsic::ctlz:
+        return builder.CreateSub(
+            builder.CreateIntrinsic(type, id, {wide(call.getArgOperand(0)), builder.getFalse()}),
+            ConstantInt::get(type, added));
+    case Intrinsic::abs:
+        return masked(builder,
+                      builder.CreateIntrinsic(
+                          type, id, {spread(builder, call.getArgOperand(0)), builder.getFalse()}),
+                      odd);
+    case Intrinsic::smin:
+    case Intrinsic::smax:
+    case Intrinsic::umin:
+    case Intrinsic::umax:
+    case Intrinsic::usub_sat:
+    case Intrinsic::scmp:
+    case Intrinsic::ucmp: {
+        const bool isSigned =
+            id == Intrinsic::smin || id == Intrinsic::smax || id == Intrinsic::scmp;
+        Value* a = plain(builder, call.getArgOperand(0), isSigned);
+        Value* b = plain(builder, call.getArgOperand(1), isSigned);
+        const bool isComparison = id == Intrinsic::scmp || id == Intrinsic::ucmp;
+        Value* result = isComparison ? builder.CreateIntrinsic(id, {type, a->getType()}, {a, b})
+                                     : builder.CreateBinaryIntrinsic(id, a, b);
+        return type == odd ? result : masked(builder, result, odd);
+    }
+    case Intrinsic::fshl:
+    case Intrinsic::fshr: {
+        Value* width = ConstantInt::get(type, bits);
+        Value* by = builder.CreateURem(wide(call.getArgOperand(2)), width);
+        Value* rest = builder.CreateSub(width, by);
+        const bool isLeft = id == Intrinsic::fshl;
+        Value* high = builder.CreateShl(wide(call.getArgOperand(0)), isLeft ? by : rest);
+        Value* low = builder.CreateLShr(wide(call.getArgOperand(1)), isLeft ? rest : by);
+        return masked(builder, builder.CreateOr(high, low), odd);
+    }
+    default:
+        throw CompilerFault("An integer's width is not supported.");
+    }
+}
+
+// The bits of a number as a vector of smaller ones or of booleans.
 static Value* toLanes(Value* bits, FixedVectorType* type, IRBuilder<>& builder) {
     Value* lanes = PoisonValue::get(type);
     for (std::uint64_t lane = 0; lane < type->getNumElements(); ++lane) {
-        Value* bit = builder.CreateTrunc(builder.CreateLShr(bits, lane), builder.getInt1Ty());
-        lanes = builder.CreateInsertElement(lanes, bit, lane);
+        Value* value = builder.CreateTrunc(
+            builder.CreateLShr(bits, lane * type->getScalarSizeInBits()), type->getElementType());
+        lanes = builder.CreateInsertElement(lanes, value, lane);
     }
     return lanes;
 }
 
-// The bits of a vector of booleans as one number.
+// The bits of a vector of smaller numbers or of booleans as one number.
 Value* Promotion::fromLanes(Instruction& cast, IRBuilder<>& builder) {
     auto* vector = dyn_cast<FixedVectorType>(cast.getOperand(0)->getType());
-    if (!vector || !vector->getElementType()->isIntegerTy(1))
+    if (!vector || !vector->getElementType()->isIntegerTy() || isOdd(vector))
         throw CompilerFault("A vector is taken for an integer of an unsupported width.");
     Type* type = promoted(cast.getType());
     Value* sum = Constant::getNullValue(type);
     for (std::uint64_t lane = 0; lane < vector->getNumElements(); ++lane) {
-        Value* bit =
+        Value* value =
             builder.CreateZExt(builder.CreateExtractElement(cast.getOperand(0), lane), type);
-        sum = builder.CreateOr(sum, builder.CreateShl(bit, lane));
+        sum = builder.CreateOr(sum, builder.CreateShl(value, lane * vector->getScalarSizeInBits()));
     }
     return sum;
 }
@@ -108,6 +180,8 @@ Value* Promotion::promote(Instruction& instruction) {
     Type* type = promoted(instruction.getType());
     if (auto* binary = dyn_cast<BinaryOperator>(&instruction))
         return promoteBinary(*binary, builder);
+    if (auto* call = dyn_cast<IntrinsicInst>(&instruction))
+        return promoteIntrinsic(*call, builder);
     if (auto* select = dyn_cast<SelectInst>(&instruction))
         return builder.CreateSelect(select->getCondition(), wide(select->getTrueValue()),
                                     wide(select->getFalseValue()));
@@ -153,10 +227,13 @@ void Promotion::use(Instruction& instruction) {
         result = builder.CreateSExtOrTrunc(spread(builder, operand), instruction.getType());
     } else if (isa<UIToFPInst>(instruction)) {
         result = builder.CreateUIToFP(wide(operand), instruction.getType());
-    } else if (instruction.getType()->isIntOrIntVectorTy(1) && isa<BitCastInst>(instruction)) {
+    } else if (isa<BitCastInst>(instruction) && instruction.getType()->isVectorTy() &&
+               instruction.getType()->isIntOrIntVectorTy()) {
         result = toLanes(wide(operand), cast<FixedVectorType>(instruction.getType()), builder);
     } else if (isa<SIToFPInst>(instruction)) {
         result = builder.CreateSIToFP(spread(builder, operand), instruction.getType());
+    } else if (auto* call = dyn_cast<IntrinsicInst>(&instruction)) {
+        result = promoteIntrinsic(*call, builder);
     } else {
         throw CompilerFault("An integer's width is not supported.");
     }
