@@ -33,6 +33,7 @@
 #include "TarnwickMSL/Translation/Passes/Memory/ShortArrays.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/FloatCounters.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
+#include "TarnwickMSL/Translation/Passes/Values/BitChoices.h"
 #include "TarnwickMSL/Translation/Passes/Values/Comparisons.h"
 #include "TarnwickMSL/Translation/Passes/Values/Fractions.h"
 #include "TarnwickMSL/Translation/Passes/Values/Legalise.h"
@@ -263,6 +264,9 @@ static constexpr std::array table{
     Step{"phis", Scope::entryPoint, "Passes/ControlFlow/Phis.h",
          [](Work& work) { mergePhis(work.main()); },
          "Merges two phis of the same value; after `vector-phis`, so that it compares lanes."},
+    Step{"bit-choices", Scope::entryPoint, "Passes/Values/BitChoices.h",
+         [](Work& work) { rewriteBitChoices(work.main()); },
+         "Writes choices of bits as differences where they are selected against their operands; after `phis`, when all selections and phis are made."},
     Step{"uniform-conditions", Scope::entryPoint, "Passes/ControlFlow/UniformConditions.h",
          [](Work& work) { hideUniformConditions(work.shader, work.target); },
          "Hides conditions on uniform values alone from drivers that compile for these values; after all steps that make conditions, which would see through it."},

@@ -67,8 +67,6 @@ static Id masked(Body& body, Type* bits, Id value, const APInt& mask) {
 static Id copySign(Body& body, Type* type, Id magnitude, Id sign) {
     Type* bits = bitsOf(type);
     APInt signBit = APInt::getSignMask(type->getScalarSizeInBits());
-    // The sign first: in the other order LLVM 15, under lavapipe, takes bits of the wrong mask
-    // where a condition on another integer selects between the result and the magnitude.
     Id taken = masked(body, bits, body.bitcast(bits, type, sign), signBit);
     Id kept = masked(body, bits, body.bitcast(bits, type, magnitude), ~signBit);
     return body.bitcast(type, bits, body.emit(spv::Op::OpBitwiseOr, bits, {taken, kept}));

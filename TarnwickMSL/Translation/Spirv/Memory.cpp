@@ -174,12 +174,14 @@ void Memory::writeNarrow(const Found& found, const Access& access, Id value) {
     wide.type = Type::getIntNTy(context, wideBits);
     Id before = read(found, wide);
     Id inserted = body_.resized(wide.type, integer, converted(integer, access.type, value), false);
-    APInt mask = ~APInt::getBitsSet(wideBits, access.first * 8, access.first * 8 + bits);
-    Id kept = body_.emit(spv::Op::OpBitwiseAnd, wide.type,
-                         {before, body_.constants.integer(wide.type, mask.getZExtValue())});
+    APInt field = APInt::getBitsSet(wideBits, access.first * 8, access.first * 8 + bits);
+    Id mask = body_.constants.integer(wide.type, field.getZExtValue());
     Id moved = body_.emit(spv::Op::OpShiftLeftLogical, wide.type,
                           {inserted, body_.constants.integer(wide.type, access.first * 8)});
-    write(found, wide, body_.emit(spv::Op::OpBitwiseOr, wide.type, {kept, moved}));
+    // A choice of bits that a driver may select against `before` (Passes/Values/BitChoices.h).
+    Id full = body_.emit(spv::Op::OpBitwiseOr, wide.type, {before, mask});
+    Id missing = body_.emit(spv::Op::OpBitwiseXor, wide.type, {moved, mask});
+    write(found, wide, body_.emit(spv::Op::OpISub, wide.type, {full, missing}));
 }
 
 void Memory::writeParts(const Found& found, const Access& access, Id value) {

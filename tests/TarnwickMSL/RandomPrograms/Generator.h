@@ -196,6 +196,7 @@ class Generator {
     void statement();
     void declaration();
     void assignment();
+    void assignBits();
     void arrayAssignment(const Array& array);
     void conditional();
     void loop();

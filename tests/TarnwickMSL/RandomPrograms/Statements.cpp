@@ -99,7 +99,36 @@ void Generator::arrayAssignment(const Array& array) {
     return array.type.isMatrix() ? assignElements(part) : assignLanes(part);
 }
 
+// A number keeps some of its bits on a condition: a choice of bits against one of its operands.
+void Generator::assignBits() {
+    const Kind kind = chance(40) ? Kind::float_ : Kind::unsigned_;
+    const std::string target = writableVariable(kind);
+    if (target.empty())
+        return declaration();
+    const std::string other = fresh("v");
+    line(typeName(kind) + " " + other + " = " + tamed(kind, 2) + ";");
+    static constexpr std::array<const char*, 4> masks{"0xffff0000u", "0xff00u", "0x80000000u",
+                                                      "0xff0f00fu"};
+    const std::string mask = masks[below(4)];
+    std::string kept = "(" + target + " & ~" + mask + ")", taken = "(" + other + " & " + mask + ")";
+    if (chance(50))
+        std::swap(kept, taken);
+    const std::string value = kind == Kind::float_
+                                  ? "copysign(" + target + ", " + other + " + 0.125f)"
+                              : chance(30) ? "insert_bits(" + target + ", " + other + ", 8u, 13u)"
+                                           : "(" + kept + " | " + taken + ")";
+    const std::string question = "(h % " + std::to_string(2 + below(4)) + "u == 1u)";
+    const std::uint32_t form = below(3);
+    if (form == 0)
+        line("if " + question + " " + target + " = " + value + ";");
+    else
+        line(target + " = " + question + " ? " + value + " : " + (form == 1 ? target : other) +
+             ";");
+}
+
 void Generator::assignment() {
+    if (chance(loops_ == 0 ? 15 : 5))
+        return assignBits();
     if (chance(25) && !scope_.arrays.empty()) {
         const Array array = any(scope_.arrays);
         if (array.writable)

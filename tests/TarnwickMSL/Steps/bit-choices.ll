@@ -1,0 +1,23 @@
+; A choice of bits that is selected against one of its operands is a difference; others stay.
+@in = external constant <4 x i32>
+@out = external global i32
+
+define void @main() {
+  %all = load <4 x i32>, ptr @in
+  %a = extractelement <4 x i32> %all, i64 0
+  %b = extractelement <4 x i32> %all, i64 1
+  %low = and i32 %a, 65535
+  %high = and i32 %b, -65536
+  %both = or i32 %low, %high
+  store i32 %both, ptr @out
+  %which = extractelement <4 x i32> %all, i64 2
+  %isOne = icmp eq i32 %which, 1
+  %x = bitcast i32 %which to float
+  %y = uitofp i32 %b to float
+  %signed = call float @llvm.copysign.f32(float %y, float %x)
+  %chosen = select i1 %isOne, float %signed, float %x
+  store float %chosen, ptr @out
+  ret void
+}
+
+declare float @llvm.copysign.f32(float, float)

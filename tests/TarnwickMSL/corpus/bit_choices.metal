@@ -1,0 +1,27 @@
+// Choices of bits whose result is selected against one of the two numbers: signs and fields.
+// LLVM 15 joins the choice and the selection wrongly on processors with AVX-512.
+// @runs check 8 8
+// @expects 1016 | 3068 | 1024 | 1026 | 3076 | 1030 | 1032 | 1033
+// @expects 1 | 6 | 11 | 16 | 29 | 26 | 31 | 36
+// @expects 0 | 7 | 14 | 21 | 28 | 43 | 42 | 49
+#include <metal_stdlib>
+using namespace metal;
+
+kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1)]],
+                  uint i [[thread_position_in_grid]]) {
+    const uint word = i * uint(in[1]);
+    float sign = float(word & 7u) * 0.5f + 1.0f;
+    const float other = float(word) - 5.5f;
+    if (word % 3u == 1u)
+        sign = copysign(sign, other);
+    out[i] = float(int(as_type<uint>(sign) >> 20u));
+
+    const uint first = word * 7u, second = word * 5u + 1u;
+    const uint fields = word % 3u == 1u ? (first & 0xaau) | (second & ~0xaau) : second;
+    out[8 + i] = float(fields);
+
+    uint inserted = first;
+    if (word % 3u == 2u)
+        inserted = insert_bits(first, second, 2u, 2u);
+    out[16 + i] = float(inserted);
+}
