@@ -2,6 +2,7 @@
 #include "TarnwickCore/Text/Numbers.h"
 #include "programs/Commands/Command.h"
 #include "programs/Episode/EpisodeFile.h"
+#include "programs/Terminal/TerminalText.h"
 #include "programs/Terminal/TextTable.h"
 
 #include <nlohmann/json.hpp>
@@ -23,7 +24,8 @@ std::string listed(const std::vector<std::int64_t>& variations) {
 std::string row(std::string_view name, const std::string& value) {
     constexpr std::size_t width = 12;
     return value.empty() ? ""
-                         : std::string(name) + std::string(width - name.size(), ' ') + value + "\n";
+                         : std::string(name) + std::string(width - name.size(), ' ') +
+                               terminalText(value) + "\n";
 }
 
 std::string kindText(const Episode& episode) {
@@ -44,7 +46,7 @@ std::string paramsText(const std::vector<ParamDecl>& params) {
     std::vector<std::vector<std::string>> rows{{"parameter", "default", "min", "max", ""}};
     for (const ParamDecl& param : params)
         rows.push_back({param.name, shortest(param.defaultValue), shortest(param.min),
-                        shortest(param.max), param.detail});
+                        shortest(param.max), terminalText(param.detail)});
     return textTable(rows);
 }
 

@@ -1,6 +1,7 @@
 #include "programs/Episode/WalkthroughText.h"
 
 #include "programs/Terminal/ColouredSource.h"
+#include "programs/Terminal/TerminalText.h"
 
 #include <nlohmann/json.hpp>
 
@@ -15,21 +16,28 @@ using Kind = WalkthroughLine::Kind;
 // Indexed by the kinds.
 constexpr std::array<std::string_view, 4> kindNames{"added", "context", "gap", "blank"};
 
+// A line of the source, safe for a terminal. A tab is four blanks.
+std::string codeText(std::string line) {
+    for (std::size_t at = 0; (at = line.find('\t', at)) != std::string::npos;)
+        line.replace(at, 1, 4, ' ');
+    return terminalText(line);
+}
+
 std::string lineText(const WalkthroughLine& line, Colours colours) {
     if (line.kind == Kind::blank)
         return "\n";
     if (line.kind != Kind::added)
-        return styled("    " + line.text, "2", colours) + "\n";
+        return styled("    " + codeText(line.text), "2", colours) + "\n";
     const bool isPlain = colours == Colours::none;
-    return "  " + styled("+", "1;32", colours) + " " + (isPlain ? line.text : coloured(line.text)) +
-           "\n";
+    return "  " + styled("+", "1;32", colours) + " " +
+           (isPlain ? codeText(line.text) : coloured(line.text)) + "\n";
 }
 
 std::string stageText(const WalkthroughStage& stage, std::size_t count, Colours colours) {
     const std::string number = std::to_string(stage.number) + "/" + std::to_string(count);
-    std::string text = styled(number + "  " + stage.title, "1", colours) + "\n";
+    std::string text = styled(number + "  " + terminalText(stage.title), "1", colours) + "\n";
     if (!stage.summary.empty())
-        text += stage.summary + "\n";
+        text += terminalText(stage.summary) + "\n";
     for (std::size_t page = 0; page < stage.pages.size(); ++page) {
         text +=
             "\n" +
@@ -39,7 +47,7 @@ std::string stageText(const WalkthroughStage& stage, std::size_t count, Colours 
         for (const WalkthroughLine& line : stage.pages[page].lines)
             text += lineText(line, colours);
         if (!stage.pages[page].caption.empty())
-            text += stage.pages[page].caption + "\n";
+            text += terminalText(stage.pages[page].caption) + "\n";
     }
     return text;
 }

@@ -25,5 +25,9 @@ done
 echo '// @still inf' >endless.metal
 expect 0 '"still": null' meta endless.metal --json
 expect 0 '^kind        fragment$' meta endless.metal
+# What the author wrote cannot change the terminal.
+printf '// @episode 1 A\033]0;x\007b\n// @param a 0 0 1 c\033[2Jd\n' >escapes.metal
+expect 0 '^episode     1 A?]0;x?b$' meta escapes.metal
+grep -q 'c?\[2Jd$' out || complain 'an escape sequence' meta escapes.metal
 expect 2 'missing.metal cannot be read' meta missing.metal
 finish
