@@ -68,6 +68,17 @@ TEST(Pages, pointAtFilesAndHeadingsThatExist) {
         }
 }
 
+// The index is the navigation of the handbook.
+TEST(Index, listsEveryPageOnce) {
+    std::vector<fs::path> listed{"README.md", "docs/index.md"}, found = pages();
+    for (const std::string& page :
+         matches("docs/index.md", std::regex(R"(^- \[[^\]]+\]\(([\w-]+\.md)\): .*)")))
+        listed.push_back(fs::path("docs") / page);
+    std::ranges::sort(listed);
+    std::ranges::sort(found);
+    EXPECT_EQ(listed, found);
+}
+
 // `TarnwickCore/Params` stands for its header and source.
 bool isAddress(const std::string& address) {
     return fs::exists(fs::path(TREE_ROOT) / address) ||
