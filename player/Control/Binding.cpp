@@ -27,13 +27,36 @@ constexpr std::array<CaseName<ButtonMode>, 2> buttons{{
     {ButtonMode::follow, "follow", "Follow"},
     {ButtonMode::toggle, "toggle", "Toggle"},
 }};
-constexpr std::array<CaseName<MIDIControl::Kind>, 5> kinds{{
+constexpr std::array<CaseName<MIDIControl::Kind>, 8> kinds{{
     {MIDIControl::Kind::controller, "controller", "Controller"},
     {MIDIControl::Kind::note, "note", "Note"},
     {MIDIControl::Kind::pitchBend, "pitchBend", "Pitch bend"},
     {MIDIControl::Kind::program, "program", "Program change"},
     {MIDIControl::Kind::pressure, "pressure", "Channel pressure"},
+    {MIDIControl::Kind::controller14, "controller14", "Controller, 14 bits"},
+    {MIDIControl::Kind::registered, "registered", "RPN"},
+    {MIDIControl::Kind::nonRegistered, "nonRegistered", "NRPN"},
 }};
+constexpr std::array<CaseName<MIDIEncoding>, 4> encodings{{
+    {MIDIEncoding::absolute, "absolute", "Positions"},
+    {MIDIEncoding::twosComplement, "twosComplement", "Steps: two's complement (1, 127)"},
+    {MIDIEncoding::signedBit, "signedBit", "Steps: sign bit (1, 65)"},
+    {MIDIEncoding::binaryOffset, "binaryOffset", "Steps: binary offset (65, 63)"},
+}};
+
+int stepOf(MIDIEncoding encoding, int value) {
+    switch (encoding) {
+    case MIDIEncoding::absolute:
+        return 0;
+    case MIDIEncoding::twosComplement:
+        return value < 64 ? value : value - 128;
+    case MIDIEncoding::signedBit:
+        return value < 64 ? value : 64 - value;
+    case MIDIEncoding::binaryOffset:
+        return value - 64;
+    }
+    return 0;
+}
 
 float curved(ControlCurve curve, float position) {
     switch (curve) {
@@ -79,6 +102,9 @@ std::span<const CaseName<ButtonMode>> buttonNames() {
 std::span<const CaseName<MIDIControl::Kind>> kindNames() {
     return kinds;
 }
+std::span<const CaseName<MIDIEncoding>> encodingNames() {
+    return encodings;
+}
 
 std::string labelOf(const ControlTarget& target) {
     return std::visit([](const auto& one) { return label(one); }, target);
@@ -98,6 +124,19 @@ std::optional<float> inputPosition(const Binding& binding, const ControlArrival&
     if (low == high)
         return number >= high ? 1.0f : 0.0f;
     return static_cast<float>(std::clamp((number - low) / (high - low), 0.0, 1.0));
+}
+
+int stepsOf(MIDIEncoding encoding, std::span<const std::uint8_t> values) {
+    int sum = 0;
+    for (const std::uint8_t value : values)
+        sum += stepOf(encoding, value);
+    return sum;
+}
+
+bool isRelative(const Binding& binding) {
+    const auto* midi = std::get_if<MIDIControl>(&binding.source);
+    return binding.encoding != MIDIEncoding::absolute && midi != nullptr &&
+           midi->kind == MIDIControl::Kind::controller;
 }
 
 float outputPosition(const Binding& binding, float input) {

@@ -49,6 +49,14 @@ enum class ButtonMode : std::uint8_t {
     toggle, // each press goes to the other end
 };
 
+// How the values of a controller of 7 bits count. Encoders without an end send steps.
+enum class MIDIEncoding : std::uint8_t {
+    absolute,
+    twosComplement, // 1 to 63: up; 127 to 64: down, 127 is one step
+    signedBit,      // 1 to 63: up; 65 to 127: down, 65 is one step
+    binaryOffset,   // 65 to 127: up, 65 is one step; 63 to 0: down
+};
+
 struct Binding {
     ControlSource source;
     ControlTarget target;
@@ -58,6 +66,9 @@ struct Binding {
     std::array<float, 2> output{0, 1};
     ControlCurve curve = ControlCurve::linear;
     ButtonMode button = ButtonMode::follow;
+    MIDIEncoding encoding = MIDIEncoding::absolute;
+    float step = 1.0f / 127;         // of an encoder, in the range of the parameter, (0, 1]
+    std::optional<bool> hasPickup{}; // absent: as chosen for all bindings
 
     bool operator==(const Binding&) const = default;
 };
@@ -71,10 +82,15 @@ std::span<const CaseName<TransportAction>> transportNames(); // those that can b
 std::span<const CaseName<ControlCurve>> curveNames();
 std::span<const CaseName<ButtonMode>> buttonNames();
 std::span<const CaseName<MIDIControl::Kind>> kindNames();
+std::span<const CaseName<MIDIEncoding>> encodingNames();
 
 // The position of the control, [0, 1], within the input of the binding; a press without a number
 // is 1. Nothing if the message has no such number, or one that is not finite.
 std::optional<float> inputPosition(const Binding& binding, const ControlArrival& arrival);
+// The sum of the steps, up if positive. 0 if the values are absolute.
+int stepsOf(MIDIEncoding encoding, std::span<const std::uint8_t> values);
+// Whether the binding takes steps.
+bool isRelative(const Binding& binding);
 // The position in the range of the parameter, [0, 1], for an input position.
 float outputPosition(const Binding& binding, float input);
 

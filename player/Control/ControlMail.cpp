@@ -13,6 +13,9 @@ bool isReleased(const ControlArrival& arrival) {
 
 void replace(ControlArrival& old, ControlArrival next) {
     next.count += old.count;
+    next.values.insert(next.values.begin(), old.values.begin(), old.values.end());
+    if (next.values.size() > ControlMail::mostValues)
+        next.values.erase(next.values.begin(), next.values.end() - ControlMail::mostValues);
     old = std::move(next);
 }
 
@@ -42,8 +45,7 @@ bool ControlMail::add(ControlArrival arrival) {
         waiting.release = std::move(arrival);
     } else {
         if (waiting.release)
-            waiting.arrival.count += waiting.release->count;
-        waiting.release.reset();
+            replace(waiting.arrival, *std::exchange(waiting.release, std::nullopt));
         replace(waiting.arrival, std::move(arrival));
     }
     return false;

@@ -16,6 +16,7 @@ namespace tarnwick::player {
 class ControlMail {
   public:
     static constexpr std::size_t mostControls = 4096; // between two takes; more are dropped
+    static constexpr std::size_t mostValues = 256;    // of a control; the oldest are dropped
 
     // `wake` is called, on the thread that posts, when there is something to take after a take
     // that left nothing. It must not block.

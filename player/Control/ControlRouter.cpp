@@ -59,11 +59,15 @@ std::optional<ControlMove> ownMove(const ControlArrival& arrival, const PlayedEp
     return ControlMove{ParameterMove{value->name, value->value}};
 }
 
-// A button or pad jumps to its values; a knob or fader has a place that it can be away from.
+// A button or pad jumps to its values, and a bend returns to its middle; a knob or fader has a
+// place that it can be away from. The faders of some devices send bends.
 bool hasPlace(const Binding& binding) {
+    using enum MIDIControl::Kind;
     const auto* midi = std::get_if<MIDIControl>(&binding.source);
-    return midi != nullptr && midi->kind == MIDIControl::Kind::controller &&
-           binding.button == ButtonMode::follow;
+    if (midi == nullptr || binding.button != ButtonMode::follow)
+        return false;
+    return midi->kind == controller || midi->kind == controller14 || midi->kind == registered ||
+           midi->kind == nonRegistered || (midi->kind == pitchBend && binding.hasPickup == true);
 }
 
 float presentPosition(const ParamDecl& param, const PlayedEpisode& episode) {
@@ -112,6 +116,8 @@ std::vector<ControlMove> ControlRouter::route(const ControlArrival& arrival,
 std::optional<ControlMove> ControlRouter::move(const Binding& binding,
                                                const ControlArrival& arrival,
                                                const PlayedEpisode& episode) {
+    if (isRelative(binding))
+        return step(binding, stepsOf(binding.encoding, arrival.values), episode);
     const auto position = inputPosition(binding, arrival);
     if (!position)
         return std::nullopt;
@@ -134,13 +140,44 @@ std::optional<ControlMove> ControlRouter::move(const Binding& binding,
         const bool isFirst = std::abs(present - first) <= std::abs(present - second);
         return ControlMove{ParameterMove{param->name, valueAt(*param, isFirst ? second : first)}};
     }
-    const auto last = positions_.find(binding.source);
-    const bool waits =
-        hasPickup_ && hasPlace(binding) &&
-        !isPickedUp(binding, *param, last == positions_.end() ? *position : last->second, *position,
-                    episode);
     return ControlMove{
-        ParameterMove{param->name, valueAt(*param, outputPosition(binding, *position))}, waits};
+        ParameterMove{param->name, valueAt(*param, outputPosition(binding, *position))},
+        waitsForPickup(binding, *param, *position, episode)};
+}
+
+// The steps of an encoder: from the present value, within the ends of the binding. They step the
+// frames forward or back; up is a press of the other actions.
+std::optional<ControlMove> ControlRouter::step(const Binding& binding, int steps,
+                                               const PlayedEpisode& episode) {
+    if (steps == 0)
+        return std::nullopt;
+    if (const auto* action = std::get_if<TransportAction>(&binding.target)) {
+        const bool isJog =
+            *action == TransportAction::stepForward || *action == TransportAction::stepBack;
+        if (!isJog)
+            return steps > 0 ? std::optional(ControlMove{TransportMove{*action}}) : std::nullopt;
+        const bool isForward = (*action == TransportAction::stepForward) == (steps > 0);
+        return ControlMove{
+            TransportMove{isForward ? TransportAction::stepForward : TransportAction::stepBack,
+                          static_cast<double>(std::abs(steps))}};
+    }
+    const ParamDecl* param = paramOf(binding.target, episode.params);
+    if (param == nullptr)
+        return std::nullopt;
+    const auto [low, high] = std::minmax(binding.output[0], binding.output[1]);
+    const float direction = binding.output[0] <= binding.output[1] ? 1.0f : -1.0f;
+    const float next =
+        presentPosition(*param, episode) + direction * binding.step * static_cast<float>(steps);
+    return ControlMove{ParameterMove{param->name, valueAt(*param, std::clamp(next, low, high))}};
+}
+
+bool ControlRouter::waitsForPickup(const Binding& binding, const ParamDecl& param, float position,
+                                   const PlayedEpisode& episode) const {
+    if (!binding.hasPickup.value_or(hasPickup_) || !hasPlace(binding))
+        return false;
+    const auto last = positions_.find(binding.source);
+    const float before = last == positions_.end() ? position : last->second;
+    return !isPickedUp(binding, param, before, position, episode);
 }
 
 // A press is a step from below the middle.

@@ -45,6 +45,7 @@ struct ControlMove {
 class ControlRouter {
   public:
     // The control of a binding with pickup moves a parameter only once it has reached its value.
+    // This is for bindings without a choice of their own.
     void setPickup(bool isOn) { hasPickup_ = isOn; }
     void setBindings(std::vector<Binding> bindings) { bindings_ = std::move(bindings); }
 
@@ -61,6 +62,10 @@ class ControlRouter {
                                            const PlayedEpisode& episode) const;
     std::optional<ControlMove> move(const Binding& binding, const ControlArrival& arrival,
                                     const PlayedEpisode& episode);
+    static std::optional<ControlMove> step(const Binding& binding, int steps,
+                                           const PlayedEpisode& episode);
+    bool waitsForPickup(const Binding& binding, const ParamDecl& param, float position,
+                        const PlayedEpisode& episode) const;
     bool isPressed(const Binding& binding, const ControlArrival& arrival, float position);
     bool isPickedUp(const Binding& binding, const ParamDecl& param, float last, float position,
                     const PlayedEpisode& episode) const;

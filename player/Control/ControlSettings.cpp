@@ -74,8 +74,9 @@ ordered_json encodedSource(const OSCControl& control) {
 }
 ordered_json encodedSource(const MIDIControl& control) {
     if (control.kind == MIDIControl::Kind::controller)
-        return {
-            {"midi", ordered_json::parse(MIDIBinding{control.channel, control.number}.encode())}};
+        return {{"midi", ordered_json::parse(
+                             MIDIBinding{control.channel, static_cast<std::uint8_t>(control.number)}
+                                 .encode())}};
     ordered_json midi{{"kind", wordOf(kindNames(), control.kind)}, {"channel", control.channel}};
     if (hasNumber(control.kind))
         midi["number"] = control.number;
@@ -95,7 +96,8 @@ ControlSource decodedMIDI(const json& midi) {
     MIDIControl control{.kind = caseOf(kindNames(), memberOf(midi, "kind"))};
     control.channel = static_cast<std::uint8_t>(wholeNumber(memberOf(midi, "channel"), 0, 15));
     if (hasNumber(control.kind))
-        control.number = static_cast<std::uint8_t>(wholeNumber(memberOf(midi, "number"), 0, 127));
+        control.number = static_cast<std::uint16_t>(
+            wholeNumber(memberOf(midi, "number"), 0, mostNumber(control.kind)));
     return control;
 }
 ControlSource decodedSource(const json& binding) {
@@ -138,6 +140,12 @@ ordered_json encoded(const Binding& binding) {
     json["output"] = binding.output;
     json["curve"] = wordOf(curveNames(), binding.curve);
     json["button"] = wordOf(buttonNames(), binding.button);
+    if (binding.encoding != MIDIEncoding::absolute) {
+        json["encoding"] = wordOf(encodingNames(), binding.encoding);
+        json["step"] = binding.step;
+    }
+    if (binding.hasPickup)
+        json["pickup"] = *binding.hasPickup;
     return json;
 }
 
@@ -152,6 +160,15 @@ Binding decodedBinding(const json& binding) {
         decoded.curve = caseOf(curveNames(), memberOf(binding, "curve"));
     if (binding.contains("button"))
         decoded.button = caseOf(buttonNames(), memberOf(binding, "button"));
+    if (binding.contains("encoding"))
+        decoded.encoding = caseOf(encodingNames(), memberOf(binding, "encoding"));
+    if (const json& step = memberOf(binding, "step"); !step.is_null()) {
+        require(step.is_number());
+        decoded.step = step.get<float>();
+        require(decoded.step > 0 && decoded.step <= 1);
+    }
+    if (binding.contains("pickup"))
+        decoded.hasPickup = optionalSwitch(binding, "pickup");
     return decoded;
 }
 

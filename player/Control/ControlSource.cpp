@@ -25,7 +25,9 @@ std::string label(const MIDIControl& control) {
     using enum MIDIControl::Kind;
     switch (control.kind) {
     case controller:
-        return MIDIBinding{.channel = control.channel, .controller = control.number}.label();
+        return MIDIBinding{.channel = control.channel,
+                           .controller = static_cast<std::uint8_t>(control.number)}
+            .label();
     case note:
         return "Note " + std::to_string(control.number) + channelLabel(control.channel);
     case pitchBend:
@@ -34,6 +36,13 @@ std::string label(const MIDIControl& control) {
         return "Program " + std::to_string(control.number + 1) + channelLabel(control.channel);
     case pressure:
         return "Pressure" + channelLabel(control.channel);
+    case controller14:
+        return "CC " + std::to_string(control.number) + "+" + std::to_string(control.number + 32) +
+               channelLabel(control.channel);
+    case registered:
+        return "RPN " + std::to_string(control.number) + channelLabel(control.channel);
+    case nonRegistered:
+        return "NRPN " + std::to_string(control.number) + channelLabel(control.channel);
     }
     return {};
 }
@@ -55,8 +64,10 @@ std::optional<ControlArrival> controllerArrival(std::uint8_t status, std::uint8_
         std::uint32_t{2} << 28 | std::uint32_t{status} << 16 | std::uint32_t{number} << 8 | value);
     if (!change || change->controller >= firstModeMessage)
         return std::nullopt;
-    return arrivalOf(MIDIControl::Kind::controller, status, change->controller,
-                     position7(change->value));
+    auto arrival = arrivalOf(MIDIControl::Kind::controller, status, change->controller,
+                             position7(change->value));
+    arrival.values = {change->value};
+    return arrival;
 }
 
 // The bytes of a message with its status byte; 0: not a channel voice message that is used.
@@ -79,6 +90,25 @@ std::size_t lengthOf(std::uint8_t status) {
 
 bool hasNumber(MIDIControl::Kind kind) {
     return kind != MIDIControl::Kind::pitchBend && kind != MIDIControl::Kind::pressure;
+}
+
+std::uint16_t mostNumber(MIDIControl::Kind kind) {
+    using enum MIDIControl::Kind;
+    switch (kind) {
+    case controller:
+    case note:
+    case program:
+        return 127;
+    case controller14:
+        return 31;
+    case registered:
+    case nonRegistered:
+        return 16383;
+    case pitchBend:
+    case pressure:
+        return 0;
+    }
+    return 0;
 }
 
 std::string labelOf(const ControlSource& source) {

@@ -20,17 +20,28 @@ struct OSCControl {
 };
 
 struct MIDIControl {
-    enum class Kind : std::uint8_t { controller, note, pitchBend, program, pressure };
+    enum class Kind : std::uint8_t {
+        controller,
+        note,
+        pitchBend,
+        program,
+        pressure,
+        controller14,  // a controller of 14 bits: number and number + 32
+        registered,    // a registered parameter number (RPN)
+        nonRegistered, // a non-registered parameter number (NRPN)
+    };
 
     Kind kind = Kind::controller;
     std::uint8_t channel = 0; // [0, 15]
-    std::uint8_t number = 0;  // [0, 127], of the controller, note or program; otherwise 0
+    std::uint16_t number = 0; // [0, mostNumber(kind)]
 
     auto operator<=>(const MIDIControl&) const = default;
 };
 
 // Whether controls of the kind have a number.
 bool hasNumber(MIDIControl::Kind kind);
+// The highest number of the kind; 0 for kinds without numbers.
+std::uint16_t mostNumber(MIDIControl::Kind kind);
 
 using ControlSource = std::variant<OSCControl, MIDIControl>;
 
@@ -44,6 +55,9 @@ struct ControlArrival {
     std::string from;           // the host, or the name of the MIDI port
     double time = 0;            // host seconds
     int count = 1;              // messages
+    // Of a MIDI controller: the value of each message, [0, 127], the newest last; at most
+    // ControlMail::mostValues.
+    std::vector<std::uint8_t> values{};
 
     bool operator==(const ControlArrival&) const = default;
 };

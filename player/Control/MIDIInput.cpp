@@ -1,6 +1,7 @@
 #include "player/Control/MIDIInput.h"
 
 #include "TarnwickPlatform/Dispatch/HostClock.h"
+#include "player/Control/MIDIDecoder.h"
 
 #include <algorithm>
 #include <chrono>
@@ -70,14 +71,16 @@ MIDIPortState MIDIInput::opened(const std::string& name) {
     if (connections_.contains(name))
         return state;
     try {
-        connections_[name] = system_->open(name, [this, name](std::span<const std::uint8_t> bytes) {
-            auto arrival = midiArrival(bytes);
-            if (!arrival)
-                return;
-            arrival->from = name;
-            arrival->time = currentMediaTime();
-            calls_.arrived(*std::move(arrival));
-        });
+        const auto decoder = std::make_shared<MIDIDecoder>();
+        connections_[name] =
+            system_->open(name, [this, name, decoder](std::span<const std::uint8_t> bytes) {
+                const double now = currentMediaTime();
+                for (ControlArrival& arrival : decoder->read(bytes, now)) {
+                    arrival.from = name;
+                    arrival.time = now;
+                    calls_.arrived(std::move(arrival));
+                }
+            });
     } catch (const MIDIPortError& error) {
         connections_.erase(name);
         return {.name = name, .isOpen = false, .failure = error.what()};

@@ -36,6 +36,7 @@ template <typename Case> void choose(QComboBox* box, Case one) {
 }
 
 constexpr int oscKind = -1; // beside the kinds of MIDI
+constexpr int asAll = -1;   // beside yes and no
 constexpr float percent = 100;
 
 } // namespace
@@ -45,7 +46,8 @@ BindingForm::BindingForm(QWidget* parent) : QWidget(parent), form_(new QFormLayo
     addSource();
     addTarget();
     addRanges();
-    for (QComboBox* box : {kind_, curve_, button_})
+    addMIDI();
+    for (QComboBox* box : {kind_, curve_, button_, encoding_, pickup_})
         connect(box, &QComboBox::currentIndexChanged, this, &BindingForm::edit);
     // Not at each letter: a half-typed name is none.
     connect(target_, &QComboBox::activated, this, &BindingForm::edit);
@@ -54,7 +56,7 @@ BindingForm::BindingForm(QWidget* parent) : QWidget(parent), form_(new QFormLayo
         connect(line, &QLineEdit::editingFinished, this, &BindingForm::edit);
     for (QSpinBox* box : {argument_, channel_, number_})
         connect(box, &QSpinBox::valueChanged, this, &BindingForm::edit);
-    for (QDoubleSpinBox* box : {input_[0], input_[1], output_[0], output_[1]})
+    for (QDoubleSpinBox* box : {input_[0], input_[1], output_[0], output_[1], step_})
         connect(box, &QDoubleSpinBox::valueChanged, this, &BindingForm::edit);
 }
 
@@ -102,6 +104,23 @@ void BindingForm::addRanges() {
     form_->addRow(tr("&Button"), button_);
 }
 
+void BindingForm::addMIDI() {
+    encoding_ = choice(encodingNames());
+    step_ = new QDoubleSpinBox;
+    step_->setRange(0.01, percent);
+    step_->setDecimals(2);
+    step_->setSuffix(tr(" %"));
+    step_->setKeyboardTracking(false);
+    pickup_ = new QComboBox;
+    pickup_->addItem(tr("As all bindings"), asAll);
+    pickup_->addItem(tr("Always"), true);
+    pickup_->addItem(tr("Never"), false);
+    pickup_->setToolTip(tr("The control moves the parameter once it has reached its value"));
+    form_->addRow(tr("Va&lues"), encoding_);
+    form_->addRow(tr("&Step"), step_);
+    form_->addRow(tr("Pic&kup"), pickup_);
+}
+
 QWidget* BindingForm::pair(const std::array<QDoubleSpinBox*, 2>& ends, const QString& name) {
     auto* row = new QWidget;
     auto* boxes = new QHBoxLayout(row);
@@ -140,6 +159,10 @@ void BindingForm::show(const Binding& binding) {
     }
     choose(curve_, binding.curve);
     choose(button_, binding.button);
+    choose(encoding_, binding.encoding);
+    step_->setValue(static_cast<double>(binding.step * percent));
+    pickup_->setCurrentIndex(
+        pickup_->findData(binding.hasPickup ? QVariant(*binding.hasPickup) : QVariant(asAll)));
     showFields();
     isShowing_ = false;
 }
@@ -154,9 +177,14 @@ Binding BindingForm::binding() const {
     } else {
         const auto kind = chosen<MIDIControl::Kind>(kind_);
         const int first = kind == MIDIControl::Kind::program ? 1 : 0;
-        binding.source = MIDIControl{
-            kind, static_cast<std::uint8_t>(channel_->value() - 1),
-            static_cast<std::uint8_t>(hasNumber(kind) ? std::max(number_->value() - first, 0) : 0)};
+        binding.source =
+            MIDIControl{kind, static_cast<std::uint8_t>(channel_->value() - 1),
+                        static_cast<std::uint16_t>(
+                            hasNumber(kind) ? std::max(number_->value() - first, 0) : 0)};
+        binding.encoding = chosen<MIDIEncoding>(encoding_);
+        binding.step = static_cast<float>(step_->value()) / percent;
+        if (pickup_->currentData() != asAll)
+            binding.hasPickup = pickup_->currentData().toBool();
     }
     binding.episode = episode_->text().trimmed().toStdString();
     for (std::size_t end = 0; end < 2; ++end) {
@@ -172,14 +200,22 @@ void BindingForm::showFields() {
     const int kind = kind_->currentData().toInt();
     const bool isOSC = kind == oscKind;
     const bool isProgram = kind == static_cast<int>(MIDIControl::Kind::program);
+    const bool isController = kind == static_cast<int>(MIDIControl::Kind::controller);
+    const bool isRelative =
+        isController && chosen<MIDIEncoding>(encoding_) != MIDIEncoding::absolute;
+    const int most = isOSC ? 0 : mostNumber(chosen<MIDIControl::Kind>(kind_));
     const bool isPlace = !std::holds_alternative<TransportAction>(target_->target());
-    number_->setRange(isProgram ? 1 : 0, isProgram ? 128 : 127);
+    number_->setRange(isProgram ? 1 : 0, isProgram ? most + 1 : most);
     for (QWidget* field :
          {static_cast<QWidget*>(address_), static_cast<QWidget*>(argument_), inputRow_})
         form_->setRowVisible(field, isOSC);
     form_->setRowVisible(channel_, !isOSC);
     form_->setRowVisible(number_, !isOSC && hasNumber(chosen<MIDIControl::Kind>(kind_)));
-    form_->setRowVisible(button_, isPlace);
+    form_->setRowVisible(button_, isPlace && !isRelative);
+    form_->setRowVisible(curve_, !isRelative);
+    form_->setRowVisible(encoding_, isController);
+    form_->setRowVisible(step_, isRelative && isPlace);
+    form_->setRowVisible(pickup_, !isOSC && isPlace && !isRelative);
 }
 
 void BindingForm::edit() {

@@ -33,15 +33,17 @@ class BindingForm : public QWidget {
     void addSource();
     void addTarget();
     void addRanges();
+    void addMIDI();
     QWidget* pair(const std::array<QDoubleSpinBox*, 2>& ends, const QString& name);
     void showFields(); // those that the kind of source has
     void edit();
 
     bool isShowing_ = false;
     QFormLayout* form_;
-    QComboBox *kind_, *curve_, *button_;
+    QComboBox *kind_, *curve_, *button_, *encoding_, *pickup_;
     QLineEdit *address_, *episode_;
     QSpinBox *argument_, *channel_, *number_;
+    QDoubleSpinBox* step_;
     TargetBox* target_;
     std::array<QDoubleSpinBox*, 2> input_, output_;
     QWidget *inputRow_, *outputRow_;

@@ -38,7 +38,7 @@ QStringList texts(const Binding& binding) {
             binding.episode.empty() ? QObject::tr("Every episode")
                                     : QString::fromStdString(binding.episode),
             rangeText(binding),
-            labelOf(curveNames(), binding.curve),
+            isRelative(binding) ? QObject::tr("Steps") : labelOf(curveNames(), binding.curve),
             isParameter ? labelOf(buttonNames(), binding.button) : QString()};
 }
 

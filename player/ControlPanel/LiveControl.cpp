@@ -8,7 +8,8 @@
 namespace tarnwick::player {
 namespace {
 
-constexpr int frameTime = 16; // milliseconds between two takes
+constexpr int frameTime = 16;     // milliseconds between two takes
+constexpr int watchInterval = 50; // milliseconds
 
 bool isMIDI(const Binding& binding) {
     return std::holds_alternative<MIDIControl>(binding.source);
@@ -23,6 +24,8 @@ LiveControl::LiveControl(Player& player, std::filesystem::path file, QObject* pa
     frame_.setSingleShot(true);
     frame_.setTimerType(Qt::PreciseTimer);
     connect(&frame_, &QTimer::timeout, this, &LiveControl::takeAll);
+    watching_.setInterval(watchInterval);
+    connect(&watching_, &QTimer::timeout, this, &LiveControl::finishLearning);
     connect(&player_, &Player::activeChanged, this, &LiveControl::follow);
     connect(&player_, &Player::newsArrived, this, [this] {
         if (document_ != nullptr && !document_->document().settings().keys.isEmpty())
@@ -165,14 +168,14 @@ void LiveControl::startMIDI() {
 
 void LiveControl::learn(const ControlTarget& target, bool onlyHere) {
     startMIDI();
-    learning_ = {target, onlyHere && document_ != nullptr ? document_->document().title() : ""};
+    learner_.emplace(target, onlyHere && document_ != nullptr ? document_->document().title() : "");
     emit changed();
 }
 
 void LiveControl::stopLearning() {
-    if (!learning_)
+    if (!learner_)
         return;
-    learning_.reset();
+    learner_.reset();
     emit changed();
 }
 
@@ -227,7 +230,9 @@ void LiveControl::takeAll() {
     ParamValues values;
     for (ControlArrival& arrival : mail_.take()) {
         std::vector<ControlMove> moves;
-        if (!learnFrom(arrival))
+        if (learner_)
+            learner_->add(arrival);
+        else
             moves = route(arrival, episode);
         for (const ControlMove& move : moves) {
             const auto* parameter = std::get_if<ParameterMove>(&move.change);
@@ -242,23 +247,27 @@ void LiveControl::takeAll() {
         moves_.apply(*document_, values);
     if (!mail_.isEmpty())
         schedule();
+    finishLearning();
     emit monitorChanged();
 }
 
-bool LiveControl::learnFrom(const ControlArrival& arrival) {
-    if (!learning_)
-        return false;
-    auto learned = learnedFrom(arrival, learning_->target, learning_->episode);
-    if (!learned)
-        return false;
-    learning_.reset();
+void LiveControl::finishLearning() {
+    watching_.stop();
+    if (!learner_)
+        return;
+    auto learned = learner_->learned(currentMediaTime());
+    if (!learned) {
+        if (learner_->isWatching())
+            watching_.start();
+        return;
+    }
+    learner_.reset();
     std::vector<Binding> bindings = settings_.bindings;
     addLearned(bindings, *std::move(learned));
     const int index = static_cast<int>(bindings.size()) - 1;
     setBindings(std::move(bindings));
     emit changed();
     emit this->learned(index);
-    return true;
 }
 
 // The moves of a message without those that only answer our own messages.

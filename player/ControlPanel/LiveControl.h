@@ -6,6 +6,7 @@
 #include "player/Control/ControlMail.h"
 #include "player/Control/ControlMonitor.h"
 #include "player/Control/ControlSettings.h"
+#include "player/Control/Learner.h"
 #include "player/Control/MIDIInput.h"
 #include "player/Control/OSCPeer.h"
 #include "player/Control/OSCReceiver.h"
@@ -49,10 +50,11 @@ class LiveControl : public QObject {
     void startMIDI();
     const MIDIState* midiState() const { return midiState_ ? &*midiState_ : nullptr; } // null: none
 
-    // The next message of a control is bound to the target; `onlyHere`: for the active episode.
+    // The next control that is moved is bound to the target (Learner); `onlyHere`: for the active
+    // episode.
     void learn(const ControlTarget& target, bool onlyHere);
     void stopLearning();
-    const ControlTarget* learning() const { return learning_ ? &learning_->target : nullptr; }
+    const ControlTarget* learning() const { return learner_ ? &learner_->target() : nullptr; }
 
     void setWritesKeys(bool isOn); // DocumentMoves::setWritesKeys
 
@@ -66,11 +68,6 @@ class LiveControl : public QObject {
     void monitorChanged();
 
   private:
-    struct Learning {
-        ControlTarget target;
-        std::string episode; // empty: every one
-    };
-
     void start(const QString& remark);
     void save();
     void openInput(const OSCInput& input);
@@ -81,7 +78,7 @@ class LiveControl : public QObject {
     void schedule();
     void takeAll();
     PlayedEpisode played(const OpenDocument* document) const;
-    bool learnFrom(const ControlArrival& arrival);
+    void finishLearning(); // if the control is known
     std::vector<ControlMove> route(const ControlArrival& arrival, const PlayedEpisode& episode);
 
     Player& player_;
@@ -89,7 +86,8 @@ class LiveControl : public QObject {
     ControlSettings settings_;
     OSCInput input_;
     std::optional<MIDIState> midiState_;
-    std::optional<Learning> learning_;
+    std::optional<Learner> learner_; // absent: nothing is learned
+    QTimer watching_;                // while it watches a control
     DocumentMoves moves_;
     ControlRouter router_;
     ControlMonitor monitor_;

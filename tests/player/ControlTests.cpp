@@ -3,6 +3,8 @@
 #include "player/Control/ControlMonitor.h"
 #include "player/Control/ControlRouter.h"
 #include "player/Control/ControlSettings.h"
+#include "player/Control/Learner.h"
+#include "player/Control/MIDIDecoder.h"
 #include "player/Control/OSCPeer.h"
 
 #include <gtest/gtest.h>
@@ -70,6 +72,128 @@ TEST(ControlSource, readsChannelVoiceMessagesOfMIDI) {
         EXPECT_EQ(labelOf(arrival->source), row.label);
         EXPECT_EQ(arrival->numbers, std::vector{row.position}) << row.label;
     }
+}
+
+// What a port sends, one message after the other, a millisecond apart.
+std::vector<ControlArrival> decoded(std::vector<std::array<std::uint8_t, 3>> messages) {
+    MIDIDecoder decoder;
+    std::vector<ControlArrival> all;
+    double time = 100;
+    for (const auto& message : messages)
+        for (ControlArrival& arrival : decoder.read(message, time += 0.001)) {
+            arrival.time = time;
+            all.push_back(std::move(arrival));
+        }
+    return all;
+}
+std::string texts(const std::vector<ControlArrival>& arrivals) {
+    std::string all;
+    for (const ControlArrival& arrival : arrivals)
+        if (std::get<MIDIControl>(arrival.source).kind != MIDIControl::Kind::controller)
+            all += messageText(arrival) + "; ";
+    return all;
+}
+
+TEST(MIDIDecoder, composesControllersOf14Bits) {
+    // The lower bits follow; then the upper ones alone, which set the lower ones to 0; then fine
+    // steps; then upper bits that are repeated before each change.
+    EXPECT_EQ(texts(decoded({{0xB0, 7, 127},
+                             {0xB0, 39, 127},
+                             {0xB0, 7, 64},
+                             {0xB0, 39, 1},
+                             {0xB0, 7, 64},
+                             {0xB0, 39, 2}})),
+              "CC 7+39 · ch 1: 1; CC 7+39 · ch 1: 0.5; CC 7+39 · ch 1: 0.5001; "
+              "CC 7+39 · ch 1: 0.5002; ");
+    EXPECT_EQ(texts(decoded({{0xB0, 39, 5}, {0xB1, 7, 5}, {0xB0, 39, 6}})), "")
+        << "two knobs of 7 bits";
+    MIDIDecoder slow;
+    slow.read(std::array<std::uint8_t, 3>{0xB0, 7, 9}, 1);
+    EXPECT_EQ(slow.read(std::array<std::uint8_t, 3>{0xB0, 39, 9}, 2).size(), 1u);
+}
+
+TEST(MIDIDecoder, readsParameterNumbers) {
+    EXPECT_EQ(texts(decoded({{0xB2, 99, 1}, {0xB2, 98, 2}, {0xB2, 6, 127}})),
+              "NRPN 130 · ch 3: 1; ");
+    EXPECT_EQ(texts(decoded({{0xB0, 101, 0},
+                             {0xB0, 100, 1},
+                             {0xB0, 6, 64},
+                             {0xB0, 38, 0},
+                             {0xB0, 96, 0},
+                             {0xB0, 97, 0},
+                             {0xB0, 101, 127},
+                             {0xB0, 100, 127},
+                             {0xB0, 6, 3}})),
+              "RPN 1 · ch 1: 0.5039; CC 6+38 · ch 1: 0.5; RPN 1 · ch 1: 0.5; "
+              "RPN 1 · ch 1: 0.5001; RPN 1 · ch 1: 0.5; CC 6+38 · ch 1: 0.02344; ");
+    EXPECT_EQ(texts(decoded({{0xB0, 6, 64}, {0xB0, 98, 4}, {0xB0, 6, 64}})), "")
+        << "no parameter is chosen";
+}
+
+TEST(Learner, knowsInWhichWayAControlCounts) {
+    struct Row {
+        std::vector<std::array<std::uint8_t, 3>> messages;
+        std::string label;
+        MIDIEncoding encoding = MIDIEncoding::absolute;
+    };
+    const auto turns = [](std::initializer_list<std::uint8_t> values) {
+        std::vector<std::array<std::uint8_t, 3>> messages;
+        for (const std::uint8_t value : values)
+            messages.push_back({0xB0, 74, value});
+        return messages;
+    };
+    using enum MIDIEncoding;
+    const std::vector<Row> rows{
+        {turns({1, 2, 3, 4}), "CC 74 · ch 1"},
+        {turns({64}), "CC 74 · ch 1"},
+        {turns({1, 1, 2, 127, 127}), "CC 74 · ch 1", twosComplement},
+        {turns({1, 1, 65, 66}), "CC 74 · ch 1", signedBit},
+        {turns({65, 65, 63}), "CC 74 · ch 1", binaryOffset},
+        {{{0xB0, 7, 3}, {0xB0, 39, 8}}, "CC 7+39 · ch 1"},
+        {{{0xB0, 99, 0}, {0xB0, 98, 9}, {0xB0, 6, 3}, {0xB0, 38, 3}}, "NRPN 9 · ch 1"},
+    };
+    for (const Row& row : rows) {
+        Learner learner(ParameterTarget{"speed"}, "");
+        ControlMail mail([] {}); // as they arrive, several in a frame
+        for (const ControlArrival& arrival : decoded(row.messages))
+            mail.post(arrival);
+        for (const ControlArrival& arrival : mail.take())
+            learner.add(arrival);
+        EXPECT_FALSE(learner.learned(100.1)) << row.label;
+        const auto learned = learner.learned(101);
+        ASSERT_TRUE(learned) << row.label;
+        EXPECT_EQ(labelOf(learned->source), row.label);
+        EXPECT_EQ(learned->encoding, row.encoding) << row.label;
+    }
+    Learner learner(TransportAction::toggle, "");
+    learner.add(midi({0x90, 60, 90}));
+    EXPECT_TRUE(learner.learned(0)) << "a key is known at once";
+}
+
+TEST(ControlRouter, stepsWithEncoders) {
+    ControlRouter router;
+    router.setPickup(true);
+    Binding binding{.source = knob,
+                    .target = ParameterTarget{"speed"},
+                    .output = {0, 0.5f},
+                    .encoding = MIDIEncoding::twosComplement,
+                    .step = 0.01f};
+    router.setBindings({binding});
+    EXPECT_EQ(moved(router, midi({0xB0, 74, 3})), "speed 1.12");
+    EXPECT_EQ(moved(router, midi({0xB0, 74, 127})), "speed 0.96");
+    EXPECT_EQ(moved(router, midi({0xB0, 74, 63})), "speed 2") << "the end of the binding";
+    EXPECT_EQ(moved(router, midi({0xB0, 74, 0})), "— ");
+    ControlArrival several = midi({0xB0, 74, 1});
+    several.values = {1, 1, 126, 1};
+    EXPECT_EQ(moved(router, several), "speed 1.04");
+    binding.output = {1, 0};
+    binding.encoding = MIDIEncoding::signedBit;
+    router.setBindings({binding});
+    EXPECT_EQ(moved(router, midi({0xB0, 74, 66})), "speed 1.08") << "turned round";
+    binding.encoding = MIDIEncoding::binaryOffset;
+    binding.target = TransportAction::stepForward;
+    router.setBindings({binding});
+    EXPECT_EQ(moved(router, midi({0xB0, 74, 62})), "Step back 2");
 }
 
 TEST(ControlRouter, movesParametersAndTransportByTheirOSCAddresses) {
@@ -147,6 +271,8 @@ TEST(ControlRouter, waitsUntilAKnobReachesTheValue) {
     EXPECT_FALSE(waits(20, 1)) << "it passed the value";
     EXPECT_FALSE(waits(90, 4.0f * 20 / 127)) << "it holds the value";
     EXPECT_TRUE(waits(80, 0)) << "a slider moved away";
+    router.setBindings({{.source = knob, .target = ParameterTarget{"speed"}, .hasPickup = false}});
+    EXPECT_FALSE(waits(10, 3)) << "a choice of the binding alone";
 }
 
 TEST(Binding, isLearnedFromTheNextControl) {
@@ -236,17 +362,20 @@ class SettingsFile : public testing::Test {
 TEST_F(SettingsFile, givesWhatWasWritten) {
     ControlSettings settings;
     for (const CaseName<MIDIControl::Kind>& kind : kindNames())
-        settings.bindings.push_back(
-            {.source =
-                 MIDIControl{kind.one, 15, static_cast<std::uint8_t>(hasNumber(kind.one) ? 7 : 0)},
-             .target = SliderTarget{3},
-             .button = ButtonMode::toggle});
+        settings.bindings.push_back({.source = MIDIControl{kind.one, 15, mostNumber(kind.one)},
+                                     .target = SliderTarget{3},
+                                     .button = ButtonMode::toggle});
     settings.bindings.push_back({.source = OSCControl{"/tête", 2},
                                  .target = ParameterTarget{"speed"},
                                  .episode = "Rose \"x\"",
                                  .input = {-1, 1023},
                                  .output = {0.9f, 0.1f},
                                  .curve = ControlCurve::smooth});
+    settings.bindings.push_back({.source = knob,
+                                 .target = ParameterTarget{"speed"},
+                                 .encoding = MIDIEncoding::binaryOffset,
+                                 .step = 0.25f,
+                                 .hasPickup = false});
     for (const CaseName<TransportAction>& action : transportNames())
         settings.bindings.push_back({.source = OSCControl{"/a"}, .target = action.one});
     settings.input = {true, 7000, "10.0.0.4"};
@@ -265,6 +394,8 @@ TEST_F(SettingsFile, usesTheValidPartsOfADamagedOneAndKeepsIt) {
     const std::string damaged = R"({"bindings": [
         {"midi": {"channel": 0, "controller": 74}, "parameter": "speed"},
         {"midi": {"channel": 99, "controller": 74}, "parameter": "red"},
+        {"midi": {"kind": "controller14", "channel": 0, "number": 32}, "parameter": "red"},
+        {"midi": {"channel": 0, "controller": 74}, "parameter": "red", "step": 0},
         {"osc": {"address": "no slash"}, "parameter": "red"}, 7,
         {"osc": {"address": "/a"}, "transport": "explode"}],
         "oscInput": {"on": true, "port": 70000}})";
