@@ -2,14 +2,16 @@
 
 #include "TarnwickPlatform/Dispatch/HostClock.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tarnwick::player {
 namespace {
 
-constexpr double pauseAfter = 10;   // seconds without sound
-constexpr double retryInterval = 5; // seconds; a device is tried again at the next Play after it
-constexpr double longestGap = 0.5;  // seconds that are played silently at once
+constexpr double pauseAfter = 10; // seconds without sound
+// Seconds between two tries to open a device: twice as long after each, the shortest after a Play.
+constexpr double shortestRetry = 5, longestRetry = 60;
+constexpr double longestGap = 0.5; // seconds that are played silently at once
 
 } // namespace
 
@@ -24,7 +26,9 @@ void Playback::keep(bool isWanted, double host) {
         lastWanted_ = host;
     const bool isNeeded = host - lastWanted_ < pauseAfter;
     look(host);
-    if (isAnew && !output_ && host >= nextTry_)
+    if (isAnew)
+        retry_ = shortestRetry;
+    if (isWanted && !output_ && host - lastTry_ >= retry_)
         open(host);
     if (std::exchange(isRunning_, isNeeded) != isNeeded) {
         clock_.restart();
@@ -45,12 +49,14 @@ void Playback::look(double host) {
 
 void Playback::open(double host) {
     clock_.restart();
+    lastTry_ = host;
     try {
         output_ = SoundOutput::open(
             [this](std::span<float> stereo) { mix_.fill(stereo, currentMediaTime()); });
         hasTold_ = false;
+        retry_ = shortestRetry;
     } catch (const SoundError& error) {
-        nextTry_ = host + retryInterval;
+        retry_ = std::min(2 * retry_, longestRetry);
         say(error.what() + std::string(" Playing goes on silently."));
     }
     setLatency();

@@ -16,7 +16,7 @@ namespace tarnwick::player {
 class Playback {
   public:
     // `tell` gets a sentence when the device cannot be opened or is lost: once until one is open
-    // again.
+    // again. It is tried again at intervals.
     Playback(SoundMix& mix, SoundClock& clock, std::function<void(const std::string&)> tell);
 
     // Call it every few milliseconds while sound is wanted. Blocks while a device is opened. A
@@ -42,7 +42,8 @@ class Playback {
     std::vector<float> silent_;           // that nobody hears
     double delay_ = 0;
     double lastWanted_ = -1e9;  // host seconds
-    double nextTry_ = -1e9;     // host seconds, to open a device
+    double lastTry_ = -1e9;     // host seconds, to open a device
+    double retry_ = 0;          // seconds until the next try
     double silentUntil_ = -1e9; // host seconds up to which frames were taken silently
     bool wasWanted_ = false;
     bool isRunning_ = false;
