@@ -29,8 +29,8 @@ class GuestWork {
     double share_; // on mains
     PictureBudget budget_;
     std::optional<double> begun_; // seconds of the host clock: of a frame that is not done
-    double cpuTime_;       // seconds of the process when the last frame was done
-    double powerLook_ = 0; // seconds of the host clock
+    double cpuTime_;              // seconds of the process when the last frame was done
+    double powerLook_ = 0;        // seconds of the host clock
 };
 
 } // namespace tarnwick

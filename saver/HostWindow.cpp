@@ -2,6 +2,7 @@
 
 #include "TarnwickPlatform/Dispatch/HostClock.h"
 #include "saver/HostError.h"
+#include "saver/MonitorCover.h"
 
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
@@ -107,6 +108,7 @@ struct HostWindow::Parts {
     bool isMapped = false;
     bool isCovered = false;
     bool isScreenOff = false;
+    std::optional<MonitorCover> cover;
     double screenLook = 0; // seconds of the host clock: of isScreenOff
     bool isGone = false;
     PixelSize size;
@@ -122,13 +124,16 @@ struct HostWindow::Parts {
 
     void choose(const WindowChoice& choice);
     void makeOwn(const PixelSize& wanted);
+    void makeCover(unsigned monitor);
     void adopt();
     void take(XEvent& event, News& news);
     void lookAtScreen();
 };
 
 void HostWindow::Parts::choose(const WindowChoice& choice) {
-    if (choice.id)
+    if (choice.monitor)
+        makeCover(*choice.monitor);
+    else if (choice.id)
         window = *choice.id;
     else if (const char* given = std::getenv("XSCREENSAVER_WINDOW"); given != nullptr && *given)
         window = std::strtoul(given, nullptr, 0);
@@ -137,6 +142,8 @@ void HostWindow::Parts::choose(const WindowChoice& choice) {
     else
         makeOwn(choice.ownSize);
     adopt();
+    if (cover)
+        cover->show();
 }
 
 void HostWindow::Parts::makeOwn(const PixelSize& wanted) {
@@ -144,6 +151,12 @@ void HostWindow::Parts::makeOwn(const PixelSize& wanted) {
     window = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, wanted.width,
                                  wanted.height, 0, 0, BlackPixel(display, DefaultScreen(display)));
     XSetWMProtocols(display, window, &deleteWindow, 1);
+}
+
+void HostWindow::Parts::makeCover(unsigned monitor) {
+    cover.emplace(display, monitor);
+    window = cover->window();
+    isOwn = true;
 }
 
 // Selects events before it reads the window's state, so no change is missed.
@@ -163,6 +176,8 @@ void HostWindow::Parts::adopt() {
 }
 
 void HostWindow::Parts::take(XEvent& event, News& news) {
+    if (cover)
+        cover->take(event);
     switch (event.type) {
     case ConfigureNotify: {
         const PixelSize now{static_cast<std::uint32_t>(event.xconfigure.width),
@@ -215,6 +230,15 @@ void HostWindow::Parts::lookAtScreen() {
                   level != DPMSModeOn;
 }
 
+unsigned HostWindow::monitorCount() {
+    Display* display = XOpenDisplay(nullptr);
+    if (display == nullptr)
+        return 0;
+    const auto count = static_cast<unsigned>(monitorsOf(display).size());
+    XCloseDisplay(display);
+    return count;
+}
+
 bool HostWindow::hasDisplay() {
     Display* display = XOpenDisplay(nullptr);
     if (display != nullptr)
@@ -244,12 +268,8 @@ HostWindow::HostWindow(const WindowChoice& choice) {
 
 HostWindow::~HostWindow() = default;
 
-void* HostWindow::display() const {
-    return parts_->display;
-}
-
-unsigned long HostWindow::window() const {
-    return parts_->window;
+std::unique_ptr<gpu::Layer> HostWindow::newLayer(gpu::Device& device) {
+    return device.newLayer(parts_->display, parts_->window);
 }
 
 int HostWindow::connection() const {
@@ -269,14 +289,14 @@ bool HostWindow::isPreview() const {
 }
 
 bool HostWindow::isOwn() const {
-    return parts_->isOwn;
+    return parts_->isOwn && !parts_->cover;
 }
 
 bool HostWindow::isVisible() const {
     return parts_->isMapped && !parts_->isCovered && !parts_->isScreenOff;
 }
 
-HostWindow::News HostWindow::readNews() {
+HostSurface::News HostWindow::readNews() {
     News news;
     while (!parts_->isGone && XPending(parts_->display) > 0) {
         XEvent event;
@@ -284,6 +304,8 @@ HostWindow::News HostWindow::readNews() {
         parts_->take(event, news);
     }
     parts_->lookAtScreen();
+    if (!parts_->isGone && parts_->cover)
+        parts_->isGone = parts_->cover->isEnded();
     return news;
 }
 

@@ -11,11 +11,16 @@
 #include "TarnwickPlatform/Pictures/PNG.h"
 #include "saver/CommandLine/HostOptions.h"
 #include "saver/HostError.h"
+#include "saver/HostWindow.h"
 #include "saver/Offscreen.h"
+#include "saver/ScreenProcesses.h"
+#include "saver/Wayland/WaylandWindow.h"
 #include "saver/WindowHost.h"
 
 #include <array>
+#include <cstdlib>
 #include <iomanip>
+#include <memory>
 #include <ostream>
 #include <string>
 
@@ -71,25 +76,49 @@ Status drawPicture(const HostOptions& options, const Bundle& bundle, double seco
     return status;
 }
 
+bool usesWayland() {
+    const char* display = std::getenv("WAYLAND_DISPLAY");
+    return display != nullptr && *display;
+}
+
+unsigned screenCount() {
+    const unsigned outputs = usesWayland() ? WaylandWindow::outputCount() : 0;
+    return outputs > 0 ? outputs : HostWindow::monitorCount();
+}
+
+// A cover, or a window where there is only Wayland, is Wayland's if there is Wayland: a window of
+// X11 covers no windows of Wayland.
+std::unique_ptr<HostSurface> surfaceOf(const HostOptions& options) {
+    std::optional<unsigned> screen;
+    if (options.untilInput)
+        screen = options.output.value_or(0);
+    const bool isOwn =
+        !options.window && !options.root && std::getenv("XSCREENSAVER_WINDOW") == nullptr;
+    if (usesWayland() && (screen || (isOwn && !HostWindow::hasDisplay())))
+        return std::make_unique<WaylandWindow>(
+            WaylandChoice{.output = screen, .ownSize = sizeOf(options)});
+    return std::make_unique<HostWindow>(WindowChoice{
+        .id = options.window, .root = options.root, .monitor = screen, .ownSize = sizeOf(options)});
+}
+
 Status show(const HostOptions& options, const Bundle& bundle, std::ostream& out,
             std::ostream& errors) {
     if (options.offscreen)
         return drawPicture(options, bundle, *options.offscreen, out, errors);
     if (options.withoutDisplay && !HostWindow::hasDisplay())
         return drawPicture(options, bundle, *options.withoutDisplay, out, errors);
-    const WindowChoice choice{
-        .id = options.window, .root = options.root, .ownSize = sizeOf(options)};
     bool hasFailed = false;
     auto say = [&](const std::string& sentence) { errors << sentence << std::endl; };
     auto fail = [&](const std::string& failure) {
         say(failure);
         hasFailed = true;
     };
+    const std::unique_ptr<HostSurface> surface = surfaceOf(options);
     showInWindow({.bundle = bundle,
                   .kind = kindOf(options),
                   .share = options.share,
                   .params = options.params},
-                 choice, fail, say);
+                 *surface, fail, say);
     return hasFailed ? Status::failed : Status::done;
 }
 
@@ -134,6 +163,12 @@ Status runSaver(std::span<const char* const> arguments, std::ostream& out, std::
         }
         if (options.version) {
             out << programName() << '\n';
+            return Status::done;
+        }
+        // Before the bundle is made, which each process makes itself.
+        if (const unsigned screens = options.untilInput && !options.output ? screenCount() : 0;
+            screens > 1) {
+            coverScreens(screens, arguments);
             return Status::done;
         }
         return showBundleOrEpisode(options, out, errors);

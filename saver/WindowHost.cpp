@@ -14,51 +14,54 @@
 namespace tarnwick {
 namespace {
 
-// Seconds. The drivers read the connection too and may receive our events; the descriptor is not
-// readable then.
-constexpr double longestWait = 0.1;
+constexpr double longestWait = 0.1; // seconds, for a frame that is drawn
 // Seconds. Frames that began before a failure may be shown over the failure screen.
 constexpr double longestStale = 1;
 
-Rectangle frameOf(const HostWindow& window) {
+Rectangle frameOf(const HostSurface& window) {
     return {0, 0, static_cast<double>(window.size().width),
             static_cast<double>(window.size().height)};
 }
 
-void attach(MTKView& metal, const HostWindow& window) {
-    auto layer = metal.device()->newLayer(window.display(), window.window());
+void attach(MTKView& metal, HostSurface& window) {
+    auto layer = window.newLayer(*metal.device());
     if (!layer)
         throw HostError("The device " + metal.device()->info().name +
                         " cannot draw into this window.");
     metal.setTarget(std::make_unique<WindowTarget>(*metal.device(), std::move(layer)));
 }
 
-void showBackground(const TarnwickSaverView& view, HostWindow& window) {
+void showBackground(const TarnwickSaverView& view, HostSurface& window) {
     Picture picture = blackPicture(window.size());
     view.drawRect(picture);
     window.show(picture);
 }
 
 // Waits until there is something to read, or `seconds` have passed.
-void wait(const HostWindow& window, const HeldSignals& signals, double seconds) {
+void wait(const HostSurface& window, const HeldSignals& signals, double seconds) {
     std::array<pollfd, 2> entries{{{.fd = window.connection(), .events = POLLIN, .revents = 0},
                                    {.fd = signals.descriptor(), .events = POLLIN, .revents = 0}}};
     const timespec time{.tv_sec = 0, .tv_nsec = static_cast<long>(seconds * 1e9)};
     ppoll(entries.data(), entries.size(), &time, nullptr);
 }
 
-// Draws a frame if one is due and there is room for it. Returns the seconds until the next step.
-double drawWhenDue(MTKView& metal, FrameClock& frames, std::optional<GuestWork>& guest) {
+// Draws a frame if one is due, can be seen, and there is room for it. Returns the seconds until the
+// next step.
+double drawWhenDue(MTKView& metal, HostSurface& window, FrameClock& frames,
+                   std::optional<GuestWork>& guest) {
     // A guest draws one frame at a time, whose time is then known.
     if ((guest && !metal.waitUntilDrawn(longestWait)) || !metal.waitForRoom(longestWait))
         return 0;
     const double now = currentMediaTime();
     if (guest)
         guest->frameDone(metal, now);
+    if (!window.isVisible())
+        return window.longestWait();
     const double left = std::max(frames.secondsUntilDue(now), guest ? guest->rest(now) : 0);
     if (left > 0)
-        return std::min(left, longestWait);
+        return std::min(left, window.longestWait());
     frames.begin(now);
+    window.willDraw();
     metal.draw();
     if (guest)
         guest->frameBegun(now);
@@ -84,13 +87,13 @@ class Speaker {
     std::optional<std::string> said_;
 };
 
-void showUntilEnd(TarnwickSaverView& view, HostWindow& window, const HeldSignals& signals,
+void showUntilEnd(TarnwickSaverView& view, HostSurface& window, const HeldSignals& signals,
                   Speaker& speaker, std::optional<GuestWork>& guest) {
     FrameClock frames(view.metal() != nullptr ? view.metal()->preferredFramesPerSecond : 1);
     double shown = 0; // time of the background, in seconds of the host clock
     bool isBackgroundStale = true;
     while (!signals.arrived()) {
-        const HostWindow::News news = window.readNews();
+        const HostSurface::News news = window.readNews();
         if (window.isGone())
             return;
         if (news.resized)
@@ -104,8 +107,8 @@ void showUntilEnd(TarnwickSaverView& view, HostWindow& window, const HeldSignals
             isBackgroundStale = false;
             shown = currentMediaTime();
         }
-        const bool draws = metal != nullptr && window.isVisible();
-        const double left = draws ? drawWhenDue(*metal, frames, guest) : longestWait;
+        const double left =
+            metal != nullptr ? drawWhenDue(*metal, window, frames, guest) : window.longestWait();
         speaker.say(view.failure() ? view.failure() : view.absence());
         if (left > 0)
             wait(window, signals, left);
@@ -114,11 +117,10 @@ void showUntilEnd(TarnwickSaverView& view, HostWindow& window, const HeldSignals
 
 } // namespace
 
-void showInWindow(const HostedSaver& saver, const WindowChoice& choice,
+void showInWindow(const HostedSaver& saver, HostSurface& window,
                   const std::function<void(const std::string&)>& failed,
                   const std::function<void(const std::string&)>& remarked) {
     HeldSignals signals;
-    HostWindow window(choice);
     if (!window.isOwn())
         takeLowestPriority(); // before the threads of the device
     const ScreenKind shown = window.isPreview() ? ScreenKind::preview : saver.kind;

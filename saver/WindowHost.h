@@ -1,7 +1,7 @@
-// Shows a saver in an X11 window until the window is closed or a signal ends the process.
+// Shows a saver on a surface until the surface is closed or a signal ends the process.
 #pragma once
 
-#include "saver/HostWindow.h"
+#include "saver/HostSurface.h"
 #include "saver/TarnwickSaverView.h"
 
 #include <functional>
@@ -20,7 +20,7 @@ struct HostedSaver {
 // reason why frames are black if the device cannot make the GPU objects of the episode; `remarked`
 // with errors in the settings. Throws HostError. The process then ends within two seconds, also
 // while the device still draws: with status 1 if `failed` was called, else 0.
-void showInWindow(const HostedSaver& saver, const WindowChoice& choice,
+void showInWindow(const HostedSaver& saver, HostSurface& window,
                   const std::function<void(const std::string&)>& failed,
                   const std::function<void(const std::string&)>& remarked);
 

@@ -104,7 +104,7 @@ InstalledSaver saverOf(const Arguments& arguments) {
 
 Status preview(const Arguments& arguments) {
     std::vector<std::string> words{"--bundle", saverOf(arguments).bundle.string()};
-    words.emplace_back(arguments.has("--small") ? "--preview" : "--window");
+    words.emplace_back(arguments.has("--small") ? "--preview" : "--until-input");
     becomeSaver(words);
 }
 
@@ -132,7 +132,7 @@ constexpr auto installOptions =
            animationOptions);
 constexpr std::array<Option, 1> listOptions{{{.name = "--json", .help = "print JSON"}}};
 constexpr std::array<Option, 1> previewOptions{{
-    {.name = "--small", .help = "like the small picture in the settings of desktops"},
+    {.name = "--small", .help = "like the small picture in the settings of desktops, in a window"},
 }};
 
 } // namespace
@@ -151,7 +151,8 @@ const Command saverListCommand{.name = "saver list",
                                .run = list};
 const Command saverPreviewCommand{.name = "saver preview",
                                   .operands = "NAME",
-                                  .summary = "Shows one of your screen savers.",
+                                  .summary = "Shows one of your screen savers on all screens until "
+                                             "the first input.",
                                   .options = previewOptions,
                                   .run = preview};
 const Command saverUninstallCommand{.name = "saver uninstall",

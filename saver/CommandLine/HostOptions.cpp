@@ -17,7 +17,7 @@ namespace {
 // Of drawing off screen: at most an hour.
 constexpr Number runSeconds{.most = 3600, .unit = "seconds", .excludesLeast = true};
 
-constexpr std::array<Option, 15> options{{
+constexpr std::array<Option, 17> options{{
     {.name = "--bundle",
      .value = "FOLDER",
      .help = "bundle to show; with an episode, the folder that becomes its bundle: files that a "
@@ -45,6 +45,17 @@ constexpr std::array<Option, 15> options{{
      .byDefault = "XSCREENSAVER_WINDOW of the environment, else as --root says"},
     {.name = "--root", .help = "show the saver in the root window"},
     {.name = "--window", .help = "show the saver in a window of its own, as without --root"},
+    {.name = "--until-input",
+     .help =
+         "cover all screens of X11 or Wayland until a key, a button or the pointer is moved, for "
+         "programs that wait for an idle user",
+     .excludes = "--window-id --root --window --preview --offscreen --without-display"},
+    {.name = "--output",
+     .value = "N",
+     .help = "cover only this screen; the first one is 0",
+     .values = WholeNumber{.least = 0, .most = 99},
+     .byDefault = "all, each by a process of its own",
+     .needs = "--until-input"},
     {.name = "--preview",
      .help = "like the small picture in the settings: 15 frames per second and "
              "small text"},
@@ -152,6 +163,9 @@ HostOptions parseHostOptions(std::span<const char* const> words) {
     if (arguments.has("--window-id"))
         read.window = arguments.unsignedOf("--window-id");
     read.root = arguments.has("--root") && !arguments.has("--window");
+    read.untilInput = arguments.has("--until-input");
+    if (arguments.has("--output"))
+        read.output = static_cast<unsigned>(arguments.integerOf("--output"));
     read.preview = arguments.has("--preview");
     if (const auto size = arguments.value("--size"))
         read.size = sizeOf(*size);

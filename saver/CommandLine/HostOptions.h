@@ -21,6 +21,8 @@ struct HostOptions {
     ParamValues params;                            // base values, instead of those of the settings
     std::optional<unsigned long> window;           // the id of the X11 window to show in
     bool root = false;                             // show in the root window
+    bool untilInput = false;                       // cover the screens until the first input
+    std::optional<unsigned> output;                // the number of the only screen to cover
     bool preview = false;
     std::optional<PixelSize> size;        // of the own window or picture; each side in [1, 16384]
     std::optional<double> share;          // of the machine, (0, 1]

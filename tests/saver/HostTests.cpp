@@ -10,6 +10,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <functional>
 #include <thread>
 
@@ -235,6 +236,19 @@ TEST_F(Host, showsOnTheRootWindowOrTheVirtualOne) {
     ProgramRun run({"--bundle", files.folder(), "--root"}, environment());
     EXPECT_TRUE(showsBlue(desktop)) << run.said();
     EXPECT_TRUE(fills(desktop));
+}
+
+TEST_F(Host, coversTheScreenUntilTheFirstInput) {
+    const TestBundle files(episode);
+    ProgramRun run({"--bundle", files.folder(), "--until-input"}, environment());
+    const auto window = display.waitForWindow();
+    ASSERT_TRUE(window && showsBlue(*window)) << run.said();
+    EXPECT_EQ(display.windowSize(*window), (PixelSize{640, 480}));
+    std::this_thread::sleep_for(std::chrono::milliseconds(700)); // the input that started it
+    EXPECT_TRUE(run.isRunning()) << run.said();
+    const std::string press = "DISPLAY=" + display.name() + " xdotool key space";
+    ASSERT_EQ(std::system(press.c_str()), 0) << "xdotool is in scripts/packages.txt.";
+    EXPECT_EQ(run.waitForEnd(), 0) << run.said();
 }
 
 TEST_F(Host, drawsNothingWhileItIsCovered) {
