@@ -216,12 +216,12 @@ void Numbers::collect() {
 
 bool Numbers::take(std::string_view source) {
     // Most other texts are told apart without looking at their words.
-    if (source == text || std::ranges::count(source, '\n') != std::ranges::count(text, '\n'))
+    if (source == *text || std::ranges::count(source, '\n') != std::ranges::count(*text, '\n'))
         return false;
     if (words.empty())
-        words = wordsOf(text);
-    std::string fresh(source);
-    const std::vector<Word> freshWords = wordsOf(fresh);
+        words = wordsOf(*text);
+    auto fresh = std::make_unique<const std::string>(source);
+    std::vector<Word> freshWords = wordsOf(*fresh);
     if (words.size() != freshWords.size())
         return false;
     std::vector<std::pair<unsigned, Number>> changes; // by index in `words`
@@ -251,7 +251,7 @@ bool Numbers::take(std::string_view source) {
         changedWords.push_back(word);
     }
     text = std::move(fresh);
-    words = wordsOf(text);
+    words = std::move(freshWords);
     return std::ranges::all_of(evaluated, staysConstant);
 }
 

@@ -9,6 +9,7 @@
 #include <llvm/ADT/DenseMap.h>
 #include <llvm/ADT/SmallVector.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,7 +30,8 @@ class Numbers {
   public:
     // `source` is the text of the declarations, the main file of the context.
     Numbers(std::string_view source, clang::ASTContext& context, std::vector<clang::Decl*> program)
-        : context(context), program(std::move(program)), text(source) {}
+        : context(context), program(std::move(program)),
+          text(std::make_unique<std::string>(source)) {}
 
     // If the text differs from the last one in such numbers, and beside them in nothing but spaces
     // and comments within lines, gives the literals their new values. Otherwise returns false, and
@@ -56,7 +58,7 @@ class Numbers {
 
     clang::ASTContext& context;
     std::vector<clang::Decl*> program;
-    std::string text;
+    std::unique_ptr<const std::string> text;   // its place stays, because of the words
     std::vector<Word> words;                   // of `text`; empty until they are needed
     bool isCollected = false;                  // whether the two below are filled
     llvm::DenseMap<unsigned, Literals> byWord; // by index in `words`

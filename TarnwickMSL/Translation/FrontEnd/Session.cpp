@@ -3,7 +3,6 @@
 #include "TarnwickMSL/Translation/FrontEnd/Entries.h"
 #include "TarnwickMSL/Translation/FrontEnd/FunctionConstants.h"
 #include "TarnwickMSL/Translation/FrontEnd/Rules.h"
-#include "TarnwickMSL/Translation/FrontEnd/Session/FunctionSymbols.h"
 #include "TarnwickMSL/Translation/FrontEnd/Session/LibraryChanges.h"
 #include "TarnwickMSL/Translation/FrontEnd/Session/Macros.h"
 #include "TarnwickMSL/Translation/FrontEnd/Session/ProgramConsumer.h"
@@ -188,10 +187,11 @@ Symbols Session::omitted(const ParseOptions& options) {
     const auto changed = last->numbers->changed();
     if (!options.omitted || !changed)
         return {};
-    const FunctionSymbols symbols(compiler.clang().getASTContext());
+    if (!symbols)
+        symbols.emplace(compiler.clang().getASTContext());
     Symbols names;
     for (const clang::FunctionDecl* function : *changed)
-        if (const auto symbol = symbols.of(*function))
+        if (const auto symbol = symbols->of(*function))
             names.insert(*symbol);
         else if (!function->isDependentContext()) // its instances are listed as well
             return {};
@@ -292,9 +292,8 @@ void Session::generate(Parsed& parsed, llvm::LLVMContext& context, const ParseOp
     declarations.getExternalSource()->StartTranslationUnit(&consumer);
     const LibraryUses::Found library = libraryUses.of(program, consumer.otherFunctions());
     const DirectCalls direct(declarations, library.wrappers);
-    const FunctionSymbols symbols(declarations);
     consumer.passTo(*generator, library, [&](const clang::FunctionDecl& function) {
-        const auto symbol = omitted.empty() ? std::nullopt : symbols.of(function);
+        const auto symbol = omitted.empty() ? std::nullopt : symbols->of(function);
         return symbol && omitted.contains(*symbol);
     });
     completeEntries(entries, *generator);

@@ -11,6 +11,7 @@
 
 #include "TarnwickMSL/Translation/FrontEnd/Compiler.h"
 #include "TarnwickMSL/Translation/FrontEnd/Numbers.h"
+#include "TarnwickMSL/Translation/FrontEnd/Session/FunctionSymbols.h"
 #include "TarnwickMSL/Translation/FrontEnd/Session/LibraryUses.h"
 #include "TarnwickMSL/Translation/Parsed.h"
 
@@ -51,6 +52,7 @@ class Session {
     std::unique_ptr<clang::FrontendAction> action; // begun, and never executed
     Macros* macros = nullptr;                      // the preprocessor owns it
     LibraryUses libraryUses;
+    std::optional<FunctionSymbols> symbols;            // made when they are needed
     std::vector<clang::TypedefNameDecl*> vectorTypes;  // of the library; Clang reports them once
     clang::NamespaceDecl* standardNamespace = nullptr; // of the library; the same
     bool isBegun = false, isOver = false;

@@ -13,7 +13,16 @@ FunctionSymbols::FunctionSymbols(clang::ASTContext& context)
 
 FunctionSymbols::~FunctionSymbols() = default;
 
-std::optional<std::string> FunctionSymbols::of(const clang::FunctionDecl& function) const {
+std::optional<std::string> FunctionSymbols::of(const clang::FunctionDecl& function) {
+    if (!function.isFromASTFile())
+        return mangled(function);
+    const auto [place, isNew] = ofLibrary.try_emplace(&function);
+    if (isNew)
+        place->second = mangled(function);
+    return place->second;
+}
+
+std::optional<std::string> FunctionSymbols::mangled(const clang::FunctionDecl& function) const {
     if (llvm::isa<clang::CXXConstructorDecl, clang::CXXDestructorDecl>(function) ||
         function.isDependentContext())
         return std::nullopt;

@@ -1,6 +1,8 @@
 // The symbols of functions in the generated code.
 #pragma once
 
+#include <llvm/ADT/DenseMap.h>
+
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,10 +22,13 @@ class FunctionSymbols {
 
     // Absent for constructors and destructors, of which there are several functions, and for
     // templates.
-    std::optional<std::string> of(const clang::FunctionDecl& function) const;
+    std::optional<std::string> of(const clang::FunctionDecl& function);
 
   private:
     std::unique_ptr<clang::MangleContext> mangling;
+    llvm::DenseMap<const clang::FunctionDecl*, std::optional<std::string>> ofLibrary;
+
+    std::optional<std::string> mangled(const clang::FunctionDecl& function) const;
 };
 
 } // namespace tarnwick::msl

@@ -15,6 +15,7 @@
 #include <llvm/IR/PatternMatch.h>
 #include <llvm/Transforms/Utils/Local.h>
 
+#include <cmath>
 #include <optional>
 
 namespace tarnwick::msl {
@@ -50,36 +51,59 @@ bool isMark(const Instruction& instruction) {
                          intrinsic->getIntrinsicID() == Intrinsic::experimental_noalias_scope_decl);
 }
 
-bool isPlain(const APFloat& number) {
-    return number.isFiniteNonZero() && !number.isExactlyValue(1) && !number.isExactlyValue(-1);
+// Whether it is a number that no rule of a sum asks for, or of a product.
+bool isPlain(const APFloat& number, bool isOfSum) {
+    return number.isFiniteNonZero() && (isOfSum || number.getExactLog2Abs() != 0);
 }
 
-// Whether it is a number, or a vector of numbers, that no rule of arithmetic asks for.
-bool isPlain(const Value& value) {
+bool isPlain(float number, bool isOfSum) {
+    return std::isfinite(number) && number != 0 && (isOfSum || std::fabs(number) != 1);
+}
+
+// The same for all numbers of a vector.
+bool isPlain(const Value& value, bool isOfSum) {
     if (const auto* number = dyn_cast<ConstantFP>(&value))
-        return isPlain(number->getValueAPF());
+        return isPlain(number->getValueAPF(), isOfSum);
     const auto* vector = dyn_cast<ConstantDataVector>(&value);
     if (!vector || !vector->getElementType()->isFloatTy())
         return false;
     for (unsigned i = 0; i < vector->getNumElements(); ++i)
-        if (!isPlain(APFloat(vector->getElementAsFloat(i))))
+        if (!isPlain(vector->getElementAsFloat(i), isOfSum))
             return false;
     return true;
 }
 
-// Whether LLVM may know a simpler value. Asking costs most for vectors of numbers: for each rule
-// it makes their elements constants. For the sign of a sum or a product it looks at all that is
-// below, and so it does again when instructions are combined.
-bool maySimplify(const Instruction& instruction) {
-    if (const auto* call = dyn_cast<IntrinsicInst>(&instruction))
-        return call->getIntrinsicID() != Intrinsic::fabs ||
-               !isa<BinaryOperator>(call->getArgOperand(0));
-    const unsigned code = instruction.getOpcode();
-    if (code != Instruction::FAdd && code != Instruction::FSub && code != Instruction::FMul &&
-        code != Instruction::FDiv)
-        return true;
+// Whether LLVM may know a simpler value of a sum, difference, product or quotient. It asks each of
+// its rules whether the operands are a certain number, and to answer it makes elements of vectors
+// constants, a twentieth of all time. The rules about two unknown operands need flags that the
+// library's and the program's code do not have.
+bool maySimplifyArithmetic(const Instruction& instruction, bool isSum) {
     const Value &left = *instruction.getOperand(0), &right = *instruction.getOperand(1);
-    return isa<Constant>(left) ? isa<Constant>(right) || !isPlain(left) : !isPlain(right);
+    if (instruction.hasNoNaNs() || instruction.hasAllowReassoc() ||
+        (isa<Constant>(left) && isa<Constant>(right)))
+        return true;
+    return (isa<Constant>(left) && !isPlain(left, isSum)) ||
+           (isa<Constant>(right) && !isPlain(right, isSum));
+}
+
+// Whether it is worth to ask LLVM for a simpler value. Instructions are combined later, and then it
+// is asked in any case.
+bool maySimplify(const Instruction& instruction) {
+    switch (instruction.getOpcode()) {
+    case Instruction::FAdd:
+    case Instruction::FSub:
+        return maySimplifyArithmetic(instruction, true);
+    case Instruction::FMul:
+    case Instruction::FDiv:
+        return maySimplifyArithmetic(instruction, false);
+    case Instruction::Call: { // the sign of an operand depends on all that is below
+        const auto* call = dyn_cast<IntrinsicInst>(&instruction);
+        return !call || call->getIntrinsicID() != Intrinsic::fabs ||
+               isa<Constant, CallInst>(call->getArgOperand(0));
+    }
+    default:
+        return true;
+    }
 }
 
 class Walk {
