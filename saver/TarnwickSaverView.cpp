@@ -114,6 +114,9 @@ void TarnwickSaverView::mtkViewDrawableSizeWillChange(MTKView&, const PixelSize&
 void TarnwickSaverView::drawInMTKView(MTKView& view) {
     if (!program_ || !queue_)
         return;
+    // New pictures of channels are written only while no frame reads the last ones.
+    if (inputs_ && !view.waitUntilDrawn(longestStep))
+        return;
     const auto pass = view.currentRenderPassDescriptor();
     const gpu::Texture* drawable = view.currentDrawable();
     auto commands = queue_->commandBuffer();
@@ -122,7 +125,7 @@ void TarnwickSaverView::drawInMTKView(MTKView& view) {
     advanceClock();
     fitFrames(view.device(), *drawable);
     const ParamValues values = settings_.valuesAt(clock_);
-    const ShaderInputs seen = inputs(view);
+    const ShaderInputs seen = inputs();
     const ProgramFrame frame{
         .moment = moment(), .values = values, .inputs = seen, .stepLimit = mostStepsPerFrame};
     const bool isEncoded = frames_ ? frames_->encode(*commands, frame, {.descriptor = *pass})
@@ -137,18 +140,14 @@ void TarnwickSaverView::advanceClock() {
     last_ = now;
 }
 
-// A saver hears silence. Channels have new pictures once no frame reads the last ones.
-ShaderInputs TarnwickSaverView::inputs(MTKView& view) {
-    if (!inputs_)
-        return ShaderInputs::none();
-    ShaderInputs inputs;
+// A saver hears silence.
+ShaderInputs TarnwickSaverView::inputs() {
+    ShaderInputs inputs = ShaderInputs::none();
     try {
-        if (shownChannels_.empty() || view.waitUntilDrawn(0))
-            shownChannels_ = inputs_->channels(clock_);
-        inputs.channels = shownChannels_;
+        if (inputs_)
+            inputs.channels = inputs_->channels(clock_);
     } catch (const InputError& error) {
         absence_ = error.what();
-        shownChannels_.clear();
         inputs_.reset();
     }
     return inputs;
@@ -169,9 +168,13 @@ void TarnwickSaverView::fitFrames(gpu::Device* device, const gpu::Texture& drawa
     absence_.reset();
     if (!frames_)
         absence_ = ProgramFrames::absence(*program_, *device, width, height);
-    shownChannels_.clear();
+    const bool hasChannels = std::ranges::any_of(channels_, [](const ChannelSource& source) {
+        return source.episode || !source.file.empty();
+    });
     try {
-        inputs_ = EpisodeInputs::make(program_, *device, width, height, {.channels = channels_});
+        if (hasChannels)
+            inputs_ =
+                EpisodeInputs::make(program_, *device, width, height, {.channels = channels_});
     } catch (const InputError& error) {
         absence_ = error.what();
     }

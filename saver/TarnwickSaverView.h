@@ -24,8 +24,8 @@ namespace tarnwick {
 // is set up in the constructor and nothing is tried again: afterwards there is a subview (metal())
 // that draws, or a failure. Frames that take too long are a failure later. The settings are
 // optional: a missing or malformed document is ignored, values outside a declared range are
-// clamped. Never waits for the GPU; waits for a drawable if the host draws while no drawable is
-// free.
+// clamped. Waits for the GPU only with channels, for a tenth of a second at most; otherwise it
+// waits for a drawable if the host draws while no drawable is free.
 class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate {
   public:
     // `params` replace base values and keys of the bundle's settings.
@@ -63,7 +63,7 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
     void drawInMTKView(MTKView& view) override;
     void advanceClock();
     void fitFrames(gpu::Device* device, const gpu::Texture& drawable);
-    ShaderInputs inputs(MTKView& view);
+    ShaderInputs inputs();
     FrameMoment moment() const;
 
     std::unique_ptr<MTKView> metal_;
@@ -71,8 +71,7 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<ProgramFrames> frames_; // of the drawable's size
     ChannelSources channels_;
-    std::shared_ptr<FrameInputs> inputs_;            // null without Inputs
-    std::vector<const gpu::Texture*> shownChannels_; // of inputs_, of the last frame
+    std::shared_ptr<FrameInputs> inputs_; // null without channels
     Settings settings_;
     std::vector<std::string> settingsRemarks_;
     double clock_ = 0;           // seconds

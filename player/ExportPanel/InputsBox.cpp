@@ -23,7 +23,8 @@ void InputsBox::show(const InputCopies& inputs, ShownSound sound) {
                                 QString::fromStdString(channel.file.filename().string()));
     const QString file = QString::fromStdString(inputs.sound.filename().string());
     if (!file.isEmpty() && sound == ShownSound::ignored)
-        lines += tr("%1 is not heard here; the episode hears its own sound.").arg(file);
+        lines += tr("%1 is not heard here: a movie has the episode's own sound, a picture silence.")
+                     .arg(file);
     else if (!file.isEmpty())
         lines += inputs.playsSound ? tr("Sound: %1, which the movie has too").arg(file)
                                    : tr("Sound: %1").arg(file);
