@@ -54,6 +54,11 @@ ExportDialog::ExportDialog(const OpenDocument& document, EpisodeCopy copy, QWidg
     showState();
 }
 
+void ExportDialog::setPerformance(const std::filesystem::path& file) {
+    performance_->setText(QString::fromStdString(file.string()));
+    showState();
+}
+
 void ExportDialog::makeParts(const OpenDocument& document) {
     const Episode& episode = *document.document().episode();
     format_ = new MovieFormatForm(episode.shader.hasSound || episode_.inputs.playsSound);

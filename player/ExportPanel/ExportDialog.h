@@ -5,6 +5,7 @@
 #include "player/Exports/EpisodeOrders.h"
 
 #include <QDialog>
+#include <filesystem>
 
 class QLabel;
 class QPlainTextEdit;
@@ -23,6 +24,9 @@ class ExportDialog : public QDialog {
 
   public:
     ExportDialog(const OpenDocument& document, EpisodeCopy copy, QWidget* parent = nullptr);
+
+    // Empty: none.
+    void setPerformance(const std::filesystem::path& file);
 
     // Of the dialog as it was accepted.
     MovieRequest request() const;

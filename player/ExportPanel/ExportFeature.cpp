@@ -41,11 +41,12 @@ QWidget* ExportFeature::panel() const {
     return panel_;
 }
 
-void ExportFeature::exportMovie() {
+void ExportFeature::exportMovie(const std::filesystem::path& performance) {
     const OpenDocument* document = player_.active();
     if (document == nullptr)
         return;
     ExportDialog dialog(*document, fullCopyOf(*document), &window_);
+    dialog.setPerformance(performance);
     if (dialog.exec() == QDialog::Accepted)
         add(movieOrder(dialog.request()));
 }

@@ -8,6 +8,7 @@
 #include "player/Model/ShownVariations.h"
 
 #include <QMainWindow>
+#include <filesystem>
 #include <functional>
 
 namespace tarnwick::player {
@@ -26,7 +27,11 @@ class ExportFeature : public QObject {
 
     QWidget* panel() const; // the list of exports, for a dock
     ExportQueue& queue() { return queue_; }
+    // Asks for the format first. `performance`: the proposed one; empty: none.
+    void exportMovie(const std::filesystem::path& performance = {});
     void exportVariations(const ShownVariations& shown);
+    // The document as it is now, with its inputs.
+    EpisodeCopy fullCopyOf(const OpenDocument& document) const;
     // Adds the order to the list, and shows the list.
     void add(const Order& order);
 
@@ -35,14 +40,11 @@ class ExportFeature : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    void exportMovie();
     void exportWalkthrough();
     void exportPackage();
     void showPanel();
     void tellEnd(int id);
     bool mayQuit();
-
-    EpisodeCopy fullCopyOf(const OpenDocument& document) const;
 
     Player& player_;
     QMainWindow& window_;

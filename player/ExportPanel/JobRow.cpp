@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QStringList>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -19,6 +20,14 @@ QString nameOf(const std::filesystem::path& path) {
     return QString::fromStdString(path.filename().string());
 }
 
+// The place, and what the export said.
+QString resultText(const ExportJob& job) {
+    QStringList lines{QString::fromStdString(job.result.value_or(job.wanted).string())};
+    for (const std::string& remark : job.remarks)
+        lines += QString::fromStdString(remark);
+    return lines.join(QLatin1Char('\n'));
+}
+
 QString stateText(const ExportJob& job) {
     switch (job.state) {
     case ExportState::waiting:
@@ -28,7 +37,7 @@ QString stateText(const ExportJob& job) {
                    ? QString::fromStdString(progressText(job.progress, job.pace))
                    : QObject::tr("Starting");
     case ExportState::done:
-        return QString::fromStdString(job.result.value_or(job.wanted).string());
+        return resultText(job);
     case ExportState::failed:
         return QString::fromStdString(job.sentence);
     case ExportState::cancelled:
@@ -67,10 +76,12 @@ JobRow::JobRow(ExportQueue& queue, int id, QWidget* parent)
     cancel_ = addButton(*row, tr("Cancel"), tr("Cancel the export of %1"));
     open_ = addButton(*row, tr("Open"), tr("Open %1"));
     folder_ = addButton(*row, tr("Folder"), tr("Open the folder of %1"));
+    again_ = addButton(*row, tr("Try again"), tr("Try the export of %1 again"));
     remove_ = addButton(*row, tr("Remove"), tr("Remove %1 from the list"));
     connect(cancel_, &QPushButton::clicked, this, [this] { queue_.cancel(id_); });
     connect(open_, &QPushButton::clicked, this, [this] { open(false); });
     connect(folder_, &QPushButton::clicked, this, [this] { open(true); });
+    connect(again_, &QPushButton::clicked, this, [this] { queue_.again(id_); });
     connect(remove_, &QPushButton::clicked, this, [this] { queue_.remove(id_); });
     show(queue_.jobs().at(id_));
 }
@@ -95,6 +106,7 @@ void JobRow::show(const ExportJob& job) {
     cancel_->setVisible(!job.isOver());
     open_->setVisible(job.state == ExportState::done);
     folder_->setVisible(job.state == ExportState::done);
+    again_->setVisible(job.isOver() && job.state != ExportState::done);
     remove_->setVisible(job.isOver());
     showThumbnail(job);
 }

@@ -33,6 +33,7 @@ class JobRow : public QFrame {
     QPushButton* cancel_;
     QPushButton* open_;
     QPushButton* folder_;
+    QPushButton* again_;
     QPushButton* remove_;
 };
 

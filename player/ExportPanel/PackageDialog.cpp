@@ -1,5 +1,6 @@
 #include "player/ExportPanel/PackageDialog.h"
 
+#include "TarnwickCore/SwiftUIExport.h"
 #include "player/ExportPanel/FileField.h"
 #include "player/ExportPanel/LastFolder.h"
 
@@ -13,6 +14,20 @@
 
 namespace tarnwick::player {
 
+namespace {
+
+// One sentence why there is no package of the episode; empty if there is one.
+QString obstacle(const EpisodeCopy& episode) {
+    try {
+        SwiftUIExport::make(episode.text, episode.title);
+        return {};
+    } catch (const SwiftUIExport::Problem& problem) {
+        return QString::fromUtf8(problem.what());
+    }
+}
+
+} // namespace
+
 PackageDialog::PackageDialog(EpisodeCopy episode, const QString& title, QWidget* parent)
     : QDialog(parent), episode_(std::move(episode)) {
     setWindowTitle(tr("Save as SwiftUI package"));
@@ -22,8 +37,9 @@ PackageDialog::PackageDialog(EpisodeCopy episode, const QString& title, QWidget*
     });
     folder_->setText(lastFolder(FolderKind::packages) + QLatin1Char('/') +
                      QString::fromStdString(episode_.fileName()).section(QLatin1Char('.'), 0, -2));
-    auto* note = new QLabel(tr("A Swift package with a view for SwiftUI. It requires a fragment "
-                               "episode without Inputs."));
+    const QString reason = obstacle(episode_);
+    auto* note =
+        new QLabel(reason.isEmpty() ? tr("A Swift package with a view for SwiftUI.") : reason);
     note->setWordWrap(true);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
     auto* form = new QFormLayout(this);
@@ -31,9 +47,9 @@ PackageDialog::PackageDialog(EpisodeCopy episode, const QString& title, QWidget*
     form->addRow(tr("&Title:"), title_);
     form->addRow(tr("&Folder:"), folder_);
     form->addRow(buttons);
-    const auto showState = [this, buttons] {
+    const auto showState = [this, buttons, reason] {
         buttons->button(QDialogButtonBox::Save)
-            ->setEnabled(!title_->text().trimmed().isEmpty() &&
+            ->setEnabled(reason.isEmpty() && !title_->text().trimmed().isEmpty() &&
                          QDir::isAbsolutePath(folder_->text()));
     };
     connect(title_, &QLineEdit::textChanged, this, showState);

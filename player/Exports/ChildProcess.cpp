@@ -15,7 +15,8 @@ namespace {
 constexpr int longestFarewell = 1700; // milliseconds from the request to end to the kill
 constexpr int longestKill = 500;      // milliseconds
 constexpr int niceness = 10;
-constexpr qint64 longestLine = 1 << 16;            // bytes
+constexpr qint64 longestLine = 1 << 16; // bytes
+constexpr std::size_t mostRemarks = 20;
 constexpr std::size_t longestOutput = 1 << 20;     // bytes
 constexpr std::string_view speaker = "tarnwick: "; // before sentences
 
@@ -101,8 +102,11 @@ void ChildProcess::takeErrorLine(const QByteArray& line) {
     }
     if (text.starts_with(speaker))
         text.erase(0, speaker.size());
-    if (!text.empty())
-        lastSentence_ = std::move(text);
+    if (text.empty())
+        return;
+    if (result_.remarks.size() < mostRemarks)
+        result_.remarks.push_back(text);
+    lastSentence_ = std::move(text);
 }
 
 void ChildProcess::end(QProcess::ExitStatus how, int status) {
@@ -118,8 +122,8 @@ void ChildProcess::end(QProcess::ExitStatus how, int status) {
         result_.sentence = "Cancelled.";
     else if (how == QProcess::CrashExit)
         result_.sentence = "The child process ended unexpectedly (" +
-                           std::string(strsignal(status)) +
-                           "). Its last line: " + (lastSentence_.empty() ? "none." : lastSentence_);
+                           std::string(strsignal(status)) + ")." +
+                           (lastSentence_.empty() ? "" : " Its last line: " + lastSentence_);
     else
         result_.sentence = lastSentence_.empty() ? "The child process ended with status " +
                                                        std::to_string(status) + "."

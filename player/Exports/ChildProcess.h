@@ -18,6 +18,8 @@ struct ChildResult {
     bool isCancelled = false; // by cancel()
     std::string sentence{};   // why it is not done; empty if it is
     std::string output{};     // its standard output, at most a mebibyte
+    // What it said beside its progress, in order; the first sentences if there are many.
+    std::vector<std::string> remarks{};
 };
 
 // The program `tarnwick` that comes with this one.

@@ -31,22 +31,6 @@ void add(Order& order, std::initializer_list<OrderWord> words) {
     order.words.insert(order.words.end(), words);
 }
 
-// The settings of an episode are beside it.
-void addChannels(Order& order, const EpisodeCopy& episode) {
-    for (const ChannelCopy& channel : episode.inputs.channels) {
-        const std::string before = channel.address + "=";
-        if (!channel.file.empty()) {
-            add(order, {"--channel", before + channel.file.string()});
-            continue;
-        }
-        const std::string name = "channel " + channel.address;
-        order.inputs.push_back({name + ".metal", channel.text});
-        order.inputs.push_back(
-            {name + ".json", settingsDocument(channel.settings, channel.settings.name)});
-        add(order, {"--channel", OrderWord::file(name + ".metal", before)});
-    }
-}
-
 void addSound(Order& order, const EpisodeCopy& episode) {
     if (!episode.inputs.sound.empty())
         add(order, {"--audio", episode.inputs.sound.string()});
@@ -75,6 +59,22 @@ void addChapters(Order& order, const MovieRequest& request) {
 }
 
 } // namespace
+
+// The settings of an episode are beside it.
+void addChannels(Order& order, const EpisodeCopy& episode) {
+    for (const ChannelCopy& channel : episode.inputs.channels) {
+        const std::string before = channel.address + "=";
+        if (!channel.file.empty()) {
+            add(order, {"--channel", before + channel.file.string()});
+            continue;
+        }
+        const std::string name = "channel " + channel.address;
+        order.inputs.push_back({name + ".metal", channel.text});
+        order.inputs.push_back(
+            {name + ".json", settingsDocument(channel.settings, channel.settings.name)});
+        add(order, {"--channel", OrderWord::file(name + ".metal", before)});
+    }
+}
 
 // JSON (RFC 8259) cannot represent numbers that are not finite.
 std::string settingsDocument(Settings settings, const std::string& name) {

@@ -26,6 +26,9 @@ struct EpisodeCopy {
     std::string fileName() const; // "Turning.metal", a safe name
 };
 
+// Adds the channels of the episode as --channel, with copies of episodes.
+void addChannels(Order& order, const EpisodeCopy& episode);
+
 // The settings as a document with that name; without values and keys if one is not finite.
 std::string settingsDocument(Settings settings, const std::string& name);
 

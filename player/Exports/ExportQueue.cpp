@@ -39,6 +39,7 @@ int ExportQueue::add(Order order) {
     precondition(order.output.has_value(), "an export has an output");
     const int id = ++lastId_;
     jobs_[id] = {.id = id, .title = order.title, .wanted = *order.output};
+    orders_[id] = order;
     runs_[id] = std::make_unique<OrderRun>(std::move(order), program_);
     emit changed(id);
     startNext();
@@ -60,7 +61,14 @@ void ExportQueue::remove(int id) {
     if (found == jobs_.end() || !found->second.isOver())
         return;
     jobs_.erase(found);
+    orders_.erase(id);
     emit changed(id);
+}
+
+int ExportQueue::again(int id) {
+    Order order = orders_.at(id);
+    remove(id);
+    return add(std::move(order));
 }
 
 int ExportQueue::unfinished() const {
@@ -100,10 +108,12 @@ void ExportQueue::run(int id) {
 }
 
 void ExportQueue::take(int id, const ChildResult& result) {
-    if (result.isDone)
+    if (result.isDone) {
+        jobs_[id].remarks = result.remarks;
         keepResult(id);
-    else
+    } else {
         end(id, result.isCancelled ? ExportState::cancelled : ExportState::failed, result.sentence);
+    }
 }
 
 void ExportQueue::keepResult(int id) {

@@ -25,6 +25,7 @@ struct ExportJob {
     Progress progress{};
     Pace pace{};
     std::string sentence{};                        // of a job that failed
+    std::vector<std::string> remarks{};            // what a job said that is done
     std::filesystem::path wanted{};                // the place of the result that was asked for
     std::optional<std::filesystem::path> result{}; // of a job that is done
     std::shared_ptr<const Picture> thumbnail{};    // of the result; null without one
@@ -45,6 +46,9 @@ class ExportQueue : public QObject {
     int add(Order order);
     // The job ends within two seconds, and its unfinished files are removed. Ignored if it is over.
     void cancel(int id);
+    // Adds the order of a job that failed or was cancelled again, in place of the job. Returns the
+    // number of the new one.
+    int again(int id);
     // Forgets a job that is over; its result remains.
     void remove(int id);
 
@@ -68,6 +72,7 @@ class ExportQueue : public QObject {
     int limit_ = 1;
     int lastId_ = 0;
     std::map<int, ExportJob> jobs_;
+    std::map<int, Order> orders_;                   // of all jobs
     std::map<int, std::unique_ptr<OrderRun>> runs_; // of jobs that are not over
 };
 

@@ -28,6 +28,8 @@ OrderRun::OrderRun(Order order, std::filesystem::path program, QObject* parent)
     connect(&child_, &ChildProcess::printed, this, &OrderRun::printed);
     connect(&child_, &ChildProcess::finished, this, [this](ChildResult result) {
         result.sentence = files_->shown(std::move(result.sentence));
+        for (std::string& remark : result.remarks)
+            remark = files_->shown(std::move(remark));
         emit finished(result);
     });
 }

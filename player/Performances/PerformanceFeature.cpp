@@ -31,6 +31,7 @@ PerformanceFeature::PerformanceFeature(Player& player, QMainWindow& window, Acti
     state_ = new QLabel;
     state_->setAccessibleName(tr("Performance"));
     window.statusBar()->addPermanentWidget(state_);
+    connect(panel_, &PerformancesPanel::exportWanted, this, &PerformanceFeature::exportWanted);
     connect(&performer_, &Performer::changed, this, &PerformanceFeature::showState);
     connect(&performer_, &Performer::moved, this, &PerformanceFeature::showSeconds);
 }

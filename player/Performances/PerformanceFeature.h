@@ -5,6 +5,7 @@
 #include "player/Performances/Performer.h"
 
 #include <QMainWindow>
+#include <filesystem>
 
 class QLabel;
 
@@ -21,6 +22,10 @@ class PerformanceFeature : public QObject {
 
     QWidget* panel() const; // for a dock
     Performer& performer() { return performer_; }
+
+  signals:
+    // A movie of that file and the active document.
+    void exportWanted(const std::filesystem::path& performance);
 
   private:
     void showState();

@@ -53,6 +53,7 @@ PerformancesPanel::PerformancesPanel(Player& player, Performer& performer, QWidg
     pause_ = button(tr("Pause"), &PerformancesPanel::togglePause);
     QToolButton* open = button(tr("Open..."), &PerformancesPanel::open);
     save_ = button(tr("Save as..."), &PerformancesPanel::saveAs);
+    export_ = button(tr("Export movie..."), &PerformancesPanel::exportMovie);
     remove_ = button(tr("Remove"), &PerformancesPanel::remove);
     position_ = new QSlider(Qt::Horizontal);
     position_->setAccessibleName(tr("Time of the performance"));
@@ -69,7 +70,7 @@ PerformancesPanel::PerformancesPanel(Player& player, Performer& performer, QWidg
         row->addWidget(one);
     row->addWidget(position_, 1);
     row->addWidget(time_);
-    for (QToolButton* one : {open, save_, remove_})
+    for (QToolButton* one : {open, save_, export_, remove_})
         row->addWidget(one);
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(6, 4, 6, 4);
@@ -137,6 +138,11 @@ void PerformancesPanel::saveAs() {
         performer_.save(from, file.toStdString());
 }
 
+void PerformancesPanel::exportMovie() {
+    if (const std::filesystem::path file = chosen(); !file.empty())
+        emit exportWanted(file);
+}
+
 void PerformancesPanel::remove() {
     const QString file = QString::fromStdString(chosen().string());
     if (file.isEmpty())
@@ -180,6 +186,7 @@ void PerformancesPanel::showState() {
     pause_->setEnabled(isReplaying);
     position_->setEnabled(isReplaying);
     save_->setEnabled(!chosen().empty());
+    export_->setEnabled(!chosen().empty() && player_.active() != nullptr);
     remove_->setEnabled(!chosen().empty());
     showTime();
 }

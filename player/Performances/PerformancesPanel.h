@@ -18,6 +18,9 @@ class PerformancesPanel : public QWidget {
   public:
     PerformancesPanel(Player& player, Performer& performer, QWidget* parent = nullptr);
 
+  signals:
+    void exportWanted(const std::filesystem::path& performance);
+
   private:
     QToolButton* button(const QString& text, void (PerformancesPanel::*slot)());
     void toggleRecording();
@@ -25,6 +28,7 @@ class PerformancesPanel : public QWidget {
     void togglePause();
     void open();
     void saveAs();
+    void exportMovie();
     void remove();
     void showList();
     void showState();
@@ -37,6 +41,7 @@ class PerformancesPanel : public QWidget {
     QToolButton* replay_;
     QToolButton* pause_;
     QToolButton* save_;
+    QToolButton* export_;
     QToolButton* remove_;
     QSlider* position_;
     QLabel* time_;

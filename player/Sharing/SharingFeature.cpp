@@ -6,11 +6,13 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QInputDialog>
+#include <utility>
 
 namespace tarnwick::player {
 
-SharingFeature::SharingFeature(Player& player, QMainWindow& window, Actions& actions)
-    : QObject(&window), player_(player), window_(window), links_(player, this) {
+SharingFeature::SharingFeature(Player& player, QMainWindow& window, Actions& actions, CopyOf copyOf)
+    : QObject(&window), player_(player), window_(window), copyOf_(std::move(copyOf)),
+      links_(player, this) {
     actions.add(ActionMenu::share, tr("&Share episode..."), {}, [this] { share(); });
     actions.add(ActionMenu::share, tr("&Open link..."), {}, [this] { openLink(); });
     actions.add(ActionMenu::share, tr("&Account..."), {}, [this] {
@@ -26,7 +28,7 @@ void SharingFeature::share() {
     const Document& shown = document->document();
     const Episode& episode = *shown.episode();
     const bool hasTitle = episode.meta.title != EpisodeMeta{}.title;
-    ShareDialog dialog({.title = shown.title(), .text = shown.text(), .settings = shown.settings()},
+    ShareDialog dialog(copyOf_(*document),
                        QString::fromStdString(hasTitle ? episode.meta.title : shown.title()),
                        &window_);
     dialog.exec();

@@ -3,9 +3,11 @@
 
 #include "player/Actions/Actions.h"
 #include "player/App/Player.h"
+#include "player/Exports/EpisodeOrders.h"
 #include "player/Sharing/LinkOpener.h"
 
 #include <QMainWindow>
+#include <functional>
 
 namespace tarnwick::player {
 
@@ -13,7 +15,9 @@ class SharingFeature : public QObject {
     Q_OBJECT
 
   public:
-    SharingFeature(Player& player, QMainWindow& window, Actions& actions);
+    using CopyOf = std::function<EpisodeCopy(const OpenDocument&)>; // with inputs
+
+    SharingFeature(Player& player, QMainWindow& window, Actions& actions, CopyOf copyOf);
 
     LinkOpener& links() { return links_; }
 
@@ -23,6 +27,7 @@ class SharingFeature : public QObject {
 
     Player& player_;
     QMainWindow& window_;
+    CopyOf copyOf_;
     LinkOpener links_;
 };
 

@@ -153,7 +153,9 @@ void MainWindow::makeFeatures() {
     exports_ = new ExportFeature(player_, *this, actions_, [this](const OpenDocument& document) {
         return inputsOf(document, channels_->channels(), findChild<SoundControls*>());
     });
-    sharing_ = new SharingFeature(player_, *this, actions_);
+    sharing_ = new SharingFeature(player_, *this, actions_, [this](const OpenDocument& document) {
+        return exports_->fullCopyOf(document);
+    });
     thumbnails_ = new ThumbnailService(player_, this);
     start_ = new StartActions(player_, *this, actions_, *thumbnails_,
                               [this] { files_->openByDialog(); });
@@ -164,6 +166,8 @@ void MainWindow::makeFeatures() {
             return performedInputsOf(
                 inputsOf(document, channels_->channels(), findChild<SoundControls*>()));
         });
+    connect(performances_, &PerformanceFeature::exportWanted, exports_,
+            &ExportFeature::exportMovie);
     addCommandActions(*this, actions_);
     new ControlFeature(player_, *this, actions_);
     addSound(player_, *this, actions_);

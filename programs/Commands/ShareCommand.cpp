@@ -1,6 +1,7 @@
 // tarnwick share: an episode for others to see.
 #include "programs/CommandLine/NewFolder.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
@@ -38,6 +39,7 @@ template <const auto& choices> auto choiceOf(const Arguments& arguments, std::st
 
 struct Request {
     Episode episode;
+    NamedChannels channels{};
     ShareUpload upload; // with stand-ins for the movie and the picture that are not drawn yet
 };
 
@@ -52,7 +54,8 @@ Request requestOf(const Arguments& arguments) {
     const auto loop = arguments.value("--loop"), thumb = arguments.value("--thumb");
     upload.loop = loop ? mediaFile(*loop) : standInLoop;
     upload.thumb = thumb ? mediaFile(*thumb) : standInThumb;
-    return {std::move(episode), std::move(upload)};
+    NamedChannels channels = episodeChannelsOf(arguments, episode);
+    return {std::move(episode), std::move(channels), std::move(upload)};
 }
 
 // `status` is `misused` for errors of the command line, `failed` for those of the drawn media.
@@ -72,7 +75,8 @@ void draw(Request& request, const Arguments& arguments, const PixelSize& size,
     const SharedEpisode shared{.episode = request.episode,
                                .program = programOf(request.episode, *device),
                                .size = size,
-                               .settings = settings};
+                               .settings = settings,
+                               .channels = channelSourcesOf(request.channels, *device)};
     if (!arguments.has("--thumb"))
         request.upload.thumb = sharedThumb(shared, *device);
     if (!arguments.has("--loop"))
@@ -173,7 +177,8 @@ constexpr std::array<Option, 8> pageOptions{{
      .values = FileName{},
      .byDefault = "none"},
 }};
-constexpr auto shareOptions = joined(pageOptions, animationOptions, serviceOptions);
+constexpr auto shareOptions =
+    joined(pageOptions, std::array{channelOption}, animationOptions, serviceOptions);
 
 } // namespace
 

@@ -34,6 +34,7 @@ constexpr std::array examples = std::to_array<ManualExample>({
     {"spectrum", "rose.metal --time 2 -o spectrum.png", "Draws the spectrum from the second second on."},
     {"export", "rose.metal -o rose.mp4", "Writes a movie in the format for the site."},
     {"export", "rose.metal -o loop.mp4 --find-loop 8 --loop 1", "Writes a movie of about eight seconds that loops."},
+    {"export", "rose.metal -o video.mp4 --audio song.flac", "Writes a music video: the episode hears the song, which is the sound of the movie."},
     {"export", "rose.metal -o part.mp4 --duration 60 --frames 0..900", "Writes the first part of a movie, for tarnwick join."},
     {"join", "part-1.mp4 part-2.mp4 -o rose.mp4", "Joins two parts."},
     {"loop", "rose.metal --around 8", "Finds the length near eight seconds that loops best."},

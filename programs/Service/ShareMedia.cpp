@@ -42,8 +42,9 @@ ExportSegment segmentOf(const SharedEpisode& shared, gpu::Device& device) {
                             .range = range,
                             .fps = ExportPreset::site.fps};
     if (!shared.program->needsRun())
-        segment.duration =
-            findLoop(shared.program, device, segment.timeline, search, shared.episode.path).length;
+        segment.duration = findLoop(shared.program, device, segment.timeline, search,
+                                    shared.episode.path, shared.channels)
+                               .length;
     return segment;
 }
 
@@ -52,7 +53,7 @@ ExportSegment segmentOf(const SharedEpisode& shared, gpu::Device& device) {
 std::string sharedLoop(const SharedEpisode& shared, gpu::Device& device) {
     ExportSegment segment = segmentOf(shared, device);
     const ExportPreset preset = presetOf(shared.size);
-    segment.inputs = frameInputsOf(shared.program, device, preset);
+    segment.inputs = frameInputsOf(shared.program, device, preset, shared.channels);
     const TemporaryFolder folder;
     const fs::path file = folder.path() / "loop.mp4";
     exportMovieFile({&segment, 1}, preset, device, file, shared.episode.path);
@@ -66,7 +67,8 @@ std::string sharedThumb(const SharedEpisode& shared, gpu::Device& device) {
                              .time = time,
                              .frame = savedFrame(time),
                              .timeline = shared.settings,
-                             .hears = true}; // as in the movie
+                             .hears = true, // as in the movie
+                             .channels = shared.channels};
     Picture picture;
     {
         ProgressBar bar("Step");

@@ -15,6 +15,7 @@ struct SharedEpisode {
     std::shared_ptr<const ShaderProgram> program;
     PixelSize size; // of the movie and of the still
     Settings settings{};
+    ChannelSources channels{};
 };
 
 // An MP4 movie without sound, around the time of the episode's still. Its length is the one from 6

@@ -104,6 +104,23 @@ TEST_F(ExportQueueTest, showsProgressAndRunsAtMostItsLimit) {
     EXPECT_EQ(queue.jobs().size(), 2u);
 }
 
+TEST_F(ExportQueueTest, keepsWhatAChildSaysAndRunsAnOrderAgain) {
+    const fs::path attempt = folder.path() / "attempt";
+    ExportQueue queue(child("[ -e " + attempt.string() + " ] || { touch " + attempt.string() +
+                            "; exit 1; }; echo made >\"$output\"; "
+                            "echo \"tarnwick: A file of $output is missing.\" >&2; "
+                            "echo '{\"unit\":\"Frame\",\"done\":3,\"goal\":6,\"seconds\":1}' >&2"));
+    const int first = queue.add(order());
+    ASSERT_TRUE(waitFor(queue));
+    EXPECT_EQ(queue.jobs().at(first).state, ExportState::failed);
+    const int second = queue.again(first);
+    ASSERT_TRUE(waitFor(queue));
+    EXPECT_EQ(queue.jobs().size(), 1u);
+    EXPECT_EQ(queue.jobs().at(second).state, ExportState::done);
+    EXPECT_EQ(queue.jobs().at(second).remarks,
+              std::vector<std::string>{"A file of a.mp4 is missing."});
+}
+
 TEST_F(ExportQueueTest, saysWhyAChildFailed) {
     struct Case {
         const char* lines;
