@@ -24,7 +24,7 @@ class HostSurface {
     HostSurface(const HostSurface&) = delete;
     HostSurface& operator=(const HostSurface&) = delete;
 
-    // Presents frames on it. Null if the device cannot.
+    // Presents frames on it. Null if the device cannot; frames are then shown as pictures.
     virtual std::unique_ptr<gpu::Layer> newLayer(gpu::Device& device) = 0;
     virtual int connection() const = 0;        // readable if there may be events
     virtual const PixelSize& size() const = 0; // pixels

@@ -96,6 +96,28 @@ unsigned long channel(std::uint8_t value, unsigned long mask) {
     return (value * (mask / lowest) + 127) / 255 * lowest;
 }
 
+// Whether its pixels are bytes of blue, green, red and nothing, as in a picture.
+bool hasPictureFormat(const XImage& image) {
+    return image.bits_per_pixel == 32 && image.byte_order == LSBFirst &&
+           image.red_mask == 0xff0000 && image.green_mask == 0xff00 && image.blue_mask == 0xff;
+}
+
+// Copies a picture of the same size, in the format of the image's visual.
+void fill(XImage& image, const Picture& picture) {
+    const auto rowBytes = static_cast<std::size_t>(image.bytes_per_line);
+    for (std::uint32_t y = 0; y < picture.height; ++y) {
+        const std::uint8_t* row = &picture.bytes[y * picture.bytesPerRow];
+        if (hasPictureFormat(image)) {
+            std::memcpy(image.data + y * rowBytes, row, std::size_t{4} * picture.width);
+            continue;
+        }
+        for (std::uint32_t x = 0; x < picture.width; ++x, row += 4)
+            XPutPixel(&image, static_cast<int>(x), static_cast<int>(y),
+                      channel(row[2], image.red_mask) | channel(row[1], image.green_mask) |
+                          channel(row[0], image.blue_mask));
+    }
+}
+
 } // namespace
 
 struct HostWindow::Parts {
@@ -269,6 +291,11 @@ HostWindow::HostWindow(const WindowChoice& choice) {
 HostWindow::~HostWindow() = default;
 
 std::unique_ptr<gpu::Layer> HostWindow::newLayer(gpu::Device& device) {
+    // Without Present (servers with Xinerama, old ones over the network), Mesa's drivers end the
+    // connection.
+    int opcode = 0, event = 0, error = 0;
+    if (XQueryExtension(parts_->display, "Present", &opcode, &event, &error) == 0)
+        return nullptr;
     return device.newLayer(parts_->display, parts_->window);
 }
 
@@ -324,15 +351,8 @@ void HostWindow::show(const Picture& picture) {
         return;
     image->data = static_cast<char*>(
         std::malloc(static_cast<std::size_t>(image->bytes_per_line) * picture.height));
-    for (std::uint32_t y = 0; image->data != nullptr && y < picture.height; ++y)
-        for (std::uint32_t x = 0; x < picture.width; ++x) {
-            const std::uint8_t* pixel =
-                &picture.bytes[y * picture.bytesPerRow + std::size_t{4} * x];
-            XPutPixel(image, static_cast<int>(x), static_cast<int>(y),
-                      channel(pixel[2], image->red_mask) | channel(pixel[1], image->green_mask) |
-                          channel(pixel[0], image->blue_mask));
-        }
     if (image->data != nullptr) {
+        fill(*image, picture);
         GC context = XCreateGC(parts_->display, parts_->window, 0, nullptr);
         XPutImage(parts_->display, parts_->window, context, image, 0, 0, 0, 0, picture.width,
                   picture.height);

@@ -3,9 +3,9 @@
 #include "TarnwickBase/EndSignals.h"
 #include "TarnwickRender/Targets/FrameClock.h"
 #include "TarnwickRender/Targets/WindowTarget.h"
+#include "saver/CopyTarget.h"
 #include "saver/Guest/Priority.h"
 #include "saver/GuestWork.h"
-#include "saver/HostError.h"
 
 #include <algorithm>
 #include <array>
@@ -25,9 +25,10 @@ Rectangle frameOf(const HostSurface& window) {
 
 void attach(MTKView& metal, HostSurface& window) {
     auto layer = window.newLayer(*metal.device());
-    if (!layer)
-        throw HostError("The device " + metal.device()->info().name +
-                        " cannot draw into this window.");
+    if (!layer) {
+        metal.setTarget(std::make_unique<CopyTarget>(*metal.device(), window));
+        return;
+    }
     metal.setTarget(std::make_unique<WindowTarget>(*metal.device(), std::move(layer)));
 }
 

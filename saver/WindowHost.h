@@ -18,7 +18,7 @@ struct HostedSaver {
 
 // Blocks. Calls `failed` with the saver's failure before the failure screen is shown, and with the
 // reason why frames are black if the device cannot make the GPU objects of the episode; `remarked`
-// with errors in the settings. Throws HostError. The process then ends within two seconds, also
+// with errors in the settings. The process then ends within two seconds, also
 // while the device still draws: with status 1 if `failed` was called, else 0.
 void showInWindow(const HostedSaver& saver, HostSurface& window,
                   const std::function<void(const std::string&)>& failed,
