@@ -3,30 +3,26 @@
 #include "TarnwickBase/OutputFile.h"
 #include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickBase/WholeFile.h"
-#include "TarnwickPlatform/Bundle/Bundle.h"
+#include "TarnwickPlatform/Bundle/BundleChannels.h"
 #include "player/Exports/NewPlace.h"
 #include "saver/Installing/SaverPlaces.h"
 
 #include <system_error>
+#include <vector>
 
 namespace tarnwick::player {
 namespace {
 
 namespace fs = std::filesystem;
 
-// Copies, so that the saver has them wherever the files go (SaverChannels.h).
-void writeChannels(const fs::path& folder, const InputCopies& inputs) {
-    if (!inputs.channels.empty())
-        fs::create_directories(folder);
-    for (const ChannelCopy& channel : inputs.channels) {
-        const std::string name = (folder / channel.address).string();
-        if (!channel.file.empty()) {
-            fs::copy_file(channel.file, name + channel.file.extension().string());
-            continue;
-        }
-        writeWholeFile(name + ".metal", channel.text);
-        writeWholeFile(name + ".json", settingsDocument(channel.settings, channel.settings.name));
-    }
+std::vector<BundleChannel> bundled(const InputCopies& inputs) {
+    std::vector<BundleChannel> channels;
+    for (const ChannelCopy& channel : inputs.channels)
+        channels.push_back({.address = channel.address,
+                            .file = channel.file,
+                            .text = channel.text,
+                            .settings = settingsDocument(channel.settings, channel.settings.name)});
+    return channels;
 }
 
 // In the temporary folder `beside`.
@@ -35,7 +31,7 @@ fs::path madeBundle(const EpisodeCopy& episode, const std::string& name, const f
     writeWholeFile(text, episode.text);
     writeWholeFile(settings, settingsDocument(episode.settings, name));
     const fs::path bundle = makeBundle(beside / "bundle", text, settings).folder();
-    writeChannels(bundle / "Channels", episode.inputs);
+    writeChannels(bundle, bundled(episode.inputs));
     return bundle;
 }
 
@@ -49,8 +45,7 @@ fs::path makeSaver(const EpisodeCopy& episode, const std::string& name, const fs
     } catch (const TemporaryFolderError& error) {
         throw SaverBundleError(folder.string() + " cannot be written: " + error.reason + ".");
     } catch (const fs::filesystem_error& error) {
-        const fs::path& place = error.path1().empty() ? folder : error.path1();
-        throw SaverBundleError(place.string() + " cannot be copied: " + error.code().message() +
+        throw SaverBundleError(folder.string() + " cannot be written: " + error.code().message() +
                                ".");
     } catch (const std::runtime_error& error) { // of bundles and files: whole sentences
         throw SaverBundleError(error.what());

@@ -1,6 +1,7 @@
 // tarnwick saver install, list, preview and uninstall: savers in the user's desktop.
 #include "TarnwickBase/InstalledFiles.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
@@ -13,6 +14,8 @@
 
 #include <array>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 namespace tarnwick {
 namespace {
@@ -42,6 +45,24 @@ std::string nameOf(const Arguments& arguments, const Episode& episode) {
                : std::filesystem::path(episode.path).stem().string();
 }
 
+// `before` is the address of the episode that shows the channels, with a point.
+void addChannels(const NamedChannels& named, const std::string& before,
+                 std::vector<BundleChannel>& channels) {
+    for (std::size_t index = 0; index < named.size(); ++index) {
+        const NamedChannel* one = named[index].get();
+        if (one == nullptr)
+            continue;
+        const std::string address = before + std::to_string(index);
+        if (one->episode)
+            channels.push_back({.address = address,
+                                .text = one->episode->text,
+                                .settings = one->settings.encode()});
+        else
+            channels.push_back({.address = address, .file = one->file});
+        addChannels(one->channels, address + ".", channels);
+    }
+}
+
 Status install(const Arguments& arguments) {
     const Episode episode = episodeAt(arguments.operand());
     checkCompiles(episode);
@@ -49,10 +70,13 @@ Status install(const Arguments& arguments) {
     settings.name = nameOf(arguments, episode);
     if (settings.name.empty())
         misuse("--name must not be empty.");
+    std::vector<BundleChannel> channels;
+    addChannels(episodeChannelsOf(arguments, episode), "", channels);
     const InstallReport report = reported([&] {
         return installSaver({.episode = episode,
                              .settings = settings,
-                             .program = installedFile(InstalledFile::saver)},
+                             .program = installedFile(InstalledFile::saver),
+                             .channels = channels},
                             saverPlaces());
     });
     print(terminalText(settings.name + " is installed in " + report.bundle.string() + ".") + "\n" +
@@ -129,7 +153,7 @@ constexpr auto installOptions =
                 .values = FileName{},
                 .byDefault = "values of the settings document"},
            }},
-           animationOptions);
+           std::array{channelOption}, animationOptions);
 constexpr std::array<Option, 1> listOptions{{{.name = "--json", .help = "print JSON"}}};
 constexpr std::array<Option, 1> previewOptions{{
     {.name = "--small", .help = "like the small picture in the settings of desktops, in a window"},

@@ -67,6 +67,7 @@ class Installation {
         record_.madeProgramList = before_ && before_->madeProgramList;
         try {
             makeShader();
+            makeChannels();
             writeTexts();
             addToMate();
             addToXScreenSaver();
@@ -85,7 +86,9 @@ class Installation {
             throw InstallError(files_.bundle.string() +
                                " already exists and was not installed by tarnwick saver install; "
                                "the saver needs another name.");
-        for (const fs::path& file : {files_.launcher, files_.description, files_.entry})
+        std::vector<fs::path> made = channelFiles(files_.bundle, order_.channels);
+        made.insert(made.end(), {files_.launcher, files_.description, files_.entry});
+        for (const fs::path& file : made)
             if (!isUnchanged(file, before_))
                 throw InstallError(file.string() +
                                    " was made or changed by somebody else; the saver needs another "
@@ -110,6 +113,19 @@ class Installation {
         const fs::path shader = files_.bundle / "Shader";
         for (const char* name : {"shader.metal", "saver.json", ".tarnwick-made"})
             record_.files[shader / name] = digestOf(fileBytes(shader / name).value_or(""));
+    }
+
+    // Removes those of the last installation that are not wanted any more.
+    void makeChannels() {
+        writeChannels(files_.bundle, order_.channels);
+        for (const fs::path& file : channelFiles(files_.bundle, order_.channels))
+            record_.files[file] = digestOf(fileBytes(file).value_or(""));
+        if (!before_)
+            return;
+        for (const auto& [file, digest] : before_->files)
+            if (file.parent_path() == files_.bundle / "Channels" && !record_.files.contains(file) &&
+                isUnchanged(file, before_))
+                fs::remove(file);
     }
 
     void write(const fs::path& file, const std::string& bytes) {
@@ -224,7 +240,8 @@ void removeFromXScreenSaver(const SaverFiles& files, const InstallRecord& record
     if (!list || !listsProgram(*list, files.launcher.string()))
         return;
     const std::string left = withoutProgram(*list, files.launcher.string());
-    const std::string own = withProgram("", {.name = "", .command = shellWord(files.launcher.string())});
+    const std::string own =
+        withProgram("", {.name = "", .command = shellWord(files.launcher.string())});
     if (record.madeProgramList && left == withoutProgram(own, files.launcher.string()))
         fs::remove(places.xscreensaver);
     else
@@ -303,6 +320,7 @@ InstallReport uninstallSaver(const InstalledSaver& saver, const SaverPlaces& pla
         fs::remove(recordFile(saver.bundle));
         std::error_code notEmpty; // what a person put there is kept
         fs::remove(saver.bundle / "Shader", notEmpty);
+        fs::remove(saver.bundle / "Channels", notEmpty);
         fs::remove(saver.bundle, notEmpty);
         const fs::path system = places.descriptions / files.description.filename();
         if (isThere(system))

@@ -3,6 +3,7 @@
 
 #include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickCore/Episode/Episode.h"
+#include "TarnwickPlatform/Bundle/BundleChannels.h"
 #include "saver/Installing/SaverPlaces.h"
 
 #include <filesystem>
@@ -35,6 +36,7 @@ struct SaverOrder {
     const Episode& episode;
     Settings settings;             // their name is the name of the saver
     std::filesystem::path program; // tarnwick-saver
+    std::vector<BundleChannel> channels{};
 };
 
 // What an installation or a removal has to tell: sentences.

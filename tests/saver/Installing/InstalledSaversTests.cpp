@@ -8,6 +8,8 @@
 
 #include <filesystem>
 #include <set>
+#include <utility>
+#include <vector>
 
 namespace tarnwick {
 namespace {
@@ -34,10 +36,12 @@ class Install : public testing::Test {
         fs::permissions(places.xscreensaver, fs::perms::owner_read | fs::perms::owner_write);
     }
 
-    InstallReport install(const std::string& name, float speed = 1.5f) {
+    InstallReport install(const std::string& name, float speed = 1.5f,
+                          std::vector<BundleChannel> channels = {}) {
         return installSaver({.episode = episode,
                              .settings = {.name = name, .values = {{"speed", speed}}},
-                             .program = "/usr/bin/tarnwick-saver"},
+                             .program = "/usr/bin/tarnwick-saver",
+                             .channels = std::move(channels)},
                             places);
     }
 
@@ -82,6 +86,29 @@ TEST_F(Install, replacesItselfAndKeepsTheWordsOfItsLine) {
     EXPECT_NE(fileText(bundle / "Shader" / "saver.json")->find("0.75"), std::string::npos);
     uninstallSaver(*saverNamed("rose", places), places);
     EXPECT_EQ(fileText(places.xscreensaver), programs);
+}
+
+// Copies: the original may go.
+TEST_F(Install, hasTheFilesOfItsChannelsAndTakesThemAway) {
+    const fs::path photo = home / "photo.jpg";
+    writeWholeFile(photo, "pixels");
+    const auto before = files();
+    const fs::path channels = install("Rose", 1,
+                                      {{.address = "0", .file = photo},
+                                       {.address = "3", .text = "// inner", .settings = "{}"},
+                                       {.address = "3.0", .file = photo}})
+                                  .bundle /
+                              "Channels";
+    EXPECT_EQ(fileText(channels / "0.jpg"), "pixels");
+    EXPECT_EQ(fileText(channels / "3.metal"), "// inner");
+    EXPECT_EQ(fileText(channels / "3.json"), "{}");
+    EXPECT_EQ(fileText(channels / "3.0.jpg"), "pixels");
+    install("Rose", 1, {{.address = "0", .file = photo}});
+    EXPECT_FALSE(fs::exists(channels / "3.metal") || fs::exists(channels / "3.0.jpg"));
+    uninstallSaver(*saverNamed("rose", places), places);
+    EXPECT_EQ(files(), before);
+    EXPECT_FALSE(fs::exists(channels));
+    EXPECT_THROW(install("Rose", 1, {{.address = "0", .file = home / "none.png"}}), InstallError);
 }
 
 TEST_F(Install, replacesAndRemovesNothingThatAPersonMade) {
