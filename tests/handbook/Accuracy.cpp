@@ -104,13 +104,19 @@ std::string accuracyText(const std::map<std::string, Accuracy>& measured, const 
     };
     const std::string fast = textFor(name), precise = textFor("precise::" + name),
                       ofHalf = textFor(name + std::string(half));
-    const bool isSame = precise.empty() || precise == fast;
-    std::string text;
-    for (const auto& [title, errors] :
-         {std::pair{isSame ? "float" : "fast math", fast},
-          std::pair{"precise math", isSame ? "" : precise}, std::pair{"half", ofHalf}})
-        if (!errors.empty())
-            text += std::string("- ") + title + ": " + errors + "\n";
+    std::vector<std::pair<std::string, std::string>> kinds;
+    if (precise.empty() || precise == fast)
+        kinds = {{"float", fast}};
+    else
+        kinds = {{"fast math", fast}, {"precise math", precise}};
+    if (ofHalf != fast)
+        kinds.emplace_back("half", ofHalf);
+    std::erase_if(kinds, [](const auto& kind) { return kind.second.empty(); });
+    if (kinds.size() < 2)
+        return kinds.empty() ? "" : "Largest error: " + kinds[0].second + "\n";
+    std::string text = "Largest error:\n\n";
+    for (const auto& [kind, errors] : kinds)
+        text += "- " + kind + ": " + errors + "\n";
     return text;
 }
 

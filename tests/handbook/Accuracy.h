@@ -22,8 +22,8 @@ struct Accuracy {
 // By the name of the function as the tables have it: "sin", "precise::sin", "sin (half)".
 std::map<std::string, Accuracy> measuredAccuracy();
 
-// A line of a list for each kind of math: "- fast math: 2.19 ulp, granted: 5 ulp". Empty for a
-// function that was not measured.
+// "Largest error: exact", or a list with a line for each kind of math: "- fast math: 2.19 ulp,
+// granted: 5 ulp". Empty for a function that was not measured.
 std::string accuracyText(const std::map<std::string, Accuracy>& measured, const std::string& name);
 
 } // namespace tarnwick

@@ -79,8 +79,7 @@ std::string blockOf(std::string_view lines) {
 std::string entryOf(const LibraryName& function, const std::map<std::string, Accuracy>& measured) {
     const std::string accuracy = accuracyText(measured, std::string(function.name));
     return "### " + std::string(function.name) + "\n\n" + blockOf(function.signatures) + "\n" +
-           std::string(function.sentence) + "\n" +
-           (accuracy.empty() ? "" : "\nLargest error:\n\n" + accuracy) + "\n";
+           std::string(function.sentence) + "\n" + (accuracy.empty() ? "" : "\n" + accuracy) + "\n";
 }
 
 std::string functionsText() {
