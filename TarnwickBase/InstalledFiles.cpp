@@ -29,6 +29,7 @@ constexpr std::array<Row, fileCount> rows{{
     {InstalledFile::precompiledLibrary, LIBRARY_PROGRAMS "metal.pch",           "metal.pch"},
     {InstalledFile::saverBundle,        DATA "Tarnwick.saver",                  "Tarnwick.saver"},
     {InstalledFile::episodes,           DATA "episodes",                        TARNWICK_BUILT_TO_EPISODES},
+    {InstalledFile::handbook,           TARNWICK_PROGRAMS_TO_HANDBOOK "/index.html", TARNWICK_BUILT_TO_HANDBOOK "/index.html"},
 }};
 // clang-format on
 

@@ -17,6 +17,7 @@ enum class InstalledFile {
     precompiledLibrary, // metal.pch, beside the worker
     saverBundle,        // Tarnwick.saver, a folder: the saver's own episode
     episodes,           // a folder of .metal files
+    handbook,           // its first page, if scripts/handbook has built it
     count,              // not a file
 };
 

@@ -1,4 +1,4 @@
-// The command list and the list of shortcuts in the window.
+// The command list, the list of shortcuts and the handbook in the help menu.
 #pragma once
 
 #include "player/Actions/Actions.h"
@@ -7,7 +7,7 @@ class QMainWindow;
 
 namespace tarnwick::player {
 
-// Adds both to the help menu. `?` shows the shortcuts unless a field of text has the focus.
+// Adds them to the help menu. `?` shows the shortcuts unless a field of text has the focus.
 void addCommandActions(QMainWindow& window, Actions& actions);
 
 } // namespace tarnwick::player

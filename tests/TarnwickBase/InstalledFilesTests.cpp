@@ -26,6 +26,8 @@ TEST(InstalledFiles, areInTheFoldersOfAnInstalledTreeWhereverItIs) {
     EXPECT_EQ(installedFile(InstalledFile::precompiledLibrary, first / "libexec/tarnwick"),
               first / "libexec/tarnwick/metal.pch");
     EXPECT_EQ(installedFile(InstalledFile::episodes, bin), first / "share/tarnwick/episodes");
+    EXPECT_EQ(installedFile(InstalledFile::handbook, bin),
+              first / "share/doc/tarnwick/html/index.html");
     const fs::path second = folder.path() / "second";
     fs::rename(first, second);
     EXPECT_EQ(installedFile(InstalledFile::compilerWorker, second / "bin"),
