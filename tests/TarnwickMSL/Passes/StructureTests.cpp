@@ -1,9 +1,12 @@
+#include "TarnwickMSL/Translation/Passes/ControlFlow/LoopRows.h"
 #include "TarnwickMSL/Translation/Passes/Forms/Form.h"
 #include "TarnwickMSL/Translation/Passes/Forms/Text.h"
 #include "tests/TarnwickMSL/Passes/RandomFlow.h"
 #include "tests/TarnwickMSL/Passes/Running.h"
 
 #include <gtest/gtest.h>
+#include <llvm/Analysis/LoopInfo.h>
+#include <llvm/IR/Dominators.h>
 
 #include <algorithm>
 #include <string_view>
@@ -70,6 +73,31 @@ TEST(Structure, breaksUpLongRowsOfLoops) {
         twins.shader.structure.begin(), twins.shader.structure.end(),
         [](const auto& construct) { return construct.second.continueTarget != nullptr; });
     EXPECT_GT(loops, 20);
+}
+
+// The driver unrolls the odd loops, and with them what is around them.
+TEST(Structure, breaksUpRowsAtLoopsThatTheDriverKeeps) {
+    std::string assembly = "define void @f(i32 %a) {\nl0:\n  br label %h1\n";
+    for (int k = 1; k <= 24; k++) {
+        const std::string n = std::to_string(k), next = std::to_string(k + 1);
+        assembly += "h" + n + ":\n  %i" + n + " = phi i32 [0, %" + (k == 1 ? "l" : "h") +
+                    std::to_string(k - 1) + "], [%j" + n + ", %b" + n + "]\n  %c" + n +
+                    " = icmp slt i32 %i" + n + ", " + (k % 2 == 1 ? "5" : "%a") + "\n  br i1 %c" +
+                    n + ", label %b" + n + ", label %h" + next + "\nb" + n + ":\n  %j" + n +
+                    " = add i32 %i" + n + ", 1\n  br label %h" + n + "\n";
+    }
+    llvm::LLVMContext context;
+    const auto module = parse(assembly + "h25:\n  ret void\n}\n", context);
+    llvm::DominatorTree tree(*module->getFunction("f"));
+    int last = 0;
+    for (const llvm::BasicBlock* header : rowEnds(llvm::LoopInfo(tree))) {
+        const int loop = std::stoi(header->getName().drop_front().str());
+        if (loop % 2 == 1)
+            continue;
+        EXPECT_LE(loop - last, 13);
+        last = loop;
+    }
+    EXPECT_GT(last, 12);
 }
 
 static std::string loopTo(const char* bound, int step) {

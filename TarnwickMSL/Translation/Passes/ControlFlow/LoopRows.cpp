@@ -3,6 +3,10 @@
 // every loop in a row makes the driver two and a half times slower; 12 loops take half a second, 16
 // half a minute. LLVM knows nothing of the number that a loop passes to its inner loops, and the
 // row ends there. So in a long row one loop in every few is put into a loop that runs once.
+//
+// The driver unrolls most loops with a constant number of rounds before LLVM sees them, together
+// with a loop that runs once around one. So a row ends after as many loops of any kind, and after
+// as many loops without a constant number, at one of those.
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopRows.h"
 
 #include <llvm/Analysis/LoopInfo.h>
@@ -15,15 +19,33 @@ using namespace llvm;
 
 constexpr unsigned longestRow = 6; // loops
 
+// Whether the header tests `i < N`, with which the driver counts the rounds.
+static bool isCounted(const Loop& loop) {
+    const BasicBlock* header = loop.getHeader();
+    auto* branch = dyn_cast<BranchInst>(header->getTerminator());
+    auto* test =
+        branch && branch->isConditional() ? dyn_cast<ICmpInst>(branch->getCondition()) : nullptr;
+    auto* counter = test ? dyn_cast<PHINode>(test->getOperand(0)) : nullptr;
+    return counter && counter->getParent() == header && isa<ConstantInt>(test->getOperand(1)) &&
+           any_of(counter->incoming_values(), [](const Use& use) { return isa<ConstantInt>(use); });
+}
+
 SmallVector<BasicBlock*, 4> rowEnds(const LoopInfo& loops) {
     SmallVector<BasicBlock*, 4> ends;
-    unsigned row = 0;
+    unsigned all = 0, uncounted = 0; // since the last end
     for (Loop* loop : loops.getLoopsInPreorder()) {
-        row = loop->isInnermost() ? row + 1 : 0;
-        if (row <= longestRow)
+        if (!loop->isInnermost()) {
+            all = uncounted = 0;
+            continue;
+        }
+        all++;
+        const bool isUncounted = !isCounted(*loop);
+        uncounted += isUncounted ? 1 : 0;
+        if (all <= longestRow && (!isUncounted || uncounted <= longestRow))
             continue;
         ends.push_back(loop->getHeader());
-        row = 1;
+        all = 1;
+        uncounted = isUncounted ? 1 : uncounted;
     }
     return ends;
 }
