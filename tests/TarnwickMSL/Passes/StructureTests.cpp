@@ -94,7 +94,7 @@ TEST(Structure, breaksUpRowsAtLoopsThatTheDriverKeeps) {
         const int loop = std::stoi(header->getName().drop_front().str());
         if (loop % 2 == 1)
             continue;
-        EXPECT_LE(loop - last, 13);
+        EXPECT_LE(loop - last, 14); // the seventh that stays
         last = loop;
     }
     EXPECT_GT(last, 12);
