@@ -110,6 +110,13 @@ range=$(user ffmpeg -v error -i /tmp/home/saver.png -vf signalstats,metadata=pri
     sed -n 's/^lavfi.signalstats.YMAX=//p')
 [ "${range%.*}" -gt 60 ] || fail "The saver's window is dark: its brightest value is $range."
 
+echo "An installed saver"
+inside test -x /usr/libexec/xscreensaver/tarnwick-saver ||
+    fail "mate-screensaver finds no tarnwick-saver in its folder."
+user tarnwick saver install $episode --name Window
+user tarnwick saver list | grep -q mate-screensaver || fail "mate-screensaver does not list the saver."
+user tarnwick saver uninstall window
+
 echo "A movie"
 user tarnwick export $episode -o /tmp/home/movie.mp4 --duration 1 --fps 30 --size 320x180
 frames=$(user ffprobe -v error -count_frames -select_streams v:0 -show_entries \
