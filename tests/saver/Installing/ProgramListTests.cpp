@@ -36,6 +36,7 @@ TEST(ProgramList, addsALineAndTakesAwayExactlyThatLine) {
 // The line that the settings' sliders, or a person, made of it is the same program.
 TEST(ProgramList, findsTheProgramWithOtherWords) {
     for (const char* line : {"- \"My rose\" /home/me/tarnwick-rose --root --param-speed -0.75",
+                             "\"R\"\t\\\n\t\t/home/me/tarnwick-rose  \\\n\t--root",
                              "TrueColor: /home/me/tarnwick-rose", "'/home/me/tarnwick-rose' -root"})
         EXPECT_TRUE(
             listsProgram(std::string("programs: maze \\n\\\n") + line + "\\n\\\n", roseProgram))
