@@ -82,7 +82,8 @@ void addComponents(std::string_view type, Collector& found) {
 
 void addMembers(const WritingNames& names, std::string_view type, Collector& found) {
     addComponents(type, found);
-    if (const SourceRecord* record = names.record(typeName(type))) {
+    if (const SourceRecord* record = names.record(typeName(type));
+        record != nullptr && !record->isEnumeration) {
         for (const SourceVariable& one : record->variables)
             found.add(one.name, CompletionKind::member, one.type);
         for (const SourceFunction& one : record->functions)
@@ -100,7 +101,9 @@ void addQualified(const WritingNames& names, std::string_view owner, Collector& 
             found.add(row);
     if (const SourceRecord* record = names.own.record(owner))
         for (const SourceVariable& one : record->variables)
-            found.add(one.name, CompletionKind::member, one.type);
+            found.add(one.name,
+                      record->isEnumeration ? CompletionKind::constant : CompletionKind::member,
+                      one.type);
 }
 
 void addSource(const SourceNames& names, std::size_t at, Collector& found) {

@@ -130,19 +130,45 @@ std::size_t DeclarationReader::record(std::size_t at, const Scope& scope) {
         return open + 1;
     const std::size_t close = std::min(pair(open), scope.last);
     SourceRecord made{.name = std::string(word(name)), .variables = {}, .functions = {}};
-    if (word(at) != "enum")
+    if (word(at) == "enum")
+        enumerators(open + 1, close, at + 1 == name ? scope.end : 0, made);
+    else
         block(open + 1, {close, byte(close), false, &made});
     names_.records.push_back(std::move(made));
     return close + 1;
 }
 
-// using NAME = TYPE; or typedef TYPE NAME; the name counts as a type without members.
+// Those of an enumeration without a scope are names to the byte `end` too; 0: it has a scope.
+void DeclarationReader::enumerators(std::size_t at, std::size_t last, std::size_t end,
+                                    SourceRecord& made) {
+    made.isEnumeration = true;
+    while (at < last && isWord(at)) {
+        const SourceVariable one{.type = made.name,
+                                 .name = std::string(word(at)),
+                                 .from = names_.tokens[at].end(),
+                                 .to = end};
+        made.variables.push_back(one);
+        if (end > 0)
+            names_.variables.push_back(one);
+        while (at < last && !is(at, ","))
+            at = is(at, "(") && pair(at) < last ? pair(at) + 1 : at + 1;
+        ++at;
+    }
+}
+
+// using NAME = TYPE; or typedef TYPE NAME;
 std::size_t DeclarationReader::alias(std::size_t at, const Scope& scope) {
     const std::size_t next = afterStatement(at, scope.last);
+    const auto add = [&](std::size_t name, std::size_t first) {
+        names_.records.push_back(
+            {.name = std::string(word(name)), .variables = {}, .functions = {}});
+        if (const auto target = type(first, next))
+            names_.aliases.emplace(word(name), target->text);
+    };
     if (word(at) == "using" && isWord(at + 1) && is(at + 2, "="))
-        names_.records.push_back({std::string(word(at + 1)), {}, {}});
+        add(at + 1, at + 3);
     else if (word(at) == "typedef" && next >= at + 3 && isWord(next - 2))
-        names_.records.push_back({std::string(word(next - 2)), {}, {}});
+        add(next - 2, at + 1);
     return next;
 }
 
@@ -179,6 +205,8 @@ std::optional<DeclarationReader::Type> DeclarationReader::type(std::size_t at,
     }
     while (at < last && (is(at, "*") || is(at, "&") || holds(qualifiers, word(at))))
         ++at;
+    if (const auto alias = names_.aliases.find(text); alias != names_.aliases.end())
+        text = alias->second;
     return Type{std::move(text), at};
 }
 

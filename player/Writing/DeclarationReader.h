@@ -36,6 +36,7 @@ class DeclarationReader {
     void block(std::size_t first, const Scope& scope);
     std::size_t statement(std::size_t at, const Scope& scope);
     std::size_t record(std::size_t at, const Scope& scope);
+    void enumerators(std::size_t at, std::size_t last, std::size_t end, SourceRecord& made);
     std::size_t header(std::size_t at, const Scope& scope);
     std::size_t alias(std::size_t at, const Scope& scope);
     std::optional<std::size_t> declaration(std::size_t at, const Scope& scope);

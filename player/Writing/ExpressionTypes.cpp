@@ -64,6 +64,12 @@ std::string ExpressionTypes::operand(std::size_t last, int depth) const {
         const std::size_t open = own_.pairs[last];
         return open < last ? call(open, last, depth + 1) : std::string();
     }
+    if (token.is("}")) { // Ring{0.5}
+        const std::size_t open = own_.pairs[last];
+        const bool isNamed =
+            open > 0 && open < last && tokens[open - 1].kind == CodeToken::Kind::word;
+        return isNamed ? std::string(tokens[open - 1].text) : std::string();
+    }
     if (token.kind != CodeToken::Kind::word)
         return {};
     if (last >= 2 && (tokens[last - 1].is(".") || tokens[last - 1].is("->")))
@@ -107,11 +113,12 @@ std::string ExpressionTypes::call(std::size_t open, std::size_t close, int depth
 
 bool ExpressionTypes::endsOperand(std::size_t at, std::size_t end) const {
     const CodeToken& token = own_.tokens[at];
-    if (token.kind == CodeToken::Kind::mark && !token.is(")") && !token.is("]"))
+    if (token.kind == CodeToken::Kind::mark && !token.is(")") && !token.is("]") && !token.is("}"))
         return false;
-    return at + 1 >= end || (own_.tokens[at + 1].kind == CodeToken::Kind::mark &&
-                             !own_.tokens[at + 1].is(".") && !own_.tokens[at + 1].is("->") &&
-                             !own_.tokens[at + 1].is("(") && !own_.tokens[at + 1].is("["));
+    return at + 1 >= end ||
+           (own_.tokens[at + 1].kind == CodeToken::Kind::mark && !own_.tokens[at + 1].is(".") &&
+            !own_.tokens[at + 1].is("->") && !own_.tokens[at + 1].is("(") &&
+            !own_.tokens[at + 1].is("[") && !own_.tokens[at + 1].is("{"));
 }
 
 // Operators and functions of the library join vectors with scalars: the widest operand decides.

@@ -5,6 +5,8 @@
 #include "player/Writing/CodeTokens.h"
 
 #include <cstddef>
+#include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +32,7 @@ struct SourceRecord {
     std::string name;
     std::vector<SourceVariable> variables;
     std::vector<SourceFunction> functions;
+    bool isEnumeration = false; // the variables are its constants
 };
 
 struct SourceNames {
@@ -40,6 +43,7 @@ struct SourceNames {
     std::vector<SourceRecord> records;
     std::vector<SourceVariable> variables; // parameters of functions too, in the order of the text
     std::vector<std::string> macros;
+    std::map<std::string, std::string, std::less<>> aliases; // the types that names stand for
 
     SourceNames() = default;
     SourceNames(const SourceNames&) = delete; // the tokens refer to `code`

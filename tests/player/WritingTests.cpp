@@ -57,6 +57,21 @@ std::string with(const std::string& here, const std::string& after = "") {
     return text;
 }
 
+TEST(Completion, knowsEnumerationsAndAliasesOfTheEpisode) {
+    const std::string plain = "enum Pane { field, petal = int(3), eye };\nvoid f(Pane a) { ";
+    EXPECT_TRUE(offers(plain + "int b = pe| }", "petal"));
+    EXPECT_EQ(namesAt(plain + "a = Pane::|"), (std::vector<std::string>{"field", "petal", "eye"}));
+    EXPECT_TRUE(namesAt(plain + "a.| }").empty());
+    const std::string scoped = "enum class Pane : uint { field, petal };\nvoid f() { ";
+    EXPECT_EQ(namesAt(scoped + "Pane::pe| }"), std::vector<std::string>{"petal"});
+    EXPECT_FALSE(offers(scoped + "int b = pe| }", "petal"));
+    EXPECT_TRUE(offers("using Place = float3; void f() { Place a; a.| }", "xyz"));
+    EXPECT_TRUE(offers("typedef float3 Place; void f(Place a) { a.| }", "xyz"));
+    EXPECT_EQ(namesAt("struct A { float2 x; }; void f() { auto q = A{}; q.| }"),
+              std::vector<std::string>{"x"});
+    EXPECT_TRUE(offers("constexpr sampler s(address::|", "clamp_to_edge"));
+}
+
 TEST(Completion, offersNamesOfEpisodeHostLibraryAndLanguage) {
     for (const auto& [typed, name] : {std::pair("has|", "hash21"),
                                       {"Rin|", "Ring"},
