@@ -284,7 +284,8 @@ bool Drawing::draw(Scene& scene, const SceneMoment& moment) {
     if (!commands)
         return false;
     commands->commit();
-    if (!finishes(*commands) || commands->status() != gpu::CommandBufferStatus::completed)
+    const double last = &scene == scene_.get() ? news_.frameSeconds : 0;
+    if (!finishes(*commands, last) || commands->status() != gpu::CommandBufferStatus::completed)
         return false;
     scene.finish();
     news_.frameSeconds += channelSeconds_;
@@ -297,8 +298,9 @@ bool Drawing::draw(Scene& scene, const SceneMoment& moment) {
     return true;
 }
 
-// Waits for a frame. False if it takes too long or the thread ends.
-bool Drawing::finishes(gpu::CommandBuffer& commands) {
+// Waits for a frame. False if it takes too long or the thread ends. `last`: the seconds of the
+// frame before it, which are told until it takes longer.
+bool Drawing::finishes(gpu::CommandBuffer& commands, double last) {
     const double begin = currentMediaTime();
     const auto seconds = [begin] { return currentMediaTime() - begin; };
     while (!commands.waitUntilCompleted(shortWait)) {
@@ -306,15 +308,18 @@ bool Drawing::finishes(gpu::CommandBuffer& commands) {
             return false;
         if (times_.areTooLong(seconds(), commands.hitLoopBudget())) {
             news_.isTooSlow = true;
+            news_.isInFrame = false;
             stop("The shader takes too long.");
             abandoned_.emplace(std::move(commands));
             times_ = {};
             return false;
         }
-        news_.frameSeconds = seconds();
-        if (news_.frameSeconds > noticedFrame)
+        news_.isInFrame = true;
+        news_.frameSeconds = std::max(last, seconds());
+        if (seconds() > noticedFrame)
             say();
     }
+    news_.isInFrame = false;
     ended_ = currentMediaTime();
     news_.frameSeconds = seconds();
     times_.add(news_.frameSeconds, commands.hitLoopBudget());

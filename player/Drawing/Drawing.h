@@ -59,7 +59,7 @@ class Drawing {
     void prepare();
     bool isWarm(Scene& scene, const SceneMoment& moment);
     bool draw(Scene& scene, const SceneMoment& moment);
-    bool finishes(gpu::CommandBuffer& commands);
+    bool finishes(gpu::CommandBuffer& commands, double last = 0);
     void showFrame(); // that was drawn
     void countFrame(double now);
     void say() { listener_(news_); }

@@ -32,8 +32,8 @@ struct LiveRecord {
     PixelSize size{};                               // pixels of the picture at full size
     // Host seconds at which compiling the newest text begins, or began; absent: it is compiled.
     std::optional<double> compilesAt{};
-    std::optional<int> divisor{};                   // of both sides; absent: chosen by itself
-    std::shared_ptr<const LiveLevels> levels{};     // of the sound that the program reacts to
+    std::optional<int> divisor{};               // of both sides; absent: chosen by itself
+    std::shared_ptr<const LiveLevels> levels{}; // of the sound that the program reacts to
     // They are of the program's own sound. A pause, and a player without levels, compute them with
     // the frame.
     bool hearsOwnSound = true;
@@ -51,6 +51,7 @@ struct LiveNews {
     PixelSize picture{};        // pixels drawn
     int divisor = 1;
     double frameSeconds = 0;    // from encoding to the end on the GPU, of the last frame
+    bool isInFrame = false;     // the next frame is not done; frameSeconds is its time if longer
     double framesPerSecond = 0; // shown, over the last second
     double firstDraw = 0;       // seconds of the first frame of the program that is shown
     struct Warming {

@@ -35,7 +35,7 @@ PictureActions::PictureActions(Player& player, QMainWindow& window, Actions& act
     connect(&picture_, &PictureView::resized, this, [this] { settle_.start(); });
     connect(&player_, &Player::newsArrived, this, [this] {
         const LiveNews& news = player_.news();
-        if (news.failure.empty() && !news.warming && news.picture.width > 0)
+        if (news.failure.empty() && !news.warming && !news.isInFrame && news.picture.width > 0)
             picture_.addFrame(news.frameSeconds);
         showState();
     });

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # The player on a display of its own (Xvfb), by keyboard and mouse: opens an episode, makes an error
-# and mends it, drags a slider, adds a key, saves a snapshot, fills the display, exports a movie and
-# quits. Its pictures are compared with each other and with stills.
+# and mends it, drags a slider, adds a key, saves a snapshot, fills the display, exports a movie,
+# takes dropped files and quits. Its pictures are compared with each other and with stills.
 #
-# PLAYER, TARNWICK: the programs. KEEP: a folder for the screens; default: they are removed.
+# PLAYER, TARNWICK, DRAGGER: the programs. KEEP: a folder for the screens; default: they are removed.
 set -u
 for tool in Xvfb xdotool ffmpeg; do
     command -v "$tool" >/dev/null || { echo "$tool is missing"; exit 77; }
@@ -144,6 +144,37 @@ xdotool key Return
 is_movie() { [ "$(ffprobe -v error -count_packets -show_entries stream=width,nb_read_packets \
     -of csv=p=0 gradient.mp4 2>/dev/null)" = 960,60 ]; }
 comes 90 is_movie || complain "There is no movie of 60 frames."
+shot screen.png
+
+# drag FILE: from another program onto the picture.
+drag() {
+    "$DRAGGER" "$1" >dragged &
+    local dragger=$!
+    comes 10 has_window '^Drag source' || complain "There is no source of drags."
+    sleep 0.5
+    xdotool mousemove $((width - 50)) $((height - 50)) mousedown 1
+    for step in 1 2 3 4 5; do
+        xdotool mousemove $((width - 50 - step * (width - 50 - x) / 5)) \
+            $((height - 50 - step * (height - 50 - y) / 5))
+        sleep 0.2
+    done
+    xdotool mouseup 1
+    comes 10 grep -qs copied dragged || complain "$1 is not taken."
+    kill $dragger
+    wait $dragger 2>/dev/null
+}
+
+# An episode that is dropped opens, and a picture becomes its channel 0.
+cat >other.metal <<'TEXT'
+float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {
+    return float4(0.0, in.channel(0, uv).r, 0.25, 1.0);
+}
+TEXT
+drag other.metal
+main='^other'
+comes 30 is_color $x $y 000040 || complain "The episode that was dropped is not drawn."
+drag snapshot.png
+comes 30 is_color $x $y 00ff40 || complain "The picture that was dropped is not channel 0."
 shot screen.png
 
 to "$main" ctrl+q
