@@ -99,19 +99,27 @@ do_commands() {
     try "$command"
 }
 
+# A player that the page has opened still runs after two more blocks of commands. It takes time from
+# the others, so it is ended then.
+blocks=0
+end_player() {
+    [ ! -s player ] || kill "$(cat player)" || complain 'the player has ended' play
+    rm -f player
+}
+
 commands=0
 for step in steps/*; do
     case $step in
     *.file) cp "$step" "work/$(cat "$step.name")" ;;
-    *.commands) do_commands "$step" ;;
+    *.commands)
+        [ ! -s player ] || blocks=$((blocks + 1))
+        do_commands "$step"
+        [ $blocks != 2 ] || end_player
+        ;;
     esac
 done
+end_player
 [ $commands -gt 0 ] || complain 'the page has no command' "$page"
-
-# A player that the page has opened still runs.
-if [ -s player ]; then
-    kill "$(cat player)" || complain 'the player has ended' play
-fi
 
 # Each picture of the page is one that a command has made.
 for picture in $(grep -o '](tutorial/[a-z-]*\.jpg)' "$page" | sed 's/.*\///; s/\..*//'); do
