@@ -129,6 +129,9 @@ void AccountDialog::showState() {
     openPage_->setVisible(code_.has_value());
     signIn_->setVisible(!account_);
     signIn_->setEnabled(!isBusy);
+    signIn_->setDefault(!account_);
+    if (!account_ && !isBusy)
+        signIn_->setFocus();
     signOut_->setVisible(account_.has_value());
     signOut_->setEnabled(!isBusy);
     handle_->setVisible(account_.has_value());

@@ -9,6 +9,11 @@
 #include <utility>
 
 namespace tarnwick::player {
+namespace {
+
+constexpr int widthOfLinks = 560; // pixels
+
+} // namespace
 
 SharingFeature::SharingFeature(Player& player, QMainWindow& window, Actions& actions, CopyOf copyOf)
     : QObject(&window), player_(player), window_(window), copyOf_(std::move(copyOf)),
@@ -36,12 +41,14 @@ void SharingFeature::share() {
 
 void SharingFeature::openLink() {
     const QString copied = QGuiApplication::clipboard()->text().trimmed();
-    bool isGiven = false;
-    const QString link = QInputDialog::getText(
-        &window_, tr("Open link"), tr("Link of the sharing service:"), QLineEdit::Normal,
-        LinkOpener::isLink(copied) ? copied : QStringLiteral("tarnwick://"), &isGiven);
-    if (isGiven && !link.trimmed().isEmpty())
-        links_.open(link.trimmed());
+    QInputDialog dialog(&window_);
+    dialog.setWindowTitle(tr("Open link"));
+    dialog.setLabelText(tr("Link of the sharing service:"));
+    dialog.setTextValue(LinkOpener::isLink(copied) ? copied : QStringLiteral("tarnwick://"));
+    dialog.resize(widthOfLinks, dialog.sizeHint().height());
+    const bool isGiven = dialog.exec() == QDialog::Accepted;
+    if (const QString link = dialog.textValue().trimmed(); isGiven && !link.isEmpty())
+        links_.open(link);
 }
 
 } // namespace tarnwick::player
