@@ -3,6 +3,7 @@
 #include "TarnwickCore/CommandLine/Completion.h"
 #include "TarnwickCore/Text/Numbers.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
+#include "saver/Installing/InstalledSavers.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -50,6 +51,15 @@ Completion firstWords(std::span<const Command* const> commands, std::string_view
     return found;
 }
 
+// The savers of this user, for commands that take one.
+void addSavers(const Command& command, std::string_view text, Completion& found) {
+    if (&command != &saverPreviewCommand && &command != &saverUninstallCommand)
+        return;
+    for (const InstalledSaver& saver : installedSavers(saverPlaces()))
+        if (saver.id().starts_with(text))
+            found.words.push_back({saver.id(), saver.name});
+}
+
 // `words` begin with the name of the command.
 Completion completed(std::span<const Command* const> commands, std::span<const char* const> words,
                      std::size_t at) {
@@ -61,8 +71,10 @@ Completion completed(std::span<const Command* const> commands, std::span<const c
     std::size_t wordCount = 0;
     const Command* command = commandIn(commands, words.first(at), wordCount);
     Completion found;
-    if (command != nullptr)
+    if (command != nullptr) {
         found = completionOf(formOf(*command), words.subspan(wordCount), at - wordCount, paramsOf);
+        addSavers(*command, words[at], found);
+    }
     if (at == 1)
         addSecondWords(commands, name, words[1], found);
     return found;

@@ -13,6 +13,7 @@ grep -q '"hue": 0.75' $bundle/Shader/saver.json || complain 'not the value of --
 grep -q '"Rose Two".*/tarnwick-rose-two --root' home/.xscreensaver || complain 'not in the list' install
 expect 0 "" saver list --json
 grep -q '"id": "rose-two"' out || complain 'not listed' list
+expect 0 '^rose-two	Rose Two' --complete 3 tarnwick saver preview ro
 expect 2 "" saver preview nobody
 expect 0 "" saver uninstall 'Rose Two'
 cmp -s old home/.xscreensaver || complain 'another list' uninstall
