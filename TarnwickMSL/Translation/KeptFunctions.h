@@ -1,9 +1,9 @@
 // The cleaned functions of a program and the results of its entry points, for the next program if
 // it differs only in numbers. The source is Passes/Calls/KeptFunctions.cpp.
 //
-// Functions with several callers are kept as the step `inline` leaves them. A function with one
-// caller becomes a part of it, so its code is generated again. The results of entry points are
-// kept, too.
+// Functions with several callers are kept as the step `inline` leaves them, and so are those of
+// which it unrolled loops. Another function becomes a part of its caller, so its code is generated
+// again. The results of entry points are kept, too.
 #pragma once
 
 #include "TarnwickMSL/EntryPoint.h"

@@ -61,6 +61,8 @@ static bool isPlain(const Parsed& parsed) {
 static Compilation attempt(std::string_view source, const StandardLibrary& library,
                            const CompileOptions& options, Places places, bool& wasParsed,
                            StepTimes* times, Remains* remains = nullptr) {
+    if (remains)
+        remains->tidy();
     std::shared_ptr<Translation> work = remains ? remains->translation : nullptr;
     if (!work)
         work = std::make_shared<Translation>();

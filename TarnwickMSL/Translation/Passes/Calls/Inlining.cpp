@@ -115,7 +115,7 @@ class Inlining {
     State prepareLoops(Function& function);
     bool inlineCallees(Function& function);
     void cleanAfterInlining(Function& function, State state, bool isRepeated, bool hadCalls);
-    void decideWhetherToKeep(Function& function, bool isRepeated);
+    void decideWhetherToKeep(Function& function, State state, bool isRepeated);
 };
 
 } // namespace
@@ -160,13 +160,14 @@ void Inlining::cleanAfterInlining(Function& function, State state, bool isRepeat
         optimiser_.clean(function);
 }
 
-// If a function with several callers cannot be kept, its code is generated again, and so is that of
-// all functions that contain it.
-void Inlining::decideWhetherToKeep(Function& function, bool isRepeated) {
+// A function with one caller is worth a copy if its loops were unrolled. If a function with several
+// callers cannot be kept, its code is generated again, and so is that of all functions that contain
+// it.
+void Inlining::decideWhetherToKeep(Function& function, State state, bool isRepeated) {
     const auto callees = order_.callees.find(&function);
     const bool containsOthers = any_of(
         callees->second, [&](const Function* callee) { return generated_.contains(callee); });
-    if (isRepeated && !containsOthers && mayBeKept(function))
+    if ((isRepeated || state == State::unrolls) && !containsOthers && mayBeKept(function))
         keep(function);
     else if (isRepeated || containsOthers)
         generated_.insert(&function);
@@ -181,7 +182,7 @@ void Inlining::makeSmall(Function& function, bool isRoot) {
     if (isRoot) // it is cleaned as part of its main
         return;
     cleanAfterInlining(function, state, isRepeated, hadCalls);
-    decideWhetherToKeep(function, isRepeated);
+    decideWhetherToKeep(function, state, isRepeated);
 }
 
 // Marks each function with the number of its copies that inlining makes. The roots are in the order

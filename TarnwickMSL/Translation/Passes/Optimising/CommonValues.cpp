@@ -60,7 +60,7 @@ bool isPlain(float number, bool isOfSum) {
     return std::isfinite(number) && number != 0 && (isOfSum || std::fabs(number) != 1);
 }
 
-// The same for all numbers of a vector.
+// The same for a vector: a rule asks whether all of its numbers are a certain one.
 bool isPlain(const Value& value, bool isOfSum) {
     if (const auto* number = dyn_cast<ConstantFP>(&value))
         return isPlain(number->getValueAPF(), isOfSum);
@@ -68,9 +68,9 @@ bool isPlain(const Value& value, bool isOfSum) {
     if (!vector || !vector->getElementType()->isFloatTy())
         return false;
     for (unsigned i = 0; i < vector->getNumElements(); ++i)
-        if (!isPlain(vector->getElementAsFloat(i), isOfSum))
-            return false;
-    return true;
+        if (isPlain(vector->getElementAsFloat(i), isOfSum))
+            return true;
+    return false;
 }
 
 // Whether LLVM may know a simpler value of a sum, difference, product or quotient. It asks each of
@@ -236,7 +236,8 @@ class Walk {
     static void combine(Instruction& before, const Instruction& instruction) {
         if (isa<LoadInst>(before))
             combineMetadataForCSE(&before, &instruction, false);
-        else if (!programUndefinedIfPoison(&before)) // else its flags hold in any case
+        else if (before.getRawSubclassOptionalData() != instruction.getRawSubclassOptionalData() &&
+                 !programUndefinedIfPoison(&before)) // else its flags hold in any case
             before.andIRFlags(&instruction);
     }
 
