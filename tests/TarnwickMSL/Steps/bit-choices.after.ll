@@ -23,6 +23,15 @@ define void @main() {
   %7 = bitcast i32 %6 to float
   %chosen = select i1 %isOne, float %7, float %x
   store float %chosen, ptr @out, align 4
+  %8 = bitcast float %chosen to i32
+  %9 = bitcast float %y to i32
+  %10 = xor i32 %9, -1
+  %11 = and i32 %10, -2147483648
+  %12 = or i32 %8, -2147483648
+  %13 = sub i32 %12, %11
+  %14 = bitcast i32 %13 to float
+  %third = select i1 %isOne, float %14, float %x
+  store float %third, ptr @out, align 4
   ret void
 }
 

@@ -1,4 +1,5 @@
-; A choice of bits that is selected against one of its operands is a difference; others stay.
+; A choice of bits that is selected against one of its operands, or an arm of one, is a difference;
+; others stay.
 @in = external constant <4 x i32>
 @out = external global i32
 
@@ -17,6 +18,9 @@ define void @main() {
   %signed = call float @llvm.copysign.f32(float %y, float %x)
   %chosen = select i1 %isOne, float %signed, float %x
   store float %chosen, ptr @out
+  %again = call float @llvm.copysign.f32(float %chosen, float %y)
+  %third = select i1 %isOne, float %again, float %x
+  store float %third, ptr @out
   ret void
 }
 

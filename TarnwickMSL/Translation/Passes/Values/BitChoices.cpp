@@ -70,11 +70,18 @@ static bool isMove(const Value* value) {
     return isa<BitCastInst, InsertElementInst, ExtractElementInst, ShuffleVectorInst>(value);
 }
 
+// The values that it may be, and those that its bits come from unchanged. LLVM replaces an arm of a
+// selection by one of an earlier selection with the same condition.
 static void addSources(const Value* value, Values& sources) {
-    if (isa<Constant>(value) || !sources.insert(value).second || !isMove(value))
+    if (isa<Constant>(value) || !sources.insert(value).second)
         return;
-    for (const Value* operand : cast<Instruction>(value)->operands())
-        addSources(operand, sources);
+    if (const auto* selection = dyn_cast<SelectInst>(value)) {
+        addSources(selection->getTrueValue(), sources);
+        addSources(selection->getFalseValue(), sources);
+    } else if (isMove(value) || isa<PHINode>(value)) {
+        for (const Value* operand : cast<Instruction>(value)->operands())
+            addSources(operand, sources);
+    }
 }
 
 static bool sharesSources(const Value* value, const Values& with) {
@@ -87,13 +94,13 @@ static bool isSelectedAgainst(const Value& result, const Values& sources, Values
     for (const User* user : result.users()) {
         if (!seen.insert(user).second)
             continue;
-        const bool isPhi = isa<PHINode>(user);
-        if ((isPhi && sharesSources(user, sources)) ||
-            ((isPhi || isa<SelectInst>(user)) && any_of(user->operands(), [&](const Value* other) {
+        const bool isChoice = isa<PHINode, SelectInst>(user);
+        if ((isa<PHINode>(user) && sharesSources(user, sources)) ||
+            (isChoice && any_of(user->operands(), [&](const Value* other) {
                  return other != &result && sharesSources(other, sources);
              })))
             return true;
-        if ((isPhi || isMove(user)) && isSelectedAgainst(*user, sources, seen))
+        if ((isChoice || isMove(user)) && isSelectedAgainst(*user, sources, seen))
             return true;
     }
     return false;
