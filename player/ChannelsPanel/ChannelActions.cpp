@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QVBoxLayout>
+#include <utility>
 
 namespace tarnwick::player {
 namespace {
@@ -66,7 +67,11 @@ bool ChannelActions::eventFilter(QObject* watched, QEvent* event) {
     if (!isDrag && event->type() != QEvent::Drop)
         return QObject::eventFilter(watched, event);
     auto* drop = static_cast<QDropEvent*>(event); // also the base of the other two
-    const QStringList files = sourcesOf(*drop->mimeData());
+    QStringList files = sourcesOf(*drop->mimeData());
+    if (isDrag)
+        dragged_ = files;
+    else if (files.isEmpty()) // Qt cannot always read the data at the drop
+        files = std::exchange(dragged_, {});
     if (files.isEmpty() || player_.active() == nullptr)
         return QObject::eventFilter(watched, event);
     drop->acceptProposedAction();

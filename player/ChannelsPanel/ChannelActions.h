@@ -4,6 +4,7 @@
 #include "player/Actions/Actions.h"
 #include "player/ChannelsPanel/DocumentChannels.h"
 
+#include <QStringList>
 #include <QTimer>
 #include <QWidget>
 #include <array>
@@ -38,7 +39,8 @@ class ChannelActions : public QObject {
     DocumentChannels channels_;
     QWidget* panel_;
     std::array<ChannelRow*, channelCount> rows_{};
-    QTimer pictures_; // shows the newest pictures in the panel
+    QStringList dragged_; // the files of the last drag
+    QTimer pictures_;     // shows the newest pictures in the panel
 };
 
 } // namespace tarnwick::player

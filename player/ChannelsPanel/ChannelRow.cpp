@@ -162,12 +162,14 @@ void ChannelRow::showPicture() {
 }
 
 void ChannelRow::dragEnterEvent(QDragEnterEvent* event) {
-    if (event->mimeData()->hasUrls())
+    dragged_ = event->mimeData()->urls();
+    if (!dragged_.isEmpty())
         event->acceptProposedAction();
 }
 
 void ChannelRow::dropEvent(QDropEvent* event) {
-    for (const QUrl& url : event->mimeData()->urls())
+    const QList<QUrl> urls = event->mimeData()->urls();
+    for (const QUrl& url : urls.isEmpty() ? dragged_ : urls) // not always read at the drop
         if (url.isLocalFile()) {
             event->acceptProposedAction();
             choose(choiceOf(url.toLocalFile().toStdString()));

@@ -3,6 +3,8 @@
 
 #include "player/ChannelsPanel/DocumentChannels.h"
 
+#include <QList>
+#include <QUrl>
 #include <QWidget>
 
 class QLabel;
@@ -37,6 +39,7 @@ class ChannelRow : public QWidget {
     Player& player_;
     DocumentChannels& channels_;
     std::size_t channel_;
+    QList<QUrl> dragged_; // of the last drag
     QLabel* picture_;
     QLabel* name_;
     QToolButton* choose_;

@@ -57,7 +57,8 @@ bool DroppedFiles::eventFilter(QObject* watched, QEvent* event) {
     if ((!isDrag && type != QEvent::Drop) || !isOfWindow(watched))
         return false;
     auto* drop = static_cast<QDropEvent*>(event);
-    if (type != QEvent::DragMove)
+    // At the drop Qt cannot always read the data on X11, such as after the clipboard was written.
+    if (type == QEvent::DragEnter || (type == QEvent::Drop && places_.isEmpty()))
         places_ = taken(*drop->mimeData());
     if (places_.isEmpty())
         return false;

@@ -62,7 +62,7 @@ has_window() { [ -n "$(window "$1")" ]; }
 
 # to NAME KEY...: presses keys in the window whose title matches.
 to() {
-    comes 20 has_window "$1" || complain "There is no window $1."
+    comes 20 has_window "$1" || { complain "There is no window $1."; return; }
     xdotool windowfocus --sync "$(window "$1")" key "${@:2}"
 }
 main='^gradient'
