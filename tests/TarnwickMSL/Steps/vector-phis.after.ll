@@ -18,8 +18,13 @@ zero:                                             ; preds = %entry
 end:                                              ; preds = %zero, %entry
   %2 = phi i32 [ 1, %zero ], [ %1, %entry ]
   %3 = phi i32 [ 2, %zero ], [ %0, %entry ]
-  %4 = insertelement <2 x i32> poison, i32 %2, i64 0
-  %5 = insertelement <2 x i32> %4, i32 %3, i64 1
-  store <2 x i32> %5, ptr @out, align 8
+  %4 = phi i32 [ 4, %zero ], [ %1, %entry ]
+  %5 = phi i32 [ 5, %zero ], [ %0, %entry ]
+  %6 = insertelement <2 x i32> poison, i32 %4, i64 0
+  %7 = insertelement <2 x i32> %6, i32 %5, i64 1
+  %8 = insertelement <2 x i32> poison, i32 %2, i64 0
+  %9 = insertelement <2 x i32> %8, i32 %3, i64 1
+  store <2 x i32> %9, ptr @out, align 8
+  store <2 x i32> %7, ptr @out, align 8
   ret void
 }

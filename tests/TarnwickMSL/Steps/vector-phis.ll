@@ -15,6 +15,8 @@ zero:
 
 end:
   %result = phi <2 x i32> [ <i32 1, i32 2>, %zero ], [ %both, %entry ]
+  %cast = phi <2 x i32> [ bitcast (<1 x i64> <i64 21474836484> to <2 x i32>), %zero ], [ %both, %entry ]
   store <2 x i32> %result, ptr @out
+  store <2 x i32> %cast, ptr @out
   ret void
 }

@@ -2,6 +2,7 @@
 // where a further phi carries `v` out of the loop: the same code on scalars is right.
 #include "TarnwickMSL/Translation/Passes/ControlFlow/VectorPhis.h"
 
+#include <llvm/Analysis/ConstantFolding.h>
 #include <llvm/Analysis/VectorUtils.h>
 #include <llvm/IR/Dominators.h>
 #include <llvm/IR/IRBuilder.h>
@@ -15,7 +16,8 @@ using Lanes = SmallVector<Value*, 4>;
 
 class PhiSplitting {
   public:
-    PhiSplitting(Function& main, const Structure& structure) : structure_(structure), tree_(main) {}
+    PhiSplitting(Function& main, const Structure& structure)
+        : structure_(structure), layout_(main.getParent()->getDataLayout()), tree_(main) {}
     void run(Function& main);
 
   private:
@@ -27,6 +29,7 @@ class PhiSplitting {
     Value* together(PHINode& phi, BasicBlock* place);
 
     const Structure& structure_;
+    const DataLayout& layout_;
     DominatorTree tree_;
     DenseMap<const Value*, Lanes> lanes_; // of phis
     DenseMap<std::pair<const Value*, unsigned>, Value*> extracted_;
@@ -52,6 +55,9 @@ Value* PhiSplitting::lane(Value& vector, unsigned index) {
     Value*& value = extracted_[{&vector, index}];
     if (value)
         return value;
+    // Constants of 64-bit lanes as lanes of 32 bits are casts before they are folded.
+    if (auto* constant = dyn_cast<Constant>(&vector))
+        return value = ConstantFoldConstant(constant, layout_)->getAggregateElement(index);
     value = findScalarElement(&vector, index);
     if (!value) {
         auto& instruction = cast<Instruction>(vector);
