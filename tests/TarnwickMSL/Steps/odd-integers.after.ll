@@ -32,8 +32,14 @@ define void @main() {
   %25 = and i8 %24, 31
   %26 = zext i8 %25 to i32
   store i32 %26, ptr @out, align 4
+  %isSmall = icmp ult i32 %x, 7
+  %small = zext i1 %isSmall to i32
+  store i32 %small, ptr @out, align 4
   ret void
 }
+
+; Function Attrs: nocallback nofree nosync nounwind speculatable willreturn memory(none)
+declare i1 @llvm.bitreverse.i1(i1) #0
 
 ; Function Attrs: nocallback nofree nosync nounwind speculatable willreturn memory(none)
 declare i5 @llvm.bitreverse.i5(i5) #0

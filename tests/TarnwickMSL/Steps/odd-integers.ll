@@ -15,5 +15,9 @@ define void @main() {
   %turned = call i5 @llvm.fshl.i5(i5 %reversed, i5 %larger, i5 3)
   %z = zext i5 %turned to i32
   store i32 %z, ptr @out
+  %isSmall = icmp ult i32 %x, 7
+  %sameBit = call i1 @llvm.bitreverse.i1(i1 %isSmall)
+  %small = zext i1 %sameBit to i32
+  store i32 %small, ptr @out
   ret void
 }

@@ -269,7 +269,19 @@ void Promotion::run() {
         old->eraseFromParent();
 }
 
+// Functions on bits that give back a single bit.
+static void removeFunctionsOfOneBit(Function& main) {
+    for (Instruction& instruction : make_early_inc_range(instructions(main)))
+        if (auto* call = dyn_cast<IntrinsicInst>(&instruction);
+            call && call->getType()->isIntOrIntVectorTy(1) &&
+            is_contained({Intrinsic::bitreverse, Intrinsic::ctpop}, call->getIntrinsicID())) {
+            call->replaceAllUsesWith(call->getArgOperand(0));
+            call->eraseFromParent();
+        }
+}
+
 void promoteOddIntegers(Function& main) {
+    removeFunctionsOfOneBit(main);
     if (any_of(instructions(main), [](const Instruction& instruction) {
             return isOdd(instruction.getType()) || takesOdd(instruction);
         }))
