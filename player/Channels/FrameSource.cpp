@@ -49,7 +49,7 @@ struct FrameSource::Shared {
     void say(const std::string& sentence);
 };
 
-// A picture that nobody reads any more, or another one.
+// A picture that is not read any more, else a new one.
 std::shared_ptr<Picture> FrameSource::Shared::room() {
     for (auto& picture : memory)
         if (picture && picture.use_count() == 1)

@@ -49,7 +49,7 @@ BindingForm::BindingForm(QWidget* parent) : QWidget(parent), form_(new QFormLayo
     addMIDI();
     for (QComboBox* box : {kind_, curve_, button_, encoding_, pickup_})
         connect(box, &QComboBox::currentIndexChanged, this, &BindingForm::edit);
-    // Not at each letter: a half-typed name is none.
+    // Not at each letter, because a half-typed name is not a parameter.
     connect(target_, &QComboBox::activated, this, &BindingForm::edit);
     connect(target_->lineEdit(), &QLineEdit::editingFinished, this, &BindingForm::edit);
     for (QLineEdit* line : {address_, episode_})

@@ -6,7 +6,7 @@
 
 namespace tarnwick::player {
 
-// So many that computing them takes about a tenth of a second: the thread answers in between.
+// How many steps take about a tenth of a second to compute. The thread answers after each part.
 class WarmingPace {
   public:
     static constexpr double longestPart = 0.1; // seconds

@@ -37,7 +37,8 @@ bool beginsAWord(const std::string& text, const std::string& word) {
     return false;
 }
 
-// The letters of `text` that are passed over to find those of `query` in order.
+// The number of letters of `text` between the letters of `query`, found in order; absent if one is
+// missing.
 std::optional<int> lettersSkipped(std::string_view query, std::string_view text) {
     int skipped = 0;
     std::size_t next = 0;

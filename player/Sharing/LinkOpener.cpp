@@ -54,7 +54,7 @@ QString LinkOpener::linkOf(const QString& text) {
 }
 
 void LinkOpener::open(const QString& text) {
-    const QString link = isLink(text) ? linkOf(text) : text; // the child says why it is none
+    const QString link = isLink(text) ? linkOf(text) : text; // the child refuses other text
     auto* run = new OrderRun(openOrder(link.toStdString()), commandLineProgram(), this);
     connect(run, &OrderRun::finished, this,
             [this, run](const ChildResult& result) { take(run, result); });

@@ -39,7 +39,7 @@ class Playback {
     SoundClock& clock_;
     std::function<void(const std::string&)> tell_;
     std::unique_ptr<SoundOutput> output_; // null: silently
-    std::vector<float> silent_;           // that nobody hears
+    std::vector<float> silent_;           // frames without a device
     double delay_ = 0;
     double lastWanted_ = -1e9;  // host seconds
     double lastTry_ = -1e9;     // host seconds, to open a device

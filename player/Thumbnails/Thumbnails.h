@@ -17,7 +17,7 @@ class Thumbnails {
     using Listener = std::function<void(Thumbnail)>;
 
     // Pictures are kept in `folder`; empty: they are not kept. `listener` is called on the thread
-    // that draws, with each picture or with the reason why there is none.
+    // that draws, with each picture or with the reason why it is missing.
     Thumbnails(std::filesystem::path folder, Listener listener);
     // No call of the listener begins afterwards. Waits at most a second for the picture that is
     // drawn: then the thread is left behind, and the process must end.

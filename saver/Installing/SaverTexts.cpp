@@ -70,14 +70,14 @@ std::string slidersText(std::span<const ParamDecl> params) {
     return text + "  </hgroup>\n";
 }
 
-// A value of a desktop entry, 4 and 5 of the specification: one line.
+// A value in one line (Desktop Entry Specification 1.5, sections 4 and 5).
 std::string entryValue(std::string_view text) {
     return escaped(text, [](char c) -> std::string_view {
         return c == '\\' ? "\\\\" : isControl(c) ? " " : "";
     });
 }
 
-// An argument of Exec, 7: in quotes, with field codes escaped.
+// An argument of Exec (section 7): in quotes, with field codes escaped.
 std::string entryWord(const std::filesystem::path& path) {
     const std::string word = escaped(path.string(), [](char c) -> std::string_view {
         switch (c) {

@@ -27,7 +27,7 @@ class SoundChunks {
     std::int64_t length() const { return length_; }
 
     // The first chunk that is missing of the stretch, in its direction, and of the `ahead` chunks
-    // after it; absent if there is none.
+    // after it; absent if all are there.
     std::optional<std::int64_t> missing(const SoundStretch& stretch, std::int64_t ahead = 0) const;
     // Interleaved stereo of chunk `number`, from its first frame on. Drops the chunks that are the
     // farthest from it.

@@ -7,7 +7,8 @@ class Function;
 
 namespace tarnwick::msl {
 
-// Afterwards every integer has 1, 8, 16, 32 or 64 bits. Throws TranslationError above 64.
+// Afterwards every integer has 1, 8, 16, 32 or 64 bits, and no single bit is reversed or counted.
+// Throws TranslationError above 64.
 void promoteOddIntegers(llvm::Function& main);
 
 } // namespace tarnwick::msl
