@@ -79,6 +79,14 @@ int abandonedOwner(const fs::path& folder) {
     return -1;
 }
 
+// Whether the name is that of a temporary folder: NAME.NUMBER.partial or
+// NAME.NUMBER-NUMBER.partial.
+bool isOurs(const fs::path& folder) {
+    const std::string number = folder.stem().extension().string();
+    return number.size() > 1 && number.find_first_not_of("0123456789-", 1) == std::string::npos;
+}
+
+// A process that was killed between two calls leaves an empty folder, without an owner.
 void removeAbandoned(const fs::path& parent) {
     std::error_code error;
     std::vector<fs::path> left;
@@ -89,13 +97,17 @@ void removeAbandoned(const fs::path& parent) {
     for (const fs::path& folder : left)
         if (const int owner = abandonedOwner(folder); owner >= 0)
             clear(folder, owner);
+        else if (isOurs(folder))
+            rmdir(folder.c_str()); // if it is empty
 }
 
 // The new owner of a new folder. -1 if another process removes the folder, because it found it
-// before it was locked. Throws TemporaryFolderError.
+// empty or before it was locked. Throws TemporaryFolderError.
 int newOwner(const fs::path& folder) {
     const fs::path file = folder / ownerName;
     const int owner = open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (owner < 0 && errno == ENOENT)
+        return -1;
     if (owner < 0) {
         const std::string reason = std::strerror(errno);
         rmdir(folder.c_str());

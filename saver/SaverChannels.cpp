@@ -5,6 +5,7 @@
 #include "TarnwickRender/FrameInputs.h"
 #include "TarnwickRender/ShaderError.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <utility>
@@ -72,6 +73,15 @@ class Reading {
 ChannelSources bundledChannels(const Bundle& bundle, gpu::Device& device,
                                std::vector<std::string>& remarks) {
     return Reading(bundle.folder() / "Channels", device, remarks).channels("");
+}
+
+bool keepState(const ChannelSources& channels) {
+    return std::ranges::any_of(channels, [](const ChannelSource& source) {
+        const ChannelEpisode* episode = source.episode.get();
+        return !source.file.empty() || (episode != nullptr && (episode->program->isParticles() ||
+                                                               episode->program->readsPrevious() ||
+                                                               keepState(episode->channels)));
+    });
 }
 
 } // namespace tarnwick

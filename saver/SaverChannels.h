@@ -15,4 +15,8 @@ namespace tarnwick {
 ChannelSources bundledChannels(const Bundle& bundle, gpu::Device& device,
                                std::vector<std::string>& remarks);
 
+// Whether they are not to be opened again for a picture of another size: files have a size of their
+// own, and episodes with particles or a previous frame would be computed from time 0 again.
+bool keepState(const ChannelSources& channels);
+
 } // namespace tarnwick

@@ -108,14 +108,16 @@ void TarnwickSaverView::judgeFrames() {
 }
 
 void TarnwickSaverView::mtkViewDrawableSizeWillChange(MTKView&, const PixelSize&) {
-    frames_.reset();
+    hasNewSize_ = true;
 }
 
 void TarnwickSaverView::drawInMTKView(MTKView& view) {
     if (!program_ || !queue_)
         return;
-    // New pictures of channels are written only while no frame reads the last ones.
-    if (inputs_ && !view.waitUntilDrawn(longestStep))
+    // New pictures of channels, and particles for a picture of another size, are written only while
+    // no frame reads the last ones.
+    const bool isContinued = hasNewSize_ && frames_ && frames_->simulation() != nullptr;
+    if ((inputs_ || isContinued) && !view.waitUntilDrawn(longestStep))
         return;
     const auto pass = view.currentRenderPassDescriptor();
     const gpu::Texture* drawable = view.currentDrawable();
@@ -160,21 +162,31 @@ FrameMoment TarnwickSaverView::moment() const {
             .frame = static_cast<std::uint32_t>(std::max(0.0, clock_ * framesPerSecond))};
 }
 
+// Particles go on at the new size.
 void TarnwickSaverView::fitFrames(gpu::Device* device, const gpu::Texture& drawable) {
+    hasNewSize_ = false;
     const std::int64_t width = drawable.width(), height = drawable.height();
     if (device == nullptr || (frames_ && frames_->width() == width && frames_->height() == height))
         return;
-    frames_ = ProgramFrames::make(program_, *device, width, height, valuesOverTime(settings_));
+    auto frames = ProgramFrames::make(program_, *device, width, height, valuesOverTime(settings_));
     absence_.reset();
-    if (!frames_)
+    if (!frames)
         absence_ = ProgramFrames::absence(*program_, *device, width, height);
+    else if (frames_)
+        frames->follow(*frames_, *device, *queue_); // else they start again
+    frames_ = std::move(frames);
+    fitInputs(*device, width, height);
+}
+
+// Channels with a state keep their size, because they would be computed from time 0 again.
+void TarnwickSaverView::fitInputs(gpu::Device& device, std::int64_t width, std::int64_t height) {
     const bool hasChannels = std::ranges::any_of(channels_, [](const ChannelSource& source) {
         return source.episode || !source.file.empty();
     });
+    if (!hasChannels || (inputs_ && keepState(channels_)))
+        return;
     try {
-        if (hasChannels)
-            inputs_ =
-                EpisodeInputs::make(program_, *device, width, height, {.channels = channels_});
+        inputs_ = EpisodeInputs::make(program_, device, width, height, {.channels = channels_});
     } catch (const InputError& error) {
         absence_ = error.what();
     }

@@ -24,8 +24,8 @@ namespace tarnwick {
 // is set up in the constructor and nothing is tried again: afterwards there is a subview (metal())
 // that draws, or a failure. Frames that take too long are a failure later. The settings are
 // optional: a missing or malformed document is ignored, values outside a declared range are
-// clamped. Waits for the GPU only with channels, for a tenth of a second at most; otherwise it
-// waits for a drawable if the host draws while no drawable is free.
+// clamped. Waits for the GPU with channels and for particles at a new size, for a tenth of a second
+// at most; otherwise it waits for a drawable if the host draws while no drawable is free.
 class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate {
   public:
     // `params` replace base values and keys of the bundle's settings.
@@ -63,13 +63,15 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
     void drawInMTKView(MTKView& view) override;
     void advanceClock();
     void fitFrames(gpu::Device* device, const gpu::Texture& drawable);
+    void fitInputs(gpu::Device& device, std::int64_t width, std::int64_t height);
     ShaderInputs inputs();
     FrameMoment moment() const;
 
     std::unique_ptr<MTKView> metal_;
     std::shared_ptr<const ShaderProgram> program_; // shared with the frames
     std::unique_ptr<gpu::CommandQueue> queue_;
-    std::unique_ptr<ProgramFrames> frames_; // of the drawable's size
+    std::unique_ptr<ProgramFrames> frames_; // of the size of the last drawable
+    bool hasNewSize_ = false;               // of drawables, since that one
     ChannelSources channels_;
     std::shared_ptr<FrameInputs> inputs_; // null without channels
     Settings settings_;

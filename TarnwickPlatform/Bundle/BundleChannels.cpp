@@ -18,12 +18,13 @@ void writeChannel(const fs::path& folder, const BundleChannel& channel) {
         writeWholeFile(placeOf(folder, channel, ".json"), channel.settings);
         return;
     }
+    UnfinishedFile copy(placeOf(folder, channel, channel.file.extension().string()));
     std::error_code error;
-    fs::copy_file(channel.file, placeOf(folder, channel, channel.file.extension().string()),
-                  fs::copy_options::overwrite_existing, error);
+    fs::copy_file(channel.file, copy.path(), error);
     if (error)
         throw BundleError(channel.file.string() + " cannot be copied into " + folder.string() +
                           ": " + error.message() + ".");
+    copy.finish();
 }
 
 } // namespace

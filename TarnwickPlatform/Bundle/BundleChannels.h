@@ -22,7 +22,7 @@ struct BundleChannel {
 std::vector<std::filesystem::path> channelFiles(const std::filesystem::path& folder,
                                                 std::span<const BundleChannel> channels);
 
-// Writes them; existing files are replaced. Throws BundleError. Blocks.
+// Writes each as a whole; existing files are replaced. Throws BundleError. Blocks.
 void writeChannels(const std::filesystem::path& folder, std::span<const BundleChannel> channels);
 
 } // namespace tarnwick

@@ -1,5 +1,9 @@
 // tarnwick saver install, list, preview and uninstall: savers in the user's desktop.
 #include "TarnwickBase/InstalledFiles.h"
+#include "TarnwickCore/Text/Characters.h"
+#include "TarnwickCore/Text/Lines.h"
+#include "TarnwickCore/Text/UTF8.h"
+#include "TarnwickPlatform/Bundle/TextFile.h"
 #include "programs/Commands/Command.h"
 #include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeFile.h"
@@ -22,7 +26,7 @@ namespace {
 
 using nlohmann::ordered_json;
 
-std::string linesOf(const std::vector<std::string>& sentences) {
+std::string linesWith(const std::vector<std::string>& sentences) {
     std::string lines;
     for (const std::string& sentence : sentences)
         lines += terminalText(sentence) + "\n";
@@ -37,12 +41,22 @@ template <class Work> auto reported(const Work& work) {
     }
 }
 
+std::string checkedName(std::string_view name) {
+    if (!isUTF8(name))
+        misuse("--name is not text in UTF-8.");
+    if (trimmed(name).empty())
+        misuse("--name must not be empty.");
+    if (linesOf(name).front() != name)
+        misuse("--name is more than one line.");
+    return std::string(name);
+}
+
 std::string nameOf(const Arguments& arguments, const Episode& episode) {
     if (const auto given = arguments.value("--name"))
-        return std::string(*given);
-    return episode.metaKeys.contains("episode")
-               ? episode.meta.title
-               : std::filesystem::path(episode.path).stem().string();
+        return checkedName(*given);
+    const bool hasTitle = episode.metaKeys.contains("episode") && !episode.meta.title.empty();
+    return hasTitle ? episode.meta.title
+                    : wellFormedUTF8(std::filesystem::path(episode.path).stem().string());
 }
 
 // `before` is the address of the episode that shows the channels, with a point.
@@ -68,8 +82,6 @@ Status install(const Arguments& arguments) {
     checkCompiles(episode);
     Settings settings = episodeSettingsOf(arguments, episode);
     settings.name = nameOf(arguments, episode);
-    if (settings.name.empty())
-        misuse("--name must not be empty.");
     std::vector<BundleChannel> channels;
     addChannels(episodeChannelsOf(arguments, episode), "", channels);
     const InstallReport report = reported([&] {
@@ -80,7 +92,7 @@ Status install(const Arguments& arguments) {
                             saverPlaces());
     });
     print(terminalText(settings.name + " is installed in " + report.bundle.string() + ".") + "\n" +
-          linesOf(report.remarks));
+          linesWith(report.remarks));
     return Status::done;
 }
 
@@ -135,7 +147,7 @@ Status preview(const Arguments& arguments) {
 Status uninstall(const Arguments& arguments) {
     const InstalledSaver saver = saverOf(arguments);
     const InstallReport report = reported([&] { return uninstallSaver(saver, saverPlaces()); });
-    print(terminalText(saver.name) + " is removed.\n" + linesOf(report.remarks));
+    print(terminalText(saver.name) + " is removed.\n" + linesWith(report.remarks));
     return Status::done;
 }
 

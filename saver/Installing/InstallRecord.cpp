@@ -29,19 +29,28 @@ std::optional<InstallRecord> recordIn(const fs::path& bundle) {
     if (!files.is_object())
         return std::nullopt;
     InstallRecord record;
-    for (const auto& [path, digest] : files.items())
-        if (digest.is_string() && fs::path(path).is_absolute())
-            record.files[path] = digest.get<std::string>();
+    for (const auto& [path, digests] : files.items()) {
+        if (!fs::path(path).is_absolute())
+            continue;
+        for (const nlohmann::json& one : digests) // a string is a sequence of itself
+            if (one.is_string())
+                record.files[path].insert(one.get<std::string>());
+    }
+    if (const nlohmann::json& name = memberOf(*document, "name"); name.is_string())
+        record.name = name.get<std::string>();
     record.madeProgramList = memberOf(*document, "madeProgramList") == true;
     return record;
 }
 
 void writeRecord(const InstallRecord& record, const fs::path& bundle) {
     nlohmann::ordered_json files = nlohmann::ordered_json::object();
-    for (const auto& [path, digest] : record.files)
-        files[path.string()] = digest;
-    const nlohmann::ordered_json document{{"files", files},
-                                          {"madeProgramList", record.madeProgramList}};
+    for (const auto& [path, digests] : record.files)
+        if (digests.size() == 1)
+            files[path.string()] = *digests.begin();
+        else
+            files[path.string()] = digests;
+    const nlohmann::ordered_json document{
+        {"name", record.name}, {"files", files}, {"madeProgramList", record.madeProgramList}};
     writeWholeFile(recordFile(bundle),
                    document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) +
                        "\n");
@@ -54,7 +63,7 @@ bool isUnchanged(const fs::path& file, const std::optional<InstallRecord>& recor
     if (!record || !record->files.contains(file) || fs::is_symlink(file, ignored))
         return false;
     const auto bytes = fileBytes(file);
-    return bytes && digestOf(*bytes) == record->files.at(file);
+    return bytes && record->files.at(file).contains(digestOf(*bytes));
 }
 
 } // namespace tarnwick

@@ -4,14 +4,18 @@
 #include <filesystem>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
 namespace tarnwick {
 
+// Written before the files, so that an installation that was interrupted can be repeated or undone.
 struct InstallRecord {
-    // SHA-256 of the written bytes by the absolute path of the file.
-    std::map<std::filesystem::path, std::string> files;
+    std::string name; // of the saver; empty in records of older releases
+    // SHA-256 of the written bytes by the absolute path of the file. While an installation is
+    // unfinished, a file may have the bytes of this one or of those before it.
+    std::map<std::filesystem::path, std::set<std::string>> files;
     bool madeProgramList = false; // ~/.xscreensaver did not exist
 
     bool operator==(const InstallRecord&) const = default;

@@ -1,9 +1,7 @@
 #include "saver/Installing/InstalledSavers.h"
 
-#include "TarnwickBase/OutputFile.h"
 #include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickBase/WholeFile.h"
-#include "TarnwickPlatform/Bundle/Bundle.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "saver/Installing/InstallRecord.h"
 #include "saver/Installing/ProgramList.h"
@@ -55,177 +53,15 @@ std::string purposeOf(const Episode& episode) {
                                         : episode.meta.teaches + "\n\nDrawn by Tarnwick.";
 }
 
-// Writes files and notes them.
-class Installation {
-  public:
-    Installation(const SaverOrder& order, const SaverPlaces& places)
-        : order_(order), places_(places), files_(filesOf(saverId(order.settings.name), places)) {}
-
-    InstallReport run() {
-        before_ = recordIn(files_.bundle);
-        checkPlaces();
-        record_.madeProgramList = before_ && before_->madeProgramList;
-        try {
-            makeShader();
-            makeChannels();
-            writeTexts();
-            addToMate();
-            addToXScreenSaver();
-        } catch (...) {
-            noteUnfinished();
-            throw;
-        }
-        writeRecord(record_, files_.bundle);
-        report_.bundle = files_.bundle;
-        return report_;
-    }
-
-  private:
-    void checkPlaces() const {
-        if (isThere(files_.bundle) && !before_)
-            throw InstallError(files_.bundle.string() +
-                               " already exists and was not installed by tarnwick saver install; "
-                               "the saver needs another name.");
-        std::vector<fs::path> made = channelFiles(files_.bundle, order_.channels);
-        made.insert(made.end(), {files_.launcher, files_.description, files_.entry});
-        for (const fs::path& file : made)
-            if (!isUnchanged(file, before_))
-                throw InstallError(file.string() +
-                                   " was made or changed by somebody else; the saver needs another "
-                                   "name.");
-    }
-
-    // So that an installation that failed half way can be removed.
-    void noteUnfinished() noexcept try {
-        if (before_)
-            record_.files.insert(before_->files.begin(), before_->files.end());
-        if (!record_.files.empty())
-            writeRecord(record_, files_.bundle);
-    } catch (...) { // the first error is told
-    }
-
-    void makeShader() {
-        const TemporaryFolder folder;
-        const fs::path text = folder.path() / "shader.metal", settings = folder.path() / "s.json";
-        writeWholeFile(text, order_.episode.text);
-        writeWholeFile(settings, order_.settings.encode());
-        makeBundle(files_.bundle, text, settings);
-        const fs::path shader = files_.bundle / "Shader";
-        for (const char* name : {"shader.metal", "saver.json", ".tarnwick-made"})
-            record_.files[shader / name] = digestOf(fileBytes(shader / name).value_or(""));
-    }
-
-    // Removes those of the last installation that are not wanted any more.
-    void makeChannels() {
-        writeChannels(files_.bundle, order_.channels);
-        for (const fs::path& file : channelFiles(files_.bundle, order_.channels))
-            record_.files[file] = digestOf(fileBytes(file).value_or(""));
-        if (!before_)
-            return;
-        for (const auto& [file, digest] : before_->files)
-            if (file.parent_path() == files_.bundle / "Channels" && !record_.files.contains(file) &&
-                isUnchanged(file, before_))
-                fs::remove(file);
-    }
-
-    void write(const fs::path& file, const std::string& bytes) {
-        fs::create_directories(file.parent_path());
-        writeWholeFile(file, bytes);
-        record_.files[file] = digestOf(bytes);
-    }
-
-    void writeTexts() {
-        const std::string& name = order_.settings.name;
-        write(files_.launcher, launcherText(name, order_.program, files_.bundle));
-        fs::permissions(files_.launcher,
-                        fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec,
-                        fs::perm_options::add);
-        const std::vector<ParamDecl> params = paramsOf(order_);
-        write(files_.description, descriptionText({.program = files_.launcher.filename().string(),
-                                                   .name = name,
-                                                   .text = purposeOf(order_.episode),
-                                                   .params = params}));
-    }
-
-    void addToMate() {
-        if (!isThere(places_.mateProgram))
-            return;
-        write(files_.entry, entryText(order_.settings.name, places_.mateProgram, files_.bundle));
-        report_.remarks.push_back("mate-screensaver lists it as " + order_.settings.name + ".");
-    }
-
-    void addToXScreenSaver() {
-        const bool hasList = isThere(places_.xscreensaver);
-        if (!hasList && !isThere(places_.descriptions)) {
-            report_.remarks.emplace_back("XScreenSaver is not installed here.");
-            return;
-        }
-        if (hasList)
-            keepOldList();
-        const std::string list = hasList ? readList() : "";
-        if (!listsProgram(list, files_.launcher.string()))
-            writeList(
-                withProgram(list, {.name = order_.settings.name,
-                                   .command = shellWord(files_.launcher.string()) + " --root"}));
-        record_.madeProgramList |= !hasList;
-        report_.remarks.push_back("XScreenSaver lists it as " + order_.settings.name + ".");
-        const fs::path system = places_.descriptions / files_.description.filename();
-        if (fileBytes(system) != fileBytes(files_.description))
-            report_.remarks.push_back(
-                "XScreenSaver reads descriptions from a folder of the system only. For sliders in "
-                "its settings: sudo cp " +
-                shellWord(files_.description.string()) + " " + shellWord(system.string()));
-    }
-
-    std::string readList() const {
-        auto text = fileBytes(places_.xscreensaver);
-        if (!text)
-            throw InstallError(places_.xscreensaver.string() + " cannot be read.");
-        return *std::move(text);
-    }
-
-    // The first one stays, also when the saver is installed again.
-    void keepOldList() {
-        if (!isThere(files_.oldList))
-            write(files_.oldList, readList());
-        else if (before_ && before_->files.contains(files_.oldList))
-            record_.files[files_.oldList] = before_->files.at(files_.oldList);
-    }
-
-    void writeList(const std::string& text) const {
-        replaceKeepingMode(places_.xscreensaver, text);
-    }
-
-  public:
-    static void replaceKeepingMode(const fs::path& file, const std::string& text) {
-        std::error_code isNew;
-        const fs::file_status status = fs::status(file, isNew);
-        writeWholeFile(file, text);
-        if (fs::is_regular_file(status))
-            fs::permissions(file, status.permissions());
-    }
-
-  private:
-    const SaverOrder& order_;
-    const SaverPlaces& places_;
-    SaverFiles files_;
-    std::optional<InstallRecord> before_;
-    InstallRecord record_;
-    InstallReport report_;
-};
-
-// What `work` throws as an InstallError.
-template <class Work> auto reported(const Work& work) {
-    try {
-        return work();
-    } catch (const InstallError&) {
-        throw;
-    } catch (const fs::filesystem_error& error) {
-        throw InstallError(error.path1().string() +
-                           " cannot be written: " + error.code().message() + ".");
-    } catch (const std::runtime_error& error) { // of files and bundles: whole sentences
-        throw InstallError(error.what());
-    }
+// The settings of XScreenSaver may be private.
+void replaceKeepingMode(const fs::path& file, const std::string& text) {
+    std::error_code isNew;
+    const fs::file_status status = fs::status(file, isNew);
+    UnfinishedFile unfinished(file);
+    writeWholeFile(unfinished.path(), text);
+    if (fs::is_regular_file(status))
+        fs::permissions(unfinished.path(), status.permissions());
+    unfinished.finish();
 }
 
 // A record names no other files, unless somebody changed it.
@@ -245,7 +81,250 @@ void removeFromXScreenSaver(const SaverFiles& files, const InstallRecord& record
     if (record.madeProgramList && left == withoutProgram(own, files.launcher.string()))
         fs::remove(places.xscreensaver);
     else
-        Installation::replaceKeepingMode(places.xscreensaver, left);
+        replaceKeepingMode(places.xscreensaver, left);
+}
+
+// Keeps what a person put there, and removes the folders of processes that were killed, as each
+// TemporaryFolder does where it is made.
+void removeIfEmpty(const fs::path& folder) {
+    std::error_code error;
+    if (!fs::is_empty(folder, error) && !error)
+        const TemporaryFolder removing(folder, "removing");
+    fs::remove(folder, error);
+}
+
+// Removes what an installation made, the record last, so that an interrupted removal can be
+// repeated. Returns sentences about files that are kept.
+std::vector<std::string> removeMade(const SaverFiles& files, const InstallRecord& record,
+                                    const SaverPlaces& places) {
+    std::vector<std::string> remarks;
+    removeFromXScreenSaver(files, record, places);
+    for (const auto& [file, digests] : record.files) {
+        if (!isPlaceOf(files, file) || !isThere(file))
+            continue;
+        if (isUnchanged(file, record))
+            fs::remove(file);
+        else
+            remarks.push_back(file.string() + " was changed and is kept.");
+    }
+    removeIfEmpty(files.bundle / "Shader");
+    removeIfEmpty(files.bundle / "Channels");
+    fs::remove(recordFile(files.bundle));
+    removeIfEmpty(files.bundle);
+    return remarks;
+}
+
+// Whether the folder is missing, or was left empty by a process that was killed.
+bool isFree(const fs::path& bundle) {
+    if (!isThere(bundle))
+        return true;
+    std::error_code error;
+    const fs::directory_iterator entries(bundle, error);
+    return !error && std::ranges::all_of(entries, [](const fs::directory_entry& entry) {
+        return entry.path().extension() == ".partial"; // of TemporaryFolder
+    });
+}
+
+std::string nameIn(const fs::path& bundle) {
+    if (const auto record = recordIn(bundle); record && !record->name.empty())
+        return record->name;
+    try {
+        return Settings::decode(fileBytes(bundle / "Shader" / "saver.json").value_or("")).name;
+    } catch (const DocumentError&) { // named by its folder
+        return bundle.stem().string();
+    }
+}
+
+// The id of a new saver, or of the one with this name: another saver may have the same letters.
+std::string idFor(const std::string& name, const SaverPlaces& places) {
+    const std::string first = saverId(name);
+    std::string id = first;
+    for (int number = 2;; ++number) {
+        const fs::path bundle = filesOf(id, places).bundle;
+        if (isFree(bundle) || !recordIn(bundle) || nameIn(bundle) == name)
+            return id;
+        id = first + "-" + std::to_string(number);
+    }
+}
+
+// A file of a saver that is to be written.
+struct NewFile {
+    fs::path path;
+    std::string bytes;
+};
+
+// First the record with all files, then the files: at each moment the record explains what is
+// there.
+class Installation {
+  public:
+    Installation(const SaverOrder& order, const SaverPlaces& places)
+        : order_(order), places_(places),
+          files_(filesOf(idFor(order.settings.name, places), places)),
+          before_(recordIn(files_.bundle)) {}
+
+    InstallReport run() {
+        plan();
+        checkPlaces();
+        InstallRecord unfinished = record_;
+        if (before_)
+            for (const auto& [file, digests] : before_->files)
+                unfinished.files[file].insert(digests.begin(), digests.end());
+        try {
+            fs::create_directories(files_.bundle);
+            writeRecord(unfinished, files_.bundle);
+            writeFiles();
+            addToXScreenSaver();
+        } catch (...) {
+            if (!before_)
+                undo(unfinished);
+            throw;
+        }
+        removeUnused();
+        writeRecord(record_, files_.bundle);
+        report_.bundle = files_.bundle;
+        return report_;
+    }
+
+  private:
+    void plan() {
+        record_.name = order_.settings.name;
+        hasList_ = isThere(places_.xscreensaver);
+        hasXScreenSaver_ = hasList_ || isThere(places_.descriptions);
+        record_.madeProgramList =
+            (before_ && before_->madeProgramList) || (hasXScreenSaver_ && !hasList_);
+        planFile(files_.bundle / "Shader" / "shader.metal", order_.episode.text);
+        planFile(files_.bundle / "Shader" / "saver.json", order_.settings.encode());
+        planFile(files_.launcher,
+                 launcherText(order_.settings.name, order_.program, files_.bundle));
+        const std::vector<ParamDecl> params = paramsOf(order_);
+        planFile(files_.description,
+                 descriptionText({.program = files_.launcher.filename().string(),
+                                  .name = order_.settings.name,
+                                  .text = purposeOf(order_.episode),
+                                  .params = params}));
+        if (isThere(places_.mateProgram))
+            planFile(files_.entry,
+                     entryText(order_.settings.name, places_.mateProgram, files_.bundle));
+        planOldList();
+        for (const BundleChannel& channel : order_.channels)
+            planChannel(channel);
+    }
+
+    void planFile(const fs::path& path, std::string bytes) {
+        record_.files[path].insert(digestOf(bytes));
+        made_.push_back({path, std::move(bytes)});
+    }
+
+    // The first one stays, also when the saver is installed again.
+    void planOldList() {
+        if (before_ && before_->files.contains(files_.oldList) && isThere(files_.oldList))
+            record_.files[files_.oldList] = before_->files.at(files_.oldList);
+        else if (hasList_ && !isThere(files_.oldList))
+            planFile(files_.oldList, readList());
+    }
+
+    void planChannel(const BundleChannel& channel) {
+        const std::vector<fs::path> places = channelFiles(files_.bundle, {&channel, 1});
+        if (channel.file.empty()) {
+            record_.files[places.front()].insert(digestOf(channel.text));
+            record_.files[places.back()].insert(digestOf(channel.settings));
+            return;
+        }
+        const auto bytes = fileBytes(channel.file);
+        if (!bytes)
+            throw InstallError(channel.file.string() + " cannot be read.");
+        record_.files[places.front()].insert(digestOf(*bytes));
+    }
+
+    void checkPlaces() const {
+        if (!isFree(files_.bundle) && !before_)
+            throw InstallError(files_.bundle.string() +
+                               " already exists and was not installed by tarnwick saver install; "
+                               "the saver needs another name.");
+        for (const auto& [file, digests] : record_.files)
+            if (!isUnchanged(file, before_))
+                throw InstallError(file.string() +
+                                   " was made or changed by somebody else; the saver needs another "
+                                   "name.");
+    }
+
+    void writeFiles() {
+        writeChannels(files_.bundle, order_.channels);
+        for (const NewFile& file : made_) {
+            fs::create_directories(file.path.parent_path());
+            writeWholeFile(file.path, file.bytes);
+        }
+        fs::permissions(files_.launcher,
+                        fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec,
+                        fs::perm_options::add);
+        if (record_.files.contains(files_.entry))
+            report_.remarks.push_back("mate-screensaver lists it as " + record_.name + ".");
+    }
+
+    void addToXScreenSaver() {
+        if (!hasXScreenSaver_) {
+            report_.remarks.emplace_back("XScreenSaver is not installed here.");
+            return;
+        }
+        const std::string list = hasList_ ? readList() : "";
+        if (!listsProgram(list, files_.launcher.string()))
+            replaceKeepingMode(
+                places_.xscreensaver,
+                withProgram(list, {.name = record_.name,
+                                   .command = shellWord(files_.launcher.string()) + " --root"}));
+        report_.remarks.push_back("XScreenSaver lists it as " + record_.name + ".");
+        const fs::path system = places_.descriptions / files_.description.filename();
+        if (fileBytes(system) != fileBytes(files_.description))
+            report_.remarks.push_back(
+                "XScreenSaver reads descriptions from a folder of the system only. For sliders in "
+                "its settings: sudo cp " +
+                shellWord(files_.description.string()) + " " + shellWord(system.string()));
+    }
+
+    std::string readList() const {
+        auto text = fileBytes(places_.xscreensaver);
+        if (!text)
+            throw InstallError(places_.xscreensaver.string() + " cannot be read.");
+        return *std::move(text);
+    }
+
+    // Files of the last installation, such as channels, that this one does not have.
+    void removeUnused() const {
+        if (!before_)
+            return;
+        for (const auto& [file, digests] : before_->files)
+            if (!record_.files.contains(file) && isPlaceOf(files_, file) &&
+                isUnchanged(file, before_))
+                fs::remove(file);
+    }
+
+    void undo(const InstallRecord& made) const noexcept try {
+        removeMade(files_, made, places_);
+    } catch (...) { // the first error is told
+    }
+
+    const SaverOrder& order_;
+    const SaverPlaces& places_;
+    SaverFiles files_;
+    std::optional<InstallRecord> before_; // absent for a new saver
+    InstallRecord record_;
+    std::vector<NewFile> made_; // without channels
+    bool hasList_ = false, hasXScreenSaver_ = false;
+    InstallReport report_;
+};
+
+// What `work` throws as an InstallError.
+template <class Work> auto reported(const Work& work) {
+    try {
+        return work();
+    } catch (const InstallError&) {
+        throw;
+    } catch (const fs::filesystem_error& error) {
+        throw InstallError(error.path1().string() +
+                           " cannot be written: " + error.code().message() + ".");
+    } catch (const std::runtime_error& error) { // of files and bundles: whole sentences
+        throw InstallError(error.what());
+    }
 }
 
 } // namespace
@@ -273,15 +352,10 @@ std::vector<InstalledSaver> installedSavers(const SaverPlaces& places) {
     std::vector<InstalledSaver> savers;
     std::error_code missing;
     for (const auto& entry : fs::directory_iterator(places.savers, missing)) {
-        if (entry.path().extension() != ".saver" || !isThere(entry.path() / "Shader"))
+        const bool isSaver = isThere(entry.path() / "Shader") || recordIn(entry.path());
+        if (entry.path().extension() != ".saver" || !isSaver)
             continue;
-        InstalledSaver saver{.name = entry.path().stem().string(), .bundle = entry.path()};
-        try {
-            saver.name =
-                Settings::decode(fileBytes(saver.bundle / "Shader" / "saver.json").value_or(""))
-                    .name;
-        } catch (const DocumentError&) { // named by its folder
-        }
+        InstalledSaver saver{.name = nameIn(entry.path()), .bundle = entry.path()};
         const SaverFiles files = filesOf(saver.id(), places);
         saver.isInstalled = recordIn(saver.bundle).has_value();
         saver.isListed = listsProgram(list, files.launcher.string());
@@ -307,21 +381,7 @@ InstallReport uninstallSaver(const InstalledSaver& saver, const SaverPlaces& pla
             throw InstallError(saver.bundle.string() +
                                " was not installed by tarnwick saver install and is kept.");
         const SaverFiles files = filesOf(saver.id(), places);
-        InstallReport report{.bundle = saver.bundle};
-        removeFromXScreenSaver(files, *record, places);
-        for (const auto& [file, digest] : record->files) {
-            if (!isPlaceOf(files, file))
-                continue;
-            if (isUnchanged(file, record))
-                fs::remove(file);
-            else
-                report.remarks.push_back(file.string() + " was changed and is kept.");
-        }
-        fs::remove(recordFile(saver.bundle));
-        std::error_code notEmpty; // what a person put there is kept
-        fs::remove(saver.bundle / "Shader", notEmpty);
-        fs::remove(saver.bundle / "Channels", notEmpty);
-        fs::remove(saver.bundle, notEmpty);
+        InstallReport report{.bundle = saver.bundle, .remarks = removeMade(files, *record, places)};
         const fs::path system = places.descriptions / files.description.filename();
         if (isThere(system))
             report.remarks.push_back("Its description is left in a folder of the system: sudo rm " +

@@ -50,9 +50,11 @@ std::string saverId(std::string_view name);
 
 // Makes the bundle `savers`/ID.saver with a launcher and a description in it, adds the launcher to
 // the programs of XScreenSaver if that is installed, and an entry for mate-screensaver if that may
-// run `mateProgram`. Installing an installed saver again replaces it. The file install.json of the
-// bundle lists all files with their digests: a file that a person made or changed is never
-// replaced. Throws InstallError; then no file of another program is changed. Blocks.
+// run `mateProgram`. Installing a name again replaces that saver; an id that a saver of another
+// name has gets a number. The file install.json of the bundle lists all files with their digests: a
+// file that a person made or changed is never replaced. Throws InstallError; then no file of
+// another program is changed, and a new saver leaves no file. If the process is killed, the same
+// call completes the installation, and uninstallSaver() undoes it. Blocks.
 InstallReport installSaver(const SaverOrder& order, const SaverPlaces& places);
 
 // In the order of their ids. Blocks.

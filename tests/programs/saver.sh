@@ -18,6 +18,24 @@ expect 2 "" saver preview nobody
 expect 0 "" saver uninstall 'Rose Two'
 cmp -s old home/.xscreensaver || complain 'another list' uninstall
 [ "$(find home -type f | wc -l)" = 1 ] || complain 'files are left' uninstall
+# One saver a name, also where names have the same letters.
+list=home/.xscreensaver
+for name in '日本' '月' '-x' "It's \"\$(touch ran)\`touch ran\`"; do
+    expect 0 "" saver install rose.metal --name "$name"
+done
+have ! -e ran
+have -d home/data/tarnwick/savers/saver-2.saver
+[ "$(grep -c 'tarnwick-' $list)" = 4 ] || complain 'another number of savers' list
+for launcher in home/data/tarnwick/savers/*.saver/tarnwick-*[!l]; do
+    sh -n "$launcher" || complain "not a script: $launcher"
+done
+for name in '日本' '月' -x "It's \"\$(touch ran)\`touch ran\`"; do
+    expect 0 "" saver uninstall -- "$name"
+done
+cmp -s old $list || complain 'another list' uninstall
+expect 2 'is not text in UTF-8' saver install rose.metal --name "$(printf 'a\377')"
+expect 2 'must not be empty' saver install rose.metal --name ' '
+expect 2 'more than one line' saver install rose.metal --name "$(printf 'a\nb')"
 echo 'float4 shade(' >broken.metal
 expect 1 "" saver install broken.metal
 [ ! -e home/data/tarnwick/savers/broken.saver ] || complain 'a saver that does not compile' install

@@ -174,8 +174,21 @@ TEST(SaverView, playsParticlesWithFourStepsAFrameAtMost) {
     EXPECT_EQ(saver.drawAt(0.05)[0], 3);
     EXPECT_EQ(saver.drawAt(0.15)[0], 7); // six steps on, of which four are made
     EXPECT_EQ(saver.drawAt(0.15)[0], 9);
-    saver.view.setFrame({0, 0, 100, 50}); // a run of that size starts from the spawning
-    EXPECT_EQ(saver.drawAt(0.15)[0], 3);
+    EXPECT_FALSE(saver.view.absence());
+}
+
+// Of the window, and of the guest that draws smaller pictures.
+TEST(SaverView, goesOnWithItsParticlesAtAnotherSize) {
+    DrawnSaver saver(particleEpisode("1", ""));
+    ASSERT_FALSE(saver.view.failure()) << *saver.view.failure();
+    saver.drawAt(0);
+    EXPECT_EQ(saver.drawAt(0.05)[0], 3);
+    saver.view.setFrame({0, 0, 100, 50});
+    EXPECT_EQ(saver.drawAt(0.10)[0], 6);
+    saver.view.metal()->setDrawableScale(0.5);
+    EXPECT_EQ(saver.drawAt(0.15)[0], 9);
+    EXPECT_EQ(saver.drawAt(0.15)[0], 9); // the trails, scaled
+    EXPECT_EQ(saver.target->lastPicture().width, 100u);
     EXPECT_FALSE(saver.view.absence());
 }
 

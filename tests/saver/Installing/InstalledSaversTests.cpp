@@ -5,9 +5,12 @@
 #include "saver/Installing/ProgramList.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
+#include <csignal>
 #include <filesystem>
 #include <set>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -140,6 +143,59 @@ TEST_F(Install, makesNoProgramListThatItDoesNotTakeAway) {
     fs::remove(places.descriptions); // without XScreenSaver
     install("Rose");
     EXPECT_FALSE(fs::exists(places.xscreensaver));
+}
+
+TEST_F(Install, keepsTheSaverOfAnotherNameWithTheSameLetters) {
+    const auto before = files();
+    EXPECT_EQ(install("\xe6\x97\xa5").bundle.filename(), "saver.saver");
+    EXPECT_EQ(install("\xe6\x9c\x88").bundle.filename(), "saver-2.saver");
+    EXPECT_EQ(install("!").bundle.filename(), "saver-3.saver");
+    EXPECT_EQ(install("\xe6\x9c\x88").bundle.filename(), "saver-2.saver");
+    uninstallSaver(*saverNamed("\xe6\x97\xa5", places), places);
+    EXPECT_EQ(saverNamed("saver-2", places)->name, "\xe6\x9c\x88");
+    for (const char* id : {"saver-2", "saver-3"})
+        uninstallSaver(*saverNamed(id, places), places);
+    EXPECT_EQ(files(), before);
+    EXPECT_EQ(fileText(places.xscreensaver), programs);
+}
+
+TEST_F(Install, leavesNothingOfANewSaverThatCannotBeInstalled) {
+    writeWholeFile(places.entries, "a file, not a folder");
+    const auto before = files();
+    EXPECT_THROW(install("Rose"), InstallError);
+    EXPECT_EQ(files(), before);
+    EXPECT_EQ(fileText(places.xscreensaver), programs);
+}
+
+// Killed at some time: the same installation completes it, another one replaces it, and removing
+// leaves nothing.
+TEST_F(Install, goesOnAfterItWasKilled) {
+    const fs::path photo = home / "photo.jpg";
+    writeWholeFile(photo, std::string(100'000, 'x'));
+    const auto before = files();
+    const auto killed = [&](int microseconds, const auto& work) {
+        const pid_t child = fork();
+        if (child == 0) {
+            work();
+            _exit(0);
+        }
+        usleep(static_cast<useconds_t>(microseconds));
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+    };
+    for (int round = 0; round < 12; ++round) {
+        const int microseconds = 300 + round * 700; // an installation takes some milliseconds
+        killed(microseconds, [&] { install("Rose", 1, {{.address = "0", .file = photo}}); });
+        killed(microseconds, [&] { install("Rose", 0.5); });
+        ASSERT_NO_THROW(install("Rose", 0.25)) << microseconds;
+        killed(microseconds, [&] { uninstallSaver(*saverNamed("Rose", places), places); });
+        ASSERT_NO_THROW(install("Rose", 0.25)) << microseconds;
+        EXPECT_TRUE(uninstallSaver(*saverNamed("Rose", places), places).remarks.empty());
+        ASSERT_EQ(files(), before) << microseconds;
+        ASSERT_EQ(fileText(places.xscreensaver), programs);
+        ASSERT_EQ(fs::status(places.xscreensaver).permissions(),
+                  fs::perms::owner_read | fs::perms::owner_write);
+    }
 }
 
 TEST(SaverId, isAFileNameForEveryName) {
