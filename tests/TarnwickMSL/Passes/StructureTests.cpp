@@ -41,38 +41,82 @@ TEST(Structure, endsWhatNeverEnds) {
     EXPECT_GT(stopped, 5u);
 }
 
-// Loops that follow one another, each of one to eight rounds.
-static std::string rowOfLoops(unsigned count) {
-    // # is the loop's number, @ that of the one before, $ that of the next.
-    constexpr std::string_view loop = "l#:\n"
-                                      "  %i# = phi i32 [0, %l@], [%n#, %l#]\n"
-                                      "  %s# = phi i32 [%v@, %l@], [%v#, %l#]\n"
-                                      "  %m# = mul i32 %s#, 747796405\n"
-                                      "  %v# = add i32 %m#, %a\n"
-                                      "  %n# = add i32 %i#, 1\n"
-                                      "  %e# = lshr i32 %v@, 29\n"
-                                      "  %c# = icmp ult i32 %i#, %e#\n"
-                                      "  br i1 %c#, label %l#, label %l$\n";
-    std::string text = "define i32 @f(i32 %a, i32 %v0) {\nl0:\n  br label %l1\n";
+// A function of `count` parts that follow one another, which compute %v# from %v@ and begin at
+// %l#. # is the number of a part, @ that of the one before, $ that of the next; `end` ends a part.
+static std::string rowOf(unsigned count, std::string_view part, std::string_view end) {
+    std::string text =
+        "define i32 @f(i32 %a, i32 %v0) {\n" + std::string(end) + "0:\n  br label %l1\n";
     for (unsigned k = 1; k <= count; ++k)
-        for (char letter : loop)
+        for (char letter : part)
             text += letter == '#'   ? std::to_string(k)
                     : letter == '@' ? std::to_string(k - 1)
                     : letter == '$' ? std::to_string(k + 1)
                                     : std::string(1, letter);
-    const std::string end = std::to_string(count + 1), last = std::to_string(count);
-    return text + "l" + end + ":\n  ret i32 %v" + last + "\n}\n";
+    return text + "l" + std::to_string(count + 1) + ":\n  ret i32 %v" + std::to_string(count) +
+           "\n}\n";
 }
 
-TEST(Structure, breaksUpLongRowsOfLoops) {
-    Twins::budget = 60'000;
-    Twins twins(rowOfLoops(20));
-    for (std::uint32_t input : {0u, 1u, 77u, 0x9e3779b9u})
-        EXPECT_EQ(twins.structured(input, 5), (Outcome{twins.original(input, 5), 0})) << input;
-    std::ptrdiff_t loops = std::count_if(
+// Each of one to eight rounds.
+static std::string rowOfLoops(unsigned count) {
+    return rowOf(count,
+                 "l#:\n"
+                 "  %i# = phi i32 [0, %l@], [%n#, %l#]\n"
+                 "  %s# = phi i32 [%v@, %l@], [%v#, %l#]\n"
+                 "  %m# = mul i32 %s#, 747796405\n"
+                 "  %v# = add i32 %m#, %a\n"
+                 "  %n# = add i32 %i#, 1\n"
+                 "  %e# = lshr i32 %v@, 29\n"
+                 "  %c# = icmp ult i32 %i#, %e#\n"
+                 "  br i1 %c#, label %l#, label %l$\n",
+                 "l");
+}
+
+// Loops with long rounds around loops: a value leaves them, from the end of a round.
+static std::string rowOfNests(unsigned count) {
+    std::string nest = "l#:\n"
+                       "  %j# = phi i32 [0, %x@], [%k#, %x#]\n"
+                       "  %s# = phi i32 [%v@, %x@], [%v#, %x#]\n"
+                       "  %e# = lshr i32 %s#, 29\n"
+                       "  br label %m#\n"
+                       "m#:\n"
+                       "  %i# = phi i32 [0, %l#], [%n#, %m#]\n"
+                       "  %t# = phi i32 [%s#, %l#], [%w#, %m#]\n"
+                       "  %u# = mul i32 %t#, 747796405\n"
+                       "  %w# = add i32 %u#, %a\n"
+                       "  %n# = add i32 %i#, 1\n"
+                       "  %c# = icmp ult i32 %i#, %e#\n"
+                       "  br i1 %c#, label %m#, label %x#\n"
+                       "x#:\n"
+                       "  %q#.0 = xor i32 %w#, %s#\n";
+    for (int k = 1; k <= 60; k += 2) {
+        const std::string next = std::to_string(k);
+        nest += "  %q#." + next + " = lshr i32 %q#." + std::to_string(k - 1) + ", 3\n  %q#." +
+                std::to_string(k + 1) + " = mul i32 %q#." + next + ", 747796405\n";
+    }
+    nest += "  %v# = add i32 %q#.60, %w#\n"
+            "  %k# = add i32 %j#, 1\n"
+            "  %f# = icmp ult i32 %k#, 8\n"
+            "  %g# = icmp slt i32 %v#, %a\n"
+            "  %h# = and i1 %f#, %g#\n"
+            "  br i1 %h#, label %l#, label %l$\n";
+    return rowOf(count, nest, "x");
+}
+
+static std::ptrdiff_t loopsOf(const Twins& twins) {
+    return std::count_if(
         twins.shader.structure.begin(), twins.shader.structure.end(),
         [](const auto& construct) { return construct.second.continueTarget != nullptr; });
-    EXPECT_GT(loops, 20);
+}
+
+TEST(Structure, breaksUpLongRowsOfLoopsAndNests) {
+    Twins::budget = 60'000;
+    Twins loops(rowOfLoops(20)), nests(rowOfNests(20));
+    for (Twins* twins : {&loops, &nests})
+        for (std::uint32_t input : {0u, 1u, 77u, 0x9e3779b9u})
+            EXPECT_EQ(twins->structured(input, 5), (Outcome{twins->original(input, 5), 0}))
+                << input;
+    EXPECT_EQ(loopsOf(loops), 20 + 3);
+    EXPECT_EQ(loopsOf(nests), 40 + 3);
 }
 
 // The driver unrolls the odd loops, and with them what is around them.
@@ -90,8 +134,8 @@ TEST(Structure, breaksUpRowsAtLoopsThatTheDriverKeeps) {
     const auto module = parse(assembly + "h25:\n  ret void\n}\n", context);
     llvm::DominatorTree tree(*module->getFunction("f"));
     int last = 0;
-    for (const llvm::BasicBlock* header : rowEnds(llvm::LoopInfo(tree))) {
-        const int loop = std::stoi(header->getName().drop_front().str());
+    for (const RowEnd& end : rowEnds(llvm::LoopInfo(tree))) {
+        const int loop = std::stoi(end.header->getName().drop_front().str());
         if (loop % 2 == 1)
             continue;
         EXPECT_LE(loop - last, 14); // the seventh that stays

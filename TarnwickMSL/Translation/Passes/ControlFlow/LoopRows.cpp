@@ -7,7 +7,14 @@
 // The driver unrolls most loops with a constant number of rounds before LLVM sees them, together
 // with a loop that runs once around one. So a row ends after as many loops of any kind, and after
 // as many loops without a constant number, at one of those.
+//
+// Loops around others do not end a row: the driver knows more constants than we do, and removes a
+// loop that it finds to leave in its first round. What was a list of nests is then a row. So a loop
+// that runs once goes around the outermost loop that begins with the next loop of the row, where it
+// is entered least often. Its test must be unknown to the driver, also without the outer loops.
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopRows.h"
+
+#include "TarnwickMSL/Translation/Passes/ControlFlow/LoopShape.h"
 
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/IR/IRBuilder.h>
@@ -30,27 +37,44 @@ static bool isCounted(const Loop& loop) {
            any_of(counter->incoming_values(), [](const Use& use) { return isa<ConstantInt>(use); });
 }
 
-SmallVector<BasicBlock*, 4> rowEnds(const LoopInfo& loops) {
-    SmallVector<BasicBlock*, 4> ends;
+// The outermost loop whose first loop without inner ones is this one.
+static const Loop& outermostFrom(const Loop& first) {
+    const Loop* loop = &first;
+    while (loop->getParentLoop() && loop->getParentLoop()->getSubLoops().front() == loop)
+        loop = loop->getParentLoop();
+    return *loop;
+}
+
+SmallVector<RowEnd, 4> rowEnds(const LoopInfo& loops) {
+    SmallVector<RowEnd, 4> ends;
     unsigned all = 0, uncounted = 0; // since the last end
     for (Loop* loop : loops.getLoopsInPreorder()) {
-        if (!loop->isInnermost()) {
-            all = uncounted = 0;
+        if (!loop->isInnermost())
             continue;
-        }
         all++;
         const bool isUncounted = !isCounted(*loop);
         uncounted += isUncounted ? 1 : 0;
         if (all <= longestRow && (!isUncounted || uncounted <= longestRow))
             continue;
-        ends.push_back(loop->getHeader());
+        const Loop& end = outermostFrom(*loop);
+        ends.push_back(
+            {end.getHeader(), end.isInnermost() ? Enclosure::vanishes : Enclosure::stays});
         all = 1;
-        uncounted = isUncounted ? 1 : uncounted;
+        if (isUncounted || !end.isInnermost())
+            uncounted = isUncounted ? 1 : 0;
     }
     return ends;
 }
 
-void enclose(BasicBlock& header, Structure& structure) {
+// Whether the invocation has left the loop by the test of its header, on its way to the merge.
+static Value* hasLeft(BasicBlock& header, const Merge& loop) {
+    auto* test = cast<BranchInst>(header.getTerminator());
+    return test->getSuccessor(0) == loop.merge
+               ? test->getCondition()
+               : IRBuilder<>(loop.merge->getTerminator()).CreateNot(test->getCondition());
+}
+
+void enclose(BasicBlock& header, Enclosure enclosure, Structure& structure) {
     const Merge inner = structure.lookup(&header);
     SmallVector<BasicBlock*, 2> before;
     for (BasicBlock* from : predecessors(&header))
@@ -59,17 +83,17 @@ void enclose(BasicBlock& header, Structure& structure) {
     BasicBlock* ahead = SplitBlockPredecessors(&header, before, ".ahead");
     BasicBlock* outer = SplitBlock(ahead, ahead->getTerminator());
     SplitBlock(outer, outer->getTerminator());
-    FoldSingleEntryPHINodes(inner.merge);
+    if (inner.merge->getSinglePredecessor())
+        FoldSingleEntryPHINodes(inner.merge);
     BasicBlock* again = SplitBlock(inner.merge, inner.merge->begin());
     BasicBlock* merge = SplitBlock(again, again->begin());
     SplitBlock(merge, merge->begin());
-    // All lanes leave in the same round, so their values need no phis of the outer header.
-    auto* test = cast<BranchInst>(header.getTerminator());
-    Value* isDone = test->getCondition();
-    if (test->getSuccessor(0) != inner.merge)
-        isDone = IRBuilder<>(inner.merge->getTerminator()).CreateNot(isDone);
     again->getTerminator()->eraseFromParent();
-    BranchInst::Create(merge, outer, isDone, again);
+    // All lanes leave in the same round, so their values need no phis of the outer header.
+    auto* test = BranchInst::Create(merge, outer, ConstantInt::getTrue(header.getContext()), again);
+    test->setCondition(enclosure == Enclosure::vanishes
+                           ? hasLeft(header, inner)
+                           : alwaysTrue(*outer, *again, *outer->getTerminator()));
     structure[outer] = {merge, again};
 }
 

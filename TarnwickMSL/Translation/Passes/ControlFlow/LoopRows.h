@@ -11,11 +11,22 @@ class LoopInfo;
 
 namespace tarnwick::msl {
 
-// The headers of the loops, without inner loops, at which long rows of such loops are divided, in
-// program order.
-llvm::SmallVector<llvm::BasicBlock*, 4> rowEnds(const llvm::LoopInfo& loops);
+// How a loop is wrapped in another one that runs once.
+enum class Enclosure {
+    vanishes, // with a loop that the driver unrolls; the loop's header leaves it
+    stays,
+};
 
-// Wraps the loop, which its header leaves, in another loop that runs once.
-void enclose(llvm::BasicBlock& header, Structure& structure);
+// A loop that ends a row of loops without inner loops: one of them, or one that begins with one.
+struct RowEnd {
+    llvm::BasicBlock* header = nullptr;
+    Enclosure enclosure = Enclosure::stays;
+};
+
+// Where long rows are divided, in program order.
+llvm::SmallVector<RowEnd, 4> rowEnds(const llvm::LoopInfo& loops);
+
+// Wraps the structured loop in another loop that runs once.
+void enclose(llvm::BasicBlock& header, Enclosure enclosure, Structure& structure);
 
 } // namespace tarnwick::msl

@@ -4,6 +4,7 @@
 
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/IR/Dominators.h>
+#include <llvm/IR/IRBuilder.h>
 #include <llvm/Transforms/Utils/BasicBlockUtils.h>
 
 namespace tarnwick::msl {
@@ -24,6 +25,17 @@ LoopShape splitLoop(Loop& loop, BasicBlock::iterator split, DominatorTree& tree,
     shape.continue_->setName("continue");
     shape.merge->setName("merge");
     return shape;
+}
+
+Value* alwaysTrue(BasicBlock& header, BasicBlock& last, Instruction& end) {
+    IRBuilder<> builder(&header, header.begin());
+    PHINode* parity = builder.CreatePHI(builder.getInt32Ty(), 2, "parity");
+    builder.SetInsertPoint(&end);
+    Value* next = builder.CreateXor(parity, builder.getInt32(1));
+    for (BasicBlock* from : predecessors(&header))
+        parity->addIncoming(from == &last ? next : builder.getInt32(0), from);
+    builder.SetInsertPoint(header.getTerminator());
+    return builder.CreateICmpNE(parity, builder.getInt32(2));
 }
 
 } // namespace tarnwick::msl

@@ -42,6 +42,7 @@
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopRows.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopShape.h"
 
+#include <llvm/ADT/SmallPtrSet.h>
 #include <llvm/Analysis/LoopInfo.h>
 #include <llvm/IR/Dominators.h>
 #include <llvm/IR/IRBuilder.h>
@@ -98,20 +99,6 @@ static bool isLong(const Loop& loop) {
     return round > added * usualRounds(loop);
 }
 
-// A comparison that is true in all rounds. The driver must neither fold it nor bound its rounds: it
-// removes each test for the end whose bound is above that of another test, also if that other one
-// is joined to a condition by `and`. So the value that is compared is no counter.
-static Value* alwaysTrue(const LoopShape& shape) {
-    IRBuilder<> builder(shape.header, shape.header->begin());
-    PHINode* parity = builder.CreatePHI(builder.getInt32Ty(), 2, "parity");
-    builder.SetInsertPoint(shape.latch->getTerminator());
-    Value* next = builder.CreateXor(parity, builder.getInt32(1));
-    for (BasicBlock* from : predecessors(shape.header))
-        parity->addIncoming(from == shape.continue_ ? next : builder.getInt32(0), from);
-    builder.SetInsertPoint(shape.header->getTerminator());
-    return builder.CreateICmpNE(parity, builder.getInt32(2));
-}
-
 static void leaveThroughMerge(const Loop& loop, const LoopShape& shape) {
     FoldSingleEntryPHINodes(shape.merge);
     for (Instruction* value : leavingValues(loop)) {
@@ -125,7 +112,7 @@ static void leaveThroughMerge(const Loop& loop, const LoopShape& shape) {
         phi->addIncoming(Constant::getNullValue(value->getType()), shape.header);
         phi->addIncoming(value, shape.latch);
     }
-    Value* stays = alwaysTrue(shape);
+    Value* stays = alwaysTrue(*shape.header, *shape.continue_, *shape.latch->getTerminator());
     shape.header->getTerminator()->eraseFromParent();
     BranchInst::Create(shape.body, shape.merge, stays, shape.header);
 }
@@ -155,14 +142,17 @@ void structureLoops(Function& main, Structure& structure) {
     DominatorTree tree(main);
     LoopInfo loops(tree);
     auto outerFirst = loops.getLoopsInPreorder();
-    auto enclosed = rowEnds(loops);
+    const auto ends = rowEnds(loops);
+    SmallPtrSet<const BasicBlock*, 4> leftFromHeader; // those that the driver may unroll
+    for (const RowEnd& end : ends)
+        if (end.enclosure == Enclosure::vanishes)
+            leftFromHeader.insert(end.header);
     for (Loop* loop : reverse(outerFirst)) {
         if (structure.contains(loop->getHeader()))
             continue;
         LoopShape shape = splitLoop(*loop, loop->getHeader()->getFirstNonPHIIt(), tree, loops);
-        const bool isEnclosed = is_contained(enclosed, shape.header);
         const bool keepsValues = leavingValues(*loop).empty();
-        if (isEnclosed || (!keepsValues && !isLong(*loop))) {
+        if (leftFromHeader.contains(shape.header) || (!keepsValues && !isLong(*loop))) {
             leaveFromHeader(*loop, shape);
         } else {
             leaveAtEnd(shape);
@@ -172,8 +162,8 @@ void structureLoops(Function& main, Structure& structure) {
         tree.recalculate(main);
         structure[shape.header] = {shape.merge, shape.continue_};
     }
-    for (BasicBlock* header : enclosed)
-        enclose(*header, structure);
+    for (const RowEnd& end : ends)
+        enclose(*end.header, end.enclosure, structure);
 }
 
 } // namespace tarnwick::msl
