@@ -1,11 +1,16 @@
-// Choices of bits whose result is selected against one of the two numbers: signs and fields.
+// Choices of bits whose result is selected against one of the two numbers: signs and fields, also
+// of a mask that is constant only when a pipeline is made.
 // LLVM 15 joins the choice and the selection wrongly on processors with AVX-512.
+// @constant rounds 3
 // @runs check 8 8
 // @expects 1016 | 3068 | 1024 | 1026 | 3076 | 1030 | 1032 | 1033
 // @expects 1 | 6 | 11 | 16 | 29 | 26 | 31 | 36
 // @expects 0 | 7 | 14 | 21 | 28 | 43 | 42 | 49
+// @expects 12601 | 20264 | 24087 | 36038 | 44021 | 53988 | 59507 | 67778
 #include <metal_stdlib>
 using namespace metal;
+
+constant uint rounds [[function_constant(0)]];
 
 kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1)]],
                   uint i [[thread_position_in_grid]]) {
@@ -24,4 +29,10 @@ kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1
     if (word % 3u == 2u)
         inserted = insert_bits(first, second, 2u, 2u);
     out[16 + i] = float(inserted);
+
+    uint digits = word * 7919u + 12345u;
+    for (uint k = 0; k < rounds; k++)
+        if ((word + k) % 3u == 1u)
+            digits = (digits & ~(15u << (5u * k))) | (((word * 5407u + 777u) & 15u) << (5u * k));
+    out[24 + i] = float(digits);
 }

@@ -5,6 +5,9 @@
 // all ways to write the choice with and, or, xor and add, which LLVM turns into this one. A
 // difference stays one.
 //
+// Masks may become constants in the driver: in loops that it unrolls, and by function constants. So
+// `(a & ~mask) | b` is one as well, in which b turns out to have no bits beside the mask.
+//
 // In: any code. Out: a choice of bits is a difference if its result, or a vector with it, is an arm
 // of a selection or an operand of a phi that has a value of a or b as another operand. The driver
 // keeps phis that are operands of each other in one register. So the uses of a phi are those of the
@@ -29,6 +32,7 @@ struct BitChoice {
     Value* clear; // the bits where the mask is clear
     Value* set;
     Value* mask;
+    bool mayHaveMore = false; // bits of `set` beside the mask, which the result then has too
 };
 
 using Values = SmallPtrSet<const Value*, 16>;
@@ -42,9 +46,13 @@ static bool areOpposite(Value* mask, Value* other) {
     return constant && isa<Constant>(other) && ConstantExpr::getNot(constant) == other;
 }
 
+static bool isWord(const Value& value) {
+    const unsigned bits = value.getType()->getScalarSizeInBits();
+    return bits == 32 || bits == 64;
+}
+
 static std::optional<BitChoice> choiceOf(Instruction& instruction) {
-    const unsigned bits = instruction.getType()->getScalarSizeInBits();
-    if (bits != 32 && bits != 64)
+    if (!isWord(instruction))
         return std::nullopt;
     Value *a = nullptr, *b = nullptr, *first = nullptr, *second = nullptr;
     if (match(&instruction, m_Intrinsic<Intrinsic::copysign>(m_Value(a), m_Value(b))))
@@ -63,6 +71,14 @@ static std::optional<BitChoice> choiceOf(Instruction& instruction) {
         std::swap(b, second);
     }
     return std::nullopt;
+}
+
+static std::optional<BitChoice> laterChoiceOf(Instruction& instruction) {
+    Value *a = nullptr, *b = nullptr, *mask = nullptr;
+    if (!match(&instruction, m_c_Or(m_c_And(m_Value(a), m_Not(m_Value(mask))), m_Value(b))) ||
+        isa<Constant>(mask) || isa<Constant>(b) || !isWord(instruction))
+        return std::nullopt;
+    return BitChoice{.clear = a, .set = b, .mask = mask, .mayHaveMore = true};
 }
 
 // Whether the value has lanes or bits of its operands, unchanged.
@@ -117,12 +133,16 @@ static Value* asDifference(Instruction& instruction, const BitChoice& choice) {
     Value* set = builder.CreateBitCast(choice.set, bits);
     Value* difference = builder.CreateSub(builder.CreateOr(clear, mask),
                                           builder.CreateAnd(builder.CreateNot(set), mask));
+    if (choice.mayHaveMore)
+        difference = builder.CreateOr(difference, builder.CreateAnd(set, builder.CreateNot(mask)));
     return builder.CreateBitCast(difference, type);
 }
 
 void rewriteBitChoices(Function& main) {
     for (Instruction& instruction : make_early_inc_range(instructions(main))) {
-        const auto choice = choiceOf(instruction);
+        auto choice = choiceOf(instruction);
+        if (!choice)
+            choice = laterChoiceOf(instruction);
         if (!choice)
             continue;
         Values sources, seen;
