@@ -45,6 +45,7 @@ struct ExportSegment {
     bool sound = false; // with the sound of the program; silence if it has none
     // A media file whose sound is added. It follows the timeline's clock and repeats; empty: none.
     std::filesystem::path soundFile{};
+    bool playsInputs = false; // with the sound files that a performance played
     std::optional<FrameLayout> layout{};
     std::shared_ptr<const ShaderProgram> soundProgram{}; // null: `program`
     // For the sound, unless a performance gives them. Absent: the base values of the timeline.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "TarnwickCore/Params.h"
+#include "TarnwickCore/Performance/Performance.h"
 #include "TarnwickRender/ShaderInputs.h"
 
 #include <stdexcept>
@@ -27,6 +28,8 @@ class FrameInputs {
     virtual ShaderInputs inputs(double time, const ParamValues& values) = 0;
     // The next call of inputs() starts from silence.
     virtual void reset() = 0;
+    // The files that a performance names from now on. Inputs that are always the same ignore them.
+    virtual void use(const PerformedInputs&) {}
     // Channels 0 to 3 at `time` seconds, as ShaderInputs has them.
     virtual std::vector<const gpu::Texture*> channels(double time);
 

@@ -1,5 +1,7 @@
 #include "TarnwickRender/SoundFileTap.h"
 
+#include "TarnwickPlatform/Movie/Reading/LoopedSound.h"
+
 #include <array>
 #include <utility>
 
@@ -16,22 +18,31 @@ std::unique_ptr<LoopedSound> opened(const std::filesystem::path& file) {
 
 } // namespace
 
-SoundFileTap::SoundFileTap(std::unique_ptr<LoopedSound> sound, std::unique_ptr<LevelInputs> levels)
-    : sound_(std::move(sound)), levels_(std::move(levels)) {}
+SoundFileTap::SoundFileTap(Samples samples, std::unique_ptr<LevelInputs> levels)
+    : samples_(std::move(samples)), levels_(std::move(levels)) {}
 
 std::unique_ptr<SoundFileTap> SoundFileTap::make(const std::filesystem::path& file,
                                                  gpu::Device& device) {
-    auto sound = opened(file);
+    std::shared_ptr<LoopedSound> sound = opened(file);
+    return make(
+        [sound](double start, double rate, std::span<float> stereo) {
+            sound->samples(start, rate, stereo);
+            return true;
+        },
+        device);
+}
+
+std::unique_ptr<SoundFileTap> SoundFileTap::make(Samples samples, gpu::Device& device) {
     auto levels = LevelInputs::make(device);
     if (!levels)
         throw InputError(device.info().name + " has no room for the levels of a sound.");
-    return std::unique_ptr<SoundFileTap>(new SoundFileTap(std::move(sound), std::move(levels)));
+    return std::unique_ptr<SoundFileTap>(new SoundFileTap(std::move(samples), std::move(levels)));
 }
 
 ShaderInputs SoundFileTap::inputs(double time, const ParamValues&) {
     std::array<float, std::size_t{2} * AudioAnalyzer::window> stereo{};
-    sound_->samples(time - SoundListener::heard, SoundListener::rate, stereo);
-    listener_.listen(time, AudioAnalyzer::mono(stereo));
+    if (samples_(time - SoundListener::heard, SoundListener::rate, stereo))
+        listener_.listen(time, AudioAnalyzer::mono(stereo));
     return levels_->inputs(listener_.analyzer().bands(), listener_.analyzer().spectrum());
 }
 

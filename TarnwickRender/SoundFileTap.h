@@ -1,13 +1,14 @@
 // Lets an episode react to the sound of a media file.
 #pragma once
 
-#include "TarnwickPlatform/Movie/Reading/LoopedSound.h"
 #include "TarnwickRender/FrameInputs.h"
 #include "TarnwickRender/LevelInputs.h"
 #include "TarnwickRender/Sound/SoundListener.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <span>
 
 namespace tarnwick {
 
@@ -19,13 +20,19 @@ class SoundFileTap : public FrameInputs {
     static std::unique_ptr<SoundFileTap> make(const std::filesystem::path& file,
                                               gpu::Device& device);
 
+    // Writes interleaved stereo from `start` seconds on, `rate` samples per second. False if it is
+    // not decoded yet; the levels remain then.
+    using Samples = std::function<bool(double start, double rate, std::span<float> stereo)>;
+    // Hears a file that is decoded elsewhere. Throws InputError.
+    static std::unique_ptr<SoundFileTap> make(Samples samples, gpu::Device& device);
+
     ShaderInputs inputs(double time, const ParamValues& values) override;
     void reset() override { listener_.reset(); }
 
   private:
-    SoundFileTap(std::unique_ptr<LoopedSound> sound, std::unique_ptr<LevelInputs> levels);
+    SoundFileTap(Samples samples, std::unique_ptr<LevelInputs> levels);
 
-    std::unique_ptr<LoopedSound> sound_;
+    Samples samples_;
     std::unique_ptr<LevelInputs> levels_;
     SoundListener listener_;
 };

@@ -6,6 +6,7 @@
 #include "TarnwickBase/Version.h"
 #include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/CommandLine/Help.h"
+#include "TarnwickPlatform/Sound/SoundOutput.h"
 #include "player/App/Background.h"
 #include "player/ChannelsPanel/ChannelActions.h"
 #include "player/CommandLine/PlayerForm.h"
@@ -86,6 +87,7 @@ std::vector<NumberedChoice> channelsOf(const Arguments& arguments) {
 
 int play(const Arguments& arguments, int count, char** words) {
     const std::vector<NumberedChoice> channels = channelsOf(arguments);
+    SoundOutput::askForServerBuffer();
     QApplication application(count, words);
     QApplication::setApplicationDisplayName(QStringLiteral("Tarnwick"));
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("tarnwick")));

@@ -10,12 +10,18 @@ namespace tarnwick {
 FrameWalk::FrameWalk(std::shared_ptr<const Performance> performance)
     : performance_(std::move(performance)) {
     precondition(performance_ != nullptr, "a walk has a performance");
+    state_ = performance_->start;
+    showState(true, true);
 }
 
-FrameControls FrameWalk::controls() {
-    if (!controls_)
-        controls_ = {std::make_shared<const Settings>(state_.settings), state_.pointer};
-    return *controls_;
+// Takes over what the controls have of the state. Unchanged records are shared.
+void FrameWalk::showState(bool hasSettings, bool hasInputs) {
+    if (hasSettings)
+        controls_.settings = std::make_shared<const Settings>(state_.settings);
+    if (hasInputs)
+        controls_.inputs = std::make_shared<const PerformedInputs>(state_.inputs);
+    controls_.pointer = state_.pointer;
+    controls_.heard = state_.heard;
 }
 
 std::vector<FramePassage> FrameWalk::advance(double seconds) {
@@ -33,10 +39,10 @@ std::vector<FramePassage> FrameWalk::advance(double seconds) {
 
 void FrameWalk::begin() {
     state_ = performance_->start;
-    controls_.reset();
+    showState(true, true);
     made_ = 0;
     lap_ = state_.transport.lapAt(0);
-    go(Transport::frameOf(state_.transport.timeAt(0)), Way::start, controls());
+    go(Transport::frameOf(state_.transport.timeAt(0)), Way::start, controls_);
 }
 
 // Nothing changes up to `seconds`, so the moments of the passages in between do not matter.
@@ -46,9 +52,9 @@ void FrameWalk::play(double seconds) {
     const std::int64_t to = Transport::frameOf(transport.timeAt(seconds));
     if (std::exchange(lap_, lap) != lap)
         go(transport.speed > 0 ? Transport::frameOf(transport.loop->start) : to, Way::start,
-           controls());
+           controls_);
     if (to != frame_)
-        go(to, Way::playing, controls());
+        go(to, Way::playing, controls_);
 }
 
 // The changes of one moment are one: a slider and a seek that were published together.
@@ -61,17 +67,20 @@ void FrameWalk::makeChanges() {
     const bool mayJump = std::any_of(first, end, [](const Performance::Change& change) {
         return std::holds_alternative<Transport>(change.what);
     });
-    const std::optional<FrameControls> before = mayJump ? std::optional(controls()) : std::nullopt;
+    const FrameControls before = controls_;
+    bool hasSettings = false, hasInputs = false;
     for (auto change = first; change != end; ++change) {
         apply(change->what, state_);
-        if (!std::holds_alternative<Transport>(change->what))
-            controls_.reset();
+        hasSettings |= std::holds_alternative<Performance::Value>(change->what) ||
+                       std::holds_alternative<Performance::Track>(change->what);
+        hasInputs |= std::holds_alternative<Performance::Input>(change->what);
     }
+    showState(hasSettings, hasInputs);
     made_ += static_cast<std::size_t>(end - first);
-    if (!before)
+    if (!mayJump)
         return;
     lap_ = state_.transport.lapAt(time);
-    go(Transport::frameOf(state_.transport.timeAt(time)), Way::jump, *before);
+    go(Transport::frameOf(state_.transport.timeAt(time)), Way::jump, before);
 }
 
 void FrameWalk::go(std::int64_t to, Way way, const FrameControls& left) {
@@ -83,7 +92,7 @@ void FrameWalk::go(std::int64_t to, Way way, const FrameControls& left) {
     FramePassage& passage = passages_.emplace_back();
     passage.to = to;
     passage.isJump = startsAgain || way == Way::jump;
-    passage.reached = controls();
+    passage.reached = controls_;
     if (!startsAgain) {
         passage.from = frame_;
         passage.left = left;

@@ -20,6 +20,8 @@ namespace tarnwick {
 struct FrameControls {
     std::shared_ptr<const Settings> settings; // never null
     PointerPlace pointer{};
+    std::shared_ptr<const PerformedInputs> inputs{}; // never null; another one after a change
+    HeardLevels heard{};
 };
 
 // The clock goes from one frame to a later one, or starts again and goes to `to`.
@@ -43,20 +45,21 @@ class FrameWalk {
 
     // At the time of the last call:
     const PerformedState& state() const { return state_; }
-    FrameControls controls();
+    const FrameControls& controls() const { return controls_; }
 
   private:
     void begin();
     void play(double seconds);
     void makeChanges();
+    void showState(bool hasSettings, bool hasInputs);
     enum class Way : std::uint8_t { playing, jump, start };
     void go(std::int64_t to, Way way, const FrameControls& left);
 
     std::shared_ptr<const Performance> performance_;
     PerformedState state_;
-    std::optional<FrameControls> controls_; // of the state; absent: it has changed
-    std::size_t made_ = 0;                  // changes
-    std::optional<double> at_;              // seconds of the last call
+    FrameControls controls_;   // of the state
+    std::size_t made_ = 0;     // changes
+    std::optional<double> at_; // seconds of the last call
     std::int64_t frame_ = 0, lap_ = 0;
     std::vector<FramePassage> passages_;
 };

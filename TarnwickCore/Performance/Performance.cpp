@@ -25,6 +25,11 @@ std::optional<float> valueOf(const ParamValues& values, const std::string& name)
     return found == values.end() ? std::nullopt : std::optional(found->second);
 }
 
+std::optional<PerformedFile> fileOf(const PerformedInputs& inputs, const std::string& name) {
+    const auto found = inputs.find(name);
+    return found == inputs.end() ? std::nullopt : std::optional(found->second);
+}
+
 const ParamDecl* declarationOf(const std::string& name, std::span<const ParamDecl> params) {
     const auto found = std::ranges::find(params, name, &ParamDecl::name);
     return found == params.end() ? nullptr : &*found;
@@ -66,6 +71,13 @@ struct Applying {
     }
     void operator()(const Pointer& change) const { state.pointer = change.place; }
     void operator()(const Transport& change) const { state.transport = change; }
+    void operator()(const Performance::Input& change) const {
+        if (change.file)
+            state.inputs[change.name] = *change.file;
+        else
+            state.inputs.erase(change.name);
+    }
+    void operator()(const HeardLevels& change) const { state.heard = change; }
 };
 
 } // namespace
@@ -77,8 +89,7 @@ Performance::EpisodeMark Performance::markOf(std::string_view title, std::string
 }
 
 Performance Performance::fitted(std::span<const ParamDecl> params) const {
-    Performance made{
-        .episode = episode, .start = start, .inputs = inputs, .length = length, .remarks = remarks};
+    Performance made{.episode = episode, .start = start, .length = length, .remarks = remarks};
     made.start.settings = start.settings.fitted(params);
     made.changes.reserve(changes.size());
     for (const Change& change : changes)
@@ -125,6 +136,12 @@ std::vector<Performance::What> changesBetween(const PerformedState& from,
                 changes.emplace_back(Track{name, {keys.keys(name).begin(), keys.keys(name).end()}});
     if (from.pointer != to.pointer)
         changes.emplace_back(Pointer{to.pointer});
+    if (from.inputs != to.inputs)
+        for (const std::string& name : namesOf(from.inputs, to.inputs))
+            if (fileOf(from.inputs, name) != fileOf(to.inputs, name))
+                changes.emplace_back(Performance::Input{name, fileOf(to.inputs, name)});
+    if (from.heard != to.heard)
+        changes.emplace_back(to.heard);
     if (from.transport != to.transport)
         changes.emplace_back(to.transport);
     return changes;

@@ -5,10 +5,13 @@
 #pragma once
 
 #include "TarnwickCore/Animation/Settings.h"
+#include "TarnwickCore/Live/LevelCodes.h"
 #include "TarnwickCore/Performance/Transport.h"
 
 #include <array>
 #include <cstdint>
+#include <map>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -21,10 +24,37 @@ namespace tarnwick {
 using PointerPlace = std::optional<std::array<float, 2>>; // [0, 1] from the lower left of the
                                                           // picture; absent: the middle
 
+// A file that a channel shows, or that the episode hears.
+struct PerformedFile {
+    std::string file; // its path; relative to the folder of the performance's file
+    std::uint64_t bytes = 0;
+    std::string sha256{};  // of the first 16 MiB
+    bool isPlayed = false; // a sound that is played, too
+
+    bool operator==(const PerformedFile&) const = default;
+};
+
+// By the name of the input: "0" to "3" are channels, "3.0" is channel 0 of the episode that channel
+// 3 shows, "audio" is the sound. Channels without a file are black.
+using PerformedInputs = std::map<std::string, PerformedFile>;
+inline constexpr const char* soundInput = "audio";
+
+// The levels of a microphone or of the desktop's sound; null: the episode hears the file of the
+// sound input, or its own sound.
+struct HeardLevels {
+    std::shared_ptr<const LevelCodes> codes{};
+
+    bool operator==(const HeardLevels& other) const {
+        return codes == other.codes || (codes && other.codes && *codes == *other.codes);
+    }
+};
+
 struct PerformedState {
     Settings settings;
     Transport transport; // its host clock is the clock of the performance
     PointerPlace pointer{};
+    PerformedInputs inputs{};
+    HeardLevels heard{};
 
     bool operator==(const PerformedState&) const = default;
 };
@@ -53,7 +83,13 @@ struct Performance {
 
         bool operator==(const Pointer&) const = default;
     };
-    using What = std::variant<Value, Track, Pointer, Transport>;
+    struct Input {
+        std::string name;
+        std::optional<PerformedFile> file{}; // absent: none any more
+
+        bool operator==(const Input&) const = default;
+    };
+    using What = std::variant<Value, Track, Pointer, Transport, Input, HeardLevels>;
     struct Change {
         double time = 0; // seconds of the performance
         What what;
@@ -61,23 +97,11 @@ struct Performance {
         bool operator==(const Change&) const = default;
     };
 
-    // A file that the episode heard, or that a channel showed, when the performance began.
-    struct Input {
-        std::string name; // "0" to "3"; "3.0": channel 0 of the episode of channel 3; "audio"
-        std::string file; // its path; relative to the folder of the performance's file
-        std::uint64_t bytes = 0;
-        std::string sha256{};  // of the first 16 MiB
-        bool isPlayed = false; // the sound of "audio" was played, too
-
-        bool operator==(const Input&) const = default;
-    };
-
     static constexpr double longest = 86400;   // seconds
     static constexpr double latestClock = 1e7; // seconds of the episode, of a change of the clock
 
     EpisodeMark episode{};
     PerformedState start{};
-    std::vector<Input> inputs{};
     std::vector<Change> changes{}; // ascending in time
     double length = 0;             // seconds; no change is after it
     // Sentences about what the performance used and does not hold, such as a camera.
@@ -104,6 +128,14 @@ struct Performance {
     std::string encodedBeginning() const;
     static std::string encoded(std::span<const Change> changes);
     std::string encodedEnd() const;
+
+    struct Summary {
+        std::string title; // of the episode
+        double length = 0; // seconds
+    };
+    // From the first and the last whole line of the document; fast for a long one. Throws
+    // DocumentError.
+    static Summary summary(std::string_view document);
 };
 
 // Makes the change.

@@ -36,17 +36,22 @@ ordered_json documentOf(const Transport& transport) {
     return list;
 }
 
-ordered_json documentOf(const std::vector<Performance::Input>& inputs) {
+ordered_json documentOf(const Performance::Input& input) {
+    ordered_json document{{"input", input.name}};
+    if (!input.file)
+        return document;
+    document["file"] = input.file->file;
+    document["bytes"] = input.file->bytes;
+    document["sha256"] = input.file->sha256;
+    if (input.file->isPlayed)
+        document["played"] = true;
+    return document;
+}
+
+ordered_json documentOf(const PerformedInputs& inputs) {
     ordered_json list = ordered_json::array();
-    for (const Performance::Input& input : inputs) {
-        ordered_json document{{"input", input.name},
-                              {"file", input.file},
-                              {"bytes", input.bytes},
-                              {"sha256", input.sha256}};
-        if (input.isPlayed)
-            document["played"] = true;
-        list.push_back(std::move(document));
-    }
+    for (const auto& [name, file] : inputs)
+        list.push_back(documentOf(Performance::Input{name, file}));
     return list;
 }
 
@@ -75,6 +80,13 @@ struct Writing {
         return {"mouse", documentOf(change.place)};
     }
     ordered_json operator()(const Transport& change) const { return {"clock", documentOf(change)}; }
+    ordered_json operator()(const Performance::Input& change) const {
+        return {"input", documentOf(change)};
+    }
+    ordered_json operator()(const HeardLevels& change) const {
+        return {"levels",
+                change.codes ? ordered_json(change.codes->encode()) : ordered_json(nullptr)};
+    }
 };
 
 std::string lineOf(const ordered_json& document) {
@@ -145,6 +157,51 @@ Performance::Track trackOf(const json& line, const std::string& where) {
     return {read.tracks.begin()->first, read.tracks.begin()->second};
 }
 
+std::string textMember(const json& object, const char* name, const std::string& where) {
+    const json& value = requiredMember(object, name, where);
+    if (!value.is_string())
+        throw DocumentError(where + " has a \"" + name + "\" that is not text.");
+    return value.get<std::string>();
+}
+
+// "audio", or numbers of channels with points between them.
+bool isInputName(std::string_view name) {
+    bool isInput = name.size() % 2 == 1;
+    for (std::size_t at = 0; at < name.size(); ++at)
+        isInput &= at % 2 == 0 ? name[at] >= '0' && name[at] <= '3' : name[at] == '.';
+    return isInput || name == soundInput;
+}
+
+std::optional<PerformedFile> fileOf(const json& document, const std::string& where) {
+    if (!document.contains("file"))
+        return std::nullopt;
+    const double bytes = requiredNumber(document, "bytes", where);
+    if (!(bytes >= 0 && bytes < 0x1p53))
+        throw DocumentError(where + " has an input of " + shortest(bytes) + " bytes.");
+    return PerformedFile{.file = textMember(document, "file", where),
+                         .bytes = static_cast<std::uint64_t>(bytes),
+                         .sha256 = textMember(document, "sha256", where),
+                         .isPlayed = document.contains("played") && document["played"] == true};
+}
+
+Performance::Input inputOf(const json& document, const std::string& where) {
+    const std::string name = textMember(document, "input", where);
+    if (!isInputName(name))
+        throw DocumentError(where + " has the input \"" + name +
+                            "\"; it must be audio, or a channel such as 3 or 3.0.");
+    return {.name = name, .file = fileOf(document, where)};
+}
+
+HeardLevels levelsOf(const json& value, const std::string& where) {
+    if (value.is_null())
+        return {};
+    const auto codes =
+        value.is_string() ? LevelCodes::decode(value.get_ref<const std::string&>()) : std::nullopt;
+    if (!codes)
+        throw DocumentError(where + " has levels that are not 352 letters of Base64.");
+    return {std::make_shared<const LevelCodes>(*codes)};
+}
+
 Performance::What whatOf(const json& line, const std::string& where) {
     const std::string& kindOfChange = line[1].get_ref<const std::string&>();
     if (kindOfChange == "value")
@@ -155,6 +212,10 @@ Performance::What whatOf(const json& line, const std::string& where) {
         return Performance::Pointer{placeOf(line[2], where)};
     if (kindOfChange == "clock")
         return transportOf(line[2], where);
+    if (kindOfChange == "input")
+        return inputOf(line[2], where);
+    if (kindOfChange == "levels")
+        return levelsOf(line[2], where);
     throw DocumentError(where + " has a change of the unknown kind \"" + kindOfChange + "\".");
 }
 
@@ -164,33 +225,16 @@ Performance::Change changeOf(const json& line, const std::string& where) {
     return {boundedOf(line[0], Performance::longest, where), whatOf(line, where)};
 }
 
-std::string textMember(const json& object, const char* name, const std::string& where) {
-    const json& value = requiredMember(object, name, where);
-    if (!value.is_string())
-        throw DocumentError(where + " has a \"" + name + "\" that is not text.");
-    return value.get<std::string>();
-}
-
-Performance::Input inputOf(const json& document, const std::string& where) {
-    const double bytes = requiredNumber(document, "bytes", where);
-    if (!(bytes >= 0 && bytes < 0x1p53))
-        throw DocumentError(where + " has an input of " + shortest(bytes) + " bytes.");
-    return {.name = textMember(document, "input", where),
-            .file = textMember(document, "file", where),
-            .bytes = static_cast<std::uint64_t>(bytes),
-            .sha256 = textMember(document, "sha256", where),
-            .isPlayed = document.contains("played") && document["played"] == true};
-}
-
 // Performances without inputs do not have the member.
-std::vector<Performance::Input> inputsOf(const json& line, const std::string& where) {
-    std::vector<Performance::Input> inputs;
+PerformedInputs inputsOf(const json& line, const std::string& where) {
+    PerformedInputs inputs;
     if (!line.contains("inputs"))
         return inputs;
     if (!line["inputs"].is_array())
         throw DocumentError(where + " has \"inputs\" that are not a list.");
     for (const json& document : line["inputs"])
-        inputs.push_back(inputOf(document, where));
+        if (const Performance::Input input = inputOf(document, where); input.file)
+            inputs[input.name] = *input.file;
     return inputs;
 }
 
@@ -211,8 +255,10 @@ Performance beginningOf(const json& line) {
     performance.start = {.settings =
                              Settings::decode(requiredMember(line, "settings", where).dump()),
                          .transport = transportOf(requiredMember(line, "clock", where), where),
-                         .pointer = placeOf(requiredMember(line, "mouse", where), where)};
-    performance.inputs = inputsOf(line, where);
+                         .pointer = placeOf(requiredMember(line, "mouse", where), where),
+                         .inputs = inputsOf(line, where)};
+    if (line.contains("levels"))
+        performance.start.heard = levelsOf(line["levels"], where);
     return performance;
 }
 
@@ -255,8 +301,10 @@ std::string Performance::encodedBeginning() const {
                       {"settings", ordered_json::parse(start.settings.encode())},
                       {"clock", documentOf(start.transport)},
                       {"mouse", documentOf(start.pointer)}};
-    if (!inputs.empty())
-        line["inputs"] = documentOf(inputs);
+    if (!start.inputs.empty())
+        line["inputs"] = documentOf(start.inputs);
+    if (start.heard.codes)
+        line["levels"] = start.heard.codes->encode();
     return lineOf(line);
 }
 
@@ -303,6 +351,25 @@ Performance Performance::decode(std::string_view text) {
     performance.remarks.emplace_back(
         "The recording was interrupted; the performance ends with its last change.");
     return performance;
+}
+
+Performance::Summary Performance::summary(std::string_view text) {
+    const auto [first, isFirstWhole] = takeLine(text);
+    if (!first.starts_with('{'))
+        notAPerformance();
+    Summary summary{.title = beginningOf(parsedLine(first, "Line 1")).episode.title};
+    if (const std::size_t end = text.rfind('\n'); end != std::string_view::npos) {
+        const std::string_view whole = text.substr(0, end);
+        const std::string where = "The last line";
+        const json last = parsedLine(whole.substr(whole.rfind('\n') + 1), where);
+        const json* time = &last;
+        if (last.is_object())
+            time = &requiredMember(last, "length", where);
+        else if (last.is_array() && !last.empty())
+            time = &last[0];
+        summary.length = boundedOf(*time, Performance::longest, where);
+    }
+    return summary;
 }
 
 } // namespace tarnwick

@@ -21,23 +21,34 @@ class Pieces {
         const bool isAtZero = transport.speed < 0 && start <= 0;
         if (!transport.isPlaying || transport.speed == 0 || isAtZero)
             return {.count = next - sample, .isSilent = true};
-        return {.count = turn(transport, sample, next) - sample,
-                .start = start,
-                .speed = transport.speed,
-                .values = state.settings.values};
+        SoundPiece piece{.count = turn(transport, sample, next) - sample,
+                         .start = start,
+                         .speed = transport.speed,
+                         .values = state.settings.values};
+        if (const auto file = state.inputs.find(soundInput); file != state.inputs.end()) {
+            piece.file = file->second.file;
+            piece.isFilePlayed = file->second.isPlayed;
+        }
+        return piece;
     }
 
   private:
     double timeOf(std::int64_t sample) const { return static_cast<double>(sample) / rate_; }
 
-    // The sample after `sample` with the next change of the clock or of a value.
+    // Whether a piece ends with the change, or it is after the last piece.
+    bool isEnd(const Performance::Change& change) const {
+        const auto* input = std::get_if<Performance::Input>(&change.what);
+        return change.time >= timeOf(end_) || std::holds_alternative<Transport>(change.what) ||
+               std::holds_alternative<Performance::Value>(change.what) ||
+               (input != nullptr && input->name == soundInput);
+    }
+
+    // The sample after `sample` with the next change of the clock, of a value or of the sound file.
     std::int64_t nextChange(std::int64_t sample) const {
         const auto& changes = cursor_.performance().changes;
         const auto first = changes.begin() + static_cast<std::ptrdiff_t>(cursor_.changesMade());
-        const auto next = std::find_if(first, changes.end(), [](const auto& change) {
-            return std::holds_alternative<Transport>(change.what) ||
-                   std::holds_alternative<Performance::Value>(change.what);
-        });
+        const auto next = std::find_if(first, changes.end(),
+                                       [this](const auto& change) { return isEnd(change); });
         if (next == changes.end() || next->time >= timeOf(end_))
             return end_;
         const auto at = static_cast<std::int64_t>(std::ceil(next->time * rate_));

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace tarnwick {
@@ -16,6 +17,8 @@ struct SoundPiece {
     double start = 0;       // seconds of the episode, of the first sample
     double speed = 1;       // seconds of the episode per second
     ParamValues values{};   // base values
+    std::string file{};     // that the episode hears; empty: none
+    bool isFilePlayed = false;
 
     bool operator==(const SoundPiece&) const = default;
 };

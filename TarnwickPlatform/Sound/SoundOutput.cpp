@@ -2,7 +2,13 @@
 
 #include "TarnwickPlatform/Sound/SoundDevices.h"
 
+#include <SDL_audio.h>
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <optional>
+#include <string>
+#include <string_view>
 
 namespace tarnwick {
 
@@ -14,6 +20,9 @@ struct SoundOutput::Device {
 };
 
 namespace {
+
+constexpr const char* bufferVariable = "PULSE_LATENCY_MSEC"; // of libpulse
+constexpr double longestBuffer = 2;                          // seconds
 
 void fillBytes(void* fill, Uint8* bytes, int length) {
     const auto count = static_cast<std::size_t>(length) / sizeof(float);
@@ -40,6 +49,21 @@ std::unique_ptr<SoundOutput> SoundOutput::open(Fill fill) {
         throw SoundError("The sound device cannot be opened: " + std::string(error.what()) + ".");
     }
     return std::unique_ptr<SoundOutput>(new SoundOutput(std::move(device)));
+}
+
+void SoundOutput::askForServerBuffer() {
+    const auto milliseconds = std::to_string(std::lround(serverBuffer * 1000));
+    setenv(bufferVariable, milliseconds.c_str(), 0);
+}
+
+// A server's buffer is full but for one call when it asks for the next one.
+double SoundOutput::latency() {
+    constexpr double call = static_cast<double>(period) / rate, shortest = 2 * call;
+    const char* driver = SDL_GetCurrentAudioDriver();
+    const char* milliseconds = std::getenv(bufferVariable);
+    if (driver == nullptr || std::string_view(driver) != "pulseaudio" || milliseconds == nullptr)
+        return shortest;
+    return std::clamp(std::atof(milliseconds) / 1000 - call, shortest, longestBuffer);
 }
 
 void SoundOutput::setPaused(bool isPaused) {

@@ -5,6 +5,7 @@
 #include "TarnwickRender/ShaderProgram.h"
 
 #include <array>
+#include <compare>
 #include <cstddef>
 #include <filesystem>
 #include <memory>
@@ -19,6 +20,9 @@ struct ChannelEpisode;
 struct ChannelSource {
     std::filesystem::path file{};                    // a picture or a movie; empty: none
     std::shared_ptr<const ChannelEpisode> episode{}; // null: none
+
+    bool isNone() const { return file.empty() && !episode; }
+    auto operator<=>(const ChannelSource&) const = default;
 };
 
 using ChannelSources = std::array<ChannelSource, channelCount>;

@@ -8,15 +8,25 @@
 namespace tarnwick {
 namespace {
 
-std::unique_ptr<Channel> channelOf(const ChannelSource& source, gpu::Device& device,
-                                   std::int64_t width, std::int64_t height) {
+std::unique_ptr<Channel> openChannel(const ChannelSource& source, gpu::Device& device,
+                                     std::int64_t width, std::int64_t height) {
     if (const ChannelEpisode* episode = source.episode.get())
         return std::make_unique<EpisodeChannel>(
             episode->program, episode->timeline,
             EpisodeInputs::make(episode->program, device, width, height,
                                 {.channels = episode->channels, .hearsOwnSound = true}),
             device, width, height);
-    return source.file.empty() ? nullptr : std::make_unique<FileChannel>(source.file, device);
+    return std::make_unique<FileChannel>(source.file, device);
+}
+
+std::shared_ptr<Channel> channelOf(const ChannelSource& source, gpu::Device& device,
+                                   std::int64_t width, std::int64_t height, OpenChannels& open) {
+    if (source.isNone())
+        return nullptr;
+    std::shared_ptr<Channel>& channel = open[source];
+    if (!channel)
+        channel = openChannel(source, device, width, height);
+    return channel;
 }
 
 } // namespace
@@ -24,6 +34,14 @@ std::unique_ptr<Channel> channelOf(const ChannelSource& source, gpu::Device& dev
 std::shared_ptr<FrameInputs>
 EpisodeInputs::make(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
                     std::int64_t width, std::int64_t height, const InputSources& sources) {
+    OpenChannels open;
+    return make(program, device, width, height, sources, open);
+}
+
+std::shared_ptr<FrameInputs>
+EpisodeInputs::make(const std::shared_ptr<const ShaderProgram>& program, gpu::Device& device,
+                    std::int64_t width, std::int64_t height, const InputSources& sources,
+                    OpenChannels& open) {
     if (!program->usesInputs())
         return nullptr;
     std::shared_ptr<EpisodeInputs> made(new EpisodeInputs);
@@ -32,7 +50,7 @@ EpisodeInputs::make(const std::shared_ptr<const ShaderProgram>& program, gpu::De
     else if (sources.hearsOwnSound)
         made->sound_ = SoundTap::make(program, device);
     for (std::size_t index = 0; index < channelCount; ++index)
-        made->channels_[index] = channelOf(sources.channels[index], device, width, height);
+        made->channels_[index] = channelOf(sources.channels[index], device, width, height, open);
     return made;
 }
 

@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <memory>
 
 namespace tarnwick {
@@ -18,6 +19,9 @@ struct InputSources {
     std::filesystem::path soundFile{}; // a media file that is heard instead; empty: none
 };
 
+// Open channels, which several inputs of one picture size share.
+using OpenChannels = std::map<ChannelSource, std::shared_ptr<Channel>>;
+
 class EpisodeInputs : public FrameInputs {
   public:
     // Opens the files. Null if the program does not read Inputs. `width` and `height` are those of
@@ -25,6 +29,11 @@ class EpisodeInputs : public FrameInputs {
     static std::shared_ptr<FrameInputs> make(const std::shared_ptr<const ShaderProgram>& program,
                                              gpu::Device& device, std::int64_t width,
                                              std::int64_t height, const InputSources& sources);
+    // The same with channels that are open, or are added to `open`.
+    static std::shared_ptr<FrameInputs> make(const std::shared_ptr<const ShaderProgram>& program,
+                                             gpu::Device& device, std::int64_t width,
+                                             std::int64_t height, const InputSources& sources,
+                                             OpenChannels& open);
 
     ShaderInputs inputs(double time, const ParamValues& values) override;
     void reset() override;
@@ -34,7 +43,7 @@ class EpisodeInputs : public FrameInputs {
     EpisodeInputs() = default;
 
     std::unique_ptr<FrameInputs> sound_;                          // null: silence
-    std::array<std::unique_ptr<Channel>, channelCount> channels_; // null: black
+    std::array<std::shared_ptr<Channel>, channelCount> channels_; // null: black
 };
 
 } // namespace tarnwick

@@ -1,10 +1,12 @@
 #include "TarnwickRender/Movies/MovieSound.h"
 
+#include "TarnwickCore/Performance/InputFiles.h"
 #include "TarnwickCore/Performance/SoundPieces.h"
 #include "TarnwickPlatform/Movie/Reading/LoopedSound.h"
 #include "TarnwickRender/Sound/SoundSamples.h"
 
 #include <algorithm>
+#include <map>
 #include <thread>
 #include <utility>
 
@@ -19,6 +21,21 @@ const std::shared_ptr<const ShaderProgram>& soundProgramOf(const ExportSegment& 
 
 bool hearsProgram(const ExportSegment& segment) {
     return segment.sound && soundProgramOf(segment)->hasSound();
+}
+
+bool playsInputs(const ExportSegment& segment) {
+    const Performance* performance = segment.timeline.performance().get();
+    return segment.playsInputs && performance != nullptr && playsSound(*performance);
+}
+
+// The sound files that are added to a piece.
+std::vector<std::filesystem::path> filesOf(const ExportSegment& segment, const SoundPiece& piece) {
+    std::vector<std::filesystem::path> files;
+    if (!segment.soundFile.empty())
+        files.push_back(segment.soundFile);
+    if (segment.playsInputs && piece.isFilePlayed)
+        files.emplace_back(piece.file);
+    return files;
 }
 
 // For a movie that is one loop the encoder also gets the samples around it, which are those of the
@@ -46,7 +63,8 @@ class Samples {
     // fails. Fastest in the order of the frames.
     std::optional<std::span<const float>> ofFrame(const ExportTimeline::Entry& entry,
                                                   std::int64_t frame, ExportState& state) {
-        if (!isHeard(*entry.segment))
+        const ExportSegment& segment = *entry.segment;
+        if (!hearsProgram(segment) && segment.soundFile.empty() && !segment.playsInputs)
             return silence_;
         const std::int64_t inSecond = frame % fps_;
         if (!fillSecond(entry, frame - inSecond, state))
@@ -150,8 +168,9 @@ class Samples {
             evaluated_.resize(before + 2 * count);
         else if (!evaluateProgram(segment, piece, state))
             return false;
-        if (!piece.isSilent && !segment.soundFile.empty())
-            addFile(segment, piece, std::span(evaluated_).subspan(before));
+        if (!piece.isSilent)
+            for (const std::filesystem::path& file : filesOf(segment, piece))
+                addFile(file, piece, std::span(evaluated_).subspan(before));
         return true;
     }
 
@@ -172,11 +191,13 @@ class Samples {
     }
 
     // Throws MovieError.
-    void addFile(const ExportSegment& segment, const SoundPiece& piece, std::span<float> stereo) {
-        if (std::exchange(fileName_, segment.soundFile) != segment.soundFile)
-            file_ = LoopedSound::open(fileName_);
+    void addFile(const std::filesystem::path& name, const SoundPiece& piece,
+                 std::span<float> stereo) {
+        std::unique_ptr<LoopedSound>& file = files_[name];
+        if (!file)
+            file = LoopedSound::open(name);
         ofFile_.resize(stereo.size());
-        file_->samples(piece.start, static_cast<double>(rate) / piece.speed, ofFile_);
+        file->samples(piece.start, static_cast<double>(rate) / piece.speed, ofFile_);
         for (std::size_t at = 0; at < stereo.size(); ++at)
             stereo[at] = std::clamp(stereo[at] + ofFile_[at], -1.0f, 1.0f);
     }
@@ -188,8 +209,7 @@ class Samples {
     std::optional<std::int64_t> filled_; // the movie's frame that it begins with
     std::vector<float> silence_;         // of one frame
     std::vector<float> evaluated_;
-    std::filesystem::path fileName_; // of file_
-    std::unique_ptr<LoopedSound> file_;
+    std::map<std::filesystem::path, std::unique_ptr<LoopedSound>> files_;
     std::vector<float> ofFile_;
     const ExportSegment* evaluatedSegment_ = nullptr; // the last one
     std::optional<TimelineSound> timeline_;           // of it
@@ -207,7 +227,7 @@ bool keepPace(std::int64_t index, std::int64_t fps, const ExportState& state) {
 } // namespace
 
 bool isHeard(const ExportSegment& segment) {
-    return hearsProgram(segment) || !segment.soundFile.empty();
+    return hearsProgram(segment) || !segment.soundFile.empty() || playsInputs(segment);
 }
 
 AudioSettings soundSettings(const ExportTimeline& timeline) {

@@ -37,8 +37,12 @@ std::unique_ptr<PerformedFrames> PerformedFrames::make(std::shared_ptr<const Sha
         made->feedback_ = FeedbackFrames::make(device, width, height, ShaderProgram::pixelFormat);
     if (!made->frames_ || made->program_->readsPrevious() != (made->feedback_ != nullptr))
         return nullptr;
-    if (made->program_->usesInputs())
+    if (made->program_->usesInputs()) {
         made->heard_ = inputs ? std::move(inputs) : SoundTap::make(made->program_, device);
+        made->levels_ = LevelInputs::make(device);
+        if (!made->levels_)
+            return nullptr;
+    }
     return made;
 }
 
@@ -123,11 +127,30 @@ void PerformedFrames::reach(std::int64_t frame, const FrameControls& controls,
     frame_ = frame;
 }
 
+void PerformedFrames::use(const FrameControls& controls) {
+    if (std::exchange(used_, controls.inputs) != controls.inputs)
+        heard_->use(*controls.inputs);
+}
+
 // Frames that only lead to the end of a jump are not heard unless they are drawn.
 void PerformedFrames::hear(std::int64_t frame, const FramePassage& passage) {
     const bool isHeard = feedback_ || !passage.isJump || passage.to - frame <= framesHeard;
-    if (heard_ && isHeard)
-        inputs_ = heard_->inputs(timeOf(frame), passage.reached.settings->values);
+    if (!heard_ || !isHeard || passage.reached.heard.codes)
+        return;
+    use(passage.reached);
+    inputs_ = heard_->inputs(timeOf(frame), passage.reached.settings->values);
+}
+
+ShaderInputs PerformedFrames::seen(double time, const FrameControls& controls) {
+    ShaderInputs inputs = inputs_;
+    if (const LevelCodes* codes = controls.heard.codes.get(); codes != nullptr && levels_)
+        inputs = levels_->inputs(codes->bandValues(), codes->spectrumValues());
+    if (heard_) {
+        use(controls);
+        inputs.channels = heard_->channels(time);
+    }
+    inputs.previous = feedback_ ? feedback_->previous() : nullptr;
+    return inputs;
 }
 
 double PerformedFrames::time() const {
@@ -147,10 +170,7 @@ bool PerformedFrames::encode(gpu::CommandBuffer& commands, double time,
                              const FrameControls& controls, const FramePass& pass) {
     settings_ = controls.settings;
     const ParamValues values = settings_->valuesAt(time);
-    ShaderInputs inputs = inputs_;
-    if (heard_)
-        inputs.channels = heard_->channels(time);
-    inputs.previous = feedback_ ? feedback_->previous() : nullptr;
+    const ShaderInputs inputs = seen(time, controls);
     return frames_->encode(
         commands,
         {.moment = {.time = static_cast<float>(time),

@@ -10,6 +10,7 @@
 #include "TarnwickCore/Performance/Timeline.h"
 #include "TarnwickRender/FeedbackFrames.h"
 #include "TarnwickRender/FrameInputs.h"
+#include "TarnwickRender/LevelInputs.h"
 #include "TarnwickRender/ProgramFrames.h"
 
 #include <cstdint>
@@ -23,7 +24,8 @@ namespace tarnwick {
 class PerformedFrames {
   public:
     // Null if the device has no room; ProgramFrames::absence has the reason. `timeline` is fitted
-    // to the program's parameters. `inputs` null: the program's own sound, and black.
+    // to the program's parameters. `inputs` null: the program's own sound, and black. It is told
+    // the files of a performance; levels that the performance has are shown instead of its own.
     static std::unique_ptr<PerformedFrames> make(std::shared_ptr<const ShaderProgram> program,
                                                  gpu::Device& device, std::int64_t width,
                                                  std::int64_t height, const Timeline& timeline,
@@ -54,21 +56,25 @@ class PerformedFrames {
     std::int64_t go(const FramePassage& passage, std::int64_t limit, gpu::CommandQueue& queue);
     void leave(const FrameControls& controls, gpu::CommandQueue& queue);
     void reach(std::int64_t frame, const FrameControls& controls, gpu::CommandQueue& queue);
+    void use(const FrameControls& controls);
     void hear(std::int64_t frame, const FramePassage& passage);
     bool encode(gpu::CommandBuffer& commands, double time, const FrameControls& controls,
                 const FramePass& pass);
+    ShaderInputs seen(double time, const FrameControls& controls);
     FrameMoment::Mouse mouse(const FrameControls& controls) const;
 
     std::shared_ptr<const ShaderProgram> program_;
     FrameWalk walk_;
     std::unique_ptr<ProgramFrames> frames_;
-    std::unique_ptr<FeedbackFrames> feedback_; // of a program that reads its previous frame
-    std::shared_ptr<FrameInputs> heard_;       // of a program that takes Inputs; null: none
-    std::shared_ptr<const Settings> settings_; // of the steps that are encoded
-    ShaderInputs inputs_;                      // of the frame frame_, without channels
-    std::deque<FramePassage> ahead_;           // not yet computed
-    std::int64_t frame_ = -1;                  // the steps are done up to it; -1: none
-    double seconds_ = -1;                      // of the last prepare()
+    std::unique_ptr<FeedbackFrames> feedback_;    // of a program that reads its previous frame
+    std::shared_ptr<FrameInputs> heard_;          // of a program that takes Inputs; null: none
+    std::shared_ptr<const PerformedInputs> used_; // of heard_
+    std::unique_ptr<LevelInputs> levels_;         // of a program that takes Inputs
+    std::shared_ptr<const Settings> settings_;    // of the steps that are encoded
+    ShaderInputs inputs_;                         // of the frame frame_, without channels
+    std::deque<FramePassage> ahead_;              // not yet computed
+    std::int64_t frame_ = -1;                     // the steps are done up to it; -1: none
+    double seconds_ = -1;                         // of the last prepare()
     bool hasFailed_ = false, hitLoopBudget_ = false;
 };
 

@@ -184,8 +184,8 @@ void Player::setLevels(std::shared_ptr<const LiveLevels> levels, bool hearsOwnSo
     publish();
 }
 
-void Player::setReplay(std::shared_ptr<const Performance> performance, const Transport& clock) {
-    replay_ = std::move(performance);
+void Player::setReplay(std::optional<Replay> replay, const Transport& clock) {
+    replay_ = std::move(replay);
     replayClock_ = clock;
     publish();
 }
@@ -277,7 +277,8 @@ void Player::publish() {
     }
     record->restart = restart_;
     if (replay_) {
-        record->replay = replay_;
+        record->replay = replay_->performance;
+        record->replayedInputs = replay_->inputs;
         record->transport = replayClock_;
     }
     picture_->show(record);

@@ -66,9 +66,13 @@ class Player : public QObject {
     // Publishes a record of the present state.
     void publish();
 
-    // Draws a performance of the active document until null is set. `clock` counts seconds of the
+    // Draws a performance of the active document until none is set. `clock` counts seconds of the
     // performance. What the document keeps is not changed.
-    void setReplay(std::shared_ptr<const Performance> performance, const Transport& clock = {});
+    struct Replay {
+        std::shared_ptr<const Performance> performance;
+        std::shared_ptr<const ReplayedInputs> inputs; // never null
+    };
+    void setReplay(std::optional<Replay> replay, const Transport& clock = {});
     // Particles and frames that are read again are computed anew, as after a seek.
     void restartPicture();
 
@@ -138,7 +142,7 @@ class Player : public QObject {
     std::optional<double> compilingSince_; // of the active document
     std::shared_ptr<const LiveLevels> levels_;
     bool hearsOwnSound_ = true;
-    std::shared_ptr<const Performance> replay_; // null: none
+    std::optional<Replay> replay_;
     Transport replayClock_;
     std::uint64_t restart_ = 0;
     LiveNews news_;

@@ -98,7 +98,7 @@ void BindingForm::addRanges() {
     outputRow_ = pair(output_, tr("Range of the parameter"));
     curve_ = choice(curveNames());
     button_ = choice(buttonNames());
-    form_->addRow(tr("Numbers that arri&ve"), inputRow_);
+    form_->addRow(tr("Numbers that arr&ive"), inputRow_);
     form_->addRow(tr("&Range of the parameter"), outputRow_);
     form_->addRow(tr("Cur&ve"), curve_);
     form_->addRow(tr("&Button"), button_);
@@ -181,8 +181,10 @@ Binding BindingForm::binding() const {
             MIDIControl{kind, static_cast<std::uint8_t>(channel_->value() - 1),
                         static_cast<std::uint16_t>(
                             hasNumber(kind) ? std::max(number_->value() - first, 0) : 0)};
-        binding.encoding = chosen<MIDIEncoding>(encoding_);
-        binding.step = static_cast<float>(step_->value()) / percent;
+        if (kind == MIDIControl::Kind::controller) {
+            binding.encoding = chosen<MIDIEncoding>(encoding_);
+            binding.step = static_cast<float>(step_->value()) / percent;
+        }
         if (pickup_->currentData() != asAll)
             binding.hasPickup = pickup_->currentData().toBool();
     }

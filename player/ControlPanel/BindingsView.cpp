@@ -39,7 +39,8 @@ QStringList texts(const Binding& binding) {
                                     : QString::fromStdString(binding.episode),
             rangeText(binding),
             isRelative(binding) ? QObject::tr("Steps") : labelOf(curveNames(), binding.curve),
-            isParameter ? labelOf(buttonNames(), binding.button) : QString()};
+            isParameter && !isRelative(binding) ? labelOf(buttonNames(), binding.button)
+                                                : QString()};
 }
 
 } // namespace

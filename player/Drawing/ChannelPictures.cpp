@@ -92,6 +92,7 @@ void ChannelPictures::drawEpisode(std::uint64_t document, Bringing& bringing) {
     moment.settings = episode.settings;
     moment.mouse.reset();
     moment.replay.reset();
+    moment.replayedInputs.reset();
     moment.channels = texturesOf(episode.channels);
     drawn.isBehind = scene->warm(moment, bringing.queue).has_value();
     if (drawn.isBehind || !bringing.draw(*scene, moment))

@@ -86,7 +86,7 @@ double Drawing::step() {
         return 0;
     stopped_.reset();
     scale_.fix(record_->divisor);
-    channels_.use(record_->program->usesInputs() ? record_->channels : nullptr);
+    channels_.use(record_->program->usesInputs() ? shownChannels() : nullptr);
     if (!hasScene() || wantsExactScene())
         prepare();
     else
@@ -155,10 +155,17 @@ bool Drawing::isStopped() const {
 // Of the episode and of those that its channels show.
 std::vector<const ShaderProgram*> Drawing::programs() const {
     std::vector<const ShaderProgram*> all{record_->program.get()};
-    if (record_->channels)
-        for (const auto& [document, episode] : record_->channels->episodes)
+    if (const auto channels = shownChannels())
+        for (const auto& [document, episode] : channels->episodes)
             all.push_back(episode.program.get());
     return all;
+}
+
+// A replay shows those of its time.
+std::shared_ptr<const LiveChannels> Drawing::shownChannels() const {
+    if (!record_->replay)
+        return record_->channels;
+    return record_->replayedInputs->channelsAt(record_->transport.timeAt(currentMediaTime()));
 }
 
 // A paused picture is that of its time. After an edit it is so once the state is computed again.
@@ -196,7 +203,8 @@ SceneMoment Drawing::moment() const {
             .levels = record_->levels ? record_->levels->newest() : nullptr,
             .hearsOwnSound = record_->hearsOwnSound,
             .restart = record_->restart,
-            .replay = record_->replay};
+            .replay = record_->replay,
+            .replayedInputs = record_->replayedInputs};
 }
 
 // Makes the scene of the wanted program and size, a part at a time, and shows it once its first

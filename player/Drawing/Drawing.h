@@ -56,6 +56,7 @@ class Drawing {
     double episodeTime(const SceneMoment& moment);
     bool drawChannel(Scene& scene, const SceneMoment& moment);
     std::vector<const ShaderProgram*> programs() const;
+    std::shared_ptr<const LiveChannels> shownChannels() const;
     void prepare();
     bool isWarm(Scene& scene, const SceneMoment& moment);
     bool draw(Scene& scene, const SceneMoment& moment);

@@ -42,6 +42,7 @@ struct LiveRecord {
     // A performance that is drawn instead of the settings and the mouse, fitted to the program's
     // parameters; null: none. `transport` is its clock then, in seconds of the performance.
     std::shared_ptr<const Performance> replay{};
+    std::shared_ptr<const ReplayedInputs> replayedInputs{}; // never null with `replay`
 };
 
 // The state of the drawing thread after a frame, or instead of one.

@@ -18,23 +18,52 @@ double timeOf(std::int64_t frame) {
 
 } // namespace
 
-// The own sound at each time, and the channels of the last moment.
+// The own sound or the performed file at each time, and the channels of the last moment.
 class Scene::ReplayInputs : public FrameInputs {
   public:
-    explicit ReplayInputs(std::unique_ptr<SoundTap> tap) : tap_(std::move(tap)) {}
+    ReplayInputs(std::unique_ptr<SoundTap> tap, gpu::Device& device,
+                 std::shared_ptr<const ReplayedInputs> replayed)
+        : tap_(std::move(tap)), device_(device), replayed_(std::move(replayed)) {}
 
     void show(const std::vector<const gpu::Texture*>& channels) { channels_ = channels; }
+    // The sound of another file begins with silence.
     ShaderInputs inputs(double time, const ParamValues& values) override {
-        return tap_ ? tap_->inputs(time, values) : ShaderInputs::none();
+        if (std::exchange(heard_, file_) != file_)
+            reset();
+        FrameInputs* sound = file_.empty() ? tap_.get() : fileTap();
+        return sound != nullptr ? sound->inputs(time, values) : ShaderInputs::none();
     }
     void reset() override {
         if (tap_)
             tap_->reset();
+        fileTap_.reset();
+    }
+    void use(const PerformedInputs& inputs) override {
+        const auto sound = inputs.find(soundInput);
+        file_ = sound == inputs.end() ? std::string() : sound->second.file;
     }
     std::vector<const gpu::Texture*> channels(double) override { return channels_; }
 
   private:
+    // Null if the device has no room.
+    FrameInputs* fileTap() try {
+        if (!fileTap_)
+            fileTap_ = SoundFileTap::make(
+                [replayed = replayed_, file = file_](double start, double rate,
+                                                     std::span<float> stereo) {
+                    return replayed->hear(file, start, rate, stereo);
+                },
+                device_);
+        return fileTap_.get();
+    } catch (const InputError&) {
+        return nullptr;
+    }
+
     std::unique_ptr<SoundTap> tap_; // null without a sound
+    gpu::Device& device_;
+    std::shared_ptr<const ReplayedInputs> replayed_;
+    std::string file_, heard_; // the file of the sound input, now and at the last inputs()
+    std::unique_ptr<SoundFileTap> fileTap_; // of file_; null before it is heard
     std::vector<const gpu::Texture*> channels_;
 };
 
@@ -136,7 +165,8 @@ void Scene::takeOver(const SceneMoment& moment) {
     const bool isOther = moment.replay != replay_;
     if (isOther) {
         replay_ = moment.replay;
-        replayInputs_ = std::make_shared<ReplayInputs>(SoundTap::make(program_, *device_));
+        replayInputs_ = std::make_shared<ReplayInputs>(SoundTap::make(program_, *device_), *device_,
+                                                       moment.replayedInputs);
         replayed_ = replay_ ? PerformedFrames::make(program_, *device_, size_.width, size_.height,
                                                     replay_, replayInputs_)
                             : nullptr;

@@ -6,6 +6,7 @@
 #include "TarnwickRender/LevelInputs.h"
 #include "TarnwickRender/Performing/PerformedFrames.h"
 #include "TarnwickRender/ProgramFrames.h"
+#include "TarnwickRender/SoundFileTap.h"
 #include "TarnwickRender/SoundTap.h"
 #include "player/Drawing/LiveRecord.h"
 #include "player/Drawing/WarmingPace.h"
@@ -28,6 +29,7 @@ struct SceneMoment {
     bool hearsOwnSound = true;                   // as in LiveRecord
     std::uint64_t restart = 0;                   // as in LiveRecord
     std::shared_ptr<const Performance> replay{}; // as in LiveRecord
+    std::shared_ptr<const ReplayedInputs> replayedInputs{};
 };
 
 // One thread at a time. Draws with a queue of its owner.

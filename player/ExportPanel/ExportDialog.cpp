@@ -80,7 +80,7 @@ void ExportDialog::makeParts(const OpenDocument& document) {
     output_->setText(lastFolder(FolderKind::movies) + QLatin1Char('/') +
                      QFileInfo(QString::fromStdString(episode_.fileName())).completeBaseName() +
                      QStringLiteral(".mp4"));
-    inputs_ = new InputsBox(episode_.inputs, ShownSound::heard, this);
+    inputs_ = new InputsBox(episode_.inputs, this);
     frames_ = new QLabel;
     problem_ = new QLabel;
     problem_->setWordWrap(true);
@@ -182,7 +182,7 @@ void ExportDialog::showState() {
     range_->setEnabled(hasRange);
     loop_->setEnabled(hasRange);
     if (hasRange)
-        inputs_->show(episode_.inputs, ShownSound::heard);
+        inputs_->show(episode_.inputs);
     else
         inputs_->showSentence(tr("The inputs are those of the performance."));
     const double frames =

@@ -9,17 +9,14 @@ class QLabel;
 
 namespace tarnwick::player {
 
-enum class ShownSound : std::uint8_t { heard, ignored };
-
 // Hidden if there is nothing to name.
 class InputsBox : public QGroupBox {
     Q_OBJECT
 
   public:
-    InputsBox(const InputCopies& inputs, ShownSound sound, QWidget* parent);
+    InputsBox(const InputCopies& inputs, QWidget* parent);
 
-    // ignored: the export does not hear the sound file.
-    void show(const InputCopies& inputs, ShownSound sound);
+    void show(const InputCopies& inputs);
     // One sentence instead.
     void showSentence(const QString& sentence);
 

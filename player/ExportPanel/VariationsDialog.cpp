@@ -53,7 +53,7 @@ void VariationsDialog::makeParts(bool hasSound, double seconds) {
     seconds_->setMinimum(leastSeconds);
     seconds_->setValue(seconds);
     format_ = new MovieFormatForm(hasSound);
-    inputs_ = new InputsBox(episode_.inputs, ShownSound::ignored, this);
+    inputs_ = new InputsBox(episode_.inputs, this);
     output_ = new FileField(tr("Result"), [this](const QString& present) {
         return newFileName(this, tr("Export variations"), present, QString());
     });
@@ -98,7 +98,6 @@ void VariationsDialog::showOutput() {
     output_->setText(name.path() + QLatin1Char('/') + base);
     format_->setEnabled(!sheet_->isChecked());
     seconds_->setEnabled(!sheet_->isChecked());
-    inputs_->show(episode_.inputs, morph_->isChecked() ? ShownSound::heard : ShownSound::ignored);
     showState();
 }
 

@@ -65,7 +65,7 @@ void WalkthroughDialog::layOut() {
     form->addRow(tr("Format:"), format_);
     form->addRow(tr("Seconds of a pa&ge:"), pageSeconds_);
     form->addRow(tr("S&tart at:"), start_);
-    form->addRow(new InputsBox(episode_.inputs, ShownSound::ignored, this));
+    form->addRow(new InputsBox(episode_.inputs, this));
     form->addRow(tr("Fi&le or folder:"), output_);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     accept_ = buttons->addButton(tr("&Export"), QDialogButtonBox::AcceptRole);

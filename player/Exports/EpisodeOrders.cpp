@@ -31,9 +31,12 @@ void add(Order& order, std::initializer_list<OrderWord> words) {
     order.words.insert(order.words.end(), words);
 }
 
-void addSound(Order& order, const EpisodeCopy& episode) {
-    if (!episode.inputs.sound.empty())
-        add(order, {"--audio", episode.inputs.sound.string()});
+// For a movie, which has the sounds that the player plays.
+void addPlayed(Order& order, const EpisodeCopy& episode) {
+    const InputCopies& inputs = episode.inputs;
+    if (!inputs.sound.empty() && (inputs.isHearing || inputs.playsSound))
+        add(order,
+            {"--audio", inputs.sound.string(), "--track", inputs.playsSound ? "both" : "own"});
 }
 
 void addFormat(Order& order, const MovieFormat& format) {
@@ -59,6 +62,11 @@ void addChapters(Order& order, const MovieRequest& request) {
 }
 
 } // namespace
+
+void addHeard(Order& order, const EpisodeCopy& episode) {
+    if (!episode.inputs.sound.empty() && episode.inputs.isHearing)
+        add(order, {"--audio", episode.inputs.sound.string()});
+}
 
 // The settings of an episode are beside it.
 void addChannels(Order& order, const EpisodeCopy& episode) {
@@ -97,9 +105,7 @@ Order movieOrder(const MovieRequest& request) {
         add(order, {"--performance", request.performance->string()});
     } else {
         addChannels(order, request.episode);
-        addSound(order, request.episode);
-        if (!request.episode.inputs.sound.empty())
-            add(order, {"--track", request.episode.inputs.playsSound ? "both" : "own"});
+        addPlayed(order, request.episode);
         add(order, {"--start", shortest(request.start), "--duration", shortest(request.duration)});
         if (request.crossfade > 0)
             add(order, {"--loop", shortest(request.crossfade)});
@@ -122,7 +128,7 @@ Order loopOrder(const LoopRequest& request) {
 Order stillOrder(const StillRequest& request) {
     Order order = drawing("still", request.episode, request.output);
     addChannels(order, request.episode);
-    addSound(order, request.episode);
+    addHeard(order, request.episode);
     add(order, {"--time", shortest(request.time), "--frame", std::to_string(request.frame),
                 "--size", sizeText(request.size)});
     if (request.hasAlpha)
@@ -138,9 +144,11 @@ Order variationsOrder(const VariationsRequest& request) {
         {"--seed", std::to_string(request.seed), "--from", std::to_string(request.first), "--count",
          std::to_string(request.count), "--spread", shortest(static_cast<double>(request.spread))});
     if (!request.isMovie) {
+        addHeard(order, request.episode);
         add(order, {"--sheet", OrderWord::output()});
         return order;
     }
+    addPlayed(order, request.episode);
     addFormat(order, request.format);
     add(order, {"--duration", shortest(request.seconds), "-o", OrderWord::output()});
     return order;
@@ -154,9 +162,11 @@ Order walkthroughOrder(const WalkthroughRequest& request) {
     for (const std::filesystem::path& stage : request.stages)
         add(order, {stage.string()});
     if (!request.isMovie) {
+        addHeard(order, request.episode);
         add(order, {"--size", sizeText(request.size), "--pages", OrderWord::output()});
         return order;
     }
+    addPlayed(order, request.episode);
     addFormat(order, request.format);
     add(order, {"--page-seconds", shortest(request.pageSeconds), "--start", shortest(request.start),
                 "-o", OrderWord::output()});

@@ -29,6 +29,9 @@ struct EpisodeCopy {
 // Adds the channels of the episode as --channel, with copies of episodes.
 void addChannels(Order& order, const EpisodeCopy& episode);
 
+// Adds the sound file that the episode hears as --audio.
+void addHeard(Order& order, const EpisodeCopy& episode);
+
 // The settings as a document with that name; without values and keys if one is not finite.
 std::string settingsDocument(Settings settings, const std::string& name);
 

@@ -23,6 +23,7 @@ struct InputCopies {
     std::vector<ChannelCopy> channels{};
     std::filesystem::path sound{}; // a file that the episode hears instead of its own sound
     bool playsSound = false;       // that file is played, too
+    bool isHearing = true;         // the episode takes Inputs
     // Sentences about inputs that movies and stills do not have, such as cameras.
     std::vector<std::string> remarks{};
 

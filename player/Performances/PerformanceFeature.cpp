@@ -10,7 +10,7 @@
 namespace tarnwick::player {
 
 PerformanceFeature::PerformanceFeature(Player& player, QMainWindow& window, Actions& actions,
-                                       PerformedInputsOf inputsOf)
+                                       DocumentInputsOf inputsOf)
     : QObject(&window), performer_(player, std::move(inputsOf)),
       panel_(new PerformancesPanel(player, performer_)) {
     actions.separate(ActionMenu::play);

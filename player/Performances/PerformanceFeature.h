@@ -18,7 +18,7 @@ class PerformanceFeature : public QObject {
 
   public:
     PerformanceFeature(Player& player, QMainWindow& window, Actions& actions,
-                       PerformedInputsOf inputsOf);
+                       DocumentInputsOf inputsOf);
 
     QWidget* panel() const; // for a dock
     Performer& performer() { return performer_; }

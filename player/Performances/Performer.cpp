@@ -1,10 +1,12 @@
 #include "player/Performances/Performer.h"
 
+#include "TarnwickCore/Performance/InputFiles.h"
 #include "TarnwickPlatform/Dispatch/HostClock.h"
 
 #include <QCoreApplication>
 #include <QMetaObject>
 #include <algorithm>
+#include <iterator>
 #include <span>
 #include <utility>
 
@@ -14,20 +16,12 @@ namespace {
 constexpr int flushInterval = 2000; // milliseconds between two writings of a recording
 constexpr int tickInterval = 33;    // milliseconds between two moments that the controls show
 
-constexpr const char* inputsRemark =
-    "The inputs were changed during the performance; movies have those of its beginning.";
-constexpr const char* ownInputsRemark =
-    "The performance had other inputs; the replay shows those that the episode has now.";
 constexpr const char* editedRemark =
     "The text was edited during the performance; it is replayed with one text.";
 
-PerformedState stateOf(const LiveRecord& record) {
-    return {.settings = *record.settings, .transport = record.transport, .pointer = record.mouse};
-}
-
 } // namespace
 
-Performer::Performer(Player& player, PerformedInputsOf inputsOf, QObject* parent)
+Performer::Performer(Player& player, DocumentInputsOf inputsOf, QObject* parent)
     : QObject(parent), player_(player), inputsOf_(std::move(inputsOf)) {
     connect(&player_, &Player::published, this,
             [this](const std::shared_ptr<const LiveRecord>& record) {
@@ -37,6 +31,8 @@ Performer::Performer(Player& player, PerformedInputsOf inputsOf, QObject* parent
         stopRecording();
         stopReplay();
     });
+    // The episodes of its channels were compiled for the device.
+    connect(&player_, &Player::deviceChanged, this, &Performer::stopReplay);
     connect(&player_, &Player::resumed, this, [this](double seconds) {
         Transport clock = clock_;
         clock.since += seconds;
@@ -48,6 +44,8 @@ Performer::Performer(Player& player, PerformedInputsOf inputsOf, QObject* parent
             showMoment();
         else if (isRecording() && recorder_->isFull(currentMediaTime()))
             stopRecording();
+        else
+            hearLevels();
         emit moved();
     });
     flush_.setInterval(flushInterval);
@@ -103,34 +101,55 @@ void Performer::record() {
 }
 
 void Performer::hear(const LiveRecord& record, double host) {
-    if (std::exchange(isBeginning_, false))
+    if (std::exchange(isBeginning_, false)) {
         begin(record, host);
-    else if (isRecording() && record.settings && !record.replay)
+    } else if (isRecording() && record.settings && !record.replay) {
+        hearLevels();
         recorder_->hear(stateOf(record), host);
-    if (isRecording() && record.program && record.program->usesInputs())
-        noteInputs(record);
+    }
 }
 
-void Performer::noteInputs(const LiveRecord& record) {
-    if (document_ == nullptr || record.document != document_->id())
+// With the inputs of the document that is recorded.
+PerformedState Performer::stateOf(const LiveRecord& record) {
+    PerformedState state{
+        .settings = *record.settings, .transport = record.transport, .pointer = record.mouse};
+    if (document_ == nullptr)
+        return state;
+    DocumentInputs inputs = inputsOf_(*document_);
+    for (const std::string& remark : inputs.remarks)
+        remarks_.insert(remark);
+    state.inputs = std::move(inputs.files);
+    hearDevice(record.program && record.program->usesInputs() ? inputs.device : nullptr);
+    state.heard = newestLevels();
+    return state;
+}
+
+// Levels of the device are kept while it is the sound input of a recording.
+void Performer::hearDevice(std::shared_ptr<LiveLevels> device) {
+    if (device == device_)
         return;
-    const PerformedInputs now = inputsOf_(*document_);
-    for (const std::string& remark : now.remarks)
-        recorder_->remark(remark);
-    if (now.files != inputs_.files)
-        recorder_->remark(inputsRemark);
+    if (device_)
+        device_->keep(false);
+    device_ = std::move(device);
+    if (device_)
+        device_->keep(true);
 }
 
-// The performance with the files of its inputs, for a file in `folder`. Blocks.
-Performance withInputs(Performance performance, const std::vector<InputFile>& files,
-                       const std::filesystem::path& folder) {
-    for (const InputFile& file : files)
-        if (auto input = inputOfFile(file.name, file.file)) {
-            input->isPlayed = file.isPlayed;
-            performance.inputs.push_back(*std::move(input));
-        }
-    performance.inputs = inputsBeside(std::move(performance.inputs), folder);
-    return performance;
+HeardLevels Performer::newestLevels() const {
+    if (!device_)
+        return {};
+    const auto newest = device_->newest();
+    return {std::make_shared<const LevelCodes>(
+        newest ? LevelCodes::of(newest->bands, newest->spectrum) : LevelCodes())};
+}
+
+void Performer::hearLevels() {
+    if (!isRecording() || !device_)
+        return;
+    for (const LiveLevels::Kept& kept : device_->takeKept())
+        recorder_->hearLevels({std::make_shared<const LevelCodes>(
+                                  LevelCodes::of(kept.levels->bands, kept.levels->spectrum))},
+                              kept.host);
 }
 
 void Performer::begin(const LiveRecord& record, double host) {
@@ -139,18 +158,17 @@ void Performer::begin(const LiveRecord& record, double host) {
         return;
     }
     document_ = player_.active();
+    remarks_.clear();
     const Document& document = document_->document();
     revision_ = document.revision();
     recorder_.emplace(Performance::markOf(document.title(), document.text()), stateOf(record),
                       host);
     keptChanges_ = 0;
     keeping_ = std::make_shared<Keeping>();
-    inputs_ = record.program->usesInputs() ? inputsOf_(*document_) : PerformedInputs{};
-    keepWith([title = document.title(), files = inputs_.files,
-              beginning = recorder_->performance()](Keeping& keeping) {
+    keepWith([title = document.title(), beginning = recorder_->performance()](Keeping& keeping) {
         const std::filesystem::path folder = performancesFolder();
         keeping.file = std::make_unique<PerformanceFile>(folder, title);
-        keeping.file->append(withInputs(beginning, files, folder).encodedBeginning());
+        keeping.file->append(keptIn(folder, beginning).encodedBeginning());
     });
     flush_.start();
     tick_.start();
@@ -183,20 +201,26 @@ void Performer::keep(const std::string& lines) {
 }
 
 void Performer::keepNew() {
+    hearLevels();
     const auto changes = std::span(recorder_->performance().changes).subspan(keptChanges_);
     if (changes.empty())
         return;
     keptChanges_ += changes.size();
-    try {
-        keep(Performance::encoded(changes));
-    } catch (const DocumentError& error) { // a value that is not finite
-        player_.tell(QString::fromStdString(error.what()));
-    }
+    keepWith([added = std::vector(changes.begin(), changes.end())](Keeping& keeping) {
+        try {
+            keeping.file->append(
+                Performance::encoded(keptIn(keeping.file->path().parent_path(), added)));
+        } catch (const DocumentError& error) { // a value that is not finite
+            throw PerformanceFileError(error.what());
+        }
+    });
 }
 
 void Performer::noteRemarks() {
     if (document_ == nullptr)
         return;
+    for (const std::string& remark : remarks_)
+        recorder_->remark(remark);
     if (document_->document().revision() != revision_)
         recorder_->remark(editedRemark);
 }
@@ -208,6 +232,7 @@ void Performer::stopRecording() {
     flush_.stop();
     tick_.stop();
     keepNew();
+    hearDevice(nullptr);
     recorder_->end(currentMediaTime());
     noteRemarks();
     keep(recorder_->performance().encodedEnd());
@@ -251,21 +276,28 @@ void Performer::replayLast() {
 
 void Performer::replay(const std::filesystem::path& file) {
     stopRecording();
-    later(
-        [file]() -> Loaded {
-            try {
-                auto performance = std::make_shared<const Performance>(readPerformance(file));
-                return {performance, inputFilesOf(*performance, file.parent_path())};
-            } catch (const PerformanceFileError& error) {
-                return {.error = error.what()};
-            }
-        },
-        [this](const Loaded& loaded) {
-            if (loaded.performance)
-                start(loaded);
-            else
-                player_.tell(QString::fromStdString(loaded.error));
-        });
+    later([file, device = player_.sharedDevice()] { return load(file, device); },
+          [this](const Loaded& loaded) {
+              if (loaded.performance)
+                  start(loaded);
+              else
+                  player_.tell(QString::fromStdString(loaded.error));
+          });
+}
+
+// On the queue.
+Performer::Loaded Performer::load(const std::filesystem::path& file,
+                                  const std::shared_ptr<gpu::Device>& device) {
+    try {
+        FoundInputs found = foundInputs(readPerformance(file), file.parent_path());
+        ReplayEpisodes episodes = readReplayEpisodes(found.performance, device);
+        std::ranges::copy(episodes.sentences, std::back_inserter(found.sentences));
+        return {.performance = std::make_shared<const Performance>(std::move(found.performance)),
+                .sentences = std::move(found.sentences),
+                .episodes = std::move(episodes)};
+    } catch (const PerformanceFileError& error) {
+        return {.error = error.what()};
+    }
 }
 
 void Performer::start(const Loaded& loaded) {
@@ -281,16 +313,28 @@ void Performer::start(const Loaded& loaded) {
         player_.tell(tr("Another text was performed; the picture may differ."));
     for (const std::string& remark : performance->remarks)
         player_.tell(QString::fromStdString(remark));
-    for (const std::string& sentence : loaded.inputs.sentences)
+    for (const std::string& sentence : loaded.sentences)
         player_.tell(QString::fromStdString(sentence));
-    if (document_->program()->usesInputs() && inputsOf_(*document_).files != loaded.inputs.files)
-        player_.tell(QString::fromLatin1(ownInputsRemark));
     const auto fitted =
         std::make_shared<const Performance>(performance->fitted(document_->program()->params()));
     cursor_.emplace(fitted);
+    replayed_ =
+        replayedInputsOf(*fitted, loaded.episodes, document_->id(),
+                         [performer = QPointer<Performer>(this)](const std::string& sentence) {
+                             QCoreApplication* program = QCoreApplication::instance();
+                             if (program == nullptr)
+                                 return; // it has ended
+                             QMetaObject::invokeMethod(
+                                 program,
+                                 [performer, sentence] {
+                                     if (performer)
+                                         performer->player_.tell(QString::fromStdString(sentence));
+                                 },
+                                 Qt::QueuedConnection);
+                         });
     connect(document_, &OpenDocument::touchedInReplay, this, &Performer::stopReplay);
     clock_ = Transport{}.played(currentMediaTime());
-    player_.setReplay(fitted, clock_);
+    player_.setReplay(Player::Replay{fitted, replayed_}, clock_);
     tick_.start();
     showMoment();
     emit changed();
@@ -304,6 +348,12 @@ void Performer::showMoment() {
         return;
     }
     PerformedState state = cursor_->at(time);
+    ReplayedSound sound{.performance = cursor_->shared()};
+    if (const auto input = state.inputs.find(soundInput); input != state.inputs.end()) {
+        sound.file = input->second.file;
+        sound.isPlayed = input->second.isPlayed;
+    }
+    showSound(sound);
     if (clock_.isPlaying)
         state.transport.since += now - time;
     else
@@ -312,11 +362,16 @@ void Performer::showMoment() {
         document_->showReplayed(std::move(state));
 }
 
+void Performer::showSound(const ReplayedSound& sound) {
+    if (std::exchange(sound_, sound) != sound)
+        emit soundReplayed(sound);
+}
+
 void Performer::setClock(const Transport& clock) {
     if (!isReplaying())
         return;
     clock_ = clock;
-    player_.setReplay(cursor_->shared(), clock_);
+    player_.setReplay(Player::Replay{cursor_->shared(), replayed_}, clock_);
     showMoment();
     emit moved();
     emit changed();
@@ -327,7 +382,9 @@ void Performer::stopReplay() {
         return;
     cursor_.reset();
     tick_.stop();
-    player_.setReplay(nullptr);
+    player_.setReplay(std::nullopt);
+    replayed_.reset();
+    showSound({});
     if (document_ != nullptr) {
         disconnect(document_, &OpenDocument::touchedInReplay, this, nullptr);
         document_->showReplayed(std::nullopt);

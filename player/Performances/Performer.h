@@ -1,10 +1,10 @@
 // Records performances and replays them.
 #pragma once
 
-#include "TarnwickCore/Performance/InputFiles.h"
 #include "TarnwickCore/Performance/PerformanceCursor.h"
 #include "TarnwickPlatform/Dispatch/DispatchQueue.h"
 #include "player/App/Player.h"
+#include "player/Performances/ReplayFiles.h"
 #include "player/Performing/PerformanceFiles.h"
 #include "player/Performing/Recorder.h"
 
@@ -15,26 +15,35 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 namespace tarnwick::player {
 
 // The inputs of a document, for its performance.
-struct PerformedInputs {
-    std::vector<InputFile> files{};
-    std::vector<std::string> remarks{}; // about inputs that have no file
-
-    bool operator==(const PerformedInputs&) const = default;
+struct DocumentInputs {
+    PerformedInputs files{};              // whole paths, without digests
+    std::vector<std::string> remarks{};   // about inputs that have no file
+    std::shared_ptr<LiveLevels> device{}; // of a microphone or the desktop; null: another sound
 };
-using PerformedInputsOf = std::function<PerformedInputs(const OpenDocument&)>;
+using DocumentInputsOf = std::function<DocumentInputs(const OpenDocument&)>;
+
+// The sound file of a replay at its present time; empty: none.
+struct ReplayedSound {
+    std::shared_ptr<const Performance> performance; // null: there is no replay
+    std::string file{};
+    bool isPlayed = false;
+
+    bool operator==(const ReplayedSound&) const = default;
+};
 
 // On the thread of the windows, which it never blocks: files are read and written on a queue.
 class Performer : public QObject {
     Q_OBJECT
 
   public:
-    Performer(Player& player, PerformedInputsOf inputsOf, QObject* parent = nullptr);
+    Performer(Player& player, DocumentInputsOf inputsOf, QObject* parent = nullptr);
     ~Performer() override;
 
     bool isRecording() const { return recorder_.has_value(); }
@@ -65,11 +74,13 @@ class Performer : public QObject {
     void changed();       // recording or replaying began or ended
     void moved();         // seconds()
     void keptRefreshed(); // kept()
+    void soundReplayed(const tarnwick::player::ReplayedSound& sound); // another one than before
 
   private:
     struct Loaded {
         std::shared_ptr<const Performance> performance; // null after an error
-        FoundInputs inputs{};
+        std::vector<std::string> sentences{};           // about its files
+        ReplayEpisodes episodes{};
         std::string error{};
     };
     // The file of a recording; used on the queue only.
@@ -84,22 +95,31 @@ class Performer : public QObject {
     void keep(const std::string& lines);
     void keepNew();
     void noteRemarks();
-    void noteInputs(const LiveRecord& record);
+    PerformedState stateOf(const LiveRecord& record);
+    void hearLevels();
+    void hearDevice(std::shared_ptr<LiveLevels> device);
+    HeardLevels newestLevels() const;
+    void showSound(const ReplayedSound& sound);
+    static Loaded load(const std::filesystem::path& file,
+                       const std::shared_ptr<gpu::Device>& device);
     void start(const Loaded& loaded);
     void showMoment();
     template <typename Work, typename Then> void later(Work work, Then then);
 
     Player& player_;
-    PerformedInputsOf inputsOf_;
+    DocumentInputsOf inputsOf_;
     QPointer<OpenDocument> document_; // that is recorded or replayed
     bool isBeginning_ = false;        // the next record begins the recording
     std::optional<Recorder> recorder_;
-    std::uint64_t revision_ = 0; // of the text when the recording began
-    PerformedInputs inputs_;     // at that time
+    std::uint64_t revision_ = 0;         // of the text when the recording began
+    std::set<std::string> remarks_;      // about its inputs
+    std::shared_ptr<LiveLevels> device_; // whose levels are recorded; null: none
     std::size_t keptChanges_ = 0;
     std::shared_ptr<Keeping> keeping_;
     QTimer flush_, tick_;
-    std::optional<PerformanceCursor> cursor_; // of the replay
+    std::optional<PerformanceCursor> cursor_;        // of the replay
+    std::shared_ptr<const ReplayedInputs> replayed_; // of the replay
+    ReplayedSound sound_;
     Transport clock_;
     std::vector<KeptPerformance> kept_;
     DispatchQueue queue_; // last: its work ends first

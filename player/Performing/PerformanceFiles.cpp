@@ -77,10 +77,12 @@ std::vector<KeptPerformance> keptPerformances(const std::filesystem::path& folde
         if (entry.path().extension() != ending)
             continue;
         try {
-            const Performance performance = readPerformance(entry.path());
-            found.push_back({entry.path(), performance.episode.title, performance.length,
-                             std::filesystem::last_write_time(entry.path(), error)});
-        } catch (const PerformanceFileError&) {
+            if (const auto text = fileText(entry.path())) {
+                const Performance::Summary summary = Performance::summary(*text);
+                found.push_back({entry.path(), summary.title, summary.length,
+                                 std::filesystem::last_write_time(entry.path(), error)});
+            }
+        } catch (const DocumentError&) {
             continue;
         }
     }
@@ -100,9 +102,8 @@ Performance readPerformance(const std::filesystem::path& file) {
 }
 
 void copyPerformance(const std::filesystem::path& from, const std::filesystem::path& to) {
-    Performance performance = readPerformance(from);
-    performance.inputs =
-        inputsBeside(std::move(performance.inputs), to.parent_path(), from.parent_path());
+    const Performance performance =
+        movedTo(to.parent_path(), readPerformance(from), from.parent_path());
     try {
         writeWholeFile(to, performance.encode());
     } catch (const WholeFileError& error) {

@@ -24,15 +24,26 @@ double Recorder::seconds(double host) const {
 }
 
 void Recorder::hear(const PerformedState& state, double host) {
+    take(relative(state), host);
+}
+
+void Recorder::hearLevels(const HeardLevels& heard, double host) {
+    if (!last_.transport.isPlaying)
+        return;
+    PerformedState next = last_;
+    next.heard = heard;
+    take(next, host);
+}
+
+void Recorder::take(const PerformedState& next, double host) {
     if (isFull(host))
         return;
-    PerformedState next = relative(state);
     const double time = seconds(host);
     for (Performance::What& what : changesBetween(last_, next)) {
         performance_.changes.push_back({time, std::move(what)});
         performance_.length = time;
     }
-    last_ = std::move(next);
+    last_ = next;
 }
 
 void Recorder::remark(const std::string& sentence) {

@@ -17,6 +17,9 @@ class Recorder {
     // The state from `host` on, not before the last one. Only what differs is kept. Ignored after
     // Performance::longest seconds.
     void hear(const PerformedState& state, double host);
+    // Levels that were shown from `host` on, not before the last state. Only while its clock plays:
+    // a paused picture does not follow levels.
+    void hearLevels(const HeardLevels& heard, double host);
     // Keeps a sentence once.
     void remark(const std::string& sentence);
 
@@ -29,6 +32,7 @@ class Recorder {
     void end(double host);
 
   private:
+    void take(const PerformedState& next, double host);
     PerformedState relative(PerformedState state) const;
 
     double begin_;

@@ -76,6 +76,7 @@ ShareUpload ShareRequest::upload() const {
 Order previewOrder(const ShareRequest& request) {
     Order order = sharing(request);
     addChannels(order, request.episode);
+    addHeard(order, request.episode);
     order.words.insert(order.words.end(), {"--preview", OrderWord::file(previewFolder)});
     return order;
 }

@@ -2,6 +2,7 @@
 
 #include "TarnwickPlatform/Dispatch/HostClock.h"
 #include "player/Sound/FileSound.h"
+#include "player/Sound/PerformedSound.h"
 #include "player/Sound/Playback.h"
 #include "player/Sound/SoundEar.h"
 
@@ -144,10 +145,14 @@ void LiveSound::show(std::shared_ptr<TimedSound> own, const Transport& transport
     });
 }
 
-void LiveSound::setInput(const SoundInput& input) {
+void LiveSound::setInput(const SoundInput& input, std::shared_ptr<const Performance> replay) {
     std::shared_ptr<TimedSound> file;
-    if (input.kind == SoundInput::Kind::file)
-        file = std::make_shared<FileSound>(input.name, shared_->listener.tell);
+    if (input.kind == SoundInput::Kind::file) {
+        auto whole = std::make_shared<FileSound>(input.name, shared_->listener.tell);
+        file = whole;
+        if (replay)
+            file = std::make_shared<PerformedSound>(std::move(whole), std::move(replay));
+    }
     shared_->change([&](auto& wishes) {
         wishes.input = input;
         wishes.record.file = file;
@@ -156,6 +161,10 @@ void LiveSound::setInput(const SoundInput& input) {
 
 void LiveSound::setVolume(const SoundVolume& volume) {
     shared_->mix.setVolume(volume);
+}
+
+SoundFigures LiveSound::figures() const {
+    return shared_->mix.figures();
 }
 
 void LiveSound::setDelay(double seconds) {

@@ -1,6 +1,7 @@
 // The sound of the player: one thread renders it ahead, one analyses it.
 #pragma once
 
+#include "TarnwickCore/Performance/Performance.h"
 #include "player/Drawing/LiveLevels.h"
 #include "player/Sound/SoundInput.h"
 #include "player/Sound/SoundMix.h"
@@ -30,10 +31,13 @@ class LiveSound {
 
     // Replaces what is heard. The file is that of the input.
     void show(std::shared_ptr<TimedSound> own, const Transport& transport);
-    void setInput(const SoundInput& input);
+    // A file follows the transport, or the episode's clock in a performance that is replayed.
+    void setInput(const SoundInput& input, std::shared_ptr<const Performance> replay = nullptr);
     void setVolume(const SoundVolume& volume);
     // Seconds by which the user hears the device later than it says, below 0: earlier.
     void setDelay(double seconds);
+
+    SoundFigures figures() const;
 
     // The levels of the input. Never null.
     const std::shared_ptr<LiveLevels>& levels() const { return levels_; }

@@ -32,6 +32,7 @@ void Playback::keep(bool isWanted, double host) {
         open(host);
     if (std::exchange(isRunning_, isNeeded) != isNeeded) {
         clock_.restart();
+        mix_.restart();
         if (output_)
             output_->setPaused(!isNeeded);
     }
@@ -49,6 +50,7 @@ void Playback::look(double host) {
 
 void Playback::open(double host) {
     clock_.restart();
+    mix_.restart();
     lastTry_ = host;
     try {
         output_ = SoundOutput::open(
@@ -68,7 +70,7 @@ void Playback::say(const std::string& sentence) {
 }
 
 void Playback::setLatency() {
-    clock_.setLatency((output_ ? SoundOutput::latency : 0) + delay_);
+    clock_.setLatency((output_ ? SoundOutput::latency() : 0) + delay_);
 }
 
 void Playback::setDelay(double seconds) {

@@ -1,5 +1,6 @@
 #include "player/Sound/SoundEar.h"
 
+#include "TarnwickCore/Live/LevelCodes.h"
 #include "TarnwickCore/ShaderAssembler.h"
 
 #include <algorithm>
@@ -130,9 +131,14 @@ void SoundEar::hearSilence(double elapsed) {
     show();
 }
 
+// Those of a device are rounded as a performance keeps them, so that its replay shows the same.
 void SoundEar::show() {
-    levels_.show(std::make_shared<const SoundLevels>(
-        SoundLevels{.bands = analyzer_.bands(), .spectrum = analyzer_.spectrum()}));
+    SoundLevels levels{.bands = analyzer_.bands(), .spectrum = analyzer_.spectrum()};
+    if (isCapturing()) {
+        const LevelCodes codes = LevelCodes::of(levels.bands, levels.spectrum);
+        levels = {.bands = codes.bandValues(), .spectrum = codes.spectrumValues()};
+    }
+    levels_.show(std::make_shared<const SoundLevels>(std::move(levels)), lastHost_);
 }
 
 } // namespace tarnwick::player

@@ -1,6 +1,7 @@
 #include "player/Sound/SoundMix.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tarnwick::player {
 namespace {
@@ -28,6 +29,21 @@ void SoundMix::fadeOut(std::int64_t from) {
     }
 }
 
+void SoundMix::countFrames(std::int64_t wanted, std::int64_t there, double host) {
+    missing_ += wanted - there;
+    if (isNew_.exchange(false)) {
+        taken_ = late_ = 0;
+        longestWait_ = 0;
+        isBegun_ = false;
+        lastCall_ = host;
+    }
+    isBegun_ = isBegun_ || there > 0;
+    taken_ += wanted;
+    if (isBegun_)
+        late_ += wanted - there;
+    longestWait_ = std::max(longestWait_.load(), host - std::exchange(lastCall_, host));
+}
+
 void SoundMix::fill(std::span<float> stereo, double host) {
     const auto count = static_cast<std::int64_t>(stereo.size() / 2);
     frames_.resize(static_cast<std::size_t>(count));
@@ -35,7 +51,7 @@ void SoundMix::fill(std::span<float> stereo, double host) {
     clock_.taken(ring_.taken(), count, host);
     if (there > 0)
         last_ = frames_[static_cast<std::size_t>(there - 1)];
-    missing_ += count - there;
+    countFrames(count, there, host);
     fadeOut(there);
     const float own = ownVolume_, file = fileVolume_;
     for (std::size_t at = 0; at < frames_.size(); ++at) {

@@ -46,8 +46,11 @@ SoundControls::~SoundControls() {
 void SoundControls::setVolume(const SoundVolume& volume) {
     if (volume == volume_)
         return;
+    const bool hadFile = volume_.hasFile;
     volume_ = volume;
-    sound_->setVolume(volume);
+    showVolume();
+    if (hadFile != volume.hasFile)
+        player_.publish(); // a recording notes it
     keep();
     emit volumeChanged();
 }
@@ -82,8 +85,15 @@ void SoundControls::load() {
                .hasFile = kept.value(QStringLiteral("sound/hearsFile"), true).toBool()};
     delay_ = std::clamp(kept.value(QStringLiteral("sound/delay"), 0).toInt(), -longestDelay,
                         longestDelay);
-    sound_->setVolume(volume_);
+    showVolume();
     sound_->setDelay(delay_ / 1000.0);
+}
+
+void SoundControls::showVolume() {
+    SoundVolume shown = volume_;
+    if (replayed_)
+        shown.hasFile = replayed_->isPlayed;
+    sound_->setVolume(shown);
 }
 
 // The newest values; those of earlier calls that wait are not written.
@@ -108,10 +118,30 @@ void SoundControls::keep() {
 void SoundControls::setInput(const SoundInput& input) {
     if (input != input_) {
         input_ = input;
-        sound_->setInput(input);
-        player_.setLevels(sound_->levels(), input.kind == SoundInput::Kind::own);
+        showInput();
     }
     emit inputChanged();
+}
+
+void SoundControls::showInput() {
+    if (!replayed_)
+        sound_->setInput(input_);
+    else if (replayed_->file.empty())
+        sound_->setInput({});
+    else
+        sound_->setInput({.kind = SoundInput::Kind::file, .name = replayed_->file},
+                         replayed_->performance);
+    player_.setLevels(sound_->levels(), input_.kind == SoundInput::Kind::own);
+}
+
+void SoundControls::setReplayed(const std::shared_ptr<const Performance>& performance,
+                                const std::string& file, bool isPlayed) {
+    if (performance)
+        replayed_ = Replayed{performance, file, isPlayed};
+    else
+        replayed_.reset();
+    showInput();
+    showVolume();
 }
 
 void SoundControls::chooseFile() {

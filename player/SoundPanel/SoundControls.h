@@ -10,6 +10,8 @@
 #include <QObject>
 #include <QStringList>
 #include <memory>
+#include <optional>
+#include <string>
 
 class QWidget;
 
@@ -35,10 +37,15 @@ class SoundControls : public QObject {
 
     const SoundInput& input() const { return input_; }
     void setInput(const SoundInput& input);
+    // Plays the sound file of a replay (empty: none) instead of the input; a null performance ends
+    // that. The input and the volume are not changed.
+    void setReplayed(const std::shared_ptr<const Performance>& performance, const std::string& file,
+                     bool isPlayed);
     // Asks for a file and takes it as the input.
     void chooseFile();
 
-    std::shared_ptr<const LiveLevels> levels() const { return sound_->levels(); }
+    SoundFigures figures() const { return sound_->figures(); }
+    const std::shared_ptr<LiveLevels>& levels() const { return sound_->levels(); }
     // The names of the inputs that the system has. devicesFound() is emitted for newer ones.
     const QStringList& devices() const { return devices_; }
     // Looks for them in the background.
@@ -52,12 +59,20 @@ class SoundControls : public QObject {
   private:
     void load();
     void keep();
+    void showInput();
+    void showVolume();
 
     Player& player_;
     QWidget& window_;
     SoundVolume volume_;
     int delay_ = 0;
     SoundInput input_;
+    struct Replayed {
+        std::shared_ptr<const Performance> performance;
+        std::string file;
+        bool isPlayed = false;
+    };
+    std::optional<Replayed> replayed_; // absent: no replay
     QStringList devices_;
     RecordSound heard_;
     std::unique_ptr<LiveSound> sound_;

@@ -64,30 +64,45 @@ QSize firstSize() {
 InputCopies inputsOf(const OpenDocument& document, const DocumentChannels& channels,
                      const SoundControls* sound) {
     InputCopies copies = channels.copies(document);
+    copies.isHearing = document.document().episode()->shader.usesInputs;
     if (sound == nullptr || sound->input().kind == SoundInput::Kind::own)
         return copies;
     if (sound->input().kind == SoundInput::Kind::file) {
         copies.sound = sound->input().name;
         copies.playsSound = sound->volume().hasFile;
-    } else if (document.document().episode()->shader.usesInputs) {
+    } else if (copies.isHearing) {
         copies.remarks.emplace_back(
             "The sound input is silent in stills; a movie hears the episode's own sound.");
     }
     return copies;
 }
 
-// The files of these inputs, as a performance keeps them.
-PerformedInputs performedInputsOf(const InputCopies& copies) {
-    PerformedInputs inputs{.remarks = copies.remarks};
+bool isDevice(const SoundInput& input) {
+    return input.kind == SoundInput::Kind::microphone || input.kind == SoundInput::Kind::desktop;
+}
+
+// The same inputs, as a performance records them.
+DocumentInputs performedInputsOf(const OpenDocument& document, const DocumentChannels& channels,
+                                 const SoundControls* sound) {
+    const InputCopies copies = channels.copies(document);
+    DocumentInputs inputs{.remarks = copies.remarks};
     for (const ChannelCopy& channel : copies.channels)
         if (channel.file.empty() && channel.document.empty())
             inputs.remarks.push_back("Channel " + channel.address +
                                      " shows an episode that has no file; it is black in movies.");
         else
-            inputs.files.push_back(
-                {channel.address, channel.file.empty() ? channel.document : channel.file});
-    if (!copies.sound.empty())
-        inputs.files.push_back({"audio", copies.sound, copies.playsSound});
+            inputs.files[channel.address] = {
+                .file = (channel.file.empty() ? channel.document : channel.file).string()};
+    if (sound == nullptr)
+        return inputs;
+    if (sound->input().kind == SoundInput::Kind::file)
+        inputs.files[soundInput] = {.file = sound->input().name,
+                                    .isPlayed = sound->volume().hasFile};
+    if (isDevice(sound->input()) && document.document().episode()->shader.usesInputs) {
+        inputs.device = sound->levels();
+        inputs.remarks.emplace_back(
+            "The levels of the microphone or the desktop are recorded; their sound is not.");
+    }
     return inputs;
 }
 
@@ -163,9 +178,13 @@ void MainWindow::makeFeatures() {
     new DroppedFiles(*this, LinkOpener::isLink, [this](const QString& place) { open({place}); });
     performances_ =
         new PerformanceFeature(player_, *this, actions_, [this](const OpenDocument& document) {
-            return performedInputsOf(
-                inputsOf(document, channels_->channels(), findChild<SoundControls*>()));
+            return performedInputsOf(document, channels_->channels(), findChild<SoundControls*>());
         });
+    connect(&performances_->performer(), &Performer::soundReplayed, this,
+            [this](const ReplayedSound& replayed) {
+                if (auto* sound = findChild<SoundControls*>())
+                    sound->setReplayed(replayed.performance, replayed.file, replayed.isPlayed);
+            });
     connect(performances_, &PerformanceFeature::exportWanted, exports_,
             &ExportFeature::exportMovie);
     addCommandActions(*this, actions_);

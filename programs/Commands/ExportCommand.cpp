@@ -33,9 +33,11 @@ struct Request {
     std::optional<FrameRange> frames;
     std::vector<MovieChapter> chapters;
     EpisodeAudio audio;
-    bool hasFileTrack = false;
+    std::filesystem::path fileTrack; // empty: none
+    bool playsInputs = false;
     bool sound = false, watermark = false; // the episode's own sound
     NamedChannels channels;
+    std::vector<NamedInputs> performed;
 };
 
 double usualDurationOf(const Request& request) {
@@ -92,10 +94,10 @@ Request requestOf(const Arguments& arguments) {
     request.askedStart = arguments.numberOf("--start");
     request.crossfade = arguments.numberOf("--loop");
     request.episode = episodeAt(path);
-    const EpisodeTimeline found = episodeTimelineOf(arguments, request.episode);
-    request.timeline = found.timeline;
-    request.audio = episodeAudioOf(arguments, found.inputs);
-    request.channels = episodeChannelsOf(arguments, request.episode, found.inputs);
+    request.audio = episodeAudioOf(arguments);
+    request.channels = episodeChannelsOf(arguments, request.episode);
+    request.timeline = episodeTimelineOf(arguments, request.episode);
+    request.performed = performedChannelsOf(request.timeline, request.episode);
     request.search = searchOf(arguments, request);
     if (!request.search)
         request.duration = durationOf(arguments, request);
@@ -105,7 +107,8 @@ Request requestOf(const Arguments& arguments) {
     if (const auto given = arguments.value("--frames"))
         request.frames = exportFramesOf(*given, request.movie.preset, request.duration);
     request.sound = exportSoundOf(arguments, request.episode) && request.audio.hasOwn();
-    request.hasFileTrack = request.audio.hasFile() && !arguments.has("--no-sound");
+    request.fileTrack = movieFileOf(request.audio, arguments);
+    request.playsInputs = !arguments.has("--audio") && !arguments.has("--no-sound");
     request.watermark = arguments.has("--watermark");
     request.chapters = chapterListAt(arguments.value("--chapters").value_or(""));
     if (!request.search)
@@ -120,7 +123,8 @@ ExportSegment segmentOf(const Request& request, std::shared_ptr<const ShaderProg
             .duration = request.duration,
             .watermark = request.watermark,
             .sound = request.sound,
-            .soundFile = request.hasFileTrack ? request.audio.file : std::filesystem::path(),
+            .soundFile = request.fileTrack,
+            .playsInputs = request.playsInputs,
             .loop = request.crossfade,
             .loopSound = true};
 }
@@ -150,7 +154,10 @@ Status export_(const Arguments& arguments) {
     }
     ExportSegment segment = segmentOf(request, program);
     segment.inputs =
-        frameInputsOf(program, *device, request.movie.preset, channels, request.audio.file);
+        request.timeline.performance()
+            ? performedInputsOf(program, *device, request.movie.preset,
+                                performedSourcesOf(request.performed, *device))
+            : frameInputsOf(program, *device, request.movie.preset, channels, request.audio.file);
     exportMovie({&segment, 1}, request.movie, *device, request.episode.path,
                 {.frames = request.frames, .chapters = request.chapters});
     return Status::done;

@@ -1,6 +1,7 @@
 // tarnwick share: an episode for others to see.
 #include "programs/CommandLine/NewFolder.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeAudio.h"
 #include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeProgram.h"
@@ -14,6 +15,7 @@
 #include <array>
 #include <atomic>
 #include <cstdio>
+#include <filesystem>
 
 namespace tarnwick {
 namespace {
@@ -40,6 +42,7 @@ template <const auto& choices> auto choiceOf(const Arguments& arguments, std::st
 struct Request {
     Episode episode;
     NamedChannels channels{};
+    std::filesystem::path audio{}; // that the episode hears
     ShareUpload upload; // with stand-ins for the movie and the picture that are not drawn yet
 };
 
@@ -55,7 +58,10 @@ Request requestOf(const Arguments& arguments) {
     upload.loop = loop ? mediaFile(*loop) : standInLoop;
     upload.thumb = thumb ? mediaFile(*thumb) : standInThumb;
     NamedChannels channels = episodeChannelsOf(arguments, episode);
-    return {std::move(episode), std::move(channels), std::move(upload)};
+    if (arguments.has("--audio"))
+        checkHears(episode, "a sound file");
+    return {std::move(episode), std::move(channels), episodeAudioOf(arguments).file,
+            std::move(upload)};
 }
 
 // `status` is `misused` for errors of the command line, `failed` for those of the drawn media.
@@ -76,7 +82,8 @@ void draw(Request& request, const Arguments& arguments, const PixelSize& size,
                                .program = programOf(request.episode, *device),
                                .size = size,
                                .settings = settings,
-                               .channels = channelSourcesOf(request.channels, *device)};
+                               .channels = channelSourcesOf(request.channels, *device),
+                               .audio = request.audio};
     if (!arguments.has("--thumb"))
         request.upload.thumb = sharedThumb(shared, *device);
     if (!arguments.has("--loop"))
@@ -177,8 +184,8 @@ constexpr std::array<Option, 8> pageOptions{{
      .values = FileName{},
      .byDefault = "none"},
 }};
-constexpr auto shareOptions =
-    joined(pageOptions, std::array{channelOption}, animationOptions, serviceOptions);
+constexpr auto shareOptions = joined(pageOptions, std::array{audioOption({}), channelOption},
+                                     animationOptions, serviceOptions);
 
 } // namespace
 

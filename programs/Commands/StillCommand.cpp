@@ -29,12 +29,6 @@ std::uint32_t frameOf(const Arguments& arguments, double time) {
                                     : savedFrame(time);
 }
 
-void checkHears(const Episode& episode, std::string_view sound) {
-    if (!episode.shader.usesInputs)
-        failure(episode.path + " does not hear " + std::string(sound) +
-                ": its shade has no parameter of the type Inputs.");
-}
-
 // Whether --hear is given. Throws CommandError if the episode cannot hear its sound.
 bool hearsOf(const Arguments& arguments, const Episode& episode) {
     if (!arguments.has("--hear"))
@@ -44,11 +38,10 @@ bool hearsOf(const Arguments& arguments, const Episode& episode) {
     return true;
 }
 
-std::filesystem::path audioOf(const Arguments& arguments, const Episode& episode,
-                              std::span<const InputFile> performed) {
+std::filesystem::path audioOf(const Arguments& arguments, const Episode& episode) {
     if (arguments.has("--audio"))
         checkHears(episode, "a sound file");
-    return episodeAudioOf(arguments, performed).file;
+    return episodeAudioOf(arguments).file;
 }
 
 // The command line, checked before anything is compiled or drawn.
@@ -56,6 +49,7 @@ struct Request {
     Output out;
     EpisodeFrame frame;
     NamedChannels channels;
+    std::vector<NamedInputs> performed;
     PictureAlpha alpha = PictureAlpha::none;
 };
 
@@ -70,10 +64,10 @@ Request requestOf(const Arguments& arguments) {
     frame.time = timeOf(arguments, frame.episode);
     frame.frame = frameOf(arguments, frame.time);
     frame.hears = hearsOf(arguments, frame.episode);
-    const EpisodeTimeline found = episodeTimelineOf(arguments, frame.episode);
-    frame.timeline = found.timeline;
-    frame.audio = audioOf(arguments, frame.episode, found.inputs);
-    request.channels = episodeChannelsOf(arguments, frame.episode, found.inputs);
+    frame.audio = audioOf(arguments, frame.episode);
+    request.channels = episodeChannelsOf(arguments, frame.episode);
+    frame.timeline = episodeTimelineOf(arguments, frame.episode);
+    request.performed = performedChannelsOf(frame.timeline, frame.episode);
     return request;
 }
 
@@ -81,6 +75,7 @@ Status still(const Arguments& arguments) {
     Request request = requestOf(arguments);
     const auto device = drawingDevice();
     request.frame.channels = channelSourcesOf(request.channels, *device);
+    request.frame.performed = performedSourcesOf(request.performed, *device);
     const Picture picture = pictureOf(request.frame, *device);
     request.out.write(pngOf(picture, request.alpha));
     return Status::done;

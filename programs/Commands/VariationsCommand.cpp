@@ -4,6 +4,7 @@
 #include "TarnwickPlatform/Pictures/Halved.h"
 #include "programs/CommandLine/Output.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeAudio.h"
 #include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
@@ -72,10 +73,16 @@ std::vector<std::string> labelsOf(const EpisodeVariations& variations) {
     return labels;
 }
 
+// What the stills hear.
+struct Heard {
+    bool isOwn = false;         // their own sound
+    std::filesystem::path file; // instead of it; empty: none
+};
+
 // Each still is at the start of its variation and has its values.
 std::vector<LabelledPicture> stillsOf(const EpisodeVariations& variations,
                                       std::span<const std::string> labels,
-                                      const SheetLayout& layout, bool hears,
+                                      const SheetLayout& layout, const Heard& heard,
                                       const NamedChannels& named) {
     const auto device = drawingDevice();
     ProgressBar bar("Step");
@@ -91,8 +98,9 @@ std::vector<LabelledPicture> stillsOf(const EpisodeVariations& variations,
                                  .time = variation.start,
                                  .frame = savedFrame(variation.start),
                                  .timeline = variations.settingsOf(variation),
-                                 .hears = hears,
-                                 .channels = channels};
+                                 .hears = heard.isOwn,
+                                 .channels = channels,
+                                 .audio = heard.file};
         Picture picture = halved(pictureOf(program, frame, *device, news, bar));
         hitLoopBudget |= news.hitLoopBudget;
         stills.push_back({.picture = std::move(picture), .label = labels[stills.size()]});
@@ -107,9 +115,11 @@ void writeSheetOf(const EpisodeVariations& variations, const Arguments& argument
                   const Output& out) {
     const std::vector<std::string> labels = labelsOf(variations);
     const SheetLayout layout = sheetLayoutOf(arguments, labels);
-    const bool hears = arguments.has("--hear");
+    const Heard heard{arguments.has("--hear"), episodeAudioOf(arguments).file};
+    if (!heard.file.empty())
+        checkHears(variations.episode, "a sound file");
     const NamedChannels channels = episodeChannelsOf(arguments, variations.episode);
-    writeSheet(stillsOf(variations, labels, layout, hears, channels), layout, out);
+    writeSheet(stillsOf(variations, labels, layout, heard, channels), layout, out);
 }
 
 // At most one of them is standard output.
@@ -183,9 +193,9 @@ constexpr std::array<Option, 5> outputOptions{{
      .values = SizeInPixels{},
      .byDefault = stillSizeOption.byDefault},
 }};
-constexpr auto variationsOptions =
-    joined(seriesOptions, outputOptions, columnsOptions, movieOptions, std::array{channelOption},
-           animationOptions, hearOptions);
+constexpr auto variationsOptions = joined(
+    seriesOptions, outputOptions, columnsOptions, movieOptions,
+    std::array{audioOption("--hear"), trackOption, channelOption}, animationOptions, hearOptions);
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include "programs/CommandLine/Output.h"
 #include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/EpisodeAudio.h"
 #include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodePicture.h"
 #include "programs/Episode/EpisodeProgram.h"
@@ -42,7 +43,7 @@ fs::path pageName(std::int64_t stage, std::size_t page) {
 
 // Each stage at the time of the episode's still, so that the stages show the same moment.
 std::vector<Picture> stillsOf(const EpisodeWalkthrough& walkthrough,
-                              const WalkthroughRenderer& renderer) {
+                              const WalkthroughRenderer& renderer, const fs::path& audio) {
     const auto device = drawingDevice();
     ProgressBar bar("Step");
     const auto programs = programsOf(walkthrough, *device, bar);
@@ -59,7 +60,8 @@ std::vector<Picture> stillsOf(const EpisodeWalkthrough& walkthrough,
                                     .time = time,
                                     .frame = savedFrame(time),
                                     .timeline = walkthrough.settings,
-                                    .channels = channels},
+                                    .channels = channels,
+                                    .audio = audio},
                                    *device, news, bar));
         bar.hide();
         if (news.hitLoopBudget)
@@ -100,7 +102,8 @@ void writePages(const EpisodeWalkthrough& walkthrough, const WalkthroughRenderer
     const std::vector<WalkthroughStage> stages = walkthrough.stages(renderer);
     const std::vector<Page> pages = pagesOf(stages, folder, arguments);
     checkPages(pages, folder);
-    const std::vector<Picture> stills = stillsOf(walkthrough, renderer);
+    const fs::path audio = episodeAudioOf(arguments).file;
+    const std::vector<Picture> stills = stillsOf(walkthrough, renderer, audio);
     makeFolder(folder);
     for (const auto& [stage, page, out] : pages) {
         const auto overlays = renderer.pages(stages[stage], stages.size());
@@ -166,7 +169,8 @@ constexpr std::array<Option, 7> pageOptions{{
     movieStartOption,
 }};
 constexpr auto walkthroughOptions =
-    joined(pageOptions, movieOptions, std::array{channelOption}, animationOptions);
+    joined(pageOptions, movieOptions, std::array{audioOption({}), trackOption, channelOption},
+           animationOptions);
 
 } // namespace
 

@@ -2,12 +2,12 @@
 #pragma once
 
 #include "TarnwickCore/CommandLine/Arguments.h"
-#include "TarnwickCore/Performance/InputFiles.h"
+#include "TarnwickCore/Episode/Episode.h"
+#include "TarnwickCore/Performance/Performance.h"
 
 #include <array>
 #include <cstdint>
 #include <filesystem>
-#include <span>
 #include <string_view>
 #include <vector>
 
@@ -26,9 +26,14 @@ struct EpisodeAudio {
 };
 
 // From --audio and --track. Throws CommandError for a file that cannot be read or has no sound.
-// Without --audio: the file of `performed`, and a track of the sound that was played; prints on
-// standard error if it cannot be read.
-EpisodeAudio episodeAudioOf(const Arguments& arguments, std::span<const InputFile> performed = {});
+EpisodeAudio episodeAudioOf(const Arguments& arguments);
+// Throws CommandError if the episode does not hear `sound`: "its sound".
+void checkHears(const Episode& episode, std::string_view sound);
+// Without the sound files that cannot be read, about which it prints on standard error.
+Performance withReadableSounds(Performance performance);
+
+// The file whose sound a movie has; empty: none, also with --no-sound.
+std::filesystem::path movieFileOf(const EpisodeAudio& audio, const Arguments& arguments);
 
 std::vector<std::string_view> trackNames();
 

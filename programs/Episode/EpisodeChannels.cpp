@@ -2,6 +2,7 @@
 
 #include "TarnwickBase/Quoted.h"
 #include "TarnwickCore/CommandLine/ChannelWord.h"
+#include "TarnwickCore/Performance/InputFiles.h"
 #include "programs/CommandLine/CommandError.h"
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeProgram.h"
@@ -9,6 +10,7 @@
 #include "programs/Terminal/TerminalText.h"
 
 #include <algorithm>
+#include <map>
 
 namespace tarnwick {
 namespace {
@@ -63,26 +65,76 @@ std::unique_ptr<NamedChannel>& placeOf(const ChannelWord& word, const std::strin
     return (*inner)[word.address.back()];
 }
 
-// A channel of --channel replaces the performed one, and the channels of the episode that it
-// showed.
-void addPerformed(std::span<const InputFile> performed, std::vector<std::string>& texts) {
-    const std::vector<std::string> given = texts;
-    for (const InputFile& input : performed) {
-        const bool isReplaced = std::ranges::any_of(given, [&](const std::string& text) {
-            return text.substr(0, 1) == input.name.substr(0, 1);
-        });
-        if (input.name != "audio" && !isReplaced)
-            texts.push_back(input.name + "=" + input.file.string());
+// The channels of a performance; those of an episode that is missing are left out.
+NamedChannels namedChannelsOf(const PerformedInputs& inputs) {
+    NamedChannels channels;
+    for (const auto& [name, file] : inputs) { // an episode before its channels
+        const auto word = channelWord(name + "=" + file.file);
+        if (!word)
+            continue; // the sound
+        NamedChannels* inner = &channels;
+        for (std::size_t depth = 0; inner != nullptr && depth + 1 < word->address.size(); ++depth) {
+            NamedChannel* shown = (*inner)[word->address[depth]].get();
+            const bool isReading =
+                shown != nullptr && shown->episode && shown->episode->shader.usesInputs;
+            inner = isReading ? &shown->channels : nullptr;
+        }
+        if (inner != nullptr)
+            (*inner)[word->address.back()] = channelAt(word->place);
     }
+    return channels;
 }
+
+// Words that are the same for the same files.
+std::string wordsOf(const NamedChannels& channels) {
+    std::string words;
+    for (const auto& channel : channels) {
+        if (channel)
+            words += channel->file.string() + (channel->episode ? channel->episode->path : "") +
+                     wordsOf(channel->channels);
+        words += '\n';
+    }
+    return words;
+}
+
+// Compiles each episode once.
+class ChannelCompiler {
+  public:
+    explicit ChannelCompiler(gpu::Device& device) : device_(device) {}
+
+    ChannelSources sourcesOf(const NamedChannels& channels) {
+        ChannelSources sources;
+        for (std::size_t index = 0; index < channelCount; ++index) {
+            const NamedChannel* channel = channels[index].get();
+            if (channel == nullptr)
+                continue;
+            sources[index].file = channel->file;
+            if (channel->episode)
+                sources[index].episode = episodeOf(*channel);
+        }
+        return sources;
+    }
+
+  private:
+    std::shared_ptr<const ChannelEpisode> episodeOf(const NamedChannel& channel) {
+        auto& made = episodes_[channel.episode->path + '\n' + wordsOf(channel.channels)];
+        if (!made)
+            made = std::make_shared<const ChannelEpisode>(
+                ChannelEpisode{.program = programOf(*channel.episode, device_),
+                               .timeline = channel.settings,
+                               .channels = sourcesOf(channel.channels)});
+        return made;
+    }
+
+    gpu::Device& device_;
+    std::map<std::string, std::shared_ptr<const ChannelEpisode>> episodes_;
+};
 
 } // namespace
 
-NamedChannels episodeChannelsOf(const Arguments& arguments, const Episode& episode,
-                                std::span<const InputFile> performed) {
+NamedChannels episodeChannelsOf(const Arguments& arguments, const Episode& episode) {
     std::vector<std::string> texts(arguments.values("--channel").begin(),
                                    arguments.values("--channel").end());
-    addPerformed(performed, texts);
     if (!texts.empty())
         checkReads(episode);
     // The episodes before their channels.
@@ -96,18 +148,40 @@ NamedChannels episodeChannelsOf(const Arguments& arguments, const Episode& episo
     return channels;
 }
 
+std::vector<std::pair<std::string, std::string>> givenChannels(const Arguments& arguments) {
+    std::vector<std::pair<std::string, std::string>> given;
+    for (const std::string& text : arguments.values("--channel"))
+        given.emplace_back(text.substr(0, text.find('=')), wordOf(text).place.string());
+    std::ranges::stable_sort(given, {}, [](const auto& one) { return one.first.size(); });
+    return given;
+}
+
 ChannelSources channelSourcesOf(const NamedChannels& channels, gpu::Device& device) {
-    ChannelSources sources;
-    for (std::size_t index = 0; index < channelCount; ++index) {
-        const NamedChannel* channel = channels[index].get();
-        if (channel == nullptr)
-            continue;
-        sources[index].file = channel->file;
-        if (channel->episode)
-            sources[index].episode = std::make_shared<const ChannelEpisode>(
-                ChannelEpisode{.program = programOf(*channel->episode, device),
-                               .timeline = channel->settings,
-                               .channels = channelSourcesOf(channel->channels, device)});
+    return ChannelCompiler(device).sourcesOf(channels);
+}
+
+std::vector<NamedInputs> performedChannelsOf(const Timeline& timeline, const Episode& episode) {
+    std::vector<NamedInputs> sets;
+    const Performance* performance = timeline.performance().get();
+    if (performance == nullptr || !episode.shader.usesInputs)
+        return sets;
+    for (PerformedInputs& inputs : inputSets(*performance)) {
+        NamedChannels channels = namedChannelsOf(inputs);
+        sets.push_back({std::move(inputs), std::move(channels)});
+    }
+    return sets;
+}
+
+std::vector<PerformedSource> performedSourcesOf(const std::vector<NamedInputs>& sets,
+                                                gpu::Device& device) {
+    ChannelCompiler compiler(device);
+    std::vector<PerformedSource> sources;
+    for (const NamedInputs& set : sets) {
+        InputSources& made =
+            sources.emplace_back(set.inputs, InputSources{.hearsOwnSound = true}).sources;
+        made.channels = compiler.sourcesOf(set.channels);
+        if (const auto sound = set.inputs.find(soundInput); sound != set.inputs.end())
+            made.soundFile = sound->second.file;
     }
     return sources;
 }

@@ -34,11 +34,13 @@ std::optional<Picture> drawn(const std::shared_ptr<const ShaderProgram>& program
                              const EpisodeFrame& frame, gpu::Device& device, StillNews& news) {
     const auto [width, height] = frame.size;
     try {
-        auto inputs = EpisodeInputs::make(
-            program, device, width, height,
-            {.channels = frame.channels,
-             .hearsOwnSound = frame.hears || frame.timeline.performance() != nullptr,
-             .soundFile = frame.audio});
+        const bool isPerformed = frame.timeline.performance() != nullptr;
+        auto inputs = isPerformed
+                          ? PerformedSources::make(program, device, width, height, frame.performed)
+                          : EpisodeInputs::make(program, device, width, height,
+                                                {.channels = frame.channels,
+                                                 .hearsOwnSound = frame.hears,
+                                                 .soundFile = frame.audio});
         return timelineStill(program, device, width, height, frame.timeline, frame.time,
                              {.frame = frame.frame, .inputs = std::move(inputs), .news = &news});
     } catch (const InputError& error) {

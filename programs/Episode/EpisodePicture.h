@@ -5,7 +5,7 @@
 #include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/Episode/Episode.h"
 #include "TarnwickCore/Performance/Timeline.h"
-#include "TarnwickRender/Channels/ChannelSources.h"
+#include "TarnwickRender/Channels/PerformedSources.h"
 #include "TarnwickRender/StillRenderer.h"
 #include "programs/Terminal/ProgressBar.h"
 
@@ -14,6 +14,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarnwick {
 
@@ -32,10 +33,11 @@ struct EpisodeFrame {
     double time = 0;         // seconds of the timeline, at least 0
     std::uint32_t frame = 0; // a performance has its own
     Timeline timeline{};
-    // Its own sound up to that time, otherwise silence. A performance is always heard.
+    // Its own sound up to that time, otherwise silence.
     bool hears = false;
     ChannelSources channels{};
-    std::filesystem::path audio{}; // a sound file that it hears; empty: none
+    std::filesystem::path audio{};          // a sound file that it hears; empty: none
+    std::vector<PerformedSource> performed; // of a performance, which has no other inputs
 };
 
 // Compiles and draws it, with progress on standard error. Throws CommandError; the compiler's

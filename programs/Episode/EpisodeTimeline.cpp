@@ -1,7 +1,10 @@
 #include "programs/Episode/EpisodeTimeline.h"
 
+#include "TarnwickCore/Performance/InputFiles.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "programs/CommandLine/CommandError.h"
+#include "programs/Episode/EpisodeAudio.h"
+#include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Terminal/TerminalText.h"
 
@@ -28,17 +31,23 @@ Performance performanceAt(const std::string& file) {
     }
 }
 
+Performance withGivenInputs(const Arguments& arguments, Performance performance) {
+    for (const auto& [name, file] : givenChannels(arguments))
+        performance = withInput(std::move(performance), name, {.file = file});
+    if (const auto sound = arguments.value("--audio"))
+        performance = withInput(std::move(performance), soundInput, {.file = std::string(*sound)});
+    return performance;
+}
+
 } // namespace
 
-EpisodeTimeline episodeTimelineOf(const Arguments& arguments, const Episode& episode) {
+Timeline episodeTimelineOf(const Arguments& arguments, const Episode& episode) {
     const auto given = arguments.value("--performance");
     if (!given)
-        return {.timeline = episodeSettingsOf(arguments, episode)};
+        return episodeSettingsOf(arguments, episode);
     const std::string file(*given);
-    const Performance performance = performanceAt(file);
-    FoundInputs inputs;
-    if (episode.shader.usesInputs)
-        inputs = inputFilesOf(performance, std::filesystem::path(file).parent_path());
+    FoundInputs found = foundInputs(performanceAt(file), std::filesystem::path(file).parent_path());
+    const Performance& performance = found.performance;
     for (const std::string& remark : performance.remarks)
         say(file + ": " + remark);
     if (Performance::markOf("", episode.text).sha256 != performance.episode.sha256)
@@ -46,10 +55,11 @@ EpisodeTimeline episodeTimelineOf(const Arguments& arguments, const Episode& epi
             " was performed; the picture may differ.");
     for (const std::string& misfit : performance.misfits(episode.params(), episode.path))
         say(file + ": " + misfit);
-    for (const std::string& sentence : inputs.sentences)
+    for (const std::string& sentence : found.sentences)
         say(file + ": " + sentence);
-    return {.timeline = std::make_shared<const Performance>(performance.fitted(episode.params())),
-            .inputs = std::move(inputs.files)};
+    found.performance =
+        withGivenInputs(arguments, withReadableSounds(std::move(found.performance)));
+    return std::make_shared<const Performance>(found.performance.fitted(episode.params()));
 }
 
 } // namespace tarnwick

@@ -3,24 +3,18 @@
 
 #include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/Episode/Episode.h"
-#include "TarnwickCore/Performance/InputFiles.h"
 #include "TarnwickCore/Performance/Timeline.h"
 
 #include <string_view>
-#include <vector>
 
 namespace tarnwick {
-
-struct EpisodeTimeline {
-    Timeline timeline{};
-    std::vector<InputFile> inputs{}; // that a performance names
-};
 
 // The performance in the file of --performance, otherwise the settings (episodeSettingsOf), fitted
 // to the episode's parameters. Prints on standard error the remarks of the performance, the
 // parameters that do not fit, the inputs that are missing or have changed, and whether another text
-// was performed. Throws CommandError on a file that is not a performance.
-EpisodeTimeline episodeTimelineOf(const Arguments& arguments, const Episode& episode);
+// was performed. The files of --channel and --audio are inputs of a performance throughout. Throws
+// CommandError on a file that is not a performance.
+Timeline episodeTimelineOf(const Arguments& arguments, const Episode& episode);
 
 constexpr Option performanceOption(std::string_view excludes) {
     return {

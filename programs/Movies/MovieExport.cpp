@@ -43,6 +43,17 @@ std::shared_ptr<FrameInputs> frameInputsOf(const std::shared_ptr<const ShaderPro
     }
 }
 
+std::shared_ptr<FrameInputs> performedInputsOf(const std::shared_ptr<const ShaderProgram>& program,
+                                               gpu::Device& device, const ExportPreset& preset,
+                                               std::vector<PerformedSource> sources) {
+    try {
+        return PerformedSources::make(program, device, preset.width, preset.height,
+                                      std::move(sources));
+    } catch (const InputError& error) {
+        failure(terminalText(error.what()));
+    }
+}
+
 void exportMovie(std::span<const ExportSegment> segments, const MovieTarget& target,
                  gpu::Device& device, std::string_view path, ExportDetails details) {
     using Clock = std::chrono::steady_clock;

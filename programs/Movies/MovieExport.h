@@ -1,7 +1,7 @@
 // Movies that commands write.
 #pragma once
 
-#include "TarnwickRender/Channels/EpisodeInputs.h"
+#include "TarnwickRender/Channels/PerformedSources.h"
 #include "TarnwickRender/VideoExporter.h"
 #include "programs/Movies/ExportOptions.h"
 
@@ -9,6 +9,7 @@
 #include <memory>
 #include <span>
 #include <string_view>
+#include <vector>
 
 namespace tarnwick {
 
@@ -18,6 +19,11 @@ std::shared_ptr<FrameInputs> frameInputsOf(const std::shared_ptr<const ShaderPro
                                            gpu::Device& device, const ExportPreset& preset,
                                            const ChannelSources& channels = {},
                                            const std::filesystem::path& soundFile = {});
+
+// The inputs of a performance. Null for a program without Inputs. Throws CommandError.
+std::shared_ptr<FrameInputs> performedInputsOf(const std::shared_ptr<const ShaderProgram>& program,
+                                               gpu::Device& device, const ExportPreset& preset,
+                                               std::vector<PerformedSource> sources);
 
 // Exports the segments to the target, then prints frames, length, size and duration. Prints
 // progress on standard error; Ctrl-C cancels. `path` is the name of the episode in messages. Throws

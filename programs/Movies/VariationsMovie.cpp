@@ -1,5 +1,6 @@
 #include "programs/Movies/VariationsMovie.h"
 
+#include "programs/Episode/EpisodeAudio.h"
 #include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSound.h"
@@ -36,16 +37,17 @@ void checkAllHeard(const EpisodeVariations& variations, gpu::Device& device) {
 
 VideoChapters exportVariations(const EpisodeVariations& variations, const Arguments& arguments,
                                const MovieTarget& movie) {
-    const bool sound = exportSoundOf(arguments, variations.episode);
+    const EpisodeAudio audio = episodeAudioOf(arguments);
+    const bool sound = exportSoundOf(arguments, variations.episode) && audio.hasOwn();
     VideoChapters chapters = chaptersOf(variations, movie.preset.fps);
     checkMovieLength(chapters.duration);
     const auto device = drawingDevice();
     const auto program = programOf(variations.episode, *device);
     if (sound)
         checkAllHeard(variations, *device);
-    const auto inputs =
-        frameInputsOf(program, *device, movie.preset,
-                      channelSourcesOf(episodeChannelsOf(arguments, variations.episode), *device));
+    const auto inputs = frameInputsOf(
+        program, *device, movie.preset,
+        channelSourcesOf(episodeChannelsOf(arguments, variations.episode), *device), audio.file);
     std::vector<ExportSegment> segments;
     for (const Variation& variation : variations.series) {
         segments.push_back({.program = program,
@@ -54,6 +56,7 @@ VideoChapters exportVariations(const EpisodeVariations& variations, const Argume
                             .duration = variations.duration,
                             .watermark = arguments.has("--watermark"),
                             .sound = sound,
+                            .soundFile = movieFileOf(audio, arguments),
                             .inputs = inputs});
     }
     exportMovie(segments, movie, *device, variations.episode.path,

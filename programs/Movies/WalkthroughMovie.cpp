@@ -2,12 +2,15 @@
 
 #include "TarnwickCore/Movies/ExportPlan.h"
 #include "TarnwickCore/Walkthroughs/WalkthroughTimeline.h"
+#include "TarnwickRender/SoundFileTap.h"
 #include "TarnwickRender/SoundTap.h"
 #include "programs/CommandLine/CommandError.h"
+#include "programs/Episode/EpisodeAudio.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSound.h"
 #include "programs/Movies/ExportOptions.h"
 #include "programs/Movies/MovieExport.h"
+#include "programs/Terminal/TerminalText.h"
 
 namespace tarnwick {
 namespace {
@@ -73,6 +76,17 @@ std::vector<MovieChapter> chaptersOf(const StagedMovie& staged) {
     return chapters;
 }
 
+std::shared_ptr<FrameInputs> soundOf(const std::shared_ptr<const ShaderProgram>& program,
+                                     gpu::Device& device, const std::filesystem::path& file) {
+    try {
+        if (!file.empty())
+            return SoundFileTap::make(file, device);
+    } catch (const InputError& error) {
+        failure(terminalText(error.what()));
+    }
+    return SoundTap::make(program, device);
+}
+
 } // namespace
 
 void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& arguments) {
@@ -81,7 +95,8 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
     const WalkthroughRenderer renderer = walkthroughRenderer(preset.width, preset.height);
     const std::vector<WalkthroughStage> stages = walkthrough.stages(renderer);
     const WalkthroughTimeline timeline = timelineOf(stages, arguments, preset.fps);
-    const bool sound = exportSoundOf(arguments, walkthrough.episode());
+    const EpisodeAudio audio = episodeAudioOf(arguments);
+    const bool sound = exportSoundOf(arguments, walkthrough.episode()) && audio.hasOwn();
     const auto device = drawingDevice();
     const auto programs = [&] {
         ProgressBar bar("");
@@ -103,10 +118,11 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
     ExportPreset shown = preset;
     shown.width = renderer.picture().width;
     shown.height = renderer.picture().height;
-    std::shared_ptr<FrameInputs> inputs = frameInputsOf(
-        programs.back(), *device, shown, channelSourcesOf(walkthrough.channels, *device));
+    std::shared_ptr<FrameInputs> inputs =
+        frameInputsOf(programs.back(), *device, shown,
+                      channelSourcesOf(walkthrough.channels, *device), audio.file);
     if (!inputs) // an earlier stage may have Inputs
-        inputs = SoundTap::make(programs.back(), *device);
+        inputs = soundOf(programs.back(), *device, audio.file);
     std::vector<ExportSegment> segments;
     for (std::size_t stage = 0; stage < stages.size(); ++stage) {
         if (stages[stage].pages.empty())
@@ -117,6 +133,7 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
                             .duration = timeline.duration(static_cast<std::int64_t>(stage)),
                             .watermark = arguments.has("--watermark"),
                             .sound = sound,
+                            .soundFile = movieFileOf(audio, arguments),
                             .layout = staged.layoutOf(stage),
                             .soundProgram = programs.back(),
                             .inputs = inputs});

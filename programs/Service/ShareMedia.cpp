@@ -53,7 +53,7 @@ ExportSegment segmentOf(const SharedEpisode& shared, gpu::Device& device) {
 std::string sharedLoop(const SharedEpisode& shared, gpu::Device& device) {
     ExportSegment segment = segmentOf(shared, device);
     const ExportPreset preset = presetOf(shared.size);
-    segment.inputs = frameInputsOf(shared.program, device, preset, shared.channels);
+    segment.inputs = frameInputsOf(shared.program, device, preset, shared.channels, shared.audio);
     const TemporaryFolder folder;
     const fs::path file = folder.path() / "loop.mp4";
     exportMovieFile({&segment, 1}, preset, device, file, shared.episode.path);
@@ -68,7 +68,8 @@ std::string sharedThumb(const SharedEpisode& shared, gpu::Device& device) {
                              .frame = savedFrame(time),
                              .timeline = shared.settings,
                              .hears = true, // as in the movie
-                             .channels = shared.channels};
+                             .channels = shared.channels,
+                             .audio = shared.audio};
     Picture picture;
     {
         ProgressBar bar("Step");

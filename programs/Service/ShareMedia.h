@@ -4,6 +4,7 @@
 #include "TarnwickRender/ShaderProgram.h"
 #include "programs/Episode/EpisodePicture.h"
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -16,6 +17,7 @@ struct SharedEpisode {
     PixelSize size; // of the movie and of the still
     Settings settings{};
     ChannelSources channels{};
+    std::filesystem::path audio{}; // a sound file that it hears; empty: its own sound
 };
 
 // An MP4 movie without sound, around the time of the episode's still. Its length is the one from 6

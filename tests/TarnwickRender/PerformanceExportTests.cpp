@@ -38,6 +38,11 @@ const std::string smear =
             ", Inputs in") +
     "float2 sound(float t, constant Params& p) { return sin(t * 2000.0) * p.level; }\n";
 
+std::shared_ptr<const LevelCodes> levels(float level) {
+    const std::vector<float> spectrum(LevelCodes::bins, level);
+    return std::make_shared<const LevelCodes>(LevelCodes::of({0, 0, 0, level}, spectrum));
+}
+
 // Two seconds of dragging, seeking, pausing, other speeds and a loop, in both directions.
 Performance wild(unsigned seed) {
     std::mt19937 random(seed);
@@ -53,6 +58,10 @@ Performance wild(unsigned seed) {
             state.settings.values["level"] = share(random);
         if (count % 3 == 0)
             state.pointer = std::array{share(random), share(random)};
+        if (count % 4 == 1)
+            state.heard.codes = levels(share(random));
+        if (count % 9 == 8)
+            state.heard = {};
         if (count % 5 == 0)
             state.transport = state.transport.sought(share(random) * 2, made.length);
         if (count % 7 == 0)
@@ -112,6 +121,26 @@ TEST_F(PerformanceExport, showsTheStateOfEachFramesTime) {
         EXPECT_NEAR(color[0], 255 * level, 1) << frame;
         EXPECT_NEAR(color[1], 255 * (time - std::floor(time)), 1) << frame;
         EXPECT_NEAR(color[2], 255 * (state.pointer ? (*state.pointer)[0] : 0.5f), 1) << frame;
+    }
+}
+
+// Levels of a device are those of the frame's time; without them it hears its own sound.
+TEST_F(PerformanceExport, hearsTheLevelsOfEachFramesTime) {
+    Performance made;
+    made.start.transport = Transport{}.played(0);
+    for (int change = 1; change < 20; ++change)
+        made.changes.push_back(
+            {change / 20.0, HeardLevels{levels(static_cast<float>(change) / 20)}});
+    made.changes.push_back({1, HeardLevels{}});
+    made.length = 1.5;
+    const std::vector<Picture> found = pictures(
+        segmentOf(shading("float4(in.audio.w, in.band(0.5), 0.0, 1.0)", ", Inputs in"), made), 60);
+    ASSERT_EQ(found.size(), 90u);
+    for (const std::size_t frame : {0, 1, 4, 29, 59, 60, 89}) {
+        const int level = frame < 60 ? static_cast<int>(frame) / 3 : 0;
+        const Color color = colorAt(found[frame], 3, 3);
+        EXPECT_NEAR(color[0], 255 * level / 20.0, 1) << frame;
+        EXPECT_NEAR(color[1], 255 * level / 20.0, 1) << frame;
     }
 }
 

@@ -41,6 +41,43 @@ expect 0 '' export e.metal -o a.mp4 --size 32x18 --performance e.performance
 grep -q 'song.wav\|green.png' err && complain 'a sentence about an input' export
 expect 0 '' export e.metal -o b.mp4 --size 32x18 --performance e.performance --channel 0=green.png --audio song.wav
 cmp a.mp4 b.mp4 || complain 'not the inputs of the performance' export
+# Changes of inputs: green until 1 s and then white; the file is heard and played from 2.5 s on, a level from 3 s on.
+ffmpeg -v error -y -f lavfi -i 'color=white:s=4x4,format=rgb24' -frames:v 1 white.png
+levels=$({ printf '\000\000\000\000\000\000\200\000' && head -c 256 /dev/zero; } | base64 -w0)
+hearing 'in.channel(0, uv).rgb * float3(0.0, 0.0, 1.0) + float3(in.audio.w, in.channel(0, uv).g, 0.0)' >e.metal
+{
+    echo '{"kind":"performance","version":1,"episode":{"title":"e","sha256":""},"settings":{"name":"","values":{},"keys":{"tracks":{}}},"clock":[0,0,1,true],"mouse":null,"inputs":['"$(entry 0 green.png)"']}'
+    echo '[1,"input",'"$(entry 0 white.png)]"
+    echo '[2.5,"input",'"$(entry audio song.wav)]"
+    echo '[3,"levels","'"$levels"'"]'
+    echo '[3.5,"input",{"input":"0"}]'
+    echo '{"length":4,"remarks":[]}'
+} >changes.performance
+rgb() { ffmpeg -v error -i "$1" -f rawvideo -pix_fmt rgb24 - | od -An -tu1 -N3 | xargs; }
+for row in '0.9 0 255 0' '1.1 0 255 255' '3.4 128 255 255' '3.9 128 0 0'; do
+    # shellcheck disable=SC2086
+    set -- $row
+    expect 0 '' still e.metal -o c.png --size 2x2 --time "$1" --performance changes.performance
+    [ "$(rgb c.png)" = "$2 $3 $4" ] || complain "$(rgb c.png) at $1" still
+done
+for file in c d; do
+    expect 0 '120 frames, 4 s' export e.metal -o $file.mp4 --size 32x18 --performance changes.performance
+done
+cmp c.mp4 d.mp4 || complain 'two exports of changed inputs differ' export
+[ "$(loudness c.mp4 0.1)" -gt 50 ] && [ "$(loudness c.mp4 3.1)" -lt 12 ] || complain 'not the sound of the changed file' export
+expect 0 '' still e.metal -o c.png --size 2x2 --time 1.1 --performance changes.performance --channel 0=green.png
+[ "$(rgb c.png)" = '0 255 0' ] || complain "$(rgb c.png) with --channel" still
+# The other commands take the file too; those that only draw need an episode that hears.
+(cat e.metal && echo '// @param tone 1 0 2 Tone') >v.metal
+expect 0 '' variations v.metal -o v.mp4 --count 1 --duration 2 --size 32x18 --audio song.wav
+[ "$(loudness v.mp4 0.1)" -gt 50 ] && [ "$(loudness v.mp4 1.1)" -lt 12 ] || complain 'not the sound of the file' variations
+expect 1 'deaf.metal does not hear a sound file' variations deaf.metal --sheet v.png --count 1 --audio song.wav
+expect 0 '' walkthrough e.metal -o w.mp4 --size 640x360 --page-seconds 2 --audio song.wav
+[ "$(loudness w.mp4 0.1)" -gt 50 ] && [ "$(loudness w.mp4 1.1)" -lt 12 ] || complain 'not the sound of the file' walkthrough
+hearing 'float3(in.audio.w > 0.1)' | sed '1i // @still 1.5' >s.metal
+expect 0 '' share s.metal --title S --preview shared --size 32x18 --audio song.wav
+[ "$(rgb shared/thumb.jpg)" = '255 255 255' ] || complain "$(rgb shared/thumb.jpg) in the still" share
+expect 1 'deaf.metal does not hear a sound file' share deaf.metal --title S --preview deaf --audio song.wav
 echo more >>song.wav
 rm green.png
 expect 0 '' still e.metal -o a.png --size 2x2 --time 0.5 --performance e.performance

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <random>
+#include <tuple>
 
 namespace tarnwick {
 namespace {
@@ -15,12 +16,21 @@ using Change = Performance::Change;
 using Value = Performance::Value;
 using Pointer = Performance::Pointer;
 
+std::shared_ptr<const LevelCodes> levels(std::uint64_t seed) {
+    std::mt19937_64 random(seed);
+    auto codes = std::make_shared<LevelCodes>();
+    std::ranges::generate(codes->bands, [&] { return static_cast<std::uint16_t>(random()); });
+    std::ranges::generate(codes->spectrum, [&] { return static_cast<std::uint8_t>(random()); });
+    return codes;
+}
+
 // A performance with every kind of change, at times that no decimal fraction represents.
 Performance wild(unsigned seed) {
     std::mt19937_64 random(seed);
     std::uniform_real_distribution<double> share;
     Performance made{.episode = Performance::markOf("mine", "text")};
-    made.inputs = {{"0", "clip.mp4", 1200, "9f86"}, {"audio", "/music/song.flac", 3, "d081", true}};
+    made.start.inputs = {{"0", {"clip.mp4", 1200, "9f86"}},
+                         {"audio", {"/music/song.flac", 3, "d081", true}}};
     made.start.settings.values = {{"speed", 0.1f}, {"hue", 1 / 3.0f}};
     made.start.settings.keys.set("glow", 1.1, 0.7f);
     made.start.transport = Transport{.time = 0.3, .since = -0.7}.played(-share(random));
@@ -44,6 +54,16 @@ Performance wild(unsigned seed) {
         if (count % 29 == 0)
             next.transport =
                 next.transport.withLoop(LoopRange{share(random), 1 + share(random)}, time);
+        if (count % 31 == 0)
+            next.inputs["3.0"] = {.file = "still.png", .bytes = random() % 1000};
+        if (count % 37 == 0)
+            next.inputs.erase("3.0");
+        if (count % 3 == 0)
+            next.heard.codes = levels(random());
+        if (count % 41 == 0)
+            next.heard = {};
+        if (count % 43 == 0)
+            next.inputs["audio"].isPlayed = !next.inputs["audio"].isPlayed;
         for (Performance::What& what : changesBetween(state, next))
             made.changes.push_back({time, std::move(what)});
         state = next;
@@ -86,6 +106,9 @@ TEST(Performance, namesTheLineThatIsInvalid) {
         {"[90000,\"mouse\",null]\n", "Line 2 has the time 90000 s; it must be at most 86400 s."},
         {"[1,\"clock\",[1e300,0,1,true]]\n", "Line 2 has the time 1e+300 s"},
         {"[\"1\",\"mouse\",null]\n", "Line 2 has \"1\" where a number is required."},
+        {"[1,\"input\",{\"input\":\"4\"}]\n", "Line 2 has the input \"4\"; it must be audio, or"},
+        {"[1,\"input\",{\"input\":\"0\",\"file\":\"a\"}]\n", "Line 2 has no \"bytes\""},
+        {"[1,\"levels\",\"AAAA\"]\n", "Line 2 has levels that are not 352 letters of Base64."},
     };
     for (const auto& [lines, expected] : rows)
         try {
@@ -96,6 +119,19 @@ TEST(Performance, namesTheLineThatIsInvalid) {
         }
     EXPECT_THROW(Performance::decode(Settings{}.encode()), DocumentError);
     EXPECT_THROW(Performance::decode(""), DocumentError);
+}
+
+// For the list of many files, also of one that is recorded now.
+TEST(Performance, isSummedUpByItsEnds) {
+    const Performance made = wild(3);
+    const std::string whole = made.encode();
+    EXPECT_EQ(Performance::summary(whole).title, "mine");
+    EXPECT_EQ(Performance::summary(whole).length, made.length);
+    const std::string_view cut = std::string_view(whole).substr(0, whole.size() / 2);
+    EXPECT_EQ(Performance::summary(cut).length, Performance::decode(cut).length);
+    EXPECT_EQ(Performance::summary(made.encodedBeginning()).length, 0);
+    EXPECT_THROW(Performance::summary("mine\n"), DocumentError);
+    EXPECT_THROW(Performance::summary(made.encodedBeginning() + "no\n"), DocumentError);
 }
 
 TEST(PerformanceCursor, hasTheStateOfATimeHoweverItCameThere) {
@@ -139,11 +175,13 @@ TEST(Timeline, isAskedInTheSameWayWhateverItIs) {
 
 // Draws the walk as a simulation does: the frames that were computed, each with its controls.
 struct Computed {
-    std::vector<std::pair<float, PointerPlace>> frames;
+    using Other = std::tuple<PointerPlace, PerformedInputs, const LevelCodes*>;
+    std::vector<std::pair<float, Other>> frames;
 
     void add(const FramePassage& passage) {
         const auto of = [](const FrameControls& controls) {
-            return std::pair(controls.settings->values.at("speed"), controls.pointer);
+            return std::pair(controls.settings->values.at("speed"),
+                             Other(controls.pointer, *controls.inputs, controls.heard.codes.get()));
         };
         if (!passage.from)
             frames.clear();
@@ -227,6 +265,8 @@ TEST(SoundPieces, giveEachSampleTheClockOfItsTime) {
                     continue;
                 }
                 ASSERT_EQ(piece.values, state.settings.values);
+                ASSERT_EQ(piece.file, state.inputs.at("audio").file);
+                ASSERT_EQ(piece.isFilePlayed, state.inputs.at("audio").isPlayed);
                 ASSERT_NEAR(piece.start + static_cast<double>(at) / rate * piece.speed, clock,
                             1e-9);
             }

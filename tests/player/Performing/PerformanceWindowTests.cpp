@@ -1,4 +1,9 @@
 // Performances recorded and replayed in the window.
+#include "TarnwickCore/Performance/InputFiles.h"
+#include "TarnwickPlatform/Dispatch/HostClock.h"
+#include "TarnwickPlatform/Pictures/Composing.h"
+#include "TarnwickPlatform/Pictures/PNG.h"
+#include "player/ChannelsPanel/ChannelActions.h"
 #include "player/Panels/ParametersPanel.h"
 #include "player/Performances/PerformanceFeature.h"
 #include "player/Performances/PerformancesPanel.h"
@@ -86,6 +91,58 @@ TEST_F(PerformanceWindow, recordsWhatMovesAndReplaysItWithoutChangingTheDocument
     slider->setValue(slider->maximum() / 2); // a touch ends it
     EXPECT_FLOAT_EQ(document->document().settings().values.at("red"), 0.5f);
     EXPECT_TRUE(becomesTrue([this] { return red() == 128; }));
+}
+
+constexpr const char* shows =
+    "float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {\n"
+    "    return in.channel(0, uv);\n}\n";
+
+// A replay has the files of the recording, also those that were set in it, and gives the document's
+// own back.
+TEST_F(PerformanceWindow, replaysTheFilesOfItsChannels) {
+    const auto picture = [this](const char* name, std::array<std::uint8_t, 3> color) {
+        const std::filesystem::path file = folder.filePath(QLatin1String(name)).toStdString();
+        writePNG(filledPicture(4, 4, color), file);
+        return file;
+    };
+    const std::filesystem::path grey = picture("grey.png", {64, 64, 64}),
+                                white = picture("white.png", {255, 255, 255}),
+                                black = picture("black.png", {0, 0, 0});
+    document->setText(shows);
+    ASSERT_TRUE(becomesTrue([this] { return document->program()->usesInputs(); }));
+    DocumentChannels& channels = window->findChild<ChannelActions*>()->channels();
+    const auto shown = [&](const std::filesystem::path& file) {
+        channels.choose(*document, 0, choiceOf(file));
+    };
+    shown(grey);
+    ASSERT_TRUE(becomesTrue([this] { return red() == 64; }));
+    const QKeySequence record(QStringLiteral("Ctrl+R")), replay(QStringLiteral("Ctrl+Shift+R"));
+    trigger(record);
+    QTest::qWait(300);
+    shown(white);
+    QTest::qWait(300);
+    shown(black);
+    QTest::qWait(300);
+    trigger(record);
+    ASSERT_TRUE(becomesTrue([this] { return list->topLevelItemCount() == 1; }));
+    const std::string file = list->topLevelItem(0)->data(0, Qt::UserRole).toString().toStdString();
+    const Performance made = readPerformance(file);
+    EXPECT_TRUE(made.remarks.empty());
+    EXPECT_EQ(made.start.inputs.at("0").file, grey.string());
+    ASSERT_EQ(made.changes.size(), 2u);
+    EXPECT_EQ(std::get<Performance::Input>(made.changes[0].what).file, performedFile(white));
+
+    ASSERT_TRUE(becomesTrue([this] { return red() == 0; }));
+    trigger(replay);
+    EXPECT_TRUE(becomesTrue([this] { return red() == 64; }));
+    EXPECT_TRUE(becomesTrue([this] { return red() == 255; }));
+    EXPECT_EQ(channels.choices(*document)[0], choiceOf(black));
+    Performer& performer = window->findChild<PerformanceFeature*>()->performer();
+    performer.setClock(
+        performer.clock().sought(0.1, currentMediaTime()).paused(currentMediaTime()));
+    EXPECT_TRUE(becomesTrue([this] { return red() == 64; }));
+    performer.stopReplay();
+    EXPECT_TRUE(becomesTrue([this] { return red() == 0; }));
 }
 
 } // namespace

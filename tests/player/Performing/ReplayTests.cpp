@@ -9,6 +9,7 @@
 
 #include <array>
 #include <chrono>
+#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -68,6 +69,7 @@ class Replay : public DeviceTest, public testing::WithParamInterface<const char*
     void replay(const std::shared_ptr<const Performance>& performance, double seconds) {
         LiveRecord shown = record();
         shown.replay = performance;
+        shown.replayedInputs = std::make_shared<const ReplayedInputs>();
         shown.transport = Transport{}.sought(seconds, 0);
         live.show(std::make_shared<const LiveRecord>(shown));
     }
@@ -132,7 +134,84 @@ TEST_P(Replay, showsThePicturesOfTheLivePerformance) {
     EXPECT_NE(stills[4].bytes, stills[5].bytes);
 }
 
+constexpr const char* inputsHead =
+    "float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {\n    return ";
+
+class ReplayedInputsTest : public DeviceTest {
+  protected:
+    // Channel 0 shows an episode of that colour.
+    std::shared_ptr<const LiveChannels> channelsOf(const std::string& color) {
+        auto made = std::make_shared<LiveChannels>();
+        made->document = 1;
+        made->channels[0].document = 2;
+        made->episodes[2] = {program(inputsHead + ("float4(" + color + ", 1.0);\n}\n")),
+                             std::make_shared<const Settings>(),
+                             {}};
+        return made;
+    }
+    void showRecord() { live.show(std::make_shared<const LiveRecord>(shown)); }
+    void showAt(double seconds) {
+        shown.transport = Transport{}.sought(seconds, 0);
+        showRecord();
+    }
+    // Whether the first pixel becomes one like this, as 0xRRGGBB.
+    bool becomes(const std::function<bool(int color)>& isWanted) {
+        int color = -1;
+        for (int tries = 0; tries < 300 && !isWanted(color); ++tries) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            if (const auto picture = live.snapshot().get())
+                color = picture->bytes[2] << 16 | picture->bytes[1] << 8 | picture->bytes[0];
+        }
+        return isWanted(color);
+    }
+    void SetUp() override {
+        DeviceTest::SetUp();
+        shown = {.device = device,
+                 .document = 1,
+                 .revision = 1,
+                 .settings = std::make_shared<const Settings>(),
+                 .size = size,
+                 .divisor = 1};
+    }
+
+    LiveRecord shown;
+    LivePicture live{[](const LiveNews&) {}};
+};
+
 INSTANTIATE_TEST_SUITE_P(OfEachKind, Replay, testing::Values(particles, feedback));
+
+// A replay shows the channels, the sound file and the levels of its times, not those of the record.
+TEST_F(ReplayedInputsTest, areThoseOfTheReplaysTime) {
+    auto made = std::make_shared<Performance>();
+    made->start.transport = Transport{}.played(0);
+    made->start.inputs["audio"] = {.file = "/song.wav"};
+    made->changes = {
+        {1, Performance::Input{"0", PerformedFile{.file = "/a.metal"}}},
+        {1, Performance::Input{"audio"}},
+        {2, HeardLevels{std::make_shared<const LevelCodes>(LevelCodes::of({0, 0, 0, 0.4f}, {}))}}};
+    made->length = 3;
+    auto inputs = std::make_shared<ReplayedInputs>();
+    inputs->sets = {{0, std::make_shared<const LiveChannels>()}, {1, channelsOf("0.0, 0.0, 1.0")}};
+    inputs->hear = [](const std::string& file, double, double, std::span<float> stereo) {
+        std::ranges::fill(stereo, 0.5f);
+        return file == "/song.wav";
+    };
+    shown.program = program(
+        inputsHead + std::string("in.channel(0, uv) + float4(in.audio.w, 0.0, 0.0, 1.0);\n}\n"));
+    shown.replay = made;
+    shown.replayedInputs = inputs;
+    shown.channels = channelsOf("0.0, 1.0, 0.0"); // of the document
+    showAt(0.5);
+    EXPECT_TRUE(becomes([](int color) { return color > 0x400000 && (color & 0xFFFF) == 0; }));
+    showAt(1.5);
+    EXPECT_TRUE(becomes([](int color) { return color == 0x0000FF; }));
+    showAt(2.5);
+    EXPECT_TRUE(becomes([](int color) { return color == 0x6600FF; }));
+    shown.replay.reset();
+    shown.transport = {};
+    showRecord();
+    EXPECT_TRUE(becomes([](int color) { return color == 0x00FF00; }));
+}
 
 // The recorder keeps what differs, with the clock of the performance.
 TEST(Recorder, keepsWhatMovesAndNothingElse) {
@@ -155,6 +234,30 @@ TEST(Recorder, keepsWhatMovesAndNothingElse) {
     EXPECT_EQ(made.length, 3);
     recorder.hear(state, 1e9);
     EXPECT_EQ(made.length, 3);
+}
+
+// Levels move a picture that plays, and a paused one only with another change.
+TEST(Recorder, keepsLevelsWhileTheClockPlays) {
+    const auto heard = [](float level) {
+        return HeardLevels{
+            std::make_shared<const LevelCodes>(LevelCodes::of({0, 0, 0, level}, {}))};
+    };
+    PerformedState state{.transport = Transport{}.played(10), .heard = heard(0.1f)};
+    Recorder recorder({}, state, 10);
+    recorder.hearLevels(heard(0.1f), 10.5); // the same
+    recorder.hearLevels(heard(0.2f), 11);
+    state.heard = heard(0.3f);
+    state.transport = state.transport.paused(12);
+    recorder.hear(state, 12);
+    recorder.hearLevels(heard(0.4f), 13);
+    state.heard = heard(0.5f);
+    state.pointer = std::array{0.5f, 0.5f};
+    recorder.hear(state, 14);
+    const auto& changes = recorder.performance().changes;
+    ASSERT_EQ(changes.size(), 5u);
+    EXPECT_EQ(changes[0], (Performance::Change{1, heard(0.2f)}));
+    EXPECT_EQ(changes[1], (Performance::Change{2, heard(0.3f)}));
+    EXPECT_EQ(changes[4], (Performance::Change{4, heard(0.5f)}));
 }
 
 } // namespace

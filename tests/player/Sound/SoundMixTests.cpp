@@ -52,5 +52,19 @@ TEST_F(SoundMixTest, fadesWhereFramesAreMissing) {
     EXPECT_EQ(mix.missing(), 512 * 4);
 }
 
+TEST_F(SoundMixTest, countsWhatIsLateHereAndWhatIsLateInTheSystem) {
+    std::vector<float> stereo(1024);
+    mix.fill(stereo, 10); // before the first frame
+    write(1024);
+    mix.fill(stereo, 10.01);
+    mix.fill(stereo, 10.05);
+    EXPECT_EQ(mix.figures().taken, 3 * 512);
+    EXPECT_EQ(mix.figures().missing, 512);
+    EXPECT_NEAR(mix.figures().longestWait, 0.04, 1e-9);
+    mix.restart();
+    mix.fill(stereo, 99);
+    EXPECT_EQ(mix.figures(), (SoundFigures{.taken = 512}));
+}
+
 } // namespace
 } // namespace tarnwick::player
