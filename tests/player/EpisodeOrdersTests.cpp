@@ -76,8 +76,28 @@ TEST(EpisodeOrders, giveTheChildTheSoundFileThatIsHeard) {
     EXPECT_EQ(lineOf(movieOrder(request)).find("--audio"), std::string::npos);
     EXPECT_NE(lineOf(loopOrder({.episode = hearing})).find("--channel 0=/c.png"),
               std::string::npos);
-    EXPECT_NE(lineOf(walkthroughOrder({.episode = hearing})).find("--channel 0=/c.png"),
+    EXPECT_NE(lineOf(walkthroughOrder({.episode = hearing}))
+                  .find("--channel 0=/c.png --audio /song.flac --track own"),
               std::string::npos);
+    EXPECT_NE(lineOf(variationsOrder({.episode = hearing})).find("--audio /song.flac --track own"),
+              std::string::npos);
+    EXPECT_NE(lineOf(stillOrder({.episode = hearing})).find("--audio /song.flac"),
+              std::string::npos);
+}
+
+// The commands that only draw refuse a sound for an episode that does not hear.
+TEST(EpisodeOrders, giveADeafEpisodeOnlyAFileThatIsPlayed) {
+    EpisodeCopy deaf = episode;
+    deaf.inputs = {.sound = "/song.flac", .isHearing = false};
+    const auto hasAudio = [](const Order& order) {
+        return lineOf(order).find("--audio") != std::string::npos;
+    };
+    EXPECT_FALSE(hasAudio(stillOrder({.episode = deaf})));
+    EXPECT_FALSE(hasAudio(movieOrder({.episode = deaf})));
+    deaf.inputs.playsSound = true;
+    EXPECT_FALSE(hasAudio(stillOrder({.episode = deaf})));
+    EXPECT_FALSE(hasAudio(variationsOrder({.episode = deaf, .isMovie = false})));
+    EXPECT_TRUE(hasAudio(movieOrder({.episode = deaf})));
 }
 
 TEST(EpisodeOrders, drawVariationsAsAMovieOrAsAPicture) {

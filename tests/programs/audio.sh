@@ -69,9 +69,9 @@ expect 0 '' still e.metal -o c.png --size 2x2 --time 1.1 --performance changes.p
 [ "$(rgb c.png)" = '0 255 0' ] || complain "$(rgb c.png) with --channel" still
 # The other commands take the file too; those that only draw need an episode that hears.
 (cat e.metal && echo '// @param tone 1 0 2 Tone') >v.metal
-expect 0 '' variations v.metal -o v.mp4 --count 1 --duration 2 --size 32x18 --audio song.wav
+expect 0 '' variations v.metal -o v.mp4 --seed 1 --count 1 --duration 2 --size 32x18 --audio song.wav
 [ "$(loudness v.mp4 0.1)" -gt 50 ] && [ "$(loudness v.mp4 1.1)" -lt 12 ] || complain 'not the sound of the file' variations
-expect 1 'deaf.metal does not hear a sound file' variations deaf.metal --sheet v.png --count 1 --audio song.wav
+expect 1 'deaf.metal does not hear a sound file' variations deaf.metal --sheet v.png --seed 1 --count 1 --audio song.wav
 expect 0 '' walkthrough e.metal -o w.mp4 --size 640x360 --page-seconds 2 --audio song.wav
 [ "$(loudness w.mp4 0.1)" -gt 50 ] && [ "$(loudness w.mp4 1.1)" -lt 12 ] || complain 'not the sound of the file' walkthrough
 hearing 'float3(in.audio.w > 0.1)' | sed '1i // @still 1.5' >s.metal
