@@ -70,7 +70,8 @@ expect 0 '' still e.metal -o c.png --size 2x2 --time 1.1 --performance changes.p
 # The other commands take the file too; those that only draw need an episode that hears.
 (cat e.metal && echo '// @param tone 1 0 2 Tone') >v.metal
 expect 0 '' variations v.metal -o v.mp4 --seed 1 --count 1 --duration 2 --size 32x18 --audio song.wav
-[ "$(loudness v.mp4 0.1)" -gt 50 ] && [ "$(loudness v.mp4 1.1)" -lt 12 ] || complain 'not the sound of the file' variations
+expect 0 '' variations v.metal -o u.mp4 --seed 1 --count 1 --duration 2 --size 32x18 --audio song.wav --track own
+[ "$(tracks v.mp4) $(tracks u.mp4)" = '1 0' ] || complain 'wrong tracks' variations
 expect 1 'deaf.metal does not hear a sound file' variations deaf.metal --sheet v.png --seed 1 --count 1 --audio song.wav
 expect 0 '' walkthrough e.metal -o w.mp4 --size 640x360 --page-seconds 2 --audio song.wav
 [ "$(loudness w.mp4 0.1)" -gt 50 ] && [ "$(loudness w.mp4 1.1)" -lt 12 ] || complain 'not the sound of the file' walkthrough
