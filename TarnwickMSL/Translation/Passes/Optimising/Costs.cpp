@@ -32,6 +32,10 @@ constexpr double largestProgram = 3'000, largestWithArrays = 8'000;
 // Rounds that the analysis of LLVM computes with, to find what folds into constants.
 constexpr unsigned analysedRounds = 32;
 
+// The weight left above which that analysis is not worth its time: a round of it takes as long as
+// ten of cleaning.
+constexpr double analysed = 1.5 * unrolled;
+
 // Rounds up to which a loop that may end sooner becomes straight code.
 constexpr unsigned fewRounds = 10;
 
@@ -95,7 +99,7 @@ class ShaderCosts final : public TargetTransformInfoImplCRTPBase<ShaderCosts> {
                 ? std::numeric_limits<unsigned>::max() / 4
                 : static_cast<unsigned>(
                       std::min(isForArray ? unrolledForArrays : unrolled, allowance(*loop, most)));
-        preferences.MaxIterationsCountToAnalyze = analysedRounds;
+        preferences.MaxIterationsCountToAnalyze = left <= analysed ? analysedRounds : 0;
         preferences.UpperBound = isForArray;
         preferences.MaxUpperBound = mostArrayRounds;
         preferences.MaxPercentThresholdBoost = 200;
