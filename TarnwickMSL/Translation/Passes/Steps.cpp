@@ -31,6 +31,7 @@
 #include "TarnwickMSL/Translation/Passes/Memory/PointerArrays.h"
 #include "TarnwickMSL/Translation/Passes/Memory/Pointers.h"
 #include "TarnwickMSL/Translation/Passes/Memory/ShortArrays.h"
+#include "TarnwickMSL/Translation/Passes/Optimising/Costs.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/FloatCounters.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 #include "TarnwickMSL/Translation/Passes/Values/BitChoices.h"
@@ -81,7 +82,7 @@ static void copies(Work& work) {
 }
 
 static void unrolling(Work& work) {
-    if (!work.optimiser().hasShortLoops(work.main()))
+    if (!work.optimiser().hasShortLoops(work.main()) && !work.main().hasFnAttribute(unrollsMark))
         return;
     work.optimiser().unrollLoops(work.main());
     work.optimiser().clean(work.main());

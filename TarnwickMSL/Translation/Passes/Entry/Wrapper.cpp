@@ -5,6 +5,7 @@
 #include "TarnwickMSL/Translation/Passes/Calls/Inlining.h"
 #include "TarnwickMSL/Translation/Passes/Entry/Interface.h"
 #include "TarnwickMSL/Translation/Passes/Entry/MeshCalls.h"
+#include "TarnwickMSL/Translation/Passes/Optimising/Costs.h"
 #include "TarnwickMSL/Translation/Places.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
@@ -397,6 +398,8 @@ void wrap(ShaderModule& shader, const EntrySignature& entry,
     ControlPoints(shader, entry, interface).replaceCalls(body);
     replaceMeshCalls(body, shader, entry, interface);
     inlineCall(*Wrapping(shader, body, entry, interface).build());
+    if (body.hasFnAttribute(unrollsMark))
+        shader.main->addFnAttr(unrollsMark);
     body.eraseFromParent();
 }
 

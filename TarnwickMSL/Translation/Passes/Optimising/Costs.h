@@ -11,6 +11,10 @@ constexpr unsigned mostArrayRounds = 16;
 // An attribute of a function: how many copies of it inlining makes in the program. Default: 1.
 inline constexpr llvm::StringLiteral copiesMark = "msl.copies";
 
+// An attribute of an entry point, then of main: it has loops that were short before the functions
+// that they call were inlined.
+inline constexpr llvm::StringLiteral unrollsMark = "msl.unrolls";
+
 // The analysis to register in place of the one of LLVM's targets.
 llvm::TargetIRAnalysis shaderCosts();
 
