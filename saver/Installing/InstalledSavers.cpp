@@ -58,7 +58,11 @@ void replaceKeepingMode(const fs::path& file, const std::string& text) {
     std::error_code isNew;
     const fs::file_status status = fs::status(file, isNew);
     UnfinishedFile unfinished(file);
-    writeWholeFile(unfinished.path(), text);
+    try {
+        writeWholeFile(unfinished.path(), text);
+    } catch (const WholeFileError& error) {
+        throw WholeFileError(file, error.reason);
+    }
     if (fs::is_regular_file(status))
         fs::permissions(unfinished.path(), status.permissions());
     unfinished.finish();
@@ -93,12 +97,12 @@ void removeIfEmpty(const fs::path& folder) {
     fs::remove(folder, error);
 }
 
-// Removes what an installation made, the record last, so that an interrupted removal can be
-// repeated. Returns sentences about files that are kept.
+// Removes what an installation made: the files first, which leaves room for the list on a full
+// disk, and the record last, so that an interrupted removal can be repeated. Returns sentences
+// about files that are kept.
 std::vector<std::string> removeMade(const SaverFiles& files, const InstallRecord& record,
                                     const SaverPlaces& places) {
     std::vector<std::string> remarks;
-    removeFromXScreenSaver(files, record, places);
     for (const auto& [file, digests] : record.files) {
         if (!isPlaceOf(files, file) || !isThere(file))
             continue;
@@ -107,6 +111,7 @@ std::vector<std::string> removeMade(const SaverFiles& files, const InstallRecord
         else
             remarks.push_back(file.string() + " was changed and is kept.");
     }
+    removeFromXScreenSaver(files, record, places);
     removeIfEmpty(files.bundle / "Shader");
     removeIfEmpty(files.bundle / "Channels");
     fs::remove(recordFile(files.bundle));

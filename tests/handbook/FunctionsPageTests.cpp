@@ -94,17 +94,9 @@ std::string functionsText() {
     return text;
 }
 
-// Whether the sentence of a member is that of a function with its name: max of numeric_limits.
-bool isOfAnother(const LibraryName& member) {
-    return std::ranges::any_of(msl::libraryNames(), [&](const LibraryName& row) {
-        return row.kind == LibraryName::Kind::function && row.name == member.name;
-    });
-}
-
 // The functions of a type, each below its sentence.
 std::string memberOf(const LibraryName& row) {
-    const bool hasSentence = !row.sentence.empty() && !isOfAnother(row);
-    return (hasSentence ? "    // " + std::string(row.sentence) + "\n" : "") +
+    return (!row.sentence.empty() ? "    // " + std::string(row.sentence) + "\n" : "") +
            blockOf(row.signatures);
 }
 

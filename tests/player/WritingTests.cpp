@@ -209,6 +209,12 @@ TEST(LibraryNames, describeEveryFunction) {
     EXPECT_TRUE(std::ranges::is_sorted(msl::libraryNames(), {}, [](const msl::LibraryName& row) {
         return std::pair(row.owner, row.name);
     }));
+    for (const auto& [owner, name] : {std::pair{"gradient2d", "dPdx"},
+                                      {"min_lod_clamp", "lod"},
+                                      {"intersector", "flags"},
+                                      {"", "column_list"}})
+        EXPECT_EQ(libraryRow(owner, name), nullptr) << "not for programs: " << name;
+    EXPECT_NE(libraryRow("intersector", "intersect"), nullptr); // a template
     ASSERT_NE(libraryRow("texture2d", "sample"), nullptr);
     EXPECT_TRUE(libraryRow("texture2d", "sample")
                     ->signatures.starts_with("float4 sample(sampler s, float2 at"));

@@ -24,10 +24,14 @@ constexpr const char* instancesFile = "/metal/instances.h";
 // Headers with names for the library itself, and namespaces with functions of other names.
 constexpr std::array<std::string_view, 2> internalFiles{"types/scalars.h", "types/traits.h"};
 constexpr std::array<std::string_view, 2> repeatingSpaces{"fast", "precise"};
+// Types of the library itself in headers that also have types for programs.
+constexpr std::array<std::string_view, 2> internalTypes{"column_list", "vector_traits"};
 // Endings of types whose members are the components of a vector.
 constexpr std::array<std::string_view, 3> endingsOfVectors{"_swizzles", "_lanes", "_vector"};
-// Variables with the library's own representation of a value.
-constexpr std::array<std::string_view, 3> representations{"handle", "bits", "value"};
+// Variables with the library's own representation of a value, or of an argument of a sampler or of
+// a function of textures: programs construct them and pass them on.
+constexpr std::array<std::string_view, 10> representations{
+    "handle", "bits", "value", "flags", "dPdx", "dPdy", "lod", "samples", "greatest", "least"};
 
 bool isInternal(llvm::StringRef name) {
     return name.empty() || name.starts_with("_") || name.starts_with("msl_") ||
@@ -110,7 +114,8 @@ class Reader : public clang::ASTConsumer {
             return read(*inner);
         }
         const clang::NamedDecl& target = *named.getUnderlyingDecl(); // of a using-declaration
-        if (isVector(target))
+        if (isVector(target) ||
+            std::ranges::find(internalTypes, target.getNameAsString()) != internalTypes.end())
             return;
         if (isInInternalFile(target) && !llvm::isa<clang::TypedefNameDecl>(target))
             return;
@@ -182,9 +187,9 @@ class Reader : public clang::ASTConsumer {
                     continue;
                 note(owner, *field, "member");
                 listing[{owner, field->getNameAsString()}].type = typeText(field->getType()).text;
-            } else if (const auto* method = llvm::dyn_cast<clang::CXXMethodDecl>(one);
+            } else if (const clang::FunctionDecl* method = one->getAsFunction();
                        method != nullptr && !llvm::isa<clang::CXXConstructorDecl>(method)) {
-                add(owner, *method, false);
+                add(owner, *method, llvm::isa<clang::FunctionTemplateDecl>(one));
             }
         }
     }
@@ -251,6 +256,25 @@ bool read(ReadingAction& action, const std::string& instances, std::string& mess
     return compiler.execute(action, clang::FrontendInputFile(instancesFile, kind));
 }
 
+// A function such as sparse_sample passes its arguments on to sample, so its declaration has none
+// of them.
+void describeSparse(Listing& listing) {
+    constexpr std::string_view prefix = "sparse_";
+    for (auto& [key, listed] : listing) {
+        const auto& [owner, name] = key;
+        if (owner.empty() || !name.starts_with(prefix))
+            continue;
+        const auto plain = listing.find({owner, name.substr(prefix.size())});
+        if (plain == listing.end())
+            continue;
+        listed.overloads = plain->second.overloads;
+        for (Overload& overload : listed.overloads) {
+            overload.name = name;
+            overload.result = {.text = "sparse_color<" + overload.result.text + ">"};
+        }
+    }
+}
+
 } // namespace
 
 Listing libraryListing() {
@@ -259,6 +283,7 @@ Listing libraryListing() {
     if (!read(first, {}, messages))
         throw std::runtime_error("The standard library does not compile.\n" + messages);
     read(second, first.instances, messages);
+    describeSparse(second.listing);
     for (const char* word : attributeWords())
         second.listing[{"[[", word}].kind = "attribute";
     return std::move(second.listing);

@@ -30,8 +30,10 @@ void write(std::ostream& out) {
            "namespace tarnwick::msl {\n\n"
            "static constexpr LibraryName names[] = {\n";
     for (const auto& [key, listed] : listing) {
+        // The sentence of a function is not that of a member with its name: max of numeric_limits.
+        const bool isOfAnother = !key.first.empty() && listing.contains({"", key.second});
         const auto sentence =
-            listed.overloads.empty() ? sentences.end() : sentences.find(key.second);
+            listed.overloads.empty() || isOfAnother ? sentences.end() : sentences.find(key.second);
         out << "    {LibraryName::Kind::" << listed.kind << ", " << quoted(key.first) << ", "
             << quoted(key.second) << ", "
             << quoted(listed.overloads.empty() ? listed.type : signaturesOf(listed.overloads))
