@@ -60,9 +60,10 @@ class UserProgram {
         _exit(127);
     }
     ~UserProgram() {
-        kill(process_, SIGTERM);
+        if (!status_)
+            kill(process_, SIGTERM);
         waitForEnd();
-        kill(-process_, SIGKILL);
+        kill(-process_, SIGKILL); // what it started
     }
     UserProgram(const UserProgram&) = delete;
     UserProgram& operator=(const UserProgram&) = delete;
