@@ -16,7 +16,7 @@ struct InstallRecord {
     // SHA-256 of the written bytes by the absolute path of the file. While an installation is
     // unfinished, a file may have the bytes of this one or of those before it.
     std::map<std::filesystem::path, std::set<std::string>> files;
-    bool madeProgramList = false; // ~/.xscreensaver did not exist
+    bool madeProgramList = false; // ~/.xscreensaver did not exist before the first saver
 
     bool operator==(const InstallRecord&) const = default;
 };

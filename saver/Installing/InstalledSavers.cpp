@@ -195,8 +195,7 @@ class Installation {
         record_.name = order_.settings.name;
         hasList_ = isThere(places_.xscreensaver);
         hasXScreenSaver_ = hasList_ || isThere(places_.descriptions);
-        record_.madeProgramList =
-            (before_ && before_->madeProgramList) || (hasXScreenSaver_ && !hasList_);
+        record_.madeProgramList = hasList_ ? isListMade() : hasXScreenSaver_;
         planFile(files_.bundle / "Shader" / "shader.metal", order_.episode.text);
         planFile(files_.bundle / "Shader" / "saver.json", order_.settings.encode());
         planFile(files_.launcher,
@@ -213,6 +212,14 @@ class Installation {
         planOldList();
         for (const BundleChannel& channel : order_.channels)
             planChannel(channel);
+    }
+
+    // Whether this saver or another one made the list, which the last of them takes away.
+    bool isListMade() const {
+        return std::ranges::any_of(installedSavers(places_), [](const InstalledSaver& saver) {
+            const auto record = recordIn(saver.bundle);
+            return record && record->madeProgramList;
+        });
     }
 
     void planFile(const fs::path& path, std::string bytes) {

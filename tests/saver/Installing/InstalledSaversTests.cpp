@@ -136,9 +136,12 @@ TEST_F(Install, replacesAndRemovesNothingThatAPersonMade) {
 
 TEST_F(Install, makesNoProgramListThatItDoesNotTakeAway) {
     fs::remove(places.xscreensaver);
-    install("Rose");
-    EXPECT_TRUE(fs::exists(places.xscreensaver));
-    uninstallSaver(*saverNamed("Rose", places), places);
+    for (const char* name : {"Rose", "Lake"})
+        install(name);
+    for (const char* name : {"Rose", "Lake"}) {
+        EXPECT_TRUE(fs::exists(places.xscreensaver));
+        uninstallSaver(*saverNamed(name, places), places);
+    }
     EXPECT_FALSE(fs::exists(places.xscreensaver));
     fs::remove(places.descriptions); // without XScreenSaver
     install("Rose");
