@@ -146,6 +146,8 @@ TEST(SaverView, showsTheChannelsOfItsBundle) {
                      "", ScreenKind::fullScreen, addChannels);
     ASSERT_FALSE(saver.view.failure()) << *saver.view.failure();
     EXPECT_EQ(saver.drawAt(0), (std::array{200, 100, 51}));
+    saver.view.setFrame({0, 0, 100, 50});
+    EXPECT_EQ(saver.drawAt(0.05), (std::array{200, 100, 51}));
     ASSERT_EQ(saver.view.settingsRemarks().size(), 1u);
     EXPECT_TRUE(saver.view.settingsRemarks()[0].starts_with("Channel 2 is black: "));
 }
