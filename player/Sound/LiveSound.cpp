@@ -1,6 +1,7 @@
 #include "player/Sound/LiveSound.h"
 
 #include "TarnwickPlatform/Dispatch/HostClock.h"
+#include "TarnwickPlatform/Sound/SoundPriority.h"
 #include "player/Sound/FileSound.h"
 #include "player/Sound/PerformedSound.h"
 #include "player/Sound/Playback.h"
@@ -78,6 +79,7 @@ LiveSound::Shared::Wishes LiveSound::Shared::take(std::uint64_t& seen,
 }
 
 void LiveSound::Shared::render() {
+    raisePriority();
     Playback playback(mix, clock, listener.tell);
     std::uint64_t seen = 0;
     while (true) {

@@ -41,7 +41,9 @@ void SoundMix::countFrames(std::int64_t wanted, std::int64_t there, double host)
     taken_ += wanted;
     if (isBegun_)
         late_ += wanted - there;
-    longestWait_ = std::max(longestWait_.load(), host - std::exchange(lastCall_, host));
+    const double wait = host - std::exchange(lastCall_, host);
+    if (taken_ > soundRate) // a server may take longer to begin
+        longestWait_ = std::max(longestWait_.load(), wait);
 }
 
 void SoundMix::fill(std::span<float> stereo, double host) {

@@ -24,7 +24,7 @@ struct SoundVolume {
 struct SoundFigures {
     std::int64_t taken = 0;   // frames that the device took
     std::int64_t missing = 0; // of them, that the renderer had not written, after its first ones
-    double longestWait = 0;   // seconds from one call of the device to the next
+    double longestWait = 0;   // seconds between two calls of the device, after its first second
 
     bool operator==(const SoundFigures&) const = default;
 };

@@ -3,10 +3,12 @@
 #include "TarnwickPlatform/Dispatch/HostClock.h"
 #include "TarnwickPlatform/Pictures/Composing.h"
 #include "TarnwickPlatform/Pictures/PNG.h"
+#include "TarnwickRender/AudioRenderer.h"
 #include "player/ChannelsPanel/ChannelActions.h"
 #include "player/Panels/ParametersPanel.h"
 #include "player/Performances/PerformanceFeature.h"
 #include "player/Performances/PerformancesPanel.h"
+#include "player/SoundPanel/SoundControls.h"
 #include "player/Window/MainWindow.h"
 #include "tests/player/QtMain.h"
 
@@ -17,6 +19,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTreeWidget>
+#include <fstream>
 
 namespace tarnwick::player {
 namespace {
@@ -143,6 +146,45 @@ TEST_F(PerformanceWindow, replaysTheFilesOfItsChannels) {
     EXPECT_TRUE(becomesTrue([this] { return red() == 64; }));
     performer.stopReplay();
     EXPECT_TRUE(becomesTrue([this] { return red() == 0; }));
+}
+
+constexpr const char* hears =
+    "float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {\n"
+    "    return float4(in.audio.w > 0.1 ? 1.0 : 0.0, 0.0, 0.0, 1.0);\n}\n";
+
+// The sound file that was chosen is heard in the replay up to the time at which the own sound was.
+TEST_F(PerformanceWindow, replaysTheSoundInputOfEachTime) {
+    const std::filesystem::path song = folder.filePath(QStringLiteral("a.wav")).toStdString();
+    std::vector<float> tone(std::size_t{2} * 48000);
+    for (std::size_t at = 0; at < tone.size(); ++at)
+        tone[at] = at / 100 % 2 == 0 ? 0.5f : -0.5f;
+    const auto bytes = AudioRenderer::wavData(tone);
+    std::ofstream(song, std::ios::binary)
+        .write(reinterpret_cast<const char*>(bytes.data()), std::ssize(bytes));
+    document->setText(hears);
+    document->setTransport(document->transport().played(currentMediaTime()));
+    auto* sound = window->findChild<SoundControls*>();
+    const auto choose = [&](const std::string& words) { sound->setInput(SoundInput::of(words)); };
+    choose(song);
+    ASSERT_TRUE(becomesTrue([this] { return red() == 255; }));
+    const QKeySequence record(QStringLiteral("Ctrl+R")), replay(QStringLiteral("Ctrl+Shift+R"));
+    trigger(record);
+    QTest::qWait(700);
+    choose("own");
+    QTest::qWait(700);
+    trigger(record);
+    ASSERT_TRUE(becomesTrue([this] { return list->topLevelItemCount() == 1; }));
+    const std::string file = list->topLevelItem(0)->data(0, Qt::UserRole).toString().toStdString();
+    const Performance made = readPerformance(file);
+    EXPECT_TRUE(made.start.inputs.at("audio").isPlayed);
+    ASSERT_EQ(made.changes.size(), 1u);
+    EXPECT_EQ(made.changes[0].what, Performance::What(Performance::Input{"audio"}));
+
+    ASSERT_TRUE(becomesTrue([this] { return red() == 0; }));
+    trigger(replay);
+    EXPECT_TRUE(becomesTrue([this] { return red() == 255; }));
+    EXPECT_TRUE(becomesTrue([this] { return red() == 0; }));
+    EXPECT_EQ(sound->input(), SoundInput());
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "TarnwickPlatform/Movie/Reading/LoopedSound.h"
 #include "TarnwickRender/AudioRenderer.h"
 #include "player/Sound/FileSound.h"
+#include "player/Sound/PerformedSound.h"
 #include "player/Sound/SampleRing.h"
 
 #include <gtest/gtest.h>
@@ -107,6 +108,24 @@ TEST_F(FileSoundTest, isSilentAndSaysWhyIfItCannotBeRead) {
             ASSERT_EQ(sample, 0);
     }
     EXPECT_TRUE(said.starts_with("The sound of \"text.wav\" cannot be read: ")) << said;
+}
+
+// In a performance it is at the time of the episode's clock, while it is the sound input.
+TEST_F(FileSoundTest, isHeardInAReplayWhileItIsTheInput) {
+    const auto file = tone(20, 48000);
+    Performance made{.start = {.transport = Transport{.time = 7}.played(0),
+                               .inputs = {{"audio", {.file = file.string()}}}}};
+    made.changes = {{1, Performance::Input{"audio"}}};
+    made.length = 2;
+    PerformedSound replayed(std::make_shared<FileSound>(file, [](const std::string&) {}),
+                            std::make_shared<const Performance>(made));
+    std::vector<float> stereo(std::size_t{2} * soundRate);
+    while (!replayed.samples(0.5, soundRate, stereo))
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    for (std::size_t at = 0; at < stereo.size(); at += 37) {
+        const double time = 7.5 + secondsOf(at);
+        ASSERT_NEAR(stereo[at], time < 8 ? toneAt(time, at % 2) : 0, 1e-3) << at;
+    }
 }
 
 } // namespace
