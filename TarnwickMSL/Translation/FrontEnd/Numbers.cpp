@@ -157,6 +157,42 @@ std::optional<Number> numberIn(std::string_view word) {
     return Number{value, word.substr(end), *status == llvm::APFloat::opOK};
 }
 
+// One number of a text that has another value in the next text.
+struct Edit {
+    unsigned place = 0, growth = 0; // bytes; the growth is modulo 2^32
+    Number number;
+};
+
+// Whether the character can be a part of a number's word, or continue its line behind it.
+bool isWordPart(std::string_view text, std::size_t at) {
+    const auto letter = static_cast<unsigned char>(text[at]);
+    if (letter == '+' || letter == '-')
+        return at > 0 && (text[at - 1] == 'e' || text[at - 1] == 'E');
+    return llvm::isAlnum(text[at]) || letter >= 0x80 ||
+           std::string_view("_.'$\\").find(text[at]) != std::string_view::npos;
+}
+
+// The words that contain all differences of two texts, if they are such numbers.
+std::optional<Edit> editOf(std::string_view before, std::string_view now) {
+    const std::size_t shorter = std::min(before.size(), now.size());
+    std::size_t start = 0, behind = 0; // equal characters before and after the differences
+    while (start < shorter && before[start] == now[start])
+        ++start;
+    while (behind < shorter - start &&
+           before[before.size() - 1 - behind] == now[now.size() - 1 - behind])
+        ++behind;
+    while (start > 0 && isWordPart(before, start - 1))
+        --start;
+    while (behind > 0 && isWordPart(before, before.size() - behind))
+        --behind;
+    const auto old = numberIn(before.substr(start, before.size() - behind - start));
+    const auto number = numberIn(now.substr(start, now.size() - behind - start));
+    if (!old || !number || old->suffix != number->suffix)
+        return std::nullopt;
+    return Edit{static_cast<unsigned>(start), static_cast<unsigned>(now.size() - before.size()),
+                *number};
+}
+
 } // namespace
 
 std::vector<Numbers::Word> Numbers::wordsOf(const std::string& text) {
@@ -185,16 +221,18 @@ std::vector<Numbers::Word> Numbers::wordsOf(const std::string& text) {
     return words;
 }
 
-std::optional<unsigned> Numbers::wordAt(const clang::FloatingLiteral& literal) const {
+// A literal at this byte of the last text gets another value.
+struct Numbers::Change {
+    unsigned place;
+    Number number;
+};
+
+std::optional<unsigned> Numbers::placeOf(const clang::FloatingLiteral& literal) const {
     const clang::SourceManager& sources = context.getSourceManager();
     const clang::SourceLocation at = usersPlace(sources, literal.getLocation());
     if (at.isMacroID() || sources.getFileID(at) != sources.getMainFileID())
         return std::nullopt;
-    const unsigned offset = sources.getFileOffset(at);
-    const auto found = std::ranges::lower_bound(words, offset, {}, &Word::offset);
-    if (found == words.end() || found->offset != offset)
-        return std::nullopt;
-    return static_cast<unsigned>(found - words.begin());
+    return sources.getFileOffset(at);
 }
 
 void Numbers::collect() {
@@ -205,26 +243,59 @@ void Numbers::collect() {
         collector.TraverseDecl(declaration);
     if (!collector.isAnyFree)
         return;
-    for (const auto& [literal, function] : collector.free)
-        if (const auto word = wordAt(*literal))
-            byWord[*word].push_back({literal, function});
+    std::vector<unsigned> kept;
     for (const clang::FloatingLiteral* literal : collector.kept)
-        if (const auto word = wordAt(*literal))
-            byWord.erase(*word);
+        if (const auto place = placeOf(*literal))
+            kept.push_back(*place);
+    std::ranges::sort(kept);
+    for (const auto& [literal, function] : collector.free)
+        if (const auto place = placeOf(*literal);
+            place && !std::ranges::binary_search(kept, *place))
+            literals.push_back({*place, literal, function});
+    std::ranges::stable_sort(literals, {}, &Literal::place);
     evaluated = std::move(collector.evaluated);
 }
 
-bool Numbers::take(std::string_view source) {
-    // Most other texts are told apart without looking at their words.
-    if (source == *text || std::ranges::count(source, '\n') != std::ranges::count(*text, '\n'))
+// False if no literal there can change.
+bool Numbers::apply(const Change& change) {
+    const auto found = std::ranges::equal_range(literals, change.place, {}, &Literal::place);
+    for (const Literal& literal : found) {
+        literal.expression->setValue(context, change.number.value);
+        literal.expression->setExact(change.number.isExact);
+        if (!literal.function)
+            changedFunctions.reset();
+        else if (changedFunctions)
+            changedFunctions->push_back(literal.function);
+    }
+    return !found.empty();
+}
+
+// The texts differ in one number, which has the same characters around it in both: then all other
+// words are the same. False if they differ otherwise, or if the number is no literal that can
+// change.
+bool Numbers::takeOne(std::string_view source) {
+    const auto edit = editOf(*text, source);
+    if (!edit)
         return false;
+    collect();
+    if (!apply({edit->place, edit->number}))
+        return false;
+    for (Literal& literal : literals)
+        if (literal.place > edit->place)
+            literal.place += edit->growth;
+    text = std::make_unique<const std::string>(source);
+    words.clear();
+    return true;
+}
+
+bool Numbers::takeWords(std::string_view source) {
     if (words.empty())
         words = wordsOf(*text);
     auto fresh = std::make_unique<const std::string>(source);
     std::vector<Word> freshWords = wordsOf(*fresh);
     if (words.size() != freshWords.size())
         return false;
-    std::vector<std::pair<unsigned, Number>> changes; // by index in `words`
+    std::vector<Change> changes;
     for (unsigned i = 0; i < words.size(); ++i) {
         const Word &before = words[i], &now = freshWords[i];
         if (before.kind != now.kind || before.line != now.line || before.hasSpace != now.hasSpace)
@@ -234,36 +305,31 @@ bool Numbers::take(std::string_view source) {
         const auto old = numberIn(before.text), number = numberIn(now.text);
         if (!old || !number || old->suffix != number->suffix)
             return false;
-        changes.emplace_back(i, *number);
+        changes.push_back({before.offset, *number});
     }
     if (changes.empty())
         return false;
     collect();
-    changedWords.clear();
-    for (const auto& [word, number] : changes) {
-        const auto found = byWord.find(word);
-        if (found == byWord.end())
+    for (const Change& change : changes)
+        if (!apply(change))
             return false;
-        for (const Literal& literal : found->second) {
-            literal.expression->setValue(context, number.value);
-            literal.expression->setExact(number.isExact);
-        }
-        changedWords.push_back(word);
+    for (Literal& literal : literals) {
+        const auto word = std::ranges::lower_bound(words, literal.place, {}, &Word::offset);
+        if (word == words.end() || word->offset != literal.place)
+            return false;
+        literal.place = freshWords[static_cast<std::size_t>(word - words.begin())].offset;
     }
     text = std::move(fresh);
     words = std::move(freshWords);
-    return std::ranges::all_of(evaluated, staysConstant);
+    return true;
 }
 
-std::optional<std::vector<const clang::FunctionDecl*>> Numbers::changed() const {
-    std::vector<const clang::FunctionDecl*> functions;
-    for (const unsigned word : changedWords)
-        for (const Literal& literal : byWord.find(word)->second) {
-            if (!literal.function)
-                return std::nullopt;
-            functions.push_back(literal.function);
-        }
-    return functions;
+bool Numbers::take(std::string_view source) {
+    // Most other texts are told apart without looking at their words.
+    if (source == *text || std::ranges::count(source, '\n') != std::ranges::count(*text, '\n'))
+        return false;
+    changedFunctions.emplace();
+    return (takeOne(source) || takeWords(source)) && std::ranges::all_of(evaluated, staysConstant);
 }
 
 } // namespace tarnwick::msl

@@ -6,9 +6,6 @@
 // comparisons of constants, about which it warns.
 #pragma once
 
-#include <llvm/ADT/DenseMap.h>
-#include <llvm/ADT/SmallVector.h>
-
 #include <memory>
 #include <optional>
 #include <string>
@@ -41,7 +38,9 @@ class Numbers {
 
     // The functions with the literals that the last text changed; absent if some are elsewhere, so
     // that other functions may depend on them.
-    std::optional<std::vector<const clang::FunctionDecl*>> changed() const;
+    const std::optional<std::vector<const clang::FunctionDecl*>>& changed() const {
+        return changedFunctions;
+    }
 
   private:
     struct Word {
@@ -51,23 +50,27 @@ class Numbers {
         bool hasSpace = false;
     };
     struct Literal {
+        unsigned place; // byte of `text`
         clang::FloatingLiteral* expression;
         const clang::FunctionDecl* function; // whose body has it; null for others
     };
-    using Literals = llvm::SmallVector<Literal, 1>;
+    struct Change;
 
     clang::ASTContext& context;
     std::vector<clang::Decl*> program;
-    std::unique_ptr<const std::string> text;   // its place stays, because of the words
-    std::vector<Word> words;                   // of `text`; empty until they are needed
-    bool isCollected = false;                  // whether the two below are filled
-    llvm::DenseMap<unsigned, Literals> byWord; // by index in `words`
-    std::vector<clang::VarDecl*> evaluated;    // variables whose initial values Clang keeps
-    std::vector<unsigned> changedWords;        // by the last text
+    std::unique_ptr<const std::string> text; // its place stays, because of the words
+    std::vector<Word> words;                 // of `text`; empty until they are needed
+    bool isCollected = false;                // whether the two below are filled
+    std::vector<Literal> literals;           // by place
+    std::vector<clang::VarDecl*> evaluated;  // variables whose initial values Clang keeps
+    std::optional<std::vector<const clang::FunctionDecl*>> changedFunctions; // by the last text
 
     static std::vector<Word> wordsOf(const std::string& text);
-    std::optional<unsigned> wordAt(const clang::FloatingLiteral& literal) const;
+    std::optional<unsigned> placeOf(const clang::FloatingLiteral& literal) const;
     void collect();
+    bool takeOne(std::string_view source);
+    bool takeWords(std::string_view source);
+    bool apply(const Change& change);
 };
 
 } // namespace tarnwick::msl

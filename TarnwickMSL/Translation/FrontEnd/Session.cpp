@@ -184,7 +184,7 @@ std::optional<Parsed> Session::again(std::string_view source, llvm::LLVMContext&
 
 // The functions of the last program that need no code with its new numbers.
 Symbols Session::omitted(const ParseOptions& options) {
-    const auto changed = last->numbers->changed();
+    const auto& changed = last->numbers->changed();
     if (!options.omitted || !changed)
         return {};
     if (!symbols)

@@ -107,6 +107,10 @@ TEST(Session, parsesAgainWhereANumberDecidesMoreThanCode) {
         {"constant float a = @; constant float2 b = float2(a, 1.0) * @;", "out[i] = a + b.x;",
          "0.5", "0.7", true},
         {"float f(float x = @) { return x; }", "out[i] = f(); // @", "0.5", "0.25", true},
+        {"", "out[i] = 1@e1f-@;", ".5", ".25", true},
+        {"", "out[i] = -@+2.0;", "0.5", "0.5e-1", true},
+        {"", "out[i] = 1.0; // @", "0.5", "0.25"},
+        {"", "out[i] = /* @ */ 1.0;", "0.5", "0.25"},
         {"", "out[i] = @;", "0.5", "0.5f"},
         {"", "out[i] = @;", "0.5", "1"},
         {"", "out[i] = @;", "0.5", "\n0.7"},
@@ -130,6 +134,29 @@ TEST(Session, parsesAgainWhereANumberDecidesMoreThanCode) {
         const Result found = result(changed);
         EXPECT_EQ(found.code, alone(changed).code) << changed;
         EXPECT_EQ(found.isParsed, !edit.isTaken) << changed;
+    }
+}
+
+// One number changes the places of those after it.
+TEST(Session, takesOneNumberAfterTheOther) {
+    auto program = [](const std::string& a, const std::string& b, const std::string& c) {
+        return kernel("constant float first = " + a + ";",
+                      "out[i] = first + " + b + "; /* 0.5 */ out[i] *= " + c + ";");
+    };
+    const std::string texts[] = {
+        program("0.5", "0.5", "0.5"),       program("0.5", "0.625", "0.5"),
+        program("0.5", "0.625", "7.0"),     program("2.0e-3", "0.625", "7.0"),
+        program("2.0e-3", "0.625", "0.75"), program("4.5", "1.5", "3.25"),
+        program("4.5", "1.0", "3.25"),      program("4.5", "1.0", "0.0009765625"),
+    };
+    std::vector<std::string> codes;
+    for (const std::string& text : texts)
+        codes.push_back(alone(text).code);
+    result(texts[0]);
+    for (std::size_t i = 1; i < std::size(texts); ++i) {
+        const Result found = result(texts[i]);
+        EXPECT_EQ(found.code, codes[i]) << texts[i];
+        EXPECT_FALSE(found.isParsed) << texts[i];
     }
 }
 
