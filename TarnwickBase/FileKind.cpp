@@ -38,10 +38,24 @@ bool isSPIRV(Text start) { // SPIR-V 1.6, 2.3, in either order of bytes
            start.starts_with(Text("\x07\x23\x02\x03", 4));
 }
 
+// The first line is "TARGET: FILE", where a blank in the name of the target has a backslash.
+bool isMakeRule(Text start) {
+    const Text line = start.substr(0, start.find('\n'));
+    const std::size_t colon = line.find(": ");
+    if (colon == line.npos || colon == 0 || line.find('\0') != line.npos)
+        return false;
+    for (std::size_t blank = line.find(' '); blank < colon; blank = line.find(' ', blank + 1))
+        if (blank == 0 || line[blank - 1] != '\\')
+            return false;
+    return true;
+}
+
+constexpr std::size_t longestStart = 4096; // bytes; longer than most names of files
+
 struct Row {
     FileKind kind;
     Text name, ending;
-    bool (*begins)(Text start); // the first 16 bytes, or all; null: not replaceable
+    bool (*begins)(Text start); // the first bytes, or all; null: not replaceable
 };
 
 constexpr std::array rows{
@@ -51,6 +65,7 @@ constexpr std::array rows{
     Row{FileKind::quickTimeMovie, "QuickTime movie", ".mov", isMovie},
     Row{FileKind::chapterList, "chapter list", ".json", isChapterList},
     Row{FileKind::spirvModule, "SPIR-V module", ".spv", isSPIRV},
+    Row{FileKind::makeRule, "rule for make", ".d", isMakeRule},
     Row{FileKind::episode, "episode", ".metal", nullptr},
     Row{FileKind::release, "release", "", nullptr},
 };
@@ -83,7 +98,7 @@ bool endsAs(FileKind kind, const std::filesystem::path& file) {
 }
 
 bool holds(FileKind kind, const std::filesystem::path& file) {
-    std::array<char, 16> start{};
+    std::array<char, longestStart> start{};
     std::ifstream stream(file, std::ios::binary);
     stream.read(start.data(), start.size());
     return rowOf(kind).begins({start.data(), static_cast<std::size_t>(stream.gcount())});

@@ -1,7 +1,10 @@
 #include "TarnwickMSL/Compile.h"
 
+#include "TarnwickMSL/Preamble.h"
 #include "TarnwickMSL/WorkerProcess.h"
 
+#include <algorithm>
+#include <condition_variable>
 #include <mutex>
 
 namespace tarnwick::msl {
@@ -27,20 +30,22 @@ Process& process() {
     return separate != nullptr ? *separate : shared;
 }
 
-Compilation failure(const std::string& sentence) {
+Compilation failure(const std::string& sentence, const CompileOptions& options) {
+    const std::string name = options.name.empty() ? "program_source" : options.name;
     return {.failed = true,
             .isCompilersFault = true,
             .entryPoints = {},
-            .messages = "program_source:1:1: error: " + sentence + "\n1 error generated.\n"};
+            .messages = name + ":1:1: error: " + sentence + "\n1 error generated.\n",
+            .diagnostics = {{.file = name, .line = 1, .column = 1, .length = 1, .text = sentence}}};
 }
 
 Compilation failure(WorkerFault fault, const CompileOptions& options) {
     switch (fault) {
     case WorkerFault::missing:
     case WorkerFault::gone:
-        return failure("the compiler 'tarnwick-msl-worker' could not be started");
+        return failure("the compiler 'tarnwick-msl-worker' could not be started", options);
     case WorkerFault::stopped:
-        return failure("the compiler crashed on this program");
+        return failure("the compiler crashed on this program", options);
     case WorkerFault::late:
         break;
     }
@@ -48,7 +53,41 @@ Compilation failure(WorkerFault fault, const CompileOptions& options) {
     seconds.erase(seconds.find_last_not_of('0') + 1);
     if (seconds.back() == '.')
         seconds.pop_back();
-    return failure("the compiler ran out of time (" + seconds + " s)");
+    return failure("the compiler ran out of time (" + seconds + " s)", options);
+}
+
+// Relative folders are those of this process, at this time.
+std::vector<IncludeFolder> foldersOf(const CompileOptions& options) {
+    std::vector<IncludeFolder> folders;
+    for (const std::filesystem::path& folder : options.includes) {
+        std::error_code error;
+        const std::filesystem::path whole = std::filesystem::absolute(folder, error);
+        folders.push_back({.name = folder.string(), .path = whole.string()});
+    }
+    return folders;
+}
+
+Compilation compileIn(WorkerProcess& worker, std::string_view source,
+                      const CompileOptions& options) {
+    if (source.size() > longestSource)
+        return failure("the program has " + std::to_string(source.size()) +
+                           " bytes; the maximum is " + std::to_string(longestSource),
+                       options);
+    const Request request{.limitMilliseconds = static_cast<std::uint32_t>(options.limit.count()),
+                          .target = options.target,
+                          .moreWarningsIn = options.moreWarningsIn,
+                          .constants = options.constants,
+                          .includes = foldersOf(options),
+                          .reflects = options.reflects,
+                          .lists = options.lists,
+                          .source = preamble(options).append(source)};
+    auto answer = worker.ask(request);
+    if (const auto* fault = std::get_if<WorkerFault>(&answer); fault && *fault == WorkerFault::gone)
+        answer = worker.ask(request); // it had ended by itself, between two requests
+    if (auto* compilation = std::get_if<Compilation>(&answer))
+        return std::move(*compilation);
+    worker.start(); // a fresh one, for the next program
+    return failure(std::get<WorkerFault>(answer), options);
 }
 
 } // namespace
@@ -62,29 +101,73 @@ SeparateWorker::~SeparateWorker() {
 }
 
 Compilation compile(std::string_view source, const CompileOptions& options) {
-    if (source.size() > longestSource)
-        return failure("the program has " + std::to_string(source.size()) +
-                       " bytes; the maximum is " + std::to_string(longestSource));
-    const Request request{.limitMilliseconds = static_cast<std::uint32_t>(options.limit.count()),
-                          .target = options.target,
-                          .moreWarningsIn = options.moreWarningsIn,
-                          .constants = options.constants,
-                          .source = std::string(source)};
     Process& common = process();
     const std::lock_guard lock(common.mutex);
-    auto answer = common.worker.ask(request);
-    if (const auto* fault = std::get_if<WorkerFault>(&answer); fault && *fault == WorkerFault::gone)
-        answer = common.worker.ask(request); // it had ended by itself, between two requests
-    if (auto* compilation = std::get_if<Compilation>(&answer))
-        return std::move(*compilation);
-    common.worker.start(); // a fresh one, for the next program
-    return failure(std::get<WorkerFault>(answer), options);
+    return compileIn(common.worker, source, options);
 }
 
 void warmUp() {
     Process& common = process();
     if (const std::unique_lock lock(common.mutex, std::try_to_lock); lock)
         common.worker.start();
+}
+
+struct Compilers::Pool {
+    std::filesystem::path program;
+    unsigned most;
+    std::mutex mutex;
+    std::condition_variable isFreed;
+    std::vector<std::unique_ptr<WorkerProcess>> idle; // the last one was used last, so it is warm
+    unsigned made = 0;
+
+    std::unique_ptr<WorkerProcess> take() {
+        std::unique_lock lock(mutex);
+        isFreed.wait(lock, [&] { return !idle.empty() || made < most; });
+        if (idle.empty()) {
+            auto fresh = std::make_unique<WorkerProcess>(program);
+            idle.reserve(made + 1); // so that giving it back needs no memory
+            ++made;
+            return fresh;
+        }
+        std::unique_ptr<WorkerProcess> last = std::move(idle.back());
+        idle.pop_back();
+        return last;
+    }
+    void giveBack(std::unique_ptr<WorkerProcess> worker) {
+        {
+            const std::lock_guard lock(mutex);
+            idle.push_back(std::move(worker));
+        }
+        isFreed.notify_one();
+    }
+};
+
+Compilers::Compilers(std::filesystem::path worker, unsigned most) : pool(std::make_unique<Pool>()) {
+    pool->program = std::move(worker);
+    pool->most = std::max(most, 1u);
+}
+
+Compilers::~Compilers() {
+    for (const std::unique_ptr<WorkerProcess>& worker : pool->idle)
+        worker->end();
+}
+
+Compilation Compilers::compile(std::string_view source, const CompileOptions& options) {
+    // Gives the worker back if there is no memory for a request or an answer. Its connection may
+    // then have half a message, so the child ends.
+    struct Loan {
+        Pool& pool;
+        std::unique_ptr<WorkerProcess> worker;
+        bool isDone = false;
+        ~Loan() {
+            if (!isDone)
+                worker->end();
+            pool.giveBack(std::move(worker));
+        }
+    } loan{*pool, pool->take()};
+    Compilation made = compileIn(*loan.worker, source, options);
+    loan.isDone = true;
+    return made;
 }
 
 } // namespace tarnwick::msl

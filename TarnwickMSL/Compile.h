@@ -6,11 +6,34 @@
 #include "TarnwickMSL/Target.h"
 
 #include <chrono>
+#include <cstdint>
+#include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarnwick::msl {
+
+// A macro of the preprocessor, defined before the first line.
+struct Define {
+    std::string name, value = "1";
+
+    bool operator==(const Define&) const = default;
+};
+
+// Whether the name is an identifier and the value is one line that does not continue in the next.
+bool isValid(const Define& define);
+
+// A released version of the language as __METAL_VERSION__ gives it: 310 for 3.1. It sets that macro
+// and nothing else: the language and its library are those of 3.1.
+inline constexpr std::uint32_t newestVersion = 310;
+// Of "metal3.1", or with the platform that older versions have: "macos-metal2.4", "ios-metal2.4".
+// Nothing for other names.
+std::optional<std::uint32_t> versionNamed(std::string_view name);
+// "metal1.0", ... "metal3.1", ascending.
+const std::vector<std::string_view>& versionNames();
 
 struct CompileOptions {
     // Maximum wall time of one compilation; after it the compilation is ended and `failed` is set.
@@ -26,6 +49,16 @@ struct CompileOptions {
     // and they may be the index of an argument or a colour. A name that is no function constant of
     // the program is an error.
     ConstantValues constants;
+    // The name of the source in messages. Empty: "program_source".
+    std::string name;
+    std::vector<Define> defines; // all valid
+    std::uint32_t version = newestVersion;
+    // Folders of files for #include, in the order in which they are searched. They are read when
+    // the program is compiled. Files outside them are refused, also through ".." and links; so are
+    // all without a folder.
+    std::vector<std::filesystem::path> includes;
+    bool reflects = false; // sets Compilation::reflection
+    bool lists = false;    // sets Compilation::listings
 };
 
 // Compiles a whole program's text. Never throws on invalid source: the compiler's messages are
@@ -51,6 +84,27 @@ class SeparateWorker {
   private:
     std::unique_ptr<Process> process_;
     Process* outer_; // of the thread before
+};
+
+// Several children for the threads of a host that wants no state of the process: unlike `compile`,
+// it has no shared child.
+class Compilers {
+  public:
+    // `worker` is the program of the children. At most `most` of them, from 1, exist at a time;
+    // each takes up to 3 GiB of memory for a program that needs it, and about 0.1 GiB for others.
+    Compilers(std::filesystem::path worker, unsigned most);
+    // Ends the children and waits for their end. No compilation may run.
+    ~Compilers();
+    Compilers(const Compilers&) = delete;
+    Compilers& operator=(const Compilers&) = delete;
+
+    // As the function `compile`, with a child that no other thread uses at the time. Any thread;
+    // waits while all children work. Throws std::bad_alloc.
+    Compilation compile(std::string_view source, const CompileOptions& options);
+
+  private:
+    struct Pool;
+    std::unique_ptr<Pool> pool;
 };
 
 // Starts the child before the first compilation, without waiting for it.

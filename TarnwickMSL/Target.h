@@ -1,4 +1,4 @@
-// Features of the device that the compiler's code may require.
+// What code is made for: features of the device that it may require, and whether it is optimised.
 #pragma once
 
 namespace tarnwick::msl {
@@ -27,6 +27,13 @@ struct Target {
     // as constants, as Mesa's CPU driver does. So conditions on these values alone are hidden from
     // it. On other devices this only makes such branches a little slower.
     bool specialisesUniforms = true;
+
+    // Modules may have these types (shaderFloat16, shaderInt8, shaderInt16 and shaderInt64 of
+    // Vulkan 1.3). Otherwise a program whose code needs them is refused.
+    bool hasFloat16 = true, hasInt8 = true, hasInt16 = true, hasInt64 = true;
+
+    // The steps that only make code faster are run (Passes.h).
+    bool isOptimised = true;
 
     bool operator==(const Target&) const = default;
 };

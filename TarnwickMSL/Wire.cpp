@@ -24,10 +24,12 @@ class Put {
     template <class T> void operator()(const std::vector<T>& records) {
         (*this)(static_cast<std::uint32_t>(records.size()));
         for (const T& record : records)
-            fields(record, *this);
+            one(record);
     }
 
   private:
+    void one(const std::string& text) { (*this)(text); }
+    template <class T> void one(const T& record) { fields(record, *this); }
     void list(const void* data, std::size_t count, std::size_t size) {
         (*this)(static_cast<std::uint32_t>(count));
         bytes.append(static_cast<const char*>(data), count * size);
@@ -53,13 +55,15 @@ class Take {
     template <class T> void operator()(std::vector<T>& records) {
         records.resize(count(1));
         for (T& record : records)
-            fields(record, *this);
+            one(record);
     }
 
   private:
     std::string_view bytes;
     bool isGood = true;
 
+    void one(std::string& text) { (*this)(text); }
+    template <class T> void one(T& record) { fields(record, *this); }
     // A number of elements of at least `size` bytes each; 0 if the bytes that are left hold fewer.
     std::size_t count(std::size_t size) {
         std::uint32_t given = 0;
@@ -129,9 +133,54 @@ void fields(Record& e, Bytes& bytes) {
 }
 
 template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, ReflectedType>
+void fields(Record& t, Bytes& bytes) {
+    bytes(t.name), bytes(t.bytes), bytes(t.alignment), bytes(t.record), bytes(t.columns);
+}
+
+template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, RecordMember>
+void fields(Record& m, Bytes& bytes) {
+    bytes(m.name), fields(m.type, bytes), bytes(m.offset), bytes(m.count), bytes(m.stride);
+    bytes(m.isPointer);
+}
+
+template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, msl::Record>
+void fields(Record& r, Bytes& bytes) {
+    bytes(r.name), bytes(r.bytes), bytes(r.alignment), bytes(r.members);
+}
+
+template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, ReflectedArgument>
+void fields(Record& a, Bytes& bytes) {
+    bytes(a.name), bytes(a.table), bytes(a.index), bytes(a.count), fields(a.type, bytes);
+    bytes(a.access), bytes(a.isConstant), bytes(a.isReference);
+}
+
+template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, ReflectedEntry>
+void fields(Record& e, Bytes& bytes) {
+    bytes(e.name), bytes(e.arguments);
+}
+
+template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, Diagnostic>
+void fields(Record& d, Bytes& bytes) {
+    bytes(d.kind), bytes(d.file), bytes(d.line), bytes(d.column), bytes(d.length), bytes(d.text);
+}
+
+template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, Compilation>
 void fields(Record& c, Bytes& bytes) { // isCompilersFault is set on the parent's side
-    bytes(c.failed), bytes(c.messages), bytes(c.entryPoints);
+    bytes(c.failed), bytes(c.messages), bytes(c.diagnostics), bytes(c.entryPoints);
+    bytes(c.files), bytes(c.reflection.entries), bytes(c.reflection.records), bytes(c.listings);
+}
+
+template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, IncludeFolder>
+void fields(Record& f, Bytes& bytes) {
+    bytes(f.name), bytes(f.path);
 }
 
 template <class Record, class Bytes>
@@ -140,7 +189,9 @@ void fields(Record& r, Bytes& bytes) {
     bytes(r.limitMilliseconds), bytes(r.target.addsFloatsInBuffers);
     bytes(r.target.followsAddresses), bytes(r.target.hasMeshFunctions);
     bytes(r.target.ordersFragments), bytes(r.target.keepsLogs), bytes(r.moreWarningsIn);
-    bytes(r.target.specialisesUniforms);
+    bytes(r.target.specialisesUniforms), bytes(r.target.hasFloat16), bytes(r.target.hasInt8);
+    bytes(r.target.hasInt16), bytes(r.target.hasInt64), bytes(r.target.isOptimised);
+    bytes(r.includes), bytes(r.reflects), bytes(r.lists);
     bytes(r.source), bytes(r.constants.values), bytes(r.constants.othersAreUndefined);
 }
 

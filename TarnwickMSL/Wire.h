@@ -1,15 +1,19 @@
 // Requests to the compiler's worker process and its answers as bytes. Each is sent as a 32-bit
-// length, then its bytes. Both ends are from one build, so numbers have the machine's form.
+// length, then its bytes. Both ends are from one build, so numbers have the machine's form. A host
+// that runs while its package is replaced would start a worker of another build; wireForm() tells
+// them apart.
 #pragma once
 
 #include "TarnwickMSL/Compilation.h"
 #include "TarnwickMSL/Constants.h"
+#include "TarnwickMSL/IncludeFolder.h"
 #include "TarnwickMSL/Target.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarnwick::msl {
 
@@ -18,12 +22,18 @@ struct Request {
     Target target{};
     std::string moreWarningsIn;
     ConstantValues constants;
+    std::vector<IncludeFolder> includes;
+    bool reflects = false, lists = false; // CompileOptions
     std::string source;
 };
 
 // The byte that a worker sends as soon as it has read a request. A connection that closes after it
 // means that this request ended the worker.
 inline constexpr char requestIsRead = 'r';
+
+// 16 hexadecimal digits that identify the records of this build. A worker gets those of its host as
+// an argument, and ends at once if they are not its own.
+const char* wireForm();
 
 std::string toBytes(const Request& request);
 std::string toBytes(const Compilation& compilation);

@@ -90,6 +90,8 @@ pid_t spawn(const std::filesystem::path& program, int childEnd) {
     posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     if (!std::getenv("TARNWICK_MSL_WORKER_TALKS"))
         posix_spawn_file_actions_addopen(&files, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    // A host of the library may have files without FD_CLOEXEC, which would live on in the child.
+    posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     sigset_t none, all;
@@ -100,8 +102,8 @@ pid_t spawn(const std::filesystem::path& program, int childEnd) {
     posix_spawnattr_setpgroup(&attributes, 0);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
                                               POSIX_SPAWN_SETPGROUP);
-    std::string name = program.string(), serve = "--serve";
-    char* words[] = {name.data(), serve.data(), nullptr};
+    std::string name = program.string(), serve = "--serve", form = wireForm();
+    char* words[] = {name.data(), serve.data(), form.data(), nullptr};
     pid_t child = -1;
     if (posix_spawn(&child, name.c_str(), &files, &attributes, words, environ) != 0)
         child = -1;
@@ -126,11 +128,11 @@ WorkerProcess::~WorkerProcess() {
 bool WorkerProcess::start() {
     if (child > 0)
         return true;
-    const std::filesystem::path program = workerProgram();
+    const std::filesystem::path file = program.empty() ? workerProgram() : program;
     int ends[2];
-    if (program.empty() || socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
+    if (file.empty() || socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
         return false;
-    child = spawn(program, ends[1]);
+    child = spawn(file, ends[1]);
     close(ends[1]);
     if (child > 0)
         connection = ends[0];

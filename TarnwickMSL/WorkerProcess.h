@@ -8,6 +8,7 @@
 #include <chrono>
 #include <filesystem>
 #include <optional>
+#include <utility>
 #include <variant>
 
 namespace tarnwick::msl {
@@ -25,7 +26,8 @@ std::filesystem::path workerProgram();
 // Owns at most one child. One thread at a time.
 class WorkerProcess {
   public:
-    WorkerProcess() = default;
+    // The program of the child; empty: workerProgram() at each start.
+    explicit WorkerProcess(std::filesystem::path program = {}) : program(std::move(program)) {}
     WorkerProcess(const WorkerProcess&) = delete;
     WorkerProcess& operator=(const WorkerProcess&) = delete;
     // Closes the connection; the child then ends by itself.
@@ -35,12 +37,13 @@ class WorkerProcess {
     bool start();
     // Sends the request and waits for the answer. After a fault there is no child.
     std::variant<Compilation, WorkerFault> ask(const Request& request);
+    // Ends the child, if there is one, and waits for its end.
+    void end();
 
   private:
+    std::filesystem::path program;
     pid_t child = -1;
     int connection = -1;
-
-    void end();
 };
 
 } // namespace tarnwick::msl

@@ -79,7 +79,18 @@ const Option* optionOf(const CommandForm& form, std::string_view word) {
     const Option* row = rowNamed(form.options, name);
     if (!row && form.allowsOneDash)
         row = rowNamed(form.options, name.starts_with("--") ? name.substr(1) : "-" + name);
-    return row;
+    if (row)
+        return row;
+    const auto joined = std::ranges::find_if(form.options, [&](const Option& option) {
+        return option.isJoined && word.starts_with(option.name);
+    });
+    return joined == form.options.end() ? nullptr : &*joined;
+}
+
+std::string_view beforeValue(const Option& row, std::string_view word) {
+    const bool isJoined = row.isJoined && word.starts_with(row.name);
+    const std::size_t at = isJoined ? row.name.size() : std::min(word.find('='), word.size());
+    return word.substr(0, at + (at < word.size() && word[at] == '='));
 }
 
 Arguments::Arguments(const CommandForm& form, std::span<const char* const> words)
@@ -96,12 +107,13 @@ Arguments::Arguments(const CommandForm& form, std::span<const char* const> words
             continue;
         }
         const Option& row = rowOf(form, word);
-        const std::size_t equals = word.find('=');
-        if (equals != word.npos && !takesValue(row))
+        const std::string_view before = beforeValue(row, word);
+        const bool hasValue = before.size() < word.size() || before.ends_with('=');
+        if (hasValue && !takesValue(row))
             throw UsageError(std::string(row.name) + " takes no value.");
         std::vector<std::string>& values = values_[row.name];
-        if (equals != word.npos)
-            values.emplace_back(word.substr(equals + 1));
+        if (hasValue)
+            values.emplace_back(word.substr(before.size()));
         else if (takesValue(row))
             std::ranges::move(valuesFrom(words, at, row), std::back_inserter(values));
     }

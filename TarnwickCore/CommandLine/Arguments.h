@@ -21,12 +21,15 @@ struct UsageError : std::runtime_error {
 
 // Whether the parser reads `word` as an option: "-o", "--size", not "-".
 bool isOptionLike(std::string_view word);
-// The row that the word names, also as "--name=value"; null without one.
+// The row that the word names, also as "--name=value", or "-nvalue" if the row is joined; null
+// without one.
 const Option* optionOf(const CommandForm& form, std::string_view word);
+// The part of such a word before the value, with its "="; the whole word without a value.
+std::string_view beforeValue(const Option& row, std::string_view word);
 
-// Options and operands in any order: "--name value", "--name=value"; the word after an option is
-// its value, also if it begins with "-"; after "--" operands only. If an option is not repeatable,
-// its last value is used.
+// Options and operands in any order: "--name value", "--name=value", "-nvalue"; the word after an
+// option is its value, also if it begins with "-"; after "--" operands only. If an option is not
+// repeatable, its last value is used.
 class Arguments {
   public:
     // The rows of `form` must outlive it. Throws UsageError: an unknown option, a missing or

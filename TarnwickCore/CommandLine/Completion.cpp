@@ -62,9 +62,9 @@ class LineReader {
 
     void readOption(const Option& row, std::string_view word) {
         line.given.push_back(&row);
-        const std::size_t equals = word.find('=');
-        if (equals != word.npos)
-            line.values.emplace_back(&row, word.substr(equals + 1));
+        const std::string_view before = beforeValue(row, word);
+        if (before.size() < word.size() || before.ends_with('='))
+            line.values.emplace_back(&row, word.substr(before.size()));
         else if (takesValue(row))
             open_ = &row;
     }
@@ -148,12 +148,14 @@ class Completing {
         : form_(form), line_(std::move(line)), paramsOf_(paramsOf) {}
 
     Completion of(std::string_view text) {
-        const std::size_t equals = text.find('=');
+        const Option* row = optionOf(form_, text);
+        const std::size_t value = row ? beforeValue(*row, text).size() : text.size();
+        const bool hasValue = value < text.size() || text.substr(0, value).ends_with('=');
         const bool isOption = !line_.isAfterDashes && text.starts_with('-');
         if (line_.awaiting)
             addValues(*line_.awaiting, "", text);
-        else if (isOption && equals != text.npos)
-            addValuesOfWord(text, equals + 1);
+        else if (isOption && row && hasValue)
+            addValuesOfWord(*row, text, value);
         else if (isOption)
             addOptions(text);
         else if (takesOperand(form_, line_))
@@ -178,11 +180,10 @@ class Completing {
             add("", text, "--help", "print the help of the command");
     }
 
-    // Of "--name=value".
-    void addValuesOfWord(std::string_view text, std::size_t at) {
-        const Option* row = optionOf(form_, text);
-        if (row && takesValue(*row))
-            addValues(*row, text.substr(0, at), text.substr(at));
+    // Of "--name=value" and "-nvalue".
+    void addValuesOfWord(const Option& row, std::string_view text, std::size_t at) {
+        if (takesValue(row))
+            addValues(row, text.substr(0, at), text.substr(at));
     }
 
     void addValues(const Option& row, std::string_view before, std::string_view text) {

@@ -26,6 +26,7 @@ struct Option {
     bool isRepeatable = false;   // each value counts, not only the last
     std::string_view excludes{}; // options that may not be given with it, separated by blanks
     std::string_view needs{};    // an option that must be given with it
+    bool isJoined = false;       // the value may follow in the same word: "-DNAME"
 };
 
 // The form of a command's words.

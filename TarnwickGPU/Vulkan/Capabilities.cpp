@@ -1,5 +1,7 @@
 #include "TarnwickGPU/Vulkan/Capabilities.h"
 
+#include "TarnwickMSL/Capabilities.h"
+
 #include <algorithm>
 #include <array>
 
@@ -43,8 +45,6 @@ enum class Capability : std::uint32_t {
     Int64ImageEXT = 5016,
     AtomicFloat32AddEXT = 6033
 };
-constexpr std::size_t header = 5;                    // words
-constexpr std::uint32_t declaration = 2u << 16 | 17; // OpCapability's first word
 
 struct Asked {
     const FeatureChain& chain;
@@ -148,13 +148,6 @@ VkPhysicalDeviceVulkan11Properties propertiesOf(VkPhysicalDevice device) {
     return vulkan11;
 }
 
-// Calls `visit` with each declared capability, in order, until it returns true.
-template <class Visit> void eachCapability(std::span<const std::uint32_t> module, Visit visit) {
-    for (std::size_t at = header; at + 1 < module.size() && module[at] == declaration; at += 2)
-        if (visit(module[at + 1]))
-            return;
-}
-
 } // namespace
 
 std::vector<std::uint32_t> capabilitiesOf(VkPhysicalDevice device, const FeatureChain& chain,
@@ -173,25 +166,19 @@ std::vector<std::uint32_t> capabilitiesOf(VkPhysicalDevice device, const Feature
 
 std::optional<std::string> missingCapability(std::span<const std::uint32_t> module,
                                              std::span<const std::uint32_t> capabilities) {
-    std::optional<std::string> missing;
-    eachCapability(module, [&](std::uint32_t capability) {
+    for (const std::uint32_t capability : msl::capabilitiesOf(module)) {
         if (std::binary_search(capabilities.begin(), capabilities.end(), capability))
-            return false;
+            continue;
         for (const Row& row : rows)
             if (static_cast<std::uint32_t>(row.capability) == capability)
-                missing = row.words;
-        return missing.has_value();
-    });
-    return missing;
+                return row.words;
+    }
+    return std::nullopt;
 }
 
 bool usesGroups(std::span<const std::uint32_t> module) {
-    bool uses = false;
-    eachCapability(module, [&](std::uint32_t capability) {
-        uses = capability == static_cast<std::uint32_t>(Capability::GroupNonUniform);
-        return uses;
-    });
-    return uses;
+    return std::ranges::count(msl::capabilitiesOf(module),
+                              static_cast<std::uint32_t>(Capability::GroupNonUniform)) != 0;
 }
 
 VkShaderStageFlags groupStages(VkPhysicalDevice device) {

@@ -111,7 +111,10 @@ bool answerOne(int connection, const StandardLibrary& library, std::string& more
     std::string answer = toBytes(translate(request->source, library,
                                            {.target = request->target,
                                             .moreWarningsIn = request->moreWarningsIn,
-                                            .constants = request->constants},
+                                            .constants = request->constants,
+                                            .includes = request->includes,
+                                            .reflects = request->reflects,
+                                            .lists = request->lists},
                                            nullptr, &remains));
     limitTime(0);
     size = static_cast<std::uint32_t>(answer.size());

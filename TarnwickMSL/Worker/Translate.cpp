@@ -2,6 +2,7 @@
 
 #include "TarnwickMSL/Translation/KeptFunctions.h"
 #include "TarnwickMSL/Translation/Passes.h"
+#include "TarnwickMSL/Translation/Spirv/Validator.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/IR/LLVMContext.h>
@@ -12,6 +13,17 @@ namespace tarnwick::msl {
 static std::string detail(const TranslationError& error) {
     auto* fault = dynamic_cast<const CompilerFault*>(&error);
     return fault && showsFaults() ? " [" + fault->detail + "]" : "";
+}
+
+// `place` is "file:line:column".
+static Diagnostic diagnosticAt(llvm::StringRef place, std::string text) {
+    Diagnostic made{.file = {}, .length = 1, .text = std::move(text)};
+    const auto [file, column] = place.rsplit(':');
+    const auto [name, line] = file.rsplit(':');
+    made.file = name.str();
+    line.getAsInteger(10, made.line);
+    column.getAsInteger(10, made.column);
+    return made;
 }
 
 // Memory that several translations share, one after the other.
@@ -37,7 +49,7 @@ void Remains::tidy() {
 
 // Parses the source. The module lacks functions that `work.kept` has.
 static Parsed parseInto(Translation& work, std::string_view source, const StandardLibrary& library,
-                        ParseOptions parsing, const CompileOptions& options) {
+                        ParseOptions parsing, const TranslationOptions& options) {
     bool isFollowed = false;
     parsing.omitted = [&](const std::shared_ptr<const void>& declarations, const Symbols& changed) {
         isFollowed = declarations == work.parsed.declarations && options.target == work.target;
@@ -59,7 +71,7 @@ static bool isPlain(const Parsed& parsed) {
 
 // `wasParsed` tells a program that the front end took from one that it did not.
 static Compilation attempt(std::string_view source, const StandardLibrary& library,
-                           const CompileOptions& options, Places places, bool& wasParsed,
+                           const TranslationOptions& options, Places places, bool& wasParsed,
                            StepTimes* times, Remains* remains = nullptr) {
     if (remains)
         remains->tidy();
@@ -74,12 +86,20 @@ static Compilation attempt(std::string_view source, const StandardLibrary& libra
                              {.places = places,
                               .moreWarningsIn = options.moreWarningsIn,
                               .constants = options.constants,
+                              .includes = options.includes,
+                              .reflects = options.reflects,
                               .times = times},
                              options);
     Parsed& parsed = work->parsed;
     wasParsed = !parsed.failed;
     Compilation compilation{
-        .failed = parsed.failed, .entryPoints = {}, .messages = std::move(parsed.messages)};
+        .failed = parsed.failed,
+        .entryPoints = {},
+        .messages = std::move(parsed.messages),
+        .diagnostics = std::move(parsed.diagnostics),
+        .files = std::move(parsed.files),
+        .reflection = std::move(parsed.reflection),
+    };
     if (compilation.failed)
         return compilation;
     try {
@@ -90,15 +110,19 @@ static Compilation attempt(std::string_view source, const StandardLibrary& libra
         work->parsed.declarations.reset();
         compilation.failed = true;
         const std::string place = error.place.empty() ? "program_source:1:1" : error.place;
+        compilation.diagnostics.push_back(diagnosticAt(place, error.what() + detail(error)));
         compilation.messages +=
-            place + ": error: " + error.what() + detail(error) + "\n1 error generated.\n";
+            place + ": error: " + compilation.diagnostics.back().text + "\n1 error generated.\n";
     }
+    if (options.lists)
+        for (const EntryPoint& entry : compilation.entryPoints)
+            compilation.listings.push_back(spirvText(entry.words));
     return compilation;
 }
 
 // Only a program that cannot be translated is worth the time to find the line that is at fault.
 Compilation translate(std::string_view source, const StandardLibrary& library,
-                      const CompileOptions& options, StepTimes* times, Remains* remains) {
+                      const TranslationOptions& options, StepTimes* times, Remains* remains) {
     bool wasParsed = false;
     Compilation first = attempt(source, library, options, Places::left, wasParsed, times, remains);
     if (!first.failed || !wasParsed)

@@ -1,10 +1,16 @@
 // Runs all steps of the compiler.
 #pragma once
 
-#include "TarnwickMSL/Compile.h"
+#include "TarnwickMSL/Compilation.h"
+#include "TarnwickMSL/Constants.h"
+#include "TarnwickMSL/IncludeFolder.h"
+#include "TarnwickMSL/Target.h"
 #include "TarnwickMSL/Translation/FrontEnd.h"
 
 #include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace tarnwick::msl {
 
@@ -19,10 +25,19 @@ class Remains {
     std::shared_ptr<Translation> translation;
 };
 
-// Ignores the time limit of the options. Adds the time of each step to `times`. With the remains of
+// What a request asks for, beside its source.
+struct TranslationOptions {
+    Target target;
+    std::string moreWarningsIn; // Compile.h
+    ConstantValues constants;   // Compile.h
+    std::vector<IncludeFolder> includes;
+    bool reflects = false, lists = false; // Compile.h
+};
+
+// Adds the time of each step to `times`. With the remains of
 // the last translation, a text that differs from the last one only in numbers takes less time.
 Compilation translate(std::string_view source, const StandardLibrary& library,
-                      const CompileOptions& options = {}, StepTimes* times = nullptr,
+                      const TranslationOptions& options = {}, StepTimes* times = nullptr,
                       Remains* remains = nullptr);
 
 } // namespace tarnwick::msl

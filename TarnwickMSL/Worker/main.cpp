@@ -1,5 +1,6 @@
 // The compiler as a process of its own:
-//   tarnwick-msl-worker --serve                 answers requests on standard input, a socket
+//   tarnwick-msl-worker --serve FORM            answers requests on standard input, a socket; FORM
+//                                               is that of the other end (Wire.h)
 //   tarnwick-msl-worker --precompile FILE       writes the precompiled standard library
 //   tarnwick-msl-worker --dump-ir FILE.metal    prints the front end's module and signatures
 //   tarnwick-msl-worker --step NAME FILE.ll     runs one step on a text and prints the result
@@ -7,6 +8,7 @@
 //   tarnwick-msl-worker --version               prints the release of Clang and LLVM
 //   tarnwick-msl-worker --times FILE.metal...   prints the time of each step
 #include "TarnwickMSL/Translation/Passes.h"
+#include "TarnwickMSL/Wire.h"
 #include "TarnwickMSL/Worker/Dump.h"
 #include "TarnwickMSL/Worker/Precompiled.h"
 #include "TarnwickMSL/Worker/Server.h"
@@ -37,7 +39,9 @@ std::string textOf(const char* file) {
 
 int run(std::string_view command, const char* file, const char* second,
         std::span<char* const> files) {
-    if (command == "--serve") {
+    if (command == "--serve" && file) {
+        if (file != std::string_view(wireForm()))
+            return 3; // of another build
         serve(STDIN_FILENO);
         return 0;
     }
@@ -61,7 +65,7 @@ int run(std::string_view command, const char* file, const char* second,
         std::cout << stepTable();
         return 0;
     }
-    std::cerr << "tarnwick-msl-worker: requires --serve, --precompile FILE, --dump-ir FILE, "
+    std::cerr << "tarnwick-msl-worker: requires --serve FORM, --precompile FILE, --dump-ir FILE, "
                  "--step NAME FILE, --steps, --version or --times FILE....\n";
     return 2;
 }

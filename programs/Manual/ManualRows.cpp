@@ -23,6 +23,7 @@ constexpr std::array examples = std::to_array<ManualExample>({
     {"assemble", "rose.metal", "Shows the whole program that is compiled."},
     {"msl", "kernel.metal", "Lists the entry points of any Metal file."},
     {"msl", "kernel.metal --entry add -o add.spv", "Writes one entry point as SPIR-V."},
+    {"msl", "kernel.metal -I include -D SIZE=64 --reflect json", "Prints what a program binds, and the layout of its records."},
     {"swiftui", "rose.metal -o Rose", "Writes a Swift package into the new folder Rose."},
     {"still", "rose.metal -o rose.png", "Draws the still of the episode."},
     {"still", "rose.metal -o rose.png --time 3.5 --size 3840x2160 --set speed=2", "Draws another time and size with another value."},

@@ -196,11 +196,19 @@ TEST(Wire, bringsBackWhatItTookAndRefusesLess) {
     sent.entryPoints[1].name = "shade";
     sent.entryPoints[1].words = {1, 2, 3};
     sent.entryPoints[1].resources = {Resource{.index = 7, .samplerState = 1ull << 40}};
+    sent.diagnostics = {{.kind = DiagnosticKind::note, .file = "a", .line = 3, .text = "t"}};
+    sent.files = {"x.h", ""};
+    sent.reflection.records = {
+        {.name = "R", .members = {{.name = "m", .type = {.name = "float"}}}}};
+    sent.reflection.entries = {{.name = "shade", .arguments = {{.name = "p", .index = 3}}}};
     const std::string bytes = toBytes(sent);
     const auto received = compilationFrom(bytes);
     ASSERT_TRUE(received);
     EXPECT_EQ(received->entryPoints, sent.entryPoints);
     EXPECT_EQ(received->messages, sent.messages);
+    EXPECT_EQ(received->diagnostics, sent.diagnostics);
+    EXPECT_EQ(received->files, sent.files);
+    EXPECT_EQ(received->reflection, sent.reflection);
     for (std::size_t size = 0; size < bytes.size(); ++size)
         EXPECT_FALSE(compilationFrom(std::string_view(bytes).substr(0, size)));
     EXPECT_FALSE(compilationFrom(bytes + "x"));

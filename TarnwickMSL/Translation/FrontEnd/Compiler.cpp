@@ -23,7 +23,8 @@ static constexpr const char* otherHeaders[] = {
     "initializer_list"};
 
 FileSystem fileSystem(std::string_view precompiled) {
-    FileSystem files = new llvm::vfs::InMemoryFileSystem;
+    llvm::IntrusiveRefCntPtr<llvm::vfs::InMemoryFileSystem> files =
+        new llvm::vfs::InMemoryFileSystem;
     auto add = [&](const std::string& path, std::string_view text) {
         files->addFile(path, 0, llvm::MemoryBuffer::getMemBuffer(text, path, false));
     };
@@ -86,7 +87,8 @@ std::vector<const char*> compilerOptions() {
             "-D__HAVE_NATIVE_DOUBLE__=0"};
 }
 
-Compiler::Compiler(Work work, FileSystem files, std::string& text, std::string moreWarningsIn)
+Compiler::Compiler(Work work, FileSystem files, std::string& text, std::string moreWarningsIn,
+                   const std::vector<std::string>& folders)
     : out(text),
       messages(out, work == Work::library ? Messages::About::library : Messages::About::program,
                moreWarningsIn),
@@ -99,6 +101,8 @@ Compiler::Compiler(Work work, FileSystem files, std::string& text, std::string m
     std::vector<const char*> options = compilerOptions();
     if (!moreWarningsIn.empty())
         options.insert(options.end(), moreWarnings.begin(), moreWarnings.end());
+    for (const std::string& folder : folders)
+        options.insert(options.end(), {"-I", folder.c_str()});
     clang::CompilerInvocation::CreateFromArgs(instance.getInvocation(), options, ignored);
     instance.createDiagnostics(&messages, false);
     instance.getLangOpts().Half = 1;

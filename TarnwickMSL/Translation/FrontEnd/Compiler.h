@@ -15,7 +15,7 @@
 
 namespace tarnwick::msl {
 
-using FileSystem = llvm::IntrusiveRefCntPtr<llvm::vfs::InMemoryFileSystem>;
+using FileSystem = llvm::IntrusiveRefCntPtr<llvm::vfs::FileSystem>;
 
 // The header that includes the whole library, and the name of its precompiled form.
 inline constexpr const char* prefixFile = "/metal/prefix.h";
@@ -37,8 +37,9 @@ class MetalAction : public clang::ASTFrontendAction {
 class Compiler {
   public:
     enum class Work { library, program };
-    // Messages are appended to `text`.
-    Compiler(Work work, FileSystem files, std::string& text, std::string moreWarningsIn = {});
+    // Messages are appended to `text`. `folders` are the names of folders for #include.
+    Compiler(Work work, FileSystem files, std::string& text, std::string moreWarningsIn = {},
+             const std::vector<std::string>& folders = {});
 
     // False if there were errors.
     bool execute(clang::FrontendAction& action, clang::FrontendInputFile input);
@@ -50,6 +51,8 @@ class Compiler {
     void nextProgram(bool keepsPlaces);
     // Appends the number of messages.
     void endProgram();
+    // The messages of the program as data, since the last call.
+    std::vector<Diagnostic> takeDiagnostics() { return messages.take(); }
     clang::CompilerInstance& clang() { return instance; }
 
   private:

@@ -5,7 +5,10 @@
 #include "TarnwickMSL/Translation/FrontEnd/TokenPlaces.h"
 
 #include <clang/Basic/SourceManager.h>
+#include <clang/Lex/Lexer.h>
 #include <llvm/ADT/StringExtras.h>
+
+#include <algorithm>
 
 namespace tarnwick::msl {
 
@@ -21,12 +24,19 @@ void reportError(clang::DiagnosticsEngine& diagnostics, clang::SourceLocation at
 // Clang stops after 20 errors; warnings have no limit (-ferror-limit).
 constexpr unsigned mostMessages = 200;
 
-void Messages::BeginSourceFile(const clang::LangOptions& language,
+static DiagnosticKind kindOf(Level level) {
+    return level == Level::Note      ? DiagnosticKind::note
+           : level == Level::Warning ? DiagnosticKind::warning
+                                     : DiagnosticKind::error;
+}
+
+void Messages::BeginSourceFile(const clang::LangOptions& given,
                                const clang::Preprocessor* preprocessor) {
+    language = given;
     options = new clang::DiagnosticOptions;
     options->ShowPresumedLoc = 1; // files and lines by #line
     options->ShowCarets = 1;
-    text = std::make_unique<clang::TextDiagnostic>(out, language, options.get(), preprocessor);
+    text = std::make_unique<clang::TextDiagnostic>(out, given, options.get(), preprocessor);
 }
 
 void Messages::nextProgram(const clang::LangOptions& language,
@@ -36,6 +46,7 @@ void Messages::nextProgram(const clang::LangOptions& language,
     isSilent = false;
     given = 0;
     withheld.clear();
+    diagnostics.clear();
 }
 
 void Messages::EndSourceFile() {
@@ -44,10 +55,42 @@ void Messages::EndSourceFile() {
 }
 
 void Messages::flushWithheld() {
-    if (!withheld.empty())
+    if (!withheld.empty()) {
         out << "program_source: " << (withheldLevel == Level::Warning ? "warning: " : "error: ")
             << withheld << '\n';
+        diagnostics.push_back({.kind = kindOf(withheldLevel), .file = {}, .text = withheld});
+    }
     withheld.clear();
+}
+
+// The bytes from the place to the end of a range that begins there, or else of the token there.
+std::uint32_t Messages::lengthAt(clang::FullSourceLoc at,
+                                 llvm::ArrayRef<clang::CharSourceRange> ranges) const {
+    const clang::SourceManager& sources = at.getManager();
+    const clang::SourceLocation begin = sources.getFileLoc(at);
+    for (const clang::CharSourceRange& range : ranges) {
+        const clang::CharSourceRange in = clang::Lexer::makeFileCharRange(range, sources, language);
+        if (in.isValid() && in.getBegin() == begin &&
+            sources.getSpellingLineNumber(begin) == sources.getSpellingLineNumber(in.getEnd()))
+            return sources.getFileOffset(in.getEnd()) - sources.getFileOffset(begin);
+    }
+    return std::max(1u, clang::Lexer::MeasureTokenLength(begin, sources, language));
+}
+
+// Prints the message, and adds it to the data.
+void Messages::emit(clang::FullSourceLoc at, Level level, llvm::StringRef message,
+                    llvm::ArrayRef<clang::CharSourceRange> ranges,
+                    llvm::ArrayRef<clang::FixItHint> hints) {
+    text->emitDiagnostic(at, level, message, ranges, hints);
+    const clang::PresumedLoc place = at.getManager().getPresumedLoc(at);
+    Diagnostic made{.kind = kindOf(level), .file = {}, .text = message.str()};
+    if (place.isValid()) {
+        made.file = place.getFilename();
+        made.line = place.getLine();
+        made.column = place.getColumn();
+        made.length = lengthAt(at, ranges);
+    }
+    diagnostics.push_back(std::move(made));
 }
 
 // An invalid constructor of float4 is an invalid call of msl_float4 (Library/types/constructors.h).
@@ -181,6 +224,7 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
     nameTextures(message);
     if (!diagnostic.hasSourceManager() || !diagnostic.getLocation().isValid() || !text) {
         out << (level == Level::Warning ? "warning: " : "error: ") << message << '\n';
+        diagnostics.push_back({.kind = kindOf(level), .file = {}, .text = message.str().str()});
         return;
     }
     clang::SourceManager& sources = diagnostic.getSourceManager();
@@ -191,7 +235,7 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
         if (isLibrary)
             return;
         if (!withheld.empty()) {
-            text->emitDiagnostic(at, withheldLevel, withheld, {}, {});
+            emit(at, withheldLevel, withheld);
             withheld.clear();
             return;
         }
@@ -208,9 +252,9 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
         ranges.emplace_back(clang::SourceRange(usersPlace(sources, range.getBegin()),
                                                usersPlace(sources, range.getEnd())),
                             range.isTokenRange());
-    text->emitDiagnostic(at, level, message, ranges,
-                         isInternal ? llvm::ArrayRef<clang::FixItHint>()
-                                    : diagnostic.getFixItHints());
+    emit(at, level, message, ranges,
+         isInternal ? llvm::ArrayRef<clang::FixItHint>()
+                    : llvm::ArrayRef<clang::FixItHint>(diagnostic.getFixItHints()));
 }
 
 } // namespace tarnwick::msl

@@ -1,12 +1,17 @@
 // Clang's messages as users see them, without the internals of the standard library.
 #pragma once
 
+#include "TarnwickMSL/Compilation.h"
+
 #include <clang/Basic/Diagnostic.h>
+#include <clang/Basic/LangOptions.h>
 #include <clang/Frontend/TextDiagnostic.h>
 #include <llvm/Support/raw_ostream.h>
 
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace tarnwick::msl {
 
@@ -28,6 +33,8 @@ class Messages : public clang::DiagnosticConsumer {
     // Several programs in one source file of Clang's: forgets the messages before.
     void nextProgram(const clang::LangOptions& options, const clang::Preprocessor& preprocessor);
     void endProgram() { flushWithheld(); }
+    // The printed messages as data, since the last call.
+    std::vector<Diagnostic> take() { return std::exchange(diagnostics, {}); }
 
     void BeginSourceFile(const clang::LangOptions& options,
                          const clang::Preprocessor* preprocessor) override;
@@ -46,7 +53,15 @@ class Messages : public clang::DiagnosticConsumer {
     std::string withheld; // a message that waits for its place in the program
     clang::DiagnosticsEngine::Level withheldLevel = clang::DiagnosticsEngine::Ignored;
 
+    std::vector<Diagnostic> diagnostics;
+    clang::LangOptions language;
+
     void flushWithheld();
+    void emit(clang::FullSourceLoc at, clang::DiagnosticsEngine::Level level,
+              llvm::StringRef message, llvm::ArrayRef<clang::CharSourceRange> ranges = {},
+              llvm::ArrayRef<clang::FixItHint> hints = {});
+    std::uint32_t lengthAt(clang::FullSourceLoc at,
+                           llvm::ArrayRef<clang::CharSourceRange> ranges) const;
     bool isUnwanted(clang::DiagnosticsEngine::Level level, const clang::Diagnostic& diagnostic);
 };
 

@@ -2,6 +2,7 @@
 
 #include "TarnwickMSL/Translation/FrontEnd/Entries.h"
 #include "TarnwickMSL/Translation/FrontEnd/FunctionConstants.h"
+#include "TarnwickMSL/Translation/FrontEnd/Reflecting.h"
 #include "TarnwickMSL/Translation/FrontEnd/Rules.h"
 #include "TarnwickMSL/Translation/FrontEnd/Session/LibraryChanges.h"
 #include "TarnwickMSL/Translation/FrontEnd/Session/Macros.h"
@@ -107,9 +108,10 @@ void leaveTokens(clang::Preprocessor& preprocessor) {
 
 } // namespace
 
-Session::Session(FileSystem files, const std::string& moreWarningsIn)
+Session::Session(FileSystem files, const std::string& moreWarningsIn,
+                 const std::vector<std::string>& includes)
     : moreWarningsIn(moreWarningsIn),
-      compiler(Compiler::Work::program, std::move(files), text, moreWarningsIn),
+      compiler(Compiler::Work::program, std::move(files), text, moreWarningsIn, includes),
       action(std::make_unique<LibraryReading>()) {
     static constexpr llvm::StringLiteral nothing = "";
     const llvm::MemoryBufferRef buffer(nothing, "program_source");
@@ -201,6 +203,7 @@ Symbols Session::omitted(const ParseOptions& options) {
 void Session::finish(Parsed& parsed) {
     compiler.endProgram();
     parsed.messages = std::exchange(text, {});
+    parsed.diagnostics = compiler.takeDiagnostics();
     parsed.failed = compiler.clang().getDiagnostics().hasErrorOccurred() || !parsed.module;
     if (parsed.failed)
         parsed.module.reset();
@@ -298,6 +301,8 @@ void Session::generate(Parsed& parsed, llvm::LLVMContext& context, const ParseOp
     });
     completeEntries(entries, *generator);
     completeConstants(constants, *generator);
+    if (options.reflects)
+        parsed.reflection = reflect(declarations, entries);
     generator->HandleTranslationUnit(declarations);
     consumer.end();
     if (diagnostics.hasErrorOccurred())

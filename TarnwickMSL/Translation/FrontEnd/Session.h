@@ -26,7 +26,10 @@ class Macros;
 
 class Session {
   public:
-    Session(FileSystem files, const std::string& moreWarningsIn);
+    // `includes` are the names of the folders for #include. Such a session takes one program:
+    // Clang keeps files that it has read, and the host may have changed them since.
+    Session(FileSystem files, const std::string& moreWarningsIn,
+            const std::vector<std::string>& includes = {});
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -38,6 +41,7 @@ class Session {
     // Whether it can take any text: another program, or the last one with other numbers.
     bool isOpen() const { return !isOver || last; }
     Parsed parse(std::string_view source, llvm::LLVMContext& context, const ParseOptions& options);
+    clang::Preprocessor& preprocessor() { return compiler.clang().getPreprocessor(); }
     // Removes the names of the last program. Before the next call of `takes`, and best when nobody
     // waits.
     void tidy();

@@ -3,6 +3,7 @@
 
 #include "TarnwickMSL/Translation/KeptFunctions.h"
 #include "TarnwickMSL/Translation/Passes/Driver.h"
+#include "TarnwickMSL/Translation/Passes/Features.h"
 #include "TarnwickMSL/Translation/Passes/Forms/Text.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
@@ -12,7 +13,7 @@ namespace tarnwick::msl {
 
 static void performScope(Scope scope, Work& work, StepTimes* times) {
     for (const Step& step : steps()) {
-        if (step.scope != scope)
+        if (step.scope != scope || (step.use == Use::faster && !work.target.isOptimised))
             continue;
         perform(step, work);
         addTime(times, step.name);
@@ -22,6 +23,7 @@ static void performScope(Scope scope, Work& work, StepTimes* times) {
 static void runEntry(Work& work, std::vector<EntryPoint>& made, StepTimes* times) {
     try {
         performScope(Scope::entryPoint, work, times);
+        requireFeatures(work.result, work.target);
     } catch (TranslationError& error) {
         if (error.place.empty())
             error.place = work.entry->place;
@@ -103,7 +105,8 @@ std::string stepTable() {
     for (const Step& step : steps()) {
         text += "| `" + std::string(step.name) + "` | `TarnwickMSL/Translation/" +
                 std::string(step.header) + "` | ";
-        text += std::string(step.reason) + " | " + std::string(sentence(step.form)) + " |\n";
+        text += std::string(step.reason) + (step.use == Use::faster ? " Not with `-O0`." : "") +
+                " | " + std::string(sentence(step.form)) + " |\n";
     }
     return text;
 }

@@ -10,6 +10,8 @@
 namespace tarnwick::msl {
 
 enum class Scope : std::uint8_t { program, entryPoint }; // a step runs once for each
+// Whether code of every form needs the step, or it only makes code faster (Target::isOptimised).
+enum class Use : std::uint8_t { needed, faster };
 
 struct Step {
     std::string_view name;
@@ -18,6 +20,7 @@ struct Step {
     void (*run)(Work& work) = nullptr;
     std::string_view reason; // what it does, and why before or after another step
     Form form = Form::any;   // the rule that holds from here on, if a new one does
+    Use use = Use::needed;
 };
 
 // In the order in which they run.

@@ -1,0 +1,93 @@
+#include "TarnwickMSL/Preamble.h"
+
+#include "TarnwickBase/Precondition.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarnwick::msl {
+namespace {
+
+struct Version {
+    std::string_view name;
+    std::uint32_t number;
+};
+constexpr std::array<Version, 10> versions{{{"metal1.0", 100},
+                                            {"metal1.1", 110},
+                                            {"metal1.2", 120},
+                                            {"metal2.0", 200},
+                                            {"metal2.1", 210},
+                                            {"metal2.2", 220},
+                                            {"metal2.3", 230},
+                                            {"metal2.4", 240},
+                                            {"metal3.0", 300},
+                                            {"metal3.1", 310}}};
+static_assert(versions.back().number == newestVersion);
+
+constexpr std::uint32_t firstWithoutPlatform = 300;
+
+bool isWordCharacter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+}
+
+// The name as a string of a #line. A name in several lines would end the string.
+std::string lineMarker(std::string_view name) {
+    std::string line = "#line 1 \"";
+    for (const char character : name) {
+        if (character == '"' || character == '\\')
+            line += '\\';
+        line += character == '\n' || character == '\r' ? '?' : character;
+    }
+    return line + "\"\n";
+}
+
+} // namespace
+
+bool isValid(const Define& define) {
+    return !define.name.empty() && (define.name[0] < '0' || define.name[0] > '9') &&
+           std::ranges::all_of(define.name, isWordCharacter) &&
+           define.value.find_first_of(std::string_view("\n\r\0", 3)) == std::string::npos &&
+           !define.value.ends_with('\\');
+}
+
+std::optional<std::uint32_t> versionNamed(std::string_view name) {
+    bool hasPlatform = false;
+    for (const std::string_view platform : {"macos-", "ios-"})
+        if (name.starts_with(platform) && !hasPlatform) {
+            name.remove_prefix(platform.size());
+            hasPlatform = true;
+        }
+    const auto* found = std::ranges::find(versions, name, &Version::name);
+    if (found == versions.end() || (hasPlatform && found->number >= firstWithoutPlatform))
+        return std::nullopt;
+    return found->number;
+}
+
+const std::vector<std::string_view>& versionNames() {
+    static const std::vector<std::string_view> names = [] {
+        std::vector<std::string_view> all;
+        for (const Version& version : versions)
+            all.push_back(version.name);
+        return all;
+    }();
+    return names;
+}
+
+std::string preamble(const CompileOptions& options) {
+    std::string lines;
+    if (options.version != newestVersion)
+        lines += "#undef __METAL_VERSION__\n#define __METAL_VERSION__ " +
+                 std::to_string(options.version) + "\n";
+    for (const Define& define : options.defines) {
+        precondition(isValid(define), "the options of a compilation are checked before", "define",
+                     define.name);
+        lines += "#define " + define.name + " " + define.value + "\n";
+    }
+    if (!lines.empty())
+        lines.insert(0, lineMarker("<defines>"));
+    if (!lines.empty() || !options.name.empty())
+        lines += lineMarker(options.name.empty() ? "program_source" : options.name);
+    return lines;
+}
+
+} // namespace tarnwick::msl
