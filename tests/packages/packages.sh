@@ -85,6 +85,9 @@ inside apt-get -qq install -y --no-install-recommends mesa-vulkan-drivers xvfb f
 listing >"$folder/system"
 
 echo "Installation"
+inside sh -c 'apt-get -qq install -y --no-install-recommends /tmp/packages/libtarnwick-msl1_*.deb' >/dev/null
+! inside sh -c "dpkg-query -W -f '\${Package} \${db:Status-Status}\n' | grep -E '^(libx11-6|libavcodec|libcurl)'" ||
+    fail "The compiler's package installs X11, FFmpeg or curl."
 inside sh -c 'apt-get -qq install -y --no-install-recommends /tmp/packages/tarnwick_*.deb' >/dev/null
 ! inside sh -c "dpkg-query -W -f '\${Package} \${db:Status-Status}\n' | grep -E -- '-dev installed|^libqt'" ||
     fail "The package tarnwick installs packages for development, or Qt."
@@ -128,8 +131,19 @@ inside sh -c 'apt-get -qq install -y --no-install-recommends /tmp/packages/tarnw
 user tarnwick play --version
 ! inside ldd /usr/bin/tarnwick-player | grep 'not found' || fail "A library of the player is missing."
 
+echo "A program with the compiler"
+inside sh -c 'apt-get -qq install -y --no-install-recommends /tmp/packages/tarnwick-dev_*.deb \
+    gcc libc6-dev libvulkan-dev pkg-config >/dev/null'
+user sh -c 'gcc -std=c11 -Wall -Werror /usr/share/doc/tarnwick-dev/examples/triangle.c -o /tmp/home/triangle \
+    $(pkg-config --cflags --libs tarnwick-msl vulkan) && /tmp/home/triangle /tmp/home/triangle.ppm'
+[ "$(head -c 14 "$root/tmp/home/triangle.ppm" | tr '\n' ' ')" = 'P6 256 256 255' ] || fail "There is no triangle."
+range=$(user ffmpeg -v error -i /tmp/home/triangle.ppm -vf signalstats,metadata=print:file=- -f null - |
+    sed -n 's/^lavfi.signalstats.YMAX=//p')
+[ "${range%.*}" -gt 60 ] || fail "The triangle is dark: its brightest value is $range."
+
 echo "Removal"
-inside apt-get -qq purge -y --autoremove tarnwick tarnwick-player >/dev/null
+inside apt-get -qq purge -y --autoremove tarnwick-dev gcc libc6-dev libvulkan-dev pkg-config >/dev/null
+inside apt-get -qq purge -y --autoremove tarnwick tarnwick-player libtarnwick-msl1 >/dev/null
 listing >"$folder/after"
 left=$(comm -13 "$folder/system" "$folder/after" | grep -v -E '^./(etc/ld.so.cache|run/)' || true)
 ! grep -i tarnwick <<<"$left" || fail "Files of the packages are left."
