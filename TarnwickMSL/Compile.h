@@ -32,8 +32,8 @@ inline constexpr std::uint32_t newestVersion = 310;
 // Of "metal3.1", or with the platform that older versions have: "macos-metal2.4", "ios-metal2.4".
 // Nothing for other names.
 std::optional<std::uint32_t> versionNamed(std::string_view name);
-// "metal1.0", ... "metal3.1", ascending.
-const std::vector<std::string_view>& versionNames();
+// All these names, by version, ascending.
+std::vector<std::string_view> versionNames();
 
 struct CompileOptions {
     // Maximum wall time of one compilation; after it the compilation is ended and `failed` is set.

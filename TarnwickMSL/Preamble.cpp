@@ -12,19 +12,21 @@ struct Version {
     std::string_view name;
     std::uint32_t number;
 };
-constexpr std::array<Version, 10> versions{{{"metal1.0", 100},
-                                            {"metal1.1", 110},
-                                            {"metal1.2", 120},
-                                            {"metal2.0", 200},
-                                            {"metal2.1", 210},
-                                            {"metal2.2", 220},
-                                            {"metal2.3", 230},
-                                            {"metal2.4", 240},
-                                            {"metal3.0", 300},
-                                            {"metal3.1", 310}}};
-static_assert(versions.back().number == newestVersion);
-
-constexpr std::uint32_t firstWithoutPlatform = 300;
+// Before 3.0 a version also has names for a platform.
+// clang-format off
+constexpr std::array<Version, 26> versions{{
+    {"metal1.0", 100}, {"macos-metal1.0", 100}, {"ios-metal1.0", 100},
+    {"metal1.1", 110}, {"macos-metal1.1", 110}, {"ios-metal1.1", 110},
+    {"metal1.2", 120}, {"macos-metal1.2", 120}, {"ios-metal1.2", 120},
+    {"metal2.0", 200}, {"macos-metal2.0", 200}, {"ios-metal2.0", 200},
+    {"metal2.1", 210}, {"macos-metal2.1", 210}, {"ios-metal2.1", 210},
+    {"metal2.2", 220}, {"macos-metal2.2", 220}, {"ios-metal2.2", 220},
+    {"metal2.3", 230}, {"macos-metal2.3", 230}, {"ios-metal2.3", 230},
+    {"metal2.4", 240}, {"macos-metal2.4", 240}, {"ios-metal2.4", 240},
+    {"metal3.0", 300},
+    {"metal3.1", newestVersion},
+}};
+// clang-format on
 
 bool isWordCharacter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
@@ -51,25 +53,14 @@ bool isValid(const Define& define) {
 }
 
 std::optional<std::uint32_t> versionNamed(std::string_view name) {
-    bool hasPlatform = false;
-    for (const std::string_view platform : {"macos-", "ios-"})
-        if (name.starts_with(platform) && !hasPlatform) {
-            name.remove_prefix(platform.size());
-            hasPlatform = true;
-        }
     const auto* found = std::ranges::find(versions, name, &Version::name);
-    if (found == versions.end() || (hasPlatform && found->number >= firstWithoutPlatform))
-        return std::nullopt;
-    return found->number;
+    return found == versions.end() ? std::nullopt : std::optional(found->number);
 }
 
-const std::vector<std::string_view>& versionNames() {
-    static const std::vector<std::string_view> names = [] {
-        std::vector<std::string_view> all;
-        for (const Version& version : versions)
-            all.push_back(version.name);
-        return all;
-    }();
+std::vector<std::string_view> versionNames() {
+    std::vector<std::string_view> names;
+    for (const Version& version : versions)
+        names.push_back(version.name);
     return names;
 }
 

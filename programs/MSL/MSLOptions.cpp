@@ -13,10 +13,6 @@ std::vector<std::string_view> reflections() {
     return {"json"};
 }
 
-std::vector<std::string_view> versions() {
-    return msl::versionNames();
-}
-
 constexpr std::array<Option, 14> options{{
     {.name = "--entry",
      .value = "NAME",
@@ -52,7 +48,7 @@ constexpr std::array<Option, 14> options{{
      .value = "VERSION",
      .help = "the version of the language that __METAL_VERSION__ has: metal1.0 to metal3.1, before "
              "3.0 also macos-metal and ios-metal",
-     .values = OneOf{versions, "tarnwick help msl"},
+     .values = OneOf{msl::versionNames, "tarnwick help msl"},
      .byDefault = "metal3.1"},
     {.name = "-O", .help = "make fast code, the default", .excludes = "-O0"},
     {.name = "-O0", .help = "leave out the steps that only make code faster"},

@@ -37,7 +37,7 @@ TEXT
 sed -i 's/#include "near.h"/#pragma once\n&/; s/^constant/#pragma once\n&/' 'in clude/deep/'*.h
 expect 1 "^files.metal:2:10: error: 'deep/far.h' file not found" msl files.metal
 expect 0 '^fragment shade' msl files.metal -I 'in clude' -o files.spv -MD
-spirv-val --target-env vulkan1.3 files.spv || complain 'files.spv is not valid' msl -I
+spirv-val --target-env vulkan1.3 --scalar-block-layout files.spv || complain 'files.spv is not valid' msl -I
 printf 'files.spv: files.metal \\\n  in\\ clude/deep/far.h \\\n  in\\ clude/deep/near.h \\\n  in\\ clude/types.h \\\n  in\\ clude/inner.h\n' >rule
 head -n 5 files.d | diff rule - || complain 'not the rule' msl -MD
 make --version >/dev/null 2>&1 && { make -q -f files.d files.spv || complain 'make does not read the rule' msl -MD; }
@@ -61,7 +61,7 @@ echo '#include "bad.h"' >bad.metal
 expect 1 "^in clude/bad.h:1:9: error: use of undeclared identifier 'y'" msl bad.metal -I 'in clude'
 expect 2 'I requires a folder, but missing is none' msl bad.metal -I missing
 # A header that was changed is read again.
-echo 'int x = 1;' >'in clude/bad.h'
+echo 'constant int x = 1;' >'in clude/bad.h'
 expect 0 '' msl bad.metal -I 'in clude'
 
 # Documents.
