@@ -1,6 +1,5 @@
 #include "TarnwickMSL/Compile.h"
 
-#include "TarnwickMSL/Preamble.h"
 #include "TarnwickMSL/WorkerProcess.h"
 
 #include <algorithm>
@@ -73,14 +72,15 @@ Compilation compileIn(WorkerProcess& worker, std::string_view source,
         return failure("the program has " + std::to_string(source.size()) +
                            " bytes; the maximum is " + std::to_string(longestSource),
                        options);
-    const Request request{.limitMilliseconds = static_cast<std::uint32_t>(options.limit.count()),
-                          .target = options.target,
-                          .moreWarningsIn = options.moreWarningsIn,
-                          .constants = options.constants,
-                          .includes = foldersOf(options),
-                          .reflects = options.reflects,
-                          .lists = options.lists,
-                          .source = preamble(options).append(source)};
+    const Request request{
+        .limitMilliseconds = static_cast<std::uint32_t>(options.limit.count()),
+        .target = options.target,
+        .moreWarningsIn = options.moreWarningsIn,
+        .constants = options.constants,
+        .includes = foldersOf(options),
+        .reflects = options.reflects,
+        .lists = options.lists,
+        .source = preamble(options.defines, options.version, options.name).append(source)};
     auto answer = worker.ask(request);
     if (const auto* fault = std::get_if<WorkerFault>(&answer); fault && *fault == WorkerFault::gone)
         answer = worker.ask(request); // it had ended by itself, between two requests

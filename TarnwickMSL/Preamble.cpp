@@ -64,20 +64,21 @@ std::vector<std::string_view> versionNames() {
     return names;
 }
 
-std::string preamble(const CompileOptions& options) {
+std::string preamble(const std::vector<Define>& defines, std::uint32_t version,
+                     std::string_view name) {
     std::string lines;
-    if (options.version != newestVersion)
-        lines += "#undef __METAL_VERSION__\n#define __METAL_VERSION__ " +
-                 std::to_string(options.version) + "\n";
-    for (const Define& define : options.defines) {
+    if (version != newestVersion)
+        lines +=
+            "#undef __METAL_VERSION__\n#define __METAL_VERSION__ " + std::to_string(version) + "\n";
+    for (const Define& define : defines) {
         precondition(isValid(define), "the options of a compilation are checked before", "define",
                      define.name);
         lines += "#define " + define.name + " " + define.value + "\n";
     }
     if (!lines.empty())
         lines.insert(0, lineMarker("<defines>"));
-    if (!lines.empty() || !options.name.empty())
-        lines += lineMarker(options.name.empty() ? "program_source" : options.name);
+    if (!lines.empty() || !name.empty())
+        lines += lineMarker(name.empty() ? "program_source" : name);
     return lines;
 }
 

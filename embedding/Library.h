@@ -1,4 +1,5 @@
-// What the handles of include/tarnwick/msl.h are.
+// What the handles of include/tarnwick/msl.h are. Library.cpp has the functions that compile,
+// Options.cpp those that set options, Result.cpp those that read results.
 #pragma once
 
 #include "TarnwickMSL/Compile.h"
