@@ -1,9 +1,11 @@
 // What arrives moves the document as a slider does.
+#include "player/ControlPanel/BindingForm.h"
 #include "player/ControlPanel/LiveControl.h"
 #include "tests/player/QtMain.h"
 
 #include <gtest/gtest.h>
 
+#include <QComboBox>
 #include <filesystem>
 #include <unistd.h>
 
@@ -87,6 +89,22 @@ TEST_F(Live, playsTheTransport) {
     player.close(document);
     send("/tarnwick/transport/restart", 1);
     EXPECT_TRUE(becomesTrue([&] { return control.monitor().messages() == 4; }));
+}
+
+// Hidden fields do not count.
+TEST(BindingForm, givesTheStepsOfAnEncoderToControllersOnly) {
+    const Binding encoder{.source = MIDIControl{.channel = 3, .number = 20},
+                          .target = SliderTarget{1},
+                          .encoding = MIDIEncoding::signedBit,
+                          .step = 0.02f};
+    BindingForm form;
+    form.show(encoder);
+    EXPECT_EQ(form.binding(), encoder);
+    auto* kind = form.findChild<QComboBox*>();
+    kind->setCurrentIndex(kind->findText(QStringLiteral("NRPN")));
+    EXPECT_EQ(form.binding(),
+              (Binding{.source = MIDIControl{MIDIControl::Kind::nonRegistered, 3, 20},
+                       .target = encoder.target}));
 }
 
 } // namespace
