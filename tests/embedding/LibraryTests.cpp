@@ -312,6 +312,8 @@ TEST(CLibrary, compilesInSeveralThreads) {
 TEST(CLibrary, outlivesItsWorkers) {
     const Compiler none = compiler(1, "/nonexistent/worker");
     compile(none, "int x;", TARNWICK_MSL_COMPILER_FAILED);
+    const Compiler other = compiler(1, "/bin/true"); // ends at once, as one of another build does
+    compile(other, "constant int x = 1;", TARNWICK_MSL_COMPILER_FAILED);
     const Compiler with = compiler(1);
     const Options quick = options();
     EXPECT_EQ(tarnwick_msl_options_set_time_limit(quick.get(), 1), TARNWICK_MSL_DONE);

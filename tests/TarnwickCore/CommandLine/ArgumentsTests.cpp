@@ -50,6 +50,23 @@ TEST(Arguments, takeAnyWordAfterAnOptionAsItsValue) {
               (Texts{"a=1", "b=2"}));
 }
 
+TEST(Arguments, takeTheValueOfAJoinedOptionFromTheSameWord) {
+    constexpr std::array<Option, 2> rows{{
+        {.name = "-D",
+         .value = "NAME",
+         .byDefault = "none",
+         .isRepeatable = true,
+         .isJoined = true},
+        {.name = "-O", .help = "fast"},
+    }};
+    const CommandForm compiler{.operands = "FILE", .options = rows};
+    const Arguments arguments(compiler, Words{"-DA=1", "-D", "-DB", "f", "-D=C=2", "-O"});
+    const auto values = arguments.values("-D");
+    EXPECT_EQ(Texts(values.begin(), values.end()), (Texts{"A=1", "-DB", "C=2"}));
+    EXPECT_TRUE(arguments.has("-O"));
+    EXPECT_THROW(Arguments(compiler, Words{"-O3", "f"}), UsageError);
+}
+
 TEST(Arguments, endAListAtTheNextOptionOrTwoDashes) {
     EXPECT_EQ(valuesOf({"--stages", "a", "[b,c]", "-o", "x", "e"}, "--stages"),
               (Texts{"a", "[b,c]"}));
