@@ -85,10 +85,10 @@ inside apt-get -qq install -y --no-install-recommends mesa-vulkan-drivers xvfb f
 listing >"$folder/system"
 
 echo "Installation"
-inside sh -c 'apt-get -qq install -y --no-install-recommends /tmp/packages/libtarnwick-msl1_*.deb' >/dev/null
-! inside sh -c "dpkg-query -W -f '\${Package} \${db:Status-Status}\n' | grep -E '^(libx11-6|libavcodec|libcurl)'" ||
-    fail "The compiler's package installs X11, FFmpeg or curl."
-inside sh -c 'apt-get -qq install -y --no-install-recommends /tmp/packages/tarnwick_*.deb' >/dev/null
+! dpkg-deb -f "$folder"/packages/libtarnwick-msl1_*.deb Depends | grep -E 'libx11|libav|libcurl|libvulkan|libqt' ||
+    fail "The compiler's package requires more than the compiler."
+inside sh -c 'apt-get -qq install -y --no-install-recommends /tmp/packages/libtarnwick-msl1_*.deb \
+    /tmp/packages/tarnwick_*.deb' >/dev/null
 ! inside sh -c "dpkg-query -W -f '\${Package} \${db:Status-Status}\n' | grep -E -- '-dev installed|^libqt'" ||
     fail "The package tarnwick installs packages for development, or Qt."
 inside dpkg-query -W -f '${Package} ${Version} ${Installed-Size} KB\n' tarnwick
