@@ -59,11 +59,12 @@ struct Loops {
     std::vector<std::uint32_t> controls;
 };
 
-Loops loopsOf(const std::string& statements) {
-    const auto compiled = msl::compile("#include <metal_stdlib>\nusing namespace metal;\n"
-                                       "kernel void k(device float* out [[buffer(0)]], constant "
-                                       "int& n [[buffer(1)]]) {\n    float s = out[0];\n" +
-                                       statements + "\n    out[0] = s;\n}\n");
+Loops loopsOf(const std::string& statements, const std::string& declarations = "") {
+    const auto compiled =
+        msl::compile("#include <metal_stdlib>\nusing namespace metal;\n" + declarations +
+                     "kernel void k(device float* out [[buffer(0)]], constant "
+                     "int& n [[buffer(1)]]) {\n    float s = out[0];\n" +
+                     statements + "\n    out[0] = s;\n}\n");
     EXPECT_FALSE(compiled.failed) << compiled.messages;
     Loops loops;
     if (compiled.failed)
@@ -137,6 +138,26 @@ TEST(LoopShapes, disappearWhereLittleIsLeftOfThem) {
           "        s += length(p[i] - p[j]) * dot(p[i], p[j]) + axis * sin(p[i].x);\n"
           "    }"})
         EXPECT_EQ(loopsOf(statements).all, 0) << statements;
+}
+
+// A round calls a function of six parts, of which it needs one. With the whole function in each
+// round the loop seems to be too long.
+TEST(LoopShapes, disappearWhereEachRoundNeedsAPartOfALongFunction) {
+    std::string part = "float part(float x, int i) {\n    switch (i) {\n";
+    for (int i = 0; i < 6; i++) {
+        part += "    case " + std::to_string(i) + ":\n";
+        for (int line = 0; line < 36; line++)
+            part += "        x = x * " + std::to_string(line + 3) + ".5f + " +
+                    std::to_string(i + 2) + ".25f;\n";
+        part += "        return x;\n";
+    }
+    part += "    }\n    return x;\n}\n";
+    const std::string all = "float all(float x) {\n"
+                            "    float sum = 0;\n"
+                            "    for (int i = 0; i < 6; i++) sum += part(x, i);\n"
+                            "    return sum;\n"
+                            "}\n";
+    EXPECT_EQ(loopsOf("s = all(s);", part + all).all, 0);
 }
 
 TEST(LoopShapes, followTheHintsOfTheProgram) {
