@@ -1,5 +1,7 @@
 #include "player/Sound/SoundRenderer.h"
 
+#include "TarnwickPlatform/Sound/SoundOutput.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -7,9 +9,10 @@
 namespace tarnwick::player {
 namespace {
 
-constexpr std::int64_t shortestPart = soundRate / 16;     // frames rendered at once
-constexpr double longestPart = 12;                        // shortest parts
-constexpr double shortestAhead = 0.1, longestAhead = 1.5; // seconds
+constexpr std::int64_t shortestPart = soundRate / 16; // frames rendered at once
+constexpr double longestPart = 12;                    // shortest parts
+// Seconds. A server that was late takes the length of its buffer at once.
+constexpr double shortestAhead = 0.15 + SoundOutput::serverBuffer, longestAhead = 1.5;
 // Between the frame that the device takes next and the first that may still be replaced: two of its
 // calls.
 constexpr std::int64_t safety = 1024;
