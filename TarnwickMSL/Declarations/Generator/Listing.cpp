@@ -247,8 +247,11 @@ class ReadingAction : public MetalAction {
 // Some instances do not compile, a written depth texture for instance; they have no members.
 bool read(ReadingAction& action, const std::string& instances, std::string& messages) {
     const std::string text = "#include <metal_stdlib>\n" + instances;
-    FileSystem files = fileSystem();
-    files->addFile(instancesFile, 0, llvm::MemoryBuffer::getMemBuffer(text, instancesFile, false));
+    llvm::IntrusiveRefCntPtr<llvm::vfs::InMemoryFileSystem> own = new llvm::vfs::InMemoryFileSystem;
+    own->addFile(instancesFile, 0, llvm::MemoryBuffer::getMemBuffer(text, instancesFile, false));
+    llvm::IntrusiveRefCntPtr<llvm::vfs::OverlayFileSystem> files =
+        new llvm::vfs::OverlayFileSystem(fileSystem());
+    files->pushOverlay(own);
     Compiler compiler(Compiler::Work::library, files, messages);
     compiler.clang().getDiagnosticOpts().ErrorLimit = 0;
     compiler.clang().getDiagnostics().setErrorLimit(0);
