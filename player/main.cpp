@@ -20,7 +20,7 @@
 #include <QMessageBox>
 #include <cstdio>
 #include <memory>
-#include <optional>
+#include <string>
 
 namespace tarnwick::player {
 namespace {
@@ -34,7 +34,7 @@ QString questionAbout(const std::vector<LeftDraft>& left) {
 }
 
 struct Recovered {
-    std::optional<Document> document; // absent: discarded
+    Document document;
     std::unique_ptr<Autosave> autosave;
 };
 
@@ -43,9 +43,11 @@ std::vector<Recovered> recovered(const std::vector<LeftDraft>& left, bool isWant
     std::vector<Recovered> all;
     for (const LeftDraft& one : left) {
         auto autosave = Autosave::takeOver(one.folder);
+        if (!autosave)
+            continue; // another player took it meanwhile
         if (isWanted)
             all.push_back({Document::recovered(one.draft), std::move(autosave)});
-        else if (autosave)
+        else
             autosave->discard();
     }
     return all;
@@ -65,7 +67,7 @@ void recover(Player& player, MainWindow& window) {
             },
             [&player](const std::shared_ptr<std::vector<Recovered>>& all) {
                 for (Recovered& one : *all)
-                    player.add(std::move(*one.document), std::move(one.autosave));
+                    player.add(std::move(one.document), std::move(one.autosave));
             });
     };
     inBackground(
@@ -94,7 +96,9 @@ int play(const Arguments& arguments, int count, char** words) {
     QApplication::setDesktopFileName(QStringLiteral("tarnwick-player"));
     Player player;
     MainWindow window(player);
-    const Ending ending(player);
+    const Ending ending(player, [](const std::string& sentence) {
+        std::fprintf(stderr, "tarnwick-player: %s\n", sentence.c_str());
+    });
     window.show();
     recover(player, window);
     QStringList files;

@@ -3,6 +3,7 @@
 
 #include "player/App/LiveDevice.h"
 #include "player/App/OpenDocument.h"
+#include "player/App/UserSettings.h"
 #include "player/Drawing/LivePicture.h"
 
 #include <QObject>
@@ -34,6 +35,7 @@ class Player : public QObject {
     // Why the active episode is not drawn, in one sentence; empty if it is.
     std::string trouble() const;
     LivePicture& picture() { return *picture_; }
+    UserSettings& userSettings() { return userSettings_; }
     const LiveNews& news() const { return news_; }
 
     const std::vector<std::unique_ptr<OpenDocument>>& documents() const { return documents_; }
@@ -129,6 +131,7 @@ class Player : public QObject {
     };
     bool isRefused(const OpenDocument& document) const;
 
+    UserSettings userSettings_;
     LiveDevice device_;
     std::vector<AddToRecord> added_;
     std::optional<Loss> loss_;     // the last one

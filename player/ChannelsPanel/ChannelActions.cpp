@@ -3,33 +3,29 @@
 #include "player/ChannelsPanel/ChannelRow.h"
 
 #include <QAction>
-#include <QDragEnterEvent>
-#include <QDropEvent>
 #include <QMainWindow>
 #include <QMenu>
-#include <QMimeData>
 #include <QVBoxLayout>
-#include <utility>
+#include <algorithm>
 
 namespace tarnwick::player {
 namespace {
 
 constexpr int pictureInterval = 250; // milliseconds
 
-// The dropped files that are sources: all but episodes.
-QStringList sourcesOf(const QMimeData& data) {
+// The dragged files that are sources: all but episodes.
+QStringList sourcesOf(const DraggedPlaces& dragged) {
     QStringList files;
-    for (const QUrl& url : data.urls())
-        if (url.isLocalFile() &&
-            choiceOf(url.toLocalFile().toStdString()).kind == ChannelChoice::Kind::file)
-            files.append(url.toLocalFile());
+    for (const QString& file : dragged.files)
+        if (choiceOf(file.toStdString()).kind == ChannelChoice::Kind::file)
+            files.append(file);
     return files;
 }
 
 } // namespace
 
 ChannelActions::ChannelActions(Player& player, QMainWindow& window, Actions& actions,
-                               QWidget& picture)
+                               QWidget& picture, DroppedFiles& dropped)
     : QObject(&window), player_(player), picture_(picture), channels_(player, nullptr) {
     panel_ = new QWidget;
     panel_->setAccessibleName(tr("Channels"));
@@ -37,7 +33,7 @@ ChannelActions::ChannelActions(Player& player, QMainWindow& window, Actions& act
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     for (std::size_t channel = 0; channel < channelCount; ++channel) {
-        rows_[channel] = new ChannelRow(player_, channels_, channel);
+        rows_[channel] = new ChannelRow(player_, channels_, channel, dropped);
         column->addWidget(rows_[channel]);
         actions.add(ActionMenu::live, tr("Source of channel &%1...").arg(channel),
                     QKeySequence(tr("Ctrl+K, %1").arg(channel)),
@@ -56,44 +52,31 @@ ChannelActions::ChannelActions(Player& player, QMainWindow& window, Actions& act
                 row->showPicture();
     });
     pictures_.start(pictureInterval);
-    picture_.setAcceptDrops(true);
-    for (QWidget* taking : {&picture_, static_cast<QWidget*>(&window)})
-        taking->installEventFilter(this);
+    // The window around the picture gets the drops that no other part takes.
+    for (QWidget* part : {&picture_, static_cast<QWidget*>(&window)})
+        dropped.add(*part, {.taken =
+                                [this](const DraggedPlaces& dragged) {
+                                    return player_.active() != nullptr ? sourcesOf(dragged)
+                                                                       : QStringList();
+                                },
+                            .take = [this](const QStringList& files,
+                                           const QPoint& point) { take(files, point); }});
 }
 
-// Of the picture, and of the window around it, which gets the drops that no other part takes.
-bool ChannelActions::eventFilter(QObject* watched, QEvent* event) {
-    const bool isDrag = event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove;
-    if (!isDrag && event->type() != QEvent::Drop)
-        return QObject::eventFilter(watched, event);
-    auto* drop = static_cast<QDropEvent*>(event); // also the base of the other two
-    QStringList files = sourcesOf(*drop->mimeData());
-    if (isDrag)
-        dragged_ = files;
-    else if (files.isEmpty()) // Qt cannot always read the data at the drop
-        files = std::exchange(dragged_, {});
-    if (files.isEmpty() || player_.active() == nullptr)
-        return QObject::eventFilter(watched, event);
-    drop->acceptProposedAction();
-    if (!isDrag)
-        take(files, static_cast<QWidget*>(watched)->mapToGlobal(drop->position().toPoint()));
-    return true;
-}
-
-void ChannelActions::take(const QStringList& files, const QPoint& place) {
+void ChannelActions::take(const QStringList& files, const QPoint& point) {
     for (const QString& file : files) {
         OpenDocument& document = *player_.active();
         const ChannelChoices choices = channels_.choices(document);
         const auto black =
             std::ranges::find(choices, ChannelChoice::Kind::none, &ChannelChoice::kind);
         if (black == choices.end())
-            return askForChannel(file, place);
+            return askForChannel(file, point);
         channels_.choose(document, static_cast<std::size_t>(black - choices.begin()),
                          choiceOf(file.toStdString()));
     }
 }
 
-void ChannelActions::askForChannel(const QString& file, const QPoint& place) {
+void ChannelActions::askForChannel(const QString& file, const QPoint& point) {
     auto* menu = new QMenu(&picture_);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     for (std::size_t channel = 0; channel < channelCount; ++channel)
@@ -101,7 +84,7 @@ void ChannelActions::askForChannel(const QString& file, const QPoint& place) {
             if (OpenDocument* document = player_.active())
                 channels_.choose(*document, channel, choiceOf(file.toStdString()));
         });
-    menu->popup(place);
+    menu->popup(point);
 }
 
 } // namespace tarnwick::player

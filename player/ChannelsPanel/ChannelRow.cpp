@@ -3,13 +3,11 @@
 #include "TarnwickPlatform/Cameras/Cameras.h"
 
 #include <QCoreApplication>
-#include <QDragEnterEvent>
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
-#include <QMimeData>
 #include <QPointer>
 #include <QToolButton>
 #include <thread>
@@ -47,9 +45,13 @@ QToolButton* button(const QString& text, const QString& accessibleName) {
 
 } // namespace
 
-ChannelRow::ChannelRow(Player& player, DocumentChannels& channels, std::size_t channel)
+ChannelRow::ChannelRow(Player& player, DocumentChannels& channels, std::size_t channel,
+                       DroppedFiles& dropped)
     : player_(player), channels_(channels), channel_(channel) {
-    setAcceptDrops(true);
+    dropped.add(*this,
+                {.taken = [](const DraggedPlaces& dragged) { return dragged.files; },
+                 .take = [this](const QStringList& files,
+                                const QPoint&) { choose(choiceOf(files.front().toStdString())); }});
     setAccessibleName(tr("Channel %1").arg(channel));
     picture_ = new QLabel;
     picture_->setFixedSize(pictureSize);
@@ -159,22 +161,6 @@ void ChannelRow::showPicture() {
                           static_cast<qsizetype>(picture.bytesPerRow), QImage::Format_RGB32);
     picture_->setPixmap(QPixmap::fromImage(
         borrowed.scaled(pictureSize - QSize(4, 4), Qt::KeepAspectRatio, Qt::FastTransformation)));
-}
-
-void ChannelRow::dragEnterEvent(QDragEnterEvent* event) {
-    dragged_ = event->mimeData()->urls();
-    if (!dragged_.isEmpty())
-        event->acceptProposedAction();
-}
-
-void ChannelRow::dropEvent(QDropEvent* event) {
-    const QList<QUrl> urls = event->mimeData()->urls();
-    for (const QUrl& url : urls.isEmpty() ? dragged_ : urls) // not always read at the drop
-        if (url.isLocalFile()) {
-            event->acceptProposedAction();
-            choose(choiceOf(url.toLocalFile().toStdString()));
-            return;
-        }
 }
 
 void ChannelRow::keyPressEvent(QKeyEvent* event) {

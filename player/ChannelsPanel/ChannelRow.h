@@ -2,9 +2,8 @@
 #pragma once
 
 #include "player/ChannelsPanel/DocumentChannels.h"
+#include "player/Dropping/DroppedFiles.h"
 
-#include <QList>
-#include <QUrl>
 #include <QWidget>
 
 class QLabel;
@@ -17,7 +16,9 @@ class ChannelRow : public QWidget {
     Q_OBJECT
 
   public:
-    ChannelRow(Player& player, DocumentChannels& channels, std::size_t channel);
+    // A file that is dropped on the row becomes the source.
+    ChannelRow(Player& player, DocumentChannels& channels, std::size_t channel,
+               DroppedFiles& dropped);
 
     void chooseFile(); // by a dialog
     void clear();
@@ -26,8 +27,6 @@ class ChannelRow : public QWidget {
     void showPicture();
 
   protected:
-    void dragEnterEvent(QDragEnterEvent* event) override;
-    void dropEvent(QDropEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
@@ -39,7 +38,6 @@ class ChannelRow : public QWidget {
     Player& player_;
     DocumentChannels& channels_;
     std::size_t channel_;
-    QList<QUrl> dragged_; // of the last drag
     QLabel* picture_;
     QLabel* name_;
     QToolButton* choose_;

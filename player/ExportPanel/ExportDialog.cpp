@@ -2,7 +2,7 @@
 
 #include "player/ExportPanel/FileField.h"
 #include "player/ExportPanel/InputsBox.h"
-#include "player/ExportPanel/LastFolder.h"
+#include "player/ExportPanel/LastFolders.h"
 #include "player/ExportPanel/LoopFinderBox.h"
 #include "player/ExportPanel/MovieFormatForm.h"
 #include "player/ExportPanel/RangeForm.h"
@@ -36,8 +36,9 @@ QGroupBox* group(const QString& title, QWidget* content) {
 
 } // namespace
 
-ExportDialog::ExportDialog(const OpenDocument& document, EpisodeCopy copy, QWidget* parent)
-    : QDialog(parent), episode_(std::move(copy)) {
+ExportDialog::ExportDialog(LastFolders& folders, const OpenDocument& document, EpisodeCopy copy,
+                           QWidget* parent)
+    : QDialog(parent), folders_(folders), episode_(std::move(copy)) {
     setWindowTitle(tr("Export movie"));
     makeParts(document);
     layOut();
@@ -77,7 +78,7 @@ void ExportDialog::makeParts(const OpenDocument& document) {
         tr("Performance"), [this](const QString& present) { return choosePerformance(present); });
     output_ =
         new FileField(tr("Movie"), [this](const QString& present) { return chooseMovie(present); });
-    output_->setText(lastFolder(FolderKind::movies) + QLatin1Char('/') +
+    output_->setText(folders_.of(FolderKind::movies) + QLatin1Char('/') +
                      QFileInfo(QString::fromStdString(episode_.fileName())).completeBaseName() +
                      QStringLiteral(".mp4"));
     inputs_ = new InputsBox(episode_.inputs, this);
@@ -145,11 +146,11 @@ QString ExportDialog::chooseMovie(const QString& present) {
 }
 
 QString ExportDialog::choosePerformance(const QString& present) {
-    const QString begin = present.isEmpty() ? lastFolder(FolderKind::performances) : present;
+    const QString begin = present.isEmpty() ? folders_.of(FolderKind::performances) : present;
     const QString file = QFileDialog::getOpenFileName(
         this, tr("Performance"), begin, tr("Performances (*.json *.performance);;All files (*)"));
     if (!file.isEmpty())
-        keepLastFolder(FolderKind::performances, QFileInfo(file).absolutePath());
+        folders_.keep(FolderKind::performances, QFileInfo(file).absolutePath());
     return file;
 }
 
@@ -205,8 +206,8 @@ MovieRequest ExportDialog::request() const {
                          .output = output_->path().value_or(std::filesystem::path())};
     request.chapters =
         ChapterLines::read(chapters_->toPlainText().toStdString(), movieLength()).chapters;
-    keepLastFolder(FolderKind::movies,
-                   QString::fromStdString(request.output.parent_path().string()));
+    folders_.keep(FolderKind::movies,
+                  QString::fromStdString(request.output.parent_path().string()));
     return request;
 }
 

@@ -15,6 +15,7 @@ namespace tarnwick::player {
 
 class FileField;
 class InputsBox;
+class LastFolders;
 class LoopFinderBox;
 class MovieFormatForm;
 class RangeForm;
@@ -23,7 +24,8 @@ class ExportDialog : public QDialog {
     Q_OBJECT
 
   public:
-    ExportDialog(const OpenDocument& document, EpisodeCopy copy, QWidget* parent = nullptr);
+    ExportDialog(LastFolders& folders, const OpenDocument& document, EpisodeCopy copy,
+                 QWidget* parent = nullptr);
 
     // Empty: none.
     void setPerformance(const std::filesystem::path& file);
@@ -44,6 +46,7 @@ class ExportDialog : public QDialog {
     QString problem() const; // one sentence why this cannot be exported; else empty
     double movieLength() const;
 
+    LastFolders& folders_;
     EpisodeCopy episode_;
     MovieFormatForm* format_;
     RangeForm* range_;

@@ -20,8 +20,8 @@ namespace tarnwick::player {
 
 ExportFeature::ExportFeature(Player& player, QMainWindow& window, Actions& actions,
                              InputsOf inputsOf)
-    : QObject(&window), player_(player), window_(window), panel_(new QueuePanel(queue_)),
-      inputsOf_(std::move(inputsOf)) {
+    : QObject(&window), player_(player), window_(window), folders_(player.userSettings()),
+      panel_(new QueuePanel(queue_)), inputsOf_(std::move(inputsOf)) {
     actions.separate(ActionMenu::file);
     new SnapshotActions(player_, window_, actions, queue_,
                         [this](const OpenDocument& document) { return fullCopyOf(document); });
@@ -45,7 +45,7 @@ void ExportFeature::exportMovie(const std::filesystem::path& performance) {
     const OpenDocument* document = player_.active();
     if (document == nullptr)
         return;
-    ExportDialog dialog(*document, fullCopyOf(*document), &window_);
+    ExportDialog dialog(folders_, *document, fullCopyOf(*document), &window_);
     dialog.setPerformance(performance);
     if (dialog.exec() == QDialog::Accepted)
         add(movieOrder(dialog.request()));
@@ -56,7 +56,7 @@ void ExportFeature::exportVariations(const ShownVariations& shown) {
     if (document == nullptr)
         return;
     const Episode& episode = *document->document().episode();
-    VariationsDialog dialog(fullCopyOf(*document), shown, episode.shader.hasSound,
+    VariationsDialog dialog(folders_, fullCopyOf(*document), shown, episode.shader.hasSound,
                             episode.meta.variationLength, &window_);
     if (dialog.exec() == QDialog::Accepted)
         add(dialog.order());
@@ -79,7 +79,7 @@ void ExportFeature::exportWalkthrough() {
         return;
     const auto& file = document->document().file();
     WalkthroughDialog dialog(
-        fullCopyOf(*document), document->document().episode()->shader.hasSound,
+        folders_, fullCopyOf(*document), document->document().episode()->shader.hasSound,
         file ? QString::fromStdString(file->parent_path().string()) : QString(), &window_);
     if (dialog.exec() != QDialog::Accepted)
         return;
@@ -93,7 +93,8 @@ void ExportFeature::exportPackage() {
     const Episode& episode = *document->document().episode();
     const EpisodeCopy copy = copyOf(*document);
     const bool hasTitle = episode.meta.title != EpisodeMeta{}.title;
-    PackageDialog dialog(copy, QString::fromStdString(hasTitle ? episode.meta.title : copy.title),
+    PackageDialog dialog(folders_, copy,
+                         QString::fromStdString(hasTitle ? episode.meta.title : copy.title),
                          &window_);
     if (dialog.exec() != QDialog::Accepted)
         return;

@@ -3,6 +3,7 @@
 
 #include "player/Actions/Actions.h"
 #include "player/App/Player.h"
+#include "player/ExportPanel/LastFolders.h"
 #include "player/Exports/EpisodeOrders.h"
 #include "player/Exports/ExportQueue.h"
 #include "player/Model/ShownVariations.h"
@@ -48,6 +49,7 @@ class ExportFeature : public QObject {
 
     Player& player_;
     QMainWindow& window_;
+    LastFolders folders_;
     ExportQueue queue_;
     QueuePanel* panel_;
     InputsOf inputsOf_;

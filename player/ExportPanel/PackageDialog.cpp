@@ -2,7 +2,7 @@
 
 #include "TarnwickCore/SwiftUIExport.h"
 #include "player/ExportPanel/FileField.h"
-#include "player/ExportPanel/LastFolder.h"
+#include "player/ExportPanel/LastFolders.h"
 
 #include <QDialogButtonBox>
 #include <QDir>
@@ -28,14 +28,15 @@ QString obstacle(const EpisodeCopy& episode) {
 
 } // namespace
 
-PackageDialog::PackageDialog(EpisodeCopy episode, const QString& title, QWidget* parent)
-    : QDialog(parent), episode_(std::move(episode)) {
+PackageDialog::PackageDialog(LastFolders& folders, EpisodeCopy episode, const QString& title,
+                             QWidget* parent)
+    : QDialog(parent), folders_(folders), episode_(std::move(episode)) {
     setWindowTitle(tr("Save as SwiftUI package"));
     title_ = new QLineEdit(title);
     folder_ = new FileField(tr("Folder of the package"), [this](const QString& present) {
         return newFileName(this, tr("Folder of the package"), present, QString());
     });
-    folder_->setText(lastFolder(FolderKind::packages) + QLatin1Char('/') +
+    folder_->setText(folders_.of(FolderKind::packages) + QLatin1Char('/') +
                      QString::fromStdString(episode_.fileName()).section(QLatin1Char('.'), 0, -2));
     const QString reason = obstacle(episode_);
     auto* note =
@@ -63,8 +64,8 @@ PackageRequest PackageDialog::request() const {
     PackageRequest request{.episode = episode_,
                            .title = title_->text().trimmed().toStdString(),
                            .output = folder_->path().value_or(std::filesystem::path())};
-    keepLastFolder(FolderKind::packages,
-                   QString::fromStdString(request.output.parent_path().string()));
+    folders_.keep(FolderKind::packages,
+                  QString::fromStdString(request.output.parent_path().string()));
     return request;
 }
 

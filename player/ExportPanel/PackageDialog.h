@@ -10,17 +10,20 @@ class QLineEdit;
 namespace tarnwick::player {
 
 class FileField;
+class LastFolders;
 
 class PackageDialog : public QDialog {
     Q_OBJECT
 
   public:
     // `title` is the proposed one.
-    PackageDialog(EpisodeCopy episode, const QString& title, QWidget* parent = nullptr);
+    PackageDialog(LastFolders& folders, EpisodeCopy episode, const QString& title,
+                  QWidget* parent = nullptr);
 
     PackageRequest request() const;
 
   private:
+    LastFolders& folders_;
     EpisodeCopy episode_;
     QLineEdit* title_;
     FileField* folder_;

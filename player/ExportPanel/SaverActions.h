@@ -1,4 +1,4 @@
-// Saves the active document as a screen saver.
+// Saves the active document as a screen saver, and installs it if that is wanted.
 #pragma once
 
 #include "player/Actions/Actions.h"
@@ -20,8 +20,13 @@ class SaverActions : public QObject {
     SaverActions(Player& player, QMainWindow& window, Actions& actions, CopyOf copyOf);
 
   private:
+    struct Made;
+
     void save();
-    void showSaved(const std::filesystem::path& bundle);
+    static Made made(const EpisodeCopy& episode, const std::string& name,
+                     const std::filesystem::path& folder);
+    static Made installed(const EpisodeCopy& episode, const std::string& name);
+    void show(const Made& saver);
 
     Player& player_;
     QMainWindow& window_;

@@ -1,9 +1,10 @@
-// Name and place of a screen saver.
+// Name and place of a screen saver, and whether it is installed.
 #pragma once
 
 #include <QDialog>
 #include <filesystem>
 
+class QCheckBox;
 class QLabel;
 class QLineEdit;
 
@@ -16,10 +17,12 @@ class SaverDialog : public QDialog {
     explicit SaverDialog(const QString& name, QWidget* parent = nullptr);
 
     QString name() const;
+    bool isInstalled() const;             // for the desktop; otherwise only its bundle is written
     std::filesystem::path folder() const; // of the bundle, in the user's folder for savers
 
   private:
     QLineEdit* name_;
+    QCheckBox* install_;
     QLabel* place_;
 };
 

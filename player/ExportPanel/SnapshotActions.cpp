@@ -5,7 +5,6 @@
 #include "player/App/Background.h"
 #include "player/ExportPanel/DocumentCopy.h"
 #include "player/ExportPanel/FileField.h"
-#include "player/ExportPanel/LastFolder.h"
 #include "player/ExportPanel/PictureImage.h"
 #include "player/ExportPanel/SnapshotDialog.h"
 #include "player/Exports/NewPlace.h"
@@ -43,8 +42,8 @@ QString written(const Picture& picture, const std::filesystem::path& wanted) {
 
 SnapshotActions::SnapshotActions(Player& player, QMainWindow& window, Actions& actions,
                                  ExportQueue& queue, CopyOf copyOf)
-    : QObject(&window), player_(player), window_(window), queue_(queue),
-      copyOf_(std::move(copyOf)) {
+    : QObject(&window), player_(player), window_(window), queue_(queue), copyOf_(std::move(copyOf)),
+      folders_(player.userSettings()) {
     actions.add(ActionMenu::file, tr("Save s&napshot"), QKeySequence(tr("Ctrl+Shift+S")),
                 [this] { save(); });
     actions.add(ActionMenu::file, tr("Save snapshot a&t size..."),
@@ -87,14 +86,15 @@ void SnapshotActions::lookForPicture() {
 void SnapshotActions::save() {
     take([this](const Picture& picture) {
         QGuiApplication::clipboard()->setImage(imageOf(picture));
-        const QString file = hasLastFolder(FolderKind::pictures) ? proposedFile() : chosenFile();
+        const QString file =
+            folders_.isChosen(FolderKind::pictures) ? proposedFile() : chosenFile();
         if (!file.isEmpty())
             write(picture, file);
     });
 }
 
 void SnapshotActions::write(const Picture& picture, const QString& file) {
-    keepLastFolder(FolderKind::pictures, QFileInfo(file).absolutePath());
+    folders_.keep(FolderKind::pictures, QFileInfo(file).absolutePath());
     inBackground(
         this,
         [picture, path = std::filesystem::path(file.toStdString())] {
@@ -109,7 +109,7 @@ QString SnapshotActions::proposedFile() const {
         document
             ? QFileInfo(QString::fromStdString(copyOf(*document).fileName())).completeBaseName()
             : QStringLiteral("Snapshot");
-    return lastFolder(FolderKind::pictures) + QLatin1Char('/') + title + QStringLiteral(".png");
+    return folders_.of(FolderKind::pictures) + QLatin1Char('/') + title + QStringLiteral(".png");
 }
 
 QString SnapshotActions::chosenFile() {
@@ -136,7 +136,7 @@ void SnapshotActions::drawAtSize() {
     request.size = dialog.size();
     request.hasAlpha = dialog.hasAlpha();
     request.output = dialog.file().toStdString();
-    keepLastFolder(FolderKind::pictures, QFileInfo(dialog.file()).absolutePath());
+    folders_.keep(FolderKind::pictures, QFileInfo(dialog.file()).absolutePath());
     for (const std::string& remark : request.episode.inputs.remarks)
         player_.tell(QString::fromStdString(remark));
     queue_.add(stillOrder(request));

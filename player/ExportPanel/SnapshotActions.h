@@ -4,6 +4,7 @@
 #include "TarnwickPlatform/Pictures/Picture.h"
 #include "player/Actions/Actions.h"
 #include "player/App/Player.h"
+#include "player/ExportPanel/LastFolders.h"
 #include "player/Exports/EpisodeOrders.h"
 #include "player/Exports/ExportQueue.h"
 
@@ -41,6 +42,7 @@ class SnapshotActions : public QObject {
     QMainWindow& window_;
     ExportQueue& queue_;
     CopyOf copyOf_;
+    LastFolders folders_;
     std::future<std::optional<Picture>> pending_;
     Then then_;
     QTimer look_;

@@ -2,7 +2,7 @@
 
 #include "player/ExportPanel/FileField.h"
 #include "player/ExportPanel/InputsBox.h"
-#include "player/ExportPanel/LastFolder.h"
+#include "player/ExportPanel/LastFolders.h"
 #include "player/ExportPanel/MovieFormatForm.h"
 #include "player/ExportPanel/RangeForm.h"
 
@@ -24,9 +24,9 @@ constexpr double leastSeconds = 0.1, mostSeconds = 3600; // of a variation
 
 } // namespace
 
-VariationsDialog::VariationsDialog(EpisodeCopy episode, ShownVariations shown, bool hasSound,
-                                   double seconds, QWidget* parent)
-    : QDialog(parent), episode_(std::move(episode)), shown_(std::move(shown)) {
+VariationsDialog::VariationsDialog(LastFolders& folders, EpisodeCopy episode, ShownVariations shown,
+                                   bool hasSound, double seconds, QWidget* parent)
+    : QDialog(parent), folders_(folders), episode_(std::move(episode)), shown_(std::move(shown)) {
     setWindowTitle(tr("Export variations"));
     makeParts(hasSound, seconds);
     layOut();
@@ -57,7 +57,7 @@ void VariationsDialog::makeParts(bool hasSound, double seconds) {
     output_ = new FileField(tr("Result"), [this](const QString& present) {
         return newFileName(this, tr("Export variations"), present, QString());
     });
-    output_->setText(lastFolder(FolderKind::movies) + QLatin1Char('/') +
+    output_->setText(folders_.of(FolderKind::movies) + QLatin1Char('/') +
                      QFileInfo(QString::fromStdString(episode_.fileName())).completeBaseName() +
                      tr(" variations"));
 }
@@ -107,7 +107,7 @@ void VariationsDialog::showState() {
 
 Order VariationsDialog::order() const {
     const std::filesystem::path output = output_->path().value_or(std::filesystem::path());
-    keepLastFolder(FolderKind::movies, QString::fromStdString(output.parent_path().string()));
+    folders_.keep(FolderKind::movies, QString::fromStdString(output.parent_path().string()));
     if (morph_->isChecked()) {
         EpisodeCopy episode = episode_;
         episode.settings = morphed(shown_, episode.settings, seconds_->value());

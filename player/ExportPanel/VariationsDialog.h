@@ -15,6 +15,7 @@ namespace tarnwick::player {
 
 class FileField;
 class InputsBox;
+class LastFolders;
 class MovieFormatForm;
 
 class VariationsDialog : public QDialog {
@@ -22,8 +23,8 @@ class VariationsDialog : public QDialog {
 
   public:
     // `seconds`: of each variation.
-    VariationsDialog(EpisodeCopy episode, ShownVariations shown, bool hasSound, double seconds,
-                     QWidget* parent = nullptr);
+    VariationsDialog(LastFolders& folders, EpisodeCopy episode, ShownVariations shown,
+                     bool hasSound, double seconds, QWidget* parent = nullptr);
 
     Order order() const; // of the dialog as it was accepted
 
@@ -33,6 +34,7 @@ class VariationsDialog : public QDialog {
     void showOutput(); // with the ending of the result
     void showState();
 
+    LastFolders& folders_;
     EpisodeCopy episode_;
     ShownVariations shown_;
     QRadioButton* all_;

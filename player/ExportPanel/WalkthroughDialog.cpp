@@ -2,7 +2,7 @@
 
 #include "player/ExportPanel/FileField.h"
 #include "player/ExportPanel/InputsBox.h"
-#include "player/ExportPanel/LastFolder.h"
+#include "player/ExportPanel/LastFolders.h"
 #include "player/ExportPanel/MovieFormatForm.h"
 #include "player/ExportPanel/RangeForm.h"
 #include "player/ExportPanel/StageList.h"
@@ -25,9 +25,9 @@ constexpr double longestStart = 24 * 3600; // seconds
 
 } // namespace
 
-WalkthroughDialog::WalkthroughDialog(EpisodeCopy episode, bool hasSound, const QString& folder,
-                                     QWidget* parent)
-    : QDialog(parent), episode_(std::move(episode)) {
+WalkthroughDialog::WalkthroughDialog(LastFolders& folders, EpisodeCopy episode, bool hasSound,
+                                     const QString& folder, QWidget* parent)
+    : QDialog(parent), folders_(folders), episode_(std::move(episode)) {
     setWindowTitle(tr("Export walkthrough"));
     stages_ = new StageList(folder);
     const QDir proposed(folder + QStringLiteral("/stages"));
@@ -46,7 +46,7 @@ WalkthroughDialog::WalkthroughDialog(EpisodeCopy episode, bool hasSound, const Q
     output_ = new FileField(tr("Result"), [this](const QString& present) {
         return newFileName(this, tr("Export walkthrough"), present, QString());
     });
-    output_->setText(lastFolder(FolderKind::movies) + QLatin1Char('/') +
+    output_->setText(folders_.of(FolderKind::movies) + QLatin1Char('/') +
                      QFileInfo(QString::fromStdString(episode_.fileName())).completeBaseName() +
                      tr(" walkthrough"));
     layOut();
@@ -106,8 +106,8 @@ WalkthroughRequest WalkthroughDialog::request() const {
                                .start = start_->value(),
                                .output = output_->path().value_or(std::filesystem::path())};
     request.size = format_->size();
-    keepLastFolder(FolderKind::movies,
-                   QString::fromStdString(request.output.parent_path().string()));
+    folders_.keep(FolderKind::movies,
+                  QString::fromStdString(request.output.parent_path().string()));
     return request;
 }
 

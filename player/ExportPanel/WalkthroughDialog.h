@@ -13,6 +13,7 @@ class QRadioButton;
 namespace tarnwick::player {
 
 class FileField;
+class LastFolders;
 class MovieFormatForm;
 class StageList;
 
@@ -21,8 +22,8 @@ class WalkthroughDialog : public QDialog {
 
   public:
     // `folder` is the episode's; files in its folder `stages` are the proposed versions.
-    WalkthroughDialog(EpisodeCopy episode, bool hasSound, const QString& folder,
-                      QWidget* parent = nullptr);
+    WalkthroughDialog(LastFolders& folders, EpisodeCopy episode, bool hasSound,
+                      const QString& folder, QWidget* parent = nullptr);
 
     WalkthroughRequest request() const;
 
@@ -31,6 +32,7 @@ class WalkthroughDialog : public QDialog {
     void showOutput();
     void showState();
 
+    LastFolders& folders_;
     EpisodeCopy episode_;
     StageList* stages_;
     QRadioButton* movie_;

@@ -1,11 +1,11 @@
 #include "player/Exports/SaverBundle.h"
 
+#include "TarnwickBase/InstalledFiles.h"
 #include "TarnwickBase/OutputFile.h"
 #include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickBase/WholeFile.h"
 #include "TarnwickPlatform/Bundle/BundleChannels.h"
 #include "player/Exports/NewPlace.h"
-#include "saver/Installing/SaverPlaces.h"
 
 #include <system_error>
 #include <vector>
@@ -50,6 +50,16 @@ fs::path makeSaver(const EpisodeCopy& episode, const std::string& name, const fs
     } catch (const std::runtime_error& error) { // of bundles and files: whole sentences
         throw SaverBundleError(error.what());
     }
+}
+
+InstallReport installEpisode(const EpisodeCopy& episode, const std::string& name,
+                             const SaverPlaces& places) {
+    const Episode installed = Episode::of(episode.text, episode.fileName());
+    return installSaver({.episode = installed,
+                         .settings = Settings::decode(settingsDocument(episode.settings, name)),
+                         .program = installedFile(InstalledFile::saver),
+                         .channels = bundled(episode.inputs)},
+                        places);
 }
 
 fs::path saversFolder() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "player/Exports/EpisodeOrders.h"
+#include "saver/Installing/InstalledSavers.h"
 
 #include <filesystem>
 #include <stdexcept>
@@ -18,6 +19,11 @@ struct SaverBundleError : std::runtime_error {
 // Throws SaverBundleError. Blocks.
 std::filesystem::path makeSaver(const EpisodeCopy& episode, const std::string& name,
                                 const std::filesystem::path& folder);
+
+// Installs the episode with its settings as the screen saver `name` (installSaver). Throws
+// InstallError. Blocks.
+InstallReport installEpisode(const EpisodeCopy& episode, const std::string& name,
+                             const SaverPlaces& places);
 
 // The user's folder for savers (SaverPlaces.h).
 std::filesystem::path saversFolder();

@@ -6,7 +6,6 @@
 #include <QApplication>
 #include <QEvent>
 #include <QMenu>
-#include <QSettings>
 #include <QSplitter>
 #include <QStyle>
 #include <array>
@@ -22,11 +21,6 @@ constexpr const char* splitKey = "window/split";
 constexpr const char* versionKey = "window/version";
 constexpr const char* themeKey = "window/theme";
 
-QSettings kept() {
-    return {QSettings::IniFormat, QSettings::UserScope, QStringLiteral("tarnwick"),
-            QStringLiteral("player")};
-}
-
 struct ThemeRow {
     const char* name;
     const char* text;
@@ -39,8 +33,9 @@ constexpr std::array<ThemeRow, 3> themes{{
 
 } // namespace
 
-WindowLayout::WindowLayout(QMainWindow& window, Actions& actions, std::function<QByteArray()> state)
-    : QObject(&window), window_(window), state_(std::move(state)),
+WindowLayout::WindowLayout(UserSettings& kept, QMainWindow& window, Actions& actions,
+                           std::function<QByteArray()> state)
+    : QObject(&window), kept_(kept), window_(window), state_(std::move(state)),
       desktopStyle_(QApplication::style()->objectName()), desktopPalette_(QApplication::palette()) {
     addThemes(actions);
     initial_ = window_.saveState();
@@ -53,7 +48,7 @@ WindowLayout::WindowLayout(QMainWindow& window, Actions& actions, std::function<
 void WindowLayout::addThemes(Actions& actions) {
     QMenu* menu = actions.submenu(ActionMenu::view, tr("&Theme"));
     auto* group = new QActionGroup(this);
-    const QString chosen = kept().value(QLatin1String(themeKey)).toString();
+    const QString chosen = kept_.value(QLatin1String(themeKey)).toString();
     for (const ThemeRow& row : themes) {
         const QString name = QLatin1String(row.name);
         QAction* action = actions.add(menu, tr(row.text), [this, name] { setTheme(name); });
@@ -66,7 +61,7 @@ void WindowLayout::addThemes(Actions& actions) {
 }
 
 void WindowLayout::setTheme(const QString& theme) {
-    kept().setValue(QLatin1String(themeKey), theme);
+    kept_.set(QLatin1String(themeKey), theme);
     const bool isDesktop = theme == QLatin1String("desktop");
     QApplication::setStyle(isDesktop ? desktopStyle_ : QStringLiteral("fusion"));
     QApplication::setPalette(isDesktop                        ? desktopPalette_
@@ -75,23 +70,21 @@ void WindowLayout::setTheme(const QString& theme) {
 }
 
 void WindowLayout::restore() {
-    const QSettings settings = kept();
-    if (settings.value(QLatin1String(versionKey)).toInt() != stateVersion)
+    if (kept_.value(QLatin1String(versionKey)).toInt() != stateVersion)
         return;
-    window_.restoreGeometry(settings.value(QLatin1String(geometryKey)).toByteArray());
-    if (!window_.restoreState(settings.value(QLatin1String(stateKey)).toByteArray()))
+    window_.restoreGeometry(kept_.value(QLatin1String(geometryKey)).toByteArray());
+    if (!window_.restoreState(kept_.value(QLatin1String(stateKey)).toByteArray()))
         window_.restoreState(initial_);
     if (auto* split = window_.centralWidget()->findChild<QSplitter*>())
-        split->restoreState(settings.value(QLatin1String(splitKey)).toByteArray());
+        split->restoreState(kept_.value(QLatin1String(splitKey)).toByteArray());
 }
 
 void WindowLayout::keep() {
-    QSettings settings = kept();
-    settings.setValue(QLatin1String(versionKey), stateVersion);
-    settings.setValue(QLatin1String(geometryKey), window_.saveGeometry());
-    settings.setValue(QLatin1String(stateKey), state_());
+    kept_.set(QLatin1String(versionKey), stateVersion);
+    kept_.set(QLatin1String(geometryKey), window_.saveGeometry());
+    kept_.set(QLatin1String(stateKey), state_());
     if (const auto* split = window_.centralWidget()->findChild<QSplitter*>())
-        settings.setValue(QLatin1String(splitKey), split->saveState());
+        kept_.set(QLatin1String(splitKey), split->saveState());
 }
 
 bool WindowLayout::eventFilter(QObject* watched, QEvent* event) {

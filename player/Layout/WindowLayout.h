@@ -2,6 +2,7 @@
 #pragma once
 
 #include "player/Actions/Actions.h"
+#include "player/App/UserSettings.h"
 
 #include <QByteArray>
 #include <QMainWindow>
@@ -10,13 +11,14 @@
 
 namespace tarnwick::player {
 
-// In the file player.ini of the user's configuration; a value that is damaged is ignored.
+// In the user's settings; a value that is damaged is ignored.
 class WindowLayout : public QObject {
     Q_OBJECT
 
   public:
     // The window has all its docks. `state` gives QMainWindow::saveState() as it is to be kept.
-    WindowLayout(QMainWindow& window, Actions& actions, std::function<QByteArray()> state);
+    WindowLayout(UserSettings& kept, QMainWindow& window, Actions& actions,
+                 std::function<QByteArray()> state);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -27,6 +29,7 @@ class WindowLayout : public QObject {
     void restore();
     void keep();
 
+    UserSettings& kept_;
     QMainWindow& window_;
     std::function<QByteArray()> state_;
     QByteArray initial_; // the state without a kept one

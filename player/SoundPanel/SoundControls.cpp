@@ -3,16 +3,15 @@
 #include "TarnwickPlatform/Sound/SoundCapture.h"
 
 #include <QFileDialog>
-#include <QSettings>
 #include <algorithm>
-#include <utility>
 
 namespace tarnwick::player {
 namespace {
 
-QSettings userSettings() {
-    return QSettings(QStringLiteral("tarnwick"), QStringLiteral("player"));
-}
+constexpr const char* volumeKey = "sound/volume";
+constexpr const char* mutedKey = "sound/muted";
+constexpr const char* hearsFileKey = "sound/hearsFile";
+constexpr const char* delayKey = "sound/delay";
 
 } // namespace
 
@@ -78,13 +77,13 @@ void SoundControls::setDelay(int milliseconds) {
 }
 
 void SoundControls::load() {
-    const QSettings kept = userSettings();
-    const float all = kept.value(QStringLiteral("sound/volume"), 1.0f).toFloat();
+    const UserSettings& kept = player_.userSettings();
+    const float all = kept.value(QLatin1String(volumeKey), 1.0f).toFloat();
     volume_ = {.all = all >= 0 && all <= 1 ? all : 1,
-               .isMuted = kept.value(QStringLiteral("sound/muted"), false).toBool(),
-               .hasFile = kept.value(QStringLiteral("sound/hearsFile"), true).toBool()};
-    delay_ = std::clamp(kept.value(QStringLiteral("sound/delay"), 0).toInt(), -longestDelay,
-                        longestDelay);
+               .isMuted = kept.value(QLatin1String(mutedKey), false).toBool(),
+               .hasFile = kept.value(QLatin1String(hearsFileKey), true).toBool()};
+    delay_ =
+        std::clamp(kept.value(QLatin1String(delayKey), 0).toInt(), -longestDelay, longestDelay);
     showVolume();
     sound_->setDelay(delay_ / 1000.0);
 }
@@ -96,23 +95,12 @@ void SoundControls::showVolume() {
     sound_->setVolume(shown);
 }
 
-// The newest values; those of earlier calls that wait are not written.
 void SoundControls::keep() {
-    if (std::exchange(isKeeping_, true))
-        return;
-    fileWork_.add(
-        [this] {
-            isKeeping_ = false;
-            return [volume = volume_, delay = delay_] {
-                QSettings kept = userSettings();
-                kept.setValue(QStringLiteral("sound/volume"), volume.all);
-                kept.setValue(QStringLiteral("sound/muted"), volume.isMuted);
-                kept.setValue(QStringLiteral("sound/hearsFile"), volume.hasFile);
-                kept.setValue(QStringLiteral("sound/delay"), delay);
-                return true;
-            };
-        },
-        [](bool) {});
+    UserSettings& kept = player_.userSettings();
+    kept.set(QLatin1String(volumeKey), volume_.all);
+    kept.set(QLatin1String(mutedKey), volume_.isMuted);
+    kept.set(QLatin1String(hearsFileKey), volume_.hasFile);
+    kept.set(QLatin1String(delayKey), delay_);
 }
 
 void SoundControls::setInput(const SoundInput& input) {

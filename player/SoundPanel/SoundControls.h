@@ -2,7 +2,6 @@
 #pragma once
 
 #include "TarnwickPlatform/Dispatch/DispatchQueue.h"
-#include "player/App/FileWork.h"
 #include "player/App/Player.h"
 #include "player/Sound/LiveSound.h"
 #include "player/SoundPanel/RecordSound.h"
@@ -76,8 +75,6 @@ class SoundControls : public QObject {
     QStringList devices_;
     RecordSound heard_;
     std::unique_ptr<LiveSound> sound_;
-    bool isKeeping_ = false; // keep() waits for earlier work
-    FileWork fileWork_;
     DispatchQueue finding_;
 };
 

@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QMenu>
 #include <QScreen>
+#include <utility>
 
 namespace tarnwick::player {
 namespace {
@@ -34,6 +35,10 @@ DisplayOutput::DisplayOutput(Player& player, QMainWindow& window, Actions& actio
     connect(qApp, &QGuiApplication::screenRemoved, this, [this](QScreen* gone) { closeOn(*gone); });
     connect(qApp, &QGuiApplication::screenAdded, this,
             [this](QScreen* added) { showAgain(*added); });
+}
+
+DisplayOutput::~DisplayOutput() {
+    delete std::exchange(output_, nullptr);
 }
 
 PictureView* DisplayOutput::view() const {

@@ -20,6 +20,7 @@ class DisplayOutput : public QObject {
 
   public:
     DisplayOutput(Player& player, QMainWindow& window, Actions& actions);
+    ~DisplayOutput() override; // the output must not outlive the player
 
     PictureView* view() const; // null while it is not shown
     void close();

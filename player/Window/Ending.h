@@ -1,10 +1,14 @@
-// Keeps unsaved work when the process is asked to end: by a signal, or at the end of the login.
+// Keeps unsaved work when the process is asked to end: by a signal, at the end of the login, or
+// because the display is gone.
 #pragma once
 
 #include "TarnwickBase/EndSignals.h"
 #include "player/App/Player.h"
 
 #include <QObject>
+#include <functional>
+#include <memory>
+#include <string>
 
 namespace tarnwick::player {
 
@@ -14,11 +18,18 @@ class Ending : public QObject {
     Q_OBJECT
 
   public:
-    explicit Ending(Player& player);
+    // `say` is called with one sentence, where no window can show it any more.
+    Ending(Player& player, std::function<void(const std::string&)> say);
+    ~Ending() override;
 
   private:
+    struct Exit;
+
+    void watchExit();
+
     Player& player_;
     HeldSignals signals_;
+    Exit* exit_; // never deleted: exit() may come after this
 };
 
 } // namespace tarnwick::player

@@ -4,12 +4,12 @@
 #include "player/ChannelsPanel/ChannelActions.h"
 #include "player/CommandList/CommandActions.h"
 #include "player/ControlPanel/ControlFeature.h"
+#include "player/Dropping/EpisodeDrops.h"
 #include "player/Editor/EpisodeEditor.h"
 #include "player/ExportPanel/ExportFeature.h"
 #include "player/Grid/ThumbnailService.h"
 #include "player/KeysPanel/KeysActions.h"
 #include "player/KeysPanel/KeysPanel.h"
-#include "player/Layout/DroppedFiles.h"
 #include "player/Layout/WindowLayout.h"
 #include "player/Panels/ParametersPanel.h"
 #include "player/Panels/ProblemsPanel.h"
@@ -110,7 +110,6 @@ DocumentInputs performedInputsOf(const OpenDocument& document, const DocumentCha
 
 MainWindow::MainWindow(Player& player) : player_(player), actions_(*this) {
     setWindowTitle(QStringLiteral("Tarnwick"));
-    setAcceptDrops(true);
     setDockNestingEnabled(true);
     auto* split = new QSplitter(Qt::Horizontal);
     split->addWidget(texts());
@@ -122,7 +121,8 @@ MainWindow::MainWindow(Player& player) : player_(player), actions_(*this) {
     makeDocks();
     resize(firstSize());
     split->setSizes({620, 740});
-    new WindowLayout(*this, actions_, [this] { return start_->windowState(); });
+    new WindowLayout(player_.userSettings(), *this, actions_,
+                     [this] { return start_->windowState(); });
 }
 
 QWidget* MainWindow::texts() {
@@ -164,7 +164,8 @@ void MainWindow::makeFeatures() {
     addEditActions(player_, actions_, *tabs_);
     addPlayActions(actions_, *transport_);
     pictureActions_ = new PictureActions(player_, *this, actions_, *picture_);
-    channels_ = new ChannelActions(player_, *this, actions_, *picture_);
+    auto* dropped = new DroppedFiles(*this);
+    channels_ = new ChannelActions(player_, *this, actions_, *picture_, *dropped);
     exports_ = new ExportFeature(player_, *this, actions_, [this](const OpenDocument& document) {
         return inputsOf(document, channels_->channels(), findChild<SoundControls*>());
     });
@@ -175,7 +176,8 @@ void MainWindow::makeFeatures() {
     start_ = new StartActions(player_, *this, actions_, *thumbnails_,
                               [this] { files_->openByDialog(); });
     settingsFiles_ = new SettingsFileActions(player_, *this, actions_);
-    new DroppedFiles(*this, LinkOpener::isLink, [this](const QString& place) { open({place}); });
+    dropped->addForWindow(
+        episodeDrops(LinkOpener::isLink, [this](const QString& place) { open({place}); }));
     performances_ =
         new PerformanceFeature(player_, *this, actions_, [this](const OpenDocument& document) {
             return performedInputsOf(document, channels_->channels(), findChild<SoundControls*>());

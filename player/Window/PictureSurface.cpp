@@ -38,7 +38,9 @@ std::unique_ptr<PictureSurface> PictureSurface::make(std::shared_ptr<gpu::Device
     made->instance_.setVkInstance(static_cast<VkInstance>(made->device_->vulkanInstance()));
     if (!made->instance_.create())
         return nullptr;
-    made->window_ = new PictureWindow;
+    // A CPU device does not draw in step with the display anyway.
+    made->window_ = new PictureWindow(made->device_->info().isCPU ? CoveredContent::isKept
+                                                                  : CoveredContent::isForgotten);
     made->window_->setVulkanInstance(&made->instance_);
     made->container_.reset(QWidget::createWindowContainer(made->window_, &parent));
     // Native, as are the labels over it: only siblings that are native have an order. On Wayland

@@ -104,6 +104,17 @@ TEST(EndSignals, ignoreIgnoredSignalsAndEndWithAStatus) {
         waitForTheEnd();
     });
     EXPECT_TRUE(WIFEXITED(soon) && WEXITSTATUS(soon) == 9) << soon;
+    const int answered = statusOf([] {
+        const EndSignals signals;
+        {
+            HeldSignals held;
+            raise(SIGTERM);
+            held.answer();
+        }
+        endSoon(0);
+        waitForTheEnd();
+    });
+    EXPECT_TRUE(WIFSIGNALED(answered) && WTERMSIG(answered) == SIGTERM) << answered;
     EXPECT_EQ(HeldSignals().descriptor(), -1); // without an EndSignals
 }
 

@@ -23,5 +23,27 @@ TEST(SaverBundle, hasTheDocumentAsItIsNowAndReplacesNothing) {
     EXPECT_THROW(makeSaver(episode, "No", folder.path() / "file" / "A.saver"), SaverBundleError);
 }
 
+TEST(SaverBundle, isInstalledAsTheDocumentIsNow) {
+    const TemporaryFolder folder;
+    const SaverPlaces places{.savers = folder.path() / "savers",
+                             .entries = folder.path() / "entries",
+                             .xscreensaver = folder.path() / ".xscreensaver",
+                             .descriptions = folder.path(),
+                             .mateProgram = folder.path() / "missing"};
+    const auto picture = folder.path() / "sky.png";
+    writeWholeFile(picture, "pixels");
+    const EpisodeCopy episode{.title = "Rings",
+                              .text = "// @param red 0 0 1\n// unsaved",
+                              .settings = {.values = {{"red", 0.5f}}},
+                              .inputs = {.channels = {{.address = "0", .file = picture}}}};
+    const auto bundle = installEpisode(episode, "My Rings", places).bundle;
+    EXPECT_EQ(bundle, places.savers / "my-rings.saver");
+    EXPECT_EQ(fileText(bundle / "Shader" / "shader.metal"), episode.text);
+    EXPECT_EQ(fileText(bundle / "Channels" / "0.png"), "pixels");
+    const auto saver = saverNamed("My Rings", places);
+    ASSERT_TRUE(saver);
+    EXPECT_TRUE(saver->isInstalled && saver->isListed);
+}
+
 } // namespace
 } // namespace tarnwick::player

@@ -3,30 +3,14 @@
 # and mends it, drags a slider, adds a key, saves a snapshot, fills the display, exports a movie,
 # takes dropped files and quits. Its pictures are compared with each other and with stills.
 #
-# PLAYER, TARNWICK, DRAGGER: the programs. KEEP: a folder for the screens; default: they are removed.
-set -u
-for tool in Xvfb xdotool ffmpeg; do
-    command -v "$tool" >/dev/null || { echo "$tool is missing"; exit 77; }
-done
-
-folder=$(mktemp -d)
-trap 'kill $(jobs -p) 2>/dev/null; wait 2>/dev/null; rm -rf "$folder"' EXIT
-cd "$folder" || exit 1
-mkdir -m 700 run
-export XDG_STATE_HOME=$folder/state XDG_CONFIG_HOME=$folder/config XDG_DATA_HOME=$folder/data
-export XDG_RUNTIME_DIR=$folder/run HOME=$folder QT_QPA_PLATFORM=xcb
-unset WAYLAND_DISPLAY
+# TARNWICK, DRAGGER: other programs.
+. "$(dirname "$0")/player.sh" Xvfb xdotool
+export QT_QPA_PLATFORM=xcb
 width=1360 height=820
 Xvfb -displayfd 3 -screen 0 ${width}x${height}x24 3>display 2>/dev/null &
 until [ -s display ]; do sleep 0.1; done
 DISPLAY=:$(cat display)
 export DISPLAY
-
-failures=0
-complain() {
-    echo "$1"
-    failures=$((failures + 1))
-}
 
 shots=0
 # shot FILE [X Y WIDTH HEIGHT]: a part of the screen.
@@ -42,16 +26,6 @@ shot() {
 color() { # X Y
     ffmpeg -v error -f x11grab -draw_mouse 0 -video_size 1x1 -i "$DISPLAY+$1,$2" -frames:v 1 \
         -f rawvideo -pix_fmt rgb24 - | od -An -tx1 | tr -d ' \n'
-}
-
-# comes SECONDS COMMAND...: the command succeeds within that time.
-comes() {
-    local end=$((SECONDS + $1))
-    shift
-    until "$@"; do
-        [ $SECONDS -lt $end ] || return 1
-        sleep 0.2
-    done
 }
 
 is_color() { [ "$(color "$1" "$2")" = "$3" ]; }
@@ -76,8 +50,7 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {
 }
 TEXT
 
-"$PLAYER" gradient.metal 2>said &
-player=$!
+play gradient.metal
 x=560 y=300 # in the left half of the picture
 comes 60 is_color $x $y ff0040 || { complain "The episode is not drawn."; shot screen.png; }
 
@@ -178,8 +151,4 @@ comes 30 is_color $x $y 00ff40 || complain "The picture that was dropped is not 
 shot screen.png
 
 to "$main" ctrl+q
-wait $player
-status=$?
-[ $status = 0 ] || complain "The player ends with status $status."
-[ ! -s said ] || { complain "The player said:"; cat said; }
-[ $failures = 0 ]
+finish 0

@@ -136,7 +136,7 @@ struct Keeper {
     std::string_view folder;
     std::string_view other{}; // may know it too
 };
-constexpr std::array<Keeper, 16> keepers{{
+constexpr std::array<Keeper, 17> keepers{{
     {"clang/", "TarnwickMSL"},
     {"llvm/", "TarnwickMSL"},
     {"spirv-tools/", "TarnwickMSL"}, // SPIR-V itself is what it and TarnwickGPU share
@@ -153,6 +153,7 @@ constexpr std::array<Keeper, 16> keepers{{
     {"libsw", "TarnwickPlatform/Movie", "TarnwickPlatform/Media"},
     {"SDL", "TarnwickPlatform/Sound"},
     {"wayland-client", "saver/Wayland", "TarnwickGPU"},
+    {"xcb/", "player/Window"},
 }};
 
 TEST(Arrows, keepForeignHeadersInOneFolder) {

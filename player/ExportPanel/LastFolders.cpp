@@ -1,8 +1,7 @@
-#include "player/ExportPanel/LastFolder.h"
+#include "player/ExportPanel/LastFolders.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSettings>
 #include <QStandardPaths>
 #include <array>
 
@@ -25,31 +24,26 @@ const Row& rowOf(FolderKind kind) {
     return rows[static_cast<std::size_t>(kind)];
 }
 
-QSettings settings() {
-    return QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("tarnwick"),
-                     QStringLiteral("exports"));
-}
+} // namespace
 
-QString chosen(FolderKind kind) {
-    const QString folder = settings().value(QLatin1String(rowOf(kind).key)).toString();
+QString LastFolders::chosen(FolderKind kind) const {
+    const QString folder = kept_.value(QLatin1String(rowOf(kind).key)).toString();
     return QFileInfo(folder).isDir() ? folder : QString();
 }
 
-} // namespace
-
-QString lastFolder(FolderKind kind) {
+QString LastFolders::of(FolderKind kind) const {
     if (const QString folder = chosen(kind); !folder.isEmpty())
         return folder;
     const QString usual = QStandardPaths::writableLocation(rowOf(kind).place);
     return QFileInfo(usual).isDir() ? usual : QDir::homePath();
 }
 
-bool hasLastFolder(FolderKind kind) {
+bool LastFolders::isChosen(FolderKind kind) const {
     return !chosen(kind).isEmpty();
 }
 
-void keepLastFolder(FolderKind kind, const QString& folder) {
-    settings().setValue(QLatin1String(rowOf(kind).key), folder);
+void LastFolders::keep(FolderKind kind, const QString& folder) {
+    kept_.set(QLatin1String(rowOf(kind).key), folder);
 }
 
 } // namespace tarnwick::player
