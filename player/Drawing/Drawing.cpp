@@ -228,6 +228,7 @@ void Drawing::prepare() {
     const bool isNew = !scene_ || scene_->program() != next_->program();
     scene_ = std::move(next_);
     news_.firstDraw = isNew ? news_.frameSeconds : news_.firstDraw;
+    news_.document = record_->document;
     news_.revision = record_->revision;
     news_.isTooSlow = false;
     news_.failure.clear();

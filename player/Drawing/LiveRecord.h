@@ -47,6 +47,7 @@ struct LiveRecord {
 
 // The state of the drawing thread after a frame, or instead of one.
 struct LiveNews {
+    std::uint64_t document = 0; // whose picture is shown; 0: none
     std::uint64_t revision = 0; // of the program that is shown; 0: none
     double time = 0;            // seconds of the episode, of the frame shown
     PixelSize picture{};        // pixels drawn

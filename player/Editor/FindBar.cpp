@@ -39,7 +39,7 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent) {
     matchesCase_ = box(tr("Case"), 3);
     isExpression_ = box(tr("Expression"), 4);
     button(tr("Replace"), 1, 1, &FindBar::replace);
-    button(tr("All"), 1, 2, &FindBar::replaceAll);
+    button(tr("Replace all"), 1, 2, &FindBar::replaceAll);
     answer_ = new QLabel;
     rows->addWidget(answer_, 1, 3, 1, 2);
     connect(text_, &QLineEdit::returnPressed, this, &FindBar::findNext);
@@ -74,10 +74,13 @@ bool FindBar::isLine() const {
 }
 
 void FindBar::findNext() {
-    if (isLine() && editor_ != nullptr)
-        editor_->goTo(text_->text().mid(1).toInt(), 1);
-    else
+    if (!isLine() || editor_ == nullptr) {
         search(true, false);
+        return;
+    }
+    editor_->goTo(text_->text().mid(1).toInt(), 1);
+    text_->clear();
+    leave();
 }
 
 void FindBar::findPrevious() {
@@ -137,6 +140,10 @@ void FindBar::keyPressEvent(QKeyEvent* event) {
         QWidget::keyPressEvent(event);
         return;
     }
+    leave();
+}
+
+void FindBar::leave() {
     hide();
     if (editor_ != nullptr)
         editor_->setFocus();

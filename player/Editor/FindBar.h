@@ -38,6 +38,7 @@ class FindBar : public QWidget {
     void replace();
     void replaceAll();
     void report(const QString& text);
+    void leave(); // to the editor
 
     EpisodeEditor* editor_ = nullptr;
     QLineEdit* text_;

@@ -35,12 +35,13 @@ RangeForm::RangeForm(double length, const std::optional<LoopRange>& loop, QWidge
     from_ = secondsBox(tr("From, in seconds"), aDay);
     to_ = secondsBox(tr("To, in seconds"), 2 * aDay);
     to_->setValue(length_);
-    grid->addWidget(whole_, 0, 0, 1, 4);
-    grid->addWidget(looped_, 1, 0, 1, 4);
+    grid->addWidget(whole_, 0, 0, 1, 5);
+    grid->addWidget(looped_, 1, 0, 1, 5);
     grid->addWidget(custom_, 2, 0);
     grid->addWidget(from_, 2, 1);
     grid->addWidget(new QLabel(tr("to")), 2, 2);
     grid->addWidget(to_, 2, 3);
+    grid->setColumnStretch(4, 1);
     (loop_ ? looped_ : whole_)->setChecked(true);
     for (QRadioButton* button : {whole_, looped_, custom_})
         connect(button, &QRadioButton::toggled, this, &RangeForm::changed);

@@ -44,7 +44,7 @@ struct SaverActions::Made {
 
 SaverActions::SaverActions(Player& player, QMainWindow& window, Actions& actions, CopyOf copyOf)
     : QObject(&window), player_(player), window_(window), copyOf_(std::move(copyOf)) {
-    actions.add(ActionMenu::file, tr("Save as sc&reen saver..."), {}, [this] { save(); });
+    actions.add(ActionMenu::file, tr("Save as screen sa&ver..."), {}, [this] { save(); });
 }
 
 void SaverActions::save() {

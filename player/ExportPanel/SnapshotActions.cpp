@@ -44,9 +44,9 @@ SnapshotActions::SnapshotActions(Player& player, QMainWindow& window, Actions& a
                                  ExportQueue& queue, CopyOf copyOf)
     : QObject(&window), player_(player), window_(window), queue_(queue), copyOf_(std::move(copyOf)),
       folders_(player.userSettings()) {
-    actions.add(ActionMenu::file, tr("Save s&napshot"), QKeySequence(tr("Ctrl+Shift+S")),
+    actions.add(ActionMenu::file, tr("Save snaps&hot"), QKeySequence(tr("Ctrl+Shift+S")),
                 [this] { save(); });
-    actions.add(ActionMenu::file, tr("Save snapshot a&t size..."),
+    actions.add(ActionMenu::file, tr("Save snapshot at si&ze..."),
                 QKeySequence(tr("Ctrl+Alt+Shift+S")), [this] { drawAtSize(); });
     actions.add(ActionMenu::file, tr("Copy &picture"), QKeySequence(tr("Ctrl+Shift+C")), [this] {
         take([this](const Picture& picture) {

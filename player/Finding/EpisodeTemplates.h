@@ -19,8 +19,8 @@ inline constexpr std::array<EpisodeTemplate, 5> episodeTemplates{{
     {"Picture", "A colour for each pixel", &ShaderTemplate::newShader},
     {"Particles", "A cloud of moving points", &ShaderTemplate::particlesShader},
     {"Grid", "A surface that bends", &ShaderTemplate::gridShader},
-    {"Sound", "A tune, and a picture that hears it", &ShaderTemplate::soundShader},
-    {"Inputs", "Live sound, channels, the previous frame", &ShaderTemplate::inputsShader},
+    {"Sound", "A tune and its picture", &ShaderTemplate::soundShader},
+    {"Inputs", "Sound, channels, feedback", &ShaderTemplate::inputsShader},
 }};
 
 } // namespace tarnwick::player

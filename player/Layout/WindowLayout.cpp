@@ -1,5 +1,6 @@
 #include "player/Layout/WindowLayout.h"
 
+#include "player/Layout/DarkStyle.h"
 #include "player/Layout/Themes.h"
 
 #include <QActionGroup>
@@ -62,11 +63,14 @@ void WindowLayout::addThemes(Actions& actions) {
 
 void WindowLayout::setTheme(const QString& theme) {
     kept_.set(QLatin1String(themeKey), theme);
+    if (theme == QLatin1String("dark")) {
+        QApplication::setStyle(new DarkStyle);
+        QApplication::setPalette(darkPalette());
+        return;
+    }
     const bool isDesktop = theme == QLatin1String("desktop");
     QApplication::setStyle(isDesktop ? desktopStyle_ : QStringLiteral("fusion"));
-    QApplication::setPalette(isDesktop                        ? desktopPalette_
-                             : theme == QLatin1String("dark") ? darkPalette()
-                                                              : lightPalette());
+    QApplication::setPalette(isDesktop ? desktopPalette_ : lightPalette());
 }
 
 void WindowLayout::restore() {

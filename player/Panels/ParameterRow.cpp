@@ -69,6 +69,8 @@ void ParameterRow::makeControls() {
     slider_->setRange(0, sliderSteps);
     entry_ = new QDoubleSpinBox;
     entry_->setKeyboardTracking(false);
+    entry_->setDecimals(fewestDecimals); // rows of most parameters are equally wide
+    entry_->setMinimumWidth(entry_->sizeHint().width());
     key_ = new QToolButton;
     key_->setText(QStringLiteral("\u25C6"));
     key_->setCheckable(true);
@@ -95,6 +97,7 @@ void ParameterRow::setParam(const ParamDecl& param) {
     label_->setText(name);
     label_->setToolTip(detail);
     description_->setText(detail);
+    description_->setToolTip(detail);
     slider_->setAccessibleName(name);
     slider_->setAccessibleDescription(detail);
     entry_->setDecimals(decimalsOf(param));

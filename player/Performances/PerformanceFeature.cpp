@@ -14,14 +14,14 @@ PerformanceFeature::PerformanceFeature(Player& player, QMainWindow& window, Acti
     : QObject(&window), performer_(player, std::move(inputsOf)),
       panel_(new PerformancesPanel(player, performer_)) {
     actions.separate(ActionMenu::play);
-    record_ = actions.add(ActionMenu::play, tr("&Record performance"), QKeySequence(tr("Ctrl+R")),
+    record_ = actions.add(ActionMenu::play, tr("Re&cord performance"), QKeySequence(tr("Ctrl+R")),
                           [this] {
                               if (performer_.isRecording())
                                   performer_.stopRecording();
                               else
                                   performer_.record();
                           });
-    replay_ = actions.add(ActionMenu::play, tr("Re&play last performance"),
+    replay_ = actions.add(ActionMenu::play, tr("Repla&y last performance"),
                           QKeySequence(tr("Ctrl+Shift+R")), [this] {
                               if (performer_.isReplaying())
                                   performer_.stopReplay();
@@ -41,9 +41,9 @@ QWidget* PerformanceFeature::panel() const {
 }
 
 void PerformanceFeature::showState() {
-    record_->setText(performer_.isRecording() ? tr("Stop &recording") : tr("&Record performance"));
-    replay_->setText(performer_.isReplaying() ? tr("Stop re&play")
-                                              : tr("Re&play last performance"));
+    record_->setText(performer_.isRecording() ? tr("Stop re&cording") : tr("Re&cord performance"));
+    replay_->setText(performer_.isReplaying() ? tr("Stop repla&y")
+                                              : tr("Repla&y last performance"));
     showSeconds();
 }
 

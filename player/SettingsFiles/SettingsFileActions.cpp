@@ -22,7 +22,7 @@ struct Row {
 constexpr std::array<Row, 3> rows{{
     {SettingsPart::all, "Load &settings...", "Save s&ettings as...", " settings"},
     {SettingsPart::values, "Load &values...", "Save v&alues as...", " values"},
-    {SettingsPart::keys, "Load &keys...", "Save k&eys as...", " keys"},
+    {SettingsPart::keys, "Load &keys...", "Save ke&ys as...", " keys"},
 }};
 
 QString filter() {

@@ -22,13 +22,13 @@ QString words(const char* text) {
 
 void addVolumeActions(SoundControls& sound, Actions& actions) {
     const auto live = ActionMenu::live;
-    QAction* mute = actions.add(live, words("&Mute"), QKeySequence(words("Ctrl+Shift+M")), [] {});
+    QAction* mute = actions.add(live, words("M&ute"), QKeySequence(words("Ctrl+Shift+M")), [] {});
     mute->setCheckable(true);
     QObject::connect(mute, &QAction::triggered, &sound, &SoundControls::setMuted);
     const auto show = [&sound, mute] { mute->setChecked(sound.volume().isMuted); };
     QObject::connect(&sound, &SoundControls::volumeChanged, mute, show);
     show();
-    actions.add(live, words("&Louder"), QKeySequence(words("Ctrl+Shift+Up")),
+    actions.add(live, words("Loud&er"), QKeySequence(words("Ctrl+Shift+Up")),
                 [&sound] { sound.addVolume(volumeStep); });
     actions.add(live, words("&Quieter"), QKeySequence(words("Ctrl+Shift+Down")),
                 [&sound] { sound.addVolume(-volumeStep); });
@@ -36,7 +36,7 @@ void addVolumeActions(SoundControls& sound, Actions& actions) {
 
 void addInputActions(SoundControls& sound, Actions& actions) {
     using Kind = SoundInput::Kind;
-    QMenu* inputs = actions.submenu(ActionMenu::live, words("Sound &input"));
+    QMenu* inputs = actions.submenu(ActionMenu::live, words("Sound in&put"));
     auto* group = new QActionGroup(&sound);
     const auto add = [&](const QString& text, Kind kind, std::function<void()> run) {
         QAction* action = actions.add(inputs, text, std::move(run));

@@ -21,7 +21,7 @@ StartActions::StartActions(Player& player, QMainWindow& window, Actions& actions
                            ThumbnailService& service, std::function<void()> openByDialog)
     : QObject(&window), player_(player), window_(window) {
     addMenu(actions);
-    actions.add(ActionMenu::view, tr("&Start page"), QKeySequence(tr("Ctrl+Shift+H")),
+    actions.add(ActionMenu::view, tr("Start pa&ge"), QKeySequence(tr("Ctrl+Shift+H")),
                 [this] { toggle(); });
     whole_ = new QStackedWidget;
     whole_->addWidget(window_.takeCentralWidget());

@@ -14,14 +14,14 @@ struct Row {
 };
 
 constexpr std::array<Row, 8> rows{{
-    {"R&andomise parameters", "Ctrl+Alt+Shift+V", &VariationsPanel::randomise},
-    {"New &variations", "Ctrl+Alt+V", &VariationsPanel::vary},
+    {"Ra&ndomise parameters", "Ctrl+Alt+Shift+V", &VariationsPanel::randomise},
+    {"New varia&tions", "Ctrl+Alt+V", &VariationsPanel::vary},
     {"Keep snapshot &A", "Ctrl+Alt+1", &VariationsPanel::keepA},
-    {"Keep snapshot &B", "Ctrl+Alt+2", &VariationsPanel::keepB},
-    {"&Morph towards A", "Ctrl+Alt+,", &VariationsPanel::morphTowardsA},
+    {"Keep &snapshot B", "Ctrl+Alt+2", &VariationsPanel::keepB},
+    {"Morph to&wards A", "Ctrl+Alt+,", &VariationsPanel::morphTowardsA},
     {"M&orph towards B", "Ctrl+Alt+.", &VariationsPanel::morphTowardsB},
-    {"R&eset all parameters", "Ctrl+Alt+0", &VariationsPanel::resetAll},
-    {"&Export variations...", "Ctrl+Alt+E", &VariationsPanel::askForExport},
+    {"Reset all parameters", "Ctrl+Alt+0", &VariationsPanel::resetAll},
+    {"Export variations...", "Ctrl+Alt+E", &VariationsPanel::askForExport},
 }};
 
 } // namespace

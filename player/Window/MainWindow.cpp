@@ -55,9 +55,7 @@ QVBoxLayout* column(QWidget* widget) {
 // Within the display, with room for the frame that a window manager adds.
 QSize firstSize() {
     constexpr QSize wanted(1360, 820), frame(16, 48);
-    const QSize available = QGuiApplication::primaryScreen()->availableSize();
-    const bool fits = wanted.width() <= available.width() && wanted.height() <= available.height();
-    return fits ? wanted : wanted.boundedTo(available - frame);
+    return wanted.boundedTo(QGuiApplication::primaryScreen()->availableSize() - frame);
 }
 
 // What movies and stills of a document read.

@@ -70,7 +70,17 @@ QString PictureActions::message() const {
         return QString::fromStdString(trouble);
     if (document != nullptr && !document->program() && document->result() != nullptr)
         return tr("The episode does not compile yet.");
-    return {};
+    return document != nullptr && player_.news().document != document->id() ? waiting() : QString();
+}
+
+// Why the picture is still that of another episode, if that takes longer than a moment.
+QString PictureActions::waiting() const {
+    const LiveNews& news = player_.news();
+    if (news.warming)
+        return tr("Computing step %1 of %2 of this episode.")
+            .arg(news.warming->done)
+            .arg(news.warming->total);
+    return news.isInFrame ? tr("The first frame of this episode is being drawn.") : QString();
 }
 
 QString PictureActions::status() const {

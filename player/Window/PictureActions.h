@@ -25,6 +25,7 @@ class PictureActions : public QObject {
     void fitPicture();
     void showState();
     QString message() const; // over the picture; empty: none
+    QString waiting() const;
     QString status() const;
 
     Player& player_;

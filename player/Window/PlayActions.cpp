@@ -43,7 +43,7 @@ void addEditActions(Player& player, Actions& actions, DocumentTabs& tabs) {
                 [find] { find->find(); });
     actions.add(edit, Actions::tr("Find &next"), QKeySequence::FindNext,
                 [find] { find->findNext(); });
-    actions.add(edit, Actions::tr("Find &previous"), QKeySequence::FindPrevious,
+    actions.add(edit, Actions::tr("Find pre&vious"), QKeySequence::FindPrevious,
                 [find] { find->findPrevious(); });
     actions.add(edit, Actions::tr("&Go to line"), QKeySequence(Actions::tr("Ctrl+G")),
                 [find] { find->goToLine(); });
@@ -94,7 +94,7 @@ void addPlayActions(Actions& actions, TransportBar& transport) {
     loop(Actions::tr("Loop starts &here"), "Ctrl+Alt+I", "I", &TransportBar::setLoopStart);
     loop(Actions::tr("Loop &ends here"), "Ctrl+Alt+O", "O", &TransportBar::setLoopEnd);
     loop(Actions::tr("&Loop"), "Ctrl+Alt+W", "L", &TransportBar::toggleLoop);
-    actions.add(play, Actions::tr("&Clear loop range"), QKeySequence(Actions::tr("Ctrl+Alt+X")),
+    actions.add(play, Actions::tr("Clear loop ran&ge"), QKeySequence(Actions::tr("Ctrl+Alt+X")),
                 [bar] { bar->clearLoop(); });
 }
 

@@ -11,11 +11,15 @@
 
 #include <gtest/gtest.h>
 
+#include <QAction>
+#include <QKeySequence>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QSlider>
 #include <QTabWidget>
 #include <QTest>
+#include <map>
 
 namespace tarnwick::player {
 namespace {
@@ -114,7 +118,7 @@ TEST_F(Window, findsReplacesAndGoesToLines) {
     bar->findNext();
     EXPECT_EQ(editor->selectedText(), "p.red");
     for (QPushButton* button : bar->findChildren<QPushButton*>())
-        if (button->text() == "All")
+        if (button->text() == "Replace all")
             button->click();
     EXPECT_TRUE(editor->text().contains("float4(0.5, 0.0"));
     editor->undo();
@@ -124,6 +128,21 @@ TEST_F(Window, findsReplacesAndGoesToLines) {
     int line = 0, column = 0;
     editor->getCursorPosition(&line, &column);
     EXPECT_EQ(line, 2);
+}
+
+// The second entry with the same underlined letter needs more than one press.
+TEST_F(Window, underlinesALetterOnceInEachMenu) {
+    for (const QMenu* menu : window.findChildren<QMenu*>()) {
+        std::map<QString, QString> letters;
+        for (const QAction* action : menu->actions())
+            if (const QString letter = QKeySequence::mnemonic(action->text()).toString();
+                !letter.isEmpty()) {
+                const auto [other, isNew] = letters.emplace(letter, action->text());
+                EXPECT_TRUE(isNew)
+                    << menu->title().toStdString() << ": " << other->second.toStdString() << ", "
+                    << action->text().toStdString();
+            }
+    }
 }
 
 TEST_F(Window, hasATabForEachDocument) {

@@ -6,7 +6,7 @@
 # TARNWICK, DRAGGER: other programs.
 . "$(dirname "$0")/player.sh" Xvfb xdotool
 export QT_QPA_PLATFORM=xcb
-width=1360 height=820
+width=1376 height=868 # the size of the window, and room for a frame
 Xvfb -displayfd 3 -screen 0 ${width}x${height}x24 3>display 2>/dev/null &
 until [ -s display ]; do sleep 0.1; done
 DISPLAY=:$(cat display)

@@ -1,0 +1,20 @@
+// The style of the dark theme.
+#pragma once
+
+#include <QProxyStyle>
+
+namespace tarnwick::player {
+
+// Fusion, whose frames of check boxes, radio buttons and fields are darker than the window and
+// would not be seen on a dark one.
+class DarkStyle : public QProxyStyle {
+    Q_OBJECT
+
+  public:
+    DarkStyle() : QProxyStyle(QStringLiteral("fusion")) {}
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+};
+
+} // namespace tarnwick::player
