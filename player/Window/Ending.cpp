@@ -4,18 +4,22 @@
 #include <QSessionManager>
 #include <QSocketNotifier>
 #include <QThread>
+#include <chrono>
+#include <cstdio>
 #include <cstdlib>
+#include <thread>
 #include <utility>
 
 namespace tarnwick::player {
+namespace {
 
-struct Ending::Exit {
-    Player* player; // null once main() ends the program
-    std::function<void(const std::string&)> say;
-};
+constexpr int endedByQt = 1; // the status with which Qt ends the process
+
+} // namespace
 
 Ending::Ending(Player& player, std::function<void(const std::string&)> say)
-    : player_(player), exit_(new Exit{&player, std::move(say)}) {
+    : QObject(QCoreApplication::instance()), player_(player), say_(std::move(say)),
+      before_(qInstallMessageHandler(&Ending::hear)) {
     if (signals_.descriptor() >= 0) {
         auto* arrival = new QSocketNotifier(signals_.descriptor(), QSocketNotifier::Read, this);
         connect(arrival, &QSocketNotifier::activated, this, [this, arrival] {
@@ -32,27 +36,37 @@ Ending::Ending(Player& player, std::function<void(const std::string&)> say)
         connect(
             application, &QGuiApplication::commitDataRequest, this,
             [this](QSessionManager&) { player_.keepDraftsNow(); }, Qt::DirectConnection);
-    watchExit();
 }
 
 Ending::~Ending() {
-    exit_->player = nullptr;
+    qInstallMessageHandler(before_);
 }
 
-// Qt calls exit() when the connection to the X server or the compositor breaks. No event tells it
-// before.
-void Ending::watchExit() {
-    on_exit(
-        [](int status, void* data) {
-            const auto& exit = *static_cast<const Exit*>(data);
-            if (exit.player == nullptr || QThread::currentThread() != exit.player->thread())
-                return;
-            endSoon(status); // a disk or a driver may not answer
-            exit.player->keepDraftsNow();
-            exit.say("The connection to the display broke. Unsaved work is kept and offered at the "
-                     "next start.");
-        },
-        exit_);
+// When the connection to the X server or the compositor breaks, Qt prints a warning, "The X11
+// connection broke (error 1)", and calls exit(). No event tells it. The destructors of exit()
+// destroy what the driver's compiler threads still use, so that a draft must be written before.
+void Ending::hear(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    const QCoreApplication* application = QCoreApplication::instance();
+    Ending* ending = nullptr;
+    if (application != nullptr && QThread::currentThread() == application->thread())
+        ending = application->findChild<Ending*>(QString(), Qt::FindDirectChildrenOnly);
+    if (ending == nullptr) {
+        std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, message)));
+        return;
+    }
+    ending->before_(type, context, message);
+    if (message.startsWith(QStringLiteral("The X11 connection broke")) ||
+        message.startsWith(QStringLiteral("The Wayland connection")))
+        ending->endWithoutDisplay();
+}
+
+void Ending::endWithoutDisplay() {
+    endSoon(endedByQt); // a disk may not answer
+    player_.keepDraftsNow();
+    say_("The connection to the display broke. Unsaved work is kept and offered at the next "
+         "start.");
+    std::this_thread::sleep_for(std::chrono::hours(1)); // endSoon() ends the process
+    std::abort();
 }
 
 } // namespace tarnwick::player

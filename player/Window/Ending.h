@@ -7,13 +7,12 @@
 
 #include <QObject>
 #include <functional>
-#include <memory>
 #include <string>
 
 namespace tarnwick::player {
 
 // On the thread of the windows. The process then ends without questions, and the next player offers
-// the drafts.
+// the drafts. One at a time, a child of the application while it lives.
 class Ending : public QObject {
     Q_OBJECT
 
@@ -23,13 +22,13 @@ class Ending : public QObject {
     ~Ending() override;
 
   private:
-    struct Exit;
-
-    void watchExit();
+    [[noreturn]] void endWithoutDisplay();
+    static void hear(QtMsgType type, const QMessageLogContext& context, const QString& message);
 
     Player& player_;
+    std::function<void(const std::string&)> say_;
     HeldSignals signals_;
-    Exit* exit_; // never deleted: exit() may come after this
+    QtMessageHandler before_;
 };
 
 } // namespace tarnwick::player
