@@ -21,10 +21,10 @@ done
 mv "$folder/first" "$folder/moved place"
 tree="$folder/moved place"
 libraries=$(dirname "$(find "$tree" -name libtarnwick-msl.so.1)")
-example=$tree/share/doc/tarnwick-dev/examples/triangle.c
+examples=$tree/share/doc/tarnwick-dev/examples
 
 export PKG_CONFIG_PATH="$libraries/pkgconfig"
-eval "cc -std=c11 -Wall -Wextra -Wno-missing-field-initializers -Werror '$example' -o '$folder/triangle' \
+eval "cc -std=c11 -Wall -Wextra -Wno-missing-field-initializers -Werror '$examples/triangle.c' '$examples/canvas.c' -o '$folder/triangle' \
     $(pkg-config --cflags --libs tarnwick-msl vulkan)"
 LD_LIBRARY_PATH="$libraries" VK_INSTANCE_LAYERS=VK_LAYER_KHRONOS_validation \
     "$folder/triangle" "$folder/triangle.ppm" >"$folder/log" 2>&1 || { cat "$folder/log"; fail 'No triangle.'; }

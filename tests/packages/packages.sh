@@ -134,7 +134,7 @@ user tarnwick play --version
 echo "A program with the compiler"
 inside sh -c 'apt-get -qq install -y --no-install-recommends /tmp/packages/tarnwick-dev_*.deb \
     gcc libc6-dev libvulkan-dev pkg-config >/dev/null'
-user sh -c 'gcc -std=c11 -Wall -Werror /usr/share/doc/tarnwick-dev/examples/triangle.c -o /tmp/home/triangle \
+user sh -c 'gcc -std=c11 -Wall -Werror /usr/share/doc/tarnwick-dev/examples/*.c -o /tmp/home/triangle \
     $(pkg-config --cflags --libs tarnwick-msl vulkan) && /tmp/home/triangle /tmp/home/triangle.ppm'
 [ "$(head -c 14 "$root/tmp/home/triangle.ppm" | tr '\n' ' ')" = 'P6 256 256 255' ] || fail "There is no triangle."
 range=$(user ffmpeg -v error -i /tmp/home/triangle.ppm -vf signalstats,metadata=print:file=- -f null - |
