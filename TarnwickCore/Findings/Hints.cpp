@@ -215,7 +215,7 @@ std::string_view unknownName(std::string_view message) {
           "no type named '", "no member named '"})
         if (const std::string_view name = quotedAfter(message, lead); !name.empty())
             return name;
-    // 'uniform' is not supported on this platform
+    // 'double' is not supported in Metal
     return message.find("' is not supported") != std::string_view::npos ? quotedAfter(message, "'")
                                                                         : "";
 }

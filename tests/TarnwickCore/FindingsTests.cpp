@@ -41,7 +41,7 @@ TEST(Findings, haveHintsForUnknownNames) {
         {"vec3 c;", 1, "unknown type name 'vec3'", "vec3 is float3 in Metal"},
         {"x = iTime;", 5, undeclared + "'iTime'", "iTime is u.time in an episode"},
         {"x = frac(y);", 5, undeclared + "'frac'; did you mean 'fract'?", "frac is fract in Metal"},
-        {"uniform float t;", 1, "'uniform' is not supported on this platform",
+        {"uniform float t;", 1, "unknown type name 'uniform'",
          "time and resolution are u.time and u.resolution; others are parameters: // @param name "
          "default min max, then p.name"},
         {"x = atan(y, x);", 5, "no matching function for call to 'atan'",

@@ -20,7 +20,7 @@ static constexpr const char* otherHeaders[] = {
     "metal_assert",       "metal_config",    "metal_extended_vector", "metal_packed_vector",
     "metal_type_traits",  "metal_utility",   "metal_quadgroup",       "metal_stdlib.h",
     "metal_tessellation", "metal_logging",   "metal_raytracing",      "metal_mesh",
-    "initializer_list"};
+    "metal_uniform",      "initializer_list"};
 
 FileSystem fileSystem(std::string_view precompiled) {
     llvm::IntrusiveRefCntPtr<llvm::vfs::InMemoryFileSystem> files =

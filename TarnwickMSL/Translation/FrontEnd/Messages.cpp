@@ -131,13 +131,13 @@ static void nameMissing(llvm::SmallString<256>& message) {
         message = missing("'" + name + "'");
 }
 
-// Meshes have internal names (Library/types/meshes.h).
-static void nameMeshes(llvm::SmallString<256>& message) {
-    if (!message.str().contains("msl_mesh") && !message.str().contains("msl_topology"))
+// Meshes and uniform types have internal names (Library/types/meshes.h, uniforms.h).
+static void nameLibraryWords(llvm::SmallString<256>& message) {
+    if (!message.str().contains("msl_"))
         return;
     std::string text = message.str().str();
-    replaceAll(text, "msl_mesh", "mesh");
-    replaceAll(text, "msl_topology", "topology");
+    for (const char* word : {"mesh", "topology", "uniform"})
+        replaceAll(text, std::string("msl_") + word, word);
     message = text;
 }
 
@@ -220,7 +220,7 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
     nameMissing(message);
     const bool isInternal = cutInternalSuggestion(message);
     nameVectors(message);
-    nameMeshes(message);
+    nameLibraryWords(message);
     nameTextures(message);
     if (!diagnostic.hasSourceManager() || !diagnostic.getLocation().isValid() || !text) {
         out << (level == Level::Warning ? "warning: " : "error: ") << message << '\n';

@@ -12,14 +12,14 @@ static constexpr std::array<std::string_view, 4> attributes{
     "alias_implicit_imageblock", "imageblock_data", "intersection", "tile",
 };
 
-// Sorted. 2.11 (imageblocks), 2.14 to 2.17, 6.13, 6.16 (commands), 6.17 and 6.18 (rays).
-static constexpr std::array<std::string_view, 14> names{
+// Sorted. 2.11 (imageblocks), 2.15 to 2.17, 6.13, 6.16 (commands), 6.17 and 6.18 (rays).
+static constexpr std::array<std::string_view, 13> names{
     "command_buffer", "compute_command", "imageblock",
     "imageblock_layout_explicit", "imageblock_layout_implicit", "imageblock_slice",
     "intersection_function_table",
     "rasterization_rate_map_data", "rasterization_rate_map_decoder", "ray_data",
     "render_command",
-    "threadgroup_imageblock", "uniform", "visible_function_table",
+    "threadgroup_imageblock", "visible_function_table",
 };
 // clang-format on
 static_assert(std::ranges::is_sorted(attributes) && std::ranges::is_sorted(names));
@@ -47,8 +47,9 @@ static constexpr std::array tileWords{
 std::string missing(std::string_view what) {
     std::string message = std::string(what) + " is not supported on this platform";
     if (what.ends_with("'visible_function_table'"))
-        message += ": the host fills the table at run time, and Vulkan has no calls of functions of "
-                   "other modules";
+        message +=
+            ": the host fills the table at run time, and Vulkan has no calls of functions of "
+            "other modules";
     if (std::ranges::any_of(tileWords, [&](std::string_view word) { return what.ends_with(word); }))
         message += ": Vulkan has no memory of tiles that kernels and render passes share";
     return message;

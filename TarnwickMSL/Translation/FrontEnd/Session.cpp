@@ -9,6 +9,7 @@
 #include "TarnwickMSL/Translation/FrontEnd/Session/ProgramConsumer.h"
 #include "TarnwickMSL/Translation/FrontEnd/Session/Wrappers.h"
 #include "TarnwickMSL/Translation/FrontEnd/Tokens.h"
+#include "TarnwickMSL/Translation/FrontEnd/Uniforms.h"
 #include "TarnwickMSL/Translation/FrontEnd/Warnings.h"
 
 #include <clang/AST/ASTContext.h>
@@ -283,6 +284,7 @@ void Session::generate(Parsed& parsed, llvm::LLVMContext& context, const ParseOp
     std::vector<Entry> entries = readEntries(declarations, program);
     std::vector<OpenConstant> constants = readConstants(declarations, program);
     if (diagnostics.hasErrorOccurred())
+    checkUniforms(instance.getASTContext(), program);
         return;
     if (!moreWarningsIn.empty())
         warnMore(declarations, program, moreWarningsIn);

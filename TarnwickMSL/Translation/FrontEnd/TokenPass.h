@@ -62,6 +62,7 @@ class TokenPass {
     llvm::SmallPtrSet<const IdentifierInfo*, 16> vectorMemberNames;
     std::vector<std::size_t> initialiserLists;
     bool isCoherent = false;                   // some pointer is
+    bool ownsUniform = false;                  // the program declares a name `uniform`
     std::size_t entryOpen = 0, entryClose = 0; // the parentheses around an entry point's arguments
 
     bool is(std::size_t i, tok::TokenKind kind) const {
@@ -101,6 +102,7 @@ class TokenPass {
     bool isNameNotKeyword(std::size_t i);
     std::size_t coherentLength(std::size_t i) const;
     bool hasCoherence() const;
+    bool declaresUniform() const;
     bool hasArguments(std::size_t open, unsigned count) const;
     const char* libraryWord(std::size_t i) const;
     bool isThreadgroupVariable(std::size_t i) const;

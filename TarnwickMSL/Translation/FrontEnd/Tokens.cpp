@@ -137,12 +137,14 @@ bool TokenPass::hasArguments(std::size_t open, unsigned count) const {
     return found >= count;
 }
 
-// The library's name of the `mesh` or `topology` at i; null if it is a name of the program. The
-// library has them by other names, because programs name functions so.
+// The library's name of the `mesh`, `topology` or `uniform` at i; null if it is a name of the
+// program. The library has them by other names, because programs name functions so.
 const char* TokenPass::libraryWord(std::size_t i) const {
     const bool isOfMetal = i > 1 && is(i - 1, tok::coloncolon) && isWord(i - 2, "metal");
     if (isWord(i, "mesh") && (isOfMetal || hasArguments(i + 1, 5)))
         return "msl_mesh";
+    if (isWord(i, "uniform") && (isOfMetal || (!ownsUniform && is(i + 1, tok::less))))
+        return "msl_uniform";
     const bool isKind =
         is(i + 1, tok::coloncolon) &&
         (isWord(i + 2, "point") || isWord(i + 2, "line") || isWord(i + 2, "triangle"));
@@ -156,6 +158,17 @@ bool TokenPass::hasCoherence() const {
     for (std::size_t i = 0; i < tokens.size(); ++i)
         if (coherentLength(i))
             return true;
+    return false;
+}
+
+// Whether the program has a variable, a function or a type of its own with the name `uniform`.
+bool TokenPass::declaresUniform() const {
+    for (std::size_t i = 1; i < tokens.size(); ++i) {
+        const bool isRecord = tokens[i - 1].isOneOf(tok::kw_struct, tok::kw_class, tok::kw_union);
+        if (isWord(i, "uniform") && !is(i - 1, tok::coloncolon) &&
+            (isRecord || !is(i + 1, tok::less)))
+            return true;
+    }
     return false;
 }
 
@@ -450,6 +463,7 @@ void TokenPass::forbidden(std::size_t i) {
 
 std::vector<Token> TokenPass::run() {
     isCoherent = hasCoherence();
+    ownsUniform = declaresUniform();
     const Token end = tokens.back(); // may have been changed as the match of an unclosed bracket
     for (std::size_t i = 0; i < tokens.size();) {
         const Token& token = tokens[i];
@@ -484,6 +498,11 @@ std::vector<Token> TokenPass::run() {
         if (const char* word = libraryWord(i)) {
             edits[i].dropped = true;
             append(edits[i].after, word, token.getLocation());
+            if (const auto span = constructedType(i)) { // `uniform<float3>(v)`
+                type(i, *span);
+                if (edits[i + 1].dropped)
+                    edits[i].after.clear(); // the constructor's call has the type
+            }
             ++i;
             continue;
         }

@@ -1,6 +1,6 @@
 // Variables, members and functions that bear names of attributes, stages, types and functions that
 // mean something elsewhere (1.5).
-// @expects 21 | 6 | 15 | 9 | 2.5 | 3
+// @expects 21 | 6 | 15 | 9 | 2.5 | 3 | 1
 #include <metal_stdlib>
 using namespace metal;
 
@@ -24,4 +24,5 @@ kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1
     out[3] = sq(in[3]) * noise(mod(in[4], 2)) + rotate(vec2(0), in[1]).x;
     out[4] = lerp(in[2], in[3], 0.5);
     out[5] = topology(in[1]);
+    out[6] = uniform < in[6] && in[7] > in[2];
 }

@@ -63,6 +63,13 @@ std::optional<TokenPass::TypeSpan> TokenPass::constructedType(std::size_t i) con
             return TypeSpan{i, close + 1};
         return std::nullopt;
     }
+    if (is(i + 1, tok::less) && libraryWord(i)) {
+        const std::size_t close = scopes.angleEnd(i + 1);
+        const auto inner = writtenType(i + 2);
+        if (close && inner && inner->end == close)
+            return TypeSpan{i, close + 1, inner->span.isDeduced};
+        return std::nullopt;
+    }
     if (is(i + 1, tok::less))
         return tracedType(i);
     const NameKind kind = names.kindAt(name, i);
