@@ -81,6 +81,8 @@ std::vector<const char*> compilerOptions() {
             "-Wno-unused-value",
             "-Wno-literal-conversion",
             "-Wno-pragma-once-outside-header",
+            "-Wno-c23-extensions", // #embed is an error here
+            "-disable-pragma-debug-crash", // `#pragma clang __debug crash`
             "-D__METAL__=1",
             "-D__METAL_VERSION__=310",
             "-DMETAL_INTERNAL_STD_VERSION=310",

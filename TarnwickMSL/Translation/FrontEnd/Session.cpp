@@ -33,6 +33,8 @@ namespace {
 // Declarations of programs are never freed. Bytes of text.
 constexpr std::size_t mostText = 1u << 19;
 
+constexpr llvm::StringLiteral programName = "program_source";
+
 class LibraryReading : public MetalAction {
   protected:
     std::unique_ptr<clang::ASTConsumer> CreateASTConsumer(clang::CompilerInstance&,
@@ -98,6 +100,14 @@ void removeNames(clang::ASTContext& context, const clang::Preprocessor& preproce
             static_cast<clang::OverloadedOperatorKind>(kind)));
 }
 
+// `#embed` and `__has_embed` ask Clang 19 for the file that they stand in, and a text in memory has
+// none. All programs may have the same, because nothing includes it.
+void giveFile(clang::SourceManager& sources, clang::FileID text, llvm::StringRef name) {
+    const clang::SrcMgr::FileInfo& info = sources.getSLocEntry(text).getFile();
+    const_cast<clang::SrcMgr::ContentCache&>(info.getContentCache()).OrigEntry =
+        sources.getFileManager().getVirtualFileRef(name, 0, 0);
+}
+
 // Removes the program's tokens, which have two more ends than the parser reads: it may have looked
 // at the second one.
 void leaveTokens(clang::Preprocessor& preprocessor) {
@@ -115,7 +125,7 @@ Session::Session(FileSystem files, const std::string& moreWarningsIn,
       compiler(Compiler::Work::program, std::move(files), text, moreWarningsIn, includes),
       action(std::make_unique<LibraryReading>()) {
     static constexpr llvm::StringLiteral nothing = "";
-    const llvm::MemoryBufferRef buffer(nothing, "program_source");
+    const llvm::MemoryBufferRef buffer(nothing, programName);
     isBegun = compiler.begin(
         *action, clang::FrontendInputFile(buffer, clang::InputKind(clang::Language::CXX)));
     isOver = !isBegun;
@@ -127,7 +137,7 @@ Session::Session(FileSystem files, const std::string& moreWarningsIn,
     do {
         preprocessor.Lex(token);
     } while (token.isNot(clang::tok::eof));
-    auto noted = std::make_unique<Macros>(preprocessor.getSourceManager());
+    auto noted = std::make_unique<Macros>(preprocessor);
     macros = noted.get();
     preprocessor.addPPCallbacks(std::move(noted));
 }
@@ -214,8 +224,11 @@ void Session::start(std::string_view source) {
     clang::CompilerInstance& instance = compiler.clang();
     clang::SourceManager& sources = instance.getSourceManager();
     instance.getLangOpts().ZVector = 0;
-    sources.setMainFileID(
-        sources.createFileID(llvm::MemoryBuffer::getMemBufferCopy(source, "program_source")));
+    const clang::FileID text =
+        sources.createFileID(llvm::MemoryBuffer::getMemBufferCopy(source, programName));
+    if (llvm::StringRef(source).contains("embed"))
+        giveFile(sources, text, programName);
+    sources.setMainFileID(text);
     instance.getASTContext().getExternalSource()->StartTranslationUnit(nullptr);
     instance.setASTConsumer(std::make_unique<ProgramConsumer>());
     instance.createSema(clang::TU_Complete, nullptr);
@@ -271,6 +284,7 @@ bool Session::check() {
         return false;
     isOver = changesLibrary(program);
     checkRules(instance.getASTContext(), program);
+    checkUniforms(instance.getASTContext(), program);
     return true;
 }
 
@@ -284,7 +298,6 @@ void Session::generate(Parsed& parsed, llvm::LLVMContext& context, const ParseOp
     std::vector<Entry> entries = readEntries(declarations, program);
     std::vector<OpenConstant> constants = readConstants(declarations, program);
     if (diagnostics.hasErrorOccurred())
-    checkUniforms(instance.getASTContext(), program);
         return;
     if (!moreWarningsIn.empty())
         warnMore(declarations, program, moreWarningsIn);

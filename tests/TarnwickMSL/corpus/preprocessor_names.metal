@@ -1,5 +1,5 @@
 // The compiler's own macros, pragmas, conditions on headers and versions, pasting, variadic macros (1.5.3).
-// @expects 1 | 310 | 3 | 12 | 6 | 1 | 1 0 | 9
+// @expects 1 | 310 | 3 | 12 | 6 | 1 | 1 0 | 9 | 1
 #pragma once
 #include <metal_stdlib>
 #pragma mark - Functions
@@ -20,6 +20,12 @@ constant int version = __METAL_VERSION__;
 #if __has_include(<metal_math>) && !__has_include(<nowhere>)
 constant int hasMath = 1;
 #endif
+#if defined(__has_embed) && __has_embed("nowhere")
+#error "there are no files beside a program"
+#elif 0
+#embed "nowhere"
+#endif
+#pragma clang __debug crash
 
 float sum(float a, float b, float c) { return a + b + c; }
 
@@ -36,4 +42,5 @@ kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1
     for (int i = 0; i < 3; i++) out[8] = i == 0 ? 3 : out[8] + 3;
 #pragma clang loop unroll(disable)
     for (int i = 0; i < int(in[1]); i++) out[8] += 0;
+    out[9] = in[1];
 }

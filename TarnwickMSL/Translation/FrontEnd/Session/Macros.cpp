@@ -1,5 +1,7 @@
 #include "TarnwickMSL/Translation/FrontEnd/Session/Macros.h"
 
+#include "TarnwickMSL/Translation/FrontEnd/Messages.h"
+
 #include <clang/Basic/SourceManager.h>
 #include <clang/Lex/MacroInfo.h>
 #include <clang/Lex/Preprocessor.h>
@@ -24,12 +26,18 @@ void Macros::MacroUndefined(const clang::Token& name, const clang::MacroDefiniti
 // Pragmas about loops belong to a statement.
 void Macros::PragmaDirective(clang::SourceLocation at, clang::PragmaIntroducerKind kind) {
     bool isInvalid = kind != clang::PIK_HashPragma;
-    llvm::StringRef line = sources.getCharacterData(at, &isInvalid);
+    llvm::StringRef line = preprocessor.getSourceManager().getCharacterData(at, &isInvalid);
     for (const llvm::StringRef word : {"#", "pragma", ""})
         line.consume_front(word), line = line.ltrim(" \t");
     const bool isOfProgram = line.starts_with("unroll") || line.starts_with("nounroll") ||
                              line.starts_with("clang loop ");
     isOther = isOther || isInvalid || kind != clang::PIK_HashPragma || !isOfProgram;
+}
+
+// Only files of the library can be found.
+void Macros::EmbedDirective(clang::SourceLocation at, llvm::StringRef, bool,
+                            clang::OptionalFileEntryRef, const clang::LexEmbedParametersResult&) {
+    reportError(preprocessor.getDiagnostics(), at, "'#embed' is not supported in Metal");
 }
 
 bool Macros::remove(clang::Preprocessor& preprocessor) {

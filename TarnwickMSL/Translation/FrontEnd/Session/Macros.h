@@ -1,4 +1,4 @@
-// The macros that a program defines.
+// The macros that a program defines, and its directives that concern more than itself.
 #pragma once
 
 #include <clang/Lex/PPCallbacks.h>
@@ -7,7 +7,6 @@
 namespace clang {
 class IdentifierInfo;
 class Preprocessor;
-class SourceManager;
 } // namespace clang
 
 namespace tarnwick::msl {
@@ -15,14 +14,14 @@ namespace tarnwick::msl {
 // Notes them while the preprocessor reads the program.
 class Macros : public clang::PPCallbacks {
   public:
-    explicit Macros(const clang::SourceManager& sources) : sources(sources) {}
+    explicit Macros(const clang::Preprocessor& preprocessor) : preprocessor(preprocessor) {}
 
     // Removes the macros noted. False if the program did more than to define its own: if it changed
     // those of the library, or has a #pragma whose effect may reach beyond the program.
     bool remove(clang::Preprocessor& preprocessor);
 
   private:
-    const clang::SourceManager& sources;
+    const clang::Preprocessor& preprocessor;
     llvm::SetVector<clang::IdentifierInfo*> own;
     bool isOther = false;
 
@@ -30,6 +29,9 @@ class Macros : public clang::PPCallbacks {
     void MacroUndefined(const clang::Token& name, const clang::MacroDefinition& definition,
                         const clang::MacroDirective* directive) override;
     void PragmaDirective(clang::SourceLocation at, clang::PragmaIntroducerKind kind) override;
+    void EmbedDirective(clang::SourceLocation at, llvm::StringRef file, bool isAngled,
+                        clang::OptionalFileEntryRef found,
+                        const clang::LexEmbedParametersResult& parameters) override;
 };
 
 } // namespace tarnwick::msl
