@@ -1,6 +1,6 @@
 // Functions and methods that differ only in address spaces, and have different bodies.
 // @runs check 1 1
-// @expects 1 2 3 | 14 23 | 5 6 | 7 8 8 | 32 42 | 3 | 2
+// @expects 1 2 3 | 14 23 | 5 6 | 7 8 8 | 32 42 | 3 | 2 | 9 14 32 41 | 2
 #include <metal_stdlib>
 using namespace metal;
 
@@ -32,6 +32,29 @@ static float first(device View& view) { return -5.0; }
 static void half_of(device float* p) { *p = *p * 0.5; }
 static void half_of(thread float* q) { *q = *q * 0.25; }
 
+// In constant expressions.
+constexpr int least(constant int* p) { return *p < 5 ? *p : 5; }
+constexpr int least(thread const int* p) { return *p + 10; }
+constexpr float lane(constant float3& v) { return (v + 0).y; }
+constexpr float lane(thread const float3& v) { return (v * 10).z; }
+template <class T> constexpr int kind(constant T (&list)[2]) { return 2; }
+template <class T> constexpr int kind(thread const T (&list)[2]) { return 1; }
+constexpr int forwarded(constant int* p) { return least(p); }
+constexpr int of_local(int x) {
+    const int copy = x;
+    int list[2] = {x, x + 1};
+    return least(&copy) + least(list + 1) - kind(list);
+}
+constexpr constant int nine = 9, some[2] = {3, 4};
+constexpr constant float3 vector = {1, 2, 3};
+constexpr float of_vector() {
+    const float3 own = {0, 1, 3};
+    return lane(own) + lane(vector);
+}
+static_assert(least(&nine) == 5 && forwarded(some + 1) == 4 && kind(some) == 2, "");
+static_assert(of_local(2) == 24 && of_vector() == 32, "");
+constant int in_table[2] = {least(&nine) + forwarded(some + 1), of_local(-3)};
+
 kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1)]],
                   device Pair* pairs [[buffer(2)]]) {
     threadgroup float shared;
@@ -62,4 +85,9 @@ kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1
     float eight = in[8];
     half_of(&eight);
     out[13] = eight;
+    out[14] = in_table[0], out[15] = in_table[1];
+    out[16] = of_vector();
+    int run_time = int(in[31]);
+    out[17] = least(&run_time);
+    out[18] = kind(some);
 }
