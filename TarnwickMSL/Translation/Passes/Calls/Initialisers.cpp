@@ -3,6 +3,7 @@
 #include "TarnwickMSL/Translation/Passes/Calls/FunctionConstants.h"
 #include "TarnwickMSL/Translation/Passes/Calls/GlobalConstructors.h"
 #include "TarnwickMSL/Translation/Passes/Calls/Inlining.h"
+#include "TarnwickMSL/Translation/Passes/Memory/MemoryCalls.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
@@ -119,9 +120,12 @@ void foldInitialisers(Module& program, ArrayRef<Function*> roots, Optimiser& opt
     const bool hasLateConstants = any_of(program.globals(), isLateConstant);
     if (hasLateConstants)
         separate(program);
-    // LLVM's evaluation knows no intrinsics: `sin(0.5)` must fold before it.
+    // LLVM's evaluation knows no intrinsics: `sin(0.5)` must fold before it, and copies of parts of
+    // constants become loads and stores.
     for (Function* initialiser : constructors(program)) {
         inlineInto(*initialiser, optimiser);
+        if (expandMemoryCalls(*initialiser))
+            optimiser.forget(*initialiser);
         if (optimiser.hasShortLoops(*initialiser)) {
             optimiser.unrollLoops(*initialiser);
             optimiser.clean(*initialiser);
