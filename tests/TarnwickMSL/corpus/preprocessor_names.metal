@@ -20,11 +20,6 @@ constant int version = __METAL_VERSION__;
 #if __has_include(<metal_math>) && !__has_include(<nowhere>)
 constant int hasMath = 1;
 #endif
-#if defined(__has_embed) && __has_embed("nowhere")
-#error "there are no files beside a program"
-#elif 0
-#embed "nowhere"
-#endif
 #pragma clang __debug crash
 
 float sum(float a, float b, float c) { return a + b + c; }
