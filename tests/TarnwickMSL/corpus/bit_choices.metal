@@ -7,6 +7,8 @@
 // @expects 1 | 6 | 11 | 16 | 29 | 26 | 31 | 36
 // @expects 0 | 7 | 14 | 21 | 28 | 43 | 42 | 49
 // @expects 12601 | 20264 | 24087 | 36038 | 44021 | 53988 | 59507 | 67778
+// @expects 553 | 6184 | 11591 | 17158 | 22405 | 18596 | 33219 | 38626
+// @expects 12601 | 20264 | 24087 | 36038 | 44021 | 53988 | 59507 | 67778
 #include <metal_stdlib>
 using namespace metal;
 
@@ -30,9 +32,17 @@ kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1
         inserted = insert_bits(first, second, 2u, 2u);
     out[16 + i] = float(inserted);
 
-    uint digits = word * 7919u + 12345u;
-    for (uint k = 0; k < rounds; k++)
-        if ((word + k) % 3u == 1u)
-            digits = (digits & ~(15u << (5u * k))) | (((word * 5407u + 777u) & 15u) << (5u * k));
+    const uint number = word * 7919u + 12345u, from = word * 5407u + 777u;
+    uint digits = number, merged = number, sum = number;
+    for (uint k = 0; k < rounds; k++) {
+        const uint mask = 15u << (5u * k), digit = (from & 15u) << (5u * k);
+        if ((word + k) % 3u == 1u) {
+            digits = (digits & ~mask) | digit;
+            merged = ((merged ^ from) & mask) ^ from;
+            sum = (sum & ~mask) + digit;
+        }
+    }
     out[24 + i] = float(digits);
+    out[32 + i] = float(merged);
+    out[40 + i] = float(sum);
 }

@@ -6,7 +6,8 @@
 // difference stays one.
 //
 // Masks may become constants in the driver: in loops that it unrolls, and by function constants. So
-// `(a & ~mask) | b` is one as well, in which b turns out to have no bits beside the mask.
+// `(a & ~mask) | b` is one as well, in which b turns out to have no bits beside the mask, and so is
+// `((a ^ b) & mask) ^ a`.
 //
 // In: any code. Out: a choice of bits is a difference if its result, or a vector with it, is an arm
 // of a selection or an operand of a phi that has a value of a or b as another operand. The driver
@@ -32,7 +33,7 @@ struct BitChoice {
     Value* clear; // the bits where the mask is clear
     Value* set;
     Value* mask;
-    bool mayHaveMore = false; // bits of `set` beside the mask, which the result then has too
+    bool mayHaveMore = false; // bits of `set` beside the mask, to be joined in the same way
 };
 
 using Values = SmallPtrSet<const Value*, 16>;
@@ -51,14 +52,18 @@ static bool isWord(const Value& value) {
     return bits == 32 || bits == 64;
 }
 
+static bool joinsBits(const Instruction& instruction) {
+    return is_contained({Instruction::Or, Instruction::Xor, Instruction::Add},
+                        instruction.getOpcode());
+}
+
 static std::optional<BitChoice> choiceOf(Instruction& instruction) {
     if (!isWord(instruction))
         return std::nullopt;
     Value *a = nullptr, *b = nullptr, *first = nullptr, *second = nullptr;
     if (match(&instruction, m_Intrinsic<Intrinsic::copysign>(m_Value(a), m_Value(b))))
         return BitChoice{.clear = a, .set = b, .mask = nullptr};
-    if (!is_contained({Instruction::Or, Instruction::Xor, Instruction::Add},
-                      instruction.getOpcode()) ||
+    if (!joinsBits(instruction) ||
         !match(instruction.getOperand(0), m_And(m_Value(a), m_Value(first))) ||
         !match(instruction.getOperand(1), m_And(m_Value(b), m_Value(second))))
         return std::nullopt;
@@ -73,12 +78,23 @@ static std::optional<BitChoice> choiceOf(Instruction& instruction) {
     return std::nullopt;
 }
 
+// A choice that the driver may find when it knows the mask.
 static std::optional<BitChoice> laterChoiceOf(Instruction& instruction) {
-    Value *a = nullptr, *b = nullptr, *mask = nullptr;
-    if (!match(&instruction, m_c_Or(m_c_And(m_Value(a), m_Not(m_Value(mask))), m_Value(b))) ||
-        isa<Constant>(mask) || isa<Constant>(b) || !isWord(instruction))
+    if (!joinsBits(instruction) || !isWord(instruction))
         return std::nullopt;
-    return BitChoice{.clear = a, .set = b, .mask = mask, .mayHaveMore = true};
+    Value *a = nullptr, *b = nullptr, *mask = nullptr;
+    for (unsigned side : {0u, 1u}) {
+        Value *masked = instruction.getOperand(side), *other = instruction.getOperand(1 - side);
+        if (isa<Constant>(other))
+            continue;
+        if (match(masked, m_c_And(m_Value(a), m_Not(m_Value(mask)))) && !isa<Constant>(mask))
+            return BitChoice{.clear = a, .set = other, .mask = mask, .mayHaveMore = true};
+        if (instruction.getOpcode() == Instruction::Xor &&
+            match(masked, m_c_And(m_c_Xor(m_Value(b), m_Specific(other)), m_Value(mask))) &&
+            !isa<Constant>(mask))
+            return BitChoice{.clear = other, .set = b, .mask = mask};
+    }
+    return std::nullopt;
 }
 
 // Whether the value has lanes or bits of its operands, unchanged.
@@ -134,7 +150,8 @@ static Value* asDifference(Instruction& instruction, const BitChoice& choice) {
     Value* difference = builder.CreateSub(builder.CreateOr(clear, mask),
                                           builder.CreateAnd(builder.CreateNot(set), mask));
     if (choice.mayHaveMore)
-        difference = builder.CreateOr(difference, builder.CreateAnd(set, builder.CreateNot(mask)));
+        difference = builder.CreateBinOp(cast<BinaryOperator>(instruction).getOpcode(), difference,
+                                         builder.CreateAnd(set, builder.CreateNot(mask)));
     return builder.CreateBitCast(difference, type);
 }
 
