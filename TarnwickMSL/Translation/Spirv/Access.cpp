@@ -1,5 +1,7 @@
 #include "TarnwickMSL/Translation/Spirv/Access.h"
 
+#include "TarnwickMSL/Translation/Spirv/Ranges.h"
+
 namespace tarnwick::msl::spirv {
 
 using namespace llvm;
@@ -20,13 +22,30 @@ static std::int64_t valueBytes(Type* type, const DataLayout& layout) {
     return sizeOf(type, layout);
 }
 
+// Whether the terms, added to the offset, stay in [0, size).
+static bool stay(std::int64_t offset, ArrayRef<Term> terms, std::int64_t size,
+                 const DataLayout& layout) {
+    std::int64_t least = offset, greatest = offset;
+    for (const Term& term : terms) {
+        const ConstantRange range = rangeOf(*term.index, layout).sextOrTrunc(32);
+        if (range.isEmptySet())
+            continue; // the index is undefined
+        const std::int64_t low = range.getSignedMin().getSExtValue() * term.scale,
+                           high = range.getSignedMax().getSExtValue() * term.scale;
+        least += std::min(low, high);
+        greatest += std::max(low, high);
+    }
+    return least >= 0 && greatest < size;
+}
+
 // A walk from a view's element down to the value at an offset.
 class Descent {
   public:
     Descent(const View& view, const Place& place, const DataLayout& layout)
         : layout_(layout), shape_(view.layout), start_(place.offset), isRising_(place.isRising),
-          type(view.element), offset(place.offset),
-          anchor(place.terms.empty() ? offset : place.terms.front().before), terms(place.terms) {
+          isExact_(place.isTyped || view.layout == Layout::explicit_), type(view.element),
+          offset(place.offset), anchor(place.terms.empty() ? offset : place.terms.front().before),
+          terms(place.terms) {
         if (view.isArray)
             intoArray(view.element, view.count);
     }
@@ -45,6 +64,7 @@ class Descent {
     Layout shape_;
     std::int64_t start_; // the place's offset
     bool isRising_;
+    bool isExact_; // the terms need no proof
 
   public:
     Type* type;
@@ -53,6 +73,7 @@ class Descent {
     SmallVector<Term, 2> terms;
     SmallVector<Step, 4> steps;
     bool isOutside = false;
+    bool isCertain = true; // Access
 };
 
 void Descent::intoArray(Type* element, std::uint64_t count) {
@@ -65,14 +86,16 @@ void Descent::intoArray(Type* element, std::uint64_t count) {
         else
             rest.push_back(term);
     }
-    bool isConstant = step.terms.empty();
-    if (isConstant &&
-        (step.constant < 0 || (count && step.constant >= static_cast<std::int64_t>(count))))
-        isOutside = true;
+    const std::int64_t last = count ? static_cast<std::int64_t>(count) - 1 : INT64_MAX;
+    if (step.terms.empty() && (step.constant < 0 || step.constant > last)) {
+        isOutside = rest.empty();
+        step.constant = std::clamp<std::int64_t>(step.constant, 0, last); // the rest may lead back
+    }
     const std::int64_t passed = start_ - offset;
     offset -= step.constant * stride;
     anchor = rest.empty() ? offset : rest.front().before - passed;
     anchor -= floorDivide(anchor, stride) * stride;
+    isCertain = isCertain && (rest.empty() || isExact_ || stay(offset, rest, stride, layout_));
     terms = std::move(rest);
     steps.push_back(std::move(step));
     type = element;
@@ -111,6 +134,8 @@ bool Descent::tryMember(unsigned index, bool isExact) {
                                    inner->getArrayElementType()->isIntegerTy(8)))
         return false;
     steps.push_back({.constant = index, .terms = {}, .bound = record->getNumElements()});
+    isCertain = isCertain && (terms.empty() || isExact_ ||
+                              stay(offset - place, terms, sizeOf(inner, layout_), layout_));
     offset -= place;
     anchor -= place;
     type = inner;
@@ -193,7 +218,8 @@ Access Planner::leaf(Descent& at, Type* type, Access::Form form, std::uint32_t f
             .leaf = at.type,
             .steps = std::move(at.steps),
             .first = first,
-            .parts = {}};
+            .parts = {},
+            .isCertain = at.isCertain};
 }
 
 static Place moved(Place place, std::int64_t bytes) {
@@ -310,6 +336,10 @@ std::optional<Access> access(const View& view, const Place& place, Type* type,
     if (place.isOfWords && !dividesWords(view, layout))
         return std::nullopt;
     return Planner(view, layout).plan(place, type);
+}
+
+bool isCertain(const Access& access) {
+    return access.isCertain && all_of(access.parts, isCertain);
 }
 
 bool storesBeside(const Access& access) {

@@ -43,11 +43,18 @@ struct Access {
     llvm::SmallVector<Step, 4> steps{};
     std::uint32_t first = 0;
     std::vector<Access> parts{};
+    // Whether the steps reach the value for all values of the terms. Otherwise a term may count
+    // elements of another array than that of its step, and the clamp of that step's index would
+    // change it. It is never false for buffers, whose indices are not clamped.
+    bool isCertain = true;
 };
 
 // Absent if the view cannot show a value of the type at that place.
 std::optional<Access> access(const View& view, const Place& place, llvm::Type* type,
                              const llvm::DataLayout& layout);
+
+// Whether all parts are certain.
+bool isCertain(const Access& access);
 
 // Whether a store of this form first reads the bytes beside the value.
 bool storesBeside(const Access& access);

@@ -28,6 +28,9 @@ struct Place {
     // allocas.
     bool isRising = false;
     bool isOfWords = false; // a step of a loop over words of memory, whatever their types
+    // Whether each step is into the value that the step before reached, so that each term counts
+    // elements of the array that its step names.
+    bool isTyped = true;
 };
 
 // The metadata of such a step.

@@ -58,16 +58,27 @@ Memory::Root& Memory::root(const Value* value) {
     return made;
 }
 
-// The declared view if it fits every use, else one of the same size that fits them all.
+static bool fits(const View& view, const Use& use, bool isShared, const DataLayout& layout) {
+    const std::optional<Access> found = access(view, use.place, use.type, layout);
+    return found && suits(*found, use, isShared);
+}
+
+// The declared view if it fits every use, else one of the same size that fits them all. The
+// declared one must reach the memory for certain, if another can.
 static View fittingView(const Value& value, const View& declared, std::uint64_t bytes,
                         bool isShared, const DataLayout& layout) {
-    std::vector<Use> uses = usesOf(value, layout);
-    for (const Use& use : uses) {
-        std::optional<Access> found = access(declared, use.place, use.type, layout);
-        if (!found || !suits(*found, use, isShared))
-            return commonView(uses, bytes, value.getContext(), layout);
-    }
-    return declared;
+    const std::vector<Use> uses = usesOf(value, layout);
+    const auto isFit = [&](const View& view) {
+        return all_of(uses, [&](const Use& use) { return fits(view, use, isShared, layout); });
+    };
+    const bool isDeclaredFit = isFit(declared);
+    const auto reaches = [&](const Use& use) {
+        return isCertain(*access(declared, use.place, use.type, layout));
+    };
+    if (isDeclaredFit && all_of(uses, reaches))
+        return declared;
+    View common = commonView(uses, bytes, value.getContext(), layout);
+    return isDeclaredFit && !isFit(common) ? declared : common;
 }
 
 static View fittingView(const Value& value, Type* type, bool isShared, const DataLayout& layout) {
@@ -168,7 +179,13 @@ void Memory::makeWorkgroup(Root& made, const GlobalVariable& global) {
 void Memory::makePayload(Root& made, const GlobalVariable& global) {
     made.storage = spv::StorageClass::TaskPayloadWorkgroupEXT;
     const DataLayout& layout = body_.types.dataLayout();
-    View view = fittingView(global, global.getValueType(), true, layout);
+    const View declared{
+        .element = global.getValueType(), .isArray = false, .count = 0, .layout = Layout::plain};
+    const std::vector<Use> uses = usesOf(global, layout);
+    const View view =
+        all_of(uses, [&](const Use& use) { return fits(declared, use, true, layout); })
+            ? declared
+            : fittingView(global, global.getValueType(), true, layout);
     if (view.isArray)
         throw TranslationError("The payload is accessed in smaller parts than its members.");
     if (shader_.stage == Stage::mesh && isWritten(global, layout))

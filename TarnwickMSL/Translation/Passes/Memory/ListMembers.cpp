@@ -33,6 +33,7 @@ struct MemberAccess {
     spirv::Place place;
     SmallVector<spirv::Step, 2> elements; // for each array of the list
     unsigned member = 0;
+    std::optional<SmallVector<spirv::Step, 2>> inside; // the steps to a whole value in the member
 };
 
 class List {
@@ -267,7 +268,11 @@ std::optional<MemberAccess> List::memberAccess(Instruction& instruction) const {
     const spirv::View view{.element = variable_.getAllocatedType()};
     const auto access = spirv::access(view, found.place, getLoadStoreType(&instruction), layout_);
     bool isFirst = true;
-    return access && follow(*access, found, isFirst) ? std::optional(found) : std::nullopt;
+    if (!access || !isCertain(*access) || !follow(*access, found, isFirst))
+        return std::nullopt;
+    if (access->form == spirv::Access::Form::whole)
+        found.inside.emplace(ArrayRef(access->steps).drop_front(counts_.size() + 1));
+    return found;
 }
 
 static bool areEqual(const spirv::Step& a, const spirv::Step& b) {
@@ -355,8 +360,11 @@ Value* List::address(const MemberAccess& access, AllocaInst& part) const {
         indices.push_back(sum(step, builder));
         start += step.constant * stride;
     }
-    Value* element = builder.CreateGEP(part.getAllocatedType(), &part, indices);
-    return insideMember(access, start, element, builder);
+    if (access.inside)
+        for (const spirv::Step& step : *access.inside)
+            indices.push_back(sum(step, builder));
+    Value* value = builder.CreateGEP(part.getAllocatedType(), &part, indices);
+    return access.inside ? value : insideMember(access, start, value, builder);
 }
 
 SmallVector<AllocaInst*, 4> List::divide() {

@@ -121,14 +121,25 @@ static bool areFew(const Dimensions& dimensions) {
     return elements <= mostElements;
 }
 
+// The indices that change in an access to memory of the type.
+static std::optional<Dimensions> certainDimensions(const spirv::Place& place, Type* type,
+                                                   Type* accessed, const DataLayout& layout) {
+    const auto access = spirv::access({.element = type}, place, accessed, layout);
+    return access && isCertain(*access) ? commonDimensions(*access, type, layout) : std::nullopt;
+}
+
 // Absent if the access cannot become a choice, or its place is known.
 static std::optional<ChangingAccess> changingAccess(Instruction& instruction) {
     const DataLayout& layout = instruction.getDataLayout();
     const spirv::Place place = spirv::placeOf(getLoadStorePointerOperand(&instruction), layout);
-    Type* type = rootType(place.root);
-    const spirv::View view{.element = type};
-    const auto access = spirv::access(view, place, getLoadStoreType(&instruction), layout);
-    auto dimensions = access ? commonDimensions(*access, type, layout) : std::nullopt;
+    Type* const type = rootType(place.root);
+    Type* const accessed = getLoadStoreType(&instruction);
+    auto dimensions = certainDimensions(place, type, accessed, layout);
+    const std::uint64_t bytes = layout.getTypeAllocSize(type),
+                        stride = layout.getTypeAllocSize(accessed);
+    if (!dimensions && stride != 0 && bytes % stride == 0) // as one array of its values
+        dimensions =
+            certainDimensions(place, ArrayType::get(accessed, bytes / stride), accessed, layout);
     if (!dimensions || dimensions->empty() || !areFew(*dimensions))
         return std::nullopt;
     std::int64_t first = place.offset;
