@@ -26,7 +26,7 @@ struct Arrival {
     std::atomic<int> number = 0;      // of the first signal that arrived; 0 before
     std::atomic<int> descriptor = -1; // an eventfd: readable once a signal has arrived
     std::atomic<int> holders = 0;
-    std::atomic<int> status = -1; // to end with, without a signal; -1: none
+    std::atomic<int> status = -1; // to end with, instead of the signal; -1: none
 };
 
 constinit Arrival arrival;
@@ -59,7 +59,7 @@ void wipeTerminalLine() {
     once.lock(); // never unlocked: a second thread waits here for the end of the process
     removeUnfinished();
     wipeTerminalLine();
-    if (arrival.number == 0)
+    if (arrival.status >= 0)
         _exit(arrival.status);
     const int number = arrival.number;
     struct sigaction usual {};

@@ -31,9 +31,9 @@ class EndSignals {
     std::thread watcher_;
 };
 
-// Ends the process within 1.5 s, even if a destructor blocks: with `status`, or by a signal that
-// has arrived. The caller flushes buffered output. Does nothing without an EndSignals. May be
-// called from any thread.
+// Ends the process with `status` within 1.5 s, even if a destructor blocks. A signal that has
+// arrived and was answered no longer ends it. The caller flushes buffered output. Does nothing
+// without an EndSignals. May be called from any thread.
 void endSoon(int status);
 
 // A signal that arrives while one exists ends the process in its destructor, or after 1.5 s. Does

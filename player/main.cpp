@@ -114,7 +114,8 @@ int play(const Arguments& arguments, int count, char** words) {
         window.findChild<LiveControl*>()->listen(
             static_cast<std::uint16_t>(arguments.unsignedOf("--osc")));
     const int status = QApplication::exec();
-    endSoon(status); // the device may work for longer
+    if (!ending.isBySignal())
+        endSoon(status); // the device may work for longer
     return status;
 }
 

@@ -21,6 +21,8 @@ class Ending : public QObject {
     Ending(Player& player, std::function<void(const std::string&)> say);
     ~Ending() override;
 
+    bool isBySignal() const { return signals_.arrived(); } // which is to end the process
+
   private:
     [[noreturn]] void endWithoutDisplay();
     static void hear(QtMsgType type, const QMessageLogContext& context, const QString& message);

@@ -140,7 +140,7 @@ constexpr std::array<Keeper, 17> keepers{{
     {"clang/", "TarnwickMSL"},
     {"llvm/", "TarnwickMSL"},
     {"spirv-tools/", "TarnwickMSL"}, // SPIR-V itself is what it and TarnwickGPU share
-    {"vulkan/", "TarnwickGPU"},
+    {"vulkan/", "TarnwickGPU", "embedding/example"},
     {"pango/", "TarnwickPlatform/Text"},
     {"cairo", "TarnwickPlatform/Text"},
     {"asio/", "TarnwickPlatform/Dispatch"},

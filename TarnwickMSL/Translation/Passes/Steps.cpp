@@ -3,7 +3,6 @@
 #include "TarnwickMSL/Translation/Passes/Calls/Description.h"
 #include "TarnwickMSL/Translation/Passes/Calls/FunctionConstants.h"
 #include "TarnwickMSL/Translation/Passes/Calls/FunctionPointers.h"
-#include "TarnwickMSL/Translation/Passes/Calls/Initialisers.h"
 #include "TarnwickMSL/Translation/Passes/Calls/Inlining.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/ArrayLoops.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Flatten.h"
@@ -24,6 +23,7 @@
 #include "TarnwickMSL/Translation/Passes/Memory/AtomicPlaces.h"
 #include "TarnwickMSL/Translation/Passes/Memory/Atomics.h"
 #include "TarnwickMSL/Translation/Passes/Memory/Handles.h"
+#include "TarnwickMSL/Translation/Passes/Memory/Initialisers.h"
 #include "TarnwickMSL/Translation/Passes/Memory/ListMembers.h"
 #include "TarnwickMSL/Translation/Passes/Memory/MemoryCalls.h"
 #include "TarnwickMSL/Translation/Passes/Memory/NarrowAccess.h"
@@ -135,7 +135,7 @@ static constexpr std::array table{
          "Sets attributes by which the optimiser keeps calls in order, and drops logs that the target does not keep; before every step that optimises."},
     Step{"comparisons", Scope::program, "Passes/Values/Comparisons.h", comparisons,
          "Turns Clang's lanes of all ones into Metal's lanes of 1; before any step rewrites Clang's patterns."},
-    Step{"initialisers", Scope::program, "Passes/Calls/Initialisers.h",
+    Step{"initialisers", Scope::program, "Passes/Memory/Initialisers.h",
          [](Work& work) { foldInitialisers(work.program, roots(work), work.optimiser()); },
          "Evaluates constants that need code; before `inline`, so that their values reach every function."},
     Step{"inline", Scope::program, "Passes/Calls/Inlining.h", inlining,

@@ -1,7 +1,5 @@
 #include "TarnwickMSL/Translation/FrontEnd/Session/Macros.h"
 
-#include "TarnwickMSL/Translation/FrontEnd/Messages.h"
-
 #include <clang/Basic/SourceManager.h>
 #include <clang/Lex/MacroInfo.h>
 #include <clang/Lex/Preprocessor.h>
@@ -37,7 +35,9 @@ void Macros::PragmaDirective(clang::SourceLocation at, clang::PragmaIntroducerKi
 // Only files of the library can be found.
 void Macros::EmbedDirective(clang::SourceLocation at, llvm::StringRef, bool,
                             clang::OptionalFileEntryRef, const clang::LexEmbedParametersResult&) {
-    reportError(preprocessor.getDiagnostics(), at, "'#embed' is not supported in Metal");
+    clang::DiagnosticsEngine& diagnostics = preprocessor.getDiagnostics();
+    diagnostics.Report(at, diagnostics.getCustomDiagID(clang::DiagnosticsEngine::Error,
+                                                       "'#embed' is not supported in Metal"));
 }
 
 bool Macros::remove(clang::Preprocessor& preprocessor) {

@@ -1,4 +1,4 @@
-#include "TarnwickMSL/Translation/Passes/Calls/Initialisers.h"
+#include "TarnwickMSL/Translation/Passes/Memory/Initialisers.h"
 
 #include "TarnwickMSL/Translation/Passes/Calls/FunctionConstants.h"
 #include "TarnwickMSL/Translation/Passes/Calls/GlobalConstructors.h"
