@@ -150,11 +150,15 @@ void WorkerProcess::end() {
     if (connection >= 0)
         close(connection);
     child = connection = -1;
+    readsFiles.reset();
 }
 
 std::variant<Compilation, WorkerFault> WorkerProcess::ask(const Request& request) {
+    if (readsFiles && *readsFiles == request.includes.empty())
+        end();
     if (!start())
         return WorkerFault::missing;
+    readsFiles = !request.includes.empty();
     Limit limit{std::chrono::milliseconds(request.limitMilliseconds)};
     auto fault = [&](WorkerFault otherwise) {
         const bool isLate = limit.isOver();

@@ -35,7 +35,8 @@ class WorkerProcess {
 
     // Starts a child unless one runs, without waiting for it; false if that fails.
     bool start();
-    // Sends the request and waits for the answer. After a fault there is no child.
+    // Sends the request and waits for the answer. After a fault there is no child. A child that
+    // reads files for #include answers no other requests, because it may read all files.
     std::variant<Compilation, WorkerFault> ask(const Request& request);
     // Ends the child, if there is one, and waits for its end.
     void end();
@@ -44,6 +45,7 @@ class WorkerProcess {
     std::filesystem::path program;
     pid_t child = -1;
     int connection = -1;
+    std::optional<bool> readsFiles; // of the first request of the child
 };
 
 } // namespace tarnwick::msl

@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Worker/Server.h"
 
+#include "TarnwickMSL/Confinement/Confinement.h"
 #include "TarnwickMSL/Wire.h"
 #include "TarnwickMSL/Worker/Precompiled.h"
 #include "TarnwickMSL/Worker/Translate.h"
@@ -94,9 +95,23 @@ fragment float4 f(Varyings in [[stage_in]], constant float& t [[buffer(0)]]) {
                     library, {.moreWarningsIn = moreWarningsIn});
 }
 
+// What this process needs else is open or in memory. The parent sends requests that include files
+// to a process of their own.
+class Confined {
+  public:
+    void before(const Request& request) {
+        if (!isConfined_)
+            confine(request.includes.empty() ? FileAccess::none : FileAccess::reading);
+        isConfined_ = true;
+    }
+
+  private:
+    bool isConfined_ = false;
+};
+
 // Sets `moreWarningsIn` to that of the request.
 bool answerOne(int connection, const StandardLibrary& library, std::string& moreWarningsIn,
-               Remains& remains) {
+               Remains& remains, Confined& confined) {
     std::uint32_t size = 0;
     if (!receiveAll(connection, reinterpret_cast<char*>(&size), sizeof size))
         return false;
@@ -106,6 +121,7 @@ bool answerOne(int connection, const StandardLibrary& library, std::string& more
     const std::optional<Request> request = requestFrom(bytes);
     if (!request || !sendAll(connection, {&requestIsRead, 1}))
         return false;
+    confined.before(*request);
     moreWarningsIn = request->moreWarningsIn;
     limitTime(request->limitMilliseconds + 2000);
     std::string answer = toBytes(translate(request->source, library,
@@ -131,12 +147,13 @@ void serve(int connection) {
     limitMemory();
     endWithParent(connection);
     const StandardLibrary library = standardLibrary();
+    Confined confined;
     std::string moreWarningsIn; // of the last program; the next one is likely to have the same
     Remains remains;
     do {
         if (!library.isOpen() && !isRequestWaiting(connection))
             rehearse(library, moreWarningsIn);
-    } while (answerOne(connection, library, moreWarningsIn, remains));
+    } while (answerOne(connection, library, moreWarningsIn, remains, confined));
 }
 
 } // namespace tarnwick::msl

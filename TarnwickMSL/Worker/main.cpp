@@ -6,7 +6,9 @@
 //   tarnwick-msl-worker --step NAME FILE.ll     runs one step on a text and prints the result
 //   tarnwick-msl-worker --steps                 prints the table of the steps
 //   tarnwick-msl-worker --version               prints the release of Clang and LLVM
-//   tarnwick-msl-worker --times FILE.metal...   prints the time of each step
+//   tarnwick-msl-worker --confine               confines itself as --serve does; prints whether it
+//   could tarnwick-msl-worker --times FILE.metal...   prints the time of each step
+#include "TarnwickMSL/Confinement/Confinement.h"
 #include "TarnwickMSL/Translation/Passes.h"
 #include "TarnwickMSL/Wire.h"
 #include "TarnwickMSL/Worker/Dump.h"
@@ -61,12 +63,16 @@ int run(std::string_view command, const char* file, const char* second,
         std::cout << clang::getClangFullVersion() << '\n';
         return 0;
     }
+    if (command == "--confine") {
+        std::cout << (confine(FileAccess::none) ? "confined\n" : "not confined\n");
+        return 0;
+    }
     if (command == "--steps") {
         std::cout << stepTable();
         return 0;
     }
     std::cerr << "tarnwick-msl-worker: requires --serve FORM, --precompile FILE, --dump-ir FILE, "
-                 "--step NAME FILE, --steps, --version or --times FILE....\n";
+                 "--step NAME FILE, --steps, --version, --confine or --times FILE....\n";
     return 2;
 }
 

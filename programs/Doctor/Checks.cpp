@@ -4,7 +4,7 @@
 #include "TarnwickGPU/DeviceReport.h"
 #include "TarnwickMSL/Compile.h"
 #include "programs/Doctor/CodecChecks.h"
-#include "programs/Doctor/CompilerRelease.h"
+#include "programs/Doctor/CompilerProgram.h"
 #include "programs/Doctor/DesktopChecks.h"
 #include "programs/Doctor/FolderChecks.h"
 
@@ -52,6 +52,19 @@ Checks compilerChecks() {
     return {check};
 }
 
+// Programs are compiled without it, too.
+Checks confinementChecks() {
+    Check check{.subject = "compiler", .name = "confinement"};
+    if (isCompilerConfined()) {
+        check.text = "It cannot open files, use the network or see other processes.";
+    } else {
+        check.result = CheckResult::absent;
+        check.text = "The kernel has no filters of system calls (seccomp), so the compiler has the "
+                     "rights of its user.";
+    }
+    return {check};
+}
+
 // An unusable device beside a usable one is no fault.
 Checks deviceChecks() {
     Checks checks;
@@ -82,8 +95,9 @@ std::string rawValue(CheckResult result) {
 
 Checks allChecks() {
     Checks all;
-    for (Checks (*checks)() : {compilerChecks, deviceChecks, codecChecks, fontChecks, displayChecks,
-                               soundChecks, keyringChecks, folderChecks, programChecks})
+    for (Checks (*checks)() :
+         {compilerChecks, confinementChecks, deviceChecks, codecChecks, fontChecks, displayChecks,
+          soundChecks, keyringChecks, folderChecks, programChecks})
         for (Check& check : checks())
             all.push_back(std::move(check));
     return all;

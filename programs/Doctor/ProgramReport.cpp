@@ -2,7 +2,7 @@
 
 #include "TarnwickBase/Version.h"
 #include "TarnwickGPU/Device.h"
-#include "programs/Doctor/CompilerRelease.h"
+#include "programs/Doctor/CompilerProgram.h"
 
 #include <tarnwick-commit.h> // made by the build
 

@@ -9,3 +9,8 @@ tarnwick_tests(TarnwickMSL/Compile
     SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/CompileTests.cpp
     LINK TarnwickMSL)
 add_dependencies(TarnwickMSLCompileTests tarnwick-msl-worker)
+
+tarnwick_tests(TarnwickMSL/Confinement
+    SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/ConfinementTests.cpp
+    LINK TarnwickMSL TarnwickMSLConfinement)
+add_dependencies(TarnwickMSLConfinementTests tarnwick-msl-worker)

@@ -1,4 +1,4 @@
-#include "programs/Doctor/CompilerRelease.h"
+#include "programs/Doctor/CompilerProgram.h"
 
 #include "TarnwickMSL/WorkerProcess.h"
 
@@ -44,6 +44,10 @@ std::optional<std::string> compilerRelease() {
     if (text.empty())
         return std::nullopt;
     return text.substr(0, text.find('\n'));
+}
+
+bool isCompilerConfined() {
+    return outputOf(msl::workerProgram().string(), "--confine") == "confined\n";
 }
 
 } // namespace tarnwick
