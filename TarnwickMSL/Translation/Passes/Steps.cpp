@@ -74,6 +74,8 @@ static void cutting(Work& work) {
 }
 
 static void copies(Work& work) {
+    if (hasLongCopies(work.main()))
+        work.optimiser().dropCopies(work.main());
     if (!expandMemoryCalls(work.main()))
         return;
     work.optimiser().forget(work.main());

@@ -24,6 +24,10 @@
 // Invariant: the parts cover exactly the bytes of the copy, but for padding of the chosen type.
 // Padding has no value, so it need not be copied.
 //
+// Before, LLVM removes long copies that are not needed, such as those of a record that is copied
+// from a buffer, changed in one member and copied back: the packaged CPU driver fills a local array
+// with zeros by one instruction for each number, which it takes half a minute to compile for 64 KiB.
+//
 // A copy of many words is a loop: over the elements of an array on one side if they are records or
 // vectors, else over words. If no side gives parts, the copy is of words.
 //
@@ -352,6 +356,14 @@ static void expand(MemIntrinsic& call, const DataLayout& layout) {
     else
         fill(cast<MemSetInst>(call), bytes->getZExtValue(), layout);
     call.eraseFromParent();
+}
+
+bool hasLongCopies(const Function& main) {
+    return any_of(instructions(main), [](const Instruction& instruction) {
+        const auto* call = dyn_cast<MemTransferInst>(&instruction);
+        const auto* length = call ? dyn_cast<ConstantInt>(call->getLength()) : nullptr;
+        return length && length->getZExtValue() > 4 * mostWords;
+    });
 }
 
 bool expandMemoryCalls(Function& main) {

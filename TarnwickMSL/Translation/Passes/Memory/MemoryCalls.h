@@ -7,6 +7,9 @@ class Function;
 
 namespace tarnwick::msl {
 
+// Whether a copy becomes a loop.
+bool hasLongCopies(const llvm::Function& main);
+
 // Turns copies and fills into loads and stores. Must run before pointers are resolved. Returns
 // whether there were any.
 bool expandMemoryCalls(llvm::Function& main);

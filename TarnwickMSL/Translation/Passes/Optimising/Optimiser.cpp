@@ -21,6 +21,7 @@
 #include <llvm/Transforms/Scalar/LoopPassManager.h>
 #include <llvm/Transforms/Scalar/LoopRotation.h>
 #include <llvm/Transforms/Scalar/LoopUnrollPass.h>
+#include <llvm/Transforms/Scalar/MemCpyOptimizer.h>
 #include <llvm/Transforms/Scalar/SROA.h>
 #include <llvm/Transforms/Scalar/SimplifyCFG.h>
 #include <llvm/Transforms/Utils/Mem2Reg.h>
@@ -37,7 +38,7 @@ struct Optimiser::Managers {
     FunctionAnalysisManager functions;
     CGSCCAnalysisManager components;
     ModuleAnalysisManager modules;
-    FunctionPassManager light, combine, full, unroll, finish, tidy;
+    FunctionPassManager light, combine, full, unroll, finish, copies, tidy;
 };
 
 // No lookup tables (they would be arrays in memory), no sinking (it merges calls that differ in
@@ -106,6 +107,8 @@ Optimiser::Optimiser(Module& module) : managers_(std::make_unique<Managers>()) {
     addFully(all.full);
     addUnrolling(all.unroll);
     addFinish(all.finish);
+    all.copies.addPass(MemCpyOptPass());
+    all.copies.addPass(DSEPass());
     all.tidy.addPass(CommonValues());
     all.tidy.addPass(ADCEPass());
     all.tidy.addPass(simplifyBranches());
@@ -131,6 +134,10 @@ void Optimiser::unrollLoops(Function& function) {
 
 void Optimiser::finish(Function& function) {
     managers_->finish.run(function, managers_->functions);
+}
+
+void Optimiser::dropCopies(Function& function) {
+    managers_->copies.run(function, managers_->functions);
 }
 
 void Optimiser::tidy(Function& function) {

@@ -21,6 +21,7 @@ class Optimiser {
     void clean(llvm::Function& function);       // cleanLightly and combine
     void unrollLoops(llvm::Function& function); // those of few constant rounds; `clean` comes next
     void finish(llvm::Function& function);      // once, for a function without calls
+    void dropCopies(llvm::Function& function);  // of memory that could be used itself
     void tidy(llvm::Function& function);        // after a step that leaves dead code
     void dropDeadCode(llvm::Function& function);
     void foldInitialisers(llvm::Module& module); // of constants that need code to be made
