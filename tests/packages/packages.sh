@@ -65,7 +65,12 @@ listing() {
 echo "Packages"
 (umask 022 && cpack -G DEB --config "$build/CPackConfig.cmake" -B "$folder/packages") >"$folder/log" ||
     { cat "$folder/log"; fail "cpack failed."; }
-lintian --allow-root --fail-on error "$folder"/packages/*.deb || fail "lintian has errors."
+# No bug of Debian asks for the packages, and CPack writes a script that runs ldconfig beside the
+# trigger. The library is of one architecture, so its file for pkg-config is in the plain folder.
+unfit=initial-upload-closes-no-bugs,maintscript-calls-ldconfig
+unfit+=,pkg-config-unavailable-for-cross-compilation
+lintian --allow-root --fail-on error,warning --suppress-tags "$unfit" "$folder"/packages/*.deb ||
+    fail "lintian has errors or warnings."
 ls -s --block-size=1K "$folder"/packages/*.deb
 
 echo "A fresh root"
