@@ -57,7 +57,8 @@ std::shared_ptr<Device> Device::systemDefault() {
 std::string Device::absence() {
     const std::vector<DeviceInfo> devices = allDevices();
     if (devices.empty())
-        return "There is no device to draw with.";
+        return "There is no Vulkan device to draw with; tarnwick doctor says which package is "
+               "missing.";
     const auto wanted = wantedDevice();
     if (const auto chosen = chooseDevice(devices, wanted))
         return "The device " + devices[*chosen].name + " cannot be opened.";

@@ -45,7 +45,7 @@ Checks compilerChecks() {
         check.result = CheckResult::fails;
         check.text =
             "A program cannot be compiled: " + made.messages.substr(0, made.messages.find('\n'));
-        check.package = "tarnwick";
+        check.package = "libtarnwick-msl1";
     } else {
         check.text = "The first program was compiled in " + std::to_string(time.count()) + " ms.";
     }
@@ -70,11 +70,14 @@ Checks deviceChecks() {
     Checks checks;
     for (const gpu::DeviceReport& report : gpu::deviceReports())
         checks.push_back(checkOf(report));
+    const bool hasNone = checks.empty();
     if (!gpu::Device::systemDefault())
         checks.push_back({.result = CheckResult::fails,
                           .subject = "device",
-                          .name = "choice",
-                          .text = gpu::Device::absence(),
+                          .name = hasNone ? "none" : "choice",
+                          .text = hasNone ? "No driver of Vulkan is installed; Mesa has one for "
+                                            "most GPUs and one for the CPU."
+                                          : gpu::Device::absence(),
                           .package = "mesa-vulkan-drivers"});
     return checks;
 }

@@ -37,18 +37,17 @@ bool listens(const fs::path& place) {
     return answers;
 }
 
-Check displayCheck(const std::string& name, const std::string& value, bool answers,
-                   const std::string& package) {
+Check displayCheck(const std::string& name, const std::string& named, bool answers) {
+    const std::string value = variable(named.c_str());
     if (value.empty())
         return {.result = CheckResult::absent,
                 .subject = "display",
                 .name = name,
-                .text = "There is no such display."};
+                .text = named + " is not set."};
     return {.result = answers ? CheckResult::works : CheckResult::fails,
             .subject = "display",
             .name = name,
-            .text = value + (answers ? " answers." : " does not answer."),
-            .package = answers ? package : ""};
+            .text = value + (answers ? " answers." : " does not answer.")};
 }
 
 bool hasHardware() {
@@ -65,8 +64,13 @@ Checks displayChecks() {
     const std::string wayland = variable("WAYLAND_DISPLAY");
     // A relative name is in XDG_RUNTIME_DIR, an absolute one replaces the folder.
     const fs::path socket = fs::path(variable("XDG_RUNTIME_DIR")) / wayland;
-    return {displayCheck("X11", variable("DISPLAY"), HostWindow::hasDisplay(), ""),
-            displayCheck("Wayland", wayland, !wayland.empty() && listens(socket), "qt6-wayland")};
+    Checks checks{displayCheck("X11", "DISPLAY", HostWindow::hasDisplay()),
+                  displayCheck("Wayland", "WAYLAND_DISPLAY", !wayland.empty() && listens(socket))};
+    if (checks.back().result == CheckResult::works) {
+        checks.back().text += " The player requires Qt's plugin there.";
+        checks.back().package = "qt6-wayland";
+    }
+    return checks;
 }
 
 Checks soundChecks() {

@@ -84,7 +84,7 @@ Checks programChecks() {
         programCheck(InstalledFile::saver, fails, "tarnwick saver requires it", "tarnwick"),
         programCheck(InstalledFile::saverBundle, fails, "the saver requires it", "tarnwick"),
         programCheck(InstalledFile::precompiledLibrary, fails,
-                     "without it the compiler starts slowly", "tarnwick"),
+                     "without it the compiler starts slowly", "libtarnwick-msl1"),
         programCheck(InstalledFile::player, absent, "tarnwick play requires it", "tarnwick-player"),
     };
 }

@@ -22,15 +22,15 @@ void becomeProgram(InstalledFile program, std::span<const std::string> given,
     execv(host.c_str(), pointers.data());
     const int error = errno;
     failure(host + " cannot be run: " + std::strerror(error) +
-            (error == ENOENT ? ". It comes with " + std::string(package) + "." : "."));
+            (error == ENOENT ? ". It is in the package " + std::string(package) + "." : "."));
 }
 
 void becomeSaver(std::span<const std::string> words) {
-    becomeProgram(InstalledFile::saver, words, "the saver");
+    becomeProgram(InstalledFile::saver, words, "tarnwick");
 }
 
 void becomePlayer(std::span<const std::string> words) {
-    becomeProgram(InstalledFile::player, words, "the player");
+    becomeProgram(InstalledFile::player, words, "tarnwick-player");
 }
 
 } // namespace tarnwick
