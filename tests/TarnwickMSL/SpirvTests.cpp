@@ -219,6 +219,24 @@ static std::string gathered(unsigned lanes, unsigned last, unsigned repeated) {
 
 // A repeated lane is a factor of its own wherever in the gathering it comes, and is there whole for
 // every other user, in other blocks and in phis too.
+// A device may lack the access. Padding is no member of the block, bytes of the program are.
+TEST(SpirvWriter, declaresAccessToBytesOnlyForMembers) {
+    const auto written = [](const std::string& gap) {
+        return Written({.code = "%Record = type { float, " + gap + R"(, <4 x float> }
+@buffer.0 = external constant %Record
+@out.color = external global <4 x float>
+define void @main() {
+  %x = load <4 x float>, ptr getelementptr (i8, ptr @buffer.0, i32 16)
+  store <4 x float> %x, ptr @out.color
+  ret void
+}
+)",
+                        .interface = {uniforms, color}});
+    };
+    EXPECT_EQ(written("[12 x i8]").count("8BitAccess"), 0u);
+    EXPECT_EQ(written("<4 x i8>, [8 x i8]").count("UniformAndStorageBuffer8BitAccess"), 1u);
+}
+
 TEST(SpirvWriter, writesRepeatedLanesForAllTheirUsers) {
     struct User {
         const char* code;

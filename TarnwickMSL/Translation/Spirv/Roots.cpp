@@ -243,21 +243,26 @@ void Memory::makeBuffer(Root& made, const GlobalVariable& global) {
     addBlock(made, view);
 }
 
-static bool holds(Type* type, unsigned bits) {
-    if (type->isStructTy())
-        return any_of(cast<StructType>(type)->elements(),
-                      [bits](Type* member) { return holds(member, bits); });
+// Whether the type has scalars of that size in explicit layout, which leaves padding out.
+static bool holds(const Types& types, Type* type, unsigned bits) {
+    if (auto* record = dyn_cast<StructType>(type)) {
+        for (unsigned index = 0; index < record->getNumElements(); ++index)
+            if (types.member(record, index, Layout::explicit_) &&
+                holds(types, record->getElementType(index), bits))
+                return true;
+        return false;
+    }
     if (type->isArrayTy())
-        return holds(type->getArrayElementType(), bits);
+        return holds(types, type->getArrayElementType(), bits);
     return type->getScalarSizeInBits() == bits;
 }
 
 void Memory::requireStorage(spv::StorageClass storage, Type* type) {
     bool isUniform = storage == spv::StorageClass::Uniform;
-    if (holds(type, 8))
+    if (holds(body_.types, type, 8))
         body_.module.require(isUniform ? spv::Capability::UniformAndStorageBuffer8BitAccess
                                        : spv::Capability::StorageBuffer8BitAccess);
-    if (holds(type, 16))
+    if (holds(body_.types, type, 16))
         body_.module.require(isUniform ? spv::Capability::UniformAndStorageBuffer16BitAccess
                                        : spv::Capability::StorageBuffer16BitAccess);
 }
