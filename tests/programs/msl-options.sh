@@ -47,7 +47,11 @@ echo 'my notes' >notes.d
 expect 2 'notes.d' msl files.metal "-Iin clude" -MD -MF notes.d
 grep -q 'my notes' notes.d || complain 'a file was replaced' msl -MF
 expect 2 'MD requires -MF OUT.d or -o OUT.spv' msl files.metal -MD
-for name in ../outside/secret.h linked.h "$PWD/outside/secret.h" /etc/passwd; do
+# Also where no file is, so that a program does not learn which files exist.
+ln -s ../outside/none.h 'in clude/dangling.h'
+ln -s ../outside 'in clude/away'
+for name in ../outside/secret.h linked.h "$PWD/outside/secret.h" /etc/passwd ../outside/none.h \
+    dangling.h away/secret.h away/none.h away/none/none.h /etc/none; do
     echo "#include \"$name\"" >out.metal
     expect 1 "^out.metal:1:10: error: '$name' is outside the folders of includes" msl out.metal -I 'in clude'
 done

@@ -26,6 +26,22 @@ std::string withSlash(std::string path) {
     return path;
 }
 
+// Whether a file that does not exist would be in the folder: no link on the way leads out of it, or
+// nowhere.
+bool wouldBeInside(const std::string& folder, const std::string& rest) {
+    namespace fs = std::filesystem;
+    for (fs::path known(folder + rest); known.native().size() > folder.size();
+         known = known.parent_path()) {
+        std::error_code error;
+        if (fs::is_symlink(known, error) && !fs::exists(known, error))
+            return false;
+        llvm::SmallString<256> real;
+        if (!llvm::sys::fs::real_path(known.native(), real))
+            return llvm::StringRef(withSlash(real.str().str())).starts_with(folder);
+    }
+    return true;
+}
+
 // The library's files are at /metal. A folder there keeps its name with a dot, which makes it
 // another name of the same folder.
 std::string distinct(std::string name) {
@@ -95,7 +111,7 @@ llvm::ErrorOr<std::string> IncludedFiles::realPath(llvm::StringRef path) {
         const bool leaves = normal == ".." || normal.starts_with("../");
         llvm::SmallString<256> real;
         if (leaves || llvm::sys::fs::real_path(folder.path + rest, real)) {
-            (leaves ? isOutside : isInside) = true;
+            (leaves || !wouldBeInside(folder.path, rest) ? isOutside : isInside) = true;
             continue;
         }
         if (llvm::StringRef(withSlash(real.str().str())).starts_with(folder.path))
