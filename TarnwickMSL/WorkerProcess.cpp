@@ -83,15 +83,16 @@ bool receiveAll(int connection, char* to, std::size_t size, Limit& limit) {
 
 // The child has the connection as its standard input, no other file of this process, default
 // signals, and a process group of its own, so that a terminal's Ctrl-C does not reach it.
-pid_t spawn(const std::filesystem::path& program, int childEnd) {
+// -1 if it cannot be made.
+pid_t spawn(char* const* words, int childEnd) noexcept {
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
-    posix_spawn_file_actions_adddup2(&files, childEnd, STDIN_FILENO);
-    posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    int fault = posix_spawn_file_actions_adddup2(&files, childEnd, STDIN_FILENO);
+    fault |= posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     if (!std::getenv("TARNWICK_MSL_WORKER_TALKS"))
-        posix_spawn_file_actions_addopen(&files, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+        fault |= posix_spawn_file_actions_addopen(&files, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     // A host of the library may have files without FD_CLOEXEC, which would live on in the child.
-    posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
+    fault |= posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     sigset_t none, all;
@@ -102,10 +103,8 @@ pid_t spawn(const std::filesystem::path& program, int childEnd) {
     posix_spawnattr_setpgroup(&attributes, 0);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
                                               POSIX_SPAWN_SETPGROUP);
-    std::string name = program.string(), serve = "--serve", form = wireForm();
-    char* words[] = {name.data(), serve.data(), form.data(), nullptr};
     pid_t child = -1;
-    if (posix_spawn(&child, name.c_str(), &files, &attributes, words, environ) != 0)
+    if (fault != 0 || posix_spawn(&child, words[0], &files, &attributes, words, environ) != 0)
         child = -1;
     posix_spawn_file_actions_destroy(&files);
     posix_spawnattr_destroy(&attributes);
@@ -128,11 +127,14 @@ WorkerProcess::~WorkerProcess() {
 bool WorkerProcess::start() {
     if (child > 0)
         return true;
-    const std::filesystem::path file = program.empty() ? workerProgram() : program;
+    // All memory first: nothing below throws, so no end of the connection is left open.
+    std::string file = (program.empty() ? workerProgram() : program).string();
+    std::string serve = "--serve", form = wireForm();
+    char* const words[] = {file.data(), serve.data(), form.data(), nullptr};
     int ends[2];
     if (file.empty() || socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
         return false;
-    child = spawn(file, ends[1]);
+    child = spawn(words, ends[1]);
     close(ends[1]);
     if (child > 0)
         connection = ends[0];
