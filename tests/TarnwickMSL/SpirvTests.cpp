@@ -280,6 +280,47 @@ entry:
                 }
 }
 
+// A driver counts the operations of a loop before it unrolls the loop.
+TEST(SpirvWriter, writesAFractionAsOneInstruction) {
+    struct Fraction {
+        const char* code;
+        std::size_t fractions, roundings;
+    };
+    const Fraction cases[] = {
+        {"%r = fsub contract float %x, %f\nbr label %end\nend:\n", 1, 0},
+        {"br label %end\nend:\n%r = fsub contract float %x, %f\n", 1, 0},
+        {"%d = fsub contract float %x, %f\n%r = fmul float %d, %f\nbr label %end\nend:\n", 1, 1},
+        {"%d = fsub contract float %x, %f\nbr label %end\nend:\n"
+         "%p = phi float [ %f, %entry ]\n%r = fmul float %d, %p\n",
+         1, 1},
+        {"%g = call float @llvm.floor.f32(float %f)\n%r = fsub contract float %f, %g\n"
+         "br label %end\nend:\n",
+         1, 1},
+        {"%r = fsub float %x, %f\nbr label %end\nend:\n", 0, 1},
+        {"%r = fsub contract float %f, %x\nbr label %end\nend:\n", 0, 1},
+        {"%r = fsub contract float %y, %f\nbr label %end\nend:\n", 0, 1}};
+    for (const Fraction& one : cases) {
+        Written written({.code = std::string(R"(
+@in.uv = external global <2 x float>
+@out.color = external global <4 x float>
+define void @main() {
+entry:
+  %uv = load <2 x float>, ptr @in.uv
+  %x = extractelement <2 x float> %uv, i32 0
+  %y = extractelement <2 x float> %uv, i32 1
+  %f = call float @llvm.floor.f32(float %x)
+)") + one.code + R"(
+  %c = insertelement <4 x float> zeroinitializer, float %r, i32 1
+  store <4 x float> %c, ptr @out.color
+  ret void
+}
+declare float @llvm.floor.f32(float))",
+                         .interface = {uv, color}});
+        EXPECT_EQ(written.count(" Fract "), one.fractions) << written.text;
+        EXPECT_EQ(written.count(" Floor "), one.roundings) << written.text;
+    }
+}
+
 // What goes wrong inside is not the program's to know.
 TEST(SpirvWriter, callsItsOwnFaultsByOneName) {
     const char* code = R"(

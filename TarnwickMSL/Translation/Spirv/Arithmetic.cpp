@@ -1,6 +1,6 @@
 #include "TarnwickMSL/Translation/Spirv/Arithmetic.h"
 
-#include "TarnwickMSL/Translation/Spirv/Vectors.h"
+#include "TarnwickMSL/Translation/Spirv/Deferred.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/IR/Operator.h>
@@ -122,6 +122,8 @@ Id writeBinary(Body& body, const BinaryOperator& operation) {
     unsigned opcode = operation.getOpcode();
     if (opcode == Instruction::FMul)
         return writeMultiplication(body, operation);
+    if (const Value* whole = wholeOfFraction(operation))
+        return body.extended(GLSLstd450Fract, type, {body.id(whole)});
     Id a = body.id(operation.getOperand(0));
     Id b = body.id(operation.getOperand(1));
     if (isBoolean(type))
