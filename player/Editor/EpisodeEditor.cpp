@@ -184,6 +184,7 @@ void EpisodeEditor::goToNextProblem() {
 void EpisodeEditor::goTo(int line, int column) {
     const int row = std::clamp(line - 1, 0, lines() - 1);
     ensureLineVisible(row);
+    SendScintilla(SCI_SETXOFFSET, 0); // scrolls sideways only as far as the place needs
     setCursorPosition(row, indexOf(row, column));
     setFocus();
 }

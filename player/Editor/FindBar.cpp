@@ -34,12 +34,12 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent) {
     };
     text_ = entry(tr("Find, or :line"), 0);
     replacement_ = entry(tr("Replace with"), 1);
-    button(tr("Previous"), 0, 1, &FindBar::findPrevious);
-    button(tr("Next"), 0, 2, &FindBar::findNext);
-    matchesCase_ = box(tr("Case"), 3);
-    isExpression_ = box(tr("Expression"), 4);
-    button(tr("Replace"), 1, 1, &FindBar::replace);
-    button(tr("Replace all"), 1, 2, &FindBar::replaceAll);
+    button(tr("Previ&ous"), 0, 1, &FindBar::findPrevious);
+    button(tr("&Next"), 0, 2, &FindBar::findNext);
+    matchesCase_ = box(tr("&Case"), 3);
+    isExpression_ = box(tr("E&xpression"), 4);
+    button(tr("&Replace"), 1, 1, &FindBar::replace);
+    button(tr("Replace &all"), 1, 2, &FindBar::replaceAll);
     answer_ = new QLabel;
     rows->addWidget(answer_, 1, 3, 1, 2);
     connect(text_, &QLineEdit::returnPressed, this, &FindBar::findNext);

@@ -52,6 +52,19 @@ class Editor : public testing::Test {
     CallTip* tip;
 };
 
+// A place that fits beside the margins is shown with its line's beginning.
+TEST_F(Editor, scrollsSidewaysOnlyToPlacesThatNeedIt) {
+    const auto offset = [this] { return editor.SendScintilla(QsciScintilla::SCI_GETXOFFSET); };
+    editor.setEpisodeText("// " + std::string(400, 'x') + "\n// short\n");
+    editor.goTo(1, 395);
+    EXPECT_GT(offset(), 0);
+    editor.goTo(1, 30);
+    EXPECT_EQ(offset(), 0);
+    editor.goTo(1, 395);
+    editor.goTo(2, 4);
+    EXPECT_EQ(offset(), 0);
+}
+
 // The window opens them.
 TEST_F(Editor, takesTextThatIsDroppedButNoFiles) {
     QMimeData words, files;

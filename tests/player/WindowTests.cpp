@@ -118,7 +118,7 @@ TEST_F(Window, findsReplacesAndGoesToLines) {
     bar->findNext();
     EXPECT_EQ(editor->selectedText(), "p.red");
     for (QPushButton* button : bar->findChildren<QPushButton*>())
-        if (button->text() == "Replace all")
+        if (button->text() == "Replace &all")
             button->click();
     EXPECT_TRUE(editor->text().contains("float4(0.5, 0.0"));
     editor->undo();
