@@ -33,6 +33,12 @@ class FrameInputs {
     // Channels 0 to 3 at `time` seconds, as ShaderInputs has them.
     virtual std::vector<const gpu::Texture*> channels(double time);
 
+    // Each does a part of what inputs() and channels() of `time` wait for, and blocks for a part of
+    // a second. True once the other function finds the sound, or the pictures, of exactly that
+    // time; inputs that wait in those functions are always ready.
+    virtual bool prepareSound(double) { return true; }
+    virtual bool prepareChannels(double) { return true; }
+
     // inputs() of a single frame: plays the two seconds before it first, so that the levels equal
     // those of playback.
     ShaderInputs playedInputs(double time, const ParamValues& values);

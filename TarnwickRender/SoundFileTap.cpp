@@ -2,7 +2,6 @@
 
 #include "TarnwickPlatform/Movie/Reading/LoopedSound.h"
 
-#include <array>
 #include <utility>
 
 namespace tarnwick {
@@ -39,10 +38,17 @@ std::unique_ptr<SoundFileTap> SoundFileTap::make(Samples samples, gpu::Device& d
     return std::unique_ptr<SoundFileTap>(new SoundFileTap(std::move(samples), std::move(levels)));
 }
 
+bool SoundFileTap::prepareSound(double time) {
+    if (read_ == time)
+        return true;
+    const bool isRead = samples_(time - SoundListener::heard, SoundListener::rate, stereo_);
+    read_ = isRead ? std::optional(time) : std::nullopt;
+    return isRead;
+}
+
 ShaderInputs SoundFileTap::inputs(double time, const ParamValues&) {
-    std::array<float, std::size_t{2} * AudioAnalyzer::window> stereo{};
-    if (samples_(time - SoundListener::heard, SoundListener::rate, stereo))
-        listener_.listen(time, AudioAnalyzer::mono(stereo));
+    if (prepareSound(time))
+        listener_.listen(time, AudioAnalyzer::mono(stereo_));
     return levels_->inputs(listener_.analyzer().bands(), listener_.analyzer().spectrum());
 }
 

@@ -5,9 +5,12 @@
 #include "TarnwickRender/LevelInputs.h"
 #include "TarnwickRender/Sound/SoundListener.h"
 
+#include <array>
+#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 
 namespace tarnwick {
@@ -21,18 +24,21 @@ class SoundFileTap : public FrameInputs {
                                               gpu::Device& device);
 
     // Writes interleaved stereo from `start` seconds on, `rate` samples per second. False if it is
-    // not decoded yet; the levels remain then.
+    // not decoded yet: prepareSound() asks again, and inputs() keeps the levels.
     using Samples = std::function<bool(double start, double rate, std::span<float> stereo)>;
     // Hears a file that is decoded elsewhere. Throws InputError.
     static std::unique_ptr<SoundFileTap> make(Samples samples, gpu::Device& device);
 
     ShaderInputs inputs(double time, const ParamValues& values) override;
     void reset() override { listener_.reset(); }
+    bool prepareSound(double time) override;
 
   private:
     SoundFileTap(Samples samples, std::unique_ptr<LevelInputs> levels);
 
     Samples samples_;
+    std::array<float, std::size_t{2} * AudioAnalyzer::window> stereo_{}; // what read_ hears
+    std::optional<double> read_;                                         // seconds; absent: none
     std::unique_ptr<LevelInputs> levels_;
     SoundListener listener_;
 };

@@ -10,6 +10,10 @@ class Channel {
   public:
     virtual ~Channel() = default;
 
+    // Does a part of what at() of that time waits for, and blocks for a part of a second. True once
+    // at() gives exactly the picture of that time. A channel whose at() waits is always ready.
+    virtual bool prepare(double) { return true; }
+
     // The picture at `time` seconds of the episode that reads it; null: black. Valid until the next
     // call. Decodes or draws what has changed, and waits for it. Throws InputError.
     virtual const gpu::Texture* at(double time) = 0;

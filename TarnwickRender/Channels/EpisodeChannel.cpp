@@ -20,6 +20,10 @@ EpisodeChannel::EpisodeChannel(const std::shared_ptr<const ShaderProgram>& progr
         throw InputError(ProgramFrames::absence(*program, device, width, height));
 }
 
+bool EpisodeChannel::prepare(double time) {
+    return time_ == time || !frames_->prepare(std::max(time, 0.0), *queue_);
+}
+
 const gpu::Texture* EpisodeChannel::at(double time) {
     if (std::exchange(time_, time) != time)
         draw(std::max(time, 0.0));

@@ -21,6 +21,7 @@ class EpisodeChannel : public Channel {
                    std::shared_ptr<FrameInputs> inputs, gpu::Device& device, std::int64_t width,
                    std::int64_t height);
 
+    bool prepare(double time) override;
     const gpu::Texture* at(double time) override;
 
   private:

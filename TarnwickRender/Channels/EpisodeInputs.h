@@ -8,15 +8,23 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 
 namespace tarnwick {
 
+// How files are opened. Empty: by reading them in the calls that need them, which wait.
+struct FileOpeners {
+    std::function<std::unique_ptr<Channel>(const std::filesystem::path&, gpu::Device&)> channel{};
+    std::function<std::unique_ptr<FrameInputs>(const std::filesystem::path&, gpu::Device&)> sound{};
+};
+
 struct InputSources {
     ChannelSources channels{};
     bool hearsOwnSound = false;        // if it has one; otherwise silence
     std::filesystem::path soundFile{}; // a media file that is heard instead; empty: none
+    FileOpeners open{};                // also for the episodes of channels
 };
 
 // Open channels, which several inputs of one picture size share.
@@ -38,6 +46,8 @@ class EpisodeInputs : public FrameInputs {
     ShaderInputs inputs(double time, const ParamValues& values) override;
     void reset() override;
     std::vector<const gpu::Texture*> channels(double time) override;
+    bool prepareSound(double time) override;
+    bool prepareChannels(double time) override;
 
   private:
     EpisodeInputs() = default;

@@ -58,4 +58,12 @@ std::vector<const gpu::Texture*> PerformedSources::channels(double time) {
     return used_ != nullptr ? used_->channels(time) : std::vector<const gpu::Texture*>();
 }
 
+bool PerformedSources::prepareSound(double time) {
+    return used_ == nullptr || used_->prepareSound(time);
+}
+
+bool PerformedSources::prepareChannels(double time) {
+    return used_ == nullptr || used_->prepareChannels(time);
+}
+
 } // namespace tarnwick

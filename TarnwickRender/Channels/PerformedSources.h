@@ -31,6 +31,8 @@ class PerformedSources : public FrameInputs {
     void reset() override;
     void use(const PerformedInputs& inputs) override;
     std::vector<const gpu::Texture*> channels(double time) override;
+    bool prepareSound(double time) override;
+    bool prepareChannels(double time) override;
 
   private:
     PerformedSources(std::shared_ptr<const ShaderProgram> program, gpu::Device& device,

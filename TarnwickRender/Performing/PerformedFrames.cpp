@@ -57,17 +57,27 @@ std::optional<PerformedFrames::Progress> PerformedFrames::prepare(double seconds
     std::int64_t limit = partOfWork;
     while (!ahead_.empty() && limit > 0 && !hasFailed_) {
         FramePassage& next = ahead_.front();
-        limit -= go(next, limit, queue);
+        const std::int64_t gone = go(next, limit, queue);
+        limit -= gone;
         if (frame_ == next.to) {
             ahead_.pop_front();
             continue;
         }
+        if (gone == 0 && !hasFailed_)
+            break; // its inputs are not ready
         next.from = frame_;
         next.left = next.reached;
     }
-    if (ahead_.empty() || hasFailed_)
+    if (hasFailed_)
         return std::nullopt;
-    return Progress{frame_, ahead_.back().to};
+    if (!ahead_.empty())
+        return Progress{frame_, ahead_.back().to};
+    if (heard_) {
+        use(walk_.controls());
+        if (!heard_->prepareChannels(time()))
+            return Progress{frame_, frame_};
+    }
+    return std::nullopt;
 }
 
 void PerformedFrames::start() {
@@ -79,7 +89,8 @@ void PerformedFrames::start() {
     frame_ = -1;
 }
 
-// Goes at most `limit` frames of the passage. Returns how many.
+// Goes at most `limit` frames of the passage. Returns how many: 0 only if the inputs of the next
+// one are not ready.
 std::int64_t PerformedFrames::go(const FramePassage& passage, std::int64_t limit,
                                  gpu::CommandQueue& queue) {
     if (!passage.from)
@@ -90,13 +101,32 @@ std::int64_t PerformedFrames::go(const FramePassage& passage, std::int64_t limit
         reach(end, passage.reached, queue);
         return end - first;
     }
-    while (frame_ < end && !hasFailed_) {
+    while (frame_ < end && !hasFailed_ && areReady(passage)) {
         if (frame_ >= 0)
-            leave(frame_ == passage.from ? passage.left : passage.reached, queue);
+            leave(controlsToLeave(passage), queue);
         reach(frame_ + 1, passage.reached, queue);
         hear(frame_, passage);
     }
-    return end - first;
+    return frame_ - first;
+}
+
+const FrameControls& PerformedFrames::controlsToLeave(const FramePassage& passage) const {
+    return frame_ == passage.from ? passage.left : passage.reached;
+}
+
+// Whether the inputs are there with which the present frame is left and the next one is heard.
+bool PerformedFrames::areReady(const FramePassage& passage) {
+    if (!heard_)
+        return true;
+    if (feedback_ && frame_ >= 0) {
+        use(controlsToLeave(passage));
+        if (!heard_->prepareChannels(timeOf(frame_)))
+            return false;
+    }
+    if (!isHeard(frame_ + 1, passage))
+        return true;
+    use(passage.reached);
+    return heard_->prepareSound(timeOf(frame_ + 1));
 }
 
 // Draws the frame for the next one to read.
@@ -133,9 +163,13 @@ void PerformedFrames::use(const FrameControls& controls) {
 }
 
 // Frames that only lead to the end of a jump are not heard unless they are drawn.
+bool PerformedFrames::isHeard(std::int64_t frame, const FramePassage& passage) const {
+    const bool isNear = feedback_ || !passage.isJump || passage.to - frame <= framesHeard;
+    return heard_ && isNear && !passage.reached.heard.codes;
+}
+
 void PerformedFrames::hear(std::int64_t frame, const FramePassage& passage) {
-    const bool isHeard = feedback_ || !passage.isJump || passage.to - frame <= framesHeard;
-    if (!heard_ || !isHeard || passage.reached.heard.codes)
+    if (!isHeard(frame, passage))
         return;
     use(passage.reached);
     inputs_ = heard_->inputs(timeOf(frame), passage.reached.settings->values);

@@ -34,11 +34,11 @@ class PerformedFrames {
     PerformedFrames& operator=(const PerformedFrames&) = delete;
 
     struct Progress {
-        std::int64_t done = 0, total = 0; // frames of 1/60 s
+        std::int64_t done = 0, total = 0; // frames of 1/60 s; equal: the inputs are not ready
     };
     // Computes a part of what the frame at `seconds` of the performance depends on. Returns the
     // progress, or nothing when the frame can be drawn. Fast forwards. Blocks for 60 frames of
-    // 1/60 s, at most.
+    // 1/60 s, and for the inputs of one as FrameInputs::prepareChannels() does, at most.
     std::optional<Progress> prepare(double seconds, gpu::CommandQueue& queue);
 
     // Encodes the frame of the last prepare(), which returned nothing. Neither commits nor waits
@@ -57,6 +57,9 @@ class PerformedFrames {
     void leave(const FrameControls& controls, gpu::CommandQueue& queue);
     void reach(std::int64_t frame, const FrameControls& controls, gpu::CommandQueue& queue);
     void use(const FrameControls& controls);
+    const FrameControls& controlsToLeave(const FramePassage& passage) const;
+    bool areReady(const FramePassage& passage);
+    bool isHeard(std::int64_t frame, const FramePassage& passage) const;
     void hear(std::int64_t frame, const FramePassage& passage);
     bool encode(gpu::CommandBuffer& commands, double time, const FrameControls& controls,
                 const FramePass& pass);

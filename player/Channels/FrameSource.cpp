@@ -31,7 +31,9 @@ struct FrameSource::Shared {
     std::mutex mutex;   // of the next ones
     std::condition_variable changed;
     Frame frame;
-    std::optional<double> wanted = 0;               // the first frame is read at once
+    std::optional<double> wanted = 0; // the first frame is read at once
+    std::optional<double> reached;    // the time whose frame is the newest
+    bool isUnreadable = false;
     std::array<std::shared_ptr<Picture>, 3> memory; // of the source's thread; used in turn
 
     void run();
@@ -44,6 +46,8 @@ struct FrameSource::Shared {
     }
     std::shared_ptr<Picture> room();
     void publish(std::shared_ptr<const Picture> picture);
+    void noteReached(std::optional<double> time);
+    void noteUnreadable();
     std::optional<double> wantedAfter(std::optional<double> time);
     bool isFar(double time);
     void say(const std::string& sentence);
@@ -67,6 +71,23 @@ void FrameSource::Shared::publish(std::shared_ptr<const Picture> picture) {
     const std::lock_guard lock(mutex);
     frame.picture = std::move(picture);
     ++frame.number;
+}
+
+void FrameSource::Shared::noteReached(std::optional<double> time) {
+    {
+        const std::lock_guard lock(mutex);
+        reached = time;
+        isUnreadable = false;
+    }
+    changed.notify_all();
+}
+
+void FrameSource::Shared::noteUnreadable() {
+    {
+        const std::lock_guard lock(mutex);
+        isUnreadable = true;
+    }
+    changed.notify_all();
 }
 
 // Waits for a time other than `time`, at most until the next look at the file.
@@ -95,6 +116,7 @@ void FrameSource::Shared::run() {
             kind == SourceKind::camera ? readCamera() : readFile();
             told.clear();                       // the file was saved again
         } catch (const std::exception& error) { // MediaError, or no memory
+            noteUnreadable();
             if (!isEnd && std::exchange(told, error.what()) != error.what())
                 say(error.what());
             // A file is tried again after a change, a camera each time.
@@ -108,18 +130,22 @@ void FrameSource::Shared::run() {
 void FrameSource::Shared::readFile() {
     const auto stamp = FileWatcher::stamp(place);
     const auto media = LoopedMedia::open(place, [this] { return isEnd.load(); });
-    std::optional<double> done;
+    std::optional<double> done; // absent: no time, or the way to it was ended
     auto looked = std::chrono::steady_clock::now();
     while (!isEnd) {
         const std::optional<double> time = wantedAfter(done);
         if (!time || isEnd)
             continue;
-        if (time != done && media->goTo(*time, [&] { return isFar(*time); })) {
-            auto picture = room();
-            media->readPicture(*picture);
-            publish(std::move(picture));
+        if (time != done) {
+            bool isEnded = false;
+            if (media->goTo(*time, [&] { return isEnded = isFar(*time); })) {
+                auto picture = room();
+                media->readPicture(*picture);
+                publish(std::move(picture));
+            }
+            done = isEnded ? std::nullopt : time;
+            noteReached(done);
         }
-        done = time;
         if (std::chrono::steady_clock::now() - looked < watchInterval)
             continue;
         looked = std::chrono::steady_clock::now();
@@ -176,6 +202,15 @@ void FrameSource::follow(double time) {
         shared_->wanted = time;
     }
     shared_->changed.notify_all();
+}
+
+bool FrameSource::reach(double time, std::chrono::milliseconds longest) {
+    if (shared_->kind == SourceKind::camera)
+        return true;
+    follow(time);
+    std::unique_lock lock(shared_->mutex);
+    return shared_->changed.wait_for(
+        lock, longest, [&] { return shared_->isUnreadable || shared_->reached == time; });
 }
 
 } // namespace tarnwick::player

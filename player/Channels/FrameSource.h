@@ -3,6 +3,7 @@
 
 #include "TarnwickPlatform/Pictures/Picture.h"
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -13,8 +14,8 @@ namespace tarnwick::player {
 
 enum class SourceKind : std::uint8_t { file, camera };
 
-// Its pictures are read and converted on a thread of its own. Any thread may call its functions,
-// which do not wait for that thread.
+// Its pictures are read and converted on a thread of its own. Any thread may call its functions;
+// only reach() waits for that thread.
 class FrameSource {
   public:
     // `tell` is called on the source's thread with a sentence when the source cannot be read.
@@ -36,6 +37,10 @@ class FrameSource {
     // A movie shows its frame at `time` seconds of the episode, modulo its length, as soon as it is
     // read. Others ignore it.
     void follow(double time);
+
+    // Follows `time` and waits until newest() is the frame of that time, at most so long. True if
+    // it is, or if there is none: a camera, and a file that cannot be read.
+    bool reach(double time, std::chrono::milliseconds longest);
 
   private:
     struct Shared;

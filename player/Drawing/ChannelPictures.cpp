@@ -91,8 +91,6 @@ void ChannelPictures::drawEpisode(std::uint64_t document, Bringing& bringing) {
     SceneMoment moment = bringing.moment;
     moment.settings = episode.settings;
     moment.mouse.reset();
-    moment.replay.reset();
-    moment.replayedInputs.reset();
     moment.channels = texturesOf(episode.channels);
     drawn.isBehind = scene->warm(moment, bringing.queue).has_value();
     if (drawn.isBehind || !bringing.draw(*scene, moment))

@@ -141,7 +141,7 @@ void Drawing::showAgain() {
 }
 
 void Drawing::stop(std::string failure) {
-    stopped_ = Stopped{programs(), record_, wantedSize()};
+    stopped_ = Stopped{programs(), record_, record_->replay, wantedSize()};
     next_.reset();
     news_.failure = std::move(failure);
     news_.warming.reset();
@@ -149,7 +149,8 @@ void Drawing::stop(std::string failure) {
 }
 
 bool Drawing::isStopped() const {
-    return stopped_ && stopped_->programs == programs() && stopped_->size == wantedSize();
+    return stopped_ && stopped_->programs == programs() && stopped_->replay == record_->replay &&
+           stopped_->size == wantedSize();
 }
 
 // Of the episode and of those that its channels show.
@@ -161,11 +162,16 @@ std::vector<const ShaderProgram*> Drawing::programs() const {
     return all;
 }
 
-// A replay shows those of its time.
+// A replay has its own.
 std::shared_ptr<const LiveChannels> Drawing::shownChannels() const {
-    if (!record_->replay)
-        return record_->channels;
-    return record_->replayedInputs->channelsAt(record_->transport.timeAt(currentMediaTime()));
+    return record_->replay ? nullptr : record_->channels;
+}
+
+// A replay keeps the time of a frame that is not ready until it is drawn: a device or a file that
+// is slower than the clock makes pictures late, not wrong.
+double Drawing::drawnTime() const {
+    const bool isHeld = held_ && held_->clock == clockNumber_ && held_->replay == record_->replay;
+    return isHeld ? held_->time : record_->transport.timeAt(currentMediaTime());
 }
 
 // A paused picture is that of its time. After an edit it is so once the state is computed again.
@@ -195,7 +201,7 @@ bool Drawing::hasScene() const {
 }
 
 SceneMoment Drawing::moment() const {
-    return {.time = record_->transport.timeAt(currentMediaTime()),
+    return {.time = drawnTime(),
             .mouse = record_->mouse,
             .settings = record_->settings,
             .isPlaying = record_->transport.isPlaying,
@@ -248,20 +254,9 @@ void Drawing::bringChannels(SceneMoment& moment) {
     channelSeconds_ = 0;
     if (!channels_.areUsed())
         return;
-    SceneMoment shown = moment;
-    shown.time = episodeTime(moment);
-    channels_.bring(shown, wantedSize(), scene_ ? scene_->picture() : nullptr, *queue_,
+    channels_.bring(moment, wantedSize(), scene_ ? scene_->picture() : nullptr, *queue_,
                     [this](Scene& scene, const SceneMoment& at) { return drawChannel(scene, at); });
     moment.channels = channels_.textures();
-}
-
-// Channels follow the episode's clock in a replay too.
-double Drawing::episodeTime(const SceneMoment& moment) {
-    if (!moment.replay)
-        return moment.time;
-    if (!replayed_ || replayed_->shared() != moment.replay)
-        replayed_.emplace(moment.replay);
-    return replayed_->at(moment.time).transport.timeAt(moment.time);
 }
 
 bool Drawing::drawChannel(Scene& scene, const SceneMoment& moment) {
@@ -278,6 +273,12 @@ bool Drawing::drawChannel(Scene& scene, const SceneMoment& moment) {
 
 bool Drawing::isWarm(Scene& scene, const SceneMoment& moment) {
     const auto warming = scene.warm(moment, *queue_);
+    if (!scene.failure().empty()) {
+        stop(scene.failure());
+        return false;
+    }
+    if (warming && moment.replay)
+        held_ = {moment.time, moment.clock, moment.replay};
     const double frame = stepsOfFrame * scene.warmingSeconds();
     if (warming && frame > PreviewScale::longestFrame)
         scale_.add(frame);
@@ -289,14 +290,20 @@ bool Drawing::isWarm(Scene& scene, const SceneMoment& moment) {
 }
 
 bool Drawing::draw(Scene& scene, const SceneMoment& moment) {
+    const double begin = currentMediaTime();
     auto commands = scene.encode(moment, *queue_);
+    if (!scene.failure().empty())
+        stop(scene.failure());
     if (!commands)
         return false;
+    if (moment.replay)
+        channelSeconds_ = currentMediaTime() - begin; // encoding draws its channels
     commands->commit();
     const double last = &scene == scene_.get() ? news_.frameSeconds : 0;
     if (!finishes(*commands, last) || commands->status() != gpu::CommandBufferStatus::completed)
         return false;
     scene.finish();
+    held_.reset();
     news_.frameSeconds += channelSeconds_;
     news_.time = scene.episodeTime(moment);
     news_.picture = scene.size();

@@ -1,7 +1,6 @@
 // The work of the drawing thread.
 #pragma once
 
-#include "TarnwickCore/Performance/PerformanceCursor.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickPlatform/Pictures/Picture.h"
 #include "TarnwickRender/Targets/FrameClock.h"
@@ -53,10 +52,10 @@ class Drawing {
     PixelSize wantedSize() const;
     SceneMoment moment() const;
     void bringChannels(SceneMoment& moment);
-    double episodeTime(const SceneMoment& moment);
     bool drawChannel(Scene& scene, const SceneMoment& moment);
     std::vector<const ShaderProgram*> programs() const;
     std::shared_ptr<const LiveChannels> shownChannels() const;
+    double drawnTime() const;
     void prepare();
     bool isWarm(Scene& scene, const SceneMoment& moment);
     bool draw(Scene& scene, const SceneMoment& moment);
@@ -75,7 +74,12 @@ class Drawing {
     std::unique_ptr<Scene> scene_; // whose pictures are shown
     std::unique_ptr<Scene> next_;  // in preparation
     LiveTargets targets_;
-    std::optional<PerformanceCursor> replayed_; // of the last replay with channels
+    struct HeldMoment {
+        double time; // seconds of the replay
+        std::uint64_t clock;
+        std::shared_ptr<const Performance> replay;
+    };
+    std::optional<HeldMoment> held_; // of a replay, until its frame is drawn
     ChannelPictures channels_;
     double channelSeconds_ = 0; // of the episodes that channels show, in the last frame
     PreviewScale scale_;
@@ -87,6 +91,7 @@ class Drawing {
     struct Stopped {
         std::vector<const ShaderProgram*> programs; // kept by the record
         std::shared_ptr<const LiveRecord> record;
+        std::shared_ptr<const Performance> replay;
         PixelSize size;
     };
     std::optional<Stopped> stopped_;

@@ -5,16 +5,10 @@
 #include "TarnwickRender/ShaderProgram.h"
 #include "player/Channels/FrameSource.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
-#include <functional>
-#include <iterator>
 #include <map>
 #include <memory>
-#include <span>
-#include <string>
-#include <vector>
 
 namespace tarnwick::player {
 
@@ -50,24 +44,6 @@ struct LiveChannels {
     std::map<std::uint64_t, LiveEpisode> episodes; // by document: those that channels show
 
     bool operator==(const LiveChannels&) const = default;
-};
-
-// The inputs of a performance that is replayed.
-struct ReplayedInputs {
-    struct Set {
-        double from = 0;                              // seconds of the performance
-        std::shared_ptr<const LiveChannels> channels; // never null
-    };
-    std::vector<Set> sets; // ascending in time, the first from 0
-    // Writes the sound of a file, as SoundFileTap::Samples. Called on the drawing thread, which it
-    // does not block.
-    std::function<bool(const std::string& file, double start, double rate, std::span<float>)> hear;
-
-    // Null without a set.
-    std::shared_ptr<const LiveChannels> channelsAt(double seconds) const {
-        const auto after = std::ranges::upper_bound(sets, seconds, {}, &Set::from);
-        return after == sets.begin() ? nullptr : std::prev(after)->channels;
-    }
 };
 
 } // namespace tarnwick::player

@@ -6,6 +6,7 @@
 #include "TarnwickCore/Performance/Performance.h"
 #include "TarnwickCore/Performance/Transport.h"
 #include "TarnwickGPU/Device.h"
+#include "TarnwickRender/Channels/PerformedSources.h"
 #include "TarnwickRender/ShaderProgram.h"
 #include "player/Drawing/LiveChannels.h"
 #include "player/Drawing/LiveLevels.h"
@@ -15,8 +16,12 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tarnwick::player {
+
+// All sets of inputs of a performance that is replayed, opened in a way that never waits long.
+using ReplayedInputs = std::vector<PerformedSource>;
 
 // Constant once it is published. Shared between the thread that publishes it and the drawing
 // thread.
@@ -57,9 +62,9 @@ struct LiveNews {
     double framesPerSecond = 0; // shown, over the last second
     double firstDraw = 0;       // seconds of the first frame of the program that is shown
     struct Warming {
-        std::int64_t done = 0, total = 0; // steps or frames
+        std::int64_t done = 0, total = 0; // steps or frames; equal: waits for a file of a replay
     };
-    std::optional<Warming> warming{}; // the state of a seek is computed
+    std::optional<Warming> warming{}; // what the next frame needs is computed
     std::string failure;              // one sentence if nothing can be drawn; empty otherwise
     bool isTooSlow = false;           // a frame takes too long; drawing waits for a new program
     bool isDeviceLost = false;

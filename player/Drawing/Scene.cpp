@@ -18,55 +18,6 @@ double timeOf(std::int64_t frame) {
 
 } // namespace
 
-// The own sound or the performed file at each time, and the channels of the last moment.
-class Scene::ReplayInputs : public FrameInputs {
-  public:
-    ReplayInputs(std::unique_ptr<SoundTap> tap, gpu::Device& device,
-                 std::shared_ptr<const ReplayedInputs> replayed)
-        : tap_(std::move(tap)), device_(device), replayed_(std::move(replayed)) {}
-
-    void show(const std::vector<const gpu::Texture*>& channels) { channels_ = channels; }
-    // The sound of another file begins with silence.
-    ShaderInputs inputs(double time, const ParamValues& values) override {
-        if (std::exchange(heard_, file_) != file_)
-            reset();
-        FrameInputs* sound = file_.empty() ? tap_.get() : fileTap();
-        return sound != nullptr ? sound->inputs(time, values) : ShaderInputs::none();
-    }
-    void reset() override {
-        if (tap_)
-            tap_->reset();
-        fileTap_.reset();
-    }
-    void use(const PerformedInputs& inputs) override {
-        const auto sound = inputs.find(soundInput);
-        file_ = sound == inputs.end() ? std::string() : sound->second.file;
-    }
-    std::vector<const gpu::Texture*> channels(double) override { return channels_; }
-
-  private:
-    // Null if the device has no room.
-    FrameInputs* fileTap() try {
-        if (!fileTap_)
-            fileTap_ = SoundFileTap::make(
-                [replayed = replayed_, file = file_](double start, double rate,
-                                                     std::span<float> stereo) {
-                    return replayed->hear(file, start, rate, stereo);
-                },
-                device_);
-        return fileTap_.get();
-    } catch (const InputError&) {
-        return nullptr;
-    }
-
-    std::unique_ptr<SoundTap> tap_; // null without a sound
-    gpu::Device& device_;
-    std::shared_ptr<const ReplayedInputs> replayed_;
-    std::string file_, heard_; // the file of the sound input, now and at the last inputs()
-    std::unique_ptr<SoundFileTap> fileTap_; // of file_; null before it is heard
-    std::vector<const gpu::Texture*> channels_;
-};
-
 Scene::Scene(std::shared_ptr<const ShaderProgram> program, std::shared_ptr<gpu::Device> device,
              const PixelSize& size)
     : device_(std::move(device)), program_(std::move(program)), size_(size) {}
@@ -148,6 +99,8 @@ bool Scene::isWarm(const SceneMoment& moment) const {
 std::optional<LiveNews::Warming> Scene::warm(const SceneMoment& moment, gpu::CommandQueue& queue) {
     takeOver(moment);
     settings_ = moment.settings;
+    if (!failure_.empty())
+        return std::nullopt;
     if (replayed_)
         return warmReplay(moment, queue);
     if (isWarm(moment))
@@ -165,11 +118,10 @@ void Scene::takeOver(const SceneMoment& moment) {
     const bool isOther = moment.replay != replay_;
     if (isOther) {
         replay_ = moment.replay;
-        replayInputs_ = std::make_shared<ReplayInputs>(SoundTap::make(program_, *device_), *device_,
-                                                       moment.replayedInputs);
-        replayed_ = replay_ ? PerformedFrames::make(program_, *device_, size_.width, size_.height,
-                                                    replay_, replayInputs_)
-                            : nullptr;
+        replayed_.reset();
+        failure_.clear();
+        if (replay_)
+            beginReplay(*moment.replayedInputs);
     }
     if (!isOther && moment.restart == restart_)
         return;
@@ -180,13 +132,28 @@ void Scene::takeOver(const SceneMoment& moment) {
     followed_.reset();
 }
 
+void Scene::beginReplay(const ReplayedInputs& inputs) {
+    try {
+        replayed_ = PerformedFrames::make(
+            program_, *device_, size_.width, size_.height, replay_,
+            PerformedSources::make(program_, *device_, size_.width, size_.height, inputs));
+        if (!replayed_)
+            failure_ = ProgramFrames::absence(*program_, *device_, size_.width, size_.height);
+    } catch (const InputError& error) {
+        failure_ = error.what();
+    }
+}
+
 std::optional<LiveNews::Warming> Scene::warmReplay(const SceneMoment& moment,
                                                    gpu::CommandQueue& queue) {
-    replayInputs_->show(moment.channels);
-    const auto progress = replayed_->prepare(moment.time, queue);
-    if (!progress)
-        return std::nullopt;
-    return LiveNews::Warming{.done = progress->done, .total = progress->total};
+    try {
+        const auto progress = replayed_->prepare(moment.time, queue);
+        if (progress)
+            return LiveNews::Warming{.done = progress->done, .total = progress->total};
+    } catch (const InputError& error) {
+        failure_ = error.what();
+    }
+    return std::nullopt;
 }
 
 std::optional<LiveNews::Warming> Scene::warmSimulation(const SceneMoment& moment,
@@ -287,10 +254,19 @@ std::optional<gpu::CommandBuffer> Scene::encode(const SceneMoment& moment,
     const FramePass pass{.descriptor = {.color = {.texture = &pictures_->current(),
                                                   .load = gpu::LoadAction::clear}}};
     const bool isEncoded =
-        replayed_ ? replayed_->encode(*commands, pass) : encodeLive(moment, *commands, pass);
+        replayed_ ? encodeReplay(*commands, pass) : encodeLive(moment, *commands, pass);
     if (!isEncoded)
         return std::nullopt;
     return commands;
+}
+
+bool Scene::encodeReplay(gpu::CommandBuffer& commands, const FramePass& pass) {
+    try {
+        return replayed_->encode(commands, pass);
+    } catch (const InputError& error) {
+        failure_ = error.what();
+        return false;
+    }
 }
 
 // An episode that reads its previous frame has the time of the nearest frame, as in a performance.

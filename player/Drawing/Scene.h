@@ -6,7 +6,6 @@
 #include "TarnwickRender/LevelInputs.h"
 #include "TarnwickRender/Performing/PerformedFrames.h"
 #include "TarnwickRender/ProgramFrames.h"
-#include "TarnwickRender/SoundFileTap.h"
 #include "TarnwickRender/SoundTap.h"
 #include "player/Drawing/LiveRecord.h"
 #include "player/Drawing/WarmingPace.h"
@@ -14,6 +13,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace tarnwick::player {
@@ -22,7 +22,7 @@ struct SceneMoment {
     double time = 0;                             // seconds of the episode, or of the replay
     std::optional<std::array<float, 2>> mouse{}; // as in LiveRecord
     std::shared_ptr<const Settings> settings;    // never null
-    std::vector<const gpu::Texture*> channels{}; // borrowed, as in ShaderInputs
+    std::vector<const gpu::Texture*> channels{}; // borrowed, as in ShaderInputs; not in a replay
     bool isPlaying = false;                      // a frame or step that is late may be skipped
     std::uint64_t clock = 0;                     // another one after each change of the transport
     std::shared_ptr<const SoundLevels> levels{}; // of the sound that is heard; null: unknown
@@ -58,6 +58,8 @@ class Scene {
     // Computes a part of the state that a frame needs, such as the steps of particles after a seek.
     // Returns the progress, or nothing when the frame can be drawn. Blocks for a part of a second.
     std::optional<LiveNews::Warming> warm(const SceneMoment& moment, gpu::CommandQueue& queue);
+    // One sentence after a warm() or an encode() of a replay that cannot be drawn; otherwise empty.
+    const std::string& failure() const { return failure_; }
     // Whether warm() would return nothing at once.
     bool isWarm(const SceneMoment& moment) const;
     // Seconds that a step or a frame took in the last warm() that computed some; 0 before it.
@@ -78,8 +80,10 @@ class Scene {
     Scene(std::shared_ptr<const ShaderProgram> program, std::shared_ptr<gpu::Device> device,
           const PixelSize& size);
     void takeOver(const SceneMoment& moment);
+    void beginReplay(const ReplayedInputs& inputs);
     std::optional<LiveNews::Warming> warmReplay(const SceneMoment& moment,
                                                 gpu::CommandQueue& queue);
+    bool encodeReplay(gpu::CommandBuffer& commands, const FramePass& pass);
     FrameMoment frameMoment(const SceneMoment& moment) const;
     ShaderInputs inputs(const SceneMoment& moment);
     ShaderInputs soundInputs(const SceneMoment& moment);
@@ -121,9 +125,8 @@ class Scene {
     std::optional<Goal> goal_; // while the state is computed
     WarmingPace pace_;
     std::shared_ptr<const Performance> replay_; // of replayed_; null without one
-    class ReplayInputs;
-    std::shared_ptr<ReplayInputs> replayInputs_; // of replayed_
     std::unique_ptr<PerformedFrames> replayed_;
+    std::string failure_;
     std::uint64_t restart_ = 0; // of the last moment
 };
 

@@ -319,7 +319,7 @@ void Performer::start(const Loaded& loaded) {
         std::make_shared<const Performance>(performance->fitted(document_->program()->params()));
     cursor_.emplace(fitted);
     replayed_ =
-        replayedInputsOf(*fitted, loaded.episodes, document_->id(),
+        replayedInputsOf(*fitted, loaded.episodes,
                          [performer = QPointer<Performer>(this)](const std::string& sentence) {
                              QCoreApplication* program = QCoreApplication::instance();
                              if (program == nullptr)

@@ -3,22 +3,24 @@
 #include "TarnwickCore/CommandLine/ChannelWord.h"
 #include "TarnwickCore/Episode/Episode.h"
 #include "TarnwickCore/Performance/InputFiles.h"
+#include "TarnwickRender/SoundFileTap.h"
 #include "player/Compiling/LiveCompiler.h"
+#include "player/Drawing/SourceChannel.h"
 #include "player/Model/DocumentFile.h"
 #include "player/Sound/FileSound.h"
 
+#include <chrono>
 #include <set>
+#include <span>
 #include <thread>
 #include <utility>
-#include <variant>
 
 namespace tarnwick::player {
 namespace {
 
 namespace fs = std::filesystem;
 
-// Numbers of channel episodes, which are not open documents.
-constexpr std::uint64_t firstNumber = std::uint64_t{1} << 63;
+constexpr std::chrono::milliseconds longestWait{50}; // of a frame, for a sound that is decoded
 
 bool isEpisode(const std::string& name, const PerformedFile& file) {
     return name != soundInput && channelKindOf(file.file) == ChannelKind::episode;
@@ -32,77 +34,50 @@ ReplayEpisodes::Drawn drawn(const fs::path& file, const std::shared_ptr<gpu::Dev
     const CompileResult result = compiled({.episode = episode, .device = device});
     if (!result.program)
         return {};
-    return {result.program, std::make_shared<const Settings>(
-                                content.beside.settings.fitted(result.program->params()))};
+    return {result.program, content.beside.settings.fitted(result.program->params())};
 }
 
-class Sets {
+// Gives the same episode for the same file with the same channels, so that its state goes on.
+class Sources {
   public:
-    Sets(const ReplayEpisodes& episodes, std::uint64_t document,
-         std::function<void(const std::string&)> tell)
-        : episodes_(episodes.episodes), document_(document), tell_(std::move(tell)) {}
+    explicit Sources(const ReplayEpisodes& episodes) : episodes_(episodes.episodes) {}
 
-    std::shared_ptr<const LiveChannels> channelsOf(const PerformedInputs& inputs) {
-        auto made = std::make_shared<LiveChannels>();
-        made->document = document_;
-        made->channels = channelsOf(inputs, "", *made);
-        return made;
-    }
-
-  private:
     // `before`: the name of the episode that shows them, with a point.
-    LiveChannelSet channelsOf(const PerformedInputs& inputs, const std::string& before,
-                              LiveChannels& all) {
-        LiveChannelSet channels;
+    ChannelSources channelsOf(const PerformedInputs& inputs, const std::string& before = {}) {
+        ChannelSources channels;
         for (std::size_t index = 0; index < channelCount; ++index) {
             const std::string name = before + std::to_string(index);
             const auto input = inputs.find(name);
             if (input == inputs.end())
                 continue;
             if (isEpisode(name, input->second))
-                channels[index].document = episodeOf(inputs, name, all);
+                channels[index].episode = episodeOf(inputs, name);
             else
-                channels[index].source = sourceOf(input->second.file);
+                channels[index].file = input->second.file;
         }
         return channels;
     }
 
-    // 0 for an episode that cannot be drawn.
-    std::uint64_t episodeOf(const PerformedInputs& inputs, const std::string& name,
-                            LiveChannels& all) {
+  private:
+    // Null for an episode that cannot be drawn.
+    std::shared_ptr<const ChannelEpisode> episodeOf(const PerformedInputs& inputs,
+                                                    const std::string& name) {
         const fs::path file = inputs.at(name).file;
         const auto found = episodes_.find(file);
         if (found == episodes_.end())
-            return 0;
-        const LiveEpisode episode{.program = found->second.program,
-                                  .settings = found->second.settings,
-                                  .channels = channelsOf(inputs, name + ".", all)};
-        const std::uint64_t number = numberOf(file, episode.channels);
-        all.episodes[number] = episode;
-        return number;
-    }
-
-    // The same for the same episode with the same channels, so that its state goes on.
-    std::uint64_t numberOf(const fs::path& file, const LiveChannelSet& channels) {
-        for (std::size_t at = 0; at < numbered_.size(); ++at)
-            if (numbered_[at].first == file && numbered_[at].second == channels)
-                return firstNumber + at;
-        numbered_.emplace_back(file, channels);
-        return firstNumber + numbered_.size() - 1;
-    }
-
-    std::shared_ptr<FrameSource> sourceOf(const fs::path& file) {
-        auto& source = sources_[file];
-        if (!source)
-            source = std::make_shared<FrameSource>(SourceKind::file, file, tell_);
-        return source;
+            return nullptr;
+        ChannelSources channels = channelsOf(inputs, name + ".");
+        auto& made = made_[{file, channels}];
+        if (!made)
+            made = std::make_shared<const ChannelEpisode>(
+                ChannelEpisode{.program = found->second.program,
+                               .timeline = found->second.settings,
+                               .channels = std::move(channels)});
+        return made;
     }
 
     const std::map<fs::path, ReplayEpisodes::Drawn>& episodes_;
-    std::uint64_t document_;
-    std::function<void(const std::string&)> tell_;
-    std::map<fs::path, std::shared_ptr<FrameSource>> sources_;
-    std::vector<std::pair<fs::path, LiveChannelSet>> numbered_;
+    std::map<std::pair<fs::path, ChannelSources>, std::shared_ptr<const ChannelEpisode>> made_;
 };
 
 // Is destroyed on a thread of its own: it waits for the file that is read.
@@ -112,20 +87,21 @@ std::shared_ptr<FileSound> soundOf(const fs::path& file,
             [](FileSound* sound) { std::thread([sound] { delete sound; }).detach(); }};
 }
 
-// Hears all sound files of the performance.
-auto hearingOf(const Performance& performance,
-               const std::function<void(const std::string&)>& tell) {
-    std::map<std::string, std::shared_ptr<FileSound>> sounds;
-    for (const PerformedInputs& inputs : inputSets(performance))
-        if (const auto sound = inputs.find(soundInput); sound != inputs.end()) {
-            auto& opened = sounds[sound->second.file];
-            if (!opened)
-                opened = soundOf(sound->second.file, tell);
-        }
-    return [sounds](const std::string& file, double start, double rate, std::span<float> stereo) {
-        const auto sound = sounds.find(file);
-        return sound != sounds.end() && sound->second->samples(start, rate, stereo);
-    };
+// Opens no file on the thread that draws.
+FileOpeners openersOf(const std::function<void(const std::string&)>& tell) {
+    return {.channel =
+                [tell](const fs::path& file, gpu::Device& device) {
+                    return std::make_unique<SourceChannel>(file, tell, device);
+                },
+            .sound =
+                [tell](const fs::path& file, gpu::Device& device) {
+                    return SoundFileTap::make(
+                        [sound = soundOf(file, tell)](double start, double rate,
+                                                      std::span<float> stereo) {
+                            return sound->samplesWithin(longestWait, start, rate, stereo);
+                        },
+                        device);
+                }};
 }
 
 } // namespace
@@ -154,20 +130,16 @@ ReplayEpisodes readReplayEpisodes(const Performance& performance,
 
 std::shared_ptr<const ReplayedInputs>
 replayedInputsOf(const Performance& performance, const ReplayEpisodes& episodes,
-                 std::uint64_t document, const std::function<void(const std::string&)>& tell) {
+                 const std::function<void(const std::string&)>& tell) {
     auto made = std::make_shared<ReplayedInputs>();
-    Sets sets(episodes, document, tell);
-    PerformedState state{.inputs = performance.start.inputs};
-    made->sets.push_back({0, sets.channelsOf(state.inputs)});
-    for (const Performance::Change& change : performance.changes) {
-        if (!std::holds_alternative<Performance::Input>(change.what))
-            continue;
-        apply(change.what, state);
-        if (made->sets.back().from < change.time)
-            made->sets.push_back({change.time, nullptr});
-        made->sets.back().channels = sets.channelsOf(state.inputs);
+    Sources sources(episodes);
+    for (PerformedInputs& inputs : inputSets(performance)) {
+        InputSources set{
+            .channels = sources.channelsOf(inputs), .hearsOwnSound = true, .open = openersOf(tell)};
+        if (const auto sound = inputs.find(soundInput); sound != inputs.end())
+            set.soundFile = sound->second.file;
+        made->push_back({std::move(inputs), std::move(set)});
     }
-    made->hear = hearingOf(performance, tell);
     return made;
 }
 

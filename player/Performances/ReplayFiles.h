@@ -3,9 +3,8 @@
 
 #include "TarnwickCore/Performance/Performance.h"
 #include "TarnwickGPU/Device.h"
-#include "player/Drawing/LiveChannels.h"
+#include "player/Drawing/LiveRecord.h"
 
-#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -20,7 +19,7 @@ namespace tarnwick::player {
 struct ReplayEpisodes {
     struct Drawn {
         std::shared_ptr<const ShaderProgram> program; // never null
-        std::shared_ptr<const Settings> settings;     // never null; fitted to it
+        Settings settings;                            // fitted to it
     };
     std::map<std::filesystem::path, Drawn> episodes{};
     std::vector<std::string> sentences{}; // about episodes that are left out
@@ -31,10 +30,10 @@ struct ReplayEpisodes {
 ReplayEpisodes readReplayEpisodes(const Performance& performance,
                                   const std::shared_ptr<gpu::Device>& device);
 
-// The inputs of the performance, whose files are read from now on. `document` is the one that is
-// drawn. `tell` gets a sentence about a file that cannot be read, on any thread.
+// The inputs of the performance: those of its export, read on other threads. `tell` gets a sentence
+// about a file that cannot be read, on any thread.
 std::shared_ptr<const ReplayedInputs>
 replayedInputsOf(const Performance& performance, const ReplayEpisodes& episodes,
-                 std::uint64_t document, const std::function<void(const std::string&)>& tell);
+                 const std::function<void(const std::string&)>& tell);
 
 } // namespace tarnwick::player

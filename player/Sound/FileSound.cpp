@@ -23,8 +23,9 @@ static_assert(SoundFile::rate == soundRate);
 struct FileSound::Decoding {
     const std::filesystem::path file;
     const std::function<void(const std::string&)> fail;
-    std::mutex mutex; // of all below
-    std::condition_variable changed;
+    std::mutex mutex;                // of all below
+    std::condition_variable changed; // the wanted place, or the end
+    std::condition_variable decoded;
     SoundChunks chunks;
     std::optional<SoundStretch> wanted;
     bool isOpen = false; // or cannot be opened
@@ -32,6 +33,7 @@ struct FileSound::Decoding {
     std::thread thread;
 
     void run();
+    bool fill(const SoundStretch& stretch, std::span<float> stereo);
     std::optional<std::int64_t> missingChunk() const {
         return wanted ? chunks.missing(*wanted, chunksAhead) : std::nullopt;
     }
@@ -65,6 +67,7 @@ void FileSound::Decoding::run() {
     std::unique_lock lock(mutex);
     isOpen = true;
     chunks.setLength(open ? open->length() : 0);
+    decoded.notify_all();
     while (open) {
         changed.wait(lock, [this] { return isEnd || missingChunk(); });
         if (isEnd)
@@ -79,22 +82,33 @@ void FileSound::Decoding::run() {
         lock.lock();
         chunks.setLength(open->length());
         chunks.keep(number, std::move(chunk));
+        decoded.notify_all();
     }
 }
 
-bool FileSound::samples(double start, double rate, std::span<float> stereo) {
+// With the mutex. False if it is not decoded.
+bool FileSound::Decoding::fill(const SoundStretch& stretch, std::span<float> stereo) {
     std::ranges::fill(stereo, 0.0f);
-    Decoding& decoding = *decoding_;
-    const std::lock_guard lock(decoding.mutex);
-    if (!decoding.isOpen)
+    if (!isOpen)
         return false;
-    const SoundStretch stretch{start, rate, static_cast<std::int64_t>(stereo.size() / 2)};
-    decoding.wanted = stretch;
-    decoding.changed.notify_one();
-    if (decoding.chunks.missing(stretch))
+    wanted = stretch;
+    changed.notify_one();
+    if (chunks.missing(stretch))
         return false;
-    decoding.chunks.fill(stretch, stereo);
+    chunks.fill(stretch, stereo);
     return true;
+}
+
+bool FileSound::samples(double start, double rate, std::span<float> stereo) {
+    return samplesWithin({}, start, rate, stereo);
+}
+
+bool FileSound::samplesWithin(std::chrono::milliseconds longest, double start, double rate,
+                              std::span<float> stereo) {
+    const SoundStretch stretch{start, rate, static_cast<std::int64_t>(stereo.size() / 2)};
+    std::unique_lock lock(decoding_->mutex);
+    return decoding_->decoded.wait_for(lock, longest,
+                                       [&] { return decoding_->fill(stretch, stereo); });
 }
 
 } // namespace tarnwick::player

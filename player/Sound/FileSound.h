@@ -3,6 +3,7 @@
 
 #include "player/Sound/TimedSound.h"
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -26,6 +27,9 @@ class FileSound : public TimedSound {
 
     // Between two frames of the file the sound is interpolated. Before time 0 it is silent.
     bool samples(double start, double rate, std::span<float> stereo) override;
+    // The same, and waits until the place is decoded, at most so long.
+    bool samplesWithin(std::chrono::milliseconds longest, double start, double rate,
+                       std::span<float> stereo);
 
   private:
     struct Decoding;

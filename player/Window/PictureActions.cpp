@@ -14,6 +14,10 @@ namespace {
 constexpr int settleTime = 150;    // milliseconds after a change of the picture's size
 constexpr double noticedFrame = 1; // seconds; the status line shows longer frames
 
+bool isWaitingForFiles(const LiveNews& news) {
+    return news.warming && news.warming->done == news.warming->total;
+}
+
 } // namespace
 
 PictureActions::PictureActions(Player& player, QMainWindow& window, Actions& actions,
@@ -76,6 +80,8 @@ QString PictureActions::message() const {
 // Why the picture is still that of another episode, if that takes longer than a moment.
 QString PictureActions::waiting() const {
     const LiveNews& news = player_.news();
+    if (isWaitingForFiles(news))
+        return tr("The replay waits for the files of its inputs.");
     if (news.warming)
         return tr("Computing step %1 of %2 of this episode.")
             .arg(news.warming->done)
@@ -87,6 +93,8 @@ QString PictureActions::status() const {
     const LiveNews& news = player_.news();
     const OpenDocument* document = player_.active();
     const CompileResult* result = document != nullptr ? document->result() : nullptr;
+    if (isWaitingForFiles(news))
+        return tr("The replay waits for the files of its inputs");
     if (news.warming)
         return tr("Computing %1 of %2").arg(news.warming->done).arg(news.warming->total);
     if (result != nullptr && !result->program && document->program())

@@ -64,6 +64,22 @@ TEST(Channels, followTheTimeOnAThreadOfTheirOwnAndSeeANewFile) {
     EXPECT_TRUE(eventually([&] { return numberOf(*source.newest().picture) == 10; }));
 }
 
+// Also of a time that was left on the way to it.
+TEST(Channels, reachExactlyTheFrameOfATimeOrHaveNone) {
+    using namespace std::chrono_literals;
+    const TemporaryFolder folder;
+    FrameSource source(SourceKind::file, movie(folder, "movie.mp4"), {});
+    for (const double time : {0.0, 3.1, 0.04, 3.1, 1.0}) {
+        ASSERT_TRUE(source.reach(time, 10s));
+        EXPECT_EQ(numberOf(*source.newest().picture), std::lround(time * rate - 0.49)) << time;
+        for (const double other : {3.1, 0.0, time})
+            source.follow(other);
+    }
+    FrameSource missing(SourceKind::file, folder.path() / "missing.mp4", {});
+    EXPECT_TRUE(missing.reach(0, 10s));
+    EXPECT_EQ(missing.newest().picture, nullptr);
+}
+
 TEST(Channels, sayOnceWhyAFileCannotBeReadAndReadItLater) {
     const TemporaryFolder folder;
     const auto file = folder.path() / "later.mp4";

@@ -1,7 +1,10 @@
 // A performance is shown again as it was shown, and as it is exported.
+#include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickPlatform/Dispatch/HostClock.h"
 #include "TarnwickRender/Performing/TimelineStill.h"
+#include "TarnwickRender/SoundFileTap.h"
 #include "player/Drawing/LivePicture.h"
+#include "player/Drawing/SourceChannel.h"
 #include "player/Performing/Recorder.h"
 #include "tests/player/DeviceTest.h"
 
@@ -9,7 +12,10 @@
 
 #include <array>
 #include <chrono>
+#include <cstdlib>
+#include <filesystem>
 #include <functional>
+#include <span>
 #include <string>
 #include <thread>
 #include <vector>
@@ -139,14 +145,21 @@ constexpr const char* inputsHead =
 
 class ReplayedInputsTest : public DeviceTest {
   protected:
+    std::shared_ptr<const ShaderProgram> colored(const std::string& color) {
+        return program(inputsHead + ("float4(" + color + ", 1.0);\n}\n"));
+    }
     // Channel 0 shows an episode of that colour.
+    ChannelSources sourcesOf(const std::string& color) {
+        ChannelSources made;
+        made[0].episode =
+            std::make_shared<const ChannelEpisode>(ChannelEpisode{.program = colored(color)});
+        return made;
+    }
     std::shared_ptr<const LiveChannels> channelsOf(const std::string& color) {
         auto made = std::make_shared<LiveChannels>();
         made->document = 1;
         made->channels[0].document = 2;
-        made->episodes[2] = {program(inputsHead + ("float4(" + color + ", 1.0);\n}\n")),
-                             std::make_shared<const Settings>(),
-                             {}};
+        made->episodes[2] = {colored(color), std::make_shared<const Settings>(), {}};
         return made;
     }
     void showRecord() { live.show(std::make_shared<const LiveRecord>(shown)); }
@@ -190,12 +203,19 @@ TEST_F(ReplayedInputsTest, areThoseOfTheReplaysTime) {
         {1, Performance::Input{"audio"}},
         {2, HeardLevels{std::make_shared<const LevelCodes>(LevelCodes::of({0, 0, 0, 0.4f}, {}))}}};
     made->length = 3;
-    auto inputs = std::make_shared<ReplayedInputs>();
-    inputs->sets = {{0, std::make_shared<const LiveChannels>()}, {1, channelsOf("0.0, 0.0, 1.0")}};
-    inputs->hear = [](const std::string& file, double, double, std::span<float> stereo) {
-        std::ranges::fill(stereo, 0.5f);
-        return file == "/song.wav";
-    };
+    int asked = 0; // on the drawing thread
+    const FileOpeners open{.sound = [&](const std::filesystem::path&, gpu::Device& opened) {
+        return SoundFileTap::make(
+            [&](double, double, std::span<float> stereo) {
+                std::ranges::fill(stereo, 0.5f);
+                return ++asked % 3 == 0; // decoded a little later
+            },
+            opened);
+    }};
+    const PerformedInputs second{{"0", {.file = "/a.metal"}}};
+    const auto inputs = std::make_shared<const ReplayedInputs>(
+        ReplayedInputs{{made->start.inputs, {.soundFile = "/song.wav", .open = open}},
+                       {second, {.channels = sourcesOf("0.0, 0.0, 1.0"), .open = open}}});
     shown.program = program(
         inputsHead + std::string("in.channel(0, uv) + float4(in.audio.w, 0.0, 0.0, 1.0);\n}\n"));
     shown.replay = made;
@@ -211,6 +231,54 @@ TEST_F(ReplayedInputsTest, areThoseOfTheReplaysTime) {
     shown.transport = {};
     showRecord();
     EXPECT_TRUE(becomes([](int color) { return color == 0x00FF00; }));
+}
+
+// Frame n of the movie has the luma 16 + 2 n. The episode counts the frames, also those that only
+// the next one reads, whose picture is not the one of their time.
+TEST_F(ReplayedInputsTest, haveTheFrameOfAMovieAtEachTime) {
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "movie.mp4";
+    const std::string command = "ffmpeg -v error -y -f lavfi -i "
+                                "\"nullsrc=s=32x32:r=25:d=3.2,geq=lum='16+2*N':cb=128:cr=128\""
+                                " -c:v mpeg4 -qscale:v 1 -g 80 -bf 2 " +
+                                file.string();
+    ASSERT_EQ(std::system(command.c_str()), 0) << "ffmpeg is missing";
+    shown.program = program(R"(
+float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {
+    const int shown = int(round(in.channel(0, uv).r * 219.0 / 2.0));
+    const int wanted = int(u.time * 25.0 + 0.0025) % 80;
+    const float wrong = shown == wanted ? 0.0 : 1.0 / 255.0;
+    return float4(in.previous(uv).r + wrong, float(shown) / 255.0, 0.0, 1.0);
+}
+)");
+    auto made = std::make_shared<Performance>();
+    made->start.transport = Transport{}.played(0);
+    made->start.inputs["0"] = {.file = file.string()};
+    made->changes = {{0.5, Transport{}.sought(2.4, 0.5).played(0.5)},
+                     {1.0, Transport{}.sought(0.2, 1.0).played(1.0)}};
+    made->length = 3;
+    ChannelSources channels;
+    channels[0].file = file;
+    const FileOpeners open{
+        .channel = [](const std::filesystem::path& opened, gpu::Device& onDevice) {
+            return std::make_unique<SourceChannel>(opened, FrameSource::Tell(), onDevice);
+        }};
+    shown.replay = made;
+    shown.replayedInputs = std::make_shared<const ReplayedInputs>(
+        ReplayedInputs{{made->start.inputs, {.channels = channels, .open = open}}});
+    shown.transport = Transport{}.played(currentMediaTime());
+    showRecord();
+    const auto isNumber = [](int first, int last) {
+        return [=](int color) {
+            return color >> 8 >= first && color >> 8 <= last; // no red: no wrong frame
+        };
+    };
+    EXPECT_TRUE(becomes(isNumber(60, 72))) << "after the first seek";
+    EXPECT_TRUE(becomes(isNumber(10, 30))) << "after the second seek";
+    showAt(0.9);
+    EXPECT_TRUE(becomes(isNumber(70, 70)));
+    showAt(0.4);
+    EXPECT_TRUE(becomes(isNumber(10, 10)));
 }
 
 // The recorder keeps what differs, with the clock of the performance.
