@@ -1,11 +1,14 @@
 # Random programs: a generator, the same text compiled natively at build time, and the GPU.
 set(random ${CMAKE_CURRENT_SOURCE_DIR}/RandomPrograms)
-set(randomSeeds 1..16)
+set(randomSeeds 7..105)
 
 add_library(RandomPrograms STATIC
-    ${random}/Expressions.cpp ${random}/Kinds.cpp ${random}/Metal.cpp ${random}/Native.cpp
-    ${random}/Prelude.cpp ${random}/Program.cpp ${random}/Records.cpp ${random}/Statements.cpp
-    ${random}/Vectors.cpp)
+    ${random}/Metal.cpp ${random}/Native.cpp ${random}/Writing/Conditions.cpp
+    ${random}/Writing/Expressions.cpp ${random}/Writing/Floats.cpp ${random}/Writing/Integers.cpp
+    ${random}/Writing/Groups.cpp ${random}/Writing/Lambdas.cpp ${random}/Writing/Loops.cpp ${random}/Writing/Packed.cpp ${random}/Writing/Pointers.cpp
+    ${random}/Writing/Prelude.cpp ${random}/Writing/Program.cpp ${random}/Writing/Records.cpp
+    ${random}/Writing/Statements.cpp ${random}/Writing/Templates.cpp ${random}/Writing/Types.cpp
+    ${random}/Writing/Vectors.cpp ${random}/Writing/World.cpp)
 target_link_libraries(RandomPrograms PRIVATE tarnwick_warnings)
 target_include_directories(RandomPrograms PUBLIC ${CMAKE_SOURCE_DIR})
 
@@ -15,12 +18,15 @@ target_link_libraries(random-programs-text PRIVATE RandomPrograms tarnwick_warni
 set(randomNative ${CMAKE_CURRENT_BINARY_DIR}/RandomProgramsNative.cpp)
 add_custom_command(OUTPUT ${randomNative}
     COMMAND random-programs-text native ${randomSeeds} > ${randomNative}
-    DEPENDS random-programs-text ${random}/NativeShim.h ${random}/NativeVectors.h
+    DEPENDS random-programs-text ${random}/Shim/NativeShim.h ${random}/Shim/NativeFunctions.h
+            ${random}/Shim/NativeVectors.h ${random}/Shim/NativeTextures.h
+            ${random}/Shim/NativeScalars.h ${random}/Shim/NativeRuns.h ${random}/Metal.h
     COMMENT "Writing random programs ${randomSeeds} for the native compiler"
     VERBATIM)
 
 if(TARGET TarnwickGPU)
-    add_library(RandomProgramsOnGPU STATIC ${random}/Trial.cpp)
+    add_library(RandomProgramsOnGPU STATIC ${random}/Trial.cpp
+                ${CMAKE_CURRENT_SOURCE_DIR}/NumberedTextures.cpp)
     target_link_libraries(RandomProgramsOnGPU PUBLIC RandomPrograms TarnwickGPU
                           PRIVATE tarnwick_warnings)
 
@@ -28,7 +34,7 @@ if(TARGET TarnwickGPU)
     # build in a third of the time.
     add_library(RandomProgramsNative STATIC ${randomNative})
     target_include_directories(RandomProgramsNative PRIVATE ${CMAKE_SOURCE_DIR})
-    target_compile_options(RandomProgramsNative PRIVATE -w -O0 -ffp-contract=off)
+    target_compile_options(RandomProgramsNative PRIVATE -w -O0 -ffp-contract=off -fwrapv)
 
     tarnwick_tests(TarnwickMSL/RandomPrograms
         SOURCES ${random}/RandomProgramsTests.cpp

@@ -4,6 +4,7 @@
 #include "TarnwickMSL/Translation/Spirv/Validator.h"
 #include "tests/TarnwickMSL/ProgramTexts.h"
 #include "tests/TarnwickMSL/RandomPrograms/Metal.h"
+#include "tests/TarnwickMSL/RandomPrograms/RandomProgram.h"
 
 #include <gtest/gtest.h>
 
@@ -35,7 +36,8 @@ TEST(Validity, ofTheEpisodes) {
 
 TEST(Validity, ofRandomPrograms) {
     for (std::uint64_t seed = 1; seed <= 30; ++seed)
-        expectValid("seed " + std::to_string(seed), trials::metalSource(seed));
+        expectValid("seed " + std::to_string(seed),
+                    trials::metalSource(trials::randomProgram(seed)));
 }
 
 } // namespace tarnwick

@@ -148,7 +148,7 @@ class TokenPass {
     std::size_t qualifierEnd(std::size_t i) const;
     std::size_t templateFirst(std::size_t close) const;
     std::optional<TypeSpan> tracedType(std::size_t i) const;
-    bool isNoValue(std::size_t i) const;
+    bool isNoValue(std::size_t i, std::size_t open) const;
     std::size_t type(std::size_t i, TypeSpan span);
     std::size_t plainArguments(std::size_t open) const;
     bool braceScalars(TypeSpan span, std::size_t open);

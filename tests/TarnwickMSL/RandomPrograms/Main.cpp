@@ -2,6 +2,9 @@
 // on the GPU, and counts those that agree. With --one-stage even seeds run in a kernel only, odd
 // ones in a fragment function only. The native side is compiled here, in batches, by COMPILER
 // (default: the compiler that built this program).
+//
+// random-programs --program FILE: the same for the text of one program, as
+// `random-programs-text shared N..N` prints it.
 #include "tests/TarnwickMSL/RandomPrograms/Native.h"
 #include "tests/TarnwickMSL/RandomPrograms/Trial.h"
 #include "tests/TarnwickMSL/RandomPrograms/Watch.h"
@@ -13,6 +16,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <ranges>
 #include <span>
@@ -56,6 +60,7 @@ class TemporaryFolder {
 
 struct Options {
     Seeds range;
+    std::filesystem::path program; // instead of seeds
     bool isOneStage = false;
     std::string compiler = TARNWICK_NATIVE_COMPILER;
 };
@@ -69,6 +74,8 @@ std::optional<Options> optionsOf(std::span<char*> arguments) {
         const bool hasValue = i + 1 < arguments.size();
         if (word == "--one-stage") {
             options.isOneStage = true;
+        } else if (word == "--program" && hasValue) {
+            options.program = arguments[++i];
         } else if (word == "--native" && hasValue) {
             options.compiler = arguments[++i];
         } else if (const auto range =
@@ -79,14 +86,22 @@ std::optional<Options> optionsOf(std::span<char*> arguments) {
             return std::nullopt;
         }
     }
-    return hasSeeds ? std::optional(options) : std::nullopt;
+    return hasSeeds || !options.program.empty() ? std::optional(options) : std::nullopt;
 }
 
-NativeLibrary compiled(Seeds seeds, const Options& options, const std::filesystem::path& folder) {
-    const std::string stem = (folder / ("batch" + std::to_string(seeds.first))).string();
-    std::ofstream(stem + ".cpp") << nativeSource(seeds);
+std::vector<std::string> programs(Seeds seeds, const Options& options) {
+    if (options.program.empty())
+        return bodiesOf(seeds);
+    std::ifstream file(options.program);
+    return {std::string(std::istreambuf_iterator<char>(file), {})};
+}
+
+NativeLibrary compiled(const std::vector<std::string>& bodies, const Options& options,
+                       const std::filesystem::path& folder) {
+    const std::string stem = (folder / "batch").string();
+    std::ofstream(stem + ".cpp") << nativeSource(bodies);
     const std::string command = options.compiler +
-                                " -std=c++20 -w -O0 -ffp-contract=off -shared -fPIC -I " +
+                                " -std=c++20 -w -O0 -ffp-contract=off -fwrapv -shared -fPIC -I " +
                                 TARNWICK_SOURCE_DIR + " " + stem + ".cpp -o " + stem + ".so";
     if (std::system(command.c_str()) != 0)
         return nullptr;
@@ -94,12 +109,14 @@ NativeLibrary compiled(Seeds seeds, const Options& options, const std::filesyste
 }
 
 // Runs in a child.
-Check start(NativeTrial native, bool isOneStage) {
+Check start(NativeTrial native, const std::vector<std::string>& bodies, std::uint64_t first,
+            bool isOneStage) {
     std::shared_ptr<Trial> trial = Trial::make();
-    return [trial, native, isOneStage](std::uint64_t seed) {
+    return [trial, native, &bodies, first, isOneStage](std::uint64_t seed) {
         const bool isEven = seed % 2 == 0;
         const Stages stages{.kernel = isEven || !isOneStage, .fragment = !isEven || !isOneStage};
-        return trial ? trial->difference(seed, native, stages) : "No Vulkan device is here.";
+        return trial ? trial->difference(bodies[seed - first], seed - first, native, stages)
+                     : "No Vulkan device is here.";
     };
 }
 
@@ -109,14 +126,15 @@ using Times = std::vector<std::pair<std::chrono::nanoseconds, std::uint64_t>>;
 // How many of the seeds agree; nothing when the native side cannot be made.
 std::optional<std::uint64_t> agreeing(Seeds seeds, const Options& options,
                                       const std::filesystem::path& folder, Times& slowest) {
-    const NativeLibrary library = compiled(seeds, options, folder);
+    const std::vector<std::string> bodies = programs(seeds, options);
+    const NativeLibrary library = compiled(bodies, options, folder);
     void* symbol = library ? dlsym(library.get(), "nativeTrial") : nullptr;
     if (symbol == nullptr)
         return std::nullopt;
     const auto native = reinterpret_cast<decltype(&nativeTrial)>(symbol);
     std::uint64_t count = 0;
     watch(
-        seeds, limit, [&] { return start(native, options.isOneStage); },
+        seeds, limit, [&] { return start(native, bodies, seeds.first, options.isOneStage); },
         [&](const Heard& heard) {
             count += heard.line.empty() ? 1 : 0;
             if (!heard.line.empty())
@@ -171,7 +189,8 @@ int main(int count, char** arguments) {
     const auto options =
         optionsOf(std::span(arguments + 1, static_cast<std::size_t>(std::max(count - 1, 0))));
     if (!options) {
-        std::fputs("Use: random-programs --seeds FIRST..LAST [--one-stage] [--native COMPILER]\n",
+        std::fputs("Use: random-programs --seeds FIRST..LAST [--one-stage] [--native COMPILER]\n"
+                   "     random-programs --program FILE [--one-stage] [--native COMPILER]\n",
                    stderr);
         return 2;
     }

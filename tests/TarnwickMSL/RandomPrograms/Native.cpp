@@ -1,6 +1,7 @@
 #include "tests/TarnwickMSL/RandomPrograms/Native.h"
 
-#include "tests/TarnwickMSL/RandomPrograms/Generator.h"
+#include "tests/TarnwickMSL/RandomPrograms/Metal.h"
+#include "tests/TarnwickMSL/RandomPrograms/RandomProgram.h"
 
 #include <charconv>
 
@@ -27,20 +28,39 @@ std::optional<Seeds> seeds(std::string_view text) {
     return Seeds{*first, *last};
 }
 
-std::string nativeSource(Seeds seeds) {
-    std::string text = "#include \"tests/TarnwickMSL/RandomPrograms/NativeShim.h\"\n\n"
+std::vector<std::string> bodiesOf(Seeds seeds) {
+    std::vector<std::string> bodies;
+    for (std::uint64_t seed = seeds.first; seed <= seeds.last; seed++)
+        bodies.push_back(randomProgram(seed));
+    return bodies;
+}
+
+static const char* runnerOf(Form form) {
+    switch (form) {
+    case Form::plain:
+        return "RUN_PLAIN";
+    case Form::world:
+        return "RUN_WORLD";
+    case Form::group:
+        return "RUN_GROUPS";
+    }
+    return "";
+}
+
+std::string nativeSource(const std::vector<std::string>& bodies) {
+    std::string text = "#include \"tests/TarnwickMSL/RandomPrograms/Shim/NativeShim.h\"\n\n"
                        "namespace tarnwick::trials::native {\n";
     std::string table;
-    for (std::uint64_t seed = seeds.first; seed <= seeds.last; seed++) {
-        const std::string space = "program" + std::to_string(seed);
-        text += "namespace " + space + " {\n" + randomProgram(seed) + "}\n";
-        table += "    " + space + "::trial,\n";
+    for (std::size_t i = 0; i < bodies.size(); i++) {
+        const std::string space = "program" + std::to_string(i);
+        text += "namespace " + space + " {\n" + bodies[i] + runnerOf(formOf(bodies[i])) + "\n}\n";
+        table += "    " + space + "::run,\n";
     }
-    return text + "uint (*const trials[])(uint) = {\n" + table +
+    return text + "void (*const runs[])(uint, uint*) = {\n" + table +
            "};\n}\n\n"
-           "extern \"C\" std::uint32_t nativeTrial(std::uint64_t seed, std::uint32_t input) {\n"
-           "    return tarnwick::trials::native::trials[seed - " +
-           std::to_string(seeds.first) + "u](input);\n}\n";
+           "extern \"C\" void nativeTrial(std::uint64_t program, std::uint32_t simdWidth,\n"
+           "                            std::uint32_t* results) {\n"
+           "    tarnwick::trials::native::runs[program](simdWidth, results);\n}\n";
 }
 
 } // namespace tarnwick::trials

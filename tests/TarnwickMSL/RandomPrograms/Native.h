@@ -1,10 +1,11 @@
-// Random programs as C++: one translation unit with a function for each seed.
+// Random programs as C++: one translation unit with a function for each.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarnwick::trials {
 
@@ -15,10 +16,15 @@ struct Seeds {
 // "A..B" or "A"; nothing when it is neither or B is below A.
 std::optional<Seeds> seeds(std::string_view text);
 
-// Source that defines `std::uint32_t nativeTrial(std::uint64_t seed, std::uint32_t input)` with C
-// linkage. Compile it with the tree's root as include path.
-std::string nativeSource(Seeds seeds);
+// Programs of seeds, in their order.
+std::vector<std::string> bodiesOf(Seeds seeds);
+
+// Source that defines nativeTrial(), below, with C linkage. Compile it with the tree's root as
+// include path.
+std::string nativeSource(const std::vector<std::string>& bodies);
 
 } // namespace tarnwick::trials
 
-extern "C" std::uint32_t nativeTrial(std::uint64_t seed, std::uint32_t input);
+// Runs a program, counted from 0, on all inputs, in the form of Metal.h: `results` takes
+// trialResults numbers. `simdWidth` is the number of threads of a SIMD-group on the GPU.
+extern "C" void nativeTrial(std::uint64_t program, std::uint32_t simdWidth, std::uint32_t* results);

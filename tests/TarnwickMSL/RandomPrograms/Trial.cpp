@@ -1,9 +1,10 @@
 #include "tests/TarnwickMSL/RandomPrograms/Trial.h"
 
 #include "TarnwickMSL/Compile.h"
+#include "tests/TarnwickMSL/NumberedTextures.h"
 #include "tests/TarnwickMSL/RandomPrograms/Metal.h"
 
-#include <array>
+#include <algorithm>
 #include <cstring>
 #include <stdexcept>
 
@@ -25,24 +26,48 @@ void finish(gpu::CommandBuffer& commands) {
         throw Refused("The program ran out of its loop budget.");
 }
 
-std::string firstDifference(const char* stage, std::uint64_t seed,
-                            const std::vector<std::uint32_t>& results, const NativeTrial& native) {
+std::string firstDifference(const char* stage, const std::vector<std::uint32_t>& expected,
+                            const std::vector<std::uint32_t>& results) {
     if (results.empty())
         return "";
     std::uint32_t differing = 0;
     std::string first;
-    for (std::uint32_t i = 0; i < trialInputs; i++) {
-        const std::uint32_t expected = native(seed, trialInput(i));
-        if (results[i] == expected)
-            continue;
-        if (differing++ == 0)
+    for (std::uint32_t i = 0; i < trialInputs; i++)
+        if (results[i] != expected[i] && differing++ == 0)
             first = "input " + std::to_string(i) + " gives " + std::to_string(results[i]) +
-                    ", native code " + std::to_string(expected);
-    }
+                    ", native code " + std::to_string(expected[i]);
     if (differing == 0)
         return "";
     return std::string(stage) + ": " + first + " (" + std::to_string(differing) + " of " +
            std::to_string(trialInputs) + " inputs differ). ";
+}
+
+struct WorldTexture {
+    const char* component;
+    gpu::TextureDescriptor descriptor;
+};
+
+// The native code has the same sizes (Shim/NativeTextures.h).
+std::vector<WorldTexture> worldTextures() {
+    using gpu::TextureType;
+    const auto sized = [](TextureType type, std::uint32_t width, std::uint32_t height = 1) {
+        gpu::TextureDescriptor made;
+        made.type = type;
+        made.width = width;
+        made.height = height;
+        return made;
+    };
+    std::vector<WorldTexture> all{{"uint", sized(TextureType::type1D, 16)},
+                                  {"float", sized(TextureType::type2D, 8, 4)},
+                                  {"half", sized(TextureType::type2DArray, 4, 4)},
+                                  {"int", sized(TextureType::type3D, 4, 4)},
+                                  {"ushort", sized(TextureType::type1DArray, 8)},
+                                  {"uint", sized(TextureType::type2D, trialSide, trialSide)}};
+    all[1].descriptor.mipLevels = 3;
+    all[2].descriptor.arrayLength = 3;
+    all[3].descriptor.depth = 4;
+    all[4].descriptor.arrayLength = 2;
+    return all;
 }
 
 } // namespace
@@ -58,45 +83,77 @@ std::unique_ptr<Trial> Trial::make() {
 Trial::Trial(std::shared_ptr<gpu::Device> device, std::unique_ptr<gpu::CommandQueue> queue)
     : device_(std::move(device)), queue_(std::move(queue)) {}
 
-Outcome Trial::run(const std::string& source, Stages stages) {
+// As it is before a program has run. The textures that programs only read are made once.
+bool Trial::makeWorld() {
+    memory_ = device_->newBuffer(std::size_t{memoryBytes} * trialInputs);
+    if (memory_)
+        std::memset(memory_->contents(), 0, memory_->length());
+    const auto all = worldTextures();
+    if (textures_.empty()) {
+        for (const WorldTexture& one : all)
+            textures_.push_back(tests::numberedTexture(*device_, one.descriptor,
+                                                       tests::componentOf(one.component)));
+        words_ = device_->newBuffer(constantWords * sizeof(std::uint32_t));
+        for (std::uint32_t i = 0; i < constantWords && words_; i++)
+            static_cast<std::uint32_t*>(words_->contents())[i] = constantWord(i);
+    } else {
+        textures_.back() = tests::numberedTexture(*device_, all.back().descriptor,
+                                                  tests::componentOf(all.back().component));
+    }
+    return memory_ && words_ &&
+           std::ranges::all_of(textures_, [](const auto& texture) { return texture != nullptr; });
+}
+
+Outcome Trial::run(const std::string& body, Stages stages) {
     Outcome outcome;
     try {
         // However busy the machine is with other work.
-        msl::Compilation compilation = msl::compile(source, {.limit = std::chrono::minutes(2)});
+        msl::Compilation compilation =
+            msl::compile(metalSource(body), {.limit = std::chrono::minutes(2)});
         if (compilation.failed)
             throw Refused(compilation.messages);
         const auto library = device_->newLibrary(std::move(compilation.entryPoints));
-        if (stages.kernel)
-            outcome.kernel = kernelResults(*library);
-        if (stages.fragment)
-            outcome.fragment = fragmentResults(*library);
+        const Form form = formOf(body);
+        if (stages.kernel || form == Form::group)
+            kernelResults(*library, form, outcome);
+        if (stages.fragment && form != Form::group)
+            fragmentResults(*library, form, outcome);
     } catch (const std::runtime_error& error) {
         outcome.problem = error.what();
     }
     return outcome;
 }
 
-std::vector<std::uint32_t> Trial::kernelResults(const gpu::Library& library) {
+void Trial::kernelResults(const gpu::Library& library, Form form, Outcome& outcome) {
     const auto function = library.newFunction("trial_kernel");
     if (!function)
         throw Refused("The program has no trial_kernel.");
     const auto pipeline = device_->newComputePipelineState(*function);
-    const auto buffer = device_->newBuffer(trialInputs * sizeof(std::uint32_t));
+    const auto buffer = device_->newBuffer((trialInputs + 1) * sizeof(std::uint32_t));
+    if (!buffer || (form != Form::plain && !makeWorld()))
+        throw Refused("The device has no memory for a kernel.");
     auto commands = queue_->commandBuffer();
     auto encoder = commands ? commands->computeCommandEncoder() : std::nullopt;
-    if (!buffer || !encoder)
-        throw Refused("The device has no memory for a kernel.");
+    if (!encoder)
+        throw Refused("The device has no memory for commands.");
     encoder->setComputePipelineState(*pipeline);
     encoder->setBuffer(*buffer, 0, 0);
-    encoder->dispatchThreads({trialInputs, 1, 1}, {64, 1, 1});
+    if (form != Form::plain)
+        encoder->setBuffer(*memory_, 0, 1);
+    if (form == Form::world) {
+        encoder->setBuffer(*words_, 0, 2);
+        for (std::uint32_t i = 0; i < textures_.size(); i++)
+            encoder->setTexture(textures_[i].get(), i);
+    }
+    encoder->dispatchThreads({trialInputs, 1, 1}, {trialGroup, 1, 1});
     encoder->endEncoding();
     finish(*commands);
-    std::vector<std::uint32_t> results(trialInputs);
-    std::memcpy(results.data(), buffer->contents(), trialInputs * sizeof(std::uint32_t));
-    return results;
+    const auto* results = static_cast<const std::uint32_t*>(buffer->contents());
+    outcome.kernel.assign(results, results + trialInputs);
+    outcome.simdWidth = results[trialInputs];
 }
 
-std::vector<std::uint32_t> Trial::fragmentResults(const gpu::Library& library) {
+void Trial::fragmentResults(const gpu::Library& library, Form form, Outcome& outcome) {
     const auto vertex = library.newFunction("trial_vertex");
     const auto fragment = library.newFunction("trial_fragment");
     if (!vertex || !fragment)
@@ -111,29 +168,39 @@ std::vector<std::uint32_t> Trial::fragmentResults(const gpu::Library& library) {
     target.width = target.height = trialSide;
     target.usage.renderTarget = true;
     const auto texture = device_->newTexture(target);
+    if (!texture || (form == Form::world && !makeWorld()))
+        throw Refused("The device has no memory for a picture.");
     auto commands = queue_->commandBuffer();
     gpu::RenderPassDescriptor pass;
     pass.color.texture = texture.get();
     pass.color.load = gpu::LoadAction::clear;
-    auto encoder = commands && texture ? commands->renderCommandEncoder(pass) : std::nullopt;
+    auto encoder = commands ? commands->renderCommandEncoder(pass) : std::nullopt;
     if (!encoder)
-        throw Refused("The device has no memory for a picture.");
+        throw Refused("The device has no memory for commands.");
     encoder->setRenderPipelineState(*pipeline);
+    if (form == Form::world) {
+        encoder->setFragmentBuffer(*memory_, 0, 1);
+        encoder->setFragmentBuffer(*words_, 0, 2);
+        for (std::uint32_t i = 0; i < textures_.size(); i++)
+            encoder->setFragmentTexture(textures_[i].get(), i);
+    }
     encoder->drawPrimitives(gpu::PrimitiveType::triangle, 0, 3);
     encoder->endEncoding();
     finish(*commands);
-    std::vector<std::uint32_t> results(trialInputs);
-    texture->getBytes(results.data(), trialSide * sizeof(std::uint32_t),
+    outcome.fragment.resize(trialInputs);
+    texture->getBytes(outcome.fragment.data(), trialSide * sizeof(std::uint32_t),
                       {0, 0, trialSide, trialSide}, 0);
-    return results;
 }
 
-std::string Trial::difference(std::uint64_t seed, const NativeTrial& native, Stages stages) {
-    const Outcome outcome = run(metalSource(seed), stages);
+std::string Trial::difference(const std::string& body, std::uint64_t program,
+                              const NativeTrial& native, Stages stages) {
+    const Outcome outcome = run(body, stages);
     if (!outcome.problem.empty())
         return outcome.problem;
-    return firstDifference("kernel", seed, outcome.kernel, native) +
-           firstDifference("fragment", seed, outcome.fragment, native);
+    std::vector<std::uint32_t> expected(trialInputs);
+    native(program, outcome.simdWidth, expected.data());
+    return firstDifference("kernel", expected, outcome.kernel) +
+           firstDifference("fragment", expected, outcome.fragment);
 }
 
 } // namespace tarnwick::trials

@@ -3,6 +3,7 @@
 
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
+#include "tests/TarnwickMSL/RandomPrograms/Metal.h"
 
 #include <cstdint>
 #include <functional>
@@ -15,7 +16,8 @@ namespace tarnwick::trials {
 // What a program gave for each input, or why it could not run.
 struct Outcome {
     std::vector<std::uint32_t> kernel, fragment;
-    std::string problem; // empty when it ran
+    std::uint32_t simdWidth = 0; // of a program of the form Form::group
+    std::string problem;         // empty when it ran
 };
 
 // Where programs run.
@@ -23,7 +25,9 @@ struct Stages {
     bool kernel = true, fragment = true;
 };
 
-using NativeTrial = std::function<std::uint32_t(std::uint64_t seed, std::uint32_t input)>;
+// Fills the trialInputs numbers of a program, which Native.h counts from 0.
+using NativeTrial =
+    std::function<void(std::uint64_t program, std::uint32_t simdWidth, std::uint32_t* results)>;
 
 // Not for several threads. Blocks while the GPU works.
 class Trial {
@@ -32,19 +36,25 @@ class Trial {
     static std::unique_ptr<Trial> make();
     const gpu::DeviceInfo& device() const { return device_->info(); }
 
-    Outcome run(const std::string& source, Stages stages = {});
+    // Runs a program's text; see Metal.h. Programs of groups run in a kernel, whatever the stages.
+    Outcome run(const std::string& body, Stages stages = {});
 
     // Empty where the GPU agrees with native code on every input in the stages, otherwise what
     // differs, in a sentence.
-    std::string difference(std::uint64_t seed, const NativeTrial& native, Stages stages = {});
+    std::string difference(const std::string& body, std::uint64_t program,
+                           const NativeTrial& native, Stages stages = {});
 
   private:
     Trial(std::shared_ptr<gpu::Device> device, std::unique_ptr<gpu::CommandQueue> queue);
-    std::vector<std::uint32_t> kernelResults(const gpu::Library& library);
-    std::vector<std::uint32_t> fragmentResults(const gpu::Library& library);
+    bool makeWorld();
+    void kernelResults(const gpu::Library& library, Form form, Outcome& outcome);
+    void fragmentResults(const gpu::Library& library, Form form, Outcome& outcome);
 
     std::shared_ptr<gpu::Device> device_;
     std::unique_ptr<gpu::CommandQueue> queue_;
+    // The world of programs of that form; memory is the counters of others.
+    std::unique_ptr<gpu::Buffer> memory_, words_;
+    std::vector<std::unique_ptr<gpu::Texture>> textures_;
 };
 
 } // namespace tarnwick::trials

@@ -1,6 +1,7 @@
 ; shader
 @in = external constant i32
 @out = external global i32
+@bytes = external global [4 x i8]
 
 define void @main() {
   %x = load i32, ptr @in, align 4
@@ -35,6 +36,22 @@ define void @main() {
   %isSmall = icmp ult i32 %x, 7
   %small = zext i1 %isSmall to i32
   store i32 %small, ptr @out, align 4
+  %27 = load i16, ptr @bytes, align 4
+  %28 = zext i16 %27 to i32
+  %29 = shl i32 %28, 0
+  %30 = or i32 0, %29
+  %31 = load i8, ptr getelementptr inbounds (i8, ptr @bytes, i32 2), align 2
+  %32 = zext i8 %31 to i32
+  %33 = shl i32 %32, 16
+  %34 = or i32 %30, %33
+  %35 = xor i32 %34, 5
+  %36 = and i32 %35, 16777215
+  %37 = lshr i32 %36, 0
+  %38 = trunc i32 %37 to i16
+  store i16 %38, ptr @bytes, align 4
+  %39 = lshr i32 %36, 16
+  %40 = trunc i32 %39 to i8
+  store i8 %40, ptr getelementptr inbounds (i8, ptr @bytes, i32 2), align 2
   ret void
 }
 

@@ -1,6 +1,8 @@
-; The bits above the odd width stay zero, and functions on bits see them as absent.
+; The bits above the odd width stay zero, and functions on bits see them as absent. Memory keeps
+; its bytes.
 @in = external constant i32
 @out = external global i32
+@bytes = external global [4 x i8]
 
 define void @main() {
   %x = load i32, ptr @in
@@ -19,5 +21,8 @@ define void @main() {
   %sameBit = call i1 @llvm.bitreverse.i1(i1 %isSmall)
   %small = zext i1 %sameBit to i32
   store i32 %small, ptr @out
+  %three = load i24, ptr @bytes
+  %turn = xor i24 %three, 5
+  store i24 %turn, ptr @bytes
   ret void
 }

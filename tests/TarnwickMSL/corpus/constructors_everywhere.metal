@@ -1,5 +1,5 @@
 // Constructors of vectors in every place of a program: initialisers, members, templates, aliases, lambdas, casts (2.2.2).
-// @expects 4 5 4 3 | 3 4 6 3 | 1 0 3 4 | 0.01 4 0 0 | 1 6 40 1 | 3 1 4 4
+// @expects 4 5 4 3 | 3 4 6 3 | 1 0 3 4 | 0.01 4 0 0 | 1 6 40 1 | 3 1 4 4 | 6
 // @within 1e-3
 #include <metal_stdlib>
 using namespace metal;
@@ -46,6 +46,7 @@ struct R { float2 w; operator short2() const { return 1; } };
 short2 f() { return short2(R{S(1).v.xy}); }
 }
 namespace n21 { using C = float3; float f(float C) { return (C) - 1; } C g() { return (C)1 + C(1, 2, 3); } }
+namespace n22 { struct S { uint v; ~S() {} }; uint f(uint x) { return (~uint2(x, 5) & 7).x; } }
 
 kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1)]]) {
     const float3 v(in[1], in[2], in[3]);
@@ -57,4 +58,5 @@ kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1
     out[15] = n15::f(v + 4, short3(2)); out[16] = n16::g().y; out[17] = n17::f(int4(i, 4));
     out[18] = n18::g(); out[19] = n18::h(); out[20] = n19::f().x; out[21] = n20::f().x;
     out[22] = n21::g().z; out[23] = n21::f(5);
+    out[24] = n22::f(uint(i.x));
 }

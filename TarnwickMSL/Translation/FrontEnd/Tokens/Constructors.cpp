@@ -279,12 +279,16 @@ std::size_t TokenPass::templateFirst(std::size_t close) const {
     return close + 1;
 }
 
-// Whether the `(` or `{` after the type at i constructs no value: `-> metal::float3 {`.
-bool TokenPass::isNoValue(std::size_t i) const {
+// Whether the bracket at `open` after the type at i constructs no value: `-> metal::float3 {`, or
+// the `~T()` of a destructor, unlike `~uint2(x, y)`.
+bool TokenPass::isNoValue(std::size_t i, std::size_t open) const {
     const std::size_t first = qualifiedFirst(i);
-    return first > 0 && (tokens[first - 1].isOneOf(tok::kw_operator, tok::arrow, tok::kw_class,
-                                                   tok::kw_struct, tok::period, tok::tilde) ||
-                         is(i - 1, tok::kw_typename));
+    if (first == 0)
+        return false;
+    const bool isDestructor = is(first - 1, tok::tilde) && scopes.match(open) == open + 1;
+    return isDestructor || is(i - 1, tok::kw_typename) ||
+           tokens[first - 1].isOneOf(tok::kw_operator, tok::arrow, tok::kw_class, tok::kw_struct,
+                                     tok::period);
 }
 
 // The number of arguments between the brackets at `open`; 0 if it is not certain, because a comma
@@ -501,7 +505,7 @@ std::size_t TokenPass::type(std::size_t i, TypeSpan span) {
     if (isParenthesised(span.end))
         return span.end;
     const bool opens = is(span.end, tok::l_paren) || is(span.end, tok::l_brace);
-    if (opens && !isNoValue(i)) {
+    if (opens && !isNoValue(i, span.end)) {
         if (scopes.kindAt(i) == ScopeKind::type && scopes.parenDepthAt(i) == 0 &&
             is(span.end, tok::l_paren) && !scopes.isInitialiser(i))
             return span.end; // a constructor of the class

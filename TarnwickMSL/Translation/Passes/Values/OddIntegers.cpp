@@ -10,6 +10,8 @@
 #include <llvm/IR/InstIterator.h>
 #include <llvm/IR/IntrinsicInst.h>
 
+#include <algorithm>
+
 namespace tarnwick::msl {
 
 using namespace llvm;
@@ -43,6 +45,8 @@ class Promotion {
     Value* promoteIntrinsic(IntrinsicInst& call, IRBuilder<>& builder);
     Value* plain(IRBuilder<>& builder, Value* value, bool isSigned);
     Value* fromLanes(Instruction& cast, IRBuilder<>& builder);
+    Value* load(LoadInst& load, IRBuilder<>& builder);
+    void store(StoreInst& store, IRBuilder<>& builder);
     void use(Instruction& instruction);
 
     Function& main_;
@@ -175,9 +179,49 @@ Value* Promotion::fromLanes(Instruction& cast, IRBuilder<>& builder) {
     return sum;
 }
 
+// Calls `part(bits, offset)` for the plain widths that make an odd one in memory, from the lowest
+// byte on: a copy of three bytes is one of two and one of one.
+template <class Part> static void eachPart(const Type* odd, Part part) {
+    const unsigned bits = odd->getScalarSizeInBits();
+    if (odd->isVectorTy() || bits % 8 != 0)
+        throw CompilerFault("An integer's width is not supported.");
+    for (unsigned offset = 0; offset < bits;) {
+        const unsigned size = std::min(bit_floor(bits - offset), 32u);
+        part(size, offset);
+        offset += size;
+    }
+}
+
+Value* Promotion::load(LoadInst& load, IRBuilder<>& builder) {
+    Type* type = promoted(load.getType());
+    Value* sum = Constant::getNullValue(type);
+    eachPart(load.getType(), [&](unsigned bits, unsigned offset) {
+        Value* at = builder.CreateConstInBoundsGEP1_32(builder.getInt8Ty(),
+                                                       load.getPointerOperand(), offset / 8);
+        Value* value = builder.CreateAlignedLoad(builder.getIntNTy(bits), at,
+                                                 commonAlignment(load.getAlign(), offset / 8),
+                                                 load.isVolatile());
+        sum = builder.CreateOr(sum, builder.CreateShl(builder.CreateZExt(value, type), offset));
+    });
+    return sum;
+}
+
+void Promotion::store(StoreInst& store, IRBuilder<>& builder) {
+    Value* value = wide(store.getValueOperand());
+    eachPart(store.getValueOperand()->getType(), [&](unsigned bits, unsigned offset) {
+        Value* at = builder.CreateConstInBoundsGEP1_32(builder.getInt8Ty(),
+                                                       store.getPointerOperand(), offset / 8);
+        builder.CreateAlignedStore(
+            builder.CreateTrunc(builder.CreateLShr(value, offset), builder.getIntNTy(bits)), at,
+            commonAlignment(store.getAlign(), offset / 8), store.isVolatile());
+    });
+}
+
 Value* Promotion::promote(Instruction& instruction) {
     IRBuilder<> builder(&instruction);
     Type* type = promoted(instruction.getType());
+    if (auto* read = dyn_cast<LoadInst>(&instruction))
+        return load(*read, builder);
     if (auto* binary = dyn_cast<BinaryOperator>(&instruction))
         return promoteBinary(*binary, builder);
     if (auto* call = dyn_cast<IntrinsicInst>(&instruction))
@@ -211,6 +255,8 @@ Value* Promotion::promote(Instruction& instruction) {
 // An instruction of a plain type that takes an odd one.
 void Promotion::use(Instruction& instruction) {
     IRBuilder<> builder(&instruction);
+    if (auto* write = dyn_cast<StoreInst>(&instruction))
+        return store(*write, builder);
     Value* operand = instruction.getOperand(0);
     Value* result = nullptr;
     if (auto* compare = dyn_cast<ICmpInst>(&instruction)) {

@@ -1,4 +1,7 @@
-#include "tests/TarnwickMSL/RandomPrograms/Generator.h"
+#include "tests/TarnwickMSL/RandomPrograms/RandomProgram.h"
+#include "tests/TarnwickMSL/RandomPrograms/Writing/Generator.h"
+
+#include <algorithm>
 
 namespace tarnwick::trials {
 
@@ -8,6 +11,11 @@ std::string randomProgram(std::uint64_t seed) {
 
 std::string Generator::program() {
     isLarge_ = chance(20);
+    const std::uint32_t form = below(100);
+    const bool isGroup = form < 15;
+    isWorld_ = form >= 65;
+    if (isWorld_)
+        samplers();
     tables();
     const Scope global = scope_;
     const std::uint32_t shapes = isLarge_ ? 1 + below(3) : below(2);
@@ -18,10 +26,16 @@ std::string Generator::program() {
     }
     const std::uint32_t helpers = isLarge_ ? 1 + below(3) : below(3);
     for (std::uint32_t i = 0; i < helpers; i++) {
-        helper();
+        if (chance(25))
+            genericHelper();
+        else
+            helper();
         scope_ = global;
     }
-    main();
+    if (isGroup)
+        groupProgram();
+    else
+        main();
     return withPrelude(text_);
 }
 
@@ -37,7 +51,11 @@ void Generator::tables() {
                       (type.isScalar() ? literal(type.kind) : composite(type)).text;
         line("constant " + typeName(type) + " " + name + "[" + std::to_string(length) + "] = {" +
              values + "};");
-        scope_.arrays.push_back({name, type, length, false});
+        scope_.arrays.push_back({.name = name,
+                                 .type = type,
+                                 .length = length,
+                                 .writable = false,
+                                 .space = Space::constant});
     }
 }
 
@@ -63,30 +81,47 @@ static std::string numberOfHash(Kind kind) {
         return "ushort(h)";
     case Kind::ulong_:
         return "ulong(h) * 0x100000001ul";
+    default:
+        return typeName(kind) + "(h)";
     }
-    return "";
 }
 
 // A helper's last word, which all that its body did to h is in.
 std::string Generator::carrying() {
     if (result_.isMatrix())
-        return tamedText(result_, leaf(result_).text + " * (float(h & 15u) * 0.25f)");
+        return tamedText(result_, leaf(result_).text + " * " +
+                                      exactly(result_.kind, "float(h & 15u) * 0.25f"));
     std::string number = numberOfHash(result_.kind);
     if (!result_.isScalar())
         number = typeName(result_) + "(" + number + ") + " + leaf(result_).text;
     return wraps(result_.kind) ? number : tamedText(result_, number);
 }
 
+// That of another helper with another first parameter: an overload.
+std::string Generator::nameOfHelper(const Function& made) {
+    if (functions_.empty() || chance(60))
+        return fresh("helper");
+    const std::string name = any(functions_).name;
+    const bool isClear =
+        std::all_of(functions_.begin(), functions_.end(), [&](const Function& other) {
+            return other.name != name || other.values[0] != made.values[0];
+        });
+    return isClear ? name : fresh("helper");
+}
+
 // A function of numbers, references and perhaps an array, with a body like any other.
 void Generator::helper() {
     Function function;
-    function.name = fresh("helper");
     function.result = anyType();
     std::string parameters;
     const std::uint32_t values = 1 + below(3), references = below(3);
     const auto parameter = [&](const std::string& type, const std::string& name) {
         parameters += (parameters.empty() ? "" : ", ") + type + name;
     };
+    function.takesWorld = isWorld_ && chance(40);
+    if (function.takesWorld)
+        parameter("World ", "world");
+    scope_.hasWorld = function.takesWorld;
     for (std::uint32_t i = 0; i < values; i++) {
         function.values.push_back(anyType());
         const std::string name = fresh("p");
@@ -99,7 +134,12 @@ void Generator::helper() {
         parameter("thread " + typeName(function.references.back()) + "& ", name);
         scope_.variables.push_back({name, function.references.back(), true});
     }
-    if (chance(35)) {
+    function.name = nameOfHelper(function);
+    if (references == 0 && values > 1 && chance(40) && !function.values.back().isMatrix()) {
+        const Type last = function.values.back();
+        parameters += " = " + exactly(last, literal(last.kind).text);
+        function.defaults = 1;
+    } else if (chance(35)) {
         function.arrayLength = 3 + below(4);
         const std::string name = fresh("a");
         function.takesPointer = chance(50);
@@ -129,7 +169,7 @@ void Generator::main() {
     budget_ = isLarge_ ? iterationLimit : iterationLimit / 10;
     iterations_ = 0;
     multiplier_ = 1;
-    open("uint trial(uint input) {");
+    open(isWorld_ ? "uint trial(uint input, World world) {" : "uint trial(uint input) {");
     line("uint h = mixed(input, 0x2545F491u);");
     line("int n = int(input & 15u) - 4;");
     line("float x = float((input >> 2u) & 4095u) * 0.25f;");
@@ -137,6 +177,8 @@ void Generator::main() {
     scope_.variables.push_back({"h", Kind::unsigned_, true});
     scope_.variables.push_back({"n", Kind::signed_, true});
     scope_.variables.push_back({"x", Kind::float_, true});
+    if (isWorld_)
+        enterWorld();
     std::vector<Type> types{anyVector()};
     if (isLarge_ || chance(50))
         types.push_back({Kind::float_, 2});
@@ -155,6 +197,13 @@ void Generator::main() {
     close();
 }
 
+void Generator::mixArray(const Array& array) {
+    const std::string length = std::to_string(array.length) + "u";
+    const std::string at = array.rows > 0 ? "[i / " + length + "][i % " + length + "]" : "[i]";
+    line("for (uint i = 0u; i < " + std::to_string(array.length * std::max(array.rows, 1u)) +
+         "u; i++) h = mixed(h, " + bitsText(array.type, array.name + at + array.member) + ");");
+}
+
 // All that the program computed goes into its result.
 void Generator::mixAll() {
     for (const Variable& variable : scope_.variables)
@@ -167,8 +216,11 @@ void Generator::mixAll() {
              (flag.lanes == 1 ? flag.name + " ? 3u : 5u);"
                               : "uint(" + flag.name + ".x) + uint(" + flag.name + ".y) * 2u);"));
     for (const Array& array : scope_.arrays)
-        line("for (uint i = 0u; i < " + std::to_string(array.length) + "u; i++) h = mixed(h, " +
-             bitsText(array.type, array.name + "[i]" + array.member) + ");");
+        mixArray(array);
+    for (const BitField& field : scope_.fields)
+        line("h = mixed(h, uint(" + field.name + "));");
+    for (const Ring& ring : scope_.rings)
+        line("h = mixed(h, " + bitsText(ring.type, ring.name + ".oldest()") + ");");
     for (const std::string& record : scope_.records)
         line("h = mixed(h, " + record + ".digest());");
 }

@@ -1,4 +1,4 @@
-#include "tests/TarnwickMSL/RandomPrograms/Generator.h"
+#include "tests/TarnwickMSL/RandomPrograms/Writing/Generator.h"
 
 #include <algorithm>
 #include <array>
@@ -38,14 +38,6 @@ bool isStorable(const std::string& swizzle) {
 
 } // namespace
 
-std::vector<std::string> swizzlesOf(std::uint32_t lanes) {
-    if (lanes == 2)
-        return {"xy", "yx", "xx", "yy", "xyx", "yyx", "xyxy"};
-    if (lanes == 3)
-        return {"xy", "yx", "zx", "yz", "zz", "yzx", "zxy", "zyx", "xxy", "xyzx"};
-    return {"xy", "zw", "wx", "yx", "ww", "xyz", "wzy", "yzw", "yzwx", "wzyx", "zwxy", "xxww"};
-}
-
 std::string Generator::swizzle(std::uint32_t lanes, std::uint32_t width, bool isStore) {
     std::vector<std::string> fitting;
     for (const std::string& each : swizzlesOf(lanes))
@@ -64,7 +56,7 @@ Expression Generator::composite(Type type) {
     if (!type.isMatrix() && chance(40))
         return {typeName(type) + "(" + leaf(type.kind).text + ")", tameBound(type), 0.25};
     std::string text = typeName(type) + "(";
-    const Type part = type.isMatrix() ? Type{Kind::float_, type.lanes} : Type{type.kind};
+    const Type part{type.kind, type.isMatrix() ? type.lanes : 1};
     const std::uint32_t parts = type.isMatrix() ? type.columns : type.lanes;
     for (std::uint32_t i = 0; i < parts; i++) {
         const std::string value =
@@ -87,11 +79,11 @@ Expression Generator::vectorExpression(Type type, int depth) {
                     leaf(type).text + ")",
                 std::max(a.bound, b.bound), std::min(a.quantum, b.quantum)};
     }
-    if (type.kind == Kind::half_)
-        return halfExpression(type, depth);
-    if (type.kind != Kind::float_)
-        return integerLanes(type, depth);
-    return choice < 14 ? transformed(type, depth) : floatLanes(type, depth);
+    if (!isReal(type.kind))
+        return chance(15) ? integerFunction(type, depth) : integerLanes(type, depth);
+    if (choice < (type.kind == Kind::half_ ? 11 : 14))
+        return transformed(type, depth);
+    return type.kind == Kind::half_ ? halfExpression(type, depth) : floatLanes(type, depth);
 }
 
 // Lanes from elsewhere: a swizzle, a scalar in all of them, or parts side by side.
@@ -123,14 +115,12 @@ Expression Generator::converted(Type type, int depth) {
     const Type floats{Kind::float_, type.lanes}, ints{Kind::signed_, type.lanes},
         words{Kind::unsigned_, type.lanes}, halves{Kind::half_, type.lanes};
     const std::string to = typeName(type) + "(";
-    switch (type.kind) {
-    case Kind::unsigned_:
-    case Kind::ushort_:
-    case Kind::ulong_: {
+    if (wraps(type.kind)) {
         const Kind from = anyKind();
         const bool isOther = wraps(from) && from != type.kind;
         return {to + expression(isOther ? Type{from, type.lanes} : ints, depth - 1).text + ")"};
     }
+    switch (type.kind) {
     case Kind::signed_:
         if (chance(50))
             return {to + expression(words, depth - 1).text + " & 1023u)", 1023};
@@ -147,15 +137,16 @@ Expression Generator::converted(Type type, int depth) {
         if (chance(50))
             return {to + expression(words, depth - 1).text + " & 255u)", 255, 1};
         return {to + within(expression(ints, depth - 1), ints, 4096).text + ")", 4096, 1};
+    default:
+        return {};
     }
-    return {};
 }
 
 // One operand may be a scalar, which counts for every lane.
 Expression Generator::integerLanes(Type type, int depth) {
     const Type other = chance(70) ? type : Type(type.kind);
     const Expression a = expression(type, depth - 1), b = expression(other, depth - 1);
-    switch (below(7)) {
+    switch (below(8)) {
     case 0:
     case 1:
         return within(sum(a, chance(50) ? " + " : " - ", b), type, exactSignedBound);
@@ -165,7 +156,14 @@ Expression Generator::integerLanes(Type type, int depth) {
         return {"(" + a.text + (chance(50) ? " & " : " ^ ") + b.text + ")",
                 2 * std::max(a.bound, b.bound)};
     case 4:
-        return {"(" + a.text + " % " + number(type.kind, 2 + below(60)) + ")", 62};
+        return {"(" + a.text + (chance(70) ? " % " : " / ") + number(type.kind, 2 + below(60)) +
+                    ")",
+                std::max(62.0, a.bound)};
+    case 6:
+        if (isSigned(type.kind))
+            return {"(" + a.text + " | " + b.text + ")", 2 * std::max(a.bound, b.bound)};
+        return {(chance(50) ? "(~" + a.text + ")"
+                            : "(" + a.text + " << " + number(type.kind, below(8)) + ")")};
     case 5:
         return {"(" + a.text + " >> " + number(type.kind, 1 + below(7)) + ")", a.bound + 1};
     default:
@@ -207,35 +205,40 @@ Expression Generator::floatLanes(Type type, int depth) {
     }
 }
 
+// Small enough for sums of products of four, in the arithmetic of the kind.
+Expression Generator::factor(Type type, int depth, double bound) {
+    const Expression value = expression(type, depth);
+    if (type.kind != Kind::half_ || type.isMatrix())
+        return within(value, type, type.isMatrix() ? 4 : bound);
+    return small(value, type);
+}
+
 // A matrix times a vector, or a vector times a matrix.
 Expression Generator::transformed(Type type, int depth) {
     const std::uint32_t lanes = 2 + below(3);
     const bool isLeft = chance(60);
     const Type matrix =
-        isLeft ? Type{Kind::float_, type.lanes, lanes} : Type{Kind::float_, lanes, type.lanes};
-    const Expression m = within(expression(matrix, depth - 1), matrix, 4);
-    const Type vector{Kind::float_, lanes};
-    const Expression v = within(expression(vector, depth - 1), vector, 1024);
+        isLeft ? Type{type.kind, type.lanes, lanes} : Type{type.kind, lanes, type.lanes};
+    const Expression m = factor(matrix, depth - 1, 4);
+    const Expression v = factor({type.kind, lanes}, depth - 1, 1024);
     return isLeft ? product(m, v, lanes) : product(v, m, lanes);
 }
 
 Expression Generator::matrixExpression(Type type, int depth) {
-    const Expression a = within(expression(type, depth - 1), type, 4);
+    const Expression a = factor(type, depth - 1, 4);
     switch (below(5)) {
     case 0: {
         const std::uint32_t between = 2 + below(3);
-        const Type left{Kind::float_, type.lanes, between},
-            right{Kind::float_, between, type.columns};
-        return product(within(expression(left, depth - 1), left, 4),
-                       within(expression(right, depth - 1), right, 4), between);
+        const Type left{type.kind, type.lanes, between}, right{type.kind, between, type.columns};
+        const Expression first = factor(left, depth - 1, 4);
+        return product(first, factor(right, depth - 1, 4), between);
     }
     case 1:
-        return sum(a, chance(50) ? " + " : " - ", within(expression(type, depth - 1), type, 4));
+        return sum(a, chance(50) ? " + " : " - ", factor(type, depth - 1, 4));
     case 2:
-        return product(a, within(expression(Kind::float_, depth - 1), Kind::float_, 128));
+        return product(a, factor(type.kind, depth - 1, 128));
     case 3: {
-        const Type turned{Kind::float_, type.columns, type.lanes};
-        Expression value = expression(turned, depth - 1);
+        Expression value = expression({type.kind, type.columns, type.lanes}, depth - 1);
         value.text = "transpose(" + value.text + ")";
         return value;
     }
@@ -245,24 +248,14 @@ Expression Generator::matrixExpression(Type type, int depth) {
 }
 
 // A scalar of two vectors.
-Expression Generator::dotted(int depth) {
-    const Type vector{Kind::float_, 2 + below(3)};
-    const Expression a = within(expression(vector, depth - 1), vector, 1024);
-    const Expression b = within(expression(vector, depth - 1), vector, 64);
+Expression Generator::dotted(Kind kind, int depth) {
+    const Type vector{kind, 2 + below(3)};
+    const Expression a = factor(vector, depth - 1, 1024), b = factor(vector, depth - 1, 64);
     const Expression found = product(a, b, vector.lanes);
     if (!isExact(found))
-        return leaf(Kind::float_);
-    return {"dot(" + a.text + ", " + b.text + ")", found.bound, found.quantum};
-}
-
-std::string Generator::vectorCondition(int depth) {
-    static constexpr std::array<const char*, 6> operations{" < ",  " <= ", " > ",
-                                                           " >= ", " == ", " != "};
-    const Type type = anyVector();
-    const std::string left = expression(type, depth - 1).text;
-    const char* operation = operations[below(6)];
-    return (chance(50) ? "any(" : "all(") + left + operation + expression(type, depth - 1).text +
-           ")";
+        return leaf(kind);
+    return {"dot(" + exactly(vector, a.text) + ", " + exactly(vector, b.text) + ")", found.bound,
+            found.quantum};
 }
 
 // A statement that stores to some of the lanes, or changes them in place.
@@ -284,14 +277,13 @@ void Generator::assignLanes(const Variable& vector) {
 }
 
 void Generator::assignElements(const Variable& matrix) {
-    const std::string column = matrix.name + "[" + index(matrix.type.columns) + "]";
+    const Type type = matrix.type, part{type.kind, type.lanes};
+    const std::string column = matrix.name + "[" + index(type.columns) + "]";
     if (chance(50))
-        return line(column + " = " +
-                    littleText({Kind::float_, matrix.type.lanes},
-                               tamed({Kind::float_, matrix.type.lanes}, 2)) +
-                    ";");
-    line(lane(column, matrix.type.lanes) + " = float(" + leaf(Kind::unsigned_).text +
-         " & 7u) - 3.5f;");
+        return line(column + " = " + littleText(part, tamed(part, 2)) + ";");
+    const std::string target = lane(column, type.lanes);
+    line(target + " = " + typeName(type.kind) + "(float(" + leaf(Kind::unsigned_).text +
+         " & 7u) - 3.5f);");
 }
 
 } // namespace tarnwick::trials

@@ -1,20 +1,23 @@
-// Random programs whose values are known: the same text runs natively and on the GPU, and every
-// value in it is exact, so both must agree bit for bit.
+// Writes a random program.
 //
 // What keeps a program honest:
-// - unsigned arithmetic wraps; ints stay below 2^24, floats are multiples of a power of two q below
-//   2^23 q, halves below 2^10 q, because each expression carries the bound of its value (of each
-//   lane, where it has several) and is tamed before it could pass it;
+// - unsigned and small numbers wrap; ints stay below 2^24, floats are multiples of a power of two q
+//   below 2^23 q, halves below 2^10 q, because each expression carries the bound of its value (of
+//   each lane, where it has several) and is tamed before it could pass it;
 // - divisors are odd or constant, shifts are masked, indices are reduced, everything is
 // initialised;
 // - an expression has at most one side effect, or a sequence point between them;
 // - the loops of a program run at most `iterationLimit` times in sum, far below the 65,535 after
 //   which the packaged CPU driver ends an invocation.
+//
+// A feature is added as a statement or an expression with a chance of its own (statement(),
+// expression()), and as something in the scope that other expressions then use. Each file of this
+// folder has one subject; the list of members below names it.
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <vector>
+#include "tests/TarnwickMSL/RandomPrograms/Writing/Types.h"
+
+#include <optional>
 
 namespace tarnwick::trials {
 
@@ -23,65 +26,18 @@ inline constexpr std::uint32_t iterationLimit = 6000;
 // From this length on an array is in memory: the compiler makes shorter ones values.
 inline constexpr std::uint32_t longArray = 9;
 
-// The text of `uint trial(uint input)` and all that it needs, in the language that Metal and C++
-// with NativeShim.h share. The same for the same seed, everywhere.
-std::string randomProgram(std::uint64_t seed);
-
-enum class Kind : std::uint8_t { unsigned_, signed_, float_, half_, ushort_, ulong_ };
-
-// Unsigned numbers, of 32, 16 or 64 bits.
-inline bool wraps(Kind kind) {
-    return kind == Kind::unsigned_ || kind == Kind::ushort_ || kind == Kind::ulong_;
-}
-
-// A scalar, a vector of 2 to 4 lanes, or a matrix of floats with 2 to 4 columns of so many lanes.
-struct Type {
-    Kind kind = Kind::unsigned_;
-    std::uint32_t lanes = 1, columns = 1;
-
-    Type(Kind kind, std::uint32_t lanes = 1, std::uint32_t columns = 1)
-        : kind(kind), lanes(lanes), columns(columns) {}
-    bool operator==(const Type&) const = default;
-    bool isScalar() const { return lanes == 1; }
-    bool isMatrix() const { return columns > 1; }
-};
-
-std::string typeName(Type type);
-
-// The swizzles of a vector of so many lanes that programs use; NativeShim.h has the same.
-std::vector<std::string> swizzlesOf(std::uint32_t lanes);
-
-// What a tamed value of the type is below.
-inline double tameBound(Type type) {
-    return type.isMatrix() ? 4 : type.kind == Kind::half_ ? 128 : 1024;
-}
-
-// Calls of the functions that a program has for its types: the value within tameBound(), within 4,
-// and as bits.
-std::string tamedText(Type type, const std::string& value);
-std::string littleText(Type type, const std::string& value);
-std::string bitsText(Type type, const std::string& value);
-
-// The body with those functions before it that it calls.
-std::string withPrelude(const std::string& body);
-
-// Text and the bound of its value (for unsigned numbers without meaning).
-struct Expression {
-    std::string text;
-    double bound = 0;   // |value| <= bound
-    double quantum = 1; // floats: value is a multiple of this power of two
-};
-
 class Generator {
   public:
-    explicit Generator(std::uint64_t seed) : state_(seed * 0x9E3779B97F4A7C15u + 1) {}
+    explicit Generator(std::uint64_t seed);
     std::string program();
 
   private:
+    // Its name may be any text of an lvalue: "(*p1)", "r2.m3".
     struct Variable {
         std::string name;
         Type type = Kind::unsigned_;
         bool writable = true;
+        Space space = Space::thread;
     };
     // A bool, or a vector of them.
     struct Flag {
@@ -93,8 +49,26 @@ class Generator {
         Type type = Kind::unsigned_;
         std::uint32_t length = 1;
         bool writable = true;
-        bool isPointer = false;  // a parameter that came as a pointer
-        std::string member = ""; // of an array of records: ".m1"
+        bool isPointer = false;  // to the first element
+        std::string member = ""; // of an array of records: ".m1"; of one of pointers: ")"
+        Space space = Space::thread;
+        std::uint32_t rows = 0; // of an array of arrays of `length` elements
+        // Whether it is an array of the program's own, whose name is the same at all times.
+        bool isWhole() const { return member.empty() && rows == 0; }
+    };
+    // A member of so few bits, in [1, 31].
+    struct BitField {
+        std::string name;
+        std::uint32_t bits = 1;
+    };
+    struct Pointer {
+        std::string name;
+        std::vector<std::string> targets; // to which it may be moved
+    };
+    // An object of the template Ring.
+    struct Ring {
+        std::string name;
+        Type type = Kind::unsigned_;
     };
     // A record of the program: its members, and those that are arrays.
     struct Shape {
@@ -102,6 +76,7 @@ class Generator {
         std::vector<Variable> members;
         std::vector<Array> arrays;
         std::vector<Variable> packed;
+        std::vector<BitField> fields;
         std::uint32_t iterations = 0; // of its functions turned() and turn()
         bool hasFunctions = false;
     };
@@ -109,6 +84,16 @@ class Generator {
         std::string name;
         std::size_t shape = 0;
         std::uint32_t length = 0; // of a list
+        Space space = Space::thread;
+        bool isWritable = true;
+    };
+    // Atomic numbers and the name of the operation that changes them here; empty: they are loaded.
+    struct Atomic {
+        std::string name, operation;
+    };
+    struct Sampler {
+        std::string name;
+        bool isPixel = false; // its coordinates are in texels
     };
     struct Function {
         std::string name;
@@ -118,6 +103,10 @@ class Generator {
         std::uint32_t arrayLength = 0; // then, where not 0, an array of unsigned numbers
         bool takesPointer = false;     // to the array's first element, not the array by reference
         std::uint32_t iterations = 0;
+        std::uint32_t defaults = 0; // of the last parameters
+        bool takesWorld = false;    // as its first parameter
+        bool isProcedure = false;   // a lambda that changes what it captured
+        bool isPure() const { return references.empty() && arrayLength == 0 && !isProcedure; }
     };
     // What can be named at some point of the text.
     struct Scope {
@@ -128,6 +117,12 @@ class Generator {
         std::vector<std::string> records; // of type State
         std::vector<Record> shaped;
         std::vector<Record> lists; // arrays of records
+        std::vector<BitField> fields;
+        std::vector<Pointer> pointers;
+        std::vector<Function> lambdas;
+        std::vector<Ring> rings;
+        std::vector<Atomic> atomics;
+        bool hasWorld = false; // memory and textures, in `world`
     };
 
     // Chance. Own arithmetic, so that a seed means the same with every standard library.
@@ -143,36 +138,72 @@ class Generator {
     // Expressions.cpp
     Expression expression(Type type, int depth);
     Expression scalarExpression(Kind kind, int depth);
-    Expression unsignedExpression(int depth);
-    Expression bitExpression(int depth);
-    Expression narrowed(int depth);
-    Expression signedExpression(int depth);
-    Expression floatExpression(int depth);
-    Expression rareFloatExpression(int depth);
     Expression leaf(Type type);
     Expression partOf(const Variable& variable, Type type);
     Expression partOfPacked(const Variable& variable, Type type);
     Expression literal(Kind kind);
     Expression element(const Array& array);
+    Expression selected(Type type, int depth);
     Expression call(const Function& function, int depth);
+    const Function* anyFunction(Type result);
     Expression within(Expression value, Type type, double bound);
     std::string tamed(Type type, int depth);
-    std::string condition(int depth);
-    std::string comparison(int depth);
-    std::string effectfulCondition();
     std::string index(std::uint32_t length);
+    std::string placeIn(const Array& array);
 
-    // Kinds.cpp
+    // Integers.cpp
+    Expression unsignedExpression(int depth);
+    Expression signedExpression(int depth);
+    Expression wrappingExpression(Kind kind, int depth);
+    Expression integerFunction(Type type, int depth);
+    Expression reinterpreted(Type type, int depth);
+    Expression narrowed(int depth);
+    std::string unsignedFrom(int depth);
+    Kind anyInteger();
+
+    // Floats.cpp
+    Expression floatExpression(int depth);
+    Expression rareFloatExpression(int depth);
     Expression halfExpression(Type type, int depth);
     Expression rareHalf(Type type, int depth);
     Expression small(const Expression& value, Type type);
-    Expression wrappingExpression(Kind kind, int depth);
-    std::string unsignedFrom(int depth);
+
+    // Conditions.cpp
+    std::string condition(int depth);
+    std::string comparison(int depth);
+    std::string effectfulCondition();
+    std::string lanewise(std::uint32_t lanes, int depth);
+    std::string vectorCondition(int depth);
+    std::string flagTest();
     void declareFlag();
     void assignFlag();
-    std::string flagTest();
+
+    // Packed.cpp
     void declarePacked();
     void assignPacked(const Variable& packed);
+
+    // Pointers.cpp
+    std::vector<Variable> places(Type type);
+    void pointer();
+    void pointerTo(Type type);
+    void pointers(Type type);
+    void span();
+    void recordPointer();
+    void movePointer();
+    void walk();
+
+    // Lambdas.cpp
+    void lambda();
+    void function();
+    void procedure();
+    void repetition(std::uint32_t trips);
+
+    // Templates.cpp
+    void generic();
+    void genericHelper();
+    void genericCall();
+    void ring();
+    void folded();
 
     // Vectors.cpp
     Expression composite(Type type);
@@ -184,10 +215,10 @@ class Generator {
     Expression converted(Type type, int depth);
     Expression transformed(Type type, int depth);
     Expression matrixExpression(Type type, int depth);
-    Expression dotted(int depth);
+    Expression dotted(Kind kind, int depth);
+    Expression factor(Type type, int depth, double bound);
     std::string lane(const std::string& vector, std::uint32_t lanes);
     std::string swizzle(std::uint32_t lanes, std::uint32_t width, bool isStore);
-    std::string vectorCondition(int depth);
     void assignLanes(const Variable& vector);
     void assignElements(const Variable& matrix);
 
@@ -199,14 +230,9 @@ class Generator {
     void assignBits();
     void arrayAssignment(const Array& array);
     void conditional();
-    void loop();
-    void countedLoop(std::uint32_t trips);
-    void guardedLoop(std::uint32_t trips);
-    void searchLoop(std::uint32_t trips);
-    void twoLevelLoop();
-    void openLoop();
-    void stateLoop(std::uint32_t trips);
     void multiway();
+    void effectOf(const Function& function);
+    void declareArray(Type type);
     void jump();
     void stir();
     void effect();
@@ -215,12 +241,23 @@ class Generator {
     void line(const std::string& text);
     bool affords(std::uint32_t trips) const;
     std::string fresh(const char* stem);
-    std::string writableVariable(Type type);
+    std::string writableVariable(Type type, std::optional<Space> space = {});
+
+    // Loops.cpp
+    void loop();
+    void countedLoop(std::uint32_t trips);
+    void guardedLoop(std::uint32_t trips);
+    void searchLoop(std::uint32_t trips);
+    void twoLevelLoop();
+    void openLoop();
+    void stateLoop(std::uint32_t trips);
 
     // Records.cpp
     void shape();
     void turning(std::size_t shape);
     void record();
+    void bitFields(Shape& shape);
+    void assignField();
     void listOfRecords(const Record& first);
     void recordLoop(const Record& a, const Record& b);
     std::string recordValue(std::size_t shape);
@@ -228,12 +265,32 @@ class Generator {
     void declareMembers(const Record& record, bool isWritable);
     Record anyRecord(std::size_t shape);
 
+    // World.cpp
+    void samplers();
+    void enterWorld();
+    std::string coordinate(std::uint32_t size, bool isPixel);
+    bool hasTexels(Kind kind) const;
+    std::string texel(Kind kind);
+    Expression texture(Type type);
+    void world();
+
+    // Groups.cpp
+    void groupProgram();
+    void groupRecords();
+    void enterPhase(std::size_t written);
+    std::string phase(bool isFirst);
+    std::string lastPhase();
+    void atomic();
+    void simdGroup();
+
     // Program.cpp
     void tables();
     void helper();
     void main();
     std::string returned();
     std::string carrying();
+    std::string nameOfHelper(const Function& made);
+    void mixArray(const Array& array);
     void mixAll();
 
     std::uint64_t state_;
@@ -241,8 +298,13 @@ class Generator {
     int indent_ = 0;
     Scope scope_;
     std::vector<Function> functions_;
+    std::vector<std::string> generics_; // function templates of the program
     std::vector<Shape> shapes_;
-    std::string recordResult_; // returned by the current function, if it returns a record
+    std::vector<Sampler> samplers_;
+    std::vector<Variable> locals_; // members of the record of a thread of a group
+    std::vector<Array> shared_;    // arrays of a group
+    bool isWorld_ = false;         // of the form Form::world
+    std::string recordResult_;     // returned by the current function, if it returns a record
     std::uint32_t names_ = 0;
     std::uint32_t multiplier_ = 1; // how often the current place can run in one call
     std::uint32_t iterations_ = 0; // of the current function so far

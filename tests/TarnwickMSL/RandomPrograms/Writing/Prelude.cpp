@@ -1,6 +1,9 @@
 // The functions that programs have for their types. Their names have the type ("tame_float3"),
 // since overloads would take most of a compiler's time.
-#include "tests/TarnwickMSL/RandomPrograms/Generator.h"
+#include "tests/TarnwickMSL/RandomPrograms/Writing/Generator.h"
+
+#include <cctype>
+#include <utility>
 
 namespace tarnwick::trials {
 
@@ -52,8 +55,8 @@ constexpr const char* advance = R"(void advance(thread State& state, uint by) {
 }
 )";
 
-constexpr Kind kinds[] = {Kind::unsigned_, Kind::signed_, Kind::float_,
-                          Kind::half_,     Kind::ushort_, Kind::ulong_};
+constexpr Kind kinds[] = {Kind::unsigned_, Kind::signed_, Kind::float_, Kind::half_,  Kind::ushort_,
+                          Kind::ulong_,    Kind::uchar_,  Kind::char_,  Kind::short_, Kind::long_};
 
 std::string function(const std::string& result, const std::string& name, Type type,
                      const std::string& body) {
@@ -77,10 +80,9 @@ std::string bitsBody(Type type) {
         return "return mixed(" + bitsText(type.kind, "v.x") + ", " + bitsText(type.kind, "v.y") +
                ")" + (type.lanes > 2 ? " ^ " + bitsText(type.kind, "v.z") + " * 3u" : "") +
                (type.lanes > 3 ? " ^ " + bitsText(type.kind, "v.w") + " * 5u;" : ";");
-    if (type.kind == Kind::ulong_)
+    if (bitsOf(type.kind) == 64)
         return "return uint(v) ^ uint(v >> 32u);";
-    const bool isInteger = wraps(type.kind) || type.kind == Kind::signed_;
-    return isInteger ? "return uint(v);" : "return uint(int(float(v) * 16.0f));";
+    return !isReal(type.kind) ? "return uint(v);" : "return uint(int(float(v) * 16.0f));";
 }
 
 void addFunctions(std::vector<Piece>& pieces, Type type) {
@@ -101,7 +103,7 @@ void addFunctions(std::vector<Piece>& pieces, Type type) {
 
 void addMatrixFunctions(std::vector<Piece>& pieces, Type type) {
     const std::string name = typeName(type);
-    const Type column{Kind::float_, type.lanes};
+    const Type column{type.kind, type.lanes};
     std::string tamed, bits = "0u";
     for (std::uint32_t i = 0; i < type.columns; i++) {
         const std::string at = "v[" + std::to_string(i) + "]";
@@ -112,6 +114,49 @@ void addMatrixFunctions(std::vector<Piece>& pieces, Type type) {
         {"tame_" + name, function(name, "tame", type, "return " + name + "(" + tamed + ");")});
     pieces.push_back({"bits_" + name, function("uint", "bits", type, "return " + bits + ";")});
 }
+
+constexpr const char* chosen = R"(template <class T> T chosen(bool first, T a, T b) {
+    return first ? a : b;
+}
+)";
+
+constexpr const char* exchange = R"(template <class T> void exchange(thread T& a, thread T& b) {
+    T kept = a;
+    a = b;
+    b = kept;
+}
+)";
+
+constexpr const char* repeated = R"(template <class Body> void repeated(uint n, Body body) {
+    for (uint i = 0u; i < n; i++)
+        if (!body(i)) break;
+}
+)";
+
+constexpr const char* folded = R"(template <class T, uint n, class Bits>
+uint folded(thread const T (&values)[n], uint h, Bits bits) {
+    for (uint i = 0u; i < n; i++) h = mixed(h, bits(values[i]));
+    return h;
+}
+)";
+
+constexpr const char* unrolled = R"(template <uint n> uint unrolled(uint h) {
+    if constexpr (n == 0u) return h;
+    else return unrolled<n - 1u>(mixed(h, n) + (h >> n));
+}
+)";
+
+constexpr const char* ring = R"(template <class T, uint n> struct Ring {
+    T slots[n];
+    uint at;
+    void push(T value) {
+        slots[at] = value;
+        at = at + 1u < n ? at + 1u : 0u;
+    }
+    T oldest() const { return slots[at]; }
+    T back(uint by) const { return slots[(at + by % n) % n]; }
+};
+)";
 
 std::vector<Piece> allPieces() {
     std::vector<Piece> pieces = {{"mixed(", R"(uint mixed(uint h, uint value) {
@@ -129,12 +174,17 @@ std::vector<Piece> allPieces() {
             addFunctions(pieces, {kind, lanes});
     for (std::uint32_t columns = 2; columns <= 4; columns++)
         for (std::uint32_t lanes = 2; lanes <= 4; lanes++)
-            addMatrixFunctions(pieces, {Kind::float_, lanes, columns});
+            for (const Kind kind : {Kind::float_, Kind::half_})
+                addMatrixFunctions(pieces, {kind, lanes, columns});
+    for (const auto& [name, text] : {std::pair("chosen(", chosen), std::pair("exchange(", exchange),
+                                     std::pair("repeated(", repeated), std::pair("folded(", folded),
+                                     std::pair("unrolled<", unrolled), std::pair("Ring<", ring)})
+        pieces.push_back({name, text});
     pieces.push_back({"State ", state});
     pieces.push_back({"advanced(", advanced});
     pieces.push_back({"advance(", advance});
     for (Piece& piece : pieces)
-        if (piece.name.back() != '(' && piece.name.back() != ' ')
+        if (std::isalnum(piece.name.back()))
             piece.name += "(";
     return pieces;
 }

@@ -1,6 +1,8 @@
 // Metal's vectors and matrices for the native compiler, lane by lane.
 #pragma once
 
+#include "tests/TarnwickMSL/RandomPrograms/Shim/NativeScalars.h"
+
 namespace tarnwick::trials::native {
 
 template <class T, int N> struct Vec;
@@ -75,6 +77,18 @@ LANES(4, VIEW(xy, 0, 1) VIEW(zw, 2, 3) VIEW(wx, 3, 0) VIEW(yx, 1, 0) VIEW(ww, 3,
     friend Vec name(const Vec& a) {                                                                \
         return made([&](int i) { return native::name(a[i]); });                                    \
     }
+#define FUNCTION_OF_TWO(name)                                                                      \
+    friend Vec name(const Vec& a, const Vec& b) {                                                  \
+        return made([&](int i) { return static_cast<T>(native::name(a[i], b[i])); });              \
+    }
+#define FUNCTION_OF_THREE(name)                                                                    \
+    friend Vec name(const Vec& a, const Vec& b, const Vec& c) {                                    \
+        return made([&](int i) { return native::name(a[i], b[i], c[i]); });                        \
+    }
+#define FUNCTION_OF_LOGIC(sign)                                                                    \
+    friend Vec operator sign(const Vec& a, const Vec& b) {                                         \
+        return made([&](int i) { return a[i] sign b[i]; });                                        \
+    }
 
 template <class T, int N> struct Vec : Lanes<T, N> {
     using Lanes<T, N>::lanes;
@@ -114,11 +128,15 @@ template <class T, int N> struct Vec : Lanes<T, N> {
     OPERATOR(+)
     OPERATOR(-)
     OPERATOR(*)
+    OPERATOR(/)
     OPERATOR(%)
     OPERATOR(&)
     OPERATOR(^)
     OPERATOR(|)
     OPERATOR(>>)
+    OPERATOR(<<)
+    FUNCTION_OF_LOGIC(&&)
+    FUNCTION_OF_LOGIC(||)
     COMPARISON(<)
     COMPARISON(<=)
     COMPARISON(>)
@@ -132,14 +150,39 @@ template <class T, int N> struct Vec : Lanes<T, N> {
     FUNCTION(round)
     FUNCTION(fract)
     FUNCTION(abs)
+    FUNCTION(popcount)
+    FUNCTION(clz)
+    FUNCTION(ctz)
+    FUNCTION(reverse_bits)
+    FUNCTION_OF_TWO(rotate)
+    FUNCTION_OF_TWO(mulhi)
+    FUNCTION_OF_TWO(absdiff)
+    FUNCTION_OF_TWO(addsat)
+    FUNCTION_OF_TWO(subsat)
+    FUNCTION_OF_TWO(hadd)
+    FUNCTION_OF_TWO(rhadd)
+    FUNCTION_OF_TWO(min)
+    FUNCTION_OF_TWO(max)
+    FUNCTION_OF_THREE(madhi)
+    FUNCTION_OF_THREE(madsat)
+    FUNCTION_OF_THREE(mad24)
+    FUNCTION_OF_THREE(min3)
+    FUNCTION_OF_THREE(max3)
+    FUNCTION_OF_THREE(median3)
+    friend Vec extract_bits(const Vec& a, unsigned offset, unsigned count) {
+        return made([&](int i) { return native::extract_bits(a[i], offset, count); });
+    }
+    friend Vec insert_bits(const Vec& a, const Vec& b, unsigned offset, unsigned count) {
+        return made([&](int i) { return native::insert_bits(a[i], b[i], offset, count); });
+    }
+    friend Vec operator~(const Vec& a) {
+        return made([&](int i) { return static_cast<T>(~a[i]); });
+    }
+    friend Vec operator!(const Vec& a) {
+        return made([&](int i) { return !a[i]; });
+    }
     friend Vec operator-(const Vec& a) {
         return made([&](int i) { return -a[i]; });
-    }
-    friend Vec min(const Vec& a, const Vec& b) {
-        return made([&](int i) { return native::min(a[i], b[i]); });
-    }
-    friend Vec max(const Vec& a, const Vec& b) {
-        return made([&](int i) { return native::max(a[i], b[i]); });
     }
     friend Vec select(const Vec& no, const Vec& yes, const Vec<bool, N>& which) {
         return made([&](int i) { return which[i] ? yes[i] : no[i]; });
@@ -170,9 +213,9 @@ template <int N> bool all(const Vec<bool, N>& lanes) {
     return std::all_of(lanes.lanes, lanes.lanes + N, [](bool lane) { return lane; });
 }
 
-// C columns of R floats.
-template <int C, int R> struct Mat {
-    using Column = Vec<float, R>;
+// C columns of R floats or halves.
+template <class T, int C, int R> struct Mat {
+    using Column = Vec<T, R>;
     Column columns[C];
 
     Mat() = default;
@@ -187,20 +230,20 @@ template <int C, int R> struct Mat {
     friend Mat operator-(const Mat& a, const Mat& b) {
         return made([&](int i) { return a[i] - b[i]; });
     }
-    friend Mat operator*(const Mat& a, float b) {
+    friend Mat operator*(const Mat& a, T b) {
         return made([&](int i) { return a[i] * b; });
     }
-    friend Column operator*(const Mat& a, const Vec<float, C>& b) {
+    friend Column operator*(const Mat& a, const Vec<T, C>& b) {
         Column sum;
         for (int i = 0; i < C; i++)
             sum += a[i] * b[i];
         return sum;
     }
-    friend Vec<float, C> operator*(const Vec<float, R>& a, const Mat& b) {
-        return Vec<float, C>::made([&](int i) { return dot(a, b[i]); });
+    friend Vec<T, C> operator*(const Vec<T, R>& a, const Mat& b) {
+        return Vec<T, C>::made([&](int i) { return dot(a, b[i]); });
     }
-    friend Mat<R, C> transpose(const Mat& a) {
-        Mat<R, C> result;
+    friend Mat<T, R, C> transpose(const Mat& a) {
+        Mat<T, R, C> result;
         for (int i = 0; i < C; i++)
             for (int j = 0; j < R; j++)
                 result[j][i] = a[i][j];
@@ -216,8 +259,9 @@ template <int C, int R> struct Mat {
     }
 };
 
-template <int C, int R, int K> Mat<K, R> operator*(const Mat<C, R>& a, const Mat<K, C>& b) {
-    Mat<K, R> result;
+template <class T, int C, int R, int K>
+Mat<T, K, R> operator*(const Mat<T, C, R>& a, const Mat<T, K, C>& b) {
+    Mat<T, K, R> result;
     for (int i = 0; i < K; i++)
         result[i] = a * b[i];
     return result;
@@ -226,6 +270,29 @@ template <int C, int R, int K> Mat<K, R> operator*(const Mat<C, R>& a, const Mat
 #undef OPERATOR
 #undef COMPARISON
 #undef FUNCTION
+#undef FUNCTION_OF_TWO
+#undef FUNCTION_OF_THREE
+#undef FUNCTION_OF_LOGIC
+
+// The bits of a number or of a vector's lanes as another type of that size.
+template <class T> const void* bitsIn(const T& value) {
+    return &value;
+}
+template <class T, int N> const void* bitsIn(const Vec<T, N>& value) {
+    return value.lanes;
+}
+template <class T> void* bitsIn(T& value) {
+    return &value;
+}
+template <class T, int N> void* bitsIn(Vec<T, N>& value) {
+    return value.lanes;
+}
+template <class T, class From> T as_type(const From& from) {
+    static_assert(sizeof(T) == sizeof(From));
+    T result;
+    std::memcpy(bitsIn(result), bitsIn(from), sizeof(T));
+    return result;
+}
 
 #define VECTORS(type)                                                                              \
     using type##2 = Vec<type, 2>;                                                                  \
@@ -238,18 +305,26 @@ VECTORS(uint)
 VECTORS(int)
 VECTORS(float)
 VECTORS(half)
+VECTORS(char)
+VECTORS(uchar)
+VECTORS(short)
 VECTORS(ushort)
+VECTORS(long)
 VECTORS(ulong)
 VECTORS(bool)
 #undef VECTORS
-using float2x2 = Mat<2, 2>;
-using float2x3 = Mat<2, 3>;
-using float2x4 = Mat<2, 4>;
-using float3x2 = Mat<3, 2>;
-using float3x3 = Mat<3, 3>;
-using float3x4 = Mat<3, 4>;
-using float4x2 = Mat<4, 2>;
-using float4x3 = Mat<4, 3>;
-using float4x4 = Mat<4, 4>;
+#define MATRICES(type)                                                                             \
+    using type##2x2 = Mat<type, 2, 2>;                                                             \
+    using type##2x3 = Mat<type, 2, 3>;                                                             \
+    using type##2x4 = Mat<type, 2, 4>;                                                             \
+    using type##3x2 = Mat<type, 3, 2>;                                                             \
+    using type##3x3 = Mat<type, 3, 3>;                                                             \
+    using type##3x4 = Mat<type, 3, 4>;                                                             \
+    using type##4x2 = Mat<type, 4, 2>;                                                             \
+    using type##4x3 = Mat<type, 4, 3>;                                                             \
+    using type##4x4 = Mat<type, 4, 4>;
+MATRICES(float)
+MATRICES(half)
+#undef MATRICES
 
 } // namespace tarnwick::trials::native

@@ -1,6 +1,7 @@
-#include "tests/TarnwickMSL/RandomPrograms/Generator.h"
+#include "tests/TarnwickMSL/RandomPrograms/Writing/Generator.h"
 
 #include <algorithm>
+#include <array>
 
 namespace tarnwick::trials {
 
@@ -17,10 +18,11 @@ void Generator::shape() {
     }
     if (chance(40)) {
         const Type type = chance(60) ? Type(anyKind()) : anyVector();
-        const std::uint32_t length = 2 + below(3);
+        const std::uint32_t length = 2 + below(3), rows = chance(25) ? 2 : 0;
         const std::string name = fresh("m");
-        line(typeName(type) + " " + name + "[" + std::to_string(length) + "];");
-        made.arrays.push_back({name, type, length, true});
+        line(typeName(type) + " " + name + (rows > 0 ? "[2][" : "[") + std::to_string(length) +
+             "];");
+        made.arrays.push_back({.name = name, .type = type, .length = length, .rows = rows});
     }
     if (chance(40) && !shapes_.empty()) {
         const Shape& inner = any(shapes_);
@@ -38,6 +40,10 @@ void Generator::shape() {
             array.name = name + "." + array.name;
             made.arrays.push_back(array);
         }
+        for (BitField field : inner.fields) {
+            field.name = name + "." + field.name;
+            made.fields.push_back(field);
+        }
     }
     if (chance(25)) {
         const Type type{chance(50) ? Kind::float_ : Kind::half_, 2 + below(3)};
@@ -45,21 +51,47 @@ void Generator::shape() {
         line("packed_" + typeName(type) + " " + name + ";");
         made.packed.push_back({name, type, true});
     }
+    if (chance(20))
+        bitFields(made);
     close("};");
     shapes_.push_back(made);
+}
+
+void Generator::bitFields(Shape& shape) {
+    const std::uint32_t count = 1 + below(4);
+    for (std::uint32_t i = 0; i < count; i++) {
+        const BitField field{fresh("m"), 1 + below(20)};
+        line((chance(70) ? "uint " : "int ") + field.name + " : " + std::to_string(field.bits) +
+             ";");
+        shape.fields.push_back(field);
+    }
+}
+
+void Generator::assignField() {
+    const BitField field = any(scope_.fields);
+    const std::string mask = std::to_string((1u << field.bits) - 1);
+    const std::string value = "(" + expression(Kind::unsigned_, 2).text + " & " + mask + "u)";
+    static constexpr std::array<const char*, 4> changes{" = ", " = ", " ^= ", " |= "};
+    line(field.name + changes[below(4)] + value + ";");
 }
 
 // Names the members of a record in the scope, so that they are variables like others.
 void Generator::declareMembers(const Record& record, bool isWritable) {
     const Shape& shape = shapes_[record.shape];
     for (const Variable& member : shape.members)
-        scope_.variables.push_back({record.name + "." + member.name, member.type, isWritable});
+        scope_.variables.push_back(
+            {record.name + "." + member.name, member.type, isWritable, record.space});
     for (const Variable& member : shape.packed)
         scope_.packed.push_back({record.name + "." + member.name, member.type, isWritable});
     for (Array array : shape.arrays) {
         array.name = record.name + "." + array.name;
+        array.writable = isWritable;
+        array.space = record.space;
         scope_.arrays.push_back(array);
     }
+    if (isWritable)
+        for (const BitField& field : shape.fields)
+            scope_.fields.push_back({record.name + "." + field.name, field.bits});
 }
 
 // Functions that change a record: a copy that they return, and one of their caller's.
@@ -101,7 +133,7 @@ std::string Generator::initialised(const Shape& shape) {
 Generator::Record Generator::anyRecord(std::size_t shape) {
     std::vector<Record> found;
     for (const Record& record : scope_.shaped)
-        if (record.shape == shape)
+        if (record.shape == shape && record.space == Space::thread)
             found.push_back(record);
     if (!found.empty() && chance(85))
         return any(found);
@@ -143,12 +175,13 @@ void Generator::listOfRecords(const Record& first) {
          ", " + second + ", " + first.name + "};");
     scope_.lists.push_back(list);
     const auto add = [&](Type type, const std::string& member) {
-        scope_.arrays.push_back({list.name, type, list.length, true, false, member});
+        scope_.arrays.push_back(
+            {.name = list.name, .type = type, .length = list.length, .member = member});
     };
     for (const Variable& member : shape.members)
         add(member.type, "." + member.name);
     for (const Array& array : shape.arrays)
-        add(array.type, "." + array.name + "[" + index(array.length) + "]");
+        add(array.type, "." + array.name + placeIn({.length = array.length, .rows = array.rows}));
 }
 
 // Two records that change places in each round.
@@ -183,6 +216,11 @@ void Generator::record() {
     const std::size_t shape = below(static_cast<std::uint32_t>(shapes_.size()));
     const Record first = anyRecord(shape);
     const std::uint32_t choice = below(10);
+    if (choice < 3)
+        for (const Record& other : scope_.shaped)
+            if (other.shape == shape && other.space != Space::thread)
+                return line(chance(50) ? other.name + " = " + first.name + ";"
+                                       : first.name + " = " + other.name + ";");
     if (choice < 4) {
         const std::string value = recordValue(shape);
         return line(first.name + " = " + value + ";");
@@ -191,7 +229,7 @@ void Generator::record() {
         return listOfRecords(first);
     if (choice < 6)
         for (const Record& list : scope_.lists)
-            if (list.shape == shape)
+            if (list.shape == shape && list.isWritable)
                 return line(list.name + "[" + index(list.length) + "] = " + first.name + ";");
     if (choice < 8 && loops_ < 3 && depth_ < 5 && affords(40))
         return recordLoop(first, anyRecord(shape));
