@@ -2,6 +2,8 @@
 
 #include "TarnwickMSL/Translation/Spirv/Ranges.h"
 
+#include <numeric>
+
 namespace tarnwick::msl::spirv {
 
 using namespace llvm;
@@ -206,6 +208,7 @@ class Planner {
     std::optional<Access> scalar(const Place& place, Descent& at, Type* type);
     std::optional<Access> parts(const Place& place, Type* type);
     std::optional<Access> halves(const Place& place, Type* type);
+    std::optional<Access> packed(const Place& place, Type* type);
     static Access leaf(Descent& at, Type* type, Access::Form form, std::uint32_t first = 0);
 
     const View& view_;
@@ -303,7 +306,27 @@ std::optional<Access> Planner::scalar(const Place& place, Descent& at, Type* typ
     return there < bytes ? halves(place, type) : std::nullopt;
 }
 
+// A scalar in words that it shares. Absent if it is whole words, or at a known byte of one.
+std::optional<Access> Planner::packed(const Place& place, Type* type) {
+    const std::int64_t bytes = sizeOf(type, layout_), word = sizeOf(view_.element, layout_);
+    std::int64_t step = place.offset;
+    for (const Term& term : place.terms)
+        step = std::gcd(step, term.scale);
+    if (step % std::min(bytes, word) != 0)
+        return halves(place, type); // it may begin in one word and end in the next
+    if (bytes >= word || all_of(place.terms, [&](const Term& t) { return t.scale % word == 0; }))
+        return std::nullopt;
+    Step inBytes{.constant = place.offset, .terms = place.terms, .bound = view_.count};
+    return Access{.form = Access::Form::inWord,
+                  .type = type,
+                  .leaf = view_.element,
+                  .steps = {std::move(inBytes)}};
+}
+
 std::optional<Access> Planner::plan(const Place& place, Type* type) {
+    if (view_.isPacked && isScalar(type))
+        if (auto found = packed(place, type))
+            return found;
     Descent at(view_, place, layout_);
     bool reached = at.descend(type);
     if (at.isOutside && !type->isAggregateType())
@@ -343,7 +366,8 @@ bool isCertain(const Access& access) {
 }
 
 bool storesBeside(const Access& access) {
-    if (access.form == Access::Form::narrow || any_of(access.parts, storesBeside))
+    if (access.form == Access::Form::narrow || access.form == Access::Form::inWord ||
+        any_of(access.parts, storesBeside))
         return true;
     return access.form == Access::Form::lanes &&
            (access.first > 0 || laneCount(access.type) < laneCount(access.leaf));

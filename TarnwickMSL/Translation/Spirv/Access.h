@@ -17,6 +17,7 @@ struct View {
     bool isArray = false;
     std::uint64_t count = 0; // elements of an array; 0: as many as are bound
     Layout layout = Layout::plain;
+    bool isPacked = false; // an array of words that smaller values share, at changing bytes too
 };
 
 // One step down: into an array, a struct's member or a vector's lane.
@@ -33,6 +34,7 @@ struct Access {
         whole,   // the leaf is the value, perhaps under another type of the same size
         lanes,   // lanes of the leaf, a vector, from `first` on
         narrow,  // bytes of the leaf, a wider scalar, from `first` on
+        inWord,  // bytes of a word at a changing byte: the only step counts bytes, `bound` words
         parts,   // each part on its own
         halves,  // two integers, low one first, make one scalar
         outside, // past the end of the memory

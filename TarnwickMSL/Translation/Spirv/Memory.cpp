@@ -17,37 +17,41 @@ static Id word(Body& body, const Value* index) {
     return body.resized(body.i32(), index->getType(), body.id(index), true);
 }
 
-static Id sum(Body& body, const Step& step) {
+Id Memory::sum(const Step& step) {
     Id total = 0;
     for (const Term& term : step.terms) {
-        Id part = word(body, term.index);
+        Id part = word(body_, term.index);
         if (term.scale != 1)
-            part = body.emit(spv::Op::OpIMul, body.i32(),
-                             {part, body.constants.word(static_cast<std::uint32_t>(term.scale))});
-        total = total ? body.emit(spv::Op::OpIAdd, body.i32(), {total, part}) : part;
+            part = body_.emit(spv::Op::OpIMul, body_.i32(),
+                              {part, body_.constants.word(static_cast<std::uint32_t>(term.scale))});
+        total = total ? body_.emit(spv::Op::OpIAdd, body_.i32(), {total, part}) : part;
     }
-    Id constant = body.constants.word(static_cast<std::uint32_t>(step.constant));
+    Id constant = body_.constants.word(static_cast<std::uint32_t>(step.constant));
     if (!total)
         return constant;
-    return step.constant ? body.emit(spv::Op::OpIAdd, body.i32(), {total, constant}) : total;
+    return step.constant ? body_.emit(spv::Op::OpIAdd, body_.i32(), {total, constant}) : total;
 }
 
 // A packaged CPU driver may read an overwritten register for an index that is used twice. So each
 // index into local memory is a value of its own; UMin also keeps it inside the array.
 Id Memory::index(const Step& step, bool isLocal) {
-    Id value = sum(body_, step);
+    Id value = sum(step);
     if (!isLocal || step.terms.empty() || !step.bound)
         return value;
     Id last = body_.constants.word(static_cast<std::uint32_t>(step.bound - 1));
     return body_.extended(GLSLstd450UMin, body_.i32(), {value, last});
 }
 
+// The last index into the view's own array, whose length the pipeline sets.
+Id Memory::lastIndex(const Variable& variable) {
+    return body_.emit(spv::Op::OpISub, body_.i32(), {variable.length, body_.constants.word(1)});
+}
+
 // The index into the view's own array.
 Id Memory::firstIndex(const Step& step, const Variable& variable) {
     if (!variable.length)
         return index(step, variable.view.layout == Layout::plain);
-    Id last = body_.emit(spv::Op::OpISub, body_.i32(), {variable.length, body_.constants.word(1)});
-    return body_.extended(GLSLstd450UMin, body_.i32(), {sum(body_, step), last});
+    return body_.extended(GLSLstd450UMin, body_.i32(), {sum(step), lastIndex(variable)});
 }
 
 static bool isDynamicLane(const Access& access) {
@@ -149,7 +153,9 @@ Id Memory::read(const Found& found, const Access& access) {
         return body_.emit(spv::Op::OpVectorShuffle, access.type, operands);
     }
     case Access::Form::narrow:
-        return readNarrow(found, access);
+        return found.variable->view.isPacked ? readPart(found, access) : readNarrow(found, access);
+    case Access::Form::inWord:
+        return readPart(found, access);
     case Access::Form::parts:
     case Access::Form::halves: {
         SmallVector<std::uint32_t, 8> parts;
@@ -226,7 +232,10 @@ void Memory::write(const Found& found, const Access& access, Id value) {
         return body_.act(spv::Op::OpStore, {pointer, after});
     }
     case Access::Form::narrow:
-        return writeNarrow(found, access, value);
+        return found.variable->view.isPacked ? writePart(found, access, value)
+                                             : writeNarrow(found, access, value);
+    case Access::Form::inWord:
+        return writePart(found, access, value);
     case Access::Form::parts:
     case Access::Form::halves:
         return writeParts(found, access, value);

@@ -1,6 +1,6 @@
 // All memory that loads and stores reach: local arrays, tables, buffers, threadgroup memory, and
 // the stage's inputs and outputs, which Stage.h declares. Roots.cpp makes the variables;
-// Addresses.cpp has the accesses by address.
+// Addresses.cpp has the accesses by address, PackedWords.cpp those of parts of words.
 #pragma once
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
@@ -80,6 +80,8 @@ class Memory {
     Found find(const llvm::Value* pointer, const Use& use);
 
     Variable workgroupArray(Root& made, const View& view);
+    Id sum(const Step& step);
+    Id lastIndex(const Variable& variable);
     Id index(const Step& step, bool isLocal);
     Id firstIndex(const Step& step, const Variable& variable);
     Id chain(const Found& found, const Access& access, bool stopsAtLane);
@@ -89,6 +91,16 @@ class Memory {
     void writeNarrow(const Found& found, const Access& access, Id value);
     void writeParts(const Found& found, const Access& access, Id value);
     Id converted(llvm::Type* to, llvm::Type* from, Id value);
+
+    // In words that values share, in PackedWords.cpp.
+    struct Part {
+        Id word = 0;   // a pointer
+        Id shift = 0;  // in bits
+        unsigned bits; // of the value
+    };
+    Part part(const Found& found, const Access& access);
+    Id readPart(const Found& found, const Access& access);
+    void writePart(const Found& found, const Access& access, Id value);
 
     // By address, in Addresses.cpp.
     struct Spot {

@@ -64,7 +64,8 @@ static bool fits(const View& view, const Use& use, bool isShared, const DataLayo
 }
 
 // The declared view if it fits every use, else one of the same size that fits them all. The
-// declared one must reach the memory for certain, if another can.
+// declared one must reach the memory for certain, if another can. Words are the last choice: an
+// atomic value is a word, and changes the parts of a word that other invocations use.
 static View fittingView(const Value& value, const View& declared, std::uint64_t bytes,
                         bool isShared, const DataLayout& layout) {
     const std::vector<Use> uses = usesOf(value, layout);
@@ -78,7 +79,9 @@ static View fittingView(const Value& value, const View& declared, std::uint64_t 
     if (isDeclaredFit && all_of(uses, reaches))
         return declared;
     View common = commonView(uses, bytes, value.getContext(), layout);
-    return isDeclaredFit && !isFit(common) ? declared : common;
+    if (isDeclaredFit || !isShared || isFit(common))
+        return isDeclaredFit && !isFit(common) ? declared : common;
+    return packedView(bytes, value.getContext());
 }
 
 static View fittingView(const Value& value, Type* type, bool isShared, const DataLayout& layout) {

@@ -127,4 +127,12 @@ View commonView(ArrayRef<Use> uses, std::uint64_t bytes, LLVMContext& context,
             .layout = Layout::plain};
 }
 
+View packedView(std::uint64_t bytes, LLVMContext& context) {
+    return {.element = integerOf(context, 4),
+            .isArray = true,
+            .count = std::max<std::uint64_t>(1, (bytes + 3) / 4),
+            .layout = Layout::plain,
+            .isPacked = true};
+}
+
 } // namespace tarnwick::msl::spirv

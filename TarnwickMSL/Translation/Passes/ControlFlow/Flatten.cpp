@@ -385,10 +385,24 @@ static bool runLastBlocks(Function& main) {
     return isChanged;
 }
 
+// The block where the exits of a loop met may have been the end of the round of the loop around it,
+// which has several ends now. One block for them all, because each loop has one latch.
+static void joinLatches(Function& main) {
+    DominatorTree tree(main);
+    LoopInfo loops(tree);
+    for (Loop* loop : loops.getLoopsInPreorder()) {
+        SmallVector<BasicBlock*, 4> latches;
+        loop->getLoopLatches(latches);
+        if (latches.size() > 1)
+            SplitBlockPredecessors(loop->getHeader(), latches, ".again", &tree, &loops);
+    }
+}
+
 bool flattenBranches(ShaderModule& shader) {
     bool isChanged = Flattening(shader).run();
     if (shortenWaysOut(*shader.main)) {
         Flattening(shader).run();
+        joinLatches(*shader.main);
         isChanged = true;
     }
     return runLastBlocks(*shader.main) || isChanged;

@@ -27,10 +27,11 @@ struct sampler {
     constexpr void set(filter::Filter) {}
     constexpr void set(mip_filter::MipFilter) {}
 
-    // The texel at a coordinate; -1 outside, where the value is zero.
-    int texel(float at, int size) const {
-        const int i =
-            static_cast<int>(std::floor(coordinates == coord::pixel ? at : at * float(size)));
+    // The texel at a coordinate in a level of that size; -1 outside, where the value is zero. Pixel
+    // coordinates count texels of the first level.
+    int texel(float at, int size, int mip = 0) const {
+        const float texels = coordinates == coord::pixel ? at / float(1 << mip) : at * float(size);
+        const int i = static_cast<int>(std::floor(texels));
         const int period = ((i % (2 * size)) + 2 * size) % (2 * size);
         switch (outside) {
         case address::repeat:
@@ -75,7 +76,8 @@ template <class T, int width, int height, int levels> struct Picture {
     }
     Vec<T, 4> sample(const sampler& by, const Vec<float, 2>& at, level mip = level(0)) const {
         const int from = int(mip.number);
-        return numbered<T>(by.texel(at.x, width >> from), by.texel(at.y, height >> from), 0, from);
+        return numbered<T>(by.texel(at.x, width >> from, from),
+                           by.texel(at.y, height >> from, from), 0, from);
     }
     uint get_width(uint mip = 0) const { return width >> mip; }
     uint get_height(uint mip = 0) const { return height >> mip; }
