@@ -32,10 +32,23 @@ define void @main() {
   %14 = bitcast i32 %13 to float
   %third = select i1 %isOne, float %14, float %x
   store float %third, ptr @out, align 4
+  %size = call float @llvm.fabs.f32(float %y)
+  %15 = bitcast float %y to i32
+  %16 = bitcast float %third to i32
+  %17 = xor i32 %16, -1
+  %18 = and i32 %17, -2147483648
+  %19 = or i32 %15, -2147483648
+  %20 = sub i32 %19, %18
+  %21 = bitcast i32 %20 to float
+  %fourth = select i1 %isOne, float %21, float %size
+  store float %fourth, ptr @out, align 4
   ret void
 }
 
 ; Function Attrs: nocallback nofree nosync nounwind speculatable willreturn memory(none)
 declare float @llvm.copysign.f32(float, float) #0
+
+; Function Attrs: nocallback nofree nosync nounwind speculatable willreturn memory(none)
+declare float @llvm.fabs.f32(float) #0
 
 attributes #0 = { nocallback nofree nosync nounwind speculatable willreturn memory(none) }

@@ -21,7 +21,12 @@ define void @main() {
   %again = call float @llvm.copysign.f32(float %chosen, float %y)
   %third = select i1 %isOne, float %again, float %x
   store float %third, ptr @out
+  %size = call float @llvm.fabs.f32(float %y)
+  %plain = call float @llvm.copysign.f32(float %y, float %third)
+  %fourth = select i1 %isOne, float %plain, float %size
+  store float %fourth, ptr @out
   ret void
 }
 
 declare float @llvm.copysign.f32(float, float)
+declare float @llvm.fabs.f32(float)

@@ -18,6 +18,7 @@
 #include <llvm/ADT/SmallPtrSet.h>
 #include <llvm/IR/IRBuilder.h>
 #include <llvm/IR/InstIterator.h>
+#include <llvm/IR/IntrinsicInst.h>
 #include <llvm/IR/PatternMatch.h>
 
 #include <optional>
@@ -97,9 +98,22 @@ static std::optional<BitChoice> laterChoiceOf(Instruction& instruction) {
     return std::nullopt;
 }
 
+// Whether the function may return its operand: the driver removes the absolute value of a number
+// that it knows to be positive, the rounding of a whole one and the limit of one in a range.
+static bool mayReturnOperand(const Value* value) {
+    static constexpr Intrinsic::ID functions[] = {
+        Intrinsic::fabs,      Intrinsic::floor, Intrinsic::ceil,   Intrinsic::trunc,
+        Intrinsic::rint,      Intrinsic::round, Intrinsic::minnum, Intrinsic::maxnum,
+        Intrinsic::roundeven, Intrinsic::abs,   Intrinsic::smin,   Intrinsic::smax,
+        Intrinsic::umin,      Intrinsic::umax};
+    auto* call = dyn_cast<IntrinsicInst>(value);
+    return call && is_contained(functions, call->getIntrinsicID());
+}
+
 // Whether the value has lanes or bits of its operands, unchanged.
 static bool isMove(const Value* value) {
-    return isa<BitCastInst, InsertElementInst, ExtractElementInst, ShuffleVectorInst>(value);
+    return isa<BitCastInst, InsertElementInst, ExtractElementInst, ShuffleVectorInst>(value) ||
+           mayReturnOperand(value);
 }
 
 // The values that it may be, and those that its bits come from unchanged. LLVM replaces an arm of a
