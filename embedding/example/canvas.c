@@ -31,7 +31,6 @@ struct canvas {
     VkDeviceMemory imageMemory;
     VkImageView view;
     VkCommandPool commandPool;
-    const unsigned char* pixels; /* of the last buffer, 4 bytes each, rows from the top */
 };
 
 void require(int isGood, const char* sentence) {
@@ -231,7 +230,17 @@ static void record(const canvas* canvas, VkCommandBuffer commands, uint32_t vert
     VULKAN(vkEndCommandBuffer(commands));
 }
 
-void canvas_draw(canvas* canvas, uint32_t vertices) {
+/* `pixels` have 4 bytes each, rows from the top. */
+static void writePicture(const unsigned char* pixels, const char* path) {
+    const char* problem = "The file is not writable.";
+    FILE* file = fopen(path, "wb");
+    require(file && fprintf(file, "P6\n%d %d\n255\n", canvas_side, canvas_side) > 0, problem);
+    for (size_t i = 0; i < canvas_side * canvas_side; ++i)
+        require(fwrite(pixels + i * 4, 3, 1, file) == 1, problem);
+    require(fclose(file) == 0, problem);
+}
+
+void canvas_draw(canvas* canvas, uint32_t vertices, const char* path) {
     bindUniforms(canvas);
     makePipeline(canvas);
     makeImage(canvas);
@@ -250,16 +259,7 @@ void canvas_draw(canvas* canvas, uint32_t vertices) {
             VK_STRUCTURE_TYPE_COMMAND_BUFFER_SUBMIT_INFO, .commandBuffer = commands}},
         VK_NULL_HANDLE));
     VULKAN(vkDeviceWaitIdle(canvas->device));
-    canvas->pixels = pixels;
-}
-
-void canvas_write(const canvas* canvas, const char* path) {
-    const char* problem = "The file is not writable.";
-    FILE* file = fopen(path, "wb");
-    require(file && fprintf(file, "P6\n%d %d\n255\n", canvas_side, canvas_side) > 0, problem);
-    for (size_t i = 0; i < canvas_side * canvas_side; ++i)
-        require(fwrite(canvas->pixels + i * 4, 3, 1, file) == 1, problem);
-    require(fclose(file) == 0, problem);
+    writePicture(pixels, path);
 }
 
 void canvas_destroy(canvas* canvas) {

@@ -27,11 +27,9 @@ void canvas_add_uniforms(canvas* canvas, VkShaderStageFlagBits stage, uint32_t b
 /* The memory of the uniform buffer, which the canvas owns. Call it once. */
 void* canvas_uniforms(canvas* canvas, size_t bytes);
 
-/* Draws triangles of as many vertices onto black, and waits for the picture. Call it once. */
-void canvas_draw(canvas* canvas, uint32_t vertices);
-
-/* Writes the picture as a Portable Pixmap, without its alpha. */
-void canvas_write(const canvas* canvas, const char* path);
+/* Draws triangles of as many vertices onto black, waits for the picture, and writes it to the file
+ * as a Portable Pixmap, without its alpha. Call it once. */
+void canvas_draw(canvas* canvas, uint32_t vertices, const char* path);
 
 void canvas_destroy(canvas* canvas);
 

@@ -1,5 +1,4 @@
-/* Compiles a Metal program, binds what it finds, and draws a triangle with Vulkan (canvas.c).
- *
+/* Compiles a Metal program, binds what it finds, and draws a triangle with Vulkan (canvas.c):
  *   cc -std=c11 triangle.c canvas.c -o triangle $(pkg-config --cflags --libs tarnwick-msl vulkan)
  *   ./triangle triangle.ppm
  */
@@ -8,9 +7,8 @@
 
 #include "canvas.h"
 
-static const char program[] =
-    "#include <metal_stdlib>\n"
-    "using namespace metal;\n"
+static const char text[] =
+    "#include <metal_stdlib>\nusing namespace metal;\n"
     "struct Look { packed_float3 tint; float scale; };\n"
     "struct Corner { float4 position [[position]]; float3 colour; };\n"
     "vertex Corner corner(uint i [[vertex_id]], constant Look& look [[buffer(0)]]) {\n"
@@ -21,13 +19,12 @@ static const char program[] =
     "    return float4(in.colour * look.tint, 1);\n"
     "}\n";
 
-/* Writes numbers to the member of the record, the program's first, at its offset. */
-static void set(const tarnwick_msl_result* result, char* record, const char* name,
-                const float* numbers) {
+/* Copies numbers to the member `name` of the program's first record. */
+static void set(const tarnwick_msl_result* result, char* to, const char* name, const float* from) {
     tarnwick_msl_record_member member = {sizeof member};
     for (size_t i = 0; tarnwick_msl_result_record_member(result, 0, i, &member); ++i)
         if (strcmp(member.name, name) == 0)
-            memcpy(record + member.offset, numbers, member.bytes);
+            memcpy(to + member.offset, from, member.bytes);
 }
 
 int main(int count, char** words) {
@@ -35,8 +32,7 @@ int main(int count, char** words) {
     tarnwick_msl_compiler* compiler;
     tarnwick_msl_result* result;
     require(tarnwick_msl_compiler_create(NULL, &compiler) == TARNWICK_MSL_DONE, "No compiler.");
-    const tarnwick_msl_status status =
-        tarnwick_msl_compile(compiler, NULL, program, strlen(program), &result);
+    const int status = tarnwick_msl_compile(compiler, NULL, text, strlen(text), &result);
     require(status == TARNWICK_MSL_DONE, tarnwick_msl_result_messages(result));
 
     canvas* picture = canvas_create();
@@ -56,8 +52,7 @@ int main(int count, char** words) {
     char* look = canvas_uniforms(picture, record.bytes);
     set(result, look, "tint", (float[]){1, 0.8f, 0.6f});
     set(result, look, "scale", &(float){0.8f});
-    canvas_draw(picture, 3);
-    canvas_write(picture, words[1]);
+    canvas_draw(picture, 3, words[1]);
     canvas_destroy(picture);
     tarnwick_msl_result_destroy(result);
     tarnwick_msl_compiler_destroy(compiler);
