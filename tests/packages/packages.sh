@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The Debian packages in a fresh Debian root, as a user meets them: lintian has no errors; apt installs
-# them with all that they require; a still, the saver and a movie are drawn; after the removal no file
-# is left. Status 77: skipped, with the reason. Needs root, mmdebstrap and a mirror that apt knows.
+# them with all that they require; a still, the saver and a movie are drawn; the compiler's example is
+# built by pkg-config and CMake; after the removal no file is left. The tar ball draws a still in another
+# root. Status 77: skipped, with the reason. Needs root, mmdebstrap and a mirror that apt knows.
 #
 # Usage: packages.sh BUILD_FOLDER. With KEEP_ROOT=1 the root folder is kept, for a look at it.
 set -euo pipefail
@@ -18,7 +19,8 @@ fail() {
 }
 
 [ "$(id -u)" = 0 ] || skip "installing into a root folder requires root."
-for tool in mmdebstrap:mmdebstrap lintian:lintian dpkg-shlibdeps:dpkg-dev cpack:cmake; do
+for tool in mmdebstrap:mmdebstrap lintian:lintian dpkg-shlibdeps:dpkg-dev cpack:cmake \
+    patchelf:patchelf zstd:zstd; do
     command -v "${tool%:*}" >/dev/null || skip "${tool%:*} is missing (package ${tool#*:})."
 done
 # All mounts are in a name space of this script's own, and end with it.
@@ -37,7 +39,7 @@ sources=$(apt-get indextargets --format 'deb $(REPO_URI) $(CODENAME) $(COMPONENT
 folder=$(mktemp -d)
 root=$folder/root
 end() {
-    umount "$root/dev/shm" "$root/dev/pts" "$root/proc" 2>/dev/null || true
+    umount "$folder"/*/dev/shm "$folder"/*/dev/pts "$folder"/*/proc 2>/dev/null || true
     if [ "${KEEP_ROOT:-}" = 1 ]; then
         echo "$root is kept."
     else
@@ -55,11 +57,37 @@ user() {
     chroot --userspec=65534:65534 "$root" env -i PATH=/usr/bin:/bin LC_ALL=C.UTF-8 HOME=/tmp/home \
         XDG_RUNTIME_DIR=/tmp/home "$@"
 }
+# The luminance of the brightest pixel of a picture in the root, [0, 255].
+brightest() {
+    local value
+    value=$(user ffmpeg -v error -i "$1" -vf signalstats,metadata=print:file=- -f null - |
+        sed -n 's/^lavfi.signalstats.YMAX=//p')
+    echo "${value%.*}"
+}
+brighterThan() { # NUMBER PICTURE NAME
+    local met
+    met=$(brightest "$2")
+    [ "$met" -gt "$1" ] || fail "The $3 is dark: its brightest value is $met."
+}
 # All files but those of the system that change by themselves.
 listing() {
     (cd "$root" && find . -xdev \( -path ./proc -o -path ./dev -o -path ./tmp -o -path ./var/cache \
         -o -path ./var/lib/dpkg -o -path ./var/lib/apt -o -path ./var/log -o -path ./root \) -prune \
         -o -print | sort)
+}
+
+# Makes `root`.
+freshRoot() {
+    mmdebstrap --quiet --variant=apt --mode=root "$suite" "$root" - <<<"$sources"
+    mount -t proc proc "$root/proc"
+    mkdir -p "$root/dev/shm" "$root/dev/pts"
+    mount -t devpts -o newinstance,ptmxmode=0666 devpts "$root/dev/pts"
+    [ -e "$root/dev/ptmx" ] || ln -s pts/ptmx "$root/dev/ptmx"
+    mount -t tmpfs tmpfs "$root/dev/shm"
+    [ -c "$root/dev/null" ] || mknod -m 666 "$root/dev/null" c 1 3
+    cp -L /etc/resolv.conf "$root/etc/resolv.conf"
+    install -d -m 1777 "$root/tmp" "$root/tmp/home"
+    inside apt-get -qq update
 }
 
 echo "Packages"
@@ -74,17 +102,9 @@ lintian --allow-root --fail-on error,warning --suppress-tags "$unfit" "$folder"/
 ls -s --block-size=1K "$folder"/packages/*.deb
 
 echo "A fresh root"
-mmdebstrap --quiet --variant=apt --mode=root "$suite" "$root" - <<<"$sources"
-mount -t proc proc "$root/proc"
-mkdir -p "$root/dev/shm" "$root/dev/pts"
-mount -t devpts -o newinstance,ptmxmode=0666 devpts "$root/dev/pts"
-[ -e "$root/dev/ptmx" ] || ln -s pts/ptmx "$root/dev/ptmx"
-mount -t tmpfs tmpfs "$root/dev/shm"
-[ -c "$root/dev/null" ] || mknod -m 666 "$root/dev/null" c 1 3
-cp -L /etc/resolv.conf "$root/etc/resolv.conf"
-install -d -m 1777 "$root/tmp" "$root/tmp/packages" "$root/tmp/home"
+freshRoot
+install -d "$root/tmp/packages"
 cp "$folder"/packages/*.deb "$root/tmp/packages"
-inside apt-get -qq update
 # The tools of the trials, and recommended packages. They are not left by Tarnwick's packages.
 inside apt-get -qq install -y --no-install-recommends mesa-vulkan-drivers xvfb ffmpeg >/dev/null
 listing >"$folder/system"
@@ -103,9 +123,7 @@ episode=/usr/share/tarnwick/episodes/rose-window.metal
 user tarnwick --version
 user tarnwick doctor || fail "The doctor finds something that is required and missing."
 user tarnwick still $episode -o /tmp/home/still.png --size 320x180
-range=$(user ffmpeg -v error -i /tmp/home/still.png -vf signalstats,metadata=print:file=- -f null - |
-    sed -n 's/^lavfi.signalstats.YMAX=//p')
-[ "${range%.*}" -gt 100 ] || fail "The still is dark: its brightest value is $range."
+brighterThan 100 /tmp/home/still.png still
 
 echo "The saver"
 user sh -c 'Xvfb :97 -screen 0 640x360x24 -nolisten tcp >/tmp/home/xvfb 2>&1 & display=$!
@@ -114,9 +132,7 @@ user sh -c 'Xvfb :97 -screen 0 640x360x24 -nolisten tcp >/tmp/home/xvfb 2>&1 & d
     sleep 2
     ffmpeg -v error -f x11grab -video_size 640x360 -i :97 -frames:v 1 /tmp/home/saver.png
     kill -TERM $saver; wait $saver; kill $display; wait $display; cat /tmp/home/saver' || true
-range=$(user ffmpeg -v error -i /tmp/home/saver.png -vf signalstats,metadata=print:file=- -f null - |
-    sed -n 's/^lavfi.signalstats.YMAX=//p')
-[ "${range%.*}" -gt 60 ] || fail "The saver's window is dark: its brightest value is $range."
+brighterThan 60 /tmp/home/saver.png "saver's window"
 
 echo "An installed saver"
 inside test -x /usr/libexec/xscreensaver/tarnwick-saver ||
@@ -138,19 +154,35 @@ user tarnwick play --version
 
 echo "A program with the compiler"
 inside sh -c 'apt-get -qq install -y --no-install-recommends /tmp/packages/tarnwick-dev_*.deb \
-    gcc libc6-dev libvulkan-dev pkg-config >/dev/null'
+    gcc libc6-dev libvulkan-dev pkg-config cmake make >/dev/null'
 user sh -c 'gcc -std=c11 -Wall -Werror /usr/share/doc/tarnwick-dev/examples/*.c -o /tmp/home/triangle \
     $(pkg-config --cflags --libs tarnwick-msl vulkan) && /tmp/home/triangle /tmp/home/triangle.ppm'
 [ "$(head -c 14 "$root/tmp/home/triangle.ppm" | tr '\n' ' ')" = 'P6 256 256 255' ] || fail "There is no triangle."
-range=$(user ffmpeg -v error -i /tmp/home/triangle.ppm -vf signalstats,metadata=print:file=- -f null - |
-    sed -n 's/^lavfi.signalstats.YMAX=//p')
-[ "${range%.*}" -gt 60 ] || fail "The triangle is dark: its brightest value is $range."
+brighterThan 60 /tmp/home/triangle.ppm triangle
+user sh -c 'cmake -S /usr/share/doc/tarnwick-dev/examples -B /tmp/home/build >/tmp/home/log &&
+    cmake --build /tmp/home/build >>/tmp/home/log || { cat /tmp/home/log; exit 1; }
+    /tmp/home/build/triangle /tmp/home/again.ppm'
+cmp "$root/tmp/home/triangle.ppm" "$root/tmp/home/again.ppm" || fail "CMake builds another triangle."
 
 echo "Removal"
-inside apt-get -qq purge -y --autoremove tarnwick-dev gcc libc6-dev libvulkan-dev pkg-config >/dev/null
+inside apt-get -qq purge -y --autoremove tarnwick-dev gcc libc6-dev libvulkan-dev pkg-config cmake make \
+    >/dev/null
 inside apt-get -qq purge -y --autoremove tarnwick tarnwick-player libtarnwick-msl1 >/dev/null
 listing >"$folder/after"
 left=$(comm -13 "$folder/system" "$folder/after" | grep -v -E '^./(etc/ld.so.cache|run/)' || true)
 ! grep -i tarnwick <<<"$left" || fail "Files of the packages are left."
 [ -z "$left" ] || { echo "Left by required packages of Debian:"; echo "$left"; }
-echo "The packages work."
+
+# A system without Tarnwick's packages and what they require, but with a driver.
+echo "The tar ball in another root"
+bash "$(dirname "$0")/../../scripts/tarball" "$folder/tarnwick.tar.zst" "$build"
+first=$root root=$folder/other
+freshRoot
+tar -C "$root/opt" -xf "$folder/tarnwick.tar.zst"
+du -sh "$root/opt/tarnwick"
+inside apt-get -qq install -y --no-install-recommends mesa-vulkan-drivers libvulkan1 >/dev/null
+user /opt/tarnwick/bin/tarnwick --version
+user /opt/tarnwick/bin/tarnwick still /opt/tarnwick/share/tarnwick/episodes/rose-window.metal \
+    -o /tmp/home/still.png --size 320x180
+cmp "$first/tmp/home/still.png" "$root/tmp/home/still.png" || fail "The tar ball draws another still."
+echo "The packages and the tar ball work."
