@@ -26,8 +26,8 @@ struct Diagnostic {
 
 struct Compilation {
     bool failed = false;
-    // The compiler itself failed: it crashed, ran out of time or could not be started. Nothing is
-    // known about the program.
+    // The compiler itself failed: it crashed, ran out of time, memory or stack, or could not be
+    // started. Nothing is known about the program.
     bool isCompilersFault = false;
     std::vector<EntryPoint> entryPoints; // in source order; empty if `failed`
     // The compiler's messages in Clang's form ("file:line:column: severity: message", excerpt,

@@ -45,6 +45,14 @@ Compilation failure(WorkerFault fault, const CompileOptions& options) {
         return failure("the compiler 'tarnwick-msl-worker' could not be started", options);
     case WorkerFault::stopped:
         return failure("the compiler crashed on this program", options);
+    case WorkerFault::full:
+        return failure("the compiler ran out of memory (" + std::to_string(mostWorkerMemory >> 30) +
+                           " GiB) on this program",
+                       options);
+    case WorkerFault::deep:
+        return failure("the program nests too deeply for the compiler, in its blocks or in an "
+                       "expression",
+                       options);
     case WorkerFault::late:
         break;
     }

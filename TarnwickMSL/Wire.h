@@ -31,6 +31,13 @@ struct Request {
 // means that this request ended the worker.
 inline constexpr char requestIsRead = 'r';
 
+// Bytes of addresses that a worker has at most.
+inline constexpr std::uint64_t mostWorkerMemory = 3ull << 30;
+
+// The status of a worker that ends because memory or its stack is exhausted. Any other end before
+// the answer is a crash.
+enum class WorkerEnd { withoutMemory = 40, withoutStack = 41 };
+
 // 16 hexadecimal digits that identify the records of this build. A worker gets those of its host as
 // an argument, and ends at once if they are not its own.
 const char* wireForm();

@@ -111,6 +111,14 @@ pid_t spawn(char* const* words, int childEnd) noexcept {
     return child;
 }
 
+// Why a child ended while it worked on a request.
+WorkerFault causeOf(std::optional<int> status) {
+    if (status == static_cast<int>(WorkerEnd::withoutMemory))
+        return WorkerFault::full;
+    return status == static_cast<int>(WorkerEnd::withoutStack) ? WorkerFault::deep
+                                                               : WorkerFault::stopped;
+}
+
 } // namespace
 
 std::filesystem::path workerProgram() {
@@ -143,16 +151,22 @@ bool WorkerProcess::start() {
     return child > 0;
 }
 
-void WorkerProcess::end() {
+std::optional<int> WorkerProcess::end() {
+    std::optional<int> status;
     if (child > 0) {
-        kill(child, SIGKILL);
-        while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
+        kill(child, SIGKILL); // changes nothing for a child that ends already
+        int how = 0;
+        pid_t waited = 0;
+        while ((waited = waitpid(child, &how, 0)) < 0 && errno == EINTR) {
         }
+        if (waited == child && WIFEXITED(how))
+            status = WEXITSTATUS(how);
     }
     if (connection >= 0)
         close(connection);
     child = connection = -1;
     readsFiles.reset();
+    return status;
 }
 
 std::variant<Compilation, WorkerFault> WorkerProcess::ask(const Request& request) {
@@ -164,8 +178,10 @@ std::variant<Compilation, WorkerFault> WorkerProcess::ask(const Request& request
     Limit limit{std::chrono::milliseconds(request.limitMilliseconds)};
     auto fault = [&](WorkerFault otherwise) {
         const bool isLate = limit.isOver();
-        end();
-        return isLate ? WorkerFault::late : otherwise;
+        const std::optional<int> status = end();
+        return isLate                              ? WorkerFault::late
+               : otherwise == WorkerFault::stopped ? causeOf(status)
+                                                   : otherwise;
     };
     const std::string bytes = toBytes(request);
     auto size = static_cast<std::uint32_t>(bytes.size());

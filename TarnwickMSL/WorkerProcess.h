@@ -17,6 +17,8 @@ enum class WorkerFault {
     missing, // its program could not be started
     gone,    // it ended before it had read the request
     stopped, // it ended while it worked on the request
+    full,    // the same, because its memory was exhausted
+    deep,    // the same, because its stack was exhausted
     late     // it was ended at the time limit
 };
 
@@ -38,8 +40,9 @@ class WorkerProcess {
     // Sends the request and waits for the answer. After a fault there is no child. A child that
     // reads files for #include answers no other requests, because it may read all files.
     std::variant<Compilation, WorkerFault> ask(const Request& request);
-    // Ends the child, if there is one, and waits for its end.
-    void end();
+    // Ends the child, if there is one, and waits for its end. Returns the status with which it had
+    // ended by itself, if it had one.
+    std::optional<int> end();
 
   private:
     std::filesystem::path program;

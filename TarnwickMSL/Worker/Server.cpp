@@ -2,6 +2,7 @@
 
 #include "TarnwickMSL/Confinement/Confinement.h"
 #include "TarnwickMSL/Wire.h"
+#include "TarnwickMSL/Worker/Exhaustion.h"
 #include "TarnwickMSL/Worker/Precompiled.h"
 #include "TarnwickMSL/Worker/Translate.h"
 
@@ -46,7 +47,7 @@ bool sendAll(int connection, std::string_view bytes) {
 void limitMemory() {
 // The sanitizers take terabytes of addresses for their shadow memory.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-    const rlimit memory{.rlim_cur = 3ull << 30, .rlim_max = 3ull << 30};
+    const rlimit memory{.rlim_cur = mostWorkerMemory, .rlim_max = mostWorkerMemory};
     setrlimit(RLIMIT_AS, &memory);
 #endif
     const rlimit none{.rlim_cur = 0, .rlim_max = 0};
@@ -147,6 +148,7 @@ bool answerOne(int connection, const StandardLibrary& library, std::string& more
 
 void serve(int connection) {
     limitMemory();
+    endWhenExhausted();
     endWithParent(connection);
     const StandardLibrary library = standardLibrary();
     Confined confined;

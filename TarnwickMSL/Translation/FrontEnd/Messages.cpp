@@ -188,6 +188,12 @@ static void nameTextures(llvm::SmallString<256>& message) {
     message = text;
 }
 
+// "use -fbracket-depth=N to increase maximum nesting level": an option that only Clang's own
+// program has.
+static bool isAdviceOfOption(llvm::StringRef note) {
+    return note.starts_with("use -f");
+}
+
 // A failed static_assert of the library: its text alone.
 static llvm::StringRef withoutRequirement(llvm::StringRef message) {
     const bool isAssertion = message.starts_with("static assertion failed");
@@ -215,6 +221,8 @@ void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic
         return;
     llvm::SmallString<256> message;
     diagnostic.FormatDiagnostic(message);
+    if (level == Level::Note && isAdviceOfOption(message))
+        return;
     nameConstructor(message);
     nameAssignment(message);
     nameMissing(message);

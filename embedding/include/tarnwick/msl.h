@@ -47,8 +47,9 @@ typedef struct tarnwick_msl_result tarnwick_msl_result;
 typedef enum tarnwick_msl_status {
     TARNWICK_MSL_DONE = 0,
     TARNWICK_MSL_PROGRAM_INVALID = 1, /* the program has errors; the result has its diagnostics */
-    TARNWICK_MSL_COMPILER_FAILED = 2, /* the compiler crashed on the program, ran out of time or
-                                         could not be started; a diagnostic says which */
+    TARNWICK_MSL_COMPILER_FAILED = 2, /* the compiler crashed on the program, ran out of time,
+                                         memory or stack, or could not be started; a diagnostic
+                                         says which */
     TARNWICK_MSL_ARGUMENT_INVALID = 3, /* a function does not take such an argument, or a null
                                           pointer; it has done nothing */
     TARNWICK_MSL_OUT_OF_MEMORY = 4     /* of this process; nothing was made or changed */
