@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <string>
 #include <utility>
 
 extern "C" {
@@ -14,6 +15,9 @@ extern "C" {
 
 namespace tarnwick {
 namespace {
+
+// Hertz. The resampler's tables grow with the rate of the file, its output with the inverse.
+constexpr int leastRate = 1000, mostRate = 3'072'000;
 
 constexpr double leadIn = 0.2; // seconds that are decoded before the wanted place after a seek
 
@@ -34,12 +38,24 @@ std::unique_ptr<AVFormatContext, InputCloser> opened(const std::filesystem::path
     return owner;
 }
 
+// What the resampler is made for. A damaged stream may change it at any frame.
+struct FrameForm {
+    int format = 0, rate = 0, channels = 0;
+
+    static FrameForm of(const AVFrame& frame) {
+        return {frame.format, frame.sample_rate, frame.ch_layout.nb_channels};
+    }
+    bool isFit() const { return rate >= leastRate && rate <= mostRate && channels > 0; }
+    bool operator==(const FrameForm&) const = default;
+};
+
 } // namespace
 
 struct SoundFile::Decoder {
     std::unique_ptr<AVFormatContext, InputCloser> input;
     LibavOwner<AVCodecContext> codec;
-    std::unique_ptr<SwrContext, ResamplerFreer> resampler; // made for the format of the frames
+    std::unique_ptr<SwrContext, ResamplerFreer> resampler;
+    FrameForm form; // of the frames that the resampler takes
     LibavOwner<AVPacket> packet{throwingWhenNull(av_packet_alloc())};
     LibavOwner<AVFrame> frame{throwingWhenNull(av_frame_alloc())};
     AVStream* stream = nullptr;
@@ -69,6 +85,9 @@ void SoundFile::Decoder::openCodec() {
     for (unsigned other = 0; other < input->nb_streams; ++other)
         if (static_cast<int>(other) != index)
             input->streams[other]->discard = AVDISCARD_ALL;
+    if (const int given = stream->codecpar->sample_rate; given < leastRate || given > mostRate)
+        throw MovieError("its sample rate is " + std::to_string(given) + " Hz, not one of " +
+                         std::to_string(leastRate) + " to " + std::to_string(mostRate));
     codec.reset(throwingWhenNull(avcodec_alloc_context3(decoder)));
     throwingWhenNegative(avcodec_parameters_to_context(codec.get(), stream->codecpar));
     codec->pkt_timebase = stream->time_base;
@@ -88,6 +107,7 @@ void SoundFile::Decoder::makeResampler() {
         static_cast<AVSampleFormat>(frame->format), frame->sample_rate, 0, nullptr));
     resampler.reset(made);
     throwingWhenNegative(swr_init(made));
+    form = FrameForm::of(*frame);
 }
 
 // Resamples `next` but its first samples, or the rest if it is null, into `waiting`.
@@ -108,7 +128,7 @@ void SoundFile::Decoder::resample(const AVFrame* next, int skipped) {
                              skipped * bytes * (isPlanar ? 1 : channels));
     }
     const int channels = outChannels;
-    std::vector<float> out(static_cast<std::size_t>(most * channels));
+    std::vector<float> out(static_cast<std::size_t>(most) * static_cast<std::size_t>(channels));
     auto* bytes = reinterpret_cast<std::uint8_t*>(out.data());
     const int got = swr_convert(resampler.get(), &bytes, most,
                                 planes.empty() ? nullptr : planes.data(), samples);
@@ -139,9 +159,15 @@ int SoundFile::Decoder::place() {
 }
 
 void SoundFile::Decoder::take() {
+    if (!FrameForm::of(*frame).isFit())
+        return;
     const int skipped = place();
     if (skipped >= frame->nb_samples)
         return;
+    if (resampler && form != FrameForm::of(*frame)) {
+        resample(nullptr, 0);
+        resampler.reset();
+    }
     if (!resampler)
         makeResampler();
     resample(frame.get(), skipped);
