@@ -6,6 +6,7 @@
 #include "TarnwickBase/Version.h"
 #include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/CommandLine/Help.h"
+#include "TarnwickCore/Text/TerminalText.h"
 #include "TarnwickPlatform/Sound/SoundOutput.h"
 #include "player/App/Background.h"
 #include "player/ChannelsPanel/ChannelActions.h"
@@ -97,7 +98,7 @@ int play(const Arguments& arguments, int count, char** words) {
     Player player;
     MainWindow window(player);
     const Ending ending(player, [](const std::string& sentence) {
-        std::fprintf(stderr, "tarnwick-player: %s\n", sentence.c_str());
+        std::fprintf(stderr, "tarnwick-player: %s\n", terminalText(sentence).c_str());
     });
     window.show();
     recover(player, window);
@@ -131,7 +132,8 @@ int run(int count, char** words) {
             return play(arguments, count, words);
         return static_cast<int>(Status::done);
     } catch (const UsageError& error) {
-        std::fprintf(stderr, "tarnwick-player: %s --help lists the options.\n", error.what());
+        std::fprintf(stderr, "tarnwick-player: %s --help lists the options.\n",
+                     terminalText(error.what()).c_str());
         return static_cast<int>(Status::misused);
     }
 }

@@ -8,7 +8,6 @@
 #include "programs/Manual/ManualPages.h"
 
 #include <array>
-#include <cstdio>
 #include <new>
 #include <string>
 
@@ -132,20 +131,20 @@ Status runProgram(std::span<const char* const> words) {
     return runCommand(command, words.subspan(wordCount));
 }
 
-// Prints the error, if there is one.
+// Tells the error, if there is one.
 Status statusOf(std::span<const char* const> words) {
     try {
         return runProgram(words);
     } catch (const CommandError& error) {
-        std::fprintf(stderr, "tarnwick: %s\n", error.what());
+        tell(error.what());
         return error.status;
     } catch (const UsageError& error) {
-        std::fprintf(stderr, "tarnwick: %s\n", error.what());
+        tell(error.what());
         return Status::misused;
     } catch (const std::bad_alloc&) {
-        std::fprintf(stderr, "tarnwick: There is not enough memory.\n");
+        tell("There is not enough memory.");
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "tarnwick: %s\n", error.what());
+        tell(error.what());
     }
     return Status::failed;
 }

@@ -7,6 +7,7 @@
 #include "TarnwickBase/Version.h"
 #include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/Findings/Encoding.h"
+#include "TarnwickCore/Text/TerminalText.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "TarnwickPlatform/Pictures/PNG.h"
 #include "saver/CommandLine/HostOptions.h"
@@ -60,16 +61,17 @@ Status drawPicture(const HostOptions& options, const Bundle& bundle, double seco
         drawOffscreen(bundle, kindOf(options), sizeOf(options), seconds, options.params);
     writePNG(run.last, options.picture);
     for (const std::string& remark : run.settingsRemarks)
-        errors << remark << '\n';
+        errors << terminalText(remark) << '\n';
     for (const auto& sentence : {run.failure, run.absence})
         if (sentence)
-            errors << *sentence << '\n';
+            errors << terminalLines(*sentence) << '\n';
     if (!run.failure)
         out << std::fixed << std::setprecision(1) << run.frames / run.seconds
             << " frames per second on " << run.device << ", drawn as fast as it can: " << run.frames
             << " frames of " << run.last.width << " x " << run.last.height << " in " << run.seconds
             << " s.\n";
-    out << "The last frame is in " << fs::absolute(options.picture).string() << ".\n" << std::flush;
+    out << "The last frame is in " << terminalText(fs::absolute(options.picture).string()) << ".\n"
+        << std::flush;
     errors << std::flush;
     const Status status = run.failure || run.absence ? Status::failed : Status::done;
     endSoon(static_cast<int>(status)); // the device may work for longer
@@ -108,7 +110,7 @@ Status show(const HostOptions& options, const Bundle& bundle, std::ostream& out,
     if (options.withoutDisplay && !HostWindow::hasDisplay())
         return drawPicture(options, bundle, *options.withoutDisplay, out, errors);
     bool hasFailed = false;
-    auto say = [&](const std::string& sentence) { errors << sentence << std::endl; };
+    auto say = [&](const std::string& sentence) { errors << terminalLines(sentence) << std::endl; };
     auto fail = [&](const std::string& failure) {
         say(failure);
         hasFailed = true;
@@ -128,7 +130,7 @@ std::optional<fs::path> settingsOf(const HostOptions& options, std::ostream& err
         return options.settings;
     const std::optional<fs::path> beside = settingsBeside(*options.episode);
     if (beside)
-        errors << "The settings are read from " << beside->string()
+        errors << "The settings are read from " << terminalText(beside->string())
                << "; --no-settings ignores them.\n";
     return beside;
 }
@@ -173,16 +175,17 @@ Status runSaver(std::span<const char* const> arguments, std::ostream& out, std::
         }
         return showBundleOrEpisode(options, out, errors);
     } catch (const UsageError& error) {
-        errors << "tarnwick-saver: " << error.what() << " --help lists the options.\n";
+        errors << "tarnwick-saver: " << terminalText(error.what())
+               << " --help lists the options.\n";
         return Status::misused;
     } catch (const OutputNameError& error) {
-        errors << "tarnwick-saver: " << error.what() << '\n';
+        errors << "tarnwick-saver: " << terminalText(error.what()) << '\n';
         return Status::misused;
     } catch (const InputReadError& error) {
-        errors << "tarnwick-saver: " << error.what() << '\n';
+        errors << "tarnwick-saver: " << terminalText(error.what()) << '\n';
         return Status::misused;
     } catch (const std::exception& error) {
-        errors << "tarnwick-saver: " << error.what() << '\n';
+        errors << "tarnwick-saver: " << terminalText(error.what()) << '\n';
         return Status::failed;
     }
 }

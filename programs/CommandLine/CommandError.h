@@ -3,6 +3,7 @@
 
 #include "TarnwickBase/Quoted.h"
 #include "TarnwickBase/Status.h"
+#include "TarnwickCore/Text/TerminalText.h"
 
 #include <stdexcept>
 #include <string>
@@ -20,7 +21,14 @@ struct CommandError : std::runtime_error {
 [[noreturn]] void misuse(const std::string& sentence);
 [[noreturn]] void failure(const std::string& sentence);
 
+// Writes "tarnwick: SENTENCE" to standard error, as one line that is safe for a terminal. All
+// sentences of commands, and those of errors, are written here.
+void tell(std::string_view sentence);
+
 // Writes to standard output. Throws CommandError if it cannot be written.
 void print(std::string_view text);
+
+// The same for foreign text of several lines, which a terminal shows by terminalLines().
+void printForeign(std::string_view text);
 
 } // namespace tarnwick

@@ -1,7 +1,9 @@
 // tarnwick whoami, tarnwick handle: the account that is signed in, and the name that others see.
+#include "TarnwickCore/Text/TerminalText.h"
 #include "programs/Commands/Command.h"
 #include "programs/Service/Awaited.h"
 #include "programs/Service/Service.h"
+#include "programs/Terminal/JSONText.h"
 
 #include <array>
 
@@ -21,10 +23,7 @@ Status whoAmI(const Arguments& arguments) {
         return service.client().me(token.text(), std::move(stop));
     });
     if (asJSON) {
-        using nlohmann::ordered_json;
-        print(accountJSON(me.email, me.handle)
-                  .dump(2, ' ', false, ordered_json::error_handler_t::replace) +
-              "\n");
+        print(jsonText(accountJSON(me.email, me.handle)) + "\n");
         return Status::done;
     }
     print("Email:  " + terminalText(me.email) + "\nHandle: " +

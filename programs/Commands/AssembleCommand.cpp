@@ -6,7 +6,7 @@ namespace tarnwick {
 
 static Status assemble(const Arguments& arguments) {
     const std::string program = episodeAt(arguments.operand()).shader.source;
-    print(program.ends_with('\n') ? program : program + "\n");
+    printForeign(program.ends_with('\n') ? program : program + "\n");
     return Status::done;
 }
 

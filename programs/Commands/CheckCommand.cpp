@@ -23,7 +23,7 @@ static Status check(const Arguments& arguments) {
               ? findingsJSON(episode.path, findings, checked.raw)
               : findingsText(episode.path, episode.text, findings, coloursOf(STDOUT_FILENO)));
     if (!checked.compiles && firstError(findings).empty())
-        failure(episode.path + " does not compile: " + checked.raw);
+        failure(episode.path + " does not compile: " + firstErrorLine(checked.raw));
     if (!checked.hasRoom)
         failure(checked.raw);
     return checked.compiles ? Status::done : Status::failed;

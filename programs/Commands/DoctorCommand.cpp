@@ -1,6 +1,7 @@
 // tarnwick doctor: what works on this system, and what is missing.
 #include "programs/Commands/Command.h"
 #include "programs/Doctor/Checks.h"
+#include "programs/Terminal/JSONText.h"
 #include "programs/Terminal/TextTable.h"
 
 #include <nlohmann/json.hpp>
@@ -34,7 +35,7 @@ std::string jsonOf(const Checks& checks, bool isWell) {
             object["package"] = check.package;
         document["checks"].push_back(std::move(object));
     }
-    return document.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+    return jsonText(document) + "\n";
 }
 
 Status doctor(const Arguments& arguments) {

@@ -9,6 +9,7 @@
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Episode/LoopSeam.h"
+#include "programs/Terminal/JSONText.h"
 
 #include <nlohmann/json.hpp>
 
@@ -31,7 +32,7 @@ std::string loopJSON(const FoundLoop& found, const LoopSearch& search) {
                                           {"length", found.length},
                                           {"frames", std::llround(frames)},
                                           {"difference", found.difference}};
-    return document.dump(2) + "\n";
+    return jsonText(document) + "\n";
 }
 
 Status loop(const Arguments& arguments) {

@@ -1,5 +1,6 @@
 // tarnwick msl: compiles any file in the Metal Shading Language.
 #include "TarnwickCore/Findings.h"
+#include "TarnwickCore/Text/TerminalText.h"
 #include "TarnwickMSL/Compile.h"
 #include "programs/CommandLine/Output.h"
 #include "programs/CommandLine/SourceFile.h"
@@ -74,7 +75,7 @@ Status batch(const Arguments& arguments) {
             line = nameOf(path) + ": failed: " + error.what();
             status = std::max(status, error.status);
         }
-        print(line + "\n");
+        print(terminalText(line) + "\n");
     }
     return status;
 }
@@ -129,7 +130,7 @@ Status compileOne(const Arguments& arguments) {
     const auto out = Output::of(arguments, "-o", FileKind::spirvModule);
     const auto rule = ruleFileOf(arguments, out);
     const Compilation compilation = compiled(path, compileOptionsOf(arguments));
-    std::fputs(compilation.messages.c_str(), stderr);
+    std::fputs(terminalLines(compilation.messages).c_str(), stderr);
     if (compilation.failed) {
         if (arguments.has("--reflect"))
             print(report(arguments, compilation));
@@ -145,7 +146,7 @@ Status compileOne(const Arguments& arguments) {
                 out->write(bytesOf(entry));
     if (rule)
         rule->file.write(dependencyRule(rule->target, path, compilation.files));
-    const std::string text = report(arguments, compilation);
+    const std::string text = terminalLines(report(arguments, compilation));
     out ? out->say(text) : print(text);
     return Status::done;
 }

@@ -1,8 +1,9 @@
 // tarnwick meta: the data of an episode.
 #include "TarnwickCore/Text/Numbers.h"
+#include "TarnwickCore/Text/TerminalText.h"
 #include "programs/Commands/Command.h"
 #include "programs/Episode/EpisodeFile.h"
-#include "programs/Terminal/TerminalText.h"
+#include "programs/Terminal/JSONText.h"
 #include "programs/Terminal/TextTable.h"
 
 #include <nlohmann/json.hpp>
@@ -100,7 +101,7 @@ std::string metaJSON(const Episode& episode) {
                                 {"finalTitle", meta.finalTitle},
                                 {"finalSummary", meta.finalSummary},
                                 {"params", paramsJSON(episode.shader.params)}};
-    return document.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+    return jsonText(document) + "\n";
 }
 
 Status meta(const Arguments& arguments) {

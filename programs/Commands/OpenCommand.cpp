@@ -3,6 +3,7 @@
 #include "TarnwickCore/Forking.h"
 #include "TarnwickCore/Service/OpenLink.h"
 #include "TarnwickCore/Service/ShaderDownload.h"
+#include "TarnwickCore/Text/TerminalText.h"
 #include "programs/CommandLine/NewFile.h"
 #include "programs/Commands/Command.h"
 #include "programs/Service/Awaited.h"
@@ -28,7 +29,7 @@ OpenLink linkOf(const Arguments& arguments, const APIClient& client) {
         client.isLocal() ? OpenLink::Localhosts::allowed : OpenLink::Localhosts::refused;
     auto parsed = OpenLink::parse(arguments.operand(), localhosts);
     if (const auto* problem = std::get_if<OpenLink::Problem>(&parsed))
-        misuse(terminalText(problem->description()));
+        misuse(problem->description());
     return std::get<OpenLink>(std::move(parsed));
 }
 
@@ -75,13 +76,11 @@ Status open(const Arguments& arguments) {
             source = ForkedFrom::insert(*link.item, source);
         path = saved(source, link, folder);
     }
-    print(path.string() + "\n");
+    print(terminalText(path.string()) + "\n");
     if (arguments.has("--no-play"))
         return Status::done;
     if (!hasWindows()) {
-        std::fputs("tarnwick: The episode is not shown: there is no display, because DISPLAY is "
-                   "not set.\n",
-                   stderr);
+        tell("The episode is not shown: there is no display, because DISPLAY is not set.");
         return Status::done;
     }
     // Absolute, so that its name is not read as an option.

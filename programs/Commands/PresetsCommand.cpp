@@ -1,6 +1,7 @@
 // tarnwick presets: the formats that movies can be exported in.
 #include "TarnwickCore/Movies/ExportPreset.h"
 #include "programs/Commands/Command.h"
+#include "programs/Terminal/JSONText.h"
 #include "programs/Terminal/TextTable.h"
 
 #include <nlohmann/json.hpp>
@@ -49,7 +50,7 @@ Status presets(const Arguments& arguments) {
             table.push_back(rowOf(preset));
             document[group].push_back(objectOf(preset));
         }
-    print(arguments.has("--json") ? document.dump(2) + "\n" : textTable(table));
+    print(arguments.has("--json") ? jsonText(document) + "\n" : textTable(table));
     return Status::done;
 }
 

@@ -2,6 +2,7 @@
 #include "TarnwickBase/Version.h"
 #include "TarnwickCore/Service/ReleaseDownload.h"
 #include "TarnwickCore/Text/Lines.h"
+#include "TarnwickCore/Text/TerminalText.h"
 #include "programs/CommandLine/Output.h"
 #include "programs/Commands/Command.h"
 #include "programs/Service/Awaited.h"

@@ -1,4 +1,5 @@
 // tarnwick share: an episode for others to see.
+#include "TarnwickCore/Text/TerminalText.h"
 #include "programs/CommandLine/NewFolder.h"
 #include "programs/Commands/Command.h"
 #include "programs/Episode/EpisodeAudio.h"
@@ -70,7 +71,7 @@ void checkProblems(const ShareUpload& upload, Status status) {
     if (problems.empty())
         return;
     for (std::size_t at = 0; at + 1 < problems.size(); ++at)
-        std::fprintf(stderr, "tarnwick: %s\n", problems[at].c_str());
+        tell(problems[at]);
     throw CommandError(status, problems.back());
 }
 

@@ -1,9 +1,11 @@
 // tarnwick sign-in: an account of the sharing service, for the other commands to use.
+#include "TarnwickCore/Text/TerminalText.h"
 #include "programs/Commands/Command.h"
 #include "programs/Service/Awaited.h"
 #include "programs/Service/Browser.h"
 #include "programs/Service/Service.h"
 #include "programs/Service/SignInPoll.h"
+#include "programs/Terminal/JSONText.h"
 
 #include <nlohmann/json.hpp>
 
@@ -24,7 +26,7 @@ std::string accountText(const Approved& account, const std::string& place) {
 
 // One object a line, as soon as it is known.
 void printLine(const nlohmann::ordered_json& object) {
-    print(object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+    print(jsonText(object, JSONForm::oneLine) + "\n");
 }
 
 void sayCode(const LinkStart& start, bool asJSON) {

@@ -27,7 +27,7 @@ std::string withdraw(const Secret& token, const APIClient& client, HeldSignals& 
         const int status = answer.response.status;
         if ((status >= 200 && status <= 299) || status == 401)
             return "";
-        return terminalText(APIClient::failure(status, answer.body).what());
+        return APIClient::failure(status, answer.body).what();
     } catch (const ServiceError& refusal) {
         return refusal.what();
     }

@@ -9,7 +9,6 @@
 #include "programs/Terminal/ProgressBar.h"
 
 #include <array>
-#include <cstdio>
 
 namespace tarnwick {
 namespace {
@@ -33,10 +32,8 @@ std::vector<float> samplesOf(const EpisodeSound& sound) {
     if (!samples)
         failure("The device could not evaluate the sound of " + sound.episode.path + ".");
     if (news.hitLoopBudget)
-        std::fprintf(
-            stderr,
-            "tarnwick: A loop of %s ran for too long and was stopped; the sound may be wrong.\n",
-            sound.episode.path.c_str());
+        tell("A loop of " + sound.episode.path +
+             " ran for too long and was stopped; the sound may be wrong.");
     return *std::move(samples);
 }
 

@@ -31,7 +31,7 @@ class TimeLimit {
               if (ended_.wait_for(lock, stop, std::chrono::duration<double>(seconds),
                                   [&] { return stop.stop_requested(); }))
                   return;
-              std::fprintf(stderr, "tarnwick: %s\n", sentence.c_str());
+              tell(sentence);
               std::_Exit(static_cast<int>(Status::failed));
           }) {}
 

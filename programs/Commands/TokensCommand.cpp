@@ -25,9 +25,12 @@ std::string tokensJSON(std::string_view source) {
 
 Status tokens(const Arguments& arguments) {
     const std::string source = sourceText(arguments.operand());
-    print(arguments.has("--json")                           ? tokensJSON(source)
-          : coloursOf(STDOUT_FILENO) == Colours::ofTerminal ? coloured(source)
-                                                            : source);
+    if (arguments.has("--json"))
+        print(tokensJSON(source));
+    else if (coloursOf(STDOUT_FILENO) == Colours::ofTerminal)
+        print(coloured(source));
+    else
+        printForeign(source);
     return Status::done;
 }
 

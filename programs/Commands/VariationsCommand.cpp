@@ -12,6 +12,7 @@
 #include "programs/Episode/StillSheet.h"
 #include "programs/Movies/ExportOptions.h"
 #include "programs/Movies/VariationsMovie.h"
+#include "programs/Terminal/JSONText.h"
 #include "programs/Terminal/ProgressBar.h"
 #include "programs/Terminal/TextTable.h"
 
@@ -62,7 +63,7 @@ std::string listJSON(const EpisodeVariations& variations) {
                                 {"duration", variations.duration},
                                 {"spread", asWritten(variations.spread)},
                                 {"variations", series}};
-    return document.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+    return jsonText(document) + "\n";
 }
 
 std::vector<std::string> labelsOf(const EpisodeVariations& variations) {

@@ -3,7 +3,6 @@
 #include "TarnwickCore/Performance/InputFiles.h"
 #include "TarnwickPlatform/Movie/Reading/LoopedSound.h"
 #include "programs/CommandLine/CommandError.h"
-#include "programs/Terminal/TerminalText.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -35,7 +34,7 @@ EpisodeAudio episodeAudioOf(const Arguments& arguments) {
     try {
         audio.seconds = secondsOf(audio.file);
     } catch (const MovieError& error) {
-        misuse(terminalText(error.what()));
+        misuse(error.what());
     }
     if (const auto track = arguments.value("--track"))
         audio.track =
@@ -63,7 +62,7 @@ Performance withReadableSounds(Performance performance) {
         try {
             secondsOf(file);
         } catch (const MovieError& error) {
-            std::fprintf(stderr, "tarnwick: %s\n", terminalText(error.what()).c_str());
+            tell(error.what());
             performance = withoutSound(std::move(performance), file);
         }
     return performance;

@@ -7,7 +7,6 @@
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
-#include "programs/Terminal/TerminalText.h"
 
 #include <algorithm>
 #include <map>
@@ -35,15 +34,15 @@ std::unique_ptr<NamedChannel> channelAt(const std::filesystem::path& place) {
     std::error_code error;
     switch (channelKindOf(place)) {
     case ChannelKind::camera:
-        misuse(terminalText(place.string() +
-                            " is a camera. A camera has no picture of each time of the episode."));
+        misuse(place.string() +
+               " is a camera. A camera has no picture of each time of the episode.");
     case ChannelKind::episode:
         made->episode = episodeAt(place.string());
         made->settings = settingsBesideOf(*made->episode);
         break;
     case ChannelKind::file:
         if (!std::filesystem::exists(place, error))
-            misuse(terminalText(place.string() + " is missing."));
+            misuse(place.string() + " is missing.");
         made->file = place;
         break;
     }

@@ -3,7 +3,6 @@
 #include "TarnwickRender/Channels/EpisodeInputs.h"
 #include "programs/CommandLine/CommandError.h"
 #include "programs/Terminal/ProgressBar.h"
-#include "programs/Terminal/TerminalText.h"
 
 #include <array>
 #include <cstdio>
@@ -39,7 +38,7 @@ FoundLoop findLoop(const std::shared_ptr<const ShaderProgram>& program, gpu::Dev
             },
             inputs.get());
     } catch (const InputError& error) {
-        failure(terminalText(error.what()));
+        failure(error.what());
     }
     if (!found && device.isLost())
         failure(device.info().name + " was lost.");

@@ -6,11 +6,9 @@
 #include "TarnwickRender/ProgramFrames.h"
 #include "programs/CommandLine/CommandError.h"
 #include "programs/Episode/EpisodeProgram.h"
-#include "programs/Terminal/TerminalText.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 namespace tarnwick {
@@ -44,7 +42,7 @@ std::optional<Picture> drawn(const std::shared_ptr<const ShaderProgram>& program
         return timelineStill(program, device, width, height, frame.timeline, frame.time,
                              {.frame = frame.frame, .inputs = std::move(inputs), .news = &news});
     } catch (const InputError& error) {
-        failure(terminalText(error.what()));
+        failure(error.what());
     }
 }
 
@@ -82,10 +80,8 @@ Picture pictureOf(const EpisodeFrame& frame, gpu::Device& device, ProgressBar& b
 }
 
 void warnOfLoopBudget(std::string_view path, std::string_view made) {
-    std::fprintf(
-        stderr,
-        "tarnwick: A loop of %s ran for too long and was stopped; the %s may be incomplete.\n",
-        std::string(path).c_str(), std::string(made).c_str());
+    tell("A loop of " + std::string(path) + " ran for too long and was stopped; the " +
+         std::string(made) + " may be incomplete.");
 }
 
 } // namespace tarnwick

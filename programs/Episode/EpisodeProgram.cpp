@@ -1,5 +1,6 @@
 #include "programs/Episode/EpisodeProgram.h"
 
+#include "TarnwickCore/Findings.h"
 #include "TarnwickRender/EpisodeCheck.h"
 #include "TarnwickRender/ProgramFrames.h"
 #include "programs/Terminal/Findings.h"
@@ -13,7 +14,8 @@ namespace {
 [[noreturn]] void refuse(const Episode& episode, std::span<const Diagnostic> diagnostics,
                          const std::string& raw) {
     printFindings(episode, diagnostics);
-    failure(episode.path + " does not compile" + (diagnostics.empty() ? ": " + raw : "."));
+    failure(episode.path + " does not compile" +
+            (diagnostics.empty() ? ": " + firstErrorLine(raw) : "."));
 }
 
 } // namespace

@@ -5,28 +5,22 @@
 #include "TarnwickPlatform/Bundle/Bundle.h"
 #include "programs/CommandLine/CommandError.h"
 #include "programs/CommandLine/SourceFile.h"
-#include "programs/Terminal/TerminalText.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 namespace tarnwick {
 namespace {
 
-void say(const std::string& sentence) {
-    std::fprintf(stderr, "tarnwick: %s\n", terminalText(sentence).c_str());
-}
-
 // Says which of the settings from `source` do not fit the episode, and gives those that do.
 Settings fitted(const Settings& settings, const Episode& episode, std::string_view source) {
     for (const std::string& misfit : settings.misfits(episode.params(), episode.path))
-        say(std::string(source) + ": " + misfit);
+        tell(std::string(source) + ": " + misfit);
     return settings.fitted(episode.params());
 }
 
 std::string unread(const std::string& file, std::string_view kind, const DocumentError& error) {
-    return terminalText(file + " holds no " + std::string(kind) + ": " + error.what());
+    return file + " holds no " + std::string(kind) + ": " + error.what();
 }
 
 // The document at `file`, read by `decode`; `kind` is its noun in messages.
@@ -48,10 +42,10 @@ Settings foundSettings(const std::string& file, const Episode& episode) {
         const std::string sentence = unread(file, "settings", error);
         if (error.cause == DocumentError::Cause::broken)
             misuse(sentence + " --no-settings ignores the file.");
-        say(sentence + " It is ignored.");
+        tell(sentence + " It is ignored.");
         return {};
     }
-    say("The settings are read from " + file + "; --no-settings ignores them.");
+    tell("The settings are read from " + file + "; --no-settings ignores them.");
     return fitted(settings, episode, file);
 }
 
@@ -79,7 +73,7 @@ void apply(std::string_view assignment, const Episode& episode, Settings& settin
     const std::string name(assignment.substr(0, equals));
     const std::string_view written = assignment.substr(equals + 1);
     if (std::ranges::find(episode.params(), name, &ParamDecl::name) == episode.params().end())
-        misuse(terminalText(undeclaredSentence(name, episode.params(), episode.path)));
+        misuse(undeclaredSentence(name, episode.params(), episode.path));
     const std::optional<float> value = floatOf(written);
     if (!value || !std::isfinite(*value))
         misuse("The value of " + name + " must be a number, not " + quoted(written) + ".");

@@ -6,7 +6,6 @@
 #include "programs/Episode/EpisodeAudio.h"
 #include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeSettings.h"
-#include "programs/Terminal/TerminalText.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -16,18 +15,14 @@
 namespace tarnwick {
 namespace {
 
-void say(const std::string& sentence) {
-    std::fprintf(stderr, "tarnwick: %s\n", terminalText(sentence).c_str());
-}
-
 Performance performanceAt(const std::string& file) {
     const auto text = fileText(file);
     if (!text)
-        misuse(terminalText(file + " is missing or is not text in UTF-8."));
+        misuse(file + " is missing or is not text in UTF-8.");
     try {
         return Performance::decode(*text);
     } catch (const DocumentError& error) {
-        misuse(terminalText(file + " holds no performance: " + error.what()));
+        misuse(file + " holds no performance: " + error.what());
     }
 }
 
@@ -49,14 +44,14 @@ Timeline episodeTimelineOf(const Arguments& arguments, const Episode& episode) {
     FoundInputs found = foundInputs(performanceAt(file), std::filesystem::path(file).parent_path());
     const Performance& performance = found.performance;
     for (const std::string& remark : performance.remarks)
-        say(file + ": " + remark);
+        tell(file + ": " + remark);
     if (Performance::markOf("", episode.text).sha256 != performance.episode.sha256)
-        say(file + ": Another text than " + episode.path +
-            " was performed; the picture may differ.");
+        tell(file + ": Another text than " + episode.path +
+             " was performed; the picture may differ.");
     for (const std::string& misfit : performance.misfits(episode.params(), episode.path))
-        say(file + ": " + misfit);
+        tell(file + ": " + misfit);
     for (const std::string& sentence : found.sentences)
-        say(file + ": " + sentence);
+        tell(file + ": " + sentence);
     found.performance =
         withGivenInputs(arguments, withReadableSounds(std::move(found.performance)));
     return std::make_shared<const Performance>(found.performance.fitted(episode.params()));

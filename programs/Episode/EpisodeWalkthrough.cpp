@@ -6,7 +6,6 @@
 #include "programs/Terminal/Findings.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace tarnwick {
 namespace {
@@ -14,7 +13,7 @@ namespace {
 std::string failedStage(std::size_t index, const Episode& stage, const ShaderError& error) {
     const std::string mistake = firstError(findingsOf(stage, error.diagnostics));
     return "Stage " + std::to_string(index + 1) + ", " + stage.path +
-           ", does not compile: " + (mistake.empty() ? error.raw : mistake + ".");
+           ", does not compile: " + (mistake.empty() ? firstErrorLine(error.raw) : mistake + ".");
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include "TarnwickRender/Performing/TimelineStill.h"
 #include "TarnwickRender/ProgramFrames.h"
 #include "programs/CommandLine/CommandError.h"
-#include "programs/Terminal/TerminalText.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -49,7 +48,7 @@ Picture seamOf(const std::shared_ptr<const ShaderProgram>& program, gpu::Device&
     paste(seam, differenceOf(first, next), std::size_t{2} * width, 0);
     return seam;
 } catch (const InputError& error) {
-    failure(terminalText(error.what()));
+    failure(error.what());
 }
 
 } // namespace tarnwick

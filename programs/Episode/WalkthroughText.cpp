@@ -1,7 +1,8 @@
 #include "programs/Episode/WalkthroughText.h"
 
+#include "TarnwickCore/Text/TerminalText.h"
 #include "programs/Terminal/ColouredSource.h"
-#include "programs/Terminal/TerminalText.h"
+#include "programs/Terminal/JSONText.h"
 
 #include <nlohmann/json.hpp>
 
@@ -82,7 +83,7 @@ std::string walkthroughJSON(std::span<const WalkthroughStage> stages,
                         {"pages", std::move(pages)}});
     }
     const ordered_json document{{"capacity", capacity}, {"stages", std::move(list)}};
-    return document.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+    return jsonText(document) + "\n";
 }
 
 } // namespace tarnwick

@@ -3,6 +3,7 @@
 #include "TarnwickMSL/Capabilities.h"
 #include "TarnwickMSL/SamplerBits.h"
 #include "programs/MSL/MSLNames.h"
+#include "programs/Terminal/JSONText.h"
 
 #include <nlohmann/json.hpp>
 
@@ -199,7 +200,7 @@ std::string reflectionDocument(const msl::Compilation& compilation, std::string_
                                 {"files", compilation.files},
                                 {"entryPoints", std::move(entries)},
                                 {"records", arrayOf(compilation.reflection.records)}};
-    return document.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+    return jsonText(document) + "\n";
 }
 
 } // namespace tarnwick

@@ -4,7 +4,6 @@
 #include "TarnwickCore/Text/Numbers.h"
 #include "programs/CommandLine/CommandError.h"
 #include "programs/CommandLine/SourceFile.h"
-#include "programs/Terminal/TerminalText.h"
 
 #include <algorithm>
 
@@ -19,7 +18,7 @@ std::vector<MovieChapter> chapterListAt(std::string_view file) {
              VideoChapters::decode(sourceText(file)).chapters)
             chapters.push_back({.start = chapter.at, .title = chapter.title});
     } catch (const VideoChaptersError& error) {
-        misuse(terminalText(std::string(file) + " holds no chapters: " + error.what()));
+        misuse(std::string(file) + " holds no chapters: " + error.what());
     }
     std::ranges::stable_sort(chapters, {}, &MovieChapter::start);
     return chapters;
@@ -28,9 +27,8 @@ std::vector<MovieChapter> chapterListAt(std::string_view file) {
 void checkChapters(const std::vector<MovieChapter>& chapters, double duration) {
     for (const MovieChapter& chapter : chapters)
         if (!(chapter.start >= 0 && chapter.start < duration))
-            misuse(terminalText("The chapter \"" + chapter.title + "\" starts at " +
-                                shortest(chapter.start) + " s, outside the movie of " +
-                                shortest(duration) + " s."));
+            misuse("The chapter \"" + chapter.title + "\" starts at " + shortest(chapter.start) +
+                   " s, outside the movie of " + shortest(duration) + " s.");
 }
 
 } // namespace tarnwick

@@ -4,7 +4,6 @@
 #include "programs/CommandLine/CommandError.h"
 #include "programs/Episode/EpisodePicture.h"
 #include "programs/Terminal/ExportProgress.h"
-#include "programs/Terminal/TerminalText.h"
 
 #include <array>
 #include <chrono>
@@ -39,7 +38,7 @@ std::shared_ptr<FrameInputs> frameInputsOf(const std::shared_ptr<const ShaderPro
             program, device, preset.width, preset.height,
             {.channels = channels, .hearsOwnSound = true, .soundFile = soundFile});
     } catch (const InputError& error) {
-        failure(terminalText(error.what()));
+        failure(error.what());
     }
 }
 
@@ -50,7 +49,7 @@ std::shared_ptr<FrameInputs> performedInputsOf(const std::shared_ptr<const Shade
         return PerformedSources::make(program, device, preset.width, preset.height,
                                       std::move(sources));
     } catch (const InputError& error) {
-        failure(terminalText(error.what()));
+        failure(error.what());
     }
 }
 

@@ -10,7 +10,6 @@
 #include "programs/Episode/EpisodeSound.h"
 #include "programs/Movies/ExportOptions.h"
 #include "programs/Movies/MovieExport.h"
-#include "programs/Terminal/TerminalText.h"
 
 namespace tarnwick {
 namespace {
@@ -82,7 +81,7 @@ std::shared_ptr<FrameInputs> soundOf(const std::shared_ptr<const ShaderProgram>&
         if (!file.empty())
             return SoundFileTap::make(file, device);
     } catch (const InputError& error) {
-        failure(terminalText(error.what()));
+        failure(error.what());
     }
     return SoundTap::make(program, device);
 }

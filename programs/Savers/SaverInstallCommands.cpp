@@ -2,6 +2,7 @@
 #include "TarnwickBase/InstalledFiles.h"
 #include "TarnwickCore/Text/Characters.h"
 #include "TarnwickCore/Text/Lines.h"
+#include "TarnwickCore/Text/TerminalText.h"
 #include "TarnwickCore/Text/UTF8.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "programs/Commands/Command.h"
@@ -10,7 +11,7 @@
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Service/ProgramBeside.h"
-#include "programs/Terminal/TerminalText.h"
+#include "programs/Terminal/JSONText.h"
 #include "programs/Terminal/TextTable.h"
 #include "saver/Installing/InstalledSavers.h"
 
@@ -37,7 +38,7 @@ template <class Work> auto reported(const Work& work) {
     try {
         return work();
     } catch (const InstallError& error) {
-        failure(terminalText(error.what()));
+        failure(error.what());
     }
 }
 
@@ -124,7 +125,7 @@ Status list(const Arguments& arguments) {
                          terminalText(saver.bundle.string())});
     }
     if (arguments.has("--json"))
-        print(document.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n");
+        print(jsonText(document) + "\n");
     else if (!table.empty())
         print(textTable(table));
     return Status::done;

@@ -4,7 +4,6 @@
 #include "TarnwickBase/EndSignals.h"
 #include "TarnwickCore/Service/ServiceError.h"
 #include "programs/CommandLine/CommandError.h"
-#include "programs/Terminal/TerminalText.h"
 
 #include <chrono>
 #include <functional>
@@ -14,8 +13,7 @@
 namespace tarnwick {
 
 // The result of the future that call(std::stop_token) returns; calls `meanwhile` many times per
-// second until then. Ctrl-C stops the call and ends the command. Errors of the service are made
-// safe for a terminal.
+// second until then. Ctrl-C stops the call and ends the command.
 template <class Call>
 auto awaited(HeldSignals& signals, const Call& call, const std::function<void()>& meanwhile = {}) {
     std::stop_source stop;
@@ -33,11 +31,7 @@ auto awaited(HeldSignals& signals, const Call& call, const std::function<void()>
             signals.answer(); // the error reports it
             failure("It was cancelled.");
         }
-        try {
-            throw;
-        } catch (const ServiceError& refusal) {
-            throw ServiceError(refusal.kind(), terminalText(refusal.what()), refusal.status());
-        }
+        throw;
     }
 }
 

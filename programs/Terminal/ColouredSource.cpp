@@ -1,6 +1,7 @@
 #include "programs/Terminal/ColouredSource.h"
 
 #include "TarnwickCore/Editor/MSLSyntax.h"
+#include "TarnwickCore/Text/TerminalText.h"
 
 namespace tarnwick {
 namespace {
@@ -30,21 +31,13 @@ std::string_view sequenceOf(SyntaxKind kind) {
     return "";
 }
 
-void appendHarmless(std::string& result, std::string_view text) {
-    for (const char character : text) {
-        const auto byte = static_cast<unsigned char>(character);
-        const bool isLayout = character == '\n' || character == '\t' || character == '\r';
-        result += (byte < 0x20 && !isLayout) || byte == 0x7f ? '?' : character;
-    }
-}
-
 } // namespace
 
 std::string coloured(std::string_view text) {
     std::string result;
     std::size_t done = 0; // bytes
     auto goOnTo = [&](std::size_t end) {
-        appendHarmless(result, text.substr(done, end - done));
+        result += terminalLines(text.substr(done, end - done));
         done = end;
     };
     const std::vector<SyntaxToken> tokens = MSLSyntax::tokens(text);

@@ -7,7 +7,7 @@
 namespace tarnwick {
 
 // `text`, an episode's source in UTF-8, with escape sequences (ECMA-48, 8.3.117) around all tokens
-// that have a colour. Its own control characters become "?".
+// that have a colour. Its own control characters become "?" (terminalLines).
 std::string coloured(std::string_view text);
 
 } // namespace tarnwick

@@ -2,7 +2,7 @@
 
 #include "TarnwickCore/Findings/Words.h"
 #include "TarnwickCore/Text/Characters.h"
-#include "programs/Terminal/TerminalText.h"
+#include "TarnwickCore/Text/TerminalText.h"
 
 #include <algorithm>
 #include <vector>

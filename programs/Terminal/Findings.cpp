@@ -2,8 +2,9 @@
 
 #include "TarnwickCore/Findings.h"
 #include "TarnwickCore/Text/Lines.h"
+#include "TarnwickCore/Text/TerminalText.h"
 #include "programs/Terminal/Excerpt.h"
-#include "programs/Terminal/TerminalText.h"
+#include "programs/Terminal/JSONText.h"
 
 #include <nlohmann/json.hpp>
 
@@ -78,7 +79,7 @@ std::string findingsJSON(std::string_view episodePath, std::span<const Finding> 
     ordered_json document{{"episode", episodePath}, {"findings", std::move(list)}};
     if (!compilerText.empty())
         document["text"] = compilerText;
-    return document.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+    return jsonText(document) + "\n";
 }
 
 void printFindings(std::string_view path, std::string_view source,

@@ -1,6 +1,7 @@
 #include "programs/Terminal/ProgressBar.h"
 
-#include "programs/Terminal/TerminalText.h"
+#include "TarnwickCore/Text/TerminalText.h"
+#include "programs/Terminal/JSONText.h"
 
 #include <nlohmann/json.hpp>
 #include <sys/ioctl.h>
@@ -145,7 +146,7 @@ std::string ProgressBar::json() const {
         line["doing"] = what_;
     }
     line["seconds"] = elapsed();
-    return line.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+    return jsonText(line, JSONForm::oneLine);
 }
 
 std::string ProgressBar::line() const {
