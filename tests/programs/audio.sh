@@ -21,6 +21,15 @@ for row in '0.5 0' '1.5 255' '2.9 0' '3.5 255'; do
     expect 0 '' still e.metal -o a.png --size 2x2 --time "$1" --audio song.wav
     [ "$(pixel a.png)" = "$2" ] || complain "$(pixel a.png) at $1" still
 done
+# A damaged head, and a stream whose form changes.
+{ head -c 24 song.wav && printf '\200\273\000\100' && tail -c +29 song.wav; } >fast.wav
+expect 2 'its sample rate is 1073789824 Hz, not one of 1000 to 3072000' still e.metal -o a.png --audio fast.wav
+ffmpeg -v error -i song.wav -ac 1 -ar 22050 mono.mp3
+ffmpeg -v error -i song.wav stereo.mp3
+cat mono.mp3 stereo.mp3 >both.mp3
+for time in 0.5 1.9 2.2 3.7; do
+    expect 0 '' still e.metal -o a.png --size 2x2 --time $time --audio both.mp3
+done
 # The movie is as long as the file, whose sound it has.
 loudness() { ffmpeg -ss "$2" -t 0.8 -i "$1" -af volumedetect -f null - 2>&1 | sed -n 's/.*mean_volume: -*\([0-9]*\).*/\1/p'; }
 tracks() { ffprobe -v error -show_entries stream=codec_type -of csv "$1" | grep -c audio; }
