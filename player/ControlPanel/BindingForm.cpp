@@ -67,19 +67,19 @@ void BindingForm::addSource() {
     argument_ = numberBox(1, 1001);
     channel_ = numberBox(1, 16);
     number_ = numberBox(0, 127);
-    form_->addRow(tr("&Control"), kind_);
-    form_->addRow(tr("&Address"), address_);
-    form_->addRow(tr("N&umber of the message"), argument_);
-    form_->addRow(tr("C&hannel"), channel_);
-    form_->addRow(tr("&Number"), number_);
+    form_->addRow(tr("Control"), kind_);
+    form_->addRow(tr("Address"), address_);
+    form_->addRow(tr("Number of the message"), argument_);
+    form_->addRow(tr("Channel"), channel_);
+    form_->addRow(tr("Number"), number_);
 }
 
 void BindingForm::addTarget() {
     target_ = new TargetBox;
     episode_ = new QLineEdit;
     episode_->setPlaceholderText(tr("Every episode"));
-    form_->addRow(tr("&Moves"), target_);
-    form_->addRow(tr("&Only in episode"), episode_);
+    form_->addRow(tr("Moves"), target_);
+    form_->addRow(tr("Only in episode"), episode_);
 }
 
 void BindingForm::addRanges() {
@@ -98,10 +98,10 @@ void BindingForm::addRanges() {
     outputRow_ = pair(output_, tr("Range of the parameter"));
     curve_ = choice(curveNames());
     button_ = choice(buttonNames());
-    form_->addRow(tr("Numbers that arr&ive"), inputRow_);
-    form_->addRow(tr("&Range of the parameter"), outputRow_);
-    form_->addRow(tr("Cur&ve"), curve_);
-    form_->addRow(tr("&Button"), button_);
+    form_->addRow(tr("Numbers that arrive"), inputRow_);
+    form_->addRow(tr("Range of the parameter"), outputRow_);
+    form_->addRow(tr("Curve"), curve_);
+    form_->addRow(tr("Button"), button_);
 }
 
 void BindingForm::addMIDI() {
@@ -116,9 +116,9 @@ void BindingForm::addMIDI() {
     pickup_->addItem(tr("Always"), true);
     pickup_->addItem(tr("Never"), false);
     pickup_->setToolTip(tr("The control moves the parameter once it has reached its value"));
-    form_->addRow(tr("Va&lues"), encoding_);
-    form_->addRow(tr("&Step"), step_);
-    form_->addRow(tr("Pic&kup"), pickup_);
+    form_->addRow(tr("Values"), encoding_);
+    form_->addRow(tr("Step"), step_);
+    form_->addRow(tr("Pickup"), pickup_);
 }
 
 QWidget* BindingForm::pair(const std::array<QDoubleSpinBox*, 2>& ends, const QString& name) {

@@ -74,13 +74,13 @@ QWidget* BindingsView::learningRow() {
     auto* row = new QHBoxLayout(widget);
     row->setContentsMargins(0, 0, 0, 0);
     target_ = new TargetBox;
-    onlyHere_ = new QCheckBox(tr("&Only in this episode"));
-    learn_ = new QPushButton(tr("&Learn"));
+    onlyHere_ = new QCheckBox(tr("Only in this episode"));
+    learn_ = new QPushButton(tr("Learn"));
     learn_->setCheckable(true);
     learn_->setToolTip(tr("Binds the next control that moves"));
     auto* add = new QPushButton(tr("Add"));
     add->setToolTip(tr("Adds a binding to fill in"));
-    delete_ = new QPushButton(tr("&Delete"));
+    delete_ = new QPushButton(tr("Delete"));
     row->addWidget(target_, 1);
     row->addWidget(onlyHere_);
     row->addWidget(learn_);

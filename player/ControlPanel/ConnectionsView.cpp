@@ -40,15 +40,15 @@ ConnectionsView::ConnectionsView(LiveControl& control, QWidget* parent)
 QWidget* ConnectionsView::inputBox() {
     auto* box = new QGroupBox(tr("OSC input"));
     auto* form = new QFormLayout(box);
-    listens_ = new QCheckBox(tr("&Listen on UDP"));
+    listens_ = new QCheckBox(tr("Listen on UDP"));
     inputPort_ = portBox(tr("Port of the OSC input"));
     address_ = new QComboBox;
     address_->setAccessibleName(tr("Network interface of the OSC input"));
     inputState_ = new QLabel;
     inputState_->setWordWrap(true);
     form->addRow(listens_);
-    form->addRow(tr("P&ort"), inputPort_);
-    form->addRow(tr("&From"), address_);
+    form->addRow(tr("Port"), inputPort_);
+    form->addRow(tr("From"), address_);
     form->addRow(inputState_);
     listAddresses();
     connect(listens_, &QCheckBox::toggled, this, &ConnectionsView::setInput);
@@ -60,13 +60,13 @@ QWidget* ConnectionsView::inputBox() {
 QWidget* ConnectionsView::outputBox() {
     auto* box = new QGroupBox(tr("OSC output"));
     auto* form = new QFormLayout(box);
-    sends_ = new QCheckBox(tr("&Send the sliders"));
+    sends_ = new QCheckBox(tr("Send the sliders"));
     host_ = new QLineEdit;
     host_->setAccessibleName(tr("Host of the OSC output"));
     outputPort_ = portBox(tr("Port of the OSC output"));
     form->addRow(sends_);
-    form->addRow(tr("&To host"), host_);
-    form->addRow(tr("Po&rt"), outputPort_);
+    form->addRow(tr("To host"), host_);
+    form->addRow(tr("Port"), outputPort_);
     connect(sends_, &QCheckBox::toggled, this, &ConnectionsView::setOutput);
     connect(host_, &QLineEdit::editingFinished, this, &ConnectionsView::setOutput);
     connect(outputPort_, &QSpinBox::valueChanged, this, &ConnectionsView::setOutput);
@@ -80,7 +80,7 @@ QWidget* ConnectionsView::midiBox() {
     midiState_->setWordWrap(true);
     ports_ = new QListWidget;
     ports_->setAccessibleName(tr("MIDI ports"));
-    pickup_ = new QCheckBox(tr("Pick&up: a knob moves its parameter once it has reached the "
+    pickup_ = new QCheckBox(tr("Pickup: a knob moves its parameter once it has reached the "
                                "parameter's value"));
     rows->addWidget(midiState_);
     rows->addWidget(ports_, 1);

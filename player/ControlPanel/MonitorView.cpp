@@ -87,10 +87,10 @@ MonitorView::MonitorView(LiveControl& control, QWidget* parent)
     const int letter = list_->fontMetrics().averageCharWidth();
     for (const auto& [column, letters] : {std::pair{0, 16}, {1, 20}, {2, 40}, {3, 24}})
         list_->header()->resizeSection(column, letter * letters);
-    auto* pause = new QCheckBox(tr("&Pause"));
+    auto* pause = new QCheckBox(tr("Pause"));
     connect(pause, &QCheckBox::toggled, this,
             [this](bool isOn) { control_.monitor().setPaused(isOn); });
-    auto* clear = new QPushButton(tr("C&lear"));
+    auto* clear = new QPushButton(tr("Clear"));
     connect(clear, &QPushButton::clicked, this, [this] {
         control_.monitor().clear();
         refresh();

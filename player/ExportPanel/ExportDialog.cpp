@@ -99,8 +99,9 @@ void ExportDialog::layOut() {
     auto* halves = new QHBoxLayout;
     halves->addLayout(left);
     halves->addLayout(right, 1);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+    auto* buttons = new QDialogButtonBox;
     accept_ = buttons->addButton(tr("&Export"), QDialogButtonBox::AcceptRole);
+    buttons->addButton(QDialogButtonBox::Cancel); // the last one that Tab reaches
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto* column = new QVBoxLayout(this);

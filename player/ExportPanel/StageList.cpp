@@ -19,7 +19,7 @@ StageList::StageList(QString folder, QWidget* parent) : QWidget(parent) {
     QPushButton* more = addButton(*buttons, tr("&Add..."));
     remove_ = addButton(*buttons, tr("&Remove"));
     up_ = addButton(*buttons, tr("Move &up"));
-    down_ = addButton(*buttons, tr("Move d&own"));
+    down_ = addButton(*buttons, tr("Move dow&n"));
     buttons->addStretch(1);
     row->addLayout(buttons);
     connect(more, &QPushButton::clicked, this, [this, begin = std::move(folder)] {

@@ -42,7 +42,7 @@ void VariationsDialog::makeParts(bool hasSound, double seconds) {
     all_ = new QRadioButton(tr("A &movie of all %1 variations, each a chapter").arg(shown_.count));
     one_ = new QRadioButton(tr("A movie of &variation"));
     morph_ = new QRadioButton(tr("A movie from snapshot &A to snapshot B"));
-    sheet_ = new QRadioButton(tr("A &picture of all variations"));
+    sheet_ = new QRadioButton(tr("A pi&cture of all variations"));
     all_->setChecked(true);
     morph_->setEnabled(shown_.snapshots[0] && shown_.snapshots[1]);
     number_ = new QSpinBox;
@@ -75,9 +75,10 @@ void VariationsDialog::layOut() {
     form->addRow(tr("Seconds of &each:"), seconds_);
     form->addRow(tr("Format:"), format_);
     form->addRow(inputs_);
-    form->addRow(tr("&File:"), output_);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+    form->addRow(tr("Fi&le:"), output_);
+    auto* buttons = new QDialogButtonBox;
     accept_ = buttons->addButton(tr("E&xport"), QDialogButtonBox::AcceptRole);
+    buttons->addButton(QDialogButtonBox::Cancel); // the last one that Tab reaches
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     form->addRow(buttons);

@@ -64,11 +64,12 @@ void WalkthroughDialog::layOut() {
     form->addRow(QString(), pictures_);
     form->addRow(tr("Format:"), format_);
     form->addRow(tr("Seconds of a pa&ge:"), pageSeconds_);
-    form->addRow(tr("S&tart at:"), start_);
+    form->addRow(tr("&Begin at:"), start_);
     form->addRow(new InputsBox(episode_.inputs, this));
     form->addRow(tr("Fi&le or folder:"), output_);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+    auto* buttons = new QDialogButtonBox;
     accept_ = buttons->addButton(tr("&Export"), QDialogButtonBox::AcceptRole);
+    buttons->addButton(QDialogButtonBox::Cancel); // the last one that Tab reaches
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     form->addRow(buttons);

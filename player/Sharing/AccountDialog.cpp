@@ -47,10 +47,11 @@ void AccountDialog::layOut() {
     row->addWidget(handle_, 1);
     row->addWidget(chooseHandle_);
     column->addLayout(row);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    auto* buttons = new QDialogButtonBox;
     signIn_ = buttons->addButton(tr("&Sign in"), QDialogButtonBox::ActionRole);
     openPage_ = buttons->addButton(tr("&Open page"), QDialogButtonBox::ActionRole);
     signOut_ = buttons->addButton(tr("Sign o&ut"), QDialogButtonBox::ActionRole);
+    buttons->addButton(QDialogButtonBox::Close); // the last one that Tab reaches
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     column->addWidget(buttons);
     setMinimumWidth(460);

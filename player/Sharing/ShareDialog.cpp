@@ -85,9 +85,10 @@ void ShareDialog::layOut() {
     auto* halves = new QHBoxLayout;
     halves->addLayout(form, 1);
     halves->addWidget(preview_, 1);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    auto* buttons = new QDialogButtonBox;
     share_ = buttons->addButton(tr("&Share"), QDialogButtonBox::ActionRole);
     openPage_ = buttons->addButton(tr("&Open page"), QDialogButtonBox::ActionRole);
+    buttons->addButton(QDialogButtonBox::Close); // the last one that Tab reaches
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(share_, &QPushButton::clicked, this, &ShareDialog::share);
     connect(openPage_, &QPushButton::clicked, this,

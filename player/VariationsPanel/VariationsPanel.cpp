@@ -55,9 +55,9 @@ QWidget* VariationsPanel::head() {
     spread_->setToolTip(tr("How far the variations are from the present values"));
     rows->addWidget(random, 0, 0);
     rows->addWidget(reset, 0, 1);
+    rows->addWidget(export_, 0, 2);
     rows->addWidget(again, 1, 0);
     rows->addWidget(spread_, 1, 1, 1, 2);
-    rows->addWidget(export_, 0, 2);
     connect(export_, &QPushButton::clicked, this, &VariationsPanel::askForExport);
     connect(reset, &QPushButton::clicked, this, &VariationsPanel::resetAll);
     connect(random, &QPushButton::clicked, this, &VariationsPanel::randomise);

@@ -71,7 +71,7 @@ inline QString letterOf(const QString& text) {
 inline std::string doubledLetters(const QWidget& part, const std::set<QString>& taken) {
     std::map<QString, std::string> owners;
     for (const QString& letter : taken)
-        owners[letter] = "the menu bar";
+        owners[letter] = "the window";
     std::string found;
     for (const QWidget* widget : part.findChildren<QWidget*>()) {
         QString letter;
