@@ -4,6 +4,7 @@
 #include <QKeySequence>
 #include <QObject>
 #include <array>
+#include <concepts>
 #include <functional>
 #include <vector>
 
@@ -28,6 +29,10 @@ class Actions : public QObject {
     // Adds an action to a menu. Without keys it has no shortcut.
     QAction* add(ActionMenu menu, const QString& text, const QKeySequence& keys,
                  std::function<void()> run);
+    // The standard keys of a desktop may be those of another action of ours, which ends both.
+    template <std::same_as<QKeySequence::StandardKey> Keys>
+    QAction* add(ActionMenu menu, const QString& text, Keys keys,
+                 std::function<void()> run) = delete;
     // Adds an action of another object, such as the switch of a dock.
     void add(ActionMenu menu, QAction* action);
     QMenu* submenu(ActionMenu menu, const QString& title);

@@ -111,9 +111,10 @@ void CellGrid::scrollContentsBy(int dx, int dy) {
     look_.start();
 }
 
-// Painting after the page around this scrolled is the only sign of it.
+// Painting is the only sign that the page around this scrolled, or that its dock, which is shown
+// outside of the window while it is behind a tab, was moved into it.
 bool CellGrid::viewportEvent(QEvent* event) {
-    if (event->type() == QEvent::Paint && showsAllRows_ && !look_.isActive())
+    if (event->type() == QEvent::Paint && !look_.isActive())
         look_.start();
     return QListView::viewportEvent(event);
 }

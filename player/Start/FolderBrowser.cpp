@@ -29,6 +29,10 @@ Cell cellOf(const FolderEntry& entry) {
     return cell;
 }
 
+bool isRefresh(const QKeyEvent& event) {
+    return event.key() == Qt::Key_R && event.modifiers() == Qt::ControlModifier;
+}
+
 } // namespace
 
 FolderBrowser::FolderBrowser(ThumbnailService& service, QWidget* parent) : QWidget(parent) {
@@ -146,11 +150,20 @@ void FolderBrowser::goUp() {
         open(listing_.folder.parent_path());
 }
 
+// The window has another use for the keys, which is that of an episode.
+bool FolderBrowser::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && isRefresh(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
 void FolderBrowser::keyPressEvent(QKeyEvent* event) {
     const bool isUp = event->key() == Qt::Key_Up && event->modifiers() == Qt::AltModifier;
     if (event->key() == Qt::Key_Backspace || isUp)
         goUp();
-    else if (event->key() == Qt::Key_R && event->modifiers() == Qt::ControlModifier)
+    else if (isRefresh(*event))
         refresh();
     else if (event->key() == Qt::Key_Slash)
         filter_->setFocus();

@@ -29,6 +29,7 @@ class FolderBrowser : public QWidget {
     void backWanted(); // to the start page
 
   protected:
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
 

@@ -161,7 +161,7 @@ void StartActions::addMenu(Actions& actions) {
     QMenu* file = actions.menu(ActionMenu::file);
     const QList<QAction*> entries = file->actions();
     for (qsizetype place = 0; place + 1 < entries.size(); ++place)
-        if (entries[place]->shortcut() == QKeySequence(QKeySequence::Open)) {
+        if (entries[place]->shortcut() == QKeySequence(tr("Ctrl+O"))) {
             file->insertAction(entries[place + 1], folder);
             file->insertAction(entries[place + 1], recent_->menuAction());
         }

@@ -61,7 +61,7 @@ QWidget* StartPage::head() {
     row->addWidget(title);
     row->addStretch(1);
     auto* open = new QPushButton(tr("&Open..."));
-    auto* folder = new QPushButton(tr("Open &folder..."));
+    auto* folder = new QPushButton(tr("Open fol&der..."));
     row->addWidget(open);
     row->addWidget(folder);
     connect(open, &QPushButton::clicked, this, &StartPage::openWanted);

@@ -24,11 +24,10 @@ std::filesystem::path folderOf(const OpenDocument* document) {
 FileActions::FileActions(Player& player, QMainWindow& window, Actions& actions)
     : QObject(&window), player_(player), window_(window) {
     const auto file = ActionMenu::file;
-    actions.add(file, tr("&New"), QKeySequence::New, [this] { newEpisode(); });
-    actions.add(file, tr("&Open..."), QKeySequence::Open, [this] { openByDialog(); });
-    actions.add(file, tr("&Save"), QKeySequence::Save, [this] { save(player_.active()); });
-    actions.add(file, tr("Save &as..."), QKeySequence::SaveAs,
-                [this] { saveAs(player_.active()); });
+    actions.add(file, tr("&New"), QKeySequence(tr("Ctrl+N")), [this] { newEpisode(); });
+    actions.add(file, tr("&Open..."), QKeySequence(tr("Ctrl+O")), [this] { openByDialog(); });
+    actions.add(file, tr("&Save"), QKeySequence(tr("Ctrl+S")), [this] { save(player_.active()); });
+    actions.add(file, tr("Save &as..."), {}, [this] { saveAs(player_.active()); });
     outside_ = new OutsideChanges(player, window, actions);
     connect(&player_, &Player::documentAdded, this, &FileActions::watch);
 }

@@ -155,7 +155,7 @@ void MainWindow::makeFeatures() {
     files_ = new FileActions(player_, *this, actions_);
     closing_ = new Closing(player_, *this, *files_);
     connect(tabs_, &DocumentTabs::closeWanted, closing_, &Closing::close);
-    actions_.add(ActionMenu::file, tr("&Close"), QKeySequence::Close, [this] {
+    actions_.add(ActionMenu::file, tr("&Close"), QKeySequence(tr("Ctrl+W")), [this] {
         if (player_.active() != nullptr)
             closing_->close(player_.active());
     });
@@ -191,7 +191,7 @@ void MainWindow::makeFeatures() {
     new ControlFeature(player_, *this, actions_);
     addSound(player_, *this, actions_);
     actions_.separate(ActionMenu::file);
-    actions_.add(ActionMenu::file, tr("&Quit"), QKeySequence::Quit, [this] { close(); });
+    actions_.add(ActionMenu::file, tr("&Quit"), QKeySequence(tr("Ctrl+Q")), [this] { close(); });
 }
 
 void MainWindow::makeDocks() {

@@ -20,16 +20,16 @@ template <typename Run> std::function<void()> inEditor(DocumentTabs& tabs, Run r
 
 // The editor and other fields handle these keys themselves; the menu only shows them.
 void addTextActions(Actions& actions, DocumentTabs& tabs) {
-    const auto add = [&](const QString& text, QKeySequence::StandardKey keys, auto run) {
-        actions.add(ActionMenu::edit, text, keys, inEditor(tabs, run))
+    const auto add = [&](const QString& text, const QString& keys, auto run) {
+        actions.add(ActionMenu::edit, text, QKeySequence(keys), inEditor(tabs, run))
             ->setShortcutContext(Qt::WidgetShortcut);
     };
-    add(Actions::tr("&Undo"), QKeySequence::Undo, &EpisodeEditor::undo);
-    add(Actions::tr("&Redo"), QKeySequence::Redo, &EpisodeEditor::redo);
+    add(Actions::tr("&Undo"), Actions::tr("Ctrl+Z"), &EpisodeEditor::undo);
+    add(Actions::tr("&Redo"), Actions::tr("Ctrl+Shift+Z"), &EpisodeEditor::redo);
     actions.separate(ActionMenu::edit);
-    add(Actions::tr("Cu&t"), QKeySequence::Cut, &EpisodeEditor::cut);
-    add(Actions::tr("&Copy"), QKeySequence::Copy, &EpisodeEditor::copy);
-    add(Actions::tr("&Paste"), QKeySequence::Paste, &EpisodeEditor::paste);
+    add(Actions::tr("Cu&t"), Actions::tr("Ctrl+X"), &EpisodeEditor::cut);
+    add(Actions::tr("&Copy"), Actions::tr("Ctrl+C"), &EpisodeEditor::copy);
+    add(Actions::tr("&Paste"), Actions::tr("Ctrl+V"), &EpisodeEditor::paste);
     actions.separate(ActionMenu::edit);
 }
 
@@ -39,11 +39,11 @@ void addEditActions(Player& player, Actions& actions, DocumentTabs& tabs) {
     const auto edit = ActionMenu::edit;
     FindBar* find = &tabs.find();
     addTextActions(actions, tabs);
-    actions.add(edit, Actions::tr("&Find and replace"), QKeySequence::Find,
+    actions.add(edit, Actions::tr("&Find and replace"), QKeySequence(Actions::tr("Ctrl+F")),
                 [find] { find->find(); });
-    actions.add(edit, Actions::tr("Find &next"), QKeySequence::FindNext,
+    actions.add(edit, Actions::tr("Find &next"), QKeySequence(Actions::tr("F3")),
                 [find] { find->findNext(); });
-    actions.add(edit, Actions::tr("Find pre&vious"), QKeySequence::FindPrevious,
+    actions.add(edit, Actions::tr("Find pre&vious"), QKeySequence(Actions::tr("Shift+F3")),
                 [find] { find->findPrevious(); });
     actions.add(edit, Actions::tr("&Go to line"), QKeySequence(Actions::tr("Ctrl+G")),
                 [find] { find->goToLine(); });

@@ -11,6 +11,7 @@
 
 #include <QAction>
 #include <QDockWidget>
+#include <QImage>
 #include <QLineEdit>
 #include <QTest>
 #include <QTreeWidget>
@@ -72,6 +73,30 @@ TEST_F(Start, browsesAFolderByKeyboard) {
     QTest::keyClick(episodes, Qt::Key_Return);
     ASSERT_TRUE(becomesTrue([&] { return player.active() != nullptr; }));
     EXPECT_EQ(player.active()->document().title(), "b");
+    window.open({QString::fromStdString(folder.path().string())});
+    ASSERT_TRUE(becomesTrue([&] { return episodes->count() == 1; }));
+    std::filesystem::create_directory(folder.path() / "back");
+    QTest::keyClick(episodes, Qt::Key_R, Qt::ControlModifier); // of the episode: records
+    EXPECT_TRUE(becomesTrue([&] { return episodes->count() == 2; }));
+}
+
+// A dock behind a tab is shown outside of the window, and raising it only moves it.
+TEST_F(Start, drawsTheVariationsWhenTheirTabIsRaised) {
+    if (player.device() == nullptr)
+        GTEST_SKIP() << player.deviceAbsence();
+    player.add(Document("// @param red 0.2 0.0 1.0 How red\n"
+                        "float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {\n"
+                        "    return float4(p.red, uv, 1.0);\n"
+                        "}\n",
+                        "Red"));
+    QTest::qWait(200); // the grid has looked for its visible pictures
+    window.findChild<QDockWidget*>("variations")->raise();
+    CellGrid* variations = grid("Variations");
+    ASSERT_NE(variations, nullptr);
+    EXPECT_TRUE(becomesTrue([&] {
+        const QModelIndex second = variations->model()->index(1, 0);
+        return !second.data(CellModel::imageRole).value<QImage>().isNull();
+    }));
 }
 
 TEST_F(Start, runsACommandFoundByItsLetters) {
