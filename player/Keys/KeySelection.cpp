@@ -77,6 +77,19 @@ std::optional<Range> KeySelection::span() const {
     return span;
 }
 
+std::optional<KeyframeTracks::Ease> commonEase(const KeyframeTracks& tracks,
+                                               const KeySelection& selection) {
+    std::optional<KeyframeTracks::Ease> common;
+    for (const auto& [name, times] : selection.times())
+        for (const double time : times)
+            if (const KeyframeTracks::Key* key = keyAt(tracks, name, time)) {
+                if (common && *common != key->ease)
+                    return std::nullopt;
+                common = key->ease;
+            }
+    return common;
+}
+
 KeySelection keysIn(const KeyframeTracks& tracks, std::span<const ParamDecl> params,
                     const Range& time) {
     KeySelection found;

@@ -57,6 +57,9 @@ class KeySelection {
     Times times_;
 };
 
+// The ease of all selected keys; absent if they differ or none is selected.
+std::optional<KeyframeTracks::Ease> commonEase(const KeyframeTracks& tracks,
+                                               const KeySelection& selection);
 // The keys of the declared parameters in a range of time.
 KeySelection keysIn(const KeyframeTracks& tracks, std::span<const ParamDecl> params,
                     const Range& time);

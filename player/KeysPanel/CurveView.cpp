@@ -198,10 +198,14 @@ void CurveView::paintValues(QPainter& painter) const {
 void CurveView::paintCurve(QPainter& painter, std::size_t row, const QRect& dirty) const {
     const ParamDecl& param = editor_.params()[row];
     const Axis axis = view_.axis(), heights = shares();
-    const Range pixels{std::max<double>(dirty.left() - 3, view_.namesWidth()),
-                       std::min<double>(dirty.right() + 3, contentWidth())};
-    if (pixels.from >= pixels.to)
+    const auto keys = editor_.keys().keys(param.name);
+    const Range content{static_cast<double>(view_.namesWidth()),
+                        static_cast<double>(contentWidth())};
+    const Range part{std::max<double>(dirty.left() - 3, content.from),
+                     std::min<double>(dirty.right() + 3, content.to)};
+    if (part.from >= part.to)
         return;
+    const Range pixels = keys.empty() ? content : part; // the dots begin at the same place
     std::optional<QPointF> before;
     QList<QLineF> lines;
     for (const CurvePoint& point :
@@ -212,7 +216,6 @@ void CurveView::paintCurve(QPainter& painter, std::size_t row, const QRect& dirt
         before = place;
     }
     const QColor color = colorOfParameter(row, palette());
-    const auto keys = editor_.keys().keys(param.name);
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(color, row == editor_.row() ? 2 : 1.3,
                         keys.empty() ? Qt::DotLine : Qt::SolidLine,

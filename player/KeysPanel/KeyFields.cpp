@@ -187,8 +187,9 @@ void KeyFields::showState() {
     value_->setRange(param->min, param->max);
     value_->setSingleStep((static_cast<double>(param->max) - param->min) / 100);
     showIn(*value_, key->value);
+    ease_->setCurrentIndex(-1); // of different ones
     for (std::size_t index = 0; index < easeNames.size(); ++index)
-        if (easeNames[index].ease == key->ease)
+        if (easeNames[index].ease == commonEase(editor_.keys(), selection))
             ease_->setCurrentIndex(static_cast<int>(index));
 }
 

@@ -64,6 +64,8 @@ TEST(KeyEdits, stayInTheRangesAndKeepTheShape) {
     EXPECT_EQ(withEase(some, both, Ease::hold).keys("b")[0].ease, Ease::hold);
     EXPECT_EQ(withEase(some, both, Ease::hold).keys("a")[0].ease, Ease::smooth);
     EXPECT_EQ(without(some, both), tracksOf({{"a", {{0, 0.5F}}}}));
+    EXPECT_EQ(commonEase(withEase(some, both, Ease::hold), both), Ease::hold);
+    EXPECT_EQ(commonEase(withEase(some, both, Ease::hold), everyKey(some, params)), std::nullopt);
 }
 
 TEST(KeyEdits, pasteOntoAnotherParameter) {
