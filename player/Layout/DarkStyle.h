@@ -1,4 +1,4 @@
-// The style of the dark theme.
+// The style of the dark themes.
 #pragma once
 
 #include <QProxyStyle>

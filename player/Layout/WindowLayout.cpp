@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QSplitter>
 #include <QStyle>
+#include <algorithm>
 #include <array>
 
 namespace tarnwick::player {
@@ -25,11 +26,14 @@ constexpr const char* themeKey = "window/theme";
 struct ThemeRow {
     const char* name;
     const char* text;
+    QPalette (*palette)();
 };
-constexpr std::array<ThemeRow, 3> themes{{
-    {"desktop", "As the &desktop"},
-    {"light", "&Light"},
-    {"dark", "D&ark"},
+// Without a palette: that of the desktop.
+constexpr std::array<ThemeRow, 4> themes{{
+    {"desktop", "As the &desktop", nullptr},
+    {"light", "&Light", lightPalette},
+    {"dark", "D&ark", darkPalette},
+    {"contrast", "&High contrast", highContrastPalette},
 }};
 
 } // namespace
@@ -37,7 +41,8 @@ constexpr std::array<ThemeRow, 3> themes{{
 WindowLayout::WindowLayout(UserSettings& kept, QMainWindow& window, Actions& actions,
                            std::function<QByteArray()> state)
     : QObject(&window), kept_(kept), window_(window), state_(std::move(state)),
-      desktopStyle_(QApplication::style()->objectName()), desktopPalette_(QApplication::palette()) {
+      desktopStyle_(QApplication::style()->objectName()),
+      desktopPalette_(withReadableDimText(QApplication::palette())) {
     addThemes(actions);
     initial_ = window_.saveState();
     actions.add(ActionMenu::view, tr("Reset &layout"), {},
@@ -52,25 +57,30 @@ void WindowLayout::addThemes(Actions& actions) {
     const QString chosen = kept_.value(QLatin1String(themeKey)).toString();
     for (const ThemeRow& row : themes) {
         const QString name = QLatin1String(row.name);
-        QAction* action = actions.add(menu, tr(row.text), [this, name] { setTheme(name); });
+        QAction* action = actions.add(menu, tr(row.text), [this, name] {
+            kept_.set(QLatin1String(themeKey), name);
+            setTheme(name);
+        });
         action->setCheckable(true);
         action->setChecked(name == chosen || &row == &themes.front());
         group->addAction(action);
     }
-    if (chosen == QLatin1String("light") || chosen == QLatin1String("dark"))
-        setTheme(chosen);
+    setTheme(chosen);
 }
 
+// An unknown name is that of the desktop.
 void WindowLayout::setTheme(const QString& theme) {
-    kept_.set(QLatin1String(themeKey), theme);
-    if (theme == QLatin1String("dark")) {
+    const auto row = std::ranges::find(themes, theme,
+                                       [](const ThemeRow& one) { return QLatin1String(one.name); });
+    const bool isDesktop = row == themes.end() || row->palette == nullptr;
+    const QPalette palette = isDesktop ? desktopPalette_ : row->palette();
+    const QString style = isDesktop ? desktopStyle_ : QStringLiteral("fusion");
+    if (style == QLatin1String("fusion") && isDarkPalette(palette))
         QApplication::setStyle(new DarkStyle);
-        QApplication::setPalette(darkPalette());
-        return;
-    }
-    const bool isDesktop = theme == QLatin1String("desktop");
-    QApplication::setStyle(isDesktop ? desktopStyle_ : QStringLiteral("fusion"));
-    QApplication::setPalette(isDesktop ? desktopPalette_ : lightPalette());
+    else
+        QApplication::setStyle(style);
+    if (palette != QApplication::palette()) // else it goes on following the desktop's
+        QApplication::setPalette(palette);
 }
 
 void WindowLayout::restore() {
