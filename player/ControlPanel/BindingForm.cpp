@@ -1,6 +1,7 @@
 #include "player/ControlPanel/BindingForm.h"
 
 #include "player/ControlPanel/TargetBox.h"
+#include "player/Panels/PageWheel.h"
 
 #include <QComboBox>
 #include <QDoubleSpinBox>
@@ -47,6 +48,10 @@ BindingForm::BindingForm(QWidget* parent) : QWidget(parent), form_(new QFormLayo
     addTarget();
     addRanges();
     addMIDI();
+    for (auto* box : findChildren<QComboBox*>())
+        leaveWheelToPage(*box);
+    for (auto* box : findChildren<QAbstractSpinBox*>())
+        leaveWheelToPage(*box);
     for (QComboBox* box : {kind_, curve_, button_, encoding_, pickup_})
         connect(box, &QComboBox::currentIndexChanged, this, &BindingForm::edit);
     // Not at each letter, because a half-typed name is not a parameter.

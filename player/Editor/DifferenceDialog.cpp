@@ -42,6 +42,7 @@ DifferenceDialog::DifferenceDialog(const QString& title, std::string mine, std::
     summary_->setWordWrap(true);
     lines_ = new QPlainTextEdit;
     lines_->setReadOnly(true);
+    lines_->setLayoutDirection(Qt::LeftToRight);
     lines_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     lines_->setLineWrapMode(QPlainTextEdit::NoWrap);
     lines_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));

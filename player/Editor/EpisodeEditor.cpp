@@ -52,6 +52,7 @@ ChangedPart changedPart(const std::string& before, const std::string& after) {
 
 EpisodeEditor::EpisodeEditor(QWidget* parent) : QsciScintilla(parent), lexer_(new MSLLexer(this)) {
     setUtf8(true);
+    setLayoutDirection(Qt::LeftToRight); // of programs, in every language of the window
     setLexer(lexer_);
     setIndentationsUseTabs(false);
     setTabWidth(columnsOfTab);

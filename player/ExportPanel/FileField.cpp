@@ -7,6 +7,11 @@
 #include <utility>
 
 namespace tarnwick::player {
+namespace {
+
+constexpr int shownLetters = 44; // of a path, at least
+
+} // namespace
 
 FileField::FileField(const QString& name, std::function<QString(const QString& present)> choose,
                      QWidget* parent)
@@ -15,6 +20,7 @@ FileField::FileField(const QString& name, std::function<QString(const QString& p
     row->setContentsMargins(0, 0, 0, 0);
     line_ = new QLineEdit;
     line_->setAccessibleName(name);
+    line_->setMinimumWidth(shownLetters * line_->fontMetrics().averageCharWidth());
     setFocusProxy(line_);
     auto* button = new QPushButton(tr("Choose..."));
     button->setAccessibleName(tr("Choose: %1").arg(name));

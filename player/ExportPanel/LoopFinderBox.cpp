@@ -57,6 +57,7 @@ void LoopFinderBox::addRows() {
     row->addWidget(range_);
     row->addWidget(find_);
     row->addWidget(take_);
+    row->addStretch(1);
     auto* label = new QLabel(tr("Length &near:"));
     label->setBuddy(around_);
     form->addRow(tr("&Crossfade:"), crossfade_);

@@ -27,6 +27,9 @@ KeysPanel::KeysPanel(Player& player, QWidget* parent)
       fields_(new KeyFields(*editor_, *view_)), ruler_(new KeyRuler(*editor_, *view_)),
       sheet_(new DopeSheet(*editor_, *view_)), curves_(new CurveView(*editor_, *view_)),
       times_(new QScrollBar(Qt::Horizontal)) {
+    for (QWidget* widget : {static_cast<QWidget*>(ruler_), static_cast<QWidget*>(sheet_),
+                            static_cast<QWidget*>(curves_), static_cast<QWidget*>(times_)})
+        widget->setLayoutDirection(Qt::LeftToRight); // of time, in every language of the window
     auto* split = new QSplitter(Qt::Vertical);
     split->addWidget(sheet_);
     split->addWidget(curves_);

@@ -1,10 +1,12 @@
 #include "player/Panels/ParameterRow.h"
 
+#include "player/Panels/ElidedLabel.h"
+#include "player/Panels/PageWheel.h"
 #include "player/Panels/RangeStrip.h"
 
 #include <QDoubleSpinBox>
 #include <QGridLayout>
-#include <QLabel>
+#include <QHBoxLayout>
 #include <QSlider>
 #include <QToolButton>
 #include <algorithm>
@@ -58,13 +60,13 @@ void ParameterRow::makeControls() {
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 6);
     grid->setVerticalSpacing(2);
-    label_ = new QLabel;
+    label_ = new ElidedLabel;
     QFont bold = label_->font();
     bold.setBold(true);
     label_->setFont(bold);
-    description_ = new QLabel;
+    description_ = new ElidedLabel; // what the name leaves
     description_->setForegroundRole(QPalette::PlaceholderText);
-    description_->setMinimumWidth(20);
+    description_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     slider_ = new QSlider(Qt::Horizontal);
     slider_->setRange(0, sliderSteps);
     entry_ = new QDoubleSpinBox;
@@ -79,14 +81,19 @@ void ParameterRow::makeControls() {
     reset_->setText(QStringLiteral("\u21BA"));
     reset_->setToolTip(tr("Default value, without keys"));
     range_ = new RangeStrip;
-    grid->addWidget(label_, 0, 0);
-    grid->addWidget(description_, 0, 1, 1, 4);
-    grid->addWidget(slider_, 1, 0, 1, 2);
-    grid->addWidget(entry_, 1, 2);
-    grid->addWidget(key_, 1, 3);
-    grid->addWidget(reset_, 1, 4);
-    grid->addWidget(range_, 2, 0, 1, 2);
-    grid->setColumnStretch(1, 1);
+    auto* words = new QHBoxLayout;
+    words->setSpacing(6);
+    words->addWidget(label_);
+    words->addWidget(description_, 1);
+    grid->addLayout(words, 0, 0, 1, 4);
+    grid->addWidget(slider_, 1, 0);
+    grid->addWidget(entry_, 1, 1);
+    grid->addWidget(key_, 1, 2);
+    grid->addWidget(reset_, 1, 3);
+    grid->addWidget(range_, 2, 0);
+    grid->setColumnStretch(0, 1);
+    for (QWidget* control : {static_cast<QWidget*>(slider_), static_cast<QWidget*>(entry_)})
+        leaveWheelToPage(*control);
 }
 
 void ParameterRow::setParam(const ParamDecl& param) {
@@ -95,7 +102,7 @@ void ParameterRow::setParam(const ParamDecl& param) {
     const QString name = QString::fromStdString(param.name);
     const QString detail = QString::fromStdString(param.detail);
     label_->setText(name);
-    label_->setToolTip(detail);
+    label_->setToolTip(detail.isEmpty() ? name : name + QStringLiteral(": ") + detail);
     description_->setText(detail);
     description_->setToolTip(detail);
     slider_->setAccessibleName(name);

@@ -6,12 +6,12 @@
 #include <QWidget>
 
 class QDoubleSpinBox;
-class QLabel;
 class QSlider;
 class QToolButton;
 
 namespace tarnwick::player {
 
+class ElidedLabel;
 class RangeStrip;
 
 class ParameterRow : public QWidget {
@@ -44,8 +44,8 @@ class ParameterRow : public QWidget {
     void choose(double value);
 
     ParamDecl param_;
-    QLabel* label_;
-    QLabel* description_;
+    ElidedLabel* label_;
+    ElidedLabel* description_;
     QSlider* slider_;
     QDoubleSpinBox* entry_;
     QToolButton* key_;

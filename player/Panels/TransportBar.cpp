@@ -33,6 +33,7 @@ QString timeText(double time) {
 } // namespace
 
 TransportBar::TransportBar(Player& player, QWidget* parent) : QWidget(parent), player_(player) {
+    setLayoutDirection(Qt::LeftToRight); // of time, in every language of the window
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(6, 4, 6, 4);
     row->addWidget(button(QStyle::SP_MediaSkipBackward, tr("Restart"), &TransportBar::restart));

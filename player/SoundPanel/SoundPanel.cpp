@@ -25,7 +25,7 @@ SoundPanel::SoundPanel(SoundControls& sound, QWidget* parent) : QWidget(parent),
     input_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     file_ = new QLabel;
     file_->setTextFormat(Qt::PlainText);
-    hearsFile_ = new QCheckBox(tr("&Play the file"));
+    hearsFile_ = new QCheckBox(tr("Play the file"));
     delay_ = new QSpinBox;
     delay_->setRange(-SoundControls::longestDelay, SoundControls::longestDelay);
     delay_->setSingleStep(10);
@@ -36,8 +36,8 @@ SoundPanel::SoundPanel(SoundControls& sound, QWidget* parent) : QWidget(parent),
            "sound is played earlier by it."));
     auto* rows = new QFormLayout(this);
     rows->addRow(tr("Volume"), new VolumeControl(sound_));
-    rows->addRow(tr("Device &delay"), delay_);
-    rows->addRow(tr("&Input"), input_);
+    rows->addRow(tr("Device delay"), delay_);
+    rows->addRow(tr("Input"), input_);
     rows->addRow(file_);
     rows->addRow(hearsFile_);
     rows->addRow(new LevelMeter(sound_.levels()));

@@ -7,6 +7,11 @@
 #include <QVBoxLayout>
 
 namespace tarnwick::player {
+namespace {
+
+constexpr int mostLetters = 30; // of a title in a tab
+
+} // namespace
 
 DocumentTabs::DocumentTabs(Player& player, QWidget* parent) : QWidget(parent), player_(player) {
     tabs_ = new QTabWidget;
@@ -63,9 +68,14 @@ void DocumentTabs::showActive() {
 
 void DocumentTabs::showTitle(OpenDocument* document) {
     const int tab = tabs_->indexOf(editors_[document]);
-    const QString title = QString::fromStdString(document->document().title());
-    tabs_->setTabText(tab, document->document().isModified() ? title + QStringLiteral(" \u2022")
-                                                             : title);
+    const Document& shown = document->document();
+    const QString title = QString::fromStdString(shown.title());
+    QString text = tabs_->fontMetrics().elidedText(
+        title, Qt::ElideMiddle, mostLetters * tabs_->fontMetrics().averageCharWidth());
+    text.replace(u'&', QLatin1String("&&")); // no letter of the tab
+    tabs_->setTabText(tab, shown.isModified() ? text + QStringLiteral(" \u2022") : text);
+    tabs_->setTabToolTip(tab,
+                         shown.file() ? QString::fromStdString(shown.file()->string()) : title);
     if (document == player_.active())
         tellTitle();
 }

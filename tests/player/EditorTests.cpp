@@ -10,13 +10,16 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDoubleSpinBox>
 #include <QDragEnterEvent>
 #include <QElapsedTimer>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSlider>
 #include <QTest>
 #include <QTreeView>
+#include <QWheelEvent>
 
 namespace tarnwick::player {
 namespace {
@@ -194,6 +197,34 @@ TEST(ParameterRows, giveTheNumbersOfADraggedMark) {
     EXPECT_GT(chosen[3].min, 0);
     row.setParam({"speed", 1, 0, 8, "Other"});
     EXPECT_TRUE(strip->accessibleDescription().contains("8"));
+}
+
+TEST(ParameterRows, giveWayToNarrowPanelsAndTheirWheel) {
+    const std::string text(200, 'w');
+    ParameterRow row({text, 1, 0, 4, text});
+    EXPECT_LT(row.minimumSizeHint().width(), 300);
+    row.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&row));
+    int changes = 0;
+    QObject::connect(&row, &ParameterRow::valueChosen, [&] { ++changes; });
+    const auto turn = [](QWidget* control) {
+        QWheelEvent event(QPointF(control->rect().center()),
+                          control->mapToGlobal(QPointF(control->rect().center())), {}, {0, 120},
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(control, &event);
+    };
+    auto* slider = row.findChild<QSlider*>();
+    auto* entry = row.findChild<QDoubleSpinBox*>();
+    row.setFocus();
+    turn(slider);
+    turn(entry);
+    EXPECT_EQ(changes, 0);
+    EXPECT_FALSE(entry->hasFocus());
+    slider->setFocus();
+    turn(slider);
+    entry->setFocus();
+    turn(entry);
+    EXPECT_EQ(changes, 2);
 }
 
 TEST(DifferenceDialog, showsBothTextsAndDecidesOnce) {

@@ -1,5 +1,6 @@
 // The dialogs and panels of the window, by keyboard and for people who do not see them.
 #include "player/Editor/FindBar.h"
+#include "player/Start/StartPage.h"
 #include "player/Window/MainWindow.h"
 #include "tests/player/Controls/Audit.h"
 #include "tests/player/QtMain.h"
@@ -90,6 +91,13 @@ TEST_F(Dialogs, shareNoLetterOfTheWindowWithPanels) {
     std::set<QString> letters;
     for (const QAction* action : window.menuBar()->actions())
         letters.insert(letterOf(action->text()));
+    auto* start = window.findChild<StartPage*>();
+    for (QAction* action : window.findChildren<QAction*>())
+        if (action->text().remove('&') == "Start page")
+            action->trigger();
+    ASSERT_TRUE(start->isVisible());
+    EXPECT_EQ(doubledLetters(*start, letters), "");
+    QTest::keyClick(&window, Qt::Key_Escape);
     auto* findBar = window.findChild<FindBar*>();
     findBar->find();
     examinePages(*findBar, "FindBar", letters);
