@@ -79,9 +79,13 @@ static View fittingView(const Value& value, const View& declared, std::uint64_t 
     if (isDeclaredFit && all_of(uses, reaches))
         return declared;
     View common = commonView(uses, bytes, value.getContext(), layout);
-    if (isDeclaredFit || !isShared || isFit(common))
-        return isDeclaredFit && !isFit(common) ? declared : common;
-    return packedView(bytes, value.getContext());
+    if (isFit(common))
+        return common;
+    const View packed = packedView(bytes, value.getContext());
+    const auto fitsPacked = [&](const Use& use) { return fits(packed, use, false, layout); };
+    if (isShared && all_of(uses, fitsPacked))
+        return packed;
+    return isDeclaredFit ? declared : common;
 }
 
 static View fittingView(const Value& value, Type* type, bool isShared, const DataLayout& layout) {

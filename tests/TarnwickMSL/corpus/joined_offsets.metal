@@ -4,6 +4,7 @@
 // @runs check 1 1
 // @expects 112 23 131 47 2.5 | 112 23 131 47 2.5 | 112 23 131 47 2.5 | 112 23 131 47 2.5
 // @expects 33 14 | 33 14 | 33 14 | 122 5 | 7 | 15 4 26 16
+// @expects 112 23 131 47 2.5 6
 #include <metal_stdlib>
 using namespace metal;
 
@@ -44,6 +45,7 @@ constant Bytes bytes[3] = {{{1, 2, 3}, {4}, {5, 6}},
                            {{21, 22, 23}, {24}, {25, 26}}};
 
 struct Pairs { uint2 m[2]; };
+struct Counted { Row rows[2]; atomic_uint count; };
 struct Framed { uint head; Pairs inner; ushort tail; };
 
 kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1)]],
@@ -80,4 +82,11 @@ kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1
     Bytes mine[3] = {bytes[0], bytes[1], bytes[2]};
     mine[x4 - 4].a[x9 - 8] = 7;
     out[31] = mine[x4 - 2].c[x9 - 8], out[32] = (mine + (x4 - 3))->c[x30 % 7 - 1];
+
+    // The words of atomic values decide how the memory may be divided.
+    threadgroup Counted counted;
+    counted.rows[0] = table[0], counted.rows[1] = table[1];
+    atomic_store_explicit(&counted.count, 6u, memory_order_relaxed);
+    { READ(threadgroup, counted.rows, (out + 33)) }
+    out[38] = atomic_fetch_add_explicit(&counted.count, x4, memory_order_relaxed);
 }

@@ -11,7 +11,7 @@ void Generator::lambda() {
     return chance(50) ? function() : procedure();
 }
 
-// Of copies; a single expression.
+// Of copies or references; a single expression.
 void Generator::function() {
     Function made{.name = fresh("f"), .result = anyType()};
     const Scope outer = scope_;
@@ -30,7 +30,9 @@ void Generator::function() {
     multiplier_ = multiplier;
     budget_ = budget;
     scope_ = outer;
-    line("const auto " + made.name + (chance(70) ? " = [=](" : " = [&](") + parameters + ") -> " +
+    // A phase's copies would be of all threadgroup memory, atomic values included.
+    const bool isOfCopies = chance(70) && scope_.atomics.empty();
+    line("const auto " + made.name + (isOfCopies ? " = [=](" : " = [&](") + parameters + ") -> " +
          typeName(made.result) + " { return " + body + "; };");
     scope_.lambdas.push_back(made);
 }
