@@ -238,7 +238,16 @@ QDockWidget* MainWindow::addDock(QWidget* content, const QString& title, const c
     dock->setObjectName(QLatin1String(name));
     dock->setWidget(content);
     addDockWidget(area, dock);
-    actions_.add(ActionMenu::view, dock->toggleViewAction());
+    QAction* shown = actions_.add(ActionMenu::view, title, {}, [] {});
+    shown->setCheckable(true);
+    connect(dock->toggleViewAction(), &QAction::toggled, shown, &QAction::setChecked);
+    // A panel behind a tab comes to the front. Qt's own action would close it.
+    connect(shown, &QAction::triggered, dock, [dock, shown] {
+        const bool isInFront = !dock->visibleRegion().isEmpty();
+        dock->setVisible(!isInFront);
+        dock->raise();
+        shown->setChecked(!isInFront);
+    });
     return dock;
 }
 

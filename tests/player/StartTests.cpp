@@ -13,6 +13,8 @@
 #include <QDockWidget>
 #include <QImage>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QTest>
 #include <QTreeWidget>
 
@@ -81,7 +83,7 @@ TEST_F(Start, browsesAFolderByKeyboard) {
 }
 
 // A dock behind a tab is shown outside of the window, and raising it only moves it.
-TEST_F(Start, drawsTheVariationsWhenTheirTabIsRaised) {
+TEST_F(Start, drawsTheVariationsWhenTheMenuBringsThemToTheFront) {
     if (player.device() == nullptr)
         GTEST_SKIP() << player.deviceAbsence();
     player.add(Document("// @param red 0.2 0.0 1.0 How red\n"
@@ -90,13 +92,26 @@ TEST_F(Start, drawsTheVariationsWhenTheirTabIsRaised) {
                         "}\n",
                         "Red"));
     QTest::qWait(200); // the grid has looked for its visible pictures
-    window.findChild<QDockWidget*>("variations")->raise();
+    auto* dock = window.findChild<QDockWidget*>("variations");
+    const QList<QMenu*> menus = window.menuBar()->findChildren<QMenu*>();
+    QAction* shown = nullptr;
+    for (const QMenu* menu : menus)
+        for (QAction* action : menu->actions())
+            if (action->text() == "Variations")
+                shown = action;
+    ASSERT_NE(shown, nullptr);
+    shown->trigger();
+    EXPECT_TRUE(shown->isChecked());
     CellGrid* variations = grid("Variations");
     ASSERT_NE(variations, nullptr);
     EXPECT_TRUE(becomesTrue([&] {
         const QModelIndex second = variations->model()->index(1, 0);
         return !second.data(CellModel::imageRole).value<QImage>().isNull();
     }));
+    shown->trigger();
+    EXPECT_TRUE(dock->isHidden());
+    shown->trigger();
+    EXPECT_FALSE(dock->visibleRegion().isEmpty());
 }
 
 TEST_F(Start, runsACommandFoundByItsLetters) {
