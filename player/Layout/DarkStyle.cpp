@@ -31,4 +31,21 @@ void DarkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
     }
 }
 
+void DarkStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                   QPainter* painter, const QWidget* widget) const {
+    const auto drawn = [&](const auto* own) {
+        if (own == nullptr)
+            return false;
+        const auto changed = withLightFrame(*own);
+        QProxyStyle::drawComplexControl(control, &changed, painter, widget);
+        return true;
+    };
+    const bool isDrawn =
+        (control == CC_SpinBox && drawn(qstyleoption_cast<const QStyleOptionSpinBox*>(option))) ||
+        (control == CC_ComboBox && drawn(qstyleoption_cast<const QStyleOptionComboBox*>(option))) ||
+        (control == CC_Slider && drawn(qstyleoption_cast<const QStyleOptionSlider*>(option)));
+    if (!isDrawn)
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+}
+
 } // namespace tarnwick::player
