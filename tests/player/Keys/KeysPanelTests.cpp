@@ -11,7 +11,10 @@
 #include <QApplication>
 #include <QDockWidget>
 #include <QDoubleSpinBox>
+#include <QImage>
+#include <QPainter>
 #include <QTest>
+#include <cstdlib>
 
 namespace tarnwick::player {
 namespace {
@@ -22,6 +25,19 @@ constexpr const char* text = "// @length 10\n"
                              "float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {\n"
                              "    return float4(p.red, p.size, 1.0, 1.0);\n"
                              "}\n";
+
+// Smoothed edges may differ a little.
+bool isAlike(const QImage& one, const QImage& other) {
+    constexpr int most = 24; // of 255
+    for (int y = 0; y < one.height(); ++y)
+        for (int x = 0; x < one.width(); ++x) {
+            const QColor a = one.pixelColor(x, y), b = other.pixelColor(x, y);
+            if (std::abs(a.red() - b.red()) > most || std::abs(a.green() - b.green()) > most ||
+                std::abs(a.blue() - b.blue()) > most)
+                return false;
+        }
+    return one.size() == other.size();
+}
 
 class Keys : public testing::Test {
   protected:
@@ -77,6 +93,27 @@ class Keys : public testing::Test {
     DopeSheet* sheet;
     CurveView* curves;
 };
+
+// While the episode plays, only what the playhead crosses is painted.
+TEST_F(Keys, lookTheSameWhetherAPartIsPaintedOrAll) {
+    Settings settings = document->document().settings();
+    settings.keys = {};
+    settings.keys.set("size", 2, 5);
+    settings.keys.set("size", 6, 8);
+    document->setSettings(settings, "Keys of one parameter");
+    for (QWidget* view : {static_cast<QWidget*>(curves), static_cast<QWidget*>(sheet)}) {
+        const QImage all = view->grab().toImage();
+        int different = 0;
+        for (int left = view->width() / 3; left < view->width() / 2; left += 5) {
+            const QRect part(left, 0, 5, view->height());
+            QImage again = all;
+            QPainter(&again).fillRect(part, Qt::green);
+            view->render(&again, part.topLeft(), QRegion(part));
+            different += isAlike(again.copy(part), all.copy(part)) ? 0 : 1;
+        }
+        EXPECT_EQ(different, 0) << view->metaObject()->className();
+    }
+}
 
 TEST_F(Keys, areSelectedByARectangle) {
     drag(sheet, at(1.5, 0), at(3, 1));
