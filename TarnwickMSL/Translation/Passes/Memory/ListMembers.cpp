@@ -367,6 +367,15 @@ Value* List::address(const MemberAccess& access, AllocaInst& part) const {
     return access.inside ? value : insideMember(access, start, value, builder);
 }
 
+// A list of one member is aligned as its scalars are, not as the record was.
+static void limitAlignment(Instruction& access, const DataLayout& layout) {
+    const Align most = layout.getABITypeAlign(getLoadStoreType(&access)->getScalarType());
+    if (auto* load = dyn_cast<LoadInst>(&access))
+        load->setAlignment(std::min(load->getAlign(), most));
+    else if (auto* store = dyn_cast<StoreInst>(&access))
+        store->setAlignment(std::min(store->getAlign(), most));
+}
+
 SmallVector<AllocaInst*, 4> List::divide() {
     SmallVector<AllocaInst*, 4> made(record_->getNumElements(), nullptr);
     SmallVector<WeakTrackingVH, 16> old;
@@ -378,6 +387,7 @@ SmallVector<AllocaInst*, 4> List::divide() {
                                      ? LoadInst::getPointerOperandIndex()
                                      : StoreInst::getPointerOperandIndex();
         access.instruction->setOperand(operand, address(access, *list));
+        limitAlignment(*access.instruction, layout_);
     }
     for (Instruction* unused : concat<Instruction* const>(users_.marks, dead_))
         unused->eraseFromParent();
