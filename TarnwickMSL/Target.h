@@ -28,8 +28,11 @@ struct Target {
     // it. On other devices this only makes such branches a little slower.
     bool specialisesUniforms = true;
 
-    // Modules may have these types (shaderFloat16, shaderInt8, shaderInt16 and shaderInt64 of
-    // Vulkan 1.3). Otherwise a program whose code needs them is refused.
+    // Modules may have these types, in registers and in memory of all kinds (shaderFloat16,
+    // shaderInt8, shaderInt16 and shaderInt64 of Vulkan 1.3, and the storage features of 8 and 16
+    // bits). Otherwise words of 32 bits and floats stand for them (Passes/Widths); buffers must then
+    // end at a multiple of 4 bytes. Atomic operations and addresses of 64 bits are refused without
+    // hasInt64.
     bool hasFloat16 = true, hasInt8 = true, hasInt16 = true, hasInt64 = true;
 
     // The steps that only make code faster are run (Passes.h).

@@ -99,7 +99,8 @@ VkDescriptorBufferInfo bufferInfo(CommandBufferParts& commands, ResourceTable& t
     const VkDeviceSize most = bound.type == VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER
                                   ? limits.maxUniformBufferRange
                                   : limits.maxStorageBufferRange;
-    return {buffer.buffer, buffer.offset, std::min(buffer.size, most)};
+    const VkDeviceSize words = (buffer.size + 3) / 4 * 4; // as the buffer has (makeBufferMemory)
+    return {buffer.buffer, buffer.offset, std::min(words, most)};
 }
 
 VkSampler samplerFor(DeviceState& device, const ResourceTable& table, const BoundResource& bound) {

@@ -88,11 +88,16 @@ std::uint64_t Device::validationMessages() {
 }
 
 msl::Target Device::compilerTarget() const {
-    return {.addsFloatsInBuffers = state_->record.features.addsFloatsInBuffers,
-            .ordersFragments = state_->record.features.ordersFragments,
+    const DeviceFeatures& features = state_->record.features;
+    return {.addsFloatsInBuffers = features.addsFloatsInBuffers,
+            .ordersFragments = features.ordersFragments,
             .keepsLogs = state_->instance->layerUse.printsLogs,
             .hasMeshFunctions = false, // the layer has no pipelines of them
-            .specialisesUniforms = info().isCPU};
+            .specialisesUniforms = info().isCPU,
+            .hasFloat16 = features.float16,
+            .hasInt8 = features.int8,
+            .hasInt16 = features.int16,
+            .hasInt64 = features.int64};
 }
 
 std::unique_ptr<Library> Device::newLibrary(std::string_view source,

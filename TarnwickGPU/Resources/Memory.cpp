@@ -95,8 +95,9 @@ std::optional<BufferMemory> makeBufferMemory(const DeviceRecord& device, VkDevic
     const VkBufferUsageFlags addressed =
         device.features.addresses ? VkBufferUsageFlags{VK_BUFFER_USAGE_SHADER_DEVICE_ADDRESS_BIT}
                                   : 0;
+    // Whole words: shaders for devices without small types read the last bytes in one.
     const VkBufferCreateInfo info{.sType = VK_STRUCTURE_TYPE_BUFFER_CREATE_INFO,
-                                  .size = size,
+                                  .size = (size + 3) / 4 * 4,
                                   .usage = anyBufferUsage | addressed};
     if (vkCreateBuffer(device.handle, &info, nullptr, &made.buffer) != VK_SUCCESS)
         return std::nullopt;

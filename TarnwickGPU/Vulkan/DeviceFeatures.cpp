@@ -158,6 +158,11 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
     chain.instanceRates.vertexAttributeInstanceRateDivisor =
         had.instanceRates.vertexAttributeInstanceRateDivisor;
 
+    const bool holdsBytes = had.vulkan12.storageBuffer8BitAccess == VK_TRUE &&
+                            had.vulkan12.uniformAndStorageBuffer8BitAccess == VK_TRUE;
+    const bool holdsHalves = had.vulkan11.storageBuffer16BitAccess == VK_TRUE &&
+                             had.vulkan11.uniformAndStorageBuffer16BitAccess == VK_TRUE;
+
     DeviceFeatures features{
         .nullDescriptors = had.robustness2.nullDescriptor == VK_TRUE,
         .anisotropy = had.core.features.samplerAnisotropy == VK_TRUE,
@@ -175,6 +180,10 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
         .readsTargets = had.feedback.attachmentFeedbackLoopLayout == VK_TRUE,
         .twoSources = had.core.features.dualSrcBlend == VK_TRUE,
         .independentBlend = had.core.features.independentBlend == VK_TRUE,
+        .int8 = had.vulkan12.shaderInt8 == VK_TRUE && holdsBytes,
+        .int16 = had.core.features.shaderInt16 == VK_TRUE && holdsHalves,
+        .int64 = had.core.features.shaderInt64 == VK_TRUE,
+        .float16 = had.vulkan12.shaderFloat16 == VK_TRUE && holdsHalves,
         .groupStages = groupStages(device),
         .capabilities = capabilitiesOf(device, chain, alone)};
     if (records.robustness2)

@@ -29,6 +29,8 @@ struct DeviceFeatures {
     bool readsTargets = false;     // a draw may read its targets (ColorInputs.h)
     bool twoSources = false;       // dualSrcBlend
     bool independentBlend = false; // each target may blend in its own way
+    // Types of shaders, in registers and in buffers of all kinds.
+    bool int8 = false, int16 = false, int64 = false, float16 = false;
     VkShaderStageFlags groupStages = 0;      // whose functions may use SIMD-groups
     std::vector<std::uint32_t> capabilities; // Capabilities.h
 };

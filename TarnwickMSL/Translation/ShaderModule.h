@@ -89,6 +89,15 @@ struct Merge {
 };
 using Structure = llvm::DenseMap<llvm::BasicBlock*, Merge>; // by the block that holds the merge
 
+// The scalar types that the target of a module does not have.
+struct TypeLacks {
+    bool int8 = false, int16 = false, int64 = false, half = false;
+
+    bool anySmall() const { return int8 || int16 || half; }
+    bool any() const { return anySmall() || int64; }
+    bool operator==(const TypeLacks&) const = default;
+};
+
 struct ShaderModule {
     std::unique_ptr<llvm::Module> module;
     llvm::Function* main = nullptr; // void(), everything inlined into it
@@ -99,6 +108,7 @@ struct ShaderModule {
     std::vector<std::uint32_t> samplers;      // indices of the sampler arguments
     std::vector<ConstantSignature> constants; // of the program
     std::vector<ArgumentMember> members;      // of argument buffers
+    TypeLacks lacks;
     Structure structure;
     bool usesLoopBudget = false;
     bool earlyFragmentTests = false;

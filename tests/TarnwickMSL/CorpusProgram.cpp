@@ -222,6 +222,8 @@ void takePromise(const std::string& line, Program& program) {
         addLayout(words, program.attributes);
     else if (word == "@constant")
         program.constants.push_back(constant(words));
+    else if (word == "@refused")
+        std::getline(words >> std::ws, program.refusal);
     else if (word == "@pixel")
         program.pixels.push_back(pixel(words));
     else if (word.starts_with('@'))

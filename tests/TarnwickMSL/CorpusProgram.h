@@ -30,6 +30,8 @@
 //   // @constant tint 1 0.5 -2   the components of a function constant's value (true and false are
 //                                 1 and 0). The program then runs twice: with the values of a
 //                                 library's functions, and compiled with the values.
+//   // @refused THE SENTENCE.   what the compiler says for a target without integers of 8, 16 and
+//                                 64 bits and halves; by default the program gives the same there
 //   // @pixel 2 5 : 1 0 0.5 1     a pixel from the upper left, red, green, blue and alpha
 //   // @pixel 2 5 1 : 3 4 5 1     the same in the target of color(1)
 //
@@ -102,6 +104,7 @@ struct Program {
     std::vector<ColorTarget> targets;
     std::vector<ConstantText> constants;
     std::vector<Pixel> pixels;
+    std::string refusal; // without small and long types
     gpu::VertexDescriptor attributes;
 };
 

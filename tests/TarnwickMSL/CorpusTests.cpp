@@ -265,6 +265,22 @@ TEST_P(Corpus, givesWhatItPromises) {
               HasValues::yes);
 }
 
+// Words and floats that stand for the other types give the same numbers.
+TEST_P(Corpus, givesItWithoutSmallAndLongTypes) {
+    const Program& program = GetParam();
+    msl::Target target = device->compilerTarget();
+    target.hasInt8 = target.hasInt16 = target.hasInt64 = target.hasFloat16 = false;
+    bind(program);
+    std::string refusal;
+    try {
+        expectAll(program, *gpu::newLibrary(program.source, {.target = target}), HasValues::no);
+    } catch (const gpu::LibraryError& error) {
+        refusal = error.what();
+    }
+    EXPECT_EQ(refusal.empty(), program.refusal.empty()) << refusal;
+    EXPECT_NE(refusal.find(program.refusal), refusal.npos) << refusal;
+}
+
 // Programs that promise nothing need what no device here has; the validity tests compile them.
 static std::vector<Program> promisingPrograms() {
     std::vector<Program> programs = programsIn(TARNWICK_CORPUS);

@@ -211,7 +211,8 @@ TEST(CLibrary, takesEveryOption) {
 
 TEST(CLibrary, refusesWhatTheTargetLacks) {
     const Compiler with = compiler();
-    const std::string wide = "kernel void k(device ulong* o [[buffer(0)]]) { o[0] = o[1] * 3; }";
+    const std::string wide = "kernel void k(device metal::atomic_ulong* o [[buffer(0)]]) {"
+                             " metal::atomic_max_explicit(o, 3ul, metal::memory_order_relaxed); }";
     compile(with, wide, TARNWICK_MSL_DONE);
     const Options narrow = options();
     EXPECT_EQ(tarnwick_msl_options_set_feature(narrow.get(), TARNWICK_MSL_INT64, 0),
@@ -220,7 +221,7 @@ TEST(CLibrary, refusesWhatTheTargetLacks) {
     EXPECT_STREQ(
         read<tarnwick_msl_diagnostic>(tarnwick_msl_result_diagnostic, refused.get(), size_t{0})
             .message,
-        "'k' needs 64-bit integers, which the target lacks");
+        "The function atomic_fetch_max of 64 bits needs 64-bit integers, which the device lacks.");
     const std::string address = "kernel void k(device float** p [[buffer(0)]]) { **p = 1; }";
     compile(with, address, TARNWICK_MSL_PROGRAM_INVALID);
     const Options trusted = options();

@@ -41,6 +41,8 @@
 #include "TarnwickMSL/Translation/Passes/Values/OddIntegers.h"
 #include "TarnwickMSL/Translation/Passes/Values/TwoValuedTables.h"
 #include "TarnwickMSL/Translation/Passes/Values/WideVectors.h"
+#include "TarnwickMSL/Translation/Passes/Widths/WordMemory.h"
+#include "TarnwickMSL/Translation/Passes/Widths/WordValues.h"
 #include "TarnwickMSL/Translation/SpirvWriter.h"
 
 #include <algorithm>
@@ -71,6 +73,11 @@ static void inlining(Work& work) {
 static void cutting(Work& work) {
     work.shader = cut(work.program, *work.entry);
     work.shader.constants = work.constants;
+    const Target& target = work.target;
+    work.shader.lacks = {.int8 = !target.hasInt8,
+                         .int16 = !target.hasInt16,
+                         .int64 = !target.hasInt64,
+                         .half = !target.hasFloat16};
 }
 
 static void copies(Work& work) {
@@ -121,6 +128,13 @@ static void vectorPhis(Work& work) {
     if (isPlain(work.main()))
         return;
     splitVectorPhis(work.main(), work.shader.structure);
+    work.optimiser().dropDeadCode(work.main());
+}
+
+static void wordValues(Work& work) {
+    if (!useWordValues(work.shader))
+        return;
+    work.optimiser().forget(work.main());
     work.optimiser().dropDeadCode(work.main());
 }
 
@@ -242,6 +256,13 @@ static constexpr std::array table{
          [](Work& work) { legalise(work.main()); },
          "Expands intrinsics that the writer does not support; after all LLVM passes that would combine them again.",
          Form::operations},
+    Step{"word-memory", Scope::entryPoint, "Passes/Widths/WordMemory.h",
+         [](Work& work) { work.forgetMainIf(useWordMemory(work.shader)); },
+         "Reads and writes memory in words of 32 bits, for targets that lack other types; after `legalise`, which may make such types, and before `word-values`, which knows no memory.",
+         Form::memory},
+    Step{"word-values", Scope::entryPoint, "Passes/Widths/WordValues.h", wordValues,
+         "Computes values of types that the target lacks in words and floats; after `word-memory`, and before addresses and control flow take their last forms.",
+         Form::types},
     Step{"near-addresses", Scope::entryPoint, "Passes/Memory/NearAddresses.h",
          [](Work& work) { keepPointersNear(work.main()); },
          "Repeats the steps to an address before each access; before the control flow is structured, which would carry pointers between blocks.",

@@ -117,10 +117,14 @@ tarnwick_msl_options_set_constant_reals(tarnwick_msl_options* options, const cha
 /* Features of the device that the code is for. A program that needs one that is not there is
  * refused, if the comment says nothing else. */
 typedef enum tarnwick_msl_feature {
-    TARNWICK_MSL_FLOAT16 = 0,  /* shaderFloat16. Default: there */
-    TARNWICK_MSL_INT8 = 1,     /* shaderInt8. Default: there */
-    TARNWICK_MSL_INT16 = 2,    /* shaderInt16. Default: there */
-    TARNWICK_MSL_INT64 = 3,    /* shaderInt64. Default: there */
+    /* The four types of the device, in registers and in memory (shaderFloat16, shaderInt8 ...,
+     * and the storage features of 8 and 16 bits). Otherwise words of 32 bits and floats compute
+     * the same values more slowly; only atomic operations and addresses of 64 bits are refused.
+     * Buffers must then end at a multiple of 4 bytes. Default: there */
+    TARNWICK_MSL_FLOAT16 = 0,
+    TARNWICK_MSL_INT8 = 1,
+    TARNWICK_MSL_INT16 = 2,
+    TARNWICK_MSL_INT64 = 3,
     TARNWICK_MSL_MESHES = 4,   /* VK_EXT_mesh_shader. Default: there */
     TARNWICK_MSL_ADDRESSES = 5, /* pointers that are read from buffers, whose accesses nothing
                                    bounds; for programs that are trusted. Default: not there */

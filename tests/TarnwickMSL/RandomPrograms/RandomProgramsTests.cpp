@@ -34,12 +34,13 @@ TEST(RandomPrograms, giveManyValues) {
     EXPECT_GT(rich, programs / 2);
 }
 
-// Every second program runs in a kernel, the others in a fragment function.
-static void expectAgreement(std::uint64_t first, Stages stages) {
-    const auto trial = Trial::make();
+// By default every second program runs in a kernel, the others in a fragment function.
+static void expectAgreement(std::uint64_t first, Stages stages,
+                            const tarnwick::msl::Target& target = {}, std::uint64_t step = 2) {
+    const auto trial = Trial::make(target);
     if (!trial)
         GTEST_SKIP() << "No Vulkan device is here.";
-    for (std::uint64_t program = first; program < programs; program += 2) {
+    for (std::uint64_t program = first; program < programs; program += step) {
         const std::uint64_t seed = firstSeed + program;
         EXPECT_EQ(trial->difference(randomProgram(seed), program, nativeTrial, stages), "")
             << "seed " << seed;
@@ -52,6 +53,12 @@ TEST(RandomPrograms, agreeWithNativeCodeInKernels) {
 
 TEST(RandomPrograms, agreeWithNativeCodeInFragmentFunctions) {
     expectAgreement(1, {.kernel = false});
+}
+
+TEST(RandomPrograms, agreeWithNativeCodeWithoutSmallAndLongTypes) {
+    expectAgreement(0, {.fragment = false},
+                    {.hasFloat16 = false, .hasInt8 = false, .hasInt16 = false, .hasInt64 = false},
+                    9);
 }
 
 // Neighbours that leave the loop at different rounds and in two ways; phis of vectors fail here.

@@ -72,16 +72,17 @@ std::vector<WorldTexture> worldTextures() {
 
 } // namespace
 
-std::unique_ptr<Trial> Trial::make() {
+std::unique_ptr<Trial> Trial::make(const msl::Target& target) {
     auto device = gpu::Device::systemDefault();
     auto queue = device ? device->newCommandQueue() : nullptr;
     if (!queue)
         return nullptr;
-    return std::unique_ptr<Trial>(new Trial(std::move(device), std::move(queue)));
+    return std::unique_ptr<Trial>(new Trial(std::move(device), std::move(queue), target));
 }
 
-Trial::Trial(std::shared_ptr<gpu::Device> device, std::unique_ptr<gpu::CommandQueue> queue)
-    : device_(std::move(device)), queue_(std::move(queue)) {}
+Trial::Trial(std::shared_ptr<gpu::Device> device, std::unique_ptr<gpu::CommandQueue> queue,
+             const msl::Target& target)
+    : device_(std::move(device)), queue_(std::move(queue)), target_(target) {}
 
 // As it is before a program has run. The textures that programs only read are made once.
 bool Trial::makeWorld() {
@@ -109,7 +110,7 @@ Outcome Trial::run(const std::string& body, Stages stages) {
     try {
         // However busy the machine is with other work.
         msl::Compilation compilation =
-            msl::compile(metalSource(body), {.limit = std::chrono::minutes(2)});
+            msl::compile(metalSource(body), {.limit = std::chrono::minutes(2), .target = target_});
         if (compilation.failed)
             throw Refused(compilation.messages);
         const auto library = device_->newLibrary(std::move(compilation.entryPoints));

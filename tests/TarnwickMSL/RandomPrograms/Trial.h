@@ -3,6 +3,7 @@
 
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
+#include "TarnwickMSL/Target.h"
 #include "tests/TarnwickMSL/RandomPrograms/Metal.h"
 
 #include <cstdint>
@@ -32,8 +33,8 @@ using NativeTrial =
 // Not for several threads. Blocks while the GPU works.
 class Trial {
   public:
-    // Null without a device.
-    static std::unique_ptr<Trial> make();
+    // Null without a device. Programs are compiled for the target.
+    static std::unique_ptr<Trial> make(const msl::Target& target = {});
     const gpu::DeviceInfo& device() const { return device_->info(); }
 
     // Runs a program's text; see Metal.h. Programs of groups run in a kernel, whatever the stages.
@@ -45,13 +46,15 @@ class Trial {
                            const NativeTrial& native, Stages stages = {});
 
   private:
-    Trial(std::shared_ptr<gpu::Device> device, std::unique_ptr<gpu::CommandQueue> queue);
+    Trial(std::shared_ptr<gpu::Device> device, std::unique_ptr<gpu::CommandQueue> queue,
+          const msl::Target& target);
     bool makeWorld();
     void kernelResults(const gpu::Library& library, Form form, Outcome& outcome);
     void fragmentResults(const gpu::Library& library, Form form, Outcome& outcome);
 
     std::shared_ptr<gpu::Device> device_;
     std::unique_ptr<gpu::CommandQueue> queue_;
+    msl::Target target_;
     // The world of programs of that form; memory is the counters of others.
     std::unique_ptr<gpu::Buffer> memory_, words_;
     std::vector<std::unique_ptr<gpu::Texture>> textures_;

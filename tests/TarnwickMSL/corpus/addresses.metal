@@ -2,6 +2,7 @@
 // threads' own variables in long arrays.
 // @runs check
 // @expects 8 | 1 1 | 3 4 5 | 7 9 | 105 33 | 48
+// @refused An address in memory needs 64-bit integers, which the device lacks.
 #include <metal_stdlib>
 using namespace metal;
 

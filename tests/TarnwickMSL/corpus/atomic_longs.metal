@@ -2,6 +2,7 @@
 // @runs check 64 32
 // @runs tell
 // @expects 63 5 | 1
+// @refused The function atomic_fetch_max of 64 bits needs 64-bit integers, which the device lacks.
 #include <metal_stdlib>
 using namespace metal;
 

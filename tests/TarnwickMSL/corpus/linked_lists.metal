@@ -3,6 +3,7 @@
 // @runs build 8 8
 // @runs check
 // @expects 36 8 | 204 | 2 7 | 5 0 0 | 1 0 1 | 40 9 | 2.5 7 1.5 200 0.25 | 12
+// @refused An address in memory needs 64-bit integers, which the device lacks.
 #include <metal_stdlib>
 using namespace metal;
 

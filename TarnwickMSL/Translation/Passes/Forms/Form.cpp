@@ -3,6 +3,7 @@
 #include "TarnwickMSL/Translation/Passes/Forms/Form.h"
 
 #include "TarnwickMSL/Translation/Passes/Calls/BuiltInCalls.h"
+#include "TarnwickMSL/Translation/Passes/Widths/Stands.h"
 
 #include <llvm/ADT/PostOrderIterator.h>
 #include <llvm/ADT/SetVector.h>
@@ -323,6 +324,31 @@ static std::string checkGlobals(const Subject& subject) {
     return {};
 }
 
+static std::string checkMemoryTypes(const Subject& subject) {
+    const Stands stands(subject.shader.lacks);
+    for (const GlobalVariable& global : subject.shader.module->globals())
+        if (stands.areInMemoryOf(global.getValueType()) && !isFormatOfLog(global))
+            return about("A global has a type that the target lacks", global);
+    for (const Instruction& instruction : instructions(subject.main)) {
+        auto* local = dyn_cast<AllocaInst>(&instruction);
+        const Type* type = isa<StoreInst>(instruction)  ? instruction.getOperand(0)->getType()
+                           : isa<LoadInst>(instruction) ? instruction.getType()
+                           : local                      ? local->getAllocatedType()
+                                                        : nullptr;
+        if (type && stands.areInMemoryOf(type))
+            return about("Memory has a type that the target lacks", instruction);
+    }
+    return {};
+}
+
+static std::string checkTypes(const Subject& subject) {
+    const Stands stands(subject.shader.lacks);
+    for (const Instruction& instruction : instructions(subject.main))
+        if (stands.concern(instruction))
+            return about("A value has a type that the target lacks", instruction);
+    return {};
+}
+
 static std::string checkBindings(const Subject& subject) {
     std::uint32_t next = firstBinding(subject.shader.stage);
     for (const InterfaceVariable& variable : subject.shader.interface) {
@@ -361,6 +387,8 @@ static constexpr std::array rules{
     RuleRow{"A vector has 2 to 4 lanes.", checkLanes},
     RuleRow{"An integer has 1, 8, 16, 32 or 64 bits; locals are in the entry block.", checkWidth, checkGlobals},
     RuleRow{"Every operation is one that the writer has.", checkOperation},
+    RuleRow{"Memory has only types that the target has.", nullptr, checkMemoryTypes},
+    RuleRow{"A value has a type that the target has.", nullptr, checkTypes},
     RuleRow{"The steps to an address are in the block of the access.", checkAddress},
     RuleRow{"A loop is left from its header or at the end of its round, to one block.", nullptr, checkExits},
     RuleRow{"Each loop has a merge block, a continue target and a header without effects.", nullptr, checkLoops},

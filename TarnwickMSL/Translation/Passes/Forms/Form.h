@@ -22,6 +22,8 @@ enum class Form : std::uint8_t {
     lanes,
     widths,
     operations,
+    memory,
+    types,
     addresses,
     exits,
     loops,

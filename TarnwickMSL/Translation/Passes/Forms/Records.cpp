@@ -164,6 +164,13 @@ static void eachField(const TextureVariable*, auto&& visit) {
     visit("is_coherent", &TextureVariable::isCoherent);
 }
 
+static void eachField(const TypeLacks*, auto&& visit) {
+    visit("int8", &TypeLacks::int8);
+    visit("int16", &TypeLacks::int16);
+    visit("int64", &TypeLacks::int64);
+    visit("half", &TypeLacks::half);
+}
+
 static void eachField(const ShaderModule*, auto&& visit) {
     visit("name", &ShaderModule::name);
     visit("stage", &ShaderModule::stage);
@@ -260,6 +267,7 @@ template std::string recordLine(std::string_view, const ConstantSignature&);
 template std::string recordLine(std::string_view, const ArgumentMember&);
 template std::string recordLine(std::string_view, const InterfaceVariable&);
 template std::string recordLine(std::string_view, const TextureVariable&);
+template std::string recordLine(std::string_view, const TypeLacks&);
 template std::string recordLine(std::string_view, const ShaderModule&);
 template std::optional<std::string> readRecord(std::string_view, EntrySignature&);
 template std::optional<std::string> readRecord(std::string_view, Argument&);
@@ -269,6 +277,7 @@ template std::optional<std::string> readRecord(std::string_view, ConstantSignatu
 template std::optional<std::string> readRecord(std::string_view, ArgumentMember&);
 template std::optional<std::string> readRecord(std::string_view, InterfaceVariable&);
 template std::optional<std::string> readRecord(std::string_view, TextureVariable&);
+template std::optional<std::string> readRecord(std::string_view, TypeLacks&);
 template std::optional<std::string> readRecord(std::string_view, ShaderModule&);
 
 std::string_view recordWord(std::string_view line) {

@@ -11,7 +11,7 @@ namespace tarnwick::msl {
 
 // Record is EntrySignature, Argument, StageValue, StageAttribute, ConstantSignature,
 // InterfaceVariable,
-// TextureVariable or ShaderModule (name, stage and flags alone).
+// TextureVariable, TypeLacks or ShaderModule (name, stage and flags alone).
 
 // "; WORD FIELD=VALUE FIELD=VALUE" and a line end. Fields with their default are left out; a value
 // with blanks is in quotes.

@@ -79,6 +79,8 @@ static std::string textOf(const std::vector<ConstantSignature>& constants) {
 
 static std::string recordsOf(const ShaderModule& shader) {
     std::string text = recordLine("shader", shader);
+    if (shader.lacks.any())
+        text += recordLine("lacks", shader.lacks);
     text += textOf(shader.constants);
     for (const InterfaceVariable& variable : shader.interface)
         text += recordLine("variable", variable);
@@ -177,6 +179,8 @@ void RecordReader::read(std::string_view line) {
         fill(shader_.constants.emplace_back());
     else if (word == "shader")
         fill(shader_);
+    else if (word == "lacks")
+        fill(shader_.lacks);
     else if (word == "variable")
         fill(shader_.interface.emplace_back());
     else if (word == "texture")
