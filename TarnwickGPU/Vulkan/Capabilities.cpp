@@ -18,6 +18,7 @@ enum class Capability : std::uint32_t {
     Int64Atomics = 12,
     Int16 = 22,
     ClipDistance = 32,
+    ImageCubeArray = 34,
     SampleRateShading = 35,
     Int8 = 39,
     SampledCubeArray = 45,
@@ -29,6 +30,8 @@ enum class Capability : std::uint32_t {
     GroupNonUniformArithmetic = 63,
     GroupNonUniformBallot = 64,
     GroupNonUniformShuffle = 65,
+    ShaderLayer = 69,
+    ShaderViewportIndex = 70,
     DrawParameters = 4427,
     StorageBuffer16BitAccess = 4433,
     UniformAndStorageBuffer16BitAccess = 4434,
@@ -49,7 +52,7 @@ enum class Capability : std::uint32_t {
 struct Asked {
     const FeatureChain& chain;
     VkSubgroupFeatureFlags groups;
-    bool isCPU;
+    bool readsEveryFormat; // of textures, whatever the device reports
     Extensions extensions;
 
     bool core(VkBool32 VkPhysicalDeviceFeatures::*feature) const {
@@ -129,15 +132,30 @@ constexpr std::array rows{
         [](const Asked& a) { return a.chain.interlock.fragmentShaderPixelInterlock == VK_TRUE; }},
     Row{Capability::ClipDistance, "clip_distance",
         [](const Asked& a) { return a.core(&Core::shaderClipDistance); }},
-    // The packaged CPU driver does not report the feature, but reads all formats (LayerMessages.cpp).
+    // Mesa's CPU driver does not report the feature, but reads all formats (LayerMessages.cpp).
     Row{Capability::StorageImageReadWithoutFormat, "textures that are read and written",
-        [](const Asked& a) { return a.isCPU || a.core(&Core::shaderStorageImageReadWithoutFormat); }},
+        [](const Asked& a) { return a.readsEveryFormat || a.core(&Core::shaderStorageImageReadWithoutFormat); }},
     Row{Capability::StorageImageWriteWithoutFormat, "textures that are written",
         [](const Asked& a) { return a.core(&Core::shaderStorageImageWriteWithoutFormat); }},
     Row{Capability::SampledCubeArray, "arrays of cubes",
         [](const Asked& a) { return a.core(&Core::imageCubeArray); }},
+    Row{Capability::ImageCubeArray, "arrays of cubes that are written",
+        [](const Asked& a) { return a.core(&Core::imageCubeArray); }},
+    Row{Capability::ShaderLayer, "render_target_array_index",
+        [](const Asked& a) { return a.in12(&In12::shaderOutputLayer); }},
+    Row{Capability::ShaderViewportIndex, "viewport_array_index",
+        [](const Asked& a) { return a.in12(&In12::shaderOutputViewportIndex); }},
 };
 // clang-format on
+
+bool isMesaCPU(VkPhysicalDevice device) {
+    VkPhysicalDeviceDriverProperties driver{
+        .sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_DRIVER_PROPERTIES};
+    VkPhysicalDeviceProperties2 properties{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_PROPERTIES_2,
+                                           .pNext = &driver};
+    vkGetPhysicalDeviceProperties2(device, &properties);
+    return driver.driverID == VK_DRIVER_ID_MESA_LLVMPIPE;
+}
 
 VkPhysicalDeviceVulkan11Properties propertiesOf(VkPhysicalDevice device) {
     VkPhysicalDeviceVulkan11Properties vulkan11{
@@ -152,10 +170,8 @@ VkPhysicalDeviceVulkan11Properties propertiesOf(VkPhysicalDevice device) {
 
 std::vector<std::uint32_t> capabilitiesOf(VkPhysicalDevice device, const FeatureChain& chain,
                                           Extensions extensions) {
-    VkPhysicalDeviceProperties core{};
-    vkGetPhysicalDeviceProperties(device, &core);
-    const Asked asked{chain, propertiesOf(device).subgroupSupportedOperations,
-                      core.deviceType == VK_PHYSICAL_DEVICE_TYPE_CPU, extensions};
+    const Asked asked{chain, propertiesOf(device).subgroupSupportedOperations, isMesaCPU(device),
+                      extensions};
     std::vector<std::uint32_t> there;
     for (const Row& row : rows)
         if (row.isThere(asked))

@@ -304,6 +304,9 @@ TEST_F(Points, addUpAlikeInAnyOrder) {
     const PointTraits real = device->state().record.points;
     device->state().record.points.splats = false;
     const Picture drawn = picture(*state, many);
+    const bool hadMany = std::exchange(device->state().record.features.multiDraws, false);
+    EXPECT_EQ(picture(*state, many), drawn); // one draw for each block of points
+    device->state().record.features.multiDraws = hadMany;
     device->state().record.points = real;
     std::shuffle(many.begin(), many.end(), random);
     const Picture second = picture(*state, many);
