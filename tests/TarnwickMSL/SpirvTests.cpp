@@ -198,6 +198,39 @@ declare i32 @msl.loop_budget()
     EXPECT_TRUE(written.entry.resources.at(1).isWritten);
 }
 
+// A lane that the vector lacks is undefined, also where the buffer goes on behind the vector.
+TEST(SpirvWriter, indexesTheLanesOfABufferOnlyWhereTheVectorHasThem) {
+    const auto written =
+        [](const std::string& lane, const std::string& step) {
+            return Written({.code = R"(
+@msl.vertex_id = external constant i32
+@buffer.0 = external global <4 x float>
+@msl.position = external global <4 x float>
+define void @main() {
+  %id = load i32, ptr @msl.vertex_id
+  %lane = )" + lane + R"(
+  %element = getelementptr <4 x float>, ptr @buffer.0, i32 %id
+  %at = getelementptr )" + step + R"(, i32 %lane
+  %x = load float, ptr %at
+  %p = insertelement <4 x float> zeroinitializer, float %x, i32 0
+  store <4 x float> %p, ptr @msl.position
+  ret void
+}
+)",
+                            .stage = Stage::vertex,
+                            .interface = {builtIn(InterfaceKind::input, "vertex_id"),
+                                          builtIn(InterfaceKind::output, "position"),
+                                          buffer(0, InterfaceKind::storageBuffer, 16)}});
+        };
+    const std::string asScalars = "float, ptr %element";
+    const auto hasScalars = [](const Written& module) { return module.count("ArrayStride 4") > 0; };
+    EXPECT_TRUE(hasScalars(written("lshr i32 %id, 1", asScalars)));
+    EXPECT_TRUE(hasScalars(written("and i32 %id, 7", asScalars)));
+    EXPECT_FALSE(hasScalars(written("and i32 %id, 3", asScalars)));
+    EXPECT_FALSE(hasScalars(written("lshr i32 %id, 1", "<4 x float>, ptr %element, i32 0")))
+        << "an index of the vector itself";
+}
+
 // %v of `lanes` lanes, gathered one by one from %x and %y with `last` as the last, and %s, which
 // repeats its lane `repeated`.
 static std::string gathered(unsigned lanes, unsigned last, unsigned repeated) {

@@ -213,7 +213,7 @@ template <class S, class K, class B> using _no_atomics = B;
 template <class Base> struct _fenced : Base {
     /** Makes this thread's writes to the texture visible to its later reads. */
     MSL_INLINE void fence() const {
-        _fence(thread_scope_threadgroup, int(mem_flags::mem_texture));
+        _fence(thread_scope_thread, int(mem_flags::mem_texture));
     }
 };
 

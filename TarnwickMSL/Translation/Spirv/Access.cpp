@@ -45,9 +45,9 @@ class Descent {
   public:
     Descent(const View& view, const Place& place, const DataLayout& layout)
         : layout_(layout), shape_(view.layout), start_(place.offset), isRising_(place.isRising),
-          isExact_(place.isTyped || view.layout == Layout::explicit_), type(view.element),
-          offset(place.offset), anchor(place.terms.empty() ? offset : place.terms.front().before),
-          terms(place.terms) {
+          isTyped_(place.isTyped), isExact_(place.isTyped || view.layout == Layout::explicit_),
+          type(view.element), offset(place.offset),
+          anchor(place.terms.empty() ? offset : place.terms.front().before), terms(place.terms) {
         if (view.isArray)
             intoArray(view.element, view.count);
     }
@@ -66,7 +66,8 @@ class Descent {
     Layout shape_;
     std::int64_t start_; // the place's offset
     bool isRising_;
-    bool isExact_; // the terms need no proof
+    bool isTyped_; // each term counts elements of its own array
+    bool isExact_; // the terms need no proof, except in a vector
 
   public:
     Type* type;
@@ -189,6 +190,8 @@ bool Descent::intoLane() {
     auto* vector = dyn_cast<FixedVectorType>(type);
     if (!vector)
         return false;
+    isCertain = isCertain && (terms.empty() || isTyped_ ||
+                              stay(offset, terms, valueBytes(vector, layout_), layout_));
     intoArray(vector->getElementType(), vector->getNumElements());
     steps.back().isLane = true;
     return terms.empty() && offset == 0;

@@ -47,7 +47,8 @@ struct Access {
     std::vector<Access> parts{};
     // Whether the steps reach the value for all values of the terms. Otherwise a term may count
     // elements of another array than that of its step, and the clamp of that step's index would
-    // change it. It is never false for buffers, whose indices are not clamped.
+    // change it. Indices of buffers are not clamped, so there only an index of a vector's lanes can
+    // be uncertain: a lane that the vector lacks is undefined (SPIR-V 1.6, OpAccessChain).
     bool isCertain = true;
 };
 

@@ -45,6 +45,11 @@ void writeBarrier(Body& body, bool waits, const CallInst& call) {
     else if (!waits)
         return;
     spv::Scope given = scopes[numberOf(call.getArgOperand(0), 2) % scopes.size()];
+    // Vulkan has no fence of a single invocation. The packaged CPU driver lets the threads of a
+    // threadgroup wait for each other at a fence of a wider scope than the SIMD-group, which never
+    // ends well where they have parted.
+    if (given == spv::Scope::Invocation && !waits)
+        given = isGrouped ? spv::Scope::Subgroup : spv::Scope::Device;
     if (given == spv::Scope::Workgroup && !isGrouped) {
         if (waits)
             throw TranslationError("threadgroup_barrier is available in a kernel, an object or a "

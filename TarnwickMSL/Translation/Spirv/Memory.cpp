@@ -251,7 +251,7 @@ Memory::Found Memory::find(const Value* pointer, const Use& use) {
         resources_[found.root->resource].isWritten = true;
     for (Variable& variable : found.root->variables) {
         std::optional<Access> planned = access(variable.view, place, use.type, layout);
-        if (!planned || !suits(*planned, use, isBuffer))
+        if (!planned || !suits(*planned, use, isBuffer) || (isBuffer && !isCertain(*planned)))
             continue;
         found.variable = &variable;
         found.access = std::move(*planned);
