@@ -7,7 +7,6 @@ namespace tarnwick {
 
 void MTKView::setTarget(std::unique_ptr<FrameTarget> target) {
     target_ = std::move(target);
-    target_->frames.setLongestFrame(longestFrame);
     target_->resize(frame_.pixels());
 }
 

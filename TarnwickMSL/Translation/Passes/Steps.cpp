@@ -36,6 +36,7 @@
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 #include "TarnwickMSL/Translation/Passes/Values/BitChoices.h"
 #include "TarnwickMSL/Translation/Passes/Values/Comparisons.h"
+#include "TarnwickMSL/Translation/Passes/Values/ExtendedComparisons.h"
 #include "TarnwickMSL/Translation/Passes/Values/Fractions.h"
 #include "TarnwickMSL/Translation/Passes/Values/Legalise.h"
 #include "TarnwickMSL/Translation/Passes/Values/OddIntegers.h"
@@ -300,6 +301,9 @@ static constexpr std::array table{
     Step{"bit-choices", Scope::entryPoint, "Passes/Values/BitChoices.h",
          [](Work& work) { rewriteBitChoices(work.main()); },
          "Writes choices of bits as differences where they are selected against their operands; after `phis`, when all selections and phis are made."},
+    Step{"extended-comparisons", Scope::entryPoint, "Passes/Values/ExtendedComparisons.h",
+         [](Work& work) { rewriteExtendedComparisons(work.main()); },
+         "Makes signed comparisons of sign-extended integers unsigned; after `phis`, when all selections and phis are made."},
     Step{"uniform-conditions", Scope::entryPoint, "Passes/ControlFlow/UniformConditions.h",
          [](Work& work) { hideUniformConditions(work.shader, work.target); },
          "Hides conditions on uniform values alone from drivers that compile for these values; after all steps that make conditions, which would see through it."},

@@ -1,0 +1,31 @@
+// Decides whether a saver's frames take too long.
+#pragma once
+
+namespace tarnwick {
+
+// They do if one takes 20 s, or if consecutive frames of at least 1 s, each with a loop that ran
+// out of its budget, take 5 s together: such a loop most likely never ends.
+class FrameTimes {
+  public:
+    static constexpr double longestFrame = 20;  // seconds
+    static constexpr double longestEndless = 5; // seconds of frames with ended loops
+    static constexpr double shortestSlow = 1;   // seconds; a faster frame is always shown
+
+    // The next frame is done: it took `seconds`, and whether a loop ran out of its budget.
+    void add(double seconds, bool hitLoopBudget) {
+        areTooLong_ = areTooLong(seconds, hitLoopBudget);
+        endless_ = hitLoopBudget && seconds >= shortestSlow ? endless_ + seconds : 0;
+    }
+
+    // Whether frames take too long, if the current frame has taken that many seconds.
+    bool areTooLong(double seconds = 0, bool hitLoopBudget = false) const {
+        return areTooLong_ || seconds >= longestFrame ||
+               (hitLoopBudget && seconds >= shortestSlow && endless_ + seconds >= longestEndless);
+    }
+
+  private:
+    double endless_ = 0; // seconds, of the last frames
+    bool areTooLong_ = false;
+};
+
+} // namespace tarnwick
