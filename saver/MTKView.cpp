@@ -7,6 +7,7 @@ namespace tarnwick {
 
 void MTKView::setTarget(std::unique_ptr<FrameTarget> target) {
     target_ = std::move(target);
+    target_->frames.setLongestFrame(longestFrame);
     target_->resize(frame_.pixels());
 }
 

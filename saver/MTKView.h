@@ -47,7 +47,8 @@ class MTKView {
     gpu::PixelFormat colorPixelFormat = gpu::PixelFormat::bgra8Unorm; // the only one presented
     ColorSpace colorspace = ColorSpace::sRGB;
     int preferredFramesPerSecond = 60;
-    MTKViewDelegate* delegate = nullptr; // borrowed
+    double longestFrame = FrameTimes::defaultLongestFrame; // seconds, of targets set after it
+    MTKViewDelegate* delegate = nullptr;                   // borrowed
 
     gpu::Device* device() const { return device_.get(); }
     const Rectangle& frame() const { return frame_; }

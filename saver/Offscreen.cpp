@@ -52,10 +52,10 @@ void keepFailure(const TarnwickSaverView& view, const PixelSize& size, Offscreen
 } // namespace
 
 OffscreenRun drawOffscreen(const Bundle& bundle, ScreenKind kind, const PixelSize& size,
-                           double seconds, const ParamValues& params) {
+                           double seconds, const SaverChoices& choices) {
     const Rectangle frame{0, 0, static_cast<double>(size.width), static_cast<double>(size.height)};
     const auto view =
-        std::make_shared<TarnwickSaverView>(frame, kind, bundle, currentMediaTime, params);
+        std::make_shared<TarnwickSaverView>(frame, kind, bundle, currentMediaTime, choices);
     OffscreenRun run{.view = view};
     run.settingsRemarks = view->settingsRemarks();
     if (!view->failure()) {

@@ -30,6 +30,6 @@ struct OffscreenRun {
 // flight. The saver's clock follows the host's, as on a screen. Blocks. Throws
 // HostError if the device cannot make pictures of this size.
 OffscreenRun drawOffscreen(const Bundle& bundle, ScreenKind kind, const PixelSize& size,
-                           double seconds, const ParamValues& params = {});
+                           double seconds, const SaverChoices& choices = {});
 
 } // namespace tarnwick

@@ -54,11 +54,18 @@ void checkPicture(const HostOptions& options) {
                     std::array{std::string_view(episode), std::string_view(settings)});
 }
 
+SaverChoices choicesOf(const HostOptions& options) {
+    SaverChoices choices{.params = options.params};
+    if (options.longestFrame)
+        choices.longestFrame = *options.longestFrame;
+    return choices;
+}
+
 Status drawPicture(const HostOptions& options, const Bundle& bundle, double seconds,
                    std::ostream& out, std::ostream& errors) {
     checkPicture(options);
     const OffscreenRun run =
-        drawOffscreen(bundle, kindOf(options), sizeOf(options), seconds, options.params);
+        drawOffscreen(bundle, kindOf(options), sizeOf(options), seconds, choicesOf(options));
     writePNG(run.last, options.picture);
     for (const std::string& remark : run.settingsRemarks)
         errors << terminalText(remark) << '\n';
@@ -119,7 +126,7 @@ Status show(const HostOptions& options, const Bundle& bundle, std::ostream& out,
     showInWindow({.bundle = bundle,
                   .kind = kindOf(options),
                   .share = options.share,
-                  .params = options.params},
+                  .choices = choicesOf(options)},
                  *surface, fail, say);
     return hasFailed ? Status::failed : Status::done;
 }

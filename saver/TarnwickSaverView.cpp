@@ -20,12 +20,12 @@ constexpr double failureBandHalf = 40;  // points, above and below the middle
 } // namespace
 
 TarnwickSaverView::TarnwickSaverView(const Rectangle& frame, ScreenKind kind, const Bundle& bundle,
-                                     HostClock hostClock, const ParamValues& params)
+                                     HostClock hostClock, const SaverChoices& choices)
     : ScreenSaverView(frame, kind), hostClock_(std::move(hostClock)) {
-    setUp(bundle, params);
+    setUp(bundle, choices);
 }
 
-void TarnwickSaverView::setUp(const Bundle& bundle, const ParamValues& params) {
+void TarnwickSaverView::setUp(const Bundle& bundle, const SaverChoices& choices) {
     setAnimationTimeInterval(1 / framesPerSecond);
     std::shared_ptr<gpu::Device> device = gpu::Device::systemDefault();
     if (!device) {
@@ -41,7 +41,7 @@ void TarnwickSaverView::setUp(const Bundle& bundle, const ParamValues& params) {
         return;
     }
     readSettings(bundle);
-    setParams(params);
+    setParams(choices.params);
     const Episode episode = Episode::of(*std::move(source));
     try {
         program_ = ShaderProgram::compile(episode, *device, gpu::PixelFormat::bgra8Unorm);
@@ -56,7 +56,7 @@ void TarnwickSaverView::setUp(const Bundle& bundle, const ParamValues& params) {
     if (program_->usesInputs())
         channels_ = bundledChannels(bundle, *device, settingsRemarks_);
     queue_ = device->newCommandQueue();
-    addMetalView(std::move(device));
+    addMetalView(std::move(device), choices.longestFrame);
 }
 
 void TarnwickSaverView::readSettings(const Bundle& bundle) {
@@ -90,12 +90,13 @@ void TarnwickSaverView::fitSettings() {
     settings_ = settings_.fitted(params);
 }
 
-void TarnwickSaverView::addMetalView(std::shared_ptr<gpu::Device> device) {
+void TarnwickSaverView::addMetalView(std::shared_ptr<gpu::Device> device, double longestFrame) {
     metal_ = std::make_unique<MTKView>(bounds(), std::move(device));
     metal_->autoresizingMask = {.widthSizable = true, .heightSizable = true};
     metal_->colorPixelFormat = gpu::PixelFormat::bgra8Unorm;
     metal_->colorspace = ColorSpace::sRGB;
     metal_->preferredFramesPerSecond = isPreview() ? 15 : 30;
+    metal_->longestFrame = longestFrame;
     metal_->delegate = this;
     addSubview(*metal_);
 }

@@ -1,6 +1,7 @@
 // The saver: one episode from a bundle, drawn frame by frame, or a line with the error.
 #pragma once
 
+#include "TarnwickBase/FrameTimes.h"
 #include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
@@ -20,6 +21,12 @@
 
 namespace tarnwick {
 
+// What the host chooses.
+struct SaverChoices {
+    ParamValues params; // instead of base values and keys of the bundle's settings
+    double longestFrame = FrameTimes::defaultLongestFrame; // seconds; FrameTimes::setLongestFrame
+};
+
 // Reads Shader/shader.metal, Shader/saver.json and the files of Channels/ of its bundle. Everything
 // is set up in the constructor and nothing is tried again: afterwards there is a subview (metal())
 // that draws, or a failure. Frames that take too long are a failure later. The settings are
@@ -28,9 +35,8 @@ namespace tarnwick {
 // at most; otherwise it waits for a drawable if the host draws while no drawable is free.
 class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate {
   public:
-    // `params` replace base values and keys of the bundle's settings.
     TarnwickSaverView(const Rectangle& frame, ScreenKind kind, const Bundle& bundle,
-                      HostClock hostClock = currentMediaTime, const ParamValues& params = {});
+                      HostClock hostClock = currentMediaTime, const SaverChoices& choices = {});
 
     void animateOneFrame() override {} // the subview's host drives the drawing
     void drawRect(Picture& picture) const override;
@@ -53,11 +59,11 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
     double clock() const { return clock_; } // seconds during which frames were drawn
 
   private:
-    void setUp(const Bundle& bundle, const ParamValues& params);
+    void setUp(const Bundle& bundle, const SaverChoices& choices);
     void readSettings(const Bundle& bundle);
     void setParams(const ParamValues& params);
     void fitSettings();
-    void addMetalView(std::shared_ptr<gpu::Device> device);
+    void addMetalView(std::shared_ptr<gpu::Device> device, double longestFrame);
 
     void mtkViewDrawableSizeWillChange(MTKView& view, const PixelSize& size) override;
     void drawInMTKView(MTKView& view) override;

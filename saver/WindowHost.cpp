@@ -126,7 +126,7 @@ void showInWindow(const HostedSaver& saver, HostSurface& window,
         takeLowestPriority(); // before the threads of the device
     const ScreenKind shown = window.isPreview() ? ScreenKind::preview : saver.kind;
     // After its window, so that it is destroyed first.
-    TarnwickSaverView view(frameOf(window), shown, saver.bundle, currentMediaTime, saver.params);
+    TarnwickSaverView view(frameOf(window), shown, saver.bundle, currentMediaTime, saver.choices);
     window.setTitle(view.settings().name);
     Speaker speaker(failed);
     for (const std::string& remark : view.settingsRemarks())

@@ -13,7 +13,7 @@ struct HostedSaver {
     Bundle bundle;
     ScreenKind kind = ScreenKind::fullScreen;
     std::optional<double> share; // of the machine, (0, 1]; absent: the default of --share
-    ParamValues params;          // instead of the settings of the bundle
+    SaverChoices choices;
 };
 
 // Blocks. Calls `failed` with the saver's failure before the failure screen is shown, and with the

@@ -1,9 +1,9 @@
 // The frames that the GPU has not finished.
 #pragma once
 
+#include "TarnwickBase/FrameTimes.h"
 #include "TarnwickBase/WaitedTime.h"
 #include "TarnwickGPU/Commands.h"
-#include "TarnwickRender/Targets/FrameTimes.h"
 
 #include <cstddef>
 #include <vector>
@@ -24,6 +24,8 @@ class FramesInFlight {
     bool waitUntilDrawn(double seconds);
     // Whether frames take too long. Never blocks.
     bool takeTooLong();
+    // FrameTimes.h
+    void setLongestFrame(double seconds) { times_.setLongestFrame(seconds); }
 
   private:
     struct Frame {

@@ -18,10 +18,19 @@ constexpr double shortestStop = 5; // seconds between two ticks of the watch
 // More than processors: work in the background may wait for a file system.
 constexpr int mostInBackground = 64;
 constexpr double lossInterval = 60; // seconds between two losses by the same program
+constexpr const char* longestFrameKey = "drawing/longestFrame"; // seconds
+
+double longestFrameOf(const UserSettings& settings) {
+    const double kept =
+        settings.value(QLatin1String(longestFrameKey), FrameTimes::defaultLongestFrame).toDouble();
+    const bool isChoice =
+        kept >= FrameTimes::leastLongestFrame && kept <= FrameTimes::greatestLongestFrame;
+    return isChoice ? kept : FrameTimes::defaultLongestFrame;
+}
 
 } // namespace
 
-Player::Player() {
+Player::Player() : longestFrame_(longestFrameOf(userSettings_)) {
     QThreadPool::globalInstance()->setMaxThreadCount(mostInBackground);
     connect(&device_, &LiveDevice::changed, this, &Player::useDevice);
     compiler_ = std::make_unique<LiveCompiler>([this](CompileResult result) {
@@ -178,6 +187,12 @@ void Player::setDivisor(std::optional<int> divisor) {
     publish();
 }
 
+void Player::setLongestFrame(double seconds) {
+    longestFrame_ = seconds;
+    userSettings_.set(QLatin1String(longestFrameKey), longestFrame_);
+    publish();
+}
+
 void Player::setLevels(std::shared_ptr<const LiveLevels> levels, bool hearsOwnSound) {
     levels_ = std::move(levels);
     hearsOwnSound_ = hearsOwnSound;
@@ -259,6 +274,7 @@ void Player::publish() {
     record->size = pictureSize_;
     record->mouse = mouse_;
     record->divisor = divisor_;
+    record->longestFrame = longestFrame_;
     record->compilesAt = compilingSince_;
     record->levels = levels_;
     record->hearsOwnSound = hearsOwnSound_;

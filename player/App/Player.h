@@ -59,6 +59,10 @@ class Player : public QObject {
     void setMouse(std::optional<std::array<float, 2>> mouse);
     void setDivisor(std::optional<int> divisor); // LiveRecord::divisor
     std::optional<int> divisor() const { return divisor_; }
+    // Seconds that a frame may take (FrameTimes.h), in [leastLongestFrame, greatestLongestFrame].
+    // Kept in the user's settings.
+    void setLongestFrame(double seconds);
+    double longestFrame() const { return longestFrame_; }
     // LiveRecord::levels and hearsOwnSound. A call with the same draws a paused picture again.
     void setLevels(std::shared_ptr<const LiveLevels> levels, bool hearsOwnSound);
 
@@ -142,6 +146,7 @@ class Player : public QObject {
     PixelSize pictureSize_{640, 360};
     std::optional<std::array<float, 2>> mouse_;
     std::optional<int> divisor_;
+    double longestFrame_;
     std::optional<double> compilingSince_; // of the active document
     std::shared_ptr<const LiveLevels> levels_;
     bool hearsOwnSound_ = true;

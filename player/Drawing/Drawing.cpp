@@ -150,6 +150,7 @@ void Drawing::stop(std::string failure) {
 
 bool Drawing::isStopped() const {
     return stopped_ && stopped_->programs == programs() && stopped_->replay == record_->replay &&
+           stopped_->record->longestFrame == record_->longestFrame &&
            stopped_->size == wantedSize();
 }
 
@@ -239,7 +240,7 @@ void Drawing::prepare() {
     news_.isTooSlow = false;
     news_.failure.clear();
     scale_.restart();
-    times_ = {};
+    times_.restart();
     drawn_ = record_;
     showFrame();
 }
@@ -319,6 +320,7 @@ bool Drawing::draw(Scene& scene, const SceneMoment& moment) {
 bool Drawing::finishes(gpu::CommandBuffer& commands, double last) {
     const double begin = currentMediaTime();
     const auto seconds = [begin] { return currentMediaTime() - begin; };
+    times_.setLongestFrame(record_->longestFrame);
     while (!commands.waitUntilCompleted(shortWait)) {
         if (mail_.isEnd())
             return false;
@@ -327,7 +329,7 @@ bool Drawing::finishes(gpu::CommandBuffer& commands, double last) {
             news_.isInFrame = false;
             stop("The shader takes too long.");
             abandoned_.emplace(std::move(commands));
-            times_ = {};
+            times_.restart();
             return false;
         }
         news_.isInFrame = true;

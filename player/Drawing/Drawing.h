@@ -1,10 +1,10 @@
 // The work of the drawing thread.
 #pragma once
 
+#include "TarnwickBase/FrameTimes.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickPlatform/Pictures/Picture.h"
 #include "TarnwickRender/Targets/FrameClock.h"
-#include "TarnwickRender/Targets/FrameTimes.h"
 #include "player/Drawing/ChannelPictures.h"
 #include "player/Drawing/LiveMail.h"
 #include "player/Drawing/LiveTargets.h"

@@ -1,6 +1,7 @@
 // The state that the drawing thread draws from, published as one record.
 #pragma once
 
+#include "TarnwickBase/FrameTimes.h"
 #include "TarnwickBase/PixelSize.h"
 #include "TarnwickCore/Animation/Settings.h"
 #include "TarnwickCore/Performance/Performance.h"
@@ -42,6 +43,7 @@ struct LiveRecord {
     // They are of the program's own sound. A pause, and a player without levels, compute them with
     // the frame.
     bool hearsOwnSound = true;
+    double longestFrame = FrameTimes::defaultLongestFrame; // FrameTimes::setLongestFrame
     // Another number than before: the state that is kept between frames is computed again.
     std::uint64_t restart = 0;
     // A performance that is drawn instead of the settings and the mouse, fitted to the program's

@@ -5,6 +5,7 @@
 #include "player/Window/PictureView.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QMenu>
 #include <QStatusBar>
 
@@ -16,6 +17,12 @@ constexpr double noticedFrame = 1; // seconds; the status line shows longer fram
 
 bool isWaitingForFiles(const LiveNews& news) {
     return news.warming && news.warming->done == news.warming->total;
+}
+
+void addChoice(QActionGroup& choices, QAction* action, bool isChosen) {
+    action->setCheckable(true);
+    action->setChecked(isChosen);
+    choices.addAction(action);
 }
 
 } // namespace
@@ -33,6 +40,7 @@ PictureActions::PictureActions(Player& player, QMainWindow& window, Actions& act
     output_ = new DisplayOutput(player, window, actions);
     connect(output_, &DisplayOutput::resized, this, [this] { settle_.start(); });
     addScales(actions);
+    addLongestFrames(actions);
     settle_.setSingleShot(true);
     settle_.setInterval(settleTime);
     connect(&settle_, &QTimer::timeout, this, &PictureActions::fitPicture);
@@ -52,10 +60,25 @@ PictureActions::PictureActions(Player& player, QMainWindow& window, Actions& act
 
 void PictureActions::addScales(Actions& actions) {
     QMenu* scale = actions.submenu(ActionMenu::view, tr("Preview &scale"));
-    actions.add(scale, tr("&Automatic"), [this] { player_.setDivisor(std::nullopt); });
+    auto* choices = new QActionGroup(scale); // exclusive
+    const auto add = [&](const QString& text, std::optional<int> divisor) {
+        addChoice(*choices,
+                  actions.add(scale, text, [this, divisor] { player_.setDivisor(divisor); }),
+                  divisor == player_.divisor());
+    };
+    add(tr("&Automatic"), std::nullopt);
     for (const int divisor : {1, 2, 3, 4})
-        actions.add(scale, divisor == 1 ? tr("Full size") : tr("1/%1").arg(divisor),
-                    [this, divisor] { player_.setDivisor(divisor); });
+        add(divisor == 1 ? tr("Full size") : tr("1/%1").arg(divisor), divisor);
+}
+
+void PictureActions::addLongestFrames(Actions& actions) {
+    QMenu* longest = actions.submenu(ActionMenu::view, tr("&Longest frame"));
+    auto* choices = new QActionGroup(longest); // exclusive
+    for (const double seconds : {2.0, 5.0, FrameTimes::defaultLongestFrame, 60.0, 600.0})
+        addChoice(*choices,
+                  actions.add(longest, tr("%1 seconds").arg(seconds),
+                              [this, seconds] { player_.setLongestFrame(seconds); }),
+                  seconds == player_.longestFrame());
 }
 
 // Takes over the size of the picture once it is not dragged any more.

@@ -22,6 +22,7 @@ class PictureActions : public QObject {
 
   private:
     void addScales(Actions& actions);
+    void addLongestFrames(Actions& actions); // the user's choices of Player::longestFrame
     void fitPicture();
     void showState();
     QString message() const; // over the picture; empty: none

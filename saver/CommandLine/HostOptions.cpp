@@ -1,5 +1,6 @@
 #include "saver/CommandLine/HostOptions.h"
 
+#include "TarnwickBase/FrameTimes.h"
 #include "TarnwickBase/Quoted.h"
 #include "TarnwickCore/CommandLine/Arguments.h"
 #include "TarnwickCore/CommandLine/Help.h"
@@ -17,7 +18,7 @@ namespace {
 // Of drawing off screen: at most an hour.
 constexpr Number runSeconds{.most = 3600, .unit = "seconds", .excludesLeast = true};
 
-constexpr std::array<Option, 17> options{{
+constexpr std::array<Option, 18> options{{
     {.name = "--bundle",
      .value = "FOLDER",
      .help = "bundle to show; with an episode, the folder that becomes its bundle: files that a "
@@ -71,6 +72,13 @@ constexpr std::array<Option, 17> options{{
              "on battery",
      .values = Number{.most = 1, .excludesLeast = true},
      .byDefault = "0.5 with the CPU driver, 1 with a GPU, no limit in a window of its own"},
+    {.name = "--longest-frame",
+     .value = "SECONDS",
+     .help = "end an episode with the message \"The shader takes too long.\" if it draws one frame "
+             "for so long",
+     .values =
+         Number{.least = FrameTimes::leastLongestFrame, .most = FrameTimes::greatestLongestFrame},
+     .byDefault = "20"},
     {.name = "--offscreen",
      .value = "SECONDS",
      .help = "draw off screen as fast as possible, and write the last frame to a file",
@@ -170,6 +178,7 @@ HostOptions parseHostOptions(std::span<const char* const> words) {
     if (const auto size = arguments.value("--size"))
         read.size = sizeOf(*size);
     readNumber(arguments, "--share", read.share);
+    readNumber(arguments, "--longest-frame", read.longestFrame);
     readNumber(arguments, "--offscreen", read.offscreen);
     readNumber(arguments, "--without-display", read.withoutDisplay);
     read.help = arguments.has("--help");

@@ -26,6 +26,7 @@ struct HostOptions {
     bool preview = false;
     std::optional<PixelSize> size;        // of the own window or picture; each side in [1, 16384]
     std::optional<double> share;          // of the machine, (0, 1]
+    std::optional<double> longestFrame;   // seconds, [1, 600]
     std::optional<double> offscreen;      // seconds to draw off screen, (0, 3600]
     std::optional<double> withoutDisplay; // the same, if no display can be opened
     std::filesystem::path picture;        // the last frame drawn off screen

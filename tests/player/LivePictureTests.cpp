@@ -24,7 +24,8 @@ class LivePictureTest : public DeviceTest {
     }
 
     void show(const std::shared_ptr<const ShaderProgram>& shown, std::uint64_t revision,
-              const Transport& transport, std::optional<int> divisor = 1) {
+              const Transport& transport, std::optional<int> divisor = 1,
+              double longestFrame = FrameTimes::defaultLongestFrame) {
         live.show(std::make_shared<const LiveRecord>(
             LiveRecord{.device = device,
                        .program = shown,
@@ -32,7 +33,8 @@ class LivePictureTest : public DeviceTest {
                        .transport = transport,
                        .settings = std::make_shared<const Settings>(),
                        .size = size,
-                       .divisor = divisor}));
+                       .divisor = divisor,
+                       .longestFrame = longestFrame}));
     }
 
     // The first news for which `holds`; fails after half a minute.
@@ -178,6 +180,19 @@ TEST_F(LivePictureTest, reportsAnEndlessLoopAndDrawsTheNextProgram) {
     const LiveNews said = waitForFrame(2, 1);
     EXPECT_FALSE(said.hitLoopBudget);
     EXPECT_TRUE(said.failure.empty());
+}
+
+// A frame of several tenths of a second; once it may take longer, the same program is drawn.
+TEST_F(LivePictureTest, stopsAFrameThatTakesLongerThanTheUserAllows) {
+    const auto slow = shading("float x = uv.x;\n"
+                              "for (int i = 0; i < 30000; ++i) x = fract(sin(x + u.time) * 9.7);\n"
+                              "return float4(x);");
+    const Transport paused = Transport{}.sought(1, 0);
+    show(slow, 1, paused, 1, 0.05);
+    EXPECT_EQ(waitFor([](const LiveNews& said) { return said.isTooSlow; }).failure,
+              "The shader takes too long.");
+    show(slow, 2, paused);
+    EXPECT_EQ(waitForFrame(2, 1).failure, "");
 }
 
 } // namespace

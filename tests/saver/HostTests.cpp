@@ -186,11 +186,14 @@ TEST_F(Host, saysThatAShaderTakesTooLongAndEndsAllTheSame) {
     const TestBundle files(endless);
     const std::string message = "The shader takes too long.";
     const std::string picture = files.folder() + "/last.png";
-    ProgramRun offscreen({"--offscreen", "60", "--bundle", files.folder(), "-o", picture}, {});
+    ProgramRun offscreen(
+        {"--offscreen", "60", "--longest-frame", "1", "--bundle", files.folder(), "-o", picture},
+        {});
     EXPECT_EQ(offscreen.waitForEnd(60), 1);
     EXPECT_TRUE(offscreen.said().starts_with(message + "\n")) << offscreen.said();
 
-    ProgramRun run({"--bundle", files.folder(), "--size", "640x480"}, environment());
+    ProgramRun run({"--bundle", files.folder(), "--size", "640x480", "--longest-frame", "1"},
+                   environment());
     const auto window = display.waitForWindow();
     ASSERT_TRUE(window) << run.said();
     ASSERT_TRUE(eventually([&] { return run.said() == message + "\n"; }, 60)) << run.said();

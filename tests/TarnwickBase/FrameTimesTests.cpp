@@ -1,4 +1,4 @@
-#include "TarnwickRender/Targets/FrameTimes.h"
+#include "TarnwickBase/FrameTimes.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +11,10 @@ TEST(FrameTimes, areTooLongWithOneVeryLongFrameOrLoopsThatNeverEnd) {
         slow.add(10, false); // a heavy episode on a small machine is shown
     EXPECT_FALSE(slow.areTooLong(19));
     EXPECT_TRUE(slow.areTooLong(20));
+
+    slow.setLongestFrame(3);
+    EXPECT_FALSE(slow.areTooLong(2.9));
+    EXPECT_TRUE(slow.areTooLong(3));
 
     FrameTimes quick;
     for (int frame = 0; frame < 1000; ++frame)
@@ -28,6 +32,10 @@ TEST(FrameTimes, areTooLongWithOneVeryLongFrameOrLoopsThatNeverEnd) {
     EXPECT_TRUE(endless.areTooLong(1, true));
     endless.add(1, true);
     EXPECT_TRUE(endless.areTooLong());
+    endless.restart();
+    endless.setLongestFrame(2); // less than what endless loops may take
+    EXPECT_FALSE(endless.areTooLong(1.9, true));
+    EXPECT_TRUE(endless.areTooLong(2, true));
 }
 
 } // namespace
