@@ -58,6 +58,6 @@ float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Trails t) { re
 END
 hostile 1 '^tarnwick: 4000000 particles of 64016 bytes are too many for ' particles
 # Time of drawing.
-body "float s = 0.0; $(awk 'BEGIN { for (i = 0; i < 20; ++i) printf "for (int i%d = 0; i%d < 100; ++i%d) ", i, i, i }') s += sin(s); uv.x = s;" >loops.metal
-hostile 0 'A loop of loops.metal ran for too long and was stopped' loops
+body 'float s = uv.x; while (s > -1.0) while (s > -2.0) s = fract(s * 1.37 + u.time); uv.x = s;' >endless.metal
+hostile 0 'A loop of endless.metal ran for too long and was stopped' endless
 finish
