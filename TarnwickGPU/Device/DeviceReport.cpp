@@ -18,7 +18,7 @@ struct Row {
 // The features whose absence a user notices.
 constexpr std::array rows{
     Row{&DeviceFeatures::presents, "pictures in windows"},
-    Row{&DeviceFeatures::sums, "sums of 64 bits, with which many points are drawn faster"},
+    Row{&DeviceFeatures::wideSums, "sums of 64 bits, with which many points are drawn faster"},
     Row{&DeviceFeatures::addsFloatsInBuffers, "atomic additions of floats"},
     Row{&DeviceFeatures::ordersFragments, "raster order groups"},
     Row{&DeviceFeatures::textureAtomics64, "atomic operations of 64 bits on textures"},

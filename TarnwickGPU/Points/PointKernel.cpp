@@ -17,7 +17,6 @@ using namespace spirv;
 namespace {
 
 constexpr std::uint32_t wordsOfADraw = 4, instancesOfADraw = 1; // VkDrawIndirectCommand's
-constexpr std::uint32_t deviceScope = 1, relaxed = 0;           // SPIR-V 1.6, 3.27 and 3.25
 
 // Twice the range of halves: adding such a colour to any finite half still overflows to infinity.
 constexpr float mostColor = 131072;
@@ -184,7 +183,8 @@ class Kernel {
     const std::optional<FragmentPart>& fragment_;
     PointBody body_;
     PointRecordVariable record_;
-    Id draws_, wide_ = 0, sums_ = 0;
+    Id draws_;
+    std::optional<SumNumbers> sums_;
 };
 
 void Kernel::runVertex(Id index) {
@@ -288,11 +288,8 @@ void Kernel::addToSums(Id x, Id y) {
     const Id row = body_.emit(spv::Op::OpIMul, body_.word,
                               {integer(y), record_.word(body_, PointMember::rowPixels)});
     const Id pixel = body_.emit(spv::Op::OpIMul, body_.word, {sum(row, integer(x)), word(4)});
-    for (std::uint32_t at = 0; at < 4; ++at) {
-        const Id part = body_.emit(spv::Op::OpConvertFToS, wide_, {lane(whole, at)});
-        const Id place = body_.placeIn(sums_, wide_, sum(pixel, word(at)));
-        body_.emit(spv::Op::OpAtomicIAdd, wide_, {place, word(deviceScope), word(relaxed), part});
-    }
+    for (std::uint32_t at = 0; at < 4; ++at)
+        sums_->add(sum(pixel, word(at)), lane(whole, at));
     body_.branch(done);
     body_.begin(done);
 }
@@ -342,10 +339,7 @@ void Kernel::splat(const PointSquare& square) {
 void Kernel::drawPoint(Id index, const PointSquare& square) {
     if (!fragment_)
         return noteBlock(index, square);
-    wide_ = code_.integer(64);
-    sums_ = numbersBuffer(code_, wide_, 8, needs_.sumsBinding);
-    code_.require(spv::Capability::Int64);
-    code_.require(spv::Capability::Int64Atomics);
+    sums_.emplace(code_, body_, needs_.sumsBinding, needs_.sumForm);
     const Id isSmall = body_.emit(spv::Op::OpFOrdLessThanEqual, body_.boolean,
                                   {square.size, one(PointMember::sizes, 0)});
     const Id small = body_.label(), large = body_.label(), done = body_.label();

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "TarnwickGPU/Pipeline.h"
+#include "TarnwickGPU/Points/SumNumbers.h"
 #include "TarnwickMSL/EntryPoint.h"
 #include "TarnwickSpirv/Module.h"
 
@@ -30,6 +31,7 @@ struct PointKernelNeeds {
         color; // of a target that adds, by factors of 0, 1 or the source's alpha
     std::uint32_t drawsBinding = 0; // VkDrawIndirectCommands; the kernel sets their instanceCount
     std::uint32_t sumsBinding = 0;
+    SumForm sumForm = SumForm::integers;
 };
 
 // SPIR-V. Nothing if a function has instructions that kernels do not support.
@@ -38,6 +40,6 @@ std::optional<spirv::Words> pointKernel(const PointKernelNeeds& needs);
 // The functions that add the sums, a buffer at binding 0, to the target and clear them. They are in
 // PointSumsCode.cpp.
 spirv::Words sumsVertex();
-spirv::Words sumsFragment();
+spirv::Words sumsFragment(SumForm form);
 
 } // namespace tarnwick::gpu

@@ -100,6 +100,10 @@ VkResult makeKernel(const DeviceState& device, const Words& words, PipelineWithL
                                     &kernel.pipeline);
 }
 
+SumForm sumForm(const DeviceState& device) {
+    return device.record.features.wideSums ? SumForm::integers : SumForm::words;
+}
+
 // Leaves `kernel` empty if the functions have instructions that kernels do not support.
 VkResult makeKernel(DeviceState& device, const RenderPipelineDescriptor& descriptor,
                     const Functions& functions, bool splats, PipelineWithLayout& kernel) {
@@ -109,7 +113,8 @@ VkResult makeKernel(DeviceState& device, const RenderPipelineDescriptor& descrip
                                     .fragment = splats ? functions[1] : nullptr,
                                     .color = descriptor.color,
                                     .drawsBinding = binding,
-                                    .sumsBinding = binding + 1});
+                                    .sumsBinding = binding + 1,
+                                    .sumForm = sumForm(device)});
     if (!words)
         return VK_SUCCESS;
     auto layout =
@@ -136,7 +141,7 @@ VkResult makeSums(DeviceState& device, const RenderPipelineDescriptor& descripto
         resource.own = sumsBuffer;
     ColorAttachmentDescriptor adds = descriptor.color;
     adds.sourceRGB = adds.sourceAlpha = BlendFactor::one;
-    const Words vertex = sumsVertex(), fragment = sumsFragment();
+    const Words vertex = sumsVertex(), fragment = sumsFragment(sumForm(device));
     return makeGraphicsPipeline(device,
                                 {.vertex = vertex,
                                  .fragment = fragment,

@@ -27,13 +27,11 @@ Words sumsVertex() {
     return code.finish(spv::ExecutionModel::Vertex);
 }
 
-Words sumsFragment() {
+Words sumsFragment(SumForm form) {
     Module code;
     PointBody body(code);
     const PointRecordVariable record(code);
-    const Id wide = code.integer(64);
-    code.require(spv::Capability::Int64);
-    const Id sums = numbersBuffer(code, wide, 8, 0);
+    SumNumbers sums(code, body, 0, form);
     const Id given = code.builtIn(spv::BuiltIn::FragCoord, spv::StorageClass::Input, body.numbers4);
     const Id color = code.variable(spv::StorageClass::Output, body.numbers4);
     code.decorate(color, spv::Decoration::Location, {0});
@@ -48,13 +46,8 @@ Words sumsFragment() {
     const Id pixel = number(spv::Op::OpIMul, number(spv::Op::OpIAdd, row, word(0)),
                             code.constant(body.word, 4u));
     std::array<Id, 4> parts{};
-    for (std::uint32_t lane = 0; lane < 4; ++lane) {
-        const Id index = number(spv::Op::OpIAdd, pixel, code.constant(body.word, lane));
-        const Id place = body.placeIn(sums, wide, index);
-        parts[lane] = body.emit(spv::Op::OpConvertSToF, body.number,
-                                {body.emit(spv::Op::OpLoad, wide, {place})});
-        body.store(place, code.null(wide));
-    }
+    for (std::uint32_t lane = 0; lane < 4; ++lane)
+        parts[lane] = sums.take(number(spv::Op::OpIAdd, pixel, code.constant(body.word, lane)));
     const Id whole = body.emit(spv::Op::OpCompositeConstruct, body.numbers4,
                                {parts[0], parts[1], parts[2], parts[3]});
     const Id undo = body.part(record.pair(body, PointMember::rounding), body.number, 1);

@@ -169,9 +169,9 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
         .addsFloatsInBuffers = chain.atomicFloat.shaderBufferFloat32AtomicAdd == VK_TRUE,
         .ordersFragments = chain.interlock.fragmentShaderPixelInterlock == VK_TRUE,
         .multiDraws = had.core.features.multiDrawIndirect == VK_TRUE,
-        .sums = had.core.features.shaderInt64 == VK_TRUE &&
-                had.vulkan12.shaderBufferInt64Atomics == VK_TRUE &&
-                had.core.features.fragmentStoresAndAtomics == VK_TRUE,
+        .sums = had.core.features.fragmentStoresAndAtomics == VK_TRUE,
+        .wideSums = had.core.features.shaderInt64 == VK_TRUE &&
+                    had.vulkan12.shaderBufferInt64Atomics == VK_TRUE,
         .largePoints = had.core.features.largePoints == VK_TRUE,
         .addresses = had.vulkan12.bufferDeviceAddress == VK_TRUE,
         .mirrorClamp = had.vulkan12.samplerMirrorClampToEdge == VK_TRUE,

@@ -20,15 +20,16 @@ struct DeviceFeatures {
     bool addsFloatsInBuffers = false; // of VK_EXT_shader_atomic_float
     bool ordersFragments = false;     // of VK_EXT_fragment_shader_interlock
     bool multiDraws = false;          // an indirect command may have several draws
-    bool sums = false;             // atomic additions of 64 bits, and stores in fragment functions
-    bool largePoints = false;      // larger than a pixel
-    bool addresses = false;        // bufferDeviceAddress
-    bool mirrorClamp = false;      // samplerMirrorClampToEdge
-    bool instanceRates = false;    // of VK_EXT_vertex_attribute_divisor
-    bool textureAtomics64 = false; // of VK_EXT_shader_image_atomic_int64
-    bool readsTargets = false;     // a draw may read its targets (ColorInputs.h)
-    bool twoSources = false;       // dualSrcBlend
-    bool independentBlend = false; // each target may blend in its own way
+    bool sums = false;                // stores in fragment functions
+    bool wideSums = false;            // atomic additions of 64 bits
+    bool largePoints = false;         // larger than a pixel
+    bool addresses = false;           // bufferDeviceAddress
+    bool mirrorClamp = false;         // samplerMirrorClampToEdge
+    bool instanceRates = false;       // of VK_EXT_vertex_attribute_divisor
+    bool textureAtomics64 = false;    // of VK_EXT_shader_image_atomic_int64
+    bool readsTargets = false;        // a draw may read its targets (ColorInputs.h)
+    bool twoSources = false;          // dualSrcBlend
+    bool independentBlend = false;    // each target may blend in its own way
     // Types of shaders, in registers and in buffers of all kinds.
     bool int8 = false, int16 = false, int64 = false, float16 = false;
     VkShaderStageFlags groupStages = 0;      // whose functions may use SIMD-groups

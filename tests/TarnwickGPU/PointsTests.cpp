@@ -117,12 +117,14 @@ struct Way {
     const char* name;
     PointTraits traits;
     std::size_t count = 0; // of points, so that a kernel adds them
+    bool hasWideSums = true;
 };
 
 std::vector<Way> ways(const PointTraits& real) {
     const std::size_t many = std::size_t{width} * height / 16;
     return {{"this device", real},
             {"this device, many points", real, many},
+            {"sums in words", real, many, false},
             {"points and quads", {.largest = 255, .dropsOutside = false}},
             {"points that drop outside", {.largest = 255, .dropsOutside = true}},
             {"quads", {.largest = 0.25f, .dropsOutside = true}}};
@@ -189,12 +191,16 @@ struct Points : Gpu {
     // Calls check(way) with the device drawing points by each way.
     template <typename Check> void eachWay(const Check& check) {
         PointTraits& traits = device->state().record.points;
+        bool& wideSums = device->state().record.features.wideSums;
         const PointTraits real = traits;
+        const bool hadWideSums = wideSums;
         for (const Way& way : ways(real)) {
             traits = way.traits;
+            wideSums = hadWideSums && way.hasWideSums;
             check(way);
         }
         traits = real;
+        wideSums = hadWideSums;
     }
 
     std::unique_ptr<Library> library;
