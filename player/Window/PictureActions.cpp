@@ -72,7 +72,7 @@ void PictureActions::addScales(Actions& actions) {
 }
 
 void PictureActions::addLongestFrames(Actions& actions) {
-    QMenu* longest = actions.submenu(ActionMenu::view, tr("&Longest frame"));
+    QMenu* longest = actions.submenu(ActionMenu::view, tr("Longest f&rame"));
     auto* choices = new QActionGroup(longest); // exclusive
     for (const double seconds : {2.0, 5.0, FrameTimes::defaultLongestFrame, 60.0, 600.0})
         addChoice(*choices,
