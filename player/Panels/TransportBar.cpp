@@ -5,7 +5,7 @@
 
 #include <QDoubleSpinBox>
 #include <QEvent>
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QPainter>
 #include <QPixmap>
@@ -18,6 +18,8 @@ namespace tarnwick::player {
 namespace {
 
 constexpr int ticks = Scrubber::ticks;
+constexpr int scrubberColumn = 4;
+constexpr int leastScrubber = 20;    // letters
 constexpr double longestShown = 1e7; // seconds on the slider, 115 days
 
 // "1:02.50 f 3750".
@@ -34,33 +36,35 @@ QString timeText(double time) {
 
 TransportBar::TransportBar(Player& player, QWidget* parent) : QWidget(parent), player_(player) {
     setLayoutDirection(Qt::LeftToRight); // of time, in every language of the window
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(6, 4, 6, 4);
-    row->addWidget(button(QStyle::SP_MediaSkipBackward, tr("Restart"), &TransportBar::restart));
-    row->addWidget(button(QStyle::SP_MediaSeekBackward, tr("Step back"), &TransportBar::stepBack));
+    rows_ = new QGridLayout(this);
+    rows_->setContentsMargins(6, 4, 6, 4);
+    rows_->setColumnStretch(scrubberColumn, 1);
+    int column = 0;
+    const auto add = [&](QWidget* widget) { rows_->addWidget(widget, 1, column++); };
+    add(button(QStyle::SP_MediaSkipBackward, tr("Restart"), &TransportBar::restart));
+    add(button(QStyle::SP_MediaSeekBackward, tr("Step back"), &TransportBar::stepBack));
     play_ = button(QStyle::SP_MediaPlay, tr("Play"), &TransportBar::togglePlaying);
-    row->addWidget(play_);
-    row->addWidget(
-        button(QStyle::SP_MediaSeekForward, tr("Step forward"), &TransportBar::stepForward));
+    add(play_);
+    add(button(QStyle::SP_MediaSeekForward, tr("Step forward"), &TransportBar::stepForward));
     position_ = new Scrubber;
     position_->setAccessibleName(tr("Time"));
-    row->addWidget(position_, 1);
+    add(position_);
     time_ = new QLabel;
     time_->setMinimumWidth(time_->fontMetrics().horizontalAdvance(timeText(5999.99)));
-    row->addWidget(time_);
+    add(time_);
     loop_ = new QToolButton;
     icons_.push_back({loop_, QStyle::SP_BrowserReload});
     loop_->setCheckable(true);
     loop_->setToolTip(tr("Repeat the loop range (L)"));
     loop_->setAccessibleName(tr("Loop"));
-    row->addWidget(loop_);
+    add(loop_);
     speed_ = new QDoubleSpinBox;
     speed_->setRange(-Transport::longestSpeed, Transport::longestSpeed);
     speed_->setSingleStep(0.25);
     speed_->setValue(1);
     speed_->setSuffix(QStringLiteral("\u00D7"));
     speed_->setAccessibleName(tr("Speed"));
-    row->addWidget(speed_);
+    add(speed_);
     connect(position_, &QSlider::valueChanged, this, [this](int value) {
         if (document_ != nullptr)
             change(document_->transport().sought(static_cast<double>(value) / ticks,
@@ -110,6 +114,24 @@ void TransportBar::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange)
         showIcons();
+}
+
+// In a narrow window the time has a row of its own.
+void TransportBar::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    int least = leastScrubber * fontMetrics().averageCharWidth();
+    for (int place = 0; place < rows_->count(); ++place)
+        if (const QLayoutItem* item = rows_->itemAt(place); item->widget() != position_)
+            least += item->sizeHint().width() + rows_->horizontalSpacing();
+    const bool isNarrow = width() < least;
+    if (isNarrow == isNarrow_)
+        return;
+    isNarrow_ = isNarrow;
+    rows_->removeWidget(position_);
+    if (isNarrow)
+        rows_->addWidget(position_, 0, 0, 1, rows_->columnCount());
+    else
+        rows_->addWidget(position_, 1, scrubberColumn);
 }
 
 void TransportBar::follow() {

@@ -11,6 +11,7 @@
 #include <vector>
 
 class QDoubleSpinBox;
+class QGridLayout;
 class QLabel;
 class QToolButton;
 
@@ -39,6 +40,7 @@ class TransportBar : public QWidget {
 
   protected:
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
   private:
     void follow();
@@ -54,6 +56,8 @@ class TransportBar : public QWidget {
 
     Player& player_;
     OpenDocument* document_ = nullptr;
+    QGridLayout* rows_;
+    bool isNarrow_ = false;
     std::vector<std::pair<QToolButton*, QStyle::StandardPixmap>> icons_;
     bool showsPause_ = false;
     QToolButton* play_ = nullptr;
