@@ -117,7 +117,10 @@ Status show(const HostOptions& options, const Bundle& bundle, std::ostream& out,
     if (options.withoutDisplay && !HostWindow::hasDisplay())
         return drawPicture(options, bundle, *options.withoutDisplay, out, errors);
     bool hasFailed = false;
-    auto say = [&](const std::string& sentence) { errors << terminalLines(sentence) << std::endl; };
+    // In one piece, so that a reader never sees a part of a line.
+    auto say = [&](const std::string& sentence) {
+        errors << terminalLines(sentence) + '\n' << std::flush;
+    };
     auto fail = [&](const std::string& failure) {
         say(failure);
         hasFailed = true;

@@ -152,8 +152,9 @@ TEST_F(Host, showsEachFailure) {
         const auto window = display.waitForWindow();
         ASSERT_TRUE(window);
         // The program says what it shows.
-        ASSERT_TRUE(eventually([&] { return run.said().starts_with(row.beginning); }))
-            << run.said();
+        ASSERT_TRUE(eventually([&] {
+            return run.said().starts_with(row.beginning) && run.said().ends_with('\n');
+        })) << run.said();
         std::string message = run.said();
         message.pop_back();
         expectFailureScreen(*window, message, row.preview ? 9 : 18);
