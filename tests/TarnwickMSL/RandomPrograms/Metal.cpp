@@ -8,15 +8,20 @@ constexpr const char* head = R"(#include <metal_stdlib>
 using namespace metal;
 )";
 
-constexpr const char* plainTail = R"(
+struct Tail {
+    const char *shared, *kernel, *fragment;
+};
+
+constexpr Tail plainTail{"", R"(
 kernel void trial_kernel(device uint* results [[buffer(0)]], uint i [[thread_position_in_grid]]) {
     results[i] = trial(trial_input(i));
 }
-
+)",
+                         R"(
 fragment Pixel trial_fragment(Corner corner [[stage_in]]) {
     return {trial(trial_input(uint(corner.position.y) * 16u + uint(corner.position.x)))};
 }
-)";
+)"};
 
 constexpr const char* worldHead = R"(struct World {
     device uint4* memory;
@@ -31,7 +36,7 @@ constexpr const char* worldHead = R"(struct World {
 };
 )";
 
-constexpr const char* worldTail = R"(
+constexpr Tail worldTail{R"(
 #define WORLD_ARGUMENTS device uint4* memory [[buffer(1)]], constant uint* words [[buffer(2)]], \
     texture1d<uint> line [[texture(0)]], texture2d<float> picture [[texture(1)]], \
     texture2d_array<half> sheets [[texture(2)]], texture3d<int> solid [[texture(3)]], \
@@ -39,19 +44,21 @@ constexpr const char* worldTail = R"(
     texture2d<uint, access::read_write> board [[texture(5)]]
 #define WORLD_OF(i) {memory + (i) * 256u, words, line, picture, sheets, solid, lines, board, \
     uint2((i) % 16u, (i) / 16u)}
-
+)",
+                         R"(
 kernel void trial_kernel(device uint* results [[buffer(0)]], WORLD_ARGUMENTS,
                          uint i [[thread_position_in_grid]]) {
     World world = WORLD_OF(i);
     results[i] = trial(trial_input(i), world);
 }
-
+)",
+                         R"(
 fragment Pixel trial_fragment(Corner corner [[stage_in]], WORLD_ARGUMENTS) {
     uint i = uint(corner.position.y) * 16u + uint(corner.position.x);
     World world = WORLD_OF(i);
     return {trial(trial_input(i), world)};
 }
-)";
+)"};
 
 constexpr const char* groupHead = R"(
 #define PHASE(phase) \
@@ -82,9 +89,11 @@ kernel void trial_kernel(device uint* results [[buffer(0)]],
 }
 )";
 
-constexpr const char* stages =
+constexpr const char* input =
     R"(uint trial_input(uint index) { return index < 64u ? index : index * 2654435761u; }
+)";
 
+constexpr const char* vertex = R"(
 struct Corner {
     float4 position [[position]];
 };
@@ -99,6 +108,11 @@ vertex Corner trial_vertex(uint id [[vertex_id]]) {
 }
 )";
 
+std::string textOf(const Tail& tail, Stages stages) {
+    return std::string(input) + tail.shared + (stages.kernel ? tail.kernel : "") +
+           (stages.fragment ? std::string(vertex) + tail.fragment : "");
+}
+
 } // namespace
 
 Form formOf(const std::string& body) {
@@ -107,12 +121,12 @@ Form formOf(const std::string& body) {
     return body.find("World world") != std::string::npos ? Form::world : Form::plain;
 }
 
-std::string metalSource(const std::string& body) {
+std::string metalSource(const std::string& body, Stages stages) {
     switch (formOf(body)) {
     case Form::plain:
-        return head + body + stages + plainTail;
+        return head + body + textOf(plainTail, stages);
     case Form::world:
-        return std::string(head) + worldHead + body + stages + worldTail;
+        return std::string(head) + worldHead + body + textOf(worldTail, stages);
     case Form::group:
         return std::string(head) + groupHead + body + groupTail;
     }

@@ -30,10 +30,16 @@ constexpr std::uint32_t constantWord(std::uint32_t index) {
 enum class Form : std::uint8_t { plain, world, group };
 Form formOf(const std::string& body);
 
-// The whole program: `trial_kernel` writes uint values to buffer 0, and the number of threads of a
-// SIMD-group after them if the form is `group`. `trial_vertex` covers the target with one triangle,
-// `trial_fragment` gives color(0) as uint. Buffer 1 is memory (world) or counters (group), buffer 2
-// has the constant words; textures 0 to 5 are those of worldTextures (Trial.cpp).
-std::string metalSource(const std::string& body);
+// Where programs run. Those of groups run in a kernel, whatever the stages.
+struct Stages {
+    bool kernel = true, fragment = true;
+};
+
+// The whole program of those stages: `trial_kernel` writes uint values to buffer 0, and the number
+// of threads of a SIMD-group after them if the form is `group`. `trial_vertex` covers the target
+// with one triangle, `trial_fragment` gives color(0) as uint. Buffer 1 is memory (world) or
+// counters (group), buffer 2 has the constant words; textures 0 to 5 are those of worldTextures
+// (Trial.cpp).
+std::string metalSource(const std::string& body, Stages stages = {});
 
 } // namespace tarnwick::trials

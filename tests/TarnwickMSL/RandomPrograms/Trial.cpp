@@ -72,12 +72,13 @@ std::vector<WorldTexture> worldTextures() {
 
 } // namespace
 
-std::unique_ptr<Trial> Trial::make(const msl::Target& target) {
+std::unique_ptr<Trial> Trial::make(std::optional<msl::Target> target) {
     auto device = gpu::Device::systemDefault();
     auto queue = device ? device->newCommandQueue() : nullptr;
     if (!queue)
         return nullptr;
-    return std::unique_ptr<Trial>(new Trial(std::move(device), std::move(queue), target));
+    return std::unique_ptr<Trial>(
+        new Trial(device, std::move(queue), target.value_or(device->compilerTarget())));
 }
 
 Trial::Trial(std::shared_ptr<gpu::Device> device, std::unique_ptr<gpu::CommandQueue> queue,
@@ -109,8 +110,8 @@ Outcome Trial::run(const std::string& body, Stages stages) {
     Outcome outcome;
     try {
         // However busy the machine is with other work.
-        msl::Compilation compilation =
-            msl::compile(metalSource(body), {.limit = std::chrono::minutes(2), .target = target_});
+        msl::Compilation compilation = msl::compile(
+            metalSource(body, stages), {.limit = std::chrono::minutes(2), .target = target_});
         if (compilation.failed)
             throw Refused(compilation.messages);
         const auto library = device_->newLibrary(std::move(compilation.entryPoints));

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,11 +22,6 @@ struct Outcome {
     std::string problem;         // empty when it ran
 };
 
-// Where programs run.
-struct Stages {
-    bool kernel = true, fragment = true;
-};
-
 // Fills the trialInputs numbers of a program, which Native.h counts from 0.
 using NativeTrial =
     std::function<void(std::uint64_t program, std::uint32_t simdWidth, std::uint32_t* results)>;
@@ -33,11 +29,11 @@ using NativeTrial =
 // Not for several threads. Blocks while the GPU works.
 class Trial {
   public:
-    // Null without a device. Programs are compiled for the target.
-    static std::unique_ptr<Trial> make(const msl::Target& target = {});
+    // Null without a device. Programs are compiled for the target, by default the device's own.
+    static std::unique_ptr<Trial> make(std::optional<msl::Target> target = {});
     const gpu::DeviceInfo& device() const { return device_->info(); }
 
-    // Runs a program's text; see Metal.h. Programs of groups run in a kernel, whatever the stages.
+    // Runs a program's text; see Metal.h.
     Outcome run(const std::string& body, Stages stages = {});
 
     // Empty where the GPU agrees with native code on every input in the stages, otherwise what
