@@ -1,15 +1,12 @@
 #include "TarnwickPlatform/Cameras/Cameras.h"
 
+#include "TarnwickPlatform/Libav/Libav.h"
+
 #include <linux/videodev2.h>
 #include <sys/ioctl.h>
 
 #include <fcntl.h>
 #include <unistd.h>
-
-extern "C" {
-#include <libavdevice/avdevice.h>
-}
-
 #include <utility>
 
 namespace tarnwick {
@@ -48,7 +45,11 @@ std::vector<Camera> allCameras() {
 }
 
 std::unique_ptr<MediaReader> openCamera(const std::filesystem::path& device, MediaUse use) {
-    avdevice_register_all();
+    try {
+        registerLibavDevices();
+    } catch (const LibavError& error) {
+        throw MediaError(error.what());
+    }
     return MediaReader::openDevice("v4l2", device, std::move(use));
 }
 

@@ -1,15 +1,11 @@
 #include "TarnwickPlatform/Media/PictureScaler.h"
 
+#include "TarnwickPlatform/Libav/Libav.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <utility>
-
-extern "C" {
-#include <libavutil/frame.h>
-#include <libavutil/pixdesc.h>
-#include <libswscale/swscale.h>
-}
 
 namespace tarnwick {
 namespace {
@@ -70,27 +66,28 @@ void turnInto(Picture& turned, const Picture& picture, int quarterTurns) {
 } // namespace
 
 PictureScaler::~PictureScaler() {
-    sws_freeContext(context_);
+    libav().sws_freeContext(context_);
 }
 
 bool PictureScaler::convert(const AVFrame& frame, int quarterTurns, Picture& picture) {
     if (frame.width < 1 || frame.height < 1)
         return false;
     const Side size = fitted(frame.width, frame.height, longestSide_);
-    context_ = sws_getCachedContext(
+    context_ = libav().sws_getCachedContext(
         context_, frame.width, frame.height, static_cast<AVPixelFormat>(frame.format), size.width,
         size.height, AV_PIX_FMT_BGRA, SWS_BILINEAR | SWS_ACCURATE_RND, nullptr, nullptr, nullptr);
     if (context_ == nullptr)
         return false;
     constexpr int one = 1 << 16; // of contrast and saturation, in 16.16 fixed point
-    sws_setColorspaceDetails(context_, sws_getCoefficients(matrixOf(frame)), hasFullRange(frame),
-                             sws_getCoefficients(SWS_CS_DEFAULT), 1, 0, one, one);
+    libav().sws_setColorspaceDetails(context_, libav().sws_getCoefficients(matrixOf(frame)),
+                                     hasFullRange(frame),
+                                     libav().sws_getCoefficients(SWS_CS_DEFAULT), 1, 0, one, one);
     Picture& target = quarterTurns == 0 ? picture : unturned_;
     resize(target, size.width, size.height);
     const std::array<std::uint8_t*, 4> planes{target.bytes.data()};
     const std::array<int, 4> strides{static_cast<int>(target.bytesPerRow)};
-    if (sws_scale(context_, frame.data, frame.linesize, 0, frame.height, planes.data(),
-                  strides.data()) < 0)
+    if (libav().sws_scale(context_, frame.data, frame.linesize, 0, frame.height, planes.data(),
+                          strides.data()) < 0)
         return false;
     if (quarterTurns != 0)
         turnInto(picture, unturned_, quarterTurns);

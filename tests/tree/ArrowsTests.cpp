@@ -136,7 +136,7 @@ struct Keeper {
     std::string_view folder;
     std::string_view other{}; // may know it too
 };
-constexpr std::array<Keeper, 17> keepers{{
+constexpr std::array<Keeper, 15> keepers{{
     {"clang/", "TarnwickMSL"},
     {"llvm/", "TarnwickMSL"},
     {"spirv-tools/", "TarnwickMSL"}, // SPIR-V itself is what it and TarnwickGPU share
@@ -146,11 +146,9 @@ constexpr std::array<Keeper, 17> keepers{{
     {"asio/", "TarnwickPlatform/Dispatch"},
     {"curl/", "TarnwickPlatform/Net"},
     {"png.h", "TarnwickPlatform/Pictures"},
-    {"libavcodec/", "TarnwickPlatform/Movie", "TarnwickPlatform/Media"},
-    {"libavformat/", "TarnwickPlatform/Movie", "TarnwickPlatform/Media"},
-    {"libavdevice/", "TarnwickPlatform/Cameras"},
+    {"libav", "TarnwickPlatform/Libav"},
     {"rtmidi/", "player/Control"},
-    {"libsw", "TarnwickPlatform/Movie", "TarnwickPlatform/Media"},
+    {"libsw", "TarnwickPlatform/Libav"},
     {"SDL", "TarnwickPlatform/Sound"},
     {"wayland-client", "saver/Wayland", "TarnwickGPU"},
     {"xcb/", "player/Window"},

@@ -28,43 +28,43 @@ class Decoder {
 
 Decoder::Decoder(const std::vector<std::byte>& parameterSets) {
     catchLibavWords();
-    const AVCodec* codec = avcodec_find_decoder(AV_CODEC_ID_HEVC);
+    const AVCodec* codec = libav().avcodec_find_decoder(AV_CODEC_ID_HEVC);
     if (!codec)
         throw MovieError("Decoder not found: hevc");
-    context.reset(throwingWhenNull(avcodec_alloc_context3(codec)));
+    context.reset(throwingWhenNull(libav().avcodec_alloc_context3(codec)));
     context->err_recognition = AV_EF_EXPLODE;
     context->extradata = throwingWhenNull(static_cast<std::uint8_t*>(
-        av_mallocz(parameterSets.size() + AV_INPUT_BUFFER_PADDING_SIZE)));
+        libav().av_mallocz(parameterSets.size() + AV_INPUT_BUFFER_PADDING_SIZE)));
     std::memcpy(context->extradata, parameterSets.data(), parameterSets.size());
     context->extradata_size = static_cast<int>(parameterSets.size());
-    throwingWhenNegative(avcodec_open2(context.get(), codec, nullptr));
+    throwingWhenNegative(libav().avcodec_open2(context.get(), codec, nullptr));
 }
 
 void Decoder::decode(const VideoPacket& packet, const PictureSink& sink) {
     catchLibavWords();
-    LibavOwner<AVPacket> made(throwingWhenNull(av_packet_alloc()));
-    throwingWhenNegative(av_new_packet(made.get(), static_cast<int>(packet.bytes.size())));
+    LibavOwner<AVPacket> made(throwingWhenNull(libav().av_packet_alloc()));
+    throwingWhenNegative(libav().av_new_packet(made.get(), static_cast<int>(packet.bytes.size())));
     std::memcpy(made->data, packet.bytes.data(), packet.bytes.size());
     made->pts = packet.frame;
-    throwingWhenNegative(avcodec_send_packet(context.get(), made.get()));
+    throwingWhenNegative(libav().avcodec_send_packet(context.get(), made.get()));
     drain(sink);
 }
 
 void Decoder::finish(const PictureSink& sink) {
     catchLibavWords();
-    throwingWhenNegative(avcodec_send_packet(context.get(), nullptr));
+    throwingWhenNegative(libav().avcodec_send_packet(context.get(), nullptr));
     drain(sink);
 }
 
 void Decoder::drain(const PictureSink& sink) {
-    const LibavOwner<AVFrame> frame(throwingWhenNull(av_frame_alloc()));
+    const LibavOwner<AVFrame> frame(throwingWhenNull(libav().av_frame_alloc()));
     for (;;) {
-        const int received = avcodec_receive_frame(context.get(), frame.get());
+        const int received = libav().avcodec_receive_frame(context.get(), frame.get());
         if (received == AVERROR(EAGAIN) || received == AVERROR_EOF)
             return;
         throwingWhenNegative(received);
         sink(copied(*frame), frame->pts);
-        av_frame_unref(frame.get());
+        libav().av_frame_unref(frame.get());
     }
 }
 

@@ -6,11 +6,6 @@
 #include <string>
 #include <thread>
 
-extern "C" {
-#include <libavutil/opt.h>
-#include <libavutil/pixdesc.h>
-}
-
 namespace tarnwick {
 
 namespace {
@@ -34,7 +29,7 @@ std::string optionsOf(const VideoSettings& settings) {
 // A frame that borrows the picture's memory and owns a reference to the picture until the encoder
 // releases the frame.
 LibavOwner<AVFrame> frameOf(std::shared_ptr<const PixelBuffer> picture, AVPixelFormat format) {
-    LibavOwner<AVFrame> frame(throwingWhenNull(av_frame_alloc()));
+    LibavOwner<AVFrame> frame(throwingWhenNull(libav().av_frame_alloc()));
     frame->format = format;
     frame->width = static_cast<int>(picture->width());
     frame->height = static_cast<int>(picture->height());
@@ -50,7 +45,7 @@ LibavOwner<AVFrame> frameOf(std::shared_ptr<const PixelBuffer> picture, AVPixelF
     auto bytes = static_cast<std::size_t>(picture->layout().bytes);
     std::uint8_t* address = frame->data[0];
     auto keep = std::make_unique<std::shared_ptr<const PixelBuffer>>(std::move(picture));
-    frame->buf[0] = throwingWhenNull(av_buffer_create(
+    frame->buf[0] = throwingWhenNull(libav().av_buffer_create(
         address, bytes,
         [](void* kept, std::uint8_t*) {
             delete static_cast<std::shared_ptr<const PixelBuffer>*>(kept);
@@ -89,7 +84,7 @@ PictureKind kindOf(const AVPacket& packet) {
     constexpr std::size_t typeOffset = 4;
     std::size_t size = 0;
     const std::uint8_t* statistics =
-        av_packet_get_side_data(&packet, AV_PKT_DATA_QUALITY_STATS, &size);
+        libav().av_packet_get_side_data(&packet, AV_PKT_DATA_QUALITY_STATS, &size);
     return statistics && size > typeOffset
                ? kindOf(static_cast<AVPictureType>(statistics[typeOffset]))
                : PictureKind::intra;
@@ -101,13 +96,13 @@ LibavEncoder::LibavEncoder(const VideoSettings& settings, const std::string& opt
     catchLibavWords();
     const VideoCodecRow& row = videoCodecRow(settings.codec);
     const AVCodec& codec = encoderNamed(row.encoder);
-    context.reset(throwingWhenNull(avcodec_alloc_context3(&codec)));
-    context->pix_fmt = av_get_pix_fmt(pixelFormatRow(row.pixelFormat).libavName);
+    context.reset(throwingWhenNull(libav().avcodec_alloc_context3(&codec)));
+    context->pix_fmt = libav().av_get_pix_fmt(pixelFormatRow(row.pixelFormat).libavName);
     describe(settings);
     AVDictionary* dictionary = nullptr;
-    throwingWhenNegative(av_dict_parse_string(&dictionary, options.c_str(), "=", ":", 0));
-    const int opened = avcodec_open2(context.get(), &codec, &dictionary);
-    av_dict_free(&dictionary);
+    throwingWhenNegative(libav().av_dict_parse_string(&dictionary, options.c_str(), "=", ":", 0));
+    const int opened = libav().avcodec_open2(context.get(), &codec, &dictionary);
+    libav().av_dict_free(&dictionary);
     throwingWhenNegative(opened);
 }
 
@@ -157,13 +152,13 @@ void LibavEncoder::send(std::shared_ptr<const PixelBuffer> picture, std::int64_t
     LibavOwner<AVFrame> wrapped = frameOf(std::move(picture), context->pix_fmt);
     wrapped->pts = frame - firstFrame;
     wrapped->pict_type = type;
-    throwingWhenNegative(avcodec_send_frame(context.get(), wrapped.get()));
+    throwingWhenNegative(libav().avcodec_send_frame(context.get(), wrapped.get()));
     drain(sink);
 }
 
 void LibavEncoder::finish(const VideoPacketSink& sink) {
     catchLibavWords();
-    throwingWhenNegative(avcodec_send_frame(context.get(), nullptr));
+    throwingWhenNegative(libav().avcodec_send_frame(context.get(), nullptr));
     drain(sink);
 }
 

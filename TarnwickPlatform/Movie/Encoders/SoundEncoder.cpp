@@ -23,18 +23,18 @@ SoundEncoder::SoundEncoder(const AudioSettings& settings) : session(std::make_un
     session->leadIn = settings.leadIn;
     session->sent = -settings.leadIn;
     session->end = settings.length.value_or(session->end);
-    const AVCodec* codec = avcodec_find_encoder_by_name("aac");
+    const AVCodec* codec = libav().avcodec_find_encoder_by_name("aac");
     if (!codec)
         throw MovieError("Encoder not found: aac");
-    session->context.reset(throwingWhenNull(avcodec_alloc_context3(codec)));
+    session->context.reset(throwingWhenNull(libav().avcodec_alloc_context3(codec)));
     AVCodecContext& context = *session->context;
     context.sample_rate = static_cast<int>(settings.sampleRate);
     context.time_base = {1, context.sample_rate};
     context.bit_rate = settings.bitRate;
     context.sample_fmt = AV_SAMPLE_FMT_FLTP;
-    av_channel_layout_default(&context.ch_layout, static_cast<int>(settings.channels));
+    libav().av_channel_layout_default(&context.ch_layout, static_cast<int>(settings.channels));
     context.flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
-    throwingWhenNegative(avcodec_open2(&context, codec, nullptr));
+    throwingWhenNegative(libav().avcodec_open2(&context, codec, nullptr));
 }
 
 SoundEncoder::~SoundEncoder() = default;
@@ -55,26 +55,26 @@ void SoundEncoder::finish(const SoundPacketSink& sink) {
     catchLibavWords();
     if (!session->waiting.empty())
         session->send(session->waiting, sink);
-    throwingWhenNegative(avcodec_send_frame(session->context.get(), nullptr));
+    throwingWhenNegative(libav().avcodec_send_frame(session->context.get(), nullptr));
     session->drain(sink);
 }
 
 void SoundEncoder::Session::send(std::span<const float> samples, const SoundPacketSink& sink) {
     const auto channels = static_cast<std::size_t>(context->ch_layout.nb_channels);
     const std::size_t count = samples.size() / channels;
-    LibavOwner<AVFrame> frame(throwingWhenNull(av_frame_alloc()));
+    LibavOwner<AVFrame> frame(throwingWhenNull(libav().av_frame_alloc()));
     frame->format = context->sample_fmt;
     frame->nb_samples = static_cast<int>(count);
     frame->pts = sent;
-    throwingWhenNegative(av_channel_layout_copy(&frame->ch_layout, &context->ch_layout));
-    throwingWhenNegative(av_frame_get_buffer(frame.get(), 0));
+    throwingWhenNegative(libav().av_channel_layout_copy(&frame->ch_layout, &context->ch_layout));
+    throwingWhenNegative(libav().av_frame_get_buffer(frame.get(), 0));
     for (std::size_t channel = 0; channel < channels; ++channel) {
         auto* plane = reinterpret_cast<float*>(frame->extended_data[channel]);
         for (std::size_t index = 0; index < count; ++index)
             plane[index] = samples[index * channels + channel];
     }
     sent += static_cast<std::int64_t>(count);
-    throwingWhenNegative(avcodec_send_frame(context.get(), frame.get()));
+    throwingWhenNegative(libav().avcodec_send_frame(context.get(), frame.get()));
     drain(sink);
 }
 

@@ -28,25 +28,25 @@ struct MovieFile::Container {
 MovieFile::Container::Container(const std::filesystem::path& file, MovieFileType type) {
     catchLibavWords();
     const char* name = type == MovieFileType::quickTime ? "mov" : "mp4";
-    throwingWhenNegative(
-        avformat_alloc_output_context2(&context, nullptr, name, ("file:" + file.string()).c_str()));
+    throwingWhenNegative(libav().avformat_alloc_output_context2(&context, nullptr, name,
+                                                                ("file:" + file.string()).c_str()));
     // Writes neither the time nor the library's version, so that the same frames give the same
     // file.
     context->flags |= AVFMT_FLAG_BITEXACT;
-    const int opened = avio_open(&context->pb, context->url, AVIO_FLAG_WRITE);
+    const int opened = libav().avio_open(&context->pb, context->url, AVIO_FLAG_WRITE);
     if (opened >= 0)
         return;
-    avformat_free_context(context);
+    libav().avformat_free_context(context);
     throwingWhenNegative(opened);
 }
 
 MovieFile::Container::~Container() {
-    avio_closep(&context->pb);
-    avformat_free_context(context);
+    libav().avio_closep(&context->pb);
+    libav().avformat_free_context(context);
 }
 
 AVStream* MovieFile::Container::addStream() {
-    return throwingWhenNull(avformat_new_stream(context, nullptr));
+    return throwingWhenNull(libav().avformat_new_stream(context, nullptr));
 }
 
 namespace {
@@ -55,7 +55,7 @@ void setConfiguration(AVCodecParameters& parameters, std::span<const std::byte> 
     if (configuration.empty())
         return;
     parameters.extradata = throwingWhenNull(static_cast<std::uint8_t*>(
-        av_mallocz(configuration.size() + AV_INPUT_BUFFER_PADDING_SIZE)));
+        libav().av_mallocz(configuration.size() + AV_INPUT_BUFFER_PADDING_SIZE)));
     std::memcpy(parameters.extradata, configuration.data(), configuration.size());
     parameters.extradata_size = static_cast<int>(configuration.size());
 }
@@ -63,25 +63,26 @@ void setConfiguration(AVCodecParameters& parameters, std::span<const std::byte> 
 // The movie's time scale, in which edit lists are, has whole numbers for frames and samples.
 AVDictionary* muxerOptions(std::int64_t framesPerSecond, std::int64_t sampleRate) {
     AVDictionary* options = nullptr;
-    av_dict_set_int(&options, "movie_timescale", std::lcm(framesPerSecond, sampleRate), 0);
-    av_dict_set(&options, "movflags", "+faststart+write_colr", 0);
-    av_dict_set_int(&options, "video_track_timescale", framesPerSecond * 1000, 0);
+    libav().av_dict_set_int(&options, "movie_timescale", std::lcm(framesPerSecond, sampleRate), 0);
+    libav().av_dict_set(&options, "movflags", "+faststart+write_colr", 0);
+    libav().av_dict_set_int(&options, "video_track_timescale", framesPerSecond * 1000, 0);
     return options;
 }
 
 void setChapters(AVFormatContext& context, const std::vector<MovieChapter>& chapters) {
     if (chapters.empty())
         return;
-    context.chapters =
-        throwingWhenNull(static_cast<AVChapter**>(av_calloc(chapters.size(), sizeof(AVChapter*))));
+    context.chapters = throwingWhenNull(
+        static_cast<AVChapter**>(libav().av_calloc(chapters.size(), sizeof(AVChapter*))));
     constexpr double ticks = 1000;
     for (const MovieChapter& chapter : chapters) {
-        auto* made = throwingWhenNull(static_cast<AVChapter*>(av_mallocz(sizeof(AVChapter))));
+        auto* made =
+            throwingWhenNull(static_cast<AVChapter*>(libav().av_mallocz(sizeof(AVChapter))));
         context.chapters[context.nb_chapters++] = made;
         made->id = context.nb_chapters;
         made->time_base = {1, static_cast<int>(ticks)};
         made->start = std::llround(chapter.start * ticks);
-        av_dict_set(&made->metadata, "title", chapter.title.c_str(), 0);
+        libav().av_dict_set(&made->metadata, "title", chapter.title.c_str(), 0);
     }
 }
 
@@ -143,7 +144,7 @@ void MovieFile::addSound(const AudioSettings& settings, const SoundFormat& forma
     parameters.sample_rate = static_cast<int>(settings.sampleRate);
     parameters.frame_size = static_cast<int>(format.samplesPerPacket);
     parameters.initial_padding = static_cast<int>(format.priming);
-    av_channel_layout_default(&parameters.ch_layout, static_cast<int>(settings.channels));
+    libav().av_channel_layout_default(&parameters.ch_layout, static_cast<int>(settings.channels));
     setConfiguration(parameters, format.configuration);
     stream->time_base = {1, static_cast<int>(settings.sampleRate)};
 }
@@ -152,11 +153,12 @@ void MovieFile::begin(std::int64_t firstFrame) {
     catchLibavWords();
     container->firstFrame = firstFrame;
     if (firstFrame > 0)
-        av_dict_set(&container->context->metadata, "comment",
-                    (std::string(firstFrameComment) + std::to_string(firstFrame)).c_str(), 0);
+        libav().av_dict_set(&container->context->metadata, "comment",
+                            (std::string(firstFrameComment) + std::to_string(firstFrame)).c_str(),
+                            0);
     AVDictionary* options = muxerOptions(container->framesPerSecond, container->sampleRate);
-    const int begun = avformat_write_header(container->context, &options);
-    av_dict_free(&options);
+    const int begun = libav().avformat_write_header(container->context, &options);
+    libav().av_dict_free(&options);
     throwingWhenNegative(begun);
 }
 
@@ -166,12 +168,13 @@ void MovieFile::Container::write(std::span<const std::byte> bytes, AVPacket& pac
     // Borrowed: the muxer copies what it keeps.
     packet.data = reinterpret_cast<std::uint8_t*>(const_cast<std::byte*>(bytes.data()));
     packet.size = static_cast<int>(bytes.size());
-    av_packet_rescale_ts(&packet, timeBase, context->streams[packet.stream_index]->time_base);
-    throwingWhenNegative(av_write_frame(context, &packet));
+    libav().av_packet_rescale_ts(&packet, timeBase,
+                                 context->streams[packet.stream_index]->time_base);
+    throwingWhenNegative(libav().av_write_frame(context, &packet));
 }
 
 void MovieFile::write(const VideoPacket& packet) {
-    LibavOwner<AVPacket> made(throwingWhenNull(av_packet_alloc()));
+    LibavOwner<AVPacket> made(throwingWhenNull(libav().av_packet_alloc()));
     made->stream_index = container->video->index;
     made->pts = packet.frame - container->firstFrame;
     made->dts = container->packets++ - container->delay;
@@ -182,7 +185,7 @@ void MovieFile::write(const VideoPacket& packet) {
 }
 
 void MovieFile::write(const SoundPacket& packet) {
-    LibavOwner<AVPacket> made(throwingWhenNull(av_packet_alloc()));
+    LibavOwner<AVPacket> made(throwingWhenNull(libav().av_packet_alloc()));
     made->stream_index = container->sound->index;
     made->pts = made->dts = packet.sample;
     made->duration = packet.duration;
@@ -197,10 +200,10 @@ void MovieFile::finish(const std::vector<MovieChapter>& chapters) {
     setChapters(*container->context, chapters);
     endChapters(*container->context, static_cast<double>(container->packets) /
                                          static_cast<double>(container->framesPerSecond));
-    throwingWhenNegative(av_write_trailer(container->context));
-    avio_flush(container->context->pb);
+    throwingWhenNegative(libav().av_write_trailer(container->context));
+    libav().avio_flush(container->context->pb);
     throwingWhenNegative(container->context->pb->error);
-    throwingWhenNegative(avio_closep(&container->context->pb));
+    throwingWhenNegative(libav().avio_closep(&container->context->pb));
 }
 
 } // namespace tarnwick

@@ -14,7 +14,7 @@ struct MoviePart::Container {
     AVStream* sound = nullptr;
     int wanted = -1; // index of the track that is read
 
-    ~Container() { avformat_close_input(&context); }
+    ~Container() { libav().avformat_close_input(&context); }
 
     AVStream* stream(AVMediaType type) const;
     void checkIsWhole() const;
@@ -52,17 +52,17 @@ std::vector<std::byte> bytesOf(const std::uint8_t* address, int size) {
 } // namespace
 
 AVStream* MoviePart::Container::stream(AVMediaType type) const {
-    const int index = av_find_best_stream(context, type, -1, -1, nullptr, 0);
+    const int index = libav().av_find_best_stream(context, type, -1, -1, nullptr, 0);
     return index < 0 ? nullptr : context->streams[index];
 }
 
 // A file that was cut off still has its index, which is before the data.
 void MoviePart::Container::checkIsWhole() const {
-    const std::int64_t size = avio_size(context->pb);
+    const std::int64_t size = libav().avio_size(context->pb);
     for (unsigned track = 0; track < context->nb_streams; ++track) {
         AVStream* stream = context->streams[track];
-        for (int at = 0; at < avformat_index_get_entries_count(stream); ++at) {
-            const AVIndexEntry& entry = *avformat_index_get_entry(stream, at);
+        for (int at = 0; at < libav().avformat_index_get_entries_count(stream); ++at) {
+            const AVIndexEntry& entry = *libav().avformat_index_get_entry(stream, at);
             if (entry.pos + entry.size > size)
                 fail(path, "it is cut off");
         }
@@ -71,11 +71,11 @@ void MoviePart::Container::checkIsWhole() const {
 
 // MovieFile writes pictures that are decoded one frame after the other; others are refused.
 void MoviePart::Container::checkTimes() const {
-    const AVIndexEntry* first = avformat_index_get_entry(video, 0);
+    const AVIndexEntry* first = libav().avformat_index_get_entry(video, 0);
     if (!first)
         fail(path, "it has no pictures in its index");
-    for (int at = 0; at < avformat_index_get_entries_count(video); ++at) {
-        const AVIndexEntry& entry = *avformat_index_get_entry(video, at);
+    for (int at = 0; at < libav().avformat_index_get_entries_count(video); ++at) {
+        const AVIndexEntry& entry = *libav().avformat_index_get_entry(video, at);
         if (first->timestamp % ticksPerFrame != 0 ||
             entry.timestamp != first->timestamp + std::int64_t{at} * ticksPerFrame)
             fail(path, "its pictures are not one frame apart");
@@ -84,17 +84,17 @@ void MoviePart::Container::checkTimes() const {
 
 // The next packet of the track that is read; null at the end.
 LibavOwner<AVPacket> MoviePart::Container::next() const {
-    LibavOwner<AVPacket> packet(throwingWhenNull(av_packet_alloc()));
+    LibavOwner<AVPacket> packet(throwingWhenNull(libav().av_packet_alloc()));
     for (;;) {
         catchLibavWords();
-        const int read = av_read_frame(context, packet.get());
+        const int read = libav().av_read_frame(context, packet.get());
         if (read == AVERROR_EOF)
             return nullptr;
         if (read < 0)
             fail(path, libavWords(read));
         if (packet->stream_index == wanted)
             return packet;
-        av_packet_unref(packet.get());
+        libav().av_packet_unref(packet.get());
     }
 }
 
@@ -107,7 +107,8 @@ MoviePart::MoviePart(const std::filesystem::path& file, Track track)
     catchLibavWords();
     container->path = file;
     const std::string name = "file:" + file.string();
-    const int opened = avformat_open_input(&container->context, name.c_str(), nullptr, nullptr);
+    const int opened =
+        libav().avformat_open_input(&container->context, name.c_str(), nullptr, nullptr);
     if (opened < 0)
         fail(file, libavWords(opened));
     container->video = container->stream(AVMEDIA_TYPE_VIDEO);
@@ -144,7 +145,7 @@ std::vector<std::byte> MoviePart::configuration() const {
 
 std::int64_t MoviePart::firstFrame() const {
     const AVDictionaryEntry* entry =
-        av_dict_get(container->context->metadata, "comment", nullptr, 0);
+        libav().av_dict_get(container->context->metadata, "comment", nullptr, 0);
     if (!entry || !std::string_view(entry->value).starts_with(firstFrameComment))
         return 0;
     const std::string_view digits = std::string_view(entry->value).substr(firstFrameComment.size());
@@ -154,11 +155,11 @@ std::int64_t MoviePart::firstFrame() const {
 }
 
 std::int64_t MoviePart::frameCount() const {
-    return avformat_index_get_entries_count(container->video);
+    return libav().avformat_index_get_entries_count(container->video);
 }
 
 std::int64_t MoviePart::delay() const {
-    const AVIndexEntry* first = avformat_index_get_entry(container->video, 0);
+    const AVIndexEntry* first = libav().avformat_index_get_entry(container->video, 0);
     return first ? -first->timestamp / ticksPerFrame : 0;
 }
 
@@ -174,7 +175,7 @@ AudioSettings MoviePart::sound() const {
 SoundFormat MoviePart::soundFormat() const {
     const AVCodecParameters& parameters = *container->sound->codecpar;
     // The first packet's time is minus the priming that the edit list removes.
-    const AVIndexEntry* first = avformat_index_get_entry(container->sound, 0);
+    const AVIndexEntry* first = libav().avformat_index_get_entry(container->sound, 0);
     return {.configuration = bytesOf(parameters.extradata, parameters.extradata_size),
             .priming = first ? std::max<std::int64_t>(0, -first->timestamp) : 0,
             .samplesPerPacket = samplesPerPacket};
@@ -184,7 +185,7 @@ std::vector<MovieChapter> MoviePart::chapters() const {
     std::vector<MovieChapter> chapters;
     for (unsigned index = 0; index < container->context->nb_chapters; ++index) {
         const AVChapter& chapter = *container->context->chapters[index];
-        const AVDictionaryEntry* title = av_dict_get(chapter.metadata, "title", nullptr, 0);
+        const AVDictionaryEntry* title = libav().av_dict_get(chapter.metadata, "title", nullptr, 0);
         chapters.push_back({.start = static_cast<double>(chapter.start) * av_q2d(chapter.time_base),
                             .title = title ? title->value : ""});
     }

@@ -25,8 +25,9 @@ void keepComplaint(void*, int level, const char* format, va_list arguments) {
 } // namespace
 
 void catchLibavWords() {
+    loadLibav<MovieError>();
     static std::once_flag once;
-    std::call_once(once, [] { av_log_set_callback(keepComplaint); });
+    std::call_once(once, [] { libav().av_log_set_callback(keepComplaint); });
     lastComplaint.clear();
 }
 
@@ -38,7 +39,7 @@ std::string libavWords(int error) {
     if (!words.empty() && saysLittle)
         return words;
     std::array<char, AV_ERROR_MAX_STRING_SIZE> text{};
-    av_strerror(error, text.data(), text.size());
+    libav().av_strerror(error, text.data(), text.size());
     return text.data();
 }
 
@@ -49,21 +50,22 @@ int throwingWhenNegative(int result) {
 }
 
 const AVCodec& encoderNamed(const char* name) {
-    const AVCodec* codec = avcodec_find_encoder_by_name(name);
+    loadLibav<MovieError>();
+    const AVCodec* codec = libav().avcodec_find_encoder_by_name(name);
     if (!codec)
         throw MovieError(std::string("Encoder not found: ") + name);
     return *codec;
 }
 
 void takePackets(AVCodecContext& encoder, const std::function<void(const AVPacket&)>& take) {
-    const LibavOwner<AVPacket> packet(throwingWhenNull(av_packet_alloc()));
+    const LibavOwner<AVPacket> packet(throwingWhenNull(libav().av_packet_alloc()));
     for (;;) {
-        const int received = avcodec_receive_packet(&encoder, packet.get());
+        const int received = libav().avcodec_receive_packet(&encoder, packet.get());
         if (received == AVERROR(EAGAIN) || received == AVERROR_EOF)
             return;
         throwingWhenNegative(received);
         take(*packet);
-        av_packet_unref(packet.get());
+        libav().av_packet_unref(packet.get());
     }
 }
 

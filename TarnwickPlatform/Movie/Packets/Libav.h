@@ -1,29 +1,28 @@
 // Owners of libav's objects, and its messages as errors.
 #pragma once
 
+#include "TarnwickPlatform/Libav/Libav.h"
 #include "TarnwickPlatform/Movie/MovieError.h"
 
 #include <functional>
 #include <memory>
 #include <string>
 
-extern "C" {
-#include <libavcodec/avcodec.h>
-#include <libavformat/avformat.h>
-}
-
 namespace tarnwick {
 
 struct LibavDeleter {
-    void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
-    void operator()(AVFrame* frame) const { av_frame_free(&frame); }
-    void operator()(AVPacket* packet) const { av_packet_free(&packet); }
-    void operator()(AVCodecParameters* parameters) const { avcodec_parameters_free(&parameters); }
+    void operator()(AVCodecContext* context) const { libav().avcodec_free_context(&context); }
+    void operator()(AVFrame* frame) const { libav().av_frame_free(&frame); }
+    void operator()(AVPacket* packet) const { libav().av_packet_free(&packet); }
+    void operator()(AVCodecParameters* parameters) const {
+        libav().avcodec_parameters_free(&parameters);
+    }
 };
 template <typename Object> using LibavOwner = std::unique_ptr<Object, LibavDeleter>;
 
 // Suppresses the messages of the libraries, and deletes the last message of the calling thread
-// (libavWords). The first call takes effect for the process.
+// (libavWords). The first call takes effect for the process. Throws MovieError if the libraries
+// cannot be loaded.
 void catchLibavWords();
 
 // The reason of `error`: the library's last message on this thread since the last call of

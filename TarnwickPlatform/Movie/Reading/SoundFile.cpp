@@ -9,10 +9,6 @@
 #include <string>
 #include <utility>
 
-extern "C" {
-#include <libswresample/swresample.h>
-}
-
 namespace tarnwick {
 namespace {
 
@@ -22,19 +18,19 @@ constexpr int leastRate = 1000, mostRate = 3'072'000;
 constexpr double leadIn = 0.2; // seconds that are decoded before the wanted place after a seek
 
 struct InputCloser {
-    void operator()(AVFormatContext* context) const { avformat_close_input(&context); }
+    void operator()(AVFormatContext* context) const { libav().avformat_close_input(&context); }
 };
 struct ResamplerFreer {
-    void operator()(SwrContext* context) const { swr_free(&context); }
+    void operator()(SwrContext* context) const { libav().swr_free(&context); }
 };
 
 std::unique_ptr<AVFormatContext, InputCloser> opened(const std::filesystem::path& file) {
     catchLibavWords();
     AVFormatContext* context = nullptr;
     throwingWhenNegative(
-        avformat_open_input(&context, ("file:" + file.string()).c_str(), nullptr, nullptr));
+        libav().avformat_open_input(&context, ("file:" + file.string()).c_str(), nullptr, nullptr));
     std::unique_ptr<AVFormatContext, InputCloser> owner(context);
-    throwingWhenNegative(avformat_find_stream_info(context, nullptr));
+    throwingWhenNegative(libav().avformat_find_stream_info(context, nullptr));
     return owner;
 }
 
@@ -56,8 +52,8 @@ struct SoundFile::Decoder {
     LibavOwner<AVCodecContext> codec;
     std::unique_ptr<SwrContext, ResamplerFreer> resampler;
     FrameForm form; // of the frames that the resampler takes
-    LibavOwner<AVPacket> packet{throwingWhenNull(av_packet_alloc())};
-    LibavOwner<AVFrame> frame{throwingWhenNull(av_frame_alloc())};
+    LibavOwner<AVPacket> packet{throwingWhenNull(libav().av_packet_alloc())};
+    LibavOwner<AVFrame> frame{throwingWhenNull(libav().av_frame_alloc())};
     AVStream* stream = nullptr;
     std::int64_t length = 0;
     std::vector<float> waiting; // decoded frames, interleaved stereo
@@ -78,7 +74,8 @@ struct SoundFile::Decoder {
 
 void SoundFile::Decoder::openCodec() {
     const AVCodec* decoder = nullptr;
-    const int index = av_find_best_stream(input.get(), AVMEDIA_TYPE_AUDIO, -1, -1, &decoder, 0);
+    const int index =
+        libav().av_find_best_stream(input.get(), AVMEDIA_TYPE_AUDIO, -1, -1, &decoder, 0);
     if (index < 0 || decoder == nullptr)
         throw MovieError("no sound that can be decoded is in it");
     stream = input->streams[index];
@@ -88,25 +85,25 @@ void SoundFile::Decoder::openCodec() {
     if (const int given = stream->codecpar->sample_rate; given < leastRate || given > mostRate)
         throw MovieError("its sample rate is " + std::to_string(given) + " Hz, not one of " +
                          std::to_string(leastRate) + " to " + std::to_string(mostRate));
-    codec.reset(throwingWhenNull(avcodec_alloc_context3(decoder)));
-    throwingWhenNegative(avcodec_parameters_to_context(codec.get(), stream->codecpar));
+    codec.reset(throwingWhenNull(libav().avcodec_alloc_context3(decoder)));
+    throwingWhenNegative(libav().avcodec_parameters_to_context(codec.get(), stream->codecpar));
     codec->pkt_timebase = stream->time_base;
-    throwingWhenNegative(avcodec_open2(codec.get(), decoder, nullptr));
+    throwingWhenNegative(libav().avcodec_open2(codec.get(), decoder, nullptr));
     const AVRational unit = stream->duration > 0 ? stream->time_base : AVRational{1, AV_TIME_BASE};
     const std::int64_t duration = stream->duration > 0 ? stream->duration : input->duration;
-    length = std::max<std::int64_t>(av_rescale_q(duration, unit, {1, SoundFile::rate}), 0);
+    length = std::max<std::int64_t>(libav().av_rescale_q(duration, unit, {1, SoundFile::rate}), 0);
 }
 
 void SoundFile::Decoder::makeResampler() {
     AVChannelLayout to;
     outChannels = std::min(frame->ch_layout.nb_channels, 2);
-    av_channel_layout_default(&to, outChannels);
+    libav().av_channel_layout_default(&to, outChannels);
     SwrContext* made = nullptr;
-    throwingWhenNegative(swr_alloc_set_opts2(
+    throwingWhenNegative(libav().swr_alloc_set_opts2(
         &made, &to, AV_SAMPLE_FMT_FLT, SoundFile::rate, &frame->ch_layout,
         static_cast<AVSampleFormat>(frame->format), frame->sample_rate, 0, nullptr));
     resampler.reset(made);
-    throwingWhenNegative(swr_init(made));
+    throwingWhenNegative(libav().swr_init(made));
     form = FrameForm::of(*frame);
 }
 
@@ -115,14 +112,15 @@ void SoundFile::Decoder::resample(const AVFrame* next, int skipped) {
     if (!resampler)
         return;
     const int samples = next != nullptr ? next->nb_samples - skipped : 0;
-    const int most = swr_get_out_samples(resampler.get(), samples);
+    const int most = libav().swr_get_out_samples(resampler.get(), samples);
     if (most <= 0)
         return;
     std::vector<const std::uint8_t*> planes;
     if (next != nullptr) {
         const auto format = static_cast<AVSampleFormat>(next->format);
-        const int channels = next->ch_layout.nb_channels, bytes = av_get_bytes_per_sample(format);
-        const bool isPlanar = av_sample_fmt_is_planar(format) != 0;
+        const int channels = next->ch_layout.nb_channels,
+                  bytes = libav().av_get_bytes_per_sample(format);
+        const bool isPlanar = libav().av_sample_fmt_is_planar(format) != 0;
         for (int plane = 0; plane < (isPlanar ? channels : 1); ++plane)
             planes.push_back(next->extended_data[plane] +
                              skipped * bytes * (isPlanar ? 1 : channels));
@@ -130,8 +128,8 @@ void SoundFile::Decoder::resample(const AVFrame* next, int skipped) {
     const int channels = outChannels;
     std::vector<float> out(static_cast<std::size_t>(most) * static_cast<std::size_t>(channels));
     auto* bytes = reinterpret_cast<std::uint8_t*>(out.data());
-    const int got = swr_convert(resampler.get(), &bytes, most,
-                                planes.empty() ? nullptr : planes.data(), samples);
+    const int got = libav().swr_convert(resampler.get(), &bytes, most,
+                                        planes.empty() ? nullptr : planes.data(), samples);
     for (int at = 0; at < std::max(got, 0); ++at)
         for (int side = 0; side < 2; ++side)
             waiting.push_back(out[static_cast<std::size_t>(at * channels + side % channels)]);
@@ -149,12 +147,12 @@ int SoundFile::Decoder::place() {
     const std::int64_t unit =
         frame->sample_rate / std::gcd<std::int64_t>(frame->sample_rate, SoundFile::rate);
     const std::int64_t sample =
-        av_rescale_q(time - start, stream->time_base, {1, frame->sample_rate});
+        libav().av_rescale_q(time - start, stream->time_base, {1, frame->sample_rate});
     const auto skipped = static_cast<int>(((-sample) % unit + unit) % unit);
     if (skipped >= frame->nb_samples)
         return frame->nb_samples; // the next frame has such a sample
     isPlaced = true;
-    first = av_rescale(sample + skipped, SoundFile::rate, frame->sample_rate);
+    first = libav().av_rescale(sample + skipped, SoundFile::rate, frame->sample_rate);
     return skipped;
 }
 
@@ -177,14 +175,14 @@ void SoundFile::Decoder::take() {
 bool SoundFile::Decoder::decodeMore() {
     if (isAtEnd)
         return false;
-    const int got = av_read_frame(input.get(), packet.get());
+    const int got = libav().av_read_frame(input.get(), packet.get());
     isAtEnd = got < 0;
     if (isAtEnd || packet->stream_index == stream->index)
-        avcodec_send_packet(codec.get(), isAtEnd ? nullptr : packet.get());
-    av_packet_unref(packet.get());
-    while (avcodec_receive_frame(codec.get(), frame.get()) >= 0) {
+        libav().avcodec_send_packet(codec.get(), isAtEnd ? nullptr : packet.get());
+    libav().av_packet_unref(packet.get());
+    while (libav().avcodec_receive_frame(codec.get(), frame.get()) >= 0) {
         take();
-        av_frame_unref(frame.get());
+        libav().av_frame_unref(frame.get());
     }
     if (isAtEnd) {
         resample(nullptr, 0);
@@ -197,10 +195,11 @@ void SoundFile::Decoder::seek(std::int64_t number) {
     const std::int64_t start = stream->start_time != AV_NOPTS_VALUE ? stream->start_time : 0;
     const auto before =
         std::max<std::int64_t>(number - static_cast<std::int64_t>(leadIn * SoundFile::rate), 0);
-    const std::int64_t time = start + av_rescale_q(before, {1, SoundFile::rate}, stream->time_base);
-    if (av_seek_frame(input.get(), stream->index, time, AVSEEK_FLAG_BACKWARD) < 0)
-        av_seek_frame(input.get(), stream->index, start, AVSEEK_FLAG_BACKWARD);
-    avcodec_flush_buffers(codec.get());
+    const std::int64_t time =
+        start + libav().av_rescale_q(before, {1, SoundFile::rate}, stream->time_base);
+    if (libav().av_seek_frame(input.get(), stream->index, time, AVSEEK_FLAG_BACKWARD) < 0)
+        libav().av_seek_frame(input.get(), stream->index, start, AVSEEK_FLAG_BACKWARD);
+    libav().avcodec_flush_buffers(codec.get());
     resampler.reset();
     waiting.clear();
     first = before;

@@ -159,30 +159,30 @@ namespace {
 void decode(const std::filesystem::path& file, AVMediaType type,
             const std::function<void(const AVFrame&, AVRational timeBase)>& give) {
     AVFormatContext* context = nullptr;
-    ASSERT_GE(avformat_open_input(&context, file.c_str(), nullptr, nullptr), 0);
+    ASSERT_GE(libav().avformat_open_input(&context, file.c_str(), nullptr, nullptr), 0);
     const AVCodec* codec = nullptr;
-    const int track = av_find_best_stream(context, type, -1, -1, &codec, 0);
+    const int track = libav().av_find_best_stream(context, type, -1, -1, &codec, 0);
     ASSERT_GE(track, 0);
     const AVStream& stream = *context->streams[track];
-    LibavOwner<AVCodecContext> decoder(avcodec_alloc_context3(codec));
-    ASSERT_GE(avcodec_parameters_to_context(decoder.get(), stream.codecpar), 0);
+    LibavOwner<AVCodecContext> decoder(libav().avcodec_alloc_context3(codec));
+    ASSERT_GE(libav().avcodec_parameters_to_context(decoder.get(), stream.codecpar), 0);
     decoder->pkt_timebase = stream.time_base;
     decoder->err_recognition = AV_EF_EXPLODE | AV_EF_CAREFUL;
-    ASSERT_EQ(avcodec_open2(decoder.get(), codec, nullptr), 0);
-    const LibavOwner<AVPacket> packet(av_packet_alloc());
-    const LibavOwner<AVFrame> frame(av_frame_alloc());
+    ASSERT_EQ(libav().avcodec_open2(decoder.get(), codec, nullptr), 0);
+    const LibavOwner<AVPacket> packet(libav().av_packet_alloc());
+    const LibavOwner<AVFrame> frame(libav().av_frame_alloc());
     for (bool more = true; more;) {
-        more = av_read_frame(context, packet.get()) >= 0;
+        more = libav().av_read_frame(context, packet.get()) >= 0;
         if (more && packet->stream_index != track) {
-            av_packet_unref(packet.get());
+            libav().av_packet_unref(packet.get());
             continue;
         }
-        ASSERT_GE(avcodec_send_packet(decoder.get(), more ? packet.get() : nullptr), 0);
-        av_packet_unref(packet.get());
-        while (avcodec_receive_frame(decoder.get(), frame.get()) >= 0)
+        ASSERT_GE(libav().avcodec_send_packet(decoder.get(), more ? packet.get() : nullptr), 0);
+        libav().av_packet_unref(packet.get());
+        while (libav().avcodec_receive_frame(decoder.get(), frame.get()) >= 0)
             give(*frame, stream.time_base);
     }
-    avformat_close_input(&context);
+    libav().avformat_close_input(&context);
 }
 
 std::vector<int> planeOf(const AVFrame& frame, int plane, int across, int down, int bytes) {
