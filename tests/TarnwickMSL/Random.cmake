@@ -1,6 +1,9 @@
 # Random programs: a generator, the same text compiled natively at build time, and the GPU.
 set(random ${CMAKE_CURRENT_SOURCE_DIR}/RandomPrograms)
-set(randomSeeds 7..105)
+set(firstSeed 7)
+set(programs 200)
+math(EXPR lastSeed "${firstSeed} + ${programs} - 1")
+set(randomSeeds ${firstSeed}..${lastSeed})
 
 add_library(RandomPrograms STATIC
     ${random}/Metal.cpp ${random}/Native.cpp ${random}/Writing/Conditions.cpp
@@ -41,6 +44,8 @@ if(TARGET TarnwickGPU)
         LINK RandomProgramsOnGPU RandomProgramsNative
         LABELS gpu)
     add_dependencies(TarnwickMSLRandomProgramsTests tarnwick-msl-worker)
+    target_compile_definitions(TarnwickMSLRandomProgramsTests PRIVATE
+        FIRST_SEED=${firstSeed} PROGRAMS=${programs})
 
     # Runs any seeds; built on demand, since it calls the native compiler itself.
     add_executable(random-programs EXCLUDE_FROM_ALL ${random}/Main.cpp ${random}/Watch.cpp)

@@ -13,7 +13,7 @@ using namespace tarnwick::trials;
 namespace {
 
 // Those that Random.cmake compiles.
-constexpr std::uint64_t firstSeed = 7, programs = 99;
+constexpr std::uint64_t firstSeed = FIRST_SEED, programs = PROGRAMS;
 
 } // namespace
 
