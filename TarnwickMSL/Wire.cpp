@@ -7,6 +7,41 @@
 namespace tarnwick::msl {
 namespace {
 
+// The last case of each enumeration. An answer comes from a process that a program may have taken
+// over, and no code handles other numbers.
+constexpr Stage lastOf(Stage) {
+    return Stage::mesh;
+}
+constexpr PatchKind lastOf(PatchKind) {
+    return PatchKind::quad;
+}
+constexpr Scalar lastOf(Scalar) {
+    return Scalar::uint64;
+}
+constexpr ResourceKind lastOf(ResourceKind) {
+    return ResourceKind::bufferAddresses;
+}
+constexpr TextureShape lastOf(TextureShape) {
+    return TextureShape::cubeArray;
+}
+constexpr TextureComponent lastOf(TextureComponent) {
+    return TextureComponent::ulong_;
+}
+constexpr MemberKind lastOf(MemberKind) {
+    return MemberKind::sampler;
+}
+constexpr ArgumentTable lastOf(ArgumentTable) {
+    return ArgumentTable::accelerationStructure;
+}
+constexpr Access lastOf(Access) {
+    return Access::sample;
+}
+constexpr DiagnosticKind lastOf(DiagnosticKind) {
+    return DiagnosticKind::note;
+}
+
+template <class Record> std::string bytesOf(const Record& record);
+
 // One description of each record serves both ways: `Put` appends what it is given, `Take` fills it.
 class Put {
   public:
@@ -42,8 +77,22 @@ class Take {
     bool isWhole() const { return isGood && bytes.empty(); }
 
     template <class T>
-    requires std::is_arithmetic_v<T> || std::is_enum_v<T>
+    requires std::is_arithmetic_v<T>
     void operator()(T& value) { copy(&value, sizeof(T)); }
+    void operator()(bool& value) {
+        std::uint8_t number = 0;
+        (*this)(number);
+        isGood = isGood && number <= 1;
+        value = number == 1;
+    }
+    template <class T>
+    requires std::is_enum_v<T>
+    void operator()(T& value) {
+        std::underlying_type_t<T> number{};
+        (*this)(number);
+        isGood = isGood && number <= static_cast<std::underlying_type_t<T>>(lastOf(T()));
+        value = isGood ? static_cast<T>(number) : T();
+    }
     void operator()(std::string& text) {
         text.resize(count(1));
         copy(text.data(), text.size());
@@ -53,7 +102,8 @@ class Take {
         copy(words.data(), words.size() * sizeof(std::uint32_t));
     }
     template <class T> void operator()(std::vector<T>& records) {
-        records.resize(count(1));
+        static const std::size_t least = leastOf(T());
+        records.resize(count(least));
         for (T& record : records)
             one(record);
     }
@@ -64,6 +114,12 @@ class Take {
 
     void one(std::string& text) { (*this)(text); }
     template <class T> void one(T& record) { fields(record, *this); }
+    // The bytes of an element with empty lists and texts, so that few bytes cannot ask for much
+    // memory.
+    static std::size_t leastOf(const std::string&) { return sizeof(std::uint32_t); }
+    template <class T> static std::size_t leastOf(const T& record) {
+        return bytesOf(record).size();
+    }
     // A number of elements of at least `size` bytes each; 0 if the bytes that are left hold fewer.
     std::size_t count(std::size_t size) {
         std::uint32_t given = 0;

@@ -214,4 +214,25 @@ TEST(Wire, bringsBackWhatItTookAndRefusesLess) {
     EXPECT_FALSE(compilationFrom(bytes + "x"));
 }
 
+// The worker may be in the hands of a program that found an error of Clang.
+TEST(Wire, refusesValuesThatNoCodeHandles) {
+    const std::string empty = toBytes(Compilation{});
+    std::string unknownBool = empty;
+    unknownBool[0] = 2; // Compilation::failed
+    EXPECT_FALSE(compilationFrom(unknownBool));
+
+    const Compilation one{.diagnostics = {{.kind = DiagnosticKind::note, .text = "t"}}};
+    std::string unknownKind = toBytes(one);
+    const std::size_t kind = unknownKind.find('\2');
+    ASSERT_NE(kind, std::string::npos);
+    unknownKind[kind] = 3;
+    EXPECT_FALSE(compilationFrom(unknownKind));
+
+    // A list of more elements than the bytes hold, although each could have one byte.
+    std::string many = empty;
+    const std::size_t count = 1 + sizeof(std::uint32_t); // of diagnostics
+    many[count] = 40;
+    EXPECT_FALSE(compilationFrom(many + std::string(40, '\0')));
+}
+
 } // namespace

@@ -75,13 +75,14 @@ std::vector<const char*> compilerOptions() {
             "20",
             "-Wno-c++11-narrowing",
             "-Wno-duplicate-decl-specifier",
+            "-Wno-bitfield-width", // an error here (Rules.cpp)
             "-Wno-ignored-attributes",
             "-Wno-undefined-internal",
             "-Wno-undefined-inline",
             "-Wno-unused-value",
             "-Wno-literal-conversion",
             "-Wno-pragma-once-outside-header",
-            "-Wno-c23-extensions", // #embed is an error here
+            "-Wno-c23-extensions",         // #embed is an error here
             "-disable-pragma-debug-crash", // `#pragma clang __debug crash`
             "-D__METAL__=1",
             "-D__METAL_VERSION__=310",

@@ -47,6 +47,7 @@ class RuleChecker : public clang::RecursiveASTVisitor<RuleChecker> {
     bool VisitVarDecl(clang::VarDecl* variable);
     bool VisitFieldDecl(clang::FieldDecl* field) {
         checkType(field->getType(), field->getLocation());
+        checkBits(*field);
         return true;
     }
     void reportRecursion();
@@ -70,6 +71,7 @@ class RuleChecker : public clang::RecursiveASTVisitor<RuleChecker> {
             calls[current].push_back({callee->getCanonicalDecl(), at});
     }
     void checkSize(const clang::VarDecl& variable);
+    void checkBits(const clang::FieldDecl& field);
     void checkType(clang::QualType type, clang::SourceLocation at) {
         if (type->isMemberPointerType())
             report(at, "pointers to members are not supported in Metal");
@@ -98,6 +100,18 @@ void RuleChecker::checkSize(const clang::VarDecl& variable) {
     if (bytes > localBytes)
         report(variable.getLocation(), "variable takes %0 bytes; the maximum is 262144",
                std::to_string(bytes));
+}
+
+// C++ allows bits beside those of the value, which only padding needs.
+void RuleChecker::checkBits(const clang::FieldDecl& field) {
+    if (!field.isBitField() || field.getBitWidth()->isValueDependent() ||
+        field.getType()->isDependentType())
+        return;
+    const std::uint64_t bits = field.getBitWidthValue(context);
+    const std::uint64_t most = context.getTypeSize(field.getType());
+    if (bits > most)
+        report(field.getLocation(), "bit-field takes %0",
+               std::to_string(bits) + " bits; its type has " + std::to_string(most));
 }
 
 static bool isInitialised(const clang::VarDecl& variable) {

@@ -128,6 +128,8 @@ Id writeAtomic(Body& body, Memory& memory, const AtomicRMWInst& instruction) {
     Type* type = instruction.getType();
     Type* integer = integerOf(type);
     Memory::Pointer to = memory.atomic(instruction.getPointerOperand(), integer, true);
+    if (!to.id)
+        return body.constants.null(type);
     Id value = body.bitcast(integer, type, body.id(instruction.getValOperand()));
     Id before = change(body, to, changeOp(instruction.getOperation()), integer, value);
     return body.bitcast(type, integer, before);
@@ -136,6 +138,8 @@ Id writeAtomic(Body& body, Memory& memory, const AtomicRMWInst& instruction) {
 Id writeAtomic(Body& body, Memory& memory, const AtomicCmpXchgInst& exchange) {
     Type* type = exchange.getNewValOperand()->getType();
     Memory::Pointer to = memory.atomic(exchange.getPointerOperand(), type, true);
+    if (!to.id)
+        return body.constants.null(exchange.getType());
     Id expected = body.id(exchange.getCompareOperand());
     Id before = compareExchange(body, to, type, expected, body.id(exchange.getNewValOperand()));
     Id same = body.emit(spv::Op::OpIEqual, body.i1(), {before, expected});
@@ -145,6 +149,8 @@ Id writeAtomic(Body& body, Memory& memory, const AtomicCmpXchgInst& exchange) {
 Id writeAtomicLoad(Body& body, Memory& memory, const LoadInst& load) {
     Type* integer = integerOf(load.getType());
     Memory::Pointer from = memory.atomic(load.getPointerOperand(), integer, false);
+    if (!from.id)
+        return body.constants.null(load.getType());
     Id value = body.emit(spv::Op::OpAtomicLoad, integer,
                          {from.id, scope(body, from.storage), relaxed(body)});
     return body.bitcast(load.getType(), integer, value);
@@ -154,6 +160,8 @@ void writeAtomicStore(Body& body, Memory& memory, const StoreInst& store) {
     Type* type = store.getValueOperand()->getType();
     Type* integer = integerOf(type);
     Memory::Pointer to = memory.atomic(store.getPointerOperand(), integer, true);
+    if (!to.id)
+        return;
     Id value = body.bitcast(integer, type, body.id(store.getValueOperand()));
     body.act(spv::Op::OpAtomicStore, {to.id, scope(body, to.storage), relaxed(body), value});
 }

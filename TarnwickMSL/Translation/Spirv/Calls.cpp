@@ -52,6 +52,7 @@ struct FragmentCall {
     std::string_view name, function;
 };
 static constexpr std::array fragmentCalls{
+    FragmentCall{"discard", "discard_fragment"},
     FragmentCall{"is_helper", "simd_is_helper_thread"},
     FragmentCall{"target_samples", "get_num_samples"},
     FragmentCall{"standard_samples", "get_sample_position"},

@@ -23,6 +23,18 @@ static void returnWhereUnreachable(Function& main) {
         }
 }
 
+// A branch on an undefined value is not reached either, so each way is right. The optimiser removes
+// most of them.
+static void chooseWhereUndefined(Function& main) {
+    for (BasicBlock& block : main) {
+        Instruction* end = block.getTerminator();
+        if (!isa<BranchInst, SwitchInst>(end) || !isa<UndefValue>(end->getOperand(0)))
+            continue;
+        end->setOperand(0, Constant::getNullValue(end->getOperand(0)->getType()));
+        ConstantFoldTerminator(&block);
+    }
+}
+
 static BasicBlock* onlyReturn(Function& main) {
     auto* end = BasicBlock::Create(main.getContext(), "end", &main);
     for (BasicBlock& block : main)
@@ -65,6 +77,7 @@ void dropEmptyBranches(Function& main) {
 
 void normaliseFlow(Function& main, Optimiser& optimiser) {
     returnWhereUnreachable(main);
+    chooseWhereUndefined(main);
     removeUnreachableBlocks(main);
     BasicBlock* end = onlyReturn(main);
     dropEmptyBranches(main);

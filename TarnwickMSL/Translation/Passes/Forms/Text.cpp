@@ -206,6 +206,8 @@ BasicBlock* RecordReader::block(const std::string& name) {
 }
 
 void RecordReader::connectMerges() {
+    if (!shader_.main && !merges_.empty())
+        throw TextError("The line '" + merges_.front() + "' needs a function 'main'.");
     for (const std::string& line : merges_)
         if (BasicBlock* header = block(fieldOf(line, "header")))
             shader_.structure[header] = {block(fieldOf(line, "at")),

@@ -241,9 +241,11 @@ Value* PointerNumbers::rebuilt(Value* pointer, Value* base, Value* root, IRBuild
                          : ArrayType::get(builder.getInt8Ty(), unit_);
         return builder.CreateGEP(unit, root, offset);
     }
-    auto* step = cast<GetElementPtrInst>(pointer);
+    auto* step = cast<GEPOperator>(pointer);
     Value* inner = rebuilt(step->getPointerOperand(), base, root, builder);
-    auto* copy = cast<GetElementPtrInst>(builder.Insert(step->clone()));
+    auto* constant = dyn_cast<ConstantExpr>(pointer); // a step from null
+    Instruction* copy = builder.Insert(constant ? constant->getAsInstruction()
+                                                : cast<Instruction>(pointer)->clone());
     copy->setOperand(0, inner);
     return copy;
 }

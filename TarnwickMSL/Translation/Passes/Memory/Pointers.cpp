@@ -266,6 +266,11 @@ bool isComparedWithNull(const Value* pointer, const BasicBlock* block) {
     return false;
 }
 
+// Only code that is never reached accesses such a pointer. Without optimising it remains.
+bool isNowhere(const Value* pointer) {
+    return isa<UndefValue, ConstantPointerNull>(pointer);
+}
+
 bool Resolver::run() {
     SmallVector<Instruction*, 8> users;
     for (Instruction& instruction : instructions(main_)) {
@@ -273,7 +278,7 @@ bool Resolver::run() {
         if (auto* call = dyn_cast<CallBase>(&instruction))
             if (call->arg_size() > 0 && call->getArgOperand(0)->getType()->isPointerTy())
                 pointer = call->getArgOperand(0);
-        bool isAccess = pointer && isChoice(baseOf(pointer));
+        bool isAccess = pointer && (isChoice(baseOf(pointer)) || isNowhere(baseOf(pointer)));
         if (isAccess && isComparedWithNull(baseOf(pointer), instruction.getParent()))
             neverNull_.insert(&instruction);
         if (isAccess || comparesPointers(instruction) || isa<PtrToIntInst>(instruction))
