@@ -29,10 +29,10 @@ void checkTokens(std::string_view text, std::size_t length) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    FuzzedDataProvider input(bytes, size);
-    const TextRange selection{input.ConsumeIntegral<std::uint8_t>(),
-                              input.ConsumeIntegral<std::uint8_t>()};
-    const std::string text = input.ConsumeRemainingBytesAsString();
+    Choices input(bytes, size);
+    const std::size_t location = input.byte();
+    const TextRange selection{location, input.byte()};
+    const std::string text = input.rest();
     const std::size_t length = utf16Length(text);
     checkTokens(text, length);
     const CodeEdit::Replacement edit = CodeEdit::toggleLineComments(text, selection);

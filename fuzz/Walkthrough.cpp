@@ -8,12 +8,12 @@ using namespace tarnwick;
 using namespace tarnwick::fuzz;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    FuzzedDataProvider input(bytes, size);
-    const auto capacity = input.ConsumeIntegralInRange<std::int64_t>(-1, 40);
+    Choices input(bytes, size);
+    const std::int64_t capacity = static_cast<std::int64_t>(input.below(42)) - 1;
     std::vector<std::string> stages;
-    while (stages.size() < 3 && input.ConsumeBool())
-        stages.push_back(input.ConsumeRandomLengthString());
-    const std::string episode = input.ConsumeRemainingBytesAsString();
+    while (stages.size() < 3 && input.flag())
+        stages.push_back(input.text());
+    const std::string episode = input.rest();
     const auto all = Walkthrough::stages(episode, EpisodeMeta::parse(episode), stages, capacity);
     law(all.size() == stages.size() + 1, "each source is a stage");
     for (const WalkthroughStage& stage : all)

@@ -1,0 +1,2 @@
+; shader name=a stage=kernel
+; merge header=%a at=%b

@@ -1,0 +1,2 @@
+// @particles 1000
+struct Particle { float2 at; };
