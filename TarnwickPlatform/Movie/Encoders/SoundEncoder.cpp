@@ -85,7 +85,9 @@ void SoundEncoder::Session::drain(const SoundPacketSink& sink) {
         const auto* bytes = reinterpret_cast<const std::byte*>(packet.data);
         sink({.bytes = {bytes, bytes + packet.size},
               .sample = packet.pts,
-              .duration = std::min(packet.duration, end - packet.pts)});
+              // Priming comes before zero, and `end` may be the largest number: no difference of
+              // them.
+              .duration = packet.pts > end - packet.duration ? end - packet.pts : packet.duration});
     });
 }
 
