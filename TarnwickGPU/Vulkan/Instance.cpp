@@ -58,10 +58,20 @@ void listen(Instance& instance, const VkDebugUtilsMessengerCreateInfoEXT& info) 
 
 std::vector<VkValidationFeatureEnableEXT> layerFeatures(const LayerUse& use) {
     std::vector<VkValidationFeatureEnableEXT> features;
-    if (use.validates)
+    if (use.checksShaders)
+        features.push_back(VK_VALIDATION_FEATURE_ENABLE_GPU_ASSISTED_EXT);
+    else if (use.validates)
         features.push_back(VK_VALIDATION_FEATURE_ENABLE_SYNCHRONIZATION_VALIDATION_EXT);
     if (use.printsLogs)
         features.push_back(VK_VALIDATION_FEATURE_ENABLE_DEBUG_PRINTF_EXT);
+    return features;
+}
+
+// With its checks in shaders the layer asks for the others to be off.
+std::vector<VkValidationFeatureDisableEXT> omittedLayerFeatures(const LayerUse& use) {
+    std::vector<VkValidationFeatureDisableEXT> features;
+    if (use.checksShaders)
+        features.push_back(VK_VALIDATION_FEATURE_DISABLE_CORE_CHECKS_EXT);
     return features;
 }
 
@@ -79,12 +89,15 @@ std::shared_ptr<Instance> Instance::make() {
         extensions.push_back(VK_EXT_DEBUG_UTILS_EXTENSION_NAME);
 
     const auto features = layerFeatures(use);
+    const auto omitted = omittedLayerFeatures(use);
     const VkDebugUtilsMessengerCreateInfoEXT messenger = messengerInfo(use);
-    const VkValidationFeaturesEXT validation{.sType = VK_STRUCTURE_TYPE_VALIDATION_FEATURES_EXT,
-                                             .pNext = &messenger,
-                                             .enabledValidationFeatureCount =
-                                                 static_cast<std::uint32_t>(features.size()),
-                                             .pEnabledValidationFeatures = features.data()};
+    const VkValidationFeaturesEXT validation{
+        .sType = VK_STRUCTURE_TYPE_VALIDATION_FEATURES_EXT,
+        .pNext = &messenger,
+        .enabledValidationFeatureCount = static_cast<std::uint32_t>(features.size()),
+        .pEnabledValidationFeatures = features.data(),
+        .disabledValidationFeatureCount = static_cast<std::uint32_t>(omitted.size()),
+        .pDisabledValidationFeatures = omitted.data()};
     const VkApplicationInfo application{.sType = VK_STRUCTURE_TYPE_APPLICATION_INFO,
                                         .pApplicationName = "Tarnwick",
                                         .apiVersion = VK_API_VERSION_1_3};

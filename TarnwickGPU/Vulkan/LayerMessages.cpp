@@ -44,7 +44,7 @@ VKAPI_ATTR VkBool32 VKAPI_CALL takeFinding(VkDebugUtilsMessageSeverityFlagBitsEX
         return VK_FALSE;
     ++findings;
     std::fprintf(stderr, "Vulkan validation: %s\n", data->pMessage);
-    if (variableIs("TARNWICK_VALIDATION", "abort"))
+    if (variableIs("TARNWICK_VALIDATION", "abort") || variableIs("TARNWICK_VALIDATION", "gpu"))
         std::abort();
     return VK_FALSE;
 }
@@ -69,9 +69,12 @@ VKAPI_ATTR VkBool32 VKAPI_CALL takeLogOrFinding(VkDebugUtilsMessageSeverityFlagB
 } // namespace
 
 LayerUse LayerUse::ofEnvironment() {
-    return {.validates = variableIs("TARNWICK_VALIDATION", "1") ||
+    const bool printsLogs = variableIs("TARNWICK_SHADER_LOGS", "1");
+    const bool checksShaders = variableIs("TARNWICK_VALIDATION", "gpu");
+    return {.validates = checksShaders || variableIs("TARNWICK_VALIDATION", "1") ||
                          variableIs("TARNWICK_VALIDATION", "abort"),
-            .printsLogs = variableIs("TARNWICK_SHADER_LOGS", "1")};
+            .checksShaders = checksShaders && !printsLogs,
+            .printsLogs = printsLogs};
 }
 
 // Logs are messages of the severity "info".

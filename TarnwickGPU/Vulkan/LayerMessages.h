@@ -13,8 +13,9 @@ namespace tarnwick::gpu {
 struct LayerUse {
     static LayerUse ofEnvironment();
 
-    bool validates = false;  // TARNWICK_VALIDATION is 1 or abort
-    bool printsLogs = false; // TARNWICK_SHADER_LOGS is 1
+    bool validates = false;     // TARNWICK_VALIDATION is 1, abort or gpu
+    bool checksShaders = false; // it is gpu, and no logs are printed: the layer does only one of both
+    bool printsLogs = false;    // TARNWICK_SHADER_LOGS is 1
 };
 
 VkDebugUtilsMessengerCreateInfoEXT messengerInfo(const LayerUse& use);

@@ -67,7 +67,7 @@ constexpr std::array variables = std::to_array<ManualFact>({
     {"TARNWICK_SERVER", "The address of the sharing service. Default: the site.", withService},
     {"TARNWICK_PROGRESS", "With json, long commands write their progress to standard error as one JSON object in each line.", commandLine},
     {"TARNWICK_SHADER_LOGS", "With 1, shaders are compiled with their logs (os_log), which appear on standard error.", all},
-    {"TARNWICK_VALIDATION", "With 1, the Vulkan validation layer is switched on; with abort, its first message ends the process.", all},
+    {"TARNWICK_VALIDATION", "With 1, the Vulkan validation layer is switched on; with abort, its first message ends the process; gpu is abort with the checks that the layer adds to shaders.", all},
     {"TARNWICK_MSL_WORKER", "Another program of the compiler.", all},
     {"TARNWICK_MSL_WORKER_TALKS", "With 1, the standard error of the compiler's program is shown.", all},
     {"TARNWICK_MSL_DUMP", "A folder, into which the compiler writes its code after each step.", all},
