@@ -76,11 +76,21 @@ function(tarnwick_room room)
     tarnwick_note_faces(${folder} ${room} ${given_FACES})
 endfunction()
 
+# Adds to an executable what the sanitizers need.
+function(tarnwick_sanitize name)
+    if(CMAKE_CXX_FLAGS MATCHES -fsanitize)
+        target_sources(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/sanitizers/KeepLibraries.cpp)
+        # g++ 12 then reports std::regex (GCC bug 105562).
+        target_compile_options(${name} PRIVATE -Wno-maybe-uninitialized)
+    endif()
+endfunction()
+
 # tarnwick_program(NAME FOLDER SOURCES file... [MAY_INCLUDE folder...] [PRIVATE library...])
 function(tarnwick_program name folder)
     cmake_parse_arguments(PARSE_ARGV 2 given "" "" "SOURCES;MAY_INCLUDE;PRIVATE")
     add_executable(${name} ${given_SOURCES})
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
+    tarnwick_sanitize(${name})
     target_link_libraries(${name} PRIVATE tarnwick_warnings ${given_PRIVATE})
     foreach(below IN LISTS given_MAY_INCLUDE)
         string(REPLACE "/" "" library ${below})
