@@ -53,6 +53,10 @@ Compilation failure(WorkerFault fault, const CompileOptions& options) {
         return failure("the program nests too deeply for the compiler, in its blocks or in an "
                        "expression",
                        options);
+    case WorkerFault::killed:
+        return failure("the compiler was killed by another program, or by the system because its "
+                       "memory is exhausted",
+                       options);
     case WorkerFault::late:
         break;
     }
@@ -90,8 +94,11 @@ Compilation compileIn(WorkerProcess& worker, std::string_view source,
         .lists = options.lists,
         .source = preamble(options.defines, options.version, options.name).append(source)};
     auto answer = worker.ask(request);
-    if (const auto* fault = std::get_if<WorkerFault>(&answer); fault && *fault == WorkerFault::gone)
-        answer = worker.ask(request); // it had ended by itself, between two requests
+    // It had ended by itself, between two requests, or was killed, which says nothing of the
+    // program.
+    if (const auto* fault = std::get_if<WorkerFault>(&answer);
+        fault && (*fault == WorkerFault::gone || *fault == WorkerFault::killed))
+        answer = worker.ask(request);
     if (auto* compilation = std::get_if<Compilation>(&answer))
         return std::move(*compilation);
     worker.start(); // a fresh one, for the next program

@@ -111,12 +111,19 @@ pid_t spawn(char* const* words, int childEnd) noexcept {
     return child;
 }
 
-// Why a child ended while it worked on a request.
+// Why a child ended by itself while it worked on a request.
 WorkerFault causeOf(std::optional<int> status) {
-    if (status == static_cast<int>(WorkerEnd::withoutMemory))
+    if (status && WIFSIGNALED(*status) && WTERMSIG(*status) == SIGKILL)
+        return WorkerFault::killed;
+    if (!status || !WIFEXITED(*status))
+        return WorkerFault::stopped;
+    switch (static_cast<WorkerEnd>(WEXITSTATUS(*status))) {
+    case WorkerEnd::withoutMemory:
         return WorkerFault::full;
-    return status == static_cast<int>(WorkerEnd::withoutStack) ? WorkerFault::deep
-                                                               : WorkerFault::stopped;
+    case WorkerEnd::withoutStack:
+        return WorkerFault::deep;
+    }
+    return WorkerFault::stopped;
 }
 
 } // namespace
@@ -159,8 +166,8 @@ std::optional<int> WorkerProcess::end() {
         pid_t waited = 0;
         while ((waited = waitpid(child, &how, 0)) < 0 && errno == EINTR) {
         }
-        if (waited == child && WIFEXITED(how))
-            status = WEXITSTATUS(how);
+        if (waited == child)
+            status = how;
     }
     if (connection >= 0)
         close(connection);
@@ -176,6 +183,8 @@ std::variant<Compilation, WorkerFault> WorkerProcess::ask(const Request& request
         return WorkerFault::missing;
     readsFiles = !request.includes.empty();
     Limit limit{std::chrono::milliseconds(request.limitMilliseconds)};
+    // The child is late, or has closed its connection: its end has begun, so that end() does not
+    // change its status.
     auto fault = [&](WorkerFault otherwise) {
         const bool isLate = limit.isOver();
         const std::optional<int> status = end();
@@ -197,7 +206,8 @@ std::variant<Compilation, WorkerFault> WorkerProcess::ask(const Request& request
         return fault(WorkerFault::stopped);
     if (std::optional<Compilation> compilation = compilationFrom(answer))
         return std::move(*compilation);
-    return fault(WorkerFault::stopped);
+    end();
+    return WorkerFault::stopped;
 }
 
 } // namespace tarnwick::msl

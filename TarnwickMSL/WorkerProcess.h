@@ -19,6 +19,7 @@ enum class WorkerFault {
     stopped, // it ended while it worked on the request
     full,    // the same, because its memory was exhausted
     deep,    // the same, because its stack was exhausted
+    killed,  // the same, by SIGKILL: the system does so when its memory is exhausted
     late     // it was ended at the time limit
 };
 
@@ -40,8 +41,8 @@ class WorkerProcess {
     // Sends the request and waits for the answer. After a fault there is no child. A child that
     // reads files for #include answers no other requests, because it may read all files.
     std::variant<Compilation, WorkerFault> ask(const Request& request);
-    // Ends the child, if there is one, and waits for its end. Returns the status with which it had
-    // ended by itself, if it had one.
+    // Ends the child, if there is one, and waits for its end. Returns its status as waitpid(2)
+    // does, if there was one.
     std::optional<int> end();
 
   private:

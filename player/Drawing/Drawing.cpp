@@ -65,8 +65,7 @@ void Drawing::useDevice() {
     news_ = {};
     try {
         targets_.use(*device_);
-    } catch (const std::exception& error) {
-        stop(error.what());
+    } catch (const std::exception&) { // present() tries again, and tells
     }
 }
 
@@ -137,7 +136,21 @@ double Drawing::stepPlaying() {
 // Shows the last frame, or black without one, on windows that were covered.
 void Drawing::showAgain() {
     if (targets_.areStale())
-        targets_.present(scene_ ? scene_->picture() : nullptr, *queue_);
+        present(scene_ ? scene_->picture() : nullptr);
+}
+
+bool Drawing::present(const gpu::Texture* picture) {
+    try {
+        targets_.present(picture, *queue_);
+    } catch (const std::exception& error) {
+        news_.failure = error.what();
+        cannotPresent_ = true;
+        say();
+        return false;
+    }
+    if (std::exchange(cannotPresent_, false))
+        news_.failure.clear();
+    return true;
 }
 
 void Drawing::stop(std::string failure) {
@@ -246,7 +259,8 @@ void Drawing::prepare() {
 }
 
 void Drawing::showFrame() {
-    targets_.present(scene_->picture(), *queue_);
+    if (!present(scene_->picture()))
+        return;
     countFrame(currentMediaTime());
     say();
 }

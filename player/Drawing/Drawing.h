@@ -40,6 +40,8 @@ class Drawing {
     double step();
     double stepPlaying();
     void showAgain();
+    // False if the pictures cannot be shown now; the failure is told until they can be.
+    bool present(const gpu::Texture* picture);
 
     void take(std::shared_ptr<const LiveRecord> record);
     void useDevice();
@@ -74,6 +76,7 @@ class Drawing {
     std::unique_ptr<Scene> scene_; // whose pictures are shown
     std::unique_ptr<Scene> next_;  // in preparation
     LiveTargets targets_;
+    bool cannotPresent_ = false; // the failure in the news is of the targets
     struct HeldMoment {
         double time; // seconds of the replay
         std::uint64_t clock;

@@ -22,6 +22,7 @@ gpu::Viewport fitted(const gpu::Texture& picture, const gpu::Texture& target) {
 void LiveTargets::use(gpu::Device& device) {
     targets_.clear();
     copy_.reset();
+    device_ = &device;
     copy_ = std::make_unique<OverlayQuad>(device, gpu::PixelFormat::bgra8Unorm);
 }
 
@@ -49,6 +50,8 @@ bool LiveTargets::areStale() const {
 }
 
 void LiveTargets::present(const gpu::Texture* picture, gpu::CommandQueue& queue) {
+    if (!copy_ && device_ != nullptr)
+        copy_ = std::make_unique<OverlayQuad>(*device_, gpu::PixelFormat::bgra8Unorm);
     for (auto& [id, target] : targets_)
         present(target, picture, queue);
 }

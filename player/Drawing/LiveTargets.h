@@ -13,7 +13,8 @@ namespace tarnwick::player {
 // One thread at a time.
 class LiveTargets {
   public:
-    // Drops all targets, which belong to another device. Throws as OverlayQuad does.
+    // Drops all targets, which belong to another device. Throws as OverlayQuad does; present()
+    // tries again then.
     void use(gpu::Device& device);
 
     void add(int id, std::unique_ptr<FrameTarget> target, const PixelSize& size);
@@ -24,7 +25,7 @@ class LiveTargets {
     // Whether a target must show the last frame again.
     bool areStale() const;
     // Shows a picture on each target, in the middle, at the largest size that fits.
-    // Null: shows black.
+    // Null: shows black. Throws as OverlayQuad does if use() failed, and shows nothing then.
     void present(const gpu::Texture* picture, gpu::CommandQueue& queue);
 
   private:
@@ -36,6 +37,7 @@ class LiveTargets {
     void present(Target& target, const gpu::Texture* picture, gpu::CommandQueue& queue) const;
 
     std::map<int, Target> targets_;
+    gpu::Device* device_ = nullptr; // of the last use()
     std::unique_ptr<OverlayQuad> copy_;
 };
 

@@ -1,10 +1,13 @@
+#include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickMSL/Compile.h"
 #include "TarnwickMSL/Wire.h"
+#include "TarnwickMSL/WorkerProcess.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 #include <fstream>
 #include <signal.h>
 #include <string>
@@ -176,6 +179,25 @@ TEST(Compile, startsAnotherWorkerForOneThatIsGone) {
     const std::string after = childrenOfThisProcess();
     EXPECT_NE(after, before);
     EXPECT_EQ(std::count(after.begin(), after.end(), ' '), 1); // and no zombie beside it
+}
+
+// A compilation whose first workers are killed after they have read the request.
+Compilation compileWithKills(int kills) {
+    const tarnwick::TemporaryFolder folder;
+    const std::filesystem::path worker = folder.path() / "worker";
+    const std::string starts = "'" + (folder.path() / "starts").string() + "'";
+    std::ofstream(worker) << "#!/bin/sh\necho >>" << starts << "\n[ $(wc -l <" << starts << ") -le "
+                          << kills << " ] || exec '" << workerProgram().string()
+                          << "' \"$@\"\nprintf . >&0\nkill -KILL $$\n";
+    std::filesystem::permissions(worker, std::filesystem::perms::owner_all);
+    return Compilers(worker, 1).compile(good, {});
+}
+
+TEST(Compile, triesAgainOnceIfTheWorkerIsKilled) {
+    EXPECT_FALSE(compileWithKills(1).failed);
+    const Compilation found = compileWithKills(2);
+    EXPECT_TRUE(found.isCompilersFault);
+    EXPECT_NE(found.messages.find("was killed"), std::string::npos) << found.messages;
 }
 
 TEST(Compile, servesSeveralThreads) {
