@@ -4,6 +4,7 @@
 #include "TarnwickBase/WholeFile.h"
 #include "TarnwickPlatform/Bundle/TextFile.h"
 #include "saver/Installing/InstallRecord.h"
+#include "saver/Installing/InstallTurn.h"
 #include "saver/Installing/ProgramList.h"
 #include "saver/Installing/SaverTexts.h"
 
@@ -227,12 +228,14 @@ class Installation {
         made_.push_back({path, std::move(bytes)});
     }
 
-    // The first one stays, also when the saver is installed again.
+    // The first one stays, also when the saver is installed again. A list that has the saver is not
+    // the list before it.
     void planOldList() {
         if (before_ && before_->files.contains(files_.oldList) && isThere(files_.oldList))
             record_.files[files_.oldList] = before_->files.at(files_.oldList);
         else if (hasList_ && !isThere(files_.oldList))
-            planFile(files_.oldList, readList());
+            if (std::string list = readList(); !listsProgram(list, files_.launcher.string()))
+                planFile(files_.oldList, std::move(list));
     }
 
     void planChannel(const BundleChannel& channel) {
@@ -356,7 +359,10 @@ std::string saverId(std::string_view name) {
 }
 
 InstallReport installSaver(const SaverOrder& order, const SaverPlaces& places) {
-    return reported([&] { return Installation(order, places).run(); });
+    return reported([&] {
+        const InstallTurn turn(places.savers);
+        return Installation(order, places).run();
+    });
 }
 
 std::vector<InstalledSaver> installedSavers(const SaverPlaces& places) {
@@ -388,6 +394,7 @@ std::optional<InstalledSaver> saverNamed(std::string_view name, const SaverPlace
 
 InstallReport uninstallSaver(const InstalledSaver& saver, const SaverPlaces& places) {
     return reported([&] {
+        const InstallTurn turn(places.savers);
         const auto record = recordIn(saver.bundle);
         if (!record)
             throw InstallError(saver.bundle.string() +

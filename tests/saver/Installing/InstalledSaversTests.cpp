@@ -10,6 +10,7 @@
 #include <csignal>
 #include <filesystem>
 #include <set>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -138,6 +139,8 @@ TEST_F(Install, makesNoProgramListThatItDoesNotTakeAway) {
     fs::remove(places.xscreensaver);
     for (const char* name : {"Rose", "Lake"})
         install(name);
+    install("Rose"); // its own list is not the one before
+    EXPECT_FALSE(fs::exists(places.savers / "rose.saver" / "xscreensaver.before"));
     for (const char* name : {"Rose", "Lake"}) {
         EXPECT_TRUE(fs::exists(places.xscreensaver));
         uninstallSaver(*saverNamed(name, places), places);
@@ -172,6 +175,20 @@ TEST_F(Install, leavesNothingOfANewSaverThatCannotBeInstalled) {
 
 // Killed at some time: the same installation completes it, another one replaces it, and removing
 // leaves nothing.
+TEST_F(Install, listsBothOfTwoThatAreInstalledAtTheSameTime) {
+    for (int time = 0; time < 8; ++time) {
+        std::thread other([&] { install("Lake"); });
+        install("Rose");
+        other.join();
+        const std::string list = *fileText(places.xscreensaver);
+        for (const char* name : {"Rose", "Lake"}) {
+            ASSERT_TRUE(saverNamed(name, places)->isListed) << list;
+            uninstallSaver(*saverNamed(name, places), places);
+        }
+    }
+    EXPECT_EQ(fileText(places.xscreensaver), programs);
+}
+
 TEST_F(Install, goesOnAfterItWasKilled) {
     const fs::path photo = home / "photo.jpg";
     writeWholeFile(photo, std::string(100'000, 'x'));
