@@ -10,9 +10,11 @@
 #include <chrono>
 #include <csignal>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <poll.h>
 #include <string_view>
+#include <system_error>
 #include <unistd.h>
 
 namespace tarnwick {
@@ -20,6 +22,7 @@ namespace {
 
 constexpr std::array numbers{SIGINT, SIGTERM, SIGHUP};
 constexpr std::chrono::milliseconds longestHold{1500};
+constexpr std::chrono::seconds longestRemoval{2};
 
 // The state that the signal handler may access.
 struct Arrival {
@@ -53,11 +56,28 @@ void wipeTerminalLine() {
         const auto ignored = write(STDERR_FILENO, wipe.data(), wipe.size());
 }
 
+// Waits at most longestRemoval: a file system that does not answer, for instance of a network, must
+// not keep the process. The next process that makes a temporary folder there removes what is left.
+void removeUnfinishedInTime() {
+    const auto isDone = std::make_shared<std::atomic<bool>>(false);
+    try {
+        std::thread([isDone] {
+            removeUnfinished();
+            *isDone = true;
+        }).detach();
+    } catch (const std::system_error&) { // no memory for a thread
+        return removeUnfinished();
+    }
+    const auto deadline = std::chrono::steady_clock::now() + longestRemoval;
+    while (!*isDone && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+}
+
 // Runs no destructors and no handlers of exit(): those of drivers wait for the GPU.
 [[noreturn]] void endProcess() {
     static std::mutex once;
     once.lock(); // never unlocked: a second thread waits here for the end of the process
-    removeUnfinished();
+    removeUnfinishedInTime();
     wipeTerminalLine();
     if (arrival.status >= 0)
         _exit(arrival.status);

@@ -1,8 +1,9 @@
 // The signals that ask a program to end: SIGINT, SIGTERM and SIGHUP.
 //
 // The program ends within two seconds of a signal, even while it waits for a driver that draws for
-// a minute. It leaves no unfinished file behind. The signal itself ends it, so that its exit status
-// is the conventional one and a loop of a shell around it ends too.
+// a minute; within four seconds if the file system does not answer. It leaves no unfinished file
+// behind, unless the file system does not answer. The signal itself ends it, so that its exit
+// status is the conventional one and a loop of a shell around it ends too.
 #pragma once
 
 #include <atomic>
