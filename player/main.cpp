@@ -1,4 +1,5 @@
 // tarnwick-player: the desktop program in which episodes are written and played.
+#include "TarnwickBase/Crashes.h"
 #include "TarnwickBase/EndSignals.h"
 #include "TarnwickBase/FreedMemory.h"
 #include "TarnwickBase/Quoted.h"
@@ -142,6 +143,7 @@ int run(int count, char** words) {
 } // namespace tarnwick::player
 
 int main(int count, char** words) {
+    tarnwick::tellOfCrashes("tarnwick-player");
     tarnwick::keepFreedMemory();
     const tarnwick::EndSignals endSignals;
     const int status = tarnwick::player::run(count, words);

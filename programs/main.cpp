@@ -1,4 +1,5 @@
 // tarnwick: checks, assembles, compiles, draws and hears episodes from the command line.
+#include "TarnwickBase/Crashes.h"
 #include "TarnwickBase/EndSignals.h"
 #include "TarnwickBase/FreedMemory.h"
 #include "TarnwickCore/CommandLine/Help.h"
@@ -8,7 +9,6 @@
 #include "programs/Manual/ManualPages.h"
 
 #include <array>
-#include <new>
 #include <string>
 
 namespace tarnwick {
@@ -141,10 +141,8 @@ Status statusOf(std::span<const char* const> words) {
     } catch (const UsageError& error) {
         tell(error.what());
         return Status::misused;
-    } catch (const std::bad_alloc&) {
-        tell("There is not enough memory.");
     } catch (const std::exception& error) {
-        tell(error.what());
+        tell(sentenceOf(error));
     }
     return Status::failed;
 }
@@ -154,6 +152,7 @@ Status statusOf(std::span<const char* const> words) {
 
 int main(int count, char** words) {
     using namespace tarnwick;
+    tellOfCrashes("tarnwick");
     keepFreedMemory();
     const EndSignals signals;
     const std::span<const char* const> all(words, static_cast<std::size_t>(count));

@@ -1,5 +1,6 @@
 #include "saver/Program.h"
 
+#include "TarnwickBase/Crashes.h"
 #include "TarnwickBase/EndSignals.h"
 #include "TarnwickBase/InstalledFiles.h"
 #include "TarnwickBase/OutputFile.h"
@@ -195,7 +196,7 @@ Status runSaver(std::span<const char* const> arguments, std::ostream& out, std::
         errors << "tarnwick-saver: " << terminalText(error.what()) << '\n';
         return Status::misused;
     } catch (const std::exception& error) {
-        errors << "tarnwick-saver: " << terminalText(error.what()) << '\n';
+        errors << "tarnwick-saver: " << terminalText(sentenceOf(error)) << '\n';
         return Status::failed;
     }
 }

@@ -1,3 +1,4 @@
+#include "TarnwickBase/Crashes.h"
 #include "TarnwickBase/EndSignals.h"
 #include "TarnwickBase/FreedMemory.h"
 #include "saver/Program.h"
@@ -6,6 +7,7 @@
 #include <iostream>
 
 int main(int count, char** arguments) {
+    tarnwick::tellOfCrashes("tarnwick-saver");
     tarnwick::keepFreedMemory();
     const tarnwick::EndSignals signals;
     const auto given = static_cast<std::size_t>(count);
