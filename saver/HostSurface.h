@@ -32,6 +32,8 @@ class HostSurface {
     // It was destroyed or closed, the display went away, or it covers a screen and the user is
     // back.
     virtual bool isGone() const = 0;
+    // The display went away without being asked to.
+    virtual bool hasLostDisplay() const = 0;
     // Whether it looks like the small picture in the settings of another program.
     virtual bool isPreview() const = 0;
     // A window in which somebody plays, not a screen saver's.

@@ -132,7 +132,8 @@ struct HostWindow::Parts {
     bool isScreenOff = false;
     std::optional<MonitorCover> cover;
     double screenLook = 0; // seconds of the host clock: of isScreenOff
-    bool isGone = false;
+    bool isGone = false;   // or is lost
+    bool isLost = false;   // the connection
     PixelSize size;
     Atom protocols = 0, deleteWindow = 0;
 
@@ -284,7 +285,12 @@ HostWindow::HostWindow(const WindowChoice& choice) {
     }
     parts_ = std::make_unique<Parts>(display);
     XSetIOErrorExitHandler(
-        display, [](Display*, void* gone) { *static_cast<bool*>(gone) = true; }, &parts_->isGone);
+        display,
+        [](Display*, void* data) {
+            auto& parts = *static_cast<Parts*>(data);
+            parts.isGone = parts.isLost = true;
+        },
+        parts_.get());
     parts_->choose(choice);
 }
 
@@ -309,6 +315,10 @@ const PixelSize& HostWindow::size() const {
 
 bool HostWindow::isGone() const {
     return parts_->isGone;
+}
+
+bool HostWindow::hasLostDisplay() const {
+    return parts_->isLost;
 }
 
 bool HostWindow::isPreview() const {

@@ -38,6 +38,7 @@ class HostWindow final : public HostSurface {
     int connection() const override;
     const PixelSize& size() const override;
     bool isGone() const override;
+    bool hasLostDisplay() const override;
     // A given window within a window that is not a cover of the screen. (XScreenSaver gives no
     // other sign.)
     bool isPreview() const override;

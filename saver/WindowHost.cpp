@@ -139,6 +139,8 @@ void showInWindow(const HostedSaver& saver, HostSurface& window,
     if (!view.failure() && (saver.share || !window.isOwn()))
         guest.emplace(*view.metal(), saver.share);
     showUntilEnd(view, window, signals, speaker, guest);
+    if (window.hasLostDisplay())
+        remarked("The connection to the display broke.");
     signals.answer();
     endSoon(speaker.hasSpoken() ? 1 : 0); // the device may work for longer
 }

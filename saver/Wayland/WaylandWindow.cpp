@@ -247,8 +247,12 @@ const PixelSize& WaylandWindow::size() const {
 
 bool WaylandWindow::isGone() const {
     const bool isCover = parts_->choice.output.has_value();
-    return parts_->isGone || wl_display_get_error(parts_->display) != 0 ||
+    return parts_->isGone || hasLostDisplay() ||
            (isCover ? parts_->input.isUserBack() : parts_->input.askedToClose());
+}
+
+bool WaylandWindow::hasLostDisplay() const {
+    return wl_display_get_error(parts_->display) != 0;
 }
 
 bool WaylandWindow::isOwn() const {

@@ -29,6 +29,7 @@ class WaylandWindow final : public HostSurface {
     int connection() const override;
     const PixelSize& size() const override;
     bool isGone() const override;
+    bool hasLostDisplay() const override;
     bool isPreview() const override { return false; }
     bool isOwn() const override;
     // The compositor asked for a frame since the last one; it asks for none while the output is
