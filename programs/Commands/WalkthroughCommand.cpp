@@ -1,5 +1,6 @@
 // tarnwick walkthrough: an episode explained by the steps that led to it.
 #include "TarnwickPlatform/Pictures/PNG.h"
+#include "programs/CommandLine/NewFolder.h"
 #include "programs/CommandLine/Output.h"
 #include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
@@ -24,14 +25,6 @@ namespace tarnwick {
 namespace {
 
 namespace fs = std::filesystem;
-
-void makeFolder(const fs::path& folder) {
-    std::error_code error;
-    fs::create_directory(folder, error);
-    if (error || !fs::is_directory(folder))
-        failure(folder.string() + " cannot be made a folder: " +
-                (error ? error.message() : "something else is there") + ".");
-}
 
 // "stage-02-page-03.png", so that names sort like the pages.
 fs::path pageName(std::int64_t stage, std::size_t page) {
@@ -104,12 +97,19 @@ void writePages(const EpisodeWalkthrough& walkthrough, const WalkthroughRenderer
     checkPages(pages, folder);
     const fs::path audio = episodeAudioOf(arguments).file;
     const std::vector<Picture> stills = stillsOf(walkthrough, renderer, audio);
-    makeFolder(folder);
+    std::vector<NewFile> files;
     for (const auto& [stage, page, out] : pages) {
         const auto overlays = renderer.pages(stages[stage], stages.size());
-        out.write(pngOf(renderer.frame(stills[stage], overlays.overlay(page))));
-        print(out.name() + "\n");
+        files.push_back({pageName(stages[stage].number, page),
+                         pngOf(renderer.frame(stills[stage], overlays.overlay(page)))});
     }
+    if (std::error_code error; !fs::exists(folder, error))
+        writeNewFolder(folder, files); // all pages or none
+    else
+        for (std::size_t at = 0; at < pages.size(); ++at)
+            pages[at].out.write(files[at].text);
+    for (const Page& page : pages)
+        print(page.out.name() + "\n");
 }
 
 Status walkthrough(const Arguments& arguments) {
