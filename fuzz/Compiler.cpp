@@ -7,14 +7,18 @@
 #include "TarnwickCore/Diagnostics.h"
 #include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickMSL/Translation/FrontEnd.h"
+#include "TarnwickMSL/Translation/Spirv/Validator.h"
 #include "TarnwickMSL/Wire.h"
 #include "TarnwickMSL/Worker/Translate.h"
+#include "TarnwickSpirv/Module.h"
 #include "fuzz/Input.h"
 #include "fuzz/Law.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <optional>
+#include <span>
 
 using namespace tarnwick;
 using namespace tarnwick::fuzz;
@@ -68,6 +72,20 @@ void compareWithNewSession(std::string_view text, const msl::TranslationOptions&
     law(again.messages == made.messages, "it has the same messages");
 }
 
+// The GPU layer parses modules to change them, and writes them again.
+void rewrite(const msl::EntryPoint& entry) {
+    std::optional<spv::ExecutionModel> model;
+    spirv::eachInstruction(spirv::Operands(std::span(entry.words).subspan(5)),
+                           [&](const spirv::Instruction& each) {
+                               if (each.op == spv::Op::OpEntryPoint)
+                                   model = static_cast<spv::ExecutionModel>(each.operands[0]);
+                           });
+    law(model.has_value(), "a module has an entry point");
+    const spirv::Words written = spirv::Module(entry.words).finish(*model);
+    law(spirv::Module(written).finish(*model) == written, "a written module reads back equal");
+    law(msl::spirvFaults(written).empty(), "a written module is valid");
+}
+
 void checkMessages(const msl::Compilation& made) {
     law(made.messages.find("The compiler has a fault") == std::string::npos, made.messages.c_str());
     for (const msl::Diagnostic& one : made.diagnostics)
@@ -109,8 +127,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const std::string answer = msl::toBytes(made);
     const auto read = msl::compilationFrom(answer);
     law(read && msl::toBytes(*read) == answer, "an answer reads back equal");
-    if (numberOf(text) % 16 == 0)
+    if (numberOf(text) % 16 == 0) {
         compareWithNewSession(text, options, made);
+        std::ranges::for_each(made.entryPoints, rewrite);
+    }
     library().tidy();
     remains.tidy();
     return 0;

@@ -51,6 +51,9 @@ Id Body::resized(Type* to, Type* from, Id value, bool isSigned) {
         return emit(spv::Op::OpFConvert, to, {value});
     if (to->getScalarSizeInBits() == from->getScalarSizeInBits())
         return value;
+    if (from->isIntOrIntVectorTy(1)) // a bool has no bits (SPIR-V 1.6, 2.2.1)
+        return emit(spv::Op::OpSelect, to,
+                    {value, id(ConstantInt::getSigned(to, isSigned ? -1 : 1)), constants.null(to)});
     return emit(isSigned ? spv::Op::OpSConvert : spv::Op::OpUConvert, to, {value});
 }
 

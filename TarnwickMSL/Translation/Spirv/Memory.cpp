@@ -304,9 +304,13 @@ Memory::Pointer Memory::atomic(const Value* pointer, Type* type, bool isStore) {
                 spv::StorageClass::PhysicalStorageBuffer};
     }
     Found found = find(pointer, {.type = type, .isWrite = isStore, .isAtomic = true});
+    const spv::StorageClass storage = found.root->storage;
+    if (storage == spv::StorageClass::Function || storage == spv::StorageClass::Private)
+        throw TranslationError("An atomic operation is on a variable of a thread; it must be on "
+                               "device or threadgroup memory.");
     if (found.access.form == Access::Form::outside)
-        return {0, found.root->storage};
-    return {chain(found, found.access, false), found.root->storage};
+        return {0, storage};
+    return {chain(found, found.access, false), storage};
 }
 
 Id Memory::input(const Value* pointer, Type* type) {

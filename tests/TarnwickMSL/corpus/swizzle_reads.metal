@@ -1,5 +1,6 @@
-// Swizzles by both alphabets, repeated lanes, swizzles of swizzles and of results.
-// @expects 4 3 2 1 | 1 1 2 | 3 1 | 2 3 | 5 5 | 9
+// Swizzles by both alphabets, repeated lanes, swizzles of swizzles and of results; the lane
+// of a bool.
+// @expects 4 3 2 1 | 1 1 2 | 3 1 | 2 3 | 5 5 | 9 | 2 1
 #include <metal_stdlib>
 using namespace metal;
 
@@ -17,4 +18,5 @@ kernel void check(device float* out [[buffer(0)]], constant float* in [[buffer(1
     float2 d = (v + v.wzyx).xw;
     out[11] = d.x; out[12] = d.y;
     out[13] = dot(v.xyz, float3(1.0, 1.0, 2.0));
+    out[14] = v[bool(in[5])]; out[15] = v[bool(in[0])];
 }
