@@ -131,11 +131,20 @@ class CommandBuffer {
 
     // Presents the drawable once the GPU has finished this command buffer. Before commit().
     void present(const Drawable& drawable);
+    // Submits the commands: whole if their work is known to be quick, otherwise in pieces of about
+    // 50 ms, one after the other, by a thread of the device (the environment variable
+    // TARNWICK_PIECES=N: all work in pieces of about N pixels, vertices or threads, for tests). A
+    // command buffer that presents is not divided, and waits here until the pieces of those before
+    // it are submitted; otherwise commit() does not block.
     void commit();
     void waitUntilCompleted(); // blocks
     // Blocks for at most `seconds`; false if the GPU has not finished by then.
     bool waitUntilCompleted(double seconds);
     CommandBufferStatus status() const;
+
+    // Leaves out the draws and kernels that the GPU has not begun. The command buffer completes
+    // soon; what it would have drawn and stored is undefined. After commit().
+    void abandon();
 
     // Whether an invocation exceeded its loop budget. May be false until the buffer has completed.
     bool hitLoopBudget() const;

@@ -53,7 +53,7 @@ void Barriers::afterWork(VkPipelineStageFlags2 stages, VkAccessFlags2 writes) {
     writes_ |= writes;
 }
 
-void Barriers::flush(VkCommandBuffer commands) {
+void Barriers::flush(CommandStream& stream) {
     if (images_.empty() && stages_ == 0)
         return;
     const VkMemoryBarrier2 memory{.sType = VK_STRUCTURE_TYPE_MEMORY_BARRIER_2,
@@ -62,13 +62,7 @@ void Barriers::flush(VkCommandBuffer commands) {
                                   .dstStageMask = VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT |
                                                   VK_PIPELINE_STAGE_2_HOST_BIT,
                                   .dstAccessMask = anyAccess};
-    const VkDependencyInfo info{.sType = VK_STRUCTURE_TYPE_DEPENDENCY_INFO,
-                                .memoryBarrierCount = stages_ != 0 ? 1u : 0u,
-                                .pMemoryBarriers = &memory,
-                                .imageMemoryBarrierCount =
-                                    static_cast<std::uint32_t>(images_.size()),
-                                .pImageMemoryBarriers = images_.data()};
-    vkCmdPipelineBarrier2(commands, &info);
+    stream.barrier(stages_ != 0 ? &memory : nullptr, images_);
     forget();
 }
 

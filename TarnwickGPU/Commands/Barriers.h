@@ -1,4 +1,4 @@
-// The barriers between encoders: one vkCmdPipelineBarrier2 at each boundary.
+// The barriers between encoders: one at each boundary.
 //
 // An encoder enters its textures, which changes their layouts, and leaves them at its end, which
 // changes them back to the layout `rest`. Leaving is deferred until the next encoder begins: a
@@ -6,6 +6,7 @@
 // are visible to every later command of the queue (Vulkan 1.3, 7.6).
 #pragma once
 
+#include "TarnwickGPU/Commands/CommandStream.h"
 #include "TarnwickGPU/Resources/TextureParts.h"
 
 #include <vulkan/vulkan.h>
@@ -30,8 +31,8 @@ class Barriers {
     void leave(const TextureParts& texture, const TextureUse& use);
     // Call it after commands of `stages` that did `writes` to buffers and to textures at rest.
     void afterWork(VkPipelineStageFlags2 stages, VkAccessFlags2 writes);
-    // Encodes the deferred barrier, if any.
-    void flush(VkCommandBuffer commands);
+    // Adds the deferred barrier, if any.
+    void flush(CommandStream& stream);
     void forget(); // the command buffer is recorded again
 
   private:

@@ -70,14 +70,14 @@ void BlitCommandEncoder::copy(const Texture& source, const Region& region,
         return;
     parts_->enter(from, sourceUse, Contents::kept);
     parts_->enter(to, destinationUse, Contents::kept);
-    parts_->barriers.flush(parts_->handle);
+    parts_->barriers.flush(*parts_->stream);
     const VkImageCopy copy{.srcSubresource = {from.image.aspect, 0, 0, 1},
                            .srcOffset = offset(region.x, region.y),
                            .dstSubresource = {to.image.aspect, 0, 0, 1},
                            .dstOffset = offset(destinationX, destinationY),
                            .extent = {region.width, region.height, 1}};
-    vkCmdCopyImage(parts_->handle, from.image.handle, sourceUse.layout, to.image.handle,
-                   destinationUse.layout, 1, &copy);
+    parts_->stream->add(command::CopyImage{from.image.handle, sourceUse.layout, to.image.handle,
+                                           destinationUse.layout, copy});
     parts_->barriers.leave(from, sourceUse);
     parts_->barriers.leave(to, destinationUse);
 }
@@ -92,17 +92,16 @@ void BlitCommandEncoder::generateMipmaps(const Texture& texture) {
                  "a texture whose levels are generated has colours that can be filtered",
                  "VkFormat", static_cast<int>(vulkanFormat(descriptor.format)));
     parts_->enter(parts, mipmapUse, Contents::kept);
-    parts_->barriers.flush(parts_->handle);
+    parts_->barriers.flush(*parts_->stream);
     for (std::uint32_t level = 1; level < descriptor.mipLevels; ++level) {
         const VkImageBlit blit{
             .srcSubresource = {parts.image.aspect, level - 1, 0, slices(descriptor)},
             .srcOffsets = {{}, extent(descriptor, level - 1)},
             .dstSubresource = {parts.image.aspect, level, 0, slices(descriptor)},
             .dstOffsets = {{}, extent(descriptor, level)}};
-        vkCmdBlitImage(parts_->handle, parts.image.handle, mipmapUse.layout, parts.image.handle,
-                       mipmapUse.layout, 1, &blit, VK_FILTER_LINEAR);
+        parts_->stream->add(command::BlitImage{parts.image.handle, mipmapUse.layout, blit});
         parts_->barriers.afterWork(mipmapUse.stages, VK_ACCESS_2_TRANSFER_WRITE_BIT);
-        parts_->barriers.flush(parts_->handle);
+        parts_->barriers.flush(*parts_->stream);
     }
     parts_->barriers.leave(parts, mipmapUse);
 }

@@ -27,10 +27,7 @@ void changeLayout(CommandBufferParts& parts, const TextureImage& image, VkImageL
                                         .dstQueueFamilyIndex = VK_QUEUE_FAMILY_IGNORED,
                                         .image = image.handle,
                                         .subresourceRange = image.wholeRange()};
-    const VkDependencyInfo info{.sType = VK_STRUCTURE_TYPE_DEPENDENCY_INFO,
-                                .imageMemoryBarrierCount = 1,
-                                .pImageMemoryBarriers = &barrier};
-    vkCmdPipelineBarrier2(parts.handle, &info);
+    parts.stream->barrier(nullptr, {&barrier, 1});
 }
 
 // The draw reads the target itself, in the layout for both.
@@ -63,8 +60,8 @@ void showCopy(CommandBufferParts& parts, const ColorAttachment& color, ColorInpu
                              .extent = {extent.width, extent.height, 1}};
     changeLayout(parts, target.image, colorUse.layout, source);
     changeLayout(parts, copy->image, VK_IMAGE_LAYOUT_UNDEFINED, destination);
-    vkCmdCopyImage(parts.handle, target.image.handle, source, copy->image.handle, destination, 1,
-                   &region);
+    parts.stream->add(
+        command::CopyImage{target.image.handle, source, copy->image.handle, destination, region});
     changeLayout(parts, target.image, source, colorUse.layout);
     changeLayout(parts, copy->image, destination, copy->rest);
     input.view = copy->views.whole();

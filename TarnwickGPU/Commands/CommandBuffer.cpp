@@ -1,11 +1,14 @@
 #include "TarnwickBase/Precondition.h"
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Commands/CommandBufferParts.h"
+#include "TarnwickGPU/Commands/Pieces.h"
 #include "TarnwickGPU/Device/LayerParts.h"
 #include "TarnwickGPU/Layer.h"
 #include "TarnwickGPU/Resources/TextureParts.h"
 
 #include <algorithm>
+#include <chrono>
+#include <span>
 #include <utility>
 
 namespace tarnwick::gpu {
@@ -18,6 +21,9 @@ struct DrawableSemaphores {
     std::array<VkSemaphoreSubmitInfo, mostDrawables> waits;
     std::array<VkSemaphore, mostDrawables> signals;
     std::size_t waitCount = 0, signalCount = 0;
+
+    std::span<const VkSemaphoreSubmitInfo> waitInfos() const { return {waits.data(), waitCount}; }
+    std::span<const VkSemaphore> signalled() const { return {signals.data(), signalCount}; }
 };
 
 DrawableSemaphores drawableSemaphores(const CommandBufferParts& parts) {
@@ -34,20 +40,61 @@ DrawableSemaphores drawableSemaphores(const CommandBufferParts& parts) {
     return semaphores;
 }
 
-bool submit(CommandBufferParts& parts) {
-    parts.barriers.flush(parts.handle);
-    if (vkEndCommandBuffer(parts.handle) != VK_SUCCESS || parts.failed)
-        return false;
+// All commands at once.
+std::optional<std::uint64_t> submitWhole(CommandBufferParts& parts,
+                                         const DrawableSemaphores& semaphores) {
+    const VkDevice device = parts.device->record.handle;
+    const VkCommandBufferBeginInfo info{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_BEGIN_INFO,
+                                        .flags = VK_COMMAND_BUFFER_USAGE_ONE_TIME_SUBMIT_BIT};
+    if (vkResetCommandPool(device, parts.pool, 0) != VK_SUCCESS ||
+        vkBeginCommandBuffer(parts.handle, &info) != VK_SUCCESS)
+        return std::nullopt;
+    recordAll({parts.device->record, parts.handle, *parts.stream});
+    if (vkEndCommandBuffer(parts.handle) != VK_SUCCESS)
+        return std::nullopt;
+    return parts.device->submissions.submit(parts.queue->lane, parts.handle, semaphores.waitInfos(),
+                                            semaphores.signalled());
+}
+
+// A drawable is presented after the submission that draws it, so its command buffer is not divided.
+std::optional<std::uint64_t> submitByCost(CommandBufferParts& parts) {
     const DrawableSemaphores semaphores = drawableSemaphores(parts);
-    const auto number = parts.device->submissions.submit(
-        parts.queue->lane, parts.handle, {semaphores.waits.data(), semaphores.waitCount},
-        {semaphores.signals.data(), semaphores.signalCount});
+    const auto seconds = knownSeconds(parts.device->record, *parts.stream);
+    parts.committedAt.reset();
+    if (!parts.presented.empty() || (seconds && *seconds <= wholeSeconds)) {
+        parts.committedAt = std::chrono::steady_clock::now();
+        parts.knownSeconds = seconds.value_or(0);
+        return submitWhole(parts, semaphores);
+    }
+    auto pieces =
+        std::make_shared<Pieces>(parts.device->record, parts.pool, parts.handle, parts.stream);
+    return parts.device->submissions.submit(parts.queue->lane, std::move(pieces),
+                                            semaphores.waitInfos());
+}
+
+bool submit(CommandBufferParts& parts) {
+    parts.barriers.flush(*parts.stream);
+    if (parts.failed)
+        return false;
+    const auto number = submitByCost(parts);
     if (!number)
         return false;
     parts.submission = *number;
     for (DrawableSlot* slot : parts.touched)
         slot->lastSubmission = *number;
     return true;
+}
+
+// The command buffer is done. If it took much longer than its work did before, the next one with
+// this work is submitted in pieces again. The time is an upper bound: the caller may look late, and
+// earlier work may have delayed it.
+void compareSeconds(CommandBufferParts& parts) {
+    const auto begin = std::exchange(parts.committedAt, std::nullopt);
+    if (!begin)
+        return;
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - *begin;
+    if (seconds.count() > 2 * std::max(wholeSeconds, parts.knownSeconds))
+        forgetSeconds(*parts.stream);
 }
 
 // For a command buffer that is never committed: its drawables are neither drawn into nor shown.
@@ -109,9 +156,10 @@ void CommandBuffer::waitUntilCompleted() {
     precondition(parts_->status != CommandBufferStatus::recording, "waiting is after commit()");
     if (parts_->status != CommandBufferStatus::committed)
         return;
-    parts_->status = parts_->device->submissions.wait(parts_->submission)
-                         ? CommandBufferStatus::completed
-                         : CommandBufferStatus::error;
+    const bool isDone = parts_->device->submissions.wait(parts_->submission);
+    parts_->status = isDone ? CommandBufferStatus::completed : CommandBufferStatus::error;
+    if (isDone)
+        compareSeconds(*parts_);
 }
 
 bool CommandBuffer::waitUntilCompleted(double seconds) {
@@ -131,7 +179,15 @@ CommandBufferStatus CommandBuffer::status() const {
     const bool isDone = submissions.isDone(parts_->submission);
     if (submissions.isLost())
         return CommandBufferStatus::error;
+    if (isDone)
+        compareSeconds(*parts_);
     return isDone ? CommandBufferStatus::completed : CommandBufferStatus::committed;
+}
+
+void CommandBuffer::abandon() {
+    precondition(parts_->status != CommandBufferStatus::recording, "abandoning is after commit()");
+    if (parts_->status == CommandBufferStatus::committed)
+        parts_->device->submissions.abandon(parts_->submission);
 }
 
 bool CommandBuffer::hitLoopBudget() const {

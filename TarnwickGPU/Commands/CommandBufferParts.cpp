@@ -55,7 +55,7 @@ CommandBufferParts::~CommandBufferParts() {
     graveyard.bury(pool);
 }
 
-bool CommandBufferParts::begin() {
+void CommandBufferParts::begin() {
     ring.reset();
     sets.reset(device->record);
     reports.reset();
@@ -67,10 +67,10 @@ bool CommandBufferParts::begin() {
     status = CommandBufferStatus::recording;
     failed = false;
     encoding = Encoding::nothing;
-    const VkCommandBufferBeginInfo info{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_BEGIN_INFO,
-                                        .flags = VK_COMMAND_BUFFER_USAGE_ONE_TIME_SUBMIT_BIT};
-    return vkResetCommandPool(device->record.handle, pool, 0) == VK_SUCCESS &&
-           vkBeginCommandBuffer(handle, &info) == VK_SUCCESS;
+    if (stream.use_count() > 1)
+        stream = std::make_shared<CommandStream>();
+    else
+        stream->clear();
 }
 
 void CommandBufferParts::startEncoding(Encoding kind) {

@@ -6,6 +6,7 @@
 #include "TarnwickGPU/CommandRecords.h"
 #include "TarnwickGPU/Commands/Barriers.h"
 #include "TarnwickGPU/Commands/BytesRing.h"
+#include "TarnwickGPU/Commands/CommandStream.h"
 #include "TarnwickGPU/Commands/DescriptorSets.h"
 #include "TarnwickGPU/Commands/LoopReports.h"
 #include "TarnwickGPU/Commands/ResourceTable.h"
@@ -16,6 +17,7 @@
 #include <vulkan/vulkan.h>
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -60,7 +62,7 @@ struct CommandBufferParts {
     CommandBufferParts(const CommandBufferParts&) = delete;
     CommandBufferParts& operator=(const CommandBufferParts&) = delete;
 
-    bool begin(); // false if out of memory
+    void begin();
     void startEncoding(Encoding kind);
     void endEncoding(Encoding kind);
     // The encoder has the use `use` of `texture` from the next flush of `barriers` on.
@@ -78,7 +80,12 @@ struct CommandBufferParts {
     std::shared_ptr<QueueParts> queue; // null while in QueueParts::resting
     VkCommandPool pool = VK_NULL_HANDLE;
     VkCommandBuffer handle = VK_NULL_HANDLE;
+    // Shared with the pieces that are being submitted.
+    std::shared_ptr<CommandStream> stream = std::make_shared<CommandStream>();
     std::uint64_t submission = 0; // the last of these parts
+    // Of a command buffer that was submitted whole: when, and the seconds that it should take.
+    std::optional<std::chrono::steady_clock::time_point> committedAt;
+    double knownSeconds = 0;
     CommandBufferStatus status = CommandBufferStatus::recording;
     bool failed = false; // out of memory while encoding; commit() gives an error
 

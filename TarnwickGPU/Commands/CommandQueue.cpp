@@ -57,11 +57,8 @@ std::optional<CommandBuffer> CommandQueue::commandBuffer() {
     if (!taken)
         return std::nullopt;
     taken->queue = parts_;
-    const bool begun = taken->begin();
-    CommandBuffer buffer(std::move(taken));
-    if (!begun)
-        return std::nullopt;
-    return buffer;
+    taken->begin();
+    return CommandBuffer(std::move(taken));
 }
 
 std::unique_ptr<CommandQueue> Device::newCommandQueue(QueueUse use) {

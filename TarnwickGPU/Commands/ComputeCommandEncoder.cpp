@@ -48,7 +48,7 @@ void waitForWrites(CommandBufferParts& parts) {
         return;
     parts.barriers.afterWork(VK_PIPELINE_STAGE_2_COMPUTE_SHADER_BIT,
                              VK_ACCESS_2_SHADER_STORAGE_WRITE_BIT);
-    parts.barriers.flush(parts.handle);
+    parts.barriers.flush(*parts.stream);
 }
 
 } // namespace
@@ -59,7 +59,7 @@ std::optional<ComputeCommandEncoder> CommandBuffer::computeCommandEncoder() {
     parts_->startEncoding(Encoding::compute);
     parts_->threadgroupLengths = {};
     parts_->stageInRegion.reset();
-    parts_->barriers.flush(parts_->handle);
+    parts_->barriers.flush(*parts_->stream);
     return ComputeCommandEncoder(*parts_);
 }
 
@@ -122,16 +122,21 @@ void ComputeCommandEncoder::dispatchThreads(Size threads, Size perThreadgroup) {
     }
     waitForWrites(*parts_);
     if (parts_->boundPipeline != pipeline) {
-        vkCmdBindPipeline(parts_->handle, VK_PIPELINE_BIND_POINT_COMPUTE, pipeline);
+        parts_->stream->add(command::BindPipeline{VK_PIPELINE_BIND_POINT_COMPUTE, pipeline});
         parts_->boundPipeline = pipeline;
         parts_->resourcesChanged = true;
     }
     if (std::exchange(parts_->resourcesChanged, false) || kernel.layout.reportsLoops)
         bindResources(*parts_, kernel.layout, VK_PIPELINE_BIND_POINT_COMPUTE);
     const GridRecord grid = gridOf(threads, parts_->stageInRegion);
-    vkCmdPushConstants(parts_->handle, kernel.layout.pipelineLayout, VK_SHADER_STAGE_COMPUTE_BIT, 0,
-                       sizeof grid, &grid);
-    vkCmdDispatch(parts_->handle, counts[0], counts[1], counts[2]);
+    CommandStream& stream = *parts_->stream;
+    stream.pushConstants(kernel.layout.pipelineLayout, VK_SHADER_STAGE_COMPUTE_BIT,
+                         std::as_bytes(std::span(&grid, 1)));
+    stream.add(
+        command::Dispatch{stream.traitsIndex(kernel.traits),
+                          {},
+                          counts,
+                          perThreadgroup.width * perThreadgroup.height * perThreadgroup.depth});
     parts_->wroteMemory = kernel.layout.writesMemory;
 }
 

@@ -73,6 +73,7 @@ VkResult makeVariant(const DeviceState& device, const BindingLayout& layout,
     const VkSpecializationInfo constants = values.info();
     const VkComputePipelineCreateInfo info{
         .sType = VK_STRUCTURE_TYPE_COMPUTE_PIPELINE_CREATE_INFO,
+        .flags = VK_PIPELINE_CREATE_DISPATCH_BASE_BIT,
         .stage = {.sType = VK_STRUCTURE_TYPE_PIPELINE_SHADER_STAGE_CREATE_INFO,
                   .stage = VK_SHADER_STAGE_COMPUTE_BIT,
                   .module = module.handle(),
@@ -136,6 +137,7 @@ Device::newComputePipelineState(const Function& kernel, const StageInputDescript
     parts->device = state_;
     parts->kernel = kernel.entryPoint().attributes.empty() ? kernel.sharedEntryPoint()
                                                            : withStageInput(kernel, *stageInput);
+    heed(*parts->traits, *parts->kernel);
     const std::array functions{parts->kernel.get()};
     auto layout =
         BindingLayout::make(*state_, {.functions = functions,

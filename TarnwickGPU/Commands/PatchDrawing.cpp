@@ -39,12 +39,16 @@ void draw(CommandBufferParts& parts, const PatchDraw& draw) {
                              .baseInstance = draw.baseInstance,
                              .instanceStride = parts.factorInstanceStride,
                              .scale = parts.factorScale};
-    vkCmdPushConstants(parts.handle, layout.pipelineLayout,
-                       VK_SHADER_STAGE_TESSELLATION_CONTROL_BIT, 0, sizeof record, &record);
+    CommandStream& stream = *parts.stream;
+    stream.pushConstants(layout.pipelineLayout, VK_SHADER_STAGE_TESSELLATION_CONTROL_BIT,
+                         std::as_bytes(std::span(&record, 1)));
+    const std::uint32_t traits = stream.traitsIndex(parts.renderPipeline->traits);
     if (!draw.indices)
-        return vkCmdDraw(parts.handle, draw.count, draw.instances, draw.start, draw.baseInstance);
+        return stream.add(
+            command::Draw{traits, draw.count, draw.instances, draw.start, draw.baseInstance});
     bindIndices(parts, *draw.indices, draw.indexOffset, IndexType::uint32, draw.start + draw.count);
-    vkCmdDrawIndexed(parts.handle, draw.count, draw.instances, draw.start, 0, draw.baseInstance);
+    stream.add(
+        command::DrawIndexed{traits, draw.count, draw.instances, draw.start, 0, draw.baseInstance});
 }
 
 } // namespace

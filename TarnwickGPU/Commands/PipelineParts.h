@@ -3,6 +3,7 @@
 #pragma once
 
 #include "TarnwickGPU/CommandRecords.h"
+#include "TarnwickGPU/Commands/WorkTraits.h"
 #include "TarnwickGPU/Device/BindingLayout.h"
 #include "TarnwickGPU/Device/DeviceState.h"
 #include "TarnwickGPU/Pipeline.h"
@@ -28,6 +29,7 @@ struct RenderPipelineParts {
     bool hasPatches = false; // its vertex function takes patches
     bool hasControlPointIndices = false;
     std::vector<std::uint32_t> vertexBuffers; // the index of each of Vulkan's vertex bindings
+    std::shared_ptr<WorkTraits> traits = std::make_shared<WorkTraits>();
 
     RenderPipelineParts() = default;
     ~RenderPipelineParts();
@@ -54,6 +56,7 @@ struct ComputePipelineParts {
     std::shared_ptr<DeviceState> device;
     BindingLayout layout;
     std::shared_ptr<const msl::EntryPoint> kernel;
+    std::shared_ptr<WorkTraits> traits = std::make_shared<WorkTraits>();
 
     // Null when the device refuses it. Any thread.
     VkPipeline pipelineFor(const ThreadgroupShape& threadgroup) const;

@@ -25,9 +25,15 @@ constexpr float largestSplat = 3;
 // With more pixels per point, adding up the sums takes longer than drawing the points.
 constexpr std::uint64_t pixelsAPoint = 16;
 
+constexpr auto strideOfDraws = static_cast<std::uint32_t>(sizeof(VkDrawIndirectCommand));
+
 struct PointDraw {
     std::uint32_t start, count, instances;
 };
+
+std::uint32_t traitsOf(CommandBufferParts& parts) {
+    return parts.stream->traitsIndex(parts.renderPipeline->traits);
+}
 
 PointRecord recordOf(const CommandBufferParts& parts, const PointDraw& draw) {
     const Viewport& viewport = parts.viewport;
@@ -57,7 +63,8 @@ Pair roundingFor(std::uint32_t count) {
 
 void pushRecord(CommandBufferParts& parts, const BindingLayout& layout, VkShaderStageFlags stages,
                 const PointRecord& record) {
-    vkCmdPushConstants(parts.handle, layout.pipelineLayout, stages, 0, sizeof record, &record);
+    parts.stream->pushConstants(layout.pipelineLayout, stages,
+                                std::as_bytes(std::span(&record, 1)));
 }
 
 // The viewport with the margin around it, so that the centre of every point that shows is inside.
@@ -82,14 +89,14 @@ void readyPoints(CommandBufferParts& parts, VkPipeline points, PointRecord& reco
         const Viewport wide = widened(parts.viewport);
         record.scale = {static_cast<float>(parts.viewport.width / wide.width),
                         static_cast<float>(parts.viewport.height / wide.height)};
-        encodeViewport(parts.handle, wide);
+        encodeViewport(parts, wide);
     }
     pushRecord(parts, pipeline.drawing.layout, VK_SHADER_STAGE_VERTEX_BIT, record);
 }
 
 void endPoints(CommandBufferParts& parts) {
     if (parts.device->record.points.dropsOutside)
-        encodeViewport(parts.handle, parts.viewport);
+        encodeViewport(parts, parts.viewport);
 }
 
 void readyQuads(CommandBufferParts& parts, VkPipeline quads, PointRecord& record, Pair sizes) {
@@ -104,8 +111,8 @@ void readyQuads(CommandBufferParts& parts, VkPipeline quads, PointRecord& record
 void drawQuads(CommandBufferParts& parts, VkPipeline quads, const PointDraw& draw) {
     PointRecord record = recordOf(parts, draw);
     readyQuads(parts, quads, record, {0, anySize});
-    vkCmdDraw(parts.handle, draw.count * verticesOfAQuad, draw.instances,
-              draw.start * verticesOfAQuad, 0);
+    parts.stream->add(command::Draw{traitsOf(parts), draw.count * verticesOfAQuad, draw.instances,
+                                    draw.start * verticesOfAQuad, 0});
 }
 
 // The indirect draws. A kernel sets their instance counts, which are 0 at first.
@@ -141,14 +148,11 @@ BlockDraws blockDraws(CommandBufferParts& parts, const PointDraw& draw) {
 }
 
 void drawBlocks(CommandBufferParts& parts, const BlockDraws& draws, std::uint32_t form) {
-    constexpr auto stride = static_cast<std::uint32_t>(sizeof(VkDrawIndirectCommand));
-    const DeviceRecord& device = parts.device->record;
-    const std::uint32_t most = device.features.multiDraws ? device.limits.maxDrawIndirectCount : 1;
-    const std::uint32_t step = std::min(draws.blocks, most);
-    const std::uint32_t first = firstBlockDraw + form * draws.blocks;
-    for (std::uint32_t block = 0; block < draws.blocks; block += step)
-        vkCmdDrawIndirect(parts.handle, draws.slice.buffer, draws.offset(first + block),
-                          std::min(step, draws.blocks - block), stride);
+    const std::uint32_t verticesOfAPoint = form == 0 ? 1 : verticesOfAQuad;
+    parts.stream->add(command::DrawIndirect{traitsOf(parts), draws.blocks, strideOfDraws,
+                                            draws.blocks * pointsABlock * verticesOfAPoint,
+                                            draws.slice.buffer,
+                                            draws.offset(firstBlockDraw + form * draws.blocks)});
 }
 
 // Takes the sums if adding points is faster than drawing them.
@@ -168,10 +172,11 @@ bool takeSums(CommandBufferParts& parts, const PointDraw& draw) {
 void runKernel(CommandBufferParts& parts, const PipelineWithLayout& kernel,
                const PointRecord& record) {
     breakRendering(parts);
-    vkCmdBindPipeline(parts.handle, VK_PIPELINE_BIND_POINT_COMPUTE, kernel.pipeline);
+    parts.stream->add(command::BindPipeline{VK_PIPELINE_BIND_POINT_COMPUTE, kernel.pipeline});
     bindResources(parts, kernel.layout, VK_PIPELINE_BIND_POINT_COMPUTE);
     pushRecord(parts, kernel.layout, VK_SHADER_STAGE_COMPUTE_BIT, record);
-    vkCmdDispatch(parts.handle, (record.count - 1) / pointsAThreadgroup + 1, 1, 1);
+    const std::uint32_t groups = (record.count - 1) / pointsAThreadgroup + 1;
+    parts.stream->add(command::Dispatch{traitsOf(parts), {}, {groups, 1, 1}, pointsAThreadgroup});
     waitForAll(parts);
 }
 
@@ -182,11 +187,11 @@ void drawSums(CommandBufferParts& parts, const BlockDraws& draws, const PointRec
     bindPipeline(parts, points.sums.pipeline);
     readyDraw(parts, points.sums.layout, PrimitiveType::triangle);
     pushRecord(parts, points.sums.layout, VK_SHADER_STAGE_FRAGMENT_BIT, record);
-    encodeViewport(parts.handle, {.width = static_cast<double>(target.width),
-                                  .height = static_cast<double>(target.height)});
-    vkCmdDrawIndirect(parts.handle, draws.slice.buffer, draws.offset(sumsDraw), 1,
-                      sizeof(VkDrawIndirectCommand));
-    encodeViewport(parts.handle, parts.viewport);
+    encodeViewport(parts, {.width = static_cast<double>(target.width),
+                           .height = static_cast<double>(target.height)});
+    parts.stream->add(command::DrawIndirect{traitsOf(parts), 1, strideOfDraws, 3,
+                                            draws.slice.buffer, draws.offset(sumsDraw)});
+    encodeViewport(parts, parts.viewport);
 }
 
 void drawSorted(CommandBufferParts& parts, const PointDraw& draw) {
@@ -226,7 +231,8 @@ void drawPoints(CommandBufferParts& parts, std::uint32_t vertexStart, std::uint3
     case PointWay::points: {
         PointRecord record = recordOf(parts, draw);
         readyPoints(parts, pipeline.drawing.pipeline, record, {0, anySize});
-        vkCmdDraw(parts.handle, vertexCount, instanceCount, vertexStart, 0);
+        parts.stream->add(
+            command::Draw{traitsOf(parts), vertexCount, instanceCount, vertexStart, 0});
         return endPoints(parts);
     }
     case PointWay::quads:
@@ -251,7 +257,8 @@ void drawIndexedPoints(CommandBufferParts& parts, std::uint32_t indexCount, Inde
     PointRecord record = recordOf(parts, {0, indexCount, instanceCount});
     readyPoints(parts, points, record, {0, anySize});
     bindIndices(parts, indices, offset, indexType, indexCount);
-    vkCmdDrawIndexed(parts.handle, indexCount, instanceCount, 0, baseVertex, 0);
+    parts.stream->add(
+        command::DrawIndexed{traitsOf(parts), indexCount, instanceCount, 0, baseVertex, 0});
     endPoints(parts);
 }
 

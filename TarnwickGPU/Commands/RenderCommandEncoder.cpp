@@ -44,11 +44,10 @@ void leave(CommandBufferParts& parts, const Texture* texture, const TextureUse& 
         parts.barriers.leave(texture->parts(), use);
 }
 
-void setDepth(VkCommandBuffer commands, const DepthStencilDescriptor& descriptor) {
+void setDepth(CommandStream& stream, const DepthStencilDescriptor& descriptor) {
     const bool tests = descriptor.depthWrites || descriptor.depthCompare != CompareFunction::always;
-    vkCmdSetDepthTestEnable(commands, tests);
-    vkCmdSetDepthWriteEnable(commands, descriptor.depthWrites);
-    vkCmdSetDepthCompareOp(commands, compareOps[static_cast<std::size_t>(descriptor.depthCompare)]);
+    stream.add(command::SetDepth{tests, descriptor.depthWrites,
+                                 compareOps[static_cast<std::size_t>(descriptor.depthCompare)]});
 }
 
 bool fits(const RenderPipelineParts& pipeline, const RenderPassDescriptor& pass) {
@@ -99,7 +98,7 @@ CommandBuffer::renderCommandEncoder(const RenderPassDescriptor& descriptor) {
             enter(*parts_, color.resolveTexture, colorUse, Contents::discarded);
     }
     enter(*parts_, descriptor.depth.texture, depthUse, contentsAfter(descriptor.depth.load));
-    parts_->barriers.flush(parts_->handle);
+    parts_->barriers.flush(*parts_->stream);
 
     RenderCommandEncoder encoder(*parts_);
     const VkExtent2D target = targetExtent(descriptor);
@@ -107,7 +106,7 @@ CommandBuffer::renderCommandEncoder(const RenderPassDescriptor& descriptor) {
         {.width = static_cast<double>(target.width), .height = static_cast<double>(target.height)});
     encoder.setScissorRect({.width = target.width, .height = target.height});
     encoder.setBlendColor(0, 0, 0, 0);
-    setDepth(parts_->handle, {});
+    setDepth(*parts_->stream, {});
     return encoder;
 }
 
@@ -124,12 +123,12 @@ void RenderCommandEncoder::setRenderPipelineState(const RenderPipelineState& sta
 }
 
 void RenderCommandEncoder::setDepthStencilState(const DepthStencilState& state) {
-    setDepth(parts_->handle, state.descriptor());
+    setDepth(*parts_->stream, state.descriptor());
 }
 
 void RenderCommandEncoder::setViewport(const Viewport& viewport) {
     parts_->viewport = viewport;
-    encodeViewport(parts_->handle, viewport);
+    encodeViewport(*parts_, viewport);
 }
 
 void RenderCommandEncoder::setScissorRect(const ScissorRect& rectangle) {
@@ -137,12 +136,11 @@ void RenderCommandEncoder::setScissorRect(const ScissorRect& rectangle) {
     const VkRect2D scissor{
         {static_cast<std::int32_t>(rectangle.x), static_cast<std::int32_t>(rectangle.y)},
         {rectangle.width, rectangle.height}};
-    vkCmdSetScissor(parts_->handle, 0, 1, &scissor);
+    parts_->stream->add(command::SetScissor{scissor});
 }
 
 void RenderCommandEncoder::setBlendColor(float red, float green, float blue, float alpha) {
-    const std::array<float, 4> color{red, green, blue, alpha};
-    vkCmdSetBlendConstants(parts_->handle, color.data());
+    parts_->stream->add(command::SetBlendColor{{red, green, blue, alpha}});
 }
 
 void RenderCommandEncoder::setVertexBytes(const void* bytes, std::size_t length,
@@ -192,7 +190,8 @@ void RenderCommandEncoder::drawPrimitives(PrimitiveType type, std::uint32_t vert
         return drawPoints(*parts_, vertexStart, vertexCount, instanceCount);
     }
     startDraw(*parts_, pipeline.drawing.layout, type);
-    vkCmdDraw(parts_->handle, vertexCount, instanceCount, vertexStart, baseInstance);
+    parts_->stream->add(command::Draw{parts_->stream->traitsIndex(pipeline.traits), vertexCount,
+                                      instanceCount, vertexStart, baseInstance});
 }
 
 void RenderCommandEncoder::drawIndexedPrimitives(PrimitiveType type, std::uint32_t indexCount,
@@ -211,13 +210,15 @@ void RenderCommandEncoder::drawIndexedPrimitives(PrimitiveType type, std::uint32
     }
     startDraw(*parts_, pipeline.drawing.layout, type);
     bindIndices(*parts_, indexBuffer, indexBufferOffset, indexType, indexCount);
-    vkCmdDrawIndexed(parts_->handle, indexCount, instanceCount, 0, baseVertex, baseInstance);
+    parts_->stream->add(command::DrawIndexed{parts_->stream->traitsIndex(pipeline.traits),
+                                             indexCount, instanceCount, 0, baseVertex,
+                                             baseInstance});
 }
 
 void RenderCommandEncoder::endEncoding() {
     openRendering(*parts_); // a pass without draws still clears its targets
     parts_->endEncoding(Encoding::render);
-    vkCmdEndRendering(parts_->handle);
+    parts_->stream->add(command::EndRendering{});
     const RenderPassDescriptor& pass = parts_->pass;
     for (std::size_t n = 0; n < mostColors; ++n) {
         const ColorAttachment& color = pass.colorAt(n);

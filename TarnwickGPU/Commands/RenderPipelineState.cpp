@@ -153,8 +153,10 @@ Device::newRenderPipelineState(const RenderPipelineDescriptor& given) {
     parts->depthFormat = descriptor.depthFormat;
     parts->sampleCount = descriptor.sampleCount;
     parts->topology = descriptor.topology;
-    for (const Function* function : {descriptor.vertex, descriptor.fragment})
+    for (const Function* function : {descriptor.vertex, descriptor.fragment}) {
         checkNeeds(state_->record, subject(descriptor), function->entryPoint());
+        heed(*parts->traits, function->entryPoint());
+    }
     const bool drawsPoints = descriptor.topology == TopologyClass::point &&
                              takesPointForms(descriptor.vertex->entryPoint()) &&
                              !takesColors(descriptor.fragment->entryPoint());

@@ -83,17 +83,15 @@ void bindVertexBuffers(CommandBufferParts& parts) {
     const std::vector<std::uint32_t>& indices = parts.renderPipeline->vertexBuffers;
     if (indices.empty())
         return;
-    std::array<VkBuffer, buffersPerStage> buffers;
-    std::array<VkDeviceSize, buffersPerStage> offsets, sizes;
     const ResourceTable& table = parts.tables[static_cast<std::size_t>(TableIndex::vertexOrKernel)];
-    for (std::size_t binding = 0; binding < indices.size(); ++binding) {
-        const BoundBuffer& bound = table.buffers[indices[binding]];
-        buffers[binding] = bound.buffer ? bound.buffer : parts.device->standIns.zeros.buffer;
-        offsets[binding] = bound.offset;
-        sizes[binding] = bound.buffer ? bound.size : standInBytes;
+    std::vector<VertexBuffer>& buffers = parts.stream->vertexBuffers;
+    parts.stream->add(command::BindVertexBuffers{static_cast<std::uint32_t>(buffers.size()),
+                                                 static_cast<std::uint32_t>(indices.size())});
+    for (std::uint32_t index : indices) {
+        const BoundBuffer& bound = table.buffers[index];
+        buffers.push_back({bound.buffer ? bound.buffer : parts.device->standIns.zeros.buffer,
+                           bound.offset, bound.buffer ? bound.size : standInBytes});
     }
-    vkCmdBindVertexBuffers2(parts.handle, 0, static_cast<std::uint32_t>(indices.size()),
-                            buffers.data(), offsets.data(), sizes.data(), nullptr);
 }
 
 } // namespace
@@ -132,28 +130,24 @@ void openRendering(CommandBufferParts& parts) {
     const bool goesOn = parts.rendering == Rendering::broken;
     parts.rendering = Rendering::open;
     const RenderPassDescriptor& pass = parts.pass;
-    std::array<VkRenderingAttachmentInfo, mostColors> colors;
-    std::uint32_t count = 0;
+    RenderingRecord rendering{.hasDepth = pass.depth.texture != nullptr,
+                              .extent = targetExtent(pass),
+                              .scissorsExactly = targetDescriptor(pass).sampleCount == 1 ||
+                                                 !parts.device->record.info.isCPU};
     for (std::uint32_t n = 0; n < mostColors; ++n) {
-        colors[n] = keptBetween(colorInfo(pass.colorAt(n), colorUseOf(parts, n).layout), goesOn);
+        rendering.colors[n] =
+            keptBetween(colorInfo(pass.colorAt(n), colorUseOf(parts, n).layout), goesOn);
         if (pass.colorAt(n).texture)
-            count = n + 1;
+            rendering.colorCount = n + 1;
     }
-    VkRenderingAttachmentInfo depth;
-    if (pass.depth.texture)
-        depth = keptBetween(depthInfo(pass.depth), goesOn);
-    const VkRenderingInfo info{.sType = VK_STRUCTURE_TYPE_RENDERING_INFO,
-                               .renderArea = {.extent = targetExtent(pass)},
-                               .layerCount = 1,
-                               .colorAttachmentCount = count,
-                               .pColorAttachments = colors.data(),
-                               .pDepthAttachment = pass.depth.texture ? &depth : nullptr};
-    vkCmdBeginRendering(parts.handle, &info);
+    if (rendering.hasDepth)
+        rendering.depth = keptBetween(depthInfo(pass.depth), goesOn);
+    parts.stream->beginRendering(rendering);
 }
 
 void breakRendering(CommandBufferParts& parts) {
     if (parts.rendering == Rendering::open) {
-        vkCmdEndRendering(parts.handle);
+        parts.stream->add(command::EndRendering{});
         parts.rendering = Rendering::broken;
     }
     waitForAll(parts);
@@ -161,10 +155,10 @@ void breakRendering(CommandBufferParts& parts) {
 
 void waitForAll(CommandBufferParts& parts) {
     parts.barriers.afterWork(VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT, VK_ACCESS_2_MEMORY_WRITE_BIT);
-    parts.barriers.flush(parts.handle);
+    parts.barriers.flush(*parts.stream);
 }
 
-void encodeViewport(VkCommandBuffer commands, const Viewport& viewport) {
+void encodeViewport(CommandBufferParts& parts, const Viewport& viewport) {
     // Vulkan's clip space has y down; a negative height turns it (Vulkan 1.3, 27.9).
     const VkViewport turned{static_cast<float>(viewport.originX),
                             static_cast<float>(viewport.originY + viewport.height),
@@ -172,13 +166,13 @@ void encodeViewport(VkCommandBuffer commands, const Viewport& viewport) {
                             static_cast<float>(-viewport.height),
                             static_cast<float>(viewport.znear),
                             static_cast<float>(viewport.zfar)};
-    vkCmdSetViewport(commands, 0, 1, &turned);
+    parts.stream->add(command::SetViewport{turned});
 }
 
 void bindPipeline(CommandBufferParts& parts, VkPipeline pipeline) {
     if (parts.boundPipeline == pipeline)
         return;
-    vkCmdBindPipeline(parts.handle, VK_PIPELINE_BIND_POINT_GRAPHICS, pipeline);
+    parts.stream->add(command::BindPipeline{VK_PIPELINE_BIND_POINT_GRAPHICS, pipeline});
     parts.boundPipeline = pipeline;
     parts.resourcesChanged = true; // its layout may differ
 }
@@ -190,9 +184,8 @@ void readyDraw(CommandBufferParts& parts, const BindingLayout& layout, Primitive
 void readyDraw(CommandBufferParts& parts, const BindingLayout& layout,
                VkPrimitiveTopology topology) {
     if (parts.topology != topology) {
-        vkCmdSetPrimitiveTopology(parts.handle, topology);
-        vkCmdSetPrimitiveRestartEnable(parts.handle,
-                                       topology == VK_PRIMITIVE_TOPOLOGY_TRIANGLE_STRIP);
+        parts.stream->add(
+            command::SetTopology{topology, topology == VK_PRIMITIVE_TOPOLOGY_TRIANGLE_STRIP});
         parts.topology = topology;
     }
     const bool haveChanged = std::exchange(parts.resourcesChanged, false);
@@ -211,8 +204,8 @@ void bindIndices(CommandBufferParts& parts, const Buffer& buffer, std::size_t of
     precondition(offset <= buffer.length() && (buffer.length() - offset) / bytes >= count,
                  "the indices are within their buffer", "offset", offset, "indices", count,
                  "bytes of the buffer", buffer.length());
-    vkCmdBindIndexBuffer(parts.handle, buffer.parts().memory.buffer, offset,
-                         isShort ? VK_INDEX_TYPE_UINT16 : VK_INDEX_TYPE_UINT32);
+    parts.stream->add(command::BindIndices{buffer.parts().memory.buffer, offset,
+                                           isShort ? VK_INDEX_TYPE_UINT16 : VK_INDEX_TYPE_UINT32});
 }
 
 } // namespace tarnwick::gpu

@@ -29,7 +29,7 @@ void breakRendering(CommandBufferParts& parts);
 // Later commands wait for all earlier ones and see their stores.
 void waitForAll(CommandBufferParts& parts);
 
-void encodeViewport(VkCommandBuffer commands, const Viewport& viewport);
+void encodeViewport(CommandBufferParts& parts, const Viewport& viewport);
 void bindPipeline(CommandBufferParts& parts, VkPipeline pipeline);
 // Sets the primitives, and the descriptors if they have changed. Call it last before a draw.
 void readyDraw(CommandBufferParts& parts, const BindingLayout& layout, PrimitiveType type);

@@ -12,18 +12,6 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// Of both stages of a pipeline. BindingLayout makes no layout with more.
-constexpr std::size_t mostDescriptors = mostResources;
-
-// On the stack. Each write points at its record in one of the other arrays.
-struct Writes {
-    std::array<VkWriteDescriptorSet, mostDescriptors> list;
-    std::array<VkDescriptorBufferInfo, mostDescriptors> buffers;
-    std::array<VkDescriptorImageInfo, mostDescriptors> images;
-    std::array<VkBufferView, mostDescriptors> texels;
-    std::uint32_t count = 0;
-};
-
 // If setBytes gave fewer bytes than the shader's record has, the rest is zeros.
 void lengthen(CommandBufferParts& commands, BoundBuffer& bound, VkDeviceSize size) {
     const BytesRing::Slice slice = commands.ring.take(commands.device->record, size);
@@ -175,51 +163,49 @@ bool isBuffer(VkDescriptorType type) {
     return type == VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER || type == VK_DESCRIPTOR_TYPE_STORAGE_BUFFER;
 }
 
-void add(CommandBufferParts& commands, Writes& writes, const BoundResource& bound) {
+DescriptorWrite writeFor(CommandBufferParts& commands, const BoundResource& bound) {
     ResourceTable& table = commands.tables[static_cast<std::size_t>(bound.table)];
-    const std::uint32_t at = writes.count++;
-    writes.list[at] = {.sType = VK_STRUCTURE_TYPE_WRITE_DESCRIPTOR_SET,
-                       .dstBinding = bound.resource.binding,
-                       .descriptorCount = 1,
-                       .descriptorType = bound.type};
-    if (isBuffer(bound.type)) {
-        writes.buffers[at] = bufferInfo(commands, table, bound);
-        writes.list[at].pBufferInfo = &writes.buffers[at];
-    } else if (isTexels(bound.type)) {
-        writes.texels[at] = texels(*commands.device, table, bound);
-        writes.list[at].pTexelBufferView = &writes.texels[at];
-    } else {
-        writes.images[at] = imageInfo(commands, table, bound);
-        writes.list[at].pImageInfo = &writes.images[at];
-    }
+    DescriptorWrite write{.binding = bound.resource.binding, .type = bound.type};
+    if (isBuffer(bound.type))
+        write.buffer = bufferInfo(commands, table, bound);
+    else if (isTexels(bound.type))
+        write.texels = texels(*commands.device, table, bound);
+    else
+        write.image = imageInfo(commands, table, bound);
+    return write;
 }
 
 void bindWithSet(CommandBufferParts& commands, const BindingLayout& layout,
-                 VkPipelineBindPoint point, Writes& writes) {
+                 VkPipelineBindPoint point) {
     const VkDescriptorSet set = commands.sets.take(commands.device->record, layout.setLayout);
     if (!set) {
         commands.failed = true;
         return;
     }
-    for (std::uint32_t at = 0; at < writes.count; ++at)
-        writes.list[at].dstSet = set;
-    vkUpdateDescriptorSets(commands.device->record.handle, writes.count, writes.list.data(), 0,
-                           nullptr);
-    vkCmdBindDescriptorSets(commands.handle, point, layout.pipelineLayout, 0, 1, &set, 0, nullptr);
+    std::array<DescriptorWrite, mostResources> writes; // BindingLayout makes no layout with more
+    std::array<VkWriteDescriptorSet, mostResources> list;
+    std::uint32_t count = 0;
+    for (const BoundResource& bound : layout.resources) {
+        writes[count] = writeFor(commands, bound);
+        list[count] = vulkanWrite(writes[count]);
+        list[count++].dstSet = set;
+    }
+    vkUpdateDescriptorSets(commands.device->record.handle, count, list.data(), 0, nullptr);
+    commands.stream->add(command::BindDescriptors{point, layout.pipelineLayout, set});
 }
 
 } // namespace
 
 void bindResources(CommandBufferParts& commands, const BindingLayout& layout,
                    VkPipelineBindPoint point) {
-    Writes writes; // not cleared: the first `count` of each array are filled
-    for (const BoundResource& bound : layout.resources)
-        add(commands, writes, bound);
     if (!layout.pushesDescriptors)
-        bindWithSet(commands, layout, point, writes);
-    else if (writes.count > 0)
-        commands.device->record.pushDescriptorSet(commands.handle, point, layout.pipelineLayout, 0,
-                                                  writes.count, writes.list.data());
+        return bindWithSet(commands, layout, point);
+    std::vector<DescriptorWrite>& writes = commands.stream->writes;
+    const std::size_t first = writes.size();
+    for (const BoundResource& bound : layout.resources)
+        writes.push_back(writeFor(commands, bound));
+    if (writes.size() > first)
+        commands.stream->pushDescriptors(point, layout.pipelineLayout, first);
 }
 
 } // namespace tarnwick::gpu

@@ -24,6 +24,7 @@ std::shared_ptr<DeviceState> DeviceState::make(std::shared_ptr<Instance> instanc
 DeviceState::~DeviceState() {
     if (!record.handle)
         return;
+    submissions.finish();
     vkDeviceWaitIdle(record.handle);
     pointSums.stop();
     standIns.stop();

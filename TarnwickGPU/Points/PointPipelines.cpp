@@ -90,6 +90,7 @@ VkResult makeKernel(const DeviceState& device, const Words& words, PipelineWithL
     const VkSpecializationInfo constants{1, &entry, sizeof record.loopBudget, &record.loopBudget};
     const VkComputePipelineCreateInfo info{
         .sType = VK_STRUCTURE_TYPE_COMPUTE_PIPELINE_CREATE_INFO,
+        .flags = VK_PIPELINE_CREATE_DISPATCH_BASE_BIT,
         .stage = {.sType = VK_STRUCTURE_TYPE_PIPELINE_SHADER_STAGE_CREATE_INFO,
                   .stage = VK_SHADER_STAGE_COMPUTE_BIT,
                   .module = module.handle(),

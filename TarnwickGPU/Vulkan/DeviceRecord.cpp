@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
+#include <thread>
 
 namespace tarnwick::gpu {
 
@@ -54,6 +56,9 @@ void readProperties(DeviceRecord& record) {
                      .dropsOutside = clips && !record.info.isCPU,
                      .splats = record.info.isCPU && record.features.sums};
     record.loopBudget = record.info.isCPU ? cpuLoopBudget : gpuLoopBudget;
+    record.processors = std::max(1u, std::thread::hardware_concurrency());
+    const char* units = std::getenv("TARNWICK_PIECES");
+    record.unitsOfPieces = units ? std::strtoull(units, nullptr, 10) : 0;
     if (record.features.maxPushDescriptors > 0)
         record.pushDescriptorSet = reinterpret_cast<PFN_vkCmdPushDescriptorSetKHR>(
             vkGetDeviceProcAddr(record.handle, "vkCmdPushDescriptorSetKHR"));

@@ -27,6 +27,8 @@ struct DeviceRecord {
     PFN_vkCmdPushDescriptorSetKHR pushDescriptorSet = nullptr; // null: not supported
     std::uint32_t loopBudget = 0; // iterations per invocation; the shaders' specialisation constant
     PointTraits points;
+    std::uint64_t processors = 1;    // of the machine
+    std::uint64_t unitsOfPieces = 0; // pixels, vertices or threads of each piece; 0: by its time
 };
 
 // `handle` is null if the driver does not open the device; else the caller destroys it. The device
