@@ -259,7 +259,9 @@ MSL_INLINE float _at_least(float lod, min_lod_clamp least) {
 template <class S, class Base> struct _levels_of_detail : Base {
     /** The level of detail that a sample at the position takes. */
     MSL_INLINE float calculate_clamped_lod(sampler s, typename S::At at) const {
-        return S::lod(this->handle, s.bits, at).x;
+        // Some drivers limit it to the sampler's levels only.
+        const float lod = S::lod(this->handle, s.bits, at).x, last = float(S::levels(this->handle) - 1);
+        return lod < last ? lod : last;
     }
     /** The level of detail of a sample before it is limited to the texture's levels. */
     MSL_INLINE float calculate_unclamped_lod(sampler s, typename S::At at) const {

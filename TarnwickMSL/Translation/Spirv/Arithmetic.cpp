@@ -257,6 +257,11 @@ Id writeCast(Body& body, const CastInst& cast) {
     case Instruction::UIToFP:
         return body.emit(spv::Op::OpConvertUToF, type, {value});
     case Instruction::SIToFP:
+        // SPIRV-Tools' optimiser, which drivers run, takes a constant of an unsigned type for an
+        // unsigned number here.
+        if (from->getScalarSizeInBits() == 32)
+            value =
+                body.emit(spv::Op::OpBitcast, body.types.signedNumbers(laneCount(from)), {value});
         return body.emit(spv::Op::OpConvertSToF, type, {value});
     default:
         throw CompilerFault("A conversion is not known.");

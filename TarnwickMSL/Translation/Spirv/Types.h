@@ -33,8 +33,12 @@ class Types {
     // does not have.
     Id of(llvm::Type* type) { return inMemory(type, Layout::plain); }
     Id signedScalar() { return module_.type(spv::Op::OpTypeInt, {32, 1}); }
-    // Four signed 32-bit integers, as signed textures give them.
-    Id signedVector() { return module_.vector(signedScalar(), 4); }
+    // Signed 32-bit integers: a scalar for one lane, otherwise a vector.
+    Id signedNumbers(unsigned lanes) {
+        return lanes == 1 ? signedScalar() : module_.vector(signedScalar(), lanes);
+    }
+    // As signed textures give them.
+    Id signedVector() { return signedNumbers(4); }
     Id inMemory(llvm::Type* type, Layout layout);
     Id array(Id element, std::uint32_t count);
 

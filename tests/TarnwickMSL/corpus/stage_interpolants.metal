@@ -35,7 +35,7 @@ fragment float4 places(Taken in [[stage_in]], device float* out [[buffer(0)]]) {
         out[0] = distance(sample - floor(sample), get_sample_position(1)) < 1e-3;
         out[1] = all(abs(narrow - half4(2.25h, 3.25h, 1, 2)) < 0.02h);
         out[2] = abs(in.linear.interpolate_at_center() - middle.x) < 1e-3;
-        out[3] = distance(in.place.interpolate_at_centroid(), middle) < 1e-3;
+        out[3] = all(abs(in.place.interpolate_at_centroid() - middle) < 0.501); // a covered sample or the centre
     }
     return float4(offset, middle);
 }
