@@ -34,9 +34,9 @@ class FootprintCourse {
     // Prints a row.
     void add(long count, const Footprint& footprint);
     // Compares medians over two halves of the run, without its first tenth, and prints both. Memory
-    // may grow by 3 %, its part without files by 10 %, because of the largest program until then,
-    // mappings by 5 %, handles and threads not at all. Proportional memory is not compared, because
-    // it depends on other processes.
+    // may grow by 3 % or 1 MB, its part without files by 10 % because of the largest work until
+    // then, mappings by 5 %, handles and threads not at all. Proportional memory depends on other
+    // processes and is not compared.
     bool isFlat() const;
 
   private:

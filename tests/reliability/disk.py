@@ -310,11 +310,18 @@ def after(run, output, box, program, isDone):
     run.checkTemporary(box)
 
 
-def main():
+def mayMount():
+    """Whether this process may mount file systems. Its mounts then end with it."""
     if os.geteuid() != 0 or ctypes.CDLL(None).unshare(CLONE_NEWNS) != 0:
+        return False
+    call("mount", "--make-rprivate", "/")
+    return True
+
+
+def main():
+    if not mayMount():
         print("Skipped: only root may mount.")
         return trials.SKIPPED
-    call("mount", "--make-rprivate", "/")  # the mounts of the trials end with this process
     return trials.main(__doc__, [full, fullTemporary, readonly, forbidden, stalled], trials=50)
 
 
