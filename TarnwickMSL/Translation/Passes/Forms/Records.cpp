@@ -1,6 +1,9 @@
 // `eachField` names each record's fields once, for writing and for reading.
 #include "TarnwickMSL/Translation/Passes/Forms/Records.h"
 
+#include <llvm/ADT/StringExtras.h>
+#include <llvm/Support/raw_ostream.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -187,9 +190,33 @@ static void eachField(const ShaderModule*, auto&& visit) {
     visit("is_shaped_by_constants", &ShaderModule::isShapedByConstants);
 }
 
+// In quotes where it is needed, with other characters as LLVM writes them: \22.
 static void add(std::string& line, const char* name, const std::string& value) {
-    const bool isQuoted = value.empty() || value.find_first_of(" \"=") != value.npos;
-    line += std::string(" ") + name + "=" + (isQuoted ? "\"" + value + "\"" : value);
+    const bool isQuoted = value.empty() || std::ranges::any_of(value, [](char c) {
+                              return c == ' ' || c == '"' || c == '=' || !llvm::isPrint(c);
+                          });
+    line += std::string(" ") + name + "=";
+    if (!isQuoted) {
+        line += value;
+        return;
+    }
+    llvm::raw_string_ostream stream(line);
+    stream << '"';
+    llvm::printEscapedString(value, stream);
+    stream << '"';
+}
+
+// What stands between the quotes.
+static std::string unescaped(std::string_view text) {
+    std::string value;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const bool isEscape = text[at] == '\\' && at + 2 < text.size() &&
+                              llvm::isHexDigit(text[at + 1]) && llvm::isHexDigit(text[at + 2]);
+        value += isEscape ? static_cast<char>(llvm::hexFromNibbles(text[at + 1], text[at + 2]))
+                          : text[at];
+        at += isEscape ? 2 : 0;
+    }
+    return value;
 }
 
 template <class Field> static std::string valueOf(const Field& field) {
@@ -230,7 +257,9 @@ static Fields fieldsOf(std::string_view line) {
         const bool isQuoted = at + 1 < line.size() && line[at + 1] == '"';
         const std::size_t begin = at + (isQuoted ? 2 : 1);
         const std::size_t end = std::min(line.find(isQuoted ? '"' : ' ', begin), line.size());
-        fields.emplace(line.substr(name, at - name), line.substr(begin, end - begin));
+        const std::string_view value = line.substr(begin, end - begin);
+        fields.emplace(line.substr(name, at - name),
+                       isQuoted ? unescaped(value) : std::string(value));
         at = end;
     }
     return fields;
