@@ -11,8 +11,9 @@ namespace tarnwick {
 namespace {
 
 // The compiler vectorises the loops below, with wide vectors where the processor has them. All
-// numbers are integers, so both give the same result.
-#if defined(__x86_64__) && defined(__gnu_linux__) && !defined(__SANITIZE_ADDRESS__)
+// numbers are integers, so both give the same result. The choice runs before a sanitizer has begun.
+#if defined(__x86_64__) && defined(__gnu_linux__) && !defined(__SANITIZE_ADDRESS__) &&             \
+    !defined(__SANITIZE_THREAD__)
 #define TARNWICK_WIDE_TOO __attribute__((target_clones("avx2", "default")))
 #else
 #define TARNWICK_WIDE_TOO
