@@ -35,8 +35,8 @@ class FootprintCourse {
     void add(long count, const Footprint& footprint);
     // Compares medians over two halves of the run, without its first tenth, and prints both. Memory
     // may grow by 3 % or 1 MB, its part without files by 10 % because of the largest work until
-    // then, mappings by 5 %, handles and threads not at all. Proportional memory depends on other
-    // processes and is not compared.
+    // then, mappings by 5 %, handles not at all, threads by three of the driver. Proportional
+    // memory depends on other processes and is not compared.
     bool isFlat() const;
 
   private:

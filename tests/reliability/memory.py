@@ -6,6 +6,7 @@ Usage: memory.py PROGRAMS [KIND...] [--seed N] [--trials N] [--outputs NAME,NAME
 import os
 import pathlib
 import resource
+import signal
 import sys
 
 import trials
@@ -41,7 +42,10 @@ def addresses(options):
             output.put(box, run.dice.random() < 0.5)
             program = Program(box, output.command(options.programs),
                               lambda: resource.setrlimit(resource.RLIMIT_AS, (limit, limit)))
-            run.checkEnd(program, 30, (0, 1, 2, 127))  # 127: the loader says why it cannot start the program
+            # 127: the loader says why it cannot start the program. Drivers crash without memory, which is told.
+            run.checkEnd(program, 30, (0, 1, 2, 127, -signal.SIGSEGV, -signal.SIGABRT))
+            if program.status < 0:
+                run.checkSentence(program)
             works += program.status == 0
             outcome(run, output, box, program)
         print(f"{output.name}: works {works} times of {options.trials}, enough is {enough // MEGABYTE} MiB",

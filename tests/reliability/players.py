@@ -40,8 +40,8 @@ def started(box, options, server, *words):
     program = Program(box, [options.programs / "tarnwick-player", *words])
     found = comes(lambda: set(server.ask("search", "--onlyvisible", "--name", "^e")) - before, 60)
     if not found:
-        program.process.kill()
-        raise LookupError("There is no window.")
+        program.wait(0)
+        raise LookupError(f"There is no window: {program.status} {program.text()}")
     return program, found.pop()
 
 

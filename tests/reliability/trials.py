@@ -104,10 +104,16 @@ class Program:
     def __init__(self, box, words, limit=None):
         self.words = [str(word) for word in words]
         self.began = time.monotonic()
+
+        def prepare():
+            signal.signal(signal.SIGINT, signal.SIG_DFL)  # ignored where the trials run in the background
+            if limit:
+                limit()
+
         self.out, self.err = tempfile.TemporaryFile(), tempfile.TemporaryFile()
         self.process = subprocess.Popen(self.words, cwd=box.work, env=box.environment(), stdin=subprocess.DEVNULL,
                                         stdout=self.out, stderr=self.err, start_new_session=True,
-                                        preexec_fn=limit)
+                                        preexec_fn=prepare)
 
     def wait(self, seconds):
         """Whether it ends within that time; otherwise it is killed."""
