@@ -208,10 +208,13 @@ BasicBlock* RecordReader::block(const std::string& name) {
 void RecordReader::connectMerges() {
     if (!shader_.main && !merges_.empty())
         throw TextError("The line '" + merges_.front() + "' needs a function 'main'.");
-    for (const std::string& line : merges_)
-        if (BasicBlock* header = block(fieldOf(line, "header")))
-            shader_.structure[header] = {block(fieldOf(line, "at")),
-                                         block(fieldOf(line, "continue"))};
+    for (const std::string& line : merges_) {
+        BasicBlock* header = block(fieldOf(line, "header"));
+        BasicBlock* merge = block(fieldOf(line, "at"));
+        if (!header || !merge)
+            throw TextError("The line '" + line + "' needs the fields 'header' and 'at'.");
+        shader_.structure[header] = {merge, block(fieldOf(line, "continue"))};
+    }
 }
 
 static std::unique_ptr<Module> moduleFrom(StringRef code, LLVMContext& context) {

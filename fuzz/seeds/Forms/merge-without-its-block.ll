@@ -1,0 +1,6 @@
+define void @main() {
+entry:
+  ret void
+}
+; shader name=a stage=kernel
+; merge header=%entry
