@@ -75,6 +75,12 @@ class MTKView {
     // Whether the frames take too long to be shown (FrameTimes.h).
     bool framesTakeTooLong() const { return target_ && target_->frames.takeTooLong(); }
 
+    // Leaves out what the GPU has not begun of the frames in flight.
+    void abandonFrames() {
+        if (target_)
+            target_->frames.abandon();
+    }
+
     // For the delegate while it draws a frame. The first call of either takes the frame's drawable.
     // Absent if there is no drawable.
     const gpu::Texture* currentDrawable();

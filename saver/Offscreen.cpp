@@ -26,21 +26,42 @@ bool drawNext(TarnwickSaverView& view, MTKView& metal) {
     return !view.failure();
 }
 
-void drawFrames(TarnwickSaverView& view, double seconds, OffscreenRun& run) {
-    MTKView& metal = *view.metal();
+PictureTarget& attachTarget(MTKView& metal) {
     auto owned = std::make_unique<PictureTarget>(*metal.device(), metal.frame().pixels());
     PictureTarget& target = *owned;
     metal.setTarget(std::move(owned));
-    if (!drawNext(view, metal) || !waitUntilDrawn(view, metal))
+    return target;
+}
+
+// Draws until `seconds` have passed since `start`. A device that is lost is opened again, and
+// `target` is then another one.
+void drawUntil(TarnwickSaverView& view, double start, double seconds, PictureTarget*& target,
+               int& frames) {
+    bool isDrawn = true; // into the target
+    while (!view.failure() && (currentMediaTime() - start < seconds || !isDrawn)) {
+        if (view.hasLostDevice()) {
+            view.reopen();
+            isDrawn = false;
+            if (!view.failure())
+                target = &attachTarget(*view.metal());
+        } else if (drawNext(view, *view.metal())) {
+            isDrawn = true;
+            ++frames;
+        }
+    }
+}
+
+// The first frame is not timed.
+void drawFrames(TarnwickSaverView& view, double seconds, OffscreenRun& run) {
+    PictureTarget* target = &attachTarget(*view.metal());
+    if (!drawNext(view, *view.metal()) || !waitUntilDrawn(view, *view.metal()))
         return;
     const double start = currentMediaTime();
-    while (currentMediaTime() - start < seconds && !metal.device()->isLost() &&
-           drawNext(view, metal))
-        ++run.frames;
-    if (!waitUntilDrawn(view, metal))
+    drawUntil(view, start, seconds, target, run.frames);
+    if (view.failure() || !waitUntilDrawn(view, *view.metal()))
         return;
     run.seconds = currentMediaTime() - start;
-    run.last = target.lastPicture();
+    run.last = target->lastPicture();
 }
 
 void keepFailure(const TarnwickSaverView& view, const PixelSize& size, OffscreenRun& run) {

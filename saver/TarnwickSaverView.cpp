@@ -13,6 +13,7 @@ namespace {
 
 constexpr double longestStep = 0.1;     // seconds; no jump after the machine slept
 constexpr double framesPerSecond = 30;  // of the episode's `frame` and `timeDelta`
+constexpr double lossInterval = 60;     // seconds; a device that is lost again sooner stays so
 constexpr int mostStepsPerFrame = 4;    // of a particle episode that lags behind
 constexpr double failureBandInset = 40; // points, left and right
 constexpr double failureBandHalf = 40;  // points, above and below the middle
@@ -21,12 +22,13 @@ constexpr double failureBandHalf = 40;  // points, above and below the middle
 
 TarnwickSaverView::TarnwickSaverView(const Rectangle& frame, ScreenKind kind, const Bundle& bundle,
                                      HostClock hostClock, const SaverChoices& choices)
-    : ScreenSaverView(frame, kind), hostClock_(std::move(hostClock)) {
-    setUp(bundle, choices);
+    : ScreenSaverView(frame, kind), bundle_(bundle), choices_(choices),
+      hostClock_(std::move(hostClock)) {
+    setAnimationTimeInterval(1 / framesPerSecond);
+    setUp();
 }
 
-void TarnwickSaverView::setUp(const Bundle& bundle, const SaverChoices& choices) {
-    setAnimationTimeInterval(1 / framesPerSecond);
+void TarnwickSaverView::setUp() {
     std::shared_ptr<gpu::Device> device = gpu::Device::systemDefault();
     if (!device) {
         failure_ = "No Metal device.";
@@ -34,14 +36,14 @@ void TarnwickSaverView::setUp(const Bundle& bundle, const SaverChoices& choices)
             *failure_ += " " + gpu::Device::absence();
         return;
     }
-    const auto shader = bundle.pathForResource("shader", "metal", "Shader");
+    const auto shader = bundle_.pathForResource("shader", "metal", "Shader");
     auto source = shader ? fileText(*shader) : std::nullopt;
     if (!source) {
         failure_ = "The saver has no shader in it.";
         return;
     }
-    readSettings(bundle);
-    setParams(choices.params);
+    readSettings(bundle_);
+    setParams(choices_.params);
     const Episode episode = Episode::of(*std::move(source));
     try {
         program_ = ShaderProgram::compile(episode, *device, gpu::PixelFormat::bgra8Unorm);
@@ -54,9 +56,33 @@ void TarnwickSaverView::setUp(const Bundle& bundle, const SaverChoices& choices)
     }
     fitSettings();
     if (program_->usesInputs())
-        channels_ = bundledChannels(bundle, *device, settingsRemarks_);
+        channels_ = bundledChannels(bundle_, *device, settingsRemarks_);
     queue_ = device->newCommandQueue();
-    addMetalView(std::move(device), choices.longestFrame);
+    addMetalView(std::move(device), choices_.longestFrame);
+}
+
+bool TarnwickSaverView::hasLostDevice() const {
+    return !failure_ && metal_ && metal_->device()->isLost();
+}
+
+// What needs the device goes before it.
+void TarnwickSaverView::reopen() {
+    const double now = hostClock_();
+    const bool isAgain = loss_ && now - *loss_ < lossInterval;
+    loss_ = now;
+    removeSubview();
+    frames_.reset();
+    inputs_.reset();
+    channels_ = {};
+    queue_.reset();
+    program_.reset();
+    metal_.reset();
+    settings_ = {};
+    settingsRemarks_.clear();
+    if (isAgain)
+        failure_ = "The device was lost twice within a minute while it drew this episode.";
+    else
+        setUp();
 }
 
 void TarnwickSaverView::readSettings(const Bundle& bundle) {
@@ -105,6 +131,7 @@ void TarnwickSaverView::judgeFrames() {
     if (failure_ || !metal_ || !metal_->framesTakeTooLong())
         return;
     failure_ = "The shader takes too long.";
+    metal_->abandonFrames();
     removeSubview(); // which lives until its frames are drawn
 }
 

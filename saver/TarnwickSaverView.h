@@ -28,9 +28,9 @@ struct SaverChoices {
 };
 
 // Reads Shader/shader.metal, Shader/saver.json and the files of Channels/ of its bundle. Everything
-// is set up in the constructor and nothing is tried again: afterwards there is a subview (metal())
-// that draws, or a failure. Frames that take too long are a failure later. The settings are
-// optional: a missing or malformed document is ignored, values outside a declared range are
+// is set up in the constructor: afterwards there is a subview (metal()) that draws, or a failure.
+// Frames that take too long are a failure later. Only a lost device is opened again. The settings
+// are optional: a missing or malformed document is ignored, values outside a declared range are
 // clamped. Waits for the GPU with channels and for particles at a new size, for a tenth of a second
 // at most; otherwise it waits for a drawable if the host draws while no drawable is free.
 class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate {
@@ -58,8 +58,16 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
     void judgeFrames();
     double clock() const { return clock_; } // seconds during which frames were drawn
 
+    // Whether the device was lost, so that frames are no longer drawn.
+    bool hasLostDevice() const;
+    // Opens the device again and sets everything up anew, with the clock where it was: a particle
+    // episode starts again. The subview is another one, without a target, and the old one and its
+    // target are destroyed. A device that is lost soon again, or cannot be opened, is a failure.
+    // Blocks while the episode is compiled.
+    void reopen();
+
   private:
-    void setUp(const Bundle& bundle, const SaverChoices& choices);
+    void setUp();
     void readSettings(const Bundle& bundle);
     void setParams(const ParamValues& params);
     void fitSettings();
@@ -73,6 +81,8 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
     ShaderInputs inputs();
     FrameMoment moment() const;
 
+    Bundle bundle_;
+    SaverChoices choices_;
     std::unique_ptr<MTKView> metal_;
     std::shared_ptr<const ShaderProgram> program_; // shared with the frames
     std::unique_ptr<gpu::CommandQueue> queue_;
@@ -84,6 +94,7 @@ class TarnwickSaverView final : public ScreenSaverView, private MTKViewDelegate 
     std::vector<std::string> settingsRemarks_;
     double clock_ = 0;           // seconds
     std::optional<double> last_; // the host clock at the previous frame
+    std::optional<double> loss_; // the host clock when the device was lost before
     std::optional<std::string> failure_, absence_;
     HostClock hostClock_;
 };

@@ -32,6 +32,24 @@ void attach(MTKView& metal, HostSurface& window) {
     metal.setTarget(std::make_unique<WindowTarget>(*metal.device(), std::move(layer)));
 }
 
+// In a window of its own somebody plays with it.
+void beGuest(const TarnwickSaverView& view, const HostSurface& window, std::optional<double> share,
+             std::optional<GuestWork>& guest) {
+    if (share || !window.isOwn())
+        guest.emplace(*view.metal(), share);
+}
+
+// The device was lost: shows the episode with a new one, or its failure.
+void reopen(TarnwickSaverView& view, HostSurface& window, std::optional<double> share,
+            std::optional<GuestWork>& guest) {
+    guest.reset();
+    view.reopen();
+    if (view.failure())
+        return;
+    attach(*view.metal(), window);
+    beGuest(view, window, share, guest);
+}
+
 void showBackground(const TarnwickSaverView& view, HostSurface& window) {
     Picture picture = blackPicture(window.size());
     view.drawRect(picture);
@@ -89,7 +107,7 @@ class Speaker {
 };
 
 void showUntilEnd(TarnwickSaverView& view, HostSurface& window, const HeldSignals& signals,
-                  Speaker& speaker, std::optional<GuestWork>& guest) {
+                  Speaker& speaker, std::optional<double> share, std::optional<GuestWork>& guest) {
     FrameClock frames(view.metal() != nullptr ? view.metal()->preferredFramesPerSecond : 1);
     double shown = 0; // time of the background, in seconds of the host clock
     bool isBackgroundStale = true;
@@ -100,6 +118,8 @@ void showUntilEnd(TarnwickSaverView& view, HostSurface& window, const HeldSignal
         if (news.resized)
             view.setFrame(frameOf(window));
         view.judgeFrames();
+        if (view.hasLostDevice())
+            reopen(view, window, share, guest);
         MTKView* const metal = view.metal();
         isBackgroundStale |= news.exposed || news.resized ||
                              (view.mayHaveDrawn() && currentMediaTime() - shown > longestStale);
@@ -134,11 +154,10 @@ void showInWindow(const HostedSaver& saver, HostSurface& window,
     speaker.say(view.failure());
     if (!view.failure())
         attach(*view.metal(), window);
-    // In a window of its own somebody plays with it.
     std::optional<GuestWork> guest;
-    if (!view.failure() && (saver.share || !window.isOwn()))
-        guest.emplace(*view.metal(), saver.share);
-    showUntilEnd(view, window, signals, speaker, guest);
+    if (!view.failure())
+        beGuest(view, window, saver.share, guest);
+    showUntilEnd(view, window, signals, speaker, saver.share, guest);
     if (window.hasLostDisplay())
         remarked("The connection to the display broke.");
     signals.answer();

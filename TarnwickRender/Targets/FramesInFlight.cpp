@@ -40,11 +40,17 @@ bool FramesInFlight::waitForFewer(std::size_t count, double seconds) {
 void FramesInFlight::takeOutOldest() {
     const double end = now();
     const Frame& oldest = frames_.front();
-    times_.add(end - oldest.begin, oldest.commands.hitLoopBudget());
+    lastSeconds_ = end - oldest.begin;
+    times_.add(lastSeconds_, oldest.commands.hitLoopBudget());
     frames_.erase(frames_.begin());
     if (!frames_.empty())
         frames_.front().begin = end;
     isFirstDone_ = true;
+}
+
+void FramesInFlight::abandon() {
+    for (Frame& frame : frames_)
+        frame.commands.abandon();
 }
 
 bool FramesInFlight::takeTooLong() {

@@ -24,10 +24,17 @@ class FramesInFlight {
     bool waitUntilDrawn(double seconds);
     // Whether frames take too long. Never blocks.
     bool takeTooLong();
+    // Leaves out what the GPU has not begun of the frames, which are done soon.
+    void abandon();
+    // Whether the next frame may take as long as a submission that is divided. True before the
+    // first frame is done.
+    bool mayBeSlow() const { return !isFirstDone_ || lastSeconds_ > slowFrame; }
     // FrameTimes.h
     void setLongestFrame(double seconds) { times_.setLongestFrame(seconds); }
 
   private:
+    static constexpr double slowFrame = 0.05; // seconds
+
     struct Frame {
         gpu::CommandBuffer commands;
         double begin; // seconds of now(): committed, and the one before it done
@@ -44,6 +51,7 @@ class FramesInFlight {
     FrameTimes times_;
     WaitedTime clock_;
     bool isFirstDone_ = false;
+    double lastSeconds_ = 0; // that the last frame took
 };
 
 } // namespace tarnwick

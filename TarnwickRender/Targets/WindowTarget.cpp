@@ -13,7 +13,7 @@ constexpr double always = 1e9; // seconds
 } // namespace
 
 WindowTarget::WindowTarget(gpu::Device& device, std::unique_ptr<gpu::Layer> layer)
-    : FrameTarget(device.info().isCPU ? 1 : layersDrawables), presentsDrawn_(device.info().isCPU),
+    : FrameTarget(device.info().isCPU ? 1 : layersDrawables), isCPU_(device.info().isCPU),
       queue_(device.newCommandQueue()), layer_(std::move(layer)) {}
 
 void WindowTarget::resize(const PixelSize& size) {
@@ -23,7 +23,7 @@ void WindowTarget::resize(const PixelSize& size) {
 }
 
 bool WindowTarget::waitForRoom(double seconds) {
-    if (!frames.waitForRoom(seconds))
+    if (!(isDrawing_ ? frames.waitUntilDrawn(seconds) : frames.waitForRoom(seconds)))
         return false;
     presentDrawn();
     return true;
@@ -47,7 +47,7 @@ const gpu::Texture* WindowTarget::nextTexture() {
 }
 
 void WindowTarget::present(gpu::CommandBuffer commands) {
-    isDrawing_ = presentsDrawn_ && drawable_;
+    isDrawing_ = drawable_ && (isCPU_ || frames.mayBeSlow());
     if (drawable_ && !isDrawing_)
         commands.present(*drawable_);
     commands.commit();

@@ -23,11 +23,12 @@ class WindowTarget final : public FrameTarget {
     void present(gpu::CommandBuffer commands) override;
 
   private:
-    // CPU drivers wait in presenting until the picture is drawn. So that the host does not wait,
-    // such a frame is presented after it is done, by a command buffer of its own.
+    // Such a frame is presented after it is done, by a command buffer of its own: with CPU drivers,
+    // which wait in presenting until the picture is drawn, so that the host does not wait; and
+    // while frames are slow, because a command buffer that presents is not divided into pieces.
     void presentDrawn();
 
-    bool presentsDrawn_;
+    bool isCPU_;
     bool isDrawing_ = false; // drawable_ is committed and not presented
     std::unique_ptr<gpu::CommandQueue> queue_;
     std::unique_ptr<gpu::Layer> layer_;

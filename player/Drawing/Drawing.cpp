@@ -342,6 +342,7 @@ bool Drawing::finishes(gpu::CommandBuffer& commands, double last) {
             news_.isTooSlow = true;
             news_.isInFrame = false;
             stop("The shader takes too long.");
+            commands.abandon();
             abandoned_.emplace(std::move(commands));
             times_.restart();
             return false;

@@ -26,11 +26,12 @@ class DrawnSaver {
                         const std::function<void(const std::filesystem::path&)>& addTo = {})
         : files_(shader, settings), added_(add(addTo)),
           view(smallFrame, kind, files_.bundle(), [this] { return now; }) {
-        if (view.metal() == nullptr)
-            return;
-        auto owned = std::make_unique<PictureTarget>(*view.metal()->device(), PixelSize{64, 32});
-        target = owned.get();
-        view.metal()->setTarget(std::move(owned));
+        attach();
+    }
+
+    void reopen() {
+        view.reopen();
+        attach();
     }
 
     // Draws one frame at the host's time `at` and gives its middle pixel: red, green, blue in
@@ -45,6 +46,13 @@ class DrawnSaver {
     }
 
   private:
+    void attach() {
+        if (view.metal() == nullptr)
+            return;
+        auto owned = std::make_unique<PictureTarget>(*view.metal()->device(), PixelSize{64, 32});
+        target = owned.get();
+        view.metal()->setTarget(std::move(owned));
+    }
     bool add(const std::function<void(const std::filesystem::path&)>& addTo) const {
         if (addTo)
             addTo(files_.bundle().folder());
@@ -253,6 +261,31 @@ TEST(SaverView, drawsItsFailureInABandAcrossTheMiddle) {
                          kind == ScreenKind::preview ? 9 : 18, {40, 60, 420, 80});
         EXPECT_EQ(drawn, expected);
     }
+}
+
+TEST(SaverView, opensALostDeviceAgainAtTheTimeOfItsClock) {
+    DrawnSaver saver(SHADE "{ return float4(u.time, 0.5, 0.0, 1.0); }");
+    ASSERT_FALSE(saver.view.failure()) << *saver.view.failure();
+    saver.drawAt(0);
+    saver.drawAt(0.1);
+    EXPECT_FALSE(saver.view.hasLostDevice());
+    saver.view.metal()->device()->lose();
+    EXPECT_TRUE(saver.view.hasLostDevice());
+    saver.reopen();
+    ASSERT_NE(saver.view.metal(), nullptr);
+    EXPECT_FALSE(saver.view.hasLostDevice());
+    EXPECT_NEAR(saver.drawAt(0.2)[0], 0.2 * 255, 1);
+
+    // Lost again a minute later, and then too soon.
+    saver.drawAt(61);
+    saver.view.metal()->device()->lose();
+    saver.reopen();
+    ASSERT_FALSE(saver.view.failure()) << *saver.view.failure();
+    saver.drawAt(62);
+    saver.view.metal()->device()->lose();
+    saver.reopen();
+    EXPECT_EQ(saver.view.failure(),
+              "The device was lost twice within a minute while it drew this episode.");
 }
 
 } // namespace
