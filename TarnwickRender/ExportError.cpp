@@ -10,6 +10,9 @@ struct Sentence {
     std::string operator()(const ExportError::Render& render) const {
         return "The GPU failed while drawing frame " + std::to_string(render.frame) + ".";
     }
+    std::string operator()(const ExportError::DeviceLost& lost) const {
+        return "The device was lost twice while it drew frame " + std::to_string(lost.frame) + ".";
+    }
     std::string operator()(const ExportError::Writer& writer) const {
         return "Writing the video failed: " + writer.reason;
     }

@@ -17,6 +17,9 @@ class ExportError : public std::runtime_error {
     struct Render {
         std::int64_t frame; // of the movie, from 0
     };
+    struct DeviceLost {
+        std::int64_t frame; // of the movie, at which no device lasted
+    };
     struct Writer {
         std::string reason;
     };
@@ -24,7 +27,7 @@ class ExportError : public std::runtime_error {
         std::string sentence; // about a file that the episode reads
     };
     struct Cancelled {};
-    using Case = std::variant<Setup, Render, Writer, Input, Cancelled>;
+    using Case = std::variant<Setup, Render, DeviceLost, Writer, Input, Cancelled>;
 
     explicit ExportError(Case which);
 

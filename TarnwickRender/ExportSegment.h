@@ -15,6 +15,10 @@
 
 namespace tarnwick {
 
+namespace gpu {
+class Device;
+}
+
 // The place of the program's picture in the frame, and the overlays.
 struct FrameLayout {
     struct Area {
@@ -61,6 +65,12 @@ struct ExportSegment {
     // The inputs of an episode that takes Inputs. Null: silence and black; with a performance, the
     // program's own sound and black. Shared, because segments may go on with the same sound.
     std::shared_ptr<FrameInputs> inputs{};
+};
+
+// A device, and the segments of a movie on it.
+struct ExportStage {
+    std::shared_ptr<gpu::Device> device;
+    std::vector<ExportSegment> segments;
 };
 
 } // namespace tarnwick

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <future>
 #include <limits>
+#include <utility>
 
 namespace tarnwick {
 namespace {
@@ -108,12 +109,37 @@ class SoundTask {
     std::future<void> task_;
 };
 
-// The pictures' task.
+// The pictures of a movie on one ground.
+struct PictureGround {
+    std::shared_ptr<const ExportGround> ground;
+    std::unique_ptr<PixelBufferTextures> textures;
+    std::unique_ptr<MovieFrames> movie;
+
+    gpu::Device& device() const { return *ground->stage.device; }
+};
+
+// Throws ExportError.
+PictureGround pictureGround(std::shared_ptr<const ExportGround> ground, const ExportPreset& preset,
+                            const PixelSize& size, ColorConversionPlace conversion) {
+    PictureGround made{.ground = std::move(ground)};
+    made.movie = std::make_unique<MovieFrames>(made.ground->timeline, made.device(), size);
+    made.textures = PixelBufferTextures::make(made.device(), preset.width, preset.height,
+                                              videoCodecRow(preset.codec).pixelFormat, conversion);
+    if (!made.textures)
+        cannotStart("no texture cache");
+    made.movie->makeLoopTextures();
+    return made;
+}
+
+// The pictures' task. The writer has its tracks, and `state` the ground, from the start on.
 class PictureTask {
   public:
-    PictureTask(MovieFrames& movie, const PixelBufferTextures& textures, const Tracks& tracks,
-                ExportState& state, const ExportDetails& details)
-        : movie_(movie), textures_(textures), tracks_(tracks), state_(state), details_(details) {}
+    using Renew = std::function<PictureGround()>; // on a new device; throws
+
+    PictureTask(PictureGround& pictures, const Tracks& tracks, ExportState& state,
+                const ExportDetails& details, Renew renew)
+        : pictures_(pictures), tracks_(tracks), state_(state), details_(details),
+          renew_(std::move(renew)) {}
 
     // Ends early if the state has an error. `goOn` gets the number of frames done, and throws to
     // stop.
@@ -132,19 +158,57 @@ class PictureTask {
         state_.setPictures(std::numeric_limits<std::int64_t>::max() / 2);
     }
 
+    // Opens the device again if it was lost and the sound waits for another.
+    void serveSound(std::int64_t lastFrame) {
+        if (state_.isGroundWanted() && pictures_.device().isLost())
+            goOnAfterLoss(lastFrame);
+    }
+
   private:
     std::shared_ptr<const PixelBuffer> drawn(std::int64_t index,
                                              const std::function<void()>& meanwhile) {
+        while (true) {
+            try {
+                auto buffer = drawnOnce(index, meanwhile);
+                if (!pictures_.device().isLost())
+                    return buffer;
+            } catch (const ExportError& error) {
+                if (error.isCancelled() || !pictures_.device().isLost() || !details_.reopen)
+                    throw;
+            }
+            goOnAfterLoss(index);
+        }
+    }
+
+    void goOnAfterLoss(std::int64_t index) {
+        if (!details_.reopen)
+            throw ExportError(ExportError::Render{index});
+        if (lossAt_ == index)
+            throw ExportError(ExportError::DeviceLost{index});
+        lossAt_ = index;
+        PictureGround next = renew_();
+        pictures_.movie = std::move(next.movie);
+        pictures_.textures = std::move(next.textures);
+        pictures_.ground = std::move(next.ground);
+        if (PixelBufferPool* pool = tracks_.video->pixelBufferPool())
+            pool->renew(pictures_.textures->allocator());
+        state_.setGround(pictures_.ground);
+    }
+
+    std::shared_ptr<const PixelBuffer> drawnOnce(std::int64_t index,
+                                                 const std::function<void()>& meanwhile) {
         PixelBufferPool* pool = tracks_.video->pixelBufferPool();
         if (pool == nullptr)
             writingFailed("no pixel buffer pool");
         auto buffer = pool->take();
         if (!buffer)
             writingFailed("could not get a pixel buffer");
-        movie_.draw(index, textures_.target(*buffer), meanwhile, [&](gpu::CommandBuffer& commands) {
-            return textures_.encodeConversion(commands, *buffer);
-        });
-        textures_.finish(*buffer);
+        const PixelBufferTextures& textures = *pictures_.textures;
+        pictures_.movie->draw(index, textures.target(*buffer), meanwhile,
+                              [&](gpu::CommandBuffer& commands) {
+                                  return textures.encodeConversion(commands, *buffer);
+                              });
+        textures.finish(*buffer);
         return buffer;
     }
 
@@ -154,11 +218,12 @@ class PictureTask {
         writingFailed("append failed at frame " + std::to_string(index));
     }
 
-    MovieFrames& movie_;
-    const PixelBufferTextures& textures_;
+    PictureGround& pictures_;
     const Tracks& tracks_;
     ExportState& state_;
     const ExportDetails& details_;
+    Renew renew_;
+    std::optional<std::int64_t> lossAt_; // the frame at which the device was lost last
 };
 
 // The encoder may still have many frames.
@@ -193,7 +258,11 @@ VideoSettings VideoExporter::videoSettings(const ExportPreset& preset) {
 void VideoExporter::export_(std::span<const ExportSegment> segments, const ExportPreset& preset,
                             gpu::Device& device, const std::filesystem::path& file,
                             const Progress& progress, const ExportDetails& details) {
-    const ExportTimeline timeline = ExportTimeline::of(segments, preset.fps);
+    auto ground = std::make_shared<const ExportGround>(
+        ExportStage{.device = {std::shared_ptr<void>(), &device}, // the caller keeps it
+                    .segments = {segments.begin(), segments.end()}},
+        preset.fps);
+    const ExportTimeline& timeline = ground->timeline;
     checkSoundRate(preset.fps);
     for (const ExportSegment& segment : segments)
         if (segment.layout)
@@ -204,21 +273,18 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
     const auto size = PixelSize::of(preset.width, preset.height);
     if (!size)
         cannotStart("a frame has no pixels");
-    MovieFrames movie(timeline, device, *size);
-    const auto textures = PixelBufferTextures::make(device, preset.width, preset.height,
-                                                    videoCodecRow(settings.codec).pixelFormat,
-                                                    details.colorConversion);
-    if (!textures)
-        cannotStart("no texture cache");
-    movie.makeLoopTextures();
-    settings.source = textures->source();
-    settings.allocate = textures->allocator();
+    PictureGround pictures = pictureGround(ground, preset, *size, details.colorConversion);
+    settings.source = pictures.textures->source();
+    settings.allocate = pictures.textures->allocator();
     const Tracks tracks = startedTracks(timeline, preset, settings, frames, file, details);
 
     ExportState state;
+    state.setGround(ground);
     auto noteNews = [&] {
+        if (pictures.movie->hitLoopBudget())
+            state.noteLoopBudget();
         if (details.news != nullptr)
-            details.news->hitLoopBudget = movie.hitLoopBudget() || state.hitLoopBudget();
+            details.news->hitLoopBudget = state.hitLoopBudget();
     };
     auto goOn = [&](std::int64_t done) {
         noteNews();
@@ -226,14 +292,26 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
             throw ExportError(ExportError::Cancelled{});
     };
     auto goOnAtTheEnd = [&] { goOn(frames.count()); };
-    SoundTask sound(state, [&] {
+    // Another device converts colours where the first one did.
+    const auto conversion = settings.source == VideoSettings::Source::converted
+                                ? ColorConversionPlace::gpu
+                                : ColorConversionPlace::writer;
+    PictureTask task(pictures, tracks, state, details, [&] {
+        noteNews();
+        return pictureGround(std::make_shared<const ExportGround>(details.reopen(), preset.fps),
+                             preset, *size, conversion);
+    });
+    SoundTask sound(state, [&, ground] {
         if (tracks.audio != nullptr)
-            writeSound(timeline, device, *tracks.audio, *tracks.writer, state, details.patience);
+            writeSound(ground, *tracks.audio, *tracks.writer, state, details.patience);
     });
     try {
-        PictureTask(movie, *textures, tracks, state, details).write(frames, preset.fps, goOn);
+        task.write(frames, preset.fps, goOn);
         tracks.video->markAsFinished();
-        sound.await(goOnAtTheEnd);
+        sound.await([&] {
+            goOnAtTheEnd();
+            task.serveSound(frames.end);
+        });
     } catch (const ExportError& error) {
         state.fail(error);
     } catch (const InputError& error) {

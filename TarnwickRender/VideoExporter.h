@@ -45,6 +45,10 @@ struct ExportDetails {
     std::chrono::nanoseconds patience = std::chrono::seconds(60); // maximum wait for an input
     ColorConversionPlace colorConversion = ColorConversionPlace::chosen;
     ExportNews* news = nullptr;
+    // Opens a device again after it was lost, and gives the same segments on it. May throw. The
+    // export then goes on with the frame that was not done; its device may be lost again, but not
+    // at the same frame. Absent: an export whose device is lost ends with ExportError::Render.
+    std::function<ExportStage()> reopen{};
 };
 
 struct VideoExporter {

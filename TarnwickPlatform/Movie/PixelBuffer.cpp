@@ -56,15 +56,20 @@ struct PixelBufferPool::Store {
     std::int64_t capacity;
     PixelAllocator allocate;
 
-    std::mutex mutex;
+    std::mutex mutex; // guards the rest, and `allocate`
     std::int64_t out = 0;
+    std::int64_t generation = 0; // of the memory
     std::vector<PixelMemory> idle{};
 
-    std::optional<PixelMemory> takeMemory();
-    void putBack(PixelMemory memory);
+    struct Taken {
+        PixelMemory memory;
+        std::int64_t generation;
+    };
+    std::optional<Taken> takeMemory();
+    void putBack(Taken taken);
 };
 
-std::optional<PixelMemory> PixelBufferPool::Store::takeMemory() {
+std::optional<PixelBufferPool::Store::Taken> PixelBufferPool::Store::takeMemory() {
     std::lock_guard lock(mutex);
     if (out >= capacity)
         return std::nullopt;
@@ -75,15 +80,17 @@ std::optional<PixelMemory> PixelBufferPool::Store::takeMemory() {
         memory = std::move(idle.back());
         idle.pop_back();
     }
-    if (memory)
-        ++out;
-    return memory;
+    if (!memory)
+        return std::nullopt;
+    ++out;
+    return Taken{*std::move(memory), generation};
 }
 
-void PixelBufferPool::Store::putBack(PixelMemory memory) {
+void PixelBufferPool::Store::putBack(Taken taken) {
     std::lock_guard lock(mutex);
-    idle.push_back(std::move(memory));
     --out;
+    if (taken.generation == generation)
+        idle.push_back(std::move(taken.memory));
 }
 
 PixelBufferPool::PixelBufferPool(PixelFormat format, std::int64_t width, std::int64_t height,
@@ -103,17 +110,25 @@ PixelFormat PixelBufferPool::format() const {
 }
 
 std::shared_ptr<PixelBuffer> PixelBufferPool::take() {
-    std::optional<PixelMemory> memory = store->takeMemory();
-    if (!memory)
+    std::optional<Store::Taken> taken = store->takeMemory();
+    if (!taken)
         return nullptr;
-    PixelMemory kept = *memory;
+    Store::Taken kept = *taken;
     auto giveBack = [store = store, kept = std::move(kept)](PixelBuffer* buffer) {
         delete buffer;
         store->putBack(kept);
     };
     return std::shared_ptr<PixelBuffer>(
-        new PixelBuffer(store->format, store->width, store->height, std::move(*memory)),
+        new PixelBuffer(store->format, store->width, store->height, std::move(taken->memory)),
         std::move(giveBack));
+}
+
+void PixelBufferPool::renew(PixelAllocator allocate) {
+    std::vector<PixelMemory> dropped; // destroyed without the lock
+    std::lock_guard lock(store->mutex);
+    store->allocate = allocate ? std::move(allocate) : PixelAllocator(fromHeap);
+    ++store->generation;
+    dropped.swap(store->idle);
 }
 
 } // namespace tarnwick

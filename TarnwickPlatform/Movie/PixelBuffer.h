@@ -74,6 +74,10 @@ class PixelBufferPool {
 
     PixelFormat format() const;
 
+    // The buffers that are taken from now on have new memory, of `allocate`. Those that are out
+    // keep theirs until they are released.
+    void renew(PixelAllocator allocate);
+
     // A buffer with the content of its last use. Null if `capacity` buffers are out or there is no
     // memory.
     std::shared_ptr<PixelBuffer> take();

@@ -10,6 +10,26 @@ void ExportState::fail(const ExportError& error) {
     const std::lock_guard lock(mutex_);
     if (!error_)
         error_ = error;
+    changes_.notify_all();
+}
+
+void ExportState::setGround(std::shared_ptr<const ExportGround> ground) {
+    const std::lock_guard lock(mutex_);
+    ground_ = std::move(ground);
+    changes_.notify_all();
+}
+
+std::shared_ptr<const ExportGround> ExportState::groundAfter(const ExportGround& lost) {
+    std::unique_lock lock(mutex_);
+    isGroundWanted_ = true;
+    changes_.wait(lock, [&] { return error_ || ground_.get() != &lost; });
+    isGroundWanted_ = false;
+    return error_ ? nullptr : ground_;
+}
+
+bool ExportState::isGroundWanted() const {
+    const std::lock_guard lock(mutex_);
+    return isGroundWanted_;
 }
 
 bool ExportState::hasFailed() const {

@@ -3,10 +3,13 @@
 
 #include "TarnwickPlatform/Movie/MovieWriter.h"
 #include "TarnwickRender/ExportError.h"
+#include "TarnwickRender/Movies/ExportGround.h"
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <optional>
 
@@ -28,9 +31,18 @@ class ExportState {
     void noteLoopBudget() { hitLoopBudget_ = true; }
     bool hitLoopBudget() const { return hitLoopBudget_; }
 
+    // The ground of the export. When its device is lost, the pictures' task sets another one.
+    void setGround(std::shared_ptr<const ExportGround> ground);
+    // Another ground than `lost`. Blocks until there is one; null if the export has failed.
+    std::shared_ptr<const ExportGround> groundAfter(const ExportGround& lost);
+    bool isGroundWanted() const; // a call of groundAfter() waits
+
   private:
-    mutable std::mutex mutex_; // guards error_
+    mutable std::mutex mutex_; // guards the next four
+    std::condition_variable changes_;
     std::optional<ExportError> error_;
+    std::shared_ptr<const ExportGround> ground_;
+    bool isGroundWanted_ = false;
     std::atomic<std::int64_t> pictures_ = 0;
     std::atomic<bool> hitLoopBudget_ = false;
 };

@@ -241,12 +241,45 @@ AudioSettings soundSettings(const ExportTimeline& timeline) {
 
 namespace {
 
+// The samples of an export, on one ground after the other.
+class GroundedSamples {
+  public:
+    GroundedSamples(std::shared_ptr<const ExportGround> ground, ExportState& state)
+        : state_(state), ground_(std::move(ground)) {
+        start();
+    }
+
+    const ExportTimeline& timeline() const { return ground_->timeline; }
+
+    // What `evaluate` gives for the samples and the timeline; absent if the device fails.
+    template <typename Evaluate> auto evaluated(const Evaluate& evaluate) {
+        auto found = evaluate(*samples_, timeline());
+        while (!found && ground_->stage.device->isLost()) {
+            auto next = state_.groundAfter(*ground_);
+            if (!next)
+                break;
+            samples_.reset();
+            ground_ = std::move(next);
+            start();
+            found = evaluate(*samples_, timeline());
+        }
+        return found;
+    }
+
+  private:
+    void start() { samples_.emplace(*ground_->stage.device, timeline().fps); }
+
+    ExportState& state_;
+    std::shared_ptr<const ExportGround> ground_;
+    std::optional<Samples> samples_;
+};
+
 // Throws MovieError for a sound file that cannot be read.
-void writeSamples(const ExportTimeline& timeline, gpu::Device& device, AudioInput& input,
-                  const MovieWriter& writer, ExportState& state,
-                  std::chrono::nanoseconds patience) {
-    const std::int64_t perFrame = rate / timeline.fps;
-    Samples samples(device, timeline.fps);
+void writeSamples(GroundedSamples& samples, AudioInput& input, const MovieWriter& writer,
+                  ExportState& state, std::chrono::nanoseconds patience) {
+    const std::int64_t fps = samples.timeline().fps, perFrame = rate / fps;
+    const bool isLoop = isOneLoop(samples.timeline());
+    const std::size_t entryCount = samples.timeline().entries.size();
     // False if samples could not be rendered or appended; the error names `frame`.
     auto append = [&](const auto& found, std::int64_t first, std::int64_t frame) {
         if (found && !waitUntilReady(input, writer, state, patience))
@@ -259,28 +292,38 @@ void writeSamples(const ExportTimeline& timeline, gpu::Device& device, AudioInpu
                                                          std::to_string(frame)}));
         return false;
     };
-    const ExportTimeline::Entry& loop = timeline.entries.front();
-    if (isOneLoop(timeline) && !append(samples.ofLoop(loop, -leadIn, leadIn, state), -leadIn, 0))
+    auto ofLoop = [&](std::int64_t first, std::int64_t count) {
+        return samples.evaluated([&](Samples& on, const ExportTimeline& timeline) {
+            return on.ofLoop(timeline.entries.front(), first, count, state);
+        });
+    };
+    if (isLoop && !append(ofLoop(-leadIn, leadIn), -leadIn, 0))
         return;
-    for (const ExportTimeline::Entry& entry : timeline.entries)
-        for (std::int64_t frame = entry.first; frame < entry.end(); ++frame)
-            if (!keepPace(frame, timeline.fps, state) ||
-                !append(samples.ofFrame(entry, frame - entry.first, state), frame * perFrame,
-                        frame))
+    std::int64_t frame = 0;
+    for (std::size_t entry = 0; entry < entryCount; ++entry)
+        for (; frame < samples.timeline().entries[entry].end(); ++frame) {
+            if (!keepPace(frame, fps, state))
                 return;
-    const std::int64_t last = timeline.frameCount() - 1;
-    if (isOneLoop(timeline) &&
-        !append(samples.ofLoop(loop, 0, leadOut, state), (last + 1) * perFrame, last))
+            const auto found = samples.evaluated([&](Samples& on, const ExportTimeline& timeline) {
+                const ExportTimeline::Entry& of = timeline.entries[entry];
+                return on.ofFrame(of, frame - of.first, state);
+            });
+            if (!append(found, frame * perFrame, frame))
+                return;
+        }
+    const std::int64_t last = samples.timeline().frameCount() - 1;
+    if (isLoop && !append(ofLoop(0, leadOut), (last + 1) * perFrame, last))
         return;
     input.markAsFinished();
 }
 
 } // namespace
 
-void writeSound(const ExportTimeline& timeline, gpu::Device& device, AudioInput& input,
+void writeSound(std::shared_ptr<const ExportGround> ground, AudioInput& input,
                 const MovieWriter& writer, ExportState& state, std::chrono::nanoseconds patience) {
     try {
-        writeSamples(timeline, device, input, writer, state, patience);
+        GroundedSamples samples(std::move(ground), state);
+        writeSamples(samples, input, writer, state, patience);
     } catch (const MovieError& error) {
         state.fail(ExportError(ExportError::Input{error.what()}));
     }

@@ -6,6 +6,7 @@
 #include "TarnwickRender/Movies/ExportTimeline.h"
 
 #include <chrono>
+#include <memory>
 
 namespace tarnwick {
 
@@ -17,9 +18,9 @@ AudioSettings soundSettings(const ExportTimeline& timeline);
 
 // Renders the sound of each segment, silence for those without, appends it frame by frame and marks
 // the input as finished. A loop also has the samples that soundSettings() adds at both ends. Ends
-// early if `state` has an error, and sets one if the sound cannot be rendered or appended. fps
-// divides the sample rate. Blocks.
-void writeSound(const ExportTimeline& timeline, gpu::Device& device, AudioInput& input,
+// early if `state` has an error, and sets one if the sound cannot be rendered or appended. If the
+// device is lost it goes on with the next ground of `state`. fps divides the sample rate. Blocks.
+void writeSound(std::shared_ptr<const ExportGround> ground, AudioInput& input,
                 const MovieWriter& writer, ExportState& state, std::chrono::nanoseconds patience);
 
 } // namespace tarnwick

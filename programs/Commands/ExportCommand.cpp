@@ -129,6 +129,26 @@ ExportSegment segmentOf(const Request& request, std::shared_ptr<const ShaderProg
             .loopSound = true};
 }
 
+std::shared_ptr<FrameInputs> inputsOf(const Request& request,
+                                      const std::shared_ptr<const ShaderProgram>& program,
+                                      gpu::Device& device) {
+    const ExportPreset& preset = request.movie.preset;
+    return request.timeline.performance()
+               ? performedInputsOf(program, device, preset,
+                                   performedSourcesOf(request.performed, device))
+               : frameInputsOf(program, device, preset, channelSourcesOf(request.channels, device),
+                               request.audio.file);
+}
+
+// The movie on a device that was opened again.
+ExportStage stageOf(const Request& request) {
+    auto device = drawingDevice();
+    const auto program = programOf(request.episode, *device);
+    ExportSegment segment = segmentOf(request, program);
+    segment.inputs = inputsOf(request, program, *device);
+    return {.device = std::move(device), .segments = {std::move(segment)}};
+}
+
 Status export_(const Arguments& arguments) {
     Request request = requestOf(arguments);
     const auto device = drawingDevice();
@@ -153,13 +173,11 @@ Status export_(const Arguments& arguments) {
                    *device);
     }
     ExportSegment segment = segmentOf(request, program);
-    segment.inputs =
-        request.timeline.performance()
-            ? performedInputsOf(program, *device, request.movie.preset,
-                                performedSourcesOf(request.performed, *device))
-            : frameInputsOf(program, *device, request.movie.preset, channels, request.audio.file);
+    segment.inputs = inputsOf(request, program, *device);
     exportMovie({&segment, 1}, request.movie, *device, request.episode.path,
-                {.frames = request.frames, .chapters = request.chapters});
+                {.frames = request.frames, .chapters = request.chapters, .reopen = [&request] {
+                     return stageOf(request);
+                 }});
     return Status::done;
 }
 

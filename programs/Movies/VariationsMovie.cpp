@@ -41,26 +41,29 @@ VideoChapters exportVariations(const EpisodeVariations& variations, const Argume
     const bool sound = exportSoundOf(arguments, variations.episode) && audio.hasOwn();
     VideoChapters chapters = chaptersOf(variations, movie.preset.fps);
     checkMovieLength(chapters.duration);
-    const auto device = drawingDevice();
-    const auto program = programOf(variations.episode, *device);
+    const auto stageOnDevice = [&] {
+        ExportStage stage{.device = drawingDevice(), .segments = {}};
+        gpu::Device& device = *stage.device;
+        const auto program = programOf(variations.episode, device);
+        const auto inputs = frameInputsOf(
+            program, device, movie.preset,
+            channelSourcesOf(episodeChannelsOf(arguments, variations.episode), device), audio.file);
+        for (const Variation& variation : variations.series)
+            stage.segments.push_back({.program = program,
+                                      .timeline = variations.settingsOf(variation),
+                                      .start = variation.start,
+                                      .duration = variations.duration,
+                                      .watermark = arguments.has("--watermark"),
+                                      .sound = sound,
+                                      .soundFile = movieFileOf(audio, arguments),
+                                      .inputs = inputs});
+        return stage;
+    };
+    const ExportStage stage = stageOnDevice();
     if (sound)
-        checkAllHeard(variations, *device);
-    const auto inputs = frameInputsOf(
-        program, *device, movie.preset,
-        channelSourcesOf(episodeChannelsOf(arguments, variations.episode), *device), audio.file);
-    std::vector<ExportSegment> segments;
-    for (const Variation& variation : variations.series) {
-        segments.push_back({.program = program,
-                            .timeline = variations.settingsOf(variation),
-                            .start = variation.start,
-                            .duration = variations.duration,
-                            .watermark = arguments.has("--watermark"),
-                            .sound = sound,
-                            .soundFile = movieFileOf(audio, arguments),
-                            .inputs = inputs});
-    }
-    exportMovie(segments, movie, *device, variations.episode.path,
-                {.chapters = movieChaptersOf(chapters)});
+        checkAllHeard(variations, *stage.device);
+    exportMovie(stage.segments, movie, *stage.device, variations.episode.path,
+                {.chapters = movieChaptersOf(chapters), .reopen = stageOnDevice});
     return chapters;
 }
 

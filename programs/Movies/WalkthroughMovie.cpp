@@ -54,7 +54,8 @@ struct StagedMovie {
         for (std::size_t page = 0; page < stages[stage].pages.size(); ++page)
             layout.overlays.push_back(textureOf(pages.overlay(page), device));
         // In the middle of the frame, so that rounding does not change the page a frame late.
-        layout.overlayIndexAt = [this, stage, from = startOf(stage) - halfFrame](double time) {
+        layout.overlayIndexAt = [&timeline = timeline, stage,
+                                 from = startOf(stage) - halfFrame](double time) {
             return timeline.page(static_cast<std::int64_t>(stage), time - from);
         };
         return layout;
@@ -96,49 +97,58 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
     const WalkthroughTimeline timeline = timelineOf(stages, arguments, preset.fps);
     const EpisodeAudio audio = episodeAudioOf(arguments);
     const bool sound = exportSoundOf(arguments, walkthrough.episode()) && audio.hasOwn();
-    const auto device = drawingDevice();
-    const auto programs = [&] {
-        ProgressBar bar("");
-        return programsOf(walkthrough, *device, bar);
-    }();
-    const StagedMovie staged{.renderer = renderer,
-                             .stages = stages,
-                             .timeline = timeline,
-                             .start = arguments.numberOf("--start"),
-                             .halfFrame = 0.5 / static_cast<double>(preset.fps),
-                             .device = *device};
+    const auto stagedOn = [&](gpu::Device& device) {
+        return StagedMovie{.renderer = renderer,
+                           .stages = stages,
+                           .timeline = timeline,
+                           .start = arguments.numberOf("--start"),
+                           .halfFrame = 0.5 / static_cast<double>(preset.fps),
+                           .device = device};
+    };
+    const auto stageOnDevice = [&] {
+        ExportStage made{.device = drawingDevice(), .segments = {}};
+        gpu::Device& device = *made.device;
+        const auto programs = [&] {
+            ProgressBar bar("");
+            return programsOf(walkthrough, device, bar);
+        }();
+        const StagedMovie staged = stagedOn(device);
+        // Stages with Inputs hear the episode's sound, and show its channels.
+        ExportPreset shown = preset;
+        shown.width = renderer.picture().width;
+        shown.height = renderer.picture().height;
+        std::shared_ptr<FrameInputs> inputs =
+            frameInputsOf(programs.back(), device, shown,
+                          channelSourcesOf(walkthrough.channels, device), audio.file);
+        if (!inputs) // an earlier stage may have Inputs
+            inputs = soundOf(programs.back(), device, audio.file);
+        for (std::size_t stage = 0; stage < stages.size(); ++stage) {
+            if (stages[stage].pages.empty())
+                continue;
+            made.segments.push_back(
+                {.program = programs[stage],
+                 .timeline = walkthrough.settings,
+                 .start = staged.startOf(stage),
+                 .duration = timeline.duration(static_cast<std::int64_t>(stage)),
+                 .watermark = arguments.has("--watermark"),
+                 .sound = sound,
+                 .soundFile = movieFileOf(audio, arguments),
+                 .layout = staged.layoutOf(stage),
+                 .soundProgram = programs.back(),
+                 .inputs = inputs});
+        }
+        return made;
+    };
+    const ExportStage first = stageOnDevice();
+    const StagedMovie staged = stagedOn(*first.device);
     if (sound)
         checkHeard({.episode = walkthrough.episode(),
                     .values = walkthrough.settings.values,
                     .start = staged.start,
                     .duration = timeline.total()},
-                   *device);
-    // Stages with Inputs hear the episode's sound, and show its channels.
-    ExportPreset shown = preset;
-    shown.width = renderer.picture().width;
-    shown.height = renderer.picture().height;
-    std::shared_ptr<FrameInputs> inputs =
-        frameInputsOf(programs.back(), *device, shown,
-                      channelSourcesOf(walkthrough.channels, *device), audio.file);
-    if (!inputs) // an earlier stage may have Inputs
-        inputs = soundOf(programs.back(), *device, audio.file);
-    std::vector<ExportSegment> segments;
-    for (std::size_t stage = 0; stage < stages.size(); ++stage) {
-        if (stages[stage].pages.empty())
-            continue;
-        segments.push_back({.program = programs[stage],
-                            .timeline = walkthrough.settings,
-                            .start = staged.startOf(stage),
-                            .duration = timeline.duration(static_cast<std::int64_t>(stage)),
-                            .watermark = arguments.has("--watermark"),
-                            .sound = sound,
-                            .soundFile = movieFileOf(audio, arguments),
-                            .layout = staged.layoutOf(stage),
-                            .soundProgram = programs.back(),
-                            .inputs = inputs});
-    }
-    exportMovie(segments, movie, *device, walkthrough.episode().path,
-                {.chapters = chaptersOf(staged)});
+                   *first.device);
+    exportMovie(first.segments, movie, *first.device, walkthrough.episode().path,
+                {.chapters = chaptersOf(staged), .reopen = stageOnDevice});
 }
 
 } // namespace tarnwick

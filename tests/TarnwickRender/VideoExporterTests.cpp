@@ -405,3 +405,64 @@ TEST_F(Exporting, drawsAPartAsItIsInTheWhole) {
     EXPECT_EQ(exported(segments, {.frames = FrameRange{200, 300}}),
               "Export could not start: the part does not lie within the movie");
 }
+
+// Particles, feedback and sound go on as they would have without the loss.
+TEST_F(Exporting, goesOnAfterTheDeviceWasLost) {
+    const std::string memory = "float4 shade(float2 uv, " + std::string(arguments) +
+                               ", Inputs in) { return 0.9 * in.previous(uv + 0.01) + 0.1 * "
+                               "float4(fract(u.time), uv, 1.0); }\n";
+    const std::string tone = "float2 sound(float t, constant Params& p) { return sin(t * 99); }\n";
+    const auto segments = [&] {
+        std::vector<ExportSegment> made{segment(swarm(), 2, 3), segment(memory, 0, 2),
+                                        segment(shading("float4(u.time)", tone), 0, 20)};
+        made[0].loop = 0.5;
+        made[2].sound = true;
+        return made;
+    };
+    EXPECT_EQ(exported(segments()), "");
+    const Recording undisturbed = recording;
+    recording = {};
+    std::shared_ptr<gpu::Device> kept = device; // the export's first
+    int losses = 0;
+    progress = [&](std::int64_t done, std::int64_t) {
+        if (done == 12 || done == 40 || done == 120 || done == 250)
+            device->lose();
+        return true;
+    };
+    const auto reopen = [&] {
+        ++losses;
+        device = gpu::Device::systemDefault();
+        return ExportStage{.device = device, .segments = segments()};
+    };
+    EXPECT_EQ(exported(segments(), {.reopen = reopen}), "");
+    EXPECT_EQ(losses, 4);
+    EXPECT_EQ(recording.times, undisturbed.times);
+    EXPECT_EQ(recording.samples, undisturbed.samples);
+    for (std::size_t at = 0; at < undisturbed.pictures.size(); ++at)
+        ASSERT_EQ(recording.pictures.at(at), undisturbed.pictures[at]) << at;
+}
+
+TEST_F(Exporting, endsIfTheDeviceIsLostAgainAtTheSameFrame) {
+    const auto lossAt = [&](std::int64_t frame) {
+        progress = [&, frame](std::int64_t done, std::int64_t) {
+            if (done == frame)
+                device->lose();
+            return true;
+        };
+    };
+    std::shared_ptr<gpu::Device> kept = device;
+    const auto segments = [&] { return std::vector{segment(passing, 0, 5)}; };
+    lossAt(7);
+    EXPECT_EQ(exported(segments()), "The GPU failed while drawing frame 7.");
+    device = gpu::Device::systemDefault();
+    kept = device;
+    lossAt(9);
+    const auto reopen = [&] {
+        device = gpu::Device::systemDefault();
+        ExportStage stage{.device = device, .segments = segments()};
+        device->lose();
+        return stage;
+    };
+    recording = {};
+    EXPECT_NE(exported(segments(), {.reopen = reopen}), "");
+}
