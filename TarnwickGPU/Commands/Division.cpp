@@ -135,9 +135,12 @@ VkRect2D Division::rectangle(std::uint64_t& count) const {
         rows = narrow(count / columns_);
     else
         columns = narrow(std::min<std::uint64_t>(count, columns_ - column));
-    count = std::uint64_t{rows} * columns;
     const Tiles across = tilesOf(area.offset.x, area.extent.width, tileWidth);
     const Tiles down = tilesOf(area.offset.y, area.extent.height, tileHeight);
+    const std::uint32_t rowsOfSquare = tileWidth / tileHeight;
+    if (rows >= rowsOfSquare && row + rows < down.count)
+        rows -= (down.first + row + rows) % rowsOfSquare; // ends at an edge of squares
+    count = std::uint64_t{rows} * columns;
     const std::uint32_t left = (across.first + column) * tileWidth;
     const std::uint32_t top = (down.first + row) * tileHeight;
     const VkRect2D tiles{{static_cast<std::int32_t>(left), static_cast<std::int32_t>(top)},
