@@ -93,7 +93,8 @@ struct Pieces : Gpu {
         device = gpu::Device::systemDefault();
         unsetenv("TARNWICK_PIECES");
         queue = device->newCommandQueue();
-        library = device->newLibrary(program);
+        if (!library) // it does not belong to the device
+            library = device->newLibrary(program);
     }
 
     std::uint64_t pieces() const { return device->state().submissions.pieces(); }
