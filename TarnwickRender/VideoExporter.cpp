@@ -134,7 +134,8 @@ PictureGround pictureGround(std::shared_ptr<const ExportGround> ground, const Ex
 // The pictures' task. The writer has its tracks, and `state` the ground, from the start on.
 class PictureTask {
   public:
-    using Renew = std::function<PictureGround()>; // on a new device; throws
+    // On a new device, for the frame `index`. Throws.
+    using Renew = std::function<PictureGround(std::int64_t index)>;
 
     PictureTask(PictureGround& pictures, const Tracks& tracks, ExportState& state,
                 const ExportDetails& details, Renew renew)
@@ -186,7 +187,7 @@ class PictureTask {
         if (lossAt_ == index)
             throw ExportError(ExportError::DeviceLost{index});
         lossAt_ = index;
-        PictureGround next = renew_();
+        PictureGround next = renew_(index);
         pictures_.movie = std::move(next.movie);
         pictures_.textures = std::move(next.textures);
         pictures_.ground = std::move(next.ground);
@@ -296,10 +297,16 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
     const auto conversion = settings.source == VideoSettings::Source::converted
                                 ? ColorConversionPlace::gpu
                                 : ColorConversionPlace::writer;
-    PictureTask task(pictures, tracks, state, details, [&] {
+    PictureTask task(pictures, tracks, state, details, [&](std::int64_t index) {
         noteNews();
-        return pictureGround(std::make_shared<const ExportGround>(details.reopen(), preset.fps),
-                             preset, *size, conversion);
+        const auto next = std::make_shared<const ExportGround>(details.reopen(), preset.fps);
+        try {
+            return pictureGround(next, preset, *size, conversion);
+        } catch (const ExportError&) {
+            if (next->stage.device->isLost())
+                throw ExportError(ExportError::DeviceLost{index});
+            throw;
+        }
     });
     SoundTask sound(state, [&, ground] {
         if (tracks.audio != nullptr)
