@@ -6,6 +6,7 @@
 #include <llvm/ADT/StringExtras.h>
 #include <llvm/AsmParser/Parser.h>
 #include <llvm/IR/LLVMContext.h>
+#include <llvm/IR/Verifier.h>
 #include <llvm/Support/SourceMgr.h>
 #include <llvm/Support/raw_ostream.h>
 
@@ -228,6 +229,10 @@ static std::unique_ptr<Module> moduleFrom(StringRef code, LLVMContext& context) 
     if (!module)
         throw TextError("The assembly is invalid: " + error.getMessage().str() + " in '" +
                         error.getLineContents().trim().str() + "'.");
+    std::string faults;
+    raw_string_ostream stream(faults);
+    if (verifyModule(*module, &stream)) // the parser takes blocks with several ends
+        throw TextError("The assembly is invalid: " + StringRef(faults).trim().str());
     return module;
 }
 
