@@ -141,7 +141,10 @@ struct HostWindow::Parts {
         protocols = XInternAtom(display, "WM_PROTOCOLS", False);
         deleteWindow = XInternAtom(display, "WM_DELETE_WINDOW", False);
     }
-    ~Parts() { XCloseDisplay(display); }
+    ~Parts() {
+        if (!isLost) // Xlib complains on standard error where it cannot write its last requests
+            XCloseDisplay(display);
+    }
     Parts(const Parts&) = delete;
     Parts& operator=(const Parts&) = delete;
 
