@@ -226,8 +226,10 @@ bool Submissions::submitPiece(Feeder& feeder, Job& job, const PiecewiseWork::Pie
     Track& track = trackOf(job.number);
     const std::array signals{signalInfo(feeder.pieces, ++feeder.pieceCount),
                              signalInfo(track.timeline, job.number)};
+    feeder.inSubmission = piece.isLast ? job.number : 0;
     const VkResult result = submitTo(track.queue, piece.commands, std::exchange(job.waits, {}),
                                      std::span(signals).first(piece.isLast ? signals.size() : 1));
+    feeder.inSubmission = 0;
     if (result != VK_SUCCESS)
         return false;
     if (piece.isLast) {
@@ -268,11 +270,17 @@ std::uint64_t Submissions::completed() {
         if (value < submitted)
             done = std::min(done, value);
     }
+    for (const Feeder& feeder : feeders_)
+        if (const std::uint64_t number = feeder.inSubmission; number != 0)
+            done = std::min(done, number - 1);
     return done;
 }
 
 bool Submissions::isDone(std::uint64_t submission) {
-    return valueOf(trackOf(submission)) >= submission;
+    return valueOf(trackOf(submission)) >= submission &&
+           std::ranges::none_of(feeders_, [submission](const Feeder& one) {
+               return one.inSubmission == submission;
+           });
 }
 
 // A device that is lost before all pieces were submitted never reaches the number.
@@ -290,6 +298,8 @@ bool Submissions::wait(std::uint64_t submission, std::uint64_t nanoseconds) {
         if (nanoseconds == 0)
             break;
     }
+    if (result == VK_SUCCESS)
+        std::lock_guard<std::mutex>{mutex_}; // until vkQueueSubmit2 has returned
     return result == VK_SUCCESS && !isLost();
 }
 

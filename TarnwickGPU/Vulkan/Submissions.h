@@ -88,6 +88,9 @@ class Submissions {
         std::thread thread;
         VkSemaphore pieces = VK_NULL_HANDLE; // counts the pieces
         std::uint64_t pieceCount = 0;
+        // The job whose last piece is being submitted. The GPU may be done with it before
+        // vkQueueSubmit2 returns, but its command buffer is not free before that.
+        std::atomic<std::uint64_t> inSubmission{0};
     };
 
     static constexpr std::size_t laneCount = 2;
