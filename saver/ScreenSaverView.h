@@ -38,7 +38,7 @@ class ScreenSaverView {
     // Draws the background behind the subview into `picture`, which covers the bounds.
     virtual void drawRect(Picture& picture) const = 0;
     virtual bool hasConfigureSheet() const = 0;
-    // The window with the saver's settings; null if there is none.
+    // The window with the saver's settings; null without one.
     virtual void* configureSheet() const = 0;
 
   protected:

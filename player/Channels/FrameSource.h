@@ -39,7 +39,7 @@ class FrameSource {
     void follow(double time);
 
     // Follows `time` and waits until newest() is the frame of that time, at most so long. True if
-    // it is, or if there is none: a camera, and a file that cannot be read.
+    // it is, and for sources without such frames: a camera, and a file that cannot be read.
     bool reach(double time, std::chrono::milliseconds longest);
 
   private:

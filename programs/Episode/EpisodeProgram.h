@@ -11,7 +11,7 @@
 
 namespace tarnwick {
 
-// The device to draw with. Throws CommandError if there is none.
+// The device to draw with. Throws CommandError without a device.
 std::shared_ptr<gpu::Device> drawingDevice();
 
 // Throws CommandError if the episode does not compile, like checkCompiles().

@@ -119,7 +119,7 @@ msl::Define defineOf(std::string_view text) {
 std::filesystem::path folderOf(const std::string& name) {
     std::error_code error;
     if (!std::filesystem::is_directory(name, error))
-        misuse("-I requires a folder, but " + name + " is none.");
+        misuse("-I requires a folder, but " + name + " is not a folder.");
     return name;
 }
 

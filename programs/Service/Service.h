@@ -23,7 +23,7 @@ class Service {
     // Whether it is not the site.
     bool isGiven() const { return isGiven_; }
 
-    // The token of the signed-in account; nothing if there is none. Throws TokenError.
+    // The token of the signed-in account; nothing without one. Throws TokenError.
     std::optional<Secret> token() const;
     // Throws CommandError if no account is signed in.
     Secret wantedToken() const;

@@ -18,7 +18,7 @@ TEST(FrameTimes, areTooLongWithOneVeryLongFrameOrLoopsThatNeverEnd) {
 
     FrameTimes quick;
     for (int frame = 0; frame < 1000; ++frame)
-        quick.add(0.1, true); // ended loops that nobody has to wait for
+        quick.add(0.1, true); // ended loops that take no time
     EXPECT_FALSE(quick.areTooLong(4.9, true));
     EXPECT_TRUE(quick.areTooLong(5, true));
 

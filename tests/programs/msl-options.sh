@@ -63,7 +63,7 @@ expect 1 "^none.metal:4:10: error: 'none.h' file not found" msl none.metal -I 'i
 echo 'int x = y;' >'in clude/bad.h'
 echo '#include "bad.h"' >bad.metal
 expect 1 "^in clude/bad.h:1:9: error: use of undeclared identifier 'y'" msl bad.metal -I 'in clude'
-expect 2 'I requires a folder, but missing is none' msl bad.metal -I missing
+expect 2 'I requires a folder, but missing is not a folder' msl bad.metal -I missing
 # A header that was changed is read again.
 echo 'constant int x = 1;' >'in clude/bad.h'
 expect 0 '' msl bad.metal -I 'in clude'

@@ -416,7 +416,7 @@ typedef enum tarnwick_msl_scalar {
 
 /* An [[attribute(index)]]. In a vertex function it is the input at location `index`, a vec4, ivec4
  * or uvec4. Kernels and post-tessellation vertex functions read it by the function `fetch` of the
- * module, whose body returns zero and which the host replaces; 0: there is none. */
+ * module, whose body returns zero and which the host replaces; 0 without one. */
 typedef struct tarnwick_msl_attribute {
     size_t struct_size;
     const char* name;

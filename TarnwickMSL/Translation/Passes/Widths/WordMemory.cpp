@@ -48,7 +48,7 @@ class WordPlace {
         Value* shift;   // of the byte's lowest bit
     };
     Spot spot(std::uint64_t byte);          // at a number of bytes from the first
-    unsigned unit() const { return unit_; } // so many bytes never cross the end of a word
+    unsigned unit() const { return unit_; } // bytes; a run of these lies within one word
 
   private:
     Value* bytes(std::uint64_t further);
