@@ -7,9 +7,6 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// The next piece of work whose cost was not known has at most this many times the units.
-constexpr std::uint64_t growth = 8;
-
 // Fewer units do not occupy the device, so that dividing them would not make a piece shorter.
 std::uint64_t fewestUnits(const DeviceRecord& device, WorkUnit unit) {
     if (device.unitsOfPieces > 0)
@@ -98,7 +95,8 @@ std::optional<double> knownSeconds(const DeviceRecord& device, const CommandStre
             division->units() > fewestUnits(device, division->unit()) || device.unitsOfPieces > 0;
         if (isWorthDividing && (!cost.isKnown() || device.unitsOfPieces > 0))
             return std::nullopt;
-        seconds += cost.seconds().mean * static_cast<double>(division->units());
+        const WorkCost::Seconds known = cost.seconds();
+        seconds += known.fixed + known.mean * static_cast<double>(division->units());
     }
     return seconds;
 }
@@ -184,36 +182,24 @@ bool Pieces::addWork(WorkLeft left) {
     const std::shared_ptr<WorkTraits>& traits = stream_->traits[*traitsIndexOf(command)];
     if (!division_) {
         division_ = Division::make(command, *stream_, drawState_);
-        progress_ = {};
+        size_.reset();
     }
-    const WorkUnit unit = division_->unit();
-    const WorkCost::Seconds known = traits->cost(unit).seconds();
-    const std::uint64_t fewest = fewestUnits(device_, unit);
+    const std::uint64_t fewest = fewestUnits(device_, division_->unit());
+    if (!size_ || size_->pieces() == 0) // the piece before may have measured the same work
+        size_.emplace(traits->cost(division_->unit()), fewest);
     const bool isSmall = division_->units() <= fewest;
-    const bool isUnknown = known.mean <= 0 && progress_.pieces == 0;
-    // A slow part of the picture may follow a quick one.
-    const double perUnit =
-        progress_.pieces > 0 ? std::max(progress_.latest, known.most / 2) : known.most;
-    const double least = perUnit * static_cast<double>(std::min(fewest, division_->unitsLeft()));
-    const bool isFull =
-        expected_ + least > pieceSeconds || (isUnknown && !isSmall) || device_.unitsOfPieces > 0;
+    const double least = size_->expected(std::min(fewest, division_->unitsLeft()));
+    const bool isFull = expected_ + least > pieceSeconds || (size_->isUnknown() && !isSmall) ||
+                        device_.unitsOfPieces > 0;
     if (!shares_.empty() && isFull)
         return false;
-    std::uint64_t units = fewest;
-    if (device_.unitsOfPieces == 0 && perUnit > 0) {
-        const double fitting = (pieceSeconds - expected_) / perUnit;
-        units = fitting < 1e18 ? static_cast<std::uint64_t>(std::max(fitting, 0.0)) : UINT64_MAX;
-        if (progress_.lastUnits > 0)
-            units = std::min(units, growth * progress_.lastUnits);
-        units = std::max(units, fewest);
-    }
-    Share share{.traits = traits, .unit = unit};
-    share.units = division_->recordNext(target(), units);
-    share.expected = perUnit * static_cast<double>(share.units);
-    share.isLast = division_->isDone();
-    const bool isDivided = !share.isLast || progress_.pieces > 0;
-    expected_ += share.expected;
-    shares_.push_back(std::move(share));
+    const std::uint64_t next = size_->next(pieceSeconds - expected_);
+    const std::uint64_t units =
+        division_->recordNext(target(), device_.unitsOfPieces > 0 ? fewest : next);
+    const bool isDone = division_->isDone(), isDivided = !isDone || size_->pieces() > 0;
+    const double expected = size_->expected(units);
+    expected_ += expected;
+    shares_.push_back({.size = *size_, .units = units, .expected = expected, .isLast = isDone});
     if (!division_->isDone())
         return false;
     division_.reset();
@@ -227,35 +213,14 @@ void Pieces::took(double seconds) {
     std::uint64_t units = 0;
     for (const Share& share : shares_)
         units += share.units;
-    for (const Share& share : shares_)
-        learn(share, expected_ > 0
-                         ? seconds * share.expected / expected_
-                         : seconds * static_cast<double>(share.units) / static_cast<double>(units));
-}
-
-void Pieces::learn(const Share& share, double seconds) {
-    const auto perUnit = static_cast<float>(seconds / static_cast<double>(share.units));
-    WorkCost& cost = share.traits->cost(share.unit);
-    if (share.isLast && progress_.pieces == 0) {
-        // Of a small one, most of the time is that of a submission, or of the driver's compiler.
-        if (share.units > fewestUnits(device_, share.unit))
-            cost.set({perUnit, perUnit});
-        return;
-    }
-    const bool isUnmeasured = progress_.pieces == 0 && !cost.isKnown();
-    ++progress_.pieces;
-    progress_.latest = perUnit;
-    progress_.lastUnits = share.units;
-    if (!isUnmeasured) {
-        progress_.units += share.units;
-        progress_.seconds += seconds;
-        if (seconds > pieceSeconds / 4) // otherwise mostly the time of a submission
-            progress_.most = std::max(progress_.most, perUnit);
-    }
-    if (!share.isLast)
-        return;
-    const auto mean = static_cast<float>(progress_.seconds / static_cast<double>(progress_.units));
-    cost.set({mean, std::max(mean, progress_.most)});
+    for (Share& share : shares_)
+        share.size.took(share.units,
+                        expected_ > 0 ? seconds * share.expected / expected_
+                                      : seconds * static_cast<double>(share.units) /
+                                            static_cast<double>(units),
+                        share.isLast);
+    if (division_ && !shares_.empty())
+        size_ = shares_.back().size;
 }
 
 } // namespace tarnwick::gpu

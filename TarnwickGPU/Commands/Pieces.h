@@ -2,14 +2,16 @@
 // keeps the GPU from other programs for long and the work can be abandoned between two.
 //
 // The first piece of work whose cost is not known is small. After each piece its measured time
-// decides the size of the next one. The costs are kept with the pipelines (WorkTraits), so that the
-// next command buffer starts with them; work that is known to be quick is not divided at all.
+// decides the size of the next one (PieceSize). The costs are kept with the pipelines (WorkTraits),
+// so that the next command buffer starts with them; work that is known to be quick is not divided
+// at all.
 //
 // A piece ends in the middle of a render pass if it must. The next one sets the state again and
 // goes on with the contents of the targets.
 #pragma once
 
 #include "TarnwickGPU/Commands/Division.h"
+#include "TarnwickGPU/Commands/PieceSize.h"
 #include "TarnwickGPU/Vulkan/PiecewiseWork.h"
 
 #include <array>
@@ -19,9 +21,6 @@
 #include <vector>
 
 namespace tarnwick::gpu {
-
-// Seconds: what a piece should take, and up to what work is submitted whole.
-inline constexpr double pieceSeconds = 0.05, wholeSeconds = 0.08;
 
 // The seconds that the work of the stream took before; nothing if that is not known for all that is
 // worth dividing, or if `device` divides all work.
@@ -43,30 +42,16 @@ class Pieces final : public PiecewiseWork {
   private:
     // What one piece has of a draw or dispatch.
     struct Share {
-        std::shared_ptr<WorkTraits> traits;
-        WorkUnit unit = WorkUnit::pixel;
+        PieceSize size;
         std::uint64_t units = 0;
         double expected = 0; // seconds; 0: not known
         bool isLast = false; // of the draw or dispatch
-    };
-
-    // The draw or dispatch that is being submitted.
-    struct Progress {
-        std::size_t pieces = 0;
-        // Without the first piece of work that was not measured before: the driver may compile
-        // during it.
-        std::uint64_t units = 0;
-        double seconds = 0;
-        float most = 0;              // seconds of a unit in the slowest piece
-        float latest = 0;            // seconds of a unit in the last piece
-        std::uint64_t lastUnits = 0; // of the last piece
     };
 
     void start();
     bool fill(WorkLeft left); // whether all commands are recorded
     bool addWork(WorkLeft left);
     void heed(const Command& command);
-    void learn(const Share& share, double seconds);
 
     CommandTarget target() const { return {device_, handle_, *stream_}; }
 
@@ -76,7 +61,7 @@ class Pieces final : public PiecewiseWork {
     std::shared_ptr<const CommandStream> stream_;
     std::size_t at_ = 0;               // the next command
     std::optional<Division> division_; // of that command, if it has begun
-    Progress progress_;
+    std::optional<PieceSize> size_;    // of the draw or dispatch that was begun last
     // The state that a piece sets again: the last command of each kind.
     static constexpr std::size_t kinds = 16;
     std::array<std::optional<std::size_t>, kinds> state_;
