@@ -6,7 +6,7 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// A piece has at most so many times the units of the one before. The fixed time is less certain:
+// A piece has at most so many times the units of the one before. A fixed time is less certain:
 // another part of the picture may have been slower.
 constexpr std::uint64_t growth = 8, growthWithFixed = 2;
 
@@ -22,7 +22,7 @@ double PieceSize::expected(std::uint64_t units) const {
 
 // The last piece was as small as possible and still took too long.
 bool PieceSize::needsTrial() const {
-    return mayTry_ && measuredUnits_ > 0 && asked_ == fewest_ && lastSeconds_ > pieceSeconds;
+    return mayTry_ && all_.pieces > 0 && asked_ == fewest_ && last_.seconds > pieceSeconds;
 }
 
 std::uint64_t PieceSize::next(double seconds) {
@@ -30,28 +30,33 @@ std::uint64_t PieceSize::next(double seconds) {
     isTrial_ = needsTrial() && cost_->takeTrial();
     if (isTrial_) {
         mayTry_ = false;
-        units = 2 * lastUnits_;
+        units = 2 * last_.units;
+    } else if (fixed_ > 0 && last_.units > 0 && last_.seconds < pieceSeconds + 2 * fixed_) {
+        units = growthWithFixed * last_.units;
     } else if (!isUnknown()) {
         const double fitting = perUnit_ > 0 ? std::max(seconds, 0.0) / perUnit_ : 1e18;
         units = fitting < 1e18 ? static_cast<std::uint64_t>(fitting) : UINT64_MAX;
-        if (lastUnits_ > 0)
-            units = std::min(units, (fixed_ > 0 ? growthWithFixed : growth) * lastUnits_);
+        if (last_.units > 0)
+            units = std::min(units, (fixed_ > 0 ? growthWithFixed : growth) * last_.units);
     }
     asked_ = std::max(units, fewest_);
     return asked_;
 }
 
-// From two pieces of different sizes.
-void PieceSize::estimateFixed(std::uint64_t units, double seconds) {
-    if ((isTrial_ || fixed_ > 0) && measuredUnits_ > 0 && units > lastUnits_ * 3 / 2) {
-        const auto before = static_cast<double>(lastUnits_), now = static_cast<double>(units);
-        const double shorter = std::min(seconds, lastSeconds_);
-        const double fixed = (lastSeconds_ * now - seconds * before) / (now - before);
-        if (fixed > shorter / 2 && fixed_ <= 0)
+// Whether a larger piece took less time for each unit. Other programs delay single pieces, so that
+// two in turn must not.
+void PieceSize::compare(const Measured& now) {
+    if (all_.pieces > 0 && now.units > last_.units * 3 / 2) {
+        const bool isBetter = now.perUnit() < 0.75 * last_.perUnit();
+        if (isTrial_ && isBetter) {
+            fixed_ = last_.seconds;
             most_ = known_.most = 0; // they were of the fixed time
-        fixed_ = fixed > shorter / 2 ? std::min(fixed, shorter) : 0;
+        }
+        failures_ = isBetter ? 0 : failures_ + 1;
+        if (failures_ == 2)
+            fixed_ = 0;
     }
-    fixed_ = std::min(fixed_, seconds);
+    fixed_ = std::min(fixed_, now.seconds);
 }
 
 void PieceSize::took(std::uint64_t units, double seconds, bool isLast) {
@@ -59,32 +64,34 @@ void PieceSize::took(std::uint64_t units, double seconds, bool isLast) {
     // Of a small one, most of the time is that of a submission, or of the driver's compiler.
     if (isLast && pieces_ == 0 && units <= fewest_)
         return;
-    estimateFixed(units, seconds);
-    const double ofUnits = seconds - fixed_;
+    const Measured now{.pieces = 1, .units = units, .seconds = seconds};
+    compare(now);
     ++pieces_;
-    lastUnits_ = units;
-    lastSeconds_ = seconds;
-    perUnit_ = ofUnits / static_cast<double>(units);
+    last_ = now;
+    perUnit_ = (seconds - fixed_) / static_cast<double>(units);
     if (!isUnmeasured || isLast) {
-        ++measuredPieces_;
-        measuredUnits_ += units;
-        measuredSeconds_ += seconds;
-        if (ofUnits > pieceSeconds / 4) // otherwise mostly the time of a submission
+        all_ = {all_.pieces + 1, all_.units + units, all_.seconds + seconds};
+        if (units > largest_.units)
+            largest_ = now;
+        if (seconds - fixed_ > pieceSeconds / 4) // otherwise mostly the time of a submission
             most_ = std::max(most_, perUnit_);
     }
-    // A slow part of the picture may follow a quick one.
-    if (!isLast)
-        perUnit_ = std::max(perUnit_, known_.most / 2.0);
-    else
+    if (isLast)
         learn();
+    else // a slow part of the picture may follow a quick one
+        perUnit_ = std::max(perUnit_, known_.most / 2.0);
 }
 
-void PieceSize::learn() {
-    // The fixed time may have been all of it.
-    const double ofUnits = measuredSeconds_ - fixed_ * static_cast<double>(measuredPieces_);
-    const double mean = std::max(ofUnits / static_cast<double>(measuredUnits_), 1e-15);
+void PieceSize::learn() const {
+    double mean = all_.perUnit(), most = most_;
+    if (fixed_ > 0) {
+        // Of small pieces, delays would be taken for the time of their units.
+        mean = most = (largest_.seconds - std::min(fixed_, largest_.seconds)) /
+                      static_cast<double>(largest_.units);
+    }
+    mean = std::max(mean, 1e-15); // the fixed time may have been all of it
     cost_->set({.mean = static_cast<float>(mean),
-                .most = static_cast<float>(std::max(mean, most_)),
+                .most = static_cast<float>(std::max(mean, most)),
                 .fixed = static_cast<float>(fixed_)});
 }
 

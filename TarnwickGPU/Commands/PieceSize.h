@@ -31,24 +31,30 @@ class PieceSize {
     void took(std::uint64_t units, double seconds, bool isLast);
 
   private:
+    struct Measured {
+        std::uint64_t pieces = 0, units = 0;
+        double seconds = 0;
+
+        double perUnit() const { return seconds / static_cast<double>(units); }
+    };
+
     bool needsTrial() const;
-    void estimateFixed(std::uint64_t units, double seconds);
-    void learn();
+    void compare(const Measured& now);
+    void learn() const;
 
     WorkCost* cost_;
     std::uint64_t fewest_;
     WorkCost::Seconds known_;
     std::uint64_t pieces_ = 0;
     bool mayTry_ = true, isTrial_ = false;
-    double fixed_ = 0; // seconds of each piece, whatever its units
-    // Of the last piece.
-    std::uint64_t asked_ = 0, lastUnits_ = 0;
-    double lastSeconds_ = 0;
+    int failures_ = 0;   // of larger pieces in turn that were not quicker for each unit
+    double fixed_ = 0;   // seconds of each piece, whatever its units: an upper bound; 0: none known
     double perUnit_ = 0; // seconds, without the fixed ones
-    // Of all pieces, without the first one of work that was not measured before: the driver may
-    // compile during it.
-    std::uint64_t measuredPieces_ = 0, measuredUnits_ = 0;
-    double measuredSeconds_ = 0;
+    std::uint64_t asked_ = 0;
+    Measured last_;
+    // Without the first piece of work that was not measured before: the driver may compile during
+    // it.
+    Measured all_, largest_;
     double most_ = 0; // seconds of a unit in the slowest piece, without the fixed ones
 };
 
