@@ -36,6 +36,11 @@ bool isOfLogs(const VkDebugUtilsMessengerCallbackDataEXT& data) {
     return nameOf(data).find("DEBUG-PRINTF") != std::string_view::npos;
 }
 
+// What the layer changes in its own settings, such as the severities that logs require.
+bool isOfSettings(const VkDebugUtilsMessengerCallbackDataEXT& data) {
+    return nameOf(data) == "VALIDATION-SETTINGS";
+}
+
 VKAPI_ATTR VkBool32 VKAPI_CALL takeFinding(VkDebugUtilsMessageSeverityFlagBitsEXT,
                                            VkDebugUtilsMessageTypeFlagsEXT,
                                            const VkDebugUtilsMessengerCallbackDataEXT* data,
@@ -61,7 +66,7 @@ VKAPI_ATTR VkBool32 VKAPI_CALL takeLogOrFinding(VkDebugUtilsMessageSeverityFlagB
                                                 void* user) {
     if (isOfLogs(*data))
         return takeLog(*data);
-    return severity == VK_DEBUG_UTILS_MESSAGE_SEVERITY_INFO_BIT_EXT
+    return severity == VK_DEBUG_UTILS_MESSAGE_SEVERITY_INFO_BIT_EXT || isOfSettings(*data)
                ? VK_FALSE
                : takeFinding(severity, types, data, user);
 }
@@ -92,14 +97,17 @@ VkDebugUtilsMessengerCreateInfoEXT messengerInfo(const LayerUse& use) {
     return info;
 }
 
-// "Validation Information: [ NAME ] Object ... | MessageID = 0x92394c89 | thread 3"
+// 1.3.239: "Validation Information: [ NAME ] Object ... | MessageID = 0x92394c89 | thread 3"
+// 1.4.309: "vkQueueSubmit2(): pSubmits[0] DebugPrintf:\nthread 3"
 std::string_view logOf(std::string_view message) {
-    constexpr std::string_view number = "| MessageID = ";
+    constexpr std::string_view heading = " DebugPrintf:\n", number = "| MessageID = ", bar = " | ";
+    if (const std::size_t start = message.find(heading); start != message.npos)
+        return message.substr(start + heading.size());
     const std::size_t start = message.find(number);
     if (start == message.npos)
         return message;
-    const std::size_t end = message.find(" | ", start + number.size());
-    return end == message.npos ? message : message.substr(end + 3);
+    const std::size_t end = message.find(bar, start + number.size());
+    return end == message.npos ? message : message.substr(end + bar.size());
 }
 
 std::uint64_t validationMessageCount() {

@@ -1,4 +1,5 @@
 // Logs of shaders (os_log), printed by the validation layer's debug printf.
+#include "TarnwickGPU/Vulkan/LayerMessages.h"
 #include "tests/TarnwickGPU/Gpu.h"
 
 #include <cstdlib>
@@ -45,6 +46,16 @@ TEST_F(ShaderLogsTest, arePrintedOnlyIfTheEnvironmentAsksForThem) {
     setenv("TARNWICK_SHADER_LOGS", "1", 1);
     EXPECT_EQ(lines(), "Shader log: thread 2: 0.50, -1, 7, 1099511627776 100%\n");
     unsetenv("TARNWICK_SHADER_LOGS");
+}
+
+// Versions of the layer put different words before a log, which may contain their separators.
+TEST(LayerMessages, giveTheLogThatTheShaderWrote) {
+    for (const std::string before :
+         {"Validation Information: [ UNASSIGNED-DEBUG-PRINTF ] Object 0: handle = 0x55e8f2860e10, "
+          "type = VK_OBJECT_TYPE_DEVICE; | MessageID = 0x92394c89 | ",
+          "vkQueueSubmit2(): pSubmits[0] DebugPrintf:\n"})
+        for (const std::string log : {"thread 2", "a | b\nc", "| MessageID = 3 | x", ""})
+            EXPECT_EQ(gpu::logOf(before + log), log) << before;
 }
 
 } // namespace
