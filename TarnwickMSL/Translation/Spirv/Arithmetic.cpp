@@ -1,6 +1,6 @@
 #include "TarnwickMSL/Translation/Spirv/Arithmetic.h"
 
-#include "TarnwickMSL/Translation/Spirv/Deferred.h"
+#include "TarnwickMSL/Translation/Reading/Deferred.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <llvm/IR/Operator.h>

@@ -5,7 +5,7 @@
 
 #include "TarnwickMSL/Translation/ShaderModule.h"
 #include "TarnwickMSL/Translation/Spirv/Body.h"
-#include "TarnwickMSL/Translation/Spirv/Uses.h"
+#include "TarnwickMSL/Translation/Reading/Uses.h"
 
 #include <llvm/ADT/MapVector.h>
 

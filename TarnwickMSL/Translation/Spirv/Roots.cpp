@@ -1,10 +1,10 @@
 // The variables of each root of memory: one, or several that show one buffer in several ways.
 
+#include "TarnwickMSL/Translation/Reading/Views.h"
 #include "TarnwickMSL/Translation/Spirv/Memory.h"
 #include "TarnwickMSL/Translation/Spirv/Stage.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
-#include <llvm/Analysis/ConstantFolding.h>
 #include <llvm/Demangle/Demangle.h>
 
 namespace tarnwick::msl::spirv {
@@ -13,20 +13,11 @@ using namespace llvm;
 
 // The smallest maxUniformBufferRange (Vulkan 1.3, table 53) of desktop devices.
 static constexpr std::uint64_t uniformBytes = 65536;
-// Shared by the arguments that point to threadgroup memory if no lengths are set.
-static constexpr std::uint32_t workgroupBytes = 16384;
-
 const InterfaceVariable* Memory::interfaceOf(const GlobalVariable& global) const {
     for (const InterfaceVariable& variable : shader_.interface)
         if (global.getName() == variable.global)
             return &variable;
     return nullptr;
-}
-
-// A variable of the program itself that is written is threadgroup memory: Metal has no others.
-static bool isWritten(const GlobalVariable& global, const DataLayout& layout) {
-    return !global.isConstant() &&
-           any_of(usesOf(global, layout), [](const Use& use) { return use.isWrite; });
 }
 
 Memory::Root& Memory::root(const Value* value) {
@@ -58,55 +49,17 @@ Memory::Root& Memory::root(const Value* value) {
     return made;
 }
 
-static bool fits(const View& view, const Use& use, bool isShared, const DataLayout& layout) {
-    const std::optional<Access> found = access(view, use.place, use.type, layout);
-    return found && suits(*found, use, isShared);
-}
-
-// The declared view if it fits every use, else one of the same size that fits them all. The
-// declared one must reach the memory for certain, if another can. Words are the last choice: an
-// atomic value is a word, and changes the parts of a word that other invocations use.
-static View fittingView(const Value& value, const View& declared, std::uint64_t bytes,
-                        bool isShared, const DataLayout& layout) {
-    const std::vector<Use> uses = usesOf(value, layout);
-    const auto isFit = [&](const View& view) {
-        return all_of(uses, [&](const Use& use) { return fits(view, use, isShared, layout); });
-    };
-    const bool isDeclaredFit = isFit(declared);
-    const auto reaches = [&](const Use& use) {
-        return isCertain(*access(declared, use.place, use.type, layout));
-    };
-    if (isDeclaredFit && all_of(uses, reaches))
-        return declared;
-    View common = commonView(uses, bytes, value.getContext(), layout);
-    if (isFit(common))
-        return common;
-    const View packed = packedView(bytes, value.getContext());
-    const auto fitsPacked = [&](const Use& use) { return fits(packed, use, false, layout); };
-    if (isShared && all_of(uses, fitsPacked))
-        return packed;
-    return isDeclaredFit ? declared : common;
-}
-
-static View fittingView(const Value& value, Type* type, bool isShared, const DataLayout& layout) {
-    View declared{.element = type, .isArray = false, .count = 0, .layout = Layout::plain};
-    return fittingView(value, declared, layout.getTypeAllocSize(type).getFixedValue(), isShared,
-                       layout);
-}
-
 static Id contentType(Body& body, const View& view) {
     Id element = body.types.inMemory(view.element, Layout::plain);
     return view.isArray ? body.types.array(element, static_cast<std::uint32_t>(view.count))
                         : element;
 }
 
-// Of all local variables together: the front end's maximum for one. Drivers crash on megabytes.
-static constexpr std::uint64_t localBytes = 262144;
-
 void Memory::makeLocal(Root& made, const Value& value, Type* type) {
     localBytes_ += body_.types.dataLayout().getTypeAllocSize(type).getFixedValue();
-    if (localBytes_ > localBytes)
-        throw TranslationError("The local variables take more than " + std::to_string(localBytes) +
+    if (localBytes_ > mostLocalBytes)
+        throw TranslationError("The local variables take more than " +
+                               std::to_string(mostLocalBytes) +
                                " bytes, the maximum for a thread.");
     View view = fittingView(value, type, false, body_.types.dataLayout());
     made.variables.push_back({view, body_.local(contentType(body_, view))});
@@ -115,15 +68,10 @@ void Memory::makeLocal(Root& made, const Value& value, Type* type) {
 // A table's bytes as elements of another type.
 static SmallVector<std::uint32_t, 16> foldedTable(Body& body, const GlobalVariable& global,
                                                   const View& view) {
-    const DataLayout& layout = body.types.dataLayout();
-    auto* initialiser = const_cast<Constant*>(global.getInitializer());
-    std::uint64_t stride = layout.getTypeAllocSize(view.element).getFixedValue();
     SmallVector<std::uint32_t, 16> parts;
-    for (std::uint64_t part = 0; part < view.count; ++part) {
-        APInt offset(layout.getIndexTypeSizeInBits(global.getType()), part * stride);
-        Constant* folded = ConstantFoldLoadFromConst(initialiser, view.element, offset, layout);
-        parts.push_back(folded ? body.constants.of(folded) : body.constants.null(view.element));
-    }
+    for (std::uint64_t part = 0; part < view.count; ++part)
+        parts.push_back(
+            body.constants.of(elementOf(global, view.element, part, body.types.dataLayout())));
     return parts;
 }
 
@@ -149,8 +97,8 @@ Memory::Variable Memory::workgroupArray(Root& made, const View& view) {
             return variable.kind == InterfaceKind::workgroup && !variable.isReference;
         }));
     threadgroupPointers_.push_back(index);
-    Id bytes =
-        body_.constants.specialisation(threadgroupLengthConstant(index), workgroupBytes / sharers);
+    Id bytes = body_.constants.specialisation(threadgroupLengthConstant(index),
+                                              defaultThreadgroupBytes / sharers);
     Id length = body_.module.declare(
         spv::Op::OpSpecConstantOp, body_.types.of(body_.i32()),
         {static_cast<std::uint32_t>(spv::Op::OpUDiv), bytes, body_.constants.word(stride)});

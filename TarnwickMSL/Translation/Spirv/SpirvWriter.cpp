@@ -5,7 +5,7 @@
 #include "TarnwickMSL/Translation/Spirv/Arithmetic.h"
 #include "TarnwickMSL/Translation/Spirv/Atomics.h"
 #include "TarnwickMSL/Translation/Spirv/Calls.h"
-#include "TarnwickMSL/Translation/Spirv/Deferred.h"
+#include "TarnwickMSL/Translation/Reading/Deferred.h"
 #include "TarnwickMSL/Translation/Spirv/Fetches.h"
 #include "TarnwickMSL/Translation/Spirv/Images.h"
 #include "TarnwickMSL/Translation/Spirv/Intrinsics.h"

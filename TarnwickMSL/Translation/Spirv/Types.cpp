@@ -104,16 +104,6 @@ Id Types::inMemory(Type* type, Layout layout) {
     return made;
 }
 
-Type* shapedLike(Type* shape, Type* scalar) {
-    auto* vector = dyn_cast<FixedVectorType>(shape);
-    return vector ? FixedVectorType::get(scalar, vector->getNumElements()) : scalar;
-}
-
-unsigned laneCount(Type* type) {
-    auto* vector = dyn_cast<FixedVectorType>(type);
-    return vector ? vector->getNumElements() : 1;
-}
-
 Id Constants::word(std::uint32_t value) {
     return of(ConstantInt::get(Type::getInt32Ty(types_.context()), value));
 }

@@ -1,6 +1,7 @@
 // LLVM's types and constants as SPIR-V's, each declared once.
 #pragma once
 
+#include "TarnwickMSL/Translation/Reading/Lanes.h"
 #include "TarnwickSpirv/Module.h"
 
 #include <llvm/ADT/DenseMap.h>
@@ -17,9 +18,7 @@ using tarnwick::spirv::Module;
 using tarnwick::spirv::Operands;
 using tarnwick::spirv::Words;
 
-// Whether a type in memory has explicit offsets and strides (buffers, push constants) or none
-// (memory that only the invocation's group sees).
-enum class Layout : std::uint8_t { plain, explicit_ };
+using namespace reading;
 
 class Types {
   public:
@@ -58,10 +57,6 @@ class Types {
     llvm::DenseMap<llvm::Type*, Id> types_[2];
     llvm::DenseMap<std::pair<std::uint32_t, Id>, Id> arrays_;
 };
-
-// A type with the lanes of `shape` and another scalar.
-llvm::Type* shapedLike(llvm::Type* shape, llvm::Type* scalar);
-unsigned laneCount(llvm::Type* type);
 
 class Constants {
   public:

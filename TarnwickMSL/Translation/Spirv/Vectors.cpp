@@ -1,6 +1,6 @@
 #include "TarnwickMSL/Translation/Spirv/Vectors.h"
 
-#include "TarnwickMSL/Translation/Spirv/Deferred.h"
+#include "TarnwickMSL/Translation/Reading/Deferred.h"
 
 namespace tarnwick::msl::spirv {
 

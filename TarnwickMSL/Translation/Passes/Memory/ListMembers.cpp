@@ -5,7 +5,7 @@
 #include "TarnwickMSL/Translation/Passes/Memory/ListMembers.h"
 
 #include "TarnwickMSL/Translation/Passes/Memory/ByteSteps.h"
-#include "TarnwickMSL/Translation/Spirv/Access.h"
+#include "TarnwickMSL/Translation/Reading/Access.h"
 
 #include <llvm/Analysis/ValueTracking.h>
 #include <llvm/IR/IRBuilder.h>
@@ -30,10 +30,10 @@ struct Users {
 // A load or store of one member of an element.
 struct MemberAccess {
     Instruction* instruction = nullptr;
-    spirv::Place place;
-    SmallVector<spirv::Step, 2> elements; // for each array of the list
+    reading::Place place;
+    SmallVector<reading::Step, 2> elements; // for each array of the list
     unsigned member = 0;
-    std::optional<SmallVector<spirv::Step, 2>> inside; // the steps to a whole value in the member
+    std::optional<SmallVector<reading::Step, 2>> inside; // the steps to a whole value in the member
 };
 
 class List {
@@ -49,7 +49,7 @@ class List {
     std::optional<MemberAccess> memberAccess(Instruction& instruction) const;
     void showElements(GetElementPtrInst& step) const;
     bool isOfPadding(const Instruction& instruction) const;
-    bool follow(const spirv::Access& access, MemberAccess& found, bool& isFirst) const;
+    bool follow(const reading::Access& access, MemberAccess& found, bool& isFirst) const;
     AllocaInst* part(unsigned member) const;
     Value* address(const MemberAccess& access, AllocaInst& part) const;
     Value* insideMember(const MemberAccess& access, std::int64_t start, Value* pointer,
@@ -253,7 +253,7 @@ bool List::isOfPadding(const Instruction& instruction) const {
     const std::int64_t size = strides_.back();
     if (!store)
         return false;
-    const spirv::Place place = spirv::placeOf(store->getPointerOperand(), layout_);
+    const reading::Place place = reading::placeOf(store->getPointerOperand(), layout_);
     if (any_of(place.terms, [&](const auto& term) { return term.scale % size != 0; }))
         return false;
     const std::int64_t from = (place.offset % size + size) % size;
@@ -264,31 +264,31 @@ bool List::isOfPadding(const Instruction& instruction) const {
 
 std::optional<MemberAccess> List::memberAccess(Instruction& instruction) const {
     MemberAccess found{.instruction = &instruction};
-    found.place = spirv::placeOf(getLoadStorePointerOperand(&instruction), layout_);
-    const spirv::View view{.element = variable_.getAllocatedType()};
-    const auto access = spirv::access(view, found.place, getLoadStoreType(&instruction), layout_);
+    found.place = reading::placeOf(getLoadStorePointerOperand(&instruction), layout_);
+    const reading::View view{.element = variable_.getAllocatedType()};
+    const auto access = reading::access(view, found.place, getLoadStoreType(&instruction), layout_);
     bool isFirst = true;
     if (!access || !isCertain(*access) || !follow(*access, found, isFirst))
         return std::nullopt;
-    if (access->form == spirv::Access::Form::whole)
+    if (access->form == reading::Access::Form::whole)
         found.inside.emplace(ArrayRef(access->steps).drop_front(counts_.size() + 1));
     return found;
 }
 
-static bool areEqual(const spirv::Step& a, const spirv::Step& b) {
+static bool areEqual(const reading::Step& a, const reading::Step& b) {
     return a.constant == b.constant && equal(a.terms, b.terms, [](const auto& x, const auto& y) {
                return x.index == y.index && x.scale == y.scale;
            });
 }
 
 // All parts of the value are in the same member of the same element.
-bool List::follow(const spirv::Access& access, MemberAccess& found, bool& isFirst) const {
-    for (const spirv::Access& part : access.parts)
+bool List::follow(const reading::Access& access, MemberAccess& found, bool& isFirst) const {
+    for (const reading::Access& part : access.parts)
         if (!follow(part, found, isFirst))
             return false;
     if (!access.parts.empty())
         return true;
-    if (access.form == spirv::Access::Form::outside || access.steps.size() <= counts_.size())
+    if (access.form == reading::Access::Form::outside || access.steps.size() <= counts_.size())
         return false;
     const auto elements = ArrayRef(access.steps).take_front(counts_.size());
     const auto member = static_cast<unsigned>(access.steps[counts_.size()].constant);
@@ -308,16 +308,16 @@ AllocaInst* List::part(unsigned member) const {
     return builder.CreateAlloca(type, nullptr, variable_.getName());
 }
 
-static Value* product(const spirv::Term& term, IRBuilder<>& builder) {
+static Value* product(const reading::Term& term, IRBuilder<>& builder) {
     Value* index = builder.CreateSExtOrTrunc(const_cast<Value*>(term.index), builder.getInt32Ty());
     return term.scale == 1
                ? index
                : builder.CreateMul(index, ConstantInt::getSigned(index->getType(), term.scale));
 }
 
-static Value* sum(const spirv::Step& step, IRBuilder<>& builder) {
+static Value* sum(const reading::Step& step, IRBuilder<>& builder) {
     Value* total = ConstantInt::getSigned(builder.getInt32Ty(), step.constant);
-    for (const spirv::Term& term : step.terms)
+    for (const reading::Term& term : step.terms)
         total = builder.CreateAdd(product(term, builder), total);
     return total;
 }
@@ -338,7 +338,7 @@ Value* List::insideMember(const MemberAccess& access, std::int64_t start, Value*
     const auto end = first + static_cast<std::int64_t>(
                                  layout_.getTypeAllocSize(record_->getElementType(access.member)));
     std::int64_t at = 0;
-    for (const spirv::Term& term : access.place.terms) {
+    for (const reading::Term& term : access.place.terms) {
         if (term.scale % size == 0)
             continue;
         const std::int64_t before = (term.before % size + size) % size;
@@ -361,7 +361,7 @@ Value* List::address(const MemberAccess& access, AllocaInst& part) const {
         start += step.constant * stride;
     }
     if (access.inside)
-        for (const spirv::Step& step : *access.inside)
+        for (const reading::Step& step : *access.inside)
             indices.push_back(sum(step, builder));
     Value* value = builder.CreateGEP(part.getAllocatedType(), &part, indices);
     return access.inside ? value : insideMember(access, start, value, builder);

@@ -26,7 +26,8 @@
 //
 // Before, LLVM removes long copies that are not needed, such as those of a record that is copied
 // from a buffer, changed in one member and copied back: the packaged CPU driver fills a local array
-// with zeros by one instruction for each number, which it takes half a minute to compile for 64 KiB.
+// with zeros by one instruction for each number, which it takes half a minute to compile for 64
+// KiB.
 //
 // A copy of many words is a loop: over the elements of an array on one side if they are records or
 // vectors, else over words. If no side gives parts, the copy is of words.
@@ -37,7 +38,7 @@
 
 #include "TarnwickMSL/Translation/Passes/Memory/ByteSteps.h"
 #include "TarnwickMSL/Translation/Places.h"
-#include "TarnwickMSL/Translation/Spirv/Access.h"
+#include "TarnwickMSL/Translation/Reading/Access.h"
 
 #include <llvm/ADT/MapVector.h>
 #include <llvm/Analysis/ValueTracking.h>
@@ -268,7 +269,7 @@ template <class Each> static void forEach(Instruction& at, std::uint64_t count, 
 static Value* wordAt(IRBuilder<>& builder, Value* pointer, Value* index) {
     Value* place = builder.CreateGEP(builder.getInt32Ty(), pointer, index);
     if (auto* step = dyn_cast<Instruction>(place))
-        step->setMetadata(spirv::wordStep, MDNode::get(builder.getContext(), {}));
+        step->setMetadata(reading::wordStep, MDNode::get(builder.getContext(), {}));
     return place;
 }
 

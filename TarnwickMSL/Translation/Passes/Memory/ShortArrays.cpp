@@ -3,7 +3,7 @@
 // half of the time, to compile and to draw (docs/measurements.md, "Short arrays").
 #include "TarnwickMSL/Translation/Passes/Memory/ShortArrays.h"
 
-#include "TarnwickMSL/Translation/Spirv/Access.h"
+#include "TarnwickMSL/Translation/Reading/Access.h"
 
 #include <llvm/Analysis/ConstantFolding.h>
 #include <llvm/Analysis/ValueTracking.h>
@@ -25,7 +25,7 @@ constexpr std::uint64_t mostElements = 8; // of all indices of an access togethe
 
 // One index of an access.
 struct Dimension {
-    spirv::Step step;
+    reading::Step step;
     std::int64_t stride = 0; // bytes
 
     bool operator==(const Dimension& other) const {
@@ -80,9 +80,10 @@ static Type* rootType(const Value* root) {
 }
 
 // The steps with an index that changes, on a path from the type.
-static Dimensions dimensionsOf(const spirv::Access& access, Type* type, const DataLayout& layout) {
+static Dimensions dimensionsOf(const reading::Access& access, Type* type,
+                               const DataLayout& layout) {
     Dimensions found;
-    for (const spirv::Step& step : access.steps) {
+    for (const reading::Step& step : access.steps) {
         if (auto* record = dyn_cast<StructType>(type)) {
             type = record->getElementType(static_cast<unsigned>(step.constant));
             continue;
@@ -95,14 +96,14 @@ static Dimensions dimensionsOf(const spirv::Access& access, Type* type, const Da
 }
 
 // Absent if parts of the value have different indices.
-static std::optional<Dimensions> commonDimensions(const spirv::Access& access, Type* type,
+static std::optional<Dimensions> commonDimensions(const reading::Access& access, Type* type,
                                                   const DataLayout& layout) {
-    if (access.form == spirv::Access::Form::outside)
+    if (access.form == reading::Access::Form::outside)
         return std::nullopt;
     if (access.parts.empty())
         return dimensionsOf(access, type, layout);
     std::optional<Dimensions> common;
-    for (const spirv::Access& part : access.parts) {
+    for (const reading::Access& part : access.parts) {
         const auto dimensions = commonDimensions(part, type, layout);
         if (!dimensions || (common && *common != *dimensions))
             return std::nullopt;
@@ -122,16 +123,16 @@ static bool areFew(const Dimensions& dimensions) {
 }
 
 // The indices that change in an access to memory of the type.
-static std::optional<Dimensions> certainDimensions(const spirv::Place& place, Type* type,
+static std::optional<Dimensions> certainDimensions(const reading::Place& place, Type* type,
                                                    Type* accessed, const DataLayout& layout) {
-    const auto access = spirv::access({.element = type}, place, accessed, layout);
+    const auto access = reading::access({.element = type}, place, accessed, layout);
     return access && isCertain(*access) ? commonDimensions(*access, type, layout) : std::nullopt;
 }
 
 // Absent if the access cannot become a choice, or its place is known.
 static std::optional<ChangingAccess> changingAccess(Instruction& instruction) {
     const DataLayout& layout = instruction.getDataLayout();
-    const spirv::Place place = spirv::placeOf(getLoadStorePointerOperand(&instruction), layout);
+    const reading::Place place = reading::placeOf(getLoadStorePointerOperand(&instruction), layout);
     Type* const type = rootType(place.root);
     Type* const accessed = getLoadStoreType(&instruction);
     auto dimensions = certainDimensions(place, type, accessed, layout);
@@ -177,7 +178,7 @@ static std::optional<SmallVector<Instruction*, 16>> accessesOf(AllocaInst& varia
 }
 
 static bool isAtKnownPlace(Instruction& access) {
-    return spirv::placeOf(getLoadStorePointerOperand(&access), access.getDataLayout())
+    return reading::placeOf(getLoadStorePointerOperand(&access), access.getDataLayout())
         .terms.empty();
 }
 
@@ -210,7 +211,7 @@ Choice::Choice(const ChangingAccess& access)
 
 Value* Choice::index(const Dimension& dimension) {
     Value* sum = nullptr;
-    for (const spirv::Term& term : dimension.step.terms) {
+    for (const reading::Term& term : dimension.step.terms) {
         Value* product =
             builder_.CreateSExtOrTrunc(const_cast<Value*>(term.index), builder_.getInt32Ty());
         if (term.scale != 1)

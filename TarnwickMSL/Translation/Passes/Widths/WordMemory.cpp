@@ -16,7 +16,7 @@
 #include "TarnwickMSL/Translation/Passes/Widths/Packing.h"
 #include "TarnwickMSL/Translation/Passes/Widths/WordTypes.h"
 #include "TarnwickMSL/Translation/Places.h"
-#include "TarnwickMSL/Translation/Spirv/Access.h"
+#include "TarnwickMSL/Translation/Reading/Access.h"
 
 #include <llvm/Analysis/ValueTracking.h>
 #include <llvm/IR/InstIterator.h>
@@ -56,25 +56,25 @@ class WordPlace {
 
     FoldingBuilder& builder_;
     Value* pointer_;
-    spirv::Place place_;
+    reading::Place place_;
     bool known_ = false, keepsSteps_ = false;
     unsigned first_ = 0, unit_ = 1;
 };
 
 } // namespace
 
-static unsigned zerosOf(const spirv::Term& term, const DataLayout& layout) {
+static unsigned zerosOf(const reading::Term& term, const DataLayout& layout) {
     const APInt scale(64, static_cast<std::uint64_t>(term.scale));
     return scale.countr_zero() + computeKnownBits(term.index, layout).countMinTrailingZeros();
 }
 
 WordPlace::WordPlace(Value* pointer, Align align, FoldingBuilder& builder, const DataLayout& layout)
-    : builder_(builder), pointer_(pointer), place_(spirv::placeOf(pointer, layout)) {
+    : builder_(builder), pointer_(pointer), place_(reading::placeOf(pointer, layout)) {
     const auto offset = static_cast<std::uint64_t>(place_.offset);
-    const bool isOfAddress = spirv::addressOf(place_.root);
+    const bool isOfAddress = reading::addressOf(place_.root);
     unsigned zeros = isOfAddress ? 0 : 2; // low bits that the terms leave as they are
     keepsSteps_ = true;
-    for (const spirv::Term& term : place_.terms) {
+    for (const reading::Term& term : place_.terms) {
         zeros = std::min(zeros, zerosOf(term, layout));
         keepsSteps_ &= term.scale % static_cast<std::int64_t>(wordBytes) == 0;
     }
@@ -88,7 +88,7 @@ WordPlace::WordPlace(Value* pointer, Align align, FoldingBuilder& builder, const
 Value* WordPlace::bytes(std::uint64_t further) {
     Value* sum = builder_.getInt32(
         static_cast<std::uint32_t>(static_cast<std::uint64_t>(place_.offset) + further));
-    for (const spirv::Term& term : place_.terms) {
+    for (const reading::Term& term : place_.terms) {
         Value* index =
             builder_.CreateSExtOrTrunc(const_cast<Value*>(term.index), builder_.getInt32Ty());
         Value* scale = builder_.getInt32(static_cast<std::uint32_t>(term.scale));
@@ -99,7 +99,7 @@ Value* WordPlace::bytes(std::uint64_t further) {
 
 // The word with a byte of the variable.
 Value* WordPlace::wordAt(Value* bytes) {
-    if (const Value* base = spirv::addressOf(place_.root)) {
+    if (const Value* base = reading::addressOf(place_.root)) {
         auto* address = const_cast<Value*>(base);
         Type* wide = address->getType();
         Value* sum = builder_.CreateAdd(address, builder_.CreateSExtOrTrunc(bytes, wide));
@@ -122,7 +122,7 @@ Value* WordPlace::word(std::uint64_t index) {
 WordPlace::Spot WordPlace::spot(std::uint64_t byte) {
     Value* at = bytes(byte);
     Value* low = at;
-    if (const Value* base = spirv::addressOf(place_.root))
+    if (const Value* base = reading::addressOf(place_.root))
         low = builder_.CreateAdd(
             at, builder_.CreateTrunc(const_cast<Value*>(base), builder_.getInt32Ty()));
     return {wordAt(at), builder_.CreateShl(builder_.CreateAnd(low, 3), 3)};
@@ -266,15 +266,15 @@ void Converter::convertVariables() {
 // whole words, for which the writer would take smaller integers. Values between the stages are
 // words in any case, but LLVM may read parts of them.
 bool Converter::isInWords(Type* type, const Value* pointer) const {
-    const spirv::Place place = spirv::placeOf(pointer, layout_);
+    const reading::Place place = reading::placeOf(pointer, layout_);
     if (stands_.areInMemoryOf(type))
         return true;
     const auto isPart = [](std::int64_t bytes) {
         return bytes % static_cast<std::int64_t>(wordBytes) != 0;
     };
-    return shader_.lacks.anySmall() && !spirv::addressOf(place.root) &&
+    return shader_.lacks.anySmall() && !reading::addressOf(place.root) &&
            (isPart(place.offset) ||
-            any_of(place.terms, [&](const spirv::Term& term) { return isPart(term.scale); }));
+            any_of(place.terms, [&](const reading::Term& term) { return isPart(term.scale); }));
 }
 
 static Value* loadWord(Value* pointer, FoldingBuilder& builder) {
@@ -381,7 +381,7 @@ bool Converter::isPrivate(const Value* root) const {
 void Converter::convert(StoreInst& store) {
     FoldingBuilder builder(store.getContext(), InstSimplifyFolder(layout_));
     builder.SetInsertPoint(&store);
-    const Value* root = spirv::placeOf(store.getPointerOperand(), layout_).root;
+    const Value* root = reading::placeOf(store.getPointerOperand(), layout_).root;
     checkPayload(root);
     WordPlace place(store.getPointerOperand(), store.getAlign(), builder, layout_);
     Value* value = store.getValueOperand();

@@ -1,10 +1,10 @@
-#include "TarnwickMSL/Translation/Spirv/Ranges.h"
+#include "TarnwickMSL/Translation/Reading/Ranges.h"
 
 #include <llvm/Analysis/ValueTracking.h>
 #include <llvm/IR/Constants.h>
 #include <llvm/IR/Instructions.h>
 
-namespace tarnwick::msl::spirv {
+namespace tarnwick::msl::reading {
 
 using namespace llvm;
 
@@ -43,4 +43,4 @@ ConstantRange rangeOf(const Value& value, const DataLayout& layout) {
     return rangeOf(value, layout, 0);
 }
 
-} // namespace tarnwick::msl::spirv
+} // namespace tarnwick::msl::reading

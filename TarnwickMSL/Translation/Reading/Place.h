@@ -8,7 +8,7 @@
 
 #include <cstdint>
 
-namespace tarnwick::msl::spirv {
+namespace tarnwick::msl::reading {
 
 // `scale` bytes for each unit of a value that is known only at run time.
 struct Term {
@@ -42,4 +42,4 @@ const llvm::Value* addressOf(const llvm::Value* root);
 // Throws CompilerFault on a pointer that does not come from one root.
 Place placeOf(const llvm::Value* pointer, const llvm::DataLayout& layout);
 
-} // namespace tarnwick::msl::spirv
+} // namespace tarnwick::msl::reading

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-namespace tarnwick::msl::spirv {
+namespace tarnwick::msl::reading {
 
 // The scalar that a shufflevector repeats in every lane; null if there is no such value.
 const llvm::Value* repeatedScalar(const llvm::Value* value);
@@ -27,4 +27,4 @@ bool isAtKnownLane(const llvm::InsertElementInst& insert);
 // Whether the instruction is written only where a user needs it whole. Never if a phi uses it.
 bool isDeferred(const llvm::Instruction& instruction);
 
-} // namespace tarnwick::msl::spirv
+} // namespace tarnwick::msl::reading

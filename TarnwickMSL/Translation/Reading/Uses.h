@@ -2,14 +2,14 @@
 // type.
 #pragma once
 
-#include "TarnwickMSL/Translation/Spirv/Access.h"
+#include "TarnwickMSL/Translation/Reading/Access.h"
 
 #include <llvm/ADT/ArrayRef.h>
 
 #include <cstdint>
 #include <vector>
 
-namespace tarnwick::msl::spirv {
+namespace tarnwick::msl::reading {
 
 // A load or store of a root's memory, or an atomic change.
 struct Use {
@@ -34,4 +34,4 @@ View commonView(llvm::ArrayRef<Use> uses, std::uint64_t bytes, llvm::LLVMContext
 // The view of `bytes` bytes of memory as words, which smaller values share.
 View packedView(std::uint64_t bytes, llvm::LLVMContext& context);
 
-} // namespace tarnwick::msl::spirv
+} // namespace tarnwick::msl::reading

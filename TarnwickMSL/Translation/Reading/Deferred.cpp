@@ -9,13 +9,13 @@
 // writes that user: `repeatedScalar`, `factorOf` and `wholeOfFraction`. A user that needs it anyway
 // gets the value written at its own place (Body::id): to defer changes the size of the code, never
 // its result. A phi cannot get it so, since its operands belong to the ends of other blocks.
-#include "TarnwickMSL/Translation/Spirv/Deferred.h"
+#include "TarnwickMSL/Translation/Reading/Deferred.h"
 
 #include <llvm/Analysis/VectorUtils.h>
 #include <llvm/IR/IntrinsicInst.h>
 #include <llvm/IR/PatternMatch.h>
 
-namespace tarnwick::msl::spirv {
+namespace tarnwick::msl::reading {
 
 using namespace llvm;
 using namespace llvm::PatternMatch;
@@ -85,4 +85,4 @@ bool isDeferred(const Instruction& instruction) {
            });
 }
 
-} // namespace tarnwick::msl::spirv
+} // namespace tarnwick::msl::reading

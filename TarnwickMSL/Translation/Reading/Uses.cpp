@@ -1,4 +1,4 @@
-#include "TarnwickMSL/Translation/Spirv/Uses.h"
+#include "TarnwickMSL/Translation/Reading/Uses.h"
 
 #include "TarnwickMSL/Translation/TranslationError.h"
 
@@ -6,7 +6,7 @@
 
 #include <numeric>
 
-namespace tarnwick::msl::spirv {
+namespace tarnwick::msl::reading {
 
 using namespace llvm;
 
@@ -135,4 +135,4 @@ View packedView(std::uint64_t bytes, LLVMContext& context) {
             .isPacked = true};
 }
 
-} // namespace tarnwick::msl::spirv
+} // namespace tarnwick::msl::reading

@@ -2,14 +2,14 @@
 // viewed. Depends on LLVM, not on SPIR-V.
 #pragma once
 
-#include "TarnwickMSL/Translation/Spirv/Place.h"
-#include "TarnwickMSL/Translation/Spirv/Types.h"
+#include "TarnwickMSL/Translation/Reading/Lanes.h"
+#include "TarnwickMSL/Translation/Reading/Place.h"
 
 #include <cstdint>
 #include <optional>
 #include <vector>
 
-namespace tarnwick::msl::spirv {
+namespace tarnwick::msl::reading {
 
 // The types with which a root's memory is viewed: one element, or consecutive elements.
 struct View {
@@ -62,4 +62,4 @@ bool isCertain(const Access& access);
 // Whether a store of this form first reads the bytes beside the value.
 bool storesBeside(const Access& access);
 
-} // namespace tarnwick::msl::spirv
+} // namespace tarnwick::msl::reading

@@ -1,10 +1,10 @@
-#include "TarnwickMSL/Translation/Spirv/Access.h"
+#include "TarnwickMSL/Translation/Reading/Access.h"
 
-#include "TarnwickMSL/Translation/Spirv/Ranges.h"
+#include "TarnwickMSL/Translation/Reading/Ranges.h"
 
 #include <numeric>
 
-namespace tarnwick::msl::spirv {
+namespace tarnwick::msl::reading {
 
 using namespace llvm;
 
@@ -376,4 +376,4 @@ bool storesBeside(const Access& access) {
            (access.first > 0 || laneCount(access.type) < laneCount(access.leaf));
 }
 
-} // namespace tarnwick::msl::spirv
+} // namespace tarnwick::msl::reading

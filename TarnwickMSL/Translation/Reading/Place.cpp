@@ -1,4 +1,4 @@
-#include "TarnwickMSL/Translation/Spirv/Place.h"
+#include "TarnwickMSL/Translation/Reading/Place.h"
 
 #include "TarnwickMSL/Translation/TranslationError.h"
 
@@ -11,7 +11,7 @@
 
 #include <algorithm>
 
-namespace tarnwick::msl::spirv {
+namespace tarnwick::msl::reading {
 
 using namespace llvm;
 using namespace llvm::PatternMatch;
@@ -164,4 +164,4 @@ Place placeOf(const Value* pointer, const DataLayout& layout) {
     return place;
 }
 
-} // namespace tarnwick::msl::spirv
+} // namespace tarnwick::msl::reading
