@@ -1,26 +1,20 @@
 // playerSoak [EDITS] [SEED] [SECONDS]: edits episodes at random in the player's window on Qt's
-// platform without a screen, with random seeks and values, and prints the memory, the threads and
-// the open files after each tenth of the edits. With SECONDS, the edits are spread over that time
-// and playing is sought between them. Exits with 1 if the figures grow from the middle to the end,
-// or if an edit is neither seen nor explained to the user.
-//
-// glibc keeps memory that was freed in an arena per thread, up to eight times the cores, so the
-// resident memory grows for hours while the allocated memory does not. The middle and the end are
-// therefore compared after all freed memory was returned.
+// platform without a screen, with random seeks and values, and prints what the player and its
+// compiler take at a hundred places. With SECONDS, the edits are spread over that time and playing
+// is sought between them. Exits with 1 if the figures grow, or if an edit is neither seen nor
+// explained to the user.
 #include "TarnwickBase/FreedMemory.h"
 #include "TarnwickBase/TemporaryFolder.h"
 #include "TarnwickPlatform/Dispatch/HostClock.h"
 #include "player/Editor/EpisodeEditor.h"
 #include "player/Window/MainWindow.h"
+#include "tests/reliability/Footprint.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTest>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <malloc.h>
 #include <random>
 #include <string>
 #include <vector>
@@ -31,9 +25,8 @@ namespace {
 constexpr int defaultEdits = 2000;
 constexpr int longestEdit = 20000; // milliseconds
 constexpr int seekInterval = 400;  // milliseconds between seeks in a pause
-constexpr int parts = 10;
+constexpr int samples = 100;
 constexpr PixelSize pictureSize{160, 90};
-constexpr double mostGrowth = 1.10; // of the memory, from the fifth part to the last
 
 const std::vector<std::string> episodes{
     R"(// @param size 0.4 0 1 Size
@@ -62,31 +55,6 @@ float4 ink(Particle q, float2 at, constant Uniforms& u, constant Params& p) { re
 float4 fade(float2 uv, Trails t, constant Uniforms& u, constant Params& p) { return t.at(uv) * 0.9; }
 float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Trails t) { return t.at(uv); }
 )"};
-
-struct Footprint {
-    double megabytes = 0; // resident
-    double heap = 0;      // megabytes of it that are allocated
-    int threads = 0, files = 0;
-
-    static Footprint present() {
-        Footprint found;
-        const auto heap = mallinfo2();
-        found.heap = static_cast<double>(heap.uordblks + heap.hblkhd) / (1 << 20);
-        std::ifstream status("/proc/self/status");
-        for (std::string word; status >> word;) {
-            if (word == "VmRSS:") {
-                status >> found.megabytes;
-                found.megabytes /= 1024;
-            } else if (word == "Threads:") {
-                status >> found.threads;
-            }
-        }
-        for ([[maybe_unused]] const auto& file :
-             std::filesystem::directory_iterator("/proc/self/fd"))
-            ++found.files;
-        return found;
-    }
-};
 
 class Soak {
   public:
@@ -201,44 +169,31 @@ class Soak {
     MainWindow window_{player_};
 };
 
-// The figures after all freed memory was returned to the system.
-Footprint returned() {
+// Without freed memory, of which glibc keeps the most that each of its arenas ever held.
+Footprint withCompiler() {
     giveFreedMemoryBack();
-    const Footprint found = Footprint::present();
-    std::printf("%8s %9s %8.1f\n", "", "returned", found.megabytes);
+    Footprint found = Footprint::present();
+    for (const pid_t child : childProcesses())
+        found += Footprint::of(child);
     return found;
 }
 
 int soak(int edits, unsigned seed, double seconds) {
     Soak soak(seed);
-    std::printf("%8s %9s %8s %8s %8s %8s %8s %8s\n", "edits", "pictures", "MB", "heap", "threads",
-                "files", "late", "missed");
+    FootprintCourse course("edits");
     int missed = 0, late = 0;
-    Footprint middle, last;
     const double begin = currentMediaTime();
     for (int edit = 1; edit <= edits; ++edit) {
         const Soak::Outcome outcome = soak.edit();
         missed += outcome == Soak::Outcome::missed ? 1 : 0;
         late += outcome == Soak::Outcome::explained ? 1 : 0;
         soak.playUntil(begin + seconds * edit / edits);
-        if (edit % std::max(1, edits / parts) != 0)
-            continue;
-        last = Footprint::present();
-        std::printf("%8d %9d %8.1f %8.1f %8d %8d %8d %8d\n", edit, soak.pictures(), last.megabytes,
-                    last.heap, last.threads, last.files, late, missed);
-        const int part = edit / std::max(1, edits / parts);
-        if (part == parts / 2)
-            middle = last = returned();
-        else if (part == parts)
-            last = returned();
-        std::fflush(stdout);
+        if (edit % std::max(1, edits / samples) == 0)
+            course.add(edit, withCompiler());
     }
-    const bool isFlat = last.megabytes <= middle.megabytes * mostGrowth &&
-                        last.threads <= middle.threads + 1 && last.files <= middle.files + 4;
-    std::printf("%s; %s; %.0f s\n", isFlat ? "flat" : "NOT FLAT",
-                missed == 0 ? "every edit was seen or explained" : "EDITS WERE MISSED",
-                currentMediaTime() - begin);
-    return isFlat && missed == 0 ? 0 : 1;
+    std::printf("seed %u: %d edits, %d pictures, %d seen late, %d missed, %.0f s\n", seed, edits,
+                soak.pictures(), late, missed, currentMediaTime() - begin);
+    return course.isFlat() && missed == 0 ? 0 : 1;
 }
 
 } // namespace
