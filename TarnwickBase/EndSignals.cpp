@@ -4,6 +4,7 @@
 #include "TarnwickBase/Unfinished.h"
 
 #include <sys/eventfd.h>
+#include <sys/signalfd.h>
 
 #include <array>
 #include <cerrno>
@@ -40,8 +41,9 @@ void signalEvent() {
     [[maybe_unused]] const auto ignored = write(arrival.descriptor, &one, sizeof one);
 }
 
-// The handler. Any thread may run it: if our threads blocked the signals, only the drivers' threads
-// would receive them.
+// The handler. The system prefers the main thread for it, which hears nothing while it waits in the
+// kernel for a page of a file; so the watcher also takes what is pending (signal(7), signalfd(2)).
+// The signals are not blocked instead, because every program that we start would inherit that.
 void take(int number) {
     const int error = errno;
     int none = 0;
@@ -99,20 +101,31 @@ EndSignals::EndSignals() {
     precondition(arrival.descriptor < 0, "a process has one EndSignals");
     arrival.descriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     precondition(arrival.descriptor >= 0, "a new process can make an eventfd");
+    sigset_t taken;
+    sigemptyset(&taken);
     struct sigaction action {};
     action.sa_handler = take;
     action.sa_flags = SA_RESTART;
     for (std::size_t at = 0; at < numbers.size(); ++at) {
         sigaction(numbers[at], nullptr, &before[at]);
-        if (before[at].sa_handler != SIG_IGN)
-            sigaction(numbers[at], &action, nullptr);
+        if (before[at].sa_handler == SIG_IGN)
+            continue;
+        sigaddset(&taken, numbers[at]);
+        sigaction(numbers[at], &action, nullptr);
     }
+    pending_ = signalfd(-1, &taken, SFD_CLOEXEC | SFD_NONBLOCK);
+    precondition(pending_ >= 0, "a new process can make a signalfd");
     watcher_ = std::thread([this] { watch(); });
 }
 
 void EndSignals::watch() const {
-    pollfd event{.fd = arrival.descriptor, .events = POLLIN, .revents = 0};
-    while (poll(&event, 1, -1) < 0) {
+    std::array<pollfd, 2> events{{{.fd = arrival.descriptor, .events = POLLIN, .revents = 0},
+                                  {.fd = pending_, .events = POLLIN, .revents = 0}}};
+    while (events[0].revents == 0) { // take() makes it readable
+        poll(events.data(), events.size(), -1);
+        signalfd_siginfo signal{};
+        if (events[1].revents != 0 && read(pending_, &signal, sizeof signal) == sizeof signal)
+            take(static_cast<int>(signal.ssi_signo));
     }
     if (arrival.number == 0 && arrival.status < 0)
         return; // the process ends by itself
@@ -132,6 +145,7 @@ EndSignals::~EndSignals() {
     watcher_.join();
     for (std::size_t at = 0; at < numbers.size(); ++at)
         sigaction(numbers[at], &before[at], nullptr);
+    close(pending_);
     close(arrival.descriptor.exchange(-1));
 }
 

@@ -2,8 +2,9 @@
 //
 // The program ends within two seconds of a signal, even while it waits for a driver that draws for
 // a minute; within four seconds if the file system does not answer. It leaves no unfinished file
-// behind, unless the file system does not answer. The signal itself ends it, so that its exit
-// status is the conventional one and a loop of a shell around it ends too.
+// behind, unless the file system does not answer. A thread of its own hears the signals, so that it
+// does not matter which of the others waits in the kernel. The signal itself ends the program, so
+// that its exit status is the conventional one and a loop of a shell around it ends too.
 #pragma once
 
 #include <atomic>
@@ -29,6 +30,7 @@ class EndSignals {
     void watch() const;
 
     std::atomic<bool> isOver_ = false;
+    int pending_ = -1; // a signalfd: readable while no thread has run the handler of a signal
     std::thread watcher_;
 };
 

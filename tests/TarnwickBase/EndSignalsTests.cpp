@@ -54,6 +54,34 @@ TEST(EndSignals, endTheProcessByTheSignalAndRemoveUnfinishedFiles) {
     fs::remove_all(parent);
 }
 
+// The parent of vfork() waits in the kernel as for a page of a file that does not come: only for
+// the child, or a signal that kills.
+TEST(EndSignals, areHeardWhileTheMainThreadWaitsInTheKernel) {
+    int begun[2]{}, open[2]{};
+    ASSERT_EQ(pipe(begun) + pipe(open), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        close(open[1]);
+        const EndSignals signals;
+        if (vfork() == 0) {
+            char byte = 0;
+            if (write(begun[1], "", 1) == 1 && read(open[0], &byte, 1) == 0)
+                _exit(0);
+        }
+        _exit(7);
+    }
+    char byte = 0;
+    ASSERT_EQ(read(begun[0], &byte, 1), 1);
+    kill(child, SIGINT);
+    int status = 0;
+    for (int wait = 0; wait < 1000 && waitpid(child, &status, WNOHANG) == 0; ++wait)
+        std::this_thread::sleep_for(10ms);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) << status;
+    for (const int end : {begun[0], begun[1], open[0], open[1]})
+        close(end);
+    waitpid(child, &status, 0);
+}
+
 TEST(EndSignals, areHeldFor1500MillisecondsAtMost) {
     const auto begin = Clock::now();
     const int status = statusOf([&] {
