@@ -166,9 +166,8 @@ HeldSignals::HeldSignals() {
 HeldSignals::~HeldSignals() {
     if (isAnswered_)
         return; // signals remain held until main() ends
-    if (arrived())
+    if (--arrival.holders == 0 && arrived())
         endProcess();
-    --arrival.holders;
 }
 
 bool HeldSignals::arrived() const {

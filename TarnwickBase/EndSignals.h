@@ -39,12 +39,13 @@ class EndSignals {
 // without an EndSignals. May be called from any thread.
 void endSoon(int status);
 
-// A signal that arrives while one exists ends the process in its destructor, or after 1.5 s. Does
-// nothing without an EndSignals. May be used on any thread.
+// A signal that arrives while some exist ends the process in the destructor of the last one, or
+// after 1.5 s. Does nothing without an EndSignals. May be used on any thread.
 class HeldSignals {
   public:
     HeldSignals();
-    ~HeldSignals(); // ends the process if a signal has arrived, unless it was answered
+    // Ends the process if a signal has arrived, unless another one exists or has answered it.
+    ~HeldSignals();
     HeldSignals(const HeldSignals&) = delete;
     HeldSignals& operator=(const HeldSignals&) = delete;
 

@@ -4,6 +4,8 @@
 // process closes another descriptor of the file.
 #include "TarnwickBase/TemporaryFolder.h"
 
+#include "TarnwickBase/EndSignals.h"
+
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -129,6 +131,7 @@ TemporaryFolder::TemporaryFolder(const fs::path& parent, std::string_view name) 
     removeAbandoned(folder);
     const std::string stem =
         std::string(name.substr(0, longestName)) + "." + std::to_string(getpid());
+    const HeldSignals whileMaking; // a signal between mkdir() and the end would leave the folder
     for (int number = 1; owner_ < 0 && number <= mostOfOneName; ++number) {
         path_ = folder /
                 (stem + (number > 1 ? "-" + std::to_string(number) : "") + std::string(ending));

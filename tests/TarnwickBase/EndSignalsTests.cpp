@@ -106,6 +106,14 @@ TEST(EndSignals, waitForTheHolderOrItsAnswer) {
         _exit(8); // not reached
     });
     EXPECT_TRUE(WIFSIGNALED(released)) << released;
+    const int nested = statusOf([] {
+        const EndSignals signals;
+        const HeldSignals held;
+        raise(SIGTERM);
+        (void)HeldSignals();
+        _exit(8);
+    });
+    EXPECT_TRUE(WIFEXITED(nested) && WEXITSTATUS(nested) == 8) << nested;
     const int answered = statusOf([] {
         const EndSignals signals;
         {
