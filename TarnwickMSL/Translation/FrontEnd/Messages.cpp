@@ -21,8 +21,8 @@ void reportError(clang::DiagnosticsEngine& diagnostics, clang::SourceLocation at
     diagnostics.Report(at, id) << first << second;
 }
 
-// Clang stops after 20 errors; warnings have no limit (-ferror-limit).
-constexpr unsigned mostMessages = 200;
+// Clang stops after 20 errors, but limits no warnings (-ferror-limit).
+constexpr unsigned mostWarnings = 200;
 
 static DiagnosticKind kindOf(Level level) {
     return level == Level::Note      ? DiagnosticKind::note
@@ -44,7 +44,6 @@ void Messages::nextProgram(const clang::LangOptions& language,
     clear();
     BeginSourceFile(language, &preprocessor);
     isSilent = false;
-    given = 0;
     withheld.clear();
     diagnostics.clear();
 }
@@ -200,25 +199,30 @@ static llvm::StringRef withoutRequirement(llvm::StringRef message) {
     return isAssertion && message.contains("': ") ? message.split("': ").second : message;
 }
 
+bool Messages::isElsewhere(const clang::Diagnostic& diagnostic) const {
+    return !warningsIn.empty() &&
+           (!diagnostic.getLocation().isValid() ||
+            diagnostic.getSourceManager().getPresumedLoc(diagnostic.getLocation()).getFilename() !=
+                warningsIn);
+}
+
 bool Messages::isUnwanted(Level level, const clang::Diagnostic& diagnostic) {
-    if (warningsIn.empty() || level == Level::Note)
+    if (level == Level::Note)
         return isSilent;
-    isSilent =
-        level <= Level::Warning &&
-        (!diagnostic.getLocation().isValid() ||
-         diagnostic.getSourceManager().getPresumedLoc(diagnostic.getLocation()).getFilename() !=
-             warningsIn);
+    const bool isWarning = level <= Level::Warning;
+    isSilent = isWarning && isElsewhere(diagnostic);
+    if (isSilent)
+        return true;
+    DiagnosticConsumer::HandleDiagnostic(level, diagnostic); // counts
+    isSilent = isWarning && getNumWarnings() > mostWarnings;
     return isSilent;
 }
 
 void Messages::HandleDiagnostic(Level level, const clang::Diagnostic& diagnostic) {
     if (isUnwanted(level, diagnostic))
         return;
-    DiagnosticConsumer::HandleDiagnostic(level, diagnostic); // counts
     if (level == Level::Fatal)
         level = Level::Error; // readers of the messages expect "error:" after the place
-    if (++given > mostMessages)
-        return;
     llvm::SmallString<256> message;
     diagnostic.FormatDiagnostic(message);
     if (level == Level::Note && isAdviceOfOption(message))

@@ -49,7 +49,6 @@ class Messages : public clang::DiagnosticConsumer {
     bool isSilent = false; // whether the last message was left out; its notes are left out too
     llvm::IntrusiveRefCntPtr<clang::DiagnosticOptions> options;
     std::unique_ptr<clang::TextDiagnostic> text;
-    unsigned given = 0;
     std::string withheld; // a message that waits for its place in the program
     clang::DiagnosticsEngine::Level withheldLevel = clang::DiagnosticsEngine::Ignored;
 
@@ -62,6 +61,9 @@ class Messages : public clang::DiagnosticConsumer {
               llvm::ArrayRef<clang::FixItHint> hints = {});
     std::uint32_t lengthAt(clang::FullSourceLoc at,
                            llvm::ArrayRef<clang::CharSourceRange> ranges) const;
+    // Whether the place is not in the file whose warnings are printed.
+    bool isElsewhere(const clang::Diagnostic& diagnostic) const;
+    // Counts the message, and decides whether it is left out.
     bool isUnwanted(clang::DiagnosticsEngine::Level level, const clang::Diagnostic& diagnostic);
 };
 

@@ -58,8 +58,7 @@ Parameter ParameterReader::parameter(std::size_t first, std::size_t end) const {
                  tokens_[i + 1].isOneOf(tok::comma, tok::r_paren, tok::l_square, tok::equal))
             found.name = i;
         else
-            hasType |=
-                token.isNot(tok::kw_const) && !token.isAnnotation() && token.getIdentifierInfo();
+            hasType |= token.isNot(tok::kw_const) && wordOf(token);
     }
     if (!found.name && !tokens_[i - 1].isOneOf(tok::r_square, tok::r_paren, tok::ellipsis))
         found.nameAt = i;

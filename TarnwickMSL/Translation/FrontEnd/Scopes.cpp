@@ -20,8 +20,12 @@ tok::TokenKind closer(tok::TokenKind open) {
 
 } // namespace
 
+const clang::IdentifierInfo* wordOf(const clang::Token& token) {
+    return token.isAnnotation() ? nullptr : token.getIdentifierInfo();
+}
+
 bool isAddressSpace(const clang::Token& token) {
-    const clang::IdentifierInfo* name = token.isAnnotation() ? nullptr : token.getIdentifierInfo();
+    const clang::IdentifierInfo* name = wordOf(token);
     return name && (name->isStr("device") || name->isStr("constant") || name->isStr("thread") ||
                     name->isStr("threadgroup") || name->isStr("object_data"));
 }

@@ -10,6 +10,9 @@
 
 namespace tarnwick::msl {
 
+// The identifier or keyword that the token is; null for all others, pragmas too.
+const clang::IdentifierInfo* wordOf(const clang::Token& token);
+
 // Whether the token is `device`, `constant`, `thread` or `threadgroup`.
 bool isAddressSpace(const clang::Token& token);
 

@@ -68,10 +68,11 @@ class TokenPass {
     bool is(std::size_t i, tok::TokenKind kind) const {
         return i < tokens.size() && tokens[i].is(kind);
     }
+    const IdentifierInfo* wordAt(std::size_t i) const {
+        return i < tokens.size() ? wordOf(tokens[i]) : nullptr;
+    }
     bool isWord(std::size_t i, llvm::StringRef text) const {
-        const IdentifierInfo* name = i < tokens.size() && !tokens[i].isAnnotation()
-                                         ? tokens[i].getIdentifierInfo()
-                                         : nullptr;
+        const IdentifierInfo* name = wordAt(i);
         return name && name->getName() == text;
     }
     Token make(tok::TokenKind kind, SourceLocation at, IdentifierInfo* name = nullptr) const;

@@ -85,7 +85,7 @@ bool TokenPass::isUsedAsName(std::size_t i) const {
     if (next.isOneOf(tok::star, tok::amp)) // `float thread* p`, or a product
         return misnamed.contains(tokens[i].getIdentifierInfo()) && i > 0 &&
                !endsType(tokens[i - 1]) && !is(i - 1, tok::greater);
-    if (next.isAnnotation() || next.getIdentifierInfo() || next.isOneOf(tok::coloncolon, tok::eof))
+    if (next.isAnnotation() || wordOf(next) || next.isOneOf(tok::coloncolon, tok::eof))
         return false;
     if (next.is(tok::l_paren) && (is(i + 2, tok::amp) || is(i + 2, tok::star)) &&
         is(i + 3, tok::identifier) && is(i + 4, tok::r_paren) && is(i + 5, tok::l_square))
@@ -252,8 +252,7 @@ void TokenPass::entryPoint(std::size_t i) {
     const std::size_t listEnd = attributeListEnd(i);
     if (!listEnd) {
         const bool isAttributed = is(i + 1, tok::l_square) && is(i + 2, tok::l_square);
-        if (!(i + 1 < tokens.size() && tokens[i + 1].getIdentifierInfo()) && !isAttributed &&
-            !is(i + 1, tok::coloncolon)) {
+        if (!wordAt(i + 1) && !isAttributed && !is(i + 1, tok::coloncolon)) {
             if (misnamed.insert(tokens[i].getIdentifierInfo()).second)
                 report(i,
                        "'" + tokens[i].getIdentifierInfo()->getName().str() +
@@ -278,7 +277,7 @@ void TokenPass::entryPoint(std::size_t i) {
 
 // Reports and drops an attribute that is not supported.
 bool TokenPass::missingAttribute(std::size_t i) {
-    const IdentifierInfo* word = tokens[i].getIdentifierInfo();
+    const IdentifierInfo* word = wordAt(i);
     if (!word || !isMissingAttribute(std::string_view(word->getName())))
         return false;
     report(i, missing("attribute '" + word->getName().str() + "'"));
@@ -309,8 +308,7 @@ void TokenPass::attributeArguments(std::size_t i) {
         if (isWithoutComma) // `[[user(colour) flat]]`, as in older Clang
             append(edits[j].before, ",", tokens[j].getLocation());
         const std::size_t argument = j + 2;
-        if (!is(j + 1, tok::l_paren) || !is(argument + 1, tok::r_paren) ||
-            tokens[argument].isAnnotation() || !tokens[argument].getIdentifierInfo())
+        if (!is(j + 1, tok::l_paren) || !is(argument + 1, tok::r_paren) || !wordAt(argument))
             continue;
         const SourceLocation at = tokens[argument].getLocation();
         if (isWord(j, "user") || isWord(j, "depth")) {
@@ -471,7 +469,7 @@ std::vector<Token> TokenPass::run() {
             ++i;
             continue;
         }
-        if (token.isAnnotation() || !token.getIdentifierInfo()) {
+        if (!wordOf(token)) {
             if (token.is(tok::numeric_constant))
                 literal(i);
             else if (token.is(tok::starequal))

@@ -83,6 +83,18 @@ TEST(FrontEnd, pointsNowhereIntoTheLibrary) {
     EXPECT_EQ(outcome.messages.find("/metal/"), std::string::npos) << outcome.messages;
 }
 
+TEST(FrontEnd, printsTheErrorAfterManyWarnings) {
+    std::string program;
+    for (int line = 0; line < 250; ++line)
+        program += "void f" + std::to_string(line) + "() [[posit]] {}\n";
+    const Outcome outcome = parsed(program + "float g() { return q; }");
+    EXPECT_TRUE(outcome.failed);
+    EXPECT_NE(outcome.messages.find("shader.metal:200:15: warning: "), std::string::npos);
+    EXPECT_EQ(outcome.messages.find("shader.metal:201:"), std::string::npos);
+    EXPECT_NE(outcome.messages.find("shader.metal:251:20: error: "), std::string::npos);
+    EXPECT_TRUE(outcome.messages.ends_with("\n250 warnings and 1 error generated.\n"));
+}
+
 TEST(FrontEnd, readsProgramsThatEndAnywhere) {
     const std::string program = "template <class T> struct S { T v[2]; S(T a) : v{a, T(1)} {} };\n"
                                 "fragment float4 f(float4 p [[position]], constant float2* b) {\n"
@@ -91,6 +103,18 @@ TEST(FrontEnd, readsProgramsThatEndAnywhere) {
     EXPECT_FALSE(parsed(program).failed) << parsed(program).messages;
     for (std::size_t size = 0; size < program.size(); ++size)
         (void)parsed(program.substr(0, size));
+}
+
+TEST(FrontEnd, readsPragmasAnywhere) {
+    const std::string program = "struct S { float x; S(float a) : x(a) {} S(int a) constant; };\n"
+                                "S::S(int a) constant : x(a) {}\n"
+                                "kernel void k(device float3* o [[buffer(0)]]) {\n"
+                                "  for (int i = 0; i < 2; ++i) o[i] = (float3)float(i); }\n";
+    EXPECT_FALSE(parsed(program).failed) << parsed(program).messages;
+    for (std::size_t at = 0; at < program.size(); ++at)
+        if (program.find_first_of(" (:[{<;", at) == at)
+            for (const std::size_t place : {at, at + 1})
+                (void)parsed(std::string(program).insert(place, "\n#pragma unroll\n"));
 }
 
 TEST(FrontEnd, readsTheSignaturesOfEntryPoints) {

@@ -9,10 +9,6 @@
 
 namespace tarnwick::msl {
 
-static const IdentifierInfo* nameOf(const Token& token) {
-    return token.isAnnotation() ? nullptr : token.getIdentifierInfo();
-}
-
 // The lists of attributes with `function_constant` in the declaration of which i is a token: those
 // of its declarators, or the one before the declaration.
 llvm::SmallVector<std::size_t, 1> TokenPass::constantAttributes(std::size_t i) const {
@@ -29,7 +25,7 @@ llvm::SmallVector<std::size_t, 1> TokenPass::constantAttributes(std::size_t i) c
         if (is(j, tok::l_paren) || is(j, tok::l_square))
             j = scopes.match(j);
     }
-    while (i > 0 && nameOf(tokens[i - 1]))
+    while (i > 0 && wordOf(tokens[i - 1]))
         --i;
     if (i > 1 && is(i - 1, tok::r_square) && is(i - 2, tok::r_square))
         take(scopes.match(i - 1));
@@ -87,9 +83,9 @@ bool TokenPass::functionConstant(std::size_t i) {
     const auto attributes = constantAttributes(i);
     if (attributes.empty())
         return false;
-    for (std::size_t word = i + 1; nameOf(tokens[word]); ++word)
+    for (std::size_t word = i + 1; wordOf(tokens[word]); ++word)
         edits[word].dropped |= tokens[word].isOneOf(tok::kw_static, tok::kw_constexpr);
-    for (std::size_t word = i; word > 0 && nameOf(tokens[word - 1]); --word)
+    for (std::size_t word = i; word > 0 && wordOf(tokens[word - 1]); --word)
         edits[word - 1].dropped |= tokens[word - 1].isOneOf(tok::kw_static, tok::kw_constexpr);
     append(edits[i].after, "extern const", tokens[i].getLocation());
     for (const std::size_t open : attributes) {
@@ -98,8 +94,8 @@ bool TokenPass::functionConstant(std::size_t i) {
         const Token& name = open > i ? tokens[open - 1] : tokens[last];
         if (is(last + 1, tok::equal) || is(last + 1, tok::l_brace))
             report(last + 1, "a function constant cannot have an initial value");
-        const ConstantValue* value = valueOf(nameOf(name));
-        if (nameOf(name) && (value || constants.othersAreUndefined))
+        const ConstantValue* value = valueOf(wordOf(name));
+        if (wordOf(name) && (value || constants.othersAreUndefined))
             appendValue(edits[last].after, name, value);
     }
     return true;
@@ -111,7 +107,7 @@ void TokenPass::constantQuery(std::size_t i) {
     if (!is(i + 1, tok::l_paren))
         return;
     const std::size_t close = scopes.match(i + 1);
-    const bool hasValue = close > i + 2 && valueOf(nameOf(tokens[close - 1]));
+    const bool hasValue = close > i + 2 && valueOf(wordOf(tokens[close - 1]));
     const SourceLocation at = tokens[i].getLocation();
     if (hasValue || constants.othersAreUndefined) {
         dropRange(qualifiedFirst(i), close + 1);

@@ -53,9 +53,9 @@ std::optional<TokenPass::TypeSpan> TokenPass::tracedType(std::size_t i) const {
 std::optional<TokenPass::TypeSpan> TokenPass::constructedType(std::size_t i) const {
     if (is(i, tok::kw_decltype) && is(i + 1, tok::l_paren) && !is(i + 2, tok::kw_auto))
         return TypeSpan{i, scopes.match(i + 1) + 1, true};
-    if (!is(i, tok::identifier) && !(i < tokens.size() && tokens[i].getIdentifierInfo()))
+    const IdentifierInfo* name = wordAt(i);
+    if (!name)
         return std::nullopt;
-    const IdentifierInfo* name = tokens[i].getIdentifierInfo();
     if (is(i + 1, tok::less) &&
         (name->getName() == "vec" || names.kindAt(name, i) == NameKind::template_)) {
         std::size_t close = scopes.angleEnd(i + 1);

@@ -80,7 +80,7 @@ class Plain {
     static llvm::StringRef textOf(const Token& token) {
         if (token.isLiteral() && token.getLiteralData())
             return {token.getLiteralData(), token.getLength()};
-        const IdentifierInfo* name = token.isAnnotation() ? nullptr : token.getIdentifierInfo();
+        const IdentifierInfo* name = wordOf(token);
         return name ? name->getName() : "";
     }
 };
@@ -259,11 +259,11 @@ bool TokenPass::isConstructorSpace(std::size_t i) const {
     if (!is(name, tok::identifier))
         return false;
     if (name > 1 && is(name - 1, tok::coloncolon)) // `S::S(float x) constant`
-        return tokens[name].getIdentifierInfo() == tokens[name - 2].getIdentifierInfo();
+        return wordAt(name) == wordAt(name - 2);
     std::size_t record = scopes.match(scopes.bracesEnd(i));
     while (record > 0 && !tokens[record].isOneOf(tok::kw_struct, tok::kw_class, tok::kw_union))
         --record;
-    return tokens[name].getIdentifierInfo() == tokens[record + 1].getIdentifierInfo();
+    return wordAt(name) == wordAt(record + 1);
 }
 
 Definition TokenPass::definition(std::size_t scope, std::size_t first, std::size_t body,

@@ -1,0 +1,7 @@
+#include <metal_stdlib>
+using namespace metal;
+void f() {
+    (
+#pragma unroll
+    for (;;);
+}
