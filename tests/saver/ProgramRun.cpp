@@ -1,5 +1,7 @@
 #include "tests/saver/ProgramRun.h"
 
+#include "tests/Waiting.h"
+
 #include <sys/prctl.h>
 #include <sys/wait.h>
 
@@ -53,7 +55,8 @@ bool ProgramRun::isRunning() {
 }
 
 int ProgramRun::waitForEnd(double seconds) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    const auto end =
+        std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds * patience());
     while (status_ == -1) {
         int status = 0;
         if (waitpid(process_, &status, WNOHANG) == process_)

@@ -1,6 +1,7 @@
 #include "tests/saver/VirtualDisplay.h"
 
 #include "TarnwickBase/Precondition.h"
+#include "tests/Waiting.h"
 
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
@@ -8,10 +9,9 @@
 #include <sys/prctl.h>
 #include <sys/wait.h>
 
-#include <chrono>
 #include <csignal>
 #include <cstring>
-#include <thread>
+#include <span>
 #include <unistd.h>
 
 namespace tarnwick {
@@ -121,24 +121,22 @@ void VirtualDisplay::askToClose(unsigned long window) {
 }
 
 std::optional<unsigned long> VirtualDisplay::waitForWindow() {
-    for (int attempt = 0; attempt < 1000; ++attempt) {
+    std::optional<unsigned long> found;
+    eventually([&] {
         Window actualRoot = 0, parent = 0, *children = nullptr;
         unsigned count = 0;
         XQueryTree(xlib(display_), root(), &actualRoot, &parent, &children, &count);
-        for (unsigned index = 0; index < count; ++index) {
+        for (const Window window : std::span(children, count)) {
             XWindowAttributes attributes{};
-            const Window window = children[index];
             if (XGetWindowAttributes(xlib(display_), window, &attributes) != 0 &&
-                attributes.map_state == IsViewable) {
-                XFree(children);
-                return window;
-            }
+                attributes.map_state == IsViewable && !found)
+                found = window;
         }
         if (children != nullptr)
             XFree(children);
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return std::nullopt;
+        return found.has_value();
+    });
+    return found;
 }
 
 PixelSize VirtualDisplay::windowSize(unsigned long window) {
