@@ -53,6 +53,10 @@ Compilation failure(WorkerFault fault, const CompileOptions& options) {
         return failure("the program nests too deeply for the compiler, in its blocks or in an "
                        "expression",
                        options);
+    case WorkerFault::large:
+        return failure("the compiled program has more than " + std::to_string(mostAnswer >> 20) +
+                           " MiB, the maximum",
+                       options);
     case WorkerFault::killed:
         return failure("the compiler was killed by another program, or by the system because its "
                        "memory is exhausted",
@@ -168,21 +172,13 @@ Compilers::~Compilers() {
 }
 
 Compilation Compilers::compile(std::string_view source, const CompileOptions& options) {
-    // Gives the worker back if there is no memory for a request or an answer. Its connection may
-    // then have half a message, so the child ends.
+    // Gives the worker back even if there is no memory for a request or an answer.
     struct Loan {
         Pool& pool;
         std::unique_ptr<WorkerProcess> worker;
-        bool isDone = false;
-        ~Loan() {
-            if (!isDone)
-                worker->end();
-            pool.giveBack(std::move(worker));
-        }
+        ~Loan() { pool.giveBack(std::move(worker)); }
     } loan{*pool, pool->take()};
-    Compilation made = compileIn(*loan.worker, source, options);
-    loan.isDone = true;
-    return made;
+    return compileIn(*loan.worker, source, options);
 }
 
 } // namespace tarnwick::msl

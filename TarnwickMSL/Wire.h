@@ -9,6 +9,7 @@
 #include "TarnwickMSL/IncludeFolder.h"
 #include "TarnwickMSL/Target.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -34,9 +35,13 @@ inline constexpr char requestIsRead = 'r';
 // Bytes of addresses that a worker has at most.
 inline constexpr std::uint64_t mostWorkerMemory = 3ull << 30;
 
-// The status of a worker that ends because memory or its stack is exhausted. Any other end before
-// the answer is a crash.
-enum class WorkerEnd { withoutMemory = 40, withoutStack = 41 };
+// Bytes of an answer, far above those of real programs. A program that has taken its worker over
+// could ask for any memory of the host otherwise.
+inline constexpr std::size_t mostAnswer = 128u << 20;
+
+// The status of a worker that ends because memory or its stack is exhausted, or because its answer
+// has more bytes than mostAnswer. Any other end before the answer is a crash.
+enum class WorkerEnd { withoutMemory = 40, withoutStack = 41, tooLarge = 42 };
 
 // 16 hexadecimal digits that identify the records of this build. A worker gets those of its host as
 // an argument, and ends at once if they are not its own.

@@ -81,6 +81,18 @@ bool receiveAll(int connection, char* to, std::size_t size, Limit& limit) {
     return true;
 }
 
+// Takes at most twice the memory of what comes, whatever `size` says.
+bool receiveAll(int connection, std::string& to, std::size_t size, Limit& limit) {
+    constexpr std::size_t leastPiece = 1 << 16;
+    while (to.size() < size) {
+        const std::size_t begin = to.size();
+        to.resize(begin + std::min(size - begin, std::max(begin, leastPiece)));
+        if (!receiveAll(connection, to.data() + begin, to.size() - begin, limit))
+            return false;
+    }
+    return true;
+}
+
 // The child has the connection as its standard input, no other file of this process, default
 // signals, and a process group of its own, so that a terminal's Ctrl-C does not reach it.
 // -1 if it cannot be made.
@@ -122,6 +134,8 @@ WorkerFault causeOf(std::optional<int> status) {
         return WorkerFault::full;
     case WorkerEnd::withoutStack:
         return WorkerFault::deep;
+    case WorkerEnd::tooLarge:
+        return WorkerFault::large;
     }
     return WorkerFault::stopped;
 }
@@ -177,6 +191,15 @@ std::optional<int> WorkerProcess::end() {
 }
 
 std::variant<Compilation, WorkerFault> WorkerProcess::ask(const Request& request) {
+    try {
+        return exchange(request);
+    } catch (...) { // no memory: the connection may have half a message
+        end();
+        throw;
+    }
+}
+
+std::variant<Compilation, WorkerFault> WorkerProcess::exchange(const Request& request) {
     if (readsFiles && *readsFiles == request.includes.empty())
         end();
     if (!start())
@@ -201,12 +224,12 @@ std::variant<Compilation, WorkerFault> WorkerProcess::ask(const Request& request
         return fault(WorkerFault::gone);
     if (!receiveAll(connection, reinterpret_cast<char*>(&size), sizeof size, limit))
         return fault(WorkerFault::stopped);
-    std::string answer(size, '\0');
-    if (!receiveAll(connection, answer.data(), answer.size(), limit))
+    std::string answer;
+    if (size <= mostAnswer && !receiveAll(connection, answer, size, limit))
         return fault(WorkerFault::stopped);
     if (std::optional<Compilation> compilation = compilationFrom(answer))
         return std::move(*compilation);
-    end();
+    end(); // not an answer of our compiler
     return WorkerFault::stopped;
 }
 

@@ -19,6 +19,7 @@ enum class WorkerFault {
     stopped, // it ended while it worked on the request
     full,    // the same, because its memory was exhausted
     deep,    // the same, because its stack was exhausted
+    large,   // its answer has more than mostAnswer bytes
     killed,  // the same, by SIGKILL: the system does so when its memory is exhausted
     late     // it was ended at the time limit
 };
@@ -38,14 +39,17 @@ class WorkerProcess {
 
     // Starts a child unless one runs, without waiting for it; false if that fails.
     bool start();
-    // Sends the request and waits for the answer. After a fault there is no child. A child that
-    // reads files for #include answers no other requests, because it may read all files.
+    // Sends the request and waits for the answer. Takes memory only for what has come. After a
+    // fault or an exception there is no child. A child that reads files for #include answers no
+    // other requests, because it may read all files.
     std::variant<Compilation, WorkerFault> ask(const Request& request);
     // Ends the child, if there is one, and waits for its end. Returns its status as waitpid(2)
     // does, if there was one.
     std::optional<int> end();
 
   private:
+    std::variant<Compilation, WorkerFault> exchange(const Request& request);
+
     std::filesystem::path program;
     pid_t child = -1;
     int connection = -1;

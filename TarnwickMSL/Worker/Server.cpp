@@ -136,6 +136,8 @@ bool answerOne(int connection, const StandardLibrary& library, std::string& more
                                             .lists = request->lists},
                                            nullptr, &remains));
     limitTime(0);
+    if (answer.size() > mostAnswer)
+        _exit(static_cast<int>(WorkerEnd::tooLarge));
     size = static_cast<std::uint32_t>(answer.size());
     answer.insert(0, reinterpret_cast<const char*>(&size), sizeof size);
     const bool isSent = sendAll(connection, answer); // as a whole, so that the receiver wakes once

@@ -6,7 +6,7 @@ target_compile_definitions(TarnwickMSLFrontEndTests PRIVATE
     TARNWICK_CORPUS="${CMAKE_CURRENT_SOURCE_DIR}/corpus")
 
 tarnwick_tests(TarnwickMSL/Compile
-    SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/CompileTests.cpp
+    SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/CompileTests.cpp ${CMAKE_CURRENT_SOURCE_DIR}/WorkerProcessTests.cpp
     LINK TarnwickMSL)
 add_dependencies(TarnwickMSLCompileTests tarnwick-msl-worker)
 
