@@ -1,7 +1,9 @@
 #include "TarnwickBase/Crashes.h"
 
 #include <array>
+#include <atomic>
 #include <csignal>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -12,10 +14,14 @@
 namespace tarnwick {
 namespace {
 
-constexpr std::array numbers{SIGSEGV, SIGBUS, SIGILL, SIGFPE};
+constexpr std::array numbers{SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT};
 
 // Read by the handlers.
 constinit const char* name = "";
+constinit std::atomic<bool> isTold = false;
+
+// Of the handlers on the main thread, whose own stack may be exhausted.
+std::array<std::byte, 1 << 16> stack;
 
 // No memory and no locks, since a handler of a signal calls it.
 void write(std::string_view text) {
@@ -29,10 +35,18 @@ void tell(std::string_view sentence) {
     write("\n");
 }
 
-// The process ends by the signal when the instruction runs again, because of SA_RESETHAND.
+// The process ends by the signal when the instruction runs again, because of SA_RESETHAND; abort()
+// raises SIGABRT again.
 void tellOfFault(int number) {
-    tell(number == SIGFPE ? "The program or a driver computed what is not defined, and ends."
-                          : "The program or a driver crashed. The memory may be exhausted.");
+    if (isTold)
+        return;
+    if (number == SIGFPE)
+        tell("The program or a driver computed what is not defined, and ends.");
+    else if (number == SIGABRT) // malloc, for instance, which has said in a line what it found
+        tell("The program or a library found a fault of its own, and ends. The memory may be "
+             "exhausted.");
+    else
+        tell("The program or a driver crashed. The memory may be exhausted.");
 }
 
 [[noreturn]] void tellOfException() {
@@ -47,6 +61,7 @@ void tellOfFault(int number) {
     } catch (...) {
         tell("The program ends by an unknown error.");
     }
+    isTold = true;
     std::abort();
 }
 
@@ -55,14 +70,19 @@ void tellOfFault(int number) {
 void tellOfCrashes(const char* program) {
     name = program;
     std::set_terminate(tellOfException);
+    stack_t ofHandlers{};
+    ofHandlers.ss_sp = stack.data();
+    ofHandlers.ss_size = stack.size();
     struct sigaction action {};
     action.sa_handler = tellOfFault;
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_ONSTACK);
     for (const int number : numbers) {
         struct sigaction before {};
         sigaction(number, nullptr, &before);
-        if (before.sa_handler == SIG_DFL) // a sanitizer says more
-            sigaction(number, &action, nullptr);
+        if (before.sa_handler != SIG_DFL) // a sanitizer says more
+            continue;
+        sigaltstack(&ofHandlers, nullptr);
+        sigaction(number, &action, nullptr);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <new>
 #include <stdexcept>
 #include <system_error>
@@ -10,6 +11,19 @@
 
 namespace tarnwick {
 namespace {
+
+void freeTwice() {
+    tellOfCrashes("a-program");
+    void* volatile memory = std::malloc(1 << 12);
+    std::free(memory);
+    std::free(memory);
+}
+
+int deep(int depth) {
+    volatile int frame[1 << 12]{};
+    frame[0] = depth;
+    return depth < 0 ? 0 : deep(depth + 1) + frame[0];
+}
 
 template <class Error> void throwInThread(const Error& error) {
     tellOfCrashes("a-program");
@@ -33,6 +47,14 @@ TEST(Crashes, areToldInOneLine) {
             std::raise(SIGSEGV); // as the instruction that runs again
         },
         testing::KilledBySignal(SIGSEGV), "^a-program: The program or a driver crashed.");
+    EXPECT_EXIT(
+        {
+            tellOfCrashes("a-program");
+            std::exit(deep(0));
+        },
+        testing::KilledBySignal(SIGSEGV), "^a-program: The program or a driver crashed.");
+    EXPECT_EXIT(freeTwice(), testing::KilledBySignal(SIGABRT),
+                "\na-program: The program or a library found a fault of its own, and ends.");
 }
 
 } // namespace
