@@ -174,6 +174,7 @@ struct EntryPoint {
     bool usesLoopBudget = false;      // some loop has no bound that the compiler can prove
     // The fragment function uses Vulkan's standard sample positions (standardSampleLocations).
     bool needsStandardSamples = false;
+    bool needsEightLanes = false;       // in each SIMD-group, for its matrices
     bool writesPointSize = false;       // a vertex function with [[point_size]]
     std::uint32_t colorAttachments = 0; // a fragment function's written colours, bit n for color(n)
     std::uint32_t threadgroupBytes = 0; // threadgroup memory that the kernel declares

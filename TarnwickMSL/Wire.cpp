@@ -181,6 +181,7 @@ requires std::is_same_v<std::remove_const_t<Record>, EntryPoint>
 void fields(Record& e, Bytes& bytes) {
     bytes(e.name), bytes(e.stage), bytes(e.words), bytes(e.resources), bytes(e.usesLoopBudget);
     bytes(e.needsStandardSamples);
+    bytes(e.needsEightLanes);
     bytes(e.writesPointSize), bytes(e.colorAttachments), bytes(e.threadgroupBytes);
     bytes(e.threadgroupPointers), bytes(e.mostThreads), bytes(e.attributes), bytes(e.patch);
     bytes(e.controlPoints);

@@ -80,7 +80,8 @@ uint32_t propertiesOf(const msl::EntryPoint& entry) {
            (entry.needsStandardSamples ? TARNWICK_MSL_NEEDS_STANDARD_SAMPLES : 0) |
            (entry.writesPointSize ? TARNWICK_MSL_WRITES_POINT_SIZE : 0) |
            (entry.storesByAddress ? TARNWICK_MSL_STORES_BY_ADDRESS : 0) |
-           (entry.isShapedByConstants ? TARNWICK_MSL_SHAPED_BY_CONSTANTS : 0);
+           (entry.isShapedByConstants ? TARNWICK_MSL_SHAPED_BY_CONSTANTS : 0) |
+           (entry.needsEightLanes ? TARNWICK_MSL_NEEDS_EIGHT_LANES : 0);
 }
 
 msl::ArgumentTable tableOf(msl::ResourceKind kind) {

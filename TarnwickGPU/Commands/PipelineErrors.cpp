@@ -36,10 +36,14 @@ void checkNeeds(const DeviceRecord& device, const std::string& subject,
     if (auto missing = missingCapability(function.words, device.features.capabilities))
         throw DeviceError(start + " has no " + *missing + ".");
     const StageName& stage = stages[static_cast<std::size_t>(function.stage)];
-    if (usesGroups(function.words) && !(device.features.groupStages & stage.flag))
+    if (usesGroups(function.words) && !(device.features.groups.stages & stage.flag))
         throw DeviceError(start + " has no SIMD-groups in " + stage.functions + ".");
     if (function.needsStandardSamples && !device.limits.standardSampleLocations)
         throw DeviceError(start + " has no standard sample positions.");
+    if (function.needsEightLanes && device.features.groups.lanes < 8)
+        throw DeviceError(start + " has SIMD-groups of " +
+                          std::to_string(device.features.groups.lanes) +
+                          " threads, and their matrices need 8.");
     const std::uint32_t most = device.limits.maxComputeSharedMemorySize;
     if (function.threadgroupBytes > most)
         throw DeviceError(start + " has " + std::to_string(most) +

@@ -197,8 +197,9 @@ bool usesGroups(std::span<const std::uint32_t> module) {
                               static_cast<std::uint32_t>(Capability::GroupNonUniform)) != 0;
 }
 
-VkShaderStageFlags groupStages(VkPhysicalDevice device) {
-    return propertiesOf(device).subgroupSupportedStages;
+Groups groupsOf(VkPhysicalDevice device) {
+    const VkPhysicalDeviceVulkan11Properties properties = propertiesOf(device);
+    return {.stages = properties.subgroupSupportedStages, .lanes = properties.subgroupSize};
 }
 
 } // namespace tarnwick::gpu

@@ -29,8 +29,12 @@ std::optional<std::string> missingCapability(std::span<const std::uint32_t> modu
 // Whether the module uses SIMD-groups.
 bool usesGroups(std::span<const std::uint32_t> module);
 
-// The stages whose functions may use SIMD-groups: kernels on every device (Vulkan 1.3,
-// subgroupSupportedStages).
-VkShaderStageFlags groupStages(VkPhysicalDevice device);
+// The stages whose functions may use SIMD-groups, kernels on every device, and the threads of one
+// (Vulkan 1.3, subgroupSupportedStages and subgroupSize).
+struct Groups {
+    VkShaderStageFlags stages = 0;
+    std::uint32_t lanes = 0;
+};
+Groups groupsOf(VkPhysicalDevice device);
 
 } // namespace tarnwick::gpu

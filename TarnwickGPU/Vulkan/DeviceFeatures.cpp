@@ -184,7 +184,7 @@ DeviceFeatures chooseFeatures(VkPhysicalDevice device, bool hasSurfaces, Feature
         .int16 = had.core.features.shaderInt16 == VK_TRUE && holdsHalves,
         .int64 = had.core.features.shaderInt64 == VK_TRUE,
         .float16 = had.vulkan12.shaderFloat16 == VK_TRUE && holdsHalves,
-        .groupStages = groupStages(device),
+        .groups = groupsOf(device),
         .capabilities = capabilitiesOf(device, chain, alone)};
     if (records.robustness2)
         extensions.push_back(VK_EXT_ROBUSTNESS_2_EXTENSION_NAME);

@@ -1,6 +1,7 @@
 // The Vulkan features that the layer requires, and those that it enables if a device has them.
 #pragma once
 
+#include "TarnwickGPU/Vulkan/Capabilities.h"
 #include "TarnwickGPU/Vulkan/FeatureChain.h"
 
 #include <vulkan/vulkan.h>
@@ -32,7 +33,7 @@ struct DeviceFeatures {
     bool independentBlend = false;    // each target may blend in its own way
     // Types of shaders, in registers and in buffers of all kinds.
     bool int8 = false, int16 = false, int64 = false, float16 = false;
-    VkShaderStageFlags groupStages = 0;      // whose functions may use SIMD-groups
+    Groups groups;
     std::vector<std::uint32_t> capabilities; // Capabilities.h
 };
 

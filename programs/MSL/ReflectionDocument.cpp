@@ -180,6 +180,7 @@ ordered_json objectOf(const msl::EntryPoint& entry, const msl::Reflection& refle
                        {"controlPoints", entry.controlPoints}};
     object["usesLoopBudget"] = entry.usesLoopBudget;
     object["needsStandardSamples"] = entry.needsStandardSamples;
+    object["needsEightLanes"] = entry.needsEightLanes;
     object["writesPointSize"] = entry.writesPointSize;
     object["storesByAddress"] = entry.storesByAddress;
     object["shapedByConstants"] = entry.isShapedByConstants;

@@ -31,6 +31,12 @@ struct Two { float4 first [[color(0)]], second [[color(1)]]; };
 fragment Two both() { return {1, 1}; }
 struct Sources { float4 a [[color(0), index(0)]], b [[color(0), index(1)]]; };
 fragment Sources sources() { return {1, 1}; }
+kernel void squared(device float* out [[buffer(0)]]) {
+    simdgroup_float8x8 a, b;
+    simdgroup_load(a, out);
+    simdgroup_multiply(b, a, a);
+    simdgroup_store(b, out);
+}
 kernel void sum(device uint* out [[buffer(0)]], uint i [[thread_position_in_grid]]) {
     out[i] = simd_sum(i);
 }
@@ -88,8 +94,13 @@ TEST_F(Features, areNamedByPipelinesThatNeedThem) {
     EXPECT_EQ(refusal([&] { made("placed", "tinted", {.vertexDescriptor = &slow}); }),
               " has no step rates above 1.");
 
-    record().features.groupStages = 0;
+    record().features.groups.lanes = 4;
+    const auto squared = library->newFunction("squared");
+    EXPECT_EQ(refusal([&] { device->newComputePipelineState(*squared); }),
+              " has SIMD-groups of 4 threads, and their matrices need 8.");
     const auto sum = library->newFunction("sum");
+    EXPECT_TRUE(device->newComputePipelineState(*sum));
+    record().features.groups.stages = 0;
     EXPECT_EQ(refusal([&] { device->newComputePipelineState(*sum); }),
               " has no SIMD-groups in kernels.");
     record().features.capabilities.clear();

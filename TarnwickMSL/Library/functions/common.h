@@ -17,6 +17,18 @@ MSL_EACH_FLOAT(MSL_BODY)
 MSL_EACH_HALF(MSL_BODY)
 #undef MSL_BODY
 
+// Fast code need not know a NaN, but fmin and fmax promise to ignore it.
+#pragma float_control(precise, on, push)
+#define MSL_BODY(T, suffix)                                                                        \
+    MSL_INLINE T _number_min(T x, T y) { return __builtin_fmin##suffix(x, y); }                    \
+    MSL_INLINE T _number_max(T x, T y) { return __builtin_fmax##suffix(x, y); }                    \
+    MSL_LANES(T, T, T, _number_min, 2)                                                             \
+    MSL_LANES(T, T, T, _number_max, 2)
+MSL_BODY(float, f)
+MSL_BODY(half, f16)
+#undef MSL_BODY
+#pragma float_control(pop)
+
 #define MSL_ROW(T, name, arguments, mixed, ...)                                                    \
     MSL_INLINE T name(MSL_TAKES_##arguments(T)) { __VA_ARGS__ }
 #define MSL_BODY(T, I, B) MSL_COMMON_FUNCTIONS(MSL_ROW, T)

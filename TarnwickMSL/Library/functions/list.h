@@ -35,17 +35,17 @@
     /** The nearest whole number; halves round away from 0. */                                     \
     M(T, round, 1, floating, return trunc(x + copysign(_below_half(x), x));)                       \
     /** The lesser number; a NaN is ignored. */                                                    \
-    M(T, fmin, 2, floating, return __builtin_elementwise_min(x, y);)                               \
+    M(T, fmin, 2, floating, return _number_min(x, y);)                                             \
     /** The greater number; a NaN is ignored. */                                                   \
-    M(T, fmax, 2, floating, return __builtin_elementwise_max(x, y);)                               \
+    M(T, fmax, 2, floating, return _number_max(x, y);)                                             \
     /** The lesser number. */                                                                      \
     M(T, min, 2, common, return __builtin_elementwise_min(x, y);)                                  \
     /** The greater number. */                                                                     \
     M(T, max, 2, common, return __builtin_elementwise_max(x, y);)                                  \
     /** The least of three numbers; a NaN is ignored. */                                           \
-    M(T, fmin3, 3, floating, return min(x, min(y, z));)                                            \
+    M(T, fmin3, 3, floating, return fmin(x, fmin(y, z));)                                          \
     /** The greatest of three numbers; a NaN is ignored. */                                        \
-    M(T, fmax3, 3, floating, return max(x, max(y, z));)                                            \
+    M(T, fmax3, 3, floating, return fmax(x, fmax(y, z));)                                          \
     /** The middle one of three numbers. */                                                        \
     M(T, fmedian3, 3, floating, return max(min(x, y), min(max(x, y), z));)                         \
     /** The least of three numbers. */                                                             \

@@ -1,5 +1,5 @@
 // Matrices of SIMD-groups (Metal Shading Language 3.1, 2.4 and 6.7), of 8 x 8 values. Each lane has
-// the row of its index modulo 8, in float, so that a SIMD-group has at least 8 lanes; products take
+// the row of its index modulo 8, in float, so that a SIMD-group must have 8 lanes at least; products take
 // the rows of the second matrix by shuffles.
 #pragma once
 
@@ -27,7 +27,7 @@ template <class T, int Columns, int Rows> struct simdgroup_matrix {
     simdgroup_matrix() = default;
     // A diagonal matrix.
     MSL_CONVERGENT explicit simdgroup_matrix(T value) {
-        const uint row = _simd_lane() % 8;
+        const uint row = _simd_matrix_lane() % 8;
         const float v = static_cast<float>(value);
         left = float4{row == 0 ? v : 0, row == 1 ? v : 0, row == 2 ? v : 0, row == 3 ? v : 0};
         right = float4{row == 4 ? v : 0, row == 5 ? v : 0, row == 6 ? v : 0, row == 7 ? v : 0};
@@ -55,7 +55,7 @@ struct _simd_elements {
     uint first, step;
 };
 MSL_CONVERGENT _simd_elements _simd_elements_of(ulong perRow, ulong2 origin, bool isTransposed) {
-    const uint row = _simd_lane() % 8, width = uint(perRow);
+    const uint row = _simd_matrix_lane() % 8, width = uint(perRow);
     const uint start = uint(origin.y) * width + uint(origin.x);
     if (isTransposed)
         return {start + row, width};
@@ -76,7 +76,7 @@ template <class T>
 MSL_CONVERGENT void simdgroup_store(simdgroup_matrix<T, 8, 8> from, T* to, ulong elements_per_row = 8,
                                 ulong2 matrix_origin = ulong2(0ul), bool transpose_matrix = false) {
     const _simd_elements e = _simd_elements_of(elements_per_row, matrix_origin, transpose_matrix);
-    if (_simd_lane() >= 8)
+    if (_simd_matrix_lane() >= 8)
         return;
     const auto put = [&](uint i, float value) { to[e.first + i * e.step] = static_cast<T>(value); };
     put(0, from.left.x), put(1, from.left.y), put(2, from.left.z), put(3, from.left.w);
@@ -88,7 +88,7 @@ MSL_CONVERGENT void simdgroup_store(simdgroup_matrix<T, 8, 8> from, T* to, ulong
 template <class D, class A, class B, class C>
 MSL_CONVERGENT void simdgroup_multiply_accumulate(simdgroup_matrix<D, 8, 8>& d, simdgroup_matrix<A, 8, 8> a,
                                               simdgroup_matrix<B, 8, 8> b, simdgroup_matrix<C, 8, 8> c) {
-    const uint lane = _simd_lane(), first = lane - lane % 8;
+    const uint lane = _simd_matrix_lane(), first = lane - lane % 8;
     float4 left = c.left, right = c.right;
     _Pragma("clang loop unroll(full)") for (uint k = 0; k < 8; ++k) {
         const float factor = k < 4 ? a.left[k] : a.right[k - 4];

@@ -43,6 +43,8 @@ MSL_SIMD_SHAPES(MSL_SIMD_CALLS, float, "f32")
 #undef MSL_SIMD_CALL
 
 __attribute__((convergent)) uint _simd_lane() asm("msl.simd_lane.1");
+// The same; the program then needs SIMD-groups of 8 lanes.
+__attribute__((convergent)) uint _simd_matrix_lane() asm("msl.simd_matrix_lane.1");
 __attribute__((convergent)) uint _simd_size() asm("msl.simd_size.1");
 __attribute__((convergent)) bool _simd_elect() asm("msl.simd_elect.1");
 __attribute__((convergent)) bool _simd_all(bool) asm("msl.simd_all.1");

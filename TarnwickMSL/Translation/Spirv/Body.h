@@ -20,7 +20,7 @@ class Body : public tarnwick::spirv::FunctionBody {
           constants(module, types) {}
 
     const Stage stage;
-    bool needsStandardSamples = false; // EntryPoint.h
+    bool needsStandardSamples = false, needsEightLanes = false; // EntryPoint.h
     // The log between its start and its end (Logs.h).
     struct Log {
         std::string format;

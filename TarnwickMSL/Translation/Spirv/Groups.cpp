@@ -106,7 +106,8 @@ Id writeSimdCall(Body& body, StringRef name, const CallInst& call) {
         body.module.require(capability);
         return body.emit(op, type, {scope}, operands);
     };
-    if (name == "lane")
+    body.needsEightLanes |= name == "matrix_lane";
+    if (name == "lane" || name == "matrix_lane")
         return readBuiltIn(body, spv::BuiltIn::SubgroupLocalInvocationId, type);
     if (name == "size")
         return readBuiltIn(body, spv::BuiltIn::SubgroupSize, type);

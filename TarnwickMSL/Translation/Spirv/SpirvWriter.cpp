@@ -342,6 +342,7 @@ EntryPoint FunctionWriter::write() {
             .resources = resources(),
             .usesLoopBudget = shader_.usesLoopBudget,
             .needsStandardSamples = body_.needsStandardSamples,
+            .needsEightLanes = body_.needsEightLanes,
             .writesPointSize = memory_.writesPointSize(),
             .colorAttachments = memory_.colorAttachments(),
             .threadgroupBytes = memory_.threadgroupBytes(),

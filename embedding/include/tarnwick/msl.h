@@ -218,6 +218,7 @@ typedef enum tarnwick_msl_patch {
 #define TARNWICK_MSL_SHAPED_BY_CONSTANTS 16u /* an argument, input or output exists only for some
                                                 values of function constants: exact only if they
                                                 were fixed */
+#define TARNWICK_MSL_NEEDS_EIGHT_LANES 32u /* in each subgroup (subgroupSize) */
 
 /* Specialisation constants of the modules, which declare those that they use. */
 #define TARNWICK_MSL_LOOP_BUDGET_CONSTANT 0u /* uint: rounds before an invocation ends */
