@@ -219,7 +219,7 @@ void Pieces::took(double seconds) {
                                       : seconds * static_cast<double>(share.units) /
                                             static_cast<double>(units),
                         share.isLast);
-    if (division_ && !shares_.empty())
+    if (!shares_.empty() && !shares_.back().isLast)
         size_ = shares_.back().size;
 }
 
