@@ -38,10 +38,10 @@ awk '
 # The program of the commands. A small size is appended: the last value of an option counts.
 cat >bin/tarnwick <<'TEXT'
 #!/bin/sh
-if [ "$1" = play ]; then # shown until the end of the page
+if [ "$1" = play ]; then # shown until the end of the page, with an output of its own
     [ -x "$(dirname "$TARNWICK")/tarnwick-player" ] || exit 0
     echo $$ >"$PLAYER"
-    QT_QPA_PLATFORM=offscreen exec "$TARNWICK" "$@"
+    QT_QPA_PLATFORM=offscreen exec "$TARNWICK" "$@" >"$PLAYER.log" 2>&1
 fi
 case $1 in
 still | sheet | variations) [ -n "${PICTURES:-}" ] || set -- "$@" --size 64x36 ;;
