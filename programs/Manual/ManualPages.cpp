@@ -95,7 +95,7 @@ ManualPage commandPage(const Command& command) {
     ManualPage page = pageOf(name, formOf(command), std::string(command.summary));
     page.command = "tarnwick " + std::string(command.name);
     page.related = {"tarnwick"};
-    std::string_view facts;
+    std::string facts;
     if (command.passesWordsTo) {
         facts = programOf(command);
         page.summary = command.passesWordsTo == &hostForm ? hostSummary : player::playerSummary;

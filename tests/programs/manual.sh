@@ -17,6 +17,7 @@ for variable in $(grep -ho 'getenv("TARNWICK_[A-Z_]*' -r "$PROMISES/../../Tarnwi
     "$PROMISES/../../saver" "$PROMISES/../../player" | sed 's/.*"//' | sort -u); do
     grep -q "^.fB$variable.fR" man1/tarnwick.1 || complain "no $variable in the manual" --manual
 done
+grep -q '^.fBtarnwick..player.fR(1)' man1/tarnwick-play.1 || complain 'tarnwick-play does not refer to tarnwick-player' --manual
 
 : >out
 if command -v man >met; then
