@@ -61,7 +61,8 @@ class Device {
     // Whether the device was lost. Later calls then return null or throw DeviceError.
     bool isLost() const;
     // Makes the device lost, as a driver does after a fault. For tests; the environment variable
-    // TARNWICK_LOSE_DEVICE=N loses each device at its Nth submission.
+    // TARNWICK_LOSE_DEVICE=N loses each device at its Nth submission, N:COUNT the first COUNT
+    // devices.
     void lose();
 
     // The maximum length, in bytes, of a buffer that shaders can read completely.

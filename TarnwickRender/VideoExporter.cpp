@@ -146,6 +146,7 @@ class PictureTask {
     // stop.
     void write(const FrameRange& frames, std::int64_t fps,
                const std::function<void(std::int64_t done)>& goOn) {
+        goOn(0); // the first frame may take minutes
         for (std::int64_t index = frames.first; index < frames.end; ++index) {
             const std::int64_t before = index - frames.first;
             auto buffer = drawn(index, [&] { goOn(before); });
@@ -259,11 +260,11 @@ VideoSettings VideoExporter::videoSettings(const ExportPreset& preset) {
 void VideoExporter::export_(std::span<const ExportSegment> segments, const ExportPreset& preset,
                             gpu::Device& device, const std::filesystem::path& file,
                             const Progress& progress, const ExportDetails& details) {
-    auto ground = std::make_shared<const ExportGround>(
+    const auto first = std::make_shared<const ExportGround>(
         ExportStage{.device = {std::shared_ptr<void>(), &device}, // the caller keeps it
                     .segments = {segments.begin(), segments.end()}},
         preset.fps);
-    const ExportTimeline& timeline = ground->timeline;
+    const ExportTimeline& timeline = first->timeline;
     checkSoundRate(preset.fps);
     for (const ExportSegment& segment : segments)
         if (segment.layout)
@@ -274,13 +275,31 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
     const auto size = PixelSize::of(preset.width, preset.height);
     if (!size)
         cannotStart("a frame has no pixels");
-    PictureGround pictures = pictureGround(ground, preset, *size, details.colorConversion);
+    const auto reopened = [&](std::int64_t frame, ColorConversionPlace conversion) {
+        const auto next = std::make_shared<const ExportGround>(details.reopen(), preset.fps);
+        try {
+            return pictureGround(next, preset, *size, conversion);
+        } catch (const ExportError&) {
+            if (next->stage.device->isLost())
+                throw ExportError(ExportError::DeviceLost{frame});
+            throw;
+        }
+    };
+    PictureGround pictures = [&] {
+        try {
+            return pictureGround(first, preset, *size, details.colorConversion);
+        } catch (const ExportError&) {
+            if (!device.isLost() || !details.reopen)
+                throw;
+        }
+        return reopened(frames.first, details.colorConversion);
+    }();
     settings.source = pictures.textures->source();
     settings.allocate = pictures.textures->allocator();
     const Tracks tracks = startedTracks(timeline, preset, settings, frames, file, details);
 
     ExportState state;
-    state.setGround(ground);
+    state.setGround(pictures.ground);
     auto noteNews = [&] {
         if (pictures.movie->hitLoopBudget())
             state.noteLoopBudget();
@@ -299,16 +318,9 @@ void VideoExporter::export_(std::span<const ExportSegment> segments, const Expor
                                 : ColorConversionPlace::writer;
     PictureTask task(pictures, tracks, state, details, [&](std::int64_t index) {
         noteNews();
-        const auto next = std::make_shared<const ExportGround>(details.reopen(), preset.fps);
-        try {
-            return pictureGround(next, preset, *size, conversion);
-        } catch (const ExportError&) {
-            if (next->stage.device->isLost())
-                throw ExportError(ExportError::DeviceLost{index});
-            throw;
-        }
+        return reopened(index, conversion);
     });
-    SoundTask sound(state, [&, ground] {
+    SoundTask sound(state, [&, ground = pictures.ground] {
         if (tracks.audio != nullptr)
             writeSound(ground, *tracks.audio, *tracks.writer, state, details.patience);
     });

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <utility>
@@ -23,9 +24,17 @@ VkSemaphoreSubmitInfo signalInfo(VkSemaphore semaphore, std::uint64_t value) {
             .stageMask = VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT};
 }
 
+// The submission at which the next device is lost; 0: never. "N", or "N:COUNT" for the first COUNT
+// devices of the process.
 std::uint64_t wantedLoss() {
     const char* wanted = std::getenv("TARNWICK_LOSE_DEVICE");
-    return wanted != nullptr ? std::strtoull(wanted, nullptr, 10) : 0;
+    if (wanted == nullptr)
+        return 0;
+    char* end = nullptr;
+    const std::uint64_t number = std::strtoull(wanted, &end, 10);
+    static std::atomic<std::uint64_t> devices = 0;
+    const bool isSpared = *end == ':' && devices++ >= std::strtoull(end + 1, nullptr, 10);
+    return isSpared ? 0 : number;
 }
 
 VkResult submitTo(VkQueue queue, VkCommandBuffer commands,

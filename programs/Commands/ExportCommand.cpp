@@ -2,6 +2,7 @@
 #include "TarnwickCore/Text/Numbers.h"
 #include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/DrawingDevice.h"
 #include "programs/Episode/EpisodeAudio.h"
 #include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeFile.h"
@@ -140,27 +141,25 @@ std::shared_ptr<FrameInputs> inputsOf(const Request& request,
                                request.audio.file);
 }
 
-// The movie on a device that was opened again.
-ExportStage stageOf(const Request& request) {
-    auto device = drawingDevice();
-    const auto program = programOf(request.episode, *device);
+// The movie on a device.
+ExportSegment segmentOn(gpu::Device& device, const Request& request,
+                        const std::shared_ptr<const ShaderProgram>& program) {
     ExportSegment segment = segmentOf(request, program);
-    segment.inputs = inputsOf(request, program, *device);
-    return {.device = std::move(device), .segments = {std::move(segment)}};
+    segment.inputs = inputsOf(request, program, device);
+    return segment;
 }
 
-Status export_(const Arguments& arguments) {
-    Request request = requestOf(arguments);
-    const auto device = drawingDevice();
-    const auto program = programOf(request.episode, *device);
-    const ChannelSources channels = channelSourcesOf(request.channels, *device);
-    sayLoopStart(request.askedStart, request.start);
+// Finds the loop, and checks what the device makes of the episode.
+ExportSegment firstSegment(gpu::Device& device, Request& request) {
+    const auto program = programOf(request.episode, device);
     if (request.search) {
-        const FoundLoop found = findLoop(program, *device, request.timeline, *request.search,
-                                         request.episode.path, channels);
+        const FoundLoop found =
+            findLoop(program, device, request.timeline, *request.search, request.episode.path,
+                     channelSourcesOf(request.channels, device));
         request.duration = found.length;
         checkChapters(request.chapters, request.duration);
         request.movie.out.say("The loop takes " + loopText(found, request.search->fps) + ".\n");
+        request.search.reset(); // found, whatever happens to the device
     }
     checkSteps(*program, request.start + request.duration, "movies");
     if (request.sound && !request.timeline.performance() &&
@@ -170,13 +169,22 @@ Status export_(const Arguments& arguments) {
                     .values = request.timeline.settings().values,
                     .start = request.start - crossfade,
                     .duration = request.duration + crossfade},
-                   *device);
+                   device);
     }
-    ExportSegment segment = segmentOf(request, program);
-    segment.inputs = inputsOf(request, program, *device);
+    return segmentOn(device, request, program);
+}
+
+Status export_(const Arguments& arguments) {
+    Request request = requestOf(arguments);
+    sayLoopStart(request.askedStart, request.start);
+    DrawingDevice device;
+    const ExportSegment segment =
+        device.with([&](gpu::Device& present) { return firstSegment(present, request); });
     exportMovie({&segment, 1}, request.movie, *device, request.episode.path,
                 {.frames = request.frames, .chapters = request.chapters, .reopen = [&request] {
-                     return stageOf(request);
+                     auto next = drawingDevice();
+                     const auto program = programOf(request.episode, *next);
+                     return ExportStage{next, {segmentOn(*next, request, program)}};
                  }});
     return Status::done;
 }

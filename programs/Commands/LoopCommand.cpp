@@ -3,6 +3,7 @@
 #include "programs/CommandLine/Output.h"
 #include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/DrawingDevice.h"
 #include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodeLoop.h"
@@ -42,14 +43,18 @@ Status loop(const Arguments& arguments) {
     const Episode episode = episodeAt(path);
     const Settings settings = episodeSettingsOf(arguments, episode);
     const NamedChannels named = episodeChannelsOf(arguments, episode);
-    const auto device = drawingDevice();
-    const auto program = programOf(episode, *device);
-    const ChannelSources channels = channelSourcesOf(named, *device);
     sayLoopStart(arguments.numberOf("--start"), search.start);
-    const FoundLoop found = findLoop(program, *device, settings, search, path, channels);
+    FoundLoop found;
+    Picture shown;
+    DrawingDevice().with([&](gpu::Device& device) {
+        const auto program = programOf(episode, device);
+        const ChannelSources channels = channelSourcesOf(named, device);
+        found = findLoop(program, device, settings, search, path, channels);
+        if (seam)
+            shown = seamOf(program, device, settings, search.start, found.length, channels);
+    });
     if (seam)
-        seam->write(
-            pngOf(seamOf(program, *device, settings, search.start, found.length, channels)));
+        seam->write(pngOf(shown));
     if (arguments.has("--json"))
         print(loopJSON(found, search));
     else if (seam)

@@ -2,6 +2,7 @@
 #include "TarnwickCore/Text/TerminalText.h"
 #include "programs/CommandLine/NewFolder.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/DrawingDevice.h"
 #include "programs/Episode/EpisodeAudio.h"
 #include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeFile.h"
@@ -78,17 +79,18 @@ void checkProblems(const ShareUpload& upload, Status status) {
 // An episode that does not compile is an error here, also if nothing is drawn.
 void draw(Request& request, const Arguments& arguments, const PixelSize& size,
           const Settings& settings) {
-    const auto device = drawingDevice();
-    const SharedEpisode shared{.episode = request.episode,
-                               .program = programOf(request.episode, *device),
-                               .size = size,
-                               .settings = settings,
-                               .channels = channelSourcesOf(request.channels, *device),
-                               .audio = request.audio};
-    if (!arguments.has("--thumb"))
-        request.upload.thumb = sharedThumb(shared, *device);
-    if (!arguments.has("--loop"))
-        request.upload.loop = sharedLoop(shared, *device);
+    DrawingDevice().with([&](gpu::Device& device) {
+        const SharedEpisode shared{.episode = request.episode,
+                                   .program = programOf(request.episode, device),
+                                   .size = size,
+                                   .settings = settings,
+                                   .channels = channelSourcesOf(request.channels, device),
+                                   .audio = request.audio};
+        if (!arguments.has("--thumb"))
+            request.upload.thumb = sharedThumb(shared, device);
+        if (!arguments.has("--loop"))
+            request.upload.loop = sharedLoop(shared, device);
+    });
 }
 
 Shared sent(const ShareUpload& upload, const Secret& token, const APIClient& client) {

@@ -1,8 +1,8 @@
 // tarnwick sheet: the stills of many episodes on one picture.
 #include "TarnwickPlatform/Pictures/Halved.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/DrawingDevice.h"
 #include "programs/Episode/EpisodeFile.h"
-#include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Episode/StillSheet.h"
 
@@ -57,13 +57,15 @@ Status sheet(const Arguments& arguments) {
     for (const SheetEpisode& one : episodes)
         labels.push_back(labelOf(one.episode));
     const SheetLayout layout = sheetLayoutOf(arguments, labels);
-    const auto device = drawingDevice();
+    DrawingDevice device;
     std::vector<LabelledPicture> pictures;
     {
         ProgressBar bar("Step");
         for (const SheetEpisode& one : episodes) {
             bar.part(partName("Still", pictures.size(), episodes.size()));
-            pictures.push_back(labelledStill(one, layout, arguments.has("--hear"), *device, bar));
+            pictures.push_back(device.with([&](gpu::Device& present) {
+                return labelledStill(one, layout, arguments.has("--hear"), present, bar);
+            }));
         }
     }
     writeSheet(pictures, layout, out);

@@ -3,7 +3,7 @@
 #include "programs/CommandLine/Output.h"
 #include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
-#include "programs/Episode/EpisodeProgram.h"
+#include "programs/Episode/DrawingDevice.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Episode/EpisodeSound.h"
 #include "programs/Terminal/ProgressBar.h"
@@ -13,12 +13,11 @@
 namespace tarnwick {
 namespace {
 
-std::vector<float> samplesOf(const EpisodeSound& sound) {
-    const auto device = drawingDevice();
-    const auto program = programOf(sound.episode, *device);
+std::vector<float> samplesOf(const EpisodeSound& sound, gpu::Device& device) {
+    const auto program = programOf(sound.episode, device);
     ProgressBar bar("Second");
     bar.doing("Compiling the sound of " + sound.episode.path);
-    const auto check = soundCheckOf(sound, *device);
+    const auto check = soundCheckOf(sound, device);
     SoundNews news;
     news.check = check.get();
     news.advanced = [&](std::int64_t done, std::int64_t total) {
@@ -26,7 +25,7 @@ std::vector<float> samplesOf(const EpisodeSound& sound) {
         bar.show(done / second, (total + second - 1) / second);
     };
     auto samples =
-        AudioRenderer::render(program, *device, sound.start, sound.duration, sound.values, &news);
+        AudioRenderer::render(program, device, sound.start, sound.duration, sound.values, &news);
     if (news.notFinite)
         refuseNotFinite(sound, *news.notFinite);
     if (!samples)
@@ -39,7 +38,10 @@ std::vector<float> samplesOf(const EpisodeSound& sound) {
 
 Status sound(const Arguments& arguments) {
     const Output out = Output::required(arguments, FileKind::wavSound);
-    const auto bytes = AudioRenderer::wavData(samplesOf(episodeSoundOf(arguments, "--start")));
+    const EpisodeSound sound = episodeSoundOf(arguments, "--start");
+    const auto samples =
+        DrawingDevice().with([&](gpu::Device& device) { return samplesOf(sound, device); });
+    const auto bytes = AudioRenderer::wavData(samples);
     out.write({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     return Status::done;
 }

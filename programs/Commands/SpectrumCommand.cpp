@@ -5,8 +5,8 @@
 #include "programs/CommandLine/Output.h"
 #include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/DrawingDevice.h"
 #include "programs/Episode/EpisodePicture.h"
-#include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Episode/EpisodeSound.h"
 #include "programs/Terminal/ProgressBar.h"
@@ -21,11 +21,11 @@ namespace {
 
 class Listener {
   public:
-    explicit Listener(const EpisodeSound& sound) : sound_(sound), device_(drawingDevice()) {
-        tap_ = SoundTap::make(programOf(sound.episode, *device_), *device_);
+    Listener(const EpisodeSound& sound, gpu::Device& device) : sound_(sound) {
+        tap_ = SoundTap::make(programOf(sound.episode, device), device);
         if (!tap_)
             fail();
-        check_ = soundCheckOf(sound, *device_);
+        check_ = soundCheckOf(sound, device);
     }
     // The levels at `time`, after the frames before it.
     std::array<float, 4> levels(double time) {
@@ -51,7 +51,6 @@ class Listener {
         failure("The device could not evaluate the sound of " + sound_.episode.path + ".");
     }
     const EpisodeSound& sound_;
-    std::shared_ptr<gpu::Device> device_;
     std::unique_ptr<SoundTap> tap_;
     std::unique_ptr<SoundCheck> check_;
 };
@@ -95,13 +94,19 @@ Status spectrum(const Arguments& arguments) {
     const auto out = Output::of(arguments, "-o", FileKind::pngPicture);
     const EpisodeSound sound = episodeSoundOf(arguments, "--time");
     const SpectrumLayout layout = layoutOf(arguments);
-    Listener listener(sound);
-    const std::string levels = levelsText(listener.levels(sound.start));
+    std::string levels;
+    SpectrumOverTime drawn;
+    DrawingDevice().with([&](gpu::Device& device) {
+        Listener listener(sound, device);
+        levels = levelsText(listener.levels(sound.start));
+        if (out)
+            drawn = spectrumOf(sound, layout.plotWidth(), listener);
+    });
     if (!out) {
         print(levels);
         return Status::done;
     }
-    out->write(pngOf(spectrumPicture(spectrumOf(sound, layout.plotWidth(), listener), layout)));
+    out->write(pngOf(spectrumPicture(drawn, layout)));
     out->say(levels);
     return Status::done;
 }

@@ -3,11 +3,11 @@
 #include "programs/CommandLine/Output.h"
 #include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/DrawingDevice.h"
 #include "programs/Episode/EpisodeAudio.h"
 #include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodePicture.h"
-#include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSettings.h"
 #include "programs/Episode/EpisodeSound.h"
 #include "programs/Episode/EpisodeTimeline.h"
@@ -73,10 +73,11 @@ Request requestOf(const Arguments& arguments) {
 
 Status still(const Arguments& arguments) {
     Request request = requestOf(arguments);
-    const auto device = drawingDevice();
-    request.frame.channels = channelSourcesOf(request.channels, *device);
-    request.frame.performed = performedSourcesOf(request.performed, *device);
-    const Picture picture = pictureOf(request.frame, *device);
+    const Picture picture = DrawingDevice().with([&](gpu::Device& device) {
+        request.frame.channels = channelSourcesOf(request.channels, device);
+        request.frame.performed = performedSourcesOf(request.performed, device);
+        return pictureOf(request.frame, device);
+    });
     request.out.write(pngOf(picture, request.alpha));
     return Status::done;
 }

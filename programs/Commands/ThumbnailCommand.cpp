@@ -2,6 +2,7 @@
 #include "TarnwickPlatform/Pictures/PNG.h"
 #include "programs/CommandLine/Output.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/DrawingDevice.h"
 #include "programs/Episode/EpisodeFile.h"
 #include "programs/Episode/EpisodePicture.h"
 #include "programs/Episode/EpisodeProgram.h"
@@ -71,7 +72,7 @@ Picture drawnInTime(const EpisodeFrame& frame, const Arguments& arguments) {
     const TimeLimit limit(arguments.numberOf("--limit"),
                           frame.episode.path + " takes longer than " +
                               std::string(arguments.textOf("--limit")) + " seconds to draw.");
-    return pictureOf(frame, *drawingDevice());
+    return DrawingDevice().with([&](gpu::Device& device) { return pictureOf(frame, device); });
 }
 
 Status thumbnail(const Arguments& arguments) {

@@ -4,6 +4,7 @@
 #include "TarnwickPlatform/Pictures/Halved.h"
 #include "programs/CommandLine/Output.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/DrawingDevice.h"
 #include "programs/Episode/EpisodeAudio.h"
 #include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeProgram.h"
@@ -84,11 +85,10 @@ struct Heard {
 std::vector<LabelledPicture> stillsOf(const EpisodeVariations& variations,
                                       std::span<const std::string> labels,
                                       const SheetLayout& layout, const Heard& heard,
-                                      const NamedChannels& named) {
-    const auto device = drawingDevice();
+                                      const NamedChannels& named, gpu::Device& device) {
     ProgressBar bar("Step");
-    const auto program = programOf(variations.episode, *device, bar);
-    const ChannelSources channels = channelSourcesOf(named, *device);
+    const auto program = programOf(variations.episode, device, bar);
+    const ChannelSources channels = channelSourcesOf(named, device);
     std::vector<LabelledPicture> stills;
     StillNews news;
     bool hitLoopBudget = false;
@@ -102,7 +102,7 @@ std::vector<LabelledPicture> stillsOf(const EpisodeVariations& variations,
                                  .hears = heard.isOwn,
                                  .channels = channels,
                                  .audio = heard.file};
-        Picture picture = halved(pictureOf(program, frame, *device, news, bar));
+        Picture picture = halved(pictureOf(program, frame, device, news, bar));
         hitLoopBudget |= news.hitLoopBudget;
         stills.push_back({.picture = std::move(picture), .label = labels[stills.size()]});
     }
@@ -120,7 +120,10 @@ void writeSheetOf(const EpisodeVariations& variations, const Arguments& argument
     if (!heard.file.empty())
         checkHears(variations.episode, "a sound file");
     const NamedChannels channels = episodeChannelsOf(arguments, variations.episode);
-    writeSheet(stillsOf(variations, labels, layout, heard, channels), layout, out);
+    const auto stills = DrawingDevice().with([&](gpu::Device& device) {
+        return stillsOf(variations, labels, layout, heard, channels, device);
+    });
+    writeSheet(stills, layout, out);
 }
 
 // At most one of them is standard output.

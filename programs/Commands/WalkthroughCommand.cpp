@@ -4,6 +4,7 @@
 #include "programs/CommandLine/Output.h"
 #include "programs/CommandLine/Seconds.h"
 #include "programs/Commands/Command.h"
+#include "programs/Episode/DrawingDevice.h"
 #include "programs/Episode/EpisodeAudio.h"
 #include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodePicture.h"
@@ -36,11 +37,11 @@ fs::path pageName(std::int64_t stage, std::size_t page) {
 
 // Each stage at the time of the episode's still, so that the stages show the same moment.
 std::vector<Picture> stillsOf(const EpisodeWalkthrough& walkthrough,
-                              const WalkthroughRenderer& renderer, const fs::path& audio) {
-    const auto device = drawingDevice();
+                              const WalkthroughRenderer& renderer, const fs::path& audio,
+                              gpu::Device& device) {
     ProgressBar bar("Step");
-    const auto programs = programsOf(walkthrough, *device, bar);
-    const ChannelSources channels = channelSourcesOf(walkthrough.channels, *device);
+    const auto programs = programsOf(walkthrough, device, bar);
+    const ChannelSources channels = channelSourcesOf(walkthrough.channels, device);
     const double time = stillTime(walkthrough.episode());
     std::vector<Picture> stills;
     for (std::size_t index = 0; index < programs.size(); ++index) {
@@ -55,7 +56,7 @@ std::vector<Picture> stillsOf(const EpisodeWalkthrough& walkthrough,
                                     .timeline = walkthrough.settings,
                                     .channels = channels,
                                     .audio = audio},
-                                   *device, news, bar));
+                                   device, news, bar));
         bar.hide();
         if (news.hitLoopBudget)
             warnOfLoopBudget(walkthrough.episodes[index].path);
@@ -96,7 +97,8 @@ void writePages(const EpisodeWalkthrough& walkthrough, const WalkthroughRenderer
     const std::vector<Page> pages = pagesOf(stages, folder, arguments);
     checkPages(pages, folder);
     const fs::path audio = episodeAudioOf(arguments).file;
-    const std::vector<Picture> stills = stillsOf(walkthrough, renderer, audio);
+    const std::vector<Picture> stills = DrawingDevice().with(
+        [&](gpu::Device& device) { return stillsOf(walkthrough, renderer, audio, device); });
     std::vector<NewFile> files;
     for (const auto& [stage, page, out] : pages) {
         const auto overlays = renderer.pages(stages[stage], stages.size());

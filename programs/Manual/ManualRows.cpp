@@ -73,7 +73,7 @@ constexpr std::array variables = std::to_array<ManualFact>({
     {"TARNWICK_MSL_DUMP", "A folder, into which the compiler writes its code after each step.", all},
     {"TARNWICK_CHECK_STEPS", "With 1, the compiler checks its code after each step; with all, the SPIR-V too.", all},
     {"TARNWICK_PIECES", "A number N: all work of the GPU is submitted in pieces of about N pixels, vertices or threads. For trials.", all},
-    {"TARNWICK_LOSE_DEVICE", "A number N: each device is lost at its Nth submission, as after a fault of the driver. For trials.", all},
+    {"TARNWICK_LOSE_DEVICE", "A number N: each device is lost at its Nth submission, as after a fault of the driver; N:COUNT: the first COUNT devices are. For trials.", all},
     {"XSCREENSAVER_WINDOW", "The number of the window to show the saver in.", saver},
     {"DISPLAY, WAYLAND_DISPLAY", "The display of the windows.", windows},
     {"XDG_CACHE_HOME, XDG_CONFIG_HOME, XDG_DATA_HOME, XDG_STATE_HOME", "The folders of caches, settings, data and state. Defaults: those of the files below.", all},

@@ -1,5 +1,6 @@
 #include "programs/Movies/VariationsMovie.h"
 
+#include "programs/Episode/DrawingDevice.h"
 #include "programs/Episode/EpisodeAudio.h"
 #include "programs/Episode/EpisodeChannels.h"
 #include "programs/Episode/EpisodeProgram.h"
@@ -41,29 +42,35 @@ VideoChapters exportVariations(const EpisodeVariations& variations, const Argume
     const bool sound = exportSoundOf(arguments, variations.episode) && audio.hasOwn();
     VideoChapters chapters = chaptersOf(variations, movie.preset.fps);
     checkMovieLength(chapters.duration);
-    const auto stageOnDevice = [&] {
-        ExportStage stage{.device = drawingDevice(), .segments = {}};
-        gpu::Device& device = *stage.device;
+    const auto segmentsOn = [&](gpu::Device& device) {
+        std::vector<ExportSegment> segments;
         const auto program = programOf(variations.episode, device);
         const auto inputs = frameInputsOf(
             program, device, movie.preset,
             channelSourcesOf(episodeChannelsOf(arguments, variations.episode), device), audio.file);
         for (const Variation& variation : variations.series)
-            stage.segments.push_back({.program = program,
-                                      .timeline = variations.settingsOf(variation),
-                                      .start = variation.start,
-                                      .duration = variations.duration,
-                                      .watermark = arguments.has("--watermark"),
-                                      .sound = sound,
-                                      .soundFile = movieFileOf(audio, arguments),
-                                      .inputs = inputs});
-        return stage;
+            segments.push_back({.program = program,
+                                .timeline = variations.settingsOf(variation),
+                                .start = variation.start,
+                                .duration = variations.duration,
+                                .watermark = arguments.has("--watermark"),
+                                .sound = sound,
+                                .soundFile = movieFileOf(audio, arguments),
+                                .inputs = inputs});
+        return segments;
     };
-    const ExportStage stage = stageOnDevice();
-    if (sound)
-        checkAllHeard(variations, *stage.device);
-    exportMovie(stage.segments, movie, *stage.device, variations.episode.path,
-                {.chapters = movieChaptersOf(chapters), .reopen = stageOnDevice});
+    DrawingDevice device;
+    const auto segments = device.with([&](gpu::Device& present) {
+        auto made = segmentsOn(present);
+        if (sound)
+            checkAllHeard(variations, present);
+        return made;
+    });
+    exportMovie(segments, movie, *device, variations.episode.path,
+                {.chapters = movieChaptersOf(chapters), .reopen = [&] {
+                     auto next = drawingDevice();
+                     return ExportStage{next, segmentsOn(*next)};
+                 }});
     return chapters;
 }
 

@@ -5,6 +5,7 @@
 #include "TarnwickRender/SoundFileTap.h"
 #include "TarnwickRender/SoundTap.h"
 #include "programs/CommandLine/CommandError.h"
+#include "programs/Episode/DrawingDevice.h"
 #include "programs/Episode/EpisodeAudio.h"
 #include "programs/Episode/EpisodeProgram.h"
 #include "programs/Episode/EpisodeSound.h"
@@ -105,9 +106,8 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
                            .halfFrame = 0.5 / static_cast<double>(preset.fps),
                            .device = device};
     };
-    const auto stageOnDevice = [&] {
-        ExportStage made{.device = drawingDevice(), .segments = {}};
-        gpu::Device& device = *made.device;
+    const auto segmentsOn = [&](gpu::Device& device) {
+        std::vector<ExportSegment> made;
         const auto programs = [&] {
             ProgressBar bar("");
             return programsOf(walkthrough, device, bar);
@@ -125,30 +125,35 @@ void exportWalkthrough(const EpisodeWalkthrough& walkthrough, const Arguments& a
         for (std::size_t stage = 0; stage < stages.size(); ++stage) {
             if (stages[stage].pages.empty())
                 continue;
-            made.segments.push_back(
-                {.program = programs[stage],
-                 .timeline = walkthrough.settings,
-                 .start = staged.startOf(stage),
-                 .duration = timeline.duration(static_cast<std::int64_t>(stage)),
-                 .watermark = arguments.has("--watermark"),
-                 .sound = sound,
-                 .soundFile = movieFileOf(audio, arguments),
-                 .layout = staged.layoutOf(stage),
-                 .soundProgram = programs.back(),
-                 .inputs = inputs});
+            made.push_back({.program = programs[stage],
+                            .timeline = walkthrough.settings,
+                            .start = staged.startOf(stage),
+                            .duration = timeline.duration(static_cast<std::int64_t>(stage)),
+                            .watermark = arguments.has("--watermark"),
+                            .sound = sound,
+                            .soundFile = movieFileOf(audio, arguments),
+                            .layout = staged.layoutOf(stage),
+                            .soundProgram = programs.back(),
+                            .inputs = inputs});
         }
         return made;
     };
-    const ExportStage first = stageOnDevice();
-    const StagedMovie staged = stagedOn(*first.device);
-    if (sound)
-        checkHeard({.episode = walkthrough.episode(),
-                    .values = walkthrough.settings.values,
-                    .start = staged.start,
-                    .duration = timeline.total()},
-                   *first.device);
-    exportMovie(first.segments, movie, *first.device, walkthrough.episode().path,
-                {.chapters = chaptersOf(staged), .reopen = stageOnDevice});
+    DrawingDevice device;
+    const auto segments = device.with([&](gpu::Device& present) {
+        auto made = segmentsOn(present);
+        if (sound)
+            checkHeard({.episode = walkthrough.episode(),
+                        .values = walkthrough.settings.values,
+                        .start = arguments.numberOf("--start"),
+                        .duration = timeline.total()},
+                       present);
+        return made;
+    });
+    exportMovie(segments, movie, *device, walkthrough.episode().path,
+                {.chapters = chaptersOf(stagedOn(*device)), .reopen = [&] {
+                     auto next = drawingDevice();
+                     return ExportStage{next, segmentsOn(*next)};
+                 }});
 }
 
 } // namespace tarnwick

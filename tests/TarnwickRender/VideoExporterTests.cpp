@@ -375,7 +375,7 @@ TEST_F(Exporting, endsWhenTheProgressIsToldToStop) {
     };
     const ExportSegment sounding = soundingSegment(10);
     EXPECT_EQ(exported({sounding}), "Export cancelled.");
-    EXPECT_EQ(told, std::vector<std::int64_t>{1});
+    EXPECT_EQ(told, (std::vector<std::int64_t>{0, 1}));
     EXPECT_FALSE(recording.isFinished);
 }
 
@@ -442,6 +442,23 @@ TEST_F(Exporting, goesOnAfterTheDeviceWasLost) {
     EXPECT_EQ(recording.samples, undisturbed.samples);
     for (std::size_t at = 0; at < undisturbed.pictures.size(); ++at)
         ASSERT_EQ(recording.pictures.at(at), undisturbed.pictures[at]) << at;
+}
+
+TEST_F(Exporting, opensTheDeviceAgainThatWasLostBefore) {
+    const auto segments = [&] { return std::vector{segment(passing, 0, 1)}; };
+    const std::shared_ptr<gpu::Device> kept = device;
+    const std::vector<ExportSegment> first = segments();
+    EXPECT_EQ(exported(first), "");
+    const Recording undisturbed = std::exchange(recording, {});
+    device->lose();
+    EXPECT_EQ(exported(first), "Export could not start: no command queue");
+    recording = {};
+    const auto reopen = [&] {
+        device = gpu::Device::systemDefault();
+        return ExportStage{.device = device, .segments = segments()};
+    };
+    EXPECT_EQ(exported(first, {.reopen = reopen}), "");
+    EXPECT_EQ(recording.pictures, undisturbed.pictures);
 }
 
 TEST_F(Exporting, endsIfTheDeviceIsLostAgainAtTheSameFrame) {
