@@ -51,9 +51,11 @@ int descriptorOf(const fuse_file_info* file) {
     return static_cast<int>(file->fh);
 }
 
-int onGetattr(const char* path, struct stat* status, fuse_file_info*) {
+int onGetattr(const char* path, struct stat* status, fuse_file_info* file) {
     if (!delay())
         return -EINTR;
+    if (file != nullptr)
+        return answer(fstat(descriptorOf(file), status));
     return answer(lstat(placeOf(path).c_str(), status));
 }
 
@@ -66,17 +68,30 @@ int onReadlink(const char* path, char* to, std::size_t size) {
     return length < 0 ? -errno : 0;
 }
 
-int onReaddir(const char* path, void* to, fuse_fill_dir_t fill, off_t, fuse_file_info*,
-              fuse_readdir_flags) {
+DIR* folderOf(const fuse_file_info* file) {
+    return reinterpret_cast<DIR*>(file->fh);
+}
+
+int onOpendir(const char* path, fuse_file_info* file) {
     if (!delay())
         return -EINTR;
     DIR* const folder = opendir(placeOf(path).c_str());
-    if (folder == nullptr)
-        return -errno;
-    while (const dirent* entry = ::readdir(folder))
+    file->fh = reinterpret_cast<std::uint64_t>(folder);
+    return folder == nullptr ? -errno : 0;
+}
+
+int onReaddir(const char*, void* to, fuse_fill_dir_t fill, off_t, fuse_file_info* file,
+              fuse_readdir_flags) {
+    if (!delay())
+        return -EINTR;
+    rewinddir(folderOf(file));
+    while (const dirent* entry = ::readdir(folderOf(file)))
         fill(to, entry->d_name, nullptr, 0, static_cast<fuse_fill_dir_flags>(0));
-    closedir(folder);
     return 0;
+}
+
+int onReleasedir(const char*, fuse_file_info* file) {
+    return answer(closedir(folderOf(file)));
 }
 
 int onMkdir(const char* path, mode_t mode) {
@@ -109,15 +124,19 @@ int onRename(const char* from, const char* to, unsigned flags) {
     return answer(renameat2(AT_FDCWD, placeOf(from).c_str(), AT_FDCWD, placeOf(to).c_str(), flags));
 }
 
-int onChmod(const char* path, mode_t mode, fuse_file_info*) {
+int onChmod(const char* path, mode_t mode, fuse_file_info* file) {
     if (!delay())
         return -EINTR;
+    if (file != nullptr)
+        return answer(fchmod(descriptorOf(file), mode));
     return answer(::chmod(placeOf(path).c_str(), mode));
 }
 
-int onTruncate(const char* path, off_t size, fuse_file_info*) {
+int onTruncate(const char* path, off_t size, fuse_file_info* file) {
     if (!delay())
         return -EINTR;
+    if (file != nullptr)
+        return answer(ftruncate(descriptorOf(file), size));
     return answer(::truncate(placeOf(path).c_str(), size));
 }
 
@@ -172,9 +191,11 @@ int onAccess(const char* path, int mode) {
     return answer(::access(placeOf(path).c_str(), mode));
 }
 
-int onUtimens(const char* path, const timespec times[2], fuse_file_info*) {
+int onUtimens(const char* path, const timespec times[2], fuse_file_info* file) {
     if (!delay())
         return -EINTR;
+    if (file != nullptr)
+        return answer(futimens(descriptorOf(file), times));
     return answer(utimensat(AT_FDCWD, placeOf(path).c_str(), times, AT_SYMLINK_NOFOLLOW));
 }
 
@@ -192,12 +213,18 @@ int main(int count, char** words) {
     operations.init = [](fuse_conn_info*, fuse_config* config) -> void* {
         config->intr = 1;
         config->intr_signal = SIGUSR1; // to the thread of the call
+        // Otherwise libfuse keeps a path locked while a file of that path is closed, which no
+        // signal interrupts, and unlink() waits for it.
+        config->nullpath_ok = 1;
+        config->hard_remove = 1;
         std::signal(SIGUSR1, [](int) {});
         return nullptr;
     };
     operations.getattr = onGetattr;
     operations.readlink = onReadlink;
+    operations.opendir = onOpendir;
     operations.readdir = onReaddir;
+    operations.releasedir = onReleasedir;
     operations.mkdir = onMkdir;
     operations.unlink = onUnlink;
     operations.rmdir = onRmdir;

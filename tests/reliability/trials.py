@@ -122,7 +122,10 @@ class Program:
             return True
         except subprocess.TimeoutExpired:
             self.process.kill()
-            self.process.wait()
+            try:
+                self.process.wait(GRACE)
+            except subprocess.TimeoutExpired:
+                pass  # it waits in the kernel for a file system
             return False
         finally:
             self.seconds = time.monotonic() - self.began
