@@ -2,6 +2,7 @@
 
 #include "TarnwickGPU/Commands/ResourceTable.h"
 #include "TarnwickGPU/Device/BindingLayout.h"
+#include "TarnwickGPU/Vulkan/MemoryBarrier.h"
 
 #include <algorithm>
 
@@ -145,26 +146,13 @@ bool resolves(const RenderingRecord& rendering) {
 }
 
 void resolve(const CommandTarget& target, const RenderingRecord& rendering) {
-    waitForAll(target.handle);
+    recordMemoryBarrier(target.handle);
     RenderingRecord again = rendering;
     for (std::uint32_t n = 0; n < again.colorCount; ++n)
         again.colors[n].loadOp = VK_ATTACHMENT_LOAD_OP_LOAD;
     again.depth.loadOp = VK_ATTACHMENT_LOAD_OP_LOAD;
     begin(target.handle, again);
     vkCmdEndRendering(target.handle);
-}
-
-void waitForAll(VkCommandBuffer commands) {
-    const VkMemoryBarrier2 memory{.sType = VK_STRUCTURE_TYPE_MEMORY_BARRIER_2,
-                                  .srcStageMask = VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT,
-                                  .srcAccessMask = VK_ACCESS_2_MEMORY_WRITE_BIT,
-                                  .dstStageMask = VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT,
-                                  .dstAccessMask =
-                                      VK_ACCESS_2_MEMORY_READ_BIT | VK_ACCESS_2_MEMORY_WRITE_BIT};
-    const VkDependencyInfo info{.sType = VK_STRUCTURE_TYPE_DEPENDENCY_INFO,
-                                .memoryBarrierCount = 1,
-                                .pMemoryBarriers = &memory};
-    vkCmdPipelineBarrier2(commands, &info);
 }
 
 } // namespace tarnwick::gpu

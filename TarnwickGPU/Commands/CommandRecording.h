@@ -25,7 +25,4 @@ void beginRendering(const CommandTarget& target, const RenderingRecord& renderin
 void resolve(const CommandTarget& target, const RenderingRecord& rendering);
 bool resolves(const RenderingRecord& rendering);
 
-// What follows waits for everything before it and sees its stores.
-void waitForAll(VkCommandBuffer commands);
-
 } // namespace tarnwick::gpu

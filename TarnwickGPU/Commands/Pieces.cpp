@@ -1,5 +1,7 @@
 #include "TarnwickGPU/Commands/Pieces.h"
 
+#include "TarnwickGPU/Vulkan/MemoryBarrier.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -130,7 +132,7 @@ std::optional<PiecewiseWork::Piece> Pieces::next(WorkLeft left) {
 void Pieces::start() {
     if (std::exchange(isFirst_, false))
         return;
-    waitForAll(handle_);
+    recordMemoryBarrier(handle_);
     std::array<std::size_t, kinds> indices;
     std::size_t count = 0;
     for (const auto& index : state_)

@@ -1,6 +1,7 @@
 #include "TarnwickGPU/Resources/Transfers.h"
 
 #include "TarnwickGPU/Vulkan/Graveyard.h"
+#include "TarnwickGPU/Vulkan/MemoryBarrier.h"
 #include "TarnwickGPU/Vulkan/Submissions.h"
 
 #include <algorithm>
@@ -12,22 +13,6 @@ namespace {
 
 constexpr VkDeviceSize leastStaging = 65536;
 constexpr std::size_t mostSlots = 32; // jobs in flight
-
-// A barrier between the job and the commands before or after it, and the CPU's reads of staging
-// memory.
-void waitForAll(VkCommandBuffer commands, VkPipelineStageFlags2 before,
-                VkPipelineStageFlags2 after) {
-    const VkMemoryBarrier2 barrier{.sType = VK_STRUCTURE_TYPE_MEMORY_BARRIER_2,
-                                   .srcStageMask = before,
-                                   .srcAccessMask = VK_ACCESS_2_MEMORY_WRITE_BIT,
-                                   .dstStageMask = after,
-                                   .dstAccessMask =
-                                       VK_ACCESS_2_MEMORY_READ_BIT | VK_ACCESS_2_MEMORY_WRITE_BIT};
-    const VkDependencyInfo info{.sType = VK_STRUCTURE_TYPE_DEPENDENCY_INFO,
-                                .memoryBarrierCount = 1,
-                                .pMemoryBarriers = &barrier};
-    vkCmdPipelineBarrier2(commands, &info);
-}
 
 } // namespace
 
@@ -67,8 +52,9 @@ std::optional<std::uint64_t> Transfers::submit(const Record& record, Slot* slot)
     if (!slot || vkBeginCommandBuffer(slot->commands, &begin) != VK_SUCCESS)
         return std::nullopt;
     record(slot->commands);
-    waitForAll(slot->commands, VK_PIPELINE_STAGE_2_ALL_TRANSFER_BIT,
-               VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT | VK_PIPELINE_STAGE_2_HOST_BIT);
+    // Before the commands that follow, and the CPU's reads of staging memory.
+    recordMemoryBarrier(slot->commands, VK_PIPELINE_STAGE_2_ALL_TRANSFER_BIT,
+                        VK_PIPELINE_STAGE_2_ALL_COMMANDS_BIT | VK_PIPELINE_STAGE_2_HOST_BIT);
     if (vkEndCommandBuffer(slot->commands) != VK_SUCCESS)
         return std::nullopt;
     const auto number = submissions_.submit(Lane::pictures, slot->commands);
