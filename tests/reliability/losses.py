@@ -100,7 +100,8 @@ def devices(options):
         isFilm = output.place.endswith(".mp4")
         goesOn = 0
         for trial in range(options.trials):
-            number = trial + 1 if not isFilm or trial < 10 else made.dice.randrange(11, FRAMES)
+            isRandom = isFilm and trial >= options.trials // 2
+            number = made.dice.randrange(trial + 1, FRAMES) if isRandom else trial + 1
             made.begin(f"lost at submission {number}")
             program = run(output, box, options.programs, f"{number}:1")
             made.checkEnd(program, 60, (0,))
