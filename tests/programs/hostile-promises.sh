@@ -21,10 +21,11 @@ unsafe() {
         '\302[\200-\237]|\342\200[\216\217\250-\256]|\342\201[\246-\251]|\330\234')"
 }
 
-# harmless WORD...: tarnwick WORD... ends by itself within 11 seconds, prints neither control characters
-# nor marks of writing direction, and leaves no process and no temporary file. Sets `met` to its status.
+# harmless WORD...: tarnwick WORD... ends by itself within 11 seconds, or more where TARNWICK_PATIENCE
+# says that checks make programs slow, prints neither control characters nor marks of writing
+# direction, and leaves no process and no temporary file. Sets `met` to its status.
 harmless() {
-    timeout 11 "$TARNWICK" "$@" >out 2>err </dev/null
+    timeout $((11 * ${TARNWICK_PATIENCE:-1})) "$TARNWICK" "$@" >out 2>err </dev/null
     met=$?
     [ "$met" -le 2 ] || complain "status $met" "$@"
     unsafe out err && complain 'control characters' "$@"
