@@ -35,6 +35,10 @@ Parsed parse(std::string_view source, const StandardLibrary& library, llvm::LLVM
     if (!session || !session->takes(options))
         session = std::make_unique<Session>(files, options.moreWarningsIn);
     addTime(options.times, "library");
+    Parsed parsed = session->parse(source, context, options);
+    if (!parsed.failed || !session->hasGuessed())
+        return parsed;
+    session = std::make_unique<Session>(files, options.moreWarningsIn);
     return session->parse(source, context, options);
 }
 

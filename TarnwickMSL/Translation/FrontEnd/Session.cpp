@@ -156,6 +156,7 @@ Parsed Session::parse(std::string_view source, llvm::LLVMContext& context,
     start(source);
     addTime(options.times, "set-up");
     parseInto(parsed, context, options);
+    isGuess = std::exchange(isUsed, true) && compiler.clang().getSema().TyposCorrected > 0;
     isUntidy = true;
     finish(parsed);
     textBytes += source.size();

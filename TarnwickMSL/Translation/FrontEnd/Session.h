@@ -41,6 +41,9 @@ class Session {
     // Whether it can take any text: another program, or the last one with other numbers.
     bool isOpen() const { return !isOver || last; }
     Parsed parse(std::string_view source, llvm::LLVMContext& context, const ParseOptions& options);
+    // Whether the last program has a name that it does not declare, and Clang looked for similar
+    // ones in types that programs before it have read too.
+    bool hasGuessed() const { return isGuess; }
     clang::Preprocessor& preprocessor() { return compiler.clang().getPreprocessor(); }
     // Removes the names of the last program. Before the next call of `takes`, and best when nobody
     // waits.
@@ -60,6 +63,7 @@ class Session {
     std::vector<clang::TypedefNameDecl*> vectorTypes;  // of the library; Clang reports them once
     clang::NamespaceDecl* standardNamespace = nullptr; // of the library; the same
     bool isBegun = false, isOver = false;
+    bool isUsed = false, isGuess = false;
     bool isUntidy = false;     // the names of the last program are there
     std::size_t textBytes = 0; // of all programs
     struct Last {

@@ -87,6 +87,7 @@ class TypedWalk {
 
     void takeBytes(std::int64_t bytes, const DataLayout& layout);
     bool begins(Type* with) const;
+    bool isOf(Type* element) const;
 };
 
 void TypedWalk::take(const GEPOperator& step, const DataLayout& layout) {
@@ -96,7 +97,8 @@ void TypedWalk::take(const GEPOperator& step, const DataLayout& layout) {
     if (isOfBytes && step.accumulateConstantOffset(layout, bytes))
         return takeBytes(bytes.getSExtValue(), layout);
     const bool isMove = !first || !first->isZero();
-    const bool isInto = !isOfBytes && begins(step.getSourceElementType()) && (isFirst_ || !isMove);
+    Type* with = step.getSourceElementType();
+    const bool isInto = !isOfBytes && (isMove ? isFirst_ && isOf(with) : begins(with));
     isFirst_ = false;
     type_ = isInto ? step.getResultElementType() : nullptr;
 }
@@ -133,6 +135,17 @@ bool TypedWalk::begins(Type* with) const {
             type = type->isArrayTy() ? type->getArrayElementType() : nullptr;
     }
     return type;
+}
+
+// Whether a move by elements of the type stays in the place's own array. Elements of an array in it
+// would lead from one such array into the next.
+bool TypedWalk::isOf(Type* element) const {
+    Type* type = type_;
+    while (type && type != element && type->isStructTy() && type->getStructNumElements() &&
+           element->isAggregateType())
+        type = type->getStructElementType(0);
+    return type &&
+           (type == element || (type->isArrayTy() && type->getArrayElementType() == element));
 }
 
 } // namespace

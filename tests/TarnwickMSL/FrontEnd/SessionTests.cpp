@@ -181,5 +181,13 @@ TEST(Session, forgetsWhatAProgramDeclares) {
     }
 }
 
+// Clang looks for a misspelt name in all types that were read, also by programs before.
+TEST(Session, guessesNamesAsForAProgramAlone) {
+    const std::string misspelt = kernel("float f(float x) { levels.first = x; return x; }", "");
+    const std::string expected = alone(misspelt).code;
+    alone(kernel("", "out[i] = quad_sum(int(i));"));
+    EXPECT_EQ(result(misspelt).code, expected);
+}
+
 } // namespace
 } // namespace tarnwick::msl

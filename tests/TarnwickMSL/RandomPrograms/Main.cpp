@@ -1,7 +1,8 @@
-// random-programs --seeds A..B [--one-stage] [--native COMPILER]: runs random programs natively and
-// on the GPU, and counts those that agree. With --one-stage even seeds run in a kernel only, odd
-// ones in a fragment function only. The native side is compiled here, in batches, by COMPILER
-// (default: the compiler that built this program).
+// random-programs --seeds A..B [--one-stage] [--words] [--native COMPILER]: runs random programs
+// natively and on the GPU, and counts those that agree. With --one-stage even seeds run in a kernel
+// only, odd ones in a fragment function only. The native side is compiled here, in batches, by
+// COMPILER (default: the compiler that built this program). With --words the GPU's side is compiled
+// as for a device without small and long types.
 //
 // random-programs --program FILE: the same for the text of one program, as
 // `random-programs-text shared N..N` prints it.
@@ -61,7 +62,7 @@ class TemporaryFolder {
 struct Options {
     Seeds range;
     std::filesystem::path program; // instead of seeds
-    bool isOneStage = false;
+    bool isOneStage = false, hasOnlyWords = false;
     std::string compiler = TARNWICK_NATIVE_COMPILER;
 };
 
@@ -74,6 +75,8 @@ std::optional<Options> optionsOf(std::span<char*> arguments) {
         const bool hasValue = i + 1 < arguments.size();
         if (word == "--one-stage") {
             options.isOneStage = true;
+        } else if (word == "--words") {
+            options.hasOnlyWords = true;
         } else if (word == "--program" && hasValue) {
             options.program = arguments[++i];
         } else if (word == "--native" && hasValue) {
@@ -108,11 +111,20 @@ NativeLibrary compiled(const std::vector<std::string>& bodies, const Options& op
     return NativeLibrary(dlopen((stem + ".so").c_str(), RTLD_NOW | RTLD_LOCAL));
 }
 
+std::shared_ptr<Trial> trialFor(const Options& options) {
+    auto trial = Trial::make();
+    if (!trial || !options.hasOnlyWords)
+        return trial;
+    tarnwick::msl::Target target = trial->target();
+    target.hasFloat16 = target.hasInt8 = target.hasInt16 = target.hasInt64 = false;
+    return Trial::make(target);
+}
+
 // Runs in a child.
 Check start(NativeTrial native, const std::vector<std::string>& bodies, std::uint64_t first,
-            bool isOneStage) {
-    std::shared_ptr<Trial> trial = Trial::make();
-    return [trial, native, &bodies, first, isOneStage](std::uint64_t seed) {
+            const Options& options) {
+    const std::shared_ptr<Trial> trial = trialFor(options);
+    return [trial, native, &bodies, first, isOneStage = options.isOneStage](std::uint64_t seed) {
         const bool isEven = seed % 2 == 0;
         const Stages stages{.kernel = isEven || !isOneStage, .fragment = !isEven || !isOneStage};
         return trial ? trial->difference(bodies[seed - first], seed - first, native, stages)
@@ -134,7 +146,7 @@ std::optional<std::uint64_t> agreeing(Seeds seeds, const Options& options,
     const auto native = reinterpret_cast<decltype(&nativeTrial)>(symbol);
     std::uint64_t count = 0;
     watch(
-        seeds, limit, [&] { return start(native, bodies, seeds.first, options.isOneStage); },
+        seeds, limit, [&] { return start(native, bodies, seeds.first, options); },
         [&](const Heard& heard) {
             count += heard.line.empty() ? 1 : 0;
             if (!heard.line.empty())
@@ -189,9 +201,10 @@ int main(int count, char** arguments) {
     const auto options =
         optionsOf(std::span(arguments + 1, static_cast<std::size_t>(std::max(count - 1, 0))));
     if (!options) {
-        std::fputs("Use: random-programs --seeds FIRST..LAST [--one-stage] [--native COMPILER]\n"
-                   "     random-programs --program FILE [--one-stage] [--native COMPILER]\n",
-                   stderr);
+        std::fputs(
+            "Use: random-programs --seeds FIRST..LAST [--one-stage] [--words] [--native COMPILER]\n"
+            "     random-programs --program FILE [--one-stage] [--words] [--native COMPILER]\n",
+            stderr);
         return 2;
     }
     return run(*options);

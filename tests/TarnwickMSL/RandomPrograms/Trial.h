@@ -32,6 +32,7 @@ class Trial {
     // Null without a device. Programs are compiled for the target, by default the device's own.
     static std::unique_ptr<Trial> make(std::optional<msl::Target> target = {});
     const gpu::DeviceInfo& device() const { return device_->info(); }
+    const msl::Target& target() const { return target_; }
 
     // Runs a program's text; see Metal.h.
     Outcome run(const std::string& body, Stages stages = {});
