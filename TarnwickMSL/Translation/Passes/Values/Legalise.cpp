@@ -28,7 +28,7 @@ static Value* expandClass(IRBuilder<>& builder, IntrinsicInst& call) {
     Type* scalar = value->getType()->getScalarType();
     unsigned bits = scalar->getScalarSizeInBits();
     const fltSemantics& form = scalar->getFltSemantics();
-    Type* type = value->getType()->getWithNewBitWidth(bits);
+    Type* type = value->getType()->getWithNewType(builder.getIntNTy(bits));
     auto number = [&](const APInt& constant) { return ConstantInt::get(type, constant); };
     APInt infinity = APFloat::getInf(form).bitcastToAPInt();
     APInt smallestNormal = APFloat::getSmallestNormalized(form).bitcastToAPInt();
