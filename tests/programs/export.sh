@@ -128,7 +128,7 @@ grep -q '^tarnwick: Writing the video failed: File too large$' err || complain '
 "$TARNWICK" export s.metal -o a.mp4 --duration 60 2>err &
 process=$!
 tries=0
-until ls a.mp4.*partial >out 2>&1 || [ $tries = 100 ]; do
+until ls a.mp4.*partial >out 2>&1 || [ "$tries" = $((100 * ${TARNWICK_PATIENCE:-1})) ]; do
     sleep 0.1
     tries=$((tries + 1))
 done
