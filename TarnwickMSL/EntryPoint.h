@@ -46,8 +46,11 @@ enum class ResourceKind : std::uint8_t {
     constantSampler,       // a constexpr sampler of the program; `samplerState` is its state
     colorInput,            // the colour so far at the pixel, of the colour attachment `index`
     accelerationStructure, // an acceleration structure, with the index of buffer(n)
-    loopReport,     // one 32-bit word: set to 1 by an invocation that ran out of its loop budget
-    bufferAddresses // `size` / 8 addresses of 64 bits: of the buffers with the indices from 0 on
+    loopReport,      // one 32-bit word: set to 1 by an invocation that ran out of its loop budget
+    bufferAddresses, // `size` / 8 addresses of 64 bits: of the buffers with the indices from 0 on
+    gridSize,        // of WGSL: a uniform buffer with the members of GridMember, `size` bytes
+    viewportSize // of WGSL: a uniform buffer with the viewport's width and height in pixels, two
+                 // floats; of a vertex function that writes a point's size
 };
 
 enum class TextureShape : std::uint8_t {
@@ -87,6 +90,7 @@ struct Resource {
     bool isAtomic = false;     // storageTexture: has atomic operations, on texels of one component
     bool countsLevels = false; // sampledTexture: only its levels are counted
     std::uint64_t samplerState = 0; // see SamplerBits.h; for an argument: only bit `compares`
+    std::string format;             // storageTexture of WGSL: its texel format, as WGSL spells it
 
     bool operator==(const Resource&) const = default;
 };
@@ -130,6 +134,12 @@ inline constexpr std::uint32_t loopBudgetConstant = 0; // uint: iterations befor
 inline constexpr std::array<std::uint32_t, 3> threadgroupSizeConstants{1, 2, 3}; // kernels
 inline constexpr std::uint32_t viewCountConstant = 4;   // uint: views of a render pass
 inline constexpr std::uint32_t sampleCountConstant = 5; // uint: samples of a pixel
+// bool, of WGSL: whether a vertex function with [[point_size]] draws points. A point of WebGPU has
+// one pixel. So a host draws six vertices of a triangle list for each point, and the function moves
+// them to the corners of a square; vertex_id is a sixth of the index. Default: true.
+inline constexpr std::uint32_t drawsPointsConstant = 6;
+// The location of [[point_coord]] in WGSL.
+inline constexpr std::uint32_t pointCoordinateLocation = 15;
 
 // uint: bytes of the threadgroup memory that the kernel's argument [[threadgroup(index)]] points
 // to.
@@ -166,10 +176,21 @@ constexpr std::uint32_t functionConstantPresence(std::uint32_t index) {
     return 256 + 8 * index + 4;
 }
 
+// An override constant of a WGSL text. Its number is that of the specialisation constant with the
+// same meaning. A pipeline may set those that the text declares, and no others.
+struct Override {
+    std::uint32_t id = 0;
+    std::string name;
+    Scalar scalar = Scalar::uint32; // bool_, int32, uint32 or float_
+
+    bool operator==(const Override&) const = default;
+};
+
 struct EntryPoint {
     std::string name; // as the source spells it; the module's own entry point is named "main"
     Stage stage = Stage::fragment;
-    std::vector<std::uint32_t> words; // SPIR-V 1.6 for Vulkan 1.3
+    std::vector<std::uint32_t> words; // SPIR-V 1.6 for Vulkan 1.3; empty for WGSL
+    std::string text;                 // WGSL; empty for SPIR-V
     std::vector<Resource> resources;  // by binding, ascending
     bool usesLoopBudget = false;      // some loop has no bound that the compiler can prove
     // The fragment function uses Vulkan's standard sample positions (standardSampleLocations).
@@ -195,6 +216,9 @@ struct EntryPoint {
     bool isShapedByConstants = false;
     bool storesByAddress = false;        // through pointers that are no argument of the function
     std::vector<ArgumentMember> members; // of all argument buffers
+    // Of WGSL. All resources are in group 0.
+    std::vector<Override> overrides;   // by number, ascending
+    std::vector<std::string> features; // of WebGPU that the device must have: "subgroups"
 
     bool operator==(const EntryPoint&) const = default;
 };

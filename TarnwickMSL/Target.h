@@ -1,9 +1,19 @@
 // What code is made for: features of the device that it may require, and whether it is optimised.
 #pragma once
 
+#include <cstdint>
+
 namespace tarnwick::msl {
 
+// The language of the code that is made.
+enum class Language : std::uint8_t {
+    spirv, // SPIR-V 1.6 for Vulkan 1.3
+    wgsl   // text in the WebGPU Shading Language
+};
+
 struct Target {
+    Language language = Language::spirv;
+
     // Sums of floats in buffers are one instruction (VK_EXT_shader_atomic_float); otherwise a loop
     // of compare-exchanges, as in threadgroup memory on all devices.
     bool addsFloatsInBuffers = false;
@@ -40,5 +50,18 @@ struct Target {
 
     bool operator==(const Target&) const = default;
 };
+
+// The target of WebGPU without optional types. Integers of 8, 16 and 64 bits and halves are computed
+// in words and floats; WGSL has no pointers in buffers, no mesh functions and no logs.
+constexpr Target wgslTarget() {
+    return {.language = Language::wgsl,
+            .followsAddresses = false,
+            .hasMeshFunctions = false,
+            .specialisesUniforms = false,
+            .hasFloat16 = false,
+            .hasInt8 = false,
+            .hasInt16 = false,
+            .hasInt64 = false};
+}
 
 } // namespace tarnwick::msl

@@ -12,6 +12,9 @@ namespace {
 constexpr Stage lastOf(Stage) {
     return Stage::mesh;
 }
+constexpr Language lastOf(Language) {
+    return Language::wgsl;
+}
 constexpr PatchKind lastOf(PatchKind) {
     return PatchKind::quad;
 }
@@ -19,7 +22,7 @@ constexpr Scalar lastOf(Scalar) {
     return Scalar::uint64;
 }
 constexpr ResourceKind lastOf(ResourceKind) {
-    return ResourceKind::bufferAddresses;
+    return ResourceKind::viewportSize;
 }
 constexpr TextureShape lastOf(TextureShape) {
     return TextureShape::cubeArray;
@@ -141,7 +144,7 @@ requires std::is_same_v<std::remove_const_t<Record>, Resource>
 void fields(Record& r, Bytes& bytes) {
     bytes(r.kind), bytes(r.index), bytes(r.binding), bytes(r.size), bytes(r.isWritten);
     bytes(r.shape), bytes(r.component), bytes(r.isDepth), bytes(r.level), bytes(r.isAtomic);
-    bytes(r.countsLevels), bytes(r.samplerState);
+    bytes(r.countsLevels), bytes(r.samplerState), bytes(r.format);
 }
 
 template <class Record, class Bytes>
@@ -177,6 +180,12 @@ void fields(Record& m, Bytes& bytes) {
 }
 
 template <class Record, class Bytes>
+requires std::is_same_v<std::remove_const_t<Record>, Override>
+void fields(Record& o, Bytes& bytes) {
+    bytes(o.id), bytes(o.name), bytes(o.scalar);
+}
+
+template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, EntryPoint>
 void fields(Record& e, Bytes& bytes) {
     bytes(e.name), bytes(e.stage), bytes(e.words), bytes(e.resources), bytes(e.usesLoopBudget);
@@ -186,7 +195,8 @@ void fields(Record& e, Bytes& bytes) {
     bytes(e.threadgroupPointers), bytes(e.mostThreads), bytes(e.attributes), bytes(e.patch);
     bytes(e.controlPoints);
     bytes(e.constants), bytes(e.isShapedByConstants);
-    bytes(e.storesByAddress), bytes(e.members);
+    bytes(e.storesByAddress), bytes(e.members), bytes(e.text), bytes(e.overrides);
+    bytes(e.features);
 }
 
 template <class Record, class Bytes>
@@ -243,7 +253,7 @@ void fields(Record& f, Bytes& bytes) {
 template <class Record, class Bytes>
 requires std::is_same_v<std::remove_const_t<Record>, Request>
 void fields(Record& r, Bytes& bytes) {
-    bytes(r.limitMilliseconds), bytes(r.target.addsFloatsInBuffers);
+    bytes(r.limitMilliseconds), bytes(r.target.language), bytes(r.target.addsFloatsInBuffers);
     bytes(r.target.followsAddresses), bytes(r.target.hasMeshFunctions);
     bytes(r.target.ordersFragments), bytes(r.target.keepsLogs), bytes(r.moreWarningsIn);
     bytes(r.target.specialisesUniforms), bytes(r.target.hasFloat16), bytes(r.target.hasInt8);

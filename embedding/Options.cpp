@@ -108,6 +108,19 @@ tarnwick_msl_status tarnwick_msl_options_set_language_version(tarnwick_msl_optio
     });
 }
 
+tarnwick_msl_status tarnwick_msl_options_set_language(tarnwick_msl_options* options,
+                                                      tarnwick_msl_language language) {
+    return change(options, [&](msl::CompileOptions& compiling) {
+        if (language != TARNWICK_MSL_SPIRV && language != TARNWICK_MSL_WGSL)
+            return false;
+        const bool isOptimised = compiling.target.isOptimised;
+        compiling.target = language == TARNWICK_MSL_WGSL ? msl::wgslTarget() : msl::Target();
+        compiling.target.followsAddresses = false;
+        compiling.target.isOptimised = isOptimised;
+        return true;
+    });
+}
+
 tarnwick_msl_status tarnwick_msl_options_set_optimised(tarnwick_msl_options* options,
                                                        int is_optimised) {
     return change(options, [&](msl::CompileOptions& compiling) {

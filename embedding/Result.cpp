@@ -99,6 +99,8 @@ msl::ArgumentTable tableOf(msl::ResourceKind kind) {
     case msl::ResourceKind::colorInput:
     case msl::ResourceKind::loopReport:
     case msl::ResourceKind::bufferAddresses:
+    case msl::ResourceKind::gridSize:
+    case msl::ResourceKind::viewportSize:
         break;
     }
     return msl::ArgumentTable::buffer;
@@ -106,7 +108,7 @@ msl::ArgumentTable tableOf(msl::ResourceKind kind) {
 
 bool isOfArgument(msl::ResourceKind kind) {
     return kind != msl::ResourceKind::constantSampler && kind != msl::ResourceKind::colorInput &&
-           kind != msl::ResourceKind::loopReport && kind != msl::ResourceKind::bufferAddresses;
+           kind < msl::ResourceKind::loopReport;
 }
 
 const char* nameOf(const msl::ReflectedEntry* entry, const msl::Resource& resource) {
@@ -125,8 +127,7 @@ template <class To, class From> To valueOf(From from) {
 static_assert(static_cast<int>(msl::Stage::mesh) == TARNWICK_MSL_MESH);
 static_assert(static_cast<int>(msl::Scalar::uint64) == TARNWICK_MSL_ULONG);
 static_assert(static_cast<int>(msl::PatchKind::quad) == TARNWICK_MSL_QUAD_PATCH);
-static_assert(static_cast<int>(msl::ResourceKind::bufferAddresses) ==
-              TARNWICK_MSL_BUFFER_ADDRESSES);
+static_assert(static_cast<int>(msl::ResourceKind::viewportSize) == TARNWICK_MSL_VIEWPORT_SIZE);
 static_assert(static_cast<int>(msl::TextureShape::cubeArray) == TARNWICK_MSL_TEXTURE_CUBE_ARRAY);
 static_assert(static_cast<int>(msl::TextureComponent::ulong_) == TARNWICK_MSL_ULONG_COMPONENT);
 static_assert(static_cast<int>(msl::ArgumentTable::accelerationStructure) ==
@@ -161,6 +162,35 @@ int tarnwick_msl_result_diagnostic(const tarnwick_msl_result* result, size_t ind
                           .length = found->length,
                           .message = found->text.c_str()},
                          diagnostic);
+}
+
+const char* tarnwick_msl_result_wgsl(const tarnwick_msl_result* result, size_t entry) {
+    const msl::EntryPoint* found = entryOf(result, entry);
+    return found && !found->text.empty() ? found->text.c_str() : nullptr;
+}
+
+int tarnwick_msl_result_override(const tarnwick_msl_result* result, size_t entry, size_t index,
+                                 uint32_t* number) {
+    const msl::EntryPoint* found = entryOf(result, entry);
+    const msl::Override* constant = found ? at(found->overrides, index) : nullptr;
+    if (!constant || !number)
+        return 0;
+    *number = constant->id;
+    return 1;
+}
+
+const char* tarnwick_msl_result_format(const tarnwick_msl_result* result, size_t entry,
+                                       size_t binding) {
+    const msl::EntryPoint* found = entryOf(result, entry);
+    const msl::Resource* resource = found ? at(found->resources, binding) : nullptr;
+    return resource && !resource->format.empty() ? resource->format.c_str() : nullptr;
+}
+
+const char* tarnwick_msl_result_feature(const tarnwick_msl_result* result, size_t entry,
+                                        size_t index) {
+    const msl::EntryPoint* found = entryOf(result, entry);
+    const std::string* feature = found ? at(found->features, index) : nullptr;
+    return feature ? feature->c_str() : nullptr;
 }
 
 const char* tarnwick_msl_result_file(const tarnwick_msl_result* result, size_t index) {

@@ -17,6 +17,8 @@ VkDescriptorType descriptorType(msl::ResourceKind kind) {
     switch (kind) {
     case msl::ResourceKind::uniformBuffer:
     case msl::ResourceKind::bufferAddresses:
+    case msl::ResourceKind::gridSize:     // of WGSL, which no device takes
+    case msl::ResourceKind::viewportSize: // the same
         return VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER;
     case msl::ResourceKind::storageBuffer:
     case msl::ResourceKind::loopReport:
@@ -157,6 +159,8 @@ bool isMember(const msl::Resource& resource, const msl::ArgumentMember& member) 
     case msl::ResourceKind::colorInput:
     case msl::ResourceKind::accelerationStructure:
     case msl::ResourceKind::loopReport:
+    case msl::ResourceKind::gridSize:
+    case msl::ResourceKind::viewportSize:
         break;
     }
     return false;

@@ -38,6 +38,7 @@ constexpr bool hasBinding(InterfaceKind kind) {
 struct InterfaceVariable {
     InterfaceKind kind = InterfaceKind::input;
     std::string global;  // the LLVM global's name
+    std::string name;    // buffers and threadgroup memory: the argument's, as the source spells it
     std::string builtIn; // input, output: Metal's word ("position", "vertex_id"...); "" = location
     std::uint32_t location = 0;
     bool isOfPatch = false;         // an input that is the same for the whole patch
@@ -61,6 +62,13 @@ inline constexpr const char* meshIndices = "msl.mesh.indices";
 inline constexpr const char* meshCulled = "msl.mesh.culled";
 inline constexpr const char* payloadName = "msl.payload";
 
+// The function that a kernel calls first, with whether the thread is in the grid, if threads outside
+// of it run as well.
+inline constexpr const char* gridMark = "msl.grid_mark";
+// The function that such a kernel calls after a loop, with whether the thread has spent the loop
+// budget. From then on the thread changes no memory.
+inline constexpr const char* budgetMark = "msl.budget_mark";
+
 // The vertices of a primitive.
 constexpr std::uint32_t indexCount(Topology topology) {
     return static_cast<std::uint32_t>(topology);
@@ -80,6 +88,7 @@ struct TextureVariable {
     bool isDepth = false;
     bool isRead = false, isWritten = false;
     bool isCoherent = false; // other invocations see each store in order
+    std::string name;        // the argument's, as the source spells it
 };
 
 // How a block's terminator is structured (SPIR-V 1.6, 2.11).

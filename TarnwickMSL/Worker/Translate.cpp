@@ -81,7 +81,9 @@ static Compilation attempt(std::string_view source, const StandardLibrary& libra
     if (remains)
         remains->translation = work;
     ++work->uses;
-    work->context.setDiscardValueNames(!showsFaults()); // only people read the names of values
+    // Only people read the names of values, in dumps and in text.
+    work->context.setDiscardValueNames(!showsFaults() &&
+                                       options.target.language == Language::spirv);
     work->parsed = parseInto(*work, source, library,
                              {.places = places,
                               .moreWarningsIn = options.moreWarningsIn,
@@ -116,7 +118,8 @@ static Compilation attempt(std::string_view source, const StandardLibrary& libra
     }
     if (options.lists)
         for (const EntryPoint& entry : compilation.entryPoints)
-            compilation.listings.push_back(spirvText(entry.words));
+            compilation.listings.push_back(entry.text.empty() ? spirvText(entry.words)
+                                                              : entry.text);
     return compilation;
 }
 

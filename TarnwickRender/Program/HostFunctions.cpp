@@ -59,6 +59,8 @@ bool isBound(const msl::Resource& resource, const HostInterface& host) {
     case msl::ResourceKind::sampler:
     case msl::ResourceKind::accelerationStructure:
     case msl::ResourceKind::bufferAddresses:
+    case msl::ResourceKind::gridSize:
+    case msl::ResourceKind::viewportSize:
         return false;
     case msl::ResourceKind::constantSampler:
     case msl::ResourceKind::colorInput:

@@ -55,6 +55,8 @@ void requireEntry(const Compilation& compilation, std::string_view name, std::st
 }
 
 std::string_view bytesOf(const EntryPoint& entry) {
+    if (!entry.text.empty())
+        return entry.text;
     return {reinterpret_cast<const char*>(entry.words.data()),
             entry.words.size() * sizeof entry.words[0]};
 }
@@ -103,6 +105,17 @@ std::optional<RuleFile> ruleFileOf(const Arguments& arguments, const std::option
     return RuleFile{std::move(beside), target};
 }
 
+// Each line as a comment of WGSL.
+std::string commented(std::string_view lines) {
+    std::string text;
+    for (std::size_t at = 0; at < lines.size();) {
+        const std::size_t end = lines.find('\n', at) + 1;
+        text.append("// ").append(lines.substr(at, end - at));
+        at = end;
+    }
+    return text;
+}
+
 // What the options ask to see of the entry points.
 std::string report(const Arguments& arguments, const Compilation& compilation) {
     const std::string_view only = arguments.value("--entry").value_or("");
@@ -113,7 +126,9 @@ std::string report(const Arguments& arguments, const Compilation& compilation) {
         const EntryPoint& entry = compilation.entryPoints[i];
         if (!only.empty() && entry.name != only)
             continue;
-        if (arguments.has("--disassemble"))
+        if (!entry.text.empty() && !arguments.has("-o"))
+            text += commented(listing(entry)) + entry.text;
+        else if (arguments.has("--disassemble"))
             text += "; " + std::string(nameIn(stageNames, entry.stage)) + " " + entry.name + "\n" +
                     compilation.listings[i];
         else

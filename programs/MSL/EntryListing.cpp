@@ -2,6 +2,8 @@
 
 #include "programs/MSL/MSLNames.h"
 
+#include <algorithm>
+
 namespace tarnwick {
 namespace {
 
@@ -27,6 +29,8 @@ std::string lineOf(const EntryPoint& entry, const Resource& resource) {
     if (!name.attribute.empty())
         line += placeOf(entry, resource, name.attribute) + ", ";
     line += name.kind;
+    if (!resource.format.empty())
+        line += " " + resource.format;
     if (resource.size != 0)
         line += ", " + std::to_string(resource.size) + " bytes";
     return line + (resource.isWritten ? ", written\n" : "\n");
@@ -41,10 +45,17 @@ std::string lineOf(const msl::FunctionConstant& constant) {
 } // namespace
 
 std::string listing(const EntryPoint& entry) {
-    std::string text = std::string(nameIn(stageNames, entry.stage)) + " " + entry.name + ", " +
-                       std::to_string(entry.words.size()) + " words\n";
+    std::string text =
+        std::string(nameIn(stageNames, entry.stage)) + " " + entry.name + ", " +
+        (entry.text.empty() ? std::to_string(entry.words.size()) + " words\n"
+                            : std::to_string(std::ranges::count(entry.text, '\n')) + " lines\n");
     for (const Resource& resource : entry.resources)
         text += lineOf(entry, resource);
+    for (const msl::Override& constant : entry.overrides)
+        text += "  override " + std::to_string(constant.id) + ": " + typeName(constant.scalar, 1) +
+                " " + constant.name + "\n";
+    for (const std::string& feature : entry.features)
+        text += "  feature " + feature + "\n";
     for (const msl::FunctionConstant& constant : entry.constants)
         text += lineOf(constant);
     return text;

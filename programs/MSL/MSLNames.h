@@ -28,7 +28,7 @@ inline constexpr std::array<std::string_view, 11> scalarNames{
     "bool", "char", "uchar", "short", "ushort", "int", "uint", "half", "float", "long", "ulong"};
 static_assert(scalarNames.size() == static_cast<std::size_t>(msl::Scalar::uint64) + 1);
 
-inline constexpr std::array<ResourceName, 10> resourceNames{{
+inline constexpr std::array<ResourceName, 12> resourceNames{{
     {"buffer", "uniform buffer"},
     {"buffer", "storage buffer"},
     {"texture", "sampled texture"},
@@ -39,9 +39,11 @@ inline constexpr std::array<ResourceName, 10> resourceNames{{
     {"buffer", "acceleration structure"},
     {"", "loop report"},
     {"", "addresses of buffers"},
+    {"", "grid size"},
+    {"", "viewport size"},
 }};
 static_assert(resourceNames.size() ==
-              static_cast<std::size_t>(msl::ResourceKind::bufferAddresses) + 1);
+              static_cast<std::size_t>(msl::ResourceKind::viewportSize) + 1);
 
 // "float3"
 inline std::string typeName(msl::Scalar scalar, std::uint32_t width) {

@@ -13,16 +13,26 @@ std::vector<std::string_view> reflections() {
     return {"json"};
 }
 
-constexpr std::array<Option, 14> options{{
+std::vector<std::string_view> targets() {
+    return {"spirv", "wgsl"};
+}
+
+constexpr std::array<Option, 15> options{{
     {.name = "--entry",
      .value = "NAME",
      .help = "only this entry point",
      .byDefault = "all entry points"},
     {.name = "-o",
      .value = "OUT.spv",
-     .help = "write the entry point's SPIR-V; - is standard output",
+     .help = "write the entry point's SPIR-V or WGSL; - is standard output",
      .values = FileName{},
      .byDefault = "none"},
+    {.name = "--target",
+     .value = "LANGUAGE",
+     .help = "the language of the result: spirv, for Vulkan 1.3, or wgsl, for WebGPU, which is "
+             "printed",
+     .values = OneOf{targets},
+     .byDefault = "spirv"},
     {.name = "--reflect",
      .value = "json",
      .help = "print arguments, bindings, layouts and messages as a document",
@@ -128,8 +138,11 @@ std::filesystem::path folderOf(const std::string& name) {
 constinit const std::span<const Option> mslOptions = options;
 
 msl::CompileOptions compileOptionsOf(const Arguments& arguments) {
+    msl::Target target = arguments.textOf("--target") == "wgsl" ? msl::wgslTarget() : msl::Target();
+    target.keepsLogs = arguments.has("--logs");
+    target.isOptimised = !arguments.has("-O0");
     msl::CompileOptions made{
-        .target = {.keepsLogs = arguments.has("--logs"), .isOptimised = !arguments.has("-O0")},
+        .target = target,
         .version = msl::versionNamed(arguments.textOf("-std")).value_or(msl::newestVersion),
         .reflects = arguments.has("--reflect"),
         .lists = arguments.has("--disassemble")};

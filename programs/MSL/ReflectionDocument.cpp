@@ -111,6 +111,8 @@ ordered_json objectOf(const msl::Resource& resource) {
                              {"depth", resource.isDepth},
                              {"level", resource.level},
                              {"atomic", resource.isAtomic}};
+    if (!resource.format.empty())
+        object["format"] = resource.format;
     if (resource.kind == msl::ResourceKind::constantSampler)
         object["sampler"] = samplerObject(resource.samplerState);
     if (resource.kind == msl::ResourceKind::sampler)
@@ -146,6 +148,10 @@ ordered_json objectOf(const msl::FunctionConstant& constant) {
             {"specialisationConstants",
              {{"first", msl::functionConstantComponent(constant.index, 0)},
               {"presence", msl::functionConstantPresence(constant.index)}}}};
+}
+
+ordered_json objectOf(const msl::Override& constant) {
+    return {{"id", constant.id}, {"name", constant.name}, {"type", typeName(constant.scalar, 1)}};
 }
 
 template <class List> ordered_json arrayOf(const List& list) {
@@ -184,6 +190,10 @@ ordered_json objectOf(const msl::EntryPoint& entry, const msl::Reflection& refle
     object["writesPointSize"] = entry.writesPointSize;
     object["storesByAddress"] = entry.storesByAddress;
     object["shapedByConstants"] = entry.isShapedByConstants;
+    if (!entry.text.empty())
+        object["wgsl"] = {{"text", entry.text},
+                          {"overrides", arrayOf(entry.overrides)},
+                          {"features", entry.features}};
     return object;
 }
 

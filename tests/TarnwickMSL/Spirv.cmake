@@ -2,6 +2,10 @@ tarnwick_tests(TarnwickMSLSpirv
     SOURCES SpirvTests.cpp SpirvModules.cpp
     LINK TarnwickMSLTranslationSpirv)
 
+tarnwick_tests(TarnwickMSL/Wgsl
+    SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/WgslTests.cpp ${CMAKE_CURRENT_SOURCE_DIR}/SpirvModules.cpp
+    LINK TarnwickMSLTranslationWgsl)
+
 if(TARGET TarnwickGPU)
     tarnwick_tests(TarnwickMSL/Textures
         SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/KernelTest.cpp

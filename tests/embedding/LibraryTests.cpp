@@ -230,6 +230,32 @@ TEST(CLibrary, refusesWhatTheTargetLacks) {
     compile(with, address, TARNWICK_MSL_DONE, trusted);
 }
 
+TEST(CLibrary, givesTheTextOfWgslWithItsOverrides) {
+    const Compiler with = compiler();
+    const Options wgsl = options();
+    EXPECT_EQ(tarnwick_msl_options_set_language(wgsl.get(), TARNWICK_MSL_WGSL), TARNWICK_MSL_DONE);
+    const std::string text =
+        "#include <metal_stdlib>\nusing namespace metal;\n"
+        "kernel void k(device float* o [[buffer(0)]], texture2d<float, access::write> t"
+        " [[texture(0)]], uint i [[thread_index_in_simdgroup]]) {"
+        " o[i] = 1; t.write(float4(1), uint2(i)); }";
+    const Result result = compile(with, text, TARNWICK_MSL_DONE, wgsl);
+    const char* given = tarnwick_msl_result_wgsl(result.get(), 0);
+    ASSERT_NE(given, nullptr);
+    EXPECT_NE(std::string(given).find("\n@compute @workgroup_size("), std::string::npos) << given;
+    EXPECT_EQ(tarnwick_msl_result_wgsl(result.get(), 1), nullptr);
+    uint32_t number = 0;
+    EXPECT_TRUE(tarnwick_msl_result_override(result.get(), 0, 2, &number));
+    EXPECT_EQ(number, 3u) << "the threads of a threadgroup along z";
+    EXPECT_FALSE(tarnwick_msl_result_override(result.get(), 0, 3, &number));
+    EXPECT_STREQ(tarnwick_msl_result_feature(result.get(), 0, 0), "subgroups");
+    EXPECT_EQ(tarnwick_msl_result_feature(result.get(), 0, 1), nullptr);
+    EXPECT_STREQ(tarnwick_msl_result_format(result.get(), 0, 1), "rgba32float");
+    EXPECT_EQ(tarnwick_msl_result_format(result.get(), 0, 0), nullptr);
+    const Result modules = compile(with, text, TARNWICK_MSL_DONE);
+    EXPECT_EQ(tarnwick_msl_result_wgsl(modules.get(), 0), nullptr);
+}
+
 TEST(CLibrary, includesFilesOfItsFolders) {
     const std::filesystem::path folder =
         std::filesystem::temp_directory_path() / ("tarnwick-msl-" + std::to_string(getpid()));
@@ -312,6 +338,8 @@ TEST(CLibrary, refusesInvalidArguments) {
     EXPECT_EQ(tarnwick_msl_options_add_define(o, "2", "3"), TARNWICK_MSL_ARGUMENT_INVALID);
     EXPECT_EQ(tarnwick_msl_options_add_define(o, "A", "1\n2"), TARNWICK_MSL_ARGUMENT_INVALID);
     EXPECT_EQ(tarnwick_msl_options_add_define(nullptr, "A", "1"), TARNWICK_MSL_ARGUMENT_INVALID);
+    EXPECT_EQ(tarnwick_msl_options_set_language(nullptr, TARNWICK_MSL_WGSL),
+              TARNWICK_MSL_ARGUMENT_INVALID);
     EXPECT_EQ(tarnwick_msl_options_set_language_version(o, "metal9"),
               TARNWICK_MSL_ARGUMENT_INVALID);
     EXPECT_EQ(tarnwick_msl_options_set_constant_integers(o, "a", &number, 5),

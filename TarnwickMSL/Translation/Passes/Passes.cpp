@@ -13,7 +13,8 @@ namespace tarnwick::msl {
 
 static void performScope(Scope scope, Work& work, StepTimes* times) {
     for (const Step& step : steps()) {
-        if (step.scope != scope || (step.use == Use::faster && !work.target.isOptimised))
+        if (step.scope != scope || (step.use == Use::faster && !work.target.isOptimised) ||
+            (step.language && *step.language != work.target.language))
             continue;
         perform(step, work);
         addTime(times, step.name);
@@ -106,7 +107,8 @@ std::string stepTable() {
         text += "| `" + std::string(step.name) + "` | `TarnwickMSL/Translation/" +
                 std::string(step.header) + "` | ";
         text += std::string(step.reason) + (step.use == Use::faster ? " Not with `-O0`." : "") +
-                " | " + std::string(sentence(step.form)) + " |\n";
+                (step.language == Language::wgsl ? " Only for WGSL." : "") + " | " +
+                std::string(sentence(step.form)) + " |\n";
     }
     return text;
 }

@@ -41,10 +41,12 @@
 #include "TarnwickMSL/Translation/Passes/Values/Legalise.h"
 #include "TarnwickMSL/Translation/Passes/Values/OddIntegers.h"
 #include "TarnwickMSL/Translation/Passes/Values/TwoValuedTables.h"
+#include "TarnwickMSL/Translation/Passes/Values/ValueNames.h"
 #include "TarnwickMSL/Translation/Passes/Values/WideVectors.h"
 #include "TarnwickMSL/Translation/Passes/Widths/WordMemory.h"
 #include "TarnwickMSL/Translation/Passes/Widths/WordValues.h"
 #include "TarnwickMSL/Translation/SpirvWriter.h"
+#include "TarnwickMSL/Translation/WgslWriter.h"
 
 #include <algorithm>
 #include <array>
@@ -150,6 +152,10 @@ static constexpr std::array table{
     Step{"describe", Scope::program, "Passes/Calls/Description.h",
          [](Work& work) { describe(work.program, work.target); },
          "Sets attributes by which the optimiser keeps calls in order, and drops logs that the target does not keep; before every step that optimises."},
+    Step{"value-names", Scope::program, "Passes/Values/ValueNames.h",
+         [](Work& work) { nameStoredValues(work.program); },
+         "Gives values the names of the variables that they are stored to, for text; before variables become values.",
+         Form::any, Use::needed, Language::wgsl},
     Step{"comparisons", Scope::program, "Passes/Values/Comparisons.h", comparisons,
          "Turns Clang's lanes of all ones into Metal's lanes of 1; before any step rewrites Clang's patterns."},
     Step{"initialisers", Scope::program, "Passes/Memory/Initialisers.h",
@@ -308,12 +314,17 @@ static constexpr std::array table{
          [](Work& work) { hideUniformConditions(work.shader, work.target); },
          "Hides conditions on uniform values alone from drivers that compile for these values; after all steps that make conditions, which would see through it."},
     Step{"bindings", Scope::entryPoint, "Passes/Entry/Bindings.h",
-         [](Work& work) { assignBindings(work.shader); },
+         [](Work& work) { assignBindings(work.shader, work.target); },
          "Numbers the buffers and textures that are still used; last, when no step removes uses.",
          Form::bindings},
     Step{"spirv", Scope::entryPoint, "SpirvWriter.h",
          [](Work& work) { work.result = writeSpirv(work.shader); },
-         "Writes the SPIR-V words, which SPIRV-Tools' validator checks."},
+         "Writes the SPIR-V words, which SPIRV-Tools' validator checks.",
+         Form::any, Use::needed, Language::spirv},
+    Step{"wgsl", Scope::entryPoint, "WgslWriter.h",
+         [](Work& work) { work.result = writeWgsl(work.shader); },
+         "Writes the text, for targets of WGSL in place of `spirv`.",
+         Form::any, Use::needed, Language::wgsl},
 };
 // clang-format on
 

@@ -1,9 +1,10 @@
-// The table of the compiler's steps, from the front end's module to SPIR-V.
+// The table of the compiler's steps, from the front end's module to SPIR-V or WGSL.
 #pragma once
 
 #include "TarnwickMSL/Translation/Passes/Forms/Form.h"
 #include "TarnwickMSL/Translation/Passes/Forms/Work.h"
 
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -21,6 +22,7 @@ struct Step {
     std::string_view reason; // what it does, and why before or after another step
     Form form = Form::any;   // the rule that holds from here on, if a new one does
     Use use = Use::needed;
+    std::optional<Language> language = std::nullopt; // of the target, if the step is for one alone
 };
 
 // In the order in which they run.

@@ -37,7 +37,7 @@ extern "C" {
 
 /* The release of this header and of the library in use: major * 65536 + minor. Within a major
  * number, functions and members of records are only added. */
-#define TARNWICK_MSL_VERSION ((1u << 16) | 0u)
+#define TARNWICK_MSL_VERSION ((1u << 16) | 1u)
 TARNWICK_MSL_FUNCTION uint32_t tarnwick_msl_version(void);
 
 typedef struct tarnwick_msl_compiler tarnwick_msl_compiler;
@@ -100,6 +100,17 @@ tarnwick_msl_options_add_include_folder(tarnwick_msl_options* options, const cha
  * __METAL_VERSION__ and nothing else. Default: "metal3.1". */
 TARNWICK_MSL_FUNCTION tarnwick_msl_status
 tarnwick_msl_options_set_language_version(tarnwick_msl_options* options, const char* version);
+
+typedef enum tarnwick_msl_language {
+    TARNWICK_MSL_SPIRV = 0, /* SPIR-V 1.6 for Vulkan 1.3 */
+    TARNWICK_MSL_WGSL = 1   /* text in the WebGPU Shading Language */
+} tarnwick_msl_language;
+
+/* The language of the result. WGSL turns off the features that it lacks, from TARNWICK_MSL_FLOAT16
+ * to TARNWICK_MSL_ADDRESSES; call this before tarnwick_msl_options_set_feature.
+ * Default: TARNWICK_MSL_SPIRV. Since 1.1. */
+TARNWICK_MSL_FUNCTION tarnwick_msl_status
+tarnwick_msl_options_set_language(tarnwick_msl_options* options, tarnwick_msl_language language);
 
 /* 0: leaves out the steps that only make code faster. Default: 1. */
 TARNWICK_MSL_FUNCTION tarnwick_msl_status
@@ -272,8 +283,14 @@ typedef enum tarnwick_msl_binding_kind {
     TARNWICK_MSL_ACCELERATION_STRUCTURE = 7,
     TARNWICK_MSL_LOOP_REPORT = 8,     /* a storage buffer of one word, set to 1 by an invocation that
                                          ran out of its loop budget */
-    TARNWICK_MSL_BUFFER_ADDRESSES = 9 /* a uniform buffer: 64-bit addresses of the buffers with the
-                                         indices from 0 on */
+    TARNWICK_MSL_BUFFER_ADDRESSES = 9, /* a uniform buffer: 64-bit addresses of the buffers with the
+                                          indices from 0 on */
+    TARNWICK_MSL_GRID_SIZE = 10,    /* of WGSL, a uniform buffer of 48 bytes: the size of a kernel's
+                                       grid in threads as three words; the element of stage_in that
+                                       the first thread reads, at byte 16; the maximum size of the
+                                       grid that reads stage_in, at byte 32 */
+    TARNWICK_MSL_VIEWPORT_SIZE = 11 /* of WGSL, a uniform buffer: the viewport's width and height in
+                                       pixels, two floats */
 } tarnwick_msl_binding_kind;
 
 typedef enum tarnwick_msl_texture_shape {
@@ -335,6 +352,22 @@ typedef struct tarnwick_msl_binding {
 TARNWICK_MSL_FUNCTION int tarnwick_msl_result_binding(const tarnwick_msl_result* result,
                                                       size_t entry, size_t index,
                                                       tarnwick_msl_binding* binding);
+/* The text of an entry point in WGSL, whose bindings are in group 0. Null if there is no such entry
+ * point or it is in another language. Since 1.1. */
+TARNWICK_MSL_FUNCTION const char* tarnwick_msl_result_wgsl(const tarnwick_msl_result* result,
+                                                           size_t entry);
+/* The number of an override constant that the text declares: that of the specialisation constant
+ * with the same meaning. A pipeline may set these and no others. Since 1.1. */
+TARNWICK_MSL_FUNCTION int tarnwick_msl_result_override(const tarnwick_msl_result* result,
+                                                       size_t entry, size_t index,
+                                                       uint32_t* number);
+/* The texel format of a binding of the kind TARNWICK_MSL_STORAGE_TEXTURE in WGSL: "rgba32float".
+ * Null for other bindings. Since 1.1. */
+TARNWICK_MSL_FUNCTION const char* tarnwick_msl_result_format(const tarnwick_msl_result* result,
+                                                             size_t entry, size_t binding);
+/* A feature of WebGPU that the text requires: "subgroups". Null after the last one. Since 1.1. */
+TARNWICK_MSL_FUNCTION const char* tarnwick_msl_result_feature(const tarnwick_msl_result* result,
+                                                              size_t entry, size_t index);
 /* The state of a binding of the kind TARNWICK_MSL_CONSTANT_SAMPLER. */
 TARNWICK_MSL_FUNCTION int tarnwick_msl_result_sampler(const tarnwick_msl_result* result,
                                                       size_t entry, size_t binding,

@@ -54,7 +54,7 @@ bool callsTheDevice(const Function& function) {
 void inlineAll(Module& module, const std::vector<msl::EntrySignature>& entries) {
     msl::Work work(module, entries);
     for (const msl::Step& step : msl::steps())
-        if (step.scope == msl::Scope::program)
+        if (step.scope == msl::Scope::program && !step.language)
             msl::perform(step, work);
 }
 

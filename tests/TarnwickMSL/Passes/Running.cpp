@@ -41,7 +41,7 @@ std::unique_ptr<Module> parse(const std::string& assembly, LLVMContext& context)
 void prepare(Module& program, const std::vector<EntrySignature>& entries) {
     Work work(program, entries);
     for (const Step& step : steps())
-        if (step.scope == Scope::program)
+        if (step.scope == Scope::program && !step.language)
             perform(step, work);
 }
 
@@ -50,7 +50,7 @@ ShaderModule lower(Module& program, const EntrySignature& entry,
     Work work(program, entries);
     work.entry = &entry;
     for (const Step& step : steps())
-        if (step.scope == Scope::entryPoint && step.name != "spirv")
+        if (step.scope == Scope::entryPoint && !step.language) // without the writers
             perform(step, work);
     return std::move(work.shader);
 }

@@ -1,8 +1,8 @@
 ; shader name=shade
 ; variable global=msl.in.position built_in=position
-; variable kind=uniform_buffer global=msl.buffer.1 index=1 element_bytes=4
+; variable kind=uniform_buffer global=msl.buffer.1 index=1 element_bytes=4 name=sizes
 ; variable kind=output global=msl.out.color.0
-; texture index=2 shape=2d component=float
+; texture index=2 shape=2d component=float name=picture
 %texture = type { i32 }
 
 @msl.in.position = external constant <4 x float>

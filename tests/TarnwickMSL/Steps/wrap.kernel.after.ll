@@ -1,7 +1,7 @@
 ; shader name=fill stage=kernel
 ; variable global=msl.in.thread_position_in_grid built_in=thread_position_in_grid scalar=uint32
 ; variable kind=push_constant global=msl.grid scalar=uint32
-; variable kind=storage_buffer global=msl.buffer.0 element_bytes=4
+; variable kind=storage_buffer global=msl.buffer.0 element_bytes=4 name=out
 @msl.in.thread_position_in_grid = external constant <3 x i32>
 @msl.grid = external constant { <3 x i32>, <3 x i32>, <3 x i32> }
 @msl.buffer.0 = external global i32

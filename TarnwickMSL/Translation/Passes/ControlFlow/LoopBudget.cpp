@@ -12,6 +12,11 @@
 // - In a function without effects but its outputs, the code after the loop. Every other counting
 //   loop then ends in its first round, and the end of the function goes through `spent`. So no loop
 //   gets an exit that it does not have, and the code between the loops stays as it is.
+// - In a kernel whose threads outside the grid run as well (gridMark), the same: all its threads
+//   must reach each barrier. A mark after each counting loop tells the writer that the thread
+//   changes no memory from then on (budgetMark). All threads go through a loop with a barrier
+//   together, so these loops have a counter of their own, which no other loop makes differ. Such a
+//   kernel may run twice the budget.
 // - In other functions, `spent` at once, since the code after the loop must have no effect.
 //
 // The packaged CPU driver ends an invocation without notice after 65,535 rounds, summed over its
@@ -41,7 +46,7 @@
 // - A loop with no such test gets an exit in its latch.
 //
 // The counter is a local with the metadata `counterMark`, not a phi: Regions.cpp moves tests while
-// it works, and a phi would have to follow them. promoteCounter makes values of it afterwards. A
+// it works, and a phi would have to follow them. promoteCounters makes values of it afterwards. A
 // store to it is no effect for the question whether a loop may leave from its header.
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopBudget.h"
 
@@ -99,7 +104,8 @@ class Counting {
   public:
     Counting(ShaderModule& shader, LoopInfo& loops, DominatorTree& tree, ScalarEvolution& evolution)
         : shader_(shader), loops_(loops), tree_(tree), evolution_(evolution),
-          runsOn_(!hasEffects(shader)) {}
+          marks_(shader.module->getFunction(gridMark) != nullptr),
+          runsOn_(marks_ || !hasEffects(shader)) {}
 
     bool isNeeded();
     void run();
@@ -114,7 +120,11 @@ class Counting {
     bool countAhead(Loop* loop);
     BasicBlock* testingBlock(const Loop& loop) const;
     bool endsForIt(const Loop& loop) const;
+    AllocaInst* counterOf(const Loop& loop) const;
+    Value* isSpent(IRBuilder<>& builder, AllocaInst* counter);
     Value* isSpent(IRBuilder<>& builder);
+    void mark(IRBuilder<>& builder, Value* isSpent);
+    AllocaInst* makeCounter(IRBuilder<>& builder);
     void makeGlobals();
     void makeSpent();
 
@@ -122,11 +132,12 @@ class Counting {
     LoopInfo& loops_;
     DominatorTree& tree_;
     ScalarEvolution& evolution_;
+    bool marks_;  // where the thread changes no memory any more
     bool runsOn_; // after a loop that has spent the budget
     DenseMap<Loop*, std::uint64_t> rounds_;
     SmallVector<Loop*, 8> counted_;
-    DenseMap<const Loop*, std::uint64_t> weights_; // of one round of a counting loop
-    AllocaInst* counter_ = nullptr;
+    DenseMap<const Loop*, std::uint64_t> weights_;              // of one round of a counting loop
+    AllocaInst *counter_ = nullptr, *countsTogether_ = nullptr; // the second: with a barrier
     Value* budget_ = nullptr;
     GlobalVariable* report_ = nullptr;
     BasicBlock* spent_ = nullptr;
@@ -196,6 +207,13 @@ static bool isZeroAtEnd(const InterfaceVariable& variable, Stage stage) {
     return variable.kind == InterfaceKind::output;
 }
 
+AllocaInst* Counting::makeCounter(IRBuilder<>& builder) {
+    AllocaInst* made = builder.CreateAlloca(builder.getInt32Ty(), nullptr, "rounds");
+    made->setMetadata(counterMark, MDNode::get(builder.getContext(), {}));
+    builder.CreateStore(builder.getInt32(0), made);
+    return made;
+}
+
 void Counting::makeGlobals() {
     LLVMContext& context = shader_.module->getContext();
     auto* word = Type::getInt32Ty(context);
@@ -211,9 +229,9 @@ void Counting::makeGlobals() {
                                  .isReference = true});
     BasicBlock& entry = shader_.main->getEntryBlock();
     IRBuilder<> builder(&entry, entry.getFirstNonPHIOrDbgOrAlloca());
-    counter_ = builder.CreateAlloca(word, nullptr, "rounds");
-    counter_->setMetadata(counterMark, MDNode::get(context, {}));
-    builder.CreateStore(builder.getInt32(0), counter_);
+    counter_ = makeCounter(builder);
+    if (marks_)
+        countsTogether_ = makeCounter(builder);
     budget_ = builder.CreateCall(budget, {}, "budget");
     report_ = report;
 }
@@ -243,8 +261,36 @@ void Counting::makeSpent() {
     end->getTerminator()->eraseFromParent();
 }
 
+static bool hasBarrier(const Loop& loop) {
+    return any_of(loop.blocks(), [](const BasicBlock* block) {
+        return any_of(*block, [](const Instruction& instruction) {
+            auto* call = dyn_cast<CallBase>(&instruction);
+            const Function* callee = call ? call->getCalledFunction() : nullptr;
+            return callee && callee->getName().starts_with("msl.barrier.");
+        });
+    });
+}
+
+AllocaInst* Counting::counterOf(const Loop& loop) const {
+    return marks_ && hasBarrier(loop) ? countsTogether_ : counter_;
+}
+
+Value* Counting::isSpent(IRBuilder<>& builder, AllocaInst* counter) {
+    return builder.CreateICmpUGT(builder.CreateLoad(builder.getInt32Ty(), counter), budget_);
+}
+
 Value* Counting::isSpent(IRBuilder<>& builder) {
-    return builder.CreateICmpUGT(builder.CreateLoad(builder.getInt32Ty(), counter_), budget_);
+    Value* spent = isSpent(builder, counter_);
+    return marks_ ? builder.CreateOr(spent, isSpent(builder, countsTogether_)) : spent;
+}
+
+void Counting::mark(IRBuilder<>& builder, Value* isSpent) {
+    if (!marks_)
+        return;
+    FunctionCallee mark =
+        shader_.module->getOrInsertFunction(budgetMark, builder.getVoidTy(), builder.getInt1Ty());
+    cast<Function>(mark.getCallee())->setDoesNotThrow();
+    builder.CreateCall(mark, {isSpent});
 }
 
 // Whether the loop has effects outside it before it ends.
@@ -289,10 +335,11 @@ void Counting::count(Loop* loop) {
     BasicBlock* testing = testingBlock(*loop);
     Instruction* end = (testing ? testing : loop->getLoopLatch())->getTerminator();
     IRBuilder<> builder(end);
-    Value* before = builder.CreateLoad(builder.getInt32Ty(), counter_);
+    AllocaInst* counter = counterOf(*loop);
+    Value* before = builder.CreateLoad(builder.getInt32Ty(), counter);
     auto weight = static_cast<std::uint32_t>(weights_[loop]);
-    builder.CreateStore(builder.CreateAdd(before, builder.getInt32(weight)), counter_);
-    Value* isOver = isSpent(builder);
+    builder.CreateStore(builder.CreateAdd(before, builder.getInt32(weight)), counter);
+    Value* isOver = isSpent(builder, counter);
     if (!testing) {
         builder.CreateCondBr(isOver, spent_, loop->getHeader());
         end->eraseFromParent();
@@ -303,11 +350,19 @@ void Counting::count(Loop* loop) {
     Value* condition = branch->getCondition();
     branch->setCondition(out == 0 ? builder.CreateOr(condition, isOver)
                                   : builder.CreateAnd(condition, builder.CreateNot(isOver)));
-    if (Loop* around = loop->getParentLoop(); runsOn_ || (around && endsForIt(*around)))
+    Loop* around = loop->getParentLoop();
+    if (!marks_ && (runsOn_ || (around && endsForIt(*around))))
         return;
+    Loop* outside = loops_.getLoopFor(branch->getSuccessor(out));
     BasicBlock* after = SplitEdge(testing, branch->getSuccessor(out));
     Instruction* onward = after->getTerminator();
     builder.SetInsertPoint(onward);
+    if (marks_) {
+        mark(builder, isSpent(builder, counter));
+        if (outside)
+            outside->addBasicBlockToLoop(after, loops_);
+        return tree_.recalculate(*after->getParent());
+    }
     builder.CreateCondBr(isSpent(builder), spent_, onward->getSuccessor(0));
     onward->eraseFromParent();
 }
@@ -354,15 +409,17 @@ bool Counting::countAhead(Loop* loop) {
         rounds =
             builder.CreateBinaryIntrinsic(Intrinsic::umin, rounds, builder.getInt32(mostAhead));
     auto weight = static_cast<std::uint32_t>(weights_[loop]);
-    Value* paid = builder.CreateLoad(builder.getInt32Ty(), counter_);
+    AllocaInst* counter = counterOf(*loop);
+    Value* paid = builder.CreateLoad(builder.getInt32Ty(), counter);
     Value* due = builder.CreateMul(builder.CreateAdd(rounds, builder.getInt32(runsOn_ ? 2 : 0)),
                                    builder.getInt32(weight));
     if (runsOn_)
         due = builder.CreateBinaryIntrinsic(Intrinsic::umin, due,
                                             builder.CreateAdd(budget_, builder.getInt32(1)));
-    builder.CreateStore(builder.CreateAdd(paid, due), counter_);
-    Value* isOver = isSpent(builder);
+    builder.CreateStore(builder.CreateAdd(paid, due), counter);
+    Value* isOver = isSpent(builder, counter);
     if (runsOn_) {
+        mark(builder, isOver);
         skip(*loop, *before, isOver, tree_, loops_, evolution_);
         return true;
     }
@@ -404,12 +461,15 @@ bool isCounter(const Value& pointer) {
     return local && local->getMetadata(counterMark);
 }
 
-void promoteCounter(Function& main) {
+void promoteCounters(Function& main) {
+    SmallVector<AllocaInst*, 2> counters;
     for (Instruction& instruction : main.getEntryBlock())
-        if (isCounter(instruction)) {
-            DominatorTree tree(main);
-            return PromoteMemToReg(cast<AllocaInst>(&instruction), tree);
-        }
+        if (isCounter(instruction))
+            counters.push_back(cast<AllocaInst>(&instruction));
+    if (counters.empty())
+        return;
+    DominatorTree tree(main);
+    PromoteMemToReg(counters, tree);
 }
 
 } // namespace tarnwick::msl

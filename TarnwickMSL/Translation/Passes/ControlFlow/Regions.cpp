@@ -29,7 +29,7 @@
 //
 // A marked header must not have effects or convergent calls, since it runs once more than the body;
 // its values, phis aside, must not be used outside the loop, since those need the phis that `loops`
-// makes. The counter's store is exempt: promoteCounter makes a value of it.
+// makes. The counter's store is exempt: promoteCounters makes a value of it.
 //
 // Essays of the neighbours: LoopBudget.cpp (before), Loops.cpp (after).
 #include "TarnwickMSL/Translation/Passes/ControlFlow/Regions.h"
@@ -206,7 +206,7 @@ void makeRegions(Function& main, Structure& structure, Optimiser& optimiser) {
     simplifyMade(main, optimiser);
     DCEPass().run(main, optimiser.analyses());
     optimiser.forget(main);
-    promoteCounter(main);
+    promoteCounters(main);
 }
 
 } // namespace tarnwick::msl

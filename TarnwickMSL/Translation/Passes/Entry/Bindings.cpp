@@ -31,7 +31,7 @@ static DenseSet<std::uint64_t> usedTextures(const Function& main) {
     return used;
 }
 
-void assignBindings(ShaderModule& shader) {
+void assignBindings(ShaderModule& shader, const Target& target) {
     DenseSet<std::uint64_t> textures = usedTextures(*shader.main);
     std::erase_if(shader.interface,
                   [&](const auto& variable) { return !isUsed(shader, variable); });
@@ -43,6 +43,9 @@ void assignBindings(ShaderModule& shader) {
             variable.binding = next++;
     for (TextureVariable& texture : shader.textures)
         texture.binding = next++;
+    for (InterfaceVariable& variable : shader.interface)
+        if (variable.kind == InterfaceKind::pushConstant && target.language == Language::wgsl)
+            variable.binding = next++;
 }
 
 } // namespace tarnwick::msl

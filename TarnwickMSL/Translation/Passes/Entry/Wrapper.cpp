@@ -41,14 +41,16 @@ static Type* pointeeType(const Module& module, const Argument& argument) {
 class Wrapping {
   public:
     Wrapping(ShaderModule& shader, Function& function, const EntrySignature& entry,
-             Interface& interface)
+             Interface& interface, Language language)
         : shader_(shader), function_(function), entry_(entry), interface_(interface),
-          builder_(shader.module->getContext()) {}
+          language_(language), builder_(shader.module->getContext()) {}
 
     CallBase* build();
 
   private:
+    Value* isOutsideGrid();
     void returnOutsideGrid();
+    void markOutsideGrid();
     Value* argument(const Argument& given, llvm::Argument& formal);
     Value* absent(const Argument& given, llvm::Argument& formal);
     Value* buffer(const Argument& given);
@@ -68,6 +70,7 @@ class Wrapping {
     Function& function_;
     const EntrySignature& entry_;
     Interface& interface_;
+    Language language_;
     IRBuilder<> builder_;
 };
 
@@ -110,6 +113,7 @@ Value* Wrapping::buffer(const Argument& given) {
                                        : isUniform   ? InterfaceKind::uniformBuffer
                                                      : InterfaceKind::storageBuffer,
                                .global = global,
+                               .name = given.name,
                                .builtIn = {},
                                .index = given.index,
                                .elementBytes = given.elementBytes,
@@ -153,7 +157,8 @@ TextureVariable Wrapping::textureOf(const Argument& given, std::uint32_t index) 
             .isDepth = given.isDepth,
             .isRead = given.isRead,
             .isWritten = given.isWritten,
-            .isCoherent = given.hasRasterOrder || given.isCoherent};
+            .isCoherent = given.hasRasterOrder || given.isCoherent,
+            .name = given.name};
 }
 
 Value* Wrapping::textures(const Argument& given, llvm::Argument& formal) {
@@ -277,7 +282,7 @@ void Wrapping::writeResults(Value* record, CallBase& call) {
 }
 
 // A dispatch is rounded up to whole threadgroups; the kernel runs for the exact grid of Metal only.
-void Wrapping::returnOutsideGrid() {
+Value* Wrapping::isOutsideGrid() {
     Value* position = interface_.readBuiltIn(builder_, "thread_position_in_grid");
     Value* grid = interface_.readBuiltIn(builder_, "threads_per_grid");
     Value* outside = builder_.getFalse();
@@ -285,6 +290,20 @@ void Wrapping::returnOutsideGrid() {
         outside = builder_.CreateOr(
             outside, builder_.CreateICmpUGE(builder_.CreateExtractElement(position, axis),
                                             builder_.CreateExtractElement(grid, axis)));
+    return outside;
+}
+
+// All threads of a workgroup must reach a barrier of WGSL. So threads outside the grid run as well,
+// and the writer lets them change no memory.
+void Wrapping::markOutsideGrid() {
+    FunctionCallee mark =
+        shader_.module->getOrInsertFunction(gridMark, builder_.getVoidTy(), builder_.getInt1Ty());
+    cast<Function>(mark.getCallee())->setDoesNotThrow();
+    builder_.CreateCall(mark, {builder_.CreateNot(isOutsideGrid())});
+}
+
+void Wrapping::returnOutsideGrid() {
+    Value* outside = isOutsideGrid();
     BasicBlock* end = BasicBlock::Create(builder_.getContext(), "outside", shader_.main);
     BasicBlock* inside = BasicBlock::Create(builder_.getContext(), "inside", shader_.main);
     builder_.CreateCondBr(outside, end, inside);
@@ -293,12 +312,21 @@ void Wrapping::returnOutsideGrid() {
     builder_.SetInsertPoint(inside);
 }
 
+static bool hasBarrier(const Function& function) {
+    return any_of(instructions(function), [](const Instruction& instruction) {
+        auto* call = dyn_cast<CallBase>(&instruction);
+        return call && builtInName(*call) == "barrier";
+    });
+}
+
 CallBase* Wrapping::build() {
     auto* type = FunctionType::get(builder_.getVoidTy(), false);
     shader_.main = Function::Create(type, GlobalValue::ExternalLinkage, "main", *shader_.module);
     shader_.main->setDoesNotThrow();
     builder_.SetInsertPoint(BasicBlock::Create(builder_.getContext(), "entry", shader_.main));
-    if (entry_.stage == Stage::kernel)
+    if (entry_.stage == Stage::kernel && language_ == Language::wgsl && hasBarrier(function_))
+        markOutsideGrid();
+    else if (entry_.stage == Stage::kernel)
         returnOutsideGrid();
     if (entry_.stage == Stage::object || entry_.stage == Stage::mesh)
         clearMesh(builder_, shader_, interface_);
@@ -380,7 +408,10 @@ void ControlPoints::replaceCalls(Function& body) {
 }
 
 static void requireMeshes(const EntrySignature& entry, const Target& target) {
-    if ((entry.stage == Stage::object || entry.stage == Stage::mesh) && !target.hasMeshFunctions)
+    const bool isOfMesh = entry.stage == Stage::object || entry.stage == Stage::mesh;
+    if (isOfMesh && target.language == Language::wgsl)
+        throw TranslationError("WGSL has no object and mesh functions.");
+    if (isOfMesh && !target.hasMeshFunctions)
         throw TranslationError("The function '" + entry.name +
                                "' requires pipelines of object and mesh functions "
                                "(VK_EXT_mesh_shader), which are not available here.");
@@ -397,7 +428,7 @@ void wrap(ShaderModule& shader, const EntrySignature& entry,
     Interface interface(shader, varyings);
     ControlPoints(shader, entry, interface).replaceCalls(body);
     replaceMeshCalls(body, shader, entry, interface);
-    inlineCall(*Wrapping(shader, body, entry, interface).build());
+    inlineCall(*Wrapping(shader, body, entry, interface, target.language).build());
     if (body.hasFnAttribute(unrollsMark))
         shader.main->addFnAttr(unrollsMark);
     body.eraseFromParent();

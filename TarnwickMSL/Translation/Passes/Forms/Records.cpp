@@ -154,6 +154,7 @@ static void eachField(const InterfaceVariable*, auto&& visit) {
     visit("element_bytes", &InterfaceVariable::elementBytes);
     visit("is_reference", &InterfaceVariable::isReference);
     visit("is_coherent", &InterfaceVariable::isCoherent);
+    visit("name", &InterfaceVariable::name);
 }
 
 static void eachField(const TextureVariable*, auto&& visit) {
@@ -165,6 +166,7 @@ static void eachField(const TextureVariable*, auto&& visit) {
     visit("is_read", &TextureVariable::isRead);
     visit("is_written", &TextureVariable::isWritten);
     visit("is_coherent", &TextureVariable::isCoherent);
+    visit("name", &TextureVariable::name);
 }
 
 static void eachField(const TypeLacks*, auto&& visit) {

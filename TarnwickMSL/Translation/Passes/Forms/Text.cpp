@@ -111,6 +111,8 @@ std::string text(const ShaderModule& shader) {
 }
 
 std::string text(const Work& work) {
+    if (!work.result.text.empty())
+        return work.result.text;
     if (!work.result.words.empty())
         return spirvText(work.result.words);
     if (!work.shader.module)

@@ -66,8 +66,8 @@ std::uint32_t ArgumentRecords::newTexture(std::uint32_t like) {
     std::uint32_t next = firstMemberTexture;
     for (const TextureVariable& texture : shader_.textures)
         next = std::max(next, texture.index + 1);
-    auto known = find_if(shader_.textures,
-                         [&](const TextureVariable& each) { return each.index == like; });
+    auto known =
+        find_if(shader_.textures, [&](const TextureVariable& each) { return each.index == like; });
     if (known == shader_.textures.end())
         throw CompilerFault("A member of an argument buffer has no texture.");
     TextureVariable texture = *known;

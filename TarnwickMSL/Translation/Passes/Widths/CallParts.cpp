@@ -193,8 +193,7 @@ Parts Call::realFunction(IntrinsicInst& call) {
     if (call.getIntrinsicID() == Intrinsic::fma && parts_.standOf(type_) == Stand::real)
         return {Halves(builder_).fused(arguments[0], arguments[1], arguments[2])};
     Value* made = builder_.CreateIntrinsic(call.getIntrinsicID(), overloads, arguments);
-    const bool isRounded =
-        parts_.standOf(type_) == Stand::real && !isExact(call.getIntrinsicID());
+    const bool isRounded = parts_.standOf(type_) == Stand::real && !isExact(call.getIntrinsicID());
     return {isRounded ? Halves(builder_).rounded(made) : made};
 }
 

@@ -1,0 +1,276 @@
+// The writer of WGSL, from modules in LLVM's text. That a browser takes its texts, and that they
+// compute what Metal says, tests/web sees to.
+#include "TarnwickMSL/Translation/TranslationError.h"
+#include "TarnwickMSL/Translation/Wgsl/Names.h"
+#include "TarnwickMSL/Translation/WgslWriter.h"
+#include "tests/TarnwickMSL/SpirvModules.h"
+#include "tests/Thrown.h"
+
+#include <gtest/gtest.h>
+
+namespace tarnwick::msl {
+
+static std::string written(const ShaderText& given) {
+    const ParsedShader parsed = parseShader(given);
+    return writeWgsl(parsed.shader).text;
+}
+
+static InterfaceVariable builtIn(InterfaceKind kind, const std::string& word) {
+    return {.kind = kind,
+            .global = (kind == InterfaceKind::input ? "msl.in." : "msl.out.") + word,
+            .builtIn = word};
+}
+
+static InterfaceVariable buffer(InterfaceKind kind, const std::string& name) {
+    return {.kind = kind,
+            .global = "msl.buffer.0",
+            .name = name,
+            .builtIn = {},
+            .elementBytes = 16,
+            .isReference = kind == InterfaceKind::uniformBuffer};
+}
+
+static const InterfaceVariable uv{
+    .kind = InterfaceKind::input, .global = "msl.in.uv", .builtIn = {}};
+static const InterfaceVariable color{
+    .kind = InterfaceKind::output, .global = "msl.out.color.0", .builtIn = {}};
+
+// A kernel over the words of `data`.
+static std::string kernel(std::string_view body,
+                          std::vector<std::array<std::string_view, 3>> merges = {}) {
+    const std::string code = "@msl.buffer.0 = external global i32\n"
+                             "declare i32 @llvm.smax.i32(i32, i32)\n"
+                             "define void @main() {\nentry:\n" +
+                             std::string(body) + "\n}\n";
+    return written({.code = code,
+                    .stage = Stage::kernel,
+                    .interface = {buffer(InterfaceKind::storageBuffer, "data")},
+                    .merges = std::move(merges)});
+}
+
+static void expectLine(const std::string& text, const std::string& line) {
+    EXPECT_NE(text.find(line), std::string::npos) << "No line '" << line << "' in:\n" << text;
+}
+
+TEST(WgslWriter, writesAFragmentFunctionAsAPersonWould) {
+    EXPECT_EQ(written({.code = R"(
+@msl.in.uv = external constant <2 x float>
+@msl.buffer.0 = external constant <4 x float>
+@msl.out.color.0 = external global <4 x float>
+define void @main() {
+entry:
+  %uv = load <2 x float>, ptr @msl.in.uv
+  %time = load float, ptr getelementptr (i8, ptr @msl.buffer.0, i32 8)
+  %wave = call afn float @llvm.sin.f32(float %time)
+  %splat.0 = insertelement <2 x float> poison, float %wave, i32 0
+  %splat = shufflevector <2 x float> %splat.0, <2 x float> poison, <2 x i32> zeroinitializer
+  %moved = fmul contract <2 x float> %uv, %splat
+  %x = extractelement <2 x float> %moved, i32 0
+  %y = extractelement <2 x float> %moved, i32 1
+  %c0 = insertelement <4 x float> <float undef, float undef, float 0.5, float 1.0>, float %x, i32 0
+  %c1 = insertelement <4 x float> %c0, float %y, i32 1
+  store <4 x float> %c1, ptr @msl.out.color.0
+  ret void
+}
+declare float @llvm.sin.f32(float)
+)",
+                       .interface = {uv, buffer(InterfaceKind::uniformBuffer, "look"), color}}),
+              R"(@group(0) @binding(0) var<uniform> look: array<vec4f, 1>;
+
+struct Inputs {
+    @location(0) uv: vec2f,
+}
+
+struct Outputs {
+    @location(0) color_0: vec4f,
+}
+
+@fragment
+fn main(in: Inputs) -> Outputs {
+    var out: Outputs;
+    let moved = in.uv * sin(look[0u].z);
+    let part = vec4f(0.0f, 0.0f, 0.5f, 1.0f);
+    out.color_0 = vec4f(moved.x, moved.y, part.z, part.w);
+    return out;
+}
+)");
+}
+
+// The values of phis change together: here two values are exchanged in each round.
+TEST(WgslWriter, assignsAllPhisOfALoopAtOnce) {
+    const std::string text = kernel(R"(
+  %limit = load i32, ptr @msl.buffer.0
+  br label %header
+header:
+  %i = phi i32 [ 0, %entry ], [ %next, %latch ]
+  %a = phi i32 [ 1, %entry ], [ %b, %latch ]
+  %b = phi i32 [ 2, %entry ], [ %a, %latch ]
+  %done = icmp uge i32 %i, %limit
+  br i1 %done, label %exit, label %latch
+latch:
+  %next = add i32 %i, 1
+  br label %header
+exit:
+  store i32 %a, ptr @msl.buffer.0
+  ret void)",
+                                    {{"header", "exit", "latch"}});
+    expectLine(text, "    var i = 0u;\n    var a = 1u;\n    var b = 2u;\n    loop {\n"
+                     "        if (i >= limit) {\n            break;\n        }\n");
+    expectLine(text, "        let next_a = b;\n        let next_b = a;\n");
+    expectLine(text, "        a = next_a;\n        b = next_b;\n    }\n    data[0u] = a;\n");
+}
+
+TEST(WgslWriter, declaresValuesWhereTheirUsersSeeThem) {
+    const std::string text = kernel(R"(
+  %given = load i32, ptr @msl.buffer.0
+  br label %header
+header:
+  %square = mul i32 %given, %given
+  %isLarge = icmp ugt i32 %square, 9
+  br i1 %isLarge, label %exit, label %latch
+latch:
+  br label %header
+exit:
+  store i32 %square, ptr @msl.buffer.0
+  ret void)",
+                                    {{"header", "exit", "latch"}});
+    expectLine(text, "    var square: u32;\n    loop {\n        square = given * given;\n");
+    expectLine(text, "    data[0u] = square;\n");
+}
+
+// A read stays before a write that follows it.
+TEST(WgslWriter, keepsTheOrderOfReadsAndWrites) {
+    const std::string text = kernel(R"(
+  %before = load i32, ptr @msl.buffer.0
+  store i32 7, ptr @msl.buffer.0
+  %at = getelementptr i32, ptr @msl.buffer.0, i32 1
+  store i32 %before, ptr %at
+  ret void)");
+    expectLine(text, "    let before = data[0u];\n    data[0u] = 7u;\n    data[1u] = before;\n");
+}
+
+// WGSL refuses constants that it can evaluate to nothing good.
+TEST(WgslWriter, hidesConstantsThatWgslRefuses) {
+    const std::string text = kernel(R"(
+  %a = load i32, ptr @msl.buffer.0
+  %quotient = udiv i32 %a, 0
+  %shifted = shl i32 %quotient, 40
+  %real = bitcast i32 %shifted to float
+  %sum = fadd float %real, 0x7FF0000000000000
+  %bits = bitcast float %sum to i32
+  %least = call i32 @llvm.smax.i32(i32 %bits, i32 -2147483648)
+  store i32 %least, ptr @msl.buffer.0
+  ret void)");
+    expectLine(text, "var<private> constant: u32 = 0u;\n");
+    expectLine(text, "var<private> constant_2: u32 = 40u;\n");
+    expectLine(text, "var<private> bits: u32 = 2139095040u;\n");
+    expectLine(text, "i32(-2147483648)");
+}
+
+TEST(WgslWriter, tellsSignedOperationsFromUnsignedOnes) {
+    const std::string text = kernel(R"(
+  %a = load i32, ptr @msl.buffer.0
+  %signed = sdiv i32 %a, -3
+  %unsigned = udiv i32 %a, 3
+  %shifted = ashr i32 %a, 4
+  %isLess = icmp slt i32 %shifted, %signed
+  %one = select i1 %isLess, i32 %signed, i32 %unsigned
+  store i32 %one, ptr @msl.buffer.0
+  ret void)");
+    expectLine(text, "let signed = i32(a) / (-3i);\n");
+    expectLine(text, "data[0u] = select(a / 3u, u32(signed), ((i32(a) >> 4u) < signed));\n");
+}
+
+// An atomic integer of WGSL has one sign.
+TEST(WgslWriter, comparesAtomicNumbersOfBothSigns) {
+    const std::string text = kernel(R"(
+  %a = atomicrmw umin ptr @msl.buffer.0, i32 9 monotonic
+  %b = atomicrmw max ptr @msl.buffer.0, i32 -3 monotonic
+  ret void)");
+    expectLine(text, "var<storage, read_write> data: array<atomic<u32>>;\n");
+    expectLine(text, " = atomicMin(&data[0u], 9u);\n");
+    expectLine(text, "atomicCompareExchangeWeak(&data[0u], seen, u32(max(i32(seen), operand)));\n");
+}
+
+// All threads reach the barriers of a kernel, so those that should do nothing run on.
+TEST(WgslWriter, changesMemoryOnlyForThreadsThatMay) {
+    const std::string text = written({.code = R"(
+@msl.buffer.0 = external global i32
+@msl.loop_report = external global i32
+declare void @msl.grid_mark(i1)
+declare void @msl.budget_mark(i1)
+define void @main() {
+  %given = load i32, ptr @msl.buffer.0
+  %isInside = icmp ult i32 %given, 9
+  call void @msl.grid_mark(i1 %isInside)
+  %isSpent = icmp ugt i32 %given, 3
+  call void @msl.budget_mark(i1 %isSpent)
+  store i32 1, ptr @msl.buffer.0
+  store i32 1, ptr @msl.loop_report
+  ret void
+}
+)",
+                                      .stage = Stage::kernel,
+                                      .interface = {buffer(InterfaceKind::storageBuffer, "data"),
+                                                    {.kind = InterfaceKind::loopReport,
+                                                     .global = "msl.loop_report",
+                                                     .builtIn = {},
+                                                     .binding = 1,
+                                                     .elementBytes = 4,
+                                                     .isReference = true}}});
+    expectLine(text, "    let isInGrid = given < 9u;\n    var isWithinBudget = true;\n"
+                     "    isWithinBudget = isWithinBudget & !(given > 3u);\n"
+                     "    if (isInGrid && isWithinBudget) {\n        data[0u] = 1u;\n    }\n"
+                     "    if (isInGrid) {\n        loopReport[0u] = 1u;\n    }\n");
+}
+
+TEST(WgslWriter, refusesWhatWgslLacks) {
+    const auto refusal = [](const ShaderText& text) {
+        return thrownBy<TranslationError>([&] { written(text); });
+    };
+    EXPECT_EQ(refusal({.code = "@msl.in.base_vertex = external constant i32\n"
+                               "@msl.out.position = external global <4 x float>\n"
+                               "define void @main() {\n"
+                               "  %base = load i32, ptr @msl.in.base_vertex\n"
+                               "  %x = uitofp i32 %base to float\n"
+                               "  store float %x, ptr @msl.out.position\n  ret void\n}\n",
+                       .stage = Stage::vertex,
+                       .interface = {builtIn(InterfaceKind::input, "base_vertex"),
+                                     builtIn(InterfaceKind::output, "position")}}),
+              "WGSL has no [[base_vertex]].");
+    EXPECT_EQ(refusal({.code = "@msl.buffer.0 = external global i32\n"
+                               "define void @main() {\n"
+                               "  store i32 1, ptr @msl.buffer.0\n  ret void\n}\n",
+                       .stage = Stage::vertex,
+                       .interface = {buffer(InterfaceKind::storageBuffer, "data")}}),
+              "WGSL has no vertex functions that write to buffers.");
+    EXPECT_EQ(refusal({.code = "declare void @msl.ray_query_make()\n"
+                               "define void @main() {\n"
+                               "  call void @msl.ray_query_make()\n  ret void\n}\n",
+                       .stage = Stage::kernel,
+                       .interface = {}}),
+              "WGSL has no ray tracing.");
+}
+
+TEST(WgslNames, areValidAndDifferent) {
+    wgsl::Names names;
+    EXPECT_EQ(names.make("uv"), "uv");
+    EXPECT_EQ(names.make("uv"), "uv_2");
+    EXPECT_EQ(names.make("sample"), "sample");
+    EXPECT_EQ(names.make("texture"), "texture");
+    EXPECT_EQ(names.make("filter"), "filter_1") << "a reserved word";
+    EXPECT_EQ(names.make("loop"), "loop_1") << "a keyword";
+    EXPECT_EQ(names.make("mix"), "mix_1") << "a function of WGSL";
+    EXPECT_EQ(names.make("__hidden"), "hidden");
+    EXPECT_EQ(names.make("größe"), "gre");
+    EXPECT_EQ(names.make(""), "value");
+    EXPECT_EQ(names.make("7"), "value_2");
+}
+
+TEST(WgslNames, areThoseOfTheProgram) {
+    EXPECT_EQ(wgsl::plainName("uv.sroa.0.0.copyload.i"), "uv");
+    EXPECT_EQ(wgsl::plainName("mul12.i.i"), "mul");
+    EXPECT_EQ(wgsl::plainName(""), "");
+}
+
+} // namespace tarnwick::msl
