@@ -38,6 +38,12 @@ bool isSPIRV(Text start) { // SPIR-V 1.6, 2.3, in either order of bytes
            start.starts_with(Text("\x07\x23\x02\x03", 4));
 }
 
+// The first line names the entry point.
+bool isWGSL(Text start) {
+    return start.starts_with("// vertex ") || start.starts_with("// fragment ") ||
+           start.starts_with("// kernel ");
+}
+
 // The first line is "TARGET: FILE", where a blank in the name of the target has a backslash.
 bool isMakeRule(Text start) {
     const Text line = start.substr(0, start.find('\n'));
@@ -65,6 +71,7 @@ constexpr std::array rows{
     Row{FileKind::quickTimeMovie, "QuickTime movie", ".mov", isMovie},
     Row{FileKind::chapterList, "chapter list", ".json", isChapterList},
     Row{FileKind::spirvModule, "SPIR-V module", ".spv", isSPIRV},
+    Row{FileKind::wgslText, "WGSL text", ".wgsl", isWGSL},
     Row{FileKind::makeRule, "rule for make", ".d", isMakeRule},
     Row{FileKind::episode, "episode", ".metal", nullptr},
     Row{FileKind::release, "release", "", nullptr},

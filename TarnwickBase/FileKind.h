@@ -14,6 +14,7 @@ enum class FileKind : std::uint8_t {
     quickTimeMovie,
     chapterList,
     spirvModule,
+    wgslText,
     makeRule,
     episode,
     release,

@@ -54,9 +54,20 @@ void requireEntry(const Compilation& compilation, std::string_view name, std::st
                namesOf(compilation) + ".");
 }
 
-std::string_view bytesOf(const EntryPoint& entry) {
+// Each line as a comment of WGSL.
+std::string commented(std::string_view lines) {
+    std::string text;
+    for (std::size_t at = 0; at < lines.size();) {
+        const std::size_t end = lines.find('\n', at) + 1;
+        text.append("// ").append(lines.substr(at, end - at));
+        at = end;
+    }
+    return text;
+}
+
+std::string fileOf(const EntryPoint& entry) {
     if (!entry.text.empty())
-        return entry.text;
+        return commented(listing(entry)) + entry.text;
     return {reinterpret_cast<const char*>(entry.words.data()),
             entry.words.size() * sizeof entry.words[0]};
 }
@@ -82,6 +93,10 @@ Status batch(const Arguments& arguments) {
     return status;
 }
 
+FileKind kindOf(const Arguments& arguments) {
+    return arguments.textOf("--target") == "wgsl" ? FileKind::wgslText : FileKind::spirvModule;
+}
+
 // The rule for make and the file that it is written to.
 struct RuleFile {
     Output file;
@@ -94,26 +109,17 @@ std::optional<RuleFile> ruleFileOf(const Arguments& arguments, const std::option
     const bool hasName = out && !out->isStandardOutput();
     const std::string source(arguments.operands().front());
     const std::string target =
-        hasName ? out->name() : std::filesystem::path(source).replace_extension(".spv").string();
+        hasName
+            ? out->name()
+            : std::filesystem::path(source).replace_extension(endingOf(kindOf(arguments))).string();
     if (auto named = Output::of(arguments, "-MF", FileKind::makeRule))
         return RuleFile{std::move(*named), target};
     if (!hasName)
-        misuse("-MD requires -MF OUT.d or -o OUT.spv.");
+        misuse("-MD requires -MF OUT.d or -o OUT" + std::string(endingOf(kindOf(arguments))) + ".");
     Output beside = Output::at(std::filesystem::path(target).replace_extension(".d"),
                                FileKind::makeRule, {arguments.operands().front()});
     beside.check();
     return RuleFile{std::move(beside), target};
-}
-
-// Each line as a comment of WGSL.
-std::string commented(std::string_view lines) {
-    std::string text;
-    for (std::size_t at = 0; at < lines.size();) {
-        const std::size_t end = lines.find('\n', at) + 1;
-        text.append("// ").append(lines.substr(at, end - at));
-        at = end;
-    }
-    return text;
 }
 
 // What the options ask to see of the entry points.
@@ -127,7 +133,7 @@ std::string report(const Arguments& arguments, const Compilation& compilation) {
         if (!only.empty() && entry.name != only)
             continue;
         if (!entry.text.empty() && !arguments.has("-o"))
-            text += commented(listing(entry)) + entry.text;
+            text += fileOf(entry);
         else if (arguments.has("--disassemble"))
             text += "; " + std::string(nameIn(stageNames, entry.stage)) + " " + entry.name + "\n" +
                     compilation.listings[i];
@@ -142,7 +148,7 @@ Status compileOne(const Arguments& arguments) {
         misuse("Several files require --batch.");
     const std::string_view path = arguments.operands().front();
     const auto name = arguments.value("--entry");
-    const auto out = Output::of(arguments, "-o", FileKind::spirvModule);
+    const auto out = Output::of(arguments, "-o", kindOf(arguments));
     const auto rule = ruleFileOf(arguments, out);
     const Compilation compilation = compiled(path, compileOptionsOf(arguments));
     std::fputs(terminalLines(compilation.messages).c_str(), stderr);
@@ -158,7 +164,7 @@ Status compileOne(const Arguments& arguments) {
     if (out)
         for (const EntryPoint& entry : compilation.entryPoints)
             if (!name || entry.name == *name)
-                out->write(bytesOf(entry));
+                out->write(fileOf(entry));
     if (rule)
         rule->file.write(dependencyRule(rule->target, path, compilation.files));
     const std::string text = terminalLines(report(arguments, compilation));

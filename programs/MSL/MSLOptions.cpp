@@ -24,7 +24,7 @@ constexpr std::array<Option, 15> options{{
      .byDefault = "all entry points"},
     {.name = "-o",
      .value = "OUT.spv",
-     .help = "write the entry point's SPIR-V or WGSL; - is standard output",
+     .help = "write the entry point's SPIR-V, or its WGSL (OUT.wgsl); - is standard output",
      .values = FileName{},
      .byDefault = "none"},
     {.name = "--target",

@@ -82,7 +82,8 @@ TEST_F(OutputFile, isRecognisedByItsFirstBytes) {
         {FileKind::wavSound, "RIFF....WAVEfmt "},
         {FileKind::mpeg4Movie, movie},
         {FileKind::chapterList, "{\"duration\":7}"},
-        {FileKind::spirvModule, std::string("\x03\x02\x23\x07\0", 5)}};
+        {FileKind::spirvModule, std::string("\x03\x02\x23\x07\0", 5)},
+        {FileKind::wgslText, "// kernel check, 7 lines\n"}};
     for (const auto& [kind, start] : starts) {
         EXPECT_TRUE(holds(kind, file("whole", start))) << nameOf(kind);
         EXPECT_FALSE(holds(kind, file("cut", start.substr(0, 3)))) << nameOf(kind);

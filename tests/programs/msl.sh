@@ -16,6 +16,14 @@ spirv-val --target-env vulkan1.3 red.spv || complain 'red.spv is not valid' msl
 expect 2 'no entry point "blue", but kernel twice, fragment red' msl two.metal --entry blue
 expect 2 'o requires --entry: two.metal has ' msl two.metal -o two.spv
 have ! -e two.spv
+expect 0 '^// kernel twice, ' msl two.metal --target wgsl
+grep -q '^// .*buffer(3), uniform buffer, 16 bytes' out || complain 'no binding of buffer(3)' msl --target
+grep -q '^@compute @workgroup_size(' out || complain 'no text of the kernel' msl --target
+expect 0 '^fragment red, ' msl two.metal --target wgsl --entry red -o red.wgsl
+expect 0 '^fragment red, ' msl two.metal --target wgsl --entry red -o red.wgsl
+grep -q '^@fragment$' red.wgsl || complain 'red.wgsl is not the text' msl --target -o
+expect 2 'o writes files that end in .wgsl, not "red.spv"' msl two.metal --target wgsl --entry red -o red.spv
+expect 2 'spirv, wgsl' msl two.metal --target glsl
 cat >log.metal <<'TEXT'
 #include <metal_stdlib>
 #include <metal_logging>

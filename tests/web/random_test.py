@@ -6,7 +6,8 @@ random_test.py TARNWICK WRITER COMPILER SOURCE SEEDS
 WRITER is random-programs-text, COMPILER a compiler of C++, SOURCE the root of the sources, and SEEDS
 a range A..B. Even seeds run in a kernel, odd ones in a fragment function, and programs of groups
 always in a kernel (tests/TarnwickMSL/RandomPrograms/Metal.h). Every value is exact, so the results
-must be equal. The status is 1 if a program differs, and 77 if there is no browser.
+must be equal. Left out and counted are programs that the compiler refuses, and those with samplers
+that WebGPU lacks. The status is 1 if a program differs, and 77 if there is no browser.
 """
 
 import collections
@@ -23,6 +24,7 @@ from programs import compiled, entry_named, with_declared  # noqa: E402
 
 INPUTS, SIDE, GROUP = 256, 16, 64
 BATCH = 100  # programs in one native library
+LIMIT = 120  # seconds of the browser for a program
 
 # What the native code reads too (RandomPrograms/Shim/NativeTextures.h), made once for all programs.
 WORLD = """
@@ -72,13 +74,14 @@ WORLD = """
 
 # Runs the entry points of one program and gives its words.
 RUN = """
-async ({entries, constants, inputs, side, group}) => {
+async ({entries, constants, states, inputs, side, group}) => {
     const results = bufferOf(4 * (inputs + 1), 0), memory = bufferOf(inputs * 4096, 0);
     const report = bufferOf(4, 0), grid = bufferOf(48, GPUBufferUsage.UNIFORM);
     device.queue.writeBuffer(grid, 0, new Uint32Array(
         [inputs, 1, 1, 0, inputs, 1, 1, 0, inputs / group, 1, 1, 0]));
-    const resourceOf = ({kind, index}) =>
+    const resourceOf = ({binding, kind, index}) =>
         kind === "grid size" ? {buffer: grid} : kind === "loop report" ? {buffer: report} :
+        kind.includes("sampler") ? device.createSampler(states[binding]) :
         kind.includes("texture") ? (index === 5 ? worldTexture(5) : readTextures[index]) :
         {buffer: [results, memory, constantWords][index]};
     device.pushErrorScope("validation");
@@ -139,15 +142,38 @@ async ({entries, constants, inputs, side, group}) => {
 
 
 class Refused(Exception):
-    """The compiler refuses the program, because WGSL lacks what it needs."""
+    """WGSL or WebGPU lacks what the program needs."""
+
+
+ADDRESSES = {"clamp_to_edge": "clamp-to-edge", "repeat": "repeat",
+             "mirrored_repeat": "mirror-repeat"}
+
+
+def sampler_state(sampler):
+    """WebGPU's state of a sampler, whose filters are all `nearest`."""
+    modes = [ADDRESSES.get(each) for each in sampler["address"]]
+    if None in modes:
+        raise Refused("WebGPU has no such address mode.")
+    return dict(zip(("addressModeU", "addressModeV", "addressModeW"), modes))
+
+
+def with_one_channel(text):
+    """The text with one channel of the texture that is written: WGSL can read no more of it."""
+    read = "world.board.read(world.place)"
+    return text.replace(read, f"uint4({read}.x, 0u, 0u, 1u)")
+
+
+def written(writer, form, first, last):
+    """What random-programs-text prints for the seeds."""
+    done = subprocess.run([writer, form, f"{first}..{last}"], stdout=subprocess.PIPE, check=True)
+    return with_one_channel(done.stdout.decode())
 
 
 def native_trials(writer, compiler, source, first, last, folder):
     """The function of the seeds' native code: nativeTrial of RandomPrograms/Native.h."""
-    text = subprocess.run([writer, "native", f"{first}..{last}"], stdout=subprocess.PIPE,
-                          check=True).stdout
+    text = written(writer, "native", first, last)
     path = os.path.join(folder, f"native{first}")
-    with open(path + ".cpp", "wb") as file:
+    with open(path + ".cpp", "w", encoding="utf-8") as file:
         file.write(text)
     subprocess.run([compiler, "-std=c++20", "-w", "-O0", "-ffp-contract=off", "-fwrapv", "-shared",
                     "-fPIC", "-I", source, path + ".cpp", "-o", path + ".so"], check=True)
@@ -172,14 +198,15 @@ def results_of(page, tarnwick, text, is_kernel):
         "entries": [{"text": each["wgsl"]["text"], "bindings": [
             {"binding": one["binding"], "kind": one["kind"], "index": one.get("index", 0)}
             for one in each["bindings"]]} for each in entries],
+        "states": {one["binding"]: sampler_state(one["sampler"]) for each in entries
+                   for one in each["bindings"] if "sampler" in one},
         "constants": [with_declared(each, {1: GROUP, 2: 1, 3: 1}) for each in entries],
         "inputs": INPUTS, "side": SIDE, "group": GROUP})
 
 
 def difference(page, tarnwick, writer, seed, trial, program):
     """What differs, in a sentence; empty if nothing does."""
-    text = subprocess.run([writer, "metal", f"{seed}..{seed}"], stdout=subprocess.PIPE,
-                          check=True).stdout.decode()
+    text = written(writer, "metal", seed, seed)
     is_kernel = seed % 2 == 0 or "GROUP_PROGRAM" in text
     given = results_of(page, tarnwick, text, is_kernel)
     width = given[INPUTS] if "GROUP_PROGRAM" in text else 0
@@ -192,7 +219,14 @@ def difference(page, tarnwick, writer, seed, trial, program):
             "inputs differ).")
 
 
+def open_page():
+    page = browser.Browser(limit=LIMIT)
+    page.evaluate(WORLD)
+    return page
+
+
 def run_batch(page, tools, first, last, folder, counts):
+    """Returns the page for the next batch: a browser that a program keeps busy is replaced."""
     tarnwick, writer, compiler, source = tools
     trial = native_trials(writer, compiler, source, first, last, folder)
     for seed in range(first, last + 1):
@@ -203,9 +237,12 @@ def run_batch(page, tools, first, last, folder, counts):
             continue
         except browser.BrowserError as error:
             found = str(error)
+            page.close()
+            page = open_page()
         counts["wrong" if found else "right"] += 1
         if found:
             print(f"seed {seed}: {found}", flush=True)
+    return page
 
 
 def main():
@@ -215,11 +252,12 @@ def main():
     *tools, seeds = sys.argv[1:]
     first, last = (int(each) for each in seeds.split(".."))
     counts = collections.Counter()
-    with browser.Browser(limit=120) as page, tempfile.TemporaryDirectory() as folder:
-        page.evaluate(WORLD)
+    page = open_page()
+    with tempfile.TemporaryDirectory() as folder:
         for start in range(first, last + 1, BATCH):
-            run_batch(page, tools, start, min(start + BATCH - 1, last), folder, counts)
+            page = run_batch(page, tools, start, min(start + BATCH - 1, last), folder, counts)
             print(f"{counts['right']} of {sum(counts.values())} so far", file=sys.stderr, flush=True)
+    page.close()
     right, wrong = counts.pop("right", 0), counts.pop("wrong", 0)
     for message, count in counts.items():
         print(f"{count} are refused: {message}")

@@ -307,8 +307,9 @@ void Body::define(const Instruction& instruction, const Expression& value) {
     }
     if (instruction.use_empty())
         return;
-    if (isa<ExtractElementInst>(instruction) && isName(value.text) && !value.readsMemory) {
-        values_[&instruction] = value; // a lane of a name is as short as another name
+    if (isa<ExtractElementInst, LoadInst>(instruction) && isName(value.text) &&
+        !value.readsMemory) {
+        values_[&instruction] = value; // a member of a name is as short as another name
         return;
     }
     if (canWait(instruction, value)) {
@@ -359,10 +360,12 @@ Expression Body::overridden(std::uint32_t id, std::string_view name, std::string
 Expression Body::builtIn(std::string_view word, std::string_view type) {
     std::string& known = builtIns_[std::string(word)];
     if (known.empty()) {
-        known = std::string(word);
-        addInput("@builtin(" + known + ") " + known + ": " + std::string(type));
+        known = stage == Stage::kernel ? names.make(word) : std::string(word);
+        const std::string text =
+            "@builtin(" + std::string(word) + ") " + known + ": " + std::string(type);
+        stage == Stage::kernel ? parameters_.push_back(text) : addInput(text);
     }
-    return {.text = inputName() + "." + known};
+    return {.text = (stage == Stage::kernel ? "" : inputName() + ".") + known};
 }
 
 // The input of a signed format is signed.
@@ -419,8 +422,11 @@ std::string Body::finish(const std::string& attributes) {
         text += structure("Inputs", inputs_);
     if (!outputs_.empty())
         text += structure("Outputs", outputs_);
-    text += attributes + "\nfn main(" + (inputs_.empty() ? "" : inputName() + ": Inputs") + ")" +
-            (outputs_.empty() ? "" : " -> Outputs") + " {\n";
+    std::string parameters = inputs_.empty() ? "" : inputName() + ": Inputs";
+    for (const std::string& parameter : parameters_)
+        parameters += (parameters.empty() ? "" : ", ") + parameter;
+    text += attributes + "\nfn main(" + parameters + ")" + (outputs_.empty() ? "" : " -> Outputs") +
+            " {\n";
     if (!outputs_.empty())
         text += "    var " + outputName() + ": Outputs;\n";
     return text + lines_ + "}\n";

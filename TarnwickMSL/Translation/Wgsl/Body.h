@@ -102,7 +102,8 @@ class Body {
     Expression overridden(std::uint32_t id, std::string_view name, std::string_view type,
                           std::string_view byDefault);
     bool hasOverride(std::uint32_t id) const { return overrides_.contains(id); }
-    // A built-in value of the entry point, by WGSL's word.
+    // A built-in value of the entry point, by WGSL's word. Those of a kernel are parameters,
+    // because no member of a record is uniform if another one is not (WGSL, "Uniformity").
     Expression builtIn(std::string_view word, std::string_view type);
     // The attribute of a vertex descriptor, which has four lanes.
     Expression attribute(std::uint32_t index, llvm::Type* type);
@@ -142,7 +143,7 @@ class Body {
     std::map<std::string, std::string, std::less<>> functions_, builtIns_;
     std::map<std::uint32_t, Declared> overrides_;
     std::set<std::string, std::less<>> extensions_, diagnostics_;
-    std::vector<std::string> inputs_, outputs_;
+    std::vector<std::string> parameters_, inputs_, outputs_;
     std::map<std::uint32_t, std::string> attributes_;
 };
 
