@@ -96,8 +96,9 @@ static std::string letters(std::string_view wanted) {
 std::string Names::make(std::string_view wanted) {
     const std::string base = letters(wanted);
     std::string name = base;
-    for (int number = isTaken(base) ? 1 : 2; isTaken(name) || taken_.contains(name); ++number)
-        name = base + "_" + std::to_string(number);
+    int& number = next_.try_emplace(base, isTaken(base) ? 1 : 2).first->second;
+    while (isTaken(name) || taken_.contains(name))
+        name = base + "_" + std::to_string(number++);
     taken_.insert(name);
     return name;
 }

@@ -1,6 +1,7 @@
 // The identifiers of one text: valid in WGSL, each once.
 #pragma once
 
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
@@ -15,6 +16,7 @@ class Names {
 
   private:
     std::set<std::string, std::less<>> taken_;
+    std::map<std::string, int> next_; // the number to try next, by the name without it
 };
 
 // The name as the program spells it, of LLVM's name of a value: without the numbers and endings
