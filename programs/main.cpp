@@ -23,6 +23,7 @@ constexpr std::array commands{
     &assembleCommand,
     &mslCommand,
     &swiftUICommand,
+    &webCommand,
     &stillCommand,
     &sheetCommand,
     &thumbnailCommand,

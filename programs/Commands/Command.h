@@ -64,6 +64,7 @@ extern const Command thumbnailCommand;      // ThumbnailCommand.cpp
 extern const Command tokensCommand;         // TokensCommand.cpp
 extern const Command variationsCommand;     // VariationsCommand.cpp
 extern const Command walkthroughCommand;    // WalkthroughCommand.cpp
+extern const Command webCommand;            // WebCommand.cpp
 extern const Command whoAmICommand;         // AccountCommands.cpp
 
 } // namespace tarnwick

@@ -1,0 +1,118 @@
+#include "TarnwickCore/Animation/KeyframeTracks.h"
+#include "TarnwickMSL/SamplerBits.h"
+#include "TarnwickWeb/WebDocument.h"
+#include "TarnwickWeb/WebError.h"
+#include "tests/Thrown.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <fstream>
+#include <string>
+
+namespace tarnwick {
+namespace {
+
+using nlohmann::json;
+
+constexpr std::string_view text =
+    "// @episode 3 Two \"colours\"\n"
+    "// @still inf\n"
+    "// @length inf\n"
+    "// @param red 0.1 0 1 How <b>red</b>\n"
+    "// @param constructor 2 1 3\n"
+    "float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {"
+    " return float4(p.red); }\n";
+
+msl::EntryPoint finalPass(std::vector<msl::Resource> resources) {
+    return {.name = "tw_fragment",
+            .stage = msl::Stage::fragment,
+            .text = "@fragment fn main() {}",
+            .resources = std::move(resources)};
+}
+
+json documentOf(std::vector<msl::Resource> resources, const Settings& settings = {},
+                std::string_view episode = text) {
+    const WebProgram program{.functions = {finalPass(std::move(resources))}};
+    return json::parse(webDocument(Episode::of(std::string(episode)), settings, program));
+}
+
+TEST(WebDocument, hasFiniteTimesAndTheValuesOfTheSettings) {
+    Settings settings{.values = {{"constructor", 2.5f}}};
+    settings.keys.set("red", 1, 0.2f, KeyframeTracks::Ease::hold);
+    const json document = documentOf({}, settings);
+    EXPECT_EQ(document["still"], EpisodeMeta().still);
+    EXPECT_EQ(document["length"], EpisodeMeta().length);
+    EXPECT_EQ(document["kind"], "fragment");
+    EXPECT_EQ(document["title"], "Two \"colours\"");
+    ASSERT_EQ(document["params"].size(), 2U);
+    EXPECT_EQ(document["params"][0],
+              json::parse(R"({"name":"red","value":0.1,"min":0,"max":1,"detail":"How <b>red</b>",
+                              "keys":[{"time":1,"value":0.2,"ease":"hold"}]})"));
+    EXPECT_EQ(document["params"][1]["value"], 2.5);
+    EXPECT_EQ(document["functions"]["tw_fragment"]["code"], "@fragment fn main() {}");
+}
+
+TEST(WebDocument, tellsSamplersAsWebGPUHasThem) {
+    const msl::SamplerState state{.t = msl::SamplerAddress::mirroredRepeat,
+                                  .mag = msl::SamplerFilter::linear,
+                                  .maxAnisotropy = 8};
+    const json document = documentOf({{.kind = msl::ResourceKind::constantSampler,
+                                       .binding = 35,
+                                       .samplerState = msl::packSampler(state)}});
+    const json& resource = document["functions"]["tw_fragment"]["resources"][0];
+    EXPECT_EQ(resource["kind"], "sampler");
+    EXPECT_EQ(resource["binding"], 35);
+    EXPECT_EQ(resource["sampler"],
+              json::parse(R"({"u":"clamp-to-edge","v":"mirror-repeat","w":"clamp-to-edge",
+                              "mag":"linear","min":"nearest","mip":"nearest","leastLevel":0,
+                              "mostLevel":1000,"anisotropy":1})"));
+}
+
+TEST(WebDocument, refusesWhatNoPageHas) {
+    const auto sentence = [](msl::Resource resource) {
+        return thrownBy<WebError>([&] { documentOf({resource}); });
+    };
+    using Kind = msl::ResourceKind;
+    const auto sampler = [](const msl::SamplerState& state) {
+        return msl::Resource{.kind = Kind::constantSampler,
+                             .samplerState = msl::packSampler(state)};
+    };
+    EXPECT_EQ(sentence({.kind = Kind::storageTexture}),
+              "The function tw_fragment takes an argument that pages do not have.");
+    EXPECT_EQ(sentence(sampler({.coord = msl::SamplerCoord::pixel})),
+              "WebGPU has no samplers with coord::pixel.");
+    EXPECT_EQ(sentence(sampler({.s = msl::SamplerAddress::clampToZero})),
+              "WebGPU has no samplers with an address mode other than clamp_to_edge, repeat and "
+              "mirrored_repeat.");
+}
+
+TEST(WebDocument, keepsFramesOnlyIfTheyAreRead) {
+    constexpr std::string_view inputs =
+        "float4 shade(float2 uv, constant Uniforms& u, constant Params& p, Inputs in) {"
+        " return in.previous(uv); }\n";
+    const msl::Resource previous{.kind = msl::ResourceKind::sampledTexture,
+                                 .index = ShaderAssembler::previousTexture};
+    EXPECT_EQ(documentOf({previous}, {}, inputs)["readsPrevious"], true);
+    EXPECT_EQ(documentOf({}, {}, inputs)["readsPrevious"], false);
+    EXPECT_EQ(documentOf({}, {}, inputs)["usesInputs"], true);
+}
+
+// The player in JavaScript computes the same floats; tests/web/values.test.js reads this file.
+TEST(WebValues, ofKeysAreThoseOfTheFile) {
+    const std::string folder = WEB_TESTS;
+    const auto read = [&](const char* name) {
+        std::ifstream file(folder + name);
+        return json::parse(file);
+    };
+    const json given = read("keys.json"), expected = read("values.json");
+    const KeyframeTracks tracks = KeyframeTracks::decode(given.dump());
+    ASSERT_EQ(tracks.tracks.size(), expected.size());
+    for (const auto& [name, values] : expected.items())
+        for (std::size_t at = 0; at < values.size(); ++at)
+            EXPECT_EQ(tracks.value(name, given["times"][at].get<double>()), values[at].get<float>())
+                << name << " at " << given["times"][at];
+}
+
+} // namespace
+} // namespace tarnwick

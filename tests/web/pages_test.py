@@ -1,0 +1,188 @@
+"""Pages in a browser: foreign texts, controls, other pages, small screens, and browsers that cannot draw.
+
+Usage: pages_test.py TARNWICK. Ends with 77 without a browser.
+"""
+
+import functools
+import http.server
+import os
+import subprocess
+import sys
+import tempfile
+import threading
+
+import browser
+from pages import PageBrowser
+
+ATTACK = """<img src=x onerror="document.title='attacked'"></script><script>document.title='attacked'</script>"""
+EPISODE = f"""// @episode 3 {ATTACK}
+// @teaches {ATTACK}
+// @still 2
+// @param blue 0.25 0.0 1.0 {ATTACK}
+float4 shade(float2 uv, constant Uniforms& u, constant Params& p) {{
+    return float4(uv, p.blue, 1.0);
+}}
+"""
+
+FUNCTIONS = """
+globalThis.shown = () => document.querySelector("tarnwick-episode");
+globalThis.inside = selector => shown().shadowRoot.querySelector(selector);
+globalThis.state = async () => {
+    await shown().ready.catch(() => {});
+    return {
+        message: inside("[role=status]").textContent,
+        title: document.title,
+        pictures: document.images.length + shown().shadowRoot.querySelectorAll("img").length,
+        heading: inside("h1")?.textContent,
+        detail: inside(".teaches")?.textContent,
+        buttons: [...shown().shadowRoot.querySelectorAll("button")].map(each => each.getAttribute("aria-label")),
+        isPlaying: shown().player?.isPlaying ?? false,
+        time: shown().player?.time ?? null,
+        isWide: document.documentElement.scrollWidth > innerWidth
+    };
+};
+globalThis.pixel = async () => [...(await shown().still(2, 4, 4)).slice(0, 3)];
+undefined;
+"""
+
+
+class QuietHandler(http.server.SimpleHTTPRequestHandler):
+    def log_message(self, *_):
+        pass
+
+
+class Checks:
+    failures = 0
+
+    def expect(self, what, met, wanted):
+        if met != wanted:
+            self.failures += 1
+            print(f"{what}: {met}, not {wanted}")
+
+
+class Page:
+    """An open page, with the functions above."""
+
+    def __init__(self, tab, path, base="file://"):
+        self.tab = tab
+        tab.open(path, base)
+        tab.evaluate(FUNCTIONS)
+
+    def state(self):
+        return self.tab.evaluate("state()")
+
+    def __getattr__(self, name):
+        return getattr(self.tab, name)
+
+
+def check_controls(tab, path, checks):
+    page = Page(tab, path)
+    state = page.state()
+    checks.expect("message", state["message"], "")
+    checks.expect("title", state["title"], ATTACK)
+    checks.expect("pictures", state["pictures"], 0)
+    checks.expect("texts over the picture", [state["heading"], state["detail"]], [ATTACK, ATTACK])
+    checks.expect("buttons", state["buttons"], ["Reset blue", "Pause", "Sound on", "Sliders",
+                                                "Save picture", "Full screen"])
+    checks.expect("texts of a slider", page.evaluate(
+        "['label', 'small'].map(each => inside('.slider ' + each).textContent)"), ["blue", ATTACK])
+    page.evaluate("inside('[aria-controls=panel]').click()")
+    checks.expect("state of the open panel", page.evaluate(
+        "[inside('[aria-controls=panel]').ariaExpanded, inside('.panel').checkVisibility()]"),
+        ["true", True])
+    checks.expect("label of the canvas", page.evaluate("inside('canvas').getAttribute('aria-label')"),
+                  ATTACK)
+    page.evaluate("""document.dispatchEvent(new KeyboardEvent("keydown", {key: " "}))""")
+    checks.expect("playing after the space key", page.state()["isPlaying"], False)
+    checks.expect("blue", page.evaluate("pixel()")[2], 64)
+    page.evaluate("""{
+        const slider = inside(".slider input");
+        slider.value = "1";
+        slider.dispatchEvent(new Event("input"));
+    }""")
+    checks.expect("blue of a moved slider", page.evaluate("pixel()")[2], 255)
+    page.evaluate("inside('.slider button').click()")
+    checks.expect("blue after a reset", page.evaluate("pixel()")[2], 64)
+    script = "const made = document.createElement('script'); made.textContent = 'document.title = 1';"
+    page.evaluate(f"{{{script} document.body.append(made);}}")
+    checks.expect("title after another script", page.state()["title"], ATTACK)
+    checks.expect("a request", page.evaluate("fetch('data:,x').then(() => 'made', () => 'refused')"),
+                  "refused")
+
+
+def check_visitors(tab, path, checks):
+    size = {"width": 390, "height": 844, "deviceScaleFactor": 2, "mobile": True}
+    tab.command("Emulation.setDeviceMetricsOverride", **size)
+    tab.command("Emulation.setEmulatedMedia",
+                features=[{"name": "prefers-reduced-motion", "value": "reduce"}])
+    state = Page(tab, path).state()
+    checks.expect("less motion", [state["isPlaying"], state["time"]], [False, 2])
+    checks.expect("wider than a telephone", state["isWide"], False)
+    tab.command("Emulation.clearDeviceMetricsOverride")
+    tab.command("Emulation.setEmulatedMedia", features=[])
+
+
+def check_element(tab, folder, checks):
+    """The element in another page, which a server gives."""
+    with open(os.path.join(folder, "other.html"), "w", encoding="utf-8") as file:
+        file.write('<!doctype html><script type="module" src="tarnwick-episode.js"></script>'
+                   '<tarnwick-episode src="e.json" bare></tarnwick-episode>'
+                   '<tarnwick-episode src="none.json" id="none"></tarnwick-episode>')
+    handler = functools.partial(QuietHandler, directory=folder)
+    with http.server.ThreadingHTTPServer(("127.0.0.1", 0), handler) as server:
+        threading.Thread(target=server.serve_forever, daemon=True).start()
+        page = Page(tab, "/other.html", f"http://127.0.0.1:{server.server_address[1]}")
+        state = page.state()
+        checks.expect("message of an element", state["message"], "")
+        checks.expect("buttons of a bare element", state["buttons"], [])
+        checks.expect("blue of an element", page.evaluate("pixel()")[2], 64)
+        checks.expect("message of a missing episode", page.evaluate("""(async () => {
+            const other = document.getElementById("none");
+            await other.ready.catch(() => {});
+            return other.shadowRoot.querySelector("[role=status]").textContent;
+        })()"""), "The episode could not be loaded.")
+        server.shutdown()
+
+
+def check_without_gpu(tab, path, checks):
+    tab.hide_gpu()
+    page = Page(tab, path)
+    state = page.state()
+    checks.expect("message without WebGPU", state["message"],
+                  "This browser has no WebGPU, with which episodes are drawn. "
+                  "The page shows a recording instead.")
+    checks.expect("buttons without WebGPU", state["buttons"], [])
+    checks.expect("the recording", page.evaluate("""(async () => {
+        const movie = document.querySelector("video");
+        for (let wait = 0; wait < 100 && movie.videoWidth === 0; ++wait)
+            await new Promise(resolve => setTimeout(resolve, 100));
+        return [movie.videoWidth, movie.loop, movie.checkVisibility()];
+    })()"""), [960, True, True])
+
+
+def main():
+    if not browser.find():
+        print("There is no browser, so the pages were not tested.")
+        return 77
+    checks = Checks()
+    with tempfile.TemporaryDirectory() as folder, PageBrowser() as tab:
+        episode = os.path.join(folder, "e.metal")
+        with open(episode, "w", encoding="utf-8") as file:
+            file.write(EPISODE)
+
+        def pages(option):
+            made = os.path.join(folder, option[2:])
+            subprocess.run([sys.argv[1], "web", episode, "-o", made, option], check=True,
+                           stdout=subprocess.DEVNULL)
+            return made
+
+        check_controls(tab, os.path.join(pages("--single-file"), "index.html"), checks)
+        whole = pages("--fallback")
+        check_element(tab, whole, checks)
+        for check in (check_visitors, check_without_gpu):
+            check(tab, os.path.join(whole, "index.html"), checks)
+    return 1 if checks.failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

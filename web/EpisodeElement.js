@@ -1,0 +1,225 @@
+// <tarnwick-episode src="rose-window.json"></tarnwick-episode>: an episode in any page.
+//
+// Attributes: `src`, the address of the episode's document, or `of`, the id of an element of the page
+// with its text; `paused`: it does not play by itself; `bare`: no controls; `whole`: it is the page, so
+// that it shows the title and all keys are its own. What the element contains is shown until the first
+// frame, and where the episode cannot be drawn. The element sets `drawn`, `failed` and `idle`.
+import { Controls } from "./Controls.js";
+import { element } from "./Elements.js";
+import { parseDocument } from "./EpisodeDocument.js";
+import { Idle } from "./Idle.js";
+import { PageError } from "./PageError.js";
+import { Player } from "./Player.js";
+import { style } from "./Style.js";
+
+/** @typedef {import("./EpisodeDocument.js").EpisodeDocument} EpisodeDocument */
+
+/** Pictures of this size are saved. */
+const snapshotSize = { width: 1920, height: 1080 };
+
+export class EpisodeElement extends HTMLElement {
+    constructor() {
+        super();
+        const shadow = this.attachShadow({ mode: "open" });
+        const sheet = new CSSStyleSheet();
+        sheet.replaceSync(style);
+        shadow.adoptedStyleSheets = [sheet];
+        this.message = element("p", { class: "message", role: "status" });
+        this.over = element("div", { class: "over" }, this.message);
+        shadow.append(element("slot"), this.over);
+        /** @type {Player | null} */
+        this.player = null;
+        /** @type {Controls | null} */
+        this.controls = null;
+        /** @type {Idle | null} */
+        this.idle = null;
+        this.run = 0;
+        // The page's tests and its own scripts may wait for the first frame, or for the error.
+        /** @type {Promise<void>} */
+        this.ready = Promise.resolve();
+    }
+
+    connectedCallback() {
+        this.ready = this.start(++this.run);
+        this.ready.catch(() => {});
+    }
+
+    disconnectedCallback() {
+        ++this.run;
+        this.player?.close();
+        this.player = null;
+        this.idle?.stop();
+    }
+
+    /** @param {number} run */
+    async start(run) {
+        try {
+            const episode = parseDocument(await this.text());
+            if (run === this.run)
+                await this.open(episode, run);
+        } catch (error) {
+            if (run === this.run)
+                this.fail(error);
+            throw error;
+        }
+    }
+
+    async text() {
+        const id = this.getAttribute("of");
+        if (id !== null) {
+            const text = document.getElementById(id)?.textContent;
+            if (!text)
+                throw new PageError("document", "The page does not contain the episode.");
+            return text;
+        }
+        const answer = await fetch(this.getAttribute("src") ?? "").catch(() => null);
+        if (!answer?.ok)
+            throw new PageError("document", "The episode could not be loaded.");
+        return answer.text();
+    }
+
+    /**
+     * @param {EpisodeDocument} episode
+     * @param {number} run
+     */
+    async open(episode, run) {
+        const canvas = element("canvas", { role: "img", "aria-label": episode.title, tabindex: "0" });
+        this.shadowRoot?.prepend(canvas);
+        /** @type {() => void} */
+        let drawn = () => {};
+        const first = new Promise(resolve => (drawn = () => resolve(undefined)));
+        const player = await Player.make(episode, canvas, {
+            drawn: () => {
+                this.toggleAttribute("drawn", true);
+                this.controls?.show();
+                drawn();
+            },
+            failed: error => {
+                this.fail(error);
+                drawn();
+            }
+        });
+        if (run !== this.run)
+            return player.close();
+        this.player = player;
+        this.addControls(player, episode);
+        this.follow(player, canvas);
+        this.begin(player, episode);
+        await first;
+    }
+
+    /**
+     * @param {Player} player
+     * @param {EpisodeDocument} episode
+     */
+    addControls(player, episode) {
+        this.controls = new Controls(player, episode, {
+            toggleFullScreen: () => this.toggleFullScreen(),
+            saveSnapshot: () => this.saveSnapshot(player, episode),
+            tell: sentence => (this.message.textContent = sentence)
+        });
+        if (!this.hasAttribute("bare")) {
+            const foot = element("div", { class: "foot" }, this.controls.bar);
+            if (this.hasAttribute("whole"))
+                foot.prepend(
+                    element("h1", {}, episode.title),
+                    ...(episode.teaches ? [element("p", { class: "teaches" }, episode.teaches)] : [])
+                );
+            this.over.append(this.controls.panel, foot);
+            this.idle = new Idle(this, isIdle =>
+                this.toggleAttribute("idle", isIdle && player.isPlaying && this.isUncovered)
+            );
+        }
+        const listener = this.hasAttribute("whole") ? document : this;
+        listener.onkeydown = event => this.controls?.key(event);
+    }
+
+    /** Whether the controls may leave the picture. */
+    get isUncovered() {
+        return this.controls?.panel.hidden === true;
+    }
+
+    /**
+     * A visitor who asked the system for less motion sees the still.
+     * @param {Player} player
+     * @param {EpisodeDocument} episode
+     */
+    begin(player, episode) {
+        if (matchMedia("(prefers-reduced-motion: reduce)").matches)
+            player.seek(episode.still);
+        else if (!this.hasAttribute("paused"))
+            player.play();
+        player.redraw();
+        this.controls?.show();
+    }
+
+    /**
+     * @param {Player} player
+     * @param {HTMLCanvasElement} canvas
+     */
+    follow(player, canvas) {
+        new ResizeObserver(() => player.redraw()).observe(canvas);
+        canvas.onpointermove = ({ offsetX, offsetY }) => {
+            const ratio = canvas.width / canvas.clientWidth;
+            player.mouse = [offsetX * ratio, (canvas.clientHeight - offsetY) * ratio];
+        };
+        canvas.onpointerleave = () => (player.mouse = null);
+    }
+
+    /**
+     * The pixels of the still at a time: rows from the top, red, green, blue, alpha.
+     * @param {number} time seconds
+     * @param {number} width
+     * @param {number} height
+     */
+    async still(time, width, height) {
+        await this.ready;
+        if (!this.player)
+            throw new PageError("refused", "The episode is not drawn.");
+        return this.player.still(time, { width, height });
+    }
+
+    toggleFullScreen() {
+        if (document.fullscreenElement)
+            document.exitFullscreen();
+        else
+            this.requestFullscreen().catch(() => {});
+    }
+
+    /**
+     * @param {Player} player
+     * @param {EpisodeDocument} episode
+     */
+    async saveSnapshot(player, episode) {
+        const pixels = await player.still(player.time, snapshotSize);
+        const canvas = element("canvas");
+        Object.assign(canvas, snapshotSize);
+        canvas
+            .getContext("2d")
+            ?.putImageData(new ImageData(pixels, snapshotSize.width, snapshotSize.height), 0, 0);
+        canvas.toBlob(blob => {
+            if (!blob)
+                return;
+            const link = element("a", { href: URL.createObjectURL(blob), download: `${episode.title}.png` });
+            link.click();
+            setTimeout(() => URL.revokeObjectURL(link.href), 60000);
+        });
+    }
+
+    /** @param {unknown} error */
+    fail(error) {
+        const sentence =
+            error instanceof PageError ? error.message : `The episode cannot be drawn: ${error}`;
+        const other = this.firstElementChild ? " The page shows a recording instead." : "";
+        this.message.textContent = sentence + other;
+        this.toggleAttribute("drawn", false);
+        this.toggleAttribute("failed", true);
+        this.idle?.stop();
+        this.over.replaceChildren(this.message);
+        for (const movie of this.querySelectorAll("video"))
+            if (!matchMedia("(prefers-reduced-motion: reduce)").matches)
+                movie.play().catch(() => {});
+    }
+}
+
+customElements.define("tarnwick-episode", EpisodeElement);

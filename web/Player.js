@@ -1,0 +1,308 @@
+// Plays an episode on a canvas: device, frames, clock and sound, without the controls around it.
+import { Clock } from "./Clock.js";
+import { openDevice } from "./Device.js";
+import { Frames } from "./Frames.js";
+import { HeardSound } from "./HeardSound.js";
+import { playedMoment } from "./Moments.js";
+import { Pace } from "./Pace.js";
+import { PageError } from "./PageError.js";
+import { SoundKernel, SoundPlayer, sampleRate } from "./Sound.js";
+import { Values } from "./Values.js";
+
+/** @typedef {import("./EpisodeDocument.js").EpisodeDocument} EpisodeDocument */
+/** @typedef {{width: number, height: number}} Size */
+
+/** Longer sides of a canvas only cost time on the screens of telephones. */
+const longestSide = 2560;
+
+/** What a player reports to the page around it. */
+export class PlayerEvents {
+    /** A frame was drawn. */
+    drawn() {}
+    /** @param {PageError} _ after which nothing is drawn */
+    failed(_) {}
+}
+
+export class Player {
+    /**
+     * Opens the device and makes the program. Throws PageError.
+     * @param {EpisodeDocument} document
+     * @param {HTMLCanvasElement} canvas
+     * @param {PlayerEvents} events
+     */
+    static async make(document, canvas, events) {
+        const context = /** @type {GPUCanvasContext | null} */ (
+            /** @type {unknown} */ (canvas.getContext("webgpu"))
+        );
+        if (!context && navigator.gpu)
+            throw new PageError("absent", "This browser shows no pictures of WebGPU on a page.");
+        const player = new Player(document, canvas, events);
+        await player.open(/** @type {GPUCanvasContext} */ (context));
+        return player;
+    }
+
+    /**
+     * @param {EpisodeDocument} document
+     * @param {HTMLCanvasElement} canvas
+     * @param {PlayerEvents} events
+     */
+    constructor(document, canvas, events) {
+        this.document = document;
+        this.canvas = canvas;
+        this.events = events;
+        this.clock = new Clock();
+        this.values = new Values(document.params);
+        this.pace = new Pace();
+        /** @type {[number, number] | null} */
+        this.mouse = null;
+        this.volume = 0;
+        /** @type {Promise<void>} */
+        this.work = Promise.resolve();
+        this.isClosed = false;
+        this.request = 0;
+        this.jumps = 0;
+        /** @type {HeardSound | null} */
+        this.heard = null;
+        /** @type {AudioContext | null} */
+        this.audio = null;
+        /** @type {SoundPlayer | null} */
+        this.soundPlayer = null;
+    }
+
+    /** @param {GPUCanvasContext} context */
+    async open(context) {
+        this.device = await openDevice(this.document);
+        if (this.isClosed)
+            return this.device.destroy();
+        // A device is lost to a fault of the driver, or if it is taken from the browser.
+        this.device.lost.then(({ reason }) => {
+            if (reason !== "destroyed")
+                this.fail(lost());
+        });
+        this.format = navigator.gpu.getPreferredCanvasFormat();
+        this.context = context;
+        context.configure({
+            device: this.device,
+            format: this.format,
+            usage: GPUTextureUsage.RENDER_ATTACHMENT | GPUTextureUsage.COPY_DST,
+            alphaMode: "opaque"
+        });
+        this.frames = await Frames.make(this.device, this.document, this.format);
+    }
+
+    get time() {
+        return this.clock.time;
+    }
+
+    get isPlaying() {
+        return this.clock.isPlaying;
+    }
+
+    play() {
+        if (this.isPlaying || this.isClosed)
+            return;
+        this.clock.play();
+        this.followSound();
+        this.redraw();
+    }
+
+    pause() {
+        this.clock.pause();
+        this.soundPlayer?.stop();
+    }
+
+    /** @param {number} time seconds */
+    seek(time) {
+        ++this.jumps;
+        this.clock.seek(time);
+        this.followSound();
+        this.redraw();
+    }
+
+    /**
+     * @param {number} index of the parameter
+     * @param {number | undefined} value undefined: that of the settings again
+     */
+    choose(index, value) {
+        this.values.choose(index, value);
+        this.followSound();
+        this.redraw();
+    }
+
+    /** Draws a frame soon. */
+    redraw() {
+        if (!this.request && !this.isClosed)
+            this.request = requestAnimationFrame(now =>
+                this.frame(now / 1000).catch(error => this.fail(error))
+            );
+    }
+
+    /** @param {number} now seconds */
+    async frame(now) {
+        this.request = 0;
+        await this.exclusively(() => this.drawFrame(now));
+        if (this.isClosed)
+            return;
+        if (this.pace.isTooSlow)
+            return this.fail(new PageError("refused", "The episode is too slow for this device."));
+        this.events.drawn();
+        if (this.isPlaying)
+            this.redraw();
+    }
+
+    /** @param {number} now seconds */
+    async drawFrame(now) {
+        const { device, frames, context } = this;
+        if (this.isClosed || !device || !frames || !context)
+            return;
+        this.fitCanvas();
+        const moment = playedMoment(this.clock.advance(now), this.mouse);
+        // After a jump all steps up to its time are performed first, unless there is another jump.
+        const jump = this.jumps;
+        if (!this.isPlaying || this.hasJumped(moment.time))
+            await frames.warm(
+                moment,
+                this.values,
+                { width: this.canvas.width, height: this.canvas.height },
+                () => !this.isClosed && jump === this.jumps
+            );
+        if (this.isClosed)
+            return;
+        frames.inputs?.hear(this.heard?.now() ?? null);
+        frames.inputs?.channels.update();
+        const began = performance.now();
+        frames.draw(context.getCurrentTexture(), moment, this.values);
+        await device.queue.onSubmittedWorkDone();
+        this.pace.note((performance.now() - began) / 1000);
+    }
+
+    /** @param {number} time */
+    hasJumped(time) {
+        const last = this.frames?.lastTime ?? 0;
+        return time < last || time > last + 1;
+    }
+
+    /**
+     * Frames and stills share particles, so one is drawn after the other.
+     * @template Result
+     * @param {() => Promise<Result>} draw
+     */
+    exclusively(draw) {
+        const result = this.work.then(draw);
+        this.work = result.then(
+            () => {},
+            error => this.fail(error)
+        );
+        return result;
+    }
+
+    fitCanvas() {
+        const { canvas } = this;
+        const ratio = globalThis.devicePixelRatio || 1;
+        const width = canvas.clientWidth * ratio * this.pace.scale;
+        const height = canvas.clientHeight * ratio * this.pace.scale;
+        const shrink = Math.min(1, longestSide / Math.max(width, height, 1));
+        const size = [width, height].map(side => Math.max(1, Math.round(side * shrink)));
+        if (canvas.width !== size[0] || canvas.height !== size[1])
+            [canvas.width, canvas.height] = size;
+    }
+
+    /**
+     * The still at a time, as pixels; see Frames.still.
+     * @param {number} time
+     * @param {Size} size
+     */
+    still(time, size) {
+        return this.exclusively(async () => {
+            if (!this.frames)
+                throw new PageError("refused", "The episode is not drawn.");
+            return this.frames.still(time, this.values, size);
+        });
+    }
+
+    /** Browsers make sound only after an action of the visitor, so this is called in answer to one. */
+    audioContext() {
+        this.audio ??= new AudioContext({ sampleRate });
+        return this.audio;
+    }
+
+    /** @param {number} volume linear, from 0 to 1; call it in answer to the visitor's action */
+    async setVolume(volume) {
+        this.volume = volume;
+        if (volume > 0 && !this.soundPlayer && this.frames && this.document.hasSound) {
+            const context = this.audioContext();
+            this.soundPlayer = new SoundPlayer(await SoundKernel.make(this.frames.final.pipelines), context);
+            if (this.document.usesInputs && !this.heard)
+                await this.hear("own");
+        }
+        this.soundPlayer?.setVolume(volume);
+        this.followSound();
+    }
+
+    /**
+     * What an episode with Inputs hears. Call it in answer to the visitor's action. Throws if the
+     * visitor or the browser refuses it.
+     * @param {"nothing" | "own" | "microphone" | File} source
+     */
+    async hear(source) {
+        this.heard?.disconnect();
+        this.heard = null;
+        if (source === "nothing")
+            return this.redraw();
+        const heard = new HeardSound(this.audioContext());
+        if (source === "microphone")
+            await heard.useMicrophone();
+        else if (source instanceof File)
+            await heard.useFile(source);
+        else if (this.soundPlayer)
+            heard.connect(this.soundPlayer.output);
+        this.heard = heard;
+        this.redraw();
+    }
+
+    /** The channels, or null if the episode has no Inputs. */
+    get channels() {
+        return this.frames?.inputs?.channels ?? null;
+    }
+
+    followSound() {
+        if (!this.soundPlayer)
+            return;
+        if (this.isPlaying && this.volume > 0)
+            this.soundPlayer.start(this.time, this.values).catch(error => this.fail(error));
+        else
+            this.soundPlayer.stop();
+    }
+
+    /** @param {unknown} error */
+    fail(error) {
+        if (this.isClosed)
+            return;
+        this.close();
+        this.events.failed(asPageError(error));
+    }
+
+    close() {
+        this.pause();
+        this.isClosed = true;
+        cancelAnimationFrame(this.request);
+        this.heard?.disconnect();
+        this.audio?.close();
+        this.frames?.destroy();
+        this.device?.destroy();
+    }
+}
+
+function lost() {
+    return new PageError("lost", "The graphics device was lost. Reload the page to try again.");
+}
+
+/** @param {unknown} error */
+function asPageError(error) {
+    if (error instanceof PageError)
+        return error;
+    // WebGPU ends what waits for a device that was lost, before it reports the loss.
+    if (error instanceof DOMException && ["AbortError", "OperationError"].includes(error.name))
+        return lost();
+    return new PageError("refused", `The episode cannot be drawn: ${error}`);
+}
