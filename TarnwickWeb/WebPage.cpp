@@ -13,23 +13,29 @@ namespace {
 // clang-format off
 
 constexpr std::string_view episodeStyle = R"css(
-html, body { margin: 0; height: 100%; background: #111; color: #eee; font: 16px/1.4 system-ui, sans-serif; }
-tarnwick-episode { display: flex; height: 100vh; height: 100dvh; }
+html, body { margin: 0; height: 100%; background: #0b0b0c; color: #f2efe9; font: 16px/1.4 system-ui, sans-serif; }
+tarnwick-episode { height: 100vh; height: 100dvh; }
 img, video { width: 100%; height: 100%; object-fit: cover; }
 noscript { display: block; padding: 1em; }
 )css";
 
 constexpr std::string_view galleryStyle = R"css(
-body { margin: 0; padding: 1em; background: #111; color: #eee; font: 16px/1.4 system-ui, sans-serif; }
-ul { list-style: none; margin: 0; padding: 0; display: grid; gap: 1em;
-    grid-template-columns: repeat(auto-fill, minmax(min(18em, 100%), 1fr)); }
-li { background: #1c1c1c; border-radius: 6px; overflow: hidden; }
-a { display: block; padding: 1em; color: inherit; text-decoration: none; }
-a:hover h2 { text-decoration: underline; }
-a:focus-visible { outline: 3px solid #e0a050; outline-offset: -3px; }
-h2 { margin: 0; font-size: 1.15em; }
-p { margin: 0.3em 0 0; color: #bbb; }
-img { display: block; width: calc(100% + 2em); margin: -1em -1em 1em; aspect-ratio: 16 / 9; object-fit: cover; }
+body { margin: 0 auto; padding: 1.2em; max-width: 84em; color-scheme: dark; background: #0b0b0c; color: #f2efe9;
+    font: 16px/1.4 system-ui, sans-serif; }
+h1 { margin: 0.2em 0 0.8em; font-size: 1.6em; }
+ul { list-style: none; margin: 0; padding: 0; display: grid; gap: 1.2em;
+    grid-template-columns: repeat(auto-fill, minmax(min(19em, 100%), 1fr)); }
+a { display: block; height: 100%; color: inherit; text-decoration: none; background: #17171a; border-radius: 12px;
+    overflow: hidden; }
+a:hover { background: #222226; }
+a:focus-visible { outline: 3px solid #e0a050; outline-offset: 3px; }
+h2, p { margin: 0; padding: 0 1em; overflow-wrap: anywhere; }
+h2 { padding-top: 0.8em; font-size: 1.1em; }
+p { padding: 0.2em 1em 1em; color: #b9b4aa; font-size: 0.92em; }
+h2:last-child { padding-bottom: 1em; }
+.picture { position: relative; aspect-ratio: 16 / 9; background: linear-gradient(160deg, #26262c, #101013); }
+img, iframe { position: absolute; inset: 0; width: 100%; height: 100%; border: 0; object-fit: cover; }
+iframe { pointer-events: none; }
 )css";
 
 // clang-format on
@@ -91,6 +97,7 @@ std::string digestSource(std::string_view text) {
 
 struct Policy {
     std::string_view style, script; // may be empty
+    std::string_view more = {};     // other directives
 };
 
 std::string policyText(const Policy& policy) {
@@ -99,7 +106,7 @@ std::string policyText(const Policy& policy) {
                        digestSource(policy.style);
     if (!policy.script.empty())
         text += "; script-src " + digestSource(policy.script);
-    return text;
+    return text.append(policy.more);
 }
 
 std::string head(std::string_view title, const Policy& policy) {
@@ -142,18 +149,22 @@ std::string webPage(const WebEpisode& episode) {
 }
 
 std::string webGallery(std::span<const WebGalleryEntry> entries) {
-    std::string text = head("Episodes", {.style = galleryStyle, .script = {}}) +
-                       "</head>\n<body>\n<h1>Episodes</h1>\n<ul>\n";
+    const std::string_view script = webGalleryScript();
+    std::string text =
+        head("Episodes", {.style = galleryStyle, .script = script, .more = "; frame-src 'self'"}) +
+        "</head>\n<body>\n<h1>Episodes</h1>\n<ul>\n";
     for (const WebGalleryEntry& entry : entries) {
-        text += "<li><a href=\"" + escaped(entry.address) + "\">";
+        text += "<li><a class=\"episode\" href=\"" + escaped(entry.address) +
+                "\"><div class=\"picture\">";
         if (!entry.still.empty())
             text += "<img src=\"" + escaped(entry.still) + "\" alt=\"\" loading=\"lazy\">";
-        text += "<h2>" + escaped(entry.title) + "</h2>";
+        text += "</div><h2>" + escaped(entry.title) + "</h2>";
         if (!entry.teaches.empty())
             text += "<p>" + escaped(entry.teaches) + "</p>";
         text += "</a></li>\n";
     }
-    return text + "</ul>\n</body>\n</html>\n";
+    return joined(
+        {text, "</ul>\n<script type=\"module\">", script, "</script>\n</body>\n</html>\n"});
 }
 
 std::string webAddress(std::string_view fileName) {

@@ -13,7 +13,7 @@ namespace tarnwick {
 // addresses.
 struct WebFallback {
     std::string still; // a picture
-    std::string movie;  // an MP4 movie, which is repeated; empty without one
+    std::string movie; // an MP4 movie, which is repeated; empty without one
 };
 
 struct WebEpisode {

@@ -40,6 +40,9 @@ export class EpisodeElement extends HTMLElement {
     }
 
     connectedCallback() {
+        // A page in a frame of another page may be asked for without controls.
+        if (this.hasAttribute("whole") && location.hash === "#bare")
+            this.toggleAttribute("bare", true);
         this.ready = this.start(++this.run);
         this.ready.catch(() => {});
     }

@@ -48,7 +48,8 @@ TEST(WebPage, takesTextsOfTheEpisodeForText) {
                                              .address = "a\"b",
                                              .still = "\" onerror=\"x"}};
     const std::string gallery = webGallery(entries);
-    EXPECT_EQ(count(gallery, "<script"), 0U);
+    EXPECT_EQ(count(gallery, "<script"), 1U);
+    EXPECT_EQ(count(gallery, "</script"), 1U);
     EXPECT_EQ(gallery.find("onerror=\"x"), gallery.npos);
     EXPECT_EQ(gallery.find("a\"b"), gallery.npos);
 }

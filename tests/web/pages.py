@@ -14,3 +14,7 @@ class PageBrowser(Browser):
         self.command("Page.enable")
         self.command("Page.addScriptToEvaluateOnNewDocument", source=
                      "Object.defineProperty(Navigator.prototype, 'gpu', {value: undefined});")
+
+    def crash_gpu(self):
+        """Ends the browser's process that uses the graphics device."""
+        self._call("Browser.crashGpuProcess", {})

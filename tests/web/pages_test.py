@@ -6,10 +6,12 @@ Usage: pages_test.py TARNWICK. Ends with 77 without a browser.
 import functools
 import http.server
 import os
+import struct
 import subprocess
 import sys
 import tempfile
 import threading
+import time
 
 import browser
 from pages import PageBrowser
@@ -106,6 +108,8 @@ def check_controls(tab, path, checks):
     script = "const made = document.createElement('script'); made.textContent = 'document.title = 1';"
     page.evaluate(f"{{{script} document.body.append(made);}}")
     checks.expect("title after another script", page.state()["title"], ATTACK)
+    checks.expect("requests of the page", page.evaluate(
+        "performance.getEntriesByType('resource').map(each => each.name)"), [])
     checks.expect("a request", page.evaluate("fetch('data:,x').then(() => 'made', () => 'refused')"),
                   "refused")
 
@@ -144,6 +148,44 @@ def check_element(tab, folder, checks):
         server.shutdown()
 
 
+def check_snapshot(tab, path, checks):
+    folder = os.path.join(os.path.dirname(path), "saved")
+    tab.command("Browser.setDownloadBehavior", behavior="allow", downloadPath=folder)
+    page = Page(tab, path)
+    page.state()
+    page.evaluate("inside('[aria-label=\"Save picture\"]').click()")
+    for _ in range(300):
+        saved = [os.path.join(folder, name) for name in os.listdir(folder)
+                 if name.endswith(".png")] if os.path.isdir(folder) else []
+        if saved:
+            break
+        time.sleep(0.1)
+    head = open(saved[0], "rb").read(24) if saved else bytes(24)
+    checks.expect("size of a saved picture", struct.unpack(">II", head[16:]), (1920, 1080))
+
+
+RECORDING = """(async () => {
+    const movie = document.querySelector("video");
+    for (let wait = 0; wait < 300 && (movie.videoWidth === 0 || !shown().hasAttribute("failed")); ++wait)
+        await new Promise(resolve => setTimeout(resolve, 100));
+    return [movie.videoWidth, movie.loop, movie.checkVisibility(),
+            inside("[role=status]").textContent.endsWith(" The page shows a recording instead.")];
+})()"""
+SHOWN = [960, True, True, True]
+
+
+def check_failures(tab, path, checks):
+    """The device is lost, or too slow, while the page is played."""
+    page = Page(tab, path)
+    page.state()
+    page.evaluate("shown().player.pace.isTooSlow = true; undefined")
+    checks.expect("the recording of a slow device", page.evaluate(RECORDING), SHOWN)
+    page = Page(tab, path)
+    page.state()
+    tab.crash_gpu()
+    checks.expect("the recording after a loss", page.evaluate(RECORDING), SHOWN)
+
+
 def check_without_gpu(tab, path, checks):
     tab.hide_gpu()
     page = Page(tab, path)
@@ -152,12 +194,7 @@ def check_without_gpu(tab, path, checks):
                   "This browser has no WebGPU, with which episodes are drawn. "
                   "The page shows a recording instead.")
     checks.expect("buttons without WebGPU", state["buttons"], [])
-    checks.expect("the recording", page.evaluate("""(async () => {
-        const movie = document.querySelector("video");
-        for (let wait = 0; wait < 100 && movie.videoWidth === 0; ++wait)
-            await new Promise(resolve => setTimeout(resolve, 100));
-        return [movie.videoWidth, movie.loop, movie.checkVisibility()];
-    })()"""), [960, True, True])
+    checks.expect("the recording", page.evaluate(RECORDING), SHOWN)
 
 
 def main():
@@ -176,10 +213,12 @@ def main():
                            stdout=subprocess.DEVNULL)
             return made
 
-        check_controls(tab, os.path.join(pages("--single-file"), "index.html"), checks)
+        single = os.path.join(pages("--single-file"), "index.html")
+        check_controls(tab, single, checks)
+        check_snapshot(tab, single, checks)
         whole = pages("--fallback")
         check_element(tab, whole, checks)
-        for check in (check_visitors, check_without_gpu):
+        for check in (check_visitors, check_failures, check_without_gpu):
             check(tab, os.path.join(whole, "index.html"), checks)
     return 1 if checks.failures else 0
 
