@@ -29,10 +29,10 @@ a { display: block; height: 100%; color: inherit; text-decoration: none; backgro
     overflow: hidden; }
 a:hover { background: #222226; }
 a:focus-visible { outline: 3px solid #e0a050; outline-offset: 3px; }
-h2, p { margin: 0; padding: 0 1em; overflow-wrap: anywhere; }
-h2 { padding-top: 0.8em; font-size: 1.1em; }
-p { padding: 0.2em 1em 1em; color: #b9b4aa; font-size: 0.92em; }
-h2:last-child { padding-bottom: 1em; }
+h2, p { margin: 0; padding: 0 1rem; overflow-wrap: anywhere; }
+h2 { padding-top: 0.9rem; font-size: 1.1em; }
+p { padding: 0.2rem 1rem 1rem; color: #b9b4aa; font-size: 0.92em; }
+h2:last-child { padding-bottom: 1rem; }
 .picture { position: relative; aspect-ratio: 16 / 9; background: linear-gradient(160deg, #26262c, #101013); }
 img, iframe { position: absolute; inset: 0; width: 100%; height: 100%; border: 0; object-fit: cover; }
 iframe { pointer-events: none; }

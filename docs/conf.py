@@ -49,7 +49,21 @@ def nameLanguages(app, tree):
             block["language"] = "json"
 
 
+def showGallery(app, tree, docname):
+    """The sheet of the episodes becomes a gallery of pages, which scripts/handbook makes beside it."""
+    frame = (
+        '<iframe src="gallery/index.html" title="The episodes of this repository" loading="lazy" '
+        'style="width: 100%; height: 36em; border: 0; border-radius: 12px"></iframe>'
+    )
+    if app.config.live_gallery:
+        for image in list(tree.findall(nodes.image)):
+            if image["uri"] == "gallery.png":
+                image.replace_self(nodes.raw("", frame, format="html"))
+
+
 def setup(app):
+    app.add_config_value("live_gallery", False, "env")
     app.connect("source-read", addNavigation)
     app.connect("doctree-read", nameLanguages)
+    app.connect("doctree-resolved", showGallery)
     return {"parallel_read_safe": True}

@@ -71,6 +71,6 @@ button:hover, .button:hover, [aria-expanded=true] { background: rgb(255 255 255 
     .bar > input { order: -2; flex: 1 1 calc(100% - 5em); margin: 0 0 0 0.6em; }
     .bar > .time { order: -1; }
     .bar > button:first-child { margin-right: auto; }
-    .panel { align-self: stretch; width: auto; max-height: 60%; margin: 0.5em 0.5em -2em; }
+    .panel { align-self: stretch; width: auto; max-height: 48%; margin: 0.5em 0.5em -2em; padding: 0.5em 0.9em; }
 }
 `;

@@ -60,20 +60,28 @@ std::string documentOf(const WebWork& one) {
     }
 }
 
-// The still and the movie, which are files of the folder or parts of the page.
-WebFallback fallbackOf(const WebWork& one, gpu::Device& device, bool isSingleFile,
+struct FallbackForm {
+    bool hasMovie = false;
+    bool isInPage = false; // instead of files beside it
+};
+
+WebFallback fallbackOf(const WebWork& one, gpu::Device& device, const FallbackForm& form,
                        std::vector<NewFile>& files) {
     const SharedEpisode shared{.episode = one.episode,
                                .program = programOf(one.episode, device),
                                .size = fallbackSize,
                                .settings = one.settings};
-    std::string still = sharedThumb(shared, device), movie = sharedLoop(shared, device);
-    if (isSingleFile)
-        return {.still = dataAddress("image/jpeg", still), .movie = dataAddress("video/mp4", movie)};
-    const std::string stillName = one.name + ".jpg", movieName = one.name + ".mp4";
-    files.push_back({stillName, std::move(still)});
-    files.push_back({movieName, std::move(movie)});
-    return {.still = webAddress(stillName), .movie = webAddress(movieName)};
+    const auto placed = [&](std::string bytes, const char* extension, std::string_view type) {
+        if (form.isInPage)
+            return dataAddress(type, bytes);
+        const std::string name = one.name + extension;
+        files.push_back({name, std::move(bytes)});
+        return webAddress(name);
+    };
+    WebFallback made{.still = placed(sharedThumb(shared, device), ".jpg", "image/jpeg")};
+    if (form.hasMovie)
+        made.movie = placed(sharedLoop(shared, device), ".mp4", "video/mp4");
+    return made;
 }
 
 Status web(const Arguments& arguments) {
@@ -81,7 +89,8 @@ Status web(const Arguments& arguments) {
     checkNewFolder(folder);
     const std::vector<WebWork> work = workOf(arguments);
     const bool isGallery = work.size() > 1, isSingleFile = arguments.has("--single-file");
-    const auto device = arguments.has("--fallback") ? drawingDevice() : nullptr;
+    const bool hasMovie = arguments.has("--fallback");
+    const auto device = hasMovie || arguments.has("--still") ? drawingDevice() : nullptr;
     std::vector<NewFile> files;
     std::vector<WebGalleryEntry> entries;
     for (const WebWork& one : work) {
@@ -89,7 +98,8 @@ Status web(const Arguments& arguments) {
                            .teaches = one.episode.meta.teaches,
                            .document = documentOf(one)};
         if (device)
-            episode.fallback = fallbackOf(one, *device, isSingleFile, files);
+            episode.fallback =
+                fallbackOf(one, *device, {.hasMovie = hasMovie, .isInPage = isSingleFile}, files);
         const std::string page = std::string(isGallery ? one.name : galleryName) + ".html";
         files.push_back({page, webPage(episode)});
         entries.push_back({.title = episode.title,
@@ -109,21 +119,22 @@ Status web(const Arguments& arguments) {
     return Status::done;
 }
 
-constexpr auto webOptions =
-    joined(std::array<Option, 3>{{
-               {.name = "-o",
-                .value = "FOLDER",
-                .help = "the pages, a new folder",
-                .values = FileName{},
-                .isRequired = true},
-               {.name = "--single-file",
-                .help = "only pages; without it the folder also has the files for the element "
-                        "<tarnwick-episode> of other pages"},
-               {.name = "--fallback",
-                .help = "draw a still and a movie that is repeated, for browsers that cannot draw "
-                        "the episode"},
-           }},
-           valueOptions);
+constexpr auto webOptions = joined(
+    std::array<Option, 4>{{
+        {.name = "-o",
+         .value = "FOLDER",
+         .help = "the pages, a new folder",
+         .values = FileName{},
+         .isRequired = true},
+        {.name = "--single-file",
+         .help = "only pages; without it the folder also has the files for the element "
+                 "<tarnwick-episode> of other pages"},
+        {.name = "--still",
+         .help = "draw a still, for the gallery, and for browsers that cannot draw the "
+                 "episode"},
+        {.name = "--fallback", .help = "draw a still, and a movie, which such browsers repeat"},
+    }},
+    valueOptions);
 
 } // namespace
 

@@ -1,4 +1,5 @@
 #include "TarnwickCore/Animation/KeyframeTracks.h"
+#include "TarnwickCore/Live/AudioAnalyzer.h"
 #include "TarnwickMSL/SamplerBits.h"
 #include "TarnwickWeb/WebDocument.h"
 #include "TarnwickWeb/WebError.h"
@@ -7,8 +8,12 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <cmath>
+#include <cstdint>
 #include <fstream>
+#include <numbers>
 #include <string>
+#include <vector>
 
 namespace tarnwick {
 namespace {
@@ -98,20 +103,46 @@ TEST(WebDocument, keepsFramesOnlyIfTheyAreRead) {
     EXPECT_EQ(documentOf({}, {}, inputs)["usesInputs"], true);
 }
 
-// The player in JavaScript computes the same floats; tests/web/values.test.js reads this file.
+// The files by which the player in JavaScript is tested too.
+json sharedFile(const std::string& name) {
+    std::ifstream file(WEB_TESTS + name);
+    return json::parse(file);
+}
+
+// tests/web/values.test.js
 TEST(WebValues, ofKeysAreThoseOfTheFile) {
-    const std::string folder = WEB_TESTS;
-    const auto read = [&](const char* name) {
-        std::ifstream file(folder + name);
-        return json::parse(file);
-    };
-    const json given = read("keys.json"), expected = read("values.json");
+    const json given = sharedFile("keys.json"), expected = sharedFile("values.json");
     const KeyframeTracks tracks = KeyframeTracks::decode(given.dump());
     ASSERT_EQ(tracks.tracks.size(), expected.size());
     for (const auto& [name, values] : expected.items())
         for (std::size_t at = 0; at < values.size(); ++at)
             EXPECT_EQ(tracks.value(name, given["times"][at].get<double>()), values[at].get<float>())
                 << name << " at " << given["times"][at];
+}
+
+// tests/web/spectrum.test.js
+TEST(WebValues, ofSoundAreThoseOfTheFile) {
+    const auto sound = [](double scale) {
+        std::uint32_t state = 1;
+        std::vector<float> samples(AudioAnalyzer::window);
+        for (std::size_t n = 0; n < samples.size(); ++n) {
+            state = state * 1664525 + 1013904223;
+            const double turn = 2 * std::numbers::pi * static_cast<double>(n) / 48000;
+            samples[n] = static_cast<float>(scale * (0.5 * std::sin(440 * turn) +
+                                                     0.1 * std::sin(5000 * turn) +
+                                                     0.02 * static_cast<double>(state) / 0x1p32));
+        }
+        return samples;
+    };
+    const json expected = sharedFile("spectrum.json");
+    AudioAnalyzer analyzer(48000, 256);
+    analyzer.analyse(sound(1), 1.0 / 60);
+    analyzer.analyse(sound(1.0 / 8), 0.1);
+    ASSERT_EQ(expected["spectrum"].size(), analyzer.spectrum().size());
+    for (std::size_t bin = 0; bin < analyzer.spectrum().size(); ++bin)
+        EXPECT_NEAR(analyzer.spectrum()[bin], expected["spectrum"][bin].get<float>(), 1e-4) << bin;
+    for (std::size_t band = 0; band < 4; ++band)
+        EXPECT_NEAR(analyzer.bands()[band], expected["bands"][band].get<float>(), 1e-4) << band;
 }
 
 } // namespace
