@@ -37,17 +37,20 @@ export class EpisodeElement extends HTMLElement {
         // The page's tests and its own scripts may wait for the first frame, or for the error.
         /** @type {Promise<void>} */
         this.ready = Promise.resolve();
+        this.followPage = () => this.player?.hide(document.hidden);
     }
 
     connectedCallback() {
         // A page in a frame of another page may be asked for without controls.
         if (this.hasAttribute("whole") && location.hash === "#bare")
             this.toggleAttribute("bare", true);
+        document.addEventListener("visibilitychange", this.followPage);
         this.ready = this.start(++this.run);
         this.ready.catch(() => {});
     }
 
     disconnectedCallback() {
+        document.removeEventListener("visibilitychange", this.followPage);
         ++this.run;
         this.player?.close();
         this.player = null;

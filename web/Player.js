@@ -59,6 +59,7 @@ export class Player {
         /** @type {Promise<void>} */
         this.work = Promise.resolve();
         this.isClosed = false;
+        this.isHidden = false;
         this.request = 0;
         this.jumps = 0;
         /** @type {HeardSound | null} */
@@ -124,8 +125,7 @@ export class Player {
      * @param {number | undefined} value undefined: that of the settings again
      */
     choose(index, value) {
-        this.values.choose(index, value);
-        this.followSound();
+        this.values.choose(index, value); // the next piece of the sound has it too
         this.redraw();
     }
 
@@ -156,7 +156,7 @@ export class Player {
         if (this.isClosed || !device || !frames || !context)
             return;
         this.fitCanvas();
-        const moment = playedMoment(this.clock.advance(now), this.mouse);
+        const moment = playedMoment(this.advance(now), this.mouse);
         // After a jump all steps up to its time are performed first, unless there is another jump.
         const jump = this.jumps;
         if (!this.isPlaying || this.hasJumped(moment.time))
@@ -174,6 +174,20 @@ export class Player {
         frames.draw(context.getCurrentTexture(), moment, this.values);
         await device.queue.onSubmittedWorkDone();
         this.pace.note((performance.now() - began) / 1000);
+    }
+
+    /**
+     * The time of the frame. The ear hears a gap that the eye does not see, so the picture follows
+     * the sound.
+     * @param {number} now seconds
+     */
+    advance(now) {
+        const time = this.clock.advance(now);
+        const heard = this.isPlaying ? this.soundPlayer?.time ?? null : null;
+        if (heard === null)
+            return time;
+        this.clock.seek(heard);
+        return this.clock.time;
     }
 
     /** @param {number} time */
@@ -265,10 +279,17 @@ export class Player {
         return this.frames?.inputs?.channels ?? null;
     }
 
+    /** @param {boolean} isHidden browsers draw no frames of a page that is not seen */
+    hide(isHidden) {
+        this.isHidden = isHidden;
+        this.followSound();
+        this.redraw();
+    }
+
     followSound() {
         if (!this.soundPlayer)
             return;
-        if (this.isPlaying && this.volume > 0)
+        if (this.isPlaying && this.volume > 0 && !this.isHidden)
             this.soundPlayer.start(this.time, this.values).catch(error => this.fail(error));
         else
             this.soundPlayer.stop();

@@ -75,6 +75,15 @@ export class SoundPlayer {
         /** @type {Set<AudioBufferSourceNode>} */
         this.sources = new Set();
         this.run = 0;
+        /** @type {number | null} seconds of the context at the time 0 of the episode */
+        this.origin = null;
+    }
+
+    /** The time of the episode that is heard, in seconds; null while nothing is played. */
+    get time() {
+        return this.origin === null || this.context.state !== "running"
+            ? null
+            : this.context.currentTime - this.origin;
     }
 
     /** @param {number} volume linear, from 0 to 1 */
@@ -93,6 +102,7 @@ export class SoundPlayer {
         const run = this.run;
         const latency = 0.1;
         const begin = this.context.currentTime + latency;
+        this.origin = this.context.currentTime - time;
         for (let piece = 0; run === this.run; ++piece) {
             const offset = (piece * pieceSamples) / sampleRate;
             const samples = await this.kernel.samples(time + latency + offset, pieceSamples, values);
@@ -123,6 +133,7 @@ export class SoundPlayer {
 
     stop() {
         ++this.run;
+        this.origin = null;
         for (const source of this.sources)
             source.stop();
         this.sources.clear();

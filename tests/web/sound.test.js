@@ -6,6 +6,7 @@ import { SoundPlayer, sampleRate } from "../../web/Sound.js";
 /** A context of Web Audio that notes what is scheduled. */
 class Context {
     currentTime = 0;
+    state = "running";
     destination = {};
     scheduled = [];
 
@@ -43,11 +44,20 @@ function numberedKernel(pieces, whenDone) {
 test("each sample is heard at its own time", async () => {
     const context = new Context();
     let player;
-    player = new SoundPlayer(numberedKernel(3, () => player.stop()), context);
+    const times = [];
+    const end = () => {
+        context.currentTime = 2.5;
+        times.push(player.time);
+        player.stop();
+        times.push(player.time);
+        context.currentTime = 2;
+    };
+    player = new SoundPlayer(numberedKernel(3, end), context);
     const begin = 7;
     context.currentTime = 2;
     await player.start(begin, {});
     assert.equal(context.scheduled.length, 3);
+    assert.deepEqual(times, [begin + 0.5, null]);
     let next = null;
     for (const { at, offset, source } of context.scheduled) {
         const heard = Math.round(at * sampleRate);
