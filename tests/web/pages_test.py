@@ -3,6 +3,7 @@
 Usage: pages_test.py TARNWICK. Ends with 77 without a browser.
 """
 
+import contextlib
 import functools
 import http.server
 import os
@@ -13,8 +14,9 @@ import tempfile
 import threading
 import time
 
-import browser
-from pages import PageBrowser
+sys.dont_write_bytecode = True
+import browser  # noqa: E402
+from pages import PageBrowser  # noqa: E402
 
 ATTACK = """<img src=x onerror="document.title='attacked'"></script><script>document.title='attacked'</script>"""
 EPISODE = f"""// @episode 3 {ATTACK}
@@ -51,6 +53,16 @@ undefined;
 class QuietHandler(http.server.SimpleHTTPRequestHandler):
     def log_message(self, *_):
         pass
+
+
+@contextlib.contextmanager
+def serving(folder):
+    """The address of a server of the folder."""
+    handler = functools.partial(QuietHandler, directory=folder)
+    with http.server.ThreadingHTTPServer(("127.0.0.1", 0), handler) as server:
+        threading.Thread(target=server.serve_forever, daemon=True).start()
+        yield f"http://127.0.0.1:{server.server_address[1]}"
+        server.shutdown()
 
 
 class Checks:
@@ -132,10 +144,8 @@ def check_element(tab, folder, checks):
         file.write('<!doctype html><script type="module" src="tarnwick-episode.js"></script>'
                    '<tarnwick-episode src="e.json" bare></tarnwick-episode>'
                    '<tarnwick-episode src="none.json" id="none"></tarnwick-episode>')
-    handler = functools.partial(QuietHandler, directory=folder)
-    with http.server.ThreadingHTTPServer(("127.0.0.1", 0), handler) as server:
-        threading.Thread(target=server.serve_forever, daemon=True).start()
-        page = Page(tab, "/other.html", f"http://127.0.0.1:{server.server_address[1]}")
+    with serving(folder) as base:
+        page = Page(tab, "/other.html", base)
         state = page.state()
         checks.expect("message of an element", state["message"], "")
         checks.expect("buttons of a bare element", state["buttons"], [])
@@ -145,7 +155,24 @@ def check_element(tab, folder, checks):
             await other.ready.catch(() => {});
             return other.shadowRoot.querySelector("[role=status]").textContent;
         })()"""), "The episode could not be loaded.")
-        server.shutdown()
+
+
+def check_gallery(tab, folder, checks):
+    """Stills of the episodes, of which the one in the middle is played, with its own policy."""
+    with serving(folder) as base:
+        tab.open("/index.html", base)
+        checks.expect("sizes of stills", tab.evaluate("""(async () => {
+            await Promise.all([...document.images].map(each => each.decode()));
+            return [...document.images].map(each => each.naturalWidth);
+        })()"""), [960, 960])
+        checks.expect("texts", tab.evaluate(
+            "[...document.querySelectorAll('h2')].map(each => each.textContent)"), [ATTACK, "f"])
+        checks.expect("what is played", tab.evaluate("""(async () => {
+            const drawn = () => frames[0]?.document.querySelector("tarnwick-episode[drawn]");
+            for (let wait = 0; wait < 300 && !drawn(); ++wait)
+                await new Promise(resolve => setTimeout(resolve, 100));
+            return [document.querySelectorAll("iframe").length, drawn()?.hasAttribute("bare")];
+        })()"""), [1, True])
 
 
 def check_snapshot(tab, path, checks):
@@ -207,15 +234,20 @@ def main():
         with open(episode, "w", encoding="utf-8") as file:
             file.write(EPISODE)
 
-        def pages(option):
+        second = os.path.join(folder, "f.metal")
+        with open(second, "w", encoding="utf-8") as file:
+            file.write(EPISODE.split("\n", 2)[2])
+
+        def pages(option, *episodes):
             made = os.path.join(folder, option[2:])
-            subprocess.run([sys.argv[1], "web", episode, "-o", made, option], check=True,
-                           stdout=subprocess.DEVNULL)
+            subprocess.run([sys.argv[1], "web", *(episodes or [episode]), "-o", made, option],
+                           check=True, stdout=subprocess.DEVNULL)
             return made
 
         single = os.path.join(pages("--single-file"), "index.html")
         check_controls(tab, single, checks)
         check_snapshot(tab, single, checks)
+        check_gallery(tab, pages("--still", episode, second), checks)
         whole = pages("--fallback")
         check_element(tab, whole, checks)
         for check in (check_visitors, check_failures, check_without_gpu):

@@ -10,8 +10,9 @@ import subprocess
 import sys
 import tempfile
 
-import browser
-from pages import PageBrowser
+sys.dont_write_bytecode = True
+import browser  # noqa: E402
+from pages import PageBrowser  # noqa: E402
 
 GALLERY = ("chambered-light", "copper-tide", "evening-swell", "listening-lake", "moon-lotus", "rose-window")
 

@@ -8,9 +8,10 @@ import os
 import sys
 import tempfile
 
-import browser
-import documents
-from pages import PageBrowser
+sys.dont_write_bytecode = True
+import browser  # noqa: E402
+import documents  # noqa: E402
+from pages import PageBrowser  # noqa: E402
 
 SIDE = 64
 EPISODES = {
