@@ -24,6 +24,7 @@ constexpr std::array commands{
     &mslCommand,
     &swiftUICommand,
     &webCommand,
+    &serveCommand,
     &stillCommand,
     &sheetCommand,
     &thumbnailCommand,

@@ -36,6 +36,19 @@ function limitsOf(document, adapter) {
 }
 
 /**
+ * Whether the device, which was opened for another episode, has what this one needs.
+ * @param {GPUDevice} device
+ * @param {EpisodeDocument} document
+ */
+export function suits(device, document) {
+    const bytes = document.particles * document.stride;
+    return (
+        Object.values(document.functions).every(({ features }) => features.every(each => device.features.has(each))) &&
+        bytes <= Math.min(device.limits.maxBufferSize, device.limits.maxStorageBufferBindingSize)
+    );
+}
+
+/**
  * A device for the episode. Throws PageError.
  * @param {EpisodeDocument} document
  * @returns {Promise<GPUDevice>}

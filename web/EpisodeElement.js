@@ -85,6 +85,7 @@ export class EpisodeElement extends HTMLElement {
     }
 
     /**
+     * Plays the episode, and waits for its first frame.
      * @param {EpisodeDocument} episode
      * @param {number} run
      */
@@ -101,17 +102,53 @@ export class EpisodeElement extends HTMLElement {
                 drawn();
             },
             failed: error => {
-                this.fail(error);
+                if (this.player === player)
+                    this.fail(error);
                 drawn();
             }
+        }).catch(error => {
+            canvas.remove();
+            throw error;
         });
         if (run !== this.run)
             return player.close();
+        const before = this.player;
         this.player = player;
+        if (before)
+            player.follow(before);
         this.addControls(player, episode);
         this.follow(player, canvas);
-        this.begin(player, episode);
+        if (!before || this.hasAttribute("failed"))
+            this.begin(player, episode);
         await first;
+        if (before) {
+            before.close();
+            before.canvas.remove();
+        }
+    }
+
+    /**
+     * Loads the document again, and plays it from the same time on, with what the visitor chose. The
+     * picture of the version before is shown until it is replaced. Throws PageError if the new
+     * version cannot be drawn; the one before then goes on.
+     */
+    async replace() {
+        await this.ready.catch(() => {});
+        const { run, player } = this;
+        const episode = parseDocument(await this.text());
+        if (run !== this.run)
+            return;
+        if (player && (await player.replace(episode))) {
+            player.canvas.setAttribute("aria-label", episode.title);
+            this.addControls(player, episode);
+        } else await this.open(episode, run);
+        this.toggleAttribute("failed", false);
+        this.tell("");
+    }
+
+    /** @param {string} sentence for the visitor */
+    tell(sentence) {
+        this.message.textContent = sentence;
     }
 
     /**
@@ -119,30 +156,33 @@ export class EpisodeElement extends HTMLElement {
      * @param {EpisodeDocument} episode
      */
     addControls(player, episode) {
+        const wasOpen = !this.isUncovered;
         this.controls = new Controls(player, episode, {
             toggleFullScreen: () => this.toggleFullScreen(),
             saveSnapshot: () => this.saveSnapshot(player, episode),
-            tell: sentence => (this.message.textContent = sentence)
+            tell: sentence => this.tell(sentence)
         });
-        if (!this.hasAttribute("bare")) {
-            const foot = element("div", { class: "foot" }, this.controls.bar);
-            if (this.hasAttribute("whole"))
-                foot.prepend(
-                    element("h1", {}, episode.title),
-                    ...(episode.teaches ? [element("p", { class: "teaches" }, episode.teaches)] : [])
-                );
-            this.over.append(this.controls.panel, foot);
-            this.idle = new Idle(this, isIdle =>
-                this.toggleAttribute("idle", isIdle && player.isPlaying && this.isUncovered)
-            );
-        }
+        if (this.hasAttribute("bare"))
+            return;
         const listener = this.hasAttribute("whole") ? document : this;
         listener.onkeydown = event => this.controls?.key(event);
+        const foot = element("div", { class: "foot" }, this.controls.bar);
+        if (this.hasAttribute("whole"))
+            foot.prepend(
+                element("h1", {}, episode.title),
+                ...(episode.teaches ? [element("p", { class: "teaches" }, episode.teaches)] : [])
+            );
+        this.over.replaceChildren(this.message, this.controls.panel, foot);
+        if (wasOpen)
+            this.controls.togglePanel();
+        this.idle ??= new Idle(this, isIdle =>
+            this.toggleAttribute("idle", isIdle && this.player?.isPlaying && this.isUncovered)
+        );
     }
 
     /** Whether the controls may leave the picture. */
     get isUncovered() {
-        return this.controls?.panel.hidden === true;
+        return this.controls?.panel.hidden !== false;
     }
 
     /**
@@ -217,7 +257,7 @@ export class EpisodeElement extends HTMLElement {
         const sentence =
             error instanceof PageError ? error.message : `The episode cannot be drawn: ${error}`;
         const other = this.firstElementChild ? " The page shows a recording instead." : "";
-        this.message.textContent = sentence + other;
+        this.tell(sentence + other);
         this.toggleAttribute("drawn", false);
         this.toggleAttribute("failed", true);
         this.idle?.stop();

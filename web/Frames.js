@@ -146,6 +146,19 @@ export class Frames {
         return pixels;
     }
 
+    /**
+     * Goes on with the state of another program after its last frame, as far as both have it: the
+     * particles, the frame before, and what the inputs are. Particles of another kind begin anew.
+     * The other program must not be drawn any more.
+     * @param {Frames} other
+     */
+    follow(other) {
+        if (this.inputs && other.inputs)
+            [this.inputs, other.inputs] = [other.inputs, this.inputs];
+        if (!this.particles || (other.particles && this.particles.follow(other.particles)))
+            this.lastTime = other.lastTime;
+    }
+
     destroy() {
         this.particles?.destroy();
         this.grid?.destroy();

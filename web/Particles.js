@@ -48,6 +48,7 @@ export class Particles {
         this.device = device;
         this.made = made;
         this.count = document.particles;
+        this.stride = document.stride;
         this.particles = device.createBuffer({
             size: Math.ceil((document.particles * document.stride) / 4) * 4,
             usage: GPUBufferUsage.STORAGE
@@ -69,7 +70,7 @@ export class Particles {
             return;
         this.destroyTrails();
         this.size = { ...size };
-        this.device.queue.writeBuffer(this.viewport, 0, new Float32Array([size.width, size.height]));
+        this.writeViewport();
         this.trails = [0, 1].map(() =>
             this.device.createTexture({
                 size,
@@ -163,6 +164,28 @@ export class Particles {
         const dot = { buffers: [this.particles, uniforms, params], viewport: this.viewport };
         this.made.dots.draw(pass, { vertex: dot, fragment: dot }, verticesPerPoint * this.count);
         pass.end();
+    }
+
+    /**
+     * Goes on with the particles of another program and their trails, if their number and size are
+     * the same. That program then has those of this one. Returns whether it goes on.
+     * @param {Particles} other
+     */
+    follow(other) {
+        if (other.count !== this.count || other.stride !== this.stride)
+            return false;
+        [this.particles, other.particles] = [other.particles, this.particles];
+        [this.trails, other.trails] = [other.trails, this.trails];
+        this.size = { ...other.size };
+        this.writeViewport();
+        this.step = other.step;
+        this.current = other.current;
+        return true;
+    }
+
+    writeViewport() {
+        const { width, height } = this.size;
+        this.device.queue.writeBuffer(this.viewport, 0, new Float32Array([width, height]));
     }
 
     destroyTrails() {

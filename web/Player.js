@@ -1,6 +1,6 @@
 // Plays an episode on a canvas: device, frames, clock and sound, without the controls around it.
 import { Clock } from "./Clock.js";
-import { openDevice } from "./Device.js";
+import { openDevice, suits } from "./Device.js";
 import { Frames } from "./Frames.js";
 import { HeardSound } from "./HeardSound.js";
 import { playedMoment } from "./Moments.js";
@@ -91,12 +91,60 @@ export class Player {
         this.frames = await Frames.make(this.device, this.document, this.format);
     }
 
+    /**
+     * Plays another version of the program. The time goes on, what the visitor chose stays with the
+     * parameters' names, and the state goes on as in Frames.follow. Throws PageError if the device
+     * refuses the program; the last one then goes on. Returns false if a device must be opened for
+     * it.
+     * @param {EpisodeDocument} document
+     */
+    async replace(document) {
+        const { device, format } = this;
+        if (this.isClosed || !device || !format || !suits(device, document))
+            return false;
+        const next = await Frames.make(device, document, format);
+        await this.exclusively(async () => {
+            if (this.frames && !this.isClosed) {
+                next.follow(this.frames);
+                this.frames.destroy();
+                this.frames = next;
+                this.document = document;
+                this.values = this.values.following(document.params);
+            } else next.destroy();
+        });
+        await this.replaceSound();
+        this.redraw();
+        return true;
+    }
+
+    async replaceSound() {
+        this.soundPlayer?.stop();
+        this.soundPlayer = null;
+        if (this.volume > 0)
+            await this.setVolume(this.volume);
+    }
+
     get time() {
         return this.clock.time;
     }
 
     get isPlaying() {
         return this.clock.isPlaying;
+    }
+
+    /**
+     * Goes on where another player is, with the values that its visitor chose.
+     * @param {Player} other
+     */
+    follow(other) {
+        this.clock.seek(other.time);
+        this.values = other.values.following(this.document.params);
+        [this.audio, other.audio] = [other.audio, null];
+        this.mouse = other.mouse;
+        if (other.isPlaying)
+            this.play();
+        this.setVolume(other.volume);
+        this.redraw();
     }
 
     play() {
@@ -304,11 +352,14 @@ export class Player {
     }
 
     close() {
+        if (this.isClosed)
+            return;
         this.pause();
         this.isClosed = true;
         cancelAnimationFrame(this.request);
         this.heard?.disconnect();
         this.audio?.close();
+        this.audio = null;
         this.frames?.destroy();
         this.device?.destroy();
     }

@@ -79,6 +79,20 @@ export class Values {
             this.chosen.set(index, single(value));
     }
 
+    /**
+     * The values of other parameters, where what the visitor chose stays with the names.
+     * @param {Param[]} params
+     */
+    following(params) {
+        const next = new Values(params);
+        params.forEach(({ name, min, max }, index) => {
+            const chosen = this.chosen.get(this.params.findIndex(each => each.name === name));
+            if (chosen !== undefined)
+                next.choose(index, Math.min(Math.max(chosen, min), max));
+        });
+        return next;
+    }
+
     /** @param {number} index */
     isChosen(index) {
         return this.chosen.has(index);

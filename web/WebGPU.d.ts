@@ -26,6 +26,7 @@ interface GPUAdapter {
 }
 interface GPUDevice {
     readonly features: ReadonlySet<string>;
+    readonly limits: GPULimits;
     readonly queue: GPUQueue;
     readonly lost: Promise<{ readonly reason: "unknown" | "destroyed"; readonly message: string }>;
     createBuffer(descriptor: { size: number; usage: number }): GPUBuffer;

@@ -52,6 +52,7 @@ extern const Command saverInstallCommand;   // Savers/SaverInstallCommands.cpp
 extern const Command saverListCommand;      // Savers/SaverInstallCommands.cpp
 extern const Command saverPreviewCommand;   // Savers/SaverInstallCommands.cpp
 extern const Command saverUninstallCommand; // Savers/SaverInstallCommands.cpp
+extern const Command serveCommand;          // ServeCommand.cpp
 extern const Command shareCommand;          // ShareCommand.cpp
 extern const Command sheetCommand;          // SheetCommand.cpp
 extern const Command signInCommand;         // SignInCommand.cpp

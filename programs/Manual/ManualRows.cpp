@@ -26,6 +26,8 @@ constexpr std::array examples = std::to_array<ManualExample>({
     {"msl", "kernel.metal -I include -D SIZE=64 --reflect json", "Prints what a program binds, and the layout of its records."},
     {"swiftui", "rose.metal -o Rose", "Writes a Swift package into the new folder Rose."},
     {"web", "rose.metal -o page", "Writes the page page/index.html, on which browsers draw the episode."},
+    {"serve", "rose.metal", "Shows the episode in a browser, with each change that is saved."},
+    {"serve", "episodes --listen 0.0.0.0", "Shows those of a folder to other machines too, by a link with a secret part."},
     {"still", "rose.metal -o rose.png", "Draws the still of the episode."},
     {"still", "rose.metal -o rose.png --time 3.5 --size 3840x2160 --set speed=2", "Draws another time and size with another value."},
     {"sheet", "rose.metal lake.metal -o sheet.png", "Draws the stills of two episodes on one picture."},

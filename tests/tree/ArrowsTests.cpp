@@ -136,7 +136,7 @@ struct Keeper {
     std::string_view folder;
     std::string_view other{}; // may know it too
 };
-constexpr std::array<Keeper, 15> keepers{{
+constexpr std::array<Keeper, 16> keepers{{
     {"clang/", "TarnwickMSL"},
     {"llvm/", "TarnwickMSL"},
     {"spirv-tools/", "TarnwickMSL"}, // SPIR-V itself is what it and TarnwickGPU share
@@ -145,6 +145,7 @@ constexpr std::array<Keeper, 15> keepers{{
     {"cairo", "TarnwickPlatform/Text"},
     {"asio/", "TarnwickPlatform/Dispatch"},
     {"curl/", "TarnwickPlatform/Net"},
+    {"httplib.h", "TarnwickServe/HTTP"},
     {"png.h", "TarnwickPlatform/Pictures"},
     {"libav", "TarnwickPlatform/Libav"},
     {"rtmidi/", "player/Control"},
