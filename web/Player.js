@@ -64,6 +64,8 @@ export class Player {
         this.jumps = 0;
         /** @type {HeardSound | null} */
         this.heard = null;
+        /** @type {"nothing" | "own" | "microphone" | File} */
+        this.heardSource = "nothing";
         /** @type {AudioContext | null} */
         this.audio = null;
         /** @type {SoundPlayer | null} */
@@ -110,6 +112,7 @@ export class Player {
                 this.frames = next;
                 this.document = document;
                 this.values = this.values.following(document.params);
+                this.pace = new Pace();
             } else next.destroy();
         });
         await this.replaceSound();
@@ -122,6 +125,8 @@ export class Player {
         this.soundPlayer = null;
         if (this.volume > 0)
             await this.setVolume(this.volume);
+        if (this.heardSource === "own" && this.soundPlayer)
+            await this.hear("own");
     }
 
     get time() {
@@ -309,6 +314,7 @@ export class Player {
     async hear(source) {
         this.heard?.disconnect();
         this.heard = null;
+        this.heardSource = source;
         if (source === "nothing")
             return this.redraw();
         const heard = new HeardSound(this.audioContext());
