@@ -38,6 +38,7 @@
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LeavingValues.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopBudget.h"
 #include "TarnwickMSL/Translation/Passes/ControlFlow/LoopShape.h"
+#include "TarnwickMSL/Translation/Passes/Memory/NearAddresses.h"
 #include "TarnwickMSL/Translation/Passes/Optimising/Optimiser.h"
 
 #include <llvm/ADT/SetVector.h>
@@ -192,7 +193,10 @@ static void simplifyMade(Function& main, Optimiser& optimiser) {
 void makeRegions(Function& main, Structure& structure, Optimiser& optimiser) {
     if (isPlain(main))
         return;
-    LoopSimplifyPass().run(main, optimiser.analyses());
+    // It joins exits of a loop and moves the code before their tests out of the loop, steps to
+    // addresses too.
+    if (!LoopSimplifyPass().run(main, optimiser.analyses()).areAllPreserved())
+        bringPointersBack(main);
     optimiser.forget(main);
     markLoops(main, optimiser);
     FunctionPassManager passes;

@@ -239,10 +239,8 @@ static void showSteps(Function& main, SmallVectorImpl<WeakTrackingVH>& old) {
     }
 }
 
-void keepPointersNear(Function& main) {
-    SmallVector<WeakTrackingVH, 16> old;
-    splitMemberChoices(main);
-    showSteps(main, old);
+// Adds the steps that lost a use to `old`.
+static void repeatSteps(Function& main, SmallVectorImpl<WeakTrackingVH>& old) {
     for (Instruction& instruction : make_early_inc_range(instructions(main))) {
         int operand = pointerOperand(instruction);
         if (operand < 0)
@@ -255,6 +253,19 @@ void keepPointersNear(Function& main) {
         instruction.setOperand(index, copiedSteps(step, instruction));
         old.push_back(step);
     }
+}
+
+void keepPointersNear(Function& main) {
+    SmallVector<WeakTrackingVH, 16> old;
+    splitMemberChoices(main);
+    showSteps(main, old);
+    repeatSteps(main, old);
+    RecursivelyDeleteTriviallyDeadInstructionsPermissive(old);
+}
+
+void bringPointersBack(Function& main) {
+    SmallVector<WeakTrackingVH, 16> old;
+    repeatSteps(main, old);
     RecursivelyDeleteTriviallyDeadInstructionsPermissive(old);
 }
 

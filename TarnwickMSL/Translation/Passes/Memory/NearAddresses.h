@@ -12,4 +12,7 @@ namespace tarnwick::msl {
 // multiples of.
 void keepPointersNear(llvm::Function& main);
 
+// Repeats the steps that a pass has moved to another block since.
+void bringPointersBack(llvm::Function& main);
+
 } // namespace tarnwick::msl
