@@ -1,6 +1,7 @@
 #include "TarnwickGPU/Commands/PieceSize.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tarnwick::gpu {
 
@@ -8,7 +9,19 @@ namespace {
 
 // A piece has at most so many times the units of the one before. A fixed time is less certain:
 // another part of the picture may have been slower.
-constexpr std::uint64_t growth = 8, growthWithFixed = 2;
+constexpr double mostGrowth = 8, leastGrowth = 1.1, growthWithFixed = 2;
+
+// How many times as large as a piece of `seconds` the next one may be: even if each of its units
+// takes longer by the same factor, as where a picture has more detail further down, it takes no
+// more than `enough`.
+double growthAfter(double seconds) {
+    constexpr double enough = 0.8 * pieceSeconds;
+    return std::clamp(std::sqrt(enough / std::max(seconds, 1e-9)), leastGrowth, mostGrowth);
+}
+
+std::uint64_t times(std::uint64_t units, double factor) {
+    return static_cast<std::uint64_t>(static_cast<double>(units) * factor);
+}
 
 } // namespace
 
@@ -32,12 +45,13 @@ std::uint64_t PieceSize::next(double seconds) {
         mayTry_ = false;
         units = 2 * last_.units;
     } else if (fixed_ > 0 && last_.units > 0 && last_.seconds < pieceSeconds + 2 * fixed_) {
-        units = growthWithFixed * last_.units;
+        units = times(last_.units, growthWithFixed);
     } else if (!isUnknown()) {
         const double fitting = perUnit_ > 0 ? std::max(seconds, 0.0) / perUnit_ : 1e18;
         units = fitting < 1e18 ? static_cast<std::uint64_t>(fitting) : UINT64_MAX;
         if (last_.units > 0)
-            units = std::min(units, (fixed_ > 0 ? growthWithFixed : growth) * last_.units);
+            units = std::min(units, times(last_.units, fixed_ > 0 ? growthWithFixed
+                                                                  : growthAfter(last_.seconds)));
     }
     asked_ = std::max(units, fewest_);
     return asked_;

@@ -1,7 +1,9 @@
 // The costs of the GPU layer: microseconds of CPU time for encoding, and of the clock for the
-// smallest jobs. Prints one line per cost: minimum and median of many runs.
+// smallest jobs, one line per cost, minimum and median of many runs. Then the pieces of work that
+// takes seconds: how many there are, and the longest.
 #include "TarnwickGPU/Commands.h"
 #include "TarnwickGPU/Device.h"
+#include "TarnwickGPU/Device/DeviceState.h"
 #include "TarnwickGPU/Resources.h"
 
 #include <algorithm>
@@ -29,6 +31,21 @@ fragment float4 plain(constant Uniforms& u [[buffer(0)]], constant float* values
 kernel void count(device uint* words [[buffer(0)]], uint id [[thread_position_in_grid]]) {
     words[id] += 1;
 }
+float waves(float at, int count) {
+    for (int i = 0; i < count; ++i)
+        at += sin(at * 3.1f + i);
+    return at;
+}
+fragment float4 wave_picture(float4 at [[position]]) {
+    return float4(fract(waves(at.x * at.y, 300)));
+}
+// The lower rows take longer than the upper ones.
+fragment float4 uneven_picture(float4 at [[position]]) {
+    return float4(fract(waves(at.x * at.y, int(at.y))));
+}
+kernel void wave_words(device float* words [[buffer(0)]], uint id [[thread_position_in_grid]]) {
+    words[id & 255] = waves(id, 300);
+}
 )";
 
 using Clock = std::chrono::steady_clock;
@@ -47,6 +64,21 @@ void report(const char* what, int runs, const std::function<Clock::duration()>& 
     std::sort(times.begin(), times.end());
     std::printf("%-58s %9.2f us least %9.2f us median\n", what, times.front(),
                 times[times.size() / 2]);
+}
+
+// Runs `work` on a device of its own, which has measured none of it before, once and twice.
+void reportPieces(const char* what, const std::function<void(Device&)>& work) {
+    const auto device = Device::systemDefault();
+    const Submissions& submissions = device->state().submissions;
+    for (const char* time : {"first", "again"}) {
+        const std::uint64_t earlier = submissions.pieces();
+        const auto start = Clock::now();
+        work(*device);
+        std::printf("%-44s %s: %7.0f ms, %4llu pieces, longest %4.0f ms\n", what, time,
+                    microseconds(Clock::now() - start) / 1000,
+                    static_cast<unsigned long long>(submissions.pieces() - earlier),
+                    submissions.longestPiece() * 1000);
+    }
 }
 
 struct Bench {
@@ -130,6 +162,41 @@ Clock::duration Bench::job() const {
     return Clock::now() - start;
 }
 
+void drawOnce(Device& device, const char* function) {
+    const auto library = device.newLibrary(program);
+    const auto vertex = library->newFunction("corner"), fragment = library->newFunction(function);
+    const auto pipeline =
+        device.newRenderPipelineState({.vertex = vertex.get(),
+                                       .fragment = fragment.get(),
+                                       .color = {.format = PixelFormat::bgra8Unorm}});
+    const auto texture =
+        device.newTexture({.width = 1920, .height = 1080, .usage = {.renderTarget = true}});
+    const auto queue = device.newCommandQueue();
+    auto commands = queue->commandBuffer();
+    auto encoder = commands->renderCommandEncoder(
+        {.color = {.texture = texture.get(), .load = LoadAction::clear}});
+    encoder->setRenderPipelineState(*pipeline);
+    encoder->drawPrimitives(PrimitiveType::triangle, 0, 3);
+    encoder->endEncoding();
+    commands->commit();
+    commands->waitUntilCompleted();
+}
+
+void computeOnce(Device& device) {
+    const auto library = device.newLibrary(program);
+    const auto pipeline = device.newComputePipelineState(*library->newFunction("wave_words"));
+    const auto buffer = device.newBuffer(1024, StorageMode::private_);
+    const auto queue = device.newCommandQueue();
+    auto commands = queue->commandBuffer();
+    auto encoder = commands->computeCommandEncoder();
+    encoder->setComputePipelineState(*pipeline);
+    encoder->setBuffer(*buffer, 0, 0);
+    encoder->dispatchThreads({1u << 21, 1, 1}, {64, 1, 1});
+    encoder->endEncoding();
+    commands->commit();
+    commands->waitUntilCompleted();
+}
+
 } // namespace
 
 int main() {
@@ -166,4 +233,9 @@ int main() {
     report("newTexture of 1920 x 1080", 50,
            [&] { return timed([&] { bench.device->newTexture(bench.large->descriptor()); }); });
     report("open a device", 10, [&] { return timed([] { Device::systemDefault(); }); });
+    reportPieces("draw a heavy picture of 1920 x 1080",
+                 [](Device& device) { drawOnce(device, "wave_picture"); });
+    reportPieces("one with rows of 1 to 1080 times the work",
+                 [](Device& device) { drawOnce(device, "uneven_picture"); });
+    reportPieces("a heavy kernel of 2 million threads", computeOnce);
 }

@@ -40,7 +40,7 @@ double longest(const std::vector<double>& pieces) {
 // The driver compiles the function for each draw: the picture must not wait for that a thousand
 // times, and takes few submissions once the time is known. Other programs delay the pieces.
 TEST(PieceSize, growsWhereEachPieceHasAFixedTime) {
-    for (const double fixed : {0.06, 0.3})
+    for (const double fixed : {0.045, 0.06, 0.3})
         for (std::uint32_t seed = 1; seed <= 50; ++seed) {
             SCOPED_TRACE(testing::Message() << fixed << ", seed " << seed);
             WorkCost cost;
@@ -75,6 +75,22 @@ TEST(PieceSize, givesEvenWorkEvenPieces) {
         const std::vector<double> pieces = frame(cost, model);
         EXPECT_LT(longest(pieces), 0.06) << perUnit;
         EXPECT_LT(static_cast<double>(pieces.size()), picture * perUnit / pieceSeconds * 1.1 + 2);
+    }
+}
+
+// The rows of a picture take ever longer: the first ones tell nothing of the last.
+TEST(PieceSize, followsUnitsThatTakeEverLonger) {
+    for (const double whole : {0.3, 2.0, 8.0}) {
+        WorkCost cost;
+        const Model ramp = [&](std::uint64_t begin, std::uint64_t units) {
+            const auto until = [](std::uint64_t unit) {
+                const double part = static_cast<double>(unit) / picture;
+                return part * part;
+            };
+            return 0.0002 + whole * (until(begin + units) - until(begin));
+        };
+        for (int number = 0; number < 3; ++number)
+            EXPECT_LT(longest(frame(cost, ramp)), 0.11) << whole;
     }
 }
 
