@@ -1,71 +1,65 @@
 """A headless browser with WebGPU, which runs JavaScript for the tests.
 
-The browser is Chromium with its software adapter, so a test needs no GPU. It is driven by the
-DevTools protocol over two pipes: messages of JSON, each ended by a zero byte.
+The browser is Chromium with its software adapter, so a test needs no GPU. It is driven by WebDriver
+(webdriver.py). What the standard does not have, such as the size of a telephone, are commands of
+DevTools, which chromium-driver passes on.
 """
 
 import base64
+import contextlib
 import json
 import os
-import select
 import shutil
-import subprocess
 import tempfile
-import time
+
+import webdriver
 
 PROGRAMS = ("chromium", "chromium-browser", "google-chrome")
 
 
 def find():
-    """The program of the browser; None if there is none."""
-    for name in PROGRAMS:
-        if path := shutil.which(name):
-            return path
-    return None
+    """The program of the browser; None without one, or without its driver."""
+    return next(filter(None, map(shutil.which, PROGRAMS)), None) if webdriver.find() else None
 
 
 class BrowserError(Exception):
     """The browser ended, took too long, or its page threw an exception."""
 
 
+@contextlib.contextmanager
+def errors():
+    """Errors of the driver become those of the browser."""
+    try:
+        yield
+    except webdriver.DriverError as error:
+        raise BrowserError(str(error)) from error
+
+
 class Browser:
     """One page of one browser. Use as a context, which ends the browser."""
 
     options = ()  # of the program, besides those that every page needs
+    capabilities = {}  # of WebDriver, besides those
 
     def __init__(self, limit=600):
-        self.limit = limit  # seconds for one evaluation
         self.folder = tempfile.mkdtemp(prefix="tarnwick-browser-")
-        self.last = 0
-        self.session = None
-        self.buffer = b""
-        to_browser, self.to = os.pipe()
-        self.come, from_browser = os.pipe()
-        page = os.path.join(self.folder, "page.html")
-        with open(page, "w", encoding="utf-8") as file:
-            file.write("<!doctype html><title>test</title>")
-        arguments = [find(), "--headless=new", "--enable-unsafe-webgpu",
-                     "--use-webgpu-adapter=swiftshader", "--remote-debugging-pipe",
-                     "--no-first-run", "--disable-extensions", "--mute-audio", *self.options,
+        arguments = ["--headless=new", "--enable-unsafe-webgpu", "--use-webgpu-adapter=swiftshader",
+                     "--disable-extensions", "--mute-audio", *self.options,
                      f"--user-data-dir={self.folder}/profile"]
         if os.getuid() == 0:
             arguments.append("--no-sandbox")
-
-        def place_pipes():  # the browser reads from 3 and writes to 4
-            source, target = os.dup(to_browser), os.dup(from_browser)
-            os.dup2(source, 3)
-            os.dup2(target, 4)
-            os.set_inheritable(3, True)
-            os.set_inheritable(4, True)
-
-        self.process = subprocess.Popen(
-            arguments, preexec_fn=place_pipes, close_fds=False,
-            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-            start_new_session=True)
-        os.close(to_browser)
-        os.close(from_browser)
-        self._open_page("file://" + page)
+        page = os.path.join(self.folder, "page.html")
+        with open(page, "w", encoding="utf-8") as file:
+            file.write("<!doctype html><title>test</title>")
+        with errors():
+            self.driver = webdriver.Driver({
+                "goog:chromeOptions": {"binary": find(), "args": arguments},
+                "goog:loggingPrefs": {"browser": "ALL", "performance": "ALL"},
+                "timeouts": {"script": 1000 * limit, "pageLoad": 60000},
+                **self.capabilities}, limit + 5)
+        self.open(page)
         self.evaluate(PRELUDE)
+        self.requests()  # forgets those of the browser's own first page
 
     def __enter__(self):
         return self
@@ -75,91 +69,56 @@ class Browser:
 
     def close(self):
         """Ends the browser and removes its folder."""
-        try:
-            self._send("Browser.close", {})
-            self.process.wait(10)
-        except (OSError, subprocess.TimeoutExpired):
-            self.process.kill()
-            self.process.wait()
-        os.close(self.to)
-        os.close(self.come)
+        self.driver.close()
         shutil.rmtree(self.folder, ignore_errors=True)
+
+    def run(self, script, *arguments):
+        """What a script of JavaScript returns, after the promise if it is one. The script is the
+        body of a function of the arguments, which are JSON."""
+        return self.driver_command("/execute/sync", script=script, args=list(arguments))
 
     def evaluate(self, expression):
         """The value of an expression of JavaScript, after the promise if it is one."""
-        answer = self._call("Runtime.evaluate", {
-            "expression": expression, "awaitPromise": True, "returnByValue": True}, self.session)
-        if "exceptionDetails" in answer:
-            details = answer["exceptionDetails"]
-            raise BrowserError(details.get("exception", {}).get("description", details["text"]))
-        return answer["result"].get("value")
+        return self.run(f"return ({expression});")
 
     def call(self, function, *arguments):
         """The value of a call of a function of JavaScript with arguments of JSON."""
-        return self.evaluate(f"({function})({', '.join(json.dumps(each) for each in arguments)})")
+        return self.run(f"return ({function})(...arguments);", *arguments)
+
+    def element(self, expression):
+        """The driver's name of an element."""
+        [name] = self.evaluate(expression).values()
+        return name
 
     def open(self, path, base="file://"):
         """Leaves the page for another, and waits until it is loaded."""
-        self.evaluate("globalThis.isLeft = true")  # the next page may have the same address
-        self.command("Page.navigate", url=base + path)
-        self._wait_for(base + path)
+        self.driver_command("/url", url=base + path)
 
-    def command(self, method, **params):
+    def command(self, method, **parameters):
         """A command of the DevTools protocol for the page."""
-        return self._call(method, params, self.session)
+        return self.driver_command("/goog/cdp/execute", cmd=method, params=parameters)
 
     def screenshot(self):
         """The page as a picture, bytes of PNG."""
-        answer = self._call("Page.captureScreenshot", {"format": "png"}, self.session)
-        return base64.b64decode(answer["data"])
+        with errors():
+            return base64.b64decode(self.driver.value("/screenshot"))
 
-    def _open_page(self, page):
-        target = self._call("Target.createTarget", {"url": page})["targetId"]
-        attach = {"targetId": target, "flatten": True}
-        self.session = self._call("Target.attachToTarget", attach)["sessionId"]
-        self._wait_for(page)
+    def requests(self):
+        """The addresses that were requested since the last call, those of pages included."""
+        events = [json.loads(each["message"])["message"]
+                  for each in self.driver_command("/se/log", type="performance")]
+        return [each["params"]["request"]["url"] for each in events
+                if each["method"] == "Network.requestWillBeSent"]
 
-    def _wait_for(self, page):
-        end = time.monotonic() + 60
-        while time.monotonic() < end:
-            try:
-                if self.evaluate(f"location.href == {page!r} && !globalThis.isLeft && document.readyState == 'complete'"):
-                    return
-            except BrowserError:
-                pass  # the page replaced the empty one meanwhile
-            time.sleep(0.1)
-        raise BrowserError("The browser opened no page in 60 s.")
+    def complaints(self):
+        """What the browser wrote into its console since the last call, scripts included."""
+        return [each["message"] for each in self.driver_command("/se/log", type="browser")]
 
-    def _send(self, method, params, session=None):
-        self.last += 1
-        message = {"id": self.last, "method": method, "params": params}
-        if session:
-            message["sessionId"] = session
-        data = json.dumps(message).encode() + b"\0"
-        while data:
-            data = data[os.write(self.to, data):]
-        return self.last
+    def driver_command(self, path, **parameters):
+        """A command of WebDriver for the session."""
+        with errors():
+            return self.driver.command(path, **parameters)
 
-    def _call(self, method, params, session=None):
-        wanted = self._send(method, params, session)
-        end = time.monotonic() + self.limit
-        while True:
-            message = self._receive(end)
-            if message.get("id") == wanted:
-                if "error" in message:
-                    raise BrowserError(message["error"]["message"])
-                return message["result"]
-
-    def _receive(self, end):
-        while b"\0" not in self.buffer:
-            ready, _, _ = select.select([self.come], [], [], max(0, end - time.monotonic()))
-            data = os.read(self.come, 1 << 20) if ready else b""
-            if not data:
-                raise BrowserError("The browser ended." if ready else
-                                   f"The browser gave no answer in {self.limit} s.")
-            self.buffer += data
-        message, _, self.buffer = self.buffer.partition(b"\0")
-        return json.loads(message)
 
 
 # The device has all features and limits of the adapter, because a module may use optional ones.

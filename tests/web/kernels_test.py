@@ -145,7 +145,7 @@ def faults(program, words):
 
 def main():
     if not browser.find():
-        print("No browser (chromium) is here: no kernel runs.")
+        print("No browser (chromium, chromium-driver) is here: no kernel runs.")
         return 77
     tarnwick, files = sys.argv[1], sys.argv[2:]
     right, wrong, refused, other = 0, 0, 0, 0

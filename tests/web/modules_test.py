@@ -42,7 +42,7 @@ def main():
         keep, arguments = arguments[1], arguments[2:]
         os.makedirs(keep, exist_ok=True)
     if not browser.find():
-        print("No browser (chromium) is here: no text is checked.")
+        print("No browser (chromium, chromium-driver) is here: no text is checked.")
         return 77
     tarnwick, files = arguments[0], arguments[1:]
     taken = wrong = without = 0

@@ -224,7 +224,7 @@ def difference(page, tarnwick, writer, seed, trial, program):
 
 def open_page():
     page = browser.Browser(limit=LIMIT)
-    page.evaluate(WORLD)
+    page.run(WORLD)
     return page
 
 
@@ -252,7 +252,7 @@ def run_batch(page, tools, first, last, folder, counts):
 
 def main():
     if not browser.find():
-        print("No browser (chromium) is here: no program runs.")
+        print("No browser (chromium, chromium-driver) is here: no program runs.")
         return 77
     *tools, seeds = sys.argv[1:]
     first, last = (int(each) for each in seeds.split(".."))

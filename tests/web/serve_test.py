@@ -32,14 +32,13 @@ globalThis.notes = () => {
     return box?.matches(":popover-open") ? box.innerText : "";
 };
 globalThis.list = () => [...document.querySelectorAll(".episodes h2")].map(each => each.textContent);
-undefined;
 """
 
 
 class LocalBrowser(PageBrowser):
     """Accepts the certificates that servers make for themselves."""
 
-    options = (*PageBrowser.options, "--ignore-certificate-errors")
+    capabilities = {"acceptInsecureCerts": True}
 
 
 class Server:
@@ -88,7 +87,7 @@ def save(path, body, title="A rose", more=""):
 
 def open_page(tab, link, path=""):
     tab.open(path, link)
-    tab.evaluate(FUNCTIONS)
+    tab.run(FUNCTIONS)
 
 
 def check_episode(tab, folder, checks):
