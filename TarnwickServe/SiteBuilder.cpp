@@ -63,7 +63,6 @@ struct SiteBuilder::State {
 
     // Of the thread:
     std::map<std::string, Watched> watched; // by file name
-    std::uint64_t documents = 0;            // made until now
 
     std::jthread thread;
 
@@ -144,8 +143,7 @@ struct SiteBuilder::State {
                                      : EpisodeOutcome{.failure = std::move(text.failure)};
         const std::chrono::duration<double> took = std::chrono::steady_clock::now() - began;
         report({.name = name, .outcome = outcome, .seconds = took.count()});
-        documents += outcome.isDrawn() ? 1 : 0;
-        one.shown.take(std::move(outcome), documents);
+        one.shown.take(std::move(outcome));
         return true;
     }
 

@@ -1,5 +1,6 @@
 #include "TarnwickServe/SiteEpisode.h"
 
+#include "TarnwickCore/Text/SHA256.h"
 #include "TarnwickServe/LivePage.h"
 #include "TarnwickWeb/WebPage.h"
 
@@ -58,7 +59,7 @@ ordered_json stateDocument(const SiteEpisode& episode) {
     return {{"name", episode.name},
             {"title", cut(episode.title)},
             {"state", stateName(episode)},
-            {"document", episode.documentNumber},
+            {"document", episode.documentDigest},
             {"failure", cut(episode.failure)},
             {"findings", findingsDocument(episode)}};
 }
@@ -87,11 +88,13 @@ SiteResource fixedStyle() {
 
 } // namespace
 
-void SiteEpisode::take(EpisodeOutcome outcome, std::uint64_t number) {
+void SiteEpisode::take(EpisodeOutcome outcome) {
     isCompiled = true;
     if (outcome.isDrawn()) {
+        SHA256 digest;
+        digest.update(outcome.document);
+        documentDigest = digest.finish();
         document = shared(std::move(outcome.document));
-        documentNumber = number;
     }
     failure = std::move(outcome.failure);
     findings = std::move(outcome.findings);

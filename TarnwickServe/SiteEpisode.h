@@ -4,7 +4,6 @@
 #include "TarnwickServe/EpisodeOutcome.h"
 #include "TarnwickServe/Site.h"
 
-#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
@@ -16,14 +15,16 @@ struct SiteEpisode {
     std::string title;
     std::string teaches;
     bool isCompiled = false; // at least once
-    // The newest that could be drawn; null without one. Its number ascends.
+    // The newest that could be drawn; null without one.
     std::shared_ptr<const std::string> document{};
-    std::uint64_t documentNumber = 0;
+    // Of the document, SHA-256; empty without one. A page keeps it over the end of a server and the
+    // start of the next one, so it is no number that a server counts.
+    std::string documentDigest{};
     std::string failure{}; // of the newest text; one sentence, or empty
     std::vector<ShownFinding> findings{};
 
     // Takes the result of the newest text. The last document stays if this one cannot be drawn.
-    void take(EpisodeOutcome outcome, std::uint64_t number);
+    void take(EpisodeOutcome outcome);
 };
 
 // The pages, documents and states. With `isSingle` the first page is that of the only episode, else

@@ -115,7 +115,9 @@ std::string head(std::string_view title, const Policy& policy) {
                    escaped(policyText(policy)), "\">\n",
                    "<meta name=\"referrer\" content=\"no-referrer\">\n",
                    "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n",
-                   "<title>", escaped(title), "</title>\n<style>", policy.style, "</style>\n"});
+                   // Browsers ask the server for another one.
+                   "<link rel=\"icon\" href=\"data:,\">\n", "<title>", escaped(title),
+                   "</title>\n<style>", policy.style, "</style>\n"});
 }
 
 std::string description(std::string_view text) {

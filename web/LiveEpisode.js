@@ -11,7 +11,7 @@ import { PageError } from "./PageError.js";
  * @property {string} name
  * @property {string} title
  * @property {"waiting" | "drawn" | "faulty"} state
- * @property {number} document 0: none can be drawn yet
+ * @property {string} document its digest; empty: none can be drawn yet
  * @property {string} failure
  * @property {import("./LiveNotes.js").LiveFinding[]} findings
  */
@@ -25,26 +25,28 @@ export class LiveEpisode {
         this.root = root;
         this.address = address;
         this.notes = new LiveNotes();
-        this.document = 0;
+        this.document = "";
         /** @type {EpisodeElement | null} */
         this.episode = null;
     }
 
     /** Shows the newest state. */
     async update() {
-        const state = /** @type {LiveState | null} */ (await answerOf(`${this.root}s/${this.address}`));
-        if (!state)
+        const state = /** @type {LiveState | null | undefined} */ (
+            await answerOf(`${this.root}s/${this.address}`)
+        );
+        if (state === undefined)
+            return;
+        if (state === null)
             return this.notes.show("The episode is not in the folder.");
         document.title = state.title;
         let refusal = "";
-        if (state.document > 0 && state.document !== this.document) {
+        if (state.document && state.document !== this.document) {
             this.document = state.document;
             refusal = await this.draw();
         }
-        if (state.state === "faulty")
-            this.notes.show(state.failure, state.findings);
-        else
-            this.notes.show(state.state === "waiting" ? "The episode is being compiled." : refusal);
+        const sentences = { waiting: "The episode is being compiled.", drawn: refusal, faulty: state.failure };
+        this.notes.show(sentences[state.state], state.findings);
     }
 
     /** Draws the newest document. Returns the sentence of an error after which the last one remains. */

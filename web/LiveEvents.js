@@ -15,15 +15,19 @@ export class LiveEvents {
         this.address = address;
         this.news = news;
         this.timer = 0;
+        document.addEventListener("visibilitychange", () => (document.hidden ? this.rest() : this.connect()));
         this.connect();
     }
 
     connect() {
+        this.source?.close();
         this.source = new EventSource(this.address);
         this.source.addEventListener("site", () => {
             this.listen();
             this.news.connected(true);
             this.news.changed();
+            if (document.hidden)
+                this.rest();
         });
         this.source.addEventListener("beat", () => this.listen());
         this.source.onerror = () => this.lose();
@@ -32,6 +36,12 @@ export class LiveEvents {
 
     listen() {
         this.after(silentSeconds);
+    }
+
+    /** A browser has six connections to a server for all its pages, so a hidden page keeps none. */
+    rest() {
+        clearTimeout(this.timer);
+        this.source?.close();
     }
 
     /** An EventSource does not connect again after an answer with an error, so all is done here. */
@@ -63,19 +73,23 @@ export function oneAtATime(work) {
         if (isRunning)
             return;
         isRunning = true;
-        while (isAsked) {
-            isAsked = false;
-            await work();
+        try {
+            while (isAsked) {
+                isAsked = false;
+                await work();
+            }
+        } finally {
+            isRunning = false;
         }
-        isRunning = false;
     };
 }
 
 /**
- * The object of JSON at an address; null if the server gives none.
+ * The object of JSON at an address; null if the server has none there, undefined if it does not
+ * answer: then the page asks again after the next connection.
  * @param {string} address
  */
 export async function answerOf(address) {
-    const answer = await fetch(address).catch(() => null);
-    return answer?.ok ? answer.json().catch(() => null) : null;
+    const answer = await fetch(address).catch(() => undefined);
+    return answer?.status === 404 ? null : answer?.ok ? answer.json().catch(() => undefined) : undefined;
 }

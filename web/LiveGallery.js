@@ -48,7 +48,9 @@ export class LiveGallery {
 
     /** Shows the newest list. Rows that stay the same keep their element, and with it the focus. */
     async update() {
-        const site = /** @type {{episodes: LiveEntry[]} | null} */ (await answerOf(`${this.root}site.json`));
+        const site = /** @type {{episodes: LiveEntry[]} | null | undefined} */ (
+            await answerOf(`${this.root}site.json`)
+        );
         if (!site)
             return;
         const rows = new Map();

@@ -28,7 +28,7 @@ function findingRow({ severity, place, message, excerpt, hint }) {
 export class LiveNotes {
     constructor() {
         this.sentence = element("p", { class: "sentence" });
-        this.findings = element("ul");
+        this.findings = element("ul", { hidden: "" });
         this.connection = element("p", { class: "connection" });
         this.box = /** @type {Popover} */ (
             element("aside", { class: "notes", role: "status", popover: "manual" })
@@ -41,8 +41,8 @@ export class LiveNotes {
     }
 
     /**
-     * @param {string} sentence empty: all is well
-     * @param {LiveFinding[]} findings
+     * @param {string} sentence may be empty
+     * @param {LiveFinding[]} findings may be there without a sentence: warnings
      */
     show(sentence, findings = []) {
         this.sentence.textContent = sentence;
@@ -60,7 +60,7 @@ export class LiveNotes {
     }
 
     get isEmpty() {
-        return !this.sentence.textContent && !this.connection.textContent;
+        return !this.sentence.textContent && this.findings.hidden && !this.connection.textContent;
     }
 
     raise() {

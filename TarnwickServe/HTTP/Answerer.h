@@ -2,11 +2,14 @@
 // cpp-httplib.
 #pragma once
 
+#include "TarnwickServe/AccessToken.h"
 #include "TarnwickServe/HTTP/Connection.h"
-#include "TarnwickServe/LocalServer.h"
+#include "TarnwickServe/ServeLimits.h"
+#include "TarnwickServe/SiteNews.h"
 
 #include <atomic>
 #include <memory>
+#include <optional>
 #include <stop_token>
 
 namespace tarnwick {

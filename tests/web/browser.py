@@ -94,6 +94,25 @@ class Browser:
         """Leaves the page for another, and waits until it is loaded."""
         self.driver_command("/url", url=base + path)
 
+    def window(self):
+        """The name of the window, a tab, that is driven."""
+        with errors():
+            return self.driver.value("/window")
+
+    def open_window(self):
+        """Opens another tab, which is driven from now on. It hides the others."""
+        made = self.driver_command("/window/new", type="tab")
+        self.driver_command("/window", handle=made["handle"])
+
+    def close_windows(self, kept):
+        """Closes all but one, which is driven from now on."""
+        with errors():
+            for handle in self.driver.value("/window/handles"):
+                if handle != kept:
+                    self.driver.command("/window", handle=handle)
+                    self.driver.remove("/window")
+        self.driver_command("/window", handle=kept)
+
     def command(self, method, **parameters):
         """A command of the DevTools protocol for the page."""
         return self.driver_command("/goog/cdp/execute", cmd=method, params=parameters)

@@ -119,12 +119,46 @@ def check_episode(tab, folder, checks):
         checks.expect("the page", tab.evaluate("mark"), "not reloaded")
         checks.expect("elements of a hostile title", tab.evaluate("document.images.length"), 0)
         address = server.link
-    checks.wait("a lost connection", tab, "notes()", lambda met: "is lost" in met)
-    save(path, "1.0, 1.0, p.blue, 1.0")
-    with Server(path, "--port", address.split(":")[2].strip("/")):
-        checks.wait("the picture of the next server", tab, "pixel()", lambda met: met == [255, 255, 255])
-        checks.wait("a connection", tab, "notes()", lambda met: met == "")
-        checks.expect("the page", tab.evaluate("mark"), "not reloaded")
+    # What the page shows is the only document of a server each time.
+    for red, green in ((1, 1), (1, 0)):
+        checks.wait("a lost connection", tab, "notes()", lambda met: "is lost" in met)
+        save(path, f"{red}, {green}, p.blue, 1.0")
+        with Server(path, "--port", address.split(":")[2].strip("/")):
+            checks.wait("the picture of the next server", tab, "pixel()",
+                        lambda met: met == [255 * red, 255 * green, 255])
+            checks.wait("a connection", tab, "notes()", lambda met: met == "")
+            checks.expect("the page", tab.evaluate("mark"), "not reloaded")
+
+
+def check_settings(tab, folder, checks):
+    """Faults of the settings are told over the picture, which stays."""
+    path = os.path.join(folder, "rose.metal")
+    save(path, "1.0, 0.0, p.blue, 1.0")
+    with Server(path, "--port", "0") as server:
+        open_page(tab, server.link)
+        checks.wait("the first picture", tab, "pixel()", lambda met: met == [255, 0, 64])
+        with open(os.path.join(folder, "rose.json"), "w", encoding="utf-8") as file:
+            file.write('{"values": ')
+        checks.wait("a fault of the settings", tab, "notes()", lambda met: "rose.json warning: " in met)
+        checks.expect("the picture", tab.evaluate("pixel()"), [255, 0, 64])
+        os.remove(os.path.join(folder, "rose.json"))
+        checks.wait("no fault", tab, "notes()", lambda met: met == "")
+
+
+def check_tabs(tab, folder, checks):
+    """A browser has six connections to a server, but a visitor may open more pages of it."""
+    path = os.path.join(folder, "rose.metal")
+    save(path, "1.0, 0.0, p.blue, 1.0")
+    with Server(path, "--port", "0") as server:
+        first = tab.window()
+        for _ in range(7):
+            tab.open_window()
+            open_page(tab, server.link)
+            checks.wait("a picture in one of many windows", tab, "pixel()", lambda met: met == [255, 0, 64])
+        tab.close_windows(first)
+        save(path, "0.0, 1.0, p.blue, 1.0")
+        open_page(tab, server.link)
+        checks.wait("the changed picture", tab, "pixel()", lambda met: met == [0, 255, 64])
 
 
 def check_kinds(tab, folder, checks):
@@ -170,7 +204,7 @@ def main():
         return 77
     checks = Checks()
     with tempfile.TemporaryDirectory() as folder, LocalBrowser() as tab:
-        for check in (check_episode, check_kinds, check_list):
+        for check in (check_episode, check_settings, check_kinds, check_tabs, check_list):
             check(tab, folder, checks)
     return 1 if checks.failures else 0
 

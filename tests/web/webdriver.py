@@ -48,6 +48,10 @@ class Driver:
         """The value of a command without parameters that changes nothing."""
         return self._request("GET", self.session + path)
 
+    def remove(self, path):
+        """A command that removes something."""
+        return self._request("DELETE", self.session + path)
+
     def close(self):
         """Ends the browser and the driver."""
         try:
