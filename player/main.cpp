@@ -1,5 +1,6 @@
 // tarnwick-player: the desktop program in which episodes are written and played.
 #include "TarnwickBase/Crashes.h"
+#include "TarnwickBase/EndNow.h"
 #include "TarnwickBase/EndSignals.h"
 #include "TarnwickBase/FreedMemory.h"
 #include "TarnwickBase/Quoted.h"
@@ -148,5 +149,5 @@ int main(int count, char** words) {
     const tarnwick::EndSignals endSignals;
     const int status = tarnwick::player::run(count, words);
     endSignals.endIfArrived();
-    return status;
+    tarnwick::endNow(status); // a driver may keep a thread, which the player then left
 }
