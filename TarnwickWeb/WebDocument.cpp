@@ -1,5 +1,6 @@
 #include "TarnwickWeb/WebDocument.h"
 
+#include "TarnwickBase/Precondition.h"
 #include "TarnwickCore/Text/Numbers.h"
 #include "TarnwickMSL/SamplerBits.h"
 #include "TarnwickWeb/WebError.h"
@@ -37,33 +38,33 @@ std::string_view addressMode(msl::SamplerAddress address) {
     case msl::SamplerAddress::mirrorClampToEdge:
         break;
     }
-    throw WebError(
-        "WebGPU has no samplers with an address mode other than clamp_to_edge, repeat and "
-        "mirrored_repeat.");
+    precondition(false, "the texts of WGSL compute other address modes of constant samplers");
+    return "";
 }
 
 std::string_view filterName(msl::SamplerFilter filter) {
     return filter == msl::SamplerFilter::linear ? "linear" : "nearest";
 }
 
-// WebGPU, 6.1 "GPUSampler": anisotropy requires linear filters.
+// WebGPU, 6.1 "GPUSampler": anisotropy requires linear filters. Without levels only the first is
+// taken, and with 0.25 the minifying filter is still used.
 ordered_json samplerDocument(std::uint64_t bits) {
     const msl::SamplerState state = msl::unpackSampler(bits);
-    if (state.coord == msl::SamplerCoord::pixel)
-        throw WebError("WebGPU has no samplers with coord::pixel.");
     if (state.compares)
         throw WebError("Pages have no depth textures to compare with.");
     const bool isLinear = state.mag == msl::SamplerFilter::linear &&
                           state.min == msl::SamplerFilter::linear &&
                           state.mip == msl::SamplerMipFilter::linear;
+    const bool hasLevels = state.mip != msl::SamplerMipFilter::none;
+    const float least = hasLevels ? state.lodMin : 0.0f;
     return {{"u", addressMode(state.s)},
             {"v", addressMode(state.t)},
             {"w", addressMode(state.r)},
             {"mag", filterName(state.mag)},
             {"min", filterName(state.min)},
             {"mip", state.mip == msl::SamplerMipFilter::linear ? "linear" : "nearest"},
-            {"leastLevel", state.lodMin},
-            {"mostLevel", std::max(state.lodMin, state.lodMax)},
+            {"leastLevel", least},
+            {"mostLevel", hasLevels ? std::max(least, state.lodMax) : 0.25f},
             {"anisotropy", isLinear ? state.maxAnisotropy : 1}};
 }
 

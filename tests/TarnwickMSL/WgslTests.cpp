@@ -1,5 +1,6 @@
 // The writer of WGSL, from modules in LLVM's text. That a browser takes its texts, and that they
 // compute what Metal says, tests/web sees to.
+#include "TarnwickMSL/SamplerBits.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 #include "TarnwickMSL/Translation/Wgsl/Names.h"
 #include "TarnwickMSL/Translation/WgslWriter.h"
@@ -7,6 +8,8 @@
 #include "tests/Thrown.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace tarnwick::msl {
 
@@ -222,6 +225,65 @@ define void @main() {
                      "    isWithinBudget = isWithinBudget & !(given > 3u);\n"
                      "    if (isInGrid && isWithinBudget) {\n        data[0u] = 1u;\n    }\n"
                      "    if (isInGrid) {\n        loopReport[0u] = 1u;\n    }\n");
+}
+
+// A fragment function that gives a sample of `texture` in %sample, by the sampler SAMPLER.
+static EntryPoint sampling(std::string_view calls, const SamplerState& state,
+                           TextureComponent component) {
+    std::string code = "@msl.in.uv = external constant <2 x float>\n"
+                       "@msl.out.color.0 = external global <4 x float>\n"
+                       "declare <4 x float> @msl.sample.2d.f32(i32, i64, <2 x float>, <2 x i32>)\n"
+                       "declare <4 x i32> @msl.sample.2d.u32(i32, i64, <2 x float>, <2 x i32>)\n"
+                       "define void @main() {\n"
+                       "  %uv = load <2 x float>, ptr @msl.in.uv\n" +
+                       std::string(calls) +
+                       "  store <4 x float> %sample, ptr @msl.out.color.0\n  ret void\n}\n";
+    const std::string bits = std::to_string(static_cast<std::int64_t>(packSampler(state)));
+    code.replace(code.find("SAMPLER"), 7, bits);
+    const ParsedShader parsed = parseShader(
+        {.code = code,
+         .interface = {uv, color},
+         .textures = {{.shape = TextureShape::d2, .component = component, .name = "picture"}}});
+    return writeWgsl(parsed.shader);
+}
+
+static const Resource& samplerOf(const EntryPoint& entry) {
+    return *std::ranges::find(entry.resources, ResourceKind::constantSampler, &Resource::kind);
+}
+
+// The host's sampler has a mode of WebGPU, and the text the border. Without levels there is no
+// level to compute.
+TEST(WgslWriter, samplesWithABorderThatWebGpuLacks) {
+    const SamplerState zero{.s = SamplerAddress::clampToZero, .t = SamplerAddress::repeat};
+    const std::string_view sample = "  %sample = call <4 x float> @msl.sample.2d.f32(i32 0, i64 "
+                                    "SAMPLER, <2 x float> %uv, <2 x i32> zeroinitializer)\n";
+    const EntryPoint entry = sampling(sample, zero, TextureComponent::float_);
+    expectLine(entry.text,
+               "out.color_0 = sampleWithBorder(picture, constantSampler, in.uv, 0.0f);");
+    expectLine(entry.text, "return select(border, texel, (place.x >= 0.0f) & (place.x < size.x));");
+    EXPECT_EQ(unpackSampler(samplerOf(entry).samplerState),
+              (SamplerState{.t = SamplerAddress::repeat, .mip = SamplerMipFilter::nearest}));
+
+    SamplerState levels = zero;
+    levels.mag = levels.min = SamplerFilter::linear;
+    levels.mip = SamplerMipFilter::linear;
+    const std::string text = sampling(sample, levels, TextureComponent::float_).text;
+    expectLine(text, "let level = levelOfDetail(dpdx(in.uv) * vec2f(textureDimensions(picture)), ");
+    expectLine(text, "mix(sampleWithBorder(picture, constantSampler, in.uv, lower), "
+                     "sampleWithBorder(picture, constantSampler, in.uv, upper), level_2 - lower);");
+    expectLine(text, "return select(border, mix(border, texel, coverage), coverage > 0.0f);");
+}
+
+TEST(WgslWriter, loadsTheTexelsOfIntegersThatASamplerTakes) {
+    const EntryPoint entry =
+        sampling("  %word = call <4 x i32> @msl.sample.2d.u32(i32 0, i64 SAMPLER, <2 x float> %uv, "
+                 "<2 x i32> <i32 1, i32 -1>)\n  %sample = bitcast <4 x i32> %word to <4 x float>\n",
+                 {.s = SamplerAddress::mirroredRepeat}, TextureComponent::uint_);
+    expectLine(entry.text, "bitcast<vec4f>(sampleTexels(picture, in.uv, 0.0f))");
+    expectLine(entry.text, "let first = vec2i(floor(at * size)) + vec2i(1i, -1i);");
+    expectLine(entry.text,
+               "let at = vec2i(mirrored(place.x, size.x), clamp(place.y, 0i, size.y - 1i));");
+    EXPECT_EQ(entry.text.find("sampler"), std::string::npos) << entry.text;
 }
 
 TEST(WgslWriter, refusesWhatWgslLacks) {

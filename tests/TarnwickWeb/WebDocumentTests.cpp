@@ -62,16 +62,24 @@ TEST(WebDocument, tellsSamplersAsWebGPUHasThem) {
     const msl::SamplerState state{.t = msl::SamplerAddress::mirroredRepeat,
                                   .mag = msl::SamplerFilter::linear,
                                   .maxAnisotropy = 8};
-    const json document = documentOf({{.kind = msl::ResourceKind::constantSampler,
-                                       .binding = 35,
-                                       .samplerState = msl::packSampler(state)}});
-    const json& resource = document["functions"]["tw_fragment"]["resources"][0];
+    msl::SamplerState levels = state;
+    levels.mip = msl::SamplerMipFilter::linear;
+    const auto sampler = [](const msl::SamplerState& given) {
+        return msl::Resource{.kind = msl::ResourceKind::constantSampler,
+                             .binding = 35,
+                             .samplerState = msl::packSampler(given)};
+    };
+    const json document = documentOf({sampler(state), sampler(levels)});
+    const json& resources = document["functions"]["tw_fragment"]["resources"];
+    const json& resource = resources[0];
     EXPECT_EQ(resource["kind"], "sampler");
     EXPECT_EQ(resource["binding"], 35);
     EXPECT_EQ(resource["sampler"],
               json::parse(R"({"u":"clamp-to-edge","v":"mirror-repeat","w":"clamp-to-edge",
                               "mag":"linear","min":"nearest","mip":"nearest","leastLevel":0,
-                              "mostLevel":1000,"anisotropy":1})"));
+                              "mostLevel":0.25,"anisotropy":1})"));
+    EXPECT_EQ(resources[1]["sampler"]["mip"], "linear");
+    EXPECT_EQ(resources[1]["sampler"]["mostLevel"], 1000);
 }
 
 TEST(WebDocument, refusesWhatNoPageHas) {
@@ -79,17 +87,8 @@ TEST(WebDocument, refusesWhatNoPageHas) {
         return thrownBy<WebError>([&] { documentOf({resource}); });
     };
     using Kind = msl::ResourceKind;
-    const auto sampler = [](const msl::SamplerState& state) {
-        return msl::Resource{.kind = Kind::constantSampler,
-                             .samplerState = msl::packSampler(state)};
-    };
     EXPECT_EQ(sentence({.kind = Kind::storageTexture}),
               "The function tw_fragment takes an argument that pages do not have.");
-    EXPECT_EQ(sentence(sampler({.coord = msl::SamplerCoord::pixel})),
-              "WebGPU has no samplers with coord::pixel.");
-    EXPECT_EQ(sentence(sampler({.s = msl::SamplerAddress::clampToZero})),
-              "WebGPU has no samplers with an address mode other than clamp_to_edge, repeat and "
-              "mirrored_repeat.");
 }
 
 TEST(WebDocument, keepsFramesOnlyIfTheyAreRead) {

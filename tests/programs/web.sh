@@ -30,7 +30,10 @@ expect 2 'must have different names' web e.metal other/e.metal -o none
 cp e.metal index.metal
 expect 2 '^tarnwick: index.metal must have another name' web e.metal index.metal -o none
 sed 's/return/constexpr sampler s(address::clamp_to_zero); return u.frame > 0 ? in.channel0.sample(s, uv) :/; s/Params& p)/Params\& p, Inputs in)/' e.metal >zero.metal
-expect 1 'WebGPU has no samplers' web zero.metal -o none
+expect 0 '^zero/index.html$' web zero.metal -o zero
+grep -q 'sampleWithBorder(.*"u":"clamp-to-edge"' zero/zero.json || complain 'no border in the text' web
+sed 's/return/return simd_is_helper_thread() ? 1 :/' e.metal >helper.metal
+expect 1 'WGSL has no simd_is_helper_thread' web helper.metal -o none
 (cat e.metal && echo 'float x = y;') >bad.metal
 expect 1 '^tarnwick: bad.metal does not compile.$' web bad.metal -o none
 expect 2 '-o FOLDER is required' web e.metal

@@ -4,42 +4,32 @@
 kernels_test.py TARNWICK FILE...
 
 What a program promises stands in the comments at its head (tests/TarnwickMSL/CorpusProgram.h).
-Programs that draw, or that take textures, samplers or attributes, are left out and counted, as are
-those that the compiler refuses and those that are known to need more. The status is 1 if a number is
+Programs that draw, that write textures or that take attributes are left out and counted, as are those
+that the compiler refuses and those that are known to need more. The status is 1 if a number is
 wrong, and 77 if there is no browser.
 """
 
-import math
 import os
-import struct
 import sys
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, os.path.dirname(__file__))
 import browser  # noqa: E402
+from corpus import (NUMBERS, TEXTURES, WORDS, Program, floats_of, is_near,  # noqa: E402
+                    words_of)
 from programs import KNOWN, compiled, entry_named, source_of, with_declared  # noqa: E402
-
-NUMBERS, WORDS = 256, 1024
 
 # Runs the dispatches one after the other and gives the words of `out`.
 RUN = """
 async (given) => {
-    const usage = GPUBufferUsage.STORAGE | GPUBufferUsage.UNIFORM | GPUBufferUsage.COPY_SRC |
-                  GPUBufferUsage.COPY_DST;
-    const bufferOf = (words) => {
-        const buffer = device.createBuffer({size: 4 * words.length, usage});
-        device.queue.writeBuffer(buffer, 0, new Uint32Array(words));
-        return buffer;
-    };
     const buffers = given.buffers.map(bufferOf);
     device.pushErrorScope("validation");
     for (const run of given.runs) {
         const module = device.createShaderModule({code: run.code});
         const pipeline = await device.createComputePipelineAsync(
             {layout: "auto", compute: {module, constants: run.constants}});
-        const entries = run.bindings.map(({binding, kind, index}) => ({binding, resource: {buffer:
-            kind === "grid size" ? bufferOf(run.grid) :
-            kind === "loop report" ? bufferOf([0]) : buffers[index]}}));
+        const entries = run.resources.map(each =>
+            ({binding: each.binding, resource: resourceOf(each, buffers, run.grid)}));
         const encoder = device.createCommandEncoder();
         const pass = encoder.beginComputePass();
         pass.setPipeline(pipeline);
@@ -65,48 +55,6 @@ async (given) => {
 """
 
 
-class Program:
-    """The promises of one program."""
-
-    def __init__(self, path):
-        self.runs, self.expected, self.constants = [], [], {}
-        self.within = 1e-6
-        self.isOfBuffers = True
-        with open(path, encoding="utf-8") as file:
-            for line in file:
-                if line.startswith("// @"):
-                    self._take(*line[4:].split())
-        if not self.runs:
-            self.runs = [("check", (1, 1, 1), (1, 1, 1))]
-
-    def _take(self, word, *given):
-        if word == "expects":
-            for number in given:
-                count, star, value = number.rpartition("*")
-                if number != "|":
-                    self.expected += [math.nan if value == "?" else float(value)] * (
-                        int(count) if star else 1)
-        elif word == "within":
-            self.within = float(given[0])
-        elif word == "runs":
-            sizes = [size_of(each) for each in given[1:3]] + [(1, 1, 1)] * 2
-            self.runs.append((given[0], sizes[0], sizes[1]))
-            self.isOfBuffers &= len(given) <= 3
-        elif word == "constant":
-            self.constants[given[0]] = [number_of(each) for each in given[1:]]
-        elif word in ("draws", "texture", "sampler", "attribute", "layout", "pixel", "target"):
-            self.isOfBuffers = False
-
-
-def size_of(text):
-    numbers = [int(each) for each in text.split("x")]
-    return tuple(numbers + [1] * (3 - len(numbers)))
-
-
-def number_of(word):
-    return {"true": 1, "false": 0}.get(word, None) if word in ("true", "false") else float(word)
-
-
 def overrides_of(entry, program, threadgroup):
     """The values of the override constants that the text declares, by number."""
     values = {1: threadgroup[0], 2: threadgroup[1], 3: threadgroup[2]}
@@ -122,24 +70,17 @@ def overrides_of(entry, program, threadgroup):
 def run_of(document, program, kernel, grid, threadgroup):
     entry = entry_named(document, kernel)
     return {"code": entry["wgsl"]["text"],
-            "bindings": [{"binding": each["binding"], "kind": each["kind"],
-                          "index": each.get("index", 0)} for each in entry["bindings"]],
+            "resources": program.resources(entry),
             "grid": [*grid, 0] * 3,
             "groups": [-(-size // threads) for size, threads in zip(grid, threadgroup)],
             "constants": overrides_of(entry, program, threadgroup)}
 
 
-def words_of(numbers):
-    return list(struct.unpack(f"<{len(numbers)}I", struct.pack(f"<{len(numbers)}f", *numbers)))
-
-
 def faults(program, words):
     """The first numbers that are not as promised."""
-    given = struct.unpack(f"<{len(words)}f", struct.pack(f"<{len(words)}I", *words))
     wrong = [f"out[{place}] is {number:.9g}, not {wanted:.9g}"
-             for place, (number, wanted) in enumerate(zip(given, program.expected))
-             if not (math.isnan(wanted) or number == wanted
-                     or abs(number - wanted) <= program.within * abs(wanted))]
+             for place, (number, wanted) in enumerate(zip(floats_of(words), program.expected))
+             if not is_near(number, wanted, program.within)]
     return wrong[:3]
 
 
@@ -150,15 +91,19 @@ def main():
     tarnwick, files = sys.argv[1], sys.argv[2:]
     right, wrong, refused, other = 0, 0, 0, 0
     with browser.Browser() as page:
+        page.evaluate(TEXTURES)
         for path in files:
             name = os.path.splitext(os.path.basename(path))[0]
             program = Program(path)
-            if not program.isOfBuffers or not program.expected or name in KNOWN:
+            if program.lacks or program.draws or not program.expected or name in KNOWN:
                 other += 1
                 continue
             document, _ = compiled(tarnwick, source_of(tarnwick, path))
             if document is None:
                 refused += 1
+                continue
+            if not program.can_run(document):
+                other += 1
                 continue
             try:
                 words = page.call(RUN, {

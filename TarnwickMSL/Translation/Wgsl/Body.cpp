@@ -341,7 +341,7 @@ std::string Body::function(std::string_view name, const std::string& text) {
     std::string with = text;
     for (std::size_t at = with.find("NAME"); at != with.npos; at = with.find("NAME", at))
         with.replace(at, 4, made);
-    declare(with + "\n");
+    functionTexts_ += with + "\n";
     return functions_[text] = made;
 }
 
@@ -425,8 +425,8 @@ std::string Body::finish(const std::string& attributes) {
     std::string parameters = inputs_.empty() ? "" : inputName() + ": Inputs";
     for (const std::string& parameter : parameters_)
         parameters += (parameters.empty() ? "" : ", ") + parameter;
-    text += attributes + "\nfn main(" + parameters + ")" + (outputs_.empty() ? "" : " -> Outputs") +
-            " {\n";
+    text += functionTexts_ + attributes + "\nfn main(" + parameters + ")" +
+            (outputs_.empty() ? "" : " -> Outputs") + " {\n";
     if (!outputs_.empty())
         text += "    var " + outputName() + ": Outputs;\n";
     return text + lines_ + "}\n";

@@ -132,7 +132,7 @@ class Body {
     struct Declared {
         std::string name, type, byDefault;
     };
-    std::string declarations_, lines_;
+    std::string declarations_, functionTexts_, lines_;
     std::string isInGrid_, isWithinBudget_; // names; "" for conditions that always hold
     std::set<std::string> declared_;
     std::size_t depth_ = 1;

@@ -88,9 +88,6 @@ static Expression writeFunctionConstant(Body& body, const CallInst& call) {
 }
 
 static std::string scanOf(StringRef way, StringRef change) {
-    const bool isScan = way != "reduce";
-    if (isScan && change != "add" && change != "mul")
-        refuse("prefix operation '" + change.str() + "' of a SIMD-group");
     const std::string place = way == "inclusive"   ? "Inclusive"
                               : way == "exclusive" ? "Exclusive"
                                                    : "";

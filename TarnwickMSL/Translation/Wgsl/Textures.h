@@ -1,9 +1,12 @@
-// Textures and samplers: their variables, and the calls on them (docs/compiler.md).
+// Textures and samplers: their variables, and the calls on them (docs/compiler.md). SampleCalls.cpp
+// has samples, comparisons and gathers, TexelCalls.cpp single texels and sizes.
 #pragma once
 
 #include "TarnwickMSL/Translation/Wgsl/Body.h"
+#include "TarnwickMSL/Translation/Wgsl/SampleFunctions.h"
 
 #include <array>
+#include <functional>
 #include <map>
 #include <optional>
 
@@ -40,11 +43,43 @@ class Textures {
     void declare(Image& made);
     std::string typeOf(const Image& image, Resource& resource) const;
     std::string sampler(std::uint64_t bits, bool compares);
-    std::uint64_t samplerBits(const llvm::CallInst& call) const;
+    std::string levelSampler(const SamplerState& state, bool compares);
 
+    // How a call chooses the level.
+    enum class LevelKind : std::uint8_t { implied, given, biased, sloped };
+    struct Sampled {
+        const llvm::CallInst* call;
+        Image* from; // of the faces as layers, if texels of a cube are loaded
+        const Shape* shape;
+        SamplerState state; // of a constant sampler
+        std::uint64_t bits;
+        bool isArgument; // the sampler
+        bool isInteger;
+        LevelKind kind;
+        unsigned first; // the operand of the level, of the bias or of the first gradient
+        const llvm::Value* offset;
+        std::vector<Expression> place = {};   // coordinates and layer
+        std::optional<Expression> shift = {}; // the offset, if it may stand in a call
+    };
+    Sampled sampled(const llvm::CallInst& call, llvm::StringRef kind, unsigned first,
+                    const llvm::Value* offset);
+    void place(Sampled& of, bool hasLayer = true);
+    std::optional<Expression> level(Sampled& of);
+    Expression levelOf(const Sampled& of, Expression across, Expression down);
+    Expression withinLevels(const Sampled& of, const Expression& level);
+    Expression lastLevel(const Sampled& of);
+    using SampleOfLevel = std::function<Expression(SamplerFilter, const Expression& level)>;
+    Expression atLevels(Sampled& of, const SampleOfLevel& sample);
+    SampleForm formOf(const Sampled& of, bool compares);
+    Expression sampleIntegers(Sampled& of);
+    Expression sampleLevels(Sampled& of);
     Expression sample(llvm::StringRef name, const llvm::CallInst& call);
+    Expression compareLevels(Sampled& of, const Expression& reference);
     Expression compare(llvm::StringRef name, const llvm::CallInst& call);
     Expression gather(llvm::StringRef name, const llvm::CallInst& call);
+    Expression queryLevel(const llvm::CallInst& call);
+    Expression texel(const Image& image, const llvm::CallInst& call, const Expression& value);
+
     struct Spot {
         Expression at, level, inside;
     };
@@ -54,12 +89,7 @@ class Textures {
     Expression query(llvm::StringRef name, const llvm::CallInst& call);
     Expression colorSoFar(const llvm::CallInst& call);
 
-    std::vector<Expression> placed(const Image& image, const llvm::CallInst& call,
-                                   const llvm::Value* offset);
-    void addOffset(const Image& image, std::vector<Expression>& operands,
-                   const llvm::Value* offset);
     Expression size(const Image& image, const Expression& level);
-    Expression texel(const Image& image, const llvm::CallInst& call, const Expression& value);
 
     Body& body_;
     std::uint32_t nextBinding_;
