@@ -4,13 +4,17 @@
 #include "TarnwickCore/Live/OSC.h"
 #include "TarnwickCore/ShaderAssembler.h"
 #include "TarnwickCore/Walkthroughs/Walkthrough.h"
+#include "TarnwickMSL/Confinement/Confinement.h"
 #include "benchmarks/Statistics.h"
+
+#include <sys/wait.h>
 
 #include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <random>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace tarnwick::bench {
 namespace {
@@ -121,11 +125,43 @@ TextCase assembling(const std::string& source) {
             }};
 }
 
+// In a process of its own, because it cannot be taken back; 0 where the kernel has no such filters.
+double millisecondsOfConfining() {
+    int ends[2];
+    if (pipe(ends) != 0)
+        throw std::runtime_error("A pipe cannot be made.");
+    const pid_t child = fork();
+    if (child == 0) {
+        bool isConfined = false;
+        const double time = milliseconds([&] { isConfined = msl::confine(msl::FileAccess::none); });
+        const double told = isConfined ? time : 0;
+        _exit(write(ends[1], &told, sizeof told) == sizeof told ? 0 : 1);
+    }
+    close(ends[1]);
+    double time = 0;
+    const bool isTold = child > 0 && read(ends[0], &time, sizeof time) == sizeof time;
+    close(ends[0]);
+    if (child > 0)
+        waitpid(child, nullptr, 0);
+    if (!isTold)
+        throw std::runtime_error("A process cannot be made.");
+    return time;
+}
+
+TextCase confining() {
+    return {.name = "confinement",
+            .what = "confining a worker of the compiler",
+            .unit = "ms",
+            .bar = 1,
+            .sample = millisecondsOfConfining};
+}
+
 } // namespace
 
 std::vector<TextCase> textCases(const std::filesystem::path& episodes) {
     const std::vector<std::string> sources = episodeSources(episodes);
-    return {parsingOSC(), explainingStages(), colouringSource(sources), assembling(sources.back())};
+    return {parsingOSC(), explainingStages(), colouringSource(sources), assembling(sources.back()),
+            confining()};
 }
 
 } // namespace tarnwick::bench

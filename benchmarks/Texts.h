@@ -1,4 +1,5 @@
-// The speed of the parts without a device, which read and write text and data.
+// The speed of the parts without a device, which read and write text and data, and of the
+// confinement of the process that does.
 #pragma once
 
 #include <filesystem>
