@@ -85,6 +85,15 @@ function(tarnwick_sanitize name)
     endif()
 endfunction()
 
+# Adds to an executable with Qt what the sanitizer for threads needs.
+function(tarnwick_sanitize_qt name)
+    if(CMAKE_CXX_FLAGS MATCHES -fsanitize=thread)
+        set(handover ${CMAKE_SOURCE_DIR}/tests/sanitizers/QtHandover.cpp)
+        target_sources(${name} PRIVATE ${handover})
+        set_source_files_properties(${handover} PROPERTIES COMPILE_OPTIONS -fno-sanitize=thread)
+    endif()
+endfunction()
+
 # tarnwick_program(NAME FOLDER SOURCES file... [MAY_INCLUDE folder...] [PRIVATE library...])
 function(tarnwick_program name folder)
     cmake_parse_arguments(PARSE_ARGV 2 given "" "" "SOURCES;MAY_INCLUDE;PRIVATE")
