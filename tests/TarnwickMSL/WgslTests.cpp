@@ -290,16 +290,13 @@ TEST(WgslWriter, refusesWhatWgslLacks) {
     const auto refusal = [](const ShaderText& text) {
         return thrownBy<TranslationError>([&] { written(text); });
     };
-    EXPECT_EQ(refusal({.code = "@msl.in.base_vertex = external constant i32\n"
-                               "@msl.out.position = external global <4 x float>\n"
+    EXPECT_EQ(refusal({.code = "@msl.in.barycentric_coord = external constant <3 x float>\n"
+                               "@msl.out.color.0 = external global <4 x float>\n"
                                "define void @main() {\n"
-                               "  %base = load i32, ptr @msl.in.base_vertex\n"
-                               "  %x = uitofp i32 %base to float\n"
-                               "  store float %x, ptr @msl.out.position\n  ret void\n}\n",
-                       .stage = Stage::vertex,
-                       .interface = {builtIn(InterfaceKind::input, "base_vertex"),
-                                     builtIn(InterfaceKind::output, "position")}}),
-              "WGSL has no [[base_vertex]].");
+                               "  %part = load float, ptr @msl.in.barycentric_coord\n"
+                               "  store float %part, ptr @msl.out.color.0\n  ret void\n}\n",
+                       .interface = {builtIn(InterfaceKind::input, "barycentric_coord"), color}}),
+              "WGSL has no [[barycentric_coord]].");
     EXPECT_EQ(refusal({.code = "@msl.buffer.0 = external global i32\n"
                                "define void @main() {\n"
                                "  store i32 1, ptr @msl.buffer.0\n  ret void\n}\n",

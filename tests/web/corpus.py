@@ -120,6 +120,7 @@ class Program:
         self.runs, self.expected, self.constants = [], [], {}
         self.draws, self.pixels, self.textures, self.samplers = [], [], {}, {}
         self.within = 1e-6
+        self.samples = 1  # of a pixel
         self.lacks = False  # needs more than the tests give
         with open(path, encoding="utf-8") as file:
             for line in file:
@@ -129,6 +130,7 @@ class Program:
             self.runs = [("check", (1, 1, 1), (1, 1, 1))]
 
     def _take(self, word, *given):
+        digits = filter(str.isdigit, given)
         if word == "expects":
             for number in given:
                 count, star, value = number.rpartition("*")
@@ -147,8 +149,9 @@ class Program:
             self._take_texture(*given)
         elif word == "sampler":
             self._take_sampler(int(given[0]), given[1:])
-        elif word == "draws" and given[0] == "triangle" and all(each.isdigit() for each in given[1:]):
-            self.draws.append([int(each) for each in given[1:]])
+        elif word == "draws" and given[0] == "triangle" and set(given[1:]) <= {"samples", *digits}:
+            self.draws.append([int(each) for each in given[1:] if each != "samples"])
+            self.samples = 4 if "samples" in given else 1
         elif word == "pixel" and given[2] == ":":
             self.pixels.append((int(given[0]), int(given[1]), [float(each) for each in given[3:]]))
         elif word in ("draws", "attribute", "layout", "pixel", "target"):

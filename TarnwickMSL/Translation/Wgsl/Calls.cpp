@@ -45,11 +45,14 @@ static std::uint64_t numberOf(const Value* value, std::uint64_t otherwise) {
 static void writeBarrier(Body& body, bool waits, const CallInst& call) {
     const std::uint64_t scope = numberOf(call.getArgOperand(0), 2);
     const std::uint64_t flags = numberOf(call.getArgOperand(1), 15);
+    const bool isOfGroup = scope > 1; // of threads that do not run together
     if (!waits) {
-        if (scope > 1 && flags != 0)
+        if (isOfGroup && flags != 0)
             refuse("fence without a barrier");
         return;
     }
+    if (!isOfGroup && body.stage != Stage::kernel)
+        return body.writePending(true);
     if (body.stage != Stage::kernel)
         throw TranslationError("threadgroup_barrier is available in a kernel only.");
     body.writePending(true);
@@ -139,7 +142,6 @@ struct Lack {
 // clang-format off
 static constexpr std::array lacks{
     Lack{"is_helper",            "simd_is_helper_thread"},
-    Lack{"standard_samples",     "positions of samples (get_sample_position)"},
     Lack{"interpolate_centroid", "interpolation at a chosen place of the pixel (interpolant)"},
     Lack{"interpolate_sample",   "interpolation at a chosen place of the pixel (interpolant)"},
     Lack{"interpolate_offset",   "interpolation at a chosen place of the pixel (interpolant)"},
@@ -159,7 +161,8 @@ std::optional<Expression> writeBuiltInCall(Body& body, StringRef name, const Cal
             operands.push_back(body.value(operand));
         return wgsl::call(name.str(), operands);
     }
-    if (name == "target_samples")
+    // The samples of WebGPU are at Vulkan's standard places.
+    if (name == "target_samples" || name == "standard_samples")
         return body.overridden(sampleCountConstant, "samples", "u32", "1u");
     if (name == "dfdx")
         return writeDerivative(body, "dpdx", call);

@@ -1,5 +1,6 @@
 #include "TarnwickMSL/Translation/Wgsl/Stage.h"
 
+#include "TarnwickMSL/DrawBases.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
 
 #include <array>
@@ -179,7 +180,8 @@ std::string threadgroupSize(Body& body) {
 bool isComputedBuiltIn(StringRef word) {
     return word == "dispatch_threads_per_threadgroup" || word == "threads_per_threadgroup" ||
            word == "thread_index_in_threadgroup" || word == "threads_per_grid" ||
-           word == "front_facing" || word == "amplification_count";
+           word == "front_facing" || word == "amplification_count" || word == "amplification_id" ||
+           word == "base_vertex" || word == "base_instance";
 }
 
 // The size of this threadgroup: smaller at the end of the grid.
@@ -207,8 +209,14 @@ Expression computedBuiltIn(Body& body, StringRef word,
         return threadIndex(body, gridSize());
     if (word == "threads_per_grid")
         return gridSize();
-    if (word == "amplification_count")
+    if (word == "amplification_count") // a pass of WebGPU has one view
         return body.number(1);
+    if (word == "amplification_id")
+        return body.number(0);
+    if (word == "base_vertex")
+        return body.overridden(baseVertexConstant, "baseVertex", "u32", "0u");
+    if (word == "base_instance")
+        return body.overridden(baseInstanceConstant, "baseInstance", "u32", "0u");
     return call("u32", {body.builtIn("front_facing", "bool")});
 }
 

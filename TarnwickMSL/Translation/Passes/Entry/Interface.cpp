@@ -411,8 +411,9 @@ void Interface::write(IRBuilder<>& builder, const StageValue& value, Value* stor
     } else if (!value.attribute.empty()) {
         variable.builtIn = builtInFor(value.attribute).word;
         variable.global = "msl.out." + value.attribute;
-    } else if (!isFloating(value.scalar)) {
-        variable.interpolation = Interpolation::flat;
+    } else {
+        variable.interpolation =
+            isFloating(value.scalar) ? value.interpolation : Interpolation::flat;
     }
     // A member without a value is written as well: the fragment function may read it.
     if (shader_.stage == Stage::vertex)
