@@ -5,6 +5,8 @@
 export const firstChannelTexture = 1; // the texture before is the spectrum
 export const channelCount = 4;
 
+const asItIs = /** @type {const} */ ({ colorSpaceConversion: "none" });
+
 /**
  * The numbers of the channels that the episode reads.
  * @param {EpisodeDocument} document
@@ -28,6 +30,7 @@ export class Channels {
         this.textures = Array(channelCount).fill(null);
         /** @type {(HTMLVideoElement | null)[]} */
         this.cameras = Array(channelCount).fill(null);
+        this.isDestroyed = false; // a visitor may permit a camera after the end
     }
 
     /**
@@ -36,10 +39,32 @@ export class Channels {
      * @param {Blob} file
      */
     async showPicture(channel, file) {
-        const picture = await createImageBitmap(file, { colorSpaceConversion: "none" });
-        this.clear(channel);
-        this.copy(channel, picture, picture.width, picture.height);
+        const picture = await this.fitting(await createImageBitmap(file, asItIs));
+        if (!this.isDestroyed) {
+            this.clear(channel);
+            this.copy(channel, picture, picture.width, picture.height);
+        }
         picture.close();
+    }
+
+    /**
+     * The picture, smaller if the device has no texture of its size.
+     * @param {ImageBitmap} picture
+     */
+    async fitting(picture) {
+        const longest = Math.max(picture.width, picture.height);
+        const most = this.device.limits.maxTextureDimension2D;
+        if (longest <= most)
+            return picture;
+        const side = /** @param {number} length */ length => Math.max(1, Math.floor((length * most) / longest));
+        const smaller = await createImageBitmap(picture, {
+            ...asItIs,
+            resizeWidth: side(picture.width),
+            resizeHeight: side(picture.height),
+            resizeQuality: "high"
+        });
+        picture.close();
+        return smaller;
     }
 
     /**
@@ -51,7 +76,14 @@ export class Channels {
         const video = document.createElement("video");
         video.muted = true;
         video.srcObject = stream;
-        await video.play();
+        const isShown = await video.play().then(
+            () => !this.isDestroyed,
+            () => false
+        );
+        if (!isShown) {
+            stream.getTracks().forEach(track => track.stop());
+            throw new Error("The camera is not shown.");
+        }
         this.clear(channel);
         this.cameras[channel] = video;
     }
@@ -102,6 +134,7 @@ export class Channels {
     }
 
     destroy() {
+        this.isDestroyed = true;
         this.textures.forEach((_, channel) => this.clear(channel));
     }
 }

@@ -47,7 +47,10 @@ export class Controls {
             "aria-label": "Time"
         });
         this.time.oninput = () => player.seek(Number(this.time.value));
-        this.timeText = element("output", { class: "time" });
+        // The slider tells the time. An <output> would be read aloud each second.
+        this.timeText = element("span", { class: "time", "aria-hidden": "true" });
+        this.screenButton = iconButton("whole", "Full screen", actions.toggleFullScreen);
+        this.screenButton.hidden = !document.fullscreenEnabled;
         this.bar = element(
             "div",
             { class: "bar", role: "group", "aria-label": "Playing" },
@@ -57,7 +60,7 @@ export class Controls {
             this.soundButton,
             this.panelButton,
             iconButton("save", "Save picture", actions.saveSnapshot),
-            iconButton("whole", "Full screen", actions.toggleFullScreen)
+            this.screenButton
         );
         this.show();
     }
@@ -87,7 +90,7 @@ export class Controls {
         setIcon(this.soundButton, ...(player.volume > 0 ? loudIcon : silentIcon));
         this.panelButton.setAttribute("aria-expanded", String(!this.panel.hidden));
         this.time.value = String(player.time);
-        this.timeText.value = clockText(player.time);
+        this.timeText.textContent = clockText(player.time);
         this.time.setAttribute("aria-valuetext", `${clockText(player.time)} of ${clockText(episode.length)}`);
         if (!this.panel.hidden)
             this.sliders.show();
@@ -117,7 +120,8 @@ export class Controls {
         if (takesIt || !Object.keys(actions).includes(event.key))
             return;
         event.preventDefault();
-        actions[event.key]();
+        if (!event.repeat || event.key.startsWith("Arrow"))
+            actions[event.key]();
     }
 }
 

@@ -3,7 +3,8 @@
 // Attributes: `src`, the address of the episode's document, or `of`, the id of an element of the page
 // with its text; `paused`: it does not play by itself; `bare`: no controls; `whole`: it is the page, so
 // that it shows the title and all keys are its own. What the element contains is shown until the first
-// frame, and where the episode cannot be drawn. The element sets `drawn`, `failed` and `idle`.
+// frame, and where the episode cannot be drawn. The element sets `drawn`, `failed` and `idle`. Another
+// `src` plays another episode.
 import { Controls } from "./Controls.js";
 import { element } from "./Elements.js";
 import { parseDocument } from "./EpisodeDocument.js";
@@ -17,7 +18,14 @@ import { style } from "./Style.js";
 /** Pictures of this size are saved. */
 const snapshotSize = { width: 1920, height: 1080 };
 
+/** @param {string} query */
+const prefers = query => matchMedia(`(${query})`).matches;
+
 export class EpisodeElement extends HTMLElement {
+    static get observedAttributes() {
+        return ["src"];
+    }
+
     constructor() {
         super();
         const shadow = this.attachShadow({ mode: "open" });
@@ -37,7 +45,13 @@ export class EpisodeElement extends HTMLElement {
         // The page's tests and its own scripts may wait for the first frame, or for the error.
         /** @type {Promise<void>} */
         this.ready = Promise.resolve();
-        this.followPage = () => this.player?.hide(document.hidden);
+        this.isInView = true;
+        this.followPage = () => this.player?.hide(document.hidden || !this.isInView);
+        // Browsers draw the frames of what is scrolled away too.
+        this.view = new IntersectionObserver(entries => {
+            this.isInView = entries[entries.length - 1].isIntersecting;
+            this.followPage();
+        });
     }
 
     connectedCallback() {
@@ -45,16 +59,39 @@ export class EpisodeElement extends HTMLElement {
         if (this.hasAttribute("whole") && location.hash === "#bare")
             this.toggleAttribute("bare", true);
         document.addEventListener("visibilitychange", this.followPage);
-        this.ready = this.start(++this.run);
-        this.ready.catch(() => {});
+        this.view.observe(this);
+        this.restart();
     }
 
     disconnectedCallback() {
         document.removeEventListener("visibilitychange", this.followPage);
+        this.view.disconnect();
+        this.stop();
+    }
+
+    /** An attribute that the element is made with is not a change. */
+    attributeChangedCallback() {
+        if (this.run > 0 && this.isConnected)
+            this.restart();
+    }
+
+    restart() {
+        this.stop();
+        this.ready = this.start(this.run);
+        this.ready.catch(() => {});
+    }
+
+    /** Shows what the element contains again. */
+    stop() {
         ++this.run;
         this.player?.close();
+        this.player?.canvas.remove();
         this.player = null;
-        this.idle?.stop();
+        this.controls = null;
+        this.hideControls();
+        this.tell("");
+        this.toggleAttribute("drawn", false);
+        this.toggleAttribute("failed", false);
     }
 
     /** @param {number} run */
@@ -110,14 +147,18 @@ export class EpisodeElement extends HTMLElement {
             canvas.remove();
             throw error;
         });
-        if (run !== this.run)
+        if (run !== this.run) {
+            canvas.remove();
             return player.close();
+        }
         const before = this.player;
         this.player = player;
         if (before)
             player.follow(before);
         this.addControls(player, episode);
+        this.idle?.restart();
         this.follow(player, canvas);
+        this.followPage();
         if (!before || this.hasAttribute("failed"))
             this.begin(player, episode);
         await first;
@@ -164,8 +205,7 @@ export class EpisodeElement extends HTMLElement {
         });
         if (this.hasAttribute("bare"))
             return;
-        const listener = this.hasAttribute("whole") ? document : this;
-        listener.onkeydown = event => this.controls?.key(event);
+        this.keyboard.onkeydown = /** @param {KeyboardEvent} event */ event => this.controls?.key(event);
         const foot = element("div", { class: "foot" }, this.controls.bar);
         if (this.hasAttribute("whole"))
             foot.prepend(
@@ -180,6 +220,20 @@ export class EpisodeElement extends HTMLElement {
         );
     }
 
+    hideControls() {
+        this.idle?.stop();
+        this.keyboard.onkeydown = null;
+        this.over.replaceChildren(this.message);
+    }
+
+    /**
+     * What gets the keys that control the player.
+     * @returns {Document | EpisodeElement}
+     */
+    get keyboard() {
+        return this.hasAttribute("whole") ? document : this;
+    }
+
     /** Whether the controls may leave the picture. */
     get isUncovered() {
         return this.controls?.panel.hidden !== false;
@@ -191,7 +245,7 @@ export class EpisodeElement extends HTMLElement {
      * @param {EpisodeDocument} episode
      */
     begin(player, episode) {
-        if (matchMedia("(prefers-reduced-motion: reduce)").matches)
+        if (prefers("prefers-reduced-motion: reduce"))
             player.seek(episode.still);
         else if (!this.hasAttribute("paused"))
             player.play();
@@ -228,7 +282,7 @@ export class EpisodeElement extends HTMLElement {
     toggleFullScreen() {
         if (document.fullscreenElement)
             document.exitFullscreen();
-        else
+        else if (document.fullscreenEnabled)
             this.requestFullscreen().catch(() => {});
     }
 
@@ -256,16 +310,25 @@ export class EpisodeElement extends HTMLElement {
     fail(error) {
         const sentence =
             error instanceof PageError ? error.message : `The episode cannot be drawn: ${error}`;
-        const other = this.firstElementChild ? " The page shows a recording instead." : "";
+        const movies = this.querySelectorAll("video");
+        const other =
+            movies.length > 0
+                ? " The page shows a recording instead."
+                : this.querySelector("img")
+                  ? " The page shows a picture instead."
+                  : "";
+        this.hideControls();
         this.tell(sentence + other);
         this.toggleAttribute("drawn", false);
         this.toggleAttribute("failed", true);
-        this.idle?.stop();
-        this.over.replaceChildren(this.message);
-        for (const movie of this.querySelectorAll("video"))
-            if (!matchMedia("(prefers-reduced-motion: reduce)").matches)
+        for (const movie of movies)
+            if (prefers("prefers-reduced-motion: reduce"))
+                movie.controls = true;
+            else
                 movie.play().catch(() => {});
     }
 }
 
-customElements.define("tarnwick-episode", EpisodeElement);
+// A page may load the script of two folders.
+if (!customElements.get("tarnwick-episode"))
+    customElements.define("tarnwick-episode", EpisodeElement);

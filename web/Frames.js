@@ -12,8 +12,11 @@ import { Records } from "./Records.js";
 /** @typedef {import("./Values.js").Values} Values */
 /** @typedef {{width: number, height: number}} Size */
 
-/** Particles that lag behind, after a pause of the page, catch up by so many steps in a frame. */
-const mostStepsPerFrame = 4;
+/** As many steps as the longest time of a frame has (Clock.js). */
+const mostStepsPerFrame = 6;
+
+/** More missing steps than these are performed before the frame instead of during the next ones. */
+const mostMissingSteps = 60;
 
 export class Frames {
     /**
@@ -42,6 +45,7 @@ export class Frames {
     constructor(pipelines, format, final, particles, grid) {
         const { device, document } = pipelines;
         this.device = device;
+        this.pipelines = pipelines;
         this.format = format;
         this.final = final;
         this.particles = particles;
@@ -50,6 +54,17 @@ export class Frames {
         this.keepsFrames = document.readsPrevious;
         this.records = new Records(device, document.params.length);
         this.lastTime = -Infinity;
+    }
+
+    /**
+     * Whether particles lack so many steps, after a jump in time or in another size, that the frame
+     * would show another time.
+     * @param {Moment} moment
+     * @param {Size} size
+     */
+    isBehind(moment, size) {
+        this.particles?.fit(size);
+        return (this.particles?.stepsUntil(moment.time) ?? 0) > mostMissingSteps;
     }
 
     /**
@@ -160,6 +175,8 @@ export class Frames {
     }
 
     destroy() {
+        this.pipelines.destroy();
+        this.records.destroy();
         this.particles?.destroy();
         this.grid?.destroy();
         this.inputs?.destroy();

@@ -66,7 +66,7 @@ export class Grid {
     fit(size) {
         if (this.size.width === size.width && this.size.height === size.height)
             return;
-        this.destroy();
+        this.destroyTextures();
         this.size = { ...size };
         const attachment = GPUTextureUsage.RENDER_ATTACHMENT;
         this.textures = {
@@ -129,6 +129,11 @@ export class Grid {
     }
 
     destroy() {
+        this.destroyTextures();
+        this.cellsRecord.destroy();
+    }
+
+    destroyTextures() {
         if (this.textures)
             Object.values(this.textures).forEach(each => each.destroy());
         this.textures = null;

@@ -133,5 +133,6 @@ export class Inputs {
         this.channels.destroy();
         this.spectrum?.destroy();
         this.blank.destroy();
+        this.audio.destroy();
     }
 }

@@ -81,6 +81,15 @@ export class Particles {
         this.step = -1;
     }
 
+    /**
+     * The number of steps up to that of a time, from the spawning if it is before the last step.
+     * @param {number} time seconds
+     */
+    stepsUntil(time) {
+        const target = stepAt(time);
+        return target < this.step ? target + 1 : target - this.step;
+    }
+
     /** The trails after the last step. */
     picture() {
         return this.trails[this.current].createView();
@@ -195,6 +204,6 @@ export class Particles {
 
     destroy() {
         this.destroyTrails();
-        this.particles.destroy();
+        [this.particles, this.countRecord, this.viewport].forEach(each => each.destroy());
     }
 }

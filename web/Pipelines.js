@@ -81,21 +81,31 @@ export class Pipelines {
         const known = this.modules.get(name);
         if (known)
             return known;
-        const made = this.device.createShaderModule({
-            label: name,
-            code: this.functionNamed(name).code
-        });
+        const { code } = this.functionNamed(name);
+        const made = this.quietly(() => this.device.createShaderModule({ label: name, code }));
         this.modules.set(name, made);
         return made;
     }
 
     /** @param {[name: string, visibility: number][]} stages */
     layout(stages) {
-        return this.device.createBindGroupLayout({
-            entries: stages.flatMap(([name, visibility]) =>
-                this.functionNamed(name).resources.map(each => layoutEntry(each, visibility))
-            )
-        });
+        const entries = stages.flatMap(([name, visibility]) =>
+            this.functionNamed(name).resources.map(each => layoutEntry(each, visibility))
+        );
+        return this.quietly(() => this.device.createBindGroupLayout({ entries }));
+    }
+
+    /**
+     * An object that may be invalid. Its error is no error of what is drawn meanwhile: the promise of
+     * the pipeline that is made of it tells it.
+     * @template Made
+     * @param {() => Made} make
+     */
+    quietly(make) {
+        this.device.pushErrorScope("validation");
+        const made = make();
+        this.device.popErrorScope().catch(() => {}); // the device is lost
+        return made;
     }
 
     /**
@@ -113,7 +123,7 @@ export class Pipelines {
         const pipeline = await this.made(() =>
             this.device.createRenderPipelineAsync({
                 label: fragment,
-                layout: this.device.createPipelineLayout({ bindGroupLayouts: [layout] }),
+                layout: this.quietly(() => this.device.createPipelineLayout({ bindGroupLayouts: [layout] })),
                 vertex: {
                     module: this.module(vertex),
                     entryPoint: "main",
@@ -140,7 +150,7 @@ export class Pipelines {
         const pipeline = await this.made(() =>
             this.device.createComputePipelineAsync({
                 label: name,
-                layout: this.device.createPipelineLayout({ bindGroupLayouts: [layout] }),
+                layout: this.quietly(() => this.device.createPipelineLayout({ bindGroupLayouts: [layout] })),
                 compute: {
                     module: this.module(name),
                     entryPoint: "main",
@@ -237,6 +247,11 @@ export class Pipelines {
             this.samplers.set(key, sampler);
         }
         return sampler;
+    }
+
+    destroy() {
+        this.loopReport.destroy();
+        this.grids.forEach(each => each.destroy());
     }
 
     /** @param {number} count threads */

@@ -37,7 +37,12 @@ export class Player {
         if (!context && navigator.gpu)
             throw new PageError("absent", "This browser shows no pictures of WebGPU on a page.");
         const player = new Player(document, canvas, events);
-        await player.open(/** @type {GPUCanvasContext} */ (context));
+        try {
+            await player.open(/** @type {GPUCanvasContext} */ (context));
+        } catch (error) {
+            player.close();
+            throw error;
+        }
         return player;
     }
 
@@ -70,6 +75,9 @@ export class Player {
         this.audio = null;
         /** @type {SoundPlayer | null} */
         this.soundPlayer = null;
+        /** @type {Frames | null} */
+        this.soundFrames = null; // whose sound is played, or is about to be
+        this.hearings = 0;
     }
 
     /** @param {GPUCanvasContext} context */
@@ -82,6 +90,8 @@ export class Player {
             if (reason !== "destroyed")
                 this.fail(lost());
         });
+        // Without an answer to this event, what follows an error would be a black picture.
+        this.device.onuncapturederror = ({ error }) => this.fail(refused(error));
         this.format = navigator.gpu.getPreferredCanvasFormat();
         this.context = context;
         context.configure({
@@ -107,6 +117,7 @@ export class Player {
         const next = await Frames.make(device, document, format);
         await this.exclusively(async () => {
             if (this.frames && !this.isClosed) {
+                this.closeSound();
                 next.follow(this.frames);
                 this.frames.destroy();
                 this.frames = next;
@@ -120,13 +131,22 @@ export class Player {
         return true;
     }
 
+    /** The sound of another program follows. */
     async replaceSound() {
-        this.soundPlayer?.stop();
-        this.soundPlayer = null;
+        if (!this.document.usesInputs && this.heard)
+            await this.hear("nothing"); // which also switches off the microphone
         if (this.volume > 0)
             await this.setVolume(this.volume);
         if (this.heardSource === "own" && this.soundPlayer)
             await this.hear("own");
+    }
+
+    closeSound() {
+        if (this.heardSource === "own")
+            this.heard?.disconnect();
+        this.soundPlayer?.close();
+        this.soundPlayer = null;
+        this.soundFrames = null;
     }
 
     get time() {
@@ -145,6 +165,8 @@ export class Player {
         this.clock.seek(other.time);
         this.values = other.values.following(this.document.params);
         [this.audio, other.audio] = [other.audio, null];
+        if (this.audio)
+            this.audio.onstatechange = () => this.followSound();
         this.mouse = other.mouse;
         if (other.isPlaying)
             this.play();
@@ -199,7 +221,7 @@ export class Player {
         if (this.pace.isTooSlow)
             return this.fail(new PageError("refused", "The episode is too slow for this device."));
         this.events.drawn();
-        if (this.isPlaying)
+        if (this.isPlaying && !this.isHidden)
             this.redraw();
     }
 
@@ -210,15 +232,11 @@ export class Player {
             return;
         this.fitCanvas();
         const moment = playedMoment(this.advance(now), this.mouse);
+        const size = { width: this.canvas.width, height: this.canvas.height };
         // After a jump all steps up to its time are performed first, unless there is another jump.
         const jump = this.jumps;
-        if (!this.isPlaying || this.hasJumped(moment.time))
-            await frames.warm(
-                moment,
-                this.values,
-                { width: this.canvas.width, height: this.canvas.height },
-                () => !this.isClosed && jump === this.jumps
-            );
+        if (!this.isPlaying || frames.isBehind(moment, size))
+            await frames.warm(moment, this.values, size, () => !this.isClosed && jump === this.jumps);
         if (this.isClosed)
             return;
         frames.inputs?.hear(this.heard?.now() ?? null);
@@ -241,12 +259,6 @@ export class Player {
             return time;
         this.clock.seek(heard);
         return this.clock.time;
-    }
-
-    /** @param {number} time */
-    hasJumped(time) {
-        const last = this.frames?.lastTime ?? 0;
-        return time < last || time > last + 1;
     }
 
     /**
@@ -289,21 +301,39 @@ export class Player {
 
     /** Browsers make sound only after an action of the visitor, so this is called in answer to one. */
     audioContext() {
-        this.audio ??= new AudioContext({ sampleRate });
+        if (!this.audio) {
+            this.audio = new AudioContext({ sampleRate });
+            // A telephone call suspends it too; the sound then goes on where the picture is.
+            this.audio.onstatechange = () => this.followSound();
+        }
+        this.audio.resume().catch(() => {});
         return this.audio;
     }
 
     /** @param {number} volume linear, from 0 to 1; call it in answer to the visitor's action */
     async setVolume(volume) {
         this.volume = volume;
-        if (volume > 0 && !this.soundPlayer && this.frames && this.document.hasSound) {
-            const context = this.audioContext();
-            this.soundPlayer = new SoundPlayer(await SoundKernel.make(this.frames.final.pipelines), context);
-            if (this.document.usesInputs && !this.heard)
-                await this.hear("own");
-        }
-        this.soundPlayer?.setVolume(volume);
+        if (volume > 0 && this.document.hasSound)
+            await this.openSound(this.audioContext());
+        this.soundPlayer?.setVolume(this.volume);
         this.followSound();
+    }
+
+    /**
+     * Makes the player of the sound, once for a program.
+     * @param {AudioContext} context
+     */
+    async openSound(context) {
+        const { frames } = this;
+        if (!frames || this.soundFrames === frames)
+            return;
+        this.soundFrames = frames;
+        const kernel = await SoundKernel.make(frames.pipelines);
+        if (this.isClosed || this.soundFrames !== frames)
+            return kernel.destroy();
+        this.soundPlayer = new SoundPlayer(kernel, context);
+        if (this.document.usesInputs && !this.heard)
+            await this.hear("own");
     }
 
     /**
@@ -312,6 +342,7 @@ export class Player {
      * @param {"nothing" | "own" | "microphone" | File} source
      */
     async hear(source) {
+        const hearing = ++this.hearings;
         this.heard?.disconnect();
         this.heard = null;
         this.heardSource = source;
@@ -324,6 +355,9 @@ export class Player {
             await heard.useFile(source);
         else if (this.soundPlayer)
             heard.connect(this.soundPlayer.output);
+        // The visitor may permit a microphone after another choice, or after the end.
+        if (this.isClosed || hearing !== this.hearings)
+            return heard.disconnect();
         this.heard = heard;
         this.redraw();
     }
@@ -343,7 +377,8 @@ export class Player {
     followSound() {
         if (!this.soundPlayer)
             return;
-        if (this.isPlaying && this.volume > 0 && !this.isHidden)
+        const isHeard = this.volume > 0 && !this.isHidden && this.audio?.state === "running";
+        if (this.isPlaying && isHeard)
             this.soundPlayer.start(this.time, this.values).catch(error => this.fail(error));
         else
             this.soundPlayer.stop();
@@ -364,6 +399,9 @@ export class Player {
         this.isClosed = true;
         cancelAnimationFrame(this.request);
         this.heard?.disconnect();
+        this.closeSound();
+        if (this.audio)
+            this.audio.onstatechange = null;
         this.audio?.close();
         this.audio = null;
         this.frames?.destroy();
@@ -373,6 +411,16 @@ export class Player {
 
 function lost() {
     return new PageError("lost", "The graphics device was lost. Reload the page to try again.");
+}
+
+/** @param {GPUError} error that the device reports later than the call */
+function refused(error) {
+    return new PageError(
+        "refused",
+        error instanceof GPUOutOfMemoryError
+            ? "The graphics device has too little memory for the episode."
+            : `The graphics device refuses the episode: ${error.message}`
+    );
 }
 
 /** @param {unknown} error */

@@ -26,6 +26,13 @@ export class Records {
         this.used = 0;
     }
 
+    destroy() {
+        this.pairs.forEach(({ uniforms, params }) => {
+            uniforms.destroy();
+            params.destroy();
+        });
+    }
+
     /**
      * The records of a moment.
      * @param {Moment} moment

@@ -38,7 +38,8 @@ export class Sliders {
             "aria-describedby": `detail-${index}`
         });
         input.oninput = () => this.choose(index, Number(input.value));
-        const value = element("output", { for: input.id });
+        // The slider tells its value, which keys change in each frame.
+        const value = element("span", { class: "value", "aria-hidden": "true" });
         const reset = iconButton("reset", `Reset ${param.name}`, () => this.choose(index, undefined));
         const row = element(
             "div",
@@ -67,7 +68,8 @@ export class Sliders {
         this.sliders.forEach(({ input, value, reset }, index) => {
             const current = values.valueOf(index, time);
             input.value = String(current);
-            value.value = numberText(current);
+            input.setAttribute("aria-valuetext", numberText(current));
+            value.textContent = numberText(current);
             reset.disabled = !values.isChosen(index);
         });
     }

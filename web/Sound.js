@@ -26,6 +26,11 @@ export class SoundKernel {
         this.params = uniformBuffer(this.device, 4 * Math.max(1, pipelines.document.params.length));
     }
 
+    destroy() {
+        this.moment.destroy();
+        this.params.destroy();
+    }
+
     /**
      * The samples from `start` on: left and right in turn, from -1 to 1.
      * @param {number} start seconds
@@ -129,6 +134,14 @@ export class SoundPlayer {
         source.onended = () => this.sources.delete(source);
         source.start(at + late / sampleRate, late / sampleRate);
         this.sources.add(source);
+    }
+
+    /** Ends the sound. The kernel computes no more. */
+    close() {
+        this.stop();
+        this.output.disconnect();
+        this.gain.disconnect();
+        this.kernel.destroy();
     }
 
     stop() {

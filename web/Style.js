@@ -5,8 +5,9 @@ export const style = `
     container-type: inline-size; color-scheme: dark; background: #0b0b0c; color: #f2efe9;
     font: 15px/1.4 system-ui, sans-serif; }
 :host([hidden]), [hidden] { display: none !important; }
-canvas { position: absolute; inset: 0; width: 100%; height: 100%; display: block; touch-action: none;
+canvas { position: absolute; inset: 0; width: 100%; height: 100%; display: block; touch-action: pan-y pinch-zoom;
     outline-offset: -3px; }
+:host([whole]) canvas { touch-action: none; }
 ::slotted(*) { position: absolute; inset: 0; width: 100%; height: 100%; object-fit: cover; }
 :host([drawn]) slot, :host([failed]) canvas { display: none; }
 :host([idle]) canvas { cursor: none; }
@@ -37,7 +38,7 @@ h1, .teaches { text-shadow: 0 1px 4px #000; overflow-wrap: anywhere; display: -w
     background: rgb(20 20 22 / 0.78); backdrop-filter: blur(14px); z-index: 1; }
 .slider { display: grid; grid-template-columns: 1fr auto auto; align-items: center; padding: 0.2em 0; }
 .slider label { font-weight: 600; overflow-wrap: anywhere; }
-.slider output { font-variant-numeric: tabular-nums; padding: 0 0.4em; }
+.slider .value { font-variant-numeric: tabular-nums; padding: 0 0.4em; }
 .slider input, .slider small { grid-column: 1 / -1; width: 100%; margin: 0; }
 .slider small { color: #b9b4aa; overflow-wrap: anywhere; }
 .slider small:empty { display: none; }

@@ -15,6 +15,13 @@ interface GPU {
 interface GPULimits {
     readonly maxBufferSize: number;
     readonly maxStorageBufferBindingSize: number;
+    readonly maxTextureDimension2D: number;
+}
+interface GPUError {
+    readonly message: string;
+}
+declare class GPUOutOfMemoryError implements GPUError {
+    readonly message: string;
 }
 interface GPUAdapter {
     readonly features: ReadonlySet<string>;
@@ -28,6 +35,9 @@ interface GPUDevice {
     readonly features: ReadonlySet<string>;
     readonly limits: GPULimits;
     readonly queue: GPUQueue;
+    pushErrorScope(filter: "validation" | "out-of-memory" | "internal"): void;
+    popErrorScope(): Promise<GPUError | null>;
+    onuncapturederror: ((event: { readonly error: GPUError }) => void) | null;
     readonly lost: Promise<{ readonly reason: "unknown" | "destroyed"; readonly message: string }>;
     createBuffer(descriptor: { size: number; usage: number }): GPUBuffer;
     createTexture(descriptor: {

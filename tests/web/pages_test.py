@@ -111,6 +111,9 @@ def check_controls(tab, path, checks):
     page.run("inside('.slider input').focus()")
     page.press(END)
     checks.expect("blue of a moved slider", page.evaluate("pixel()")[2], 255)
+    checks.expect("what screen readers read of it", page.evaluate("inside('.slider input').ariaValueText"), "1")
+    checks.expect("what they would read in each frame", page.evaluate(
+        "shown().shadowRoot.querySelectorAll('output, [aria-live]').length"), 0)
     page.click("inside('.slider button')")
     checks.expect("blue after a reset", page.evaluate("pixel()")[2], 64)
     checks.expect("requests of the page", tab.requests(), ["file://" + path])
@@ -161,6 +164,42 @@ def check_element(tab, folder, checks):
             await other.ready.catch(() => {});
             return other.shadowRoot.querySelector("[role=status]").textContent;
         })()"""), "The episode could not be loaded.")
+        check_life(page, checks)
+
+
+def check_life(page, checks):
+    """An element that its page moves, scrolls away and gives another episode."""
+    page.run("document.getElementById('none').remove()")
+    checks.expect("what a finger on the picture scrolls", page.evaluate(
+        "getComputedStyle(inside('canvas')).touchAction"), "pan-y pinch-zoom")
+    checks.expect("a moved element", page.evaluate("""(async () => {
+        document.body.append(document.createElement("hr"), shown());
+        await shown().ready;
+        return [shown().shadowRoot.querySelectorAll("canvas").length, shown().player.isPlaying];
+    })()"""), [1, True])
+    checks.expect("the time of an element that is scrolled away and back", page.evaluate("""(async () => {
+        const frames = () => new Promise(resolve => setTimeout(resolve, 500));
+        const goesOn = async () => {
+            await frames();
+            const { time } = shown().player;
+            await frames();
+            return shown().player.time > time;
+        };
+        const space = document.createElement("div");
+        space.style.height = "500vh";
+        document.body.insertBefore(space, shown());
+        scrollTo(0, 0);
+        const away = await goesOn();
+        shown().scrollIntoView();
+        return [away, await goesOn()];
+    })()"""), [False, True])
+    checks.expect("another src", page.evaluate("""(async () => {
+        shown().setAttribute("src", "none.json");
+        const refusal = await shown().ready.catch(({ message }) => message);
+        shown().setAttribute("src", "e.json");
+        await shown().ready;
+        return [refusal, shown().hasAttribute("failed"), inside("[role=status]").textContent];
+    })()"""), ["The episode could not be loaded.", False, ""])
 
 
 def check_gallery(tab, folder, checks):

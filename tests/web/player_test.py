@@ -23,6 +23,7 @@ EPISODES = {
     "grid": documents.grid(),
     "feedback": documents.feedback(),
     "sound": documents.sound(),
+    "other-sound": documents.sound(),
     "broken": documents.fragment(body="vec5f(0)"),
     "newer": {**documents.fragment(), "version": 2},
 }
@@ -37,6 +38,99 @@ const message = async name => {
     return shown(name).shadowRoot.querySelector("[role=status]").textContent;
 };
 """
+
+
+# What the player does, a promise of it each, and what that gives.
+BEHAVIOURS = [
+    ("the step of a frame after a picture of another size was saved", """(async () => {
+        const { player } = shown("particles");
+        player.seek(4);
+        player.play();
+        await player.still(1, {width: 16, height: 16});
+        await player.exclusively(() => player.drawFrame(0));
+        player.pause();
+        return player.frames.particles.step;
+    })()""", 240),
+    ("the size of a picture that is wider than textures are", """(async () => {
+        const canvas = new OffscreenCanvas(9000, 8);
+        canvas.getContext("2d").fillRect(0, 0, 1, 1);
+        const { channels } = shown("feedback").player;
+        await channels.showPicture(1, await canvas.convertToBlob());
+        const { width, height } = channels.textures[1];
+        channels.clear(1);
+        return [width, height];
+    })()""", [8192, 7]),
+    ("players of the sound after three quick clicks", """(async () => {
+        const { player } = shown("other-sound");
+        let gains = 0;
+        player.audioContext().createGain = function () {
+            ++gains;
+            return AudioContext.prototype.createGain.call(this);
+        };
+        await Promise.all([1, 0, 1].map(volume => player.setVolume(volume)));
+        return gains / 2;
+    })()""", 1),
+    ("open microphones and cameras after each of several choices", """(async () => {
+        const { player } = shown("feedback");
+        const media = navigator.mediaDevices, tracks = [];
+        media.getUserMedia = async wanted => {
+            const stream = await MediaDevices.prototype.getUserMedia.call(media, wanted);
+            tracks.push(...stream.getTracks());
+            return stream;
+        };
+        const open = () => tracks.filter(each => each.readyState === "live").length;
+        await Promise.all(["microphone", "microphone"].map(each => player.hear(each)));
+        const counts = [open()];
+        await player.hear("nothing");
+        counts.push(open());
+        await player.channels.showCamera(0);
+        await player.hear("microphone");
+        counts.push(open());
+        await player.replace(JSON.parse(document.getElementById("document-fragment").textContent));
+        counts.push(open());
+        const late = player.hear("microphone");
+        player.close();
+        await late;
+        return [...counts, open()];
+    })()""", [1, 0, 2, 0, 0]),
+    ("buffers and textures that other versions leave", """(async () => {
+        let count = 0;
+        for (const [type, name] of [[GPUBuffer, "createBuffer"], [GPUTexture, "createTexture"]]) {
+            const make = GPUDevice.prototype[name], destroy = type.prototype.destroy;
+            GPUDevice.prototype[name] = function (...given) {
+                const made = make.apply(this, given);
+                made.isCounted = true;
+                ++count;
+                return made;
+            };
+            type.prototype.destroy = function () {
+                count -= this.isCounted ? 1 : 0;
+                this.isCounted = false;
+                destroy.call(this);
+            };
+        }
+        const replace = async name => {
+            const { player } = shown(name);
+            const episode = JSON.parse(document.getElementById("document-" + name).textContent);
+            const still = () => player.still(0, {width: 64, height: 64});
+            await player.replace(episode);
+            await still();
+            const before = count;
+            for (let version = 0; version < 3; ++version) {
+                await player.replace(episode);
+                await still();
+            }
+            return count - before;
+        };
+        return [await replace("particles"), await replace("grid"), await replace("other-sound")];
+    })()""", [0, 0, 0]),
+    ("what a fault that the device reports later gives", """(async () => {
+        const { player } = shown("mouse");
+        const told = new Promise(resolve => (player.events.failed = ({ message }) => resolve(message)));
+        player.device.createBuffer({size: 4, usage: 0});
+        return (await told).startsWith("The graphics device refuses the episode: ");
+    })()""", True),
+]
 
 
 def page(runtime, episodes):
@@ -61,6 +155,13 @@ class Failures:
         """Devices round halves as they like."""
         if any(abs(one - other) > 1 for one, other in zip(met, wanted, strict=True)):
             self.expect(what, met, wanted)
+
+
+class MediaBrowser(PageBrowser):
+    """Has a microphone and a camera, which each page may use."""
+
+    options = (*PageBrowser.options, "--use-fake-device-for-media-stream",
+               "--use-fake-ui-for-media-stream")
 
 
 class Picture:
@@ -134,6 +235,9 @@ def run(tab, failures):
     })()""")
     expect("samples that are heard", samples, [True, 0.25, 0.25])
 
+    for what, script, wanted in BEHAVIOURS:
+        expect(what, tab.evaluate(script), wanted)
+
     broken = message("broken")
     expect("the error of a refused program",
            broken.startswith("The graphics device refuses the episode: "), True)
@@ -148,7 +252,7 @@ def main():
     with open(sys.argv[1], encoding="utf-8") as file:
         runtime = file.read()
     failures = Failures()
-    with tempfile.TemporaryDirectory() as folder, PageBrowser() as tab:
+    with tempfile.TemporaryDirectory() as folder, MediaBrowser() as tab:
         address = os.path.join(folder, "page.html")
         with open(address, "w", encoding="utf-8") as file:
             file.write(page(runtime, EPISODES))

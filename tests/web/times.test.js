@@ -52,6 +52,12 @@ test("slow pictures become smaller, and only very slow ones are given up", () =>
     assert.equal(pace.scale, 1);
     note(0.2, 6);
     assert.equal(pace.scale, 0.5);
+    note(0.02, 600); // fast, but no larger picture would be
+    assert.equal(pace.scale, 0.5);
+    note(0.01, 120);
+    assert.equal(pace.scale, 1);
+    note(0.01, 120);
+    assert.equal(pace.scale, 1);
     note(0.2, 600);
     assert.equal(pace.scale, 0.25);
     assert.ok(!pace.isTooSlow);
