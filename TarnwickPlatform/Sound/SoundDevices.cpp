@@ -39,18 +39,26 @@ std::string defaultOutput() {
     return copied;
 }
 
+// SDL keeps the last error of each thread, but frees it only at the end of threads that it started.
+SoundError lastError() {
+    const SoundError error(SDL_GetError());
+    SDL_TLSCleanup();
+    return error;
+}
+
 } // namespace
 
 SoundSystem::SoundSystem() {
     const std::lock_guard lock(systemLock());
     setHints();
     if (SDL_InitSubSystem(SDL_INIT_AUDIO) != 0)
-        throw SoundError(SDL_GetError());
+        throw lastError();
 }
 
 SoundSystem::~SoundSystem() {
     const std::lock_guard lock(systemLock());
     SDL_QuitSubSystem(SDL_INIT_AUDIO);
+    SDL_TLSCleanup();
 }
 
 std::vector<std::string> inputNames() {
@@ -75,8 +83,9 @@ SoundDevice::SoundDevice(const std::string& name, const SDL_AudioSpec& wanted, b
     : id_(SDL_OpenAudioDevice(name.empty() ? nullptr : name.c_str(), isCapture ? 1 : 0, &wanted,
                               nullptr, 0)) {
     if (id_ == 0)
-        throw SoundError(SDL_GetError());
+        throw lastError();
     setPaused(false);
+    SDL_TLSCleanup(); // another thread may close it
 }
 
 SoundDevice::~SoundDevice() {
