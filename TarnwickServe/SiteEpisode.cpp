@@ -65,11 +65,9 @@ ordered_json stateDocument(const SiteEpisode& episode) {
 }
 
 ordered_json entryDocument(const SiteEpisode& episode) {
-    return {{"name", episode.name},
-            {"address", webAddress(episode.name)},
-            {"title", cut(episode.title)},
-            {"teaches", cut(episode.teaches)},
-            {"state", stateName(episode)}};
+    return {{"name", episode.name},        {"address", webAddress(episode.name)},
+            {"title", cut(episode.title)}, {"teaches", cut(episode.teaches)},
+            {"state", stateName(episode)}, {"document", episode.documentDigest}};
 }
 
 std::shared_ptr<const std::string> shared(std::string bytes) {

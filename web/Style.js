@@ -5,8 +5,8 @@ export const style = `
     container-type: inline-size; color-scheme: dark; background: #0b0b0c; color: #f2efe9;
     font: 15px/1.4 system-ui, sans-serif; }
 :host([hidden]), [hidden] { display: none !important; }
-canvas { position: absolute; inset: 0; width: 100%; height: 100%; display: block; touch-action: pan-y pinch-zoom;
-    outline-offset: -3px; }
+canvas { position: absolute; inset: 0; width: 100%; height: 100%; display: block; object-fit: cover;
+    touch-action: pan-y pinch-zoom; outline-offset: -3px; }
 :host([whole]) canvas { touch-action: none; }
 ::slotted(*) { position: absolute; inset: 0; width: 100%; height: 100%; object-fit: cover; }
 :host([drawn]) slot, :host([failed]) canvas { display: none; }

@@ -55,7 +55,7 @@ class Browser:
             self.driver = webdriver.Driver({
                 "goog:chromeOptions": {"binary": find(), "args": arguments},
                 "goog:loggingPrefs": {"browser": "ALL", "performance": "ALL"},
-                "timeouts": {"script": 1000 * limit, "pageLoad": 60000},
+                "timeouts": {"script": 1000 * limit, "pageLoad": 1000 * limit},
                 **self.capabilities}, limit + 5)
         self.open(page)
         self.evaluate(PRELUDE)

@@ -31,6 +31,8 @@ globalThis.notes = () => {
     const box = document.querySelector(".notes");
     return box?.matches(":popover-open") ? box.innerText : "";
 };
+globalThis.listed = () => [...document.querySelector(".episodes canvas").getContext("2d")
+    .getImageData(0, 0, 1, 1).data.slice(0, 3)];
 globalThis.list = () => [...document.querySelectorAll(".episodes h2")].map(each => each.textContent);
 """
 
@@ -184,6 +186,9 @@ def check_list(tab, folder, checks):
     with Server(folder, "--port", "0", "--listen", "127.0.0.1") as server:
         open_page(tab, server.link)
         checks.wait("the list", tab, "list()", lambda met: met == ["A rose"])
+        checks.wait("its still", tab, "listed()", lambda met: met == [0, 255, 64])
+        save(os.path.join(folder, "rose.metal"), "1.0, 0.0, p.blue, 1.0")
+        checks.wait("the changed still", tab, "listed()", lambda met: met == [255, 0, 64])
         name = "\"><script>x.metal"
         save(os.path.join(folder, name), "1.0, 1.0, p.blue, 1.0", title=ATTACK)
         checks.wait("a new episode", tab, "list()", lambda met: met == [ATTACK, "A rose"])
