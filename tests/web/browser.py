@@ -118,9 +118,9 @@ class Browser:
         return self.driver_command("/goog/cdp/execute", cmd=method, params=parameters)
 
     def screenshot(self):
-        """The page as a picture, bytes of PNG."""
-        with errors():
-            return base64.b64decode(self.driver.value("/screenshot"))
+        """The page as a picture, bytes of PNG. WebDriver's own command waits 10 s for it, in which the
+        software adapter may not end its work."""
+        return base64.b64decode(self.command("Page.captureScreenshot", format="png")["data"])
 
     def requests(self):
         """The addresses that were requested since the last call, those of pages included."""
