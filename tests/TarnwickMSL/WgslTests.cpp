@@ -92,8 +92,7 @@ struct Outputs {
 fn main(in: Inputs) -> Outputs {
     var out: Outputs;
     let moved = in.uv * sin(look[0u].z);
-    let part = vec4f(0.0f, 0.0f, 0.5f, 1.0f);
-    out.color_0 = vec4f(moved.x, moved.y, part.z, part.w);
+    out.color_0 = vec4f(moved.xy, 0.5f, 1.0f);
     return out;
 }
 )");
@@ -180,8 +179,65 @@ TEST(WgslWriter, tellsSignedOperationsFromUnsignedOnes) {
   %one = select i1 %isLess, i32 %signed, i32 %unsigned
   store i32 %one, ptr @msl.buffer.0
   ret void)");
-    expectLine(text, "let signed = i32(a) / (-3i);\n");
-    expectLine(text, "data[0u] = select(a / 3u, u32(signed), ((i32(a) >> 4u) < signed));\n");
+    expectLine(text, "let signed = i32(a) / -3i;\n");
+    expectLine(text, "data[0u] = select(a / 3u, u32(signed), (i32(a) >> 4u) < signed);\n");
+}
+
+// LLVM writes differences to constants as sums, and numbers beside vectors as vectors.
+TEST(WgslWriter, writesNumbersBesideVectorsAndLanesTogether) {
+    const std::string text =
+        written({.code = R"(
+@msl.in.uv = external constant <2 x float>
+@msl.buffer.0 = external constant <4 x float>
+@msl.out.color.0 = external global <4 x float>
+define void @main() {
+  %uv = load <2 x float>, ptr @msl.in.uv
+  %side = load float, ptr @msl.buffer.0
+  %centred = fadd contract <2 x float> %uv, <float -0.5, float -0.5>
+  %splat.0 = insertelement <2 x float> poison, float %side, i32 0
+  %splat = shufflevector <2 x float> %splat.0, <2 x float> poison, <2 x i32> zeroinitializer
+  %place = fdiv contract <2 x float> %centred, %splat
+  %other = fmul contract <2 x float> %place, %place
+  %four = shufflevector <2 x float> %other, <2 x float> %place, <4 x i32> <i32 1, i32 0, i32 2, i32 3>
+  %half = shufflevector <4 x float> %four, <4 x float> <float 0.0, float 1.0, float 0.0, float 0.0>, <4 x i32> <i32 0, i32 1, i32 2, i32 5>
+  store <4 x float> %half, ptr @msl.out.color.0
+  ret void
+}
+)",
+                 .interface = {uv, buffer(InterfaceKind::uniformBuffer, "look"), color}});
+    expectLine(text, "    let place = (in.uv - 0.5f) / look[0u].x;\n");
+    expectLine(text, " = vec4f(other.yx, place.xy);\n");
+    expectLine(text, "out.color_0 = vec4f(four.xyz, 1.0f);\n");
+}
+
+// `f(a < b, c > (d))` is a template of two arguments in WGSL.
+TEST(WgslWriter, closesComparisonsThatWouldBeTemplates) {
+    const std::string text = kernel(R"(
+  %a = load i32, ptr @msl.buffer.0
+  %isLess = icmp ult i32 %a, 7
+  %b = select i1 %isLess, i32 3, i32 %a
+  %isMore = icmp ugt i32 %a, 9
+  %c = zext i1 %isMore to i32
+  %isBoth = icmp ult i32 %b, %c
+  %d = select i1 %isBoth, i32 %b, i32 5
+  store i32 %d, ptr @msl.buffer.0
+  ret void)");
+    expectLine(text, "let b = select(a, 3u, a < 7u);\n");
+    expectLine(text, "data[0u] = select(5u, b, (b < u32(a > 9u)));\n");
+}
+
+// A choice between values of a variable is that variable.
+TEST(WgslWriter, namesChoicesAsTheirVariable) {
+    const std::string text = kernel(R"(
+  %scale = load i32, ptr @msl.buffer.0
+  %cmp = icmp eq i32 %scale, 7
+  %add = add i32 %scale, -3
+  %0 = select i1 %cmp, i32 %add, i32 %scale
+  %1 = mul i32 %0, %0
+  store i32 %1, ptr @msl.buffer.0
+  ret void)");
+    expectLine(text, "let scale_2 = select(scale, scale - 3u, scale == 7u);\n");
+    expectLine(text, "data[0u] = scale_2 * scale_2;\n");
 }
 
 // An atomic integer of WGSL has one sign.

@@ -81,7 +81,7 @@ static Expression change(Body& body, const Memory::Atomic& to, const std::string
         return changeOfOtherSign(body, to, function, value, type);
     const Expression operand = operandOf(body, value, to.sign);
     const Expression before =
-        performed(body, function + "(&" + to.text + ", " + asArgument(operand) + ")", to.sign);
+        performed(body, function + "(&" + to.text + ", " + operand.text + ")", to.sign);
     return body.bitcast(type, body.i32(), before);
 }
 
@@ -115,7 +115,7 @@ static Expression loaded(Body& body, const Memory::Atomic& from, Type* type) {
 static void stored(Body& body, const Memory::Atomic& to, const Value* value) {
     const Expression operand = operandOf(body, value, to.sign);
     if (!to.text.empty())
-        body.changeShared("atomicStore(&" + to.text + ", " + asArgument(operand) + ");");
+        body.changeShared("atomicStore(&" + to.text + ", " + operand.text + ");");
 }
 
 std::optional<Expression> writeAtomicCall(Body& body, Memory& memory, StringRef op,

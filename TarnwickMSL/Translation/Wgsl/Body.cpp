@@ -1,6 +1,7 @@
 #include "TarnwickMSL/Translation/Wgsl/Body.h"
 
 #include "TarnwickMSL/Translation/TranslationError.h"
+#include "TarnwickMSL/Translation/Wgsl/Naming.h"
 #include "TarnwickMSL/Translation/Wgsl/ValueUses.h"
 
 #include <llvm/ADT/SmallString.h>
@@ -93,12 +94,19 @@ Expression Body::real(Type* type, double value) {
 Expression Body::aggregate(const Constant* constant, Sign sign) {
     Type* type = constant->getType();
     const std::string name = this->type(type, sign);
+    if (constant->isNullValue() && type->isVectorTy())
+        return {.text = name + "()",
+                .isSigned = sign == Sign::yes,
+                .repeated = this->constant(constant->getSplatValue(), sign).text};
     if (constant->isNullValue())
         return {.text = name + "()", .isSigned = sign == Sign::yes};
     if (type->isVectorTy())
-        if (const Constant* repeated = constant->getSplatValue())
-            return {.text = name + "(" + this->constant(repeated, sign).text + ")",
-                    .isSigned = sign == Sign::yes};
+        if (const Constant* repeated = constant->getSplatValue()) {
+            const std::string number = this->constant(repeated, sign).text;
+            return {.text = name + "(" + number + ")",
+                    .isSigned = sign == Sign::yes,
+                    .repeated = number};
+        }
     std::string parts;
     const unsigned count = type->isVectorTy()  ? laneCount(type)
                            : type->isArrayTy() ? static_cast<unsigned>(type->getArrayNumElements())
@@ -206,8 +214,7 @@ Expression Body::bitcast(Type* to, Type* from, const Expression& value) {
     return made;
 }
 
-// Whether the text is a name or a number, perhaps with members.
-static bool isName(const std::string& text) {
+bool isName(const std::string& text) {
     return std::ranges::all_of(text, [](char letter) {
         return std::isalnum(static_cast<unsigned char>(letter)) || letter == '_' || letter == '.';
     });
@@ -281,7 +288,7 @@ void Body::writePending(bool onlyReads) {
             written.emplace_back(instruction, expression);
     for (auto& [instruction, expression] : written) {
         pending_.erase(instruction);
-        const std::string name = names.make(plainName(instruction->getName().str()));
+        const std::string name = names.make(nameOf(*instruction));
         line("let " + name + " = " + expression.text + ";");
         values_[instruction] = {.text = name, .isSigned = expression.isSigned};
     }
@@ -316,13 +323,13 @@ void Body::define(const Instruction& instruction, const Expression& value) {
         pending_[&instruction] = value;
         return;
     }
-    const std::string name = names.make(plainName(instruction.getName().str()));
+    const std::string name = names.make(nameOf(instruction));
     line("let " + name + " = " + value.text + ";");
     values_[&instruction] = {.text = name, .isSigned = value.isSigned};
 }
 
 void Body::declareVariable(const Value& value) {
-    const std::string name = names.make(plainName(value.getName().str()));
+    const std::string name = names.make(nameOf(value));
     const Sign sign = prefersSigned(value) ? Sign::yes : Sign::no;
     line("var " + name + ": " + type(value.getType(), sign) + ";");
     setVariable(value, name, sign);

@@ -32,6 +32,9 @@ using namespace reading;
 
 enum class Sign : std::uint8_t { no, yes };
 
+// Whether the text is a name or a number, perhaps with members.
+bool isName(const std::string& text);
+
 class Body {
   public:
     explicit Body(const ShaderModule& shader);

@@ -6,12 +6,20 @@ std::string within(const Expression& expression, Rank most) {
     return expression.rank <= most ? expression.text : "(" + expression.text + ")";
 }
 
+Expression asNumber(const Expression& repeating) {
+    Expression made = repeating;
+    made.text = repeating.repeated;
+    made.rank = made.text.starts_with('-') ? Rank::unary : Rank::primary;
+    made.repeated.clear();
+    return made;
+}
+
 // `f(a < b, c > (d))` would be read as a template of two arguments (WGSL, 3.9 "Template Lists").
-std::string asArgument(const Expression& expression) {
-    const bool isComparison =
-        expression.rank == Rank::loose && (expression.text.find(" < ") != std::string::npos ||
-                                           expression.text.find(" > ") != std::string::npos);
-    return isComparison ? "(" + expression.text + ")" : expression.text;
+static bool startsTemplate(const Expression& expression, std::string_view next) {
+    const std::size_t start =
+        expression.rank == Rank::loose ? expression.text.find(" < ") : std::string::npos;
+    return start != std::string::npos &&
+           (expression.text.find('>', start) != std::string::npos || next.find('>') != next.npos);
 }
 
 static void note(Expression& made, const Expression& part) {
@@ -20,14 +28,14 @@ static void note(Expression& made, const Expression& part) {
 }
 
 template <class List> static Expression callOf(std::string_view function, const List& arguments) {
-    Expression made{.text = std::string(function) + "("};
-    bool isFirst = true;
-    for (const Expression& argument : arguments) {
-        made.text += (isFirst ? "" : ", ") + asArgument(argument);
-        isFirst = false;
-        note(made, argument);
+    Expression made{.text = ")"};
+    for (auto argument = std::rbegin(arguments); argument != std::rend(arguments); ++argument) {
+        const bool isClosed = startsTemplate(*argument, made.text);
+        made.text = (isClosed ? "(" + argument->text + ")" : argument->text) +
+                    (made.text == ")" ? "" : ", ") + made.text;
+        note(made, *argument);
     }
-    made.text += ")";
+    made.text = std::string(function) + "(" + made.text;
     return made;
 }
 
@@ -46,7 +54,7 @@ Expression infix(const Expression& a, std::string_view operation, const Expressi
     const Rank left = isProduct ? Rank::product : isSum || isComparison ? Rank::sum : Rank::unary;
     const Rank right = isSum ? Rank::product : isComparison ? Rank::sum : Rank::unary;
     std::string second = within(b, right);
-    if (second.starts_with('-'))
+    if (second.starts_with('-') && operation == "-")
         second = "(" + second + ")";
     Expression made{.text = within(a, left) + " " + std::string(operation) + " " + second,
                     .rank = isProduct ? Rank::product

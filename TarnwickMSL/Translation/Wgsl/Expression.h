@@ -20,10 +20,13 @@ struct Expression {
     bool isSigned = false;     // its integers are i32, not u32
     bool readsMemory = false;  // of memory that may change before the expression is used
     bool isConvergent = false; // depends on the invocations that run together
+    std::string repeated = {}; // of a vector with equal lanes: the number, of rank primary
 };
 
+// The number that all lanes of a vector are, where WGSL takes one beside another vector.
+Expression asNumber(const Expression& repeating);
+
 std::string within(const Expression& expression, Rank most); // in parentheses above the rank
-std::string asArgument(const Expression& expression);        // of a call
 
 Expression call(std::string_view function, std::initializer_list<Expression> arguments);
 Expression call(std::string_view function, const std::vector<Expression>& arguments);

@@ -152,7 +152,7 @@ void Memory::write(const Root& root, const Access& access, const Expression& val
         const Expression stored =
             body_.withSign(converted(access.leaf, access.type, value), access.leaf, root.sign);
         if (root.isAtomic)
-            return change(root, "atomicStore(&" + to + ", " + asArgument(stored) + ");");
+            return change(root, "atomicStore(&" + to + ", " + stored.text + ");");
         return change(root, to + " = " + stored.text + ";");
     }
     case Access::Form::lanes: {

@@ -2,6 +2,7 @@
 
 #include "TarnwickMSL/Translation/Reading/Deferred.h"
 #include "TarnwickMSL/Translation/TranslationError.h"
+#include "TarnwickMSL/Translation/Wgsl/Naming.h"
 
 #include <llvm/IR/Operator.h>
 #include <llvm/IR/PatternMatch.h>
@@ -120,22 +121,60 @@ static Expression divisor(Body& body, const Value* by, bool isSigned) {
     return body.withSign(body.atRunTime(constant), by->getType(), isSigned ? Sign::yes : Sign::no);
 }
 
+// Arithmetic takes a number beside a vector (WGSL, 8.7 "Arithmetic Expressions").
+static Expression arithmetic(const Expression& a, std::string_view symbol, const Expression& b) {
+    if (!b.repeated.empty())
+        return infix(a, symbol, asNumber(b));
+    return a.repeated.empty() ? infix(a, symbol, b) : infix(asNumber(a), symbol, b);
+}
+
+// The opposite of a constant whose lanes are all negative; null for others. LLVM writes each
+// difference to a constant as a sum.
+static const Constant* opposite(const Value* value) {
+    auto* constant = dyn_cast<Constant>(value);
+    const auto of = [](const Constant* lane) -> Constant* {
+        if (auto* real = dyn_cast_or_null<ConstantFP>(lane))
+            return real->isNegative() && !real->isNaN()
+                       ? ConstantFP::get(real->getContext(), neg(real->getValueAPF()))
+                       : nullptr;
+        auto* number = dyn_cast_or_null<ConstantInt>(lane);
+        return number && number->isNegative() && !number->isMinValue(true)
+                   ? ConstantInt::get(number->getContext(), -number->getValue())
+                   : nullptr;
+    };
+    if (!constant || !constant->getType()->isVectorTy())
+        return constant ? of(constant) : nullptr;
+    SmallVector<Constant*, 4> lanes;
+    for (unsigned lane = 0; lane < laneCount(constant->getType()); ++lane)
+        lanes.push_back(of(constant->getAggregateElement(lane)));
+    return is_contained(lanes, nullptr) ? nullptr : ConstantVector::get(lanes);
+}
+
 // Both operands with one sign: that of the operand that is no constant.
 static Expression writeInteger(Body& body, const BinaryOperator& operation) {
     const Value *a = operation.getOperand(0), *b = operation.getOperand(1);
-    const std::string_view symbol = symbolOf(operation.getOpcode());
+    std::string_view symbol = symbolOf(operation.getOpcode());
+    const bool isBitwise = operation.isBitwiseLogicOp();
+    const auto combined = [&](const Expression& first, const Expression& second) {
+        return isBitwise ? infix(first, symbol, second) : arithmetic(first, symbol, second);
+    };
+    if (const Constant* less = opposite(b);
+        less && operation.getOpcode() == Instruction::Add && !body.hidesConstants) {
+        symbol = "-";
+        b = less;
+    }
     if (isa<Constant>(a) && !isa<Constant>(b)) {
         const Expression second = body.value(b);
-        return infix(second.isSigned ? body.signedValue(a) : body.unsignedValue(a), symbol, second);
+        return combined(second.isSigned ? body.signedValue(a) : body.unsignedValue(a), second);
     }
     const Expression first = body.value(a);
     if (isa<Constant>(b))
-        return infix(first, symbol, first.isSigned ? body.signedValue(b) : body.unsignedValue(b));
+        return combined(first, first.isSigned ? body.signedValue(b) : body.unsignedValue(b));
     const Expression second = body.value(b);
     if (first.isSigned == second.isSigned)
-        return infix(first, symbol, second);
-    return infix(body.withSign(first, a->getType(), Sign::no), symbol,
-                 body.withSign(second, b->getType(), Sign::no));
+        return combined(first, second);
+    return combined(body.withSign(first, a->getType(), Sign::no),
+                    body.withSign(second, b->getType(), Sign::no));
 }
 
 static Expression writeDivision(Body& body, const BinaryOperator& operation) {
@@ -143,13 +182,21 @@ static Expression writeDivision(Body& body, const BinaryOperator& operation) {
     const bool isSigned = opcode == Instruction::SDiv || opcode == Instruction::SRem;
     const Value* dividend = operation.getOperand(0);
     const Expression first = isSigned ? body.signedValue(dividend) : body.unsignedValue(dividend);
-    return infix(first, symbolOf(opcode), divisor(body, operation.getOperand(1), isSigned));
+    return arithmetic(first, symbolOf(opcode), divisor(body, operation.getOperand(1), isSigned));
 }
 
 static Expression writeMultiplication(Body& body, const BinaryOperator& product) {
     if (std::optional<Factor> factor = factorOf(product))
         return infix(body.value(factor->vector), "*", body.value(factor->scalar));
-    return infix(body.value(product.getOperand(0)), "*", body.value(product.getOperand(1)));
+    return arithmetic(body.value(product.getOperand(0)), "*", body.value(product.getOperand(1)));
+}
+
+static Expression writeReal(Body& body, const BinaryOperator& operation) {
+    const Value *a = operation.getOperand(0), *b = operation.getOperand(1);
+    const Constant* less = operation.getOpcode() == Instruction::FAdd ? opposite(b) : nullptr;
+    if (less && !body.hidesConstants)
+        return arithmetic(body.value(a), "-", body.value(less));
+    return arithmetic(body.value(a), symbolOf(operation.getOpcode()), body.value(b));
 }
 
 Expression writeBinary(Body& body, const BinaryOperator& operation) {
@@ -162,7 +209,7 @@ Expression writeBinary(Body& body, const BinaryOperator& operation) {
     if (const Value* whole = wholeOfFraction(operation))
         return call("fract", {body.value(whole)});
     if (operation.getType()->isFPOrFPVectorTy())
-        return infix(body.value(a), symbolOf(opcode), body.value(b));
+        return writeReal(body, operation);
     if (operation.isShift())
         return writeShift(body, operation);
     if (operation.isIntDivRem())
@@ -347,6 +394,10 @@ Expression writeSelect(Body& body, const SelectInst& choice) {
             return infix(body.value(choice.getCondition()), "&", body.value(yes));
         if (match(yes, m_One()))
             return infix(body.value(choice.getCondition()), "|", body.value(no));
+        if (match(no, m_One()))
+            return infix(prefix("!", body.value(choice.getCondition())), "|", body.value(yes));
+        if (match(yes, m_Zero()))
+            return infix(prefix("!", body.value(choice.getCondition())), "&", body.value(no));
     }
     Expression first = body.value(yes), second = body.value(no);
     if (first.isSigned != second.isSigned) {
@@ -382,6 +433,35 @@ static const Value* gatherLanes(const InsertElementInst& last,
     return at;
 }
 
+// A vector of its lanes. Lanes of one name are one part: `vec4f(a.xy, b.zw)`.
+static Expression vectorOf(Body& body, Type* type, const std::vector<Expression>& lanes) {
+    const auto start = [&](const Expression& lane) { // of a lane of a name, up to the point
+        const std::size_t point = lane.text.rfind('.');
+        const bool isLane = point != std::string::npos && point + 2 == lane.text.size() &&
+                            std::string_view("xyzw").find(lane.text.back()) != std::string::npos &&
+                            isName(lane.text) && std::isalpha(lane.text.front());
+        const std::string name = isLane ? lane.text.substr(0, point + 1) : "";
+        const bool isRecord = name == body.inputName() + "." || name == body.outputName() + ".";
+        return isRecord ? "" : name;
+    };
+    std::vector<Expression> parts;
+    for (const Expression& lane : lanes) {
+        const std::string name = start(lane);
+        const bool isNext = !name.empty() && !parts.empty() &&
+                            parts.back().text.starts_with(name) &&
+                            parts.back().text.find('.', name.size()) == std::string::npos &&
+                            lane.readsMemory == parts.back().readsMemory &&
+                            start({.text = name + parts.back().text.back()}) == name;
+        if (isNext)
+            parts.back().text += lane.text.back();
+        else
+            parts.push_back(lane);
+    }
+    if (parts.size() == 1 && lanes.size() > 1)
+        return parts.front();
+    return call(body.type(type), parts);
+}
+
 static std::string index(Body& body, const Value* value, unsigned count) {
     Expression at = body.unsignedValue(value);
     if (isBoolean(value->getType()))
@@ -404,18 +484,19 @@ Expression writeInsertElement(Body& body, const InsertElementInst& insert) {
     SmallVector<const Value*, 4> lanes(count, nullptr);
     const Value* start = gatherLanes(insert, lanes);
     Expression whole;
-    if (!isa<UndefValue>(start) && is_contained(lanes, nullptr))
-        whole = body.named(body.unsignedValue(start), "part");
+    auto* rest = dyn_cast<Constant>(start);
+    if (!rest && is_contained(lanes, nullptr))
+        whole = body.named(body.unsignedValue(start), nameOf(*start));
     std::vector<Expression> parts;
     for (unsigned lane = 0; lane < count; ++lane) {
         if (lanes[lane])
             parts.push_back(body.unsignedValue(lanes[lane]));
-        else if (whole.text.empty())
-            parts.push_back(body.zero(type->getElementType()));
+        else if (rest)
+            parts.push_back(body.constant(rest->getAggregateElement(lane)));
         else
             parts.push_back(laneOf(whole, lane));
     }
-    return call(body.type(type), parts);
+    return vectorOf(body, type, parts);
 }
 
 Expression writeExtractElement(Body& body, const ExtractElementInst& extract) {
@@ -435,8 +516,13 @@ Expression writeExtractElement(Body& body, const ExtractElementInst& extract) {
 // The lanes of one vector as a swizzle; else a vector of all lanes.
 Expression writeShuffle(Body& body, const ShuffleVectorInst& shuffle) {
     auto* type = cast<FixedVectorType>(shuffle.getType());
-    if (const Value* scalar = repeatedScalar(&shuffle))
-        return call(body.type(type), {body.unsignedValue(scalar)});
+    if (const Value* scalar = repeatedScalar(&shuffle)) {
+        const Expression number = body.unsignedValue(scalar);
+        Expression made = call(body.type(type), {number});
+        if (number.rank == Rank::primary)
+            made.repeated = number.text;
+        return made;
+    }
     const Value *first = shuffle.getOperand(0), *second = shuffle.getOperand(1);
     const unsigned given = laneCount(first->getType());
     const auto isOf = [&](int lane, bool isSecond) {
@@ -457,17 +543,23 @@ Expression writeShuffle(Body& body, const ShuffleVectorInst& shuffle) {
                          : "x";
         return lanes == std::string_view("xyzw").substr(0, given) ? vector : member(vector, lanes);
     }
-    const Expression a = body.named(body.unsignedValue(first), "a");
-    const Expression b = body.named(body.unsignedValue(second), "b");
+    const auto whole = [&](const Value* value) {
+        return isa<Constant>(value) ? Expression()
+                                    : body.named(body.unsignedValue(value), nameOf(*value));
+    };
+    const Expression a = whole(first), b = whole(second);
+    const auto laneFrom = [&](const Value* from, const Expression& vector, unsigned lane) {
+        auto* constant = dyn_cast<Constant>(from);
+        return constant ? body.constant(constant->getAggregateElement(lane)) : laneOf(vector, lane);
+    };
     std::vector<Expression> lanes;
     for (int lane : mask) {
-        if (lane < 0)
-            lanes.push_back(body.zero(type->getElementType()));
-        else
-            lanes.push_back(isOf(lane, true) ? laneOf(b, static_cast<unsigned>(lane) - given)
-                                             : laneOf(a, static_cast<unsigned>(lane)));
+        const auto number = static_cast<unsigned>(lane);
+        lanes.push_back(lane < 0           ? body.zero(type->getElementType())
+                        : isOf(lane, true) ? laneFrom(second, b, number - given)
+                                           : laneFrom(first, a, number));
     }
-    return call(body.type(type), lanes);
+    return vectorOf(body, type, lanes);
 }
 
 } // namespace tarnwick::msl::wgsl

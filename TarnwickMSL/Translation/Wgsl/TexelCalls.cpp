@@ -104,7 +104,7 @@ void Textures::store(const CallInst& call) {
     const Value* value = call.getArgOperand(2);
     const bool isSigned = to.texture->component == TextureComponent::int_;
     const Expression texel = isSigned ? body_.signedValue(value) : body_.unsignedValue(value);
-    body_.changeShared("textureStore(" + to.name + ", " + at + ", " + asArgument(texel) + ");");
+    body_.changeShared("textureStore(" + to.name + ", " + at + ", " + texel.text + ");");
 }
 
 // The colours so far, which a fragment function takes as arguments (Metal Shading Language 3.1,

@@ -5,6 +5,7 @@
 #include "TarnwickMSL/Translation/TranslationError.h"
 #include "TarnwickMSL/Translation/Wgsl/Atomics.h"
 #include "TarnwickMSL/Translation/Wgsl/Calls.h"
+#include "TarnwickMSL/Translation/Wgsl/Naming.h"
 #include "TarnwickMSL/Translation/Wgsl/Operations.h"
 #include "TarnwickMSL/Translation/Wgsl/Scoping.h"
 #include "TarnwickMSL/Translation/Wgsl/Stage.h"
@@ -237,7 +238,7 @@ void TextWriter::copies(const Statement& copies) {
             continue;
         const bool declares = scoping_.isDeclaredBy(copies, phi);
         if (declares)
-            body_.setVariable(phi, body_.names.make(plainName(phi.getName().str())),
+            body_.setVariable(phi, body_.names.make(nameOf(phi)),
                               prefersSigned(phi) ? Sign::yes : Sign::no);
         const Expression to = body_.value(&phi);
         const Expression value =
