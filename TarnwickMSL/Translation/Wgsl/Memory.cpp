@@ -4,6 +4,7 @@
 #include "TarnwickMSL/Translation/TranslationError.h"
 #include "TarnwickMSL/Translation/Wgsl/Operations.h"
 #include "TarnwickMSL/Translation/Wgsl/Stage.h"
+#include "TarnwickMSL/Translation/Wgsl/Vectors.h"
 
 namespace tarnwick::msl::wgsl {
 

@@ -1,4 +1,4 @@
-// Operations on values: arithmetic, comparisons, conversions, choices and vectors.
+// Operations on values: arithmetic, comparisons, conversions and choices.
 #pragma once
 
 #include "TarnwickMSL/Translation/Wgsl/Body.h"
@@ -9,12 +9,7 @@ Expression writeBinary(Body& body, const llvm::BinaryOperator& operation);
 Expression writeCompare(Body& body, const llvm::CmpInst& compare);
 Expression writeCast(Body& body, const llvm::CastInst& cast);
 Expression writeSelect(Body& body, const llvm::SelectInst& choice);
-Expression writeInsertElement(Body& body, const llvm::InsertElementInst& insert);
-Expression writeExtractElement(Body& body, const llvm::ExtractElementInst& extract);
-Expression writeShuffle(Body& body, const llvm::ShuffleVectorInst& shuffle);
 
-// The lane of a vector, by a constant number or at run time.
-Expression laneOf(const Expression& vector, unsigned lane);
 // Whether a float, or each lane, is NaN. Tests the bits: WGSL may assume that there is no NaN.
 Expression isNan(Body& body, llvm::Type* type, const Expression& value);
 // select(no, yes, condition)

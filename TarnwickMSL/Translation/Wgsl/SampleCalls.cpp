@@ -5,6 +5,7 @@
 #include "TarnwickMSL/Translation/Wgsl/Operations.h"
 #include "TarnwickMSL/Translation/Wgsl/SampleFunctions.h"
 #include "TarnwickMSL/Translation/Wgsl/Textures.h"
+#include "TarnwickMSL/Translation/Wgsl/Vectors.h"
 
 namespace tarnwick::msl::wgsl {
 

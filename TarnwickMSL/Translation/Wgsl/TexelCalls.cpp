@@ -1,6 +1,7 @@
 #include "TarnwickMSL/Translation/TranslationError.h"
 #include "TarnwickMSL/Translation/Wgsl/Operations.h"
 #include "TarnwickMSL/Translation/Wgsl/Textures.h"
+#include "TarnwickMSL/Translation/Wgsl/Vectors.h"
 
 namespace tarnwick::msl::wgsl {
 

@@ -11,6 +11,7 @@
 #include "TarnwickMSL/Translation/Wgsl/Stage.h"
 #include "TarnwickMSL/Translation/Wgsl/Textures.h"
 #include "TarnwickMSL/Translation/Wgsl/ValueUses.h"
+#include "TarnwickMSL/Translation/Wgsl/Vectors.h"
 
 #include <llvm/Demangle/Demangle.h>
 #include <llvm/IR/InstIterator.h>
