@@ -207,8 +207,10 @@ def check_gallery(tab, folder, checks):
     with serving(folder) as base:
         tab.open("/index.html", base)
         checks.expect("sizes of stills", tab.evaluate("""(async () => {
-            await Promise.all([...document.images].map(each => each.decode()));
-            return [...document.images].map(each => each.naturalWidth);
+            const widths = () => [...document.images].map(each => each.naturalWidth);
+            for (let wait = 0; wait < 300 && widths().includes(0); ++wait)
+                await new Promise(resolve => setTimeout(resolve, 100));
+            return widths();
         })()"""), [960, 960])
         checks.expect("texts", tab.evaluate(
             "[...document.querySelectorAll('h2')].map(each => each.textContent)"), [ATTACK, "f"])
