@@ -24,17 +24,19 @@ static bool isOfProgram(const std::string& name) {
     return !name.empty() && !std::ranges::binary_search(operations, name);
 }
 
-// Values that are the same variable at another time, or a part of it.
-static std::string nameWithin(const Value& value, unsigned depth) {
+// Values that are the same variable at another time, or a part of it. Looks at `left` more values:
+// ways through many choices are too many to follow.
+static std::string nameWithin(const Value& value, unsigned depth, unsigned& left) {
     const std::string own = plainName(value.getName().str());
-    if (isOfProgram(own) || depth == 0)
+    if (isOfProgram(own) || depth == 0 || left == 0)
         return own;
+    --left;
     const auto* user = dyn_cast<User>(&value);
     const bool isChoice = isa<SelectInst, PHINode, ExtractElementInst, FreezeInst>(value);
     for (unsigned operand = isa<SelectInst>(value) ? 1 : 0;
          isChoice && operand < user->getNumOperands(); ++operand) {
         const Value& given = *user->getOperand(operand);
-        const std::string name = isa<Constant>(given) ? "" : nameWithin(given, depth - 1);
+        const std::string name = isa<Constant>(given) ? "" : nameWithin(given, depth - 1, left);
         if (isOfProgram(name))
             return name;
         if (isa<ExtractElementInst>(value))
@@ -45,7 +47,8 @@ static std::string nameWithin(const Value& value, unsigned depth) {
 
 std::string nameOf(const Value& value) {
     static constexpr unsigned farthest = 5; // choices between the value and the name
-    return nameWithin(value, farthest);
+    unsigned left = 16;
+    return nameWithin(value, farthest, left);
 }
 
 } // namespace tarnwick::msl::wgsl
