@@ -5,6 +5,7 @@
 // before the work.
 #include <sanitizer/tsan_interface.h>
 
+#include <QFutureInterface>
 #include <QMetaObject>
 #include <QRunnable>
 #include <QThreadPool>
@@ -71,6 +72,19 @@ void QThreadPool::start(std::function<void()> work, int priority) {
     auto* handed = new HandedWork(std::move(work));
     __tsan_release(handed);
     start(handed, priority);
+}
+
+// The last of the threads that share a result destroys it.
+bool QFutureInterfaceBase::derefT() const noexcept {
+    using Drop = bool(const QFutureInterfaceBase*);
+    static auto* const drop =
+        reinterpret_cast<Drop*>(dlsym(RTLD_NEXT, "_ZNK20QFutureInterfaceBase6derefTEv"));
+    void* const shared = d;
+    __tsan_release(shared);
+    const bool isShared = drop(this);
+    if (!isShared)
+        __tsan_acquire(shared);
+    return isShared;
 }
 
 // QProcess lets a child use the memory of its parent until it runs a program. The sanitizer
