@@ -2,6 +2,7 @@
 
 #include "TarnwickMSL/Translation/Reading/Deferred.h"
 
+#include <llvm/ADT/SmallPtrSet.h>
 #include <llvm/IR/Instructions.h>
 #include <llvm/IR/IntrinsicInst.h>
 
@@ -21,20 +22,25 @@ static bool isInIndex(const Instruction& operation, unsigned depth = 0) {
            });
 }
 
-static void addUses(const Value& value, SmallVectorImpl<const Use*>& uses) {
+// Each value once: sums in indices share their parts, and ways through them are too many to follow.
+static void addUses(const Value& value, SmallVectorImpl<const Use*>& uses,
+                    SmallPtrSetImpl<const Value*>& seen) {
+    if (!seen.insert(&value).second)
+        return;
     for (const Use& use : value.uses()) {
         auto* user = dyn_cast<Instruction>(use.getUser());
         const bool isThrough = user && (isDeferred(*user) || user->getType()->isPointerTy());
         if (!isThrough)
             uses.push_back(&use);
         if (isThrough || (user && isInIndex(*user)))
-            addUses(*user, uses);
+            addUses(*user, uses, seen);
     }
 }
 
 SmallVector<const Use*, 4> usesIn(const Value& value) {
     SmallVector<const Use*, 4> uses;
-    addUses(value, uses);
+    SmallPtrSet<const Value*, 8> seen;
+    addUses(value, uses, seen);
     return uses;
 }
 
