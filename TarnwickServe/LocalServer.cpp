@@ -17,6 +17,7 @@
 #include <poll.h>
 #include <span>
 #include <stop_token>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 
@@ -128,21 +129,32 @@ struct LocalServer::State {
     void admit(int socket) {
         std::string address = Connection::remoteOf(socket).text;
         const std::scoped_lock lock(mutex);
-        int& count = ofAddress[address];
+        const auto known = ofAddress.find(address);
+        const int count = known == ofAddress.end() ? 0 : known->second;
         if (static_cast<int>(open.size()) >= options.limits.connections ||
-            count >= options.limits.connectionsOfOne) {
-            if (count == 0)
-                ofAddress.erase(address);
+            count >= options.limits.connectionsOfOne || !hasWorkerFor(waiting.size() + 1)) {
             send(socket, fullAnswer.data(), fullAnswer.size(), MSG_NOSIGNAL);
             close(socket);
             return;
         }
-        ++count;
+        ++ofAddress[address];
         open.emplace(socket, address);
         waiting.push_back({socket, std::move(address)});
-        if (idle < static_cast<int>(waiting.size()))
-            workers.emplace_back([this] { work(); });
         given.notify_one();
+    }
+
+    // Starts a worker if too few are idle for the clients that wait. False if there is no worker at
+    // all because the system has no thread to give; otherwise a client waits for a busy one.
+    // Locked.
+    bool hasWorkerFor(std::size_t clients) {
+        if (static_cast<std::size_t>(idle) >= clients)
+            return true;
+        try {
+            workers.emplace_back([this] { work(); });
+        } catch (const std::system_error&) {
+            return !workers.empty();
+        }
+        return true;
     }
 
     void work() {

@@ -60,7 +60,7 @@ TEST(EncryptedServer, answersOnlyEncryptedRequests) {
     news.publish(std::move(site));
     const LocalServer server({.addresses = {"127.0.0.1"},
                               .isEncrypted = true,
-                              .limits = {.connections = 3, .requestSeconds = 0.3}},
+                              .limits = {.connections = 3, .requestSeconds = 1.0}},
                              news);
     EXPECT_TRUE(server.links().front().starts_with("https://127.0.0.1:"));
     for (int count = 0; count < 4; ++count) {

@@ -96,7 +96,7 @@ TEST(LocalServer, refusesOtherMethodsAndReadsNoBody) {
 }
 
 TEST(LocalServer, survivesWhatIsNoRequest) {
-    Served served({.limits = {.requestSeconds = 0.3}});
+    Served served({.limits = {.requestSeconds = 0.6}});
     const std::string port = std::to_string(served.port());
     const std::string head = "GET / HTTP/1.1\r\nHost: localhost:" + port + "\r\n";
     for (const std::string& bytes : std::vector<std::string>{
