@@ -30,6 +30,10 @@ class Driver:
         self.process = subprocess.Popen(
             [find(), "--port=0"], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
             stderr=subprocess.DEVNULL, text=True, start_new_session=True)
+        # Its standard input ends with this process, also with a killed one.
+        self.guard = subprocess.Popen(
+            ["sh", "-c", "read -r line; kill -s KILL -- -$1", "guard", str(self.process.pid)],
+            stdin=subprocess.PIPE, stderr=subprocess.DEVNULL, start_new_session=True)
         self.connection = http.client.HTTPConnection("127.0.0.1", self._port(), timeout=limit)
         threading.Thread(target=self.process.stdout.read, daemon=True).start()
         try:
@@ -70,6 +74,9 @@ class Driver:
         except subprocess.TimeoutExpired:
             os.killpg(self.process.pid, signal.SIGKILL)
             self.process.wait()
+        self.guard.kill()
+        self.guard.wait()
+        self.guard.stdin.close()
 
     def _port(self):
         for line in self.process.stdout:
