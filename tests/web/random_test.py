@@ -26,8 +26,8 @@ INPUTS, SIDE, GROUP = 256, 16, 64
 BATCH = 100  # programs in one native library
 LIMIT = 120  # seconds of the browser for a program
 
-# Programs that the software adapter compiles for more than four minutes.
-SLOW = {333}
+# Programs that the software adapter compiles for minutes.
+SLOW = {333, 380}
 
 # What the native code reads too (RandomPrograms/Shim/NativeTextures.h), made once for all programs.
 WORLD = """
