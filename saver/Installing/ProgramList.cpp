@@ -176,6 +176,8 @@ std::string withProgram(std::string_view settings, const ListedProgram& added) {
     if (!value) {
         if (!result.empty() && !result.ends_with('\n'))
             result += '\n';
+        if (result.ends_with("\\\n")) // the last line would go on in the new one
+            result += '\n';
         return result + "programs:\t\\\n" + lineOf(added) + "\n";
     }
     const std::vector<Entry> entries = entriesOf(settings, *value);

@@ -50,9 +50,10 @@ TEST(ProgramList, findsTheProgramWithOtherWords) {
 // Settings in other forms keep their commands, and each command stays one.
 TEST(ProgramList, addsToEveryFormOfAList) {
     for (const std::string settings :
-         {"", "timeout: 1", "programs:\n", "programs:\t\\\n\ntimeout: 1\n",
-          "programs: maze -root\n", "programs: maze -root\ntimeout: 1\n", "programs: maze \\n\n",
-          "programs: maze \\n\\\n", "programs: maze \\n\\", "programs: maze \\n gears \\\n -root\n",
+         {"", "timeout: 1", "mode: one \\", "mode: one \\\n", "programs:\n",
+          "programs:\t\\\n\ntimeout: 1\n", "programs: maze -root\n",
+          "programs: maze -root\ntimeout: 1\n", "programs: maze \\n\n", "programs: maze \\n\\\n",
+          "programs: maze \\n\\", "programs: maze \\n gears \\\n -root\n",
           "programs: \\\n maze \\n\\\n gears"}) {
         const std::string added = withProgram(settings, rose);
         EXPECT_TRUE(listsProgram(added, roseProgram)) << added;

@@ -192,7 +192,7 @@ static void eachField(const ShaderModule*, auto&& visit) {
     visit("is_shaped_by_constants", &ShaderModule::isShapedByConstants);
 }
 
-// In quotes where it is needed, with other characters as LLVM writes them: \22.
+// In quotes where it is needed, with other characters as LLVM writes them: \22, and \\ for one \.
 static void add(std::string& line, const char* name, const std::string& value) {
     const bool isQuoted = value.empty() || std::ranges::any_of(value, [](char c) {
                               return c == ' ' || c == '"' || c == '=' || !llvm::isPrint(c);
@@ -212,11 +212,17 @@ static void add(std::string& line, const char* name, const std::string& value) {
 static std::string unescaped(std::string_view text) {
     std::string value;
     for (std::size_t at = 0; at < text.size(); ++at) {
-        const bool isEscape = text[at] == '\\' && at + 2 < text.size() &&
-                              llvm::isHexDigit(text[at + 1]) && llvm::isHexDigit(text[at + 2]);
-        value += isEscape ? static_cast<char>(llvm::hexFromNibbles(text[at + 1], text[at + 2]))
-                          : text[at];
-        at += isEscape ? 2 : 0;
+        const std::string_view rest = text.substr(at);
+        if (rest.starts_with("\\\\")) {
+            value += '\\';
+            at += 1;
+        } else if (rest.size() > 2 && rest[0] == '\\' && llvm::isHexDigit(rest[1]) &&
+                   llvm::isHexDigit(rest[2])) {
+            value += static_cast<char>(llvm::hexFromNibbles(rest[1], rest[2]));
+            at += 2;
+        } else {
+            value += rest[0];
+        }
     }
     return value;
 }

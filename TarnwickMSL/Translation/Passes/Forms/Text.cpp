@@ -243,9 +243,12 @@ ReadWork readWork(std::string_view text) {
     read.context = std::make_unique<LLVMContext>();
     ShaderModule shader;
     RecordReader records(read.entries, shader);
+    // In the code, a string may have lines that look like records.
     for (StringRef line : split(StringRef(text.data(), text.size()), '\n'))
         if (line.starts_with("; "))
             records.read({line.data(), line.size()});
+        else if (!line.trim().empty() && !line.starts_with(";"))
+            break;
     read.program = moduleFrom({text.data(), text.size()}, *read.context);
     shader.main = read.program->getFunction("main");
     if (records.hasShader || shader.main) {
