@@ -15,7 +15,7 @@ constexpr double mostGrowth = 8, leastGrowth = 1.1, growthWithFixed = 2;
 // takes longer by the same factor, as where a picture has more detail further down, it takes no
 // more than `enough`.
 double growthAfter(double seconds) {
-    constexpr double enough = 0.8 * pieceSeconds;
+    constexpr double enough = 0.5 * pieceSeconds;
     return std::clamp(std::sqrt(enough / std::max(seconds, 1e-9)), leastGrowth, mostGrowth);
 }
 
@@ -49,9 +49,11 @@ std::uint64_t PieceSize::next(double seconds) {
     } else if (!isUnknown()) {
         const double fitting = perUnit_ > 0 ? std::max(seconds, 0.0) / perUnit_ : 1e18;
         units = fitting < 1e18 ? static_cast<std::uint64_t>(fitting) : UINT64_MAX;
+        // From what was asked for: rounded down to rows of the picture, a piece might never grow.
         if (last_.units > 0)
-            units = std::min(units, times(last_.units, fixed_ > 0 ? growthWithFixed
-                                                                  : growthAfter(last_.seconds)));
+            units =
+                std::min(units, times(std::max(asked_, last_.units),
+                                      fixed_ > 0 ? growthWithFixed : growthAfter(last_.seconds)));
     }
     asked_ = std::max(units, fewest_);
     return asked_;
