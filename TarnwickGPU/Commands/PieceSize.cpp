@@ -7,8 +7,9 @@ namespace tarnwick::gpu {
 
 namespace {
 
-// A piece has at most so many times the units of the one before. A fixed time is less certain:
-// another part of the picture may have been slower.
+// The limits of the units of a piece, as multiples of those of the piece before. With a fixed time
+// the limit is smaller, because that time is less certain: another part of the picture may have
+// been slower.
 constexpr double mostGrowth = 8, leastGrowth = 1.1, growthWithFixed = 2;
 
 // How many times as large as a piece of `seconds` the next one may be: even if each of its units

@@ -22,7 +22,7 @@ class PieceSize {
     // Nothing was measured: neither a piece nor the same work before.
     bool isUnknown() const { return pieces_ == 0 && known_.mean <= 0; }
     std::uint64_t pieces() const { return pieces_; } // that took() was called for
-    // Seconds of a piece with so many units; 0 if unknown.
+    // Seconds that a piece of `units` units should take; 0 if unknown.
     double expected(std::uint64_t units) const;
     // The units of the next piece, at least `fewest`, which should take `seconds` beside the fixed
     // time.

@@ -21,7 +21,8 @@ struct Spot {
 int numberOf(const Spot& spot);
 
 bool isInside(const gpu::TextureDescriptor& texture, const Spot& spot);
-// All texels; `beyond` adds so many outside in each direction that the type has.
+// All texels; `beyond` is the number of texels outside that it adds in each direction that the type
+// has.
 std::vector<Spot> spots(const gpu::TextureDescriptor& texture, std::uint32_t beyond = 0);
 
 // A component of the language, or "depth", and the format that keeps four of it.

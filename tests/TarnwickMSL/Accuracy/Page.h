@@ -16,7 +16,7 @@ inline constexpr const char* accuracyMark = "<!-- written by library-accuracy --
 inline constexpr const char* differencesMark =
     "<!-- written by library-accuracy --differences -->\n";
 
-// The text between a mark and the next end. Throws std::runtime_error if there is none.
+// The text between a mark and the next end. Throws std::runtime_error without such a mark.
 std::string tableOf(const std::string& page, const char* mark);
 // The page with another text there.
 std::string withTable(const std::string& page, const char* mark, const std::string& table);

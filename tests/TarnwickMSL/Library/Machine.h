@@ -22,7 +22,7 @@ class Machine {
     // Compiles a program. Throws gpu::LibraryError with the compiler's text.
     std::unique_ptr<gpu::Library> compile(const std::string& text);
 
-    // A kernel of the library, ready to run. Throws std::runtime_error if there is none.
+    // A kernel of the library, ready to run. Throws std::runtime_error if the library lacks it.
     std::unique_ptr<gpu::ComputePipelineState> pipeline(const gpu::Library& library,
                                                         const std::string& kernel);
 

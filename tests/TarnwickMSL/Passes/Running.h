@@ -37,7 +37,7 @@ class Native {
   public:
     explicit Native(const llvm::Module& module);
     ~Native();
-    void* address(const std::string& symbol) const; // null where there is none
+    void* address(const std::string& symbol) const; // null for an unknown symbol
 
   private:
     struct Engine;

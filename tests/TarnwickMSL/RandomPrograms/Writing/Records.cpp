@@ -129,7 +129,7 @@ std::string Generator::initialised(const Shape& shape) {
     return "{" + values + "}";
 }
 
-// A record of the shape, declared here if there is none.
+// A record of the shape; it is declared here if no record has it yet.
 Generator::Record Generator::anyRecord(std::size_t shape) {
     std::vector<Record> found;
     for (const Record& record : scope_.shaped)

@@ -71,7 +71,8 @@ std::string typeName(Type type);
 enum class Space : std::uint8_t { thread, device, threadgroup, constant };
 std::string spaceName(Space space); // with a blank behind it
 
-// The swizzles of a vector of so many lanes that programs use; the native vectors have the same.
+// The swizzles that programs use of a vector with this number of lanes; the native vectors have the
+// same.
 std::vector<std::string> swizzlesOf(std::uint32_t lanes);
 
 // What a tamed value of the type is below.
